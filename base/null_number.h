@@ -1,0 +1,31 @@
+// The missing value of a number column and the other reserved bit patterns of doubles.
+//
+// A number is missing when its 64 bits are all set, and only then; a floating-point comparison cannot tell, since the
+// pattern is a NaN.
+#pragma once
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+namespace kelvarin {
+
+inline constexpr std::uint64_t kNullNumberBits = 0xFFFFFFFFFFFFFFFFull;
+inline constexpr std::uint64_t kNotANumberBits = 0xFFF8000000000000ull;
+
+inline constexpr double kNullNumber = std::bit_cast<double>(kNullNumberBits);
+inline constexpr double kNotANumber = std::bit_cast<double>(kNotANumberBits);
+inline constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+constexpr bool isNullNumber(double value) {
+  return std::bit_cast<std::uint64_t>(value) == kNullNumberBits;
+}
+
+// True when all exponent bits are set neither for an infinity nor for a NaN.
+constexpr bool isFiniteNumber(double value) {
+  constexpr std::uint64_t exponent = 0x7FF0000000000000ull;
+  return (std::bit_cast<std::uint64_t>(value) & exponent) != exponent;
+}
+
+}  // namespace kelvarin

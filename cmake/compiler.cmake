@@ -1,0 +1,27 @@
+# Warnings, sanitizers and speed-ups that every target of the project shares.
+
+add_library(project_options INTERFACE)
+target_compile_options(project_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
+  -Werror)
+target_include_directories(project_options INTERFACE ${CMAKE_SOURCE_DIR})
+
+set(KELVARIN_SANITIZER "" CACHE STRING "address, thread or empty")
+if(KELVARIN_SANITIZER STREQUAL "address")
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+elseif(KELVARIN_SANITIZER STREQUAL "thread")
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=thread)
+elseif(KELVARIN_SANITIZER)
+  message(FATAL_ERROR "KELVARIN_SANITIZER is '${KELVARIN_SANITIZER}'; it takes address, thread or nothing.")
+endif()
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+find_program(MOLD mold)
+if(MOLD)
+  add_link_options(-fuse-ld=mold)
+endif()

@@ -1,0 +1,125 @@
+// Evaluates the expressions of one action: binds its variables to columns, picks and compiles a back-end for each
+// expression at the first row, then loads and evaluates row by row.
+//
+// Used by every expression action, the block filter of the columnar reader and `kelvarin eval`.
+// Order of calls: configure, prepareDateContext, bind (or setNumber and setText by hand), compile for every output,
+// then for every row loadRow, evaluate or evaluateTruth for every output, advanceRow.
+// Threads: one.  Errors: statuses and RowOutcome; nothing is logged and nothing throws.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include <QString>
+#include <QStringList>
+
+#include "base/result.h"
+#include "expression/backends/backend_kind.h"
+#include "expression/errors/expression_error.h"
+#include "expression/evaluator/variables.h"
+#include "host/contract/global_parameters.h"
+#include "host/contract/one_row.h"
+
+namespace kelvarin {
+
+enum class DateStatus { ready = 0, referenceTimeUnparsable = 1, dateFormatUnknown = 2 };
+
+// What became of one step of one row. `failed`: the result is missing and the run goes on; `stop`: lastFailure() says
+// why the run must stop.
+enum class RowOutcome : unsigned char { ok, failed, stop };
+
+// What the result of an expression is for.
+enum class ResultUse {
+  column,   // a value of the output's meta
+  truth,    // a condition; see evaluateTruth()
+  anyValue  // whatever type it has; see value()
+};
+
+// Why a row failed.
+struct RowFailure {
+  enum class Kind { evaluation, keyCast, nullKey };
+  Kind kind = Kind::evaluation;
+  QString name;            // of the output, or of the variable for nullKey
+  ExpressionError error;   // for evaluation
+  BackendKind backend = BackendKind::string;
+  double value = 0.0;      // for keyCast
+};
+
+// A result with the type it came with.
+struct ExpressionValue {
+  enum class Type { number, boolean, text };
+  Type type = Type::number;
+  double number = kNullNumber;  // 1 or 0 for a boolean
+  QString text;                 // null for the null text
+};
+
+class ExpressionEvaluator {
+ public:
+  ExpressionEvaluator();
+  ~ExpressionEvaluator();
+  ExpressionEvaluator(const ExpressionEvaluator&) = delete;
+  ExpressionEvaluator& operator=(const ExpressionEvaluator&) = delete;
+
+  // Forgets everything that configure() and later calls built.
+  void clear();
+
+  // Starts a run. `isObserved`: a step debugger is attached, so every expression takes the String back-end.
+  // `parameters` may be null; it outlives the evaluator's use.
+  void configure(const EvaluationOptions& options, const std::vector<InputVariable>& inputs,
+                 const GlobalParameters* parameters, bool isObserved);
+  // Lets the back-ends be tried from this one on; without it the output's meta and the options decide. A back-end that
+  // refuses an expression is then an error, never a fallback.
+  void requireBackend(BackendKind kind);
+
+  // Seeds the random generators, and fixes reference time and date format where the expressions need them.
+  DateStatus prepareDateContext(const QStringList& expressions);
+
+  // Finds the columns of every variable; `expand` replaces graph parameters in their names. The error is the text to
+  // log: an unknown column, or columns of one variable that differ in type.
+  Status<QString> bind(const OneRow& columns, const std::function<QString(const QString&)>& expand);
+
+  // Adds an output.
+  Status<ExpressionError> compile(const OutputVariable& output, ResultUse use = ResultUse::column);
+  int outputCount() const;
+  BackendKind backend(int output) const;
+
+  // Compiles as compile() does and evaluates once with the variables' samples, as the check of an editor. Gives the
+  // text to show, empty when nothing is wrong.
+  QString check(const OutputVariable& output, ResultUse use = ResultUse::column);
+
+  RowOutcome loadRow(const OneRow& row);
+  // Evaluates into the output's result cell, or its target when it is a text.
+  RowOutcome evaluate(int output);
+  // The truth of an output compiled for it: false for zero, null and empty or null text; true for all else.
+  RowOutcome evaluateTruth(int output, bool& isTrue);
+  // Adds one to the row number.
+  void advanceRow();
+  // Counted from 0; the value of `_n`.
+  double rowNumber() const;
+  const RowFailure& lastFailure() const;
+
+  // The bytes of the current result of a number or key output, at the same place for the whole run.
+  unsigned char* resultCell(int output);
+  // Where evaluate() stores the pointer to a text output's bytes, which live until the next loadRow().
+  void setTextTarget(int output, unsigned char** slot);
+  // The result of the last evaluate() of an output compiled for anyValue.
+  const ExpressionValue& value(int output) const;
+
+  // Values by hand, for callers without rows. The index is the variable's place in the list given to configure().
+  void setNumber(int variable, double value);
+  void setText(int variable, const QString& value);  // a null QString is the null text
+  void startRow();  // takes the place of loadRow() after values were set
+
+  // A variable's value in the current row as the step debugger shows it.
+  QString displayText(int variable) const;
+
+  // What the user should know at the end of a run: values that were no numbers, rows that failed.
+  QStringList closingWarnings() const;
+
+ private:
+  struct State;
+  std::unique_ptr<State> m_state;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,168 @@
+#include "host/contract/action_item.h"
+
+#include <cstddef>
+
+#include <QDir>
+#include <QFileInfo>
+
+#include "host/contract/host_services.h"
+
+using kelvarin::utf16;
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Winvalid-offsetof"
+// The members stand where the contract says: plug-ins copy actions with code of their own.
+struct ActionItemLayout {
+  static_assert(offsetof(ActionItem, m_identifier) == 8);
+  static_assert(offsetof(ActionItem, m_endpoint) == 12);
+  static_assert(offsetof(ActionItem, m_node) == 16);
+  static_assert(offsetof(ActionItem, m_inputPinCount) == 24);
+  static_assert(offsetof(ActionItem, m_outputPinCount) == 28);
+  static_assert(offsetof(ActionItem, m_hasFailed) == 32);
+  static_assert(offsetof(ActionItem, m_hasPlace) == 33);
+  static_assert(offsetof(ActionItem, m_x) == 36);
+  static_assert(offsetof(ActionItem, m_y) == 40);
+  static_assert(offsetof(ActionItem, m_fileAccess) == 44);
+  static_assert(offsetof(ActionItem, m_isOpen) == 48);
+  static_assert(offsetof(ActionItem, m_isFinished) == 49);
+  static_assert(offsetof(ActionItem, m_copyNumber) == 52);
+  static_assert(offsetof(ActionItem, m_globalParameters) == 56);
+  static_assert(offsetof(ActionItem, m_run) == 64);
+  static_assert(offsetof(ActionItem, computeRoutine) == 72);
+  static_assert(offsetof(ActionItem, m_ports) == 80);
+  static_assert(offsetof(ActionItem, m_primary) == 88);
+  static_assert(sizeof(ActionItem) == 96);
+};
+#pragma GCC diagnostic pop
+
+ActionItem::ActionItem(XMLNode node, GlobalParameters* parameters)
+    : m_node(node), m_globalParameters(parameters) {
+  const unsigned short* x = node.getAttribute(utf16(u"x"));
+  const unsigned short* y = node.getAttribute(utf16(u"y"));
+  m_hasPlace = x != nullptr || y != nullptr;
+  m_x = xmltoi(x, 0);
+  m_y = xmltoi(y, 0);
+}
+
+ActionItem::~ActionItem() = default;
+
+UpdateClassWidget* ActionItem::editPropertyFrame(QWidget*) { return nullptr; }
+QPixmap* ActionItem::getImage(double) const { return nullptr; }
+void ActionItem::addPinIn() { ++m_inputPinCount; }
+void ActionItem::addPinOut() { ++m_outputPinCount; }
+void ActionItem::removePinIn() { m_inputPinCount = std::max(0, m_inputPinCount - 1); }
+void ActionItem::removePinOut() { m_outputPinCount = std::max(0, m_outputPinCount - 1); }
+QString ActionItem::toolTip() const { return {}; }
+void ActionItem::getHelp() const {}
+QStringList ActionItem::getFileTypes() const { return {}; }
+QStringList ActionItem::getTags() const { return {}; }
+QStringList ActionItem::getKeywords() const { return {}; }
+QStringList ActionItem::getAlternativeNames() const { return {}; }
+
+ActionItem* ActionItem::clone(GlobalParameters* parameters) {
+  std::wostringstream out;
+  saveXML(out, name());
+  const auto copy = kelvarin::parseXml(QString::fromStdWString(out.str()).toUtf8());
+  return copy ? createFromXML(*copy, parameters) : nullptr;
+}
+
+void ActionItem::saveXML(std::wostringstream& out, QString name) {
+  saveAI(out, name, 1.0);
+  out << L"/>\n";
+}
+
+char ActionItem::init() {
+  m_hasFailed = false;
+  m_isFinished = false;
+  return 0;
+}
+
+char ActionItem::close() { return 0; }
+void ActionItem::wakeAll() {}
+float ActionItem::computeCompletion() const { return -1.0f; }
+bool ActionItem::completionIn2Pass() const { return false; }
+
+char ActionItem::canRunInParallel(QString, bool* reason) {
+  if (reason != nullptr) {
+    *reason = false;
+  }
+  return 1;
+}
+
+char ActionItem::fullTableRequiredToComputeMetas(int, bool* isKnown) {
+  if (isKnown != nullptr) {
+    *isKnown = true;
+  }
+  return 0;
+}
+
+QString ActionItem::getHDFile(int, bool) { return {}; }
+long long ActionItem::getHDTime() const { return 0; }
+void ActionItem::clearHDFile() {}
+
+bool ActionItem::isInputPinLinked(int pin) const {
+  return m_ports != nullptr && pin >= 0 && static_cast<std::size_t>(pin) < m_ports->inputs.size() &&
+         m_ports->inputs[static_cast<std::size_t>(pin)] != nullptr;
+}
+
+const OneRow* ActionItem::getNextRowFromInPin(int pin) {
+  return isInputPinLinked(pin) ? m_ports->inputs[static_cast<std::size_t>(pin)]->next() : nullptr;
+}
+
+const OneRow* ActionItem::announcedColumnsOfInPin(int pin) const {
+  return isInputPinLinked(pin) ? m_ports->inputs[static_cast<std::size_t>(pin)]->announcedColumns()
+                               : nullptr;
+}
+
+ActionItem* ActionItem::getActionItemOnInPin(int pin) const {
+  return isInputPinLinked(pin) ? m_ports->inputs[static_cast<std::size_t>(pin)]->upstreamAction()
+                               : nullptr;
+}
+
+void ActionItem::failRun() {
+  m_hasFailed = true;
+  if (m_run != nullptr) {
+    m_run->fail();
+  }
+}
+
+QString ActionItem::expandString(QString text) const {
+  return m_globalParameters == nullptr ? text : m_globalParameters->expandString2(text);
+}
+
+QString ActionItem::expandFile(QString path) const {
+  const QString expanded = expandString(path);
+  if (expanded.isEmpty() || m_globalParameters == nullptr || QDir::isAbsolutePath(expanded)) {
+    return expanded;
+  }
+  return QDir::cleanPath(QDir(m_globalParameters->dataDirRead()).filePath(expanded));
+}
+
+QString ActionItem::expandOutputFile(QString path, QString extension) const {
+  QString expanded = expandString(path);
+  if (expanded.isEmpty()) {
+    return expanded;
+  }
+  if (!extension.isEmpty() && QFileInfo(expanded).suffix().isEmpty()) {
+    expanded += u'.' + extension;
+  }
+  if (m_globalParameters == nullptr || QDir::isAbsolutePath(expanded)) {
+    return expanded;
+  }
+  return QDir::cleanPath(QDir(m_globalParameters->dataDirWrite()).filePath(expanded));
+}
+
+QString ActionItem::name() const { return kelvarin::qString(m_node.getAttribute(utf16(u"name"))); }
+
+void ActionItem::attach(RunRecord* run, ActionPorts* ports) {
+  m_run = run;
+  m_ports = ports;
+}
+
+void ActionItem::saveAI(std::wostringstream& out, QString name, double version) const {
+  ToXMLStringTool escape;
+  out << L'<' << typeName() << L" name='" << escape.toXML(name) << L"' version='" << version << L'\'';
+  if (m_hasPlace) {
+    out << L" x='" << m_x << L"' y='" << m_y << L'\'';
+  }
+}

@@ -1,0 +1,68 @@
+// Per-graph settings and the record of a run that every action of the graph points to.
+#pragma once
+
+#include <atomic>
+
+#include <QMap>
+#include <QString>
+
+#include "host/contract/export.h"
+
+class KELVARIN_CORE GlobalParameters {
+ public:
+  enum class RunningState { endedNormally = 0, running = 2, stoppedByUser = 3, failed = 5 };
+
+  GlobalParameters() = default;
+
+  // The folder that relative names of files to read and to write start from; the graph file's folder unless set.
+  QString workingDir() const { return m_workingDir; }
+  void setWorkingDir(QString folder) { m_workingDir = folder; }
+  QString dataDirRead() const { return m_dataDirRead.isEmpty() ? m_workingDir : m_dataDirRead; }
+  void setDataDirRead(QString folder) { m_dataDirRead = folder; }
+  QString dataDirWrite() const { return m_dataDirWrite.isEmpty() ? m_workingDir : m_dataDirWrite; }
+  void setDataDirWrite(QString folder) { m_dataDirWrite = folder; }
+
+  // The graph file's path, empty for a graph without one.
+  QString graphFile() const { return m_graphFile; }
+  void setGraphFile(QString path) { m_graphFile = path; }
+
+  const QMap<QString, QString>& values() const { return m_values; }
+  void setValue(const QString& name, const QString& value) { m_values[name] = value; }
+
+  // Replaces every `${name}` by the parameter's value; an unknown name stays as it is and, when asked for, the first
+  // one is stored in `unknownName`.
+  QString expandString2(QString text, QString* unknownName = nullptr) const;
+  // A path relative to the working folder where the file lies below it, else the path unchanged.
+  QString contractFile(QString path) const;
+
+  // Budget for one raw descriptor block of a columnar file, in MiB; never taken from the machine, so that files do
+  // not depend on it.
+  int blockMemoryBudget() const { return 16; }
+  int threadCount() const;
+  void setThreadCount(int count) { m_threadCount = count; }
+
+ private:
+  QString m_workingDir;
+  QString m_dataDirRead;
+  QString m_dataDirWrite;
+  QString m_graphFile;
+  QMap<QString, QString> m_values;
+  int m_threadCount = 0;  // 0: the machine's processors
+};
+
+// One run of a graph. Actions read the status between rows and set it to `failed`; a signal handler or an editor sets
+// it to `stoppedByUser`.
+struct RunRecord {
+  std::atomic<GlobalParameters::RunningState> status{GlobalParameters::RunningState::running};
+  // False where a check asks for the columns only: sources announce their columns and give no row.
+  bool mustComputeFull = true;
+
+  bool isRunning() const {
+    return status.load(std::memory_order_relaxed) == GlobalParameters::RunningState::running;
+  }
+  // A stop by the user is not overwritten.
+  void fail() {
+    auto expected = GlobalParameters::RunningState::running;
+    status.compare_exchange_strong(expected, GlobalParameters::RunningState::failed);
+  }
+};

@@ -1,0 +1,30 @@
+#include "host/contract/host_services.h"
+
+#include <atomic>
+
+namespace kelvarin {
+
+namespace {
+std::atomic<HostServices*> installedServices{nullptr};
+}
+
+HostServices::~HostServices() = default;
+void HostServices::backendsChosen(const ActionItem&, const QStringList&) {}
+bool HostServices::outOfDiskSpace(const QString&, int, bool) { return false; }
+GlobalUserMode HostServices::userMode() { return GlobalUserMode::expert; }
+EditedGraph* HostServices::editedGraph() { return nullptr; }
+void HostServices::documentWasModified() {}
+void HostServices::invalidate() {}
+bool HostServices::runBranch(EngineRunner&, ActionItem&, int) { return false; }
+
+HostServices* installHostServices(HostServices* services) {
+  return installedServices.exchange(services);
+}
+
+HostServices* hostServices() { return installedServices.load(); }
+
+thread_local const ActionItem* CurrentAction::s_action = nullptr;
+
+const ActionItem* CurrentAction::get() { return s_action; }
+
+}  // namespace kelvarin

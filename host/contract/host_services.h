@@ -1,0 +1,51 @@
+// What a program that runs graphs provides behind the statics of MainUI.
+//
+// One program installs one; the command line and the test harness each have theirs.
+// Threads: log() and outOfDiskSpace() are called from any thread.
+#pragma once
+
+#include <functional>
+
+#include "host/contract/action_item.h"
+#include "host/contract/main_ui.h"
+
+class EngineRunner;
+
+namespace kelvarin {
+
+class KELVARIN_CORE HostServices {
+ public:
+  virtual ~HostServices();
+
+  // `action` is the one whose call logged, null when unknown.
+  virtual void log(LogLevel level, const QString& text, const ActionItem* action) = 0;
+  // The back-end labels of an expression action's outputs, once a run, when they are chosen.
+  virtual void backendsChosen(const ActionItem& action, const QStringList& labels);
+  virtual bool outOfDiskSpace(const QString& file, int missingBytes, bool canRetry);
+  virtual GlobalUserMode userMode();
+  virtual EditedGraph* editedGraph();
+  virtual void documentWasModified();
+  virtual void invalidate();
+  // Runs the input branch of `action`, then the action itself, on a thread of its own; called by EngineRunner.
+  virtual bool runBranch(EngineRunner& runner, ActionItem& action, int pin);
+};
+
+// Gives the one installed before. Null takes the services away.
+KELVARIN_CORE HostServices* installHostServices(HostServices* services);
+KELVARIN_CORE HostServices* hostServices();
+
+// The action on whose behalf this thread runs, so that a log line can name it. Worker threads of an action set it too.
+class KELVARIN_CORE CurrentAction {
+ public:
+  explicit CurrentAction(const ActionItem* action) : m_previous(s_action) { s_action = action; }
+  ~CurrentAction() { s_action = m_previous; }
+  CurrentAction(const CurrentAction&) = delete;
+  CurrentAction& operator=(const CurrentAction&) = delete;
+  static const ActionItem* get();
+
+ private:
+  static thread_local const ActionItem* s_action;
+  const ActionItem* m_previous;
+};
+
+}  // namespace kelvarin

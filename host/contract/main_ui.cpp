@@ -1,0 +1,83 @@
+#include "host/contract/main_ui.h"
+
+#include <cstdio>
+#include <random>
+
+#include <QGuiApplication>
+
+#include "host/contract/host_services.h"
+
+using kelvarin::hostServices;
+
+namespace {
+
+void tellNothingPicked() {
+  MainUI::addLog(LogLevel::information, QStringLiteral("No column was picked: there is no screen to ask on."));
+}
+
+}  // namespace
+
+void MainUI::addLog(LogLevel level, QString text) {
+  if (kelvarin::HostServices* services = hostServices()) {
+    services->log(level, text, kelvarin::CurrentAction::get());
+    return;
+  }
+  constexpr const char* heads[] = {"", "error: ", "warning: ", "info: "};
+  std::fprintf(stderr, "%s%s\n", heads[static_cast<int>(level)], text.toUtf8().constData());
+}
+
+GlobalUserMode MainUI::userMode() {
+  kelvarin::HostServices* services = hostServices();
+  return services == nullptr ? GlobalUserMode::expert : services->userMode();
+}
+
+kelvarin::EditedGraph* MainUI::editedGraph() {
+  kelvarin::HostServices* services = hostServices();
+  return services == nullptr ? nullptr : services->editedGraph();
+}
+
+void MainUI::documentWasModified() {
+  if (kelvarin::HostServices* services = hostServices()) {
+    services->documentWasModified();
+  }
+}
+
+void MainUI::invalidate() {
+  if (kelvarin::HostServices* services = hostServices()) {
+    services->invalidate();
+  }
+}
+
+double MainUI::pixelSize() {
+  auto* application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
+  return application == nullptr ? 1.0 : application->devicePixelRatio();
+}
+
+quint64 MainUI::getNearUniqueRandomID() {
+  std::random_device device;
+  return (static_cast<quint64>(device()) << 32) | device();
+}
+
+bool MainUI::isWebOn() { return false; }
+
+QString MainUI::kelvarinID() { return QStringLiteral("kelvarin " KELVARIN_VERSION); }
+
+bool MainUI::displayOutOfDiskSpace(QString file, int missingBytes, bool canRetry) {
+  kelvarin::HostServices* services = hostServices();
+  return services != nullptr && services->outOfDiskSpace(file, missingBytes, canRetry);
+}
+
+QString MainUI::selectColumn(const OneRow*, QWidget*) {
+  tellNothingPicked();
+  return {};
+}
+
+QStringList MainUI::selectColumn(const OneRow*, QStringList, QWidget*) {
+  tellNothingPicked();
+  return {};
+}
+
+int MainUI::selectColumn(QStringList, int, QWidget*) {
+  tellNothingPicked();
+  return -1;
+}
