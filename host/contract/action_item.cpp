@@ -1,6 +1,7 @@
 #include "host/contract/action_item.h"
 
 #include <cstddef>
+#include <locale>
 
 #include <QDir>
 #include <QFileInfo>
@@ -46,18 +47,40 @@ ActionItem::ActionItem(XMLNode node, GlobalParameters* parameters)
 
 ActionItem::~ActionItem() = default;
 
-UpdateClassWidget* ActionItem::editPropertyFrame(QWidget*) { return nullptr; }
-QPixmap* ActionItem::getImage(double) const { return nullptr; }
-void ActionItem::addPinIn() { ++m_inputPinCount; }
-void ActionItem::addPinOut() { ++m_outputPinCount; }
-void ActionItem::removePinIn() { m_inputPinCount = std::max(0, m_inputPinCount - 1); }
-void ActionItem::removePinOut() { m_outputPinCount = std::max(0, m_outputPinCount - 1); }
-QString ActionItem::toolTip() const { return {}; }
+UpdateClassWidget* ActionItem::editPropertyFrame(QWidget*) {
+  return nullptr;
+}
+QPixmap* ActionItem::getImage(double) const {
+  return nullptr;
+}
+void ActionItem::addPinIn() {
+  ++m_inputPinCount;
+}
+void ActionItem::addPinOut() {
+  ++m_outputPinCount;
+}
+void ActionItem::removePinIn() {
+  m_inputPinCount = std::max(0, m_inputPinCount - 1);
+}
+void ActionItem::removePinOut() {
+  m_outputPinCount = std::max(0, m_outputPinCount - 1);
+}
+QString ActionItem::toolTip() const {
+  return {};
+}
 void ActionItem::getHelp() const {}
-QStringList ActionItem::getFileTypes() const { return {}; }
-QStringList ActionItem::getTags() const { return {}; }
-QStringList ActionItem::getKeywords() const { return {}; }
-QStringList ActionItem::getAlternativeNames() const { return {}; }
+QStringList ActionItem::getFileTypes() const {
+  return {};
+}
+QStringList ActionItem::getTags() const {
+  return {};
+}
+QStringList ActionItem::getKeywords() const {
+  return {};
+}
+QStringList ActionItem::getAlternativeNames() const {
+  return {};
+}
 
 ActionItem* ActionItem::clone(GlobalParameters* parameters) {
   std::wostringstream out;
@@ -77,10 +100,16 @@ char ActionItem::init() {
   return 0;
 }
 
-char ActionItem::close() { return 0; }
+char ActionItem::close() {
+  return 0;
+}
 void ActionItem::wakeAll() {}
-float ActionItem::computeCompletion() const { return -1.0f; }
-bool ActionItem::completionIn2Pass() const { return false; }
+float ActionItem::computeCompletion() const {
+  return -1.0f;
+}
+bool ActionItem::completionIn2Pass() const {
+  return false;
+}
 
 char ActionItem::canRunInParallel(QString, bool* reason) {
   if (reason != nullptr) {
@@ -96,8 +125,12 @@ char ActionItem::fullTableRequiredToComputeMetas(int, bool* isKnown) {
   return 0;
 }
 
-QString ActionItem::getHDFile(int, bool) { return {}; }
-long long ActionItem::getHDTime() const { return 0; }
+QString ActionItem::getHDFile(int, bool) {
+  return {};
+}
+long long ActionItem::getHDTime() const {
+  return 0;
+}
 void ActionItem::clearHDFile() {}
 
 bool ActionItem::isInputPinLinked(int pin) const {
@@ -152,16 +185,21 @@ QString ActionItem::expandOutputFile(QString path, QString extension) const {
   return QDir::cleanPath(QDir(m_globalParameters->dataDirWrite()).filePath(expanded));
 }
 
-QString ActionItem::name() const { return kelvarin::qString(m_node.getAttribute(utf16(u"name"))); }
+QString ActionItem::name() const {
+  return kelvarin::qString(m_node.getAttribute(utf16(u"name")));
+}
 
 void ActionItem::attach(RunRecord* run, ActionPorts* ports) {
+  m_hasFailed = m_hasFailed && run == nullptr;
   m_run = run;
   m_ports = ports;
 }
 
 void ActionItem::saveAI(std::wostringstream& out, QString name, double version) const {
   ToXMLStringTool escape;
-  out << L'<' << typeName() << L" name='" << escape.toXML(name) << L"' version='" << version << L'\'';
+  out.imbue(std::locale::classic());  // numbers read back whatever the program's language is
+  out << L'<' << typeName() << L" name='" << escape.toXML(name) << L"' version='" << version
+      << L'\'';
   if (m_hasPlace) {
     out << L" x='" << m_x << L"' y='" << m_y << L'\'';
   }

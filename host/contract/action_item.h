@@ -1,8 +1,9 @@
 // The base of every action: its parameters, pins and lifecycle.
 //
-// A run calls init(), setComputeRoutine(), then `computeRoutine` until it answers true, then close(). The order of the
-// virtual operations and of the data members is the host's binary contract: plug-ins are compiled against it.
-// Threads: the lifecycle and the row routine run on one engine thread at a time, editors on the user-interface thread.
+// A run calls init(), setComputeRoutine(), then `computeRoutine` until it answers true, then
+// close(). The order of the virtual operations and of the data members is the host's binary
+// contract: plug-ins are compiled against it. Threads: the lifecycle and the row routine run on one
+// engine thread at a time, editors on the user-interface thread.
 #pragma once
 
 #include <cstdint>
@@ -57,7 +58,8 @@ class KELVARIN_CORE ActionItem {
   virtual bool completionIn2Pass() const;
   virtual char canRunInParallel(QString what, bool* reason);
   virtual char fullTableRequiredToComputeMetas(int pin, bool* isKnown);
-  // The file in which a pin's whole table is kept, and when it was written; an engine that keeps none answers empty, 0.
+  // The file in which a pin's whole table is kept, and when it was written; an engine that keeps
+  // none answers empty, 0.
   virtual QString getHDFile(int pin, bool forWriting);
   virtual long long getHDTime() const;
   virtual void clearHDFile();
@@ -67,9 +69,12 @@ class KELVARIN_CORE ActionItem {
 
   // Null when the pin is exhausted or not linked; valid until the next call for the same pin.
   const OneRow* getNextRowFromInPin(int pin);
-  // The columns of the pin's rows, known even when it has no row; null when the upstream action did not announce any.
+  // The columns of the pin's rows, known even when it has no row; null when the upstream action did
+  // not announce any.
   const OneRow* announcedColumnsOfInPin(int pin) const;
-  OneRow* getOutputRowForOutputPin(int pin) { return &m_ports->outputs[static_cast<std::size_t>(pin)]->row; }
+  OneRow* getOutputRowForOutputPin(int pin) {
+    return &m_ports->outputs[static_cast<std::size_t>(pin)]->row;
+  }
   void setRowReadyForOutput(int pin) { m_ports->outputs[static_cast<std::size_t>(pin)]->publish(); }
   // The output row's names, types and sort order are final, though there may never be a row.
   void announceColumnsOfOutputPin(int pin) {
@@ -86,8 +91,8 @@ class KELVARIN_CORE ActionItem {
   bool hasFailed() const { return m_hasFailed; }
 
   QString expandString(QString text) const;
-  // A path to read or to write: parameters replaced, relative names put below the graph's folders; `extension` is
-  // appended to a name without one.
+  // A path to read or to write: parameters replaced, relative names put below the graph's folders;
+  // `extension` is appended to a name without one.
   QString expandFile(QString path) const;
   QString expandOutputFile(QString path, QString extension) const;
 
@@ -127,14 +132,15 @@ class KELVARIN_CORE ActionItem {
   std::int32_t m_x = 0;     // place on the canvas, in logical pixels
   std::int32_t m_y = 0;
   std::int32_t m_fileAccess = kReadsFiles;
-  bool m_isOpen = false;      // between init() and close()
-  bool m_isFinished = false;  // the row routine has answered true
+  bool m_isOpen = false;          // between init() and close()
+  bool m_isFinished = false;      // the row routine has answered true
   std::int32_t m_copyNumber = 0;  // of parallel copies, the primary is 0
   GlobalParameters* m_globalParameters = nullptr;
   RunRecord* m_run = nullptr;
   ComputeRoutine computeRoutine = nullptr;
   ActionPorts* m_ports = nullptr;
-  ActionItem* m_primary = nullptr;  // of parallel copies, the one that reads shared tables; null: this one
+  ActionItem* m_primary =
+      nullptr;  // of parallel copies, the one that reads shared tables; null: this one
 
  private:
   friend struct ActionItemLayout;

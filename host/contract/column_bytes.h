@@ -1,8 +1,10 @@
 // The bytes of one value in a row, by column type:
 //   number  8-byte double, missing when all bits are set
 //   key     4-byte unsigned integer; 0xFFFFFFFF and 0xFFFFFFFE are missing
-//   text    4-byte byte count, then UTF-8; the count 0xFFFFFFFF is the null text, distinct from the empty one
-// Integers are little-endian, values unaligned. A null pointer in a row is a missing value of any type.
+//   text    4-byte byte count, then UTF-8; the count 0xFFFFFFFF is the null text, distinct from the
+//   empty one
+// Integers are little-endian, values unaligned. A null pointer in a row is a missing value of any
+// type.
 #pragma once
 
 #include <cstdint>
@@ -10,6 +12,7 @@
 #include <string_view>
 
 #include "base/null_number.h"
+#include "host/contract/meta_info.h"
 
 namespace kelvarin {
 
@@ -17,7 +20,9 @@ inline constexpr std::uint32_t kNullKey = 0xFFFFFFFFu;
 inline constexpr std::uint32_t kFirstNullKey = 0xFFFFFFFEu;
 inline constexpr std::uint32_t kNullTextLength = 0xFFFFFFFFu;
 
-constexpr bool isNullKey(std::uint32_t key) { return key >= kFirstNullKey; }
+constexpr bool isNullKey(std::uint32_t key) {
+  return key >= kFirstNullKey;
+}
 
 inline std::uint32_t lengthFromBytes(const unsigned char* bytes) {
   std::uint32_t length;
@@ -48,6 +53,18 @@ inline std::string_view textFromBytes(const unsigned char* bytes) {
     return {};
   }
   return {reinterpret_cast<const char*>(bytes) + 4, lengthFromBytes(bytes)};
+}
+
+// The size of a value whose pointer is not null.
+inline std::size_t sizeOfValue(MetaTypeColumn type, const unsigned char* bytes) {
+  switch (type) {
+    case MetaTypeColumn::number:
+      return sizeof(double);
+    case MetaTypeColumn::key:
+      return sizeof(std::uint32_t);
+    default:
+      return 4 + textFromBytes(bytes).size();
+  }
 }
 
 }  // namespace kelvarin

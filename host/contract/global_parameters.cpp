@@ -30,7 +30,8 @@ QString GlobalParameters::expandString2(QString text, QString* unknownName) cons
 
 QString GlobalParameters::contractFile(QString path) const {
   const QString relative = QDir(m_workingDir).relativeFilePath(path);
-  return relative.startsWith(QLatin1String("..")) || m_workingDir.isEmpty() ? path : relative;
+  const bool isAbove = relative == u".." || relative.startsWith(QLatin1String("../"));
+  return isAbove || m_workingDir.isEmpty() ? path : relative;
 }
 
 int GlobalParameters::threadCount() const {

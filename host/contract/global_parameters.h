@@ -14,7 +14,8 @@ class KELVARIN_CORE GlobalParameters {
 
   GlobalParameters() = default;
 
-  // The folder that relative names of files to read and to write start from; the graph file's folder unless set.
+  // The folder that relative names of files to read and to write start from; the graph file's
+  // folder unless set.
   QString workingDir() const { return m_workingDir; }
   void setWorkingDir(QString folder) { m_workingDir = folder; }
   QString dataDirRead() const { return m_dataDirRead.isEmpty() ? m_workingDir : m_dataDirRead; }
@@ -29,14 +30,14 @@ class KELVARIN_CORE GlobalParameters {
   const QMap<QString, QString>& values() const { return m_values; }
   void setValue(const QString& name, const QString& value) { m_values[name] = value; }
 
-  // Replaces every `${name}` by the parameter's value; an unknown name stays as it is and, when asked for, the first
-  // one is stored in `unknownName`.
+  // Replaces every `${name}` by the parameter's value; an unknown name stays as it is and, when
+  // asked for, the first one is stored in `unknownName`.
   QString expandString2(QString text, QString* unknownName = nullptr) const;
   // A path relative to the working folder where the file lies below it, else the path unchanged.
   QString contractFile(QString path) const;
 
-  // Budget for one raw descriptor block of a columnar file, in MiB; never taken from the machine, so that files do
-  // not depend on it.
+  // Budget for one raw descriptor block of a columnar file, in MiB; never taken from the machine,
+  // so that files do not depend on it.
   int blockMemoryBudget() const { return 16; }
   int threadCount() const;
   void setThreadCount(int count) { m_threadCount = count; }
@@ -50,8 +51,8 @@ class KELVARIN_CORE GlobalParameters {
   int m_threadCount = 0;  // 0: the machine's processors
 };
 
-// One run of a graph. Actions read the status between rows and set it to `failed`; a signal handler or an editor sets
-// it to `stoppedByUser`.
+// One run of a graph. Actions read the status between rows and set it to `failed`; a signal handler
+// or an editor sets it to `stoppedByUser`.
 struct RunRecord {
   std::atomic<GlobalParameters::RunningState> status{GlobalParameters::RunningState::running};
   // False where a check asks for the columns only: sources announce their columns and give no row.
@@ -61,8 +62,13 @@ struct RunRecord {
     return status.load(std::memory_order_relaxed) == GlobalParameters::RunningState::running;
   }
   // A stop by the user is not overwritten.
-  void fail() {
+  void fail() { finish(GlobalParameters::RunningState::failed); }
+  // Neither a stop nor a failure is overwritten.
+  void endNormally() { finish(GlobalParameters::RunningState::endedNormally); }
+
+ private:
+  void finish(GlobalParameters::RunningState state) {
     auto expected = GlobalParameters::RunningState::running;
-    status.compare_exchange_strong(expected, GlobalParameters::RunningState::failed);
+    status.compare_exchange_strong(expected, state);
   }
 };

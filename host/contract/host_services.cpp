@@ -2,6 +2,8 @@
 
 #include <atomic>
 
+#include "host/contract/messages.h"
+
 namespace kelvarin {
 
 namespace {
@@ -10,21 +12,39 @@ std::atomic<HostServices*> installedServices{nullptr};
 
 HostServices::~HostServices() = default;
 void HostServices::backendsChosen(const ActionItem&, const QStringList&) {}
-bool HostServices::outOfDiskSpace(const QString&, int, bool) { return false; }
-GlobalUserMode HostServices::userMode() { return GlobalUserMode::expert; }
-EditedGraph* HostServices::editedGraph() { return nullptr; }
+bool HostServices::outOfDiskSpace(const QString&, int, bool) {
+  return false;
+}
+GlobalUserMode HostServices::userMode() {
+  return GlobalUserMode::expert;
+}
+EditedGraph* HostServices::editedGraph() {
+  return nullptr;
+}
 void HostServices::documentWasModified() {}
 void HostServices::invalidate() {}
-bool HostServices::runBranch(EngineRunner&, ActionItem&, int) { return false; }
+bool HostServices::runBranch(EngineRunner&, ActionItem&, int) {
+  return false;
+}
+void HostServices::openHelp(const QString& helpId, const QString&) {
+  log(LogLevel::information, messages::helpPage(helpId), CurrentAction::get());
+}
 
 HostServices* installHostServices(HostServices* services) {
   return installedServices.exchange(services);
 }
 
-HostServices* hostServices() { return installedServices.load(); }
+HostServices* hostServices() {
+  return installedServices.load();
+}
 
 thread_local const ActionItem* CurrentAction::s_action = nullptr;
 
-const ActionItem* CurrentAction::get() { return s_action; }
+const ActionItem* CurrentAction::get() {
+  return s_action;
+}
+const ActionItem*& CurrentAction::slot() {
+  return s_action;
+}
 
 }  // namespace kelvarin

@@ -26,15 +26,19 @@ class KELVARIN_CORE HostServices {
   virtual EditedGraph* editedGraph();
   virtual void documentWasModified();
   virtual void invalidate();
-  // Runs the input branch of `action`, then the action itself, on a thread of its own; called by EngineRunner.
+  // Runs the input branch of `action`, then the action itself, on a thread of its own; called by
+  // EngineRunner.
   virtual bool runBranch(EngineRunner& runner, ActionItem& action, int pin);
+  // Shows a help page. A host without a browser logs where the page is.
+  virtual void openHelp(const QString& helpId, const QString& anchor);
 };
 
 // Gives the one installed before. Null takes the services away.
 KELVARIN_CORE HostServices* installHostServices(HostServices* services);
 KELVARIN_CORE HostServices* hostServices();
 
-// The action on whose behalf this thread runs, so that a log line can name it. Worker threads of an action set it too.
+// The action on whose behalf this thread runs, so that a log line can name it. Worker threads of an
+// action set it too.
 class KELVARIN_CORE CurrentAction {
  public:
   explicit CurrentAction(const ActionItem* action) : m_previous(s_action) { s_action = action; }
@@ -42,6 +46,8 @@ class KELVARIN_CORE CurrentAction {
   CurrentAction(const CurrentAction&) = delete;
   CurrentAction& operator=(const CurrentAction&) = delete;
   static const ActionItem* get();
+  // The thread's variable itself, for those who set it once a row.
+  static const ActionItem*& slot();
 
  private:
   static thread_local const ActionItem* s_action;

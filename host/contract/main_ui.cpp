@@ -9,21 +9,15 @@
 
 using kelvarin::hostServices;
 
-namespace {
-
-void tellNothingPicked() {
-  MainUI::addLog(LogLevel::information, QStringLiteral("No column was picked: there is no screen to ask on."));
-}
-
-}  // namespace
-
 void MainUI::addLog(LogLevel level, QString text) {
   if (kelvarin::HostServices* services = hostServices()) {
     services->log(level, text, kelvarin::CurrentAction::get());
     return;
   }
-  constexpr const char* heads[] = {"", "error: ", "warning: ", "info: "};
-  std::fprintf(stderr, "%s%s\n", heads[static_cast<int>(level)], text.toUtf8().constData());
+  const char* head = level == LogLevel::error     ? "error: "
+                     : level == LogLevel::warning ? "warning: "
+                                                  : "info: ";
+  std::fprintf(stderr, "%s%s\n", head, text.toUtf8().constData());
 }
 
 GlobalUserMode MainUI::userMode() {
@@ -58,26 +52,15 @@ quint64 MainUI::getNearUniqueRandomID() {
   return (static_cast<quint64>(device()) << 32) | device();
 }
 
-bool MainUI::isWebOn() { return false; }
+bool MainUI::isWebOn() {
+  return false;
+}
 
-QString MainUI::kelvarinID() { return QStringLiteral("kelvarin " KELVARIN_VERSION); }
+QString MainUI::kelvarinID() {
+  return QStringLiteral("kelvarin " KELVARIN_VERSION);
+}
 
 bool MainUI::displayOutOfDiskSpace(QString file, int missingBytes, bool canRetry) {
   kelvarin::HostServices* services = hostServices();
   return services != nullptr && services->outOfDiskSpace(file, missingBytes, canRetry);
-}
-
-QString MainUI::selectColumn(const OneRow*, QWidget*) {
-  tellNothingPicked();
-  return {};
-}
-
-QStringList MainUI::selectColumn(const OneRow*, QStringList, QWidget*) {
-  tellNothingPicked();
-  return {};
-}
-
-int MainUI::selectColumn(QStringList, int, QWidget*) {
-  tellNothingPicked();
-  return -1;
 }

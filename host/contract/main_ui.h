@@ -1,8 +1,7 @@
 // The host's statics: logging, what the user does, prompts and identities.
 //
-// They forward to the HostServices that the program installed (host_services.h). Without one, log lines go to
-// standard error and questions take their safe answer.
-// Threads: any.
+// They forward to the HostServices that the program installed (host_services.h). Without one, log
+// lines go to standard error and questions take their safe answer. Threads: any.
 #pragma once
 
 #include <QString>
@@ -37,7 +36,8 @@ class KELVARIN_CORE MainUI {
   // Identifies the version of this program, for instance "kelvarin 0.1.0".
   static QString kelvarinID();
 
-  // A file took fewer bytes than given. True: write again; false: give up. The host decides by asking or by waiting.
+  // A file took fewer bytes than given. True: write again; false: give up. The host decides by
+  // asking or by waiting.
   static bool displayOutOfDiskSpace(QString file, int missingBytes, bool canRetry);
 
   // Column pickers for editors. Without a screen nothing is picked and the log says so.

@@ -7,8 +7,8 @@
 #include <cstring>
 #include <type_traits>
 
-// Character codes; columns produced by actions are number, key or text. `date` marks an input variable whose text
-// column enters an expression as an elapsed time.
+// Character codes; columns produced by actions are number, key or text. `date` marks an input
+// variable whose text column enters an expression as an elapsed time.
 enum class MetaTypeColumn : unsigned char { number = 'F', key = 'K', text = 'U', date = 'D' };
 
 class MetaInfo {

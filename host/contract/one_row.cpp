@@ -7,30 +7,34 @@
 using kelvarin::isNullKey;
 using kelvarin::isNullNumber;
 using kelvarin::isNullText;
+using kelvarin::keyFromBytes;
 using kelvarin::kNullKey;
 using kelvarin::kNullNumber;
-using kelvarin::keyFromBytes;
 using kelvarin::numberFromBytes;
+using kelvarin::sizeOfValue;
 using kelvarin::textFromBytes;
 
 namespace {
 
-// The size in bytes of a value that is not missing.
-std::size_t sizeOfValue(MetaTypeColumn type, const unsigned char* bytes) {
+bool isMissingValue(MetaTypeColumn type, const unsigned char* bytes) {
   switch (type) {
     case MetaTypeColumn::number:
-      return sizeof(double);
+      return isNullNumber(numberFromBytes(bytes));
     case MetaTypeColumn::key:
-      return sizeof(std::uint32_t);
+      return isNullKey(keyFromBytes(bytes));
     default:
-      return 4 + textFromBytes(bytes).size();
+      return isNullText(bytes);
   }
 }
 
 }  // namespace
 
 OneRow::OneRow(PinOutMetaData* metaData)
-    : m_metaData(metaData), m_values(nullptr), m_columns(nullptr), m_ownColumns(nullptr), m_columnCount(0) {
+    : m_metaData(metaData),
+      m_values(nullptr),
+      m_columns(nullptr),
+      m_ownColumns(nullptr),
+      m_columnCount(0) {
   setNumberOfColumns(metaData->columnCount());
 }
 
@@ -143,16 +147,19 @@ std::string_view OneRow::colAsUtf8(int column, bool* isMissing) const {
 std::string_view OneRow::colForHash(int column) const {
   const unsigned char* bytes = m_columns[column];
   const MetaTypeColumn type = getMetaType(column);
-  const bool isMissing = bytes == nullptr ||
-                         (type == MetaTypeColumn::number && isNullNumber(numberFromBytes(bytes))) ||
-                         (type == MetaTypeColumn::key && isNullKey(keyFromBytes(bytes)));
-  if (isMissing) {
+  if (isMissingValue(type, bytes)) {
     return {};
+  }
+  if (type == MetaTypeColumn::number && numberFromBytes(bytes) == 0) {
+    static constexpr char zero[sizeof(double)] = {};  // 0 and -0 are equal
+    return {zero, sizeof zero};
   }
   return {reinterpret_cast<const char*>(bytes), sizeOfValue(type, bytes)};
 }
 
-QString OneRow::dateFormat(int) const { return {}; }
+QString OneRow::dateFormat(int) const {
+  return {};
+}
 
 QString shortestText(double number) {
   if (isNullNumber(number)) {

@@ -1,9 +1,10 @@
-// One row of one pin: a pointer to the bytes of each column's value, and the columns' names, types and sort order.
+// One row of one pin: a pointer to the bytes of each column's value, and the columns' names, types
+// and sort order.
 //
-// The bytes are those of column_bytes.h. They belong to whoever made them (a source's batch, an action's RowBuffer or
-// result array) and stay valid until that action is called for its next row.
-// A copied OneRow is a view: it shares the pointers and owns nothing. copyFrom() makes an independent row.
-// Threads: one at a time.
+// The bytes are those of column_bytes.h. They belong to whoever made them (a source's batch, an
+// action's RowBuffer or result array) and stay valid until that action is called for its next row.
+// A copied OneRow is a view: it shares the pointers and owns nothing. copyFrom() makes an
+// independent row. Threads: one at a time.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +20,8 @@
 
 class KELVARIN_CORE OneRow {
  public:
-  // A row with the columns of `metaData`, which it refers to and does not own; every value is missing.
+  // A row with the columns of `metaData`, which it refers to and does not own; every value is
+  // missing.
   explicit OneRow(PinOutMetaData* metaData);
   OneRow(const OneRow& other)
       : m_metaData(other.m_metaData),
@@ -66,26 +68,27 @@ class KELVARIN_CORE OneRow {
   double colAsDouble(int column, bool* isMissing) const;
   // Key columns; `ok` is false for a missing key and for columns of another type.
   std::uint32_t colAsKey(int column, bool* ok) const;
-  // Any column as text: numbers and keys in their shortest form, missing values as the null text. `isMissing`, when
-  // given, receives 1 or 0.
+  // Any column as text: numbers and keys in their shortest form, missing values as the null text.
+  // `isMissing`, when given, receives 1 or 0.
   QString col(int column, unsigned short* isMissing) const;
   // The UTF-8 bytes of a text column; empty when missing.
   std::string_view colAsUtf8(int column, bool* isMissing) const;
-  // The value's bytes without its missing-value coding, for hashing and comparing: equal values have equal bytes.
+  // The value's bytes without its missing-value coding, for hashing and comparing: equal values
+  // have equal bytes.
   std::string_view colForHash(int column) const;
   // The format of the dates in a text column; columns carry none of their own, so it is empty.
   QString dateFormat(int column) const;
 
  private:
   PinOutMetaData* m_metaData;
-  RowBuffer* m_values;          // bytes made by copyFrom()
-  unsigned char** m_columns;    // one pointer a column
-  unsigned char** m_ownColumns; // the array this row allocated, null in a view
+  RowBuffer* m_values;           // bytes made by copyFrom()
+  unsigned char** m_columns;     // one pointer a column
+  unsigned char** m_ownColumns;  // the array this row allocated, null in a view
   std::int32_t m_columnCount;
 };
 
 static_assert(sizeof(OneRow) == 5 * sizeof(void*));
 
-// Numbers in the shortest form that reads back to the same double; "nan", "inf" and "-inf" for the others, empty for
-// the missing value.
+// Numbers in the shortest form that reads back to the same double; "nan", "inf" and "-inf" for the
+// others, empty for the missing value.
 KELVARIN_CORE QString shortestText(double number);

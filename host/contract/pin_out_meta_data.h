@@ -34,5 +34,6 @@ class KELVARIN_CORE PinOutMetaData {
   QVector<QString> m_names;
   QVector<MetaInfo> m_metas;
   QVector<SortInfos> m_sortOrder;
-  mutable QHash<QString, int> m_indexOfName;  // filled at the first search, emptied when a name changes
+  mutable QHash<QString, int>
+      m_indexOfName;  // filled at the first search, emptied when a name changes
 };

@@ -30,9 +30,9 @@ class RowReceiver {
 struct OutputPin {
   PinOutMetaData metaData;
   OneRow row{&metaData};
-  bool isAnnounced = false;        // names, types and sort order are final
-  bool isRowReady = false;         // a published row waits for the one consumer
-  RowReceiver* receiver = nullptr; // where rows go when there is not exactly one consumer waiting
+  bool isAnnounced = false;         // names, types and sort order are final
+  bool isRowReady = false;          // a published row waits for the one consumer
+  RowReceiver* receiver = nullptr;  // where rows go when there is not exactly one consumer waiting
   long long rowsPublished = 0;
 
   OutputPin() = default;

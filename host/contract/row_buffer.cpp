@@ -15,6 +15,24 @@ unsigned char* putText(unsigned char* place, const char* bytes, std::size_t size
   return place + sizeof length + size;
 }
 
+// Half a surrogate pair becomes U+FFFD.
+QByteArray utf8Of(const QString& text) {
+  if (text.isValidUtf16()) {
+    return text.toUtf8();
+  }
+  QString repaired = text;
+  for (qsizetype i = 0; i < repaired.size(); ++i) {
+    const bool isPair = repaired[i].isHighSurrogate() && i + 1 < repaired.size() &&
+                        repaired[i + 1].isLowSurrogate();
+    if (isPair) {
+      ++i;
+    } else if (repaired[i].isSurrogate()) {
+      repaired[i] = QChar::ReplacementCharacter;
+    }
+  }
+  return repaired.toUtf8();
+}
+
 }  // namespace
 
 RowBuffer::RowBuffer(int size) {
@@ -33,7 +51,8 @@ void RowBuffer::deepReset(long long bytesKept) {
   reset();
   auto kept = static_cast<long long>(m_chunks.front().size);
   std::size_t count = 1;
-  while (count < m_chunks.size() && kept + static_cast<long long>(m_chunks[count].size) <= bytesKept) {
+  while (count < m_chunks.size() &&
+         kept + static_cast<long long>(m_chunks[count].size) <= bytesKept) {
     kept += static_cast<long long>(m_chunks[count].size);
     ++count;
   }
@@ -78,7 +97,7 @@ unsigned char* bytesFromQString(RowBuffer* buffer, const QString& text) {
   if (text.isNull()) {
     return bytesOfNullText();
   }
-  const QByteArray utf8 = text.toUtf8();
+  const QByteArray utf8 = utf8Of(text);
   return bytesFromUtf8(buffer, {utf8.constData(), static_cast<std::size_t>(utf8.size())});
 }
 
@@ -87,12 +106,12 @@ unsigned char* bytesFromQString(unsigned char* place, const QString& text) {
     std::memcpy(place, bytesOfNullText(), 4);
     return place + 4;
   }
-  const QByteArray utf8 = text.toUtf8();
+  const QByteArray utf8 = utf8Of(text);
   return putText(place, utf8.constData(), static_cast<std::size_t>(utf8.size()));
 }
 
 std::size_t bytesNeeded(const QString& text) {
-  return 4 + (text.isNull() ? 0 : static_cast<std::size_t>(text.toUtf8().size()));
+  return 4 + (text.isNull() ? 0 : static_cast<std::size_t>(utf8Of(text).size()));
 }
 
 unsigned char* bytesOfNullText() {

@@ -1,8 +1,7 @@
 // Growable storage for the bytes of produced column values.
 //
-// Bytes stay where they are until the next reset(), so that rows can point at them; memory is kept over a reset, so
-// that a steady run allocates nothing.
-// Threads: one at a time.
+// Bytes stay where they are until the next reset(), so that rows can point at them; memory is kept
+// over a reset, so that a steady run allocates nothing. Threads: one at a time.
 #pragma once
 
 #include <cstddef>
@@ -51,8 +50,8 @@ class KELVARIN_CORE RowBuffer {
   std::size_t m_used = 0;
 };
 
-// Stores a value and returns its bytes for a row's pointer slot. `alignment` is the wanted alignment of the bytes;
-// 0 and 1 mean none.
+// Stores a value and returns its bytes for a row's pointer slot. `alignment` is the wanted
+// alignment of the bytes; 0 and 1 mean none.
 KELVARIN_CORE unsigned char* bytesFromDouble(RowBuffer* buffer, double value, int alignment);
 KELVARIN_CORE unsigned char* bytesFromKey(RowBuffer* buffer, unsigned int key);
 // A null QString is stored as the null text. Half a surrogate pair is stored as U+FFFD.

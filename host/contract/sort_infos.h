@@ -5,7 +5,8 @@
 
 #include "host/contract/export.h"
 
-// 'A' and 'Z' are text ascending and descending, '0' and '9' number or key ascending and descending.
+// 'A' and 'Z' are text ascending and descending, '0' and '9' number or key ascending and
+// descending.
 enum class SortType : unsigned char {
   textAscending = 'A',
   textDescending = 'Z',

@@ -1,13 +1,14 @@
-// A handle on a parsed XML element, the converters of its texts, and the escaping of texts that are written.
+// A handle on a parsed XML element, the converters of its texts, and the escaping of texts that are
+// written.
 //
-// Copies share the element. Texts are UTF-16, zero-terminated, and live as long as a handle on their document's
-// element does.
-// Threads: an element is read-only after parsing.
+// Copies share the element. Texts are UTF-16, zero-terminated, and live as long as a handle on
+// their document's element does. Threads: an element is read-only after parsing.
 #pragma once
 
 #include <ostream>
 #include <sstream>
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -36,7 +37,8 @@ struct KELVARIN_CORE XMLNode {
   QString name() const;
   Place place() const;
 
-  // Null when absent. `index`, when given, is the place to search from and receives the place after the one found.
+  // Null when absent. `index`, when given, is the place to search from and receives the place after
+  // the one found.
   const unsigned short* getAttribute(const unsigned short* name, int* index = nullptr) const;
   int nAttribute() const;
   QString attributeName(int index) const;
@@ -47,7 +49,8 @@ struct KELVARIN_CORE XMLNode {
   XMLNode getChildNode(int index) const;
   int nChildNode() const;
 
-  // The index-th run of text between children; null when absent.
+  // The index-th run of text between children; null when absent. Comments do not end a run. Beside
+  // children, a run of blanks alone is indentation and does not count.
   const unsigned short* getText(int index) const;
   // All text of the element without its children's.
   QString text() const;
@@ -76,9 +79,15 @@ inline const unsigned short* utf16(const char16_t* text) {
 }
 KELVARIN_CORE QString qString(const unsigned short* text);
 
+// Escapes a text for an element: "&" and "<" only. What XML cannot hold (control characters, half
+// of a surrogate pair) becomes U+FFFD, here and in ToXMLStringTool, so that what is written can
+// always be read.
+KELVARIN_CORE std::wstring elementText(const QString& text);
+
 }  // namespace kelvarin
 
-// Converters of attribute texts; each gives `otherwise` when the text is null.
+// Converters of attribute texts; each gives `otherwise` when the text is null or no value of the
+// wanted kind.
 KELVARIN_CORE int xmltoi(const unsigned short* text, int otherwise);
 KELVARIN_CORE char xmltob(const unsigned short* text, char otherwise);
 KELVARIN_CORE double xmltof(const unsigned short* text, double otherwise);

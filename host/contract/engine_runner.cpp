@@ -1,0 +1,40 @@
+#include "host/contract/engine_runner.h"
+
+#include "host/contract/host_services.h"
+#include "host/contract/messages.h"
+
+EngineRunner::~EngineRunner() {
+  wait();
+}
+
+bool EngineRunner::run(int pin, ActionItem* action, int pinType, bool untilFinished) {
+  kelvarin::HostServices* services = kelvarin::hostServices();
+  if (action == nullptr || isRunning() || m_thread.get_id() == std::this_thread::get_id()) {
+    return false;
+  }
+  m_pinType = pinType;
+  if (services == nullptr || !services->runBranch(*this, *action, pin)) {
+    MainUI::addLog(LogLevel::information, kelvarin::messages::cannotRunBranch(action->name()));
+    return false;
+  }
+  if (untilFinished) {
+    wait();
+  }
+  return true;
+}
+
+void EngineRunner::wait() {
+  if (m_thread.joinable() && m_thread.get_id() != std::this_thread::get_id()) {
+    m_thread.join();
+  }
+}
+
+void EngineRunner::start(std::function<void()> computation) {
+  wait();
+  m_isRunning = true;
+  m_thread = std::thread([this, work = std::move(computation)] {
+    work();
+    m_isRunning = false;
+    computationFinished();
+  });
+}
