@@ -1,0 +1,76 @@
+#include "host/testing/fake_input_pin.h"
+
+#include <algorithm>
+#include <sstream>
+#include <stdexcept>
+
+namespace kelvarin::testing {
+
+namespace {
+constexpr unsigned char kSpoilt = 0xA5;
+}
+
+FakeInputPin::FakeInputPin(const PinOutMetaData& columns) : m_metaData(columns) {}
+
+void FakeInputPin::push(const Values& values, long long times) {
+  if (static_cast<int>(values.size()) != m_metaData.columnCount()) {
+    throw std::invalid_argument("a row of another number of values than the pin's columns");
+  }
+  TypedRow row;
+  row.timesLeft = times;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    row.offsets.push_back(row.bytes.size());
+    appendBytes(row.bytes, values[i], m_metaData.metas()[static_cast<qsizetype>(i)].type());
+  }
+  m_largestRow = std::max(m_largestRow, row.bytes.size());
+  m_rows.push_back(std::move(row));
+}
+
+const OneRow* FakeInputPin::next() {
+  std::swap(m_bytes[0], m_bytes[1]);
+  std::fill(m_bytes[1].begin(), m_bytes[1].end(), kSpoilt);
+  while (m_current < m_rows.size() && m_rows[m_current].timesLeft == 0) {
+    ++m_current;
+  }
+  if (m_current == m_rows.size()) {
+    return nullptr;
+  }
+  TypedRow& row = m_rows[m_current];
+  --row.timesLeft;
+  ++m_rowsPulled;
+  m_bytes[0].resize(m_largestRow);
+  std::copy(row.bytes.begin(), row.bytes.end(), m_bytes[0].begin());
+  unsigned char** columns = m_row.getAllColForWrite();
+  for (std::size_t i = 0; i < row.offsets.size(); ++i) {
+    columns[i] = m_bytes[0].data() + row.offsets[i];
+  }
+  return &m_row;
+}
+
+PinOutMetaData columnsFromText(const std::string& text) {
+  PinOutMetaData columns;
+  std::istringstream words(text);
+  for (std::string word; words >> word;) {
+    const std::size_t colon = word.rfind(':');
+    const std::string code = colon == std::string::npos ? "" : word.substr(colon + 1);
+    if (code != "F" && code != "K" && code != "U") {
+      throw std::invalid_argument("a column is name:F, name:K or name:U, not " + word);
+    }
+    const int column = columns.columnCount();
+    columns.setColumnCount(column + 1);
+    columns.setName(column, QString::fromStdString(word.substr(0, colon)));
+    columns.setMeta(column, {static_cast<MetaTypeColumn>(code[0]), 0});
+  }
+  return columns;
+}
+
+std::string textFromColumns(const PinOutMetaData& columns) {
+  std::string text;
+  for (int i = 0; i < columns.columnCount(); ++i) {
+    text +=
+        (i == 0 ? "" : " ") + columns.names()[i].toStdString() + ':' + columns.metas()[i].code();
+  }
+  return text;
+}
+
+}  // namespace kelvarin::testing

@@ -1,0 +1,50 @@
+// An input pin whose rows a test has typed.
+//
+// As strict as a running graph: one row object for all rows, and the bytes of a row are overwritten
+// at the next pull from the same pin, so that an action that holds on to them is found out. Steady
+// pulling allocates nothing.
+#pragma once
+
+#include "host/contract/pin_ports.h"
+#include "host/testing/value.h"
+
+namespace kelvarin::testing {
+
+class FakeInputPin : public InputPin {
+ public:
+  explicit FakeInputPin(const PinOutMetaData& columns);
+
+  void push(const Values& values, long long times = 1);
+  void setSortOrder(const QVector<SortInfos>& order) { m_row.setSortInfos(order); }
+  void setUpstreamAction(ActionItem* action) { m_upstream = action; }
+  // The upstream action has not told its columns; they come with the first row.
+  void hideColumns() { m_isAnnounced = false; }
+  long long rowsPulled() const { return m_rowsPulled; }
+
+  const OneRow* next() override;
+  const OneRow* announcedColumns() override { return m_isAnnounced ? &m_row : nullptr; }
+  ActionItem* upstreamAction() const override { return m_upstream; }
+
+ private:
+  struct TypedRow {
+    std::vector<unsigned char> bytes;
+    std::vector<std::size_t> offsets;  // of each column's value
+    long long timesLeft;
+  };
+
+  PinOutMetaData m_metaData;
+  OneRow m_row{&m_metaData};
+  std::vector<TypedRow> m_rows;
+  std::size_t m_current = 0;
+  std::vector<unsigned char> m_bytes[2];  // of the current row and, spoilt, of the one before
+  std::size_t m_largestRow = 0;
+  bool m_isAnnounced = true;
+  long long m_rowsPulled = 0;
+  ActionItem* m_upstream = nullptr;
+};
+
+// Columns from "name:F other:U": the code after the last colon.
+PinOutMetaData columnsFromText(const std::string& text);
+std::string textFromColumns(const PinOutMetaData& columns);
+
+}  // namespace kelvarin::testing

@@ -1,0 +1,58 @@
+// A host for tests: it keeps the log, the chosen back-ends and the help pages asked for, and
+// answers a full disk.
+//
+// Installs itself as the HostServices while it lives.
+// Threads: log() and outOfDiskSpace() from any, under a lock.
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "host/contract/host_services.h"
+
+namespace kelvarin::testing {
+
+using Strings = std::vector<std::string>;
+
+struct LogLine {
+  LogLevel level;
+  std::string text;
+  const ActionItem* action;  // null when the host was not told
+};
+
+class RecordingHost : public HostServices {
+ public:
+  RecordingHost();
+  ~RecordingHost() override;
+
+  std::vector<LogLine> lines() const;
+  // Each line as the command line shows it: "error: ", "warning: " or "info: " and the text.
+  Strings log() const;
+  void clearLog();
+
+  // How often a full disk is answered with "write again" before the answer is to give up; none
+  // unless set.
+  void retryFullDisk(int times) { m_diskRetries = times; }
+  // The files for which a full disk was reported.
+  Strings fullDiskFiles() const;
+
+  const Strings& backends() const { return m_backends; }
+  const Strings& helpPages() const { return m_helpPages; }
+
+  void log(LogLevel level, const QString& text, const ActionItem* action) override;
+  void backendsChosen(const ActionItem& action, const QStringList& labels) override;
+  bool outOfDiskSpace(const QString& file, int missingBytes, bool canRetry) override;
+  void openHelp(const QString& helpId, const QString& anchor) override;
+
+ private:
+  mutable std::mutex m_mutex;  // guards m_lines, m_fullDiskFiles and m_diskRetries
+  std::vector<LogLine> m_lines;
+  Strings m_fullDiskFiles;
+  int m_diskRetries = 0;
+  Strings m_backends;
+  Strings m_helpPages;
+  HostServices* m_previous;
+};
+
+}  // namespace kelvarin::testing
