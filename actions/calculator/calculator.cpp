@@ -1,0 +1,99 @@
+#include "actions/calculator/calculator.h"
+
+#include "actions/frame/evaluation_attributes.h"
+#include "actions/frame/messages.h"
+#include "actions/frame/variables_xml.h"
+#include "expression/errors/error_texts.h"
+#include "expression/errors/messages.h"
+
+namespace kelvarin {
+
+namespace {
+
+const QString kNewName = QStringLiteral("NewVar");
+
+}  // namespace
+
+const CatalogueEntry& Calculator::catalogue() {
+  static const CatalogueEntry entry{
+      .typeName = "Calculator",
+      .toolTip = "Add/update a column based on an expression",
+      .helpId = "5_5_6_calculator_high_speed__",
+      .tag = "150_Standard",
+      .keywords = {"math", "exp", "expression", "column", "add", "new", "compute"},
+      .fileType = nullptr,
+      .image = ":/KelvarinMathParser/calculator.svg",
+      .version = 2.08};
+  return entry;
+}
+
+Calculator::Calculator(XMLNode node, GlobalParameters* parameters)
+    : Calculator(node, parameters, kNewName) {}
+
+Calculator::Calculator(XMLNode node, GlobalParameters* parameters, const QString& newName)
+    : Catalogued(node, parameters) {
+  m_inputPinCount = 2;
+  readKeyCast(node, m_options.keyCast);
+  readEvaluationFlags(node, m_options);
+  readTimeParameters(node, m_options.time);
+  m_inputs = readInputVariables(node.getChildNode(utf16(kInputVars)));
+  m_outputs = readOutputVariables(node.getChildNode(utf16(kOutputVars)), {kNewName, newName});
+  if (m_outputs.empty()) {
+    OutputVariable output;
+    output.name = newName;
+    m_outputs.push_back(output);
+  }
+}
+
+void Calculator::saveXML(std::wostringstream& out, QString name) {
+  saveAI(out, name, catalogue().version);
+  writeKeyCast(out, m_options.keyCast);
+  writeEvaluationFlags(out, m_options);
+  writeTimeParameters(out, m_options.time);
+  out << L">\n  <InputVars>\n";
+  for (const InputVariable& variable : m_inputs) {
+    writeInputVariable(out, variable);
+  }
+  out << L"  </InputVars>\n  <OutputVars>\n";
+  for (const OutputVariable& variable : m_outputs) {
+    writeOutputVariable(out, variable);
+  }
+  out << L"  </OutputVars>\n</" << typeName() << L">\n";
+}
+
+char Calculator::init() {
+  m_variables = m_inputs;
+  m_columnOfOutput.clear();
+  m_updatedNumbers.clear();
+  return ExpressionAction::init();
+}
+
+void Calculator::setComputeRoutine() {
+  computeRoutine = &Calculator::computeFirstRow;
+}
+
+QString Calculator::expressionFailureText(const RowFailure& failure) const {
+  const FailurePlace place{rowNumber(), QString::fromLatin1(typeName()), failure.backend};
+  return calculatorErrorText(failure.name, failure.error, place);
+}
+
+QString Calculator::checkText(const QString& output, const QString& text) const {
+  return QString::fromUtf8(messages::kCalculatorOpening).arg(output) + text;
+}
+
+QString Calculator::referenceTimeWarning() const {
+  return messages::referenceTimeUnparsableInCalculator();
+}
+
+std::span<const KnownElements> Calculator::knownElements() const {
+  static const KnownElements elements[] = {
+      {QString(), {QStringLiteral("InputVars"), QStringLiteral("OutputVars")}},
+      kInputVarsElements,
+      kInputVarElements,
+      kStringListElements,
+      {QStringLiteral("OutputVars"), {QStringLiteral("OutputVar")}},
+  };
+  return elements;
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,31 @@
+// The columns of a calculator's output row: those of the input, some of them updated, and the new
+// ones after them.
+//
+// Threads: plain values.  Errors: the text to log.
+#pragma once
+
+#include <vector>
+
+#include <QString>
+#include <QVector>
+
+#include "base/result.h"
+#include "expression/evaluator/variables.h"
+#include "host/contract/one_row.h"
+
+namespace kelvarin {
+
+struct OutputColumns {
+  QVector<QString> names;
+  QVector<MetaInfo> metas;
+  QVector<SortInfos> sortOrder;
+  std::vector<int> columnOfOutput;
+};
+
+// `outputs` have their names expanded.
+Result<OutputColumns, QString> layOutColumns(const OneRow& input,
+                                             const std::vector<OutputVariable>& outputs);
+
+bool isNumeric(const OutputVariable& output);
+
+}  // namespace kelvarin

@@ -1,0 +1,71 @@
+// The calculator at every row.
+#include <algorithm>
+
+#include "actions/calculator/calculator.h"
+
+namespace kelvarin {
+
+template <int kOutputs, bool kUpdatesNumbers>
+ExpressionAction::RowStep Calculator::evaluateRow(const OneRow& row) {
+  if (m_evaluator.loadRow(row) == RowOutcome::stop) {
+    return failAtRow();
+  }
+  unsigned char** columns = getOutputRowForOutputPin(0)->getAllColForWrite();
+  std::copy_n(row.getAllColForRead(), row.sz(), columns);
+  const int outputs = kOutputs == kAnyNumber ? m_evaluator.outputCount() : kOutputs;
+  for (int i = 0; i < outputs; ++i) {
+    if (m_evaluator.evaluate(i) == RowOutcome::stop) {
+      return failAtRow();
+    }
+  }
+  if constexpr (kUpdatesNumbers) {
+    for (const UpdatedNumber& updated : m_updatedNumbers) {
+      columns[updated.column] = updated.result;
+    }
+  }
+  setRowReadyForOutput(0);
+  m_evaluator.advanceRow();
+  return RowStep::more;
+}
+
+template <int kOutputs, bool kUpdatesNumbers>
+bool Calculator::computeRow(ActionItem* action) {
+  auto& self = static_cast<Calculator&>(*action);
+  const OneRow* row = self.getNextRowFromInPin(0);
+  return row == nullptr || self.evaluateRow<kOutputs, kUpdatesNumbers>(*row) != RowStep::more;
+}
+
+ActionItem::ComputeRoutine Calculator::routineForRows() const {
+  static constexpr ComputeRoutine kRoutines[][2] = {
+      {&computeRow<kAnyNumber, false>, &computeRow<kAnyNumber, true>},
+      {&computeRow<1, false>, &computeRow<1, true>},
+      {&computeRow<2, false>, &computeRow<2, true>},
+      {&computeRow<3, false>, &computeRow<3, true>},
+  };
+  const std::size_t outputs = m_outputs.size() <= 3 ? m_outputs.size() : kAnyNumber;
+  return kRoutines[outputs][m_updatedNumbers.empty() ? 0 : 1];
+}
+
+bool Calculator::computeObservedRow(ActionItem* action) {
+  auto& self = static_cast<Calculator&>(*action);
+  const OneRow* row = self.getNextRowFromInPin(0);
+  return row == nullptr || self.evaluateObservedRow(*row) != RowStep::more;
+}
+
+ExpressionAction::RowStep Calculator::evaluateObservedRow(const OneRow& row) {
+  const RowStep step = evaluateRow<kAnyNumber, true>(row);
+  if (step != RowStep::more) {
+    return step;
+  }
+  const OneRow* computed = getOutputRowForOutputPin(0);
+  QStringList results;
+  for (const int column : m_columnOfOutput) {
+    results += computed->col(column, nullptr);
+  }
+  return showRow(results) ? RowStep::more : RowStep::finished;
+}
+
+template ExpressionAction::RowStep Calculator::evaluateRow<Calculator::kAnyNumber, true>(
+    const OneRow& row);
+
+}  // namespace kelvarin

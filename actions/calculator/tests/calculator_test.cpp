@@ -1,0 +1,340 @@
+#include "actions/calculator/calculator.h"
+
+#include <gtest/gtest.h>
+
+#include "actions/frame/tests/allocation_counter.h"
+#include "actions/frame/tests/fake_observer.h"
+#include "host/testing/row_harness.h"
+
+using kelvarin::Calculator;
+using kelvarin::testing::allocationsSoFar;
+using kelvarin::testing::FakeObserver;
+using kelvarin::testing::RowHarness;
+using kelvarin::testing::Rows;
+using kelvarin::testing::Strings;
+using kelvarin::testing::Values;
+
+namespace {
+
+std::string output(const std::string& name, const std::string& expression,
+                   const std::string& more = "") {
+  return "<OutputVar name='" + name + "' " + more + ">" + expression + "</OutputVar>";
+}
+
+std::string calculator(const std::string& outputs, const std::string& attributes = "",
+                       const std::string& inputs = "<InputVar column='a'/>") {
+  return "<Calculator name='calc' " + attributes + "><InputVars>" + inputs +
+         "</InputVars><OutputVars>" + outputs + "</OutputVars></Calculator>";
+}
+
+const std::string kTextInput = "<InputVar column='a'/><InputVar column='t' isNumber='0'/>";
+
+bool startsWith(const std::string& text, const std::string& start) {
+  return text.compare(0, start.size(), start) == 0;
+}
+
+}  // namespace
+
+TEST(Calculator, AddsColumnsAfterTheInputsAndLeavesThoseAlone) {
+  auto h = RowHarness::of<Calculator>(
+      calculator(output("double", "a*2") + output("key", "a+1", "meta='K'") +
+                     output("text", "t//\"!\"", "meta='U'") + output("row", "_n"),
+                 "castToKey2='0'", kTextInput),
+      "a:F t:U");
+  h.push(Rows{{1.5, "x"}, {nullptr, "y"}, {3, ""}});
+  EXPECT_EQ(h.rows(0), (Rows{{1.5, "x", 3, 2, "x!", 0},
+                             {nullptr, "y", nullptr, nullptr, "y!", 1},
+                             {3, "", 6, 4, "!", 2}}));
+  EXPECT_EQ(h.columns(0), "a:F t:U double:F key:K text:U row:F");
+  EXPECT_EQ(h.log(), Strings{});
+}
+
+TEST(Calculator, UpdatedColumnsKeepTheirPlaceAndTakeTheOutputsType) {
+  auto h =
+      RowHarness::of<Calculator>(calculator(output("a", "a+b", "update='1'") +
+                                                output("t", "\"&lt;\"//t", "update='1' meta='U'") +
+                                                output("b", "a*100", "update='1' meta='K'"),
+                                            "", kTextInput + "<InputVar column='b'/>"),
+                                 "a:F t:U b:F");
+  h.push(Rows{{1, "x", 10}, {2, "y", 20}});
+  // Every expression sees the row as it came in.
+  EXPECT_EQ(h.rows(0), (Rows{{11, "<x", 100}, {22, "<y", 200}}));
+  EXPECT_EQ(h.columns(0), "a:F t:U b:K");
+  EXPECT_EQ(h.log(), Strings{});
+}
+
+TEST(Calculator, EveryNumberOfOutputsGivesTheSameValues) {
+  for (int count = 1; count <= 5; ++count) {
+    for (const bool updates : {false, true}) {
+      std::string outputs = updates ? output("a", "a+1", "update='1'") : output("o1", "a+1");
+      Values first;
+      first.emplace_back(updates ? 11 : 10);
+      if (!updates) {
+        first.emplace_back(11);
+      }
+      for (int i = 2; i <= count; ++i) {
+        outputs += output("o" + std::to_string(i), "a+" + std::to_string(i));
+        first.emplace_back(10 + i);
+      }
+      auto h = RowHarness::of<Calculator>(calculator(outputs), "a:F");
+      h.pushRepeated({10}, 3);
+      EXPECT_EQ(h.rows(0), (Rows{first, first, first})) << count << (updates ? " updating" : "");
+    }
+  }
+}
+
+TEST(Calculator, EmptyExpressionsGiveTheMissingValue) {
+  auto h =
+      RowHarness::of<Calculator>(calculator(output("n", "") + output("t", "", "meta='U'")), "a:F");
+  h.push(Rows{{1}});
+  EXPECT_EQ(h.rows(0), (Rows{{1, nullptr, nullptr}}));
+  auto without = RowHarness::of<Calculator>("<Calculator name='c'/>", "a:F");
+  without.push(Rows{{1}});
+  EXPECT_EQ(without.rows(0), (Rows{{1, nullptr}}));
+  EXPECT_EQ(without.columns(0), "a:F NewVar:F");
+}
+
+TEST(Calculator, WrongColumnsStopTheRunBeforeAnyRow) {
+  struct Case {
+    std::string xml;
+    std::string text;
+  };
+  const std::string twice = "error: Error: Updating/Creating the column '";
+  const Case cases[] = {
+      {calculator(output("x", "1"), "", "<InputVar column='zz'/>"),
+       "error: Error: Column 'zz' not found"},
+      {calculator(output("x", "1"), "", "<InputVar label='v'><SL><S>a</S><S>t</S></SL></InputVar>"),
+       "error: Error: Column 'a' and 't' must have the same type"},
+      {calculator(output("zz", "1", "update='1'")),
+       "error: ERROR: column to update 'zz' not found.\n"},
+      {calculator(output("x", "1") + output("x", "2")), twice + "x' several times."},
+      {calculator(output("a", "1", "update='1'") + output("a", "2", "update='1'")),
+       twice + "a' several times."},
+      {calculator(output("b", "1")), twice + "b' several times."},
+  };
+  for (const Case& c : cases) {
+    auto h = RowHarness::of<Calculator>(c.xml, "a:F t:U b:F");
+    h.push(Rows{{1, "x", 2}});
+    EXPECT_EQ(h.rows(0), Rows{});
+    EXPECT_EQ(h.log(), Strings{c.text});
+    EXPECT_TRUE(h.hasFailed());
+  }
+}
+
+TEST(Calculator, GraphParametersAreReplacedInNames) {
+  auto h = RowHarness::of<Calculator>(
+      calculator(output("${new}", "v"), "", "<InputVar column='${old}' label='v'/>"), "a:F");
+  h.parameters().setValue("old", "a");
+  h.parameters().setValue("new", "fresh");
+  h.push(Rows{{7}});
+  EXPECT_EQ(h.rows(0), (Rows{{7, 7}}));
+  EXPECT_EQ(h.columns(0), "a:F fresh:F");
+}
+
+TEST(Calculator, WrongExpressionsAreAllReported) {
+  auto h =
+      RowHarness::of<Calculator>(calculator(output("x", "a+nope") + output("y", "also(1)")), "a:F");
+  h.push(Rows{{1}});
+  EXPECT_EQ(h.rows(0), Rows{});
+  ASSERT_EQ(h.log().size(), 2u);
+  EXPECT_TRUE(startsWith(h.log()[0], "error: Math Parser Error in expression named 'x':\n "));
+  EXPECT_NE(h.log()[0].find("\"nope\""), std::string::npos);
+  EXPECT_NE(h.log()[0].find("\n On Data Row 0 at position 2: Please click the \"? (F7)\" check "
+                            "button  inside the property window of the 'Calculator' action"),
+            std::string::npos);
+  EXPECT_TRUE(startsWith(h.log()[1], "error: Math Parser Error in expression named 'y':\n "));
+  EXPECT_TRUE(h.hasFailed());
+}
+
+TEST(Calculator, AFailedRowStopsTheRunOrGivesAMissingValue) {
+  const std::string outputs = output("x", "a&gt;1 ? t : a") + output("y", "a+1");
+  const Rows input{{1, "p"}, {2, "q"}, {0, "r"}};
+  auto stops = RowHarness::of<Calculator>(calculator(outputs, "", kTextInput), "a:F t:U");
+  stops.push(input);
+  EXPECT_EQ(stops.rows(0), (Rows{{1, "p", 1, 2}}));
+  ASSERT_EQ(stops.log().size(), 1u);
+  EXPECT_TRUE(startsWith(stops.log()[0],
+                         "error: Math Parser Error in expression named 'x':\n The "
+                         "expression evaluated to a String and a Number was expected"
+                         "\n On Data Row 1 at position "));
+  EXPECT_TRUE(stops.hasFailed());
+
+  auto goesOn =
+      RowHarness::of<Calculator>(calculator(outputs, "abortWhenError='0'", kTextInput), "a:F t:U");
+  goesOn.push(input);
+  EXPECT_EQ(goesOn.rows(0), (Rows{{1, "p", 1, 2}, {2, "q", nullptr, 3}, {0, "r", 0, 1}}));
+  ASSERT_EQ(goesOn.log().size(), 1u);
+  EXPECT_TRUE(startsWith(goesOn.log()[0], "warning: 1 evaluation(s) failed"));
+  EXPECT_FALSE(goesOn.hasFailed());
+}
+
+TEST(Calculator, NumbersThatAreNoKeysFollowTheKeyCast) {
+  auto stops = RowHarness::of<Calculator>(calculator(output("k", "a", "meta='K'")), "a:F");
+  stops.push(Rows{{7}, {nullptr}, {-1}});
+  EXPECT_EQ(stops.rows(0), (Rows{{7, 7}, {nullptr, nullptr}}));
+  EXPECT_EQ(stops.log(), (Strings{"error: Out of range: variable 'k' cannot be converted to key on "
+                                  "row 2 (value=-1)."}));
+  auto nulls = RowHarness::of<Calculator>(
+      calculator(output("k", "a", "meta='K'"), "castToKey1='1' castToKey2='1'"), "a:F");
+  nulls.push(Rows{{-1}, {2.5}, {3}});
+  EXPECT_EQ(nulls.rows(0), (Rows{{-1, nullptr}, {2.5, nullptr}, {3, 3}}));
+}
+
+TEST(Calculator, DatesArePreparedOnce) {
+  const std::string date = "<InputVar column='t' meta='D'/>";
+  auto unknown =
+      RowHarness::of<Calculator>(calculator(output("x", "1"), "addNowS='1'", date), "t:U");
+  unknown.push(Rows{{"2020"}});
+  EXPECT_EQ(unknown.rows(0), Rows{});
+  EXPECT_EQ(unknown.log(), Strings{"error: filterRow error: Date format is unknown"});
+
+  auto reference = RowHarness::of<Calculator>(
+      calculator(output("x", "_now &gt; 0"), "addNow='1' referenceTime='soon'", ""), "t:U");
+  reference.push(Rows{{"2020"}});
+  EXPECT_EQ(reference.rows(0), (Rows{{"2020", 1}}));
+  EXPECT_EQ(reference.log(),
+            Strings{"warning: Calculator: Cannot parse Reference time. We will use 19700101 "
+                    "00:00:00 as reference time."});
+}
+
+TEST(Calculator, ACheckTakesAnUnparsableReferenceTimeAsAWarning) {
+  auto h = RowHarness::of<Calculator>(
+      calculator(output("x", "_now") + output("y", "_now"), "addNow='1' referenceTime='soon'"),
+      "a:F");
+  h.checkOnly();
+  h.finish();
+  ASSERT_EQ(h.log().size(), 1u);
+  EXPECT_TRUE(startsWith(h.log()[0], "warning: "));
+  EXPECT_FALSE(h.hasFailed());
+}
+
+TEST(Calculator, KeepsASortOrderUpToTheFirstComputedColumn) {
+  using Order = QVector<SortInfos>;
+  const SortInfos byA(0, SortType::numberAscending);
+  const SortInfos byT(1, SortType::textDescending);
+  const auto orderAfter = [&](const std::string& outputs, const Order& order) {
+    auto h = RowHarness::of<Calculator>(calculator(outputs), "a:F t:U b:F");
+    h.input(0).setSortOrder(order);
+    h.push(Rows{{1, "x", 2}});
+    h.finish();
+    return h.sortOrder(0);
+  };
+  EXPECT_EQ(orderAfter(output("n", "1"), {byA, byT}), (Order{byA, byT}));
+  EXPECT_EQ(orderAfter(output("b", "1", "update='1'"), {byA, byT}), (Order{byA, byT}));
+  EXPECT_EQ(orderAfter(output("a", "1", "update='1'"), {byT, byA}), (Order{byT}));
+  // A text that updates a sorted column cuts only where a number updates something, too.
+  const std::string text = output("t", "\"\"", "update='1' meta='U'");
+  EXPECT_EQ(orderAfter(text, {byA, byT}), (Order{byA, byT}));
+  EXPECT_EQ(orderAfter(text + output("b", "1", "update='1'"), {byA, byT}), (Order{byA}));
+}
+
+TEST(Calculator, TakesFurtherVariablesFromTheTableOnItsSecondPin) {
+  auto h = RowHarness::of<Calculator>(
+      calculator(output("x", "v+w+b") + output("y", "u//u", "meta='U'"), "", ""), "a:F b:F t:U");
+  h.columnsOfPin(1, "alias:U name:U cast:U");
+  h.input(1).push({"v", "a", "F"});
+  h.input(1).push({"w", "a", nullptr});
+  h.input(1).push({"u", "t", "U"});
+  h.input(1).push({nullptr, "b", ""});
+  h.push(Rows{{1, 10, "p"}, {2, 20, "q"}});
+  EXPECT_EQ(h.rows(0), (Rows{{1, 10, "p", 12, "pp"}, {2, 20, "q", 24, "qq"}}));
+
+  auto one = RowHarness::of<Calculator>(calculator(output("x", "a+1"), "", ""), "a:F");
+  one.columnsOfPin(1, "only:U");
+  one.input(1).push({"a"});
+  one.push(Rows{{1}});
+  EXPECT_EQ(one.rows(0), (Rows{{1, 2}}));
+
+  auto wrong = RowHarness::of<Calculator>(calculator(output("x", "1")), "a:F");
+  wrong.columnsOfPin(1, "alias:U name:U cast:U");
+  wrong.input(1).push({"v", "a", "Q"});
+  wrong.push(Rows{{1}});
+  EXPECT_EQ(wrong.rows(0), Rows{});
+  ASSERT_EQ(wrong.log().size(), 1u);
+  EXPECT_NE(wrong.log()[0].find("'v' the type 'Q'"), std::string::npos);
+  EXPECT_TRUE(wrong.hasFailed());
+}
+
+TEST(Calculator, AnEmptyTableKeepsItsHeader) {
+  auto h = RowHarness::of<Calculator>(calculator(output("x", "a")), "a:F");
+  EXPECT_EQ(h.rows(0), Rows{});
+  EXPECT_EQ(h.columns(0), "a:F x:F");
+  EXPECT_EQ(h.log(), Strings{});
+  EXPECT_FALSE(h.hasFailed());
+
+  auto unannounced = RowHarness::of<Calculator>(calculator(output("x", "a")), "a:F");
+  unannounced.input(0).hideColumns();
+  EXPECT_EQ(unannounced.rows(0), Rows{});
+  EXPECT_EQ(unannounced.columns(0), "");
+  EXPECT_FALSE(unannounced.hasFailed());
+}
+
+TEST(Calculator, ACheckReportsEveryWrongExpressionWithItsName) {
+  auto h = RowHarness::of<Calculator>(
+      calculator(output("x", "a+nope") + output("good", "a") + output("z", "\"text\"")), "a:F");
+  h.checkOnly();
+  h.finish();
+  ASSERT_EQ(h.log().size(), 2u);
+  EXPECT_TRUE(startsWith(h.log()[0], "error: Math Parser Error in expression named 'x':\n "));
+  EXPECT_EQ(h.columns(0), "a:F x:F good:F z:F");
+  EXPECT_NE(h.log()[0].find("\n  Error Token:nope\n  Error at position:2"), std::string::npos);
+  EXPECT_TRUE(startsWith(h.log()[1],
+                         "error: Math Parser Error in expression named 'z':\n The "
+                         "expression evaluated to a String and a Number was expected"));
+  EXPECT_TRUE(h.hasFailed());
+
+  auto good = RowHarness::of<Calculator>(calculator(output("x", "a+1")), "a:F");
+  good.checkOnly();
+  good.finish();
+  EXPECT_EQ(good.columns(0), "a:F x:F");
+  EXPECT_FALSE(good.hasFailed());
+}
+
+TEST(Calculator, TellsTheHostItsBackends) {
+  auto h = RowHarness::of<Calculator>(
+      calculator(output("x", "a") + output("t", "\"\"", "meta='U'"), "useJIT='0'"), "a:F");
+  h.push(Rows{{1}});
+  h.finish();
+  EXPECT_EQ(h.host().backends(), (Strings{"Fast Parser", "String Parser"}));
+}
+
+TEST(Calculator, AnObserverSeesEveryRowAndCanStop) {
+  auto h = RowHarness::of<Calculator>(
+      calculator(output("x", "a*2") + output("y", "t//t", "meta='U'"), "", kTextInput), "a:F t:U");
+  h.columnsOfPin(1, "alias:U name:U");
+  h.input(1).push({"v", "nowhere"});
+  h.push(Rows{{1, "p"}, {2, "q"}, {3, "r"}});
+  FakeObserver observer(2);
+  h.actionAs<Calculator>().setObserver(&observer);
+  EXPECT_EQ(h.rows(0), (Rows{{1, "p", 2, "pp"}, {2, "q", 4, "qq"}}));
+  EXPECT_EQ(observer.labels, (QStringList{"String Parser", "String Parser"}));
+  ASSERT_EQ(observer.rows.size(), 2u);
+  EXPECT_EQ(observer.rows[0].values, (QStringList{"1", "p"}));
+  EXPECT_EQ(observer.rows[1].results, (QStringList{"4", "qq"}));
+  EXPECT_FALSE(h.hasFailed());
+  // The table on pin 1 is not read while an observer looks on.
+  EXPECT_EQ(h.input(1).rowsPulled(), 0);
+}
+
+TEST(Calculator, MisspeltElementsAreRefusedWithTheirPlace) {
+  auto h = RowHarness::of<Calculator>(
+      "<Calculator name='c'>\n <InputVars>\n  <InputVr column='a'/>\n </InputVars>\n</Calculator>",
+      "a:F");
+  h.parameters().setGraphFile("g.kelvarin");
+  EXPECT_NE(h.init(), 0);
+  EXPECT_EQ(h.log(), Strings{"error: g.kelvarin:3:3: Unknown element <InputVr> inside <InputVars>. "
+                             "Known there: InputVar."});
+}
+
+TEST(Calculator, NumericRowsAllocateNothing) {
+  auto h = RowHarness::of<Calculator>(
+      calculator(
+          output("x", "a*2+_n") + output("a", "a+1", "update='1'") + output("k", "7", "meta='K'"),
+          "", kTextInput + "<InputVar column='k2'/>"),
+      "a:F t:U k2:K");
+  h.pushRepeated({1.5, "a text that no short-string buffer would hold", 3}, 100'200);
+  h.runWithoutReading(100);
+  const long long before = allocationsSoFar();
+  h.runWithoutReading(100'000);
+  EXPECT_EQ(allocationsSoFar() - before, 0);
+}

@@ -1,0 +1,70 @@
+#include "actions/calculator/variable_table.h"
+
+#include "actions/frame/messages.h"
+
+namespace kelvarin {
+
+namespace {
+
+constexpr int kAliasColumn = 0;
+constexpr int kNameColumn = 1;
+constexpr int kCastColumn = 2;
+
+}  // namespace
+
+VariableTableRow variableTableRow(const OneRow& row) {
+  VariableTableRow result;
+  if (row.sz() == 0) {
+    return result;
+  }
+  result.alias = row.col(kAliasColumn, nullptr);
+  result.column = row.sz() > kNameColumn ? row.col(kNameColumn, nullptr) : result.alias;
+  if (result.alias.isEmpty()) {
+    result.alias = result.column;
+  }
+  const QString cast = row.sz() > kCastColumn ? row.col(kCastColumn, nullptr) : QString();
+  if (!cast.isEmpty()) {
+    result.castCode = cast.front();
+  }
+  return result;
+}
+
+Result<InputVariable, QString> variableOf(const QString& alias, const QStringList& columns,
+                                          QChar castCode) {
+  InputVariable variable;
+  variable.label = alias;
+  variable.columns = columns;
+  switch (castCode.unicode()) {
+    case u'F':
+    case u'K':
+      return variable;
+    case u'U':
+      variable.isNumber = false;
+      return variable;
+    case u'D':
+      variable.meta = MetaTypeColumn::date;
+      return variable;
+    default:
+      return Failure{messages::unknownCastCode(alias, castCode)};
+  }
+}
+
+Status<QString> appendVariableTable(ActionItem& action, int pin,
+                                    std::vector<InputVariable>& variables) {
+  long long rowNumber = 0;
+  while (const OneRow* row = action.getNextRowFromInPin(pin)) {
+    const VariableTableRow definition = variableTableRow(*row);
+    if (definition.column.isEmpty()) {
+      return Failure{messages::variableWithoutColumn(rowNumber)};
+    }
+    auto variable = variableOf(definition.alias, {definition.column}, definition.castCode);
+    if (!variable) {
+      return Failure{variable.error()};
+    }
+    variables.push_back(std::move(variable.value()));
+    ++rowNumber;
+  }
+  return Done{};
+}
+
+}  // namespace kelvarin

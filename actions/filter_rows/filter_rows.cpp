@@ -1,0 +1,128 @@
+#include "actions/filter_rows/filter_rows.h"
+
+#include <algorithm>
+
+#include "actions/filter_rows/sampling.h"
+#include "actions/frame/attributes.h"
+#include "actions/frame/evaluation_attributes.h"
+#include "actions/frame/variables_xml.h"
+#include "expression/errors/error_texts.h"
+#include "expression/errors/messages.h"
+
+namespace kelvarin {
+
+namespace {
+
+constexpr char16_t kExpression[] = u"Expression";
+
+constexpr Attribute<FilterSettings> kBeforeOptions[] = {
+    attribute<&FilterSettings::truncate>(u"truncate")};
+constexpr Attribute<FilterSettings> kAfterOptions[] = {
+    attribute<&FilterSettings::comments>(u"comments")};
+
+QString readExpression(const XMLNode& node) {
+  QString expression = qString(node.getAttribute(utf16(kExpression)));
+  return expression.isEmpty() ? node.getChildNode(utf16(kExpression)).text() : expression;
+}
+
+// In older files the variables stand in the action itself.
+XMLNode parentOfVariables(const XMLNode& node) {
+  const XMLNode list = node.getChildNode(utf16(kInputVars));
+  return list.isEmpty() ? node : list;
+}
+
+}  // namespace
+
+const CatalogueEntry& FilterRows::catalogue() {
+  static const CatalogueEntry entry{
+      .typeName = "FilterRows",
+      .toolTip = "Filter rows based on an expression",
+      .helpId = "5_5_7_filter_rows_high_speed_",
+      .tag = "150_Standard",
+      .keywords = {"math", "exp", "expression", "remove", "row", "filter"},
+      .fileType = nullptr,
+      .image = ":/KelvarinMathParser/rowFilter.svg",
+      .version = 2.08};
+  return entry;
+}
+
+FilterRows::FilterRows(XMLNode node, GlobalParameters* parameters) : Catalogued(node, parameters) {
+  m_inputPinCount = 2;
+  m_outputPinCount = 2;
+  m_inputs = readInputVariables(parentOfVariables(node));
+  m_settings.expression = readExpression(node);
+  readAttributes<FilterSettings>(node, kBeforeOptions, m_settings);
+  readEvaluationFlags(node, m_options);
+  readTimeParameters(node, m_options.time);
+  readAttributes<FilterSettings>(node, kAfterOptions, m_settings);
+  if (sampleSizeOf(m_settings.expression).value_or(0) > 0) {
+    m_settings.truncate = true;
+  }
+}
+
+void FilterRows::saveXML(std::wostringstream& out, QString name) {
+  saveAI(out, name, catalogue().version);
+  writeAttributes<FilterSettings>(out, kBeforeOptions, m_settings);
+  writeEvaluationFlags(out, m_options);
+  writeTimeParameters(out, m_options.time);
+  writeAttributes<FilterSettings>(out, kAfterOptions, m_settings);
+  out << L">\n <Expression>" << elementText(m_settings.expression)
+      << L"</Expression>\n <InputVars>\n";
+  for (const InputVariable& variable : m_inputs) {
+    writeInputVariable(out, variable);
+  }
+  out << L" </InputVars>\n</" << typeName() << L">\n";
+}
+
+char FilterRows::init() {
+  m_sampleSize = 0;
+  m_rowsSampled = 0;
+  m_wasTruncated = false;
+  return ExpressionAction::init();
+}
+
+void FilterRows::setComputeRoutine() {
+  computeRoutine = &FilterRows::computeFirstRow;
+}
+
+float FilterRows::computeCompletion() const {
+  if (isSampling()) {
+    return static_cast<float>(std::min(m_rowsSampled, m_sampleSize)) /
+           static_cast<float>(m_sampleSize);
+  }
+  const ActionItem* upstream = getActionItemOnInPin(0);
+  return upstream == nullptr ? -1.0f : upstream->completion();
+}
+
+QString FilterRows::expressionFailureText(const RowFailure& failure) const {
+  return filterErrorText(failure.error, rowNumber());
+}
+
+QString FilterRows::checkText(const QString&, const QString& text) const {
+  return QString::fromUtf8(messages::kFilterOpening) + text;
+}
+
+QString FilterRows::referenceTimeWarning() const {
+  return QString::fromUtf8(messages::kReferenceUnparsable);
+}
+
+std::span<const KnownElements> FilterRows::knownElements() const {
+  static const KnownElements elements[] = {
+      {QString(), {QStringLiteral("Expression"), QStringLiteral("InputVars")}},
+      kInputVarsElements,
+      kInputVarElements,
+      kStringListElements,
+  };
+  static const KnownElements elementsOfOlderFiles[] = {
+      {QString(), {QStringLiteral("Expression"), QStringLiteral("InputVar")}},
+      kInputVarElements,
+      kStringListElements,
+  };
+  const bool isOlder = node().getChildNode(utf16(kInputVars)).isEmpty();
+  if (isOlder) {
+    return elementsOfOlderFiles;
+  }
+  return elements;
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,70 @@
+// Sends each row, unchanged, to output pin 0 where an expression holds and to pin 1 where it does
+// not.
+//
+// It can stop at the first row that fails; an expression that only limits the row number (`_n <
+// 100`) then takes the first rows without evaluating anything. plan.cpp works at the first row,
+// row.cpp at every row. Threads: those of ActionItem.  Errors: logged at level 1, the run fails.
+#pragma once
+
+#include <cstdint>
+
+#include "actions/frame/catalogued.h"
+#include "actions/frame/expression_action.h"
+
+namespace kelvarin {
+
+// What is an attribute of the action, but for the evaluation's options.
+struct FilterSettings {
+  bool truncate = false;  // stop at the first row for which the expression is false
+  QString expression = QStringLiteral("");
+  QString comments = QStringLiteral("");
+};
+
+class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
+ public:
+  FilterRows(XMLNode node, GlobalParameters* parameters);
+
+  static const CatalogueEntry& catalogue();
+
+  void saveXML(std::wostringstream& out, QString name) override;
+  char init() override;
+  void setComputeRoutine() override;
+  float computeCompletion() const override;
+
+  // The run ended at a row for which the expression was false.
+  bool wasTruncated() const { return m_wasTruncated; }
+
+ protected:
+  QString expressionFailureText(const RowFailure& failure) const override;
+  QString checkText(const QString& output, const QString& text) const override;
+  QString referenceTimeWarning() const override;
+  std::span<const KnownElements> knownElements() const override;
+
+ private:
+  static bool computeFirstRow(ActionItem* action);
+  void buildOutputRows(const OneRow& columns);
+  [[nodiscard]] bool plan(const OneRow& columns);
+  bool startRows(const OneRow& firstRow);
+  void startSampling();
+  bool isSampling() const { return m_sampleSize > 0; }
+
+  void passTo(int pin, const OneRow& row);
+  // To both pins, where only the columns are asked for.
+  void passToBoth(const OneRow& row);
+  template <bool kTruncates>
+  static bool computeRow(ActionItem* action);
+  template <bool kTruncates>
+  RowStep filterRow(const OneRow& row);
+  RowStep evaluateRow(const OneRow& row, bool& isKept);
+  static bool computeSampledRow(ActionItem* action);
+  RowStep sampleRow(const OneRow& row);
+  static bool computeObservedRow(ActionItem* action);
+  RowStep filterObservedRow(const OneRow& row);
+
+  FilterSettings m_settings;
+  std::uint64_t m_sampleSize = 0;  // 0: not sampling
+  std::uint64_t m_rowsSampled = 0;
+  bool m_wasTruncated = false;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,81 @@
+// What the actions share that evaluate expressions on rows: options, variables, one evaluator, the
+// step debugger's side, and how failures reach the log and end the run.
+//
+// Used by Calculator (and the vectorized one) and FilterRows. A derived action plans at its first
+// row, with startEvaluator() and compileOutputs(), and then loads and evaluates every row itself.
+// Threads: those of ActionItem; the observer is attached and taken away between runs.
+// Errors: logged here at level 1, and the run is marked as failed.
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "actions/frame/known_elements.h"
+#include "actions/frame/row_observer.h"
+#include "expression/evaluator/expression_evaluator.h"
+#include "host/contract/action_item.h"
+
+namespace kelvarin {
+
+class ExpressionAction : public ActionItem {
+ public:
+  // Null takes the observer away. While there is one, every expression takes the String back-end
+  // and every row waits.
+  void setObserver(RowObserver* observer) { m_observer = observer; }
+
+  // Refuses elements that it does not know.
+  char init() override;
+  // Tells what the user should know at the end of a run; an error of the action's own says it all.
+  char close() override;
+  // Never.
+  char canRunInParallel(QString what, bool* reason) override;
+
+ protected:
+  enum class RowStep { more, finished, failed };
+
+  using ActionItem::ActionItem;
+
+  bool isObserved() const { return m_observer != nullptr; }
+  // Only the columns are asked for, and whether the expressions are right.
+  bool isChecking() const { return !mustComputeFull(); }
+
+  // Those of the first row; without any row the ones that the upstream action announced, so that an
+  // empty table keeps its header and a check sees the expressions. Null: nothing to plan for.
+  const OneRow* columnsToPlanFor(const OneRow* firstRow) const;
+  // Configures the evaluator, prepares its dates and finds the variables' columns. False: logged.
+  [[nodiscard]] bool startEvaluator(const OneRow& columns, const std::vector<InputVariable>& inputs,
+                                    const QStringList& expressions);
+  // Compiles every output, or in a check tries it; all errors are logged. False: there were some.
+  [[nodiscard]] bool compileOutputs(const std::vector<OutputVariable>& outputs, ResultUse use);
+  // Shows the evaluated row to the observer and waits; false when the user stopped.
+  [[nodiscard]] bool showRow(const QStringList& results);
+
+  void logError(const QString& text) const;
+  // Logs why the last row stopped, and fails the run.
+  RowStep failAtRow();
+
+  long long rowNumber() const { return static_cast<long long>(m_evaluator.rowNumber()); }
+
+  // What differs between the actions: the text about an expression that failed at a row, the one
+  // about an expression that did not pass a check, the warning about the reference time, and the
+  // elements inside the action.
+  virtual QString expressionFailureText(const RowFailure& failure) const = 0;
+  virtual QString checkText(const QString& output, const QString& text) const = 0;
+  virtual QString referenceTimeWarning() const = 0;
+  virtual std::span<const KnownElements> knownElements() const = 0;
+
+  std::vector<InputVariable> m_inputs;
+  EvaluationOptions m_options;
+  ExpressionEvaluator m_evaluator;
+
+ private:
+  [[nodiscard]] bool prepareDates(const QStringList& expressions);
+  [[nodiscard]] bool checkOutput(const OutputVariable& output, ResultUse use);
+  void tellBackends();
+  QString failureText(const RowFailure& failure) const;
+
+  RowObserver* m_observer = nullptr;
+  int m_variableCount = 0;  // those of the run, table on the second pin included
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,76 @@
+// The texts that the expression actions and the frame around all actions log.
+//
+// What an expression's own failure looks like is in expression/errors.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include "host/contract/xml_node.h"
+
+namespace kelvarin::messages {
+
+inline QString unknownElement(const QString& file, XMLNode::Place place, const QString& element,
+                              const QString& parent, const QStringList& known) {
+  const QString where = QStringLiteral("%1:%2:%3: ")
+                            .arg(file.isEmpty() ? QStringLiteral("graph") : file,
+                                 QString::number(place.line), QString::number(place.column));
+  const QString what = QStringLiteral("Unknown element <%1> inside <%2>.").arg(element, parent);
+  const QString hint =
+      known.isEmpty() ? QStringLiteral(" No element may stand there.")
+                      : QStringLiteral(" Known there: %1.").arg(known.join(QStringLiteral(", ")));
+  return where + what + hint;
+}
+
+inline QString runningNotAvailable(const QString& typeName, const QString& name) {
+  return QStringLiteral(
+             "%1 '%2': running this action is not available in this version. "
+             "Remove it from the graph to run the rest.")
+      .arg(typeName, name);
+}
+
+inline QString referenceTimeUnparsableInCalculator() {
+  return QStringLiteral(
+      "Calculator: Cannot parse Reference time. We will use 19700101 00:00:00 as reference time.");
+}
+inline QString dateFormatUnknownInRun() {
+  return QStringLiteral("filterRow error: Date format is unknown");
+}
+
+// A number that is no key; the row is `_n`.
+inline QString keyOutOfRange(const QString& output, long long row, double value) {
+  return QStringLiteral(
+             "Out of range: variable '%1' cannot be converted to key on row %2 (value=%3).")
+      .arg(output, QString::number(row), QString::number(value));
+}
+inline QString nullKeyRefused(const QString& variable, long long row) {
+  return QStringLiteral(
+             "Null key: variable '%1' has no value on row %2. Set castToKey3 to 0 (null) or 1 "
+             "(zero) to "
+             "go on with such rows.")
+      .arg(variable, QString::number(row));
+}
+
+inline QString columnToUpdateNotFound(const QString& name) {
+  return QStringLiteral("ERROR: column to update '%1' not found.\n").arg(name);
+}
+inline QString columnProducedTwice(const QString& name) {
+  return QStringLiteral("Error: Updating/Creating the column '%1' several times.").arg(name);
+}
+
+inline QString unknownCastCode(const QString& alias, QChar code) {
+  return QStringLiteral(
+             "Error: The table of variables gives '%1' the type '%2'. It takes F or K (number), U "
+             "(text) "
+             "or D (date).")
+      .arg(alias, QString(code));
+}
+inline QString variableWithoutColumn(long long row) {
+  return QStringLiteral(
+             "Error: The table of variables names no column on its row %1. Each row needs an alias "
+             "and a "
+             "column name.")
+      .arg(row);
+}
+
+}  // namespace kelvarin::messages

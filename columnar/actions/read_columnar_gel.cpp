@@ -1,0 +1,104 @@
+#include "columnar/actions/read_columnar_gel.h"
+
+#include "actions/frame/attributes.h"
+#include "actions/frame/known_elements.h"
+#include "actions/frame/messages.h"
+#include "host/contract/main_ui.h"
+
+namespace kelvarin {
+
+namespace {
+
+using Settings = ReadColumnarSettings;
+
+constexpr char16_t kBlockFilter[] = u"CFilterRows";
+constexpr char16_t kColumnsToRead[] = u"ColumnsToRead";
+constexpr int kListedColumns = 1;
+constexpr int kColumnsFromPin = 2;
+// Older hosts refuse a file with a time-out by this version.
+constexpr double kVersionWithTimeOut = 2.3;
+
+constexpr Attribute<Settings> kAttributes[] = {
+    attribute<&Settings::fileNameFromPin>(u"fileNameFromPin"),
+    attribute<&Settings::accurateProgressBar>(u"accurateProgressBar"),
+    attribute<&Settings::readIncompleteFile>(u"readIncompleteFile"),
+    attribute<&Settings::skipCorruptedBlocks>(u"skipCorruptedBlocks"),
+    attribute<&Settings::filterRows>(u"filterRows"),
+    attribute<&Settings::abortIfMissing>(u"abortIfMissing"),
+    attribute<&Settings::blocksAhead>(u"nBlockForward"),
+    attribute<&Settings::columnSelection>(u"columnSelection"),
+    attribute<&Settings::fileName>(u"fileName"),
+    attribute<&Settings::timeOutSeconds>(u"timeOut"),
+    attribute<&Settings::readAllColumns>(u"readAllColumns"),
+};
+
+const KnownElements kElements[] = {
+    {QString(), {QStringLiteral("CFilterRows"), QStringLiteral("ColumnsToRead")}},
+    {QStringLiteral("CFilterRows"), {QStringLiteral("Expression"), QStringLiteral("InputVars")}},
+    {QStringLiteral("InputVars"), {QStringLiteral("CInputVar")}},
+    {QStringLiteral("ColumnsToRead"), {QStringLiteral("SL")}},
+    kStringListElements,
+};
+
+int pinCount(const Settings& settings) {
+  if (settings.columnSelection == kColumnsFromPin) {
+    return 2;
+  }
+  return settings.fileNameFromPin ? 1 : 0;
+}
+
+}  // namespace
+
+const CatalogueEntry& ReadColumnarGel::catalogue() {
+  static const CatalogueEntry entry{.typeName = "ReadColumnarGel",
+                                    .toolTip = "Read a columnar .cgel_kelvarin file",
+                                    .helpId = "5_2_7_kelvarin_columnar_gel_f",
+                                    .tag = "Common",
+                                    .keywords = {"columnar", "file", "import", "input", "load",
+                                                 "cgel_kelvarin", "cgel", "gel", "read", "in"},
+                                    .fileType = "cgel_kelvarin",
+                                    .image = ":/KelvarinMathParser/columnarRead.svg",
+                                    .version = 2.08};
+  return entry;
+}
+
+ReadColumnarGel::ReadColumnarGel(XMLNode node, GlobalParameters* parameters)
+    : Catalogued(node, parameters) {
+  readAttributes<Settings>(node, kAttributes, m_settings);
+  if (!m_settings.readAllColumns) {
+    m_settings.columnSelection = kListedColumns;
+  }
+  m_blockFilter = readBlockFilter(node.getChildNode(utf16(kBlockFilter)));
+  m_columnsToRead = fromXMLSL(node.getChildNode(utf16(kColumnsToRead)));
+  m_inputPinCount = pinCount(m_settings);
+  m_outputPinCount = 1;
+  m_endpoint = static_cast<std::int32_t>(Endpoint::reader);
+  m_fileAccess = kReadsFiles;
+}
+
+void ReadColumnarGel::saveXML(std::wostringstream& out, QString name) {
+  saveAI(out, name, m_settings.timeOutSeconds > 0 ? kVersionWithTimeOut : catalogue().version);
+  writeAttributes<Settings>(out, kAttributes, m_settings);
+  out << L">\n";
+  writeBlockFilter(out, m_blockFilter);
+  if (!m_columnsToRead.isEmpty()) {
+    out << L"  <ColumnsToRead>";
+    toXML(m_columnsToRead, out);
+    out << L"</ColumnsToRead>\n";
+  }
+  out << L"</" << typeName() << L">\n";
+}
+
+char ReadColumnarGel::init() {
+  ActionItem::init();
+  reportUnknownElements(*this, kElements);
+  MainUI::addLog(LogLevel::error,
+                 messages::runningNotAvailable(QString::fromLatin1(typeName()), name()));
+  return 1;
+}
+
+void ReadColumnarGel::setComputeRoutine() {
+  computeRoutine = [](ActionItem*) { return true; };
+}
+
+}  // namespace kelvarin
