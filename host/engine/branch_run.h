@@ -1,0 +1,22 @@
+// Runs one action of a graph with what lies upstream of it, for an editor that steps through its
+// rows.
+//
+// Used by: the HostServices::runBranch() of programs with editors.
+// Threads: the computation is on the runner's thread; the graph and the record must outlive it, and
+// the graph is not changed or run meanwhile.
+// Errors: in the log; the record's status tells the end.
+#pragma once
+
+#include "host/contract/engine_runner.h"
+#include "host/engine/execution_options.h"
+#include "host/engine/graph.h"
+
+namespace kelvarin {
+
+// `inputPin` >= 0 runs only the branch that feeds this pin; -1 runs the action too. Sinks
+// downstream take no part. Setting the record's status to stoppedByUser stops the run. False when
+// the action is not in the graph or the pin not linked.
+bool runBranch(const Graph& graph, EngineRunner& runner, const ActionItem& action, int inputPin,
+               RunRecord& record, const ExecutionOptions& options = {});
+
+}  // namespace kelvarin

@@ -1,0 +1,56 @@
+// A graph as a user draws it: actions, the links between their pins, and parameters.
+//
+// Made by graph_reader.h, saved by graph_writer.h, run by run_graph.h, checked by check_graph.h.
+// Threads: one at a time.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <QString>
+
+#include "host/contract/action_item.h"
+
+namespace kelvarin {
+
+struct GraphParameter {
+  QString name;
+  QString value;  // as the file gives it
+};
+
+struct GraphAction {
+  QString name;
+  XMLNode::Place place;
+  std::unique_ptr<ActionItem> item;
+};
+
+// Actions are named by their place in Graph::actions.
+struct GraphLink {
+  int from = 0;
+  int fromPin = 0;
+  int to = 0;
+  int toPin = 0;
+};
+
+struct Graph {
+  QString file;  // empty for a graph that was never saved
+  std::vector<GraphParameter> parameters;
+  std::unique_ptr<GlobalParameters> settings;  // the actions refer to it
+  std::vector<GraphAction> actions;
+  std::vector<GraphLink> links;
+
+  // -1 when absent.
+  int indexOf(const QString& actionName) const;
+  int indexOf(const ActionItem& item) const;
+};
+
+// The actions in an order in which each comes after those it reads from; without those on or behind
+// a cycle.
+std::vector<int> actionsInOrder(const Graph& graph);
+// The actions along one cycle, each feeding the next and the last the first; empty when there is
+// none.
+std::vector<int> findCycle(const Graph& graph);
+// True at the place of every action from which `action` receives rows, directly or through others.
+std::vector<bool> actionsUpstreamOf(const Graph& graph, int action);
+
+}  // namespace kelvarin

@@ -1,0 +1,306 @@
+#include "host/engine/graph_document.h"
+
+#include <algorithm>
+
+#include <QFileInfo>
+
+#include "host/engine/messages.h"
+#include "host/engine/nearest_names.h"
+
+namespace kelvarin {
+
+namespace {
+
+QString attribute(const XMLNode& node, const char16_t* name) {
+  return qString(node.getAttribute(utf16(name)));
+}
+
+// Texts that the user reads or that expressions are made of; "${" in them is no reference to a
+// parameter.
+bool isFreeText(const QString& attributeName) {
+  static const QStringList kFreeTexts{QStringLiteral("expression"), QStringLiteral("Expression"),
+                                      QStringLiteral("notes"), QStringLiteral("comments")};
+  return kFreeTexts.contains(attributeName);
+}
+
+}  // namespace
+
+GraphDocument::GraphDocument(const QString& file, const ActionCatalogue& catalogue)
+    : m_catalogue(catalogue) {
+  m_graph.file = file;
+  m_graph.settings = std::make_unique<GlobalParameters>();
+  m_graph.settings->setGraphFile(QFileInfo(file).absoluteFilePath());
+  m_graph.settings->setWorkingDir(QFileInfo(file).absolutePath());
+}
+
+void GraphDocument::refuse(const XMLNode& node, const QString& message) {
+  m_errors.push_back({m_graph.file, node.place(), message});
+}
+
+void GraphDocument::read(const XMLNode& root, const std::vector<ParameterOverride>& overrides) {
+  if (root.name() != QLatin1String("KelvarinGraph")) {
+    refuse(root, engine_messages::notAGraph(root.name()));
+    return;
+  }
+  const QString version = attribute(root, u"version");
+  if (!version.isNull() && version != QLatin1String("1.0")) {
+    refuse(root, engine_messages::unknownGraphVersion(version));
+    return;
+  }
+  checkContent(root, {QStringLiteral("version")});
+  const QStringList sections{QStringLiteral("Parameters"), QStringLiteral("Actions"),
+                             QStringLiteral("Links")};
+  for (int i = 0; i < root.nChildNode(); ++i) {
+    const XMLNode section = root.getChildNode(i);
+    if (!sections.contains(section.name())) {
+      refuse(section, engine_messages::unknownElement(section.name(), root.name(), sections));
+    }
+  }
+  const XMLNode parameters = onlyChild(root, u"Parameters");
+  readParameters(parameters, overrides);
+  applyOverrides(parameters.isEmpty() ? root : parameters, overrides);
+  readActions(onlyChild(root, u"Actions"));
+  readLinks(onlyChild(root, u"Links"));
+}
+
+void GraphDocument::checkContent(const XMLNode& node, const QStringList& attributes) {
+  for (int i = 0; i < node.nAttribute(); ++i) {
+    if (!attributes.contains(node.attributeName(i))) {
+      refuse(node,
+             engine_messages::unknownAttribute(node.attributeName(i), node.name(), attributes));
+    }
+  }
+  if (!node.text().trimmed().isEmpty()) {
+    refuse(node, engine_messages::strayText(node.name()));
+  }
+}
+
+XMLNode GraphDocument::onlyChild(const XMLNode& node, const char16_t* name) {
+  int index = 0;
+  const XMLNode child = node.getChildNode(utf16(name), &index);
+  const XMLNode second = child.isEmpty() ? child : node.getChildNode(utf16(name), &index);
+  if (!second.isEmpty()) {
+    refuse(second, engine_messages::elementTwice(second.name()));
+  }
+  return child;
+}
+
+QString GraphDocument::neededAttribute(const XMLNode& node, const char16_t* name) {
+  const QString value = attribute(node, name);
+  if (value.isNull()) {
+    refuse(node, engine_messages::missingAttribute(QString::fromUtf16(name), node.name()));
+  }
+  return value;
+}
+
+void GraphDocument::readParameters(const XMLNode& node,
+                                   const std::vector<ParameterOverride>& overrides) {
+  if (node.isEmpty()) {
+    return;
+  }
+  checkContent(node, {});
+  for (int i = 0; i < node.nChildNode(); ++i) {
+    const XMLNode child = node.getChildNode(i);
+    if (child.name() != QLatin1String("Parameter")) {
+      refuse(child, engine_messages::unknownElement(child.name(), node.name(),
+                                                    {QStringLiteral("Parameter")}));
+      continue;
+    }
+    readParameter(child);
+    // At once, so that parameters further down refer to the value of this run.
+    for (const ParameterOverride& given : overrides) {
+      if (given.name == attribute(child, u"name")) {
+        m_graph.settings->setValue(given.name, given.value);
+      }
+    }
+  }
+}
+
+void GraphDocument::readParameter(const XMLNode& node) {
+  checkContent(node, {QStringLiteral("name"), QStringLiteral("value")});
+  const QString name = neededAttribute(node, u"name");
+  const QString value = neededAttribute(node, u"value");
+  if (name.isNull() || value.isNull()) {
+    return;
+  }
+  if (parameterNames().contains(name)) {
+    refuse(node, engine_messages::parameterTwice(name));
+    return;
+  }
+  QString unknown;
+  m_graph.settings->setValue(name, m_graph.settings->expandString2(value, &unknown));
+  if (!unknown.isNull()) {
+    refuse(node, engine_messages::unknownParameter(unknown, parameterNames()));
+  }
+  m_graph.parameters.push_back({name, value});
+}
+
+void GraphDocument::applyOverrides(const XMLNode& node,
+                                   const std::vector<ParameterOverride>& overrides) {
+  for (const ParameterOverride& given : overrides) {
+    if (!parameterNames().contains(given.name)) {
+      refuse(node, engine_messages::unknownOverride(given.name, parameterNames()));
+    }
+  }
+}
+
+void GraphDocument::readActions(const XMLNode& node) {
+  if (node.isEmpty()) {
+    return;
+  }
+  checkContent(node, {});
+  for (int i = 0; i < node.nChildNode(); ++i) {
+    readAction(node.getChildNode(i));
+  }
+}
+
+void GraphDocument::readAction(const XMLNode& node) {
+  checkParameterNames(node);
+  const CatalogueEntry* entry = m_catalogue.find(node.name());
+  if (entry == nullptr) {
+    m_hasAllActions = false;
+    refuse(node, engine_messages::unknownAction(node.name(),
+                                                nearestNames(node.name(), m_catalogue.typeNames()),
+                                                m_catalogue.typeNames()));
+  }
+  const QString name = neededAttribute(node, u"name");
+  if (name.isNull()) {
+    m_hasAllActions = false;
+    return;
+  }
+  if (name.isEmpty()) {
+    refuse(node, engine_messages::emptyActionName());
+  }
+  const int taken = m_graph.indexOf(name);
+  if (taken >= 0) {
+    refuse(node, engine_messages::actionTwice(
+                     name, m_graph.actions[static_cast<std::size_t>(taken)].place.line));
+  }
+  if (entry == nullptr) {
+    return;
+  }
+  std::unique_ptr<ActionItem> item(entry->prototype->createFromXML(node, m_graph.settings.get()));
+  m_graph.actions.push_back({name, node.place(), std::move(item)});
+}
+
+void GraphDocument::checkParameterNames(const XMLNode& action) {
+  std::vector<XMLNode> open{action};
+  while (!open.empty()) {
+    const XMLNode node = open.back();
+    open.pop_back();
+    for (int i = 0; i < node.nAttribute(); ++i) {
+      QString unknown;
+      m_graph.settings->expandString2(node.attributeValue(i), &unknown);
+      if (!unknown.isNull() && !isFreeText(node.attributeName(i))) {
+        refuse(node, engine_messages::unknownParameter(unknown, parameterNames()));
+      }
+    }
+    for (int i = node.nChildNode() - 1; i >= 0; --i) {
+      open.push_back(node.getChildNode(i));
+    }
+  }
+}
+
+void GraphDocument::readLinks(const XMLNode& node) {
+  if (node.isEmpty()) {
+    return;
+  }
+  checkContent(node, {});
+  for (int i = 0; i < node.nChildNode(); ++i) {
+    const XMLNode child = node.getChildNode(i);
+    if (child.name() == QLatin1String("Link")) {
+      readLink(child);
+    } else {
+      refuse(child,
+             engine_messages::unknownElement(child.name(), node.name(), {QStringLiteral("Link")}));
+    }
+  }
+  checkCycles(node);
+}
+
+void GraphDocument::readLink(const XMLNode& node) {
+  checkContent(node, {QStringLiteral("from"), QStringLiteral("fromPin"), QStringLiteral("to"),
+                      QStringLiteral("toPin")});
+  const EndOfLink from = endOfLink(node, u"from", u"fromPin", false);
+  const EndOfLink to = endOfLink(node, u"to", u"toPin", true);
+  if (from.action < 0 || to.action < 0) {
+    return;
+  }
+  const bool isTaken = std::any_of(
+      m_graph.links.begin(), m_graph.links.end(),
+      [&to](const GraphLink& link) { return link.to == to.action && link.toPin == to.pin; });
+  if (isTaken) {
+    refuse(node, engine_messages::pinLinkedTwice(
+                     m_graph.actions[static_cast<std::size_t>(to.action)].name, to.pin));
+    return;
+  }
+  m_graph.links.push_back({from.action, from.pin, to.action, to.pin});
+  m_linkNodes.push_back(node);
+}
+
+// The action is -1 when this end was refused.
+GraphDocument::EndOfLink GraphDocument::endOfLink(const XMLNode& node, const char16_t* nameOfAction,
+                                                  const char16_t* nameOfPin, bool isInput) {
+  const QString name = neededAttribute(node, nameOfAction);
+  if (name.isNull()) {
+    return {};
+  }
+  EndOfLink end{m_graph.indexOf(name), 0};
+  if (end.action < 0) {
+    if (m_hasAllActions) {
+      refuse(node, engine_messages::linkToAbsentAction(name, nearestNames(name, actionNames())));
+    }
+    return {};
+  }
+  const QString pin = attribute(node, nameOfPin);
+  bool isNumber = true;
+  end.pin = pin.isNull() ? 0 : pin.toInt(&isNumber);
+  if (!isNumber) {
+    refuse(node, engine_messages::pinNotANumber(QString::fromUtf16(nameOfPin), pin));
+    return {};
+  }
+  const ActionItem& item = *m_graph.actions[static_cast<std::size_t>(end.action)].item;
+  const int count = isInput ? item.inputPinCount() : item.outputPinCount();
+  if (end.pin < 0 || end.pin >= count) {
+    refuse(node, engine_messages::linkToAbsentPin(name, isInput, end.pin, count));
+    return {};
+  }
+  return end;
+}
+
+void GraphDocument::checkCycles(const XMLNode& links) {
+  const std::vector<int> cycle = findCycle(m_graph);
+  if (cycle.empty()) {
+    return;
+  }
+  QStringList names;
+  for (const int action : cycle) {
+    names += m_graph.actions[static_cast<std::size_t>(action)].name;
+  }
+  names += names.front();
+  const auto closing =
+      std::find_if(m_graph.links.begin(), m_graph.links.end(), [&cycle](const GraphLink& link) {
+        return link.from == cycle.back() && link.to == cycle.front();
+      });
+  const bool isFound = closing != m_graph.links.end();
+  refuse(isFound ? m_linkNodes[static_cast<std::size_t>(closing - m_graph.links.begin())] : links,
+         engine_messages::cycle(names));
+}
+
+QStringList GraphDocument::parameterNames() const {
+  QStringList names;
+  for (const GraphParameter& parameter : m_graph.parameters) {
+    names += parameter.name;
+  }
+  return names;
+}
+
+QStringList GraphDocument::actionNames() const {
+  QStringList names;
+  for (const GraphAction& action : m_graph.actions) {
+    names += action.name;
+  }
+  return names;
+}
+
+}  // namespace kelvarin

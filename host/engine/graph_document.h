@@ -1,0 +1,54 @@
+// Makes a graph of a parsed graph file and collects every fault on the way.
+//
+// Used by: graph_reader.cpp.
+// Threads: one.
+// Errors: collected; the graph is whole only when there are none.
+#pragma once
+
+#include "host/engine/graph_reader.h"
+
+namespace kelvarin {
+
+class GraphDocument {
+ public:
+  GraphDocument(const QString& file, const ActionCatalogue& catalogue);
+
+  void read(const XMLNode& root, const std::vector<ParameterOverride>& overrides);
+  const GraphErrors& errors() const { return m_errors; }
+  Graph takeGraph() { return std::move(m_graph); }
+
+ private:
+  struct EndOfLink {
+    int action = -1;
+    int pin = 0;
+  };
+
+  void refuse(const XMLNode& node, const QString& message);
+  // Refuses children and attributes other than the known ones, and text.
+  void checkContent(const XMLNode& node, const QStringList& attributes);
+  XMLNode onlyChild(const XMLNode& node, const char16_t* name);
+  // The null text when it is absent, which is refused.
+  QString neededAttribute(const XMLNode& node, const char16_t* name);
+
+  void readParameters(const XMLNode& node, const std::vector<ParameterOverride>& overrides);
+  void readParameter(const XMLNode& node);
+  void applyOverrides(const XMLNode& node, const std::vector<ParameterOverride>& overrides);
+  void readActions(const XMLNode& node);
+  void readAction(const XMLNode& node);
+  void checkParameterNames(const XMLNode& action);
+  void readLinks(const XMLNode& node);
+  void readLink(const XMLNode& node);
+  EndOfLink endOfLink(const XMLNode& node, const char16_t* nameOfAction, const char16_t* nameOfPin,
+                      bool isInput);
+  void checkCycles(const XMLNode& links);
+  QStringList parameterNames() const;
+  QStringList actionNames() const;
+
+  const ActionCatalogue& m_catalogue;
+  Graph m_graph;
+  GraphErrors m_errors;
+  bool m_hasAllActions = true;       // no action was refused, so that cycles and links can be told
+  std::vector<XMLNode> m_linkNodes;  // of the graph's links
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,84 @@
+// Drives the actions of a graph, or of a part of it, through one run.
+//
+// Sinks (actions whose rows nobody in the run reads) are called in turns; they pull what they need
+// from upstream. The sink for which most bytes wait comes first, so that queues stay short.
+// Used by: run_graph.cpp, check_graph.cpp, branch_run.cpp.
+// Threads: the engine thread, but for wakeAll().
+// Errors: logged on behalf of an action, and its record is failed.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "host/engine/execution_options.h"
+#include "host/engine/graph.h"
+#include "host/engine/row_links.h"
+#include "host/engine/running_action.h"
+
+namespace kelvarin {
+
+class GraphExecution final : public CongestionRelief {
+ public:
+  // `records` has the record of every action of the graph, null for those that take no part. Where
+  // a record computes in full and its reader's does not, the reader gets the columns and no rows;
+  // variable tables, on pins after the first, get their rows. `stopSwitch` stops everything.
+  GraphExecution(const Graph& graph, std::vector<RunRecord*> records, const RunRecord& stopSwitch,
+                 const ExecutionOptions& options);
+  ~GraphExecution() override;
+
+  // False when an action refuses; all are asked, so that the log has every reason.
+  bool open();
+  // Runs until every sink has finished or the run stops.
+  void drive();
+  // Closes what was opened, sinks last. A record of an action that fails here is failed, whatever
+  // it was before.
+  void close();
+  // Wakes threads that wait inside actions; from any thread.
+  void wakeAll();
+
+  // Null for an action that takes no part.
+  RunningAction* action(int index) const {
+    return m_actions[static_cast<std::size_t>(index)].get();
+  }
+  const std::vector<int>& order() const { return m_order; }
+  std::vector<long long> rowsIn(int index) const;
+  std::vector<long long> rowsOut(int index) const;
+
+ private:
+  struct Sink {
+    RunningAction* action;
+    std::vector<RunningAction*> upstream;
+    std::vector<const QueueLink*> queues;  // upstream of it
+    long long bytesWaiting() const;
+    long long rowsWaiting() const;
+    bool canRunNow() const;
+  };
+
+  bool takesPart(const GraphLink& link) const;
+  void makeLink(const GraphLink& link);
+  std::unique_ptr<RowLink> newLink(const GraphLink& link, RunningAction& from, RunningAction& to);
+  void addReader(const GraphLink& link, QueueLink* reader);
+  void keepBelowForks(const GraphLink& link, HeldRow& row);
+  void findSinks();
+  Sink* nextSink();
+  void relieve() override;
+  void closeAction(int index);
+  RunProgress progress() const;
+
+  const Graph& m_graph;
+  std::vector<RunRecord*> m_records;
+  const RunRecord& m_stopSwitch;
+  ExecutionOptions m_options;
+  ProgressMeter m_progress;
+  std::vector<int> m_order;
+  std::vector<std::vector<bool>> m_upstream;  // [action][other]: other is upstream of action
+  std::vector<bool> m_isFork;                 // the action's rows go to several readers
+  std::vector<std::unique_ptr<Fork>> m_forks;
+  std::vector<std::vector<const RowLink*>> m_linkOfPin;  // [action][pin], null when not linked
+  std::vector<std::unique_ptr<RunningAction>> m_actions;
+  std::vector<Sink> m_sinks;
+  std::size_t m_lastSink = 0;
+  bool m_isRelieving = false;
+};
+
+}  // namespace kelvarin

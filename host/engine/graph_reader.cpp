@@ -1,0 +1,50 @@
+#include "host/engine/graph_reader.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include "host/engine/graph_document.h"
+#include "host/engine/messages.h"
+
+namespace kelvarin {
+
+QString GraphError::text() const {
+  if (place.line == 0) {
+    return QStringLiteral("%1: %2").arg(file, message);
+  }
+  return QStringLiteral("%1:%2:%3: %4").arg(file).arg(place.line).arg(place.column).arg(message);
+}
+
+Result<Graph, GraphErrors> readGraph(const QString& file, const ActionCatalogue& catalogue,
+                                     const std::vector<ParameterOverride>& overrides) {
+  QFile source(file);
+  if (QFileInfo(file).isDir()) {
+    return Failure{GraphErrors{
+        {file, {}, engine_messages::cannotReadGraph(QStringLiteral("it is a folder"))}}};
+  }
+  if (!source.open(QIODevice::ReadOnly)) {
+    return Failure{GraphErrors{{file, {}, engine_messages::cannotReadGraph(source.errorString())}}};
+  }
+  const QByteArray document = source.readAll();
+  if (source.error() != QFileDevice::NoError) {
+    return Failure{GraphErrors{{file, {}, engine_messages::cannotReadGraph(source.errorString())}}};
+  }
+  return parseGraph(document, file, catalogue, overrides);
+}
+
+Result<Graph, GraphErrors> parseGraph(const QByteArray& document, const QString& file,
+                                      const ActionCatalogue& catalogue,
+                                      const std::vector<ParameterOverride>& overrides) {
+  const auto root = parseXml(document);
+  if (!root) {
+    return Failure{GraphErrors{{file, root.error().place, root.error().message}}};
+  }
+  GraphDocument reader(file, catalogue);
+  reader.read(*root, overrides);
+  if (!reader.errors().empty()) {
+    return Failure{reader.errors()};
+  }
+  return reader.takeGraph();
+}
+
+}  // namespace kelvarin

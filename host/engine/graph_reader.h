@@ -1,0 +1,43 @@
+// Reads a graph file and checks all that can be checked without running it.
+//
+// Layout of the file: docs/graph-files.md.
+// Errors: every fault found, each with its place in the file; never throws.
+#pragma once
+
+#include <vector>
+
+#include <QByteArray>
+#include <QString>
+
+#include "base/result.h"
+#include "host/engine/action_catalogue.h"
+#include "host/engine/graph.h"
+
+namespace kelvarin {
+
+struct GraphError {
+  QString file;
+  XMLNode::Place place;  // line 0: the file as a whole
+  QString message;
+
+  // "FILE:LINE:COLUMN: MESSAGE"
+  QString text() const;
+};
+
+// A parameter given by the user for one run.
+struct ParameterOverride {
+  QString name;
+  QString value;
+};
+
+using GraphErrors = std::vector<GraphError>;
+
+// The catalogue must outlive the graph.
+Result<Graph, GraphErrors> readGraph(const QString& file, const ActionCatalogue& catalogue,
+                                     const std::vector<ParameterOverride>& overrides = {});
+// The same for a document at hand; `file` is its name in messages and the base of relative paths.
+Result<Graph, GraphErrors> parseGraph(const QByteArray& document, const QString& file,
+                                      const ActionCatalogue& catalogue,
+                                      const std::vector<ParameterOverride>& overrides = {});
+
+}  // namespace kelvarin

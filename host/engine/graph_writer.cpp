@@ -1,0 +1,70 @@
+#include "host/engine/graph_writer.h"
+
+#include <sstream>
+
+#include <QSaveFile>
+
+#include "host/engine/messages.h"
+
+namespace kelvarin {
+
+namespace {
+
+void writeParameters(const Graph& graph, std::wostringstream& out) {
+  if (graph.parameters.empty()) {
+    return;
+  }
+  ToXMLStringTool escape;
+  out << L"  <Parameters>\n";
+  for (const GraphParameter& parameter : graph.parameters) {
+    out << L"    <Parameter name='" << escape.toXML(parameter.name);
+    out << L"' value='" << escape.toXML(parameter.value) << L"'/>\n";
+  }
+  out << L"  </Parameters>\n";
+}
+
+void writeLinks(const Graph& graph, std::wostringstream& out) {
+  ToXMLStringTool escape;
+  out << L"  <Links>\n";
+  for (const GraphLink& link : graph.links) {
+    out << L"    <Link from='"
+        << escape.toXML(graph.actions[static_cast<std::size_t>(link.from)].name) << L'\'';
+    if (link.fromPin != 0) {
+      out << L" fromPin='" << link.fromPin << L'\'';
+    }
+    out << L" to='" << escape.toXML(graph.actions[static_cast<std::size_t>(link.to)].name) << L'\'';
+    if (link.toPin != 0) {
+      out << L" toPin='" << link.toPin << L'\'';
+    }
+    out << L"/>\n";
+  }
+  out << L"  </Links>\n";
+}
+
+}  // namespace
+
+QByteArray graphDocument(const Graph& graph) {
+  std::wostringstream out;
+  out << L"<?xml version='1.0' encoding='UTF-8'?>\n<KelvarinGraph version='1.0'>\n";
+  writeParameters(graph, out);
+  out << L"  <Actions>\n";
+  for (const GraphAction& action : graph.actions) {
+    action.item->saveXML(out, action.name);
+  }
+  out << L"  </Actions>\n";
+  writeLinks(graph, out);
+  out << L"</KelvarinGraph>\n";
+  return QString::fromStdWString(out.str()).toUtf8();
+}
+
+Status<QString> saveGraph(const Graph& graph, const QString& file) {
+  const QByteArray document = graphDocument(graph);
+  QSaveFile target(file);
+  if (!target.open(QIODevice::WriteOnly) || target.write(document) != document.size() ||
+      !target.commit()) {
+    return Failure{engine_messages::cannotSaveGraph(file, target.errorString())};
+  }
+  return Done{};
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,13 @@
+// The names that a user may have meant by a name that does not exist.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace kelvarin {
+
+// At most three, nearest first: those that differ in at most a third of their letters, upper and
+// lower case being one.
+QStringList nearestNames(const QString& name, const QStringList& known);
+
+}  // namespace kelvarin

@@ -1,0 +1,76 @@
+#include "host/engine/recording_services.h"
+
+namespace kelvarin {
+
+RecordingServices::RecordingServices() : m_program(installHostServices(this)) {}
+
+RecordingServices::~RecordingServices() {
+  installHostServices(m_program);
+}
+
+std::vector<LogLine> RecordingServices::takeLog() {
+  const std::lock_guard lock(m_mutex);
+  return std::move(m_log);
+}
+
+QStringList RecordingServices::backendsOf(const ActionItem& action) {
+  const std::lock_guard lock(m_mutex);
+  const auto found = m_backends.find(&action);
+  return found == m_backends.end() ? QStringList() : found->second;
+}
+
+void RecordingServices::log(LogLevel level, const QString& text, const ActionItem* action) {
+  {
+    const std::lock_guard lock(m_mutex);
+    m_log.push_back({level, action == nullptr ? QString() : action->name(), text});
+  }
+  if (m_program != nullptr) {
+    m_program->log(level, text, action);
+  }
+}
+
+void RecordingServices::backendsChosen(const ActionItem& action, const QStringList& labels) {
+  {
+    const std::lock_guard lock(m_mutex);
+    m_backends[&action] = labels;
+  }
+  if (m_program != nullptr) {
+    m_program->backendsChosen(action, labels);
+  }
+}
+
+bool RecordingServices::outOfDiskSpace(const QString& file, int missingBytes, bool canRetry) {
+  return m_program != nullptr && m_program->outOfDiskSpace(file, missingBytes, canRetry);
+}
+
+GlobalUserMode RecordingServices::userMode() {
+  return m_program == nullptr ? HostServices::userMode() : m_program->userMode();
+}
+
+EditedGraph* RecordingServices::editedGraph() {
+  return m_program == nullptr ? HostServices::editedGraph() : m_program->editedGraph();
+}
+
+void RecordingServices::documentWasModified() {
+  if (m_program != nullptr) {
+    m_program->documentWasModified();
+  }
+}
+
+void RecordingServices::invalidate() {
+  if (m_program != nullptr) {
+    m_program->invalidate();
+  }
+}
+
+bool RecordingServices::runBranch(EngineRunner& runner, ActionItem& action, int pin) {
+  return m_program != nullptr && m_program->runBranch(runner, action, pin);
+}
+
+void RecordingServices::openHelp(const QString& helpId, const QString& anchor) {
+  if (m_program != nullptr) {
+    m_program->openHelp(helpId, anchor);
+  }
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,42 @@
+// Collects what a run logs and which back-ends its actions choose, and passes everything on to the
+// program.
+//
+// Installs itself as the HostServices while it lives; one run at a time has one.
+// Used by: run_graph.cpp, check_graph.cpp.
+// Threads: log() and backendsChosen() from any, under a lock.
+#pragma once
+
+#include <map>
+#include <mutex>
+
+#include "host/contract/host_services.h"
+#include "host/engine/run_graph.h"
+
+namespace kelvarin {
+
+class RecordingServices final : public HostServices {
+ public:
+  RecordingServices();
+  ~RecordingServices() override;
+
+  std::vector<LogLine> takeLog();
+  QStringList backendsOf(const ActionItem& action);
+
+  void log(LogLevel level, const QString& text, const ActionItem* action) override;
+  void backendsChosen(const ActionItem& action, const QStringList& labels) override;
+  bool outOfDiskSpace(const QString& file, int missingBytes, bool canRetry) override;
+  GlobalUserMode userMode() override;
+  EditedGraph* editedGraph() override;
+  void documentWasModified() override;
+  void invalidate() override;
+  bool runBranch(EngineRunner& runner, ActionItem& action, int pin) override;
+  void openHelp(const QString& helpId, const QString& anchor) override;
+
+ private:
+  HostServices* m_program;  // may be null
+  std::mutex m_mutex;       // guards the members below
+  std::vector<LogLine> m_log;
+  std::map<const ActionItem*, QStringList> m_backends;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,53 @@
+// Runs a graph from its sources to its sinks and tells what came of it.
+//
+// Used by: the command line, tests.
+// Threads: the caller's becomes the engine thread. Any thread or signal handler may set the
+// record's status to stoppedByUser, which ends the run at the next row.
+// Errors: in the result and the log; never throws.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include <QString>
+#include <QStringList>
+
+#include "host/contract/main_ui.h"
+#include "host/engine/execution_options.h"
+#include "host/engine/graph.h"
+
+namespace kelvarin {
+
+struct LogLine {
+  LogLevel level = LogLevel::information;
+  QString action;  // its name in the graph, empty when no action's call logged
+  QString text;
+};
+
+struct ActionResult {
+  QString name;
+  QString typeName;
+  std::vector<long long> rowsIn;   // one number a pin
+  std::vector<long long> rowsOut;  // one number a pin
+  QStringList backends;            // of an expression action, one label an output
+};
+
+struct RunResult {
+  GlobalParameters::RunningState state = GlobalParameters::RunningState::failed;
+  double seconds = 0.0;
+  std::vector<ActionResult> actions;  // in the graph's order
+  std::vector<LogLine> log;
+
+  bool isOk() const { return state == GlobalParameters::RunningState::endedNormally; }
+};
+
+// Log lines reach the installed HostServices at once and are collected in the result as well.
+RunResult runGraph(Graph& graph, RunRecord& record, const ExecutionOptions& options = {});
+
+// Checks the graph without running it: sources announce their columns, expressions are compiled
+// against them, sinks are not opened; only branches that feed a variable table (an input pin after
+// the first) are read. Every fault that can be found is logged. Rows of the result are those read
+// for it.
+RunResult checkGraph(Graph& graph, RunRecord& record, const ExecutionOptions& options = {});
+
+}  // namespace kelvarin

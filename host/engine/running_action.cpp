@@ -1,0 +1,127 @@
+#include "host/engine/running_action.h"
+
+#include <algorithm>
+#include <exception>
+
+#include "host/contract/main_ui.h"
+#include "host/engine/messages.h"
+#include "host/engine/row_links.h"
+
+namespace kelvarin {
+
+namespace {
+
+// Names the action in log lines while one of its operations runs.
+class OnBehalfOf {
+ public:
+  OnBehalfOf(const ActionItem*& current, const ActionItem& action)
+      : m_current(current), m_previous(current) {
+    m_current = &action;
+  }
+  ~OnBehalfOf() { m_current = m_previous; }
+  OnBehalfOf(const OnBehalfOf&) = delete;
+  OnBehalfOf& operator=(const OnBehalfOf&) = delete;
+
+ private:
+  const ActionItem*& m_current;
+  const ActionItem* m_previous;
+};
+
+}  // namespace
+
+RunningAction::RunningAction(ActionItem& item, RunRecord& record, const RunRecord& stopSwitch,
+                             ProgressMeter& progress)
+    : m_item(item),
+      m_record(record),
+      m_stopSwitch(stopSwitch),
+      m_progress(progress),
+      m_currentAction(CurrentAction::slot()) {
+  m_ports.inputs.resize(static_cast<std::size_t>(item.inputPinCount()));
+  for (int i = 0; i < item.outputPinCount(); ++i) {
+    m_ports.outputs.push_back(std::make_unique<OutputPin>());
+  }
+}
+
+RunningAction::~RunningAction() {
+  m_item.attach(nullptr, nullptr);
+}
+
+template <typename Call>
+auto RunningAction::guarded(Call call, decltype(call()) afterException) {
+  const OnBehalfOf onBehalf(m_currentAction, m_item);
+  try {
+    return call();
+  } catch (const std::exception& exception) {
+    fail(engine_messages::exceptionOutOfAction(m_item.name(), QString::fromUtf8(exception.what())));
+    return afterException;
+  }
+}
+
+bool RunningAction::open() {
+  m_item.attach(&m_record, &m_ports);
+  m_isOpen = true;
+  const char refusal = guarded([this] { return m_item.init(); }, 1);
+  if (refusal != 0) {
+    m_item.failRun();
+    return false;
+  }
+  return guarded(
+      [this] {
+        m_item.setComputeRoutine();
+        return true;
+      },
+      false);
+}
+
+bool RunningAction::close() {
+  if (!m_isOpen) {
+    return true;
+  }
+  m_isOpen = false;
+  const char failure = guarded([this] { return m_item.close(); }, 1);
+  for (QueueLink* queue : m_queues) {
+    queue->letGo();
+  }
+  return failure == 0 && !m_item.hasFailed();
+}
+
+void RunningAction::compute() {
+  m_hasBegun = true;
+  m_isComputing = true;
+  m_isFinished = guarded([this] { return m_item.compute(); }, true);
+  m_isComputing = false;
+  m_progress.countCall();
+  if (m_awaitsFirstRow) {
+    noteFirstRow();
+  }
+  if (m_isFinished) {
+    noteFinished();
+  }
+}
+
+// An action that has given a row without ever asking a pin does not read that pin.
+void RunningAction::noteFirstRow() {
+  m_awaitsFirstRow = std::none_of(m_ports.outputs.begin(), m_ports.outputs.end(),
+                                  [](const auto& pin) { return pin->rowsPublished > 0; });
+  if (!m_awaitsFirstRow) {
+    for (QueueLink* queue : m_queues) {
+      if (!queue->wasAsked()) {
+        queue->letGo();
+      }
+    }
+  }
+}
+
+void RunningAction::noteFinished() {
+  for (QueueLink* queue : m_queues) {
+    queue->letGo();
+  }
+}
+
+void RunningAction::fail(const QString& text) {
+  const OnBehalfOf onBehalf(m_currentAction, m_item);
+  MainUI::addLog(LogLevel::error, text);
+  m_item.failRun();
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,87 @@
+// One action in one run: its pins, its row routine, and whether it has finished.
+//
+// Used by: graph_execution.cpp, row_links.cpp.
+// Threads: the engine thread.
+// Errors: an exception out of an action is our bug; it is logged with the action's name and fails
+// the run.
+#pragma once
+
+#include <vector>
+
+#include "host/contract/action_item.h"
+#include "host/contract/host_services.h"
+#include "host/engine/held_row.h"
+#include "host/engine/progress_meter.h"
+
+namespace kelvarin {
+
+class QueueLink;
+
+class RunningAction {
+ public:
+  // `record` is what the action sees; `stopSwitch` is the record through which the user stops,
+  // often the same.
+  RunningAction(ActionItem& item, RunRecord& record, const RunRecord& stopSwitch,
+                ProgressMeter& progress);
+  ~RunningAction();
+  RunningAction(const RunningAction&) = delete;
+  RunningAction& operator=(const RunningAction&) = delete;
+
+  ActionItem& item() const { return m_item; }
+  ActionPorts& ports() { return m_ports; }
+  const ActionPorts& ports() const { return m_ports; }
+  OutputPin& output(int pin) const { return *m_ports.outputs[static_cast<std::size_t>(pin)]; }
+  RunRecord& record() const { return m_record; }
+
+  // False when the action refuses to run.
+  bool open();
+  // False when the action failed, now or before.
+  bool close();
+
+  bool hasBegun() const { return m_hasBegun; }
+  bool isFinished() const { return m_isFinished; }
+  bool isComputing() const { return m_isComputing; }
+  bool canGoOn() const { return !m_isFinished && m_record.isRunning() && m_stopSwitch.isRunning(); }
+
+  // Calls the row routine once; false when the action will not produce anything more.
+  bool advance() {
+    if (!canGoOn()) {
+      return false;
+    }
+    for (HeldRow* row : m_rowsToKeep) {
+      row->keep();
+    }
+    compute();
+    return true;
+  }
+
+  // Logs an error on behalf of the action and fails its run.
+  void fail(const QString& text);
+
+  // Rows of other actions that show this action's values.
+  void addRowToKeep(HeldRow* row) { m_rowsToKeep.push_back(row); }
+  void addQueue(QueueLink* queue) { m_queues.push_back(queue); }
+
+ private:
+  void compute();
+  void noteFirstRow();
+  void noteFinished();
+  template <typename Call>
+  auto guarded(Call call, decltype(call()) afterException);
+
+  ActionItem& m_item;
+  RunRecord& m_record;
+  const RunRecord& m_stopSwitch;
+  ProgressMeter& m_progress;
+  const ActionItem*& m_currentAction;  // of this thread
+  ActionPorts m_ports;
+  std::vector<HeldRow*> m_rowsToKeep;
+  std::vector<QueueLink*> m_queues;  // of this action's input pins
+  bool m_isOpen = false;
+  bool m_hasBegun = false;
+  bool m_isComputing = false;
+  bool m_isFinished = false;
+  bool m_awaitsFirstRow = true;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,180 @@
+// Faults of graph files, each with its place, and the saving of graphs.
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include "host/engine/graph_writer.h"
+#include "host/engine/nearest_names.h"
+#include "host/engine/tests/test_actions.h"
+
+namespace kelvarin::testing {
+namespace {
+
+class GraphReader : public ::testing::Test {
+ protected:
+  Result<Graph, GraphErrors> parse(const std::string& document,
+                                   const std::vector<ParameterOverride>& overrides = {}) {
+    return parseGraph(QByteArray::fromStdString(document), QStringLiteral("g.kelvarin"), catalogue,
+                      overrides);
+  }
+  // All errors, a line each.
+  std::string errors(const std::string& document,
+                     const std::vector<ParameterOverride>& overrides = {}) {
+    const auto graph = parse(document, overrides);
+    std::string text;
+    if (!graph) {
+      for (const GraphError& error : graph.error()) {
+        text += error.text().toStdString() + "\n";
+      }
+    }
+    return text;
+  }
+  static std::string withActions(const std::string& actions, const std::string& links = {}) {
+    return "<KelvarinGraph>\n<Actions>\n" + actions + "</Actions>\n<Links>\n" + links +
+           "</Links>\n</KelvarinGraph>";
+  }
+
+  ActionCatalogue catalogue{nullptr, testPrototypes()};
+};
+
+TEST_F(GraphReader, TellsThePlaceOfBrokenXml) {
+  EXPECT_EQ(errors("<KelvarinGraph>\n  <Actions>\n</KelvarinGraph>").substr(0, 13),
+            "g.kelvarin:3:");
+  EXPECT_EQ(
+      errors("<Graph/>"),
+      "g.kelvarin:1:1: this is no graph: the outermost element is <Graph>, not <KelvarinGraph>.\n");
+  EXPECT_EQ(errors("<KelvarinGraph version='2.0'/>"),
+            "g.kelvarin:1:1: the graph has version '2.0'; this program reads version 1.0.\n");
+}
+
+TEST_F(GraphReader, RefusesUnknownElementsAttributesAndText) {
+  EXPECT_EQ(
+      errors("<KelvarinGraph kind='x'>\n <Action/>\n <Actions/>\n <Actions/>hello</KelvarinGraph>"),
+      "g.kelvarin:1:1: the attribute 'kind' is not known in <KelvarinGraph>; known: version.\n"
+      "g.kelvarin:1:1: there is text inside <KelvarinGraph>, where only elements are expected.\n"
+      "g.kelvarin:2:2: <Action> is not known inside <KelvarinGraph>; known: Parameters, Actions, "
+      "Links.\n"
+      "g.kelvarin:4:2: <Actions> stands here a second time; a graph has one.\n");
+  EXPECT_EQ(errors(withActions("", "<Lnk/>\n")),
+            "g.kelvarin:5:1: <Lnk> is not known inside <Links>; known: Link.\n");
+}
+
+TEST_F(GraphReader, NamesUnknownActionsAndTheirNearest) {
+  EXPECT_EQ(errors(withActions("<Colect name='w'/>\n<Xylophone name='x'/>\n",
+                               "<Link from='x' to='w'/>\n")),
+            "g.kelvarin:3:1: there is no action <Colect>; did you mean Collect?\n"
+            "g.kelvarin:4:1: there is no action <Xylophone>; the actions are: Count, Pass, "
+            "EveryNth, WithTable, "
+            "AddPairs, Collect.\n");
+  EXPECT_EQ(nearestNames(QStringLiteral("filterrow"),
+                         {QStringLiteral("FilterRows"), QStringLiteral("ReadCSV")}),
+            QStringList{QStringLiteral("FilterRows")});
+}
+
+TEST_F(GraphReader, WantsANameOfItsOwnForEveryAction) {
+  EXPECT_EQ(
+      errors(withActions("<Count/>\n<Count name=''/>\n<Count name='a'/>\n<Pass name='a'/>\n")),
+      "g.kelvarin:3:1: <Count> needs the attribute 'name'.\n"
+      "g.kelvarin:4:1: the action's name is empty; links refer to actions by their names.\n"
+      "g.kelvarin:6:1: the action name 'a' is taken by the action in line 5.\n");
+}
+
+TEST_F(GraphReader, RefusesLinksThatLeadNowhere) {
+  EXPECT_EQ(errors(withActions(
+                "<Count name='count'/><Collect name='w'/><Pass name='p'/>\n",
+                "<Link from='cout' to='w'/>\n<Link from='count' fromPin='1' to='w'/>\n"
+                "<Link from='w' to='p'/>\n<Link from='p' to='count'/>\n"
+                "<Link from='count' to='w' toPin='x'/>\n<Link from='count' to='w' toPin='-1'/>\n"
+                "<Link from='count' to='p'/>\n<Link from='count' to='p'/>\n<Link to='p'/>\n")),
+            "g.kelvarin:6:1: there is no action named 'cout'; did you mean 'count'?\n"
+            "g.kelvarin:7:1: 'count' has no output pin 1; it has 1, counted from 0.\n"
+            "g.kelvarin:8:1: 'w' has no output pins.\n"
+            "g.kelvarin:9:1: 'count' has no input pins.\n"
+            "g.kelvarin:10:1: toPin='x' is not a pin number; pins are counted from 0.\n"
+            "g.kelvarin:11:1: 'w' has no input pin -1; it has 1, counted from 0.\n"
+            "g.kelvarin:13:1: input pin 0 of 'p' is linked already; an input pin takes one link.\n"
+            "g.kelvarin:14:1: <Link> needs the attribute 'from'.\n");
+}
+
+TEST_F(GraphReader, NamesTheActionsOfACycle) {
+  EXPECT_EQ(errors(withActions(
+                "<AddPairs name='a'/><Pass name='b'/><Count name='s'/><EveryNth name='c'/><Collect "
+                "name='w'/>\n",
+                "<Link from='s' to='a'/>\n<Link from='a' to='b'/>\n<Link from='b' to='c'/>\n"
+                "<Link from='c' to='a' toPin='1'/>\n<Link from='c' fromPin='1' to='w'/>\n")),
+            "g.kelvarin:9:1: the links form a cycle: a -> b -> c -> a.\n");
+  EXPECT_EQ(errors(withActions("<Pass name='p'/>\n", "<Link from='p' to='p'/>\n")),
+            "g.kelvarin:6:1: the links form a cycle: p -> p.\n");
+}
+
+TEST_F(GraphReader, ReplacesParametersAndListsTheKnownOnes) {
+  const std::string parameters =
+      "<KelvarinGraph>\n<Parameters>\n<Parameter name='dir' value='data'/>\n"
+      "<Parameter name='file' value='${dir}/a.csv'/>\n</Parameters>\n";
+  auto graph = parse(parameters + "</KelvarinGraph>");
+  ASSERT_TRUE(graph);
+  EXPECT_EQ(graph->settings->expandString2(QStringLiteral("x-${file}")),
+            QStringLiteral("x-data/a.csv"));
+  graph =
+      parse(parameters + "</KelvarinGraph>", {{QStringLiteral("dir"), QStringLiteral("other")}});
+  ASSERT_TRUE(graph);
+  EXPECT_EQ(graph->settings->expandString2(QStringLiteral("${file}")),
+            QStringLiteral("other/a.csv"));
+
+  EXPECT_EQ(errors(parameters + "</KelvarinGraph>", {{QStringLiteral("Dir"), QStringLiteral("x")}}),
+            "g.kelvarin:2:1: the parameter 'Dir' cannot be set: the graph does not declare it; it "
+            "declares: dir, "
+            "file.\n");
+  EXPECT_EQ(errors(parameters +
+                   "<Actions>\n<Count name='s' file='${fil}' notes='${any}' expression='${x}'>\n"
+                   "<In column='${dir}${y}'>${text}</In>\n</Count>\n</Actions></KelvarinGraph>"),
+            "g.kelvarin:7:1: there is no parameter 'fil'; the parameters are: dir, file.\n"
+            "g.kelvarin:8:1: there is no parameter 'y'; the parameters are: dir, file.\n");
+  EXPECT_EQ(
+      errors(
+          "<KelvarinGraph>\n<Parameters>\n<Parameter name='a' value='${a}'/>\n<Parameter name='a' "
+          "value=''/>\n<Parameter/>\n</Parameters></KelvarinGraph>"),
+      "g.kelvarin:3:1: there is no parameter 'a': the graph declares none here.\n"
+      "g.kelvarin:4:1: the parameter 'a' is declared twice.\n"
+      "g.kelvarin:5:1: <Parameter> needs the attribute 'name'.\n"
+      "g.kelvarin:5:1: <Parameter> needs the attribute 'value'.\n");
+}
+
+TEST_F(GraphReader, TellsWhyAFileCannotBeRead) {
+  const auto absent = readGraph(QStringLiteral("/nonexistent/g.kelvarin"), catalogue);
+  ASSERT_FALSE(absent);
+  EXPECT_EQ(absent.error()[0].text(),
+            QStringLiteral(
+                "/nonexistent/g.kelvarin: the graph cannot be read: No such file or directory."));
+  EXPECT_FALSE(readGraph(QStringLiteral("/tmp"), catalogue));
+}
+
+TEST_F(GraphReader, SavesWhatItReads) {
+  const QTemporaryDir folder;
+  const QString file = folder.filePath(QStringLiteral("g.kelvarin"));
+  const auto graph = parse(
+      "<KelvarinGraph version='1.0'><Parameters><Parameter name='p' "
+      "value='a&lt;&#10;${p1}'/></Parameters></KelvarinGraph>");
+  ASSERT_FALSE(graph);  // p1 is not declared
+  auto first = parse(
+      "<KelvarinGraph><Parameters><Parameter name='p' value='a&lt;&apos;&#10;'/></Parameters>"
+      "<Actions><Count name='s&amp;&#233;' x='3' y='4'/><EveryNth name='f'/><Collect "
+      "name='w'/></Actions>"
+      "<Links><Link from='s&amp;&#233;' to='f'/><Link from='f' fromPin='1' to='w' "
+      "toPin='0'/></Links></KelvarinGraph>",
+      {{QStringLiteral("p"), QStringLiteral("of this run")}});
+  ASSERT_TRUE(first);
+  const QByteArray saved = graphDocument(*first);
+  EXPECT_TRUE(saveGraph(*first, file));
+  const auto second = readGraph(file, catalogue);
+  ASSERT_TRUE(second);
+  EXPECT_EQ(graphDocument(*second), saved);
+  EXPECT_EQ(second->settings->values()[QStringLiteral("p")], QStringLiteral("a<'\n"));
+  ASSERT_EQ(second->links.size(), 2u);
+  EXPECT_EQ(second->links[1].fromPin, 1);
+  EXPECT_FALSE(saveGraph(*second, QStringLiteral("/nonexistent/g.kelvarin")));
+}
+
+}  // namespace
+}  // namespace kelvarin::testing

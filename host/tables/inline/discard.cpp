@@ -1,0 +1,35 @@
+#include "host/tables/inline/discard.h"
+
+namespace kelvarin {
+
+Discard::Discard(XMLNode node, GlobalParameters* parameters) : ActionItem(node, parameters) {
+  m_inputPinCount = 1;
+  m_outputPinCount = 0;
+}
+
+const char* Discard::typeName() const {
+  return "Discard";
+}
+
+QString Discard::toolTip() const {
+  return QStringLiteral("Count rows and drop them");
+}
+
+QStringList Discard::getTags() const {
+  return {QStringLiteral("150_Standard")};
+}
+
+QStringList Discard::getKeywords() const {
+  return {QStringLiteral("discard"), QStringLiteral("drop"), QStringLiteral("count"),
+          QStringLiteral("row"),     QStringLiteral("null"), QStringLiteral("sink")};
+}
+
+void Discard::setComputeRoutine() {
+  computeRoutine = [](ActionItem* action) { return action->getNextRowFromInPin(0) == nullptr; };
+}
+
+ActionItem* Discard::createFromXML(XMLNode node, GlobalParameters* parameters) {
+  return new Discard(node, parameters);
+}
+
+}  // namespace kelvarin

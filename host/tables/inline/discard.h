@@ -1,0 +1,21 @@
+// The host action that reads rows and does nothing with them; its rows are counted like every
+// action's.
+#pragma once
+
+#include "host/contract/action_item.h"
+
+namespace kelvarin {
+
+class Discard final : public ActionItem {
+ public:
+  Discard(XMLNode node, GlobalParameters* parameters);
+
+  const char* typeName() const override;
+  QString toolTip() const override;
+  QStringList getTags() const override;
+  QStringList getKeywords() const override;
+  void setComputeRoutine() override;
+  ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
+};
+
+}  // namespace kelvarin

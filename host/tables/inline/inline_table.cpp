@@ -1,0 +1,289 @@
+#include "host/tables/inline/inline_table.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "host/contract/main_ui.h"
+#include "host/tables/inline/messages.h"
+#include "host/tables/sort_order/sort_order.h"
+
+namespace kelvarin {
+
+namespace {
+
+namespace messages = inline_table_messages;
+
+QString attribute(const XMLNode& node, const char16_t* name) {
+  return qString(node.getAttribute(utf16(name)));
+}
+
+// The whole text, but for blanks around it, in the form of std::from_chars; "nan", "inf" and "-inf"
+// in any case.
+template <typename Number>
+bool parse(const QString& text, Number* number) {
+  QByteArray bytes = text.trimmed().toUtf8();
+  if (bytes.startsWith('+')) {
+    bytes.remove(0, 1);
+    if (bytes.startsWith('-')) {
+      return false;
+    }
+  }
+  const auto [end, error] = std::from_chars(bytes.data(), bytes.data() + bytes.size(), *number);
+  return error == std::errc() && end == bytes.data() + bytes.size();
+}
+
+}  // namespace
+
+InlineTable::InlineTable(XMLNode node, GlobalParameters* parameters)
+    : ActionItem(node, parameters) {
+  m_inputPinCount = 0;
+  m_outputPinCount = 1;
+  m_endpoint = static_cast<std::int32_t>(Endpoint::reader);
+  m_sortedOn = attribute(node, u"sortedOn");
+  for (int i = 0; i < node.nChildNode(); ++i) {
+    const XMLNode child = node.getChildNode(i);
+    if (child.name() == QLatin1String("Column")) {
+      m_columns.push_back({attribute(child, u"name"), attribute(child, u"meta"), child.place()});
+    } else if (child.name() == QLatin1String("Row")) {
+      readRow(child);
+    } else {
+      m_strays.push_back({child.name(), QString::fromLatin1(typeName()), child.place()});
+    }
+  }
+}
+
+void InlineTable::readRow(const XMLNode& node) {
+  Row row{{}, node.place()};
+  for (int i = 0; i < node.nChildNode(); ++i) {
+    const XMLNode child = node.getChildNode(i);
+    if (child.name() != QLatin1String("V")) {
+      m_strays.push_back({child.name(), node.name(), child.place()});
+      continue;
+    }
+    const bool isNull = xmltob(child.getAttribute(utf16(u"null")), 0) != 0;
+    const QString text = child.text();
+    row.values.push_back(
+        {isNull ? QString() : (text.isNull() ? QStringLiteral("") : text), child.place()});
+  }
+  m_rows.push_back(std::move(row));
+}
+
+const char* InlineTable::typeName() const {
+  return "InlineTable";
+}
+
+QString InlineTable::toolTip() const {
+  return QStringLiteral("A small table written in the graph itself");
+}
+
+QStringList InlineTable::getTags() const {
+  return {QStringLiteral("Common")};
+}
+
+QStringList InlineTable::getKeywords() const {
+  return {QStringLiteral("table"), QStringLiteral("inline"), QStringLiteral("constant"),
+          QStringLiteral("input"), QStringLiteral("row"),    QStringLiteral("new")};
+}
+
+void InlineTable::saveXML(std::wostringstream& out, QString name) {
+  ToXMLStringTool escape;
+  saveAI(out, name, 1.0);
+  if (!m_sortedOn.isEmpty()) {
+    out << L" sortedOn='" << escape.toXML(m_sortedOn) << L'\'';
+  }
+  out << L">\n";
+  for (const Column& column : m_columns) {
+    out << L"  <Column name='" << escape.toXML(column.name) << L'\'';
+    if (!column.meta.isEmpty() && column.meta != QLatin1String("U")) {
+      out << L" meta='" << escape.toXML(column.meta) << L'\'';
+    }
+    out << L"/>\n";
+  }
+  for (const Row& row : m_rows) {
+    out << L"  <Row>";
+    for (const Value& value : row.values) {
+      if (value.text.isNull()) {
+        out << L"<V null='1'/>";
+      } else {
+        out << L"<V>" << elementText(value.text) << L"</V>";
+      }
+    }
+    out << L"</Row>\n";
+  }
+  out << L"</" << typeName() << L">\n";
+}
+
+void InlineTable::refuse(XMLNode::Place place, const QString& message) {
+  const QString file = m_globalParameters == nullptr ? QString() : m_globalParameters->graphFile();
+  MainUI::addLog(LogLevel::error, messages::withPlace(file, place, message));
+}
+
+char InlineTable::init() {
+  ActionItem::init();
+  m_nextRow = 0;
+  m_values.reset();
+  m_pointers.clear();
+  m_metaData = {};
+  const bool isGood =
+      checkShape() && planColumns(m_metaData) && encodeRows(m_metaData) && checkOrder(m_metaData);
+  return isGood ? 0 : 1;
+}
+
+bool InlineTable::checkShape() {
+  for (const StrayElement& stray : m_strays) {
+    const bool isInRow = stray.parent == QLatin1String("Row");
+    refuse(stray.place,
+           messages::strayElement(stray.name, stray.parent,
+                                  isInRow ? QStringLiteral("V") : QStringLiteral("Column, Row")));
+  }
+  bool isGood = m_strays.empty();
+  for (const Row& row : m_rows) {
+    if (row.values.size() != m_columns.size()) {
+      refuse(row.place, messages::wrongNumberOfValues(static_cast<qsizetype>(row.values.size()),
+                                                      static_cast<qsizetype>(m_columns.size())));
+      isGood = false;
+    }
+  }
+  if (m_columns.empty()) {
+    refuse(node().place(), messages::noColumns());
+    isGood = false;
+  }
+  return isGood;
+}
+
+bool InlineTable::planColumns(PinOutMetaData& columns) {
+  bool isGood = true;
+  columns.setColumnCount(static_cast<int>(m_columns.size()));
+  for (int i = 0; i < columns.columnCount(); ++i) {
+    const Column& column = m_columns[static_cast<std::size_t>(i)];
+    const QString name = expandString(column.name);
+    QString fault;
+    if (name.isEmpty()) {
+      fault = messages::columnWithoutName();
+    } else if (columns.indexOf(name) >= 0) {
+      fault = messages::columnTwice(name);
+    } else if (!column.meta.isEmpty() && column.meta != QLatin1String("F") &&
+               column.meta != QLatin1String("K") && column.meta != QLatin1String("U")) {
+      fault = messages::unknownMeta(name, column.meta);
+    }
+    if (!fault.isEmpty()) {
+      refuse(column.place, fault);
+      isGood = false;
+      continue;
+    }
+    columns.setName(i, name);
+    columns.setMeta(
+        i, MetaInfo(column.meta.isEmpty() ? MetaTypeColumn::text
+                                          : static_cast<MetaTypeColumn>(column.meta[0].toLatin1()),
+                    0));
+  }
+  return isGood;
+}
+
+bool InlineTable::encodeRows(const PinOutMetaData& columns) {
+  bool isGood = true;
+  m_pointers.reserve(m_rows.size() * m_columns.size());
+  for (const Row& row : m_rows) {
+    for (int i = 0; i < columns.columnCount(); ++i) {
+      m_pointers.push_back(
+          encode(row.values[static_cast<std::size_t>(i)], i, columns.metas()[i].type(), &isGood));
+    }
+  }
+  return isGood;
+}
+
+// Null for a missing value.
+unsigned char* InlineTable::encode(const Value& value, int column, MetaTypeColumn type,
+                                   bool* isOk) {
+  if (value.text.isNull()) {
+    return nullptr;
+  }
+  if (type == MetaTypeColumn::text) {
+    return bytesFromQString(&m_values, value.text);
+  }
+  if (value.text.trimmed().isEmpty()) {
+    return nullptr;
+  }
+  const QString& name = m_metaData.names()[column];
+  if (type == MetaTypeColumn::key) {
+    std::uint32_t key = 0;
+    if (!parse(value.text, &key) || isNullKey(key)) {
+      refuse(value.place, messages::notAKey(name, value.text));
+      *isOk = false;
+    }
+    return bytesFromKey(&m_values, key);
+  }
+  double number = 0.0;
+  if (!parse(value.text, &number)) {
+    refuse(value.place, messages::notANumber(name, value.text));
+    *isOk = false;
+  }
+  return bytesFromDouble(&m_values, number, 0);
+}
+
+bool InlineTable::checkOrder(PinOutMetaData& columns) {
+  const auto order = parseSortOrder(expandString(m_sortedOn), columns);
+  if (!order) {
+    refuse(node().place(), order.error());
+    return false;
+  }
+  columns.setSortOrder(*order);
+  SortOrderChecker checker(*order);
+  OneRow row(&columns);
+  for (std::size_t i = 0; i < m_rows.size(); ++i) {
+    std::copy_n(m_pointers.data() + i * m_columns.size(), m_columns.size(),
+                row.getAllColForWrite());
+    if (!checker.accepts(row)) {
+      const auto broken = std::find_if(order->begin(), order->end(), [&checker](const auto& entry) {
+        return entry.column() == checker.refusedColumn();
+      });
+      refuse(m_rows[i].place,
+             sortOrderBrokenText(columns.names()[broken->column()], broken->type()));
+      return false;
+    }
+  }
+  return true;
+}
+
+char InlineTable::close() {
+  m_pointers.clear();
+  m_values.deepReset(0);
+  return 0;
+}
+
+void InlineTable::setComputeRoutine() {
+  computeRoutine = [](ActionItem* action) {
+    auto* table = static_cast<InlineTable*>(action);
+    OneRow* row = table->getOutputRowForOutputPin(0);
+    row->setNumberOfColumns(table->m_metaData.columnCount());
+    row->setColName(table->m_metaData.names());
+    row->setMetaData(table->m_metaData.metas());
+    row->setSortInfos(table->m_metaData.sortOrder());
+    table->announceColumnsOfOutputPin(0);
+    table->computeRoutine = [](ActionItem* later) {
+      return static_cast<InlineTable*>(later)->giveRow();
+    };
+    return !table->mustComputeFull() || table->giveRow();
+  };
+}
+
+bool InlineTable::giveRow() {
+  if (m_nextRow == m_rows.size()) {
+    return true;
+  }
+  std::copy_n(m_pointers.data() + m_nextRow * m_columns.size(), m_columns.size(),
+              getOutputRowForOutputPin(0)->getAllColForWrite());
+  ++m_nextRow;
+  setRowReadyForOutput(0);
+  return false;
+}
+
+float InlineTable::computeCompletion() const {
+  return m_rows.empty() ? 1.0f : static_cast<float>(m_nextRow) / static_cast<float>(m_rows.size());
+}
+
+ActionItem* InlineTable::createFromXML(XMLNode node, GlobalParameters* parameters) {
+  return new InlineTable(node, parameters);
+}
+
+}  // namespace kelvarin

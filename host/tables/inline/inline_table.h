@@ -1,0 +1,79 @@
+// The host action whose rows stand in the graph file itself.
+//
+//   <InlineTable name='names' sortedOn='id 0'>
+//     <Column name='id' meta='K'/>
+//     <Column name='text'/>
+//     <Row><V>1</V><V>one</V></Row>
+//     <Row><V>2</V><V null='1'/></Row>
+//   </InlineTable>
+//
+// A column without meta holds texts. Values are taken as they stand, blanks of numbers and keys
+// aside; an empty number or key is missing.
+// Threads: the engine thread.
+// Errors: init() checks the whole table, logs every fault with its place in the graph file and
+// refuses.
+#pragma once
+
+#include <vector>
+
+#include "host/contract/action_item.h"
+
+namespace kelvarin {
+
+class InlineTable final : public ActionItem {
+ public:
+  InlineTable(XMLNode node, GlobalParameters* parameters);
+
+  const char* typeName() const override;
+  QString toolTip() const override;
+  QStringList getTags() const override;
+  QStringList getKeywords() const override;
+  void saveXML(std::wostringstream& out, QString name) override;
+  char init() override;
+  char close() override;
+  void setComputeRoutine() override;
+  float computeCompletion() const override;
+  ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
+
+ private:
+  struct Value {
+    QString text;  // null when missing
+    XMLNode::Place place;
+  };
+  struct Row {
+    std::vector<Value> values;
+    XMLNode::Place place;
+  };
+  struct Column {
+    QString name;
+    QString meta;  // as given; empty is the default
+    XMLNode::Place place;
+  };
+  // A child that has no place in a table.
+  struct StrayElement {
+    QString name;
+    QString parent;
+    XMLNode::Place place;
+  };
+
+  void readRow(const XMLNode& node);
+  void refuse(XMLNode::Place place, const QString& message);
+  bool planColumns(PinOutMetaData& columns);
+  bool checkShape();
+  bool encodeRows(const PinOutMetaData& columns);
+  unsigned char* encode(const Value& value, int column, MetaTypeColumn type, bool* isOk);
+  bool checkOrder(PinOutMetaData& columns);
+  bool giveRow();
+
+  QString m_sortedOn;
+  std::vector<Column> m_columns;
+  std::vector<Row> m_rows;
+  std::vector<StrayElement> m_strays;
+
+  PinOutMetaData m_metaData;
+  RowBuffer m_values{4096};                // the bytes of all rows
+  std::vector<unsigned char*> m_pointers;  // row after row
+  std::size_t m_nextRow = 0;
+};
+
+}  // namespace kelvarin
