@@ -1,10 +1,10 @@
-// Evaluates the expressions of one action: binds its variables to columns, picks and compiles a back-end for each
-// expression at the first row, then loads and evaluates row by row.
+// Evaluates the expressions of one action: binds its variables to columns, picks and compiles a
+// back-end for each expression at the first row, then loads and evaluates row by row.
 //
 // Used by every expression action, the block filter of the columnar reader and `kelvarin eval`.
-// Order of calls: configure, prepareDateContext, bind (or setNumber and setText by hand), compile for every output,
-// then for every row loadRow, evaluate or evaluateTruth for every output, advanceRow.
-// Threads: one.  Errors: statuses and RowOutcome; nothing is logged and nothing throws.
+// Order of calls: configure, prepareDateContext, bind (or setNumber and setText by hand), compile
+// for every output, then for every row loadRow, evaluate or evaluateTruth for every output,
+// advanceRow. Threads: one.  Errors: statuses and RowOutcome; nothing is logged and nothing throws.
 #pragma once
 
 #include <functional>
@@ -16,6 +16,7 @@
 
 #include "base/result.h"
 #include "expression/backends/backend_kind.h"
+#include "expression/dates/date_status.h"
 #include "expression/errors/expression_error.h"
 #include "expression/evaluator/variables.h"
 #include "host/contract/global_parameters.h"
@@ -23,10 +24,8 @@
 
 namespace kelvarin {
 
-enum class DateStatus { ready = 0, referenceTimeUnparsable = 1, dateFormatUnknown = 2 };
-
-// What became of one step of one row. `failed`: the result is missing and the run goes on; `stop`: lastFailure() says
-// why the run must stop.
+// What became of one step of one row. `failed`: the result is missing and the run goes on; `stop`:
+// lastFailure() says why the run must stop.
 enum class RowOutcome : unsigned char { ok, failed, stop };
 
 // What the result of an expression is for.
@@ -40,10 +39,10 @@ enum class ResultUse {
 struct RowFailure {
   enum class Kind { evaluation, keyCast, nullKey };
   Kind kind = Kind::evaluation;
-  QString name;            // of the output, or of the variable for nullKey
-  ExpressionError error;   // for evaluation
+  QString name;           // of the output, or of the variable for nullKey
+  ExpressionError error;  // for evaluation
   BackendKind backend = BackendKind::string;
-  double value = 0.0;      // for keyCast
+  double value = 0.0;  // for keyCast
 };
 
 // A result with the type it came with.
@@ -64,19 +63,20 @@ class ExpressionEvaluator {
   // Forgets everything that configure() and later calls built.
   void clear();
 
-  // Starts a run. `isObserved`: a step debugger is attached, so every expression takes the String back-end.
-  // `parameters` may be null; it outlives the evaluator's use.
+  // Starts a run. `isObserved`: a step debugger is attached, so every expression takes the String
+  // back-end. `parameters` may be null; it outlives the evaluator's use.
   void configure(const EvaluationOptions& options, const std::vector<InputVariable>& inputs,
                  const GlobalParameters* parameters, bool isObserved);
-  // Lets the back-ends be tried from this one on; without it the output's meta and the options decide. A back-end that
-  // refuses an expression is then an error, never a fallback.
+  // Lets the back-ends be tried from this one on; without it the output's meta and the options
+  // decide. A back-end that refuses an expression is then an error, never a fallback.
   void requireBackend(BackendKind kind);
 
-  // Seeds the random generators, and fixes reference time and date format where the expressions need them.
+  // Seeds the random generators, and fixes reference time and date format where the expressions
+  // need them.
   DateStatus prepareDateContext(const QStringList& expressions);
 
-  // Finds the columns of every variable; `expand` replaces graph parameters in their names. The error is the text to
-  // log: an unknown column, or columns of one variable that differ in type.
+  // Finds the columns of every variable; `expand` replaces graph parameters in their names. The
+  // error is the text to log: an unknown column, or columns of one variable that differ in type.
   Status<QString> bind(const OneRow& columns, const std::function<QString(const QString&)>& expand);
 
   // Adds an output.
@@ -84,14 +84,15 @@ class ExpressionEvaluator {
   int outputCount() const;
   BackendKind backend(int output) const;
 
-  // Compiles as compile() does and evaluates once with the variables' samples, as the check of an editor. Gives the
-  // text to show, empty when nothing is wrong.
+  // Compiles as compile() does and evaluates once with the variables' samples, as the check of an
+  // editor. Gives the text to show, empty when nothing is wrong.
   QString check(const OutputVariable& output, ResultUse use = ResultUse::column);
 
   RowOutcome loadRow(const OneRow& row);
   // Evaluates into the output's result cell, or its target when it is a text.
   RowOutcome evaluate(int output);
-  // The truth of an output compiled for it: false for zero, null and empty or null text; true for all else.
+  // The truth of an output compiled for it: false for zero, null and empty or null text; true for
+  // all else.
   RowOutcome evaluateTruth(int output, bool& isTrue);
   // Adds one to the row number.
   void advanceRow();
@@ -101,12 +102,14 @@ class ExpressionEvaluator {
 
   // The bytes of the current result of a number or key output, at the same place for the whole run.
   unsigned char* resultCell(int output);
-  // Where evaluate() stores the pointer to a text output's bytes, which live until the next loadRow().
+  // Where evaluate() stores the pointer to a text output's bytes, which live until the next
+  // loadRow().
   void setTextTarget(int output, unsigned char** slot);
   // The result of the last evaluate() of an output compiled for anyValue.
   const ExpressionValue& value(int output) const;
 
-  // Values by hand, for callers without rows. The index is the variable's place in the list given to configure().
+  // Values by hand, for callers without rows. The index is the variable's place in the list given
+  // to configure().
   void setNumber(int variable, double value);
   void setText(int variable, const QString& value);  // a null QString is the null text
   void startRow();  // takes the place of loadRow() after values were set

@@ -1,4 +1,5 @@
-// What a user defines for an expression action: its input variables, its outputs and how they are evaluated.
+// What a user defines for an expression action: its input variables, its outputs and how they are
+// evaluated.
 //
 // Read from and written to XML by actions/frame; bound and compiled by ExpressionEvaluator.
 #pragma once
@@ -25,8 +26,8 @@ struct InputVariable {
   QString name() const { return label.isEmpty() && !columns.isEmpty() ? columns.last() : label; }
 };
 
-// How a back-end sees a variable. A date enters as an elapsed time, a number to every back-end; its meta wins over
-// isNumber.
+// How a back-end sees a variable. A date enters as an elapsed time, a number to every back-end; its
+// meta wins over isNumber.
 enum class VariableKind { number, text, date };
 
 inline VariableKind kindOf(const InputVariable& variable) {
@@ -47,9 +48,9 @@ struct OutputVariable {
 
 // How a number becomes a key, and a null key a number. 0, 1 or 2 each.
 struct KeyCast {
-  int outOfRange = 2;  // 0 the key 0, 1 the null key, 2 stops the run
-  int fraction = 2;    // 0 cuts it off, 1 the null key, 2 stops the run
-  int nullOnInput = 0; // a null key read from a column: 0 null, 1 zero, 2 stops the run
+  int outOfRange = 2;   // 0 the key 0, 1 the null key, 2 stops the run
+  int fraction = 2;     // 0 cuts it off, 1 the null key, 2 stops the run
+  int nullOnInput = 0;  // a null key read from a column: 0 null, 1 zero, 2 stops the run
 };
 
 struct EvaluationOptions {

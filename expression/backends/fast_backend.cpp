@@ -1,0 +1,136 @@
+#include "expression/backends/fast_backend.h"
+
+#include <exception>
+#include <string>
+#include <utility>
+
+#include <muParser.h>
+
+#include "expression/backends/expression_text.h"
+#include "expression/backends/fast_functions.h"
+#include "expression/errors/error_texts.h"
+#include "expression/errors/messages.h"
+
+namespace kelvarin {
+
+namespace {
+
+ExpressionError errorOf(const mu::ParserError& error) {
+  return {abbreviated(QString::fromLatin1(error.GetMsg().c_str())), error.GetPos(),
+          abbreviated(QString::fromLatin1(error.GetToken().c_str()).trimmed())};
+}
+
+ExpressionError errorOf(const std::exception& error) {
+  return {QString::fromUtf8(error.what()), -1, {}};
+}
+
+class FastExpression final : public NumberExpression {
+ public:
+  FastExpression(const QString& expression, const ExpressionScope& scope) {
+    m_parser.EnableOptimizer(false);  // it reorders products, which changes their last bits
+    addLatin1Letters();
+    m_functions = addFunctions(m_parser, scope.functions);
+    addValues(valueNames(expression), scope);
+    m_parser.SetExpr(latin1(expression));
+  }
+
+  // Finds errors without evaluating, which would draw random numbers and assign variables. An error
+  // comes as the library's exception or as one of our own.
+  ExpressionError parse() {
+    if (!isComplete()) {
+      m_parser.Eval();  // throws the message of the first fault
+    }
+    if (m_parser.GetNumResults() != 1) {
+      return {QString::fromUtf8(messages::kTooManyResults), -1, {}};
+    }
+    return {};
+  }
+
+  BackendKind kind() const override { return BackendKind::fast; }
+
+  bool evaluateNumber(double& number) override {
+    try {
+      number = m_parser.Eval();
+      return true;
+    } catch (const mu::ParserError& error) {
+      m_error = errorOf(error);
+    } catch (const std::exception& error) {
+      m_error = errorOf(error);
+    }
+    return false;
+  }
+
+ private:
+  void addLatin1Letters() {
+    std::string names = m_parser.ValidNameChars();
+    for (int c = 0xA0; c <= 0xFF; ++c) {
+      names.push_back(static_cast<char>(c));
+    }
+    m_parser.DefineNameChars(names.c_str());
+  }
+
+  void addValues(QSet<QString> names, const ExpressionScope& scope) {
+    const mu::valmap_type libraryConstants = m_parser.GetConst();
+    m_parser.ClearConst();
+    for (const StoredVariable& variable : scope.variables.variables()) {
+      if (!variable.isText && isVariableName(variable.name) && names.remove(variable.name)) {
+        m_parser.DefineVar(latin1(variable.name), scope.variables.numbers() + variable.place);
+      }
+    }
+    for (const NamedConstant& constant : scope.constants) {
+      if ((constant.backends & kInFast) != 0 && names.remove(constant.name)) {
+        m_parser.DefineConst(latin1(constant.name), constant.number);
+      }
+    }
+    for (const auto& [name, number] : libraryConstants) {
+      if (names.contains(QString::fromLatin1(name.c_str()))) {
+        m_parser.DefineConst(name, number);
+      }
+    }
+  }
+
+  // False when the expression does not parse or names what is not defined.
+  bool isComplete() const {
+    try {
+      for (const auto& [name, place] : m_parser.GetUsedVar()) {
+        if (m_parser.GetVar().count(name) == 0) {
+          return false;
+        }
+      }
+      return true;
+    } catch (const mu::ParserError&) {
+      return false;
+    }
+  }
+
+  BoundFunctions m_functions;
+  mu::Parser m_parser;
+};
+
+}  // namespace
+
+CompileResult compileFast(const QString& expression, const ExpressionScope& scope) {
+  if (!isLatin1(expression)) {
+    const QString message = QString::fromUtf8(messages::kNotLatin1);
+    return Failure{ExpressionError{message.arg(backendLabel(BackendKind::fast)), -1, {}}};
+  }
+  if (expression.contains(QChar(0))) {
+    return Failure{ExpressionError{QString::fromUtf8(messages::kNulCharacter),
+                                   static_cast<int>(expression.indexOf(QChar(0))),
+                                   {}}};
+  }
+  try {
+    auto compiled = std::make_unique<FastExpression>(expression, scope);
+    ExpressionError error = compiled->parse();
+    if (!error.message.isEmpty()) {
+      return Failure{std::move(error)};
+    }
+    return std::unique_ptr<CompiledExpression>(std::move(compiled));
+  } catch (const mu::ParserError& error) {
+    return Failure{errorOf(error)};
+  } catch (const std::exception& error) {
+    return Failure{errorOf(error)};
+  }
+}
+
+}  // namespace kelvarin

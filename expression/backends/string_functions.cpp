@@ -1,0 +1,171 @@
+#include "expression/backends/string_functions.h"
+
+#include <array>
+#include <string>
+#include <utility>
+
+#include "expression/backends/string_values.h"
+#include "expression/functions/function_table.h"
+
+namespace kelvarin {
+
+namespace {
+
+using Numbers = std::array<double, kMaximumArgumentCount>;
+
+template <typename Body, std::size_t... I>
+double callWith(Body body, FunctionContext& context, const Numbers& numbers,
+                std::index_sequence<I...>) {
+  if constexpr (std::is_invocable_v<Body, decltype(numbers[I])...>) {
+    return body(numbers[I]...);
+  } else {
+    return body(context, numbers[I]...);
+  }
+}
+
+double call(const NumberBody& body, FunctionContext& context, const Numbers& numbers) {
+  return std::visit(
+      [&](auto function) {
+        if constexpr (std::is_same_v<decltype(function), std::monostate>) {
+          return kNullNumber;
+        } else {
+          constexpr std::size_t count = countOfArguments(decltype(function){});
+          return callWith(function, context, numbers, std::make_index_sequence<count>());
+        }
+      },
+      body);
+}
+
+bool isTestValue(const mup::IValue& value) {
+  const auto* test = dynamic_cast<const TestValue*>(&value);
+  return test != nullptr && test->isTest();
+}
+
+class TableFunction final : public mup::ICallback {
+ public:
+  TableFunction(const FunctionLine& line, FunctionContext& context)
+      : mup::ICallback(mup::cmFUNC, line.name, line.argumentCount),
+        m_line(line),
+        m_context(context) {}
+
+  const mup::char_type* GetDesc() const override { return m_line.help; }
+  mup::IToken* Clone() const override { return new TableFunction(*this); }
+
+  void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int count) override {
+    readArguments(arguments, count);
+    const bool isOfNumbers = m_line.number.index() != 0 && m_firstText < 0;
+    if (isOfNumbers) {
+      giveNumber(result, arguments, call(m_line.number, m_context, m_numbers));
+    } else if (m_line.value != nullptr) {
+      const std::span<const FunctionArgument> values(m_arguments.data(),
+                                                     static_cast<std::size_t>(count));
+      m_line.value(m_context, values, m_result);
+      giveResult(result, arguments);
+    } else if (m_arguments[static_cast<std::size_t>(m_firstText)].isNull()) {
+      *result = kNullNumber;
+    } else {
+      refuse(m_firstText, 's', 'f');
+    }
+  }
+
+ private:
+  void readArguments(const mup::ptr_val_type* arguments, int count) {
+    m_firstText = -1;
+    for (int i = 0; i < count; ++i) {
+      const auto place = static_cast<std::size_t>(i);
+      const mup::IValue& value = *arguments[i];
+      switch (value.GetType()) {
+        case 'i':
+        case 'f':
+        case 'b':
+          m_numbers[place] = value.GetFloat();
+          m_arguments[place] = FunctionArgument(m_numbers[place]);
+          break;
+        case 's':
+          m_firstText = m_firstText < 0 ? i : m_firstText;
+          m_arguments[place] = isNullTextValue(value)
+                                   ? FunctionArgument::nullText()
+                                   : FunctionArgument(std::string_view(value.GetString()));
+          break;
+        default:
+          refuse(i, value.GetType(), 's');
+      }
+    }
+  }
+
+  void giveNumber(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, double number) {
+    if (m_line.result == ResultKind::test || hasConditionArgument(arguments)) {
+      result = mup::ptr_val_type(new TestValue(number));
+    } else {
+      *result = number;
+    }
+  }
+
+  // The number that a choice among its arguments gives does not tell which it was, so one condition
+  // makes it one.
+  bool hasConditionArgument(const mup::ptr_val_type* arguments) const {
+    if (m_line.result != ResultKind::any) {
+      return false;
+    }
+    for (int i = 0; i < m_line.argumentCount; ++i) {
+      if (arguments[i]->GetType() == 'b' || isTestValue(*arguments[i])) {
+        return true;
+      }
+    }
+    return false;
+  }
+
+  void giveResult(mup::ptr_val_type& result, const mup::ptr_val_type* arguments) {
+    switch (m_result.kind()) {
+      case FunctionResult::Kind::number:
+        giveNumber(result, arguments, m_result.number());
+        break;
+      case FunctionResult::Kind::text:
+        *result = m_result.text();
+        break;
+      case FunctionResult::Kind::nullText:
+        *result = mup::string_type(kNullTextBytes);
+        break;
+      case FunctionResult::Kind::argument:
+        giveArgument(result, arguments[m_result.argument()]);
+        break;
+    }
+  }
+
+  // The library may hand over the first argument's object as the result's.
+  static void giveArgument(mup::ptr_val_type& result, const mup::ptr_val_type& argument) {
+    if (result.Get() == argument.Get()) {
+      return;
+    }
+    if (isTestValue(*argument)) {
+      result = mup::ptr_val_type(new TestValue(argument->GetFloat()));
+    } else {
+      *result = *argument;
+    }
+  }
+
+  [[noreturn]] void refuse(int argument, char found, char expected) const {
+    throw mup::ParserError(mup::ErrorContext(mup::ecTYPE_CONFLICT_FUN, GetExprPos(), GetIdent(),
+                                             found, expected, argument + 1));
+  }
+
+  const FunctionLine& m_line;
+  FunctionContext& m_context;
+  Numbers m_numbers{};
+  std::array<FunctionArgument, kMaximumArgumentCount> m_arguments;
+  int m_firstText = -1;
+  FunctionResult m_result;
+};
+
+}  // namespace
+
+void addFunctions(mup::ParserX& parser, FunctionContext& context) {
+  for (const FunctionLine& line : functionTable()) {
+    if ((line.backends & kInString) != 0) {
+      parser.RemoveFun(line.name);
+      parser.DefineFun(new TableFunction(line, context));
+    }
+  }
+}
+
+}  // namespace kelvarin

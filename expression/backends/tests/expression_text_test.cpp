@@ -1,0 +1,36 @@
+#include "expression/backends/expression_text.h"
+
+#include <gtest/gtest.h>
+
+namespace kelvarin {
+namespace {
+
+TEST(ExpressionText, BlanksReplaceLineBreaksOutsideLiterals) {
+  EXPECT_EQ(withoutLineBreaks("x\r\n+\ty"), "x  + y");
+  EXPECT_EQ(withoutLineBreaks("\"a\nb\\\"\n\"\n+\"c\n"), "\"a\nb\\\"\n\" +\"c\n");
+  EXPECT_EQ(withoutLineBreaks("\"a\\"), "\"a\\");
+}
+
+TEST(ExpressionText, ValueNamesAreNoFunctionsNumbersOrLiterals) {
+  const QSet<QString> expected = {"a", "_b1", "größe", "e", "x1F"};
+  EXPECT_EQ(valueNames("a + _b1*größe + sin (e) + 3k + 1e-5 + 0x1F + .5 + \"lost\" // f(x1F)"),
+            expected);
+}
+
+TEST(ExpressionText, WordOperatorsBecomeSignsOfTheirLength) {
+  EXPECT_EQ(withSignsForWords("a and b or(c) + order + \"and\"", {}),
+            "a &&  b ||(c) + order + \"and\"");
+  EXPECT_EQ(withSignsForWords("and + 1 or 2", {"and"}), "and + 1 || 2");
+}
+
+TEST(ExpressionText, BytePositionsBecomeUnits) {
+  const std::string text = "é😀x";  // 2 + 4 + 1 bytes, 1 + 2 + 1 units
+  EXPECT_EQ(positionOfByte(text, 0), 0);
+  EXPECT_EQ(positionOfByte(text, 2), 1);
+  EXPECT_EQ(positionOfByte(text, 6), 3);
+  EXPECT_EQ(positionOfByte(text, 100), 4);
+  EXPECT_EQ(positionOfByte(text, -1), -1);
+}
+
+}  // namespace
+}  // namespace kelvarin

@@ -1,0 +1,73 @@
+// The current values of one evaluator's variables, at places that do not move while expressions are
+// bound to them.
+//
+// Filled by the evaluator's row binding, read by every back-end. The row number `_n` is the first
+// number. Threads: one.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include <QString>
+
+#include "base/null_number.h"
+
+namespace kelvarin {
+
+// UTF-8 bytes that live until the next row.
+struct TextCell {
+  std::string_view bytes;
+  bool isNull = true;
+};
+
+struct StoredVariable {
+  QString name;
+  bool isText = false;
+  std::size_t place = 0;  // in numbers() or texts()
+};
+
+class VariableStore {
+ public:
+  // `offersRowNumber`: `_n` is a variable of expressions too.
+  void reset(bool offersRowNumber) {
+    m_variables.clear();
+    m_rowNumber = 0.0;
+    m_numbers.assign(1, 0.0);
+    m_texts.clear();
+    if (offersRowNumber) {
+      m_variables.push_back({QStringLiteral("_n"), false, 0});
+    }
+  }
+  // Before anything is bound: places move while variables are added. Gives the place.
+  std::size_t addNumber(const QString& name) {
+    m_variables.push_back({name, false, m_numbers.size()});
+    m_numbers.push_back(kNullNumber);
+    return m_numbers.size() - 1;
+  }
+  std::size_t addText(const QString& name) {
+    m_variables.push_back({name, true, m_texts.size()});
+    m_texts.push_back({});
+    return m_texts.size() - 1;
+  }
+
+  const std::vector<StoredVariable>& variables() const { return m_variables; }
+  double* numbers() { return m_numbers.data(); }
+  const double* numbers() const { return m_numbers.data(); }
+  TextCell& text(std::size_t place) { return m_texts[place]; }
+  const TextCell& text(std::size_t place) const { return m_texts[place]; }
+
+  double rowNumber() const { return m_rowNumber; }
+  void advanceRow() {
+    m_rowNumber += 1.0;
+    m_numbers[0] = m_rowNumber;  // an expression may have assigned to `_n`
+  }
+
+ private:
+  std::vector<StoredVariable> m_variables;
+  double m_rowNumber = 0.0;
+  std::vector<double> m_numbers{0.0};
+  std::vector<TextCell> m_texts;
+};
+
+}  // namespace kelvarin

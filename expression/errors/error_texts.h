@@ -1,0 +1,40 @@
+// Turns expression errors into the texts that users read: in a run, in the editor's check and
+// elsewhere.
+//
+// Errors: none; every input gives a text.
+#pragma once
+
+#include <cstdint>
+
+#include <QString>
+
+#include "expression/backends/backend_kind.h"
+#include "expression/errors/expression_error.h"
+
+namespace kelvarin {
+
+// Where in a run an expression failed.
+struct FailurePlace {
+  std::int64_t row = 0;
+  QString actionName;
+  BackendKind backend = BackendKind::string;
+};
+
+QString calculatorErrorText(const QString& expressionName, const ExpressionError& error,
+                            const FailurePlace& place);
+QString vectorizedErrorText(const QString& expressionName, const ExpressionError& error,
+                            const FailurePlace& place);
+QString filterErrorText(const ExpressionError& error, std::int64_t row);
+
+// As the editor's check shows it.
+QString checkErrorText(const ExpressionError& error);
+// For callers that know neither row nor name.
+QString errorTextWithPosition(const ExpressionError& error);
+
+// Keeps head and tail of a giant library message, which may quote the whole expression.
+QString abbreviated(const QString& message);
+
+// The resource path of the picture that explains an error text; empty when there is none.
+QString explanationPicture(const QString& errorText);
+
+}  // namespace kelvarin

@@ -1,0 +1,57 @@
+#include "expression/evaluator/constants.h"
+
+#include "expression/backends/expression_text.h"
+#include "expression/evaluator/number_text.h"
+#include "expression/functions/function_table.h"
+
+namespace kelvarin {
+
+namespace {
+
+NamedConstant constantOf(const ConstantLine& line) {
+  const bool isText = line.text != nullptr;
+  return {QString::fromLatin1(line.name), line.backends, isText, line.number,
+          isText ? line.text() : QString()};
+}
+
+NamedConstant constantOf(const QString& name, const QString& text) {
+  if (const auto number = numberOfWholeText(text.toStdString())) {
+    return {name, kInAll, false, *number, {}};
+  }
+  return {name, kInString, true, 0.0, text.isNull() ? QStringLiteral("") : text};
+}
+
+}  // namespace
+
+std::vector<NamedConstant> constantsOf(const GlobalParameters* parameters) {
+  std::vector<NamedConstant> constants;
+  for (const ConstantLine& line : constantTable()) {
+    constants.push_back(constantOf(line));
+  }
+  if (parameters == nullptr) {
+    return constants;
+  }
+  const QMap<QString, QString>& values = parameters->values();
+  for (auto value = values.begin(); value != values.end(); ++value) {
+    if (isVariableName(value.key())) {
+      constants.push_back(constantOf(value.key(), value.value()));
+    }
+  }
+  return constants;
+}
+
+void setCurrentTime(std::vector<NamedConstant>& constants, const DateContext& dates) {
+  const QString now = QStringLiteral("_now");
+  const QString nowText = QStringLiteral("_nowS");
+  std::erase_if(constants, [&](const NamedConstant& constant) {
+    return constant.name == now || constant.name == nowText;
+  });
+  if (dates.parameters().addNow) {
+    constants.push_back({now, kInAll, false, dates.currentElapsedTime(), {}});
+  }
+  if (dates.parameters().addNowS) {
+    constants.push_back({nowText, kInString, true, 0.0, dates.currentDateString()});
+  }
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,366 @@
+#include "expression/evaluator/expression_evaluator.h"
+
+#include <cassert>
+#include <cstring>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include <QDateTime>
+
+#include "expression/backends/string_backend.h"
+#include "expression/errors/error_texts.h"
+#include "expression/errors/messages.h"
+#include "expression/evaluator/backend_choice.h"
+#include "expression/evaluator/constants.h"
+#include "expression/evaluator/messages.h"
+#include "expression/evaluator/result_writer.h"
+#include "expression/evaluator/row_binding.h"
+
+namespace kelvarin {
+
+namespace {
+
+constexpr int kSeedFromClock = -1;
+
+std::uint32_t seedOf(const TimeParameters& time) {
+  // kept: the clock gives its milliseconds only, a thousand sequences.
+  const std::int64_t clock = QDateTime::currentMSecsSinceEpoch() % 1000;
+  return static_cast<std::uint32_t>(time.seed == kSeedFromClock ? clock : time.seed);
+}
+
+// An expression left empty is the missing value of its column.
+QString withoutEmptiness(const OutputVariable& output, ResultUse use) {
+  if (use != ResultUse::column || !output.expression.trimmed().isEmpty()) {
+    return output.expression;
+  }
+  return isNumberMeta(output.meta) ? QStringLiteral("_null") : QStringLiteral("_nullS");
+}
+
+QString wrongTypeText(const EvaluatedValue& value, MetaTypeColumn meta) {
+  if (isNumberMeta(meta) != value.isText()) {
+    return {};
+  }
+  return QString::fromUtf8(value.isText() ? messages::kStringForNumber
+                                          : messages::kNumberForString);
+}
+
+}  // namespace
+
+// Failed evaluations of one run.
+struct FailureCount {
+  long long count = 0;
+  QString firstName;
+  QString firstMessage;
+  double firstRow = 0.0;
+
+  void add(const QString& name, const QString& message, double row) {
+    if (count++ == 0) {
+      firstName = name;
+      firstMessage = message;
+      firstRow = row;
+    }
+  }
+};
+
+struct ExpressionEvaluator::State {
+  using MadeOutput = Result<std::unique_ptr<ExpressionOutput>, ExpressionError>;
+
+  EvaluationOptions options;
+  std::vector<InputVariable> inputs;
+  std::vector<std::size_t> places;  // of each input in `variables`
+  bool isObserved = false;
+  std::optional<BackendKind> required;
+
+  VariableStore variables;
+  std::vector<NamedConstant> constants = constantsOf(nullptr);
+  FunctionContext functions;
+  StringBackend stringBackend;
+  RowBinding binding;
+  std::vector<std::unique_ptr<ExpressionOutput>> outputs;  // gone before what they refer to
+  bool hasStringOutput = false;
+  ResultWriter writer;
+  std::vector<std::string> textsByHand;  // one an input
+
+  RowFailure lastFailure;
+  FailureCount failures;
+
+  ExpressionOutput& output(int index) { return *outputs[static_cast<std::size_t>(index)]; }
+
+  RowOutcome evaluate(ExpressionOutput& target) {
+    EvaluatedValue value;
+    if (!target.expression->evaluate(value)) [[unlikely]] {
+      return failToEvaluate(target);
+    }
+    switch (writer.write(target, value, options.keyCast)) {
+      case ResultWriter::Outcome::ok:
+        break;
+      case ResultWriter::Outcome::textForNumber:
+        return fail(target, {QString::fromUtf8(messages::kStringForNumber), -1, {}});
+      case ResultWriter::Outcome::noKey:
+        return failToCast(target, value.number);
+    }
+    return RowOutcome::ok;
+  }
+
+  bool hasDateInputs() const {
+    for (const InputVariable& input : inputs) {
+      if (kindOf(input) == VariableKind::date) {
+        return true;
+      }
+    }
+    return false;
+  }
+
+  MadeOutput makeOutput(const OutputVariable& variable, ResultUse use) {
+    BackendRules rules;
+    rules.allowsNumberBackends =
+        !isObserved && (use != ResultUse::column || isNumberMeta(variable.meta));
+    rules.allowsNative = options.useJIT;
+    rules.required = required;
+    CompileResult compiled =
+        compileWithFirstFit(withoutEmptiness(variable, use), rules,
+                            ExpressionScope{variables, constants, functions}, stringBackend);
+    if (!compiled) {
+      return Failure{compiled.error()};
+    }
+    auto made = std::make_unique<ExpressionOutput>();
+    made->name = variable.name;
+    made->meta = variable.meta;
+    made->use = use;
+    made->expression = std::move(*compiled);
+    const bool isPlain = use == ResultUse::truth ||
+                         (use == ResultUse::column && variable.meta == MetaTypeColumn::number);
+    made->shortWay = isPlain ? made->expression->asNumberExpression() : nullptr;
+    ResultWriter::writeNull(*made);
+    return made;
+  }
+
+  RowOutcome fail(const ExpressionOutput& output, const ExpressionError& error) {
+    lastFailure = {RowFailure::Kind::evaluation, output.name, error, output.expression->kind(),
+                   0.0};
+    failures.add(output.name, error.message, variables.rowNumber());
+    return options.abortWhenError ? RowOutcome::stop : RowOutcome::failed;
+  }
+
+  RowOutcome failToEvaluate(ExpressionOutput& output) {
+    ResultWriter::writeNull(output);
+    return fail(output, output.expression->error());
+  }
+
+  RowOutcome failToCast(const ExpressionOutput& output, double number) {
+    lastFailure = {RowFailure::Kind::keyCast, output.name, {}, output.expression->kind(), number};
+    return RowOutcome::stop;
+  }
+
+  void setText(std::size_t input, const QString& value) {
+    textsByHand[input] = value.toStdString();
+    variables.text(places[input]) = {textsByHand[input], value.isNull()};
+  }
+
+  void takeSamples() {
+    for (std::size_t i = 0; i < inputs.size(); ++i) {
+      const InputVariable& input = inputs[i];
+      if (kindOf(input) == VariableKind::text) {
+        setText(i, input.text);
+      } else {
+        variables.numbers()[places[i]] =
+            input.isNumber ? input.number : functions.dates.toElapsedTime(input.text);
+      }
+    }
+  }
+
+  void startRow() {
+    writer.startRow();
+    if (hasStringOutput) {
+      stringBackend.load(variables);
+    }
+  }
+};
+
+ExpressionEvaluator::ExpressionEvaluator() : m_state(std::make_unique<State>()) {}
+ExpressionEvaluator::~ExpressionEvaluator() = default;
+
+void ExpressionEvaluator::clear() {
+  m_state = std::make_unique<State>();
+}
+
+void ExpressionEvaluator::configure(const EvaluationOptions& options,
+                                    const std::vector<InputVariable>& inputs,
+                                    const GlobalParameters* parameters, bool isObserved) {
+  clear();
+  State& state = *m_state;
+  state.options = options;
+  state.inputs = inputs;
+  state.isObserved = isObserved;
+  state.constants = constantsOf(parameters);
+  state.functions.dates.configure(options.time);
+  state.variables.reset(options.addN);
+  state.textsByHand.resize(inputs.size());
+  for (const InputVariable& input : inputs) {
+    const bool isText = kindOf(input) == VariableKind::text;
+    state.places.push_back(isText ? state.variables.addText(input.name())
+                                  : state.variables.addNumber(input.name()));
+  }
+}
+
+void ExpressionEvaluator::requireBackend(BackendKind kind) {
+  m_state->required = kind;
+}
+
+DateStatus ExpressionEvaluator::prepareDateContext(const QStringList& expressions) {
+  State& state = *m_state;
+  state.functions.seed(seedOf(state.options.time));
+  const DateStatus status = state.functions.dates.prepare(expressions, state.hasDateInputs());
+  setCurrentTime(state.constants, state.functions.dates);
+  return status;
+}
+
+Status<QString> ExpressionEvaluator::bind(const OneRow& columns,
+                                          const std::function<QString(const QString&)>& expand) {
+  return m_state->binding.bind(m_state->inputs, m_state->places, columns, expand);
+}
+
+Status<ExpressionError> ExpressionEvaluator::compile(const OutputVariable& output, ResultUse use) {
+  State::MadeOutput made = m_state->makeOutput(output, use);
+  if (!made) {
+    return Failure{made.error()};
+  }
+  m_state->hasStringOutput |= (*made)->expression->kind() == BackendKind::string;
+  m_state->outputs.push_back(std::move(*made));
+  return Done{};
+}
+
+int ExpressionEvaluator::outputCount() const {
+  return static_cast<int>(m_state->outputs.size());
+}
+
+BackendKind ExpressionEvaluator::backend(int output) const {
+  return m_state->output(output).expression->kind();
+}
+
+QString ExpressionEvaluator::check(const OutputVariable& output, ResultUse use) {
+  State& state = *m_state;
+  const DateStatus status = prepareDateContext({output.expression});
+  if (status == DateStatus::dateFormatUnknown) {
+    return QString::fromUtf8(messages::kFormatUnknown);
+  }
+  state.takeSamples();
+  State::MadeOutput made = state.makeOutput(output, use);
+  if (!made) {
+    return checkErrorText(made.error());
+  }
+  state.stringBackend.load(state.variables);
+  CompiledExpression& expression = *(*made)->expression;
+  EvaluatedValue value;
+  if (!expression.evaluate(value)) {
+    return checkErrorText(expression.error());
+  }
+  const QString wrongType =
+      use == ResultUse::column ? wrongTypeText(value, output.meta) : QString();
+  const bool isReferenceMissing = status == DateStatus::referenceTimeUnparsable;
+  return wrongType.isEmpty() && isReferenceMissing
+             ? QString::fromUtf8(messages::kReferenceUnparsable)
+             : wrongType;
+}
+
+RowOutcome ExpressionEvaluator::loadRow(const OneRow& row) {
+  State& state = *m_state;
+  if (!state.binding.load(row, state.variables, state.functions.dates,
+                          state.options.keyCast.nullOnInput)) {
+    state.lastFailure = {};
+    state.lastFailure.kind = RowFailure::Kind::nullKey;
+    state.lastFailure.name = state.binding.failedVariable();
+    return RowOutcome::stop;
+  }
+  state.startRow();
+  return RowOutcome::ok;
+}
+
+RowOutcome ExpressionEvaluator::evaluate(int output) {
+  ExpressionOutput& target = m_state->output(output);
+  if (target.shortWay == nullptr) {
+    return m_state->evaluate(target);
+  }
+  double number = kNullNumber;
+  if (!target.shortWay->evaluateNumber(number)) [[unlikely]] {
+    return m_state->failToEvaluate(target);
+  }
+  std::memcpy(target.cell, &number, sizeof number);
+  return RowOutcome::ok;
+}
+
+RowOutcome ExpressionEvaluator::evaluateTruth(int output, bool& isTrue) {
+  ExpressionOutput& target = m_state->output(output);
+  EvaluatedValue value;
+  const bool isEvaluated = target.shortWay != nullptr
+                               ? target.shortWay->evaluateNumber(value.number)
+                               : target.expression->evaluate(value);
+  isTrue = isEvaluated && isTrueValue(value);
+  return isEvaluated ? RowOutcome::ok : m_state->fail(target, target.expression->error());
+}
+
+void ExpressionEvaluator::advanceRow() {
+  m_state->variables.advanceRow();
+}
+
+double ExpressionEvaluator::rowNumber() const {
+  return m_state->variables.rowNumber();
+}
+
+const RowFailure& ExpressionEvaluator::lastFailure() const {
+  return m_state->lastFailure;
+}
+
+unsigned char* ExpressionEvaluator::resultCell(int output) {
+  return m_state->output(output).cell;
+}
+
+void ExpressionEvaluator::setTextTarget(int output, unsigned char** slot) {
+  m_state->output(output).textTarget = slot;
+}
+
+const ExpressionValue& ExpressionEvaluator::value(int output) const {
+  return m_state->output(output).value;
+}
+
+void ExpressionEvaluator::setNumber(int variable, double value) {
+  const auto input = static_cast<std::size_t>(variable);
+  assert(kindOf(m_state->inputs[input]) != VariableKind::text);
+  m_state->variables.numbers()[m_state->places[input]] = value;
+}
+
+void ExpressionEvaluator::setText(int variable, const QString& value) {
+  const auto input = static_cast<std::size_t>(variable);
+  assert(kindOf(m_state->inputs[input]) == VariableKind::text);
+  m_state->setText(input, value);
+}
+
+void ExpressionEvaluator::startRow() {
+  m_state->startRow();
+}
+
+QString ExpressionEvaluator::displayText(int variable) const {
+  const auto input = static_cast<std::size_t>(variable);
+  const std::size_t place = m_state->places[input];
+  if (kindOf(m_state->inputs[input]) != VariableKind::text) {
+    return shortestText(m_state->variables.numbers()[place]);
+  }
+  const TextCell& cell = m_state->variables.text(place);
+  return cell.isNull
+             ? QString()
+             : QString::fromUtf8(cell.bytes.data(), static_cast<qsizetype>(cell.bytes.size()));
+}
+
+QStringList ExpressionEvaluator::closingWarnings() const {
+  QStringList warnings = m_state->binding.warnings();
+  const FailureCount& failures = m_state->failures;
+  if (failures.count > 0) {
+    warnings += QString::fromUtf8(messages::kFailedEvaluations)
+                    .arg(QString::number(failures.count), failures.firstName,
+                         QString::number(failures.firstRow, 'f', 0), failures.firstMessage);
+  }
+  return warnings;
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,16 @@
+// The texts about variables, columns and results of expressions, once each.
+#pragma once
+
+namespace kelvarin::messages {
+
+inline constexpr char kColumnNotFound[] = "Error: Column '%1' not found";
+inline constexpr char kColumnTypesDiffer[] = "Error: Column '%1' and '%2' must have the same type";
+
+// At the end of a run.
+inline constexpr char kNotANumber[] =
+    "Column '%1' is a text column used as a number: %2 value(s) were no numbers and counted as "
+    "missing, the first one on data row %3.";
+inline constexpr char kFailedEvaluations[] =
+    "%1 evaluation(s) failed and gave no value. The first was expression '%2' on data row %3: %4";
+
+}  // namespace kelvarin::messages

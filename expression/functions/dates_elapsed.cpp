@@ -1,0 +1,127 @@
+// Functions on elapsed times, which are numbers of whole units since the reference instant.
+
+#include <array>
+#include <cmath>
+
+#include "expression/functions/calendar_steps.h"
+#include "expression/functions/text_bodies.h"
+#include "expression/functions/themes.h"
+
+namespace kelvarin {
+
+namespace {
+
+using Arguments = std::span<const FunctionArgument>;
+
+// An empty date is not always null, so the null text comes here too.
+double elapsedOfText(FunctionContext& context, const QString& date) {
+  return context.dates.toElapsedTime(date);
+}
+
+void elapsedOfDateText(FunctionContext& context, Arguments arguments, FunctionResult& result) {
+  BodyOf<elapsedOfText>::call(context, arguments, result);
+}
+
+double elapsedFractionOfText(FunctionContext& context, const QString& date) {
+  return context.dates.toElapsedFraction(date);
+}
+
+void elapsedFractionOfDateText(FunctionContext& context, Arguments arguments,
+                               FunctionResult& result) {
+  BodyOf<elapsedFractionOfText>::call(context, arguments, result);
+}
+
+// Null when the date has no text in the format in force.
+QString textOfElapsed(FunctionContext& context, double elapsed) {
+  const QDateTime date = dateOfElapsed(context.dates, elapsed);
+  return date.isValid() ? context.dates.print(date) : QString();
+}
+
+double addToElapsed(FunctionContext& context, double elapsed, double years, double months,
+                    double days) {
+  const QDateTime date = dateOfElapsed(context.dates, elapsed);
+  return elapsedOfDate(context.dates, withAdded(date, years, months, days));
+}
+
+double monthsBetweenElapsed(FunctionContext& context, double from, double to) {
+  return monthsBetween(dateOfElapsed(context.dates, from), dateOfElapsed(context.dates, to));
+}
+
+double yearsBetweenElapsed(FunctionContext& context, double from, double to) {
+  return yearsBetween(dateOfElapsed(context.dates, from), dateOfElapsed(context.dates, to));
+}
+
+double weekOfElapsed(FunctionContext& context, double elapsed) {
+  return isoWeek(dateOfElapsed(context.dates, elapsed));
+}
+
+double weekdayOfElapsed(FunctionContext& context, double elapsed) {
+  return weekday(dateOfElapsed(context.dates, elapsed));
+}
+
+double firstWeekdayAsElapsed(FunctionContext& context, double year, double dayOfWeek) {
+  return elapsedOfDate(context.dates, firstWeekdayOfYear(context.dates, year, dayOfWeek));
+}
+
+// kept: every fourth year has a 29 February, 1900 and 2100 too, and a month 0 has no days.
+double daysInMonth(double month, double year) {
+  constexpr std::array<int, 13> days = {0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  constexpr int february = 2;
+  const double index = std::trunc(month);
+  if (isNullNumber(year) || !(index >= 0 && index < static_cast<double>(days.size()))) {
+    return kNullNumber;
+  }
+  const bool isLeap = std::fmod(std::trunc(year), 4.0) == 0.0;
+  return index == february && isLeap ? 29.0 : days[static_cast<std::size_t>(index)];
+}
+
+constexpr unsigned kFastAndString = kInFast | kInString;
+constexpr ResultKind kNumber = ResultKind::number;
+
+constexpr FunctionLine kLines[] = {
+    {"nDaysInMonth", 2, kFastAndString, kNumber, daysInMonth, nullptr,
+     "nDaysInMonth(month,year) - return the number of days in the given month;"},
+    {"toET",
+     1,
+     kFastAndString,
+     kNumber,
+     {},
+     elapsedOfDateText,
+     "toET(date) - convert a date (as a string) to an Elapsed Time"},
+    {"toETF",
+     1,
+     kInString,
+     kNumber,
+     {},
+     elapsedFractionOfDateText,
+     "toETF(date) - convert a date (as a string) to an Elapsed Time (as a float)"},
+    {"toDate",
+     1,
+     kInString,
+     ResultKind::text,
+     {},
+     valueBody<textOfElapsed>,
+     "toDate(ET) - convert a date (as an Elapsed Time) to a string"},
+    {"etAdd", 4, kFastAndString, kNumber, addToElapsed, nullptr,
+     "etAdd(ET,y,M,d) - add a duration (in year, month and days) to an Elapsed Time"},
+    {"etFirstDayOfYear", 2, kFastAndString, kNumber, firstWeekdayAsElapsed, nullptr,
+     "etFirstDayOfYear(y,dow) - et of the first DayOfWeek(dow) of the year(y)"},
+    {"etWeekNumber", 1, kFastAndString, kNumber, weekOfElapsed, nullptr,
+     "etWeekNumber(x) - Returns the week number (1 to 53)"},
+    {"etDayOfWeek", 1, kFastAndString, kNumber, weekdayOfElapsed, nullptr,
+     "etDayOfWeek(et) - Returns the Day of Week(0=monday; 6=sunday)"},
+    {"etDiffInMonth", 2, kFastAndString, kNumber, monthsBetweenElapsed, nullptr,
+     "etDiffInMonth(x,y) - number of months between x and y"},
+    {"etDiffInYear", 2, kFastAndString, kNumber, yearsBetweenElapsed, nullptr,
+     "etDiffInYear(x,y) - number of years between x and y"},
+};
+
+static_assert(areSound(kLines));
+
+}  // namespace
+
+std::span<const FunctionLine> elapsedTimes() {
+  return kLines;
+}
+
+}  // namespace kelvarin

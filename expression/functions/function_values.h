@@ -1,0 +1,76 @@
+// Arguments and results of functions that take values of any type, without a type of any expression
+// library.
+//
+// Texts are UTF-8; the null text is apart from the empty one.
+// Threads: plain values.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include <QString>
+
+#include "base/null_number.h"
+
+namespace kelvarin {
+
+class FunctionArgument {
+ public:
+  FunctionArgument() = default;
+  explicit FunctionArgument(double number) : m_number(number) {}
+  explicit FunctionArgument(std::string_view text)
+      : m_kind(Kind::text), m_number(kNullNumber), m_text(text) {}
+  static FunctionArgument nullText() {
+    FunctionArgument argument{std::string_view()};
+    argument.m_kind = Kind::nullText;
+    return argument;
+  }
+
+  bool isText() const { return m_kind != Kind::number; }
+  bool isNull() const {
+    return m_kind == Kind::nullText || (m_kind == Kind::number && isNullNumber(m_number));
+  }
+  double number() const { return m_number; }        // null for a text
+  std::string_view text() const { return m_text; }  // empty for a number and for the null text
+
+ private:
+  enum class Kind { number, text, nullText };
+
+  Kind m_kind = Kind::number;
+  double m_number = kNullNumber;
+  std::string_view m_text;
+};
+
+// One object serves many calls, so that the text keeps its memory.
+class FunctionResult {
+ public:
+  enum class Kind { number, text, nullText, argument };
+
+  void giveNumber(double number) {
+    m_kind = Kind::number;
+    m_number = number;
+  }
+  void giveText(std::string_view text) {
+    m_kind = Kind::text;
+    m_text.assign(text);
+  }
+  void giveNullText() { m_kind = Kind::nullText; }
+  // The argument at `index` as it is, whatever its type.
+  void giveArgument(int index) {
+    m_kind = Kind::argument;
+    m_argument = index;
+  }
+
+  Kind kind() const { return m_kind; }
+  double number() const { return m_number; }
+  const std::string& text() const { return m_text; }
+  int argument() const { return m_argument; }
+
+ private:
+  Kind m_kind = Kind::number;
+  double m_number = kNullNumber;
+  int m_argument = 0;
+  std::string m_text;
+};
+
+}  // namespace kelvarin

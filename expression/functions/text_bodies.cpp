@@ -1,0 +1,72 @@
+#include "expression/functions/text_bodies.h"
+
+#include <algorithm>
+
+#include <QStringView>
+
+#include "host/contract/one_row.h"
+
+namespace kelvarin {
+
+namespace {
+
+bool isHalfPair(QStringView text, qsizetype i) {
+  if (text[i].isHighSurrogate()) {
+    return i + 1 == text.size() || !text[i + 1].isLowSurrogate();
+  }
+  return text[i].isLowSurrogate() && (i == 0 || !text[i - 1].isHighSurrogate());
+}
+
+// Half a pair cannot be stored, and the conversion to UTF-8 would make a question mark of it.
+QString withWholePairs(const QString& text) {
+  QString whole = text;
+  for (qsizetype i = 0; i < text.size(); ++i) {
+    if (text[i].isSurrogate() && isHalfPair(text, i)) {
+      whole[i] = QChar::ReplacementCharacter;
+    }
+  }
+  return whole;
+}
+
+bool hasSurrogate(const QString& text) {
+  return std::any_of(text.cbegin(), text.cend(), [](QChar unit) { return unit.isSurrogate(); });
+}
+
+}  // namespace
+
+void give(FunctionResult& result, double number) {
+  result.giveNumber(number);
+}
+
+void give(FunctionResult& result, bool isTrue) {
+  result.giveNumber(isTrue ? 1.0 : 0.0);
+}
+
+void give(FunctionResult& result, const QString& text) {
+  if (text.isNull()) {
+    result.giveNullText();
+    return;
+  }
+  const QByteArray bytes = (hasSurrogate(text) ? withWholePairs(text) : text).toUtf8();
+  result.giveText({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+}
+
+void give(FunctionResult& result, const std::optional<std::string>& text) {
+  if (text) {
+    result.giveText(*text);
+  } else {
+    result.giveNullText();
+  }
+}
+
+ArgumentReader<QString>::ArgumentReader(const FunctionArgument& argument)
+    : m_text(argument.isText() ? QString::fromUtf8(argument.text().data(),
+                                                   static_cast<qsizetype>(argument.text().size()))
+                               : shortestText(argument.number())) {}
+
+ArgumentReader<std::string_view>::ArgumentReader(const FunctionArgument& argument)
+    : m_isNumber(!argument.isText()),
+      m_digits(m_isNumber ? shortestText(argument.number()).toStdString() : std::string()),
+      m_text(argument.text()) {}
+
+}  // namespace kelvarin

@@ -1,0 +1,23 @@
+// The themes that make up the function table.
+#pragma once
+
+#include <span>
+
+#include "expression/functions/function_line.h"
+
+namespace kelvarin {
+
+std::span<const FunctionLine> numericTests();
+std::span<const FunctionLine> rounding();
+std::span<const FunctionLine> geography();
+std::span<const FunctionLine> randomNumbers();
+std::span<const FunctionLine> textParts();
+std::span<const FunctionLine> textSearch();
+std::span<const FunctionLine> textCase();
+std::span<const FunctionLine> numberTexts();
+std::span<const FunctionLine> encodings();
+std::span<const FunctionLine> addresses();
+std::span<const FunctionLine> elapsedTimes();
+std::span<const FunctionLine> dateTexts();
+
+}  // namespace kelvarin
