@@ -1,0 +1,242 @@
+#include <gtest/gtest.h>
+
+#include "arrow/array/array_dict.h"
+#include "arrow/array/builder_binary.h"
+#include "arrow/array/builder_decimal.h"
+#include "arrow/array/builder_nested.h"
+#include "arrow/array/builder_primitive.h"
+#include "arrow/io/file.h"
+#include "arrow/ipc/writer.h"
+#include "arrow/table.h"
+#include "arrow/type.h"
+#include "arrow/util/decimal.h"
+#include "host/tables/arrow/arrow_actions.h"
+#include "host/tables/files/tests/table_folder.h"
+#include "host/testing/full_disk.h"
+#include "host/testing/row_harness.h"
+#include "parquet/arrow/writer.h"
+
+namespace kelvarin {
+
+using testing::FullDisk;
+using testing::RowHarness;
+using testing::Rows;
+using testing::Strings;
+using testing::TableFolder;
+
+namespace {
+
+enum class Format { parquet, ipc };
+
+std::string xml(const char* action, const std::string& path) {
+  return std::string("<") + action + " name='a' file='" + path + "'/>";
+}
+
+RowHarness source(Format format, const std::string& path) {
+  return format == Format::parquet ? RowHarness::of<ReadParquet>(xml("ReadParquet", path))
+                                   : RowHarness::of<ReadArrow>(xml("ReadArrow", path));
+}
+
+RowHarness sink(Format format, const std::string& path, const std::string& columns) {
+  return format == Format::parquet
+             ? RowHarness::of<WriteParquet>(xml("WriteParquet", path), columns)
+             : RowHarness::of<WriteArrow>(xml("WriteArrow", path), columns);
+}
+
+// An array of the builder's type; an absent value is a null.
+template <typename Builder, typename Value>
+std::shared_ptr<arrow::Array> arrayBy(Builder&& builder,
+                                      const std::vector<std::optional<Value>>& values) {
+  for (const auto& value : values) {
+    const arrow::Status status = value ? builder.Append(*value) : builder.AppendNull();
+    EXPECT_TRUE(status.ok()) << status.ToString();
+  }
+  return *builder.Finish();
+}
+
+template <typename Builder, typename Value>
+std::shared_ptr<arrow::Array> array(const std::vector<std::optional<Value>>& values) {
+  return arrayBy<Builder, Value>(Builder(arrow::default_memory_pool()), values);
+}
+
+std::string writeColumn(const TableFolder& folder, Format format,
+                        const std::shared_ptr<arrow::Array>& values) {
+  const std::string path = folder.path("t");
+  const auto table =
+      arrow::Table::Make(arrow::schema({arrow::field("x", values->type())}), {values});
+  auto stream = *arrow::io::FileOutputStream::Open(path);
+  if (format == Format::parquet) {
+    EXPECT_TRUE(
+        parquet::arrow::WriteTable(*table, arrow::default_memory_pool(), stream, 1 << 20).ok());
+  } else {
+    auto writer = *arrow::ipc::MakeFileWriter(stream, table->schema());
+    EXPECT_TRUE(writer->WriteTable(*table).ok());
+    EXPECT_TRUE(writer->Close().ok());
+  }
+  EXPECT_TRUE(stream->Close().ok());
+  return path;
+}
+
+void expectRead(const std::shared_ptr<arrow::Array>& values, const std::string& columns,
+                const Rows& rows) {
+  for (const Format format : {Format::parquet, Format::ipc}) {
+    const TableFolder folder;
+    auto reader = source(format, writeColumn(folder, format, values));
+    EXPECT_EQ(reader.rows(0), rows) << values->type()->ToString();
+    EXPECT_EQ(reader.columns(0), columns);
+    EXPECT_EQ(reader.log(), Strings{});
+  }
+}
+
+void expectRefused(const std::shared_ptr<arrow::Array>& values, const std::string& part,
+                   const std::vector<Format>& formats = {Format::parquet, Format::ipc}) {
+  for (const Format format : formats) {
+    const TableFolder folder;
+    auto reader = source(format, writeColumn(folder, format, values));
+    reader.rows(0);
+    EXPECT_TRUE(reader.hasFailed());
+    ASSERT_EQ(reader.log().size(), 1u);
+    EXPECT_NE(reader.log()[0].find(part), std::string::npos) << reader.log()[0];
+  }
+}
+
+}  // namespace
+
+TEST(ArrowTables, whatIsWrittenReadsBack) {
+  Rows rows{{1.5, 7, "x"},
+            {nullptr, nullptr, nullptr},
+            {-0.0, 4294967293u, ""},
+            {std::nan(""), 0, "Krak\xC3\xB3w"}};
+  for (int i = 0; i < 150000; ++i) {
+    rows.push_back({i, i, std::to_string(i)});
+  }
+  for (const Format format : {Format::parquet, Format::ipc}) {
+    const TableFolder folder;
+    auto writer = sink(format, folder.path("t"), "n:F k:K t:U");
+    writer.push(rows);
+    writer.finish();
+    EXPECT_EQ(writer.log(), Strings{});
+    EXPECT_EQ(folder.listing(), "t");
+    auto reader = source(format, folder.path("t"));
+    EXPECT_EQ(reader.rows(0), rows);
+    EXPECT_EQ(reader.columns(0), "n:F k:K t:U");
+  }
+}
+
+TEST(ArrowTables, withoutRowsThereAreTheColumns) {
+  for (const Format format : {Format::parquet, Format::ipc}) {
+    const TableFolder folder;
+    auto writer = sink(format, folder.path("t"), "n:F k:K t:U");
+    writer.finish();
+    auto reader = source(format, folder.path("t"));
+    reader.checkOnly();
+    EXPECT_TRUE(reader.rows(0).empty());
+    EXPECT_EQ(reader.columns(0), "n:F k:K t:U");
+    EXPECT_FALSE(reader.hasFailed());
+  }
+}
+
+TEST(ArrowTables, numbers) {
+  expectRead(array<arrow::Int64Builder, std::int64_t>({{-9007199254740992}, {}, {INT64_MIN}}),
+             "x:F", {{-9007199254740992.0}, {nullptr}, {-0x1p63}});
+  expectRead(array<arrow::UInt64Builder, std::uint64_t>({{1ull << 63}}), "x:F", {{0x1p63}});
+  expectRead(array<arrow::Int8Builder, std::int8_t>({{-5}}), "x:F", {{-5}});
+  expectRead(array<arrow::FloatBuilder, float>({{0.5f}, {}}), "x:F", {{0.5}, {nullptr}});
+  expectRead(array<arrow::BooleanBuilder, bool>({{true}, {}, {false}}), "x:F",
+             {{1}, {nullptr}, {0}});
+  expectRead(array<arrow::DoubleBuilder, double>({{kNullNumber}}), "x:F", {{std::nan("")}});
+  expectRead(
+      arrayBy<arrow::Decimal128Builder, arrow::Decimal128>(
+          arrow::Decimal128Builder(arrow::decimal128(20, 2)), {{arrow::Decimal128(-12345)}, {}}),
+      "x:F", {{-123.45}, {nullptr}});
+}
+
+TEST(ArrowTables, datesAndTimestamps) {
+  expectRead(array<arrow::Date32Builder, std::int32_t>({{0}, {-1}, {}, {11016}, {-719528}}), "x:U",
+             {{"1970-01-01"}, {"1969-12-31"}, {nullptr}, {"2000-02-29"}, {"0000-01-01"}});
+  using Stamps = std::vector<std::optional<std::int64_t>>;
+  const auto stamps = [](arrow::TimeUnit::type unit, const std::string& zone,
+                         const Stamps& values) {
+    return arrayBy<arrow::TimestampBuilder, std::int64_t>(
+        arrow::TimestampBuilder(arrow::timestamp(unit, zone), arrow::default_memory_pool()),
+        values);
+  };
+  expectRead(stamps(arrow::TimeUnit::MILLI, "", {{1357017300000}, {-1}, {}}), "x:U",
+             {{"2013-01-01T05:15:00"}, {"1969-12-31T23:59:59.999"}, {nullptr}});
+  expectRead(stamps(arrow::TimeUnit::NANO, "Europe/Paris", {{1500000000000000001}}), "x:U",
+             {{"2017-07-14T02:40:00.000000001Z"}});
+}
+
+TEST(ArrowTables, dictionariesGiveTheirValues) {
+  const auto codes = array<arrow::Int8Builder, std::int8_t>({{1}, {}, {0}, {1}});
+  const auto words = array<arrow::StringBuilder, std::string>({{"zero"}, {"one"}});
+  const auto type = arrow::dictionary(arrow::int8(), arrow::utf8());
+  expectRead(*arrow::DictionaryArray::FromArrays(type, codes, words), "x:U",
+             {{"one"}, {nullptr}, {"zero"}, {"one"}});
+}
+
+TEST(ArrowTables, valuesThatCannotBeHeld) {
+  expectRefused(array<arrow::Int64Builder, std::int64_t>({{1}, {9007199254740993}}),
+                "row 2, column 'x': the integer 9007199254740993 ");
+  expectRefused(array<arrow::Int64Builder, std::int64_t>({{INT64_MAX}}), "row 1, column 'x'");
+  expectRefused(array<arrow::UInt32Builder, std::uint32_t>({{0}, {4294967294u}}),
+                "row 2, column 'x': the key 4294967294 ");
+  expectRefused(arrayBy<arrow::Decimal128Builder, arrow::Decimal128>(
+                    arrow::Decimal128Builder(arrow::decimal128(20, 0)),
+                    {{arrow::Decimal128(9007199254740993)}}),
+                "the integer 9007199254740993 ");
+  expectRefused(array<arrow::BinaryBuilder, std::string>({{"b"}}),
+                "column 'x' has the type binary");
+  arrow::ListBuilder lists(arrow::default_memory_pool(), std::make_shared<arrow::Int32Builder>());
+  ASSERT_TRUE(lists.AppendNull().ok());
+  expectRefused(*lists.Finish(), "column 'x' has the type list");
+  expectRefused(array<arrow::StringBuilder, std::string>({{"ok"}, {"\xFF"}}), "column 'x'",
+                {Format::ipc});
+}
+
+TEST(ArrowTables, damagedFilesGiveAnErrorOrTheirRows) {
+  for (const Format format : {Format::parquet, Format::ipc}) {
+    const TableFolder folder;
+    const auto values = array<arrow::StringBuilder, std::string>({{"one"}, {"two"}, {}, {"three"}});
+    const std::string path = writeColumn(folder, format, values);
+    const std::string good = folder.read("t");
+    for (std::size_t size = 0; size < good.size(); size += 7) {
+      folder.write("t", good.substr(0, size));
+      auto reader = source(format, path);
+      reader.rows(0);
+      EXPECT_TRUE(reader.hasFailed()) << "cut at " << size;
+    }
+    for (std::size_t at = 0; at < good.size(); ++at) {
+      std::string bad = good;
+      bad[at] = static_cast<char>(bad[at] ^ 0xFF);
+      folder.write("t", bad);
+      auto reader = source(format, path);
+      reader.rows(0);
+      EXPECT_EQ(reader.hasFailed(), !reader.log().empty()) << "flipped at " << at;
+    }
+  }
+  auto absent = source(Format::parquet, "/no/such/file");
+  absent.rows(0);
+  EXPECT_NE(absent.log().at(0).find("'/no/such/file' cannot be read: No such file"),
+            std::string::npos);
+}
+
+TEST(ArrowTables, aFullDiskLeavesTheOldFile) {
+  for (const Format format : {Format::parquet, Format::ipc}) {
+    const TableFolder folder;
+    folder.write("t", "old");
+    const FullDisk disk(1000);
+    auto writer = sink(format, folder.path("t"), "t:U");
+    writer.host().retryFullDisk(1);
+    for (int i = 0; i < 3000; ++i) {
+      writer.push({std::to_string(i * 7919.0)});
+    }
+    writer.finish();
+    EXPECT_TRUE(writer.hasFailed());
+    EXPECT_EQ(writer.host().fullDiskFiles(), Strings(2, folder.path("t")));
+    EXPECT_EQ(folder.read("t"), "old");
+    EXPECT_EQ(folder.listing(), "t");
+  }
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,46 @@
+// How a CSV file is written: separator, quote, header, and the text that stands for a missing
+// value.
+//
+// CsvSettings holds the attributes as the user gave them, shared by ReadCSV and WriteCSV; dialect()
+// checks them. An unquoted field equal to the null text is missing, a quoted empty field is the
+// empty text.
+#pragma once
+
+#include <sstream>
+#include <string>
+
+#include "base/result.h"
+#include "host/contract/action_item.h"
+
+namespace kelvarin {
+
+struct CsvDialect {
+  char separator = ',';
+  bool hasQuote = true;
+  char quote = '"';
+  bool hasHeader = true;
+  std::string nullText;
+};
+
+class CsvSettings {
+ public:
+  explicit CsvSettings(const XMLNode& node);
+
+  // Writes the attributes that differ from their defaults.
+  void save(std::wostringstream& out) const;
+  // Graph parameters are replaced as `action` knows them.
+  Result<CsvDialect, QString> dialect(const ActionItem& action) const;
+
+ private:
+  QString m_separator;
+  QString m_quote;
+  bool m_header;
+  QString m_nullText;
+};
+
+// The attribute's text, `otherwise` when the element has no such attribute.
+QString attributeOr(const XMLNode& node, const char16_t* name, const QString& otherwise);
+// Writes ` name='value'`.
+void saveAttribute(std::wostringstream& out, const wchar_t* name, const QString& value);
+
+}  // namespace kelvarin

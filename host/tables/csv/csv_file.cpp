@@ -1,0 +1,89 @@
+#include "host/tables/csv/csv_file.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include <QFile>
+
+#include "host/tables/messages.h"
+
+namespace kelvarin {
+
+CsvFile::~CsvFile() {
+  if (m_descriptor >= 0) {
+    ::close(m_descriptor);
+  }
+}
+
+Status<QString> CsvFile::open(const QString& path) {
+  m_path = path;
+  m_descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+  if (m_descriptor < 0) {
+    return Failure{table_messages::cannotRead(path, qt_error_string(errno))};
+  }
+  struct stat info {};
+  if (::fstat(m_descriptor, &info) != 0) {
+    return Failure{table_messages::cannotRead(path, qt_error_string(errno))};
+  }
+  if (S_ISDIR(info.st_mode)) {
+    return Failure{table_messages::cannotRead(path, table_messages::isFolder())};
+  }
+  m_isRegular = S_ISREG(info.st_mode);
+  m_size = m_isRegular ? info.st_size : -1;
+  if (m_isRegular) {
+    ::posix_fadvise(m_descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
+  }
+  return Done{};
+}
+
+Result<std::size_t, QString> CsvFile::readAt(long long offset, char* bytes,
+                                             std::size_t size) const {
+  std::size_t done = 0;
+  while (done < size) {
+    const ssize_t got =
+        ::pread(m_descriptor, bytes + done, size - done, offset + static_cast<long long>(done));
+    if (got < 0 && errno != EINTR) {
+      return Failure{table_messages::cannotRead(m_path, qt_error_string(errno))};
+    }
+    if (got == 0) {
+      break;
+    }
+    done += got > 0 ? static_cast<std::size_t>(got) : 0;
+  }
+  return done;
+}
+
+Result<std::size_t, QString> CsvFile::readNext(char* bytes, std::size_t size) const {
+  std::size_t done = 0;
+  while (done < size) {
+    if (!waitForBytes()) {
+      return Failure{table_messages::cannotRead(m_path, qt_error_string(ECANCELED))};
+    }
+    const ssize_t got = ::read(m_descriptor, bytes + done, size - done);
+    if (got < 0 && errno != EINTR && errno != EAGAIN) {
+      return Failure{table_messages::cannotRead(m_path, qt_error_string(errno))};
+    }
+    if (got == 0) {
+      break;
+    }
+    done += got > 0 ? static_cast<std::size_t>(got) : 0;
+  }
+  return done;
+}
+
+bool CsvFile::waitForBytes() const {
+  constexpr int kMillisecondsBetweenLooks = 100;
+  pollfd entry{m_descriptor, POLLIN, 0};
+  while (!m_isCancelled.load(std::memory_order_relaxed)) {
+    if (::poll(&entry, 1, kMillisecondsBetweenLooks) != 0) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,24 @@
+// The start of a CSV file: byte order mark, header, and where the data begins.
+#pragma once
+
+#include <string>
+
+#include "host/tables/csv/csv_file.h"
+#include "host/tables/csv/csv_scanner.h"
+
+namespace kelvarin {
+
+struct CsvHead {
+  QVector<QString> names;    // of the header, or col1, col2, ...
+  long long dataOffset = 0;  // the first byte after the header
+  long long dataLine = 1;    // and its line
+  bool hasData = false;
+  std::string bytesRead;  // data bytes read already, which a pipe does not give again
+};
+
+Result<CsvHead, QString> readCsvHead(const CsvFile& file, const CsvDialect& dialect);
+
+// "col1" for 0.
+QString generatedColumnName(qsizetype column);
+
+}  // namespace kelvarin

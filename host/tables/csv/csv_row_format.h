@@ -1,0 +1,60 @@
+// Writes rows as CSV text into a buffer.
+//
+// Numbers take the shortest form that reads back to the same double; fields are quoted where they
+// would otherwise be read back as something else. The buffer grows with the longest row only.
+// Threads: plain values.  Errors: the column of a field that needs a quote where there is none.
+#pragma once
+
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "host/contract/one_row.h"
+#include "host/tables/csv/csv_dialect.h"
+
+namespace kelvarin {
+
+class CsvRowFormat {
+ public:
+  // The types of the columns of all rows.
+  CsvRowFormat(const CsvDialect& dialect, std::vector<MetaTypeColumn> types);
+
+  // Appends a line. The column that cannot be written, if any; the line is then incomplete.
+  std::optional<int> appendRow(const OneRow& row);
+  std::optional<int> appendNames(const OneRow& row);
+
+  std::string_view text() const { return {m_buffer.get(), m_used}; }
+  void clear() { m_used = 0; }
+
+ private:
+  char* reserve(std::size_t size) {
+    if (m_capacity - m_used < size) [[unlikely]] {
+      grow(size);
+    }
+    return m_buffer.get() + m_used;
+  }
+  void put(char c) { m_buffer.get()[m_used++] = c; }
+  void grow(std::size_t size);
+  bool appendNumber(double number);
+  bool appendKey(std::uint32_t key);
+  bool appendText(std::string_view text);
+  bool appendPlain(std::string_view text);
+  bool appendQuoted(std::string_view text);
+  bool appendNull();
+  bool quoteIfNeeded(std::size_t start);
+  bool needsQuote(std::string_view text) const;
+  void endLine();
+
+  CsvDialect m_dialect;
+  std::vector<MetaTypeColumn> m_types;
+  bool m_isSpecial[256] = {};  // bytes that make a field need quotes
+  bool m_needsNumberCheck =
+      false;  // a printed number may be the null text or hold the separator or the quote
+  std::unique_ptr<char[]> m_buffer;
+  std::size_t m_capacity;
+  std::size_t m_used = 0;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,39 @@
+// The action ReadCSV: reads a CSV file.
+//
+// Attributes: file, separator, quote, header, nullText, sortedOn, onBadValue; children Column
+// (name, meta) declare the types of columns, the others are inferred from the first rows.
+#pragma once
+
+#include "host/tables/csv/csv_batch_reader.h"
+#include "host/tables/files/table_source.h"
+
+namespace kelvarin {
+
+class ReadCsv : public TableSource {
+ public:
+  ReadCsv(XMLNode node, GlobalParameters* parameters);
+
+  const char* typeName() const override { return "ReadCSV"; }
+  QString toolTip() const override;
+  QStringList getFileTypes() const override;
+  QStringList getKeywords() const override;
+  void saveXML(std::wostringstream& out, QString name) override;
+  ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
+
+ protected:
+  Result<std::unique_ptr<BatchReader>, QString> makeReader(const QString& path) const override;
+
+ private:
+  struct ColumnElement {
+    QString name;
+    QString meta;
+  };
+
+  Result<std::vector<DeclaredColumn>, QString> declaredColumns() const;
+
+  CsvSettings m_settings;
+  QString m_onBadValue;
+  std::vector<ColumnElement> m_columns;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,257 @@
+#include "host/tables/csv/read_csv.h"
+
+#include <sys/stat.h>
+
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "host/tables/files/tests/table_folder.h"
+#include "host/testing/row_harness.h"
+
+namespace kelvarin {
+
+using testing::RowHarness;
+using testing::Rows;
+using testing::Strings;
+using testing::TableFolder;
+using testing::Values;
+
+namespace {
+
+constexpr double kInf = kInfinity;
+
+// A run of ReadCSV over a file with these bytes.
+class ReadCsvRun {
+ public:
+  explicit ReadCsvRun(const std::string& bytes, const std::string& attributes = {},
+                      const std::string& children = {})
+      : m_path(m_folder.write("t.csv", bytes)),
+        m_harness(RowHarness::of<ReadCsv>("<ReadCSV name='r' file='" + m_path + "' " + attributes +
+                                          ">" + children + "</ReadCSV>")) {
+    m_rows = m_harness.rows(0);
+  }
+
+  const Rows& rows() const { return m_rows; }
+  std::string columns() const { return m_harness.columns(0); }
+  bool hasFailed() const { return m_harness.hasFailed(); }
+  // The log with the file's path as "FILE".
+  std::string log() const {
+    std::string all;
+    for (std::string line : m_harness.log()) {
+      for (std::size_t at; (at = line.find(m_path)) != std::string::npos;) {
+        line.replace(at, m_path.size(), "FILE");
+      }
+      all += line + '\n';
+    }
+    return all;
+  }
+
+ private:
+  TableFolder m_folder;
+  std::string m_path;
+  RowHarness m_harness;
+  Rows m_rows;
+};
+
+// The run fails with a message that contains each of the parts.
+void expectFailure(const ReadCsvRun& run, const Strings& parts) {
+  EXPECT_TRUE(run.hasFailed());
+  for (const std::string& part : parts) {
+    EXPECT_NE(run.log().find(part), std::string::npos) << part << " is not in: " << run.log();
+  }
+}
+
+std::string repeated(const std::string& text, int times) {
+  std::string all;
+  for (int i = 0; i < times; ++i) {
+    all += text;
+  }
+  return all;
+}
+
+}  // namespace
+
+TEST(ReadCsv, infersNumbersAndTexts) {
+  const ReadCsvRun run("n,word,mixed,empty,t\n1, NaN ,7,,x\n-2.5e3,INF,no,,\n,-Inf,9,,y\n");
+  EXPECT_EQ(run.columns(), "n:F word:F mixed:U empty:U t:U");
+  EXPECT_EQ(run.rows(), (Rows{{1, std::nan(""), "7", nullptr, "x"},
+                              {-2500, kInf, "no", nullptr, nullptr},
+                              {nullptr, -kInf, "9", nullptr, "y"}}));
+  EXPECT_EQ(ReadCsvRun("a,b,c,d\n0x10,infinity,1e,nan(1)\n").columns(), "a:U b:U c:U d:U");
+  EXPECT_EQ(ReadCsvRun("a,b\n+5, 7\n1e999,-1e-999\n").rows(), (Rows{{5, 7}, {kInf, -0.0}}));
+}
+
+TEST(ReadCsv, missingAndEmptyFields) {
+  EXPECT_EQ(ReadCsvRun("a,b\n,1\n\"\",\"\"\n").rows(), (Rows{{nullptr, 1}, {"", nullptr}}));
+  const ReadCsvRun other("a,b,c\nNA,NA,5\n,,\n\"NA\",1,\"\"\n", "nullText='NA'");
+  EXPECT_EQ(other.columns(), "a:U b:F c:F");
+  EXPECT_EQ(other.rows(),
+            (Rows{{nullptr, nullptr, 5}, {"", nullptr, nullptr}, {"NA", 1, nullptr}}));
+  // A quoted null text is a text.
+  EXPECT_EQ(ReadCsvRun("b\n\"NA\"\n1\n", "nullText='NA'").columns(), "b:U");
+}
+
+TEST(ReadCsv, emptyLines) {
+  EXPECT_EQ(ReadCsvRun("\n\na,b\n\n1,2\r\n\r\n3,4\n\n").rows(), (Rows{{1, 2}, {3, 4}}));
+  EXPECT_EQ(ReadCsvRun("a\n1\n\n3\n\n").rows(), (Rows{{1}, {nullptr}, {3}, {nullptr}}));
+  EXPECT_EQ(ReadCsvRun("a\nx\n\n\"\"\n", "nullText='NA'").rows(), (Rows{{"x"}, {nullptr}, {""}}));
+}
+
+TEST(ReadCsv, filesWithoutRowsAnnounceTheirColumns) {
+  for (const char* bytes : {"a,b", "a,b\n", "a,b\r\n",
+                            "\xEF\xBB\xBF"
+                            "a,b\n\n\n"}) {
+    const ReadCsvRun run(bytes);
+    EXPECT_EQ(run.columns(), "a:U b:U");
+    EXPECT_EQ(run.log(), "");
+    EXPECT_TRUE(run.rows().empty());
+  }
+  expectFailure(ReadCsvRun(""), {"'FILE' is empty"});
+}
+
+TEST(ReadCsv, dialects) {
+  EXPECT_EQ(ReadCsvRun("a\tb\n'x\ty''s'\t1\n", "separator='\\t' quote=\"'\"").rows(),
+            (Rows{{"x\ty's", 1}}));
+  EXPECT_EQ(ReadCsvRun("a;b\n\"x;1\n", "separator=';' quote=''").rows(), (Rows{{"\"x", 1}}));
+  EXPECT_EQ(ReadCsvRun("\xEF\xBB\xBF\"a\",b\r\"l1\r\nl2\",\"q\"\"q\"\r").rows(),
+            (Rows{{"l1\r\nl2", "q\"q"}}));
+  expectFailure(ReadCsvRun("a\n1\n", "separator='ab'"), {"separator 'ab'"});
+  expectFailure(ReadCsvRun("a\n1\n", "quote=','"), {"quote ','"});
+  expectFailure(ReadCsvRun("a\n1\n", "nullText='x,'"), {"nullText 'x,'"});
+  expectFailure(ReadCsvRun("a\n1\n", "onBadValue='stop'"), {"onBadValue is 'stop'"});
+}
+
+TEST(ReadCsv, columnsOfFilesWithoutHeader) {
+  EXPECT_EQ(ReadCsvRun("1,x\n2,y\n", "header='0'").columns(), "col1:F col2:U");
+  EXPECT_EQ(ReadCsvRun("1,x\n", "header='0'").rows(), (Rows{{1, "x"}}));
+  EXPECT_EQ(ReadCsvRun("1,x\n", "header='0'", "<Column name='id' meta='K'/>").columns(),
+            "id:K col2:U");
+  EXPECT_EQ(ReadCsvRun("1,2\n", "header='0'", "<Column name='col2' meta='U'/>").columns(),
+            "col1:F col2:U");
+  EXPECT_EQ(ReadCsvRun("", "header='0'", "<Column name='id' meta='K'/>").columns(), "id:K");
+  EXPECT_EQ(ReadCsvRun(",b\n1,2\n").columns(), "col1:F b:F");
+}
+
+TEST(ReadCsv, declaredColumns) {
+  const ReadCsvRun run("k,n,t\n4294967293,,1\n 7 ,2,\n\"\",3,3\n", "",
+                       "<Column name='t' meta='U'/><Column name='k' meta='K'/>");
+  EXPECT_EQ(run.columns(), "k:K n:F t:U");
+  EXPECT_EQ(run.rows(), (Rows{{4294967293u, nullptr, "1"}, {7, 2, nullptr}, {nullptr, 3, "3"}}));
+  expectFailure(ReadCsvRun("k\n1\n4294967294\n", "", "<Column name='k' meta='K'/>"),
+                {"line 3, column 'k'", "'4294967294' is not a key"});
+  expectFailure(ReadCsvRun("a\n1\n", "", "<Column name='b' meta='F'/>"),
+                {"no column 'b'", "are: a."});
+  expectFailure(ReadCsvRun("a\n1\n", "", "<Column name='a' meta='D'/>"), {"type 'D'"});
+  expectFailure(ReadCsvRun("a,b,a\n1,2,3\n"), {"several columns named 'a'"});
+}
+
+TEST(ReadCsv, placesOfErrorsCountHeaderAndBreaksInQuotes) {
+  const std::string start = "\"a\nx\",b\r\n1,\"l\nl\n\"\r\n\r\n";
+  expectFailure(ReadCsvRun(start + "2,x,surplus\n"),
+                {"FILE', line 7: ", "3 fields", "2 columns", "'surplus'"});
+  expectFailure(ReadCsvRun(start + "2\n3,4\n"),
+                {"FILE', line 7: ", "1 fields", "column 'b' is missing"});
+  expectFailure(ReadCsvRun(start + "2,\"open\n3,4\n"), {"FILE', line 7: ", "never closed"});
+  expectFailure(ReadCsvRun(start + "2,\"op\nen"), {"FILE', line 7: ", "never closed"});
+  expectFailure(ReadCsvRun(start + "2,\""), {"FILE', line 7: ", "never closed"});
+  expectFailure(ReadCsvRun("\"a,b\n1,2\n"), {"FILE', line 1: ", "never closed"});
+  expectFailure(ReadCsvRun("a,b\n1,x\n2,\xFFz\n"), {"line 3, column 'b'", "not UTF-8"});
+  expectFailure(ReadCsvRun("a,b\n\xC3,\xA4\n"), {"line 2, column 'a'", "not UTF-8"});
+}
+
+TEST(ReadCsv, textAfterTheInferredRowsOfANumberColumn) {
+  const std::string bytes = "a,b\n" + repeated("1,x\n", 200000) + "oops,y\n" + "2,\nbad,z\n";
+  const ReadCsvRun strict(bytes);
+  expectFailure(strict, {"FILE', line 200002, column 'a': 'oops' is not a number"});
+  const ReadCsvRun tolerant(bytes, "onBadValue='null'");
+  EXPECT_FALSE(tolerant.hasFailed());
+  ASSERT_EQ(tolerant.rows().size(), 200003u);
+  EXPECT_EQ(tolerant.rows()[200000], (Values{nullptr, "y"}));
+  EXPECT_EQ(tolerant.rows()[200001], (Values{2, nullptr}));
+  EXPECT_EQ(tolerant.log(),
+            "warning: file 'FILE', line 200002: 2 values of column 'a' do not fit its type and "
+            "were read as "
+            "null; this is the first.\n");
+  // Types come from the first 10,000 rows, and no more.
+  EXPECT_EQ(ReadCsvRun("a\n" + repeated("1\n", 9999) + "x\n").columns(), "a:U");
+  EXPECT_EQ(ReadCsvRun("a\n" + repeated("1\n", 10000) + "x\n", "onBadValue='null'").columns(),
+            "a:F");
+}
+
+TEST(ReadCsv, recordsLongerThanTheReadersBlock) {
+  const std::string longText = repeated("0123456789\n", 600000);
+  const ReadCsvRun run("a,b\n1,x\n2,\"" + longText + "\"\n" + repeated("3,y\n", 300000) + "4,\"" +
+                       longText + "\"\n5,z\n");
+  EXPECT_EQ(run.log(), "");
+  ASSERT_EQ(run.rows().size(), 300004u);
+  EXPECT_EQ(run.rows()[1], (Values{2, longText}));
+  EXPECT_EQ(run.rows()[300002], (Values{4, longText}));
+  EXPECT_EQ(run.rows()[300003], (Values{5, "z"}));
+  expectFailure(ReadCsvRun("a,b\n1,x\n2,\"" + longText), {"FILE', line 3: ", "never closed"});
+}
+
+TEST(ReadCsv, declaredSortOrderIsChecked) {
+  const ReadCsvRun run("id,n\n,a\n1,b\n1,a\n2,\n", "sortedOn='id 0'");
+  EXPECT_FALSE(run.hasFailed()) << run.log();
+  expectFailure(ReadCsvRun("id,n\n1,b\n\n2,a\n1,c\n", "sortedOn='id 0'"),
+                {"FILE', line 5: ", "column 'id'"});
+  expectFailure(ReadCsvRun("id\n1\n", "sortedOn='no 0'"), {"no column 'no'"});
+}
+
+TEST(ReadCsv, aCheckAnnouncesColumnsWithoutRows) {
+  const TableFolder folder;
+  auto check = RowHarness::of<ReadCsv>("<ReadCSV name='r' file='" +
+                                       folder.write("a.csv", "a,b\n1,x\n") + "'/>");
+  check.checkOnly();
+  EXPECT_TRUE(check.rows(0).empty());
+  EXPECT_EQ(check.columns(0), "a:F b:U");
+  EXPECT_FALSE(check.hasFailed());
+
+  auto absent = RowHarness::of<ReadCsv>("<ReadCSV name='r' file='" + folder.path("no.csv") + "'/>");
+  absent.checkOnly();
+  EXPECT_TRUE(absent.rows(0).empty());
+  EXPECT_TRUE(absent.hasFailed());
+  EXPECT_NE(absent.log().at(0).find("no.csv' cannot be read: No such file"), std::string::npos);
+}
+
+TEST(ReadCsv, pipesAreReadOnce) {
+  const TableFolder folder;
+  const std::string path = folder.path("pipe");
+  ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+  const auto read = [&](const std::string& bytes) {
+    std::thread writer([&] { folder.write("pipe", bytes); });
+    auto harness = RowHarness::of<ReadCsv>("<ReadCSV name='r' file='" + path + "'/>");
+    const Rows rows = harness.rows(0);
+    writer.join();
+    return std::pair(rows.size(), harness.log());
+  };
+  const std::string rows = repeated("1,\"x\ny\"\n", 300000);
+  EXPECT_EQ(read("a,b\n" + rows), std::pair(std::size_t{300000}, Strings{}));
+  EXPECT_EQ(read("a,b\n" + rows + "2,\"z").second,
+            Strings{"error: file '" + path + "', line 600002: the quote opened here is never closed."});
+}
+
+TEST(ReadCsv, aRunMayEndInTheMiddle) {
+  const TableFolder folder;
+  const std::string path = folder.write("a.csv", "a\n" + repeated("1\n", 2000000));
+  auto harness = RowHarness::of<ReadCsv>("<ReadCSV name='r' file='" + path + "'/>");
+  EXPECT_EQ(harness.runWithoutReading(10), 9);  // the first call opens the file
+  EXPECT_GT(harness.action().completion(), 0.0f);
+  EXPECT_LT(harness.action().completion(), 0.9f);
+  harness.close();
+  EXPECT_EQ(harness.log(), Strings{});
+}
+
+TEST(ReadCsv, savesWhatDiffersFromTheDefaults) {
+  const std::string plain = "<ReadCSV name='r' version='1' file='a.csv'/>\n";
+  EXPECT_EQ(RowHarness::of<ReadCsv>(plain).saved(), plain);
+  const std::string full =
+      "<ReadCSV name='r' version='1' x='3' y='4' file='a &amp; b.csv' separator='\\t' quote='' "
+      "header='0' "
+      "nullText='N&lt;A' sortedOn='id 0' onBadValue='null'>\n<Column name='id' "
+      "meta='K'/>\n</ReadCSV>\n";
+  EXPECT_EQ(RowHarness::of<ReadCsv>(full).saved(), full);
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,228 @@
+#include "host/tables/files/output_file.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <memory>
+
+#include <QFile>
+
+#include "host/contract/main_ui.h"
+#include "host/tables/messages.h"
+
+namespace kelvarin {
+
+namespace {
+
+QString systemText(int error) {
+  return qt_error_string(error);
+}
+
+// Links are followed, so that a rename replaces the file and not the link.
+QByteArray resolved(const QByteArray& path) {
+  const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.constData(), nullptr),
+                                                         &std::free);
+  return real ? QByteArray(real.get()) : path;
+}
+
+QByteArray folderOf(const QByteArray& path) {
+  const qsizetype slash = path.lastIndexOf('/');
+  return slash < 0 ? QByteArray("./") : path.left(slash + 1);
+}
+
+QByteArray temporaryName(const QByteArray& finalPath) {
+  const QByteArray number = QByteArray::number(MainUI::getNearUniqueRandomID(), 16);
+  return folderOf(finalPath) + ".kelvarin-" + number + ".part";
+}
+
+// A write to a pipe that nobody reads gives an error instead of ending the process.
+class PipeSignalBlocked {
+ public:
+  PipeSignalBlocked() {
+    sigemptyset(&m_pipeSignal);
+    sigaddset(&m_pipeSignal, SIGPIPE);
+    sigset_t pending;
+    sigpending(&pending);
+    m_wasPending = sigismember(&pending, SIGPIPE) == 1;
+    pthread_sigmask(SIG_BLOCK, &m_pipeSignal, &m_previous);
+  }
+  // Keeps errno, which tells about the write.
+  ~PipeSignalBlocked() {
+    const int error = errno;
+    if (!m_wasPending) {
+      const timespec noWait{};
+      while (sigtimedwait(&m_pipeSignal, nullptr, &noWait) == -1 && errno == EINTR) {
+      }
+    }
+    pthread_sigmask(SIG_SETMASK, &m_previous, nullptr);
+    errno = error;
+  }
+  PipeSignalBlocked(const PipeSignalBlocked&) = delete;
+  PipeSignalBlocked& operator=(const PipeSignalBlocked&) = delete;
+
+ private:
+  sigset_t m_pipeSignal;
+  sigset_t m_previous;
+  bool m_wasPending;
+};
+
+void waitUntilWritable(int descriptor) {
+  pollfd entry{descriptor, POLLOUT, 0};
+  ::poll(&entry, 1, 1000);
+}
+
+}  // namespace
+
+OutputFile::~OutputFile() {
+  discard();
+}
+
+Status<QString> OutputFile::open(const QString& path) {
+  discard();
+  m_isComplete = false;
+  m_bytesWritten = 0;
+  if (path == QLatin1String("-")) {
+    m_shownName = table_messages::standardOutput();
+    m_descriptor = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
+    return m_descriptor >= 0 ? Status<QString>(Done{}) : Failure{writeError(errno)};
+  }
+  m_shownName = path;
+  const QByteArray name = resolved(QFile::encodeName(path));
+  struct stat present {};
+  if (::stat(name.constData(), &present) == 0) {
+    if (S_ISDIR(present.st_mode)) {
+      return Failure{table_messages::cannotCreate(path, table_messages::isFolder())};
+    }
+    if (!S_ISREG(present.st_mode)) {
+      return openDirectly(name);
+    }
+  }
+  return openTemporary(name);
+}
+
+Status<QString> OutputFile::openDirectly(const QByteArray& path) {
+  m_descriptor = ::open(path.constData(), O_WRONLY | O_CLOEXEC);
+  if (m_descriptor < 0) {
+    return Failure{writeError(errno)};
+  }
+  return Done{};
+}
+
+Status<QString> OutputFile::openTemporary(const QByteArray& path) {
+  m_finalPath = path;
+  struct stat present {};
+  const bool replaces = ::stat(path.constData(), &present) == 0;
+  if (replaces && ::access(path.constData(), W_OK) != 0) {
+    return Failure{table_messages::cannotCreate(m_shownName, systemText(errno))};
+  }
+  m_temporaryPath = temporaryName(path);
+  m_descriptor = ::open(m_temporaryPath.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  if (m_descriptor < 0) {
+    const int error = errno;
+    m_temporaryPath.clear();
+    return Failure{table_messages::cannotCreate(m_shownName, systemText(error))};
+  }
+  if (replaces) {
+    // Fails on file systems without permissions; the file is then as new files there are.
+    [[maybe_unused]] const int ignored = ::fchmod(m_descriptor, present.st_mode & 07777);
+  }
+  return Done{};
+}
+
+ssize_t OutputFile::writeOnce(const char* bytes, std::size_t size) {
+  if (!m_temporaryPath.isEmpty()) {
+    return ::write(m_descriptor, bytes, size);
+  }
+  const PipeSignalBlocked blocked;
+  const ssize_t written = ::write(m_descriptor, bytes, size);
+  if (written < 0 && errno == EAGAIN) {
+    waitUntilWritable(m_descriptor);
+    errno = EAGAIN;
+  }
+  return written;
+}
+
+Status<QString> OutputFile::write(const char* bytes, std::size_t size) {
+  while (size > 0) {
+    const ssize_t written = writeOnce(bytes, size);
+    if (written > 0) {
+      bytes += written;
+      size -= static_cast<std::size_t>(written);
+      m_bytesWritten += written;
+      continue;
+    }
+    const int error = written == 0 ? ENOSPC : errno;
+    if (error == EINTR || error == EAGAIN) {
+      continue;
+    }
+    const bool isDiskFull = error == ENOSPC || error == EDQUOT;
+    const int missing = static_cast<int>(std::min<std::size_t>(size, INT_MAX));
+    if (!isDiskFull || !MainUI::displayOutOfDiskSpace(m_shownName, missing, true)) {
+      return Failure{writeError(error)};
+    }
+  }
+  return Done{};
+}
+
+QString OutputFile::writeError(int error) const {
+  const QString reason = error == EPIPE ? table_messages::readerWentAway() : systemText(error);
+  return m_temporaryPath.isEmpty() ? table_messages::cannotWriteDirectly(m_shownName, reason)
+                                   : table_messages::cannotWrite(m_shownName, reason);
+}
+
+Status<QString> OutputFile::complete() {
+  if (!m_temporaryPath.isEmpty() && ::fsync(m_descriptor) != 0) {
+    return Failure{writeError(errno)};
+  }
+  const int descriptor = m_descriptor;
+  m_descriptor = -1;
+  if (::close(descriptor) != 0 && errno != EINTR) {
+    return Failure{writeError(errno)};
+  }
+  m_isComplete = true;
+  return Done{};
+}
+
+Status<QString> OutputFile::publish() {
+  if (m_temporaryPath.isEmpty()) {
+    return Done{};
+  }
+  if (::rename(m_temporaryPath.constData(), m_finalPath.constData()) != 0) {
+    const QString text = writeError(errno);
+    discard();
+    return Failure{text};
+  }
+  m_temporaryPath.clear();
+  const int folder = ::open(folderOf(m_finalPath).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (folder >= 0) {
+    ::fsync(folder);
+    ::close(folder);
+  }
+  return Done{};
+}
+
+void OutputFile::discard() {
+  closeDescriptor();
+  if (!m_temporaryPath.isEmpty()) {
+    ::unlink(m_temporaryPath.constData());
+    m_temporaryPath.clear();
+  }
+}
+
+void OutputFile::closeDescriptor() {
+  if (m_descriptor >= 0) {
+    ::close(m_descriptor);
+    m_descriptor = -1;
+  }
+}
+
+}  // namespace kelvarin

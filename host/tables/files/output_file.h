@@ -1,0 +1,53 @@
+// A file to be written that appears under its name only when it is complete.
+//
+// Bytes go to a temporary file in the same folder; publish() renames it. What the name held before
+// stays until then. Names that stand for devices and pipes, and standard output ("-"), are written
+// directly. A full disk is put to the host, which says whether to try the rest again. Used by: the
+// sinks of host/tables. Threads: one at a time.  Errors: texts for the user; nothing logs.
+#pragma once
+
+#include <sys/types.h>
+
+#include <QByteArray>
+#include <QString>
+
+#include "base/result.h"
+
+namespace kelvarin {
+
+class OutputFile {
+ public:
+  OutputFile() = default;
+  ~OutputFile();
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  // An empty path opens nothing and fails.
+  Status<QString> open(const QString& path);
+  bool isOpen() const { return m_descriptor >= 0; }
+  Status<QString> write(const char* bytes, std::size_t size);
+  long long bytesWritten() const { return m_bytesWritten; }
+  // All bytes are on the disk; nothing more can be written.
+  Status<QString> complete();
+  bool isComplete() const { return m_isComplete; }
+  // Gives the completed file its name.
+  Status<QString> publish();
+  // Removes what was written, unless it is published.
+  void discard();
+
+ private:
+  Status<QString> openDirectly(const QByteArray& path);
+  Status<QString> openTemporary(const QByteArray& path);
+  ssize_t writeOnce(const char* bytes, std::size_t size);
+  QString writeError(int error) const;
+  void closeDescriptor();
+
+  QString m_shownName;
+  QByteArray m_finalPath;
+  QByteArray m_temporaryPath;  // empty when written directly
+  int m_descriptor = -1;
+  bool m_isComplete = false;
+  long long m_bytesWritten = 0;
+};
+
+}  // namespace kelvarin

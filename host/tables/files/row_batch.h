@@ -1,0 +1,108 @@
+// The values of some thousand rows, column by column, in the bytes that rows point to.
+//
+// A reader fills it, a source hands out its rows. Memory is kept from one filling to the next.
+// Threads: one at a time; ReadAhead hands a batch from the reading thread to the engine's.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "host/contract/column_bytes.h"
+#include "host/contract/meta_info.h"
+
+namespace kelvarin {
+
+// One column of a batch: values one behind the other, in the form of column_bytes.h.
+class ValueColumn {
+ public:
+  explicit ValueColumn(MetaTypeColumn type) : m_type(type) {}
+
+  MetaTypeColumn type() const { return m_type; }
+  // Room for `size` bytes, replacing all values; the caller writes every value of the batch.
+  unsigned char* replace(std::size_t size) {
+    if (size > m_capacity) {
+      m_capacity = size + size / 4;
+      m_bytes.reset(new unsigned char[m_capacity]);
+    }
+    m_next = m_bytes.get();
+    return m_next;
+  }
+  double* replaceNumbers(std::size_t count) {
+    return reinterpret_cast<double*>(replace(count * sizeof(double)));
+  }
+  std::uint32_t* replaceKeys(std::size_t count) {
+    return reinterpret_cast<std::uint32_t*>(replace(count * sizeof(std::uint32_t)));
+  }
+  unsigned char* next() {
+    unsigned char* value = m_next;
+    m_next += sizeOf(value);
+    return value;
+  }
+
+ private:
+  std::size_t sizeOf(const unsigned char* value) const {
+    if (m_type == MetaTypeColumn::number) {
+      return sizeof(double);
+    }
+    if (m_type == MetaTypeColumn::key) {
+      return sizeof(std::uint32_t);
+    }
+    const std::uint32_t length = lengthFromBytes(value);
+    return 4 + (length == kNullTextLength ? 0 : length);
+  }
+
+  MetaTypeColumn m_type;
+  std::unique_ptr<unsigned char[]> m_bytes;
+  std::size_t m_capacity = 0;
+  unsigned char* m_next = nullptr;
+};
+
+// Writes a text, or the null text, at `place`; gives the place after it.
+inline unsigned char* putText(unsigned char* place, const char* bytes, std::size_t size) {
+  const auto length = static_cast<std::uint32_t>(size);
+  std::memcpy(place, &length, 4);
+  if (size > 0) {
+    std::memcpy(place + 4, bytes, size);
+  }
+  return place + 4 + size;
+}
+
+inline unsigned char* putNullText(unsigned char* place) {
+  std::memcpy(place, &kNullTextLength, 4);
+  return place + 4;
+}
+
+class RowBatch {
+ public:
+  void setColumns(const std::vector<MetaTypeColumn>& types) {
+    m_columns.clear();
+    m_columns.reserve(types.size());
+    for (const MetaTypeColumn type : types) {
+      m_columns.emplace_back(type);
+    }
+    m_rowsLeft = 0;
+  }
+  ValueColumn& column(std::size_t index) { return m_columns[index]; }
+  std::size_t columnCount() const { return m_columns.size(); }
+  // All columns have been filled with `count` values.
+  void setRowCount(long long count) { m_rowsLeft = count; }
+
+  // Points `values` at the next row's values; false when there is none.
+  bool takeRow(unsigned char** values) {
+    if (m_rowsLeft == 0) [[unlikely]] {
+      return false;
+    }
+    --m_rowsLeft;
+    for (ValueColumn& column : m_columns) {
+      *values++ = column.next();
+    }
+    return true;
+  }
+
+ private:
+  std::vector<ValueColumn> m_columns;
+  long long m_rowsLeft = 0;
+};
+
+}  // namespace kelvarin

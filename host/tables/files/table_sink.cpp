@@ -1,0 +1,131 @@
+#include "host/tables/files/table_sink.h"
+
+#include "host/contract/main_ui.h"
+#include "host/tables/messages.h"
+
+namespace kelvarin {
+
+using RunningState = GlobalParameters::RunningState;
+
+TableSink::TableSink(XMLNode node, GlobalParameters* parameters)
+    : ActionItem(node, parameters), m_file(qString(node.getAttribute(utf16(u"file")))) {
+  m_inputPinCount = 1;
+  m_outputPinCount = 0;
+  m_endpoint = static_cast<std::int32_t>(Endpoint::writer);
+  m_fileAccess = kWritesFiles;
+}
+
+void TableSink::saveHead(std::wostringstream& out, const QString& name) const {
+  saveAI(out, name, 1.0);
+  if (!m_file.isEmpty()) {
+    ToXMLStringTool escape;
+    out << L" file='" << escape.toXML(m_file) << L'\'';
+  }
+}
+
+QString TableSink::expandedFile() const {
+  const QString name = expandString(m_file);
+  return name == QLatin1String("-") ? name : expandOutputFile(m_file, QString());
+}
+
+char TableSink::init() {
+  ActionItem::init();
+  if (!mustComputeFull()) {
+    return 0;
+  }
+  if (m_file.isEmpty()) {
+    endWithError(table_messages::noFileGiven(QLatin1String(typeName())));
+    return 1;
+  }
+  Status<QString> status = checkSettings();
+  if (status) {
+    status = m_output.open(expandedFile());
+  }
+  if (!status) {
+    endWithError(status.error());
+    return 1;
+  }
+  return 0;
+}
+
+char TableSink::close() {
+  char result = 0;
+  if (m_output.isComplete() && !hasFailed() && hasRunEndedNormally()) {
+    if (const Status<QString> status = m_output.publish(); !status) {
+      endWithError(status.error());
+      result = 1;
+    }
+  }
+  m_output.discard();
+  release();
+  return result;
+}
+
+char TableSink::canRunInParallel(QString, bool* reason) {
+  if (reason != nullptr) {
+    *reason = true;
+  }
+  return 0;
+}
+
+bool TableSink::takeFirstRow(ActionItem* action) {
+  auto* sink = static_cast<TableSink*>(action);
+  if (!sink->isInputPinLinked(0)) {
+    return sink->endWithError(table_messages::inputNotLinked(QLatin1String(sink->typeName())));
+  }
+  const OneRow* row = sink->getNextRowFromInPin(0);
+  if (row == nullptr && sink->run() != nullptr && !sink->run()->isRunning()) {
+    return true;
+  }
+  const OneRow* columns = row != nullptr ? row : sink->announcedColumnsOfInPin(0);
+  PinOutMetaData noColumns;
+  const OneRow emptyRow(&noColumns);
+  if (const Status<QString> status = sink->begin(columns != nullptr ? *columns : emptyRow);
+      !status) {
+    return sink->endWithError(status.error());
+  }
+  sink->computeRoutine = &TableSink::takeRow;
+  return sink->write(row);
+}
+
+bool TableSink::takeRow(ActionItem* action) {
+  auto* sink = static_cast<TableSink*>(action);
+  return sink->write(sink->getNextRowFromInPin(0));
+}
+
+bool TableSink::write(const OneRow* row) {
+  if (row == nullptr) [[unlikely]] {
+    return endOfInput();
+  }
+  if (const Status<QString> status = writeRow(*row); !status) [[unlikely]] {
+    return endWithError(status.error());
+  }
+  return false;
+}
+
+bool TableSink::endOfInput() {
+  if (run() != nullptr && !run()->isRunning()) {
+    return true;
+  }
+  Status<QString> status = finish();
+  if (status) {
+    status = m_output.complete();
+  }
+  return status ? true : endWithError(status.error());
+}
+
+bool TableSink::endWithError(const QString& text) {
+  MainUI::addLog(LogLevel::error, text);
+  failRun();
+  auto normalEnd = RunningState::endedNormally;
+  if (run() != nullptr) {
+    run()->status.compare_exchange_strong(normalEnd, RunningState::failed);
+  }
+  return true;
+}
+
+bool TableSink::hasRunEndedNormally() const {
+  return run() == nullptr || run()->status.load() == RunningState::endedNormally;
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,54 @@
+// The base of the actions that write a table to a file: one pin in, none out.
+//
+// init() creates the temporary file, so that a folder that cannot be written stops the run before
+// it reads anything. The file is complete when the input ends, and gets its name in close() when
+// the run has ended normally. Threads: the engine's.  Errors: logged, and the run fails.
+#pragma once
+
+#include "host/contract/action_item.h"
+#include "host/tables/files/output_file.h"
+
+namespace kelvarin {
+
+class TableSink : public ActionItem {
+ public:
+  QString toolTip() const override = 0;
+  char init() override;
+  char close() override;
+  void setComputeRoutine() override { computeRoutine = &TableSink::takeFirstRow; }
+  char canRunInParallel(QString what, bool* reason) override;
+
+  const QString& file() const { return m_file; }
+
+ protected:
+  TableSink(XMLNode node, GlobalParameters* parameters);
+
+  // Checks the settings, before the file is created.
+  virtual Status<QString> checkSettings() { return Done{}; }
+  // `columns` has the names and types of all rows to come.
+  virtual Status<QString> begin(const OneRow& columns) = 0;
+  virtual Status<QString> writeRow(const OneRow& row) = 0;
+  // Hands everything to output().
+  virtual Status<QString> finish() = 0;
+  // Forgets what belongs to one run.
+  virtual void release() = 0;
+
+  OutputFile& output() { return m_output; }
+  // Writes the element's head and the attribute `file`.
+  void saveHead(std::wostringstream& out, const QString& name) const;
+  QString expandedFile() const;
+
+ private:
+  static bool takeFirstRow(ActionItem* action);
+  static bool takeRow(ActionItem* action);
+
+  bool write(const OneRow* row);
+  bool endOfInput();
+  bool endWithError(const QString& text);
+  bool hasRunEndedNormally() const;
+
+  QString m_file;
+  OutputFile m_output;
+};
+
+}  // namespace kelvarin
