@@ -1,0 +1,34 @@
+// `kelvarin check`: finds the faults of a graph without running it.
+#include <cstdio>
+
+#include "cli/commands.h"
+#include "cli/console.h"
+#include "cli/graph_session.h"
+#include "cli/messages.h"
+
+namespace kelvarin {
+
+namespace {
+
+void reportCheck(const GraphArguments& arguments, const RunResult& result, Console&) {
+  if (result.isOk() && !arguments.isJson && !arguments.isQuiet) {
+    const QString text =
+        QString::fromLatin1(program_messages::kCheckFoundNothing).arg(QString::fromStdString(arguments.graph));
+    std::puts(text.toUtf8().constData());
+  }
+}
+
+}  // namespace
+
+void addCheckCommand(CLI::App& program, ChosenCommand& chosen) {
+  auto arguments = std::make_shared<GraphArguments>();
+  CLI::App* command = program.add_subcommand(
+      "check", "Check a graph, its files, columns and expressions, without running it");
+  arguments->addTo(*command);
+  command->footer("Example:\n  kelvarin check examples/flights/flights.kelvarin");
+  command->callback([arguments, &chosen] {
+    chosen = [arguments] { return workOnGraph(*arguments, checkGraph, reportCheck); };
+  });
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,23 @@
+// The commands of the program, one file each.
+//
+// An add... function declares a command's options. When the user gave that command, parsing stores what is to be done
+// in `chosen`; the program runs it after parsing, so that wrong usage is found before anything happens.
+#pragma once
+
+#include <functional>
+
+#include <CLI/CLI.hpp>
+
+#include "cli/exit_status.h"
+
+namespace kelvarin {
+
+using ChosenCommand = std::function<ExitStatus()>;
+
+void addRunCommand(CLI::App& program, ChosenCommand& chosen);
+void addCheckCommand(CLI::App& program, ChosenCommand& chosen);
+void addEvalCommand(CLI::App& program, ChosenCommand& chosen);
+void addFunctionsCommand(CLI::App& program, ChosenCommand& chosen);
+void addActionsCommand(CLI::App& program, ChosenCommand& chosen);
+
+}  // namespace kelvarin

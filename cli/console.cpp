@@ -1,0 +1,84 @@
+#include "cli/console.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include <unistd.h>
+
+namespace kelvarin {
+
+namespace {
+
+struct LevelStyle {
+  const char* head;
+  const char* colour;
+};
+
+constexpr LevelStyle kStyles[] = {
+    {"error: ", "\033[1;31m"}, {"warning: ", "\033[1;33m"}, {"info: ", "\033[1;36m"}};
+constexpr std::string_view kPlain = "\033[0m";
+constexpr std::string_view kEraseLine = "\r\033[K";
+
+bool mayDecorate() {
+  const char* noColour = std::getenv("NO_COLOR");
+  return isatty(STDERR_FILENO) != 0 && (noColour == nullptr || *noColour == '\0');
+}
+
+}  // namespace
+
+Console::Console(bool isQuiet) : m_isQuiet(isQuiet), m_isDecorated(!isQuiet && mayDecorate()) {}
+
+Console::~Console() { clearProgress(); }
+
+bool Console::canAsk() { return isatty(STDIN_FILENO) != 0 && isatty(STDERR_FILENO) != 0; }
+
+void Console::writeLog(LogLevel level, const QString& text) {
+  if (m_isQuiet && level == LogLevel::information) {
+    return;
+  }
+  const LevelStyle& style = kStyles[static_cast<int>(level) - 1];
+  std::string line;
+  if (m_isDecorated) {
+    line.append(style.colour).append(style.head).append(kPlain);
+  } else {
+    line.append(style.head);
+  }
+  line.append(text.toStdString());
+  if (!line.ends_with('\n')) {
+    line.push_back('\n');
+  }
+  write(line);
+}
+
+void Console::showProgress(std::string_view line) {
+  if (!m_isDecorated) {
+    return;
+  }
+  const std::scoped_lock lock(m_mutex);
+  erase();
+  m_progress = line;
+  put(m_progress);
+}
+
+void Console::clearProgress() {
+  const std::scoped_lock lock(m_mutex);
+  erase();
+  m_progress.clear();
+}
+
+void Console::write(std::string_view text) {
+  const std::scoped_lock lock(m_mutex);
+  erase();
+  put(text);
+  put(m_progress);
+}
+
+void Console::erase() {
+  if (!m_progress.empty()) {
+    put(kEraseLine);
+  }
+}
+
+void Console::put(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stderr); }
+
+}  // namespace kelvarin

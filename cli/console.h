@@ -1,0 +1,47 @@
+// What the program says on standard error: log lines, and on a terminal a progress line below them.
+//
+// Threads: any; lines do not mix.
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include <QString>
+
+#include "host/contract/main_ui.h"
+
+namespace kelvarin {
+
+class Console {
+ public:
+  // Quiet: errors and warnings only.
+  explicit Console(bool isQuiet);
+  ~Console();
+  Console(const Console&) = delete;
+  Console& operator=(const Console&) = delete;
+
+  bool isQuiet() const { return m_isQuiet; }
+  // Standard error is a terminal, and neither quiet nor the environment's NO_COLOR forbids decoration.
+  bool isDecorated() const { return m_isDecorated; }
+  // Somebody is there to answer a question.
+  static bool canAsk();
+
+  void writeLog(LogLevel level, const QString& text);
+  // Takes the place of the progress line before.
+  void showProgress(std::string_view line);
+  void clearProgress();
+  // Writes as it is.
+  void write(std::string_view text);
+
+ private:
+  void erase();
+  void put(std::string_view text);
+
+  const bool m_isQuiet;
+  const bool m_isDecorated;
+  std::mutex m_mutex;
+  std::string m_progress;  // the line on the screen, under m_mutex
+};
+
+}  // namespace kelvarin

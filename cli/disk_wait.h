@@ -1,0 +1,34 @@
+// What happens when a disk is full: a person at a terminal decides; without one the program waits and tries again for
+// a limited time.
+//
+// Threads: any; one question at a time.
+#pragma once
+
+#include <mutex>
+
+#include <QSet>
+#include <QString>
+
+#include "cli/console.h"
+
+namespace kelvarin {
+
+class DiskWait {
+ public:
+  DiskWait(Console& console, int seconds);
+
+  // True: write again.
+  bool shouldRetry(const QString& file, int missingBytes, bool canRetry);
+
+ private:
+  void report(const QString& file, int missingBytes, bool willWait);
+  bool ask();
+
+  Console& m_console;
+  const int m_seconds;
+  std::mutex m_mutex;
+  QSet<QString> m_reported;  // under m_mutex, as the next
+  int m_waited = 0;          // seconds, over the whole run
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,30 @@
+// The texts of the program itself. `%1` and so on are filled in by QString::arg.
+#pragma once
+
+namespace kelvarin::program_messages {
+
+inline constexpr char kUsageHint[] = "Run '%1 --help' for the options and an example.";
+inline constexpr char kNeedsNameAndValue[] = "%1 takes NAME=VALUE, not '%2'.";
+inline constexpr char kNotANumber[] =
+    "The value of %1 is '%2', which is not a number (nan, inf, -inf and null are allowed).";
+inline constexpr char kVariableTwice[] = "The variable '%1' is given twice.";
+inline constexpr char kUnknownOption[] = "There is no expression option '%1'. There are: %2.";
+inline constexpr char kOptionTakesInteger[] = "The expression option '%1' takes a whole number, not '%2'.";
+inline constexpr char kOptionTakesFlag[] = "The expression option '%1' takes 0 or 1, not '%2'.";
+
+inline constexpr char kKeyOutOfRange[] =
+    "Out of range: variable '%1' cannot be converted to key on row %2 (value=%3).";
+
+inline constexpr char kUnknownFunction[] = "There is no function, constant or operator '%1'.";
+inline constexpr char kDidYouMean[] = "Did you mean %1?";
+
+inline constexpr char kDiskFull[] =
+    "The disk is full: %2 more bytes are needed for the file '%1'. Free some space on its disk.";
+inline constexpr char kDiskFullQuestion[] = "Retry or stop? [r/s] ";
+inline constexpr char kDiskFullWaiting[] = "Trying again for %1 seconds, then the run stops.";
+inline constexpr char kDiskStillFull[] = "The disk was still full after %1 seconds; the run stops. File: '%2'.";
+
+inline constexpr char kInterrupted[] = "Interrupted. Files that were being written are removed.";
+inline constexpr char kCheckFoundNothing[] = "%1: no problem found";
+
+}  // namespace kelvarin::program_messages

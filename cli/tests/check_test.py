@@ -1,0 +1,53 @@
+"""What a check finds without running."""
+
+import unittest
+
+from program import EXAMPLE, ProgramTest, calculator, graph
+
+TABLE = "<InlineTable name='t'><Column name='x' meta='F'/><Column name='s' meta='U'/>" \
+        "<Row><V>1</V><V>a</V></Row></InlineTable>"
+
+
+def one_expression(attributes, expression, inputs=("x",)):
+    return graph(TABLE + calculator("c", inputs, [(attributes, expression)]) + "<WriteCSV name='o' file='out.csv'/>",
+                 ["t c", "c o"])
+
+
+class CheckTest(ProgramTest):
+    def check(self, text, status=1):
+        self.write("g.kelvarin", text)
+        result = self.kelvarin("check", "g.kelvarin", status=status)
+        self.assertEqual(self.files(), ["g.kelvarin"])
+        return result.stderr
+
+    def test_sound_graphs(self):
+        self.assertIn("no problem found", self.kelvarin("check", EXAMPLE).stdout)
+        self.check(one_expression("name='y'", "x + 1"), status=0)
+
+    def test_faults_of_expressions(self):
+        self.assertIn("Error: Column 'nope' not found", self.check(one_expression("name='y'", "nope", inputs=["nope"])))
+        unknown = self.check(one_expression("name='y'", "f(x)"))
+        self.assertIn("f", unknown)
+        self.assertIn("Error at position:", unknown)
+        self.assertIn("The expression evaluated to a Number and a String was expected",
+                      self.check(one_expression("name='y' meta='U'", "x + 1")))
+
+    def test_faults_of_the_graph(self):
+        cycle = graph(calculator("a", [], [("name='y'", "1")]) + calculator("b", [], [("name='z'", "1")]),
+                      ["a b", "b a"])
+        self.assertRegex(self.check(cycle), r"g\.kelvarin:\d+:\d+: .*cycle: .*a.*b")
+        missing = graph("<ReadCSV name='r' file='absent.csv'/><Discard name='d'/>", ["r d"])
+        self.assertIn("absent.csv", self.check(missing))
+
+    def test_only_the_branch_of_a_variable_table_is_read(self):
+        self.write("g.kelvarin", graph(
+            TABLE + "<InlineTable name='v'><Column name='alias' meta='U'/><Column name='column' meta='U'/>"
+            "<Row><V>speed</V><V>x</V></Row></InlineTable>" + calculator("c", [], [("name='y'", "speed * 2")]) +
+            "<Discard name='d'/>", ["t c", "v c.1", "c d"]))
+        actions = {a["name"]: a for a in self.kelvarin_json("check", "g.kelvarin")["actions"]}
+        self.assertEqual(actions["v"]["rowsOut"], [1])
+        self.assertEqual(actions["t"]["rowsOut"], [0])
+
+
+if __name__ == "__main__":
+    unittest.main()

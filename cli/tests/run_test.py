@@ -1,0 +1,73 @@
+"""What a run prints, writes and reports."""
+
+import os
+import unittest
+
+from program import EXAMPLE, ProgramTest, graph
+
+COPY = graph("<ReadCSV name='in' file='in.csv'/><WriteCSV name='out' file='${out}'/>", ["in out"], [("out", "out.csv")])
+
+
+class RunTest(ProgramTest):
+    def test_example_reports_rows_and_backends(self):
+        report = self.kelvarin_json("run", EXAMPLE, "--set", f"out={self.folder}")
+        self.assertEqual((report["status"], report["runState"]), ("ok", 0))
+        self.assertGreater(report["seconds"], 0)
+        actions = {action["name"]: action for action in report["actions"]}
+        self.assertEqual(list(actions), ["flights", "speed and delays", "late?", "late", "late as Parquet", "others"])
+        self.assertEqual(actions["flights"]["rowsOut"], [19811])
+        self.assertEqual(actions["speed and delays"]["rowsIn"], [19811, 0])
+        late, others = actions["late?"]["rowsOut"]
+        self.assertEqual(late + others, 19811)
+        self.assertEqual(actions["late as Parquet"]["rowsIn"], [late])
+        self.assertEqual(len(actions["speed and delays"]["backends"]), 3)
+        self.assertEqual(actions["speed and delays"]["backends"][2], "String Parser")
+        self.assertNotEqual(actions["late?"]["backends"], ["String Parser"])
+        # Recomputed here from the written files.
+        with open(self.path("late.csv"), encoding="utf-8") as file:
+            header, *rows = [line.rstrip("\n").split(",") for line in file]
+        self.assertEqual(len(rows), late)
+        for row in rows[:50]:
+            flight = dict(zip(header, row))
+            self.assertGreaterEqual(float(flight["arr_delay"]), 30)
+            self.assertAlmostEqual(float(flight["ground_speed_mph"]),
+                                   float(flight["distance"]) / (float(flight["air_time"]) / 60))
+            hour = int(flight["hour"])
+            self.assertEqual(flight["time_of_day"], ["night", "morning", "afternoon", "evening"][hour // 6])
+
+    def test_parameters_and_table_of_rows(self):
+        self.write("in.csv", "a,b\n1,x\n2,y\n")
+        self.write("copy.kelvarin", COPY)
+        result = self.kelvarin("run", "copy.kelvarin", "--set", "out=other.csv")
+        self.assertEqual(self.read("other.csv"), "a,b\n1,x\n2,y\n")
+        self.assertEqual(result.stdout, "")
+        self.assertRegex(result.stderr, r"(?m)^in +ReadCSV +- +2$")
+        self.assertRegex(result.stderr, r"(?m)^out +WriteCSV +2 +-$")
+        self.assertEqual(self.kelvarin("run", "copy.kelvarin", "--quiet").stderr, "")
+        unknown = self.kelvarin("run", "copy.kelvarin", "--set", "nope=1", status=1)
+        self.assertRegex(unknown.stderr, "'nope'.*declares: out")
+
+    def test_standard_output_carries_the_rows_only(self):
+        self.write("in.csv", "a\n1\n")
+        self.write("copy.kelvarin", COPY)
+        self.assertEqual(self.kelvarin("run", "copy.kelvarin", "--set", "out=-").stdout, "a\n1\n")
+
+    def test_relative_paths_start_at_the_graph(self):
+        os.mkdir(self.path("below"))
+        self.write("below/in.csv", "a\n1\n")
+        self.write("below/copy.kelvarin", COPY)
+        self.kelvarin("run", "below/copy.kelvarin")
+        self.assertEqual(self.read("below/out.csv"), "a\n1\n")
+
+    def test_wrong_usage_ends_with_two_and_a_hint(self):
+        for arguments in (["run"], ["fly", "x"], ["run", "g", "--speed", "1"], ["run", "g", "--set", "novalue"], []):
+            result = self.kelvarin(*arguments, status=2)
+            self.assertTrue(result.stderr.startswith("error: "), result.stderr)
+            self.assertEqual(result.stdout, "")
+        self.assertIn("kelvarin run --help", self.kelvarin("run", status=2).stderr)
+        for command in ("run", "check", "eval", "functions", "actions"):
+            self.assertIn("Example:\n  kelvarin " + command, self.kelvarin(command, "--help").stdout)
+
+
+if __name__ == "__main__":
+    unittest.main()
