@@ -1,0 +1,105 @@
+// Where the values of a graph are while code for it is written: in registers, in slots of the stack
+// frame, or in the memory that variables and constants are read from.
+//
+// Used by body_emitter.cpp, action by action: begin(), fetch operands, release() them, take a
+// target, bind() it. A register is taken from the value that is needed last; a value is stored at
+// most once.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "jit/graph.h"
+#include "jit/schedule.h"
+#include "jit/simd_assembler.h"
+
+namespace kelvarin::jit {
+
+// What the code around a body has prepared.
+struct Frame {
+  bool isColumns = false;
+  Xbyak::Reg64 base;  // one row: of the values; columns: of the pointers to them
+  Xbyak::Reg64 row;   // columns: the row's number
+  int rowOffset = 0;  // columns: added to it
+  std::vector<std::pair<std::size_t, Xbyak::Reg64>> columns;  // pointers that are at hand
+  std::vector<std::pair<NodeId, int>> constants;  // with the vector registers that hold them
+};
+
+// A register or a place in memory.
+class ValueSource {
+ public:
+  explicit ValueSource(const Xbyak::Xmm& place) : m_register(place), m_isRegister(true) {}
+  explicit ValueSource(const Xbyak::Address& address) : m_address(address) {}
+
+  const Xbyak::Operand& operand() const {
+    return m_isRegister ? static_cast<const Xbyak::Operand&>(m_register) : m_address;
+  }
+
+ private:
+  Xbyak::Xmm m_register;
+  Xbyak::Address m_address = Xbyak::Address(0);
+  bool m_isRegister = false;
+};
+
+class RegisterFile {
+ public:
+  RegisterFile(SimdAssembler& assembler, const Graph& graph, const Schedule& schedule,
+               const Frame& frame);
+
+  void begin(std::uint32_t place);
+  int fetch(NodeId node);
+  // `isWide`: the instruction reads four lanes even where only one counts.
+  ValueSource fetchSource(NodeId node, bool isWide);
+  void fetchInto(int target, NodeId node);
+  void fetchArguments(const NodeId* nodes, int count);  // into registers 0, 1 and 2
+  // The use of this action is over; what has no other use is gone.
+  void release(NodeId node);
+  // A register for the result, `preferred` when it is free.
+  int takeTarget(int preferred);
+  void bind(NodeId node, int target);
+
+  // Gives every value that a later action needs a place outside the registers.
+  void saveLiving();
+  void forgetRegisters();
+  // Stores the node's value where single lanes can be read.
+  void moveToMemory(NodeId node);
+  Xbyak::Address addressOf(NodeId node, int lane = 0);
+  Xbyak::Address reserveSlot(NodeId node, int lane = 0);
+  void freeSlot(NodeId node);
+
+  int slotCount() const { return m_slotCount; }
+
+ private:
+  struct Place {
+    std::int32_t slot = -1;
+    std::uint32_t nextUse = 0;  // index into the schedule's uses of the node
+    std::int8_t inRegister = -1;
+  };
+  static constexpr int kRegisterCount = SimdAssembler::kScratch;
+
+  std::uint32_t nextUseOf(NodeId node) const;
+  bool isNeededLater(NodeId node) const;
+  bool hasUseAfterThis(NodeId node) const;
+  int freeRegister() const;
+  int takeRegister();
+  void evict(int index);
+  void save(NodeId node);
+  void loadInto(int target, NodeId node);
+  Xbyak::Address variableAddress(std::size_t element, int lane);
+
+  SimdAssembler& m_assembler;
+  const Graph& m_graph;
+  const Schedule& m_schedule;
+  const Frame& m_frame;
+  std::vector<Place> m_places;
+  std::array<NodeId, kRegisterCount> m_holders;
+  std::uint32_t m_kept = 0;    // registers of the frame's constants; a bit a register
+  std::uint32_t m_pinned = 0;  // registers that the current action needs, and the kept ones
+  std::uint32_t m_now = 0;
+  std::vector<std::int32_t> m_freeSlots;
+  int m_slotCount = 0;
+};
+
+}  // namespace kelvarin::jit
