@@ -2,7 +2,6 @@
 
 #include <QDir>
 
-#include "cli/messages.h"
 #include "expression/errors/error_texts.h"
 #include "expression/errors/messages.h"
 #include "host/contract/column_bytes.h"
@@ -94,11 +93,8 @@ ExpressionResult ExpressionRun::resultOfMeta() {
 ExpressionFault ExpressionRun::faultOfRow() const {
   const RowFailure& failure = m_evaluator.lastFailure();
   if (failure.kind == RowFailure::Kind::keyCast) {
-    return {QString::fromLatin1(program_messages::kKeyOutOfRange)
-                .arg(failure.name, QString::number(static_cast<long long>(m_evaluator.rowNumber())),
-                     QString::number(failure.value)),
-            {},
-            -1};
+    const auto row = static_cast<std::int64_t>(m_evaluator.rowNumber());
+    return {keyOutOfRangeText(failure.name, row, failure.value), {}, -1};
   }
   return {checkErrorText(failure.error), failure.error.token, failure.error.position};
 }

@@ -1,5 +1,6 @@
 #include "cli/graph_session.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "cli/console.h"
@@ -28,6 +29,23 @@ RunResult resultOfGraphNotLoaded(const QStringList& faults) {
   return result;
 }
 
+// Log lines are the actions' own and name columns and expressions; this says where in the graph file to look.
+void tellPlacesOfErrors(const Graph& graph, const RunResult& result, Console& console) {
+  for (const GraphAction& action : graph.actions) {
+    const bool hasError = std::any_of(result.log.begin(), result.log.end(), [&](const LogLine& line) {
+      return line.level == LogLevel::error && line.action == action.name;
+    });
+    if (hasError) {
+      const QString text = QString::fromLatin1(program_messages::kPlaceOfError)
+                               .arg(graph.file)
+                               .arg(action.place.line)
+                               .arg(action.place.column)
+                               .arg(action.name, QString::fromLatin1(action.item->typeName()));
+      console.write(text.toStdString() + '\n');
+    }
+  }
+}
+
 RunResult workOnLoadedGraph(const GraphArguments& arguments, GraphWork work, Console& console) {
   auto loaded = loadGraph(arguments);
   if (!loaded) {
@@ -45,6 +63,7 @@ RunResult workOnLoadedGraph(const GraphArguments& arguments, GraphWork work, Con
   }
   RunResult result = work(loaded->graph, record, options);
   console.clearProgress();
+  tellPlacesOfErrors(loaded->graph, result, console);
   return result;
 }
 

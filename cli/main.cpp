@@ -9,6 +9,7 @@
 #include "cli/commands.h"
 #include "cli/messages.h"
 #include "host/contract/main_ui.h"
+#include "host/engine/nearest_names.h"
 
 namespace {
 
@@ -20,6 +21,27 @@ std::string usageHint(const CLI::App& program) {
                                            : QStringLiteral("kelvarin ") +
                                                  QString::fromStdString(commands.front()->get_name());
   return QString::fromLatin1(kelvarin::program_messages::kUsageHint).arg(command).toStdString();
+}
+
+// Without it a misspelt command would be told as a missing one.
+bool tellUnknownCommand(const CLI::App& program, int argc, char** argv) {
+  if (argc < 2 || argv[1][0] == '-') {
+    return false;
+  }
+  const QString given = QString::fromLocal8Bit(argv[1]);
+  QStringList names;
+  for (const CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; })) {
+    names += QString::fromStdString(command->get_name());
+  }
+  if (names.contains(given)) {
+    return false;
+  }
+  QString text = QString::fromLatin1(kelvarin::program_messages::kUnknownCommand).arg(given);
+  if (const QStringList near = kelvarin::nearestNames(given, names); !near.isEmpty()) {
+    text += u' ' + QString::fromLatin1(kelvarin::program_messages::kDidYouMean).arg(near.join(QLatin1String(" or ")));
+  }
+  std::fprintf(stderr, "error: %s\n%s\n", qUtf8Printable(text), usageHint(program).c_str());
+  return true;
 }
 
 ExitStatus finishParsing(const CLI::App& program, const CLI::ParseError& error) {
@@ -51,6 +73,9 @@ int main(int argc, char** argv) {
   kelvarin::addFunctionsCommand(program, chosen);
   kelvarin::addActionsCommand(program, chosen);
 
+  if (tellUnknownCommand(program, argc, argv)) {
+    return static_cast<int>(ExitStatus::wrongUsage);
+  }
   try {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

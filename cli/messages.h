@@ -12,9 +12,6 @@ inline constexpr char kUnknownOption[] = "There is no expression option '%1'. Th
 inline constexpr char kOptionTakesInteger[] = "The expression option '%1' takes a whole number, not '%2'.";
 inline constexpr char kOptionTakesFlag[] = "The expression option '%1' takes 0 or 1, not '%2'.";
 
-inline constexpr char kKeyOutOfRange[] =
-    "Out of range: variable '%1' cannot be converted to key on row %2 (value=%3).";
-
 inline constexpr char kUnknownFunction[] = "There is no function, constant or operator '%1'.";
 inline constexpr char kDidYouMean[] = "Did you mean %1?";
 
@@ -24,6 +21,8 @@ inline constexpr char kDiskFullQuestion[] = "Retry or stop? [r/s] ";
 inline constexpr char kDiskFullWaiting[] = "Trying again for %1 seconds, then the run stops.";
 inline constexpr char kDiskStillFull[] = "The disk was still full after %1 seconds; the run stops. File: '%2'.";
 
+inline constexpr char kPlaceOfError[] = "%1:%2:%3: in the action '%4' (%5)";
+inline constexpr char kUnknownCommand[] = "There is no command '%1'.";
 inline constexpr char kInterrupted[] = "Interrupted. Files that were being written are removed.";
 inline constexpr char kCheckFoundNothing[] = "%1: no problem found";
 

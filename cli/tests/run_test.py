@@ -65,6 +65,7 @@ class RunTest(ProgramTest):
             self.assertTrue(result.stderr.startswith("error: "), result.stderr)
             self.assertEqual(result.stdout, "")
         self.assertIn("kelvarin run --help", self.kelvarin("run", status=2).stderr)
+        self.assertIn("no command 'chekc'. Did you mean check?", self.kelvarin("chekc", status=2).stderr)
         for command in ("run", "check", "eval", "functions", "actions"):
             self.assertIn("Example:\n  kelvarin " + command, self.kelvarin(command, "--help").stdout)
 

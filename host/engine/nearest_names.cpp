@@ -11,18 +11,24 @@ namespace {
 
 constexpr qsizetype kLongestName = 200;
 
-// The number of letters to insert, remove or replace (Levenshtein's distance).
+// The number of letters to insert, remove or replace, or of neighbours to swap (optimal string alignment).
 qsizetype distance(const QString& left, const QString& right) {
-  std::vector<qsizetype> row(static_cast<std::size_t>(right.size()) + 1);
+  using Row = std::vector<qsizetype>;
+  Row row(static_cast<std::size_t>(right.size()) + 1);
   std::iota(row.begin(), row.end(), 0);
+  Row above = row;
+  Row twoAbove = row;
   for (qsizetype i = 0; i < left.size(); ++i) {
-    qsizetype diagonal = row[0];
+    twoAbove.swap(above);
+    above.swap(row);
     row[0] = i + 1;
     for (qsizetype j = 0; j < right.size(); ++j) {
       const auto column = static_cast<std::size_t>(j);
-      const qsizetype replaced = diagonal + (left[i] == right[j] ? 0 : 1);
-      diagonal = row[column + 1];
-      row[column + 1] = std::min({replaced, row[column] + 1, row[column + 1] + 1});
+      const qsizetype replaced = above[column] + (left[i] == right[j] ? 0 : 1);
+      row[column + 1] = std::min({replaced, row[column] + 1, above[column + 1] + 1});
+      if (i > 0 && j > 0 && left[i] == right[j - 1] && left[i - 1] == right[j]) {
+        row[column + 1] = std::min(row[column + 1], twoAbove[column - 1] + 1);
+      }
     }
   }
   return row.back();
