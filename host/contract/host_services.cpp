@@ -12,6 +12,7 @@ std::atomic<HostServices*> installedServices{nullptr};
 
 HostServices::~HostServices() = default;
 void HostServices::backendsChosen(const ActionItem&, const QStringList&) {}
+void HostServices::columnsNamed(const ActionItem&, const QStringList&) {}
 bool HostServices::outOfDiskSpace(const QString&, int, bool) {
   return false;
 }

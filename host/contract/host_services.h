@@ -31,6 +31,9 @@ class KELVARIN_CORE HostServices {
   virtual bool runBranch(EngineRunner& runner, ActionItem& action, int pin);
   // Shows a help page. A host without a browser logs where the page is.
   virtual void openHelp(const QString& helpId, const QString& anchor);
+  // In a check, the new columns of an action that computes their names, so that a user sees them
+  // before a run.
+  virtual void columnsNamed(const ActionItem& action, const QStringList& names);
 };
 
 // Gives the one installed before. Null takes the services away.

@@ -1,8 +1,9 @@
 #include "host/contract/one_row.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
+
+#include "host/contract/shortest_number.h"
 
 using kelvarin::isNullKey;
 using kelvarin::isNullNumber;
@@ -165,10 +166,7 @@ QString shortestText(double number) {
   if (isNullNumber(number)) {
     return {};
   }
-  if (std::isnan(number)) {
-    return QStringLiteral("nan");
-  }
-  char digits[32];
-  const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+  char digits[kelvarin::kLongestNumberText];
+  const char* end = kelvarin::appendShortest(digits, number);
   return QString::fromLatin1(digits, static_cast<qsizetype>(end - digits));
 }

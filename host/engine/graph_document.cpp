@@ -5,7 +5,7 @@
 #include <QFileInfo>
 
 #include "host/engine/messages.h"
-#include "host/engine/nearest_names.h"
+#include "host/contract/nearest_names.h"
 
 namespace kelvarin {
 

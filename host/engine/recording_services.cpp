@@ -19,6 +19,12 @@ QStringList RecordingServices::backendsOf(const ActionItem& action) {
   return found == m_backends.end() ? QStringList() : found->second;
 }
 
+QStringList RecordingServices::columnsNamedBy(const ActionItem& action) {
+  const std::lock_guard lock(m_mutex);
+  const auto found = m_namedColumns.find(&action);
+  return found == m_namedColumns.end() ? QStringList() : found->second;
+}
+
 void RecordingServices::log(LogLevel level, const QString& text, const ActionItem* action) {
   {
     const std::lock_guard lock(m_mutex);
@@ -36,6 +42,16 @@ void RecordingServices::backendsChosen(const ActionItem& action, const QStringLi
   }
   if (m_program != nullptr) {
     m_program->backendsChosen(action, labels);
+  }
+}
+
+void RecordingServices::columnsNamed(const ActionItem& action, const QStringList& names) {
+  {
+    const std::lock_guard lock(m_mutex);
+    m_namedColumns[&action] = names;
+  }
+  if (m_program != nullptr) {
+    m_program->columnsNamed(action, names);
   }
 }
 

@@ -1,5 +1,5 @@
-// Collects what a run logs and which back-ends its actions choose, and passes everything on to the
-// program.
+// Collects what a run logs, which back-ends its actions choose and which columns they name, and
+// passes everything on to the program.
 //
 // Installs itself as the HostServices while it lives; one run at a time has one.
 // Used by: run_graph.cpp, check_graph.cpp.
@@ -21,6 +21,7 @@ class RecordingServices final : public HostServices {
 
   std::vector<LogLine> takeLog();
   QStringList backendsOf(const ActionItem& action);
+  QStringList columnsNamedBy(const ActionItem& action);
 
   void log(LogLevel level, const QString& text, const ActionItem* action) override;
   void backendsChosen(const ActionItem& action, const QStringList& labels) override;
@@ -31,12 +32,14 @@ class RecordingServices final : public HostServices {
   void invalidate() override;
   bool runBranch(EngineRunner& runner, ActionItem& action, int pin) override;
   void openHelp(const QString& helpId, const QString& anchor) override;
+  void columnsNamed(const ActionItem& action, const QStringList& names) override;
 
  private:
   HostServices* m_program;  // may be null
   std::mutex m_mutex;       // guards the members below
   std::vector<LogLine> m_log;
   std::map<const ActionItem*, QStringList> m_backends;
+  std::map<const ActionItem*, QStringList> m_namedColumns;
 };
 
 }  // namespace kelvarin

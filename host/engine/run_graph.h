@@ -30,6 +30,7 @@ struct ActionResult {
   std::vector<long long> rowsIn;   // one number a pin
   std::vector<long long> rowsOut;  // one number a pin
   QStringList backends;            // of an expression action, one label an output
+  QStringList namedColumns;        // in a check, the new columns whose names the action computed
 };
 
 struct RunResult {

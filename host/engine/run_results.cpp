@@ -10,7 +10,7 @@ RunResult resultOf(const Graph& graph, const GraphExecution& execution,
     const int index = static_cast<int>(i);
     result.actions.push_back({graph.actions[i].name, QString::fromLatin1(item.typeName()),
                               execution.rowsIn(index), execution.rowsOut(index),
-                              services.backendsOf(item)});
+                              services.backendsOf(item), services.columnsNamedBy(item)});
   }
   result.log = services.takeLog();
   return result;

@@ -154,6 +154,9 @@ TEST(RowBuffer, TextsAreStoredAsUtf8) {
 
 TEST(Numbers, ShortestTextReadsBack) {
   EXPECT_EQ(shortestText(1e22), "1e+22");
+  EXPECT_EQ(shortestText(100000), "100000");
+  EXPECT_EQ(shortestText(-0.0), "-0");
+  EXPECT_EQ(shortestText(-1234567890123456), "-1234567890123456");
   EXPECT_EQ(shortestText(-std::numeric_limits<double>::quiet_NaN()), "nan");
   EXPECT_EQ(shortestText(-std::numeric_limits<double>::infinity()), "-inf");
   EXPECT_EQ(shortestText(5e-324).toDouble(), 5e-324);

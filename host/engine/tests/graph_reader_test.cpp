@@ -5,7 +5,7 @@
 #include <QTemporaryDir>
 
 #include "host/engine/graph_writer.h"
-#include "host/engine/nearest_names.h"
+#include "host/contract/nearest_names.h"
 #include "host/engine/tests/test_actions.h"
 
 namespace kelvarin::testing {

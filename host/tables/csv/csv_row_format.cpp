@@ -1,9 +1,10 @@
 #include "host/tables/csv/csv_row_format.h"
 
-#include <cmath>
 
 #include <fmt/compile.h>
 #include <fmt/format.h>
+
+#include "host/contract/shortest_number.h"
 
 namespace kelvarin {
 
@@ -12,23 +13,6 @@ namespace {
 constexpr std::size_t kFirstCapacity = 1 << 20;
 constexpr std::size_t kLongestNumber = 40;
 constexpr std::string_view kNumberBytes = "0123456789.+-einfa";
-
-// Whole numbers below this are printed without an exponent.
-constexpr double kFirstWithExponent = 1e15;
-
-char* printNumber(char* place, double number) {
-  if (std::fabs(number) < kFirstWithExponent) [[likely]] {
-    const auto whole = static_cast<long long>(number);
-    if (static_cast<double>(whole) == number && (whole != 0 || !std::signbit(number))) {
-      return fmt::format_to(place, FMT_COMPILE("{}"), whole);
-    }
-  } else if (!isFiniteNumber(number)) {
-    const std::string_view word = std::isnan(number) ? "nan" : number > 0 ? "inf" : "-inf";
-    std::memcpy(place, word.data(), word.size());
-    return place + word.size();
-  }
-  return fmt::format_to(place, FMT_COMPILE("{}"), number);
-}
 
 }  // namespace
 
@@ -112,7 +96,7 @@ bool CsvRowFormat::appendNumber(double number) {
   }
   char* place = reserve(kLongestNumber);
   const std::size_t start = m_used;
-  m_used += static_cast<std::size_t>(printNumber(place, number) - place);
+  m_used += static_cast<std::size_t>(appendShortest(place, number) - place);
   return quoteIfNeeded(start);
 }
 

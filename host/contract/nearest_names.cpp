@@ -1,4 +1,4 @@
-#include "host/engine/nearest_names.h"
+#include "host/contract/nearest_names.h"
 
 #include <algorithm>
 #include <numeric>

@@ -4,10 +4,12 @@
 #include <QString>
 #include <QStringList>
 
+#include "host/contract/export.h"
+
 namespace kelvarin {
 
 // At most three, nearest first: those that differ in at most a third of their letters, upper and
 // lower case being one.
-QStringList nearestNames(const QString& name, const QStringList& known);
+KELVARIN_CORE QStringList nearestNames(const QString& name, const QStringList& known);
 
 }  // namespace kelvarin
