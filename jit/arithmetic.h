@@ -1,7 +1,8 @@
 // The meaning of every operation on doubles, down to the bits of a NaN.
 //
 // An operation on NaNs gives the first of its operands that is one, made quiet; an operation that
-// makes a NaN out of numbers gives the engine's own. Machine code has this from the processor; here
+// makes a NaN out of numbers gives the engine's own. A sign changes no NaN, so that a missing value
+// stays missing. Machine code has this from the processor; here
 // it is spelled out, since a C++ compiler may swap the operands of a sum or a product.
 // Used by the reference evaluator and for constants.
 #pragma once
@@ -42,10 +43,10 @@ inline double divide(double a, double b) {
 }
 
 inline double negate(double x) {
-  return -x;
+  return std::isnan(x) ? x : -x;
 }
 inline double absolute(double x) {
-  return x >= 0.0 ? x : -x;
+  return x < 0.0 ? -x : x;
 }
 inline double squareRoot(double x) {
   return withFirstNan(std::sqrt(x), x, x);

@@ -34,7 +34,7 @@ enum class Intrinsic : std::uint8_t {
   finitevl,    // (a, b): a when a is finite, else b
   finitevl2,   // (a, b, c): b when a is finite, else c
   floor2,      // (x, y): null for a null, else with q = x / y: x - (q - floor(q)) * y
-  absolute,    // x when x >= 0, else -x
+  absolute,    // -x when x < 0, else x
   sign,        // -1 below zero, 1 above, else 0
   rint,        // floor(x + 0.5)
   squareRoot,

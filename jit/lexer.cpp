@@ -5,21 +5,13 @@
 #include <string>
 
 #include "jit/messages.h"
+#include "jit/units.h"
 
 namespace kelvarin::jit {
 
 namespace {
 
 constexpr std::size_t kMaximumNameLength = 100;
-
-struct Unit {
-  std::string_view text;
-  double factor;
-};
-
-constexpr std::array kUnits = {Unit{"{n}", 1e-9}, Unit{"{u}", 1e-6}, Unit{"{mu}", 1e-6},
-                               Unit{"{m}", 1e-3}, Unit{"{k}", 1e3},  Unit{"{M}", 1e6},
-                               Unit{"{G}", 1e9}};
 
 struct Operator {
   std::string_view text;

@@ -211,14 +211,16 @@ void SimdAssembler::round(int target, int source, int mode) {
   }
 }
 
+// Changes the sign of all but NaNs.
 void SimdAssembler::negate(int target, int source) {
-  combine(Bitwise::exclusive, target, source, constant(kSignBit));
+  compare(Comparison::ordered, kScratch, source, vectorRegister(source));
+  combine(Bitwise::both, kScratch, kScratch, constant(kSignBit));
+  combine(Bitwise::exclusive, target, source, vectorRegister(kScratch));
 }
 
-// Changes the sign of all that is not zero or more, NaNs included.
+// Changes the sign of all that is below zero.
 void SimdAssembler::absolute(int target, int source) {
-  loadZero(kScratch);
-  compare(Comparison::notLessOrEqual, kScratch, kScratch, vectorRegister(source));
+  compare(Comparison::less, kScratch, source, constant(std::bit_cast<std::uint64_t>(0.0)));
   combine(Bitwise::both, kScratch, kScratch, constant(kSignBit));
   combine(Bitwise::exclusive, target, source, vectorRegister(kScratch));
 }

@@ -32,7 +32,7 @@ class SimdAssembler : public Xbyak::CodeGenerator {
     lessOrEqual = 2,
     unordered = 3,
     notEqual = 4,
-    notLessOrEqual = 6
+    ordered = 7
   };
 
   static constexpr int kScratch = 15;

@@ -27,6 +27,14 @@ double power(double base, double exponent) {
   return std::pow(base, exponent);
 }
 
+// The library's change the sign of a missing value, which is one no longer then.
+double negated(double x) {
+  return std::isnan(x) ? x : -x;
+}
+double absolute(double x) {
+  return x < 0.0 ? -x : x;
+}
+
 double nano(double x) {
   return x * 1e-9;
 }
@@ -70,6 +78,8 @@ LibraryParser::LibraryParser() {
   m_parser.DefineOprt(std::string(1, kPower), power, mu::prPOW, mu::oaRIGHT);
   const auto remainder = static_cast<Function2>(std::fmod);
   m_parser.DefineOprt("%", remainder, mu::prMUL_DIV, mu::oaLEFT);
+  m_parser.DefineInfixOprt("-", negated);
+  m_parser.DefineFun("abs", absolute);
   m_parser.DefinePostfixOprt("{n}", nano);
   m_parser.DefinePostfixOprt("{u}", micro);
   m_parser.DefinePostfixOprt("{mu}", micro);
