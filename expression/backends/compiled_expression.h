@@ -40,15 +40,24 @@ class CompiledExpression {
   ExpressionError m_error;
 };
 
-// An expression of the native or the Fast back-end, with a short way to its number.
+// The shortest way to the number of an expression: one call through a pointer.
+struct NumberCall {
+  bool (*function)(void* expression, double* number) = nullptr;
+  void* expression = nullptr;
+
+  // False where the expression failed; its error() says why.
+  bool operator()(double* number) const { return function(expression, number); }
+};
+
+// An expression of the native or the Fast back-end.
 class NumberExpression : public CompiledExpression {
  public:
-  virtual bool evaluateNumber(double& number) = 0;
+  virtual NumberCall numberCall() = 0;
 
   NumberExpression* asNumberExpression() final { return this; }
   bool evaluate(EvaluatedValue& value) final {
     value.type = EvaluatedValue::Type::number;
-    return evaluateNumber(value.number);
+    return numberCall()(&value.number);
   }
 };
 

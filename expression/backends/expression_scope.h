@@ -6,6 +6,7 @@
 
 #include <vector>
 
+#include <QSet>
 #include <QString>
 
 #include "expression/backends/variable_store.h"
@@ -26,5 +27,14 @@ struct ExpressionScope {
   const std::vector<NamedConstant>& constants;
   FunctionContext& functions;
 };
+
+// Of the variables.
+inline QSet<QString> namesOf(const ExpressionScope& scope) {
+  QSet<QString> names;
+  for (const StoredVariable& variable : scope.variables.variables()) {
+    names.insert(variable.name);
+  }
+  return names;
+}
 
 }  // namespace kelvarin

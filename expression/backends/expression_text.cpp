@@ -8,13 +8,12 @@ namespace kelvarin {
 
 namespace {
 
+// Of private use: the marked letters of ASCII, the only ones that names of functions begin with.
+constexpr char16_t kFirstMark = 0xE000;
+constexpr char16_t kEndOfMarks = kFirstMark + 0x80;
+
 bool isDigit(QChar c) {
   return c >= u'0' && c <= u'9';
-}
-
-bool isNameCharacter(QChar c) {
-  return isDigit(c) || c == u'_' || (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') ||
-         c.unicode() >= 0x80;
 }
 
 // The index behind a number and the letters that touch it (an exponent, a unit, hexadecimal
@@ -32,6 +31,33 @@ qsizetype endOfNumber(QStringView text, qsizetype start) {
 
 qsizetype endOfName(QStringView text, qsizetype start) {
   return std::find_if_not(text.begin() + start, text.end(), isNameCharacter) - text.begin();
+}
+
+// Whether a value may end with the character.
+bool isEndOfValue(QChar c) {
+  return isNameCharacter(c) || c == u')' || c == u']' || c == u'.';
+}
+
+const jit::Unit* unitAt(const QString& text, qsizetype position) {
+  const QStringView rest = QStringView(text).sliced(position);
+  const auto found = std::find_if(jit::kUnits.begin(), jit::kUnits.end(), [&](const auto& unit) {
+    return rest.startsWith(
+        QLatin1String(unit.text.data(), static_cast<qsizetype>(unit.text.size())));
+  });
+  return found == jit::kUnits.end() ? nullptr : &*found;
+}
+
+// Calls visit(index) for every character outside text literals.
+template <typename Visitor>
+void forEachPlainCharacter(const QString& text, Visitor visit) {
+  qsizetype i = 0;
+  while (i < text.size()) {
+    if (text[i] == u'"') {
+      i = endOfTextLiteral(text, i);
+    } else {
+      visit(i++);
+    }
+  }
 }
 
 bool isFollowedByBracket(QStringView text, qsizetype position) {
@@ -62,20 +88,39 @@ void forEachName(QStringView text, Visitor visit) {
 
 }  // namespace
 
+bool isNameCharacter(QChar c) {
+  return isDigit(c) || c == u'_' || (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') ||
+         c.unicode() >= 0x80;
+}
+
 QString withoutLineBreaks(QString expression) {
-  qsizetype i = 0;
-  while (i < expression.size()) {
+  forEachPlainCharacter(std::as_const(expression), [&](qsizetype i) {
     const QChar c = expression.at(i);
-    if (c == u'"') {
-      i = endOfTextLiteral(std::as_const(expression), i);
-      continue;
-    }
     if (c == u'\r' || c == u'\n' || c == u'\t') {
       expression[i] = u' ';
     }
-    ++i;
-  }
+  });
   return expression;
+}
+
+QString withMarkedUnits(QString expression) {
+  const QString original = expression;
+  bool isBehindValue = false;
+  forEachPlainCharacter(original, [&](qsizetype i) {
+    const QChar c = original.at(i);
+    const jit::Unit* unit = c == u'{' && isBehindValue ? unitAt(original, i) : nullptr;
+    if (unit != nullptr) {
+      const auto length = static_cast<qsizetype>(unit->text.size());
+      expression.replace(i, length, markedUnit(*unit).leftJustified(length));
+    }
+    isBehindValue = c.isSpace() ? isBehindValue : isEndOfValue(c);
+  });
+  return expression;
+}
+
+QString markedUnit(const jit::Unit& unit) {
+  // The last letter: `{mu}` is `{u}`, and the library would take `~mu` for `~m` and a variable.
+  return QString(u'~') + QLatin1Char(unit.text[unit.text.size() - 2]);
 }
 
 bool isLatin1(const QString& text) {
@@ -91,6 +136,38 @@ QSet<QString> valueNames(const QString& expression) {
     }
   });
   return names;
+}
+
+QString withMarkedColumns(QString expression, const QSet<QString>& columns) {
+  const QString original = expression;
+  const QStringView text(original);
+  QSet<QString> functions;
+  forEachName(text, [&](qsizetype start, qsizetype end) {
+    if (isFollowedByBracket(text, end)) {
+      functions.insert(text.sliced(start, end - start).toString());
+    }
+  });
+  forEachName(text, [&](qsizetype start, qsizetype end) {
+    const QString name = text.sliced(start, end - start).toString();
+    if (columns.contains(name) && functions.contains(name) && !isFollowedByBracket(text, end)) {
+      expression.replace(start, name.size(), markedColumn(name));
+    }
+  });
+  return expression;
+}
+
+QString markedColumn(QString name) {
+  name[0] = QChar(static_cast<char16_t>(kFirstMark + name[0].unicode()));
+  return name;
+}
+
+QString withoutMarks(QString text) {
+  for (QChar& c : text) {
+    if (c >= QChar(kFirstMark) && c < QChar(kEndOfMarks)) {
+      c = QChar(static_cast<char16_t>(c.unicode() - kFirstMark));
+    }
+  }
+  return text;
 }
 
 QString withSignsForWords(QString expression, const QSet<QString>& columns) {

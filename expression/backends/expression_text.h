@@ -12,6 +12,8 @@
 #include <QSet>
 #include <QString>
 
+#include "jit/units.h"
+
 namespace kelvarin {
 
 // CR, LF and TAB outside text literals become blanks.
@@ -28,10 +30,24 @@ QSet<QString> valueNames(const QString& expression);
 // `columns`.
 QString withSignsForWords(QString expression, const QSet<QString>& columns);
 
+// Marks the columns of an expression that calls a function by the same name, for a library that has
+// one table of names. The mark is a character of its own in place of the first one.
+QString withMarkedColumns(QString expression, const QSet<QString>& columns);
+QString markedColumn(QString name);
+QString withoutMarks(QString text);
+
+// Writes the units behind values, such as `{k}`, in the form of markedUnit(), with blanks up to the
+// same length.
+QString withMarkedUnits(QString expression);
+// `~k` for `{k}`, and `~u` for both spellings of micro.
+QString markedUnit(const jit::Unit& unit);
+
 // The bytes for a library that takes Latin-1.
 inline std::string latin1(const QString& text) {
   return text.toLatin1().toStdString();
 }
+
+bool isNameCharacter(QChar c);
 
 // A valid name in every back-end, characters beyond ASCII apart.
 bool isVariableName(const QString& name);

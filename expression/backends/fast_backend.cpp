@@ -8,6 +8,8 @@
 
 #include "expression/backends/expression_text.h"
 #include "expression/backends/fast_functions.h"
+#include "expression/backends/fast_language.h"
+#include "expression/backends/fast_signs.h"
 #include "expression/errors/error_texts.h"
 #include "expression/errors/messages.h"
 
@@ -15,9 +17,13 @@ namespace kelvarin {
 
 namespace {
 
+// As the user wrote it.
+QString shown(const std::string& text) {
+  return abbreviated(withWrittenSigns(QString::fromLatin1(text.c_str())));
+}
+
 ExpressionError errorOf(const mu::ParserError& error) {
-  return {abbreviated(QString::fromLatin1(error.GetMsg().c_str())), error.GetPos(),
-          abbreviated(QString::fromLatin1(error.GetToken().c_str()).trimmed())};
+  return {shown(error.GetMsg()), error.GetPos(), shown(error.GetToken()).trimmed()};
 }
 
 ExpressionError errorOf(const std::exception& error) {
@@ -27,11 +33,12 @@ ExpressionError errorOf(const std::exception& error) {
 class FastExpression final : public NumberExpression {
  public:
   FastExpression(const QString& expression, const ExpressionScope& scope) {
-    m_parser.EnableOptimizer(false);  // it reorders products, which changes their last bits
+    addLanguage(m_parser);
     addLatin1Letters();
     m_functions = addFunctions(m_parser, scope.functions);
     addValues(valueNames(expression), scope);
-    m_parser.SetExpr(latin1(expression));
+    const QString signs = withSignCharacters(expression, namesOf(scope));
+    m_parser.SetExpr(latin1(signs));
   }
 
   // Finds errors without evaluating, which would draw random numbers and assign variables. An error
@@ -48,10 +55,23 @@ class FastExpression final : public NumberExpression {
 
   BackendKind kind() const override { return BackendKind::fast; }
 
-  bool evaluateNumber(double& number) override {
+  NumberCall numberCall() override { return {evaluateNow, this}; }
+
+ private:
+  static bool evaluateNow(void* expression, double* number) {
+    auto& self = *static_cast<FastExpression*>(expression);
     try {
-      number = m_parser.Eval();
+      *number = self.m_parser.Eval();
       return true;
+    } catch (...) {
+      return self.keepError();
+    }
+  }
+
+  // Of the exception in flight.
+  bool keepError() {
+    try {
+      throw;
     } catch (const mu::ParserError& error) {
       m_error = errorOf(error);
     } catch (const std::exception& error) {
@@ -60,7 +80,6 @@ class FastExpression final : public NumberExpression {
     return false;
   }
 
- private:
   void addLatin1Letters() {
     std::string names = m_parser.ValidNameChars();
     for (int c = 0xA0; c <= 0xFF; ++c) {
@@ -70,7 +89,6 @@ class FastExpression final : public NumberExpression {
   }
 
   void addValues(QSet<QString> names, const ExpressionScope& scope) {
-    const mu::valmap_type libraryConstants = m_parser.GetConst();
     m_parser.ClearConst();
     for (const StoredVariable& variable : scope.variables.variables()) {
       if (!variable.isText && isVariableName(variable.name) && names.remove(variable.name)) {
@@ -80,11 +98,6 @@ class FastExpression final : public NumberExpression {
     for (const NamedConstant& constant : scope.constants) {
       if ((constant.backends & kInFast) != 0 && names.remove(constant.name)) {
         m_parser.DefineConst(latin1(constant.name), constant.number);
-      }
-    }
-    for (const auto& [name, number] : libraryConstants) {
-      if (names.contains(QString::fromLatin1(name.c_str()))) {
-        m_parser.DefineConst(name, number);
       }
     }
   }
@@ -114,10 +127,12 @@ CompileResult compileFast(const QString& expression, const ExpressionScope& scop
     const QString message = QString::fromUtf8(messages::kNotLatin1);
     return Failure{ExpressionError{message.arg(backendLabel(BackendKind::fast)), -1, {}}};
   }
-  if (expression.contains(QChar(0))) {
-    return Failure{ExpressionError{QString::fromUtf8(messages::kNulCharacter),
-                                   static_cast<int>(expression.indexOf(QChar(0))),
-                                   {}}};
+  if (const qsizetype position = expression.indexOf(QChar(0)); position >= 0) {
+    return Failure{ExpressionError{
+        QString::fromUtf8(messages::kNulCharacter), static_cast<int>(position), {}}};
+  }
+  if (auto refusal = refusalOfSigns(expression)) {
+    return Failure{std::move(*refusal)};
   }
   try {
     auto compiled = std::make_unique<FastExpression>(expression, scope);

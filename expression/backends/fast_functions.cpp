@@ -30,6 +30,17 @@ void define(mu::Parser& parser, BoundFunction& bound, double (*)(FunctionContext
   parser.DefineFunUserData(bound.line->name, call, &bound, kNeverFold);
 }
 
+double callWithMany(void* data, const double* numbers, int count) {
+  const auto& bound = *static_cast<const BoundFunction*>(data);
+  const auto body = *std::get_if<NumberMany>(&bound.line->number);
+  return body({numbers, static_cast<std::size_t>(count)});
+}
+
+void define(mu::Parser& parser, BoundFunction& bound, NumberMany) {
+  double (*call)(void*, const double*, int) = callWithMany;
+  parser.DefineFunUserData(bound.line->name, call, &bound, kNeverFold);
+}
+
 // Calls a body that takes a text literal, which comes in Latin-1.
 double callWithText(void* data, const char* latin1) {
   const auto& bound = *static_cast<const BoundFunction*>(data);

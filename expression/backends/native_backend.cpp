@@ -1,6 +1,8 @@
 #include "expression/backends/native_backend.h"
 
+#include <algorithm>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "expression/backends/expression_text.h"
@@ -19,33 +21,64 @@ class NativeExpression final : public NumberExpression {
 
   BackendKind kind() const override { return BackendKind::native; }
 
-  bool evaluateNumber(double& number) override {
-    number = (*m_function)(m_values);
+  NumberCall numberCall() override { return {evaluateNow, this}; }
+
+ private:
+  static bool evaluateNow(void* expression, double* number) {
+    const auto& self = *static_cast<const NativeExpression*>(expression);
+    *number = (*self.m_function)(self.m_values);
     return true;
   }
 
- private:
   std::unique_ptr<jit::CompiledFunction> m_function;
   const double* m_values;
 };
 
+// The functions whose bodies the compiler writes itself.
+constexpr std::pair<std::string_view, jit::Intrinsic> kIntrinsics[] = {
+    {"isNuLL", jit::Intrinsic::isNull},       {"isMissing", jit::Intrinsic::isNull},
+    {"isNan", jit::Intrinsic::isNan},         {"isFinite", jit::Intrinsic::isFinite},
+    {"isTrue", jit::Intrinsic::isTrue},       {"not", jit::Intrinsic::logicalNot},
+    {"sqr", jit::Intrinsic::square},          {"nvl", jit::Intrinsic::nvl},
+    {"nvl2", jit::Intrinsic::nvl2},           {"nanvl", jit::Intrinsic::nanvl},
+    {"nanvl2", jit::Intrinsic::nanvl2},       {"finitevl", jit::Intrinsic::finitevl},
+    {"finitevl2", jit::Intrinsic::finitevl2}, {"floor2", jit::Intrinsic::floor2},
+    {"abs", jit::Intrinsic::absolute},        {"sign", jit::Intrinsic::sign},
+    {"rint", jit::Intrinsic::rint},           {"trunc", jit::Intrinsic::truncate}};
+
+jit::Intrinsic intrinsicOf(std::string_view name) {
+  const auto* found = std::find_if(std::begin(kIntrinsics), std::end(kIntrinsics),
+                                   [&](const auto& entry) { return entry.first == name; });
+  return found == std::end(kIntrinsics) ? jit::Intrinsic::none : found->second;
+}
+
+// Those of any number of arguments the compiler has by itself.
 void addFunction(jit::CompilerContext& context, const FunctionLine& line) {
   std::visit(
       [&](auto body) {
         if constexpr (std::is_constructible_v<jit::Function, decltype(body)>) {
-          context.addFunction(line.name, body);
+          context.addFunction(line.name, body, intrinsicOf(line.name));
         }
       },
       line.number);
 }
 
+// What all expressions have in common.
+std::shared_ptr<const jit::CompilerContext> sharedContext() {
+  static const auto shared = [] {
+    auto context = std::make_shared<jit::CompilerContext>();
+    for (const FunctionLine& line : functionTable()) {
+      if ((line.backends & kInNative) != 0) {
+        addFunction(*context, line);
+      }
+    }
+    return context;
+  }();
+  return shared;
+}
+
 void addNames(jit::CompilerContext& context, const QString& expression,
               const ExpressionScope& scope) {
-  for (const FunctionLine& line : functionTable()) {
-    if ((line.backends & kInNative) != 0) {
-      addFunction(context, line);
-    }
-  }
   QSet<QString> open = valueNames(expression);
   for (const StoredVariable& variable : scope.variables.variables()) {
     if (!variable.isText && open.remove(variable.name)) {
@@ -66,7 +99,7 @@ CompileResult compileNative(const QString& expression, const ExpressionScope& sc
     const QString message = QString::fromUtf8(messages::kNotLatin1);
     return Failure{ExpressionError{message.arg(backendLabel(BackendKind::native)), -1, {}}};
   }
-  jit::CompilerContext context;
+  jit::CompilerContext context(sharedContext());
   addNames(context, expression, scope);
   jit::CompileFailure failure;
   auto function = context.compile(latin1(expression), failure);

@@ -55,6 +55,16 @@ mup::Value valueOf(const NamedConstant& constant) {
                                            : utf8(constant.text));
 }
 
+// What the library was given in place of what the user wrote.
+QString asWritten(const std::string& text) {
+  QString written = withoutMarks(QString::fromStdString(text));
+  for (const jit::Unit& unit : jit::kUnits) {
+    const auto length = static_cast<qsizetype>(unit.text.size());
+    written.replace(markedUnit(unit), QString::fromLatin1(unit.text.data(), length));
+  }
+  return written;
+}
+
 // The library counts positions in bytes, in its messages too.
 QString withUnitPosition(QString message, int bytePosition, int unitPosition) {
   const QString pattern = QStringLiteral("position %1");
@@ -62,13 +72,13 @@ QString withUnitPosition(QString message, int bytePosition, int unitPosition) {
 }
 
 ExpressionError errorOf(const mup::ParserError& error, const std::string& expression) {
-  const QString message = QString::fromStdString(error.GetMsg());
+  const QString message = asWritten(error.GetMsg());
   if (message.startsWith(QLatin1String("Assertion"))) {
     return {QString::fromUtf8(messages::kUnparsable), -1, {}};
   }
   const int position = positionOfByte(expression, error.GetPos());
   return {abbreviated(withUnitPosition(message, error.GetPos(), position)), position,
-          abbreviated(QString::fromStdString(error.GetToken()).trimmed())};
+          abbreviated(asWritten(error.GetToken()).trimmed())};
 }
 
 ExpressionError errorOf(const std::exception& error) {
@@ -139,11 +149,15 @@ class StringExpression final : public CompiledExpression {
 
   void addValues(QSet<QString> names, const ExpressionScope& scope, ValueHolders& holders) {
     for (const StoredVariable& variable : scope.variables.variables()) {
-      if (isVariableName(variable.name) && names.remove(variable.name)) {
-        const std::string name = utf8(variable.name);
-        m_parser.freeName(name);
-        m_parser.DefineVar(name,
-                           mup::Variable(&holderOf(variable, scope.variables, holders).value));
+      if (!isVariableName(variable.name)) {
+        continue;
+      }
+      for (const QString& name : {variable.name, markedColumn(variable.name)}) {
+        if (names.remove(name)) {
+          m_parser.freeName(utf8(name));
+          m_parser.DefineVar(utf8(name),
+                             mup::Variable(&holderOf(variable, scope.variables, holders).value));
+        }
       }
     }
     for (const NamedConstant& constant : scope.constants) {
@@ -169,14 +183,6 @@ class StringExpression final : public CompiledExpression {
   StringLibrary m_parser;
 };
 
-QSet<QString> namesOf(const ExpressionScope& scope) {
-  QSet<QString> names;
-  for (const StoredVariable& variable : scope.variables.variables()) {
-    names.insert(variable.name);
-  }
-  return names;
-}
-
 }  // namespace
 
 struct StringBackend::State {
@@ -187,7 +193,9 @@ StringBackend::StringBackend() : m_state(std::make_unique<State>()) {}
 StringBackend::~StringBackend() = default;
 
 CompileResult StringBackend::compile(const QString& expression, const ExpressionScope& scope) {
-  const QString prepared = withSignsForWords(expression, namesOf(scope));
+  const QSet<QString> columns = namesOf(scope);
+  const QString prepared =
+      withMarkedUnits(withMarkedColumns(withSignsForWords(expression, columns), columns));
   if (auto hazard = hazardIn(prepared, expression)) {
     return Failure{std::move(*hazard)};
   }

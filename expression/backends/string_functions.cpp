@@ -3,6 +3,7 @@
 #include <array>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "expression/backends/string_values.h"
 #include "expression/functions/function_table.h"
@@ -26,7 +27,8 @@ double callWith(Body body, FunctionContext& context, const Numbers& numbers,
 double call(const NumberBody& body, FunctionContext& context, const Numbers& numbers) {
   return std::visit(
       [&](auto function) {
-        if constexpr (std::is_same_v<decltype(function), std::monostate>) {
+        using Body = decltype(function);
+        if constexpr (std::is_same_v<Body, std::monostate> || std::is_same_v<Body, NumberMany>) {
           return kNullNumber;
         } else {
           constexpr std::size_t count = countOfArguments(decltype(function){});
@@ -35,6 +37,44 @@ double call(const NumberBody& body, FunctionContext& context, const Numbers& num
       },
       body);
 }
+
+[[noreturn]] void refuseType(const mup::ICallback& callback, int argument, char found,
+                             char expected) {
+  throw mup::ParserError(mup::ErrorContext(mup::ecTYPE_CONFLICT_FUN, callback.GetExprPos(),
+                                           callback.GetIdent(), found, expected, argument + 1));
+}
+
+// A function of any number of numbers.
+class ManyNumbersFunction final : public mup::ICallback {
+ public:
+  explicit ManyNumbersFunction(const FunctionLine& line)
+      : mup::ICallback(mup::cmFUNC, line.name, kAnyArgumentCount),
+        m_line(line),
+        m_body(std::get<NumberMany>(line.number)) {}
+
+  const mup::char_type* GetDesc() const override { return m_line.help; }
+  mup::IToken* Clone() const override { return new ManyNumbersFunction(*this); }
+
+  void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int count) override {
+    if (count < 1) {
+      throw mup::ParserError(mup::ErrorContext(mup::ecTOO_FEW_PARAMS, GetExprPos(), GetIdent()));
+    }
+    m_numbers.clear();
+    for (int i = 0; i < count; ++i) {
+      const char type = arguments[i]->GetType();
+      if (type != 'f' && type != 'i') {
+        refuseType(*this, i, type, 'f');
+      }
+      m_numbers.push_back(arguments[i]->GetFloat());
+    }
+    *result = m_body(m_numbers);
+  }
+
+ private:
+  const FunctionLine& m_line;
+  NumberMany m_body;
+  std::vector<double> m_numbers;
+};
 
 bool isTestValue(const mup::IValue& value) {
   const auto* test = dynamic_cast<const TestValue*>(&value);
@@ -64,7 +104,7 @@ class TableFunction final : public mup::ICallback {
     } else if (m_arguments[static_cast<std::size_t>(m_firstText)].isNull()) {
       *result = kNullNumber;
     } else {
-      refuse(m_firstText, 's', 'f');
+      refuseType(*this, m_firstText, 's', 'f');
     }
   }
 
@@ -88,7 +128,7 @@ class TableFunction final : public mup::ICallback {
                                    : FunctionArgument(std::string_view(value.GetString()));
           break;
         default:
-          refuse(i, value.GetType(), 's');
+          refuseType(*this, i, value.GetType(), 's');
       }
     }
   }
@@ -144,11 +184,6 @@ class TableFunction final : public mup::ICallback {
     }
   }
 
-  [[noreturn]] void refuse(int argument, char found, char expected) const {
-    throw mup::ParserError(mup::ErrorContext(mup::ecTYPE_CONFLICT_FUN, GetExprPos(), GetIdent(),
-                                             found, expected, argument + 1));
-  }
-
   const FunctionLine& m_line;
   FunctionContext& m_context;
   Numbers m_numbers{};
@@ -157,13 +192,20 @@ class TableFunction final : public mup::ICallback {
   FunctionResult m_result;
 };
 
+mup::ptr_cal_type callbackOf(const FunctionLine& line, FunctionContext& context) {
+  if (line.argumentCount == kAnyArgumentCount) {
+    return mup::ptr_cal_type(new ManyNumbersFunction(line));
+  }
+  return mup::ptr_cal_type(new TableFunction(line, context));
+}
+
 }  // namespace
 
 void addFunctions(mup::ParserX& parser, FunctionContext& context) {
   for (const FunctionLine& line : functionTable()) {
     if ((line.backends & kInString) != 0) {
       parser.RemoveFun(line.name);
-      parser.DefineFun(new TableFunction(line, context));
+      parser.DefineFun(callbackOf(line, context));
     }
   }
 }

@@ -6,12 +6,16 @@
 
 #include <mpFuncMatrix.h>
 #include <mpOprtBinCommon.h>
-#include <mpOprtNonCmplx.h>
 
 #include <QString>
 
+#include "expression/backends/expression_text.h"
+#include "expression/backends/string_bits.h"
+#include "expression/backends/string_operators.h"
 #include "expression/backends/string_values.h"
 #include "expression/errors/messages.h"
+#include "jit/arithmetic.h"
+#include "jit/units.h"
 
 namespace kelvarin {
 
@@ -19,14 +23,6 @@ namespace {
 
 // Common, unit, non-complex, string and matrix.
 constexpr unsigned kPackages = 59;
-
-[[noreturn]] void refuse(const mup::ICallback& callback, const QString& message) {
-  mup::ErrorContext context(mup::ecGENERIC, callback.GetExprPos(), callback.GetIdent());
-  context.Hint = message.toStdString();
-  mup::ParserError error(message.toStdString());
-  error.GetContext() = context;
-  throw error;
-}
 
 // Joins two texts; null when one of them is.
 class Concatenation final : public mup::OprtStrAdd {
@@ -44,22 +40,6 @@ class Concatenation final : public mup::OprtStrAdd {
     *result = left + right;
   }
   mup::IToken* Clone() const override { return new Concatenation(*this); }
-};
-
-// Multiplies as the library does, but no giant matrices.
-class Multiplication final : public mup::OprtMul {
- public:
-  void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int count) override {
-    if (arguments[0]->IsMatrix() && arguments[1]->IsMatrix()) {
-      const mup::int_type elements =
-          mup::int_type{arguments[0]->GetRows()} * arguments[1]->GetCols();
-      if (elements > kMaximumElements) {
-        refuse(*this, QString::fromUtf8(messages::kTooManyElements).arg(kMaximumElements));
-      }
-    }
-    mup::OprtMul::Eval(result, arguments, count);
-  }
-  mup::IToken* Clone() const override { return new Multiplication(*this); }
 };
 
 // `eye`, `ones` and `zeros`, which the library lets take any size.
@@ -100,11 +80,13 @@ class Factorial final : public mup::IOprtPostfix {
   Factorial() : mup::IOprtPostfix("!") {}
 
   void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int) override {
-    if (!arguments[0]->IsInteger()) {
-      throw mup::ParserError(mup::ErrorContext(mup::ecTYPE_CONFLICT_FUN, GetExprPos(), GetIdent(),
-                                               arguments[0]->GetType(), 'i', 1));
+    const char type = arguments[0]->GetType();
+    const bool isNumber = type == 'i' || type == 'f';
+    const double number = isNumber ? arguments[0]->GetFloat() : kNullNumber;
+    if (number != std::floor(number)) {
+      throw mup::ParserError(
+          mup::ErrorContext(mup::ecTYPE_CONFLICT_FUN, GetExprPos(), GetIdent(), type, 'i', 1));
     }
-    const double number = arguments[0]->GetFloat();
     if (number < 0.0) {
       throw mup::ParserError(mup::ErrorContext(mup::ecDOMAIN_ERROR, GetExprPos(), GetIdent()));
     }
@@ -116,6 +98,27 @@ class Factorial final : public mup::IOprtPostfix {
   }
   const mup::char_type* GetDesc() const override { return "x! - factorial of a whole number"; }
   mup::IToken* Clone() const override { return new Factorial(*this); }
+};
+
+// A unit as withMarkedUnits() writes it, since braces make arrays in this library.
+class UnitPostfix final : public mup::IOprtPostfix {
+ public:
+  explicit UnitPostfix(const jit::Unit& unit)
+      : mup::IOprtPostfix(markedUnit(unit).toStdString().c_str()), m_factor(unit.factor) {}
+
+  void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int) override {
+    const char type = arguments[0]->GetType();
+    if (type != 'f' && type != 'i') {
+      throw mup::ParserError(
+          mup::ErrorContext(mup::ecTYPE_CONFLICT_FUN, GetExprPos(), GetIdent(), type, 'f', 1));
+    }
+    *result = jit::multiply(arguments[0]->GetFloat(), m_factor);
+  }
+  const mup::char_type* GetDesc() const override { return "x{k} - a number with its unit"; }
+  mup::IToken* Clone() const override { return new UnitPostfix(*this); }
+
+ private:
+  double m_factor;
 };
 
 std::string nameCharacters(const mup::ParserX& parser) {
@@ -131,16 +134,22 @@ std::string nameCharacters(const mup::ParserX& parser) {
 StringLibrary::StringLibrary() : mup::ParserX(kPackages) {
   DefineNameChars(nameCharacters(*this).c_str());
   // The library finds word operators at the head of longer names, in `order` and `android`; words
-  // are rewritten as signs.
-  m_OprtShortcutDef.erase("and");
-  m_OprtShortcutDef.erase("or");
+  // are rewritten as signs, which addOperators() defines.
+  m_OprtShortcutDef.clear();
 
   RemoveOprt("//");
   DefineOprt(mup::TokenPtr<mup::IOprtBin>(new Concatenation));
-  RemoveOprt("*");
-  DefineOprt(mup::TokenPtr<mup::IOprtBin>(new Multiplication));
+  addOperators(*this);
+  addBitOperators(*this);
   RemovePostfixOprt("!");
   DefinePostfixOprt(new Factorial);
+  for (const char* name : {"n", "u", "mu", "m", "k", "M", "G"}) {
+    RemovePostfixOprt(name);
+  }
+  for (const jit::Unit& unit : jit::kUnits) {
+    RemovePostfixOprt(markedUnit(unit).toStdString());  // one of two spellings
+    DefinePostfixOprt(new UnitPostfix(unit));
+  }
   for (const char* name : {"eye", "ones", "zeros"}) {
     RemoveFun(name);
   }
@@ -155,7 +164,7 @@ void StringLibrary::freeName(const mup::string_type& name) {
   RemoveOprt(name);
   RemovePostfixOprt(name);
   RemoveInfixOprt(name);
-  m_OprtShortcutDef.erase(name);
+  RemoveInfixOprt('(' + name + ')');  // a cast
 }
 
 void StringLibrary::warmUp() {

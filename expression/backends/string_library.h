@@ -11,8 +11,6 @@ namespace kelvarin {
 
 // The most bytes a text may get by concatenation.
 inline constexpr std::size_t kMaximumTextBytes = std::size_t{64} << 20;
-// The most elements of an array that a function makes.
-inline constexpr mup::int_type kMaximumElements = 1000;
 
 class StringLibrary final : public mup::ParserX {
  public:

@@ -60,8 +60,10 @@ class VariableStore {
   double rowNumber() const { return m_rowNumber; }
   void advanceRow() {
     m_rowNumber += 1.0;
-    m_numbers[0] = m_rowNumber;  // an expression may have assigned to `_n`
+    restoreRowNumber();
   }
+  // An expression may have assigned to `_n`.
+  void restoreRowNumber() { m_numbers[0] = m_rowNumber; }
 
  private:
   std::vector<StoredVariable> m_variables;

@@ -49,6 +49,11 @@ QString filterErrorText(const ExpressionError& error, std::int64_t row) {
          rowLine(messages::kRowLine, error, row, QStringLiteral("FilterRows"));
 }
 
+QString keyOutOfRangeText(const QString& output, std::int64_t row, double value) {
+  return QString::fromUtf8(messages::kKeyOutOfRange)
+      .arg(output, QString::number(row), QString::number(value));
+}
+
 QString checkErrorText(const ExpressionError& error) {
   return error.message + QString::fromUtf8(messages::kTokenLine) + error.token +
          QString::fromUtf8(messages::kCheckPositionLine).arg(error.position);

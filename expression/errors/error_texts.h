@@ -26,6 +26,9 @@ QString vectorizedErrorText(const QString& expressionName, const ExpressionError
                             const FailurePlace& place);
 QString filterErrorText(const ExpressionError& error, std::int64_t row);
 
+// A number that is no key; the row is `_n`.
+QString keyOutOfRangeText(const QString& output, std::int64_t row, double value);
+
 // As the editor's check shows it.
 QString checkErrorText(const ExpressionError& error);
 // For callers that know neither row nor name.

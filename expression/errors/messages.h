@@ -16,6 +16,8 @@ inline constexpr char kRowLineOfString[] =
     "\n On Data Row %1 at position %2: Please click the \"? (F7)\" check button  inside the "
     "property window of the '%3' action to test & fix the expression.";
 inline constexpr char kPositionLine[] = "\nAt position %1.";
+inline constexpr char kKeyOutOfRange[] =
+    "Out of range: variable '%1' cannot be converted to key on row %2 (value=%3).";
 
 // Check.
 inline constexpr char kTokenLine[] = "\n  Error Token:";
@@ -39,9 +41,14 @@ inline constexpr char kTooLong[] =
 inline constexpr char kTooManyResults[] =
     "The expression gives several values, separated by commas; one was expected.";
 inline constexpr char kNulCharacter[] = "The expression holds a NUL character. Remove it.";
+inline constexpr char kControlCharacter[] =
+    "The expression holds a control character. Remove it.";
 inline constexpr char kTooDeep[] = "Brackets are nested more than %1 deep. Split the expression.";
 inline constexpr char kOperandMissing[] = "Unexpected operator \"%1\" found at position %2.";
 inline constexpr char kUnparsable[] = "The expression cannot be understood. Check its operators.";
+inline constexpr char kMixedBitOperators[] =
+    "The %1 takes bit operators of one kind only, and none beside comparisons. Use the String "
+    "Parser.";
 inline constexpr char kNotLatin1[] =
     "The %1 takes no character beyond Latin-1. Use the String Parser.";
 inline constexpr char kArrayResult[] =

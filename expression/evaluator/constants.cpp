@@ -8,10 +8,10 @@ namespace kelvarin {
 
 namespace {
 
-NamedConstant constantOf(const ConstantLine& line) {
+NamedConstant constantOf(const ConstantLine& line, const GlobalParameters* parameters) {
   const bool isText = line.text != nullptr;
   return {QString::fromLatin1(line.name), line.backends, isText, line.number,
-          isText ? line.text() : QString()};
+          isText ? line.text(parameters) : QString()};
 }
 
 NamedConstant constantOf(const QString& name, const QString& text) {
@@ -24,14 +24,14 @@ NamedConstant constantOf(const QString& name, const QString& text) {
 }  // namespace
 
 std::vector<NamedConstant> constantsOf(const GlobalParameters* parameters) {
+  const QMap<QString, QString> values =
+      parameters == nullptr ? QMap<QString, QString>() : parameters->values();
   std::vector<NamedConstant> constants;
   for (const ConstantLine& line : constantTable()) {
-    constants.push_back(constantOf(line));
+    if (!line.yieldsToParameters || !values.contains(QString::fromLatin1(line.name))) {
+      constants.push_back(constantOf(line, parameters));
+    }
   }
-  if (parameters == nullptr) {
-    return constants;
-  }
-  const QMap<QString, QString>& values = parameters->values();
   for (auto value = values.begin(); value != values.end(); ++value) {
     if (isVariableName(value.key())) {
       constants.push_back(constantOf(value.key(), value.value()));

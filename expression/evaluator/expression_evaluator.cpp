@@ -1,5 +1,6 @@
 #include "expression/evaluator/expression_evaluator.h"
 
+#include <algorithm>
 #include <cassert>
 #include <cstring>
 #include <optional>
@@ -82,6 +83,9 @@ struct ExpressionEvaluator::State {
   ResultWriter writer;
   std::vector<std::string> textsByHand;  // one an input
 
+  int element = 0;           // of the vectors in the current row
+  QStringList elementNames;  // of the outputs, element by element; may be empty
+
   RowFailure lastFailure;
   FailureCount failures;
 
@@ -129,17 +133,22 @@ struct ExpressionEvaluator::State {
     made->meta = variable.meta;
     made->use = use;
     made->expression = std::move(*compiled);
-    const bool isPlain = use == ResultUse::truth ||
-                         (use == ResultUse::column && variable.meta == MetaTypeColumn::number);
-    made->shortWay = isPlain ? made->expression->asNumberExpression() : nullptr;
     ResultWriter::writeNull(*made);
     return made;
   }
 
+  QString nameOf(const ExpressionOutput& output) const {
+    const auto place = std::find_if(outputs.begin(), outputs.end(),
+                                    [&](const auto& other) { return other.get() == &output; });
+    const auto index = static_cast<std::size_t>(element) * outputs.size() +
+                       static_cast<std::size_t>(place - outputs.begin());
+    return elementNames.value(static_cast<qsizetype>(index), output.name);
+  }
+
   RowOutcome fail(const ExpressionOutput& output, const ExpressionError& error) {
-    lastFailure = {RowFailure::Kind::evaluation, output.name, error, output.expression->kind(),
+    lastFailure = {RowFailure::Kind::evaluation, nameOf(output), error, output.expression->kind(),
                    0.0};
-    failures.add(output.name, error.message, variables.rowNumber());
+    failures.add(lastFailure.name, error.message, variables.rowNumber());
     return options.abortWhenError ? RowOutcome::stop : RowOutcome::failed;
   }
 
@@ -149,7 +158,8 @@ struct ExpressionEvaluator::State {
   }
 
   RowOutcome failToCast(const ExpressionOutput& output, double number) {
-    lastFailure = {RowFailure::Kind::keyCast, output.name, {}, output.expression->kind(), number};
+    lastFailure = {
+        RowFailure::Kind::keyCast, nameOf(output), {}, output.expression->kind(), number};
     return RowOutcome::stop;
   }
 
@@ -182,6 +192,7 @@ ExpressionEvaluator::ExpressionEvaluator() : m_state(std::make_unique<State>()) 
 ExpressionEvaluator::~ExpressionEvaluator() = default;
 
 void ExpressionEvaluator::clear() {
+  m_shortWays.clear();
   m_state = std::make_unique<State>();
 }
 
@@ -195,6 +206,7 @@ void ExpressionEvaluator::configure(const EvaluationOptions& options,
   state.isObserved = isObserved;
   state.constants = constantsOf(parameters);
   state.functions.dates.configure(options.time);
+  state.functions.filesFolder = parameters == nullptr ? QString() : parameters->dataDirRead();
   state.variables.reset(options.addN);
   state.textsByHand.resize(inputs.size());
   for (const InputVariable& input : inputs) {
@@ -217,8 +229,9 @@ DateStatus ExpressionEvaluator::prepareDateContext(const QStringList& expression
 }
 
 Status<QString> ExpressionEvaluator::bind(const OneRow& columns,
-                                          const std::function<QString(const QString&)>& expand) {
-  return m_state->binding.bind(m_state->inputs, m_state->places, columns, expand);
+                                          const std::function<QString(const QString&)>& expand,
+                                          int elementCount) {
+  return m_state->binding.bind(m_state->inputs, m_state->places, columns, expand, elementCount);
 }
 
 Status<ExpressionError> ExpressionEvaluator::compile(const OutputVariable& output, ResultUse use) {
@@ -227,8 +240,19 @@ Status<ExpressionError> ExpressionEvaluator::compile(const OutputVariable& outpu
     return Failure{made.error()};
   }
   m_state->hasStringOutput |= (*made)->expression->kind() == BackendKind::string;
+  m_shortWays.push_back(shortWayOf(**made));
   m_state->outputs.push_back(std::move(*made));
   return Done{};
+}
+
+ExpressionEvaluator::ShortWay ExpressionEvaluator::shortWayOf(ExpressionOutput& output) {
+  const bool isPlain = output.use == ResultUse::truth ||
+                       (output.use == ResultUse::column && output.meta == MetaTypeColumn::number);
+  NumberExpression* expression = isPlain ? output.expression->asNumberExpression() : nullptr;
+  if (expression == nullptr) {
+    return {};
+  }
+  return {expression->numberCall(), ::new (output.cell) double(kNullNumber)};
 }
 
 int ExpressionEvaluator::outputCount() const {
@@ -265,39 +289,47 @@ QString ExpressionEvaluator::check(const OutputVariable& output, ResultUse use) 
 }
 
 RowOutcome ExpressionEvaluator::loadRow(const OneRow& row) {
+  m_state->writer.startRow();
+  return loadElement(row, 0);
+}
+
+RowOutcome ExpressionEvaluator::loadElement(const OneRow& row, int element) {
   State& state = *m_state;
-  if (!state.binding.load(row, state.variables, state.functions.dates,
+  state.element = element;
+  state.variables.restoreRowNumber();
+  if (!state.binding.load(row, element, state.variables, state.functions.dates,
                           state.options.keyCast.nullOnInput)) {
     state.lastFailure = {};
     state.lastFailure.kind = RowFailure::Kind::nullKey;
     state.lastFailure.name = state.binding.failedVariable();
     return RowOutcome::stop;
   }
-  state.startRow();
+  if (state.hasStringOutput) {
+    state.stringBackend.load(state.variables);
+  }
   return RowOutcome::ok;
 }
 
-RowOutcome ExpressionEvaluator::evaluate(int output) {
-  ExpressionOutput& target = m_state->output(output);
-  if (target.shortWay == nullptr) {
-    return m_state->evaluate(target);
-  }
-  double number = kNullNumber;
-  if (!target.shortWay->evaluateNumber(number)) [[unlikely]] {
-    return m_state->failToEvaluate(target);
-  }
-  std::memcpy(target.cell, &number, sizeof number);
-  return RowOutcome::ok;
+void ExpressionEvaluator::nameElements(const QStringList& names) {
+  m_state->elementNames = names;
+}
+
+RowOutcome ExpressionEvaluator::evaluateAnyValue(int output) {
+  return m_state->evaluate(m_state->output(output));
+}
+
+RowOutcome ExpressionEvaluator::failToEvaluate(int output) {
+  return m_state->failToEvaluate(m_state->output(output));
 }
 
 RowOutcome ExpressionEvaluator::evaluateTruth(int output, bool& isTrue) {
-  ExpressionOutput& target = m_state->output(output);
+  const NumberCall& call = m_shortWays[static_cast<std::size_t>(output)].call;
   EvaluatedValue value;
-  const bool isEvaluated = target.shortWay != nullptr
-                               ? target.shortWay->evaluateNumber(value.number)
-                               : target.expression->evaluate(value);
+  const bool isEvaluated = call.function != nullptr
+                               ? call(&value.number)
+                               : m_state->output(output).expression->evaluate(value);
   isTrue = isEvaluated && isTrueValue(value);
-  return isEvaluated ? RowOutcome::ok : m_state->fail(target, target.expression->error());
+  return isEvaluated ? RowOutcome::ok : failToEvaluate(output);
 }
 
 void ExpressionEvaluator::advanceRow() {

@@ -16,6 +16,7 @@
 
 #include "base/result.h"
 #include "expression/backends/backend_kind.h"
+#include "expression/backends/compiled_expression.h"
 #include "expression/dates/date_status.h"
 #include "expression/errors/expression_error.h"
 #include "expression/evaluator/variables.h"
@@ -53,6 +54,8 @@ struct ExpressionValue {
   QString text;                 // null for the null text
 };
 
+struct ExpressionOutput;
+
 class ExpressionEvaluator {
  public:
   ExpressionEvaluator();
@@ -77,7 +80,9 @@ class ExpressionEvaluator {
 
   // Finds the columns of every variable; `expand` replaces graph parameters in their names. The
   // error is the text to log: an unknown column, or columns of one variable that differ in type.
-  Status<QString> bind(const OneRow& columns, const std::function<QString(const QString&)>& expand);
+  // `elementCount`: so many columns has each variable that is a vector.
+  Status<QString> bind(const OneRow& columns, const std::function<QString(const QString&)>& expand,
+                       int elementCount = 1);
 
   // Adds an output.
   Status<ExpressionError> compile(const OutputVariable& output, ResultUse use = ResultUse::column);
@@ -89,8 +94,20 @@ class ExpressionEvaluator {
   QString check(const OutputVariable& output, ResultUse use = ResultUse::column);
 
   RowOutcome loadRow(const OneRow& row);
+  // The row's next element: vectors change to their next column, results are computed anew, and
+  // texts made for earlier elements stay.
+  RowOutcome loadElement(const OneRow& row, int element);
   // Evaluates into the output's result cell, or its target when it is a text.
-  RowOutcome evaluate(int output);
+  RowOutcome evaluate(int output) {
+    const ShortWay& way = m_shortWays[static_cast<std::size_t>(output)];
+    if (way.call.function == nullptr) {
+      return evaluateAnyValue(output);
+    }
+    if (!way.call(way.result)) [[unlikely]] {
+      return failToEvaluate(output);
+    }
+    return RowOutcome::ok;
+  }
   // The truth of an output compiled for it: false for zero, null and empty or null text; true for
   // all else.
   RowOutcome evaluateTruth(int output, bool& isTrue);
@@ -99,6 +116,10 @@ class ExpressionEvaluator {
   // Counted from 0; the value of `_n`.
   double rowNumber() const;
   const RowFailure& lastFailure() const;
+
+  // What the outputs of each element are called in messages, element by element; without it they
+  // have their own names.
+  void nameElements(const QStringList& names);
 
   // The bytes of the current result of a number or key output, at the same place for the whole run.
   unsigned char* resultCell(int output);
@@ -122,7 +143,18 @@ class ExpressionEvaluator {
 
  private:
   struct State;
+  // Of a number column or a condition on a back-end of numbers, else empty.
+  struct ShortWay {
+    NumberCall call;
+    double* result = nullptr;  // in the output's cell
+  };
+
+  static ShortWay shortWayOf(ExpressionOutput& output);
+  RowOutcome evaluateAnyValue(int output);
+  RowOutcome failToEvaluate(int output);
+
   std::unique_ptr<State> m_state;
+  std::vector<ShortWay> m_shortWays;  // one an output
 };
 
 }  // namespace kelvarin

@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "base/null_number.h"
+#include "host/contract/shortest_number.h"
 
 namespace kelvarin {
 
@@ -43,10 +44,7 @@ std::string_view ShortestNumber::print(double number) {
   if (isNullNumber(number)) {
     return {};
   }
-  if (std::isnan(number)) {
-    return "nan";
-  }
-  const auto end = std::to_chars(m_digits.data(), m_digits.data() + m_digits.size(), number).ptr;
+  const char* end = appendShortest(m_digits.data(), number);
   return {m_digits.data(), static_cast<std::size_t>(end - m_digits.data())};
 }
 

@@ -6,6 +6,8 @@
 #include <optional>
 #include <string_view>
 
+#include "host/contract/shortest_number.h"
+
 namespace kelvarin {
 
 // The number that the whole text is, blanks around it allowed; nothing for a blank or any other
@@ -22,7 +24,7 @@ class ShortestNumber {
   std::string_view print(std::uint32_t key);
 
  private:
-  std::array<char, 32> m_digits;
+  std::array<char, kLongestNumberText> m_digits;
 };
 
 }  // namespace kelvarin

@@ -21,7 +21,6 @@ struct ExpressionOutput {
   MetaTypeColumn meta = MetaTypeColumn::number;
   ResultUse use = ResultUse::column;
   std::unique_ptr<CompiledExpression> expression;
-  NumberExpression* shortWay = nullptr;  // of numbers and conditions on a back-end of numbers
   alignas(double) unsigned char cell[sizeof(double)] = {};
   unsigned char** textTarget = nullptr;  // receives the pointer to a text's bytes
   ExpressionValue value;                 // for ResultUse::anyValue

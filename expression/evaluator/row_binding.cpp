@@ -40,43 +40,69 @@ TextCell textOfKey(std::uint32_t key, ShortestNumber& printed) {
 
 void RowBinding::clear() {
   m_entries.clear();
+  m_columns.clear();
   m_failedVariable.clear();
 }
 
 Status<QString> RowBinding::bind(const std::vector<InputVariable>& inputs,
                                  const std::vector<std::size_t>& places, const OneRow& columns,
-                                 const Expand& expand) {
-  m_entries.clear();
+                                 const Expand& expand, int elementCount) {
+  clear();
+  m_columns.resize(inputs.size() * static_cast<std::size_t>(elementCount));
   for (std::size_t i = 0; i < inputs.size(); ++i) {
-    const InputVariable& input = inputs[i];
-    const QStringList names = input.columns.isEmpty() ? QStringList{input.name()} : input.columns;
-    QString firstName;
-    int firstColumn = -1;
-    int column = -1;
-    QString name;
-    for (const QString& unexpanded : names) {
-      name = expand(unexpanded);
-      column = columns.getIndexOfColumn(name);
-      if (column < 0) {
-        return Failure{QString::fromUtf8(messages::kColumnNotFound).arg(name)};
-      }
-      if (firstColumn < 0) {
-        firstColumn = column;
-        firstName = name;
-      }
-      if (columns.getMetaType(column) != columns.getMetaType(firstColumn)) {
-        return Failure{QString::fromUtf8(messages::kColumnTypesDiffer).arg(firstName, name)};
-      }
+    const auto found = columnsOf(inputs[i], columns, expand);
+    if (!found) {
+      return Failure{found.error()};
     }
-    Entry& entry = m_entries.emplace_back();
-    entry.route = routeOf(kindOf(input), columns.getMetaType(column));
-    entry.column = column;
-    entry.place = places[i];
-    entry.variable = input.name();
-    entry.columnName = name;
-    entry.printed = std::make_unique<ShortestNumber>();
+    for (int element = 0; element < elementCount; ++element) {
+      m_columns[static_cast<std::size_t>(element) * inputs.size() + i] =
+          inputs[i].isVector ? (*found)[static_cast<std::size_t>(element)] : found->back();
+    }
+    m_entries.push_back(entryFor(inputs[i], places[i], *found, columns));
   }
   return Done{};
+}
+
+// All of them exist and have one type.
+Result<std::vector<int>, QString> RowBinding::columnsOf(const InputVariable& input,
+                                                        const OneRow& columns,
+                                                        const Expand& expand) {
+  const QStringList names = input.columns.isEmpty() ? QStringList{input.name()} : input.columns;
+  std::vector<int> found;
+  found.reserve(static_cast<std::size_t>(names.size()));
+  for (const QString& unexpanded : names) {
+    const QString name = expand(unexpanded);
+    const int column = columns.getIndexOfColumn(name);
+    if (column < 0) {
+      return Failure{QString::fromUtf8(messages::kColumnNotFound).arg(name)};
+    }
+    found.push_back(column);
+    if (columns.getMetaType(column) != columns.getMetaType(found.front())) {
+      return Failure{QString::fromUtf8(messages::kColumnTypesDiffer)
+                         .arg(columns.colName(found.front()), name)};
+    }
+  }
+  return found;
+}
+
+RowBinding::Entry RowBinding::entryFor(const InputVariable& input, std::size_t place,
+                                       const std::vector<int>& columnsOfInput,
+                                       const OneRow& columns) {
+  Entry entry;
+  entry.route = routeOf(kindOf(input), columns.getMetaType(columnsOfInput.front()));
+  entry.isVector = input.isVector;
+  entry.place = place;
+  entry.variable = input.name();
+  entry.printed = std::make_unique<ShortestNumber>();
+  if (entry.route == Route::textToNumber || entry.route == Route::textToDate) {
+    const std::size_t remembered = input.isVector ? columnsOfInput.size() : 1;
+    entry.memories.resize(remembered);
+    for (std::size_t i = 0; i < remembered; ++i) {
+      const int column = input.isVector ? columnsOfInput[i] : columnsOfInput.back();
+      entry.memories[i].columnName = columns.colName(column);
+    }
+  }
+  return entry;
 }
 
 RowBinding::Route RowBinding::routeOf(VariableKind kind, MetaTypeColumn column) {
@@ -89,15 +115,20 @@ RowBinding::Route RowBinding::routeOf(VariableKind kind, MetaTypeColumn column) 
   return kRoutes[static_cast<int>(kind)][from];
 }
 
-bool RowBinding::load(const OneRow& row, VariableStore& store, const DateContext& dates,
-                      int nullKeyMode) {
+bool RowBinding::givesText(Route route) {
+  return route == Route::textToText || route == Route::numberToText || route == Route::keyToText;
+}
+
+bool RowBinding::load(const OneRow& row, int element, VariableStore& store,
+                      const DateContext& dates, int nullKeyMode) {
   unsigned char* const* values = row.getAllColForRead();
   double* numbers = store.numbers();
+  const int* column = m_columns.data() + static_cast<std::size_t>(element) * m_entries.size();
   for (Entry& entry : m_entries) {
-    const unsigned char* bytes = values[entry.column];
+    const unsigned char* bytes = values[*column++];
     if (entry.route == Route::numberToNumber) {
       numbers[entry.place] = numberFromBytes(bytes);
-    } else if (!loadEntry(entry, bytes, store, dates, nullKeyMode)) {
+    } else if (!loadEntry(entry, bytes, element, store, dates, nullKeyMode)) {
       m_failedVariable = entry.variable;
       return false;
     }
@@ -105,8 +136,11 @@ bool RowBinding::load(const OneRow& row, VariableStore& store, const DateContext
   return true;
 }
 
-bool RowBinding::loadEntry(Entry& entry, const unsigned char* bytes, VariableStore& store,
-                           const DateContext& dates, int nullKeyMode) {
+bool RowBinding::loadEntry(Entry& entry, const unsigned char* bytes, int element,
+                           VariableStore& store, const DateContext& dates, int nullKeyMode) {
+  if (element > 0 && !entry.isVector && givesText(entry.route)) {
+    return true;  // no expression can have changed it since the row's first element
+  }
   double* numbers = store.numbers();
   switch (entry.route) {
     case Route::numberToNumber:
@@ -115,7 +149,8 @@ bool RowBinding::loadEntry(Entry& entry, const unsigned char* bytes, VariableSto
     case Route::keyToNumber:
       return loadKey(keyFromBytes(bytes), nullKeyMode, numbers[entry.place]);
     case Route::textToNumber:
-      numbers[entry.place] = numberOfText(entry, textFromBytes(bytes), store.rowNumber());
+      numbers[entry.place] =
+          numberOfText(entry.memory(element), textFromBytes(bytes), store.rowNumber());
       return true;
     case Route::textToText:
       store.text(entry.place) = {textFromBytes(bytes), isNullText(bytes)};
@@ -127,7 +162,7 @@ bool RowBinding::loadEntry(Entry& entry, const unsigned char* bytes, VariableSto
       store.text(entry.place) = textOfKey(keyFromBytes(bytes), *entry.printed);
       return true;
     case Route::textToDate:
-      numbers[entry.place] = elapsedTimeOfText(entry, bytes, dates);
+      numbers[entry.place] = elapsedTimeOfText(entry.memory(element), bytes, dates);
       return true;
     case Route::numberToDate:
       numbers[entry.place] = elapsedTimeOfNumber(numberFromBytes(bytes), dates);
@@ -139,42 +174,62 @@ bool RowBinding::loadEntry(Entry& entry, const unsigned char* bytes, VariableSto
   return true;
 }
 
-double RowBinding::numberOfText(Entry& entry, std::string_view text, double row) {
+double RowBinding::numberOfText(ColumnMemory& memory, std::string_view text, double row) {
   if (const auto number = numberOfWholeText(text)) {
     return *number;
   }
   if (!isBlankText(text)) {
-    entry.firstRefusedRow = entry.refusedCount == 0 ? row : entry.firstRefusedRow;
-    ++entry.refusedCount;
+    memory.firstRefusedRow = memory.refusedCount == 0 ? row : memory.firstRefusedRow;
+    ++memory.refusedCount;
   }
   return kNullNumber;
 }
 
-double RowBinding::elapsedTimeOfText(Entry& entry, const unsigned char* bytes,
+double RowBinding::elapsedTimeOfText(ColumnMemory& memory, const unsigned char* bytes,
                                      const DateContext& dates) {
   const std::string_view text = textFromBytes(bytes);
   if (text.empty()) {
     return dates.parameters().emptyETToNull ? kNullNumber : 0.0;
   }
-  if (!entry.hasLastDate || entry.lastDate != text) {
-    entry.lastDate.assign(text);
-    entry.hasLastDate = true;
-    entry.lastElapsedTime =
+  if (!memory.hasLastDate || memory.lastDate != text) {
+    memory.lastDate.assign(text);
+    memory.hasLastDate = true;
+    memory.lastElapsedTime =
         dates.toElapsedTime(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
   }
-  return entry.lastElapsedTime;
+  return memory.lastElapsedTime;
 }
 
 QStringList RowBinding::warnings() const {
   QStringList warnings;
   for (const Entry& entry : m_entries) {
-    if (entry.refusedCount > 0) {
-      warnings += QString::fromUtf8(messages::kNotANumber)
-                      .arg(entry.columnName, QString::number(entry.refusedCount),
-                           QString::number(entry.firstRefusedRow, 'f', 0));
-    }
+    addWarnings(entry, warnings);
   }
   return warnings;
+}
+
+// A vector may have thousands of columns: the first few are named, the others counted.
+void RowBinding::addWarnings(const Entry& entry, QStringList& warnings) {
+  constexpr int kNamedColumns = 5;
+  int columns = 0;
+  long long valuesOfOthers = 0;
+  for (const ColumnMemory& memory : entry.memories) {
+    if (memory.refusedCount == 0) {
+      continue;
+    }
+    if (columns++ < kNamedColumns) {
+      warnings += QString::fromUtf8(messages::kNotANumber)
+                      .arg(memory.columnName, QString::number(memory.refusedCount),
+                           QString::number(memory.firstRefusedRow, 'f', 0));
+    } else {
+      valuesOfOthers += memory.refusedCount;
+    }
+  }
+  if (columns > kNamedColumns) {
+    warnings += QString::fromUtf8(messages::kMoreNotNumbers)
+                    .arg(QString::number(columns - kNamedColumns), entry.variable,
+                         QString::number(valuesOfOthers));
+  }
 }
 
 }  // namespace kelvarin

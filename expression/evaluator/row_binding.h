@@ -27,13 +27,16 @@ class RowBinding {
   using Expand = std::function<QString(const QString&)>;
 
   void clear();
-  // `places` holds the place of each input variable in `store`.
+  // `places` holds the place of each input variable in `store`. A vector variable has
+  // `elementCount` columns.
   Status<QString> bind(const std::vector<InputVariable>& inputs,
                        const std::vector<std::size_t>& places, const OneRow& columns,
-                       const Expand& expand);
+                       const Expand& expand, int elementCount);
 
-  // False when a null key must stop the run; failedVariable() names it.
-  bool load(const OneRow& row, VariableStore& store, const DateContext& dates, int nullKeyMode);
+  // Loads the columns of one element; the first of a row is element 0. False when a null key must
+  // stop the run; failedVariable() names it.
+  bool load(const OneRow& row, int element, VariableStore& store, const DateContext& dates,
+            int nullKeyMode);
   const QString& failedVariable() const { return m_failedVariable; }
 
   QStringList warnings() const;
@@ -50,11 +53,8 @@ class RowBinding {
     numberToDate,
     keyToDate
   };
-  struct Entry {
-    Route route = Route::numberToNumber;
-    int column = -1;
-    std::size_t place = 0;
-    QString variable;
+  // What is remembered of a text column that enters as a number or an elapsed time.
+  struct ColumnMemory {
     QString columnName;
     // Texts that were no numbers.
     long long refusedCount = 0;
@@ -63,17 +63,36 @@ class RowBinding {
     std::string lastDate;
     double lastElapsedTime = kNullNumber;
     bool hasLastDate = false;
+  };
+  struct Entry {
+    Route route = Route::numberToNumber;
+    bool isVector = false;
+    std::size_t place = 0;
+    QString variable;
+    std::vector<ColumnMemory>
+        memories;  // of each element, or one; empty where nothing is remembered
     std::unique_ptr<ShortestNumber> printed;
+
+    ColumnMemory& memory(int element) {
+      return memories[isVector ? static_cast<std::size_t>(element) : 0];
+    }
   };
 
+  static Result<std::vector<int>, QString> columnsOf(const InputVariable& input,
+                                                     const OneRow& columns, const Expand& expand);
+  static Entry entryFor(const InputVariable& input, std::size_t place,
+                        const std::vector<int>& columnsOfInput, const OneRow& columns);
   static Route routeOf(VariableKind kind, MetaTypeColumn column);
-  static bool loadEntry(Entry& entry, const unsigned char* bytes, VariableStore& store,
+  static bool givesText(Route route);
+  static bool loadEntry(Entry& entry, const unsigned char* bytes, int element, VariableStore& store,
                         const DateContext& dates, int nullKeyMode);
-  static double numberOfText(Entry& entry, std::string_view text, double row);
-  static double elapsedTimeOfText(Entry& entry, const unsigned char* bytes,
+  static double numberOfText(ColumnMemory& memory, std::string_view text, double row);
+  static double elapsedTimeOfText(ColumnMemory& memory, const unsigned char* bytes,
                                   const DateContext& dates);
+  static void addWarnings(const Entry& entry, QStringList& warnings);
 
   std::vector<Entry> m_entries;
+  std::vector<int> m_columns;  // element by element, one an entry
   QString m_failedVariable;
 };
 

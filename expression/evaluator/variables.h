@@ -14,7 +14,7 @@
 namespace kelvarin {
 
 struct InputVariable {
-  QStringList columns;  // the last one is read; a vector variable has one for each element
+  QStringList columns;  // the last one is read, but of a vector the one of the current element
   QString label;        // the name in expressions; empty: the last column's name
   QString label2;
   bool isNumber = true;
@@ -22,6 +22,7 @@ struct InputVariable {
   // The sample with which a check evaluates: a number when isNumber is set, else a text.
   double number = 0.0;
   QString text = QStringLiteral("");
+  bool isVector = false;  // has a column for each element of the action's vectors
 
   QString name() const { return label.isEmpty() && !columns.isEmpty() ? columns.last() : label; }
 };

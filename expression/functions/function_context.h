@@ -1,19 +1,30 @@
-// What functions with a memory work on: the random generators and the dates' settings of one
-// evaluator.
+// What functions with a memory work on: the random generators, the dates' settings and the files
+// of one evaluator.
 //
 // Owned by ExpressionEvaluator; bodies of the function table that need it take it as their first
 // argument. Threads: one.
 #pragma once
+
+#include <QString>
 
 #include "expression/dates/date_context.h"
 #include "expression/functions/random_generator.h"
 
 namespace kelvarin {
 
+// The file that load() read last.
+struct LoadedFile {
+  bool isLoaded = false;
+  QString name;
+  QString text;
+};
+
 struct FunctionContext {
   RandomGenerator random;        // of the numeric random functions
   RandomGenerator secondRandom;  // of the text functions
   DateContext dates;
+  QString filesFolder;  // where relative file names start; empty: the working directory
+  LoadedFile lastLoaded;
 
   void seed(std::uint32_t seed) {
     random.seed(seed);

@@ -34,21 +34,23 @@ using Number1 = double (*)(double);
 using Number2 = double (*)(double, double);
 using Number3 = double (*)(double, double, double);
 using Number4 = double (*)(double, double, double, double);
+using NumberMany = double (*)(std::span<const double>);
 using ContextNumber0 = double (*)(FunctionContext&);
 using ContextNumber1 = double (*)(FunctionContext&, double);
 using ContextNumber2 = double (*)(FunctionContext&, double, double);
 using ContextNumber3 = double (*)(FunctionContext&, double, double, double);
 using ContextNumber4 = double (*)(FunctionContext&, double, double, double, double);
 
-// Numbers in, a number out. The native back-end takes one to three numbers without context.
+// Numbers in, a number out. The native back-end takes one to three numbers without context, and
+// knows those that take any number of them.
 using NumberBody =
-    std::variant<std::monostate, Number0, Number1, Number2, Number3, Number4, ContextNumber0,
-                 ContextNumber1, ContextNumber2, ContextNumber3, ContextNumber4>;
+    std::variant<std::monostate, Number0, Number1, Number2, Number3, Number4, NumberMany,
+                 ContextNumber0, ContextNumber1, ContextNumber2, ContextNumber3, ContextNumber4>;
 
 // Values of any type. The String back-end calls it when an argument is a text or there is no other
 // body; the Fast back-end, when it is the only body, with its one argument a text literal.
-// It says by a flag of its own whether it is there: under a sanitizer the compiler does not know before the program
-// runs that a function's address is not null.
+// It says by a flag of its own whether it is there: under a sanitizer the compiler does not know
+// before the program runs that a function's address is not null.
 class ValueBody {
  public:
   using Function = void (*)(FunctionContext&, std::span<const FunctionArgument>, FunctionResult&);
@@ -69,9 +71,12 @@ class ValueBody {
   bool m_isPresent = false;
 };
 
+// One argument or more.
+inline constexpr int kAnyArgumentCount = -1;
+
 struct FunctionLine {
   const char* name;
-  int argumentCount;  // as declared to the parsers
+  int argumentCount;  // as declared to the parsers, or kAnyArgumentCount
   unsigned backends;
   ResultKind result;
   NumberBody number;
@@ -90,12 +95,17 @@ constexpr int countOfArguments(double (*)(FunctionContext&, Arguments...)) {
   return sizeof...(Arguments);
 }
 
-// -1 when there is no number body.
+constexpr int countOfArguments(NumberMany) {
+  return kAnyArgumentCount;
+}
+
+inline constexpr int kNoBody = -2;
+
 constexpr int argumentCountOf(const NumberBody& body) {
   return std::visit(
       [](auto function) {
         if constexpr (std::is_same_v<decltype(function), std::monostate>) {
-          return -1;
+          return kNoBody;
         } else {
           return countOfArguments(function);
         }
@@ -116,19 +126,19 @@ constexpr bool isNameOfFunction(std::string_view name) {
 
 constexpr bool isNativeBody(const NumberBody& body) {
   return std::holds_alternative<Number1>(body) || std::holds_alternative<Number2>(body) ||
-         std::holds_alternative<Number3>(body);
+         std::holds_alternative<Number3>(body) || std::holds_alternative<NumberMany>(body);
 }
 
 // A mistake in a line stops the build: every theme asserts that its lines are sound.
 constexpr bool isSound(const FunctionLine& line) {
   const int bodyCount = argumentCountOf(line.number);
-  const bool hasNumber = bodyCount >= 0;
+  const bool hasNumber = bodyCount != kNoBody;
   const bool isTextOnly = line.backends == kInString ||
                           (line.backends == (kInFast | kInString) && line.argumentCount == 1);
   const bool isComplete = hasNumber || (line.value != nullptr && isTextOnly);
   const bool isArityRight = !hasNumber || bodyCount == line.argumentCount;
   const bool isNativeRight = (line.backends & kInNative) == 0 || isNativeBody(line.number);
-  return isNameOfFunction(line.name) && line.argumentCount >= 0 &&
+  return isNameOfFunction(line.name) && line.argumentCount >= kAnyArgumentCount &&
          line.argumentCount <= kMaximumArgumentCount && line.backends != 0 && isComplete &&
          isArityRight && isNativeRight && !std::string_view(line.help).empty();
 }

@@ -10,19 +10,22 @@
 #include <QString>
 
 #include "expression/functions/function_line.h"
+#include "host/contract/global_parameters.h"
 
 namespace kelvarin {
 
 // All themes, one after the other.
 const std::vector<FunctionLine>& functionTable();
 
-// A value with a name. `text` is null for a number.
+// A value with a name. `text` is null for a number; it is given the graph's settings, null without
+// a graph.
 struct ConstantLine {
   const char* name;
   unsigned backends;
   double number;
-  QString (*text)();
+  QString (*text)(const GlobalParameters* graph);
   const char* help;
+  bool yieldsToParameters = false;  // a graph parameter of this name takes its place
 };
 
 std::span<const ConstantLine> constantTable();

@@ -8,6 +8,7 @@
 namespace kelvarin {
 
 std::span<const FunctionLine> numericTests();
+std::span<const FunctionLine> numericLibrary();
 std::span<const FunctionLine> rounding();
 std::span<const FunctionLine> geography();
 std::span<const FunctionLine> randomNumbers();
@@ -19,5 +20,6 @@ std::span<const FunctionLine> encodings();
 std::span<const FunctionLine> addresses();
 std::span<const FunctionLine> elapsedTimes();
 std::span<const FunctionLine> dateTexts();
+std::span<const FunctionLine> fileTexts();
 
 }  // namespace kelvarin

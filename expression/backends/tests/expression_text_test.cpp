@@ -23,6 +23,17 @@ TEST(ExpressionText, WordOperatorsBecomeSignsOfTheirLength) {
   EXPECT_EQ(withSignsForWords("and + 1 or 2", {"and"}), "and + 1 || 2");
 }
 
+TEST(ExpressionText, UnitsBehindValuesAreMarked) {
+  EXPECT_EQ(withMarkedUnits("3{k}+x {mu}*(1){G}-{k}+\"1{k}\"+2{q}"),
+            "3~k +x ~u  *(1)~G -{k}+\"1{k}\"+2{q}");
+}
+
+TEST(ExpressionText, AColumnBesideAFunctionOfItsNameIsMarked) {
+  const QString marked = withMarkedColumns("min(min, a) + max + a + \"min\"", {"min", "max", "a"});
+  EXPECT_EQ(marked, "min(" + markedColumn("min") + ", a) + max + a + \"min\"");
+  EXPECT_EQ(withoutMarks(marked), "min(min, a) + max + a + \"min\"");
+}
+
 TEST(ExpressionText, BytePositionsBecomeUnits) {
   const std::string text = "é😀x";  // 2 + 4 + 1 bytes, 1 + 2 + 1 units
   EXPECT_EQ(positionOfByte(text, 0), 0);

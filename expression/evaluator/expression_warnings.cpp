@@ -1,0 +1,92 @@
+#include "expression/evaluator/expression_warnings.h"
+
+#include "expression/backends/expression_text.h"
+#include "expression/evaluator/messages.h"
+
+namespace kelvarin {
+
+namespace {
+
+// A sign of comparison or assignment, as wide as it is written.
+struct EqualsSign {
+  qsizetype start;
+  QString text;
+};
+
+bool isOneOf(QStringView characters, QChar c) {
+  return characters.contains(c);
+}
+
+// The signs with `=` outside texts and the comment at the end.
+QList<EqualsSign> equalsSigns(const QString& expression) {
+  QList<EqualsSign> signs;
+  qsizetype i = 0;
+  while (i < expression.size() && expression[i] != u'#') {
+    if (expression[i] == u'"') {
+      i = endOfTextLiteral(expression, i);
+      continue;
+    }
+    qsizetype end = i;
+    while (end < expression.size() && isOneOf(u"=<>!+-*/", expression[end])) {
+      ++end;
+      if (expression[end - 1] == u'=' && (end == expression.size() || expression[end] != u'=')) {
+        break;
+      }
+    }
+    const QString sign = expression.sliced(i, end - i);
+    if (sign.endsWith(u'=')) {
+      signs.append({i, sign});
+    }
+    i = std::max(end, i + 1);
+  }
+  return signs;
+}
+
+// The name that ends before `end`, or starts at `start`; empty where something else stands.
+QString nameBefore(const QString& text, qsizetype end) {
+  const QString left = text.first(end).trimmed();
+  qsizetype start = left.size();
+  while (start > 0 && isNameCharacter(left[start - 1])) {
+    --start;
+  }
+  return left.sliced(start);
+}
+
+QString nameBehind(const QString& text, qsizetype start) {
+  const QString right = text.sliced(start).trimmed();
+  qsizetype end = 0;
+  while (end < right.size() && isNameCharacter(right[end])) {
+    ++end;
+  }
+  const bool isFunction = right.sliced(end).trimmed().startsWith(u'(');
+  return isFunction ? QString() : right.first(end);
+}
+
+}  // namespace
+
+QStringList warningsAbout(const QString& expressionName, const QString& expression) {
+  const QString missing = QStringLiteral("_null");
+  QString assignment;
+  QString comparison;
+  for (const EqualsSign& sign : equalsSigns(expression)) {
+    if (sign.text == u"=") {
+      assignment = QString::fromUtf8(messages::kAssigns).arg(expressionName);
+    }
+    const bool isEqual = sign.text == u"==";
+    if (!isEqual && sign.text != u"!=") {
+      continue;
+    }
+    const QString left = nameBefore(expression, sign.start);
+    const QString right = nameBehind(expression, sign.start + sign.text.size());
+    if (left == missing || right == missing) {
+      const QString other = left == missing ? right : left;
+      comparison = QString::fromUtf8(isEqual ? messages::kEqualsNull : messages::kDiffersFromNull)
+                       .arg(expressionName, isVariableName(other) ? other : QStringLiteral("x"));
+    }
+  }
+  QStringList warnings{assignment, comparison};
+  warnings.removeAll(QString());
+  return warnings;
+}
+
+}  // namespace kelvarin

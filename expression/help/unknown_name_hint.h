@@ -1,0 +1,16 @@
+// What a user may have meant by a name that an expression's back-end does not know.
+//
+// Used by actions/frame, after the error that names it.  Threads: any.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace kelvarin {
+
+// Empty when `failure`, the text of the error, is about something else. `columns` are those of the input, whether the
+// action has made variables of them or not.
+QString unknownNameHint(const QString& failure, const QString& expression, const QStringList& variables,
+                        const QStringList& columns);
+
+}  // namespace kelvarin

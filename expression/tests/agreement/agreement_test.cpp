@@ -1,0 +1,135 @@
+// Random expressions on every back-end: those that accept one give the same number, bit for bit.
+//
+//   expression_agreement_test --expressions=100000 --seed=7
+//
+// See README.md in this folder.
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <bit>
+#include <cstdlib>
+#include <map>
+#include <optional>
+
+#include "expression/evaluator/expression_evaluator.h"
+#include "expression/tests/agreement/random_expression.h"
+
+namespace kelvarin {
+namespace {
+
+int expressionCount = 2'000;
+unsigned seed = 1;
+
+constexpr std::array kKinds = {BackendKind::native, BackendKind::fast, BackendKind::string};
+constexpr std::size_t kRows = 6;
+
+using Rows = std::vector<std::vector<double>>;
+using Bits = std::vector<std::uint64_t>;
+
+std::vector<InputVariable> variables() {
+  std::vector<InputVariable> list;
+  for (const char* name : RandomExpression::kNumbers) {
+    list.emplace_back().label = QString::fromLatin1(name);
+  }
+  for (const char* name : RandomExpression::kTexts) {
+    InputVariable& text = list.emplace_back();
+    text.label = QString::fromLatin1(name);
+    text.isNumber = false;
+  }
+  return list;
+}
+
+// The results of all rows; nothing when the back-end refuses the expression, be it at a row.
+std::optional<Bits> resultsOn(BackendKind kind, const QString& expression, const Rows& rows) {
+  static const std::vector<InputVariable> inputs = variables();
+  ExpressionEvaluator evaluator;
+  EvaluationOptions options;
+  options.time.seed = 1;
+  evaluator.configure(options, inputs, nullptr, false);
+  evaluator.requireBackend(kind);
+  evaluator.prepareDateContext({expression});
+  OutputVariable output;
+  output.expression = expression;
+  if (!evaluator.compile(output, ResultUse::anyValue)) {
+    return std::nullopt;
+  }
+  Bits bits;
+  for (const std::vector<double>& row : rows) {
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      evaluator.setNumber(static_cast<int>(i), row[i]);
+    }
+    evaluator.startRow();
+    if (evaluator.evaluate(0) != RowOutcome::ok) {
+      return std::nullopt;
+    }
+    bits.push_back(std::bit_cast<std::uint64_t>(evaluator.value(0).number));
+    evaluator.advanceRow();
+  }
+  return bits;
+}
+
+std::string described(const QString& expression, const std::vector<double>& row) {
+  std::string text = expression.toStdString() + "\n  with";
+  for (std::size_t i = 0; i < row.size(); ++i) {
+    std::array<char, 80> value;
+    std::snprintf(value.data(), value.size(), "=%.17g (%016llx)", row[i],
+                  static_cast<unsigned long long>(std::bit_cast<std::uint64_t>(row[i])));
+    text += " " + QString::fromLatin1(RandomExpression::kNumbers[i]).toStdString() + value.data();
+  }
+  return text;
+}
+
+TEST(Agreement, BackendsThatAcceptAnExpressionGiveTheSameBits) {
+  RandomExpression random(seed);
+  std::map<std::pair<BackendKind, BackendKind>, int> compared;
+  for (int i = 0; i < expressionCount && !HasFailure(); ++i) {
+    const QString expression = QString::fromLatin1(random.expression().c_str());
+    Rows rows(kRows);
+    for (std::vector<double>& row : rows) {
+      row = random.row();
+    }
+    std::vector<std::pair<BackendKind, Bits>> accepted;
+    for (const BackendKind kind : kKinds) {
+      if (auto bits = resultsOn(kind, expression, rows)) {
+        accepted.emplace_back(kind, std::move(*bits));
+      }
+    }
+    for (std::size_t k = 1; k < accepted.size(); ++k) {
+      const auto& [first, expected] = accepted[k - 1];
+      const auto& [second, actual] = accepted[k];
+      ++compared[{first, second}];
+      for (std::size_t row = 0; row < kRows; ++row) {
+        EXPECT_EQ(expected[row], actual[row])
+            << std::hex << expected[row] << " on " << backendLabel(first) << ", " << actual[row]
+            << " on " << backendLabel(second) << "\n  " << described(expression, rows[row]);
+      }
+    }
+  }
+  // The comparison is worth something only where the back-ends take most expressions.
+  EXPECT_GT((compared[{BackendKind::fast, BackendKind::string}]), expressionCount / 3);
+  std::cout << "native and Fast: " << compared[{BackendKind::native, BackendKind::fast}]
+            << ", Fast and String: " << compared[{BackendKind::fast, BackendKind::string}]
+            << ", of " << expressionCount << " expressions\n";
+}
+
+}  // namespace
+
+void readArguments(int count, char** arguments) {
+  for (int i = 1; i < count; ++i) {
+    const std::string argument = arguments[i];
+    if (argument.starts_with("--expressions=")) {
+      expressionCount = std::atoi(argument.c_str() + argument.find('=') + 1);
+    } else if (argument.starts_with("--seed=")) {
+      seed = static_cast<unsigned>(std::atoi(argument.c_str() + argument.find('=') + 1));
+    }
+  }
+}
+
+}  // namespace kelvarin
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  kelvarin::readArguments(argc, argv);
+  return RUN_ALL_TESTS();
+}
