@@ -3,7 +3,6 @@
 #include "actions/frame/evaluation_attributes.h"
 #include "actions/frame/messages.h"
 #include "actions/frame/variables_xml.h"
-#include "expression/errors/error_texts.h"
 #include "expression/errors/messages.h"
 
 namespace kelvarin {
@@ -14,8 +13,8 @@ const QString kNewName = QStringLiteral("NewVar");
 
 }  // namespace
 
-const CatalogueEntry& Calculator::catalogue() {
-  static const CatalogueEntry entry{
+const ActionDescription& Calculator::catalogue() {
+  static const ActionDescription entry{
       .typeName = "Calculator",
       .toolTip = "Add/update a column based on an expression",
       .helpId = "5_5_6_calculator_high_speed__",
@@ -63,6 +62,7 @@ void Calculator::saveXML(std::wostringstream& out, QString name) {
 
 char Calculator::init() {
   m_variables = m_inputs;
+  m_elementCount = 1;
   m_columnOfOutput.clear();
   m_updatedNumbers.clear();
   return ExpressionAction::init();
@@ -73,8 +73,11 @@ void Calculator::setComputeRoutine() {
 }
 
 QString Calculator::expressionFailureText(const RowFailure& failure) const {
-  const FailurePlace place{rowNumber(), QString::fromLatin1(typeName()), failure.backend};
-  return calculatorErrorText(failure.name, failure.error, place);
+  return calculatorErrorText(failure.name, failure.error, placeOf(failure));
+}
+
+FailurePlace Calculator::placeOf(const RowFailure& failure) const {
+  return {rowNumber(), QString::fromLatin1(typeName()), failure.backend};
 }
 
 QString Calculator::checkText(const QString& output, const QString& text) const {

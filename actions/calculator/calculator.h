@@ -2,15 +2,18 @@
 // of the row.
 //
 // Pin 0 takes the rows, pin 1 an optional table of further variables. plan.cpp works at the first
-// row, row.cpp at every row; calculator.cpp has the parameters and their XML. Threads: those of
-// ActionItem.  Errors: logged at level 1, the run fails.
+// row, row.cpp at every row; calculator.cpp has the parameters and their XML. CalculatorVectorized
+// derives from it: each of its outputs gives a column for every element of its vectors.
+// Threads: those of ActionItem.  Errors: logged at level 1, the run fails.
 #pragma once
 
+#include <algorithm>
 #include <vector>
 
 #include "actions/calculator/output_columns.h"
 #include "actions/frame/catalogued.h"
 #include "actions/frame/expression_action.h"
+#include "expression/errors/error_texts.h"
 
 namespace kelvarin {
 
@@ -18,7 +21,7 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
  public:
   Calculator(XMLNode node, GlobalParameters* parameters);
 
-  static const CatalogueEntry& catalogue();
+  static const ActionDescription& catalogue();
 
   void saveXML(std::wostringstream& out, QString name) override;
   char init() override;
@@ -28,14 +31,55 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   // `newName` is what a new output is called: its expression may stay empty.
   Calculator(XMLNode node, GlobalParameters* parameters, const QString& newName);
 
+  using NewColumns = Result<std::vector<OutputVariable>, QString>;
+
+  // At the first row. False: logged, or the run has ended.
+  [[nodiscard]] virtual bool readVariableTable();
+  // The columns that `outputs` give, their names final. The error is the text to log.
+  virtual NewColumns columnsOfOutputs(const std::vector<OutputVariable>& outputs);
+  // Makes the columns of the output row point at their results.
+  virtual void connectResults(const OutputColumns& columns);
+  // Works with any plan; the routine that is chosen for all rows does the same faster.
+  virtual RowStep evaluateRowOfAnyPlan(const OneRow& row);
+  virtual ComputeRoutine routineForRows() const;
+
+  // Puts the columns of the input into the output row, and gives its places.
+  unsigned char** passColumnsOn(const OneRow& row) {
+    unsigned char** places = getOutputRowForOutputPin(0)->getAllColForWrite();
+    std::copy_n(row.getAllColForRead(), row.sz(), places);
+    return places;
+  }
+  // False: the run must stop.
+  template <int kOutputs>
+  bool evaluateOutputs() {
+    const int outputs = kOutputs == kAnyNumber ? m_evaluator.outputCount() : kOutputs;
+    for (int i = 0; i < outputs; ++i) {
+      if (m_evaluator.evaluate(i) == RowOutcome::stop) {
+        return false;
+      }
+    }
+    return true;
+  }
+  RowStep publishRow() {
+    setRowReadyForOutput(0);
+    m_evaluator.advanceRow();
+    return RowStep::more;
+  }
+
+  static constexpr int kAnyNumber = 0;  // of outputs
+
   QString expressionFailureText(const RowFailure& failure) const override;
   QString checkText(const QString& output, const QString& text) const override;
   QString referenceTimeWarning() const override;
   std::span<const KnownElements> knownElements() const override;
 
- private:
-  static constexpr int kAnyNumber = 0;  // of outputs
+  FailurePlace placeOf(const RowFailure& failure) const;
 
+  std::vector<OutputVariable> m_outputs;
+  std::vector<InputVariable> m_variables;  // of the run: the action's own, then those of the table
+  int m_elementCount = 1;                  // of each vector among them
+
+ private:
   // A number that updates a column: the column's pointer is that of the input row until it is set
   // to the result.
   struct UpdatedNumber {
@@ -45,11 +89,8 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
 
   static bool computeFirstRow(ActionItem* action);
   [[nodiscard]] bool plan(const OneRow& columns);
-  [[nodiscard]] bool readVariableTable();
   std::vector<OutputVariable> outputsToCompile() const;
   void buildOutputRow(const OutputColumns& columns);
-  void connectResults(const OutputColumns& columns);
-  ComputeRoutine routineForRows() const;
 
   template <int kOutputs, bool kUpdatesNumbers>
   static bool computeRow(ActionItem* action);
@@ -58,8 +99,6 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   static bool computeObservedRow(ActionItem* action);
   RowStep evaluateObservedRow(const OneRow& row);
 
-  std::vector<OutputVariable> m_outputs;
-  std::vector<InputVariable> m_variables;  // of the run: the action's own, then those of the table
   std::vector<int> m_columnOfOutput;
   std::vector<UpdatedNumber> m_updatedNumbers;
 };

@@ -13,7 +13,9 @@ bool Calculator::computeFirstRow(ActionItem* action) {
     return true;
   }
   if (!self.plan(*columns)) {
-    self.failRun();
+    if (!self.hasRunEnded()) {
+      self.failRun();
+    }
     return true;
   }
   if (row == nullptr || self.isChecking()) {
@@ -24,20 +26,25 @@ bool Calculator::computeFirstRow(ActionItem* action) {
     return self.evaluateObservedRow(*row) != RowStep::more;
   }
   self.computeRoutine = self.routineForRows();
-  return self.evaluateRow<kAnyNumber, true>(*row) != RowStep::more;
+  return self.evaluateRowOfAnyPlan(*row) != RowStep::more;
 }
 
 bool Calculator::plan(const OneRow& columns) {
-  if (!isObserved() && !readVariableTable()) {
+  if (!readVariableTable()) {
     return false;
   }
   const std::vector<OutputVariable> outputs = outputsToCompile();
+  const NewColumns newColumns = columnsOfOutputs(outputs);
+  if (!newColumns) {
+    logError(newColumns.error());
+    return false;
+  }
   QStringList expressions;
   for (const OutputVariable& output : outputs) {
     expressions += output.expression;
   }
-  const bool isBound = startEvaluator(columns, m_variables, expressions);
-  const auto outputColumns = layOutColumns(columns, outputs);
+  const bool isBound = startEvaluator(columns, m_variables, expressions, m_elementCount);
+  const auto outputColumns = layOutColumns(columns, newColumns.value());
   if (!outputColumns) {
     logError(outputColumns.error());
     return false;
@@ -55,11 +62,18 @@ bool Calculator::plan(const OneRow& columns) {
 }
 
 bool Calculator::readVariableTable() {
+  if (isObserved()) {
+    return true;
+  }
   const auto read = appendVariableTable(*this, 1, m_variables);
   if (!read) {
     logError(read.error());
   }
   return static_cast<bool>(read);
+}
+
+Calculator::NewColumns Calculator::columnsOfOutputs(const std::vector<OutputVariable>& outputs) {
+  return outputs;
 }
 
 // With graph parameters in the names replaced.

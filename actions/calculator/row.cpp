@@ -1,6 +1,4 @@
 // The calculator at every row.
-#include <algorithm>
-
 #include "actions/calculator/calculator.h"
 
 namespace kelvarin {
@@ -10,22 +8,20 @@ ExpressionAction::RowStep Calculator::evaluateRow(const OneRow& row) {
   if (m_evaluator.loadRow(row) == RowOutcome::stop) {
     return failAtRow();
   }
-  unsigned char** columns = getOutputRowForOutputPin(0)->getAllColForWrite();
-  std::copy_n(row.getAllColForRead(), row.sz(), columns);
-  const int outputs = kOutputs == kAnyNumber ? m_evaluator.outputCount() : kOutputs;
-  for (int i = 0; i < outputs; ++i) {
-    if (m_evaluator.evaluate(i) == RowOutcome::stop) {
-      return failAtRow();
-    }
+  unsigned char** columns = passColumnsOn(row);
+  if (!evaluateOutputs<kOutputs>()) {
+    return failAtRow();
   }
   if constexpr (kUpdatesNumbers) {
     for (const UpdatedNumber& updated : m_updatedNumbers) {
       columns[updated.column] = updated.result;
     }
   }
-  setRowReadyForOutput(0);
-  m_evaluator.advanceRow();
-  return RowStep::more;
+  return publishRow();
+}
+
+ExpressionAction::RowStep Calculator::evaluateRowOfAnyPlan(const OneRow& row) {
+  return evaluateRow<kAnyNumber, true>(row);
 }
 
 template <int kOutputs, bool kUpdatesNumbers>
@@ -53,7 +49,7 @@ bool Calculator::computeObservedRow(ActionItem* action) {
 }
 
 ExpressionAction::RowStep Calculator::evaluateObservedRow(const OneRow& row) {
-  const RowStep step = evaluateRow<kAnyNumber, true>(row);
+  const RowStep step = evaluateRowOfAnyPlan(row);
   if (step != RowStep::more) {
     return step;
   }
@@ -64,8 +60,5 @@ ExpressionAction::RowStep Calculator::evaluateObservedRow(const OneRow& row) {
   }
   return showRow(results) ? RowStep::more : RowStep::finished;
 }
-
-template ExpressionAction::RowStep Calculator::evaluateRow<Calculator::kAnyNumber, true>(
-    const OneRow& row);
 
 }  // namespace kelvarin

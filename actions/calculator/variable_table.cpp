@@ -49,22 +49,37 @@ Result<InputVariable, QString> variableOf(const QString& alias, const QStringLis
   }
 }
 
-Status<QString> appendVariableTable(ActionItem& action, int pin,
-                                    std::vector<InputVariable>& variables) {
+Status<QString> readDefinitions(
+    ActionItem& action, int pin, const VariableTableForm& form,
+    const std::function<Status<QString>(const VariableTableRow&)>& take) {
   long long rowNumber = 0;
   while (const OneRow* row = action.getNextRowFromInPin(pin)) {
+    if (row->sz() < form.leastColumns) {
+      return Failure{form.tooNarrow};
+    }
     const VariableTableRow definition = variableTableRow(*row);
     if (definition.column.isEmpty()) {
       return Failure{messages::variableWithoutColumn(rowNumber)};
     }
+    if (auto taken = take(definition); !taken) {
+      return taken;
+    }
+    ++rowNumber;
+  }
+  return Done{};
+}
+
+Status<QString> appendVariableTable(ActionItem& action, int pin,
+                                    std::vector<InputVariable>& variables) {
+  const auto append = [&](const VariableTableRow& definition) -> Status<QString> {
     auto variable = variableOf(definition.alias, {definition.column}, definition.castCode);
     if (!variable) {
       return Failure{variable.error()};
     }
     variables.push_back(std::move(variable.value()));
-    ++rowNumber;
-  }
-  return Done{};
+    return Done{};
+  };
+  return readDefinitions(action, pin, {}, append);
 }
 
 }  // namespace kelvarin

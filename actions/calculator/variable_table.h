@@ -2,6 +2,7 @@
 // column enters expressions ('F' and 'K' as a number, 'U' as a text, 'D' as a date).
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include <QString>
@@ -24,6 +25,17 @@ VariableTableRow variableTableRow(const OneRow& row);
 // The error is the text to log.
 Result<InputVariable, QString> variableOf(const QString& alias, const QStringList& columns,
                                           QChar castCode);
+
+// What a table must be like for its reader.
+struct VariableTableForm {
+  int leastColumns = 1;
+  QString tooNarrow;  // the text to log about a table with fewer columns
+};
+
+// Pulls every row of the pin. The error is the text to log.
+Status<QString> readDefinitions(
+    ActionItem& action, int pin, const VariableTableForm& form,
+    const std::function<Status<QString>(const VariableTableRow&)>& take);
 
 // Pulls every row of the pin and appends one variable for each.
 Status<QString> appendVariableTable(ActionItem& action, int pin,

@@ -1,11 +1,11 @@
 #include "actions/calculator_vectorized/calculator_vectorized.h"
 
-#include "actions/frame/messages.h"
+#include "expression/errors/messages.h"
 
 namespace kelvarin {
 
-const CatalogueEntry& CalculatorVectorized::catalogue() {
-  static const CatalogueEntry entry{
+const ActionDescription& CalculatorVectorized::catalogue() {
+  static const ActionDescription entry{
       .typeName = "CalculatorVectorized",
       .toolTip = "Add many new columns based on an expression",
       .helpId = "5_7_10_vectorized_calculator_h",
@@ -21,9 +21,30 @@ CalculatorVectorized::CalculatorVectorized(XMLNode node, GlobalParameters* param
     : Catalogued(node, parameters, QStringLiteral("\"NewVar_\"//_n")) {}
 
 char CalculatorVectorized::init() {
-  Calculator::init();
-  logError(messages::runningNotAvailable(QString::fromLatin1(typeName()), name()));
-  return 1;
+  m_vectors = {};
+  m_results.clear();
+  m_numberCells.clear();
+  m_isTableRead = false;
+  while (m_tableRead.try_acquire()) {  // permits of an earlier run
+  }
+  return Calculator::init();
+}
+
+char CalculatorVectorized::close() {
+  releaseCopies();  // a primary without rows has read no table
+  return Calculator::close();
+}
+
+void CalculatorVectorized::wakeAll() {
+  releaseCopies();
+}
+
+QString CalculatorVectorized::expressionFailureText(const RowFailure& failure) const {
+  return vectorizedErrorText(failure.name, failure.error, placeOf(failure));
+}
+
+QString CalculatorVectorized::checkText(const QString& output, const QString& text) const {
+  return QString::fromUtf8(messages::kVectorizedOpening).arg(output) + text;
 }
 
 }  // namespace kelvarin

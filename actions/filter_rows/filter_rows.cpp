@@ -33,8 +33,8 @@ XMLNode parentOfVariables(const XMLNode& node) {
 
 }  // namespace
 
-const CatalogueEntry& FilterRows::catalogue() {
-  static const CatalogueEntry entry{
+const ActionDescription& FilterRows::catalogue() {
+  static const ActionDescription entry{
       .typeName = "FilterRows",
       .toolTip = "Filter rows based on an expression",
       .helpId = "5_5_7_filter_rows_high_speed_",

@@ -24,7 +24,7 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
  public:
   FilterRows(XMLNode node, GlobalParameters* parameters);
 
-  static const CatalogueEntry& catalogue();
+  static const ActionDescription& catalogue();
 
   void saveXML(std::wostringstream& out, QString name) override;
   char init() override;

@@ -4,7 +4,7 @@
 // constructor Action(XMLNode, GlobalParameters*).
 #pragma once
 
-#include "actions/frame/catalogue_entry.h"
+#include "actions/frame/action_description.h"
 #include "actions/frame/editor_registry.h"
 #include "host/contract/action_item.h"
 #include "host/contract/pictures.h"

@@ -1,7 +1,10 @@
 #include "actions/frame/expression_action.h"
 
 #include "actions/frame/messages.h"
+#include "expression/errors/error_texts.h"
 #include "expression/errors/messages.h"
+#include "expression/evaluator/expression_warnings.h"
+#include "expression/help/unknown_name_hint.h"
 #include "host/contract/host_services.h"
 
 namespace kelvarin {
@@ -9,7 +12,7 @@ namespace kelvarin {
 char ExpressionAction::init() {
   ActionItem::init();
   m_evaluator.clear();
-  m_variableCount = 0;
+  m_variableNames.clear();
   return reportUnknownElements(*this, knownElements()) ? 1 : 0;
 }
 
@@ -33,20 +36,22 @@ const OneRow* ExpressionAction::columnsToPlanFor(const OneRow* firstRow) const {
   if (firstRow != nullptr) {
     return firstRow;
   }
-  const bool hasRunEnded = run() != nullptr && !run()->isRunning();
-  return hasRunEnded ? nullptr : announcedColumnsOfInPin(0);
+  return hasRunEnded() ? nullptr : announcedColumnsOfInPin(0);
 }
 
 bool ExpressionAction::startEvaluator(const OneRow& columns,
                                       const std::vector<InputVariable>& inputs,
-                                      const QStringList& expressions) {
+                                      const QStringList& expressions, int elementCount) {
   m_evaluator.configure(m_options, inputs, globalParameters(), isObserved());
-  m_variableCount = static_cast<int>(inputs.size());
+  m_variableNames.clear();
+  for (const InputVariable& input : inputs) {
+    m_variableNames += input.name();
+  }
   if (!prepareDates(expressions)) {
     return false;
   }
   const auto expand = [this](const QString& text) { return expandString(text); };
-  const Status<QString> bound = m_evaluator.bind(columns, expand);
+  const Status<QString> bound = m_evaluator.bind(columns, expand, elementCount);
   if (!bound) {
     logError(bound.error());
   }
@@ -63,14 +68,19 @@ bool ExpressionAction::prepareDates(const QStringList& expressions) {
     case DateStatus::dateFormatUnknown:
       break;
   }
-  logError(isChecking() ? QString::fromUtf8(messages::kFormatUnknown)
-                        : messages::dateFormatUnknownInRun());
+  logError(dateFormatUnknownText());
   return false;
+}
+
+QString ExpressionAction::dateFormatUnknownText() const {
+  return isChecking() ? QString::fromUtf8(messages::kFormatUnknown)
+                      : messages::dateFormatUnknownInRun();
 }
 
 bool ExpressionAction::compileOutputs(const std::vector<OutputVariable>& outputs, ResultUse use) {
   bool isGood = true;
   for (const OutputVariable& output : outputs) {
+    warnAbout(output);
     if (isChecking()) {
       isGood &= checkOutput(output, use);
     } else if (const auto compiled = m_evaluator.compile(output, use); !compiled) {
@@ -78,6 +88,7 @@ bool ExpressionAction::compileOutputs(const std::vector<OutputVariable>& outputs
       failure.name = output.name;
       failure.error = compiled.error();
       logError(expressionFailureText(failure));
+      hintAt(compiled.error().message, output.expression);
       isGood = false;
     }
   }
@@ -94,7 +105,22 @@ bool ExpressionAction::checkOutput(const OutputVariable& output, ResultUse use) 
     return true;
   }
   logError(checkText(output.name, text));
+  hintAt(text, output.expression);
   return false;
+}
+
+void ExpressionAction::hintAt(const QString& failure, const QString& expression) const {
+  const OneRow* input = announcedColumnsOfInPin(0);
+  const QStringList columns = input == nullptr ? QStringList() : QStringList(input->getColNamesDeep());
+  if (const QString hint = unknownNameHint(failure, expression, m_variableNames, columns); !hint.isEmpty()) {
+    MainUI::addLog(LogLevel::information, hint);
+  }
+}
+
+void ExpressionAction::warnAbout(const OutputVariable& output) const {
+  for (const QString& warning : warningsAbout(output.name, output.expression)) {
+    MainUI::addLog(LogLevel::warning, warning);
+  }
 }
 
 void ExpressionAction::tellBackends() {
@@ -112,7 +138,7 @@ void ExpressionAction::tellBackends() {
 
 bool ExpressionAction::showRow(const QStringList& results) {
   QStringList values;
-  for (int i = 0; i < m_variableCount; ++i) {
+  for (int i = 0; i < m_variableNames.size(); ++i) {
     values += m_evaluator.displayText(i);
   }
   m_observer->rowEvaluated(values, results);
@@ -126,7 +152,7 @@ void ExpressionAction::logError(const QString& text) const {
 QString ExpressionAction::failureText(const RowFailure& failure) const {
   switch (failure.kind) {
     case RowFailure::Kind::keyCast:
-      return messages::keyOutOfRange(failure.name, rowNumber(), failure.value);
+      return keyOutOfRangeText(failure.name, rowNumber(), failure.value);
     case RowFailure::Kind::nullKey:
       return messages::nullKeyRefused(failure.name, rowNumber());
     case RowFailure::Kind::evaluation:

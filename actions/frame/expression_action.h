@@ -42,15 +42,19 @@ class ExpressionAction : public ActionItem {
   // Those of the first row; without any row the ones that the upstream action announced, so that an
   // empty table keeps its header and a check sees the expressions. Null: nothing to plan for.
   const OneRow* columnsToPlanFor(const OneRow* firstRow) const;
-  // Configures the evaluator, prepares its dates and finds the variables' columns. False: logged.
+  // Configures the evaluator, prepares its dates and finds the variables' columns; vectors have
+  // `elementCount` of them. False: logged.
   [[nodiscard]] bool startEvaluator(const OneRow& columns, const std::vector<InputVariable>& inputs,
-                                    const QStringList& expressions);
+                                    const QStringList& expressions, int elementCount = 1);
   // Compiles every output, or in a check tries it; all errors are logged. False: there were some.
   [[nodiscard]] bool compileOutputs(const std::vector<OutputVariable>& outputs, ResultUse use);
   // Shows the evaluated row to the observer and waits; false when the user stopped.
   [[nodiscard]] bool showRow(const QStringList& results);
 
   void logError(const QString& text) const;
+  QString dateFormatUnknownText() const;
+  // The user stopped it, or another action failed.
+  bool hasRunEnded() const { return run() != nullptr && !run()->isRunning(); }
   // Logs why the last row stopped, and fails the run.
   RowStep failAtRow();
 
@@ -71,11 +75,14 @@ class ExpressionAction : public ActionItem {
  private:
   [[nodiscard]] bool prepareDates(const QStringList& expressions);
   [[nodiscard]] bool checkOutput(const OutputVariable& output, ResultUse use);
+  void warnAbout(const OutputVariable& output) const;
+  // Tells what an unknown name may have been meant for.
+  void hintAt(const QString& failure, const QString& expression) const;
   void tellBackends();
   QString failureText(const RowFailure& failure) const;
 
   RowObserver* m_observer = nullptr;
-  int m_variableCount = 0;  // those of the run, table on the second pin included
+  QStringList m_variableNames;  // those of the run, table on the second pin included
 };
 
 }  // namespace kelvarin

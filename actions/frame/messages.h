@@ -37,12 +37,6 @@ inline QString dateFormatUnknownInRun() {
   return QStringLiteral("filterRow error: Date format is unknown");
 }
 
-// A number that is no key; the row is `_n`.
-inline QString keyOutOfRange(const QString& output, long long row, double value) {
-  return QStringLiteral(
-             "Out of range: variable '%1' cannot be converted to key on row %2 (value=%3).")
-      .arg(output, QString::number(row), QString::number(value));
-}
 inline QString nullKeyRefused(const QString& variable, long long row) {
   return QStringLiteral(
              "Null key: variable '%1' has no value on row %2. Set castToKey3 to 0 (null) or 1 "
@@ -71,6 +65,39 @@ inline QString variableWithoutColumn(long long row) {
              "and a "
              "column name.")
       .arg(row);
+}
+
+inline QString vectorTableTooNarrow() {
+  return QStringLiteral(
+      "Error: The table on Pin 1 must have at least 3 columns (AliasName,VarName,castToNumber).");
+}
+inline QString noVectors() {
+  return QStringLiteral("Warning: No vector as input?");
+}
+inline QString vectorOfWrongSize(const QString& alias) {
+  return QStringLiteral("Error: Vector of wrong size when defining variable '%1'?").arg(alias);
+}
+// `aliases` has one or more.
+inline QString vectorsDefinedAgain(const QStringList& aliases) {
+  const QString others = aliases.size() == 1
+                             ? QString()
+                             : QStringLiteral(" (and %1 more)").arg(aliases.size() - 1);
+  return QStringLiteral(
+             "The table on Pin 1 defines the variable '%1'%2 several times: expressions see the "
+             "first. A vector's rows must follow each other.")
+      .arg(aliases.first(), others);
+}
+inline QString vectorTableNotRead() {
+  return QStringLiteral(
+      "Error: The copy of this action that reads the table on Pin 1 ended without reading it.");
+}
+inline QString nameIsNoText(const QString& nameExpression) {
+  return QStringLiteral("Math Parser Error in expression '%1':\nResult is not a string")
+      .arg(nameExpression);
+}
+inline QString nameExpressionFailed(const QString& nameExpression, const QString& errorText) {
+  return QStringLiteral("Math Parser Error in name expression '%1':\n").arg(nameExpression) +
+         errorText;
 }
 
 }  // namespace kelvarin::messages

@@ -49,8 +49,8 @@ int pinCount(const Settings& settings) {
 
 }  // namespace
 
-const CatalogueEntry& ReadColumnarGel::catalogue() {
-  static const CatalogueEntry entry{.typeName = "ReadColumnarGel",
+const ActionDescription& ReadColumnarGel::catalogue() {
+  static const ActionDescription entry{.typeName = "ReadColumnarGel",
                                     .toolTip = "Read a columnar .cgel_kelvarin file",
                                     .helpId = "5_2_7_kelvarin_columnar_gel_f",
                                     .tag = "Common",

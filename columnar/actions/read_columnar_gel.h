@@ -29,7 +29,7 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem> {
  public:
   ReadColumnarGel(XMLNode node, GlobalParameters* parameters);
 
-  static const CatalogueEntry& catalogue();
+  static const ActionDescription& catalogue();
 
   void saveXML(std::wostringstream& out, QString name) override;
   char init() override;

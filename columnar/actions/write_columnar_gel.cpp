@@ -60,8 +60,8 @@ void writeColumnSets(std::wostream& out, const WriteColumnarGel::ColumnSets& set
 
 }  // namespace
 
-const CatalogueEntry& WriteColumnarGel::catalogue() {
-  static const CatalogueEntry entry{
+const ActionDescription& WriteColumnarGel::catalogue() {
+  static const ActionDescription entry{
       .typeName = "writeColumnarGel",  // kept: graph files have it with a small letter
       .toolTip = "Write a columnar .cgel_kelvarin file",
       .helpId = "5_27_3_kelvarin_columnar_gel_",

@@ -39,7 +39,7 @@ class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem> {
 
   WriteColumnarGel(XMLNode node, GlobalParameters* parameters);
 
-  static const CatalogueEntry& catalogue();
+  static const ActionDescription& catalogue();
 
   void saveXML(std::wostringstream& out, QString name) override;
   char init() override;

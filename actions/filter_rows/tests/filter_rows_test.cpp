@@ -99,6 +99,19 @@ TEST(FilterRows, SamplingKeepsTheFirstRowsWithoutLookingAtTheVariables) {
   EXPECT_FLOAT_EQ(fewer.action().computeCompletion(), 0.3f);
 }
 
+TEST(FilterRows, AnAssignmentRunsAndWarnsOnce) {
+  const Strings warnings{"warning: Expression 'FilterRows': '=' assigns; did you mean '=='?"};
+  auto h = RowHarness::of<FilterRows>(filter("a = 5"), "a:F");
+  h.push(Rows{{1}, {2}});
+  EXPECT_EQ(h.rows(0).size(), 2u);
+  EXPECT_EQ(h.log(), warnings);
+
+  auto checked = RowHarness::of<FilterRows>(filter("a = 5"), "a:F");
+  checked.checkOnly();
+  checked.finish();
+  EXPECT_EQ(checked.log(), warnings);
+}
+
 TEST(FilterRows, AMissingColumnStopsTheRun) {
   auto h = RowHarness::of<FilterRows>(filter("1", "", "<InputVar column='b'/>"), "a:F");
   h.push(Rows{{1}});
@@ -170,7 +183,7 @@ TEST(FilterRows, ACheckPassesOneRowToBothPinsAndCompiles) {
   auto wrong = RowHarness::of<FilterRows>(filter("a &lt; nope"), "a:F");
   wrong.checkOnly();
   wrong.finish();
-  ASSERT_EQ(wrong.log().size(), 1u);
+  ASSERT_EQ(wrong.log().size(), 2u);
   EXPECT_TRUE(startsWith(wrong.log()[0], "error: MathParser Error in FilterRows:\n"));
   EXPECT_NE(wrong.log()[0].find("\n  Error Token:nope\n  Error at position:4"), std::string::npos);
   EXPECT_EQ(wrong.columns(1), "a:F");

@@ -6,7 +6,7 @@
 
 namespace kelvarin {
 
-struct CatalogueEntry {
+struct ActionDescription {
   const char* typeName;  // the XML element's name
   const char* toolTip;
   const char* helpId;

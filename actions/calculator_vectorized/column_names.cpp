@@ -1,0 +1,116 @@
+#include "actions/calculator_vectorized/column_names.h"
+
+#include <mutex>
+
+#include "actions/frame/messages.h"
+#include "expression/errors/error_texts.h"
+#include "expression/evaluator/expression_evaluator.h"
+
+namespace kelvarin {
+
+namespace {
+
+constexpr int kElementNumber = 0;  // the variable `_n`
+constexpr int kFirstAlias = 1;
+
+InputVariable textVariable(const QString& name) {
+  InputVariable variable;
+  variable.label = name;
+  variable.isNumber = false;
+  return variable;
+}
+
+QString failureText(const QString& nameExpression, const ExpressionError& error) {
+  return messages::nameExpressionFailed(nameExpression, errorTextWithPosition(error));
+}
+
+class ColumnNamer {
+ public:
+  ColumnNamer(const VectorTable& vectors, const QStringList& nameExpressions,
+              const NamingRules& rules)
+      : m_vectors(vectors), m_expressions(nameExpressions), m_rules(rules) {}
+
+  Status<QString> prepare() {
+    std::vector<InputVariable> texts{textVariable(QStringLiteral("_n"))};
+    for (const InputVariable& vector : m_vectors.variables) {
+      texts.push_back(textVariable(vector.label));
+    }
+    EvaluationOptions options = m_rules.options;
+    options.addN = false;
+    m_evaluator.configure(options, texts, m_rules.parameters, false);
+    m_evaluator.requireBackend(BackendKind::string);
+    if (m_evaluator.prepareDateContext(m_expressions) == DateStatus::dateFormatUnknown) {
+      return Failure{m_rules.dateFormatUnknown};
+    }
+    setColumns(0, [](const InputVariable& variable) { return !variable.isVector; });
+    return compile();
+  }
+
+  Status<QString> addNamesOf(int element, QStringList& names) {
+    m_evaluator.setText(kElementNumber, QString::number(element));
+    setColumns(element, [](const InputVariable& variable) { return variable.isVector; });
+    for (int i = 0; i < m_evaluator.outputCount(); ++i) {
+      m_evaluator.startRow();  // what an earlier expression assigned is gone
+      if (m_evaluator.evaluate(i) != RowOutcome::ok) {
+        return Failure{failureText(m_expressions[i], m_evaluator.lastFailure().error)};
+      }
+      const ExpressionValue& name = m_evaluator.value(i);
+      if (name.type != ExpressionValue::Type::text || name.text.isNull()) {
+        return Failure{messages::nameIsNoText(m_expressions[i])};
+      }
+      names.append(name.text);
+    }
+    return Done{};
+  }
+
+ private:
+  Status<QString> compile() {
+    for (const QString& expression : m_expressions) {
+      OutputVariable output;
+      output.expression = expression;
+      if (const auto compiled = m_evaluator.compile(output, ResultUse::anyValue); !compiled) {
+        return Failure{failureText(expression, compiled.error())};
+      }
+    }
+    return Done{};
+  }
+
+  template <typename IsChosen>
+  void setColumns(int element, IsChosen isChosen) {
+    int variable = kFirstAlias;
+    for (const InputVariable& vector : m_vectors.variables) {
+      if (isChosen(vector)) {
+        m_evaluator.setText(variable,
+                            m_rules.expand(vector.columns[vector.isVector ? element : 0]));
+      }
+      ++variable;
+    }
+  }
+
+  const VectorTable& m_vectors;
+  const QStringList& m_expressions;
+  const NamingRules& m_rules;
+  ExpressionEvaluator m_evaluator;
+};
+
+}  // namespace
+
+Result<QStringList, QString> nameColumns(const VectorTable& vectors,
+                                         const QStringList& nameExpressions,
+                                         const NamingRules& rules) {
+  static std::mutex mutex;
+  const std::lock_guard lock(mutex);
+  ColumnNamer namer(vectors, nameExpressions, rules);
+  if (const auto prepared = namer.prepare(); !prepared) {
+    return Failure{prepared.error()};
+  }
+  QStringList names;
+  for (int element = 0; element < vectors.elementCount; ++element) {
+    if (const auto added = namer.addNamesOf(element, names); !added) {
+      return Failure{added.error()};
+    }
+  }
+  return names;
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,29 @@
+// The table of vectors on the second pin of a vectorized calculator: each row names one element,
+// and consecutive rows of one alias are one vector.
+//
+// Threads: plain values.  Errors: the text to log.
+#pragma once
+
+#include <vector>
+
+#include <QString>
+
+#include "base/result.h"
+#include "expression/evaluator/variables.h"
+#include "host/contract/action_item.h"
+
+namespace kelvarin {
+
+// A variable of one column is a scalar: the same for every element.
+struct VectorTable {
+  std::vector<InputVariable> variables;
+  int elementCount = 1;
+
+  // Aliases that name more than one variable, each once.
+  QStringList repeatedAliases() const;
+};
+
+// Pulls every row of the pin.
+Result<VectorTable, QString> readVectorTable(ActionItem& action, int pin);
+
+}  // namespace kelvarin
