@@ -5,6 +5,7 @@
 #include "cli/console.h"
 #include "cli/graph_session.h"
 #include "cli/messages.h"
+#include "cli/run_report.h"
 
 namespace kelvarin {
 
@@ -15,6 +16,7 @@ void reportCheck(const GraphArguments& arguments, const RunResult& result, Conso
     const QString text =
         QString::fromLatin1(program_messages::kCheckFoundNothing).arg(QString::fromStdString(arguments.graph));
     std::puts(text.toUtf8().constData());
+    std::fputs(columnList(result).c_str(), stdout);
   }
 }
 

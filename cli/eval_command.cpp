@@ -11,6 +11,7 @@
 #include "cli/messages.h"
 #include "cli/name_value.h"
 #include "cli/value_json.h"
+#include "expression/backends/expression_text.h"
 
 namespace kelvarin {
 
@@ -110,6 +111,10 @@ Result<ExpressionRequest, QString> makeRequest(const EvalArguments& arguments) {
     }
   }
   addNulls(arguments, request.variables);
+  // What an action's user ticks; --opt may still say otherwise.
+  const QSet<QString> named = valueNames(request.expression);
+  request.options.time.addNow = named.contains(QStringLiteral("_now"));
+  request.options.time.addNowS = named.contains(QStringLiteral("_nowS"));
   const auto options = splitNameValues("--opt", arguments.options);
   if (!options) {
     return Failure{options.error()};

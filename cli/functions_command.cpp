@@ -1,7 +1,6 @@
-// `kelvarin functions`: the functions and constants of the expression language.
+// `kelvarin functions`: the functions, constants and operators of the expression language.
 #include <algorithm>
 #include <cstdio>
-#include <optional>
 
 #include <fmt/format.h>
 
@@ -10,45 +9,23 @@
 #include "cli/messages.h"
 #include "cli/value_json.h"
 #include "expression/backends/backend_kind.h"
-#include "expression/functions/function_table.h"
+#include "expression/functions/function_line.h"
+#include "expression/help/language_entries.h"
+#include "host/contract/nearest_names.h"
 
 namespace kelvarin {
 
 namespace {
 
-struct FunctionEntry {
-  std::string name;
-  const char* kind;
-  std::string signature;
-  std::optional<int> argumentCount;  // empty: not called with arguments
-  unsigned backends;
-  std::string help;
-};
+using Entries = std::vector<const LanguageEntry*>;
 
-// The help text begins with the call as a user writes it, then " - ".
-std::string signatureOf(const char* help, const char* name) {
-  const std::string_view text(help);
-  const std::size_t end = text.find(" - ");
-  return std::string(end == std::string_view::npos ? std::string_view(name) : text.substr(0, end));
-}
-
-std::vector<FunctionEntry> allEntries() {
-  std::vector<FunctionEntry> entries;
-  for (const FunctionLine& line : functionTable()) {
-    entries.push_back({line.name, "function", signatureOf(line.help, line.name), line.argumentCount,
-                       line.backends, line.help});
-  }
-  for (const ConstantLine& line : constantTable()) {
-    entries.push_back({line.name, "constant", line.name, std::nullopt, line.backends, line.help});
-  }
-  return entries;
-}
+constexpr std::pair<unsigned, BackendKind> kBackendFlags[] = {{kInNative, BackendKind::native},
+                                                              {kInFast, BackendKind::fast},
+                                                              {kInString, BackendKind::string}};
 
 QStringList labelsOf(unsigned backends) {
-  constexpr std::pair<unsigned, BackendKind> kFlags[] = {
-      {kInNative, BackendKind::native}, {kInFast, BackendKind::fast}, {kInString, BackendKind::string}};
   QStringList labels;
-  for (const auto& [flag, kind] : kFlags) {
+  for (const auto& [flag, kind] : kBackendFlags) {
     if ((backends & flag) != 0) {
       labels.append(QLatin1String(backendLabel(kind)));
     }
@@ -56,64 +33,154 @@ QStringList labelsOf(unsigned backends) {
   return labels;
 }
 
-Json described(const FunctionEntry& entry) {
-  Json object = {{"name", entry.name},
-                           {"kind", entry.kind},
-                           {"signature", entry.signature},
-                           {"args", nullptr},
-                           {"backends", jsonOf(labelsOf(entry.backends))},
-                           {"help", entry.help}};
+const char* wordOf(HelpKind kind) {
+  switch (kind) {
+    case HelpKind::function:
+      return "function";
+    case HelpKind::constant:
+      return "constant";
+    case HelpKind::sign:
+      return "operator";
+    case HelpKind::postfix:
+      break;
+  }
+  return "postfix";
+}
+
+Json described(const LanguageEntry& entry) {
+  Json object = {{"name", entry.name},   {"kind", wordOf(entry.kind)},
+                 {"group", entry.group}, {"signature", entry.entry->signature},
+                 {"args", nullptr},      {"backends", jsonOf(labelsOf(entry.backends))},
+                 {"help", entry.help},   {"comment", entry.entry->comment}};
   if (entry.argumentCount) {
     object["args"] = *entry.argumentCount;
   }
   return object;
 }
 
-bool isSameIgnoringCase(const std::string& a, const std::string& b) {
-  return QString::compare(QString::fromStdString(a), QString::fromStdString(b), Qt::CaseInsensitive) == 0;
-}
-
-ExitStatus reportUnknown(const std::string& name, const std::vector<FunctionEntry>& entries) {
-  QString text = QString::fromLatin1(program_messages::kUnknownFunction).arg(QString::fromStdString(name));
-  for (const FunctionEntry& entry : entries) {
-    if (isSameIgnoringCase(entry.name, name)) {
-      text += u' ' + QString::fromLatin1(program_messages::kDidYouMean).arg(QString::fromStdString(entry.name));
-    }
-  }
-  Console(false).writeLog(LogLevel::error, text);
-  return ExitStatus::failed;
-}
-
-void printJson(const std::vector<FunctionEntry>& entries) {
+void printJson(const Entries& entries) {
   Json list = Json::array();
-  for (const FunctionEntry& entry : entries) {
-    list.push_back(described(entry));
+  for (const LanguageEntry* entry : entries) {
+    list.push_back(described(*entry));
   }
   std::fputs(printed(list).c_str(), stdout);
 }
 
-void printTable(const std::vector<FunctionEntry>& entries) {
-  for (const FunctionEntry& entry : entries) {
-    fmt::print("{:<10} {:<14} {}\n{:<26}{}\n", entry.kind, entry.name, entry.help, "",
-               labelsOf(entry.backends).join(QLatin1String(", ")).toStdString());
+void printField(const char* field, const std::string& text) {
+  if (!text.empty()) {
+    fmt::print("  {:<11}{}\n", field, text);
   }
 }
 
-ExitStatus listFunctions(const std::string& name, bool isJson) {
-  std::vector<FunctionEntry> entries = allEntries();
-  if (!name.empty()) {
-    std::vector<FunctionEntry> named;
-    std::copy_if(entries.begin(), entries.end(), std::back_inserter(named),
-                 [&name](const FunctionEntry& entry) { return entry.name == name; });
-    if (named.empty()) {
-      return reportUnknown(name, entries);
+std::string exampleSettings() {
+  return fmt::format("--opt dateFormat={} --opt referenceTime='{}' --opt elapsedTimeUnit={}",
+                     kExampleSettings.dateFormat, kExampleSettings.referenceTime,
+                     kExampleSettings.elapsedTimeUnit);
+}
+
+std::string settingsOf(const LanguageEntry& entry) {
+  const std::string_view example = entry.entry->example;
+  const bool isAboutDates =
+      std::string_view(entry.group) == "On Dates" || example.find("_now") != std::string_view::npos;
+  return isAboutDates && entry.name != "nDaysInMonth" ? exampleSettings() : std::string();
+}
+
+void printWhole(const LanguageEntry& entry) {
+  const HelpEntry& help = *entry.entry;
+  const bool isFunction = entry.kind == HelpKind::function;
+  fmt::print("{}\n", entry.help);
+  const bool isInHelp = QByteArrayView(entry.help).endsWith(QByteArrayView(help.comment));
+  printField("Comment", isInHelp ? "" : help.comment);
+  printField("Group", entry.group);
+  printField("Arguments", entry.argumentCount ? std::to_string(*entry.argumentCount)
+                          : isFunction        ? "one or more"
+                                              : "");
+  printField("Back-ends", labelsOf(entry.backends).join(QLatin1String(", ")).toStdString());
+  printField("Null", help.nulls == nullptr ? "" : help.nulls);
+  printField("Example", fmt::format("{}  gives  {}", help.example, help.result));
+  printField("Settings", settingsOf(entry));
+  printField("Note", help.note == nullptr ? "" : help.note);
+}
+
+// A digit for each of the engines, in the order in which they are tried.
+std::string marksOf(unsigned backends) {
+  std::string marks;
+  char digit = '1';
+  for (const auto& [flag, kind] : kBackendFlags) {
+    marks += (backends & flag) != 0 ? digit : '-';
+    ++digit;
+  }
+  return marks;
+}
+
+void printAll(const Entries& entries) {
+  const char* group = "";
+  for (const LanguageEntry* entry : entries) {
+    if (std::string_view(group) != entry->group) {
+      fmt::print("{}{}\n", *group == 0 ? "" : "\n", entry->group);
+      group = entry->group;
     }
-    entries = std::move(named);
+    fmt::print("  {}  {:<31}{}\n", marksOf(entry->backends), entry->entry->signature,
+               entry->entry->comment);
+  }
+  fmt::print("\n1 {}, 2 {}, 3 {}: the back-ends that have it.\n{}\n{}\n",
+             backendLabel(BackendKind::native), backendLabel(BackendKind::fast),
+             backendLabel(BackendKind::string), kParametersRemark, program_messages::kMoreHint);
+}
+
+ExitStatus reportUnknown(const QString& name) {
+  QString text = QString::fromLatin1(program_messages::kUnknownFunction).arg(name);
+  QStringList known;
+  for (const LanguageEntry& entry : languageEntries()) {
+    for (const std::string& spelling : entry.names) {
+      known += QString::fromStdString(spelling);
+    }
+  }
+  const QStringList near = nearestNames(name, known);
+  text += u' ' + (near.isEmpty() ? QString::fromLatin1(program_messages::kListHint)
+                                 : QString::fromLatin1(program_messages::kDidYouMean)
+                                       .arg(near.join(QLatin1String(" or "))));
+  Console(false).writeLog(LogLevel::error, text);
+  return ExitStatus::failed;
+}
+
+ExitStatus showNamed(const std::string& name, bool isJson) {
+  const LanguageMatch match = findInLanguage(name);
+  const QString given = QString::fromStdString(name);
+  if (match.entries.empty() && match.advice == nullptr) {
+    return reportUnknown(given);
+  }
+  const QString advice = QString::fromUtf8(match.advice == nullptr ? "" : match.advice);
+  if (match.entries.empty()) {
+    Console(false).writeLog(
+        LogLevel::error, QString::fromLatin1(program_messages::kNothingLikeIt).arg(given, advice));
+    return ExitStatus::failed;
   }
   if (isJson) {
-    printJson(entries);
+    printJson(match.entries);
+    return ExitStatus::done;
+  }
+  if (match.isForeign) {
+    const QString remark = QString::fromLatin1(program_messages::kCalledHere).arg(given);
+    fmt::print("{}\n{}\n", remark.toStdString(),
+               advice.isEmpty() ? "" : "  " + advice.toStdString() + "\n");
+  }
+  for (const LanguageEntry* entry : match.entries) {
+    fmt::print("{}", entry == match.entries.front() ? "" : "\n");
+    printWhole(*entry);
+  }
+  return ExitStatus::done;
+}
+
+ExitStatus listAll(bool isJson) {
+  Entries all;
+  for (const LanguageEntry& entry : languageEntries()) {
+    all.push_back(&entry);
+  }
+  if (isJson) {
+    printJson(all);
   } else {
-    printTable(entries);
+    printAll(all);
   }
   return ExitStatus::done;
 }
@@ -126,13 +193,17 @@ void addFunctionsCommand(CLI::App& program, ChosenCommand& chosen) {
     bool isJson = false;
   };
   auto arguments = std::make_shared<Arguments>();
-  CLI::App* command =
-      program.add_subcommand("functions", "List the functions and constants of the expression language");
-  command->add_option("NAME", arguments->name, "only this one");
+  CLI::App* command = program.add_subcommand(
+      "functions", "List the functions, constants and operators of the expression language");
+  command->add_option("NAME", arguments->name,
+                      "only this one; names from spreadsheets and databases are understood too");
   command->add_flag("--json", arguments->isJson, "print a JSON array");
   command->footer("Example:\n  kelvarin functions nvl");
   command->callback([arguments, &chosen] {
-    chosen = [arguments] { return listFunctions(arguments->name, arguments->isJson); };
+    chosen = [arguments] {
+      return arguments->name.empty() ? listAll(arguments->isJson)
+                                     : showNamed(arguments->name, arguments->isJson);
+    };
   });
 }
 

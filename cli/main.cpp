@@ -9,7 +9,7 @@
 #include "cli/commands.h"
 #include "cli/messages.h"
 #include "host/contract/main_ui.h"
-#include "host/engine/nearest_names.h"
+#include "host/contract/nearest_names.h"
 
 namespace {
 

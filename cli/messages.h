@@ -13,6 +13,10 @@ inline constexpr char kOptionTakesInteger[] = "The expression option '%1' takes 
 inline constexpr char kOptionTakesFlag[] = "The expression option '%1' takes 0 or 1, not '%2'.";
 
 inline constexpr char kUnknownFunction[] = "There is no function, constant or operator '%1'.";
+inline constexpr char kListHint[] = "'kelvarin functions' lists all there are.";
+inline constexpr char kMoreHint[] = "'kelvarin functions NAME' tells more about one of them.";
+inline constexpr char kCalledHere[] = "'%1' is not called so here; this does it:";
+inline constexpr char kNothingLikeIt[] = "Nothing is called '%1' here. %2";
 inline constexpr char kDidYouMean[] = "Did you mean %1?";
 
 inline constexpr char kDiskFull[] =
@@ -25,5 +29,7 @@ inline constexpr char kPlaceOfError[] = "%1:%2:%3: in the action '%4' (%5)";
 inline constexpr char kUnknownCommand[] = "There is no command '%1'.";
 inline constexpr char kInterrupted[] = "Interrupted. Files that were being written are removed.";
 inline constexpr char kCheckFoundNothing[] = "%1: no problem found";
+inline constexpr char kNewColumns[] = "new columns of '%1' (%2): %3\n";
+inline constexpr char kMoreColumns[] = "  ... and %1 more\n";
 
 }  // namespace kelvarin::program_messages

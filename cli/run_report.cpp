@@ -4,6 +4,8 @@
 
 #include <fmt/format.h>
 
+#include "cli/messages.h"
+
 namespace kelvarin {
 
 namespace {
@@ -61,11 +63,15 @@ std::string aligned(const std::vector<std::vector<std::string>>& rows) {
 Json jsonOf(const RunResult& result) {
   Json actions = Json::array();
   for (const ActionResult& action : result.actions) {
-    actions.push_back({{"name", action.name.toStdString()},
-                       {"type", action.typeName.toStdString()},
-                       {"rowsIn", action.rowsIn},
-                       {"rowsOut", action.rowsOut},
-                       {"backends", jsonOf(action.backends)}});
+    Json entry = {{"name", action.name.toStdString()},
+                  {"type", action.typeName.toStdString()},
+                  {"rowsIn", action.rowsIn},
+                  {"rowsOut", action.rowsOut},
+                  {"backends", jsonOf(action.backends)}};
+    if (!action.namedColumns.isEmpty()) {
+      entry["newColumns"] = jsonOf(action.namedColumns);
+    }
+    actions.push_back(std::move(entry));
   }
   Json log = Json::array();
   for (const LogLine& line : result.log) {
@@ -78,6 +84,26 @@ Json jsonOf(const RunResult& result) {
           {"seconds", result.seconds},
           {"actions", actions},
           {"log", log}};
+}
+
+std::string columnList(const RunResult& result) {
+  constexpr qsizetype kShown = 50;
+  QString text;
+  for (const ActionResult& action : result.actions) {
+    const QStringList& columns = action.namedColumns;
+    if (columns.isEmpty()) {
+      continue;
+    }
+    text += QString::fromLatin1(program_messages::kNewColumns)
+                .arg(action.name, action.typeName, QString::number(columns.size()));
+    for (const QString& column : columns.first(std::min(kShown, columns.size()))) {
+      text += "  " + column + '\n';
+    }
+    if (columns.size() > kShown) {
+      text += QString::fromLatin1(program_messages::kMoreColumns).arg(columns.size() - kShown);
+    }
+  }
+  return text.toStdString();
 }
 
 std::string rowTable(const RunResult& result) {

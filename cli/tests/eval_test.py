@@ -1,9 +1,14 @@
 """Expressions on the command line."""
 
+import os
 import unittest
 
 from program import ProgramTest
 
+ZONES = ("UTC", "Europe/Brussels", "Europe/London", "Europe/Moscow", "Africa/Cairo", "America/New_York",
+         "America/St_Johns", "America/Sao_Paulo", "Asia/Kolkata", "Australia/Lord_Howe", "Pacific/Apia",
+         "Pacific/Marquesas")
+LOCALES = ("C.UTF-8", "en_US.UTF-8", "de_DE.UTF-8", "fr_FR.UTF-8", "tr_TR.UTF-8", "ar_EG.UTF-8")
 
 class EvalTest(ProgramTest):
     def test_plain_results(self):
@@ -44,6 +49,61 @@ class EvalTest(ProgramTest):
         self.assertIn("Out of range: variable", self.kelvarin_json(*key, status=1)["error"])
         self.assertEqual(self.kelvarin_json(*key, "--opt", "castToKey1=1")["value"], None)
         self.assertEqual(self.kelvarin_json(*key, "--opt", "castToKey1=0")["value"], 0)
+
+    def test_positions_count_characters_of_the_users_text(self):
+        for expression, position, token in (('"é€" // nope', 8, "nope"), ('"\U0001f600" // nope', 8, "nope"),
+                                            ("1 +\n\tnope", 5, "nope"), ('1{k} + "a" // nope', 14, "nope"),
+                                            ("true and (false or nope)", 19, "nope")):
+            error = self.kelvarin_json("eval", expression, "--backend", "string", status=1)
+            self.assertEqual((error["position"], error["token"]), (position, token), expression)
+        error = self.kelvarin_json("eval", "(int)x ^ nope << 1", "--var", "x=1", "--backend", "fast", status=1)
+        self.assertEqual((error["position"], error["token"]), (9, "nope"))
+
+    def test_a_column_wins_over_a_cast(self):
+        for backend in ("fast", "string"):
+            result = self.kelvarin("eval", "(int)+(float)2.5", "--var", "int=5", "--backend", backend)
+            self.assertEqual(result.stdout, "7.5\n")
+
+    def test_names_of_the_place_and_the_clock(self):
+        self.write("note.txt", "héllo")
+        self.assertEqual(self.kelvarin("eval", 'load("note.txt")').stdout, "héllo\n")
+        self.assertEqual(os.path.realpath(self.kelvarin("eval", "_currentDir").stdout.strip()),
+                         os.path.realpath(self.folder))
+        self.assertEqual(self.kelvarin_json("eval", "_currentFile"),
+                         {"value": None, "type": "text", "backend": "String Parser"})
+        now = self.kelvarin_json("eval", "_now", "--opt", "elapsedTimeUnit=0", "--opt", "referenceTime=20000101 00:00:00")
+        self.assertGreater(now["value"], 7e8)
+        text = self.kelvarin_json("eval", "_nowS", "--opt", "dateFormat=yyyy")
+        self.assertRegex(text["value"], "^2[0-9]{3}$")
+        self.assertIn("Date format is unknown", self.kelvarin_json("eval", "_nowS", status=1)["error"])
+        # A variable of that name is no clock, and an option says no.
+        self.assertEqual(self.kelvarin_json("eval", "_now", "--var", "_now=5")["value"], 5)
+        self.kelvarin_json("eval", "_now", "--opt", "addNow=0", status=1)
+
+    def test_a_seeded_run_repeats(self):
+        def draws(seed):
+            return self.kelvarin("eval", "rand1()", "--rows", "5", "--opt", f"seed={seed}").stdout
+
+        self.assertEqual(draws(1).splitlines()[0], "0.4170219984371215")
+        self.assertEqual(draws(1), draws(1))
+        self.assertNotEqual(draws(1), draws(2))
+
+    def test_zones_and_locales_change_nothing(self):
+        # One text of all that could depend on them: numbers, cases, orders and dates in UTC.
+        expression = (
+            'ftoa(1234567.5) // "|" // itoa(1234567) // "|" // ftoa(atof("1,5")) // "|" // toupper("ıiß") // "|" //'
+            ' tolower("IİÉ") // "|" // toDate(toET("2021-03-28 02:30:00")) // "|" //'
+            ' dateAdd("2024-01-31 23:30:00",0,1,0) // "|" // dateEOM("2024-10-27 01:30:00",0) // "|" //'
+            ' itoa(dateWeekNumber("2021-01-03 00:00:00")) // "|" // datePrint("2024-12-31 12:00:00","yyyy/M/d H:mm")')
+        options = ["--opt", "dateFormat=yyyy-MM-dd hh:mm:ss", "--opt", "referenceTime=20000101 00:00:00", "--opt",
+                   "elapsedTimeUnit=0"]
+        results = set()
+        for zone in ZONES:
+            for locale in LOCALES:
+                environment = {**os.environ, "TZ": zone, "LC_ALL": locale, "LANG": locale}
+                results.add(self.kelvarin("eval", expression, *options, env=environment).stdout)
+        self.assertEqual(len(results), 1, results)
+        self.assertTrue(results.pop().startswith("1.23457e+06|1234567|1.5|IISS|"))
 
     def test_wrong_usage(self):
         for arguments in (["x", "--var", "x=one"], ["1", "--opt", "colour=red"], ["1", "--opt", "addN=2"],

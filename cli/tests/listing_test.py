@@ -26,12 +26,33 @@ class ListingTest(ProgramTest):
     def test_functions(self):
         functions = {f["name"]: f for f in self.kelvarin_json("functions")}
         nvl = functions["nvl"]
-        self.assertEqual((nvl["kind"], nvl["signature"], nvl["args"]), ("function", "nvl(a,b)", 2))
+        self.assertEqual((nvl["kind"], nvl["group"], nvl["signature"], nvl["args"]),
+                         ("function", "Special", "nvl(x,y)", 2))
         self.assertEqual(nvl["backends"], ["Fastest Parser", "Fast Parser", "String Parser"])
         self.assertEqual(nvl["help"], "nvl(a,b) - if a is null return b, otherwise return a")
+        self.assertEqual(nvl["comment"], "if x is NULL return y, otherwise return x")
         self.assertEqual((functions["_nullS"]["kind"], functions["_nullS"]["args"]), ("constant", None))
-        self.assertEqual([f["name"] for f in self.kelvarin_json("functions", "nvl2")], ["nvl2"])
-        self.assertIn("Did you mean isNull?", self.kelvarin("functions", "isnull", status=1).stderr)
+        self.assertEqual((functions["sum"]["args"], functions["atan2"]["args"]), (None, 1))
+        self.assertEqual((functions["{k}"]["kind"], functions["//"]["kind"]), ("postfix", "operator"))
+        groups = list(dict.fromkeys(f["group"] for f in functions.values()))
+        self.assertEqual(groups[:3] + groups[8:9], ["On Numbers", "On Strings", "String Encode/Decode", "Special"])
+
+    def test_one_function_with_its_notes(self):
+        text = self.kelvarin("functions", "hdist2").stdout
+        self.assertTrue(text.startswith("hdist2(lat1Lon1,lat2Long2) - return earth distance\n"))
+        for part in ("Arguments  2\n", "Back-ends  String Parser\n", "Null       A null in any argument gives null.",
+                     "gives  264.59", "round((lat + 90) * 1e5) * 1e8 + round((lon + 180) * 1e5)"):
+            self.assertIn(part, text)
+        self.assertIn("natural logarithm", self.kelvarin("functions", "log").stdout)
+        self.assertIn("unary minus", self.kelvarin("functions", "--", "-").stdout)
+
+    def test_names_from_elsewhere_and_misspellings(self):
+        for foreign, name in (("IFNULL", "nvl"), ("len", "strlen"), ("EOMONTH", "dateEOM"), ("ROUNDUP", "roundUp"),
+                              ("IF", "?:"), ("CONCAT", "//"), ("INSTR", "indexOf"), ("MOD", "%"), ("isnull", "isNull")):
+            self.assertEqual(self.kelvarin_json("functions", foreign)[0]["name"], name)
+        self.assertIn('atof(datePrint(date, "yyyy"))', self.kelvarin("functions", "YEAR").stdout)
+        self.assertRegex(self.kelvarin("functions", "isNul", status=1).stderr, "Did you mean .*isNull")
+        self.assertIn("'kelvarin functions'", self.kelvarin("functions", "qqqqqqqqqqqq", status=1).stderr)
 
 
 if __name__ == "__main__":
