@@ -23,7 +23,7 @@ ALLOWED = {
     "actions/calculator_vectorized": ["actions/calculator"],
     "actions/filter_rows": ["actions/frame"],
     "columnar/format": ["base"],
-    "columnar/codecs": ["base"],
+    "columnar/codecs": ["base", "columnar/format"],
     "columnar/writer": ["columnar/format", "columnar/codecs", "host/contract"],
     "columnar/reader": ["columnar/format", "columnar/codecs", "host/contract"],
     "columnar/actions": ["columnar/writer", "columnar/reader", "expression", "actions/frame"],
