@@ -11,6 +11,7 @@
 #include "cli/messages.h"
 #include "cli/name_value.h"
 #include "cli/value_json.h"
+#include "expression/evaluator/expression_warnings.h"
 #include "expression/backends/expression_text.h"
 
 namespace kelvarin {
@@ -193,6 +194,10 @@ ExitStatus evaluate(const EvalArguments& arguments) {
   if (!request) {
     console.writeLog(LogLevel::error, request.error());
     return ExitStatus::wrongUsage;
+  }
+  const QString expression = QString::fromStdString(arguments.expression);
+  for (const QString& warning : warningsAbout(expression, expression)) {
+    console.writeLog(LogLevel::warning, warning);
   }
   ExpressionRun run(*request);
   if (const auto started = run.start(); !started) {

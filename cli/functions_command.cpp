@@ -58,6 +58,12 @@ Json described(const LanguageEntry& entry) {
   return object;
 }
 
+// A reader that went away is no failure here, so nothing is thrown where the stream is closed.
+template <typename... Arguments>
+void print(fmt::format_string<Arguments...> format, Arguments&&... arguments) {
+  std::fputs(fmt::format(format, std::forward<Arguments>(arguments)...).c_str(), stdout);
+}
+
 void printJson(const Entries& entries) {
   Json list = Json::array();
   for (const LanguageEntry* entry : entries) {
@@ -68,7 +74,7 @@ void printJson(const Entries& entries) {
 
 void printField(const char* field, const std::string& text) {
   if (!text.empty()) {
-    fmt::print("  {:<11}{}\n", field, text);
+    print("  {:<11}{}\n", field, text);
   }
 }
 
@@ -88,7 +94,7 @@ std::string settingsOf(const LanguageEntry& entry) {
 void printWhole(const LanguageEntry& entry) {
   const HelpEntry& help = *entry.entry;
   const bool isFunction = entry.kind == HelpKind::function;
-  fmt::print("{}\n", entry.help);
+  print("{}\n", entry.help);
   const bool isInHelp = QByteArrayView(entry.help).endsWith(QByteArrayView(help.comment));
   printField("Comment", isInHelp ? "" : help.comment);
   printField("Group", entry.group);
@@ -117,13 +123,13 @@ void printAll(const Entries& entries) {
   const char* group = "";
   for (const LanguageEntry* entry : entries) {
     if (std::string_view(group) != entry->group) {
-      fmt::print("{}{}\n", *group == 0 ? "" : "\n", entry->group);
+      print("{}{}\n", *group == 0 ? "" : "\n", entry->group);
       group = entry->group;
     }
-    fmt::print("  {}  {:<31}{}\n", marksOf(entry->backends), entry->entry->signature,
+    print("  {}  {:<31}{}\n", marksOf(entry->backends), entry->entry->signature,
                entry->entry->comment);
   }
-  fmt::print("\n1 {}, 2 {}, 3 {}: the back-ends that have it.\n{}\n{}\n",
+  print("\n1 {}, 2 {}, 3 {}: the back-ends that have it.\n{}\n{}\n",
              backendLabel(BackendKind::native), backendLabel(BackendKind::fast),
              backendLabel(BackendKind::string), kParametersRemark, program_messages::kMoreHint);
 }
@@ -162,11 +168,11 @@ ExitStatus showNamed(const std::string& name, bool isJson) {
   }
   if (match.isForeign) {
     const QString remark = QString::fromLatin1(program_messages::kCalledHere).arg(given);
-    fmt::print("{}\n{}\n", remark.toStdString(),
+    print("{}\n{}\n", remark.toStdString(),
                advice.isEmpty() ? "" : "  " + advice.toStdString() + "\n");
   }
   for (const LanguageEntry* entry : match.entries) {
-    fmt::print("{}", entry == match.entries.front() ? "" : "\n");
+    print("{}", entry == match.entries.front() ? "" : "\n");
     printWhole(*entry);
   }
   return ExitStatus::done;

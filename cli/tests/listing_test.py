@@ -1,8 +1,9 @@
 """The lists of functions and actions."""
 
+import subprocess
 import unittest
 
-from program import ProgramTest
+from program import PROGRAM, ProgramTest
 
 PLUGIN_ACTIONS = ["Calculator", "FilterRows", "ReadColumnarGel", "writeColumnarGel", "CalculatorVectorized"]
 HOST_ACTIONS = {"ReadCSV", "WriteCSV", "ReadParquet", "WriteParquet", "ReadArrow", "WriteArrow", "InlineTable", "Discard"}
@@ -22,6 +23,14 @@ class ListingTest(ProgramTest):
         self.assertEqual((calculator["version"], calculator["tags"]), (2.08, ["150_Standard"]))
         self.assertEqual(calculator["toolTip"], "Add/update a column based on an expression")
         self.assertIn("Calculator", self.kelvarin("actions").stdout)
+
+    def test_a_reader_that_goes_away_is_no_crash(self):
+        for command in ("functions", "actions"):
+            process = subprocess.Popen([PROGRAM, command], stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+            process.stdout.close()
+            self.assertEqual(process.stderr.read(), b"")
+            process.stderr.close()
+            self.assertGreaterEqual(process.wait(timeout=60), 0)
 
     def test_functions(self):
         functions = {f["name"]: f for f in self.kelvarin_json("functions")}
