@@ -19,5 +19,6 @@ void addCheckCommand(CLI::App& program, ChosenCommand& chosen);
 void addEvalCommand(CLI::App& program, ChosenCommand& chosen);
 void addFunctionsCommand(CLI::App& program, ChosenCommand& chosen);
 void addActionsCommand(CLI::App& program, ChosenCommand& chosen);
+void addGelCommand(CLI::App& program, ChosenCommand& chosen);
 
 }  // namespace kelvarin

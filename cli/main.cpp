@@ -72,6 +72,7 @@ int main(int argc, char** argv) {
   kelvarin::addEvalCommand(program, chosen);
   kelvarin::addFunctionsCommand(program, chosen);
   kelvarin::addActionsCommand(program, chosen);
+  kelvarin::addGelCommand(program, chosen);
 
   if (tellUnknownCommand(program, argc, argv)) {
     return static_cast<int>(ExitStatus::wrongUsage);

@@ -17,6 +17,11 @@ elseif(KELVARIN_SANITIZER)
   message(FATAL_ERROR "KELVARIN_SANITIZER is '${KELVARIN_SANITIZER}'; it takes address, thread or nothing.")
 endif()
 
+option(KELVARIN_FUZZ "Build the fuzz targets with clang's libFuzzer" OFF)
+if(KELVARIN_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 find_program(CCACHE ccache)
 if(CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})

@@ -39,3 +39,6 @@ else()
   target_link_libraries(kelvarin_arrow INTERFACE
     kelvarin_arrow_shared kelvarin_parquet_shared kelvarin_arrow_compute_shared)
 endif()
+
+find_package(Snappy REQUIRED CONFIG)
+include(fastpfor)

@@ -30,6 +30,7 @@ ALLOWED = {
     "ui": ["actions/calculator_vectorized", "actions/filter_rows", "columnar/actions"],
     "plugin": ["ui"],
     "cli": ["host/engine", "host/tables", "expression", "columnar/reader", "columnar/writer"],
+    "fuzz": ["columnar/reader"],
     "benchmarks": ["host/engine", "host/tables", "actions/calculator_vectorized", "actions/filter_rows",
                    "columnar/reader", "columnar/writer"],
 }

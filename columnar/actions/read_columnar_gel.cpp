@@ -2,8 +2,6 @@
 
 #include "actions/frame/attributes.h"
 #include "actions/frame/known_elements.h"
-#include "actions/frame/messages.h"
-#include "host/contract/main_ui.h"
 
 namespace kelvarin {
 
@@ -14,7 +12,6 @@ using Settings = ReadColumnarSettings;
 constexpr char16_t kBlockFilter[] = u"CFilterRows";
 constexpr char16_t kColumnsToRead[] = u"ColumnsToRead";
 constexpr int kListedColumns = 1;
-constexpr int kColumnsFromPin = 2;
 // Older hosts refuse a file with a time-out by this version.
 constexpr double kVersionWithTimeOut = 2.3;
 
@@ -41,7 +38,7 @@ const KnownElements kElements[] = {
 };
 
 int pinCount(const Settings& settings) {
-  if (settings.columnSelection == kColumnsFromPin) {
+  if (settings.columns() == Settings::Columns::fromPin) {
     return 2;
   }
   return settings.fileNameFromPin ? 1 : 0;
@@ -51,14 +48,14 @@ int pinCount(const Settings& settings) {
 
 const ActionDescription& ReadColumnarGel::catalogue() {
   static const ActionDescription entry{.typeName = "ReadColumnarGel",
-                                    .toolTip = "Read a columnar .cgel_kelvarin file",
-                                    .helpId = "5_2_7_kelvarin_columnar_gel_f",
-                                    .tag = "Common",
-                                    .keywords = {"columnar", "file", "import", "input", "load",
-                                                 "cgel_kelvarin", "cgel", "gel", "read", "in"},
-                                    .fileType = "cgel_kelvarin",
-                                    .image = ":/KelvarinMathParser/columnarRead.svg",
-                                    .version = 2.08};
+                                       .toolTip = "Read a columnar .cgel_kelvarin file",
+                                       .helpId = "5_2_7_kelvarin_columnar_gel_f",
+                                       .tag = "Common",
+                                       .keywords = {"columnar", "file", "import", "input", "load",
+                                                    "cgel_kelvarin", "cgel", "gel", "read", "in"},
+                                       .fileType = "cgel_kelvarin",
+                                       .image = ":/KelvarinMathParser/columnarRead.svg",
+                                       .version = 2.08};
   return entry;
 }
 
@@ -91,14 +88,60 @@ void ReadColumnarGel::saveXML(std::wostringstream& out, QString name) {
 
 char ReadColumnarGel::init() {
   ActionItem::init();
-  reportUnknownElements(*this, kElements);
-  MainUI::addLog(LogLevel::error,
-                 messages::runningNotAvailable(QString::fromLatin1(typeName()), name()));
-  return 1;
+  m_block = nullptr;
+  m_read.reset();
+  return reportUnknownElements(*this, kElements) ? 1 : 0;
+}
+
+char ReadColumnarGel::close() {
+  m_block = nullptr;
+  m_read.reset();
+  return 0;
+}
+
+float ReadColumnarGel::computeCompletion() const {
+  return m_read ? m_read->fractionDone() : -1.0f;
+}
+
+// The columns are those of the files whose names a pin gives, or are named by it.
+char ReadColumnarGel::fullTableRequiredToComputeMetas(int pin, bool* isKnown) {
+  if (isKnown != nullptr) {
+    *isKnown = true;
+  }
+  const bool givesFiles = pin == 0 && m_settings.fileNameFromPin;
+  const bool givesColumns =
+      pin == 1 && m_settings.columns() == ReadColumnarSettings::Columns::fromPin;
+  return givesFiles || givesColumns ? 1 : 0;
 }
 
 void ReadColumnarGel::setComputeRoutine() {
-  computeRoutine = [](ActionItem*) { return true; };
+  computeRoutine = &ReadColumnarGel::computeFirstRow;
+}
+
+bool ReadColumnarGel::computeFirstRow(ActionItem* action) {
+  auto& self = static_cast<ReadColumnarGel&>(*action);
+  self.m_read = std::make_unique<ColumnarRead>(self, self.m_settings, self.m_blockFilter,
+                                               self.m_columnsToRead, self.m_pause);
+  if (!self.m_read->begin() || !self.mustComputeFull()) {
+    return true;
+  }
+  self.computeRoutine = &ReadColumnarGel::computeRow;
+  self.m_block = self.m_read->nextBlock();
+  return self.m_block == nullptr;
+}
+
+bool ReadColumnarGel::computeRow(ActionItem* action) {
+  auto& self = static_cast<ReadColumnarGel&>(*action);
+  OneRow* row = self.getOutputRowForOutputPin(0);
+  while (!self.m_block->takeRow(row->getAllColForWrite()))
+    [[unlikely]] {
+      self.m_block = self.m_read->nextBlock();
+      if (self.m_block == nullptr) {
+        return true;
+      }
+    }
+  self.setRowReadyForOutput(0);
+  return false;
 }
 
 }  // namespace kelvarin

@@ -1,29 +1,19 @@
 // Reads columnar files and gives their rows.
 //
-// Its row work is not built yet: init() says so. Here are its settings, their XML and its pins.
-// Threads: those of ActionItem.
+// The first call of the row routine finds the files and opens the first one, the later ones hand
+// out rows; columnar_read.h has the work in between. Threads: those of ActionItem, beside one
+// reading thread.  Errors: logged, and the run fails.
 #pragma once
+
+#include <memory>
 
 #include "actions/frame/catalogued.h"
 #include "columnar/actions/block_filter.h"
+#include "columnar/actions/columnar_read.h"
+#include "columnar/actions/read_settings.h"
 #include "host/contract/action_item.h"
 
 namespace kelvarin {
-
-struct ReadColumnarSettings {
-  QString fileName = QStringLiteral("");  // read when the names do not come from the input pin
-  bool fileNameFromPin = false;
-  bool abortIfMissing = true;  // a missing file is an error; otherwise it is skipped with a warning
-  bool accurateProgressBar = true;  // progress counts rows; otherwise files
-  bool readIncompleteFile = false;
-  bool skipCorruptedBlocks = false;
-  bool filterRows = false;  // applies the block filter
-  int blocksAhead = 2;
-  int columnSelection =
-      0;  // 0 all columns, 1 those of `columnsToRead`, 2 those named by an input pin
-  int timeOutSeconds = 0;      // how long to wait for a missing file
-  bool readAllColumns = true;  // when not set, columnSelection is 1
-};
 
 class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem> {
  public:
@@ -33,12 +23,25 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem> {
 
   void saveXML(std::wostringstream& out, QString name) override;
   char init() override;
+  char close() override;
   void setComputeRoutine() override;
+  float computeCompletion() const override;
+  char fullTableRequiredToComputeMetas(int pin, bool* isKnown) override;
+
+  // For tests: passes the time while a missing file is waited for.
+  void setPause(Pause pause) { m_pause = std::move(pause); }
 
  private:
+  static bool computeFirstRow(ActionItem* action);
+  static bool computeRow(ActionItem* action);
+
   ReadColumnarSettings m_settings;
   BlockFilter m_blockFilter;
   QStringList m_columnsToRead;
+  Pause m_pause = sleepFor;
+
+  std::unique_ptr<ColumnarRead> m_read;
+  DecodedBlock* m_block = nullptr;  // whose rows are handed out
 };
 
 }  // namespace kelvarin

@@ -1,7 +1,7 @@
 #include "columnar/actions/write_columnar_gel.h"
 
 #include "actions/frame/known_elements.h"
-#include "actions/frame/messages.h"
+#include "columnar/actions/write_messages.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
@@ -35,8 +35,8 @@ const KnownElements kElements[] = {
     {QStringLiteral("ColumnStrategy"), {QStringLiteral("C")}},
 };
 
-WriteColumnarGel::ColumnSets readColumnSets(const XMLNode& node) {
-  WriteColumnarGel::ColumnSets sets;
+ListedColumnSets readColumnSets(const XMLNode& node) {
+  ListedColumnSets sets;
   for (int i = 0; i < node.nChildNode(); ++i) {
     const XMLNode child = node.getChildNode(i);
     if (child.name() == u"C") {
@@ -47,7 +47,7 @@ WriteColumnarGel::ColumnSets readColumnSets(const XMLNode& node) {
   return sets;
 }
 
-void writeColumnSets(std::wostream& out, const WriteColumnarGel::ColumnSets& sets) {
+void writeColumnSets(std::wostream& out, const ListedColumnSets& sets) {
   out << L"  <ColumnStrategy>";
   for (const auto& [column, set] : sets) {
     out << L"<C";
@@ -96,14 +96,64 @@ void WriteColumnarGel::saveXML(std::wostringstream& out, QString name) {
 
 char WriteColumnarGel::init() {
   ActionItem::init();
-  reportUnknownElements(*this, kElements);
-  MainUI::addLog(LogLevel::error,
-                 messages::runningNotAvailable(QString::fromLatin1(typeName()), name()));
-  return 1;
+  m_write.reset();
+  const bool isUnderstood = !reportUnknownElements(*this, kElements);
+  return isUnderstood && claimFile() ? 0 : 1;
+}
+
+// Before any action of the run has touched a file. Names of split files are claimed when they are
+// known.
+bool WriteColumnarGel::claimFile() {
+  m_names.giveBack();
+  const QString file = expandOutputFile(m_settings.file, QString());
+  if (!m_settings.checkNameCollision || file.isEmpty()) {
+    return true;
+  }
+  // Two splits of one name would meet in the names they make of it.
+  const bool isSplit = m_settings.splitKind() != WriteColumnarSettings::Split::none;
+  const QString name = isSplit ? nameForClaim(file) + QChar(u'\0') : nameForClaim(file);
+  if (!m_names.claim(globalParameters(), name)) {
+    MainUI::addLog(LogLevel::error, QString::fromLatin1(messages::kNameTaken).arg(file));
+    return false;
+  }
+  return true;
+}
+
+char WriteColumnarGel::close() {
+  const bool isStored = m_write == nullptr || m_write->end();
+  m_write.reset();
+  m_names.giveBack();
+  return isStored ? 0 : 1;
 }
 
 void WriteColumnarGel::setComputeRoutine() {
-  computeRoutine = [](ActionItem*) { return true; };
+  computeRoutine = &WriteColumnarGel::computeFirstRow;
+}
+
+bool WriteColumnarGel::computeFirstRow(ActionItem* action) {
+  auto& self = static_cast<WriteColumnarGel&>(*action);
+  self.m_write = std::make_unique<ColumnarWrite>(self, self.m_settings, self.m_columnSets,
+                                                 self.m_names, self.m_pause);
+  const OneRow* row = self.getNextRowFromInPin(0);
+  if (!self.mustComputeFull()) {
+    const OneRow* columns = self.announcedColumnsOfInPin(0);
+    if (columns != nullptr) {
+      (void)self.m_write->plan(*columns);
+    }
+    return true;
+  }
+  if (row == nullptr) {
+    self.m_write->endWithoutRows();
+    return true;
+  }
+  self.computeRoutine = &WriteColumnarGel::computeRow;
+  return !self.m_write->plan(*row) || !self.m_write->write(*row);
+}
+
+bool WriteColumnarGel::computeRow(ActionItem* action) {
+  auto& self = static_cast<WriteColumnarGel&>(*action);
+  const OneRow* row = self.getNextRowFromInPin(0);
+  return row == nullptr || !self.m_write->write(*row);
 }
 
 }  // namespace kelvarin

@@ -1,0 +1,26 @@
+// What the parts of `kelvarin gel` share: opening a columnar file with a message for the user.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "cli/commands.h"
+#include "cli/console.h"
+#include "columnar/reader/gel_file.h"
+
+namespace kelvarin {
+
+// Null: the console has said why. Files that their writer has not finished are opened too, with a
+// warning unless `isToldElsewhere`.
+std::unique_ptr<GelFile> openGelFile(const std::string& path, Console& console,
+                                     bool isToldElsewhere = false);
+
+// One a part, each in its own file.
+void addGelInfo(CLI::App& gel, ChosenCommand& chosen);
+void addGelHead(CLI::App& gel, ChosenCommand& chosen);
+void addGelVerify(CLI::App& gel, ChosenCommand& chosen);
+void addGelConversions(CLI::App& gel, ChosenCommand& chosen);
+
+}  // namespace kelvarin

@@ -1,0 +1,181 @@
+// `kelvarin gel export` and `gel import`: a columnar file to and from CSV, Parquet or Arrow.
+//
+// Each is a run of a graph of two actions, so that messages, full disks and interrupts are those of
+// any run.
+#include <span>
+
+#include <QDir>
+#include <QFileInfo>
+
+#include "cli/gel_command.h"
+#include "cli/gel_command_messages.h"
+#include "cli/graph_session.h"
+#include "cli/interrupt.h"
+#include "cli/messages.h"
+#include "cli/program_services.h"
+#include "cli/progress_line.h"
+#include "host/engine/graph_reader.h"
+#include "host/engine/run_graph.h"
+
+namespace kelvarin {
+
+namespace {
+
+using State = GlobalParameters::RunningState;
+
+// What follows Read and Write in the actions' names, and attributes that the kind needs.
+struct FileKind {
+  const char* extension;
+  const char* action;
+  const char* attributes;
+};
+
+constexpr FileKind kKinds[] = {
+    {"csv", "CSV", ""},     {"tsv", "CSV", "separator='\\t'"},
+    {"txt", "CSV", ""},     {"parquet", "Parquet", ""},
+    {"arrow", "Arrow", ""}, {"feather", "Arrow", ""},
+    {"ipc", "Arrow", ""},
+};
+
+struct Conversion {
+  std::string input;
+  std::string output;
+  std::string plugin;
+  int diskWaitSeconds = 60;
+  bool isQuiet = false;
+  bool readsDamaged = false;  // of an export
+  bool isExport = false;
+};
+
+const FileKind* kindOfFile(const std::string& path) {
+  const QString extension = QFileInfo(QString::fromStdString(path)).suffix().toLower();
+  for (const FileKind& kind : kKinds) {
+    if (extension == QLatin1String(kind.extension)) {
+      return &kind;
+    }
+  }
+  return nullptr;
+}
+
+QString knownExtensions() {
+  QStringList extensions;
+  for (const FileKind& kind : kKinds) {
+    extensions += QString::fromLatin1(kind.extension);
+  }
+  return extensions.join(QStringLiteral(", "));
+}
+
+// The file names are parameters, so that nothing in them is taken for a part of the document.
+QByteArray graphOf(const Conversion& conversion, const FileKind& other) {
+  const QString table =
+      QStringLiteral("<%1%2 name='%3' file='${%3}' %4/>")
+          .arg(conversion.isExport ? QStringLiteral("Write") : QStringLiteral("Read"),
+               QString::fromLatin1(other.action),
+               conversion.isExport ? QStringLiteral("output") : QStringLiteral("input"),
+               QString::fromLatin1(other.attributes));
+  const QString gel =
+      conversion.isExport
+          ? QStringLiteral("<ReadColumnarGel name='input' fileName='${input}' %1/>")
+                .arg(conversion.readsDamaged
+                         ? QStringLiteral("readIncompleteFile='1' skipCorruptedBlocks='1'")
+                         : QString())
+          : QStringLiteral("<writeColumnarGel name='output' file='${output}'/>");
+  return QStringLiteral(
+             "<KelvarinGraph version='1.0'><Parameters><Parameter name='input' value=''/>"
+             "<Parameter name='output' value=''/></Parameters><Actions>%1%2</Actions>"
+             "<Links><Link from='input' to='output'/></Links></KelvarinGraph>")
+      .arg(gel, table)
+      .toUtf8();
+}
+
+QString absolute(const std::string& path) {
+  return QDir::current().absoluteFilePath(QString::fromStdString(path));
+}
+
+ExitStatus run(Graph& graph, Console& console) {
+  RunRecord record;
+  const InterruptibleRun interruptible(record);
+  ProgressLine progress(console);
+  ExecutionOptions options;
+  if (console.isDecorated()) {
+    options.progress = [&progress](const RunProgress& now) { progress.show(now); };
+  }
+  const RunResult result = runGraph(graph, record, options);
+  console.clearProgress();
+  if (result.state == State::stoppedByUser) {
+    console.writeLog(LogLevel::warning, QString::fromLatin1(program_messages::kInterrupted));
+    return ExitStatus::interrupted;
+  }
+  return result.isOk() ? ExitStatus::done : ExitStatus::failed;
+}
+
+ExitStatus convert(const Conversion& conversion) {
+  Console console(conversion.isQuiet);
+  const std::string& other = conversion.isExport ? conversion.output : conversion.input;
+  const FileKind* kind = kindOfFile(other);
+  if (kind == nullptr) {
+    console.writeLog(LogLevel::error, QString::fromLatin1(gel_messages::kUnknownExtension)
+                                          .arg(QString::fromStdString(other), knownExtensions()));
+    return ExitStatus::wrongUsage;
+  }
+  const ProgramServices services(console, conversion.diskWaitSeconds);
+  auto catalogue = loadCatalogue(conversion.plugin);
+  if (!catalogue) {
+    console.writeLog(LogLevel::error, catalogue.error());
+    return ExitStatus::failed;
+  }
+  const std::vector<ParameterOverride> files{
+      {QStringLiteral("input"), absolute(conversion.input)},
+      {QStringLiteral("output"), absolute(conversion.output)}};
+  auto graph =
+      parseGraph(graphOf(conversion, *kind), QDir::current().filePath(QStringLiteral("conversion")),
+                 **catalogue, files);
+  if (!graph) {
+    for (const GraphError& error : graph.error()) {
+      console.writeLog(LogLevel::error, error.message);
+    }
+    return ExitStatus::failed;
+  }
+  return run(*graph, console);
+}
+
+void addConversion(CLI::App& command, const std::shared_ptr<Conversion>& conversion,
+                   ChosenCommand& chosen) {
+  addPluginOption(command, conversion->plugin);
+  command
+      .add_option("--disk-wait", conversion->diskWaitSeconds,
+                  "how long to wait for space on a full disk")
+      ->check(CLI::NonNegativeNumber)
+      ->type_name("SECONDS")
+      ->capture_default_str();
+  command.add_flag("--quiet", conversion->isQuiet, "only errors and warnings on standard error");
+  command.callback(
+      [conversion, &chosen] { chosen = [conversion] { return convert(*conversion); }; });
+}
+
+}  // namespace
+
+void addGelConversions(CLI::App& gel, ChosenCommand& chosen) {
+  auto exported = std::make_shared<Conversion>();
+  exported->isExport = true;
+  CLI::App* command = gel.add_subcommand("export", "Write it as CSV, Parquet or Arrow");
+  command->add_option("FILE", exported->input, "the main file")->required()->type_name("FILE");
+  command->add_option("OUT", exported->output, "its extension says what it becomes")
+      ->required()
+      ->type_name("FILE");
+  command->add_flag("--salvage", exported->readsDamaged,
+                    "take what can be read of an incomplete or damaged file");
+  command->footer("Example:\n  kelvarin gel export sales.cgel_kelvarin sales.parquet");
+  addConversion(*command, exported, chosen);
+
+  auto imported = std::make_shared<Conversion>();
+  command = gel.add_subcommand("import", "Make one of a CSV, Parquet or Arrow file");
+  command->add_option("IN", imported->input, "its extension says what it is")
+      ->required()
+      ->type_name("FILE");
+  command->add_option("FILE", imported->output, "the main file")->required()->type_name("FILE");
+  command->footer("Example:\n  kelvarin gel import sales.csv sales.cgel_kelvarin");
+  addConversion(*command, imported, chosen);
+}
+
+}  // namespace kelvarin

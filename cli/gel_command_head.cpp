@@ -1,0 +1,113 @@
+// `kelvarin gel head`: the first rows of a columnar file, as CSV.
+#include <cstdio>
+
+#include "cli/gel_command.h"
+#include "cli/gel_command_messages.h"
+#include "columnar/reader/block_reader.h"
+#include "host/tables/csv/csv_row_format.h"
+
+namespace kelvarin {
+
+namespace {
+
+struct HeadArguments {
+  std::string file;
+  std::uint64_t rows = 10;
+};
+
+// The columns of the file as a row.
+PinOutMetaData columnsOf(const GelFile& file, const std::vector<std::size_t>& order) {
+  PinOutMetaData columns;
+  columns.setColumnCount(static_cast<int>(order.size()));
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    columns.setName(static_cast<int>(i), QString::fromStdString(file.column(order[i]).name));
+    columns.setMeta(static_cast<int>(i), file.meta(order[i]));
+  }
+  return columns;
+}
+
+std::vector<MetaTypeColumn> typesOf(const PinOutMetaData& columns) {
+  std::vector<MetaTypeColumn> types;
+  for (const MetaInfo& meta : columns.metas()) {
+    types.push_back(meta.type());
+  }
+  return types;
+}
+
+// What an event without rows means to the user; empty at the end.
+QString damageText(const QString& file, const ReadEvent& event) {
+  switch (event.kind) {
+    case ReadEvent::Kind::corrupted:
+      return QString::fromLatin1(gel_messages::kRowsLost)
+          .arg(file)
+          .arg(event.firstRow)
+          .arg(event.lastRow);
+    case ReadEvent::Kind::truncated:
+      return QString::fromLatin1(gel_messages::kFileCut).arg(file).arg(event.firstRow);
+    case ReadEvent::Kind::noMemory:
+      return QString::fromLatin1(gel_messages::kNoMemory).arg(file);
+    case ReadEvent::Kind::block:
+    case ReadEvent::Kind::end:
+      break;
+  }
+  return {};
+}
+
+bool printRows(const GelFile& file, BlockReader& reader, PinOutMetaData& columns,
+               std::uint64_t rowsLeft, Console& console) {
+  OneRow row(&columns);
+  CsvRowFormat format(CsvDialect{}, typesOf(columns));
+  (void)format.appendNames(row);
+  bool isSound = true;
+  for (ReadEvent event; rowsLeft > 0;) {
+    event = reader.next(std::move(event.block));
+    if (event.kind != ReadEvent::Kind::block) {
+      const QString text = damageText(QString::fromStdString(file.path()), event);
+      if (!text.isEmpty()) {
+        console.writeLog(LogLevel::error, text);
+        isSound = false;
+      }
+      if (event.isLast()) {
+        break;
+      }
+      continue;
+    }
+    for (; rowsLeft > 0 && event.block->takeRow(row.getAllColForWrite()); --rowsLeft) {
+      (void)format.appendRow(row);
+    }
+  }
+  std::fwrite(format.text().data(), 1, format.text().size(), stdout);
+  return isSound;
+}
+
+ExitStatus showHead(const HeadArguments& arguments) {
+  Console console(false);
+  const auto file = openGelFile(arguments.file, console);
+  if (!file) {
+    return ExitStatus::failed;
+  }
+  const std::vector<std::size_t> order = file->columnsInRowOrder();
+  auto reader = BlockReader::open(*file, order);
+  if (!reader) {
+    console.writeLog(LogLevel::error, QString::fromLatin1(gel_messages::kCannotOpenSide)
+                                          .arg(QString::fromStdString(reader.error())));
+    return ExitStatus::failed;
+  }
+  PinOutMetaData columns = columnsOf(*file, order);
+  return printRows(*file, **reader, columns, arguments.rows, console) ? ExitStatus::done
+                                                                      : ExitStatus::failed;
+}
+
+}  // namespace
+
+void addGelHead(CLI::App& gel, ChosenCommand& chosen) {
+  auto arguments = std::make_shared<HeadArguments>();
+  CLI::App* command = gel.add_subcommand("head", "Print the first rows as CSV");
+  command->add_option("FILE", arguments->file, "the main file")->required()->type_name("FILE");
+  command->add_option("--rows", arguments->rows, "how many")->type_name("N")->capture_default_str();
+  command->footer("Example:\n  kelvarin gel head sales.cgel_kelvarin --rows 5");
+  command->callback(
+      [arguments, &chosen] { chosen = [arguments] { return showHead(*arguments); }; });
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,37 @@
+// The texts of `kelvarin gel`. `%1` and so on are filled in by QString::arg.
+#pragma once
+
+namespace kelvarin::gel_messages {
+
+inline constexpr char kCannotOpen[] =
+    "Cannot read '%1': there is no such file, or it may not be read.";
+inline constexpr char kNotAGelFile[] =
+    "Cannot read '%1': it is no columnar file, or its header or column list is damaged.";
+inline constexpr char kCannotOpenSide[] =
+    "Cannot open the column-set file '%1'. It belongs beside the main file.";
+inline constexpr char kIncomplete[] =
+    "'%1' is incomplete: its writer has not finished, or was stopped.";
+inline constexpr char kRowsLost[] = "'%1' is damaged: rows %2 to %3 cannot be read.";
+inline constexpr char kFileCut[] = "'%1' is cut: nothing from row %2 on can be read.";
+inline constexpr char kNoMemory[] = "'%1': the memory does not suffice for a block of rows.";
+
+inline constexpr char kUnknownExtension[] =
+    "The kind of the file '%1' is told by its extension, which is one of: %2.";
+
+// What a verification finds. The file, the place in it, the block and the rows.
+inline constexpr char kPlace[] = "%1, byte %2: block %3 (rows %4 to %5)%6: %7";
+inline constexpr char kColumn[] = ", column '%1'";
+inline constexpr char kBadRecord[] = "the block descriptors do not agree with their checksum";
+inline constexpr char kMainFileCut[] = "the file ends here, though more should follow";
+inline constexpr char kBadRowCount[] = "the header's row count is not that of the blocks";
+inline constexpr char kBadChunk[] = "the values do not agree with their checksum or make no sense";
+inline constexpr char kUnknownLayout[] = "the values have the layout %1, which is unknown";
+inline constexpr char kSideFileCut[] = "the file ends inside this column's values";
+inline constexpr char kBadSummary[] = "the values are not those that the block's summary tells";
+inline constexpr char kSideFileMissing[] = "%1: the file cannot be opened";
+inline constexpr char kVerified[] = "%1: %2 rows in %3 blocks, %4 chunks read: %5\n";
+inline constexpr char kNoDamage[] = "no damage";
+inline constexpr char kDamages[] = "%1 damaged places";
+inline constexpr char kIncompleteButSound[] = "no damage, but the file is incomplete";
+
+}  // namespace kelvarin::gel_messages

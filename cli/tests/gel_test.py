@@ -1,0 +1,87 @@
+"""Looks into columnar files, checks and converts them."""
+
+import os
+import unittest
+
+from program import ProgramTest
+
+ROWS = "".join(f"{i},{i / 4},{'' if i % 7 == 3 else 'name %d' % (i % 5)}\n" for i in range(12000))
+TABLE = "id,price,name\n" + ROWS
+
+
+class GelTest(ProgramTest):
+    def make(self):
+        self.write("t.csv", TABLE)
+        self.kelvarin("gel", "import", "t.csv", "t.cgel_kelvarin", "--quiet")
+
+    def damage(self, name, place):
+        with open(self.path(name), "r+b") as file:
+            file.seek(place, os.SEEK_SET)
+            byte = file.read(1)[0]
+            file.seek(place, os.SEEK_SET)
+            file.write(bytes([byte ^ 1]))
+
+    def test_a_table_survives_every_kind_of_file(self):
+        self.make()
+        for name in ("t.parquet", "t.arrow", "again.csv", "t.tsv"):
+            self.kelvarin("gel", "export", "t.cgel_kelvarin", name)
+            self.kelvarin("gel", "import", name, "back.cgel_kelvarin")
+            self.kelvarin("gel", "export", "back.cgel_kelvarin", "back.csv")
+            self.assertEqual(self.read("back.csv").replace(".0,", ","), TABLE.replace(".0,", ","), name)
+
+    def test_info_tells_columns_and_blocks(self):
+        self.make()
+        info = self.kelvarin_json("gel", "info", "t.cgel_kelvarin", "--blocks")
+        self.assertEqual((info["complete"], info["rows"], info["nRowsInBlock"], info["sets"]), (True, 12000, 5000, 1))
+        self.assertEqual([column["name"] for column in info["columns"]], ["id", "price", "name"])
+        self.assertEqual(info["columns"][2], {"name": "name", "meta": "U", "storage": 0, "set": 0})
+        self.assertEqual([(block["row"], block["rows"]) for block in info["blocks"]],
+                         [(0, 5000), (5000, 5000), (10000, 2000)])
+        identifier, price, name = info["blocks"][1]["columns"]
+        self.assertEqual((identifier["min"], identifier["max"], identifier["hasNull"]), (5000, 9999, False))
+        self.assertEqual((price["min"], price["max"]), (1250, 2499.75))
+        self.assertEqual((name["min"], name["max"], name["hasNull"]), ("name 0", "name 4", True))
+        self.assertEqual(sum(column["bytes"] for block in info["blocks"] for column in block["columns"]),
+                         os.path.getsize(self.path("t.000.cs_kelvarin")))
+        self.assertNotIn("blocks", self.kelvarin_json("gel", "info", "t.cgel_kelvarin"))
+        self.assertIn("complete, 12000 rows", self.kelvarin("gel", "info", "t.cgel_kelvarin").stdout)
+
+    def test_head_prints_the_first_rows(self):
+        self.make()
+        self.assertEqual(self.kelvarin("gel", "head", "t.cgel_kelvarin", "--rows", "4").stdout,
+                         "id,price,name\n0,0,name 0\n1,0.25,name 1\n2,0.5,name 2\n3,0.75,\n")
+        self.assertEqual(len(self.kelvarin("gel", "head", "t.cgel_kelvarin").stdout.splitlines()), 11)
+
+    def test_verify_names_each_damage(self):
+        self.make()
+        self.assertIn("12000 rows in 3 blocks, 9 chunks read: no damage",
+                      self.kelvarin("gel", "verify", "t.cgel_kelvarin").stdout)
+        info = self.kelvarin_json("gel", "info", "t.cgel_kelvarin", "--blocks")
+        place = sum(column["bytes"] for column in info["blocks"][0]["columns"]) + 9
+        self.damage("t.000.cs_kelvarin", place)
+        result = self.kelvarin("gel", "verify", "t.cgel_kelvarin", status=1)
+        self.assertIn(f"t.000.cs_kelvarin, byte {place - 9}: block 1 (rows 5000 to 9999), column '", result.stdout)
+        refused = self.kelvarin("gel", "export", "t.cgel_kelvarin", "x.csv", status=1)
+        self.assertIn("is corrupted in data-block starting at row 5000", refused.stderr)
+        self.assertNotIn("x.csv", self.files())
+        salvaged = self.kelvarin("gel", "export", "--salvage", "t.cgel_kelvarin", "x.csv")
+        self.assertIn("is corrupted - skipping rows 5000 to 9999", salvaged.stderr)
+        self.assertEqual(len(self.read("x.csv").splitlines()), 7001)
+        os.remove(self.path("t.000.cs_kelvarin"))
+        self.assertIn("cannot be opened", self.kelvarin("gel", "verify", "t.cgel_kelvarin", status=1).stdout)
+
+    def test_wrong_files_and_wrong_usage(self):
+        self.write("text.cgel_kelvarin", "no columnar file")
+        for command in ("info", "head", "verify"):
+            self.assertIn("it is no columnar file",
+                          self.kelvarin("gel", command, "text.cgel_kelvarin", status=1).stderr)
+            self.assertIn("there is no such file", self.kelvarin("gel", command, "none", status=1).stderr)
+            self.assertIn("Example:\n  kelvarin gel " + command,
+                          self.kelvarin("gel", command, "--help").stdout)
+        unknown = self.kelvarin("gel", "export", "text.cgel_kelvarin", "x.doc", status=2)
+        self.assertIn("one of: csv, tsv, txt, parquet", unknown.stderr)
+        self.kelvarin("gel", status=2)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,221 @@
+#include "columnar/actions/block_filter_evaluation.h"
+
+#include "columnar/actions/read_messages.h"
+#include "expression/errors/error_texts.h"
+#include "expression/errors/messages.h"
+
+namespace kelvarin {
+
+namespace {
+
+// Of each variable, in the list given to the evaluator.
+enum Place { kMaximum, kMinimum, kHasNull, kPlacesOfVariable };
+
+InputVariable numberInput(const QString& name, double sample) {
+  InputVariable input;
+  input.label = name;
+  input.number = sample;
+  return input;
+}
+
+InputVariable boundInput(const BlockVariable& variable, const QString& name,
+                         const BlockVariable::Sample& sample) {
+  InputVariable input = numberInput(name, sample.number);
+  input.isNumber = variable.isNumber;
+  input.meta = variable.meta;
+  input.text = sample.text;
+  return input;
+}
+
+QString numberText(double number) {
+  return isNullNumber(number) ? QString() : shortestText(number);
+}
+
+QString qStringOf(const std::string& text) {
+  return text.empty() ? QStringLiteral("") : QString::fromStdString(text);
+}
+
+double numberOfText(const std::string& text) {
+  bool isNumber = false;
+  const double number = QString::fromStdString(text).toDouble(&isNumber);
+  return isNumber ? number : kNullNumber;
+}
+
+bool isFalse(const ExpressionValue& value) {
+  if (value.type == ExpressionValue::Type::text) {
+    return !value.text.isNull() && value.text.isEmpty();
+  }
+  return value.number == 0.0;
+}
+
+}  // namespace
+
+std::vector<InputVariable> BlockFilterEvaluation::inputs() const {
+  std::vector<InputVariable> inputs;
+  for (const BlockVariable& variable : m_filter.variables) {
+    inputs.push_back(boundInput(variable, variable.maximumName, variable.maximum));
+    inputs.push_back(boundInput(variable, variable.minimumName, variable.minimum));
+    inputs.push_back(numberInput(variable.hasNullName, 0.0));
+  }
+  if (m_filter.addRowNumbers) {
+    inputs.push_back(numberInput(QStringLiteral("_n_min"), 0.0));
+    inputs.push_back(numberInput(QStringLiteral("_n_max"), 0.0));
+  }
+  return inputs;
+}
+
+Status<QString> BlockFilterEvaluation::compile(const ActionItem& action, QString& warning) {
+  EvaluationOptions options;
+  options.addN = false;  // a block has two row numbers
+  options.time = m_filter.time;
+  const std::vector<InputVariable> variables = inputs();
+  bool hasDates = false;
+  for (const InputVariable& variable : variables) {
+    hasDates |= kindOf(variable) == VariableKind::date;
+  }
+  m_columnNames.clear();
+  for (const BlockVariable& variable : m_filter.variables) {
+    m_columnNames.push_back(action.expandString(variable.column));
+  }
+  m_evaluator.configure(options, variables, action.globalParameters(), false);
+  m_dates.configure(m_filter.time);
+  (void)m_dates.prepare({m_filter.expression}, hasDates);  // the evaluator's answer is the same
+  switch (m_evaluator.prepareDateContext({m_filter.expression})) {
+    case DateStatus::ready:
+      break;
+    case DateStatus::referenceTimeUnparsable:
+      warning = QString::fromLatin1(messages::kFilterReferenceUnparsable);
+      break;
+    case DateStatus::dateFormatUnknown:
+      return Failure{QString::fromLatin1(messages::kDateFormatUnknown)};
+  }
+  OutputVariable output;
+  output.name = QStringLiteral("CFilterRows");
+  output.expression =
+      m_filter.expression.trimmed().isEmpty() ? QStringLiteral("1") : m_filter.expression;
+  const auto failure = [](const QString& text) {
+    return Failure{QString::fromLatin1(messages::kFilterFailed).arg(text)};
+  };
+  if (!action.mustComputeFull()) {
+    const QString text = m_evaluator.check(output, ResultUse::anyValue);
+    const bool isGood = text.isEmpty() || text == QLatin1String(messages::kReferenceUnparsable);
+    return isGood ? Status<QString>(Done{}) : failure(text);
+  }
+  const Status<ExpressionError> compiled = m_evaluator.compile(output, ResultUse::anyValue);
+  return compiled ? Status<QString>(Done{}) : failure(errorTextWithPosition(compiled.error()));
+}
+
+Status<QString> BlockFilterEvaluation::bindTo(const GelFile& file) {
+  m_columns.clear();
+  for (const QString& name : m_columnNames) {
+    const std::string wanted = name.toStdString();
+    std::size_t column = 0;
+    while (column < file.columns().size() && file.column(column).name != wanted) {
+      ++column;
+    }
+    if (column == file.columns().size()) {
+      return Failure{name};
+    }
+    m_columns.push_back(column);
+  }
+  return Done{};
+}
+
+bool BlockFilterEvaluation::wantsBlock(const GelFile& file, const BlockInfo& block) {
+  if (!loadVariables(file, block)) {
+    return true;
+  }
+  m_evaluator.startRow();
+  return m_evaluator.evaluate(0) != RowOutcome::ok || !isFalse(m_evaluator.value(0));
+}
+
+bool BlockFilterEvaluation::loadVariables(const GelFile& file, const BlockInfo& block) {
+  int input = 0;
+  for (std::size_t i = 0; i < m_columns.size(); ++i, input += kPlacesOfVariable) {
+    Summary summary;
+    if (!readSummary(file, block, m_columns[i], summary) || summary.isHighUnknown) {
+      return false;
+    }
+    const BlockVariable& variable = m_filter.variables[i];
+    setBound(input + kMaximum, variable, summary.high);
+    setBound(input + kMinimum, variable, summary.low);
+    m_evaluator.setNumber(input + kHasNull, summary.hasNull ? 1.0 : 0.0);
+  }
+  if (m_filter.addRowNumbers) {
+    m_evaluator.setNumber(input, static_cast<double>(block.firstRow));
+    m_evaluator.setNumber(input + 1, static_cast<double>(block.lastRow()));
+  }
+  return true;
+}
+
+void BlockFilterEvaluation::setBound(int input, const BlockVariable& variable, const Bound& bound) {
+  const double* number = std::get_if<double>(&bound);
+  const std::string* text = std::get_if<std::string>(&bound);
+  switch (kindOf(boundInput(variable, QString(), {}))) {
+    case VariableKind::number:
+      m_evaluator.setNumber(input, number != nullptr ? *number
+                                   : text != nullptr ? numberOfText(*text)
+                                                     : kNullNumber);
+      return;
+    case VariableKind::text:
+      m_evaluator.setText(input, text != nullptr     ? qStringOf(*text)
+                                 : number != nullptr ? numberText(*number)
+                                                     : QString());
+      return;
+    case VariableKind::date:
+      m_evaluator.setNumber(input, number != nullptr ? *number
+                                   : text != nullptr
+                                       ? m_dates.toElapsedTime(QString::fromStdString(*text))
+                                       : kNullNumber);
+      return;
+  }
+}
+
+bool BlockFilterEvaluation::readSummary(const GelFile& file, const BlockInfo& block,
+                                        std::size_t column, Summary& summary) {
+  const DescriptorLayout& layout = file.descriptorLayout();
+  switch (file.column(column).type) {
+    case GelType::key: {
+      KeySummary keys;
+      if (!layout.readSummary(block.descriptor, column, keys)) {
+        return false;
+      }
+      summary.hasNull = keys.hasNull;
+      if (keys.hasValues()) {
+        summary.low = static_cast<double>(keys.low);
+        summary.high = static_cast<double>(keys.high);
+      }
+      return true;
+    }
+    case GelType::number: {
+      NumberSummary numbers;
+      if (!layout.readSummary(block.descriptor, column, numbers)) {
+        return false;
+      }
+      summary.hasNull = numbers.hasNull;
+      if (numbers.hasValues) {
+        summary.low = numbers.low;
+        summary.high = numbers.high;
+      }
+      return true;
+    }
+    case GelType::text:
+      break;
+  }
+  TextSummary texts;
+  if (!layout.readSummary(block.descriptor, column, texts)) {
+    return false;
+  }
+  summary.hasNull = texts.hasNull;
+  if (const auto low = texts.lowerBound()) {
+    summary.low = *low;
+  }
+  const auto high = texts.upperBound();
+  if (high) {
+    summary.high = *high;
+  }
+  summary.isHighUnknown = !high && texts.high.has_value();
+  return true;
+}
+
+}  // namespace kelvarin

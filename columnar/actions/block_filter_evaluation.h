@@ -1,0 +1,59 @@
+// Evaluates the block filter: whether a block may have rows that the user wants.
+//
+// The variables are the summaries of a block's descriptor: maximum, minimum and has-null of each
+// column, and the numbers of its first and last row. A block is passed over only when the
+// expression is false; where it gives no value or fails, the block is read.
+// Used by ColumnarRead: compile() once, bindTo() for every file, then wantsBlock().
+// Threads: one at a time: the engine's until the reading thread begins, then that one.
+// Errors: texts to log.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "columnar/actions/block_filter.h"
+#include "columnar/reader/block_scan.h"
+#include "expression/dates/date_context.h"
+#include "expression/evaluator/expression_evaluator.h"
+#include "host/contract/action_item.h"
+
+namespace kelvarin {
+
+class BlockFilterEvaluation {
+ public:
+  explicit BlockFilterEvaluation(const BlockFilter& filter) : m_filter(filter) {}
+
+  // A check tries the expression with the variables' samples; otherwise it is compiled. `warning`
+  // is set when the user should know something.
+  Status<QString> compile(const ActionItem& action, QString& warning);
+  // Finds the variables' columns; the error is the name of one that the file lacks.
+  Status<QString> bindTo(const GelFile& file);
+  bool wantsBlock(const GelFile& file, const BlockInfo& block);
+
+ private:
+  // A bound of a column: none, a number, or UTF-8.
+  using Bound = std::variant<std::monostate, double, std::string>;
+  struct Summary {
+    bool hasNull = false;
+    Bound low;
+    Bound high;
+    bool isHighUnknown = false;  // there is a largest value, but its bound was cut
+  };
+
+  std::vector<InputVariable> inputs() const;
+  static bool readSummary(const GelFile& file, const BlockInfo& block, std::size_t column,
+                          Summary& summary);
+  void setBound(int input, const BlockVariable& variable, const Bound& bound);
+  // False when a summary cannot be used.
+  bool loadVariables(const GelFile& file, const BlockInfo& block);
+
+  const BlockFilter& m_filter;
+  std::vector<QString> m_columnNames;  // of the variables, graph parameters replaced
+  std::vector<std::size_t> m_columns;  // of the variables in the current file
+  ExpressionEvaluator m_evaluator;
+  DateContext m_dates;
+};
+
+}  // namespace kelvarin

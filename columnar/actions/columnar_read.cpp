@@ -1,0 +1,346 @@
+#include "columnar/actions/columnar_read.h"
+
+#include <algorithm>
+
+#include <QFile>
+
+#include "columnar/actions/file_list.h"
+#include "columnar/actions/read_messages.h"
+#include "host/contract/main_ui.h"
+
+namespace kelvarin {
+
+namespace {
+
+QString text(const char* message, const QString& first) {
+  return QString::fromLatin1(message).arg(first);
+}
+
+void warn(const QString& line) {
+  MainUI::addLog(LogLevel::warning, line);
+}
+
+std::string systemPath(const QString& path) {
+  return QFile::encodeName(path).toStdString();
+}
+
+}  // namespace
+
+ColumnarRead::ColumnarRead(ActionItem& action, const ReadColumnarSettings& settings,
+                           const BlockFilter& filter, const QStringList& columnsToRead, Pause pause)
+    : m_action(action),
+      m_settings(settings),
+      m_columnsToRead(columnsToRead),
+      m_pause(std::move(pause)),
+      m_damage(settings.skipCorruptedBlocks),
+      m_filter(filter) {}
+
+bool ColumnarRead::begin() {
+  if (!findNames()) {
+    return false;
+  }
+  if (m_action.mustComputeFull() && m_settings.accurateProgressBar && m_files.size() > 1) {
+    countRows();
+  }
+  return openNextFile();
+}
+
+bool ColumnarRead::findNames() {
+  std::optional<QStringList> files = findFiles();
+  if (!files) {
+    m_action.failRun();
+    return false;
+  }
+  m_files = std::move(*files);
+  std::optional<QStringList> columns;
+  if (!findColumns(columns)) {
+    m_action.failRun();
+    return false;
+  }
+  m_choice.emplace(columns);
+  return isRunning();
+}
+
+// In a check the rows of an input pin do not come; nothing is opened then.
+std::optional<QStringList> ColumnarRead::findFiles() {
+  if (m_settings.fileNameFromPin) {
+    return fileNamesFromPin(m_action, m_settings.abortIfMissing);
+  }
+  if (m_settings.fileName.isEmpty()) {
+    MainUI::addLog(LogLevel::error, QString::fromLatin1(messages::kNoFileName));
+    return std::nullopt;
+  }
+  return QStringList{m_settings.fileName};
+}
+
+bool ColumnarRead::findColumns(std::optional<QStringList>& names) {
+  switch (m_settings.columns()) {
+    case ReadColumnarSettings::Columns::all:
+      return true;
+    case ReadColumnarSettings::Columns::listed:
+      names = m_columnsToRead;
+      for (QString& name : *names) {
+        name = m_action.expandString(name);
+      }
+      break;
+    case ReadColumnarSettings::Columns::fromPin:
+      names = columnNamesFromPin(m_action);
+      if (!names) {
+        return false;
+      }
+      break;
+  }
+  if (names->isEmpty()) {
+    MainUI::addLog(LogLevel::error, QString::fromLatin1(messages::kNoColumnListed));
+  }
+  return !names->isEmpty();
+}
+
+// Where a file tells nothing yet, files are counted.
+void ColumnarRead::countRows() {
+  for (const QString& name : m_files) {
+    const auto file = GelFile::open(systemPath(m_action.expandFile(name)), IncompleteFiles::refuse);
+    if (!file) {
+      m_rowsExpected = 0;
+      return;
+    }
+    m_rowsExpected += (*file)->rowCount();
+  }
+}
+
+bool ColumnarRead::openNextFile() {
+  closeFile();
+  while (m_nextFile < m_files.size() && isRunning()) {
+    const QString& name = m_files[m_nextFile];
+    ++m_nextFile;
+    switch (openFile(m_action.expandFile(name))) {
+      case Opening::opened:
+        return true;
+      case Opening::skipped:
+        tellProgress(0);
+        break;
+      case Opening::failed:
+        m_action.failRun();
+        return false;
+    }
+  }
+  return false;
+}
+
+ColumnarRead::Opening ColumnarRead::openFile(const QString& path) {
+  m_file = path;
+  if (!waitForFile(m_action, path, m_settings.timeOutSeconds, m_pause)) {
+    return isRunning() ? missFile() : Opening::skipped;
+  }
+  const auto incomplete =
+      m_settings.readIncompleteFile ? IncompleteFiles::accept : IncompleteFiles::refuse;
+  auto file = GelFile::open(systemPath(path), incomplete);
+  if (!file) {
+    return failToOpen(file.error());
+  }
+  m_gelFile = std::move(*file);
+  if (m_files.size() == 1 && m_settings.accurateProgressBar) {
+    m_rowsExpected = m_gelFile->rowCount();
+  }
+  if (!m_gelFile->isComplete()) {
+    warn(text(messages::kIncomplete, path));
+  }
+  return chooseColumns() && prepareFilter() && startBlocks() ? Opening::opened : Opening::failed;
+}
+
+ColumnarRead::Opening ColumnarRead::missFile() {
+  if (!m_settings.abortIfMissing) {
+    warn(text(messages::kMissingFileSkipped, m_file));
+    return Opening::skipped;
+  }
+  return refuse(text(messages::kMissingFile, m_file));
+}
+
+ColumnarRead::Opening ColumnarRead::failToOpen(const OpenFailure& failure) {
+  switch (failure.problem) {
+    case OpenFailure::Problem::cannotOpen:
+      warn(text(messages::kCannotOpenFile, m_file));
+      return m_settings.abortIfMissing ? refuse(text(messages::kCannotOpen, m_file))
+                                       : Opening::skipped;
+    case OpenFailure::Problem::incomplete:
+      return refuse(text(messages::kIncompleteRefused, m_file));
+    case OpenFailure::Problem::unreadable:
+      break;
+  }
+  if (failure.isIncomplete) {
+    warn(text(messages::kIncomplete, m_file));
+  }
+  return refuse(text(messages::kUnreadable, m_file));
+}
+
+ColumnarRead::Opening ColumnarRead::refuse(const QString& line) {
+  MainUI::addLog(LogLevel::error, line);
+  return Opening::failed;
+}
+
+bool ColumnarRead::fail(const QString& line) {
+  MainUI::addLog(LogLevel::error, line);
+  return false;
+}
+
+bool ColumnarRead::chooseColumns() {
+  Result<ChosenColumns, MissingColumn> chosen = m_choice->choose(*m_gelFile);
+  if (!chosen) {
+    const MissingColumn& missing = chosen.error();
+    return fail(QString::fromLatin1(messages::kColumnNotInFile)
+                    .arg(missing.name, missing.isMissingInFirstFile ? m_firstFile : m_file));
+  }
+  m_columns = std::move(*chosen);
+  if (!m_isAnnounced) {
+    m_firstFile = m_file;
+    announceColumns();
+  }
+  return true;
+}
+
+void ColumnarRead::announceColumns() {
+  OneRow* row = m_action.getOutputRowForOutputPin(0);
+  row->setNumberOfColumns(static_cast<int>(m_choice->names().size()));
+  row->setColName(m_choice->names());
+  row->setMetaData(m_choice->metas());
+  row->setSortInfos(sortOrder());
+  m_action.announceColumnsOfOutputPin(0);
+  m_isAnnounced = true;
+}
+
+// The rows of several files are in no order.
+QVector<SortInfos> ColumnarRead::sortOrder() const {
+  if (m_files.size() != 1) {
+    return {};
+  }
+  for (std::size_t i = 0; i < m_columns.size(); ++i) {
+    const StorageCode storage = m_gelFile->column(m_columns[i]).storage;
+    if (storage == StorageCode::ascendingKey || storage == StorageCode::descendingKey) {
+      return {SortInfos(static_cast<int>(i), storage == StorageCode::ascendingKey
+                                                 ? SortType::numberAscending
+                                                 : SortType::numberDescending)};
+    }
+  }
+  return {};
+}
+
+bool ColumnarRead::prepareFilter() {
+  if (!m_settings.filterRows) {
+    return true;
+  }
+  if (!m_isFilterCompiled) {
+    QString warning;
+    const Status<QString> compiled = m_filter.compile(m_action, warning);
+    if (!warning.isEmpty()) {
+      warn(warning);
+    }
+    if (!compiled) {
+      return fail(compiled.error());
+    }
+    m_isFilterCompiled = true;
+  }
+  const Status<QString> bound = m_filter.bindTo(*m_gelFile);
+  return bound || fail(text(messages::kFilterColumnMissing, bound.error()));
+}
+
+bool ColumnarRead::startBlocks() {
+  if (!m_action.mustComputeFull()) {
+    return true;
+  }
+  BlockReader::WantsBlock wantsBlock;
+  if (m_settings.filterRows) {
+    wantsBlock = [this](const GelFile& file, const BlockInfo& block) {
+      return m_filter.wantsBlock(file, block);
+    };
+  }
+  auto reader = BlockReader::open(*m_gelFile, m_columns, std::move(wantsBlock));
+  if (!reader) {
+    return fail(text(messages::kCannotOpenSideFile,
+                     QFile::decodeName(QByteArray::fromStdString(reader.error()))));
+  }
+  m_blockReader = std::move(*reader);
+  m_blocksAhead.emplace(
+      [this](std::unique_ptr<DecodedBlock> spare) { return m_blockReader->next(std::move(spare)); },
+      m_settings.blocksAhead);
+  return true;
+}
+
+// The reading thread goes first.
+void ColumnarRead::closeFile() {
+  m_blocksAhead.reset();
+  m_block.reset();
+  m_blockReader.reset();
+  if (m_gelFile) {
+    m_rowsOfFilesDone += m_gelFile->rowCount();
+    m_gelFile.reset();
+  }
+}
+
+DecodedBlock* ColumnarRead::nextBlock() {
+  if (m_block && m_blocksAhead) {
+    m_blocksAhead->giveBack(std::move(m_block));
+  }
+  while (m_blocksAhead && isRunning()) {
+    if (DecodedBlock* block = take(m_blocksAhead->next())) {
+      return block;
+    }
+  }
+  return nullptr;
+}
+
+DecodedBlock* ColumnarRead::take(ReadEvent event) {
+  switch (event.kind) {
+    case ReadEvent::Kind::block:
+      tellProgress(event.firstRow);
+      m_block = std::move(event.block);
+      return m_block.get();
+    case ReadEvent::Kind::corrupted:
+      follow(m_damage.corrupted(m_file, event.firstRow, event.lastRow));
+      return nullptr;
+    case ReadEvent::Kind::truncated:
+      follow(m_damage.truncated(m_file, event.firstRow));
+      return nullptr;
+    case ReadEvent::Kind::noMemory:
+      fail(QString::fromLatin1(messages::kNoMemory)
+               .arg(m_file, QString::number(m_gelFile->rowsInBlock()),
+                    QString::number(m_columns.size())));
+      follow(AfterDamage::stopRun);
+      return nullptr;
+    case ReadEvent::Kind::end:
+      openNextFile();
+      return nullptr;
+  }
+  return nullptr;
+}
+
+void ColumnarRead::follow(AfterDamage decision) {
+  switch (decision) {
+    case AfterDamage::goOn:
+      return;
+    case AfterDamage::endFile:
+      openNextFile();
+      return;
+    case AfterDamage::stopRun:
+      m_action.failRun();
+      closeFile();
+      return;
+  }
+}
+
+void ColumnarRead::tellProgress(std::uint64_t rowsOfFile) {
+  double fraction = 0.0;
+  if (m_rowsExpected > 0) {
+    fraction =
+        static_cast<double>(m_rowsOfFilesDone + rowsOfFile) / static_cast<double>(m_rowsExpected);
+  } else {
+    fraction = static_cast<double>(std::max<qsizetype>(m_nextFile - 1, 0)) /
+               static_cast<double>(m_files.size());
+  }
+  m_fractionDone = static_cast<float>(std::min(fraction, 1.0));
+}
+
+bool ColumnarRead::isRunning() const {
+  return m_action.run() == nullptr || m_action.run()->isRunning();
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,94 @@
+// One run of ReadColumnarGel: its files one after the other, and their blocks.
+//
+// Made by the action at its first row and gone when it is closed. Opening, columns and messages are
+// here; what damage means is in damage_policy.h.
+// Threads: the engine's, beside the reading thread below; fractionDone() from any.
+// Errors: logged here; the run is then marked as failed.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <optional>
+
+#include "columnar/actions/block_filter_evaluation.h"
+#include "columnar/actions/column_choice.h"
+#include "columnar/actions/damage_policy.h"
+#include "columnar/actions/read_settings.h"
+#include "columnar/actions/waiting.h"
+#include "columnar/reader/block_reader.h"
+#include "columnar/reader/blocks_ahead.h"
+
+namespace kelvarin {
+
+class ColumnarRead {
+ public:
+  // All but the last outlive this object.
+  ColumnarRead(ActionItem& action, const ReadColumnarSettings& settings, const BlockFilter& filter,
+               const QStringList& columnsToRead, Pause pause);
+
+  // Finds the names, opens the first file and announces its columns. False when there is nothing to
+  // read: no file, or a failure.
+  bool begin();
+  // The following rows; null at the end and after a failure. The block given before is used again.
+  DecodedBlock* nextBlock();
+  // 0 to 1, -1 when unknown.
+  float fractionDone() const { return m_fractionDone; }
+
+ private:
+  enum class Opening { opened, skipped, failed };
+
+  bool findNames();
+  std::optional<QStringList> findFiles();
+  // False: logged. Without a list all columns are read.
+  bool findColumns(std::optional<QStringList>& names);
+  void countRows();
+
+  bool openNextFile();
+  Opening openFile(const QString& path);
+  Opening missFile();
+  Opening failToOpen(const OpenFailure& failure);
+  // These log.
+  Opening refuse(const QString& line);
+  bool fail(const QString& line);
+  bool chooseColumns();
+  bool prepareFilter();
+  bool startBlocks();
+  void announceColumns();
+  QVector<SortInfos> sortOrder() const;
+  void closeFile();
+
+  // What a file's next event means; null when there is no block in it.
+  DecodedBlock* take(ReadEvent event);
+  void follow(AfterDamage decision);
+  void tellProgress(std::uint64_t rowsOfFile);
+  bool isRunning() const;
+
+  ActionItem& m_action;
+  const ReadColumnarSettings& m_settings;
+  const QStringList& m_columnsToRead;
+  const Pause m_pause;
+  DamagePolicy m_damage;
+
+  QStringList m_files;
+  qsizetype m_nextFile = 0;
+  std::optional<ColumnChoice> m_choice;
+  bool m_isAnnounced = false;
+  QString m_firstFile;  // that gave the columns
+  BlockFilterEvaluation m_filter;
+  bool m_isFilterCompiled = false;
+
+  // The file that is being read.
+  QString m_file;
+  ChosenColumns m_columns;
+  std::unique_ptr<GelFile> m_gelFile;
+  std::unique_ptr<BlockReader> m_blockReader;
+  std::unique_ptr<DecodedBlock> m_block;
+
+  std::uint64_t m_rowsExpected = 0;  // of all files; 0: unknown, files are counted
+  std::uint64_t m_rowsOfFilesDone = 0;
+  std::atomic<float> m_fractionDone{0.0f};
+
+  std::optional<BlocksAhead> m_blocksAhead;  // its thread is the first to go
+};
+
+}  // namespace kelvarin

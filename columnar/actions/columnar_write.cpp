@@ -1,0 +1,252 @@
+#include "columnar/actions/columnar_write.h"
+
+#include <QDir>
+
+#include "columnar/actions/write_messages.h"
+#include "host/contract/main_ui.h"
+#include "host/contract/text_operations.h"
+
+namespace kelvarin {
+
+namespace {
+
+using Split = WriteColumnarSettings::Split;
+
+constexpr std::uint64_t kMebibyte = 1 << 20;
+
+QHash<QString, int> columnSetsFor(const OneRow& columns, WriteColumnarSettings::ColumnSets kind,
+                                  const ListedColumnSets& listed) {
+  QHash<QString, int> sets;
+  switch (kind) {
+    case WriteColumnarSettings::ColumnSets::one:
+      break;
+    case WriteColumnarSettings::ColumnSets::listed:
+      for (const auto& [name, set] : listed) {
+        sets[myTrim(name)] = set;
+      }
+      break;
+    case WriteColumnarSettings::ColumnSets::oneForEachColumn:
+      for (int i = 0; i < columns.sz(); ++i) {
+        sets[myTrim(columns.colName(i))] = i;
+      }
+      break;
+  }
+  return sets;
+}
+
+bool isSortedOn(const OneRow& columns, int column) {
+  return !columns.sortInfos().isEmpty() && columns.sortInfos().first().column() == column;
+}
+
+// Equal values have equal marks, and a missing one has none of another's.
+std::string markOf(const OneRow& row, int column) {
+  unsigned short isMissing = 0;
+  if (row.getMetaType(column) != MetaTypeColumn::text) {
+    bool isMissingNumber = false;
+    (void)row.colAsDouble(column, &isMissingNumber);
+    isMissing = isMissingNumber;
+  } else {
+    isMissing = isNullText(row.getAllColForRead()[column]);
+  }
+  return isMissing != 0 ? std::string("-") : "+" + std::string(row.colForHash(column));
+}
+
+QString nameTextOf(const OneRow& row, int column) {
+  unsigned short isMissing = 0;
+  const QString text = row.col(column, &isMissing);
+  return isMissing != 0 ? kNullSplitValue : cleanedForFileName(text);
+}
+
+}  // namespace
+
+ColumnarWrite::ColumnarWrite(ActionItem& action, const WriteColumnarSettings& settings,
+                             const ListedColumnSets& listedSets, ClaimedNames& names,
+                             const Pause& pause)
+    : m_action(action),
+      m_settings(settings),
+      m_listedSets(listedSets),
+      m_names(names),
+      m_pause(pause),
+      m_file(action.expandOutputFile(settings.file, QString())) {}
+
+bool ColumnarWrite::plan(const OneRow& columns) {
+  m_files.emplace(m_action, m_settings,
+                  columnSetsFor(columns, m_settings.columnSets(), m_listedSets), m_names, m_pause);
+  if (m_file.isEmpty()) {
+    m_files->logError(QString::fromLatin1(messages::kNoFilename));
+    return false;
+  }
+  if (m_settings.rowsInBlock < 1) {
+    m_files->logError(
+        QString::fromLatin1(messages::kNoRowsInBlock).arg(logName()).arg(m_settings.rowsInBlock));
+    return false;
+  }
+  if (!m_settings.writeAllRows) {
+    const int column = columns.getIndexOfColumn(m_settings.testColumn);
+    if (column < 0) {
+      m_files->logError(QString::fromLatin1(messages::kTestColumnMissing)
+                            .arg(logName(), m_settings.testColumn));
+      return false;
+    }
+    m_test.emplace(columns, column, m_settings.testValue);
+  }
+  switch (m_settings.splitKind()) {
+    case Split::none:
+      m_write = &ColumnarWrite::writeInOneFile;
+      return true;
+    case Split::bySize:
+      m_write = &ColumnarWrite::writeBySize;
+      return true;
+    case Split::byValue:
+      m_write = &ColumnarWrite::writeByValue;
+      return planSplit(columns) && planNaming();
+  }
+  return false;
+}
+
+bool ColumnarWrite::planSplit(const OneRow& columns) {
+  m_splitColumn = columns.getIndexOfColumn(m_settings.splitColumn);
+  if (m_splitColumn < 0) {
+    m_files->logError(QString::fromLatin1(messages::kSplitColumnMissing)
+                          .arg(logName(), m_settings.splitColumn));
+    return false;
+  }
+  m_isSortedOnSplit = isSortedOn(columns, m_splitColumn);
+  if (!m_isSortedOnSplit) {
+    MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kSplitNotSorted));
+  }
+  return true;
+}
+
+bool ColumnarWrite::planNaming() {
+  if (!m_settings.advancedNaming) {
+    return true;
+  }
+  m_naming.emplace();
+  const auto status = m_naming->compile(m_settings.file, m_action);
+  if (!status) {
+    logNamingError(status.error());
+    return false;
+  }
+  return true;
+}
+
+bool ColumnarWrite::write(const OneRow& row) {
+  if (m_test && !m_test->passes(row)) {
+    return true;
+  }
+  return (this->*m_write)(row);
+}
+
+bool ColumnarWrite::writeInOneFile(const OneRow& row) {
+  if (m_writer == nullptr) [[unlikely]] {
+    m_writer = m_files->open(m_file);
+    if (m_writer == nullptr) {
+      return false;
+    }
+  }
+  return m_files->write(m_writer, row);
+}
+
+// A file ends with the block at whose end the blocks before it are large enough.
+bool ColumnarWrite::writeBySize(const OneRow& row) {
+  if (m_writer == nullptr) {
+    m_writer = m_files->open(insertedBeforeExtension(m_file, segmentText(m_segment++)));
+    if (m_writer == nullptr) {
+      return false;
+    }
+  }
+  if (!m_files->write(m_writer, row)) {
+    return false;
+  }
+  if (!m_writer->isAtBlockBegin()) [[likely]] {
+    return true;
+  }
+  const auto limit = static_cast<std::uint64_t>(std::max(m_settings.segmentSize.value, 0));
+  return m_writer->sizeBeforeLastBlock() < limit * kMebibyte || m_files->close(m_writer);
+}
+
+bool ColumnarWrite::writeByValue(const OneRow& row) {
+  std::string value = markOf(row, m_splitColumn);
+  if (m_splitValue != value) {
+    m_splitValue = std::move(value);
+    if (!changeSplit(row)) {
+      return false;
+    }
+  }
+  return m_files->write(*m_currentSplit, row);
+}
+
+// Opens the file of the current value, or goes on with it. A sorted table needs one at a time.
+bool ColumnarWrite::changeSplit(const OneRow& row) {
+  if (!m_isSortedOnSplit) {
+    m_currentSplit = &m_openSplits[*m_splitValue];
+    if (*m_currentSplit != nullptr) {
+      return true;
+    }
+  } else {
+    m_currentSplit = &m_writer;
+    if (!m_files->close(m_writer)) {
+      return false;
+    }
+  }
+  const auto file = splitFile(row);
+  if (!file) {
+    return false;
+  }
+  *m_currentSplit = m_files->open(*file);
+  return *m_currentSplit != nullptr;
+}
+
+std::optional<QString> ColumnarWrite::splitFile(const OneRow& row) {
+  const QString text = nameTextOf(row, m_splitColumn);
+  QString file = insertedBeforeExtension(m_file, text);
+  if (m_naming) {
+    const auto name = m_naming->name(text);
+    if (!name) {
+      logNamingError(name.error());
+      return std::nullopt;
+    }
+    file = QDir::cleanPath(QDir(m_action.globalParameters()->dataDirWrite()).filePath(*name));
+  }
+  const auto known = m_splitOfFile.constFind(nameForClaim(file));
+  if (known != m_splitOfFile.constEnd()) {
+    const bool isSame = known->value == *m_splitValue;
+    m_files->logError(isSame ? QString::fromLatin1(messages::kSplitValueReturns).arg(file, text)
+                             : QString::fromLatin1(messages::kSplitNamesMeet)
+                                   .arg(file, known->text, row.col(m_splitColumn, nullptr)));
+    return std::nullopt;
+  }
+  m_splitOfFile.insert(nameForClaim(file), {*m_splitValue, row.col(m_splitColumn, nullptr)});
+  return file;
+}
+
+void ColumnarWrite::endWithoutRows() {
+  if (!m_settings.alwaysDelete || m_file.isEmpty() ||
+      m_settings.splitKind() == Split::byValue) {
+    return;
+  }
+  m_files.emplace(m_action, m_settings, QHash<QString, int>(), m_names, m_pause);
+  m_files->removePrevious(m_settings.splitKind() == Split::none
+                              ? m_file
+                              : insertedBeforeExtension(m_file, segmentText(0)));
+}
+
+bool ColumnarWrite::end() {
+  bool isStored = true;
+  if (m_files) {
+    isStored = m_files->close(m_writer);
+    for (auto& [value, writer] : m_openSplits) {
+      isStored = m_files->close(writer) && isStored;
+    }
+  }
+  m_openSplits.clear();
+  return isStored;
+}
+
+void ColumnarWrite::logNamingError(const NamingExpressions::Error& error) const {
+  m_files->logError(QString::fromLatin1(messages::kNamingFailed)
+                        .arg(logName(), error.expression, error.reason));
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,72 @@
+// One run of writeColumnarGel: which rows are written, and to which file each goes.
+//
+// Planned with the first row; nothing is deleted, opened or created before it.
+// Threads: the engine's.  Errors: logged, and the run is marked as failed.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <unordered_map>
+
+#include "columnar/actions/output_files.h"
+#include "columnar/actions/row_test.h"
+#include "columnar/actions/split_names.h"
+
+namespace kelvarin {
+
+class ColumnarWrite {
+ public:
+  ColumnarWrite(ActionItem& action, const WriteColumnarSettings& settings,
+                const ListedColumnSets& listedSets, ClaimedNames& names, const Pause& pause);
+
+  // Finds the columns that the settings name. False: logged.
+  [[nodiscard]] bool plan(const OneRow& columns);
+  // False: the run ends here.
+  [[nodiscard]] bool write(const OneRow& row);
+  // The input had no row.
+  void endWithoutRows();
+  // Closes every file with the run's state. False: what was written is not all on the disk.
+  bool end();
+
+ private:
+  using Writer = OutputFiles::Writer;
+  using Write = bool (ColumnarWrite::*)(const OneRow& row);
+
+  bool planSplit(const OneRow& columns);
+  bool planNaming();
+  bool writeInOneFile(const OneRow& row);
+  bool writeBySize(const OneRow& row);
+  bool writeByValue(const OneRow& row);
+  bool changeSplit(const OneRow& row);
+  // Nothing: logged.
+  std::optional<QString> splitFile(const OneRow& row);
+  QString logName() const { return m_settings.file; }
+  void logNamingError(const NamingExpressions::Error& error) const;
+
+  ActionItem& m_action;
+  const WriteColumnarSettings& m_settings;
+  const ListedColumnSets& m_listedSets;
+  ClaimedNames& m_names;
+  const Pause& m_pause;
+
+  QString m_file;  // resolved
+  std::optional<OutputFiles> m_files;
+  std::optional<RowTest> m_test;
+  Write m_write = nullptr;
+
+  Writer m_writer;      // the file of the current rows, but see m_openSplits
+  int m_segment = 0;    // the next one, when splitting by size
+  int m_splitColumn = -1;
+  bool m_isSortedOnSplit = false;
+  std::optional<std::string> m_splitValue;  // of the current rows, a missing one marked
+  std::optional<NamingExpressions> m_naming;
+  std::unordered_map<std::string, Writer> m_openSplits;  // by value, when not sorted
+  Writer* m_currentSplit = nullptr;
+  struct NamedValue {
+    std::string value;
+    QString text;
+  };
+  QHash<QString, NamedValue> m_splitOfFile;
+};
+
+}  // namespace kelvarin

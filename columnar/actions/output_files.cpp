@@ -1,0 +1,113 @@
+#include "columnar/actions/output_files.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include "columnar/actions/previous_file.h"
+#include "columnar/actions/write_messages.h"
+#include "host/contract/host_services.h"
+#include "host/contract/main_ui.h"
+
+namespace kelvarin {
+
+namespace {
+
+using RunningState = GlobalParameters::RunningState;
+
+RunningState stateOf(const ActionItem& action) {
+  return action.run() == nullptr ? RunningState::endedNormally : action.run()->status.load();
+}
+
+// Asks the host, unless the run has come to a bad end meanwhile.
+AskAboutFullDisk askOnBehalfOf(const ActionItem& action) {
+  return [&action](const QString& file, int missingBytes) {
+    const RunningState state = stateOf(action);
+    if (state != RunningState::running && state != RunningState::endedNormally) {
+      return false;
+    }
+    const CurrentAction current(&action);
+    return MainUI::displayOutOfDiskSpace(file, missingBytes, true);
+  };
+}
+
+}  // namespace
+
+OutputFiles::Writer OutputFiles::open(const QString& file) {
+  if (m_settings.checkNameCollision &&
+      !m_names.claim(m_action.globalParameters(), nameForClaim(file))) {
+    logError(QString::fromLatin1(messages::kNameTaken).arg(file));
+    return nullptr;
+  }
+  if (m_settings.createDirectory) {
+    QDir().mkpath(QFileInfo(file).path());
+  }
+  if (removePreviousFile(m_action, file, m_settings.deleteTimeOutSeconds, m_pause) !=
+      Removal::done) {
+    return nullptr;
+  }
+  auto writer = std::make_unique<ColumnarHDWriter>(askOnBehalfOf(m_action));
+  if (!writer->openHD(file, m_settings.rowsInBlock, m_columnSets, m_action.globalParameters(),
+                      m_settings.threadCount)) {
+    report(writer->failure(), file);
+    return nullptr;
+  }
+  return writer;
+}
+
+bool OutputFiles::write(Writer& writer, const OneRow& row) {
+  if (writer->writeToHD(&row)) [[likely]] {
+    return true;
+  }
+  const QString file = writer->fileName();
+  const bool isEmpty = writer->rowCount() == 0;
+  report(writer->failure(), file);
+  writer.reset();
+  if (isEmpty) {
+    QFile::remove(file);  // the table does not fit a file, so nothing of it was written
+  }
+  return false;
+}
+
+bool OutputFiles::close(Writer& writer) {
+  if (writer == nullptr) {
+    return true;
+  }
+  const QString file = writer->fileName();
+  const bool isStored = writer->closeHD(stateOf(m_action));
+  if (!isStored) {
+    report(writer->failure(), file);
+  }
+  writer.reset();
+  return isStored;
+}
+
+void OutputFiles::removePrevious(const QString& file) {
+  (void)removePreviousFile(m_action, file, m_settings.deleteTimeOutSeconds, m_pause);
+}
+
+void OutputFiles::logError(const QString& text) const {
+  MainUI::addLog(LogLevel::error, text);
+  m_action.failRun();
+}
+
+void OutputFiles::report(const WriteFailure& failure, const QString& file) const {
+  switch (failure.kind) {
+    case WriteFailure::Kind::none:
+      return;
+    case WriteFailure::Kind::noColumns:
+      return logError(QString::fromLatin1(messages::kNoColumnsToWrite).arg(file));
+    case WriteFailure::Kind::tooLarge:
+      return logError(QString::fromLatin1(messages::kTooLarge));
+    case WriteFailure::Kind::cannotOpen:
+      return logError(QString::fromLatin1(messages::kCannotOpenForWrite).arg(failure.file));
+    case WriteFailure::Kind::cannotWrite:
+      return logError(QString::fromLatin1(messages::kCannotWriteFile).arg(failure.file));
+  }
+}
+
+QString nameForClaim(const QString& file) {
+  return QDir::cleanPath(QFileInfo(file).absoluteFilePath());
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,54 @@
+// Opens, fills and closes the files of one writeColumnarGel, one at a time or several.
+//
+// What is in the way of a new file is removed first. Used by ColumnarWrite.
+// Threads: the engine's; a full disk is asked about on the writers' threads.
+// Errors: logged here, and the run is marked as failed.
+#pragma once
+
+#include <memory>
+
+#include "columnar/actions/claimed_names.h"
+#include "columnar/actions/waiting.h"
+#include "columnar/actions/write_settings.h"
+#include "columnar/writer/columnar_hd_writer.h"
+
+namespace kelvarin {
+
+class OutputFiles {
+ public:
+  using Writer = std::unique_ptr<ColumnarHDWriter>;
+
+  // What outlives a run belongs to the action.
+  OutputFiles(ActionItem& action, const WriteColumnarSettings& settings,
+              QHash<QString, int> columnSets, ClaimedNames& names, const Pause& pause)
+      : m_action(action),
+        m_settings(settings),
+        m_columnSets(std::move(columnSets)),
+        m_names(names),
+        m_pause(pause) {}
+
+  // Null: it could not be opened, or the run has stopped while waiting.
+  Writer open(const QString& file);
+  // A writer that fails is destroyed.
+  [[nodiscard]] bool write(Writer& writer, const OneRow& row);
+  // With the state of the run.
+  bool close(Writer& writer);
+  // Without a row: removes the file alone.
+  void removePrevious(const QString& file);
+
+  void logError(const QString& text) const;
+
+ private:
+  void report(const WriteFailure& failure, const QString& file) const;
+
+  ActionItem& m_action;
+  const WriteColumnarSettings& m_settings;
+  const QHash<QString, int> m_columnSets;
+  ClaimedNames& m_names;
+  const Pause& m_pause;
+};
+
+// Names that stand for the same file are the same, as far as their text tells.
+QString nameForClaim(const QString& file);
+
+}  // namespace kelvarin

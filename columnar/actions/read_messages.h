@@ -1,0 +1,66 @@
+// The texts that the action reading columnar files logs.
+#pragma once
+
+#include <QString>
+
+namespace kelvarin::messages {
+
+// Where the names come from.
+inline constexpr char kNoColumnOnPin[] = "ERROR: No column to read on input pin 1??";
+inline constexpr char kUnreadableName[] =
+    "ERROR: Cannot read the name of the Columnar Kelvarin CGel file on input pin??";
+inline constexpr char kUnreadableNameSkipped[] =
+    "Warning: Cannot read the name of the Columnar Kelvarin CGel file on input pin??";
+inline constexpr char kNoFileName[] =
+    "ERROR: There is no name of a columnar file to read. Set the attribute 'fileName', or take the "
+    "names from the input pin with 'fileNameFromPin'.";
+inline constexpr char kNamesPinNotLinked[] =
+    "ERROR: Nothing is linked to input pin %1, which gives the names of the %2 to read. Link a "
+    "table to it.";
+inline constexpr char kUnreadableColumnName[] =
+    "ERROR: The table on input pin 1 has no column name on its row %1. Each row names one column "
+    "to read.";
+inline constexpr char kNoColumnListed[] =
+    "ERROR: The list of columns to read is empty. Name at least one column, or read all columns.";
+
+// Missing files and files that cannot be opened.
+inline constexpr char kWaitingForFile[] =
+    "Warning: cannot read Columnar file '%1': Waiting for the file...";
+inline constexpr char kMissingFileSkipped[] = "Warning: The Columnar file '%1' does not exists";
+inline constexpr char kMissingFile[] = "Error: The Columnar file '%1' does not exists";
+inline constexpr char kCannotOpenFile[] =
+    "Warning: cannot open Columnar file '%1' for read\n";  // kept: an error follows
+inline constexpr char kCannotOpen[] = "ERROR: Can't open file '%1' for read.";
+inline constexpr char kCannotOpenSideFile[] = "ERROR: Cannot open Column-Set file '%1'.";
+inline constexpr char kUnreadable[] = "ERROR: Can't read file '%1': File is corrupted.";
+inline constexpr char kIncompleteRefused[] =
+    "ERROR: Can't read file '%1' because it seems incomplete.";
+inline constexpr char kIncomplete[] = "WARNING: File '%1' is incomplete.";
+
+// Columns.
+inline constexpr char kColumnNotInFile[] = "ERROR: column '%1' not found in file '%2'.";
+inline constexpr char kFilterColumnMissing[] = "ERROR: column '%1' in expression is missing.";
+
+// Damage: the file, the rows of the damaged block.
+inline constexpr char kCorruptedSkipped[] =
+    "Warning: file '%1' is corrupted - skipping rows %2 to %3";
+inline constexpr char kMoreCorruptions[] =
+    "Warning: file '%1' is corrupted - some more corruptions are not reported";
+inline constexpr char kCorrupted[] =
+    "Error: file '%1' is corrupted in data-block starting at row %2";
+inline constexpr char kTruncatedSkipped[] =
+    "Warning: file '%1' is truncated in data-block starting at row %2";
+inline constexpr char kTruncated[] =
+    "Error: file '%1' is truncated in data-block starting at row %2";
+
+inline constexpr char kNoMemory[] =
+    "ERROR: The memory does not suffice to read file '%1', with blocks of up to %2 rows in %3 "
+    "columns. Read fewer columns, or lower nBlockForward.";
+
+// The block filter.
+inline constexpr char kFilterFailed[] = "Columnar Reader Error in the block filter: %1";
+inline constexpr char kDateFormatUnknown[] = "Columnar Reader Error: Date format is unknown";
+inline constexpr char kFilterReferenceUnparsable[] =
+    "Cannot parse Reference time. We will use 1970-01-01T00:00:00.000 as reference time.";
+
+}  // namespace kelvarin::messages

@@ -1,0 +1,93 @@
+#include "columnar/actions/split_names.h"
+
+#include <algorithm>
+
+#include "expression/errors/error_texts.h"
+
+namespace kelvarin {
+
+namespace {
+
+const QString kExpressionBegin = QStringLiteral("\"+");
+const QString kExpressionEnd = QStringLiteral("+\"");
+
+QString textOf(const ExpressionValue& value) {
+  return value.type == ExpressionValue::Type::text ? value.text : shortestText(value.number);
+}
+
+}  // namespace
+
+QString cleanedForFileName(QString value) {
+  for (QChar& character : value) {
+    const bool isControl = character.unicode() < 0x20 || character.unicode() == 0x7F;
+    if (isControl || character == u'/' || character == u'\\') {
+      character = u'_';
+    }
+  }
+  if (value.startsWith(u'.')) {
+    value[0] = u'_';
+  }
+  return value;
+}
+
+QString insertedBeforeExtension(const QString& file, const QString& text) {
+  const qsizetype point = file.lastIndexOf(u'.');
+  const qsizetype slash = std::max(file.lastIndexOf(u'/'), file.lastIndexOf(u'\\'));
+  return point > slash ? file.left(point) + text + file.mid(point) : file + text;
+}
+
+QString segmentText(int segment) {
+  return QStringLiteral("_%1").arg(segment, 3, 10, QLatin1Char('0'));
+}
+
+Status<NamingExpressions::Error> NamingExpressions::compile(const QString& file,
+                                                            const ActionItem& action) {
+  m_literals.clear();
+  m_expressions.clear();
+  qsizetype position = 0;
+  while (true) {
+    const qsizetype begin = file.indexOf(kExpressionBegin, position);
+    const qsizetype inside = begin + kExpressionBegin.size();
+    const qsizetype end = begin < 0 ? -1 : file.indexOf(kExpressionEnd, inside);
+    if (end < 0) {
+      break;
+    }
+    m_literals.push_back(action.expandString(file.mid(position, begin - position)));
+    m_expressions.push_back(file.mid(inside, end - inside));
+    position = end + kExpressionEnd.size();
+  }
+  m_literals.push_back(action.expandString(file.mid(position)));
+
+  InputVariable splitValue;
+  splitValue.label = QStringLiteral("SplitVal");
+  splitValue.isNumber = false;
+  m_evaluator.configure({}, {splitValue}, action.globalParameters(), false);
+  m_evaluator.requireBackend(BackendKind::string);
+  (void)m_evaluator.prepareDateContext(m_expressions);
+  for (const QString& expression : m_expressions) {
+    OutputVariable output;
+    output.expression = expression;
+    output.meta = MetaTypeColumn::text;
+    const auto status = m_evaluator.compile(output, ResultUse::anyValue);
+    if (!status) {
+      return Failure{Error{expression, errorTextWithPosition(status.error())}};
+    }
+  }
+  return Done{};
+}
+
+Result<QString, NamingExpressions::Error> NamingExpressions::name(const QString& splitValue) {
+  m_evaluator.setText(0, splitValue);
+  m_evaluator.startRow();
+  QString result = m_literals.first();
+  for (int i = 0; i < static_cast<int>(m_expressions.size()); ++i) {
+    if (m_evaluator.evaluate(i) != RowOutcome::ok) {
+      return Failure{
+          Error{m_expressions[i], errorTextWithPosition(m_evaluator.lastFailure().error)}};
+    }
+    result += textOf(m_evaluator.value(i)) + m_literals[i + 1];
+  }
+  return result;
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,47 @@
+// The names of the files that a table is split into.
+//
+// Used by OutputFiles. Threads: the engine's.  Errors: texts for the user; nothing logs.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include "base/result.h"
+#include "expression/evaluator/expression_evaluator.h"
+#include "host/contract/action_item.h"
+
+namespace kelvarin {
+
+// What a null split value is called.
+inline const QString kNullSplitValue = QStringLiteral("_null");
+
+// Slashes, backslashes, control characters and a leading point become "_".
+QString cleanedForFileName(QString value);
+
+// Before the last "." of the name, when that stands after the last "/" and "\"; else at its end.
+QString insertedBeforeExtension(const QString& file, const QString& text);
+
+// "_000", "_001", ...
+QString segmentText(int segment);
+
+// A name with expressions: each "+expression+" with its quotes is replaced by the expression's
+// value, in which `SplitVal` is the split value, a text.
+class NamingExpressions {
+ public:
+  // The error is the expression and why it cannot be used.
+  struct Error {
+    QString expression;
+    QString reason;
+  };
+
+  // What stands around the expressions is expanded by `action`.
+  Status<Error> compile(const QString& file, const ActionItem& action);
+  Result<QString, Error> name(const QString& splitValue);
+
+ private:
+  QStringList m_literals;     // before, between and after the expressions
+  QStringList m_expressions;
+  ExpressionEvaluator m_evaluator;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,104 @@
+// One writer and four readers of the same file at the same time: what is read is always a beginning
+// of the table, whole rows in both column sets.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <thread>
+#include <vector>
+
+#include <QTemporaryDir>
+
+#include "columnar/reader/block_reader.h"
+#include "columnar/writer/columnar_hd_writer.h"
+#include "host/contract/row_buffer.h"
+
+namespace kelvarin {
+
+namespace {
+
+constexpr int kTextColumns = 8;  // wide descriptors fill several records soon
+constexpr std::uint32_t kRows = 30'000;
+constexpr int kReaders = 4;
+
+class LiveReading : public ::testing::Test {
+ protected:
+  QString path() const { return m_folder.filePath(QStringLiteral("live.cgel_kelvarin")); }
+
+  void writeAll() {
+    PinOutMetaData columns;
+    columns.setColumnCount(1 + kTextColumns);
+    columns.setName(0, QStringLiteral("id"));
+    columns.setMeta(0, MetaInfo(MetaTypeColumn::key, 0));
+    QHash<QString, int> sets{{QStringLiteral("id"), 0}};
+    for (int i = 1; i <= kTextColumns; ++i) {
+      columns.setName(i, QString::number(i));
+      sets[QString::number(i)] = 1;
+    }
+    OneRow row(&columns);
+    RowBuffer buffer(1 << 12);
+    GlobalParameters parameters;
+    ColumnarHDWriter writer;
+    ASSERT_TRUE(writer.openHD(path(), 1, sets, &parameters, 2));
+    for (std::uint32_t number = 0; number < kRows; ++number) {
+      buffer.reset();
+      unsigned char* text = bytesFromQString(&buffer, QString::number(number));
+      row.getAllColForWrite()[0] = bytesFromKey(&buffer, number);
+      std::fill_n(row.getAllColForWrite() + 1, kTextColumns, text);
+      ASSERT_TRUE(writer.writeToHD(&row));
+    }
+    EXPECT_TRUE(writer.closeHD(GlobalParameters::RunningState::endedNormally));
+    m_isWritten = true;
+  }
+
+  // The number of rows; they are those of the table from its beginning.
+  std::uint64_t readOnce() const {
+    const auto file = GelFile::open(path().toStdString(), IncompleteFiles::accept);
+    if (!file) {
+      return 0;  // not begun yet
+    }
+    const auto reader = BlockReader::open(**file, {0, 1});
+    if (!reader) {
+      return 0;
+    }
+    std::uint64_t rows = 0;
+    unsigned char* values[2];
+    for (ReadEvent event;;) {
+      event = reader.value()->next(std::move(event.block));
+      EXPECT_NE(event.kind, ReadEvent::Kind::corrupted);
+      for (; event.block && event.block->takeRow(values); ++rows) {
+        EXPECT_EQ(keyFromBytes(values[0]), rows);
+        EXPECT_EQ(textFromBytes(values[1]), std::to_string(rows));
+      }
+      if (event.isLast()) {
+        return rows;
+      }
+    }
+  }
+
+  QTemporaryDir m_folder;
+  std::atomic<bool> m_isWritten = false;
+};
+
+TEST_F(LiveReading, EveryReadIsABeginningOfTheTable) {
+  std::vector<std::thread> readers;
+  for (int i = 0; i < kReaders; ++i) {
+    readers.emplace_back([this] {
+      std::uint64_t before = 0;
+      while (!m_isWritten) {
+        const std::uint64_t rows = readOnce();
+        EXPECT_GE(rows, before);
+        before = rows;
+      }
+      EXPECT_EQ(readOnce(), kRows);
+    });
+  }
+  writeAll();
+  for (std::thread& reader : readers) {
+    reader.join();
+  }
+}
+
+}  // namespace
+
+}  // namespace kelvarin

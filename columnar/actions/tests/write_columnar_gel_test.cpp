@@ -1,0 +1,354 @@
+#include "columnar/actions/write_columnar_gel.h"
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include "base/byte_cursor.h"
+#include "columnar/actions/split_names.h"
+#include "host/testing/full_disk.h"
+#include "host/testing/row_harness.h"
+
+namespace kelvarin {
+
+namespace {
+
+using testing::RowHarness;
+using testing::Rows;
+using testing::Strings;
+using testing::Values;
+
+class WriteColumnarGelTest : public ::testing::Test {
+ protected:
+  std::string path(const std::string& name) const {
+    return m_folder.filePath(QString::fromStdString(name)).toStdString();
+  }
+  RowHarness harness(const std::string& attributes, const std::string& columns = "k:K t:U") const {
+    return RowHarness::of<WriteColumnarGel>(
+        "<writeColumnarGel name='w' file='" + path("x.cgel_kelvarin") + "' " + attributes + "/>",
+        columns);
+  }
+  void put(const std::string& name, const std::string& content = "old") const {
+    std::ofstream(path(name)) << content;
+  }
+  Strings files() const {
+    Strings names;
+    for (const QString& name : QDir(m_folder.path()).entryList(QDir::Files, QDir::Name)) {
+      names.push_back(name.toStdString());
+    }
+    return names;
+  }
+  std::string content(const std::string& name) const {
+    std::ifstream stream(path(name), std::ios::binary);
+    std::ostringstream out;
+    out << stream.rdbuf();
+    return out.str();
+  }
+  // -1: the file is not complete.
+  long long rowsOf(const std::string& name) const {
+    const std::string bytes = content(name);
+    const auto* data = reinterpret_cast<const unsigned char*>(bytes.data());
+    return bytes.size() < 29 || data[4] != 1
+               ? -1
+               : static_cast<long long>(loadPacked<std::uint64_t>(data + 9));
+  }
+
+  QTemporaryDir m_folder;
+};
+
+const Rows kThreeRows = {{1, "a"}, {2, "b"}, {3, "a"}};
+
+}  // namespace
+
+TEST_F(WriteColumnarGelTest, OneFileTakesThePlaceOfTheOldOneAndItsSideFiles) {
+  put("x.cgel_kelvarin");
+  put("x.000.cs_kelvarin");
+  put("x.007.cs_kelvarin");
+  put("x.abc.cs_kelvarin");
+  put("xx.001.cs_kelvarin");
+  auto h = harness("");
+  h.push(kThreeRows);
+  h.finish();
+  EXPECT_EQ(h.log(), Strings{});
+  EXPECT_EQ(files(), (Strings{"x.000.cs_kelvarin", "x.abc.cs_kelvarin", "x.cgel_kelvarin",
+                              "xx.001.cs_kelvarin"}));
+  EXPECT_EQ(rowsOf("x.cgel_kelvarin"), 3);
+}
+
+TEST_F(WriteColumnarGelTest, AnEmptyInputTouchesNothingUnlessToldTo) {
+  put("x.cgel_kelvarin");
+  put("x.000.cs_kelvarin");
+  auto quiet = harness("createDir='1'");
+  quiet.finish();
+  EXPECT_EQ(content("x.cgel_kelvarin"), "old");
+  auto h = harness("alwaysDelete='1'");
+  h.finish();
+  EXPECT_EQ(files(), Strings{});
+  EXPECT_EQ(h.log(), Strings{});
+}
+
+TEST_F(WriteColumnarGelTest, ColumnStrategies) {
+  const auto sideFiles = [&](const std::string& attributes, const std::string& child) {
+    auto h = RowHarness::of<WriteColumnarGel>("<writeColumnarGel name='w' file='" +
+                                                  path("x.cgel_kelvarin") + "' " + attributes +
+                                                  ">" + child + "</writeColumnarGel>",
+                                              "k:K t:U n:F");
+    h.push({1, "a", 2});
+    h.finish();
+    return files().size() - 1;
+  };
+  EXPECT_EQ(sideFiles("", "<ColumnStrategy><C n='k' s='1'/></ColumnStrategy>"), 1u);
+  EXPECT_EQ(sideFiles("columnStrategy='2'", ""), 3u);
+  EXPECT_EQ(sideFiles("columnStrategy='1'",
+                      "<ColumnStrategy><C n='k' s='0'/><C n='n' s='1'/></ColumnStrategy>"),
+            2u);
+}
+
+TEST_F(WriteColumnarGelTest, RowsAreTestedByTheValueOfTheirColumn) {
+  const auto rowsWith = [&](const std::string& columns, const std::string& value, const Rows& rows) {
+    auto h = harness("writeAllRows='0' testCol='t' testValue='" + value + "'", columns);
+    h.push(rows);
+    h.finish();
+    return rowsOf("x.cgel_kelvarin");
+  };
+  EXPECT_EQ(rowsWith("k:K t:U", "a", kThreeRows), 2);
+  EXPECT_EQ(rowsWith("k:K t:U", "", {{1, "a"}, {2, nullptr}, {3, ""}}), 2);
+  EXPECT_EQ(rowsWith("k:K t:F", "2.50", {{1, 2.5}, {2, nullptr}, {3, 2}}), 1);
+  EXPECT_EQ(rowsWith("k:K t:K", "7", {{1, 7}, {2, 70}}), 1);
+}
+
+TEST_F(WriteColumnarGelTest, MissingColumnsAndSettingsAreToldWithTheirWords) {
+  const std::string file = path("x.cgel_kelvarin");
+  const auto logOf = [&](RowHarness h) {
+    h.push(kThreeRows);
+    h.finish();
+    EXPECT_TRUE(h.hasFailed());
+    EXPECT_EQ(files(), Strings{});
+    return h.log();
+  };
+  EXPECT_EQ(logOf(harness("writeAllRows='0' testCol='no'")),
+            Strings{"error: \nERROR writing to CSV file '" + file +
+                    "': cannot find column 'no' to test\n"});
+  EXPECT_EQ(logOf(harness("split='2' splitVar='no'")),
+            Strings{"error: \nERROR writing to Kelvarin CGel file '" + file +
+                    "': cannot find column 'no' for split\n"});
+  EXPECT_EQ(logOf(RowHarness::of<WriteColumnarGel>("<writeColumnarGel name='w'/>", "k:K t:U")),
+            Strings{"error: No filename?"});
+  EXPECT_EQ(logOf(harness("nRowsInBlock='2000000000'")),
+            Strings{"error: columnarWrite ERROR: decrease number of columns or blocksize.\n"});
+}
+
+TEST_F(WriteColumnarGelTest, AFolderIsCreatedOnlyWhenAsked) {
+  const std::string file = path("a/b/x.cgel_kelvarin");
+  for (const bool isAsked : {false, true}) {
+    auto h = RowHarness::of<WriteColumnarGel>(
+        "<writeColumnarGel name='w' file='" + file + "' createDir='" + (isAsked ? "1" : "0") +
+            "'/>",
+        "k:K t:U");
+    h.push(kThreeRows);
+    h.finish();
+    EXPECT_EQ(h.log(), isAsked ? Strings{}
+                               : Strings{"error: Cannot open file '" + file + "' for write."});
+  }
+  EXPECT_EQ(rowsOf("a/b/x.cgel_kelvarin"), 3);
+}
+
+// A folder of that name is something that cannot be removed as a file.
+TEST_F(WriteColumnarGelTest, ALockedFileIsWaitedForAsLongAsTold) {
+  const std::string file = path("x.cgel_kelvarin");
+  const std::string locked =
+      "warning: Warning: File '" + file + "' is locked. Waiting for the file to unlock...";
+  ASSERT_TRUE(QDir().mkpath(QString::fromStdString(file)));
+  int passed = 0;
+  const auto run = [&](const std::string& attributes, Pause pause) {
+    passed = 0;
+    auto h = harness(attributes);
+    h.actionAs<WriteColumnarGel>().setPause([&, pause](int milliseconds) {
+      passed += milliseconds;
+      pause(milliseconds);
+    });
+    h.push(kThreeRows);
+    h.finish();
+    return h.log();
+  };
+  const std::string refused = "error: Error: Cannot delete previous file '" + file + "'.";
+  EXPECT_EQ(run("deleteTimeOut='0'", [](int) {}), (Strings{locked, refused}));
+  EXPECT_EQ(passed, 0);
+  EXPECT_EQ(run("deleteTimeOut='3'", [](int) {}), (Strings{locked, refused}));
+  EXPECT_EQ(passed, 3000);
+  const auto unlock = [&](int) {
+    if (passed > 1500) {
+      QDir().rmdir(QString::fromStdString(file));
+    }
+  };
+  EXPECT_EQ(run("deleteTimeOut='3'", unlock), (Strings{locked, "info: File is unlocked!"}));
+  EXPECT_EQ(rowsOf("x.cgel_kelvarin"), 3);
+}
+
+TEST_F(WriteColumnarGelTest, AStoppedRunGivesUpWaitingWithoutAWord) {
+  ASSERT_TRUE(QDir().mkpath(QString::fromStdString(path("x.cgel_kelvarin"))));
+  auto h = harness("deleteTimeOut='60'");
+  int passed = 0;
+  h.actionAs<WriteColumnarGel>().setPause([&](int milliseconds) {
+    passed += milliseconds;
+    h.run().status = GlobalParameters::RunningState::stoppedByUser;
+  });
+  h.push(kThreeRows);
+  h.finish();
+  EXPECT_EQ(h.log().size(), 1u);
+  EXPECT_LE(passed, 1000);
+}
+
+TEST_F(WriteColumnarGelTest, AnUnsortedSplitKeepsAFileOpenForEachValue) {
+  auto h = harness("split='2' splitVar='t'");
+  h.push(Rows{{1, "a"}, {2, "b/\\\x01"}, {3, "a"}, {4, nullptr}, {5, ".c"}});
+  h.finish();
+  EXPECT_EQ(h.log(),
+            Strings{"warning: WARNING writing to Kelvarin CGel file: The table to split is not "
+                    "sorted on the split variable: The number of splits (i.e. the number of files) "
+                    "is limited to the maximum number of simultaneous opened file allowed by the "
+                    "OS.\n"});
+  EXPECT_EQ(rowsOf("xa.cgel_kelvarin"), 2);
+  EXPECT_EQ(rowsOf("xb___.cgel_kelvarin"), 1);
+  EXPECT_EQ(rowsOf("x_null.cgel_kelvarin"), 1);
+  EXPECT_EQ(rowsOf("x_c.cgel_kelvarin"), 1);
+}
+
+TEST_F(WriteColumnarGelTest, ASortedSplitClosesEachFileBeforeTheNext) {
+  auto h = harness("split='2' splitVar='k'");
+  h.input(0).setSortOrder({SortInfos(0, SortType::numberAscending)});
+  h.push(Rows{{nullptr, "a"}, {1, "a"}, {1, "b"}, {2, "a"}});
+  long long calls = 0;
+  h.runWithoutReading(4);
+  EXPECT_EQ(rowsOf("x_null.cgel_kelvarin"), 1);
+  EXPECT_EQ(rowsOf("x1.cgel_kelvarin"), 2);
+  h.finish();
+  EXPECT_EQ(calls, 0);
+  EXPECT_EQ(rowsOf("x2.cgel_kelvarin"), 1);
+  EXPECT_EQ(h.log(), Strings{});
+}
+
+TEST_F(WriteColumnarGelTest, AValueThatComesBackOrMeetsAnotherStopsTheRun) {
+  auto sorted = harness("split='2' splitVar='k'");
+  sorted.input(0).setSortOrder({SortInfos(0, SortType::numberAscending)});
+  sorted.push(Rows{{1, "a"}, {2, "a"}, {1, "a"}});
+  sorted.finish();
+  EXPECT_TRUE(sorted.hasFailed());
+  EXPECT_NE(sorted.log().at(0).find("the value '1' of the split column comes back"),
+            std::string::npos);
+  EXPECT_EQ(rowsOf("x1.cgel_kelvarin"), 1);  // not overwritten
+
+  auto meeting = harness("split='2' splitVar='t'");
+  meeting.push(Rows{{1, "a/b"}, {2, "a\\b"}});
+  meeting.finish();
+  EXPECT_TRUE(meeting.hasFailed());
+  EXPECT_NE(meeting.log().at(1).find("two values of the split column, 'a/b' and 'a\\b'"),
+            std::string::npos);
+}
+
+TEST_F(WriteColumnarGelTest, NamesMayBeExpressionsOverTheSplitValue) {
+  const auto run = [&](const std::string& name) {
+    auto h = RowHarness::of<WriteColumnarGel>(
+        "<writeColumnarGel name='w' split='2' splitVar='t' advancedNaming='1' file='" +
+            path(name) + "'/>",
+        "k:K t:U");
+    h.parameters().setValue("year", "2024");
+    h.push(Rows{{1, "a"}, {2, nullptr}});
+    h.finish();
+    return h.log();
+  };
+  EXPECT_EQ(run("${year}_&quot;+SplitVal+&quot;_&quot;+toupper(SplitVal)+&quot;.cgel_kelvarin")
+                .size(),
+            1u);
+  EXPECT_EQ(rowsOf("2024_a_A.cgel_kelvarin"), 1);
+  EXPECT_EQ(rowsOf("2024__null__NULL.cgel_kelvarin"), 1);
+  const Strings wrong = run("&quot;+nothing(+&quot;.cgel_kelvarin");
+  ASSERT_EQ(wrong.size(), 2u);
+  EXPECT_NE(wrong[1].find("the naming expression 'nothing(' cannot be used"), std::string::npos);
+}
+
+TEST_F(WriteColumnarGelTest, ASplitBySizeIsTheSameForAnyNumberOfThreads) {
+  Strings first;
+  for (const int threads : {1, 4}) {
+    auto h = harness("split='1' segmentSize='1' nRowsInBlock='1000' nThread='" +
+                         std::to_string(threads) + "'",
+                     "n:F t:U");
+    unsigned state = 1;
+    for (int i = 0; i < 150000; ++i) {
+      state = state * 1664525u + 1013904223u;
+      h.push({state / 7.0, std::to_string(state)});
+    }
+    h.finish();
+    EXPECT_EQ(h.log(), Strings{});
+    Strings sizes;
+    long long rows = 0;
+    for (const std::string& name : files()) {
+      sizes.push_back(name + " " + std::to_string(content(name).size()));
+      rows += name.ends_with(".cgel_kelvarin") ? rowsOf(name) : 0;
+    }
+    EXPECT_EQ(rows, 150000);
+    EXPECT_GE(sizes.size(), 6u);
+    EXPECT_TRUE(first.empty() || sizes == first);
+    first = sizes;
+  }
+  EXPECT_EQ(rowsOf("x_000.cgel_kelvarin") % 1000, 0);
+}
+
+TEST_F(WriteColumnarGelTest, TwoWritersOfOneNameAreRefusedBeforeAnythingIsDeleted) {
+  put("x.cgel_kelvarin");
+  GlobalParameters graph;
+  const auto actionWith = [&](const std::string& attributes) {
+    const std::string xml = "<writeColumnarGel name='w' file='" + path("x.cgel_kelvarin") + "' " +
+                            attributes + "/>";
+    return std::make_unique<WriteColumnarGel>(*parseXml(QByteArray::fromStdString(xml)), &graph);
+  };
+  testing::RecordingHost host;
+  auto first = actionWith("");
+  auto second = actionWith("");
+  auto careless = actionWith("checkNameCollision='0'");
+  EXPECT_EQ(first->init(), 0);
+  EXPECT_NE(second->init(), 0);
+  EXPECT_NE(host.log().at(0).find("another action of the graph writes to the same file"),
+            std::string::npos);
+  EXPECT_EQ(careless->init(), 0);
+  first->close();
+  EXPECT_EQ(second->init(), 0);
+  EXPECT_EQ(content("x.cgel_kelvarin"), "old");
+}
+
+TEST_F(WriteColumnarGelTest, AFullDiskFailsTheRunWhenTheAnswerIsToGiveUp) {
+  testing::FullDisk disk(1000);
+  auto h = harness("nRowsInBlock='10'");
+  h.pushRepeated({1, "a text that takes some room"}, 20000);
+  h.finish();
+  EXPECT_TRUE(h.hasFailed());
+  ASSERT_EQ(h.log().size(), 1u);
+  EXPECT_NE(h.log()[0].find("error: Cannot write to file '"), std::string::npos);
+  EXPECT_EQ(h.host().fullDiskFiles().size(), 1u);
+  EXPECT_EQ(rowsOf("x.cgel_kelvarin"), -1);
+}
+
+TEST_F(WriteColumnarGelTest, ARunThatFailsElsewhereLeavesAnIncompleteFile) {
+  auto h = harness("");
+  h.push(kThreeRows);
+  h.runWithoutReading(2);
+  h.run().fail();
+  h.close();
+  EXPECT_EQ(rowsOf("x.cgel_kelvarin"), -1);
+}
+
+TEST(SplitNames, TextsGoBeforeTheExtension) {
+  EXPECT_EQ(insertedBeforeExtension("a.b/c.d", "_x"), "a.b/c_x.d");
+  EXPECT_EQ(insertedBeforeExtension("a.b/c", "_x"), "a.b/c_x");
+  EXPECT_EQ(insertedBeforeExtension("a.b\\c", "_x"), "a.b\\c_x");
+  EXPECT_EQ(segmentText(7), "_007");
+  EXPECT_EQ(segmentText(1234), "_1234");
+}
+
+}  // namespace kelvarin

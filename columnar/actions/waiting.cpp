@@ -1,0 +1,52 @@
+#include "columnar/actions/waiting.h"
+
+#include <chrono>
+#include <thread>
+
+#include "columnar/actions/read_messages.h"
+#include "host/contract/main_ui.h"
+#include "host/contract/read_file.h"
+
+namespace kelvarin {
+
+namespace {
+
+constexpr int kMillisecondsBetweenLooks = 1000;
+constexpr int kMillisecondsOfSlice = 100;  // a stopped run is noticed within one
+
+bool isRunning(const ActionItem& action) {
+  return action.run() == nullptr || action.run()->isRunning();
+}
+
+bool exists(const QString& file) {
+  return QUBiFileInfo(file).exists();
+}
+
+}  // namespace
+
+void sleepFor(int milliseconds) {
+  std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
+
+void pauseBetweenLooks(const ActionItem& action, const Pause& pause) {
+  for (int passed = 0; passed < kMillisecondsBetweenLooks && isRunning(action);
+       passed += kMillisecondsOfSlice) {
+    pause(kMillisecondsOfSlice);
+  }
+}
+
+bool waitForFile(const ActionItem& action, const QString& file, int seconds, const Pause& pause) {
+  if (exists(file) || seconds < 1) {
+    return exists(file);
+  }
+  MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kWaitingForFile).arg(file));
+  for (int look = 0; look < seconds && isRunning(action); ++look) {
+    pauseBetweenLooks(action, pause);
+    if (exists(file)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,48 @@
+// The texts that the action writing columnar files logs.
+#pragma once
+
+namespace kelvarin::messages {
+
+inline constexpr char kNoFilename[] = "No filename?";
+inline constexpr char kCannotOpenForWrite[] = "Cannot open file '%1' for write.";
+inline constexpr char kCannotWriteFile[] = "Cannot write to file '%1'.";
+inline constexpr char kTooLarge[] =
+    "columnarWrite ERROR: decrease number of columns or blocksize.\n";
+inline constexpr char kNoColumnsToWrite[] =
+    "ERROR writing to Kelvarin CGel file '%1': no column of the table is in the column strategy. "
+    "Add one, or set columnStrategy to 0.";
+inline constexpr char kNoRowsInBlock[] =
+    "ERROR writing to Kelvarin CGel file '%1': nRowsInBlock is %2. Set it to 1 or more.";
+
+// Rows that are tested.
+inline constexpr char kTestColumnMissing[] =
+    "\nERROR writing to CSV file '%1': cannot find column '%2' to test\n";  // kept: CSV
+
+// Files that are split.
+inline constexpr char kSplitColumnMissing[] =
+    "\nERROR writing to Kelvarin CGel file '%1': cannot find column '%2' for split\n";
+inline constexpr char kSplitNotSorted[] =
+    "WARNING writing to Kelvarin CGel file: The table to split is not sorted on the split "
+    "variable: The number of splits (i.e. the number of files) is limited to the maximum number "
+    "of simultaneous opened file allowed by the OS.\n";
+inline constexpr char kSplitValueReturns[] =
+    "ERROR writing to Kelvarin CGel file '%1': the value '%2' of the split column comes back, "
+    "though the table is declared sorted on that column. Sort the table, or remove the "
+    "declaration.";
+inline constexpr char kSplitNamesMeet[] =
+    "ERROR writing to Kelvarin CGel file '%1': two values of the split column, '%2' and '%3', "
+    "give this same file name. Rename one of them, or use advancedNaming.";
+inline constexpr char kNamingFailed[] =
+    "ERROR writing to Kelvarin CGel file '%1': the naming expression '%2' cannot be used: %3";
+
+inline constexpr char kNameTaken[] =
+    "ERROR writing to Kelvarin CGel file '%1': another action of the graph writes to the same "
+    "file. Give each its own name, or set checkNameCollision to 0.";
+
+// The previous file.
+inline constexpr char kPreviousLocked[] =
+    "Warning: File '%1' is locked. Waiting for the file to unlock...";
+inline constexpr char kPreviousUnlocked[] = "File is unlocked!";
+inline constexpr char kPreviousNotDeleted[] = "Error: Cannot delete previous file '%1'.";
+
+}  // namespace kelvarin::messages

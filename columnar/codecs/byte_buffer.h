@@ -1,0 +1,72 @@
+// A growing buffer whose bytes are not set when it grows, for compressed and decoded data.
+//
+// Memory is kept when the buffer shrinks. Threads: one at a time.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+
+#include "base/byte_cursor.h"
+
+namespace kelvarin {
+
+class ByteBuffer {
+ public:
+  unsigned char* data() { return m_bytes.get(); }
+  const unsigned char* data() const { return m_bytes.get(); }
+  std::size_t size() const { return m_size; }
+  bool isEmpty() const { return m_size == 0; }
+  void clear() { m_size = 0; }
+  Bytes bytes() const { return {data(), m_size}; }
+  Bytes bytes(std::size_t offset) const { return bytes().subspan(offset); }
+
+  // The first bytes stay, new ones are unset. Memory grows by what is needed and a reserve.
+  void resize(std::size_t size) {
+    if (size > m_capacity) {
+      grow(size);
+    }
+    m_size = size;
+  }
+
+  // Room for `size` more bytes; returns its place.
+  unsigned char* append(std::size_t size) {
+    const std::size_t offset = m_size;
+    resize(m_size + size);
+    return data() + offset;
+  }
+  void append(Bytes bytes) {
+    if (!bytes.empty()) {
+      std::memcpy(append(bytes.size()), bytes.data(), bytes.size());
+    }
+  }
+  template <PackedValue T>
+  void put(T value) {
+    storePacked(append(sizeof value), value);
+  }
+
+  // Gives the memory back.
+  void release() { *this = ByteBuffer(m_reserve); }
+
+  ByteBuffer() = default;
+  // `reserve` is what the memory grows by beyond the need.
+  explicit ByteBuffer(std::size_t reserve) : m_reserve(reserve) {}
+
+ private:
+  void grow(std::size_t size) {
+    const std::size_t capacity = size + std::max(m_reserve, size / 8);
+    std::unique_ptr<unsigned char[]> larger(new unsigned char[capacity]);
+    if (m_size > 0) {
+      std::memcpy(larger.get(), m_bytes.get(), m_size);
+    }
+    m_bytes = std::move(larger);
+    m_capacity = capacity;
+  }
+
+  std::unique_ptr<unsigned char[]> m_bytes;
+  std::size_t m_size = 0;
+  std::size_t m_capacity = 0;
+  std::size_t m_reserve = 0;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,77 @@
+#include "columnar/codecs/chunk_codec.h"
+
+#include "columnar/codecs/snappy_stream.h"
+#include "columnar/format/checksum.h"
+
+namespace kelvarin {
+
+namespace {
+
+// No layout of numbers takes more: the plain one, or the sparse one with all rows different.
+std::uint64_t maximumNumbersSize(std::uint64_t rows) {
+  constexpr std::uint64_t kHeads = 64;
+  return rows * sizeof(double) + rows / 8 + kHeads;
+}
+
+}  // namespace
+
+std::size_t ChunkEncoder::appendKeys(std::span<const std::uint32_t> keys, StorageCode code,
+                                     ByteBuffer& out) {
+  m_keyCodec.encode(keys, code, m_raw);
+  return appendCompressed(out);
+}
+
+std::size_t ChunkEncoder::appendNumbers(std::span<const std::uint64_t> numbers, ByteBuffer& out) {
+  m_raw.clear();
+  m_numbers.append(numbers, m_raw);
+  return appendCompressed(out);
+}
+
+std::size_t ChunkEncoder::appendTexts(const TextValues& texts, ByteBuffer& out) {
+  assert(texts.rawSize() <= kMaximumTextsSize);
+  m_raw.clear();
+  m_texts.append(texts, m_raw);
+  return appendCompressed(out);
+}
+
+std::size_t ChunkEncoder::appendCompressed(ByteBuffer& out) {
+  const std::size_t begin = out.size();
+  out.append(kChunkChecksumSize);
+  const std::size_t size = appendSnappy(m_raw.bytes(), out);
+  storePacked(out.data() + begin, checksum(out.bytes(begin + kChunkChecksumSize)));
+  return kChunkChecksumSize + size;
+}
+
+ReadStatus ChunkDecoder::uncompress(Bytes chunk, std::uint64_t maximumSize) {
+  m_unknownLayout = -1;
+  if (chunk.size() < kChunkChecksumSize) {
+    return ReadStatus::corrupted;
+  }
+  const Bytes stream = chunk.subspan(kChunkChecksumSize);
+  if (loadPacked<std::uint32_t>(chunk.data()) != checksum(stream)) {
+    return ReadStatus::corrupted;
+  }
+  return uncompressSnappy(stream, maximumSize, m_raw);
+}
+
+ReadStatus ChunkDecoder::decodeKeys(Bytes chunk, StorageCode code, std::uint32_t rows,
+                                    ByteBuffer& keys) {
+  const ReadStatus status = uncompress(chunk, KeyCodec::maximumEncodedSize(rows));
+  return status == ReadStatus::ok ? m_keyCodec.decode(m_raw.bytes(), code, rows, keys) : status;
+}
+
+ReadStatus ChunkDecoder::decodeNumbers(Bytes chunk, std::uint32_t rows, ByteBuffer& numbers) {
+  const ReadStatus status = uncompress(chunk, maximumNumbersSize(rows));
+  return status == ReadStatus::ok
+             ? kelvarin::decodeNumbers(m_raw.bytes(), rows, numbers, m_unknownLayout)
+             : status;
+}
+
+ReadStatus ChunkDecoder::decodeTexts(Bytes chunk, std::uint32_t rows, DecodedTexts& texts) {
+  const ReadStatus status = uncompress(chunk, kMaximumRawSize);
+  return status == ReadStatus::ok
+             ? kelvarin::decodeTexts(m_raw.bytes(), rows, texts, m_unknownLayout)
+             : status;
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,128 @@
+#include "columnar/codecs/snappy_stream.h"
+
+#include <snappy.h>
+
+namespace kelvarin {
+
+namespace {
+
+// Streams that expand to less than this are uncompressed at once.
+constexpr std::size_t kSmallRawSize = 1 << 20;
+constexpr std::size_t kLongestRawLength = 5;
+
+const char* asChars(Bytes bytes) {
+  return reinterpret_cast<const char*>(bytes.data());
+}
+
+// One piece of a stream: how many bytes it takes, and how many it stands for.
+struct Element {
+  std::size_t size = 0;
+  std::size_t rawSize = 0;
+};
+
+// A literal says its length in its tag, or in 1 to 4 bytes after it.
+std::optional<Element> literalAt(Bytes bytes) {
+  constexpr std::size_t kLongestInTag = 60;
+  const std::size_t tagLength = bytes[0] >> 2;
+  if (tagLength < kLongestInTag) {
+    return Element{1 + tagLength + 1, tagLength + 1};
+  }
+  const std::size_t lengthBytes = tagLength - kLongestInTag + 1;
+  if (bytes.size() < 1 + lengthBytes) {
+    return std::nullopt;
+  }
+  std::size_t length = 0;
+  std::memcpy(&length, bytes.data() + 1, lengthBytes);
+  return Element{1 + lengthBytes + length + 1, length + 1};
+}
+
+std::optional<Element> elementAt(Bytes bytes) {
+  switch (bytes[0] & 3) {
+    case 0:
+      return literalAt(bytes);
+    case 1:
+      return Element{2, 4u + (bytes[0] >> 2 & 7u)};
+    case 2:
+      return Element{3, 1u + (bytes[0] >> 2)};
+    default:
+      return Element{5, 1u + (bytes[0] >> 2)};
+  }
+}
+
+// The raw length stands in front, 7 bits a byte.
+std::optional<std::size_t> sizeOfLength(Bytes bytes) {
+  for (std::size_t i = 0; i < bytes.size() && i < kLongestRawLength; ++i) {
+    if (bytes[i] < 0x80) {
+      return i + 1;
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::uint64_t maximumCompressedSize(std::uint64_t rawSize) {
+  return snappy::MaxCompressedLength(rawSize);
+}
+
+std::size_t appendSnappy(Bytes raw, ByteBuffer& out) {
+  assert(raw.size() <= kMaximumRawSize);
+  const std::size_t begin = out.size();
+  char* place = reinterpret_cast<char*>(out.append(maximumCompressedSize(raw.size())));
+  std::size_t size = 0;
+  snappy::RawCompress(asChars(raw), raw.size(), place, &size);
+  out.resize(begin + size);
+  return size;
+}
+
+ReadStatus uncompressSnappy(Bytes stream, std::uint64_t maximumSize, ByteBuffer& raw) {
+  std::size_t size = 0;
+  if (!snappy::GetUncompressedLength(asChars(stream), stream.size(), &size) ||
+      size > maximumSize) {
+    return ReadStatus::corrupted;
+  }
+  if (size > kSmallRawSize && size > stream.size() &&
+      !snappy::IsValidCompressedBuffer(asChars(stream), stream.size())) {
+    return ReadStatus::corrupted;
+  }
+  raw.resize(size);
+  const bool isWhole = snappy::RawUncompress(asChars(stream), stream.size(),
+                                             reinterpret_cast<char*>(raw.data()));
+  return isWhole ? ReadStatus::ok : ReadStatus::corrupted;
+}
+
+ReadStatus findSnappyEnd(Bytes bytes, std::size_t& length) {
+  std::size_t left = 0;
+  const auto head = sizeOfLength(bytes);
+  if (!head) {
+    return bytes.size() < kLongestRawLength ? ReadStatus::truncated : ReadStatus::corrupted;
+  }
+  if (!snappy::GetUncompressedLength(asChars(bytes), bytes.size(), &left)) {
+    return ReadStatus::corrupted;
+  }
+  std::size_t position = *head;
+  while (left > 0) {
+    if (position >= bytes.size()) {
+      return ReadStatus::truncated;
+    }
+    const auto element = elementAt(bytes.subspan(position));
+    if (!element || element->size > bytes.size() - position) {
+      return ReadStatus::truncated;
+    }
+    if (element->rawSize > left) {
+      return ReadStatus::corrupted;
+    }
+    position += element->size;
+    left -= element->rawSize;
+  }
+  length = position;
+  return ReadStatus::ok;
+}
+
+std::optional<std::uint64_t> announcedRawSize(Bytes stream) {
+  std::size_t size = 0;
+  const bool isAnnounced = snappy::GetUncompressedLength(asChars(stream), stream.size(), &size);
+  return isAnnounced ? std::optional<std::uint64_t>(size) : std::nullopt;
+}
+
+}  // namespace kelvarin

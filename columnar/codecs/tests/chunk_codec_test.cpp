@@ -1,0 +1,356 @@
+#include "columnar/codecs/chunk_codec.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <functional>
+#include <random>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "base/null_number.h"
+#include "columnar/codecs/snappy_stream.h"
+#include "columnar/format/checksum.h"
+
+namespace kelvarin {
+
+namespace {
+
+using Numbers = std::vector<std::uint64_t>;
+using Keys = std::vector<std::uint32_t>;
+using Texts = std::vector<const char*>;  // nullptr: the null text
+
+constexpr std::size_t kRowCounts[] = {1, 2, 7, 127, 128, 129, 2048, 5000};
+
+std::uint64_t bits(double value) {
+  return std::bit_cast<std::uint64_t>(value);
+}
+
+Numbers made(std::size_t rows, const std::function<std::uint64_t()>& make) {
+  Numbers numbers(rows);
+  std::generate(numbers.begin(), numbers.end(), make);
+  return numbers;
+}
+
+// The layout that was taken, after a round trip that has changed nothing.
+NumberLayout layoutAfterRoundTrip(const Numbers& numbers) {
+  ByteBuffer chunk;
+  ChunkEncoder().appendNumbers(numbers, chunk);
+  ByteBuffer decoded;
+  EXPECT_EQ(ChunkDecoder().decodeNumbers(chunk.bytes(), static_cast<std::uint32_t>(numbers.size()),
+                                         decoded),
+            ReadStatus::ok);
+  EXPECT_EQ(decoded.size(), numbers.size() * 8);
+  EXPECT_EQ(std::memcmp(decoded.data(), numbers.data(), decoded.size()), 0);
+  ByteBuffer raw;
+  EXPECT_EQ(uncompressSnappy(chunk.bytes(kChunkChecksumSize), kMaximumRawSize, raw),
+            ReadStatus::ok);
+  return static_cast<NumberLayout>(raw.data()[0]);
+}
+
+struct TextColumn {
+  std::vector<std::uint32_t> lengths;
+  std::string bytes;
+
+  void add(const char* text) {
+    lengths.push_back(text == nullptr ? kNullLength : static_cast<std::uint32_t>(strlen(text)));
+    bytes += text == nullptr ? "" : text;
+  }
+  TextValues values() const { return {lengths, asBytes(bytes)}; }
+};
+
+TextLayout layoutAfterRoundTrip(const TextColumn& column) {
+  ByteBuffer chunk;
+  ChunkEncoder().appendTexts(column.values(), chunk);
+  DecodedTexts decoded;
+  const auto rows = static_cast<std::uint32_t>(column.lengths.size());
+  EXPECT_EQ(ChunkDecoder().decodeTexts(chunk.bytes(), rows, decoded), ReadStatus::ok);
+  std::size_t offset = 0;
+  for (std::size_t row = 0; row < rows; ++row) {
+    const std::uint32_t length = column.lengths[row];
+    const unsigned char* text = decoded.text(row);
+    EXPECT_EQ(loadPacked<std::uint32_t>(text), length);
+    EXPECT_EQ(std::memcmp(text + 4, column.bytes.data() + offset, byteCountOf(length)), 0);
+    offset += byteCountOf(length);
+  }
+  ByteBuffer raw;
+  EXPECT_EQ(uncompressSnappy(chunk.bytes(kChunkChecksumSize), kMaximumRawSize, raw),
+            ReadStatus::ok);
+  return static_cast<TextLayout>(raw.data()[0]);
+}
+
+void expectRoundTrip(const Keys& keys, StorageCode code) {
+  ByteBuffer chunk;
+  ChunkEncoder().appendKeys(keys, code, chunk);
+  ByteBuffer decoded;
+  ASSERT_EQ(ChunkDecoder().decodeKeys(chunk.bytes(), code, static_cast<std::uint32_t>(keys.size()),
+                                      decoded),
+            ReadStatus::ok);
+  ASSERT_EQ(decoded.size(), keys.size() * 4);
+  EXPECT_EQ(std::memcmp(decoded.data(), keys.data(), decoded.size()), 0)
+      << keys.size() << " keys, code " << static_cast<int>(code);
+}
+
+}  // namespace
+
+TEST(NumberLayouts, EachKindOfColumnTakesItsOwnAndKeepsEveryBit) {
+  std::mt19937_64 random(1);
+  const auto below = [&](std::uint64_t limit) { return random() % limit; };
+  for (const std::size_t rows : {std::size_t{300}, std::size_t{5000}}) {
+    EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return random() | 1; })), NumberLayout::plain);
+    EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return bits(double(below(99999)) / 100); })),
+              NumberLayout::scaled);
+    EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return bits(double(below(3)) - 1); })),
+              NumberLayout::dictionary);
+    EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return bits(1 + double(below(1u << 30)) / 3e9); })),
+              NumberLayout::significance);
+    EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return below(10) == 0 ? random() : bits(0); })),
+              NumberLayout::sparse);
+  }
+}
+
+TEST(NumberLayouts, ReservedPatternsSurviveAmongOrdinaryNumbers) {
+  std::mt19937_64 random(2);
+  const std::uint64_t special[] = {kNullNumberBits, kNotANumberBits,   0x7FF0000000000001ull,
+                                   bits(-0.0),      bits(0.0),         bits(kInfinity),
+                                   bits(-kInfinity), bits(5e-324),     bits(1.7e308),
+                                   bits(1125899906842624.0), bits(-1125899906842623.0)};
+  for (const std::size_t rows : kRowCounts) {
+    for (const std::uint64_t pattern : special) {
+      for (const double scale : {1.0, 10.0, 1e8}) {
+        Numbers numbers = made(rows, [&] { return bits(double(random() % 70000) / scale); });
+        numbers[random() % rows] = pattern;
+        layoutAfterRoundTrip(numbers);
+        // Where the sample does not look.
+        numbers.assign(rows, bits(7 / scale));
+        numbers[rows / 2 + rows / 200] = pattern;
+        layoutAfterRoundTrip(numbers);
+      }
+    }
+  }
+}
+
+TEST(NumberLayouts, ScaledCodesOfEveryWidthLeaveRoomForMissingNumbers) {
+  for (const int width : {8, 9, 10, 12, 16, 17, 18, 20, 24, 32, 31, 33}) {
+    const double range = std::ldexp(1.0, width) - 1 - static_cast<double>(width % 2);
+    for (const bool hasMissing : {false, true}) {
+      std::mt19937_64 random(3);
+      Numbers numbers = made(
+          4000, [&] { return bits(-100 + double(random() % static_cast<std::uint64_t>(range))); });
+      numbers[5] = bits(-100);
+      numbers[6] = bits(-100 + range);
+      if (hasMissing) {
+        numbers[7] = kNullNumberBits;
+      }
+      layoutAfterRoundTrip(numbers);
+    }
+  }
+}
+
+TEST(NumberLayouts, RandomMixtures) {
+  std::mt19937_64 random(4);
+  for (int round = 0; round < 400; ++round) {
+    const std::size_t rows = 1 + random() % 1000;
+    const std::uint64_t kinds = random();
+    const std::uint64_t modulus = 1 + random() % (1ull << (random() % 40));
+    const double power = std::pow(10.0, static_cast<double>(random() % 9));
+    layoutAfterRoundTrip(made(rows, [&]() -> std::uint64_t {
+      const double value = double(random() % modulus) / power;
+      switch (random() % 64) {
+        case 0:
+          return kinds & 1 ? kNullNumberBits : bits(value);
+        case 1:
+          return kinds & 2 ? random() : bits(value);
+        case 2:
+          return bits(kinds & 4 ? -value : value);
+        default:
+          return bits(kinds & 8 ? std::floor(value) : value);
+      }
+    }));
+  }
+}
+
+TEST(TextLayouts, NullAndEmptyTextsStayApart) {
+  const Texts words = {"", nullptr, "Zürich", "a", "🙂", nullptr, ""};
+  for (const std::size_t rows : kRowCounts) {
+    TextColumn column;
+    for (std::size_t i = 0; i < rows; ++i) {
+      column.add(words[i * i % words.size()]);
+    }
+    layoutAfterRoundTrip(column);
+  }
+  for (const char* only : {"", "x", static_cast<const char*>(nullptr)}) {
+    TextColumn column;
+    for (int i = 0; i < 300; ++i) {
+      column.add(only);
+    }
+    EXPECT_EQ(layoutAfterRoundTrip(column), TextLayout::dictionary);
+  }
+}
+
+TEST(TextLayouts, LengthsOfEveryWidthAndDictionariesOfBothCodes) {
+  std::mt19937_64 random(5);
+  for (const std::size_t length : {std::size_t{0}, std::size_t{15}, std::size_t{16},
+                                   std::size_t{254}, std::size_t{255}, std::size_t{65534},
+                                   std::size_t{65535}}) {
+    TextColumn column;
+    for (int i = 0; i < 40; ++i) {
+      column.add((std::to_string(random()) + std::string(length, 'x')).substr(0, length).c_str());
+    }
+    column.add(nullptr);
+    layoutAfterRoundTrip(column);
+  }
+  for (const std::uint64_t distinct : {256u, 257u, 1000u}) {
+    TextColumn column;
+    for (int i = 0; i < 20000; ++i) {
+      column.add(std::to_string(random() % distinct).c_str());
+    }
+    EXPECT_EQ(layoutAfterRoundTrip(column), TextLayout::dictionary);
+  }
+  TextColumn different;
+  for (int i = 0; i < 70000; ++i) {
+    different.add(std::to_string(i).c_str());
+  }
+  EXPECT_EQ(layoutAfterRoundTrip(different), TextLayout::plain);
+}
+
+TEST(KeyChunks, EveryOrderAndEveryNumberOfRows) {
+  std::mt19937 random(6);
+  for (std::size_t rows : {1, 5, 127, 128, 129, 2047, 2048, 2049, 5000, 65536, 65664, 131073}) {
+    for (const int width : {1, 7, 20, 32}) {
+      Keys keys(rows);
+      for (std::uint32_t& key : keys) {
+        key = random() >> (32 - width);
+        if (random() % 100 == 0) {
+          key = random();  // an exception, or a null
+        }
+      }
+      expectRoundTrip(keys, StorageCode::key);
+      expectRoundTrip(keys, StorageCode::ascendingKey);  // an order that is broken
+      std::sort(keys.begin(), keys.end());
+      keys[0] = 0xFFFFFFFF;
+      expectRoundTrip(keys, StorageCode::ascendingKey);
+      std::reverse(keys.begin(), keys.end());
+      expectRoundTrip(keys, StorageCode::descendingKey);
+    }
+  }
+}
+
+TEST(ChunkDecoder, DamageIsFoundWhateverTheChecksumSays) {
+  std::mt19937 random(7);
+  Keys keys(700);
+  for (std::uint32_t& key : keys) {
+    key = random() % 50 == 0 ? random() : random() % 1000;
+  }
+  Numbers numbers(700);
+  for (std::uint64_t& number : numbers) {
+    number = random() % 10 == 0 ? bits(double(random() % 100)) : bits(0);
+  }
+  TextColumn texts;
+  for (int i = 0; i < 700; ++i) {
+    texts.add(std::to_string(random() % 300).c_str());
+  }
+  const auto mutate = [&](const ByteBuffer& chunk, auto decode) {
+    ByteBuffer raw;
+    ASSERT_EQ(uncompressSnappy(chunk.bytes(4), kMaximumRawSize, raw), ReadStatus::ok);
+    for (std::size_t i = 0; i < std::min<std::size_t>(raw.size(), 400); ++i) {
+      for (const unsigned char mask : {0x01, 0x80, 0xFF}) {
+        raw.data()[i] ^= mask;
+        ByteBuffer forged;
+        forged.append(4);
+        appendSnappy(raw.bytes(), forged);
+        storePacked(forged.data(), checksum(forged.bytes(4)));
+        decode(forged.bytes());  // decoded or refused, never anything else
+        raw.data()[i] ^= mask;
+      }
+    }
+  };
+  ChunkDecoder decoder;
+  ByteBuffer out;
+  DecodedTexts decodedTexts;
+  for (const StorageCode code : {StorageCode::key, StorageCode::ascendingKey}) {
+    ByteBuffer chunk;
+    ChunkEncoder().appendKeys(keys, code, chunk);
+    mutate(chunk, [&](Bytes bytes) {
+      if (decoder.decodeKeys(bytes, code, 700, out) == ReadStatus::ok) {
+        EXPECT_EQ(out.size(), 2800u);
+      }
+    });
+    EXPECT_EQ(decoder.decodeKeys(chunk.bytes(), code, 699, out), ReadStatus::corrupted);
+    EXPECT_EQ(decoder.decodeKeys(chunk.bytes(), code, 828, out), ReadStatus::corrupted);
+  }
+  ByteBuffer numberChunk;
+  ChunkEncoder().appendNumbers(numbers, numberChunk);
+  mutate(numberChunk,
+         [&](Bytes bytes) { (void)decoder.decodeNumbers(bytes, 700, out); });
+  EXPECT_EQ(decoder.decodeNumbers(numberChunk.bytes(), 708, out), ReadStatus::corrupted);
+  ByteBuffer textChunk;
+  ChunkEncoder().appendTexts(texts.values(), textChunk);
+  mutate(textChunk,
+         [&](Bytes bytes) { (void)decoder.decodeTexts(bytes, 700, decodedTexts); });
+  EXPECT_EQ(decoder.decodeTexts(textChunk.bytes(), 701, decodedTexts), ReadStatus::corrupted);
+}
+
+TEST(ChunkDecoder, TellsTheNumberOfAnUnknownLayout) {
+  ByteBuffer chunk;
+  chunk.append(4);
+  const unsigned char raw[] = {77, 0, 0, 0, 0, 0, 0, 0, 0};
+  appendSnappy(raw, chunk);
+  storePacked(chunk.data(), checksum(chunk.bytes(4)));
+  ChunkDecoder decoder;
+  ByteBuffer numbers;
+  EXPECT_EQ(decoder.decodeNumbers(chunk.bytes(), 1, numbers), ReadStatus::corrupted);
+  EXPECT_EQ(decoder.unknownLayout(), 77);
+  chunk.data()[0] ^= 1;
+  EXPECT_EQ(decoder.decodeNumbers(chunk.bytes(), 1, numbers), ReadStatus::corrupted);
+  EXPECT_EQ(decoder.unknownLayout(), -1);
+}
+
+// Typed by hand: an 8-byte literal has the tag (8 - 1) << 2.
+TEST(ChunkEncoder, GoldenChunks) {
+  const auto chunkOf = [](auto append) {
+    ByteBuffer chunk;
+    append(chunk);
+    return std::vector<unsigned char>(chunk.data(), chunk.data() + chunk.size());
+  };
+  // Fewer than 128 keys: no packed ones, then 7 bits a byte, the last byte with its top bit.
+  EXPECT_EQ(chunkOf([](ByteBuffer& out) {
+              ChunkEncoder().appendKeys(Keys{1, 300}, StorageCode::key, out);
+            }),
+            (std::vector<unsigned char>{0x0B, 0x49, 0xCE, 0xC0,              // checksum
+                                        8, 7 << 2, 0, 0, 0, 0,               // packed keys
+                                        0x81, 0x2C, 0x82, 0}));
+  // Layout 1: exponent 1, 8 bits a code, none missing, base 10.
+  EXPECT_EQ(chunkOf([](ByteBuffer& out) {
+              ChunkEncoder().appendNumbers(Numbers{bits(1.5), bits(1.0), bits(2.5)}, out);
+            }),
+            (std::vector<unsigned char>{0x36, 0x39, 0xC0, 0xAC, 15, 14 << 2, 1, 1, 8, 0, 10, 0, 0, 0, 0, 0, 0,
+                                        0, 5, 0, 15}));
+  // Layout 0: lengths of one byte, the null one all ones.
+  TextColumn texts;
+  texts.add("ab");
+  texts.add(nullptr);
+  texts.add("");
+  EXPECT_EQ(chunkOf([&](ByteBuffer& out) { ChunkEncoder().appendTexts(texts.values(), out); }),
+            (std::vector<unsigned char>{0x6C, 0x79, 0xD4, 0xA7, 7, 6 << 2, 0, 1, 2, 0xFF, 0, 'a', 'b'}));
+}
+
+TEST(SnappyStreams, EndWhereTheyEndWhateverFollows) {
+  std::mt19937 random(8);
+  for (const std::size_t size : {0, 1, 59, 60, 61, 300, 70000, 200000}) {
+    std::string raw(size, 'x');
+    for (std::size_t i = 0; i < size; i += 1 + random() % 40) {
+      raw[i] = static_cast<char>(random());
+    }
+    ByteBuffer stream;
+    const std::size_t length = appendSnappy(asBytes(raw), stream);
+    stream.append(Bytes(asBytes("more")));
+    std::size_t end = 0;
+    EXPECT_EQ(findSnappyEnd(stream.bytes(), end), ReadStatus::ok);
+    EXPECT_EQ(end, length);
+    EXPECT_EQ(findSnappyEnd(stream.bytes().first(length - 1), end), ReadStatus::truncated);
+  }
+}
+
+}  // namespace kelvarin

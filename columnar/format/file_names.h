@@ -1,0 +1,24 @@
+// The names of the files that make up one columnar file: the main file and a side file for each
+// column set.
+//
+// Layout: docs/gel-format.md, "Files". Names are UTF-8; only the name is looked at, never the disk.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kelvarin {
+
+inline constexpr std::string_view kMainFileExtension = ".cgel_kelvarin";
+
+// The main name without its extension: cut at its last ".", when that stands after the last "/" and
+// the last "\".
+std::string_view stemOfMainFile(std::string_view mainFile);
+
+// sales.cgel_kelvarin, 0 -> sales.000.cs_kelvarin; x.dat, 12 -> x.012.cs
+std::string sideFileName(std::string_view mainFile, int columnSet);
+
+// Whether `file` can be a side file of `mainFile`: its stem, three digits and the extension.
+bool isSideFileName(std::string_view mainFile, std::string_view file);
+
+}  // namespace kelvarin

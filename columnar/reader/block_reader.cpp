@@ -1,0 +1,84 @@
+#include "columnar/reader/block_reader.h"
+
+#include <new>
+#include <utility>
+
+namespace kelvarin {
+
+Result<std::unique_ptr<BlockReader>, std::string> BlockReader::open(
+    const GelFile& file, const std::vector<std::size_t>& columns, WantsBlock wantsBlock) {
+  Result<std::unique_ptr<ChunkReader>, std::string> chunks = ChunkReader::open(file, columns);
+  if (!chunks) {
+    return Failure{chunks.error()};
+  }
+  std::vector<MetaTypeColumn> types;
+  for (const std::size_t column : columns) {
+    types.push_back(file.meta(column).type());
+  }
+  return std::unique_ptr<BlockReader>(
+      new BlockReader(file, std::move(types), std::move(*chunks), std::move(wantsBlock)));
+}
+
+BlockReader::BlockReader(const GelFile& file, std::vector<MetaTypeColumn> types,
+                         std::unique_ptr<ChunkReader> chunks, WantsBlock wantsBlock)
+    : m_file(file),
+      m_types(std::move(types)),
+      m_chunks(std::move(chunks)),
+      m_wantsBlock(std::move(wantsBlock)),
+      m_scan(file) {}
+
+ReadEvent BlockReader::next(std::unique_ptr<DecodedBlock> spare) {
+  try {
+    return nextEvent(std::move(spare));
+  } catch (const std::bad_alloc&) {
+    return endWith({ReadEvent::Kind::noMemory, m_scan.rowsPassed(), 0, nullptr});
+  }
+}
+
+ReadEvent BlockReader::nextEvent(std::unique_ptr<DecodedBlock> spare) {
+  while (!m_isEnded) {
+    BlockInfo block;
+    switch (m_scan.next(block)) {
+      case BlockScan::Step::block:
+        if (!m_wantsBlock || m_wantsBlock(m_file, block)) {
+          return decode(block, std::move(spare));
+        }
+        break;
+      case BlockScan::Step::corrupted:
+        return {ReadEvent::Kind::corrupted, m_scan.lostFirstRow(), m_scan.lostLastRow(), nullptr};
+      case BlockScan::Step::truncated:
+        return endWith({ReadEvent::Kind::truncated, m_scan.lostFirstRow(), 0, nullptr});
+      case BlockScan::Step::end:
+        return endWith({});
+    }
+  }
+  return {};
+}
+
+ReadEvent BlockReader::decode(const BlockInfo& block, std::unique_ptr<DecodedBlock> spare) {
+  if (!spare) {
+    spare = std::make_unique<DecodedBlock>();
+    spare->setColumns(m_types);
+  }
+  m_chunks->load(block);
+  ReadStatus worst = ReadStatus::ok;
+  for (std::size_t i = 0; i < m_types.size() && worst != ReadStatus::truncated; ++i) {
+    const ReadStatus status = m_chunks->decode(i, spare->column(i));
+    worst = status == ReadStatus::ok ? worst : status;
+  }
+  if (worst == ReadStatus::truncated) {
+    return endWith({ReadEvent::Kind::truncated, block.firstRow, block.lastRow(), nullptr});
+  }
+  if (worst != ReadStatus::ok) {
+    return {ReadEvent::Kind::corrupted, block.firstRow, block.lastRow(), nullptr};
+  }
+  spare->start(block.firstRow, block.rowCount);
+  return {ReadEvent::Kind::block, block.firstRow, block.lastRow(), std::move(spare)};
+}
+
+ReadEvent BlockReader::endWith(ReadEvent event) {
+  m_isEnded = true;
+  return event;
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,135 @@
+#include "columnar/reader/block_scan.h"
+
+#include <algorithm>
+
+namespace kelvarin {
+
+namespace {
+
+// How many descriptors a writer puts into a record that is full.
+constexpr std::uint64_t kRecordBudget = 16ull << 20;
+constexpr std::uint64_t kSmallestFullRecord = 1000;
+
+}  // namespace
+
+BlockScan::Step BlockScan::next(BlockInfo& block) {
+  if (m_isEnded) {
+    return Step::end;
+  }
+  if (m_nextInRecord == m_record.count()) {
+    if (!m_outcome) {
+      readRecord();
+    }
+    if (*m_outcome != Outcome::record) {
+      return stepOfOutcome();
+    }
+    m_outcome.reset();
+  }
+  const unsigned char* descriptor = m_record.descriptor(m_nextInRecord);
+  ++m_nextInRecord;
+  if (m_nextInRecord < m_record.count()) {
+    describe(block, descriptor);
+    block.following = m_record.descriptor(m_nextInRecord);
+  } else {
+    m_lastOfRecord.assign(descriptor, descriptor + m_file.descriptorLayout().width());
+    readRecord();
+    describe(block, m_lastOfRecord.data());
+    block.following = *m_outcome == Outcome::record ? m_record.descriptor(0) : nullptr;
+    const bool hasAllRows = m_rowsBefore + block.rowCount == m_file.rowCount();
+    block.endsWithFile = m_file.isComplete() && (*m_outcome == Outcome::endMarker || hasAllRows);
+  }
+  m_rowsBefore += block.rowCount;
+  ++m_blocksBefore;
+  return Step::block;
+}
+
+void BlockScan::describe(BlockInfo& block, const unsigned char* descriptor) const {
+  block = {};
+  block.index = m_blocksBefore;
+  block.firstRow = m_rowsBefore;
+  block.rowCount = DescriptorLayout::rowCount(descriptor);
+  block.descriptor = descriptor;
+}
+
+void BlockScan::readRecord() {
+  m_record = {};
+  m_nextInRecord = 0;
+  m_outcome = m_reader.next(m_record);
+  m_largestRecord = std::max<std::uint64_t>(m_largestRecord, m_record.count());
+}
+
+BlockScan::Step BlockScan::stepOfOutcome() {
+  const Outcome outcome = *m_outcome;
+  m_outcome.reset();
+  switch (outcome) {
+    case Outcome::corrupted:
+      return loseRecord();
+    case Outcome::truncated:
+      m_lostFirstRow = m_rowsBefore;
+      m_isEnded = true;
+      return Step::truncated;
+    case Outcome::endOfFile:
+      if (m_file.isComplete()) {
+        // All rows may be there; the end marker is not.
+        m_lostFirstRow = m_rowsBefore;
+        m_isEnded = true;
+        return Step::truncated;
+      }
+      break;
+    case Outcome::record:
+    case Outcome::endMarker:
+      break;
+  }
+  return endOfRows();
+}
+
+// The header of a finished file has to agree with its descriptors. Rows of lost records were
+// estimated, so that nothing can be said then.
+BlockScan::Step BlockScan::endOfRows() {
+  const bool isCountWrong = m_file.isComplete() && m_file.rowCount() != m_rowsBefore;
+  m_isEnded = true;
+  if (!isCountWrong || m_hasLostRecord) {
+    return Step::end;
+  }
+  m_isRowCountWrong = true;
+  m_lostFirstRow = std::min(m_rowsBefore, m_file.rowCount());
+  m_lostLastRow = std::max(m_rowsBefore, m_file.rowCount()) - 1;
+  return Step::corrupted;
+}
+
+BlockScan::Step BlockScan::loseRecord() {
+  m_hasLostRecord = true;
+  const std::uint64_t rows = blocksOfLostRecord() * m_file.rowsInBlock();
+  const std::uint64_t expected =
+      m_file.rowCount() > m_rowsBefore ? m_file.rowCount() - m_rowsBefore : 0;
+  return lose(m_file.isComplete() && expected > 0 ? std::min(rows, expected) : rows);
+}
+
+// Of a finished file all blocks are known, so that the lost ones are those that are left over;
+// otherwise what the record itself announces is believed within reason.
+std::uint64_t BlockScan::blocksOfLostRecord() {
+  const DescriptorReader::Following following = m_reader.following();
+  const std::uint64_t allBlocks =
+      (m_file.rowCount() + m_file.rowsInBlock() - 1) / m_file.rowsInBlock();
+  const std::uint64_t known = m_blocksBefore + following.descriptors;
+  if (m_file.isComplete() && following.reachesEnd && allBlocks > known) {
+    return allBlocks - known;
+  }
+  const std::uint64_t largest = std::max(m_largestRecord, following.largestRecord);
+  const std::uint64_t full =
+      largest > 0
+          ? largest
+          : std::max(kRecordBudget / m_file.descriptorLayout().width(), kSmallestFullRecord);
+  const std::uint64_t announced = m_reader.announcedDescriptors();
+  return announced > 0 && announced <= full ? announced : full;
+}
+
+BlockScan::Step BlockScan::lose(std::uint64_t rowCount) {
+  m_lostFirstRow = m_rowsBefore;
+  m_lostLastRow = m_rowsBefore + rowCount - 1;
+  m_rowsBefore += rowCount;
+  m_blocksBefore += (rowCount + m_file.rowsInBlock() - 1) / m_file.rowsInBlock();
+  return Step::corrupted;
+}
+
+}  // namespace kelvarin

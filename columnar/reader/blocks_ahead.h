@@ -1,0 +1,46 @@
+// Reads events on a thread of its own, some blocks ahead of the consumer.
+//
+// Blocks that the consumer has used up go back to be filled again.
+// Threads: the consumer calls everything; `produce` runs on the reading thread, or with no block
+// ahead on the consumer's.
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <vector>
+
+#include "columnar/reader/hand_over.h"
+#include "columnar/reader/read_event.h"
+
+namespace kelvarin {
+
+class BlocksAhead {
+ public:
+  // Gives the next event; `spare` may be filled for it, and is null when there is none.
+  using Produce = std::function<ReadEvent(std::unique_ptr<DecodedBlock> spare)>;
+
+  // Below 1: nothing is read ahead.
+  BlocksAhead(Produce produce, int blocksAhead);
+  ~BlocksAhead();
+  BlocksAhead(const BlocksAhead&) = delete;
+  BlocksAhead& operator=(const BlocksAhead&) = delete;
+
+  // Waits for the next event. After the last one the events are `end`.
+  ReadEvent next();
+  void giveBack(std::unique_ptr<DecodedBlock> block);
+
+ private:
+  void run();
+  std::unique_ptr<DecodedBlock> takeSpare();
+
+  const Produce m_produce;
+  std::mutex m_spareMutex;
+  std::vector<std::unique_ptr<DecodedBlock>> m_spares;  // under m_spareMutex
+  std::optional<HandOver<ReadEvent>> m_handOver;        // none when nothing is read ahead
+  bool m_isFinished = false;                            // the consumer has seen the last event
+  std::thread m_thread;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,226 @@
+#include "columnar/reader/chunk_reader.h"
+
+#include <algorithm>
+
+#include "columnar/codecs/snappy_stream.h"
+
+namespace kelvarin {
+
+namespace {
+
+// Fewer bytes than these between two chunks are read along with them.
+constexpr std::uint64_t kLargestGap = 16 << 10;
+constexpr std::uint64_t kFirstWindow = 1 << 20;
+constexpr std::uint64_t kSearchAlwaysAllowed = 64 << 20;
+
+}  // namespace
+
+Result<std::unique_ptr<ChunkReader>, std::string> ChunkReader::open(
+    const GelFile& file, const std::vector<std::size_t>& columns) {
+  std::unique_ptr<ChunkReader> reader(new ChunkReader(file));
+  if (const Status<std::string> status = reader->openSets(columns); !status) {
+    return Failure{status.error()};
+  }
+  return reader;
+}
+
+Status<std::string> ChunkReader::openSets(const std::vector<std::size_t>& columns) {
+  std::vector<std::vector<std::size_t>> places(static_cast<std::size_t>(m_file.columnSetCount()));
+  for (const std::size_t column : columns) {
+    places[static_cast<std::size_t>(m_file.column(column).columnSet)].push_back(m_chunks.size());
+    m_chunks.push_back(Chunk{.column = column});
+  }
+  m_setOfChunk.resize(m_chunks.size());
+  std::size_t next = 0;
+  for (int number = 0; number < m_file.columnSetCount(); ++number) {
+    Set set;
+    set.number = number;
+    set.firstColumn = next;
+    while (next < m_file.columns().size() && m_file.column(next).columnSet == number) {
+      ++next;
+    }
+    set.endColumn = next;
+    set.places = std::move(places[static_cast<std::size_t>(number)]);
+    if (set.places.empty()) {
+      continue;
+    }
+    set.source = m_file.openSide(number);
+    if (!set.source) {
+      return Failure{m_file.sidePath(number)};
+    }
+    set.searchLimit = kSearchAlwaysAllowed + 4 * set.source->size();
+    std::sort(set.places.begin(), set.places.end(), [this](std::size_t left, std::size_t right) {
+      return m_chunks[left].column < m_chunks[right].column;
+    });
+    for (const std::size_t place : set.places) {
+      m_setOfChunk[place] = m_sets.size();
+    }
+    m_sets.push_back(std::move(set));
+  }
+  return Done{};
+}
+
+void ChunkReader::find(const BlockInfo& block) {
+  m_rowCount = block.rowCount;
+  for (Set& set : m_sets) {
+    findChunks(set, block);
+  }
+}
+
+void ChunkReader::load(const BlockInfo& block) {
+  find(block);
+  for (Set& set : m_sets) {
+    readChunks(set);
+  }
+}
+
+std::optional<std::uint64_t> ChunkReader::chunkSize(std::size_t place) const {
+  const Chunk& chunk = m_chunks[place];
+  const bool isKnown = chunk.status == ReadStatus::ok && chunk.hasEnd;
+  return isKnown ? std::optional(chunk.end - chunk.begin) : std::nullopt;
+}
+
+// The begins of all chunks of the set in its side file.
+void ChunkReader::findPositions(Set& set, const BlockInfo& block) const {
+  const DescriptorLayout& layout = m_file.descriptorLayout();
+  const BlockPlace place = layout.place(block.descriptor, set.number);
+  set.positions.clear();
+  std::uint64_t position = place.offset;
+  for (std::size_t column = set.firstColumn; column < set.endColumn; ++column) {
+    const std::uint32_t entry = layout.chunkPosition(block.descriptor, column);
+    position = (place.hasDifferences ? position : place.offset) + entry;
+    set.positions.push_back(position);
+  }
+}
+
+void ChunkReader::findChunks(Set& set, const BlockInfo& block) {
+  findPositions(set, block);
+  const std::uint64_t size = set.source->size();
+  for (const std::size_t place : set.places) {
+    Chunk& chunk = m_chunks[place];
+    const std::size_t inSet = chunk.column - set.firstColumn;
+    chunk.begin = set.positions[inSet];
+    chunk.hasEnd = true;
+    chunk.endsWithFile = false;
+    if (inSet + 1 < set.positions.size()) {
+      chunk.end = set.positions[inSet + 1];
+    } else if (block.following != nullptr) {
+      chunk.end = m_file.descriptorLayout().place(block.following, set.number).offset;
+    } else {
+      chunk.hasEnd = block.endsWithFile;
+      chunk.endsWithFile = block.endsWithFile;
+      chunk.end = std::max(size, chunk.begin);
+    }
+    if (chunk.begin < set.floor || chunk.end < chunk.begin) {
+      chunk.status = ReadStatus::corrupted;
+    } else if (chunk.begin >= size || chunk.end > size) {
+      chunk.status = ReadStatus::truncated;
+    } else {
+      chunk.status = ReadStatus::ok;
+      set.floor = chunk.hasEnd ? chunk.end : chunk.begin;
+    }
+  }
+}
+
+// Chunks with a known end are read in runs of neighbours.
+void ChunkReader::readChunks(Set& set) {
+  set.bytes.clear();
+  const auto isReadable = [&](std::size_t i) {
+    const Chunk& chunk = m_chunks[set.places[i]];
+    return chunk.status == ReadStatus::ok && chunk.hasEnd;
+  };
+  for (std::size_t first = 0; first < set.places.size();) {
+    if (!isReadable(first)) {
+      ++first;
+      continue;
+    }
+    std::size_t end = first + 1;
+    while (end < set.places.size() && isReadable(end)) {
+      const std::uint64_t last = m_chunks[set.places[end - 1]].end;
+      const std::uint64_t begin = m_chunks[set.places[end]].begin;
+      if (begin < last || begin - last > kLargestGap) {
+        break;
+      }
+      ++end;
+    }
+    readRun(set, first, end);
+    first = end;
+  }
+  Chunk& last = m_chunks[set.places.back()];
+  if (last.status == ReadStatus::ok && !last.hasEnd) {
+    readToStreamEnd(set, last);
+  }
+}
+
+void ChunkReader::readRun(Set& set, std::size_t first, std::size_t end) {
+  const std::uint64_t begin = m_chunks[set.places[first]].begin;
+  const std::uint64_t size = m_chunks[set.places[end - 1]].end - begin;
+  const std::size_t inBuffer = set.bytes.size();
+  const std::size_t count = set.source->readAt(begin, set.bytes.append(size), size);
+  for (std::size_t i = first; i < end; ++i) {
+    Chunk& chunk = m_chunks[set.places[i]];
+    chunk.inBuffer = inBuffer + (chunk.begin - begin);
+    if (chunk.end - begin > count || (chunk.endsWithFile && isCut(chunk))) {
+      chunk.status = ReadStatus::truncated;
+    }
+  }
+}
+
+void ChunkReader::readToStreamEnd(Set& set, Chunk& chunk) {
+  chunk.inBuffer = set.bytes.size();
+  const std::uint64_t available = set.source->size() - chunk.begin;
+  for (std::uint64_t window = kFirstWindow;; window *= 2) {
+    const std::size_t wanted = static_cast<std::size_t>(std::min(window, available));
+    if (wanted > set.searchLimit) {
+      chunk.status = ReadStatus::corrupted;
+      return;
+    }
+    set.searchLimit -= wanted;
+    set.bytes.resize(chunk.inBuffer + wanted);
+    const std::size_t count =
+        set.source->readAt(chunk.begin, set.bytes.data() + chunk.inBuffer, wanted);
+    if (count <= kChunkChecksumSize) {
+      chunk.status = ReadStatus::truncated;
+      return;
+    }
+    const Bytes stream(set.bytes.data() + chunk.inBuffer + kChunkChecksumSize,
+                       count - kChunkChecksumSize);
+    std::size_t length = 0;
+    chunk.status = findSnappyEnd(stream, length);
+    chunk.end = chunk.begin + kChunkChecksumSize + length;
+    if (chunk.status != ReadStatus::truncated || count < wanted || wanted == available) {
+      return;
+    }
+  }
+}
+
+bool ChunkReader::isCut(const Chunk& chunk) const {
+  const Bytes bytes = bytesOf(chunk);
+  std::size_t length = 0;
+  return bytes.size() <= kChunkChecksumSize ||
+         findSnappyEnd(bytes.subspan(kChunkChecksumSize), length) == ReadStatus::truncated;
+}
+
+Bytes ChunkReader::bytesOf(const Chunk& chunk) const {
+  const Set& set = m_sets[m_setOfChunk[static_cast<std::size_t>(&chunk - m_chunks.data())]];
+  return {set.bytes.data() + chunk.inBuffer, static_cast<std::size_t>(chunk.end - chunk.begin)};
+}
+
+ReadStatus ChunkReader::decode(std::size_t place, DecodedColumn& column) {
+  const Chunk& chunk = m_chunks[place];
+  if (chunk.status != ReadStatus::ok) {
+    return chunk.status;
+  }
+  const GelColumn& description = m_file.column(chunk.column);
+  switch (description.type) {
+    case GelType::key:
+      return m_decoder.decodeKeys(bytesOf(chunk), description.storage, m_rowCount, column.values);
+    case GelType::number:
+      return m_decoder.decodeNumbers(bytesOf(chunk), m_rowCount, column.values);
+    case GelType::text:
+      break;
+  }
+  return m_decoder.decodeTexts(bytesOf(chunk), m_rowCount, column.texts);
+}
+
+}  // namespace kelvarin

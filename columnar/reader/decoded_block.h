@@ -1,0 +1,64 @@
+// The values of one block, decoded, and its rows one after the other.
+//
+// Values lie column by column in the bytes that rows point to (host/contract/column_bytes.h), so
+// that handing out a row is one pointer a column. Memory is kept when a block is used again.
+// Threads: one at a time; filled on the reading thread, emptied on the engine's.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "columnar/codecs/text_layout.h"
+#include "host/contract/column_bytes.h"
+
+namespace kelvarin {
+
+// The values of one column. The type decides which part is filled.
+struct DecodedColumn {
+  ByteBuffer values;   // numbers or keys
+  DecodedTexts texts;  // all other types
+};
+
+class DecodedBlock {
+ public:
+  void setColumns(const std::vector<MetaTypeColumn>& types);
+  DecodedColumn& column(std::size_t index) { return m_columns[index]; }
+
+  // Every column has been filled with `rowCount` values; the rows begin.
+  void start(std::uint64_t firstRow, std::uint64_t rowCount);
+  std::uint64_t firstRow() const { return m_firstRow; }
+  std::uint64_t rowCount() const { return m_rowCount; }
+
+  // Points `values` at the next row's values; false when there is none left.
+  bool takeRow(unsigned char** values) {
+    if (m_rowsLeft == 0) [[unlikely]] {
+      return false;
+    }
+    --m_rowsLeft;
+    for (Cursor& cursor : m_cursors) {
+      if (cursor.offset == nullptr) {
+        *values++ = cursor.next;
+        cursor.next += cursor.step;
+      } else {
+        *values++ = cursor.next + *cursor.offset++;
+      }
+    }
+    return true;
+  }
+
+ private:
+  // Where a column's next value is.
+  struct Cursor {
+    unsigned char* next = nullptr;          // of texts, the first one's
+    const std::uint32_t* offset = nullptr;  // of the next text; null for other types
+    std::size_t step = 0;                   // from value to value; 0 for texts
+  };
+
+  std::vector<DecodedColumn> m_columns;
+  std::vector<Cursor> m_cursors;
+  std::uint64_t m_firstRow = 0;
+  std::uint64_t m_rowCount = 0;
+  std::uint64_t m_rowsLeft = 0;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,33 @@
+// What comes next in a columnar file: a block of rows, rows that are lost, or the end.
+//
+// Made by reader/block_reader.cpp, judged by the reading action.
+// Threads: plain values, handed from the reading thread to the engine's.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "columnar/reader/decoded_block.h"
+
+namespace kelvarin {
+
+struct ReadEvent {
+  enum class Kind {
+    block,      // `block` has rows
+    corrupted,  // rows firstRow to lastRow cannot be read; what follows can
+    truncated,  // the file ends inside what belongs to the block at firstRow; nothing follows
+    noMemory,   // for the block at firstRow; nothing follows
+    end
+  };
+
+  Kind kind = Kind::end;
+  std::uint64_t firstRow = 0;  // counted from 0
+  std::uint64_t lastRow = 0;
+  std::unique_ptr<DecodedBlock> block;
+
+  bool isLast() const {
+    return kind == Kind::truncated || kind == Kind::noMemory || kind == Kind::end;
+  }
+};
+
+}  // namespace kelvarin

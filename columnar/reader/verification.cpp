@@ -1,0 +1,222 @@
+#include "columnar/reader/verification.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+#include "base/null_number.h"
+#include "columnar/reader/chunk_reader.h"
+#include "host/contract/column_bytes.h"
+
+namespace kelvarin {
+
+namespace {
+
+KeySummary summaryOfKeys(const ByteBuffer& values) {
+  KeySummary summary;
+  for (std::size_t at = 0; at < values.size(); at += sizeof(std::uint32_t)) {
+    const auto key = loadPacked<std::uint32_t>(values.data() + at);
+    if (key >= kSmallestMissingKey) {
+      summary.hasNull = true;
+      continue;
+    }
+    summary.high = summary.hasValues() ? std::max(summary.high, key) : key;
+    summary.low = std::min(summary.low, key);
+  }
+  return summary;
+}
+
+NumberSummary summaryOfNumbers(const ByteBuffer& values) {
+  NumberSummary summary;
+  for (std::size_t at = 0; at < values.size(); at += sizeof(double)) {
+    const auto number = loadPacked<double>(values.data() + at);
+    if (isNullNumber(number)) {
+      summary.hasNull = true;
+    } else if (std::isnan(number)) {
+      summary.hasNotANumber = true;
+    } else {
+      summary.low = summary.hasValues ? std::min(summary.low, number) : number;
+      summary.high = summary.hasValues ? std::max(summary.high, number) : number;
+      summary.hasValues = true;
+    }
+  }
+  return summary;
+}
+
+TextSummary summaryOfTexts(const DecodedTexts& texts) {
+  TextSummary summary;
+  std::optional<std::string_view> low;
+  std::optional<std::string_view> high;
+  for (std::size_t row = 0; row < texts.offsets.size(); ++row) {
+    const unsigned char* bytes = texts.text(row);
+    if (isNullText(bytes)) {
+      summary.hasNull = true;
+      continue;
+    }
+    const std::string_view text = textFromBytes(bytes);
+    low = low ? std::min(*low, text) : text;
+    high = high ? std::max(*high, text) : text;
+  }
+  if (low) {
+    summary.low = TextBound::of(*low);
+    summary.high = TextBound::of(*high);
+  }
+  return summary;
+}
+
+template <typename Summary>
+bool isStored(const GelFile& file, const BlockInfo& block, std::size_t column,
+              const Summary& summary) {
+  Summary stored;
+  return file.descriptorLayout().readSummary(block.descriptor, column, stored) && stored == summary;
+}
+
+class Verifier {
+ public:
+  Verifier(const GelFile& file, const std::function<void(const GelDamage&)>& report,
+           const std::function<void(std::uint64_t)>& progress)
+      : m_file(file), m_report(report), m_progress(progress), m_scan(file) {}
+
+  GelVerification run() {
+    openReaders();
+    for (;;) {
+      BlockInfo block;
+      switch (m_scan.next(block)) {
+        case BlockScan::Step::block:
+          checkBlock(block);
+          break;
+        case BlockScan::Step::corrupted:
+          reportLostRows();
+          break;
+        case BlockScan::Step::truncated:
+          report({.kind = GelDamage::Kind::mainFileCut,
+                  .file = m_file.path(),
+                  .offset = m_scan.damageOffset(),
+                  .block = m_result.blocks,
+                  .firstRow = m_scan.lostFirstRow(),
+                  .lastRow = std::max(m_file.rowCount(), m_scan.lostFirstRow() + 1) - 1,
+                  .column = {}});
+          return m_result;
+        case BlockScan::Step::end:
+          return m_result;
+      }
+    }
+  }
+
+ private:
+  // One set's columns at a time, so that a missing side file spoils no other set.
+  struct Reader {
+    std::unique_ptr<ChunkReader> chunks;
+    std::vector<std::size_t> columns;
+    std::string path;
+    bool isCut = false;  // what follows has been reported with the first chunk that is missing
+  };
+
+  void openReaders() {
+    std::size_t column = 0;
+    for (int set = 0; set < m_file.columnSetCount(); ++set) {
+      Reader reader;
+      for (; column < m_file.columns().size() && m_file.column(column).columnSet == set; ++column) {
+        reader.columns.push_back(column);
+      }
+      reader.path = m_file.sidePath(set);
+      auto chunks = ChunkReader::open(m_file, reader.columns);
+      if (!chunks) {
+        report({.kind = GelDamage::Kind::sideFileMissing, .file = reader.path, .column = {}});
+        continue;
+      }
+      reader.chunks = std::move(*chunks);
+      m_readers.push_back(std::move(reader));
+    }
+  }
+
+  void checkBlock(const BlockInfo& block) {
+    for (Reader& reader : m_readers) {
+      reader.chunks->load(block);
+      for (std::size_t place = 0; place < reader.columns.size(); ++place) {
+        checkChunk(reader, place, block);
+      }
+    }
+    m_result.blocks = block.index + 1;
+    m_result.rows += block.rowCount;
+    if (m_progress) {
+      m_progress(block.lastRow() + 1);
+    }
+  }
+
+  void checkChunk(Reader& reader, std::size_t place, const BlockInfo& block) {
+    const std::size_t column = reader.columns[place];
+    const ReadStatus status = reader.chunks->decode(place, m_column);
+    GelDamage damage{.file = reader.path,
+                     .offset = reader.chunks->chunkOffset(place),
+                     .block = block.index,
+                     .firstRow = block.firstRow,
+                     .lastRow = block.lastRow(),
+                     .column = m_file.column(column).name,
+                     .layout = reader.chunks->unknownLayout()};
+    if (status == ReadStatus::truncated) {
+      damage.kind = GelDamage::Kind::sideFileCut;
+      if (!reader.isCut) {
+        report(damage);
+      }
+      reader.isCut = true;
+      return;
+    }
+    if (status != ReadStatus::ok) {
+      damage.kind = damage.layout < 0 ? GelDamage::Kind::chunk : GelDamage::Kind::unknownLayout;
+      report(damage);
+      return;
+    }
+    ++m_result.chunks;
+    if (!hasItsSummary(block, column)) {
+      damage.kind = GelDamage::Kind::summary;
+      report(damage);
+    }
+  }
+
+  bool hasItsSummary(const BlockInfo& block, std::size_t column) const {
+    switch (m_file.column(column).type) {
+      case GelType::key:
+        return isStored(m_file, block, column, summaryOfKeys(m_column.values));
+      case GelType::number:
+        return isStored(m_file, block, column, summaryOfNumbers(m_column.values));
+      case GelType::text:
+        break;
+    }
+    return isStored(m_file, block, column, summaryOfTexts(m_column.texts));
+  }
+
+  void reportLostRows() {
+    const bool isRecord = !m_scan.isRowCountWrong();
+    report({.kind = isRecord ? GelDamage::Kind::record : GelDamage::Kind::rowCount,
+            .file = m_file.path(),
+            .offset = isRecord ? m_scan.damageOffset() : kOpeningSize,
+            .block = m_scan.lostFirstRow() / m_file.rowsInBlock(),
+            .firstRow = m_scan.lostFirstRow(),
+            .lastRow = m_scan.lostLastRow(),
+            .column = {}});
+  }
+
+  void report(const GelDamage& damage) {
+    ++m_result.damages;
+    m_report(damage);
+  }
+
+  const GelFile& m_file;
+  const std::function<void(const GelDamage&)>& m_report;
+  const std::function<void(std::uint64_t)>& m_progress;
+  BlockScan m_scan;
+  std::vector<Reader> m_readers;
+  DecodedColumn m_column;
+  GelVerification m_result;
+};
+
+}  // namespace
+
+GelVerification verifyGelFile(const GelFile& file,
+                              const std::function<void(const GelDamage&)>& report,
+                              const std::function<void(std::uint64_t)>& progress) {
+  return Verifier(file, report, progress).run();
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,120 @@
+// Turns rows into one columnar file: a main file and a side file for each column set.
+//
+// The caller's thread only copies values into blocks; a thread for each column set encodes and
+// stores them, and one more writes descriptor records. The same rows give the same bytes, whatever
+// the number of threads. Until closeHD() has synchronized everything, the file says that it is
+// incomplete. Layout: docs/gel-format.md.
+//
+// Calls: constructor, setPoDP() (optional), openHD(), writeToHD() for each row, closeHD(),
+// destructor, which leaves a file that was never closed incomplete.
+// Threads: one at a time.  Errors: false, and failure() says why; nothing logs.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include <QHash>
+#include <QString>
+
+#include "columnar/writer/column_set_worker.h"
+#include "columnar/writer/row_appender.h"
+#include "host/contract/global_parameters.h"
+#include "host/contract/one_row.h"
+#include "host/contract/pin_out_data_preview.h"
+
+namespace kelvarin {
+
+class ColumnarHDWriter {
+ public:
+  // The routine is asked when the disk is full; without one nothing is tried again.
+  explicit ColumnarHDWriter(AskAboutFullDisk ask = {});
+  ~ColumnarHDWriter();
+  ColumnarHDWriter(const ColumnarHDWriter&) = delete;
+  ColumnarHDWriter& operator=(const ColumnarHDWriter&) = delete;
+
+  // Opens the main file and truncates it; nothing is written yet. `columnSets` maps column names to
+  // set numbers, see layOutTable(). A thread count below 1 stands for that of `parameters`.
+  [[nodiscard]] bool openHD(const QString& fileName, int rowsInBlock,
+                            const QHash<QString, int>& columnSets,
+                            const GlobalParameters* parameters, int threadCount);
+  // Writes the head of the file and starts the threads. The first row does it if nobody has.
+  [[nodiscard]] bool layOut(const OneRow* row);
+  // False from the first failure of any thread that has come to notice.
+  [[nodiscard]] bool writeToHD(const OneRow* row) {
+    if (m_head == nullptr && !layOut(row)) [[unlikely]] {
+      return false;
+    }
+    if (!m_appender.append(row->getAllColForRead())) [[unlikely]] {
+      return fail(WriteFailure::Kind::tooLarge);
+    }
+    ++m_rowCount;
+    return m_appender.rows() < m_rowsInBlock || handOverBlock();
+  }
+  // Finishes the file; it is complete when the run has ended normally or still goes on, and nothing
+  // has failed. A file without layOut() stays empty. True when all that was asked for is on the disk.
+  bool closeHD(GlobalParameters::RunningState state);
+
+  bool isOpen() const { return m_file.isOpen(); }
+  const QString& fileName() const { return m_file.path(); }
+  long long rowCount() const { return m_rowCount; }
+  // A block has just been filled, or none begun.
+  bool isAtBlockBegin() const { return m_appender.rows() == 0; }
+  WriteFailure failure() const { return m_failure.get(); }
+  // Where the next descriptor record's uncompressed bytes would begin, were none compressed.
+  std::uint64_t currentOffset() const { return m_previewOffset; }
+  // A viewer's list of the blocks so far.
+  void setPoDP(PinOutDataPreview* preview) { m_preview = preview; }
+
+  // At a block's begin: the size of the head, the chunks and the uncompressed descriptors of all
+  // blocks but the last. It waits for those, so it does not depend on how fast the threads are.
+  std::uint64_t sizeBeforeLastBlock();
+
+ private:
+  struct Head;  // what exists from layOut() on
+
+  bool fail(WriteFailure::Kind kind, const QString& file = {}, const QString& reason = {});
+  bool failToWrite(const GrowingFile& file, const QString& reason);
+  void createWorkers();
+  [[nodiscard]] bool openSideFiles();
+  [[nodiscard]] bool writeHead();
+  [[nodiscard]] bool startThreads();
+  void startPreview(const OneRow& row);
+  void targetBlock();
+  [[nodiscard]] bool handOverBlock();
+  void finishThreads();
+  void stopThreads();
+  void abandonHead();
+  [[nodiscard]] bool finishFile(bool isComplete);
+  [[nodiscard]] bool syncAll();
+  void reset();
+
+  // The thread of the descriptor records.
+  void writeMeta();
+  [[nodiscard]] bool writeRecord(Bytes descriptors);
+
+  const AskAboutFullDisk m_ask;
+  GrowingFile m_file;
+  QHash<QString, int> m_columnSets;
+  std::uint32_t m_rowsInBlock = 0;
+  int m_threadCount = 1;
+  int m_memoryBudget = 0;
+  long long m_rowCount = 0;
+  std::uint64_t m_blocks = 0;  // handed over
+  RowAppender m_appender;
+  FirstFailure m_failure;
+  PinOutDataPreview* m_preview = nullptr;
+  std::unique_ptr<Head> m_head;
+
+  // The thread of the descriptor records, until it is joined.
+  ByteBuffer m_record;
+  std::uint32_t m_largestRecord = 0;           // with its head
+  std::uint32_t m_largestDescriptorBlock = 0;  // uncompressed
+  std::atomic<std::uint64_t> m_previewOffset = 0;
+  long long m_previewRowCount = 0;
+
+  std::thread m_metaThread;
+};
+
+}  // namespace kelvarin

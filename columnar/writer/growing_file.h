@@ -1,0 +1,50 @@
+// A file that grows at its end, and whose beginning can be overwritten.
+//
+// When the disk is full, the owner's routine is asked: true means that the rest is tried again, so
+// nothing is lost. Used by ColumnarHDWriter for the main file and by its workers for side files.
+// Threads: one at a time; sync() from any while the file is open.
+// Errors: Status with the system's reason; never logs, never throws.
+#pragma once
+
+#include <functional>
+
+#include <QString>
+
+#include "base/byte_cursor.h"
+#include "base/result.h"
+
+namespace kelvarin {
+
+// Gets the file and how many bytes it did not take; true: try again. Called on any thread.
+using AskAboutFullDisk = std::function<bool(const QString& file, int missingBytes)>;
+
+class GrowingFile {
+ public:
+  explicit GrowingFile(AskAboutFullDisk ask) : m_ask(std::move(ask)) {}
+  ~GrowingFile() { close(); }
+  GrowingFile(const GrowingFile&) = delete;
+  GrowingFile& operator=(const GrowingFile&) = delete;
+
+  // Truncates what is there.
+  Status<QString> open(const QString& path);
+  bool isOpen() const { return m_descriptor >= 0; }
+  const QString& path() const { return m_path; }
+  std::uint64_t size() const { return m_size; }
+
+  Status<QString> append(Bytes bytes);
+  Status<QString> writeAt(std::uint64_t offset, Bytes bytes);
+  // All bytes are on the disk.
+  Status<QString> sync() const;
+  void close();
+
+ private:
+  void beginWriteBack();
+
+  AskAboutFullDisk m_ask;
+  QString m_path;
+  int m_descriptor = -1;
+  std::uint64_t m_size = 0;
+  std::uint64_t m_writtenBack = 0;  // so much was given to the disk early
+};
+
+}  // namespace kelvarin
