@@ -65,6 +65,9 @@ char Calculator::init() {
   m_elementCount = 1;
   m_columnOfOutput.clear();
   m_updatedNumbers.clear();
+  m_lookout.close();
+  m_rowsEvaluated = 0;
+  m_columnsAhead.clear();
   return ExpressionAction::init();
 }
 

@@ -2,17 +2,21 @@
 // of the row.
 //
 // Pin 0 takes the rows, pin 1 an optional table of further variables. plan.cpp works at the first
-// row, row.cpp at every row; calculator.cpp has the parameters and their XML. CalculatorVectorized
-// derives from it: each of its outputs gives a column for every element of its vectors.
+// row, row.cpp at every row; calculator.cpp has the parameters and their XML. Where the producer has
+// rows in hand, ahead.cpp evaluates for many of them at once what can be, and the rows then take
+// their results from there. CalculatorVectorized derives from it: each of its outputs gives a column
+// for every element of its vectors.
 // Threads: those of ActionItem.  Errors: logged at level 1, the run fails.
 #pragma once
 
 #include <algorithm>
 #include <vector>
 
+#include "actions/calculator/computed_rows.h"
 #include "actions/calculator/output_columns.h"
 #include "actions/frame/catalogued.h"
 #include "actions/frame/expression_action.h"
+#include "actions/frame/lookout.h"
 #include "expression/errors/error_texts.h"
 
 namespace kelvarin {
@@ -87,6 +91,14 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
     int column;
   };
 
+  // The results of an output for the rows evaluated ahead.
+  struct ColumnAhead {
+    unsigned char* next;
+    std::size_t step;
+    int column;
+    unsigned char* cell;  // where its results are when rows are evaluated one by one
+  };
+
   static bool computeFirstRow(ActionItem* action);
   [[nodiscard]] bool plan(const OneRow& columns);
   std::vector<OutputVariable> outputsToCompile() const;
@@ -96,11 +108,26 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   static bool computeRow(ActionItem* action);
   template <int kOutputs, bool kUpdatesNumbers>
   RowStep evaluateRow(const OneRow& row);
+  // The row has results from before, or it and others get them now.
+  bool isEvaluatedAhead() {
+    return m_rowsEvaluated > 0 || (m_lookout.isDue() && evaluateAhead());
+  }
+  bool evaluateAhead();
+  void connectResultsAhead();
+  void disconnectResultsAhead();
+  RowStep publishEvaluatedRow(const OneRow& row);
   static bool computeObservedRow(ActionItem* action);
   RowStep evaluateObservedRow(const OneRow& row);
 
   std::vector<int> m_columnOfOutput;
   std::vector<UpdatedNumber> m_updatedNumbers;
+
+  Lookout m_lookout;
+  bool m_mustLoadRows = true;       // those evaluated ahead
+  std::size_t m_rowsEvaluated = 0;  // ahead, and not published yet
+  std::vector<ColumnAhead> m_columnsAhead;
+  std::vector<int> m_outputsByRow;  // all others
+  ComputedRows m_computedRows;
 };
 
 }  // namespace kelvarin

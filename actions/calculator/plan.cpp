@@ -57,6 +57,7 @@ bool Calculator::plan(const OneRow& columns) {
   }
   if (!isChecking()) {
     connectResults(outputColumns.value());
+    m_lookout.open(m_evaluator.canEvaluateAhead());
   }
   return true;
 }

@@ -28,7 +28,35 @@ template <int kOutputs, bool kUpdatesNumbers>
 bool Calculator::computeRow(ActionItem* action) {
   auto& self = static_cast<Calculator&>(*action);
   const OneRow* row = self.getNextRowFromInPin(0);
-  return row == nullptr || self.evaluateRow<kOutputs, kUpdatesNumbers>(*row) != RowStep::more;
+  if (row == nullptr) {
+    return true;
+  }
+  if (self.isEvaluatedAhead()) {
+    return self.publishEvaluatedRow(*row) != RowStep::more;
+  }
+  return self.evaluateRow<kOutputs, kUpdatesNumbers>(*row) != RowStep::more;
+}
+
+// What can fail is evaluated here, in its turn.
+ExpressionAction::RowStep Calculator::publishEvaluatedRow(const OneRow& row) {
+  if (m_mustLoadRows && m_evaluator.loadRow(row) == RowOutcome::stop) {
+    return failAtRow();
+  }
+  unsigned char** columns = passColumnsOn(row);
+  for (const int output : m_outputsByRow) {
+    if (m_evaluator.evaluate(output) == RowOutcome::stop) {
+      return failAtRow();
+    }
+  }
+  for (const UpdatedNumber& updated : m_updatedNumbers) {
+    columns[updated.column] = updated.result;
+  }
+  for (ColumnAhead& ahead : m_columnsAhead) {
+    columns[ahead.column] = ahead.next;
+    ahead.next += ahead.step;
+  }
+  --m_rowsEvaluated;
+  return publishRow();
 }
 
 ActionItem::ComputeRoutine Calculator::routineForRows() const {

@@ -78,6 +78,9 @@ char FilterRows::init() {
   m_sampleSize = 0;
   m_rowsSampled = 0;
   m_wasTruncated = false;
+  m_lookout.close();
+  m_decided = {};
+  m_nextDecided = 0;
   return ExpressionAction::init();
 }
 

@@ -3,13 +3,17 @@
 //
 // It can stop at the first row that fails; an expression that only limits the row number (`_n <
 // 100`) then takes the first rows without evaluating anything. plan.cpp works at the first row,
-// row.cpp at every row. Threads: those of ActionItem.  Errors: logged at level 1, the run fails.
+// row.cpp at every row. Where the producer has rows in hand, ahead.cpp decides on many of them at
+// once, and the rows then go their ways.
+// Threads: those of ActionItem.  Errors: logged at level 1, the run fails.
 #pragma once
 
 #include <cstdint>
 
+#include "actions/filter_rows/kept_rows.h"
 #include "actions/frame/catalogued.h"
 #include "actions/frame/expression_action.h"
+#include "actions/frame/lookout.h"
 
 namespace kelvarin {
 
@@ -48,14 +52,32 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
   void startSampling();
   bool isSampling() const { return m_sampleSize > 0; }
 
-  void passTo(int pin, const OneRow& row);
+  void passTo(int pin, const OneRow& row) {
+    getOutputRowForOutputPin(pin)->showValuesOf(&row);
+    setRowReadyForOutput(pin);
+  }
   // To both pins, where only the columns are asked for.
   void passToBoth(const OneRow& row);
   template <bool kTruncates>
   static bool computeRow(ActionItem* action);
   template <bool kTruncates>
   RowStep filterRow(const OneRow& row);
+  RowStep decideOnRow(const OneRow& row, bool& isKept) {
+    if (!isDecidedAhead()) {
+      return evaluateRow(row, isKept);
+    }
+    if (m_mustLoadRows && m_evaluator.loadRow(row) == RowOutcome::stop) {
+      return failAtRow();
+    }
+    isKept = m_decided[m_nextDecided++] != 0;
+    return RowStep::more;
+  }
   RowStep evaluateRow(const OneRow& row, bool& isKept);
+  // The row was decided on before, or it and others are now.
+  bool isDecidedAhead() {
+    return m_nextDecided < m_decided.size() || (m_lookout.isDue() && decideAhead());
+  }
+  bool decideAhead();
   static bool computeSampledRow(ActionItem* action);
   RowStep sampleRow(const OneRow& row);
   static bool computeObservedRow(ActionItem* action);
@@ -65,6 +87,13 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
   std::uint64_t m_sampleSize = 0;  // 0: not sampling
   std::uint64_t m_rowsSampled = 0;
   bool m_wasTruncated = false;
+
+  Lookout m_lookout;
+  bool m_mustLoadRows = true;                // those decided on ahead
+  std::vector<unsigned char> m_decisions;    // room for m_decided
+  std::span<const unsigned char> m_decided;  // 1: the row is kept
+  std::size_t m_nextDecided = 0;
+  KeptRows m_rowsOfPin[2];
 };
 
 }  // namespace kelvarin

@@ -3,11 +3,6 @@
 
 namespace kelvarin {
 
-void FilterRows::passTo(int pin, const OneRow& row) {
-  getOutputRowForOutputPin(pin)->showValuesOf(&row);
-  setRowReadyForOutput(pin);
-}
-
 void FilterRows::passToBoth(const OneRow& row) {
   passTo(0, row);
   passTo(1, row);
@@ -28,7 +23,7 @@ ExpressionAction::RowStep FilterRows::evaluateRow(const OneRow& row, bool& isKep
 template <bool kTruncates>
 ExpressionAction::RowStep FilterRows::filterRow(const OneRow& row) {
   bool isKept = false;
-  if (const RowStep step = evaluateRow(row, isKept); step != RowStep::more) {
+  if (const RowStep step = decideOnRow(row, isKept); step != RowStep::more) {
     return step;
   }
   passTo(isKept ? 0 : 1, row);

@@ -27,18 +27,16 @@ InputVariable boundInput(const BlockVariable& variable, const QString& name,
   return input;
 }
 
+VariableKind kindOfBounds(const BlockVariable& variable) {
+  return kindOf(boundInput(variable, QString(), {}));
+}
+
 QString numberText(double number) {
   return isNullNumber(number) ? QString() : shortestText(number);
 }
 
 QString qStringOf(const std::string& text) {
   return text.empty() ? QStringLiteral("") : QString::fromStdString(text);
-}
-
-double numberOfText(const std::string& text) {
-  bool isNumber = false;
-  const double number = QString::fromStdString(text).toDouble(&isNumber);
-  return isNumber ? number : kNullNumber;
 }
 
 bool isFalse(const ExpressionValue& value) {
@@ -107,14 +105,23 @@ Status<QString> BlockFilterEvaluation::compile(const ActionItem& action, QString
 
 Status<QString> BlockFilterEvaluation::bindTo(const GelFile& file) {
   m_columns.clear();
-  for (const QString& name : m_columnNames) {
+  const auto failure = [](const char* text, const QString& name) {
+    return Failure{QString::fromLatin1(text).arg(name)};
+  };
+  for (std::size_t i = 0; i < m_columnNames.size(); ++i) {
+    const QString& name = m_columnNames[i];
     const std::string wanted = name.toStdString();
     std::size_t column = 0;
     while (column < file.columns().size() && file.column(column).name != wanted) {
       ++column;
     }
     if (column == file.columns().size()) {
-      return Failure{name};
+      return failure(messages::kFilterColumnMissing, name);
+    }
+    // Texts are not in the order of the numbers that they may look like.
+    if (file.column(column).type == GelType::text &&
+        kindOfBounds(m_filter.variables[i]) == VariableKind::number) {
+      return failure(messages::kFilterColumnIsText, name);
     }
     m_columns.push_back(column);
   }
@@ -137,8 +144,10 @@ bool BlockFilterEvaluation::loadVariables(const GelFile& file, const BlockInfo& 
       return false;
     }
     const BlockVariable& variable = m_filter.variables[i];
-    setBound(input + kMaximum, variable, summary.high);
-    setBound(input + kMinimum, variable, summary.low);
+    if (!setBound(input + kMaximum, variable, summary.high) ||
+        !setBound(input + kMinimum, variable, summary.low)) {
+      return false;
+    }
     m_evaluator.setNumber(input + kHasNull, summary.hasNull ? 1.0 : 0.0);
   }
   if (m_filter.addRowNumbers) {
@@ -148,27 +157,21 @@ bool BlockFilterEvaluation::loadVariables(const GelFile& file, const BlockInfo& 
   return true;
 }
 
-void BlockFilterEvaluation::setBound(int input, const BlockVariable& variable, const Bound& bound) {
+bool BlockFilterEvaluation::setBound(int input, const BlockVariable& variable, const Bound& bound) {
   const double* number = std::get_if<double>(&bound);
   const std::string* text = std::get_if<std::string>(&bound);
-  switch (kindOf(boundInput(variable, QString(), {}))) {
-    case VariableKind::number:
-      m_evaluator.setNumber(input, number != nullptr ? *number
-                                   : text != nullptr ? numberOfText(*text)
-                                                     : kNullNumber);
-      return;
-    case VariableKind::text:
-      m_evaluator.setText(input, text != nullptr     ? qStringOf(*text)
-                                 : number != nullptr ? numberText(*number)
-                                                     : QString());
-      return;
-    case VariableKind::date:
-      m_evaluator.setNumber(input, number != nullptr ? *number
-                                   : text != nullptr
-                                       ? m_dates.toElapsedTime(QString::fromStdString(*text))
-                                       : kNullNumber);
-      return;
+  if (kindOfBounds(variable) == VariableKind::text) {
+    m_evaluator.setText(input, text != nullptr     ? qStringOf(*text)
+                               : number != nullptr ? numberText(*number)
+                                                   : QString());
+    return true;
   }
+  double value = number != nullptr ? *number : kNullNumber;
+  if (text != nullptr) {
+    value = m_dates.toElapsedTime(QString::fromStdString(*text));
+  }
+  m_evaluator.setNumber(input, value);
+  return text == nullptr || !isNullNumber(value);
 }
 
 bool BlockFilterEvaluation::readSummary(const GelFile& file, const BlockInfo& block,

@@ -28,7 +28,7 @@ class BlockFilterEvaluation {
   // A check tries the expression with the variables' samples; otherwise it is compiled. `warning`
   // is set when the user should know something.
   Status<QString> compile(const ActionItem& action, QString& warning);
-  // Finds the variables' columns; the error is the name of one that the file lacks.
+  // Finds the variables' columns; the error is about one that the file lacks or has otherwise.
   Status<QString> bindTo(const GelFile& file);
   bool wantsBlock(const GelFile& file, const BlockInfo& block);
 
@@ -45,7 +45,8 @@ class BlockFilterEvaluation {
   std::vector<InputVariable> inputs() const;
   static bool readSummary(const GelFile& file, const BlockInfo& block, std::size_t column,
                           Summary& summary);
-  void setBound(int input, const BlockVariable& variable, const Bound& bound);
+  // False when a bound is no date, though its variable is one.
+  bool setBound(int input, const BlockVariable& variable, const Bound& bound);
   // False when a summary cannot be used.
   bool loadVariables(const GelFile& file, const BlockInfo& block);
 

@@ -129,7 +129,8 @@ bool ColumnarRead::openNextFile() {
 
 ColumnarRead::Opening ColumnarRead::openFile(const QString& path) {
   m_file = path;
-  if (!waitForFile(m_action, path, m_settings.timeOutSeconds, m_pause)) {
+  const int secondsToWait = m_action.mustComputeFull() ? m_settings.timeOutSeconds : 0;
+  if (!waitForFile(m_action, path, secondsToWait, m_pause)) {
     return isRunning() ? missFile() : Opening::skipped;
   }
   const auto incomplete =
@@ -240,13 +241,10 @@ bool ColumnarRead::prepareFilter() {
     m_isFilterCompiled = true;
   }
   const Status<QString> bound = m_filter.bindTo(*m_gelFile);
-  return bound || fail(text(messages::kFilterColumnMissing, bound.error()));
+  return bound || fail(bound.error());
 }
 
 bool ColumnarRead::startBlocks() {
-  if (!m_action.mustComputeFull()) {
-    return true;
-  }
   BlockReader::WantsBlock wantsBlock;
   if (m_settings.filterRows) {
     wantsBlock = [this](const GelFile& file, const BlockInfo& block) {
@@ -257,6 +255,9 @@ bool ColumnarRead::startBlocks() {
   if (!reader) {
     return fail(text(messages::kCannotOpenSideFile,
                      QFile::decodeName(QByteArray::fromStdString(reader.error()))));
+  }
+  if (!m_action.mustComputeFull()) {
+    return true;
   }
   m_blockReader = std::move(*reader);
   m_blocksAhead.emplace(

@@ -1,5 +1,7 @@
 #include "columnar/actions/columnar_write.h"
 
+#include <cmath>
+
 #include <QDir>
 
 #include "columnar/actions/write_messages.h"
@@ -38,17 +40,16 @@ bool isSortedOn(const OneRow& columns, int column) {
   return !columns.sortInfos().isEmpty() && columns.sortInfos().first().column() == column;
 }
 
-// Equal values have equal marks, and a missing one has none of another's.
+// Equal values have equal marks, and a missing one has none of another's. NaNs are one value, since
+// they have one name.
 std::string markOf(const OneRow& row, int column) {
-  unsigned short isMissing = 0;
-  if (row.getMetaType(column) != MetaTypeColumn::text) {
-    bool isMissingNumber = false;
-    (void)row.colAsDouble(column, &isMissingNumber);
-    isMissing = isMissingNumber;
-  } else {
+  bool isMissing = false;
+  if (row.getMetaType(column) == MetaTypeColumn::text) {
     isMissing = isNullText(row.getAllColForRead()[column]);
+  } else if (std::isnan(row.colAsDouble(column, &isMissing)) && !isMissing) {
+    return "nan";
   }
-  return isMissing != 0 ? std::string("-") : "+" + std::string(row.colForHash(column));
+  return isMissing ? std::string("-") : "+" + std::string(row.colForHash(column));
 }
 
 QString nameTextOf(const OneRow& row, int column) {
@@ -90,6 +91,10 @@ bool ColumnarWrite::plan(const OneRow& columns) {
     }
     m_test.emplace(columns, column, m_settings.testValue);
   }
+  return planSplit(columns) && m_files->canHold(columns, m_file);
+}
+
+bool ColumnarWrite::planSplit(const OneRow& columns) {
   switch (m_settings.splitKind()) {
     case Split::none:
       m_write = &ColumnarWrite::writeInOneFile;
@@ -99,12 +104,12 @@ bool ColumnarWrite::plan(const OneRow& columns) {
       return true;
     case Split::byValue:
       m_write = &ColumnarWrite::writeByValue;
-      return planSplit(columns) && planNaming();
+      return planSplitByValue(columns) && planNaming();
   }
   return false;
 }
 
-bool ColumnarWrite::planSplit(const OneRow& columns) {
+bool ColumnarWrite::planSplitByValue(const OneRow& columns) {
   m_splitColumn = columns.getIndexOfColumn(m_settings.splitColumn);
   if (m_splitColumn < 0) {
     m_files->logError(QString::fromLatin1(messages::kSplitColumnMissing)
@@ -207,29 +212,40 @@ std::optional<QString> ColumnarWrite::splitFile(const OneRow& row) {
       logNamingError(name.error());
       return std::nullopt;
     }
+    if (name->isEmpty()) {
+      m_files->logError(QString::fromLatin1(messages::kNoFilename));
+      return std::nullopt;
+    }
     file = QDir::cleanPath(QDir(m_action.globalParameters()->dataDirWrite()).filePath(*name));
   }
   const auto known = m_splitOfFile.constFind(nameForClaim(file));
   if (known != m_splitOfFile.constEnd()) {
-    const bool isSame = known->value == *m_splitValue;
-    m_files->logError(isSame ? QString::fromLatin1(messages::kSplitValueReturns).arg(file, text)
-                             : QString::fromLatin1(messages::kSplitNamesMeet)
-                                   .arg(file, known->text, row.col(m_splitColumn, nullptr)));
+    const QString value = row.col(m_splitColumn, nullptr);
+    if (known->value == *m_splitValue) {
+      m_files->logError(QString::fromLatin1(messages::kSplitValueReturns).arg(file, text));
+    } else {
+      const char* message =
+          known->file == file ? messages::kSplitNamesMeet : messages::kSplitSideFilesMeet;
+      m_files->logError(QString::fromLatin1(message).arg(file, known->text, value));
+    }
     return std::nullopt;
   }
-  m_splitOfFile.insert(nameForClaim(file), {*m_splitValue, row.col(m_splitColumn, nullptr)});
+  m_splitOfFile.insert(nameForClaim(file),
+                       {*m_splitValue, row.col(m_splitColumn, nullptr), file});
   return file;
 }
 
-void ColumnarWrite::endWithoutRows() {
-  if (!m_settings.alwaysDelete || m_file.isEmpty() ||
+void ColumnarWrite::endOfRows() {
+  const bool isNormalEnd = m_action.run() == nullptr || m_action.run()->isRunning();
+  const bool hasWritten = m_files && m_files->hasOpened();
+  if (hasWritten || !m_settings.alwaysDelete || !isNormalEnd || m_file.isEmpty() ||
       m_settings.splitKind() == Split::byValue) {
     return;
   }
-  m_files.emplace(m_action, m_settings, QHash<QString, int>(), m_names, m_pause);
-  m_files->removePrevious(m_settings.splitKind() == Split::none
-                              ? m_file
-                              : insertedBeforeExtension(m_file, segmentText(0)));
+  OutputFiles(m_action, m_settings, QHash<QString, int>(), m_names, m_pause)
+      .removePrevious(m_settings.splitKind() == Split::none
+                          ? m_file
+                          : insertedBeforeExtension(m_file, segmentText(0)));
 }
 
 bool ColumnarWrite::end() {

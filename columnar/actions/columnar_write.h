@@ -23,8 +23,8 @@ class ColumnarWrite {
   [[nodiscard]] bool plan(const OneRow& columns);
   // False: the run ends here.
   [[nodiscard]] bool write(const OneRow& row);
-  // The input had no row.
-  void endWithoutRows();
+  // The input has no more rows.
+  void endOfRows();
   // Closes every file with the run's state. False: what was written is not all on the disk.
   bool end();
 
@@ -33,6 +33,7 @@ class ColumnarWrite {
   using Write = bool (ColumnarWrite::*)(const OneRow& row);
 
   bool planSplit(const OneRow& columns);
+  bool planSplitByValue(const OneRow& columns);
   bool planNaming();
   bool writeInOneFile(const OneRow& row);
   bool writeBySize(const OneRow& row);
@@ -65,8 +66,9 @@ class ColumnarWrite {
   struct NamedValue {
     std::string value;
     QString text;
+    QString file;
   };
-  QHash<QString, NamedValue> m_splitOfFile;
+  QHash<QString, NamedValue> m_splitOfFile;  // see nameForClaim()
 };
 
 }  // namespace kelvarin

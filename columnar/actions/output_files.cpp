@@ -1,11 +1,11 @@
 #include "columnar/actions/output_files.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 #include "columnar/actions/previous_file.h"
 #include "columnar/actions/write_messages.h"
+#include "columnar/format/file_names.h"
 #include "host/contract/host_services.h"
 #include "host/contract/main_ui.h"
 
@@ -33,6 +33,15 @@ AskAboutFullDisk askOnBehalfOf(const ActionItem& action) {
 
 }  // namespace
 
+bool OutputFiles::canHold(const OneRow& columns, const QString& file) const {
+  const auto layout = layOutTable(columns, m_settings.rowsInBlock, m_columnSets,
+                                  m_action.globalParameters()->blockMemoryBudget());
+  if (!layout) {
+    report({.kind = layout.error(), .file = {}, .reason = {}}, file);
+  }
+  return static_cast<bool>(layout);
+}
+
 OutputFiles::Writer OutputFiles::open(const QString& file) {
   if (m_settings.checkNameCollision &&
       !m_names.claim(m_action.globalParameters(), nameForClaim(file))) {
@@ -52,6 +61,7 @@ OutputFiles::Writer OutputFiles::open(const QString& file) {
     report(writer->failure(), file);
     return nullptr;
   }
+  m_hasOpened = true;
   return writer;
 }
 
@@ -59,13 +69,8 @@ bool OutputFiles::write(Writer& writer, const OneRow& row) {
   if (writer->writeToHD(&row)) [[likely]] {
     return true;
   }
-  const QString file = writer->fileName();
-  const bool isEmpty = writer->rowCount() == 0;
-  report(writer->failure(), file);
+  report(writer->failure(), writer->fileName());
   writer.reset();
-  if (isEmpty) {
-    QFile::remove(file);  // the table does not fit a file, so nothing of it was written
-  }
   return false;
 }
 
@@ -100,14 +105,19 @@ void OutputFiles::report(const WriteFailure& failure, const QString& file) const
     case WriteFailure::Kind::tooLarge:
       return logError(QString::fromLatin1(messages::kTooLarge));
     case WriteFailure::Kind::cannotOpen:
-      return logError(QString::fromLatin1(messages::kCannotOpenForWrite).arg(failure.file));
+      logError(QString::fromLatin1(messages::kCannotOpenForWrite).arg(failure.file));
+      break;
     case WriteFailure::Kind::cannotWrite:
-      return logError(QString::fromLatin1(messages::kCannotWriteFile).arg(failure.file));
+      logError(QString::fromLatin1(messages::kCannotWriteFile).arg(failure.file));
+      break;
   }
+  MainUI::addLog(LogLevel::information, QString::fromLatin1(messages::kSystemReason)
+                                            .arg(failure.file, failure.reason));
 }
 
 QString nameForClaim(const QString& file) {
-  return QDir::cleanPath(QFileInfo(file).absoluteFilePath());
+  const QString path = QDir::cleanPath(QFileInfo(file).absoluteFilePath());
+  return QString::fromStdString(sideFileName(path.toStdString(), 0));
 }
 
 }  // namespace kelvarin

@@ -27,10 +27,13 @@ class OutputFiles {
         m_names(names),
         m_pause(pause) {}
 
+  // Whether a file can hold such a table; what is there is not touched. False: logged.
+  [[nodiscard]] bool canHold(const OneRow& columns, const QString& file) const;
   // Null: it could not be opened, or the run has stopped while waiting.
   Writer open(const QString& file);
   // A writer that fails is destroyed.
   [[nodiscard]] bool write(Writer& writer, const OneRow& row);
+  bool hasOpened() const { return m_hasOpened; }
   // With the state of the run.
   bool close(Writer& writer);
   // Without a row: removes the file alone.
@@ -46,9 +49,11 @@ class OutputFiles {
   const QHash<QString, int> m_columnSets;
   ClaimedNames& m_names;
   const Pause& m_pause;
+  bool m_hasOpened = false;
 };
 
-// Names that stand for the same file are the same, as far as their text tells.
+// The same for main files that cannot be side by side: they are one, as far as their text tells, or
+// have the same side files.
 QString nameForClaim(const QString& file);
 
 }  // namespace kelvarin

@@ -18,8 +18,14 @@ bool exists(const QString& file) {
   return info.exists() || info.isSymLink();
 }
 
+// Folders and devices are not ours to remove.
+bool canBePreviousFile(const QString& file) {
+  const QFileInfo info(file);
+  return info.isFile() || info.isSymLink();
+}
+
 bool isGone(const QString& file) {
-  return !exists(file) || QFile::remove(file) || !exists(file);
+  return !exists(file) || (canBePreviousFile(file) && QFile::remove(file)) || !exists(file);
 }
 
 bool isRunning(const ActionItem& action) {

@@ -126,8 +126,16 @@ bool ReadColumnarGel::computeFirstRow(ActionItem* action) {
     return true;
   }
   self.computeRoutine = &ReadColumnarGel::computeRow;
-  self.m_block = self.m_read->nextBlock();
-  return self.m_block == nullptr;
+  return !self.takeNextBlock();
+}
+
+bool ReadColumnarGel::takeNextBlock() {
+  m_block = m_read->nextBlock();
+  if (m_block == nullptr) {
+    return false;
+  }
+  offerRowsOnOutputPin(0, *m_block, m_block->rowCount());
+  return true;
 }
 
 bool ReadColumnarGel::computeRow(ActionItem* action) {
@@ -135,8 +143,7 @@ bool ReadColumnarGel::computeRow(ActionItem* action) {
   OneRow* row = self.getOutputRowForOutputPin(0);
   while (!self.m_block->takeRow(row->getAllColForWrite()))
     [[unlikely]] {
-      self.m_block = self.m_read->nextBlock();
-      if (self.m_block == nullptr) {
+      if (!self.takeNextBlock()) {
         return true;
       }
     }

@@ -34,6 +34,8 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem> {
  private:
   static bool computeFirstRow(ActionItem* action);
   static bool computeRow(ActionItem* action);
+  // False at the end and after a failure.
+  bool takeNextBlock();
 
   ReadColumnarSettings m_settings;
   BlockFilter m_blockFilter;

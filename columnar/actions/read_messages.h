@@ -40,6 +40,9 @@ inline constexpr char kIncomplete[] = "WARNING: File '%1' is incomplete.";
 // Columns.
 inline constexpr char kColumnNotInFile[] = "ERROR: column '%1' not found in file '%2'.";
 inline constexpr char kFilterColumnMissing[] = "ERROR: column '%1' in expression is missing.";
+inline constexpr char kFilterColumnIsText[] =
+    "ERROR: column '%1' in expression holds texts. Give its CInputVar isNumber='0', or meta='D' "
+    "when they are dates.";
 
 // Damage: the file, the rows of the damaged block.
 inline constexpr char kCorruptedSkipped[] =

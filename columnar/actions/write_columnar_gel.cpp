@@ -143,7 +143,7 @@ bool WriteColumnarGel::computeFirstRow(ActionItem* action) {
     return true;
   }
   if (row == nullptr) {
-    self.m_write->endWithoutRows();
+    self.m_write->endOfRows();
     return true;
   }
   self.computeRoutine = &WriteColumnarGel::computeRow;
@@ -153,7 +153,11 @@ bool WriteColumnarGel::computeFirstRow(ActionItem* action) {
 bool WriteColumnarGel::computeRow(ActionItem* action) {
   auto& self = static_cast<WriteColumnarGel&>(*action);
   const OneRow* row = self.getNextRowFromInPin(0);
-  return row == nullptr || !self.m_write->write(*row);
+  if (row == nullptr) {
+    self.m_write->endOfRows();
+    return true;
+  }
+  return !self.m_write->write(*row);
 }
 
 }  // namespace kelvarin

@@ -6,6 +6,9 @@ namespace kelvarin::messages {
 inline constexpr char kNoFilename[] = "No filename?";
 inline constexpr char kCannotOpenForWrite[] = "Cannot open file '%1' for write.";
 inline constexpr char kCannotWriteFile[] = "Cannot write to file '%1'.";
+inline constexpr char kSystemReason[] =
+    "The system's reason for file '%1': %2. Check the folder, its permissions and the room on its "
+    "disk.";
 inline constexpr char kTooLarge[] =
     "columnarWrite ERROR: decrease number of columns or blocksize.\n";
 inline constexpr char kNoColumnsToWrite[] =
@@ -32,12 +35,17 @@ inline constexpr char kSplitValueReturns[] =
 inline constexpr char kSplitNamesMeet[] =
     "ERROR writing to Kelvarin CGel file '%1': two values of the split column, '%2' and '%3', "
     "give this same file name. Rename one of them, or use advancedNaming.";
+inline constexpr char kSplitSideFilesMeet[] =
+    "ERROR writing to Kelvarin CGel file '%1': two values of the split column, '%2' and '%3', "
+    "give files that differ only after the last point and so have the same side files. Give the "
+    "file an extension, or use advancedNaming.";
 inline constexpr char kNamingFailed[] =
     "ERROR writing to Kelvarin CGel file '%1': the naming expression '%2' cannot be used: %3";
 
 inline constexpr char kNameTaken[] =
     "ERROR writing to Kelvarin CGel file '%1': another action of the graph writes to the same "
-    "file. Give each its own name, or set checkNameCollision to 0.";
+    "file, or to one that differs only in its extension and so has the same side files. Give each "
+    "its own name, or set checkNameCollision to 0.";
 
 // The previous file.
 inline constexpr char kPreviousLocked[] =

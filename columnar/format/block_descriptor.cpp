@@ -4,6 +4,8 @@ namespace kelvarin {
 
 namespace {
 
+constexpr std::uint64_t kLargestPosition = 0xFFFFFFFF;
+
 std::size_t summarySize(GelType type) {
   switch (type) {
     case GelType::key:
@@ -35,6 +37,18 @@ DescriptorLayout::DescriptorLayout(std::span<const GelColumn> columns, int colum
 BlockPlace DescriptorLayout::place(const unsigned char* descriptor, int columnSet) const {
   const auto value = loadPacked<std::uint64_t>(descriptor + sliceOffset(columnSet));
   return {value & ~kPositionsAreDifferences, (value & kPositionsAreDifferences) != 0};
+}
+
+void DescriptorLayout::setChunks(unsigned char* descriptor, int columnSet, std::uint64_t offset,
+                                 std::size_t firstColumn,
+                                 std::span<const std::uint64_t> positions) const {
+  const bool hasDifferences = positions.back() > kLargestPosition;
+  setPlace(descriptor, columnSet, {.offset = offset, .hasDifferences = hasDifferences});
+  std::uint64_t base = 0;
+  for (std::size_t i = 0; i < positions.size(); ++i) {
+    setChunkPosition(descriptor, firstColumn + i, static_cast<std::uint32_t>(positions[i] - base));
+    base = hasDifferences ? positions[i] : 0;
+  }
 }
 
 void DescriptorLayout::setPlace(unsigned char* descriptor, int columnSet, BlockPlace place) const {

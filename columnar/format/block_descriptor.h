@@ -59,6 +59,12 @@ class DescriptorLayout {
     storePacked(descriptor + m_chunkEntries[column], position);
   }
 
+  // Sets the place of a column set's block and the positions of its chunks, which count from the
+  // block's begin. They become differences as soon as one of them does not fit 32 bits; the
+  // distance between two always does.
+  void setChunks(unsigned char* descriptor, int columnSet, std::uint64_t offset,
+                 std::size_t firstColumn, std::span<const std::uint64_t> positions) const;
+
   // Summary is the one of the column's type. False when the bytes cannot be one.
   template <typename Summary>
   [[nodiscard]] bool readSummary(const unsigned char* descriptor, std::size_t column,

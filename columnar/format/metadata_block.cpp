@@ -88,7 +88,7 @@ ReadStatus readMetadata(Bytes bytes, std::uint32_t columnCount, MetadataBlock& m
   ByteReader reader(bytes);
   std::uint8_t columnSetCount = 0;
   if (!reader.read(metadata.rowsInBlock) || !reader.read(columnSetCount) ||
-      metadata.rowsInBlock == 0 || columnSetCount == 0 ||
+      metadata.rowsInBlock == 0 || columnSetCount == 0 || columnCount == 0 ||
       columnCount > reader.remaining() / kSmallestColumnSize) {
     return ReadStatus::corrupted;
   }

@@ -4,6 +4,14 @@
 
 namespace kelvarin {
 
+namespace {
+
+// As many rows or events make a hand-over.
+constexpr std::uint64_t kRowsAtOnce = 2048;
+constexpr std::size_t kEventsAtOnce = 256;
+
+}  // namespace
+
 BlocksAhead::BlocksAhead(Produce produce, int blocksAhead) : m_produce(std::move(produce)) {
   if (blocksAhead > 0) {
     m_handOver.emplace(static_cast<std::size_t>(blocksAhead));
@@ -22,9 +30,17 @@ ReadEvent BlocksAhead::next() {
   if (m_isFinished) {
     return {};
   }
-  ReadEvent event = m_handOver ? m_handOver->take().value_or(ReadEvent{}) : m_produce(takeSpare());
+  ReadEvent event = m_handOver ? takeEvent() : m_produce(takeSpare());
   m_isFinished = event.isLast();
   return event;
+}
+
+ReadEvent BlocksAhead::takeEvent() {
+  if (m_nextTaken == m_taken.size()) {
+    m_taken = m_handOver->take().value_or(Events{});
+    m_nextTaken = 0;
+  }
+  return m_taken.empty() ? ReadEvent{} : std::move(m_taken[m_nextTaken++]);
 }
 
 void BlocksAhead::giveBack(std::unique_ptr<DecodedBlock> block) {
@@ -35,11 +51,24 @@ void BlocksAhead::giveBack(std::unique_ptr<DecodedBlock> block) {
 void BlocksAhead::run() {
   bool isLast = false;
   while (!isLast && m_handOver->waitForRoom()) {
-    ReadEvent event = m_produce(takeSpare());
-    isLast = event.isLast();
-    m_handOver->put(std::move(event));
+    Events events = produceSome();
+    isLast = events.back().isLast();
+    m_handOver->put(std::move(events));
   }
   m_handOver->finish();
+}
+
+BlocksAhead::Events BlocksAhead::produceSome() {
+  Events events;
+  std::uint64_t rows = 0;
+  while (rows < kRowsAtOnce && events.size() < kEventsAtOnce) {
+    events.push_back(m_produce(takeSpare()));
+    if (events.back().isLast()) {
+      break;
+    }
+    rows += events.back().block ? events.back().lastRow - events.back().firstRow + 1 : 0;
+  }
+  return events;
 }
 
 std::unique_ptr<DecodedBlock> BlocksAhead::takeSpare() {

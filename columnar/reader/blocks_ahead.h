@@ -1,5 +1,6 @@
 // Reads events on a thread of its own, some blocks ahead of the consumer.
 //
+// Small blocks are handed over several at a time: each counts less than what a hand-over costs.
 // Blocks that the consumer has used up go back to be filled again.
 // Threads: the consumer calls everything; `produce` runs on the reading thread, or with no block
 // ahead on the consumer's.
@@ -32,14 +33,21 @@ class BlocksAhead {
   void giveBack(std::unique_ptr<DecodedBlock> block);
 
  private:
+  // One block, or small ones and damages that follow one another.
+  using Events = std::vector<ReadEvent>;
+
   void run();
+  Events produceSome();
+  ReadEvent takeEvent();
   std::unique_ptr<DecodedBlock> takeSpare();
 
   const Produce m_produce;
   std::mutex m_spareMutex;
   std::vector<std::unique_ptr<DecodedBlock>> m_spares;  // under m_spareMutex
-  std::optional<HandOver<ReadEvent>> m_handOver;        // none when nothing is read ahead
-  bool m_isFinished = false;                            // the consumer has seen the last event
+  std::optional<HandOver<Events>> m_handOver;           // none when nothing is read ahead
+  Events m_taken;                                       // the consumer's
+  std::size_t m_nextTaken = 0;
+  bool m_isFinished = false;  // the consumer has seen the last event
   std::thread m_thread;
 };
 

@@ -10,6 +10,9 @@ namespace {
 
 // Fewer bytes than these between two chunks are read along with them.
 constexpr std::uint64_t kLargestGap = 16 << 10;
+// Blocks of fewer bytes are read along with those that follow them.
+constexpr std::uint64_t kSmallBlock = 16 << 10;
+constexpr std::uint64_t kAhead = 64 << 10;
 constexpr std::uint64_t kFirstWindow = 1 << 20;
 constexpr std::uint64_t kSearchAlwaysAllowed = 64 << 20;
 
@@ -48,7 +51,8 @@ Status<std::string> ChunkReader::openSets(const std::vector<std::size_t>& column
     if (!set.source) {
       return Failure{m_file.sidePath(number)};
     }
-    set.searchLimit = kSearchAlwaysAllowed + 4 * set.source->size();
+    set.knownSize = set.source->size();
+    set.searchLimit = kSearchAlwaysAllowed + 4 * set.knownSize;
     std::sort(set.places.begin(), set.places.end(), [this](std::size_t left, std::size_t right) {
       return m_chunks[left].column < m_chunks[right].column;
     });
@@ -95,9 +99,8 @@ void ChunkReader::findPositions(Set& set, const BlockInfo& block) const {
 
 void ChunkReader::findChunks(Set& set, const BlockInfo& block) {
   findPositions(set, block);
-  const std::uint64_t size = set.source->size();
-  for (const std::size_t place : set.places) {
-    Chunk& chunk = m_chunks[place];
+  for (const std::size_t chosen : set.places) {
+    Chunk& chunk = m_chunks[chosen];
     const std::size_t inSet = chunk.column - set.firstColumn;
     chunk.begin = set.positions[inSet];
     chunk.hasEnd = true;
@@ -109,11 +112,12 @@ void ChunkReader::findChunks(Set& set, const BlockInfo& block) {
     } else {
       chunk.hasEnd = block.endsWithFile;
       chunk.endsWithFile = block.endsWithFile;
-      chunk.end = std::max(size, chunk.begin);
+      set.knownSize = set.source->size();
+      chunk.end = std::max(set.knownSize, chunk.begin);
     }
     if (chunk.begin < set.floor || chunk.end < chunk.begin) {
       chunk.status = ReadStatus::corrupted;
-    } else if (chunk.begin >= size || chunk.end > size) {
+    } else if (!hasReached(set, std::max(chunk.begin + 1, chunk.end))) {
       chunk.status = ReadStatus::truncated;
     } else {
       chunk.status = ReadStatus::ok;
@@ -122,9 +126,21 @@ void ChunkReader::findChunks(Set& set, const BlockInfo& block) {
   }
 }
 
+// The size is asked for again only where it matters.
+bool ChunkReader::hasReached(Set& set, std::uint64_t end) {
+  if (end > set.knownSize) {
+    set.knownSize = set.source->size();
+  }
+  return end <= set.knownSize;
+}
+
 // Chunks with a known end are read in runs of neighbours.
 void ChunkReader::readChunks(Set& set) {
+  if (takeFromAhead(set)) {
+    return;
+  }
   set.bytes.clear();
+  set.isAhead = false;
   const auto isReadable = [&](std::size_t i) {
     const Chunk& chunk = m_chunks[set.places[i]];
     return chunk.status == ReadStatus::ok && chunk.hasEnd;
@@ -152,17 +168,43 @@ void ChunkReader::readChunks(Set& set) {
   }
 }
 
+bool ChunkReader::takeFromAhead(Set& set) {
+  const std::uint64_t endOfBytes = set.aheadBegin + set.bytes.size();
+  for (const std::size_t chosen : set.places) {
+    const Chunk& chunk = m_chunks[chosen];
+    if (!set.isAhead || chunk.status != ReadStatus::ok || !chunk.hasEnd ||
+        chunk.begin < set.aheadBegin || chunk.end > endOfBytes) {
+      return false;
+    }
+  }
+  for (const std::size_t chosen : set.places) {
+    Chunk& chunk = m_chunks[chosen];
+    place(chunk, chunk.begin - set.aheadBegin, endOfBytes);
+  }
+  return true;
+}
+
+void ChunkReader::place(Chunk& chunk, std::size_t inBuffer, std::uint64_t endOfBytes) {
+  chunk.inBuffer = inBuffer;
+  if (chunk.end > endOfBytes || (chunk.endsWithFile && isCut(chunk))) {
+    chunk.status = ReadStatus::truncated;
+  }
+}
+
 void ChunkReader::readRun(Set& set, std::size_t first, std::size_t end) {
   const std::uint64_t begin = m_chunks[set.places[first]].begin;
-  const std::uint64_t size = m_chunks[set.places[end - 1]].end - begin;
+  std::uint64_t size = m_chunks[set.places[end - 1]].end - begin;
   const std::size_t inBuffer = set.bytes.size();
+  if (size < kSmallBlock && end - first == set.endColumn - set.firstColumn) {
+    size = std::clamp(set.knownSize - begin, size, kAhead);
+    set.isAhead = true;
+    set.aheadBegin = begin;
+  }
   const std::size_t count = set.source->readAt(begin, set.bytes.append(size), size);
+  set.bytes.resize(inBuffer + count);
   for (std::size_t i = first; i < end; ++i) {
     Chunk& chunk = m_chunks[set.places[i]];
-    chunk.inBuffer = inBuffer + (chunk.begin - begin);
-    if (chunk.end - begin > count || (chunk.endsWithFile && isCut(chunk))) {
-      chunk.status = ReadStatus::truncated;
-    }
+    place(chunk, inBuffer + (chunk.begin - begin), begin + count);
   }
 }
 

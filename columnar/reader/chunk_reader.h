@@ -64,7 +64,10 @@ class ChunkReader {
     std::vector<std::uint64_t> positions;
     std::uint64_t floor = 0;        // what lies before has been read
     std::uint64_t searchLimit = 0;  // bytes that may yet be read to find the ends of streams
-    ByteBuffer bytes;
+    std::uint64_t knownSize = 0;    // of the source, which may have grown since
+    ByteBuffer bytes;               // of the loaded chunks
+    std::uint64_t aheadBegin = 0;   // where `bytes` begin, when they are one piece of the source
+    bool isAhead = false;           // they are, and following chunks may be among them
   };
 
   explicit ChunkReader(const GelFile& file) : m_file(file) {}
@@ -73,7 +76,10 @@ class ChunkReader {
   void findChunks(Set& set, const BlockInfo& block);
   void findPositions(Set& set, const BlockInfo& block) const;
   void readChunks(Set& set);
+  bool takeFromAhead(Set& set);
   void readRun(Set& set, std::size_t first, std::size_t end);
+  static bool hasReached(Set& set, std::uint64_t end);
+  void place(Chunk& chunk, std::size_t inBuffer, std::uint64_t endOfBytes);
   void readToStreamEnd(Set& set, Chunk& chunk);
   // Whether a chunk that ends with its file was cut.
   bool isCut(const Chunk& chunk) const;

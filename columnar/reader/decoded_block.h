@@ -1,7 +1,8 @@
 // The values of one block, decoded, and its rows one after the other.
 //
 // Values lie column by column in the bytes that rows point to (host/contract/column_bytes.h), so
-// that handing out a row is one pointer a column. Memory is kept when a block is used again.
+// that handing out a row is one pointer a column, and rows can be looked at ahead. Memory is kept
+// when a block is used again.
 // Threads: one at a time; filled on the reading thread, emptied on the engine's.
 #pragma once
 
@@ -10,6 +11,7 @@
 
 #include "columnar/codecs/text_layout.h"
 #include "host/contract/column_bytes.h"
+#include "host/contract/rows_in_hand.h"
 
 namespace kelvarin {
 
@@ -19,7 +21,7 @@ struct DecodedColumn {
   DecodedTexts texts;  // all other types
 };
 
-class DecodedBlock {
+class DecodedBlock final : public RowsInHand {
  public:
   void setColumns(const std::vector<MetaTypeColumn>& types);
   DecodedColumn& column(std::size_t index) { return m_columns[index]; }
@@ -28,6 +30,14 @@ class DecodedBlock {
   void start(std::uint64_t firstRow, std::uint64_t rowCount);
   std::uint64_t firstRow() const { return m_firstRow; }
   std::uint64_t rowCount() const { return m_rowCount; }
+
+  const double* numbers(int column, std::size_t first, std::size_t, double*) const override {
+    return reinterpret_cast<const double*>(valuesOf(column)) + first;
+  }
+  const std::uint32_t* keys(int column, std::size_t first, std::size_t,
+                            std::uint32_t*) const override {
+    return reinterpret_cast<const std::uint32_t*>(valuesOf(column)) + first;
+  }
 
   // Points `values` at the next row's values; false when there is none left.
   bool takeRow(unsigned char** values) {
@@ -47,6 +57,10 @@ class DecodedBlock {
   }
 
  private:
+  const unsigned char* valuesOf(int column) const {
+    return m_columns[static_cast<std::size_t>(column)].values.data();
+  }
+
   // Where a column's next value is.
   struct Cursor {
     unsigned char* next = nullptr;          // of texts, the first one's

@@ -9,48 +9,52 @@ namespace kelvarin {
 namespace {
 
 constexpr std::uint64_t kRawSizeAlwaysTaken = 48ull << 20;
+// A checksum, and a Snappy stream that says how long it is.
+constexpr std::uint64_t kSmallestChunk = 5;
 
 }  // namespace
 
 DescriptorReader::DescriptorReader(const GelFile& file)
-    : m_file(file), m_offset(file.firstRecordOffset()), m_recordOffset(m_offset) {}
+    : m_file(file),
+      m_offset(file.firstRecordOffset()),
+      m_recordOffset(m_offset),
+      m_window(file.source()),
+      m_smallestBlocks(static_cast<std::size_t>(file.columnSetCount())) {
+  for (const GelColumn& column : file.columns()) {
+    m_smallestBlocks[static_cast<std::size_t>(column.columnSet)] += kSmallestChunk;
+  }
+}
 
 DescriptorReader::Outcome DescriptorReader::next(DescriptorRecord& record) {
   m_recordOffset = m_offset;
   m_announcedDescriptors = 0;
-  unsigned char head[kRecordHeadSize];
-  const std::size_t size = m_file.source().readAt(m_offset, head, kRecordHeadSize);
-  if (size < kRecordHeadSize) {
-    return size == 0 ? Outcome::endOfFile : Outcome::truncated;
+  const Bytes headBytes = m_window.at(m_offset, kRecordHeadSize);
+  if (headBytes.size() < kRecordHeadSize) {
+    return headBytes.empty() ? Outcome::endOfFile : Outcome::truncated;
   }
-  if (loadPacked<std::uint64_t>(head) == kEndMarker) {
+  if (loadPacked<std::uint64_t>(headBytes.data()) == kEndMarker) {
     return Outcome::endMarker;
   }
-  DescriptorRecordHead recordHead;
-  ByteReader reader(head);
-  (void)readRecord(reader, recordHead);
-  const std::uint64_t fileSize = m_file.source().size();
-  const std::uint64_t payloadOffset = m_offset + kRecordHeadSize;
-  if (fileSize < payloadOffset || recordHead.payloadSize > fileSize - payloadOffset) {
+  DescriptorRecordHead head;
+  ByteReader reader(headBytes);
+  (void)readRecord(reader, head);
+  const Bytes payload = m_window.at(m_offset + kRecordHeadSize, head.payloadSize);
+  if (payload.size() < head.payloadSize) {
     return Outcome::truncated;
   }
-  m_offset = payloadOffset + recordHead.payloadSize;
-  return readPayload(recordHead, record);
+  m_offset += kRecordHeadSize + head.payloadSize;
+  m_announcedDescriptors = wholeDescriptors(payload);
+  if (m_following) {
+    m_following->descriptors -= std::min(m_following->descriptors, m_announcedDescriptors);
+  }
+  return decode(head, payload, record);
 }
 
-DescriptorReader::Outcome DescriptorReader::readPayload(const DescriptorRecordHead& head,
-                                                        DescriptorRecord& record) {
-  m_payload.resize(head.payloadSize);
-  if (m_file.source().readAt(m_recordOffset + kRecordHeadSize, m_payload.data(), m_payload.size()) <
-      m_payload.size()) {
-    m_offset = m_recordOffset;
-    return Outcome::truncated;
-  }
+DescriptorReader::Outcome DescriptorReader::decode(const DescriptorRecordHead& head, Bytes payload,
+                                                   DescriptorRecord& record) {
   const std::size_t width = m_file.descriptorLayout().width();
-  m_announcedDescriptors = wholeDescriptors(m_payload.bytes());
   ByteBuffer raw;
-  if (decodeDescriptorRecord(head, m_payload.bytes(), width,
-                             maximumRawSize(m_announcedDescriptors * width),
+  if (decodeDescriptorRecord(head, payload, width, maximumRawSize(m_announcedDescriptors * width),
                              raw) != ReadStatus::ok) {
     return Outcome::corrupted;
   }
@@ -69,60 +73,75 @@ std::uint64_t DescriptorReader::wholeDescriptors(Bytes payloadBegin) const {
 }
 
 DescriptorReader::Following DescriptorReader::following() {
-  if (!m_hasSurvey) {
+  if (!m_following) {
     survey();
   }
-  const auto here = std::lower_bound(
-      m_survey.begin(), m_survey.end(), m_offset,
-      [](const Announced& record, std::uint64_t offset) { return record.end <= offset; });
-  Following result = m_surveyed;
-  result.descriptors -= here == m_survey.end() ? result.descriptors : here->descriptorsBefore;
-  return result;
+  return *m_following;
 }
 
-// Only the heads are read, not the payloads.
+// Only the heads are looked at, not the payloads.
 void DescriptorReader::survey() {
   constexpr std::size_t kRawLengthSize = 5;
-  m_hasSurvey = true;
-  const std::uint64_t fileSize = m_file.source().size();
+  Following& following = m_following.emplace();
+  FileWindow window(m_file.source());
   for (std::uint64_t offset = m_offset;;) {
-    unsigned char bytes[kRecordHeadSize + kRawLengthSize];
-    const std::size_t size = m_file.source().readAt(offset, bytes, sizeof bytes);
-    m_surveyed.reachesEnd =
-        size == 0 || (size >= kRecordHeadSize && loadPacked<std::uint64_t>(bytes) == kEndMarker);
-    const std::uint64_t end =
-        offset + kRecordHeadSize + (size < 4 ? 0 : loadPacked<std::uint32_t>(bytes));
-    if (m_surveyed.reachesEnd || size <= kRecordHeadSize || end > fileSize) {
+    const Bytes bytes = window.at(offset, kRecordHeadSize + kRawLengthSize);
+    following.reachesEnd = bytes.empty() || (bytes.size() >= kRecordHeadSize &&
+                                             loadPacked<std::uint64_t>(bytes.data()) == kEndMarker);
+    if (following.reachesEnd || bytes.size() < kRecordHeadSize) {
       return;
     }
-    const std::uint64_t descriptors = wholeDescriptors(Bytes(bytes, size).subspan(kRecordHeadSize));
-    m_survey.push_back({end, m_surveyed.descriptors});
-    m_surveyed.descriptors += descriptors;
-    m_surveyed.largestRecord = std::max(m_surveyed.largestRecord, descriptors);
-    offset = end;
+    const std::uint64_t payloadSize = loadPacked<std::uint32_t>(bytes.data());
+    offset += kRecordHeadSize + payloadSize;
+    if (offset > m_file.source().size()) {
+      return;
+    }
+    const Bytes payloadBegin = bytes.subspan(kRecordHeadSize);
+    const std::uint64_t descriptors = wholeDescriptors(
+        payloadBegin.first(std::min<std::uint64_t>(payloadSize, payloadBegin.size())));
+    following.descriptors += descriptors;
+    following.largestRecord = std::max(following.largestRecord, descriptors);
   }
 }
 
 bool DescriptorReader::areSound(const DescriptorRecord& record) const {
   for (std::size_t i = 0; i < record.count(); ++i) {
     const std::uint32_t rows = DescriptorLayout::rowCount(record.descriptor(i));
-    if (rows == 0 || rows > m_file.rowsInBlock()) {
+    if (rows == 0 || rows > m_file.rowsInBlock() ||
+        (i > 0 && !areSetsInOrder(record.descriptor(i - 1), record.descriptor(i)))) {
       return false;
     }
   }
   return true;
 }
 
-std::uint64_t DescriptorReader::maximumRawSize(std::uint64_t announcedSize) const {
+// Each block of a set lies behind the one before, so that there are no more blocks than their bytes
+// have room for.
+bool DescriptorReader::areSetsInOrder(const unsigned char* before,
+                                      const unsigned char* after) const {
+  const DescriptorLayout& layout = m_file.descriptorLayout();
+  for (std::size_t set = 0; set < m_smallestBlocks.size(); ++set) {
+    const std::uint64_t begin = layout.place(before, static_cast<int>(set)).offset;
+    const std::uint64_t end = layout.place(after, static_cast<int>(set)).offset;
+    if (m_smallestBlocks[set] > 0 && (end < begin || end - begin < m_smallestBlocks[set])) {
+      return false;
+    }
+  }
+  return true;
+}
+
+std::uint64_t DescriptorReader::maximumRawSize(std::uint64_t announcedSize) {
   if (announcedSize <= kRawSizeAlwaysTaken) {
     return kRawSizeAlwaysTaken;
   }
-  std::uint64_t fileSize = m_file.source().size();
-  for (int set = 0; set < m_file.columnSetCount(); ++set) {
-    const std::unique_ptr<ByteSource> side = m_file.openSide(set);
-    fileSize += side ? side->size() : 0;
+  if (m_sizeOfAllFiles == 0) {
+    m_sizeOfAllFiles = m_file.source().size();
+    for (int set = 0; set < m_file.columnSetCount(); ++set) {
+      const std::unique_ptr<ByteSource> side = m_file.openSide(set);
+      m_sizeOfAllFiles += side ? side->size() : 0;
+    }
   }
-  return kRawSizeAlwaysTaken + 3 * fileSize;
+  return kRawSizeAlwaysTaken + 3 * m_sizeOfAllFiles;
 }
 
 }  // namespace kelvarin

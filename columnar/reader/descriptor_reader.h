@@ -5,7 +5,10 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+
 #include "columnar/codecs/descriptor_record.h"
+#include "columnar/reader/file_window.h"
 #include "columnar/reader/gel_file.h"
 
 namespace kelvarin {
@@ -45,7 +48,7 @@ class DescriptorReader {
   std::uint64_t recordOffset() const { return m_recordOffset; }
   // How many descriptors the last, corrupted record announced; 0 when that makes no sense.
   std::uint64_t announcedDescriptors() const { return m_announcedDescriptors; }
-  // What the heads of the records after the last one announce, believed as long as they go on to
+  // What the heads of the records after the last one announce, to be believed when they go on to
   // the end of the file; looked up once.
   struct Following {
     std::uint64_t descriptors = 0;
@@ -55,27 +58,22 @@ class DescriptorReader {
   Following following();
 
  private:
-  Outcome readPayload(const DescriptorRecordHead& head, DescriptorRecord& record);
+  Outcome decode(const DescriptorRecordHead& head, Bytes payload, DescriptorRecord& record);
   void survey();
   std::uint64_t wholeDescriptors(Bytes payloadBegin) const;
   bool areSound(const DescriptorRecord& record) const;
+  bool areSetsInOrder(const unsigned char* before, const unsigned char* after) const;
   // What one record may take: a forged one must not take all memory.
-  std::uint64_t maximumRawSize(std::uint64_t announcedSize) const;
+  std::uint64_t maximumRawSize(std::uint64_t announcedSize);
 
   const GelFile& m_file;
   std::uint64_t m_offset;
   std::uint64_t m_recordOffset;
   std::uint64_t m_announcedDescriptors = 0;
-  ByteBuffer m_payload;
-
-  // Announced by a record, and by all before it that were looked up.
-  struct Announced {
-    std::uint64_t end;
-    std::uint64_t descriptorsBefore;
-  };
-  std::vector<Announced> m_survey;
-  Following m_surveyed;
-  bool m_hasSurvey = false;
+  FileWindow m_window;
+  std::vector<std::uint64_t> m_smallestBlocks;  // bytes that a block takes at least, by set
+  std::optional<Following> m_following;
+  std::uint64_t m_sizeOfAllFiles = 0;  // 0: not looked up
 };
 
 }  // namespace kelvarin

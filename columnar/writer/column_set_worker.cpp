@@ -11,7 +11,6 @@ namespace {
 
 // What the chunks' memory grows by beyond the need.
 constexpr std::size_t kChunkReserve = 1 << 20;
-constexpr std::uint64_t kLargestPosition = 0xFFFFFFFF;
 
 }  // namespace
 
@@ -103,7 +102,8 @@ void ColumnSetWorker::encode(const BlockValues& values, unsigned char* descripto
     const std::size_t size = encodeColumn(i, values, descriptor);
     m_largestChunks[i] = std::max(m_largestChunks[i], static_cast<std::uint32_t>(size));
   }
-  writePositions(descriptor);
+  const DescriptorLayout& layout = m_surroundings.layout.descriptors;
+  layout.setChunks(descriptor, m_columnSet, m_sideFile.size(), m_firstColumn, m_positions);
   // The same for all sets, so one of them is enough.
   if (m_index == 0) {
     DescriptorLayout::setRowCount(descriptor, values.rows);
@@ -138,20 +138,6 @@ std::size_t ColumnSetWorker::encodeColumn(std::size_t index, const BlockValues& 
   m_largestValues[index] =
       std::max(m_largestValues[index], static_cast<std::uint32_t>(texts.rawSize()));
   return m_encoder.appendTexts(texts, m_chunks);
-}
-
-// Positions count from the block's begin while all of them fit; otherwise each from the one before.
-void ColumnSetWorker::writePositions(unsigned char* descriptor) {
-  const DescriptorLayout& layout = m_surroundings.layout.descriptors;
-  const bool hasDifferences = m_positions.back() > kLargestPosition;
-  layout.setPlace(descriptor, m_columnSet,
-                  {.offset = m_sideFile.size(), .hasDifferences = hasDifferences});
-  std::uint64_t base = 0;
-  for (std::size_t i = 0; i < m_positions.size(); ++i) {
-    layout.setChunkPosition(descriptor, m_firstColumn + i,
-                            static_cast<std::uint32_t>(m_positions[i] - base));
-    base = hasDifferences ? m_positions[i] : 0;
-  }
 }
 
 }  // namespace kelvarin

@@ -66,7 +66,6 @@ class ColumnSetWorker {
   void encode(const BlockValues& values, unsigned char* descriptor);
   std::size_t encodeColumn(std::size_t index, const BlockValues& values,
                            unsigned char* descriptor);
-  void writePositions(unsigned char* descriptor);
 
   const WorkerSurroundings m_surroundings;
   const std::size_t m_index;

@@ -74,6 +74,7 @@ bool ColumnarHDWriter::layOut(const OneRow* row) {
   auto layout =
       layOutTable(*row, static_cast<int>(m_rowsInBlock), m_columnSets, m_memoryBudget);
   if (!layout) {
+    discardFiles();
     return fail(layout.error());
   }
   try {
@@ -82,11 +83,11 @@ bool ColumnarHDWriter::layOut(const OneRow* row) {
     m_record.resize(kRecordHeadSize + maximumCompressedSize(m_head->layout.descriptorBlockSize()));
     createWorkers();
   } catch (const std::bad_alloc&) {
-    m_head.reset();
+    discardFiles();
     return fail(WriteFailure::Kind::tooLarge);
   }
   if (!openSideFiles() || !writeHead() || !startThreads()) {
-    abandonHead();
+    discardFiles();
     return false;
   }
   startPreview(*row);
@@ -170,6 +171,14 @@ void ColumnarHDWriter::targetBlock() {
   }
 }
 
+bool ColumnarHDWriter::append(const OneRow& row) {
+  try {
+    return m_appender.append(row.getAllColForRead());
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+}
+
 bool ColumnarHDWriter::handOverBlock() {
   for (const auto& worker : m_head->workers) {
     worker->values(m_blocks).rows = m_appender.rows();
@@ -217,12 +226,13 @@ bool ColumnarHDWriter::closeHD(GlobalParameters::RunningState state) {
     if (!m_failure.isSet()) {
       (void)finishFile(isNormalEnd);
     }
-    if (m_preview != nullptr) {
-      m_preview->complete({0, static_cast<int>(m_previewRowCount + 1),
-                           static_cast<long long>(m_previewOffset.load())});
-    }
   }
   const bool isStored = !m_failure.isSet();
+  if (m_preview != nullptr) {
+    m_preview->complete({0, static_cast<int>(m_previewRowCount + 1),
+                         static_cast<long long>(m_previewOffset.load())},
+                        isNormalEnd && isStored);
+  }
   reset();
   return isStored;
 }
@@ -256,6 +266,19 @@ void ColumnarHDWriter::abandonHead() {
   }
 }
 
+// A table that cannot be laid out leaves nothing.
+void ColumnarHDWriter::discardFiles() {
+  if (m_head != nullptr) {
+    stopThreads();
+    finishThreads();
+    for (const auto& worker : m_head->workers) {
+      worker->sideFile().discard();
+    }
+    m_head.reset();
+  }
+  m_file.discard();
+}
+
 bool ColumnarHDWriter::finishFile(bool isComplete) {
   std::vector<SetSlots> sets;
   for (const auto& worker : m_head->workers) {
@@ -272,25 +295,29 @@ bool ColumnarHDWriter::finishFile(bool isComplete) {
   if (!status) {
     return failToWrite(m_file, status.error());
   }
-  if (!syncAll() || !isComplete) {
-    return !m_failure.isSet();
+  if (!syncSideFiles() || !syncMainFile()) {
+    return false;
+  }
+  if (!isComplete) {
+    return true;
   }
   // One byte, and the last: a file is never complete and wrong.
   constexpr unsigned char kIsComplete = 1;
   status = m_file.writeAt(kCompleteFlagOffset, bytesOf(kIsComplete));
-  if (status) {
-    status = m_file.sync();
-  }
-  return status ? true : failToWrite(m_file, status.error());
+  return status ? syncMainFile() : failToWrite(m_file, status.error());
 }
 
-bool ColumnarHDWriter::syncAll() {
+bool ColumnarHDWriter::syncSideFiles() {
   for (const auto& worker : m_head->workers) {
     const auto status = worker->sideFile().sync();
     if (!status) {
       return failToWrite(worker->sideFile(), status.error());
     }
   }
+  return true;
+}
+
+bool ColumnarHDWriter::syncMainFile() {
   const auto status = m_file.sync();
   return status ? true : failToWrite(m_file, status.error());
 }
@@ -307,12 +334,16 @@ void ColumnarHDWriter::writeMeta() {
 
 bool ColumnarHDWriter::writeRecord(Bytes descriptors) {
   encodeDescriptorRecord(descriptors, m_record);
+  // A record tells of nothing that is not on the disk. The last one is synchronized at the end.
+  const bool isFull = descriptors.size() == m_head->layout.descriptorBlockSize();
+  if (isFull && !syncSideFiles()) {
+    return false;
+  }
   const auto status = m_file.append(m_record.bytes());
   if (!status) {
     return failToWrite(m_file, status.error());
   }
-  // What comes at the end is synchronized there.
-  if (descriptors.size() == m_head->layout.descriptorBlockSize() && !syncAll()) {
+  if (isFull && !syncMainFile()) {
     return false;
   }
   m_largestDescriptorBlock =

@@ -39,14 +39,15 @@ class ColumnarHDWriter {
   [[nodiscard]] bool openHD(const QString& fileName, int rowsInBlock,
                             const QHash<QString, int>& columnSets,
                             const GlobalParameters* parameters, int threadCount);
-  // Writes the head of the file and starts the threads. The first row does it if nobody has.
+  // Writes the head of the file and starts the threads. The first row does it if nobody has. Where
+  // it fails, the files that were opened are removed.
   [[nodiscard]] bool layOut(const OneRow* row);
   // False from the first failure of any thread that has come to notice.
   [[nodiscard]] bool writeToHD(const OneRow* row) {
     if (m_head == nullptr && !layOut(row)) [[unlikely]] {
       return false;
     }
-    if (!m_appender.append(row->getAllColForRead())) [[unlikely]] {
+    if (!append(*row)) [[unlikely]] {
       return fail(WriteFailure::Kind::tooLarge);
     }
     ++m_rowCount;
@@ -55,6 +56,9 @@ class ColumnarHDWriter {
   // Finishes the file; it is complete when the run has ended normally or still goes on, and nothing
   // has failed. A file without layOut() stays empty. True when all that was asked for is on the disk.
   bool closeHD(GlobalParameters::RunningState state);
+
+  // Gives the file up as it is; it stays incomplete.
+  void reset();
 
   bool isOpen() const { return m_file.isOpen(); }
   const QString& fileName() const { return m_file.path(); }
@@ -82,13 +86,15 @@ class ColumnarHDWriter {
   [[nodiscard]] bool startThreads();
   void startPreview(const OneRow& row);
   void targetBlock();
+  [[nodiscard]] bool append(const OneRow& row);
   [[nodiscard]] bool handOverBlock();
   void finishThreads();
   void stopThreads();
   void abandonHead();
   [[nodiscard]] bool finishFile(bool isComplete);
-  [[nodiscard]] bool syncAll();
-  void reset();
+  void discardFiles();
+  [[nodiscard]] bool syncSideFiles();
+  [[nodiscard]] bool syncMainFile();
 
   // The thread of the descriptor records.
   void writeMeta();

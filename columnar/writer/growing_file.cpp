@@ -33,13 +33,16 @@ Status<QString> GrowingFile::open(const QString& path) {
   m_path = path;
   m_size = m_writtenBack = 0;
   const QByteArray name = QFile::encodeName(path);
-  do {
+  while (true) {
     m_descriptor = ::open(name.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-  } while (m_descriptor < 0 && errno == EINTR);
-  if (m_descriptor < 0) {
-    return Failure{systemReason(errno)};
+    const int error = errno;
+    if (m_descriptor >= 0) {
+      return Done{};
+    }
+    if (error != EINTR && !(isFullDisk(error) && m_ask(m_path, 1))) {
+      return Failure{systemReason(error)};
+    }
   }
-  return Done{};
 }
 
 Status<QString> GrowingFile::append(Bytes bytes) {
@@ -78,6 +81,13 @@ Status<QString> GrowingFile::sync() const {
     return Failure{systemReason(errno)};
   }
   return Done{};
+}
+
+void GrowingFile::discard() {
+  if (isOpen()) {
+    close();
+    QFile::remove(m_path);
+  }
 }
 
 void GrowingFile::close() {

@@ -36,6 +36,8 @@ class GrowingFile {
   // All bytes are on the disk.
   Status<QString> sync() const;
   void close();
+  // Closes and removes it.
+  void discard();
 
  private:
   void beginWriteBack();

@@ -4,7 +4,8 @@
 Usage: run_examples.py PROGRAM DOCUMENT...
 
 A fenced block of xml that is a whole KelvarinGraph is checked and run in a temporary folder, one for each document, in the
-document's order. A fenced block with a second word after its language, such as `csv orders.csv`, is a file of that name.
+document's order, so that a graph may read what an earlier one wrote. A fenced block with a second word after its language,
+such as `csv orders.csv`, is a file of that name: one to read, or what a graph before it must have written.
 """
 
 import os
@@ -20,6 +21,17 @@ def run(program, command, graph, folder):
     return subprocess.run([program, command, graph], cwd=folder, capture_output=True, text=True, timeout=60)
 
 
+def fault_of_file(path, text):
+    if not os.path.exists(path):
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(text)
+        return
+    with open(path, encoding="utf-8") as file:
+        written = file.read()
+    if written != text:
+        yield f"{os.path.basename(path)}: the document shows\n{text}but the graphs wrote\n{written}"
+
+
 def faults_of(program, document):
     with open(document, encoding="utf-8") as file:
         blocks = FENCE.findall(file.read())
@@ -27,8 +39,7 @@ def faults_of(program, document):
     with tempfile.TemporaryDirectory() as folder:
         for language, name, text in blocks:
             if name:
-                with open(os.path.join(folder, name), "w", encoding="utf-8") as file:
-                    file.write(text)
+                yield from fault_of_file(os.path.join(folder, name), text)
             if language != "xml" or not text.startswith("<KelvarinGraph"):
                 continue
             graphs += 1

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string_view>
 
 #include "base/null_number.h"
@@ -49,10 +50,26 @@ struct NumberCall {
   bool operator()(double* number) const { return function(expression, number); }
 };
 
+// The way to the numbers of an expression for many rows at once, the same bit for bit. It depends on
+// variables alone and does not fail.
+struct ColumnsCall {
+  void (*function)(const void* expression, const double* const* columns, std::size_t rowCount,
+                   double* numbers) = nullptr;
+  const void* expression = nullptr;
+  std::span<const std::size_t> elements;  // the places of the variables that it uses
+
+  // columns[place] points at the numbers of the variable at that place.
+  void operator()(const double* const* columns, std::size_t rowCount, double* numbers) const {
+    function(expression, columns, rowCount, numbers);
+  }
+};
+
 // An expression of the native or the Fast back-end.
 class NumberExpression : public CompiledExpression {
  public:
   virtual NumberCall numberCall() = 0;
+  // Empty where there is no such way.
+  virtual ColumnsCall columnsCall() const { return {}; }
 
   NumberExpression* asNumberExpression() final { return this; }
   bool evaluate(EvaluatedValue& value) final {

@@ -1,13 +1,12 @@
 #include "expression/backends/native_backend.h"
 
-#include <algorithm>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include "expression/backends/expression_text.h"
+#include "expression/backends/native_language.h"
 #include "expression/errors/messages.h"
-#include "expression/functions/function_table.h"
+#include "expression/functions/function_line.h"
 #include "jit/native_compiler.h"
 
 namespace kelvarin {
@@ -22,6 +21,9 @@ class NativeExpression final : public NumberExpression {
   BackendKind kind() const override { return BackendKind::native; }
 
   NumberCall numberCall() override { return {evaluateNow, this}; }
+  ColumnsCall columnsCall() const override {
+    return {evaluateColumns, this, m_function->elements()};
+  }
 
  private:
   static bool evaluateNow(void* expression, double* number) {
@@ -30,52 +32,15 @@ class NativeExpression final : public NumberExpression {
     return true;
   }
 
+  static void evaluateColumns(const void* expression, const double* const* columns,
+                              std::size_t rowCount, double* numbers) {
+    const auto& self = *static_cast<const NativeExpression*>(expression);
+    self.m_function->evaluateColumns(columns, rowCount, numbers);
+  }
+
   std::unique_ptr<jit::CompiledFunction> m_function;
   const double* m_values;
 };
-
-// The functions whose bodies the compiler writes itself.
-constexpr std::pair<std::string_view, jit::Intrinsic> kIntrinsics[] = {
-    {"isNuLL", jit::Intrinsic::isNull},       {"isMissing", jit::Intrinsic::isNull},
-    {"isNan", jit::Intrinsic::isNan},         {"isFinite", jit::Intrinsic::isFinite},
-    {"isTrue", jit::Intrinsic::isTrue},       {"not", jit::Intrinsic::logicalNot},
-    {"sqr", jit::Intrinsic::square},          {"nvl", jit::Intrinsic::nvl},
-    {"nvl2", jit::Intrinsic::nvl2},           {"nanvl", jit::Intrinsic::nanvl},
-    {"nanvl2", jit::Intrinsic::nanvl2},       {"finitevl", jit::Intrinsic::finitevl},
-    {"finitevl2", jit::Intrinsic::finitevl2}, {"floor2", jit::Intrinsic::floor2},
-    {"abs", jit::Intrinsic::absolute},        {"sign", jit::Intrinsic::sign},
-    {"rint", jit::Intrinsic::rint},           {"trunc", jit::Intrinsic::truncate}};
-
-jit::Intrinsic intrinsicOf(std::string_view name) {
-  const auto* found = std::find_if(std::begin(kIntrinsics), std::end(kIntrinsics),
-                                   [&](const auto& entry) { return entry.first == name; });
-  return found == std::end(kIntrinsics) ? jit::Intrinsic::none : found->second;
-}
-
-// Those of any number of arguments the compiler has by itself.
-void addFunction(jit::CompilerContext& context, const FunctionLine& line) {
-  std::visit(
-      [&](auto body) {
-        if constexpr (std::is_constructible_v<jit::Function, decltype(body)>) {
-          context.addFunction(line.name, body, intrinsicOf(line.name));
-        }
-      },
-      line.number);
-}
-
-// What all expressions have in common.
-std::shared_ptr<const jit::CompilerContext> sharedContext() {
-  static const auto shared = [] {
-    auto context = std::make_shared<jit::CompilerContext>();
-    for (const FunctionLine& line : functionTable()) {
-      if ((line.backends & kInNative) != 0) {
-        addFunction(*context, line);
-      }
-    }
-    return context;
-  }();
-  return shared;
-}
 
 void addNames(jit::CompilerContext& context, const QString& expression,
               const ExpressionScope& scope) {
@@ -99,7 +64,7 @@ CompileResult compileNative(const QString& expression, const ExpressionScope& sc
     const QString message = QString::fromUtf8(messages::kNotLatin1);
     return Failure{ExpressionError{message.arg(backendLabel(BackendKind::native)), -1, {}}};
   }
-  jit::CompilerContext context(sharedContext());
+  jit::CompilerContext context(nativeLanguage());
   addNames(context, expression, scope);
   jit::CompileFailure failure;
   auto function = context.compile(latin1(expression), failure);

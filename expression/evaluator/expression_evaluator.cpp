@@ -14,6 +14,7 @@
 #include "expression/errors/messages.h"
 #include "expression/evaluator/backend_choice.h"
 #include "expression/evaluator/constants.h"
+#include "expression/evaluator/expression_warnings.h"
 #include "expression/evaluator/messages.h"
 #include "expression/evaluator/result_writer.h"
 #include "expression/evaluator/row_binding.h"
@@ -80,6 +81,8 @@ struct ExpressionEvaluator::State {
   RowBinding binding;
   std::vector<std::unique_ptr<ExpressionOutput>> outputs;  // gone before what they refer to
   bool hasStringOutput = false;
+  bool areVariablesAssigned = false;  // by an output, before later ones are evaluated
+  ColumnEvaluation ahead;
   ResultWriter writer;
   std::vector<std::string> textsByHand;  // one an input
 
@@ -145,6 +148,19 @@ struct ExpressionEvaluator::State {
     return elementNames.value(static_cast<qsizetype>(index), output.name);
   }
 
+  // Column by column where the back-end can, and no output before it changes the variables.
+  void prepareAhead(const ExpressionOutput& output, int index, const QString& text) {
+    NumberExpression* expression = output.expression->asNumberExpression();
+    if (expression == nullptr || output.use == ResultUse::anyValue) {
+      return;
+    }
+    const bool isKey = output.use == ResultUse::column && output.meta == MetaTypeColumn::key;
+    if (!areVariablesAssigned) {
+      ahead.add(index, expression->columnsCall(), isKey ? &options.keyCast : nullptr);
+    }
+    areVariablesAssigned |= mayAssign(text);
+  }
+
   RowOutcome fail(const ExpressionOutput& output, const ExpressionError& error) {
     lastFailure = {RowFailure::Kind::evaluation, nameOf(output), error, output.expression->kind(),
                    0.0};
@@ -188,12 +204,14 @@ struct ExpressionEvaluator::State {
   }
 };
 
-ExpressionEvaluator::ExpressionEvaluator() : m_state(std::make_unique<State>()) {}
+ExpressionEvaluator::ExpressionEvaluator()
+    : m_state(std::make_unique<State>()), m_variables(&m_state->variables) {}
 ExpressionEvaluator::~ExpressionEvaluator() = default;
 
 void ExpressionEvaluator::clear() {
   m_shortWays.clear();
   m_state = std::make_unique<State>();
+  m_variables = &m_state->variables;
 }
 
 void ExpressionEvaluator::configure(const EvaluationOptions& options,
@@ -231,7 +249,14 @@ DateStatus ExpressionEvaluator::prepareDateContext(const QStringList& expression
 Status<QString> ExpressionEvaluator::bind(const OneRow& columns,
                                           const std::function<QString(const QString&)>& expand,
                                           int elementCount) {
-  return m_state->binding.bind(m_state->inputs, m_state->places, columns, expand, elementCount);
+  State& state = *m_state;
+  Status<QString> bound =
+      state.binding.bind(state.inputs, state.places, columns, expand, elementCount);
+  std::vector<NumberSource> sources =
+      state.binding.numberSources(state.functions.dates, state.options.keyCast.nullOnInput);
+  sources.push_back({});  // the row number
+  state.ahead.setSources(std::move(sources));
+  return bound;
 }
 
 Status<ExpressionError> ExpressionEvaluator::compile(const OutputVariable& output, ResultUse use) {
@@ -241,6 +266,7 @@ Status<ExpressionError> ExpressionEvaluator::compile(const OutputVariable& outpu
   }
   m_state->hasStringOutput |= (*made)->expression->kind() == BackendKind::string;
   m_shortWays.push_back(shortWayOf(**made));
+  m_state->prepareAhead(**made, outputCount(), output.expression);
   m_state->outputs.push_back(std::move(*made));
   return Done{};
 }
@@ -332,12 +358,21 @@ RowOutcome ExpressionEvaluator::evaluateTruth(int output, bool& isTrue) {
   return isEvaluated ? RowOutcome::ok : failToEvaluate(output);
 }
 
-void ExpressionEvaluator::advanceRow() {
-  m_state->variables.advanceRow();
+std::size_t ExpressionEvaluator::evaluateAhead(const RowsAhead& rows) {
+  return m_state->ahead.evaluate(rows, m_state->variables.rowNumber());
 }
 
-double ExpressionEvaluator::rowNumber() const {
-  return m_state->variables.rowNumber();
+bool ExpressionEvaluator::canEvaluateAhead() const {
+  return !m_state->ahead.isEmpty();
+}
+
+ColumnResults ExpressionEvaluator::resultsAhead(int output) {
+  return m_state->ahead.resultsOf(output);
+}
+
+bool ExpressionEvaluator::mustLoadRows() const {
+  return m_state->ahead.outputCount() < m_state->outputs.size() ||
+         m_state->binding.hasEffects(m_state->options.keyCast.nullOnInput);
 }
 
 const RowFailure& ExpressionEvaluator::lastFailure() const {

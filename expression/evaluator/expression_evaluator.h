@@ -17,8 +17,10 @@
 #include "base/result.h"
 #include "expression/backends/backend_kind.h"
 #include "expression/backends/compiled_expression.h"
+#include "expression/backends/variable_store.h"
 #include "expression/dates/date_status.h"
 #include "expression/errors/expression_error.h"
+#include "expression/evaluator/column_evaluation.h"
 #include "expression/evaluator/variables.h"
 #include "host/contract/global_parameters.h"
 #include "host/contract/one_row.h"
@@ -111,10 +113,21 @@ class ExpressionEvaluator {
   // The truth of an output compiled for it: false for zero, null and empty or null text; true for
   // all else.
   RowOutcome evaluateTruth(int output, bool& isTrue);
+  // Evaluates what can be for the row to be loaded next and as many of those after it as it gives,
+  // with the results and failures that loading and evaluating them one by one would have. 0: there
+  // are no such rows, or it does not pay.
+  std::size_t evaluateAhead(const RowsAhead& rows);
+  // False when no output can be evaluated so, which then holds for all rows to come.
+  bool canEvaluateAhead() const;
+  // Results of the rows of the last evaluateAhead(), the same until the next one.
+  ColumnResults resultsAhead(int output);
+  // The rows evaluated ahead must be loaded nevertheless, since some outputs are evaluated row by
+  // row, or loading has effects.
+  bool mustLoadRows() const;
   // Adds one to the row number.
-  void advanceRow();
+  void advanceRow() { m_variables->advanceRow(); }
   // Counted from 0; the value of `_n`.
-  double rowNumber() const;
+  double rowNumber() const { return m_variables->rowNumber(); }
   const RowFailure& lastFailure() const;
 
   // What the outputs of each element are called in messages, element by element; without it they
@@ -154,6 +167,7 @@ class ExpressionEvaluator {
   RowOutcome failToEvaluate(int output);
 
   std::unique_ptr<State> m_state;
+  VariableStore* m_variables;  // of the state
   std::vector<ShortWay> m_shortWays;  // one an output
 };
 

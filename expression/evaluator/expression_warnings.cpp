@@ -89,4 +89,13 @@ QStringList warningsAbout(const QString& expressionName, const QString& expressi
   return warnings;
 }
 
+bool mayAssign(const QString& expression) {
+  const QStringList comparisons{QStringLiteral("=="), QStringLiteral("!="), QStringLiteral("<="),
+                                QStringLiteral(">=")};
+  const QList<EqualsSign> signs = equalsSigns(expression);
+  return std::any_of(signs.begin(), signs.end(), [&](const EqualsSign& sign) {
+    return !comparisons.contains(sign.text);
+  });
+}
+
 }  // namespace kelvarin

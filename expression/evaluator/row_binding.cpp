@@ -1,5 +1,7 @@
 #include "expression/evaluator/row_binding.h"
 
+#include <algorithm>
+
 #include "expression/evaluator/messages.h"
 #include "host/contract/column_bytes.h"
 
@@ -172,6 +174,34 @@ bool RowBinding::loadEntry(Entry& entry, const unsigned char* bytes, int element
       return true;
   }
   return true;
+}
+
+std::vector<NumberSource> RowBinding::numberSources(const DateContext& dates,
+                                                    int nullKeyMode) const {
+  using Origin = NumberSource::Origin;
+  const double nullKey = nullKeyMode == kNullKeyIsZero ? 0.0 : kNullNumber;
+  const double nullDate = elapsedTimeOfNumber(kNullNumber, dates);
+  std::vector<NumberSource> sources;
+  for (std::size_t i = 0; i < m_entries.size(); ++i) {
+    const Entry& entry = m_entries[i];
+    if (entry.route == Route::numberToNumber) {
+      sources.push_back({entry.place, Origin::numbers, m_columns[i], kNullNumber});
+    } else if (entry.route == Route::keyToNumber) {
+      sources.push_back({entry.place, Origin::keys, m_columns[i], nullKey});
+    } else if (entry.route == Route::numberToDate) {
+      sources.push_back({entry.place, Origin::numbers, m_columns[i], nullDate});
+    } else if (entry.route == Route::keyToDate) {
+      sources.push_back({entry.place, Origin::keys, m_columns[i], nullDate});
+    }
+  }
+  return sources;
+}
+
+bool RowBinding::hasEffects(int nullKeyMode) const {
+  return std::any_of(m_entries.begin(), m_entries.end(), [&](const Entry& entry) {
+    return entry.route == Route::textToNumber ||
+           (entry.route == Route::keyToNumber && nullKeyMode == kNullKeyStops);
+  });
 }
 
 double RowBinding::numberOfText(ColumnMemory& memory, std::string_view text, double row) {

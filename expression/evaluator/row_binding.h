@@ -16,6 +16,7 @@
 #include "base/result.h"
 #include "expression/backends/variable_store.h"
 #include "expression/dates/date_context.h"
+#include "expression/evaluator/column_evaluation.h"
 #include "expression/evaluator/number_text.h"
 #include "expression/evaluator/variables.h"
 #include "host/contract/one_row.h"
@@ -38,6 +39,11 @@ class RowBinding {
   bool load(const OneRow& row, int element, VariableStore& store, const DateContext& dates,
             int nullKeyMode);
   const QString& failedVariable() const { return m_failedVariable; }
+
+  // Of the variables that numbers and keys enter as they are.
+  std::vector<NumberSource> numberSources(const DateContext& dates, int nullKeyMode) const;
+  // Loading a row may stop the run, or count values to warn about.
+  bool hasEffects(int nullKeyMode) const;
 
   QStringList warnings() const;
 

@@ -133,15 +133,6 @@ long long ActionItem::getHDTime() const {
 }
 void ActionItem::clearHDFile() {}
 
-bool ActionItem::isInputPinLinked(int pin) const {
-  return m_ports != nullptr && pin >= 0 && static_cast<std::size_t>(pin) < m_ports->inputs.size() &&
-         m_ports->inputs[static_cast<std::size_t>(pin)] != nullptr;
-}
-
-const OneRow* ActionItem::getNextRowFromInPin(int pin) {
-  return isInputPinLinked(pin) ? m_ports->inputs[static_cast<std::size_t>(pin)]->next() : nullptr;
-}
-
 const OneRow* ActionItem::announcedColumnsOfInPin(int pin) const {
   return isInputPinLinked(pin) ? m_ports->inputs[static_cast<std::size_t>(pin)]->announcedColumns()
                                : nullptr;

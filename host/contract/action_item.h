@@ -68,7 +68,9 @@ class KELVARIN_CORE ActionItem {
   virtual ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) = 0;
 
   // Null when the pin is exhausted or not linked; valid until the next call for the same pin.
-  const OneRow* getNextRowFromInPin(int pin);
+  const OneRow* getNextRowFromInPin(int pin) {
+    return isInputPinLinked(pin) ? m_ports->inputs[static_cast<std::size_t>(pin)]->next() : nullptr;
+  }
   // The columns of the pin's rows, known even when it has no row; null when the upstream action did
   // not announce any.
   const OneRow* announcedColumnsOfInPin(int pin) const;
@@ -80,7 +82,19 @@ class KELVARIN_CORE ActionItem {
   void announceColumnsOfOutputPin(int pin) {
     m_ports->outputs[static_cast<std::size_t>(pin)]->isAnnounced = true;
   }
-  bool isInputPinLinked(int pin) const;
+  // Looks ahead of the row that the pin gave last, which is the first of them.
+  RowsAhead rowsAheadOnInPin(int pin) const {
+    return m_ports->inputs[static_cast<std::size_t>(pin)]->rowsAhead();
+  }
+  // Lets consumers look at the row to be published next and the `count - 1` after it.
+  void offerRowsOnOutputPin(int pin, const RowsInHand& rows, std::size_t count) {
+    m_ports->outputs[static_cast<std::size_t>(pin)]->offer(rows, count);
+  }
+  bool isInputPinLinked(int pin) const {
+    return m_ports != nullptr && pin >= 0 &&
+           static_cast<std::size_t>(pin) < m_ports->inputs.size() &&
+           m_ports->inputs[static_cast<std::size_t>(pin)] != nullptr;
+  }
   ActionItem* getActionItemOnInPin(int pin) const;
 
   float completion() const { return computeCompletion(); }

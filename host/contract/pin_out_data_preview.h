@@ -32,10 +32,10 @@ class PinOutDataPreview {
     m_entries.push_back(entry);
   }
 
-  // Appends the last entry; nothing more comes.
-  void complete(const Entry& last) {
+  // Appends the last entry; nothing more comes. A table that ends before its end is not complete.
+  void complete(const Entry& last, bool isComplete = true) {
     const std::lock_guard lock(m_mutex);
-    m_areRowsComplete = m_areColumnsComplete = true;
+    m_areRowsComplete = m_areColumnsComplete = isComplete;
     m_entries.push_back(last);
   }
 

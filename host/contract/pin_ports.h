@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/contract/one_row.h"
+#include "host/contract/rows_in_hand.h"
 
 // The reading end of a link.
 class InputPin {
@@ -17,6 +18,8 @@ class InputPin {
   // The columns that the upstream pin has announced, without values; null while it has not.
   virtual const OneRow* announcedColumns() = 0;
   virtual class ActionItem* upstreamAction() const = 0;
+  // The row that next() gave and those after it, where the producer has them in hand.
+  virtual RowsAhead rowsAhead() const { return {}; }
 };
 
 // Receives the rows of an output pin that are not handed straight to the consumer.
@@ -34,6 +37,9 @@ struct OutputPin {
   bool isRowReady = false;          // a published row waits for the one consumer
   RowReceiver* receiver = nullptr;  // where rows go when there is not exactly one consumer waiting
   long long rowsPublished = 0;
+  // What was offered last: so many rows, the first of them published as this number.
+  RowsAhead inHand;
+  long long firstInHand = 0;
 
   OutputPin() = default;
   OutputPin(const OutputPin&) = delete;
@@ -47,6 +53,18 @@ struct OutputPin {
     } else {
       receiver->receive(row);
     }
+  }
+
+  // The next row to be published and the `count - 1` after it are those of `rows`.
+  void offer(const RowsInHand& rows, std::size_t count) {
+    inHand = {&rows, 0, count};
+    firstInHand = rowsPublished;
+  }
+  // Of the offer, the rows from the one published as that number on.
+  RowsAhead rowsAheadFrom(long long number) const {
+    const auto skipped = static_cast<std::size_t>(number - firstInHand);  // huge when it came before
+    return skipped < inHand.count ? RowsAhead{inHand.rows, skipped, inHand.count - skipped}
+                                  : RowsAhead{};
   }
 };
 

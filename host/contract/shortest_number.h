@@ -3,15 +3,20 @@
 // The one form in which numbers become text: in files, in results and in texts made by expressions.
 #pragma once
 
+#include <cstdint>
+
 #include "host/contract/export.h"
 
 namespace kelvarin {
 
-// The most characters that appendShortest() writes.
-inline constexpr int kLongestNumberText = 32;
+// The room that the functions need; they may write behind the end that they give.
+inline constexpr int kLongestNumberText = 48;
 
 // Writes at `place` and gives the end: without an exponent from 0.0001 to below 1e16, and nan, inf
 // or -inf. The missing value is the caller's affair.
 KELVARIN_CORE char* appendShortest(char* place, double number);
+
+// The same for a whole number.
+KELVARIN_CORE char* appendWhole(char* place, std::uint64_t number);
 
 }  // namespace kelvarin

@@ -18,6 +18,9 @@ struct ExecutionOptions {
   long long queueMemoryBytes = 64LL << 20;
   // Where temporary files are made; empty: the system's folder for them.
   QString temporaryFolder;
+  // Actions compute for many rows at once where a source knows them together. The results are the
+  // same without.
+  bool looksAhead = true;
   // Called on the engine thread from time to time during the run; may be empty.
   std::function<void(const RunProgress&)> progress;
 };

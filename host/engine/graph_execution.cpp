@@ -66,7 +66,7 @@ std::unique_ptr<RowLink> GraphExecution::newLink(const GraphLink& link, RunningA
                                                  RunningAction& to) {
   OutputPin& pin = from.output(link.fromPin);
   if (from.record().mustComputeFull && !to.record().mustComputeFull && link.toPin == 0) {
-    return std::make_unique<ColumnsLink>(from, pin);
+    return std::make_unique<ColumnsLink>(from, pin, m_options);
   }
   if (m_isFork[at(link.from)]) {
     auto made = std::make_unique<QueueLink>(from, pin, to, m_options, *this);
@@ -78,12 +78,12 @@ std::unique_ptr<RowLink> GraphExecution::newLink(const GraphLink& link, RunningA
   const std::vector<bool>& upstream = m_upstream[at(link.from)];
   for (std::size_t i = 0; i < upstream.size(); ++i) {
     if (upstream[i] && m_isFork[i]) {
-      auto made = std::make_unique<HoldingLink>(from, pin);
+      auto made = std::make_unique<HoldingLink>(from, pin, m_options);
       keepBelowForks(link, made->heldRow());
       return made;
     }
   }
-  return std::make_unique<StraightLink>(from, pin);
+  return std::make_unique<StraightLink>(from, pin, m_options);
 }
 
 void GraphExecution::addReader(const GraphLink& link, QueueLink* reader) {

@@ -4,7 +4,7 @@
 
 namespace kelvarin {
 
-bool RowLink::produceRow() {
+inline bool RowLink::produceRow() {
   while (!m_pin.isRowReady) {
     if (!m_producer.advance()) {
       return false;
@@ -41,6 +41,12 @@ const OneRow* QueueLink::next() {
     ++m_rowsRead;
   }
   return row;
+}
+
+// Of rows in the queue only: a row that comes straight from the producer is one that the other
+// readers may make go.
+RowsAhead QueueLink::rowsAhead() const {
+  return m_looksAhead && !m_held.isShared() ? m_queue.rowsAhead() : RowsAhead{};
 }
 
 const OneRow* QueueLink::nextFromQueue() {

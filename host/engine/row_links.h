@@ -3,7 +3,8 @@
 // A straight link makes the producer go on and hands its row over as it is. Where a row of the
 // producer goes to more than one reader, each reader has a queue link: the reader that is asking
 // gets the row itself, the others a copy in their queue. Below such a place rows are held
-// (held_row.h).
+// (held_row.h). Every link lets its reader look ahead at what the producer, or the queue, has in
+// hand: only the reader's own next row makes that go.
 // Used by: graph_execution.cpp.
 // Threads: the engine thread.
 #pragma once
@@ -19,7 +20,8 @@ namespace kelvarin {
 
 class RowLink : public InputPin {
  public:
-  RowLink(RunningAction& producer, OutputPin& pin) : m_producer(producer), m_pin(pin) {}
+  RowLink(RunningAction& producer, OutputPin& pin, const ExecutionOptions& options)
+      : m_producer(producer), m_pin(pin), m_looksAhead(options.looksAhead) {}
 
   long long rowsRead() const { return m_rowsRead; }
   const OneRow* announcedColumns() override { return m_pin.isAnnounced ? &m_pin.row : nullptr; }
@@ -28,9 +30,13 @@ class RowLink : public InputPin {
  protected:
   // Makes the producer go on until a row is ready; false when there is none.
   bool produceRow();
+  RowsAhead rowsOfProducer() const {
+    return m_looksAhead ? m_pin.rowsAheadFrom(m_rowsRead - 1) : RowsAhead{};
+  }
 
   RunningAction& m_producer;
   OutputPin& m_pin;
+  const bool m_looksAhead;
   long long m_rowsRead = 0;
 };
 
@@ -38,13 +44,16 @@ class StraightLink final : public RowLink {
  public:
   using RowLink::RowLink;
   const OneRow* next() override;
+  RowsAhead rowsAhead() const override { return rowsOfProducer(); }
 };
 
 // A straight link below a place where rows go to several readers.
 class HoldingLink final : public RowLink {
  public:
-  HoldingLink(RunningAction& producer, OutputPin& pin) : RowLink(producer, pin), m_held(pin) {}
+  HoldingLink(RunningAction& producer, OutputPin& pin, const ExecutionOptions& options)
+      : RowLink(producer, pin, options), m_held(pin) {}
   const OneRow* next() override;
+  RowsAhead rowsAhead() const override { return rowsOfProducer(); }
   HeldRow& heldRow() { return m_held; }
 
  private:
@@ -80,13 +89,14 @@ class QueueLink final : public RowLink {
  public:
   QueueLink(RunningAction& producer, OutputPin& pin, RunningAction& consumer,
             const ExecutionOptions& options, CongestionRelief& relief)
-      : RowLink(producer, pin),
+      : RowLink(producer, pin, options),
         m_consumer(consumer),
         m_held(pin),
         m_queue(options),
         m_relief(relief) {}
 
   const OneRow* next() override;
+  RowsAhead rowsAhead() const override;
   HeldRow& heldRow() { return m_held; }
 
   // A row of the producer.

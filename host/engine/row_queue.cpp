@@ -9,6 +9,18 @@ namespace {
 
 constexpr std::size_t kBatchBytes = 256 * 1024;
 
+// 0 where rows differ in size.
+std::size_t rowSizeOf(const std::vector<MetaTypeColumn>& columns) {
+  std::size_t size = 0;
+  for (const MetaTypeColumn type : columns) {
+    if (type != MetaTypeColumn::number && type != MetaTypeColumn::key) {
+      return 0;
+    }
+    size += sizeOfValue(type, nullptr);
+  }
+  return size;
+}
+
 constexpr unsigned char kMissingValue[8] = {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF};
 
 }  // namespace
@@ -22,6 +34,7 @@ bool RowQueue::push(const OneRow& row) {
     for (int i = 0; i < row.sz(); ++i) {
       m_columns.push_back(row.getMetaType(i));
     }
+    m_rowSize = rowSizeOf(m_columns);
   }
   const std::size_t size = sizeOf(row);
   if (m_batches.empty() || m_batches.back().bytes == nullptr ||
@@ -51,6 +64,37 @@ bool RowQueue::pop(unsigned char** values) {
   --m_rowsLeftInReading;
   --m_rowCount;
   return true;
+}
+
+RowsAhead RowQueue::rowsAhead() const {
+  if (m_rowSize == 0 || m_readPosition == 0) {
+    return {};
+  }
+  return {this, m_readPosition / m_rowSize - 1,
+          static_cast<std::size_t>(m_rowsLeftInReading) + 1};
+}
+
+const double* RowQueue::numbers(int column, std::size_t first, std::size_t count,
+                                double* room) const {
+  return valuesAhead(column, first, count, room);
+}
+
+const std::uint32_t* RowQueue::keys(int column, std::size_t first, std::size_t count,
+                                    std::uint32_t* room) const {
+  return valuesAhead(column, first, count, room);
+}
+
+template <typename Value>
+const Value* RowQueue::valuesAhead(int column, std::size_t first, std::size_t count,
+                                   Value* room) const {
+  const unsigned char* place = m_reading.bytes.get() + first * m_rowSize;
+  for (int i = 0; i < column; ++i) {
+    place += sizeOfValue(m_columns[static_cast<std::size_t>(i)], place);
+  }
+  for (std::size_t i = 0; i < count; ++i, place += m_rowSize) {
+    std::memcpy(room + i, place, sizeof(Value));
+  }
+  return room;
 }
 
 void RowQueue::clear() {

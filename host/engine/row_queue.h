@@ -2,7 +2,8 @@
 //
 // Rows lie one after another in batches: per column the bytes of column_bytes.h, a missing value as
 // its type's missing-value bytes. Batches beyond the memory limit lie in a temporary file until
-// they are read.
+// they are read. The rows of the batch that is being read may be looked at ahead where they all
+// have the same size: those of numbers and keys alone.
 // Used by: row_links.cpp.
 // Threads: one.
 // Errors: false from push() and pop(), and errorText() says why.
@@ -14,12 +15,13 @@
 #include <vector>
 
 #include "host/contract/one_row.h"
+#include "host/contract/rows_in_hand.h"
 #include "host/engine/execution_options.h"
 #include "host/engine/spill_file.h"
 
 namespace kelvarin {
 
-class RowQueue {
+class RowQueue final : public RowsInHand {
  public:
   explicit RowQueue(const ExecutionOptions& options);
 
@@ -33,6 +35,12 @@ class RowQueue {
   // Points `values` at the oldest row, which stays valid until the next pop() or clear(). The queue
   // is not empty.
   [[nodiscard]] bool pop(unsigned char** values);
+  // The row that pop() gave last and those behind it in its batch.
+  RowsAhead rowsAhead() const;
+  const double* numbers(int column, std::size_t first, std::size_t count,
+                        double* room) const override;
+  const std::uint32_t* keys(int column, std::size_t first, std::size_t count,
+                            std::uint32_t* room) const override;
   // Drops all rows and gives their memory and disk space back.
   void clear();
 
@@ -53,10 +61,13 @@ class RowQueue {
   void giveRoom(Batch& batch, std::size_t size);
   bool spill(Batch& batch);
   bool startReading();
+  template <typename Value>
+  const Value* valuesAhead(int column, std::size_t first, std::size_t count, Value* room) const;
   void recycle(Batch& batch);
 
   std::size_t m_memoryLimit;
   std::vector<MetaTypeColumn> m_columns;
+  std::size_t m_rowSize = 0;  // of every row; 0 where rows differ
   std::deque<Batch>
       m_batches;  // the oldest, which is read, in front; the one being filled at the back
   Batch m_reading;

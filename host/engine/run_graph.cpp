@@ -20,10 +20,15 @@ bool isLinked(const Graph& graph, int action, int pin) {
   return false;
 }
 
+// A source says itself which of its pins it needs.
+bool needsFirstPin(const ActionItem& item) {
+  return item.inputPinCount() > 0 && item.endpoint() != ActionItem::Endpoint::reader;
+}
+
 void warnOfMissingLinks(const Graph& graph) {
   for (std::size_t i = 0; i < graph.actions.size(); ++i) {
     const ActionItem& item = *graph.actions[i].item;
-    if (item.inputPinCount() > 0 && !isLinked(graph, static_cast<int>(i), 0)) {
+    if (needsFirstPin(item) && !isLinked(graph, static_cast<int>(i), 0)) {
       const CurrentAction onBehalf(&item);
       MainUI::addLog(LogLevel::warning, engine_messages::firstPinNotLinked(graph.actions[i].name));
     }

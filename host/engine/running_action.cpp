@@ -35,7 +35,8 @@ RunningAction::RunningAction(ActionItem& item, RunRecord& record, const RunRecor
       m_record(record),
       m_stopSwitch(stopSwitch),
       m_progress(progress),
-      m_currentAction(CurrentAction::slot()) {
+      m_currentAction(CurrentAction::slot()),
+      m_awaitsFirstRow(item.outputPinCount() > 0) {
   m_ports.inputs.resize(static_cast<std::size_t>(item.inputPinCount()));
   for (int i = 0; i < item.outputPinCount(); ++i) {
     m_ports.outputs.push_back(std::make_unique<OutputPin>());

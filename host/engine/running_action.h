@@ -81,7 +81,7 @@ class RunningAction {
   bool m_hasBegun = false;
   bool m_isComputing = false;
   bool m_isFinished = false;
-  bool m_awaitsFirstRow = true;
+  bool m_awaitsFirstRow;
 };
 
 }  // namespace kelvarin

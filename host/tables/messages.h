@@ -166,11 +166,6 @@ inline QString recordTooLong(int mebibytes) {
       .arg(mebibytes);
 }
 
-inline QString recordTooLongForPipe() {
-  return QStringLiteral(
-      "a record is too long to be read from a pipe. Store the data in a file first.");
-}
-
 inline QString badNumber(const QString& value) {
   return QStringLiteral(
              "'%1' is not a number. Correct it, declare the column as text (meta U), or set "

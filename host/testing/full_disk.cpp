@@ -11,7 +11,7 @@
 namespace {
 
 constexpr long long kUnlimited = -1;
-std::atomic<long long> bytesLeft{kUnlimited};
+std::atomic<long long> roomLeft{kUnlimited};
 std::atomic<long long> refusalCount{0};
 
 bool isRegularFile(int file) {
@@ -21,14 +21,14 @@ bool isRegularFile(int file) {
 
 // How many of the bytes the file takes; -1 with errno set when it takes none.
 ssize_t granted(int file, size_t bytes) {
-  long long left = bytesLeft.load();
+  long long left = roomLeft.load();
   if (left == kUnlimited || bytes == 0 || !isRegularFile(file)) {
     return static_cast<ssize_t>(bytes);
   }
   long long taken = 0;
   do {
     taken = left < static_cast<long long>(bytes) ? left : static_cast<long long>(bytes);
-  } while (!bytesLeft.compare_exchange_weak(left, left - taken));
+  } while (!roomLeft.compare_exchange_weak(left, left - taken));
   if (taken == 0) {
     ++refusalCount;
     errno = ENOSPC;
@@ -72,15 +72,18 @@ namespace kelvarin::testing {
 
 FullDisk::FullDisk(long long bytes) {
   refusalCount = 0;
-  bytesLeft = bytes;
+  roomLeft = bytes;
 }
 
 FullDisk::~FullDisk() {
-  bytesLeft = kUnlimited;
+  roomLeft = kUnlimited;
 }
 
 void FullDisk::makeRoom(long long bytes) {
-  bytesLeft += bytes;
+  roomLeft += bytes;
+}
+long long FullDisk::bytesLeft() const {
+  return roomLeft;
 }
 long long FullDisk::refusals() const {
   return refusalCount;

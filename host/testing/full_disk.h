@@ -16,6 +16,7 @@ class FullDisk {
 
   // Somebody has deleted something.
   void makeRoom(long long bytes);
+  long long bytesLeft() const;
   // How many writes have failed so far.
   long long refusals() const;
 };

@@ -43,8 +43,8 @@ class BlockFilterTest : public ::testing::Test {
         "</Expression><InputVars>" + variables + "</InputVars></CFilterRows></ReadColumnarGel>");
   }
   // The numbers of the blocks whose rows come.
-  std::string blocks(const std::string& expression) {
-    auto h = filtered(expression);
+  std::string blocks(const std::string& expression, const std::string& variables = kVariables) {
+    auto h = filtered(expression, variables);
     const Rows rows = h.rows(0);
     EXPECT_EQ(h.log(), Strings{});
     std::string blocks;
@@ -76,6 +76,8 @@ TEST_F(BlockFilterTest, ReadsBlocksWithoutAnAnswer) {
   EXPECT_EQ(blocks("id_max * 0 + 1"), "0123");
   EXPECT_EQ(blocks("nvl(id_max, 0)"), "013");
   EXPECT_EQ(blocks("first + 1"), "0123");
+  // A name is no date; the block without names has no bound, and is known not to be wanted.
+  EXPECT_EQ(blocks("last &gt; 0", "<CInputVar column='name' meta='D' varNameMax='last'/>"), "013");
   // The last text is longer than its place, and still not passed over; without texts nothing is
   // known to be smaller.
   EXPECT_EQ(blocks("last &gt; \"" + kLong + "aa\""), "23");
@@ -85,6 +87,11 @@ TEST_F(BlockFilterTest, RefusesWhatCannotBeUsed) {
   auto column = filtered("x_max", "<CInputVar column='x'/>");
   column.finish();
   EXPECT_EQ(column.log(), Strings{"error: ERROR: column 'x' in expression is missing."});
+  // A text is no number, whatever it looks like.
+  auto text = filtered("name_max &gt; 1", "<CInputVar column='name'/>");
+  text.finish();
+  ASSERT_EQ(text.log().size(), 1u);
+  EXPECT_TRUE(text.log()[0].starts_with("error: ERROR: column 'name' in expression holds texts."));
   auto wrong = filtered("id_max +");
   wrong.finish();
   ASSERT_EQ(wrong.log().size(), 1u);

@@ -1,12 +1,18 @@
 // One writer and four readers of the same file at the same time: what is read is always a beginning
 // of the table, whole rows in both column sets.
+//
+// One table is written; with KELVARIN_LIVE_READING_SECONDS set, table after table for that long:
+//   KELVARIN_LIVE_READING_SECONDS=60 build/tsan/tests/live_reading_test
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <cstdlib>
 #include <thread>
 #include <vector>
 
+#include <QFile>
 #include <QTemporaryDir>
 
 #include "columnar/reader/block_reader.h"
@@ -23,7 +29,16 @@ constexpr int kReaders = 4;
 
 class LiveReading : public ::testing::Test {
  protected:
-  QString path() const { return m_folder.filePath(QStringLiteral("live.cgel_kelvarin")); }
+  using Clock = std::chrono::steady_clock;
+
+  QString path() const {
+    return m_folder.filePath(QStringLiteral("live%1.cgel_kelvarin").arg(m_table));
+  }
+
+  static Clock::time_point end() {
+    const char* seconds = std::getenv("KELVARIN_LIVE_READING_SECONDS");
+    return Clock::now() + std::chrono::seconds(seconds == nullptr ? 0 : std::atoi(seconds));
+  }
 
   void writeAll() {
     PinOutMetaData columns;
@@ -76,27 +91,38 @@ class LiveReading : public ::testing::Test {
     }
   }
 
+  void writeAndReadATable() {
+    m_isWritten = false;
+    std::vector<std::thread> readers;
+    for (int i = 0; i < kReaders; ++i) {
+      readers.emplace_back([this] {
+        std::uint64_t before = 0;
+        while (!m_isWritten) {
+          const std::uint64_t rows = readOnce();
+          EXPECT_GE(rows, before);
+          before = rows;
+        }
+        EXPECT_EQ(readOnce(), kRows);
+      });
+    }
+    writeAll();
+    for (std::thread& reader : readers) {
+      reader.join();
+    }
+  }
+
   QTemporaryDir m_folder;
+  int m_table = 0;
   std::atomic<bool> m_isWritten = false;
 };
 
 TEST_F(LiveReading, EveryReadIsABeginningOfTheTable) {
-  std::vector<std::thread> readers;
-  for (int i = 0; i < kReaders; ++i) {
-    readers.emplace_back([this] {
-      std::uint64_t before = 0;
-      while (!m_isWritten) {
-        const std::uint64_t rows = readOnce();
-        EXPECT_GE(rows, before);
-        before = rows;
-      }
-      EXPECT_EQ(readOnce(), kRows);
-    });
-  }
-  writeAll();
-  for (std::thread& reader : readers) {
-    reader.join();
-  }
+  const Clock::time_point last = end();
+  do {
+    writeAndReadATable();
+    QFile::remove(path());
+    ++m_table;
+  } while (Clock::now() < last && !HasFailure());
 }
 
 }  // namespace

@@ -168,6 +168,11 @@ TEST_F(ReadColumnarGelTest, WaitsForAFileThatComes) {
   EXPECT_EQ(passed, 2000);
   EXPECT_EQ(late.log(),
             (Strings{waiting, "error: Error: The Columnar file '" + path() + "' does not exists"}));
+  auto checked = reader("timeOut='900'");
+  checked.checkOnly();
+  checked.finish();
+  EXPECT_EQ(checked.log(),
+            Strings{"error: Error: The Columnar file '" + path() + "' does not exists"});
   auto stopped = reader("timeOut='900'");
   stopped.actionAs<ReadColumnarGel>().setPause(
       [&](int) { stopped.run().status = GlobalParameters::RunningState::stoppedByUser; });
@@ -191,10 +196,15 @@ TEST_F(ReadColumnarGelTest, AFileThatCannotBeOpenedOrIsNone) {
   saveRows(3);
   const std::string side = path("made.000.cs_kelvarin");
   std::filesystem::remove(side);
-  auto noSide = reader();
-  noSide.finish();
-  EXPECT_EQ(noSide.log(), Strings{"error: ERROR: Cannot open Column-Set file '" + side + "'."});
-  EXPECT_TRUE(noSide.hasFailed());
+  for (const bool isChecked : {false, true}) {
+    auto noSide = reader();
+    if (isChecked) {
+      noSide.checkOnly();
+    }
+    noSide.finish();
+    EXPECT_EQ(noSide.log(), Strings{"error: ERROR: Cannot open Column-Set file '" + side + "'."});
+    EXPECT_TRUE(noSide.hasFailed());
+  }
 }
 
 TEST_F(ReadColumnarGelTest, AnUnfinishedFileIsReadWhenTheUserWantsIt) {

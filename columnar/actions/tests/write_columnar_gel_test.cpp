@@ -1,8 +1,12 @@
 #include "columnar/actions/write_columnar_gel.h"
 
 #include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <sstream>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
@@ -91,6 +95,72 @@ TEST_F(WriteColumnarGelTest, AnEmptyInputTouchesNothingUnlessToldTo) {
   h.finish();
   EXPECT_EQ(files(), Strings{});
   EXPECT_EQ(h.log(), Strings{});
+
+  put("x.cgel_kelvarin");
+  auto nothingPasses = harness("alwaysDelete='1' writeAllRows='0' testCol='t' testValue='no'");
+  nothingPasses.push(kThreeRows);
+  nothingPasses.finish();
+  EXPECT_EQ(files(), Strings{});
+}
+
+TEST_F(WriteColumnarGelTest, AnInputThatFailsBeforeItsFirstRowDeletesNothing) {
+  put("x.cgel_kelvarin");
+  auto h = harness("alwaysDelete='1'");
+  h.run().fail();
+  h.finish();
+  EXPECT_EQ(content("x.cgel_kelvarin"), "old");
+}
+
+TEST_F(WriteColumnarGelTest, ATableBeyondTheLimitsLeavesTheOldFileAlone) {
+  const auto write = [&](const std::string& attributes, const std::string& set, int columns) {
+    put("x.cgel_kelvarin");
+    put("x.000.cs_kelvarin");
+    std::string names;
+    for (int i = 0; i < columns; ++i) {
+      names += "c" + std::to_string(i) + ":K ";
+    }
+    auto h = RowHarness::of<WriteColumnarGel>(
+        "<writeColumnarGel name='w' file='" + path("x.cgel_kelvarin") + "' " + attributes +
+            "><ColumnStrategy><C n='c0' s='" + set + "'/></ColumnStrategy></writeColumnarGel>",
+        names);
+    h.push(Values(static_cast<std::size_t>(columns), 1));
+    h.finish();
+    EXPECT_TRUE(h.hasFailed());
+    EXPECT_EQ(content("x.cgel_kelvarin"), "old");
+    EXPECT_EQ(content("x.000.cs_kelvarin"), "old");
+    EXPECT_EQ(files().size(), 2u);
+    return h.log();
+  };
+  const Strings tooLarge = {
+      "error: columnarWrite ERROR: decrease number of columns or blocksize.\n"};
+  EXPECT_EQ(write("nRowsInBlock='2147483647'", "0", 1), tooLarge);
+  EXPECT_EQ(write("columnStrategy='1'", "2147483647", 1), tooLarge);
+  EXPECT_EQ(write("columnStrategy='1'", "255", 1), tooLarge);
+  EXPECT_EQ(write("columnStrategy='2'", "0", 256), tooLarge);
+  EXPECT_NE(write("columnStrategy='1'", "-1", 1).at(0).find("no column of the table is in"),
+            std::string::npos);
+  EXPECT_NE(write("nRowsInBlock='0'", "0", 1).at(0).find("nRowsInBlock is 0"), std::string::npos);
+}
+
+TEST_F(WriteColumnarGelTest, ASideFileThatCannotBeOpenedTakesTheOthersWithIt) {
+  ASSERT_TRUE(QDir().mkpath(QString::fromStdString(path("x.001.cs_kelvarin"))));
+  auto h = harness("columnStrategy='2'");
+  h.push(kThreeRows);
+  h.finish();
+  EXPECT_TRUE(h.hasFailed());
+  EXPECT_EQ(h.log().at(0),
+            "error: Cannot open file '" + path("x.001.cs_kelvarin") + "' for write.");
+  EXPECT_EQ(files(), Strings{});
+}
+
+TEST_F(WriteColumnarGelTest, WhatIsNoFileIsNeverRemoved) {
+  ASSERT_EQ(mkfifo(path("x.cgel_kelvarin").c_str(), 0600), 0);
+  auto h = harness("deleteTimeOut='0'");
+  h.push(kThreeRows);
+  h.finish();
+  EXPECT_EQ(h.log().back(),
+            "error: Error: Cannot delete previous file '" + path("x.cgel_kelvarin") + "'.");
+  EXPECT_EQ(access(path("x.cgel_kelvarin").c_str(), F_OK), 0);
 }
 
 TEST_F(WriteColumnarGelTest, ColumnStrategies) {
@@ -153,8 +223,11 @@ TEST_F(WriteColumnarGelTest, AFolderIsCreatedOnlyWhenAsked) {
         "k:K t:U");
     h.push(kThreeRows);
     h.finish();
-    EXPECT_EQ(h.log(), isAsked ? Strings{}
-                               : Strings{"error: Cannot open file '" + file + "' for write."});
+    const Strings refused = {
+        "error: Cannot open file '" + file + "' for write.",
+        "info: The system's reason for file '" + file + "': No such file or directory. Check the "
+        "folder, its permissions and the room on its disk."};
+    EXPECT_EQ(h.log(), isAsked ? Strings{} : refused);
   }
   EXPECT_EQ(rowsOf("a/b/x.cgel_kelvarin"), 3);
 }
@@ -252,6 +325,27 @@ TEST_F(WriteColumnarGelTest, AValueThatComesBackOrMeetsAnotherStopsTheRun) {
             std::string::npos);
 }
 
+// Without an extension the point of a number ends the name, as far as side files are concerned.
+TEST_F(WriteColumnarGelTest, FilesThatWouldShareTheirSideFilesStopTheRun) {
+  auto h = RowHarness::of<WriteColumnarGel>(
+      "<writeColumnarGel name='w' split='2' splitVar='n' file='" + path("x") + "'/>", "n:F");
+  h.push(Rows{{1.5}, {2.5}, {1.75}});
+  h.finish();
+  EXPECT_TRUE(h.hasFailed());
+  EXPECT_NE(h.log().at(1).find("two values of the split column, '1.5' and '1.75', give files that "
+                               "differ only after the last point"),
+            std::string::npos);
+  EXPECT_EQ(files(), (Strings{"x1.000.cs", "x1.5", "x2.000.cs", "x2.5"}));
+}
+
+TEST_F(WriteColumnarGelTest, NaNsOfAllKindsAreOneSplit) {
+  auto h = harness("split='2' splitVar='n'", "n:F");
+  h.push(Rows{{std::nan("1")}, {-std::nan("2")}, {nullptr}});
+  h.finish();
+  EXPECT_EQ(rowsOf("xnan.cgel_kelvarin"), 2);
+  EXPECT_EQ(rowsOf("x_null.cgel_kelvarin"), 1);
+}
+
 TEST_F(WriteColumnarGelTest, NamesMayBeExpressionsOverTheSplitValue) {
   const auto run = [&](const std::string& name) {
     auto h = RowHarness::of<WriteColumnarGel>(
@@ -303,19 +397,22 @@ TEST_F(WriteColumnarGelTest, ASplitBySizeIsTheSameForAnyNumberOfThreads) {
 TEST_F(WriteColumnarGelTest, TwoWritersOfOneNameAreRefusedBeforeAnythingIsDeleted) {
   put("x.cgel_kelvarin");
   GlobalParameters graph;
-  const auto actionWith = [&](const std::string& attributes) {
-    const std::string xml = "<writeColumnarGel name='w' file='" + path("x.cgel_kelvarin") + "' " +
-                            attributes + "/>";
+  const auto actionWith = [&](const std::string& attributes,
+                              const std::string& name = "x.cgel_kelvarin") {
+    const std::string xml =
+        "<writeColumnarGel name='w' file='" + path(name) + "' " + attributes + "/>";
     return std::make_unique<WriteColumnarGel>(*parseXml(QByteArray::fromStdString(xml)), &graph);
   };
   testing::RecordingHost host;
   auto first = actionWith("");
   auto second = actionWith("");
   auto careless = actionWith("checkNameCollision='0'");
+  auto sharing = actionWith("", "x.other_kelvarin");  // the side files
   EXPECT_EQ(first->init(), 0);
   EXPECT_NE(second->init(), 0);
   EXPECT_NE(host.log().at(0).find("another action of the graph writes to the same file"),
             std::string::npos);
+  EXPECT_NE(sharing->init(), 0);
   EXPECT_EQ(careless->init(), 0);
   first->close();
   EXPECT_EQ(second->init(), 0);
@@ -328,8 +425,9 @@ TEST_F(WriteColumnarGelTest, AFullDiskFailsTheRunWhenTheAnswerIsToGiveUp) {
   h.pushRepeated({1, "a text that takes some room"}, 20000);
   h.finish();
   EXPECT_TRUE(h.hasFailed());
-  ASSERT_EQ(h.log().size(), 1u);
+  ASSERT_EQ(h.log().size(), 2u);
   EXPECT_NE(h.log()[0].find("error: Cannot write to file '"), std::string::npos);
+  EXPECT_NE(h.log()[1].find("': No space left on device. "), std::string::npos);
   EXPECT_EQ(h.host().fullDiskFiles().size(), 1u);
   EXPECT_EQ(rowsOf("x.cgel_kelvarin"), -1);
 }

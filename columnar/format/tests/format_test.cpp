@@ -143,6 +143,26 @@ TEST(BlockDescriptor, HasItsPlacesOneAfterTheOther) {
   EXPECT_EQ(layout.sliceWidth(1), 8u + 169);
 }
 
+TEST(BlockDescriptor, PositionsBeyond32BitsBecomeDifferences) {
+  std::vector<GelColumn> columns;
+  for (std::uint32_t i = 0; i < 3; ++i) {
+    columns.push_back(column(GelType::key, StorageCode::key, i, 0, "k"));
+  }
+  const DescriptorLayout layout(columns, 1);
+  ByteList bytes(layout.width());
+  const auto positions = [&](std::vector<std::uint64_t> chunks) {
+    layout.setChunks(bytes.data(), 0, 77, 0, chunks);
+    return std::vector<std::uint32_t>{layout.chunkPosition(bytes.data(), 0),
+                                      layout.chunkPosition(bytes.data(), 1),
+                                      layout.chunkPosition(bytes.data(), 2)};
+  };
+  using Positions = std::vector<std::uint32_t>;
+  EXPECT_EQ(positions({0, 0xFFFFFFF0, 0xFFFFFFFF}), (Positions{0, 0xFFFFFFF0, 0xFFFFFFFF}));
+  EXPECT_EQ(layout.place(bytes.data(), 0), (BlockPlace{77, false}));
+  EXPECT_EQ(positions({0, 0xFFFFFFF0, 0x100000000}), (Positions{0, 0xFFFFFFF0, 0x10}));
+  EXPECT_EQ(layout.place(bytes.data(), 0), (BlockPlace{77, true}));
+}
+
 TEST(Summaries, WhatCannotBeOneIsRefused) {
   ByteList bytes(5 + kTextSummarySize);
   KeySummary key;

@@ -9,10 +9,13 @@ namespace kelvarin {
 
 namespace {
 
-ReadEvent blockAt(std::uint64_t row) {
+constexpr std::uint64_t kRowsOfBlock = 5000;
+
+ReadEvent blockAt(std::uint64_t row, std::uint64_t rows = kRowsOfBlock) {
   ReadEvent event;
   event.kind = ReadEvent::Kind::block;
   event.firstRow = row;
+  event.lastRow = row + rows - 1;
   event.block = std::make_unique<DecodedBlock>();
   return event;
 }
@@ -33,19 +36,24 @@ TEST(HandOver, TellsTheEndAfterEverythingWasTaken) {
 }
 
 TEST(BlocksAhead, GivesEventsInOrderAndNothingAfterTheLast) {
+  constexpr std::uint64_t kBlocks = 600;
   for (const int blocksAhead : {-1, 0, 1, 5}) {
-    std::uint64_t made = 0;
-    BlocksAhead events(
-        [&](std::unique_ptr<DecodedBlock>) { return made < 20 ? blockAt(made++) : ReadEvent{}; },
-        blocksAhead);
-    for (std::uint64_t row = 0; row < 20; ++row) {
-      ReadEvent event = events.next();
-      ASSERT_EQ(event.kind, ReadEvent::Kind::block);
-      EXPECT_EQ(event.firstRow, row);
-      events.giveBack(std::move(event.block));
+    for (const std::uint64_t rows : {std::uint64_t{1}, kRowsOfBlock}) {
+      std::uint64_t made = 0;
+      BlocksAhead events(
+          [&](std::unique_ptr<DecodedBlock>) {
+            return made < kBlocks ? blockAt(rows * made++, rows) : ReadEvent{};
+          },
+          blocksAhead);
+      for (std::uint64_t block = 0; block < kBlocks; ++block) {
+        ReadEvent event = events.next();
+        ASSERT_EQ(event.kind, ReadEvent::Kind::block);
+        EXPECT_EQ(event.firstRow, rows * block);
+        events.giveBack(std::move(event.block));
+      }
+      EXPECT_EQ(events.next().kind, ReadEvent::Kind::end);
+      EXPECT_EQ(events.next().kind, ReadEvent::Kind::end);
     }
-    EXPECT_EQ(events.next().kind, ReadEvent::Kind::end);
-    EXPECT_EQ(events.next().kind, ReadEvent::Kind::end);
   }
 }
 

@@ -216,21 +216,27 @@ TEST(ColumnarHDWriter, AFullDiskLosesNothingWhenRoomIsMade) {
   const Folder folder;
   const std::string wanted = folder.file("w.cgel_kelvarin");
   const std::string file = folder.file("d.cgel_kelvarin");
-  FakeInputPin pin = wideTable(2000);
+  constexpr long long kPlenty = 1'000'000;
+  const Options options{.rowsInBlock = 100, .sets = kThreeSets};
+  FakeInputPin pin = wideTable(450);
   ColumnarHDWriter plain;
-  ASSERT_TRUE(writeAll(plain, pin, wanted, {.rowsInBlock = 100, .sets = kThreeSets}));
-  for (const long long bytesLeft : {0, 10, 500, 20000}) {
+  const FullDisk largeDisk(kPlenty);
+  ASSERT_TRUE(writeAll(plain, pin, wanted, options));
+  const auto wantedFiles = filesOf(wanted, 3);
+  const long long size = kPlenty - largeDisk.bytesLeft();
+  // Every write stops half-way, or after a byte, or before its first one.
+  for (long long bytesLeft = 0; bytesLeft < size; bytesLeft += 97) {
     FullDisk disk(bytesLeft);
     std::atomic<int> asked = 0;
     ColumnarHDWriter writer([&](const QString&, int missing) {
-      ++asked;
-      disk.makeRoom(std::max(missing / 2, 1));
+      const int time = ++asked;
+      disk.makeRoom(time % 3 == 0 ? missing : time % 3 == 1 ? missing / 2 : 1);
       return true;
     });
-    FakeInputPin again = wideTable(2000);
-    EXPECT_TRUE(writeAll(writer, again, file, {.rowsInBlock = 100, .sets = kThreeSets}));
+    FakeInputPin again = wideTable(450);
+    EXPECT_TRUE(writeAll(writer, again, file, options));
     EXPECT_GT(asked, 0);
-    EXPECT_EQ(filesOf(file, 3), filesOf(wanted, 3));
+    EXPECT_EQ(filesOf(file, 3), wantedFiles) << bytesLeft;
   }
 }
 

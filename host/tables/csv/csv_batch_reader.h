@@ -1,17 +1,14 @@
-// Reads a CSV file: the library's streaming reader for the bulk, this system's rules around it.
+// Reads a CSV file in batches: blocks of bytes, their fields as values, column by column.
 //
-// The streaming reader gives every field as bytes; types are inferred from the first rows and
-// values are converted here. A record longer than the reader's block makes it start again behind
-// the last complete batch with a larger one. Threads: see BatchReader.
+// Types are inferred from the first rows, whose blocks are kept for that. Threads: see BatchReader.
 #pragma once
 
 #include <atomic>
-#include <memory>
+#include <deque>
+#include <optional>
 
-#include "arrow/csv/reader.h"
-#include "arrow/record_batch.h"
+#include "host/tables/csv/csv_block_reader.h"
 #include "host/tables/csv/csv_places.h"
-#include "host/tables/csv/csv_stream.h"
 #include "host/tables/csv/csv_values.h"
 #include "host/tables/files/batch_reader.h"
 
@@ -38,42 +35,27 @@ class CsvBatchReader : public BatchReader {
   float fractionDone() const override;
   QString placeOfRow(long long row) const override;
   QStringList warnings() const override;
-  void cancel() override { m_file->cancel(); }
+  void cancel() override { m_file.cancel(); }
 
  private:
-  using RawBatch = std::shared_ptr<arrow::RecordBatch>;
-
   Status<QString> settleColumns();
-  arrow::Status openReader();
-  arrow::Status readRawBatch(RawBatch& raw);
-  // Null at the end.
-  Result<RawBatch, QString> nextRawBatch();
-  QString errorAtEnd() const;
   Status<QString> inferTypes();
-  Status<QString> convert(const arrow::RecordBatch& raw, RowBatch& batch);
-  QString readerError(const arrow::Status& status) const;
-  QString columnPlace(long long row, std::size_t column) const;
+  Status<QString> convert(const CsvBlock& block, RowBatch& batch);
+  QString badFieldText(const CsvBlock& block, std::size_t column, const BadField& field) const;
 
   QString m_path;
-  std::shared_ptr<CsvFile> m_file;
+  CsvFile m_file;
   CsvReadSettings m_settings;
   CsvHead m_head;
-  std::unique_ptr<CsvPlaces> m_places;
   TableColumns m_columns;
   std::vector<bool> m_isDeclared;
+  std::optional<CsvNullRule> m_nulls;
   std::vector<BadFieldCount> m_badFields;
 
-  std::shared_ptr<CsvStream> m_stream;
-  std::shared_ptr<arrow::csv::StreamingReader>
-      m_reader;  // null before the first batch and at the end
-  bool m_isAtEnd = true;
-  int m_blockSize = 1 << 20;
-  long long m_readerOffset = 0;     // where m_reader began
-  long long m_lastBatchOffset = 0;  // where the last batch began
-  long long m_offset = 0;           // behind the last batch
-  std::vector<RawBatch> m_held;     // read to infer the types
-  std::size_t m_heldGiven = 0;
-  long long m_rowsGiven = 0;
+  std::optional<CsvPlaces> m_places;
+  std::optional<CsvBlockReader> m_blocks;
+  CsvBlock m_block;
+  std::deque<CsvBlock> m_held;  // read to infer the types
   std::atomic<long long> m_bytesDone{0};
 };
 

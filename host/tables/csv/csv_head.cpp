@@ -2,7 +2,7 @@
 
 #include <QSet>
 
-#include "arrow/util/utf8.h"
+#include "host/tables/csv/csv_values.h"
 #include "host/tables/messages.h"
 
 namespace kelvarin {
@@ -45,10 +45,9 @@ class HeadReader {
   std::size_t start() const { return m_start; }  // after the byte order mark
   std::size_t used() const { return m_used; }
   std::string takeBytesFrom(std::size_t offset) { return m_bytes.substr(offset); }
-  std::size_t size() const { return m_bytes.size(); }
 
  private:
-  static constexpr std::size_t kStep = 256 * 1024;
+  static constexpr std::size_t kStep = 64 * 1024;
 
   Result<std::size_t, QString> readMore() {
     const std::size_t before = m_bytes.size();
@@ -87,7 +86,7 @@ Result<QVector<QString>, QString> namesOfHeader(const CsvFile& file, const CsvRe
   QVector<QString> names;
   QSet<QString> known;
   for (const std::string& field : record.fields) {
-    if (!arrow::util::ValidateUTF8(field)) {
+    if (!isUtf8(field)) {
       return Failure{table_messages::atPlace(table_messages::atLine(file.path(), record.line),
                                              table_messages::notUtf8())};
     }
@@ -110,7 +109,6 @@ QString generatedColumnName(qsizetype column) {
 }
 
 Result<CsvHead, QString> readCsvHead(const CsvFile& file, const CsvDialect& dialect) {
-  arrow::util::InitializeUTF8();
   HeadReader reader(file, dialect);
   const Result<bool, QString> hasRecord = reader.readFirstRecord();
   if (!hasRecord) {
@@ -140,7 +138,6 @@ Result<CsvHead, QString> readCsvHead(const CsvFile& file, const CsvDialect& dial
     }
   }
   head.dataOffset = static_cast<long long>(dataStart);
-  head.hasData = dataStart < reader.size();
   head.bytesRead = reader.takeBytesFrom(dataStart);
   return head;
 }

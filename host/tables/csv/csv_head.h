@@ -12,8 +12,7 @@ struct CsvHead {
   QVector<QString> names;    // of the header, or col1, col2, ...
   long long dataOffset = 0;  // the first byte after the header
   long long dataLine = 1;    // and its line
-  bool hasData = false;
-  std::string bytesRead;  // data bytes read already, which a pipe does not give again
+  std::string bytesRead;  // of the data, which the file does not give again
 };
 
 Result<CsvHead, QString> readCsvHead(const CsvFile& file, const CsvDialect& dialect);

@@ -1,11 +1,13 @@
 // The numbers and keys that the fields of a CSV file are. Blanks around are allowed.
 #pragma once
 
+#include <bit>
 #include <charconv>
 #include <clocale>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -59,6 +61,54 @@ inline bool parseNumber(std::string_view field, double& number) {
     }
     return text.size() == (text.front() == '-' ? 4u : 3u);
   }
+  return true;
+}
+
+// Numbers of at most eight bytes: digits, with a minus and a point where they may be. Exact, since
+// whole numbers below 10^8 and powers of ten up to 10^7 are doubles and a division rounds once.
+// False for everything else. The eight bytes before the end of `field` may be read, whatever its
+// size.
+inline bool parseShortDecimal(std::string_view field, double& number) {
+  constexpr std::uint64_t kZeros = 0x3030303030303030u;
+  constexpr std::uint64_t kPoints = 0x2E2E2E2E2E2E2E2Eu;
+  constexpr std::uint64_t kLowBits = 0x0101010101010101u;
+  constexpr std::uint64_t kHighBits = 0x8080808080808080u;
+  static constexpr double kPowers[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
+  if (field.empty() || field.size() > 8) {
+    return false;
+  }
+  const bool isNegative = field.front() == '-';
+  std::size_t digits = field.size() - (isNegative ? 1 : 0);
+  if (digits == 0) {
+    return false;
+  }
+  // The digits at the high end, zeros below.
+  std::uint64_t bytes;
+  std::memcpy(&bytes, field.data() + field.size() - 8, 8);
+  const std::uint64_t present = ~std::uint64_t{0} << (64 - 8 * digits);
+  bytes = (bytes & present) | (kZeros & ~present);
+  int decimals = 0;
+  const std::uint64_t other = bytes ^ kPoints;
+  const std::uint64_t points = (other - kLowBits) & ~other & kHighBits;
+  if (points != 0) {
+    const int below = std::countr_zero(points) & ~7;  // bits below the point
+    decimals = 7 - below / 8;
+    const std::uint64_t whole = bytes & ((std::uint64_t{1} << below) - 1);
+    const std::uint64_t fraction = bytes & ((~std::uint64_t{0} << below) << 8);
+    bytes = fraction | whole << 8 | '0';
+    if (--digits == 0) {
+      return false;
+    }
+  }
+  if ((((bytes + 0x4646464646464646u) | (bytes - kZeros)) & kHighBits) != 0) {
+    return false;
+  }
+  // Neighbours are joined to numbers of two, four and eight digits.
+  bytes = (bytes & 0x0F0F0F0F0F0F0F0Fu) * 2561 >> 8;
+  bytes = (bytes & 0x00FF00FF00FF00FFu) * 6553601 >> 16;
+  bytes = (bytes & 0x0000FFFF0000FFFFu) * 42949672960001 >> 32;
+  number = static_cast<double>(bytes) / kPowers[decimals];
+  number = isNegative ? -number : number;
   return true;
 }
 

@@ -17,23 +17,13 @@ class CsvPlaces {
 
   // "file 'a.csv', line 17" for a row of data, counted from 0.
   QString placeOfRow(long long row) const;
-  // The same for ascending rows, in one pass.
-  QStringList placesOfRows(const std::vector<long long>& rows) const;
-
-  // The first record that is no row: a quote that is not closed, more than the longest record,
-  // another number of fields. Empty when there is none, or it cannot be found.
-  QString firstFault() const;
-  // True when a quote in the data from `offset`, the start of a record, is never closed.
-  bool endsInsideQuote(long long offset) const;
 
  private:
-  template <typename Visitor>
-  void visitRecords(long long offset, Visitor visitor) const;
-  QString faultOf(const CsvRecord& record) const;
+  std::optional<long long> lineOfRow(long long row) const;
 
   const CsvFile& m_file;
   CsvDialect m_dialect;
-  QVector<QString> m_names;
+  bool m_hasOneColumn;
   long long m_dataOffset;
   long long m_dataLine;
 };

@@ -1,42 +1,60 @@
-// From the fields of one column, as the bulk reader gives them, to the bytes of values.
+// From the fields of one column of a block to the bytes of values.
 //
-// Fields come as arrays of bytes, missing where the unquoted field is the null text.
-// Threads: plain functions.  Errors: the row, to be turned into a message by the caller.
+// An unquoted field that is the null text is missing, and so is every empty field of a number or
+// key column. Threads: plain functions.  Errors: the row, to be turned into a message by the
+// caller.
 #pragma once
 
 #include <optional>
 
-#include "arrow/array/array_binary.h"
+#include "host/tables/csv/csv_block.h"
+#include "host/tables/csv/csv_dialect.h"
 #include "host/tables/files/row_batch.h"
 
 namespace kelvarin {
 
-// A field that does not fit its column's type.
+// A field that does not fit its column's type, or is not UTF-8.
 struct BadField {
-  long long row;  // in the array
-  std::string_view value;
+  long long row;  // in the block
+  std::string text;
 };
 
 // What becomes of the fields that are no number or key.
 struct BadFieldCount {
   bool isTolerated = false;
   long long count = 0;
-  long long firstRow = -1;  // in the file, counted from 0
+  long long firstLine = 0;  // where the record of the first one begins
+};
+
+struct CsvNullRule {
+  char quote;
+  std::string nullText;
+  bool isEmptyNull;  // an empty line, which is a missing value in a file with one column
+
+  CsvNullRule(const CsvDialect& dialect, std::size_t columnCount)
+      : quote(dialect.quote),
+        nullText(dialect.nullText),
+        isEmptyNull(columnCount == 1 || dialect.nullText.empty()) {}
+
+  bool isNullText(const CsvField& field) const {
+    return !field.isQuoted &&
+           (field.bytes.empty() ? isEmptyNull : field.bytes == std::string_view(nullText));
+  }
 };
 
 // Fills `column`. Bad fields become missing and are counted when they are tolerated; else the first
-// one ends the work. `firstRow` is the number of the array's first row in the file.
-std::optional<BadField> convertFields(const arrow::BinaryArray& fields, long long firstRow,
-                                      ValueColumn& column, BadFieldCount& badFields);
+// one ends the work.
+std::optional<BadField> convertFields(const CsvBlock& block, std::size_t index,
+                                      const CsvNullRule& nulls, ValueColumn& column,
+                                      BadFieldCount& badFields);
 
-// The row of the first text that is not UTF-8.
-std::optional<long long> firstTextNotUtf8(const arrow::BinaryArray& fields);
+bool isUtf8(std::string_view text);
 
 // Tells whether the fields of a column are numbers.
 class TypeInference {
  public:
   // Looks at no more than `rowCount` fields.
-  void look(const arrow::BinaryArray& fields, long long rowCount);
+  void look(const CsvBlock& block, std::size_t index, const CsvNullRule& nulls, long long rowCount);
   MetaTypeColumn type() const {
     return m_hasNumber && !m_hasText ? MetaTypeColumn::number : MetaTypeColumn::text;
   }

@@ -1,6 +1,7 @@
 // The values of some thousand rows, column by column, in the bytes that rows point to.
 //
-// A reader fills it, a source hands out its rows. Memory is kept from one filling to the next.
+// A reader fills it; a source hands out its rows, and offers all of them to those who look ahead.
+// Memory is kept from one filling to the next.
 // Threads: one at a time; ReadAhead hands a batch from the reading thread to the engine's.
 #pragma once
 
@@ -10,6 +11,7 @@
 
 #include "host/contract/column_bytes.h"
 #include "host/contract/meta_info.h"
+#include "host/contract/rows_in_hand.h"
 
 namespace kelvarin {
 
@@ -34,6 +36,8 @@ class ValueColumn {
   std::uint32_t* replaceKeys(std::size_t count) {
     return reinterpret_cast<std::uint32_t*>(replace(count * sizeof(std::uint32_t)));
   }
+  // The first value.
+  const unsigned char* values() const { return m_bytes.get(); }
   unsigned char* next() {
     unsigned char* value = m_next;
     m_next += sizeOf(value);
@@ -73,7 +77,7 @@ inline unsigned char* putNullText(unsigned char* place) {
   return place + 4;
 }
 
-class RowBatch {
+class RowBatch final : public RowsInHand {
  public:
   void setColumns(const std::vector<MetaTypeColumn>& types) {
     m_columns.clear();
@@ -87,6 +91,15 @@ class RowBatch {
   std::size_t columnCount() const { return m_columns.size(); }
   // All columns have been filled with `count` values.
   void setRowCount(long long count) { m_rowsLeft = count; }
+  std::size_t rowsLeft() const { return static_cast<std::size_t>(m_rowsLeft); }
+
+  const double* numbers(int column, std::size_t first, std::size_t, double*) const override {
+    return reinterpret_cast<const double*>(valuesOf(column)) + first;
+  }
+  const std::uint32_t* keys(int column, std::size_t first, std::size_t,
+                            std::uint32_t*) const override {
+    return reinterpret_cast<const std::uint32_t*>(valuesOf(column)) + first;
+  }
 
   // Points `values` at the next row's values; false when there is none.
   bool takeRow(unsigned char** values) {
@@ -101,6 +114,10 @@ class RowBatch {
   }
 
  private:
+  const unsigned char* valuesOf(int column) const {
+    return m_columns[static_cast<std::size_t>(column)].values();
+  }
+
   std::vector<ValueColumn> m_columns;
   long long m_rowsLeft = 0;
 };

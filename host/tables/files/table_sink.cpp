@@ -49,6 +49,7 @@ char TableSink::init() {
 }
 
 char TableSink::close() {
+  m_behind.reset();
   char result = 0;
   if (m_output.isComplete() && !hasFailed() && hasRunEndedNormally()) {
     if (const Status<QString> status = m_output.publish(); !status) {
@@ -80,10 +81,12 @@ bool TableSink::takeFirstRow(ActionItem* action) {
   const OneRow* columns = row != nullptr ? row : sink->announcedColumnsOfInPin(0);
   PinOutMetaData noColumns;
   const OneRow emptyRow(&noColumns);
-  if (const Status<QString> status = sink->begin(columns != nullptr ? *columns : emptyRow);
-      !status) {
+  const OneRow& described = columns != nullptr ? *columns : emptyRow;
+  if (const Status<QString> status = sink->begin(described); !status) {
     return sink->endWithError(status.error());
   }
+  sink->m_behind = std::make_unique<WriteBehind>(
+      described, sink, [sink](const OneRow& written) { return sink->writeRow(written); });
   sink->computeRoutine = &TableSink::takeRow;
   return sink->write(row);
 }
@@ -97,8 +100,8 @@ bool TableSink::write(const OneRow* row) {
   if (row == nullptr) [[unlikely]] {
     return endOfInput();
   }
-  if (const Status<QString> status = writeRow(*row); !status) [[unlikely]] {
-    return endWithError(status.error());
+  if (!m_behind->push(*row)) [[unlikely]] {
+    return endWithError(m_behind->finish().error());
   }
   return false;
 }
@@ -107,7 +110,10 @@ bool TableSink::endOfInput() {
   if (run() != nullptr && !run()->isRunning()) {
     return true;
   }
-  Status<QString> status = finish();
+  Status<QString> status = m_behind->finish();
+  if (status) {
+    status = finish();
+  }
   if (status) {
     status = m_output.complete();
   }

@@ -2,11 +2,14 @@
 //
 // init() creates the temporary file, so that a folder that cannot be written stops the run before
 // it reads anything. The file is complete when the input ends, and gets its name in close() when
-// the run has ended normally. Threads: the engine's.  Errors: logged, and the run fails.
+// the run has ended normally. Rows are written behind, so that formatting and compressing overlap
+// with making the next rows. Threads: the engine's, but for writeRow(), which runs on the thread of
+// a WriteBehind between begin() and finish().  Errors: logged, and the run fails.
 #pragma once
 
 #include "host/contract/action_item.h"
 #include "host/tables/files/output_file.h"
+#include "host/tables/files/write_behind.h"
 
 namespace kelvarin {
 
@@ -27,6 +30,7 @@ class TableSink : public ActionItem {
   virtual Status<QString> checkSettings() { return Done{}; }
   // `columns` has the names and types of all rows to come.
   virtual Status<QString> begin(const OneRow& columns) = 0;
+  // On the thread behind. `row` has the names and types of the columns and nothing else of theirs.
   virtual Status<QString> writeRow(const OneRow& row) = 0;
   // Hands everything to output().
   virtual Status<QString> finish() = 0;
@@ -49,6 +53,7 @@ class TableSink : public ActionItem {
 
   QString m_file;
   OutputFile m_output;
+  std::unique_ptr<WriteBehind> m_behind;
 };
 
 }  // namespace kelvarin

@@ -138,7 +138,11 @@ bool TableSource::takeNextBatch() {
   if (m_batch == nullptr && !m_readAhead->failure().isEmpty()) {
     endWithError(m_readAhead->failure());
   }
-  return m_batch != nullptr;
+  if (m_batch == nullptr) {
+    return false;
+  }
+  offerRowsOnOutputPin(0, *m_batch, m_batch->rowsLeft());
+  return true;
 }
 
 bool TableSource::endWithError(const QString& text) {

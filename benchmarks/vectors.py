@@ -1,19 +1,18 @@
-#!/usr/bin/env python3
-"""Times one expression over a vector of columns against one output a column.
-
-Usage: vector_benchmark.py PROGRAM [--elements 1000] [--rows 20000] [--rounds 5]
+"""One expression over a vector of columns against one output a column.
 
 Three graphs take turns: rows of so many columns that nobody computes with; a Calculator with an output for each column;
-a CalculatorVectorized with one output over a vector of them all. What the last two take beyond the first, in the fastest
-of the rounds, is what the actions cost.
+a CalculatorVectorized with one output over a vector of them all. What the last two take beyond the first is what the
+actions cost.
 """
 
-import argparse
 import json
 import os
 import subprocess
 import tempfile
 
+from comparison import Comparison, medians_of_rounds
+
+ELEMENTS = 1000
 EXPRESSIONS = ("{} * 2 + 1", "{0} / ({0} + 1) - 3 * {0}", "sin({})")
 
 
@@ -45,27 +44,18 @@ def seconds_of(program, text, folder):
     return json.loads(result.stdout)["seconds"]
 
 
-def main():
-    arguments = argparse.ArgumentParser()
-    arguments.add_argument("program")
-    for name, default in (("elements", 1000), ("rows", 20000), ("rounds", 5)):
-        arguments.add_argument(f"--{name}", type=int, default=default)
-    given = arguments.parse_args()
-    cells = given.elements * given.rows
-    with tempfile.TemporaryDirectory() as folder:
+def run(options):
+    rows = 2000 if options.quick else 20_000
+    program = os.path.abspath(os.path.join(options.build, "bin", "kelvarin"))
+    found = []
+    with tempfile.TemporaryDirectory(dir=options.folder) as folder:
         with open(os.path.join(folder, "x.csv"), "w", encoding="utf-8") as out:
-            out.write("x\n" + "".join(f"{row}.5\n" for row in range(given.rows)))
-        print(f"{'expression':<28}{'plain ns':>10}{'vector ns':>11}{'ratio':>8}   an expression of one row")
+            out.write("x\n" + "".join(f"{row}.5\n" for row in range(rows)))
         for expression in EXPRESSIONS:
-            texts = graphs(given.elements, expression)
-            times = {name: [] for name in texts}
-            for _ in range(given.rounds):
-                for name, text in texts.items():
-                    times[name].append(seconds_of(given.program, text, folder))
-            least = {name: min(values) for name, values in times.items()}
-            plain, vector = ((least[name] - least["columns"]) / cells * 1e9 for name in ("plain", "vector"))
-            print(f"{expression.format('v'):<28}{plain:>10.1f}{vector:>11.1f}{vector / plain:>8.2f}")
-
-
-if __name__ == "__main__":
-    main()
+            texts = graphs(ELEMENTS, expression)
+            contenders = {name: lambda text=text: seconds_of(program, text, folder) for name, text in texts.items()}
+            seconds = medians_of_rounds(contenders, options.rounds or (3 if options.quick else 5))
+            plain, vector = ((seconds[name] - seconds["columns"]) / rows / ELEMENTS * 1e9 for name in ("plain", "vector"))
+            found.append(Comparison(f"One expression over {ELEMENTS} columns, each evaluation", expression.format("v"),
+                                    "Calculator, 1000 outputs", vector, plain, "ns"))
+    return found

@@ -1,0 +1,47 @@
+// The calculator at a row from which on rows are in hand.
+#include "actions/calculator/calculator.h"
+
+namespace kelvarin {
+
+// False: the row is one of those that are evaluated by themselves.
+bool Calculator::evaluateAhead() {
+  const RowsAhead rows = rowsAheadOnInPin(0);
+  m_rowsEvaluated = m_evaluator.evaluateAhead(rows);
+  if (m_rowsEvaluated == 0) {
+    m_lookout.sawNothing(m_evaluator.canEvaluateAhead());
+    disconnectResultsAhead();
+    return false;
+  }
+  m_mustLoadRows = m_evaluator.mustLoadRows();
+  connectResultsAhead();
+  m_computedRows.setInput(rows);
+  offerRowsOnOutputPin(0, m_computedRows, m_rowsEvaluated);
+  return true;
+}
+
+void Calculator::connectResultsAhead() {
+  m_columnsAhead.clear();
+  m_outputsByRow.clear();
+  m_computedRows.setColumnCount(static_cast<std::size_t>(getOutputRowForOutputPin(0)->sz()));
+  for (int output = 0; output < m_evaluator.outputCount(); ++output) {
+    const ColumnResults results = m_evaluator.resultsAhead(output);
+    const int column = m_columnOfOutput[static_cast<std::size_t>(output)];
+    m_computedRows.setResults(column, results);
+    if (results.values == nullptr) {
+      m_outputsByRow.push_back(output);
+    } else {
+      m_columnsAhead.push_back(
+          {results.values, results.step, column, m_evaluator.resultCell(output)});
+    }
+  }
+}
+
+void Calculator::disconnectResultsAhead() {
+  unsigned char** places = getOutputRowForOutputPin(0)->getAllColForWrite();
+  for (const ColumnAhead& ahead : m_columnsAhead) {
+    places[ahead.column] = ahead.cell;
+  }
+  m_columnsAhead.clear();
+}
+
+}  // namespace kelvarin

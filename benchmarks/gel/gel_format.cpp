@@ -1,0 +1,195 @@
+// This product's side of the benchmark: rows go to the writer one by one; blocks come from the reader
+// as a reading action gets them.
+#include <algorithm>
+#include <stdexcept>
+
+#include "benchmarks/gel/digest.h"
+#include "benchmarks/gel/table_format.h"
+#include "columnar/reader/block_reader.h"
+#include "columnar/reader/blocks_ahead.h"
+#include "columnar/writer/columnar_hd_writer.h"
+
+namespace kelvarin {
+
+namespace {
+
+constexpr int kRowsInBlock = 5000;
+
+std::string pathOf(const SampleTable& table, const std::string& folder) {
+  return folder + "/" + table.name + ".cgel_kelvarin";
+}
+
+// A row that goes through a table in memory.
+class RowSource {
+ public:
+  explicit RowSource(const SampleTable& table) : m_row(&m_columns) {
+    QVector<QString> names;
+    QVector<MetaInfo> metas;
+    for (const SampleColumn& column : table.columns) {
+      names.push_back(QString::fromStdString(column.name()));
+      metas.push_back({column.type(), 0});
+      m_steps.push_back(column.step());
+    }
+    m_row.setNumberOfColumns(static_cast<int>(names.size()));
+    m_row.setColName(names);
+    m_row.setMetaData(metas);
+    const QString sorted = QString::fromStdString(table.threeColumns[0]);
+    m_row.setSortInfos({{m_row.getIndexOfColumn(sorted), SortType::numberAscending}});
+    for (std::size_t i = 0; i < table.columns.size(); ++i) {
+      m_row.getAllColForWrite()[i] = const_cast<unsigned char*>(table.columns[i].value(0));
+      if (m_steps[i] == 0) {
+        m_texts.push_back(i);
+      }
+    }
+  }
+
+  const OneRow* row() const { return &m_row; }
+  void goOn() {
+    unsigned char** values = m_row.getAllColForWrite();
+    for (std::size_t i = 0; i < m_steps.size(); ++i) {
+      values[i] += m_steps[i];
+    }
+    for (const std::size_t text : m_texts) {
+      values[text] += sizeof(std::uint32_t) + textFromBytes(values[text]).size();
+    }
+  }
+
+ private:
+  PinOutMetaData m_columns;
+  OneRow m_row;
+  std::vector<std::size_t> m_steps;
+  std::vector<std::size_t> m_texts;
+};
+
+// The numbers from `low` to below `high` of a block's key column choose the rows.
+void addRange(DecodedBlock& block, std::uint32_t low, std::uint32_t high, Found& found) {
+  const unsigned char* keys = block.column(0).values.data();
+  const unsigned char* numbers = block.column(2).values.data();
+  for (std::uint64_t row = 0; row < block.rowCount(); ++row) {
+    const auto key = loadPacked<std::uint32_t>(keys + row * sizeof(std::uint32_t));
+    if (key < low || key >= high) {
+      continue;
+    }
+    const auto number = loadPacked<double>(numbers + row * sizeof(double));
+    ++found.rows;
+    found.sum += isNullNumber(number) ? 0.0 : number;
+  }
+}
+
+class GelFormat : public TableFormat {
+ public:
+  explicit GelFormat(int threads) : m_threads(threads) {}
+
+  std::string name() const override { return "gel"; }
+  void prepare(const SampleTable&) override {}
+
+  void write(const SampleTable& table, const std::string& folder) override {
+    GlobalParameters parameters;
+    ColumnarHDWriter writer;
+    bool isWritten = writer.openHD(QString::fromStdString(pathOf(table, folder)), kRowsInBlock, {},
+                                   &parameters, m_threads);
+    RowSource source(table);
+    for (std::size_t row = 1; isWritten && row < table.rows; ++row) {
+      isWritten = writer.writeToHD(source.row());
+      source.goOn();
+    }
+    isWritten = isWritten && writer.writeToHD(source.row());
+    if (!writer.closeHD(GlobalParameters::RunningState::endedNormally) || !isWritten) {
+      throw std::runtime_error("cannot write " + pathOf(table, folder));
+    }
+  }
+
+  Found scan(const SampleTable& table, const std::string& folder,
+             const std::vector<std::string>& columns, Values values) override {
+    const auto file = open(table, folder);
+    const std::vector<std::size_t> places = placesOf(*file, columns);
+    Found found;
+    forEachBlock(*file, places, {}, [&](DecodedBlock& block) {
+      found.rows += block.rowCount();
+      if (values == Values::digested) {
+        addDigest(*file, places, block, found);
+      }
+    });
+    return found;
+  }
+
+  Found range(const SampleTable& table, const std::string& folder) override {
+    const auto file = open(table, folder);
+    const std::vector<std::size_t> places = placesOf(*file, table.threeColumns);
+    const std::uint32_t low = table.rangeBegin();
+    const std::uint32_t high = table.rangeEnd();
+    const auto mayHaveRows = [&](const GelFile& opened, const BlockInfo& block) {
+      KeySummary summary;
+      return !opened.descriptorLayout().readSummary(block.descriptor, places[0], summary) ||
+             (summary.high >= low && summary.low < high);
+    };
+    Found found;
+    forEachBlock(*file, places, mayHaveRows,
+                 [&](DecodedBlock& block) { addRange(block, low, high, found); });
+    return found;
+  }
+
+ private:
+  static std::unique_ptr<GelFile> open(const SampleTable& table, const std::string& folder) {
+    auto file = GelFile::open(pathOf(table, folder), IncompleteFiles::refuse);
+    if (!file) {
+      throw std::runtime_error("cannot open " + pathOf(table, folder));
+    }
+    return std::move(*file);
+  }
+
+  static std::vector<std::size_t> placesOf(const GelFile& file,
+                                           const std::vector<std::string>& columns) {
+    if (columns.empty()) {
+      return file.columnsInRowOrder();
+    }
+    std::vector<std::size_t> places;
+    for (const std::string& name : columns) {
+      const auto& all = file.columns();
+      const auto found = std::find_if(all.begin(), all.end(),
+                                      [&](const GelColumn& column) { return column.name == name; });
+      places.push_back(static_cast<std::size_t>(found - all.begin()));
+    }
+    return places;
+  }
+
+  static void addDigest(const GelFile& file, const std::vector<std::size_t>& places,
+                        DecodedBlock& block, Found& found) {
+    std::vector<unsigned char*> row(places.size());
+    while (block.takeRow(row.data())) {
+      for (std::size_t i = 0; i < row.size(); ++i) {
+        found.digest += digestOf(file.meta(places[i]).type(), row[i]) * (i + 1);
+      }
+    }
+  }
+
+  template <typename Use>
+  void forEachBlock(const GelFile& file, const std::vector<std::size_t>& places,
+                    BlockReader::WantsBlock wantsBlock, Use use) const {
+    auto reader = BlockReader::open(file, places, std::move(wantsBlock));
+    if (!reader) {
+      throw std::runtime_error("cannot open " + reader.error());
+    }
+    constexpr int kBlocksAhead = 2;
+    BlocksAhead blocks([&](auto spare) { return (*reader)->next(std::move(spare)); },
+                       m_threads > 1 ? kBlocksAhead : 0);
+    for (ReadEvent event = blocks.next(); event.kind != ReadEvent::Kind::end;
+         event = blocks.next()) {
+      if (event.kind != ReadEvent::Kind::block) {
+        throw std::runtime_error(file.path() + " is damaged");
+      }
+      use(*event.block);
+      blocks.giveBack(std::move(event.block));
+    }
+  }
+
+  const int m_threads;
+};
+
+}  // namespace
+
+std::unique_ptr<TableFormat> makeGelFormat(int threads) {
+  return std::make_unique<GelFormat>(threads);
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,34 @@
+"""Runs a command on some processors and prints what it took as JSON: measured_process.py 0,1 COMMAND...
+
+A process of its own, because the peak memory of a process includes that of the one which started it.
+"""
+
+import json
+import os
+import subprocess
+import sys
+import time
+
+
+def run(processors, command):
+    """From outside. Gives {"seconds", "megabytes", "output"}; raises when the command fails."""
+    measured = [sys.executable, "-B", os.path.abspath(__file__), ",".join(map(str, processors)), *command]
+    result = subprocess.run(measured, stdout=subprocess.PIPE, text=True, check=True)
+    return json.loads(result.stdout)
+
+
+def main():
+    processors, *command = sys.argv[1:]
+    os.sched_setaffinity(0, {int(number) for number in processors.split(",")})
+    start = time.perf_counter()
+    with subprocess.Popen(command, stdout=subprocess.PIPE, text=True) as process:
+        output = process.stdout.read()
+        _, status, usage = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
+    seconds = time.perf_counter() - start
+    print(json.dumps({"seconds": seconds, "megabytes": usage.ru_maxrss / 1024, "output": output}))
+    sys.exit(process.returncode)
+
+
+if __name__ == "__main__":
+    main()

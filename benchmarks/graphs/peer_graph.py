@@ -1,0 +1,53 @@
+"""Runs the graph in DuckDB or in Polars' streaming engine: peer_graph.py duckdb|polars THREADS INPUT OUTPUT.
+
+Prints the seconds that it took, without the start of Python and the loading of the library.
+"""
+
+import os
+import sys
+import time
+
+CONDITION = 1000
+
+
+def run_duckdb(threads, source, target):
+    import duckdb
+    connection = duckdb.connect(config={"threads": threads})
+    if source.endswith(".csv"):
+        columns = "{'id':'BIGINT','city':'VARCHAR','price':'DOUBLE','quantity':'BIGINT','date':'VARCHAR'}"
+        table, form = f"read_csv('{source}', header=true, columns={columns})", "FORMAT csv, HEADER"
+    else:
+        table, form = f"read_parquet('{source}')", "FORMAT parquet"
+    query = f"""COPY (SELECT *, price*quantity AS total,
+                        price*quantity*(CASE WHEN quantity>10 THEN 0.9::DOUBLE ELSE 1::DOUBLE END) AS disc,
+                        ln(price+1)*sqrt(quantity) AS score
+                      FROM {table} WHERE price*quantity >= {CONDITION}) TO '{target}' ({form})"""
+    start = time.perf_counter()
+    connection.execute(query)
+    return time.perf_counter() - start
+
+
+def run_polars(threads, source, target):
+    os.environ["POLARS_MAX_THREADS"] = str(threads)
+    import polars
+    from polars import col
+    start = time.perf_counter()
+    if source.endswith(".csv"):
+        rows = polars.scan_csv(source, schema={"id": polars.Int64, "city": polars.String, "price": polars.Float64,
+                                               "quantity": polars.Int64, "date": polars.String})
+    else:
+        rows = polars.scan_parquet(source)
+    total = col("price") * col("quantity")
+    rows = rows.with_columns(
+        total=total, disc=total * polars.when(col("quantity") > 10).then(0.9).otherwise(1.0),
+        score=(col("price") + 1).log() * col("quantity").sqrt()).filter(col("total") >= CONDITION)
+    if target.endswith(".csv"):
+        rows.sink_csv(target, engine="streaming")
+    else:
+        rows.sink_parquet(target, compression="snappy", engine="streaming")
+    return time.perf_counter() - start
+
+
+if __name__ == "__main__":
+    name, count, *files = sys.argv[1:]
+    print({"duckdb": run_duckdb, "polars": run_polars}[name](int(count), *files))

@@ -1,0 +1,46 @@
+// Bytes of a file that are read in order, often a few at a time, without asking the system for
+// each.
+//
+// Used by descriptor_reader.cpp. Bytes that have been read are not read again, so it suits files
+// that only grow.
+// Threads: one at a time.  Errors: fewer bytes than asked for; never throws but for a lack of
+// memory.
+#pragma once
+
+#include "columnar/codecs/byte_buffer.h"
+#include "columnar/reader/byte_source.h"
+
+namespace kelvarin {
+
+class FileWindow {
+ public:
+  explicit FileWindow(const ByteSource& source) : m_source(source) {}
+
+  // `count` bytes from `offset` on, fewer where the file ends. They live until the next call.
+  Bytes at(std::uint64_t offset, std::size_t count) {
+    if (offset < m_begin || offset - m_begin > m_bytes.size() ||
+        count > m_bytes.size() - (offset - m_begin)) {
+      fill(offset, count);
+    }
+    const Bytes known = m_bytes.bytes(offset - m_begin);
+    return known.first(std::min(known.size(), count));
+  }
+
+ private:
+  static constexpr std::size_t kAhead = 64 << 10;
+
+  // A length that was read from a file asks for no more than the file has.
+  void fill(std::uint64_t offset, std::size_t count) {
+    const std::uint64_t size = m_source.size();
+    const std::uint64_t left = size > offset ? size - offset : 0;
+    m_begin = offset;
+    m_bytes.resize(std::min<std::uint64_t>(std::max(count, kAhead), left));
+    m_bytes.resize(m_source.readAt(offset, m_bytes.data(), m_bytes.size()));
+  }
+
+  const ByteSource& m_source;
+  std::uint64_t m_begin = 0;
+  ByteBuffer m_bytes;
+};
+
+}  // namespace kelvarin

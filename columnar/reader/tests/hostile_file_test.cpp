@@ -1,0 +1,244 @@
+// Files that ask for more than they are worth, with every checksum right: what reading them takes
+// is bounded by their size, and by the values that they really have.
+#include <gtest/gtest.h>
+
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "columnar/codecs/chunk_codec.h"
+#include "columnar/codecs/descriptor_record.h"
+#include "columnar/codecs/snappy_stream.h"
+#include "columnar/format/block_descriptor.h"
+#include "columnar/format/checksum.h"
+#include "columnar/format/file_header.h"
+#include "columnar/format/file_names.h"
+#include "columnar/reader/blocks_ahead.h"
+#include "columnar/reader/tests/read_rows.h"
+#include "columnar/reader/verification.h"
+
+namespace kelvarin::testing {
+
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kIsMeasured = false;  // a sanitizer takes memory and time of its own
+#else
+constexpr bool kIsMeasured = true;
+#endif
+
+const std::string kMain = FileShape{}.name;
+const std::string kSide = sideFileName(kMain, 0);
+constexpr int kBlocksAhead = 2;
+constexpr std::uint32_t kMany = 400'000'000;
+
+struct Cost {
+  std::uint64_t values = 0;
+  std::uint64_t largestBlock = 0;  // values
+  double seconds = 0.0;            // of the processor
+  std::uint64_t bytes = 0;         // resident at most, beyond what was there before
+};
+
+void readAll(const GelFile& file, Cost& cost) {
+  auto reader = BlockReader::open(file, file.columnsInRowOrder());
+  if (!reader) {
+    return;
+  }
+  BlocksAhead blocks(
+      [&](std::unique_ptr<DecodedBlock> spare) { return (*reader)->next(std::move(spare)); },
+      kBlocksAhead);
+  for (ReadEvent event = blocks.next(); !event.isLast(); event = blocks.next()) {
+    if (event.block) {
+      const std::uint64_t values = event.block->rowCount() * file.columns().size();
+      cost.values += values;
+      cost.largestBlock = std::max(cost.largestBlock, values);
+      blocks.giveBack(std::move(event.block));
+    }
+  }
+}
+
+void verify(const GelFile& file, Cost& cost) {
+  const GelVerification result = verifyGelFile(file, [](const GelDamage&) {});
+  cost.values = result.rows * file.columns().size();
+  cost.largestBlock = std::uint64_t{file.rowsInBlock()} * (result.chunks > 0 ? 1 : 0);
+}
+
+using Work = void (*)(const GelFile&, Cost&);
+
+// In a process of its own, so that its memory can be told.
+Cost costOf(const MemoryFiles& files, Work work) {
+  void* shared =
+      mmap(nullptr, sizeof(Cost), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  Cost& cost = *new (shared) Cost;
+  const auto run = [&](bool isWorking) {
+    const pid_t child = fork();
+    if (child == 0) {
+      const auto file = GelFile::open(kMain, IncompleteFiles::accept, files.opener());
+      if (file && isWorking) {
+        work(**file, cost);
+      }
+      _exit(0);
+    }
+    rusage usage{};
+    int status = 0;
+    wait4(child, &status, 0, &usage);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "ended with " << status;
+    return usage;
+  };
+  const rusage idle = run(false);
+  const rusage busy = run(true);
+  cost.seconds = static_cast<double>(busy.ru_utime.tv_sec + busy.ru_stime.tv_sec) +
+                 static_cast<double>(busy.ru_utime.tv_usec + busy.ru_stime.tv_usec) * 1e-6;
+  cost.bytes = static_cast<std::uint64_t>(std::max(0l, busy.ru_maxrss - idle.ru_maxrss)) * 1024;
+  const Cost result = cost;
+  munmap(shared, sizeof(Cost));
+  return result;
+}
+
+// Beside the files' size, `stream` bytes are what a Snappy stream honestly expands to.
+void expectBounded(const MemoryFiles& files, const std::string& what, std::uint64_t stream = 0) {
+  std::uint64_t size = 0;
+  for (const auto& [name, bytes] : files.all()) {
+    size += bytes.size();
+  }
+  for (const Work work : {readAll, verify}) {
+    const Cost cost = costOf(files, work);
+    if (kIsMeasured) {
+      constexpr std::uint64_t kBytesOfValue = 12;  // a text's place and length
+      EXPECT_LE(cost.bytes, (64ull << 20) + 4 * size + stream +
+                                kBytesOfValue * cost.largestBlock * (kBlocksAhead + 1))
+          << what;
+      EXPECT_LE(cost.seconds,
+                1.0 + 1e-8 * static_cast<double>(size) + 1e-7 * static_cast<double>(cost.values))
+          << what;
+    }
+  }
+}
+
+std::size_t firstRecord(const MemoryFiles& files) {
+  return loadPacked<std::uint32_t>(asBytes(files.at(kMain)).data() + kCompleteFlagOffset + 1) +
+         kOpeningSize;
+}
+
+void storeRecords(MemoryFiles& files, const std::string& records) {
+  files[kMain] = files.at(kMain).substr(0, firstRecord(files)) + records + std::string(8, '\xFF');
+}
+
+std::string sealedRecord(const std::string& payload) {
+  std::string record(kRecordHeadSize, '\0');
+  const auto size = static_cast<std::uint32_t>(payload.size());
+  const std::uint32_t sum = checksum(asBytes(payload));
+  std::memcpy(record.data(), &size, sizeof size);
+  std::memcpy(record.data() + sizeof size, &sum, sizeof sum);
+  return record + payload;
+}
+
+std::string sealedChunk(const std::string& stream) {
+  const std::uint32_t sum = checksum(asBytes(stream));
+  return std::string(reinterpret_cast<const char*>(&sum), sizeof sum) + stream;
+}
+
+std::string compressed(const std::string& raw) {
+  ByteBuffer stream;
+  appendSnappy(asBytes(raw), stream);
+  return std::string(asText(stream.bytes()));
+}
+
+// A file with one column and one block of so many rows, as is told.
+MemoryFiles oneChunk(MadeColumn column, std::uint32_t rows, const std::string& chunk) {
+  const Value value = column.type == 'U' ? Value("x") : Value(1);
+  MemoryFiles files = makeFile({column}, {{value}}, {.rowsInBlock = rows});
+  const Bytes main = asBytes(files.at(kMain));
+  ByteBuffer raw;
+  (void)uncompressSnappy(main.subspan(firstRecord(files) + kRecordHeadSize), kMaximumRawSize, raw);
+  DescriptorLayout::setRowCount(raw.data(), rows);
+  storeRecords(files, sealedRecord(compressed(std::string(asText(raw.bytes())))));
+  const std::uint64_t rowCount = rows;
+  std::memcpy(files[kMain].data() + kOpeningSize, &rowCount, sizeof rowCount);
+  files[kSide] = chunk;
+  return files;
+}
+
+const std::vector<MadeColumn> kKinds{{"k", 'K'},
+                                     {"up", 'K', 0, StorageCode::ascendingKey},
+                                     {"down", 'K', 0, StorageCode::descendingKey},
+                                     {"n", 'F'},
+                                     {"t", 'U'}};
+
+TEST(HostileFile, RowCountsAreNotBelieved) {
+  const std::string stream = compressed(std::string(100, '\1'));
+  for (const MadeColumn& column : kKinds) {
+    for (const std::uint32_t rows : {kMany, 0xFFFFFFFFu}) {
+      expectBounded(oneChunk(column, rows, sealedChunk(stream)), column.name + " with many rows");
+    }
+  }
+}
+
+TEST(HostileFile, AnnouncedLengthsAreNotBelieved) {
+  const std::string length = "\xFF\xFF\xFF\xFF\x0F";
+  for (const MadeColumn& column : kKinds) {
+    expectBounded(oneChunk(column, kMany, sealedChunk(length + std::string(200, '\1'))),
+                  column.name + " with a long stream");
+  }
+  MemoryFiles files = makeFile({{"k", 'K'}}, {{1}});
+  storeRecords(files, sealedRecord(length + std::string(200, '\1')));
+  expectBounded(files, "a long record");
+}
+
+// Snappy makes up to 22 bytes of one. Values are looked at when they are expanded; descriptors are
+// not expanded beyond what the file can need.
+TEST(HostileFile, StreamsThatSwellTakeNoMoreThanTheyExpandTo) {
+  constexpr std::size_t kSwollen = 70'000'000;
+  const std::string stream = compressed(std::string(kSwollen, '\0'));
+  for (const MadeColumn& column : kKinds) {
+    expectBounded(oneChunk(column, kMany, sealedChunk(stream)), column.name + " swollen", kSwollen);
+  }
+  MemoryFiles files = makeFile({{"k", 'K'}}, {{1}});
+  storeRecords(files, sealedRecord(stream));
+  expectBounded(files, "a swollen record");
+}
+
+TEST(HostileFile, ValuesOfFewBytesTakeWhatTheirRowsNeed) {
+  constexpr std::uint32_t kRows = 3'000'000;
+  const std::string oneNumber = std::string("\2\0", 2) + std::string(8, '\0');
+  expectBounded(oneChunk({"n", 'F'}, kRows, sealedChunk(compressed(oneNumber))), "one number");
+  const std::string oneLength = std::string("\0\0\0\0\0\0", 6);
+  expectBounded(oneChunk({"t", 'U'}, kRows, sealedChunk(compressed(oneLength))), "empty texts");
+}
+
+TEST(HostileFile, RecordsWithoutBlocksAreCheap) {
+  MemoryFiles files = makeFile({{"k", 'K'}}, {{1}});
+  std::string records;
+  for (int i = 0; i < 500'000; ++i) {
+    records += std::string(kRecordHeadSize, '\0');
+  }
+  storeRecords(files, records);
+  expectBounded(files, "empty records");
+}
+
+// Descriptors of one row each, with as little as they need behind them.
+TEST(HostileFile, BlocksWithoutValuesAreCheap) {
+  constexpr int kBlocks = 1'000'000;
+  MemoryFiles files = makeFile({{"k", 'K'}}, {{1}}, {.rowsInBlock = 1});
+  GelColumn key;
+  key.type = GelType::key;
+  key.storage = StorageCode::key;
+  const DescriptorLayout layout(std::vector<GelColumn>{key}, 1);
+  for (const std::uint64_t step : {0, 1, 5}) {
+    std::string descriptors;
+    std::vector<unsigned char> one(layout.width());
+    DescriptorLayout::setRowCount(one.data(), 1);
+    for (std::uint64_t i = 0; i < kBlocks; ++i) {
+      layout.setPlace(one.data(), 0, {i * step, false});
+      descriptors += asText(one);
+    }
+    storeRecords(files, sealedRecord(compressed(descriptors)));
+    files[kSide] = std::string(std::max<std::size_t>(kBlocks * step, 1), '\3');
+    expectBounded(files, "blocks of " + std::to_string(step) + " bytes");
+  }
+}
+
+}  // namespace
+
+}  // namespace kelvarin::testing

@@ -1,0 +1,148 @@
+#include "host/tables/csv/csv_indexer.h"
+
+#include <bit>
+
+namespace kelvarin {
+
+CsvIndex CsvIndexer::index(CsvBlock& block, std::size_t size, bool isEnd) {
+  std::vector<std::uint32_t>& marks = block.marks();
+  m_bytes = block.bytes();
+  m_size = static_cast<std::uint32_t>(size);
+  m_isEnd = isEnd;
+  m_record = m_mark = marks.data();
+  m_skipTo = 0;
+  m_isInQuotes = false;
+  m_isStopped = false;
+  m_index = {};
+  makeRoom(marks);
+  mark(0);
+  for (std::uint32_t start = 0; start < m_size && !m_isStopped; start += CsvByteFinder::kStep) {
+    CsvByteBits bits = m_finder.look(m_bytes + start);
+    if (m_size - start < CsvByteFinder::kStep) {
+      const std::uint64_t present = (std::uint64_t{1} << (m_size - start)) - 1;
+      bits = {bits.special & present, bits.rare & present};
+    }
+    makeRoom(marks);
+    if (bits.rare == 0 && !m_isInQuotes && m_skipTo <= start) [[likely]] {
+      takePlain(start, bits.special);
+    } else {
+      m_index.hasRareBytes = true;
+      for (std::uint64_t left = bits.special; left != 0 && !m_isStopped; left &= left - 1) {
+        takeSpecial(start + static_cast<std::uint32_t>(std::countr_zero(left)));
+      }
+    }
+  }
+  if (isEnd && !m_isStopped) {
+    finish();
+  }
+  return m_index;
+}
+
+// Separators and LF only, outside quotes.
+void CsvIndexer::takePlain(std::uint32_t start, std::uint64_t special) {
+  const char separator = m_dialect.separator;
+  std::uint32_t* next = m_mark;
+  for (; special != 0; special &= special - 1) {
+    const std::uint32_t at = start + static_cast<std::uint32_t>(std::countr_zero(special));
+    *next++ = at + 1;
+    if (m_bytes[at] == separator) {
+      continue;
+    }
+    if (next - m_record != static_cast<std::ptrdiff_t>(m_columnCount) + 1) [[unlikely]] {
+      m_mark = next - 1;
+      takeLineEnd(at, at + 1);
+      if (m_isStopped) {
+        return;
+      }
+      next = m_mark;
+      continue;
+    }
+    ++m_index.rowCount;
+    m_index.bytesUsed = at + 1;
+    m_record = next;
+    *next++ = at + 1;
+  }
+  m_mark = next;
+}
+
+// For as many marks as one step can make: a line end makes two.
+void CsvIndexer::makeRoom(std::vector<std::uint32_t>& marks) {
+  constexpr std::size_t kMostInStep = 2 * CsvByteFinder::kStep + 2;
+  const auto used = static_cast<std::size_t>(m_mark - marks.data());
+  if (marks.size() - used < kMostInStep) [[unlikely]] {
+    const auto record = static_cast<std::size_t>(m_record - marks.data());
+    marks.resize(2 * marks.size() + kMostInStep);
+    m_record = marks.data() + record;
+    m_mark = marks.data() + used;
+  }
+}
+
+void CsvIndexer::takeSpecial(std::uint32_t at) {
+  if (at < m_skipTo) {
+    return;
+  }
+  const char c = m_bytes[at];
+  if (m_isInQuotes || (m_dialect.hasQuote && c == m_dialect.quote)) {
+    takeQuote(at);
+  } else if (c == '\n') {
+    takeLineEnd(at, at + 1);
+  } else if (c == m_dialect.separator) {
+    mark(at + 1);
+  } else if (at + 1 == m_size && !m_isEnd) {
+    m_isStopped = true;
+  } else {
+    const bool isTwoBytes = at + 1 < m_size && m_bytes[at + 1] == '\n';
+    m_skipTo = at + (isTwoBytes ? 2 : 1);
+    takeLineEnd(at, m_skipTo);
+  }
+}
+
+// A special byte inside quotes, or a quote.
+void CsvIndexer::takeQuote(std::uint32_t at) {
+  if (!m_isInQuotes) {
+    if (at == fieldStart()) {
+      m_mark[-1] |= CsvBlock::kQuotedMark;
+      m_isInQuotes = true;
+    }
+    return;
+  }
+  if (m_bytes[at] != m_dialect.quote) {
+    return;
+  }
+  if (at + 1 == m_size && !m_isEnd) {
+    m_isStopped = true;
+  } else if (at + 1 < m_size && m_bytes[at + 1] == m_dialect.quote) {
+    m_skipTo = at + 2;
+  } else {
+    m_isInQuotes = false;
+  }
+}
+
+void CsvIndexer::takeLineEnd(std::uint32_t at, std::uint32_t next) {
+  const auto fieldCount = static_cast<std::size_t>(m_mark - m_record);
+  if (fieldCount == m_columnCount) [[likely]] {
+    mark(at + 1);
+    ++m_index.rowCount;
+    m_record = m_mark;
+  } else if (fieldCount == 1 && at == m_record[0]) {
+    m_mark = m_record;
+    ++m_index.emptyLines;
+  } else {
+    m_index.hasFault = true;
+    m_isStopped = true;
+    return;
+  }
+  m_index.bytesUsed = next;
+  mark(next);
+}
+
+// The text ends without a line end, or behind one.
+void CsvIndexer::finish() {
+  if (m_isInQuotes) {
+    m_index.hasFault = true;
+  } else if (m_record[0] != m_size || m_mark - m_record > 1) {
+    takeLineEnd(m_size, m_size);
+  }
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,50 @@
+// The values of some rows, row by row in the bytes of column_bytes.h: rows on their way from one
+// thread to another.
+//
+// Memory is kept from one filling to the next, and grows with the longest row only.
+// Threads: one at a time.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "host/contract/one_row.h"
+
+namespace kelvarin {
+
+class PackedRows {
+ public:
+  explicit PackedRows(std::vector<MetaTypeColumn> types) : m_types(std::move(types)) {}
+
+  void append(const OneRow& row);
+  // As many as should change hands at once.
+  bool isFull() const { return m_used >= kWantedBytes; }
+  bool isEmpty() const { return m_rowCount == 0; }
+  void clear();
+
+  // Points `values` at the next row's values; false when there is none.
+  bool takeRow(unsigned char** values);
+
+ private:
+  static constexpr std::size_t kWantedBytes = 128 * 1024;
+  static constexpr std::size_t kFixedSize = sizeof(double);  // room for any value but a text's bytes
+
+  unsigned char* reserve(std::size_t size) {
+    if (m_capacity - m_used < size) [[unlikely]] {
+      grow(size);
+    }
+    return m_bytes.get() + m_used;
+  }
+  void grow(std::size_t size);
+  void appendText(const unsigned char* value, std::size_t columnsLeft);
+
+  std::vector<MetaTypeColumn> m_types;
+  std::unique_ptr<unsigned char[]> m_bytes;
+  std::size_t m_capacity = 0;
+  std::size_t m_used = 0;
+  std::size_t m_taken = 0;
+  long long m_rowCount = 0;
+  long long m_rowsTaken = 0;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,69 @@
+// Has rows written by a thread of its own, in their order, while more are made.
+//
+// Rows change hands in packets, of which there are a few: who makes rows faster than they can be
+// written waits. After a failure nothing more is written. Threads: push(), finish() and stop() on
+// the thread that makes the rows; the writing function on the one behind. The members below the
+// mutex belong to it; of the packets, those given and not written belong to the thread behind.
+#pragma once
+
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+#include <QString>
+
+#include "base/result.h"
+#include "host/contract/action_item.h"
+#include "host/tables/files/packed_rows.h"
+
+namespace kelvarin {
+
+class WriteBehind {
+ public:
+  using Write = std::function<Status<QString>(const OneRow& row)>;
+
+  // Rows have the columns of `columns`; `action` is the one in whose name the thread logs.
+  WriteBehind(const OneRow& columns, const ActionItem* action, Write write);
+  ~WriteBehind();
+  WriteBehind(const WriteBehind&) = delete;
+  WriteBehind& operator=(const WriteBehind&) = delete;
+
+  // False when the writing has failed; finish() says why.
+  bool push(const OneRow& row) {
+    PackedRows& rows = m_packets[m_given % kPacketCount];
+    rows.append(row);
+    return !rows.isFull() || handOver();
+  }
+  // All rows have been written when this succeeds. The thread has ended, here and after stop().
+  Status<QString> finish();
+  // Rows that are not written yet are dropped.
+  void stop();
+
+ private:
+  static constexpr std::size_t kPacketCount = 4;
+
+  bool handOver();
+  void run();
+  bool waitForPacket();
+  bool writePacket(PackedRows& packet);
+
+  PinOutMetaData m_columns;
+  OneRow m_row{&m_columns};  // the one that is being written
+  const ActionItem* m_action;
+  Write m_write;
+  std::vector<PackedRows> m_packets;
+
+  std::mutex m_mutex;
+  std::condition_variable m_changed;
+  std::size_t m_given = 0;  // packets; written by push() only, which may read it without the lock
+  std::size_t m_written = 0;
+  bool m_isStopping = false;
+  bool m_isComplete = false;  // no more packets come
+  bool m_hasFailed = false;
+  QString m_failure;
+
+  std::thread m_thread;
+};
+
+}  // namespace kelvarin
