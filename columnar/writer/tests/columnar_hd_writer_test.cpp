@@ -246,7 +246,7 @@ TEST(ColumnarHDWriter, GivingUpOnAFullDiskEndsWithAnIncompleteFileAndItsName) {
   for (long long bytesLeft = 0; bytesLeft < 30000; bytesLeft += 1777) {
     FullDisk disk(bytesLeft);
     ColumnarHDWriter writer([](const QString&, int) { return false; });
-    FakeInputPin pin = wideTable(2000);
+    FakeInputPin pin = wideTable(20000);
     EXPECT_FALSE(writeAll(writer, pin, file, {.rowsInBlock = 100, .sets = kThreeSets}));
     EXPECT_EQ(writer.failure().kind, WriteFailure::Kind::cannotWrite);
     EXPECT_TRUE(writer.failure().file.contains(".c")) << writer.failure().file.toStdString();
