@@ -13,9 +13,9 @@ namespace kelvarin {
 
 namespace {
 
-constexpr const char* kNumbers[] = {"year",     "month",    "day",    "dep_time", "sched_dep_time",
-                                    "dep_delay", "arr_time", "sched_arr_time",    "arr_delay",
-                                    "flight",   "air_time", "distance", "hour",   "minute"};
+constexpr const char* kNumbers[] = {
+    "year",           "month",     "day",    "dep_time", "sched_dep_time", "dep_delay", "arr_time",
+    "sched_arr_time", "arr_delay", "flight", "air_time", "distance",       "hour",      "minute"};
 
 std::shared_ptr<arrow::Table> readCsv(const std::string& csvFile) {
   auto convert = arrow::csv::ConvertOptions::Defaults();

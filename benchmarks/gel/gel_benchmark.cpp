@@ -9,8 +9,8 @@
 
 #include <sched.h>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <QTemporaryDir>
@@ -99,7 +99,8 @@ SampleTable makeTable(const std::string& name, const BenchmarkArguments& argumen
   }
   const bool isWide = name == "wide";
   const double rows = std::max(100.0, (isWide ? kWideRows : kSalesRows) * arguments.scale);
-  return isWide ? makeWide(static_cast<std::size_t>(rows)) : makeSales(static_cast<std::size_t>(rows));
+  return isWide ? makeWide(static_cast<std::size_t>(rows))
+                : makeSales(static_cast<std::size_t>(rows));
 }
 
 // Files that do not give back what was written make every time worthless.
@@ -186,13 +187,17 @@ nlohmann::json resultOf(const SampleTable& table, const std::vector<Measured>& f
     }
     list.push_back({{"name", one.format->name()}, {"bytes", one.size}, {"times", times}});
   }
-  return {{"table", table.name}, {"rows", table.rows}, {"columns", table.columns.size()}, {"formats", list}};
+  return {{"table", table.name},
+          {"rows", table.rows},
+          {"columns", table.columns.size()},
+          {"formats", list}};
 }
 
 int runBenchmark(const BenchmarkArguments& arguments) {
-  const QTemporaryDir temporary(arguments.folder.empty()
-                                    ? QString()
-                                    : QString::fromStdString(arguments.folder + "/gel_benchmark-XXXXXX"));
+  const QTemporaryDir temporary(
+      arguments.folder.empty()
+          ? QString()
+          : QString::fromStdString(arguments.folder + "/gel_benchmark-XXXXXX"));
   if (!temporary.isValid()) {
     fmt::print(stderr, "error: {}\n", temporary.errorString().toStdString());
     return 1;
@@ -224,23 +229,29 @@ int runBenchmark(const BenchmarkArguments& arguments) {
 
 int main(int argc, char** argv) {
   kelvarin::BenchmarkArguments arguments;
-  CLI::App program("Times columnar Gel files against Parquet: size, writing, and three ways of reading.",
-                   "gel_benchmark");
+  CLI::App program(
+      "Times columnar Gel files against Parquet: size, writing, and three ways of reading.",
+      "gel_benchmark");
   program.add_option("--tables", arguments.tables, "which tables")
       ->delimiter(',')
       ->check(CLI::IsMember({"flights", "wide", "sales"}))
       ->capture_default_str();
-  program.add_option("--flights", arguments.flights, "all flights as CSV; `scripts/demo --full` fetches them")
+  program
+      .add_option("--flights", arguments.flights,
+                  "all flights as CSV; `scripts/demo --full` fetches them")
       ->capture_default_str();
-  program.add_option("--folder", arguments.folder, "where the files are written; a temporary folder otherwise");
+  program.add_option("--folder", arguments.folder,
+                     "where the files are written; a temporary folder otherwise");
   program.add_option("--rows", arguments.scale, "share of the rows of 'wide' and 'sales'")
       ->check(CLI::Range(0.0, 100.0))
       ->capture_default_str();
   program.add_option("--rounds", arguments.rounds, "how often everything is timed")
       ->check(CLI::PositiveNumber)
       ->capture_default_str();
-  program.add_option("--threads", arguments.threads,
-                     "1: processor time of all threads together; 2: the clock's time, both sides with two")
+  program
+      .add_option(
+          "--threads", arguments.threads,
+          "1: processor time of all threads together; 2: the clock's time, both sides with two")
       ->check(CLI::Range(1, 2))
       ->capture_default_str();
   program.add_flag("--json", arguments.isJson, "print a JSON array");

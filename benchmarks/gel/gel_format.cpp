@@ -1,5 +1,5 @@
-// This product's side of the benchmark: rows go to the writer one by one; blocks come from the reader
-// as a reading action gets them.
+// This product's side of the benchmark: rows go to the writer one by one; blocks come from the
+// reader as a reading action gets them.
 #include <algorithm>
 #include <stdexcept>
 

@@ -49,9 +49,12 @@ void addKeys(SampleTable& table, const std::string& name, std::uint64_t range, b
 }
 
 std::vector<std::string> madeCities(std::size_t count) {
-  constexpr const char* kBeginnings[] = {"Saint-", "Port ", "Bad ", "New ", "Villa", "Ober", "", "Nieder", "Lake ", "El "};
-  constexpr const char* kMiddles[] = {"mar", "lon", "ber", "ka", "tor", "vel", "ras", "min", "du", "sal"};
-  constexpr const char* kEndings[] = {"stadt", "ville", "burg", "ia", "ton", "minster", "ö", "grad", "ford", "pur"};
+  constexpr const char* kBeginnings[] = {"Saint-", "Port ", "Bad ",   "New ",  "Villa",
+                                         "Ober",   "",      "Nieder", "Lake ", "El "};
+  constexpr const char* kMiddles[] = {"mar", "lon", "ber", "ka", "tor",
+                                      "vel", "ras", "min", "du", "sal"};
+  constexpr const char* kEndings[] = {"stadt",   "ville", "burg", "ia",   "ton",
+                                      "minster", "ö",     "grad", "ford", "pur"};
   std::vector<std::string> cities;
   for (std::size_t i = 0; i < count; ++i) {
     cities.push_back(fmt::format("{}{}{}", kBeginnings[i % 10], kMiddles[i / 10 % 10],
@@ -64,9 +67,13 @@ std::vector<std::string> madeCities(std::size_t count) {
 }  // namespace
 
 SampleTable makeWide(std::size_t rows) {
-  SampleTable table{.name = "wide", .rows = rows, .columns = {}, .threeColumns = {"sorted_2", "price_3", "integer_4"}};
+  SampleTable table{.name = "wide",
+                    .rows = rows,
+                    .columns = {},
+                    .threeColumns = {"sorted_2", "price_3", "integer_4"}};
   for (int i = 0; i < 20; ++i) {
-    addNumbers(table, fmt::format("random_{}", i), [](Chance& chance) { return chance.fraction(); });
+    addNumbers(table, fmt::format("random_{}", i),
+               [](Chance& chance) { return chance.fraction(); });
   }
   for (int i = 0; i < 15; ++i) {
     addNumbers(table, fmt::format("price_{}", i),
@@ -95,7 +102,8 @@ SampleTable makeWide(std::size_t rows) {
 }
 
 SampleTable makeSales(std::size_t rows) {
-  SampleTable table{.name = "sales", .rows = rows, .columns = {}, .threeColumns = {"id", "city", "price"}};
+  SampleTable table{
+      .name = "sales", .rows = rows, .columns = {}, .threeColumns = {"id", "city", "price"}};
   constexpr std::size_t kCities = 1000;
   const std::vector<std::string> cities = madeCities(kCities);
   Chance chance(kSeed);

@@ -30,13 +30,15 @@ std::shared_ptr<arrow::Array> arrayOf(const SampleColumn& column, std::size_t ro
   };
   switch (column.type()) {
     case MetaTypeColumn::number:
-      fill(arrow::DoubleBuilder(),
-           [](const unsigned char* value) { return isNullNumber(numberFromBytes(value)); },
-           numberFromBytes);
+      fill(
+          arrow::DoubleBuilder(),
+          [](const unsigned char* value) { return isNullNumber(numberFromBytes(value)); },
+          numberFromBytes);
       return array;
     case MetaTypeColumn::key:
-      fill(arrow::UInt32Builder(),
-           [](const unsigned char* value) { return isNullKey(keyFromBytes(value)); }, keyFromBytes);
+      fill(
+          arrow::UInt32Builder(),
+          [](const unsigned char* value) { return isNullKey(keyFromBytes(value)); }, keyFromBytes);
       return array;
     default:
       fill(arrow::StringBuilder(), isNullText, textFromBytes);
@@ -64,9 +66,8 @@ std::uint64_t digestOfEntry(const arrow::Array& array, std::int64_t row) {
       return digestOf(MetaTypeColumn::number, reinterpret_cast<const unsigned char*>(&number));
     }
     case arrow::Type::UINT32: {
-      const std::uint32_t key = array.IsNull(row)
-                                    ? kNullKey
-                                    : static_cast<const arrow::UInt32Array&>(array).Value(row);
+      const std::uint32_t key =
+          array.IsNull(row) ? kNullKey : static_cast<const arrow::UInt32Array&>(array).Value(row);
       return digestOf(MetaTypeColumn::key, reinterpret_cast<const unsigned char*>(&key));
     }
     default: {
@@ -136,10 +137,9 @@ class ParquetFormat : public TableFormat {
   Found scan(const SampleTable& table, const std::string& folder,
              const std::vector<std::string>& columns, Values values) override {
     const auto reader = open(table, folder);
-    const auto batches = columns.empty()
-                             ? valueOf(reader->GetRecordBatchReader())
-                             : valueOf(reader->GetRecordBatchReader(allRowGroups(*reader),
-                                                                    placesOf(*reader, columns)));
+    const auto batches = columns.empty() ? valueOf(reader->GetRecordBatchReader())
+                                         : valueOf(reader->GetRecordBatchReader(
+                                               allRowGroups(*reader), placesOf(*reader, columns)));
     Found found;
     forEachBatch(*batches, [&](const arrow::RecordBatch& batch) {
       found.rows += static_cast<std::uint64_t>(batch.num_rows());
@@ -206,7 +206,8 @@ class ParquetFormat : public TableFormat {
   static bool mayHaveRows(Reader& reader, int group, int column, std::uint32_t low,
                           std::uint32_t high) {
     const auto chunk = reader.parquet_reader()->metadata()->RowGroup(group)->ColumnChunk(column);
-    const auto statistics = std::dynamic_pointer_cast<parquet::Int32Statistics>(chunk->statistics());
+    const auto statistics =
+        std::dynamic_pointer_cast<parquet::Int32Statistics>(chunk->statistics());
     return statistics == nullptr || !statistics->HasMinMax() ||
            (static_cast<std::uint32_t>(statistics->max()) >= low &&
             static_cast<std::uint32_t>(statistics->min()) < high);

@@ -1,5 +1,5 @@
-// A table in memory that both sides of the benchmark write: column by column, in the bytes that rows
-// point to.
+// A table in memory that both sides of the benchmark write: column by column, in the bytes that
+// rows point to.
 //
 // Threads: plain values once filled.
 #pragma once
@@ -15,8 +15,8 @@ namespace kelvarin {
 
 class SampleColumn {
  public:
-  // `place` counts the table's columns: the first values of all columns lie in different cache lines
-  // of their pages, as values of a real row do.
+  // `place` counts the table's columns: the first values of all columns lie in different cache
+  // lines of their pages, as values of a real row do.
   SampleColumn(std::string name, MetaTypeColumn type, std::size_t place);
 
   void addNumber(double number) { addPacked(number); }

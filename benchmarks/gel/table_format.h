@@ -1,5 +1,5 @@
-// One side of the benchmark: a file format that writes a table and reads it back in three ways, each
-// time from a file that is opened anew.
+// One side of the benchmark: a file format that writes a table and reads it back in three ways,
+// each time from a file that is opened anew.
 //
 // Threads: one at a time.  Errors: std::runtime_error.
 #pragma once
