@@ -11,7 +11,7 @@ import time
 
 
 def run(processors, command):
-    """From outside. Gives {"seconds", "megabytes", "output"}; raises when the command fails."""
+    """From outside. Gives {"seconds", "processorSeconds", "megabytes", "output"}; raises when the command fails."""
     measured = [sys.executable, "-B", os.path.abspath(__file__), ",".join(map(str, processors)), *command]
     result = subprocess.run(measured, stdout=subprocess.PIPE, text=True, check=True)
     return json.loads(result.stdout)
@@ -26,7 +26,8 @@ def main():
         _, status, usage = os.wait4(process.pid, 0)
         process.returncode = os.waitstatus_to_exitcode(status)
     seconds = time.perf_counter() - start
-    print(json.dumps({"seconds": seconds, "megabytes": usage.ru_maxrss / 1024, "output": output}))
+    print(json.dumps({"seconds": seconds, "processorSeconds": usage.ru_utime + usage.ru_stime,
+                      "megabytes": usage.ru_maxrss / 1024, "output": output}))
     sys.exit(process.returncode)
 
 

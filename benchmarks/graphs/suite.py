@@ -65,21 +65,24 @@ def commands_of(form, folder, ours, threads):
 
 
 def measure(commands, processors, rounds):
-    """(seconds, megabytes) by name, medians of the rounds."""
+    """(seconds, seconds of the processors, megabytes) by name, medians of the rounds."""
     runs = {name: [] for name in commands}
     for _ in range(rounds):
         for name, command in commands.items():
             result = measured_process.run(processors, command)
-            seconds = result["seconds"] if name == OURS else float(result["output"])
-            runs[name].append((seconds, result["megabytes"]))
+            seconds = (result["seconds"], result["processorSeconds"])
+            if name != OURS:
+                seconds = tuple(float(word) for word in result["output"].split())
+            runs[name].append((*seconds, result["megabytes"]))
     return {name: tuple(statistics.median(values) for values in zip(*measured)) for name, measured in runs.items()}
 
 
 def compare(group, measured):
-    seconds, megabytes = measured.pop(OURS)
-    found = [Comparison(group, "time", peer, seconds, theirs, "s", 1.0) for peer, (theirs, _) in measured.items()]
-    found += [Comparison(group, "peak memory", peer, megabytes, theirs, "MB") for peer, (_, theirs) in measured.items()]
-    found.append(Comparison(group, "peak memory", f"{MOST_MEGABYTES} MB", megabytes, MOST_MEGABYTES, "MB", 1.0))
+    ours = measured.pop(OURS)
+    measures = (("time", "s", 1.0), ("processor time", "s", None), ("peak memory", "MB", None))
+    found = [Comparison(group, what, peer, ours[place], theirs[place], unit, wanted)
+             for place, (what, unit, wanted) in enumerate(measures) for peer, theirs in measured.items()]
+    found.append(Comparison(group, "peak memory", f"{MOST_MEGABYTES} MB", ours[-1], MOST_MEGABYTES, "MB", 1.0))
     return found
 
 

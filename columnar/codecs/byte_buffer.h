@@ -40,6 +40,21 @@ class ByteBuffer {
       std::memcpy(append(bytes.size()), bytes.data(), bytes.size());
     }
   }
+  // The same, without a call for the short texts of a row.
+  void appendShort(const unsigned char* bytes, std::size_t size) {
+    unsigned char* place = append(size);
+    if (size > 16) {
+      std::memcpy(place, bytes, size);
+    } else if (size >= 8) {
+      copyEnds<std::uint64_t>(place, bytes, size);
+    } else if (size >= 4) {
+      copyEnds<std::uint32_t>(place, bytes, size);
+    } else if (size > 0) {
+      place[0] = bytes[0];
+      place[size / 2] = bytes[size / 2];
+      place[size - 1] = bytes[size - 1];
+    }
+  }
   template <PackedValue T>
   void put(T value) {
     storePacked(append(sizeof value), value);
@@ -53,6 +68,13 @@ class ByteBuffer {
   explicit ByteBuffer(std::size_t reserve) : m_reserve(reserve) {}
 
  private:
+  // Both ends, which meet or overlap.
+  template <typename T>
+  static void copyEnds(unsigned char* to, const unsigned char* from, std::size_t size) {
+    storePacked(to, loadPacked<T>(from));
+    storePacked(to + size - sizeof(T), loadPacked<T>(from + size - sizeof(T)));
+  }
+
   void grow(std::size_t size) {
     const std::size_t capacity = size + std::max(m_reserve, size / 8);
     std::unique_ptr<unsigned char[]> larger(new unsigned char[capacity]);

@@ -20,86 +20,40 @@ constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
 constexpr std::uint64_t kTwoTo52Bits = 0x4330000000000000ull;
 constexpr double kTwoTo52 = 4503599627370496.0;
 
-constexpr CodeWidth kCodeWidths[] = {{1, 0}, {1, 1}, {1, 2}, {1, 4}, {2, 0},
-                                     {2, 1}, {2, 2}, {2, 4}, {2, 8}, {4, 0}};
-
 struct ScaledNumber {
   std::int64_t integer;
   bool isExact;
 };
 
+template <bool kDivides>
 inline ScaledNumber scaledNumber(std::uint64_t bits, double power) {
   const double value = std::bit_cast<double>(bits);
-  const double product = value * power;
+  const double product = kDivides ? value * power : value;
   const double shifted = product + kRounding;
   // Modulo 2^64: numbers that are too large give nonsense, and are refused below.
   const auto integer = static_cast<std::int64_t>(std::bit_cast<std::uint64_t>(shifted) -
                                                  std::bit_cast<std::uint64_t>(kRounding));
-  const double back = (shifted - kRounding) / power;
+  const double back = kDivides ? (shifted - kRounding) / power : shifted - kRounding;
   const bool isSmall = product < kLargestScaled && product > -kLargestScaled;
   const bool isSame = std::bit_cast<std::uint64_t>(back) == bits;
   return {integer, (isSmall & isSame) != 0};
 }
 
-// Rows are taken in pieces whose parts fit on the stack.
-constexpr std::size_t kPiece = 512;
-
-// All the codes that a byte holds, a byte each.
-template <int kBits>
-constexpr auto makeSpreadBytes() {
-  std::array<std::array<unsigned char, 8 / kBits>, 256> spread{};
-  for (unsigned byte = 0; byte < 256; ++byte) {
-    for (unsigned i = 0; i < 8 / kBits; ++i) {
-      spread[byte][i] = static_cast<unsigned char>(byte >> (kBits * i) & ((1u << kBits) - 1));
-    }
-  }
-  return spread;
-}
-
-// `out` has room for a multiple of 8 codes.
-template <int kBits>
-void unpackCodesOf(const unsigned char* packed, std::size_t rows, unsigned char* out) {
-  static constexpr auto kSpread = makeSpreadBytes<kBits>();
-  constexpr std::size_t kInByte = 8 / kBits;
-  for (std::size_t i = 0; i < rows; i += kInByte) {
-    std::memcpy(out + i, kSpread[*packed++].data(), kInByte);
-  }
-}
-
-void unpackCodes(const unsigned char* packed, std::size_t rows, int bits, unsigned char* out) {
-  switch (bits) {
-    case 0:
-      std::memset(out, 0, rows);
-      return;
-    case 1:
-      return unpackCodesOf<1>(packed, rows, out);
-    case 2:
-      return unpackCodesOf<2>(packed, rows, out);
-    case 4:
-      return unpackCodesOf<4>(packed, rows, out);
-    default:
-      std::memcpy(out, packed, rows);
-  }
-}
-
-// How a column of codes becomes numbers.
-struct Scale {
-  std::uint64_t missing;  // a code, or more than any code
+// The parts of a Scale as the loop needs them.
+struct Factors {
+  std::uint64_t missing;
   double offset;
   double power;
 };
 
-template <typename Low, bool kDivides>
-void unscalePiece(const unsigned char* low, const unsigned char* high, std::size_t rows,
-                  const Scale& scale, unsigned char* numbers) {
-  const std::uint64_t missing = scale.missing;
-  const double offset = scale.offset;
-  const double power = scale.power;
-  for (std::size_t i = 0; i < rows; ++i) {
-    std::uint64_t code = loadPacked<Low>(low + i * sizeof(Low));
-    if constexpr (sizeof(Low) < 4) {
-      code |= std::uint64_t{high[i]} << (8 * sizeof(Low));
-    }
+template <bool kDivides>
+[[gnu::always_inline]] inline void unscalePiece(std::span<const std::uint32_t> codes,
+                                                const Factors& factors, unsigned char* numbers) {
+  const std::uint64_t missing = factors.missing;
+  const double offset = factors.offset;
+  const double power = factors.power;
+  for (std::size_t i = 0; i < codes.size(); ++i) {
+    const std::uint64_t code = codes[i];
     double value = std::bit_cast<double>(kTwoTo52Bits | code) - offset;
     if constexpr (kDivides) {
       value /= power;
@@ -110,43 +64,97 @@ void unscalePiece(const unsigned char* low, const unsigned char* high, std::size
   }
 }
 
-template <typename Low>
-void unscaleCodes(const unsigned char* codes, std::size_t rows, int highBits, const Scale& scale,
-                  unsigned char* numbers) {
-  const unsigned char* packed = codes + rows * sizeof(Low);
-  const auto convert = scale.power == 1.0 ? unscalePiece<Low, false> : unscalePiece<Low, true>;
-  unsigned char high[kPiece] = {};
-  for (std::size_t done = 0; done < rows; done += kPiece) {
-    const std::size_t count = std::min(kPiece, rows - done);
-    if (highBits > 0) {
-      unpackCodes(packed + done * static_cast<std::size_t>(highBits) / 8, count, highBits, high);
-    }
-    convert(codes + done * sizeof(Low), high, count, scale, numbers + done * sizeof(double));
+[[gnu::always_inline]] inline void unscaleCodes(std::span<const std::uint32_t> codes,
+                                                const Factors& factors, unsigned char* numbers) {
+  if (factors.power == 1.0) {
+    unscalePiece<false>(codes, factors, numbers);
+  } else {
+    unscalePiece<true>(codes, factors, numbers);
   }
 }
 
-template <typename Low>
-void storeLowParts(std::span<const std::int64_t> integers, std::int64_t base, unsigned char* out) {
-  for (std::size_t i = 0; i < integers.size(); ++i) {
-    const std::int64_t integer = integers[i];
-    const std::int64_t code = integer == kMissingInteger ? -1 : integer - base;
-    storePacked(out + i * sizeof(Low), static_cast<Low>(code));
+template <bool kDivides>
+[[gnu::always_inline]] inline ScaledRange scaleAll(Numbers numbers, double power,
+                                                   std::int64_t* integers) {
+  std::int64_t lowest = INT64_MAX;
+  std::int64_t highest = INT64_MIN;
+  std::uint64_t inexact = 0;
+  std::uint64_t missingCount = 0;
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    const std::uint64_t bits = numbers[i];
+    const ScaledNumber number = scaledNumber<kDivides>(bits, power);
+    const bool isMissing = bits == kNullNumberBits;
+    const std::int64_t forLowest = isMissing ? INT64_MAX : number.integer;
+    const std::int64_t forHighest = isMissing ? INT64_MIN : number.integer;
+    lowest = forLowest < lowest ? forLowest : lowest;
+    highest = forHighest > highest ? forHighest : highest;
+    inexact += !isMissing & !number.isExact;
+    missingCount += isMissing;
+    integers[i] = isMissing ? kMissingInteger : number.integer;
   }
+  return {.isExact = inexact == 0,
+          .hasMissing = missingCount > 0,
+          .hasValues = missingCount < numbers.size(),
+          .lowest = lowest,
+          .highest = highest};
 }
 
-void storeHighParts(std::span<const std::int64_t> integers, std::int64_t base, CodeWidth width,
-                    unsigned char* out) {
-  const unsigned mask = (1u << width.highBits) - 1;
-  std::uint8_t high[kPiece];
-  for (std::size_t done = 0; done < integers.size(); done += kPiece) {
-    const std::size_t count = std::min(kPiece, integers.size() - done);
-    for (std::size_t i = 0; i < count; ++i) {
-      const std::int64_t integer = integers[done + i];
-      const std::int64_t code = integer == kMissingInteger ? -1 : integer - base;
-      high[i] = static_cast<std::uint8_t>(code >> (8 * width.lowBytes) & mask);
+[[gnu::always_inline]] inline ScaledRange scaleNumbers(Numbers numbers, double power,
+                                                       std::int64_t* integers) {
+  return power == 1.0 ? scaleAll<false>(numbers, power, integers)
+                      : scaleAll<true>(numbers, power, integers);
+}
+
+// The loops over all numbers, once for every processor and once for those with wider registers. The
+// results are the same: every operation is exact or rounded as the standard says.
+struct Loops {
+  ScaledRange (*scale)(Numbers, double, std::int64_t*);
+  void (*unscale)(std::span<const std::uint32_t>, const Factors&, unsigned char*);
+};
+
+ScaledRange scalePortably(Numbers numbers, double power, std::int64_t* integers) {
+  return scaleNumbers(numbers, power, integers);
+}
+void unscalePortably(std::span<const std::uint32_t> codes, const Factors& factors,
+                     unsigned char* numbers) {
+  unscaleCodes(codes, factors, numbers);
+}
+
+#if defined(__x86_64__)
+__attribute__((target("avx2"))) ScaledRange scaleWide(Numbers numbers, double power,
+                                                      std::int64_t* integers) {
+  return scaleNumbers(numbers, power, integers);
+}
+__attribute__((target("avx2"))) void unscaleWide(std::span<const std::uint32_t> codes,
+                                                 const Factors& factors, unsigned char* numbers) {
+  unscaleCodes(codes, factors, numbers);
+}
+#endif
+
+const Loops& loops() {
+  static const Loops chosen = [] {
+#if defined(__x86_64__)
+    if (__builtin_cpu_supports("avx2")) {
+      return Loops{scaleWide, unscaleWide};
     }
-    packCodes({high, count}, width.highBits, out);
-    out += packedCodesSize(count, width.highBits);
+#endif
+    return Loops{scalePortably, unscalePortably};
+  }();
+  return chosen;
+}
+
+template <bool kDivides>
+void addDifferences(std::span<const std::uint32_t> codes, std::uint64_t missing, double power,
+                    std::int64_t& integer, unsigned char* numbers) {
+  for (std::size_t i = 0; i < codes.size(); ++i) {
+    const bool isMissing = codes[i] == missing;
+    integer += isMissing ? 0 : unfoldedSign(codes[i]);
+    double value = static_cast<double>(integer);
+    if constexpr (kDivides) {
+      value /= power;
+    }
+    const std::uint64_t bits = std::bit_cast<std::uint64_t>(value);
+    storePacked(numbers + i * sizeof bits, isMissing ? kNullNumberBits : bits);
   }
 }
 
@@ -202,18 +210,6 @@ constexpr Split kSplits[] = {nullptr,      splitInto<1>, splitInto<2>, splitInto
 constexpr Join kJoins[] = {nullptr,     joinFrom<1>, joinFrom<2>, joinFrom<3>,
                            joinFrom<4>, joinFrom<5>, joinFrom<6>, joinFrom<7>};
 
-template <int kBits>
-void packCodesOf(std::span<const std::uint8_t> codes, unsigned char* out) {
-  constexpr std::size_t kInByte = 8 / kBits;
-  for (std::size_t i = 0; i < codes.size(); i += kInByte) {
-    unsigned byte = 0;
-    for (std::size_t k = 0; k < kInByte && i + k < codes.size(); ++k) {
-      byte |= static_cast<unsigned>(codes[i + k]) << (kBits * k);
-    }
-    *out++ = static_cast<unsigned char>(byte);
-  }
-}
-
 }  // namespace
 
 double powerOfTen(int exponent) {
@@ -221,87 +217,63 @@ double powerOfTen(int exponent) {
 }
 
 bool isExactScaled(std::uint64_t number, int exponent) {
-  return number == kNullNumberBits || scaledNumber(number, powerOfTen(exponent)).isExact;
+  return number == kNullNumberBits || scaledNumber<true>(number, powerOfTen(exponent)).isExact;
 }
 
 ScaledRange scale(Numbers numbers, int exponent, std::int64_t* integers) {
-  const double power = powerOfTen(exponent);
-  std::int64_t lowest = INT64_MAX;
-  std::int64_t highest = INT64_MIN;
-  std::uint64_t inexact = 0;
-  std::uint64_t missingCount = 0;
-  for (std::size_t i = 0; i < numbers.size(); ++i) {
-    const std::uint64_t bits = numbers[i];
-    const ScaledNumber number = scaledNumber(bits, power);
-    const bool isMissing = bits == kNullNumberBits;
-    const std::int64_t forLowest = isMissing ? INT64_MAX : number.integer;
-    const std::int64_t forHighest = isMissing ? INT64_MIN : number.integer;
-    lowest = forLowest < lowest ? forLowest : lowest;
-    highest = forHighest > highest ? forHighest : highest;
-    inexact += !isMissing & !number.isExact;
-    missingCount += isMissing;
-    integers[i] = isMissing ? kMissingInteger : number.integer;
-  }
-  return {.isExact = inexact == 0,
-          .hasMissing = missingCount > 0,
-          .hasValues = missingCount < numbers.size(),
-          .lowest = lowest,
-          .highest = highest};
+  return loops().scale(numbers, powerOfTen(exponent), integers);
 }
 
-std::optional<CodeWidth> codeWidthOf(int bits) {
-  for (const CodeWidth width : kCodeWidths) {
-    if (width.bits() == bits) {
-      return width;
+void storeScaled(std::span<const std::int64_t> integers, std::int64_t base, CodeWidth width,
+                 unsigned char* codes) {
+  const StoredCodes stored(codes, integers.size(), width);
+  std::uint32_t piece[kRowsInPiece];
+  for (std::size_t first = 0; first < integers.size(); first += kRowsInPiece) {
+    const std::size_t count = std::min(kRowsInPiece, integers.size() - first);
+    for (std::size_t i = 0; i < count; ++i) {
+      const std::int64_t integer = integers[first + i];
+      piece[i] = static_cast<std::uint32_t>(integer == kMissingInteger ? -1 : integer - base);
     }
-  }
-  return std::nullopt;
-}
-
-std::optional<CodeWidth> codeWidthFor(std::uint64_t largestCode) {
-  for (const CodeWidth width : kCodeWidths) {
-    if (largestCode >> width.bits() == 0) {
-      return width;
-    }
-  }
-  return std::nullopt;
-}
-
-std::size_t codesSize(std::size_t rows, CodeWidth width) {
-  return rows * static_cast<std::size_t>(width.lowBytes) + packedCodesSize(rows, width.highBits);
-}
-
-void storeCodes(std::span<const std::int64_t> integers, std::int64_t base, CodeWidth width,
-                unsigned char* codes) {
-  switch (width.lowBytes) {
-    case 1:
-      storeLowParts<std::uint8_t>(integers, base, codes);
-      break;
-    case 2:
-      storeLowParts<std::uint16_t>(integers, base, codes);
-      break;
-    default:
-      storeLowParts<std::uint32_t>(integers, base, codes);
-  }
-  if (width.highBits > 0) {
-    storeHighParts(integers, base, width,
-                   codes + integers.size() * static_cast<std::size_t>(width.lowBytes));
+    stored.store(first, {piece, count});
   }
 }
 
-void unscale(const unsigned char* codes, std::size_t rows, CodeWidth width, bool hasMissing,
-             std::int64_t base, int exponent, unsigned char* numbers) {
-  const Scale scale{.missing = hasMissing ? (1ull << width.bits()) - 1 : UINT64_MAX,
-                    .offset = kTwoTo52 - static_cast<double>(base),
-                    .power = powerOfTen(exponent)};
-  switch (width.lowBytes) {
-    case 1:
-      return unscaleCodes<std::uint8_t>(codes, rows, width.highBits, scale, numbers);
-    case 2:
-      return unscaleCodes<std::uint16_t>(codes, rows, width.highBits, scale, numbers);
-    default:
-      return unscaleCodes<std::uint32_t>(codes, rows, width.highBits, scale, numbers);
+void unscale(const LoadedCodes& codes, const Scale& scale, unsigned char* numbers) {
+  const Factors factors{.missing = scale.missing,
+                        .offset = kTwoTo52 - static_cast<double>(scale.base),
+                        .power = powerOfTen(scale.exponent)};
+  const auto convert = loops().unscale;
+  codes.forEachPiece([&](std::size_t first, std::span<const std::uint32_t> piece) {
+    convert(piece, factors, numbers + first * sizeof(double));
+    return true;
+  });
+}
+
+void unscaleDifferences(const LoadedCodes& codes, const Scale& scale, unsigned char* numbers) {
+  const double power = powerOfTen(scale.exponent);
+  const auto add = power == 1.0 ? addDifferences<false> : addDifferences<true>;
+  std::int64_t integer = scale.base;
+  codes.forEachPiece([&](std::size_t first, std::span<const std::uint32_t> piece) {
+    add(piece, scale.missing, power, integer, numbers + first * sizeof(double));
+    return true;
+  });
+}
+
+bool takeDifferences(std::span<const std::int64_t> integers, std::int64_t base,
+                     std::uint32_t* differences, std::uint32_t& largest) {
+  std::int64_t before = base;
+  std::uint64_t all = 0;
+  std::uint64_t most = 0;
+  for (std::size_t i = 0; i < integers.size(); ++i) {
+    const bool isMissing = integers[i] == kMissingInteger;
+    const std::uint64_t difference = isMissing ? 0 : foldedSign(integers[i] - before);
+    before = isMissing ? before : integers[i];
+    all |= difference;
+    most = std::max(most, difference);
+    differences[i] = isMissing ? UINT32_MAX : static_cast<std::uint32_t>(difference);
   }
+  largest = static_cast<std::uint32_t>(most);
+  return all < UINT32_MAX;
 }
 
 void split(Numbers numbers, int planes, unsigned char* out) {
@@ -310,42 +282,6 @@ void split(Numbers numbers, int planes, unsigned char* out) {
 
 void join(const unsigned char* bytes, std::size_t rows, int planes, unsigned char* numbers) {
   kJoins[planes](bytes, rows, numbers);
-}
-
-int bitsOfCodes(std::size_t entries) {
-  const int bits = static_cast<int>(std::bit_width(entries - 1));
-  return bits == 0 ? 0 : static_cast<int>(std::bit_ceil(static_cast<unsigned>(bits)));
-}
-
-std::size_t packedCodesSize(std::size_t rows, int bits) {
-  return (rows * static_cast<std::size_t>(bits) + 7) / 8;
-}
-
-void packCodes(std::span<const std::uint8_t> codes, int bits, unsigned char* out) {
-  switch (bits) {
-    case 0:
-      return;
-    case 1:
-      return packCodesOf<1>(codes, out);
-    case 2:
-      return packCodesOf<2>(codes, out);
-    case 4:
-      return packCodesOf<4>(codes, out);
-    default:
-      return packCodesOf<8>(codes, out);
-  }
-}
-
-void lookUp(const unsigned char* codes, std::size_t rows, int bits, const std::uint64_t* table,
-            unsigned char* numbers) {
-  unsigned char piece[kPiece];
-  for (std::size_t done = 0; done < rows; done += kPiece) {
-    const std::size_t count = std::min(kPiece, rows - done);
-    unpackCodes(codes + done * static_cast<std::size_t>(bits) / 8, count, bits, piece);
-    for (std::size_t i = 0; i < count; ++i) {
-      storePacked(numbers + (done + i) * sizeof *table, table[piece[i]]);
-    }
-  }
 }
 
 std::size_t countOthers(Numbers numbers, std::uint64_t common) {

@@ -5,8 +5,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <span>
+
+#include "columnar/codecs/code_array.h"
 
 namespace kelvarin::kernels {
 
@@ -31,39 +32,38 @@ bool isExactScaled(std::uint64_t number, int exponent);
 // Writes each number times 10^exponent, or kMissingInteger.
 ScaledRange scale(Numbers numbers, int exponent, std::int64_t* integers);
 
-// A code is stored in a low part of 1, 2 or 4 bytes, for every row, and then a high part of 0, 1, 2,
-// 4 or 8 bits, for every row.
-struct CodeWidth {
-  int lowBytes = 1;
-  int highBits = 0;
-
-  int bits() const { return 8 * lowBytes + highBits; }
-};
-
-// The widths that there are: 8, 9, 10, 12, 16, 17, 18, 20, 24 and 32 bits. Nothing for other numbers.
-std::optional<CodeWidth> codeWidthOf(int bits);
-// The narrowest that holds a code; nothing when it has more than 32 bits.
-std::optional<CodeWidth> codeWidthFor(std::uint64_t largestCode);
-std::size_t codesSize(std::size_t rows, CodeWidth width);
-
 // Stores each integer less the base, missing ones as all bits set.
-void storeCodes(std::span<const std::int64_t> integers, std::int64_t base, CodeWidth width,
-                unsigned char* codes);
-void unscale(const unsigned char* codes, std::size_t rows, CodeWidth width, bool hasMissing,
-             std::int64_t base, int exponent, unsigned char* numbers);
+void storeScaled(std::span<const std::int64_t> integers, std::int64_t base, CodeWidth width,
+                 unsigned char* codes);
+
+// Differences by their sizes, so that both signs are short: 0, -1, 1, -2, 2, ...
+constexpr std::uint64_t foldedSign(std::int64_t difference) {
+  return static_cast<std::uint64_t>(difference) << 1 ^
+         static_cast<std::uint64_t>(difference >> 63);
+}
+constexpr std::int64_t unfoldedSign(std::uint64_t code) {
+  return static_cast<std::int64_t>(code >> 1 ^ (0 - (code & 1)));
+}
+
+// What each integer differs from the one before, missing ones passed over; the first differs from
+// `base`. False when one does not fit. Missing ones become all bits set. `largest` is the largest
+// difference.
+bool takeDifferences(std::span<const std::int64_t> integers, std::int64_t base,
+                     std::uint32_t* differences, std::uint32_t& largest);
+
+// How codes become numbers.
+struct Scale {
+  std::uint64_t missing;  // a code, or more than any code
+  std::int64_t base;
+  int exponent;
+};
+void unscale(const LoadedCodes& codes, const Scale& scale, unsigned char* numbers);
+// The same where the codes are differences and the base is what the first one differs from.
+void unscaleDifferences(const LoadedCodes& codes, const Scale& scale, unsigned char* numbers);
 
 // The `planes` highest bytes of each number, plane after plane, then the other bytes of each.
 void split(Numbers numbers, int planes, unsigned char* out);
 void join(const unsigned char* bytes, std::size_t rows, int planes, unsigned char* numbers);
-
-// Codes of 0, 1, 2, 4 or 8 bits, the first in the lowest bits.
-void packCodes(std::span<const std::uint8_t> codes, int bits, unsigned char* out);
-// The fewest that tell so many entries apart.
-int bitsOfCodes(std::size_t entries);
-std::size_t packedCodesSize(std::size_t rows, int bits);
-// `table` has 256 entries.
-void lookUp(const unsigned char* codes, std::size_t rows, int bits, const std::uint64_t* table,
-            unsigned char* numbers);
 
 std::size_t countOthers(Numbers numbers, std::uint64_t common);
 

@@ -49,52 +49,72 @@ bool decodePlain(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
   return true;
 }
 
-bool decodeScaled(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
+using Unscale = void (*)(const LoadedCodes&, const kernels::Scale&, unsigned char*);
+
+bool decodeCodes(ByteReader& reader, std::size_t rows, ByteBuffer& numbers, Unscale unscale) {
   ScaledHead head;
   if (!take(reader, head)) {
     return false;
   }
-  const auto width = kernels::codeWidthOf(head.bits);
+  const auto width = codeWidthOf(head.bits);
   Bytes codes;
-  if (!width || !takeAll(reader, kernels::codesSize(rows, *width), codes)) {
+  if (!width || !takeAll(reader, codesSize(rows, *width), codes)) {
     return false;
   }
-  kernels::unscale(codes.data(), rows, *width, head.hasMissing != 0, head.base, head.exponent,
-                   roomFor(numbers, rows));
+  const std::uint64_t missing =
+      head.hasMissing != 0 ? (std::uint64_t{1} << head.bits) - 1 : UINT64_MAX;
+  unscale(LoadedCodes(codes.data(), rows, *width),
+          {.missing = missing, .base = head.base, .exponent = head.exponent},
+          roomFor(numbers, rows));
   return true;
 }
 
-bool areCodesBelow(Bytes codes, std::size_t rows, int bits, std::size_t entries) {
-  if (entries == std::size_t{1} << bits) {
-    return true;
+bool decodeScaled(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
+  return decodeCodes(reader, rows, numbers, kernels::unscale);
+}
+
+bool decodeDifferences(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
+  return decodeCodes(reader, rows, numbers, kernels::unscaleDifferences);
+}
+
+// Numbers inside another layout are all that is left of it.
+bool decodeInner(ByteReader& reader, std::size_t count, ByteBuffer& numbers) {
+  std::uint8_t layout = 0;
+  if (!reader.read(layout)) {
+    return false;
   }
-  const unsigned mask = (1u << bits) - 1;
-  const std::size_t inByte = 8 / static_cast<std::size_t>(bits);
-  for (std::size_t i = 0; i < rows; ++i) {
-    if ((codes[i / inByte] >> (static_cast<std::size_t>(bits) * (i % inByte)) & mask) >= entries) {
+  switch (static_cast<NumberLayout>(layout)) {
+    case NumberLayout::plain:
+      return decodePlain(reader, count, numbers);
+    case NumberLayout::scaled:
+      return decodeScaled(reader, count, numbers);
+    default:
       return false;
-    }
   }
-  return true;
 }
 
 bool decodeDictionary(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
   std::uint8_t last = 0;
-  Bytes entries;
+  std::uint8_t bits = 0;
   Bytes codes;
-  if (!reader.read(last) || !reader.readBytes((last + std::size_t{1}) * kNumberSize, entries)) {
+  ByteBuffer entries;
+  const auto isWidth = [&] { return bits <= 8 && last >> bits == 0; };
+  if (!reader.read(last) || !reader.read(bits) || !isWidth() ||
+      !reader.readBytes(packedBitsSize(rows, bits), codes) ||
+      !decodeInner(reader, last + std::size_t{1}, entries)) {
     return false;
   }
-  const std::size_t entryCount = last + std::size_t{1};
-  const int bits = kernels::bitsOfCodes(entryCount);
-  if (!takeAll(reader, kernels::packedCodesSize(rows, bits), codes) ||
-      !areCodesBelow(codes, rows, bits, entryCount)) {
-    return false;
-  }
-  std::array<std::uint64_t, kLargestNumberDictionary> table;
+  // All that codes of a byte can say has a place.
+  std::array<std::uint64_t, kLargestNumberDictionary> table{};
   std::memcpy(table.data(), entries.data(), entries.size());
-  kernels::lookUp(codes.data(), rows, bits, table.data(), roomFor(numbers, rows));
-  return true;
+  unsigned char* out = roomFor(numbers, rows);
+  return LoadedCodes(codes.data(), rows, *codeWidthOf(bits))
+      .forEachPiece([&](std::size_t first, std::span<const std::uint32_t> piece) {
+        for (std::size_t i = 0; i < piece.size(); ++i) {
+          storePacked(out + (first + i) * kNumberSize, table[piece[i]]);
+        }
+        return largestOf(piece) <= last;
+      });
 }
 
 bool decodeSignificance(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
@@ -133,18 +153,12 @@ void scatter(Bytes isOther, const unsigned char* others, unsigned char* numbers)
 bool decodeSparse(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
   std::uint64_t common = 0;
   Bytes isOther;
-  std::uint8_t layout = 0;
-  if (!reader.read(common) || !reader.readBytes(kernels::packedCodesSize(rows, 1), isOther) ||
-      hasBitsPast(isOther, rows) || !reader.read(layout)) {
+  if (!reader.read(common) || !reader.readBytes(packedBitsSize(rows, 1), isOther) ||
+      hasBitsPast(isOther, rows)) {
     return false;
   }
-  const std::size_t others = countBits(isOther);
   ByteBuffer otherNumbers;
-  const bool isDecoded = layout == static_cast<std::uint8_t>(NumberLayout::plain)
-                             ? decodePlain(reader, others, otherNumbers)
-                             : layout == static_cast<std::uint8_t>(NumberLayout::scaled) &&
-                                   decodeScaled(reader, others, otherNumbers);
-  if (!isDecoded) {
+  if (!decodeInner(reader, countBits(isOther), otherNumbers)) {
     return false;
   }
   unsigned char* out = roomFor(numbers, rows);
@@ -158,7 +172,7 @@ bool decodeSparse(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
 using Decode = bool (*)(ByteReader&, std::size_t, ByteBuffer&);
 // In the order of NumberLayout.
 constexpr Decode kDecoders[] = {decodePlain, decodeScaled, decodeDictionary, decodeSignificance,
-                                decodeSparse};
+                                decodeSparse, decodeDifferences};
 
 }  // namespace
 

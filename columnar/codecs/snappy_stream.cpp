@@ -1,5 +1,7 @@
 #include "columnar/codecs/snappy_stream.h"
 
+#include <algorithm>
+
 #include <snappy.h>
 
 namespace kelvarin {
@@ -73,6 +75,21 @@ std::size_t appendSnappy(Bytes raw, ByteBuffer& out) {
   snappy::RawCompress(asChars(raw), raw.size(), place, &size);
   out.resize(begin + size);
   return size;
+}
+
+std::size_t compressedSize(Bytes raw, ByteBuffer& scratch) {
+  scratch.clear();
+  return appendSnappy(raw, scratch);
+}
+
+bool doesCompressBelow(Bytes raw, int bitsPerByte) {
+  constexpr std::size_t kTrialSize = 2048;
+  char compressed[32 + kTrialSize + kTrialSize / 6];  // at its worst
+  const Bytes trial = raw.first(std::min(raw.size(), kTrialSize));
+  assert(sizeof compressed >= maximumCompressedSize(trial.size()));
+  std::size_t size = 0;
+  snappy::RawCompress(asChars(trial), trial.size(), compressed, &size);
+  return size * 8 < trial.size() * static_cast<std::size_t>(bitsPerByte);
 }
 
 ReadStatus uncompressSnappy(Bytes stream, std::uint64_t maximumSize, ByteBuffer& raw) {

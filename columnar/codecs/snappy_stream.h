@@ -21,6 +21,11 @@ std::uint64_t maximumCompressedSize(std::uint64_t rawSize);
 // At most kMaximumRawSize bytes; gives the size of the stream.
 std::size_t appendSnappy(Bytes raw, ByteBuffer& out);
 
+// What the bytes take compressed; `scratch` is overwritten.
+std::size_t compressedSize(Bytes raw, ByteBuffer& scratch);
+// Whether the first bytes compress to fewer bits than these for each byte.
+bool doesCompressBelow(Bytes raw, int bitsPerByte);
+
 // Replaces what `raw` held. A stream that announces more than `maximumSize` bytes is corrupted; a
 // long one is checked as a whole before memory is taken for it.
 [[nodiscard]] ReadStatus uncompressSnappy(Bytes stream, std::uint64_t maximumSize, ByteBuffer& raw);

@@ -11,30 +11,19 @@
 #include <vector>
 
 #include "columnar/codecs/byte_buffer.h"
+#include "columnar/codecs/text_dictionary.h"
+#include "columnar/codecs/text_values.h"
 #include "columnar/format/read_status.h"
 
 namespace kelvarin {
 
 enum class TextLayout : std::uint8_t {
   plain = 0,       // all lengths, then all bytes
-  dictionary = 1,  // the texts that occur, and a code of 8 or 16 bits for each row
+  dictionary = 1,  // the texts that occur in their order, and a code for each row
 };
 
-inline constexpr std::uint32_t kNullLength = 0xFFFFFFFF;
-inline constexpr std::size_t kLargestTextDictionary = 65536;
-
-// The texts of a block, one after the other; the null text has the length kNullLength and no bytes.
-struct TextValues {
-  std::span<const std::uint32_t> lengths;
-  Bytes bytes;
-
-  // What the plain layout takes with lengths of 32 bits.
-  std::uint64_t rawSize() const { return lengths.size_bytes() + bytes.size(); }
-};
-
-constexpr std::size_t byteCountOf(std::uint32_t length) {
-  return length == kNullLength ? 0 : length;
-}
+// An entry of a dictionary has at most so many bytes from the one before.
+inline constexpr std::size_t kMostSharedBytes = 255;
 
 // Texts as rows point to them: a 32-bit length, then the bytes. Several rows may share one.
 struct DecodedTexts {
@@ -50,18 +39,9 @@ class TextLayoutEncoder {
   void append(const TextValues& texts, ByteBuffer& out);
 
  private:
-  struct Entry {
-    std::uint64_t hash;
-    std::size_t offset;
-    std::uint32_t length;
-  };
-
-  bool fillDictionary(const TextValues& texts);
-  void appendDictionary(const TextValues& texts, ByteBuffer& out);
-
-  std::vector<Entry> m_entries;
-  std::vector<std::uint32_t> m_slots;  // place among the entries, from 1
-  std::vector<std::uint16_t> m_codes;
+  TextDictionary m_dictionary;
+  std::vector<std::uint32_t> m_lengths;  // of the entries
+  std::vector<std::uint8_t> m_bytes;     // codes or counts of shared bytes, a byte each
 };
 
 // `bytes` begin with the layout byte. Their structure is checked before `texts` takes memory.

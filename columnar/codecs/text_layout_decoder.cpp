@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <numeric>
 
+#include "columnar/codecs/code_array.h"
 #include "columnar/codecs/text_layout.h"
 
 namespace kelvarin {
@@ -119,43 +121,95 @@ bool decodePlain(ByteReader& reader, std::size_t rows, DecodedTexts& texts) {
   return true;
 }
 
-template <typename Code>
-bool areCodesBelow(Bytes codes, std::size_t rows, std::size_t entries) {
-  std::size_t largest = 0;
-  for (std::size_t i = 0; i < rows; ++i) {
-    largest = std::max<std::size_t>(largest, loadPacked<Code>(codes.data() + i * sizeof(Code)));
-  }
-  return largest < entries;
-}
+// Texts in their order, each with how many bytes it has from the one before.
+struct StoredEntries {
+  Lengths lengths;
+  std::size_t count = 0;
+  std::vector<std::uint8_t> shared;
+  std::uint64_t size = 0;  // of all texts, whole
+  Bytes bytes;             // what is not shared
 
-template <typename Code>
-bool decodeCodes(Bytes codes, std::size_t rows, const StoredTexts& entries, DecodedTexts& texts) {
-  if (!areCodesBelow<Code>(codes, rows, entries.count)) {
-    return false;
+  [[nodiscard]] bool take(ByteReader& reader, std::size_t textCount) {
+    count = textCount;
+    std::uint8_t bits = 0;
+    Bytes packed;
+    if (!lengths.take(reader, count) || !reader.read(bits) || bits > 8 ||
+        !reader.readBytes(packedBitsSize(count, bits), packed)) {
+      return false;
+    }
+    shared.resize(count);
+    LoadedCodes(packed.data(), count, *codeWidthOf(bits))
+        .forEachPiece([&](std::size_t first, std::span<const std::uint32_t> piece) {
+          std::transform(piece.begin(), piece.end(), shared.data() + first,
+                         [](std::uint32_t code) { return static_cast<std::uint8_t>(code); });
+          return true;
+        });
+    return areSharesSound() && reader.readBytes(reader.remaining(), bytes) &&
+           bytes.size() == size - sharedSize() && fitsDecoded();
   }
-  std::vector<std::uint32_t> places(entries.count);
-  decodeStored(entries, texts.bytes, places.data());
-  texts.offsets.resize(rows);
-  for (std::size_t i = 0; i < rows; ++i) {
-    texts.offsets[i] = places[loadPacked<Code>(codes.data() + i * sizeof(Code))];
+
+ private:
+  // No text has more than itself, or than the one before, in common with that.
+  bool areSharesSound() {
+    std::size_t before = 0;
+    std::size_t place = 0;
+    bool isSound = true;
+    lengths.forEach(count, [&](std::uint32_t length) {
+      const std::size_t bytesOfText = byteCountOf(length);
+      isSound &= shared[place] <= std::min(before, bytesOfText);
+      size += bytesOfText;
+      before = bytesOfText;
+      ++place;
+    });
+    return isSound;
   }
-  return true;
+  std::uint64_t sharedSize() const {
+    return std::accumulate(shared.begin(), shared.end(), std::uint64_t{0});
+  }
+  bool fitsDecoded() const { return count * kLengthSize + size <= 0xFFFFFFFF; }
+};
+
+// Puts the length before each text. `offsets` has room for all.
+void decodeEntries(const StoredEntries& stored, ByteBuffer& decoded, std::uint32_t* offsets) {
+  decoded.resize(stored.count * kLengthSize + stored.size);
+  unsigned char* out = decoded.data();
+  const unsigned char* in = stored.bytes.data();
+  const unsigned char* before = nullptr;
+  const std::uint8_t* shared = stored.shared.data();
+  stored.lengths.forEach(stored.count, [&](std::uint32_t length) {
+    *offsets++ = static_cast<std::uint32_t>(out - decoded.data());
+    storePacked(out, length);
+    out += kLengthSize;
+    const std::size_t rest = byteCountOf(length) - *shared;
+    const unsigned char* text = out;
+    out = std::copy_n(before, *shared++, out);
+    out = std::copy_n(in, rest, out);
+    in += rest;
+    before = text;
+  });
 }
 
 bool decodeDictionary(ByteReader& reader, std::size_t rows, DecodedTexts& texts) {
   std::uint16_t last = 0;
-  StoredTexts entries;
-  if (!reader.read(last) || !entries.take(reader, last + std::size_t{1}) ||
-      !entries.fitsDecoded()) {
-    return false;
-  }
-  const std::size_t codeSize = entries.count <= 256 ? 1 : 2;
+  std::uint8_t bits = 0;
   Bytes codes;
-  if (reader.remaining() != rows * codeSize || !reader.readBytes(rows * codeSize, codes)) {
+  StoredEntries entries;
+  if (!reader.read(last) || !reader.read(bits) || bits > 16 || last >> bits != 0 ||
+      !reader.readBytes(codesSize(rows, *codeWidthOf(bits)), codes) ||
+      !entries.take(reader, last + std::size_t{1})) {
     return false;
   }
-  return codeSize == 1 ? decodeCodes<std::uint8_t>(codes, rows, entries, texts)
-                       : decodeCodes<std::uint16_t>(codes, rows, entries, texts);
+  // All that codes can say has a place.
+  std::vector<std::uint32_t> places(std::size_t{1} << bits);
+  decodeEntries(entries, texts.bytes, places.data());
+  texts.offsets.resize(rows);
+  return LoadedCodes(codes.data(), rows, *codeWidthOf(bits))
+      .forEachPiece([&](std::size_t first, std::span<const std::uint32_t> piece) {
+        for (std::size_t i = 0; i < piece.size(); ++i) {
+          texts.offsets[first + i] = places[piece[i]];
+        }
+        return largestOf(piece) <= last;
+      });
 }
 
 }  // namespace

@@ -1,15 +1,13 @@
 #include <algorithm>
-#include <array>
 #include <bit>
 
-#include "columnar/codecs/text_hash.h"
+#include "columnar/codecs/code_array.h"
+#include "columnar/codecs/snappy_stream.h"
 #include "columnar/codecs/text_layout.h"
 
 namespace kelvarin {
 
 namespace {
-
-constexpr std::size_t kSampleSize = 256;
 
 // Lengths take as many bytes as the longest needs, the null length being all bits set; none when
 // they are all the same.
@@ -50,91 +48,77 @@ void appendLengths(std::span<const std::uint32_t> lengths, ByteBuffer& out) {
   }
 }
 
-// Whether texts come again often enough for a dictionary to be worth the search. Rows from all over
-// the block are compared by their hashes.
-bool doesRepeat(const TextValues& texts) {
-  const std::size_t rows = texts.lengths.size();
-  const std::size_t size = std::min(rows, kSampleSize);
-  std::array<std::uint64_t, kSampleSize> hashes;
-  std::size_t offset = 0;
-  std::size_t taken = 0;
-  for (std::size_t row = 0; row < rows && taken < size; ++row) {
-    const std::size_t length = byteCountOf(texts.lengths[row]);
-    if (row == taken * rows / size) {
-      hashes[taken++] = hashOfText(texts.bytes.data() + offset, length);
-    }
-    offset += length;
+// How many bytes a text has in common with the one before.
+std::size_t sharedBytes(const TextDictionary::Entry& before, const TextDictionary::Entry& entry) {
+  const std::size_t most = std::min({byteCountOf(before.length), byteCountOf(entry.length),
+                                     kMostSharedBytes});
+  return static_cast<std::size_t>(
+      std::mismatch(entry.bytes, entry.bytes + most, before.bytes).first - entry.bytes);
+}
+
+int bitsFor(std::size_t largest) {
+  return static_cast<int>(std::bit_width(largest));
+}
+
+// Codes of less than a byte take a byte each where compression makes more of that.
+CodeWidth widthOf(std::span<const std::uint16_t> codes, std::size_t entries,
+                  std::vector<std::uint8_t>& bytes) {
+  constexpr CodeWidth kByte{1, 0};
+  const CodeWidth width = *codeWidthFor(entries - 1);
+  if (width.bits() == 0 || width.lowBytes > 0) {
+    return width;
   }
-  std::sort(hashes.begin(), hashes.begin() + static_cast<std::ptrdiff_t>(taken));
-  const auto end = std::unique(hashes.begin(), hashes.begin() + static_cast<std::ptrdiff_t>(taken));
-  const auto distinct = static_cast<std::size_t>(end - hashes.begin());
-  return (taken - distinct) * 16 >= taken;
+  bytes.assign(codes.begin(), codes.end());
+  return doesCompressBelow(bytes, width.bits()) ? kByte : width;
+}
+
+void appendCodes(std::span<const std::uint16_t> codes, CodeWidth width, ByteBuffer& out) {
+  const StoredCodes stored(out.append(codesSize(codes.size(), width)), codes.size(), width);
+  std::uint32_t piece[kRowsInPiece];
+  for (std::size_t first = 0; first < codes.size(); first += kRowsInPiece) {
+    const auto part = codes.subspan(first, std::min(kRowsInPiece, codes.size() - first));
+    std::copy(part.begin(), part.end(), piece);
+    stored.store(first, {piece, part.size()});
+  }
+}
+
+// The lengths, the counts of bytes shared with the entry before, and the other bytes.
+void appendEntries(std::span<const TextDictionary::Entry> entries,
+                   std::vector<std::uint32_t>& lengths, std::vector<std::uint8_t>& shared,
+                   ByteBuffer& out) {
+  lengths.clear();
+  shared.clear();
+  std::uint8_t mostShared = 0;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    const std::size_t count = i == 0 ? 0 : sharedBytes(entries[i - 1], entries[i]);
+    lengths.push_back(entries[i].length);
+    shared.push_back(static_cast<std::uint8_t>(count));
+    mostShared = std::max(mostShared, shared.back());
+  }
+  appendLengths(lengths, out);
+  const int bits = bitsFor(mostShared);
+  out.put(static_cast<std::uint8_t>(bits));
+  packBits(shared, bits, out.append(packedBitsSize(shared.size(), bits)));
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    out.append(Bytes(entries[i].bytes, byteCountOf(entries[i].length)).subspan(shared[i]));
+  }
 }
 
 }  // namespace
 
 void TextLayoutEncoder::append(const TextValues& texts, ByteBuffer& out) {
-  if (doesRepeat(texts) && fillDictionary(texts)) {
-    return appendDictionary(texts, out);
+  if (!m_dictionary.fill(texts)) {
+    out.put(static_cast<std::uint8_t>(TextLayout::plain));
+    appendLengths(texts.lengths, out);
+    return out.append(texts.bytes);
   }
-  out.put(static_cast<std::uint8_t>(TextLayout::plain));
-  appendLengths(texts.lengths, out);
-  out.append(texts.bytes);
-}
-
-// False when there are too many different texts for a dictionary to be small.
-bool TextLayoutEncoder::fillDictionary(const TextValues& texts) {
-  const std::size_t rows = texts.lengths.size();
-  const std::size_t mostEntries = std::min(kLargestTextDictionary, rows / 2 + 1);
-  const std::size_t slotCount = std::bit_ceil(2 * mostEntries);
-  m_slots.assign(slotCount, 0);
-  m_entries.clear();
-  m_codes.resize(rows);
-  std::size_t offset = 0;
-  for (std::size_t row = 0; row < rows; ++row) {
-    const std::uint32_t length = texts.lengths[row];
-    const std::size_t size = byteCountOf(length);
-    const unsigned char* bytes = texts.bytes.data() + offset;
-    const std::uint64_t hash = hashOfText(bytes, size);
-    const auto isEntry = [&](const Entry& entry) {
-      return entry.hash == hash && entry.length == length &&
-             std::equal(bytes, bytes + size, texts.bytes.data() + entry.offset);
-    };
-    std::size_t slot = hash & (slotCount - 1);
-    while (m_slots[slot] != 0 && !isEntry(m_entries[m_slots[slot] - 1])) {
-      slot = (slot + 1) & (slotCount - 1);
-    }
-    if (m_slots[slot] == 0) {
-      if (m_entries.size() == mostEntries) {
-        return false;
-      }
-      m_entries.push_back({hash, offset, length});
-      m_slots[slot] = static_cast<std::uint32_t>(m_entries.size());
-    }
-    m_codes[row] = static_cast<std::uint16_t>(m_slots[slot] - 1);
-    offset += size;
-  }
-  return true;
-}
-
-void TextLayoutEncoder::appendDictionary(const TextValues& texts, ByteBuffer& out) {
+  const auto entries = m_dictionary.entries();
+  const CodeWidth width = widthOf(m_dictionary.codes(), entries.size(), m_bytes);
   out.put(static_cast<std::uint8_t>(TextLayout::dictionary));
-  out.put(static_cast<std::uint16_t>(m_entries.size() - 1));
-  std::vector<std::uint32_t> lengths;
-  lengths.reserve(m_entries.size());
-  for (const Entry& entry : m_entries) {
-    lengths.push_back(entry.length);
-  }
-  appendLengths(lengths, out);
-  for (const Entry& entry : m_entries) {
-    out.append(texts.bytes.subspan(entry.offset, byteCountOf(entry.length)));
-  }
-  if (m_entries.size() <= 256) {
-    std::copy(m_codes.begin(), m_codes.end(), out.append(m_codes.size()));
-    return;
-  }
-  out.append({reinterpret_cast<const unsigned char*>(m_codes.data()),
-              m_codes.size() * sizeof(std::uint16_t)});
+  out.put(static_cast<std::uint16_t>(entries.size() - 1));
+  out.put(static_cast<std::uint8_t>(width.bits()));
+  appendCodes(m_dictionary.codes(), width, out);
+  appendEntries(entries, m_lengths, m_bytes, out);
 }
 
 }  // namespace kelvarin

@@ -19,6 +19,15 @@ constexpr std::int64_t orderedBits(std::uint64_t bits) {
   return value ^ static_cast<std::int64_t>(static_cast<std::uint64_t>(value >> 63) >> 1);
 }
 
+// Texts with the same beginning.
+bool isBelow(std::string_view left, std::string_view right) {
+  constexpr std::size_t kBeginningSize = sizeof(std::uint64_t);
+  if (left.size() <= kBeginningSize || right.size() <= kBeginningSize) {
+    return left.size() < right.size();
+  }
+  return left.substr(kBeginningSize) < right.substr(kBeginningSize);
+}
+
 constexpr double fromOrderedBits(std::int64_t ordered) {
   return std::bit_cast<double>(orderedBits(static_cast<std::uint64_t>(ordered)));
 }
@@ -67,25 +76,32 @@ NumberSummary summaryOf(std::span<const std::uint64_t> numbers) {
 
 TextSummary summaryOf(const TextValues& texts) {
   TextSummary summary;
+  // The lowest and the highest text so far; most others are told apart from them by their beginnings.
   std::string_view low;
   std::string_view high;
+  std::uint64_t lowBeginning = 0;
+  std::uint64_t highBeginning = 0;
   bool hasValues = false;
-  const char* next = reinterpret_cast<const char*>(texts.bytes.data());
+  const unsigned char* next = texts.bytes.data();
   for (const std::uint32_t length : texts.lengths) {
     if (length == kNullLength) {
       summary.hasNull = true;
       continue;
     }
-    const std::string_view text(next, length);
+    const std::string_view text(reinterpret_cast<const char*>(next), length);
+    const std::uint64_t beginning = beginningOf(next, length);
     next += length;
-    if (!hasValues) {
-      low = high = text;
-      hasValues = true;
-    } else if (text < low) {
+    if (!hasValues || beginning < lowBeginning ||
+        (beginning == lowBeginning && isBelow(text, low))) {
       low = text;
-    } else if (text > high) {
-      high = text;
+      lowBeginning = beginning;
     }
+    if (!hasValues || beginning > highBeginning ||
+        (beginning == highBeginning && isBelow(high, text))) {
+      high = text;
+      highBeginning = beginning;
+    }
+    hasValues = true;
   }
   if (hasValues) {
     summary.low = TextBound::of(low);

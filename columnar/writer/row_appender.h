@@ -62,9 +62,9 @@ class RowAppender {
       target.lengths[m_row] = kNullLength;
       return true;
     }
-    const std::string_view text = textFromBytes(value);
-    target.lengths[m_row] = static_cast<std::uint32_t>(text.size());
-    target.bytes->append(asBytes(text));
+    const std::uint32_t length = lengthFromBytes(value);
+    target.lengths[m_row] = length;
+    target.bytes->appendShort(value + sizeof length, length);
     return target.bytes->size() + (std::uint64_t{m_row} + 1) * sizeof(std::uint32_t) <=
            kMaximumTextsSize;
   }

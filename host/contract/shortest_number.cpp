@@ -2,10 +2,11 @@
 
 #include <bit>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <string_view>
 
-#include <fmt/compile.h>
 #include <fmt/format.h>
 
 namespace kelvarin {
@@ -20,11 +21,15 @@ constexpr double kIntegersEnd = 1e15;
 constexpr double kMillion = 1e6;
 constexpr double kDecimalsBegin = 1e-4;
 constexpr double kDecimalsEnd = 1e9;
+// What a product and a quotient of doubles may be off together, and a little more.
+constexpr double kRoundedTwice = 2.5 * std::numeric_limits<double>::epsilon();
 
 constexpr std::uint64_t kEightDigits = 100'000'000;
 constexpr std::uint64_t kSixteenDigits = kEightDigits * kEightDigits;
 constexpr std::uint64_t kZeros = 0x3030303030303030u;
 constexpr int kMostDigits = 17;  // of a double
+// Of the numbers without an exponent; 0.0001 has -3.
+constexpr int kFewestWholeDigits = -3;
 constexpr int kMostWholeDigits = 16;
 
 constexpr std::uint64_t kPowers[] = {1,
@@ -57,7 +62,7 @@ void put(char* place, std::uint64_t bytes) {
 
 // The eight decimal digits of a number below 10^8, one a byte, the first in the lowest. The number
 // is split in halves three times, in all parts of the word at once.
-std::uint64_t eightDigits(std::uint64_t number) {
+[[gnu::always_inline]] inline std::uint64_t eightDigits(std::uint64_t number) {
   const std::uint64_t fours = number / 10'000 | (number % 10'000) << 32;
   const std::uint64_t hundreds = (fours * 10486 >> 20) & 0x0000007F0000007Fu;
   const std::uint64_t twos = hundreds | (fours - 100 * hundreds) << 16;
@@ -93,37 +98,71 @@ int digitCount(std::uint64_t number) {
   return number < kPowers[atMost - 1] ? atMost - 1 : atMost;
 }
 
-// digits * 10^exponent, which is not zero and at least 0.0001.
-char* appendFixed(char* place, std::uint64_t digits, int exponent) {
-  const int count = digitCount(digits);
-  const int wholeDigits = count + exponent;
+// The decimal digits of a double: the first one, and sixteen more as bytes, zeros behind the last.
+class Digits {
+ public:
+  explicit Digits(std::uint64_t number) : m_count(digitCount(number)) {
+    number *= kPowers[kMostDigits - m_count];
+    m_first = static_cast<char>('0' + number / kSixteenDigits);
+    m_high = eightDigits(number % kSixteenDigits / kEightDigits) | kZeros;
+    m_low = eightDigits(number % kEightDigits) | kZeros;
+  }
+  int count() const { return m_count; }
+
+  char* append(char* place) const {
+    *place = m_first;
+    put(place + 1, m_high);
+    put(place + 9, m_low);
+    return place + m_count;
+  }
+  // With a point after `before` digits, 1 to 16 and fewer than there are.
+  char* appendWithPoint(char* place, int before) const {
+    append(place);
+    const int skipped = 8 * (before - 1);  // bits
+    const std::uint64_t high = skipped >= 64  ? m_low >> (skipped - 64)
+                               : skipped == 0 ? m_high
+                                              : m_high >> skipped | m_low << (64 - skipped);
+    place[before] = '.';
+    put(place + before + 1, high);
+    put(place + before + 9, skipped >= 64 ? 0 : m_low >> skipped);
+    return place + m_count + 1;
+  }
+
+ private:
+  int m_count;
+  char m_first;
+  std::uint64_t m_high;
+  std::uint64_t m_low;
+};
+
+// At least two digits.
+char* appendExponent(char* place, int exponent) {
+  *place++ = 'e';
+  *place++ = exponent < 0 ? '-' : '+';
+  const auto size = static_cast<std::uint64_t>(std::abs(exponent));
+  if (size < 10) {
+    *place++ = '0';
+  }
+  return appendWhole(place, size);
+}
+
+// number * 10^exponent, not zero.
+char* appendDigits(char* place, std::uint64_t number, int exponent) {
+  const Digits digits(number);
+  const int wholeDigits = digits.count() + exponent;
+  if (wholeDigits < kFewestWholeDigits || wholeDigits > kMostWholeDigits) {
+    place = digits.count() == 1 ? digits.append(place) : digits.appendWithPoint(place, 1);
+    return appendExponent(place, wholeDigits - 1);
+  }
   if (exponent >= 0) {
-    return appendWhole(place, digits * kPowers[exponent]);
+    return appendWhole(place, number * kPowers[exponent]);
   }
-  // Left-aligned: the first digit, and sixteen more as bytes.
-  digits *= kPowers[kMostDigits - count];
-  const char first = static_cast<char>('0' + digits / kSixteenDigits);
-  const std::uint64_t high = eightDigits(digits % kSixteenDigits / kEightDigits) | kZeros;
-  const std::uint64_t low = eightDigits(digits % kEightDigits) | kZeros;
   if (wholeDigits <= 0) {
-    place = appendWord(place, std::string_view("0.000").substr(0, 2 - static_cast<unsigned>(wholeDigits) * 1));
-    *place = first;
-    put(place + 1, high);
-    put(place + 9, low);
-    return place + count;
+    constexpr std::string_view kNoWholeDigits = "0.000";
+    place = appendWord(place, kNoWholeDigits.substr(0, static_cast<std::size_t>(2 - wholeDigits)));
+    return digits.append(place);
   }
-  *place = first;
-  put(place + 1, high);
-  put(place + 9, low);
-  // What comes after the point, moved by one byte.
-  const int skipped = 8 * (wholeDigits - 1);
-  const std::uint64_t highRest = skipped >= 64 ? low >> (skipped - 64)
-                                 : skipped == 0 ? high
-                                                : high >> skipped | low << (64 - skipped);
-  place[wholeDigits] = '.';
-  put(place + wholeDigits + 1, highRest);
-  put(place + wholeDigits + 9, skipped >= 64 ? 0 : low >> skipped);
-  return place + count + 1;
+  return digits.appendWithPoint(place, wholeDigits);
 }
 
 }  // namespace
@@ -157,17 +196,17 @@ char* appendShortest(char* place, double number) {
     }
   }
   if (magnitude >= kDecimalsBegin && magnitude < kDecimalsEnd) [[likely]] {
-    const auto millionths = static_cast<std::uint64_t>(magnitude * kMillion + 0.5);
-    if (static_cast<double>(millionths) / kMillion == magnitude) {
+    const double scaled = magnitude * kMillion;
+    const auto millionths = static_cast<std::uint64_t>(scaled + 0.5);
+    // Most others are found out by the product, without waiting for the division.
+    if (std::fabs(static_cast<double>(millionths) - scaled) <= scaled * kRoundedTwice &&
+        static_cast<double>(millionths) / kMillion == magnitude) {
       return appendDecimals(place, millionths);
     }
   }
+  // The library's printing spends more time on the digits than on finding them.
   const auto shortest = fmt::detail::dragonbox::to_decimal(magnitude);
-  const int wholeDigits = digitCount(shortest.significand) + shortest.exponent;
-  if (magnitude >= kDecimalsBegin && wholeDigits <= kMostWholeDigits) [[likely]] {
-    return appendFixed(place, shortest.significand, shortest.exponent);
-  }
-  return fmt::format_to(place, FMT_COMPILE("{}"), magnitude);
+  return appendDigits(place, shortest.significand, shortest.exponent);
 }
 
 }  // namespace kelvarin

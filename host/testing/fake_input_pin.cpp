@@ -1,6 +1,7 @@
 #include "host/testing/fake_input_pin.h"
 
 #include <algorithm>
+#include <cstring>
 #include <sstream>
 #include <stdexcept>
 
@@ -17,7 +18,9 @@ void FakeInputPin::push(const Values& values, long long times) {
     throw std::invalid_argument("a row of another number of values than the pin's columns");
   }
   TypedRow row;
+  row.times = times;
   row.timesLeft = times;
+  m_rowCount += static_cast<std::size_t>(times);
   for (std::size_t i = 0; i < values.size(); ++i) {
     row.offsets.push_back(row.bytes.size());
     appendBytes(row.bytes, values[i], m_metaData.metas()[static_cast<qsizetype>(i)].type());
@@ -45,6 +48,30 @@ const OneRow* FakeInputPin::next() {
     columns[i] = m_bytes[0].data() + row.offsets[i];
   }
   return &m_row;
+}
+
+RowsAhead FakeInputPin::rowsAhead() const {
+  const auto current = static_cast<std::size_t>(m_rowsPulled - 1);
+  return m_isOffering ? RowsAhead{this, current, m_rowCount - current} : RowsAhead{};
+}
+
+template <typename Value>
+const Value* FakeInputPin::valuesAhead(int column, std::size_t first, std::size_t count,
+                                       Value* room) const {
+  if (std::count(m_hiddenColumns.begin(), m_hiddenColumns.end(), column) > 0) {
+    return nullptr;
+  }
+  std::size_t number = 0;
+  for (const TypedRow& row : m_rows) {
+    const std::size_t end = number + static_cast<std::size_t>(row.times);
+    for (std::size_t i = std::max(number, first); i < std::min(end, first + count); ++i) {
+      std::memcpy(room + (i - first), row.bytes.data() + row.offsets[static_cast<std::size_t>(column)],
+                  sizeof(Value));
+    }
+    number = end;
+  }
+  m_valuesLookedAt += static_cast<long long>(count);
+  return room;
 }
 
 PinOutMetaData columnsFromText(const std::string& text) {

@@ -101,12 +101,17 @@ TEST(NumberLayouts, EachKindOfColumnTakesItsOwnAndKeepsEveryBit) {
     EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return random() | 1; })), NumberLayout::plain);
     EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return bits(double(below(99999)) / 100); })),
               NumberLayout::scaled);
-    EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return bits(double(below(3)) - 1); })),
+    EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return bits(std::sqrt(double(below(200)))); })),
               NumberLayout::dictionary);
     EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return bits(1 + double(below(1u << 30)) / 3e9); })),
               NumberLayout::significance);
     EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return below(10) == 0 ? random() : bits(0); })),
               NumberLayout::sparse);
+    double time = 0;
+    EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] {
+                return below(20) == 0 ? kNullNumberBits : bits((time += double(below(9)) - 2) / 10);
+              })),
+              NumberLayout::differences);
   }
 }
 
@@ -132,7 +137,7 @@ TEST(NumberLayouts, ReservedPatternsSurviveAmongOrdinaryNumbers) {
 }
 
 TEST(NumberLayouts, ScaledCodesOfEveryWidthLeaveRoomForMissingNumbers) {
-  for (const int width : {8, 9, 10, 12, 16, 17, 18, 20, 24, 32, 31, 33}) {
+  for (int width = 2; width <= 33; ++width) {
     const double range = std::ldexp(1.0, width) - 1 - static_cast<double>(width % 2);
     for (const bool hasMissing : {false, true}) {
       std::mt19937_64 random(3);
@@ -215,6 +220,27 @@ TEST(TextLayouts, LengthsOfEveryWidthAndDictionariesOfBothCodes) {
   EXPECT_EQ(layoutAfterRoundTrip(different), TextLayout::plain);
 }
 
+TEST(TextLayouts, DictionariesShareTheBeginningsOfNeighbours) {
+  const std::string beginning(300, 'b');
+  const std::string ends[] = {"", "x", "xy", std::string("x\0y", 3), std::string(1, '\0')};
+  std::mt19937_64 random(9);
+  TextColumn column;
+  for (int i = 0; i < 5000; ++i) {
+    if (random() % 10 == 0) {
+      column.add(nullptr);
+      continue;
+    }
+    // Most beginnings are longer than what an entry may have in common with the one before.
+    const std::string text = beginning.substr(0, random() % 8 * 40) + ends[random() % 5];
+    column.lengths.push_back(static_cast<std::uint32_t>(text.size()));
+    column.bytes += text;
+  }
+  EXPECT_EQ(layoutAfterRoundTrip(column), TextLayout::dictionary);
+  ByteBuffer chunk;
+  ChunkEncoder().appendTexts(column.values(), chunk);
+  EXPECT_LT(chunk.size(), 5500u) << "41 different texts need codes of 6 bits and little more";
+}
+
 TEST(KeyChunks, EveryOrderAndEveryNumberOfRows) {
   std::mt19937 random(6);
   for (std::size_t rows : {1, 5, 127, 128, 129, 2047, 2048, 2049, 5000, 65536, 65664, 131073}) {
@@ -243,10 +269,12 @@ TEST(ChunkDecoder, DamageIsFoundWhateverTheChecksumSays) {
   for (std::uint32_t& key : keys) {
     key = random() % 50 == 0 ? random() : random() % 1000;
   }
-  Numbers numbers(700);
-  for (std::uint64_t& number : numbers) {
-    number = random() % 10 == 0 ? bits(double(random() % 100)) : bits(0);
-  }
+  double sum = 0;
+  const Numbers numberColumns[] = {
+      made(700, [&] { return bits(random() % 10 == 0 ? double(random() % 100) : 0); }),
+      made(700, [&] { return bits(std::sqrt(random() % 90)); }),
+      made(700, [&] { return bits(sum += random() % 9); }),
+      made(700, [&] { return bits(double(random() % 100'000)); })};
   TextColumn texts;
   for (int i = 0; i < 700; ++i) {
     texts.add(std::to_string(random() % 300).c_str());
@@ -280,11 +308,12 @@ TEST(ChunkDecoder, DamageIsFoundWhateverTheChecksumSays) {
     EXPECT_EQ(decoder.decodeKeys(chunk.bytes(), code, 699, out), ReadStatus::corrupted);
     EXPECT_EQ(decoder.decodeKeys(chunk.bytes(), code, 828, out), ReadStatus::corrupted);
   }
-  ByteBuffer numberChunk;
-  ChunkEncoder().appendNumbers(numbers, numberChunk);
-  mutate(numberChunk,
-         [&](Bytes bytes) { (void)decoder.decodeNumbers(bytes, 700, out); });
-  EXPECT_EQ(decoder.decodeNumbers(numberChunk.bytes(), 708, out), ReadStatus::corrupted);
+  for (const Numbers& numbers : numberColumns) {
+    ByteBuffer chunk;
+    ChunkEncoder().appendNumbers(numbers, chunk);
+    mutate(chunk, [&](Bytes bytes) { (void)decoder.decodeNumbers(bytes, 700, out); });
+    EXPECT_EQ(decoder.decodeNumbers(chunk.bytes(), 708, out), ReadStatus::corrupted);
+  }
   ByteBuffer textChunk;
   ChunkEncoder().appendTexts(texts.values(), textChunk);
   mutate(textChunk,
@@ -321,12 +350,12 @@ TEST(ChunkEncoder, GoldenChunks) {
             (std::vector<unsigned char>{0x0B, 0x49, 0xCE, 0xC0,              // checksum
                                         8, 7 << 2, 0, 0, 0, 0,               // packed keys
                                         0x81, 0x2C, 0x82, 0}));
-  // Layout 1: exponent 1, 8 bits a code, none missing, base 10.
+  // Layout 1: exponent 1, 4 bits a code, none missing, base 10; the codes are 5, 0 and 15.
   EXPECT_EQ(chunkOf([](ByteBuffer& out) {
               ChunkEncoder().appendNumbers(Numbers{bits(1.5), bits(1.0), bits(2.5)}, out);
             }),
-            (std::vector<unsigned char>{0x36, 0x39, 0xC0, 0xAC, 15, 14 << 2, 1, 1, 8, 0, 10, 0, 0, 0, 0, 0, 0,
-                                        0, 5, 0, 15}));
+            (std::vector<unsigned char>{0x22, 0x44, 0xC7, 0xB6, 14, 13 << 2, 1, 1, 4, 0, 10, 0, 0, 0, 0,
+                                        0, 0, 0, 0x05, 0x0F}));
   // Layout 0: lengths of one byte, the null one all ones.
   TextColumn texts;
   texts.add("ab");

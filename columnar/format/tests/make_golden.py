@@ -8,6 +8,7 @@ The files are kept for ever: a program that does not read them any more cannot r
 usage: make_golden.py FOLDER
 """
 import math
+import os
 import struct
 import sys
 from pathlib import Path
@@ -58,12 +59,16 @@ def sparse(row):
     return bits(float(row)) if row % 50 == 1 else bits(0.0)
 
 
+def near(row):
+    return NULL_NUMBER if row % 9 == 4 else bits(((row * 7 % 30) - (row * 3 % 20)) / 100.0)
+
+
 def text(row):
     return {5: None, 6: b''}.get(row % 11, 'row é {}'.format(row).encode())
 
 
 def city(row):
-    return [b'Athens', b'Bern', None, b''][row % 4]
+    return [b'Bern', b'Berlin', None, b''][row % 4]
 
 
 # Snappy streams of literals alone, and the checksum.
@@ -173,11 +178,15 @@ def sorted_keys(keys):
     return out + tail(differences(keys[whole:]))
 
 
-# The layouts. Codes of less than 8 bits fill bytes from the lowest bit on.
+# The layouts. Every code here has less than 8 bits or whole bytes; small ones fill bytes from the lowest bit on.
 
 def small_codes(codes, width):
     row = sum(code << width * i for i, code in enumerate(codes))
     return row.to_bytes((len(codes) * width + 7) // 8, 'little')
+
+
+def hundredths(number):
+    return round(struct.unpack('<d', struct.pack('<Q', number))[0] * 100)
 
 
 def layout_plain(numbers):
@@ -185,15 +194,23 @@ def layout_plain(numbers):
 
 
 def layout_scaled(numbers):
-    codes = [0xFFFF if n == NULL_NUMBER else round(struct.unpack('<d', struct.pack('<Q', n))[0] * 100) - 500
-             for n in numbers]
+    codes = [0xFFFF if n == NULL_NUMBER else hundredths(n) - 500 for n in numbers]
     return b'\1' + struct.pack('<BBBq', 2, 16, 1, 500) + struct.pack('<%dH' % len(codes), *codes)
+
+
+def layout_differences(numbers):
+    codes, before = [], 0
+    for number in numbers:
+        step = 0 if number == NULL_NUMBER else hundredths(number) - before
+        before += step
+        codes.append(0x7F if number == NULL_NUMBER else 2 * step if step >= 0 else -2 * step - 1)
+    return b'\5' + struct.pack('<BBBq', 2, 7, 1, 0) + small_codes(codes, 7)
 
 
 def layout_dictionary(numbers):
     entries = sorted(set(numbers))
-    return (b'\2' + bytes([len(entries) - 1]) + struct.pack('<%dQ' % len(entries), *entries) +
-            small_codes([entries.index(n) for n in numbers], 2))
+    codes = small_codes([entries.index(n) for n in numbers], 2)
+    return b'\2' + bytes([len(entries) - 1, 2]) + codes + layout_plain(entries)
 
 
 def layout_significance(numbers):
@@ -219,8 +236,14 @@ def layout_texts(texts):
 
 def layout_text_dictionary(texts):
     entries = list(dict.fromkeys(texts))
-    return (b'\1' + struct.pack('<H', len(entries) - 1) + stored_texts(entries) +
-            bytes(entries.index(t) for t in texts))
+    commons, before = [], b''
+    for entry in (t or b'' for t in entries):
+        commons.append(len(os.path.commonprefix([before, entry])))
+        before = entry
+    lengths = bytes(0xFF if t is None else len(t) for t in entries)
+    rests = b''.join((t or b'')[common:] for t, common in zip(entries, commons))
+    return (b'\1' + struct.pack('<HB', len(entries) - 1, 8) + bytes(entries.index(t) for t in texts) +
+            b'\1' + lengths + b'\3' + small_codes(commons, 3) + rests)
 
 
 # The summaries.
@@ -255,6 +278,7 @@ COLUMNS = [
     ('few', 2, 2, 'F', 0, few, layout_dictionary, number_summary),
     ('bytes', 3, 2, 'F', 0, significance, layout_significance, number_summary),
     ('sparse', 4, 2, 'F', 0, sparse, layout_sparse, number_summary),
+    ('near', 10, 2, 'F', 0, near, layout_differences, number_summary),
     ('text', 0, 2, 'U', 0, text, layout_texts, text_summary),
     ('city', 1, 2, 'U', 0, city, layout_text_dictionary, text_summary),
 ]

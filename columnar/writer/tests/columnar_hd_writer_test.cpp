@@ -79,6 +79,15 @@ std::vector<ByteList> filesOf(const std::string& main, int sets) {
   return files;
 }
 
+// What the whole table takes of a disk.
+long long sizeOnDisk(const std::string& file, FakeInputPin pin, const Options& options) {
+  constexpr long long kPlenty = 1'000'000;
+  const FullDisk largeDisk(kPlenty);
+  ColumnarHDWriter writer;
+  EXPECT_TRUE(writeAll(writer, pin, file, options));
+  return kPlenty - largeDisk.bytesLeft();
+}
+
 const QHash<QString, int> kThreeSets = {{"k", 0}, {"n", 2}, {"t", 1}, {"m", 2}, {"s", 0}};
 
 }  // namespace
@@ -95,17 +104,19 @@ TEST(ColumnarHDWriter, GoldenFile) {
   const ByteList side = contentOf(folder.file("g.000.cs_kelvarin"));
   const ByteList main = contentOf(file);
   // The key's chunk: checksum, Snappy's length and tag, the number of packed keys, 6 bytes for 7 and
-  // the null, 2 of padding. The number's chunk: the same head, layout, 11 bytes and 2 codes.
-  ASSERT_EQ(side.size(), 18u + 20u);
+  // the null, 2 of padding. The number's chunk: the same head, layout, 11 bytes and 2 codes of 4 bits.
+  ASSERT_EQ(side.size(), 18u + 19u);
   EXPECT_EQ(ByteList(side.begin() + 4, side.begin() + 18),
             (ByteList{12, 11 << 2, 0, 0, 0, 0, 0x87, 0x7F, 0x7F, 0x7F, 0x7F, 0x8F, 0, 0}));
+  EXPECT_EQ(ByteList(side.begin() + 18 + 4, side.end()),
+            (ByteList{13, 12 << 2, 1, 1, 4, 0, 15, 0, 0, 0, 0, 0, 0, 0, 0xA0}));
   const ByteList head = {
       0x40, 0xF4, 0x59, 0x00, 1, 86 - 9, 0, 0, 0,            // complete, length of the rest
       2, 0, 0, 0, 0, 0, 0, 0, 2, 0, 0, 0};                   // rows, columns
   EXPECT_EQ(ByteList(main.begin(), main.begin() + 21), head);
   const ByteList rest = {
       47, 0, 0, 0,                                           // the raw descriptors
-      18, 0, 0, 0, 20, 0, 0, 0, 20, 0, 0, 0, 40, 0, 0, 0,    // slots
+      18, 0, 0, 0, 19, 0, 0, 0, 20, 0, 0, 0, 40, 0, 0, 0,    // slots
       5, 0, 0, 0, 1,                                         // rows in a block, sets
       1, 0, 0, 0, 'K', 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 'k', 1,  // the key before the number
       0, 0, 0, 0, 'F', 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 'n', 0};
@@ -216,14 +227,9 @@ TEST(ColumnarHDWriter, AFullDiskLosesNothingWhenRoomIsMade) {
   const Folder folder;
   const std::string wanted = folder.file("w.cgel_kelvarin");
   const std::string file = folder.file("d.cgel_kelvarin");
-  constexpr long long kPlenty = 1'000'000;
   const Options options{.rowsInBlock = 100, .sets = kThreeSets};
-  FakeInputPin pin = wideTable(450);
-  ColumnarHDWriter plain;
-  const FullDisk largeDisk(kPlenty);
-  ASSERT_TRUE(writeAll(plain, pin, wanted, options));
+  const long long size = sizeOnDisk(wanted, wideTable(450), options);
   const auto wantedFiles = filesOf(wanted, 3);
-  const long long size = kPlenty - largeDisk.bytesLeft();
   // Every write stops half-way, or after a byte, or before its first one.
   for (long long bytesLeft = 0; bytesLeft < size; bytesLeft += 97) {
     FullDisk disk(bytesLeft);
@@ -243,11 +249,13 @@ TEST(ColumnarHDWriter, AFullDiskLosesNothingWhenRoomIsMade) {
 TEST(ColumnarHDWriter, GivingUpOnAFullDiskEndsWithAnIncompleteFileAndItsName) {
   const Folder folder;
   const std::string file = folder.file("d.cgel_kelvarin");
-  for (long long bytesLeft = 0; bytesLeft < 30000; bytesLeft += 1777) {
+  const Options options{.rowsInBlock = 100, .sets = kThreeSets};
+  const long long size = sizeOnDisk(file, wideTable(2000), options);
+  for (long long bytesLeft = 0; bytesLeft < size; bytesLeft += size / 17) {
     FullDisk disk(bytesLeft);
     ColumnarHDWriter writer([](const QString&, int) { return false; });
-    FakeInputPin pin = wideTable(20000);
-    EXPECT_FALSE(writeAll(writer, pin, file, {.rowsInBlock = 100, .sets = kThreeSets}));
+    FakeInputPin pin = wideTable(2000);
+    EXPECT_FALSE(writeAll(writer, pin, file, options));
     EXPECT_EQ(writer.failure().kind, WriteFailure::Kind::cannotWrite);
     EXPECT_TRUE(writer.failure().file.contains(".c")) << writer.failure().file.toStdString();
     const ByteList main = contentOf(file);

@@ -1,8 +1,6 @@
 #include "host/tables/csv/csv_row_format.h"
 
-
-#include <fmt/compile.h>
-#include <fmt/format.h>
+#include <algorithm>
 
 #include "host/contract/shortest_number.h"
 
@@ -10,17 +8,15 @@ namespace kelvarin {
 
 namespace {
 
-constexpr std::size_t kFirstCapacity = 1 << 20;
-constexpr std::size_t kLongestNumber = 40;
+constexpr std::size_t kFirstCapacity = 256 * 1024;
+// With quotes around, every byte doubled, and a separator.
+constexpr std::size_t kRoomOfNumber = 2 * kLongestNumberText + 3;
 constexpr std::string_view kNumberBytes = "0123456789.+-einfa";
 
 }  // namespace
 
 CsvRowFormat::CsvRowFormat(const CsvDialect& dialect, std::vector<MetaTypeColumn> types)
-    : m_dialect(dialect),
-      m_types(std::move(types)),
-      m_buffer(new char[kFirstCapacity]),
-      m_capacity(kFirstCapacity) {
+    : m_dialect(dialect), m_types(std::move(types)) {
   for (const char c : {dialect.separator, '\n', '\r'}) {
     m_isSpecial[static_cast<unsigned char>(c)] = true;
   }
@@ -30,95 +26,84 @@ CsvRowFormat::CsvRowFormat(const CsvDialect& dialect, std::vector<MetaTypeColumn
   m_needsNumberCheck = !dialect.nullText.empty() ||
                        kNumberBytes.find(dialect.separator) != kNumberBytes.npos ||
                        (dialect.hasQuote && kNumberBytes.find(dialect.quote) != kNumberBytes.npos);
+  const std::size_t roomOfField = std::max(kRoomOfNumber, dialect.nullText.size() + 1);
+  m_fixedRoom = m_types.size() * roomOfField + 1;
+  reserve(kFirstCapacity);
 }
 
-void CsvRowFormat::grow(std::size_t size) {
-  m_capacity = 2 * m_capacity + size;
-  std::unique_ptr<char[]> larger(new char[m_capacity]);
-  std::memcpy(larger.get(), m_buffer.get(), m_used);
-  m_buffer = std::move(larger);
+char* CsvRowFormat::reserve(std::size_t size) {
+  if (m_capacity - m_used < size + m_fixedRoom) [[unlikely]] {
+    m_capacity = m_capacity + m_capacity / 2 + size + m_fixedRoom;
+    std::unique_ptr<char[]> larger(new char[m_capacity]);
+    if (m_used > 0) {
+      std::memcpy(larger.get(), m_buffer.get(), m_used);
+    }
+    m_buffer = std::move(larger);
+  }
+  return m_buffer.get() + m_used;
 }
 
 std::optional<int> CsvRowFormat::appendRow(const OneRow& row) {
   unsigned char* const* values = row.getAllColForRead();
   const int columnCount = static_cast<int>(m_types.size());
+  char* place = reserve(0);
   for (int i = 0; i < columnCount; ++i) {
-    const unsigned char* value = values[i];
-    bool isWritten;
-    switch (m_types[static_cast<std::size_t>(i)]) {
-      case MetaTypeColumn::number:
-        isWritten = appendNumber(numberFromBytes(value));
-        break;
-      case MetaTypeColumn::key:
-        isWritten = appendKey(keyFromBytes(value));
-        break;
-      default:
-        isWritten = isNullText(value) ? appendNull() : appendText(textFromBytes(value));
-    }
-    if (!isWritten) [[unlikely]] {
+    place = appendValue(place, m_types[static_cast<std::size_t>(i)], values[i]);
+    if (place == nullptr) [[unlikely]] {
       return i;
     }
-    *reserve(1) = m_dialect.separator;
-    ++m_used;
+    *place++ = m_dialect.separator;
   }
-  endLine();
+  endLine(place);
   return std::nullopt;
 }
 
 std::optional<int> CsvRowFormat::appendNames(const OneRow& row) {
+  char* place = reserve(0);
   for (int i = 0; i < row.sz(); ++i) {
     const QByteArray name = row.colName(i).toUtf8();
     const std::string_view text(name.constData(), static_cast<std::size_t>(name.size()));
-    const bool isQuoted = text.empty() || needsQuote(text);
-    if (isQuoted ? !appendQuoted(text) : !appendPlain(text)) {
+    // Nor is a name to look like a missing value.
+    place = text.empty() ? appendQuoted(place, text) : appendText(place, text);
+    if (place == nullptr) {
       return i;
     }
-    *reserve(1) = m_dialect.separator;
-    ++m_used;
+    *place++ = m_dialect.separator;
   }
-  endLine();
+  endLine(place);
   return std::nullopt;
 }
 
 // Replaces the last separator; a row without columns is an empty line.
-void CsvRowFormat::endLine() {
+void CsvRowFormat::endLine(char* end) {
   if (m_types.empty()) {
-    *reserve(1) = '\n';
-    ++m_used;
-    return;
+    ++end;
   }
-  m_buffer[m_used - 1] = '\n';
+  end[-1] = '\n';
+  m_used = static_cast<std::size_t>(end - m_buffer.get());
 }
 
-bool CsvRowFormat::appendNumber(double number) {
-  if (isNullNumber(number)) {
-    return appendNull();
+inline char* CsvRowFormat::appendValue(char* place, MetaTypeColumn type,
+                                       const unsigned char* value) {
+  if (type == MetaTypeColumn::number) {
+    const double number = numberFromBytes(value);
+    return isNullNumber(number) ? appendNull(place)
+                                : quotedIfNeeded(place, appendShortest(place, number));
   }
-  char* place = reserve(kLongestNumber);
-  const std::size_t start = m_used;
-  m_used += static_cast<std::size_t>(appendShortest(place, number) - place);
-  return quoteIfNeeded(start);
+  if (type == MetaTypeColumn::key) {
+    const std::uint32_t key = keyFromBytes(value);
+    return isNullKey(key) ? appendNull(place) : quotedIfNeeded(place, appendWhole(place, key));
+  }
+  return isNullText(value) ? appendNull(place) : appendText(place, textFromBytes(value));
 }
 
-bool CsvRowFormat::appendKey(std::uint32_t key) {
-  if (isNullKey(key)) {
-    return appendNull();
-  }
-  char* place = reserve(kLongestNumber);
-  const std::size_t start = m_used;
-  m_used += static_cast<std::size_t>(fmt::format_to(place, FMT_COMPILE("{}"), key) - place);
-  return quoteIfNeeded(start);
-}
-
-// A number that is printed as the null text or holds the separator, as a quoted field.
-bool CsvRowFormat::quoteIfNeeded(std::size_t start) {
-  const std::string_view printed(m_buffer.get() + start, m_used - start);
+// A number that is printed as the null text or holds the separator becomes a quoted field.
+inline char* CsvRowFormat::quotedIfNeeded(char* place, char* end) const {
+  const std::string_view printed(place, static_cast<std::size_t>(end - place));
   if (!m_needsNumberCheck || !needsQuote(printed)) [[likely]] {
-    return true;
+    return end;
   }
-  const std::string text(printed);
-  m_used = start;
-  return appendQuoted(text);
+  return appendQuoted(place, std::string(printed));
 }
 
 bool CsvRowFormat::needsQuote(std::string_view text) const {
@@ -130,39 +115,38 @@ bool CsvRowFormat::needsQuote(std::string_view text) const {
   return text == m_dialect.nullText;
 }
 
-bool CsvRowFormat::appendNull() {
-  return appendPlain(m_dialect.nullText);
+char* CsvRowFormat::appendNull(char* place) const {
+  const std::string& text = m_dialect.nullText;
+  std::memcpy(place, text.data(), text.size());
+  return place + text.size();
 }
 
-bool CsvRowFormat::appendPlain(std::string_view text) {
-  std::memcpy(reserve(text.size()), text.data(), text.size());
-  m_used += text.size();
-  return true;
-}
-
-bool CsvRowFormat::appendText(std::string_view text) {
+char* CsvRowFormat::appendText(char* place, std::string_view text) {
+  m_used = static_cast<std::size_t>(place - m_buffer.get());
+  place = reserve(2 * text.size() + 2);
   // An empty line would be a missing value.
   const bool isEmptyLine = text.empty() && m_types.size() == 1;
   if (isEmptyLine || needsQuote(text)) [[unlikely]] {
-    return appendQuoted(text);
+    return appendQuoted(place, text);
   }
-  return appendPlain(text);
+  std::memcpy(place, text.data(), text.size());
+  return place + text.size();
 }
 
-bool CsvRowFormat::appendQuoted(std::string_view text) {
+// There is room for all bytes doubled.
+char* CsvRowFormat::appendQuoted(char* place, std::string_view text) const {
   if (!m_dialect.hasQuote) {
-    return false;
+    return nullptr;
   }
-  reserve(2 * text.size() + 2);
-  put(m_dialect.quote);
+  *place++ = m_dialect.quote;
   for (const char c : text) {
     if (c == m_dialect.quote) {
-      put(c);
+      *place++ = c;
     }
-    put(c);
+    *place++ = c;
   }
-  put(m_dialect.quote);
-  return true;
+  *place++ = m_dialect.quote;
+  return place;
 }
 
 }  // namespace kelvarin

@@ -29,23 +29,16 @@ class CsvRowFormat {
   void clear() { m_used = 0; }
 
  private:
-  char* reserve(std::size_t size) {
-    if (m_capacity - m_used < size) [[unlikely]] {
-      grow(size);
-    }
-    return m_buffer.get() + m_used;
-  }
-  void put(char c) { m_buffer.get()[m_used++] = c; }
-  void grow(std::size_t size);
-  bool appendNumber(double number);
-  bool appendKey(std::uint32_t key);
-  bool appendText(std::string_view text);
-  bool appendPlain(std::string_view text);
-  bool appendQuoted(std::string_view text);
-  bool appendNull();
-  bool quoteIfNeeded(std::size_t start);
+  // Room for `size` bytes and for the numbers and separators of a row behind them.
+  char* reserve(std::size_t size);
+  // These write at `place` and give the end; null when the field needs a quote and there is none.
+  char* appendValue(char* place, MetaTypeColumn type, const unsigned char* value);
+  char* appendText(char* place, std::string_view text);
+  char* appendQuoted(char* place, std::string_view text) const;
+  char* appendNull(char* place) const;
+  char* quotedIfNeeded(char* place, char* end) const;
   bool needsQuote(std::string_view text) const;
-  void endLine();
+  void endLine(char* end);
 
   CsvDialect m_dialect;
   std::vector<MetaTypeColumn> m_types;
@@ -53,8 +46,9 @@ class CsvRowFormat {
   bool m_needsNumberCheck =
       false;  // a printed number may be the null text or hold the separator or the quote
   std::unique_ptr<char[]> m_buffer;
-  std::size_t m_capacity;
+  std::size_t m_capacity = 0;
   std::size_t m_used = 0;
+  std::size_t m_fixedRoom;  // for a row but its texts
 };
 
 }  // namespace kelvarin

@@ -5,8 +5,9 @@
 namespace kelvarin {
 
 namespace {
-// Below the format's first capacity, so that its buffer grows for long rows only.
-constexpr std::size_t kFlushSize = 512 * 1024;
+// Below the format's first capacity, so that its buffer grows for long rows only, and small enough
+// to be in the processor's cache still.
+constexpr std::size_t kFlushSize = 128 * 1024;
 }  // namespace
 
 WriteCsv::WriteCsv(XMLNode node, GlobalParameters* parameters)

@@ -1,0 +1,164 @@
+#include "columnar/codecs/code_array.h"
+
+#include <bit>
+#include <utility>
+
+#include "base/byte_cursor.h"
+
+namespace kelvarin {
+
+namespace {
+
+constexpr int kWidestWithHighPart = 24;
+constexpr int kWidest = 32;
+constexpr std::size_t kGroup = 8;  // so many codes fill whole bytes
+
+template <int kBits>
+void packGroups(std::span<const std::uint8_t> codes, unsigned char* out) {
+  const auto packed = [&](std::size_t first, std::size_t count) {
+    std::uint64_t bits = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+      bits |= std::uint64_t{codes[first + i]} << (kBits * static_cast<int>(i));
+    }
+    return bits;
+  };
+  const std::size_t whole = codes.size() / kGroup * kGroup;
+  for (std::size_t first = 0; first < whole; first += kGroup, out += kBits) {
+    const std::uint64_t bits = packed(first, kGroup);
+    std::memcpy(out, &bits, kBits);
+  }
+  const std::uint64_t bits = packed(whole, codes.size() - whole);
+  std::memcpy(out, &bits, packedBitsSize(codes.size() - whole, kBits));
+}
+
+// Adds the codes' bits, moved up by `shift`, to `codes`.
+template <int kBits>
+void unpackGroups(const unsigned char* packed, std::size_t count, int shift,
+                  std::uint32_t* codes) {
+  constexpr std::uint64_t kMask = (1u << kBits) - 1;
+  const auto unpack = [&](std::uint64_t bits, std::size_t first, std::size_t codeCount) {
+    for (std::size_t i = 0; i < codeCount; ++i) {
+      const std::uint64_t code = bits >> (kBits * static_cast<int>(i)) & kMask;
+      codes[first + i] |= static_cast<std::uint32_t>(code) << shift;
+    }
+  };
+  const std::size_t whole = count / kGroup * kGroup;
+  for (std::size_t first = 0; first < whole; first += kGroup, packed += kBits) {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, packed, kBits);
+    unpack(bits, first, kGroup);
+  }
+  std::uint64_t bits = 0;
+  std::memcpy(&bits, packed, packedBitsSize(count - whole, kBits));
+  unpack(bits, whole, count - whole);
+}
+
+using Pack = void (*)(std::span<const std::uint8_t>, unsigned char*);
+using Unpack = void (*)(const unsigned char*, std::size_t, int, std::uint32_t*);
+constexpr Pack kPacks[] = {nullptr,       packGroups<1>, packGroups<2>, packGroups<3>, packGroups<4>,
+                           packGroups<5>, packGroups<6>, packGroups<7>, packGroups<8>};
+constexpr Unpack kUnpacks[] = {nullptr,         unpackGroups<1>, unpackGroups<2>,
+                               unpackGroups<3>, unpackGroups<4>, unpackGroups<5>,
+                               unpackGroups<6>, unpackGroups<7>, unpackGroups<8>};
+
+template <typename Low>
+void storeLow(std::span<const std::uint32_t> codes, unsigned char* out) {
+  for (std::size_t i = 0; i < codes.size(); ++i) {
+    storePacked(out + i * sizeof(Low), static_cast<Low>(codes[i]));
+  }
+}
+
+template <typename Low>
+void loadLow(const unsigned char* low, std::size_t count, std::uint32_t* codes) {
+  for (std::size_t i = 0; i < count; ++i) {
+    codes[i] = loadPacked<Low>(low + i * sizeof(Low));
+  }
+}
+
+}  // namespace
+
+std::optional<CodeWidth> codeWidthOf(int bits) {
+  if (bits == kWidest) {
+    return CodeWidth{4, 0};
+  }
+  if (bits < 0 || bits > kWidestWithHighPart) {
+    return std::nullopt;
+  }
+  const int lowBytes = std::min(bits / 8, 2);
+  return CodeWidth{lowBytes, bits - 8 * lowBytes};
+}
+
+std::optional<CodeWidth> codeWidthFor(std::uint64_t largestCode) {
+  const int bits = static_cast<int>(std::bit_width(largestCode));
+  return codeWidthOf(bits > kWidestWithHighPart && bits < kWidest ? kWidest : bits);
+}
+
+std::size_t codesSize(std::size_t rows, CodeWidth width) {
+  return rows * static_cast<std::size_t>(width.lowBytes) + packedBitsSize(rows, width.highBits);
+}
+
+std::size_t packedBitsSize(std::size_t rows, int bits) {
+  return (rows * static_cast<std::size_t>(bits) + 7) / 8;
+}
+
+void packBits(std::span<const std::uint8_t> codes, int bits, unsigned char* out) {
+  if (bits > 0) {
+    kPacks[bits](codes, out);
+  }
+}
+
+void StoredCodes::store(std::size_t first, std::span<const std::uint32_t> codes) const {
+  unsigned char* low = m_low + first * static_cast<std::size_t>(m_width.lowBytes);
+  switch (m_width.lowBytes) {
+    case 0:
+      break;
+    case 1:
+      storeLow<std::uint8_t>(codes, low);
+      break;
+    case 2:
+      storeLow<std::uint16_t>(codes, low);
+      break;
+    default:
+      storeLow<std::uint32_t>(codes, low);
+  }
+  if (m_width.highBits > 0) {
+    std::uint8_t high[kRowsInPiece];
+    for (std::size_t i = 0; i < codes.size(); ++i) {
+      const std::uint32_t part = codes[i] >> (8 * m_width.lowBytes);
+      high[i] = static_cast<std::uint8_t>(part & ((1u << m_width.highBits) - 1));
+    }
+    packBits({high, codes.size()}, m_width.highBits,
+             m_high + packedBitsSize(first, m_width.highBits));
+  }
+}
+
+void LoadedCodes::load(std::size_t first, std::size_t count, std::uint32_t* codes) const {
+  const unsigned char* low = m_low + first * static_cast<std::size_t>(m_width.lowBytes);
+  switch (m_width.lowBytes) {
+    case 0:
+      std::fill_n(codes, count, 0);
+      break;
+    case 1:
+      loadLow<std::uint8_t>(low, count, codes);
+      break;
+    case 2:
+      loadLow<std::uint16_t>(low, count, codes);
+      break;
+    default:
+      loadLow<std::uint32_t>(low, count, codes);
+  }
+  if (m_width.highBits > 0) {
+    kUnpacks[m_width.highBits](m_high + packedBitsSize(first, m_width.highBits), count,
+                               8 * m_width.lowBytes, codes);
+  }
+}
+
+std::uint32_t largestOf(std::span<const std::uint32_t> codes) {
+  std::uint32_t largest = 0;
+  for (const std::uint32_t code : codes) {
+    largest = std::max(largest, code);
+  }
+  return largest;
+}
+
+}  // namespace kelvarin
