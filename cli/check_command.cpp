@@ -1,4 +1,5 @@
 // `kelvarin check`: finds the faults of a graph without running it.
+#include <algorithm>
 #include <cstdio>
 
 #include "cli/commands.h"
@@ -13,8 +14,10 @@ namespace {
 
 void reportCheck(const GraphArguments& arguments, const RunResult& result, Console&) {
   if (result.isOk() && !arguments.isJson && !arguments.isQuiet) {
-    const QString text =
-        QString::fromLatin1(program_messages::kCheckFoundNothing).arg(QString::fromStdString(arguments.graph));
+    const bool isWarned = std::any_of(result.log.begin(), result.log.end(),
+                                      [](const LogLine& line) { return line.level == LogLevel::warning; });
+    const char* verdict = isWarned ? program_messages::kCheckFoundNoError : program_messages::kCheckFoundNothing;
+    const QString text = QString::fromLatin1(verdict).arg(QString::fromStdString(arguments.graph));
     std::puts(text.toUtf8().constData());
     std::fputs(columnList(result).c_str(), stdout);
   }

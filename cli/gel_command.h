@@ -1,6 +1,7 @@
 // What the parts of `kelvarin gel` share: opening a columnar file with a message for the user.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -16,6 +17,9 @@ namespace kelvarin {
 // warning unless `isToldElsewhere`.
 std::unique_ptr<GelFile> openGelFile(const std::string& path, Console& console,
                                      bool isToldElsewhere = false);
+
+// "1 row", "2 rows".
+std::string counted(std::uint64_t count, const char* thing);
 
 // One a part, each in its own file.
 void addGelInfo(CLI::App& gel, ChosenCommand& chosen);

@@ -2,7 +2,7 @@
 //
 // Each is a run of a graph of two actions, so that messages, full disks and interrupts are those of
 // any run.
-#include <span>
+#include <algorithm>
 
 #include <QDir>
 #include <QFileInfo>
@@ -47,6 +47,8 @@ struct Conversion {
   bool isExport = false;
 };
 
+constexpr char kStandardOutput[] = "-";  // takes CSV
+
 const FileKind* kindOfFile(const std::string& path) {
   const QString extension = QFileInfo(QString::fromStdString(path)).suffix().toLower();
   for (const FileKind& kind : kKinds) {
@@ -55,6 +57,17 @@ const FileKind* kindOfFile(const std::string& path) {
     }
   }
   return nullptr;
+}
+
+const FileKind* kindOfTable(const Conversion& conversion) {
+  const bool isPiped = conversion.isExport && conversion.output == kStandardOutput;
+  return isPiped ? &kKinds[0]
+                 : kindOfFile(conversion.isExport ? conversion.output : conversion.input);
+}
+
+// Most likely the names have been swapped, and a table would be lost.
+bool isForAnotherKind(const Conversion& conversion) {
+  return !conversion.isExport && kindOfFile(conversion.output) != nullptr;
 }
 
 QString knownExtensions() {
@@ -89,10 +102,38 @@ QByteArray graphOf(const Conversion& conversion, const FileKind& other) {
 }
 
 QString absolute(const std::string& path) {
-  return QDir::current().absoluteFilePath(QString::fromStdString(path));
+  return path == kStandardOutput ? QString::fromStdString(path)
+                                 : QDir::current().absoluteFilePath(QString::fromStdString(path));
 }
 
-ExitStatus run(Graph& graph, Console& console) {
+// Files that are made of themselves would be lost.
+bool isOneFile(const Conversion& conversion) {
+  const QString input = QFileInfo(QString::fromStdString(conversion.input)).canonicalFilePath();
+  return !input.isEmpty() &&
+         input == QFileInfo(QString::fromStdString(conversion.output)).canonicalFilePath();
+}
+
+void tellOutcome(const Conversion& conversion, const RunResult& result, Console& console) {
+  const QString input = QString::fromStdString(conversion.input);
+  const QString output = QString::fromStdString(conversion.output);
+  const auto sink = std::find_if(result.actions.begin(), result.actions.end(),
+                                 [](const ActionResult& action) { return !action.rowsIn.empty(); });
+  const long long rows = sink->rowsIn.front();
+  if (conversion.output == kStandardOutput) {
+    return;
+  }
+  if (rows == 0 && !conversion.isExport) {
+    console.writeLog(LogLevel::warning,
+                     QString::fromLatin1(gel_messages::kNoRows).arg(input, output));
+  } else {
+    const std::string count = counted(static_cast<std::uint64_t>(rows), "row");
+    console.writeLog(
+        LogLevel::information,
+        QString::fromLatin1(gel_messages::kWritten).arg(QString::fromStdString(count), output));
+  }
+}
+
+ExitStatus run(Graph& graph, const Conversion& conversion, Console& console) {
   RunRecord record;
   const InterruptibleRun interruptible(record);
   ProgressLine progress(console);
@@ -106,16 +147,31 @@ ExitStatus run(Graph& graph, Console& console) {
     console.writeLog(LogLevel::warning, QString::fromLatin1(program_messages::kInterrupted));
     return ExitStatus::interrupted;
   }
-  return result.isOk() ? ExitStatus::done : ExitStatus::failed;
+  if (!result.isOk()) {
+    return ExitStatus::failed;
+  }
+  tellOutcome(conversion, result, console);
+  return ExitStatus::done;
 }
 
 ExitStatus convert(const Conversion& conversion) {
   Console console(conversion.isQuiet);
-  const std::string& other = conversion.isExport ? conversion.output : conversion.input;
-  const FileKind* kind = kindOfFile(other);
+  const FileKind* kind = kindOfTable(conversion);
   if (kind == nullptr) {
+    const std::string& other = conversion.isExport ? conversion.output : conversion.input;
     console.writeLog(LogLevel::error, QString::fromLatin1(gel_messages::kUnknownExtension)
                                           .arg(QString::fromStdString(other), knownExtensions()));
+    return ExitStatus::wrongUsage;
+  }
+  if (isForAnotherKind(conversion)) {
+    console.writeLog(LogLevel::error, QString::fromLatin1(gel_messages::kNameOfAnotherKind)
+                                          .arg(QString::fromStdString(conversion.output)));
+    return ExitStatus::wrongUsage;
+  }
+  if (isOneFile(conversion)) {
+    console.writeLog(
+        LogLevel::error,
+        QString::fromLatin1(gel_messages::kSameFile).arg(QString::fromStdString(conversion.input)));
     return ExitStatus::wrongUsage;
   }
   const ProgramServices services(console, conversion.diskWaitSeconds);
@@ -136,18 +192,13 @@ ExitStatus convert(const Conversion& conversion) {
     }
     return ExitStatus::failed;
   }
-  return run(*graph, console);
+  return run(*graph, conversion, console);
 }
 
 void addConversion(CLI::App& command, const std::shared_ptr<Conversion>& conversion,
                    ChosenCommand& chosen) {
   addPluginOption(command, conversion->plugin);
-  command
-      .add_option("--disk-wait", conversion->diskWaitSeconds,
-                  "how long to wait for space on a full disk")
-      ->check(CLI::NonNegativeNumber)
-      ->type_name("SECONDS")
-      ->capture_default_str();
+  addDiskWaitOption(command, conversion->diskWaitSeconds);
   command.add_flag("--quiet", conversion->isQuiet, "only errors and warnings on standard error");
   command.callback(
       [conversion, &chosen] { chosen = [conversion] { return convert(*conversion); }; });
@@ -159,10 +210,12 @@ void addGelConversions(CLI::App& gel, ChosenCommand& chosen) {
   auto exported = std::make_shared<Conversion>();
   exported->isExport = true;
   CLI::App* command = gel.add_subcommand("export", "Write it as CSV, Parquet or Arrow");
-  command->add_option("FILE", exported->input, "the main file")->required()->type_name("FILE");
-  command->add_option("OUT", exported->output, "its extension says what it becomes")
+  command->add_option("FILE", exported->input, "the main file")->required()->type_name("");
+  command
+      ->add_option("OUT", exported->output,
+                   "its extension says what it becomes; - is standard output, as CSV")
       ->required()
-      ->type_name("FILE");
+      ->type_name("");
   command->add_flag("--salvage", exported->readsDamaged,
                     "take what can be read of an incomplete or damaged file");
   command->footer("Example:\n  kelvarin gel export sales.cgel_kelvarin sales.parquet");
@@ -172,8 +225,8 @@ void addGelConversions(CLI::App& gel, ChosenCommand& chosen) {
   command = gel.add_subcommand("import", "Make one of a CSV, Parquet or Arrow file");
   command->add_option("IN", imported->input, "its extension says what it is")
       ->required()
-      ->type_name("FILE");
-  command->add_option("FILE", imported->output, "the main file")->required()->type_name("FILE");
+      ->type_name("");
+  command->add_option("FILE", imported->output, "the main file")->required()->type_name("");
   command->footer("Example:\n  kelvarin gel import sales.csv sales.cgel_kelvarin");
   addConversion(*command, imported, chosen);
 }

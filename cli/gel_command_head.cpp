@@ -1,5 +1,6 @@
 // `kelvarin gel head`: the first rows of a columnar file, as CSV.
 #include <cstdio>
+#include <limits>
 
 #include "cli/gel_command.h"
 #include "cli/gel_command_messages.h"
@@ -12,7 +13,7 @@ namespace {
 
 struct HeadArguments {
   std::string file;
-  std::uint64_t rows = 10;
+  std::int64_t rows = 10;
 };
 
 // The columns of the file as a row.
@@ -39,11 +40,9 @@ QString damageText(const QString& file, const ReadEvent& event) {
   switch (event.kind) {
     case ReadEvent::Kind::corrupted:
       return QString::fromLatin1(gel_messages::kRowsLost)
-          .arg(file)
-          .arg(event.firstRow)
-          .arg(event.lastRow);
+          .arg(file, QString::number(event.firstRow), QString::number(event.lastRow));
     case ReadEvent::Kind::truncated:
-      return QString::fromLatin1(gel_messages::kFileCut).arg(file).arg(event.firstRow);
+      return QString::fromLatin1(gel_messages::kFileCut).arg(file, QString::number(event.firstRow));
     case ReadEvent::Kind::noMemory:
       return QString::fromLatin1(gel_messages::kNoMemory).arg(file);
     case ReadEvent::Kind::block:
@@ -53,8 +52,13 @@ QString damageText(const QString& file, const ReadEvent& event) {
   return {};
 }
 
+void print(CsvRowFormat& format) {
+  std::fwrite(format.text().data(), 1, format.text().size(), stdout);
+  format.clear();
+}
+
 bool printRows(const GelFile& file, BlockReader& reader, PinOutMetaData& columns,
-               std::uint64_t rowsLeft, Console& console) {
+               std::int64_t rowsLeft, Console& console) {
   OneRow row(&columns);
   CsvRowFormat format(CsvDialect{}, typesOf(columns));
   (void)format.appendNames(row);
@@ -75,8 +79,9 @@ bool printRows(const GelFile& file, BlockReader& reader, PinOutMetaData& columns
     for (; rowsLeft > 0 && event.block->takeRow(row.getAllColForWrite()); --rowsLeft) {
       (void)format.appendRow(row);
     }
+    print(format);
   }
-  std::fwrite(format.text().data(), 1, format.text().size(), stdout);
+  print(format);
   return isSound;
 }
 
@@ -103,8 +108,11 @@ ExitStatus showHead(const HeadArguments& arguments) {
 void addGelHead(CLI::App& gel, ChosenCommand& chosen) {
   auto arguments = std::make_shared<HeadArguments>();
   CLI::App* command = gel.add_subcommand("head", "Print the first rows as CSV");
-  command->add_option("FILE", arguments->file, "the main file")->required()->type_name("FILE");
-  command->add_option("--rows", arguments->rows, "how many")->type_name("N")->capture_default_str();
+  command->add_option("FILE", arguments->file, "the main file")->required()->type_name("");
+  command->add_option("--rows", arguments->rows, "how many")
+      ->check(CLI::Range(std::int64_t{0}, std::numeric_limits<std::int64_t>::max()))
+      ->type_name("N")
+      ->capture_default_str();
   command->footer("Example:\n  kelvarin gel head sales.cgel_kelvarin --rows 5");
   command->callback(
       [arguments, &chosen] { chosen = [arguments] { return showHead(*arguments); }; });

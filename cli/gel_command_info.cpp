@@ -62,13 +62,14 @@ void addLostRows(Contents& contents, const BlockScan& scan) {
 void tellDamage(const GelFile& file, const Contents& contents, Console& console) {
   const QString name = QString::fromStdString(file.path());
   for (const Contents::Rows& rows : contents.lostRows) {
-    console.writeLog(
-        LogLevel::error,
-        QString::fromLatin1(gel_messages::kRowsLost).arg(name).arg(rows.first).arg(rows.last));
+    console.writeLog(LogLevel::error,
+                     QString::fromLatin1(gel_messages::kRowsLost)
+                         .arg(name, QString::number(rows.first), QString::number(rows.last)));
   }
   if (contents.cutAtRow) {
-    console.writeLog(LogLevel::error,
-                     QString::fromLatin1(gel_messages::kFileCut).arg(name).arg(*contents.cutAtRow));
+    console.writeLog(
+        LogLevel::error,
+        QString::fromLatin1(gel_messages::kFileCut).arg(name, QString::number(*contents.cutAtRow)));
   }
 }
 
@@ -213,16 +214,34 @@ Json jsonOf(const GelFile& file, const Contents& contents, bool withBlocks) {
   return document;
 }
 
-std::string wordOf(const Json& value) {
-  return value.is_null() ? "-" : value.is_string() ? value.get<std::string>() : value.dump();
+// A text in quotes, so that the empty one can be seen and "-" is not taken for a missing one.
+std::string wordOf(const Json& value, GelType type) {
+  if (value.is_null()) {
+    return "-";
+  }
+  if (value.is_number_float()) {
+    return shortestText(value.get<double>()).toStdString();
+  }
+  const bool isQuoted = value.is_string() && type == GelType::text;
+  return value.is_string() && !isQuoted
+             ? value.get<std::string>()
+             : value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+std::string lineOf(const GelColumn& column, const BlockColumn& described) {
+  return fmt::format("  {:<24} {:>10} bytes  {}{} to {}\n", column.name,
+                     wordOf(described.size, column.type), described.hasNull ? "nulls, " : "",
+                     wordOf(described.low, column.type), wordOf(described.high, column.type));
 }
 
 std::string tableOf(const GelFile& file, const Contents& contents) {
+  const auto setCount = static_cast<std::uint64_t>(file.columnSetCount());
   std::string text =
-      fmt::format("{}\n  {}, {} rows, {} blocks of up to {} rows, {} column sets\n\n", file.path(),
+      fmt::format("{}\n  {}, {}, {} of up to {}, {}\n\n", file.path(),
                   file.isComplete() ? "complete" : "incomplete",
-                  file.isComplete() ? file.rowCount() : contents.rows, contents.blockCount,
-                  file.rowsInBlock(), file.columnSetCount());
+                  counted(file.isComplete() ? file.rowCount() : contents.rows, "row"),
+                  counted(contents.blockCount, "block"), counted(file.rowsInBlock(), "row"),
+                  counted(setCount, "column set"));
   text += fmt::format("{:<6}{:<5}{:<24}{}\n", "type", "set", "storage", "column");
   const std::vector<std::size_t> order = file.columnsInRowOrder();
   for (const std::size_t index : order) {
@@ -233,10 +252,7 @@ std::string tableOf(const GelFile& file, const Contents& contents) {
   for (const Block& block : contents.blocks) {
     text += fmt::format("\nrows {} to {}\n", block.row, block.row + block.rows - 1);
     for (std::size_t i = 0; i < order.size(); ++i) {
-      const BlockColumn& column = block.columns[i];
-      text += fmt::format("  {:<24} {:>10} bytes  {}{} to {}\n", file.column(order[i]).name,
-                          wordOf(column.size), column.hasNull ? "nulls, " : "", wordOf(column.low),
-                          wordOf(column.high));
+      text += lineOf(file.column(order[i]), block.columns[i]);
     }
   }
   return text;
@@ -265,7 +281,7 @@ ExitStatus showInfo(const InfoArguments& arguments) {
 void addGelInfo(CLI::App& gel, ChosenCommand& chosen) {
   auto arguments = std::make_shared<InfoArguments>();
   CLI::App* command = gel.add_subcommand("info", "Show header, columns and blocks");
-  command->add_option("FILE", arguments->file, "the main file")->required()->type_name("FILE");
+  command->add_option("FILE", arguments->file, "the main file")->required()->type_name("");
   command->add_flag("--blocks", arguments->showsBlocks, "show each block with its statistics");
   command->add_flag("--json", arguments->isJson, "print one JSON object");
   command->footer("Example:\n  kelvarin gel info sales.cgel_kelvarin --blocks");

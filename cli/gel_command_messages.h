@@ -3,8 +3,12 @@
 
 namespace kelvarin::gel_messages {
 
-inline constexpr char kCannotOpen[] =
-    "Cannot read '%1': there is no such file, or it may not be read.";
+inline constexpr char kCannotOpen[] = "Cannot read '%1': %2.";
+inline constexpr char kNoSuchFile[] = "there is no such file";
+inline constexpr char kIsFolder[] = "it is a folder";
+inline constexpr char kIsNoOrdinaryFile[] = "it is a device or a pipe";
+inline constexpr char kSideFileGiven[] =
+    "'%1' holds columns of a table. Give the main file instead, which is '%2'.";
 inline constexpr char kNotAGelFile[] =
     "Cannot read '%1': it is no columnar file, or its header or column list is damaged.";
 inline constexpr char kCannotOpenSide[] =
@@ -15,6 +19,13 @@ inline constexpr char kRowsLost[] = "'%1' is damaged: rows %2 to %3 cannot be re
 inline constexpr char kFileCut[] = "'%1' is cut: nothing from row %2 on can be read.";
 inline constexpr char kNoMemory[] = "'%1': the memory does not suffice for a block of rows.";
 
+inline constexpr char kSameFile[] =
+    "The file '%1' would be replaced by what is made of it. Give the other file another name.";
+inline constexpr char kNameOfAnotherKind[] =
+    "'%1' is a name for another kind of table. Columnar files end in .cgel_kelvarin.";
+inline constexpr char kWritten[] = "%1 written to '%2'.";
+inline constexpr char kNoRows[] =
+    "'%1' has no rows, so nothing was written. A file '%2' that was there before is unchanged.";
 inline constexpr char kUnknownExtension[] =
     "The kind of the file '%1' is told by its extension, which is one of: %2.";
 
@@ -29,9 +40,8 @@ inline constexpr char kUnknownLayout[] = "the values have the layout %1, which i
 inline constexpr char kSideFileCut[] = "the file ends inside this column's values";
 inline constexpr char kBadSummary[] = "the values are not those that the block's summary tells";
 inline constexpr char kSideFileMissing[] = "%1: the file cannot be opened";
-inline constexpr char kVerified[] = "%1: %2 rows in %3 blocks, %4 chunks read: %5\n";
+inline constexpr char kVerified[] = "%1: %2 in %3, %4 read: %5\n";
 inline constexpr char kNoDamage[] = "no damage";
-inline constexpr char kDamages[] = "%1 damaged places";
 inline constexpr char kIncompleteButSound[] = "no damage, but the file is incomplete";
 
 }  // namespace kelvarin::gel_messages

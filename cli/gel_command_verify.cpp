@@ -56,7 +56,7 @@ void print(const QString& text) {
 
 QString verdictOf(const GelFile& file, const GelVerification& result) {
   if (result.damages > 0) {
-    return QString::fromLatin1(gel_messages::kDamages).arg(result.damages);
+    return QString::fromStdString(counted(result.damages, "damaged place"));
   }
   return QString::fromLatin1(file.isComplete() ? gel_messages::kNoDamage
                                                : gel_messages::kIncompleteButSound);
@@ -79,8 +79,9 @@ ExitStatus verify(const std::string& path, bool isQuiet) {
       *file, [](const GelDamage& damage) { print(textOf(damage) + u'\n'); }, showProgress);
   console.clearProgress();
   print(QString::fromLatin1(gel_messages::kVerified)
-            .arg(QString::fromStdString(path), QString::number(result.rows),
-                 QString::number(result.blocks), QString::number(result.chunks),
+            .arg(QString::fromStdString(path), QString::fromStdString(counted(result.rows, "row")),
+                 QString::fromStdString(counted(result.blocks, "block")),
+                 QString::fromStdString(counted(result.chunks, "chunk")),
                  verdictOf(*file, result)));
   return result.damages == 0 && file->isComplete() ? ExitStatus::done : ExitStatus::failed;
 }
@@ -94,7 +95,7 @@ void addGelVerify(CLI::App& gel, ChosenCommand& chosen) {
   };
   auto arguments = std::make_shared<Arguments>();
   CLI::App* command = gel.add_subcommand("verify", "Check every checksum and every value");
-  command->add_option("FILE", arguments->file, "the main file")->required()->type_name("FILE");
+  command->add_option("FILE", arguments->file, "the main file")->required()->type_name("");
   command->add_flag("--quiet", arguments->isQuiet, "no progress bar");
   command->footer("Example:\n  kelvarin gel verify sales.cgel_kelvarin");
   command->callback([arguments, &chosen] {

@@ -75,16 +75,21 @@ void addPluginOption(CLI::App& command, std::string& plugin) {
       ->envname("KELVARIN_PLUGIN");
 }
 
+void addDiskWaitOption(CLI::App& command, int& seconds) {
+  constexpr int kLongest = 1'000'000;
+  command.add_option("--disk-wait", seconds, "how long to wait for space on a full disk")
+      ->check(CLI::Range(0, kLongest))
+      ->type_name("SECONDS")
+      ->capture_default_str();
+}
+
 void GraphArguments::addTo(CLI::App& command) {
-  command.add_option("GRAPH", graph, "the graph file")->required()->type_name("FILE");
+  command.add_option("GRAPH", graph, "the graph file")->required()->type_name("");
   command.add_option("--set", settings, "a value for a parameter of the graph")
       ->allow_extra_args(false)
       ->type_name("NAME=VALUE");
   addPluginOption(command, plugin);
-  command.add_option("--disk-wait", diskWaitSeconds, "how long to wait for space on a full disk")
-      ->check(CLI::NonNegativeNumber)
-      ->type_name("SECONDS")
-      ->capture_default_str();
+  addDiskWaitOption(command, diskWaitSeconds);
   command.add_flag("--json", isJson, "print one JSON object on standard output");
   command.add_flag("--quiet", isQuiet, "only errors and warnings on standard error");
 }

@@ -30,6 +30,7 @@ struct GraphArguments {
 };
 
 void addPluginOption(CLI::App& command, std::string& plugin);
+void addDiskWaitOption(CLI::App& command, int& seconds);
 
 // The plug-in's actions and the host's own.
 Result<std::unique_ptr<ActionCatalogue>, QString> loadCatalogue(const std::string& plugin);

@@ -4,6 +4,10 @@
 #include <cassert>
 #include <csignal>
 
+#include <unistd.h>
+
+#include "cli/exit_status.h"
+
 namespace kelvarin {
 
 namespace {
@@ -26,8 +30,17 @@ void setHandler(void (*handler)(int)) {
   }
 }
 
+bool hasProgressLine = false;
+
+void endProcess(int) {
+  if (hasProgressLine) {
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, "\n", 1);
+  }
+  _exit(static_cast<int>(ExitStatus::interrupted));
+}
+
 void stopRun(int) {
-  setHandler(SIG_DFL);
+  setHandler(endProcess);
   isInterrupted.store(true);
   if (RunRecord* record = runningRecord.load()) {
     State expected = State::running;
@@ -37,6 +50,11 @@ void stopRun(int) {
 
 }  // namespace
 
+void endOnInterrupt() {
+  hasProgressLine = isatty(STDERR_FILENO) != 0;
+  setHandler(endProcess);
+}
+
 InterruptibleRun::InterruptibleRun(RunRecord& record) {
   [[maybe_unused]] RunRecord* previous = runningRecord.exchange(&record);
   assert(previous == nullptr);
@@ -44,7 +62,7 @@ InterruptibleRun::InterruptibleRun(RunRecord& record) {
 }
 
 InterruptibleRun::~InterruptibleRun() {
-  setHandler(SIG_DFL);
+  setHandler(endProcess);
   runningRecord.store(nullptr);
 }
 

@@ -17,6 +17,9 @@ class InterruptibleRun {
   InterruptibleRun& operator=(const InterruptibleRun&) = delete;
 };
 
+// From now on a signal outside of a run ends the process with the status that says so.
+void endOnInterrupt();
+
 // True once a signal arrived.
 bool wasInterrupted();
 

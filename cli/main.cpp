@@ -1,12 +1,19 @@
 // The program `kelvarin`: runs and checks graphs, evaluates expressions and lists what there is to use.
 //
 // Exit status: exit_status.h. Standard output carries results only; everything else goes to standard error.
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
+
+#include <poll.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <QCoreApplication>
 
 #include "cli/commands.h"
+#include "cli/interrupt.h"
 #include "cli/messages.h"
 #include "host/contract/main_ui.h"
 #include "host/contract/nearest_names.h"
@@ -15,26 +22,31 @@ namespace {
 
 using kelvarin::ExitStatus;
 
+// About the command that was being read.
 std::string usageHint(const CLI::App& program) {
-  const auto commands = program.get_subcommands();
-  const QString command = commands.empty() ? QStringLiteral("kelvarin")
-                                           : QStringLiteral("kelvarin ") +
-                                                 QString::fromStdString(commands.front()->get_name());
+  const auto parsed = program.get_subcommands();
+  if (!parsed.empty()) {
+    return usageHint(*parsed.front());
+  }
+  QString command = QString::fromStdString(program.get_name());
+  for (const CLI::App* outer = program.get_parent(); outer != nullptr; outer = outer->get_parent()) {
+    command = QString::fromStdString(outer->get_name()) + u' ' + command;
+  }
   return QString::fromLatin1(kelvarin::program_messages::kUsageHint).arg(command).toStdString();
 }
 
 // Without it a misspelt command would be told as a missing one.
 bool tellUnknownCommand(const CLI::App& program, int argc, char** argv) {
-  if (argc < 2 || argv[1][0] == '-') {
-    return false;
-  }
-  const QString given = QString::fromLocal8Bit(argv[1]);
   QStringList names;
   for (const CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; })) {
     names += QString::fromStdString(command->get_name());
   }
-  if (names.contains(given)) {
+  if (names.isEmpty() || argc < 2 || argv[1][0] == '-') {
     return false;
+  }
+  const QString given = QString::fromLocal8Bit(argv[1]);
+  if (names.contains(given)) {
+    return tellUnknownCommand(*program.get_subcommand(argv[1]), argc - 1, argv + 1);
   }
   QString text = QString::fromLatin1(kelvarin::program_messages::kUnknownCommand).arg(given);
   if (const QStringList near = kelvarin::nearestNames(given, names); !near.isEmpty()) {
@@ -53,11 +65,38 @@ ExitStatus finishParsing(const CLI::App& program, const CLI::ParseError& error) 
   return ExitStatus::wrongUsage;
 }
 
+bool hasReaderLeft() {
+  pollfd output = {STDOUT_FILENO, POLLOUT, 0};
+  return poll(&output, 1, 0) > 0 && (output.revents & POLLERR) != 0;
+}
+
+// A full disk, for instance. A reader that has seen enough is no failure.
+bool isOutputLost() {
+  const bool isLost = std::fflush(stdout) != 0 || std::ferror(stdout) != 0;
+  if (!isLost || hasReaderLeft()) {
+    return false;
+  }
+  const QString text =
+      QString::fromLatin1(kelvarin::program_messages::kOutputLost).arg(QString::fromLocal8Bit(std::strerror(errno)));
+  std::fprintf(stderr, "error: %s\n", qUtf8Printable(text));
+  return true;
+}
+
+// As many as the system grants on demand: a table may be split into many files that are open together.
+void allowManyOpenFiles() {
+  rlimit files = {};
+  if (getrlimit(RLIMIT_NOFILE, &files) == 0) {
+    files.rlim_cur = files.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &files);
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   // A reader of our output that went away is an error of a write, not the end of the process.
   std::signal(SIGPIPE, SIG_IGN);
+  allowManyOpenFiles();
   QCoreApplication application(argc, argv);
   QCoreApplication::setApplicationName(QStringLiteral("kelvarin"));
 
@@ -82,5 +121,7 @@ int main(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return static_cast<int>(finishParsing(program, error));
   }
-  return static_cast<int>(chosen());
+  kelvarin::endOnInterrupt();
+  const ExitStatus status = chosen();
+  return static_cast<int>(isOutputLost() && status == ExitStatus::done ? ExitStatus::failed : status);
 }

@@ -27,8 +27,10 @@ inline constexpr char kDiskStillFull[] = "The disk was still full after %1 secon
 
 inline constexpr char kPlaceOfError[] = "%1:%2:%3: in the action '%4' (%5)";
 inline constexpr char kUnknownCommand[] = "There is no command '%1'.";
-inline constexpr char kInterrupted[] = "Interrupted. Files that were being written are removed.";
+inline constexpr char kOutputLost[] = "Standard output cannot be written: %1.";
+inline constexpr char kInterrupted[] = "Interrupted. Files that were being written are removed, but for columnar files, which say that they are incomplete.";
 inline constexpr char kCheckFoundNothing[] = "%1: no problem found";
+inline constexpr char kCheckFoundNoError[] = "%1: no error found";
 inline constexpr char kNewColumns[] = "new columns of '%1' (%2): %3\n";
 inline constexpr char kMoreColumns[] = "  ... and %1 more\n";
 

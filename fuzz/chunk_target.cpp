@@ -12,7 +12,7 @@
 namespace {
 
 constexpr std::size_t kHeadSize = 5;
-constexpr std::uint32_t kMostRows = 1 << 20;
+constexpr std::uint32_t kMostRows = 1 << 17;  // two pages of packed keys
 
 kelvarin::ByteBuffer chunkOf(kelvarin::Bytes content, bool isStream) {
   kelvarin::ByteBuffer chunk;

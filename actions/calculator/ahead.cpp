@@ -15,8 +15,20 @@ bool Calculator::evaluateAhead() {
   m_mustLoadRows = m_evaluator.mustLoadRows();
   connectResultsAhead();
   m_computedRows.setInput(rows);
-  offerRowsOnOutputPin(0, m_computedRows, m_rowsEvaluated);
+  const bool canBeTaken = rows.canBeTaken && !m_mustLoadRows && m_outputsByRow.empty();
+  offerRowsOnOutputPin(0, m_computedRows, m_rowsEvaluated,
+                       canBeTaken ? &Calculator::takeRows : nullptr);
   return true;
+}
+
+void Calculator::takeRows(ActionItem* action, std::size_t count) {
+  auto& self = static_cast<Calculator&>(*action);
+  for (ColumnAhead& ahead : self.m_columnsAhead) {
+    ahead.next += count * ahead.step;
+  }
+  self.m_rowsEvaluated -= count;
+  self.m_evaluator.advanceRows(count);
+  self.takeRowsOfInPin(0, count);
 }
 
 void Calculator::connectResultsAhead() {

@@ -16,7 +16,7 @@
 #include "actions/calculator/output_columns.h"
 #include "actions/frame/catalogued.h"
 #include "actions/frame/expression_action.h"
-#include "actions/frame/lookout.h"
+#include "host/contract/lookout.h"
 #include "expression/errors/error_texts.h"
 
 namespace kelvarin {
@@ -113,6 +113,7 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
     return m_rowsEvaluated > 0 || (m_lookout.isDue() && evaluateAhead());
   }
   bool evaluateAhead();
+  static void takeRows(ActionItem* action, std::size_t count);
   void connectResultsAhead();
   void disconnectResultsAhead();
   RowStep publishEvaluatedRow(const OneRow& row);

@@ -33,6 +33,11 @@ class ComputedRows final : public RowsInHand {
     return known.isOutput ? valuesOf<std::uint32_t>(known, first)
                           : m_input.keys(column, first, count, room);
   }
+  const unsigned char* const* texts(int column, std::size_t first, std::size_t count,
+                                    const unsigned char** room) const override {
+    const Column& known = m_results[static_cast<std::size_t>(column)];
+    return known.isOutput ? nullptr : m_input.texts(column, first, count, room);
+  }
 
  private:
   struct Column {

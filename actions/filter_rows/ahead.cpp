@@ -30,12 +30,29 @@ bool FilterRows::decideAhead() {
     count = kept + 1;
   }
   m_decided = {m_decisions.data(), count};
-  for (const bool wanted : {true, false}) {
-    const int pin = wanted ? 0 : 1;
-    m_rowsOfPin[pin].select(rows, m_decided, wanted);
-    offerRowsOnOutputPin(pin, m_rowsOfPin[pin], wanted ? kept : count - kept);
-  }
+  const bool canBeTaken = rows.canBeTaken && !m_mustLoadRows;
+  m_rowsOfPin[0].select(rows, m_decided, true);
+  offerRowsOnOutputPin(0, m_rowsOfPin[0], kept, canBeTaken ? &FilterRows::takeRows<true> : nullptr);
+  m_rowsOfPin[1].select(rows, m_decided, false);
+  offerRowsOnOutputPin(1, m_rowsOfPin[1], count - kept,
+                       canBeTaken ? &FilterRows::takeRows<false> : nullptr);
   return true;
+}
+
+// Rows of the other kind go by between those that are taken. Nothing reads them: of an action whose
+// pins both have readers no rows are taken together.
+template <bool kWanted>
+void FilterRows::takeRows(ActionItem* action, std::size_t count) {
+  auto& self = static_cast<FilterRows&>(*action);
+  const std::size_t begin = self.m_nextDecided;
+  std::size_t next = begin;
+  for (std::size_t left = count; left > 0; ++next) {
+    left -= (self.m_decided[next] != 0) == kWanted ? 1 : 0;
+  }
+  self.m_nextDecided = next;
+  self.m_evaluator.advanceRows(next - begin);
+  self.countRowsOfOutputPin(kWanted ? 1 : 0, next - begin - count);
+  self.takeRowsOfInPin(0, next - begin);
 }
 
 }  // namespace kelvarin

@@ -13,7 +13,7 @@
 #include "actions/filter_rows/kept_rows.h"
 #include "actions/frame/catalogued.h"
 #include "actions/frame/expression_action.h"
-#include "actions/frame/lookout.h"
+#include "host/contract/lookout.h"
 
 namespace kelvarin {
 
@@ -78,6 +78,8 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
     return m_nextDecided < m_decided.size() || (m_lookout.isDue() && decideAhead());
   }
   bool decideAhead();
+  template <bool kWanted>
+  static void takeRows(ActionItem* action, std::size_t count);
   static bool computeSampledRow(ActionItem* action);
   RowStep sampleRow(const OneRow& row);
   static bool computeObservedRow(ActionItem* action);

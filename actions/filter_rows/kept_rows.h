@@ -34,6 +34,11 @@ class KeptRows final : public RowsInHand {
     m_keys.resize(m_isTrue.size());
     return gather(m_input.keys(column, 0, m_isTrue.size(), m_keys.data()), first, count, room);
   }
+  const unsigned char* const* texts(int column, std::size_t first, std::size_t count,
+                                    const unsigned char** room) const override {
+    m_texts.resize(m_isTrue.size());
+    return gather(m_input.texts(column, 0, m_isTrue.size(), m_texts.data()), first, count, room);
+  }
 
  private:
   template <typename Value>
@@ -53,19 +58,21 @@ class KeptRows final : public RowsInHand {
     if (!m_chosen.empty()) {
       return;
     }
+    m_chosen.resize(m_isTrue.size());
+    std::size_t count = 0;
     for (std::size_t i = 0; i < m_isTrue.size(); ++i) {
-      if ((m_isTrue[i] != 0) == m_wanted) {
-        m_chosen.push_back(static_cast<std::uint32_t>(i));
-      }
+      m_chosen[count] = static_cast<std::uint32_t>(i);
+      count += (m_isTrue[i] != 0) == m_wanted ? 1 : 0;
     }
   }
 
   RowsAhead m_input;
   std::span<const unsigned char> m_isTrue;
   bool m_wanted = true;
-  mutable std::vector<std::uint32_t> m_chosen;  // empty until somebody asks
+  mutable std::vector<std::uint32_t> m_chosen;  // these first; empty until somebody asks
   mutable std::vector<double> m_numbers;        // of all rows, where they must be copied
   mutable std::vector<std::uint32_t> m_keys;
+  mutable std::vector<const unsigned char*> m_texts;
 };
 
 }  // namespace kelvarin

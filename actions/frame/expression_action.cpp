@@ -42,15 +42,20 @@ const OneRow* ExpressionAction::columnsToPlanFor(const OneRow* firstRow) const {
 bool ExpressionAction::startEvaluator(const OneRow& columns,
                                       const std::vector<InputVariable>& inputs,
                                       const QStringList& expressions, int elementCount) {
-  m_evaluator.configure(m_options, inputs, globalParameters(), isObserved());
+  const auto expand = [this](const QString& text) { return expandString(text); };
+  EvaluationOptions options = m_options;
+  options.time.referenceTime = expand(options.time.referenceTime);
+  options.time.dateFormat = expand(options.time.dateFormat);
+  std::vector<InputVariable> variables = inputs;
   m_variableNames.clear();
-  for (const InputVariable& input : inputs) {
-    m_variableNames += input.name();
+  for (InputVariable& variable : variables) {
+    variable.label = expand(variable.label);
+    m_variableNames += variable.name();
   }
+  m_evaluator.configure(options, variables, globalParameters(), isObserved());
   if (!prepareDates(expressions)) {
     return false;
   }
-  const auto expand = [this](const QString& text) { return expandString(text); };
   const Status<QString> bound = m_evaluator.bind(columns, expand, elementCount);
   if (!bound) {
     logError(bound.error());
@@ -111,8 +116,10 @@ bool ExpressionAction::checkOutput(const OutputVariable& output, ResultUse use) 
 
 void ExpressionAction::hintAt(const QString& failure, const QString& expression) const {
   const OneRow* input = announcedColumnsOfInPin(0);
-  const QStringList columns = input == nullptr ? QStringList() : QStringList(input->getColNamesDeep());
-  if (const QString hint = unknownNameHint(failure, expression, m_variableNames, columns); !hint.isEmpty()) {
+  const QStringList columns =
+      input == nullptr ? QStringList() : QStringList(input->getColNamesDeep());
+  if (const QString hint = unknownNameHint(failure, expression, m_variableNames, columns);
+      !hint.isEmpty()) {
     MainUI::addLog(LogLevel::information, hint);
   }
 }

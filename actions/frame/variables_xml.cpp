@@ -23,8 +23,9 @@ void forEachChild(const XMLNode& parent, const char16_t* name, Read read) {
 }
 
 QStringList readColumns(const XMLNode& node) {
+  const QString column = attribute(node, u"column");
   const QStringList columns = node.nChildNode() > 0 ? fromXMLSL(node) : QStringList();
-  return columns.isEmpty() ? QStringList{attribute(node, u"column")} : columns;
+  return columns.isEmpty() ? QStringList{column} : columns;
 }
 
 InputVariable readInputVariable(const XMLNode& node) {
@@ -46,19 +47,18 @@ InputVariable readInputVariable(const XMLNode& node) {
 }
 
 MetaTypeColumn readOutputMeta(const XMLNode& node) {
+  const MetaTypeColumn meta = readMeta(node, MetaTypeColumn::number);
   const unsigned short* isNumber = node.getAttribute(utf16(u"isNumber"));  // in older files
   if (isNumber != nullptr) {
     return xmltoi(isNumber, 1) != 0 ? MetaTypeColumn::number : MetaTypeColumn::text;
   }
-  return readMeta(node, MetaTypeColumn::number);
+  return meta;
 }
 
 QString readExpression(const XMLNode& node) {
   const QString text = node.text();
-  if (text.trimmed().isEmpty() && node.getAttribute(utf16(u"expression")) != nullptr) {
-    return attribute(node, u"expression");
-  }
-  return text;
+  const QString inAttribute = attribute(node, u"expression");
+  return text.trimmed().isEmpty() ? inAttribute : text;
 }
 
 OutputVariable readOutputVariable(const XMLNode& node, const QStringList& newNames) {

@@ -1,10 +1,9 @@
 // Times this product's columnar files against Parquet, on three tables. The formats take turns, so
 // that a machine that slows down slows all of them, and the median of the rounds is what counts.
+// Each piece of work has a process of its own, with the table in memory.
 #include <algorithm>
 #include <cstdio>
-#include <ctime>
 #include <filesystem>
-#include <functional>
 #include <map>
 
 #include <sched.h>
@@ -15,7 +14,10 @@
 
 #include <QTemporaryDir>
 
+#include "benchmarks/gel/checksum_speed.h"
 #include "benchmarks/gel/made_tables.h"
+#include "benchmarks/gel/own_process.h"
+#include "benchmarks/gel/stopwatch.h"
 #include "benchmarks/gel/table_format.h"
 
 namespace kelvarin {
@@ -30,6 +32,7 @@ struct BenchmarkArguments {
   int rounds = 7;
   int threads = 1;
   bool isJson = false;
+  bool isChecksum = false;
 };
 
 constexpr double kWideRows = 2'000'000;
@@ -53,23 +56,23 @@ constexpr const char* kThreeColumns = "three columns";
 constexpr const char* kRange = "range";
 constexpr const char* kDone[] = {kWrite, kScan, kThreeColumns, kRange};
 
-double median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
-
-double secondsOf(clockid_t clock) {
-  timespec now{};
-  clock_gettime(clock, &now);
-  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
-
-void measure(Times& times, const std::function<void()>& work) {
-  const double wall = secondsOf(CLOCK_MONOTONIC);
-  const double processor = secondsOf(CLOCK_PROCESS_CPUTIME_ID);
-  work();
-  times.processor.push_back(secondsOf(CLOCK_PROCESS_CPUTIME_ID) - processor);
-  times.wall.push_back(secondsOf(CLOCK_MONOTONIC) - wall);
+// The work is done twice and timed the second time: as in a program that goes on, not one that
+// begins.
+template <typename Work>
+void measure(Times& times, Work work) {
+  struct Seconds {
+    double wall = 0.0;
+    double processor = 0.0;
+  };
+  const Seconds seconds = inOwnProcess([&] {
+    work();
+    const Seconds begin{secondsOf(CLOCK_MONOTONIC), secondsOf(CLOCK_PROCESS_CPUTIME_ID)};
+    work();
+    return Seconds{secondsOf(CLOCK_MONOTONIC) - begin.wall,
+                   secondsOf(CLOCK_PROCESS_CPUTIME_ID) - begin.processor};
+  });
+  times.wall.push_back(seconds.wall);
+  times.processor.push_back(seconds.processor);
 }
 
 // All threads of the process share the cores it is on already, at most so many of them.
@@ -103,20 +106,27 @@ SampleTable makeTable(const std::string& name, const BenchmarkArguments& argumen
                 : makeSales(static_cast<std::size_t>(rows));
 }
 
+struct Contents {
+  Found all;
+  Found range;
+
+  friend bool operator==(const Contents&, const Contents&) = default;
+};
+
 // Files that do not give back what was written make every time worthless.
 void checkFiles(const SampleTable& table, std::vector<Measured>& formats) {
-  Found first;
-  Found firstRange;
+  Contents first;
   for (Measured& measured : formats) {
-    measured.format->write(table, measured.folder);
+    const Contents contents = inOwnProcess([&] {
+      measured.format->write(table, measured.folder);
+      return Contents{measured.format->scan(table, measured.folder, {}, Values::digested),
+                      measured.format->range(table, measured.folder)};
+    });
     measured.size = sizeOfFiles(measured.folder);
-    const Found all = measured.format->scan(table, measured.folder, {}, Values::digested);
-    const Found range = measured.format->range(table, measured.folder);
     if (&measured == &formats.front()) {
-      first = all;
-      firstRange = range;
+      first = contents;
     }
-    if (!(all == first) || !(range == firstRange) || all.rows != table.rows || range.rows == 0) {
+    if (!(contents == first) || contents.all.rows != table.rows || contents.range.rows == 0) {
       throw std::runtime_error(fmt::format("{} gives other values of the table '{}' than {}",
                                            measured.format->name(), table.name,
                                            formats.front().format->name()));
@@ -139,14 +149,13 @@ std::vector<Measured> measureTable(const SampleTable& table, const std::string& 
   checkFiles(table, formats);
   for (int round = 0; round < arguments.rounds; ++round) {
     for (Measured& one : formats) {
-      TableFormat& format = *one.format;
-      measure(one.times[kWrite], [&] { format.write(table, one.folder); });
+      measure(one.times[kWrite], [&] { one.format->write(table, one.folder); });
     }
     for (Measured& one : formats) {
       TableFormat& format = *one.format;
-      measure(one.times[kScan], [&] { format.scan(table, one.folder, {}, Values::decoded); });
+      measure(one.times[kScan], [&] { format.scan(table, one.folder, {}, Values::added); });
       measure(one.times[kThreeColumns],
-              [&] { format.scan(table, one.folder, table.threeColumns, Values::decoded); });
+              [&] { format.scan(table, one.folder, table.threeColumns, Values::added); });
       measure(one.times[kRange], [&] { format.range(table, one.folder); });
     }
   }
@@ -193,34 +202,41 @@ nlohmann::json resultOf(const SampleTable& table, const std::vector<Measured>& f
           {"formats", list}};
 }
 
-int runBenchmark(const BenchmarkArguments& arguments) {
+void printChecksums(const BenchmarkArguments& arguments) {
+  stayOnCores(1);
+  nlohmann::json list = nlohmann::json::array();
+  for (const ChecksumSpeed& speed : checksumSpeeds(arguments.rounds)) {
+    list.push_back({{"name", speed.name}, {"bytesPerSecond", speed.bytesPerSecond}});
+    if (!arguments.isJson) {
+      fmt::print("{:<28}{:>8.1f} GB/s\n", speed.name, speed.bytesPerSecond / 1e9);
+    }
+  }
+  if (arguments.isJson) {
+    fmt::print("{}\n", list.dump(2));
+  }
+}
+
+void runBenchmark(const BenchmarkArguments& arguments) {
   const QTemporaryDir temporary(
       arguments.folder.empty()
           ? QString()
           : QString::fromStdString(arguments.folder + "/gel_benchmark-XXXXXX"));
   if (!temporary.isValid()) {
-    fmt::print(stderr, "error: {}\n", temporary.errorString().toStdString());
-    return 1;
+    throw std::runtime_error(temporary.errorString().toStdString());
   }
   stayOnCores(arguments.threads);
   nlohmann::json results = nlohmann::json::array();
-  try {
-    for (const std::string& name : arguments.tables) {
-      const SampleTable table = makeTable(name, arguments);
-      const auto formats = measureTable(table, temporary.path().toStdString(), arguments);
-      results.push_back(resultOf(table, formats));
-      if (!arguments.isJson) {
-        printTable(table, formats, arguments);
-      }
+  for (const std::string& name : arguments.tables) {
+    const SampleTable table = makeTable(name, arguments);
+    const auto formats = measureTable(table, temporary.path().toStdString(), arguments);
+    results.push_back(resultOf(table, formats));
+    if (!arguments.isJson) {
+      printTable(table, formats, arguments);
     }
-  } catch (const std::exception& exception) {
-    fmt::print(stderr, "error: {}\n", exception.what());
-    return 1;
   }
   if (arguments.isJson) {
     fmt::print("{}\n", results.dump(2));
   }
-  return 0;
 }
 
 }  // namespace
@@ -254,7 +270,18 @@ int main(int argc, char** argv) {
           "1: processor time of all threads together; 2: the clock's time, both sides with two")
       ->check(CLI::Range(1, 2))
       ->capture_default_str();
+  program.add_flag("--checksum", arguments.isChecksum, "times the checksum of chunks instead");
   program.add_flag("--json", arguments.isJson, "print a JSON array");
   CLI11_PARSE(program, argc, argv);
-  return kelvarin::runBenchmark(arguments);
+  try {
+    if (arguments.isChecksum) {
+      kelvarin::printChecksums(arguments);
+    } else {
+      kelvarin::runBenchmark(arguments);
+    }
+  } catch (const std::exception& exception) {
+    fmt::print(stderr, "error: {}\n", exception.what());
+    return 1;
+  }
+  return 0;
 }

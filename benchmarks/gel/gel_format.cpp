@@ -5,6 +5,7 @@
 
 #include "benchmarks/gel/digest.h"
 #include "benchmarks/gel/table_format.h"
+#include "columnar/codecs/byte_buffer.h"
 #include "columnar/reader/block_reader.h"
 #include "columnar/reader/blocks_ahead.h"
 #include "columnar/writer/columnar_hd_writer.h"
@@ -19,47 +20,75 @@ std::string pathOf(const SampleTable& table, const std::string& folder) {
   return folder + "/" + table.name + ".cgel_kelvarin";
 }
 
-// A row that goes through a table in memory.
-class RowSource {
+// A table in memory, row by row: the numbers and keys of a row, then its texts.
+class StoredRows {
  public:
-  explicit RowSource(const SampleTable& table) : m_row(&m_columns) {
-    QVector<QString> names;
-    QVector<MetaInfo> metas;
-    for (const SampleColumn& column : table.columns) {
-      names.push_back(QString::fromStdString(column.name()));
-      metas.push_back({column.type(), 0});
-      m_steps.push_back(column.step());
-    }
-    m_row.setNumberOfColumns(static_cast<int>(names.size()));
-    m_row.setColName(names);
-    m_row.setMetaData(metas);
-    const QString sorted = QString::fromStdString(table.threeColumns[0]);
-    m_row.setSortInfos({{m_row.getIndexOfColumn(sorted), SortType::numberAscending}});
+  void fill(const SampleTable& table) {
+    m_fixed.clear();
+    m_texts.clear();
+    m_fixedSize = 0;
     for (std::size_t i = 0; i < table.columns.size(); ++i) {
-      m_row.getAllColForWrite()[i] = const_cast<unsigned char*>(table.columns[i].value(0));
-      if (m_steps[i] == 0) {
+      const std::size_t size = table.columns[i].step();
+      if (size == 0) {
         m_texts.push_back(i);
+      } else {
+        m_fixed.push_back({i, m_fixedSize});
+        m_fixedSize += size;
+      }
+    }
+    m_bytes.clear();
+    for (std::size_t row = 0; row < table.rows; ++row) {
+      for (const Fixed& fixed : m_fixed) {
+        const SampleColumn& column = table.columns[fixed.column];
+        m_bytes.append(Bytes(column.value(row), column.step()));
+      }
+      for (const std::size_t text : m_texts) {
+        const unsigned char* value = table.columns[text].value(row);
+        m_bytes.append(Bytes(value, sizeof(std::uint32_t) + textFromBytes(value).size()));
       }
     }
   }
 
-  const OneRow* row() const { return &m_row; }
-  void goOn() {
-    unsigned char** values = m_row.getAllColForWrite();
-    for (std::size_t i = 0; i < m_steps.size(); ++i) {
-      values[i] += m_steps[i];
+  const unsigned char* begin() const { return m_bytes.data(); }
+  // Points `values` at the values of the row that begins there; gives its end.
+  const unsigned char* point(const unsigned char* row, unsigned char** values) const {
+    for (const Fixed& fixed : m_fixed) {
+      values[fixed.column] = const_cast<unsigned char*>(row) + fixed.offset;
     }
+    row += m_fixedSize;
     for (const std::size_t text : m_texts) {
-      values[text] += sizeof(std::uint32_t) + textFromBytes(values[text]).size();
+      values[text] = const_cast<unsigned char*>(row);
+      row += sizeof(std::uint32_t) + textFromBytes(row).size();
     }
+    return row;
   }
 
  private:
-  PinOutMetaData m_columns;
-  OneRow m_row;
-  std::vector<std::size_t> m_steps;
-  std::vector<std::size_t> m_texts;
+  struct Fixed {
+    std::size_t column;
+    std::size_t offset;
+  };
+
+  std::vector<Fixed> m_fixed;
+  std::size_t m_fixedSize = 0;
+  std::vector<std::size_t> m_texts;  // columns
+  ByteBuffer m_bytes;
 };
+
+// The columns of a table's rows, sorted by the first of the three.
+void describeColumns(const SampleTable& table, OneRow& row) {
+  QVector<QString> names;
+  QVector<MetaInfo> metas;
+  for (const SampleColumn& column : table.columns) {
+    names.push_back(QString::fromStdString(column.name()));
+    metas.push_back({column.type(), 0});
+  }
+  row.setNumberOfColumns(static_cast<int>(names.size()));
+  row.setColName(names);
+  row.setMetaData(metas);
+  const QString sorted = QString::fromStdString(table.threeColumns[0]);
+  row.setSortInfos({{row.getIndexOfColumn(sorted), SortType::numberAscending}});
+}
 
 // The numbers from `low` to below `high` of a block's key column choose the rows.
 void addRange(DecodedBlock& block, std::uint32_t low, std::uint32_t high, Found& found) {
@@ -76,24 +105,42 @@ void addRange(DecodedBlock& block, std::uint32_t low, std::uint32_t high, Found&
   }
 }
 
+std::uint64_t sumOfColumn(GelType type, const DecodedColumn& column, std::size_t rows) {
+  switch (type) {
+    case GelType::number:
+      return sumOf<std::uint64_t>(column.values.data(), rows);
+    case GelType::key:
+      return sumOf<std::uint32_t>(column.values.data(), rows);
+    case GelType::text:
+      break;
+  }
+  std::uint64_t sum = 0;
+  for (const std::uint32_t offset : column.texts.offsets) {
+    sum += loadPacked<std::uint32_t>(column.texts.bytes.data() + offset);
+  }
+  return sum;
+}
+
 class GelFormat : public TableFormat {
  public:
   explicit GelFormat(int threads) : m_threads(threads) {}
 
   std::string name() const override { return "gel"; }
-  void prepare(const SampleTable&) override {}
+  void prepare(const SampleTable& table) override { m_rows.fill(table); }
 
   void write(const SampleTable& table, const std::string& folder) override {
     GlobalParameters parameters;
     ColumnarHDWriter writer;
     bool isWritten = writer.openHD(QString::fromStdString(pathOf(table, folder)), kRowsInBlock, {},
                                    &parameters, m_threads);
-    RowSource source(table);
-    for (std::size_t row = 1; isWritten && row < table.rows; ++row) {
-      isWritten = writer.writeToHD(source.row());
-      source.goOn();
+    PinOutMetaData columns;
+    OneRow row(&columns);
+    describeColumns(table, row);
+    const unsigned char* next = m_rows.begin();
+    for (std::size_t count = 0; isWritten && count < table.rows; ++count) {
+      next = m_rows.point(next, row.getAllColForWrite());
+      isWritten = writer.writeToHD(&row);
     }
-    isWritten = isWritten && writer.writeToHD(source.row());
     if (!writer.closeHD(GlobalParameters::RunningState::endedNormally) || !isWritten) {
       throw std::runtime_error("cannot write " + pathOf(table, folder));
     }
@@ -108,6 +155,8 @@ class GelFormat : public TableFormat {
       found.rows += block.rowCount();
       if (values == Values::digested) {
         addDigest(*file, places, block, found);
+      } else {
+        addValues(*file, places, block, found);
       }
     });
     return found;
@@ -163,6 +212,13 @@ class GelFormat : public TableFormat {
     }
   }
 
+  static void addValues(const GelFile& file, const std::vector<std::size_t>& places,
+                        DecodedBlock& block, Found& found) {
+    for (std::size_t i = 0; i < places.size(); ++i) {
+      found.added += sumOfColumn(file.column(places[i]).type, block.column(i), block.rowCount());
+    }
+  }
+
   template <typename Use>
   void forEachBlock(const GelFile& file, const std::vector<std::size_t>& places,
                     BlockReader::WantsBlock wantsBlock, Use use) const {
@@ -184,6 +240,7 @@ class GelFormat : public TableFormat {
   }
 
   const int m_threads;
+  StoredRows m_rows;
 };
 
 }  // namespace

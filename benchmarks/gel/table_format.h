@@ -15,14 +15,16 @@ namespace kelvarin {
 struct Found {
   std::uint64_t rows = 0;
   std::uint64_t digest = 0;  // of all values when asked for
+  std::uint64_t added = 0;   // otherwise; missing values may differ from format to format
   double sum = 0.0;          // of the numbers in a range
 
   friend bool operator==(const Found&, const Found&) = default;
 };
 
+// What is done with each value that was read.
 enum class Values {
-  decoded,  // and left alone
-  digested  // looked at, each of them, to see that nothing has changed
+  added,    // cheaply: its bits, or the length of a text, are added up
+  digested  // to see that nothing has changed
 };
 
 class TableFormat {

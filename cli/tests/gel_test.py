@@ -1,9 +1,10 @@
 """Looks into columnar files, checks and converts them."""
 
 import os
+import subprocess
 import unittest
 
-from program import ProgramTest
+from program import PROGRAM, ProgramTest
 
 ROWS = "".join(f"{i},{i / 4},{'' if i % 7 == 3 else 'name %d' % (i % 5)}\n" for i in range(12000))
 TABLE = "id,price,name\n" + ROWS
@@ -52,6 +53,26 @@ class GelTest(ProgramTest):
                          "id,price,name\n0,0,name 0\n1,0.25,name 1\n2,0.5,name 2\n3,0.75,\n")
         self.assertEqual(len(self.kelvarin("gel", "head", "t.cgel_kelvarin").stdout.splitlines()), 11)
 
+    def test_statistics_are_readable(self):
+        self.write("t.csv", "a,b\n1,\"\"\n-0.5,-\n,x\n")
+        self.assertIn("info: 3 rows written to 't.cgel_kelvarin'.",
+                      self.kelvarin("gel", "import", "t.csv", "t.cgel_kelvarin").stderr)
+        told = self.kelvarin("gel", "info", "t.cgel_kelvarin", "--blocks").stdout
+        self.assertIn("complete, 3 rows, 1 block of up to 5000 rows, 1 column set\n", told)
+        self.assertRegex(told, r"a +\d+ bytes  nulls, -0.5 to 1\n  b +\d+ bytes  \"\" to \"x\"\n")
+        self.assertEqual(self.kelvarin("gel", "export", "t.cgel_kelvarin", "-").stdout, "a,b\n1,\"\"\n-0.5,-\n,x\n")
+
+    def test_no_conversion_eats_its_own_input(self):
+        self.make()
+        os.symlink("t.csv", self.path("link.cgel_kelvarin"))
+        for names in (("t.csv", "t.csv"), ("t.csv", "other.csv"), ("t.csv", "link.cgel_kelvarin")):
+            self.assertIn("another", self.kelvarin("gel", "import", *names, status=2).stderr)
+        self.assertEqual(self.read("t.csv"), TABLE)
+        self.write("empty.csv", "a,b\n")
+        self.assertIn("'empty.csv' has no rows, so nothing was written",
+                      self.kelvarin("gel", "import", "empty.csv", "t.cgel_kelvarin").stderr)
+        self.assertEqual(self.kelvarin_json("gel", "info", "t.cgel_kelvarin")["rows"], 12000)
+
     def test_verify_names_each_damage(self):
         self.make()
         self.assertIn("12000 rows in 3 blocks, 9 chunks read: no damage",
@@ -78,6 +99,18 @@ class GelTest(ProgramTest):
             self.assertIn("there is no such file", self.kelvarin("gel", command, "none", status=1).stderr)
             self.assertIn("Example:\n  kelvarin gel " + command,
                           self.kelvarin("gel", command, "--help").stdout)
+        os.mkfifo(self.path("pipe"))
+        self.assertIn("it is a device or a pipe", self.kelvarin("gel", "info", "pipe", status=1).stderr)
+        self.make()
+        side = self.kelvarin("gel", "info", "t.000.cs_kelvarin", status=1)
+        self.assertIn("Give the main file instead, which is 't.cgel_kelvarin'", side.stderr)
+        self.kelvarin("gel", "head", "t.cgel_kelvarin", "--rows", "-1", status=2)
+        self.assertIn("Did you mean info?\nRun 'kelvarin gel --help'", self.kelvarin("gel", "inof", status=2).stderr)
+        with open("/dev/full", "w") as full:
+            lost = subprocess.run([PROGRAM, "gel", "head", "t.cgel_kelvarin"], cwd=self.folder, stdout=full,
+                                  stderr=subprocess.PIPE, text=True)
+        self.assertEqual((lost.returncode, lost.stderr),
+                         (1, "error: Standard output cannot be written: No space left on device.\n"))
         unknown = self.kelvarin("gel", "export", "text.cgel_kelvarin", "x.doc", status=2)
         self.assertIn("one of: csv, tsv, txt, parquet", unknown.stderr)
         self.kelvarin("gel", status=2)

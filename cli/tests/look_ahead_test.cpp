@@ -1,12 +1,14 @@
-// A run gives the same whether actions compute for many rows at once or row by row: the same bytes
+// A run gives the same whether rows are computed and taken many at once or one by one: the same bytes
 // in its files, the same numbers of rows, the same log.
 //
-// Random chains of calculators and filters with the plug-in's actions, below every kind of source.
+// Random chains of calculators and filters with the plug-in's actions, between every kind of source
+// and of sink.
 #include <cstdlib>
 #include <random>
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -119,7 +121,19 @@ QByteArray filterXml(Dice& dice, const Drawing& drawing, const QByteArray& name)
          "</FilterRows>";
 }
 
-// Calculators and filters one behind the other below `from`, and a file at the end.
+QByteArray sinkXml(Dice& dice, const QByteArray& name) {
+  switch (dice.below(4)) {
+    case 0:
+      return "<writeColumnarGel name='" + name + "' file='" + name +
+             ".cgel_kelvarin' nRowsInBlock='" + (dice.oneIn(2) ? "700" : "5000") + "'/>";
+    case 1:
+      return "<Discard name='" + name + "'/>";
+    default:
+      return "<WriteCSV name='" + name + "' file='" + name + ".csv' nullText='NULL'/>";
+  }
+}
+
+// Calculators and filters one behind the other below `from`, and a sink at the end.
 void drawChain(Dice& dice, Drawing& drawing, QByteArray from, const QByteArray& prefix) {
   int fromPin = 0;
   const int actions = 1 + dice.below(4);
@@ -131,7 +145,7 @@ void drawChain(Dice& dice, Drawing& drawing, QByteArray from, const QByteArray& 
     fromPin = isFilter && dice.oneIn(4) ? 1 : 0;
     from = name;
   }
-  drawing.actions += "<WriteCSV name='" + prefix + "' file='" + prefix + ".csv' nullText='NULL'/>";
+  drawing.actions += sinkXml(dice, prefix);
   drawing.links += link(from, prefix, fromPin);
 }
 
@@ -149,15 +163,15 @@ class LookAhead : public ::testing::Test {
     return runGraph(*graph, record, options);
   }
 
-  QByteArray fileOf(const char* name) {
-    QFile file(m_folder.filePath(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+  QStringList writtenFiles() const {
+    return QDir(m_folder.path()).entryList({"x.*", "y.*"}, QDir::Files, QDir::Name);
   }
 
   // Everything that a user can tell one run from another by.
   QByteArray traceOf(const Drawing& drawing, bool looksAhead) {
-    QFile::remove(m_folder.filePath("x.csv"));
-    QFile::remove(m_folder.filePath("y.csv"));
+    for (const QString& name : writtenFiles()) {
+      QFile::remove(m_folder.filePath(name));
+    }
     const RunResult result = run(drawing, looksAhead);
     QByteArray trace = "state " + QByteArray::number(static_cast<int>(result.state)) + "\n";
     for (const LogLine& line : result.log) {
@@ -172,7 +186,12 @@ class LookAhead : public ::testing::Test {
       }
       trace += " " + action.backends.join(',').toUtf8() + "\n";
     }
-    return trace + fileOf("x.csv") + fileOf("y.csv");
+    for (const QString& name : writtenFiles()) {
+      QFile file(m_folder.filePath(name));
+      EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+      trace += name.toUtf8() + "\n" + file.readAll();
+    }
+    return trace;
   }
 
   void writeTables(Dice& dice, int rows) {
@@ -206,8 +225,11 @@ class LookAhead : public ::testing::Test {
       "<ReadCSV name='source' file='in.csv' sortedOn='id 0'><Column name='id' meta='F'/>"
       "<Column name='a' meta='F'/><Column name='b' meta='F'/><Column name='k' meta='K'/>"
       "<Column name='t' meta='U'/></ReadCSV>";
+  static constexpr char kUnsortedCsv[] =
+      "<ReadCSV name='source' file='in.csv'><Column name='k' meta='K'/>"
+      "<Column name='t' meta='U'/></ReadCSV>";
   static constexpr const char* kSources[] = {
-      kCsv, "<ReadParquet name='source' file='in.parquet'/>",
+      kCsv, kUnsortedCsv, "<ReadParquet name='source' file='in.parquet'/>",
       "<ReadArrow name='source' file='in.arrow'/>",
       "<ReadColumnarGel name='source' fileName='in.cgel_kelvarin'/>"};
   // Of these a queue has rows in hand as well.

@@ -3,6 +3,7 @@
 #include "columnar/actions/read_messages.h"
 #include "expression/errors/error_texts.h"
 #include "expression/errors/messages.h"
+#include "expression/help/unknown_name_hint.h"
 
 namespace kelvarin {
 
@@ -62,7 +63,20 @@ std::vector<InputVariable> BlockFilterEvaluation::inputs() const {
   return inputs;
 }
 
+void BlockFilterEvaluation::expandNames(const ActionItem& action) {
+  const auto expand = [&action](QString& text) { text = action.expandString(text); };
+  for (BlockVariable& variable : m_filter.variables) {
+    expand(variable.column);
+    expand(variable.maximumName);
+    expand(variable.minimumName);
+    expand(variable.hasNullName);
+  }
+  expand(m_filter.time.referenceTime);
+  expand(m_filter.time.dateFormat);
+}
+
 Status<QString> BlockFilterEvaluation::compile(const ActionItem& action, QString& warning) {
+  expandNames(action);
   EvaluationOptions options;
   options.addN = false;  // a block has two row numbers
   options.time = m_filter.time;
@@ -70,10 +84,6 @@ Status<QString> BlockFilterEvaluation::compile(const ActionItem& action, QString
   bool hasDates = false;
   for (const InputVariable& variable : variables) {
     hasDates |= kindOf(variable) == VariableKind::date;
-  }
-  m_columnNames.clear();
-  for (const BlockVariable& variable : m_filter.variables) {
-    m_columnNames.push_back(action.expandString(variable.column));
   }
   m_evaluator.configure(options, variables, action.globalParameters(), false);
   m_dates.configure(m_filter.time);
@@ -103,13 +113,21 @@ Status<QString> BlockFilterEvaluation::compile(const ActionItem& action, QString
   return compiled ? Status<QString>(Done{}) : failure(errorTextWithPosition(compiled.error()));
 }
 
+QString BlockFilterEvaluation::hintAt(const QString& failure) const {
+  QStringList names;
+  for (const InputVariable& input : inputs()) {
+    names += input.name();
+  }
+  return unknownNameHint(failure, m_filter.expression, names, {});
+}
+
 Status<QString> BlockFilterEvaluation::bindTo(const GelFile& file) {
   m_columns.clear();
   const auto failure = [](const char* text, const QString& name) {
     return Failure{QString::fromLatin1(text).arg(name)};
   };
-  for (std::size_t i = 0; i < m_columnNames.size(); ++i) {
-    const QString& name = m_columnNames[i];
+  for (const BlockVariable& variable : m_filter.variables) {
+    const QString& name = variable.column;
     const std::string wanted = name.toStdString();
     std::size_t column = 0;
     while (column < file.columns().size() && file.column(column).name != wanted) {
@@ -120,7 +138,7 @@ Status<QString> BlockFilterEvaluation::bindTo(const GelFile& file) {
     }
     // Texts are not in the order of the numbers that they may look like.
     if (file.column(column).type == GelType::text &&
-        kindOfBounds(m_filter.variables[i]) == VariableKind::number) {
+        kindOfBounds(variable) == VariableKind::number) {
       return failure(messages::kFilterColumnIsText, name);
     }
     m_columns.push_back(column);

@@ -28,6 +28,9 @@ class BlockFilterEvaluation {
   // A check tries the expression with the variables' samples; otherwise it is compiled. `warning`
   // is set when the user should know something.
   Status<QString> compile(const ActionItem& action, QString& warning);
+  // What a name that compile() did not know may have been meant for; empty when it failed at
+  // something else.
+  QString hintAt(const QString& failure) const;
   // Finds the variables' columns; the error is about one that the file lacks or has otherwise.
   Status<QString> bindTo(const GelFile& file);
   bool wantsBlock(const GelFile& file, const BlockInfo& block);
@@ -42,6 +45,8 @@ class BlockFilterEvaluation {
     bool isHighUnknown = false;  // there is a largest value, but its bound was cut
   };
 
+  // Replaces the graph's parameters in the settings.
+  void expandNames(const ActionItem& action);
   std::vector<InputVariable> inputs() const;
   static bool readSummary(const GelFile& file, const BlockInfo& block, std::size_t column,
                           Summary& summary);
@@ -50,8 +55,7 @@ class BlockFilterEvaluation {
   // False when a summary cannot be used.
   bool loadVariables(const GelFile& file, const BlockInfo& block);
 
-  const BlockFilter& m_filter;
-  std::vector<QString> m_columnNames;  // of the variables, graph parameters replaced
+  BlockFilter m_filter;
   std::vector<std::size_t> m_columns;  // of the variables in the current file
   ExpressionEvaluator m_evaluator;
   DateContext m_dates;

@@ -236,7 +236,11 @@ bool ColumnarRead::prepareFilter() {
       warn(warning);
     }
     if (!compiled) {
-      return fail(compiled.error());
+      (void)fail(compiled.error());
+      if (const QString hint = m_filter.hintAt(compiled.error()); !hint.isEmpty()) {
+        MainUI::addLog(LogLevel::information, hint);
+      }
+      return false;
     }
     m_isFilterCompiled = true;
   }

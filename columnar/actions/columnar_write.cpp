@@ -16,7 +16,8 @@ using Split = WriteColumnarSettings::Split;
 
 constexpr std::uint64_t kMebibyte = 1 << 20;
 
-QHash<QString, int> columnSetsFor(const OneRow& columns, WriteColumnarSettings::ColumnSets kind,
+QHash<QString, int> columnSetsFor(const ActionItem& action, const OneRow& columns,
+                                  WriteColumnarSettings::ColumnSets kind,
                                   const ListedColumnSets& listed) {
   QHash<QString, int> sets;
   switch (kind) {
@@ -24,7 +25,7 @@ QHash<QString, int> columnSetsFor(const OneRow& columns, WriteColumnarSettings::
       break;
     case WriteColumnarSettings::ColumnSets::listed:
       for (const auto& [name, set] : listed) {
-        sets[myTrim(name)] = set;
+        sets[myTrim(action.expandString(name))] = set;
       }
       break;
     case WriteColumnarSettings::ColumnSets::oneForEachColumn:
@@ -34,6 +35,14 @@ QHash<QString, int> columnSetsFor(const OneRow& columns, WriteColumnarSettings::
       break;
   }
   return sets;
+}
+
+std::vector<MetaTypeColumn> typesOf(const OneRow& columns) {
+  std::vector<MetaTypeColumn> types;
+  for (int i = 0; i < columns.sz(); ++i) {
+    types.push_back(columns.getMetaType(i));
+  }
+  return types;
 }
 
 bool isSortedOn(const OneRow& columns, int column) {
@@ -58,6 +67,13 @@ QString nameTextOf(const OneRow& row, int column) {
   return isMissing != 0 ? kNullSplitValue : cleanedForFileName(text);
 }
 
+// For messages.
+QString shownText(const OneRow& row, int column) {
+  unsigned short isMissing = 0;
+  const QString text = row.col(column, &isMissing);
+  return isMissing != 0 ? QString::fromLatin1(messages::kMissingValue) : text;
+}
+
 }  // namespace
 
 ColumnarWrite::ColumnarWrite(ActionItem& action, const WriteColumnarSettings& settings,
@@ -72,24 +88,25 @@ ColumnarWrite::ColumnarWrite(ActionItem& action, const WriteColumnarSettings& se
 
 bool ColumnarWrite::plan(const OneRow& columns) {
   m_files.emplace(m_action, m_settings,
-                  columnSetsFor(columns, m_settings.columnSets(), m_listedSets), m_names, m_pause);
+                  columnSetsFor(m_action, columns, m_settings.columnSets(), m_listedSets), m_names,
+                  m_pause);
   if (m_file.isEmpty()) {
     m_files->logError(QString::fromLatin1(messages::kNoFilename));
     return false;
   }
   if (m_settings.rowsInBlock < 1) {
-    m_files->logError(
-        QString::fromLatin1(messages::kNoRowsInBlock).arg(logName()).arg(m_settings.rowsInBlock));
+    m_files->logError(QString::fromLatin1(messages::kNoRowsInBlock)
+                          .arg(logName(), QString::number(m_settings.rowsInBlock)));
     return false;
   }
   if (!m_settings.writeAllRows) {
-    const int column = columns.getIndexOfColumn(m_settings.testColumn);
+    const QString name = m_action.expandString(m_settings.testColumn);
+    const int column = columns.getIndexOfColumn(name);
     if (column < 0) {
-      m_files->logError(QString::fromLatin1(messages::kTestColumnMissing)
-                            .arg(logName(), m_settings.testColumn));
+      m_files->logError(QString::fromLatin1(messages::kTestColumnMissing).arg(logName(), name));
       return false;
     }
-    m_test.emplace(columns, column, m_settings.testValue);
+    m_test.emplace(columns, column, m_action.expandString(m_settings.testValue));
   }
   return planSplit(columns) && m_files->canHold(columns, m_file);
 }
@@ -98,6 +115,9 @@ bool ColumnarWrite::planSplit(const OneRow& columns) {
   switch (m_settings.splitKind()) {
     case Split::none:
       m_write = &ColumnarWrite::writeInOneFile;
+      if (!m_test) {
+        m_rowsTogether.emplace(typesOf(columns));
+      }
       return true;
     case Split::bySize:
       m_write = &ColumnarWrite::writeBySize;
@@ -110,10 +130,10 @@ bool ColumnarWrite::planSplit(const OneRow& columns) {
 }
 
 bool ColumnarWrite::planSplitByValue(const OneRow& columns) {
-  m_splitColumn = columns.getIndexOfColumn(m_settings.splitColumn);
+  const QString name = m_action.expandString(m_settings.splitColumn);
+  m_splitColumn = columns.getIndexOfColumn(name);
   if (m_splitColumn < 0) {
-    m_files->logError(QString::fromLatin1(messages::kSplitColumnMissing)
-                          .arg(logName(), m_settings.splitColumn));
+    m_files->logError(QString::fromLatin1(messages::kSplitColumnMissing).arg(logName(), name));
     return false;
   }
   m_isSortedOnSplit = isSortedOn(columns, m_splitColumn);
@@ -149,8 +169,11 @@ bool ColumnarWrite::writeInOneFile(const OneRow& row) {
     if (m_writer == nullptr) {
       return false;
     }
+    return m_files->write(m_writer, row);
   }
-  return m_files->write(m_writer, row);
+  const std::size_t count = m_rowsTogether ? m_rowsTogether->takeRows(m_action, 0) : 0;
+  return count == 0 ? m_files->write(m_writer, row)
+                    : m_files->write(m_writer, *m_rowsTogether, count);
 }
 
 // A file ends with the block at whose end the blocks before it are large enough.
@@ -220,18 +243,17 @@ std::optional<QString> ColumnarWrite::splitFile(const OneRow& row) {
   }
   const auto known = m_splitOfFile.constFind(nameForClaim(file));
   if (known != m_splitOfFile.constEnd()) {
-    const QString value = row.col(m_splitColumn, nullptr);
     if (known->value == *m_splitValue) {
       m_files->logError(QString::fromLatin1(messages::kSplitValueReturns).arg(file, text));
     } else {
       const char* message =
           known->file == file ? messages::kSplitNamesMeet : messages::kSplitSideFilesMeet;
-      m_files->logError(QString::fromLatin1(message).arg(file, known->text, value));
+      m_files->logError(
+          QString::fromLatin1(message).arg(file, known->text, shownText(row, m_splitColumn)));
     }
     return std::nullopt;
   }
-  m_splitOfFile.insert(nameForClaim(file),
-                       {*m_splitValue, row.col(m_splitColumn, nullptr), file});
+  m_splitOfFile.insert(nameForClaim(file), {*m_splitValue, shownText(row, m_splitColumn), file});
   return file;
 }
 
@@ -261,8 +283,8 @@ bool ColumnarWrite::end() {
 }
 
 void ColumnarWrite::logNamingError(const NamingExpressions::Error& error) const {
-  m_files->logError(QString::fromLatin1(messages::kNamingFailed)
-                        .arg(logName(), error.expression, error.reason));
+  m_files->logError(
+      QString::fromLatin1(messages::kNamingFailed).arg(logName(), error.expression, error.reason));
 }
 
 }  // namespace kelvarin

@@ -21,7 +21,8 @@ class ColumnarWrite {
 
   // Finds the columns that the settings name. False: logged.
   [[nodiscard]] bool plan(const OneRow& columns);
-  // False: the run ends here.
+  // The row that pin 0 gave last; those behind it are taken with it where they can be. False: the
+  // run ends here.
   [[nodiscard]] bool write(const OneRow& row);
   // The input has no more rows.
   void endOfRows();
@@ -41,7 +42,7 @@ class ColumnarWrite {
   bool changeSplit(const OneRow& row);
   // Nothing: logged.
   std::optional<QString> splitFile(const OneRow& row);
-  QString logName() const { return m_settings.file; }
+  QString logName() const { return m_action.expandString(m_settings.file); }
   void logNamingError(const NamingExpressions::Error& error) const;
 
   ActionItem& m_action;
@@ -54,9 +55,10 @@ class ColumnarWrite {
   std::optional<OutputFiles> m_files;
   std::optional<RowTest> m_test;
   Write m_write = nullptr;
+  std::optional<ColumnsInHand> m_rowsTogether;  // where all rows go into one file
 
-  Writer m_writer;      // the file of the current rows, but see m_openSplits
-  int m_segment = 0;    // the next one, when splitting by size
+  Writer m_writer;    // the file of the current rows, but see m_openSplits
+  int m_segment = 0;  // the next one, when splitting by size
   int m_splitColumn = -1;
   bool m_isSortedOnSplit = false;
   std::optional<std::string> m_splitValue;  // of the current rows, a missing one marked

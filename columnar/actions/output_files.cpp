@@ -66,9 +66,14 @@ OutputFiles::Writer OutputFiles::open(const QString& file) {
 }
 
 bool OutputFiles::write(Writer& writer, const OneRow& row) {
-  if (writer->writeToHD(&row)) [[likely]] {
-    return true;
-  }
+  return writer->writeToHD(&row) || dropFailed(writer);
+}
+
+bool OutputFiles::write(Writer& writer, const ColumnsInHand& rows, std::size_t count) {
+  return writer->writeToHD(rows, count) || dropFailed(writer);
+}
+
+bool OutputFiles::dropFailed(Writer& writer) {
   report(writer->failure(), writer->fileName());
   writer.reset();
   return false;
@@ -111,8 +116,8 @@ void OutputFiles::report(const WriteFailure& failure, const QString& file) const
       logError(QString::fromLatin1(messages::kCannotWriteFile).arg(failure.file));
       break;
   }
-  MainUI::addLog(LogLevel::information, QString::fromLatin1(messages::kSystemReason)
-                                            .arg(failure.file, failure.reason));
+  MainUI::addLog(LogLevel::information,
+                 QString::fromLatin1(messages::kSystemReason).arg(failure.file, failure.reason));
 }
 
 QString nameForClaim(const QString& file) {

@@ -33,6 +33,7 @@ class OutputFiles {
   Writer open(const QString& file);
   // A writer that fails is destroyed.
   [[nodiscard]] bool write(Writer& writer, const OneRow& row);
+  [[nodiscard]] bool write(Writer& writer, const ColumnsInHand& rows, std::size_t count);
   bool hasOpened() const { return m_hasOpened; }
   // With the state of the run.
   bool close(Writer& writer);
@@ -42,6 +43,7 @@ class OutputFiles {
   void logError(const QString& text) const;
 
  private:
+  bool dropFailed(Writer& writer);
   void report(const WriteFailure& failure, const QString& file) const;
 
   ActionItem& m_action;

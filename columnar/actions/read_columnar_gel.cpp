@@ -134,7 +134,9 @@ bool ReadColumnarGel::takeNextBlock() {
   if (m_block == nullptr) {
     return false;
   }
-  offerRowsOnOutputPin(0, *m_block, m_block->rowCount());
+  offerRowsOnOutputPin(0, *m_block, m_block->rowCount(), [](ActionItem* action, std::size_t count) {
+    static_cast<ReadColumnarGel&>(*action).m_block->skip(count);
+  });
   return true;
 }
 

@@ -39,6 +39,7 @@ inline constexpr char kSplitSideFilesMeet[] =
     "ERROR writing to Kelvarin CGel file '%1': two values of the split column, '%2' and '%3', "
     "give files that differ only after the last point and so have the same side files. Give the "
     "file an extension, or use advancedNaming.";
+inline constexpr char kMissingValue[] = "(missing)";
 inline constexpr char kNamingFailed[] =
     "ERROR writing to Kelvarin CGel file '%1': the naming expression '%2' cannot be used: %3";
 

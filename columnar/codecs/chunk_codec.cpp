@@ -28,9 +28,14 @@ std::size_t ChunkEncoder::appendNumbers(std::span<const std::uint64_t> numbers, 
 }
 
 std::size_t ChunkEncoder::appendTexts(const TextValues& texts, ByteBuffer& out) {
+  KnownTexts none;
+  return appendTexts(texts, none, out);
+}
+
+std::size_t ChunkEncoder::appendTexts(const TextValues& texts, KnownTexts& known, ByteBuffer& out) {
   assert(texts.rawSize() <= kMaximumTextsSize);
   m_raw.clear();
-  m_texts.append(texts, m_raw);
+  m_texts.append(texts, known, m_raw);
   return appendCompressed(out);
 }
 

@@ -35,6 +35,10 @@ class ChunkEncoder {
   std::size_t appendKeys(std::span<const std::uint32_t> keys, StorageCode code, ByteBuffer& out);
   std::size_t appendNumbers(std::span<const std::uint64_t> numbers, ByteBuffer& out);
   std::size_t appendTexts(const TextValues& texts, ByteBuffer& out);
+  // The same chunk, sooner where many of the texts are known from the column's blocks before.
+  std::size_t appendTexts(const TextValues& texts, KnownTexts& known, ByteBuffer& out);
+  // Of the texts appended last, see TextLayoutEncoder.
+  std::span<const TextDictionary::Entry> differentTexts() const { return m_texts.entries(); }
 
  private:
   std::size_t appendCompressed(ByteBuffer& out);

@@ -33,8 +33,7 @@ void packGroups(std::span<const std::uint8_t> codes, unsigned char* out) {
 
 // Adds the codes' bits, moved up by `shift`, to `codes`.
 template <int kBits>
-void unpackGroups(const unsigned char* packed, std::size_t count, int shift,
-                  std::uint32_t* codes) {
+void unpackGroups(const unsigned char* packed, std::size_t count, int shift, std::uint32_t* codes) {
   constexpr std::uint64_t kMask = (1u << kBits) - 1;
   const auto unpack = [&](std::uint64_t bits, std::size_t first, std::size_t codeCount) {
     for (std::size_t i = 0; i < codeCount; ++i) {
@@ -55,8 +54,9 @@ void unpackGroups(const unsigned char* packed, std::size_t count, int shift,
 
 using Pack = void (*)(std::span<const std::uint8_t>, unsigned char*);
 using Unpack = void (*)(const unsigned char*, std::size_t, int, std::uint32_t*);
-constexpr Pack kPacks[] = {nullptr,       packGroups<1>, packGroups<2>, packGroups<3>, packGroups<4>,
-                           packGroups<5>, packGroups<6>, packGroups<7>, packGroups<8>};
+constexpr Pack kPacks[] = {nullptr,       packGroups<1>, packGroups<2>,
+                           packGroups<3>, packGroups<4>, packGroups<5>,
+                           packGroups<6>, packGroups<7>, packGroups<8>};
 constexpr Unpack kUnpacks[] = {nullptr,         unpackGroups<1>, unpackGroups<2>,
                                unpackGroups<3>, unpackGroups<4>, unpackGroups<5>,
                                unpackGroups<6>, unpackGroups<7>, unpackGroups<8>};

@@ -1,8 +1,9 @@
-// Codes: whole numbers below a power of two, one for each row, stored with as few bits as they need.
+// Codes: whole numbers below a power of two, one for each row, stored with as few bits as they
+// need.
 //
-// A code is stored in a low part of 0, 1, 2 or 4 bytes, for every row, and then a high part of 0 to 8
-// bits, for every row, so that compression still finds what comes again in whole bytes.
-// Used by the layouts of numbers and of texts. Layout: docs/gel-format.md, "Codes". Threads: any.
+// A code is stored in a low part of 0, 1, 2 or 4 bytes, for every row, and then a high part of 0 to
+// 8 bits, for every row, so that compression still finds what comes again in whole bytes. Used by
+// the layouts of numbers and of texts. Layout: docs/gel-format.md, "Codes". Threads: any.
 #pragma once
 
 #include <algorithm>

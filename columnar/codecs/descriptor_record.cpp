@@ -5,6 +5,11 @@
 
 namespace kelvarin {
 
+bool fitsRecord(std::uint64_t descriptorBytes) {
+  constexpr std::uint64_t kLargestSize = 0xFFFFFFFF;
+  return maximumCompressedSize(descriptorBytes) + kRecordHeadSize <= kLargestSize;
+}
+
 void encodeDescriptorRecord(Bytes descriptors, ByteBuffer& record) {
   record.resize(kRecordHeadSize);
   const std::size_t size = appendSnappy(descriptors, record);

@@ -18,10 +18,10 @@ namespace kelvarin {
 
 namespace {
 
-using PlainCodec = FastPForLib::CompositeCodec<FastPForLib::SIMDFastPFor<4>,
-                                               FastPForLib::VariableByte>;
-using SortedCodec = FastPForLib::CompositeCodec<FastPForLib::SIMDBinaryPacking,
-                                                FastPForLib::VariableByte>;
+using PlainCodec =
+    FastPForLib::CompositeCodec<FastPForLib::SIMDFastPFor<4>, FastPForLib::VariableByte>;
+using SortedCodec =
+    FastPForLib::CompositeCodec<FastPForLib::SIMDBinaryPacking, FastPForLib::VariableByte>;
 using Deltas = FastPForLib::Delta;
 
 std::uint32_t* asWords(ByteBuffer& buffer) {
@@ -104,8 +104,8 @@ ReadStatus KeyCodec::decode(Bytes bytes, StorageCode code, std::uint32_t rows, B
   assert(std::bit_cast<std::uintptr_t>(bytes.data()) % alignof(std::uint32_t) == 0);
   const std::span words(reinterpret_cast<const std::uint32_t*>(bytes.data()),
                         bytes.size() / sizeof(std::uint32_t));
-  const bool isSound = code == StorageCode::key ? arePlainKeyWords(words, rows)
-                                                : areSortedKeyWords(words, rows);
+  const bool isSound =
+      code == StorageCode::key ? arePlainKeyWords(words, rows) : areSortedKeyWords(words, rows);
   if (!isSound) {
     return ReadStatus::corrupted;
   }

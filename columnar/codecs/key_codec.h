@@ -1,13 +1,12 @@
 // The integer codecs of key columns: keys of one block to 32-bit words and back.
 //
-// Plain keys are packed in groups of 128 with exceptions, the remaining fewer than 128 with a variable
-// number of bytes. Sorted keys are replaced by their differences first (modulo 2^32, so an order
-// that is broken survives), starting from 0 in the packed part and again in the rest. A descending
-// column is reversed around the codec.
-// Used by ChunkEncoder and ChunkDecoder. Layout: docs/gel-format.md, "Integer codecs". Source of
-// the packing: D. Lemire and L. Boytsov, "Decoding billions of integers per second through
-// vectorization", Software: Practice and Experience 45 (2015).
-// Threads: one at a time an object.
+// Plain keys are packed in groups of 128 with exceptions, the remaining fewer than 128 with a
+// variable number of bytes. Sorted keys are replaced by their differences first (modulo 2^32, so an
+// order that is broken survives), starting from 0 in the packed part and again in the rest. A
+// descending column is reversed around the codec. Used by ChunkEncoder and ChunkDecoder. Layout:
+// docs/gel-format.md, "Integer codecs". Source of the packing: D. Lemire and L. Boytsov, "Decoding
+// billions of integers per second through vectorization", Software: Practice and Experience 45
+// (2015). Threads: one at a time an object.
 #pragma once
 
 #include <cstdint>

@@ -11,33 +11,9 @@ namespace kelvarin::kernels {
 
 namespace {
 
-// Adding it to a number below 2^51 leaves the number, rounded to a whole one, in the low bits.
-constexpr double kRounding = 6755399441055744.0;  // 2^52 + 2^51
-constexpr double kLargestScaled = 1125899906842624.0;  // 2^50
-constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                   1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 // The bits of 2^52; an integer below it or-ed into them gives the double 2^52 + integer.
 constexpr std::uint64_t kTwoTo52Bits = 0x4330000000000000ull;
 constexpr double kTwoTo52 = 4503599627370496.0;
-
-struct ScaledNumber {
-  std::int64_t integer;
-  bool isExact;
-};
-
-template <bool kDivides>
-inline ScaledNumber scaledNumber(std::uint64_t bits, double power) {
-  const double value = std::bit_cast<double>(bits);
-  const double product = kDivides ? value * power : value;
-  const double shifted = product + kRounding;
-  // Modulo 2^64: numbers that are too large give nonsense, and are refused below.
-  const auto integer = static_cast<std::int64_t>(std::bit_cast<std::uint64_t>(shifted) -
-                                                 std::bit_cast<std::uint64_t>(kRounding));
-  const double back = kDivides ? (shifted - kRounding) / power : shifted - kRounding;
-  const bool isSmall = product < kLargestScaled && product > -kLargestScaled;
-  const bool isSame = std::bit_cast<std::uint64_t>(back) == bits;
-  return {integer, (isSmall & isSame) != 0};
-}
 
 // The parts of a Scale as the loop needs them.
 struct Factors {
@@ -73,74 +49,29 @@ template <bool kDivides>
   }
 }
 
-template <bool kDivides>
-[[gnu::always_inline]] inline ScaledRange scaleAll(Numbers numbers, double power,
-                                                   std::int64_t* integers) {
-  std::int64_t lowest = INT64_MAX;
-  std::int64_t highest = INT64_MIN;
-  std::uint64_t inexact = 0;
-  std::uint64_t missingCount = 0;
-  for (std::size_t i = 0; i < numbers.size(); ++i) {
-    const std::uint64_t bits = numbers[i];
-    const ScaledNumber number = scaledNumber<kDivides>(bits, power);
-    const bool isMissing = bits == kNullNumberBits;
-    const std::int64_t forLowest = isMissing ? INT64_MAX : number.integer;
-    const std::int64_t forHighest = isMissing ? INT64_MIN : number.integer;
-    lowest = forLowest < lowest ? forLowest : lowest;
-    highest = forHighest > highest ? forHighest : highest;
-    inexact += !isMissing & !number.isExact;
-    missingCount += isMissing;
-    integers[i] = isMissing ? kMissingInteger : number.integer;
-  }
-  return {.isExact = inexact == 0,
-          .hasMissing = missingCount > 0,
-          .hasValues = missingCount < numbers.size(),
-          .lowest = lowest,
-          .highest = highest};
-}
+// Once for every processor and once for those with wider registers. The results are the same: every
+// operation is exact or rounded as the standard says.
+using UnscaleCodes = void (*)(std::span<const std::uint32_t>, const Factors&, unsigned char*);
 
-[[gnu::always_inline]] inline ScaledRange scaleNumbers(Numbers numbers, double power,
-                                                       std::int64_t* integers) {
-  return power == 1.0 ? scaleAll<false>(numbers, power, integers)
-                      : scaleAll<true>(numbers, power, integers);
-}
-
-// The loops over all numbers, once for every processor and once for those with wider registers. The
-// results are the same: every operation is exact or rounded as the standard says.
-struct Loops {
-  ScaledRange (*scale)(Numbers, double, std::int64_t*);
-  void (*unscale)(std::span<const std::uint32_t>, const Factors&, unsigned char*);
-};
-
-ScaledRange scalePortably(Numbers numbers, double power, std::int64_t* integers) {
-  return scaleNumbers(numbers, power, integers);
-}
 void unscalePortably(std::span<const std::uint32_t> codes, const Factors& factors,
                      unsigned char* numbers) {
   unscaleCodes(codes, factors, numbers);
 }
 
 #if defined(__x86_64__)
-__attribute__((target("avx2"))) ScaledRange scaleWide(Numbers numbers, double power,
-                                                      std::int64_t* integers) {
-  return scaleNumbers(numbers, power, integers);
-}
-__attribute__((target("avx2"))) void unscaleWide(std::span<const std::uint32_t> codes,
-                                                 const Factors& factors, unsigned char* numbers) {
+[[gnu::target("avx2")]] void unscaleWide(std::span<const std::uint32_t> codes,
+                                         const Factors& factors, unsigned char* numbers) {
   unscaleCodes(codes, factors, numbers);
 }
 #endif
 
-const Loops& loops() {
-  static const Loops chosen = [] {
+UnscaleCodes fastestUnscale() {
 #if defined(__x86_64__)
-    if (__builtin_cpu_supports("avx2")) {
-      return Loops{scaleWide, unscaleWide};
-    }
+  if (__builtin_cpu_supports("avx2")) {
+    return unscaleWide;
+  }
 #endif
-    return Loops{scalePortably, unscalePortably};
-  }();
-  return chosen;
+  return unscalePortably;
 }
 
 template <bool kDivides>
@@ -212,18 +143,6 @@ constexpr Join kJoins[] = {nullptr,     joinFrom<1>, joinFrom<2>, joinFrom<3>,
 
 }  // namespace
 
-double powerOfTen(int exponent) {
-  return kPowersOfTen[exponent];
-}
-
-bool isExactScaled(std::uint64_t number, int exponent) {
-  return number == kNullNumberBits || scaledNumber<true>(number, powerOfTen(exponent)).isExact;
-}
-
-ScaledRange scale(Numbers numbers, int exponent, std::int64_t* integers) {
-  return loops().scale(numbers, powerOfTen(exponent), integers);
-}
-
 void storeScaled(std::span<const std::int64_t> integers, std::int64_t base, CodeWidth width,
                  unsigned char* codes) {
   const StoredCodes stored(codes, integers.size(), width);
@@ -242,7 +161,7 @@ void unscale(const LoadedCodes& codes, const Scale& scale, unsigned char* number
   const Factors factors{.missing = scale.missing,
                         .offset = kTwoTo52 - static_cast<double>(scale.base),
                         .power = powerOfTen(scale.exponent)};
-  const auto convert = loops().unscale;
+  static const UnscaleCodes convert = fastestUnscale();
   codes.forEachPiece([&](std::size_t first, std::span<const std::uint32_t> piece) {
     convert(piece, factors, numbers + first * sizeof(double));
     return true;

@@ -1,4 +1,4 @@
-// The loops over the numbers of a block, each simple enough for the vectorizer.
+// The loops that turn the numbers of a block into what a layout stores, and back.
 //
 // Numbers are taken by their bits, so that nothing is lost. Threads: any.
 #pragma once
@@ -8,29 +8,9 @@
 #include <span>
 
 #include "columnar/codecs/code_array.h"
+#include "columnar/codecs/number_ranges.h"
 
 namespace kelvarin::kernels {
-
-using Numbers = std::span<const std::uint64_t>;
-
-// What a missing number is among scaled ones.
-inline constexpr std::int64_t kMissingInteger = INT64_MIN;
-
-struct ScaledRange {
-  bool isExact = false;  // every number is missing or a whole number of 10^-exponent
-  bool hasMissing = false;
-  bool hasValues = false;
-  std::int64_t lowest = 0;
-  std::int64_t highest = 0;
-};
-
-double powerOfTen(int exponent);
-
-// Whether a number is missing or exact, and how scaled.
-bool isExactScaled(std::uint64_t number, int exponent);
-
-// Writes each number times 10^exponent, or kMissingInteger.
-ScaledRange scale(Numbers numbers, int exponent, std::int64_t* integers);
 
 // Stores each integer less the base, missing ones as all bits set.
 void storeScaled(std::span<const std::int64_t> integers, std::int64_t base, CodeWidth width,
@@ -38,8 +18,7 @@ void storeScaled(std::span<const std::int64_t> integers, std::int64_t base, Code
 
 // Differences by their sizes, so that both signs are short: 0, -1, 1, -2, 2, ...
 constexpr std::uint64_t foldedSign(std::int64_t difference) {
-  return static_cast<std::uint64_t>(difference) << 1 ^
-         static_cast<std::uint64_t>(difference >> 63);
+  return static_cast<std::uint64_t>(difference) << 1 ^ static_cast<std::uint64_t>(difference >> 63);
 }
 constexpr std::int64_t unfoldedSign(std::uint64_t code) {
   return static_cast<std::int64_t>(code >> 1 ^ (0 - (code & 1)));

@@ -1,9 +1,9 @@
 // The layouts in which the numbers of one block are stored before compression.
 //
 // A layout byte says which; what follows it is described in docs/gel-format.md, "Layouts of
-// numbers". Every layout gives back every bit of every number, missing ones and other NaNs, signs of
-// zeros and infinities included. Which one is taken depends on the values alone.
-// Threads: one at a time an object.
+// numbers". Every layout gives back every bit of every number, missing ones and other NaNs, signs
+// of zeros and infinities included. Which one is taken depends on the values alone. Threads: one at
+// a time an object.
 #pragma once
 
 #include <cstdint>
@@ -57,7 +57,7 @@ class NumberLayoutEncoder {
 
   std::vector<std::int64_t> m_integers;  // numbers times a power of ten, for the scaled layout
   std::vector<std::uint32_t> m_differences;
-  std::vector<std::uint64_t> m_others;   // those that the sparse layout stores
+  std::vector<std::uint64_t> m_others;  // those that the sparse layout stores
   std::vector<std::uint64_t> m_dictionary;
   ByteBuffer m_candidate;
   ByteBuffer m_compressed;

@@ -171,13 +171,12 @@ bool decodeSparse(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
 
 using Decode = bool (*)(ByteReader&, std::size_t, ByteBuffer&);
 // In the order of NumberLayout.
-constexpr Decode kDecoders[] = {decodePlain, decodeScaled, decodeDictionary, decodeSignificance,
-                                decodeSparse, decodeDifferences};
+constexpr Decode kDecoders[] = {decodePlain,        decodeScaled, decodeDictionary,
+                                decodeSignificance, decodeSparse, decodeDifferences};
 
 }  // namespace
 
-ReadStatus decodeNumbers(Bytes bytes, std::uint32_t rows, ByteBuffer& numbers,
-                         int& unknownLayout) {
+ReadStatus decodeNumbers(Bytes bytes, std::uint32_t rows, ByteBuffer& numbers, int& unknownLayout) {
   ByteReader reader(bytes);
   std::uint8_t layout = 0;
   if (!reader.read(layout)) {

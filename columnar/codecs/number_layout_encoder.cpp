@@ -37,7 +37,7 @@ struct NumberLayoutEncoder::Scaling {
 
 struct NumberLayoutEncoder::Choice {
   NumberLayout layout = NumberLayout::plain;
-  std::size_t size = 0;  // expected
+  std::size_t size = 0;            // expected
   std::optional<Scaling> scaling;  // of the numbers, or of those in the dictionary
   int planes = 0;
   std::uint64_t common = 0;
@@ -68,14 +68,12 @@ NumberLayoutEncoder::Choice NumberLayoutEncoder::choose(Numbers numbers) {
   }
   if (hasDictionary) {
     const auto width = codeWidthFor(m_dictionary.size() - 1);
-    choice.take(NumberLayout::dictionary,
-                codesSize(rows, *width) + sizeOf(m_dictionary.size()));
+    choice.take(NumberLayout::dictionary, codesSize(rows, *width) + sizeOf(m_dictionary.size()));
   }
   if (sample.timesOfCommonest() * 2 > sample.size()) {
     choice.common = sample.commonest();
     const std::size_t others = kernels::countOthers(numbers, choice.common);
-    choice.take(NumberLayout::sparse,
-                sizeof(double) + packedBitsSize(rows, 1) + sizeOf(others));
+    choice.take(NumberLayout::sparse, sizeof(double) + packedBitsSize(rows, 1) + sizeOf(others));
   }
   // Where numbers come again, compression finds them whole.
   if (choice.layout == NumberLayout::plain && sample.distinct() * 8 > sample.size() * 7) {
@@ -96,15 +94,14 @@ NumberLayoutEncoder::Scaling NumberLayoutEncoder::scaleAll(int exponent, Numbers
   Scaling scaling{.exponent = exponent, .range = {}, .width = {}};
   scaling.range = kernels::scale(numbers, exponent, m_integers.data());
   if (scaling.range.isExact && scaling.range.hasValues) {
-    const auto largest =
-        static_cast<std::uint64_t>(scaling.range.highest - scaling.range.lowest);
+    const auto largest = static_cast<std::uint64_t>(scaling.range.highest - scaling.range.lowest);
     scaling.width = codeWidthFor(largest + scaling.range.hasMissing);
   }
   return scaling;
 }
 
-// The sample may have missed the number with the most decimals, so its exponent is only the first to
-// try.
+// The sample may have missed the number with the most decimals, so its exponent is only the first
+// to try.
 std::optional<NumberLayoutEncoder::Scaling> NumberLayoutEncoder::findScaling(Numbers numbers,
                                                                              Numbers sample) {
   std::optional<int> exponent = exponentFor(sample, 0);
@@ -266,7 +263,8 @@ void NumberLayoutEncoder::appendSparse(const Choice& choice, Numbers numbers, By
   appendInner(choice.scaling, m_others, out);
 }
 
-// The layout byte and numbers inside another layout: scaled like the others when not all are missing.
+// The layout byte and numbers inside another layout: scaled like the others when not all are
+// missing.
 void NumberLayoutEncoder::appendInner(const std::optional<Scaling>& outer, Numbers numbers,
                                       ByteBuffer& out) {
   if (outer) {

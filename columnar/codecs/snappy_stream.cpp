@@ -94,8 +94,7 @@ bool doesCompressBelow(Bytes raw, int bitsPerByte) {
 
 ReadStatus uncompressSnappy(Bytes stream, std::uint64_t maximumSize, ByteBuffer& raw) {
   std::size_t size = 0;
-  if (!snappy::GetUncompressedLength(asChars(stream), stream.size(), &size) ||
-      size > maximumSize) {
+  if (!snappy::GetUncompressedLength(asChars(stream), stream.size(), &size) || size > maximumSize) {
     return ReadStatus::corrupted;
   }
   if (size > kSmallRawSize && size > stream.size() &&
@@ -103,8 +102,8 @@ ReadStatus uncompressSnappy(Bytes stream, std::uint64_t maximumSize, ByteBuffer&
     return ReadStatus::corrupted;
   }
   raw.resize(size);
-  const bool isWhole = snappy::RawUncompress(asChars(stream), stream.size(),
-                                             reinterpret_cast<char*>(raw.data()));
+  const bool isWhole =
+      snappy::RawUncompress(asChars(stream), stream.size(), reinterpret_cast<char*>(raw.data()));
   return isWhole ? ReadStatus::ok : ReadStatus::corrupted;
 }
 

@@ -35,8 +35,12 @@ struct DecodedTexts {
 
 class TextLayoutEncoder {
  public:
-  // Appends the layout byte and the texts, of which there is at least one.
-  void append(const TextValues& texts, ByteBuffer& out);
+  // Appends the layout byte and the texts, of which there is at least one. What is `known` of the
+  // column saves time only.
+  void append(const TextValues& texts, KnownTexts& known, ByteBuffer& out);
+  // The different texts that were appended last, in their order; none when they were too many for a
+  // dictionary.
+  std::span<const TextDictionary::Entry> entries() const { return m_dictionary.entries(); }
 
  private:
   TextDictionary m_dictionary;

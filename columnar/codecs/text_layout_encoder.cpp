@@ -50,8 +50,8 @@ void appendLengths(std::span<const std::uint32_t> lengths, ByteBuffer& out) {
 
 // How many bytes a text has in common with the one before.
 std::size_t sharedBytes(const TextDictionary::Entry& before, const TextDictionary::Entry& entry) {
-  const std::size_t most = std::min({byteCountOf(before.length), byteCountOf(entry.length),
-                                     kMostSharedBytes});
+  const std::size_t most =
+      std::min({byteCountOf(before.length), byteCountOf(entry.length), kMostSharedBytes});
   return static_cast<std::size_t>(
       std::mismatch(entry.bytes, entry.bytes + most, before.bytes).first - entry.bytes);
 }
@@ -106,8 +106,8 @@ void appendEntries(std::span<const TextDictionary::Entry> entries,
 
 }  // namespace
 
-void TextLayoutEncoder::append(const TextValues& texts, ByteBuffer& out) {
-  if (!m_dictionary.fill(texts)) {
+void TextLayoutEncoder::append(const TextValues& texts, KnownTexts& known, ByteBuffer& out) {
+  if (!m_dictionary.fill(texts, known)) {
     out.put(static_cast<std::uint8_t>(TextLayout::plain));
     appendLengths(texts.lengths, out);
     return out.append(texts.bytes);

@@ -22,6 +22,7 @@ std::size_t summarySize(GelType type) {
 
 DescriptorLayout::DescriptorLayout(std::span<const GelColumn> columns, int columnSetCount) {
   std::size_t column = 0;
+  m_chunkEntries.reserve(columns.size());
   for (int set = 0; set < columnSetCount; ++set) {
     m_slices.push_back(m_width);
     m_width += kBlockOffsetSize;

@@ -28,15 +28,17 @@ class BlockReader {
   ReadEvent next(std::unique_ptr<DecodedBlock> spare);
 
  private:
-  BlockReader(const GelFile& file, std::vector<MetaTypeColumn> types,
+  BlockReader(const GelFile& file, const std::vector<std::size_t>& columns,
               std::unique_ptr<ChunkReader> chunks, WantsBlock wantsBlock);
 
   ReadEvent nextEvent(std::unique_ptr<DecodedBlock> spare);
   ReadEvent decode(const BlockInfo& block, std::unique_ptr<DecodedBlock> spare);
+  ReadStatus decodeColumn(const BlockInfo& block, std::size_t place, DecodedColumn& values);
   ReadEvent endWith(ReadEvent event);
 
   const GelFile& m_file;
-  const std::vector<MetaTypeColumn> m_types;
+  const std::vector<std::size_t> m_columns;
+  std::vector<MetaTypeColumn> m_types;  // of the columns
   const std::unique_ptr<ChunkReader> m_chunks;
   const WantsBlock m_wantsBlock;
   BlockScan m_scan;

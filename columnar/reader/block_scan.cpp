@@ -6,9 +6,9 @@ namespace kelvarin {
 
 namespace {
 
-// How many descriptors a writer puts into a record that is full.
+// What a writer puts into a record that is full, unless that is fewer descriptors than it must
+// have.
 constexpr std::uint64_t kRecordBudget = 16ull << 20;
-constexpr std::uint64_t kSmallestFullRecord = 1000;
 
 }  // namespace
 
@@ -108,7 +108,7 @@ BlockScan::Step BlockScan::loseRecord() {
 // Of a finished file all blocks are known, so that the lost ones are those that are left over;
 // otherwise what the record itself announces is believed within reason.
 std::uint64_t BlockScan::blocksOfLostRecord() {
-  const DescriptorReader::Following following = m_reader.following();
+  const FollowingRecords following = m_reader.following();
   const std::uint64_t allBlocks =
       (m_file.rowCount() + m_file.rowsInBlock() - 1) / m_file.rowsInBlock();
   const std::uint64_t known = m_blocksBefore + following.descriptors;
@@ -119,7 +119,7 @@ std::uint64_t BlockScan::blocksOfLostRecord() {
   const std::uint64_t full =
       largest > 0
           ? largest
-          : std::max(kRecordBudget / m_file.descriptorLayout().width(), kSmallestFullRecord);
+          : std::max(kRecordBudget / m_file.descriptorLayout().width(), kFewestDescriptorsInRecord);
   const std::uint64_t announced = m_reader.announcedDescriptors();
   return announced > 0 && announced <= full ? announced : full;
 }

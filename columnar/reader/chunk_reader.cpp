@@ -28,10 +28,11 @@ Result<std::unique_ptr<ChunkReader>, std::string> ChunkReader::open(
 }
 
 Status<std::string> ChunkReader::openSets(const std::vector<std::size_t>& columns) {
+  m_chunks.reserve(columns.size());
   std::vector<std::vector<std::size_t>> places(static_cast<std::size_t>(m_file.columnSetCount()));
   for (const std::size_t column : columns) {
     places[static_cast<std::size_t>(m_file.column(column).columnSet)].push_back(m_chunks.size());
-    m_chunks.push_back(Chunk{.column = column});
+    m_chunks.push_back(Chunk{.column = static_cast<std::uint32_t>(column)});
   }
   m_setOfChunk.resize(m_chunks.size());
   std::size_t next = 0;

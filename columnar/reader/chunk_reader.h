@@ -34,6 +34,8 @@ class ChunkReader {
   // `place` counts in the list given to open(). The loaded chunk's values replace what `column`
   // held; on anything but ok they are unspecified.
   [[nodiscard]] ReadStatus decode(std::size_t place, DecodedColumn& column);
+  // Whether the loaded chunk's bytes are there; what they are worth shows when they are decoded.
+  ReadStatus loadStatus(std::size_t place) const { return m_chunks[place].status; }
   // Of the chunk decoded last, when its layout byte was the trouble; else -1.
   int unknownLayout() const { return m_decoder.unknownLayout(); }
   // Of the loaded chunk, in its side file.
@@ -45,13 +47,13 @@ class ChunkReader {
  private:
   // A column's chunk of the loaded block.
   struct Chunk {
-    std::size_t column = 0;
-    ReadStatus status = ReadStatus::corrupted;
-    bool hasEnd = false;  // otherwise its Snappy stream tells
-    bool endsWithFile = false;
     std::uint64_t begin = 0;  // in the side file
     std::uint64_t end = 0;
     std::size_t inBuffer = 0;  // its first byte among the bytes read
+    std::uint32_t column = 0;
+    ReadStatus status = ReadStatus::corrupted;
+    bool hasEnd = false;  // otherwise its Snappy stream tells
+    bool endsWithFile = false;
   };
 
   // The chosen columns of one column set.

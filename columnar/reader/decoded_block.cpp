@@ -19,7 +19,6 @@ std::size_t stepOf(MetaTypeColumn type) {
 
 void DecodedBlock::setColumns(const std::vector<MetaTypeColumn>& types) {
   m_columns.clear();
-  m_columns.resize(types.size());
   m_cursors.assign(types.size(), Cursor{});
   for (std::size_t i = 0; i < types.size(); ++i) {
     m_cursors[i].step = stepOf(types[i]);

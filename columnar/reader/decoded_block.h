@@ -24,7 +24,14 @@ struct DecodedColumn {
 class DecodedBlock final : public RowsInHand {
  public:
   void setColumns(const std::vector<MetaTypeColumn>& types);
-  DecodedColumn& column(std::size_t index) { return m_columns[index]; }
+  // Columns are filled from the first one on. Each takes room when it is asked for, so that a
+  // forged file of many columns takes little before the first damage ends it.
+  DecodedColumn& column(std::size_t index) {
+    if (index == m_columns.size()) {
+      m_columns.emplace_back();
+    }
+    return m_columns[index];
+  }
 
   // Every column has been filled with `rowCount` values; the rows begin.
   void start(std::uint64_t firstRow, std::uint64_t rowCount);
@@ -39,6 +46,23 @@ class DecodedBlock final : public RowsInHand {
     return reinterpret_cast<const std::uint32_t*>(valuesOf(column)) + first;
   }
 
+  const unsigned char* const* texts(int column, std::size_t first, std::size_t count,
+                                    const unsigned char** room) const override {
+    const DecodedTexts& texts = m_columns[static_cast<std::size_t>(column)].texts;
+    for (std::size_t i = 0; i < count; ++i) {
+      room[i] = texts.text(first + i);
+    }
+    return room;
+  }
+
+  // Passes over rows, of which there are so many.
+  void skip(std::size_t count) {
+    m_rowsLeft -= count;
+    for (Cursor& cursor : m_cursors) {
+      cursor.next += count * cursor.step;
+      cursor.offset += cursor.offset == nullptr ? 0 : count;
+    }
+  }
   // Points `values` at the next row's values; false when there is none left.
   bool takeRow(unsigned char** values) {
     if (m_rowsLeft == 0) [[unlikely]] {

@@ -72,7 +72,7 @@ std::uint64_t DescriptorReader::wholeDescriptors(Bytes payloadBegin) const {
   return announced % width == 0 ? announced / width : 0;
 }
 
-DescriptorReader::Following DescriptorReader::following() {
+FollowingRecords DescriptorReader::following() {
   if (!m_following) {
     survey();
   }
@@ -82,7 +82,7 @@ DescriptorReader::Following DescriptorReader::following() {
 // Only the heads are looked at, not the payloads.
 void DescriptorReader::survey() {
   constexpr std::size_t kRawLengthSize = 5;
-  Following& following = m_following.emplace();
+  FollowingRecords& following = m_following.emplace();
   FileWindow window(m_file.source());
   for (std::uint64_t offset = m_offset;;) {
     const Bytes bytes = window.at(offset, kRecordHeadSize + kRawLengthSize);

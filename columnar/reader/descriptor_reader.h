@@ -30,6 +30,13 @@ class DescriptorRecord {
   std::size_t m_width = 0;
 };
 
+// What the heads of records announce, to be believed when they go on to the end of the file.
+struct FollowingRecords {
+  std::uint64_t descriptors = 0;
+  std::uint64_t largestRecord = 0;
+  bool reachesEnd = false;
+};
+
 class DescriptorReader {
  public:
   enum class Outcome {
@@ -48,14 +55,8 @@ class DescriptorReader {
   std::uint64_t recordOffset() const { return m_recordOffset; }
   // How many descriptors the last, corrupted record announced; 0 when that makes no sense.
   std::uint64_t announcedDescriptors() const { return m_announcedDescriptors; }
-  // What the heads of the records after the last one announce, to be believed when they go on to
-  // the end of the file; looked up once.
-  struct Following {
-    std::uint64_t descriptors = 0;
-    std::uint64_t largestRecord = 0;
-    bool reachesEnd = false;
-  };
-  Following following();
+  // Of the records after the last one; looked up once.
+  FollowingRecords following();
 
  private:
   Outcome decode(const DescriptorRecordHead& head, Bytes payload, DescriptorRecord& record);
@@ -72,7 +73,7 @@ class DescriptorReader {
   std::uint64_t m_announcedDescriptors = 0;
   FileWindow m_window;
   std::vector<std::uint64_t> m_smallestBlocks;  // bytes that a block takes at least, by set
-  std::optional<Following> m_following;
+  std::optional<FollowingRecords> m_following;
   std::uint64_t m_sizeOfAllFiles = 0;  // 0: not looked up
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "columnar/codecs/descriptor_record.h"
 #include "columnar/format/file_names.h"
 
 namespace kelvarin {
@@ -56,9 +57,12 @@ bool GelFile::readHeader() {
     return false;
   }
   Bytes metadata;
-  return reader.readBytes(reader.remaining(), metadata) &&
-         readMetadata(metadata, m_header.columnCount, m_metadata) == ReadStatus::ok &&
-         (m_layout = DescriptorLayout(m_metadata.columns, m_metadata.columnSetCount), true);
+  if (!reader.readBytes(reader.remaining(), metadata) ||
+      readMetadata(metadata, m_header.columnCount, m_metadata) != ReadStatus::ok) {
+    return false;
+  }
+  m_layout = DescriptorLayout(m_metadata.columns, m_metadata.columnSetCount);
+  return fitsRecord(kFewestDescriptorsInRecord * m_layout.width());
 }
 
 std::string GelFile::sidePath(int columnSet) const {

@@ -1,75 +1,13 @@
 #include "columnar/reader/verification.h"
 
 #include <algorithm>
-#include <cmath>
-#include <numeric>
 
-#include "base/null_number.h"
 #include "columnar/reader/chunk_reader.h"
-#include "host/contract/column_bytes.h"
+#include "columnar/reader/stored_summary.h"
 
 namespace kelvarin {
 
 namespace {
-
-KeySummary summaryOfKeys(const ByteBuffer& values) {
-  KeySummary summary;
-  for (std::size_t at = 0; at < values.size(); at += sizeof(std::uint32_t)) {
-    const auto key = loadPacked<std::uint32_t>(values.data() + at);
-    if (key >= kSmallestMissingKey) {
-      summary.hasNull = true;
-      continue;
-    }
-    summary.high = summary.hasValues() ? std::max(summary.high, key) : key;
-    summary.low = std::min(summary.low, key);
-  }
-  return summary;
-}
-
-NumberSummary summaryOfNumbers(const ByteBuffer& values) {
-  NumberSummary summary;
-  for (std::size_t at = 0; at < values.size(); at += sizeof(double)) {
-    const auto number = loadPacked<double>(values.data() + at);
-    if (isNullNumber(number)) {
-      summary.hasNull = true;
-    } else if (std::isnan(number)) {
-      summary.hasNotANumber = true;
-    } else {
-      summary.low = summary.hasValues ? std::min(summary.low, number) : number;
-      summary.high = summary.hasValues ? std::max(summary.high, number) : number;
-      summary.hasValues = true;
-    }
-  }
-  return summary;
-}
-
-TextSummary summaryOfTexts(const DecodedTexts& texts) {
-  TextSummary summary;
-  std::optional<std::string_view> low;
-  std::optional<std::string_view> high;
-  for (std::size_t row = 0; row < texts.offsets.size(); ++row) {
-    const unsigned char* bytes = texts.text(row);
-    if (isNullText(bytes)) {
-      summary.hasNull = true;
-      continue;
-    }
-    const std::string_view text = textFromBytes(bytes);
-    low = low ? std::min(*low, text) : text;
-    high = high ? std::max(*high, text) : text;
-  }
-  if (low) {
-    summary.low = TextBound::of(*low);
-    summary.high = TextBound::of(*high);
-  }
-  return summary;
-}
-
-template <typename Summary>
-bool isStored(const GelFile& file, const BlockInfo& block, std::size_t column,
-              const Summary& summary) {
-  Summary stored;
-  return file.descriptorLayout().readSummary(block.descriptor, column, stored) && stored == summary;
-}
 
 class Verifier {
  public:
@@ -168,22 +106,10 @@ class Verifier {
       return;
     }
     ++m_result.chunks;
-    if (!hasItsSummary(block, column)) {
+    if (!hasItsSummary(m_file, block, column, m_column)) {
       damage.kind = GelDamage::Kind::summary;
       report(damage);
     }
-  }
-
-  bool hasItsSummary(const BlockInfo& block, std::size_t column) const {
-    switch (m_file.column(column).type) {
-      case GelType::key:
-        return isStored(m_file, block, column, summaryOfKeys(m_column.values));
-      case GelType::number:
-        return isStored(m_file, block, column, summaryOfNumbers(m_column.values));
-      case GelType::text:
-        break;
-    }
-    return isStored(m_file, block, column, summaryOfTexts(m_column.texts));
   }
 
   void reportLostRows() {

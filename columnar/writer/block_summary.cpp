@@ -1,23 +1,13 @@
 #include "columnar/writer/block_summary.h"
 
 #include <algorithm>
-#include <bit>
 #include <string_view>
 
-#include "base/null_number.h"
+#include "columnar/codecs/number_ranges.h"
 
 namespace kelvarin {
 
 namespace {
-
-// Doubles in their order as integers: negative ones have their other bits turned round.
-constexpr std::uint64_t kSignBit = 1ull << 63;
-constexpr std::int64_t kInfinityBits = 0x7FF0000000000000ll;
-
-constexpr std::int64_t orderedBits(std::uint64_t bits) {
-  const auto value = static_cast<std::int64_t>(bits);
-  return value ^ static_cast<std::int64_t>(static_cast<std::uint64_t>(value >> 63) >> 1);
-}
 
 // Texts with the same beginning.
 bool isBelow(std::string_view left, std::string_view right) {
@@ -26,10 +16,6 @@ bool isBelow(std::string_view left, std::string_view right) {
     return left.size() < right.size();
   }
   return left.substr(kBeginningSize) < right.substr(kBeginningSize);
-}
-
-constexpr double fromOrderedBits(std::int64_t ordered) {
-  return std::bit_cast<double>(orderedBits(static_cast<std::uint64_t>(ordered)));
 }
 
 }  // namespace
@@ -51,32 +37,18 @@ KeySummary summaryOf(std::span<const std::uint32_t> keys) {
 }
 
 NumberSummary summaryOf(std::span<const std::uint64_t> numbers) {
-  std::int64_t low = INT64_MAX;
-  std::int64_t high = INT64_MIN;
-  std::uint64_t nulls = 0;
-  std::uint64_t notNumbers = 0;
-  for (const std::uint64_t bits : numbers) {
-    const bool isNotANumber = static_cast<std::int64_t>(bits & ~kSignBit) > kInfinityBits;
-    const std::int64_t ordered = orderedBits(bits);
-    low = std::min(low, isNotANumber ? INT64_MAX : ordered);
-    high = std::max(high, isNotANumber ? INT64_MIN : ordered);
-    nulls += bits == kNullNumberBits;
-    notNumbers += isNotANumber;
-  }
-  NumberSummary summary;
-  summary.hasNull = nulls > 0;
-  summary.hasValues = notNumbers < numbers.size();
-  summary.hasNotANumber = notNumbers > nulls;
-  if (summary.hasValues) {
-    summary.low = fromOrderedBits(low);
-    summary.high = fromOrderedBits(high);
-  }
-  return summary;
+  const kernels::NumberRange range = kernels::rangeOf(numbers);
+  return {.hasNull = range.hasMissing,
+          .hasValues = range.hasValues,
+          .hasNotANumber = range.hasNotANumber,
+          .low = range.lowest,
+          .high = range.highest};
 }
 
 TextSummary summaryOf(const TextValues& texts) {
   TextSummary summary;
-  // The lowest and the highest text so far; most others are told apart from them by their beginnings.
+  // The lowest and the highest text so far; most others are told apart from them by their
+  // beginnings.
   std::string_view low;
   std::string_view high;
   std::uint64_t lowBeginning = 0;
@@ -106,6 +78,19 @@ TextSummary summaryOf(const TextValues& texts) {
   if (hasValues) {
     summary.low = TextBound::of(low);
     summary.high = TextBound::of(high);
+  }
+  return summary;
+}
+
+TextSummary summaryOf(std::span<const TextDictionary::Entry> texts) {
+  TextSummary summary;
+  summary.hasNull = texts.front().length == kNullLength;
+  if (texts.back().length != kNullLength) {
+    const auto boundOf = [](const TextDictionary::Entry& text) {
+      return TextBound::of({reinterpret_cast<const char*>(text.bytes), text.length});
+    };
+    summary.low = boundOf(texts[summary.hasNull ? 1 : 0]);
+    summary.high = boundOf(texts.back());
   }
   return summary;
 }

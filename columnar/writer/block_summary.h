@@ -16,5 +16,7 @@ KeySummary summaryOf(std::span<const std::uint32_t> keys);
 NumberSummary summaryOf(std::span<const std::uint64_t> numbers);
 // By their bytes.
 TextSummary summaryOf(const TextValues& texts);
+// The same, from the different texts in their order, of which there is at least one.
+TextSummary summaryOf(std::span<const TextDictionary::Entry> texts);
 
 }  // namespace kelvarin

@@ -22,6 +22,7 @@ ColumnSetWorker::ColumnSetWorker(const WorkerSurroundings& surroundings, std::si
       m_firstColumn(firstColumn),
       m_columnSet(surroundings.layout.metadata.columns[firstColumn].columnSet),
       m_sideFile(std::move(ask)),
+      m_knownTexts(columnCount),
       m_chunks(kChunkReserve),
       m_positions(columnCount),
       m_largestChunks(columnCount),
@@ -134,10 +135,13 @@ std::size_t ColumnSetWorker::encodeColumn(std::size_t index, const BlockValues& 
       break;
   }
   const TextValues texts{{stored.keys.get(), values.rows}, stored.bytes.bytes()};
-  layout.writeSummary(descriptor, column, summaryOf(texts));
   m_largestValues[index] =
       std::max(m_largestValues[index], static_cast<std::uint32_t>(texts.rawSize()));
-  return m_encoder.appendTexts(texts, m_chunks);
+  const std::size_t size = m_encoder.appendTexts(texts, m_knownTexts[index], m_chunks);
+  const auto different = m_encoder.differentTexts();
+  layout.writeSummary(descriptor, column,
+                      different.empty() ? summaryOf(texts) : summaryOf(different));
+  return size;
 }
 
 }  // namespace kelvarin

@@ -1,11 +1,11 @@
-// One column set of a file that is written: its side file, the blocks that are filled and stored, and
-// the thread that stores them.
+// One column set of a file that is written: its side file, the blocks that are filled and stored,
+// and the thread that stores them.
 //
-// A block is encoded chunk by chunk, its slice of the descriptor is written, and then the chunks are
-// appended to the side file. Made by ColumnarHDWriter. Layout: docs/gel-format.md, "Side files".
-// Threads: one thread of its own between start() and join(); the values of a block belong to the
-// filling thread until it is handed over.
-// Errors: told to the FirstFailure; all waiting of this set and of the descriptors then ends.
+// A block is encoded chunk by chunk, its slice of the descriptor is written, and then the chunks
+// are appended to the side file. Made by ColumnarHDWriter. Layout: docs/gel-format.md, "Side
+// files". Threads: one thread of its own between start() and join(); the values of a block belong
+// to the filling thread until it is handed over. Errors: told to the FirstFailure; all waiting of
+// this set and of the descriptors then ends.
 #pragma once
 
 #include <array>
@@ -64,8 +64,7 @@ class ColumnSetWorker {
   void run();
   [[nodiscard]] bool storeBlock(std::uint64_t block);
   void encode(const BlockValues& values, unsigned char* descriptor);
-  std::size_t encodeColumn(std::size_t index, const BlockValues& values,
-                           unsigned char* descriptor);
+  std::size_t encodeColumn(std::size_t index, const BlockValues& values, unsigned char* descriptor);
 
   const WorkerSurroundings m_surroundings;
   const std::size_t m_index;
@@ -77,6 +76,7 @@ class ColumnSetWorker {
 
   // The worker's thread only, until it is joined.
   ChunkEncoder m_encoder;
+  std::vector<KnownTexts> m_knownTexts;  // one a column; of other types nothing
   ByteBuffer m_chunks;
   std::vector<std::uint64_t> m_positions;  // of the chunks in m_chunks
   std::vector<std::uint32_t> m_largestChunks;

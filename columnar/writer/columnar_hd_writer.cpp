@@ -71,8 +71,7 @@ bool ColumnarHDWriter::layOut(const OneRow* row) {
   if (!isOpen() || m_failure.isSet()) {
     return false;
   }
-  auto layout =
-      layOutTable(*row, static_cast<int>(m_rowsInBlock), m_columnSets, m_memoryBudget);
+  auto layout = layOutTable(*row, static_cast<int>(m_rowsInBlock), m_columnSets, m_memoryBudget);
   if (!layout) {
     discardFiles();
     return fail(layout.error());
@@ -177,6 +176,26 @@ bool ColumnarHDWriter::append(const OneRow& row) {
   } catch (const std::bad_alloc&) {
     return false;
   }
+}
+
+bool ColumnarHDWriter::writeToHD(const ColumnsInHand& rows, std::size_t count) {
+  for (std::size_t begin = 0; begin < count;) {
+    const std::size_t part =
+        std::min<std::size_t>(count - begin, m_rowsInBlock - m_appender.rows());
+    try {
+      if (!m_appender.append(rows, begin, part)) {
+        return fail(WriteFailure::Kind::tooLarge);
+      }
+    } catch (const std::bad_alloc&) {
+      return fail(WriteFailure::Kind::tooLarge);
+    }
+    begin += part;
+    m_rowCount += static_cast<long long>(part);
+    if (m_appender.rows() == m_rowsInBlock && !handOverBlock()) {
+      return false;
+    }
+  }
+  return true;
 }
 
 bool ColumnarHDWriter::handOverBlock() {

@@ -53,8 +53,11 @@ class ColumnarHDWriter {
     ++m_rowCount;
     return m_appender.rows() < m_rowsInBlock || handOverBlock();
   }
+  // The same of `count` rows that were taken together. The first row of a file comes by itself.
+  [[nodiscard]] bool writeToHD(const ColumnsInHand& rows, std::size_t count);
   // Finishes the file; it is complete when the run has ended normally or still goes on, and nothing
-  // has failed. A file without layOut() stays empty. True when all that was asked for is on the disk.
+  // has failed. A file without layOut() stays empty. True when all that was asked for is on the
+  // disk.
   bool closeHD(GlobalParameters::RunningState state);
 
   // Gives the file up as it is; it stays incomplete.

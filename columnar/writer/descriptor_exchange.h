@@ -5,8 +5,8 @@
 // done with its last descriptor; then it becomes a record, and only after that do the workers write
 // into it again.
 // Threads: one for each worker and one that writes records; stop() and finish() from any. The
-// descriptors' bytes belong to the workers, each to its slice, from awaitRoom() to finishBlock(), and
-// to the writing thread from awaitRecord() to recordWritten().
+// descriptors' bytes belong to the workers, each to its slice, from awaitRoom() to finishBlock(),
+// and to the writing thread from awaitRecord() to recordWritten().
 #pragma once
 
 #include <condition_variable>

@@ -1,4 +1,5 @@
-// The bytes at the beginning of a main file, as they are while it is written and when it is finished.
+// The bytes at the beginning of a main file, as they are while it is written and when it is
+// finished.
 //
 // Used by ColumnarHDWriter. Layout: docs/gel-format.md, "Header". Threads: any.
 #pragma once

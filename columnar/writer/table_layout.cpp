@@ -5,14 +5,12 @@
 
 #include "columnar/codecs/chunk_codec.h"
 #include "columnar/codecs/descriptor_record.h"
-#include "columnar/codecs/snappy_stream.h"
 #include "host/contract/text_operations.h"
 
 namespace kelvarin {
 
 namespace {
 
-constexpr std::size_t kFewestDescriptorsInRecord = 1000;
 constexpr std::uint64_t kLargestField = 0xFFFFFFFF;
 
 GelType gelTypeOf(MetaTypeColumn type) {
@@ -77,9 +75,8 @@ bool takeColumns(const OneRow& row, const QHash<QString, int>& columnSets,
 }
 
 bool isWithinFields(const TableLayout& layout) {
-  const std::uint64_t block = layout.descriptorBlockSize();
   const std::uint64_t rows = layout.metadata.rowsInBlock;
-  return maximumCompressedSize(block) + kRecordHeadSize <= kLargestField &&
+  return fitsRecord(layout.descriptorBlockSize()) &&
          layout.headLength() - kOpeningSize <= kLargestField && rows <= kMaximumRowsInBlock;
 }
 

@@ -58,8 +58,8 @@ class VariableStore {
   const TextCell& text(std::size_t place) const { return m_texts[place]; }
 
   double rowNumber() const { return m_rowNumber; }
-  void advanceRow() {
-    m_rowNumber += 1.0;
+  void advanceRows(double count) {
+    m_rowNumber += count;
     restoreRowNumber();
   }
   // An expression may have assigned to `_n`.

@@ -125,7 +125,9 @@ class ExpressionEvaluator {
   // row, or loading has effects.
   bool mustLoadRows() const;
   // Adds one to the row number.
-  void advanceRow() { m_variables->advanceRow(); }
+  void advanceRow() { m_variables->advanceRows(1.0); }
+  // The same for rows whose results were taken from resultsAhead().
+  void advanceRows(std::size_t count) { m_variables->advanceRows(static_cast<double>(count)); }
   // Counted from 0; the value of `_n`.
   double rowNumber() const { return m_variables->rowNumber(); }
   const RowFailure& lastFailure() const;

@@ -1,5 +1,6 @@
 #include "host/contract/action_item.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <locale>
 
@@ -36,13 +37,23 @@ struct ActionItemLayout {
 };
 #pragma GCC diagnostic pop
 
+namespace {
+
+// Whole, though some write fractions.
+int placeOnCanvas(const unsigned short* text) {
+  constexpr double kFarthest = 1e9;
+  return static_cast<int>(std::clamp(xmltof(text, 0.0), -kFarthest, kFarthest));
+}
+
+}  // namespace
+
 ActionItem::ActionItem(XMLNode node, GlobalParameters* parameters)
     : m_node(node), m_globalParameters(parameters) {
   const unsigned short* x = node.getAttribute(utf16(u"x"));
   const unsigned short* y = node.getAttribute(utf16(u"y"));
   m_hasPlace = x != nullptr || y != nullptr;
-  m_x = xmltoi(x, 0);
-  m_y = xmltoi(y, 0);
+  m_x = placeOnCanvas(x);
+  m_y = placeOnCanvas(y);
 }
 
 ActionItem::~ActionItem() = default;

@@ -86,9 +86,19 @@ class KELVARIN_CORE ActionItem {
   RowsAhead rowsAheadOnInPin(int pin) const {
     return m_ports->inputs[static_cast<std::size_t>(pin)]->rowsAhead();
   }
-  // Lets consumers look at the row to be published next and the `count - 1` after it.
-  void offerRowsOnOutputPin(int pin, const RowsInHand& rows, std::size_t count) {
-    m_ports->outputs[static_cast<std::size_t>(pin)]->offer(rows, count);
+  // Takes the `count` rows behind the one that the pin gave last; see InputPin::take().
+  void takeRowsOfInPin(int pin, std::size_t count) {
+    m_ports->inputs[static_cast<std::size_t>(pin)]->take(count);
+  }
+  // Lets consumers look at the row to be published next and the `count - 1` after it, and take them
+  // together where the action has a way to go on behind them.
+  void offerRowsOnOutputPin(int pin, const RowsInHand& rows, std::size_t count,
+                            TakeRows take = nullptr) {
+    m_ports->outputs[static_cast<std::size_t>(pin)]->offer(rows, count, take);
+  }
+  // Rows of a pin that nothing reads, which went by while those of another were taken together.
+  void countRowsOfOutputPin(int pin, std::size_t count) {
+    m_ports->outputs[static_cast<std::size_t>(pin)]->rowsPublished += static_cast<long long>(count);
   }
   bool isInputPinLinked(int pin) const {
     return m_ports != nullptr && pin >= 0 &&

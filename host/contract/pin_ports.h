@@ -9,6 +9,11 @@
 #include "host/contract/one_row.h"
 #include "host/contract/rows_in_hand.h"
 
+class ActionItem;
+
+// Goes on as if `count` more rows of the last offer had been computed and published.
+using TakeRows = void (*)(ActionItem* action, std::size_t count);
+
 // The reading end of a link.
 class InputPin {
  public:
@@ -17,9 +22,13 @@ class InputPin {
   virtual const OneRow* next() = 0;
   // The columns that the upstream pin has announced, without values; null while it has not.
   virtual const OneRow* announcedColumns() = 0;
-  virtual class ActionItem* upstreamAction() const = 0;
+  virtual ActionItem* upstreamAction() const = 0;
   // The row that next() gave and those after it, where the producer has them in hand.
   virtual RowsAhead rowsAhead() const { return {}; }
+  // Takes the `count` rows behind the one that next() gave, as if it had given them one by one.
+  // They are among rowsAhead(), which says that they can be taken; their values stay where they
+  // are.
+  virtual void take(std::size_t /*count*/) {}
 };
 
 // Receives the rows of an output pin that are not handed straight to the consumer.
@@ -40,6 +49,7 @@ struct OutputPin {
   // What was offered last: so many rows, the first of them published as this number.
   RowsAhead inHand;
   long long firstInHand = 0;
+  TakeRows takeRows = nullptr;  // null: they come one by one
 
   OutputPin() = default;
   OutputPin(const OutputPin&) = delete;
@@ -56,15 +66,18 @@ struct OutputPin {
   }
 
   // The next row to be published and the `count - 1` after it are those of `rows`.
-  void offer(const RowsInHand& rows, std::size_t count) {
-    inHand = {&rows, 0, count};
+  void offer(const RowsInHand& rows, std::size_t count, TakeRows take) {
+    inHand = {&rows, 0, count, take != nullptr};
     firstInHand = rowsPublished;
+    takeRows = take;
   }
   // Of the offer, the rows from the one published as that number on.
   RowsAhead rowsAheadFrom(long long number) const {
-    const auto skipped = static_cast<std::size_t>(number - firstInHand);  // huge when it came before
-    return skipped < inHand.count ? RowsAhead{inHand.rows, skipped, inHand.count - skipped}
-                                  : RowsAhead{};
+    const auto skipped =
+        static_cast<std::size_t>(number - firstInHand);  // huge when it came before
+    return skipped < inHand.count
+               ? RowsAhead{inHand.rows, skipped, inHand.count - skipped, inHand.canBeTaken}
+               : RowsAhead{};
   }
 };
 

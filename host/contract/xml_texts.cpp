@@ -2,7 +2,7 @@
 
 #include <QStringView>
 
-#include "host/contract/xml_node.h"
+#include "host/contract/attribute_reading.h"
 
 using kelvarin::qString;
 
@@ -63,6 +63,22 @@ std::wstring escaped(const QString& text, const char16_t* (*entityOf)(char16_t))
   return result.toStdWString();
 }
 
+QString valueOf(const unsigned short* text) {
+  const auto* reading = kelvarin::AttributeReading::current();
+  const QString value = qString(text);
+  return reading == nullptr ? value : reading->expanded(value);
+}
+
+// A value that is absent or empty is no mistake.
+template <typename Value>
+Value insteadOf(const unsigned short* text, const char* wanted, Value otherwise) {
+  if (auto* reading = kelvarin::AttributeReading::current();
+      reading && !valueOf(text).trimmed().isEmpty()) {
+    reading->cannotUse(text, wanted);
+  }
+  return otherwise;
+}
+
 }  // namespace
 
 QString kelvarin::qString(const unsigned short* text) {
@@ -75,23 +91,24 @@ std::wstring kelvarin::elementText(const QString& text) {
 
 int xmltoi(const unsigned short* text, int otherwise) {
   bool isNumber = false;
-  const int number = qString(text).toInt(&isNumber);
-  return isNumber ? number : otherwise;
+  const int number = valueOf(text).toInt(&isNumber);
+  return isNumber ? number : insteadOf(text, "a whole number", otherwise);
 }
 
 char xmltob(const unsigned short* text, char otherwise) {
-  const QString digit = qString(text).trimmed();
-  return digit == u"1" ? 1 : digit == u"0" ? 0 : otherwise;
+  const QString digit = valueOf(text).trimmed();
+  return digit == u"1" ? 1 : digit == u"0" ? 0 : insteadOf(text, "0 or 1", otherwise);
 }
 
 double xmltof(const unsigned short* text, double otherwise) {
   bool isNumber = false;
-  const double number = qString(text).toDouble(&isNumber);
-  return isNumber ? number : otherwise;
+  const double number = valueOf(text).toDouble(&isNumber);
+  return isNumber ? number : insteadOf(text, "a number", otherwise);
 }
 
 unsigned short xmltoc(const unsigned short* text, unsigned short otherwise) {
-  return text == nullptr || *text == 0 ? otherwise : *text;
+  const QString value = valueOf(text);
+  return value.isEmpty() ? otherwise : value[0].unicode();
 }
 
 const unsigned short* xmltoa(const unsigned short* text, const unsigned short* otherwise) {

@@ -58,6 +58,7 @@ void checkActions(const GraphExecution& execution) {
 RunResult checkGraph(Graph& graph, RunRecord& record, const ExecutionOptions& options) {
   const auto start = std::chrono::steady_clock::now();
   RecordingServices services;
+  tellWarnings(graph);
   const std::vector<bool> computesInFull = actionsAboveTables(graph);
   std::deque<RunRecord> records(graph.actions.size());
   std::vector<RunRecord*> parts;

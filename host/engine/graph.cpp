@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "host/contract/host_services.h"
+#include "host/contract/main_ui.h"
+
 namespace kelvarin {
 
 namespace {
@@ -89,6 +92,13 @@ std::vector<bool> actionsUpstreamOf(const Graph& graph, int action) {
     }
   }
   return isUpstream;
+}
+
+void tellWarnings(const Graph& graph) {
+  for (const GraphWarning& warning : graph.warnings) {
+    const CurrentAction onBehalf(graph.actions[at(warning.action)].item.get());
+    MainUI::addLog(LogLevel::warning, warning.text);
+  }
 }
 
 }  // namespace kelvarin

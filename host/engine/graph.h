@@ -32,12 +32,19 @@ struct GraphLink {
   int toPin = 0;
 };
 
+// What a user should know about a graph that can be run.
+struct GraphWarning {
+  int action = -1;
+  QString text;  // with its place
+};
+
 struct Graph {
   QString file;  // empty for a graph that was never saved
   std::vector<GraphParameter> parameters;
   std::unique_ptr<GlobalParameters> settings;  // the actions refer to it
   std::vector<GraphAction> actions;
   std::vector<GraphLink> links;
+  std::vector<GraphWarning> warnings;
 
   // -1 when absent.
   int indexOf(const QString& actionName) const;
@@ -52,5 +59,8 @@ std::vector<int> actionsInOrder(const Graph& graph);
 std::vector<int> findCycle(const Graph& graph);
 // True at the place of every action from which `action` receives rows, directly or through others.
 std::vector<bool> actionsUpstreamOf(const Graph& graph, int action);
+
+// Logs its warnings, each on behalf of its action.
+void tellWarnings(const Graph& graph);
 
 }  // namespace kelvarin

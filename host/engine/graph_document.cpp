@@ -1,11 +1,12 @@
 #include "host/engine/graph_document.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include <QFileInfo>
 
-#include "host/engine/messages.h"
 #include "host/contract/nearest_names.h"
+#include "host/engine/messages.h"
 
 namespace kelvarin {
 
@@ -21,6 +22,24 @@ bool isFreeText(const QString& attributeName) {
   static const QStringList kFreeTexts{QStringLiteral("expression"), QStringLiteral("Expression"),
                                       QStringLiteral("notes"), QStringLiteral("comments")};
   return kFreeTexts.contains(attributeName);
+}
+
+// Its letters come in this order in `full`, the first one at the beginning: refTime, referenceTime.
+bool isShortFor(const QString& full, const QString& name) {
+  qsizetype found = 0;
+  for (const QChar letter : full.toLower()) {
+    found += found < name.size() && letter == name[found].toLower() ? 1 : 0;
+  }
+  return name.size() > 1 && found == name.size() && full.startsWith(name[0], Qt::CaseInsensitive);
+}
+
+QStringList attributesMeantBy(const QString& name, const QStringList& known) {
+  QStringList meant = nearestNames(name, known);
+  if (meant.isEmpty()) {
+    std::copy_if(known.begin(), known.end(), std::back_inserter(meant),
+                 [&name](const QString& full) { return isShortFor(full, name); });
+  }
+  return meant;
 }
 
 }  // namespace
@@ -179,8 +198,37 @@ void GraphDocument::readAction(const XMLNode& node) {
   if (entry == nullptr) {
     return;
   }
-  std::unique_ptr<ActionItem> item(entry->prototype->createFromXML(node, m_graph.settings.get()));
+  AttributeReading reading(*m_graph.settings);
+  std::unique_ptr<ActionItem> item;
+  {
+    const AttributeReading::Scope scope(reading);
+    item.reset(entry->prototype->createFromXML(node, m_graph.settings.get()));
+  }
   m_graph.actions.push_back({name, node.place(), std::move(item)});
+  warnOfAttributes(node, reading);
+}
+
+void GraphDocument::warnOfAttributes(const XMLNode& action, const AttributeReading& reading) {
+  static const QStringList kHosts{QStringLiteral("name"), QStringLiteral("version")};
+  static const QStringList kPlace{QStringLiteral("x"), QStringLiteral("y")};
+  const int index = static_cast<int>(m_graph.actions.size()) - 1;
+  for (const AttributeReading::Finding& finding : reading.findings(action)) {
+    const XMLNode& node = finding.element;
+    const bool isOfAction = node.name() == action.name();
+    // An action that has asked for its place alone may ask for more when it runs.
+    if (isOfAction && (kHosts.contains(finding.attribute) || finding.known == kPlace)) {
+      continue;
+    }
+    const QString text =
+        finding.wanted == nullptr
+            ? engine_messages::attributeIgnored(finding.attribute, node.name(),
+                                                attributesMeantBy(finding.attribute, finding.known),
+                                                isOfAction ? kHosts + finding.known : finding.known)
+            : engine_messages::valueIgnored(finding.attribute,
+                                            qString(node.getAttribute(finding.attribute.utf16())),
+                                            node.name(), QString::fromLatin1(finding.wanted));
+    m_graph.warnings.push_back({index, GraphError{m_graph.file, node.place(), text}.text()});
+  }
 }
 
 void GraphDocument::checkParameterNames(const XMLNode& action) {

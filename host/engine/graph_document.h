@@ -5,6 +5,7 @@
 // Errors: collected; the graph is whole only when there are none.
 #pragma once
 
+#include "host/contract/attribute_reading.h"
 #include "host/engine/graph_reader.h"
 
 namespace kelvarin {
@@ -36,6 +37,8 @@ class GraphDocument {
   void readActions(const XMLNode& node);
   void readAction(const XMLNode& node);
   void checkParameterNames(const XMLNode& action);
+  // Attributes of the last action that mean nothing.
+  void warnOfAttributes(const XMLNode& action, const AttributeReading& reading);
   void readLinks(const XMLNode& node);
   void readLink(const XMLNode& node);
   EndOfLink endOfLink(const XMLNode& node, const char16_t* nameOfAction, const char16_t* nameOfPin,

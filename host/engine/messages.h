@@ -123,6 +123,21 @@ inline QString unknownAttribute(const QString& attribute, const QString& element
            known.isEmpty() ? QStringLiteral("none") : known.join(QStringLiteral(", ")));
 }
 
+inline QString attributeIgnored(const QString& attribute, const QString& element,
+                                const QStringList& near, const QStringList& known) {
+  return QStringLiteral("the attribute '%1' is not known in <%2> and has no effect. %3")
+      .arg(attribute, element,
+           near.isEmpty()
+               ? QStringLiteral("Known: %1.").arg(known.join(QStringLiteral(", ")))
+               : QStringLiteral("Did you mean %1?").arg(near.join(QStringLiteral(" or "))));
+}
+
+inline QString valueIgnored(const QString& attribute, const QString& value, const QString& element,
+                            const QString& wanted) {
+  return QStringLiteral("%1='%2' of <%3> is not %4; the default is taken.")
+      .arg(attribute, value, element, wanted);
+}
+
 inline QString missingAttribute(const QString& attribute, const QString& element) {
   return QStringLiteral("<%2> needs the attribute '%1'.").arg(attribute, element);
 }

@@ -22,9 +22,21 @@ const OneRow* StraightLink::next() {
   return produceRow() ? &m_pin.row : nullptr;
 }
 
+void StraightLink::take(std::size_t count) {
+  m_pin.takeRows(&m_producer.item(), count);
+  m_pin.rowsPublished += static_cast<long long>(count);
+  m_rowsRead += static_cast<long long>(count);
+}
+
 const OneRow* HoldingLink::next() {
   m_held.release();
   return produceRow() ? m_held.show() : nullptr;
+}
+
+RowsAhead HoldingLink::rowsAhead() const {
+  RowsAhead rows = rowsOfProducer();
+  rows.canBeTaken = false;
+  return rows;
 }
 
 const OneRow* ColumnsLink::next() {

@@ -4,7 +4,8 @@
 // producer goes to more than one reader, each reader has a queue link: the reader that is asking
 // gets the row itself, the others a copy in their queue. Below such a place rows are held
 // (held_row.h). Every link lets its reader look ahead at what the producer, or the queue, has in
-// hand: only the reader's own next row makes that go.
+// hand: only the reader's own next row makes that go. Rows are taken together along straight links
+// only, where nobody else waits for what the actions above do meanwhile.
 // Used by: graph_execution.cpp.
 // Threads: the engine thread.
 #pragma once
@@ -45,6 +46,7 @@ class StraightLink final : public RowLink {
   using RowLink::RowLink;
   const OneRow* next() override;
   RowsAhead rowsAhead() const override { return rowsOfProducer(); }
+  void take(std::size_t count) override;
 };
 
 // A straight link below a place where rows go to several readers.
@@ -53,7 +55,7 @@ class HoldingLink final : public RowLink {
   HoldingLink(RunningAction& producer, OutputPin& pin, const ExecutionOptions& options)
       : RowLink(producer, pin, options), m_held(pin) {}
   const OneRow* next() override;
-  RowsAhead rowsAhead() const override { return rowsOfProducer(); }
+  RowsAhead rowsAhead() const override;
   HeldRow& heldRow() { return m_held; }
 
  private:

@@ -40,6 +40,7 @@ void warnOfMissingLinks(const Graph& graph) {
 RunResult runGraph(Graph& graph, RunRecord& record, const ExecutionOptions& options) {
   const auto start = std::chrono::steady_clock::now();
   RecordingServices services;
+  tellWarnings(graph);
   warnOfMissingLinks(graph);
   GraphExecution execution(graph, std::vector<RunRecord*>(graph.actions.size(), &record), record,
                            options);

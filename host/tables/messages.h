@@ -182,12 +182,15 @@ inline QString badKey(const QString& value) {
 }
 
 inline QString readAsNull(const QString& place, const QString& column, long long count) {
+  if (count == 1) {
+    return QStringLiteral(
+               "%1: this value of column '%2' does not fit its type and was read as null.")
+        .arg(place, column);
+  }
   return QStringLiteral(
              "%1: %2 values of column '%3' do not fit its type and were read as null; this is the "
              "first.")
-      .arg(place)
-      .arg(count)
-      .arg(column);
+      .arg(place, QString::number(count), column);
 }
 
 // Writing CSV

@@ -323,6 +323,10 @@ TEST_F(WriteColumnarGelTest, AValueThatComesBackOrMeetsAnotherStopsTheRun) {
   EXPECT_TRUE(meeting.hasFailed());
   EXPECT_NE(meeting.log().at(1).find("two values of the split column, 'a/b' and 'a\\b'"),
             std::string::npos);
+  auto missing = harness("split='2' splitVar='t'");
+  missing.push(Rows{{1, "_null"}, {2, nullptr}});
+  missing.finish();
+  EXPECT_NE(missing.log().at(1).find("'_null' and '(missing)'"), std::string::npos);
 }
 
 // Without an extension the point of a number ends the name, as far as side files are concerned.

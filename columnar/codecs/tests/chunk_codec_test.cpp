@@ -33,8 +33,8 @@ Numbers made(std::size_t rows, const std::function<std::uint64_t()>& make) {
   return numbers;
 }
 
-// The layout that was taken, after a round trip that has changed nothing.
-NumberLayout layoutAfterRoundTrip(const Numbers& numbers) {
+// What the chunk holds before compression, after a round trip that has changed nothing.
+std::string rawAfterRoundTrip(const Numbers& numbers) {
   ByteBuffer chunk;
   ChunkEncoder().appendNumbers(numbers, chunk);
   ByteBuffer decoded;
@@ -46,7 +46,12 @@ NumberLayout layoutAfterRoundTrip(const Numbers& numbers) {
   ByteBuffer raw;
   EXPECT_EQ(uncompressSnappy(chunk.bytes(kChunkChecksumSize), kMaximumRawSize, raw),
             ReadStatus::ok);
-  return static_cast<NumberLayout>(raw.data()[0]);
+  return {reinterpret_cast<const char*>(raw.data()), raw.size()};
+}
+
+// The layout that was taken.
+NumberLayout layoutAfterRoundTrip(const Numbers& numbers) {
+  return static_cast<NumberLayout>(rawAfterRoundTrip(numbers)[0]);
 }
 
 struct TextColumn {
@@ -103,24 +108,28 @@ TEST(NumberLayouts, EachKindOfColumnTakesItsOwnAndKeepsEveryBit) {
               NumberLayout::scaled);
     EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return bits(std::sqrt(double(below(200)))); })),
               NumberLayout::dictionary);
-    EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return bits(1 + double(below(1u << 30)) / 3e9); })),
-              NumberLayout::significance);
+    EXPECT_EQ(
+        layoutAfterRoundTrip(made(rows, [&] { return bits(1 + double(below(1u << 30)) / 3e9); })),
+        NumberLayout::significance);
     EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return below(10) == 0 ? random() : bits(0); })),
               NumberLayout::sparse);
     double time = 0;
-    EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] {
-                return below(20) == 0 ? kNullNumberBits : bits((time += double(below(9)) - 2) / 10);
-              })),
+    EXPECT_EQ(layoutAfterRoundTrip(made(rows,
+                                        [&] {
+                                          return below(20) == 0
+                                                     ? kNullNumberBits
+                                                     : bits((time += double(below(9)) - 2) / 10);
+                                        })),
               NumberLayout::differences);
   }
 }
 
 TEST(NumberLayouts, ReservedPatternsSurviveAmongOrdinaryNumbers) {
   std::mt19937_64 random(2);
-  const std::uint64_t special[] = {kNullNumberBits, kNotANumberBits,   0x7FF0000000000001ull,
-                                   bits(-0.0),      bits(0.0),         bits(kInfinity),
-                                   bits(-kInfinity), bits(5e-324),     bits(1.7e308),
-                                   bits(1125899906842624.0), bits(-1125899906842623.0)};
+  const std::uint64_t special[] = {
+      kNullNumberBits, kNotANumberBits,          0x7FF0000000000001ull,    bits(-0.0),
+      bits(0.0),       bits(kInfinity),          bits(-kInfinity),         bits(5e-324),
+      bits(1.7e308),   bits(1125899906842624.0), bits(-1125899906842623.0)};
   for (const std::size_t rows : kRowCounts) {
     for (const std::uint64_t pattern : special) {
       for (const double scale : {1.0, 10.0, 1e8}) {
@@ -151,6 +160,54 @@ TEST(NumberLayouts, ScaledCodesOfEveryWidthLeaveRoomForMissingNumbers) {
       layoutAfterRoundTrip(numbers);
     }
   }
+}
+
+TEST(NumberLayouts, ScaledAndDifferentCodesTakeTheBitsTheyNeed) {
+  constexpr std::size_t kRows = 3000;
+  constexpr std::size_t kHead = 12;  // layout, exponent, bits, flag, base
+  std::mt19937_64 random(10);
+  for (const int width : {9, 15, 16, 17, 24, 32}) {
+    const std::uint64_t most = (std::uint64_t{1} << width) - 1;
+    // A missing number has the code with all bits set, so one more bit where the range needs it.
+    for (const int missing : {0, 1}) {
+      const std::uint64_t largest = most - static_cast<std::uint64_t>(missing);
+      Numbers numbers = made(kRows, [&] { return bits(double(random() % largest)); });
+      numbers[1] = bits(double(largest));
+      numbers[2] = missing != 0 ? kNullNumberBits : bits(0);
+      numbers[3] = bits(0);
+      const std::string raw = rawAfterRoundTrip(numbers);
+      EXPECT_EQ(raw.substr(0, 4), std::string({1, 0, char(width), char(missing)}));
+      EXPECT_EQ(raw.size(), kHead + kRows * static_cast<std::size_t>(width) / 8) << width;
+    }
+    double sum = 0;
+    const std::uint64_t step = std::uint64_t{1} << (width / 4);
+    const std::string raw =
+        rawAfterRoundTrip(made(kRows, [&] { return bits(sum += double(random() % step)); }));
+    EXPECT_EQ(raw[0], 5) << "sums of small steps are stored as differences";
+    EXPECT_EQ(raw[2], width / 4 + 1) << "the sign takes a bit";
+  }
+}
+
+// Typed by hand: forms that this encoder does not choose.
+TEST(NumberLayouts, CodesOfNoBits) {
+  const auto decoded = [](std::vector<unsigned char> raw, std::uint32_t rows) {
+    ByteBuffer numbers;
+    int unknownLayout = -1;
+    EXPECT_EQ(decodeNumbers(raw, rows, numbers, unknownLayout), ReadStatus::ok);
+    Numbers found(numbers.size() / 8);
+    std::memcpy(found.data(), numbers.data(), numbers.size());
+    return found;
+  };
+  const Numbers same(3, bits(2.5));
+  const Numbers missing(3, kNullNumberBits);
+  EXPECT_EQ(decoded({1, 1, 0, 0, 25, 0, 0, 0, 0, 0, 0, 0}, 3), same);
+  EXPECT_EQ(decoded({1, 1, 0, 1, 25, 0, 0, 0, 0, 0, 0, 0}, 3), missing);
+  EXPECT_EQ(decoded({5, 1, 0, 0, 25, 0, 0, 0, 0, 0, 0, 0}, 3), same);
+  EXPECT_EQ(decoded({5, 1, 0, 1, 25, 0, 0, 0, 0, 0, 0, 0}, 3), missing);
+  EXPECT_EQ(decoded({2, 0, 0, 1, 1, 0, 0, 25, 0, 0, 0, 0, 0, 0, 0}, 3), same);
+  // Sparse: no other number, and all of them others.
+  EXPECT_EQ(decoded({4, 0, 0, 0, 0, 0, 0, 4, 64, 0, 0}, 3), same);
+  EXPECT_EQ(decoded({4, 0, 0, 0, 0, 0, 0, 0, 0, 7, 1, 1, 0, 0, 25, 0, 0, 0, 0, 0, 0, 0}, 3), same);
 }
 
 TEST(NumberLayouts, RandomMixtures) {
@@ -196,9 +253,9 @@ TEST(TextLayouts, NullAndEmptyTextsStayApart) {
 
 TEST(TextLayouts, LengthsOfEveryWidthAndDictionariesOfBothCodes) {
   std::mt19937_64 random(5);
-  for (const std::size_t length : {std::size_t{0}, std::size_t{15}, std::size_t{16},
-                                   std::size_t{254}, std::size_t{255}, std::size_t{65534},
-                                   std::size_t{65535}}) {
+  for (const std::size_t length :
+       {std::size_t{0}, std::size_t{15}, std::size_t{16}, std::size_t{254}, std::size_t{255},
+        std::size_t{65534}, std::size_t{65535}}) {
     TextColumn column;
     for (int i = 0; i < 40; ++i) {
       column.add((std::to_string(random()) + std::string(length, 'x')).substr(0, length).c_str());
@@ -239,6 +296,31 @@ TEST(TextLayouts, DictionariesShareTheBeginningsOfNeighbours) {
   ByteBuffer chunk;
   ChunkEncoder().appendTexts(column.values(), chunk);
   EXPECT_LT(chunk.size(), 5500u) << "41 different texts need codes of 6 bits and little more";
+}
+
+TEST(TextLayouts, WhatIsKnownOfFormerBlocksChangesNoChunk) {
+  std::mt19937_64 random(11);
+  KnownTexts known;
+  ChunkEncoder encoder;
+  for (int block = 0; block < 60; ++block) {
+    // Now and then texts that nobody knows, few or very many of them, long ones and blocks that
+    // end.
+    const std::uint64_t kind = random() % 6;
+    const std::uint64_t distinct = kind == 0 ? 1u << 20 : 1 + random() % 800;
+    const std::uint64_t first = kind == 1 ? random() % 10'000 : 0;
+    const std::size_t tail = kind == 2 ? random() % 4000 : 0;
+    TextColumn column;
+    for (std::size_t rows = 1 + random() % 3000; rows > 0; --rows) {
+      const std::uint64_t value = first + random() % distinct;
+      const std::string text = std::to_string(value * value) + std::string(value % 3 * tail, 'x');
+      column.add(value % 50 == 7 ? nullptr : value % 50 == 8 ? "" : text.c_str());
+    }
+    ByteBuffer chunk;
+    encoder.appendTexts(column.values(), known, chunk);
+    ByteBuffer alone;
+    ChunkEncoder().appendTexts(column.values(), alone);
+    ASSERT_TRUE(std::ranges::equal(chunk.bytes(), alone.bytes())) << "block " << block;
+  }
 }
 
 TEST(KeyChunks, EveryOrderAndEveryNumberOfRows) {
@@ -316,8 +398,7 @@ TEST(ChunkDecoder, DamageIsFoundWhateverTheChecksumSays) {
   }
   ByteBuffer textChunk;
   ChunkEncoder().appendTexts(texts.values(), textChunk);
-  mutate(textChunk,
-         [&](Bytes bytes) { (void)decoder.decodeTexts(bytes, 700, decodedTexts); });
+  mutate(textChunk, [&](Bytes bytes) { (void)decoder.decodeTexts(bytes, 700, decodedTexts); });
   EXPECT_EQ(decoder.decodeTexts(textChunk.bytes(), 701, decodedTexts), ReadStatus::corrupted);
 }
 
@@ -347,22 +428,23 @@ TEST(ChunkEncoder, GoldenChunks) {
   EXPECT_EQ(chunkOf([](ByteBuffer& out) {
               ChunkEncoder().appendKeys(Keys{1, 300}, StorageCode::key, out);
             }),
-            (std::vector<unsigned char>{0x0B, 0x49, 0xCE, 0xC0,              // checksum
-                                        8, 7 << 2, 0, 0, 0, 0,               // packed keys
+            (std::vector<unsigned char>{0x0B, 0x49, 0xCE, 0xC0,  // checksum
+                                        8, 7 << 2, 0, 0, 0, 0,   // packed keys
                                         0x81, 0x2C, 0x82, 0}));
   // Layout 1: exponent 1, 4 bits a code, none missing, base 10; the codes are 5, 0 and 15.
   EXPECT_EQ(chunkOf([](ByteBuffer& out) {
               ChunkEncoder().appendNumbers(Numbers{bits(1.5), bits(1.0), bits(2.5)}, out);
             }),
-            (std::vector<unsigned char>{0x22, 0x44, 0xC7, 0xB6, 14, 13 << 2, 1, 1, 4, 0, 10, 0, 0, 0, 0,
-                                        0, 0, 0, 0x05, 0x0F}));
+            (std::vector<unsigned char>{0x22, 0x44, 0xC7, 0xB6, 14, 13 << 2, 1, 1, 4,    0,
+                                        10,   0,    0,    0,    0,  0,       0, 0, 0x05, 0x0F}));
   // Layout 0: lengths of one byte, the null one all ones.
   TextColumn texts;
   texts.add("ab");
   texts.add(nullptr);
   texts.add("");
-  EXPECT_EQ(chunkOf([&](ByteBuffer& out) { ChunkEncoder().appendTexts(texts.values(), out); }),
-            (std::vector<unsigned char>{0x6C, 0x79, 0xD4, 0xA7, 7, 6 << 2, 0, 1, 2, 0xFF, 0, 'a', 'b'}));
+  EXPECT_EQ(
+      chunkOf([&](ByteBuffer& out) { ChunkEncoder().appendTexts(texts.values(), out); }),
+      (std::vector<unsigned char>{0x6C, 0x79, 0xD4, 0xA7, 7, 6 << 2, 0, 1, 2, 0xFF, 0, 'a', 'b'}));
 }
 
 TEST(SnappyStreams, EndWhereTheyEndWhateverFollows) {

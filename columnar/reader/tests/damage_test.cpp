@@ -2,6 +2,10 @@
 // given is right.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
 #include "columnar/codecs/descriptor_record.h"
 #include "columnar/codecs/snappy_stream.h"
 #include "columnar/format/checksum.h"
@@ -18,9 +22,9 @@ const std::string kSides[] = {sideFileName(kMain, 0), sideFileName(kMain, 1)};
 const std::vector<MadeColumn> kColumns{
     {"k", 'K', 0}, {"id", 'K', 0, StorageCode::ascendingKey}, {"price", 'F', 1}, {"name", 'U', 1}};
 
-std::vector<Values> someRows(int count = 22) {
+std::vector<Values> someRows() {
   std::vector<Values> rows;
-  for (int i = 0; i < count; ++i) {
+  for (int i = 0; i < 22; ++i) {
     rows.push_back({i * 7919 % 100, i, i % 5 == 2 ? Value(nullptr) : Value(i * 0.37),
                     i % 7 == 3 ? Value(nullptr) : Value("name " + std::to_string(i % 6))});
   }
@@ -87,27 +91,52 @@ TEST(Damage, EveryCutOfAMainFileGivesTheBlocksOfItsWholeRecords) {
   }
 }
 
+// Where each block of a column set ends in its side file.
+std::vector<std::size_t> blockEnds(const MemoryFiles& files, int set) {
+  const auto file = GelFile::open(kMain, IncompleteFiles::accept, files.opener());
+  BlockScan scan(**file);
+  std::vector<std::size_t> ends;
+  for (BlockInfo block; scan.next(block) == BlockScan::Step::block;) {
+    if (block.index > 0) {
+      ends.push_back((*file)->descriptorLayout().place(block.descriptor, set).offset);
+    }
+  }
+  ends.push_back(files.at(kSides[set]).size());
+  return ends;
+}
+
 TEST(Damage, EveryCutOfASideFileGivesTheBlocksBeforeTheCut) {
   const std::vector<Values> rows = someRows();
   for (const bool isComplete : {true, false}) {
     const MemoryFiles whole = someFile(isComplete ? FileShape{} : kKilledWriter);
-    for (const std::string& side : kSides) {
-      std::size_t before = 0;
+    for (const int set : {0, 1}) {
+      const std::string& side = kSides[set];
+      const std::vector<std::size_t> ends = blockEnds(whole, set);
+      ASSERT_EQ(ends.size(), 6u);
       for (std::size_t size = 0; size < whole.at(side).size(); ++size) {
         MemoryFiles files = whole;
         files[side].resize(size);
+        const auto blocks = std::upper_bound(ends.begin(), ends.end(), size) - ends.begin();
         const ReadResult result = readRows(files);
-        EXPECT_EQ(result.rows.size() % 4, 0u);
-        EXPECT_GE(result.rows.size(), before);
-        before = result.rows.size();
+        EXPECT_EQ(result.rows.size(), 4u * static_cast<std::size_t>(blocks));
         expectRightRows(result, rows);
         EXPECT_EQ(result.damage,
                   std::vector<std::string>{"truncated " + std::to_string(result.rows.size())})
             << side << " cut at " << size;
       }
-      EXPECT_EQ(before, 20u);
     }
   }
+}
+
+std::vector<std::size_t> columnsInFileOrder(std::size_t count) {
+  std::vector<std::size_t> columns(count);
+  std::iota(columns.begin(), columns.end(), std::size_t{0});
+  return columns;
+}
+
+bool isNoticed(const ReadResult& result, const MemoryFiles& files) {
+  const auto file = GelFile::open(kMain, IncompleteFiles::accept, files.opener());
+  return !result.damage.empty() || !file || !(*file)->isComplete();
 }
 
 // The metadata block has no checksum.
@@ -116,18 +145,19 @@ void expectEveryChangeNoticed(const MemoryFiles& whole, const std::vector<Values
   const std::size_t records = firstRecord(whole);
   for (const auto& [name, bytes] : whole.all()) {
     for (std::size_t place = 0; place < bytes.size(); ++place) {
-      const bool isMetadata = name == kMain && place >= slots && place < records;
+      if (name == kMain && place >= slots && place < records) {
+        continue;
+      }
       for (const int mask : {0x01, 0x80, 0xFF}) {
         MemoryFiles files = whole;
         files[name][place] = static_cast<char>(bytes[place] ^ mask);
         const ReadResult result = readRows(files);
-        if (isMetadata || result.openProblem) {
+        if (result.openProblem) {
+          EXPECT_TRUE(name == kMain && place < records);
           continue;
         }
         expectRightRows(result, rows);
-        const auto file = GelFile::open(kMain, IncompleteFiles::accept, files.opener());
-        const bool isNoticed = !result.damage.empty() || !(*file)->isComplete();
-        EXPECT_TRUE(isNoticed || result.rows.size() == rows.size())
+        EXPECT_TRUE(isNoticed(result, files) || result.rows.size() == rows.size())
             << name << " byte " << place << " mask " << mask;
       }
     }
@@ -138,24 +168,76 @@ TEST(Damage, EveryChangedByteIsDetectedOrHarmless) {
   expectEveryChangeNoticed(someFile(), someRows());
 }
 
-// Every kind of column in blocks with packed groups of keys, in three sets.
-TEST(Damage, EveryChangedByteOfEveryKindIsDetectedOrHarmless) {
-  const std::vector<MadeColumn> columns{{"k", 'K', 0},
-                                        {"up", 'K', 0, StorageCode::ascendingKey},
-                                        {"down", 'K', 1, StorageCode::descendingKey},
-                                        {"number", 'F', 1},
-                                        {"text", 'U', 2},
-                                        {"word", 'U', 2}};
+// Every storage code and every layout, in blocks with packed groups of keys, in three sets.
+const std::vector<MadeColumn> kEveryKind{{"plain key", 'K', 0},
+                                         {"up", 'K', 0, StorageCode::ascendingKey},
+                                         {"down", 'K', 1, StorageCode::descendingKey},
+                                         {"scaled", 'F', 1},
+                                         {"differences", 'F', 1},
+                                         {"dictionary", 'F', 1},
+                                         {"significance", 'F', 1},
+                                         {"sparse", 'F', 1},
+                                         {"plain", 'F', 1},
+                                         {"texts", 'U', 2},
+                                         {"words", 'U', 2},
+                                         {"common beginnings", 'U', 2}};
+
+std::vector<Values> rowsOfEveryKind() {
   std::vector<Values> rows;
   for (int i = 0; i < 290; ++i) {
     const int mixed = i * 7919 % 1000;
-    rows.push_back({i % 50 == 7 ? Value(nullptr) : Value(i % 90 == 0 ? 4'000'000'000.0 : mixed),
-                    i * i, 1000 - i, i % 5 == 2 ? Value(nullptr) : Value(mixed * 0.01),
-                    Value("name " + std::to_string(mixed)),
-                    i % 7 == 3 ? Value(nullptr) : Value(i % 2 == 0 ? "" : "word")});
+    const double fraction = std::fmod(i * 0.6180339887498949, 1.0);
+    rows.push_back(
+        {i % 50 == 7 ? Value(nullptr) : Value(i % 90 == 0 ? 4'000'000'000.0 : mixed), i * i,
+         1000 - i, i % 5 == 2 ? Value(nullptr) : Value(mixed * 0.01),
+         i % 9 == 4 ? Value(nullptr) : Value((i * 3700 + mixed % 90) / 10.0), std::sqrt(mixed % 20),
+         1 + std::floor(fraction * 0x1p30) * 0x1p-40 / 3,
+         i % 10 == 3 ? Value(fraction) : Value(0.0), std::exp(900 * fraction - 450),
+         std::to_string(fraction), i % 7 == 3 ? Value(nullptr) : Value(i % 2 ? "w" : ""),
+         std::string(static_cast<std::size_t>(mixed % 4) * 70, 'b') + std::to_string(mixed % 30)});
   }
-  expectEveryChangeNoticed(makeFile(columns, rows, {.rowsInBlock = 145, .blocksInRecord = 1}),
-                           rows);
+  return rows;
+}
+
+MemoryFiles fileOfEveryKind() {
+  return makeFile(kEveryKind, rowsOfEveryKind(), {.rowsInBlock = 145, .blocksInRecord = 1});
+}
+
+TEST(Damage, EveryChangedByteOfEveryKindIsDetectedOrHarmless) {
+  expectEveryChangeNoticed(fileOfEveryKind(), rowsOfEveryKind());
+}
+
+// Whatever the metadata block says, values are right or the damage is told; but that rows of a
+// block come from the last to the first could as well be true.
+void expectNoValueChangedByMetadata(const MemoryFiles& whole, const std::vector<MadeColumn>& made,
+                                    const std::vector<int>& masks) {
+  const auto columns = columnsInFileOrder(made.size());
+  const ReadResult expected = readRows(whole, columns);
+  int changedOrders = 0;
+  for (std::size_t place = kHeaderSize + columns.size() * kSlotSize; place < firstRecord(whole);
+       ++place) {
+    for (const int mask : masks) {
+      MemoryFiles files = whole;
+      files[kMain][place] = static_cast<char>(whole.at(kMain)[place] ^ mask);
+      const ReadResult result = readRows(files, columns);
+      if (isNoticed(result, files) || result.rows == expected.rows) {
+        continue;
+      }
+      const char code = whole.at(kMain)[place];
+      EXPECT_TRUE((code == 2 || code == 3) && mask == 1) << "byte " << place << " mask " << mask;
+      ++changedOrders;
+    }
+  }
+  EXPECT_EQ(changedOrders, std::count_if(made.begin(), made.end(), [](const MadeColumn& column) {
+              return column.storage > StorageCode::key;
+            }));
+}
+
+TEST(Damage, EveryChangedByteOfTheMetadataIsDetectedOrChangesNoValue) {
+  std::vector<int> everyMask(255);
+  std::iota(everyMask.begin(), everyMask.end(), 1);
+  expectNoValueChangedByMetadata(someFile(), kColumns, everyMask);
+  expectNoValueChangedByMetadata(fileOfEveryKind(), kEveryKind, {0x01, 0x02, 0x03, 0x80, 0xFF});
 }
 
 TEST(Damage, ACorruptedRecordLosesItsOwnRowsOnly) {
@@ -221,14 +303,14 @@ TEST(Damage, ForgedDescriptorsDoNoHarm) {
 
 // Changes every byte of the first chunks and makes their checksums right again.
 TEST(Damage, ForgedChunksDoNoHarm) {
-  for (const MadeColumn& column : kColumns) {
-    const std::size_t at = static_cast<std::size_t>(&column - kColumns.data());
+  for (std::size_t at = 0; at < kEveryKind.size(); ++at) {
+    MadeColumn column = kEveryKind[at];
+    column.set = 0;
     std::vector<Values> rows;
-    for (const Values& row : someRows(300)) {
+    for (const Values& row : rowsOfEveryKind()) {
       rows.push_back({row[at]});
     }
-    const MemoryFiles whole =
-        makeFile({{column.name, column.type, 0, column.storage}}, rows, {.rowsInBlock = 300});
+    const MemoryFiles whole = makeFile({column}, rows, {.rowsInBlock = 300});
     const std::string& side = whole.at(kSides[0]);
     for (std::size_t place = 4; place < side.size(); ++place) {
       for (const int mask : {0x01, 0x10, 0x80, 0xFF}) {
@@ -238,7 +320,7 @@ TEST(Damage, ForgedChunksDoNoHarm) {
         const std::uint32_t sum = checksum(asBytes(forged).subspan(4));
         std::memcpy(forged.data(), &sum, sizeof sum);
         const ReadResult result = readRows(files);
-        EXPECT_TRUE(result.rows.size() == 300 || !result.damage.empty());
+        EXPECT_TRUE(result.rows.size() == rows.size() || !result.damage.empty());
       }
     }
   }

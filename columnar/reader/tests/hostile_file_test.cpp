@@ -2,6 +2,7 @@
 // is bounded by their size, and by the values that they really have.
 #include <gtest/gtest.h>
 
+#include <malloc.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -60,7 +61,7 @@ void readAll(const GelFile& file, Cost& cost) {
 
 void verify(const GelFile& file, Cost& cost) {
   const GelVerification result = verifyGelFile(file, [](const GelDamage&) {});
-  cost.values = result.rows * file.columns().size();
+  cost.values = result.chunks * file.rowsInBlock();
   cost.largestBlock = std::uint64_t{file.rowsInBlock()} * (result.chunks > 0 ? 1 : 0);
 }
 
@@ -74,9 +75,11 @@ Cost costOf(const MemoryFiles& files, Work work) {
   const auto run = [&](bool isWorking) {
     const pid_t child = fork();
     if (child == 0) {
-      const auto file = GelFile::open(kMain, IncompleteFiles::accept, files.opener());
-      if (file && isWorking) {
-        work(**file, cost);
+      if (isWorking) {
+        const auto file = GelFile::open(kMain, IncompleteFiles::accept, files.opener());
+        if (file) {
+          work(**file, cost);
+        }
       }
       _exit(0);
     }
@@ -86,6 +89,7 @@ Cost costOf(const MemoryFiles& files, Work work) {
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "ended with " << status;
     return usage;
   };
+  malloc_trim(0);  // so that what making the files took is not there to be used again
   const rusage idle = run(false);
   const rusage busy = run(true);
   cost.seconds = static_cast<double>(busy.ru_utime.tv_sec + busy.ru_stime.tv_sec) +
@@ -160,6 +164,57 @@ MemoryFiles oneChunk(MadeColumn column, std::uint32_t rows, const std::string& c
   return files;
 }
 
+struct Columns {
+  std::size_t count;
+  char type;
+  int sets = 1;
+  std::size_t chunkSize = 0;
+  std::size_t blocks = 1;  // of one row
+};
+
+MetadataBlock metadataOf(const Columns& columns) {
+  MetadataBlock metadata;
+  metadata.rowsInBlock = 1;
+  metadata.columnSetCount = columns.sets;
+  GelColumn column;
+  column.type = static_cast<GelType>(columns.type);
+  column.storage = columns.type == 'K' ? StorageCode::key : StorageCode::raw;
+  for (std::size_t i = 0; i < columns.count; ++i) {
+    column.columnSet = static_cast<int>(i * static_cast<std::size_t>(columns.sets) / columns.count);
+    metadata.columns.push_back(column);
+  }
+  return metadata;
+}
+
+// A complete file whose chunks are no chunks.
+MemoryFiles manyColumns(const Columns& columns) {
+  const MetadataBlock metadata = metadataOf(columns);
+  const DescriptorLayout layout(metadata.columns, columns.sets);
+  std::vector<std::uint64_t> ends(static_cast<std::size_t>(columns.sets));
+  std::string descriptors;
+  std::vector<unsigned char> one(layout.width());
+  for (std::size_t block = 0; block < columns.blocks; ++block) {
+    DescriptorLayout::setRowCount(one.data(), 1);
+    const std::vector<std::uint64_t> begins = ends;
+    for (std::size_t set = 0; set < begins.size(); ++set) {
+      layout.setPlace(one.data(), static_cast<int>(set), {begins[set], false});
+    }
+    for (std::size_t i = 0; i < columns.count; ++i) {
+      const auto set = static_cast<std::size_t>(metadata.columns[i].columnSet);
+      layout.setChunkPosition(one.data(), i, static_cast<std::uint32_t>(ends[set] - begins[set]));
+      ends[set] += columns.chunkSize;
+    }
+    descriptors += asText(one);
+  }
+  MemoryFiles files;
+  files[kMain] = headOf(metadata, columns.blocks, {});
+  storeRecords(files, sealedRecord(compressed(descriptors)));
+  for (std::size_t set = 0; set < ends.size(); ++set) {
+    files[sideFileName(kMain, static_cast<int>(set))] = std::string(ends[set], '\3');
+  }
+  return files;
+}
+
 const std::vector<MadeColumn> kKinds{{"k", 'K'},
                                      {"up", 'K', 0, StorageCode::ascendingKey},
                                      {"down", 'K', 0, StorageCode::descendingKey},
@@ -201,10 +256,55 @@ TEST(HostileFile, StreamsThatSwellTakeNoMoreThanTheyExpandTo) {
 
 TEST(HostileFile, ValuesOfFewBytesTakeWhatTheirRowsNeed) {
   constexpr std::uint32_t kRows = 3'000'000;
-  const std::string oneNumber = std::string("\2\0", 2) + std::string(8, '\0');
-  expectBounded(oneChunk({"n", 'F'}, kRows, sealedChunk(compressed(oneNumber))), "one number");
-  const std::string oneLength = std::string("\0\0\0\0\0\0", 6);
-  expectBounded(oneChunk({"t", 'U'}, kRows, sealedChunk(compressed(oneLength))), "empty texts");
+  const std::string zero(8, '\0');
+  const std::string codesOfNoBits = std::string("\0\0\0", 3) + zero;
+  const std::string numbers[] = {
+      "\1" + codesOfNoBits, "\5" + codesOfNoBits, std::string("\2\0\0\0", 4) + zero,
+      std::string("\2\0\0\1", 4) + codesOfNoBits,
+      "\4" + zero + std::string(kRows / 8, '\xFF') + "\1" + codesOfNoBits};
+  for (const std::string& raw : numbers) {
+    expectBounded(oneChunk({"n", 'F'}, kRows, sealedChunk(compressed(raw))),
+                  "numbers in the layout " + std::to_string(raw[0]));
+  }
+  const std::string texts[] = {std::string("\0\0\0\0\0\0", 6),
+                               std::string("\1\0\0\0\0\0\0\0\0\0", 10)};
+  for (const std::string& raw : texts) {
+    expectBounded(oneChunk({"t", 'U'}, kRows, sealedChunk(compressed(raw))),
+                  "texts in the layout " + std::to_string(raw[0]));
+  }
+}
+
+// Each entry of a dictionary repeats most of the one before, and is a few bytes of the file.
+TEST(HostileFile, EntriesWithCommonBeginningsTakeNoMoreThanADictionaryCan) {
+  constexpr std::size_t kEntries = 65536;
+  const std::string length("\xFF\0\0\0", 4);
+  const std::string shared = '\0' + std::string(kEntries - 1, '\xFF');
+  const std::string entries = '\0' + length + '\x08' + shared + std::string(255, 'x');
+  const std::string raw = std::string("\1\xFF\xFF\x10\0\0", 6) + entries;
+  for (const std::uint32_t rows : {1, 2}) {  // with and without a code for each row
+    expectBounded(oneChunk({"t", 'U'}, rows, sealedChunk(compressed(raw))), "common beginnings");
+  }
+}
+
+// As many columns as a file can have, and more, none of them with a name.
+TEST(HostileFile, ManyColumnsTakeWhatTheirDescriptionsJustify) {
+  for (const Columns& most : {Columns{280'000, 'K'}, Columns{165'000, 'F'}}) {
+    for (const int sets : {1, 255}) {
+      for (const std::size_t chunkSize : {0, 5}) {
+        expectBounded(manyColumns({most.count, most.type, sets, chunkSize}),
+                      std::to_string(sets) + " sets of columns of type " + most.type);
+      }
+    }
+  }
+  const MemoryFiles tooMany = manyColumns({2'000'000, 'K', 1, 5});
+  EXPECT_EQ(readRows(tooMany).openProblem, OpenFailure::Problem::unreadable);
+  expectBounded(tooMany, "too many columns");
+}
+
+TEST(HostileFile, ManyTinyChunksAreCheap) {
+  for (const int sets : {1, 255}) {
+    expectBounded(manyColumns({20'000, 'K', sets, 5, 150}), std::to_string(sets) + " sets");
+  }
 }
 
 TEST(HostileFile, RecordsWithoutBlocksAreCheap) {

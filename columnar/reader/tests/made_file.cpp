@@ -66,7 +66,7 @@ class FileMaker {
       records.append(8, '\xFF');
     }
     MemoryFiles files;
-    files[m_shape.name] = header() + records;
+    files[m_shape.name] = headOf(m_metadata, m_rows.size(), m_shape) + records;
     for (std::size_t set = 0; set < m_sides.size(); ++set) {
       files[sideFileName(m_shape.name, static_cast<int>(set))] =
           std::string(asText(m_sides[set].bytes()));
@@ -75,21 +75,6 @@ class FileMaker {
   }
 
  private:
-  std::string header() const {
-    std::vector<unsigned char> bytes;
-    ByteWriter writer(bytes);
-    FileHeader fields;
-    fields.isComplete = m_shape.isComplete;
-    fields.rowCount = m_shape.hasFinalHeader ? m_rows.size() : 0;
-    fields.columnCount = static_cast<std::uint32_t>(m_metadata.columns.size());
-    writeRecord(writer, fields);
-    writer.putZeros(kSlotSize * m_metadata.columns.size());
-    writeMetadata(writer, m_metadata);
-    storePacked(bytes.data() + kCompleteFlagOffset + 1,
-                static_cast<std::uint32_t>(bytes.size() - kOpeningSize));
-    return std::string(asText(bytes));
-  }
-
   void appendBlock(std::size_t first, std::vector<unsigned char>& descriptors) {
     const std::size_t end = std::min(first + m_shape.rowsInBlock, m_rows.size());
     std::vector<unsigned char> bytes(m_layout.width());
@@ -216,6 +201,21 @@ void MemoryFiles::saveTo(const std::string& folder) const {
   for (const auto& [name, bytes] : m_files) {
     std::ofstream(folder + '/' + name, std::ios::binary) << bytes;
   }
+}
+
+std::string headOf(const MetadataBlock& metadata, std::uint64_t rows, const FileShape& shape) {
+  std::vector<unsigned char> bytes;
+  ByteWriter writer(bytes);
+  FileHeader fields;
+  fields.isComplete = shape.isComplete;
+  fields.rowCount = shape.hasFinalHeader ? rows : 0;
+  fields.columnCount = static_cast<std::uint32_t>(metadata.columns.size());
+  writeRecord(writer, fields);
+  writer.putZeros(kSlotSize * metadata.columns.size());
+  writeMetadata(writer, metadata);
+  storePacked(bytes.data() + kCompleteFlagOffset + 1,
+              static_cast<std::uint32_t>(bytes.size() - kOpeningSize));
+  return std::string(asText(bytes));
 }
 
 MemoryFiles makeFile(const std::vector<MadeColumn>& columns, const std::vector<Values>& rows,

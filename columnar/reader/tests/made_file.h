@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "columnar/format/metadata_block.h"
 #include "columnar/format/storage_code.h"
 #include "columnar/reader/byte_source.h"
 #include "host/testing/value.h"
@@ -53,5 +54,8 @@ inline const FileShape kKilledWriter{
 // Columns must come set after set, and inside a set in the order of the format.
 MemoryFiles makeFile(const std::vector<MadeColumn>& columns, const std::vector<Values>& rows,
                      const FileShape& shape = {});
+
+// Header, slot table and metadata block.
+std::string headOf(const MetadataBlock& metadata, std::uint64_t rows, const FileShape& shape);
 
 }  // namespace kelvarin::testing

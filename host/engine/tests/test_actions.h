@@ -322,8 +322,9 @@ inline ActionCatalogue::Prototypes testPrototypes() {
 // A graph of test actions: their elements, then links "a b", "a:1 b:1" separated by commas.
 class TestGraph {
  public:
-  explicit TestGraph(const std::string& actions, const std::string& links)
-      : m_catalogue(nullptr, testPrototypes()) {
+  TestGraph(const std::string& actions, const std::string& links,
+            ActionCatalogue::Prototypes prototypes = testPrototypes())
+      : m_catalogue(nullptr, std::move(prototypes)) {
     witness = &seen;
     auto parsed = parseGraph(QByteArray::fromStdString(document(actions, links)),
                              QStringLiteral("/tests/graph.kelvarin"), m_catalogue);

@@ -115,9 +115,26 @@ Result<ReadOutcome, QString> CsvBatchReader::next(RowBatch& batch) {
 }
 
 Status<QString> CsvBatchReader::convert(const CsvBlock& block, RowBatch& batch) {
-  for (std::size_t i = 0; i < batch.columnCount(); ++i) {
-    if (const auto bad = convertFields(block, i, *m_nulls, batch.column(i), m_badFields[i])) {
-      return Failure{badFieldText(block, i, *bad)};
+  const std::size_t columnCount = batch.columnCount();
+  m_converters.clear();
+  for (std::size_t i = 0; i < columnCount; ++i) {
+    m_converters.emplace_back(block, i, batch.column(i));
+  }
+  // All columns of some rows, so that their bytes are fetched once.
+  constexpr long long kRowsAtOnce = 512;
+  for (long long begin = 0; begin < block.rowCount(); begin += kRowsAtOnce) {
+    std::optional<BadField> first;
+    std::size_t columnOfFirst = 0;
+    long long end = std::min(block.rowCount(), begin + kRowsAtOnce);
+    for (std::size_t i = 0; i < columnCount; ++i) {
+      if (auto bad = m_converters[i].convert(begin, end, *m_nulls, m_badFields[i])) {
+        end = bad->row;
+        first = std::move(bad);
+        columnOfFirst = i;
+      }
+    }
+    if (first) {
+      return Failure{badFieldText(block, columnOfFirst, *first)};
     }
   }
   batch.setRowCount(block.rowCount());
@@ -126,9 +143,9 @@ Status<QString> CsvBatchReader::convert(const CsvBlock& block, RowBatch& batch) 
 
 QString CsvBatchReader::badFieldText(const CsvBlock& block, std::size_t column,
                                      const BadField& field) const {
-  const QString place = table_messages::inColumn(
-      table_messages::atLine(m_path, block.lineOfRow(field.row)),
-      m_columns.names[static_cast<qsizetype>(column)]);
+  const QString place =
+      table_messages::inColumn(table_messages::atLine(m_path, block.lineOfRow(field.row)),
+                               m_columns.names[static_cast<qsizetype>(column)]);
   const QString value = QString::fromStdString(field.text);
   switch (m_columns.types[column]) {
     case MetaTypeColumn::number:

@@ -51,6 +51,7 @@ class CsvBatchReader : public BatchReader {
   std::vector<bool> m_isDeclared;
   std::optional<CsvNullRule> m_nulls;
   std::vector<BadFieldCount> m_badFields;
+  std::vector<FieldConverter> m_converters;  // of the block at work
 
   std::optional<CsvPlaces> m_places;
   std::optional<CsvBlockReader> m_blocks;

@@ -9,7 +9,7 @@ namespace kelvarin {
 
 namespace {
 
-constexpr std::size_t kBlockSize = 256 * 1024;
+constexpr std::size_t kBlockSize = 64 * 1024;
 
 QString shownField(const std::string& field) {
   constexpr std::size_t kMostBytes = 400;

@@ -107,7 +107,10 @@ inline bool parseShortDecimal(std::string_view field, double& number) {
   bytes = (bytes & 0x0F0F0F0F0F0F0F0Fu) * 2561 >> 8;
   bytes = (bytes & 0x00FF00FF00FF00FFu) * 6553601 >> 16;
   bytes = (bytes & 0x0000FFFF0000FFFFu) * 42949672960001 >> 32;
-  number = static_cast<double>(bytes) / kPowers[decimals];
+  number = static_cast<double>(bytes);
+  if (decimals > 0) {
+    number /= kPowers[decimals];
+  }
   number = isNegative ? -number : number;
   return true;
 }

@@ -36,51 +36,22 @@ std::string_view textOf(const CsvField& field, char quote, std::string& unquoted
   return unquoted;
 }
 
-template <typename Type>
-std::optional<BadField> parseFields(const CsvBlock& block, std::size_t index,
-                                    const CsvNullRule& nulls, typename Type::Value* values,
-                                    BadFieldCount& badFields) {
-  std::string unquoted;
-  const std::uint32_t* mark = block.marksOfRow(0) + index;
-  for (long long row = 0; row < block.rowCount(); ++row, mark += block.marksInRow()) {
-    const CsvField field = block.fieldAt(mark);
-    if (!field.isQuoted && Type::parseInBlock(field.bytes, values[row])) [[likely]] {
-      if (nulls.nullText.empty() || !nulls.isNullText(field)) [[likely]] {
-        continue;
-      }
-    }
-    values[row] = Type::kMissing;
-    const std::string_view text = textOf(field, nulls.quote, unquoted);
-    if (text.empty() || nulls.isNullText(field)) {
-      continue;
-    }
-    if (field.isQuoted && Type::parse(text, values[row])) {
-      continue;
-    }
-    if (!badFields.isTolerated) {
-      return BadField{row, std::string(text)};
-    }
-    values[row] = Type::kMissing;
-    badFields.firstLine = badFields.count == 0 ? block.lineOfRow(row) : badFields.firstLine;
-    ++badFields.count;
-  }
-  return std::nullopt;
-}
-
 // Copies `size` bytes, of which at least kEager may be read and written, and says whether all of
 // them are ASCII.
 constexpr std::size_t kEager = 16;
 
 bool copyShort(unsigned char* place, const char* bytes, std::size_t size) {
+  // As many high bits as there are bytes, without a branch on a size that nobody can foretell.
+  static constexpr unsigned char kHighBits[2 * kEager] = {0x80, 0x80, 0x80, 0x80, 0x80, 0x80,
+                                                          0x80, 0x80, 0x80, 0x80, 0x80, 0x80,
+                                                          0x80, 0x80, 0x80, 0x80};
   std::uint64_t words[2];
+  std::uint64_t highBits[2];
   static_assert(sizeof words == kEager);
   std::memcpy(words, bytes, kEager);
   std::memcpy(place, words, kEager);
-  constexpr std::uint64_t kHighBits = 0x8080808080808080u;
-  const std::uint64_t low = size >= 8 ? words[0] : words[0] & ((std::uint64_t{1} << 8 * size) - 1);
-  const std::uint64_t high =
-      size <= 8 ? 0 : words[1] & (~std::uint64_t{0} >> 8 * (kEager - size));
-  return ((low | high) & kHighBits) == 0;
+  std::memcpy(highBits, kHighBits + kEager - size, kEager);
+  return ((words[0] & highBits[0]) | (words[1] & highBits[1])) == 0;
 }
 
 std::size_t bytesOfTexts(const CsvBlock& block, std::size_t index) {
@@ -92,13 +63,79 @@ std::size_t bytesOfTexts(const CsvBlock& block, std::size_t index) {
   return size;
 }
 
-std::optional<BadField> copyTexts(const CsvBlock& block, std::size_t index,
-                                  const CsvNullRule& nulls, ValueColumn& column) {
+}  // namespace
+
+bool isUtf8(std::string_view text) {
+  return QUtf8StringView(text.data(), static_cast<qsizetype>(text.size())).isValidUtf8();
+}
+
+FieldConverter::FieldConverter(const CsvBlock& block, std::size_t index, ValueColumn& column)
+    : m_block(&block), m_index(index), m_type(column.type()) {
+  const auto rowCount = static_cast<std::size_t>(block.rowCount());
+  switch (m_type) {
+    case MetaTypeColumn::number:
+      m_place = column.replace(rowCount * sizeof(double));
+      return;
+    case MetaTypeColumn::key:
+      m_place = column.replace(rowCount * sizeof(std::uint32_t));
+      return;
+    default:
+      m_place = column.replace(bytesOfTexts(block, index) + kEager);
+  }
+}
+
+std::optional<BadField> FieldConverter::convert(long long begin, long long end,
+                                                const CsvNullRule& nulls,
+                                                BadFieldCount& badFields) {
+  switch (m_type) {
+    case MetaTypeColumn::number:
+      return parse<NumberType>(begin, end, nulls, badFields);
+    case MetaTypeColumn::key:
+      return parse<KeyType>(begin, end, nulls, badFields);
+    default:
+      return copyTexts(begin, end, nulls);
+  }
+}
+
+template <typename Type>
+std::optional<BadField> FieldConverter::parse(long long begin, long long end,
+                                              const CsvNullRule& nulls, BadFieldCount& badFields) {
   std::string unquoted;
-  unsigned char* place = column.replace(bytesOfTexts(block, index) + kEager);
-  const std::uint32_t* mark = block.marksOfRow(0) + index;
-  for (long long row = 0; row < block.rowCount(); ++row, mark += block.marksInRow()) {
-    const CsvField field = block.fieldAt(mark);
+  auto* value = reinterpret_cast<typename Type::Value*>(m_place);
+  const std::uint32_t* mark = m_block->marksOfRow(begin) + m_index;
+  for (long long row = begin; row < end; ++row, ++value, mark += m_block->marksInRow()) {
+    const CsvField field = m_block->fieldAt(mark);
+    if (!field.isQuoted && Type::parseInBlock(field.bytes, *value)) [[likely]] {
+      if (nulls.nullText.empty() || !nulls.isNullText(field)) [[likely]] {
+        continue;
+      }
+    }
+    *value = Type::kMissing;
+    const std::string_view text = textOf(field, nulls.quote, unquoted);
+    if (text.empty() || nulls.isNullText(field)) {
+      continue;
+    }
+    if (field.isQuoted && Type::parse(text, *value)) {
+      continue;
+    }
+    if (!badFields.isTolerated) {
+      return BadField{row, std::string(text)};
+    }
+    *value = Type::kMissing;
+    badFields.firstLine = badFields.count == 0 ? m_block->lineOfRow(row) : badFields.firstLine;
+    ++badFields.count;
+  }
+  m_place = reinterpret_cast<unsigned char*>(value);
+  return std::nullopt;
+}
+
+std::optional<BadField> FieldConverter::copyTexts(long long begin, long long end,
+                                                  const CsvNullRule& nulls) {
+  std::string unquoted;
+  unsigned char* place = m_place;
+  const std::uint32_t* mark = m_block->marksOfRow(begin) + m_index;
+  for (long long row = begin; row < end; ++row, mark += m_block->marksInRow()) {
+    const CsvField field = m_block->fieldAt(mark);
     if (nulls.isNullText(field)) [[unlikely]] {
       place = putNullText(place);
       continue;
@@ -118,28 +155,8 @@ std::optional<BadField> copyTexts(const CsvBlock& block, std::size_t index,
       return BadField{row, std::string(text)};
     }
   }
+  m_place = place;
   return std::nullopt;
-}
-
-}  // namespace
-
-bool isUtf8(std::string_view text) {
-  return QUtf8StringView(text.data(), static_cast<qsizetype>(text.size())).isValidUtf8();
-}
-
-std::optional<BadField> convertFields(const CsvBlock& block, std::size_t index,
-                                      const CsvNullRule& nulls, ValueColumn& column,
-                                      BadFieldCount& badFields) {
-  const auto rowCount = static_cast<std::size_t>(block.rowCount());
-  switch (column.type()) {
-    case MetaTypeColumn::number:
-      return parseFields<NumberType>(block, index, nulls, column.replaceNumbers(rowCount),
-                                     badFields);
-    case MetaTypeColumn::key:
-      return parseFields<KeyType>(block, index, nulls, column.replaceKeys(rowCount), badFields);
-    default:
-      return copyTexts(block, index, nulls, column);
-  }
 }
 
 void TypeInference::look(const CsvBlock& block, std::size_t index, const CsvNullRule& nulls,

@@ -42,11 +42,28 @@ struct CsvNullRule {
   }
 };
 
-// Fills `column`. Bad fields become missing and are counted when they are tolerated; else the first
-// one ends the work.
-std::optional<BadField> convertFields(const CsvBlock& block, std::size_t index,
-                                      const CsvNullRule& nulls, ValueColumn& column,
-                                      BadFieldCount& badFields);
+// Fills one column with the fields of a block, some rows after the others. Bad fields become
+// missing and are counted when they are tolerated; else the first one ends the work.
+class FieldConverter {
+ public:
+  // Makes room for all rows of `block`.
+  FieldConverter(const CsvBlock& block, std::size_t index, ValueColumn& column);
+
+  // The rows from `begin`, where it ended before, to before `end`.
+  std::optional<BadField> convert(long long begin, long long end, const CsvNullRule& nulls,
+                                  BadFieldCount& badFields);
+
+ private:
+  template <typename Type>
+  std::optional<BadField> parse(long long begin, long long end, const CsvNullRule& nulls,
+                                BadFieldCount& badFields);
+  std::optional<BadField> copyTexts(long long begin, long long end, const CsvNullRule& nulls);
+
+  const CsvBlock* m_block;
+  std::size_t m_index;
+  MetaTypeColumn m_type;
+  unsigned char* m_place;  // of the next value
+};
 
 bool isUtf8(std::string_view text);
 

@@ -69,9 +69,10 @@ Result<std::vector<DeclaredColumn>, QString> ReadCsv::declaredColumns() const {
   QSet<QString> names;
   for (const ColumnElement& element : m_columns) {
     const QString name = expandString(element.name);
-    const QChar type = element.meta.size() == 1 ? element.meta[0] : QChar();
+    const QString meta = expandString(element.meta);
+    const QChar type = meta.size() == 1 ? meta[0] : QChar();
     if (type != u'F' && type != u'K' && type != u'U') {
-      return Failure{table_messages::badColumnMeta(name, element.meta)};
+      return Failure{table_messages::badColumnMeta(name, meta)};
     }
     if (names.contains(name)) {
       return Failure{table_messages::declaredTwice(name)};

@@ -75,6 +75,10 @@ class PipeSignalBlocked {
   bool m_wasPending;
 };
 
+// So many bytes at a time begin their way to the disk, so that little is left to wait for at the
+// end.
+constexpr long long kBytesToStore = 8 << 20;
+
 void waitUntilWritable(int descriptor) {
   pollfd entry{descriptor, POLLOUT, 0};
   ::poll(&entry, 1, 1000);
@@ -90,6 +94,7 @@ Status<QString> OutputFile::open(const QString& path) {
   discard();
   m_isComplete = false;
   m_bytesWritten = 0;
+  m_bytesBeingStored = 0;
   if (path == QLatin1String("-")) {
     m_shownName = table_messages::standardOutput();
     m_descriptor = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
@@ -158,6 +163,7 @@ Status<QString> OutputFile::write(const char* bytes, std::size_t size) {
       bytes += written;
       size -= static_cast<std::size_t>(written);
       m_bytesWritten += written;
+      startStoring();
       continue;
     }
     const int error = written == 0 ? ENOSPC : errno;
@@ -171,6 +177,16 @@ Status<QString> OutputFile::write(const char* bytes, std::size_t size) {
     }
   }
   return Done{};
+}
+
+// Only asks for it; complete() waits, and sees what went wrong.
+void OutputFile::startStoring() {
+  const long long waiting = m_bytesWritten - m_bytesBeingStored;
+  if (waiting >= kBytesToStore && !m_temporaryPath.isEmpty()) {
+    [[maybe_unused]] const int ignored =
+        ::sync_file_range(m_descriptor, m_bytesBeingStored, waiting, SYNC_FILE_RANGE_WRITE);
+    m_bytesBeingStored = m_bytesWritten;
+  }
 }
 
 QString OutputFile::writeError(int error) const {

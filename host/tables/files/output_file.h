@@ -38,6 +38,7 @@ class OutputFile {
  private:
   Status<QString> openDirectly(const QByteArray& path);
   Status<QString> openTemporary(const QByteArray& path);
+  void startStoring();
   ssize_t writeOnce(const char* bytes, std::size_t size);
   QString writeError(int error) const;
   void closeDescriptor();
@@ -48,6 +49,7 @@ class OutputFile {
   int m_descriptor = -1;
   bool m_isComplete = false;
   long long m_bytesWritten = 0;
+  long long m_bytesBeingStored = 0;  // of these, on their way to the disk
 };
 
 }  // namespace kelvarin

@@ -12,13 +12,9 @@ void PackedRows::append(const OneRow& row) {
   for (const MetaTypeColumn type : m_types) {
     const unsigned char* value = *values++;
     if (type == MetaTypeColumn::number) {
-      const double number = numberFromBytes(value);
-      std::memcpy(m_bytes.get() + m_used, &number, sizeof number);
-      m_used += sizeof number;
+      appendFixed(numberFromBytes(value));
     } else if (type == MetaTypeColumn::key) {
-      const std::uint32_t key = keyFromBytes(value);
-      std::memcpy(m_bytes.get() + m_used, &key, sizeof key);
-      m_used += sizeof key;
+      appendFixed(keyFromBytes(value));
     } else {
       appendText(value, columnsLeft);
     }
@@ -27,10 +23,29 @@ void PackedRows::append(const OneRow& row) {
   ++m_rowCount;
 }
 
+std::size_t PackedRows::append(const ColumnsInHand& rows, std::size_t begin, std::size_t end) {
+  std::size_t row = begin;
+  for (; row < end && !isFull(); ++row) {
+    std::size_t columnsLeft = m_types.size();
+    reserve(columnsLeft * kFixedSize);
+    for (const ColumnsInHand::Column& column : rows.columns()) {
+      if (column.numbers != nullptr) {
+        appendFixed(column.numbers[row]);
+      } else if (column.keys != nullptr) {
+        appendFixed(column.keys[row]);
+      } else {
+        appendText(column.texts[row], columnsLeft);
+      }
+      --columnsLeft;
+    }
+  }
+  m_rowCount += static_cast<long long>(row - begin);
+  return row - begin;
+}
+
 void PackedRows::appendText(const unsigned char* value, std::size_t columnsLeft) {
   if (isNullText(value)) {
-    std::memcpy(m_bytes.get() + m_used, &kNullTextLength, 4);
-    m_used += 4;
+    appendFixed(kNullTextLength);
     return;
   }
   const std::size_t size = 4 + lengthFromBytes(value);

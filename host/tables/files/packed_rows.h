@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "host/contract/columns_in_hand.h"
 #include "host/contract/one_row.h"
 
 namespace kelvarin {
@@ -16,7 +17,10 @@ class PackedRows {
  public:
   explicit PackedRows(std::vector<MetaTypeColumn> types) : m_types(std::move(types)) {}
 
+  const std::vector<MetaTypeColumn>& types() const { return m_types; }
   void append(const OneRow& row);
+  // Rows from `begin` to before `end`, until it is full; gives how many.
+  std::size_t append(const ColumnsInHand& rows, std::size_t begin, std::size_t end);
   // As many as should change hands at once.
   bool isFull() const { return m_used >= kWantedBytes; }
   bool isEmpty() const { return m_rowCount == 0; }
@@ -27,7 +31,8 @@ class PackedRows {
 
  private:
   static constexpr std::size_t kWantedBytes = 128 * 1024;
-  static constexpr std::size_t kFixedSize = sizeof(double);  // room for any value but a text's bytes
+  static constexpr std::size_t kFixedSize =
+      sizeof(double);  // room for any value but a text's bytes
 
   unsigned char* reserve(std::size_t size) {
     if (m_capacity - m_used < size) [[unlikely]] {
@@ -36,6 +41,11 @@ class PackedRows {
     return m_bytes.get() + m_used;
   }
   void grow(std::size_t size);
+  template <typename Value>
+  void appendFixed(Value value) {
+    std::memcpy(m_bytes.get() + m_used, &value, sizeof value);
+    m_used += sizeof value;
+  }
   void appendText(const unsigned char* value, std::size_t columnsLeft);
 
   std::vector<MetaTypeColumn> m_types;

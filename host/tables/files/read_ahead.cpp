@@ -19,17 +19,17 @@ ReadAhead::~ReadAhead() {
 RowBatch* ReadAhead::next(const std::function<bool()>& mayWait) {
   constexpr auto kBetweenLooks = std::chrono::milliseconds(100);
   std::unique_lock lock(m_mutex);
-  while (!m_changed.wait_for(lock, kBetweenLooks, [this] { return m_state != State::filling; })) {
+  const auto isSettled = [this] { return m_filled > m_taken || m_hasEnded; };
+  while (!m_changed.wait_for(lock, kBetweenLooks, isSettled)) {
     if (!mayWait()) {
       return nullptr;
     }
   }
-  if (m_state == State::ended) {
+  if (m_filled == m_taken) {
     return nullptr;
   }
-  RowBatch* full = &m_batches[m_filling];
-  m_filling = 1 - m_filling;
-  m_state = State::filling;
+  RowBatch* full = &m_batches[m_taken % kBatchCount];
+  ++m_taken;
   m_changed.notify_all();
   return full;
 }
@@ -47,18 +47,19 @@ void ReadAhead::stop() {
 }
 
 void ReadAhead::run() {
-  for (;;) {
-    Result<ReadOutcome, QString> outcome = m_reader.next(m_batches[m_filling]);
+  while (waitForEmptyBatch()) {
+    Result<ReadOutcome, QString> outcome = m_reader.next(m_batches[m_filled % kBatchCount]);
     const bool hasRows = outcome && *outcome == ReadOutcome::rows;
     {
       const std::lock_guard lock(m_mutex);
       if (!outcome) {
         m_failure = outcome.error();
       }
-      m_state = hasRows ? State::full : State::ended;
+      m_filled += hasRows ? 1 : 0;
+      m_hasEnded = !hasRows;
     }
     m_changed.notify_all();
-    if (!hasRows || !waitForEmptyBatch()) {
+    if (!hasRows) {
       return;
     }
   }
@@ -66,7 +67,7 @@ void ReadAhead::run() {
 
 bool ReadAhead::waitForEmptyBatch() {
   std::unique_lock lock(m_mutex);
-  m_changed.wait(lock, [this] { return m_isStopping || m_state == State::filling; });
+  m_changed.wait(lock, [this] { return m_isStopping || m_filled - released() < kBatchCount; });
   return !m_isStopping;
 }
 

@@ -1,8 +1,8 @@
-// Reads batches on a thread of its own, one ahead of the consumer.
+// Reads batches on a thread of its own, some ahead of the consumer.
 //
-// Two batches change hands: the consumer works on one while the thread fills the other.
-// Threads: next() and stop() on the consumer's thread; the members below the mutex belong to it,
-// the batch in `m_filling` to the reading thread.
+// A few batches change hands: the consumer works on one while the thread fills others.
+// Threads: next() and stop() on the consumer's thread; the members below the mutex belong to it.
+// Batches that are not filled and not the consumer's belong to the reading thread.
 #pragma once
 
 #include <condition_variable>
@@ -30,19 +30,23 @@ class ReadAhead {
   void stop();
 
  private:
-  enum class State { filling, full, ended };
+  static constexpr std::size_t kBatchCount = 4;
 
   void run();
   bool waitForEmptyBatch();
+  // The consumer has the batch before the next one.
+  std::size_t released() const { return m_taken == 0 ? 0 : m_taken - 1; }
 
   BatchReader& m_reader;
-  RowBatch m_batches[2];
-  int m_filling = 0;
-  QString m_failure;  // written before the state becomes `ended`
+  RowBatch m_batches[kBatchCount];
+  QString m_failure;  // written before `m_hasEnded`
 
   std::mutex m_mutex;
   std::condition_variable m_changed;
-  State m_state = State::filling;
+  std::size_t m_filled =
+      0;  // batches; written by the reading thread, which may read it without lock
+  std::size_t m_taken = 0;
+  bool m_hasEnded = false;
   bool m_isStopping = false;
 
   std::thread m_thread;

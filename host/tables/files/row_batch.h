@@ -28,6 +28,7 @@ class ValueColumn {
       m_bytes.reset(new unsigned char[m_capacity]);
     }
     m_next = m_bytes.get();
+    m_texts.clear();
     return m_next;
   }
   double* replaceNumbers(std::size_t count) {
@@ -42,6 +43,30 @@ class ValueColumn {
     unsigned char* value = m_next;
     m_next += sizeOf(value);
     return value;
+  }
+  // `row` is that of the next value.
+  void skip(std::size_t row, std::size_t count) {
+    if (m_type == MetaTypeColumn::number || m_type == MetaTypeColumn::key) {
+      m_next += count * sizeOf(m_next);
+    } else if (row + count < m_texts.size()) {
+      m_next = m_texts[row + count];
+    } else {
+      for (std::size_t i = 0; i < count; ++i) {
+        m_next += sizeOf(m_next);
+      }
+    }
+  }
+  // Where the texts are, of which there are `count`.
+  const unsigned char* const* texts(std::size_t count) const {
+    if (m_texts.empty()) {
+      m_texts.resize(count);
+      unsigned char* next = m_bytes.get();
+      for (unsigned char*& text : m_texts) {
+        text = next;
+        next += sizeOf(next);
+      }
+    }
+    return m_texts.data();
   }
 
  private:
@@ -60,6 +85,7 @@ class ValueColumn {
   std::unique_ptr<unsigned char[]> m_bytes;
   std::size_t m_capacity = 0;
   unsigned char* m_next = nullptr;
+  mutable std::vector<unsigned char*> m_texts;  // empty until somebody asks
 };
 
 // Writes a text, or the null text, at `place`; gives the place after it.
@@ -90,7 +116,7 @@ class RowBatch final : public RowsInHand {
   ValueColumn& column(std::size_t index) { return m_columns[index]; }
   std::size_t columnCount() const { return m_columns.size(); }
   // All columns have been filled with `count` values.
-  void setRowCount(long long count) { m_rowsLeft = count; }
+  void setRowCount(long long count) { m_rowCount = m_rowsLeft = count; }
   std::size_t rowsLeft() const { return static_cast<std::size_t>(m_rowsLeft); }
 
   const double* numbers(int column, std::size_t first, std::size_t, double*) const override {
@@ -101,6 +127,20 @@ class RowBatch final : public RowsInHand {
     return reinterpret_cast<const std::uint32_t*>(valuesOf(column)) + first;
   }
 
+  const unsigned char* const* texts(int column, std::size_t first, std::size_t,
+                                    const unsigned char**) const override {
+    return m_columns[static_cast<std::size_t>(column)].texts(static_cast<std::size_t>(m_rowCount)) +
+           first;
+  }
+
+  // Passes over rows, of which there are so many.
+  void skip(std::size_t count) {
+    const auto row = static_cast<std::size_t>(m_rowCount - m_rowsLeft);
+    for (ValueColumn& column : m_columns) {
+      column.skip(row, count);
+    }
+    m_rowsLeft -= static_cast<long long>(count);
+  }
   // Points `values` at the next row's values; false when there is none.
   bool takeRow(unsigned char** values) {
     if (m_rowsLeft == 0) [[unlikely]] {
@@ -119,6 +159,7 @@ class RowBatch final : public RowsInHand {
   }
 
   std::vector<ValueColumn> m_columns;
+  long long m_rowCount = 0;
   long long m_rowsLeft = 0;
 };
 

@@ -87,6 +87,7 @@ bool TableSink::takeFirstRow(ActionItem* action) {
   }
   sink->m_behind = std::make_unique<WriteBehind>(
       described, sink, [sink](const OneRow& written) { return sink->writeRow(written); });
+  sink->m_columns.emplace(sink->m_behind->types());
   sink->computeRoutine = &TableSink::takeRow;
   return sink->write(row);
 }
@@ -100,7 +101,9 @@ bool TableSink::write(const OneRow* row) {
   if (row == nullptr) [[unlikely]] {
     return endOfInput();
   }
-  if (!m_behind->push(*row)) [[unlikely]] {
+  const std::size_t count = m_columns->takeRows(*this, 0);
+  const bool isPushed = count == 0 ? m_behind->push(*row) : m_behind->push(*m_columns, count);
+  if (!isPushed) [[unlikely]] {
     return endWithError(m_behind->finish().error());
   }
   return false;

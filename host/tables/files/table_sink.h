@@ -7,7 +7,9 @@
 // a WriteBehind between begin() and finish().  Errors: logged, and the run fails.
 #pragma once
 
-#include "host/contract/action_item.h"
+#include <optional>
+
+#include "host/contract/columns_in_hand.h"
 #include "host/tables/files/output_file.h"
 #include "host/tables/files/write_behind.h"
 
@@ -54,6 +56,7 @@ class TableSink : public ActionItem {
   QString m_file;
   OutputFile m_output;
   std::unique_ptr<WriteBehind> m_behind;
+  std::optional<ColumnsInHand> m_columns;
 };
 
 }  // namespace kelvarin

@@ -141,8 +141,16 @@ bool TableSource::takeNextBatch() {
   if (m_batch == nullptr) {
     return false;
   }
-  offerRowsOnOutputPin(0, *m_batch, m_batch->rowsLeft());
+  offerRowsOnOutputPin(0, *m_batch, m_batch->rowsLeft(),
+                       m_isOrderChecked ? nullptr : &TableSource::skipRows);
   return true;
+}
+
+// Of rows whose order nobody has asked to check.
+void TableSource::skipRows(ActionItem* action, std::size_t count) {
+  auto* source = static_cast<TableSource*>(action);
+  source->m_batch->skip(count);
+  source->m_rowsPublished += static_cast<long long>(count);
 }
 
 bool TableSource::endWithError(const QString& text) {

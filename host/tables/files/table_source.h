@@ -39,6 +39,7 @@ class TableSource : public ActionItem {
  private:
   static bool openAndAnnounce(ActionItem* action);
   static bool publishRow(ActionItem* action);
+  static void skipRows(ActionItem* action, std::size_t count);
 
   Status<QString> open();
   Status<QString> announce(const TableColumns& columns);

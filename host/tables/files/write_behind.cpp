@@ -24,6 +24,17 @@ WriteBehind::~WriteBehind() {
   stop();
 }
 
+bool WriteBehind::push(const ColumnsInHand& rows, std::size_t count) {
+  for (std::size_t begin = 0; begin < count;) {
+    PackedRows& packet = m_packets[m_given % kPacketCount];
+    begin += packet.append(rows, begin, count);
+    if (packet.isFull() && !handOver()) {
+      return false;
+    }
+  }
+  return true;
+}
+
 bool WriteBehind::handOver() {
   std::unique_lock lock(m_mutex);
   ++m_given;

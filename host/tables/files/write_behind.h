@@ -14,7 +14,7 @@
 #include <QString>
 
 #include "base/result.h"
-#include "host/contract/action_item.h"
+#include "host/contract/columns_in_hand.h"
 #include "host/tables/files/packed_rows.h"
 
 namespace kelvarin {
@@ -35,6 +35,9 @@ class WriteBehind {
     rows.append(row);
     return !rows.isFull() || handOver();
   }
+  // The same of `count` rows that were taken together.
+  bool push(const ColumnsInHand& rows, std::size_t count);
+  const std::vector<MetaTypeColumn>& types() const { return m_packets.front().types(); }
   // All rows have been written when this succeeds. The thread has ended, here and after stop().
   Status<QString> finish();
   // Rows that are not written yet are dropped.

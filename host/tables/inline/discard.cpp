@@ -25,7 +25,14 @@ QStringList Discard::getKeywords() const {
 }
 
 void Discard::setComputeRoutine() {
-  computeRoutine = [](ActionItem* action) { return action->getNextRowFromInPin(0) == nullptr; };
+  m_rows.emplace(std::vector<MetaTypeColumn>());
+  computeRoutine = [](ActionItem* action) {
+    const bool isAtEnd = action->getNextRowFromInPin(0) == nullptr;
+    if (!isAtEnd) {
+      static_cast<Discard*>(action)->m_rows->takeRows(*action, 0);
+    }
+    return isAtEnd;
+  };
 }
 
 ActionItem* Discard::createFromXML(XMLNode node, GlobalParameters* parameters) {

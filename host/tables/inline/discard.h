@@ -2,7 +2,9 @@
 // action's.
 #pragma once
 
-#include "host/contract/action_item.h"
+#include <optional>
+
+#include "host/contract/columns_in_hand.h"
 
 namespace kelvarin {
 
@@ -16,6 +18,9 @@ class Discard final : public ActionItem {
   QStringList getKeywords() const override;
   void setComputeRoutine() override;
   ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
+
+ private:
+  std::optional<ColumnsInHand> m_rows;  // none of their columns
 };
 
 }  // namespace kelvarin

@@ -157,14 +157,15 @@ bool InlineTable::planColumns(PinOutMetaData& columns) {
   for (int i = 0; i < columns.columnCount(); ++i) {
     const Column& column = m_columns[static_cast<std::size_t>(i)];
     const QString name = expandString(column.name);
+    const QString meta = expandString(column.meta);
     QString fault;
     if (name.isEmpty()) {
       fault = messages::columnWithoutName();
     } else if (columns.indexOf(name) >= 0) {
       fault = messages::columnTwice(name);
-    } else if (!column.meta.isEmpty() && column.meta != QLatin1String("F") &&
-               column.meta != QLatin1String("K") && column.meta != QLatin1String("U")) {
-      fault = messages::unknownMeta(name, column.meta);
+    } else if (!meta.isEmpty() && meta != QLatin1String("F") && meta != QLatin1String("K") &&
+               meta != QLatin1String("U")) {
+      fault = messages::unknownMeta(name, meta);
     }
     if (!fault.isEmpty()) {
       refuse(column.place, fault);
@@ -172,10 +173,9 @@ bool InlineTable::planColumns(PinOutMetaData& columns) {
       continue;
     }
     columns.setName(i, name);
-    columns.setMeta(
-        i, MetaInfo(column.meta.isEmpty() ? MetaTypeColumn::text
-                                          : static_cast<MetaTypeColumn>(column.meta[0].toLatin1()),
-                    0));
+    columns.setMeta(i, MetaInfo(meta.isEmpty() ? MetaTypeColumn::text
+                                               : static_cast<MetaTypeColumn>(meta[0].toLatin1()),
+                                0));
   }
   return isGood;
 }

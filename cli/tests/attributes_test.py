@@ -1,0 +1,89 @@
+"""Attributes of actions: slips of the pen are told, and graph parameters stand for values everywhere."""
+
+import unittest
+
+from program import ProgramTest, graph
+
+TABLE = "<InlineTable name='in'><Column name='id' meta='${key}'/><Column name='day' meta='U'/>%s</InlineTable>" % "".join(
+    f"<Row><V>{i}</V><V>2024-0{1 + i // 4}-15</V></Row>" for i in range(12))
+TIMES = "elapsedTimeUnit='${unit}' referenceTime='${start}' dateFormat='${format}'"
+PARAMETERS = [("column", "day"), ("unit", "3"), ("start", "20240101 00:00:00"), ("format", "yyyy-MM-dd"), ("rows", "4"),
+              ("off", "0"), ("value", "2024-02-15"), ("key", "K")]
+
+
+class AttributesTest(ProgramTest):
+    def log(self, text, command="run"):
+        self.write("g.kelvarin", text)
+        return [(line["level"], line["action"], line["text"].split(": ", 1)[1])
+                for line in self.kelvarin_json(command, "g.kelvarin")["log"]]
+
+    def test_what_means_nothing_is_warned_about(self):
+        self.write("in.csv", "id,day\n7,x\n")
+        text = graph("<ReadCSV name='in' file='in.csv' sep=';' header='yes' x='1.5' y='2' version='1'>"
+                     "<Column name='id' meta='F' type='K'/></ReadCSV>\n"
+                     "<FilterRows name='f' refTime='20240101'><Expression>id > 1</Expression>"
+                     "<InputVars><InputVar column='id' lable='a'/></InputVars></FilterRows>\n"
+                     "<writeColumnarGel name='w' file='w.cgel_kelvarin' nRowsInBlock='4.5' colour=''/>",
+                     ["in f", "f w"])
+        expected = [
+            (2, "in", "the attribute 'sep' is not known in <ReadCSV> and has no effect. Did you mean separator?"),
+            (2, "in", "header='yes' of <ReadCSV> is not 0 or 1; the default is taken."),
+            (2, "in", "the attribute 'type' is not known in <Column> and has no effect. Known: name, meta."),
+            (2, "f", "the attribute 'refTime' is not known in <FilterRows> and has no effect. Did you mean referenceTime?"),
+            (2, "f", "the attribute 'lable' is not known in <InputVar> and has no effect. Did you mean label or label2?"),
+            (2, "w", "nRowsInBlock='4.5' of <writeColumnarGel> is not a whole number; the default is taken.")]
+        log = self.log(text)
+        self.assertEqual(log[:-1], expected)
+        self.assertIn("'colour' is not known in <writeColumnarGel> and has no effect. Known: name, version, x, y, nThread",
+                      log[-1][2])
+        checked = self.kelvarin("check", "g.kelvarin")
+        self.assertIn("warning: g.kelvarin:4:1: the attribute 'sep'", checked.stderr)
+        self.assertIn("no error found", checked.stdout)
+
+    def test_known_attributes_are_not(self):
+        variable = "<InputVar column='id' label='id' label2='' isNumber='1' meta='U' value='1'/>"
+        output = "<OutputVar name='o' meta='F' isInput='0' update='0' notes='' isNumber='1' expression='1'>id</OutputVar>"
+        times = ("addNow='0' addNowS='0' seed='1' elapsedTimeUnit='1' dateFormatType='0' isUTC='1' emptyETToNull='1' "
+                 "referenceTime='20240101 00:00:00' dateFormat='yyyy' castToET1='0' castToET2='0'")
+        engine = "addN='1' abortWhenError='1' useJIT='1' " + times
+        self.assertEqual([], self.log(graph(
+            TABLE + f"<Calculator name='c' castToKey1='2' castToKey2='2' castToKey3='0' {engine}>"
+            f"<InputVars>{variable}</InputVars><OutputVars>{output}</OutputVars></Calculator>"
+            f"<FilterRows name='f' truncate='0' comments='' Expression='o > 0' {engine}>"
+            "<InputVar column='o'><SL><S>o</S></SL></InputVar></FilterRows>"
+            "<writeColumnarGel name='w' version='3.19' file='w.cgel_kelvarin' splitVar='' nThread='-1' nRowsInBlock='5000' "
+            "columnStrategy='0' createDir='0' checkNameCollision='1' alwaysDelete='0' segmentSize='100.0' split='0' "
+            "advancedNaming='0' writeAllRows='1' testCol='' testValue='' deleteTimeOut='1'>"
+            "<ColumnStrategy><C n='id' s='1'/></ColumnStrategy></writeColumnarGel>", ["in c", "c f", "f w"], PARAMETERS)))
+        self.assertEqual([], self.log(graph(
+            "<ReadColumnarGel name='r' version='2.3' fileName='w.cgel_kelvarin' fileNameFromPin='0' abortIfMissing='1' "
+            "accurateProgressBar='1' readIncompleteFile='0' skipCorruptedBlocks='0' filterRows='1' nBlockForward='2' "
+            f"columnSelection='0' timeOut='0' readAllColumns='1'><CFilterRows addN='1' {times}><Expression>1</Expression>"
+            "<InputVars><CInputVar column='id' varNameMax='a' varNameMin='b' varNameHasNull='c' isNumber='1' meta='U' "
+            "valueMax='1' valueMin='0'/></InputVars></CFilterRows></ReadColumnarGel><Discard name='d' x='1' y='2'/>",
+            ["r d"])))
+
+    def test_parameters_stand_for_any_value(self):
+        self.write("g.kelvarin", graph(
+            TABLE + "<writeColumnarGel name='w' file='${column}.cgel_kelvarin' nRowsInBlock='${rows}' "
+            "writeAllRows='${off}' testCol='${column}' testValue='${value}' columnStrategy='1'>"
+            "<ColumnStrategy><C n='${column}' s='0'/></ColumnStrategy></writeColumnarGel>"
+            "<writeColumnarGel name='parts' file='p_.cgel_kelvarin' nRowsInBlock='${rows}' split='2' splitVar='${column}'/>"
+            f"<FilterRows name='f' {TIMES}><Expression>day >= 74</Expression>"
+            "<InputVars><InputVar column='${column}' meta='D'/></InputVars></FilterRows>"
+            "<WriteCSV name='c' file='-' header='${off}'/>", ["in w", "in f", "in parts", "f c"], PARAMETERS))
+        rows = "8,2024-03-15\n9,2024-03-15\n10,2024-03-15\n11,2024-03-15\n"
+        self.assertEqual(self.kelvarin("run", "g.kelvarin").stdout, rows)
+        self.assertEqual(self.kelvarin("gel", "head", "day.cgel_kelvarin").stdout, "day\n" + "2024-02-15\n" * 4)
+        self.assertEqual(self.kelvarin_json("gel", "info", "day.cgel_kelvarin")["nRowsInBlock"], 4)
+        self.write("r.kelvarin", graph(
+            "<ReadColumnarGel name='r' fileName='p_2024-03-15.cgel_kelvarin' filterRows='1'>"
+            f"<CFilterRows {TIMES}><Expression>day_max >= 74</Expression>"
+            "<InputVars><CInputVar column='${column}' meta='D'/></InputVars></CFilterRows></ReadColumnarGel>"
+            "<WriteCSV name='c' file='-' header='${off}'/>", ["r c"], PARAMETERS))
+        self.assertEqual(self.kelvarin("run", "r.kelvarin").stdout, rows)
+        self.assertEqual(self.kelvarin("run", "r.kelvarin", "--set", "start=20240201 00:00:00").stdout, "")
+
+
+if __name__ == "__main__":
+    unittest.main()

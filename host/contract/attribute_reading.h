@@ -1,0 +1,63 @@
+// How actions read their attributes while a graph is loaded: values may refer to the graph's
+// parameters, and what nobody asks for or can use is remembered.
+//
+// The contract has every action read its attributes in its constructor, so that an attribute that
+// was not asked for then is a slip of the user's pen. It needs no list of names from anybody, and
+// the actions of every plug-in are covered.
+// Users: host/engine makes one for an action; XMLNode and the converters of its texts report to it.
+// Threads: each has its own.
+#pragma once
+
+#include <vector>
+
+#include <QHash>
+#include <QStringList>
+
+#include "host/contract/global_parameters.h"
+#include "host/contract/xml_node.h"
+
+namespace kelvarin {
+
+class KELVARIN_CORE AttributeReading {
+ public:
+  struct Finding {
+    XMLNode element;
+    QString attribute;
+    QStringList known;  // of the element; empty when the attribute is known but not its value
+    const char* wanted = nullptr;  // what the value should have been
+  };
+
+  explicit AttributeReading(const GlobalParameters& parameters) : m_parameters(parameters) {}
+
+  // While it lives, this thread's readings of attributes are reported to `reading`.
+  class KELVARIN_CORE Scope {
+   public:
+    explicit Scope(AttributeReading& reading);
+    ~Scope();
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+
+   private:
+    AttributeReading* m_outer;
+  };
+
+  // Null outside of a scope.
+  static AttributeReading* current();
+
+  void ask(const QString& element, QStringView attribute);
+  void cannotUse(const unsigned short* value, const char* wanted) { m_unusable[value] = wanted; }
+  QString expanded(const QString& value) const { return m_parameters.expandString2(value); }
+
+  // About `element` and what it contains, in the order of the file. Elements that nobody has asked
+  // for anything are left out.
+  std::vector<Finding> findings(const XMLNode& element) const;
+
+ private:
+  void addFindings(const XMLNode& element, std::vector<Finding>& found) const;
+
+  const GlobalParameters& m_parameters;
+  QHash<QString, QStringList> m_known;                   // attributes by element
+  QHash<const unsigned short*, const char*> m_unusable;  // by value, an attribute's own text
+};
+
+}  // namespace kelvarin
