@@ -14,9 +14,11 @@ namespace {
 
 void reportCheck(const GraphArguments& arguments, const RunResult& result, Console&) {
   if (result.isOk() && !arguments.isJson && !arguments.isQuiet) {
-    const bool isWarned = std::any_of(result.log.begin(), result.log.end(),
-                                      [](const LogLine& line) { return line.level == LogLevel::warning; });
-    const char* verdict = isWarned ? program_messages::kCheckFoundNoError : program_messages::kCheckFoundNothing;
+    const bool isWarned =
+        std::any_of(result.log.begin(), result.log.end(),
+                    [](const LogLine& line) { return line.level == LogLevel::warning; });
+    const char* verdict =
+        isWarned ? program_messages::kCheckFoundNoError : program_messages::kCheckFoundNothing;
     const QString text = QString::fromLatin1(verdict).arg(QString::fromStdString(arguments.graph));
     std::puts(text.toUtf8().constData());
     std::fputs(columnList(result).c_str(), stdout);

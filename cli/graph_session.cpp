@@ -29,12 +29,14 @@ RunResult resultOfGraphNotLoaded(const QStringList& faults) {
   return result;
 }
 
-// Log lines are the actions' own and name columns and expressions; this says where in the graph file to look.
+// Log lines are the actions' own and name columns and expressions; this says where in the graph
+// file to look.
 void tellPlacesOfErrors(const Graph& graph, const RunResult& result, Console& console) {
   for (const GraphAction& action : graph.actions) {
-    const bool hasError = std::any_of(result.log.begin(), result.log.end(), [&](const LogLine& line) {
-      return line.level == LogLevel::error && line.action == action.name;
-    });
+    const bool hasError =
+        std::any_of(result.log.begin(), result.log.end(), [&](const LogLine& line) {
+          return line.level == LogLevel::error && line.action == action.name;
+        });
     if (hasError) {
       const QString text = QString::fromLatin1(program_messages::kPlaceOfError)
                                .arg(graph.file)
@@ -70,7 +72,8 @@ RunResult workOnLoadedGraph(const GraphArguments& arguments, GraphWork work, Con
 }  // namespace
 
 void addPluginOption(CLI::App& command, std::string& plugin) {
-  command.add_option("--plugin", plugin, "the plug-in's file, in place of the one beside the program")
+  command
+      .add_option("--plugin", plugin, "the plug-in's file, in place of the one beside the program")
       ->type_name("FILE")
       ->envname("KELVARIN_PLUGIN");
 }

@@ -1,4 +1,5 @@
-// What running and checking a graph have in common: the arguments, and loading the plug-in and the graph.
+// What running and checking a graph have in common: the arguments, and loading the plug-in and the
+// graph.
 #pragma once
 
 #include <memory>
@@ -44,10 +45,11 @@ struct LoadedGraph {
 Result<LoadedGraph, QStringList> loadGraph(const GraphArguments& arguments);
 
 using GraphWork = RunResult (*)(Graph& graph, RunRecord& record, const ExecutionOptions& options);
-using GraphReport = void (*)(const GraphArguments& arguments, const RunResult& result, Console& console);
+using GraphReport = void (*)(const GraphArguments& arguments, const RunResult& result,
+                             Console& console);
 
-// Loads the graph, does `work` with it so that a signal can stop it, and gives the result to `report` and, when asked
-// for, as JSON to standard output.
+// Loads the graph, does `work` with it so that a signal can stop it, and gives the result to
+// `report` and, when asked for, as JSON to standard output.
 ExitStatus workOnGraph(const GraphArguments& arguments, GraphWork work, GraphReport report);
 
 }  // namespace kelvarin

@@ -16,8 +16,8 @@ using State = GlobalParameters::RunningState;
 
 std::atomic<RunRecord*> runningRecord{nullptr};
 std::atomic<bool> isInterrupted{false};
-static_assert(std::atomic<RunRecord*>::is_always_lock_free && std::atomic<bool>::is_always_lock_free &&
-              std::atomic<State>::is_always_lock_free);
+static_assert(std::atomic<RunRecord*>::is_always_lock_free &&
+              std::atomic<bool>::is_always_lock_free && std::atomic<State>::is_always_lock_free);
 
 constexpr int kSignals[] = {SIGINT, SIGTERM};
 
@@ -26,7 +26,8 @@ void setHandler(void (*handler)(int)) {
     struct sigaction action = {};
     action.sa_handler = handler;
     sigemptyset(&action.sa_mask);
-    sigaction(number, &action, nullptr);  // without SA_RESTART: a question on the terminal ends, too
+    sigaction(number, &action,
+              nullptr);  // without SA_RESTART: a question on the terminal ends, too
   }
 }
 
@@ -66,6 +67,8 @@ InterruptibleRun::~InterruptibleRun() {
   runningRecord.store(nullptr);
 }
 
-bool wasInterrupted() { return isInterrupted.load(); }
+bool wasInterrupted() {
+  return isInterrupted.load();
+}
 
 }  // namespace kelvarin

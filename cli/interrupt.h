@@ -1,5 +1,5 @@
-// Lets SIGINT and SIGTERM stop a run in an orderly way: its state becomes "stopped by the user", which the engine sees
-// at the next row. A second signal ends the process at once.
+// Lets SIGINT and SIGTERM stop a run in an orderly way: its state becomes "stopped by the user",
+// which the engine sees at the next row. A second signal ends the process at once.
 //
 // Threads: install from the main thread; the handler only touches lock-free atomics.
 #pragma once

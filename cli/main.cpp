@@ -1,6 +1,8 @@
-// The program `kelvarin`: runs and checks graphs, evaluates expressions and lists what there is to use.
+// The program `kelvarin`: runs and checks graphs, evaluates expressions and lists what there is to
+// use.
 //
-// Exit status: exit_status.h. Standard output carries results only; everything else goes to standard error.
+// Exit status: exit_status.h. Standard output carries results only; everything else goes to
+// standard error.
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -29,7 +31,8 @@ std::string usageHint(const CLI::App& program) {
     return usageHint(*parsed.front());
   }
   QString command = QString::fromStdString(program.get_name());
-  for (const CLI::App* outer = program.get_parent(); outer != nullptr; outer = outer->get_parent()) {
+  for (const CLI::App* outer = program.get_parent(); outer != nullptr;
+       outer = outer->get_parent()) {
     command = QString::fromStdString(outer->get_name()) + u' ' + command;
   }
   return QString::fromLatin1(kelvarin::program_messages::kUsageHint).arg(command).toStdString();
@@ -50,7 +53,8 @@ bool tellUnknownCommand(const CLI::App& program, int argc, char** argv) {
   }
   QString text = QString::fromLatin1(kelvarin::program_messages::kUnknownCommand).arg(given);
   if (const QStringList near = kelvarin::nearestNames(given, names); !near.isEmpty()) {
-    text += u' ' + QString::fromLatin1(kelvarin::program_messages::kDidYouMean).arg(near.join(QLatin1String(" or ")));
+    text += u' ' + QString::fromLatin1(kelvarin::program_messages::kDidYouMean)
+                       .arg(near.join(QLatin1String(" or ")));
   }
   std::fprintf(stderr, "error: %s\n%s\n", qUtf8Printable(text), usageHint(program).c_str());
   return true;
@@ -76,13 +80,14 @@ bool isOutputLost() {
   if (!isLost || hasReaderLeft()) {
     return false;
   }
-  const QString text =
-      QString::fromLatin1(kelvarin::program_messages::kOutputLost).arg(QString::fromLocal8Bit(std::strerror(errno)));
+  const QString text = QString::fromLatin1(kelvarin::program_messages::kOutputLost)
+                           .arg(QString::fromLocal8Bit(std::strerror(errno)));
   std::fprintf(stderr, "error: %s\n", qUtf8Printable(text));
   return true;
 }
 
-// As many as the system grants on demand: a table may be split into many files that are open together.
+// As many as the system grants on demand: a table may be split into many files that are open
+// together.
 void allowManyOpenFiles() {
   rlimit files = {};
   if (getrlimit(RLIMIT_NOFILE, &files) == 0) {
@@ -100,11 +105,14 @@ int main(int argc, char** argv) {
   QCoreApplication application(argc, argv);
   QCoreApplication::setApplicationName(QStringLiteral("kelvarin"));
 
-  CLI::App program("Reads tables, computes and filters their rows, and writes them, as a graph file says.", "kelvarin");
+  CLI::App program(
+      "Reads tables, computes and filters their rows, and writes them, as a graph file says.",
+      "kelvarin");
   program.set_version_flag("--version", MainUI::kelvarinID().toStdString());
   program.require_subcommand(1);
-  program.footer("Example:\n  kelvarin run examples/flights/flights.kelvarin\n\n"
-                 "Exit status: 0 done, 1 the work failed, 2 wrong usage, 130 interrupted.");
+  program.footer(
+      "Example:\n  kelvarin run examples/flights/flights.kelvarin\n\n"
+      "Exit status: 0 done, 1 the work failed, 2 wrong usage, 130 interrupted.");
   kelvarin::ChosenCommand chosen;
   kelvarin::addRunCommand(program, chosen);
   kelvarin::addCheckCommand(program, chosen);
@@ -123,5 +131,6 @@ int main(int argc, char** argv) {
   }
   kelvarin::endOnInterrupt();
   const ExitStatus status = chosen();
-  return static_cast<int>(isOutputLost() && status == ExitStatus::done ? ExitStatus::failed : status);
+  return static_cast<int>(isOutputLost() && status == ExitStatus::done ? ExitStatus::failed
+                                                                       : status);
 }

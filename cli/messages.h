@@ -9,7 +9,8 @@ inline constexpr char kNotANumber[] =
     "The value of %1 is '%2', which is not a number (nan, inf, -inf and null are allowed).";
 inline constexpr char kVariableTwice[] = "The variable '%1' is given twice.";
 inline constexpr char kUnknownOption[] = "There is no expression option '%1'. There are: %2.";
-inline constexpr char kOptionTakesInteger[] = "The expression option '%1' takes a whole number, not '%2'.";
+inline constexpr char kOptionTakesInteger[] =
+    "The expression option '%1' takes a whole number, not '%2'.";
 inline constexpr char kOptionTakesFlag[] = "The expression option '%1' takes 0 or 1, not '%2'.";
 
 inline constexpr char kUnknownFunction[] = "There is no function, constant or operator '%1'.";
@@ -23,12 +24,15 @@ inline constexpr char kDiskFull[] =
     "The disk is full: %2 more bytes are needed for the file '%1'. Free some space on its disk.";
 inline constexpr char kDiskFullQuestion[] = "Retry or stop? [r/s] ";
 inline constexpr char kDiskFullWaiting[] = "Trying again for %1 seconds, then the run stops.";
-inline constexpr char kDiskStillFull[] = "The disk was still full after %1 seconds; the run stops. File: '%2'.";
+inline constexpr char kDiskStillFull[] =
+    "The disk was still full after %1 seconds; the run stops. File: '%2'.";
 
 inline constexpr char kPlaceOfError[] = "%1:%2:%3: in the action '%4' (%5)";
 inline constexpr char kUnknownCommand[] = "There is no command '%1'.";
 inline constexpr char kOutputLost[] = "Standard output cannot be written: %1.";
-inline constexpr char kInterrupted[] = "Interrupted. Files that were being written are removed, but for columnar files, which say that they are incomplete.";
+inline constexpr char kInterrupted[] =
+    "Interrupted. Files that were being written are removed, but for columnar files, which say "
+    "that they are incomplete.";
 inline constexpr char kCheckFoundNothing[] = "%1: no problem found";
 inline constexpr char kCheckFoundNoError[] = "%1: no error found";
 inline constexpr char kNewColumns[] = "new columns of '%1' (%2): %3\n";

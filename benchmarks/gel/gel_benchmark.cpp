@@ -98,6 +98,10 @@ std::uintmax_t sizeOfFiles(const std::string& folder) {
 
 SampleTable makeTable(const std::string& name, const BenchmarkArguments& arguments) {
   if (name == "flights") {
+    if (!std::filesystem::exists(arguments.flights)) {
+      throw std::runtime_error("there is no file '" + arguments.flights +
+                               "'; `scripts/demo --full` fetches it, --tables leaves it out");
+    }
     return readFlights(arguments.flights);
   }
   const bool isWide = name == "wide";

@@ -161,8 +161,11 @@ ColumnarRead::Opening ColumnarRead::failToOpen(const OpenFailure& failure) {
   switch (failure.problem) {
     case OpenFailure::Problem::cannotOpen:
       warn(text(messages::kCannotOpenFile, m_file));
-      return m_settings.abortIfMissing ? refuse(text(messages::kCannotOpen, m_file))
-                                       : Opening::skipped;
+      if (m_settings.abortIfMissing) {
+        return refuse(text(messages::kCannotOpen, m_file));
+      }
+      warn(text(messages::kCannotOpen, m_file));
+      return Opening::skipped;
     case OpenFailure::Problem::incomplete:
       return refuse(text(messages::kIncompleteRefused, m_file));
     case OpenFailure::Problem::unreadable:

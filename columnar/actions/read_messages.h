@@ -29,7 +29,7 @@ inline constexpr char kWaitingForFile[] =
 inline constexpr char kMissingFileSkipped[] = "Warning: The Columnar file '%1' does not exists";
 inline constexpr char kMissingFile[] = "Error: The Columnar file '%1' does not exists";
 inline constexpr char kCannotOpenFile[] =
-    "Warning: cannot open Columnar file '%1' for read\n";  // kept: an error follows
+    "Warning: cannot open Columnar file '%1' for read\n";  // kept: the next one follows
 inline constexpr char kCannotOpen[] = "ERROR: Can't open file '%1' for read.";
 inline constexpr char kCannotOpenSideFile[] = "ERROR: Cannot open Column-Set file '%1'.";
 inline constexpr char kUnreadable[] = "ERROR: Can't read file '%1': File is corrupted.";

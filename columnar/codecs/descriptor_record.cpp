@@ -32,7 +32,7 @@ ReadStatus decodeDescriptorRecord(const DescriptorRecordHead& head, Bytes payloa
     return status;
   }
   return descriptors.isEmpty() || descriptors.size() % width != 0 ? ReadStatus::corrupted
-                                                                 : ReadStatus::ok;
+                                                                  : ReadStatus::ok;
 }
 
 }  // namespace kelvarin

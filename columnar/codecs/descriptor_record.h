@@ -26,7 +26,8 @@ static_assert(packedSize<DescriptorRecordHead>() == kRecordHeadSize);
 
 // A full record has at least so many descriptors, however wide they are.
 inline constexpr std::uint64_t kFewestDescriptorsInRecord = 1000;
-// Whether a record of so many bytes of descriptors has its size in 32 bits, compressed at its worst.
+// Whether a record of so many bytes of descriptors has its size in 32 bits, compressed at its
+// worst.
 bool fitsRecord(std::uint64_t descriptorBytes);
 
 // Replaces what `record` held with head and payload.

@@ -16,11 +16,11 @@ BlockScan::Step BlockScan::next(BlockInfo& block) {
   if (m_isEnded) {
     return Step::end;
   }
-  if (m_nextInRecord == m_record.count()) {
+  while (m_nextInRecord == m_record.count()) {
     if (!m_outcome) {
       readRecord();
     }
-    if (*m_outcome != Outcome::record) {
+    if (*m_outcome != Outcome::record && !standsForNothing()) {
       return stepOfOutcome();
     }
     m_outcome.reset();
@@ -105,15 +105,27 @@ BlockScan::Step BlockScan::loseRecord() {
   return lose(m_file.isComplete() && expected > 0 ? std::min(rows, expected) : rows);
 }
 
+// A damaged length leads to what only looks like a record, and what was lost has been told: all
+// other blocks are known.
+bool BlockScan::standsForNothing() {
+  if (*m_outcome != Outcome::corrupted || !m_hasLostRecord || !m_file.isComplete()) {
+    return false;
+  }
+  const FollowingRecords following = m_reader.following();
+  return following.reachesEnd && m_blocksBefore + following.descriptors == allBlocks();
+}
+
+std::uint64_t BlockScan::allBlocks() const {
+  return (m_file.rowCount() + m_file.rowsInBlock() - 1) / m_file.rowsInBlock();
+}
+
 // Of a finished file all blocks are known, so that the lost ones are those that are left over;
 // otherwise what the record itself announces is believed within reason.
 std::uint64_t BlockScan::blocksOfLostRecord() {
   const FollowingRecords following = m_reader.following();
-  const std::uint64_t allBlocks =
-      (m_file.rowCount() + m_file.rowsInBlock() - 1) / m_file.rowsInBlock();
   const std::uint64_t known = m_blocksBefore + following.descriptors;
-  if (m_file.isComplete() && following.reachesEnd && allBlocks > known) {
-    return allBlocks - known;
+  if (m_file.isComplete() && following.reachesEnd && allBlocks() > known) {
+    return allBlocks() - known;
   }
   const std::uint64_t largest = std::max(m_largestRecord, following.largestRecord);
   const std::uint64_t full =

@@ -55,6 +55,8 @@ class BlockScan {
   Step stepOfOutcome();
   Step endOfRows();
   Step loseRecord();
+  bool standsForNothing();
+  std::uint64_t allBlocks() const;
   std::uint64_t blocksOfLostRecord();
   Step lose(std::uint64_t rowCount);
   void describe(BlockInfo& block, const unsigned char* descriptor) const;

@@ -1,5 +1,5 @@
-// How a table becomes a columnar file: which columns go to which set, how each is stored, and whether
-// the numbers of the format hold it.
+// How a table becomes a columnar file: which columns go to which set, how each is stored, and
+// whether the numbers of the format hold it.
 //
 // Made by ColumnarHDWriter from the first row, before anything is allocated or written.
 // Threads: plain values.

@@ -4,6 +4,7 @@
 
 #include "host/contract/host_services.h"
 #include "host/contract/main_ui.h"
+#include "host/engine/messages.h"
 
 namespace kelvarin {
 
@@ -11,6 +12,21 @@ namespace {
 
 constexpr std::size_t at(int index) {
   return static_cast<std::size_t>(index);
+}
+
+bool isLinked(const Graph& graph, int action, int pin) {
+  return std::any_of(graph.links.begin(), graph.links.end(),
+                     [=](const GraphLink& link) { return link.to == action && link.toPin == pin; });
+}
+
+// A source says itself which of its pins it needs.
+bool needsFirstPin(const ActionItem& item) {
+  return item.inputPinCount() > 0 && item.endpoint() != ActionItem::Endpoint::reader;
+}
+
+void warn(const ActionItem& item, const QString& text) {
+  const CurrentAction onBehalf(&item);
+  MainUI::addLog(LogLevel::warning, text);
 }
 
 }  // namespace
@@ -96,8 +112,13 @@ std::vector<bool> actionsUpstreamOf(const Graph& graph, int action) {
 
 void tellWarnings(const Graph& graph) {
   for (const GraphWarning& warning : graph.warnings) {
-    const CurrentAction onBehalf(graph.actions[at(warning.action)].item.get());
-    MainUI::addLog(LogLevel::warning, warning.text);
+    warn(*graph.actions[at(warning.action)].item, warning.text);
+  }
+  for (std::size_t i = 0; i < graph.actions.size(); ++i) {
+    const GraphAction& action = graph.actions[i];
+    if (needsFirstPin(*action.item) && !isLinked(graph, static_cast<int>(i), 0)) {
+      warn(*action.item, engine_messages::firstPinNotLinked(action.name));
+    }
   }
 }
 

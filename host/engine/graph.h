@@ -60,7 +60,7 @@ std::vector<int> findCycle(const Graph& graph);
 // True at the place of every action from which `action` receives rows, directly or through others.
 std::vector<bool> actionsUpstreamOf(const Graph& graph, int action);
 
-// Logs its warnings, each on behalf of its action.
+// Logs its warnings, and which actions get no rows, each on behalf of its action.
 void tellWarnings(const Graph& graph);
 
 }  // namespace kelvarin

@@ -187,6 +187,11 @@ TEST_F(ReadColumnarGelTest, AFileThatCannotBeOpenedOrIsNone) {
   EXPECT_EQ(folder.log(),
             (Strings{"warning: Warning: cannot open Columnar file '" + path() + "' for read\n",
                      "error: ERROR: Can't open file '" + path() + "' for read."}));
+  auto skipped = reader("abortIfMissing='0'");
+  skipped.finish();
+  EXPECT_FALSE(skipped.hasFailed());
+  EXPECT_EQ(skipped.log(), (Strings{folder.log()[0],
+                                    "warning: ERROR: Can't open file '" + path() + "' for read."}));
   std::filesystem::remove(path());
   std::ofstream(path()) << "id,price\n1,2\n";
   auto text = reader("skipCorruptedBlocks='1'");

@@ -139,8 +139,15 @@ bool isNoticed(const ReadResult& result, const MemoryFiles& files) {
   return !result.damage.empty() || !file || !(*file)->isComplete();
 }
 
+std::vector<int> everyMask() {
+  std::vector<int> masks(255);
+  std::iota(masks.begin(), masks.end(), 1);
+  return masks;
+}
+
 // The metadata block has no checksum.
-void expectEveryChangeNoticed(const MemoryFiles& whole, const std::vector<Values>& rows) {
+void expectEveryChangeNoticed(const MemoryFiles& whole, const std::vector<Values>& rows,
+                              const std::vector<int>& masks) {
   const std::size_t slots = kHeaderSize + rows[0].size() * kSlotSize;
   const std::size_t records = firstRecord(whole);
   for (const auto& [name, bytes] : whole.all()) {
@@ -148,7 +155,7 @@ void expectEveryChangeNoticed(const MemoryFiles& whole, const std::vector<Values
       if (name == kMain && place >= slots && place < records) {
         continue;
       }
-      for (const int mask : {0x01, 0x80, 0xFF}) {
+      for (const int mask : masks) {
         MemoryFiles files = whole;
         files[name][place] = static_cast<char>(bytes[place] ^ mask);
         const ReadResult result = readRows(files);
@@ -165,7 +172,7 @@ void expectEveryChangeNoticed(const MemoryFiles& whole, const std::vector<Values
 }
 
 TEST(Damage, EveryChangedByteIsDetectedOrHarmless) {
-  expectEveryChangeNoticed(someFile(), someRows());
+  expectEveryChangeNoticed(someFile(), someRows(), everyMask());
 }
 
 // Every storage code and every layout, in blocks with packed groups of keys, in three sets.
@@ -184,7 +191,7 @@ const std::vector<MadeColumn> kEveryKind{{"plain key", 'K', 0},
 
 std::vector<Values> rowsOfEveryKind() {
   std::vector<Values> rows;
-  for (int i = 0; i < 290; ++i) {
+  for (int i = 0; i < 270; ++i) {
     const int mixed = i * 7919 % 1000;
     const double fraction = std::fmod(i * 0.6180339887498949, 1.0);
     rows.push_back(
@@ -200,11 +207,11 @@ std::vector<Values> rowsOfEveryKind() {
 }
 
 MemoryFiles fileOfEveryKind() {
-  return makeFile(kEveryKind, rowsOfEveryKind(), {.rowsInBlock = 145, .blocksInRecord = 1});
+  return makeFile(kEveryKind, rowsOfEveryKind(), {.rowsInBlock = 135, .blocksInRecord = 1});
 }
 
 TEST(Damage, EveryChangedByteOfEveryKindIsDetectedOrHarmless) {
-  expectEveryChangeNoticed(fileOfEveryKind(), rowsOfEveryKind());
+  expectEveryChangeNoticed(fileOfEveryKind(), rowsOfEveryKind(), {0x01, 0xFF});
 }
 
 // Whatever the metadata block says, values are right or the damage is told; but that rows of a
@@ -234,9 +241,7 @@ void expectNoValueChangedByMetadata(const MemoryFiles& whole, const std::vector<
 }
 
 TEST(Damage, EveryChangedByteOfTheMetadataIsDetectedOrChangesNoValue) {
-  std::vector<int> everyMask(255);
-  std::iota(everyMask.begin(), everyMask.end(), 1);
-  expectNoValueChangedByMetadata(someFile(), kColumns, everyMask);
+  expectNoValueChangedByMetadata(someFile(), kColumns, everyMask());
   expectNoValueChangedByMetadata(fileOfEveryKind(), kEveryKind, {0x01, 0x02, 0x03, 0x80, 0xFF});
 }
 

@@ -103,8 +103,9 @@ TEST(ColumnarHDWriter, GoldenFile) {
 
   const ByteList side = contentOf(folder.file("g.000.cs_kelvarin"));
   const ByteList main = contentOf(file);
-  // The key's chunk: checksum, Snappy's length and tag, the number of packed keys, 6 bytes for 7 and
-  // the null, 2 of padding. The number's chunk: the same head, layout, 11 bytes and 2 codes of 4 bits.
+  // The key's chunk: checksum, Snappy's length and tag, the number of packed keys, 6 bytes for 7
+  // and the null, 2 of padding. The number's chunk: the same head, layout, 11 bytes and 2 codes of
+  // 4 bits.
   ASSERT_EQ(side.size(), 18u + 19u);
   EXPECT_EQ(ByteList(side.begin() + 4, side.begin() + 18),
             (ByteList{12, 11 << 2, 0, 0, 0, 0, 0x87, 0x7F, 0x7F, 0x7F, 0x7F, 0x8F, 0, 0}));
@@ -112,14 +113,14 @@ TEST(ColumnarHDWriter, GoldenFile) {
             (ByteList{13, 12 << 2, 1, 1, 4, 0, 15, 0, 0, 0, 0, 0, 0, 0, 0xA0}));
   const ByteList head = {
       0x40, 0xF4, 0x59, 0x00, 1, 86 - 9, 0, 0, 0,            // complete, length of the rest
-      2, 0, 0, 0, 0, 0, 0, 0, 2, 0, 0, 0};                   // rows, columns
+      2,    0,    0,    0,    0, 0,      0, 0, 2, 0, 0, 0};  // rows, columns
   EXPECT_EQ(ByteList(main.begin(), main.begin() + 21), head);
   const ByteList rest = {
-      47, 0, 0, 0,                                           // the raw descriptors
-      18, 0, 0, 0, 19, 0, 0, 0, 20, 0, 0, 0, 40, 0, 0, 0,    // slots
-      5, 0, 0, 0, 1,                                         // rows in a block, sets
-      1, 0, 0, 0, 'K', 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 'k', 1,  // the key before the number
-      0, 0, 0, 0, 'F', 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 'n', 0};
+      47, 0, 0, 0,                                                  // the raw descriptors
+      18, 0, 0, 0, 19,  0, 0, 0, 20, 0, 0, 0, 40, 0, 0, 0,          // slots
+      5,  0, 0, 0, 1,                                               // rows in a block, sets
+      1,  0, 0, 0, 'K', 0, 0, 0, 0,  0, 0, 0, 1,  0, 0, 0, 'k', 1,  // the key before the number
+      0,  0, 0, 0, 'F', 0, 0, 0, 0,  0, 0, 0, 1,  0, 0, 0, 'n', 0};
   EXPECT_EQ(ByteList(main.begin() + 25, main.begin() + 86), rest);
 
   const auto record = Bytes(main).subspan(86);
@@ -131,11 +132,11 @@ TEST(ColumnarHDWriter, GoldenFile) {
   ASSERT_EQ(decodeDescriptorRecord(recordHead, record.subspan(8), 47, 47, descriptors),
             ReadStatus::ok);
   const ByteList descriptor = {
-      2, 0, 0, 0,                                        // rows
-      0, 0, 0, 0, 0, 0, 0, 0,                            // the block in the side file
-      0, 0, 0, 0, 1, 7, 0, 0, 0, 7, 0, 0, 0,             // position, has nulls, low, high
-      18, 0, 0, 0, 0, 1,                                 // position, no nulls, has values
-      0, 0, 0, 0, 0, 0, 0xF8, 0x3F, 0, 0, 0, 0, 0, 0, 4, 0x40};
+      2,  0, 0, 0,                                   // rows
+      0,  0, 0, 0, 0, 0, 0,    0,                    // the block in the side file
+      0,  0, 0, 0, 1, 7, 0,    0,    0, 7, 0, 0, 0,  // position, has nulls, low, high
+      18, 0, 0, 0, 0, 1,                             // position, no nulls, has values
+      0,  0, 0, 0, 0, 0, 0xF8, 0x3F, 0, 0, 0, 0, 0, 0, 4, 0x40};
   EXPECT_EQ(ByteList(descriptors.data(), descriptors.data() + descriptors.size()), descriptor);
   EXPECT_EQ(loadPacked<std::uint64_t>(main.data() + main.size() - 8), kEndMarker);
 }
@@ -147,8 +148,8 @@ TEST(ColumnarHDWriter, TheSameBytesForAnyNumberOfThreads) {
     FakeInputPin pin = wideTable(2350);
     const std::string file = folder.file("t.cgel_kelvarin");
     ColumnarHDWriter writer;
-    ASSERT_TRUE(writeAll(writer, pin, file,
-                         {.rowsInBlock = 100, .sets = kThreeSets, .threads = threads}));
+    ASSERT_TRUE(
+        writeAll(writer, pin, file, {.rowsInBlock = 100, .sets = kThreeSets, .threads = threads}));
     const auto files = filesOf(file, 3);
     EXPECT_FALSE(files[3].empty());
     if (first.empty()) {
@@ -166,8 +167,7 @@ TEST(ColumnarHDWriter, OnlyANormalEndMakesAFileComplete) {
     FakeInputPin pin = wideTable(250);
     ColumnarHDWriter writer;
     EXPECT_TRUE(writeAll(writer, pin, file, {}, state));
-    const bool isNormal =
-        state == RunningState::endedNormally || state == RunningState::running;
+    const bool isNormal = state == RunningState::endedNormally || state == RunningState::running;
     const ByteList main = contentOf(file);
     EXPECT_EQ(main[4], isNormal ? 1 : 0);
     EXPECT_EQ(loadPacked<std::uint64_t>(main.data() + 9), 250u);
@@ -190,8 +190,8 @@ TEST(ColumnarHDWriter, ColumnsOutsideTheStrategyAreLeftOutAndEmptySetsHaveNoFile
   const std::string file = folder.file("s.cgel_kelvarin");
   FakeInputPin pin = wideTable(10);
   ColumnarHDWriter writer;
-  ASSERT_TRUE(writeAll(writer, pin, file,
-                       {.rowsInBlock = 5, .sets = {{"m", 0}, {"k", 2}, {"t", -1}}}));
+  ASSERT_TRUE(
+      writeAll(writer, pin, file, {.rowsInBlock = 5, .sets = {{"m", 0}, {"k", 2}, {"t", -1}}}));
   EXPECT_EQ(loadPacked<std::uint32_t>(contentOf(file).data() + 17), 2u);
   EXPECT_FALSE(contentOf(folder.file("s.000.cs_kelvarin")).empty());
   EXPECT_NE(access(folder.file("s.001.cs_kelvarin").c_str(), F_OK), 0);
@@ -203,8 +203,7 @@ TEST(ColumnarHDWriter, LimitsAreToldBeforeAnythingIsWritten) {
   const std::string file = folder.file("l.cgel_kelvarin");
   const auto kindOf = [&](const Options& options, const std::string& columns) {
     FakeInputPin pin(testing::columnsFromText(columns));
-    pin.push(Values(static_cast<std::size_t>(
-                        testing::columnsFromText(columns).columnCount()),
+    pin.push(Values(static_cast<std::size_t>(testing::columnsFromText(columns).columnCount()),
                     testing::Value(nullptr)));
     ColumnarHDWriter writer;
     EXPECT_FALSE(writeAll(writer, pin, file, options));

@@ -5,6 +5,33 @@
 
 namespace kelvarin {
 
+namespace {
+
+template <typename Value>
+unsigned char* put(unsigned char* place, Value value) {
+  std::memcpy(place, &value, sizeof value);
+  return place + sizeof value;
+}
+
+unsigned char* putText(unsigned char* place, const unsigned char* text) {
+  if (isNullText(text)) {
+    return put(place, kNullTextLength);
+  }
+  const std::size_t size = 4 + lengthFromBytes(text);
+  std::memcpy(place, text, size);
+  return place + size;
+}
+
+}  // namespace
+
+PackedRows::PackedRows(std::vector<MetaTypeColumn> types) : m_types(std::move(types)) {
+  for (std::size_t i = 0; i < m_types.size(); ++i) {
+    if (m_types[i] != MetaTypeColumn::number && m_types[i] != MetaTypeColumn::key) {
+      m_textColumns.push_back(i);
+    }
+  }
+}
+
 void PackedRows::append(const OneRow& row) {
   unsigned char* const* values = row.getAllColForRead();
   std::size_t columnsLeft = m_types.size();
@@ -26,21 +53,31 @@ void PackedRows::append(const OneRow& row) {
 std::size_t PackedRows::append(const ColumnsInHand& rows, std::size_t begin, std::size_t end) {
   std::size_t row = begin;
   for (; row < end && !isFull(); ++row) {
-    std::size_t columnsLeft = m_types.size();
-    reserve(columnsLeft * kFixedSize);
+    // The compiler could not keep a member in a register while bytes are written.
+    unsigned char* place = reserve(sizeOfRow(rows, row));
     for (const ColumnsInHand::Column& column : rows.columns()) {
       if (column.numbers != nullptr) {
-        appendFixed(column.numbers[row]);
+        place = put(place, column.numbers[row]);
       } else if (column.keys != nullptr) {
-        appendFixed(column.keys[row]);
+        place = put(place, column.keys[row]);
       } else {
-        appendText(column.texts[row], columnsLeft);
+        place = putText(place, column.texts[row]);
       }
-      --columnsLeft;
     }
+    m_used = static_cast<std::size_t>(place - m_bytes.get());
   }
   m_rowCount += static_cast<long long>(row - begin);
   return row - begin;
+}
+
+// Or more.
+std::size_t PackedRows::sizeOfRow(const ColumnsInHand& rows, std::size_t row) const {
+  std::size_t size = m_types.size() * kFixedSize;
+  for (const std::size_t column : m_textColumns) {
+    const unsigned char* text = rows.columns()[column].texts[row];
+    size += isNullText(text) ? 0 : lengthFromBytes(text);
+  }
+  return size;
 }
 
 void PackedRows::appendText(const unsigned char* value, std::size_t columnsLeft) {
@@ -75,11 +112,12 @@ bool PackedRows::takeRow(unsigned char** values) {
     return false;
   }
   ++m_rowsTaken;
+  unsigned char* value = m_bytes.get() + m_taken;
   for (const MetaTypeColumn type : m_types) {
-    unsigned char* value = m_bytes.get() + m_taken;
     *values++ = value;
-    m_taken += sizeOfValue(type, value);
+    value += sizeOfValue(type, value);
   }
+  m_taken = static_cast<std::size_t>(value - m_bytes.get());
   return true;
 }
 

@@ -15,7 +15,7 @@ namespace kelvarin {
 
 class PackedRows {
  public:
-  explicit PackedRows(std::vector<MetaTypeColumn> types) : m_types(std::move(types)) {}
+  explicit PackedRows(std::vector<MetaTypeColumn> types);
 
   const std::vector<MetaTypeColumn>& types() const { return m_types; }
   void append(const OneRow& row);
@@ -46,9 +46,11 @@ class PackedRows {
     std::memcpy(m_bytes.get() + m_used, &value, sizeof value);
     m_used += sizeof value;
   }
+  std::size_t sizeOfRow(const ColumnsInHand& rows, std::size_t row) const;
   void appendText(const unsigned char* value, std::size_t columnsLeft);
 
   std::vector<MetaTypeColumn> m_types;
+  std::vector<std::size_t> m_textColumns;
   std::unique_ptr<unsigned char[]> m_bytes;
   std::size_t m_capacity = 0;
   std::size_t m_used = 0;

@@ -179,6 +179,13 @@ TEST(ReadCsv, textAfterTheInferredRowsOfANumberColumn) {
             "a:F");
 }
 
+TEST(ReadCsv, ofSeveralBadFieldsTheFirstInTheFileIsTold) {
+  const std::string good = "a,b,c\n" + repeated("1,2,3\n", 10500);
+  const std::string bad = "1,2,x\n1,y,3\nz,2,3\n";
+  expectFailure(ReadCsvRun(good + bad), {"line 10502, column 'c': 'x' is not a number"});
+  expectFailure(ReadCsvRun(good + "1,y,x\n" + bad), {"line 10502, column 'b': 'y' is not a number"});
+}
+
 TEST(ReadCsv, recordsLongerThanTheReadersBlock) {
   const std::string longText = repeated("0123456789\n", 600000);
   const ReadCsvRun run("a,b\n1,x\n2,\"" + longText + "\"\n" + repeated("3,y\n", 300000) + "4,\"" +
