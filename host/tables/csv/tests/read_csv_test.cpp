@@ -183,7 +183,8 @@ TEST(ReadCsv, ofSeveralBadFieldsTheFirstInTheFileIsTold) {
   const std::string good = "a,b,c\n" + repeated("1,2,3\n", 10500);
   const std::string bad = "1,2,x\n1,y,3\nz,2,3\n";
   expectFailure(ReadCsvRun(good + bad), {"line 10502, column 'c': 'x' is not a number"});
-  expectFailure(ReadCsvRun(good + "1,y,x\n" + bad), {"line 10502, column 'b': 'y' is not a number"});
+  expectFailure(ReadCsvRun(good + "1,y,x\n" + bad),
+                {"line 10502, column 'b': 'y' is not a number"});
 }
 
 TEST(ReadCsv, recordsLongerThanTheReadersBlock) {
@@ -235,8 +236,9 @@ TEST(ReadCsv, pipesAreReadOnce) {
   };
   const std::string rows = repeated("1,\"x\ny\"\n", 300000);
   EXPECT_EQ(read("a,b\n" + rows), std::pair(std::size_t{300000}, Strings{}));
-  EXPECT_EQ(read("a,b\n" + rows + "2,\"z").second,
-            Strings{"error: file '" + path + "', line 600002: the quote opened here is never closed."});
+  EXPECT_EQ(
+      read("a,b\n" + rows + "2,\"z").second,
+      Strings{"error: file '" + path + "', line 600002: the quote opened here is never closed."});
 }
 
 TEST(ReadCsv, aRunMayEndInTheMiddle) {
