@@ -43,8 +43,7 @@ bool OutputFiles::canHold(const OneRow& columns, const QString& file) const {
 }
 
 OutputFiles::Writer OutputFiles::open(const QString& file) {
-  if (m_settings.checkNameCollision &&
-      !m_names.claim(m_action.globalParameters(), nameForClaim(file))) {
+  if (m_settings.checkNameCollision && !claimFiles(m_names, m_action.globalParameters(), file)) {
     logError(QString::fromLatin1(messages::kNameTaken).arg(file));
     return nullptr;
   }
@@ -121,8 +120,11 @@ void OutputFiles::report(const WriteFailure& failure, const QString& file) const
 }
 
 QString nameForClaim(const QString& file) {
-  const QString path = QDir::cleanPath(QFileInfo(file).absoluteFilePath());
-  return QString::fromStdString(sideFileName(path.toStdString(), 0));
+  return QString::fromStdString(sideFileName(ClaimedNames::nameOf(file).toStdString(), 0));
+}
+
+bool claimFiles(ClaimedNames& names, const GlobalParameters* graph, const QString& file) {
+  return names.claim(graph, nameForClaim(file)) && names.claim(graph, ClaimedNames::nameOf(file));
 }
 
 }  // namespace kelvarin

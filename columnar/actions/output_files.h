@@ -7,10 +7,10 @@
 
 #include <memory>
 
-#include "columnar/actions/claimed_names.h"
 #include "columnar/actions/waiting.h"
 #include "columnar/actions/write_settings.h"
 #include "columnar/writer/columnar_hd_writer.h"
+#include "host/contract/claimed_names.h"
 
 namespace kelvarin {
 
@@ -57,5 +57,9 @@ class OutputFiles {
 // The same for main files that cannot be side by side: they are one, as far as their text tells, or
 // have the same side files.
 QString nameForClaim(const QString& file);
+
+// Claims the file and its side files; false when another action of the graph writes one of them.
+[[nodiscard]] bool claimFiles(ClaimedNames& names, const GlobalParameters* graph,
+                              const QString& file);
 
 }  // namespace kelvarin

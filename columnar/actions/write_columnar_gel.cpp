@@ -111,8 +111,10 @@ bool WriteColumnarGel::claimFile() {
   }
   // Two splits of one name would meet in the names they make of it.
   const bool isSplit = m_settings.splitKind() != WriteColumnarSettings::Split::none;
-  const QString name = isSplit ? nameForClaim(file) + QChar(u'\0') : nameForClaim(file);
-  if (!m_names.claim(globalParameters(), name)) {
+  const bool isClaimed = isSplit
+                             ? m_names.claim(globalParameters(), nameForClaim(file) + QChar(u'\0'))
+                             : claimFiles(m_names, globalParameters(), file);
+  if (!isClaimed) {
     MainUI::addLog(LogLevel::error, QString::fromLatin1(messages::kNameTaken).arg(file));
     return false;
   }

@@ -7,10 +7,10 @@
 #include <memory>
 
 #include "actions/frame/catalogued.h"
-#include "columnar/actions/claimed_names.h"
 #include "columnar/actions/columnar_write.h"
 #include "columnar/actions/write_settings.h"
 #include "host/contract/action_item.h"
+#include "host/contract/claimed_names.h"
 
 namespace kelvarin {
 

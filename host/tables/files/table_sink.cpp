@@ -1,5 +1,7 @@
 #include "host/tables/files/table_sink.h"
 
+#include <QFileInfo>
+
 #include "host/contract/main_ui.h"
 #include "host/tables/messages.h"
 
@@ -37,15 +39,30 @@ char TableSink::init() {
     endWithError(table_messages::noFileGiven(QLatin1String(typeName())));
     return 1;
   }
+  const QString file = expandedFile();
   Status<QString> status = checkSettings();
   if (status) {
-    status = m_output.open(expandedFile());
+    status = claimFile(file);
+  }
+  if (status) {
+    status = m_output.open(file);
   }
   if (!status) {
     endWithError(status.error());
     return 1;
   }
   return 0;
+}
+
+// Devices and pipes may be shared, and so may standard output.
+Status<QString> TableSink::claimFile(const QString& file) {
+  m_names.giveBack();
+  const QFileInfo present(file);
+  const bool isShared = file == QLatin1String("-") || (present.exists() && !present.isFile());
+  if (!isShared && !m_names.claim(globalParameters(), ClaimedNames::nameOf(file))) {
+    return Failure{table_messages::writtenTwice(file)};
+  }
+  return Done{};
 }
 
 char TableSink::close() {
@@ -58,6 +75,7 @@ char TableSink::close() {
     }
   }
   m_output.discard();
+  m_names.giveBack();
   release();
   return result;
 }

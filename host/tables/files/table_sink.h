@@ -9,6 +9,7 @@
 
 #include <optional>
 
+#include "host/contract/claimed_names.h"
 #include "host/contract/columns_in_hand.h"
 #include "host/tables/files/output_file.h"
 #include "host/tables/files/write_behind.h"
@@ -52,8 +53,10 @@ class TableSink : public ActionItem {
   bool endOfInput();
   bool endWithError(const QString& text);
   bool hasRunEndedNormally() const;
+  Status<QString> claimFile(const QString& file);
 
   QString m_file;
+  ClaimedNames m_names;
   OutputFile m_output;
   std::unique_ptr<WriteBehind> m_behind;
   std::optional<ColumnsInHand> m_columns;

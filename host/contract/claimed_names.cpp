@@ -1,7 +1,9 @@
-#include "columnar/actions/claimed_names.h"
+#include "host/contract/claimed_names.h"
 
 #include <mutex>
 
+#include <QDir>
+#include <QFileInfo>
 #include <QSet>
 
 namespace kelvarin {
@@ -47,6 +49,10 @@ void ClaimedNames::giveBack() {
     claims.names.remove(entryOf(m_graph, name));
   }
   m_names.clear();
+}
+
+QString ClaimedNames::nameOf(const QString& path) {
+  return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
 }
 
 }  // namespace kelvarin
