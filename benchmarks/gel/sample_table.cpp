@@ -10,24 +10,13 @@ namespace {
 constexpr std::size_t kCacheLine = 64;
 constexpr std::size_t kLinesInPage = 64;
 
-std::size_t stepOf(MetaTypeColumn type) {
-  switch (type) {
-    case MetaTypeColumn::number:
-      return sizeof(double);
-    case MetaTypeColumn::key:
-      return sizeof(std::uint32_t);
-    default:
-      return 0;
-  }
-}
-
 }  // namespace
 
 SampleColumn::SampleColumn(std::string name, MetaTypeColumn type, std::size_t place)
     : m_name(std::move(name)),
       m_type(type),
       m_begin(place % kLinesInPage * kCacheLine),
-      m_step(stepOf(type)),
+      m_step(fixedSizeOf(type)),
       m_bytes(m_begin) {}
 
 void SampleColumn::addText(std::string_view text) {

@@ -2,26 +2,11 @@
 
 namespace kelvarin {
 
-namespace {
-
-std::size_t stepOf(MetaTypeColumn type) {
-  switch (type) {
-    case MetaTypeColumn::number:
-      return sizeof(double);
-    case MetaTypeColumn::key:
-      return sizeof(std::uint32_t);
-    default:
-      return 0;
-  }
-}
-
-}  // namespace
-
 void DecodedBlock::setColumns(const std::vector<MetaTypeColumn>& types) {
   m_columns.clear();
   m_cursors.assign(types.size(), Cursor{});
   for (std::size_t i = 0; i < types.size(); ++i) {
-    m_cursors[i].step = stepOf(types[i]);
+    m_cursors[i].step = fixedSizeOf(types[i]);
   }
   m_rowsLeft = 0;
 }

@@ -55,16 +55,22 @@ inline std::string_view textFromBytes(const unsigned char* bytes) {
   return {reinterpret_cast<const char*>(bytes) + 4, lengthFromBytes(bytes)};
 }
 
-// The size of a value whose pointer is not null.
-inline std::size_t sizeOfValue(MetaTypeColumn type, const unsigned char* bytes) {
+// Of every value of the type; 0 where each has its own size.
+constexpr std::size_t fixedSizeOf(MetaTypeColumn type) {
   switch (type) {
     case MetaTypeColumn::number:
       return sizeof(double);
     case MetaTypeColumn::key:
       return sizeof(std::uint32_t);
     default:
-      return 4 + textFromBytes(bytes).size();
+      return 0;
   }
+}
+
+// The size of a value whose pointer is not null.
+inline std::size_t sizeOfValue(MetaTypeColumn type, const unsigned char* bytes) {
+  const std::size_t fixed = fixedSizeOf(type);
+  return fixed != 0 ? fixed : 4 + textFromBytes(bytes).size();
 }
 
 }  // namespace kelvarin
