@@ -4,22 +4,14 @@
 #include <numeric>
 
 #include "expression/evaluator/key_cast.h"
+#include "host/contract/rows_at_once.h"
 
 namespace kelvarin {
 
 namespace {
 
-// Rows that stay in the processor's nearer caches until they have been handed on; with many columns
-// fewer, so that memory stays bounded.
-constexpr std::size_t kMostRows = 1024;
-constexpr std::size_t kLeastRoom = 64;
-constexpr std::size_t kMostNumbers = 128 * 1024;
 // Below, the preparations cost more than they save.
 constexpr std::size_t kLeastRows = 8;
-
-std::size_t rowsAtOnce(std::size_t columns) {
-  return std::clamp(kMostNumbers / columns, kLeastRoom, kMostRows);
-}
 
 }  // namespace
 
@@ -127,9 +119,8 @@ const double* ColumnEvaluation::numbersOfKeys(Variable& variable, const RowsAhea
   if (keys == nullptr) {
     return nullptr;
   }
-  std::transform(keys, keys + count, variable.numbers.data(), [&](std::uint32_t key) {
-    return isNullKey(key) ? variable.source.ofNull : key;
-  });
+  std::transform(keys, keys + count, variable.numbers.data(),
+                 [&](std::uint32_t key) { return isNullKey(key) ? variable.source.ofNull : key; });
   return variable.numbers.data();
 }
 

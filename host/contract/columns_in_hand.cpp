@@ -2,22 +2,19 @@
 
 #include <algorithm>
 
+#include "host/contract/rows_at_once.h"
+
 namespace kelvarin {
 
 namespace {
 
-// Rows whose values stay in the processor's nearer caches; with many columns fewer, so that memory
-// stays bounded.
-constexpr std::size_t kMostRows = 1024;
-constexpr std::size_t kLeastRoom = 64;
-constexpr std::size_t kMostValues = 128 * 1024;
 // Below, rows are as quick one by one.
 constexpr std::size_t kLeastRows = 4;
 
 }  // namespace
 
 ColumnsInHand::ColumnsInHand(const std::vector<MetaTypeColumn>& types)
-    : m_mostRows(std::clamp(kMostValues / (types.size() + 1), kLeastRoom, kMostRows)) {
+    : m_mostRows(rowsAtOnce(types.size() + 1)) {
   for (const MetaTypeColumn type : types) {
     m_columns.push_back({.type = type});
   }
