@@ -93,7 +93,7 @@ Attempt OutputTable::open(const std::function<bool(const QString& name)>& openWr
   if (isForeignFile(m_file)) {
     MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kForeignFile).arg(m_file));
   }
-  const bool isFree = removeTable(replacementFile(m_path)) &&
+  const bool isFree = removeUnfinishedTable(replacementFile(m_path)) &&
                       (m_isReplacedAtEnd || !isSomethingThere(m_path) || removeTable(m_path));
   if (!isFree) {
     return Attempt::inUse;
@@ -135,7 +135,7 @@ void OutputTable::discard() {
   const FolderLock folder(m_path);
   releaseLock();
   if (!isBeingWritten(m_writtenPath)) {
-    (void)removeTable(m_writtenPath);
+    (void)removeUnfinishedTable(m_writtenPath);
   }
 }
 
@@ -158,7 +158,7 @@ Attempt removePreviousTable(ActionItem& action, const QString& file) {
   if (isInUse(path)) {
     return Attempt::inUse;
   }
-  const bool isGone = removeTable(replacementFile(path)) &&
+  const bool isGone = removeUnfinishedTable(replacementFile(path)) &&
                       (!isSomethingThere(path) || removeTable(path));
   return isGone ? Attempt::done : Attempt::inUse;
 }

@@ -12,6 +12,7 @@
 #include "base/file_lock.h"
 #include "columnar/format/file_header.h"
 #include "columnar/format/file_names.h"
+#include "columnar/format/metadata_block.h"
 
 namespace kelvarin {
 
@@ -40,16 +41,6 @@ class OpenedFile {
   const int m_descriptor;
 };
 
-template <typename Visit>
-void forEachNameBeside(const std::string& file, Visit visit) {
-  const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir(folderOf(file).c_str()), &::closedir);
-  while (const dirent* entry = folder ? ::readdir(folder.get()) : nullptr) {
-    if (!visit(std::string(entry->d_name))) {
-      return;
-    }
-  }
-}
-
 }  // namespace
 
 bool isColumnarFile(const std::string& path) {
@@ -75,32 +66,37 @@ bool isBeingWritten(const std::string& mainFile) {
   return file.isRegular() && isFileLockedElsewhere(file.descriptor());
 }
 
+// Asked for by name: a folder may hold many other files.
 std::vector<std::string> sideFileNamesOf(const std::string& mainFile) {
   const std::string main(nameWithoutFolder(mainFile));
+  const std::string folder = folderOf(mainFile);
   std::vector<std::string> names;
-  forEachNameBeside(mainFile, [&](std::string name) {
-    if (isSideFileName(main, name)) {
+  for (int set = 0; set < kMaximumColumnSets; ++set) {
+    std::string name = sideFileName(main, set);
+    if (isSomethingThere(folder + name)) {
       names.push_back(std::move(name));
     }
-    return true;
-  });
+  }
   return names;
 }
 
 std::string tableSharingSideFiles(const std::string& mainFile) {
+  if (sideFileNamesOf(mainFile).empty()) {
+    return {};
+  }
   const std::string main(nameWithoutFolder(mainFile));
   const std::string folder = folderOf(mainFile);
   const std::string sideFile = sideFileName(main, 0);
   const std::string_view stem = stemOfMainFile(main);
-  std::string found;
-  forEachNameBeside(mainFile, [&](const std::string& name) {
+  const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(folder.c_str()), &::closedir);
+  while (const dirent* entry = entries ? ::readdir(entries.get()) : nullptr) {
+    const std::string name(entry->d_name);
     const bool isOther = name != main && name.starts_with(stem) && sideFileName(name, 0) == sideFile;
     if (isOther && isColumnarFile(folder + name)) {
-      found = folder + name;
+      return folder + name;
     }
-    return found.empty();
-  });
-  return found;
+  }
+  return {};
 }
 
 bool removeTable(const std::string& mainFile) {
@@ -109,6 +105,14 @@ bool removeTable(const std::string& mainFile) {
   }
   removeSideFiles(mainFile);
   return true;
+}
+
+bool removeUnfinishedTable(const std::string& mainFile) {
+  if (!isSomethingThere(mainFile)) {
+    return true;
+  }
+  removeSideFiles(mainFile);
+  return ::unlink(mainFile.c_str()) == 0 || errno == ENOENT;
 }
 
 void removeSideFiles(const std::string& mainFile) {

@@ -27,6 +27,8 @@ std::string tableSharingSideFiles(const std::string& mainFile);
 
 // The main file and then its side files. False: the main file stays, and so do the others.
 [[nodiscard]] bool removeTable(const std::string& mainFile);
+// The other way round, so that nothing is left when it is cut short: a table that nobody misses.
+[[nodiscard]] bool removeUnfinishedTable(const std::string& mainFile);
 void removeSideFiles(const std::string& mainFile);
 
 }  // namespace kelvarin

@@ -86,7 +86,8 @@ std::vector<Key> keysOf(const UsedFile& file) {
   if (isStandardOutput(file.path)) {
     return {{QStringLiteral("-")}};
   }
-  const fs::path path = fs::absolute(QFile::encodeName(file.path).toStdString());
+  std::error_code error;
+  const fs::path path = fs::absolute(QFile::encodeName(file.path).toStdString(), error);
   std::vector<Key> keys;
   struct stat status {};
   if (::stat(path.c_str(), &status) == 0) {

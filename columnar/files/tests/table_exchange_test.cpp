@@ -164,7 +164,7 @@ TEST_F(TableExchangeTest, AKillAtAnyCallLeavesTheOldTableOrTheNewOne) {
         ASSERT_EQ(finishExchangeBeforeReading(main()), OpenExchange::none);
         Contents now = contents();
         if (!isCommitted) {  // what the next writer removes
-          EXPECT_TRUE(removeTable(replacementFile(main())));
+          EXPECT_TRUE(removeUnfinishedTable(replacementFile(main())));
           now = contents();
         }
         EXPECT_EQ(now, isCommitted ? tableOf("new", newSets) : old) << calls << ' ' << callsOfNext;
@@ -218,10 +218,11 @@ TEST_F(TableExchangeTest, FilesOfTablesAreToldApart) {
   put("x.2023", magic);
   put("x.2024", "anything");
   put("xx.2024", magic);
+  EXPECT_EQ(tableSharingSideFiles(path("x.2024")), "");  // there are none to share
+  put("x.000.cs", "");
   EXPECT_EQ(tableSharingSideFiles(path("x.2024")), path("x.2023"));
   EXPECT_EQ(tableSharingSideFiles(path("x.2023")), "");
   EXPECT_EQ(tableSharingSideFiles(path("x.cgel_kelvarin")), "");  // another ending
-  put("x.000.cs", "");
   put("x.0000.cs", "");
   put("x.000.cs_kelvarin", "");
   EXPECT_EQ(sideFileNamesOf(path("x.2023")), std::vector<std::string>{"x.000.cs"});
