@@ -35,11 +35,13 @@ class FilesTest(ProgramTest):
                               (csv % ("a", "d/o.csv"), csv % ("b", "d/../l/./o.csv")),
                               (csv % ("a", "link.csv"), csv % ("b", "d/o.csv")),
                               (csv % ("a", "d/hard.csv"), csv % ("b", "hard2.csv")),
+                              (csv % ("a", "d/hard.csv"), gel % ("b", "d/hard.csv")),
                               (gel % ("a", "d/o.cgel_kelvarin"), csv % ("b", "l/o.007.cs_kelvarin")),
                               (gel % ("a", "l/o.x"), gel % ("b", "d/o.y"))):
             self.refuse(SOURCE + first + second, "The actions 'a' and 'b' write the same file: '")
-        self.write("g.kelvarin", graph(SOURCE + csv % ("a", "d/o.000.cs") + csv % ("b", "d/o.001.cs"), ("in a", "in b")))
-        self.kelvarin("run", "g.kelvarin")
+        for first, second in (("d/o.000.cs", "d/o.001.cs"), ("/dev/null", "/dev/null")):
+            self.write("g.kelvarin", graph(SOURCE + csv % ("a", first) + csv % ("b", second), ("in a", "in b")))
+            self.kelvarin("run", "g.kelvarin")
 
     def test_an_output_never_replaces_a_source_of_its_graph(self):
         self.make_input()
