@@ -49,6 +49,16 @@ Attempt settleExchange(ActionItem& action, const QString& file) {
   return Attempt::failed;
 }
 
+// Removing the table at `file` would take away the side files of another one.
+bool isRefusedForAnother(ActionItem& action, const QString& file) {
+  const std::string other = tableSharingSideFiles(systemPath(file));
+  if (!other.empty()) {
+    logErrorOf(action,
+               QString::fromLatin1(messages::kSideFilesOfAnother).arg(file, shownPath(other)));
+  }
+  return !other.empty();
+}
+
 bool isInUse(const std::string& path) {
   return !isReplaceable(path) || isBeingWritten(path) || isBeingWritten(replacementFile(path));
 }
@@ -85,9 +95,7 @@ Attempt OutputTable::open(const std::function<bool(const QString& name)>& openWr
   if (isInUse(m_path)) {
     return Attempt::inUse;
   }
-  if (const std::string other = tableSharingSideFiles(m_path); !other.empty()) {
-    logErrorOf(m_action,
-               QString::fromLatin1(messages::kSideFilesOfAnother).arg(m_file, shownPath(other)));
+  if (isRefusedForAnother(m_action, m_file)) {
     return Attempt::failed;
   }
   if (isForeignFile(m_file)) {
@@ -157,6 +165,9 @@ Attempt removePreviousTable(ActionItem& action, const QString& file) {
   }
   if (isInUse(path)) {
     return Attempt::inUse;
+  }
+  if (isSomethingThere(path) && isRefusedForAnother(action, file)) {
+    return Attempt::failed;
   }
   const bool isGone = removeUnfinishedTable(replacementFile(path)) &&
                       (!isSomethingThere(path) || removeTable(path));

@@ -120,6 +120,17 @@ bool carryOut(const std::string& mainFile, const ExchangeJournal& journal) {
   return synchronizeFolderOf(mainFile);
 }
 
+// The new files are for whom the old table was. File systems without permissions refuse.
+void takePermissions(const std::string& mainFile, const ExchangeJournal& journal) {
+  struct stat status {};
+  if (::lstat(mainFile.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+    return;
+  }
+  for (const auto& move : journal.moves) {
+    (void)::chmod((folderOf(mainFile) + move.first).c_str(), status.st_mode & 0777);
+  }
+}
+
 // What is left of a journal that never appeared.
 void removeJournalPart(const std::string& mainFile) {
   ::unlink((journalFile(mainFile) + ".part").c_str());
@@ -181,6 +192,7 @@ bool exchangeTable(const std::string& mainFile) {
       return false;
     }
   }
+  takePermissions(mainFile, journal);
   return synchronizeFolderOf(mainFile) && writeJournal(mainFile, journal) &&
          carryOut(mainFile, journal);
 }

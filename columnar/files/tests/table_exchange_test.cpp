@@ -189,6 +189,15 @@ TEST_F(TableExchangeTest, AFolderThatCannotBeChangedIsReadAsItStands) {
   EXPECT_EQ(readInPlace(2), tableOf("new", 2));
 }
 
+TEST_F(TableExchangeTest, TheNewTableIsForWhomTheOldOneWas) {
+  makeTables(true, 1, 2);
+  ASSERT_EQ(::chmod(main().c_str(), 0640), 0);
+  ASSERT_TRUE(exchangeTable(main()));
+  for (const char* name : {"t.cgel_kelvarin", "t.000.cs_kelvarin", "t.001.cs_kelvarin"}) {
+    EXPECT_EQ(fs::status(path(name)).permissions(), fs::perms(0640)) << name;
+  }
+}
+
 TEST_F(TableExchangeTest, ADamagedJournalIsNeverFollowed) {
   ExchangeJournal journal;
   journal.removed = {"t.001.cs_kelvarin"};
