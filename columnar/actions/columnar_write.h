@@ -57,7 +57,7 @@ class ColumnarWrite {
   Write m_write = nullptr;
   std::optional<ColumnsInHand> m_rowsTogether;  // where all rows go into one file
 
-  Table m_table;    // the file of the current rows, but see m_openSplits
+  Table m_table;      // the file of the current rows, but see m_openSplits
   int m_segment = 0;  // the next one, when splitting by size
   int m_splitColumn = -1;
   bool m_isSortedOnSplit = false;

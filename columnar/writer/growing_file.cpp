@@ -62,6 +62,27 @@ int openAndLock(const char* name) {
   }
 }
 
+// The same; also a side file can be another table's that is being written.
+int createAndLock(const char* name) {
+  const int previous = ::open(name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+  if (previous >= 0) {
+    const bool isBusy = isFileLockedElsewhere(previous);
+    ::close(previous);
+    if (isBusy) {
+      errno = EBUSY;
+      return -1;
+    }
+  }
+  ::unlink(name);
+  const int descriptor = ::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  if (descriptor >= 0 && !takeFileLock(descriptor)) {
+    ::close(descriptor);
+    errno = EBUSY;
+    return -1;
+  }
+  return descriptor;
+}
+
 }  // namespace
 
 template <typename Open>
@@ -87,10 +108,7 @@ Status<QString> GrowingFile::openLocked(const QString& path) {
 }
 
 Status<QString> GrowingFile::openNew(const QString& path) {
-  return openWith(path, [](const char* name) {
-    ::unlink(name);
-    return ::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-  });
+  return openWith(path, createAndLock);
 }
 
 int GrowingFile::duplicateDescriptor() const {
