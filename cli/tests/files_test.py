@@ -20,6 +20,10 @@ class FilesTest(ProgramTest):
                 self.assertIn(text, stderr, command)
         self.assertEqual({name: os.lstat(self.path(name)).st_size for name in self.files()}, before)
 
+    def bytes_of(self, name):
+        with open(self.path(name), "rb") as file:
+            return file.read()
+
     def make_input(self):
         self.write("in.csv", "a,b\n" + "".join(f"{i},text {i}\n" for i in range(1000)))
 
@@ -114,6 +118,18 @@ class FilesTest(ProgramTest):
         self.assertIn("y.2023' has side files of the same names", self.kelvarin("run", "g.kelvarin", status=1).stderr)
         self.kelvarin("gel", "export", "y.2023", "back.csv")
         self.assertEqual(self.read("back.csv"), self.read("a.csv"))
+
+    def test_a_damaged_list_of_an_exchange_is_told_and_nothing_is_touched(self):
+        self.make_input()
+        self.kelvarin("gel", "import", "in.csv", "t")
+        self.write(".t.cgel_kelvarin.exchange", "GLGJ and nonsense")
+        self.write("read.kelvarin", graph("<ReadColumnarGel name='in' fileName='t.cgel_kelvarin'/><Discard name='out'/>",
+                                          ("in out",)))
+        before = {name: self.bytes_of(name) for name in self.files()}
+        for arguments in (["gel", "info", "t.cgel_kelvarin"], ["gel", "import", "in.csv", "t"], ["run", "read.kelvarin"]):
+            stderr = self.kelvarin(*arguments, status=1).stderr
+            self.assertIn(".t.cgel_kelvarin.exchange', is damaged.", stderr)
+        self.assertEqual({name: self.bytes_of(name) for name in self.files()}, before)
 
     def test_the_name_of_the_folder_makes_no_difference(self):
         self.make_input()
