@@ -22,9 +22,9 @@ class OutputTable {
   ColumnarHDWriter& writer() { return m_writer; }
   const QString& file() const { return m_file; }
 
-  // Makes the place free and opens the writer by `openWriter`, which gets the name to open.
+  // Removes what is in the way and opens the writer by `openWriter`, which gets the name to open.
   Attempt open(const std::function<bool(const QString& name)>& openWriter);
-  // Finishes the file with the run's state. False: the writer tells its failure.
+  // Finishes the file with the run's state. False: the writer has the failure.
   [[nodiscard]] bool finish(GlobalParameters::RunningState state);
   // After finish(): a table that is whole takes its place.
   Attempt takePlace();

@@ -3,7 +3,7 @@
 //
 // Paths are bytes as the system takes them. Used by: the writing action, table_exchange.h.
 // Threads: any; callers that change anything hold the FolderLock.
-// Errors: false or empty; errno says why where a caller tells.
+// Errors: false or empty; errno says why.
 #pragma once
 
 #include <string>

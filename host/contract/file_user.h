@@ -1,4 +1,4 @@
-// What an action tells about the files that it reads or writes, before any of them is touched.
+// What an action announces about the files that it reads or writes, before any of them is touched.
 //
 // Only what its settings name; names that come with the rows are claimed when they are known, see
 // claimed_names.h. An action that works with files derives from this beside ActionItem.

@@ -60,7 +60,7 @@ RunResult checkGraph(Graph& graph, RunRecord& record, const ExecutionOptions& op
   const auto start = std::chrono::steady_clock::now();
   RecordingServices services;
   tellWarnings(graph);
-  tellWarningsAboutFiles(graph);
+  reportFileWarnings(graph);
   if (!checkUsedFiles(graph)) {
     record.fail();
   }

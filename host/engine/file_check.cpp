@@ -27,7 +27,7 @@ bool checkUsedFiles(const Graph& graph) {
   return areFree;
 }
 
-void tellWarningsAboutFiles(const Graph& graph) {
+void reportFileWarnings(const Graph& graph) {
   for (const GraphAction& action : graph.actions) {
     if (const auto* user = dynamic_cast<const FileUser*>(action.item.get())) {
       const CurrentAction current(action.item.get());

@@ -13,6 +13,6 @@ namespace kelvarin {
 [[nodiscard]] bool checkUsedFiles(const Graph& graph);
 // What would happen to files that are there now; for a check, since the actions of a run say it
 // themselves.
-void tellWarningsAboutFiles(const Graph& graph);
+void reportFileWarnings(const Graph& graph);
 
 }  // namespace kelvarin
