@@ -51,9 +51,9 @@ extern "C" int linkat(int fromFolder, const char* from, int toFolder, const char
   countCall();
   return static_cast<int>(::syscall(SYS_linkat, fromFolder, from, toFolder, to, flags));
 }
-extern "C" int fsync(int descriptor) {
+extern "C" int fsync(int) {
   countCall();
-  return static_cast<int>(::syscall(SYS_fsync, descriptor));
+  return 0;  // a killed process loses nothing that is not on the disk
 }
 
 namespace kelvarin {
