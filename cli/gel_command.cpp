@@ -42,6 +42,10 @@ QString textAbout(const std::string& path, OpenFailure::Problem problem) {
   if (problem == OpenFailure::Problem::cannotOpen) {
     return QString::fromLatin1(gel_messages::kCannotOpen).arg(name, reasonNotOpened(name));
   }
+  if (problem == OpenFailure::Problem::exchangeDamaged) {
+    return QString::fromLatin1(gel_messages::kJournalDamaged)
+        .arg(name, QString::fromStdString(journalFile(path)));
+  }
   const QString mainFile = mainFileOf(path);
   return mainFile.isEmpty() ? QString::fromLatin1(gel_messages::kNotAGelFile).arg(name)
                             : QString::fromLatin1(gel_messages::kSideFileGiven).arg(name, mainFile);

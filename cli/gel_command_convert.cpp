@@ -14,6 +14,8 @@
 #include "cli/messages.h"
 #include "cli/program_services.h"
 #include "cli/progress_line.h"
+#include "columnar/files/table_files.h"
+#include "columnar/format/file_names.h"
 #include "host/engine/graph_reader.h"
 #include "host/engine/run_graph.h"
 
@@ -65,6 +67,16 @@ const FileKind* kindOfTable(const Conversion& conversion) {
                  : kindOfFile(conversion.isExport ? conversion.output : conversion.input);
 }
 
+// With the extension of main files, which keeps side files of different tables apart, unless there is
+// a table of that very name.
+std::string nameOfTable(const std::string& path) {
+  const bool isNamedSo =
+      QString::fromStdString(path).endsWith(QLatin1String(kMainFileExtension),
+                                            Qt::CaseInsensitive) ||
+      isColumnarFile(path);
+  return isNamedSo ? path : path + std::string(kMainFileExtension);
+}
+
 // Most likely the names have been swapped, and a table would be lost.
 bool isForAnotherKind(const Conversion& conversion) {
   return !conversion.isExport && kindOfFile(conversion.output) != nullptr;
@@ -92,7 +104,7 @@ QByteArray graphOf(const Conversion& conversion, const FileKind& other) {
                 .arg(conversion.readsDamaged
                          ? QStringLiteral("readIncompleteFile='1' skipCorruptedBlocks='1'")
                          : QString())
-          : QStringLiteral("<writeColumnarGel name='output' file='${output}'/>");
+          : QStringLiteral("<writeColumnarGel name='output' file='${output}' replaceAtEnd='1'/>");
   return QStringLiteral(
              "<KelvarinGraph version='1.0'><Parameters><Parameter name='input' value=''/>"
              "<Parameter name='output' value=''/></Parameters><Actions>%1%2</Actions>"
@@ -154,7 +166,7 @@ ExitStatus run(Graph& graph, const Conversion& conversion, Console& console) {
   return ExitStatus::done;
 }
 
-ExitStatus convert(const Conversion& conversion) {
+ExitStatus convert(Conversion conversion) {
   Console console(conversion.isQuiet);
   const FileKind* kind = kindOfTable(conversion);
   if (kind == nullptr) {
@@ -167,6 +179,9 @@ ExitStatus convert(const Conversion& conversion) {
     console.writeLog(LogLevel::error, QString::fromLatin1(gel_messages::kNameOfAnotherKind)
                                           .arg(QString::fromStdString(conversion.output)));
     return ExitStatus::wrongUsage;
+  }
+  if (!conversion.isExport) {
+    conversion.output = nameOfTable(conversion.output);
   }
   if (isOneFile(conversion)) {
     console.writeLog(
@@ -226,7 +241,11 @@ void addGelConversions(CLI::App& gel, ChosenCommand& chosen) {
   command->add_option("IN", imported->input, "its extension says what it is")
       ->required()
       ->type_name("");
-  command->add_option("FILE", imported->output, "the main file")->required()->type_name("");
+  command
+      ->add_option("FILE", imported->output,
+                   "the main file; .cgel_kelvarin is appended where it is missing")
+      ->required()
+      ->type_name("");
   command->footer("Example:\n  kelvarin gel import sales.csv sales.cgel_kelvarin");
   addConversion(*command, imported, chosen);
 }

@@ -11,6 +11,9 @@ inline constexpr char kSideFileGiven[] =
     "'%1' holds columns of a table. Give the main file instead, which is '%2'.";
 inline constexpr char kNotAGelFile[] =
     "Cannot read '%1': it is no columnar file, or its header or column list is damaged.";
+inline constexpr char kJournalDamaged[] =
+    "Cannot read '%1': a new table was taking its place, and the list of what is left to do, '%2', "
+    "is damaged. Import the table anew.";
 inline constexpr char kCannotOpenSide[] =
     "Cannot open the column-set file '%1'. It belongs beside the main file.";
 inline constexpr char kIncomplete[] =

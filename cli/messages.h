@@ -28,6 +28,9 @@ inline constexpr char kDiskStillFull[] =
     "The disk was still full after %1 seconds; the run stops. File: '%2'.";
 
 inline constexpr char kPlaceOfError[] = "%1:%2:%3: in the action '%4' (%5)";
+inline constexpr char kRowsBesideJson[] =
+    "The action '%1' writes its rows to standard output, where --json puts its object. Let it write "
+    "to a file, or run without --json.";
 inline constexpr char kUnknownCommand[] = "There is no command '%1'.";
 inline constexpr char kOutputLost[] = "Standard output cannot be written: %1.";
 inline constexpr char kInterrupted[] =

@@ -2,7 +2,10 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/graph_session.h"
+#include "cli/messages.h"
 #include "cli/run_report.h"
+#include "host/contract/claimed_names.h"
+#include "host/contract/main_ui.h"
 
 namespace kelvarin {
 
@@ -16,13 +19,41 @@ void reportRun(const GraphArguments&, const RunResult& result, Console& console)
 
 }  // namespace
 
+// The rows of a sink and the JSON object would mix.
+const GraphAction* sinkOnStandardOutput(const Graph& graph) {
+  for (const GraphAction& action : graph.actions) {
+    if (const auto* user = dynamic_cast<const FileUser*>(action.item.get())) {
+      for (const UsedFile& file : user->usedFiles()) {
+        if (file.use == FileUse::writes && isStandardOutput(file.path)) {
+          return &action;
+        }
+      }
+    }
+  }
+  return nullptr;
+}
+
+RunResult runBesideJson(Graph& graph, RunRecord& record, const ExecutionOptions& options) {
+  const GraphAction* sink = sinkOnStandardOutput(graph);
+  if (sink == nullptr) {
+    return runGraph(graph, record, options);
+  }
+  const QString text = QString::fromLatin1(program_messages::kRowsBesideJson).arg(sink->name);
+  MainUI::addLog(LogLevel::error, text);
+  RunResult result;
+  result.log.push_back({LogLevel::error, sink->name, text});
+  return result;
+}
+
 void addRunCommand(CLI::App& program, ChosenCommand& chosen) {
   auto arguments = std::make_shared<GraphArguments>();
   CLI::App* command = program.add_subcommand("run", "Run a graph");
   arguments->addTo(*command);
   command->footer("Example:\n  kelvarin run examples/flights/flights.kelvarin --set minDelay=60");
   command->callback([arguments, &chosen] {
-    chosen = [arguments] { return workOnGraph(*arguments, runGraph, reportRun); };
+    chosen = [arguments] {
+      return workOnGraph(*arguments, arguments->isJson ? runBesideJson : runGraph, reportRun);
+    };
   });
 }
 

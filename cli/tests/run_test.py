@@ -59,22 +59,6 @@ class RunTest(ProgramTest):
         self.kelvarin("run", "below/copy.kelvarin")
         self.assertEqual(self.read("below/out.csv"), "a\n1\n")
 
-    def test_two_actions_never_write_one_file(self):
-        self.write("in.csv", "a,b\n1,x\n2,y\n")
-        self.write("out.csv", "as before\n")
-        csv = "<WriteCSV name='{}' file='{}'/>"
-        gel = "<writeColumnarGel name='{}' file='{}'/>"
-        for first, second, expected in [
-                (csv.format("p", "out.csv"), csv.format("q", "./sub/../out.csv"), "error: The file '"),
-                (csv.format("p", "out.csv"), gel.format("q", "out.csv"), "another action of the graph"),
-                (gel.format("p", "t.cgel_kelvarin"), csv.format("q", "t.000.cs_kelvarin"), "error: The file '")]:
-            self.write("twice.kelvarin", graph("<ReadCSV name='in' file='in.csv'/>" + first + second, ["in p", "in q"]))
-            self.assertIn(expected, self.kelvarin("run", "--quiet", "twice.kelvarin", status=1).stderr)
-            self.assertEqual(self.read("out.csv"), "as before\n")
-        self.write("twice.kelvarin", graph("<ReadCSV name='in' file='in.csv'/>" + csv.format("p", "/dev/null")
-                                           + csv.format("q", "/dev/null"), ["in p", "in q"]))
-        self.kelvarin("run", "--quiet", "twice.kelvarin")
-
     def test_wrong_usage_ends_with_two_and_a_hint(self):
         for arguments in (["run"], ["fly", "x"], ["run", "g", "--speed", "1"], ["run", "g", "--set", "novalue"], []):
             result = self.kelvarin(*arguments, status=2)

@@ -4,6 +4,7 @@
 
 #include <QFile>
 
+#include "columnar/actions/claimed_tables.h"
 #include "columnar/actions/file_list.h"
 #include "columnar/actions/read_messages.h"
 #include "host/contract/main_ui.h"
@@ -27,10 +28,12 @@ std::string systemPath(const QString& path) {
 }  // namespace
 
 ColumnarRead::ColumnarRead(ActionItem& action, const ReadColumnarSettings& settings,
-                           const BlockFilter& filter, const QStringList& columnsToRead, Pause pause)
+                           const BlockFilter& filter, const QStringList& columnsToRead,
+                           ClaimedNames& names, Pause pause)
     : m_action(action),
       m_settings(settings),
       m_columnsToRead(columnsToRead),
+      m_names(names),
       m_pause(std::move(pause)),
       m_damage(settings.skipCorruptedBlocks),
       m_filter(filter) {}
@@ -52,6 +55,10 @@ bool ColumnarRead::findNames() {
     return false;
   }
   m_files = std::move(*files);
+  if (!claimFiles()) {
+    m_action.failRun();
+    return false;
+  }
   std::optional<QStringList> columns;
   if (!findColumns(columns)) {
     m_action.failRun();
@@ -59,6 +66,19 @@ bool ColumnarRead::findNames() {
   }
   m_choice.emplace(columns);
   return isRunning();
+}
+
+// All of them before the first is opened, so that no action of the graph replaces one that is still
+// to be read.
+bool ColumnarRead::claimFiles() {
+  for (const QString& name : m_files) {
+    const UsedFile file = usedTable(m_action.expandFile(name), FileUse::reads);
+    if (const auto hindrance = m_names.claim(m_action, file)) {
+      return fail(*hindrance);
+    }
+  }
+  m_names.readsAreKnown();
+  return true;
 }
 
 // In a check the rows of an input pin do not come; nothing is opened then.
@@ -168,6 +188,9 @@ ColumnarRead::Opening ColumnarRead::failToOpen(const OpenFailure& failure) {
       return Opening::skipped;
     case OpenFailure::Problem::incomplete:
       return refuse(text(messages::kIncompleteRefused, m_file));
+    case OpenFailure::Problem::exchangeDamaged:
+      return refuse(QString::fromLatin1(messages::kJournalDamaged)
+                        .arg(m_file, QFile::decodeName(journalFile(systemPath(m_file)).c_str())));
     case OpenFailure::Problem::unreadable:
       break;
   }

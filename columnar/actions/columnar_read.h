@@ -17,6 +17,7 @@
 #include "columnar/actions/waiting.h"
 #include "columnar/reader/block_reader.h"
 #include "columnar/reader/blocks_ahead.h"
+#include "host/contract/claimed_names.h"
 
 namespace kelvarin {
 
@@ -24,7 +25,7 @@ class ColumnarRead {
  public:
   // All but the last outlive this object.
   ColumnarRead(ActionItem& action, const ReadColumnarSettings& settings, const BlockFilter& filter,
-               const QStringList& columnsToRead, Pause pause);
+               const QStringList& columnsToRead, ClaimedNames& names, Pause pause);
 
   // Finds the names, opens the first file and announces its columns. False when there is nothing to
   // read: no file, or a failure.
@@ -38,6 +39,7 @@ class ColumnarRead {
   enum class Opening { opened, skipped, failed };
 
   bool findNames();
+  bool claimFiles();
   std::optional<QStringList> findFiles();
   // False: logged. Without a list all columns are read.
   bool findColumns(std::optional<QStringList>& names);
@@ -66,6 +68,7 @@ class ColumnarRead {
   ActionItem& m_action;
   const ReadColumnarSettings& m_settings;
   const QStringList& m_columnsToRead;
+  ClaimedNames& m_names;
   const Pause m_pause;
   DamagePolicy m_damage;
 

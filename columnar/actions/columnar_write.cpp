@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include <QDir>
+#include <QFileInfo>
 
 #include "columnar/actions/write_messages.h"
 #include "host/contract/main_ui.h"
@@ -164,34 +165,34 @@ bool ColumnarWrite::write(const OneRow& row) {
 }
 
 bool ColumnarWrite::writeInOneFile(const OneRow& row) {
-  if (m_writer == nullptr) [[unlikely]] {
-    m_writer = m_files->open(m_file);
-    if (m_writer == nullptr) {
+  if (m_table == nullptr) [[unlikely]] {
+    m_table = m_files->open(m_file);
+    if (m_table == nullptr) {
       return false;
     }
-    return m_files->write(m_writer, row);
+    return m_files->write(m_table, row);
   }
   const std::size_t count = m_rowsTogether ? m_rowsTogether->takeRows(m_action, 0) : 0;
-  return count == 0 ? m_files->write(m_writer, row)
-                    : m_files->write(m_writer, *m_rowsTogether, count);
+  return count == 0 ? m_files->write(m_table, row)
+                    : m_files->write(m_table, *m_rowsTogether, count);
 }
 
 // A file ends with the block at whose end the blocks before it are large enough.
 bool ColumnarWrite::writeBySize(const OneRow& row) {
-  if (m_writer == nullptr) {
-    m_writer = m_files->open(insertedBeforeExtension(m_file, segmentText(m_segment++)));
-    if (m_writer == nullptr) {
+  if (m_table == nullptr) {
+    m_table = m_files->open(insertedBeforeExtension(m_file, segmentText(m_segment++)));
+    if (m_table == nullptr) {
       return false;
     }
   }
-  if (!m_files->write(m_writer, row)) {
+  if (!m_files->write(m_table, row)) {
     return false;
   }
-  if (!m_writer->isAtBlockBegin()) [[likely]] {
+  if (!m_table->writer().isAtBlockBegin()) [[likely]] {
     return true;
   }
   const auto limit = static_cast<std::uint64_t>(std::max(m_settings.segmentSize.value, 0));
-  return m_writer->sizeBeforeLastBlock() < limit * kMebibyte || m_files->close(m_writer);
+  return m_table->writer().sizeBeforeLastBlock() < limit * kMebibyte || m_files->close(m_table);
 }
 
 bool ColumnarWrite::writeByValue(const OneRow& row) {
@@ -213,8 +214,8 @@ bool ColumnarWrite::changeSplit(const OneRow& row) {
       return true;
     }
   } else {
-    m_currentSplit = &m_writer;
-    if (!m_files->close(m_writer)) {
+    m_currentSplit = &m_table;
+    if (!m_files->close(m_table)) {
       return false;
     }
   }
@@ -241,7 +242,7 @@ std::optional<QString> ColumnarWrite::splitFile(const OneRow& row) {
     }
     file = QDir::cleanPath(QDir(m_action.globalParameters()->dataDirWrite()).filePath(*name));
   }
-  const auto known = m_splitOfFile.constFind(nameForClaim(file));
+  const auto known = m_splitOfFile.constFind(nameForSplit(file));
   if (known != m_splitOfFile.constEnd()) {
     if (known->value == *m_splitValue) {
       m_files->logError(QString::fromLatin1(messages::kSplitValueReturns).arg(file, text));
@@ -253,29 +254,34 @@ std::optional<QString> ColumnarWrite::splitFile(const OneRow& row) {
     }
     return std::nullopt;
   }
-  m_splitOfFile.insert(nameForClaim(file), {*m_splitValue, shownText(row, m_splitColumn), file});
+  m_splitOfFile.insert(nameForSplit(file), {*m_splitValue, shownText(row, m_splitColumn), file});
   return file;
 }
 
+// The file of an earlier run, where no row has come to replace it.
 void ColumnarWrite::endOfRows() {
   const bool isNormalEnd = m_action.run() == nullptr || m_action.run()->isRunning();
   const bool hasWritten = m_files && m_files->hasOpened();
-  if (hasWritten || !m_settings.alwaysDelete || !isNormalEnd || m_file.isEmpty() ||
+  if (hasWritten || !isNormalEnd || m_file.isEmpty() ||
       m_settings.splitKind() == Split::byValue) {
     return;
   }
-  OutputFiles(m_action, m_settings, QHash<QString, int>(), m_names, m_pause)
-      .removePrevious(m_settings.splitKind() == Split::none
-                          ? m_file
-                          : insertedBeforeExtension(m_file, segmentText(0)));
+  const QString file = m_settings.splitKind() == Split::none
+                           ? m_file
+                           : insertedBeforeExtension(m_file, segmentText(0));
+  if (m_settings.alwaysDelete) {
+    OutputFiles(m_action, m_settings, QHash<QString, int>(), m_names, m_pause).removePrevious(file);
+  } else if (!m_settings.replaceAtEnd && QFileInfo::exists(file)) {
+    MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kOldFileStays).arg(file));
+  }
 }
 
 bool ColumnarWrite::end() {
   bool isStored = true;
   if (m_files) {
-    isStored = m_files->close(m_writer);
-    for (auto& [value, writer] : m_openSplits) {
-      isStored = m_files->close(writer) && isStored;
+    isStored = m_files->close(m_table);
+    for (auto& [value, table] : m_openSplits) {
+      isStored = m_files->close(table) && isStored;
     }
   }
   m_openSplits.clear();

@@ -30,7 +30,7 @@ class ColumnarWrite {
   bool end();
 
  private:
-  using Writer = OutputFiles::Writer;
+  using Table = OutputFiles::Table;
   using Write = bool (ColumnarWrite::*)(const OneRow& row);
 
   bool planSplit(const OneRow& columns);
@@ -57,20 +57,20 @@ class ColumnarWrite {
   Write m_write = nullptr;
   std::optional<ColumnsInHand> m_rowsTogether;  // where all rows go into one file
 
-  Writer m_writer;    // the file of the current rows, but see m_openSplits
+  Table m_table;      // the file of the current rows, but see m_openSplits
   int m_segment = 0;  // the next one, when splitting by size
   int m_splitColumn = -1;
   bool m_isSortedOnSplit = false;
   std::optional<std::string> m_splitValue;  // of the current rows, a missing one marked
   std::optional<NamingExpressions> m_naming;
-  std::unordered_map<std::string, Writer> m_openSplits;  // by value, when not sorted
-  Writer* m_currentSplit = nullptr;
+  std::unordered_map<std::string, Table> m_openSplits;  // by value, when not sorted
+  Table* m_currentSplit = nullptr;
   struct NamedValue {
     std::string value;
     QString text;
     QString file;
   };
-  QHash<QString, NamedValue> m_splitOfFile;  // see nameForClaim()
+  QHash<QString, NamedValue> m_splitOfFile;  // see nameForSplit()
 };
 
 }  // namespace kelvarin

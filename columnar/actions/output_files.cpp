@@ -3,7 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "columnar/actions/previous_file.h"
+#include "columnar/actions/claimed_tables.h"
 #include "columnar/actions/write_messages.h"
 #include "columnar/format/file_names.h"
 #include "host/contract/host_services.h"
@@ -42,57 +42,76 @@ bool OutputFiles::canHold(const OneRow& columns, const QString& file) const {
   return static_cast<bool>(layout);
 }
 
-OutputFiles::Writer OutputFiles::open(const QString& file) {
-  if (m_settings.checkNameCollision && !claimFiles(m_names, m_action.globalParameters(), file)) {
-    logError(QString::fromLatin1(messages::kNameTaken).arg(file));
-    return nullptr;
+OutputFiles::Table OutputFiles::open(const QString& file) {
+  if (m_settings.checkNameCollision) {
+    if (const auto hindrance = m_names.claim(m_action, usedTable(file, FileUse::writes))) {
+      logError(*hindrance);
+      return nullptr;
+    }
   }
   if (m_settings.createDirectory) {
     QDir().mkpath(QFileInfo(file).path());
   }
-  if (removePreviousFile(m_action, file, m_settings.deleteTimeOutSeconds, m_pause) !=
-      Removal::done) {
-    return nullptr;
-  }
-  auto writer = std::make_unique<ColumnarHDWriter>(askOnBehalfOf(m_action));
-  if (!writer->openHD(file, m_settings.rowsInBlock, m_columnSets, m_action.globalParameters(),
-                      m_settings.threadCount)) {
-    report(writer->failure(), file);
+  // While a reader of the graph does not know all its files, the one that is there may be among
+  // them.
+  const bool isReplacedAtEnd =
+      m_settings.replaceAtEnd || ClaimedNames::areReadsAwaited(m_action.globalParameters());
+  auto table =
+      std::make_unique<OutputTable>(m_action, file, isReplacedAtEnd, askOnBehalfOf(m_action));
+  const auto openTable = [&] {
+    return table->open([&](const QString& name) { return openWriter(*table, name); });
+  };
+  if (!wait(file, openTable)) {
     return nullptr;
   }
   m_hasOpened = true;
-  return writer;
+  return table;
 }
 
-bool OutputFiles::write(Writer& writer, const OneRow& row) {
-  return writer->writeToHD(&row) || dropFailed(writer);
+bool OutputFiles::openWriter(OutputTable& table, const QString& name) {
+  ColumnarHDWriter& writer = table.writer();
+  if (!writer.openHD(name, m_settings.rowsInBlock, m_columnSets, m_action.globalParameters(),
+                     m_settings.threadCount)) {
+    report(writer.failure(), table.file());
+    return false;
+  }
+  return true;
 }
 
-bool OutputFiles::write(Writer& writer, const ColumnsInHand& rows, std::size_t count) {
-  return writer->writeToHD(rows, count) || dropFailed(writer);
+bool OutputFiles::write(Table& table, const OneRow& row) {
+  return table->writer().writeToHD(&row) || dropFailed(table);
 }
 
-bool OutputFiles::dropFailed(Writer& writer) {
-  report(writer->failure(), writer->fileName());
-  writer.reset();
+bool OutputFiles::write(Table& table, const ColumnsInHand& rows, std::size_t count) {
+  return table->writer().writeToHD(rows, count) || dropFailed(table);
+}
+
+bool OutputFiles::dropFailed(Table& table) {
+  report(table->writer().failure(), table->file());
+  table.reset();
   return false;
 }
 
-bool OutputFiles::close(Writer& writer) {
-  if (writer == nullptr) {
+bool OutputFiles::close(Table& table) {
+  if (table == nullptr) {
     return true;
   }
-  const QString file = writer->fileName();
-  const bool isStored = writer->closeHD(stateOf(m_action));
+  bool isStored = table->finish(stateOf(m_action));
   if (!isStored) {
-    report(writer->failure(), file);
+    report(table->writer().failure(), table->file());
+  } else {
+    isStored = wait(table->file(), [&] { return table->takePlace(); });
   }
-  writer.reset();
+  table.reset();
   return isStored;
 }
 
 void OutputFiles::removePrevious(const QString& file) {
-  (void)removePreviousFile(m_action, file, m_settings.deleteTimeOutSeconds, m_pause);
+  (void)wait(file, [&] { return removePreviousTable(m_action, file); });
+}
+
+bool OutputFiles::wait(const QString& file, const std::function<Attempt()>& attempt) const {
+  return untilUnlocked(m_action, file, m_settings.deleteTimeOutSeconds, m_pause, attempt);
 }
 
 void OutputFiles::logError(const QString& text) const {
@@ -119,12 +138,9 @@ void OutputFiles::report(const WriteFailure& failure, const QString& file) const
                  QString::fromLatin1(messages::kSystemReason).arg(failure.file, failure.reason));
 }
 
-QString nameForClaim(const QString& file) {
-  return QString::fromStdString(sideFileName(ClaimedNames::nameOf(file).toStdString(), 0));
-}
-
-bool claimFiles(ClaimedNames& names, const GlobalParameters* graph, const QString& file) {
-  return names.claim(graph, nameForClaim(file)) && names.claim(graph, ClaimedNames::nameOf(file));
+QString nameForSplit(const QString& file) {
+  const QString path = QDir::cleanPath(QFileInfo(file).absoluteFilePath());
+  return QString::fromStdString(sideFileName(path.toStdString(), 0));
 }
 
 }  // namespace kelvarin

@@ -1,22 +1,21 @@
 // Opens, fills and closes the files of one writeColumnarGel, one at a time or several.
 //
-// What is in the way of a new file is removed first. Used by ColumnarWrite.
+// What is in the way of a new file is removed or replaced, see OutputTable. Used by ColumnarWrite.
 // Threads: the engine's; a full disk is asked about on the writers' threads.
 // Errors: logged here, and the run is marked as failed.
 #pragma once
 
 #include <memory>
 
-#include "columnar/actions/waiting.h"
+#include "columnar/actions/output_table.h"
 #include "columnar/actions/write_settings.h"
-#include "columnar/writer/columnar_hd_writer.h"
 #include "host/contract/claimed_names.h"
 
 namespace kelvarin {
 
 class OutputFiles {
  public:
-  using Writer = std::unique_ptr<ColumnarHDWriter>;
+  using Table = std::unique_ptr<OutputTable>;
 
   // What outlives a run belongs to the action.
   OutputFiles(ActionItem& action, const WriteColumnarSettings& settings,
@@ -30,20 +29,22 @@ class OutputFiles {
   // Whether a file can hold such a table; what is there is not touched. False: logged.
   [[nodiscard]] bool canHold(const OneRow& columns, const QString& file) const;
   // Null: it could not be opened, or the run has stopped while waiting.
-  Writer open(const QString& file);
-  // A writer that fails is destroyed.
-  [[nodiscard]] bool write(Writer& writer, const OneRow& row);
-  [[nodiscard]] bool write(Writer& writer, const ColumnsInHand& rows, std::size_t count);
+  Table open(const QString& file);
+  // A table that fails is destroyed.
+  [[nodiscard]] bool write(Table& table, const OneRow& row);
+  [[nodiscard]] bool write(Table& table, const ColumnsInHand& rows, std::size_t count);
   bool hasOpened() const { return m_hasOpened; }
   // With the state of the run.
-  bool close(Writer& writer);
-  // Without a row: removes the file alone.
+  bool close(Table& table);
+  // Without a row: removes the table that is there.
   void removePrevious(const QString& file);
 
   void logError(const QString& text) const;
 
  private:
-  bool dropFailed(Writer& writer);
+  bool dropFailed(Table& table);
+  bool openWriter(OutputTable& table, const QString& name);
+  bool wait(const QString& file, const std::function<Attempt()>& attempt) const;
   void report(const WriteFailure& failure, const QString& file) const;
 
   ActionItem& m_action;
@@ -56,10 +57,6 @@ class OutputFiles {
 
 // The same for main files that cannot be side by side: they are one, as far as their text tells, or
 // have the same side files.
-QString nameForClaim(const QString& file);
-
-// Claims the file and its side files; false when another action of the graph writes one of them.
-[[nodiscard]] bool claimFiles(ClaimedNames& names, const GlobalParameters* graph,
-                              const QString& file);
+QString nameForSplit(const QString& file);
 
 }  // namespace kelvarin

@@ -2,6 +2,8 @@
 
 #include "actions/frame/attributes.h"
 #include "actions/frame/known_elements.h"
+#include "columnar/actions/claimed_tables.h"
+#include "host/contract/main_ui.h"
 
 namespace kelvarin {
 
@@ -90,12 +92,37 @@ char ReadColumnarGel::init() {
   ActionItem::init();
   m_block = nullptr;
   m_read.reset();
-  return reportUnknownElements(*this, kElements) ? 1 : 0;
+  m_names.giveBack();
+  if (reportUnknownElements(*this, kElements)) {
+    return 1;
+  }
+  return !mustComputeFull() || claimFiles() ? 0 : 1;
+}
+
+bool ReadColumnarGel::claimFiles() {
+  if (m_settings.fileNameFromPin) {
+    m_names.awaitReads(*this);
+  }
+  for (const UsedFile& file : usedFiles()) {
+    if (const auto hindrance = m_names.claim(*this, file)) {
+      MainUI::addLog(LogLevel::error, *hindrance);
+      return false;
+    }
+  }
+  return true;
+}
+
+QList<UsedFile> ReadColumnarGel::usedFiles() const {
+  if (m_settings.fileNameFromPin || m_settings.fileName.isEmpty()) {
+    return {};
+  }
+  return {usedTable(expandFile(m_settings.fileName), FileUse::reads)};
 }
 
 char ReadColumnarGel::close() {
   m_block = nullptr;
   m_read.reset();
+  m_names.giveBack();
   return 0;
 }
 
@@ -121,7 +148,7 @@ void ReadColumnarGel::setComputeRoutine() {
 bool ReadColumnarGel::computeFirstRow(ActionItem* action) {
   auto& self = static_cast<ReadColumnarGel&>(*action);
   self.m_read = std::make_unique<ColumnarRead>(self, self.m_settings, self.m_blockFilter,
-                                               self.m_columnsToRead, self.m_pause);
+                                               self.m_columnsToRead, self.m_names, self.m_pause);
   if (!self.m_read->begin() || !self.mustComputeFull()) {
     return true;
   }

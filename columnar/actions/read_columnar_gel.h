@@ -15,7 +15,7 @@
 
 namespace kelvarin {
 
-class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem> {
+class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem>, public FileUser {
  public:
   ReadColumnarGel(XMLNode node, GlobalParameters* parameters);
 
@@ -27,6 +27,7 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem> {
   void setComputeRoutine() override;
   float computeCompletion() const override;
   char fullTableRequiredToComputeMetas(int pin, bool* isKnown) override;
+  QList<UsedFile> usedFiles() const override;
 
   // For tests: passes the time while a missing file is waited for.
   void setPause(Pause pause) { m_pause = std::move(pause); }
@@ -34,6 +35,7 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem> {
  private:
   static bool computeFirstRow(ActionItem* action);
   static bool computeRow(ActionItem* action);
+  [[nodiscard]] bool claimFiles();  // false: logged
   // False at the end and after a failure.
   bool takeNextBlock();
 
@@ -41,6 +43,7 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem> {
   BlockFilter m_blockFilter;
   QStringList m_columnsToRead;
   Pause m_pause = sleepFor;
+  ClaimedNames m_names;
 
   std::unique_ptr<ColumnarRead> m_read;
   DecodedBlock* m_block = nullptr;  // whose rows are handed out

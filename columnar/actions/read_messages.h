@@ -33,6 +33,9 @@ inline constexpr char kCannotOpenFile[] =
 inline constexpr char kCannotOpen[] = "ERROR: Can't open file '%1' for read.";
 inline constexpr char kCannotOpenSideFile[] = "ERROR: Cannot open Column-Set file '%1'.";
 inline constexpr char kUnreadable[] = "ERROR: Can't read file '%1': File is corrupted.";
+inline constexpr char kJournalDamaged[] =
+    "ERROR: Can't read file '%1': a new table was taking its place, and the list of what is left to "
+    "do, '%2', is damaged. Write the table anew.";
 inline constexpr char kIncompleteRefused[] =
     "ERROR: Can't read file '%1' because it seems incomplete.";
 inline constexpr char kIncomplete[] = "WARNING: File '%1' is incomplete.";

@@ -3,7 +3,11 @@
 #include <chrono>
 #include <thread>
 
+#include <QFile>
+
 #include "columnar/actions/read_messages.h"
+#include "columnar/files/table_exchange.h"
+#include "columnar/files/table_files.h"
 #include "host/contract/main_ui.h"
 #include "host/contract/read_file.h"
 
@@ -14,22 +18,26 @@ namespace {
 constexpr int kMillisecondsBetweenLooks = 1000;
 constexpr int kMillisecondsOfSlice = 100;  // a stopped run is noticed within one
 
-bool isRunning(const ActionItem& action) {
-  return action.run() == nullptr || action.run()->isRunning();
-}
-
+// Of a table that is just taking its place the main file may be absent for a moment.
 bool exists(const QString& file) {
-  return QUBiFileInfo(file).exists();
+  return QUBiFileInfo(file).exists() ||
+         isSomethingThere(journalFile(QFile::encodeName(file).toStdString()));
 }
 
 }  // namespace
+
+bool isRunGoingOn(const ActionItem& action) {
+  using State = GlobalParameters::RunningState;
+  const State state = action.run() == nullptr ? State::running : action.run()->status.load();
+  return state == State::running || state == State::endedNormally;
+}
 
 void sleepFor(int milliseconds) {
   std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
 void pauseBetweenLooks(const ActionItem& action, const Pause& pause) {
-  for (int passed = 0; passed < kMillisecondsBetweenLooks && isRunning(action);
+  for (int passed = 0; passed < kMillisecondsBetweenLooks && isRunGoingOn(action);
        passed += kMillisecondsOfSlice) {
     pause(kMillisecondsOfSlice);
   }
@@ -40,7 +48,7 @@ bool waitForFile(const ActionItem& action, const QString& file, int seconds, con
     return exists(file);
   }
   MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kWaitingForFile).arg(file));
-  for (int look = 0; look < seconds && isRunning(action); ++look) {
+  for (int look = 0; look < seconds && isRunGoingOn(action); ++look) {
     pauseBetweenLooks(action, pause);
     if (exists(file)) {
       return true;

@@ -16,6 +16,9 @@ namespace kelvarin {
 using Pause = std::function<void(int milliseconds)>;
 void sleepFor(int milliseconds);
 
+// Neither stopped nor failed: rows come, or the run has ended well and files are being finished.
+bool isRunGoingOn(const ActionItem& action);
+
 // A second, cut short when the run stops.
 void pauseBetweenLooks(const ActionItem& action, const Pause& pause);
 

@@ -1,6 +1,8 @@
 #include "columnar/actions/write_columnar_gel.h"
 
 #include "actions/frame/known_elements.h"
+#include "columnar/actions/claimed_tables.h"
+#include "columnar/actions/previous_file.h"
 #include "columnar/actions/write_messages.h"
 #include "host/contract/main_ui.h"
 
@@ -28,6 +30,7 @@ constexpr Attribute<Settings> kAttributes[] = {
     attribute<&Settings::advancedNaming>(u"advancedNaming"),
     attribute<&Settings::writeAllRows>(u"writeAllRows"),
     attribute<&Settings::file>(u"file"),
+    attribute<&Settings::replaceAtEnd>(u"replaceAtEnd"),
 };
 
 const KnownElements kElements[] = {
@@ -98,27 +101,38 @@ char WriteColumnarGel::init() {
   ActionItem::init();
   m_write.reset();
   const bool isUnderstood = !reportUnknownElements(*this, kElements);
-  return isUnderstood && claimFile() ? 0 : 1;
+  return isUnderstood && claimFiles() ? 0 : 1;
 }
 
-// Before any action of the run has touched a file. Names of split files are claimed when they are
-// known.
-bool WriteColumnarGel::claimFile() {
+// Names of split files are claimed when they are known.
+bool WriteColumnarGel::claimFiles() {
   m_names.giveBack();
-  const QString file = expandOutputFile(m_settings.file, QString());
-  if (!m_settings.checkNameCollision || file.isEmpty()) {
-    return true;
-  }
-  // Two splits of one name would meet in the names they make of it.
-  const bool isSplit = m_settings.splitKind() != WriteColumnarSettings::Split::none;
-  const bool isClaimed = isSplit
-                             ? m_names.claim(globalParameters(), nameForClaim(file) + QChar(u'\0'))
-                             : claimFiles(m_names, globalParameters(), file);
-  if (!isClaimed) {
-    MainUI::addLog(LogLevel::error, QString::fromLatin1(messages::kNameTaken).arg(file));
-    return false;
+  for (const UsedFile& file : usedFiles()) {
+    if (const auto hindrance = m_names.claim(*this, file)) {
+      MainUI::addLog(LogLevel::error, *hindrance);
+      return false;
+    }
   }
   return true;
+}
+
+// Splits stand for all their files: two of one name would meet in the names they make of it.
+QList<UsedFile> WriteColumnarGel::usedFiles() const {
+  const QString file = expandOutputFile(m_settings.file, QString());
+  if (!m_settings.checkNameCollision || file.isEmpty()) {
+    return {};
+  }
+  const bool isSplit = m_settings.splitKind() != WriteColumnarSettings::Split::none;
+  return {usedTable(isSplit ? insertedBeforeExtension(file, QStringLiteral("*")) : file,
+                    FileUse::writes)};
+}
+
+QStringList WriteColumnarGel::warningsAboutFiles() const {
+  const QString file = expandOutputFile(m_settings.file, QString());
+  if (m_settings.splitKind() != WriteColumnarSettings::Split::none || !isForeignFile(file)) {
+    return {};
+  }
+  return {QString::fromLatin1(messages::kForeignFile).arg(file)};
 }
 
 char WriteColumnarGel::close() {

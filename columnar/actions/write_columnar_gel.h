@@ -14,7 +14,7 @@
 
 namespace kelvarin {
 
-class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem> {
+class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem>, public FileUser {
  public:
   WriteColumnarGel(XMLNode node, GlobalParameters* parameters);
 
@@ -24,6 +24,8 @@ class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem> {
   char init() override;
   char close() override;
   void setComputeRoutine() override;
+  QList<UsedFile> usedFiles() const override;
+  QStringList warningsAboutFiles() const override;
 
   // What passes the time of waiting; a test has no patience.
   void setPause(Pause pause) { m_pause = std::move(pause); }
@@ -33,7 +35,7 @@ class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem> {
  private:
   static bool computeFirstRow(ActionItem* action);
   static bool computeRow(ActionItem* action);
-  [[nodiscard]] bool claimFile();
+  [[nodiscard]] bool claimFiles();  // false: logged
 
   WriteColumnarSettings m_settings;
   ListedColumnSets m_columnSets;

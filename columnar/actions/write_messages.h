@@ -43,10 +43,31 @@ inline constexpr char kMissingValue[] = "(missing)";
 inline constexpr char kNamingFailed[] =
     "ERROR writing to Kelvarin CGel file '%1': the naming expression '%2' cannot be used: %3";
 
-inline constexpr char kNameTaken[] =
-    "ERROR writing to Kelvarin CGel file '%1': another action of the graph writes to the same "
-    "file, or to one that differs only in its extension and so has the same side files. Give each "
-    "its own name, or set checkNameCollision to 0.";
+// What is there already.
+inline constexpr char kForeignFile[] =
+    "The file '%1' is no columnar file, and it is replaced by one. Is the name right?";
+inline constexpr char kSideFilesOfAnother[] =
+    "ERROR writing to Kelvarin CGel file '%1': the columnar file '%2' has side files of the same "
+    "names, which would be lost. Give this one another name before its last point, or remove the "
+    "other with its side files.";
+inline constexpr char kOldFileStays[] =
+    "No row was written, so the file '%1' of an earlier run stays as it is. Set alwaysDelete to 1 "
+    "to remove it then.";
+
+// Files that take the place of others at the end.
+inline constexpr char kJournalDamaged[] =
+    "ERROR writing to Kelvarin CGel file '%1': an earlier table was taking its place, and the list "
+    "of what is left to do, '%2', is damaged. Look at the files, and remove the list when they can "
+    "be replaced.";
+inline constexpr char kExchangeUnfinished[] =
+    "ERROR writing to Kelvarin CGel file '%1': an earlier table is taking its place, and this "
+    "cannot be finished: %2.";
+inline constexpr char kNotExchanged[] =
+    "ERROR writing to Kelvarin CGel file '%1': the new table could not take its place: %2. The file "
+    "is as it was.";
+inline constexpr char kExchangeLeft[] =
+    "ERROR writing to Kelvarin CGel file '%1': the new table is whole, but not all of its files "
+    "could take their names: %2. Whoever opens the file next goes on with it.";
 
 // The previous file.
 inline constexpr char kPreviousLocked[] =

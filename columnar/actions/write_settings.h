@@ -27,6 +27,7 @@ struct WriteColumnarSettings {
   QString testColumn = QStringLiteral("");
   QString testValue = QStringLiteral("");
   int deleteTimeOutSeconds = 1;  // how long to wait for a locked previous file
+  bool replaceAtEnd = false;     // the previous file stays until the new one is whole
 
   // Other numbers than 1 and 2 are those of a file in one piece.
   Split splitKind() const {

@@ -8,9 +8,23 @@ namespace kelvarin {
 namespace {
 
 constexpr int kDigits = 3;
+constexpr std::string_view kSideFileExtension = ".cs";
+constexpr std::string_view kOwnSideFileExtension = ".cs_kelvarin";
+
+bool hasOwnExtension(std::string_view mainFile) {
+  return nameWithoutFolder(mainFile).find("kelvarin") != std::string_view::npos;
+}
 
 std::string_view sideFileExtension(std::string_view mainFile) {
-  return mainFile.find("kelvarin") == std::string_view::npos ? ".cs" : ".cs_kelvarin";
+  return hasOwnExtension(mainFile) ? kOwnSideFileExtension : kSideFileExtension;
+}
+
+std::string sideFileNameWith(std::string_view extension, std::string_view mainFile, int columnSet) {
+  assert(columnSet >= 0);
+  std::string digits = std::to_string(columnSet);
+  digits.insert(0, static_cast<std::size_t>(std::max(0, kDigits - static_cast<int>(digits.size()))),
+                '0');
+  return std::string(stemOfMainFile(mainFile)).append(".").append(digits).append(extension);
 }
 
 bool isDigit(char character) {
@@ -18,6 +32,15 @@ bool isDigit(char character) {
 }
 
 }  // namespace
+
+std::string_view nameWithoutFolder(std::string_view path) {
+  return path.substr(path.rfind('/') + 1);
+}
+
+std::string folderOf(std::string_view path) {
+  const std::size_t slash = path.rfind('/');
+  return slash == std::string_view::npos ? "./" : std::string(path.substr(0, slash + 1));
+}
 
 std::string_view stemOfMainFile(std::string_view mainFile) {
   const std::size_t point = mainFile.rfind('.');
@@ -28,15 +51,12 @@ std::string_view stemOfMainFile(std::string_view mainFile) {
 }
 
 std::string sideFileName(std::string_view mainFile, int columnSet) {
-  assert(columnSet >= 0);
-  std::string digits = std::to_string(columnSet);
-  digits.insert(0, static_cast<std::size_t>(std::max(0, kDigits - static_cast<int>(digits.size()))),
-                '0');
-  std::string name(stemOfMainFile(mainFile));
-  name += '.';
-  name += digits;
-  name += sideFileExtension(mainFile);
-  return name;
+  return sideFileNameWith(sideFileExtension(mainFile), mainFile, columnSet);
+}
+
+std::string formerSideFileName(std::string_view mainFile, int columnSet) {
+  return sideFileNameWith(
+      hasOwnExtension(mainFile) ? kSideFileExtension : kOwnSideFileExtension, mainFile, columnSet);
 }
 
 bool isSideFileName(std::string_view mainFile, std::string_view file) {

@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
+
+#include <sys/stat.h>
 
 #include "columnar/codecs/descriptor_record.h"
+#include "columnar/files/table_files.h"
 #include "columnar/format/file_names.h"
 
 namespace kelvarin {
@@ -20,7 +24,9 @@ Result<std::unique_ptr<GelFile>, OpenFailure> GelFile::open(const std::string& p
   std::unique_ptr<GelFile> file(new GelFile);
   file->m_path = path;
   file->m_openSource = openSource;
-  file->m_source = openSource(path);
+  if (!file->openMain()) {
+    return Failure{OpenFailure{Problem::exchangeDamaged, false}};
+  }
   if (!file->m_source) {
     return Failure{OpenFailure{Problem::cannotOpen, false}};
   }
@@ -65,12 +71,49 @@ bool GelFile::readHeader() {
   return fitsRecord(kFewestDescriptorsInRecord * m_layout.width());
 }
 
+GelFile::Identity GelFile::identityOf(const std::string& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 ? Identity{status.st_dev, status.st_ino} : Identity{};
+}
+
+// An exchange that nobody finishes is finished here; where that cannot be, its files are read from
+// where they lie.
+bool GelFile::openMain() {
+  constexpr int kMostAttempts = 10;
+  for (int i = 0; i < kMostAttempts; ++i) {
+    (void)finishExchangeBeforeReading(m_path);
+    auto location = TableLocation::of(m_path);
+    if (!location) {
+      return false;
+    }
+    m_location = std::move(*location);
+    const std::string path = m_location.pathOf(m_path);
+    m_identity = identityOf(path);
+    m_source = m_openSource(path);
+    if (isCurrent()) {
+      return true;
+    }
+  }
+  return true;
+}
+
+bool GelFile::isCurrent() const {
+  return identityOf(m_location.pathOf(m_path)) == m_identity &&
+         (m_location.isMoved() || !isSomethingThere(journalFile(m_path)));
+}
+
 std::string GelFile::sidePath(int columnSet) const {
-  return sideFileName(m_path, columnSet);
+  std::string path = m_location.pathOf(sideFileName(m_path, columnSet));
+  std::string former = formerSideFileName(m_path, columnSet);
+  return isSomethingThere(path) || !isSomethingThere(former) ? std::move(path) : std::move(former);
 }
 
 std::unique_ptr<ByteSource> GelFile::openSide(int columnSet) const {
-  return m_openSource(sidePath(columnSet));
+  auto side = m_openSource(sidePath(columnSet));
+  if (!side && m_location.isMoved()) {
+    side = m_openSource(sidePath(columnSet));  // it has just taken its name
+  }
+  return side && isCurrent() ? std::move(side) : nullptr;
 }
 
 MetaInfo GelFile::meta(std::size_t index) const {

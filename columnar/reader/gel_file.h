@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "base/result.h"
+#include "columnar/files/table_exchange.h"
 #include "columnar/format/block_descriptor.h"
 #include "columnar/format/file_header.h"
 #include "columnar/format/metadata_block.h"
@@ -25,7 +26,8 @@ struct OpenFailure {
   enum class Problem {
     cannotOpen,  // the system gives no bytes
     unreadable,  // not a columnar file, or one that is cut or damaged before its first block
-    incomplete   // and such files are refused
+    incomplete,  // and such files are refused
+    exchangeDamaged  // a new table was taking its place, and which files belong together is lost
   };
   Problem problem = Problem::cannotOpen;
   bool isIncomplete = false;  // known before the problem was found
@@ -38,8 +40,9 @@ class GelFile {
       const OpenSource& openSource = openFileSource);
 
   const std::string& path() const { return m_path; }
-  // The path of a column set's side file.
+  // The path of a column set's side file, where it lies now.
   std::string sidePath(int columnSet) const;
+  // Null also where another table has taken the place of this one meanwhile.
   std::unique_ptr<ByteSource> openSide(int columnSet) const;
 
   bool isComplete() const { return m_header.isComplete != 0; }
@@ -62,10 +65,24 @@ class GelFile {
   std::uint64_t firstRecordOffset() const;
 
  private:
+  // Which file a name stands for; all zero where there is none.
+  struct Identity {
+    std::uint64_t device = 0;
+    std::uint64_t number = 0;
+    bool operator==(const Identity&) const = default;
+  };
+  static Identity identityOf(const std::string& path);
+
   GelFile() = default;
+  // False: the journal of an exchange is damaged.
+  bool openMain();
+  // No other table has taken the place of this one since it was opened.
+  bool isCurrent() const;
   bool readHeader();
 
   std::string m_path;
+  TableLocation m_location;
+  Identity m_identity;  // of the main file
   OpenSource m_openSource;
   std::unique_ptr<ByteSource> m_source;
   FileHeader m_header;

@@ -41,7 +41,7 @@ ColumnSetWorker::~ColumnSetWorker() {
 }
 
 Status<QString> ColumnSetWorker::open(const QString& sideFile) {
-  return m_sideFile.open(sideFile);
+  return m_sideFile.openNew(sideFile);
 }
 
 void ColumnSetWorker::start() {

@@ -63,7 +63,7 @@ bool ColumnarHDWriter::openHD(const QString& fileName, int rowsInBlock,
   m_rowsInBlock = static_cast<std::uint32_t>(std::max(rowsInBlock, 0));
   m_threadCount = threadCount < 1 ? parameters->threadCount() : threadCount;
   m_memoryBudget = parameters->blockMemoryBudget();
-  const auto status = m_file.open(fileName);
+  const auto status = m_file.openLocked(fileName);
   return status ? true : fail(WriteFailure::Kind::cannotOpen, fileName, status.error());
 }
 

@@ -34,8 +34,9 @@ class ColumnarHDWriter {
   ColumnarHDWriter(const ColumnarHDWriter&) = delete;
   ColumnarHDWriter& operator=(const ColumnarHDWriter&) = delete;
 
-  // Opens the main file and truncates it; nothing is written yet. `columnSets` maps column names to
-  // set numbers, see layOutTable(). A thread count below 1 stands for that of `parameters`.
+  // Opens the main file, takes its lock until closeHD() and truncates it; nothing is written yet.
+  // `columnSets` maps column names to set numbers, see layOutTable(). A thread count below 1 stands
+  // for that of `parameters`.
   [[nodiscard]] bool openHD(const QString& fileName, int rowsInBlock,
                             const QHash<QString, int>& columnSets,
                             const GlobalParameters* parameters, int threadCount);
@@ -65,6 +66,8 @@ class ColumnarHDWriter {
 
   bool isOpen() const { return m_file.isOpen(); }
   const QString& fileName() const { return m_file.path(); }
+  // A descriptor that keeps the main file's lock beyond closeHD(); the caller closes it.
+  int keepLock() const { return m_file.duplicateDescriptor(); }
   long long rowCount() const { return m_rowCount; }
   // A block has just been filled, or none begun.
   bool isAtBlockBegin() const { return m_appender.rows() == 0; }

@@ -6,9 +6,12 @@
 #include <cstring>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QFile>
+
+#include "base/file_lock.h"
 
 namespace kelvarin {
 
@@ -26,15 +29,70 @@ bool isFullDisk(int error) {
   return error == ENOSPC || error == EDQUOT;
 }
 
+// Whether the descriptor is still that of the file which bears the name.
+bool bearsName(int descriptor, const char* name) {
+  struct stat opened {};
+  struct stat named {};
+  return ::fstat(descriptor, &opened) == 0 && ::lstat(name, &named) == 0 &&
+         opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
+}
+
+// -1 and errno, EBUSY when another process writes the file.
+int openAndLock(const char* name) {
+  while (true) {
+    const int descriptor = ::open(
+        name, O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, 0666);
+    if (descriptor < 0) {
+      return -1;
+    }
+    int error = takeFileLock(descriptor) ? 0 : EBUSY;
+    if (error == 0 && !bearsName(descriptor, name)) {
+      ::close(descriptor);  // it was replaced meanwhile
+      continue;
+    }
+    if (error == 0 && ::ftruncate(descriptor, 0) != 0) {
+      error = errno;
+    }
+    if (error == 0) {
+      return descriptor;
+    }
+    ::close(descriptor);
+    errno = error;
+    return -1;
+  }
+}
+
+// The same; also a side file can be another table's that is being written.
+int createAndLock(const char* name) {
+  const int previous = ::open(name, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+  if (previous >= 0) {
+    const bool isBusy = isFileLockedElsewhere(previous);
+    ::close(previous);
+    if (isBusy) {
+      errno = EBUSY;
+      return -1;
+    }
+  }
+  ::unlink(name);
+  const int descriptor = ::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  if (descriptor >= 0 && !takeFileLock(descriptor)) {
+    ::close(descriptor);
+    errno = EBUSY;
+    return -1;
+  }
+  return descriptor;
+}
+
 }  // namespace
 
-Status<QString> GrowingFile::open(const QString& path) {
+template <typename Open>
+Status<QString> GrowingFile::openWith(const QString& path, Open openOnce) {
   close();
   m_path = path;
   m_size = m_writtenBack = 0;
   const QByteArray name = QFile::encodeName(path);
   while (true) {
-    m_descriptor = ::open(name.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    m_descriptor = openOnce(name.constData());
     const int error = errno;
     if (m_descriptor >= 0) {
       return Done{};
@@ -43,6 +101,18 @@ Status<QString> GrowingFile::open(const QString& path) {
       return Failure{systemReason(error)};
     }
   }
+}
+
+Status<QString> GrowingFile::openLocked(const QString& path) {
+  return openWith(path, openAndLock);
+}
+
+Status<QString> GrowingFile::openNew(const QString& path) {
+  return openWith(path, createAndLock);
+}
+
+int GrowingFile::duplicateDescriptor() const {
+  return isOpen() ? ::fcntl(m_descriptor, F_DUPFD_CLOEXEC, 0) : -1;
 }
 
 Status<QString> GrowingFile::append(Bytes bytes) {
@@ -85,8 +155,8 @@ Status<QString> GrowingFile::sync() const {
 
 void GrowingFile::discard() {
   if (isOpen()) {
+    QFile::remove(m_path);  // while its lock keeps others away
     close();
-    QFile::remove(m_path);
   }
 }
 

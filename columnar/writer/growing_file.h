@@ -25,8 +25,14 @@ class GrowingFile {
   GrowingFile(const GrowingFile&) = delete;
   GrowingFile& operator=(const GrowingFile&) = delete;
 
-  // Truncates what is there.
-  Status<QString> open(const QString& path);
+  // Takes the writer's lock, as long as the file is open, and then cuts what is there to nothing. A
+  // link is not followed.
+  Status<QString> openLocked(const QString& path);
+  // In place of a file or link of that name, unless another process is writing it; what a link leads
+  // to stays as it is. Locked in the same way.
+  Status<QString> openNew(const QString& path);
+  // Another descriptor that keeps the lock when this file is closed; -1 when there is none.
+  int duplicateDescriptor() const;
   bool isOpen() const { return m_descriptor >= 0; }
   const QString& path() const { return m_path; }
   std::uint64_t size() const { return m_size; }
@@ -40,6 +46,8 @@ class GrowingFile {
   void discard();
 
  private:
+  template <typename Open>
+  Status<QString> openWith(const QString& path, Open openOnce);
   void beginWriteBack();
 
   AskAboutFullDisk m_ask;

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <deque>
 
+#include "host/engine/file_check.h"
 #include "host/engine/graph_execution.h"
 #include "host/engine/recording_services.h"
 #include "host/engine/run_graph.h"
@@ -59,6 +60,10 @@ RunResult checkGraph(Graph& graph, RunRecord& record, const ExecutionOptions& op
   const auto start = std::chrono::steady_clock::now();
   RecordingServices services;
   tellWarnings(graph);
+  reportFileWarnings(graph);
+  if (!checkUsedFiles(graph)) {
+    record.fail();
+  }
   const std::vector<bool> computesInFull = actionsAboveTables(graph);
   std::deque<RunRecord> records(graph.actions.size());
   std::vector<RunRecord*> parts;

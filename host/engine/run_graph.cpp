@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include "host/engine/file_check.h"
 #include "host/engine/graph_execution.h"
 #include "host/engine/recording_services.h"
 #include "host/engine/run_results.h"
@@ -14,7 +15,9 @@ RunResult runGraph(Graph& graph, RunRecord& record, const ExecutionOptions& opti
   tellWarnings(graph);
   GraphExecution execution(graph, std::vector<RunRecord*>(graph.actions.size(), &record), record,
                            options);
-  if (execution.open()) {
+  if (!checkUsedFiles(graph)) {
+    record.fail();
+  } else if (execution.open()) {
     execution.drive();
   }
   // Sinks look at the status when they are closed: only after a normal end do their files take

@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QFile>
 
+#include "base/unnamed_file.h"
 #include "host/contract/main_ui.h"
 #include "host/engine/messages.h"
 
@@ -34,6 +35,10 @@ SpillFile::~SpillFile() {
 }
 
 bool SpillFile::open() {
+  if (m_descriptor >= 0) {
+    return true;
+  }
+  m_descriptor = openUnnamedFile(QFile::encodeName(m_folder).constData(), 0600);
   if (m_descriptor >= 0) {
     return true;
   }

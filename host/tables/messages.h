@@ -31,12 +31,6 @@ inline QString noFileGiven(const QString& action) {
   return QStringLiteral("%1: no file is given. Set the attribute 'file'.").arg(action);
 }
 
-inline QString writtenTwice(const QString& file) {
-  return QStringLiteral("The file '%1' is written by another action of the graph, too. Give each a "
-                        "file of its own.")
-      .arg(file);
-}
-
 inline QString cannotRead(const QString& file, const QString& reason) {
   return QStringLiteral("The file '%1' cannot be read: %2.").arg(file, reason);
 }

@@ -59,7 +59,7 @@ TEST(WriteColumnarGelXml, EverySettingIsAFixedPointInTheGivenOrder) {
       "<writeColumnarGel name='w' version='3.19' nThread='3' nRowsInBlock='100' columnStrategy='1' "
       "split='2' segmentSize='50' splitVar='s' testCol='c' testValue='&lt;1&gt;' deleteTimeOut='0' "
       "checkNameCollision='0' alwaysDelete='1' createDir='1' advancedNaming='1' writeAllRows='0' "
-      "file='${dir}/&quot;+SplitVal+&quot;.cgel_kelvarin'>\n"
+      "file='${dir}/&quot;+SplitVal+&quot;.cgel_kelvarin' replaceAtEnd='1'>\n"
       "  <ColumnStrategy><C n='b' s='1'/><C n='a&apos;' s='0'/></ColumnStrategy>\n"
       "</writeColumnarGel>\n";
   EXPECT_EQ(RowHarness::of<WriteColumnarGel>(text).saved(), text);

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <sstream>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include "base/byte_cursor.h"
+#include "base/file_lock.h"
 #include "columnar/actions/split_names.h"
 #include "host/testing/full_disk.h"
 #include "host/testing/row_harness.h"
@@ -28,6 +30,9 @@ using testing::Rows;
 using testing::Strings;
 using testing::Values;
 
+// As main files begin.
+const std::string kOld("\x40\xF4\x59\0 old", 8);
+
 class WriteColumnarGelTest : public ::testing::Test {
  protected:
   std::string path(const std::string& name) const {
@@ -38,12 +43,14 @@ class WriteColumnarGelTest : public ::testing::Test {
         "<writeColumnarGel name='w' file='" + path("x.cgel_kelvarin") + "' " + attributes + "/>",
         columns);
   }
-  void put(const std::string& name, const std::string& content = "old") const {
+  void put(const std::string& name, const std::string& content = kOld) const {
     std::ofstream(path(name)) << content;
   }
-  Strings files() const {
+  Strings files() const { return filesWith(QDir::Files); }
+  Strings allFiles() const { return filesWith(QDir::Files | QDir::Hidden | QDir::System); }
+  Strings filesWith(QDir::Filters filters) const {
     Strings names;
-    for (const QString& name : QDir(m_folder.path()).entryList(QDir::Files, QDir::Name)) {
+    for (const QString& name : QDir(m_folder.path()).entryList(filters, QDir::Name)) {
       names.push_back(name.toStdString());
     }
     return names;
@@ -90,7 +97,9 @@ TEST_F(WriteColumnarGelTest, AnEmptyInputTouchesNothingUnlessToldTo) {
   put("x.000.cs_kelvarin");
   auto quiet = harness("createDir='1'");
   quiet.finish();
-  EXPECT_EQ(content("x.cgel_kelvarin"), "old");
+  EXPECT_EQ(content("x.cgel_kelvarin"), kOld);
+  ASSERT_EQ(quiet.log().size(), 1u);
+  EXPECT_NE(quiet.log()[0].find("of an earlier run stays as it is"), std::string::npos);
   auto h = harness("alwaysDelete='1'");
   h.finish();
   EXPECT_EQ(files(), Strings{});
@@ -108,7 +117,7 @@ TEST_F(WriteColumnarGelTest, AnInputThatFailsBeforeItsFirstRowDeletesNothing) {
   auto h = harness("alwaysDelete='1'");
   h.run().fail();
   h.finish();
-  EXPECT_EQ(content("x.cgel_kelvarin"), "old");
+  EXPECT_EQ(content("x.cgel_kelvarin"), kOld);
 }
 
 TEST_F(WriteColumnarGelTest, ATableBeyondTheLimitsLeavesTheOldFileAlone) {
@@ -126,8 +135,8 @@ TEST_F(WriteColumnarGelTest, ATableBeyondTheLimitsLeavesTheOldFileAlone) {
     h.push(Values(static_cast<std::size_t>(columns), 1));
     h.finish();
     EXPECT_TRUE(h.hasFailed());
-    EXPECT_EQ(content("x.cgel_kelvarin"), "old");
-    EXPECT_EQ(content("x.000.cs_kelvarin"), "old");
+    EXPECT_EQ(content("x.cgel_kelvarin"), kOld);
+    EXPECT_EQ(content("x.000.cs_kelvarin"), kOld);
     EXPECT_EQ(files().size(), 2u);
     return h.log();
   };
@@ -161,6 +170,114 @@ TEST_F(WriteColumnarGelTest, WhatIsNoFileIsNeverRemoved) {
   EXPECT_EQ(h.log().back(),
             "error: Error: Cannot delete previous file '" + path("x.cgel_kelvarin") + "'.");
   EXPECT_EQ(access(path("x.cgel_kelvarin").c_str(), F_OK), 0);
+}
+
+TEST_F(WriteColumnarGelTest, LinksAndPipesUnderSideFileNamesAreNotFollowed) {
+  put("precious");
+  ASSERT_EQ(symlink(path("precious").c_str(), path("x.000.cs_kelvarin").c_str()), 0);
+  ASSERT_EQ(mkfifo(path("x.001.cs_kelvarin").c_str(), 0600), 0);
+  ASSERT_EQ(symlink(path("precious").c_str(), path("x.cgel_kelvarin").c_str()), 0);
+  auto h = harness("columnStrategy='2'");
+  h.push(kThreeRows);
+  h.finish();
+  EXPECT_EQ(content("precious"), kOld);
+  EXPECT_EQ(rowsOf("x.cgel_kelvarin"), 3);
+  for (const char* name : {"x.cgel_kelvarin", "x.000.cs_kelvarin", "x.001.cs_kelvarin"}) {
+    struct stat status {};
+    EXPECT_EQ(lstat(path(name).c_str(), &status), 0);
+    EXPECT_TRUE(S_ISREG(status.st_mode)) << name;
+  }
+}
+
+TEST_F(WriteColumnarGelTest, SideFilesOfAnotherTableAreNeverTakenAway) {
+  put("x.2023_kelvarin");
+  put("x.000.cs_kelvarin");
+  auto h = harness("");
+  h.push(kThreeRows);
+  h.finish();
+  EXPECT_TRUE(h.hasFailed());
+  EXPECT_NE(h.log().at(0).find("x.2023_kelvarin' has side files of the same names"),
+            std::string::npos);
+  EXPECT_EQ(content("x.000.cs_kelvarin"), kOld);
+  EXPECT_EQ(files().size(), 2u);
+}
+
+TEST_F(WriteColumnarGelTest, AForeignFileIsReplacedWithAWarning) {
+  put("x.cgel_kelvarin", "a,b\n1,2\n");
+  auto h = harness("");
+  h.push(kThreeRows);
+  h.finish();
+  ASSERT_EQ(h.log().size(), 1u);
+  EXPECT_NE(h.log()[0].find("is no columnar file, and it is replaced by one"), std::string::npos);
+  EXPECT_EQ(rowsOf("x.cgel_kelvarin"), 3);
+}
+
+// Another process is writing it, here another opening of the file.
+TEST_F(WriteColumnarGelTest, AFileThatIsBeingWrittenIsWaitedForToo) {
+  put("x.cgel_kelvarin");
+  put(".x.cgel_kelvarin.new");
+  for (const char* name : {"x.cgel_kelvarin", ".x.cgel_kelvarin.new"}) {
+    const int writer = ::open(path(name).c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_TRUE(takeFileLock(writer));
+    auto refused = harness("deleteTimeOut='0'");
+    refused.push(kThreeRows);
+    refused.finish();
+    EXPECT_EQ(refused.log().back(),
+              "error: Error: Cannot delete previous file '" + path("x.cgel_kelvarin") + "'.");
+    EXPECT_EQ(content(name), kOld);
+    ::close(writer);
+  }
+  auto h = harness("");
+  h.push(kThreeRows);
+  h.finish();
+  EXPECT_EQ(rowsOf("x.cgel_kelvarin"), 3);
+  EXPECT_EQ(h.log(), Strings{});
+}
+
+TEST_F(WriteColumnarGelTest, ReplacedAtEndTheOldFileStaysUntilTheNewOneIsWhole) {
+  const Strings oldFiles = {"x.000.cs_kelvarin", "x.007.cs_kelvarin", "x.cgel_kelvarin"};
+  for (const std::string& name : oldFiles) {
+    put(name);
+  }
+  const auto areOld = [&] {
+    return content("x.cgel_kelvarin") == kOld && content("x.000.cs_kelvarin") == kOld &&
+           content("x.007.cs_kelvarin") == kOld;
+  };
+  auto failed = harness("replaceAtEnd='1'");
+  failed.push(kThreeRows);
+  failed.runWithoutReading(2);
+  EXPECT_TRUE(areOld());
+  failed.run().fail();
+  failed.close();
+  EXPECT_TRUE(areOld());
+  EXPECT_EQ(allFiles(), oldFiles);
+
+  put(".x.cgel_kelvarin.new");  // of a run that was killed
+  put(".x.cgel_kelvarin.003.cs_kelvarin");
+  auto empty = harness("replaceAtEnd='1'");
+  empty.finish();
+  EXPECT_TRUE(areOld());
+  EXPECT_EQ(empty.log(), Strings{});
+
+  auto h = harness("replaceAtEnd='1' columnStrategy='2'");
+  h.push(kThreeRows);
+  h.finish();
+  EXPECT_EQ(h.log(), Strings{});
+  EXPECT_EQ(rowsOf("x.cgel_kelvarin"), 3);
+  EXPECT_EQ(allFiles(), (Strings{"x.000.cs_kelvarin", "x.001.cs_kelvarin", "x.cgel_kelvarin"}));
+}
+
+TEST_F(WriteColumnarGelTest, ReplacedAtEndEachSplitIsAFileForItself) {
+  put("xa.cgel_kelvarin");
+  put("xa.004.cs_kelvarin");
+  auto h = harness("replaceAtEnd='1' split='2' splitVar='t'");
+  h.push(kThreeRows);
+  h.runWithoutReading(3);
+  EXPECT_EQ(content("xa.cgel_kelvarin"), kOld);
+  h.finish();
+  EXPECT_EQ(rowsOf("xa.cgel_kelvarin"), 2);
+  EXPECT_EQ(allFiles(), (Strings{"xa.000.cs_kelvarin", "xa.cgel_kelvarin", "xb.000.cs_kelvarin",
+                                 "xb.cgel_kelvarin"}));
 }
 
 TEST_F(WriteColumnarGelTest, ColumnStrategies) {
@@ -414,13 +531,13 @@ TEST_F(WriteColumnarGelTest, TwoWritersOfOneNameAreRefusedBeforeAnythingIsDelete
   auto sharing = actionWith("", "x.other_kelvarin");  // the side files
   EXPECT_EQ(first->init(), 0);
   EXPECT_NE(second->init(), 0);
-  EXPECT_NE(host.log().at(0).find("another action of the graph writes to the same file"),
+  EXPECT_NE(host.log().at(0).find("The actions 'w' and 'w' write the same file: '"),
             std::string::npos);
   EXPECT_NE(sharing->init(), 0);
   EXPECT_EQ(careless->init(), 0);
   first->close();
   EXPECT_EQ(second->init(), 0);
-  EXPECT_EQ(content("x.cgel_kelvarin"), "old");
+  EXPECT_EQ(content("x.cgel_kelvarin"), kOld);
 }
 
 TEST_F(WriteColumnarGelTest, AFullDiskFailsTheRunWhenTheAnswerIsToGiveUp) {

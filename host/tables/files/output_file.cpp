@@ -1,5 +1,6 @@
 #include "host/tables/files/output_file.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
@@ -16,6 +17,8 @@
 
 #include <QFile>
 
+#include "base/file_lock.h"
+#include "base/unnamed_file.h"
 #include "host/contract/main_ui.h"
 #include "host/tables/messages.h"
 
@@ -39,9 +42,42 @@ QByteArray folderOf(const QByteArray& path) {
   return slash < 0 ? QByteArray("./") : path.left(slash + 1);
 }
 
+// The temporary files of one output have names that begin alike, however long its own name is.
+QByteArray beginOfTemporaryNames(const QByteArray& finalPath) {
+  std::uint64_t hash = 0xCBF29CE484222325;  // FNV-1a
+  for (const char byte : finalPath.mid(folderOf(finalPath).size())) {
+    hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
+  }
+  return ".kelvarin-" + QByteArray::number(static_cast<qulonglong>(hash), 16) + '-';
+}
+
+constexpr char kTemporaryEnding[] = ".part";
+
 QByteArray temporaryName(const QByteArray& finalPath) {
-  const QByteArray number = QByteArray::number(MainUI::getNearUniqueRandomID(), 16);
-  return folderOf(finalPath) + ".kelvarin-" + number + ".part";
+  return folderOf(finalPath) + beginOfTemporaryNames(finalPath) +
+         QByteArray::number(MainUI::getNearUniqueRandomID(), 16) + kTemporaryEnding;
+}
+
+// What earlier runs have left that were killed. Those at work hold the lock of their file.
+void removeLeftovers(const QByteArray& finalPath) {
+  const QByteArray folder = folderOf(finalPath);
+  const QByteArray begin = beginOfTemporaryNames(finalPath);
+  const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(folder.constData()), &::closedir);
+  while (const dirent* entry = entries ? ::readdir(entries.get()) : nullptr) {
+    const QByteArray name(entry->d_name);
+    if (!name.startsWith(begin) || !name.endsWith(kTemporaryEnding)) {
+      continue;
+    }
+    const QByteArray path = folder + name;
+    const int descriptor =
+        ::open(path.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor >= 0) {
+      if (!isFileLockedElsewhere(descriptor)) {
+        ::unlink(path.constData());
+      }
+      ::close(descriptor);
+    }
+  }
 }
 
 // A write to a pipe that nobody reads gives an error instead of ending the process.
@@ -93,6 +129,7 @@ OutputFile::~OutputFile() {
 Status<QString> OutputFile::open(const QString& path) {
   discard();
   m_isComplete = false;
+  m_finalPath.clear();
   m_bytesWritten = 0;
   m_bytesBeingStored = 0;
   if (path == QLatin1String("-")) {
@@ -129,13 +166,20 @@ Status<QString> OutputFile::openTemporary(const QByteArray& path) {
   if (replaces && ::access(path.constData(), W_OK) != 0) {
     return Failure{table_messages::cannotCreate(m_shownName, systemText(errno))};
   }
-  m_temporaryPath = temporaryName(path);
-  m_descriptor = ::open(m_temporaryPath.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  removeLeftovers(path);
+  m_descriptor = openUnnamedFile(folderOf(path).constData());
+  if (m_descriptor < 0) {
+    m_temporaryPath = temporaryName(path);
+    m_descriptor =
+        ::open(m_temporaryPath.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  }
   if (m_descriptor < 0) {
     const int error = errno;
     m_temporaryPath.clear();
     return Failure{table_messages::cannotCreate(m_shownName, systemText(error))};
   }
+  // Says that the file is at work, for whoever removes leftovers; it is never refused.
+  [[maybe_unused]] const bool isLocked = takeFileLock(m_descriptor);
   if (replaces) {
     // Fails on file systems without permissions; the file is then as new files there are.
     [[maybe_unused]] const int ignored = ::fchmod(m_descriptor, present.st_mode & 07777);
@@ -144,7 +188,7 @@ Status<QString> OutputFile::openTemporary(const QByteArray& path) {
 }
 
 ssize_t OutputFile::writeOnce(const char* bytes, std::size_t size) {
-  if (!m_temporaryPath.isEmpty()) {
+  if (!isDirect()) {
     return ::write(m_descriptor, bytes, size);
   }
   const PipeSignalBlocked blocked;
@@ -182,7 +226,7 @@ Status<QString> OutputFile::write(const char* bytes, std::size_t size) {
 // Only asks for it; complete() waits, and sees what went wrong.
 void OutputFile::startStoring() {
   const long long waiting = m_bytesWritten - m_bytesBeingStored;
-  if (waiting >= kBytesToStore && !m_temporaryPath.isEmpty()) {
+  if (waiting >= kBytesToStore && !isDirect()) {
     [[maybe_unused]] const int ignored =
         ::sync_file_range(m_descriptor, m_bytesBeingStored, waiting, SYNC_FILE_RANGE_WRITE);
     m_bytesBeingStored = m_bytesWritten;
@@ -191,33 +235,37 @@ void OutputFile::startStoring() {
 
 QString OutputFile::writeError(int error) const {
   const QString reason = error == EPIPE ? table_messages::readerWentAway() : systemText(error);
-  return m_temporaryPath.isEmpty() ? table_messages::cannotWriteDirectly(m_shownName, reason)
-                                   : table_messages::cannotWrite(m_shownName, reason);
+  return isDirect() ? table_messages::cannotWriteDirectly(m_shownName, reason)
+                    : table_messages::cannotWrite(m_shownName, reason);
 }
 
 Status<QString> OutputFile::complete() {
-  if (!m_temporaryPath.isEmpty() && ::fsync(m_descriptor) != 0) {
-    return Failure{writeError(errno)};
-  }
-  const int descriptor = m_descriptor;
-  m_descriptor = -1;
-  if (::close(descriptor) != 0 && errno != EINTR) {
-    return Failure{writeError(errno)};
+  if (!isDirect()) {
+    if (::fsync(m_descriptor) != 0) {
+      return Failure{writeError(errno)};
+    }
+  } else {
+    const int descriptor = m_descriptor;
+    m_descriptor = -1;
+    if (::close(descriptor) != 0 && errno != EINTR) {
+      return Failure{writeError(errno)};
+    }
   }
   m_isComplete = true;
   return Done{};
 }
 
 Status<QString> OutputFile::publish() {
-  if (m_temporaryPath.isEmpty()) {
+  if (isDirect()) {
     return Done{};
   }
-  if (::rename(m_temporaryPath.constData(), m_finalPath.constData()) != 0) {
+  if (!takeFinalName()) {
     const QString text = writeError(errno);
     discard();
     return Failure{text};
   }
   m_temporaryPath.clear();
+  closeDescriptor();
   const int folder = ::open(folderOf(m_finalPath).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (folder >= 0) {
     ::fsync(folder);
@@ -226,12 +274,27 @@ Status<QString> OutputFile::publish() {
   return Done{};
 }
 
+// A file without a name cannot replace another at once; it needs a name of its own first.
+bool OutputFile::takeFinalName() {
+  if (m_temporaryPath.isEmpty()) {
+    if (nameUnnamedFile(m_descriptor, m_finalPath.constData())) {
+      return true;
+    }
+    const QByteArray name = temporaryName(m_finalPath);
+    if (errno != EEXIST || !nameUnnamedFile(m_descriptor, name.constData())) {
+      return false;
+    }
+    m_temporaryPath = name;
+  }
+  return ::rename(m_temporaryPath.constData(), m_finalPath.constData()) == 0;
+}
+
 void OutputFile::discard() {
-  closeDescriptor();
   if (!m_temporaryPath.isEmpty()) {
     ::unlink(m_temporaryPath.constData());
     m_temporaryPath.clear();
   }
+  closeDescriptor();
 }
 
 void OutputFile::closeDescriptor() {

@@ -1,9 +1,12 @@
 // A file to be written that appears under its name only when it is complete.
 //
-// Bytes go to a temporary file in the same folder; publish() renames it. What the name held before
-// stays until then. Names that stand for devices and pipes, and standard output ("-"), are written
-// directly. A full disk is put to the host, which says whether to try the rest again. Used by: the
-// sinks of host/tables. Threads: one at a time.  Errors: texts for the user; nothing logs.
+// Bytes go to a file in the same folder that has no name yet, or a temporary one where the file
+// system has no such files; publish() puts it in its place. What the name held before stays until
+// then. A temporary file that a killed process has left is removed when the same output is opened
+// again. Names that stand for devices and pipes, and standard output ("-"), are written directly. A
+// full disk is put to the host, which says whether to try the rest again.
+// Used by: the sinks of host/tables. Threads: one at a time.  Errors: texts for the user; nothing
+// logs.
 #pragma once
 
 #include <sys/types.h>
@@ -42,10 +45,12 @@ class OutputFile {
   ssize_t writeOnce(const char* bytes, std::size_t size);
   QString writeError(int error) const;
   void closeDescriptor();
+  bool isDirect() const { return m_finalPath.isEmpty(); }
+  [[nodiscard]] bool takeFinalName();
 
   QString m_shownName;
-  QByteArray m_finalPath;
-  QByteArray m_temporaryPath;  // empty when written directly
+  QByteArray m_finalPath;      // empty when written directly
+  QByteArray m_temporaryPath;  // empty as long as the file has no name
   int m_descriptor = -1;
   bool m_isComplete = false;
   long long m_bytesWritten = 0;

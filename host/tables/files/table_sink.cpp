@@ -1,7 +1,5 @@
 #include "host/tables/files/table_sink.h"
 
-#include <QFileInfo>
-
 #include "host/contract/main_ui.h"
 #include "host/tables/messages.h"
 
@@ -42,7 +40,7 @@ char TableSink::init() {
   const QString file = expandedFile();
   Status<QString> status = checkSettings();
   if (status) {
-    status = claimFile(file);
+    status = claimFile();
   }
   if (status) {
     status = m_output.open(file);
@@ -54,13 +52,19 @@ char TableSink::init() {
   return 0;
 }
 
-// Devices and pipes may be shared, and so may standard output.
-Status<QString> TableSink::claimFile(const QString& file) {
+QList<UsedFile> TableSink::usedFiles() const {
+  if (m_file.isEmpty()) {
+    return {};
+  }
+  return {{.path = expandedFile(), .use = FileUse::writes, .companions = {}}};
+}
+
+Status<QString> TableSink::claimFile() {
   m_names.giveBack();
-  const QFileInfo present(file);
-  const bool isShared = file == QLatin1String("-") || (present.exists() && !present.isFile());
-  if (!isShared && !m_names.claim(globalParameters(), ClaimedNames::nameOf(file))) {
-    return Failure{table_messages::writtenTwice(file)};
+  for (const UsedFile& file : usedFiles()) {
+    if (const auto hindrance = m_names.claim(*this, file)) {
+      return Failure{*hindrance};
+    }
   }
   return Done{};
 }

@@ -16,13 +16,15 @@
 
 namespace kelvarin {
 
-class TableSink : public ActionItem {
+class TableSink : public ActionItem, public FileUser {
  public:
   QString toolTip() const override = 0;
   char init() override;
   char close() override;
   void setComputeRoutine() override { computeRoutine = &TableSink::takeFirstRow; }
   char canRunInParallel(QString what, bool* reason) override;
+
+  QList<UsedFile> usedFiles() const override;
 
   const QString& file() const { return m_file; }
 
@@ -53,7 +55,7 @@ class TableSink : public ActionItem {
   bool endOfInput();
   bool endWithError(const QString& text);
   bool hasRunEndedNormally() const;
-  Status<QString> claimFile(const QString& file);
+  Status<QString> claimFile();
 
   QString m_file;
   ClaimedNames m_names;

@@ -31,10 +31,27 @@ char TableSource::init() {
     endWithError(table_messages::noFileGiven(QLatin1String(typeName())));
     return 1;
   }
+  if (mustComputeFull()) {
+    m_names.giveBack();
+    for (const UsedFile& file : usedFiles()) {
+      if (const auto hindrance = m_names.claim(*this, file)) {
+        endWithError(*hindrance);
+        return 1;
+      }
+    }
+  }
   return 0;
 }
 
+QList<UsedFile> TableSource::usedFiles() const {
+  if (m_file.isEmpty()) {
+    return {};
+  }
+  return {{.path = expandFile(m_file), .use = FileUse::reads, .companions = {}}};
+}
+
 char TableSource::close() {
+  m_names.giveBack();
   m_batch = nullptr;
   if (m_readAhead) {
     m_readAhead->stop();

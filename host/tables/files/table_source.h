@@ -8,12 +8,13 @@
 #include <memory>
 
 #include "host/contract/action_item.h"
+#include "host/contract/claimed_names.h"
 #include "host/tables/files/read_ahead.h"
 #include "host/tables/sort_order/sort_order.h"
 
 namespace kelvarin {
 
-class TableSource : public ActionItem {
+class TableSource : public ActionItem, public FileUser {
  public:
   QString toolTip() const override = 0;
   QStringList getTags() const override;
@@ -22,6 +23,8 @@ class TableSource : public ActionItem {
   void setComputeRoutine() override { computeRoutine = &TableSource::openAndAnnounce; }
   float computeCompletion() const override;
   char canRunInParallel(QString what, bool* reason) override;
+
+  QList<UsedFile> usedFiles() const override;
 
   const QString& file() const { return m_file; }
 
@@ -49,6 +52,7 @@ class TableSource : public ActionItem {
 
   QString m_file;
   QString m_sortedOn;
+  ClaimedNames m_names;
 
   std::unique_ptr<BatchReader> m_reader;
   std::unique_ptr<ReadAhead> m_readAhead;

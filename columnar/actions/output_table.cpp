@@ -1,0 +1,177 @@
+#include "columnar/actions/output_table.h"
+
+#include <cerrno>
+
+#include <unistd.h>
+
+#include <QFile>
+
+#include "columnar/actions/write_messages.h"
+#include "columnar/files/folder_lock.h"
+#include "columnar/files/table_exchange.h"
+#include "columnar/files/table_files.h"
+#include "host/contract/main_ui.h"
+
+namespace kelvarin {
+
+namespace {
+
+using RunningState = GlobalParameters::RunningState;
+
+std::string systemPath(const QString& path) {
+  return QFile::encodeName(path).toStdString();
+}
+
+QString shownPath(const std::string& path) {
+  return QFile::decodeName(QByteArray::fromStdString(path));
+}
+
+void logErrorOf(ActionItem& action, const QString& text) {
+  MainUI::addLog(LogLevel::error, text);
+  action.failRun();
+}
+
+// An exchange that was begun comes to its end first. With the folder locked.
+Attempt settleExchange(ActionItem& action, const QString& file) {
+  const std::string path = systemPath(file);
+  switch (finishExchange(path)) {
+    case OpenExchange::none:
+      return Attempt::done;
+    case OpenExchange::unfinished:
+      logErrorOf(action, QString::fromLatin1(messages::kExchangeUnfinished)
+                             .arg(file, qt_error_string(errno)));
+      return Attempt::failed;
+    case OpenExchange::damaged:
+      logErrorOf(action, QString::fromLatin1(messages::kJournalDamaged)
+                             .arg(file, shownPath(journalFile(path))));
+      return Attempt::failed;
+  }
+  return Attempt::failed;
+}
+
+// Removing the table at `file` would take away the side files of another one.
+bool isRefusedForAnother(ActionItem& action, const QString& file) {
+  const std::string other = tableSharingSideFiles(systemPath(file));
+  if (!other.empty()) {
+    logErrorOf(action,
+               QString::fromLatin1(messages::kSideFilesOfAnother).arg(file, shownPath(other)));
+  }
+  return !other.empty();
+}
+
+bool isInUse(const std::string& path) {
+  return !isReplaceable(path) || isBeingWritten(path) || isBeingWritten(replacementFile(path));
+}
+
+}  // namespace
+
+OutputTable::OutputTable(ActionItem& action, QString file, bool isReplacedAtEnd,
+                         AskAboutFullDisk ask)
+    : m_action(action),
+      m_file(std::move(file)),
+      m_path(systemPath(m_file)),
+      m_isReplacedAtEnd(isReplacedAtEnd),
+      m_writtenPath(isReplacedAtEnd ? replacementFile(m_path) : m_path),
+      m_writer(std::move(ask)) {}
+
+OutputTable::~OutputTable() {
+  if (m_writer.isOpen()) {
+    (void)finish(RunningState::failed);
+  }
+  if (m_isReplacedAtEnd && m_lock >= 0 && !m_isInPlace) {
+    discard();
+  }
+  releaseLock();
+}
+
+Attempt OutputTable::open(const std::function<bool(const QString& name)>& openWriter) {
+  const FolderLock folder(m_path);
+  if (!folder.isHeld()) {
+    return Attempt::inUse;
+  }
+  if (const Attempt settled = settleExchange(m_action, m_file); settled != Attempt::done) {
+    return settled;
+  }
+  if (isInUse(m_path)) {
+    return Attempt::inUse;
+  }
+  if (isRefusedForAnother(m_action, m_file)) {
+    return Attempt::failed;
+  }
+  if (isForeignFile(m_file)) {
+    MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kForeignFile).arg(m_file));
+  }
+  const bool isFree = removeUnfinishedTable(replacementFile(m_path)) &&
+                      (m_isReplacedAtEnd || !isSomethingThere(m_path) || removeTable(m_path));
+  if (!isFree) {
+    return Attempt::inUse;
+  }
+  return openWriter(shownPath(m_writtenPath)) ? Attempt::done : Attempt::failed;
+}
+
+bool OutputTable::finish(RunningState state) {
+  if (m_isReplacedAtEnd) {
+    m_lock = m_writer.keepLock();
+  }
+  const bool isNormalEnd = state == RunningState::endedNormally || state == RunningState::running;
+  const bool isStored = m_writer.closeHD(state);
+  m_isWhole = isStored && isNormalEnd;
+  return isStored;
+}
+
+Attempt OutputTable::takePlace() {
+  if (!m_isReplacedAtEnd || !m_isWhole) {
+    return Attempt::done;
+  }
+  const FolderLock folder(m_path);
+  if (!folder.isHeld() || !isReplaceable(m_path) || isBeingWritten(m_path)) {
+    return Attempt::inUse;
+  }
+  if (!exchangeTable(m_path)) {
+    const QString reason = qt_error_string(errno);
+    m_isInPlace = isSomethingThere(journalFile(m_path));
+    const char* text = m_isInPlace ? messages::kExchangeLeft : messages::kNotExchanged;
+    logErrorOf(m_action, QString::fromLatin1(text).arg(m_file, reason));
+    return Attempt::failed;
+  }
+  m_isInPlace = true;
+  return Attempt::done;
+}
+
+// Unless another process has begun to write such a table.
+void OutputTable::discard() {
+  const FolderLock folder(m_path);
+  releaseLock();
+  if (!isBeingWritten(m_writtenPath)) {
+    (void)removeUnfinishedTable(m_writtenPath);
+  }
+}
+
+void OutputTable::releaseLock() {
+  if (m_lock >= 0) {
+    ::close(m_lock);
+    m_lock = -1;
+  }
+}
+
+Attempt removePreviousTable(ActionItem& action, const QString& file) {
+  const std::string path = systemPath(file);
+  const FolderLock folder(path);
+  if (!folder.isHeld()) {
+    return Attempt::inUse;
+  }
+  if (const Attempt settled = settleExchange(action, file); settled != Attempt::done) {
+    return settled;
+  }
+  if (isInUse(path)) {
+    return Attempt::inUse;
+  }
+  if (isSomethingThere(path) && isRefusedForAnother(action, file)) {
+    return Attempt::failed;
+  }
+  const bool isGone = removeUnfinishedTable(replacementFile(path)) &&
+                      (!isSomethingThere(path) || removeTable(path));
+  return isGone ? Attempt::done : Attempt::inUse;
+}
+
+}  // namespace kelvarin

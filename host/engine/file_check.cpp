@@ -1,0 +1,41 @@
+#include "host/engine/file_check.h"
+
+#include <deque>
+
+#include "host/contract/claimed_names.h"
+#include "host/contract/host_services.h"
+#include "host/contract/main_ui.h"
+
+namespace kelvarin {
+
+bool checkUsedFiles(const Graph& graph) {
+  std::deque<ClaimedNames> claims;
+  bool areFree = true;
+  for (const GraphAction& action : graph.actions) {
+    const auto* user = dynamic_cast<const FileUser*>(action.item.get());
+    if (user == nullptr) {
+      continue;
+    }
+    const CurrentAction current(action.item.get());
+    for (const UsedFile& file : user->usedFiles()) {
+      if (const auto hindrance = claims.emplace_back().claim(*action.item, file)) {
+        MainUI::addLog(LogLevel::error, *hindrance);
+        areFree = false;
+      }
+    }
+  }
+  return areFree;
+}
+
+void reportFileWarnings(const Graph& graph) {
+  for (const GraphAction& action : graph.actions) {
+    if (const auto* user = dynamic_cast<const FileUser*>(action.item.get())) {
+      const CurrentAction current(action.item.get());
+      for (const QString& warning : user->warningsAboutFiles()) {
+        MainUI::addLog(LogLevel::warning, warning);
+      }
+    }
+  }
+}
+
+}  // namespace kelvarin
