@@ -54,7 +54,13 @@ inline constexpr char kNotLatin1[] =
 inline constexpr char kArrayResult[] =
     "The expression evaluated to an array and a single value was expected";
 inline constexpr char kTooManyElements[] = "An array of more than %1 elements was asked for.";
+inline constexpr char kTooManyElementsInAll[] =
+    "The arrays of this expression have more than %1 elements together.";
+inline constexpr char kArrayAssigned[] = "An array cannot be assigned to a variable.";
 inline constexpr char kTextTooLong[] = "A text of more than %1 bytes would arise.";
+inline constexpr char kTextsTooLong[] =
+    "The texts of this expression, those on the way to its result included, take more than %1 "
+    "bytes together.";
 inline constexpr char kOutOfMemory[] = "The memory does not suffice for this expression.";
 
 }  // namespace kelvarin::messages

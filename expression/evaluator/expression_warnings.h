@@ -12,7 +12,4 @@ namespace kelvarin {
 // Texts to log, the name of the expression in each; empty when nothing is suspicious.
 QStringList warningsAbout(const QString& expressionName, const QString& expression);
 
-// Evaluating the expression may change a variable.
-bool mayAssign(const QString& expression);
-
 }  // namespace kelvarin
