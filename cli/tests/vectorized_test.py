@@ -60,7 +60,10 @@ class VectorizedTest(ProgramTest):
         self.assertIn("error: Error: Vector of wrong size when defining variable 'A'?\n", wrong.stderr)
         columns, warnings = self.new_columns(one, [["A", "a"], ["B", "b"], ["A", "c"]])
         self.assertEqual(columns, {"a2": ["2", "20"]})
-        self.assertEqual(warnings, ["warning: Warning: No vector as input?"])
+        self.assertEqual(warnings, [
+            "warning: Warning: No vector as input?",
+            "warning: The variable 'A' is defined twice, by column 'a' and by column 'c': expressions see the first "
+            "one. Give the other a label of its own."])
         columns, warnings = self.new_columns([("name='\"only\"'", "_n")], [])
         self.assertEqual((columns, warnings), ({"only": ["0", "1"]}, ["warning: Warning: No vector as input?"]))
 

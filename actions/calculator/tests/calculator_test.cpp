@@ -94,6 +94,20 @@ TEST(Calculator, EmptyExpressionsGiveTheMissingValue) {
   EXPECT_EQ(without.columns(0), "a:F NewVar:F");
 }
 
+TEST(Calculator, AVariableNamedLikeTheRowNumberIsRefusedUnlessThatIsOff) {
+  const std::string input = "<InputVar column='a' label='_n'/>";
+  auto refused = RowHarness::of<Calculator>(calculator(output("o", "_n+1"), "", input), "a:F");
+  refused.push(Rows{{5}});
+  EXPECT_EQ(refused.rows(0), Rows{});
+  EXPECT_EQ(refused.log(),
+            Strings{"error: Error: Column 'a' cannot have the label '_n', which is the number of "
+                    "the row. Give it another label, or set addN='0' to do without the number."});
+  auto taken =
+      RowHarness::of<Calculator>(calculator(output("o", "_n+1"), "addN='0'", input), "a:F");
+  taken.push(Rows{{5}});
+  EXPECT_EQ(taken.rows(0), (Rows{{5, 6}}));
+}
+
 TEST(Calculator, WrongColumnsStopTheRunBeforeAnyRow) {
   struct Case {
     std::string xml;
@@ -390,14 +404,14 @@ TEST(Calculator, OffersWhatItKnowsAhead) {
   EXPECT_EQ(ahead.numbers(6, 0, 3, numbers), nullptr);
 }
 
-TEST(Calculator, AnAssignmentIsSeenByTheOutputsBehindIt) {
+TEST(Calculator, AnAssignmentIsNotSeenByTheOutputsBehindIt) {
   auto h = RowHarness::of<Calculator>(
       calculator(output("x", "a*10") + output("y", "a=a+1") + output("z", "a*100")), "a:F");
   h.input(0).offerRows();
   Rows expected;
   for (int i = 0; i < 20; ++i) {
     h.push({i});
-    expected.push_back({i, i * 10, i + 1, (i + 1) * 100});
+    expected.push_back({i, i * 10, i + 1, i * 100});
   }
   EXPECT_EQ(h.rows(0), expected);
 }
