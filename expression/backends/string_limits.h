@@ -22,7 +22,7 @@ class EvaluationLimits {
   static constexpr long long kArrayElements = 1000;
   static constexpr long long kAllElements = 10'000;
   static constexpr std::size_t kTextBytes = std::size_t{64} << 20;
-  static constexpr std::size_t kAllTextBytes = std::size_t{512} << 20;
+  static constexpr std::size_t kAllTextBytes = std::size_t{256} << 20;
 
   // Before an evaluation.
   void restart() {

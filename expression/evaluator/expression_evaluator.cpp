@@ -38,12 +38,20 @@ QString withoutEmptiness(const OutputVariable& output, ResultUse use) {
   return isNumberMeta(output.meta) ? QStringLiteral("_null") : QStringLiteral("_nullS");
 }
 
-QStringList textArgumentWarnings(const QString& name, const CompiledExpression& expression) {
-  const TextArguments found = expression.textArguments();
+QStringList warningOfCheck(const QString& name, const TextArguments& found) {
   if (found.count == 0) {
     return {};
   }
-  return {QString::fromUtf8(messages::kTextArguments)
+  return {QString::fromUtf8(messages::kTextArgument)
+              .arg(name, found.function, QString::number(found.argument),
+                   QString::number(found.position))};
+}
+
+QStringList warningOfRun(const QString& name, const TextArguments& found) {
+  if (found.count == 0) {
+    return {};
+  }
+  return {QString::fromUtf8(messages::kTextArgumentsOfRun)
               .arg(name, found.function, QString::number(found.argument),
                    QString::number(found.position), QString::number(found.count),
                    QString::number(found.row, 'f', 0))};
@@ -319,7 +327,7 @@ QString ExpressionEvaluator::check(const OutputVariable& output, ResultUse use) 
   if (!expression.evaluate(value)) {
     return checkErrorText(expression.error());
   }
-  state.checkWarnings = textArgumentWarnings(output.name, expression);
+  state.checkWarnings = warningOfCheck(output.name, expression.textArguments());
   const QString wrongType =
       use == ResultUse::column ? wrongTypeText(value, output.meta) : QString();
   const bool isReferenceMissing = status == DateStatus::referenceTimeUnparsable;
@@ -439,7 +447,7 @@ QString ExpressionEvaluator::displayText(int variable) const {
 QStringList ExpressionEvaluator::closingWarnings() const {
   QStringList warnings = m_state->binding.warnings();
   for (const auto& output : m_state->outputs) {
-    warnings += textArgumentWarnings(output->name, *output->expression);
+    warnings += warningOfRun(output->name, output->expression->textArguments());
   }
   const FailureCount& failures = m_state->failures;
   if (failures.count > 0) {

@@ -22,10 +22,14 @@ inline constexpr char kNameTwice[] =
     "first one. Give the other a label of its own.";
 inline constexpr char kMoreNamesTwice[] = "%1 more variable(s) are defined twice.";
 
-// At the end of a run or a check.
-inline constexpr char kTextArguments[] =
-    "Expression '%1': the function '%2' got a text as its argument %3 (position %4) and took it for "
-    "0: %5 time(s), the first one on data row %6. Write atof() around a text that is a number.";
+// In a check, and at the end of a run.
+inline constexpr char kTextArgument[] =
+    "Expression '%1': the function '%2' at position %4 takes its argument %3, a text or an array, "
+    "for 0. Write atof() around a text that is a number.";
+inline constexpr char kTextArgumentsOfRun[] =
+    "Expression '%1': the function '%2' at position %4 took its argument %3, a text or an array, "
+    "for 0 on %5 occasion(s), the first one on data row %6. Write atof() around a text that is a "
+    "number.";
 
 // At the end of a run.
 inline constexpr char kNotANumber[] =

@@ -210,11 +210,13 @@ TEST(Evaluator, TextsInFunctionsOfNumbersAreReportedWithTheirPlace) {
   }
   EXPECT_EQ(run.number(), 0.0);  // the library's answer
   EXPECT_EQ(run.evaluator.closingWarnings(),
-            QStringList{"Expression 'out': the function 'sqrt' got a text as its argument 1 "
-                        "(position 19) and took it for 0: 2 time(s), the first one on data row 1. "
+            QStringList{"Expression 'out': the function 'sqrt' at position 19 took its argument 1, "
+                        "a text or an array, for 0 on 2 occasion(s), the first one on data row 1. "
                         "Write atof() around a text that is a number."});
   EXPECT_EQ(run.evaluator.check(outputOf("sin(t)")), QString());
-  EXPECT_EQ(run.evaluator.checkWarnings().size(), 1);
+  EXPECT_EQ(run.evaluator.checkWarnings(),
+            QStringList{"Expression 'out': the function 'sin' at position 0 takes its argument 1, a "
+                        "text or an array, for 0. Write atof() around a text that is a number."});
   EXPECT_EQ(run.evaluator.check(outputOf("sin(atof(t))")), QString());
   EXPECT_EQ(run.evaluator.checkWarnings(), QStringList());
 }
