@@ -108,6 +108,25 @@ TEST(Calculator, AVariableNamedLikeTheRowNumberIsRefusedUnlessThatIsOff) {
   EXPECT_EQ(taken.rows(0), (Rows{{5, 6}}));
 }
 
+TEST(Calculator, ATextInAFunctionOfNumbersIsReportedByRunsAndChecks) {
+  const std::string xml = calculator(output("o", "a+sqrt(t)"), "", kTextInput);
+  auto run = RowHarness::of<Calculator>(xml, "a:F t:U");
+  run.push(Rows{{1, "9"}, {2, "x"}});
+  EXPECT_EQ(run.rows(0), (Rows{{1, "9", 1}, {2, "x", 2}}));
+  run.finish();
+  EXPECT_EQ(run.log(),
+            Strings{"warning: Expression 'o': the function 'sqrt' at position 2 took its argument "
+                    "1, a text or an array, for 0 on 2 occasion(s), the first one on data row 0. "
+                    "Write atof() around a text that is a number."});
+  auto check = RowHarness::of<Calculator>(xml, "a:F t:U");
+  check.checkOnly();
+  check.finish();
+  EXPECT_FALSE(check.hasFailed());
+  EXPECT_EQ(check.log(),
+            Strings{"warning: Expression 'o': the function 'sqrt' at position 2 takes its argument "
+                    "1, a text or an array, for 0. Write atof() around a text that is a number."});
+}
+
 TEST(Calculator, WrongColumnsStopTheRunBeforeAnyRow) {
   struct Case {
     std::string xml;
