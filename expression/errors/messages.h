@@ -44,7 +44,7 @@ inline constexpr char kNulCharacter[] = "The expression holds a NUL character. R
 inline constexpr char kControlCharacter[] =
     "The expression holds a control character. Remove it.";
 inline constexpr char kControlCharacterInName[] =
-    "The name that it gives has a control character (code %1) at position %2. Names of columns and "
+    "The resulting name has a control character (code %1) at position %2. Names of columns and "
     "files have none; replace() takes it out.";
 inline constexpr char kTooDeep[] = "Brackets are nested more than %1 deep. Split the expression.";
 inline constexpr char kOperandMissing[] = "Unexpected operator \"%1\" found at position %2.";

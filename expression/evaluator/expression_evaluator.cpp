@@ -14,6 +14,7 @@
 #include "expression/errors/messages.h"
 #include "expression/evaluator/backend_choice.h"
 #include "expression/evaluator/constants.h"
+#include "expression/evaluator/expression_warnings.h"
 #include "expression/evaluator/messages.h"
 #include "expression/evaluator/result_writer.h"
 #include "expression/evaluator/row_binding.h"
@@ -36,25 +37,6 @@ QString withoutEmptiness(const OutputVariable& output, ResultUse use) {
     return output.expression;
   }
   return isNumberMeta(output.meta) ? QStringLiteral("_null") : QStringLiteral("_nullS");
-}
-
-QStringList warningOfCheck(const QString& name, const TextArguments& found) {
-  if (found.count == 0) {
-    return {};
-  }
-  return {QString::fromUtf8(messages::kTextArgument)
-              .arg(name, found.function, QString::number(found.argument),
-                   QString::number(found.position))};
-}
-
-QStringList warningOfRun(const QString& name, const TextArguments& found) {
-  if (found.count == 0) {
-    return {};
-  }
-  return {QString::fromUtf8(messages::kTextArgumentsOfRun)
-              .arg(name, found.function, QString::number(found.argument),
-                   QString::number(found.position), QString::number(found.count),
-                   QString::number(found.row, 'f', 0))};
 }
 
 QString wrongTypeText(const EvaluatedValue& value, MetaTypeColumn meta) {
@@ -327,7 +309,7 @@ QString ExpressionEvaluator::check(const OutputVariable& output, ResultUse use) 
   if (!expression.evaluate(value)) {
     return checkErrorText(expression.error());
   }
-  state.checkWarnings = warningOfCheck(output.name, expression.textArguments());
+  state.checkWarnings = warningsOfCheck(output.name, expression.textArguments());
   const QString wrongType =
       use == ResultUse::column ? wrongTypeText(value, output.meta) : QString();
   const bool isReferenceMissing = status == DateStatus::referenceTimeUnparsable;
@@ -447,7 +429,7 @@ QString ExpressionEvaluator::displayText(int variable) const {
 QStringList ExpressionEvaluator::closingWarnings() const {
   QStringList warnings = m_state->binding.warnings();
   for (const auto& output : m_state->outputs) {
-    warnings += warningOfRun(output->name, output->expression->textArguments());
+    warnings += warningsOfRun(output->name, output->expression->textArguments());
   }
   const FailureCount& failures = m_state->failures;
   if (failures.count > 0) {

@@ -55,4 +55,23 @@ QStringList warningsAbout(const QString& expressionName, const QString& expressi
   return warnings;
 }
 
+QStringList warningsOfCheck(const QString& expressionName, const TextArguments& found) {
+  if (found.count == 0) {
+    return {};
+  }
+  return {QString::fromUtf8(messages::kTextArgument)
+              .arg(expressionName, found.function, QString::number(found.argument),
+                   QString::number(found.position))};
+}
+
+QStringList warningsOfRun(const QString& expressionName, const TextArguments& found) {
+  if (found.count == 0) {
+    return {};
+  }
+  return {QString::fromUtf8(messages::kTextArgumentsOfRun)
+              .arg(expressionName, found.function, QString::number(found.argument),
+                   QString::number(found.position), QString::number(found.count),
+                   QString::number(found.row, 'f', 0))};
+}
+
 }  // namespace kelvarin

@@ -217,7 +217,7 @@ TEST(CalculatorVectorized, WrongNamesStopTheRunBeforeAnyRow) {
   const Case cases[] = {
       {output("3+4", "1"), "Math Parser Error in expression '3+4':\nResult is not a string"},
       {output("x//b64toa(\"AA==\")", "1"),
-       "Math Parser Error in name expression 'x//b64toa(\"AA==\")':\nThe name that it gives has a "
+       "Math Parser Error in name expression 'x//b64toa(\"AA==\")':\nThe resulting name has a "
        "control character (code 0) at position 2."},
       {output("_nullS", "1"), "Math Parser Error in expression '_nullS':\nResult is not a string"},
       {output("x//nope", "1"),
