@@ -86,7 +86,8 @@ Status<QString> readDefinitions(
     }
     ++rowNumber;
   }
-  if (hasFailedAbove(action, pin)) {
+  const bool hasRunEnded = action.run() != nullptr && !action.run()->isRunning();
+  if (hasRunEnded || hasFailedAbove(action, pin)) {
     return Failure{QString()};
   }
   return Done{};

@@ -34,7 +34,7 @@ struct VariableTableForm {
 };
 
 // Pulls every row of the pin. The error is the text to log; it is empty where the table is not whole
-// because an action above failed, which has logged why.
+// because the user stopped the run, or because an action above failed, which has logged why.
 Status<QString> readDefinitions(
     ActionItem& action, int pin, const VariableTableForm& form,
     const std::function<Status<QString>(const VariableTableRow&)>& take);

@@ -37,7 +37,7 @@ class Concatenation final : public mup::OprtStrAdd {
       *result = mup::string_type(kNullTextBytes);
       return;
     }
-    m_limits.takeText(*this, left.size() + right.size());
+    m_limits.takeJoinedText(*this, left.size() + right.size());
     *result = left + right;
   }
   mup::IToken* Clone() const override { return new Concatenation(*this); }

@@ -28,12 +28,17 @@ void EvaluationLimits::takeResult(const mup::ICallback& callback, const mup::IVa
   }
 }
 
-void EvaluationLimits::takeText(const mup::ICallback& callback, std::size_t bytes) {
+void EvaluationLimits::takeJoinedText(const mup::ICallback& callback, std::size_t bytes) {
   if (bytes > kTextBytes) {
     refuse(callback, QString::fromUtf8(messages::kTextTooLong).arg(kTextBytes));
   }
+  takeText(callback, bytes);
+}
+
+void EvaluationLimits::takeText(const mup::ICallback& callback, std::size_t bytes) {
+  const bool isFirst = m_textBytes == 0;
   m_textBytes += bytes;
-  if (m_textBytes > kAllTextBytes) {
+  if (!isFirst && m_textBytes > kAllTextBytes) {
     refuse(callback, QString::fromUtf8(messages::kTextsTooLong).arg(kAllTextBytes));
   }
 }

@@ -18,7 +18,7 @@ namespace kelvarin {
 
 class EvaluationLimits {
  public:
-  // Of one array, of all arrays, of one text and of all texts.
+  // Of one array, of all arrays, of one joined text and of all texts.
   static constexpr long long kArrayElements = 1000;
   static constexpr long long kAllElements = 10'000;
   static constexpr std::size_t kTextBytes = std::size_t{64} << 20;
@@ -32,7 +32,9 @@ class EvaluationLimits {
   // Counts an array of so many elements, or the one that `value` is.
   void takeArray(const mup::ICallback& callback, double elements);
   void takeResult(const mup::ICallback& callback, const mup::IValue& value);
-  // Counts a text that is about to be made.
+  // Counts a text that is about to be joined from two.
+  void takeJoinedText(const mup::ICallback& callback, std::size_t bytes);
+  // Counts a text that a function made. One alone may be as long as the text of a row can be.
   void takeText(const mup::ICallback& callback, std::size_t bytes);
 
  private:
