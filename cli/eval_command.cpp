@@ -123,6 +123,9 @@ Result<ExpressionRequest, QString> makeRequest(const EvalArguments& arguments) {
   if (const auto applied = applyExpressionOptions(*options, request.options); !applied) {
     return Failure{applied.error()};
   }
+  if (request.options.addN && names.contains(QStringLiteral("_n"))) {
+    return Failure{QString::fromLatin1(program_messages::kVariableIsRowNumber)};
+  }
   return request;
 }
 

@@ -8,6 +8,9 @@ inline constexpr char kNeedsNameAndValue[] = "%1 takes NAME=VALUE, not '%2'.";
 inline constexpr char kNotANumber[] =
     "The value of %1 is '%2', which is not a number (nan, inf, -inf and null are allowed).";
 inline constexpr char kVariableTwice[] = "The variable '%1' is given twice.";
+inline constexpr char kVariableIsRowNumber[] =
+    "The variable '_n' is the number of the row. Give it another name, or add --opt addN=0 to do "
+    "without the number.";
 inline constexpr char kUnknownOption[] = "There is no expression option '%1'. There are: %2.";
 inline constexpr char kOptionTakesInteger[] =
     "The expression option '%1' takes a whole number, not '%2'.";

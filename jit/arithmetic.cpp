@@ -2,6 +2,12 @@
 
 namespace kelvarin::jit {
 
+double raised(double base, double exponent) {
+  const double result = std::pow(base, exponent);
+  const bool isNullLost = std::isnan(result) && (isNullNumber(base) || isNullNumber(exponent));
+  return isNullLost ? kNullNumber : result;
+}
+
 double power(double base, double exponent) {
   if (exponent == 2.0) {
     return multiply(base, base);
@@ -12,7 +18,7 @@ double power(double base, double exponent) {
   if (exponent == 4.0) {
     return multiply(multiply(multiply(base, base), base), base);
   }
-  return std::pow(base, exponent);
+  return raised(base, exponent);
 }
 
 }  // namespace kelvarin::jit

@@ -73,7 +73,10 @@ inline double numberOf(bool truth) {
   return truth ? 1.0 : 0.0;
 }
 
-// `^`: the exponents 2, 3 and 4 are products from left to right, all else is the C library's.
+// `pow`: the C library's, but null where that makes another NaN of a null, as of null^5. What does
+// not depend on the null, null^0 and 1^null, is 1.
+double raised(double base, double exponent);
+// `^`: the exponents 2, 3 and 4 are products from left to right, all else is raised().
 double power(double base, double exponent);
 
 }  // namespace kelvarin::jit

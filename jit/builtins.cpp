@@ -65,7 +65,7 @@ Symbols makeBuiltins() {
   add1("trunc", truncate, Intrinsic::truncate);
   add2("hypot", std::hypot);
   add2("fmod", std::fmod);
-  add2("pow", std::pow);
+  add2("pow", raised);
   symbols.functions.set("sum", Accumulation::sum);
   symbols.functions.set("avg", Accumulation::average);
   symbols.functions.set("min", Accumulation::smallest);

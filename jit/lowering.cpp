@@ -119,7 +119,7 @@ class Lowering {
     }
     const double value = m_graph.number(exponent);
     if (value != 2.0 && value != 3.0 && value != 4.0) {
-      return callTo(addressOf(static_cast<Function2>(std::pow)), base, exponent);
+      return callTo(addressOf(static_cast<Function2>(raised)), base, exponent);
     }
     NodeId product = base;
     for (int i = 1; i < static_cast<int>(value); ++i) {

@@ -67,7 +67,7 @@ bool Calculator::readVariableTable() {
     return true;
   }
   const auto read = appendVariableTable(*this, 1, m_variables);
-  if (!read) {
+  if (!read && !read.error().isEmpty()) {
     logError(read.error());
   }
   return static_cast<bool>(read);

@@ -1,5 +1,7 @@
 #include "actions/calculator/variable_table.h"
 
+#include <QSet>
+
 #include "actions/frame/messages.h"
 
 namespace kelvarin {
@@ -10,6 +12,27 @@ constexpr int kAliasColumn = 0;
 constexpr int kNameColumn = 1;
 constexpr int kCastColumn = 2;
 
+// An action that the rows of the pin come from, or would have come from.
+bool hasFailedAbove(const ActionItem& action, int pin) {
+  std::vector<const ActionItem*> open{action.getActionItemOnInPin(pin)};
+  QSet<const ActionItem*> seen{nullptr};
+  while (!open.empty()) {
+    const ActionItem* item = open.back();
+    open.pop_back();
+    if (seen.contains(item)) {
+      continue;
+    }
+    if (item->hasFailed()) {
+      return true;
+    }
+    seen.insert(item);
+    for (int i = 0; i < item->inputPinCount(); ++i) {
+      open.push_back(item->getActionItemOnInPin(i));
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 VariableTableRow variableTableRow(const OneRow& row) {
@@ -19,9 +42,6 @@ VariableTableRow variableTableRow(const OneRow& row) {
   }
   result.alias = row.col(kAliasColumn, nullptr);
   result.column = row.sz() > kNameColumn ? row.col(kNameColumn, nullptr) : result.alias;
-  if (result.alias.isEmpty()) {
-    result.alias = result.column;
-  }
   const QString cast = row.sz() > kCastColumn ? row.col(kCastColumn, nullptr) : QString();
   if (!cast.isEmpty()) {
     result.castCode = cast.front();
@@ -65,6 +85,10 @@ Status<QString> readDefinitions(
       return taken;
     }
     ++rowNumber;
+  }
+  const bool hasRunEnded = action.run() != nullptr && !action.run()->isRunning();
+  if (hasRunEnded || hasFailedAbove(action, pin)) {
+    return Failure{QString()};
   }
   return Done{};
 }

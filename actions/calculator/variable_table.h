@@ -19,7 +19,8 @@ struct VariableTableRow {
   QChar castCode = u'F';
 };
 
-// A row of one column names both alias and column; an empty alias is the column's name.
+// A row of one column names both alias and column. An empty alias stays one: the variable has the
+// name of its column.
 VariableTableRow variableTableRow(const OneRow& row);
 
 // The error is the text to log.
@@ -32,12 +33,13 @@ struct VariableTableForm {
   QString tooNarrow;  // the text to log about a table with fewer columns
 };
 
-// Pulls every row of the pin. The error is the text to log.
+// Pulls every row of the pin. The error is the text to log; it is empty where the table is not whole
+// because the user stopped the run, or because an action above failed, which has logged why.
 Status<QString> readDefinitions(
     ActionItem& action, int pin, const VariableTableForm& form,
     const std::function<Status<QString>(const VariableTableRow&)>& take);
 
-// Pulls every row of the pin and appends one variable for each.
+// The same, and appends one variable for each row.
 Status<QString> appendVariableTable(ActionItem& action, int pin,
                                     std::vector<InputVariable>& variables);
 

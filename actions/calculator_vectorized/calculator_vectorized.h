@@ -46,7 +46,6 @@ class CalculatorVectorized : public Catalogued<CalculatorVectorized, Calculator>
 
   bool readOwnTable();
   bool takeTableOfPrimary();
-  void warnAboutTable() const;
   void releaseCopies() { m_tableRead.release(kPermits); }
   void tellColumns(const QStringList& names) const;
 

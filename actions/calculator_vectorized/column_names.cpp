@@ -33,7 +33,7 @@ class ColumnNamer {
   Status<QString> prepare() {
     std::vector<InputVariable> texts{textVariable(QStringLiteral("_n"))};
     for (const InputVariable& vector : m_vectors.variables) {
-      texts.push_back(textVariable(vector.label));
+      texts.push_back(textVariable(vector.name()));
     }
     EvaluationOptions options = m_rules.options;
     options.addN = false;
@@ -49,14 +49,17 @@ class ColumnNamer {
   Status<QString> addNamesOf(int element, QStringList& names) {
     m_evaluator.setText(kElementNumber, QString::number(element));
     setColumns(element, [](const InputVariable& variable) { return variable.isVector; });
+    m_evaluator.startRow();
     for (int i = 0; i < m_evaluator.outputCount(); ++i) {
-      m_evaluator.startRow();  // what an earlier expression assigned is gone
       if (m_evaluator.evaluate(i) != RowOutcome::ok) {
         return Failure{failureText(m_expressions[i], m_evaluator.lastFailure().error)};
       }
       const ExpressionValue& name = m_evaluator.value(i);
       if (name.type != ExpressionValue::Type::text || name.text.isNull()) {
         return Failure{messages::nameIsNoText(m_expressions[i])};
+      }
+      if (const QString refusal = controlCharacterText(name.text); !refusal.isEmpty()) {
+        return Failure{messages::nameExpressionFailed(m_expressions[i], refusal)};
       }
       names.append(name.text);
     }

@@ -21,9 +21,13 @@ bool CalculatorVectorized::readOwnTable() {
   auto table = readVectorTable(*this, 1);
   if (table) {
     m_vectors = std::move(table.value());
-    warnAboutTable();
+    if (m_vectors.elementCount == 1) {
+      MainUI::addLog(LogLevel::warning, messages::noVectors());
+    }
   } else {
-    logError(table.error());
+    if (!table.error().isEmpty()) {
+      logError(table.error());
+    }
     failRun();
   }
   m_isTableRead = true;
@@ -43,17 +47,6 @@ bool CalculatorVectorized::takeTableOfPrimary() {
   }
   m_vectors = primary.m_vectors;
   return true;
-}
-
-void CalculatorVectorized::warnAboutTable() const {
-  if (m_vectors.elementCount == 1) {
-    MainUI::addLog(LogLevel::warning, messages::noVectors());
-    return;
-  }
-  const QStringList repeated = m_vectors.repeatedAliases();
-  if (!repeated.isEmpty()) {
-    MainUI::addLog(LogLevel::warning, messages::vectorsDefinedAgain(repeated));
-  }
 }
 
 // A new column for each output of each element; `update` has no meaning here.

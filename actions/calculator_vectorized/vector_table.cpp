@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include <QHash>
-
 #include "actions/calculator/variable_table.h"
 #include "actions/frame/messages.h"
 
@@ -61,17 +59,6 @@ int largestVector(const std::vector<InputVariable>& variables) {
 
 }  // namespace
 
-QStringList VectorTable::repeatedAliases() const {
-  QHash<QString, int> timesSeen;
-  QStringList repeated;
-  for (const InputVariable& variable : variables) {
-    if (++timesSeen[variable.label] == 2) {
-      repeated.append(variable.label);
-    }
-  }
-  return repeated;
-}
-
 Result<VectorTable, QString> readVectorTable(ActionItem& action, int pin) {
   VectorGroups groups;
   const VariableTableForm form{2, messages::vectorTableTooNarrow()};
@@ -90,7 +77,7 @@ Result<VectorTable, QString> readVectorTable(ActionItem& action, int pin) {
         return variable.isVector && elementsOf(variable) != table.elementCount;
       });
   if (wrong != table.variables.rend()) {
-    return Failure{messages::vectorOfWrongSize(wrong->label)};
+    return Failure{messages::vectorOfWrongSize(wrong->name())};
   }
   return table;
 }

@@ -18,12 +18,9 @@ namespace kelvarin {
 struct VectorTable {
   std::vector<InputVariable> variables;
   int elementCount = 1;
-
-  // Aliases that name more than one variable, each once.
-  QStringList repeatedAliases() const;
 };
 
-// Pulls every row of the pin.
+// Pulls every row of the pin. The error is that of readDefinitions().
 Result<VectorTable, QString> readVectorTable(ActionItem& action, int pin);
 
 }  // namespace kelvarin

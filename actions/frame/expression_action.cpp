@@ -4,6 +4,7 @@
 #include "expression/errors/error_texts.h"
 #include "expression/errors/messages.h"
 #include "expression/evaluator/expression_warnings.h"
+#include "expression/evaluator/variable_names.h"
 #include "expression/help/unknown_name_hint.h"
 #include "host/contract/host_services.h"
 
@@ -51,6 +52,13 @@ bool ExpressionAction::startEvaluator(const OneRow& columns,
   for (InputVariable& variable : variables) {
     variable.label = expand(variable.label);
     m_variableNames += variable.name();
+  }
+  if (const auto named = checkNames(variables, options); !named) {
+    logError(named.error());
+    return false;
+  }
+  for (const QString& warning : warningsAboutNames(variables)) {
+    MainUI::addLog(LogLevel::warning, warning);
   }
   m_evaluator.configure(options, variables, globalParameters(), isObserved());
   if (!prepareDates(expressions)) {
@@ -106,6 +114,9 @@ bool ExpressionAction::compileOutputs(const std::vector<OutputVariable>& outputs
 // A reference time that cannot be parsed has been warned about, once for all outputs.
 bool ExpressionAction::checkOutput(const OutputVariable& output, ResultUse use) {
   const QString text = m_evaluator.check(output, use);
+  for (const QString& warning : m_evaluator.checkWarnings()) {
+    MainUI::addLog(LogLevel::warning, warning);
+  }
   if (text.isEmpty() || text == QLatin1String(messages::kReferenceUnparsable)) {
     return true;
   }

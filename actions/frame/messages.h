@@ -77,16 +77,6 @@ inline QString noVectors() {
 inline QString vectorOfWrongSize(const QString& alias) {
   return QStringLiteral("Error: Vector of wrong size when defining variable '%1'?").arg(alias);
 }
-// `aliases` has one or more.
-inline QString vectorsDefinedAgain(const QStringList& aliases) {
-  const QString others = aliases.size() == 1
-                             ? QString()
-                             : QStringLiteral(" (and %1 more)").arg(aliases.size() - 1);
-  return QStringLiteral(
-             "The table on Pin 1 defines the variable '%1'%2 several times: expressions see the "
-             "first. A vector's rows must follow each other.")
-      .arg(aliases.first(), others);
-}
 inline QString vectorTableNotRead() {
   return QStringLiteral(
       "Error: The copy of this action that reads the table on Pin 1 ended without reading it.");

@@ -107,7 +107,7 @@ class EvalTest(ProgramTest):
 
     def test_wrong_usage(self):
         for arguments in (["x", "--var", "x=one"], ["1", "--opt", "colour=red"], ["1", "--opt", "addN=2"],
-                          ["1", "--meta", "Z"], ["x", "--var", "x=1", "--text", "x=1"]):
+                          ["1", "--meta", "Z"], ["x", "--var", "x=1", "--text", "x=1"], ["_n", "--var", "_n=1"]):
             self.assertIn("error: ", self.kelvarin("eval", *arguments, status=2).stderr)
 
     def test_hostile_expressions_end(self):

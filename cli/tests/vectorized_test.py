@@ -6,7 +6,7 @@ import os
 import subprocess
 import unittest
 
-from program import PROGRAM, ProgramTest, graph
+from program import PROGRAM, ProgramTest, calculator, graph
 
 CAST = ("alias", "column", "cast")
 
@@ -60,7 +60,10 @@ class VectorizedTest(ProgramTest):
         self.assertIn("error: Error: Vector of wrong size when defining variable 'A'?\n", wrong.stderr)
         columns, warnings = self.new_columns(one, [["A", "a"], ["B", "b"], ["A", "c"]])
         self.assertEqual(columns, {"a2": ["2", "20"]})
-        self.assertEqual(warnings, ["warning: Warning: No vector as input?"])
+        self.assertEqual(warnings, [
+            "warning: Warning: No vector as input?",
+            "warning: The variable 'A' is defined twice, by column 'a' and by column 'c': expressions see the first "
+            "one. Give the other a label of its own."])
         columns, warnings = self.new_columns([("name='\"only\"'", "_n")], [])
         self.assertEqual((columns, warnings), ({"only": ["0", "1"]}, ["warning: Warning: No vector as input?"]))
 
@@ -78,6 +81,18 @@ class VectorizedTest(ProgramTest):
         failed = self.run_graph([("name='\"o\" // _n'", "x &gt; 1 ? \"text\" : x")], pair, status=1)
         self.assertIn("error: Math Parser Error in expression 'o1':\n The expression evaluated to a String and a "
                       "Number was expected\n On Data Row 0 at position ", failed.stderr)
+
+    def test_a_table_that_cannot_be_read_has_one_error(self):
+        self.write("t.csv", "a,b\n1,2\n")
+        self.write("v.csv", 'alias,column\nx,"a\n')
+        read = "<ReadCSV name='t' file='t.csv'/><ReadCSV name='v' file='v.csv'/><FilterRows name='f'/>"
+        sink = "<Discard name='o'/>"
+        for action in (calculator("c", ["a"], [("name='y'", "x + 1")]), vectorized([("name='\"n\" // _n'", "x + 1")])):
+            self.write("g.kelvarin", graph(read + action + sink, ["t c", "v f", "f c.1", "c o"]))
+            for command in ("run", "check"):
+                log = self.kelvarin(command, "g.kelvarin", status=1).stderr
+                self.assertIn("the quote opened here is never closed", log)
+                self.assertEqual((log.count("error: "), log.count("warning: ")), (1, 0), log)
 
     def test_a_check_shows_the_names(self):
         self.write_graph([("name='x // _n'", "x")], [["x", "a"], ["x", "b"]])

@@ -19,8 +19,7 @@ QString textOf(const ExpressionValue& value) {
 
 QString cleanedForFileName(QString value) {
   for (QChar& character : value) {
-    const bool isControl = character.unicode() < 0x20 || character.unicode() == 0x7F;
-    if (isControl || character == u'/' || character == u'\\') {
+    if (isControlCharacter(character) || character == u'/' || character == u'\\') {
       character = u'_';
     }
   }
@@ -85,7 +84,11 @@ Result<QString, NamingExpressions::Error> NamingExpressions::name(const QString&
       return Failure{
           Error{m_expressions[i], errorTextWithPosition(m_evaluator.lastFailure().error)}};
     }
-    result += textOf(m_evaluator.value(i)) + m_literals[i + 1];
+    const QString part = textOf(m_evaluator.value(i));
+    if (const QString refusal = controlCharacterText(part); !refusal.isEmpty()) {
+      return Failure{Error{m_expressions[i], refusal}};
+    }
+    result += part + m_literals[i + 1];
   }
   return result;
 }

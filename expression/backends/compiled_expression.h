@@ -10,6 +10,7 @@
 #include "base/null_number.h"
 #include "base/result.h"
 #include "expression/backends/backend_kind.h"
+#include "expression/backends/text_arguments.h"
 #include "expression/errors/expression_error.h"
 
 namespace kelvarin {
@@ -36,6 +37,8 @@ class CompiledExpression {
   virtual BackendKind kind() const = 0;
   virtual bool evaluate(EvaluatedValue& value) = 0;
   const ExpressionError& error() const { return m_error; }
+  // Of all evaluations so far.
+  virtual TextArguments textArguments() const { return {}; }
 
  protected:
   ExpressionError m_error;

@@ -28,10 +28,9 @@ struct ExpressionScope {
   FunctionContext& functions;
 };
 
-// Of the variables.
-inline QSet<QString> namesOf(const ExpressionScope& scope) {
+inline QSet<QString> namesOf(const VariableStore& variables) {
   QSet<QString> names;
-  for (const StoredVariable& variable : scope.variables.variables()) {
+  for (const StoredVariable& variable : variables.variables()) {
     names.insert(variable.name);
   }
   return names;

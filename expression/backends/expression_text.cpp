@@ -4,6 +4,8 @@
 
 #include <QStringView>
 
+#include "expression/backends/equals_signs.h"
+
 namespace kelvarin {
 
 namespace {
@@ -11,6 +13,8 @@ namespace {
 // Of private use: the marked letters of ASCII, the only ones that names of functions begin with.
 constexpr char16_t kFirstMark = 0xE000;
 constexpr char16_t kEndOfMarks = kFirstMark + 0x80;
+constexpr char16_t kTargetMark = 0xE0FF;
+constexpr std::string_view kTargetMarkBytes = "\xEE\x83\xBF";
 
 bool isDigit(QChar c) {
   return c >= u'0' && c <= u'9';
@@ -161,7 +165,33 @@ QString markedColumn(QString name) {
   return name;
 }
 
+QString withMarkedTargets(const QString& expression, const QSet<QString>& columns) {
+  QString marked = expression;
+  const QList<EqualsSign> signs = equalsSigns(expression);
+  for (auto sign = signs.rbegin(); sign != signs.rend(); ++sign) {
+    const QStringView left = QStringView(expression).first(sign->start);
+    qsizetype end = left.size();
+    while (end > 0 && left[end - 1].isSpace()) {
+      --end;
+    }
+    qsizetype start = end;
+    while (start > 0 && isNameCharacter(left[start - 1])) {
+      --start;
+    }
+    const QString name = withoutMarks(left.sliced(start, end - start).toString());
+    if (sign->isAssignment() && columns.contains(name)) {
+      marked.insert(end, QChar(kTargetMark));
+    }
+  }
+  return marked;
+}
+
+QString markedTarget(const QString& name) {
+  return name + QChar(kTargetMark);
+}
+
 QString withoutMarks(QString text) {
+  text.remove(QChar(kTargetMark));
   for (QChar& c : text) {
     if (c >= QChar(kFirstMark) && c < QChar(kEndOfMarks)) {
       c = QChar(static_cast<char16_t>(c.unicode() - kFirstMark));
@@ -195,6 +225,10 @@ int positionOfByte(std::string_view utf8, int bytePosition) {
   const std::size_t end = std::min(utf8.size(), static_cast<std::size_t>(bytePosition));
   int units = 0;
   for (std::size_t i = 0; i < end; ++i) {
+    if (utf8.substr(i).starts_with(kTargetMarkBytes)) {
+      i += kTargetMarkBytes.size() - 1;
+      continue;
+    }
     const auto byte = static_cast<unsigned char>(utf8[i]);
     const bool isContinuation = (byte & 0xC0) == 0x80;
     const bool takesTwoUnits = byte >= 0xF0;

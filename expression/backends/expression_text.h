@@ -34,6 +34,13 @@ QString withSignsForWords(QString expression, const QSet<QString>& columns);
 // one table of names. The mark is a character of its own in place of the first one.
 QString withMarkedColumns(QString expression, const QSet<QString>& columns);
 QString markedColumn(QString name);
+
+// Marks the columns of an expression that it assigns to, so that a library can tell them from those
+// that are read. The mark is a character behind the name that counts for no position.
+QString withMarkedTargets(const QString& expression, const QSet<QString>& columns);
+QString markedTarget(const QString& name);
+
+// What the user wrote, without marks of either kind.
 QString withoutMarks(QString text);
 
 // Writes the units behind values, such as `{k}`, in the form of markedUnit(), with blanks up to the
@@ -52,7 +59,8 @@ bool isNameCharacter(QChar c);
 // A valid name in every back-end, characters beyond ASCII apart.
 bool isVariableName(const QString& name);
 
-// The 16-bit position of a byte position in UTF-8, and -1 for -1.
+// The 16-bit position of a byte position in UTF-8, without the marks of withMarkedTargets(), and -1
+// for -1.
 int positionOfByte(std::string_view utf8, int bytePosition);
 
 // The index behind the text literal that starts at `quote`; the text's size when it does not end.

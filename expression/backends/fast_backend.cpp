@@ -1,11 +1,14 @@
 #include "expression/backends/fast_backend.h"
 
 #include <exception>
+#include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <muParser.h>
 
+#include "expression/backends/equals_signs.h"
 #include "expression/backends/expression_text.h"
 #include "expression/backends/fast_functions.h"
 #include "expression/backends/fast_language.h"
@@ -32,12 +35,13 @@ ExpressionError errorOf(const std::exception& error) {
 
 class FastExpression final : public NumberExpression {
  public:
-  FastExpression(const QString& expression, const ExpressionScope& scope) {
+  FastExpression(const QString& expression, const ExpressionScope& scope)
+      : m_mayAssign(mayAssign(expression)) {
     addLanguage(m_parser);
     addLatin1Letters();
     m_functions = addFunctions(m_parser, scope.functions);
     addValues(valueNames(expression), scope);
-    const QString signs = withSignCharacters(expression, namesOf(scope));
+    const QString signs = withSignCharacters(expression, namesOf(scope.variables));
     m_parser.SetExpr(latin1(signs));
   }
 
@@ -55,9 +59,17 @@ class FastExpression final : public NumberExpression {
 
   BackendKind kind() const override { return BackendKind::fast; }
 
-  NumberCall numberCall() override { return {evaluateNow, this}; }
+  NumberCall numberCall() override {
+    return {m_mayAssign ? evaluateWithOwnValues : evaluateNow, this};
+  }
 
  private:
+  // A variable that the expression may assign to, which nobody else is to see.
+  struct OwnValue {
+    const double* source;
+    double value;
+  };
+
   static bool evaluateNow(void* expression, double* number) {
     auto& self = *static_cast<FastExpression*>(expression);
     try {
@@ -66,6 +78,13 @@ class FastExpression final : public NumberExpression {
     } catch (...) {
       return self.keepError();
     }
+  }
+
+  static bool evaluateWithOwnValues(void* expression, double* number) {
+    for (const auto& own : static_cast<FastExpression*>(expression)->m_ownValues) {
+      own->value = *own->source;
+    }
+    return evaluateNow(expression, number);
   }
 
   // Of the exception in flight.
@@ -92,7 +111,8 @@ class FastExpression final : public NumberExpression {
     m_parser.ClearConst();
     for (const StoredVariable& variable : scope.variables.variables()) {
       if (!variable.isText && isVariableName(variable.name) && names.remove(variable.name)) {
-        m_parser.DefineVar(latin1(variable.name), scope.variables.numbers() + variable.place);
+        m_parser.DefineVar(latin1(variable.name),
+                           valueToRead(scope.variables.numbers() + variable.place));
       }
     }
     for (const NamedConstant& constant : scope.constants) {
@@ -100,6 +120,14 @@ class FastExpression final : public NumberExpression {
         m_parser.DefineConst(latin1(constant.name), constant.number);
       }
     }
+  }
+
+  double* valueToRead(double* source) {
+    if (!m_mayAssign) {
+      return source;
+    }
+    m_ownValues.push_back(std::make_unique<OwnValue>(OwnValue{source, *source}));
+    return &m_ownValues.back()->value;
   }
 
   // False when the expression does not parse or names what is not defined.
@@ -116,6 +144,8 @@ class FastExpression final : public NumberExpression {
     }
   }
 
+  const bool m_mayAssign;
+  std::vector<std::unique_ptr<OwnValue>> m_ownValues;  // of all variables it uses, if it may
   BoundFunctions m_functions;
   mu::Parser m_parser;
 };

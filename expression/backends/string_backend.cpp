@@ -1,15 +1,18 @@
 #include "expression/backends/string_backend.h"
 
+#include <algorithm>
 #include <exception>
 #include <map>
 #include <new>
 #include <string>
 #include <utility>
 
+#include "expression/backends/equals_signs.h"
 #include "expression/backends/expression_text.h"
 #include "expression/backends/string_functions.h"
 #include "expression/backends/string_guard.h"
 #include "expression/backends/string_library.h"
+#include "expression/backends/string_numeric.h"
 #include "expression/backends/string_values.h"
 #include "expression/errors/error_texts.h"
 #include "expression/errors/messages.h"
@@ -17,6 +20,16 @@
 namespace kelvarin {
 
 namespace {
+
+// A variable whose value enters an expression where it is read, though the expression assigns
+// another to it further on; the library would take it when the operator is computed.
+class ReadVariable final : public mup::Variable {
+ public:
+  using mup::Variable::Variable;
+
+  bool IsVariable() const override { return false; }
+  mup::IToken* Clone() const override { return new ReadVariable(*this); }
+};
 
 // A variable that an expression uses, as the library sees it.
 struct ValueHolder {
@@ -90,20 +103,22 @@ ExpressionError errorOf(const std::exception& error) {
 
 class StringExpression final : public CompiledExpression {
  public:
-  StringExpression(const QString& expression, const ExpressionScope& scope, ValueHolders& holders)
-      : m_expression(utf8(expression)) {
+  // Shares the holders of the variables with other expressions unless it assigns to one.
+  StringExpression(const QString& expression, const ExpressionScope& scope, ValueHolders& shared)
+      : m_variables(scope.variables),
+        m_mayAssign(mayAssign(expression)),
+        m_expression(utf8(expression)),
+        m_watch(scope.variables) {
     addFunctions(m_parser, scope.functions);
-    addValues(valueNames(expression), scope, holders);
+    addNumericFunctions(m_parser, m_watch);
+    addValues(valueNames(expression), scope, m_mayAssign ? m_ownHolders : shared);
     m_parser.SetExpr(m_expression);
   }
 
-  // Finds errors without evaluating, which would draw random numbers and assign variables. Throws
-  // the library's error.
+  // Finds errors without evaluating, which would draw random numbers. Throws the library's error.
   void parse() {
-    for (const auto& [name, place] : m_parser.GetExprVar()) {
-      if (!m_parser.IsVarDefined(name)) {
-        m_parser.Eval();  // throws the library's message about the name
-      }
+    if (!isComplete()) {
+      m_parser.Eval();  // throws the library's message about the first fault
     }
   }
 
@@ -113,7 +128,16 @@ class StringExpression final : public CompiledExpression {
 
   BackendKind kind() const override { return BackendKind::string; }
 
+  TextArguments textArguments() const override {
+    return {m_watch.count(), QString::fromStdString(m_watch.function()), 1,
+            positionOfByte(m_expression, m_watch.bytePosition()), m_watch.row()};
+  }
+
   bool evaluate(EvaluatedValue& value) override {
+    m_parser.limits().restart();
+    for (const auto& [name, holder] : m_ownHolders) {
+      loadHolder(m_variables, *holder);
+    }
     try {
       return take(m_parser.Eval(), value);
     } catch (const mup::ParserError& error) {
@@ -125,6 +149,18 @@ class StringExpression final : public CompiledExpression {
   }
 
  private:
+  // False when the expression does not parse or names what is not defined. Names that are not
+  // defined count as variables here, so the fault that is found need not be the first one.
+  bool isComplete() const {
+    try {
+      const mup::var_maptype& names = m_parser.GetExprVar();
+      return std::all_of(names.begin(), names.end(),
+                         [this](const auto& name) { return m_parser.IsVarDefined(name.first); });
+    } catch (const mup::ParserError&) {
+      return false;
+    }
+  }
+
   bool take(const mup::IValue& result, EvaluatedValue& value) {
     switch (result.GetType()) {
       case 'i':
@@ -155,8 +191,11 @@ class StringExpression final : public CompiledExpression {
       for (const QString& name : {variable.name, markedColumn(variable.name)}) {
         if (names.remove(name)) {
           m_parser.freeName(utf8(name));
-          m_parser.DefineVar(utf8(name),
-                             mup::Variable(&holderOf(variable, scope.variables, holders).value));
+          define(name, holderOf(variable, scope.variables, holders).value);
+        }
+        if (const QString target = markedTarget(name); names.remove(target)) {
+          mup::Value& value = holderOf(variable, scope.variables, holders).value;
+          m_parser.DefineVar(utf8(target), mup::Variable(&value));
         }
       }
     }
@@ -166,6 +205,14 @@ class StringExpression final : public CompiledExpression {
         m_parser.freeName(name);
         m_parser.DefineConst(name, valueOf(constant));
       }
+    }
+  }
+
+  void define(const QString& name, mup::Value& value) {
+    if (m_mayAssign) {
+      m_parser.DefineVar(utf8(name), ReadVariable(&value));
+    } else {
+      m_parser.DefineVar(utf8(name), mup::Variable(&value));
     }
   }
 
@@ -179,7 +226,11 @@ class StringExpression final : public CompiledExpression {
     return *holder;
   }
 
+  const VariableStore& m_variables;
+  const bool m_mayAssign;
   std::string m_expression;
+  ValueHolders m_ownHolders;  // of all variables it uses, if it may assign to one
+  NonNumberWatch m_watch;
   StringLibrary m_parser;
 };
 
@@ -193,12 +244,13 @@ StringBackend::StringBackend() : m_state(std::make_unique<State>()) {}
 StringBackend::~StringBackend() = default;
 
 CompileResult StringBackend::compile(const QString& expression, const ExpressionScope& scope) {
-  const QSet<QString> columns = namesOf(scope);
-  const QString prepared =
+  const QSet<QString> columns = namesOf(scope.variables);
+  const QString rewritten =
       withMarkedUnits(withMarkedColumns(withSignsForWords(expression, columns), columns));
-  if (auto hazard = hazardIn(prepared, expression)) {
+  if (auto hazard = hazardIn(rewritten, expression)) {
     return Failure{std::move(*hazard)};
   }
+  const QString prepared = withMarkedTargets(rewritten, columns);
   StringLibrary::warmUp();
   std::unique_ptr<StringExpression> compiled;
   try {

@@ -83,10 +83,11 @@ bool isTestValue(const mup::IValue& value) {
 
 class TableFunction final : public mup::ICallback {
  public:
-  TableFunction(const FunctionLine& line, FunctionContext& context)
+  TableFunction(const FunctionLine& line, FunctionContext& context, EvaluationLimits& limits)
       : mup::ICallback(mup::cmFUNC, line.name, line.argumentCount),
         m_line(line),
-        m_context(context) {}
+        m_context(context),
+        m_limits(limits) {}
 
   const mup::char_type* GetDesc() const override { return m_line.help; }
   mup::IToken* Clone() const override { return new TableFunction(*this); }
@@ -161,6 +162,7 @@ class TableFunction final : public mup::ICallback {
         giveNumber(result, arguments, m_result.number());
         break;
       case FunctionResult::Kind::text:
+        m_limits.takeText(*this, m_result.text().size());
         *result = m_result.text();
         break;
       case FunctionResult::Kind::nullText:
@@ -186,26 +188,28 @@ class TableFunction final : public mup::ICallback {
 
   const FunctionLine& m_line;
   FunctionContext& m_context;
+  EvaluationLimits& m_limits;
   Numbers m_numbers{};
   std::array<FunctionArgument, kMaximumArgumentCount> m_arguments;
   int m_firstText = -1;
   FunctionResult m_result;
 };
 
-mup::ptr_cal_type callbackOf(const FunctionLine& line, FunctionContext& context) {
+mup::ptr_cal_type callbackOf(const FunctionLine& line, FunctionContext& context,
+                             EvaluationLimits& limits) {
   if (line.argumentCount == kAnyArgumentCount) {
     return mup::ptr_cal_type(new ManyNumbersFunction(line));
   }
-  return mup::ptr_cal_type(new TableFunction(line, context));
+  return mup::ptr_cal_type(new TableFunction(line, context, limits));
 }
 
 }  // namespace
 
-void addFunctions(mup::ParserX& parser, FunctionContext& context) {
+void addFunctions(StringLibrary& parser, FunctionContext& context) {
   for (const FunctionLine& line : functionTable()) {
     if ((line.backends & kInString) != 0) {
       parser.RemoveFun(line.name);
-      parser.DefineFun(callbackOf(line, context));
+      parser.DefineFun(callbackOf(line, context, parser.limits()));
     }
   }
 }

@@ -6,6 +6,7 @@
 
 #include <mpFuncMatrix.h>
 #include <mpOprtBinCommon.h>
+#include <mpOprtMatrix.h>
 
 #include <QString>
 
@@ -27,6 +28,8 @@ constexpr unsigned kPackages = 59;
 // Joins two texts; null when one of them is.
 class Concatenation final : public mup::OprtStrAdd {
  public:
+  explicit Concatenation(EvaluationLimits& limits) : m_limits(limits) {}
+
   void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int) override {
     const mup::string_type& left = arguments[0]->GetString();
     const mup::string_type& right = arguments[1]->GetString();
@@ -34,44 +37,51 @@ class Concatenation final : public mup::OprtStrAdd {
       *result = mup::string_type(kNullTextBytes);
       return;
     }
-    if (left.size() + right.size() > kMaximumTextBytes) {
-      refuse(*this, QString::fromUtf8(messages::kTextTooLong).arg(kMaximumTextBytes));
-    }
+    m_limits.takeJoinedText(*this, left.size() + right.size());
     *result = left + right;
   }
   mup::IToken* Clone() const override { return new Concatenation(*this); }
+
+ private:
+  EvaluationLimits& m_limits;
 };
 
 // `eye`, `ones` and `zeros`, which the library lets take any size.
 template <typename LibraryFunction>
 class LimitedArray final : public LibraryFunction {
  public:
+  explicit LimitedArray(EvaluationLimits& limits) : m_limits(limits) {}
+
   void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int count) override {
-    double elements = 1.0;
-    for (int i = 0; i < count; ++i) {
-      elements *= arguments[i]->GetFloat();
-    }
-    // `eye` of one argument is a square.
-    const double all = count == 1 ? elements * elements : elements;
-    const double limit =
-        static_cast<double>(kMaximumElements * (count == 1 ? kMaximumElements : 1));
-    if (!(all <= limit) || !areSizes(arguments, count)) {
-      refuse(*this, QString::fromUtf8(messages::kTooManyElements).arg(kMaximumElements));
-    }
+    const double rows = count > 0 ? sizeOf(*arguments[0]) : 0.0;
+    const double columns = count > 1 ? sizeOf(*arguments[1]) : rows;  // one argument: a square
+    m_limits.takeArray(*this, rows * columns);
     LibraryFunction::Eval(result, arguments, count);
   }
   mup::IToken* Clone() const override { return new LimitedArray(*this); }
 
  private:
-  static bool areSizes(const mup::ptr_val_type* arguments, int count) {
-    for (int i = 0; i < count; ++i) {
-      const double size = arguments[i]->GetFloat();
-      if (!(size >= 1.0 && size <= static_cast<double>(kMaximumElements))) {
-        return false;
-      }
-    }
-    return true;
+  // NaN where it is none.
+  static double sizeOf(const mup::IValue& argument) {
+    const double size = argument.GetFloat();
+    return size >= 1.0 ? size : kNotANumber;
   }
+
+  EvaluationLimits& m_limits;
+};
+
+class Transposition final : public mup::OprtTranspose {
+ public:
+  explicit Transposition(EvaluationLimits& limits) : m_limits(limits) {}
+
+  void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int count) override {
+    mup::OprtTranspose::Eval(result, arguments, count);
+    m_limits.takeResult(*this, *result);
+  }
+  mup::IToken* Clone() const override { return new Transposition(*this); }
+
+ private:
+  EvaluationLimits& m_limits;
 };
 
 // The factorial; the library's loops as often as the number says.
@@ -138,8 +148,8 @@ StringLibrary::StringLibrary() : mup::ParserX(kPackages) {
   m_OprtShortcutDef.clear();
 
   RemoveOprt("//");
-  DefineOprt(mup::TokenPtr<mup::IOprtBin>(new Concatenation));
-  addOperators(*this);
+  DefineOprt(mup::TokenPtr<mup::IOprtBin>(new Concatenation(m_limits)));
+  addOperators(*this, m_limits);
   addBitOperators(*this);
   RemovePostfixOprt("!");
   DefinePostfixOprt(new Factorial);
@@ -150,12 +160,14 @@ StringLibrary::StringLibrary() : mup::ParserX(kPackages) {
     RemovePostfixOprt(markedUnit(unit).toStdString());  // one of two spellings
     DefinePostfixOprt(new UnitPostfix(unit));
   }
+  RemovePostfixOprt("'");
+  DefinePostfixOprt(new Transposition(m_limits));
   for (const char* name : {"eye", "ones", "zeros"}) {
     RemoveFun(name);
   }
-  DefineFun(new LimitedArray<mup::FunMatrixEye>);
-  DefineFun(new LimitedArray<mup::FunMatrixOnes>);
-  DefineFun(new LimitedArray<mup::FunMatrixZeros>);
+  DefineFun(new LimitedArray<mup::FunMatrixEye>(m_limits));
+  DefineFun(new LimitedArray<mup::FunMatrixOnes>(m_limits));
+  DefineFun(new LimitedArray<mup::FunMatrixZeros>(m_limits));
 }
 
 void StringLibrary::freeName(const mup::string_type& name) {

@@ -7,20 +7,25 @@
 
 #include <mpParser.h>
 
-namespace kelvarin {
+#include "expression/backends/string_limits.h"
 
-// The most bytes a text may get by concatenation.
-inline constexpr std::size_t kMaximumTextBytes = std::size_t{64} << 20;
+namespace kelvarin {
 
 class StringLibrary final : public mup::ParserX {
  public:
   StringLibrary();
+
+  // Of the evaluation that goes on.
+  EvaluationLimits& limits() { return m_limits; }
 
   // Removes what the library calls by this name, so that it is free for a variable.
   void freeName(const mup::string_type& name);
 
   // The first use of the library in a process builds shared tables; call this before it.
   static void warmUp();
+
+ private:
+  EvaluationLimits m_limits;
 };
 
 }  // namespace kelvarin

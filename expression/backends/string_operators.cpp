@@ -1,8 +1,10 @@
 #include "expression/backends/string_operators.h"
 
 #include <cmath>
-#include <string>
+#include <memory>
+#include <utility>
 
+#include <mpOprtBinAssign.h>
 #include <mpOprtBinCommon.h>
 #include <mpOprtNonCmplx.h>
 
@@ -22,39 +24,60 @@ bool isNumberOrBoolean(const mup::IValue& value) {
   return isNumber(value) || value.GetType() == 'b';
 }
 
-// The library's power takes truths, though its other operators do not.
+// The library's power takes truths, though its other operators do not, and anything else for 0.
 class PowerOperator final : public mup::OprtPow {
  public:
-  void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int count) override {
+  void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int) override {
     if (isNumberOrBoolean(*arguments[0]) && isNumberOrBoolean(*arguments[1])) {
       *result = jit::power(arguments[0]->GetFloat(), arguments[1]->GetFloat());
       return;
     }
-    mup::OprtPow::Eval(result, arguments, count);
+    const int wrong = isNumberOrBoolean(*arguments[0]) ? 1 : 0;
+    throw mup::ParserError(mup::ErrorContext(mup::ecTYPE_CONFLICT_FUN, GetExprPos(), GetIdent(),
+                                             arguments[wrong]->GetType(), 'f', wrong + 1));
   }
   mup::IToken* Clone() const override { return new PowerOperator(*this); }
 };
 
-// A product of matrices whose result is too large to allow.
-bool isGiant(const mup::IValue& left, const mup::IValue& right) {
-  return left.IsMatrix() && right.IsMatrix() &&
-         mup::int_type{left.GetRows()} * right.GetCols() > kMaximumElements;
-}
-
+// What is no number gets the library's error, and an array its result.
 template <typename LibraryOperator, double (*compute)(double, double)>
 class NumberOperator final : public LibraryOperator {
  public:
+  explicit NumberOperator(EvaluationLimits& limits) : m_limits(limits) {}
+
   void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int count) override {
-    if (isNumber(*arguments[0]) && isNumber(*arguments[1])) {
-      *result = compute(arguments[0]->GetFloat(), arguments[1]->GetFloat());
+    const mup::IValue& left = *arguments[0];
+    const mup::IValue& right = *arguments[1];
+    if (isNumber(left) && isNumber(right)) {
+      *result = compute(left.GetFloat(), right.GetFloat());
       return;
     }
-    if (isGiant(*arguments[0], *arguments[1])) {
-      refuse(*this, QString::fromUtf8(messages::kTooManyElements).arg(kMaximumElements));
+    const bool areArrays = left.IsMatrix() && right.IsMatrix();
+    if (areArrays) {
+      // The size of a product, and that of a sum; before the memory is taken.
+      m_limits.takeArray(*this, static_cast<double>(left.GetRows()) * right.GetCols());
     }
     LibraryOperator::Eval(result, arguments, count);
+    if (!areArrays) {
+      m_limits.takeResult(*this, *result);
+    }
   }
   mup::IToken* Clone() const override { return new NumberOperator(*this); }
+
+ private:
+  EvaluationLimits& m_limits;
+};
+
+// Keeps arrays out of variables, where no limit would count the copies that are read.
+class AssignOperator final : public mup::OprtAssign {
+ public:
+  void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int count) override {
+    if (arguments[1]->IsMatrix()) {
+      refuse(*this, QString::fromUtf8(messages::kArrayAssigned));
+    }
+    mup::OprtAssign::Eval(result, arguments, count);
+  }
+  mup::IToken* Clone() const override { return new AssignOperator(*this); }
 };
 
 // All six comparisons have one priority and go from left to right; a truth counts as 1 or 0.
@@ -114,14 +137,20 @@ class RemainderOperator final : public mup::IOprtBin {
 
 class MinusSign final : public mup::OprtSign {
  public:
+  explicit MinusSign(EvaluationLimits& limits) : m_limits(limits) {}
+
   void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int count) override {
     if (isNumber(*arguments[0])) {
       *result = jit::negate(arguments[0]->GetFloat());
       return;
     }
     mup::OprtSign::Eval(result, arguments, count);
+    m_limits.takeResult(*this, *result);
   }
   mup::IToken* Clone() const override { return new MinusSign(*this); }
+
+ private:
+  EvaluationLimits& m_limits;
 };
 
 bool isLess(double x, double y) {
@@ -144,27 +173,20 @@ bool isNotEqual(double x, double y) {
 }
 
 template <typename Operator, typename... Arguments>
-void replace(mup::ParserX& parser, Arguments... arguments) {
-  auto replacement = std::make_unique<Operator>(arguments...);
+void replace(mup::ParserX& parser, Arguments&&... arguments) {
+  auto replacement = std::make_unique<Operator>(std::forward<Arguments>(arguments)...);
   parser.RemoveOprt(replacement->GetIdent());
   parser.DefineOprt(mup::TokenPtr<mup::IOprtBin>(replacement.release()));
 }
 
 }  // namespace
 
-void refuse(const mup::ICallback& callback, const QString& message) {
-  mup::ErrorContext context(mup::ecGENERIC, callback.GetExprPos(), callback.GetIdent());
-  context.Hint = message.toStdString();
-  mup::ParserError error(message.toStdString());
-  error.GetContext() = context;
-  throw error;
-}
-
-void addOperators(mup::ParserX& parser) {
-  replace<NumberOperator<mup::OprtAdd, jit::add>>(parser);
-  replace<NumberOperator<mup::OprtSub, jit::subtract>>(parser);
-  replace<NumberOperator<mup::OprtMul, jit::multiply>>(parser);
-  replace<NumberOperator<mup::OprtDiv, jit::divide>>(parser);
+void addOperators(mup::ParserX& parser, EvaluationLimits& limits) {
+  replace<NumberOperator<mup::OprtAdd, jit::add>>(parser, limits);
+  replace<NumberOperator<mup::OprtSub, jit::subtract>>(parser, limits);
+  replace<NumberOperator<mup::OprtMul, jit::multiply>>(parser, limits);
+  replace<NumberOperator<mup::OprtDiv, jit::divide>>(parser, limits);
+  replace<AssignOperator>(parser);
   replace<PowerOperator>(parser);
   replace<RemainderOperator>(parser);
   replace<ComparisonOperator<mup::OprtLT, isLess>>(parser);
@@ -176,7 +198,7 @@ void addOperators(mup::ParserX& parser) {
   replace<LogicOperator<mup::prLOGIC_AND, both>>(parser, "&&");
   replace<LogicOperator<mup::prLOGIC_OR, either>>(parser, "||");
   parser.RemoveInfixOprt("-");
-  parser.DefineInfixOprt(mup::TokenPtr<mup::IOprtInfix>(new MinusSign));
+  parser.DefineInfixOprt(mup::TokenPtr<mup::IOprtInfix>(new MinusSign(limits)));
 }
 
 }  // namespace kelvarin

@@ -7,17 +7,12 @@
 
 #include <mpParser.h>
 
-#include <QString>
+#include "expression/backends/string_limits.h"
 
 namespace kelvarin {
 
-// The most elements of an array that an operator or a function makes.
-inline constexpr mup::int_type kMaximumElements = 1000;
-
-// Throws an error of our own wording in the library's form, placed at `callback`.
-[[noreturn]] void refuse(const mup::ICallback& callback, const QString& message);
-
-// Replaces the library's operators. Throws what the library throws.
-void addOperators(mup::ParserX& parser);
+// Replaces the library's operators. Throws what the library throws. `limits` outlives the parser's
+// operators.
+void addOperators(mup::ParserX& parser, EvaluationLimits& limits);
 
 }  // namespace kelvarin

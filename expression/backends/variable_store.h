@@ -40,16 +40,16 @@ class VariableStore {
     }
   }
   // Before anything is bound: places move while variables are added. Gives the place.
-  std::size_t addNumber(const QString& name) {
-    m_variables.push_back({name, false, m_numbers.size()});
+  std::size_t addNumber() {
     m_numbers.push_back(kNullNumber);
     return m_numbers.size() - 1;
   }
-  std::size_t addText(const QString& name) {
-    m_variables.push_back({name, true, m_texts.size()});
+  std::size_t addText() {
     m_texts.push_back({});
     return m_texts.size() - 1;
   }
+  // Lets expressions see what stands at the place. Each name at most once.
+  void name(const StoredVariable& variable) { m_variables.push_back(variable); }
 
   const std::vector<StoredVariable>& variables() const { return m_variables; }
   double* numbers() { return m_numbers.data(); }
@@ -60,10 +60,8 @@ class VariableStore {
   double rowNumber() const { return m_rowNumber; }
   void advanceRows(double count) {
     m_rowNumber += count;
-    restoreRowNumber();
+    m_numbers[0] = m_rowNumber;
   }
-  // An expression may have assigned to `_n`.
-  void restoreRowNumber() { m_numbers[0] = m_rowNumber; }
 
  private:
   std::vector<StoredVariable> m_variables;

@@ -1,5 +1,7 @@
 #include "expression/errors/error_texts.h"
 
+#include <algorithm>
+
 #include "expression/errors/messages.h"
 
 namespace kelvarin {
@@ -61,6 +63,14 @@ QString checkErrorText(const ExpressionError& error) {
 
 QString errorTextWithPosition(const ExpressionError& error) {
   return error.message + QString::fromUtf8(messages::kPositionLine).arg(error.position);
+}
+
+QString controlCharacterText(const QString& name) {
+  const auto found = std::find_if(name.begin(), name.end(), isControlCharacter);
+  return found == name.end() ? QString()
+                             : QString::fromUtf8(messages::kControlCharacterInName)
+                                   .arg(QString::number(found->unicode()),
+                                        QString::number(found - name.begin()));
 }
 
 QString abbreviated(const QString& message) {

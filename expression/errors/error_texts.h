@@ -34,6 +34,13 @@ QString checkErrorText(const ExpressionError& error);
 // For callers that know neither row nor name.
 QString errorTextWithPosition(const ExpressionError& error);
 
+// Below the blank, or DEL.
+inline bool isControlCharacter(QChar c) {
+  return c < u' ' || c == QChar(0x7F);
+}
+// Why a text cannot name a column or a file; empty where it can.
+QString controlCharacterText(const QString& name);
+
 // Keeps head and tail of a giant library message, which may quote the whole expression.
 QString abbreviated(const QString& message);
 

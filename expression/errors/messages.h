@@ -43,6 +43,9 @@ inline constexpr char kTooManyResults[] =
 inline constexpr char kNulCharacter[] = "The expression holds a NUL character. Remove it.";
 inline constexpr char kControlCharacter[] =
     "The expression holds a control character. Remove it.";
+inline constexpr char kControlCharacterInName[] =
+    "The resulting name has a control character (code %1) at position %2. Names of columns and "
+    "files have none; replace() takes it out.";
 inline constexpr char kTooDeep[] = "Brackets are nested more than %1 deep. Split the expression.";
 inline constexpr char kOperandMissing[] = "Unexpected operator \"%1\" found at position %2.";
 inline constexpr char kUnparsable[] = "The expression cannot be understood. Check its operators.";
@@ -54,7 +57,13 @@ inline constexpr char kNotLatin1[] =
 inline constexpr char kArrayResult[] =
     "The expression evaluated to an array and a single value was expected";
 inline constexpr char kTooManyElements[] = "An array of more than %1 elements was asked for.";
+inline constexpr char kTooManyElementsInAll[] =
+    "The arrays of this expression have more than %1 elements together.";
+inline constexpr char kArrayAssigned[] = "An array cannot be assigned to a variable.";
 inline constexpr char kTextTooLong[] = "A text of more than %1 bytes would arise.";
+inline constexpr char kTextsTooLong[] =
+    "The texts of this expression, those on the way to its result included, take more than %1 "
+    "bytes together.";
 inline constexpr char kOutOfMemory[] = "The memory does not suffice for this expression.";
 
 }  // namespace kelvarin::messages

@@ -81,7 +81,6 @@ struct ExpressionEvaluator::State {
   RowBinding binding;
   std::vector<std::unique_ptr<ExpressionOutput>> outputs;  // gone before what they refer to
   bool hasStringOutput = false;
-  bool areVariablesAssigned = false;  // by an output, before later ones are evaluated
   ColumnEvaluation ahead;
   ResultWriter writer;
   std::vector<std::string> textsByHand;  // one an input
@@ -91,6 +90,7 @@ struct ExpressionEvaluator::State {
 
   RowFailure lastFailure;
   FailureCount failures;
+  QStringList checkWarnings;
 
   ExpressionOutput& output(int index) { return *outputs[static_cast<std::size_t>(index)]; }
 
@@ -148,17 +148,14 @@ struct ExpressionEvaluator::State {
     return elementNames.value(static_cast<qsizetype>(index), output.name);
   }
 
-  // Column by column where the back-end can, and no output before it changes the variables.
-  void prepareAhead(const ExpressionOutput& output, int index, const QString& text) {
+  // Column by column where the back-end can.
+  void prepareAhead(const ExpressionOutput& output, int index) {
     NumberExpression* expression = output.expression->asNumberExpression();
     if (expression == nullptr || output.use == ResultUse::anyValue) {
       return;
     }
     const bool isKey = output.use == ResultUse::column && output.meta == MetaTypeColumn::key;
-    if (!areVariablesAssigned) {
-      ahead.add(index, expression->columnsCall(), isKey ? &options.keyCast : nullptr);
-    }
-    areVariablesAssigned |= mayAssign(text);
+    ahead.add(index, expression->columnsCall(), isKey ? &options.keyCast : nullptr);
   }
 
   RowOutcome fail(const ExpressionOutput& output, const ExpressionError& error) {
@@ -227,10 +224,15 @@ void ExpressionEvaluator::configure(const EvaluationOptions& options,
   state.functions.filesFolder = parameters == nullptr ? QString() : parameters->dataDirRead();
   state.variables.reset(options.addN);
   state.textsByHand.resize(inputs.size());
+  QSet<QString> names = namesOf(state.variables);
   for (const InputVariable& input : inputs) {
     const bool isText = kindOf(input) == VariableKind::text;
-    state.places.push_back(isText ? state.variables.addText(input.name())
-                                  : state.variables.addNumber(input.name()));
+    const std::size_t place = isText ? state.variables.addText() : state.variables.addNumber();
+    state.places.push_back(place);
+    if (const QString name = input.name(); !names.contains(name)) {
+      names.insert(name);
+      state.variables.name({name, isText, place});
+    }
   }
 }
 
@@ -266,7 +268,7 @@ Status<ExpressionError> ExpressionEvaluator::compile(const OutputVariable& outpu
   }
   m_state->hasStringOutput |= (*made)->expression->kind() == BackendKind::string;
   m_shortWays.push_back(shortWayOf(**made));
-  m_state->prepareAhead(**made, outputCount(), output.expression);
+  m_state->prepareAhead(**made, outputCount());
   m_state->outputs.push_back(std::move(*made));
   return Done{};
 }
@@ -291,6 +293,7 @@ BackendKind ExpressionEvaluator::backend(int output) const {
 
 QString ExpressionEvaluator::check(const OutputVariable& output, ResultUse use) {
   State& state = *m_state;
+  state.checkWarnings.clear();
   const DateStatus status = prepareDateContext({output.expression});
   if (status == DateStatus::dateFormatUnknown) {
     return QString::fromUtf8(messages::kFormatUnknown);
@@ -306,12 +309,17 @@ QString ExpressionEvaluator::check(const OutputVariable& output, ResultUse use) 
   if (!expression.evaluate(value)) {
     return checkErrorText(expression.error());
   }
+  state.checkWarnings = warningsOfCheck(output.name, expression.textArguments());
   const QString wrongType =
       use == ResultUse::column ? wrongTypeText(value, output.meta) : QString();
   const bool isReferenceMissing = status == DateStatus::referenceTimeUnparsable;
   return wrongType.isEmpty() && isReferenceMissing
              ? QString::fromUtf8(messages::kReferenceUnparsable)
              : wrongType;
+}
+
+const QStringList& ExpressionEvaluator::checkWarnings() const {
+  return m_state->checkWarnings;
 }
 
 RowOutcome ExpressionEvaluator::loadRow(const OneRow& row) {
@@ -322,7 +330,6 @@ RowOutcome ExpressionEvaluator::loadRow(const OneRow& row) {
 RowOutcome ExpressionEvaluator::loadElement(const OneRow& row, int element) {
   State& state = *m_state;
   state.element = element;
-  state.variables.restoreRowNumber();
   if (!state.binding.load(row, element, state.variables, state.functions.dates,
                           state.options.keyCast.nullOnInput)) {
     state.lastFailure = {};
@@ -421,6 +428,9 @@ QString ExpressionEvaluator::displayText(int variable) const {
 
 QStringList ExpressionEvaluator::closingWarnings() const {
   QStringList warnings = m_state->binding.warnings();
+  for (const auto& output : m_state->outputs) {
+    warnings += warningsOfRun(output->name, output->expression->textArguments());
+  }
   const FailureCount& failures = m_state->failures;
   if (failures.count > 0) {
     warnings += QString::fromUtf8(messages::kFailedEvaluations)

@@ -95,6 +95,9 @@ class ExpressionEvaluator {
   // editor. Gives the text to show, empty when nothing is wrong.
   QString check(const OutputVariable& output, ResultUse use = ResultUse::column);
 
+  // What the last check() found that is no error.
+  const QStringList& checkWarnings() const;
+
   RowOutcome loadRow(const OneRow& row);
   // The row's next element: vectors change to their next column, results are computed anew, and
   // texts made for earlier elements stay.
@@ -153,7 +156,8 @@ class ExpressionEvaluator {
   // A variable's value in the current row as the step debugger shows it.
   QString displayText(int variable) const;
 
-  // What the user should know at the end of a run: values that were no numbers, rows that failed.
+  // What the user should know at the end of a run: values that were no numbers, texts in functions
+  // of numbers, rows that failed.
   QStringList closingWarnings() const;
 
  private:

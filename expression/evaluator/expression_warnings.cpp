@@ -1,46 +1,12 @@
 #include "expression/evaluator/expression_warnings.h"
 
+#include "expression/backends/equals_signs.h"
 #include "expression/backends/expression_text.h"
 #include "expression/evaluator/messages.h"
 
 namespace kelvarin {
 
 namespace {
-
-// A sign of comparison or assignment, as wide as it is written.
-struct EqualsSign {
-  qsizetype start;
-  QString text;
-};
-
-bool isOneOf(QStringView characters, QChar c) {
-  return characters.contains(c);
-}
-
-// The signs with `=` outside texts and the comment at the end.
-QList<EqualsSign> equalsSigns(const QString& expression) {
-  QList<EqualsSign> signs;
-  qsizetype i = 0;
-  while (i < expression.size() && expression[i] != u'#') {
-    if (expression[i] == u'"') {
-      i = endOfTextLiteral(expression, i);
-      continue;
-    }
-    qsizetype end = i;
-    while (end < expression.size() && isOneOf(u"=<>!+-*/", expression[end])) {
-      ++end;
-      if (expression[end - 1] == u'=' && (end == expression.size() || expression[end] != u'=')) {
-        break;
-      }
-    }
-    const QString sign = expression.sliced(i, end - i);
-    if (sign.endsWith(u'=')) {
-      signs.append({i, sign});
-    }
-    i = std::max(end, i + 1);
-  }
-  return signs;
-}
 
 // The name that ends before `end`, or starts at `start`; empty where something else stands.
 QString nameBefore(const QString& text, qsizetype end) {
@@ -89,13 +55,23 @@ QStringList warningsAbout(const QString& expressionName, const QString& expressi
   return warnings;
 }
 
-bool mayAssign(const QString& expression) {
-  const QStringList comparisons{QStringLiteral("=="), QStringLiteral("!="), QStringLiteral("<="),
-                                QStringLiteral(">=")};
-  const QList<EqualsSign> signs = equalsSigns(expression);
-  return std::any_of(signs.begin(), signs.end(), [&](const EqualsSign& sign) {
-    return !comparisons.contains(sign.text);
-  });
+QStringList warningsOfCheck(const QString& expressionName, const TextArguments& found) {
+  if (found.count == 0) {
+    return {};
+  }
+  return {QString::fromUtf8(messages::kTextArgument)
+              .arg(expressionName, found.function, QString::number(found.argument),
+                   QString::number(found.position))};
+}
+
+QStringList warningsOfRun(const QString& expressionName, const TextArguments& found) {
+  if (found.count == 0) {
+    return {};
+  }
+  return {QString::fromUtf8(messages::kTextArgumentsOfRun)
+              .arg(expressionName, found.function, QString::number(found.argument),
+                   QString::number(found.position), QString::number(found.count),
+                   QString::number(found.row, 'f', 0))};
 }
 
 }  // namespace kelvarin

@@ -1,18 +1,22 @@
 // What an expression most likely does not mean: an assignment where a comparison was wanted, a
-// comparison with the missing value.
+// comparison with the missing value, a text in a function of numbers.
 //
-// Such expressions compile and run. Logged once an expression by actions/frame.
+// Such expressions compile and run. Logged once an expression by actions/frame. Each operation
+// returns the texts to log, the name of the expression in each; empty when nothing is suspicious.
 #pragma once
 
 #include <QString>
 #include <QStringList>
 
+#include "expression/backends/text_arguments.h"
+
 namespace kelvarin {
 
-// Texts to log, the name of the expression in each; empty when nothing is suspicious.
+// From what it looks like.
 QStringList warningsAbout(const QString& expressionName, const QString& expression);
 
-// Evaluating the expression may change a variable.
-bool mayAssign(const QString& expression);
+// From what its evaluation found, in a check or in all rows of a run.
+QStringList warningsOfCheck(const QString& expressionName, const TextArguments& found);
+QStringList warningsOfRun(const QString& expressionName, const TextArguments& found);
 
 }  // namespace kelvarin

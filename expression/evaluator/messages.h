@@ -13,6 +13,24 @@ inline constexpr char kEqualsNull[] =
 inline constexpr char kDiffersFromNull[] =
     "Expression '%1': '!= _null' is always true; did you mean 'not(isNull(%2))'?";
 
+// About the names of variables.
+inline constexpr char kNameOfRowNumber[] =
+    "Error: Column '%1' cannot have the label '_n', which is the number of the row. Give it another "
+    "label, or set addN='0' to do without the number.";
+inline constexpr char kNameTwice[] =
+    "The variable '%1' is defined twice, by column '%2' and by column '%3': expressions see the "
+    "first one. Give the other a label of its own.";
+inline constexpr char kMoreNamesTwice[] = "%1 more variable(s) are defined twice.";
+
+// In a check, and at the end of a run.
+inline constexpr char kTextArgument[] =
+    "Expression '%1': the function '%2' at position %4 takes its argument %3, a text or an array, "
+    "for 0. Write atof() around a text that is a number.";
+inline constexpr char kTextArgumentsOfRun[] =
+    "Expression '%1': the function '%2' at position %4 took its argument %3, a text or an array, "
+    "for 0 on %5 occasion(s), the first one on data row %6. Write atof() around a text that is a "
+    "number.";
+
 // At the end of a run.
 inline constexpr char kNotANumber[] =
     "Column '%1' is a text column used as a number: %2 value(s) were no numbers and counted as "

@@ -73,7 +73,7 @@ constexpr FunctionLine kLines[] = {
      "fmod(x,y) - remainder of x/y with the sign of x; the same as x%y"},
     {"remainder", 2, kInAll, kNumber, ofTwo(std::remainder), nullptr,
      "remainder(x,y) - x minus the multiple of y that is closest to it"},
-    {"pow", 2, kInAll, kNumber, ofTwo(std::pow), nullptr, "pow(x,y) - x raised to the power of y"},
+    {"pow", 2, kInAll, kNumber, jit::raised, nullptr, "pow(x,y) - x raised to the power of y"},
     {"log2", 1, kInAll, kNumber, ofOne(std::log2), nullptr, "log2(x) - logarithm base 2"},
     {"asinh", 1, kInAll, kNumber, ofOne(std::asinh), nullptr, "asinh(x) - inverse of sinh"},
     {"acosh", 1, kInAll, kNumber, ofOne(std::acosh), nullptr, "acosh(x) - inverse of cosh"},

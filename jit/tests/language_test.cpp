@@ -78,6 +78,17 @@ TEST_F(Language, PowersTwoToFourAreProducts) {
   EXPECT_EQ(valueOf("x^3.5"), std::pow(x, 3.5));
 }
 
+TEST_F(Language, PowersOfANullAreNullUnlessTheyDoNotDependOnIt) {
+  m_context.addConstant("null", kNullNumber);
+  m_context.addConstant("nan", kNotANumber);
+  for (const char* expression : {"null^1", "null^2", "null^5", "null^-1", "null^a", "2^null",
+                                 "nan^null", "null^nan", "pow(null,3)", "pow(a,null)"}) {
+    EXPECT_TRUE(isNullNumber(valueOf(expression))) << expression;
+  }
+  EXPECT_EQ(valueOf("null^0 + 1^null + pow(null,0) + pow(1,null)"), 4.0);
+  EXPECT_TRUE(std::isnan(valueOf("nan^5")) && !isNullNumber(valueOf("nan^5")));
+}
+
 TEST_F(Language, UnitsScale) {
   const double x = 7.0;
   EXPECT_EQ(valueOf("sum{n}"), x * 1e-9);

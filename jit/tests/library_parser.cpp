@@ -14,6 +14,13 @@ namespace {
 // Stands for `^`, which the library would compute by other rules.
 constexpr char kPower = '@';
 
+// The C library drops the sign of a null, which is one no longer then.
+double raised(double base, double exponent) {
+  const double result = std::pow(base, exponent);
+  const bool hasNull = isNullNumber(base) || isNullNumber(exponent);
+  return std::isnan(result) && hasNull ? kNullNumber : result;
+}
+
 double power(double base, double exponent) {
   if (exponent == 2.0) {
     return base * base;
@@ -24,7 +31,7 @@ double power(double base, double exponent) {
   if (exponent == 4.0) {
     return base * base * base * base;
   }
-  return std::pow(base, exponent);
+  return raised(base, exponent);
 }
 
 // The library's change the sign of a missing value, which is one no longer then.
@@ -97,7 +104,7 @@ LibraryParser::LibraryParser() {
   m_parser.DefineFun("cbrt", static_cast<Function1>(std::cbrt));
   m_parser.DefineFun("hypot", static_cast<Function2>(std::hypot));
   m_parser.DefineFun("fmod", remainder);
-  m_parser.DefineFun("pow", static_cast<Function2>(std::pow));
+  m_parser.DefineFun("pow", raised);
   for (const SystemFunction& function : systemFunctions()) {
     std::visit([&](auto body) { m_parser.DefineFun(function.name, body); }, function.function);
   }

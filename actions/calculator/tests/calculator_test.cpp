@@ -94,6 +94,39 @@ TEST(Calculator, EmptyExpressionsGiveTheMissingValue) {
   EXPECT_EQ(without.columns(0), "a:F NewVar:F");
 }
 
+TEST(Calculator, AVariableNamedLikeTheRowNumberIsRefusedUnlessThatIsOff) {
+  const std::string input = "<InputVar column='a' label='_n'/>";
+  auto refused = RowHarness::of<Calculator>(calculator(output("o", "_n+1"), "", input), "a:F");
+  refused.push(Rows{{5}});
+  EXPECT_EQ(refused.rows(0), Rows{});
+  EXPECT_EQ(refused.log(),
+            Strings{"error: Error: Column 'a' cannot have the label '_n', which is the number of "
+                    "the row. Give it another label, or set addN='0' to do without the number."});
+  auto taken =
+      RowHarness::of<Calculator>(calculator(output("o", "_n+1"), "addN='0'", input), "a:F");
+  taken.push(Rows{{5}});
+  EXPECT_EQ(taken.rows(0), (Rows{{5, 6}}));
+}
+
+TEST(Calculator, ATextInAFunctionOfNumbersIsReportedByRunsAndChecks) {
+  const std::string xml = calculator(output("o", "a+sqrt(t)"), "", kTextInput);
+  auto run = RowHarness::of<Calculator>(xml, "a:F t:U");
+  run.push(Rows{{1, "9"}, {2, "x"}});
+  EXPECT_EQ(run.rows(0), (Rows{{1, "9", 1}, {2, "x", 2}}));
+  run.finish();
+  EXPECT_EQ(run.log(),
+            Strings{"warning: Expression 'o': the function 'sqrt' at position 2 took its argument "
+                    "1, a text or an array, for 0 on 2 occasion(s), the first one on data row 0. "
+                    "Write atof() around a text that is a number."});
+  auto check = RowHarness::of<Calculator>(xml, "a:F t:U");
+  check.checkOnly();
+  check.finish();
+  EXPECT_FALSE(check.hasFailed());
+  EXPECT_EQ(check.log(),
+            Strings{"warning: Expression 'o': the function 'sqrt' at position 2 takes its argument "
+                    "1, a text or an array, for 0. Write atof() around a text that is a number."});
+}
+
 TEST(Calculator, WrongColumnsStopTheRunBeforeAnyRow) {
   struct Case {
     std::string xml;
@@ -390,14 +423,14 @@ TEST(Calculator, OffersWhatItKnowsAhead) {
   EXPECT_EQ(ahead.numbers(6, 0, 3, numbers), nullptr);
 }
 
-TEST(Calculator, AnAssignmentIsSeenByTheOutputsBehindIt) {
+TEST(Calculator, AnAssignmentIsNotSeenByTheOutputsBehindIt) {
   auto h = RowHarness::of<Calculator>(
       calculator(output("x", "a*10") + output("y", "a=a+1") + output("z", "a*100")), "a:F");
   h.input(0).offerRows();
   Rows expected;
   for (int i = 0; i < 20; ++i) {
     h.push({i});
-    expected.push_back({i, i * 10, i + 1, (i + 1) * 100});
+    expected.push_back({i, i * 10, i + 1, i * 100});
   }
   EXPECT_EQ(h.rows(0), expected);
 }

@@ -145,7 +145,10 @@ TEST(CalculatorVectorized, WithoutAVectorItGoesOnWithOneElement) {
   h.push({1, 2, 3});
   EXPECT_EQ(h.rows(0), (Rows{{1, 2, 3, 12}}));
   EXPECT_EQ(h.columns(0), "a:F b:F c:F ab:F");
-  EXPECT_EQ(h.log(), Strings{warning});
+  EXPECT_EQ(h.log(),
+            (Strings{warning,
+                     "warning: The variable 'A' is defined twice, by column 'a' and by column 'c': "
+                     "expressions see the first one. Give the other a label of its own."}));
 }
 
 TEST(CalculatorVectorized, AnAliasThatComesAgainIsAVectorOfItsOwn) {
@@ -154,8 +157,8 @@ TEST(CalculatorVectorized, AnAliasThatComesAgainIsAVectorOfItsOwn) {
   h.push({1, 2, 3, 4});
   EXPECT_EQ(h.rows(0), (Rows{{1, 2, 3, 4, 2, 4}}));
   ASSERT_EQ(h.log().size(), 1u);
-  EXPECT_TRUE(
-      startsWith(h.log()[0], "warning: The table on Pin 1 defines the variable 'x' several"));
+  EXPECT_TRUE(startsWith(h.log()[0], "warning: The variable 'x' is defined twice, by column 'a2' "
+                                     "and by column 'b1'"));
 }
 
 TEST(CalculatorVectorized, WrongTablesStopTheRunBeforeAnyRow) {
@@ -197,6 +200,15 @@ TEST(CalculatorVectorized, WrongTablesStopTheRunBeforeAnyRow) {
   EXPECT_TRUE(narrow.hasFailed());
 }
 
+TEST(CalculatorVectorized, RowsWithoutAnAliasAreOneVectorNamedByItsLastColumn) {
+  auto h = harness(vectorized(output("a2//\"_\"//_n", "a2*2")), kPairColumns);
+  giveVectors(h, {{"", "a1"}, {"", "a2"}});
+  h.push({1, 2, 3, 4});
+  EXPECT_EQ(h.rows(0), (Rows{{1, 2, 3, 4, 2, 4}}));
+  EXPECT_EQ(h.columns(0), std::string(kPairColumns) + " a1_0:F a2_1:F");
+  EXPECT_EQ(h.log(), Strings{});
+}
+
 TEST(CalculatorVectorized, WrongNamesStopTheRunBeforeAnyRow) {
   struct Case {
     std::string outputs;
@@ -204,6 +216,9 @@ TEST(CalculatorVectorized, WrongNamesStopTheRunBeforeAnyRow) {
   };
   const Case cases[] = {
       {output("3+4", "1"), "Math Parser Error in expression '3+4':\nResult is not a string"},
+      {output("x//b64toa(\"AA==\")", "1"),
+       "Math Parser Error in name expression 'x//b64toa(\"AA==\")':\nThe resulting name has a "
+       "control character (code 0) at position 2."},
       {output("_nullS", "1"), "Math Parser Error in expression '_nullS':\nResult is not a string"},
       {output("x//nope", "1"),
        "Math Parser Error in name expression 'x//nope':\nUndefined token \"nope\" found at "
@@ -308,13 +323,13 @@ TEST(CalculatorVectorized, AFailureNamesTheColumnThatItsElementComputes) {
                                "row 0 (value=-1)."});
 }
 
-TEST(CalculatorVectorized, WhatAnExpressionAssignsEndsWithItsElement) {
+TEST(CalculatorVectorized, WhatAnExpressionAssignsEndsWithIt) {
   auto h = harness(
       vectorized(output("\"o\"//_n", "s=s+x") + output("\"p\"//_n", "s+(_n=7)"), "useJIT='0'"),
       "a:F b:F c:F");
   giveVectors(h, {{"x", "a"}, {"x", "b"}, {"s", "c"}});
   h.pushRepeated({1, 2, 100}, 2);
-  EXPECT_EQ(h.rows(0), (Rows{{1, 2, 100, 101, 108, 102, 109}, {1, 2, 100, 101, 108, 102, 109}}));
+  EXPECT_EQ(h.rows(0), (Rows{{1, 2, 100, 101, 107, 102, 107}, {1, 2, 100, 101, 107, 102, 107}}));
 }
 
 TEST(CalculatorVectorized, ACheckNamesTheNewColumnsAndReportsWrongExpressions) {

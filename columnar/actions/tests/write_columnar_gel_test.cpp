@@ -486,6 +486,10 @@ TEST_F(WriteColumnarGelTest, NamesMayBeExpressionsOverTheSplitValue) {
   const Strings wrong = run("&quot;+nothing(+&quot;.cgel_kelvarin");
   ASSERT_EQ(wrong.size(), 2u);
   EXPECT_NE(wrong[1].find("the naming expression 'nothing(' cannot be used"), std::string::npos);
+  // Two splits whose names differ behind the NUL would be one file.
+  const Strings unseen = run("x&quot;+b64toa(\"AA==\")//SplitVal+&quot;.cgel_kelvarin");
+  ASSERT_EQ(unseen.size(), 2u);
+  EXPECT_NE(unseen[1].find("has a control character (code 0) at position 0"), std::string::npos);
 }
 
 TEST_F(WriteColumnarGelTest, ASplitBySizeIsTheSameForAnyNumberOfThreads) {

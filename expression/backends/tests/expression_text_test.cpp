@@ -34,6 +34,17 @@ TEST(ExpressionText, AColumnBesideAFunctionOfItsNameIsMarked) {
   EXPECT_EQ(withoutMarks(marked), "min(min, a) + max + a + \"min\"");
 }
 
+TEST(ExpressionText, AssignedColumnsAreMarkedWithoutMovingPositions) {
+  const QString text = "größe =a+(a+= 2) + (b==a) + \"a=1\" + (é=1) # a=2";
+  const QString marked = withMarkedTargets(text, {"größe", "a", "b"});
+  EXPECT_EQ(marked, markedTarget("größe") + " =a+(" + markedTarget("a") +
+                        "+= 2) + (b==a) + \"a=1\" + (é=1) # a=2");
+  EXPECT_EQ(withoutMarks(marked), text);
+  const std::string bytes = marked.toStdString();
+  const auto comment = static_cast<int>(bytes.find('#'));
+  EXPECT_EQ(positionOfByte(bytes, comment), text.indexOf('#'));
+}
+
 TEST(ExpressionText, BytePositionsBecomeUnits) {
   const std::string text = "é😀x";  // 2 + 4 + 1 bytes, 1 + 2 + 1 units
   EXPECT_EQ(positionOfByte(text, 0), 0);

@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include "expression/evaluator/expression_evaluator.h"
+#include "host/contract/column_bytes.h"
 #include "host/contract/pin_out_meta_data.h"
 #include "host/contract/row_buffer.h"
 
@@ -58,5 +59,40 @@ inline OutputVariable outputOf(const char* expression, char meta = 'F') {
   output.meta = static_cast<MetaTypeColumn>(meta);
   return output;
 }
+
+inline QString asWritten(const QString& name) {
+  return name;
+}
+
+// One evaluator bound to a table of one row.
+class TableRun {
+ public:
+  TableRun(const QStringList& names, const QString& types, std::vector<InputVariable> inputs,
+           EvaluationOptions options = {}, bool isObserved = false)
+      : table(names, types) {
+    evaluator.configure(options, inputs, nullptr, isObserved);
+    evaluator.prepareDateContext({});
+    const auto bound = evaluator.bind(table.row(), asWritten);
+    bindError = bound ? QString() : bound.error();
+  }
+
+  // Compiles and gives the error's message.
+  QString add(const OutputVariable& output, ResultUse use = ResultUse::column) {
+    const auto compiled = evaluator.compile(output, use);
+    return compiled ? QString() : compiled.error().message;
+  }
+  RowOutcome next(int output = 0) {
+    const RowOutcome loaded = evaluator.loadRow(table.row());
+    const RowOutcome outcome = loaded == RowOutcome::ok ? evaluator.evaluate(output) : loaded;
+    evaluator.advanceRow();
+    return outcome;
+  }
+  double number(int output = 0) { return numberFromBytes(evaluator.resultCell(output)); }
+  std::uint32_t key(int output = 0) { return keyFromBytes(evaluator.resultCell(output)); }
+
+  TestTable table;
+  ExpressionEvaluator evaluator;
+  QString bindError;
+};
 
 }  // namespace kelvarin

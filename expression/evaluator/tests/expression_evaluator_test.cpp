@@ -33,10 +33,6 @@ void operator delete(void* memory, std::size_t) noexcept {
 namespace kelvarin {
 namespace {
 
-QString asWritten(const QString& name) {
-  return name;
-}
-
 // Sanitizers slow the libraries down.
 #if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
 constexpr double kMostSeconds = 60.0;
@@ -50,37 +46,6 @@ EvaluationOptions withoutNative() {
   options.useJIT = false;
   return options;
 }
-
-// One evaluator bound to a table of one row.
-class TableRun {
- public:
-  TableRun(const QStringList& names, const QString& types, std::vector<InputVariable> inputs,
-           EvaluationOptions options = {}, bool isObserved = false)
-      : table(names, types) {
-    evaluator.configure(options, inputs, nullptr, isObserved);
-    evaluator.prepareDateContext({});
-    const auto bound = evaluator.bind(table.row(), asWritten);
-    bindError = bound ? QString() : bound.error();
-  }
-
-  // Compiles and gives the error's message.
-  QString add(const OutputVariable& output, ResultUse use = ResultUse::column) {
-    const auto compiled = evaluator.compile(output, use);
-    return compiled ? QString() : compiled.error().message;
-  }
-  RowOutcome next(int output = 0) {
-    const RowOutcome loaded = evaluator.loadRow(table.row());
-    const RowOutcome outcome = loaded == RowOutcome::ok ? evaluator.evaluate(output) : loaded;
-    evaluator.advanceRow();
-    return outcome;
-  }
-  double number(int output = 0) { return numberFromBytes(evaluator.resultCell(output)); }
-  std::uint32_t key(int output = 0) { return keyFromBytes(evaluator.resultCell(output)); }
-
-  TestTable table;
-  ExpressionEvaluator evaluator;
-  QString bindError;
-};
 
 TEST(Evaluator, TakesTheFirstBackendThatCompiles) {
   TableRun run({"a", "t", "größe", "Ελλάς"}, "FUFF",
@@ -116,6 +81,30 @@ TEST(Evaluator, ARequiredBackendHasNoFallback) {
   EXPECT_TRUE(run.add(outputOf("t", 'U')).contains("\"t\""));
   run.evaluator.requireBackend(BackendKind::string);
   EXPECT_EQ(run.add(outputOf("t", 'U')), QString());
+}
+
+TEST(Evaluator, TextsInFunctionsOfNumbersAreReportedWithTheirPlace) {
+  TableRun run({"t", "a"}, "UF", {inputOf("t", 'U'), inputOf("a")});
+  ASSERT_EQ(run.add(outputOf("\"é\" == t ? 1 : 0 + sqrt(t)")), QString());
+  ASSERT_EQ(run.add(outputOf("isNull(t) + exp(a) + ln(2)")), QString());
+  for (const char* text : {"é", "9", "x"}) {
+    run.table.set(0, QString::fromUtf8(text));
+    run.evaluator.loadRow(run.table.row());
+    EXPECT_EQ(run.evaluator.evaluate(0), RowOutcome::ok);
+    EXPECT_EQ(run.evaluator.evaluate(1), RowOutcome::ok);
+    run.evaluator.advanceRow();
+  }
+  EXPECT_EQ(run.number(), 0.0);  // the library's answer
+  EXPECT_EQ(run.evaluator.closingWarnings(),
+            QStringList{"Expression 'out': the function 'sqrt' at position 19 took its argument 1, "
+                        "a text or an array, for 0 on 2 occasion(s), the first one on data row 1. "
+                        "Write atof() around a text that is a number."});
+  EXPECT_EQ(run.evaluator.check(outputOf("sin(t)")), QString());
+  EXPECT_EQ(run.evaluator.checkWarnings(),
+            QStringList{"Expression 'out': the function 'sin' at position 0 takes its argument 1, a "
+                        "text or an array, for 0. Write atof() around a text that is a number."});
+  EXPECT_EQ(run.evaluator.check(outputOf("sin(atof(t))")), QString());
+  EXPECT_EQ(run.evaluator.checkWarnings(), QStringList());
 }
 
 TEST(Evaluator, RowNumberCountsFromZeroAndSurvivesAssignment) {

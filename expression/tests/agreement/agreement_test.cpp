@@ -37,6 +37,13 @@ std::vector<InputVariable> variables() {
     text.label = QString::fromLatin1(name);
     text.isNumber = false;
   }
+  // Of two variables with one name every back-end sees the first.
+  for (const bool isNumber : {true, false}) {
+    InputVariable& second = list.emplace_back();
+    second.label = QString::fromLatin1(isNumber ? RandomExpression::kTexts[0]
+                                                : RandomExpression::kNumbers[0]);
+    second.isNumber = isNumber;
+  }
   return list;
 }
 

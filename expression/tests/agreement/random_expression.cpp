@@ -16,7 +16,8 @@ constexpr const char* kBitOperators[] = {"&", "|", "<<", ">>"};
 constexpr const char* kCasts[] = {"(int)", "(float)"};
 constexpr const char* kUnits[] = {"{n}", "{u}", "{mu}", "{m}", "{k}", "{M}", "{G}"};
 constexpr const char* kConstants[] = {"_pi", "_e", "pi", "_null", "_nan", "_infinity"};
-constexpr const char* kExponents[] = {"2", "3", "4", "0.5", "-1", "2.0", "1"};
+constexpr const char* kExponents[] = {"2", "3",  "4", "0.5", "-1",    "2.0",
+                                      "1", "-3", "5", "7",   "_null", "a"};
 constexpr const char* kLibraryFunctions[] = {"sin",  "cos",  "tan",   "asin", "acos",
                                              "atan", "sinh", "cosh",  "tanh", "exp",
                                              "ln",   "log",  "log10", "sqrt"};
@@ -112,8 +113,11 @@ std::string RandomExpression::operand(int depth) {
   if (kind < 10) {
     return "(" + leaf() + oneOf(kBitOperators) + operand(depth - 1) + ")";
   }
-  if (kind < 30) {
+  if (kind < 28) {
     return "(" + number(depth - 1) + blank() + ")";
+  }
+  if (kind < 30) {
+    return "(" + std::string(oneOf(kNumbers)) + blank() + "=" + number(depth - 1) + ")";
   }
   if (kind < 50) {
     return libraryCall(depth - 1);

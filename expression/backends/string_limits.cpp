@@ -1,0 +1,46 @@
+#include "expression/backends/string_limits.h"
+
+#include "expression/errors/messages.h"
+
+namespace kelvarin {
+
+void refuse(const mup::ICallback& callback, const QString& message) {
+  mup::ErrorContext context(mup::ecGENERIC, callback.GetExprPos(), callback.GetIdent());
+  context.Hint = message.toStdString();
+  mup::ParserError error(message.toStdString());
+  error.GetContext() = context;
+  throw error;
+}
+
+void EvaluationLimits::takeArray(const mup::ICallback& callback, double elements) {
+  if (!(elements >= 0.0 && elements <= double{kArrayElements})) {  // NaN too
+    refuse(callback, QString::fromUtf8(messages::kTooManyElements).arg(kArrayElements));
+  }
+  m_elements += elements;
+  if (m_elements > double{kAllElements}) {
+    refuse(callback, QString::fromUtf8(messages::kTooManyElementsInAll).arg(kAllElements));
+  }
+}
+
+void EvaluationLimits::takeResult(const mup::ICallback& callback, const mup::IValue& value) {
+  if (value.IsMatrix()) {
+    takeArray(callback, static_cast<double>(value.GetRows()) * value.GetCols());
+  }
+}
+
+void EvaluationLimits::takeJoinedText(const mup::ICallback& callback, std::size_t bytes) {
+  if (bytes > kTextBytes) {
+    refuse(callback, QString::fromUtf8(messages::kTextTooLong).arg(kTextBytes));
+  }
+  takeText(callback, bytes);
+}
+
+void EvaluationLimits::takeText(const mup::ICallback& callback, std::size_t bytes) {
+  const bool isFirst = m_textBytes == 0;
+  m_textBytes += bytes;
+  if (!isFirst && m_textBytes > kAllTextBytes) {
+    refuse(callback, QString::fromUtf8(messages::kTextsTooLong).arg(kAllTextBytes));
+  }
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,45 @@
+// The memory that one evaluation of the String back-end may take.
+//
+// The library keeps every value on its stack until something else is put there, so what counts is
+// all that an evaluation makes, be it used up or not.
+// Threads: one.  Errors: throws the library's exception, placed at the callback that asks for more.
+#pragma once
+
+#include <cstddef>
+
+#include <mpParser.h>
+
+#include <QString>
+
+namespace kelvarin {
+
+// Throws an error of our own wording in the library's form, placed at `callback`.
+[[noreturn]] void refuse(const mup::ICallback& callback, const QString& message);
+
+class EvaluationLimits {
+ public:
+  // Of one array, of all arrays, of one joined text and of all texts.
+  static constexpr long long kArrayElements = 1000;
+  static constexpr long long kAllElements = 10'000;
+  static constexpr std::size_t kTextBytes = std::size_t{64} << 20;
+  static constexpr std::size_t kAllTextBytes = std::size_t{256} << 20;
+
+  // Before an evaluation.
+  void restart() {
+    m_elements = 0;
+    m_textBytes = 0;
+  }
+  // Counts an array of so many elements, or the one that `value` is.
+  void takeArray(const mup::ICallback& callback, double elements);
+  void takeResult(const mup::ICallback& callback, const mup::IValue& value);
+  // Counts a text that is about to be joined from two.
+  void takeJoinedText(const mup::ICallback& callback, std::size_t bytes);
+  // Counts a text that a function made. One alone may be as long as the text of a row can be.
+  void takeText(const mup::ICallback& callback, std::size_t bytes);
+
+ private:
+  double m_elements = 0.0;
+  std::size_t m_textBytes = 0;
+};
+
+}  // namespace kelvarin
