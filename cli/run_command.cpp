@@ -22,7 +22,7 @@ void addRunCommand(CLI::App& program, ChosenCommand& chosen) {
   arguments->addTo(*command);
   command->footer("Example:\n  kelvarin run examples/flights/flights.kelvarin --set minDelay=60");
   command->callback([arguments, &chosen] {
-    chosen = [arguments] { return workOnGraph(*arguments, runGraph, reportRun); };
+    chosen = [arguments] { return workOnGraph(*arguments, runGraph, reportRun, jsonOf); };
   });
 }
 

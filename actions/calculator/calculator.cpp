@@ -68,7 +68,36 @@ char Calculator::init() {
   m_lookout.close();
   m_rowsEvaluated = 0;
   m_columnsAhead.clear();
-  return ExpressionAction::init();
+  const char isRefused = ExpressionAction::init();
+  return areOutputsWhole() ? isRefused : 1;
+}
+
+bool Calculator::areOutputsWhole() const {
+  if (!node().isEmpty() && placeOfOutputVariable(node(), 0).line == 0) {
+    MainUI::addLog(LogLevel::warning, messages::noOutputs(m_outputs.front().name));
+  }
+  bool isWhole = true;
+  for (int i = 0; i < static_cast<int>(m_outputs.size()); ++i) {
+    const OutputVariable& output = m_outputs[static_cast<std::size_t>(i)];
+    const XMLNode::Place place = placeOfOutputVariable(node(), i);
+    if (expandString(output.name).trimmed().isEmpty()) {
+      LogDetails details;
+      details.place = place;
+      logWithDetails(LogLevel::error, messages::outputWithoutName(i), details);
+      isWhole = false;
+    } else if (place.line != 0 && !hasExpression(node(), i)) {
+      logWithDetails(LogLevel::warning, messages::outputWithoutExpression(output.name),
+                     detailsOfOutput(i));
+    }
+  }
+  return isWhole;
+}
+
+LogDetails Calculator::detailsOfOutput(int output) const {
+  LogDetails details;
+  details.place = placeOfOutputVariable(node(), output);
+  details.output = expandString(m_outputs[static_cast<std::size_t>(output)].name);
+  return details;
 }
 
 void Calculator::setComputeRoutine() {

@@ -22,11 +22,43 @@ inline QString unknownElement(const QString& file, XMLNode::Place place, const Q
   return where + what + hint;
 }
 
-inline QString runningNotAvailable(const QString& typeName, const QString& name) {
+// About the attribute 'meta'.
+inline constexpr char kInputMetasInWords[] = "F (number), K (key), U (text) or D (date)";
+inline constexpr char kOutputMetasInWords[] = "F (number), K (key) or U (text)";
+inline constexpr char kFirstLetterCounts[] = "Its first letter counts.";
+inline constexpr char kCountsAsText[] = "It counts as U (text).";
+
+inline QString outputWithoutName(int index) {
   return QStringLiteral(
-             "%1 '%2': running this action is not available in this version. "
-             "Remove it from the graph to run the rest.")
-      .arg(typeName, name);
+             "The output number %1 (counted from 1) has no name. Write the name of its column: "
+             "<OutputVar name='...'>.")
+      .arg(index + 1);
+}
+inline QString outputWithoutExpression(const QString& name) {
+  return QStringLiteral(
+             "The output '%1' has no expression: its column is missing on every row. Write the "
+             "expression between <OutputVar ...> and </OutputVar>.")
+      .arg(name);
+}
+inline QString noOutputs(const QString& name) {
+  return QStringLiteral(
+             "There is no <OutputVar> inside <OutputVars>: one output '%1' without an expression "
+             "is assumed, and its column is missing on every row.")
+      .arg(name);
+}
+inline QString filterWithoutExpression() {
+  return QStringLiteral(
+      "There is no expression: every row goes to output pin 0. Write it between <Expression> and "
+      "</Expression>.");
+}
+inline QString columnExists(const QString& name) {
+  return QStringLiteral(
+             "The input has a column '%1' already. Give the output another name, or write "
+             "update='1' to replace the column.")
+      .arg(name);
+}
+inline QString outputTwice(const QString& name) {
+  return QStringLiteral("Two outputs are called '%1'. Give each its own name.").arg(name);
 }
 
 inline QString referenceTimeUnparsableInCalculator() {
@@ -39,7 +71,7 @@ inline QString dateFormatUnknownInRun() {
 
 inline QString nullKeyRefused(const QString& variable, long long row) {
   return QStringLiteral(
-             "Null key: variable '%1' has no value on row %2. Set castToKey3 to 0 (null) or 1 "
+             "Null key: variable '%1' has no value on row %2 (counted from 0). Set castToKey3 to 0 (null) or 1 "
              "(zero) to "
              "go on with such rows.")
       .arg(variable, QString::number(row));
@@ -54,14 +86,14 @@ inline QString columnProducedTwice(const QString& name) {
 
 inline QString unknownCastCode(const QString& alias, QChar code) {
   return QStringLiteral(
-             "Error: The table of variables gives '%1' the type '%2'. It takes F or K (number), U "
+             "The table of variables gives '%1' the type '%2'. It takes F or K (number), U "
              "(text) "
              "or D (date).")
       .arg(alias, QString(code));
 }
 inline QString variableWithoutColumn(long long row) {
   return QStringLiteral(
-             "Error: The table of variables names no column on its row %1. Each row needs an alias "
+             "The table of variables names no column on its row %1 (counted from 0). Each row needs an alias "
              "and a "
              "column name.")
       .arg(row);
@@ -89,7 +121,7 @@ inline QString vectorsDefinedAgain(const QStringList& aliases) {
 }
 inline QString vectorTableNotRead() {
   return QStringLiteral(
-      "Error: The copy of this action that reads the table on Pin 1 ended without reading it.");
+      "The copy of this action that reads the table on Pin 1 ended without reading it.");
 }
 inline QString nameIsNoText(const QString& nameExpression) {
   return QStringLiteral("Math Parser Error in expression '%1':\nResult is not a string")

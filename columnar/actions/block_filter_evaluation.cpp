@@ -3,7 +3,7 @@
 #include "columnar/actions/read_messages.h"
 #include "expression/errors/error_texts.h"
 #include "expression/errors/messages.h"
-#include "expression/help/unknown_name_hint.h"
+#include "expression/help/expression_hint.h"
 
 namespace kelvarin {
 
@@ -118,7 +118,7 @@ QString BlockFilterEvaluation::hintAt(const QString& failure) const {
   for (const InputVariable& input : inputs()) {
     names += input.name();
   }
-  return unknownNameHint(failure, m_filter.expression, names, {});
+  return expressionHint({failure, -1, {}}, m_filter.expression, {names, {}});
 }
 
 Status<QString> BlockFilterEvaluation::bindTo(const GelFile& file) {

@@ -6,6 +6,7 @@
 
 #include "columnar/actions/file_list.h"
 #include "columnar/actions/read_messages.h"
+#include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
@@ -241,7 +242,7 @@ bool ColumnarRead::prepareFilter() {
     if (!compiled) {
       (void)fail(compiled.error());
       if (const QString hint = m_filter.hintAt(compiled.error()); !hint.isEmpty()) {
-        MainUI::addLog(LogLevel::information, hint);
+        logExplanation(hint);
       }
       return false;
     }

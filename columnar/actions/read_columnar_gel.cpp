@@ -2,6 +2,8 @@
 
 #include "actions/frame/attributes.h"
 #include "actions/frame/known_elements.h"
+#include "columnar/actions/read_messages.h"
+#include "host/contract/main_ui.h"
 
 namespace kelvarin {
 
@@ -15,6 +17,11 @@ constexpr int kListedColumns = 1;
 // Older hosts refuse a file with a time-out by this version.
 constexpr double kVersionWithTimeOut = 2.3;
 
+constexpr AllowedNumbers kNotNegative{.least = 0, .wanted = "0 or more"};
+constexpr AllowedNumbers kSelections{
+    0, 2, "0 (all columns), 1 (those of ColumnsToRead) or 2 (those named on an input pin)",
+    "Any other value reads all columns."};
+
 constexpr Attribute<Settings> kAttributes[] = {
     attribute<&Settings::fileNameFromPin>(u"fileNameFromPin"),
     attribute<&Settings::accurateProgressBar>(u"accurateProgressBar"),
@@ -22,8 +29,8 @@ constexpr Attribute<Settings> kAttributes[] = {
     attribute<&Settings::skipCorruptedBlocks>(u"skipCorruptedBlocks"),
     attribute<&Settings::filterRows>(u"filterRows"),
     attribute<&Settings::abortIfMissing>(u"abortIfMissing"),
-    attribute<&Settings::blocksAhead>(u"nBlockForward"),
-    attribute<&Settings::columnSelection>(u"columnSelection"),
+    attribute<&Settings::blocksAhead, kNotNegative>(u"nBlockForward"),
+    attribute<&Settings::columnSelection, kSelections>(u"columnSelection"),
     attribute<&Settings::fileName>(u"fileName"),
     attribute<&Settings::timeOutSeconds>(u"timeOut"),
     attribute<&Settings::readAllColumns>(u"readAllColumns"),
@@ -90,7 +97,17 @@ char ReadColumnarGel::init() {
   ActionItem::init();
   m_block = nullptr;
   m_read.reset();
+  warnAboutFilter();
   return reportUnknownElements(*this, kElements) ? 1 : 0;
+}
+
+void ReadColumnarGel::warnAboutFilter() const {
+  const bool hasExpression = !m_blockFilter.expression.trimmed().isEmpty();
+  if (hasExpression && !m_settings.filterRows) {
+    MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kFilterOff));
+  } else if (!hasExpression && m_settings.filterRows) {
+    MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kFilterEmpty));
+  }
 }
 
 char ReadColumnarGel::close() {

@@ -11,10 +11,11 @@
 #include "columnar/actions/write_settings.h"
 #include "host/contract/action_item.h"
 #include "host/contract/claimed_names.h"
+#include "host/contract/output_check.h"
 
 namespace kelvarin {
 
-class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem> {
+class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem>, public OutputCheck {
  public:
   WriteColumnarGel(XMLNode node, GlobalParameters* parameters);
 
@@ -24,6 +25,7 @@ class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem> {
   char init() override;
   char close() override;
   void setComputeRoutine() override;
+  void checkOutput(const OneRow* columns) override;
 
   // What passes the time of waiting; a test has no patience.
   void setPause(Pause pause) { m_pause = std::move(pause); }

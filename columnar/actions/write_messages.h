@@ -12,10 +12,10 @@ inline constexpr char kSystemReason[] =
 inline constexpr char kTooLarge[] =
     "columnarWrite ERROR: decrease number of columns or blocksize.\n";
 inline constexpr char kNoColumnsToWrite[] =
-    "ERROR writing to Kelvarin CGel file '%1': no column of the table is in the column strategy. "
+    "Writing to Kelvarin CGel file '%1': no column of the table is in the column strategy. "
     "Add one, or set columnStrategy to 0.";
 inline constexpr char kNoRowsInBlock[] =
-    "ERROR writing to Kelvarin CGel file '%1': nRowsInBlock is %2. Set it to 1 or more.";
+    "Writing to Kelvarin CGel file '%1': nRowsInBlock is %2. Set it to 1 or more.";
 
 // Rows that are tested.
 inline constexpr char kTestColumnMissing[] =
@@ -29,22 +29,22 @@ inline constexpr char kSplitNotSorted[] =
     "variable: The number of splits (i.e. the number of files) is limited to the maximum number "
     "of simultaneous opened file allowed by the OS.\n";
 inline constexpr char kSplitValueReturns[] =
-    "ERROR writing to Kelvarin CGel file '%1': the value '%2' of the split column comes back, "
+    "Writing to Kelvarin CGel file '%1': the value '%2' of the split column comes back, "
     "though the table is declared sorted on that column. Sort the table, or remove the "
     "declaration.";
 inline constexpr char kSplitNamesMeet[] =
-    "ERROR writing to Kelvarin CGel file '%1': two values of the split column, '%2' and '%3', "
+    "Writing to Kelvarin CGel file '%1': two values of the split column, '%2' and '%3', "
     "give this same file name. Rename one of them, or use advancedNaming.";
 inline constexpr char kSplitSideFilesMeet[] =
-    "ERROR writing to Kelvarin CGel file '%1': two values of the split column, '%2' and '%3', "
+    "Writing to Kelvarin CGel file '%1': two values of the split column, '%2' and '%3', "
     "give files that differ only after the last point and so have the same side files. Give the "
     "file an extension, or use advancedNaming.";
 inline constexpr char kMissingValue[] = "(missing)";
 inline constexpr char kNamingFailed[] =
-    "ERROR writing to Kelvarin CGel file '%1': the naming expression '%2' cannot be used: %3";
+    "Writing to Kelvarin CGel file '%1': the naming expression '%2' cannot be used: %3";
 
 inline constexpr char kNameTaken[] =
-    "ERROR writing to Kelvarin CGel file '%1': another action of the graph writes to the same "
+    "Writing to Kelvarin CGel file '%1': another action of the graph writes to the same "
     "file, or to one that differs only in its extension and so has the same side files. Give each "
     "its own name, or set checkNameCollision to 0.";
 

@@ -46,6 +46,7 @@ struct RowFailure {
   ExpressionError error;  // for evaluation
   BackendKind backend = BackendKind::string;
   double value = 0.0;  // for keyCast
+  int output = -1;     // its index; -1 for nullKey
 };
 
 // A result with the type it came with.
@@ -92,7 +93,8 @@ class ExpressionEvaluator {
   BackendKind backend(int output) const;
 
   // Compiles as compile() does and evaluates once with the variables' samples, as the check of an
-  // editor. Gives the text to show, empty when nothing is wrong.
+  // editor. Gives the text to show, empty when nothing is wrong; lastFailure() has the error, if the
+  // expression failed.
   QString check(const OutputVariable& output, ResultUse use = ResultUse::column);
 
   RowOutcome loadRow(const OneRow& row);
@@ -153,7 +155,9 @@ class ExpressionEvaluator {
   // A variable's value in the current row as the step debugger shows it.
   QString displayText(int variable) const;
 
-  // What the user should know at the end of a run: values that were no numbers, rows that failed.
+  // What the user should know at the end of a run: values that were no numbers, rows that failed,
+  // with a text of messages.h about what became of those.
+  QStringList closingWarnings(const char* failedRows) const;
   QStringList closingWarnings() const;
 
  private:

@@ -83,7 +83,9 @@ QString unknownNameHint(const QString& failure, const QString& expression, const
   QStringList known = variables + columns;
   for (const LanguageEntry& entry : languageEntries()) {
     for (const std::string& entryName : entry.names) {
-      known += QString::fromStdString(entryName);
+      const QString entryText = QString::fromStdString(entryName);
+      const bool isSign = !entryText.front().isLetter() && entryText.front() != u'_';
+      known += isSign ? QStringList() : QStringList{entryText};
     }
   }
   known.removeDuplicates();

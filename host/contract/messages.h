@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace kelvarin::messages {
 
@@ -70,6 +71,37 @@ inline QString nameCollision(const QString& action, const QString& column, int i
              "name "
              "already (number %3). Choose another name.")
       .arg(action, column, QString::number(index + 1));
+}
+
+inline QString noSuchColumn(const QString& name) {
+  return QStringLiteral("The table has no column '%1'.").arg(name);
+}
+inline QString noColumns() {
+  return QStringLiteral(" It has no columns at all.");
+}
+inline QString columnsMeant(const QStringList& near) {
+  return QStringLiteral(" Did you mean '%1'?").arg(near.join(QStringLiteral("' or '")));
+}
+inline QString allColumns(const QStringList& columns) {
+  return QStringLiteral(" Its columns: '%1'.").arg(columns.join(QStringLiteral("', '")));
+}
+inline QString columnCount(qsizetype count) {
+  return QStringLiteral(" It has %1 columns; 'kelvarin check' lists them.").arg(count);
+}
+
+inline QString fileIsFolder(const QString& file) {
+  return QStringLiteral("\"%1\" cannot be written: it is a folder.").arg(file);
+}
+inline QString folderMissing(const QString& file, const QString& folder) {
+  return QStringLiteral("\"%1\" cannot be written: there is no folder \"%2\". Create it first.")
+      .arg(file, folder);
+}
+inline QString folderIsNone(const QString& file, const QString& folder) {
+  return QStringLiteral("\"%1\" cannot be written: \"%2\" is no folder.").arg(file, folder);
+}
+inline QString folderNotWritable(const QString& file, const QString& folder) {
+  return QStringLiteral("\"%1\" cannot be written: the folder \"%2\" may not be written to.")
+      .arg(file, folder);
 }
 
 inline QString notARegularFile(const QString& path) {

@@ -6,6 +6,8 @@
 #include <chrono>
 #include <deque>
 
+#include "host/contract/host_services.h"
+#include "host/contract/output_check.h"
 #include "host/engine/graph_execution.h"
 #include "host/engine/recording_services.h"
 #include "host/engine/run_graph.h"
@@ -53,6 +55,37 @@ void checkActions(const GraphExecution& execution) {
   }
 }
 
+// The columns that reach the first input pin; null where they are not known.
+const OneRow* columnsFor(const Graph& graph, const GraphExecution& execution, int sink) {
+  for (const GraphLink& link : graph.links) {
+    if (link.to == sink && link.toPin == 0 && execution.action(link.from) != nullptr) {
+      const OutputPin& pin = execution.action(link.from)->output(link.fromPin);
+      return pin.isAnnounced ? &pin.row : nullptr;
+    }
+  }
+  return nullptr;
+}
+
+bool isSink(const ActionItem& item) {
+  return item.endpoint() == ActionItem::Endpoint::writer;
+}
+
+// Sinks are not opened; those that can be checked without are.
+void checkSinks(const Graph& graph, const GraphExecution& execution,
+                std::deque<RunRecord>& records) {
+  for (std::size_t i = 0; i < graph.actions.size(); ++i) {
+    ActionItem& item = *graph.actions[i].item;
+    auto* sink = dynamic_cast<OutputCheck*>(&item);
+    if (sink == nullptr || !isSink(item)) {
+      continue;
+    }
+    const CurrentAction onBehalf(&item);
+    item.attach(&records[i], nullptr);
+    sink->checkOutput(columnsFor(graph, execution, static_cast<int>(i)));
+    item.attach(nullptr, nullptr);
+  }
+}
+
 }  // namespace
 
 RunResult checkGraph(Graph& graph, RunRecord& record, const ExecutionOptions& options) {
@@ -64,12 +97,12 @@ RunResult checkGraph(Graph& graph, RunRecord& record, const ExecutionOptions& op
   std::vector<RunRecord*> parts;
   for (std::size_t i = 0; i < graph.actions.size(); ++i) {
     records[i].mustComputeFull = computesInFull[i];
-    const bool isSink = graph.actions[i].item->endpoint() == ActionItem::Endpoint::writer;
-    parts.push_back(isSink ? nullptr : &records[i]);
+    parts.push_back(isSink(*graph.actions[i].item) ? nullptr : &records[i]);
   }
   GraphExecution execution(graph, parts, record, options);
   (void)execution.open();  // an action that refuses has failed its record; the others go on
   checkActions(execution);
+  checkSinks(graph, execution, records);
   for (RunRecord& part : records) {
     part.endNormally();
   }

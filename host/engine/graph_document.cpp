@@ -205,10 +205,10 @@ void GraphDocument::readAction(const XMLNode& node) {
     item.reset(entry->prototype->createFromXML(node, m_graph.settings.get()));
   }
   m_graph.actions.push_back({name, node.place(), std::move(item)});
-  warnOfAttributes(node, reading);
+  reportAttributes(node, reading);
 }
 
-void GraphDocument::warnOfAttributes(const XMLNode& action, const AttributeReading& reading) {
+void GraphDocument::reportAttributes(const XMLNode& action, const AttributeReading& reading) {
   static const QStringList kHosts{QStringLiteral("name"), QStringLiteral("version")};
   static const QStringList kPlace{QStringLiteral("x"), QStringLiteral("y")};
   const int index = static_cast<int>(m_graph.actions.size()) - 1;
@@ -219,16 +219,30 @@ void GraphDocument::warnOfAttributes(const XMLNode& action, const AttributeReadi
     if (isOfAction && (kHosts.contains(finding.attribute) || finding.known == kPlace)) {
       continue;
     }
-    const QString text =
-        finding.wanted == nullptr
-            ? engine_messages::attributeIgnored(finding.attribute, node.name(),
-                                                attributesMeantBy(finding.attribute, finding.known),
-                                                isOfAction ? kHosts + finding.known : finding.known)
-            : engine_messages::valueIgnored(finding.attribute,
-                                            qString(node.getAttribute(finding.attribute.utf16())),
-                                            node.name(), QString::fromLatin1(finding.wanted));
+    if (finding.wanted != nullptr) {
+      judgeValue(index, finding);
+      continue;
+    }
+    const QString text = engine_messages::attributeIgnored(
+        finding.attribute, node.name(), attributesMeantBy(finding.attribute, finding.known),
+        isOfAction ? kHosts + finding.known : finding.known);
     m_graph.warnings.push_back({index, GraphError{m_graph.file, node.place(), text}.text()});
   }
+}
+
+// A value without any effect is an error: the user meant something by it.
+void GraphDocument::judgeValue(int action, const AttributeReading::Finding& finding) {
+  const XMLNode& node = finding.element;
+  const QString value = qString(node.getAttribute(finding.attribute.utf16()));
+  const QString text = engine_messages::oddValue(
+      finding.attribute, value, m_graph.settings->expandString2(value), node.name(),
+      QString::fromLatin1(finding.wanted));
+  if (finding.effect == nullptr) {
+    refuse(node, text);
+    return;
+  }
+  const QString warning = text + u' ' + QString::fromLatin1(finding.effect);
+  m_graph.warnings.push_back({action, GraphError{m_graph.file, node.place(), warning}.text()});
 }
 
 void GraphDocument::checkParameterNames(const XMLNode& action) {

@@ -54,6 +54,22 @@ char TableSink::init() {
   return 0;
 }
 
+void TableSink::checkOutput(const OneRow*) {
+  if (m_file.isEmpty()) {
+    endWithError(table_messages::noFileGiven(QLatin1String(typeName())));
+    return;
+  }
+  if (const Status<QString> status = checkSettings(); !status) {
+    endWithError(status.error());
+    return;
+  }
+  const QString file = expandedFile();
+  const QString reason = file == QLatin1String("-") ? QString() : whyNotWritable(file);
+  if (!reason.isEmpty()) {
+    endWithError(reason);
+  }
+}
+
 // Devices and pipes may be shared, and so may standard output.
 Status<QString> TableSink::claimFile(const QString& file) {
   m_names.giveBack();
