@@ -58,7 +58,7 @@ std::string aligned(const std::vector<std::vector<std::string>>& rows) {
   return text;
 }
 
-Json jsonOf(const ActionResult& action) {
+Json jsonOfAction(const ActionResult& action) {
   Json entry = {{"name", action.name.toStdString()},
                 {"type", action.typeName.toStdString()},
                 {"rowsIn", action.rowsIn},
@@ -70,7 +70,7 @@ Json jsonOf(const ActionResult& action) {
   return entry;
 }
 
-Json jsonOf(const std::vector<PinColumns::Column>& columns) {
+Json jsonOfColumns(const std::vector<PinColumns::Column>& columns) {
   Json list = Json::array();
   for (const PinColumns::Column& column : columns) {
     list.push_back({{"name", column.name.toStdString()},
@@ -80,7 +80,7 @@ Json jsonOf(const std::vector<PinColumns::Column>& columns) {
 }
 
 // Where a line leads is left out as far as it is not known.
-Json jsonOf(const LogLine& line) {
+Json jsonOfLine(const LogLine& line) {
   const LogDetails& details = line.details;
   Json entry = {{"level", static_cast<int>(line.level)},
                 {"action", line.action.toStdString()},
@@ -110,11 +110,11 @@ Json jsonOf(const LogLine& line) {
 Json jsonOf(const RunResult& result) {
   Json actions = Json::array();
   for (const ActionResult& action : result.actions) {
-    actions.push_back(jsonOf(action));
+    actions.push_back(jsonOfAction(action));
   }
   Json log = Json::array();
   for (const LogLine& line : result.log) {
-    log.push_back(jsonOf(line));
+    log.push_back(jsonOfLine(line));
   }
   return {{"status", statusWord(result.state)},
           {"runState", static_cast<int>(result.state)},
@@ -128,7 +128,7 @@ Json jsonOfCheck(const RunResult& result) {
   for (std::size_t i = 0; i < result.actions.size(); ++i) {
     Json pins = Json::array();
     for (const PinColumns& pin : result.actions[i].pins) {
-      pins.push_back({{"columns", pin.isKnown ? jsonOf(pin.columns) : Json(nullptr)}});
+      pins.push_back({{"columns", pin.isKnown ? jsonOfColumns(pin.columns) : Json(nullptr)}});
     }
     report["actions"][i]["pins"] = pins;
   }

@@ -25,7 +25,8 @@ char ExpressionAction::init() {
 }
 
 char ExpressionAction::close() {
-  const QStringList warnings = hasFailed() ? QStringList() : m_evaluator.closingWarnings(failedRowsText());
+  const QStringList warnings =
+      hasFailed() ? QStringList() : m_evaluator.closingWarnings(failedRowsText());
   for (const QString& warning : warnings) {
     MainUI::addLog(LogLevel::warning, warning);
   }
@@ -233,9 +234,10 @@ TriedExpression ExpressionAction::triedExpression(int index) const {
     tried.variables.push_back({rowNumberName, QString::number(rowNumber()), false});
     tried.options += QStringLiteral("addN=0");
   }
-  const bool isColumn = !detailsOfOutput(index).output.isEmpty();
-  tried.meta = isColumn ? QString(QChar(static_cast<char16_t>(metaOfOutput(output(index).meta).type())))
-                        : QString();
+  if (!detailsOfOutput(index).output.isEmpty()) {
+    const MetaTypeColumn type = metaOfOutput(output(index).meta).type();
+    tried.meta = QString(QChar(static_cast<char16_t>(type)));
+  }
   return tried;
 }
 

@@ -71,9 +71,8 @@ inline QString dateFormatUnknownInRun() {
 
 inline QString nullKeyRefused(const QString& variable, long long row) {
   return QStringLiteral(
-             "Null key: variable '%1' has no value on row %2 (counted from 0). Set castToKey3 to 0 (null) or 1 "
-             "(zero) to "
-             "go on with such rows.")
+             "Null key: variable '%1' has no value on row %2 (counted from 0). Set castToKey3 to 0 "
+             "(null) or 1 (zero) to go on with such rows.")
       .arg(variable, QString::number(row));
 }
 
@@ -93,9 +92,8 @@ inline QString unknownCastCode(const QString& alias, QChar code) {
 }
 inline QString variableWithoutColumn(long long row) {
   return QStringLiteral(
-             "The table of variables names no column on its row %1 (counted from 0). Each row needs an alias "
-             "and a "
-             "column name.")
+             "The table of variables names no column on its row %1 (counted from 0). Each row needs "
+             "an alias and a column name.")
       .arg(row);
 }
 

@@ -78,7 +78,7 @@ WRONG = {
     "no columnar file": gel(""),
     "a split column that is not there": gel("file='t.cgel_kelvarin' split='2' splitVar='nme'"),
     "a test column that is not there": gel("file='t.cgel_kelvarin' writeAllRows='0' testCol='nme'"),
-    "a naming expression": gel("file='nope + 1' split='2' splitVar='name' advancedNaming='1'"),
+    "a naming expression": gel("file='t&quot;+nope+&quot;' split='2' splitVar='name' advancedNaming='1'"),
     "a wrong split": gel("file='t.cgel_kelvarin' split='7'"),
     "a wrong strategy": gel("file='t.cgel_kelvarin' columnStrategy='9'"),
     "a wrong key cast": computing("id", attributes="castToKey2='9'"),
@@ -87,7 +87,8 @@ WRONG = {
     "a wrong switch": computing("id", attributes="useJIT='maybe'"),
     "a wrong date format": computing("id", attributes="dateFormatType='7'"),
     "an unknown element": gel("file='t.cgel_kelvarin'", "<Strategy/>"),
-    "no columns in the strategy": gel("file='t.cgel_kelvarin' columnStrategy='1'"),
+    "no columns in the strategy": gel("file='t.cgel_kelvarin' columnStrategy='1'",
+                                      "<ColumnStrategy><C n='nme' s='0'/></ColumnStrategy>"),
 }
 
 # What only rows can show: a check finds nothing, and the run fails.

@@ -1,5 +1,5 @@
-// An expression with the values it was evaluated with, for people: a line of values, and the command
-// that evaluates it again.
+// An expression with the values it was evaluated with, for people: a line of values, and the
+// command that evaluates it again.
 //
 // Used by the actions behind an error.  Threads: any.
 #pragma once

@@ -35,10 +35,10 @@ int widthOf(char32_t code) {
     default:
       break;
   }
-  return std::any_of(std::begin(kWide), std::end(kWide),
-                     [code](const auto& range) { return code >= range.first && code <= range.last; })
-             ? 2
-             : 1;
+  const auto contains = [code](const auto& range) {
+    return code >= range.first && code <= range.last;
+  };
+  return std::any_of(std::begin(kWide), std::end(kWide), contains) ? 2 : 1;
 }
 
 // What would break the line or has no width of its own is a blank, so that the mark stands right.

@@ -37,7 +37,7 @@ inline constexpr char kConversionPhrase[] = "There is no implicit conversion to 
 // Behind the text of an error, to lead to its cause.
 inline constexpr char kHere[] = "Here:";
 inline constexpr char kCut[] = "...";
-inline constexpr char kValuesOfRow[] = "On row %1 (counted from 0): %2";
+inline constexpr char kValuesOfRow[] = "On data row %1 (counted from 0): %2";
 inline constexpr char kSampleValues[] = "Checked with the sample values %1.";
 inline constexpr char kTry[] = "Try it: %1";
 inline constexpr char kNumberBecomesText[] =
@@ -46,7 +46,8 @@ inline constexpr char kNumberBecomesText[] =
 inline constexpr char kSampleMayDiffer[] =
     "Every row with such values stops the run; other values may do better. Give the input "
     "variables sample values (attribute 'value') like those of your rows.";
-inline constexpr char kFailedRowsGoOn[] = "The run goes on behind such rows, as abortWhenError='0' asks for.";
+inline constexpr char kFailedRowsGoOn[] =
+    "The run goes on behind such rows, as abortWhenError='0' asks for.";
 inline constexpr char kKeyCastAdvice[] =
     "Keys are whole numbers from 0 to 4294967293. Let castToKey1 (out of range) or castToKey2 "
     "(fractions) be 0 (the key 0, or cut off) or 1 (missing) to go on with such rows.";

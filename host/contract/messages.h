@@ -31,6 +31,11 @@ inline QString notWellFormedInside(const QString& reason, const QString& element
   return QStringLiteral("The XML is not well formed: %1 (inside <%2>, which opens at line %3)")
       .arg(reason, element, QString::number(line));
 }
+inline QString bareSign() {
+  return QStringLiteral(
+      ". In the text of an element, write & as &amp; and < as &lt;, or wrap the text: "
+      "<![CDATA[a < 5 && b > 2]]>");
+}
 inline QString elementNotClosed(const QString& element, long long line) {
   return QStringLiteral("The file ends before <%1>, which opens at line %2, is closed.")
       .arg(element, QString::number(line));

@@ -42,8 +42,9 @@ QStringList nearestNames(const QString& name, const QStringList& known) {
   }
   std::vector<std::pair<qsizetype, QString>> near;
   for (const QString& candidate : known) {
-    const auto [fewer, more] = std::minmax(name.size(), candidate.size());
-    const qsizetype difference = distance(name.toLower(), candidate.toLower());
+    const auto [fewer, more] = std::minmax({name.size(), candidate.size()});
+    const qsizetype difference =
+        distance(name.trimmed().toLower(), candidate.trimmed().toLower());
     const bool sharesLetters = difference < fewer;  // else any letter would be near to any other
     if (candidate.size() <= kLongestName && difference <= std::max<qsizetype>(1, more / 3) &&
         (sharesLetters || difference == 0)) {
