@@ -181,10 +181,12 @@ class ResultPrinter {
 // The expression with a mark, and what may have been meant.
 void explainFault(const ExpressionFault& fault, const ExpressionRequest& request, Console& console) {
   const ExpressionError error{fault.text, fault.position, fault.token};
-  const QString marked = markedExpression(request.expression, error);
-  console.writeReason(LogLevel::information,
-                      QString::fromLatin1(program_messages::kHere)
-                          .arg(QString(marked).replace(u'\n', QStringLiteral("\n  "))));
+  if (fault.position >= 0) {
+    const QString marked = markedExpression(request.expression, error);
+    console.writeReason(LogLevel::information,
+                        QString::fromLatin1(program_messages::kHere)
+                            .arg(QString(marked).replace(u'\n', QStringLiteral("\n  "))));
+  }
   HintNames names;
   for (const InputVariable& known : request.variables) {
     names.variables += known.name();

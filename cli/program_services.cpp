@@ -38,7 +38,10 @@ void ProgramServices::writePlace(const QString& text, const ActionItem& action,
   const QString position = QStringLiteral("%1:%2:%3: ")
                                .arg(m_graphFile, QString::number(place.line),
                                     QString::number(place.column));
-  if (text.startsWith(position) || place.line == 0) {
+  const GlobalParameters* graph = action.globalParameters();
+  const bool hasPlace = text.startsWith(m_graphFile + u':') ||
+                        (graph != nullptr && text.startsWith(graph->graphFile() + u':'));
+  if (hasPlace || place.line == 0) {
     return;
   }
   const QString typeName = QString::fromLatin1(action.typeName());

@@ -68,8 +68,8 @@ char Calculator::init() {
   m_lookout.close();
   m_rowsEvaluated = 0;
   m_columnsAhead.clear();
-  const char isRefused = ExpressionAction::init();
-  return areOutputsWhole() ? isRefused : 1;
+  const bool isRefused = ExpressionAction::init() != 0;
+  return isRefused || !areOutputsWhole() ? 1 : 0;
 }
 
 bool Calculator::areOutputsWhole() const {

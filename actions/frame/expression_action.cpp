@@ -101,6 +101,7 @@ bool ExpressionAction::prepareDates(const QStringList& expressions) {
       break;
   }
   logError(dateFormatUnknownText());
+  logExplanation(messages::dateFormatNeeded());
   return false;
 }
 
@@ -154,8 +155,9 @@ bool ExpressionAction::checkTriedOutput(int index, const QString& text) {
   }
   const bool stops = mayFailedRowStop();
   const bool isWrongType = text == QLatin1String(messages::kStringForNumber);
-  logFailure(stops ? LogLevel::error : LogLevel::warning, shown, index,
-             isWrongType ? ExpressionError{} : m_evaluator.lastFailure().error,
+  const ExpressionError error = isWrongType ? ExpressionError{text, -1, {}}
+                                            : m_evaluator.lastFailure().error;
+  logFailure(stops ? LogLevel::error : LogLevel::warning, shown, index, error,
              QString::fromUtf8(stops ? messages::kSampleMayDiffer : messages::kFailedRowsGoOn));
   return !stops;
 }
@@ -189,12 +191,14 @@ void ExpressionAction::logFailure(LogLevel level, const QString& text, int index
 QString ExpressionAction::explanation(int index, const ExpressionError& error,
                                       const QString& note) const {
   const TriedExpression tried = triedExpression(index);
-  QStringList lines{QString::fromUtf8(messages::kHere)};
+  QStringList lines{
+      QString::fromUtf8(error.position < 0 ? messages::kExpression : messages::kHere)};
   lines += markedExpression(output(index).expression, error).split(u'\n');
   for (QString& line : lines) {
     line = &line == &lines.front() ? line : QStringLiteral("    ") + line;
   }
-  if (!tried.variables.empty() && m_isRowLoaded) {
+  const bool isTried = m_isRowLoaded || !note.isEmpty();
+  if (!tried.variables.empty() && isTried) {
     const QString values = valuesText(tried.variables);
     lines += isChecking() ? QString::fromUtf8(messages::kSampleValues).arg(values)
                           : QString::fromUtf8(messages::kValuesOfRow)

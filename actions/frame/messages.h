@@ -65,6 +65,11 @@ inline QString referenceTimeUnparsableInCalculator() {
   return QStringLiteral(
       "Calculator: Cannot parse Reference time. We will use 19700101 00:00:00 as reference time.");
 }
+inline QString dateFormatNeeded() {
+  return QStringLiteral(
+      "The expressions read or print dates. Say how these are written, for instance "
+      "dateFormat='yyyy-MM-dd', or set dateFormatType to a format of the system's locale (1 to 6).");
+}
 inline QString dateFormatUnknownInRun() {
   return QStringLiteral("filterRow error: Date format is unknown");
 }

@@ -134,7 +134,7 @@ char WriteColumnarGel::close() {
   return isStored ? 0 : 1;
 }
 
-void WriteColumnarGel::checkOutput(const OneRow* columns) {
+void WriteColumnarGel::checkOutput() {
   if (reportUnknownElements(*this, kElements)) {
     failRun();
   }
@@ -147,7 +147,7 @@ void WriteColumnarGel::checkOutput(const OneRow* columns) {
     MainUI::addLog(LogLevel::error, reason);
     failRun();
   }
-  if (columns != nullptr) {
+  if (const OneRow* columns = announcedColumnsOfInPin(0)) {
     (void)ColumnarWrite(*this, m_settings, m_columnSets, m_names, m_pause).plan(*columns);
   }
 }

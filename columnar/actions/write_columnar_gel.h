@@ -25,7 +25,7 @@ class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem>, public
   char init() override;
   char close() override;
   void setComputeRoutine() override;
-  void checkOutput(const OneRow* columns) override;
+  void checkOutput() override;
 
   // What passes the time of waiting; a test has no patience.
   void setPause(Pause pause) { m_pause = std::move(pause); }

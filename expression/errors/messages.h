@@ -36,6 +36,7 @@ inline constexpr char kConversionPhrase[] = "There is no implicit conversion to 
 
 // Behind the text of an error, to lead to its cause.
 inline constexpr char kHere[] = "Here:";
+inline constexpr char kExpression[] = "The expression:";
 inline constexpr char kCut[] = "...";
 inline constexpr char kValuesOfRow[] = "On data row %1 (counted from 0): %2";
 inline constexpr char kSampleValues[] = "Checked with the sample values %1.";
@@ -44,8 +45,8 @@ inline constexpr char kNumberBecomesText[] =
     "A run writes the number as its shortest text. Write meta='F' for a column of numbers, or make "
     "the text yourself, for instance with ftoa.";
 inline constexpr char kSampleMayDiffer[] =
-    "Every row with such values stops the run; other values may do better. Give the input "
-    "variables sample values (attribute 'value') like those of your rows.";
+    "A row that fails so stops the run. Where it depends on the values, give the input variables "
+    "sample values (attribute 'value') like those of your rows.";
 inline constexpr char kFailedRowsGoOn[] =
     "The run goes on behind such rows, as abortWhenError='0' asks for.";
 inline constexpr char kKeyCastAdvice[] =

@@ -29,6 +29,8 @@ constexpr ForeignSign kSigns[] = {
     {R"((?:^|[^\w\)\]\}"\s])\s*\[)",
      "A column's name stands alone, without [...]. One with blanks or signs needs a label: "
      "<InputVar column='net price' label='net_price'/>."},
+    {R"([^\W\d]\w*\.[^\W\d])", "Names have no points. A column with one needs a label: "
+                             "<InputVar column='t.price' label='price'/>."},
     {R"(<>|≠)", "'Not equal' is written !=."},
     {R"(===|!==)", "'Equal' is written ==, and 'not equal' !=."},
     {R"(=>|≥)", "'Greater or equal' is written >=."},

@@ -2,22 +2,21 @@
 // at the folder it is to write to.
 //
 // Sinks of the host and of plug-ins derive from it beside ActionItem. A check of a graph calls it in
-// place of init() and the row routine, so nothing is opened, created or deleted.
+// place of init() and the row routine, so nothing is opened, created or deleted; which pins are linked
+// and the columns announced to them are known then, and no pin has a row.
 // Errors: logged, and the action's run is failed with failRun().
 #pragma once
 
 #include <QString>
 
 #include "host/contract/export.h"
-#include "host/contract/one_row.h"
 
 namespace kelvarin {
 
 class KELVARIN_CORE OutputCheck {
  public:
   virtual ~OutputCheck();
-  // `columns` is null where they are not known, because something upstream is wrong.
-  virtual void checkOutput(const OneRow* columns) = 0;
+  virtual void checkOutput() = 0;
 };
 
 // Why the file could not be created, as far as that can be known before; empty when it could.

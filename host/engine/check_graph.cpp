@@ -55,15 +55,35 @@ void checkActions(const GraphExecution& execution) {
   }
 }
 
-// The columns that reach the first input pin; null where they are not known.
-const OneRow* columnsFor(const Graph& graph, const GraphExecution& execution, int sink) {
+// Has columns, and no rows.
+class CheckedPin final : public InputPin {
+ public:
+  CheckedPin(const OutputPin& upstream, ActionItem& action)
+      : m_upstream(upstream), m_action(action) {}
+
+  const OneRow* next() override { return nullptr; }
+  const OneRow* announcedColumns() override {
+    return m_upstream.isAnnounced ? &m_upstream.row : nullptr;
+  }
+  ActionItem* upstreamAction() const override { return &m_action; }
+
+ private:
+  const OutputPin& m_upstream;
+  ActionItem& m_action;
+};
+
+ActionPorts portsOfSink(const Graph& graph, const GraphExecution& execution, int sink) {
+  ActionPorts ports;
+  ports.inputs.resize(
+      static_cast<std::size_t>(graph.actions[static_cast<std::size_t>(sink)].item->inputPinCount()));
   for (const GraphLink& link : graph.links) {
-    if (link.to == sink && link.toPin == 0 && execution.action(link.from) != nullptr) {
-      const OutputPin& pin = execution.action(link.from)->output(link.fromPin);
-      return pin.isAnnounced ? &pin.row : nullptr;
+    RunningAction* upstream = link.to == sink ? execution.action(link.from) : nullptr;
+    if (upstream != nullptr) {
+      ports.inputs[static_cast<std::size_t>(link.toPin)] =
+          std::make_unique<CheckedPin>(upstream->output(link.fromPin), upstream->item());
     }
   }
-  return nullptr;
+  return ports;
 }
 
 bool isSink(const ActionItem& item) {
@@ -80,8 +100,9 @@ void checkSinks(const Graph& graph, const GraphExecution& execution,
       continue;
     }
     const CurrentAction onBehalf(&item);
-    item.attach(&records[i], nullptr);
-    sink->checkOutput(columnsFor(graph, execution, static_cast<int>(i)));
+    ActionPorts ports = portsOfSink(graph, execution, static_cast<int>(i));
+    item.attach(&records[i], &ports);
+    sink->checkOutput();
     item.attach(nullptr, nullptr);
   }
 }

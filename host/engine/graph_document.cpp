@@ -38,6 +38,9 @@ QStringList attributesMeantBy(const QString& name, const QStringList& known) {
   if (meant.isEmpty()) {
     std::copy_if(known.begin(), known.end(), std::back_inserter(meant),
                  [&name](const QString& full) { return isShortFor(full, name); });
+    std::sort(meant.begin(), meant.end(), [](const QString& left, const QString& right) {
+      return left.size() < right.size();
+    });
   }
   return meant;
 }
@@ -226,7 +229,7 @@ void GraphDocument::reportAttributes(const XMLNode& action, const AttributeReadi
     const QString text = engine_messages::attributeIgnored(
         finding.attribute, node.name(), attributesMeantBy(finding.attribute, finding.known),
         isOfAction ? kHosts + finding.known : finding.known);
-    m_graph.warnings.push_back({index, GraphError{m_graph.file, node.place(), text}.text()});
+    warn(index, node, text);
   }
 }
 
@@ -241,8 +244,12 @@ void GraphDocument::judgeValue(int action, const AttributeReading::Finding& find
     refuse(node, text);
     return;
   }
-  const QString warning = text + u' ' + QString::fromLatin1(finding.effect);
-  m_graph.warnings.push_back({action, GraphError{m_graph.file, node.place(), warning}.text()});
+  warn(action, node, text + u' ' + QString::fromLatin1(finding.effect));
+}
+
+void GraphDocument::warn(int action, const XMLNode& node, const QString& message) {
+  m_graph.warnings.push_back(
+      {action, GraphError{m_graph.file, node.place(), message}.text(), node.place()});
 }
 
 void GraphDocument::checkParameterNames(const XMLNode& action) {

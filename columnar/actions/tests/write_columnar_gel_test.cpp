@@ -223,11 +223,12 @@ TEST_F(WriteColumnarGelTest, AFolderIsCreatedOnlyWhenAsked) {
         "k:K t:U");
     h.push(kThreeRows);
     h.finish();
-    const Strings refused = {
-        "error: Cannot open file '" + file + "' for write.",
-        "info: The system's reason for file '" + file + "': No such file or directory. Check the "
+    const Strings refused = {"error: Cannot open file '" + file + "' for write."};
+    const Strings reason = {
+        "The system's reason for file '" + file + "': No such file or directory. Check the "
         "folder, its permissions and the room on its disk."};
     EXPECT_EQ(h.log(), isAsked ? Strings{} : refused);
+    EXPECT_EQ(h.explanations(), isAsked ? Strings{} : reason);
   }
   EXPECT_EQ(rowsOf("a/b/x.cgel_kelvarin"), 3);
 }

@@ -26,6 +26,7 @@ TEST(ExpressionHint, AnswersSignsOfOtherLanguages) {
       {"x ≠ 2", "!="},                    {"max(1; 2)", "commas"},
       {"not x", "not(x)"},                {"x > 1 then 2 else 3", "condition ? a : b"},
       {"10%", "x / 100"},                 {"x mod 2", "x % y"},
+      {"t.x + 1", "no points"},
   };
   for (const auto& [expression, wanted] : cases) {
     EXPECT_TRUE(hint(expression).contains(QString::fromUtf8(wanted)))
@@ -36,9 +37,25 @@ TEST(ExpressionHint, AnswersSignsOfOtherLanguages) {
 TEST(ExpressionHint, IsSilentAboutWhatIsAllowed) {
   for (const char* expression :
        {"x != 1", "5!", "x! + 1", "a[1]", "(x)[0]", "x % 2", "\"it's <> [x] !x ; `\"", "in > 3",
-        "not(x)", "x >= 1 && x <= 2", "x - -1", "{1,2}[0]"}) {
+        "not(x)", "x >= 1 && x <= 2", "x - -1", "{1,2}[0]", "1.e3 + 2.5", "2.*x"}) {
     EXPECT_EQ(hint(expression), QString()) << expression;
   }
+}
+
+TEST(ExpressionHint, SaysWhatTypesAndArgumentsAreWanted) {
+  const char* addition =
+      "Can't evaluate function/operator \"+\": Argument 1 of function/operator \"+\" is of type 's' "
+      "whereas type 'f' was expected.";
+  EXPECT_TRUE(expressionHint({addition, 2, "+"}, "s + x", kNames).contains("a // b"));
+  EXPECT_TRUE(expressionHint({addition, 2, "-"}, "s - x", kNames).startsWith("One value is a text"));
+  EXPECT_TRUE(hint("x and in", "Value \"x\" is of type 'i'. There is no implicit conversion to type 'b'.")
+                  .contains("isTrue(x)"));
+  EXPECT_TRUE(hint("\"a\" // 1", "Value \"1\" is of type 'i'. There is no implicit conversion to type 's'.")
+                  .contains("itoa"));
+  EXPECT_TRUE(hint("substr(x)", "Too few parameters passed to function \"substr\".")
+                  .contains("How 'substr' is called: "));
+  EXPECT_TRUE(hint("3,5 + 1", "Unexpected comma found at position 1.").contains("3.5"));
+  EXPECT_TRUE(hint("if(x, 1, 2)", "Undefined token \"if\" found at position 0.").contains("(condition ? then : else)"));
 }
 
 TEST(ExpressionHint, ColumnsWithBlanksNeedALabel) {

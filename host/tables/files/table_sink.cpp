@@ -54,7 +54,11 @@ char TableSink::init() {
   return 0;
 }
 
-void TableSink::checkOutput(const OneRow*) {
+void TableSink::checkOutput() {
+  if (!isInputPinLinked(0)) {
+    endWithError(table_messages::inputNotLinked(QLatin1String(typeName())));
+    return;
+  }
   if (m_file.isEmpty()) {
     endWithError(table_messages::noFileGiven(QLatin1String(typeName())));
     return;

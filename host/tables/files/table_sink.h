@@ -24,7 +24,7 @@ class TableSink : public ActionItem, public OutputCheck {
   char close() override;
   void setComputeRoutine() override { computeRoutine = &TableSink::takeFirstRow; }
   char canRunInParallel(QString what, bool* reason) override;
-  void checkOutput(const OneRow* columns) override;
+  void checkOutput() override;
 
   const QString& file() const { return m_file; }
 
