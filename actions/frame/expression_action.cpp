@@ -66,8 +66,27 @@ bool ExpressionAction::startEvaluator(const OneRow& columns,
   const Status<QString> bound = m_evaluator.bind(columns, expand, elementCount);
   if (!bound) {
     reportMissingColumn(columns, bound.error());
+  } else if (isChecking()) {
+    tellTextsAsNumbers(columns);
   }
   return static_cast<bool>(bound);
+}
+
+// A run can count the texts that are no numbers; here they can only be expected.
+void ExpressionAction::tellTextsAsNumbers(const OneRow& columns) const {
+  for (std::size_t i = 0; i < m_variablesOfRun.size(); ++i) {
+    const InputVariable& variable = m_variablesOfRun[i];
+    const QString column = expandString(variable.columns.value(variable.columns.size() - 1));
+    const int index = columns.getIndexOfColumn(column);
+    if (kindOf(variable) != VariableKind::number || index < 0 ||
+        columns.getMetaType(index) != MetaTypeColumn::text) {
+      continue;
+    }
+    LogDetails details;
+    details.column = column;
+    details.place = placeOfInputVariable(node(), static_cast<int>(i));
+    logWithDetails(LogLevel::information, messages::textEntersAsNumber(column), details);
+  }
 }
 
 // `text` is about the first variable with a column that is not there, or with columns that differ

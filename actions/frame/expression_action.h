@@ -92,6 +92,7 @@ class ExpressionAction : public ActionItem {
   void logFailure(LogLevel level, const QString& text, int output, const ExpressionError& error,
                   const QString& note = QString()) const;
   void reportMissingColumn(const OneRow& columns, const QString& text) const;
+  void tellTextsAsNumbers(const OneRow& columns) const;
   const OutputVariable& output(int index) const {
     return m_outputsOfRun[static_cast<std::size_t>(index)];
   }

@@ -28,6 +28,12 @@ inline constexpr char kOutputMetasInWords[] = "F (number), K (key) or U (text)";
 inline constexpr char kFirstLetterCounts[] = "Its first letter counts.";
 inline constexpr char kCountsAsText[] = "It counts as U (text).";
 
+inline QString textEntersAsNumber(const QString& column) {
+  return QStringLiteral(
+             "The column '%1' holds texts and enters the expressions as a number, missing where a "
+             "text is none. Write <InputVar column='%1' isNumber='0'/> for its texts.")
+      .arg(column);
+}
 inline QString outputWithoutName(int index) {
   return QStringLiteral(
              "The output number %1 (counted from 1) has no name. Write the name of its column: "

@@ -17,7 +17,7 @@ struct ForeignSign {
   Where where = Where::anywhere;
 };
 
-constexpr char kBehindOperand[] = R"([\w\)\]"]\s+)";
+constexpr char kBehindOperand[] = R"([\w\)\]"](?<!\band)(?<!\bor)\s+)";
 
 constexpr ForeignSign kSigns[] = {
     {R"(['‘’“”„«»])",

@@ -46,7 +46,7 @@ class BlockFilterTest : public ::testing::Test {
   std::string blocks(const std::string& expression, const std::string& variables = kVariables) {
     auto h = filtered(expression, variables);
     const Rows rows = h.rows(0);
-    EXPECT_EQ(h.log(), Strings{});
+    EXPECT_EQ(h.log().size(), expression.empty() ? 1u : 0u);  // a warning that nothing is filtered
     std::string blocks;
     for (std::size_t i = 0; i + 1 < rows.size(); i += 2) {
       const auto place = std::find(kRows.begin(), kRows.end(), rows[i]);
