@@ -69,12 +69,12 @@ class MessagesTest(ProgramTest):
         said = self.said(computing("1", inputs="<InputVars>\n<InputVar column='X '/></InputVars>"))
         self.assertIn("error: Error: Column 'X ' not found\n", said)
         self.assertIn("g.kelvarin:7:1: in the action 'c'", said)
-        self.assertIn("Did you mean 'x'? Its columns: 'x', 's', 'net price'.", said)
+        self.assertIn("Did you mean 'x'? The table's columns: 'x', 's', 'net price'.", said)
         said = self.said(computing("net price * 2", inputs="<InputVars><InputVar column='net price'/></InputVars>"))
         self.assertIn("<InputVar column='net price' label='net_price'/>", said)
         self.assertIn("update='1'", self.said(computing("x", "name='x'")))
         said = self.said(graph(TABLE % ROWS + "<writeColumnarGel name='w' file='w.cgel_kelvarin' split='2' splitVar='z'/>", ["t w"]))
-        self.assertIn("The table has no column 'z'. Its columns: 'x', 's', 'net price'.", said)
+        self.assertIn("The table has no column 'z'. The table's columns: 'x', 's', 'net price'.", said)
 
     def test_numbers_for_texts_are_warnings_of_a_check(self):
         said = self.said(computing("x", "name='y' meta='U'"), "check", status=0)
@@ -95,6 +95,14 @@ class MessagesTest(ProgramTest):
                                    "</ReadColumnarGel><Discard name='d'/>", ["r d"]), status=0)
             self.assertIn("every block is read", said)
             self.assertIn("in the action 'r' (ReadColumnarGel)", said)
+
+    def test_settings_that_others_turn_off(self):
+        sink = "<writeColumnarGel name='w' file='w.cgel_kelvarin' splitVar='s' testCol='s'>" \
+               "<ColumnStrategy><C n='x' s='0'/></ColumnStrategy></writeColumnarGel>"
+        said = self.said(graph(TABLE % ROWS + sink, ["t w"]), "check", status=0)
+        for setting in ("split='2'", "writeAllRows='0'", "columnStrategy='1'"):
+            self.assertIn(f"no effect without {setting}", said)
+        self.assertNotIn("no effect", self.said(graph(TABLE % ROWS + sink, ["t w"]), status=0))
 
     def test_failed_rows_of_a_filter(self):
         said = self.said(filtering("s == \"a\" ? s * 2 : x", "abortWhenError='0'"), status=0)

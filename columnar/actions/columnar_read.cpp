@@ -241,8 +241,8 @@ bool ColumnarRead::prepareFilter() {
     }
     if (!compiled) {
       (void)fail(compiled.error());
-      if (const QString hint = m_filter.hintAt(compiled.error()); !hint.isEmpty()) {
-        logExplanation(hint);
+      for (const QString& explanation : m_filter.explanations()) {
+        logExplanation(explanation);
       }
       return false;
     }

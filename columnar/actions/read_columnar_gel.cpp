@@ -97,16 +97,21 @@ char ReadColumnarGel::init() {
   ActionItem::init();
   m_block = nullptr;
   m_read.reset();
-  warnAboutFilter();
+  warnOfIdleSettings();
   return reportUnknownElements(*this, kElements) ? 1 : 0;
 }
 
-void ReadColumnarGel::warnAboutFilter() const {
+void ReadColumnarGel::warnOfIdleSettings() const {
   const bool hasExpression = !m_blockFilter.expression.trimmed().isEmpty();
   if (hasExpression && !m_settings.filterRows) {
     MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kFilterOff));
   } else if (!hasExpression && m_settings.filterRows) {
     MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kFilterEmpty));
+  }
+  // A dialog keeps a list that is not in use, and a run need not speak of it each time.
+  if (!mustComputeFull() && !m_columnsToRead.isEmpty() &&
+      m_settings.columns() == ReadColumnarSettings::Columns::all) {
+    MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kListOff));
   }
 }
 

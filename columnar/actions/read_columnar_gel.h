@@ -35,8 +35,8 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem> {
   static bool computeFirstRow(ActionItem* action);
   static bool computeRow(ActionItem* action);
   // False at the end and after a failure.
-  // A filter that is set but not applied, or the other way round.
-  void warnAboutFilter() const;
+  // A filter that is set but not applied, or the other way round; a list of columns that is not used.
+  void warnOfIdleSettings() const;
   bool takeNextBlock();
 
   ReadColumnarSettings m_settings;

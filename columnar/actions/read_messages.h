@@ -23,6 +23,10 @@ inline constexpr char kUnreadableColumnName[] =
 inline constexpr char kNoColumnListed[] =
     "The list of columns to read is empty. Name at least one column, or read all columns.";
 
+inline constexpr char kListOff[] =
+    "The columns listed in ColumnsToRead have no effect without columnSelection='1' or "
+    "readAllColumns='0': all columns are read.";
+
 // Missing files and files that cannot be opened.
 inline constexpr char kWaitingForFile[] =
     "Warning: cannot read Columnar file '%1': Waiting for the file...";

@@ -138,6 +138,7 @@ void WriteColumnarGel::checkOutput() {
   if (reportUnknownElements(*this, kElements)) {
     failRun();
   }
+  warnOfSettingsWithoutEffect();
   const QString file = expandOutputFile(m_settings.file, QString());
   const bool isNameKnown = !m_settings.advancedNaming || m_settings.split == 0;
   const QString reason = !isNameKnown || file.isEmpty() ? QString()
@@ -150,6 +151,20 @@ void WriteColumnarGel::checkOutput() {
   if (const OneRow* columns = announcedColumnsOfInPin(0)) {
     (void)ColumnarWrite(*this, m_settings, m_columnSets, m_names, m_pause).plan(*columns);
   }
+}
+
+// In a check only: a dialog keeps what is not in use, and a run need not speak of it each time.
+void WriteColumnarGel::warnOfSettingsWithoutEffect() const {
+  const auto warn = [](bool isIdle, const char* text) {
+    if (isIdle) {
+      MainUI::addLog(LogLevel::warning, QString::fromLatin1(text));
+    }
+  };
+  warn(!m_settings.splitColumn.isEmpty() && m_settings.splitKind() != Settings::Split::byValue,
+       messages::kSplitOff);
+  warn(!m_settings.testColumn.isEmpty() && m_settings.writeAllRows, messages::kTestOff);
+  warn(!m_columnSets.empty() && m_settings.columnSets() != Settings::ColumnSets::listed,
+       messages::kStrategyOff);
 }
 
 void WriteColumnarGel::setComputeRoutine() {

@@ -36,6 +36,7 @@ class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem>, public
   static bool computeFirstRow(ActionItem* action);
   static bool computeRow(ActionItem* action);
   [[nodiscard]] bool claimFile();
+  void warnOfSettingsWithoutEffect() const;
 
   WriteColumnarSettings m_settings;
   ListedColumnSets m_columnSets;

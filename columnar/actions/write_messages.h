@@ -17,6 +17,14 @@ inline constexpr char kNoColumnsToWrite[] =
 inline constexpr char kNoRowsInBlock[] =
     "Writing to Kelvarin CGel file '%1': nRowsInBlock is %2. Set it to 1 or more.";
 
+// Settings that others turn off.
+inline constexpr char kSplitOff[] =
+    "splitVar has no effect without split='2': the table is not split by value.";
+inline constexpr char kTestOff[] =
+    "testCol has no effect without writeAllRows='0': every row is written.";
+inline constexpr char kStrategyOff[] =
+    "The columns listed in ColumnStrategy have no effect without columnStrategy='1'.";
+
 // Rows that are tested.
 inline constexpr char kTestColumnMissing[] =
     "\nERROR writing to CSV file '%1': cannot find column '%2' to test\n";  // kept: CSV

@@ -31,6 +31,11 @@ constexpr char kTextForNumberColumn[] =
     "The result is a text. Write meta='U' for a column of texts, or atof(...) for the number that the "
     "text holds.";
 
+constexpr char kLabelIsNoName[] =
+    "The label '%1' is no name, so expressions cannot use it. Write label='%2', and %2 in the "
+    "expression.";
+constexpr char kJoinConditions[] = "Conditions are joined with && (and) and || (or).";
+
 bool isNameCharacter(QChar c) {
   return c == u'_' || c.isLetterOrNumber();
 }
@@ -57,6 +62,11 @@ QString attributeText(QString text) {
 // A column with blanks or signs in its name, written as it is or as a name would have them.
 QString hintAtUnnamable(const QString& expression, const HintNames& names) {
   const QString text = withoutTexts(expression);
+  for (const QString& variable : names.variables) {
+    if (!isName(variable) && !names.columns.contains(variable) && text.contains(variable)) {
+      return QString::fromLatin1(kLabelIsNoName).arg(variable, labelFor(variable));
+    }
+  }
   for (const QString& column : names.columns + names.variables) {
     const QString label = labelFor(column);
     const bool isMeant = text.contains(column) || text.contains(label);
@@ -100,6 +110,9 @@ QString hintAtTypes(const ExpressionError& error) {
   if (given == u"s") {
     const char* joining = error.token == u"+" ? kJoinTexts : "";
     return QString::fromLatin1(joining) + QString::fromLatin1(kTextIsNoNumber);
+  }
+  if (given == u"b") {
+    return QString::fromLatin1(kJoinConditions);
   }
   return wanted == u"b"   ? QString::fromLatin1(kNoCondition)
          : wanted == u"s" ? QString::fromLatin1(kNumberIsNoText)

@@ -81,6 +81,9 @@ inline QString nameCollision(const QString& action, const QString& column, int i
 inline QString noSuchColumn(const QString& name) {
   return QStringLiteral("The table has no column '%1'.").arg(name);
 }
+inline QString noColumnNamed() {
+  return QStringLiteral("No column is named where one is needed.");
+}
 inline QString noColumns() {
   return QStringLiteral(" It has no columns at all.");
 }
@@ -88,7 +91,7 @@ inline QString columnsMeant(const QStringList& near) {
   return QStringLiteral(" Did you mean '%1'?").arg(near.join(QStringLiteral("' or '")));
 }
 inline QString allColumns(const QStringList& columns) {
-  return QStringLiteral(" Its columns: '%1'.").arg(columns.join(QStringLiteral("', '")));
+  return QStringLiteral(" The table's columns: '%1'.").arg(columns.join(QStringLiteral("', '")));
 }
 inline QString columnCount(qsizetype count) {
   return QStringLiteral(" It has %1 columns; 'kelvarin check' lists them.").arg(count);

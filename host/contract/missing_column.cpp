@@ -7,7 +7,7 @@ namespace kelvarin {
 
 QString missingColumnHint(const QString& name, const QStringList& columns) {
   constexpr qsizetype kFew = 20;
-  QString hint = messages::noSuchColumn(name);
+  QString hint = name.isEmpty() ? messages::noColumnNamed() : messages::noSuchColumn(name);
   if (columns.isEmpty()) {
     return hint + messages::noColumns();
   }

@@ -26,7 +26,8 @@ TEST(ExpressionHint, AnswersSignsOfOtherLanguages) {
       {"x ≠ 2", "!="},                    {"max(1; 2)", "commas"},
       {"not x", "not(x)"},                {"x > 1 then 2 else 3", "condition ? a : b"},
       {"10%", "x / 100"},                 {"x mod 2", "x % y"},
-      {"t.x + 1", "no points"},
+      {"t.x + 1", "no points"},           {"x > 1 AND x < 2", "small letters"},
+      {"if x > 1", "condition ? a : b"},
   };
   for (const auto& [expression, wanted] : cases) {
     EXPECT_TRUE(hint(expression).contains(QString::fromUtf8(wanted)))
