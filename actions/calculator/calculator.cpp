@@ -73,21 +73,20 @@ char Calculator::init() {
 }
 
 bool Calculator::areOutputsWhole() const {
-  if (!node().isEmpty() && placeOfOutputVariable(node(), 0).line == 0) {
+  const std::vector<XMLNode> elements = outputVariableElements(node());
+  if (!node().isEmpty() && elements.empty()) {
     MainUI::addLog(LogLevel::warning, messages::noOutputs(m_outputs.front().name));
   }
   bool isWhole = true;
-  for (int i = 0; i < static_cast<int>(m_outputs.size()); ++i) {
-    const OutputVariable& output = m_outputs[static_cast<std::size_t>(i)];
-    const XMLNode::Place place = placeOfOutputVariable(node(), i);
-    if (expandString(output.name).trimmed().isEmpty()) {
-      LogDetails details;
-      details.place = place;
-      logWithDetails(LogLevel::error, messages::outputWithoutName(i), details);
+  for (std::size_t i = 0; i < elements.size(); ++i) {
+    LogDetails details;
+    details.place = elements[i].place();
+    details.output = expandString(m_outputs[i].name);
+    if (details.output.trimmed().isEmpty()) {
+      logWithDetails(LogLevel::error, messages::outputWithoutName(static_cast<int>(i)), details);
       isWhole = false;
-    } else if (place.line != 0 && !hasExpression(node(), i)) {
-      logWithDetails(LogLevel::warning, messages::outputWithoutExpression(output.name),
-                     detailsOfOutput(i));
+    } else if (!hasExpression(elements[i])) {
+      logWithDetails(LogLevel::warning, messages::outputWithoutExpression(details.output), details);
     }
   }
   return isWhole;

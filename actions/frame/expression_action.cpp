@@ -144,7 +144,7 @@ bool ExpressionAction::compileOutputs(const std::vector<OutputVariable>& outputs
       isGood = false;
     }
   }
-  m_isRowLoaded = true;  // before anything is evaluated
+  m_isRowLoaded = !isChecking();  // before anything is evaluated
   if (isGood && !isChecking()) {
     tellBackends();
   }

@@ -74,7 +74,8 @@ inline QString referenceTimeUnparsableInCalculator() {
 inline QString dateFormatNeeded() {
   return QStringLiteral(
       "The expressions read or print dates. Say how these are written, for instance "
-      "dateFormat='yyyy-MM-dd', or set dateFormatType to a format of the system's locale (1 to 6).");
+      "dateFormat='yyyy-MM-dd', or set dateFormatType to a format of the system's locale (1 to "
+      "6).");
 }
 inline QString dateFormatUnknownInRun() {
   return QStringLiteral("filterRow error: Date format is unknown");
@@ -103,8 +104,8 @@ inline QString unknownCastCode(const QString& alias, QChar code) {
 }
 inline QString variableWithoutColumn(long long row) {
   return QStringLiteral(
-             "The table of variables names no column on its row %1 (counted from 0). Each row needs "
-             "an alias and a column name.")
+             "The table of variables names no column on its row %1 (counted from 0). Each row "
+             "needs an alias and a column name.")
       .arg(row);
 }
 

@@ -188,10 +188,15 @@ XMLNode::Place placeOfOutputVariable(const XMLNode& action, int index) {
   return childAt(action.getChildNode(utf16(kOutputVars)), kOutputVar, index).place();
 }
 
-bool hasExpression(const XMLNode& action, int outputVariable) {
-  const XMLNode node =
-      childAt(action.getChildNode(utf16(kOutputVars)), kOutputVar, outputVariable);
-  return !readExpression(node).trimmed().isEmpty();
+std::vector<XMLNode> outputVariableElements(const XMLNode& action) {
+  std::vector<XMLNode> elements;
+  forEachChild(action.getChildNode(utf16(kOutputVars)), kOutputVar,
+               [&](const XMLNode& child) { elements.push_back(child); });
+  return elements;
+}
+
+bool hasExpression(const XMLNode& outputVariable) {
+  return !readExpression(outputVariable).trimmed().isEmpty();
 }
 
 QString missingValueExpression(MetaTypeColumn meta) {

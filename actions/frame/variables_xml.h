@@ -34,8 +34,9 @@ void writeOutputVariable(std::wostringstream& out, const OutputVariable& variabl
 // action itself, as in older files.
 XMLNode::Place placeOfInputVariable(const XMLNode& action, int index);
 XMLNode::Place placeOfOutputVariable(const XMLNode& action, int index);
+std::vector<XMLNode> outputVariableElements(const XMLNode& action);
 // The output variable was given an expression, be it in its text or in an attribute.
-bool hasExpression(const XMLNode& action, int outputVariable);
+bool hasExpression(const XMLNode& outputVariable);
 
 // The expression that gives the missing value of a type.
 QString missingValueExpression(MetaTypeColumn meta);

@@ -35,7 +35,7 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem> {
   static bool computeFirstRow(ActionItem* action);
   static bool computeRow(ActionItem* action);
   // False at the end and after a failure.
-  // A filter that is set but not applied, or the other way round; a list of columns that is not used.
+  // A filter that is set but not applied, or the other way round; a list of columns without use.
   void warnOfIdleSettings() const;
   bool takeNextBlock();
 

@@ -24,7 +24,7 @@ inline constexpr char kFailedEvaluations[] =
     "%1 evaluation(s) failed and gave no value. The first was expression '%2' on data row %3 "
     "(counted from 0): %4";
 inline constexpr char kFailedFilterRows[] =
-    "%2: the expression failed on %1 row(s), which went to output pin 1 (the second pin), as rows do "
-    "for which it is false. The first was data row %3 (counted from 0): %4";
+    "%2: the expression failed on %1 row(s), which went to output pin 1 (the second pin), as rows "
+    "do for which it is false. The first was data row %3 (counted from 0): %4";
 
 }  // namespace kelvarin::messages

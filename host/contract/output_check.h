@@ -1,9 +1,9 @@
-// A sink that can be checked without a run: it looks at its settings, at the columns it is to get and
-// at the folder it is to write to.
+// A sink that can be checked without a run: it looks at its settings, at the columns it is to get
+// and at the folder it is to write to.
 //
-// Sinks of the host and of plug-ins derive from it beside ActionItem. A check of a graph calls it in
-// place of init() and the row routine, so nothing is opened, created or deleted; which pins are linked
-// and the columns announced to them are known then, and no pin has a row.
+// Sinks of the host and of plug-ins derive from it beside ActionItem. A check of a graph calls it
+// in place of init() and the row routine, so nothing is opened, created or deleted; which pins are
+// linked and the columns announced to them are known then, and no pin has a row.
 // Errors: logged, and the action's run is failed with failRun().
 #pragma once
 

@@ -72,27 +72,31 @@ class CheckedPin final : public InputPin {
   ActionItem& m_action;
 };
 
-ActionPorts portsOfSink(const Graph& graph, const GraphExecution& execution, int sink) {
-  ActionPorts ports;
-  ports.inputs.resize(
-      static_cast<std::size_t>(graph.actions[static_cast<std::size_t>(sink)].item->inputPinCount()));
+bool isSink(const ActionItem& item) {
+  return item.endpoint() == ActionItem::Endpoint::writer;
+}
+
+std::vector<ActionPorts> portsOfSinks(const Graph& graph, const GraphExecution& execution) {
+  std::vector<ActionPorts> ports(graph.actions.size());
+  for (std::size_t i = 0; i < ports.size(); ++i) {
+    const ActionItem& item = *graph.actions[i].item;
+    ports[i].inputs.resize(isSink(item) ? static_cast<std::size_t>(item.inputPinCount()) : 0);
+  }
   for (const GraphLink& link : graph.links) {
-    RunningAction* upstream = link.to == sink ? execution.action(link.from) : nullptr;
+    auto& inputs = ports[static_cast<std::size_t>(link.to)].inputs;
+    RunningAction* upstream = inputs.empty() ? nullptr : execution.action(link.from);
     if (upstream != nullptr) {
-      ports.inputs[static_cast<std::size_t>(link.toPin)] =
+      inputs[static_cast<std::size_t>(link.toPin)] =
           std::make_unique<CheckedPin>(upstream->output(link.fromPin), upstream->item());
     }
   }
   return ports;
 }
 
-bool isSink(const ActionItem& item) {
-  return item.endpoint() == ActionItem::Endpoint::writer;
-}
-
 // Sinks are not opened; those that can be checked without are.
 void checkSinks(const Graph& graph, const GraphExecution& execution,
                 std::deque<RunRecord>& records) {
+  std::vector<ActionPorts> ports = portsOfSinks(graph, execution);
   for (std::size_t i = 0; i < graph.actions.size(); ++i) {
     ActionItem& item = *graph.actions[i].item;
     auto* sink = dynamic_cast<OutputCheck*>(&item);
@@ -100,8 +104,7 @@ void checkSinks(const Graph& graph, const GraphExecution& execution,
       continue;
     }
     const CurrentAction onBehalf(&item);
-    ActionPorts ports = portsOfSink(graph, execution, static_cast<int>(i));
-    item.attach(&records[i], &ports);
+    item.attach(&records[i], &ports[i]);
     sink->checkOutput();
     item.attach(nullptr, nullptr);
   }

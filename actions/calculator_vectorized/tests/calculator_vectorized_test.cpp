@@ -176,8 +176,8 @@ TEST(CalculatorVectorized, WrongTablesStopTheRunBeforeAnyRow) {
        "or "
        "D (date)."},
       {{{"x", "a1"}, {"x", nullptr}},
-       "The table of variables names no column on its row 1 (counted from 0). Each row needs an alias and a "
-       "column name."},
+       "The table of variables names no column on its row 1 (counted from 0). Each row needs an "
+       "alias and a column name."},
   };
   for (const Case& c : cases) {
     auto h = harness(vectorized(output("\"n\"//_n", "1")), std::string(kPairColumns) + " t:U");

@@ -143,7 +143,8 @@ TEST(FilterRows, WithoutAbortAFailedRowIsFalseButNotTheFirstOne) {
   EXPECT_EQ(later.rows(1), (Rows{{2, "y"}, {2, "w"}}));
   ASSERT_EQ(later.log().size(), 1u);
   EXPECT_TRUE(startsWith(later.log()[0], "warning: "));
-  EXPECT_NE(later.log()[0].find("failed on 2 row(s), which went to output pin 1"), std::string::npos);
+  EXPECT_NE(later.log()[0].find("failed on 2 row(s), which went to output pin 1"),
+            std::string::npos);
   EXPECT_FALSE(later.hasFailed());
 
   auto first =

@@ -45,13 +45,14 @@ TEST(WithPosition, FindsTheTokenOutsideOfTexts) {
 }
 
 TEST(EvalCommand, CanBePasted) {
-  const TriedExpression tried{"s // 'x' //\n t",
-                              {{"s", "it's", true}, {"a", "2.5", false}, {"t", {}, true}, {"n", {}, false}},
-                              {"dateFormat=yyyy MM"},
-                              "U"};
+  const TriedExpression tried{
+      "s // 'x' //\n t",
+      {{"s", "it's", true}, {"a", "2.5", false}, {"t", {}, true}, {"n", {}, false}},
+      {"dateFormat=yyyy MM"},
+      "U"};
   EXPECT_EQ(evalCommand(tried),
-            "kelvarin eval 's // '\\''x'\\'' //  t' --text 's=it'\\''s' --var a=2.5 --text t --null t "
-            "--null n --meta U --opt 'dateFormat=yyyy MM'");
+            "kelvarin eval 's // '\\''x'\\'' //  t' --text 's=it'\\''s' --var a=2.5 --text t "
+            "--null t --null n --meta U --opt 'dateFormat=yyyy MM'");
   EXPECT_EQ(evalCommand({"-a", {{"a", "1", false}}, {}, {}}), "kelvarin eval --var a=1 -- -a");
   EXPECT_EQ(evalCommand({"s", {{"s", "a\x1b\n'", true}}, {}, {}}),
             "kelvarin eval 's' --text $'s=a\\x1b\\n\\''");
