@@ -33,8 +33,8 @@ void readAttribute(const XMLNode& node, const char16_t* name, QString& value);
 struct AllowedNumbers {
   int least = std::numeric_limits<int>::min();
   int most = std::numeric_limits<int>::max();
-  const char* wanted = "";         // in words
-  const char* effect = nullptr;    // what another value does; the user is warned
+  const char* wanted = "";       // in words
+  const char* effect = nullptr;  // what another value does; the user is warned
 };
 
 inline constexpr AllowedNumbers kZeroToTwo{0, 2, "0, 1 or 2"};
