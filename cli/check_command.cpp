@@ -2,11 +2,13 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "cli/column_flow.h"
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/graph_session.h"
 #include "cli/messages.h"
 #include "cli/run_report.h"
+#include "cli/terminal_text.h"
 
 namespace kelvarin {
 
@@ -20,8 +22,9 @@ void reportCheck(const GraphArguments& arguments, const RunResult& result, Conso
     const char* verdict =
         isWarned ? program_messages::kCheckFoundNoError : program_messages::kCheckFoundNothing;
     const QString text = QString::fromLatin1(verdict).arg(QString::fromStdString(arguments.graph));
-    std::puts(text.toUtf8().constData());
-    std::fputs(columnList(result).c_str(), stdout);
+    std::puts(terminalText(text).c_str());
+    std::fputs(terminalText(columnFlow(result)).c_str(), stdout);
+    std::puts(program_messages::kCheckRestsOnSamples);
   }
 }
 
@@ -34,7 +37,7 @@ void addCheckCommand(CLI::App& program, ChosenCommand& chosen) {
   arguments->addTo(*command);
   command->footer("Example:\n  kelvarin check examples/flights/flights.kelvarin");
   command->callback([arguments, &chosen] {
-    chosen = [arguments] { return workOnGraph(*arguments, checkGraph, reportCheck); };
+    chosen = [arguments] { return workOnGraph(*arguments, checkGraph, reportCheck, jsonOfCheck); };
   });
 }
 

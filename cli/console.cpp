@@ -5,6 +5,8 @@
 
 #include <unistd.h>
 
+#include "cli/terminal_text.h"
+
 namespace kelvarin {
 
 namespace {
@@ -33,9 +35,12 @@ Console::~Console() { clearProgress(); }
 bool Console::canAsk() { return isatty(STDIN_FILENO) != 0 && isatty(STDERR_FILENO) != 0; }
 
 void Console::writeLog(LogLevel level, const QString& text) {
-  if (m_isQuiet && level == LogLevel::information) {
-    return;
+  if (!m_isQuiet || level != LogLevel::information) {
+    writeReason(level, text);
   }
+}
+
+void Console::writeReason(LogLevel level, const QString& text) {
   const LevelStyle& style = kStyles[static_cast<int>(level) - 1];
   std::string line;
   if (m_isDecorated) {
@@ -43,7 +48,7 @@ void Console::writeLog(LogLevel level, const QString& text) {
   } else {
     line.append(style.head);
   }
-  line.append(text.toStdString());
+  line.append(terminalText(text));
   if (!line.ends_with('\n')) {
     line.push_back('\n');
   }

@@ -15,7 +15,7 @@ namespace kelvarin {
 
 class Console {
  public:
-  // Quiet: errors and warnings only.
+  // Quiet: errors, warnings and their reasons only.
   explicit Console(bool isQuiet);
   ~Console();
   Console(const Console&) = delete;
@@ -27,7 +27,10 @@ class Console {
   // Somebody is there to answer a question.
   static bool canAsk();
 
+  // Control characters in the text are made visible.
   void writeLog(LogLevel level, const QString& text);
+  // An information too where the console is quiet.
+  void writeReason(LogLevel level, const QString& text);
   // Takes the place of the progress line before.
   void showProgress(std::string_view line);
   void clearProgress();

@@ -13,6 +13,8 @@
 #include "cli/value_json.h"
 #include "expression/evaluator/expression_warnings.h"
 #include "expression/backends/expression_text.h"
+#include "expression/errors/expression_mark.h"
+#include "expression/help/expression_hint.h"
 
 namespace kelvarin {
 
@@ -179,7 +181,26 @@ class ResultPrinter {
   Json m_special = Json::array();
 };
 
-ExitStatus reportFault(const ExpressionFault& fault, bool isJson, Console& console) {
+// The expression with a mark, and what may have been meant.
+void explainFault(const ExpressionFault& fault, const ExpressionRequest& request, Console& console) {
+  const ExpressionError error{fault.text, fault.position, fault.token};
+  if (fault.position >= 0) {
+    const QString marked = markedExpression(request.expression, error);
+    console.writeReason(LogLevel::information,
+                        QString::fromLatin1(program_messages::kHere)
+                            .arg(QString(marked).replace(u'\n', QStringLiteral("\n  "))));
+  }
+  HintNames names;
+  for (const InputVariable& known : request.variables) {
+    names.variables += known.name();
+  }
+  if (const QString hint = expressionHint(error, request.expression, names); !hint.isEmpty()) {
+    console.writeReason(LogLevel::information, hint);
+  }
+}
+
+ExitStatus reportFault(const ExpressionFault& fault, const ExpressionRequest& request, bool isJson,
+                       Console& console) {
   if (isJson) {
     const Json object = {{"error", fault.text.toStdString()},
                                    {"token", fault.token.toStdString()},
@@ -187,6 +208,7 @@ ExitStatus reportFault(const ExpressionFault& fault, bool isJson, Console& conso
     std::fputs(printed(object).c_str(), stdout);
   } else {
     console.writeLog(LogLevel::error, fault.text);
+    explainFault(fault, request, console);
   }
   return ExitStatus::failed;
 }
@@ -204,13 +226,13 @@ ExitStatus evaluate(const EvalArguments& arguments) {
   }
   ExpressionRun run(*request);
   if (const auto started = run.start(); !started) {
-    return reportFault(started.error(), arguments.isJson, console);
+    return reportFault(started.error(), *request, arguments.isJson, console);
   }
   ResultPrinter printer(arguments);
   for (long long row = 0; row < std::max(1LL, arguments.rows); ++row) {
     const auto result = run.next();
     if (!result) {
-      return reportFault(result.error(), arguments.isJson, console);
+      return reportFault(result.error(), *request, arguments.isJson, console);
     }
     printer.add(*result);
   }

@@ -1,6 +1,5 @@
 #include "cli/graph_session.h"
 
-#include <algorithm>
 #include <cstdio>
 
 #include "cli/console.h"
@@ -20,39 +19,24 @@ namespace {
 
 using State = GlobalParameters::RunningState;
 
-RunResult resultOfGraphNotLoaded(const QStringList& faults) {
-  RunResult result;
-  result.state = State::failed;
-  for (const QString& fault : faults) {
-    result.log.push_back({LogLevel::error, {}, fault});
-  }
-  return result;
+LogLine faultLine(const QString& text, XMLNode::Place place = {}) {
+  LogLine line{LogLevel::error, {}, text, {}};
+  line.details.place = place;
+  return line;
 }
 
-// Log lines are the actions' own and name columns and expressions; this says where in the graph
-// file to look.
-void tellPlacesOfErrors(const Graph& graph, const RunResult& result, Console& console) {
-  for (const GraphAction& action : graph.actions) {
-    const bool hasError =
-        std::any_of(result.log.begin(), result.log.end(), [&](const LogLine& line) {
-          return line.level == LogLevel::error && line.action == action.name;
-        });
-    if (hasError) {
-      const QString text = QString::fromLatin1(program_messages::kPlaceOfError)
-                               .arg(graph.file)
-                               .arg(action.place.line)
-                               .arg(action.place.column)
-                               .arg(action.name, QString::fromLatin1(action.item->typeName()));
-      console.write(text.toStdString() + '\n');
-    }
-  }
+RunResult resultOfGraphNotLoaded(std::vector<LogLine> faults) {
+  RunResult result;
+  result.state = State::failed;
+  result.log = std::move(faults);
+  return result;
 }
 
 RunResult workOnLoadedGraph(const GraphArguments& arguments, GraphWork work, Console& console) {
   auto loaded = loadGraph(arguments);
   if (!loaded) {
-    for (const QString& fault : loaded.error()) {
-      console.writeLog(LogLevel::error, fault);
+    for (const LogLine& fault : loaded.error()) {
+      console.writeLog(fault.level, fault.text);
     }
     return resultOfGraphNotLoaded(loaded.error());
   }
@@ -65,7 +49,6 @@ RunResult workOnLoadedGraph(const GraphArguments& arguments, GraphWork work, Con
   }
   RunResult result = work(loaded->graph, record, options);
   console.clearProgress();
-  tellPlacesOfErrors(loaded->graph, result, console);
   return result;
 }
 
@@ -105,14 +88,14 @@ Result<std::unique_ptr<ActionCatalogue>, QString> loadCatalogue(const std::strin
   return std::make_unique<ActionCatalogue>(std::move(*library), makeTableActions());
 }
 
-Result<LoadedGraph, QStringList> loadGraph(const GraphArguments& arguments) {
+Result<LoadedGraph, std::vector<LogLine>> loadGraph(const GraphArguments& arguments) {
   auto catalogue = loadCatalogue(arguments.plugin);
   if (!catalogue) {
-    return Failure{QStringList{catalogue.error()}};
+    return Failure{std::vector{faultLine(catalogue.error())}};
   }
   const auto settings = splitNameValues("--set", arguments.settings);
   if (!settings) {
-    return Failure{QStringList{settings.error()}};
+    return Failure{std::vector{faultLine(settings.error())}};
   }
   std::vector<ParameterOverride> overrides;
   for (const NameValue& setting : *settings) {
@@ -120,29 +103,31 @@ Result<LoadedGraph, QStringList> loadGraph(const GraphArguments& arguments) {
   }
   auto graph = readGraph(QString::fromStdString(arguments.graph), **catalogue, overrides);
   if (!graph) {
-    QStringList faults;
+    std::vector<LogLine> faults;
     for (const GraphError& error : graph.error()) {
-      faults.append(error.text());
+      faults.push_back(faultLine(error.text(), error.place));
     }
-    return Failure{faults};
+    return Failure{std::move(faults)};
   }
   return LoadedGraph{std::move(*catalogue), std::move(*graph)};
 }
 
-ExitStatus workOnGraph(const GraphArguments& arguments, GraphWork work, GraphReport report) {
+ExitStatus workOnGraph(const GraphArguments& arguments, GraphWork work, GraphReport report,
+                       GraphJson json) {
   Console console(arguments.isQuiet);
   if (const auto settings = splitNameValues("--set", arguments.settings); !settings) {
     console.writeLog(LogLevel::error, settings.error());
     return ExitStatus::wrongUsage;
   }
-  const ProgramServices services(console, arguments.diskWaitSeconds);
+  const ProgramServices services(console, arguments.diskWaitSeconds,
+                                 QString::fromStdString(arguments.graph));
   const RunResult result = workOnLoadedGraph(arguments, work, console);
   if (result.state == State::stoppedByUser) {
     console.writeLog(LogLevel::warning, QString::fromLatin1(program_messages::kInterrupted));
   }
   report(arguments, result, console);
   if (arguments.isJson) {
-    std::fputs(printed(jsonOf(result)).c_str(), stdout);
+    std::fputs(printed(json(result)).c_str(), stdout);
   }
   if (result.state == State::stoppedByUser) {
     return ExitStatus::interrupted;

@@ -12,6 +12,7 @@
 #include "base/result.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
+#include "cli/value_json.h"
 #include "host/engine/action_catalogue.h"
 #include "host/engine/graph.h"
 #include "host/engine/run_graph.h"
@@ -41,15 +42,18 @@ struct LoadedGraph {
   Graph graph;
 };
 
-// The error is one line for every fault found.
-Result<LoadedGraph, QStringList> loadGraph(const GraphArguments& arguments);
+// The error has a line for every fault found.
+Result<LoadedGraph, std::vector<LogLine>> loadGraph(const GraphArguments& arguments);
 
 using GraphWork = RunResult (*)(Graph& graph, RunRecord& record, const ExecutionOptions& options);
 using GraphReport = void (*)(const GraphArguments& arguments, const RunResult& result,
                              Console& console);
 
+using GraphJson = Json (*)(const RunResult& result);
+
 // Loads the graph, does `work` with it so that a signal can stop it, and gives the result to
-// `report` and, when asked for, as JSON to standard output.
-ExitStatus workOnGraph(const GraphArguments& arguments, GraphWork work, GraphReport report);
+// `report` and, when asked for, in the form of `json` to standard output.
+ExitStatus workOnGraph(const GraphArguments& arguments, GraphWork work, GraphReport report,
+                       GraphJson json);
 
 }  // namespace kelvarin

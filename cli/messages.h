@@ -16,6 +16,8 @@ inline constexpr char kOptionTakesInteger[] =
     "The expression option '%1' takes a whole number, not '%2'.";
 inline constexpr char kOptionTakesFlag[] = "The expression option '%1' takes 0 or 1, not '%2'.";
 
+inline constexpr char kHere[] = "Here:\n  %1";
+
 inline constexpr char kUnknownFunction[] = "There is no function, constant or operator '%1'.";
 inline constexpr char kListHint[] = "'kelvarin functions' lists all there are.";
 inline constexpr char kMoreHint[] = "'kelvarin functions NAME' tells more about one of them.";
@@ -30,10 +32,14 @@ inline constexpr char kDiskFullWaiting[] = "Trying again for %1 seconds, then th
 inline constexpr char kDiskStillFull[] =
     "The disk was still full after %1 seconds; the run stops. File: '%2'.";
 
-inline constexpr char kPlaceOfError[] = "%1:%2:%3: in the action '%4' (%5)";
 inline constexpr char kRowsBesideJson[] =
     "The action '%1' writes its rows to standard output, where --json puts its object. Let it write "
     "to a file, or run without --json.";
+
+// Behind a place in the graph file.
+inline constexpr char kInAction[] = "in the action '%1' (%2)";
+inline constexpr char kInOutput[] = "in the output '%1' of the action '%2' (%3)";
+
 inline constexpr char kUnknownCommand[] = "There is no command '%1'.";
 inline constexpr char kOutputLost[] = "Standard output cannot be written: %1.";
 inline constexpr char kInterrupted[] =
@@ -41,7 +47,13 @@ inline constexpr char kInterrupted[] =
     "that they are incomplete.";
 inline constexpr char kCheckFoundNothing[] = "%1: no problem found";
 inline constexpr char kCheckFoundNoError[] = "%1: no error found";
-inline constexpr char kNewColumns[] = "new columns of '%1' (%2): %3\n";
-inline constexpr char kMoreColumns[] = "  ... and %1 more\n";
+inline constexpr char kCheckRestsOnSamples[] =
+    "Nothing was run: column types that a CSV file does not declare were inferred from its first "
+    "10000 rows, and expressions were tried with sample values.";
+inline constexpr char kFlowTitle[] =
+    "columns behind each action (F number, K key, U text; + new, ~ of another type):\n";
+inline constexpr char kFlowOfAction[] = "  %1 (%2): %3 columns";
+inline constexpr char kFlowUnchanged[] = ", those of its input";
+inline constexpr char kMoreColumns[] = ", ... and %1 more, which --json lists";
 
 }  // namespace kelvarin::program_messages

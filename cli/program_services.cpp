@@ -1,16 +1,63 @@
 #include "cli/program_services.h"
 
+#include <utility>
+
+#include "cli/messages.h"
+#include "cli/terminal_text.h"
+
 namespace kelvarin {
 
-ProgramServices::ProgramServices(Console& console, int diskWaitSeconds)
+ProgramServices::ProgramServices(Console& console, int diskWaitSeconds, const QString& graphFile)
     : m_console(console),
       m_diskWait(console, diskWaitSeconds),
+      m_graphFile(graphFile),
       m_previous(installHostServices(this)) {}
 
 ProgramServices::~ProgramServices() { installHostServices(m_previous); }
 
-void ProgramServices::log(LogLevel level, const QString& text, const ActionItem*) {
-  m_console.writeLog(level, text);
+void ProgramServices::log(LogLevel level, const QString& text, const ActionItem* action) {
+  logDetailed(level, text, action, {});
+}
+
+void ProgramServices::logDetailed(LogLevel level, const QString& text, const ActionItem* action,
+                                  const LogDetails& details) {
+  if (details.explains) {
+    m_console.writeReason(level, text);
+  } else {
+    m_console.writeLog(level, text);
+  }
+  if (action != nullptr && level != LogLevel::information && !m_graphFile.isEmpty()) {
+    writePlace(text, *action, details);
+  }
+}
+
+void ProgramServices::writePlace(const QString& text, const ActionItem& action,
+                                 const LogDetails& details) {
+  const XMLNode::Place place =
+      details.place.line == 0 ? action.node().place() : details.place;
+  const QString position = QStringLiteral("%1:%2:%3: ")
+                               .arg(m_graphFile, QString::number(place.line),
+                                    QString::number(place.column));
+  const GlobalParameters* graph = action.globalParameters();
+  const bool hasPlace = text.startsWith(m_graphFile + u':') ||
+                        (graph != nullptr && text.startsWith(graph->graphFile() + u':'));
+  if (hasPlace || place.line == 0) {
+    return;
+  }
+  const QString typeName = QString::fromLatin1(action.typeName());
+  const QString what =
+      details.output.isEmpty()
+          ? QString::fromLatin1(program_messages::kInAction).arg(action.name(), typeName)
+          : QString::fromLatin1(program_messages::kInOutput)
+                .arg(details.output, action.name(), typeName);
+  const QString line = position + what;
+  {
+    const std::lock_guard lock(m_mutex);
+    if (std::exchange(m_lastPlace, line) == line) {
+      return;
+    }
+  }
+  m_console.write(terminalText(line) + '\n');
 }
 
 bool ProgramServices::outOfDiskSpace(const QString& file, int missingBytes, bool canRetry) {

@@ -3,6 +3,8 @@
 // Installed for the lifetime of the object.  Threads: any.
 #pragma once
 
+#include <mutex>
+
 #include "cli/console.h"
 #include "cli/disk_wait.h"
 #include "host/contract/host_services.h"
@@ -11,15 +13,25 @@ namespace kelvarin {
 
 class ProgramServices : public HostServices {
  public:
-  explicit ProgramServices(Console& console, int diskWaitSeconds = 60);
+  // `graphFile` is how places in the graph are called; empty where there is no graph.
+  explicit ProgramServices(Console& console, int diskWaitSeconds = 60,
+                           const QString& graphFile = QString());
   ~ProgramServices() override;
 
   void log(LogLevel level, const QString& text, const ActionItem* action) override;
+  // The text, and behind an error or a warning the place in the graph to look at.
+  void logDetailed(LogLevel level, const QString& text, const ActionItem* action,
+                   const LogDetails& details) override;
   bool outOfDiskSpace(const QString& file, int missingBytes, bool canRetry) override;
 
  private:
+  void writePlace(const QString& text, const ActionItem& action, const LogDetails& details);
+
   Console& m_console;
   DiskWait m_diskWait;
+  const QString m_graphFile;
+  std::mutex m_mutex;   // guards m_lastPlace
+  QString m_lastPlace;  // written last, so that many lines about one place name it once
   HostServices* m_previous;
 };
 

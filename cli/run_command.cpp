@@ -41,7 +41,7 @@ RunResult runBesideJson(Graph& graph, RunRecord& record, const ExecutionOptions&
   const QString text = QString::fromLatin1(program_messages::kRowsBesideJson).arg(sink->name);
   MainUI::addLog(LogLevel::error, text);
   RunResult result;
-  result.log.push_back({LogLevel::error, sink->name, text});
+  result.log.push_back({LogLevel::error, sink->name, text, {}});
   return result;
 }
 
@@ -52,7 +52,8 @@ void addRunCommand(CLI::App& program, ChosenCommand& chosen) {
   command->footer("Example:\n  kelvarin run examples/flights/flights.kelvarin --set minDelay=60");
   command->callback([arguments, &chosen] {
     chosen = [arguments] {
-      return workOnGraph(*arguments, arguments->isJson ? runBesideJson : runGraph, reportRun);
+      return workOnGraph(*arguments, arguments->isJson ? runBesideJson : runGraph, reportRun,
+                         jsonOf);
     };
   });
 }

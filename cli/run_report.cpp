@@ -58,26 +58,63 @@ std::string aligned(const std::vector<std::vector<std::string>>& rows) {
   return text;
 }
 
+Json jsonOfAction(const ActionResult& action) {
+  Json entry = {{"name", action.name.toStdString()},
+                {"type", action.typeName.toStdString()},
+                {"rowsIn", action.rowsIn},
+                {"rowsOut", action.rowsOut},
+                {"backends", jsonOf(action.backends)}};
+  if (!action.namedColumns.isEmpty()) {
+    entry["newColumns"] = jsonOf(action.namedColumns);
+  }
+  return entry;
+}
+
+Json jsonOfColumns(const std::vector<PinColumns::Column>& columns) {
+  Json list = Json::array();
+  for (const PinColumns::Column& column : columns) {
+    list.push_back({{"name", column.name.toStdString()},
+                    {"meta", std::string(1, static_cast<char>(column.meta))}});
+  }
+  return list;
+}
+
+// Where a line leads is left out as far as it is not known.
+Json jsonOfLine(const LogLine& line) {
+  const LogDetails& details = line.details;
+  Json entry = {{"level", static_cast<int>(line.level)},
+                {"action", line.action.toStdString()},
+                {"text", line.text.toStdString()}};
+  const std::pair<const char*, const QString&> texts[] = {
+      {"output", details.output}, {"column", details.column}, {"token", details.token}};
+  const std::pair<const char*, long long> numbers[] = {
+      {"position", details.position}, {"row", details.row}};
+  if (details.place.line > 0) {
+    entry["line"] = details.place.line;
+  }
+  for (const auto& [key, text] : texts) {
+    if (!text.isEmpty()) {
+      entry[key] = text.toStdString();
+    }
+  }
+  for (const auto& [key, number] : numbers) {
+    if (number >= 0) {
+      entry[key] = number;
+    }
+  }
+  return entry;
+}
+
 }  // namespace
 
 Json jsonOf(const RunResult& result) {
   Json actions = Json::array();
   for (const ActionResult& action : result.actions) {
-    Json entry = {{"name", action.name.toStdString()},
-                  {"type", action.typeName.toStdString()},
-                  {"rowsIn", action.rowsIn},
-                  {"rowsOut", action.rowsOut},
-                  {"backends", jsonOf(action.backends)}};
-    if (!action.namedColumns.isEmpty()) {
-      entry["newColumns"] = jsonOf(action.namedColumns);
-    }
-    actions.push_back(std::move(entry));
+    actions.push_back(jsonOfAction(action));
   }
   Json log = Json::array();
   for (const LogLine& line : result.log) {
-    log.push_back({{"level", static_cast<int>(line.level)},
-                   {"action", line.action.toStdString()},
-                   {"text", line.text.toStdString()}});
+    log.push_back(jsonOfLine(line));
   }
   return {{"status", statusWord(result.state)},
           {"runState", static_cast<int>(result.state)},
@@ -86,24 +123,16 @@ Json jsonOf(const RunResult& result) {
           {"log", log}};
 }
 
-std::string columnList(const RunResult& result) {
-  constexpr qsizetype kShown = 50;
-  QString text;
-  for (const ActionResult& action : result.actions) {
-    const QStringList& columns = action.namedColumns;
-    if (columns.isEmpty()) {
-      continue;
+Json jsonOfCheck(const RunResult& result) {
+  Json report = jsonOf(result);
+  for (std::size_t i = 0; i < result.actions.size(); ++i) {
+    Json pins = Json::array();
+    for (const PinColumns& pin : result.actions[i].pins) {
+      pins.push_back({{"columns", pin.isKnown ? jsonOfColumns(pin.columns) : Json(nullptr)}});
     }
-    text += QString::fromLatin1(program_messages::kNewColumns)
-                .arg(action.name, action.typeName, QString::number(columns.size()));
-    for (const QString& column : columns.first(std::min(kShown, columns.size()))) {
-      text += "  " + column + '\n';
-    }
-    if (columns.size() > kShown) {
-      text += QString::fromLatin1(program_messages::kMoreColumns).arg(columns.size() - kShown);
-    }
+    report["actions"][i]["pins"] = pins;
   }
-  return text.toStdString();
+  return report;
 }
 
 std::string rowTable(const RunResult& result) {

@@ -68,7 +68,35 @@ char Calculator::init() {
   m_lookout.close();
   m_rowsEvaluated = 0;
   m_columnsAhead.clear();
-  return ExpressionAction::init();
+  const bool isRefused = ExpressionAction::init() != 0;
+  return isRefused || !areOutputsWhole() ? 1 : 0;
+}
+
+bool Calculator::areOutputsWhole() const {
+  const std::vector<XMLNode> elements = outputVariableElements(node());
+  if (!node().isEmpty() && elements.empty()) {
+    MainUI::addLog(LogLevel::warning, messages::noOutputs(m_outputs.front().name));
+  }
+  bool isWhole = true;
+  for (std::size_t i = 0; i < elements.size(); ++i) {
+    LogDetails details;
+    details.place = elements[i].place();
+    details.output = expandString(m_outputs[i].name);
+    if (details.output.trimmed().isEmpty()) {
+      logWithDetails(LogLevel::error, messages::outputWithoutName(static_cast<int>(i)), details);
+      isWhole = false;
+    } else if (!hasExpression(elements[i])) {
+      logWithDetails(LogLevel::warning, messages::outputWithoutExpression(details.output), details);
+    }
+  }
+  return isWhole;
+}
+
+LogDetails Calculator::detailsOfOutput(int output) const {
+  LogDetails details;
+  details.place = placeOfOutputVariable(node(), output);
+  details.output = expandString(m_outputs[static_cast<std::size_t>(output)].name);
+  return details;
 }
 
 void Calculator::setComputeRoutine() {

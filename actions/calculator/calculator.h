@@ -76,6 +76,7 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   QString checkText(const QString& output, const QString& text) const override;
   QString referenceTimeWarning() const override;
   std::span<const KnownElements> knownElements() const override;
+  LogDetails detailsOfOutput(int output) const override;
 
   FailurePlace placeOf(const RowFailure& failure) const;
 
@@ -99,6 +100,9 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
     unsigned char* cell;  // where its results are when rows are evaluated one by one
   };
 
+  // Outputs without a name are errors; without an expression they are warned about.
+  [[nodiscard]] bool areOutputsWhole() const;
+  void logLayoutFault(const LayoutFault& fault) const;
   static bool computeFirstRow(ActionItem* action);
   [[nodiscard]] bool plan(const OneRow& columns);
   std::vector<OutputVariable> outputsToCompile() const;

@@ -5,6 +5,7 @@
 #include <QSet>
 
 #include "actions/frame/messages.h"
+#include "host/contract/missing_column.h"
 
 namespace kelvarin {
 
@@ -36,19 +37,24 @@ bool isNumeric(const OutputVariable& output) {
   return output.meta == MetaTypeColumn::number || output.meta == MetaTypeColumn::key;
 }
 
-Result<OutputColumns, QString> layOutColumns(const OneRow& input,
+Result<OutputColumns, LayoutFault> layOutColumns(const OneRow& input,
                                              const std::vector<OutputVariable>& outputs) {
   OutputColumns result;
   result.names = input.getColNamesDeep();
   result.metas = input.getMetaDataDeep();
   QSet<QString> produced;
-  for (const OutputVariable& output : outputs) {
+  for (std::size_t i = 0; i < outputs.size(); ++i) {
+    const OutputVariable& output = outputs[i];
     const int existing = input.getIndexOfColumn(output.name);
     if (output.update && existing < 0) {
-      return Failure{messages::columnToUpdateNotFound(output.name)};
+      return Failure{LayoutFault{messages::columnToUpdateNotFound(output.name), i,
+                                 missingColumnHint(output.name, input.getColNamesDeep())}};
     }
     if (produced.contains(output.name) || (!output.update && existing >= 0)) {
-      return Failure{messages::columnProducedTwice(output.name)};
+      return Failure{LayoutFault{messages::columnProducedTwice(output.name), i,
+                                 existing >= 0 && !produced.contains(output.name)
+                                     ? messages::columnExists(output.name)
+                                     : messages::outputTwice(output.name)}};
     }
     produced.insert(output.name);
     if (output.update) {

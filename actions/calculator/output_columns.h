@@ -1,7 +1,7 @@
 // The columns of a calculator's output row: those of the input, some of them updated, and the new
 // ones after them.
 //
-// Threads: plain values.  Errors: the text to log.
+// Threads: plain values.  Errors: LayoutFault.
 #pragma once
 
 #include <vector>
@@ -22,8 +22,15 @@ struct OutputColumns {
   std::vector<int> columnOfOutput;
 };
 
+// Why there can be no such row.
+struct LayoutFault {
+  QString text;         // to log
+  std::size_t output;   // at fault
+  QString explanation;  // to log behind it
+};
+
 // `outputs` have their names expanded.
-Result<OutputColumns, QString> layOutColumns(const OneRow& input,
+Result<OutputColumns, LayoutFault> layOutColumns(const OneRow& input,
                                              const std::vector<OutputVariable>& outputs);
 
 bool isNumeric(const OutputVariable& output);

@@ -46,7 +46,7 @@ bool Calculator::plan(const OneRow& columns) {
   const bool isBound = startEvaluator(columns, m_variables, expressions, m_elementCount);
   const auto outputColumns = layOutColumns(columns, newColumns.value());
   if (!outputColumns) {
-    logError(outputColumns.error());
+    logLayoutFault(outputColumns.error());
     return false;
   }
   // The columns are known even where an expression is wrong, so a check can go on below this
@@ -60,6 +60,12 @@ bool Calculator::plan(const OneRow& columns) {
     m_lookout.open(m_evaluator.canEvaluateAhead());
   }
   return true;
+}
+
+// The vectorized calculator has several columns an output.
+void Calculator::logLayoutFault(const LayoutFault& fault) const {
+  logAboutOutput(LogLevel::error, fault.text, static_cast<int>(fault.output % m_outputs.size()),
+                 fault.explanation);
 }
 
 bool Calculator::readVariableTable() {

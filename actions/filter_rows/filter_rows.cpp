@@ -5,9 +5,11 @@
 #include "actions/filter_rows/sampling.h"
 #include "actions/frame/attributes.h"
 #include "actions/frame/evaluation_attributes.h"
+#include "actions/frame/messages.h"
 #include "actions/frame/variables_xml.h"
 #include "expression/errors/error_texts.h"
 #include "expression/errors/messages.h"
+#include "expression/evaluator/messages.h"
 
 namespace kelvarin {
 
@@ -81,7 +83,20 @@ char FilterRows::init() {
   m_lookout.close();
   m_decided = {};
   m_nextDecided = 0;
+  if (m_settings.expression.trimmed().isEmpty()) {
+    MainUI::addLog(LogLevel::warning, messages::filterWithoutExpression());
+  }
   return ExpressionAction::init();
+}
+
+LogDetails FilterRows::detailsOfOutput(int) const {
+  LogDetails details;
+  details.place = node().getChildNode(utf16(kExpression)).place();
+  return details;
+}
+
+const char* FilterRows::failedRowsText() const {
+  return messages::kFailedFilterRows;
 }
 
 void FilterRows::setComputeRoutine() {

@@ -43,6 +43,10 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
   QString checkText(const QString& output, const QString& text) const override;
   QString referenceTimeWarning() const override;
   std::span<const KnownElements> knownElements() const override;
+  LogDetails detailsOfOutput(int output) const override;
+  const char* failedRowsText() const override;
+  // The first row stops it in any case.
+  bool mayFailedRowStop() const override { return true; }
 
  private:
   static bool computeFirstRow(ActionItem* action);

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "host/contract/attribute_reading.h"
 #include "host/contract/one_row.h"
 
 namespace kelvarin {
@@ -31,12 +32,23 @@ void readAttribute(const XMLNode& node, const char16_t* name, CutNumber& value) 
   constexpr double limit = std::numeric_limits<int>::max();
   if (number >= -limit && number <= limit) {
     value.value = static_cast<int>(number);
+  } else if (AttributeReading* reading = AttributeReading::current()) {
+    reading->cannotUse(node.getAttribute(utf16(name)), "a number below 2147483648");
   }
 }
 
 void readAttribute(const XMLNode& node, const char16_t* name, QString& value) {
   if (const unsigned short* text = node.getAttribute(utf16(name))) {
     value = qString(text);
+  }
+}
+
+void checkAllowed(const XMLNode& node, const char16_t* name, int value,
+                  const AllowedNumbers& allowed) {
+  AttributeReading* reading = AttributeReading::current();
+  const unsigned short* text = node.getAttribute(utf16(name));
+  if (reading != nullptr && text != nullptr && (value < allowed.least || value > allowed.most)) {
+    reading->cannotUse(text, allowed.wanted, allowed.effect);
   }
 }
 

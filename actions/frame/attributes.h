@@ -5,6 +5,7 @@
 // the default, and an attribute is written only when the setting differs from it.
 #pragma once
 
+#include <limits>
 #include <ostream>
 #include <span>
 
@@ -26,6 +27,21 @@ void readAttribute(const XMLNode& node, const char16_t* name, int& value);
 void readAttribute(const XMLNode& node, const char16_t* name, double& value);
 void readAttribute(const XMLNode& node, const char16_t* name, CutNumber& value);
 void readAttribute(const XMLNode& node, const char16_t* name, QString& value);
+
+// The values that a whole number may have. Others are errors of the graph, unless they have an
+// effect of their own.
+struct AllowedNumbers {
+  int least = std::numeric_limits<int>::min();
+  int most = std::numeric_limits<int>::max();
+  const char* wanted = "";       // in words
+  const char* effect = nullptr;  // what another value does; the user is warned
+};
+
+inline constexpr AllowedNumbers kZeroToTwo{0, 2, "0, 1 or 2"};
+
+// Lets whoever loads the graph know about a value that is not allowed.
+void checkAllowed(const XMLNode& node, const char16_t* name, int value,
+                  const AllowedNumbers& allowed);
 
 // A blank, the name, "='", the value and "'".
 void writeAttribute(std::wostream& out, const char16_t* name, bool value);
@@ -60,6 +76,25 @@ constexpr auto attribute(const char16_t* name) {
                                  writeAttribute(out, key, settings.*kMember);
                                }
                              }};
+}
+
+inline int wholeNumber(int value) {
+  return value;
+}
+inline int wholeNumber(CutNumber value) {
+  return value.value;
+}
+
+// attribute<&Settings::member, kAllowedNumbers>(u"name")
+template <auto kMember, const AllowedNumbers& kAllowed>
+constexpr auto attribute(const char16_t* name) {
+  auto line = attribute<kMember>(name);
+  using Settings = decltype(ownerOf(kMember));
+  line.read = [](const XMLNode& node, const char16_t* key, Settings& settings) {
+    readAttribute(node, key, settings.*kMember);
+    checkAllowed(node, key, wholeNumber(settings.*kMember), kAllowed);
+  };
+  return line;
 }
 
 template <typename Settings>

@@ -1,5 +1,7 @@
 #include "actions/frame/evaluation_attributes.h"
 
+#include <sstream>
+
 #include "actions/frame/attributes.h"
 
 namespace kelvarin {
@@ -13,17 +15,23 @@ constexpr Attribute<EvaluationOptions> kFlags[] = {
 };
 
 constexpr Attribute<KeyCast> kKeyCast[] = {
-    attribute<&KeyCast::outOfRange>(u"castToKey1"),
-    attribute<&KeyCast::fraction>(u"castToKey2"),
-    attribute<&KeyCast::nullOnInput>(u"castToKey3"),
+    attribute<&KeyCast::outOfRange, kZeroToTwo>(u"castToKey1"),
+    attribute<&KeyCast::fraction, kZeroToTwo>(u"castToKey2"),
+    attribute<&KeyCast::nullOnInput, kZeroToTwo>(u"castToKey3"),
 };
+
+constexpr AllowedNumbers kTimeUnits{
+    0, 4, "0 (seconds), 1 (minutes), 2 (hours), 3 (days) or 4 (weeks)",
+    "With any other unit every elapsed time is 0."};
+constexpr AllowedNumbers kDateFormats{
+    0, 6, "0 (as dateFormat says) or one of the locale's formats 1 to 6"};
 
 constexpr Attribute<TimeParameters> kTime[] = {
     attribute<&TimeParameters::addNow>(u"addNow"),
     attribute<&TimeParameters::addNowS>(u"addNowS"),
     attribute<&TimeParameters::seed>(u"seed"),
-    attribute<&TimeParameters::elapsedTimeUnit>(u"elapsedTimeUnit"),
-    attribute<&TimeParameters::dateFormatType>(u"dateFormatType"),
+    attribute<&TimeParameters::elapsedTimeUnit, kTimeUnits>(u"elapsedTimeUnit"),
+    attribute<&TimeParameters::dateFormatType, kDateFormats>(u"dateFormatType"),
     attribute<&TimeParameters::isUTC>(u"isUTC"),
     attribute<&TimeParameters::emptyETToNull>(u"emptyETToNull"),
     attribute<&TimeParameters::referenceTime>(u"referenceTime"),
@@ -52,6 +60,23 @@ void writeKeyCast(std::wostream& out, const KeyCast& keyCast) {
 
 void readTimeParameters(const XMLNode& node, TimeParameters& time) {
   readAttributes<TimeParameters>(node, kTime, time);
+}
+
+QStringList changedOptions(const EvaluationOptions& options) {
+  EvaluationOptions tried = options;
+  tried.abortWhenError = true;
+  std::wostringstream out;
+  out << L"<o";
+  writeEvaluationFlags(out, tried);
+  writeKeyCast(out, tried.keyCast);
+  writeTimeParameters(out, tried.time);
+  out << L"/>";
+  QStringList changed;
+  const auto element = parseXml(QString::fromStdWString(out.str()).toUtf8());
+  for (int i = 0; element && i < element->nAttribute(); ++i) {
+    changed += element->attributeName(i) + u'=' + element->attributeValue(i);
+  }
+  return changed;
 }
 
 void writeTimeParameters(std::wostream& out, const TimeParameters& time) {

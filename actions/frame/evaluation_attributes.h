@@ -4,6 +4,8 @@
 
 #include <ostream>
 
+#include <QStringList>
+
 #include "expression/evaluator/variables.h"
 #include "host/contract/xml_node.h"
 
@@ -11,6 +13,10 @@ namespace kelvarin {
 
 void readEvaluationFlags(const XMLNode& node, EvaluationOptions& options);
 void writeEvaluationFlags(std::wostream& out, const EvaluationOptions& options);
+
+// NAME=VALUE of each attribute that has not its default, as `kelvarin eval --opt` takes it, but for
+// the treatment of failed rows.
+QStringList changedOptions(const EvaluationOptions& options);
 
 void readKeyCast(const XMLNode& node, KeyCast& keyCast);
 void writeKeyCast(std::wostream& out, const KeyCast& keyCast);

@@ -1,24 +1,33 @@
 #include "actions/frame/expression_action.h"
 
+#include "actions/frame/evaluation_attributes.h"
 #include "actions/frame/messages.h"
+#include "actions/frame/variables_xml.h"
+#include "expression/backends/expression_text.h"
 #include "expression/errors/error_texts.h"
+#include "expression/errors/expression_mark.h"
 #include "expression/errors/messages.h"
 #include "expression/evaluator/expression_warnings.h"
+#include "expression/evaluator/messages.h"
 #include "expression/evaluator/variable_names.h"
-#include "expression/help/unknown_name_hint.h"
+#include "expression/help/expression_hint.h"
 #include "host/contract/host_services.h"
+#include "host/contract/missing_column.h"
 
 namespace kelvarin {
 
 char ExpressionAction::init() {
   ActionItem::init();
   m_evaluator.clear();
-  m_variableNames.clear();
+  m_variablesOfRun.clear();
+  m_outputsOfRun.clear();
+  m_isRowLoaded = false;
   return reportUnknownElements(*this, knownElements()) ? 1 : 0;
 }
 
 char ExpressionAction::close() {
-  const QStringList warnings = hasFailed() ? QStringList() : m_evaluator.closingWarnings();
+  const QStringList warnings =
+      hasFailed() ? QStringList() : m_evaluator.closingWarnings(failedRowsText());
   for (const QString& warning : warnings) {
     MainUI::addLog(LogLevel::warning, warning);
   }
@@ -47,28 +56,65 @@ bool ExpressionAction::startEvaluator(const OneRow& columns,
   EvaluationOptions options = m_options;
   options.time.referenceTime = expand(options.time.referenceTime);
   options.time.dateFormat = expand(options.time.dateFormat);
-  std::vector<InputVariable> variables = inputs;
-  m_variableNames.clear();
-  for (InputVariable& variable : variables) {
+  m_variablesOfRun = inputs;
+  for (InputVariable& variable : m_variablesOfRun) {
     variable.label = expand(variable.label);
-    m_variableNames += variable.name();
   }
-  if (const auto named = checkNames(variables, options); !named) {
+  if (const auto named = checkNames(m_variablesOfRun, options); !named) {
     logError(named.error());
     return false;
   }
-  for (const QString& warning : warningsAboutNames(variables)) {
+  for (const QString& warning : warningsAboutNames(m_variablesOfRun)) {
     MainUI::addLog(LogLevel::warning, warning);
   }
-  m_evaluator.configure(options, variables, globalParameters(), isObserved());
+  m_evaluator.configure(options, m_variablesOfRun, globalParameters(), isObserved());
   if (!prepareDates(expressions)) {
     return false;
   }
   const Status<QString> bound = m_evaluator.bind(columns, expand, elementCount);
   if (!bound) {
-    logError(bound.error());
+    reportMissingColumn(columns, bound.error());
+  } else if (isChecking()) {
+    tellTextsAsNumbers(columns);
   }
   return static_cast<bool>(bound);
+}
+
+// A run can count the texts that are no numbers; here they can only be expected.
+void ExpressionAction::tellTextsAsNumbers(const OneRow& columns) const {
+  for (std::size_t i = 0; i < m_variablesOfRun.size(); ++i) {
+    const InputVariable& variable = m_variablesOfRun[i];
+    const QString column = expandString(variable.columns.value(variable.columns.size() - 1));
+    const int index = columns.getIndexOfColumn(column);
+    if (kindOf(variable) != VariableKind::number || index < 0 ||
+        columns.getMetaType(index) != MetaTypeColumn::text) {
+      continue;
+    }
+    LogDetails details;
+    details.column = column;
+    details.place = placeOfInputVariable(node(), static_cast<int>(i));
+    logWithDetails(LogLevel::information, messages::textEntersAsNumber(column), details);
+  }
+}
+
+// `text` is about the first variable with a column that is not there, or with columns that differ
+// in type.
+void ExpressionAction::reportMissingColumn(const OneRow& columns, const QString& text) const {
+  LogDetails details;
+  for (std::size_t i = 0; i < m_variablesOfRun.size() && details.column.isNull(); ++i) {
+    for (const QString& unexpanded : m_variablesOfRun[i].columns) {
+      const QString name = expandString(unexpanded);
+      if (columns.getIndexOfColumn(name) < 0) {
+        details.column = name;
+        details.place = placeOfInputVariable(node(), static_cast<int>(i));
+        break;
+      }
+    }
+  }
+  logWithDetails(LogLevel::error, text, details);
+  if (!details.column.isNull()) {
+    logExplanation(missingColumnHint(details.column, columns.getColNamesDeep()));
+  }
 }
 
 bool ExpressionAction::prepareDates(const QStringList& expressions) {
@@ -82,6 +128,7 @@ bool ExpressionAction::prepareDates(const QStringList& expressions) {
       break;
   }
   logError(dateFormatUnknownText());
+  logExplanation(messages::dateFormatNeeded());
   return false;
 }
 
@@ -91,20 +138,21 @@ QString ExpressionAction::dateFormatUnknownText() const {
 }
 
 bool ExpressionAction::compileOutputs(const std::vector<OutputVariable>& outputs, ResultUse use) {
+  m_outputsOfRun = outputs;
   bool isGood = true;
-  for (const OutputVariable& output : outputs) {
-    warnAbout(output);
+  for (int i = 0; i < static_cast<int>(outputs.size()); ++i) {
+    warnAbout(i);
     if (isChecking()) {
-      isGood &= checkOutput(output, use);
-    } else if (const auto compiled = m_evaluator.compile(output, use); !compiled) {
+      isGood &= checkOutput(i, use);
+    } else if (const auto compiled = m_evaluator.compile(output(i), use); !compiled) {
       RowFailure failure;
-      failure.name = output.name;
+      failure.name = output(i).name;
       failure.error = compiled.error();
-      logError(expressionFailureText(failure));
-      hintAt(compiled.error().message, output.expression);
+      logFailure(LogLevel::error, expressionFailureText(failure), i, failure.error);
       isGood = false;
     }
   }
+  m_isRowLoaded = !isChecking();  // before anything is evaluated
   if (isGood && !isChecking()) {
     tellBackends();
   }
@@ -112,32 +160,124 @@ bool ExpressionAction::compileOutputs(const std::vector<OutputVariable>& outputs
 }
 
 // A reference time that cannot be parsed has been warned about, once for all outputs.
-bool ExpressionAction::checkOutput(const OutputVariable& output, ResultUse use) {
-  const QString text = m_evaluator.check(output, use);
+bool ExpressionAction::checkOutput(int index, ResultUse use) {
+  const QString text = m_evaluator.check(output(index), use);
   for (const QString& warning : m_evaluator.checkWarnings()) {
     MainUI::addLog(LogLevel::warning, warning);
   }
   if (text.isEmpty() || text == QLatin1String(messages::kReferenceUnparsable)) {
     return true;
   }
-  logError(checkText(output.name, text));
-  hintAt(text, output.expression);
-  return false;
+  if (const auto compiled = m_evaluator.compile(output(index), use); !compiled) {
+    logFailure(LogLevel::error, checkText(output(index).name, text), index, compiled.error());
+    return false;
+  }
+  return checkTriedOutput(index, text);
 }
 
-void ExpressionAction::hintAt(const QString& failure, const QString& expression) const {
+// The expression is well formed; what it does with the sample values is judged as a run would.
+bool ExpressionAction::checkTriedOutput(int index, const QString& text) {
+  const QString shown = checkText(output(index).name, text);
+  if (text == QLatin1String(messages::kNumberForString)) {
+    logAboutOutput(LogLevel::warning, shown, index,
+                   QString::fromUtf8(messages::kNumberBecomesText));
+    return true;
+  }
+  const bool stops = mayFailedRowStop();
+  const bool isWrongType = text == QLatin1String(messages::kStringForNumber);
+  const ExpressionError error = isWrongType ? ExpressionError{text, -1, {}}
+                                            : m_evaluator.lastFailure().error;
+  logFailure(stops ? LogLevel::error : LogLevel::warning, shown, index, error,
+             QString::fromUtf8(stops ? messages::kSampleMayDiffer : messages::kFailedRowsGoOn));
+  return !stops;
+}
+
+void ExpressionAction::logAboutOutput(LogLevel level, const QString& text, int output,
+                                      const QString& explanation) const {
+  logWithDetails(level, text, detailsOfOutput(output));
+  logExplanation(explanation);
+}
+
+void ExpressionAction::logFailure(LogLevel level, const QString& text, int index,
+                                  const ExpressionError& error, const QString& note) const {
+  LogDetails details = detailsOfOutput(index);
+  details.token = error.token;
+  details.position = error.position;
+  details.row = isChecking() ? -1 : rowNumber();
+  logWithDetails(level, text, details);
+  logExplanation(explanation(index, error, note));
   const OneRow* input = announcedColumnsOfInPin(0);
-  const QStringList columns =
-      input == nullptr ? QStringList() : QStringList(input->getColNamesDeep());
-  if (const QString hint = unknownNameHint(failure, expression, m_variableNames, columns);
+  HintNames names;
+  names.columns = input == nullptr ? QStringList() : QStringList(input->getColNamesDeep());
+  for (const InputVariable& variable : m_variablesOfRun) {
+    names.variables += variable.name();
+  }
+  if (const QString hint = expressionHint(error, output(index).expression, names);
       !hint.isEmpty()) {
-    MainUI::addLog(LogLevel::information, hint);
+    logExplanation(hint);
   }
 }
 
-void ExpressionAction::warnAbout(const OutputVariable& output) const {
-  for (const QString& warning : warningsAbout(output.name, output.expression)) {
-    MainUI::addLog(LogLevel::warning, warning);
+QString ExpressionAction::explanation(int index, const ExpressionError& error,
+                                      const QString& note) const {
+  const TriedExpression tried = triedExpression(index);
+  QStringList lines{
+      QString::fromUtf8(error.position < 0 ? messages::kExpression : messages::kHere)};
+  lines += markedExpression(output(index).expression, error).split(u'\n');
+  for (QString& line : lines) {
+    line = &line == &lines.front() ? line : QStringLiteral("    ") + line;
+  }
+  const bool isTried = m_isRowLoaded || !note.isEmpty();
+  if (!tried.variables.empty() && isTried) {
+    const QString values = valuesText(tried.variables);
+    lines += isChecking() ? QString::fromUtf8(messages::kSampleValues).arg(values)
+                          : QString::fromUtf8(messages::kValuesOfRow)
+                                .arg(QString::number(rowNumber()), values);
+  }
+  if (!note.isEmpty()) {
+    lines += note;
+  }
+  if (const QString command = evalCommand(tried); !command.isEmpty()) {
+    lines += QString::fromUtf8(messages::kTry).arg(command);
+  }
+  return lines.join(QStringLiteral("\n  "));
+}
+
+TriedExpression ExpressionAction::triedExpression(int index) const {
+  TriedExpression tried;
+  tried.expression = output(index).expression;
+  const QSet<QString> used = valueNames(tried.expression);
+  for (std::size_t i = 0; i < m_variablesOfRun.size(); ++i) {
+    const InputVariable& input = m_variablesOfRun[i];
+    if (!used.contains(input.name())) {
+      continue;
+    }
+    TriedVariable variable{input.name(), {}, kindOf(input) == VariableKind::text};
+    if (m_isRowLoaded) {
+      variable.value = m_evaluator.displayText(static_cast<int>(i));
+      const bool isMissing = !variable.isText && variable.value.isEmpty();
+      variable.value = isMissing ? QString() : variable.value;
+    } else {
+      variable.value = variable.isText ? input.text : shortestText(input.number);
+    }
+    tried.variables.push_back(variable);
+  }
+  tried.options = changedOptions(m_options);
+  const QString rowNumberName = QStringLiteral("_n");
+  if (m_options.addN && used.contains(rowNumberName)) {
+    tried.variables.push_back({rowNumberName, QString::number(rowNumber()), false});
+    tried.options += QStringLiteral("addN=0");
+  }
+  if (!detailsOfOutput(index).output.isEmpty()) {
+    const MetaTypeColumn type = metaOfOutput(output(index).meta).type();
+    tried.meta = QString(QChar(static_cast<char16_t>(type)));
+  }
+  return tried;
+}
+
+void ExpressionAction::warnAbout(int index) const {
+  for (const QString& warning : warningsAbout(output(index).name, output(index).expression)) {
+    logWithDetails(LogLevel::warning, warning, detailsOfOutput(index));
   }
 }
 
@@ -156,11 +296,15 @@ void ExpressionAction::tellBackends() {
 
 bool ExpressionAction::showRow(const QStringList& results) {
   QStringList values;
-  for (int i = 0; i < m_variableNames.size(); ++i) {
-    values += m_evaluator.displayText(i);
+  for (std::size_t i = 0; i < m_variablesOfRun.size(); ++i) {
+    values += m_evaluator.displayText(static_cast<int>(i));
   }
   m_observer->rowEvaluated(values, results);
   return m_observer->waitForStep();
+}
+
+const char* ExpressionAction::failedRowsText() const {
+  return messages::kFailedEvaluations;
 }
 
 void ExpressionAction::logError(const QString& text) const {
@@ -180,7 +324,17 @@ QString ExpressionAction::failureText(const RowFailure& failure) const {
 }
 
 ExpressionAction::RowStep ExpressionAction::failAtRow() {
-  logError(failureText(m_evaluator.lastFailure()));
+  const RowFailure& failure = m_evaluator.lastFailure();
+  const QString text = failureText(failure);
+  if (failure.kind == RowFailure::Kind::nullKey) {
+    LogDetails details;
+    details.row = rowNumber();
+    logWithDetails(LogLevel::error, text, details);
+  } else {
+    const bool isKeyCast = failure.kind == RowFailure::Kind::keyCast;
+    logFailure(LogLevel::error, text, failure.output, failure.error,
+               isKeyCast ? QString::fromUtf8(messages::kKeyCastAdvice) : QString());
+  }
   failRun();
   return RowStep::failed;
 }

@@ -12,8 +12,10 @@
 
 #include "actions/frame/known_elements.h"
 #include "actions/frame/row_observer.h"
+#include "expression/errors/eval_command.h"
 #include "expression/evaluator/expression_evaluator.h"
 #include "host/contract/action_item.h"
+#include "host/contract/log_details.h"
 
 namespace kelvarin {
 
@@ -52,6 +54,9 @@ class ExpressionAction : public ActionItem {
   [[nodiscard]] bool showRow(const QStringList& results);
 
   void logError(const QString& text) const;
+  // About an output: an error or a warning with its place, and what explains it.
+  void logAboutOutput(LogLevel level, const QString& text, int output,
+                      const QString& explanation) const;
   QString dateFormatUnknownText() const;
   // The user stopped it, or another action failed.
   bool hasRunEnded() const { return run() != nullptr && !run()->isRunning(); }
@@ -67,6 +72,12 @@ class ExpressionAction : public ActionItem {
   virtual QString checkText(const QString& output, const QString& text) const = 0;
   virtual QString referenceTimeWarning() const = 0;
   virtual std::span<const KnownElements> knownElements() const = 0;
+  // The place of an output in the graph file, and its name where it has one.
+  virtual LogDetails detailsOfOutput(int output) const = 0;
+  // What became of rows that failed and did not stop the run, for the warning at the end.
+  virtual const char* failedRowsText() const;
+  // A row that fails stops the run, at least where it is the first one.
+  virtual bool mayFailedRowStop() const { return m_options.abortWhenError; }
 
   std::vector<InputVariable> m_inputs;
   EvaluationOptions m_options;
@@ -74,15 +85,27 @@ class ExpressionAction : public ActionItem {
 
  private:
   [[nodiscard]] bool prepareDates(const QStringList& expressions);
-  [[nodiscard]] bool checkOutput(const OutputVariable& output, ResultUse use);
-  void warnAbout(const OutputVariable& output) const;
-  // Tells what an unknown name may have been meant for.
-  void hintAt(const QString& failure, const QString& expression) const;
+  [[nodiscard]] bool checkOutput(int output, ResultUse use);
+  [[nodiscard]] bool checkTriedOutput(int output, const QString& text);
+  void warnAbout(int output) const;
+  // With the place of the error in the expression, and what may have been meant.
+  void logFailure(LogLevel level, const QString& text, int output, const ExpressionError& error,
+                  const QString& note = QString()) const;
+  void reportMissingColumn(const OneRow& columns, const QString& text) const;
+  void tellTextsAsNumbers(const OneRow& columns) const;
+  const OutputVariable& output(int index) const {
+    return m_outputsOfRun[static_cast<std::size_t>(index)];
+  }
+  // The values that its variables have now, as `kelvarin eval` takes them.
+  TriedExpression triedExpression(int output) const;
+  QString explanation(int output, const ExpressionError& error, const QString& note) const;
   void tellBackends();
   QString failureText(const RowFailure& failure) const;
 
   RowObserver* m_observer = nullptr;
-  QStringList m_variableNames;  // those of the run, table on the second pin included
+  std::vector<InputVariable> m_variablesOfRun;  // table on the second pin included, names expanded
+  std::vector<OutputVariable> m_outputsOfRun;
+  bool m_isRowLoaded = false;  // the variables have the values of a row
 };
 
 }  // namespace kelvarin

@@ -22,16 +22,60 @@ inline QString unknownElement(const QString& file, XMLNode::Place place, const Q
   return where + what + hint;
 }
 
-inline QString runningNotAvailable(const QString& typeName, const QString& name) {
+// About the attribute 'meta'.
+inline constexpr char kInputMetasInWords[] = "F (number), K (key), U (text) or D (date)";
+inline constexpr char kOutputMetasInWords[] = "F (number), K (key) or U (text)";
+inline constexpr char kFirstLetterCounts[] = "Its first letter counts.";
+inline constexpr char kCountsAsText[] = "It counts as U (text).";
+
+inline QString textEntersAsNumber(const QString& column) {
   return QStringLiteral(
-             "%1 '%2': running this action is not available in this version. "
-             "Remove it from the graph to run the rest.")
-      .arg(typeName, name);
+             "The column '%1' holds texts and enters the expressions as a number, missing where a "
+             "text is none. Write <InputVar column='%1' isNumber='0'/> for its texts.")
+      .arg(column);
+}
+inline QString outputWithoutName(int index) {
+  return QStringLiteral(
+             "The output number %1 (counted from 1) has no name. Write the name of its column: "
+             "<OutputVar name='...'>.")
+      .arg(index + 1);
+}
+inline QString outputWithoutExpression(const QString& name) {
+  return QStringLiteral(
+             "The output '%1' has no expression: its column is missing on every row. Write the "
+             "expression between <OutputVar ...> and </OutputVar>.")
+      .arg(name);
+}
+inline QString noOutputs(const QString& name) {
+  return QStringLiteral(
+             "There is no <OutputVar> inside <OutputVars>: one output '%1' without an expression "
+             "is assumed, and its column is missing on every row.")
+      .arg(name);
+}
+inline QString filterWithoutExpression() {
+  return QStringLiteral(
+      "There is no expression: every row goes to output pin 0. Write it between <Expression> and "
+      "</Expression>.");
+}
+inline QString columnExists(const QString& name) {
+  return QStringLiteral(
+             "The input has a column '%1' already. Give the output another name, or write "
+             "update='1' to replace the column.")
+      .arg(name);
+}
+inline QString outputTwice(const QString& name) {
+  return QStringLiteral("Two outputs are called '%1'. Give each its own name.").arg(name);
 }
 
 inline QString referenceTimeUnparsableInCalculator() {
   return QStringLiteral(
       "Calculator: Cannot parse Reference time. We will use 19700101 00:00:00 as reference time.");
+}
+inline QString dateFormatNeeded() {
+  return QStringLiteral(
+      "The expressions read or print dates. Say how these are written, for instance "
+      "dateFormat='yyyy-MM-dd', or set dateFormatType to a format of the system's locale (1 to "
+      "6).");
 }
 inline QString dateFormatUnknownInRun() {
   return QStringLiteral("filterRow error: Date format is unknown");
@@ -39,9 +83,8 @@ inline QString dateFormatUnknownInRun() {
 
 inline QString nullKeyRefused(const QString& variable, long long row) {
   return QStringLiteral(
-             "Null key: variable '%1' has no value on row %2. Set castToKey3 to 0 (null) or 1 "
-             "(zero) to "
-             "go on with such rows.")
+             "Null key: variable '%1' has no value on row %2 (counted from 0). Set castToKey3 to 0 "
+             "(null) or 1 (zero) to go on with such rows.")
       .arg(variable, QString::number(row));
 }
 
@@ -54,16 +97,15 @@ inline QString columnProducedTwice(const QString& name) {
 
 inline QString unknownCastCode(const QString& alias, QChar code) {
   return QStringLiteral(
-             "Error: The table of variables gives '%1' the type '%2'. It takes F or K (number), U "
+             "The table of variables gives '%1' the type '%2'. It takes F or K (number), U "
              "(text) "
              "or D (date).")
       .arg(alias, QString(code));
 }
 inline QString variableWithoutColumn(long long row) {
   return QStringLiteral(
-             "Error: The table of variables names no column on its row %1. Each row needs an alias "
-             "and a "
-             "column name.")
+             "The table of variables names no column on its row %1 (counted from 0). Each row "
+             "needs an alias and a column name.")
       .arg(row);
 }
 
@@ -79,7 +121,7 @@ inline QString vectorOfWrongSize(const QString& alias) {
 }
 inline QString vectorTableNotRead() {
   return QStringLiteral(
-      "Error: The copy of this action that reads the table on Pin 1 ended without reading it.");
+      "The copy of this action that reads the table on Pin 1 ended without reading it.");
 }
 inline QString nameIsNoText(const QString& nameExpression) {
   return QStringLiteral("Math Parser Error in expression '%1':\nResult is not a string")

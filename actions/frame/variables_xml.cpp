@@ -1,6 +1,8 @@
 #include "actions/frame/variables_xml.h"
 
 #include "actions/frame/attributes.h"
+#include "actions/frame/messages.h"
+#include "host/contract/attribute_reading.h"
 
 namespace kelvarin {
 
@@ -10,6 +12,17 @@ QString attribute(const XMLNode& node, const char16_t* name) {
   QString value = QStringLiteral("");
   readAttribute(node, name, value);
   return value;
+}
+
+// The empty node where there are not so many.
+XMLNode childAt(const XMLNode& parent, const char16_t* name, int index) {
+  for (int i = 0; i < parent.nChildNode(); ++i) {
+    const XMLNode child = parent.getChildNode(i);
+    if (child.name() == QStringView(name) && index-- == 0) {
+      return child;
+    }
+  }
+  return {};
 }
 
 template <typename Read>
@@ -37,7 +50,7 @@ InputVariable readInputVariable(const XMLNode& node) {
   }
   variable.label2 = attribute(node, u"label2");
   readAttribute(node, u"isNumber", variable.isNumber);
-  variable.meta = readMeta(node, variable.meta);
+  variable.meta = readMeta(node, variable.meta, kInputMetas);
   if (variable.isNumber) {
     readAttribute(node, u"value", variable.number);
   } else {
@@ -47,7 +60,7 @@ InputVariable readInputVariable(const XMLNode& node) {
 }
 
 MetaTypeColumn readOutputMeta(const XMLNode& node) {
-  const MetaTypeColumn meta = readMeta(node, MetaTypeColumn::number);
+  const MetaTypeColumn meta = readMeta(node, MetaTypeColumn::number, kOutputMetas);
   const unsigned short* isNumber = node.getAttribute(utf16(u"isNumber"));  // in older files
   if (isNumber != nullptr) {
     return xmltoi(isNumber, 1) != 0 ? MetaTypeColumn::number : MetaTypeColumn::text;
@@ -77,9 +90,21 @@ OutputVariable readOutputVariable(const XMLNode& node, const QStringList& newNam
 
 }  // namespace
 
-MetaTypeColumn readMeta(const XMLNode& node, MetaTypeColumn otherwise) {
-  const QChar code(xmltoc(node.getAttribute(utf16(u"meta")), 0));
+MetaTypeColumn readMeta(const XMLNode& node, MetaTypeColumn otherwise, const char* known) {
+  const unsigned short* text = node.getAttribute(utf16(u"meta"));
+  const QChar code(xmltoc(text, 0));
   const bool isCode = code.unicode() < 0x80 && code.isLetterOrNumber();
+  AttributeReading* reading = AttributeReading::current();
+  if (reading != nullptr && !code.isNull()) {
+    const bool isKnown = QLatin1String(known).contains(code);
+    const bool isAlone = reading->expanded(qString(text)).size() == 1;
+    if (!isKnown || !isAlone) {
+      const bool mayBeDate = QLatin1String(known).contains(u'D');
+      reading->cannotUse(text,
+                         mayBeDate ? messages::kInputMetasInWords : messages::kOutputMetasInWords,
+                         isKnown ? messages::kFirstLetterCounts : messages::kCountsAsText);
+    }
+  }
   return isCode ? static_cast<MetaTypeColumn>(code.unicode()) : otherwise;
 }
 
@@ -152,6 +177,26 @@ void writeOutputVariable(std::wostringstream& out, const OutputVariable& variabl
     out << L"' notes='" << escape.toXML(variable.notes);
   }
   out << L"'>" << elementText(variable.expression) << L"</OutputVar>\n";
+}
+
+XMLNode::Place placeOfInputVariable(const XMLNode& action, int index) {
+  const XMLNode list = action.getChildNode(utf16(kInputVars));
+  return childAt(list.isEmpty() ? action : list, kInputVar, index).place();
+}
+
+XMLNode::Place placeOfOutputVariable(const XMLNode& action, int index) {
+  return childAt(action.getChildNode(utf16(kOutputVars)), kOutputVar, index).place();
+}
+
+std::vector<XMLNode> outputVariableElements(const XMLNode& action) {
+  std::vector<XMLNode> elements;
+  forEachChild(action.getChildNode(utf16(kOutputVars)), kOutputVar,
+               [&](const XMLNode& child) { elements.push_back(child); });
+  return elements;
+}
+
+bool hasExpression(const XMLNode& outputVariable) {
+  return !readExpression(outputVariable).trimmed().isEmpty();
 }
 
 QString missingValueExpression(MetaTypeColumn meta) {

@@ -19,19 +19,20 @@ class AttributesTest(ProgramTest):
 
     def test_what_means_nothing_is_warned_about(self):
         self.write("in.csv", "id,day\n7,x\n")
-        text = graph("<ReadCSV name='in' file='in.csv' sep=';' header='yes' x='1.5' y='2' version='1'>"
+        text = graph("<ReadCSV name='in' file='in.csv' sep=';' x='1.5' y='2' version='1'>"
                      "<Column name='id' meta='F' type='K'/></ReadCSV>\n"
-                     "<FilterRows name='f' refTime='20240101'><Expression>id > 1</Expression>"
-                     "<InputVars><InputVar column='id' lable='a'/></InputVars></FilterRows>\n"
-                     "<writeColumnarGel name='w' file='w.cgel_kelvarin' nRowsInBlock='4.5' colour=''/>",
+                     "<FilterRows name='f' refTime='20240101' elapsedTimeUnit='9'><Expression>id > 1</Expression>"
+                     "<InputVars><InputVar column='id' lable='a' meta='Float'/></InputVars></FilterRows>\n"
+                     "<writeColumnarGel name='w' file='w.cgel_kelvarin' colour=''/>",
                      ["in f", "f w"])
         expected = [
             (2, "in", "the attribute 'sep' is not known in <ReadCSV> and has no effect. Did you mean separator?"),
-            (2, "in", "header='yes' of <ReadCSV> is not 0 or 1; the default is taken."),
             (2, "in", "the attribute 'type' is not known in <Column> and has no effect. Known: name, meta."),
             (2, "f", "the attribute 'refTime' is not known in <FilterRows> and has no effect. Did you mean referenceTime?"),
+            (2, "f", "elapsedTimeUnit='9' of <FilterRows> is not 0 (seconds), 1 (minutes), 2 (hours), 3 (days) or 4 (weeks). With "
+                     "any other unit every elapsed time is 0."),
             (2, "f", "the attribute 'lable' is not known in <InputVar> and has no effect. Did you mean label or label2?"),
-            (2, "w", "nRowsInBlock='4.5' of <writeColumnarGel> is not a whole number; the default is taken.")]
+            (2, "f", "meta='Float' of <InputVar> is not F (number), K (key), U (text) or D (date). Its first letter counts.")]
         log = self.log(text)
         self.assertEqual(log[:-1], expected)
         self.assertIn("'colour' is not known in <writeColumnarGel> and has no effect. Known: name, version, x, y, nThread",
@@ -39,6 +40,34 @@ class AttributesTest(ProgramTest):
         checked = self.kelvarin("check", "g.kelvarin")
         self.assertIn("warning: g.kelvarin:4:1: the attribute 'sep'", checked.stderr)
         self.assertIn("no error found", checked.stdout)
+
+    def test_values_that_cannot_be_used_are_errors(self):
+        def calculator(attributes):
+            return graph(f"<InlineTable name='t'><Column name='a' meta='F'/></InlineTable>\n<Calculator name='c' {attributes}/>"
+                         "<Discard name='d'/>", ["t c", "c d"], [("s", "x")])
+
+        def writer(attributes):
+            return graph(f"<InlineTable name='t'><Column name='a' meta='F'/></InlineTable>\n<writeColumnarGel name='w' "
+                         f"file='w.cgel_kelvarin' {attributes}/>", ["t w"])
+
+        cases = [
+            (calculator("useJIT='maybe'"), "useJIT='maybe' of <Calculator> is not 0 or 1."),
+            (calculator("seed='${s}'"), "seed='${s}' ('x') of <Calculator> is not a whole number."),
+            (calculator("castToKey2='9'"), "castToKey2='9' of <Calculator> is not 0, 1 or 2."),
+            (calculator("dateFormatType='7'"), "is not 0 (as dateFormat says) or one of the locale's formats 1 to 6."),
+            (writer("split='7'"), "split='7' of <writeColumnarGel> is not 0 (one file), 1 (by size) or 2 (by the value of splitVar)."),
+            (writer("columnStrategy='9'"), "is not 0 (one column set), 1 (those listed in ColumnStrategy) or 2"),
+            (writer("nRowsInBlock='0'"), "nRowsInBlock='0' of <writeColumnarGel> is not 1 or more."),
+            (writer("nRowsInBlock='4.5'"), "nRowsInBlock='4.5' of <writeColumnarGel> is not a whole number."),
+            (writer("segmentSize='1e10'"), "segmentSize='1e10' of <writeColumnarGel> is not a number below 2147483648."),
+        ]
+        for text, message in cases:
+            self.write("g.kelvarin", text)
+            for command in ("run", "check"):
+                line = self.kelvarin_json(command, "g.kelvarin", status=1)["log"][0]
+                self.assertIn(message, line["text"])
+                self.assertTrue(line["text"].startswith("g.kelvarin:5:1: "), line["text"])
+                self.assertEqual(line["line"], 5)
 
     def test_known_attributes_are_not(self):
         variable = "<InputVar column='id' label='id' label2='' isNumber='1' meta='U' value='1'/>"

@@ -28,9 +28,9 @@ class CheckTest(ProgramTest):
         self.assertIn("Error: Column 'nope' not found", self.check(one_expression("name='y'", "nope", inputs=["nope"])))
         unknown = self.check(one_expression("name='y'", "f(x)"))
         self.assertIn("Error at position:", unknown)
-        self.assertRegex(unknown, r"g\.kelvarin:\d+:\d+: in the action '\w+' \(Calculator\)")
+        self.assertRegex(unknown, r"g\.kelvarin:\d+:\d+: in the output 'y' of the action 'c' \(Calculator\)")
         self.assertIn("The expression evaluated to a Number and a String was expected",
-                      self.check(one_expression("name='y' meta='U'", "x + 1")))
+                      self.check(one_expression("name='y' meta='U'", "x + 1"), status=0))
 
     def test_faults_of_the_graph(self):
         cycle = graph(calculator("a", [], [("name='y'", "1")]) + calculator("b", [], [("name='z'", "1")]),

@@ -38,7 +38,7 @@ BlockVariable readVariable(const XMLNode& node) {
     readAttribute(node, line.name, variable.*line.member);
   }
   readAttribute(node, u"isNumber", variable.isNumber);
-  variable.meta = readMeta(node, variable.meta);
+  variable.meta = readMeta(node, variable.meta, kInputMetas);
   for (const SampleAttribute& line : kSamples) {
     BlockVariable::Sample& sample = variable.*line.member;
     if (variable.isNumber) {

@@ -2,8 +2,9 @@
 
 #include "columnar/actions/read_messages.h"
 #include "expression/errors/error_texts.h"
+#include "expression/errors/expression_mark.h"
 #include "expression/errors/messages.h"
-#include "expression/help/unknown_name_hint.h"
+#include "expression/help/expression_hint.h"
 
 namespace kelvarin {
 
@@ -77,6 +78,7 @@ void BlockFilterEvaluation::expandNames(const ActionItem& action) {
 
 Status<QString> BlockFilterEvaluation::compile(const ActionItem& action, QString& warning) {
   expandNames(action);
+  m_error = {};
   EvaluationOptions options;
   options.addN = false;  // a block has two row numbers
   options.time = m_filter.time;
@@ -107,18 +109,32 @@ Status<QString> BlockFilterEvaluation::compile(const ActionItem& action, QString
   if (!action.mustComputeFull()) {
     const QString text = m_evaluator.check(output, ResultUse::anyValue);
     const bool isGood = text.isEmpty() || text == QLatin1String(messages::kReferenceUnparsable);
+    m_error = isGood ? ExpressionError{} : m_evaluator.lastFailure().error;
     return isGood ? Status<QString>(Done{}) : failure(text);
   }
   const Status<ExpressionError> compiled = m_evaluator.compile(output, ResultUse::anyValue);
-  return compiled ? Status<QString>(Done{}) : failure(errorTextWithPosition(compiled.error()));
+  if (!compiled) {
+    m_error = compiled.error();
+    return failure(errorTextWithPosition(m_error));
+  }
+  return Done{};
 }
 
-QString BlockFilterEvaluation::hintAt(const QString& failure) const {
-  QStringList names;
-  for (const InputVariable& input : inputs()) {
-    names += input.name();
+QStringList BlockFilterEvaluation::explanations() const {
+  if (m_error.message.isEmpty()) {
+    return {};
   }
-  return unknownNameHint(failure, m_filter.expression, names, {});
+  HintNames names;
+  for (const InputVariable& input : inputs()) {
+    names.variables += input.name();
+  }
+  QStringList explanations{QString::fromLatin1(messages::kHere) + u'\n' +
+                           markedExpression(m_filter.expression, m_error)};
+  explanations.back().replace(u'\n', QStringLiteral("\n    "));
+  if (const QString hint = expressionHint(m_error, m_filter.expression, names); !hint.isEmpty()) {
+    explanations += hint;
+  }
+  return explanations;
 }
 
 Status<QString> BlockFilterEvaluation::bindTo(const GelFile& file) {

@@ -28,9 +28,9 @@ class BlockFilterEvaluation {
   // A check tries the expression with the variables' samples; otherwise it is compiled. `warning`
   // is set when the user should know something.
   Status<QString> compile(const ActionItem& action, QString& warning);
-  // What a name that compile() did not know may have been meant for; empty when it failed at
+  // Where in the expression compile() failed, and what may have been meant; empty when it failed at
   // something else.
-  QString hintAt(const QString& failure) const;
+  QStringList explanations() const;
   // Finds the variables' columns; the error is about one that the file lacks or has otherwise.
   Status<QString> bindTo(const GelFile& file);
   bool wantsBlock(const GelFile& file, const BlockInfo& block);
@@ -57,6 +57,7 @@ class BlockFilterEvaluation {
 
   BlockFilter m_filter;
   std::vector<std::size_t> m_columns;  // of the variables in the current file
+  ExpressionError m_error;  // of compile(); without a message when the expression is right
   ExpressionEvaluator m_evaluator;
   DateContext m_dates;
 };

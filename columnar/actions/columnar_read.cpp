@@ -7,6 +7,7 @@
 #include "columnar/actions/claimed_tables.h"
 #include "columnar/actions/file_list.h"
 #include "columnar/actions/read_messages.h"
+#include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
@@ -263,8 +264,8 @@ bool ColumnarRead::prepareFilter() {
     }
     if (!compiled) {
       (void)fail(compiled.error());
-      if (const QString hint = m_filter.hintAt(compiled.error()); !hint.isEmpty()) {
-        MainUI::addLog(LogLevel::information, hint);
+      for (const QString& explanation : m_filter.explanations()) {
+        logExplanation(explanation);
       }
       return false;
     }

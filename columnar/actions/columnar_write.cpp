@@ -6,7 +6,9 @@
 #include <QFileInfo>
 
 #include "columnar/actions/write_messages.h"
+#include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
+#include "host/contract/missing_column.h"
 #include "host/contract/text_operations.h"
 
 namespace kelvarin {
@@ -105,6 +107,7 @@ bool ColumnarWrite::plan(const OneRow& columns) {
     const int column = columns.getIndexOfColumn(name);
     if (column < 0) {
       m_files->logError(QString::fromLatin1(messages::kTestColumnMissing).arg(logName(), name));
+      logExplanation(missingColumnHint(name, columns.getColNamesDeep()));
       return false;
     }
     m_test.emplace(columns, column, m_action.expandString(m_settings.testValue));
@@ -135,6 +138,7 @@ bool ColumnarWrite::planSplitByValue(const OneRow& columns) {
   m_splitColumn = columns.getIndexOfColumn(name);
   if (m_splitColumn < 0) {
     m_files->logError(QString::fromLatin1(messages::kSplitColumnMissing).arg(logName(), name));
+    logExplanation(missingColumnHint(name, columns.getColNamesDeep()));
     return false;
   }
   m_isSortedOnSplit = isSortedOn(columns, m_splitColumn);

@@ -7,6 +7,7 @@
 #include "columnar/actions/write_messages.h"
 #include "columnar/format/file_names.h"
 #include "host/contract/host_services.h"
+#include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
@@ -134,8 +135,7 @@ void OutputFiles::report(const WriteFailure& failure, const QString& file) const
       logError(QString::fromLatin1(messages::kCannotWriteFile).arg(failure.file));
       break;
   }
-  MainUI::addLog(LogLevel::information,
-                 QString::fromLatin1(messages::kSystemReason).arg(failure.file, failure.reason));
+  logExplanation(QString::fromLatin1(messages::kSystemReason).arg(failure.file, failure.reason));
 }
 
 QString nameForSplit(const QString& file) {

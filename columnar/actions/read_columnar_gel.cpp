@@ -3,6 +3,7 @@
 #include "actions/frame/attributes.h"
 #include "actions/frame/known_elements.h"
 #include "columnar/actions/claimed_tables.h"
+#include "columnar/actions/read_messages.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
@@ -17,6 +18,11 @@ constexpr int kListedColumns = 1;
 // Older hosts refuse a file with a time-out by this version.
 constexpr double kVersionWithTimeOut = 2.3;
 
+constexpr AllowedNumbers kNotNegative{.least = 0, .wanted = "0 or more"};
+constexpr AllowedNumbers kSelections{
+    0, 2, "0 (all columns), 1 (those of ColumnsToRead) or 2 (those named on an input pin)",
+    "Any other value reads all columns."};
+
 constexpr Attribute<Settings> kAttributes[] = {
     attribute<&Settings::fileNameFromPin>(u"fileNameFromPin"),
     attribute<&Settings::accurateProgressBar>(u"accurateProgressBar"),
@@ -24,8 +30,8 @@ constexpr Attribute<Settings> kAttributes[] = {
     attribute<&Settings::skipCorruptedBlocks>(u"skipCorruptedBlocks"),
     attribute<&Settings::filterRows>(u"filterRows"),
     attribute<&Settings::abortIfMissing>(u"abortIfMissing"),
-    attribute<&Settings::blocksAhead>(u"nBlockForward"),
-    attribute<&Settings::columnSelection>(u"columnSelection"),
+    attribute<&Settings::blocksAhead, kNotNegative>(u"nBlockForward"),
+    attribute<&Settings::columnSelection, kSelections>(u"columnSelection"),
     attribute<&Settings::fileName>(u"fileName"),
     attribute<&Settings::timeOutSeconds>(u"timeOut"),
     attribute<&Settings::readAllColumns>(u"readAllColumns"),
@@ -93,6 +99,7 @@ char ReadColumnarGel::init() {
   m_block = nullptr;
   m_read.reset();
   m_names.giveBack();
+  warnOfIdleSettings();
   if (reportUnknownElements(*this, kElements)) {
     return 1;
   }
@@ -117,6 +124,20 @@ QList<UsedFile> ReadColumnarGel::usedFiles() const {
     return {};
   }
   return {usedTable(expandFile(m_settings.fileName), FileUse::reads)};
+}
+
+void ReadColumnarGel::warnOfIdleSettings() const {
+  const bool hasExpression = !m_blockFilter.expression.trimmed().isEmpty();
+  if (hasExpression && !m_settings.filterRows) {
+    MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kFilterOff));
+  } else if (!hasExpression && m_settings.filterRows) {
+    MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kFilterEmpty));
+  }
+  // A dialog keeps a list that is not in use, and a run need not speak of it each time.
+  if (!mustComputeFull() && !m_columnsToRead.isEmpty() &&
+      m_settings.columns() == ReadColumnarSettings::Columns::all) {
+    MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kListOff));
+  }
 }
 
 char ReadColumnarGel::close() {

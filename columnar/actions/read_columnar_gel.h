@@ -37,6 +37,8 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem>, public F
   static bool computeRow(ActionItem* action);
   [[nodiscard]] bool claimFiles();  // false: logged
   // False at the end and after a failure.
+  // A filter that is set but not applied, or the other way round; a list of columns without use.
+  void warnOfIdleSettings() const;
   bool takeNextBlock();
 
   ReadColumnarSettings m_settings;

@@ -12,16 +12,20 @@ inline constexpr char kUnreadableName[] =
 inline constexpr char kUnreadableNameSkipped[] =
     "Warning: Cannot read the name of the Columnar Kelvarin CGel file on input pin??";
 inline constexpr char kNoFileName[] =
-    "ERROR: There is no name of a columnar file to read. Set the attribute 'fileName', or take the "
+    "There is no name of a columnar file to read. Set the attribute 'fileName', or take the "
     "names from the input pin with 'fileNameFromPin'.";
 inline constexpr char kNamesPinNotLinked[] =
-    "ERROR: Nothing is linked to input pin %1, which gives the names of the %2 to read. Link a "
+    "Nothing is linked to input pin %1, which gives the names of the %2 to read. Link a "
     "table to it.";
 inline constexpr char kUnreadableColumnName[] =
-    "ERROR: The table on input pin 1 has no column name on its row %1. Each row names one column "
+    "The table on input pin 1 has no column name on its row %1 (counted from 0). Each row names one column "
     "to read.";
 inline constexpr char kNoColumnListed[] =
-    "ERROR: The list of columns to read is empty. Name at least one column, or read all columns.";
+    "The list of columns to read is empty. Name at least one column, or read all columns.";
+
+inline constexpr char kListOff[] =
+    "The columns listed in ColumnsToRead have no effect without columnSelection='1' or "
+    "readAllColumns='0': all columns are read.";
 
 // Missing files and files that cannot be opened.
 inline constexpr char kWaitingForFile[] =
@@ -41,10 +45,10 @@ inline constexpr char kIncompleteRefused[] =
 inline constexpr char kIncomplete[] = "WARNING: File '%1' is incomplete.";
 
 // Columns.
-inline constexpr char kColumnNotInFile[] = "ERROR: column '%1' not found in file '%2'.";
+inline constexpr char kColumnNotInFile[] = "The column '%1' is not in the file '%2'.";
 inline constexpr char kFilterColumnMissing[] = "ERROR: column '%1' in expression is missing.";
 inline constexpr char kFilterColumnIsText[] =
-    "ERROR: column '%1' in expression holds texts. Give its CInputVar isNumber='0', or meta='D' "
+    "The column '%1' in the block filter holds texts. Give its CInputVar isNumber='0', or meta='D' "
     "when they are dates.";
 
 // Damage: the file, the rows of the damaged block.
@@ -60,10 +64,14 @@ inline constexpr char kTruncated[] =
     "Error: file '%1' is truncated in data-block starting at row %2";
 
 inline constexpr char kNoMemory[] =
-    "ERROR: The memory does not suffice to read file '%1', with blocks of up to %2 rows in %3 "
+    "The memory does not suffice to read file '%1', with blocks of up to %2 rows in %3 "
     "columns. Read fewer columns, or lower nBlockForward.";
 
 // The block filter.
+inline constexpr char kFilterOff[] =
+    "CFilterRows has an expression, but filterRows='1' is not set: every block is read.";
+inline constexpr char kFilterEmpty[] =
+    "filterRows='1' is set, but there is no expression in CFilterRows: every block is read.";
 inline constexpr char kFilterFailed[] = "Columnar Reader Error in the block filter: %1";
 inline constexpr char kDateFormatUnknown[] = "Columnar Reader Error: Date format is unknown";
 inline constexpr char kFilterReferenceUnparsable[] =

@@ -14,12 +14,18 @@ using Settings = WriteColumnarSettings;
 
 constexpr char16_t kColumnStrategy[] = u"ColumnStrategy";
 
+constexpr AllowedNumbers kOneOrMore{.least = 1, .wanted = "1 or more"};
+constexpr AllowedNumbers kNotNegative{.least = 0, .wanted = "0 or more"};
+constexpr AllowedNumbers kStrategies{
+    0, 2, "0 (one column set), 1 (those listed in ColumnStrategy) or 2 (a set for each column)"};
+constexpr AllowedNumbers kSplits{0, 2, "0 (one file), 1 (by size) or 2 (by the value of splitVar)"};
+
 constexpr Attribute<Settings> kAttributes[] = {
     attribute<&Settings::threadCount>(u"nThread"),
-    attribute<&Settings::rowsInBlock>(u"nRowsInBlock"),
-    attribute<&Settings::columnStrategy>(u"columnStrategy"),
-    attribute<&Settings::split>(u"split"),
-    attribute<&Settings::segmentSize>(u"segmentSize"),
+    attribute<&Settings::rowsInBlock, kOneOrMore>(u"nRowsInBlock"),
+    attribute<&Settings::columnStrategy, kStrategies>(u"columnStrategy"),
+    attribute<&Settings::split, kSplits>(u"split"),
+    attribute<&Settings::segmentSize, kNotNegative>(u"segmentSize"),
     attribute<&Settings::splitColumn>(u"splitVar"),
     attribute<&Settings::testColumn>(u"testCol"),
     attribute<&Settings::testValue>(u"testValue"),
@@ -142,6 +148,39 @@ char WriteColumnarGel::close() {
   return isStored ? 0 : 1;
 }
 
+void WriteColumnarGel::checkOutput() {
+  if (reportUnknownElements(*this, kElements)) {
+    failRun();
+  }
+  warnOfSettingsWithoutEffect();
+  const QString file = expandOutputFile(m_settings.file, QString());
+  const bool isNameKnown = !m_settings.advancedNaming || m_settings.split == 0;
+  const QString reason = !isNameKnown || file.isEmpty() ? QString()
+                         : m_settings.createDirectory   ? whyNotCreatable(file)
+                                                        : whyNotWritable(file);
+  if (!reason.isEmpty()) {
+    MainUI::addLog(LogLevel::error, reason);
+    failRun();
+  }
+  if (const OneRow* columns = announcedColumnsOfInPin(0)) {
+    (void)ColumnarWrite(*this, m_settings, m_columnSets, m_names, m_pause).plan(*columns);
+  }
+}
+
+// In a check only: a dialog keeps what is not in use, and a run need not speak of it each time.
+void WriteColumnarGel::warnOfSettingsWithoutEffect() const {
+  const auto warn = [](bool isIdle, const char* text) {
+    if (isIdle) {
+      MainUI::addLog(LogLevel::warning, QString::fromLatin1(text));
+    }
+  };
+  warn(!m_settings.splitColumn.isEmpty() && m_settings.splitKind() != Settings::Split::byValue,
+       messages::kSplitOff);
+  warn(!m_settings.testColumn.isEmpty() && m_settings.writeAllRows, messages::kTestOff);
+  warn(!m_columnSets.empty() && m_settings.columnSets() != Settings::ColumnSets::listed,
+       messages::kStrategyOff);
+}
+
 void WriteColumnarGel::setComputeRoutine() {
   computeRoutine = &WriteColumnarGel::computeFirstRow;
 }
@@ -151,13 +190,6 @@ bool WriteColumnarGel::computeFirstRow(ActionItem* action) {
   self.m_write = std::make_unique<ColumnarWrite>(self, self.m_settings, self.m_columnSets,
                                                  self.m_names, self.m_pause);
   const OneRow* row = self.getNextRowFromInPin(0);
-  if (!self.mustComputeFull()) {
-    const OneRow* columns = self.announcedColumnsOfInPin(0);
-    if (columns != nullptr) {
-      (void)self.m_write->plan(*columns);
-    }
-    return true;
-  }
   if (row == nullptr) {
     self.m_write->endOfRows();
     return true;

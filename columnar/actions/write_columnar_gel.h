@@ -11,10 +11,13 @@
 #include "columnar/actions/write_settings.h"
 #include "host/contract/action_item.h"
 #include "host/contract/claimed_names.h"
+#include "host/contract/output_check.h"
 
 namespace kelvarin {
 
-class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem>, public FileUser {
+class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem>,
+                         public FileUser,
+                         public OutputCheck {
  public:
   WriteColumnarGel(XMLNode node, GlobalParameters* parameters);
 
@@ -26,6 +29,7 @@ class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem>, public
   void setComputeRoutine() override;
   QList<UsedFile> usedFiles() const override;
   QStringList warningsAboutFiles() const override;
+  void checkOutput() override;
 
   // What passes the time of waiting; a test has no patience.
   void setPause(Pause pause) { m_pause = std::move(pause); }
@@ -36,6 +40,7 @@ class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem>, public
   static bool computeFirstRow(ActionItem* action);
   static bool computeRow(ActionItem* action);
   [[nodiscard]] bool claimFiles();  // false: logged
+  void warnOfSettingsWithoutEffect() const;
 
   WriteColumnarSettings m_settings;
   ListedColumnSets m_columnSets;

@@ -12,10 +12,18 @@ inline constexpr char kSystemReason[] =
 inline constexpr char kTooLarge[] =
     "columnarWrite ERROR: decrease number of columns or blocksize.\n";
 inline constexpr char kNoColumnsToWrite[] =
-    "ERROR writing to Kelvarin CGel file '%1': no column of the table is in the column strategy. "
+    "Writing to Kelvarin CGel file '%1': no column of the table is in the column strategy. "
     "Add one, or set columnStrategy to 0.";
 inline constexpr char kNoRowsInBlock[] =
-    "ERROR writing to Kelvarin CGel file '%1': nRowsInBlock is %2. Set it to 1 or more.";
+    "Writing to Kelvarin CGel file '%1': nRowsInBlock is %2. Set it to 1 or more.";
+
+// Settings that others turn off.
+inline constexpr char kSplitOff[] =
+    "splitVar has no effect without split='2': the table is not split by value.";
+inline constexpr char kTestOff[] =
+    "testCol has no effect without writeAllRows='0': every row is written.";
+inline constexpr char kStrategyOff[] =
+    "The columns listed in ColumnStrategy have no effect without columnStrategy='1'.";
 
 // Rows that are tested.
 inline constexpr char kTestColumnMissing[] =
@@ -29,25 +37,25 @@ inline constexpr char kSplitNotSorted[] =
     "variable: The number of splits (i.e. the number of files) is limited to the maximum number "
     "of simultaneous opened file allowed by the OS.\n";
 inline constexpr char kSplitValueReturns[] =
-    "ERROR writing to Kelvarin CGel file '%1': the value '%2' of the split column comes back, "
+    "Writing to Kelvarin CGel file '%1': the value '%2' of the split column comes back, "
     "though the table is declared sorted on that column. Sort the table, or remove the "
     "declaration.";
 inline constexpr char kSplitNamesMeet[] =
-    "ERROR writing to Kelvarin CGel file '%1': two values of the split column, '%2' and '%3', "
+    "Writing to Kelvarin CGel file '%1': two values of the split column, '%2' and '%3', "
     "give this same file name. Rename one of them, or use advancedNaming.";
 inline constexpr char kSplitSideFilesMeet[] =
-    "ERROR writing to Kelvarin CGel file '%1': two values of the split column, '%2' and '%3', "
+    "Writing to Kelvarin CGel file '%1': two values of the split column, '%2' and '%3', "
     "give files that differ only after the last point and so have the same side files. Give the "
     "file an extension, or use advancedNaming.";
 inline constexpr char kMissingValue[] = "(missing)";
 inline constexpr char kNamingFailed[] =
-    "ERROR writing to Kelvarin CGel file '%1': the naming expression '%2' cannot be used: %3";
+    "Writing to Kelvarin CGel file '%1': the naming expression '%2' cannot be used: %3";
 
 // What is there already.
 inline constexpr char kForeignFile[] =
     "The file '%1' is no columnar file, and it is replaced by one. Is the name right?";
 inline constexpr char kSideFilesOfAnother[] =
-    "ERROR writing to Kelvarin CGel file '%1': the columnar file '%2' has side files of the same "
+    "Writing to Kelvarin CGel file '%1': the columnar file '%2' has side files of the same "
     "names, which would be lost. Give this one another name before its last point, or remove the "
     "other with its side files.";
 inline constexpr char kOldFileStays[] =
@@ -56,17 +64,17 @@ inline constexpr char kOldFileStays[] =
 
 // Files that take the place of others at the end.
 inline constexpr char kJournalDamaged[] =
-    "ERROR writing to Kelvarin CGel file '%1': an earlier table was taking its place, and the list "
+    "Writing to Kelvarin CGel file '%1': an earlier table was taking its place, and the list "
     "of what is left to do, '%2', is damaged. Look at the files, and remove the list when they can "
     "be replaced.";
 inline constexpr char kExchangeUnfinished[] =
-    "ERROR writing to Kelvarin CGel file '%1': an earlier table is taking its place, and this "
+    "Writing to Kelvarin CGel file '%1': an earlier table is taking its place, and this "
     "cannot be finished: %2.";
 inline constexpr char kNotExchanged[] =
-    "ERROR writing to Kelvarin CGel file '%1': the new table could not take its place: %2. The file "
+    "Writing to Kelvarin CGel file '%1': the new table could not take its place: %2. The file "
     "is as it was.";
 inline constexpr char kExchangeLeft[] =
-    "ERROR writing to Kelvarin CGel file '%1': the new table is whole, but not all of its files "
+    "Writing to Kelvarin CGel file '%1': the new table is whole, but not all of its files "
     "could take their names: %2. Whoever opens the file next goes on with it.";
 
 // The previous file.

@@ -68,9 +68,20 @@ mup::Value valueOf(const NamedConstant& constant) {
                                            : utf8(constant.text));
 }
 
+// The library quotes texts, and the bytes of a null text are nothing to show.
+std::string withNullsNamed(std::string text) {
+  const std::string quoted = '"' + std::string(kNullTextBytes) + '"';
+  for (const std::string_view bytes : {std::string_view(quoted), kNullTextBytes}) {
+    for (std::size_t at = text.find(bytes); at != std::string::npos; at = text.find(bytes)) {
+      text.replace(at, bytes.size(), "null");
+    }
+  }
+  return text;
+}
+
 // What the library was given in place of what the user wrote.
 QString asWritten(const std::string& text) {
-  QString written = withoutMarks(QString::fromStdString(text));
+  QString written = withoutMarks(QString::fromStdString(withNullsNamed(text)));
   for (const jit::Unit& unit : jit::kUnits) {
     const auto length = static_cast<qsizetype>(unit.text.size());
     written.replace(markedUnit(unit), QString::fromLatin1(unit.text.data(), length));

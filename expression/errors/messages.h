@@ -34,6 +34,25 @@ inline constexpr char kReferenceUnparsable[] =
 inline constexpr char kUndefinedTokenPhrase[] = "Undefined token";
 inline constexpr char kConversionPhrase[] = "There is no implicit conversion to type";
 
+// Behind the text of an error, to lead to its cause.
+inline constexpr char kHere[] = "Here:";
+inline constexpr char kExpression[] = "The expression:";
+inline constexpr char kCut[] = "...";
+inline constexpr char kValuesOfRow[] = "On data row %1 (counted from 0): %2";
+inline constexpr char kSampleValues[] = "Checked with the sample values %1.";
+inline constexpr char kTry[] = "Try it: %1";
+inline constexpr char kNumberBecomesText[] =
+    "A run writes the number as its shortest text. Write meta='F' for a column of numbers, or make "
+    "the text yourself, for instance with ftoa.";
+inline constexpr char kSampleMayDiffer[] =
+    "A row that fails so stops the run. Where it depends on the values, give the input variables "
+    "sample values (attribute 'value') like those of your rows.";
+inline constexpr char kFailedRowsGoOn[] =
+    "The run goes on behind such rows, as abortWhenError='0' asks for.";
+inline constexpr char kKeyCastAdvice[] =
+    "Keys are whole numbers from 0 to 4294967293. Let castToKey1 (out of range) or castToKey2 "
+    "(fractions) be 0 (the key 0, or cut off) or 1 (missing) to go on with such rows.";
+
 // What a back-end refuses before its library sees it.
 inline constexpr char kTooLong[] =
     "The expression is too long: it has %1 characters, and at most 10000 are possible (19999 where "

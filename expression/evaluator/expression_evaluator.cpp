@@ -11,6 +11,7 @@
 
 #include "expression/backends/string_backend.h"
 #include "expression/errors/error_texts.h"
+#include "expression/errors/expression_mark.h"
 #include "expression/errors/messages.h"
 #include "expression/evaluator/backend_choice.h"
 #include "expression/evaluator/constants.h"
@@ -129,10 +130,11 @@ struct ExpressionEvaluator::State {
         compileWithFirstFit(withoutEmptiness(variable, use), rules,
                             ExpressionScope{variables, constants, functions}, stringBackend);
     if (!compiled) {
-      return Failure{compiled.error()};
+      return Failure{withPosition(compiled.error(), variable.expression)};
     }
     auto made = std::make_unique<ExpressionOutput>();
     made->name = variable.name;
+    made->text = variable.expression;
     made->meta = variable.meta;
     made->use = use;
     made->expression = std::move(*compiled);
@@ -140,11 +142,15 @@ struct ExpressionEvaluator::State {
     return made;
   }
 
-  QString nameOf(const ExpressionOutput& output) const {
-    const auto place = std::find_if(outputs.begin(), outputs.end(),
+  int indexOf(const ExpressionOutput& output) const {
+    const auto found = std::find_if(outputs.begin(), outputs.end(),
                                     [&](const auto& other) { return other.get() == &output; });
+    return static_cast<int>(found - outputs.begin());
+  }
+
+  QString nameOf(const ExpressionOutput& output) const {
     const auto index = static_cast<std::size_t>(element) * outputs.size() +
-                       static_cast<std::size_t>(place - outputs.begin());
+                       static_cast<std::size_t>(indexOf(output));
     return elementNames.value(static_cast<qsizetype>(index), output.name);
   }
 
@@ -159,8 +165,12 @@ struct ExpressionEvaluator::State {
   }
 
   RowOutcome fail(const ExpressionOutput& output, const ExpressionError& error) {
-    lastFailure = {RowFailure::Kind::evaluation, nameOf(output), error, output.expression->kind(),
-                   0.0};
+    lastFailure = {RowFailure::Kind::evaluation,
+                   nameOf(output),
+                   withPosition(error, output.text),
+                   output.expression->kind(),
+                   0.0,
+                   indexOf(output)};
     failures.add(lastFailure.name, error.message, variables.rowNumber());
     return options.abortWhenError ? RowOutcome::stop : RowOutcome::failed;
   }
@@ -171,9 +181,17 @@ struct ExpressionEvaluator::State {
   }
 
   RowOutcome failToCast(const ExpressionOutput& output, double number) {
-    lastFailure = {
-        RowFailure::Kind::keyCast, nameOf(output), {}, output.expression->kind(), number};
+    lastFailure = {RowFailure::Kind::keyCast,  nameOf(output), {},
+                   output.expression->kind(), number,         indexOf(output)};
     return RowOutcome::stop;
+  }
+
+  // Of an expression that is only tried.
+  QString checkFailed(const OutputVariable& output, const ExpressionError& error) {
+    lastFailure = {};
+    lastFailure.name = output.name;
+    lastFailure.error = withPosition(error, output.expression);
+    return checkErrorText(lastFailure.error);
   }
 
   void setText(std::size_t input, const QString& value) {
@@ -301,13 +319,13 @@ QString ExpressionEvaluator::check(const OutputVariable& output, ResultUse use) 
   state.takeSamples();
   State::MadeOutput made = state.makeOutput(output, use);
   if (!made) {
-    return checkErrorText(made.error());
+    return state.checkFailed(output, made.error());
   }
   state.stringBackend.load(state.variables);
   CompiledExpression& expression = *(*made)->expression;
   EvaluatedValue value;
   if (!expression.evaluate(value)) {
-    return checkErrorText(expression.error());
+    return state.checkFailed(output, expression.error());
   }
   state.checkWarnings = warningsOfCheck(output.name, expression.textArguments());
   const QString wrongType =
@@ -427,13 +445,17 @@ QString ExpressionEvaluator::displayText(int variable) const {
 }
 
 QStringList ExpressionEvaluator::closingWarnings() const {
+  return closingWarnings(messages::kFailedEvaluations);
+}
+
+QStringList ExpressionEvaluator::closingWarnings(const char* failedRows) const {
   QStringList warnings = m_state->binding.warnings();
   for (const auto& output : m_state->outputs) {
     warnings += warningsOfRun(output->name, output->expression->textArguments());
   }
   const FailureCount& failures = m_state->failures;
   if (failures.count > 0) {
-    warnings += QString::fromUtf8(messages::kFailedEvaluations)
+    warnings += QString::fromUtf8(failedRows)
                     .arg(QString::number(failures.count), failures.firstName,
                          QString::number(failures.firstRow, 'f', 0), failures.firstMessage);
   }

@@ -46,6 +46,7 @@ struct RowFailure {
   ExpressionError error;  // for evaluation
   BackendKind backend = BackendKind::string;
   double value = 0.0;  // for keyCast
+  int output = -1;     // its index; -1 for nullKey
 };
 
 // A result with the type it came with.
@@ -92,7 +93,8 @@ class ExpressionEvaluator {
   BackendKind backend(int output) const;
 
   // Compiles as compile() does and evaluates once with the variables' samples, as the check of an
-  // editor. Gives the text to show, empty when nothing is wrong.
+  // editor. Gives the text to show, empty when nothing is wrong; lastFailure() has the error, if the
+  // expression failed.
   QString check(const OutputVariable& output, ResultUse use = ResultUse::column);
 
   // What the last check() found that is no error.
@@ -157,7 +159,8 @@ class ExpressionEvaluator {
   QString displayText(int variable) const;
 
   // What the user should know at the end of a run: values that were no numbers, texts in functions
-  // of numbers, rows that failed.
+  // of numbers, and rows that failed, with a text of messages.h about what became of those.
+  QStringList closingWarnings(const char* failedRows) const;
   QStringList closingWarnings() const;
 
  private:

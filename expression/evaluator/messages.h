@@ -34,11 +34,15 @@ inline constexpr char kTextArgumentsOfRun[] =
 // At the end of a run.
 inline constexpr char kNotANumber[] =
     "Column '%1' is a text column used as a number: %2 value(s) were no numbers and counted as "
-    "missing, the first one on data row %3.";
+    "missing, the first one on data row %3 (counted from 0).";
 inline constexpr char kMoreNotNumbers[] =
     "%1 more column(s) of the variable '%2' are text columns used as numbers: %3 value(s) were no "
     "numbers and counted as missing.";
 inline constexpr char kFailedEvaluations[] =
-    "%1 evaluation(s) failed and gave no value. The first was expression '%2' on data row %3: %4";
+    "%1 evaluation(s) failed and gave no value. The first was expression '%2' on data row %3 "
+    "(counted from 0): %4";
+inline constexpr char kFailedFilterRows[] =
+    "%2: the expression failed on %1 row(s), which went to output pin 1 (the second pin), as rows "
+    "do for which it is false. The first was data row %3 (counted from 0): %4";
 
 }  // namespace kelvarin::messages

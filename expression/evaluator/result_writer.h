@@ -18,6 +18,7 @@ namespace kelvarin {
 
 struct ExpressionOutput {
   QString name;
+  QString text;  // as the user wrote it
   MetaTypeColumn meta = MetaTypeColumn::number;
   ResultUse use = ResultUse::column;
   std::unique_ptr<CompiledExpression> expression;

@@ -23,7 +23,7 @@ constexpr ForeignName kNames[] = {
     {"COALESCE", {"nvl"}, "For more than two values: nvl(a, nvl(b, c))"},
     {"ZN", {"nvl"}, "nvl(x, 0)"},
     {"NULLIF", {"?:"}, "(x == y ? _null : x)"},
-    {"NULL", {"_null", "_nullS"}},
+    {"NULL", {"_null", "_nullS"}, "isNull(x) asks whether a value is missing."},
     {"NA", {"_null"}},
     {"ISNA", {"isNull"}},
     {"ISBLANK", {"isMissing"}},

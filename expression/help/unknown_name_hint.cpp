@@ -14,11 +14,14 @@ namespace {
 constexpr char kColumnWithoutVariable[] =
     "'%1' is a column of the input but not an input variable of this action. Add <InputVar column='%1'/>.";
 constexpr char kOtherName[] = "There is no '%1' in expressions; use %2.";
+constexpr char kOtherNameWithAdvice[] = "There is no '%1' in expressions; use %2. %3";
 constexpr char kAdvice[] = "There is no '%1' in expressions: %2";
 constexpr char kClockOff[] = "'%1' is offered when the action says add%2='1'.";
 constexpr char kNearNames[] = "'%1' is neither an input variable nor part of the language. Did you mean %2?";
 constexpr char kNothingNear[] =
-    "'%1' is neither an input variable nor part of the language, which 'kelvarin functions' lists.";
+    "'%1' is neither an input variable nor part of the language, which 'kelvarin functions' lists. A text of that "
+    "wording is written \"%1\".";
+constexpr char kVariables[] = " The variables are: %1.";
 
 // A name that the library did not find, or an unknown function's: the library trips over its bracket.
 QString unknownName(const QString& failure, const QString& expression) {
@@ -62,7 +65,7 @@ QString joinedNames(const std::vector<const LanguageEntry*>& entries) {
 QString unknownNameHint(const QString& failure, const QString& expression, const QStringList& variables,
                         const QStringList& columns) {
   const QString name = unknownName(failure, expression);
-  if (name.isEmpty()) {
+  if (name.isEmpty() || !(name.front().isLetter() || name.front() == u'_')) {
     return {};
   }
   if (columns.contains(name) && !variables.contains(name)) {
@@ -75,7 +78,10 @@ QString unknownNameHint(const QString& failure, const QString& expression, const
     return hintForKnownName(name);
   }
   if (!match.entries.empty()) {
-    return text(kOtherName, name, joinedNames(match.entries));
+    const QString names = joinedNames(match.entries);
+    return match.advice == nullptr ? text(kOtherName, name, names)
+                                   : QString::fromLatin1(kOtherNameWithAdvice)
+                                         .arg(name, names, QString::fromUtf8(match.advice));
   }
   if (match.advice != nullptr) {
     return text(kAdvice, name, QString::fromUtf8(match.advice));
@@ -83,13 +89,20 @@ QString unknownNameHint(const QString& failure, const QString& expression, const
   QStringList known = variables + columns;
   for (const LanguageEntry& entry : languageEntries()) {
     for (const std::string& entryName : entry.names) {
-      known += QString::fromStdString(entryName);
+      const QString entryText = QString::fromStdString(entryName);
+      const bool isSign = !entryText.front().isLetter() && entryText.front() != u'_';
+      known += isSign ? QStringList() : QStringList{entryText};
     }
   }
   known.removeDuplicates();
   const QStringList near = nearestNames(name, known);
-  return near.isEmpty() ? text(kNothingNear, name)
-                        : text(kNearNames, name, near.join(QLatin1String(" or ")));
+  if (!near.isEmpty()) {
+    return text(kNearNames, name, near.join(QLatin1String(" or ")));
+  }
+  constexpr qsizetype kFew = 20;
+  const bool areShown = !variables.isEmpty() && variables.size() <= kFew;
+  return text(kNothingNear, name) +
+         (areShown ? text(kVariables, variables.join(QLatin1String(", "))) : QString());
 }
 
 }  // namespace kelvarin

@@ -1,6 +1,6 @@
 // What a user may have meant by a name that an expression's back-end does not know.
 //
-// Used by actions/frame, after the error that names it.  Threads: any.
+// Used by expression_hint.h.  Threads: any.
 #pragma once
 
 #include <QString>

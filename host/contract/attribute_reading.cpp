@@ -50,9 +50,10 @@ void AttributeReading::addFindings(const XMLNode& element, std::vector<Finding>&
   for (int i = 0; i < element.nAttribute(); ++i) {
     const QString name = element.attributeName(i);
     if (!known->contains(name)) {
-      found.push_back({element, name, *known, nullptr});
-    } else if (const char* wanted = m_unusable.value(element.getAttribute(name.utf16()))) {
-      found.push_back({element, name, {}, wanted});
+      found.push_back({element, name, *known});
+    } else if (const OddValue odd = m_odd.value(element.getAttribute(name.utf16()));
+               odd.wanted != nullptr) {
+      found.push_back({element, name, {}, odd.wanted, odd.effect});
     }
   }
 }

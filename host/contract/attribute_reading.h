@@ -25,6 +25,7 @@ class KELVARIN_CORE AttributeReading {
     QString attribute;
     QStringList known;  // of the element; empty when the attribute is known but not its value
     const char* wanted = nullptr;  // what the value should have been
+    const char* effect = nullptr;  // what the value does; null: it cannot be used
   };
 
   explicit AttributeReading(const GlobalParameters& parameters) : m_parameters(parameters) {}
@@ -45,7 +46,10 @@ class KELVARIN_CORE AttributeReading {
   static AttributeReading* current();
 
   void ask(const QString& element, QStringView attribute);
-  void cannotUse(const unsigned short* value, const char* wanted) { m_unusable[value] = wanted; }
+  // `effect`, where the value has one nevertheless. Both texts outlive the reading.
+  void cannotUse(const unsigned short* value, const char* wanted, const char* effect = nullptr) {
+    m_odd[value] = {wanted, effect};
+  }
   QString expanded(const QString& value) const { return m_parameters.expandString2(value); }
 
   // About `element` and what it contains, in the order of the file. Elements that nobody has asked
@@ -57,7 +61,11 @@ class KELVARIN_CORE AttributeReading {
 
   const GlobalParameters& m_parameters;
   QHash<QString, QStringList> m_known;                   // attributes by element
-  QHash<const unsigned short*, const char*> m_unusable;  // by value, an attribute's own text
+  struct OddValue {
+    const char* wanted = nullptr;
+    const char* effect = nullptr;
+  };
+  QHash<const unsigned short*, OddValue> m_odd;  // by value, an attribute's own text
 };
 
 }  // namespace kelvarin

@@ -13,6 +13,10 @@ std::atomic<HostServices*> installedServices{nullptr};
 HostServices::~HostServices() = default;
 void HostServices::backendsChosen(const ActionItem&, const QStringList&) {}
 void HostServices::columnsNamed(const ActionItem&, const QStringList&) {}
+void HostServices::logDetailed(LogLevel level, const QString& text, const ActionItem* action,
+                               const LogDetails&) {
+  log(level, text, action);
+}
 bool HostServices::outOfDiskSpace(const QString&, int, bool) {
   return false;
 }
@@ -37,6 +41,20 @@ HostServices* installHostServices(HostServices* services) {
 
 HostServices* hostServices() {
   return installedServices.load();
+}
+
+void logWithDetails(LogLevel level, const QString& text, const LogDetails& details) {
+  if (HostServices* services = hostServices()) {
+    services->logDetailed(level, text, CurrentAction::get(), details);
+    return;
+  }
+  MainUI::addLog(level, text);
+}
+
+void logExplanation(const QString& text) {
+  LogDetails details;
+  details.explains = true;
+  logWithDetails(LogLevel::information, text, details);
 }
 
 thread_local const ActionItem* CurrentAction::s_action = nullptr;

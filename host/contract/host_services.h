@@ -7,6 +7,7 @@
 #include <functional>
 
 #include "host/contract/action_item.h"
+#include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 
 class EngineRunner;
@@ -34,6 +35,9 @@ class KELVARIN_CORE HostServices {
   // In a check, the new columns of an action that computes their names, so that a user sees them
   // before a run.
   virtual void columnsNamed(const ActionItem& action, const QStringList& names);
+  // log() with what the text is about; a program that has no use for it gets the text alone.
+  virtual void logDetailed(LogLevel level, const QString& text, const ActionItem* action,
+                           const LogDetails& details);
 };
 
 // Gives the one installed before. Null takes the services away.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace kelvarin::messages {
 
@@ -29,6 +30,11 @@ inline QString notWellFormed(const QString& reason) {
 inline QString notWellFormedInside(const QString& reason, const QString& element, long long line) {
   return QStringLiteral("The XML is not well formed: %1 (inside <%2>, which opens at line %3)")
       .arg(reason, element, QString::number(line));
+}
+inline QString bareSign() {
+  return QStringLiteral(
+      ". In the text of an element, write & as &amp; and < as &lt;, or wrap the text: "
+      "<![CDATA[a < 5 && b > 2]]>");
 }
 inline QString elementNotClosed(const QString& element, long long line) {
   return QStringLiteral("The file ends before <%1>, which opens at line %2, is closed.")
@@ -96,6 +102,40 @@ inline QString replacesSource(const QString& writer, const QString& written, con
              "The action '%1' would replace what the action '%2' of this graph reads: %3. Write to "
              "another file.")
       .arg(writer, reader, sameFiles(written, read));
+}
+
+inline QString noSuchColumn(const QString& name) {
+  return QStringLiteral("The table has no column '%1'.").arg(name);
+}
+inline QString noColumnNamed() {
+  return QStringLiteral("No column is named where one is needed.");
+}
+inline QString noColumns() {
+  return QStringLiteral(" It has no columns at all.");
+}
+inline QString columnsMeant(const QStringList& near) {
+  return QStringLiteral(" Did you mean '%1'?").arg(near.join(QStringLiteral("' or '")));
+}
+inline QString allColumns(const QStringList& columns) {
+  return QStringLiteral(" The table's columns: '%1'.").arg(columns.join(QStringLiteral("', '")));
+}
+inline QString columnCount(qsizetype count) {
+  return QStringLiteral(" It has %1 columns; 'kelvarin check' lists them.").arg(count);
+}
+
+inline QString fileIsFolder(const QString& file) {
+  return QStringLiteral("\"%1\" cannot be written: it is a folder.").arg(file);
+}
+inline QString folderMissing(const QString& file, const QString& folder) {
+  return QStringLiteral("\"%1\" cannot be written: there is no folder \"%2\". Create it first.")
+      .arg(file, folder);
+}
+inline QString folderIsNone(const QString& file, const QString& folder) {
+  return QStringLiteral("\"%1\" cannot be written: \"%2\" is no folder.").arg(file, folder);
+}
+inline QString folderNotWritable(const QString& file, const QString& folder) {
+  return QStringLiteral("\"%1\" cannot be written: the folder \"%2\" may not be written to.")
+      .arg(file, folder);
 }
 
 inline QString notARegularFile(const QString& path) {

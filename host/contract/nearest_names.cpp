@@ -42,9 +42,12 @@ QStringList nearestNames(const QString& name, const QStringList& known) {
   }
   std::vector<std::pair<qsizetype, QString>> near;
   for (const QString& candidate : known) {
-    const qsizetype letters = std::max(name.size(), candidate.size());
-    const qsizetype difference = distance(name.toLower(), candidate.toLower());
-    if (candidate.size() <= kLongestName && difference <= std::max<qsizetype>(1, letters / 3)) {
+    const auto [fewer, more] = std::minmax({name.size(), candidate.size()});
+    const qsizetype difference =
+        distance(name.trimmed().toLower(), candidate.trimmed().toLower());
+    const bool sharesLetters = difference < fewer;  // else any letter would be near to any other
+    if (candidate.size() <= kLongestName && difference <= std::max<qsizetype>(1, more / 3) &&
+        (sharesLetters || difference == 0)) {
       near.emplace_back(difference, candidate);
     }
   }

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 
 #include <QStringDecoder>
@@ -103,6 +104,15 @@ class TreeBuilder {
     open.run.clear();
   }
 
+  // The reader stops at a sign of an expression that markup needs for itself, or right behind it.
+  bool stopsAtBareSign() const {
+    constexpr qsizetype kBehind = 2;
+    const qsizetype offset = std::min<qsizetype>(m_reader.characterOffset(), m_scanned.text.size());
+    const QStringView nearby =
+        QStringView(m_scanned.text).first(offset).last(std::min(kBehind, offset));
+    return nearby.contains(u'&') || (nearby.contains(u'<') && !nearby.endsWith(u'/'));
+  }
+
   QString whatIsWrong() const {
     if (m_open.empty()) {
       return m_document->elements.empty() &&
@@ -113,7 +123,8 @@ class TreeBuilder {
     const XmlElement& open = *m_open.back().element;
     return m_reader.error() == QXmlStreamReader::PrematureEndOfDocumentError
                ? messages::elementNotClosed(open.name, open.place.line)
-               : messages::notWellFormedInside(m_reader.errorString(), open.name, open.place.line);
+               : messages::notWellFormedInside(m_reader.errorString(), open.name, open.place.line) +
+                     (stopsAtBareSign() ? messages::bareSign() : QString());
   }
 
   const ScannedXml& m_scanned;

@@ -6,6 +6,8 @@
 #include <chrono>
 #include <deque>
 
+#include "host/contract/host_services.h"
+#include "host/contract/output_check.h"
 #include "host/engine/file_check.h"
 #include "host/engine/graph_execution.h"
 #include "host/engine/recording_services.h"
@@ -54,6 +56,61 @@ void checkActions(const GraphExecution& execution) {
   }
 }
 
+// Has columns, and no rows.
+class CheckedPin final : public InputPin {
+ public:
+  CheckedPin(const OutputPin& upstream, ActionItem& action)
+      : m_upstream(upstream), m_action(action) {}
+
+  const OneRow* next() override { return nullptr; }
+  const OneRow* announcedColumns() override {
+    return m_upstream.isAnnounced ? &m_upstream.row : nullptr;
+  }
+  ActionItem* upstreamAction() const override { return &m_action; }
+
+ private:
+  const OutputPin& m_upstream;
+  ActionItem& m_action;
+};
+
+bool isSink(const ActionItem& item) {
+  return item.endpoint() == ActionItem::Endpoint::writer;
+}
+
+std::vector<ActionPorts> portsOfSinks(const Graph& graph, const GraphExecution& execution) {
+  std::vector<ActionPorts> ports(graph.actions.size());
+  for (std::size_t i = 0; i < ports.size(); ++i) {
+    const ActionItem& item = *graph.actions[i].item;
+    ports[i].inputs.resize(isSink(item) ? static_cast<std::size_t>(item.inputPinCount()) : 0);
+  }
+  for (const GraphLink& link : graph.links) {
+    auto& inputs = ports[static_cast<std::size_t>(link.to)].inputs;
+    RunningAction* upstream = inputs.empty() ? nullptr : execution.action(link.from);
+    if (upstream != nullptr) {
+      inputs[static_cast<std::size_t>(link.toPin)] =
+          std::make_unique<CheckedPin>(upstream->output(link.fromPin), upstream->item());
+    }
+  }
+  return ports;
+}
+
+// Sinks are not opened; those that can be checked without are.
+void checkSinks(const Graph& graph, const GraphExecution& execution,
+                std::deque<RunRecord>& records) {
+  std::vector<ActionPorts> ports = portsOfSinks(graph, execution);
+  for (std::size_t i = 0; i < graph.actions.size(); ++i) {
+    ActionItem& item = *graph.actions[i].item;
+    auto* sink = dynamic_cast<OutputCheck*>(&item);
+    if (sink == nullptr || !isSink(item)) {
+      continue;
+    }
+    const CurrentAction onBehalf(&item);
+    item.attach(&records[i], &ports[i]);
+    sink->checkOutput();
+    item.attach(nullptr, nullptr);
+  }
+}
+
 }  // namespace
 
 RunResult checkGraph(Graph& graph, RunRecord& record, const ExecutionOptions& options) {
@@ -69,12 +126,12 @@ RunResult checkGraph(Graph& graph, RunRecord& record, const ExecutionOptions& op
   std::vector<RunRecord*> parts;
   for (std::size_t i = 0; i < graph.actions.size(); ++i) {
     records[i].mustComputeFull = computesInFull[i];
-    const bool isSink = graph.actions[i].item->endpoint() == ActionItem::Endpoint::writer;
-    parts.push_back(isSink ? nullptr : &records[i]);
+    parts.push_back(isSink(*graph.actions[i].item) ? nullptr : &records[i]);
   }
   GraphExecution execution(graph, parts, record, options);
   (void)execution.open();  // an action that refuses has failed its record; the others go on
   checkActions(execution);
+  checkSinks(graph, execution, records);
   for (RunRecord& part : records) {
     part.endNormally();
   }

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "host/contract/host_services.h"
-#include "host/contract/main_ui.h"
 #include "host/engine/messages.h"
 
 namespace kelvarin {
@@ -24,9 +23,11 @@ bool needsFirstPin(const ActionItem& item) {
   return item.inputPinCount() > 0 && item.endpoint() != ActionItem::Endpoint::reader;
 }
 
-void warn(const ActionItem& item, const QString& text) {
+void warn(const ActionItem& item, const QString& text, XMLNode::Place place = {}) {
   const CurrentAction onBehalf(&item);
-  MainUI::addLog(LogLevel::warning, text);
+  LogDetails details;
+  details.place = place;
+  logWithDetails(LogLevel::warning, text, details);
 }
 
 }  // namespace
@@ -112,7 +113,7 @@ std::vector<bool> actionsUpstreamOf(const Graph& graph, int action) {
 
 void tellWarnings(const Graph& graph) {
   for (const GraphWarning& warning : graph.warnings) {
-    warn(*graph.actions[at(warning.action)].item, warning.text);
+    warn(*graph.actions[at(warning.action)].item, warning.text, warning.place);
   }
   for (std::size_t i = 0; i < graph.actions.size(); ++i) {
     const GraphAction& action = graph.actions[i];

@@ -36,6 +36,7 @@ struct GraphLink {
 struct GraphWarning {
   int action = -1;
   QString text;  // with its place
+  XMLNode::Place place;
 };
 
 struct Graph {

@@ -38,6 +38,9 @@ QStringList attributesMeantBy(const QString& name, const QStringList& known) {
   if (meant.isEmpty()) {
     std::copy_if(known.begin(), known.end(), std::back_inserter(meant),
                  [&name](const QString& full) { return isShortFor(full, name); });
+    std::sort(meant.begin(), meant.end(), [](const QString& left, const QString& right) {
+      return left.size() < right.size();
+    });
   }
   return meant;
 }
@@ -205,10 +208,10 @@ void GraphDocument::readAction(const XMLNode& node) {
     item.reset(entry->prototype->createFromXML(node, m_graph.settings.get()));
   }
   m_graph.actions.push_back({name, node.place(), std::move(item)});
-  warnOfAttributes(node, reading);
+  reportAttributes(node, reading);
 }
 
-void GraphDocument::warnOfAttributes(const XMLNode& action, const AttributeReading& reading) {
+void GraphDocument::reportAttributes(const XMLNode& action, const AttributeReading& reading) {
   static const QStringList kHosts{QStringLiteral("name"), QStringLiteral("version")};
   static const QStringList kPlace{QStringLiteral("x"), QStringLiteral("y")};
   const int index = static_cast<int>(m_graph.actions.size()) - 1;
@@ -219,16 +222,34 @@ void GraphDocument::warnOfAttributes(const XMLNode& action, const AttributeReadi
     if (isOfAction && (kHosts.contains(finding.attribute) || finding.known == kPlace)) {
       continue;
     }
-    const QString text =
-        finding.wanted == nullptr
-            ? engine_messages::attributeIgnored(finding.attribute, node.name(),
-                                                attributesMeantBy(finding.attribute, finding.known),
-                                                isOfAction ? kHosts + finding.known : finding.known)
-            : engine_messages::valueIgnored(finding.attribute,
-                                            qString(node.getAttribute(finding.attribute.utf16())),
-                                            node.name(), QString::fromLatin1(finding.wanted));
-    m_graph.warnings.push_back({index, GraphError{m_graph.file, node.place(), text}.text()});
+    if (finding.wanted != nullptr) {
+      judgeValue(index, finding);
+      continue;
+    }
+    const QString text = engine_messages::attributeIgnored(
+        finding.attribute, node.name(), attributesMeantBy(finding.attribute, finding.known),
+        isOfAction ? kHosts + finding.known : finding.known);
+    warn(index, node, text);
   }
+}
+
+// A value without any effect is an error: the user meant something by it.
+void GraphDocument::judgeValue(int action, const AttributeReading::Finding& finding) {
+  const XMLNode& node = finding.element;
+  const QString value = qString(node.getAttribute(finding.attribute.utf16()));
+  const QString text = engine_messages::oddValue(
+      finding.attribute, value, m_graph.settings->expandString2(value), node.name(),
+      QString::fromLatin1(finding.wanted));
+  if (finding.effect == nullptr) {
+    refuse(node, text);
+    return;
+  }
+  warn(action, node, text + u' ' + QString::fromLatin1(finding.effect));
+}
+
+void GraphDocument::warn(int action, const XMLNode& node, const QString& message) {
+  m_graph.warnings.push_back(
+      {action, GraphError{m_graph.file, node.place(), message}.text(), node.place()});
 }
 
 void GraphDocument::checkParameterNames(const XMLNode& action) {

@@ -37,8 +37,10 @@ class GraphDocument {
   void readActions(const XMLNode& node);
   void readAction(const XMLNode& node);
   void checkParameterNames(const XMLNode& action);
-  // Attributes of the last action that mean nothing.
-  void warnOfAttributes(const XMLNode& action, const AttributeReading& reading);
+  // Attributes of the last action that mean nothing are warnings, values that do are errors.
+  void reportAttributes(const XMLNode& action, const AttributeReading& reading);
+  void judgeValue(int action, const AttributeReading::Finding& finding);
+  void warn(int action, const XMLNode& node, const QString& message);
   void readLinks(const XMLNode& node);
   void readLink(const XMLNode& node);
   EndOfLink endOfLink(const XMLNode& node, const char16_t* nameOfAction, const char16_t* nameOfPin,

@@ -132,10 +132,12 @@ inline QString attributeIgnored(const QString& attribute, const QString& element
                : QStringLiteral("Did you mean %1?").arg(near.join(QStringLiteral(" or "))));
 }
 
-inline QString valueIgnored(const QString& attribute, const QString& value, const QString& element,
-                            const QString& wanted) {
-  return QStringLiteral("%1='%2' of <%3> is not %4; the default is taken.")
-      .arg(attribute, value, element, wanted);
+// `value` as the file has it, `expanded` with the graph's parameters in it.
+inline QString oddValue(const QString& attribute, const QString& value, const QString& expanded,
+                        const QString& element, const QString& wanted) {
+  const QString shown = value == expanded ? QStringLiteral("'%1'").arg(value)
+                                          : QStringLiteral("'%1' ('%2')").arg(value, expanded);
+  return QStringLiteral("%1=%2 of <%3> is not %4.").arg(attribute, shown, element, wanted);
 }
 
 inline QString missingAttribute(const QString& attribute, const QString& element) {

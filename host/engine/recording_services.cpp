@@ -26,12 +26,21 @@ QStringList RecordingServices::columnsNamedBy(const ActionItem& action) {
 }
 
 void RecordingServices::log(LogLevel level, const QString& text, const ActionItem* action) {
+  logDetailed(level, text, action, {});
+}
+
+void RecordingServices::logDetailed(LogLevel level, const QString& text, const ActionItem* action,
+                                    const LogDetails& details) {
+  LogLine line{level, action == nullptr ? QString() : action->name(), text, details};
+  if (action != nullptr && details.place.line == 0) {
+    line.details.place = action->node().place();
+  }
   {
     const std::lock_guard lock(m_mutex);
-    m_log.push_back({level, action == nullptr ? QString() : action->name(), text});
+    m_log.push_back(line);
   }
   if (m_program != nullptr) {
-    m_program->log(level, text, action);
+    m_program->logDetailed(level, text, action, line.details);
   }
 }
 

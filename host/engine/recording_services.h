@@ -33,6 +33,8 @@ class RecordingServices final : public HostServices {
   bool runBranch(EngineRunner& runner, ActionItem& action, int pin) override;
   void openHelp(const QString& helpId, const QString& anchor) override;
   void columnsNamed(const ActionItem& action, const QStringList& names) override;
+  void logDetailed(LogLevel level, const QString& text, const ActionItem* action,
+                   const LogDetails& details) override;
 
  private:
   HostServices* m_program;  // may be null

@@ -12,6 +12,7 @@
 #include <QString>
 #include <QStringList>
 
+#include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 #include "host/engine/execution_options.h"
 #include "host/engine/graph.h"
@@ -22,6 +23,18 @@ struct LogLine {
   LogLevel level = LogLevel::information;
   QString action;  // its name in the graph, empty when no action's call logged
   QString text;
+  LogDetails details;  // the place is known wherever an action is
+};
+
+// What leaves an output pin; not known where the action has announced nothing.
+struct PinColumns {
+  struct Column {
+    QString name;
+    MetaTypeColumn meta = MetaTypeColumn::text;
+    bool operator==(const Column&) const = default;
+  };
+  bool isKnown = false;
+  std::vector<Column> columns;
 };
 
 struct ActionResult {
@@ -31,6 +44,9 @@ struct ActionResult {
   std::vector<long long> rowsOut;  // one number a pin
   QStringList backends;            // of an expression action, one label an output
   QStringList namedColumns;        // in a check, the new columns whose names the action computed
+  std::vector<PinColumns> pins;    // its output pins
+  int source = -1;                 // the action linked to its first input pin
+  int sourcePin = 0;
 };
 
 struct RunResult {

@@ -2,6 +2,26 @@
 
 namespace kelvarin {
 
+namespace {
+
+std::vector<PinColumns> columnsOf(const RunningAction* action) {
+  std::vector<PinColumns> pins;
+  if (action == nullptr) {
+    return pins;
+  }
+  for (const auto& pin : action->ports().outputs) {
+    PinColumns known;
+    known.isKnown = pin->isAnnounced;
+    for (int i = 0; known.isKnown && i < pin->row.sz(); ++i) {
+      known.columns.push_back({pin->row.colName(i), pin->row.getMetaType(i)});
+    }
+    pins.push_back(std::move(known));
+  }
+  return pins;
+}
+
+}  // namespace
+
 RunResult resultOf(const Graph& graph, const GraphExecution& execution,
                    RecordingServices& services) {
   RunResult result;
@@ -10,7 +30,15 @@ RunResult resultOf(const Graph& graph, const GraphExecution& execution,
     const int index = static_cast<int>(i);
     result.actions.push_back({graph.actions[i].name, QString::fromLatin1(item.typeName()),
                               execution.rowsIn(index), execution.rowsOut(index),
-                              services.backendsOf(item), services.columnsNamedBy(item)});
+                              services.backendsOf(item), services.columnsNamedBy(item),
+                              columnsOf(execution.action(index))});
+  }
+  for (const GraphLink& link : graph.links) {
+    if (link.toPin == 0) {
+      ActionResult& reader = result.actions[static_cast<std::size_t>(link.to)];
+      reader.source = link.from;
+      reader.sourcePin = link.fromPin;
+    }
   }
   result.log = services.takeLog();
   return result;

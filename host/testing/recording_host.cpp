@@ -23,6 +23,21 @@ Strings RecordingHost::log() const {
   return texts;
 }
 
+Strings RecordingHost::explanations() const {
+  const std::lock_guard lock(m_mutex);
+  return m_explanations;
+}
+
+void RecordingHost::logDetailed(LogLevel level, const QString& text, const ActionItem* action,
+                                const LogDetails& details) {
+  if (!details.explains) {
+    log(level, text, action);
+    return;
+  }
+  const std::lock_guard lock(m_mutex);
+  m_explanations.push_back(text.toStdString());
+}
+
 void RecordingHost::clearLog() {
   const std::lock_guard lock(m_mutex);
   m_lines.clear();

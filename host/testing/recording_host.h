@@ -27,8 +27,10 @@ class RecordingHost : public HostServices {
   ~RecordingHost() override;
 
   std::vector<LogLine> lines() const;
-  // Each line as the command line shows it: "error: ", "warning: " or "info: " and the text.
+  // Each line as the command line shows it: "error: ", "warning: " or "info: " and the text; without
+  // those that explain others.
   Strings log() const;
+  Strings explanations() const;
   void clearLog();
 
   // How often a full disk is answered with "write again" before the answer is to give up; none
@@ -44,10 +46,13 @@ class RecordingHost : public HostServices {
   void backendsChosen(const ActionItem& action, const QStringList& labels) override;
   bool outOfDiskSpace(const QString& file, int missingBytes, bool canRetry) override;
   void openHelp(const QString& helpId, const QString& anchor) override;
+  void logDetailed(LogLevel level, const QString& text, const ActionItem* action,
+                   const LogDetails& details) override;
 
  private:
-  mutable std::mutex m_mutex;  // guards m_lines, m_fullDiskFiles and m_diskRetries
+  mutable std::mutex m_mutex;  // guards m_lines, m_explanations, m_fullDiskFiles and m_diskRetries
   std::vector<LogLine> m_lines;
+  Strings m_explanations;
   Strings m_fullDiskFiles;
   int m_diskRetries = 0;
   Strings m_backends;

@@ -77,6 +77,7 @@ class RowHarness {
   QVector<SortInfos> sortOrder(int pin) const { return output(pin).metaData.sortOrder(); }
 
   Strings log() const { return m_host.log(); }
+  Strings explanations() const { return m_host.explanations(); }
   RecordingHost& host() { return m_host; }
   GlobalParameters& parameters() { return m_parameters; }
   RunRecord& run() { return m_run; }

@@ -175,12 +175,12 @@ TEST(CalculatorVectorized, WrongTablesStopTheRunBeforeAnyRow) {
       {{{"x", "a1"}, {"x", "nope"}}, "Error: Column 'nope' not found"},
       {{{"x", "a1"}, {"x", "t"}}, "Error: Column 'a1' and 't' must have the same type"},
       {{{"x", "a1", "Q"}, {"x", "a2", "F"}},
-       "Error: The table of variables gives 'x' the type 'Q'. It takes F or K (number), U (text) "
+       "The table of variables gives 'x' the type 'Q'. It takes F or K (number), U (text) "
        "or "
        "D (date)."},
       {{{"x", "a1"}, {"x", nullptr}},
-       "Error: The table of variables names no column on its row 1. Each row needs an alias and a "
-       "column name."},
+       "The table of variables names no column on its row 1 (counted from 0). Each row needs an "
+       "alias and a column name."},
   };
   for (const Case& c : cases) {
     auto h = harness(vectorized(output("\"n\"//_n", "1")), std::string(kPairColumns) + " t:U");
@@ -313,7 +313,7 @@ TEST(CalculatorVectorized, AFailureNamesTheColumnThatItsElementComputes) {
   ASSERT_EQ(goesOn.log().size(), 1u);
   EXPECT_TRUE(startsWith(goesOn.log()[0],
                          "warning: 3 evaluation(s) failed and gave no value. The "
-                         "first was expression 'o1' on data row 0: "));
+                         "first was expression 'o1' on data row 0 (counted from 0): "));
 
   auto key = harness(vectorized(output("\"k\"//_n", "x", "meta='K'")), "a:F b:F");
   giveVectors(key, {{"x", "a"}, {"x", "b"}});

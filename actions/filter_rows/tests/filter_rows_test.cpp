@@ -143,7 +143,8 @@ TEST(FilterRows, WithoutAbortAFailedRowIsFalseButNotTheFirstOne) {
   EXPECT_EQ(later.rows(1), (Rows{{2, "y"}, {2, "w"}}));
   ASSERT_EQ(later.log().size(), 1u);
   EXPECT_TRUE(startsWith(later.log()[0], "warning: "));
-  EXPECT_NE(later.log()[0].find("2 evaluation(s) failed"), std::string::npos);
+  EXPECT_NE(later.log()[0].find("failed on 2 row(s), which went to output pin 1"),
+            std::string::npos);
   EXPECT_FALSE(later.hasFailed());
 
   auto first =
@@ -184,7 +185,7 @@ TEST(FilterRows, ACheckPassesOneRowToBothPinsAndCompiles) {
   auto wrong = RowHarness::of<FilterRows>(filter("a &lt; nope"), "a:F");
   wrong.checkOnly();
   wrong.finish();
-  ASSERT_EQ(wrong.log().size(), 2u);
+  ASSERT_EQ(wrong.log().size(), 1u);
   EXPECT_TRUE(startsWith(wrong.log()[0], "error: MathParser Error in FilterRows:\n"));
   EXPECT_NE(wrong.log()[0].find("\n  Error Token:nope\n  Error at position:4"), std::string::npos);
   EXPECT_EQ(wrong.columns(1), "a:F");

@@ -87,7 +87,7 @@ TEST_F(ReadColumnarGelTest, ChoosesColumnsFromTheListOrThePin) {
 
   auto missing = reader("columnSelection='1'", "<ColumnsToRead><SL><S>x</S></SL></ColumnsToRead>");
   EXPECT_EQ(missing.rows(0), Rows{});
-  EXPECT_EQ(missing.log(), Strings{"error: ERROR: column 'x' not found in file '" + path() + "'."});
+  EXPECT_EQ(missing.log(), Strings{"error: The column 'x' is not in the file '" + path() + "'."});
   EXPECT_TRUE(missing.hasFailed());
 }
 
@@ -104,12 +104,12 @@ TEST_F(ReadColumnarGelTest, ReadsSeveralFilesWithTheSameColumns) {
   auto lacking = readerOfPin();
   lacking.push(Rows{{path()}, {path("c.cgel_kelvarin")}});
   lacking.finish();
-  EXPECT_EQ(lacking.log(), Strings{"error: ERROR: column 'price' not found in file '" +
+  EXPECT_EQ(lacking.log(), Strings{"error: The column 'price' is not in the file '" +
                                    path("c.cgel_kelvarin") + "'."});
   auto more = readerOfPin();
   more.push(Rows{{path("c.cgel_kelvarin")}, {path()}});
   more.finish();
-  EXPECT_EQ(more.log(), Strings{"error: ERROR: column 'price' not found in file '" +
+  EXPECT_EQ(more.log(), Strings{"error: The column 'price' is not in the file '" +
                                 path("c.cgel_kelvarin") + "'."});
 }
 

@@ -216,7 +216,7 @@ TEST(Evaluator, NumberVariablesTakeTextsThatAreNumbersAndWarnOnce) {
   }
   EXPECT_EQ(run.evaluator.closingWarnings(),
             QStringList{"Column 't' is a text column used as a number: 3 value(s) were no numbers "
-                        "and counted as missing, the first one on data row 5."});
+                        "and counted as missing, the first one on data row 5 (counted from 0)."});
 }
 
 TEST(Evaluator, NullKeysEnterAsTheOptionSays) {
@@ -313,7 +313,7 @@ TEST(Evaluator, AFailedRowLosesOnlyItsOwnOutputWhenRunsGoOn) {
   ASSERT_EQ(warnings.size(), 1);
   EXPECT_TRUE(
       warnings[0].startsWith("1 evaluation(s) failed and gave no value. The first was "
-                             "expression 'out' on data row 0: Can't evaluate"));
+                             "expression 'out' on data row 0 (counted from 0): Can't evaluate"));
 }
 
 TEST(Evaluator, TruthFollowsIsTrue) {

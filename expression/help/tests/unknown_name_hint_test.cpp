@@ -24,7 +24,8 @@ TEST(UnknownNameHint, findsTheFunctionBeforeTheBracketOfTheMessage) {
   const QString failure = QStringLiteral("Unexpected parenthesis \"(\" found at position 9.");
   EXPECT_TRUE(hint(failure, "1+COALESC(x,1)").contains("COALESC"));
   EXPECT_EQ(hint(QStringLiteral("Unexpected parenthesis \"(\" found at position 10."), "2*COALESCE(x,1)"),
-            QStringLiteral("There is no 'COALESCE' in expressions; use nvl."));
+            QStringLiteral("There is no 'COALESCE' in expressions; use nvl. For more than two values: "
+                           "nvl(a, nvl(b, c))"));
   EXPECT_EQ(hint(failure, "1 + 2 *  (3"), QString());
 }
 

@@ -59,6 +59,26 @@ QList<UsedFile> TableSink::usedFiles() const {
   return {{.path = expandedFile(), .use = FileUse::writes, .companions = {}}};
 }
 
+void TableSink::checkOutput() {
+  if (!isInputPinLinked(0)) {
+    endWithError(table_messages::inputNotLinked(QLatin1String(typeName())));
+    return;
+  }
+  if (m_file.isEmpty()) {
+    endWithError(table_messages::noFileGiven(QLatin1String(typeName())));
+    return;
+  }
+  if (const Status<QString> status = checkSettings(); !status) {
+    endWithError(status.error());
+    return;
+  }
+  const QString file = expandedFile();
+  const QString reason = isStandardOutput(file) ? QString() : whyNotWritable(file);
+  if (!reason.isEmpty()) {
+    endWithError(reason);
+  }
+}
+
 Status<QString> TableSink::claimFile() {
   m_names.giveBack();
   for (const UsedFile& file : usedFiles()) {

@@ -11,18 +11,20 @@
 
 #include "host/contract/claimed_names.h"
 #include "host/contract/columns_in_hand.h"
+#include "host/contract/output_check.h"
 #include "host/tables/files/output_file.h"
 #include "host/tables/files/write_behind.h"
 
 namespace kelvarin {
 
-class TableSink : public ActionItem, public FileUser {
+class TableSink : public ActionItem, public FileUser, public OutputCheck {
  public:
   QString toolTip() const override = 0;
   char init() override;
   char close() override;
   void setComputeRoutine() override { computeRoutine = &TableSink::takeFirstRow; }
   char canRunInParallel(QString what, bool* reason) override;
+  void checkOutput() override;
 
   QList<UsedFile> usedFiles() const override;
 

@@ -1,0 +1,22 @@
+// What a user may have meant by an expression that a back-end refuses.
+//
+// Used by actions/frame, the block filter and `kelvarin eval`, behind the error.  Threads: any.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include "expression/errors/expression_error.h"
+
+namespace kelvarin {
+
+struct HintNames {
+  QStringList variables;  // of the action
+  QStringList columns;    // of its input, be they variables or not
+};
+
+// Empty where nothing is known about such a mistake.
+QString expressionHint(const ExpressionError& error, const QString& expression,
+                       const HintNames& names);
+
+}  // namespace kelvarin

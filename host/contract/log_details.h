@@ -1,0 +1,32 @@
+// Where a log line leads: what its text is about, as far as the action that logs it knows.
+//
+// Actions hand it over with logWithDetails(); a program shows it to people as a place behind the
+// text, and to programs as keys of their own.
+// Threads: any.
+#pragma once
+
+#include <QString>
+
+#include "host/contract/export.h"
+#include "host/contract/main_ui.h"
+#include "host/contract/xml_node.h"
+
+namespace kelvarin {
+
+struct LogDetails {
+  XMLNode::Place place;   // of the element in the graph file; line 0: that of the action
+  QString column;         // of the table
+  QString output;         // of an expression action
+  QString token;          // of the expression
+  int position = -1;      // of the token, in 16-bit units of the expression, counted from 0
+  long long row = -1;     // counted from 0
+  bool explains = false;  // says more about the line before it, and is shown wherever that is
+};
+
+// MainUI::addLog() with details, on behalf of the current action.
+KELVARIN_CORE void logWithDetails(LogLevel level, const QString& text, const LogDetails& details);
+
+// An information line that explains the line before it.
+KELVARIN_CORE void logExplanation(const QString& text);
+
+}  // namespace kelvarin
