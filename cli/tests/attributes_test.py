@@ -19,19 +19,17 @@ class AttributesTest(ProgramTest):
 
     def test_what_means_nothing_is_warned_about(self):
         self.write("in.csv", "id,day\n7,x\n")
-        text = graph("<ReadCSV name='in' file='in.csv' sep=';' header='yes' x='1.5' y='2' version='1'>"
+        text = graph("<ReadCSV name='in' file='in.csv' sep=';' x='1.5' y='2' version='1'>"
                      "<Column name='id' meta='F' type='K'/></ReadCSV>\n"
                      "<FilterRows name='f' refTime='20240101'><Expression>id > 1</Expression>"
                      "<InputVars><InputVar column='id' lable='a'/></InputVars></FilterRows>\n"
-                     "<writeColumnarGel name='w' file='w.cgel_kelvarin' nRowsInBlock='4.5' colour=''/>",
+                     "<writeColumnarGel name='w' file='w.cgel_kelvarin' colour=''/>",
                      ["in f", "f w"])
         expected = [
             (2, "in", "the attribute 'sep' is not known in <ReadCSV> and has no effect. Did you mean separator?"),
-            (2, "in", "header='yes' of <ReadCSV> is not 0 or 1; the default is taken."),
             (2, "in", "the attribute 'type' is not known in <Column> and has no effect. Known: name, meta."),
             (2, "f", "the attribute 'refTime' is not known in <FilterRows> and has no effect. Did you mean referenceTime?"),
-            (2, "f", "the attribute 'lable' is not known in <InputVar> and has no effect. Did you mean label or label2?"),
-            (2, "w", "nRowsInBlock='4.5' of <writeColumnarGel> is not a whole number; the default is taken.")]
+            (2, "f", "the attribute 'lable' is not known in <InputVar> and has no effect. Did you mean label or label2?")]
         log = self.log(text)
         self.assertEqual(log[:-1], expected)
         self.assertIn("'colour' is not known in <writeColumnarGel> and has no effect. Known: name, version, x, y, nThread",
@@ -39,6 +37,49 @@ class AttributesTest(ProgramTest):
         checked = self.kelvarin("check", "g.kelvarin")
         self.assertIn("warning: g.kelvarin:4:1: the attribute 'sep'", checked.stderr)
         self.assertIn("no error found", checked.stdout)
+
+    def errors(self, actions):
+        self.write("g.kelvarin", graph(actions, []))
+        checked = self.kelvarin("check", "g.kelvarin")
+        self.assertEqual(checked.returncode, 1, checked.stderr)
+        ran = self.kelvarin("run", "g.kelvarin")
+        self.assertEqual(ran.returncode, 1)
+        self.assertEqual(checked.stderr, ran.stderr)
+        return [line.removeprefix("error: g.kelvarin:") for line in checked.stderr.splitlines() if "g.kelvarin:" in line]
+
+    def test_values_that_mean_nothing_are_errors(self):
+        self.write("in.csv", "id,day\n7,x\n")
+        self.assertEqual(self.errors(
+            "<ReadCSV name='a' file='in.csv' header='maybe' separator='ab' onBadValue='zero'>\n"
+            "<Column name='id' meta='X'/>\n<Column meta='F'/>\n<Column name='id' meta='F'/></ReadCSV>\n"
+            "<WriteCSV name='b' file='-' quote='xy'/>\n<WriteCSV name='c' file='-' nullText='a,b'/>\n"
+            "<ReadParquet name='d' file='p' onBadValue='0'/>\n"
+            "<writeColumnarGel name='w' file='w.cgel_kelvarin' nRowsInBlock='4.5'/>"), [
+                "4:1: The separator 'ab' is not one ASCII character other than a line break. Write for instance ',' or ';', "
+                "or '\\t' for TAB.",
+                "4:1: onBadValue is 'zero'. It takes 'abort' or 'null'.",
+                "5:1: The column 'id' is declared with the type 'X'. Types are F (number), K (key) and U (text).",
+                "6:1: <Column> needs the attribute 'name'.",
+                "7:1: The column 'id' is declared twice.",
+                "4:1: header='maybe' of <ReadCSV> is not 0 or 1.",
+                "8:1: The quote 'xy' is neither empty (no quoting) nor one ASCII character other than a line break and the "
+                "separator.",
+                "9:1: The nullText 'a,b' holds a separator, a quote or a line break, so that no field can be equal to it.",
+                "10:1: onBadValue is '0'. It takes 'abort' or 'null'.",
+                "11:1: nRowsInBlock='4.5' of <writeColumnarGel> is not a whole number."])
+
+    def test_elements_and_texts_that_mean_nothing_are_errors(self):
+        self.assertEqual(self.errors(
+            "<ReadCSV name='a' file='in.csv'><Colum name='id'/><Column name='x' meta='F'>7<V/></Column></ReadCSV>\n"
+            "<WriteCSV name='b' file='-'><Separator>;</Separator></WriteCSV>\n<Discard name='c'>text</Discard>\n"
+            "<ReadArrow name='d' file='x'><Columns/></ReadArrow>\n<WriteParquet name='e' file='y'>snappy</WriteParquet>"), [
+                "4:33: Unknown element <Colum> inside <ReadCSV>. Known there: Column.",
+                "4:51: The text '7' stands inside <Column>, where no text has a meaning.",
+                "4:78: Unknown element <V> inside <Column>. No element may stand there.",
+                "5:29: Unknown element <Separator> inside <WriteCSV>. No element may stand there.",
+                "6:1: The text 'text' stands inside <Discard>, where no text has a meaning.",
+                "7:30: Unknown element <Columns> inside <ReadArrow>. Known there: Column.",
+                "8:1: The text 'snappy' stands inside <WriteParquet>, where no text has a meaning."])
 
     def test_known_attributes_are_not(self):
         variable = "<InputVar column='id' label='id' label2='' isNumber='1' meta='U' value='1'/>"

@@ -205,10 +205,13 @@ void GraphDocument::readAction(const XMLNode& node) {
     item.reset(entry->prototype->createFromXML(node, m_graph.settings.get()));
   }
   m_graph.actions.push_back({name, node.place(), std::move(item)});
-  warnOfAttributes(node, reading);
+  reportAttributes(node, reading);
 }
 
-void GraphDocument::warnOfAttributes(const XMLNode& action, const AttributeReading& reading) {
+void GraphDocument::reportAttributes(const XMLNode& action, const AttributeReading& reading) {
+  for (const AttributeReading::Refusal& refusal : reading.refusals()) {
+    refuse(refusal.element, refusal.message);
+  }
   static const QStringList kHosts{QStringLiteral("name"), QStringLiteral("version")};
   static const QStringList kPlace{QStringLiteral("x"), QStringLiteral("y")};
   const int index = static_cast<int>(m_graph.actions.size()) - 1;
@@ -219,14 +222,15 @@ void GraphDocument::warnOfAttributes(const XMLNode& action, const AttributeReadi
     if (isOfAction && (kHosts.contains(finding.attribute) || finding.known == kPlace)) {
       continue;
     }
-    const QString text =
-        finding.wanted == nullptr
-            ? engine_messages::attributeIgnored(finding.attribute, node.name(),
-                                                attributesMeantBy(finding.attribute, finding.known),
-                                                isOfAction ? kHosts + finding.known : finding.known)
-            : engine_messages::valueIgnored(finding.attribute,
-                                            qString(node.getAttribute(finding.attribute.utf16())),
-                                            node.name(), QString::fromLatin1(finding.wanted));
+    if (finding.wanted != nullptr) {
+      refuse(node, engine_messages::valueRefused(
+                       finding.attribute, qString(node.getAttribute(finding.attribute.utf16())),
+                       node.name(), QString::fromLatin1(finding.wanted)));
+      continue;
+    }
+    const QString text = engine_messages::attributeIgnored(
+        finding.attribute, node.name(), attributesMeantBy(finding.attribute, finding.known),
+        isOfAction ? kHosts + finding.known : finding.known);
     m_graph.warnings.push_back({index, GraphError{m_graph.file, node.place(), text}.text()});
   }
 }

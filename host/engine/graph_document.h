@@ -38,7 +38,7 @@ class GraphDocument {
   void readAction(const XMLNode& node);
   void checkParameterNames(const XMLNode& action);
   // Attributes of the last action that mean nothing.
-  void warnOfAttributes(const XMLNode& action, const AttributeReading& reading);
+  void reportAttributes(const XMLNode& action, const AttributeReading& reading);
   void readLinks(const XMLNode& node);
   void readLink(const XMLNode& node);
   EndOfLink endOfLink(const XMLNode& node, const char16_t* nameOfAction, const char16_t* nameOfPin,

@@ -132,10 +132,9 @@ inline QString attributeIgnored(const QString& attribute, const QString& element
                : QStringLiteral("Did you mean %1?").arg(near.join(QStringLiteral(" or "))));
 }
 
-inline QString valueIgnored(const QString& attribute, const QString& value, const QString& element,
+inline QString valueRefused(const QString& attribute, const QString& value, const QString& element,
                             const QString& wanted) {
-  return QStringLiteral("%1='%2' of <%3> is not %4; the default is taken.")
-      .arg(attribute, value, element, wanted);
+  return QStringLiteral("%1='%2' of <%3> is not %4.").arg(attribute, value, element, wanted);
 }
 
 inline QString missingAttribute(const QString& attribute, const QString& element) {

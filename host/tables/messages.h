@@ -111,6 +111,14 @@ inline QString badColumnMeta(const QString& column, const QString& meta) {
       .arg(column, meta);
 }
 
+inline QString columnWithoutName() {
+  return QStringLiteral("<Column> needs the attribute 'name'.");
+}
+
+inline QString andMore(qsizetype count) {
+  return QStringLiteral("... (%1 more)").arg(count);
+}
+
 inline QString declaredTwice(const QString& column) {
   return QStringLiteral("The column '%1' is declared twice.").arg(column);
 }
@@ -119,6 +127,55 @@ inline QString declaredTwice(const QString& column) {
 
 inline QString noColumns(const QString& file) {
   return QStringLiteral("The file '%1' is empty: it has no columns.").arg(file);
+}
+
+inline QString foreignFile(const QString& file, const QString& kind) {
+  return QStringLiteral("The file '%1' is no CSV file in UTF-8: %2").arg(file, kind);
+}
+inline QString utf16File() {
+  return QStringLiteral("it begins like UTF-16 text. Convert it to UTF-8 first.");
+}
+inline QString utf32File() {
+  return QStringLiteral("it begins like UTF-32 text. Convert it to UTF-8 first.");
+}
+inline QString compressedFile() {
+  return QStringLiteral("it is compressed. Uncompress it first.");
+}
+inline QString archiveFile() {
+  return QStringLiteral(
+      "it is a ZIP archive, as spreadsheet files are. Unpack it, or save the sheet as CSV.");
+}
+inline QString parquetFile() {
+  return QStringLiteral("it is a Parquet file. Read it with ReadParquet.");
+}
+inline QString arrowFile() {
+  return QStringLiteral("it is an Arrow file. Read it with ReadArrow.");
+}
+inline QString hasZeroBytes() {
+  return QStringLiteral(
+      "its first line has zero bytes, which no text has. If it is UTF-16, convert it to UTF-8 "
+      "first.");
+}
+
+inline QString tooManyColumns(std::size_t limit) {
+  return QStringLiteral("the first line has more than %1 columns. Is the separator right?")
+      .arg(limit);
+}
+
+inline QString unnamedColumns(int count, const QString& given) {
+  return count == 1 ? QStringLiteral(
+                          "the header has an empty name; the column is called '%1'. Does the line "
+                          "end with a separator?")
+                          .arg(given)
+                    : QStringLiteral(
+                          "the header has %1 empty names; the first such column is called '%2'.")
+                          .arg(count)
+                          .arg(given);
+}
+
+inline QString otherSeparator(const QString& separator) {
+  return QStringLiteral("the first line is one field and has '%1' in it. Is separator='%1' meant?")
+      .arg(separator);
 }
 
 inline QString declaredColumnAbsent(const QString& file, const QString& column,
@@ -142,15 +199,18 @@ inline QString inColumn(const QString& place, const QString& column) {
   return QStringLiteral("%1, column '%2'").arg(place, column);
 }
 
-inline QString tooManyFields(int fields, int columns, const QString& lastColumn,
+// The fields of a record, of which the beginning is known when it is not whole.
+inline QString fieldCount(int fields, bool isWhole) {
+  return isWhole ? QString::number(fields) : QStringLiteral("At least %1").arg(fields);
+}
+
+inline QString tooManyFields(const QString& fields, int columns, const QString& lastColumn,
                              const QString& value) {
   return QStringLiteral(
              "%1 fields where the file has %2 columns; the first one after column '%3' is '%4'. "
              "Quote fields that hold "
              "the separator.")
-      .arg(fields)
-      .arg(columns)
-      .arg(lastColumn, shown(value));
+      .arg(fields, QString::number(columns), lastColumn, shown(value));
 }
 
 inline QString tooFewFields(int fields, int columns, const QString& missingColumn,
@@ -177,6 +237,36 @@ inline QString badNumber(const QString& value) {
              "'%1' is not a number. Correct it, declare the column as text (meta U), or set "
              "onBadValue to null.")
       .arg(shown(value));
+}
+
+inline QString hasLeadingZero() {
+  return QStringLiteral("has a leading zero, which a number would lose");
+}
+inline QString hasTooManyDigits() {
+  return QStringLiteral("has more digits than a number can hold");
+}
+
+inline QString numbersAreText(const QString& value, const QString& reason, const QString& column) {
+  return QStringLiteral(
+             "'%1' %2: the column is read as text. To read numbers all the same, declare it: <Column "
+             "name='%3' meta='F'/>.")
+      .arg(shown(value), reason, column);
+}
+
+inline QString moreNumbersAreText(const QString& file, int columns) {
+  return QStringLiteral(
+             "file '%1': %2 more columns are read as text, since numbers would lose digits.")
+      .arg(file)
+      .arg(columns);
+}
+
+inline QString numberLosesDigits(const QString& value, const QString& reason,
+                                 const QString& column) {
+  return QStringLiteral(
+             "'%1' %2, in a column of numbers by its first rows. Declare the column as text, <Column "
+             "name='%3' meta='U'/>, or with meta='F' to read such values as numbers all the same, or "
+             "set onBadValue to null.")
+      .arg(shown(value), reason, column);
 }
 
 inline QString badKey(const QString& value) {

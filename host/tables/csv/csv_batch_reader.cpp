@@ -8,26 +8,43 @@ namespace kelvarin {
 
 namespace {
 constexpr long long kInferredRows = 10000;
+
+QString lostDigitsText(LostDigits lost) {
+  return lost == LostDigits::leadingZero ? table_messages::hasLeadingZero()
+                                         : table_messages::hasTooManyDigits();
+}
+
+QString badNumberText(const std::string& field, const QString& column) {
+  const QString value = QString::fromStdString(field);
+  double number = 0;
+  if (!parseNumber(field, number)) {
+    return table_messages::badNumber(value);
+  }
+  return table_messages::numberLosesDigits(value, lostDigitsText(lostDigits(field, number)),
+                                           column);
+}
+
 }  // namespace
 
-CsvBatchReader::CsvBatchReader(const QString& path, CsvReadSettings settings)
-    : m_path(path), m_settings(std::move(settings)) {}
+CsvBatchReader::CsvBatchReader(const QString& path, const CsvDialect& dialect, ColumnRules rules)
+    : m_path(path), m_dialect(dialect), m_rules(std::move(rules)) {}
 
 Result<TableColumns, QString> CsvBatchReader::open() {
   if (const auto status = m_file.open(m_path); !status) {
     return Failure{status.error()};
   }
-  Result<CsvHead, QString> head = readCsvHead(m_file, m_settings.dialect);
+  Result<CsvHead, QString> head = readCsvHead(m_file, m_dialect);
   if (!head) {
     return Failure{head.error()};
   }
   m_head = std::move(*head);
+  m_notes = m_head.notes;
   if (const auto status = settleColumns(); !status) {
     return Failure{status.error()};
   }
-  m_nulls.emplace(m_settings.dialect, m_columns.types.size());
-  m_places.emplace(m_file, m_settings.dialect, m_head);
-  m_blocks.emplace(m_file, m_settings.dialect, m_head, m_columns.names);
+  m_nulls.emplace(m_dialect, m_columns.types.size());
+  m_places.emplace(m_file, m_dialect, m_head);
+  m_blocks.emplace(m_file, m_dialect, m_head, m_columns.names);
   if (const auto status = inferTypes(); !status) {
     return Failure{status.error()};
   }
@@ -38,10 +55,13 @@ Result<TableColumns, QString> CsvBatchReader::open() {
 // generated names.
 Status<QString> CsvBatchReader::settleColumns() {
   QVector<QString>& names = m_head.names;
-  const auto isKnown = [&](const DeclaredColumn& column) { return names.contains(column.name); };
-  const auto& declared = m_settings.columns;
+  QHash<QString, qsizetype> positions = positionsOf(names);
+  const auto isKnown = [&](const DeclaredColumn& column) {
+    return positions.contains(column.name);
+  };
+  const auto& declared = m_rules.declared;
   const auto declaredCount = static_cast<qsizetype>(declared.size());
-  if (!m_settings.dialect.hasHeader && !std::all_of(declared.begin(), declared.end(), isKnown)) {
+  if (!m_dialect.hasHeader && !std::all_of(declared.begin(), declared.end(), isKnown)) {
     if (names.isEmpty()) {
       names.resize(declaredCount);
     }
@@ -51,6 +71,7 @@ Status<QString> CsvBatchReader::settleColumns() {
     for (qsizetype i = 0; i < declaredCount; ++i) {
       names[i] = declared[static_cast<std::size_t>(i)].name;
     }
+    positions = positionsOf(names);
   }
   if (names.isEmpty()) {
     return Failure{table_messages::noColumns(m_path)};
@@ -59,12 +80,12 @@ Status<QString> CsvBatchReader::settleColumns() {
   m_columns.names = names;
   m_columns.types.assign(columnCount, MetaTypeColumn::text);
   m_isDeclared.assign(columnCount, false);
-  m_badFields.assign(columnCount, BadFieldCount{m_settings.areBadValuesNull, 0, -1});
+  m_badFields.assign(columnCount, BadFieldCount{m_rules.areBadValuesNull, 0, -1});
   for (const DeclaredColumn& column : declared) {
-    const qsizetype index = names.indexOf(column.name);
+    const qsizetype index = positions.value(column.name, -1);
     if (index < 0) {
-      return Failure{table_messages::declaredColumnAbsent(
-          m_path, column.name, QStringList(names.toList()).join(QStringLiteral(", ")))};
+      return Failure{
+          table_messages::declaredColumnAbsent(m_path, column.name, shownNames(names))};
     }
     m_columns.types[static_cast<std::size_t>(index)] = column.type;
     m_isDeclared[static_cast<std::size_t>(index)] = true;
@@ -94,7 +115,26 @@ Status<QString> CsvBatchReader::inferTypes() {
       m_columns.types[i] = inferences[i].type();
     }
   }
+  noteLostNumbers(inferences);
   return Done{};
+}
+
+void CsvBatchReader::noteLostNumbers(const std::vector<TypeInference>& inferences) {
+  constexpr int kMostNotes = 100;
+  int columns = 0;
+  for (std::size_t i = 0; i < inferences.size(); ++i) {
+    const LostNumber* number = m_isDeclared[i] ? nullptr : inferences[i].lostNumber();
+    if (number != nullptr && ++columns <= kMostNotes) {
+      const QString name = m_columns.names[static_cast<qsizetype>(i)];
+      m_notes += table_messages::atPlace(
+          table_messages::inColumn(table_messages::atLine(m_path, number->line), name),
+          table_messages::numbersAreText(QString::fromStdString(number->text),
+                                         lostDigitsText(number->lost), name));
+    }
+  }
+  if (columns > kMostNotes) {
+    m_notes += table_messages::moreNumbersAreText(m_path, columns - kMostNotes);
+  }
 }
 
 Result<ReadOutcome, QString> CsvBatchReader::next(RowBatch& batch) {
@@ -118,7 +158,8 @@ Status<QString> CsvBatchReader::convert(const CsvBlock& block, RowBatch& batch) 
   const std::size_t columnCount = batch.columnCount();
   m_converters.clear();
   for (std::size_t i = 0; i < columnCount; ++i) {
-    m_converters.emplace_back(block, i, batch.column(i));
+    const DigitRule digits = m_isDeclared[i] ? DigitRule::mayBeLost : DigitRule::mustBeKept;
+    m_converters.emplace_back(block, i, digits, batch.column(i));
   }
   // All columns of some rows, so that their bytes are fetched once.
   constexpr long long kRowsAtOnce = 512;
@@ -143,13 +184,13 @@ Status<QString> CsvBatchReader::convert(const CsvBlock& block, RowBatch& batch) 
 
 QString CsvBatchReader::badFieldText(const CsvBlock& block, std::size_t column,
                                      const BadField& field) const {
+  const QString name = m_columns.names[static_cast<qsizetype>(column)];
   const QString place =
-      table_messages::inColumn(table_messages::atLine(m_path, block.lineOfRow(field.row)),
-                               m_columns.names[static_cast<qsizetype>(column)]);
+      table_messages::inColumn(table_messages::atLine(m_path, block.lineOfRow(field.row)), name);
   const QString value = QString::fromStdString(field.text);
   switch (m_columns.types[column]) {
     case MetaTypeColumn::number:
-      return table_messages::atPlace(place, table_messages::badNumber(value));
+      return table_messages::atPlace(place, badNumberText(field.text, name));
     case MetaTypeColumn::key:
       return table_messages::atPlace(place, table_messages::badKey(value));
     default:

@@ -115,6 +115,27 @@ inline bool parseShortDecimal(std::string_view field, double& number) {
   return true;
 }
 
+// How a number's text says more than the number it is read as.
+enum class LostDigits {
+  none,
+  leadingZero,  // digits behind a zero, as in postal codes
+  wholePart,    // a whole part that no double holds, as in long identifiers
+};
+
+// Of a text that parseNumber() has read as `number`. With an exponent nothing counts as lost, nor
+// do decimals.
+LostDigits lostDigits(std::string_view field, double number);
+
+// False for nearly all texts, and for none that has lost digits. The byte behind `field` may be
+// read.
+inline bool mayHaveLostDigits(std::string_view field) {
+  const char* digits = field.data() + (field[0] == '-' ? 1 : 0);
+  const bool mayHaveLeadingZero = digits[0] == '0' && digits[1] >= '0' && digits[1] <= '9';
+  // Blanks and the plus sign, before which the digits begin elsewhere.
+  const bool hasOtherStart = field[0] <= '+';
+  return mayHaveLeadingZero || hasOtherStart || field.size() > 15;
+}
+
 inline bool parseKey(std::string_view field, std::uint32_t& key) {
   const std::string_view text = withoutPlus(withoutBlanks(field));
   const auto result = std::from_chars(text.data(), text.data() + text.size(), key);

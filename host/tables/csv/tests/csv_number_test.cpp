@@ -36,4 +36,45 @@ TEST(CsvNumber, shortDecimalsAreExact) {
   }
 }
 
+TEST(CsvNumber, digitsThatANumberLoses) {
+  const auto lost = [](std::string_view field) {
+    double number = 0;
+    EXPECT_TRUE(parseNumber(field, number)) << field;
+    const LostDigits result = lostDigits(field, number);
+    EXPECT_LE(result != LostDigits::none, mayHaveLostDigits(field)) << field;
+    return result;
+  };
+  for (const char* kept :
+       {"0", "-0", "+0", "0.5", "-0.5", " 0.0 ", "0e5", ".5", "5.", "nan", "-inf", "1e5", "1e999",
+        "9007199254740992", "-9007199254740994", "10000000000000000000000", "1152921504606846976",
+        "1152921504606846976.00", "0.1234567890123456789", "123456789012345.678",
+        "1234567890123456.7", "12345678901234567890e0", "1.2345678901234567891e18"}) {
+    EXPECT_EQ(lost(kept), LostDigits::none) << kept;
+  }
+  for (const char* zero : {"00", "007", "-01", "+01", "01.5", "00.5", " 01", "\t-007 ", "01e5"}) {
+    EXPECT_EQ(lost(zero), LostDigits::leadingZero) << zero;
+  }
+  for (const char* whole :
+       {"9007199254740993", "-9007199254740993", " +9007199254740993", "1234567890123456789",
+        "12345678901234567890.0", "1152921504606846976.5", "9007199254740991.9",
+        "1234567890123456789.", "99999999999999999999999"}) {
+    EXPECT_EQ(lost(whole), LostDigits::wholePart) << whole;
+  }
+  EXPECT_EQ(lost(std::string(400, '9')), LostDigits::wholePart);
+}
+
+// Around powers of two, against arithmetic on integers.
+TEST(CsvNumber, wholeNumbersAreLostExactlyWhereNoDoubleHoldsThem) {
+  std::mt19937_64 random(7);
+  for (int i = 0; i < 200000; ++i) {
+    const std::uint64_t whole = (random() >> (random() % 12)) & ~((1ull << (random() % 12)) - 1);
+    const std::string text = std::to_string(whole);
+    const int spare = 64 - std::countl_zero(whole) - 53;
+    const bool isHeld = spare <= 0 || (whole & ((1ull << spare) - 1)) == 0;
+    double number = 0;
+    ASSERT_TRUE(parseNumber(text, number));
+    ASSERT_EQ(lostDigits(text, number) == LostDigits::none, isHeld) << text;
+  }
+}
+
 }  // namespace kelvarin
