@@ -253,9 +253,16 @@ inline QString numbersAreText(const QString& value, const QString& reason, const
       .arg(shown(value), reason, column);
 }
 
+inline QString peoplesNumbersAreText(const QString& value) {
+  return QStringLiteral(
+             "'%1' looks like a number, but numbers have a decimal point, no thousands separators "
+             "and no percent sign: the column is read as text.")
+      .arg(shown(value));
+}
+
 inline QString moreNumbersAreText(const QString& file, int columns) {
   return QStringLiteral(
-             "file '%1': %2 more columns are read as text, since numbers would lose digits.")
+             "file '%1': %2 more columns that look like numbers are read as text.")
       .arg(file)
       .arg(columns);
 }
@@ -312,13 +319,43 @@ inline QString unsupportedType(const QString& file, const QString& column, const
       .arg(file, column, type);
 }
 
-inline QString integerTooLarge(const QString& value) {
-  return QStringLiteral("the integer %1 cannot be held by a number column without loss.")
-      .arg(value);
+inline QString cannotBeDeclared(const QString& file, const QString& column, const QString& type,
+                                QChar declared, const QString& possible) {
+  return QStringLiteral(
+             "The file '%1' cannot be read: column '%2' has the type %3 and is declared with meta "
+             "'%4'. It can be %5.")
+      .arg(file, column, type, QString(declared), possible);
 }
 
-inline QString keyTooLarge(const QString& value) {
-  return QStringLiteral("the key %1 is too large; the largest is 4294967293.").arg(value);
+inline QString timestampForm(const QString& file, const QString& columns, const QString& example,
+                             const QString& dateFormat, bool isUtc) {
+  return QStringLiteral(
+             "file '%1': the timestamps of %2 are texts like %3; dates are read from them with "
+             "dateFormat='%4'%5.")
+      .arg(file, columns, example, dateFormat,
+           isUtc ? QStringLiteral(" and isUTC='1', the default") : QString());
+}
+
+inline QString finerThanMilliseconds(const QString& place, const QString& column,
+                                     long long count) {
+  return QStringLiteral(
+             "%1: timestamps of column '%2' have digits below the millisecond (%3 in all, this is "
+             "the first). The texts keep them; dates that are read from the texts do not.")
+      .arg(place, column, QString::number(count));
+}
+
+inline QString numberNotHeld(const QString& value, const QString& column) {
+  return QStringLiteral(
+             "%1 cannot be held by a number column without loss. Declare the column as text, "
+             "<Column name='%2' meta='U'/>, or set onBadValue='null'.")
+      .arg(value, column);
+}
+
+inline QString integerIsNoKey(const QString& value, const QString& column) {
+  return QStringLiteral(
+             "%1 is not a key (0 to 4294967293). Declare the column with another type, <Column "
+             "name='%2' meta='F'/> for numbers or meta='U' for texts, or set onBadValue='null'.")
+      .arg(value, column);
 }
 
 inline QString damaged(const QString& file, const QString& reason) {

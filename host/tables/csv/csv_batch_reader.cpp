@@ -9,19 +9,17 @@ namespace kelvarin {
 namespace {
 constexpr long long kInferredRows = 10000;
 
-QString lostDigitsText(LostDigits lost) {
-  return lost == LostDigits::leadingZero ? table_messages::hasLeadingZero()
-                                         : table_messages::hasTooManyDigits();
+QString lostDigitsText(std::string_view field, double number) {
+  return lostDigits(field, number) == LostDigits::leadingZero ? table_messages::hasLeadingZero()
+                                                              : table_messages::hasTooManyDigits();
 }
 
 QString badNumberText(const std::string& field, const QString& column) {
   const QString value = QString::fromStdString(field);
   double number = 0;
-  if (!parseNumber(field, number)) {
-    return table_messages::badNumber(value);
-  }
-  return table_messages::numberLosesDigits(value, lostDigitsText(lostDigits(field, number)),
-                                           column);
+  return parseNumber(field, number)
+             ? table_messages::numberLosesDigits(value, lostDigitsText(field, number), column)
+             : table_messages::badNumber(value);
 }
 
 }  // namespace
@@ -115,22 +113,26 @@ Status<QString> CsvBatchReader::inferTypes() {
       m_columns.types[i] = inferences[i].type();
     }
   }
-  noteLostNumbers(inferences);
+  noteTextColumns(inferences);
   return Done{};
 }
 
-void CsvBatchReader::noteLostNumbers(const std::vector<TypeInference>& inferences) {
+void CsvBatchReader::noteTextColumns(const std::vector<TypeInference>& inferences) {
   constexpr int kMostNotes = 100;
   int columns = 0;
   for (std::size_t i = 0; i < inferences.size(); ++i) {
-    const LostNumber* number = m_isDeclared[i] ? nullptr : inferences[i].lostNumber();
-    if (number != nullptr && ++columns <= kMostNotes) {
-      const QString name = m_columns.names[static_cast<qsizetype>(i)];
-      m_notes += table_messages::atPlace(
-          table_messages::inColumn(table_messages::atLine(m_path, number->line), name),
-          table_messages::numbersAreText(QString::fromStdString(number->text),
-                                         lostDigitsText(number->lost), name));
+    const FieldForText* field = m_isDeclared[i] ? nullptr : inferences[i].fieldForText();
+    if (field == nullptr || ++columns > kMostNotes) {
+      continue;
     }
+    const QString name = m_columns.names[static_cast<qsizetype>(i)];
+    const QString value = QString::fromStdString(field->text);
+    double number = 0;
+    m_notes += table_messages::atPlace(
+        table_messages::inColumn(table_messages::atLine(m_path, field->line), name),
+        parseNumber(field->text, number)
+            ? table_messages::numbersAreText(value, lostDigitsText(field->text, number), name)
+            : table_messages::peoplesNumbersAreText(value));
   }
   if (columns > kMostNotes) {
     m_notes += table_messages::moreNumbersAreText(m_path, columns - kMostNotes);

@@ -31,7 +31,7 @@ class CsvBatchReader : public BatchReader {
   Status<QString> settleColumns();
   Status<QString> inferTypes();
   Status<QString> convert(const CsvBlock& block, RowBatch& batch);
-  void noteLostNumbers(const std::vector<TypeInference>& inferences);
+  void noteTextColumns(const std::vector<TypeInference>& inferences);
   QString badFieldText(const CsvBlock& block, std::size_t column, const BadField& field) const;
 
   QString m_path;

@@ -22,6 +22,35 @@ bool areDigitsOf(std::string_view whole, std::string_view decimals, double numbe
 
 }  // namespace
 
+bool isNumberForPeople(std::string_view field) {
+  std::string_view text = withoutBlanks(field);
+  const bool isPercent = text.ends_with('%');
+  text = withoutBlanks(text.substr(0, text.size() - (isPercent ? 1 : 0)));
+  text.remove_prefix(text.starts_with('-') || text.starts_with('+') ? 1 : 0);
+  const bool isOfDigits = !text.empty() && isDigit(text.front()) && isDigit(text.back()) &&
+                          std::all_of(text.begin(), text.end(), [](char c) {
+                            return isDigit(c) || c == ',' || c == '.';
+                          });
+  if (!isOfDigits) {
+    return false;
+  }
+  // Of several commas each has three digits behind it.
+  const std::size_t first = text.find(',');
+  const std::size_t last = text.rfind(',');
+  for (std::size_t comma = first; first != last && comma != text.npos;) {
+    const std::size_t next = text.find(',', comma + 1);
+    if (std::min(next, text.find('.', comma)) != comma + 4 && text.size() != comma + 4) {
+      return false;
+    }
+    comma = next;
+  }
+  if (first == text.npos) {
+    return isPercent;
+  }
+  // Points between thousands and the decimal one stand on one side; else it is a pair of numbers.
+  return text.find('.') > first || text.rfind('.') < last;
+}
+
 LostDigits lostDigits(std::string_view field, double number) {
   constexpr double kFirstWithoutDecimals = 0x1p53;
   constexpr std::size_t kDigitsThatAreKept = 15;

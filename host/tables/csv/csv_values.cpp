@@ -183,14 +183,16 @@ void TypeInference::look(const CsvBlock& block, std::size_t index, const CsvNull
     if (text.empty() || nulls.isNullText(field)) {
       continue;
     }
-    double number;
-    if (!parseNumber(text, number)) {
+    double number = 0;
+    const bool isNumber = parseNumber(text, number);
+    if (!isNumber && !isNumberForPeople(text)) {
       m_hasText = true;
       return;
     }
     m_hasNumber = true;
-    if (const LostDigits lost = lostDigits(text, number); lost != LostDigits::none && !m_lost) {
-      m_lost = LostNumber{block.lineOfRow(row), std::string(text), lost};
+    const bool isPlain = isNumber && lostDigits(text, number) == LostDigits::none;
+    if (!isPlain && !m_forText) {
+      m_forText = FieldForText{block.lineOfRow(row), std::string(text)};
     }
   }
 }

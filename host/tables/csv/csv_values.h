@@ -75,11 +75,10 @@ class FieldConverter {
 
 bool isUtf8(std::string_view text);
 
-// A number that keeps its column from being a number column.
-struct LostNumber {
+// Why a column that looks like numbers is text: the first field that decided it.
+struct FieldForText {
   long long line;
   std::string text;
-  LostDigits lost;
 };
 
 // Infers whether the fields of a column are numbers.
@@ -88,15 +87,18 @@ class TypeInference {
   // Looks at no more than `rowCount` fields.
   void look(const CsvBlock& block, std::size_t index, const CsvNullRule& nulls, long long rowCount);
   MetaTypeColumn type() const {
-    return m_hasNumber && !m_hasText && !m_lost ? MetaTypeColumn::number : MetaTypeColumn::text;
+    return m_hasNumber && !m_hasText && !m_forText ? MetaTypeColumn::number : MetaTypeColumn::text;
   }
-  // The first number that would lose digits, where all fields are numbers; else null.
-  const LostNumber* lostNumber() const { return m_lost && !m_hasText ? &*m_lost : nullptr; }
+  // A number that would lose digits, or one written for people, where all fields are numbers of
+  // some kind; else null.
+  const FieldForText* fieldForText() const {
+    return m_forText && !m_hasText ? &*m_forText : nullptr;
+  }
 
  private:
   bool m_hasNumber = false;
   bool m_hasText = false;
-  std::optional<LostNumber> m_lost;
+  std::optional<FieldForText> m_forText;
 };
 
 }  // namespace kelvarin

@@ -63,6 +63,16 @@ TEST(CsvNumber, digitsThatANumberLoses) {
   EXPECT_EQ(lost(std::string(400, '9')), LostDigits::wholePart);
 }
 
+TEST(CsvNumber, numbersForPeople) {
+  for (const char* number : {"1,5", "-1,234.50", "1.234,50", "1,234,567", "12 %", "+3.5%", " 7% "}) {
+    EXPECT_TRUE(isNumberForPeople(number)) << number;
+  }
+  for (const char* text : {"", "%", ",", "1,", ",5", "1,2,3", "1,234,5", "1.2.3", "x,5", "1-2",
+                           "52.5,13.4", "2024-01-31", "12:30", "5 % off", "10.0.0.1"}) {
+    EXPECT_FALSE(isNumberForPeople(text)) << text;
+  }
+}
+
 // Around powers of two, against arithmetic on integers.
 TEST(CsvNumber, wholeNumbersAreLostExactlyWhereNoDoubleHoldsThem) {
   std::mt19937_64 random(7);

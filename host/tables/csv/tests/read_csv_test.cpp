@@ -234,6 +234,15 @@ TEST(ReadCsv, messyFilesAreExplained) {
                  "2 fields where the file has 1 columns"});
   EXPECT_NE(ReadCsvRun("a\tb\n1\t2\n").log().find("Is separator='\\t' meant?"), std::string::npos);
   EXPECT_EQ(ReadCsvRun("a\nx;y\n").log(), "");
+  const ReadCsvRun people("a;b;c\n1,5;7;x,5\n2;12 %;1,5\n", "separator=';'");
+  EXPECT_EQ(people.columns(), "a:U b:U c:U");
+  EXPECT_EQ(people.log(),
+            "info: file 'FILE', line 2, column 'a': '1,5' looks like a number, but numbers have a "
+            "decimal point, no thousands separators and no percent sign: the column is read as "
+            "text.\n"
+            "info: file 'FILE', line 3, column 'b': '12 %' looks like a number, but numbers have a "
+            "decimal point, no thousands separators and no percent sign: the column is read as "
+            "text.\n");
   // Values keep every byte.
   EXPECT_EQ(ReadCsvRun("a,b\nx\0y,1\r2,3\r\n"s).rows(), (Rows{{"x\0y"s, 1}, {"2", 3}}));
 }
