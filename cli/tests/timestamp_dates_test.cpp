@@ -59,7 +59,7 @@ class TimestampDates : public ::testing::Test {
         "<ReadArrow name='in' file='t.arrow'/>"
         "<Calculator name='c' elapsedTimeUnit='0' referenceTime='00010101 00:00:00' dateFormat='" +
             format +
-            "'><InputVars><InputVar column='ts'/></InputVars><OutputVars>"
+            "'><InputVars><InputVar column='ts' isNumber='0' meta='U'/></InputVars><OutputVars>"
             "<OutputVar name='ms'>round((toETF(ts)-62135596800)*1000)</OutputVar>"
             "<OutputVar name='again' meta='U' isNumber='0'>dateAdd(ts,0,0,0)</OutputVar>"
             "</OutputVars></Calculator><WriteCSV name='out' file='out.csv'/>",

@@ -49,28 +49,11 @@ Result<TableColumns, QString> CsvBatchReader::open() {
   return m_columns;
 }
 
-// Declared columns name the columns of a file without header in order, unless they use the
-// generated names.
 Status<QString> CsvBatchReader::settleColumns() {
-  QVector<QString>& names = m_head.names;
-  QHash<QString, qsizetype> positions = positionsOf(names);
-  const auto isKnown = [&](const DeclaredColumn& column) {
-    return positions.contains(column.name);
-  };
-  const auto& declared = m_rules.declared;
-  const auto declaredCount = static_cast<qsizetype>(declared.size());
-  if (!m_dialect.hasHeader && !std::all_of(declared.begin(), declared.end(), isKnown)) {
-    if (names.isEmpty()) {
-      names.resize(declaredCount);
-    }
-    if (declaredCount > names.size()) {
-      return Failure{table_messages::tooManyDeclared(m_path, declaredCount, names.size())};
-    }
-    for (qsizetype i = 0; i < declaredCount; ++i) {
-      names[i] = declared[static_cast<std::size_t>(i)].name;
-    }
-    positions = positionsOf(names);
+  if (const auto status = nameByDeclarations(); !status) {
+    return status;
   }
+  const QVector<QString>& names = m_head.names;
   if (names.isEmpty()) {
     return Failure{table_messages::noColumns(m_path)};
   }
@@ -79,7 +62,11 @@ Status<QString> CsvBatchReader::settleColumns() {
   m_columns.types.assign(columnCount, MetaTypeColumn::text);
   m_isDeclared.assign(columnCount, false);
   m_badFields.assign(columnCount, BadFieldCount{m_rules.areBadValuesNull, 0, -1});
-  for (const DeclaredColumn& column : declared) {
+  if (m_rules.declared.empty()) {
+    return Done{};
+  }
+  const QHash<QString, qsizetype> positions = positionsOf(names);
+  for (const DeclaredColumn& column : m_rules.declared) {
     const qsizetype index = positions.value(column.name, -1);
     if (index < 0) {
       return Failure{
@@ -87,6 +74,37 @@ Status<QString> CsvBatchReader::settleColumns() {
     }
     m_columns.types[static_cast<std::size_t>(index)] = column.type;
     m_isDeclared[static_cast<std::size_t>(index)] = true;
+  }
+  return Done{};
+}
+
+// Declared columns name the columns of a file without header in order, unless they use the
+// generated names.
+Status<QString> CsvBatchReader::nameByDeclarations() {
+  QVector<QString>& names = m_head.names;
+  const std::vector<DeclaredColumn>& declared = m_rules.declared;
+  if (m_dialect.hasHeader || declared.empty()) {
+    return Done{};
+  }
+  const QHash<QString, qsizetype> generated = positionsOf(names);
+  if (std::all_of(declared.begin(), declared.end(), [&](const DeclaredColumn& column) {
+        return generated.contains(column.name);
+      })) {
+    return Done{};
+  }
+  const auto declaredCount = static_cast<qsizetype>(declared.size());
+  if (names.isEmpty()) {
+    names.resize(declaredCount);
+  }
+  if (declaredCount > names.size()) {
+    return Failure{table_messages::tooManyDeclared(m_path, declaredCount, names.size())};
+  }
+  for (qsizetype i = 0; i < declaredCount; ++i) {
+    const QString& name = declared[static_cast<std::size_t>(i)].name;
+    if (generated.value(name, -1) >= declaredCount) {
+      return Failure{table_messages::duplicateColumn(m_path, name)};
+    }
+    names[i] = name;
   }
   return Done{};
 }

@@ -29,6 +29,7 @@ class CsvBatchReader : public BatchReader {
 
  private:
   Status<QString> settleColumns();
+  Status<QString> nameByDeclarations();
   Status<QString> inferTypes();
   Status<QString> convert(const CsvBlock& block, RowBatch& batch);
   void noteTextColumns(const std::vector<TypeInference>& inferences);

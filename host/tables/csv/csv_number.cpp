@@ -34,15 +34,14 @@ bool isNumberForPeople(std::string_view field) {
   if (!isOfDigits) {
     return false;
   }
-  // Of several commas each has three digits behind it.
   const std::size_t first = text.find(',');
   const std::size_t last = text.rfind(',');
-  for (std::size_t comma = first; first != last && comma != text.npos;) {
-    const std::size_t next = text.find(',', comma + 1);
-    if (std::min(next, text.find('.', comma)) != comma + 4 && text.size() != comma + 4) {
+  for (std::size_t comma = first; comma != text.npos; comma = text.find(',', comma + 1)) {
+    const auto behind = text.begin() + static_cast<std::ptrdiff_t>(comma) + 1;
+    const bool isThousands = std::find_if_not(behind, text.end(), isDigit) - behind == 3;
+    if (first != last && !isThousands) {
       return false;
     }
-    comma = next;
   }
   if (first == text.npos) {
     return isPercent;

@@ -25,8 +25,9 @@ struct ExactNumberType {
     return parseNumber(field, value) && lostDigits(field, value) == LostDigits::none;
   }
   static bool parseInBlock(std::string_view field, Value& value) {
-    return NumberType::parseInBlock(field, value) &&
-           (!mayHaveLostDigits(field) || lostDigits(field, value) == LostDigits::none);
+    return parseShortDecimal<true>(field, value) ||
+           (parseNumber(field, value) &&
+            (!mayHaveLostDigits(field) || lostDigits(field, value) == LostDigits::none));
   }
 };
 
@@ -190,7 +191,8 @@ void TypeInference::look(const CsvBlock& block, std::size_t index, const CsvNull
       return;
     }
     m_hasNumber = true;
-    const bool isPlain = isNumber && lostDigits(text, number) == LostDigits::none;
+    const bool isPlain = isNumber && (!mayHaveLostDigits(text) ||
+                                      lostDigits(text, number) == LostDigits::none);
     if (!isPlain && !m_forText) {
       m_forText = FieldForText{block.lineOfRow(row), std::string(text)};
     }

@@ -31,6 +31,9 @@ TEST(CsvNumber, shortDecimalsAreExact) {
       ASSERT_EQ(std::bit_cast<std::uint64_t>(number), std::bit_cast<std::uint64_t>(expected))
           << field;
     }
+    double refusing = 0;
+    const bool isRefused = isTaken && !parseShortDecimal<true>(field, refusing);
+    ASSERT_EQ(isRefused, isTaken && lostDigits(field, number) == LostDigits::leadingZero) << field;
     const bool isPlain = size <= 8 && std::regex_match(field.begin(), field.end(), plain);
     ASSERT_EQ(isTaken, isPlain) << field;
   }

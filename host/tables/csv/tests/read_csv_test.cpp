@@ -131,7 +131,13 @@ TEST(ReadCsv, columnsOfFilesWithoutHeader) {
   EXPECT_EQ(ReadCsvRun("1,2\n", "header='0'", "<Column name='col2' meta='U'/>").columns(),
             "col1:F col2:U");
   EXPECT_EQ(ReadCsvRun("", "header='0'", "<Column name='id' meta='K'/>").columns(), "id:K");
-  EXPECT_EQ(ReadCsvRun(",b\n1,2\n").columns(), "col1:F b:F");
+  expectFailure(ReadCsvRun("1,2\n", "header='0'",
+                           "<Column name='col2' meta='U'/><Column name='x' meta='U'/>"
+                           "<Column name='y' meta='U'/>"),
+                {"3 columns are declared"});
+  expectFailure(ReadCsvRun("1,2,3\n", "header='0'",
+                           "<Column name='col3' meta='U'/><Column name='x' meta='U'/>"),
+                {"several columns named 'col3'"});
 }
 
 TEST(ReadCsv, declaredColumns) {
