@@ -69,7 +69,7 @@ inline bool parseNumber(std::string_view field, double& number) {
 // False for everything else, and for digits behind a leading zero if these are refused. The eight
 // bytes before the end of `field` may be read, whatever its size.
 template <bool refusesLeadingZeros = false>
-bool parseShortDecimal(std::string_view field, double& number) {
+[[gnu::always_inline]] inline bool parseShortDecimal(std::string_view field, double& number) {
   constexpr std::uint64_t kZeros = 0x3030303030303030u;
   constexpr std::uint64_t kPoints = 0x2E2E2E2E2E2E2E2Eu;
   constexpr std::uint64_t kLowBits = 0x0101010101010101u;
