@@ -1,5 +1,6 @@
 // How actions read their attributes while a graph is loaded: values may refer to the graph's
-// parameters, and what nobody asks for or can use is remembered, with the faults that actions report.
+// parameters, and what nobody asks for or can use is remembered, with the faults that actions
+// report.
 //
 // The contract has every action read its attributes in its constructor, so that an attribute that
 // was not asked for then is a slip of the user's pen. It needs no list of names from anybody, and

@@ -192,7 +192,9 @@ inline QString tooManyDeclared(const QString& file, qsizetype declared, qsizetyp
 }
 
 inline QString notUtf8() {
-  return QStringLiteral("the text is not UTF-8. Convert the file to UTF-8 first");
+  return QStringLiteral(
+      "the text is not UTF-8. If the file is in Latin-1 or Windows-1252, convert it to UTF-8 "
+      "first.");
 }
 
 inline QString inColumn(const QString& place, const QString& column) {
@@ -260,11 +262,17 @@ inline QString peoplesNumbersAreText(const QString& value) {
       .arg(shown(value));
 }
 
+inline QString missingWordIsText(const QString& word) {
+  return QStringLiteral(
+             "'%1' stands among numbers: the column is read as text. If it means a missing value, "
+             "set nullText='%1'.")
+      .arg(word);
+}
+
 inline QString moreNumbersAreText(const QString& file, int columns) {
   return QStringLiteral(
              "file '%1': %2 more columns that look like numbers are read as text.")
-      .arg(file)
-      .arg(columns);
+      .arg(file, QString::number(columns));
 }
 
 inline QString numberLosesDigits(const QString& value, const QString& reason,

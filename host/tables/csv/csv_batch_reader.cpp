@@ -22,6 +22,17 @@ QString badNumberText(const std::string& field, const QString& column) {
              : table_messages::badNumber(value);
 }
 
+// Why a column that looks like numbers is text.
+QString textColumnText(const std::string& field, const QString& column) {
+  const QString value = QString::fromStdString(field);
+  double number = 0;
+  if (parseNumber(field, number)) {
+    return table_messages::numbersAreText(value, lostDigitsText(field, number), column);
+  }
+  return isMissingWord(field) ? table_messages::missingWordIsText(value)
+                              : table_messages::peoplesNumbersAreText(value);
+}
+
 }  // namespace
 
 CsvBatchReader::CsvBatchReader(const QString& path, const CsvDialect& dialect, ColumnRules rules)
@@ -144,13 +155,9 @@ void CsvBatchReader::noteTextColumns(const std::vector<TypeInference>& inference
       continue;
     }
     const QString name = m_columns.names[static_cast<qsizetype>(i)];
-    const QString value = QString::fromStdString(field->text);
-    double number = 0;
     m_notes += table_messages::atPlace(
         table_messages::inColumn(table_messages::atLine(m_path, field->line), name),
-        parseNumber(field->text, number)
-            ? table_messages::numbersAreText(value, lostDigitsText(field->text, number), name)
-            : table_messages::peoplesNumbersAreText(value));
+        textColumnText(field->text, name));
   }
   if (columns > kMostNotes) {
     m_notes += table_messages::moreNumbersAreText(m_path, columns - kMostNotes);

@@ -14,7 +14,8 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-// A file that is no CSV file whatever the settings say; empty when it may be one.
+// A file that is no CSV file whatever the settings say; empty when it may be one. Signatures of
+// letters alone would be names of columns.
 QString kindOfForeignFile(std::string_view start) {
   using namespace std::string_view_literals;
   static constexpr std::pair<std::string_view, QString (*)()> kKinds[] = {
@@ -23,13 +24,13 @@ QString kindOfForeignFile(std::string_view start) {
       {"\0\0\xFE\xFF"sv, table_messages::utf32File},
       {"\x1F\x8B"sv, table_messages::compressedFile},
       {"\x28\xB5\x2F\xFD"sv, table_messages::compressedFile},
-      {"BZh9"sv, table_messages::compressedFile},
+      {"BZh91AY&SY"sv, table_messages::compressedFile},
       {"\xFD"
        "7zXZ\0"sv,
        table_messages::compressedFile},
       {"PK\x03\x04"sv, table_messages::archiveFile},
-      {"PAR1"sv, table_messages::parquetFile},
-      {"ARROW1"sv, table_messages::arrowFile},
+      {"PAR1\x15"sv, table_messages::parquetFile},
+      {"ARROW1\0\0"sv, table_messages::arrowFile},
   };
   for (const auto& [signature, kind] : kKinds) {
     if (start.starts_with(signature)) {
@@ -60,11 +61,13 @@ class HeadReader {
       if (!got) {
         return Failure{got.error()};
       }
-      if (const QString kind = kindOfForeignFile(m_bytes); isStart && !kind.isEmpty()) {
+      if (const QString kind = isStart ? kindOfForeignFile(m_bytes) : QString(); !kind.isEmpty()) {
         return Failure{table_messages::foreignFile(m_file.path(), kind)};
       }
       const char* next = m_bytes.data() + m_used;
       const bool isComplete = m_scanner.scan(next, m_bytes.data() + m_bytes.size());
+      const bool isAtEnd = !isComplete && *got < kStep;
+      const bool hasRecord = isComplete || (isAtEnd && m_scanner.finish());
       m_used = static_cast<std::size_t>(next - m_bytes.data());
       if (m_scanner.record().fieldCount > kMostCsvColumns) {
         return Failure{
@@ -74,8 +77,8 @@ class HeadReader {
       if (isComplete) {
         return lookAfterRecord();
       }
-      if (*got < kStep) {
-        return m_scanner.finish();
+      if (isAtEnd) {
+        return hasRecord;
       }
       if (static_cast<long long>(m_bytes.size()) > kLongestRecord) {
         return Failure{

@@ -1,6 +1,7 @@
 #include "host/tables/csv/csv_number.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace kelvarin {
 
@@ -50,6 +51,13 @@ bool isNumberForPeople(std::string_view field) {
   return text.find('.') > first || text.rfind('.') < last;
 }
 
+bool isMissingWord(std::string_view field) {
+  static constexpr std::string_view kWords[] = {"NA",   "N/A",  "n/a",  "#N/A", "NULL", "Null",
+                                                "null", "None", "none", "-",    "?",    "."};
+  return std::find(std::begin(kWords), std::end(kWords), withoutBlanks(field)) !=
+         std::end(kWords);
+}
+
 LostDigits lostDigits(std::string_view field, double number) {
   constexpr double kFirstWithoutDecimals = 0x1p53;
   constexpr std::size_t kDigitsThatAreKept = 15;
@@ -69,7 +77,8 @@ LostDigits lostDigits(std::string_view field, double number) {
   const std::string_view whole = text.substr(0, wholeSize);
   const std::string_view decimals = text.substr(std::min(wholeSize + 1, text.size()));
   const bool hasExponent = text.find_first_of("eE", wholeSize) != text.npos;
-  const bool isHeld = hasExponent || (std::isfinite(magnitude) && areDigitsOf(whole, decimals, magnitude));
+  const bool isHeld =
+      hasExponent || (std::isfinite(magnitude) && areDigitsOf(whole, decimals, magnitude));
   return isHeld ? LostDigits::none : LostDigits::wholePart;
 }
 

@@ -152,6 +152,9 @@ inline bool mayHaveLostDigits(std::string_view field) {
 // separators or a percent sign, such as "1,5", "1,234.50", "1.234,50" and "12 %".
 bool isNumberForPeople(std::string_view field);
 
+// What many programs write for a missing number, such as "NA" and "NULL".
+bool isMissingWord(std::string_view field);
+
 inline bool parseKey(std::string_view field, std::uint32_t& key) {
   const std::string_view text = withoutPlus(withoutBlanks(field));
   const auto result = std::from_chars(text.data(), text.data() + text.size(), key);

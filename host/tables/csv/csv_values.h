@@ -89,10 +89,10 @@ class TypeInference {
   MetaTypeColumn type() const {
     return m_hasNumber && !m_hasText && !m_forText ? MetaTypeColumn::number : MetaTypeColumn::text;
   }
-  // A number that would lose digits, or one written for people, where all fields are numbers of
-  // some kind; else null.
+  // A number that would lose digits, one written for people, or a word for a missing one, where all
+  // fields are such or numbers; else null.
   const FieldForText* fieldForText() const {
-    return m_forText && !m_hasText ? &*m_forText : nullptr;
+    return m_forText && m_hasNumber && !m_hasText ? &*m_forText : nullptr;
   }
 
  private:

@@ -233,7 +233,8 @@ TEST(ReadCsv, messyFilesAreExplained) {
   expectFailure(ReadCsvRun("a\0,\0b\0\n\0"s), {"'FILE' is no CSV file", "zero bytes"});
   expectFailure(ReadCsvRun("\x1F\x8B\x08"), {"compressed"});
   expectFailure(ReadCsvRun("PK\x03\x04xl"), {"ZIP archive"});
-  expectFailure(ReadCsvRun("PAR1"), {"ReadParquet"});
+  expectFailure(ReadCsvRun("PAR1\x15\x04"), {"ReadParquet"});
+  EXPECT_EQ(ReadCsvRun("PAR1,PAR2\n1,2\n").columns(), "PAR1:F PAR2:F");
   expectFailure(ReadCsvRun("a;b\n1,5;2\n"),
                 {"info: file 'FILE', line 1: the first line is one field and has ';' in it. Is "
                  "separator=';' meant?",
@@ -249,6 +250,11 @@ TEST(ReadCsv, messyFilesAreExplained) {
             "info: file 'FILE', line 3, column 'b': '12 %' looks like a number, but numbers have a "
             "decimal point, no thousands separators and no percent sign: the column is read as "
             "text.\n");
+  const ReadCsvRun missing("a,b,c\n1,NA,NA\nNA,x,\n");
+  EXPECT_EQ(missing.columns(), "a:U b:U c:U");
+  EXPECT_EQ(missing.log(),
+            "info: file 'FILE', line 3, column 'a': 'NA' stands among numbers: the column is read "
+            "as text. If it means a missing value, set nullText='NA'.\n");
   // Values keep every byte.
   EXPECT_EQ(ReadCsvRun("a,b\nx\0y,1\r2,3\r\n"s).rows(), (Rows{{"x\0y"s, 1}, {"2", 3}}));
 }
@@ -277,6 +283,8 @@ TEST(ReadCsv, manyColumnsAndManyMore) {
   const std::string commas(300000, ',');
   expectFailure(ReadCsvRun(commas + "\n"), {"line 1: the first line has more than 200000 columns"});
   expectFailure(ReadCsvRun(commas, "header='0'"), {"more than 200000 columns"});
+  expectFailure(ReadCsvRun(commas.substr(0, 200000)), {"more than 200000 columns"});
+  EXPECT_FALSE(ReadCsvRun(commas.substr(0, 199999)).hasFailed());
   expectFailure(ReadCsvRun("a,b\n1,2\n3,4," + commas + commas + "\n"),
                 {"line 3: At least ", " fields where the file has 2 columns"});
   expectFailure(ReadCsvRun("a,b\n1,2\n3,4,5,6\n"), {"line 3: 4 fields where"});
