@@ -93,10 +93,12 @@ TEST_F(TimestampDates, AreReadWithTheFormatThatTheLogNames) {
         // Nanoseconds in 64 bits reach from 1678 to 2261.
         if (digits < 9 || std::abs(second) < 9'000'000'000) {
           ticks.push_back(second * perSecond + fraction);
-          expected += QByteArray::number(static_cast<qlonglong>(second * 1000 + (digits > 0 ? 123 : 0)));
+          const std::int64_t milliseconds = second * 1000 + (digits > 0 ? 123 : 0);
+          expected += QByteArray::number(static_cast<qlonglong>(milliseconds));
         }
       }
-      writeTimestamps(arrow::timestamp(static_cast<arrow::TimeUnit::type>(digits / 3), zone), ticks);
+      const auto unit = static_cast<arrow::TimeUnit::type>(digits / 3);
+      writeTimestamps(arrow::timestamp(unit, zone), ticks);
       const QList<QByteArray> lines = datesReadWith(namedFormat());
       ASSERT_EQ(lines.size(), expected.size());
       for (qsizetype row = 0; row < lines.size(); ++row) {

@@ -250,8 +250,8 @@ inline QString hasTooManyDigits() {
 
 inline QString numbersAreText(const QString& value, const QString& reason, const QString& column) {
   return QStringLiteral(
-             "'%1' %2: the column is read as text. To read numbers all the same, declare it: <Column "
-             "name='%3' meta='F'/>.")
+             "'%1' %2: the column is read as text. To read numbers all the same, declare it: "
+             "<Column name='%3' meta='F'/>.")
       .arg(shown(value), reason, column);
 }
 
@@ -278,9 +278,9 @@ inline QString moreNumbersAreText(const QString& file, int columns) {
 inline QString numberLosesDigits(const QString& value, const QString& reason,
                                  const QString& column) {
   return QStringLiteral(
-             "'%1' %2, in a column of numbers by its first rows. Declare the column as text, <Column "
-             "name='%3' meta='U'/>, or with meta='F' to read such values as numbers all the same, or "
-             "set onBadValue to null.")
+             "'%1' %2, in a column of numbers by its first rows. Declare the column as text, "
+             "<Column name='%3' meta='U'/>, or with meta='F' to read such values as numbers all "
+             "the same, or set onBadValue to null.")
       .arg(shown(value), reason, column);
 }
 

@@ -22,8 +22,8 @@ double presentNumber(double number) {
   return std::isnan(number) ? kNotANumber : number;
 }
 
-// `read(position, value)` is false where the column cannot hold the value, whose text `textAt(position)`
-// is.
+// `read(position, value)` is false where the column cannot hold the value, whose text is
+// `textAt(position)`.
 template <typename Value, typename Read, typename TextAt>
 std::optional<BadValue> fill(const ArraySource& source, Value* values, Value missing,
                              ColumnTally& tally, Read read, TextAt textAt) {

@@ -21,14 +21,14 @@ void fillTexts(const ArraySource& source, ValueColumn& column, View view) {
   for (std::int64_t row = 0; row < source.rowCount(); ++row) {
     size += 4 + (source.isMissing(row) ? 0 : view(source.positionOf(row)).size());
   }
-  unsigned char* place = column.replace(size);
+  unsigned char* next = column.replace(size);
   for (std::int64_t row = 0; row < source.rowCount(); ++row) {
     if (source.isMissing(row)) {
-      place = putNullText(place);
+      next = putNullText(next);
       continue;
     }
     const std::string_view text = view(source.positionOf(row));
-    place = putText(place, text.data(), text.size());
+    next = putText(next, text.data(), text.size());
   }
 }
 

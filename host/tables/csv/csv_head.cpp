@@ -17,7 +17,7 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 // A file that is no CSV file whatever the settings say; empty when it may be one. Signatures of
 // letters alone would be names of columns.
 QString kindOfForeignFile(std::string_view start) {
-  using namespace std::string_view_literals;
+  using std::string_view_literals::operator""sv;
   static constexpr std::pair<std::string_view, QString (*)()> kKinds[] = {
       {"\xFF\xFE"sv, table_messages::utf16File},
       {"\xFE\xFF"sv, table_messages::utf16File},

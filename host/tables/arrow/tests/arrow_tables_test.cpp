@@ -176,7 +176,8 @@ TEST(ArrowTables, timestamps) {
     reader.close();
     Strings log = reader.log();
     ASSERT_EQ(log.size(), 1 + warnings.size());
-    EXPECT_NE(log[0].find("the timestamps of x are texts like " + note), std::string::npos) << log[0];
+    const std::string form = "the timestamps of x are texts like " + note;
+    EXPECT_NE(log[0].find(form), std::string::npos) << log[0];
     for (std::size_t i = 0; i < warnings.size(); ++i) {
       EXPECT_NE(log[i + 1].find(warnings[i]), std::string::npos) << log[i + 1];
     }
@@ -200,8 +201,8 @@ TEST(ArrowTables, timestamps) {
                {"1969-12-31T23:59:59.999000Z"}},
               "2024-01-31T23:59:59.123456Z; dates are read from them with "
               "dateFormat='yyyy-MM-ddThh:mm:ss.zzzZ' and isUTC='1', the default.",
-              {"row 3: timestamps of column 'x' have digits below the millisecond (1 in all, this is "
-               "the first)."});
+              {"row 3: timestamps of column 'x' have digits below the millisecond (1 in all, this "
+               "is the first)."});
   expectTexts(Unit::NANO, "Europe/Paris", {{1500000000000000001}, {1500000000001000000}},
               {{"2017-07-14T02:40:00.000000001Z"}, {"2017-07-14T02:40:00.001000000Z"}},
               "2024-01-31T23:59:59.123456789Z; ", {"row 1: timestamps of column 'x'"});
@@ -268,7 +269,10 @@ TEST(ArrowTables, declaredColumns) {
         arrow::Decimal128Builder(arrow::decimal128(precision, scale)), parsed);
   };
   expectAs(decimals(38, 9, {"1", "-1", "0", "-12345678901234567890123456789"}), 'U',
-           {{"0.000000001"}, {"-0.000000001"}, {"0.000000000"}, {"-12345678901234567890.123456789"}});
+           {{"0.000000001"},
+            {"-0.000000001"},
+            {"0.000000000"},
+            {"-12345678901234567890.123456789"}});
   expectAs(decimals(38, 18, {"333333333333333333", "9007199254740992000000000000000000"}), 'F',
            {{1.0 / 3}, {9007199254740992.0}});
   // The whole part of a decimal is not rounded.
@@ -283,16 +287,20 @@ TEST(ArrowTables, declaredColumns) {
     auto tolerant = source(format, path, "onBadValue='null'");
     EXPECT_EQ(tolerant.rows(0), (Rows{{-0x1p63}, {nullptr}, {nullptr}, {0}}));
     tolerant.close();
-    EXPECT_EQ(tolerant.log(), Strings{"warning: file '" + path + "', row 3: this value of column 'x' "
-                                      "does not fit its type and was read as null."});
+    EXPECT_EQ(tolerant.log(),
+              Strings{"warning: file '" + path +
+                      "', row 3: this value of column 'x' does not fit its type and was read as "
+                      "null."});
     const auto expectFault = [&](const std::string& child, const std::string& part) {
       auto reader = source(format, path, "", child);
       reader.rows(0);
       EXPECT_TRUE(reader.hasFailed());
       EXPECT_NE(reader.log().at(0).find(part), std::string::npos) << reader.log().at(0);
     };
-    expectFault("<Column name='y' meta='U'/>", "has no column 'y', which is declared. Its columns are: x.");
-    expectFault("<Column name='x' meta='K'/>", "row 1, column 'x': -9223372036854775808 is not a key");
+    expectFault("<Column name='y' meta='U'/>",
+                "has no column 'y', which is declared. Its columns are: x.");
+    expectFault("<Column name='x' meta='K'/>",
+                "row 1, column 'x': -9223372036854775808 is not a key");
     writeColumn(folder, format, array<arrow::StringBuilder, std::string>({{"1"}}));
     expectFault("<Column name='x' meta='F'/>",
                 "column 'x' has the type string and is declared with meta 'F'. It can be U.");

@@ -67,7 +67,8 @@ TEST(CsvNumber, digitsThatANumberLoses) {
 }
 
 TEST(CsvNumber, numbersForPeople) {
-  for (const char* number : {"1,5", "-1,234.50", "1.234,50", "1,234,567", "12 %", "+3.5%", " 7% "}) {
+  for (const char* number :
+       {"1,5", "-1,234.50", "1.234,50", "1,234,567", "12 %", "+3.5%", " 7% "}) {
     EXPECT_TRUE(isNumberForPeople(number)) << number;
   }
   for (const char* text : {"", "%", ",", "1,", ",5", "1,2,3", "1,234,5", "1.2.3", "x,5", "1-2",

@@ -216,7 +216,8 @@ TEST(ReadCsv, numbersThatLoseDigitsAfterTheInferredRows) {
   expectFailure(ReadCsvRun(start + "0.5\n01234\n"),
                 {"FILE', line 10003, column 'a': '01234' has a leading zero, ",
                  "<Column name='a' meta='U'/>"});
-  expectFailure(ReadCsvRun(start + "\" -007\"\n"), {"line 10002, column 'a': ' -007' has a leading zero"});
+  expectFailure(ReadCsvRun(start + "\" -007\"\n"),
+                {"line 10002, column 'a': ' -007' has a leading zero"});
   expectFailure(ReadCsvRun(start + "1234567890123456789\n"),
                 {"line 10002, column 'a': '1234567890123456789' has more digits than"});
   const ReadCsvRun tolerant(start + "007\n8\n", "onBadValue='null'");
@@ -228,7 +229,7 @@ TEST(ReadCsv, numbersThatLoseDigitsAfterTheInferredRows) {
 
 // Other kinds of files, and settings that do not fit the file.
 TEST(ReadCsv, messyFilesAreExplained) {
-  using namespace std::string_literals;
+  using std::string_literals::operator""s;
   expectFailure(ReadCsvRun("\xFF\xFE"s + "a\0,\0b\0\n\0"s), {"'FILE' is no CSV file", "UTF-16"});
   expectFailure(ReadCsvRun("a\0,\0b\0\n\0"s), {"'FILE' is no CSV file", "zero bytes"});
   expectFailure(ReadCsvRun("\x1F\x8B\x08"), {"compressed"});
