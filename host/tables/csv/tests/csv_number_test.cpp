@@ -1,17 +1,29 @@
 #include "host/tables/csv/csv_number.h"
 
+#include <algorithm>
 #include <bit>
 #include <random>
-#include <regex>
 
 #include <gtest/gtest.h>
 
 namespace kelvarin {
 
+namespace {
+
+// Digits, with a minus and a point where they may be.
+bool isPlain(std::string_view text) {
+  text.remove_prefix(text.starts_with('-') ? 1 : 0);
+  const auto points = std::count(text.begin(), text.end(), '.');
+  const auto digits = std::count_if(text.begin(), text.end(),
+                                    [](char c) { return c >= '0' && c <= '9'; });
+  return digits > 0 && points <= 1 && static_cast<std::size_t>(digits + points) == text.size();
+}
+
+}  // namespace
+
 // The short way gives the standard library's bits, and takes every plain number of eight bytes.
 TEST(CsvNumber, shortDecimalsAreExact) {
   constexpr std::string_view kBytes = "00112233445566778899..--+e ,/:\xFF";
-  const std::regex plain("-?([0-9]+\\.?[0-9]*|\\.[0-9]+)");
   std::mt19937 random(23);
   char text[24] = "\"-9.,e7\n";
   for (int i = 0; i < 400000; ++i) {
@@ -34,8 +46,7 @@ TEST(CsvNumber, shortDecimalsAreExact) {
     double refusing = 0;
     const bool isRefused = isTaken && !parseShortDecimal<true>(field, refusing);
     ASSERT_EQ(isRefused, isTaken && lostDigits(field, number) == LostDigits::leadingZero) << field;
-    const bool isPlain = size <= 8 && std::regex_match(field.begin(), field.end(), plain);
-    ASSERT_EQ(isTaken, isPlain) << field;
+    ASSERT_EQ(isTaken, size <= 8 && isPlain(field)) << field;
   }
 }
 
