@@ -1,20 +1,10 @@
-// Finds misspelt elements inside an action, which would otherwise be ignored without a word.
+// The elements that the actions with expressions share, and the report of unknown ones.
 #pragma once
 
-#include <span>
-
-#include <QStringList>
-
 #include "host/contract/action_item.h"
+#include "host/contract/known_elements.h"
 
 namespace kelvarin {
-
-// The elements that may stand inside another one; the first line of a table is about the action
-// itself.
-struct KnownElements {
-  QString parent;
-  QStringList children;
-};
 
 // The lines that every list of input variables needs.
 inline const KnownElements kInputVarsElements{QStringLiteral("InputVars"),

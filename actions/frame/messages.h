@@ -6,21 +6,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "host/contract/xml_node.h"
-
 namespace kelvarin::messages {
-
-inline QString unknownElement(const QString& file, XMLNode::Place place, const QString& element,
-                              const QString& parent, const QStringList& known) {
-  const QString where = QStringLiteral("%1:%2:%3: ")
-                            .arg(file.isEmpty() ? QStringLiteral("graph") : file,
-                                 QString::number(place.line), QString::number(place.column));
-  const QString what = QStringLiteral("Unknown element <%1> inside <%2>.").arg(element, parent);
-  const QString hint =
-      known.isEmpty() ? QStringLiteral(" No element may stand there.")
-                      : QStringLiteral(" Known there: %1.").arg(known.join(QStringLiteral(", ")));
-  return where + what + hint;
-}
 
 // About the attribute 'meta'.
 inline constexpr char kInputMetasInWords[] = "F (number), K (key), U (text) or D (date)";

@@ -69,6 +69,47 @@ class AttributesTest(ProgramTest):
                 self.assertTrue(line["text"].startswith("g.kelvarin:5:1: "), line["text"])
                 self.assertEqual(line["line"], 5)
 
+    def errors(self, actions):
+        self.write("g.kelvarin", graph(actions, []))
+        checked = self.kelvarin("check", "g.kelvarin", status=1)
+        ran = self.kelvarin("run", "g.kelvarin", status=1)
+        self.assertEqual(checked.stderr, ran.stderr)
+        return [line.removeprefix("error: g.kelvarin:") for line in checked.stderr.splitlines() if "g.kelvarin:" in line]
+
+    def test_values_that_mean_nothing_are_errors(self):
+        self.write("in.csv", "id,day\n7,x\n")
+        self.assertEqual(self.errors(
+            "<ReadCSV name='a' file='in.csv' header='maybe' separator='ab' onBadValue='zero'>\n"
+            "<Column name='id' meta='X'/>\n<Column meta='F'/>\n<Column name='id' meta='F'/></ReadCSV>\n"
+            "<WriteCSV name='b' file='-' quote='xy'/>\n<WriteCSV name='c' file='-' nullText='a,b'/>\n"
+            "<ReadParquet name='d' file='p' onBadValue='0'/>\n"
+            "<writeColumnarGel name='w' file='w.cgel_kelvarin' nRowsInBlock='4.5'/>"), [
+                "4:1: The separator 'ab' is not one ASCII character other than a line break. Write for instance ',' or ';', "
+                "or '\\t' for TAB.",
+                "4:1: onBadValue is 'zero'. It takes 'abort' or 'null'.",
+                "5:1: The column 'id' is declared with the type 'X'. Types are F (number), K (key) and U (text).",
+                "6:1: <Column> needs the attribute 'name'.",
+                "7:1: The column 'id' is declared twice.",
+                "4:1: header='maybe' of <ReadCSV> is not 0 or 1.",
+                "8:1: The quote 'xy' is neither empty (no quoting) nor one ASCII character other than a line break and the "
+                "separator.",
+                "9:1: The nullText 'a,b' holds a separator, a quote or a line break, so that no field can be equal to it.",
+                "10:1: onBadValue is '0'. It takes 'abort' or 'null'.",
+                "11:1: nRowsInBlock='4.5' of <writeColumnarGel> is not a whole number."])
+
+    def test_elements_and_texts_that_mean_nothing_are_errors(self):
+        self.assertEqual(self.errors(
+            "<ReadCSV name='a' file='in.csv'><Colum name='id'/><Column name='x' meta='F'>7<V/></Column></ReadCSV>\n"
+            "<WriteCSV name='b' file='-'><Separator>;</Separator></WriteCSV>\n<Discard name='c'>text</Discard>\n"
+            "<ReadArrow name='d' file='x'><Columns/></ReadArrow>\n<WriteParquet name='e' file='y'>snappy</WriteParquet>"), [
+                "4:33: Unknown element <Colum> inside <ReadCSV>. Known there: Column.",
+                "4:51: The text '7' stands inside <Column>, where no text has a meaning.",
+                "4:78: Unknown element <V> inside <Column>. No element may stand there.",
+                "5:29: Unknown element <Separator> inside <WriteCSV>. No element may stand there.",
+                "6:1: The text 'text' stands inside <Discard>, where no text has a meaning.",
+                "7:30: Unknown element <Columns> inside <ReadArrow>. Known there: Column.",
+                "8:1: The text 'snappy' stands inside <WriteParquet>, where no text has a meaning."])
+
     def test_known_attributes_are_not(self):
         variable = "<InputVar column='id' label='id' label2='' isNumber='1' meta='U' value='1'/>"
         output = "<OutputVar name='o' meta='F' isInput='0' update='0' notes='' isNumber='1' expression='1'>id</OutputVar>"

@@ -1,5 +1,6 @@
 #include "expression/dates/fixed_date_format.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace kelvarin {
@@ -10,9 +11,13 @@ constexpr bool isDigit(QChar c) {
   return c >= u'0' && c <= u'9';
 }
 
-// Letters stand for fields, and quotes enclose what does not.
+// Letters stand for fields, but for the T and Z of ISO 8601; quotes enclose what does not.
 bool isPlain(QChar c) {
-  return c.unicode() < 0x80 && !c.isLetter() && c != u'\'';
+  return c.unicode() < 0x80 && (!c.isLetter() || c == u'T' || c == u'Z') && c != u'\'';
+}
+
+bool areDigits(QStringView text) {
+  return std::all_of(text.begin(), text.end(), isDigit);
 }
 
 // -1 when one of the characters is no digit.
@@ -60,7 +65,10 @@ bool FixedDateFormat::add(const Part& part) {
   return true;
 }
 
-std::optional<FixedDateFormat> FixedDateFormat::of(const QString& format) {
+std::optional<FixedDateFormat> FixedDateFormat::of(const QString& userFormat) {
+  QString format = userFormat;
+  format.replace(QLatin1String("'T'"), QLatin1String("T"));
+  format.replace(QLatin1String("'Z'"), QLatin1String("Z"));
   FixedDateFormat fixed;
   while (fixed.m_length < format.size()) {
     if (!fixed.add(partAt(format, fixed.m_length))) {
@@ -71,7 +79,9 @@ std::optional<FixedDateFormat> FixedDateFormat::of(const QString& format) {
 }
 
 QDateTime FixedDateFormat::parse(const QString& text, Qt::TimeSpec zone) const {
-  if (text.size() != m_length) {
+  // Digits below the millisecond have no use and no fixed number.
+  const qsizetype finerDigits = text.size() - m_length;
+  if (finerDigits < 0 || (finerDigits > 0 && !m_has[millisecond])) {
     return {};
   }
   int values[kFields] = {};
@@ -85,6 +95,12 @@ QDateTime FixedDateFormat::parse(const QString& text, Qt::TimeSpec zone) const {
       return {};
     }
     place += part.width;
+    if (part.field == millisecond) {
+      if (!areDigits(text.sliced(place, finerDigits))) {
+        return {};
+      }
+      place += finerDigits;
+    }
   }
   const QDate date(values[year], values[month], values[day]);
   const QTime time(values[hour], values[minute], values[second], values[millisecond]);

@@ -1,5 +1,7 @@
 // A date format of digits at fixed places, such as yyyy-MM-dd hh:mm:ss.
 //
+// Of seconds with more than three decimals the milliseconds count.
+//
 // Reads a date many times faster than the general parser, which it takes the place of in
 // DateContext for the texts that it reads; whatever it refuses goes to the general one. Threads:
 // read-only after of().
@@ -16,7 +18,7 @@ namespace kelvarin {
 class FixedDateFormat {
  public:
   // Nothing for a format with names, fields of varying width, or without a whole date.
-  static std::optional<FixedDateFormat> of(const QString& format);
+  static std::optional<FixedDateFormat> of(const QString& userFormat);
 
   // Invalid when the text has another form or is no date.
   QDateTime parse(const QString& text, Qt::TimeSpec zone) const;

@@ -1,9 +1,11 @@
 // How actions read their attributes while a graph is loaded: values may refer to the graph's
-// parameters, and what nobody asks for or can use is remembered.
+// parameters, and what nobody asks for or can use is remembered, with the faults that actions
+// report.
 //
 // The contract has every action read its attributes in its constructor, so that an attribute that
 // was not asked for then is a slip of the user's pen. It needs no list of names from anybody, and
-// the actions of every plug-in are covered.
+// the actions of every plug-in are covered. A value that no converter can use is an error, like a
+// fault that the action itself finds.
 // Users: host/engine makes one for an action; XMLNode and the converters of its texts report to it.
 // Threads: each has its own.
 #pragma once
@@ -28,6 +30,12 @@ class KELVARIN_CORE AttributeReading {
     const char* effect = nullptr;  // what the value does; null: it cannot be used
   };
 
+  // What an action has found wrong in its own element.
+  struct Refusal {
+    XMLNode element;
+    QString message;
+  };
+
   explicit AttributeReading(const GlobalParameters& parameters) : m_parameters(parameters) {}
 
   // While it lives, this thread's readings of attributes are reported to `reading`.
@@ -50,6 +58,10 @@ class KELVARIN_CORE AttributeReading {
   void cannotUse(const unsigned short* value, const char* wanted, const char* effect = nullptr) {
     m_odd[value] = {wanted, effect};
   }
+  void refuse(const XMLNode& element, const QString& message) {
+    m_refusals.push_back({element, message});
+  }
+  const std::vector<Refusal>& refusals() const { return m_refusals; }
   QString expanded(const QString& value) const { return m_parameters.expandString2(value); }
 
   // About `element` and what it contains, in the order of the file. Elements that nobody has asked
@@ -66,6 +78,7 @@ class KELVARIN_CORE AttributeReading {
     const char* effect = nullptr;
   };
   QHash<const unsigned short*, OddValue> m_odd;  // by value, an attribute's own text
+  std::vector<Refusal> m_refusals;
 };
 
 }  // namespace kelvarin

@@ -153,4 +153,27 @@ inline QString damagedTable(const QString& path, long long offset) {
       .arg(path, QString::number(offset));
 }
 
+inline QString atGraphPlace(const QString& file, long long line, long long column,
+                            const QString& message) {
+  return QStringLiteral("%1:%2:%3: %4")
+      .arg(file.isEmpty() ? QStringLiteral("graph") : file, QString::number(line),
+           QString::number(column), message);
+}
+inline QString unknownElement(const QString& element, const QString& parent,
+                              const QStringList& near, const QStringList& known) {
+  const QString what = QStringLiteral("Unknown element <%1> inside <%2>.").arg(element, parent);
+  if (known.isEmpty()) {
+    return what + QStringLiteral(" No element may stand there.");
+  }
+  const QString all = QStringLiteral(" Known there: %1.").arg(known.join(QStringLiteral(", ")));
+  return near.isEmpty() || near == known
+             ? what + all
+             : what + QStringLiteral(" Did you mean <%1>?").arg(near.join(u"> or <")) + all;
+}
+inline QString strayText(const QString& element, const QString& text) {
+  constexpr qsizetype kLongest = 80;
+  return QStringLiteral("The text '%1' stands inside <%2>, where no text has a meaning.")
+      .arg(text.size() <= kLongest ? text : text.left(kLongest) + QStringLiteral("..."), element);
+}
+
 }  // namespace kelvarin::messages

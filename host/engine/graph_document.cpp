@@ -212,6 +212,9 @@ void GraphDocument::readAction(const XMLNode& node) {
 }
 
 void GraphDocument::reportAttributes(const XMLNode& action, const AttributeReading& reading) {
+  for (const AttributeReading::Refusal& refusal : reading.refusals()) {
+    refuse(refusal.element, refusal.message);
+  }
   static const QStringList kHosts{QStringLiteral("name"), QStringLiteral("version")};
   static const QStringList kPlace{QStringLiteral("x"), QStringLiteral("y")};
   const int index = static_cast<int>(m_graph.actions.size()) - 1;

@@ -105,6 +105,14 @@ inline QString badColumnMeta(const QString& column, const QString& meta) {
       .arg(column, meta);
 }
 
+inline QString columnWithoutName() {
+  return QStringLiteral("<Column> needs the attribute 'name'.");
+}
+
+inline QString andMore(qsizetype count) {
+  return QStringLiteral("... (%1 more)").arg(count);
+}
+
 inline QString declaredTwice(const QString& column) {
   return QStringLiteral("The column '%1' is declared twice.").arg(column);
 }
@@ -113,6 +121,55 @@ inline QString declaredTwice(const QString& column) {
 
 inline QString noColumns(const QString& file) {
   return QStringLiteral("The file '%1' is empty: it has no columns.").arg(file);
+}
+
+inline QString foreignFile(const QString& file, const QString& kind) {
+  return QStringLiteral("The file '%1' is no CSV file in UTF-8: %2").arg(file, kind);
+}
+inline QString utf16File() {
+  return QStringLiteral("it begins like UTF-16 text. Convert it to UTF-8 first.");
+}
+inline QString utf32File() {
+  return QStringLiteral("it begins like UTF-32 text. Convert it to UTF-8 first.");
+}
+inline QString compressedFile() {
+  return QStringLiteral("it is compressed. Uncompress it first.");
+}
+inline QString archiveFile() {
+  return QStringLiteral(
+      "it is a ZIP archive, as spreadsheet files are. Unpack it, or save the sheet as CSV.");
+}
+inline QString parquetFile() {
+  return QStringLiteral("it is a Parquet file. Read it with ReadParquet.");
+}
+inline QString arrowFile() {
+  return QStringLiteral("it is an Arrow file. Read it with ReadArrow.");
+}
+inline QString hasZeroBytes() {
+  return QStringLiteral(
+      "its first line has zero bytes, which no text has. If it is UTF-16, convert it to UTF-8 "
+      "first.");
+}
+
+inline QString tooManyColumns(std::size_t limit) {
+  return QStringLiteral("the first line has more than %1 columns. Is the separator right?")
+      .arg(limit);
+}
+
+inline QString unnamedColumns(int count, const QString& given) {
+  return count == 1 ? QStringLiteral(
+                          "the header has an empty name; the column is called '%1'. Does the line "
+                          "end with a separator?")
+                          .arg(given)
+                    : QStringLiteral(
+                          "the header has %1 empty names; the first such column is called '%2'.")
+                          .arg(count)
+                          .arg(given);
+}
+
+inline QString otherSeparator(const QString& separator) {
+  return QStringLiteral("the first line is one field and has '%1' in it. Is separator='%1' meant?")
+      .arg(separator);
 }
 
 inline QString declaredColumnAbsent(const QString& file, const QString& column,
@@ -129,22 +186,27 @@ inline QString tooManyDeclared(const QString& file, qsizetype declared, qsizetyp
 }
 
 inline QString notUtf8() {
-  return QStringLiteral("the text is not UTF-8. Convert the file to UTF-8 first");
+  return QStringLiteral(
+      "the text is not UTF-8. If the file is in Latin-1 or Windows-1252, convert it to UTF-8 "
+      "first.");
 }
 
 inline QString inColumn(const QString& place, const QString& column) {
   return QStringLiteral("%1, column '%2'").arg(place, column);
 }
 
-inline QString tooManyFields(int fields, int columns, const QString& lastColumn,
+// The fields of a record, of which the beginning is known when it is not whole.
+inline QString fieldCount(int fields, bool isWhole) {
+  return isWhole ? QString::number(fields) : QStringLiteral("At least %1").arg(fields);
+}
+
+inline QString tooManyFields(const QString& fields, int columns, const QString& lastColumn,
                              const QString& value) {
   return QStringLiteral(
              "%1 fields where the file has %2 columns; the first one after column '%3' is '%4'. "
              "Quote fields that hold "
              "the separator.")
-      .arg(fields)
-      .arg(columns)
-      .arg(lastColumn, shown(value));
+      .arg(fields, QString::number(columns), lastColumn, shown(value));
 }
 
 inline QString tooFewFields(int fields, int columns, const QString& missingColumn,
@@ -171,6 +233,49 @@ inline QString badNumber(const QString& value) {
              "'%1' is not a number. Correct it, declare the column as text (meta U), or set "
              "onBadValue to null.")
       .arg(shown(value));
+}
+
+inline QString hasLeadingZero() {
+  return QStringLiteral("has a leading zero, which a number would lose");
+}
+inline QString hasTooManyDigits() {
+  return QStringLiteral("has more digits than a number can hold");
+}
+
+inline QString numbersAreText(const QString& value, const QString& reason, const QString& column) {
+  return QStringLiteral(
+             "'%1' %2: the column is read as text. To read numbers all the same, declare it: "
+             "<Column name='%3' meta='F'/>.")
+      .arg(shown(value), reason, column);
+}
+
+inline QString peoplesNumbersAreText(const QString& value) {
+  return QStringLiteral(
+             "'%1' looks like a number, but numbers have a decimal point, no thousands separators "
+             "and no percent sign: the column is read as text.")
+      .arg(shown(value));
+}
+
+inline QString missingWordIsText(const QString& word) {
+  return QStringLiteral(
+             "'%1' stands among numbers: the column is read as text. If it means a missing value, "
+             "set nullText='%1'.")
+      .arg(word);
+}
+
+inline QString moreNumbersAreText(const QString& file, int columns) {
+  return QStringLiteral(
+             "file '%1': %2 more columns that look like numbers are read as text.")
+      .arg(file, QString::number(columns));
+}
+
+inline QString numberLosesDigits(const QString& value, const QString& reason,
+                                 const QString& column) {
+  return QStringLiteral(
+             "'%1' %2, in a column of numbers by its first rows. Declare the column as text, "
+             "<Column name='%3' meta='U'/>, or with meta='F' to read such values as numbers all "
+             "the same, or set onBadValue to null.")
+      .arg(shown(value), reason, column);
 }
 
 inline QString badKey(const QString& value) {
@@ -216,13 +321,43 @@ inline QString unsupportedType(const QString& file, const QString& column, const
       .arg(file, column, type);
 }
 
-inline QString integerTooLarge(const QString& value) {
-  return QStringLiteral("the integer %1 cannot be held by a number column without loss.")
-      .arg(value);
+inline QString cannotBeDeclared(const QString& file, const QString& column, const QString& type,
+                                QChar declared, const QString& possible) {
+  return QStringLiteral(
+             "The file '%1' cannot be read: column '%2' has the type %3 and is declared with meta "
+             "'%4'. It can be %5.")
+      .arg(file, column, type, QString(declared), possible);
 }
 
-inline QString keyTooLarge(const QString& value) {
-  return QStringLiteral("the key %1 is too large; the largest is 4294967293.").arg(value);
+inline QString timestampForm(const QString& file, const QString& columns, const QString& example,
+                             const QString& dateFormat, bool isUtc) {
+  return QStringLiteral(
+             "file '%1': the timestamps of %2 are texts like %3; dates are read from them with "
+             "dateFormat='%4'%5.")
+      .arg(file, columns, example, dateFormat,
+           isUtc ? QStringLiteral(" and isUTC='1', the default") : QString());
+}
+
+inline QString finerThanMilliseconds(const QString& place, const QString& column,
+                                     long long count) {
+  return QStringLiteral(
+             "%1: timestamps of column '%2' have digits below the millisecond (%3 in all, this is "
+             "the first). The texts keep them; dates that are read from the texts do not.")
+      .arg(place, column, QString::number(count));
+}
+
+inline QString numberNotHeld(const QString& value, const QString& column) {
+  return QStringLiteral(
+             "%1 cannot be held by a number column without loss. Declare the column as text, "
+             "<Column name='%2' meta='U'/>, or set onBadValue='null'.")
+      .arg(value, column);
+}
+
+inline QString integerIsNoKey(const QString& value, const QString& column) {
+  return QStringLiteral(
+             "%1 is not a key (0 to 4294967293). Declare the column with another type, <Column "
+             "name='%2' meta='F'/> for numbers or meta='U' for texts, or set onBadValue='null'.")
+      .arg(value, column);
 }
 
 inline QString damaged(const QString& file, const QString& reason) {

@@ -1,7 +1,5 @@
 #include "host/tables/arrow/arrow_actions.h"
 
-#include "host/tables/arrow/arrow_batch_reader.h"
-
 namespace kelvarin {
 
 namespace {
@@ -32,11 +30,28 @@ QStringList sinkKeywords(const QString& format) {
           QStringLiteral("out")};
 }
 
-std::unique_ptr<BatchReader> readerOf(const QString& path, std::unique_ptr<ArrowFile> file) {
-  return std::make_unique<ArrowBatchReader>(path, std::move(file));
+}  // namespace
+
+ArrowSource::ArrowSource(XMLNode node, GlobalParameters* parameters)
+    : TableSource(node, parameters), m_columns(node) {
+  checkContentWhileLoading(node, kColumnElements);
 }
 
-}  // namespace
+void ArrowSource::saveXML(std::wostringstream& out, QString name) {
+  saveHead(out, name);
+  m_columns.saveAttributes(out);
+  m_columns.saveChildrenAndEnd(out, typeName());
+}
+
+Result<std::unique_ptr<BatchReader>, QString> ArrowSource::makeReader(const QString& path) const {
+  Result<ColumnRules, QString> rules =
+      m_columns.rules([this](const QString& text) { return expandString(text); });
+  if (!rules) {
+    return Failure{rules.error()};
+  }
+  return std::unique_ptr<BatchReader>(
+      std::make_unique<ArrowBatchReader>(path, makeFile(), std::move(*rules)));
+}
 
 QString ReadParquet::toolTip() const {
   return QStringLiteral("Read a Parquet file");
@@ -48,17 +63,12 @@ QStringList ReadParquet::getKeywords() const {
   return sourceKeywords(QStringLiteral("parquet"));
 }
 
-void ReadParquet::saveXML(std::wostringstream& out, QString name) {
-  saveHead(out, name);
-  out << L"/>\n";
-}
-
 ActionItem* ReadParquet::createFromXML(XMLNode node, GlobalParameters* parameters) {
   return new ReadParquet(node, parameters);
 }
 
-Result<std::unique_ptr<BatchReader>, QString> ReadParquet::makeReader(const QString& path) const {
-  return readerOf(path, makeParquetFile());
+std::unique_ptr<ArrowFile> ReadParquet::makeFile() const {
+  return makeParquetFile();
 }
 
 QString ReadArrow::toolTip() const {
@@ -71,17 +81,12 @@ QStringList ReadArrow::getKeywords() const {
   return sourceKeywords(QStringLiteral("arrow"));
 }
 
-void ReadArrow::saveXML(std::wostringstream& out, QString name) {
-  saveHead(out, name);
-  out << L"/>\n";
-}
-
 ActionItem* ReadArrow::createFromXML(XMLNode node, GlobalParameters* parameters) {
   return new ReadArrow(node, parameters);
 }
 
-Result<std::unique_ptr<BatchReader>, QString> ReadArrow::makeReader(const QString& path) const {
-  return readerOf(path, makeIpcFile());
+std::unique_ptr<ArrowFile> ReadArrow::makeFile() const {
+  return makeIpcFile();
 }
 
 QString WriteParquet::toolTip() const {

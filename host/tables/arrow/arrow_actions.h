@@ -1,42 +1,58 @@
-// The actions ReadParquet, ReadArrow, WriteParquet and WriteArrow. Their one attribute is `file`.
+// The actions ReadParquet, ReadArrow, WriteParquet and WriteArrow.
+//
+// Attribute of all: file. The readers also have onBadValue, and children Column (name, meta) that
+// declare the types of columns.
 #pragma once
 
+#include "host/tables/arrow/arrow_batch_reader.h"
 #include "host/tables/arrow/arrow_sink.h"
 #include "host/tables/files/table_source.h"
+#include "host/tables/settings/column_settings.h"
 
 namespace kelvarin {
 
-class ReadParquet : public TableSource {
+class ArrowSource : public TableSource {
  public:
-  ReadParquet(XMLNode node, GlobalParameters* parameters) : TableSource(node, parameters) {}
+  ArrowSource(XMLNode node, GlobalParameters* parameters);
+  void saveXML(std::wostringstream& out, QString name) override;
+
+ protected:
+  virtual std::unique_ptr<ArrowFile> makeFile() const = 0;
+  Result<std::unique_ptr<BatchReader>, QString> makeReader(const QString& path) const override;
+
+ private:
+  ColumnSettings m_columns;
+};
+
+class ReadParquet : public ArrowSource {
+ public:
+  using ArrowSource::ArrowSource;
   const char* typeName() const override { return "ReadParquet"; }
   QString toolTip() const override;
   QStringList getFileTypes() const override;
   QStringList getKeywords() const override;
-  void saveXML(std::wostringstream& out, QString name) override;
   ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
 
  protected:
-  Result<std::unique_ptr<BatchReader>, QString> makeReader(const QString& path) const override;
+  std::unique_ptr<ArrowFile> makeFile() const override;
 };
 
-class ReadArrow : public TableSource {
+class ReadArrow : public ArrowSource {
  public:
-  ReadArrow(XMLNode node, GlobalParameters* parameters) : TableSource(node, parameters) {}
+  using ArrowSource::ArrowSource;
   const char* typeName() const override { return "ReadArrow"; }
   QString toolTip() const override;
   QStringList getFileTypes() const override;
   QStringList getKeywords() const override;
-  void saveXML(std::wostringstream& out, QString name) override;
   ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
 
  protected:
-  Result<std::unique_ptr<BatchReader>, QString> makeReader(const QString& path) const override;
+  std::unique_ptr<ArrowFile> makeFile() const override;
 };
 
 class WriteParquet : public ArrowSink {
  public:
-  WriteParquet(XMLNode node, GlobalParameters* parameters) : ArrowSink(node, parameters) {}
+  using ArrowSink::ArrowSink;
   const char* typeName() const override { return "WriteParquet"; }
   QString toolTip() const override;
   QStringList getFileTypes() const override;
@@ -49,7 +65,7 @@ class WriteParquet : public ArrowSink {
 
 class WriteArrow : public ArrowSink {
  public:
-  WriteArrow(XMLNode node, GlobalParameters* parameters) : ArrowSink(node, parameters) {}
+  using ArrowSink::ArrowSink;
   const char* typeName() const override { return "WriteArrow"; }
   QString toolTip() const override;
   QStringList getFileTypes() const override;

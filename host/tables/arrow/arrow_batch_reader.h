@@ -7,7 +7,9 @@
 #include <memory>
 
 #include "arrow/record_batch.h"
+#include "host/tables/arrow/array_source.h"
 #include "host/tables/files/batch_reader.h"
+#include "host/tables/settings/column_settings.h"
 
 namespace kelvarin {
 
@@ -28,21 +30,29 @@ std::unique_ptr<ArrowFile> makeIpcFile();
 
 class ArrowBatchReader : public BatchReader {
  public:
-  ArrowBatchReader(const QString& path, std::unique_ptr<ArrowFile> file);
+  ArrowBatchReader(const QString& path, std::unique_ptr<ArrowFile> file, ColumnRules rules);
 
   Result<TableColumns, QString> open() override;
   Result<ReadOutcome, QString> next(RowBatch& batch) override;
   float fractionDone() const override;
   QString placeOfRow(long long row) const override;
+  QStringList notes() const override { return m_notes; }
+  QStringList warnings() const override;
 
  private:
-  Result<TableColumns, QString> columnsOf(const arrow::Schema& schema) const;
-  Status<QString> convert(const arrow::RecordBatch& raw, RowBatch& batch) const;
+  Status<QString> settleColumns(const arrow::Schema& schema);
+  Status<QString> takeDeclaredTypes(const arrow::Schema& schema);
+  void noteTimestamps(const arrow::Schema& schema);
+  Status<QString> convert(const arrow::RecordBatch& raw, RowBatch& batch);
+  QString badValueText(std::size_t column, const BadValue& value) const;
   QString failureText(const arrow::Status& status) const;
 
   QString m_path;
   std::unique_ptr<ArrowFile> m_file;
+  ColumnRules m_rules;
   TableColumns m_columns;
+  std::vector<ColumnTally> m_tallies;
+  QStringList m_notes;
   std::atomic<long long> m_rowsGiven{0};
 };
 

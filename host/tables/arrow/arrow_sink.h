@@ -22,11 +22,10 @@ class ArrowWriter {
 
 class ArrowSink : public TableSink {
  public:
+  ArrowSink(XMLNode node, GlobalParameters* parameters);
   void saveXML(std::wostringstream& out, QString name) override;
 
  protected:
-  using TableSink::TableSink;
-
   virtual std::unique_ptr<ArrowWriter> makeWriter() const = 0;
 
   Status<QString> begin(const OneRow& columns) override;

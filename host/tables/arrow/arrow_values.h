@@ -1,29 +1,25 @@
 // From columns of the Arrow library to the bytes of values.
 //
 // Numbers, decimals and booleans (1, 0) become numbers, unsigned 32-bit integers keys, texts, dates
-// and timestamps texts (ISO 8601), dictionaries their values. Threads: plain functions.  Errors:
-// the row and the reason.
+// and timestamps texts (ISO 8601), dictionaries their values. A user may declare integers and
+// decimals as texts, and integers as numbers or keys. Threads: plain functions.
 #pragma once
 
-#include <optional>
+#include <vector>
 
-#include <QString>
-
-#include "arrow/array/array_base.h"
 #include "arrow/type.h"
-#include "host/tables/files/row_batch.h"
+#include "host/tables/arrow/array_source.h"
 
 namespace kelvarin {
 
-// Empty for a type that has no place in a row.
-std::optional<MetaTypeColumn> columnTypeOf(const arrow::DataType& type);
+// What values of a type can be; the first is the default. Empty for a type that is not read.
+std::vector<MetaTypeColumn> columnTypesOf(const arrow::DataType& type);
 
-struct BadValue {
-  long long row;  // in the array
-  QString reason;
-};
+// The type of the values: of a dictionary, that of its values.
+const arrow::DataType& valueTypeOf(const arrow::DataType& type);
 
-// Fills `column`, whose type is that of columnTypeOf(). The array has been validated.
-std::optional<BadValue> convertArray(const arrow::Array& array, ValueColumn& column);
+// Fills `column`, whose type is one of columnTypesOf(). The array has been validated.
+std::optional<BadValue> convertArray(const arrow::Array& array, ValueColumn& column,
+                                     ColumnTally& tally);
 
 }  // namespace kelvarin

@@ -60,7 +60,7 @@ void appendIsoTimestamp(std::string& text, std::int64_t ticksSinceEpoch, int dig
   const std::int64_t second = days.remainder;
   fmt::format_to(std::back_inserter(text), FMT_COMPILE("T{:02}:{:02}:{:02}"), second / 3600,
                  second / 60 % 60, second % 60);
-  if (seconds.remainder != 0) {
+  if (digits > 0) {
     fmt::format_to(std::back_inserter(text), FMT_COMPILE(".{:0{}}"), seconds.remainder, digits);
   }
   if (isUtc) {

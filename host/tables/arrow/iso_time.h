@@ -10,8 +10,8 @@ namespace kelvarin {
 
 // Appends to `text`.
 void appendIsoDate(std::string& text, std::int64_t daysSinceEpoch);
-// `digits` is the number of decimals of a tick: 0, 3, 6 or 9. Decimals are left out where they are
-// all zero.
+// `digits` is the number of decimals of a tick: 0, 3, 6 or 9. All are written, so that the texts of
+// a column have one form.
 void appendIsoTimestamp(std::string& text, std::int64_t ticksSinceEpoch, int digits, bool isUtc);
 
 }  // namespace kelvarin

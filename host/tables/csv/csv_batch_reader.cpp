@@ -8,50 +8,63 @@ namespace kelvarin {
 
 namespace {
 constexpr long long kInferredRows = 10000;
+
+QString lostDigitsText(std::string_view field, double number) {
+  return lostDigits(field, number) == LostDigits::leadingZero ? table_messages::hasLeadingZero()
+                                                              : table_messages::hasTooManyDigits();
+}
+
+QString badNumberText(const std::string& field, const QString& column) {
+  const QString value = QString::fromStdString(field);
+  double number = 0;
+  return parseNumber(field, number)
+             ? table_messages::numberLosesDigits(value, lostDigitsText(field, number), column)
+             : table_messages::badNumber(value);
+}
+
+// Why a column that looks like numbers is text.
+QString textColumnText(const std::string& field, const QString& column) {
+  const QString value = QString::fromStdString(field);
+  double number = 0;
+  if (parseNumber(field, number)) {
+    return table_messages::numbersAreText(value, lostDigitsText(field, number), column);
+  }
+  return isMissingWord(field) ? table_messages::missingWordIsText(value)
+                              : table_messages::peoplesNumbersAreText(value);
+}
+
 }  // namespace
 
-CsvBatchReader::CsvBatchReader(const QString& path, CsvReadSettings settings)
-    : m_path(path), m_settings(std::move(settings)) {}
+CsvBatchReader::CsvBatchReader(const QString& path, const CsvDialect& dialect, ColumnRules rules)
+    : m_path(path), m_dialect(dialect), m_rules(std::move(rules)) {}
 
 Result<TableColumns, QString> CsvBatchReader::open() {
   if (const auto status = m_file.open(m_path); !status) {
     return Failure{status.error()};
   }
-  Result<CsvHead, QString> head = readCsvHead(m_file, m_settings.dialect);
+  Result<CsvHead, QString> head = readCsvHead(m_file, m_dialect);
   if (!head) {
     return Failure{head.error()};
   }
   m_head = std::move(*head);
+  m_notes = m_head.notes;
   if (const auto status = settleColumns(); !status) {
     return Failure{status.error()};
   }
-  m_nulls.emplace(m_settings.dialect, m_columns.types.size());
-  m_places.emplace(m_file, m_settings.dialect, m_head);
-  m_blocks.emplace(m_file, m_settings.dialect, m_head, m_columns.names);
+  m_nulls.emplace(m_dialect, m_columns.types.size());
+  m_places.emplace(m_file, m_dialect, m_head);
+  m_blocks.emplace(m_file, m_dialect, m_head, m_columns.names);
   if (const auto status = inferTypes(); !status) {
     return Failure{status.error()};
   }
   return m_columns;
 }
 
-// Declared columns name the columns of a file without header in order, unless they use the
-// generated names.
 Status<QString> CsvBatchReader::settleColumns() {
-  QVector<QString>& names = m_head.names;
-  const auto isKnown = [&](const DeclaredColumn& column) { return names.contains(column.name); };
-  const auto& declared = m_settings.columns;
-  const auto declaredCount = static_cast<qsizetype>(declared.size());
-  if (!m_settings.dialect.hasHeader && !std::all_of(declared.begin(), declared.end(), isKnown)) {
-    if (names.isEmpty()) {
-      names.resize(declaredCount);
-    }
-    if (declaredCount > names.size()) {
-      return Failure{table_messages::tooManyDeclared(m_path, declaredCount, names.size())};
-    }
-    for (qsizetype i = 0; i < declaredCount; ++i) {
-      names[i] = declared[static_cast<std::size_t>(i)].name;
-    }
+  if (const auto status = nameByDeclarations(); !status) {
+    return status;
   }
+  const QVector<QString>& names = m_head.names;
   if (names.isEmpty()) {
     return Failure{table_messages::noColumns(m_path)};
   }
@@ -59,15 +72,50 @@ Status<QString> CsvBatchReader::settleColumns() {
   m_columns.names = names;
   m_columns.types.assign(columnCount, MetaTypeColumn::text);
   m_isDeclared.assign(columnCount, false);
-  m_badFields.assign(columnCount, BadFieldCount{m_settings.areBadValuesNull, 0, -1});
-  for (const DeclaredColumn& column : declared) {
-    const qsizetype index = names.indexOf(column.name);
+  m_badFields.assign(columnCount, BadFieldCount{m_rules.areBadValuesNull, 0, -1});
+  if (m_rules.declared.empty()) {
+    return Done{};
+  }
+  const QHash<QString, qsizetype> positions = positionsOf(names);
+  for (const DeclaredColumn& column : m_rules.declared) {
+    const qsizetype index = positions.value(column.name, -1);
     if (index < 0) {
-      return Failure{table_messages::declaredColumnAbsent(
-          m_path, column.name, QStringList(names.toList()).join(QStringLiteral(", ")))};
+      return Failure{
+          table_messages::declaredColumnAbsent(m_path, column.name, shownNames(names))};
     }
     m_columns.types[static_cast<std::size_t>(index)] = column.type;
     m_isDeclared[static_cast<std::size_t>(index)] = true;
+  }
+  return Done{};
+}
+
+// Declared columns name the columns of a file without header in order, unless they use the
+// generated names.
+Status<QString> CsvBatchReader::nameByDeclarations() {
+  QVector<QString>& names = m_head.names;
+  const std::vector<DeclaredColumn>& declared = m_rules.declared;
+  if (m_dialect.hasHeader || declared.empty()) {
+    return Done{};
+  }
+  const QHash<QString, qsizetype> generated = positionsOf(names);
+  if (std::all_of(declared.begin(), declared.end(), [&](const DeclaredColumn& column) {
+        return generated.contains(column.name);
+      })) {
+    return Done{};
+  }
+  const auto declaredCount = static_cast<qsizetype>(declared.size());
+  if (names.isEmpty()) {
+    names.resize(declaredCount);
+  }
+  if (declaredCount > names.size()) {
+    return Failure{table_messages::tooManyDeclared(m_path, declaredCount, names.size())};
+  }
+  for (qsizetype i = 0; i < declaredCount; ++i) {
+    const QString& name = declared[static_cast<std::size_t>(i)].name;
+    if (generated.value(name, -1) >= declaredCount) {
+      return Failure{table_messages::duplicateColumn(m_path, name)};
+    }
+    names[i] = name;
   }
   return Done{};
 }
@@ -94,7 +142,26 @@ Status<QString> CsvBatchReader::inferTypes() {
       m_columns.types[i] = inferences[i].type();
     }
   }
+  noteTextColumns(inferences);
   return Done{};
+}
+
+void CsvBatchReader::noteTextColumns(const std::vector<TypeInference>& inferences) {
+  constexpr int kMostNotes = 100;
+  int columns = 0;
+  for (std::size_t i = 0; i < inferences.size(); ++i) {
+    const FieldForText* field = m_isDeclared[i] ? nullptr : inferences[i].fieldForText();
+    if (field == nullptr || ++columns > kMostNotes) {
+      continue;
+    }
+    const QString name = m_columns.names[static_cast<qsizetype>(i)];
+    m_notes += table_messages::atPlace(
+        table_messages::inColumn(table_messages::atLine(m_path, field->line), name),
+        textColumnText(field->text, name));
+  }
+  if (columns > kMostNotes) {
+    m_notes += table_messages::moreNumbersAreText(m_path, columns - kMostNotes);
+  }
 }
 
 Result<ReadOutcome, QString> CsvBatchReader::next(RowBatch& batch) {
@@ -118,7 +185,8 @@ Status<QString> CsvBatchReader::convert(const CsvBlock& block, RowBatch& batch) 
   const std::size_t columnCount = batch.columnCount();
   m_converters.clear();
   for (std::size_t i = 0; i < columnCount; ++i) {
-    m_converters.emplace_back(block, i, batch.column(i));
+    const DigitRule digits = m_isDeclared[i] ? DigitRule::mayBeLost : DigitRule::mustBeKept;
+    m_converters.emplace_back(block, i, digits, batch.column(i));
   }
   // All columns of some rows, so that their bytes are fetched once.
   constexpr long long kRowsAtOnce = 512;
@@ -143,13 +211,13 @@ Status<QString> CsvBatchReader::convert(const CsvBlock& block, RowBatch& batch) 
 
 QString CsvBatchReader::badFieldText(const CsvBlock& block, std::size_t column,
                                      const BadField& field) const {
+  const QString name = m_columns.names[static_cast<qsizetype>(column)];
   const QString place =
-      table_messages::inColumn(table_messages::atLine(m_path, block.lineOfRow(field.row)),
-                               m_columns.names[static_cast<qsizetype>(column)]);
+      table_messages::inColumn(table_messages::atLine(m_path, block.lineOfRow(field.row)), name);
   const QString value = QString::fromStdString(field.text);
   switch (m_columns.types[column]) {
     case MetaTypeColumn::number:
-      return table_messages::atPlace(place, table_messages::badNumber(value));
+      return table_messages::atPlace(place, badNumberText(field.text, name));
     case MetaTypeColumn::key:
       return table_messages::atPlace(place, table_messages::badKey(value));
     default:

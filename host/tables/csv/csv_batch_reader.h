@@ -11,44 +11,38 @@
 #include "host/tables/csv/csv_places.h"
 #include "host/tables/csv/csv_values.h"
 #include "host/tables/files/batch_reader.h"
+#include "host/tables/settings/column_settings.h"
 
 namespace kelvarin {
 
-// A column's type as the user declares it.
-struct DeclaredColumn {
-  QString name;
-  MetaTypeColumn type;
-};
-
-struct CsvReadSettings {
-  CsvDialect dialect;
-  bool areBadValuesNull = false;
-  std::vector<DeclaredColumn> columns;
-};
-
 class CsvBatchReader : public BatchReader {
  public:
-  CsvBatchReader(const QString& path, CsvReadSettings settings);
+  CsvBatchReader(const QString& path, const CsvDialect& dialect, ColumnRules rules);
 
   Result<TableColumns, QString> open() override;
   Result<ReadOutcome, QString> next(RowBatch& batch) override;
   float fractionDone() const override;
   QString placeOfRow(long long row) const override;
+  QStringList notes() const override { return m_notes; }
   QStringList warnings() const override;
   void cancel() override { m_file.cancel(); }
 
  private:
   Status<QString> settleColumns();
+  Status<QString> nameByDeclarations();
   Status<QString> inferTypes();
   Status<QString> convert(const CsvBlock& block, RowBatch& batch);
+  void noteTextColumns(const std::vector<TypeInference>& inferences);
   QString badFieldText(const CsvBlock& block, std::size_t column, const BadField& field) const;
 
   QString m_path;
   CsvFile m_file;
-  CsvReadSettings m_settings;
+  CsvDialect m_dialect;
+  ColumnRules m_rules;
   CsvHead m_head;
   TableColumns m_columns;
   std::vector<bool> m_isDeclared;
+  QStringList m_notes;
   std::optional<CsvNullRule> m_nulls;
   std::vector<BadFieldCount> m_badFields;
   std::vector<FieldConverter> m_converters;  // of the block at work

@@ -84,23 +84,25 @@ Result<ReadOutcome, QString> CsvBlockReader::next(CsvBlock& block) {
 
 // Why the record at `record`, in m_line, is none.
 QString CsvBlockReader::faultText(const char* record, std::size_t size) const {
-  CsvScanner scanner(m_dialect, m_columnNames.size() != 1, m_line);
+  const auto columns = static_cast<int>(m_columnNames.size());
+  const auto keptFields = static_cast<std::size_t>(columns) + 1;
+  CsvScanner scanner(m_dialect, columns != 1, m_line, keptFields);
   const char* next = record;
-  if (!scanner.scan(next, record + size)) {
+  const bool isWhole = scanner.scan(next, record + size) || m_isFileRead;
+  if (next == record + size) {
     scanner.finish();
   }
   const CsvRecord& found = scanner.record();
   const QString path = m_file.path();
-  if (found.isQuoteOpen) {
+  if (found.isQuoteOpen && isWhole) {
     return table_messages::atPlace(table_messages::atLine(path, found.quoteLine),
                                    table_messages::quoteNeverClosed());
   }
-  const auto fields = static_cast<int>(found.fields.size());
-  const auto columns = static_cast<int>(m_columnNames.size());
+  const auto fields = static_cast<int>(found.fieldCount);
   const QString what =
       fields > columns
           ? table_messages::tooManyFields(
-                fields, columns, m_columnNames.last(),
+                table_messages::fieldCount(fields, isWhole), columns, m_columnNames.last(),
                 shownField(found.fields[static_cast<std::size_t>(columns)]))
           : table_messages::tooFewFields(fields, columns, m_columnNames[fields],
                                          shownField(found.fields.back()));

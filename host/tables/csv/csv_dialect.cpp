@@ -16,21 +16,16 @@ bool isOneCharacter(const QString& text) {
 
 }  // namespace
 
-QString attributeOr(const XMLNode& node, const char16_t* name, const QString& otherwise) {
-  const unsigned short* text = node.getAttribute(utf16(name));
-  return text == nullptr ? otherwise : qString(text);
-}
-
-void saveAttribute(std::wostringstream& out, const wchar_t* name, const QString& value) {
-  ToXMLStringTool escape;
-  out << L' ' << name << L"='" << escape.toXML(value) << L'\'';
-}
-
 CsvSettings::CsvSettings(const XMLNode& node)
     : m_separator(attributeOr(node, u"separator", kDefaultSeparator)),
       m_quote(attributeOr(node, u"quote", kDefaultQuote)),
       m_header(xmltob(node.getAttribute(utf16(u"header")), 1) != 0),
-      m_nullText(attributeOr(node, u"nullText", QString())) {}
+      m_nullText(attributeOr(node, u"nullText", QString())) {
+  checkWhileLoading(node, [this](const TextExpansion& expanded) {
+    const Result<CsvDialect, QString> checked = dialect(expanded);
+    return checked ? QString() : checked.error();
+  });
+}
 
 void CsvSettings::save(std::wostringstream& out) const {
   if (m_separator != kDefaultSeparator) {
@@ -47,19 +42,19 @@ void CsvSettings::save(std::wostringstream& out) const {
   }
 }
 
-Result<CsvDialect, QString> CsvSettings::dialect(const ActionItem& action) const {
-  QString separator = action.expandString(m_separator);
+Result<CsvDialect, QString> CsvSettings::dialect(const TextExpansion& expanded) const {
+  QString separator = expanded(m_separator);
   if (separator == QLatin1String("\\t")) {
     separator = QStringLiteral("\t");
   }
   if (!isOneCharacter(separator)) {
     return Failure{table_messages::badSeparator(separator)};
   }
-  const QString quote = action.expandString(m_quote);
+  const QString quote = expanded(m_quote);
   if (!quote.isEmpty() && (!isOneCharacter(quote) || quote == separator)) {
     return Failure{table_messages::badQuote(quote)};
   }
-  const QString nullText = action.expandString(m_nullText);
+  const QString nullText = expanded(m_nullText);
   const bool holdsQuote = !quote.isEmpty() && nullText.contains(quote);
   if (holdsQuote || nullText.contains(separator) || nullText.contains(u'\n') ||
       nullText.contains(u'\r')) {

@@ -10,7 +10,7 @@
 #include <string>
 
 #include "base/result.h"
-#include "host/contract/action_item.h"
+#include "host/tables/settings/attribute_texts.h"
 
 namespace kelvarin {
 
@@ -24,12 +24,12 @@ struct CsvDialect {
 
 class CsvSettings {
  public:
+  // Reports faults while a graph is loaded.
   explicit CsvSettings(const XMLNode& node);
 
   // Writes the attributes that differ from their defaults.
   void save(std::wostringstream& out) const;
-  // Graph parameters are replaced as `action` knows them.
-  Result<CsvDialect, QString> dialect(const ActionItem& action) const;
+  Result<CsvDialect, QString> dialect(const TextExpansion& expanded) const;
 
  private:
   QString m_separator;
@@ -37,10 +37,5 @@ class CsvSettings {
   bool m_header;
   QString m_nullText;
 };
-
-// The attribute's text, `otherwise` when the element has no such attribute.
-QString attributeOr(const XMLNode& node, const char16_t* name, const QString& otherwise);
-// Writes ` name='value'`.
-void saveAttribute(std::wostringstream& out, const wchar_t* name, const QString& value);
 
 }  // namespace kelvarin

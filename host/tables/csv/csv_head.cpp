@@ -1,5 +1,8 @@
 #include "host/tables/csv/csv_head.h"
 
+#include <algorithm>
+#include <utility>
+
 #include <QSet>
 
 #include "host/tables/csv/csv_values.h"
@@ -11,27 +14,71 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
+// A file that is no CSV file whatever the settings say; empty when it may be one. Signatures of
+// letters alone would be names of columns.
+QString kindOfForeignFile(std::string_view start) {
+  using std::string_view_literals::operator""sv;
+  static constexpr std::pair<std::string_view, QString (*)()> kKinds[] = {
+      {"\xFF\xFE"sv, table_messages::utf16File},
+      {"\xFE\xFF"sv, table_messages::utf16File},
+      {"\0\0\xFE\xFF"sv, table_messages::utf32File},
+      {"\x1F\x8B"sv, table_messages::compressedFile},
+      {"\x28\xB5\x2F\xFD"sv, table_messages::compressedFile},
+      {"BZh91AY&SY"sv, table_messages::compressedFile},
+      {"\xFD"
+       "7zXZ\0"sv,
+       table_messages::compressedFile},
+      {"PK\x03\x04"sv, table_messages::archiveFile},
+      {"PAR1\x15"sv, table_messages::parquetFile},
+      {"ARROW1\0\0"sv, table_messages::arrowFile},
+  };
+  for (const auto& [signature, kind] : kKinds) {
+    if (start.starts_with(signature)) {
+      return kind();
+    }
+  }
+  return {};
+}
+
+// Every second byte is zero in UTF-16 without a byte order mark.
+bool hasZeroByte(const CsvRecord& record) {
+  return std::any_of(record.fields.begin(), record.fields.end(), [](const std::string& field) {
+    return field.find('\0') != field.npos;
+  });
+}
+
 // Reads until the first record is complete.
 class HeadReader {
  public:
   HeadReader(const CsvFile& file, const CsvDialect& dialect)
-      : m_file(file), m_scanner(dialect, true, 1) {}
+      : m_file(file), m_scanner(dialect, true, 1, kMostCsvColumns) {}
 
   // False: the file has no record.
   Result<bool, QString> readFirstRecord() {
     for (;;) {
+      const bool isStart = m_bytes.empty();
       const Result<std::size_t, QString> got = readMore();
       if (!got) {
         return Failure{got.error()};
       }
+      if (const QString kind = isStart ? kindOfForeignFile(m_bytes) : QString(); !kind.isEmpty()) {
+        return Failure{table_messages::foreignFile(m_file.path(), kind)};
+      }
       const char* next = m_bytes.data() + m_used;
       const bool isComplete = m_scanner.scan(next, m_bytes.data() + m_bytes.size());
+      const bool isAtEnd = !isComplete && *got < kStep;
+      const bool hasRecord = isComplete || (isAtEnd && m_scanner.finish());
       m_used = static_cast<std::size_t>(next - m_bytes.data());
+      if (m_scanner.record().fieldCount > kMostCsvColumns) {
+        return Failure{
+            table_messages::atPlace(table_messages::atLine(m_file.path(), m_scanner.record().line),
+                                    table_messages::tooManyColumns(kMostCsvColumns))};
+      }
       if (isComplete) {
         return lookAfterRecord();
       }
-      if (*got < kStep) {
-        return m_scanner.finish();
+      if (isAtEnd) {
+        return hasRecord;
       }
       if (static_cast<long long>(m_bytes.size()) > kLongestRecord) {
         return Failure{
@@ -82,24 +129,59 @@ class HeadReader {
   std::size_t m_used = 0;
 };
 
-Result<QVector<QString>, QString> namesOfHeader(const CsvFile& file, const CsvRecord& record) {
-  QVector<QString> names;
+// Columns without a name get one that no other column has.
+Status<QString> nameColumns(const CsvFile& file, const CsvRecord& record, CsvHead& head) {
   QSet<QString> known;
   for (const std::string& field : record.fields) {
     if (!isUtf8(field)) {
       return Failure{table_messages::atPlace(table_messages::atLine(file.path(), record.line),
                                              table_messages::notUtf8())};
     }
-    const QString name =
-        field.empty() ? generatedColumnName(names.size())
-                      : QString::fromUtf8(field.data(), static_cast<qsizetype>(field.size()));
+    const QString name = QString::fromUtf8(field.data(), static_cast<qsizetype>(field.size()));
     if (known.contains(name)) {
       return Failure{table_messages::duplicateColumn(file.path(), name)};
     }
-    known.insert(name);
-    names.append(name);
+    if (!name.isEmpty()) {
+      known.insert(name);
+    }
+    head.names.append(name);
   }
-  return names;
+  int unnamed = 0;
+  QString firstGiven;
+  for (qsizetype i = 0; i < head.names.size(); ++i) {
+    if (!head.names[i].isEmpty()) {
+      continue;
+    }
+    QString given = generatedColumnName(i);
+    while (known.contains(given)) {
+      given += u'_';
+    }
+    known.insert(given);
+    head.names[i] = given;
+    firstGiven = unnamed++ == 0 ? given : firstGiven;
+  }
+  if (unnamed > 0) {
+    head.notes += table_messages::atPlace(table_messages::atLine(file.path(), record.line),
+                                          table_messages::unnamedColumns(unnamed, firstGiven));
+  }
+  return Done{};
+}
+
+// A header of one column that looks like several.
+void noteOtherSeparator(const CsvFile& file, const CsvRecord& record, CsvHead& head) {
+  if (record.fieldCount != 1) {
+    return;
+  }
+  static constexpr std::pair<char, const char*> kSeparators[] = {
+      {';', ";"}, {'\t', "\\t"}, {'|', "|"}, {',', ","}};
+  for (const auto& [separator, attribute] : kSeparators) {
+    if (record.fields[0].find(separator) != std::string::npos) {
+      head.notes += table_messages::atPlace(
+          table_messages::atLine(file.path(), record.line),
+          table_messages::otherSeparator(QString::fromLatin1(attribute)));
+      return;
+    }
+  }
 }
 
 }  // namespace
@@ -123,17 +205,19 @@ Result<CsvHead, QString> readCsvHead(const CsvFile& file, const CsvDialect& dial
     return Failure{table_messages::atPlace(table_messages::atLine(file.path(), record.quoteLine),
                                            table_messages::quoteNeverClosed())};
   }
+  if (hasZeroByte(record)) {
+    return Failure{table_messages::foreignFile(file.path(), table_messages::hasZeroBytes())};
+  }
+  noteOtherSeparator(file, record, head);
   std::size_t dataStart = reader.start();
   if (dialect.hasHeader) {
-    Result<QVector<QString>, QString> names = namesOfHeader(file, record);
-    if (!names) {
-      return Failure{names.error()};
+    if (const auto status = nameColumns(file, record, head); !status) {
+      return Failure{status.error()};
     }
-    head.names = std::move(*names);
     dataStart = reader.used();
     head.dataLine = reader.scanner().line();
   } else {
-    for (std::size_t i = 0; i < record.fields.size(); ++i) {
+    for (std::size_t i = 0; i < record.fieldCount; ++i) {
       head.names.append(generatedColumnName(static_cast<qsizetype>(i)));
     }
   }

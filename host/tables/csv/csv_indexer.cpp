@@ -23,6 +23,9 @@ CsvIndex CsvIndexer::index(CsvBlock& block, std::size_t size, bool isEnd) {
       bits = {bits.special & present, bits.rare & present};
     }
     makeRoom(marks);
+    if (m_isStopped) {
+      break;
+    }
     if (bits.rare == 0 && !m_isInQuotes && m_skipTo <= start) [[likely]] {
       takePlain(start, bits.special);
     } else {
@@ -65,12 +68,18 @@ void CsvIndexer::takePlain(std::uint32_t start, std::uint64_t special) {
   m_mark = next;
 }
 
-// For as many marks as one step can make: a line end makes two.
+// For as many marks as one step can make: a line end makes two. A record that has more fields than
+// columns already is at fault whatever follows, and gets no memory for more.
 void CsvIndexer::makeRoom(std::vector<std::uint32_t>& marks) {
   constexpr std::size_t kMostInStep = 2 * CsvByteFinder::kStep + 2;
   const auto used = static_cast<std::size_t>(m_mark - marks.data());
   if (marks.size() - used < kMostInStep) [[unlikely]] {
     const auto record = static_cast<std::size_t>(m_record - marks.data());
+    if (used - record > m_columnCount + 1) {
+      m_index.hasFault = true;
+      m_isStopped = true;
+      return;
+    }
     marks.resize(2 * marks.size() + kMostInStep);
     m_record = marks.data() + record;
     m_mark = marks.data() + used;

@@ -18,7 +18,7 @@ QString CsvPlaces::placeOfRow(long long row) const {
 }
 
 std::optional<long long> CsvPlaces::lineOfRow(long long row) const {
-  CsvScanner scanner(m_dialect, !m_hasOneColumn, m_dataLine);
+  CsvScanner scanner(m_dialect, !m_hasOneColumn, m_dataLine, 0);
   std::vector<char> bytes(1 << 20);
   long long fileOffset = m_dataOffset;
   for (long long rowsBefore = 0;;) {

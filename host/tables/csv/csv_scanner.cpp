@@ -2,8 +2,12 @@
 
 namespace kelvarin {
 
-CsvScanner::CsvScanner(const CsvDialect& dialect, bool skipsEmptyLines, long long firstLine)
-    : m_dialect(dialect), m_skipsEmptyLines(skipsEmptyLines), m_line(firstLine) {}
+CsvScanner::CsvScanner(const CsvDialect& dialect, bool skipsEmptyLines, long long firstLine,
+                       std::size_t keptFields)
+    : m_dialect(dialect),
+      m_skipsEmptyLines(skipsEmptyLines),
+      m_keptFields(keptFields),
+      m_line(firstLine) {}
 
 bool CsvScanner::scan(const char*& begin, const char* end) {
   while (begin < end) {
@@ -40,15 +44,18 @@ void CsvScanner::beginRecord() {
   m_record.line = m_line;
   m_record.byteCount = 0;
   m_record.isQuoteOpen = false;
+  m_record.fieldCount = 0;
   m_record.fields.clear();
 }
 
 void CsvScanner::beginField() {
-  m_record.fields.emplace_back();
+  if (m_record.fieldCount++ < m_keptFields) {
+    m_record.fields.emplace_back();
+  }
 }
 
 void CsvScanner::append(char c) {
-  if (m_record.byteCount <= kLongestRecord) {
+  if (m_record.byteCount <= kLongestRecord && m_record.fieldCount <= m_keptFields) {
     m_record.fields.back() += c;
   }
 }

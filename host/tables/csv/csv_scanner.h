@@ -5,6 +5,7 @@
 // quote the field goes on unquoted. LF, CR and CR LF end a line. Threads: plain values.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -20,12 +21,17 @@ struct CsvRecord {
   long long byteCount = 0;          // without its line end
   bool isQuoteOpen = false;         // the text ended inside a quoted field,
   long long quoteLine = 0;          // which began in this line
-  std::vector<std::string> fields;  // of a record longer than the longest, the beginning
+  std::size_t fieldCount = 0;
+  std::vector<std::string> fields;  // those that are kept; of too long a record, the beginning
 };
 
 class CsvScanner {
  public:
-  CsvScanner(const CsvDialect& dialect, bool skipsEmptyLines, long long firstLine);
+  static constexpr std::size_t kAllFields = SIZE_MAX;
+
+  // Of each record the texts of the first `keptFields` fields are kept.
+  CsvScanner(const CsvDialect& dialect, bool skipsEmptyLines, long long firstLine,
+             std::size_t keptFields = kAllFields);
 
   // Reads on at `begin`, which moves. True: record() is complete and `begin` stands after its line
   // end. False: all bytes are used up; give the following ones.
@@ -48,6 +54,7 @@ class CsvScanner {
 
   CsvDialect m_dialect;
   bool m_skipsEmptyLines;
+  std::size_t m_keptFields;
   State m_state = State::recordStart;
   CsvRecord m_record;
   long long m_line;

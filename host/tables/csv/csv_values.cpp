@@ -4,8 +4,6 @@
 
 #include <QUtf8StringView>
 
-#include "host/tables/csv/csv_number.h"
-
 namespace kelvarin {
 
 namespace {
@@ -16,6 +14,20 @@ struct NumberType {
   static bool parse(std::string_view field, Value& value) { return parseNumber(field, value); }
   static bool parseInBlock(std::string_view field, Value& value) {
     return parseShortDecimal(field, value) || parseNumber(field, value);
+  }
+};
+
+// Refuses numbers that lose digits.
+struct ExactNumberType {
+  using Value = double;
+  static constexpr Value kMissing = kNullNumber;
+  static bool parse(std::string_view field, Value& value) {
+    return parseNumber(field, value) && lostDigits(field, value) == LostDigits::none;
+  }
+  static bool parseInBlock(std::string_view field, Value& value) {
+    return parseShortDecimal<true>(field, value) ||
+           (parseNumber(field, value) &&
+            (!mayHaveLostDigits(field) || lostDigits(field, value) == LostDigits::none));
   }
 };
 
@@ -69,8 +81,9 @@ bool isUtf8(std::string_view text) {
   return QUtf8StringView(text.data(), static_cast<qsizetype>(text.size())).isValidUtf8();
 }
 
-FieldConverter::FieldConverter(const CsvBlock& block, std::size_t index, ValueColumn& column)
-    : m_block(&block), m_index(index), m_type(column.type()) {
+FieldConverter::FieldConverter(const CsvBlock& block, std::size_t index, DigitRule digits,
+                               ValueColumn& column)
+    : m_block(&block), m_index(index), m_type(column.type()), m_digits(digits) {
   const auto rowCount = static_cast<std::size_t>(block.rowCount());
   switch (m_type) {
     case MetaTypeColumn::number:
@@ -89,7 +102,9 @@ std::optional<BadField> FieldConverter::convert(long long begin, long long end,
                                                 BadFieldCount& badFields) {
   switch (m_type) {
     case MetaTypeColumn::number:
-      return parse<NumberType>(begin, end, nulls, badFields);
+      return m_digits == DigitRule::mustBeKept
+                 ? parse<ExactNumberType>(begin, end, nulls, badFields)
+                 : parse<NumberType>(begin, end, nulls, badFields);
     case MetaTypeColumn::key:
       return parse<KeyType>(begin, end, nulls, badFields);
     default:
@@ -169,9 +184,15 @@ void TypeInference::look(const CsvBlock& block, std::size_t index, const CsvNull
     if (text.empty() || nulls.isNullText(field)) {
       continue;
     }
-    double number;
-    m_hasText = !parseNumber(text, number);
-    m_hasNumber = m_hasNumber || !m_hasText;
+    double number = 0;
+    const bool isNumber = parseNumber(text, number);
+    const bool isPlain = isNumber && (!mayHaveLostDigits(text) ||
+                                      lostDigits(text, number) == LostDigits::none);
+    m_hasNumber = m_hasNumber || isNumber || isNumberForPeople(text);
+    m_hasText = !isNumber && !isNumberForPeople(text) && !isMissingWord(text);
+    if (!isPlain && !m_forText) {
+      m_forText = FieldForText{block.lineOfRow(row), std::string(text)};
+    }
   }
 }
 

@@ -9,9 +9,16 @@
 
 #include "host/tables/csv/csv_block.h"
 #include "host/tables/csv/csv_dialect.h"
+#include "host/tables/csv/csv_number.h"
 #include "host/tables/files/row_batch.h"
 
 namespace kelvarin {
+
+// What a number column makes of numbers that lose digits.
+enum class DigitRule {
+  mayBeLost,    // rounds them, as the user has declared the column
+  mustBeKept,   // takes them for misfits, since the column's type was inferred
+};
 
 // A field that does not fit its column's type, or is not UTF-8.
 struct BadField {
@@ -47,7 +54,7 @@ struct CsvNullRule {
 class FieldConverter {
  public:
   // Makes room for all rows of `block`.
-  FieldConverter(const CsvBlock& block, std::size_t index, ValueColumn& column);
+  FieldConverter(const CsvBlock& block, std::size_t index, DigitRule digits, ValueColumn& column);
 
   // The rows from `begin`, where it ended before, to before `end`.
   std::optional<BadField> convert(long long begin, long long end, const CsvNullRule& nulls,
@@ -62,23 +69,36 @@ class FieldConverter {
   const CsvBlock* m_block;
   std::size_t m_index;
   MetaTypeColumn m_type;
+  DigitRule m_digits;
   unsigned char* m_place;  // of the next value
 };
 
 bool isUtf8(std::string_view text);
 
-// Tells whether the fields of a column are numbers.
+// Why a column that looks like numbers is text: the first field that decided it.
+struct FieldForText {
+  long long line;
+  std::string text;
+};
+
+// Infers whether the fields of a column are numbers.
 class TypeInference {
  public:
   // Looks at no more than `rowCount` fields.
   void look(const CsvBlock& block, std::size_t index, const CsvNullRule& nulls, long long rowCount);
   MetaTypeColumn type() const {
-    return m_hasNumber && !m_hasText ? MetaTypeColumn::number : MetaTypeColumn::text;
+    return m_hasNumber && !m_hasText && !m_forText ? MetaTypeColumn::number : MetaTypeColumn::text;
+  }
+  // A number that would lose digits, one written for people, or a word for a missing one, where all
+  // fields are such or numbers; else null.
+  const FieldForText* fieldForText() const {
+    return m_forText && m_hasNumber && !m_hasText ? &*m_forText : nullptr;
   }
 
  private:
   bool m_hasNumber = false;
   bool m_hasText = false;
+  std::optional<FieldForText> m_forText;
 };
 
 }  // namespace kelvarin

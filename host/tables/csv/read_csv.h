@@ -24,16 +24,8 @@ class ReadCsv : public TableSource {
   Result<std::unique_ptr<BatchReader>, QString> makeReader(const QString& path) const override;
 
  private:
-  struct ColumnElement {
-    QString name;
-    QString meta;
-  };
-
-  Result<std::vector<DeclaredColumn>, QString> declaredColumns() const;
-
   CsvSettings m_settings;
-  QString m_onBadValue;
-  std::vector<ColumnElement> m_columns;
+  ColumnSettings m_columns;
 };
 
 }  // namespace kelvarin

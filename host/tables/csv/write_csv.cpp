@@ -11,7 +11,9 @@ constexpr std::size_t kFlushSize = 128 * 1024;
 }  // namespace
 
 WriteCsv::WriteCsv(XMLNode node, GlobalParameters* parameters)
-    : TableSink(node, parameters), m_settings(node) {}
+    : TableSink(node, parameters), m_settings(node) {
+  checkContentWhileLoading(node, kNoElements);
+}
 
 QString WriteCsv::toolTip() const {
   return QStringLiteral("Write a CSV file");
@@ -36,7 +38,8 @@ ActionItem* WriteCsv::createFromXML(XMLNode node, GlobalParameters* parameters) 
 }
 
 Status<QString> WriteCsv::checkSettings() {
-  Result<CsvDialect, QString> dialect = m_settings.dialect(*this);
+  Result<CsvDialect, QString> dialect =
+      m_settings.dialect([this](const QString& text) { return expandString(text); });
   if (!dialect) {
     return Failure{dialect.error()};
   }

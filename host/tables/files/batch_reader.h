@@ -32,6 +32,8 @@ class BatchReader {
   virtual float fractionDone() const = 0;
   // Where a row, counted from 0, stands: "file 'a.csv', line 17".
   virtual QString placeOfRow(long long row) const = 0;
+  // What the user should know about the columns; after open(), failed or not.
+  virtual QStringList notes() const { return {}; }
   // What was tolerated.
   virtual QStringList warnings() const { return {}; }
   // Ends a waiting next() soon, with an error that nobody shows; any thread.

@@ -84,6 +84,9 @@ Status<QString> TableSource::open() {
   }
   m_reader = std::move(*reader);
   const Result<TableColumns, QString> columns = m_reader->open();
+  for (const QString& note : m_reader->notes()) {
+    MainUI::addLog(LogLevel::information, note);
+  }
   if (!columns) {
     return Failure{columns.error()};
   }

@@ -1,8 +1,11 @@
 #include "host/tables/inline/discard.h"
 
+#include "host/tables/settings/attribute_texts.h"
+
 namespace kelvarin {
 
 Discard::Discard(XMLNode node, GlobalParameters* parameters) : ActionItem(node, parameters) {
+  checkContentWhileLoading(node, kNoElements);
   m_inputPinCount = 1;
   m_outputPinCount = 0;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "host/contract/known_elements.h"
 #include "host/contract/main_ui.h"
 #include "host/tables/inline/messages.h"
 #include "host/tables/sort_order/sort_order.h"
@@ -12,6 +13,16 @@ namespace kelvarin {
 namespace {
 
 namespace messages = inline_table_messages;
+
+std::span<const KnownElements> knownElements() {
+  using Text = KnownElements::Text;
+  static const KnownElements elements[] = {
+      {QString(), {QStringLiteral("Column"), QStringLiteral("Row")}, Text::none},
+      {QStringLiteral("Column"), {}, Text::none},
+      {QStringLiteral("Row"), {QStringLiteral("V")}, Text::none},
+  };
+  return elements;
+}
 
 QString attribute(const XMLNode& node, const char16_t* name) {
   return qString(node.getAttribute(utf16(name)));
@@ -46,8 +57,6 @@ InlineTable::InlineTable(XMLNode node, GlobalParameters* parameters)
       m_columns.push_back({attribute(child, u"name"), attribute(child, u"meta"), child.place()});
     } else if (child.name() == QLatin1String("Row")) {
       readRow(child);
-    } else {
-      m_strays.push_back({child.name(), QString::fromLatin1(typeName()), child.place()});
     }
   }
 }
@@ -57,7 +66,6 @@ void InlineTable::readRow(const XMLNode& node) {
   for (int i = 0; i < node.nChildNode(); ++i) {
     const XMLNode child = node.getChildNode(i);
     if (child.name() != QLatin1String("V")) {
-      m_strays.push_back({child.name(), node.name(), child.place()});
       continue;
     }
     const bool isNull = xmltob(child.getAttribute(utf16(u"null")), 0) != 0;
@@ -130,13 +138,11 @@ char InlineTable::init() {
 }
 
 bool InlineTable::checkShape() {
-  for (const StrayElement& stray : m_strays) {
-    const bool isInRow = stray.parent == QLatin1String("Row");
-    refuse(stray.place,
-           messages::strayElement(stray.name, stray.parent,
-                                  isInRow ? QStringLiteral("V") : QStringLiteral("Column, Row")));
+  const std::vector<UnknownContent> unknown = unknownContent(node(), knownElements());
+  for (const UnknownContent& content : unknown) {
+    refuse(content.element.place(), content.message);
   }
-  bool isGood = m_strays.empty();
+  bool isGood = unknown.empty();
   for (const Row& row : m_rows) {
     if (row.values.size() != m_columns.size()) {
       refuse(row.place, messages::wrongNumberOfValues(static_cast<qsizetype>(row.values.size()),

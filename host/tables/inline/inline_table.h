@@ -49,12 +49,6 @@ class InlineTable final : public ActionItem {
     QString meta;  // as given; empty is the default
     XMLNode::Place place;
   };
-  // A child that has no place in a table.
-  struct StrayElement {
-    QString name;
-    QString parent;
-    XMLNode::Place place;
-  };
 
   void readRow(const XMLNode& node);
   void refuse(XMLNode::Place place, const QString& message);
@@ -68,7 +62,6 @@ class InlineTable final : public ActionItem {
   QString m_sortedOn;
   std::vector<Column> m_columns;
   std::vector<Row> m_rows;
-  std::vector<StrayElement> m_strays;
 
   PinOutMetaData m_metaData;
   RowBuffer m_values{4096};                // the bytes of all rows

@@ -32,10 +32,6 @@ inline QString unknownMeta(const QString& column, const QString& meta) {
       .arg(column, meta);
 }
 
-inline QString strayElement(const QString& element, const QString& parent, const QString& known) {
-  return QStringLiteral("<%1> is not known inside <%2>; known: %3.").arg(element, parent, known);
-}
-
 inline QString wrongNumberOfValues(qsizetype given, qsizetype wanted) {
   return QStringLiteral("the row has %1 values, and the table %2 columns.").arg(given).arg(wanted);
 }

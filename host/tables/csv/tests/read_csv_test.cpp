@@ -15,6 +15,7 @@ using testing::RowHarness;
 using testing::Rows;
 using testing::Strings;
 using testing::TableFolder;
+using testing::Value;
 using testing::Values;
 
 namespace {
@@ -130,7 +131,13 @@ TEST(ReadCsv, columnsOfFilesWithoutHeader) {
   EXPECT_EQ(ReadCsvRun("1,2\n", "header='0'", "<Column name='col2' meta='U'/>").columns(),
             "col1:F col2:U");
   EXPECT_EQ(ReadCsvRun("", "header='0'", "<Column name='id' meta='K'/>").columns(), "id:K");
-  EXPECT_EQ(ReadCsvRun(",b\n1,2\n").columns(), "col1:F b:F");
+  expectFailure(ReadCsvRun("1,2\n", "header='0'",
+                           "<Column name='col2' meta='U'/><Column name='x' meta='U'/>"
+                           "<Column name='y' meta='U'/>"),
+                {"3 columns are declared"});
+  expectFailure(ReadCsvRun("1,2,3\n", "header='0'",
+                           "<Column name='col3' meta='U'/><Column name='x' meta='U'/>"),
+                {"several columns named 'col3'"});
 }
 
 TEST(ReadCsv, declaredColumns) {
@@ -177,6 +184,111 @@ TEST(ReadCsv, textAfterTheInferredRowsOfANumberColumn) {
   EXPECT_EQ(ReadCsvRun("a\n" + repeated("1\n", 9999) + "x\n").columns(), "a:U");
   EXPECT_EQ(ReadCsvRun("a\n" + repeated("1\n", 10000) + "x\n", "onBadValue='null'").columns(),
             "a:F");
+}
+
+TEST(ReadCsv, numbersThatWouldLoseDigitsMakeTheirColumnText) {
+  const std::string bytes = "zip,id,d,both,k\n10115,9007199254740992,0.5,1,1\n"
+                            "01234,9007199254740993,-0,007,01234\n";
+  const ReadCsvRun run(bytes, "", "<Column name='k' meta='K'/>");
+  EXPECT_EQ(run.columns(), "zip:U id:U d:F both:U k:K");
+  EXPECT_EQ(run.rows()[1], (Values{"01234", "9007199254740993", -0.0, "007", 1234u}));
+  EXPECT_EQ(
+      run.log(),
+      "info: file 'FILE', line 3, column 'zip': '01234' has a leading zero, which a number would "
+      "lose: the column is read as text. To read numbers all the same, declare it: <Column "
+      "name='zip' meta='F'/>.\n"
+      "info: file 'FILE', line 3, column 'id': '9007199254740993' has more digits than a number "
+      "can hold: the column is read as text. To read numbers all the same, declare it: <Column "
+      "name='id' meta='F'/>.\n"
+      "info: file 'FILE', line 3, column 'both': '007' has a leading zero, which a number would "
+      "lose: the column is read as text. To read numbers all the same, declare it: <Column "
+      "name='both' meta='F'/>.\n");
+  // Where other fields are texts, there is nothing to explain.
+  EXPECT_EQ(ReadCsvRun("a\n007\nx\n").log(), "");
+  const ReadCsvRun declared(bytes, "", "<Column name='zip' meta='F'/><Column name='id' meta='F'/>"
+                                       "<Column name='both' meta='F'/><Column name='k' meta='F'/>");
+  EXPECT_EQ(declared.log(), "");
+  EXPECT_EQ(declared.rows()[1], (Values{1234, 9007199254740992.0, -0.0, 7, 1234}));
+}
+
+TEST(ReadCsv, numbersThatLoseDigitsAfterTheInferredRows) {
+  const std::string start = "a\n" + repeated("1\n", 10000);
+  expectFailure(ReadCsvRun(start + "0.5\n01234\n"),
+                {"FILE', line 10003, column 'a': '01234' has a leading zero, ",
+                 "<Column name='a' meta='U'/>"});
+  expectFailure(ReadCsvRun(start + "\" -007\"\n"),
+                {"line 10002, column 'a': ' -007' has a leading zero"});
+  expectFailure(ReadCsvRun(start + "1234567890123456789\n"),
+                {"line 10002, column 'a': '1234567890123456789' has more digits than"});
+  const ReadCsvRun tolerant(start + "007\n8\n", "onBadValue='null'");
+  EXPECT_EQ(tolerant.rows()[10000], Values{nullptr});
+  EXPECT_EQ(tolerant.rows()[10001], Values{8});
+  EXPECT_EQ(ReadCsvRun(start + "007\n", "", "<Column name='a' meta='F'/>").rows()[10000],
+            Values{7});
+}
+
+// Other kinds of files, and settings that do not fit the file.
+TEST(ReadCsv, messyFilesAreExplained) {
+  using std::string_literals::operator""s;
+  expectFailure(ReadCsvRun("\xFF\xFE"s + "a\0,\0b\0\n\0"s), {"'FILE' is no CSV file", "UTF-16"});
+  expectFailure(ReadCsvRun("a\0,\0b\0\n\0"s), {"'FILE' is no CSV file", "zero bytes"});
+  expectFailure(ReadCsvRun("\x1F\x8B\x08"), {"compressed"});
+  expectFailure(ReadCsvRun("PK\x03\x04xl"), {"ZIP archive"});
+  expectFailure(ReadCsvRun("PAR1\x15\x04"), {"ReadParquet"});
+  EXPECT_EQ(ReadCsvRun("PAR1,PAR2\n1,2\n").columns(), "PAR1:F PAR2:F");
+  expectFailure(ReadCsvRun("a;b\n1,5;2\n"),
+                {"info: file 'FILE', line 1: the first line is one field and has ';' in it. Is "
+                 "separator=';' meant?",
+                 "2 fields where the file has 1 columns"});
+  EXPECT_NE(ReadCsvRun("a\tb\n1\t2\n").log().find("Is separator='\\t' meant?"), std::string::npos);
+  EXPECT_EQ(ReadCsvRun("a\nx;y\n").log(), "");
+  const ReadCsvRun people("a;b;c\n1,5;7;x,5\n2;12 %;1,5\n", "separator=';'");
+  EXPECT_EQ(people.columns(), "a:U b:U c:U");
+  EXPECT_EQ(people.log(),
+            "info: file 'FILE', line 2, column 'a': '1,5' looks like a number, but numbers have a "
+            "decimal point, no thousands separators and no percent sign: the column is read as "
+            "text.\n"
+            "info: file 'FILE', line 3, column 'b': '12 %' looks like a number, but numbers have a "
+            "decimal point, no thousands separators and no percent sign: the column is read as "
+            "text.\n");
+  const ReadCsvRun missing("a,b,c\n1,NA,NA\nNA,x,\n");
+  EXPECT_EQ(missing.columns(), "a:U b:U c:U");
+  EXPECT_EQ(missing.log(),
+            "info: file 'FILE', line 3, column 'a': 'NA' stands among numbers: the column is read "
+            "as text. If it means a missing value, set nullText='NA'.\n");
+  // Values keep every byte.
+  EXPECT_EQ(ReadCsvRun("a,b\nx\0y,1\r2,3\r\n"s).rows(), (Rows{{"x\0y"s, 1}, {"2", 3}}));
+}
+
+TEST(ReadCsv, columnsWithoutNames) {
+  const ReadCsvRun run("col3,,,\"\"\n1,2,3,4\n");
+  EXPECT_EQ(run.columns(), "col3:F col2:F col3_:F col4:F");
+  EXPECT_EQ(run.log(), "info: file 'FILE', line 1: the header has 3 empty names; the first such "
+                       "column is called 'col2'.\n");
+  EXPECT_NE(ReadCsvRun("a,\n1,\n").log().find("'col2'. Does the line end with a separator?"),
+            std::string::npos);
+}
+
+TEST(ReadCsv, manyColumnsAndManyMore) {
+  std::string header;
+  std::string row;
+  for (int i = 0; i < 100000; ++i) {
+    header += (i == 0 ? "n" : ",n") + std::to_string(i);
+    row += i == 0 ? "7" : ",7";
+  }
+  const ReadCsvRun wide(header + '\n' + row + '\n' + row + '\n');
+  EXPECT_FALSE(wide.hasFailed());
+  ASSERT_EQ(wide.rows().size(), 2u);
+  EXPECT_EQ(wide.rows()[1], Values(100000, Value(7)));
+
+  const std::string commas(300000, ',');
+  expectFailure(ReadCsvRun(commas + "\n"), {"line 1: the first line has more than 200000 columns"});
+  expectFailure(ReadCsvRun(commas, "header='0'"), {"more than 200000 columns"});
+  expectFailure(ReadCsvRun(commas.substr(0, 200000)), {"more than 200000 columns"});
+  EXPECT_FALSE(ReadCsvRun(commas.substr(0, 199999)).hasFailed());
+  expectFailure(ReadCsvRun("a,b\n1,2\n3,4," + commas + commas + "\n"),
+                {"line 3: At least ", " fields where the file has 2 columns"});
+  expectFailure(ReadCsvRun("a,b\n1,2\n3,4,5,6\n"), {"line 3: 4 fields where"});
 }
 
 TEST(ReadCsv, ofSeveralBadFieldsTheFirstInTheFileIsTold) {

@@ -1,0 +1,40 @@
+// Finds misspelt elements and stray text inside an action, which would otherwise be ignored without
+// a word.
+//
+// Used by: all actions, each with a table of what may stand where. Threads: plain functions.
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include <QStringList>
+
+#include "host/contract/export.h"
+#include "host/contract/xml_node.h"
+
+namespace kelvarin {
+
+// The elements that may stand inside another one; the first line of a table is about the action
+// itself. An element without a line has no elements inside, and may have text.
+struct KnownElements {
+  enum class Text { allowed, none };
+
+  QString parent;
+  QStringList children;
+  Text text = Text::allowed;
+};
+
+struct UnknownContent {
+  XMLNode element;
+  QString message;  // without the place, which is the element's
+};
+
+// In the order of the file.
+KELVARIN_CORE std::vector<UnknownContent> unknownContent(const XMLNode& action,
+                                                         std::span<const KnownElements> table);
+
+// "FILE:LINE:COLUMN: MESSAGE"; without a file, "graph" stands for it.
+KELVARIN_CORE QString atGraphPlace(const QString& file, XMLNode::Place place,
+                                   const QString& message);
+
+}  // namespace kelvarin
