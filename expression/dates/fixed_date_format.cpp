@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "expression/dates/local_time.h"
+
 namespace kelvarin {
 
 namespace {
@@ -29,7 +31,7 @@ int numberAt(const QString& text, qsizetype start, int width) {
 
 }  // namespace
 
-// A width of 0 for what has no fixed place.
+// A width of 0 for what has no fixed position.
 FixedDateFormat::Part FixedDateFormat::partAt(const QString& format, qsizetype start) {
   static constexpr std::pair<const char*, Field> fields[] = {
       {"yyyy", year}, {"MM", month},  {"dd", day},    {"hh", hour},
@@ -70,25 +72,25 @@ std::optional<FixedDateFormat> FixedDateFormat::of(const QString& format) {
   return fixed.hasWholeDate() ? std::optional(std::move(fixed)) : std::nullopt;
 }
 
-QDateTime FixedDateFormat::parse(const QString& text, Qt::TimeSpec zone) const {
+QDateTime FixedDateFormat::parse(const QString& text) const {
   if (text.size() != m_length) {
     return {};
   }
   int values[kFields] = {};
-  qsizetype place = 0;
+  qsizetype position = 0;
   for (const Part& part : m_parts) {
     if (part.field == literal) {
-      if (text[place] != part.character) {
+      if (text[position] != part.character) {
         return {};
       }
-    } else if ((values[part.field] = numberAt(text, place, part.width)) < 0) {
+    } else if ((values[part.field] = numberAt(text, position, part.width)) < 0) {
       return {};
     }
-    place += part.width;
+    position += part.width;
   }
   const QDate date(values[year], values[month], values[day]);
   const QTime time(values[hour], values[minute], values[second], values[millisecond]);
-  return date.isValid() && time.isValid() ? QDateTime(date, time, zone) : QDateTime();
+  return date.isValid() && time.isValid() ? clockReading(date, time) : QDateTime();
 }
 
 }  // namespace kelvarin
