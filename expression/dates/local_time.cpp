@@ -49,6 +49,21 @@ std::optional<Instant> localInstantInForce(Instant reading, const QString& zoneN
   return std::nullopt;
 }
 
+// Within a year from that time.
+std::optional<Instant> localOffsetNamed(Instant around, const QString& zoneName) {
+  constexpr int step = 7;  // days; no name is in force for less
+  constexpr int year = 366;
+  for (int days = 0; days <= year; days += step) {
+    for (const int direction : {-1, 1}) {
+      const auto zone = localZone(around + direction * days * kMillisecondsOfDay);
+      if (zone && zone->name == zoneName) {
+        return zone->offset;
+      }
+    }
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 std::optional<Instant> localInstant(const QDateTime& clock) {
@@ -60,18 +75,15 @@ std::optional<Instant> localInstantNamed(const QDateTime& clock, const QString& 
   if (const auto inForce = localInstantInForce(reading, zoneName)) {
     return inForce;
   }
-  constexpr int step = 7;  // days
-  constexpr int year = 366;
-  for (int days = step; days <= year; days += step) {
-    for (const int direction : {-1, 1}) {
-      const std::optional<LocalZone> zone =
-          localZone(reading + direction * days * kMillisecondsOfDay);
-      if (zone && zone->name == zoneName) {
-        return reading - zone->offset;
-      }
-    }
+  std::optional<Instant> offset = localOffsetNamed(reading, zoneName);
+  if (!offset) {
+    offset = localOffsetNamed(QDateTime::currentMSecsSinceEpoch(), zoneName);
   }
-  return std::nullopt;
+  return offset ? std::optional(reading - *offset) : std::nullopt;
+}
+
+bool isLocalZoneNowadays(const QString& zoneName) {
+  return localOffsetNamed(QDateTime::currentMSecsSinceEpoch(), zoneName).has_value();
 }
 
 QDateTime dateOfReading(const QDateTime& clock, Qt::TimeSpec zone) {

@@ -47,8 +47,9 @@ std::optional<Instant> instantOfReading(const QDateTime& clock, const OffsetAt& 
 // In the time zone of this machine, which the variable TZ may name.
 std::optional<Instant> localInstant(const QDateTime& clock);
 // Where the zone has this name, as CET or CEST: at that time if it can be, else at another time of
-// the year. Nothing for a name that the zone does not have in these years.
+// that year, else nowadays. Nothing for a name that the zone has at none of these.
 std::optional<Instant> localInstantNamed(const QDateTime& clock, const QString& zoneName);
+bool isLocalZoneNowadays(const QString& zoneName);
 
 // The date in UTC or local time at which the clock shows the reading; past a gap where there is one.
 QDateTime dateOfReading(const QDateTime& clock, Qt::TimeSpec zone);

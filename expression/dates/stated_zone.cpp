@@ -50,14 +50,16 @@ bool looksLikeZone(const QString& text) {
 
 std::optional<Instant> instantInStatedZone(const QDateTime& clock, const QString& zone,
                                            bool isLocalClock) {
+  if (isLocalClock && isLocalZoneNowadays(zone)) {
+    return localInstant(clock);
+  }
   if (const std::optional<Instant> offset = statedOffset(zone)) {
     return clock.toMSecsSinceEpoch() - *offset;
   }
   if (const std::optional<Instant> atPlace = instantAtPlace(clock, zone.toLatin1())) {
     return atPlace;
   }
-  const std::optional<Instant> named = localInstantNamed(clock, zone);
-  return named && isLocalClock ? localInstant(clock) : named;
+  return localInstantNamed(clock, zone);
 }
 
 }  // namespace kelvarin
