@@ -64,7 +64,11 @@ bool ExpressionAction::startEvaluator(const OneRow& columns,
 }
 
 bool ExpressionAction::prepareDates(const QStringList& expressions) {
-  switch (m_evaluator.prepareDateContext(expressions)) {
+  const DateStatus status = m_evaluator.prepareDateContext(expressions);
+  if (const QString advice = m_evaluator.dateFormatAdvice(); !advice.isEmpty()) {
+    MainUI::addLog(LogLevel::warning, advice);
+  }
+  switch (status) {
     case DateStatus::ready:
       return true;
     case DateStatus::referenceTimeUnparsable:

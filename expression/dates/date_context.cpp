@@ -6,6 +6,7 @@
 #include <QLocale>
 
 #include "base/null_number.h"
+#include "expression/dates/date_format_advice.h"
 #include "expression/dates/date_needs.h"
 #include "expression/dates/stated_zone.h"
 
@@ -58,6 +59,7 @@ void DateContext::configure(const TimeParameters& parameters) {
   m_parameters = parameters;
   m_reference = 0;
   m_format = {};
+  m_formatAdvice.clear();
 }
 
 DateStatus DateContext::prepare(const QStringList& expressions, bool hasDateInputs) {
@@ -85,6 +87,7 @@ bool DateContext::prepareFormat() {
   const int type = m_parameters.dateFormatType;
   const bool isUsers = type == kUserFormat;
   m_format = DateTextFormat(isUsers ? m_parameters.dateFormat : systemFormat(type), !isUsers);
+  m_formatAdvice = isUsers ? adviceOnDateFormat(m_parameters.dateFormat) : QString();
   return !m_format.text().isEmpty();
 }
 

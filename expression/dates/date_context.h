@@ -34,6 +34,8 @@ class DateContext {
   const TimeParameters& parameters() const { return m_parameters; }
   const QString& format() const { return m_format.text(); }
   Instant reference() const { return m_reference; }
+  // What the user should know about the format; mostly empty.
+  const QString& formatAdvice() const { return m_formatAdvice; }
 
   double currentElapsedTime() const;
   QString currentDateString() const;
@@ -65,6 +67,7 @@ class DateContext {
   TimeParameters m_parameters;
   Instant m_reference = 0;
   DateTextFormat m_format;
+  QString m_formatAdvice;
 };
 
 }  // namespace kelvarin

@@ -246,6 +246,10 @@ DateStatus ExpressionEvaluator::prepareDateContext(const QStringList& expression
   return status;
 }
 
+QString ExpressionEvaluator::dateFormatAdvice() const {
+  return m_state->functions.dates.formatAdvice();
+}
+
 Status<QString> ExpressionEvaluator::bind(const OneRow& columns,
                                           const std::function<QString(const QString&)>& expand,
                                           int elementCount) {
@@ -420,7 +424,7 @@ QString ExpressionEvaluator::displayText(int variable) const {
 }
 
 QStringList ExpressionEvaluator::closingWarnings() const {
-  QStringList warnings = m_state->binding.warnings();
+  QStringList warnings = m_state->binding.warnings(m_state->functions.dates);
   const FailureCount& failures = m_state->failures;
   if (failures.count > 0) {
     warnings += QString::fromUtf8(messages::kFailedEvaluations)
