@@ -33,6 +33,8 @@ namespace null_rules {
 inline constexpr char kGivesNull[] = "A null in any argument gives null.";
 inline constexpr char kGivesFalse[] = "A null in any argument gives 0.";
 inline constexpr char kIsTested[] = "The missing value is what it looks for.";
+inline constexpr char kFirstCounts[] =
+    "A null as the first argument gives null; behind it a null is passed over.";
 inline constexpr char kComparesFalse[] =
     "A null number is never equal to anything, itself included; use isNull(x).";
 

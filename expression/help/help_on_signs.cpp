@@ -17,15 +17,15 @@ constexpr char kFlagNote[] =
 
 constexpr HelpEntry kOperators[] = {
     {"(a?b:c)", "if a is true then b, otherwise c",
-     "A null condition is an error or true; test "
-     "it with isNull(x).",
+     "A null condition is an error or true; test it with isNull(x).",
      "(3 > 2 ? 10 : 20)", "10", kConditionNote, "?:"},
     {"-", "unary minus: x with the opposite sign", kGivesNull, "-(2 + 3)", "-5"},
     {"(float)", "converts what follows to a floating point number", kGivesNull, "(float)7 / 2",
      "3.5", "It binds closer than + and -, and looser than ^."},
     {"(int)", "converts what follows to an integer, towards zero", kGivesNull, "(int)2.7", "2",
      "It binds closer than + and -, and looser than ^."},
-    {"+, -, *, /, ^", "addition, subtraction, multiplication, division, power", kGivesNull,
+    {"+, -, *, /, ^", "addition, subtraction, multiplication, division, power",
+     "A null on either side gives null, but x^0 and 1^x are 1 nevertheless.",
      "2 + 3 * 4^2 / 8", "8", "a^b^c is a^(b^c), and -a^b is -(a^b).", "+ - * / ^"},
     {"%", "modulo: the remainder of a division", kGivesNull, "17 % 5", "2",
      "The remainder has the sign of the left side and may have a fraction."},
