@@ -34,7 +34,7 @@ constexpr HelpEntry kOperators[] = {
     {"||", "logical or", "Compare or test values first; see isNull(x).", "1 < 2 || 2 < 1", "1",
      kConditionNote, "|| or"},
     {"==, !=, >, <, <=, >=", "comparisons", kComparesFalse, "3 >= 2", "1",
-     "A single = assigns to a variable; == compares. Texts compare with == and !=.",
+     "A single = assigns to a variable; == compares. Texts compare by their characters.",
      "== != > < <= >="},
     {"&, |, <<, >>", "and, or, shift left and shift right of the bits of integers", kGivesNull,
      "12 & 10", "8", "Numbers with a fraction, and those from 2^53 on, have no bits: a NaN.",
