@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <QLocale>
+#include <QStringView>
 
 #include "expression/dates/local_time.h"
 #include "expression/dates/stated_zone.h"
@@ -11,8 +12,11 @@ namespace kelvarin {
 
 namespace {
 
-// Stands for a zone's text while the rest is read; of Unicode's private use, so that no date has it.
-constexpr QChar kZoneMark(0xE000);
+// Stands where a zone was taken out, and before the one that is put at the end; of Unicode's private
+// use, so that no date has it.
+constexpr QChar kMark(0xE000);
+// Of names of months and zones in any language, far beyond the length of the format.
+constexpr qsizetype kLongestNames = 1000;
 constexpr char kPatternLetters[] = "yMdhHmszaApPt";
 
 bool isPatternLetter(QChar c) {
@@ -49,11 +53,12 @@ void DateTextFormat::examine() {
   if (isQuoted) {
     m_format += u'\'';
   }
+  // The reading is taken as UTC, which leaves out no hour: it has a zone of its own at the end.
+  m_clockPattern = m_format + kMark + u't';
   if (m_zone < 0) {
     return;
   }
-  m_withoutZone = m_format;
-  m_withoutZone[m_zone] = kZoneMark;
+  m_clockPattern[m_zone] = kMark;
   qsizetype start = m_zone;
   while (start > 0 && isFixedText(m_format[start - 1])) {
     --start;
@@ -73,7 +78,10 @@ DateReading DateTextFormat::read(const QString& date) const {
       return {clock, {}};
     }
   }
-  return m_zone < 0 ? DateReading{readClock(date, m_format), {}} : readWithZone(date);
+  if (date.size() > m_format.size() + kLongestNames) {
+    return {};
+  }
+  return m_zone < 0 ? DateReading{readClock(date), {}} : readWithZone(date);
 }
 
 // A zone has no fixed length, and some locales have it in the middle: it is where the rest is a date.
@@ -89,7 +97,7 @@ DateReading DateTextFormat::readWithZone(const QString& date) const {
 
 DateReading DateTextFormat::readWithZoneAt(const QString& date, qsizetype start) const {
   constexpr qsizetype longestZone = 40;
-  if (!date.first(start).endsWith(m_beforeZone)) {
+  if (!QStringView(date).first(start).endsWith(m_beforeZone)) {
     return {};
   }
   const bool isLast = m_zone + 1 == m_format.size();
@@ -100,7 +108,7 @@ DateReading DateTextFormat::readWithZoneAt(const QString& date, qsizetype start)
     if (!behind.startsWith(m_behindZone) || !looksLikeZone(zone)) {
       continue;
     }
-    const QDateTime clock = readClock(date.first(start) + kZoneMark + behind, m_withoutZone);
+    const QDateTime clock = readClock(date.first(start) + kMark + behind);
     if (clock.isValid()) {
       return {clock, zone};
     }
@@ -108,12 +116,10 @@ DateReading DateTextFormat::readWithZoneAt(const QString& date, qsizetype start)
   return {};
 }
 
-// In UTC, which leaves out no hour: with a zone of its own at the end.
-QDateTime DateTextFormat::readClock(const QString& date, const QString& format) const {
-  const QString text = date + kZoneMark + QStringLiteral("UTC");
-  const QString pattern = format + kZoneMark + u't';
-  const QDateTime parsed = m_isOfLocale ? QLocale::system().toDateTime(text, pattern)
-                                        : QDateTime::fromString(text, pattern);
+QDateTime DateTextFormat::readClock(const QString& date) const {
+  const QString text = date + kMark + QStringLiteral("UTC");
+  const QDateTime parsed = m_isOfLocale ? QLocale::system().toDateTime(text, m_clockPattern)
+                                        : QDateTime::fromString(text, m_clockPattern);
   return parsed.isValid() ? clockReading(parsed.date(), parsed.time()) : QDateTime();
 }
 

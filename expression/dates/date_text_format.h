@@ -36,14 +36,14 @@ class DateTextFormat {
   void examine();
   DateReading readWithZone(const QString& date) const;
   DateReading readWithZoneAt(const QString& date, qsizetype start) const;
-  QDateTime readClock(const QString& date, const QString& format) const;
+  QDateTime readClock(const QString& date) const;
 
   QString m_format;
   bool m_isOfLocale = false;
   bool m_hasDate = false;
   std::optional<FixedDateFormat> m_fixed;  // the same format, where it is one
   qsizetype m_zone = -1;                   // index of the letter t
-  QString m_withoutZone;                   // a mark in its stead
+  QString m_clockPattern;                  // the format with a mark in its stead
   QString m_beforeZone;                    // what stands there in every text
   QString m_behindZone;
 };
