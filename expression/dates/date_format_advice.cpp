@@ -93,14 +93,16 @@ class Neighbours {
   bool isBeforeDay() const { return isDayOrYear(m_behind); }
 
  private:
-  static bool isClockOrCalendar(QChar c) { return !c.isNull() && QStringView(u"yMdhHms").contains(c); }
+  static bool isClockOrCalendar(QChar c) {
+    return !c.isNull() && QStringView(u"yMdhHms").contains(c);
+  }
   static bool isDayOrYear(QChar c) { return c == u'y' || c == u'd'; }
 
   QChar m_before;
   QChar m_behind;
 };
 
-// Months are capital, minutes are not; what stands beside them tells which is meant.
+// Months are capital, minutes are not; the fields beside them show which is meant.
 void mendMonthsAndMinutes(std::vector<Piece>& pieces) {
   bool hasMonth = false;
   for (const Piece& piece : pieces) {

@@ -12,8 +12,8 @@ namespace kelvarin {
 
 namespace {
 
-// Stands where a zone was taken out, and before the one that is put at the end; of Unicode's private
-// use, so that no date has it.
+// Stands where a zone was taken out, and before the one that is put at the end. It is of Unicode's
+// private use, so that no date has it.
 constexpr QChar kMark(0xE000);
 // Of names of months and zones in any language, far beyond the length of the format.
 constexpr qsizetype kLongestNames = 1000;
@@ -84,7 +84,8 @@ DateReading DateTextFormat::read(const QString& date) const {
   return m_zone < 0 ? DateReading{readClock(date), {}} : readWithZone(date);
 }
 
-// A zone has no fixed length, and some locales have it in the middle: it is where the rest is a date.
+// A zone has no fixed length, and some locales have it in the middle: it is where the rest is a
+// date.
 DateReading DateTextFormat::readWithZone(const QString& date) const {
   for (qsizetype start = 0; start < date.size(); ++start) {
     const DateReading reading = readWithZoneAt(date, start);

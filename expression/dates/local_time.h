@@ -51,7 +51,8 @@ std::optional<Instant> localInstant(const QDateTime& clock);
 std::optional<Instant> localInstantNamed(const QDateTime& clock, const QString& zoneName);
 bool isLocalZoneNowadays(const QString& zoneName);
 
-// The date in UTC or local time at which the clock shows the reading; past a gap where there is one.
+// The date in UTC or local time at which the clock shows the reading; where the clock leaves it
+// out, as much later as the clock is put forward.
 QDateTime dateOfReading(const QDateTime& clock, Qt::TimeSpec zone);
 
 }  // namespace kelvarin

@@ -169,7 +169,8 @@ bool RowBinding::loadEntry(Entry& entry, const unsigned char* bytes, int element
       store.text(entry.place) = textOfKey(keyFromBytes(bytes), *entry.printed);
       return true;
     case Route::textToDate:
-      numbers[entry.place] = elapsedTimeOfText(entry.memory(element), bytes, dates, store.rowNumber());
+      numbers[entry.place] =
+          elapsedTimeOfText(entry.memory(element), bytes, dates, store.rowNumber());
       return true;
     case Route::numberToDate:
       numbers[entry.place] = elapsedTimeOfNumber(numberFromBytes(bytes), dates);

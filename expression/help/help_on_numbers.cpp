@@ -6,6 +6,7 @@ namespace kelvarin {
 
 namespace {
 
+using null_rules::kFirstCounts;
 using null_rules::kGivesNull;
 
 constexpr char kRandomNote[] =
@@ -60,8 +61,8 @@ constexpr HelpEntry kEntries[] = {
     {"exp(x)", "e to the power of x", kGivesNull, "exp(0)", "1"},
     {"sqr(x)", "square of x (x*x)", kGivesNull, "sqr(-4)", "16"},
     {"sqrt(x)", "square root of x", kGivesNull, "sqrt(16)", "4"},
-    {"min(x,y,z...)", "the smallest of the arguments", null_rules::kFirstCounts, "min(3, 1, 2)", "1"},
-    {"max(x,y,z...)", "the largest of the arguments", null_rules::kFirstCounts, "max(3, 1, 2)", "3"},
+    {"min(x,y,z...)", "the smallest of the arguments", kFirstCounts, "min(3, 1, 2)", "1"},
+    {"max(x,y,z...)", "the largest of the arguments", kFirstCounts, "max(3, 1, 2)", "3"},
     {"sum(x,y,z...)", "the sum of the arguments", kGivesNull, "sum(1, 2, 3, 4)", "10"},
     {"nanvl(x,y)", "if x is nan or NULL return y, otherwise return x", null_rules::kIsTested,
      "nanvl(sqrt(-1), 0)", "0", "Any NaN counts, null included; isNan(x) knows only one."},

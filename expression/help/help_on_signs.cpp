@@ -25,7 +25,7 @@ constexpr HelpEntry kOperators[] = {
     {"(int)", "converts what follows to an integer, towards zero", kGivesNull, "(int)2.7", "2",
      "It binds closer than + and -, and looser than ^."},
     {"+, -, *, /, ^", "addition, subtraction, multiplication, division, power",
-     "A null on either side gives null, but x^0 and 1^x are 1 nevertheless.",
+     "With a null on either side the result is null, but x^0 and 1^x are 1.",
      "2 + 3 * 4^2 / 8", "8", "a^b^c is a^(b^c), and -a^b is -(a^b).", "+ - * / ^"},
     {"%", "modulo: the remainder of a division", kGivesNull, "17 % 5", "2",
      "The remainder has the sign of the left side and may have a fraction."},

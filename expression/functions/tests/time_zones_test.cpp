@@ -111,13 +111,14 @@ TEST_P(InZone, StatedZonesAreInstants) {
           "2021-07-02 00:00:00 Pacific/Auckland"}) {
       EXPECT_EQ(difference("2021-07-01 12:00:00 UTC", noon), 0.0) << noon;
     }
-    for (const char* none : {"2021-07-01 12:00:00", "2021-07-01 12:00:00 ", "2021-07-01 12:00:00UTC",
-                             "2021-07-01 12:00:00 XYZ", "2021-07-01 12:00:00 UTC+15",
+    for (const char* none : {"2021-07-01 12:00:00", "2021-07-01 12:00:00 ",
+                             "2021-07-01 12:00:00UTC", "2021-07-01 12:00:00 XYZ", "2021-07-01 12:00:00 UTC+15",
                              "2021-07-01 12:00:00 UTC+01:60", "2021-07-01 12:00:00 Europe/Nowhere",
                              "2021-03-28 02:30:00 Europe/Berlin", "UTC"}) {
       EXPECT_TRUE(isNullNumber(difference("2021-07-01 12:00:00 UTC", none))) << none;
     }
-    const std::string end = calls.text("dateEOM", {day("2021-07-10 12:00:00 UTC"), numberArgument(0)});
+    const std::string end =
+        calls.text("dateEOM", {day("2021-07-10 12:00:00 UTC"), numberArgument(0)});
     EXPECT_TRUE(end.starts_with("2021-07-31 00:00:00 ")) << end;
   }
 }

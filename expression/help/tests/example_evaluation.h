@@ -19,9 +19,11 @@ inline std::string plainText(const ExpressionValue& value) {
 }
 
 // Its text; "refused: " or "failed: " and the reason.
-inline std::string evaluateExample(const std::string& example, BackendKind kind) {
+inline std::string evaluateExample(const std::string& example, BackendKind kind,
+                                   int castToET2 = 0) {
   EvaluationOptions options;
   options.time.seed = 1;
+  options.time.castToET2 = castToET2;
   options.time.addNow = options.time.addNowS = true;
   options.time.dateFormat = QString::fromLatin1(kExampleSettings.dateFormat);
   options.time.referenceTime = QString::fromLatin1(kExampleSettings.referenceTime);
