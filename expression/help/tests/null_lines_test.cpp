@@ -11,6 +11,14 @@
 namespace kelvarin {
 namespace {
 
+using null_rules::kFirstCounts;
+using null_rules::kGivesFalse;
+using null_rules::kGivesNull;
+using null_rules::kIsTested;
+using null_rules::kUnreadableIsFalse;
+using null_rules::kUnreadableIsNull;
+using null_rules::kUnreadableMayBeZero;
+
 constexpr BackendKind kBackends[] = {BackendKind::native, BackendKind::fast, BackendKind::string};
 
 // Of the first call of the function in its example, without blanks around them.
@@ -70,7 +78,6 @@ struct NullLine {
 
 // Of the functions that have more to say than that every null gives null, or every null 0.
 const std::map<std::string, NullLine>& specialLines() {
-  using namespace null_rules;
   static const char* const isNumberLine =
       "The null text gives 1, as everything that is no text does.";
   static const char* const conversionLine =
@@ -112,7 +119,6 @@ std::string expectedWithNull(const LanguageEntry& entry, std::size_t index) {
     EXPECT_STREQ(entry.entry->nulls, special->second.text) << entry.name;
     return special->second.results.at(index);
   }
-  using namespace null_rules;
   const char* const line = entry.entry->nulls;
   const bool isNull =
       line == kGivesNull || line == kUnreadableIsNull || line == kUnreadableMayBeZero;
@@ -137,7 +143,6 @@ TEST(NullLines, HoldForEachArgumentOfEachFunction) {
 TEST(NullLines, HoldForUnreadableDates) {
   int lines = 0;
   for (const LanguageEntry& entry : languageEntries()) {
-    using namespace null_rules;
     const char* const line = entry.entry->nulls;
     const bool isFalse = line == kUnreadableIsFalse;
     const bool mayBeZero = line == kUnreadableMayBeZero;
