@@ -28,6 +28,9 @@ Status<ExpressionFault> ExpressionRun::start() {
   if (dates == DateStatus::referenceTimeUnparsable) {
     m_warnings.append(QString::fromLatin1(messages::kReferenceUnparsable));
   }
+  if (const QString advice = m_evaluator.dateFormatAdvice(); !advice.isEmpty()) {
+    m_warnings.append(advice);
+  }
   const ResultUse use = m_request.meta ? ResultUse::column : ResultUse::anyValue;
   if (const auto compiled = m_evaluator.compile(m_output, use); !compiled) {
     const ExpressionError& error = compiled.error();

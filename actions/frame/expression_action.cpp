@@ -118,7 +118,11 @@ void ExpressionAction::reportMissingColumn(const OneRow& columns, const QString&
 }
 
 bool ExpressionAction::prepareDates(const QStringList& expressions) {
-  switch (m_evaluator.prepareDateContext(expressions)) {
+  const DateStatus status = m_evaluator.prepareDateContext(expressions);
+  if (const QString advice = m_evaluator.dateFormatAdvice(); !advice.isEmpty()) {
+    MainUI::addLog(LogLevel::warning, advice);
+  }
+  switch (status) {
     case DateStatus::ready:
       return true;
     case DateStatus::referenceTimeUnparsable:

@@ -32,6 +32,16 @@ class CheckTest(ProgramTest):
         self.assertIn("The expression evaluated to a Number and a String was expected",
                       self.check(one_expression("name='y' meta='U'", "x + 1"), status=0))
 
+    def test_dates_that_no_format_reads(self):
+        filter_on_dates = "<FilterRows name='f' dateFormat='YYYY-MM-DD' referenceTime='20200101 00:00:00'><InputVars>" \
+                          "<InputVar column='s' meta='D'/></InputVars><Expression>s &gt; 0</Expression></FilterRows>"
+        text = graph(TABLE + filter_on_dates + "<WriteCSV name='o' file='-'/>", ["t f", "f o"])
+        advice = "Date format 'YYYY-MM-DD': did you mean 'yyyy-MM-dd'?"
+        self.assertIn(advice, self.check(text, status=0))
+        run = self.kelvarin("run", "g.kelvarin").stderr
+        self.assertIn(advice, run)
+        self.assertIn("1 value(s) could not be read and count as missing, the first one 'a' on data row 0", run)
+
     def test_faults_of_the_graph(self):
         cycle = graph(calculator("a", [], [("name='y'", "1")]) + calculator("b", [], [("name='z'", "1")]),
                       ["a b", "b a"])

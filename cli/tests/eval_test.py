@@ -105,6 +105,40 @@ class EvalTest(ProgramTest):
         self.assertEqual(len(results), 1, results)
         self.assertTrue(results.pop().startswith("1.23457e+06|1234567|1.5|IISS|"))
 
+    def test_printed_dates_read_back(self):
+        # By row: does the text of a date of the year, in every form of the locale, mean the same date again?
+        def reads_back(environment, kind, is_utc):
+            return self.kelvarin(
+                "eval", "toDate(toET(toDate(_n * 97 * 60))) == toDate(_n * 97 * 60)", "--rows", "90", "--opt",
+                "referenceTime=19240101 00:00:00", "--opt", "elapsedTimeUnit=1", "--opt", f"dateFormatType={kind}",
+                "--opt", f"isUTC={is_utc}", env=environment).stdout
+
+        for zone in ("UTC", "Europe/London", "America/New_York", "America/Sao_Paulo", "Asia/Kolkata", "Asia/Tokyo"):
+            for locale in LOCALES + ("ja_JP.UTF-8", "zh_CN.UTF-8"):
+                environment = {**os.environ, "TZ": zone, "LC_ALL": locale, "LANG": locale}
+                for kind in (1, 2, 5, 6):
+                    self.assertEqual(reads_back(environment, kind, 0), "1\n" * 90, (zone, locale, kind))
+            self.assertEqual(reads_back(environment, 6, 1), "1\n" * 90, (zone, locale))
+
+    def test_a_stated_zone_counts(self):
+        tokyo = {**os.environ, "TZ": "Asia/Tokyo", "LC_ALL": "en_US.UTF-8"}
+        long = ["--opt", "dateFormatType=6", "--opt", "referenceTime=20240101 00:00:00", "--opt", "isUTC=0"]
+        for expression, result in (
+                ("toET(toDate(5000))", "5000"), ("toDate(5000)", "Saturday, July 27, 2024 8:00:00 AM JST"),
+                ('toET("Saturday, July 27, 2024 2:00:00 AM UTC+03:00")', "5000"),
+                ("dateEOM(toDate(5000), 0)", "Wednesday, July 31, 2024 12:00:00 AM JST"),
+                ("dateEOQ(toDate(5000), 1)", "Tuesday, December 31, 2024 12:00:00 AM JST")):
+            self.assertEqual(self.kelvarin("eval", expression, *long, env=tokyo).stdout, result + "\n")
+        utc = [*long[:-1], "isUTC=1"]
+        self.assertEqual(self.kelvarin("eval", 'dateAdd("Saturday, July 27, 2024 8:00:00 AM JST", 0, 0, 0)', *utc,
+                                       env=tokyo).stdout, "Friday, July 26, 2024 11:00:00 PM UTC\n")
+
+    def test_a_foreign_date_format_gets_advice(self):
+        result = self.kelvarin("eval", 'toET("2024-01-31")', "--opt", "dateFormat=%Y-%m-%d", "--opt",
+                               "referenceTime=20240101 00:00:00")
+        self.assertEqual(result.stdout, "null\n")
+        self.assertIn("warning: Date format '%Y-%m-%d': did you mean 'yyyy-MM-dd'?", result.stderr)
+
     def test_wrong_usage(self):
         for arguments in (["x", "--var", "x=one"], ["1", "--opt", "colour=red"], ["1", "--opt", "addN=2"],
                           ["1", "--meta", "Z"], ["x", "--var", "x=1", "--text", "x=1"], ["_n", "--var", "_n=1"]):

@@ -92,6 +92,7 @@ Status<QString> BlockFilterEvaluation::compile(const ActionItem& action, QString
   (void)m_dates.prepare({m_filter.expression}, hasDates);  // the evaluator's answer is the same
   switch (m_evaluator.prepareDateContext({m_filter.expression})) {
     case DateStatus::ready:
+      warning = m_evaluator.dateFormatAdvice();
       break;
     case DateStatus::referenceTimeUnparsable:
       warning = QString::fromLatin1(messages::kFilterReferenceUnparsable);

@@ -1,11 +1,14 @@
 #include "expression/dates/date_context.h"
 
 #include <cmath>
+#include <ctime>
 
 #include <QLocale>
 
 #include "base/null_number.h"
+#include "expression/dates/date_format_advice.h"
 #include "expression/dates/date_needs.h"
+#include "expression/dates/stated_zone.h"
 
 namespace kelvarin {
 
@@ -33,14 +36,6 @@ QString systemFormat(int type) {
   }
 }
 
-// Local time, or the same digits taken as UTC.
-QDateTime markedAs(QDateTime date, bool isUTC) {
-  if (isUTC && (date.isValid() || date.date().isValid())) {
-    return QDateTime(date.date(), date.time(), Qt::UTC);
-  }
-  return date;
-}
-
 }  // namespace
 
 std::int64_t millisecondsOfUnit(int elapsedTimeUnit) {
@@ -62,12 +57,13 @@ std::int64_t millisecondsOfUnit(int elapsedTimeUnit) {
 
 void DateContext::configure(const TimeParameters& parameters) {
   m_parameters = parameters;
-  m_referenceMilliseconds = 0;
-  m_format.clear();
-  m_fixedFormat.reset();
+  m_reference = 0;
+  m_format = {};
+  m_formatAdvice.clear();
 }
 
 DateStatus DateContext::prepare(const QStringList& expressions, bool hasDateInputs) {
+  tzset();
   DateNeeds needs = dateNeedsOf(expressions);
   needs.reference |= m_parameters.addNow || hasDateInputs;
   needs.format |= m_parameters.addNowS || hasDateInputs;
@@ -80,18 +76,19 @@ DateStatus DateContext::prepare(const QStringList& expressions, bool hasDateInpu
 }
 
 bool DateContext::prepareReference() {
-  const QDateTime parsed =
-      QDateTime::fromString(m_parameters.referenceTime, QStringLiteral("yyyyMMdd hh:mm:ss"));
-  const QDateTime reference = markedAs(parsed, m_parameters.isUTC);
-  m_referenceMilliseconds = reference.isValid() ? reference.toMSecsSinceEpoch() : 0;
-  return reference.isValid();
+  const DateTextFormat format(QStringLiteral("yyyyMMdd hh:mm:ss"), false);
+  const QDateTime clock = format.read(m_parameters.referenceTime).clock;
+  const auto reference = clock.isValid() ? instantInForce(clock) : std::nullopt;
+  m_reference = reference.value_or(0);
+  return reference.has_value();
 }
 
 bool DateContext::prepareFormat() {
-  m_isSystemFormat = m_parameters.dateFormatType != kUserFormat;
-  m_format = m_isSystemFormat ? systemFormat(m_parameters.dateFormatType) : m_parameters.dateFormat;
-  m_fixedFormat = m_isSystemFormat ? std::nullopt : FixedDateFormat::of(m_format);
-  return !m_format.isEmpty();
+  const int type = m_parameters.dateFormatType;
+  const bool isUsers = type == kUserFormat;
+  m_format = DateTextFormat(isUsers ? m_parameters.dateFormat : systemFormat(type), !isUsers);
+  m_formatAdvice = isUsers ? adviceOnDateFormat(m_parameters.dateFormat) : QString();
+  return !m_format.text().isEmpty();
 }
 
 double DateContext::wholeUnits(std::int64_t milliseconds) const {
@@ -100,7 +97,7 @@ double DateContext::wholeUnits(std::int64_t milliseconds) const {
 }
 
 double DateContext::currentElapsedTime() const {
-  return wholeUnits(QDateTime::currentMSecsSinceEpoch() - m_referenceMilliseconds);
+  return wholeUnits(QDateTime::currentMSecsSinceEpoch() - m_reference);
 }
 
 QString DateContext::currentDateString() const {
@@ -113,11 +110,17 @@ double DateContext::toElapsedTime(const QString& date) const {
 }
 
 double DateContext::toElapsedFraction(const QString& date) const {
-  const QDateTime parsed = date.isEmpty() ? QDateTime() : parse(date);
-  if (!parsed.isValid()) {
-    return m_parameters.castToET2 != 0 ? 0.0 : kNullNumber;
-  }
-  const std::int64_t elapsed = parsed.toMSecsSinceEpoch() - m_referenceMilliseconds;
+  const std::optional<Instant> instant = instantOf(date);
+  return instant ? elapsedFractionAt(*instant) : unreadableAsElapsedTime();
+}
+
+double DateContext::elapsedTimeAt(Instant instant) const {
+  const double elapsed = elapsedFractionAt(instant);
+  return isNullNumber(elapsed) ? kNullNumber : std::trunc(elapsed);
+}
+
+double DateContext::elapsedFractionAt(Instant instant) const {
+  const std::int64_t elapsed = instant - m_reference;
   if (elapsed < 0) {
     return m_parameters.castToET1 != 0 ? 0.0 : kNullNumber;
   }
@@ -125,21 +128,30 @@ double DateContext::toElapsedFraction(const QString& date) const {
   return unit == 0 ? 0.0 : static_cast<double>(elapsed) / static_cast<double>(unit);
 }
 
-QDateTime DateContext::parse(const QString& date) const {
-  if (m_fixedFormat) {
-    const QDateTime fixed =
-        m_fixedFormat->parse(date, m_parameters.isUTC ? Qt::UTC : Qt::LocalTime);
-    if (fixed.isValid()) {
-      return fixed;
-    }
-  }
-  const QDateTime parsed = m_isSystemFormat ? QLocale::system().toDateTime(date, m_format)
-                                            : QDateTime::fromString(date, m_format);
-  return markedAs(parsed, m_parameters.isUTC);
+std::optional<Instant> DateContext::instantInForce(const QDateTime& clock) const {
+  return m_parameters.isUTC ? std::optional<Instant>(clock.toMSecsSinceEpoch())
+                            : localInstant(clock);
 }
 
-QString DateContext::print(const QDateTime& date) const {
-  return m_isSystemFormat ? QLocale::system().toString(date, m_format) : date.toString(m_format);
+std::optional<Instant> DateContext::instantOf(const QString& date) const {
+  if (date.isEmpty()) {
+    return std::nullopt;
+  }
+  const DateReading reading = m_format.read(date);
+  if (!reading.clock.isValid()) {
+    return std::nullopt;
+  }
+  const bool isLocalClock = !m_parameters.isUTC && !m_format.hasDate();
+  return reading.zone.isNull() ? instantInForce(reading.clock)
+                               : instantInStatedZone(reading.clock, reading.zone, isLocalClock);
+}
+
+QDateTime DateContext::parse(const QString& date) const {
+  const std::optional<Instant> instant = instantOf(date);
+  if (!instant) {
+    return {};
+  }
+  return QDateTime::fromMSecsSinceEpoch(*instant, m_parameters.isUTC ? Qt::UTC : Qt::LocalTime);
 }
 
 }  // namespace kelvarin

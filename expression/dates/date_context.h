@@ -13,8 +13,10 @@
 #include <QString>
 #include <QStringList>
 
+#include "base/null_number.h"
 #include "expression/dates/date_status.h"
-#include "expression/dates/fixed_date_format.h"
+#include "expression/dates/date_text_format.h"
+#include "expression/dates/local_time.h"
 #include "expression/dates/time_parameters.h"
 
 namespace kelvarin {
@@ -30,8 +32,10 @@ class DateContext {
   DateStatus prepare(const QStringList& expressions, bool hasDateInputs);
 
   const TimeParameters& parameters() const { return m_parameters; }
-  const QString& format() const { return m_format; }
-  std::int64_t referenceMilliseconds() const { return m_referenceMilliseconds; }
+  const QString& format() const { return m_format.text(); }
+  Instant reference() const { return m_reference; }
+  // What the user should know about the format; mostly empty.
+  const QString& formatAdvice() const { return m_formatAdvice; }
 
   double currentElapsedTime() const;
   QString currentDateString() const;
@@ -41,20 +45,29 @@ class DateContext {
   double toElapsedTime(const QString& date) const;
   // The same with the part of a unit that is left.
   double toElapsedFraction(const QString& date) const;
-  // Invalid when the text is no date in the format in force.
+  // The instant of a date text: in the zone that it states, else in the zone in force. Nothing when
+  // it is no date in the format in force.
+  std::optional<Instant> instantOf(const QString& date) const;
+  double elapsedTimeAt(Instant instant) const;
+  // Of an empty or unparsable date.
+  double unreadableAsElapsedTime() const {
+    return m_parameters.castToET2 != 0 ? 0.0 : kNullNumber;
+  }
+  // In the zone in force, which is UTC or local time. Invalid when the text is no date.
   QDateTime parse(const QString& date) const;
-  QString print(const QDateTime& date) const;
+  QString print(const QDateTime& date) const { return m_format.print(date); }
 
  private:
   bool prepareReference();
   bool prepareFormat();
+  std::optional<Instant> instantInForce(const QDateTime& clock) const;
+  double elapsedFractionAt(Instant instant) const;
   double wholeUnits(std::int64_t milliseconds) const;
 
   TimeParameters m_parameters;
-  std::int64_t m_referenceMilliseconds = 0;  // since 1970-01-01T00:00:00 UTC
-  QString m_format;
-  std::optional<FixedDateFormat> m_fixedFormat;  // the same format, where it is one
-  bool m_isSystemFormat = false;                 // names of days and months are the locale's
+  Instant m_reference = 0;
+  DateTextFormat m_format;
+  QString m_formatAdvice;
 };
 
 }  // namespace kelvarin

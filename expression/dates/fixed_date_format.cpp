@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "expression/dates/local_time.h"
+
 namespace kelvarin {
 
 namespace {
@@ -34,7 +36,7 @@ int numberAt(const QString& text, qsizetype start, int width) {
 
 }  // namespace
 
-// A width of 0 for what has no fixed place.
+// A width of 0 for what has no fixed position.
 FixedDateFormat::Part FixedDateFormat::partAt(const QString& format, qsizetype start) {
   static constexpr std::pair<const char*, Field> fields[] = {
       {"yyyy", year}, {"MM", month},  {"dd", day},    {"hh", hour},
@@ -78,33 +80,33 @@ std::optional<FixedDateFormat> FixedDateFormat::of(const QString& userFormat) {
   return fixed.hasWholeDate() ? std::optional(std::move(fixed)) : std::nullopt;
 }
 
-QDateTime FixedDateFormat::parse(const QString& text, Qt::TimeSpec zone) const {
+QDateTime FixedDateFormat::parse(const QString& text) const {
   // Digits below the millisecond have no use and no fixed number.
   const qsizetype finerDigits = text.size() - m_length;
   if (finerDigits < 0 || (finerDigits > 0 && !m_has[millisecond])) {
     return {};
   }
   int values[kFields] = {};
-  qsizetype place = 0;
+  qsizetype position = 0;
   for (const Part& part : m_parts) {
     if (part.field == literal) {
-      if (text[place] != part.character) {
+      if (text[position] != part.character) {
         return {};
       }
-    } else if ((values[part.field] = numberAt(text, place, part.width)) < 0) {
+    } else if ((values[part.field] = numberAt(text, position, part.width)) < 0) {
       return {};
     }
-    place += part.width;
+    position += part.width;
     if (part.field == millisecond) {
-      if (!areDigits(text.sliced(place, finerDigits))) {
+      if (!areDigits(text.sliced(position, finerDigits))) {
         return {};
       }
-      place += finerDigits;
+      position += finerDigits;
     }
   }
   const QDate date(values[year], values[month], values[day]);
   const QTime time(values[hour], values[minute], values[second], values[millisecond]);
-  return date.isValid() && time.isValid() ? QDateTime(date, time, zone) : QDateTime();
+  return date.isValid() && time.isValid() ? clockReading(date, time) : QDateTime();
 }
 
 }  // namespace kelvarin

@@ -1,10 +1,9 @@
-// A date format of digits at fixed places, such as yyyy-MM-dd hh:mm:ss.
+// A date format of digits at fixed positions, such as yyyy-MM-dd hh:mm:ss.
 //
 // Of seconds with more than three decimals the milliseconds count.
 //
-// Reads a date many times faster than the general parser, which it takes the place of in
-// DateContext for the texts that it reads; whatever it refuses goes to the general one. Threads:
-// read-only after of().
+// Reads a date many times faster than the general parser, in whose stead DateTextFormat asks it
+// first; whatever it refuses goes to the general one. Threads: read-only after of().
 #pragma once
 
 #include <optional>
@@ -20,8 +19,8 @@ class FixedDateFormat {
   // Nothing for a format with names, fields of varying width, or without a whole date.
   static std::optional<FixedDateFormat> of(const QString& userFormat);
 
-  // Invalid when the text has another form or is no date.
-  QDateTime parse(const QString& text, Qt::TimeSpec zone) const;
+  // What the clock shows, see local_time.h. Invalid when the text has another form or is no date.
+  QDateTime parse(const QString& text) const;
 
  private:
   enum Field { year, month, day, hour, minute, second, millisecond, literal };

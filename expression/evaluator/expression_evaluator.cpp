@@ -266,6 +266,10 @@ DateStatus ExpressionEvaluator::prepareDateContext(const QStringList& expression
   return status;
 }
 
+QString ExpressionEvaluator::dateFormatAdvice() const {
+  return m_state->functions.dates.formatAdvice();
+}
+
 Status<QString> ExpressionEvaluator::bind(const OneRow& columns,
                                           const std::function<QString(const QString&)>& expand,
                                           int elementCount) {
@@ -449,7 +453,7 @@ QStringList ExpressionEvaluator::closingWarnings() const {
 }
 
 QStringList ExpressionEvaluator::closingWarnings(const char* failedRows) const {
-  QStringList warnings = m_state->binding.warnings();
+  QStringList warnings = m_state->binding.warnings(m_state->functions.dates);
   for (const auto& output : m_state->outputs) {
     warnings += warningsOfRun(output->name, output->expression->textArguments());
   }

@@ -80,6 +80,8 @@ class ExpressionEvaluator {
   // Seeds the random generators, and fixes reference time and date format where the expressions
   // need them.
   DateStatus prepareDateContext(const QStringList& expressions);
+  // What to warn about when a date format is needed and looks like another pattern language's.
+  QString dateFormatAdvice() const;
 
   // Finds the columns of every variable; `expand` replaces graph parameters in their names. The
   // error is the text to log: an unknown column, or columns of one variable that differ in type.

@@ -38,6 +38,14 @@ inline constexpr char kNotANumber[] =
 inline constexpr char kMoreNotNumbers[] =
     "%1 more column(s) of the variable '%2' are text columns used as numbers: %3 value(s) were no "
     "numbers and counted as missing.";
+inline constexpr char kNotADate[] =
+    "Column '%1' holds dates in the format '%2': %3 value(s) could not be read and count as %4, "
+    "the first one '%5' on data row %6 (counted from 0).";
+inline constexpr char kMoreNotDates[] =
+    "%1 more column(s) of the variable '%2' hold dates: %3 value(s) could not be read and count as "
+    "%4.";
+inline constexpr char kMissing[] = "missing";
+inline constexpr char kZero[] = "0";
 inline constexpr char kFailedEvaluations[] =
     "%1 evaluation(s) failed and gave no value. The first was expression '%2' on data row %3 "
     "(counted from 0): %4";

@@ -34,6 +34,11 @@ TextCell textOfNumber(double number, ShortestNumber& printed) {
   return {printed.print(number), isNullNumber(number)};
 }
 
+QString wordOfUnreadable(const DateContext& dates) {
+  return QString::fromUtf8(isNullNumber(dates.unreadableAsElapsedTime()) ? messages::kMissing
+                                                                         : messages::kZero);
+}
+
 TextCell textOfKey(std::uint32_t key, ShortestNumber& printed) {
   return isNullKey(key) ? TextCell{} : TextCell{printed.print(key), false};
 }
@@ -164,7 +169,8 @@ bool RowBinding::loadEntry(Entry& entry, const unsigned char* bytes, int element
       store.text(entry.place) = textOfKey(keyFromBytes(bytes), *entry.printed);
       return true;
     case Route::textToDate:
-      numbers[entry.place] = elapsedTimeOfText(entry.memory(element), bytes, dates);
+      numbers[entry.place] =
+          elapsedTimeOfText(entry.memory(element), bytes, dates, store.rowNumber());
       return true;
     case Route::numberToDate:
       numbers[entry.place] = elapsedTimeOfNumber(numberFromBytes(bytes), dates);
@@ -199,9 +205,16 @@ std::vector<NumberSource> RowBinding::numberSources(const DateContext& dates,
 
 bool RowBinding::hasEffects(int nullKeyMode) const {
   return std::any_of(m_entries.begin(), m_entries.end(), [&](const Entry& entry) {
-    return entry.route == Route::textToNumber ||
+    return entry.route == Route::textToNumber || entry.route == Route::textToDate ||
            (entry.route == Route::keyToNumber && nullKeyMode == kNullKeyStops);
   });
+}
+
+void RowBinding::ColumnMemory::refuse(std::string_view text, double row) {
+  if (refusedCount++ == 0) {
+    firstRefusedRow = row;
+    firstRefused.assign(text);
+  }
 }
 
 double RowBinding::numberOfText(ColumnMemory& memory, std::string_view text, double row) {
@@ -209,14 +222,13 @@ double RowBinding::numberOfText(ColumnMemory& memory, std::string_view text, dou
     return *number;
   }
   if (!isBlankText(text)) {
-    memory.firstRefusedRow = memory.refusedCount == 0 ? row : memory.firstRefusedRow;
-    ++memory.refusedCount;
+    memory.refuse(text, row);
   }
   return kNullNumber;
 }
 
 double RowBinding::elapsedTimeOfText(ColumnMemory& memory, const unsigned char* bytes,
-                                     const DateContext& dates) {
+                                     const DateContext& dates, double row) {
   const std::string_view text = textFromBytes(bytes);
   if (text.empty()) {
     return dates.parameters().emptyETToNull ? kNullNumber : 0.0;
@@ -224,23 +236,46 @@ double RowBinding::elapsedTimeOfText(ColumnMemory& memory, const unsigned char* 
   if (!memory.hasLastDate || memory.lastDate != text) {
     memory.lastDate.assign(text);
     memory.hasLastDate = true;
+    const std::optional<Instant> instant =
+        dates.instantOf(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+    memory.isLastDateReadable = instant.has_value();
     memory.lastElapsedTime =
-        dates.toElapsedTime(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+        instant ? dates.elapsedTimeAt(*instant) : dates.unreadableAsElapsedTime();
+  }
+  if (!memory.isLastDateReadable && !isBlankText(text)) {
+    memory.refuse(text, row);
   }
   return memory.lastElapsedTime;
 }
 
-QStringList RowBinding::warnings() const {
+QStringList RowBinding::warnings(const DateContext& dates) const {
   QStringList warnings;
   for (const Entry& entry : m_entries) {
-    addWarnings(entry, warnings);
+    addWarnings(entry, dates, warnings);
   }
   return warnings;
 }
 
+QString RowBinding::warningAbout(const ColumnMemory& memory, bool isDate,
+                                 const DateContext& dates) {
+  const QString count = QString::number(memory.refusedCount);
+  const QString row = QString::number(memory.firstRefusedRow, 'f', 0);
+  if (!isDate) {
+    return QString::fromUtf8(messages::kNotANumber).arg(memory.columnName, count, row);
+  }
+  constexpr qsizetype longestShown = 60;
+  QString first = QString::fromStdString(memory.firstRefused);
+  if (first.size() > longestShown) {
+    first = first.first(longestShown) + QChar(0x2026);
+  }
+  return QString::fromUtf8(messages::kNotADate)
+      .arg(memory.columnName, dates.format(), count, wordOfUnreadable(dates), first, row);
+}
+
 // A vector may have thousands of columns: the first few are named, the others counted.
-void RowBinding::addWarnings(const Entry& entry, QStringList& warnings) {
+void RowBinding::addWarnings(const Entry& entry, const DateContext& dates, QStringList& warnings) {
   constexpr int kNamedColumns = 5;
+  const bool isDate = entry.route == Route::textToDate;
   int columns = 0;
   long long valuesOfOthers = 0;
   for (const ColumnMemory& memory : entry.memories) {
@@ -248,18 +283,20 @@ void RowBinding::addWarnings(const Entry& entry, QStringList& warnings) {
       continue;
     }
     if (columns++ < kNamedColumns) {
-      warnings += QString::fromUtf8(messages::kNotANumber)
-                      .arg(memory.columnName, QString::number(memory.refusedCount),
-                           QString::number(memory.firstRefusedRow, 'f', 0));
+      warnings += warningAbout(memory, isDate, dates);
     } else {
       valuesOfOthers += memory.refusedCount;
     }
   }
-  if (columns > kNamedColumns) {
-    warnings += QString::fromUtf8(messages::kMoreNotNumbers)
-                    .arg(QString::number(columns - kNamedColumns), entry.variable,
-                         QString::number(valuesOfOthers));
+  if (columns <= kNamedColumns) {
+    return;
   }
+  const QString others = QString::number(columns - kNamedColumns);
+  const QString values = QString::number(valuesOfOthers);
+  warnings += isDate ? QString::fromUtf8(messages::kMoreNotDates)
+                           .arg(others, entry.variable, values, wordOfUnreadable(dates))
+                     : QString::fromUtf8(messages::kMoreNotNumbers)
+                           .arg(others, entry.variable, values);
 }
 
 }  // namespace kelvarin

@@ -45,7 +45,8 @@ class RowBinding {
   // Loading a row may stop the run, or count values to warn about.
   bool hasEffects(int nullKeyMode) const;
 
-  QStringList warnings() const;
+  // About values that were no numbers or no dates.
+  QStringList warnings(const DateContext& dates) const;
 
  private:
   enum class Route : unsigned char {
@@ -62,13 +63,17 @@ class RowBinding {
   // What is remembered of a text column that enters as a number or an elapsed time.
   struct ColumnMemory {
     QString columnName;
-    // Texts that were no numbers.
+    // Texts that were no numbers, or no dates.
     long long refusedCount = 0;
     double firstRefusedRow = 0.0;
+    std::string firstRefused;
     // The last date, since neighbouring rows often share one.
     std::string lastDate;
     double lastElapsedTime = kNullNumber;
     bool hasLastDate = false;
+    bool isLastDateReadable = false;
+
+    void refuse(std::string_view text, double row);
   };
   struct Entry {
     Route route = Route::numberToNumber;
@@ -94,8 +99,9 @@ class RowBinding {
                         const DateContext& dates, int nullKeyMode);
   static double numberOfText(ColumnMemory& memory, std::string_view text, double row);
   static double elapsedTimeOfText(ColumnMemory& memory, const unsigned char* bytes,
-                                  const DateContext& dates);
-  static void addWarnings(const Entry& entry, QStringList& warnings);
+                                  const DateContext& dates, double row);
+  static void addWarnings(const Entry& entry, const DateContext& dates, QStringList& warnings);
+  static QString warningAbout(const ColumnMemory& memory, bool isDate, const DateContext& dates);
 
   std::vector<Entry> m_entries;
   std::vector<int> m_columns;  // element by element, one an entry

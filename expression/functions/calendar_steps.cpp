@@ -28,8 +28,13 @@ QDateTime unlessTooFar(const QDateTime& date) {
   return isKnown ? date : QDateTime();
 }
 
-QDateTime startOfDay(const QDate& day, Qt::TimeSpec zone) {
-  return day.isValid() ? unlessTooFar(day.startOfDay(zone)) : QDateTime();
+// Where the clock leaves this time out, as much later.
+QDateTime dateAt(Qt::TimeSpec zone, const QDate& day, const QTime& time) {
+  return day.isValid() ? unlessTooFar(dateOfReading(clockReading(day, time), zone)) : QDateTime();
+}
+
+QDateTime onDay(const QDateTime& date, const QDate& day) {
+  return dateAt(date.timeSpec(), day, date.time());
 }
 
 // Counted without a gap; the calendar has no year 0.
@@ -55,7 +60,10 @@ double stepsBetween(const QDateTime& from, const QDateTime& to, int monthsInStep
   const int months = monthNumber(to.date()) - monthNumber(from.date());
   const int steps = static_cast<int>(std::floor(static_cast<double>(months) / monthsInStep));
   return largestStep(steps, to,
-                     [&](qint64 n) { return from.addMonths(static_cast<int>(n) * monthsInStep); });
+                     [&](qint64 n) {
+                       const int all = static_cast<int>(n) * monthsInStep;
+                       return onDay(from, from.date().addMonths(all));
+                     });
 }
 
 }  // namespace
@@ -66,7 +74,7 @@ QDateTime dateOfElapsed(const DateContext& dates, double elapsed) {
   if (!isNear(milliseconds, kFarthestMilliseconds)) {
     return {};
   }
-  const qint64 sinceEpoch = dates.referenceMilliseconds() + std::llround(milliseconds);
+  const qint64 sinceEpoch = dates.reference() + std::llround(milliseconds);
   return unlessTooFar(QDateTime::fromMSecsSinceEpoch(sinceEpoch, zoneOf(dates)));
 }
 
@@ -75,7 +83,7 @@ double elapsedOfDate(const DateContext& dates, const QDateTime& date) {
     return kNullNumber;
   }
   const std::int64_t unit = millisecondsOfUnit(dates.parameters().elapsedTimeUnit);
-  const std::int64_t elapsed = date.toMSecsSinceEpoch() - dates.referenceMilliseconds();
+  const std::int64_t elapsed = date.toMSecsSinceEpoch() - dates.reference();
   return unit == 0 ? 0.0 : static_cast<double>(elapsed / unit);
 }
 
@@ -86,8 +94,8 @@ QDateTime withAdded(const QDateTime& date, double years, double months, double d
   if (!isPossible) {
     return {};
   }
-  return unlessTooFar(
-      date.addMonths(static_cast<int>(allMonths)).addDays(static_cast<qint64>(days)));
+  const QDate day = date.date().addMonths(static_cast<int>(allMonths));
+  return onDay(date, day.addDays(static_cast<qint64>(days)));
 }
 
 QDateTime withAddedSeconds(const QDateTime& date, double seconds) {
@@ -103,7 +111,7 @@ QDateTime endOfMonth(const QDateTime& date, double months) {
     return {};
   }
   const QDate day = date.date().addMonths(static_cast<int>(months));
-  return startOfDay(lastDayOfMonth(day), date.timeSpec());
+  return dateAt(date.timeSpec(), lastDayOfMonth(day), QTime(0, 0));
 }
 
 QDateTime endOfQuarter(const QDateTime& date, double quarters) {
@@ -124,7 +132,7 @@ QDateTime firstWeekdayOfYear(const DateContext& dates, double year, double weekd
     return {};
   }
   const int daysToWanted = (static_cast<int>(wanted) - (newYear.dayOfWeek() - 1) + 7) % 7;
-  return startOfDay(newYear.addDays(daysToWanted), zoneOf(dates));
+  return dateAt(zoneOf(dates), newYear.addDays(daysToWanted), QTime(0, 0));
 }
 
 double monthsBetween(const QDateTime& from, const QDateTime& to) {
@@ -140,7 +148,7 @@ double daysBetween(const QDateTime& from, const QDateTime& to) {
     return kNullNumber;
   }
   return largestStep(from.date().daysTo(to.date()), to,
-                     [&](qint64 days) { return from.addDays(days); });
+                     [&](qint64 days) { return onDay(from, from.date().addDays(days)); });
 }
 
 double secondsBetween(const QDateTime& from, const QDateTime& to) {

@@ -29,9 +29,13 @@ QString addSeconds(FunctionContext& context, const QString& date, double seconds
   return printed(context, withAddedSeconds(context.dates.parse(date), seconds));
 }
 
+// An empty format has an empty text, which is not the null one of an unreadable date.
 QString reformat(FunctionContext& context, const QString& date, const QString& format) {
   const QDateTime parsed = context.dates.parse(date);
-  return parsed.isValid() ? parsed.toString(format) : QString();
+  if (!parsed.isValid()) {
+    return {};
+  }
+  return format.isEmpty() ? QStringLiteral("") : parsed.toString(format);
 }
 
 QString monthEnd(FunctionContext& context, const QString& date, double months) {

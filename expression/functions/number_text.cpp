@@ -26,12 +26,16 @@ const char* wordOfSpecial(double x) {
   return std::signbit(x) ? "-inf" : "inf";
 }
 
-// Not by printf, which may write the decimal comma of the process's locale.
+// As printf writes %g, but never with the decimal comma of the process's locale.
 Text textOfReal(double x) {
   if (!isFiniteNumber(x)) {
     return wordOfSpecial(x);
   }
-  return QByteArray::number(x, 'g', 6).toStdString();
+  constexpr int significantDigits = 6;
+  char digits[32];
+  const auto end = std::to_chars(digits, digits + sizeof digits, x, std::chars_format::general,
+                                 significantDigits);
+  return std::string(digits, end.ptr);
 }
 
 Text textOfWhole(double x) {

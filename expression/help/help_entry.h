@@ -33,6 +33,14 @@ namespace null_rules {
 inline constexpr char kGivesNull[] = "A null in any argument gives null.";
 inline constexpr char kGivesFalse[] = "A null in any argument gives 0.";
 inline constexpr char kIsTested[] = "The missing value is what it looks for.";
+inline constexpr char kFirstCounts[] =
+    "With a null as the first argument the result is null; a later null is passed over.";
+// Of functions that read date texts.
+inline constexpr char kUnreadableIsNull[] = "With a null or an unreadable date the result is null.";
+inline constexpr char kUnreadableIsFalse[] = "With a null or an unreadable date the result is 0.";
+inline constexpr char kUnreadableMayBeZero[] =
+    "With a null the result is null; with an empty or unreadable date it is null, or 0 with "
+    "castToET2.";
 inline constexpr char kComparesFalse[] =
     "A null number is never equal to anything, itself included; use isNull(x).";
 

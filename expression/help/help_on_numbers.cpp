@@ -6,6 +6,7 @@ namespace kelvarin {
 
 namespace {
 
+using null_rules::kFirstCounts;
 using null_rules::kGivesNull;
 
 constexpr char kRandomNote[] =
@@ -60,8 +61,8 @@ constexpr HelpEntry kEntries[] = {
     {"exp(x)", "e to the power of x", kGivesNull, "exp(0)", "1"},
     {"sqr(x)", "square of x (x*x)", kGivesNull, "sqr(-4)", "16"},
     {"sqrt(x)", "square root of x", kGivesNull, "sqrt(16)", "4"},
-    {"min(x,y,z...)", "the smallest of the arguments", kGivesNull, "min(3, 1, 2)", "1"},
-    {"max(x,y,z...)", "the largest of the arguments", kGivesNull, "max(3, 1, 2)", "3"},
+    {"min(x,y,z...)", "the smallest of the arguments", kFirstCounts, "min(3, 1, 2)", "1"},
+    {"max(x,y,z...)", "the largest of the arguments", kFirstCounts, "max(3, 1, 2)", "3"},
     {"sum(x,y,z...)", "the sum of the arguments", kGivesNull, "sum(1, 2, 3, 4)", "10"},
     {"nanvl(x,y)", "if x is nan or NULL return y, otherwise return x", null_rules::kIsTested,
      "nanvl(sqrt(-1), 0)", "0", "Any NaN counts, null included; isNan(x) knows only one."},
@@ -72,7 +73,9 @@ constexpr HelpEntry kEntries[] = {
     {"finitevl2(x,y,z)", "if x is finite return y, otherwise return z",
      "A null is not finite, so z is the result.", "finitevl2(5, 1, 2)", "1"},
     {"isNan(x)", "return 1 if x is nan, otherwise return 0",
-     "A null is missing rather than not a number: 0.", "isNan(_nan)", "1"},
+     "A null is missing rather than not a number: 0.", "isNan(_nan)", "1",
+     "It knows the nan of 0/0 and of most functions, but not those of acos(2), asin(2) and "
+     "log10(-1). nanvl(x, y) replaces them all."},
     {"isFinite(x)", "return a true value if x is neither infinite nor nan nor NULL",
      "A null is not finite: 0.", "isFinite(1)", "-1",
      "The true value is -1. Write isFinite(x) ? 1 : 0 where 1 is wanted."},

@@ -17,15 +17,15 @@ constexpr char kFlagNote[] =
 
 constexpr HelpEntry kOperators[] = {
     {"(a?b:c)", "if a is true then b, otherwise c",
-     "A null condition is an error or true; test "
-     "it with isNull(x).",
+     "A null condition is an error or true; test it with isNull(x).",
      "(3 > 2 ? 10 : 20)", "10", kConditionNote, "?:"},
     {"-", "unary minus: x with the opposite sign", kGivesNull, "-(2 + 3)", "-5"},
     {"(float)", "converts what follows to a floating point number", kGivesNull, "(float)7 / 2",
      "3.5", "It binds closer than + and -, and looser than ^."},
     {"(int)", "converts what follows to an integer, towards zero", kGivesNull, "(int)2.7", "2",
      "It binds closer than + and -, and looser than ^."},
-    {"+, -, *, /, ^", "addition, subtraction, multiplication, division, power", kGivesNull,
+    {"+, -, *, /, ^", "addition, subtraction, multiplication, division, power",
+     "With a null on either side the result is null, but x^0 and 1^x are 1.",
      "2 + 3 * 4^2 / 8", "8", "a^b^c is a^(b^c), and -a^b is -(a^b).", "+ - * / ^"},
     {"%", "modulo: the remainder of a division", kGivesNull, "17 % 5", "2",
      "The remainder has the sign of the left side and may have a fraction."},
@@ -34,7 +34,7 @@ constexpr HelpEntry kOperators[] = {
     {"||", "logical or", "Compare or test values first; see isNull(x).", "1 < 2 || 2 < 1", "1",
      kConditionNote, "|| or"},
     {"==, !=, >, <, <=, >=", "comparisons", kComparesFalse, "3 >= 2", "1",
-     "A single = assigns to a variable; == compares. Texts compare with == and !=.",
+     "A single = assigns to a variable; == compares. Texts compare by their characters.",
      "== != > < <= >="},
     {"&, |, <<, >>", "and, or, shift left and shift right of the bits of integers", kGivesNull,
      "12 & 10", "8", "Numbers with a fraction, and those from 2^53 on, have no bits: a NaN.",

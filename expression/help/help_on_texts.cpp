@@ -81,7 +81,8 @@ constexpr HelpEntry kEncodings[] = {
      "\".\" occurs."},
     {"ftoa(x)", "the number x as a string, with 6 significant digits", kGivesNull,
      R"(ftoa(1/3) // "!")", "0.333333!",
-     "Text outputs and text variables keep all digits of a number."},
+     "Text outputs and text variables keep all digits of a number. Of the nans only the one that "
+     "isNan(x) knows is \"nan\"; others are \"inf\" or \"-inf\"."},
     {"itoa(x)", "the integer part of x as a string", kGivesNull, R"(itoa(12.7) // "!")", "12!"},
     {"urlEncode", "urlEncode(s): the string s as a part of a URL", kGivesNull,
      R"(urlEncode("a b&c"))", "a%20b%26c"},

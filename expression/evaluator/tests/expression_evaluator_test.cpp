@@ -219,6 +219,30 @@ TEST(Evaluator, NumberVariablesTakeTextsThatAreNumbersAndWarnOnce) {
                         "and counted as missing, the first one on data row 5 (counted from 0)."});
 }
 
+TEST(Evaluator, CountsDatesThatCannotBeRead) {
+  for (const int castToET2 : {0, 1}) {
+    EvaluationOptions options;
+    options.time.dateFormat = "yyyy-MM-dd";
+    options.time.castToET2 = castToET2;
+    options.time.referenceTime = "20000101 00:00:00";
+    TableRun run({"d"}, "U", {inputOf("d", 'D')}, options);
+    ASSERT_EQ(run.add(outputOf("1")), QString());
+    EXPECT_TRUE(run.evaluator.mustLoadRows());
+    run.table.setNull(0);
+    ASSERT_EQ(run.next(), RowOutcome::ok);
+    for (const char* text : {"2024-01-31", "", " ", "1999-12-31", "31/01/2024", "31/01/2024",
+                             "2024-02-30", "2024-01-31"}) {
+      run.table.set(0, QString(text));
+      ASSERT_EQ(run.next(), RowOutcome::ok);
+    }
+    EXPECT_EQ(run.evaluator.closingWarnings(),
+              QStringList{QStringLiteral(
+                  "Column 'd' holds dates in the format 'yyyy-MM-dd': 3 value(s) could not be read "
+                  "and count as %1, the first one '31/01/2024' on data row 5 (counted from 0).")
+                              .arg(castToET2 == 0 ? "missing" : "0")});
+  }
+}
+
 TEST(Evaluator, NullKeysEnterAsTheOptionSays) {
   const double expected[] = {kNullNumber, 0.0};
   for (int mode = 0; mode < 3; ++mode) {

@@ -6,47 +6,13 @@
 
 #include <gtest/gtest.h>
 
-#include "expression/evaluator/expression_evaluator.h"
 #include "expression/functions/function_table.h"
 #include "expression/help/foreign_names.h"
 #include "expression/help/language_entries.h"
-#include "host/contract/one_row.h"
+#include "expression/help/tests/example_evaluation.h"
 
 namespace kelvarin {
 namespace {
-
-const std::string kRefused = "refused: ";
-const char* const kNoNativeCode = "refused: native code is not available";
-
-std::string plainText(const ExpressionValue& value) {
-  const bool isText = value.type == ExpressionValue::Type::text;
-  const QString text = isText ? value.text : shortestText(value.number);
-  return text.isNull() ? "null" : text.toStdString();
-}
-
-std::string evaluateExample(const char* example, BackendKind kind) {
-  EvaluationOptions options;
-  options.time.seed = 1;
-  options.time.addNow = options.time.addNowS = true;
-  options.time.dateFormat = QString::fromLatin1(kExampleSettings.dateFormat);
-  options.time.referenceTime = QString::fromLatin1(kExampleSettings.referenceTime);
-  options.time.elapsedTimeUnit = kExampleSettings.elapsedTimeUnit;
-  ExpressionEvaluator evaluator;
-  evaluator.configure(options, {}, nullptr, false);
-  evaluator.requireBackend(kind);
-  OutputVariable output;
-  output.name = QStringLiteral("example");
-  output.expression = QString::fromUtf8(example);
-  evaluator.prepareDateContext({output.expression});
-  if (const auto compiled = evaluator.compile(output, ResultUse::anyValue); !compiled) {
-    return kRefused + compiled.error().message.toStdString();
-  }
-  evaluator.startRow();
-  if (evaluator.evaluate(0) != RowOutcome::ok) {
-    return "failed: " + evaluator.lastFailure().error.message.toStdString();
-  }
-  return plainText(evaluator.value(0));
-}
 
 // Declared with fewer arguments than its help shows, in one back-end of three.
 bool isKnownException(const LanguageEntry& entry) {
@@ -76,31 +42,6 @@ TEST(Help, EveryExampleGivesItsResultWhereTheEntrySaysSo) {
         EXPECT_TRUE(actual.starts_with(kRefused))
             << entry.name << ": " << entry.entry->example << " on " << backendLabel(kind)
             << " gives " << actual;
-      }
-    }
-  }
-}
-
-std::string callWithNulls(const LanguageEntry& entry) {
-  std::string call = entry.names.front() + "(_null";
-  for (int i = 1; i < entry.argumentCount.value_or(2); ++i) {
-    call += ", _null";
-  }
-  return call + ")";
-}
-
-TEST(Help, NullRulesHoldWhereAllArgumentsAreMissing) {
-  for (const LanguageEntry& entry : languageEntries()) {
-    const bool givesNull = entry.entry->nulls == null_rules::kGivesNull;
-    const bool givesFalse = entry.entry->nulls == null_rules::kGivesFalse;
-    if (entry.kind != HelpKind::function || isKnownException(entry) || !(givesNull || givesFalse)) {
-      continue;
-    }
-    for (const BackendKind kind : {BackendKind::native, BackendKind::fast, BackendKind::string}) {
-      const std::string actual = evaluateExample(callWithNulls(entry).c_str(), kind);
-      if (!actual.starts_with(kRefused)) {
-        EXPECT_EQ(actual, givesNull ? "null" : "0")
-            << callWithNulls(entry) << " on " << backendLabel(kind);
       }
     }
   }

@@ -1,0 +1,52 @@
+// Numbers become the texts that printf writes.
+
+#include <bit>
+#include <cmath>
+#include <cstdio>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "expression/functions/tests/table_calls.h"
+
+namespace kelvarin {
+namespace {
+
+std::string printed(const char* format, double number) {
+  char text[400];
+  const int length = std::snprintf(text, sizeof text, format, number);
+  return {text, static_cast<std::size_t>(length)};
+}
+
+void expectAsPrinted(TableCalls& calls, double number) {
+  ASSERT_EQ(calls.text("ftoa", {numberArgument(number)}), printed("%g", number));
+  const double whole = std::trunc(number);
+  ASSERT_EQ(calls.text("itoa", {numberArgument(number)}), printed("%.0f", whole == 0 ? 0 : whole));
+  if (number >= 0 && number < 0x1p64) {
+    char digits[20];
+    std::snprintf(digits, sizeof digits, "%llx", static_cast<unsigned long long>(number));
+    ASSERT_EQ(calls.text("ftoh", {numberArgument(number)}), digits);
+  }
+}
+
+TEST(NumberText, IsAsPrintedForAllFiniteNumbers) {
+  TableCalls calls;
+  for (const double number : {0.0, -0.0, 10000.25, 10000.75, 0.5, 1.0, 999999.5, 1e6, 123456.5,
+                              9.999995, 0.0001, 0.00001, 5e-324, 1.7976931348623157e308}) {
+    expectAsPrinted(calls, number);
+    expectAsPrinted(calls, -number);
+  }
+  std::mt19937_64 random(7);
+  constexpr int rounds = 150'000;
+  for (int i = 0; i < rounds; ++i) {
+    const auto anyBits = std::bit_cast<double>(random());
+    if (std::isfinite(anyBits)) {
+      expectAsPrinted(calls, anyBits);
+    }
+    // Many ties between two numbers of six digits.
+    expectAsPrinted(calls, static_cast<double>(random() % 40'000'000) / 64.0);
+  }
+}
+
+}  // namespace
+}  // namespace kelvarin
