@@ -5,6 +5,7 @@
 
 #include "cli/console.h"
 #include "cli/interrupt.h"
+#include "cli/last_resort.h"
 #include "cli/messages.h"
 #include "cli/name_value.h"
 #include "cli/program_services.h"
@@ -20,7 +21,7 @@ namespace {
 
 using State = GlobalParameters::RunningState;
 
-RunResult resultOfGraphNotLoaded(const QStringList& faults) {
+RunResult resultOfFaults(const QStringList& faults) {
   RunResult result;
   result.state = State::failed;
   for (const QString& fault : faults) {
@@ -54,7 +55,7 @@ RunResult workOnLoadedGraph(const GraphArguments& arguments, GraphWork work, Con
     for (const QString& fault : loaded.error()) {
       console.writeLog(LogLevel::error, fault);
     }
-    return resultOfGraphNotLoaded(loaded.error());
+    return resultOfFaults(loaded.error());
   }
   RunRecord record;
   const InterruptibleRun interruptible(record);
@@ -67,6 +68,18 @@ RunResult workOnLoadedGraph(const GraphArguments& arguments, GraphWork work, Con
   console.clearProgress();
   tellPlacesOfErrors(loaded->graph, result, console);
   return result;
+}
+
+// Where an exception ends the work, too, there is a result to report.
+RunResult guardedWork(const GraphArguments& arguments, GraphWork work, Console& console) {
+  try {
+    return workOnLoadedGraph(arguments, work, console);
+  } catch (const std::exception&) {
+    const QString text = textOfHandledException();
+    console.clearProgress();
+    console.writeLog(LogLevel::error, text);
+    return resultOfFaults({text});
+  }
 }
 
 }  // namespace
@@ -136,7 +149,7 @@ ExitStatus workOnGraph(const GraphArguments& arguments, GraphWork work, GraphRep
     return ExitStatus::wrongUsage;
   }
   const ProgramServices services(console, arguments.diskWaitSeconds);
-  const RunResult result = workOnLoadedGraph(arguments, work, console);
+  const RunResult result = guardedWork(arguments, work, console);
   if (result.state == State::stoppedByUser) {
     console.writeLog(LogLevel::warning, QString::fromLatin1(program_messages::kInterrupted));
   }

@@ -16,6 +16,7 @@
 
 #include "cli/commands.h"
 #include "cli/interrupt.h"
+#include "cli/last_resort.h"
 #include "cli/messages.h"
 #include "host/contract/main_ui.h"
 #include "host/contract/nearest_names.h"
@@ -96,12 +97,7 @@ void allowManyOpenFiles() {
   }
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  // A reader of our output that went away is an error of a write, not the end of the process.
-  std::signal(SIGPIPE, SIG_IGN);
-  allowManyOpenFiles();
+ExitStatus runProgram(int argc, char** argv) {
   QCoreApplication application(argc, argv);
   QCoreApplication::setApplicationName(QStringLiteral("kelvarin"));
 
@@ -122,15 +118,25 @@ int main(int argc, char** argv) {
   kelvarin::addGelCommand(program, chosen);
 
   if (tellUnknownCommand(program, argc, argv)) {
-    return static_cast<int>(ExitStatus::wrongUsage);
+    return ExitStatus::wrongUsage;
   }
   try {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return static_cast<int>(finishParsing(program, error));
+    return finishParsing(program, error);
   }
+  return chosen();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
   kelvarin::endOnInterrupt();
-  const ExitStatus status = chosen();
+  kelvarin::endOnUncaughtException();
+  // A reader of our output that went away is an error of a write, not the end of the process.
+  std::signal(SIGPIPE, SIG_IGN);
+  allowManyOpenFiles();
+  const ExitStatus status = kelvarin::guarded([&] { return runProgram(argc, argv); });
   return static_cast<int>(isOutputLost() && status == ExitStatus::done ? ExitStatus::failed
                                                                        : status);
 }

@@ -83,6 +83,7 @@ class ColumnarHDWriter {
 
   bool fail(WriteFailure::Kind kind, const QString& file = {}, const QString& reason = {});
   bool failToWrite(const GrowingFile& file, const QString& reason);
+  [[nodiscard]] bool tryToLayOut(const OneRow& row);
   void createWorkers();
   [[nodiscard]] bool openSideFiles();
   [[nodiscard]] bool writeHead();
@@ -91,6 +92,7 @@ class ColumnarHDWriter {
   void targetBlock();
   [[nodiscard]] bool append(const OneRow& row);
   [[nodiscard]] bool handOverBlock();
+  void finish(bool isNormalEnd);
   void finishThreads();
   void stopThreads();
   void abandonHead();
@@ -101,6 +103,7 @@ class ColumnarHDWriter {
 
   // The thread of the descriptor records.
   void writeMeta();
+  [[nodiscard]] bool writeRecords();
   [[nodiscard]] bool writeRecord(Bytes descriptors);
 
   const AskAboutFullDisk m_ask;

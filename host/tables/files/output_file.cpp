@@ -130,9 +130,11 @@ Status<QString> OutputFile::openTemporary(const QByteArray& path) {
     return Failure{table_messages::cannotCreate(m_shownName, systemText(errno))};
   }
   m_temporaryPath = temporaryName(path);
+  m_unfinishedName.enter(m_temporaryPath);
   m_descriptor = ::open(m_temporaryPath.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
   if (m_descriptor < 0) {
     const int error = errno;
+    m_unfinishedName.withdraw();
     m_temporaryPath.clear();
     return Failure{table_messages::cannotCreate(m_shownName, systemText(error))};
   }
@@ -217,6 +219,7 @@ Status<QString> OutputFile::publish() {
     discard();
     return Failure{text};
   }
+  m_unfinishedName.withdraw();
   m_temporaryPath.clear();
   const int folder = ::open(folderOf(m_finalPath).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (folder >= 0) {
@@ -230,6 +233,7 @@ void OutputFile::discard() {
   closeDescriptor();
   if (!m_temporaryPath.isEmpty()) {
     ::unlink(m_temporaryPath.constData());
+    m_unfinishedName.withdraw();
     m_temporaryPath.clear();
   }
 }

@@ -12,6 +12,7 @@
 #include <QString>
 
 #include "base/result.h"
+#include "host/tables/files/unfinished_names.h"
 
 namespace kelvarin {
 
@@ -46,6 +47,7 @@ class OutputFile {
   QString m_shownName;
   QByteArray m_finalPath;
   QByteArray m_temporaryPath;  // empty when written directly
+  UnfinishedName m_unfinishedName;
   int m_descriptor = -1;
   bool m_isComplete = false;
   long long m_bytesWritten = 0;

@@ -66,8 +66,15 @@ Status<QString> TableSink::claimFile(const QString& file) {
 }
 
 char TableSink::close() {
-  m_behind.reset();
   char result = 0;
+  if (m_behind) {
+    m_behind->stop();
+    if (const QString failure = m_behind->takeFailure(); !failure.isEmpty()) {
+      endWithError(failure);  // it came when nobody asked for rows any more
+      result = 1;
+    }
+    m_behind.reset();
+  }
   if (m_output.isComplete() && !hasFailed() && hasRunEndedNormally()) {
     if (const Status<QString> status = m_output.publish(); !status) {
       endWithError(status.error());
