@@ -61,7 +61,7 @@ RunResult workOnLoadedGraph(const GraphArguments& arguments, GraphWork work, Con
   const InterruptibleRun interruptible(record);
   ProgressLine progress(console);
   ExecutionOptions options;
-  if (console.isDecorated()) {
+  if (console.showsProgress()) {
     options.progress = [&progress](const RunProgress& now) { progress.show(now); };
   }
   RunResult result = work(loaded->graph, record, options);

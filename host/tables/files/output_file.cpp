@@ -93,6 +93,7 @@ OutputFile::~OutputFile() {
 Status<QString> OutputFile::open(const QString& path) {
   discard();
   m_isComplete = false;
+  m_hasReaderLeft = false;
   m_bytesWritten = 0;
   m_bytesBeingStored = 0;
   if (path == QLatin1String("-")) {
@@ -172,9 +173,9 @@ Status<QString> OutputFile::write(const char* bytes, std::size_t size) {
     if (error == EINTR || error == EAGAIN) {
       continue;
     }
-    const bool isDiskFull = error == ENOSPC || error == EDQUOT;
+    m_hasReaderLeft = error == EPIPE && isStandardOutput();
     const int missing = static_cast<int>(std::min<std::size_t>(size, INT_MAX));
-    if (!isDiskFull || !MainUI::displayOutOfDiskSpace(m_shownName, missing, true)) {
+    if (!isDiskFull(error) || !MainUI::displayOutOfDiskSpace(m_shownName, missing, true)) {
       return Failure{writeError(error)};
     }
   }
@@ -189,6 +190,21 @@ void OutputFile::startStoring() {
         ::sync_file_range(m_descriptor, m_bytesBeingStored, waiting, SYNC_FILE_RANGE_WRITE);
     m_bytesBeingStored = m_bytesWritten;
   }
+}
+
+// A device that takes no more has no disk on which space could be made.
+bool OutputFile::isDiskFull(int error) const {
+  struct stat written {};
+  return (error == ENOSPC || error == EDQUOT) && ::fstat(m_descriptor, &written) == 0 &&
+         S_ISREG(written.st_mode);
+}
+
+// Also by a name such as /dev/stdout.
+bool OutputFile::isStandardOutput() const {
+  struct stat written {};
+  struct stat standard {};
+  return ::fstat(m_descriptor, &written) == 0 && ::fstat(STDOUT_FILENO, &standard) == 0 &&
+         written.st_dev == standard.st_dev && written.st_ino == standard.st_ino;
 }
 
 QString OutputFile::writeError(int error) const {

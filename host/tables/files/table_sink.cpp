@@ -47,11 +47,10 @@ char TableSink::init() {
   if (status) {
     status = m_output.open(file);
   }
-  if (!status) {
+  if (!status && (run() == nullptr || run()->isRunning())) {
     endWithError(status.error());
-    return 1;
   }
-  return 0;
+  return status ? 0 : 1;
 }
 
 // Devices and pipes may be shared, and so may standard output.
@@ -149,6 +148,9 @@ bool TableSink::endOfInput() {
 }
 
 bool TableSink::endWithError(const QString& text) {
+  if (m_output.hasReaderLeft()) {
+    return true;
+  }
   MainUI::addLog(LogLevel::error, text);
   failRun();
   auto normalEnd = RunningState::endedNormally;

@@ -51,6 +51,7 @@ class TableSink : public ActionItem {
 
   bool write(const OneRow* row);
   bool endOfInput();
+  // Unless the reader of standard output has seen enough, which only ends this action.
   bool endWithError(const QString& text);
   bool hasRunEndedNormally() const;
   Status<QString> claimFile(const QString& file);
