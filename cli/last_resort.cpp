@@ -1,5 +1,7 @@
 #include "cli/last_resort.h"
 
+#include <atomic>
+#include <csignal>
 #include <cstring>
 #include <exception>
 #include <new>
@@ -13,6 +15,8 @@ namespace kelvarin {
 
 namespace {
 
+std::atomic<bool> hasHandledException{false};
+
 // Asks for no memory, and for no lock that a failed thread may hold.
 void writeLine(const char* what, const char* detail) {
   for (const char* part : {"error: ", what, detail, "\n"}) {
@@ -21,6 +25,7 @@ void writeLine(const char* what, const char* detail) {
 }
 
 void reportHandledException() {
+  hasHandledException = true;
   try {
     throw;
   } catch (const std::bad_alloc&) {
@@ -42,10 +47,32 @@ void reportHandledException() {
   _exit(static_cast<int>(ExitStatus::failed));
 }
 
+constexpr int kFaults[] = {SIGSEGV, SIGBUS, SIGABRT, SIGILL, SIGFPE};
+
+// The system's own answer to the signal follows.
+void onFault(int number) {
+  removeUnfinishedFiles();
+  writeLine(program_messages::kCrashed, "");
+  raise(number);
+}
+
 }  // namespace
 
-void endOnUncaughtException() {
+void endInOrderOnFaults() {
   std::set_terminate(endProcess);
+  static char stackOfHandler[64 * 1024];  // the usual one may be what has run out
+  const stack_t stack = {stackOfHandler, 0, sizeof stackOfHandler};
+  sigaltstack(&stack, nullptr);
+  for (const int number : kFaults) {
+    struct sigaction present = {};
+    if (sigaction(number, nullptr, &present) != 0 || present.sa_handler != SIG_DFL) {
+      continue;  // a tool that looks for faults has come before
+    }
+    struct sigaction action = {};
+    action.sa_handler = onFault;
+    action.sa_flags = SA_ONSTACK | SA_RESETHAND | SA_NODEFER;
+    sigaction(number, &action, nullptr);
+  }
 }
 
 ExitStatus guarded(const std::function<ExitStatus()>& work) {
@@ -58,6 +85,7 @@ ExitStatus guarded(const std::function<ExitStatus()>& work) {
 }
 
 QString textOfHandledException() {
+  hasHandledException = true;
   try {
     throw;
   } catch (const std::bad_alloc&) {
@@ -65,6 +93,13 @@ QString textOfHandledException() {
   } catch (const std::exception& exception) {
     return QString::fromLatin1(program_messages::kInternalError) +
            QString::fromLocal8Bit(exception.what());
+  }
+}
+
+void endAfterException(ExitStatus status) {
+  if (hasHandledException) {
+    removeUnfinishedFiles();
+    _exit(static_cast<int>(status));
   }
 }
 

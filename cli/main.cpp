@@ -6,7 +6,9 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include <poll.h>
 #include <sys/resource.h>
@@ -132,11 +134,22 @@ ExitStatus runProgram(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   kelvarin::endOnInterrupt();
-  kelvarin::endOnUncaughtException();
+  kelvarin::endInOrderOnFaults();
   // A reader of our output that went away is an error of a write, not the end of the process.
   std::signal(SIGPIPE, SIG_IGN);
   allowManyOpenFiles();
-  const ExitStatus status = kelvarin::guarded([&] { return runProgram(argc, argv); });
-  return static_cast<int>(isOutputLost() && status == ExitStatus::done ? ExitStatus::failed
-                                                                       : status);
+  const auto work = [&] {
+    // Qt's dispatcher of its own: that of another library, for which nothing here has a use, ends the
+    // process where memory does not suffice.
+    if (::setenv("QT_NO_GLIB", "1", 1) != 0) {
+      throw std::bad_alloc();
+    }
+    return runProgram(argc, argv);
+  };
+  ExitStatus status = kelvarin::guarded(work);
+  if (isOutputLost() && status == ExitStatus::done) {
+    status = ExitStatus::failed;
+  }
+  kelvarin::endAfterException(status);
+  return static_cast<int>(status);
 }

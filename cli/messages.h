@@ -36,6 +36,9 @@ inline constexpr char kInterrupted[] =
 // Followed by what the exception says.
 inline constexpr char kInternalError[] = "Internal error, please report it: ";
 inline constexpr char kUnknownException[] = "an unknown exception";
+inline constexpr char kCrashed[] =
+    "The program has crashed. Files that were being written are removed, but for columnar files, "
+    "which say that they are incomplete. Was there enough memory? If so, please report it.";
 inline constexpr char kOutOfMemory[] =
     "Not enough memory. Nothing that was being written replaces a file. Free some memory, or work "
     "on fewer columns or smaller values at a time.";

@@ -1,11 +1,11 @@
 // Texts from files.
 
-#include <QDir>
-#include <QFile>
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <QDir>
+#include <QFile>
 
 #include "expression/functions/text_bodies.h"
 #include "expression/functions/themes.h"

@@ -17,6 +17,12 @@ constexpr std::int64_t kLargestDictionary = 256 * 1024;
 
 class ParquetWriter : public ArrowWriter {
  public:
+  // After an exception the library's writer is not fit for its destructor, which would write on.
+  ~ParquetWriter() override {
+    if (m_hasThrown) {
+      (void)m_writer.release();
+    }
+  }
   arrow::Status open(std::shared_ptr<ArrowOutputStream> stream,
                      std::shared_ptr<arrow::Schema> schema) override {
     return guarded([&] {
@@ -42,15 +48,17 @@ class ParquetWriter : public ArrowWriter {
  private:
   // A failing stream makes the library throw in some places.
   template <typename Call>
-  static arrow::Status guarded(Call call) {
+  arrow::Status guarded(Call call) {
     try {
       return call();
     } catch (const std::exception& exception) {
+      m_hasThrown = true;
       return arrow::Status::IOError(exception.what());
     }
   }
 
   std::unique_ptr<parquet::arrow::FileWriter> m_writer;
+  bool m_hasThrown = false;
 };
 
 }  // namespace
