@@ -17,9 +17,9 @@ constexpr std::int64_t kLargestDictionary = 256 * 1024;
 
 class ParquetWriter : public ArrowWriter {
  public:
-  // After an exception the library's writer is not fit for its destructor, which would write on.
+  // Where memory did not suffice, the library's writer crashes in its destructor, which writes on.
   ~ParquetWriter() override {
-    if (m_hasThrown) {
+    if (m_isUnfit) {
       (void)m_writer.release();
     }
   }
@@ -50,15 +50,17 @@ class ParquetWriter : public ArrowWriter {
   template <typename Call>
   arrow::Status guarded(Call call) {
     try {
-      return call();
+      const arrow::Status status = call();
+      m_isUnfit |= status.IsOutOfMemory();
+      return status;
     } catch (const std::exception& exception) {
-      m_hasThrown = true;
+      m_isUnfit = true;
       return arrow::Status::IOError(exception.what());
     }
   }
 
   std::unique_ptr<parquet::arrow::FileWriter> m_writer;
-  bool m_hasThrown = false;
+  bool m_isUnfit = false;
 };
 
 }  // namespace
