@@ -7,7 +7,8 @@
 // unfinished files. A signal that was ignored when the program started stays ignored. SIGXFSZ from
 // a write of this process is no signal outside of a run: the write fails and is reported.
 //
-// Threads: install from the main thread; the handler only touches lock-free atomics and descriptors.
+// Threads: install from the main thread; the handler only touches lock-free atomics and
+// descriptors.
 #pragma once
 
 #include <thread>

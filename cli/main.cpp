@@ -139,7 +139,7 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
   allowManyOpenFiles();
   const auto work = [&] {
-    // Qt's dispatcher of its own: that of another library, for which nothing here has a use, ends the
+    // Qt's own dispatcher: that of another library, for which nothing here has a use, ends the
     // process where memory does not suffice.
     if (::setenv("QT_NO_GLIB", "1", 1) != 0) {
       throw std::bad_alloc();
