@@ -21,14 +21,27 @@ constexpr LevelStyle kStyles[] = {
 constexpr std::string_view kPlain = "\033[0m";
 constexpr std::string_view kEraseLine = "\r\033[K";
 
-bool mayDecorate() {
-  const char* noColour = std::getenv("NO_COLOR");
-  return isatty(STDERR_FILENO) != 0 && (noColour == nullptr || *noColour == '\0');
+std::string_view environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string_view() : value;
+}
+
+// A terminal that says nothing about itself may print control sequences instead of obeying them.
+bool isCapableTerminal() {
+  const std::string_view kind = environment("TERM");
+  return isatty(STDERR_FILENO) != 0 && !kind.empty() && kind != "dumb";
 }
 
 }  // namespace
 
-Console::Console(bool isQuiet) : m_isQuiet(isQuiet), m_isDecorated(!isQuiet && mayDecorate()) {}
+bool isOutputClosed() {
+  return std::ferror(stdout) != 0;
+}
+
+Console::Console(bool isQuiet)
+    : m_isQuiet(isQuiet),
+      m_showsProgress(!isQuiet && isCapableTerminal()),
+      m_isColoured(m_showsProgress && environment("NO_COLOR").empty()) {}
 
 Console::~Console() { clearProgress(); }
 
@@ -43,7 +56,7 @@ void Console::writeLog(LogLevel level, const QString& text) {
 void Console::writeReason(LogLevel level, const QString& text) {
   const LevelStyle& style = kStyles[static_cast<int>(level) - 1];
   std::string line;
-  if (m_isDecorated) {
+  if (m_isColoured) {
     line.append(style.colour).append(style.head).append(kPlain);
   } else {
     line.append(style.head);
@@ -56,7 +69,7 @@ void Console::writeReason(LogLevel level, const QString& text) {
 }
 
 void Console::showProgress(std::string_view line) {
-  if (!m_isDecorated) {
+  if (!m_showsProgress) {
     return;
   }
   const std::scoped_lock lock(m_mutex);

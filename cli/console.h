@@ -13,6 +13,9 @@
 
 namespace kelvarin {
 
+// Results are lost from now on: the program that reads them has ended, or the disk is full.
+bool isOutputClosed();
+
 class Console {
  public:
   // Quiet: errors, warnings and their reasons only.
@@ -22,8 +25,8 @@ class Console {
   Console& operator=(const Console&) = delete;
 
   bool isQuiet() const { return m_isQuiet; }
-  // Standard error is a terminal, and neither quiet nor the environment's NO_COLOR forbids decoration.
-  bool isDecorated() const { return m_isDecorated; }
+  // Standard error is a terminal that can erase a line, and not quiet.
+  bool showsProgress() const { return m_showsProgress; }
   // Somebody is there to answer a question.
   static bool canAsk();
 
@@ -42,7 +45,8 @@ class Console {
   void put(std::string_view text);
 
   const bool m_isQuiet;
-  const bool m_isDecorated;
+  const bool m_showsProgress;
+  const bool m_isColoured;  // there, unless the environment's NO_COLOR forbids it
   std::mutex m_mutex;
   std::string m_progress;  // the line on the screen, under m_mutex
 };

@@ -1,26 +1,14 @@
 #include "cli/disk_wait.h"
 
-#include <iostream>
-#include <thread>
+#include <algorithm>
+#include <cerrno>
+
+#include <unistd.h>
 
 #include "cli/interrupt.h"
 #include "cli/messages.h"
 
 namespace kelvarin {
-
-namespace {
-
-constexpr int kLooksPerSecond = 10;
-
-// False when the user interrupted meanwhile.
-bool waitOneSecond() {
-  for (int look = 0; look < kLooksPerSecond && !wasInterrupted(); ++look) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(1000 / kLooksPerSecond));
-  }
-  return !wasInterrupted();
-}
-
-}  // namespace
 
 DiskWait::DiskWait(Console& console, int seconds) : m_console(console), m_seconds(seconds) {}
 
@@ -40,7 +28,8 @@ bool DiskWait::shouldRetry(const QString& file, int missingBytes, bool canRetry)
     return false;
   }
   ++m_waited;
-  return waitOneSecond();
+  constexpr int kMillisecondsBetweenTries = 1000;
+  return !isInterruptedWithin(kMillisecondsBetweenTries);
 }
 
 void DiskWait::report(const QString& file, int missingBytes, bool willWait) {
@@ -58,19 +47,36 @@ void DiskWait::report(const QString& file, int missingBytes, bool willWait) {
 
 bool DiskWait::ask() {
   m_console.clearProgress();
-  for (std::string answer; !wasInterrupted();) {
+  while (true) {
     m_console.write(program_messages::kDiskFullQuestion);
-    if (!std::getline(std::cin, answer)) {
+    const std::optional<std::string> answer = readAnswer();
+    if (!answer || *answer == "s" || *answer == "stop") {
       return false;
     }
-    if (answer == "r" || answer == "retry") {
+    if (*answer == "r" || *answer == "retry") {
       return true;
     }
-    if (answer == "s" || answer == "stop") {
-      return false;
-    }
   }
-  return false;
+}
+
+// A line from the terminal; none when it is closed or a signal arrives.
+std::optional<std::string> DiskWait::readAnswer() {
+  std::size_t end = m_typed.find('\n');
+  while (end == std::string::npos) {
+    if (!awaitInput(STDIN_FILENO)) {
+      return std::nullopt;
+    }
+    char bytes[256];
+    const ssize_t count = read(STDIN_FILENO, bytes, sizeof bytes);
+    if (count == 0 || (count < 0 && errno != EINTR)) {
+      return std::nullopt;
+    }
+    m_typed.append(bytes, static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    end = m_typed.find('\n');
+  }
+  std::string answer = m_typed.substr(0, end);
+  m_typed.erase(0, end + 1);
+  return answer;
 }
 
 }  // namespace kelvarin

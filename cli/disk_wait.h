@@ -5,6 +5,8 @@
 #pragma once
 
 #include <mutex>
+#include <optional>
+#include <string>
 
 #include <QSet>
 #include <QString>
@@ -23,12 +25,14 @@ class DiskWait {
  private:
   void report(const QString& file, int missingBytes, bool willWait);
   bool ask();
+  std::optional<std::string> readAnswer();
 
   Console& m_console;
   const int m_seconds;
   std::mutex m_mutex;
   QSet<QString> m_reported;  // under m_mutex, as the next
   int m_waited = 0;          // seconds, over the whole run
+  std::string m_typed;       // and not read as an answer yet
 };
 
 }  // namespace kelvarin

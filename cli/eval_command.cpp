@@ -229,7 +229,8 @@ ExitStatus evaluate(const EvalArguments& arguments) {
     return reportFault(started.error(), *request, arguments.isJson, console);
   }
   ResultPrinter printer(arguments);
-  for (long long row = 0; row < std::max(1LL, arguments.rows); ++row) {
+  const long long rows = std::max(1LL, arguments.rows);
+  for (long long row = 0; row < rows && !isOutputClosed(); ++row) {
     const auto result = run.next();
     if (!result) {
       return reportFault(result.error(), *request, arguments.isJson, console);

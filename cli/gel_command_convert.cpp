@@ -150,7 +150,7 @@ ExitStatus run(Graph& graph, const Conversion& conversion, Console& console) {
   const InterruptibleRun interruptible(record);
   ProgressLine progress(console);
   ExecutionOptions options;
-  if (console.isDecorated()) {
+  if (console.showsProgress()) {
     options.progress = [&progress](const RunProgress& now) { progress.show(now); };
   }
   const RunResult result = runGraph(graph, record, options);

@@ -63,7 +63,7 @@ bool printRows(const GelFile& file, BlockReader& reader, PinOutMetaData& columns
   CsvRowFormat format(CsvDialect{}, typesOf(columns));
   (void)format.appendNames(row);
   bool isSound = true;
-  for (ReadEvent event; rowsLeft > 0;) {
+  for (ReadEvent event; rowsLeft > 0 && !isOutputClosed();) {
     event = reader.next(std::move(event.block));
     if (event.kind != ReadEvent::Kind::block) {
       const QString text = damageText(QString::fromStdString(file.path()), event);

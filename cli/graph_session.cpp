@@ -4,6 +4,7 @@
 
 #include "cli/console.h"
 #include "cli/interrupt.h"
+#include "cli/last_resort.h"
 #include "cli/messages.h"
 #include "cli/name_value.h"
 #include "cli/program_services.h"
@@ -25,7 +26,7 @@ LogLine faultLine(const QString& text, XMLNode::Place place = {}) {
   return line;
 }
 
-RunResult resultOfGraphNotLoaded(std::vector<LogLine> faults) {
+RunResult resultOfFaults(std::vector<LogLine> faults) {
   RunResult result;
   result.state = State::failed;
   result.log = std::move(faults);
@@ -38,18 +39,30 @@ RunResult workOnLoadedGraph(const GraphArguments& arguments, GraphWork work, Con
     for (const LogLine& fault : loaded.error()) {
       console.writeLog(fault.level, fault.text);
     }
-    return resultOfGraphNotLoaded(loaded.error());
+    return resultOfFaults(loaded.error());
   }
   RunRecord record;
   const InterruptibleRun interruptible(record);
   ProgressLine progress(console);
   ExecutionOptions options;
-  if (console.isDecorated()) {
+  if (console.showsProgress()) {
     options.progress = [&progress](const RunProgress& now) { progress.show(now); };
   }
   RunResult result = work(loaded->graph, record, options);
   console.clearProgress();
   return result;
+}
+
+// Where an exception ends the work, too, there is a result to report.
+RunResult guardedWork(const GraphArguments& arguments, GraphWork work, Console& console) {
+  try {
+    return workOnLoadedGraph(arguments, work, console);
+  } catch (const std::exception&) {
+    const QString text = textOfHandledException();
+    console.clearProgress();
+    console.writeLog(LogLevel::error, text);
+    return resultOfFaults({faultLine(text)});
+  }
 }
 
 }  // namespace
@@ -121,7 +134,7 @@ ExitStatus workOnGraph(const GraphArguments& arguments, GraphWork work, GraphRep
   }
   const ProgramServices services(console, arguments.diskWaitSeconds,
                                  QString::fromStdString(arguments.graph));
-  const RunResult result = workOnLoadedGraph(arguments, work, console);
+  const RunResult result = guardedWork(arguments, work, console);
   if (result.state == State::stoppedByUser) {
     console.writeLog(LogLevel::warning, QString::fromLatin1(program_messages::kInterrupted));
   }

@@ -1,12 +1,25 @@
-// Lets SIGINT and SIGTERM stop a run in an orderly way: its state becomes "stopped by the user",
-// which the engine sees at the next row. A second signal ends the process at once.
+// Signals that ask the program to end: SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGXCPU and SIGXFSZ.
 //
-// Threads: install from the main thread; the handler only touches lock-free atomics.
+// During a run the first one makes the run's state "stopped by the user", which the engine sees at
+// the next row and everybody who waits here sees at once. A run that does not end within a second,
+// since it waits for another program or evaluates one long expression, is ended then; so is
+// everything else at once, and a run at a second signal. An end at once removes the names of
+// unfinished files. A signal that was ignored when the program started stays ignored. SIGXFSZ from
+// a write of this process is no signal outside of a run: the write fails and is reported.
+//
+// Threads: install from the main thread; the handler only touches lock-free atomics and
+// descriptors.
 #pragma once
+
+#include <thread>
 
 #include "host/contract/global_parameters.h"
 
 namespace kelvarin {
+
+// From now on a signal outside of a run ends the process with the status that says so. The first
+// thing that main() does.
+void endOnInterrupt();
 
 class InterruptibleRun {
  public:
@@ -15,12 +28,21 @@ class InterruptibleRun {
   ~InterruptibleRun();
   InterruptibleRun(const InterruptibleRun&) = delete;
   InterruptibleRun& operator=(const InterruptibleRun&) = delete;
+
+ private:
+  void endLate() const;
+
+  const int m_ended;  // a descriptor that can be read when the run has ended
+  std::thread m_watcher;
 };
 
-// From now on a signal outside of a run ends the process with the status that says so.
-void endOnInterrupt();
-
-// True once a signal arrived.
+// True once a signal has arrived that asks a run to end.
 bool wasInterrupted();
+
+// True when a signal arrives meanwhile, or has arrived before.
+bool isInterruptedWithin(int milliseconds);
+
+// Waits until `descriptor` can be read; false when a signal arrives before.
+bool awaitInput(int descriptor);
 
 }  // namespace kelvarin

@@ -6,7 +6,9 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include <poll.h>
 #include <sys/resource.h>
@@ -16,6 +18,7 @@
 
 #include "cli/commands.h"
 #include "cli/interrupt.h"
+#include "cli/last_resort.h"
 #include "cli/messages.h"
 #include "host/contract/main_ui.h"
 #include "host/contract/nearest_names.h"
@@ -96,12 +99,7 @@ void allowManyOpenFiles() {
   }
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  // A reader of our output that went away is an error of a write, not the end of the process.
-  std::signal(SIGPIPE, SIG_IGN);
-  allowManyOpenFiles();
+ExitStatus runProgram(int argc, char** argv) {
   QCoreApplication application(argc, argv);
   QCoreApplication::setApplicationName(QStringLiteral("kelvarin"));
 
@@ -122,15 +120,36 @@ int main(int argc, char** argv) {
   kelvarin::addGelCommand(program, chosen);
 
   if (tellUnknownCommand(program, argc, argv)) {
-    return static_cast<int>(ExitStatus::wrongUsage);
+    return ExitStatus::wrongUsage;
   }
   try {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return static_cast<int>(finishParsing(program, error));
+    return finishParsing(program, error);
   }
+  return chosen();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
   kelvarin::endOnInterrupt();
-  const ExitStatus status = chosen();
-  return static_cast<int>(isOutputLost() && status == ExitStatus::done ? ExitStatus::failed
-                                                                       : status);
+  kelvarin::endInOrderOnFaults();
+  // A reader of our output that went away is an error of a write, not the end of the process.
+  std::signal(SIGPIPE, SIG_IGN);
+  allowManyOpenFiles();
+  const auto work = [&] {
+    // Qt's own dispatcher: that of another library, for which nothing here has a use, ends the
+    // process where memory does not suffice.
+    if (::setenv("QT_NO_GLIB", "1", 1) != 0) {
+      throw std::bad_alloc();
+    }
+    return runProgram(argc, argv);
+  };
+  ExitStatus status = kelvarin::guarded(work);
+  if (isOutputLost() && status == ExitStatus::done) {
+    status = ExitStatus::failed;
+  }
+  kelvarin::endAfterException(status);
+  return static_cast<int>(status);
 }

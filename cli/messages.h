@@ -45,6 +45,21 @@ inline constexpr char kOutputLost[] = "Standard output cannot be written: %1.";
 inline constexpr char kInterrupted[] =
     "Interrupted. Files that were being written are removed, but for columnar files, which say "
     "that they are incomplete.";
+// Followed by what the exception says.
+inline constexpr char kInternalError[] = "Internal error, please report it: ";
+inline constexpr char kUnknownException[] = "an unknown exception";
+inline constexpr char kCrashed[] =
+    "The program has crashed. Files that were being written are removed, but for columnar files, "
+    "which say that they are incomplete. Was there enough memory? If so, please report it.";
+inline constexpr char kOutOfMemory[] =
+    "Not enough memory. Nothing that was being written replaces a file. Free some memory, or work "
+    "on fewer columns or smaller values at a time.";
+
+// As the program writes it when it ends at once.
+inline constexpr char kInterruptedLate[] =
+    "warning: Interrupted. The run was waiting or computing and did not end within a second, so it "
+    "was cut off. Files that were being written are removed, but for columnar files, which say "
+    "that they are incomplete.\n";
 inline constexpr char kCheckFoundNothing[] = "%1: no problem found";
 inline constexpr char kCheckFoundNoError[] = "%1: no error found";
 inline constexpr char kCheckRestsOnSamples[] =

@@ -67,6 +67,11 @@ class EvalTest(ProgramTest):
     def test_names_of_the_place_and_the_clock(self):
         self.write("note.txt", "héllo")
         self.assertEqual(self.kelvarin("eval", 'load("note.txt")').stdout, "héllo\n")
+        os.mkfifo(self.path("pipe"))
+        with open(self.path("large"), "wb") as large:
+            large.truncate((64 << 20) + 1)
+        for name in ("pipe", "large", ".", "/dev/zero", "/dev/ptmx", "/dev/stdin"):
+            self.assertEqual(self.kelvarin("eval", f'load("{name}")').stdout, "null\n", name)
         self.assertEqual(os.path.realpath(self.kelvarin("eval", "_currentDir").stdout.strip()),
                          os.path.realpath(self.folder))
         self.assertEqual(self.kelvarin_json("eval", "_currentFile"),

@@ -40,6 +40,9 @@ ReadEvent BlocksAhead::takeEvent() {
     m_taken = m_handOver->take().value_or(Events{});
     m_nextTaken = 0;
   }
+  if (m_taken.empty() && m_exception) {
+    std::rethrow_exception(std::exchange(m_exception, nullptr));
+  }
   return m_taken.empty() ? ReadEvent{} : std::move(m_taken[m_nextTaken++]);
 }
 
@@ -49,13 +52,21 @@ void BlocksAhead::giveBack(std::unique_ptr<DecodedBlock> block) {
 }
 
 void BlocksAhead::run() {
+  try {
+    handOverAll();
+  } catch (...) {
+    m_exception = std::current_exception();
+  }
+  m_handOver->finish();
+}
+
+void BlocksAhead::handOverAll() {
   bool isLast = false;
   while (!isLast && m_handOver->waitForRoom()) {
     Events events = produceSome();
     isLast = events.back().isLast();
     m_handOver->put(std::move(events));
   }
-  m_handOver->finish();
 }
 
 BlocksAhead::Events BlocksAhead::produceSome() {

@@ -4,8 +4,10 @@
 // Blocks that the consumer has used up go back to be filled again.
 // Threads: the consumer calls everything; `produce` runs on the reading thread, or with no block
 // ahead on the consumer's.
+// Errors: events; an exception of `produce` is thrown by next().
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <mutex>
 #include <optional>
@@ -37,6 +39,7 @@ class BlocksAhead {
   using Events = std::vector<ReadEvent>;
 
   void run();
+  void handOverAll();
   Events produceSome();
   ReadEvent takeEvent();
   std::unique_ptr<DecodedBlock> takeSpare();
@@ -47,7 +50,8 @@ class BlocksAhead {
   std::optional<HandOver<Events>> m_handOver;           // none when nothing is read ahead
   Events m_taken;                                       // the consumer's
   std::size_t m_nextTaken = 0;
-  bool m_isFinished = false;  // the consumer has seen the last event
+  bool m_isFinished = false;      // the consumer has seen the last event
+  std::exception_ptr m_exception;  // of the reading thread, until it has finished
   std::thread m_thread;
 };
 

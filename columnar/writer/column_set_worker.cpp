@@ -1,6 +1,7 @@
 #include "columnar/writer/column_set_worker.h"
 
 #include <algorithm>
+#include <exception>
 #include <new>
 
 #include "columnar/writer/block_summary.h"
@@ -55,24 +56,31 @@ void ColumnSetWorker::join() {
 }
 
 void ColumnSetWorker::run() {
-  bool isGoing = true;
-  while (isGoing) {
-    const auto block = m_handOver.awaitFilled();
-    if (!block) {
-      return;
-    }
-    try {
-      isGoing = storeBlock(*block);
-    } catch (const std::bad_alloc&) {
-      m_surroundings.failure.tell({.kind = WriteFailure::Kind::tooLarge, .file = {}, .reason = {}});
-      isGoing = false;
-    }
-    if (isGoing) {
-      m_handOver.release();
-    }
+  bool isStored = false;
+  try {
+    isStored = storeBlocks();
+  } catch (const std::bad_alloc&) {
+    m_surroundings.failure.tell({.kind = WriteFailure::Kind::tooLarge, .file = {}, .reason = {}});
+  } catch (const std::exception& exception) {
+    m_surroundings.failure.tell({.kind = WriteFailure::Kind::cannotWrite,
+                                 .file = m_sideFile.path(),
+                                 .reason = QString::fromLocal8Bit(exception.what())});
   }
-  m_handOver.stop();
-  m_surroundings.descriptors.stop();
+  if (!isStored) {
+    m_handOver.stop();
+    m_surroundings.descriptors.stop();
+  }
+}
+
+// False when a block could not be stored.
+bool ColumnSetWorker::storeBlocks() {
+  while (const auto block = m_handOver.awaitFilled()) {
+    if (!storeBlock(*block)) {
+      return false;
+    }
+    m_handOver.release();
+  }
+  return true;
 }
 
 bool ColumnSetWorker::storeBlock(std::uint64_t block) {

@@ -62,6 +62,7 @@ class ColumnSetWorker {
   static constexpr std::size_t kKeptEnds = 4;
 
   void run();
+  [[nodiscard]] bool storeBlocks();
   [[nodiscard]] bool storeBlock(std::uint64_t block);
   void encode(const BlockValues& values, unsigned char* descriptor);
   std::size_t encodeColumn(std::size_t index, const BlockValues& values, unsigned char* descriptor);

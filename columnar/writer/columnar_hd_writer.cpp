@@ -71,25 +71,30 @@ bool ColumnarHDWriter::layOut(const OneRow* row) {
   if (!isOpen() || m_failure.isSet()) {
     return false;
   }
-  auto layout = layOutTable(*row, static_cast<int>(m_rowsInBlock), m_columnSets, m_memoryBudget);
+  try {
+    if (tryToLayOut(*row)) {
+      return true;
+    }
+  } catch (const std::bad_alloc&) {
+    (void)fail(WriteFailure::Kind::tooLarge);
+  }
+  discardFiles();
+  return false;
+}
+
+bool ColumnarHDWriter::tryToLayOut(const OneRow& row) {
+  auto layout = layOutTable(row, static_cast<int>(m_rowsInBlock), m_columnSets, m_memoryBudget);
   if (!layout) {
-    discardFiles();
     return fail(layout.error());
   }
-  try {
-    const std::size_t workers = setsWithColumns(layout->metadata);
-    m_head = std::make_unique<Head>(std::move(*layout), workers, m_threadCount);
-    m_record.resize(kRecordHeadSize + maximumCompressedSize(m_head->layout.descriptorBlockSize()));
-    createWorkers();
-  } catch (const std::bad_alloc&) {
-    discardFiles();
-    return fail(WriteFailure::Kind::tooLarge);
-  }
+  const std::size_t workers = setsWithColumns(layout->metadata);
+  m_head = std::make_unique<Head>(std::move(*layout), workers, m_threadCount);
+  m_record.resize(kRecordHeadSize + maximumCompressedSize(m_head->layout.descriptorBlockSize()));
+  createWorkers();
   if (!openSideFiles() || !writeHead() || !startThreads()) {
-    discardFiles();
     return false;
   }
-  startPreview(*row);
+  startPreview(row);
   targetBlock();
   return true;
 }
@@ -237,14 +242,10 @@ bool ColumnarHDWriter::closeHD(GlobalParameters::RunningState state) {
     return !m_failure.isSet();
   }
   const bool isNormalEnd = state == RunningState::endedNormally || state == RunningState::running;
-  if (m_head != nullptr) {
-    if (m_appender.rows() > 0 && !m_failure.isSet()) {
-      (void)handOverBlock();
-    }
-    finishThreads();
-    if (!m_failure.isSet()) {
-      (void)finishFile(isNormalEnd);
-    }
+  try {
+    finish(isNormalEnd);
+  } catch (const std::bad_alloc&) {
+    (void)fail(WriteFailure::Kind::tooLarge);
   }
   const bool isStored = !m_failure.isSet();
   if (m_preview != nullptr) {
@@ -254,6 +255,19 @@ bool ColumnarHDWriter::closeHD(GlobalParameters::RunningState state) {
   }
   reset();
   return isStored;
+}
+
+void ColumnarHDWriter::finish(bool isNormalEnd) {
+  if (m_head == nullptr) {
+    return;
+  }
+  if (m_appender.rows() > 0 && !m_failure.isSet()) {
+    (void)handOverBlock();
+  }
+  finishThreads();
+  if (!m_failure.isSet()) {
+    (void)finishFile(isNormalEnd);
+  }
 }
 
 void ColumnarHDWriter::finishThreads() {
@@ -342,13 +356,29 @@ bool ColumnarHDWriter::syncMainFile() {
 }
 
 void ColumnarHDWriter::writeMeta() {
+  bool isWritten = false;
+  try {
+    isWritten = writeRecords();
+  } catch (const std::bad_alloc&) {
+    (void)fail(WriteFailure::Kind::tooLarge);
+  } catch (const std::exception& exception) {
+    (void)fail(WriteFailure::Kind::cannotWrite, m_file.path(),
+               QString::fromLocal8Bit(exception.what()));
+  }
+  if (!isWritten) {
+    stopThreads();
+  }
+}
+
+// False when a record could not be written.
+bool ColumnarHDWriter::writeRecords() {
   while (const auto descriptors = m_head->descriptors.awaitRecord()) {
     if (!writeRecord(*descriptors)) {
-      stopThreads();
-      return;
+      return false;
     }
     m_head->descriptors.recordWritten();
   }
+  return true;
 }
 
 bool ColumnarHDWriter::writeRecord(Bytes descriptors) {

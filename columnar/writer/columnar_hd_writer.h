@@ -86,6 +86,7 @@ class ColumnarHDWriter {
 
   bool fail(WriteFailure::Kind kind, const QString& file = {}, const QString& reason = {});
   bool failToWrite(const GrowingFile& file, const QString& reason);
+  [[nodiscard]] bool tryToLayOut(const OneRow& row);
   void createWorkers();
   [[nodiscard]] bool openSideFiles();
   [[nodiscard]] bool writeHead();
@@ -94,6 +95,7 @@ class ColumnarHDWriter {
   void targetBlock();
   [[nodiscard]] bool append(const OneRow& row);
   [[nodiscard]] bool handOverBlock();
+  void finish(bool isNormalEnd);
   void finishThreads();
   void stopThreads();
   void abandonHead();
@@ -104,6 +106,7 @@ class ColumnarHDWriter {
 
   // The thread of the descriptor records.
   void writeMeta();
+  [[nodiscard]] bool writeRecords();
   [[nodiscard]] bool writeRecord(Bytes descriptors);
 
   const AskAboutFullDisk m_ask;

@@ -1,8 +1,11 @@
 // Texts from files.
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 
 #include "expression/functions/text_bodies.h"
 #include "expression/functions/themes.h"
@@ -13,14 +16,28 @@ namespace {
 
 constexpr qint64 kLargestFileBytes = qint64{64} << 20;
 
-// Characters that UTF-8 does not know become U+FFFD, and a byte order mark goes. Null for what is
-// no regular file, such as a folder or a pipe that nobody writes to.
-QString textOfFile(const QString& path) {
-  if (!QFileInfo(path).isFile()) {
-    return {};
+// Only regular files: to open a pipe or to read a device may wait for ever. Asked of the open file,
+// since a name can be given to another one at any time.
+bool openRegularFile(const QString& path, QFile& file) {
+  const int descriptor =
+      ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  struct stat about {};
+  if (descriptor < 0) {
+    return false;
   }
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) {
+  if (::fstat(descriptor, &about) != 0 || !S_ISREG(about.st_mode) ||
+      about.st_size > kLargestFileBytes) {
+    ::close(descriptor);
+    return false;
+  }
+  return file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
+}
+
+// Characters that UTF-8 does not know become U+FFFD, and a byte order mark goes. Null for what
+// cannot be read.
+QString textOfFile(const QString& path) {
+  QFile file;
+  if (!openRegularFile(path, file)) {
     return {};
   }
   const QByteArray bytes = file.read(kLargestFileBytes + 1);

@@ -1,5 +1,7 @@
 #include "host/contract/engine_runner.h"
 
+#include <exception>
+
 #include "host/contract/host_services.h"
 #include "host/contract/messages.h"
 
@@ -33,7 +35,12 @@ void EngineRunner::start(std::function<void()> computation) {
   wait();
   m_isRunning = true;
   m_thread = std::thread([this, work = std::move(computation)] {
-    work();
+    try {
+      work();
+    } catch (const std::exception& exception) {
+      MainUI::addLog(LogLevel::error, kelvarin::messages::branchFailed(
+                                          QString::fromLocal8Bit(exception.what())));
+    }
     m_isRunning = false;
     computationFinished();
   });

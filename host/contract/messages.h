@@ -67,6 +67,9 @@ inline QString cannotRunBranch(const QString& action) {
   return QStringLiteral("The action \"%1\" was not run: this program cannot run a part of a graph.")
       .arg(action);
 }
+inline QString branchFailed(const QString& reason) {
+  return QStringLiteral("The part of the graph was not run to its end: %1.").arg(reason);
+}
 inline QString beginningOfList(const QString& beginning, long long count) {
   return QStringLiteral("%1, ... (%2 in all)").arg(beginning, QString::number(count));
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 #include "host/contract/shortest_number.h"
 
@@ -45,9 +46,10 @@ OneRow::~OneRow() {
 }
 
 void OneRow::setNumberOfColumns(int count) {
+  auto columns = std::make_unique<unsigned char*[]>(static_cast<std::size_t>(std::max(count, 1)));
   m_metaData->setColumnCount(count);
   delete[] m_ownColumns;
-  m_ownColumns = new unsigned char*[static_cast<std::size_t>(std::max(count, 1))]();
+  m_ownColumns = columns.release();
   m_columns = m_ownColumns;
   m_columnCount = count;
 }

@@ -49,7 +49,9 @@ GraphExecution::GraphExecution(const Graph& graph, std::vector<RunRecord*> recor
   findSinks();
 }
 
-GraphExecution::~GraphExecution() = default;
+GraphExecution::~GraphExecution() {
+  close();
+}
 
 bool GraphExecution::takesPart(const GraphLink& link) const {
   return m_records[at(link.from)] != nullptr && m_records[at(link.to)] != nullptr;

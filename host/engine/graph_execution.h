@@ -24,6 +24,7 @@ class GraphExecution final : public CongestionRelief {
   // variable tables, on pins after the first, get their rows. `stopSwitch` stops everything.
   GraphExecution(const Graph& graph, std::vector<RunRecord*> records, const RunRecord& stopSwitch,
                  const ExecutionOptions& options);
+  // Closes what an exception has left open.
   ~GraphExecution() override;
 
   // False when an action refuses; all are asked, so that the log has every reason.

@@ -12,6 +12,13 @@ inline QString exceptionOutOfAction(const QString& action, const QString& what) 
   return QStringLiteral("Internal error in action '%1': %2. The run is stopped.").arg(action, what);
 }
 
+inline QString outOfMemory(const QString& action) {
+  return QStringLiteral(
+             "Not enough memory in action '%1'. The run is stopped. Free some memory, or work on "
+             "fewer columns or smaller values at a time.")
+      .arg(action);
+}
+
 inline QString severalRowsInOneCall(const QString& action) {
   return QStringLiteral(
              "Internal error in action '%1': it gave several rows in one step. The run is stopped.")

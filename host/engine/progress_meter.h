@@ -1,6 +1,7 @@
 // Asks now and then how far a run is.
 //
-// Counting costs an increment a call; the clock is read every few thousand calls.
+// Counting costs an increment a call; the clock is read every few hundred calls, each of which may
+// be for many rows.
 // Used by: running_action.cpp.
 // Threads: the engine thread.
 #pragma once
@@ -23,7 +24,7 @@ class ProgressMeter {
 
  private:
   using Clock = std::chrono::steady_clock;
-  static constexpr unsigned kCallsBetweenLooks = 0xFFF;
+  static constexpr unsigned kCallsBetweenLooks = 0xFF;
   static constexpr std::chrono::milliseconds kInterval{100};
 
   void look() {

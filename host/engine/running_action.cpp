@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 
 #include "host/contract/main_ui.h"
 #include "host/engine/messages.h"
@@ -52,6 +53,9 @@ auto RunningAction::guarded(Call call, decltype(call()) afterException) {
   const OnBehalfOf onBehalf(m_currentAction, m_item);
   try {
     return call();
+  } catch (const std::bad_alloc&) {
+    fail(engine_messages::outOfMemory(m_item.name()));
+    return afterException;
   } catch (const std::exception& exception) {
     fail(engine_messages::exceptionOutOfAction(m_item.name(), QString::fromUtf8(exception.what())));
     return afterException;

@@ -2,8 +2,8 @@
 //
 // Used by: graph_execution.cpp, row_links.cpp.
 // Threads: the engine thread.
-// Errors: an exception out of an action is our bug; it is logged with the action's name and fails
-// the run.
+// Errors: an exception out of an action means that memory does not suffice, or is our bug; it is
+// logged with the action's name and fails the run.
 #pragma once
 
 #include <vector>

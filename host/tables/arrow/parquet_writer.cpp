@@ -17,6 +17,12 @@ constexpr std::int64_t kLargestDictionary = 256 * 1024;
 
 class ParquetWriter : public ArrowWriter {
  public:
+  // Where memory did not suffice, the library's writer crashes in its destructor, which writes on.
+  ~ParquetWriter() override {
+    if (m_isUnfit) {
+      (void)m_writer.release();
+    }
+  }
   arrow::Status open(std::shared_ptr<ArrowOutputStream> stream,
                      std::shared_ptr<arrow::Schema> schema) override {
     return guarded([&] {
@@ -42,15 +48,19 @@ class ParquetWriter : public ArrowWriter {
  private:
   // A failing stream makes the library throw in some places.
   template <typename Call>
-  static arrow::Status guarded(Call call) {
+  arrow::Status guarded(Call call) {
     try {
-      return call();
+      const arrow::Status status = call();
+      m_isUnfit |= status.IsOutOfMemory();
+      return status;
     } catch (const std::exception& exception) {
+      m_isUnfit = true;
       return arrow::Status::IOError(exception.what());
     }
   }
 
   std::unique_ptr<parquet::arrow::FileWriter> m_writer;
+  bool m_isUnfit = false;
 };
 
 }  // namespace

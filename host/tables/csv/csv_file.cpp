@@ -21,7 +21,8 @@ CsvFile::~CsvFile() {
 
 Status<QString> CsvFile::open(const QString& path) {
   m_path = path;
-  m_descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+  // A pipe is not waited for here, where nobody could end the wait, but in readNext().
+  m_descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (m_descriptor < 0) {
     return Failure{table_messages::cannotRead(path, qt_error_string(errno))};
   }

@@ -129,6 +129,7 @@ OutputFile::~OutputFile() {
 Status<QString> OutputFile::open(const QString& path) {
   discard();
   m_isComplete = false;
+  m_hasReaderLeft = false;
   m_finalPath.clear();
   m_bytesWritten = 0;
   m_bytesBeingStored = 0;
@@ -170,11 +171,13 @@ Status<QString> OutputFile::openTemporary(const QByteArray& path) {
   m_descriptor = openUnnamedFile(folderOf(path).constData());
   if (m_descriptor < 0) {
     m_temporaryPath = temporaryName(path);
+    m_unfinishedName.enter(m_temporaryPath);
     m_descriptor =
         ::open(m_temporaryPath.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
   }
   if (m_descriptor < 0) {
     const int error = errno;
+    m_unfinishedName.withdraw();
     m_temporaryPath.clear();
     return Failure{table_messages::cannotCreate(m_shownName, systemText(error))};
   }
@@ -214,9 +217,9 @@ Status<QString> OutputFile::write(const char* bytes, std::size_t size) {
     if (error == EINTR || error == EAGAIN) {
       continue;
     }
-    const bool isDiskFull = error == ENOSPC || error == EDQUOT;
+    m_hasReaderLeft = error == EPIPE && isStandardOutput();
     const int missing = static_cast<int>(std::min<std::size_t>(size, INT_MAX));
-    if (!isDiskFull || !MainUI::displayOutOfDiskSpace(m_shownName, missing, true)) {
+    if (!isDiskFull(error) || !MainUI::displayOutOfDiskSpace(m_shownName, missing, true)) {
       return Failure{writeError(error)};
     }
   }
@@ -231,6 +234,21 @@ void OutputFile::startStoring() {
         ::sync_file_range(m_descriptor, m_bytesBeingStored, waiting, SYNC_FILE_RANGE_WRITE);
     m_bytesBeingStored = m_bytesWritten;
   }
+}
+
+// A device that takes no more has no disk on which space could be made.
+bool OutputFile::isDiskFull(int error) const {
+  struct stat written {};
+  return (error == ENOSPC || error == EDQUOT) && ::fstat(m_descriptor, &written) == 0 &&
+         S_ISREG(written.st_mode);
+}
+
+// Also by a name such as /dev/stdout.
+bool OutputFile::isStandardOutput() const {
+  struct stat written {};
+  struct stat standard {};
+  return ::fstat(m_descriptor, &written) == 0 && ::fstat(STDOUT_FILENO, &standard) == 0 &&
+         written.st_dev == standard.st_dev && written.st_ino == standard.st_ino;
 }
 
 QString OutputFile::writeError(int error) const {
@@ -264,6 +282,7 @@ Status<QString> OutputFile::publish() {
     discard();
     return Failure{text};
   }
+  m_unfinishedName.withdraw();
   m_temporaryPath.clear();
   closeDescriptor();
   const int folder = ::open(folderOf(m_finalPath).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -280,8 +299,13 @@ bool OutputFile::takeFinalName() {
     if (nameUnnamedFile(m_descriptor, m_finalPath.constData())) {
       return true;
     }
+    const bool isReplacing = errno == EEXIST;
     const QByteArray name = temporaryName(m_finalPath);
-    if (errno != EEXIST || !nameUnnamedFile(m_descriptor, name.constData())) {
+    m_unfinishedName.enter(name);
+    if (!isReplacing || !nameUnnamedFile(m_descriptor, name.constData())) {
+      const int error = errno;
+      m_unfinishedName.withdraw();
+      errno = error;
       return false;
     }
     m_temporaryPath = name;
@@ -292,6 +316,7 @@ bool OutputFile::takeFinalName() {
 void OutputFile::discard() {
   if (!m_temporaryPath.isEmpty()) {
     ::unlink(m_temporaryPath.constData());
+    m_unfinishedName.withdraw();
     m_temporaryPath.clear();
   }
   closeDescriptor();

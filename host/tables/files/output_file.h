@@ -15,6 +15,7 @@
 #include <QString>
 
 #include "base/result.h"
+#include "host/tables/files/unfinished_names.h"
 
 namespace kelvarin {
 
@@ -30,6 +31,8 @@ class OutputFile {
   bool isOpen() const { return m_descriptor >= 0; }
   Status<QString> write(const char* bytes, std::size_t size);
   long long bytesWritten() const { return m_bytesWritten; }
+  // The writing failed since the program that reads standard output has seen enough: no fault.
+  bool hasReaderLeft() const { return m_hasReaderLeft; }
   // All bytes are on the disk; nothing more can be written.
   Status<QString> complete();
   bool isComplete() const { return m_isComplete; }
@@ -43,6 +46,8 @@ class OutputFile {
   Status<QString> openTemporary(const QByteArray& path);
   void startStoring();
   ssize_t writeOnce(const char* bytes, std::size_t size);
+  bool isDiskFull(int error) const;
+  bool isStandardOutput() const;
   QString writeError(int error) const;
   void closeDescriptor();
   bool isDirect() const { return m_finalPath.isEmpty(); }
@@ -51,8 +56,10 @@ class OutputFile {
   QString m_shownName;
   QByteArray m_finalPath;      // empty when written directly
   QByteArray m_temporaryPath;  // empty as long as the file has no name
+  UnfinishedName m_unfinishedName;
   int m_descriptor = -1;
   bool m_isComplete = false;
+  bool m_hasReaderLeft = false;
   long long m_bytesWritten = 0;
   long long m_bytesBeingStored = 0;  // of these, on their way to the disk
 };

@@ -1,23 +1,44 @@
 #include "host/tables/files/read_ahead.h"
 
 #include <chrono>
+#include <optional>
+#include <utility>
+
+#include "host/contract/host_services.h"
 
 namespace kelvarin {
 
-ReadAhead::ReadAhead(BatchReader& reader, const std::vector<MetaTypeColumn>& types)
-    : m_reader(reader) {
-  for (RowBatch& batch : m_batches) {
-    batch.setColumns(types);
-  }
-  m_thread = std::thread([this] { run(); });
+namespace {
+constexpr auto kBetweenLooks = std::chrono::milliseconds(100);
 }
+
+ReadAhead::ReadAhead(BatchReader& reader, const ActionItem* action)
+    : m_reader(reader), m_action(action) {}
 
 ReadAhead::~ReadAhead() {
   stop();
 }
 
-RowBatch* ReadAhead::next(const std::function<bool()>& mayWait) {
-  constexpr auto kBetweenLooks = std::chrono::milliseconds(100);
+Result<TableColumns, QString> ReadAhead::open(const MayWait& mayWait) {
+  std::optional<Result<TableColumns, QString>> columns;
+  run([this, &columns] { columns.emplace(m_reader.open()); });
+  if (!waitForEnd(mayWait)) {
+    m_reader.cancel();
+  }
+  m_thread.join();
+  m_hasEnded = false;
+  rethrow();
+  return std::move(*columns);
+}
+
+void ReadAhead::start(const std::vector<MetaTypeColumn>& types) {
+  for (RowBatch& batch : m_batches) {
+    batch.setColumns(types);
+  }
+  run([this] { readBatches(); });
+}
+
+RowBatch* ReadAhead::next(const MayWait& mayWait) {
   std::unique_lock lock(m_mutex);
   const auto isSettled = [this] { return m_filled > m_taken || m_hasEnded; };
   while (!m_changed.wait_for(lock, kBetweenLooks, isSettled)) {
@@ -26,6 +47,7 @@ RowBatch* ReadAhead::next(const std::function<bool()>& mayWait) {
     }
   }
   if (m_filled == m_taken) {
+    rethrow();
     return nullptr;
   }
   RowBatch* full = &m_batches[m_taken % kBatchCount];
@@ -46,22 +68,32 @@ void ReadAhead::stop() {
   }
 }
 
-void ReadAhead::run() {
-  while (waitForEmptyBatch()) {
-    Result<ReadOutcome, QString> outcome = m_reader.next(m_batches[m_filled % kBatchCount]);
-    const bool hasRows = outcome && *outcome == ReadOutcome::rows;
-    {
-      const std::lock_guard lock(m_mutex);
-      if (!outcome) {
-        m_failure = outcome.error();
-      }
-      m_filled += hasRows ? 1 : 0;
-      m_hasEnded = !hasRows;
+void ReadAhead::run(std::function<void()> work) {
+  m_thread = std::thread([this, work = std::move(work)] {
+    const CurrentAction current(m_action);
+    try {
+      work();
+    } catch (...) {
+      m_exception = std::current_exception();
     }
+    const std::lock_guard lock(m_mutex);
+    m_hasEnded = true;
     m_changed.notify_all();
-    if (!hasRows) {
+  });
+}
+
+void ReadAhead::readBatches() {
+  while (waitForEmptyBatch()) {
+    const Result<ReadOutcome, QString> outcome = m_reader.next(m_batches[m_filled % kBatchCount]);
+    if (!outcome) {
+      m_failure = outcome.error();
+    }
+    if (!outcome || *outcome == ReadOutcome::end) {
       return;
     }
+    const std::lock_guard lock(m_mutex);
+    ++m_filled;
+    m_changed.notify_all();
   }
 }
 
@@ -69,6 +101,24 @@ bool ReadAhead::waitForEmptyBatch() {
   std::unique_lock lock(m_mutex);
   m_changed.wait(lock, [this] { return m_isStopping || m_filled - released() < kBatchCount; });
   return !m_isStopping;
+}
+
+// False when `mayWait` answers false.
+bool ReadAhead::waitForEnd(const MayWait& mayWait) {
+  std::unique_lock lock(m_mutex);
+  while (!m_changed.wait_for(lock, kBetweenLooks, [this] { return m_hasEnded; })) {
+    if (!mayWait()) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// The consumer's caller knows the action, and what to say about exceptions.
+void ReadAhead::rethrow() {
+  if (m_exception) {
+    std::rethrow_exception(std::exchange(m_exception, nullptr));
+  }
 }
 
 }  // namespace kelvarin

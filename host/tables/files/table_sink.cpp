@@ -45,11 +45,10 @@ char TableSink::init() {
   if (status) {
     status = m_output.open(file);
   }
-  if (!status) {
+  if (!status && (run() == nullptr || run()->isRunning())) {
     endWithError(status.error());
-    return 1;
   }
-  return 0;
+  return status ? 0 : 1;
 }
 
 QList<UsedFile> TableSink::usedFiles() const {
@@ -90,8 +89,15 @@ Status<QString> TableSink::claimFile() {
 }
 
 char TableSink::close() {
-  m_behind.reset();
   char result = 0;
+  if (m_behind) {
+    m_behind->stop();
+    if (const QString failure = m_behind->takeFailure(); !failure.isEmpty()) {
+      endWithError(failure);  // it came when nobody asked for rows any more
+      result = 1;
+    }
+    m_behind.reset();
+  }
   if (m_output.isComplete() && !hasFailed() && hasRunEndedNormally()) {
     if (const Status<QString> status = m_output.publish(); !status) {
       endWithError(status.error());
@@ -166,6 +172,9 @@ bool TableSink::endOfInput() {
 }
 
 bool TableSink::endWithError(const QString& text) {
+  if (m_output.hasReaderLeft()) {
+    return true;
+  }
   MainUI::addLog(LogLevel::error, text);
   failRun();
   auto normalEnd = RunningState::endedNormally;

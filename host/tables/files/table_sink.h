@@ -55,6 +55,7 @@ class TableSink : public ActionItem, public FileUser, public OutputCheck {
 
   bool write(const OneRow* row);
   bool endOfInput();
+  // Unless the reader of standard output has seen enough, which only ends this action.
   bool endWithError(const QString& text);
   bool hasRunEndedNormally() const;
   Status<QString> claimFile();

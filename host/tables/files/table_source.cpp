@@ -83,7 +83,9 @@ Status<QString> TableSource::open() {
     return Failure{reader.error()};
   }
   m_reader = std::move(*reader);
-  const Result<TableColumns, QString> columns = m_reader->open();
+  m_readAhead = std::make_unique<ReadAhead>(*m_reader, this);
+  const Result<TableColumns, QString> columns =
+      m_readAhead->open([this] { return !isStopped(); });
   for (const QString& note : m_reader->notes()) {
     MainUI::addLog(LogLevel::information, note);
   }
@@ -94,7 +96,7 @@ Status<QString> TableSource::open() {
     return status;
   }
   if (mustComputeFull()) {
-    m_readAhead = std::make_unique<ReadAhead>(*m_reader, columns->types);
+    m_readAhead->start(columns->types);
   }
   return Done{};
 }
@@ -127,7 +129,7 @@ Status<QString> TableSource::announce(const TableColumns& columns) {
 bool TableSource::openAndAnnounce(ActionItem* action) {
   auto* source = static_cast<TableSource*>(action);
   if (const Status<QString> status = source->open(); !status) {
-    return source->endWithError(status.error());
+    return source->isStopped() || source->endWithError(status.error());
   }
   if (!source->mustComputeFull()) {
     return true;
@@ -154,7 +156,7 @@ bool TableSource::publishRow(ActionItem* action) {
 }
 
 bool TableSource::takeNextBatch() {
-  m_batch = m_readAhead->next([this] { return run() == nullptr || run()->isRunning(); });
+  m_batch = m_readAhead->next([this] { return !isStopped(); });
   if (m_batch == nullptr && !m_readAhead->failure().isEmpty()) {
     endWithError(m_readAhead->failure());
   }

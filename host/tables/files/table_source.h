@@ -1,8 +1,9 @@
 // The base of the actions that read a table from a file: no pin in, one out.
 //
 // The first call of the row routine opens the file and announces the columns; the later ones hand
-// out the rows of the batches that a ReadAhead fills. A check ends after the announcement. Threads:
-// the engine's, beside the read-ahead thread.  Errors: logged, and the run fails.
+// out the rows of the batches that a ReadAhead fills. A check ends after the announcement.
+// Threads: the engine's; a ReadAhead opens and reads on one of its own.
+// Errors: logged, and the run fails.
 #pragma once
 
 #include <memory>
@@ -46,6 +47,7 @@ class TableSource : public ActionItem, public FileUser {
 
   Status<QString> open();
   Status<QString> announce(const TableColumns& columns);
+  bool isStopped() const { return run() != nullptr && !run()->isRunning(); }
   bool takeNextBatch();
   bool endWithError(const QString& text);
   QString outOfOrderText();

@@ -57,8 +57,11 @@ Status<QString> WriteBehind::finish() {
   }
   m_changed.notify_all();
   m_thread.join();
+  if (m_exception) {
+    std::rethrow_exception(std::exchange(m_exception, nullptr));
+  }
   if (m_hasFailed) {
-    return Failure{m_failure};
+    return Failure{takeFailure()};
   }
   return Done{};
 }
@@ -77,6 +80,17 @@ void WriteBehind::stop() {
 
 void WriteBehind::run() {
   const CurrentAction current(m_action);
+  try {
+    writePackets();
+  } catch (...) {
+    m_exception = std::current_exception();
+    const std::lock_guard lock(m_mutex);
+    m_hasFailed = true;
+    m_changed.notify_all();
+  }
+}
+
+void WriteBehind::writePackets() {
   while (waitForPacket()) {
     const bool isWritten = writePacket(m_packets[m_written % kPacketCount]);
     {

@@ -1,15 +1,19 @@
 // Has rows written by a thread of its own, in their order, while more are made.
 //
 // Rows change hands in packets, of which there are a few: who makes rows faster than they can be
-// written waits. After a failure nothing more is written. Threads: push(), finish() and stop() on
-// the thread that makes the rows; the writing function on the one behind. The members below the
-// mutex belong to it; of the packets, those given and not written belong to the thread behind.
+// written waits. After a failure nothing more is written.
+// Threads: push(), finish() and stop() on the thread that makes the rows; the writing function on
+// the one behind. The members below the mutex belong to it; of the packets, those given and not
+// written belong to the thread behind.
+// Errors: the writing function's texts. An exception of it is thrown by finish().
 #pragma once
 
 #include <condition_variable>
+#include <exception>
 #include <functional>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 #include <QString>
 
@@ -42,12 +46,15 @@ class WriteBehind {
   Status<QString> finish();
   // Rows that are not written yet are dropped.
   void stop();
+  // After stop(): why the writing has failed, unless finish() has said so; else empty.
+  QString takeFailure() { return std::exchange(m_failure, QString()); }
 
  private:
   static constexpr std::size_t kPacketCount = 4;
 
   bool handOver();
   void run();
+  void writePackets();
   bool waitForPacket();
   bool writePacket(PackedRows& packet);
 
@@ -64,7 +71,8 @@ class WriteBehind {
   bool m_isStopping = false;
   bool m_isComplete = false;  // no more packets come
   bool m_hasFailed = false;
-  QString m_failure;
+  QString m_failure;               // written before `m_hasFailed`, as the next
+  std::exception_ptr m_exception;  // of the thread
 
   std::thread m_thread;
 };

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include <QSet>
+
 #include "host/contract/known_elements.h"
 #include "host/contract/main_ui.h"
 #include "host/tables/inline/messages.h"
@@ -159,6 +161,7 @@ bool InlineTable::checkShape() {
 
 bool InlineTable::planColumns(PinOutMetaData& columns) {
   bool isGood = true;
+  QSet<QString> names;
   columns.setColumnCount(static_cast<int>(m_columns.size()));
   for (int i = 0; i < columns.columnCount(); ++i) {
     const Column& column = m_columns[static_cast<std::size_t>(i)];
@@ -167,7 +170,7 @@ bool InlineTable::planColumns(PinOutMetaData& columns) {
     QString fault;
     if (name.isEmpty()) {
       fault = messages::columnWithoutName();
-    } else if (columns.indexOf(name) >= 0) {
+    } else if (names.contains(name)) {
       fault = messages::columnTwice(name);
     } else if (!meta.isEmpty() && meta != QLatin1String("F") && meta != QLatin1String("K") &&
                meta != QLatin1String("U")) {
@@ -178,6 +181,7 @@ bool InlineTable::planColumns(PinOutMetaData& columns) {
       isGood = false;
       continue;
     }
+    names.insert(name);
     columns.setName(i, name);
     columns.setMeta(i, MetaInfo(meta.isEmpty() ? MetaTypeColumn::text
                                                : static_cast<MetaTypeColumn>(meta[0].toLatin1()),

@@ -196,7 +196,7 @@ TEST(WriteCsv, devicesAreWrittenDirectly) {
   full.push(Rows{{1}});
   full.finish();
   EXPECT_TRUE(full.hasFailed());
-  EXPECT_EQ(full.host().fullDiskFiles(), Strings{"/dev/full"});
+  EXPECT_EQ(full.host().fullDiskFiles(), Strings{});  // no space could be made there
 }
 
 TEST(WriteCsv, standardOutputMayBeClosedByItsReader) {
@@ -211,16 +211,14 @@ TEST(WriteCsv, standardOutputMayBeClosedByItsReader) {
   EXPECT_EQ(::read(ends[0], text, sizeof text), 4);
   EXPECT_STREQ(text, "a\n1\n");
   ::close(ends[0]);
-  auto refused = RowHarness::of<WriteCsv>(sinkXml("-"), "a:F");
-  refused.push(Rows{{1}});
-  refused.finish();
+  auto unread = RowHarness::of<WriteCsv>(sinkXml("-"), "a:F");
+  unread.push(Rows{{1}});
+  unread.finish();
   ::dup2(saved, STDOUT_FILENO);
   ::close(saved);
   ::close(ends[1]);
-  EXPECT_TRUE(refused.hasFailed());
-  EXPECT_EQ(
-      refused.log(),
-      Strings{"error: 'standard output' cannot be written: the program that reads it has ended."});
+  EXPECT_FALSE(unread.hasFailed());
+  EXPECT_EQ(unread.log(), Strings{});
 }
 
 TEST(WriteCsv, savesWhatDiffersFromTheDefaults) {

@@ -42,6 +42,23 @@ TEST(InlineTable, AnnouncesItsColumnsWithoutRows) {
   EXPECT_EQ(checked.columns(0), "k:K n:F t:U");
 }
 
+// What is done for a column does not depend on how many there are: otherwise this takes minutes.
+TEST(InlineTable, TakesManyColumns) {
+  constexpr int kColumns = 20000;
+  std::string columns;
+  std::string values;
+  for (int i = 0; i < kColumns; ++i) {
+    columns += "<Column name='c" + std::to_string(i) + "' meta='F'/>";
+    values += "<V>" + std::to_string(i) + "</V>";
+  }
+  auto h = RowHarness::of<InlineTable>("<InlineTable name='t'>" + columns + "<Row>" + values +
+                                       "</Row></InlineTable>");
+  const Rows rows = h.rows(0);
+  ASSERT_EQ(rows.size(), 1u);
+  ASSERT_EQ(rows[0].size(), static_cast<std::size_t>(kColumns));
+  EXPECT_EQ(rows[0].back(), Value(kColumns - 1.0));
+}
+
 TEST(InlineTable, SavesWhatItReads) {
   auto h = RowHarness::of<InlineTable>(kTable);
   EXPECT_EQ(h.saved(), kTable);

@@ -1,0 +1,176 @@
+// A library to be preloaded that lets allocations of a program fail, so that tests can see what the
+// program does then. The allocations of main() count, on all threads, from 1.
+//
+// Environment:
+//   FAILING_MEMORY_AT=N       the N-th fails
+//   FAILING_MEMORY_FROM=N     the N-th and all later ones fail
+//   FAILING_MEMORY_ABOVE=B    all of more than B bytes fail
+//   FAILING_MEMORY_TRACE=1    the first one that fails writes its calls to standard error
+//   FAILING_MEMORY_LIST=FILE  at the end of main(), the numbers of the first allocations from
+//                             different places go to the file, one a line
+#include <atomic>
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+
+#include <dlfcn.h>
+#include <execinfo.h>
+#include <unistd.h>
+
+extern "C" {
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* memory, std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
+}
+
+namespace {
+
+using Main = int (*)(int, char**, char**);
+
+constexpr long kNever = -1;
+
+Main programMain = nullptr;
+std::atomic<bool> isActive{false};
+std::atomic<long> allocations{0};
+std::atomic<bool> hasFailed{false};
+long failingAt = kNever;
+long failingFrom = kNever;
+long failingAbove = kNever;
+bool isTracing = false;
+const char* listFile = nullptr;
+// The allocations of one that looks at its calls do not count.
+__attribute__((tls_model("initial-exec"))) thread_local bool isLooking = false;
+
+constexpr int kCalls = 12;         // so many tell one place from another
+constexpr int kCallsOfTrace = 60;
+constexpr std::size_t kPlaces = 1 << 18;
+std::atomic<std::uint64_t> places[kPlaces];
+std::atomic<long> firstOfPlace[kPlaces];
+
+long numberFrom(const char* name) {
+  const char* text = std::getenv(name);
+  return text == nullptr ? kNever : std::atol(text);
+}
+
+void notePlace(long number) {
+  void* calls[kCalls];
+  const int count = backtrace(calls, kCalls);
+  std::uint64_t hash = 14695981039346656037ULL;
+  for (int i = 0; i < count; ++i) {
+    hash = (hash ^ reinterpret_cast<std::uintptr_t>(calls[i])) * 1099511628211ULL;
+  }
+  for (std::size_t i = hash % kPlaces;; i = (i + 1) % kPlaces) {
+    std::uint64_t known = 0;
+    if (places[i].compare_exchange_strong(known, hash)) {
+      firstOfPlace[i] = number;
+      return;
+    }
+    if (known == hash) {
+      return;
+    }
+  }
+}
+
+void trace() {
+  void* calls[kCallsOfTrace];
+  backtrace_symbols_fd(calls, backtrace(calls, kCallsOfTrace), STDERR_FILENO);
+}
+
+bool mustFail(std::size_t size) {
+  if (!isActive.load(std::memory_order_relaxed) || isLooking) {
+    return false;
+  }
+  const long number = ++allocations;
+  isLooking = true;
+  if (listFile != nullptr) {
+    notePlace(number);
+  }
+  const bool fails = number == failingAt || (failingFrom != kNever && number >= failingFrom) ||
+                     (failingAbove != kNever && size > static_cast<std::size_t>(failingAbove));
+  if (fails && isTracing && !hasFailed.exchange(true)) {
+    trace();
+  }
+  isLooking = false;
+  return fails;
+}
+
+void* failed() {
+  errno = ENOMEM;
+  return nullptr;
+}
+
+void writeList() {
+  std::FILE* file = std::fopen(listFile, "w");
+  for (std::size_t i = 0; i < kPlaces; ++i) {
+    if (places[i] != 0) {
+      std::fprintf(file, "%ld\n", firstOfPlace[i].load());
+    }
+  }
+  std::fclose(file);
+}
+
+int countingMain(int argc, char** argv, char** environment) {
+  failingAt = numberFrom("FAILING_MEMORY_AT");
+  failingFrom = numberFrom("FAILING_MEMORY_FROM");
+  failingAbove = numberFrom("FAILING_MEMORY_ABOVE");
+  isTracing = numberFrom("FAILING_MEMORY_TRACE") == 1;
+  listFile = std::getenv("FAILING_MEMORY_LIST");
+  void* calls[1];
+  backtrace(calls, 1);  // loads what it needs
+  isActive = true;
+  const int status = programMain(argc, argv, environment);
+  isActive = false;
+  if (listFile != nullptr) {
+    writeList();
+  }
+  return status;
+}
+
+}  // namespace
+
+extern "C" {
+
+#pragma GCC visibility push(default)
+
+int __libc_start_main(Main main, int argc, char** argv, void (*init)(), void (*finish)(),
+                      void (*finishLoader)(), void* stackEnd) {
+  using Start = int (*)(Main, int, char**, void (*)(), void (*)(), void (*)(), void*);
+  programMain = main;
+  const auto start = reinterpret_cast<Start>(dlsym(RTLD_NEXT, "__libc_start_main"));
+  return start(countingMain, argc, argv, init, finish, finishLoader, stackEnd);
+}
+
+void* malloc(std::size_t size) {
+  return mustFail(size) ? failed() : __libc_malloc(size);
+}
+
+void* calloc(std::size_t count, std::size_t size) {
+  return mustFail(count * size) ? failed() : __libc_calloc(count, size);
+}
+
+void* realloc(void* memory, std::size_t size) {
+  return mustFail(size) ? failed() : __libc_realloc(memory, size);
+}
+
+void* memalign(std::size_t alignment, std::size_t size) {
+  return mustFail(size) ? failed() : __libc_memalign(alignment, size);
+}
+
+void* aligned_alloc(std::size_t alignment, std::size_t size) {
+  return memalign(alignment, size);
+}
+
+int posix_memalign(void** memory, std::size_t alignment, std::size_t size) {
+  void* taken = memalign(alignment, size);
+  if (taken == nullptr) {
+    return ENOMEM;
+  }
+  *memory = taken;
+  return 0;
+}
+
+#pragma GCC visibility pop
+}
