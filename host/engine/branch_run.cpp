@@ -38,10 +38,9 @@ bool runBranch(const Graph& graph, EngineRunner& runner, const ActionItem& actio
   if (end < 0) {
     return false;
   }
-  const std::vector<bool> upstream = actionsUpstreamOf(graph, end);
-  std::vector<RunRecord*> records(graph.actions.size());
-  for (std::size_t i = 0; i < records.size(); ++i) {
-    records[i] = upstream[i] || static_cast<int>(i) == end ? &record : nullptr;
+  std::vector<RunRecord*> records;
+  for (const char isInBranch : GraphLinks(graph).withUpstream({end})) {
+    records.push_back(isInBranch != 0 ? &record : nullptr);
   }
   runner.start([&graph, records, &record, options] { compute(graph, records, record, options); });
   return true;

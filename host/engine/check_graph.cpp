@@ -17,18 +17,14 @@ namespace {
 
 using RunningState = GlobalParameters::RunningState;
 
-std::vector<bool> actionsAboveTables(const Graph& graph) {
-  std::vector<bool> isAbove(graph.actions.size());
+std::vector<char> actionsAboveTables(const Graph& graph) {
+  std::vector<int> ends;
   for (const GraphLink& link : graph.links) {
-    if (link.toPin == 0) {
-      continue;
-    }
-    const std::vector<bool> upstream = actionsUpstreamOf(graph, link.from);
-    for (std::size_t i = 0; i < upstream.size(); ++i) {
-      isAbove[i] = isAbove[i] || upstream[i] || static_cast<int>(i) == link.from;
+    if (link.toPin != 0) {
+      ends.push_back(link.from);
     }
   }
-  return isAbove;
+  return GraphLinks(graph).withUpstream(std::move(ends));
 }
 
 void finish(RunningAction& action) {
@@ -59,11 +55,11 @@ RunResult checkGraph(Graph& graph, RunRecord& record, const ExecutionOptions& op
   const auto start = std::chrono::steady_clock::now();
   RecordingServices services;
   tellWarnings(graph);
-  const std::vector<bool> computesInFull = actionsAboveTables(graph);
+  const std::vector<char> computesInFull = actionsAboveTables(graph);
   std::deque<RunRecord> records(graph.actions.size());
   std::vector<RunRecord*> parts;
   for (std::size_t i = 0; i < graph.actions.size(); ++i) {
-    records[i].mustComputeFull = computesInFull[i];
+    records[i].mustComputeFull = computesInFull[i] != 0;
     const bool isSink = graph.actions[i].item->endpoint() == ActionItem::Endpoint::writer;
     parts.push_back(isSink ? nullptr : &records[i]);
   }

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 
 #include "host/contract/nearest_names.h"
+#include "host/engine/graph_links.h"
 #include "host/engine/messages.h"
 
 namespace kelvarin {
@@ -317,7 +318,7 @@ GraphDocument::EndOfLink GraphDocument::endOfLink(const XMLNode& node, const cha
 }
 
 void GraphDocument::checkCycles(const XMLNode& links) {
-  const std::vector<int> cycle = findCycle(m_graph);
+  const std::vector<int> cycle = GraphLinks(m_graph).findCycle();
   if (cycle.empty()) {
     return;
   }

@@ -68,6 +68,43 @@ TEST(RunGraph, HoldsRowsOverStepsWhileOthersPullTheSource) {
   EXPECT_EQ(t.seen.values["x"], countedTo(3000));
 }
 
+// The last row of a reader that finishes as it publishes it is read after the reader's end, while the
+// others go on and the queue of the fork moves and goes to disk.
+TEST(RunGraph, ARowOutlivesTheEndOfTheReaderThatPublishedIt) {
+  for (const long long memory : {64LL << 20, 0LL}) {
+    TestGraph t(
+        "<Count name='s' rows='30000' texts='1'/>"
+        "<Pass name='one' stops='1'/><Pass name='below'/><Collect name='a'/>"
+        "<Pass name='late' stops='20000'/><EveryNth name='f' n='19999'/><Collect name='b'/>"
+        "<Pass name='twice'/><Pass name='few' stops='7'/><Collect name='c'/><Collect name='d'/>"
+        "<Collect name='all'/>",
+        "s one, one below, below a, s late, late f, f b, s twice, twice few, few c, twice d, s all");
+    t.options.queueMemoryBytes = memory;
+    EXPECT_TRUE(t.run().isOk());
+    EXPECT_EQ(t.seen.values["a"], countedTo(1));
+    EXPECT_EQ(t.seen.values["b"], (std::vector<double>{0, 19999}));
+    EXPECT_EQ(t.seen.values["c"], countedTo(7));
+    EXPECT_EQ(t.seen.values["d"], countedTo(30000));
+    EXPECT_EQ(t.seen.values["all"], countedTo(30000));
+    for (const auto& [name, calls] : t.seen.calls) {
+      EXPECT_EQ(calls, (Calls{"init", "close"})) << name;  // no wrong text
+    }
+  }
+}
+
+// What lies between a fork and a reader that has finished asks for nothing more: rows kept for it
+// would fill the disk.
+TEST(RunGraph, KeepsNoRowsForABranchWhoseSinksHaveFinished) {
+  TestGraph t(
+      "<Count name='s' rows='300000' texts='1'/><Pass name='p'/><Pass name='q'/>"
+      "<Pass name='few' stops='3'/><Collect name='a'/><Collect name='b' quiet='1'/>",
+      "s p, p q, q few, few a, s b");
+  t.options.queueMemoryBytes = 1 << 20;
+  t.options.temporaryFolder = QStringLiteral("/nonexistent");  // any row on disk would fail the run
+  EXPECT_TRUE(t.run().isOk());
+  EXPECT_EQ(t.seen.values["a"], countedTo(3));
+}
+
 TEST(RunGraph, DropsRowsThatNobodyReads) {
   // Pin 1 of `f` is linked and never read: from a fork it must not pile up, and a branch for it
   // alone does not run.
