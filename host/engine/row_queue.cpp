@@ -44,7 +44,7 @@ bool RowQueue::startBatch(std::size_t rowSize) {
     return false;
   }
   const std::size_t capacity = std::max(nextCapacity(), rowSize);
-  m_batches.push_back({RowBatch(*m_layout, takeMemory(capacity), capacity), m_readerCount});
+  m_batches.push_back({QueueBatch(*m_layout, takeMemory(capacity), capacity), m_readerCount});
   return true;
 }
 

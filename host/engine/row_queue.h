@@ -16,7 +16,7 @@
 #include <optional>
 
 #include "host/engine/execution_options.h"
-#include "host/engine/row_batch.h"
+#include "host/engine/queue_batch.h"
 #include "host/engine/spill_file.h"
 
 namespace kelvarin {
@@ -24,7 +24,7 @@ namespace kelvarin {
 class RowQueue {
  private:
   struct Batch {
-    RowBatch rows;
+    QueueBatch rows;
     int readersToCome = 0;      // have not entered it yet
     int readersInside = 0;      // last took one of its rows
     long long fileOffset = -1;  // of its rows in the temporary file; -1 when they are not there

@@ -37,9 +37,9 @@ class RowLayout {
   std::size_t m_rowSize = 0;
 };
 
-class RowBatch final : public RowsInHand {
+class QueueBatch final : public RowsInHand {
  public:
-  RowBatch(const RowLayout& layout, std::unique_ptr<unsigned char[]> bytes, std::size_t capacity)
+  QueueBatch(const RowLayout& layout, std::unique_ptr<unsigned char[]> bytes, std::size_t capacity)
       : m_layout(layout), m_bytes(std::move(bytes)), m_capacity(capacity) {}
 
   bool hasSpaceFor(std::size_t rowSize) const { return m_capacity - m_size >= rowSize; }

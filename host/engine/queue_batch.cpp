@@ -1,4 +1,4 @@
-#include "host/engine/row_batch.h"
+#include "host/engine/queue_batch.h"
 
 #include <cstring>
 
@@ -56,24 +56,24 @@ unsigned char* RowLayout::pointAt(unsigned char* bytes, unsigned char** values) 
   return bytes;
 }
 
-void RowBatch::append(const OneRow& row, std::size_t rowSize) {
+void QueueBatch::append(const OneRow& row, std::size_t rowSize) {
   m_layout.copy(row, m_bytes.get() + m_size);
   m_size += rowSize;
   ++m_rowCount;
 }
 
-const double* RowBatch::numbers(int column, std::size_t first, std::size_t count,
+const double* QueueBatch::numbers(int column, std::size_t first, std::size_t count,
                                 double* buffer) const {
   return gather(column, first, count, buffer);
 }
 
-const std::uint32_t* RowBatch::keys(int column, std::size_t first, std::size_t count,
+const std::uint32_t* QueueBatch::keys(int column, std::size_t first, std::size_t count,
                                     std::uint32_t* buffer) const {
   return gather(column, first, count, buffer);
 }
 
 template <typename Value>
-const Value* RowBatch::gather(int column, std::size_t first, std::size_t count,
+const Value* QueueBatch::gather(int column, std::size_t first, std::size_t count,
                               Value* buffer) const {
   const std::size_t rowSize = m_layout.rowSize();
   const unsigned char* value = m_bytes.get() + first * rowSize + m_layout.offsetOf(column);
