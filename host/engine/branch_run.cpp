@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/engine/graph_execution.h"
+#include "host/engine/graph_stack.h"
 
 namespace kelvarin {
 
@@ -42,7 +43,11 @@ bool runBranch(const Graph& graph, EngineRunner& runner, const ActionItem& actio
   for (const char isInBranch : GraphLinks(graph).withUpstream({end})) {
     records.push_back(isInBranch != 0 ? &record : nullptr);
   }
-  runner.start([&graph, records, &record, options] { compute(graph, records, record, options); });
+  runner.start([&graph, records, &record, options] {
+    if (!workOnGraphStack(graph, [&] { compute(graph, records, record, options); })) {
+      record.fail();
+    }
+  });
   return true;
 }
 

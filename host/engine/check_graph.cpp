@@ -3,7 +3,6 @@
 // Every action has a record of its own, so that a fault in one leaves the others to be checked.
 // Actions upstream of a variable table compute in full, but only when the action that has the table
 // asks for it.
-#include <chrono>
 #include <deque>
 
 #include "host/engine/graph_execution.h"
@@ -49,11 +48,8 @@ void checkActions(const GraphExecution& execution) {
   }
 }
 
-}  // namespace
-
-RunResult checkGraph(Graph& graph, RunRecord& record, const ExecutionOptions& options) {
-  const auto start = std::chrono::steady_clock::now();
-  RecordingServices services;
+RunResult checkOnThisStack(const Graph& graph, RunRecord& record, const ExecutionOptions& options,
+                           RecordingServices& services) {
   tellWarnings(graph);
   const std::vector<char> computesInFull = actionsAboveTables(graph);
   std::deque<RunRecord> records(graph.actions.size());
@@ -76,10 +72,15 @@ RunResult checkGraph(Graph& graph, RunRecord& record, const ExecutionOptions& op
     }
   }
   record.endNormally();
-  RunResult result = resultOf(graph, execution, services);
-  result.state = record.status;
-  result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  return result;
+  return resultOf(graph, execution, services);
+}
+
+}  // namespace
+
+RunResult checkGraph(Graph& graph, RunRecord& record, const ExecutionOptions& options) {
+  return resultOfWork(graph, record, [&](RecordingServices& services) {
+    return checkOnThisStack(graph, record, options, services);
+  });
 }
 
 }  // namespace kelvarin

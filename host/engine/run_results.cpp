@@ -1,6 +1,24 @@
 #include "host/engine/run_results.h"
 
+#include <chrono>
+
+#include "host/engine/graph_stack.h"
+
 namespace kelvarin {
+
+RunResult resultOfWork(const Graph& graph, RunRecord& record,
+                       const std::function<RunResult(RecordingServices&)>& work) {
+  const auto start = std::chrono::steady_clock::now();
+  RecordingServices services;
+  RunResult result;
+  if (!workOnGraphStack(graph, [&] { result = work(services); })) {
+    record.fail();
+    result.log = services.takeLog();
+  }
+  result.state = record.status;
+  result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  return result;
+}
 
 RunResult resultOf(const Graph& graph, const GraphExecution& execution,
                    RecordingServices& services) {
