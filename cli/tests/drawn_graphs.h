@@ -43,7 +43,8 @@ inline QByteArray escaped(QByteArray text) {
   return text.replace("&", "&amp;").replace("<", "&lt;");
 }
 
-inline QByteArray link(const QByteArray& from, const QByteArray& to, int fromPin = 0, int toPin = 0) {
+inline QByteArray link(const QByteArray& from, const QByteArray& to, int fromPin = 0,
+                       int toPin = 0) {
   return "<Link from='" + from + "' fromPin='" + QByteArray::number(fromPin) + "' to='" + to +
          "' toPin='" + QByteArray::number(toPin) + "'/>";
 }
@@ -64,7 +65,13 @@ struct Drawn {
     return hasTexts ? xml.replace("</InputVars>", kTextInputs) : xml;
   }
   QByteArray expression(QByteArray text) const {
-    return escaped(hasTexts ? text : text.replace("tn", "a").replace("len(t)", "k"));
+    if (!hasTexts) {
+      text.replace("tn", "a").replace("strlen(t)", "k");
+    }
+    if (!canFail) {  // what some engines do not know
+      text.replace("isNuLL", "isNull").replace("rand1(10)", "rand1()");
+    }
+    return escaped(text);
   }
 };
 
@@ -72,19 +79,24 @@ struct Drawn {
 constexpr const char* kExpressions[] = {
     "a*2+b",         "a>b ? a : -b",       "sqrt(a*a+b*b)+_n", "nvl(a,7)+k",    "isNuLL(a)+isNuLL(k)",
     "sin(a)*exp(b/1000)", "(a/b)^2",       "d+1",              "id*3",          "tn+a",
-    "round2(a,1)",   "rand1(10)+a",        "a=a+1",            "isNull(b)",     "len(t)",
+    "round2(a,1)",   "rand1(10)+a",        "a=a+1",            "isNull(b)",     "strlen(t)",
     "_n",            "k*k",                "a/0",              "(a&&b)||k==3", "b%7"};
 constexpr const char* kKeyExpressions[] = {"id", "k", "id*2", "_n", "abs(a)", "a", "id-3", "k/2"};
 constexpr const char* kConditions[] = {"a>b",    "_n%3==0",    "k==3 || a<0",  "1",      "0",
-                                       "_null",  "len(t)>2",   "b>-1e9",       "id>40",  "id<900",
+                                       "_null",  "strlen(t)>2",   "b>-1e9",       "id>40",  "id<900",
                                        "tn>3",   "isNuLL(a)",  "nvl(a,1)",     "_n<700", "round2(a,0)==1",
                                        "_n<1",   "_n < 20",   "_n<1500"};
 
+// 2 stops the run at a value that does not fit.
+inline QByteArray castMode(Dice& dice, const Drawn& drawn, int chances) {
+  return QByteArray::number(drawn.canFail && dice.oneIn(chances) ? 2 : dice.below(2));
+}
+
 inline QByteArray calculatorXml(Dice& dice, const Drawn& drawn, const QByteArray& name) {
   QByteArray xml = "<Calculator name='" + name + "' seed='3' dateFormat='yyyy'";
-  xml += " castToKey1='" + QByteArray::number(drawn.canFail && dice.oneIn(4) ? 2 : dice.below(2)) + "'";
-  xml += " castToKey2='" + QByteArray::number(drawn.canFail && dice.oneIn(4) ? 2 : dice.below(2)) + "'";
-  xml += " castToKey3='" + QByteArray::number(drawn.canFail && dice.oneIn(6) ? 2 : dice.below(2)) + "'";
+  xml += " castToKey1='" + castMode(dice, drawn, 4) + "'";
+  xml += " castToKey2='" + castMode(dice, drawn, 4) + "'";
+  xml += " castToKey3='" + castMode(dice, drawn, 6) + "'";
   xml += dice.oneIn(8) ? " useJIT='0'" : "";
   xml += !drawn.canFail || dice.oneIn(3) ? " abortWhenError='0'" : "";
   xml += dice.oneIn(3) ? " emptyETToNull='0'" : "";
@@ -111,7 +123,8 @@ inline QByteArray calculatorXml(Dice& dice, const Drawn& drawn, const QByteArray
 }
 
 inline QByteArray filterXml(Dice& dice, const Drawn& drawn, const QByteArray& name) {
-  return "<FilterRows name='" + name + "' dateFormat='yyyy'" + (dice.oneIn(8) ? " truncate='1'" : "") +
+  return "<FilterRows name='" + name + "' dateFormat='yyyy'" +
+         (dice.oneIn(8) ? " truncate='1'" : "") +
          (!drawn.canFail || dice.oneIn(3) ? " abortWhenError='0'" : "") + "><Expression>" +
          drawn.expression(dice.oneOf(kConditions)) + "</Expression>" + drawn.inputs() +
          "</FilterRows>";

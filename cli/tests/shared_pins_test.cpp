@@ -124,9 +124,12 @@ class SharedGraph {
   // that ends early.
   void addJoin() {
     addSource("own", kOwn);
-    m_actions.push_back({"few", "<FilterRows name='few'><Expression>_n &lt; 2</Expression></FilterRows>"});
-    m_actions.push_back({"join", "<Calculator name='join'><OutputVars><OutputVar name='r'>_n*2"
-                                 "</OutputVar></OutputVars></Calculator>"});
+    m_actions.push_back(
+        {"few", "<FilterRows name='few'><Expression>_n &lt; 2</Expression></FilterRows>"});
+    m_actions.push_back(
+        {"join",
+         "<Calculator name='join'><OutputVars><OutputVar name='r'>_n*2</OutputVar></OutputVars>"
+         "</Calculator>"});
     m_links.push_back({"own", "few"});
     m_links.push_back({"own", "join"});
     m_links.push_back({"few", "join", 0, 1});
@@ -203,7 +206,7 @@ TEST_F(SharedPins, EverySinkGetsWhatItGetsAlone) {
           << document(graph.actionsXml(graph.all()), graph.linksXml(graph.all())).data();
     }
   }
-  EXPECT_GT(complete, graphs / 2);  // the first row of a filter fails in some
+  EXPECT_GT(complete, graphs * 3 / 4);  // a row fails, or a table without rows was not written
 }
 
 }  // namespace

@@ -135,7 +135,8 @@ TEST_F(GraphReader, ReplacesParametersAndListsTheKnownOnes) {
       errors(
           "<KelvarinGraph>\n<Parameters>\n<Parameter name='a' value='${a}'/>\n<Parameter name='a' "
           "value=''/>\n<Parameter/>\n</Parameters></KelvarinGraph>"),
-      "g.kelvarin:3:1: there is no parameter 'a': the graph declares none here.\n"
+      "g.kelvarin:3:1: the value of the parameter 'a' names the parameter itself; give it a "
+      "value, or name parameters that stand before it.\n"
       "g.kelvarin:4:1: the parameter 'a' is declared twice.\n"
       "g.kelvarin:5:1: <Parameter> needs the attribute 'name'.\n"
       "g.kelvarin:5:1: <Parameter> needs the attribute 'value'.\n");
