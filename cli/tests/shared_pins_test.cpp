@@ -2,8 +2,8 @@
 // the actions that it needs, to the byte.
 //
 // Random graphs of the plug-in's actions: readers of readers, both pins of filters, tables of
-// variables that come from the same source as the rows, filters that end early, every kind of source
-// and of sink, queues that go to disk.
+// variables that come from the same source as the rows, filters that end early, every kind of
+// source and of sink, queues that go to disk.
 #include <map>
 #include <set>
 

@@ -14,7 +14,7 @@ namespace kelvarin {
 
 namespace {
 
-// Of the values of all parameters together, when the parameters in them are replaced, in characters.
+// Of the values of all parameters together, when those in them are replaced, in characters.
 constexpr long long kLongestGrowth = 16 * ParameterExpansion::kLongestText;
 
 QString attribute(const XMLNode& node, const char16_t* name) {

@@ -44,7 +44,8 @@ inline QString graphTooDeep(const QString& file, int depth, int deepest) {
 
 inline QString noStack(int depth) {
   return QStringLiteral(
-             "There is not enough memory to run %1 actions that follow one another along the links.")
+             "There is not enough memory to run %1 actions that follow one another along the "
+             "links.")
       .arg(depth);
 }
 
@@ -189,8 +190,8 @@ inline QString parameterOfItself(const QString& name) {
 
 inline QString parameterTooLong(const QString& name, long long limit) {
   return QStringLiteral(
-             "the value of the parameter '%1' becomes longer than %2 characters when the parameters "
-             "in it are replaced; shorten it, or name fewer parameters in it.")
+             "the value of the parameter '%1' becomes longer than %2 characters when the "
+             "parameters in it are replaced; shorten it, or name fewer parameters in it.")
       .arg(name)
       .arg(limit);
 }
@@ -205,8 +206,8 @@ inline QString parametersTooLong(const QString& name, long long limit) {
 
 inline QString attributeTooLong(const QString& attribute, const QString& element, long long limit) {
   return QStringLiteral(
-             "the attribute '%1' of <%2> becomes longer than %3 characters when the parameters in it "
-             "are replaced; shorten it, or name fewer parameters in it.")
+             "the attribute '%1' of <%2> becomes longer than %3 characters when the parameters in "
+             "it are replaced; shorten it, or name fewer parameters in it.")
       .arg(attribute, element)
       .arg(limit);
 }

@@ -2,11 +2,11 @@
 //
 // A straight link makes the producer go on and hands its row over as it is: nobody else can make
 // the producer, or anything between it and the next fork above, go on meanwhile. Where rows of an
-// action go to more than one reader, a fork copies each row once into a queue, and each reader takes
-// it from there; so nothing below a fork shows values that belong to actions above it. Every link
-// lets its reader look ahead at what the producer, or the queue, has in hand: only the reader's own
-// next row makes that go. Rows are taken together along straight links only, where nobody else waits
-// for what the actions above do meanwhile.
+// action go to more than one reader, a fork copies each row once into a queue, and each reader
+// takes it from there; so nothing below a fork shows values that belong to actions above it. Every
+// link lets its reader look ahead at what the producer, or the queue, has ready: only the reader's
+// own next row makes that go. Rows are taken together along straight links only, where nobody else
+// waits for what the actions above do meanwhile.
 // Used by: graph_execution.cpp, sink_schedule.cpp, running_action.cpp.
 // Threads: the engine thread.
 #pragma once

@@ -2,8 +2,8 @@
 //
 // Sinks (actions whose rows nobody in the run reads) are called in turns. When rows that wait for
 // readers grow to more than a little, the sinks below these readers are called at once, also in the
-// midst of another sink's pull, unless they need an action that is at work; so queues stay short. An
-// action whose sinks have all finished takes no more rows.
+// midst of another sink's pull, unless they need an action that is at work; so queues stay short.
+// An action whose sinks have all finished takes no more rows.
 // Used by: graph_execution.cpp.
 // Threads: the engine thread.
 #pragma once
@@ -29,7 +29,9 @@ class SinkSchedule final : public CongestionRelief {
   void drive();
 
  private:
-  RunningAction* action(int index) const { return m_actions[static_cast<std::size_t>(index)].get(); }
+  RunningAction* action(int index) const {
+    return m_actions[static_cast<std::size_t>(index)].get();
+  }
   bool isInRun(const GraphLink& link) const {
     return action(link.from) != nullptr && action(link.to) != nullptr;
   }

@@ -1,4 +1,6 @@
 // How rows travel through graphs, and how a run begins and ends.
+#include <chrono>
+
 #include <gtest/gtest.h>
 
 #include "host/engine/tests/test_actions.h"
@@ -204,6 +206,37 @@ TEST(RunGraph, WarnsOfAnActionWithoutRows) {
   EXPECT_TRUE(t.run().isOk());
   EXPECT_EQ(t.host.log(),
             (Strings{"warning: Nothing is linked to input pin 0 of 'w': it gets no rows."}));
+}
+
+TEST(RunGraph, SaysThatThereIsNothingToRun) {
+  for (const auto work : {&runGraph, &checkGraph}) {
+    TestGraph t("", "");
+    EXPECT_EQ(work(t.graph, t.record, t.options).state, RunningState::failed);
+    EXPECT_EQ(t.host.log(), (Strings{"error: /tests/graph.kelvarin: the graph has no actions, so "
+                                     "there is nothing to run. Put actions inside <Actions>."}));
+  }
+}
+
+// Each action is called from within the next one. The time limit is that of a graph whose set-up
+// takes time in proportion to its size, many times over.
+TEST(RunGraph, RunsThousandsOfActionsOneBehindTheOtherAndSideBySide) {
+  constexpr int kActions = 5000;
+  std::string chain = "<Count name='p0' rows='300'/>";
+  std::string star;
+  std::string links;
+  for (int i = 1; i <= kActions; ++i) {
+    const std::string number = std::to_string(i);
+    chain += "<Pass name='p" + number + "'/>";
+    star += "<Collect name='x" + number + "' quiet='1'/>";
+    links += "p" + std::to_string(i - 1) + " p" + number + ", p0 x" + number + ", ";
+  }
+  const auto start = std::chrono::steady_clock::now();
+  TestGraph t(chain + star + "<Collect name='w'/>", links + "p" + std::to_string(kActions) + " w");
+  const RunResult result = t.run();
+  EXPECT_TRUE(result.isOk());
+  EXPECT_EQ(t.seen.values["w"], countedTo(300));
+  EXPECT_EQ(t.of(result, "x5000").rowsIn, Counts{300});
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
 }
 
 TEST(RunGraph, RunsTheSameGraphAgain) {
