@@ -50,7 +50,6 @@ class QueueBatch final : public RowsInHand {
   std::size_t rowCount() const { return m_rowCount; }
   // Null while the rows are elsewhere.
   unsigned char* bytes() const { return m_bytes.get(); }
-  std::unique_ptr<unsigned char[]> takeBytes() { return std::move(m_bytes); }
   void putBytes(std::unique_ptr<unsigned char[]> bytes) { m_bytes = std::move(bytes); }
 
   const double* numbers(int column, std::size_t first, std::size_t count,

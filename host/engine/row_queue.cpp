@@ -8,7 +8,7 @@ namespace {
 
 // Where readers keep up, rows change hands in the nearer caches of the processor; where they lag,
 // batches grow up to what is written to a disk at one time.
-constexpr std::size_t kSmallestBatch = 8 * 1024;
+constexpr std::size_t kSmallestBatch = 32 * 1024;
 constexpr std::size_t kLargestBatch = 256 * 1024;
 
 }  // namespace
@@ -57,9 +57,7 @@ std::size_t RowQueue::nextCapacity() const {
 
 std::unique_ptr<unsigned char[]> RowQueue::takeMemory(std::size_t capacity) {
   m_bytesInMemory += capacity;
-  return m_spareCapacity == capacity && m_spareBytes != nullptr
-             ? std::move(m_spareBytes)
-             : std::make_unique_for_overwrite<unsigned char[]>(capacity);
+  return std::make_unique_for_overwrite<unsigned char[]>(capacity);
 }
 
 bool RowQueue::spill(Batch& batch) {
@@ -83,14 +81,9 @@ bool RowQueue::load(Batch& batch) {
 }
 
 void RowQueue::unload(Batch& batch) {
-  std::unique_ptr<unsigned char[]> bytes = batch.rows.takeBytes();
-  if (bytes == nullptr) {
-    return;
-  }
-  m_bytesInMemory -= batch.rows.capacity();
-  if (batch.rows.capacity() <= kLargestBatch) {
-    m_spareBytes = std::move(bytes);
-    m_spareCapacity = batch.rows.capacity();
+  if (batch.rows.bytes() != nullptr) {
+    batch.rows.putBytes(nullptr);
+    m_bytesInMemory -= batch.rows.capacity();
   }
 }
 

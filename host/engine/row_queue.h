@@ -89,8 +89,6 @@ class RowQueue {
   std::optional<RowLayout> m_layout;
   Batches m_batches;  // the oldest in front; the one being filled at the back
   int m_readerCount = 0;
-  std::unique_ptr<unsigned char[]> m_spareBytes;  // of a batch that has gone
-  std::size_t m_spareCapacity = 0;
   std::size_t m_bytesInMemory = 0;
   long long m_bytesWaiting = 0;
   int m_batchesOnDisk = 0;

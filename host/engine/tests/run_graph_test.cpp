@@ -94,6 +94,17 @@ TEST(RunGraph, ARowOutlivesTheEndOfTheReaderThatPublishedIt) {
   }
 }
 
+// With the last reader the queue's batches go, but not the one that its last row lies in.
+TEST(RunGraph, ARowOutlivesTheEndOfAllReaders) {
+  TestGraph t(
+      "<Count name='s' rows='3000' texts='1'/><Pass name='p' stops='1'/><Collect name='a'/>"
+      "<Pass name='q' stops='3000'/><Collect name='b'/>",
+      "s p, p a, s q, q b");
+  EXPECT_TRUE(t.run().isOk());
+  EXPECT_EQ(t.seen.values["b"], countedTo(3000));
+  EXPECT_EQ(t.seen.calls["b"], (Calls{"init", "close"}));
+}
+
 // What lies between a fork and a reader that has finished asks for nothing more: rows kept for it
 // would fill the disk.
 TEST(RunGraph, KeepsNoRowsForABranchWhoseSinksHaveFinished) {
