@@ -57,6 +57,7 @@ class LookAhead : public DrawnGraphs {
   const QStringList kWritten{"x.*", "y.*"};
 };
 
+// More of them with KELVARIN_LOOK_AHEAD_GRAPHS.
 TEST_F(LookAhead, ChangesNothing) {
   constexpr int kRowCounts[] = {0, 1, 7, 9, 40, 1023, 1026, 2500, 9000};
   const int kGraphs = graphCount("KELVARIN_LOOK_AHEAD_GRAPHS", 240);

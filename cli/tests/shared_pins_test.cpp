@@ -178,6 +178,7 @@ class SharedPins : public DrawnGraphs {
   }
 };
 
+// More of them with KELVARIN_SHARED_PIN_GRAPHS.
 TEST_F(SharedPins, EverySinkGetsWhatItGetsAlone) {
   constexpr int kRowCounts[] = {0, 1, 7, 40, 300, 1026, 2500, 6000};
   constexpr long long kMemory[] = {64LL << 20, 0, 100'000};

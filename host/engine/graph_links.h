@@ -1,7 +1,7 @@
 // The links of a graph by the actions at their ends, and the order that they impose.
 //
 // Made once where many actions are walked; all of it takes time in proportion to actions and links.
-// Used by: graph.cpp, graph_execution.cpp, sink_schedule.cpp, check_graph.cpp, branch_run.cpp.
+// Used by: the reader, the check and the runs of graphs.
 // Threads: any, the graph must not change meanwhile.
 #pragma once
 

@@ -19,7 +19,6 @@ namespace kelvarin {
 // How the rows of one pin lie in memory.
 class RowLayout {
  public:
-  RowLayout() = default;
   explicit RowLayout(const OneRow& row);
 
   // Of every row; 0 where rows differ.
