@@ -34,6 +34,7 @@ class BadInputTest(ProgramTest):
         self.fails(graph(READ + WRITE + "\n<ReadCVS name='x' file='x'/>", ["in out"]), r"g\.kelvarin:5:\d+: .*ReadCVS.*ReadCSV")
         self.fails(graph("<ReadCSV name='in' file='${folder}/in.csv'/>" + WRITE, ["in out"], [("base", "x")]),
                    r"g\.kelvarin:\d+:\d+: .*'folder'.*base")
+        self.fails("<KelvarinGraph/>", r"g\.kelvarin: the graph has no actions")
         missing = self.kelvarin("run", "absent.kelvarin", status=1)
         self.assertIn("absent.kelvarin", missing.stderr)
 

@@ -3,135 +3,16 @@
 //
 // Random chains of calculators and filters with the plug-in's actions, between every kind of source
 // and of sink.
-#include <cstdlib>
-#include <random>
-
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-
-#include "host/engine/graph_reader.h"
-#include "host/engine/run_graph.h"
-#include "host/tables/table_actions.h"
+#include "cli/tests/drawn_graphs.h"
 
 namespace kelvarin {
 namespace {
 
-class Dice {
- public:
-  explicit Dice(unsigned seed) : m_numbers(seed) {}
-  int below(int end) { return static_cast<int>(m_numbers() % static_cast<unsigned>(end)); }
-  bool oneIn(int chances) { return below(chances) == 0; }
-  template <std::size_t kSize>
-  QByteArray oneOf(const char* const (&texts)[kSize]) {
-    return texts[below(static_cast<int>(kSize))];
-  }
-
- private:
-  std::mt19937 m_numbers;
-};
-
-const ActionCatalogue& catalogue() {
-  static const auto* loaded =
-      new ActionCatalogue(std::move(*PluginLibrary::load(KELVARIN_PLUGIN)), makeTableActions());
-  return *loaded;
-}
-
-QByteArray escaped(QByteArray text) {
-  return text.replace("&", "&amp;").replace("<", "&lt;");
-}
-
-QByteArray link(const QByteArray& from, const QByteArray& to, int fromPin = 0, int toPin = 0) {
-  return "<Link from='" + from + "' fromPin='" + QByteArray::number(fromPin) + "' to='" + to +
-         "' toPin='" + QByteArray::number(toPin) + "'/>";
-}
-
-constexpr char kNumberInputs[] =
-    "<InputVars><InputVar column='id'/><InputVar column='a'/><InputVar column='b'/>"
-    "<InputVar column='k'/><InputVar column='a' label='d' meta='D'/></InputVars>";
-constexpr char kTextInputs[] =
-    "<InputVar column='t' label='tn'/><InputVar column='t' isNumber='0'/></InputVars>";
-
 struct Drawing {
   QByteArray actions;
   QByteArray links;
-  bool hasTexts = true;
-
-  QByteArray inputs() const {
-    QByteArray xml = kNumberInputs;
-    return hasTexts ? xml.replace("</InputVars>", kTextInputs) : xml;
-  }
-  QByteArray expression(QByteArray text) const {
-    return escaped(hasTexts ? text : text.replace("tn", "a").replace("len(t)", "k"));
-  }
-
-  QByteArray text() const {
-    return "<KelvarinGraph version='1.0'><Actions>" + actions + "</Actions><Links>" + links +
-           "</Links></KelvarinGraph>";
-  }
+  Drawn drawn;
 };
-
-// Native code, the two libraries, texts, an assignment, the row number, random numbers.
-constexpr const char* kExpressions[] = {
-    "a*2+b",         "a>b ? a : -b",       "sqrt(a*a+b*b)+_n", "nvl(a,7)+k",    "isNuLL(a)+isNuLL(k)",
-    "sin(a)*exp(b/1000)", "(a/b)^2",       "d+1",              "id*3",          "tn+a",
-    "round2(a,1)",   "rand1(10)+a",        "a=a+1",            "isNull(b)",     "len(t)",
-    "_n",            "k*k",                "a/0",              "(a&&b)||k==3", "b%7"};
-constexpr const char* kKeyExpressions[] = {"id", "k", "id*2", "_n", "abs(a)", "a", "id-3", "k/2"};
-constexpr const char* kConditions[] = {"a>b",    "_n%3==0",    "k==3 || a<0",  "1",      "0",
-                                       "_null",  "len(t)>2",   "b>-1e9",       "id>40",  "id<900",
-                                       "tn>3",   "isNuLL(a)",  "nvl(a,1)",     "_n<700", "round2(a,0)==1"};
-
-QByteArray calculatorXml(Dice& dice, const Drawing& drawing, const QByteArray& name) {
-  QByteArray xml = "<Calculator name='" + name + "' seed='3' dateFormat='yyyy'";
-  xml += " castToKey1='" + QByteArray::number(dice.oneIn(4) ? 2 : dice.below(2)) + "'";
-  xml += " castToKey2='" + QByteArray::number(dice.oneIn(4) ? 2 : dice.below(2)) + "'";
-  xml += " castToKey3='" + QByteArray::number(dice.oneIn(6) ? 2 : dice.below(2)) + "'";
-  xml += dice.oneIn(8) ? " useJIT='0'" : "";
-  xml += dice.oneIn(3) ? " abortWhenError='0'" : "";
-  xml += dice.oneIn(3) ? " emptyETToNull='0'" : "";
-  xml += ">" + drawing.inputs() + "<OutputVars>";
-  const int outputs = 1 + dice.below(5);
-  for (int i = 0; i < outputs; ++i) {
-    QByteArray column = name + QByteArray::number(i);
-    QByteArray attributes;
-    QByteArray expression = dice.oneOf(kExpressions);
-    if (dice.oneIn(4)) {
-      attributes = " meta='K'";
-      expression = dice.oneOf(kKeyExpressions);
-    } else if (dice.oneIn(5)) {
-      attributes = " meta='U'";
-    }
-    if (i < 2 && dice.oneIn(4)) {
-      column = i == 0 ? "a" : "b";
-      attributes += " update='1'";
-    }
-    xml += "<OutputVar name='" + column + "'" + attributes + ">" +
-           drawing.expression(expression) + "</OutputVar>";
-  }
-  return xml + "</OutputVars></Calculator>";
-}
-
-QByteArray filterXml(Dice& dice, const Drawing& drawing, const QByteArray& name) {
-  return "<FilterRows name='" + name + "' dateFormat='yyyy'" + (dice.oneIn(8) ? " truncate='1'" : "") +
-         (dice.oneIn(3) ? " abortWhenError='0'" : "") + "><Expression>" +
-         drawing.expression(dice.oneOf(kConditions)) + "</Expression>" + drawing.inputs() +
-         "</FilterRows>";
-}
-
-QByteArray sinkXml(Dice& dice, const QByteArray& name) {
-  switch (dice.below(4)) {
-    case 0:
-      return "<writeColumnarGel name='" + name + "' file='" + name +
-             ".cgel_kelvarin' nRowsInBlock='" + (dice.oneIn(2) ? "700" : "5000") + "'/>";
-    case 1:
-      return "<Discard name='" + name + "'/>";
-    default:
-      return "<WriteCSV name='" + name + "' file='" + name + ".csv' nullText='NULL'/>";
-  }
-}
 
 // Calculators and filters one behind the other below `from`, and a sink at the end.
 void drawChain(Dice& dice, Drawing& drawing, QByteArray from, const QByteArray& prefix) {
@@ -140,7 +21,7 @@ void drawChain(Dice& dice, Drawing& drawing, QByteArray from, const QByteArray& 
   for (int i = 0; i < actions; ++i) {
     const QByteArray name = prefix + static_cast<char>('p' + i);
     const bool isFilter = dice.oneIn(2);
-    drawing.actions += isFilter ? filterXml(dice, drawing, name) : calculatorXml(dice, drawing, name);
+    drawing.actions += isFilter ? filterXml(dice, drawing.drawn, name) : calculatorXml(dice, drawing.drawn, name);
     drawing.links += link(from, name, fromPin);
     fromPin = isFilter && dice.oneIn(4) ? 1 : 0;
     from = name;
@@ -149,30 +30,14 @@ void drawChain(Dice& dice, Drawing& drawing, QByteArray from, const QByteArray& 
   drawing.links += link(from, prefix, fromPin);
 }
 
-class LookAhead : public ::testing::Test {
+class LookAhead : public DrawnGraphs {
  protected:
-  RunResult run(const Drawing& drawing, bool looksAhead) {
-    auto graph = parseGraph(drawing.text(), m_folder.filePath("graph.kelvarin"), catalogue());
-    if (!graph) {
-      ADD_FAILURE() << graph.error().front().text().toStdString();
-      return {};
-    }
-    RunRecord record;
-    ExecutionOptions options;
-    options.looksAhead = looksAhead;
-    return runGraph(*graph, record, options);
-  }
-
-  QStringList writtenFiles() const {
-    return QDir(m_folder.path()).entryList({"x.*", "y.*"}, QDir::Files, QDir::Name);
-  }
-
   // Everything that a user can tell one run from another by.
   QByteArray traceOf(const Drawing& drawing, bool looksAhead) {
-    for (const QString& name : writtenFiles()) {
-      QFile::remove(m_folder.filePath(name));
-    }
-    const RunResult result = run(drawing, looksAhead);
+    removeFiles(kWritten);
+    ExecutionOptions options;
+    options.looksAhead = looksAhead;
+    const RunResult result = run(document(drawing.actions, drawing.links), options);
     QByteArray trace = "state " + QByteArray::number(static_cast<int>(result.state)) + "\n";
     for (const LogLine& line : result.log) {
       trace += line.action.toUtf8() + ": " + line.text.toUtf8() + "\n";
@@ -186,88 +51,35 @@ class LookAhead : public ::testing::Test {
       }
       trace += " " + action.backends.join(',').toUtf8() + "\n";
     }
-    for (const QString& name : writtenFiles()) {
-      QFile file(m_folder.filePath(name));
-      EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-      trace += name.toUtf8() + "\n" + file.readAll();
-    }
-    return trace;
+    return trace + contentOf(kWritten);
   }
 
-  void writeTables(Dice& dice, int rows) {
-    QFile file(m_folder.filePath("in.csv"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("id,a,b,k,t\n");
-    for (int i = 0; i < rows; ++i) {
-      file.write(QByteArray::number(i) + "," + number(dice) + "," + number(dice) + "," +
-                 (dice.oneIn(60) ? QByteArray() : QByteArray::number(dice.below(6))) + "," +
-                 (dice.oneIn(5) ? QByteArray("t\u00e9xt") : QByteArray::number(dice.below(9))) +
-                 "\n");
-    }
-    file.close();
-    const char* const sinks[] = {"<WriteParquet name='sink' file='in.parquet'/>",
-                                 "<WriteArrow name='sink' file='in.arrow'/>",
-                                 "<writeColumnarGel name='sink' file='in.cgel_kelvarin' "
-                                 "nRowsInBlock='900'/>"};
-    for (const char* sink : sinks) {
-      ASSERT_TRUE(run({kCsv + QByteArray(sink), link("source", "sink")}, true).isOk());
-    }
-  }
-
-  static QByteArray number(Dice& dice) {
-    if (dice.oneIn(12)) {
-      return dice.oneOf({"", "nan", "inf", "-inf", "0", "-0", "1e300"});
-    }
-    return QByteArray::number((dice.below(2001) - 1000) / 8.0);
-  }
-
-  static constexpr char kCsv[] =
-      "<ReadCSV name='source' file='in.csv' sortedOn='id 0'><Column name='id' meta='F'/>"
-      "<Column name='a' meta='F'/><Column name='b' meta='F'/><Column name='k' meta='K'/>"
-      "<Column name='t' meta='U'/></ReadCSV>";
-  static constexpr char kUnsortedCsv[] =
-      "<ReadCSV name='source' file='in.csv'><Column name='k' meta='K'/>"
-      "<Column name='t' meta='U'/></ReadCSV>";
-  static constexpr const char* kSources[] = {
-      kCsv, kUnsortedCsv, "<ReadParquet name='source' file='in.parquet'/>",
-      "<ReadArrow name='source' file='in.arrow'/>",
-      "<ReadColumnarGel name='source' fileName='in.cgel_kelvarin'/>"};
-  // Of these a queue has rows in hand as well.
-  static constexpr char kNumbersAlone[] =
-      "<ReadColumnarGel name='source' fileName='in.cgel_kelvarin' columnSelection='1'>"
-      "<ColumnsToRead><SL><S>id</S><S>a</S><S>b</S><S>k</S></SL></ColumnsToRead>"
-      "</ReadColumnarGel>";
-
-  QTemporaryDir m_folder;
+  const QStringList kWritten{"x.*", "y.*"};
 };
 
 // More of them with KELVARIN_LOOK_AHEAD_GRAPHS.
-int graphCount() {
-  const char* given = std::getenv("KELVARIN_LOOK_AHEAD_GRAPHS");
-  return given == nullptr ? 240 : std::atoi(given);
-}
-
 TEST_F(LookAhead, ChangesNothing) {
   constexpr int kRowCounts[] = {0, 1, 7, 9, 40, 1023, 1026, 2500, 9000};
+  const int kGraphs = graphCount("KELVARIN_LOOK_AHEAD_GRAPHS", 240);
   int complete = 0;
-  for (int seed = 0; seed < graphCount() && !HasFailure(); ++seed) {
+  for (int seed = 0; seed < kGraphs && !HasFailure(); ++seed) {
     Dice dice(static_cast<unsigned>(seed));
     if (seed % 8 == 0) {
       writeTables(dice, kRowCounts[(seed / 8) % 9]);
     }
-    Drawing drawing{dice.oneOf(kSources), {}, true};
+    Drawing drawing{dice.oneOf(kSources), {}, {}};
     if (dice.oneIn(3)) {
-      drawing = {kNumbersAlone, {}, false};
+      drawing = {kNumbersAlone, {}, {.hasTexts = false}};
     }
     drawChain(dice, drawing, "source", "x");
     if (dice.oneIn(3)) {
       drawChain(dice, drawing, "source", "y");
     }
     const QByteArray expected = traceOf(drawing, false);
-    EXPECT_EQ(traceOf(drawing, true), expected) << "seed " << seed << "\n" << drawing.text().data();
+    EXPECT_EQ(traceOf(drawing, true), expected) << "seed " << seed << "\n" << document(drawing.actions, drawing.links).data();
     complete += expected.startsWith("state 0") ? 1 : 0;
   }
-  EXPECT_GT(complete, graphCount() / 3);  // the others fail in the midst
+  EXPECT_GT(complete, kGraphs / 3);  // the others fail in the midst
 }
 
 }  // namespace

@@ -5,27 +5,14 @@
 
 #include <QDir>
 
+#include "host/contract/parameter_expansion.h"
+
 QString GlobalParameters::expandString2(QString text, QString* unknownName) const {
-  QString expanded;
-  qsizetype done = 0;
-  for (;;) {
-    const qsizetype start = text.indexOf(QLatin1String("${"), done);
-    const qsizetype end = start < 0 ? -1 : text.indexOf(u'}', start);
-    if (end < 0) {
-      return expanded + text.mid(done);
-    }
-    const QString name = text.mid(start + 2, end - start - 2);
-    expanded += text.mid(done, start - done);
-    if (m_values.contains(name)) {
-      expanded += m_values.value(name);
-    } else {
-      expanded += text.mid(start, end + 1 - start);
-      if (unknownName != nullptr && unknownName->isNull()) {
-        *unknownName = name;
-      }
-    }
-    done = end + 1;
+  const kelvarin::ParameterExpansion expansion(text, m_values);
+  if (unknownName != nullptr && unknownName->isNull()) {
+    *unknownName = expansion.unknownName();
   }
+  return expansion.text();
 }
 
 QString GlobalParameters::contractFile(QString path) const {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/engine/graph_execution.h"
+#include "host/engine/graph_stack.h"
 
 namespace kelvarin {
 
@@ -38,12 +39,15 @@ bool runBranch(const Graph& graph, EngineRunner& runner, const ActionItem& actio
   if (end < 0) {
     return false;
   }
-  const std::vector<bool> upstream = actionsUpstreamOf(graph, end);
-  std::vector<RunRecord*> records(graph.actions.size());
-  for (std::size_t i = 0; i < records.size(); ++i) {
-    records[i] = upstream[i] || static_cast<int>(i) == end ? &record : nullptr;
+  std::vector<RunRecord*> records;
+  for (const char isInBranch : GraphLinks(graph).withUpstream({end})) {
+    records.push_back(isInBranch != 0 ? &record : nullptr);
   }
-  runner.start([&graph, records, &record, options] { compute(graph, records, record, options); });
+  runner.start([&graph, records, &record, options] {
+    if (!workOnGraphStack(graph, [&] { compute(graph, records, record, options); })) {
+      record.fail();
+    }
+  });
   return true;
 }
 

@@ -3,7 +3,6 @@
 // Every action has a record of its own, so that a fault in one leaves the others to be checked.
 // Actions upstream of a variable table compute in full, but only when the action that has the table
 // asks for it.
-#include <chrono>
 #include <deque>
 
 #include "host/contract/host_services.h"
@@ -20,18 +19,14 @@ namespace {
 
 using RunningState = GlobalParameters::RunningState;
 
-std::vector<bool> actionsAboveTables(const Graph& graph) {
-  std::vector<bool> isAbove(graph.actions.size());
+std::vector<char> actionsAboveTables(const Graph& graph) {
+  std::vector<int> ends;
   for (const GraphLink& link : graph.links) {
-    if (link.toPin == 0) {
-      continue;
-    }
-    const std::vector<bool> upstream = actionsUpstreamOf(graph, link.from);
-    for (std::size_t i = 0; i < upstream.size(); ++i) {
-      isAbove[i] = isAbove[i] || upstream[i] || static_cast<int>(i) == link.from;
+    if (link.toPin != 0) {
+      ends.push_back(link.from);
     }
   }
-  return isAbove;
+  return GraphLinks(graph).withUpstream(std::move(ends));
 }
 
 void finish(RunningAction& action) {
@@ -111,21 +106,18 @@ void checkSinks(const Graph& graph, const GraphExecution& execution,
   }
 }
 
-}  // namespace
-
-RunResult checkGraph(Graph& graph, RunRecord& record, const ExecutionOptions& options) {
-  const auto start = std::chrono::steady_clock::now();
-  RecordingServices services;
+RunResult checkOnThisStack(const Graph& graph, RunRecord& record, const ExecutionOptions& options,
+                           RecordingServices& services) {
   tellWarnings(graph);
   reportFileWarnings(graph);
   if (!checkUsedFiles(graph)) {
     record.fail();
   }
-  const std::vector<bool> computesInFull = actionsAboveTables(graph);
+  const std::vector<char> computesInFull = actionsAboveTables(graph);
   std::deque<RunRecord> records(graph.actions.size());
   std::vector<RunRecord*> parts;
   for (std::size_t i = 0; i < graph.actions.size(); ++i) {
-    records[i].mustComputeFull = computesInFull[i];
+    records[i].mustComputeFull = computesInFull[i] != 0;
     parts.push_back(isSink(*graph.actions[i].item) ? nullptr : &records[i]);
   }
   GraphExecution execution(graph, parts, record, options);
@@ -142,10 +134,15 @@ RunResult checkGraph(Graph& graph, RunRecord& record, const ExecutionOptions& op
     }
   }
   record.endNormally();
-  RunResult result = resultOf(graph, execution, services);
-  result.state = record.status;
-  result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  return result;
+  return resultOf(graph, execution, services);
+}
+
+}  // namespace
+
+RunResult checkGraph(Graph& graph, RunRecord& record, const ExecutionOptions& options) {
+  return resultOfWork(graph, record, [&](RecordingServices& services) {
+    return checkOnThisStack(graph, record, options, services);
+  });
 }
 
 }  // namespace kelvarin

@@ -52,15 +52,6 @@ struct Graph {
   int indexOf(const ActionItem& item) const;
 };
 
-// The actions in an order in which each comes after those it reads from; without those on or behind
-// a cycle.
-std::vector<int> actionsInOrder(const Graph& graph);
-// The actions along one cycle, each feeding the next and the last the first; empty when there is
-// none.
-std::vector<int> findCycle(const Graph& graph);
-// True at the place of every action from which `action` receives rows, directly or through others.
-std::vector<bool> actionsUpstreamOf(const Graph& graph, int action);
-
 // Logs its warnings, and which actions get no rows, each on behalf of its action.
 void tellWarnings(const Graph& graph);
 

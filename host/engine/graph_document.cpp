@@ -6,11 +6,16 @@
 #include <QFileInfo>
 
 #include "host/contract/nearest_names.h"
+#include "host/contract/parameter_expansion.h"
+#include "host/engine/graph_links.h"
 #include "host/engine/messages.h"
 
 namespace kelvarin {
 
 namespace {
+
+// Of the values of all parameters together, when those in them are replaced, in characters.
+constexpr long long kLongestGrowth = 16 * ParameterExpansion::kLongestText;
 
 QString attribute(const XMLNode& node, const char16_t* name) {
   return qString(node.getAttribute(utf16(name)));
@@ -145,22 +150,40 @@ void GraphDocument::readParameter(const XMLNode& node) {
   if (name.isNull() || value.isNull()) {
     return;
   }
-  if (parameterNames().contains(name)) {
+  if (m_graph.settings->values().contains(name)) {
     refuse(node, engine_messages::parameterTwice(name));
     return;
   }
-  QString unknown;
-  m_graph.settings->setValue(name, m_graph.settings->expandString2(value, &unknown));
-  if (!unknown.isNull()) {
-    refuse(node, engine_messages::unknownParameter(unknown, parameterNames()));
-  }
+  m_graph.settings->setValue(name, expandedValue(node, name, value));
   m_graph.parameters.push_back({name, value});
+}
+
+QString GraphDocument::expandedValue(const XMLNode& node, const QString& name,
+                                     const QString& value) {
+  const ParameterExpansion expansion(value, m_graph.settings->values());
+  if (expansion.isTooLong()) {
+    refuse(node, engine_messages::parameterTooLong(name, ParameterExpansion::kLongestText));
+    return value;
+  }
+  if (expansion.unknownName() == name) {
+    refuse(node, engine_messages::parameterOfItself(name));
+  } else if (!expansion.unknownName().isNull()) {
+    refuse(node, engine_messages::unknownParameter(expansion.unknownName(), parameterNames()));
+  }
+  // What the file itself has is no growth.
+  const qsizetype growth = std::max<qsizetype>(0, expansion.text().size() - value.size());
+  if (m_growthOfParameters + growth > kLongestGrowth) {
+    refuse(node, engine_messages::parametersTooLong(name, kLongestGrowth));
+    return value;
+  }
+  m_growthOfParameters += growth;
+  return expansion.text();
 }
 
 void GraphDocument::applyOverrides(const XMLNode& node,
                                    const std::vector<ParameterOverride>& overrides) {
   for (const ParameterOverride& given : overrides) {
-    if (!parameterNames().contains(given.name)) {
+    if (!m_graph.settings->values().contains(given.name)) {
       refuse(node, engine_messages::unknownOverride(given.name, parameterNames()));
     }
   }
@@ -193,7 +216,7 @@ void GraphDocument::readAction(const XMLNode& node) {
   if (name.isEmpty()) {
     refuse(node, engine_messages::emptyActionName());
   }
-  const int taken = m_graph.indexOf(name);
+  const int taken = m_indexOfAction.value(name, -1);
   if (taken >= 0) {
     refuse(node, engine_messages::actionTwice(
                      name, m_graph.actions[static_cast<std::size_t>(taken)].place.line));
@@ -206,6 +229,9 @@ void GraphDocument::readAction(const XMLNode& node) {
   {
     const AttributeReading::Scope scope(reading);
     item.reset(entry->prototype->createFromXML(node, m_graph.settings.get()));
+  }
+  if (taken < 0) {
+    m_indexOfAction.insert(name, static_cast<int>(m_graph.actions.size()));
   }
   m_graph.actions.push_back({name, node.place(), std::move(item)});
   reportAttributes(node, reading);
@@ -261,10 +287,15 @@ void GraphDocument::checkParameterNames(const XMLNode& action) {
     const XMLNode node = open.back();
     open.pop_back();
     for (int i = 0; i < node.nAttribute(); ++i) {
-      QString unknown;
-      m_graph.settings->expandString2(node.attributeValue(i), &unknown);
-      if (!unknown.isNull() && !isFreeText(node.attributeName(i))) {
-        refuse(node, engine_messages::unknownParameter(unknown, parameterNames()));
+      if (isFreeText(node.attributeName(i))) {
+        continue;
+      }
+      const ParameterExpansion expansion(node.attributeValue(i), m_graph.settings->values());
+      if (!expansion.unknownName().isNull()) {
+        refuse(node, engine_messages::unknownParameter(expansion.unknownName(), parameterNames()));
+      } else if (expansion.isTooLong()) {
+        refuse(node, engine_messages::attributeTooLong(node.attributeName(i), node.name(),
+                                                       ParameterExpansion::kLongestText));
       }
     }
     for (int i = node.nChildNode() - 1; i >= 0; --i) {
@@ -298,14 +329,12 @@ void GraphDocument::readLink(const XMLNode& node) {
   if (from.action < 0 || to.action < 0) {
     return;
   }
-  const bool isTaken = std::any_of(
-      m_graph.links.begin(), m_graph.links.end(),
-      [&to](const GraphLink& link) { return link.to == to.action && link.toPin == to.pin; });
-  if (isTaken) {
+  if (m_linkedPins.contains({to.action, to.pin})) {
     refuse(node, engine_messages::pinLinkedTwice(
                      m_graph.actions[static_cast<std::size_t>(to.action)].name, to.pin));
     return;
   }
+  m_linkedPins.insert({to.action, to.pin});
   m_graph.links.push_back({from.action, from.pin, to.action, to.pin});
   m_linkNodes.push_back(node);
 }
@@ -317,7 +346,7 @@ GraphDocument::EndOfLink GraphDocument::endOfLink(const XMLNode& node, const cha
   if (name.isNull()) {
     return {};
   }
-  EndOfLink end{m_graph.indexOf(name), 0};
+  EndOfLink end{m_indexOfAction.value(name, -1), 0};
   if (end.action < 0) {
     if (m_hasAllActions) {
       refuse(node, engine_messages::linkToAbsentAction(name, nearestNames(name, actionNames())));
@@ -341,7 +370,7 @@ GraphDocument::EndOfLink GraphDocument::endOfLink(const XMLNode& node, const cha
 }
 
 void GraphDocument::checkCycles(const XMLNode& links) {
-  const std::vector<int> cycle = findCycle(m_graph);
+  const std::vector<int> cycle = GraphLinks(m_graph).findCycle();
   if (cycle.empty()) {
     return;
   }

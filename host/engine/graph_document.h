@@ -5,6 +5,11 @@
 // Errors: collected; the graph is whole only when there are none.
 #pragma once
 
+#include <utility>
+
+#include <QHash>
+#include <QSet>
+
 #include "host/contract/attribute_reading.h"
 #include "host/engine/graph_reader.h"
 
@@ -46,12 +51,17 @@ class GraphDocument {
   EndOfLink endOfLink(const XMLNode& node, const char16_t* nameOfAction, const char16_t* nameOfPin,
                       bool isInput);
   void checkCycles(const XMLNode& links);
+  // The value with the parameters in it replaced; as it is when that is refused.
+  QString expandedValue(const XMLNode& node, const QString& name, const QString& value);
   QStringList parameterNames() const;
   QStringList actionNames() const;
 
   const ActionCatalogue& m_catalogue;
   Graph m_graph;
   GraphErrors m_errors;
+  QHash<QString, int> m_indexOfAction;
+  QSet<std::pair<int, int>> m_linkedPins;  // of input pins, the action and the pin
+  long long m_growthOfParameters = 0;      // by replacing the parameters in their values
   bool m_hasAllActions = true;       // no action was refused, so that cycles and links can be told
   std::vector<XMLNode> m_linkNodes;  // of the graph's links
 };

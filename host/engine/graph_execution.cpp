@@ -6,9 +6,6 @@ namespace kelvarin {
 
 namespace {
 
-// Calls of one sink before the others get their turn.
-constexpr int kCallsInATurn = 256;
-
 constexpr std::size_t at(int index) {
   return static_cast<std::size_t>(index);
 }
@@ -24,29 +21,22 @@ GraphExecution::GraphExecution(const Graph& graph, std::vector<RunRecord*> recor
       m_progress(options.progress
                      ? std::function<void()>([this] { m_options.progress(progress()); })
                      : nullptr),
-      m_order(actionsInOrder(graph)),
-      m_isFork(graph.actions.size()) {
-  std::vector<int> readers(graph.actions.size());
+      m_links(graph),
+      m_order(m_links.order()),
+      m_schedule(m_links, m_order, m_actions) {
   for (int i = 0; i < static_cast<int>(graph.actions.size()); ++i) {
-    m_upstream.push_back(actionsUpstreamOf(graph, i));
     m_linkOfPin.emplace_back(at(graph.actions[at(i)].item->inputPinCount()));
     m_actions.push_back(m_records[at(i)] == nullptr
                             ? nullptr
-                            : std::make_unique<RunningAction>(*graph.actions[at(i)].item,
+                            : std::make_unique<RunningAction>(*graph.actions[at(i)].item, i,
                                                               *m_records[at(i)], stopSwitch,
                                                               m_progress));
   }
-  for (const GraphLink& link : graph.links) {
-    readers[at(link.from)] += takesPart(link) ? 1 : 0;
-  }
-  std::transform(readers.begin(), readers.end(), m_isFork.begin(),
-                 [](int count) { return count > 1; });
   for (const GraphLink& link : graph.links) {
     if (takesPart(link)) {
       makeLink(link);
     }
   }
-  findSinks();
 }
 
 GraphExecution::~GraphExecution() {
@@ -70,88 +60,34 @@ std::unique_ptr<RowLink> GraphExecution::newLink(const GraphLink& link, RunningA
   if (from.record().mustComputeFull && !to.record().mustComputeFull && link.toPin == 0) {
     return std::make_unique<ColumnsLink>(from, pin, m_options);
   }
-  if (m_isFork[at(link.from)]) {
-    auto made = std::make_unique<QueueLink>(from, pin, to, m_options, *this);
-    addReader(link, made.get());
-    keepBelowForks(link, made->heldRow());
+  if (isForked(link.from)) {
+    Fork& fork = forkOf(from, pin);
+    auto made = std::make_unique<QueueLink>(from, pin, to, fork, m_options);
+    fork.addReader(made.get());
     to.addQueue(made.get());
     return made;
-  }
-  const std::vector<bool>& upstream = m_upstream[at(link.from)];
-  for (std::size_t i = 0; i < upstream.size(); ++i) {
-    if (upstream[i] && m_isFork[i]) {
-      auto made = std::make_unique<HoldingLink>(from, pin, m_options);
-      keepBelowForks(link, made->heldRow());
-      return made;
-    }
   }
   return std::make_unique<StraightLink>(from, pin, m_options);
 }
 
-void GraphExecution::addReader(const GraphLink& link, QueueLink* reader) {
-  OutputPin& pin = action(link.from)->output(link.fromPin);
+// The action's rows go to several readers, of one of its pins or of several.
+bool GraphExecution::isForked(int action) const {
+  int readers = 0;
+  for (const GraphLink& link : m_links.from(action)) {
+    readers += takesPart(link) ? 1 : 0;
+    if (readers > 1) {
+      return true;
+    }
+  }
+  return false;
+}
+
+Fork& GraphExecution::forkOf(RunningAction& producer, OutputPin& pin) {
   if (pin.receiver == nullptr) {
-    m_forks.push_back(std::make_unique<Fork>());
+    m_forks.push_back(std::make_unique<Fork>(producer, m_options, m_schedule));
     pin.receiver = m_forks.back().get();
   }
-  static_cast<Fork*>(pin.receiver)->addReader(reader);
-}
-
-// The row shows values of every action upstream of it; those that others can make go on must wait
-// for its copy.
-void GraphExecution::keepBelowForks(const GraphLink& link, HeldRow& row) {
-  for (std::size_t i = 0; i < m_isFork.size(); ++i) {
-    const bool isAbove = static_cast<int>(i) == link.from || m_upstream[at(link.from)][i];
-    if (isAbove && m_isFork[i] && m_actions[i] != nullptr) {
-      m_actions[i]->addRowToKeep(&row);
-    }
-  }
-}
-
-void GraphExecution::findSinks() {
-  for (const int index : m_order) {
-    const bool isRead = std::any_of(
-        m_graph.links.begin(), m_graph.links.end(),
-        [this, index](const GraphLink& link) { return link.from == index && takesPart(link); });
-    if (action(index) == nullptr || isRead) {
-      continue;
-    }
-    Sink sink{action(index), {}, {}};
-    for (std::size_t i = 0; i < m_actions.size(); ++i) {
-      const bool isAbove = static_cast<int>(i) == index || m_upstream[at(index)][i];
-      if (!isAbove || m_actions[i] == nullptr) {
-        continue;
-      }
-      sink.upstream.push_back(m_actions[i].get());
-      for (const RowLink* link : m_linkOfPin[i]) {
-        if (const auto* queue = dynamic_cast<const QueueLink*>(link)) {
-          sink.queues.push_back(queue);
-        }
-      }
-    }
-    m_sinks.push_back(std::move(sink));
-  }
-}
-
-long long GraphExecution::Sink::bytesWaiting() const {
-  long long bytes = 0;
-  for (const QueueLink* queue : queues) {
-    bytes += queue->bytesWaiting();
-  }
-  return bytes;
-}
-
-long long GraphExecution::Sink::rowsWaiting() const {
-  long long rows = 0;
-  for (const QueueLink* queue : queues) {
-    rows += queue->rowsWaiting();
-  }
-  return rows;
-}
-
-bool GraphExecution::Sink::canRunNow() const {
-  return action->canGoOn() && std::none_of(upstream.begin(), upstream.end(),
-                                           [](const auto* other) { return other->isComputing(); });
+  return static_cast<Fork&>(*pin.receiver);
 }
 
 bool GraphExecution::open() {
@@ -163,48 +99,6 @@ bool GraphExecution::open() {
     }
   }
   return isOpen;
-}
-
-void GraphExecution::drive() {
-  while (Sink* sink = nextSink()) {
-    for (int i = 0; i < kCallsInATurn && sink->action->advance(); ++i) {
-    }
-  }
-}
-
-GraphExecution::Sink* GraphExecution::nextSink() {
-  Sink* next = nullptr;
-  long long mostBytes = -1;
-  for (std::size_t i = 1; i <= m_sinks.size(); ++i) {
-    Sink& sink = m_sinks[(m_lastSink + i) % m_sinks.size()];
-    if (!sink.action->canGoOn()) {
-      continue;
-    }
-    const long long bytes = sink.bytesWaiting();
-    if (bytes > mostBytes) {
-      mostBytes = bytes;
-      next = &sink;
-    }
-  }
-  if (next != nullptr) {
-    m_lastSink = static_cast<std::size_t>(next - m_sinks.data());
-  }
-  return next;
-}
-
-// A long pull of one sink has filled queues of others: those that do not need the actions at work
-// may empty them.
-void GraphExecution::relieve() {
-  if (m_isRelieving) {
-    return;
-  }
-  m_isRelieving = true;
-  for (Sink& sink : m_sinks) {
-    for (long long calls = sink.canRunNow() ? sink.rowsWaiting() : 0;
-         calls > 0 && sink.rowsWaiting() > 0 && sink.action->advance(); --calls) {
-    }
-  }
-  m_isRelieving = false;
 }
 
 void GraphExecution::close() {

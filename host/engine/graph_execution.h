@@ -1,7 +1,6 @@
-// Drives the actions of a graph, or of a part of it, through one run.
+// Drives the actions of a graph, or of a part of it, through one run: makes their links, opens them,
+// has their sinks pull (sink_schedule.h), closes them, and counts.
 //
-// Sinks (actions whose rows nobody in the run reads) are called in turns; they pull what they need
-// from upstream. The sink for which most bytes wait comes first, so that queues stay short.
 // Used by: run_graph.cpp, check_graph.cpp, branch_run.cpp.
 // Threads: the engine thread, but for wakeAll().
 // Errors: logged on behalf of an action, and its record is failed.
@@ -11,26 +10,29 @@
 #include <vector>
 
 #include "host/engine/execution_options.h"
-#include "host/engine/graph.h"
+#include "host/engine/graph_links.h"
 #include "host/engine/row_links.h"
 #include "host/engine/running_action.h"
+#include "host/engine/sink_schedule.h"
 
 namespace kelvarin {
 
-class GraphExecution final : public CongestionRelief {
+class GraphExecution {
  public:
   // `records` has the record of every action of the graph, null for those that take no part. Where
   // a record computes in full and its reader's does not, the reader gets the columns and no rows;
   // variable tables, on pins after the first, get their rows. `stopSwitch` stops everything.
   GraphExecution(const Graph& graph, std::vector<RunRecord*> records, const RunRecord& stopSwitch,
                  const ExecutionOptions& options);
+  GraphExecution(const GraphExecution&) = delete;
+  GraphExecution& operator=(const GraphExecution&) = delete;
   // Closes what an exception has left open.
-  ~GraphExecution() override;
+  ~GraphExecution();
 
   // False when an action refuses; all are asked, so that the log has every reason.
   bool open();
   // Runs until every sink has finished or the run stops.
-  void drive();
+  void drive() { m_schedule.drive(); }
   // Closes what was opened, sinks last. A record of an action that fails here is failed, whatever
   // it was before.
   void close();
@@ -46,23 +48,11 @@ class GraphExecution final : public CongestionRelief {
   std::vector<long long> rowsOut(int index) const;
 
  private:
-  struct Sink {
-    RunningAction* action;
-    std::vector<RunningAction*> upstream;
-    std::vector<const QueueLink*> queues;  // upstream of it
-    long long bytesWaiting() const;
-    long long rowsWaiting() const;
-    bool canRunNow() const;
-  };
-
   bool takesPart(const GraphLink& link) const;
   void makeLink(const GraphLink& link);
+  bool isForked(int action) const;
   std::unique_ptr<RowLink> newLink(const GraphLink& link, RunningAction& from, RunningAction& to);
-  void addReader(const GraphLink& link, QueueLink* reader);
-  void keepBelowForks(const GraphLink& link, HeldRow& row);
-  void findSinks();
-  Sink* nextSink();
-  void relieve() override;
+  Fork& forkOf(RunningAction& producer, OutputPin& pin);
   void closeAction(int index);
   RunProgress progress() const;
 
@@ -71,15 +61,12 @@ class GraphExecution final : public CongestionRelief {
   const RunRecord& m_stopSwitch;
   ExecutionOptions m_options;
   ProgressMeter m_progress;
+  GraphLinks m_links;
   std::vector<int> m_order;
-  std::vector<std::vector<bool>> m_upstream;  // [action][other]: other is upstream of action
-  std::vector<bool> m_isFork;                 // the action's rows go to several readers
   std::vector<std::unique_ptr<Fork>> m_forks;
   std::vector<std::vector<const RowLink*>> m_linkOfPin;  // [action][pin], null when not linked
   std::vector<std::unique_ptr<RunningAction>> m_actions;
-  std::vector<Sink> m_sinks;
-  std::size_t m_lastSink = 0;
-  bool m_isRelieving = false;
+  SinkSchedule m_schedule;
 };
 
 }  // namespace kelvarin

@@ -33,6 +33,29 @@ inline QString rowsLetGo(const QString& consumer, const QString& producer) {
       .arg(consumer, producer);
 }
 
+inline QString graphWithoutActions(const QString& file) {
+  return QStringLiteral(
+             "%1: the graph has no actions, so there is nothing to run. Put actions inside "
+             "<Actions>.")
+      .arg(file);
+}
+
+inline QString graphTooDeep(const QString& file, int depth, int deepest) {
+  return QStringLiteral(
+             "%1: %2 actions follow one another along the links; at most %3 can. Join some of "
+             "them: one Calculator has any number of outputs.")
+      .arg(file)
+      .arg(depth)
+      .arg(deepest);
+}
+
+inline QString noStack(int depth) {
+  return QStringLiteral(
+             "There is not enough memory to run %1 actions that follow one another along the "
+             "links.")
+      .arg(depth);
+}
+
 inline QString firstPinNotLinked(const QString& action) {
   return QStringLiteral("Nothing is linked to input pin 0 of '%1': it gets no rows.").arg(action);
 }
@@ -165,6 +188,37 @@ inline QString unknownParameter(const QString& name, const QStringList& known) {
              ? QStringLiteral("there is no parameter '%1': the graph declares none here.").arg(name)
              : QStringLiteral("there is no parameter '%1'; the parameters are: %2.")
                    .arg(name, known.join(QStringLiteral(", ")));
+}
+
+inline QString parameterOfItself(const QString& name) {
+  return QStringLiteral(
+             "the value of the parameter '%1' names the parameter itself; give it a value, or name "
+             "parameters that stand before it.")
+      .arg(name);
+}
+
+inline QString parameterTooLong(const QString& name, long long limit) {
+  return QStringLiteral(
+             "the value of the parameter '%1' becomes longer than %2 characters when the "
+             "parameters in it are replaced; shorten it, or name fewer parameters in it.")
+      .arg(name)
+      .arg(limit);
+}
+
+inline QString parametersTooLong(const QString& name, long long limit) {
+  return QStringLiteral(
+             "with the parameter '%1' the values of all parameters grow by more than %2 characters "
+             "when the parameters in them are replaced; shorten them.")
+      .arg(name)
+      .arg(limit);
+}
+
+inline QString attributeTooLong(const QString& attribute, const QString& element, long long limit) {
+  return QStringLiteral(
+             "the attribute '%1' of <%2> becomes longer than %3 characters when the parameters in "
+             "it are replaced; shorten it, or name fewer parameters in it.")
+      .arg(attribute, element)
+      .arg(limit);
 }
 
 inline QString unknownOverride(const QString& name, const QStringList& known) {

@@ -1,19 +1,19 @@
 // The ways in which rows go from an output pin to an input pin.
 //
-// A straight link makes the producer go on and hands its row over as it is. Where a row of the
-// producer goes to more than one reader, each reader has a queue link: the reader that is asking
-// gets the row itself, the others a copy in their queue. Below such a place rows are held
-// (held_row.h). Every link lets its reader look ahead at what the producer, or the queue, has in
-// hand: only the reader's own next row makes that go. Rows are taken together along straight links
-// only, where nobody else waits for what the actions above do meanwhile.
-// Used by: graph_execution.cpp.
+// A straight link makes the producer go on and hands its row over as it is: nobody else can make
+// the producer, or anything between it and the next fork above, go on meanwhile. Where rows of an
+// action go to more than one reader, a fork copies each row once into a queue, and each reader
+// takes it from there; so nothing below a fork shows values that belong to actions above it. Every
+// link lets its reader look ahead at what the producer, or the queue, has ready: only the reader's
+// own next row makes that go. Rows are taken together along straight links only, where nobody else
+// waits for what the actions above do meanwhile.
+// Used by: graph_execution.cpp, sink_schedule.cpp, running_action.cpp.
 // Threads: the engine thread.
 #pragma once
 
 #include <vector>
 
 #include "host/contract/pin_ports.h"
-#include "host/engine/held_row.h"
 #include "host/engine/row_queue.h"
 #include "host/engine/running_action.h"
 
@@ -29,12 +29,6 @@ class RowLink : public InputPin {
   ActionItem* upstreamAction() const override { return &m_producer.item(); }
 
  protected:
-  // Makes the producer go on until a row is ready; false when there is none.
-  bool produceRow();
-  RowsAhead rowsOfProducer() const {
-    return m_looksAhead ? m_pin.rowsAheadFrom(m_rowsRead - 1) : RowsAhead{};
-  }
-
   RunningAction& m_producer;
   OutputPin& m_pin;
   const bool m_looksAhead;
@@ -45,21 +39,10 @@ class StraightLink final : public RowLink {
  public:
   using RowLink::RowLink;
   const OneRow* next() override;
-  RowsAhead rowsAhead() const override { return rowsOfProducer(); }
+  RowsAhead rowsAhead() const override {
+    return m_looksAhead ? m_pin.rowsAheadFrom(m_rowsRead - 1) : RowsAhead{};
+  }
   void take(std::size_t count) override;
-};
-
-// A straight link below a place where rows go to several readers.
-class HoldingLink final : public RowLink {
- public:
-  HoldingLink(RunningAction& producer, OutputPin& pin, const ExecutionOptions& options)
-      : RowLink(producer, pin, options), m_held(pin) {}
-  const OneRow* next() override;
-  RowsAhead rowsAhead() const override;
-  HeldRow& heldRow() { return m_held; }
-
- private:
-  HeldRow m_held;
 };
 
 // Gives the producer's columns, once it has announced them, and no rows.
@@ -69,75 +52,81 @@ class ColumnsLink final : public RowLink {
   const OneRow* next() override;
 };
 
-// Asked for help where rows pile up for a reader that could run.
+class Fork;
+
+// Asked for help where rows pile up for readers that could run.
 class CongestionRelief {
  public:
   virtual ~CongestionRelief() = default;
-  void ask() { m_isAsked = true; }
+  void ask(Fork& congested) { m_congested.push_back(&congested); }
   void relieveWhenAsked() {
-    if (m_isAsked) [[unlikely]] {
-      m_isAsked = false;
+    if (!m_congested.empty()) [[unlikely]] {
       relieve();
     }
   }
 
+ protected:
+  std::vector<Fork*> m_congested;
+
  private:
   virtual void relieve() = 0;
-
-  bool m_isAsked = false;
 };
 
 class QueueLink final : public RowLink {
  public:
-  QueueLink(RunningAction& producer, OutputPin& pin, RunningAction& consumer,
-            const ExecutionOptions& options, CongestionRelief& relief)
-      : RowLink(producer, pin, options),
-        m_consumer(consumer),
-        m_held(pin),
-        m_queue(options),
-        m_relief(relief) {}
+  QueueLink(RunningAction& producer, OutputPin& pin, RunningAction& consumer, Fork& fork,
+            const ExecutionOptions& options);
 
   const OneRow* next() override;
-  RowsAhead rowsAhead() const override;
-  HeldRow& heldRow() { return m_held; }
+  RowsAhead rowsAhead() const override {
+    return m_looksAhead ? m_reader.rowsAhead() : RowsAhead{};
+  }
 
-  // A row of the producer.
-  void receive(const OneRow& row);
-  // The consumer takes no more rows.
-  void letGo();
+  RunningAction& consumer() const { return m_consumer; }
   bool wasAsked() const { return m_wasAsked; }
-  long long bytesWaiting() const { return m_queue.byteCount(); }
-  long long rowsWaiting() const { return m_queue.rowCount(); }
+  long long rowsWaiting() const { return m_isLetGo ? 0 : m_pin.rowsPublished - m_rowsRead; }
+  // The consumer takes no more rows. What it makes of the last one may still be read.
+  void letGo();
+  // That is not read any more either.
+  void release() { m_reader.release(); }
+
+ private:
+  bool waitForRow();
+  bool askAgain();
+  const OneRow* end();
+
+  RunningAction& m_consumer;
+  Fork& m_fork;
+  RowQueue::Reader m_reader;
+  PinOutMetaData m_metaData;
+  OneRow m_row{&m_metaData};
+  bool m_hasColumns = false;
+  bool m_wasAsked = false;
+  bool m_isLetGo = false;
+};
+
+// Where the rows of one output pin go to several readers, or wait for the reader of another pin.
+class Fork final : public RowReceiver {
+ public:
+  Fork(RunningAction& producer, const ExecutionOptions& options, CongestionRelief& relief)
+      : m_producer(producer), m_queue(options), m_relief(relief) {}
+
+  void addReader(QueueLink* reader) { m_readers.push_back(reader); }
+  const std::vector<QueueLink*>& readers() const { return m_readers; }
+  RowQueue& queue() { return m_queue; }
+  CongestionRelief& relief() { return m_relief; }
+  void receive(const OneRow& row) override;
+  // Its readers have been helped as far as they could be.
+  void noteRelief();
 
  private:
   static constexpr long long kCongestedBytes = 256 * 1024;
 
-  const OneRow* nextFromQueue();
-  const OneRow* nextFromProducer();
-
-  RunningAction& m_consumer;
-  HeldRow m_held;
+  RunningAction& m_producer;
   RowQueue m_queue;
   CongestionRelief& m_relief;
-  long long m_bytesToAskRelief = kCongestedBytes;
-  bool m_wasAsked = false;
-  bool m_isAsking = false;
-  bool m_isLetGo = false;
-  bool m_hasLostRows = false;
-};
-
-// Gives the rows of one output pin to its readers.
-class Fork final : public RowReceiver {
- public:
-  void addReader(QueueLink* reader) { m_readers.push_back(reader); }
-  void receive(const OneRow& row) override {
-    for (QueueLink* reader : m_readers) {
-      reader->receive(row);
-    }
-  }
-
- private:
   std::vector<QueueLink*> m_readers;
+  long long m_bytesToAskRelief = kCongestedBytes;
 };
 
 }  // namespace kelvarin

@@ -1,27 +1,15 @@
 #include "host/engine/row_queue.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace kelvarin {
 
 namespace {
 
-constexpr std::size_t kBatchBytes = 256 * 1024;
-
-// 0 where rows differ in size.
-std::size_t rowSizeOf(const std::vector<MetaTypeColumn>& columns) {
-  std::size_t size = 0;
-  for (const MetaTypeColumn type : columns) {
-    if (type != MetaTypeColumn::number && type != MetaTypeColumn::key) {
-      return 0;
-    }
-    size += sizeOfValue(type, nullptr);
-  }
-  return size;
-}
-
-constexpr unsigned char kMissingValue[8] = {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF};
+// Where readers keep up, rows change hands in the nearer caches of the processor; where they lag,
+// batches grow up to what is written to a disk at one time.
+constexpr std::size_t kSmallestBatch = 32 * 1024;
+constexpr std::size_t kLargestBatch = 256 * 1024;
 
 }  // namespace
 
@@ -30,168 +18,173 @@ RowQueue::RowQueue(const ExecutionOptions& options)
       m_spill(options.temporaryFolder) {}
 
 bool RowQueue::push(const OneRow& row) {
-  if (m_columns.empty()) {
-    for (int i = 0; i < row.sz(); ++i) {
-      m_columns.push_back(row.getMetaType(i));
-    }
-    m_rowSize = rowSizeOf(m_columns);
+  if (m_readerCount == 0) {
+    return true;
   }
-  const std::size_t size = sizeOf(row);
-  if (m_batches.empty() || m_batches.back().bytes == nullptr ||
-      m_batches.back().capacity - m_batches.back().used < size) {
+  if (!m_layout) [[unlikely]] {
+    m_layout.emplace(row);
+  }
+  const std::size_t size = m_layout->sizeOf(row);
+  if (m_batches.empty() || !m_batches.back().rows.hasSpaceFor(size)) {
     if (!startBatch(size)) {
       return false;
     }
   }
-  copyInto(m_batches.back(), row);
-  ++m_rowCount;
-  m_byteCount += static_cast<long long>(size);
+  Batch& batch = m_batches.back();
+  batch.rows.append(row, size);
+  m_bytesWaiting += batch.readersToCome > 0 ? static_cast<long long>(size) : 0;
   return true;
-}
-
-bool RowQueue::pop(unsigned char** values) {
-  if (m_rowsLeftInReading == 0 && !startReading()) {
-    return false;
-  }
-  unsigned char* place = m_reading.bytes.get() + m_readPosition;
-  const unsigned char* start = place;
-  for (std::size_t i = 0; i < m_columns.size(); ++i) {
-    values[i] = place;
-    place += sizeOfValue(m_columns[i], place);
-  }
-  m_readPosition += static_cast<std::size_t>(place - start);
-  m_byteCount -= place - start;
-  --m_rowsLeftInReading;
-  --m_rowCount;
-  return true;
-}
-
-RowsAhead RowQueue::rowsAhead() const {
-  if (m_rowSize == 0 || m_readPosition == 0) {
-    return {};
-  }
-  return {this, m_readPosition / m_rowSize - 1,
-          static_cast<std::size_t>(m_rowsLeftInReading) + 1};
-}
-
-const double* RowQueue::numbers(int column, std::size_t first, std::size_t count,
-                                double* room) const {
-  return valuesAhead(column, first, count, room);
-}
-
-const std::uint32_t* RowQueue::keys(int column, std::size_t first, std::size_t count,
-                                    std::uint32_t* room) const {
-  return valuesAhead(column, first, count, room);
-}
-
-template <typename Value>
-const Value* RowQueue::valuesAhead(int column, std::size_t first, std::size_t count,
-                                   Value* room) const {
-  const unsigned char* place = m_reading.bytes.get() + first * m_rowSize;
-  for (int i = 0; i < column; ++i) {
-    place += sizeOfValue(m_columns[static_cast<std::size_t>(i)], place);
-  }
-  for (std::size_t i = 0; i < count; ++i, place += m_rowSize) {
-    std::memcpy(room + i, place, sizeof(Value));
-  }
-  return room;
-}
-
-void RowQueue::clear() {
-  m_batches.clear();
-  m_reading = {};
-  m_spareBytes.reset();
-  m_readPosition = 0;
-  m_rowsLeftInReading = 0;
-  m_bytesInMemory = 0;
-  m_rowCount = 0;
-  m_byteCount = 0;
-  if (m_batchesOnDisk > 0) {
-    m_batchesOnDisk = 0;
-    m_spill.restart();
-  }
-}
-
-std::size_t RowQueue::sizeOf(const OneRow& row) const {
-  std::size_t size = 0;
-  unsigned char* const* values = row.getAllColForRead();
-  for (std::size_t i = 0; i < m_columns.size(); ++i) {
-    size += sizeOfValue(m_columns[i], values[i]);
-  }
-  return size;
-}
-
-void RowQueue::copyInto(Batch& batch, const OneRow& row) const {
-  unsigned char* place = batch.bytes.get() + batch.used;
-  const unsigned char* start = place;
-  unsigned char* const* values = row.getAllColForRead();
-  for (std::size_t i = 0; i < m_columns.size(); ++i) {
-    const std::size_t size = sizeOfValue(m_columns[i], values[i]);
-    std::memcpy(place, values[i] == nullptr ? kMissingValue : values[i], size);
-    place += size;
-  }
-  batch.used += static_cast<std::size_t>(place - start);
-  ++batch.rowCount;
 }
 
 // Once rows are on disk, every full batch goes there, since those in memory are read before them.
 bool RowQueue::startBatch(std::size_t rowSize) {
-  if (!m_batches.empty() && m_batches.back().bytes != nullptr &&
-      (m_bytesInMemory >= m_memoryLimit || m_batchesOnDisk > 0) && !spill(m_batches.back())) {
+  const bool isFull = m_bytesInMemory >= m_memoryLimit || m_batchesOnDisk > 0;
+  if (!m_batches.empty() && m_batches.back().readersToCome > 0 && isFull &&
+      !spill(m_batches.back())) {
     return false;
   }
-  m_batches.emplace_back();
-  giveRoom(m_batches.back(), rowSize);
+  const std::size_t capacity = std::max(nextCapacity(), rowSize);
+  m_batches.push_back({QueueBatch(*m_layout, takeMemory(capacity), capacity), m_readerCount});
   return true;
 }
 
-void RowQueue::giveRoom(Batch& batch, std::size_t size) {
-  batch.capacity = std::max(kBatchBytes, size);
-  batch.bytes = batch.capacity == kBatchBytes && m_spareBytes != nullptr
-                    ? std::move(m_spareBytes)
-                    : std::make_unique_for_overwrite<unsigned char[]>(batch.capacity);
-  m_bytesInMemory += batch.capacity;
+std::size_t RowQueue::nextCapacity() const {
+  if (m_batches.empty() || m_batches.back().readersToCome == 0) {
+    return kSmallestBatch;
+  }
+  return std::clamp(2 * m_batches.back().rows.capacity(), kSmallestBatch, kLargestBatch);
+}
+
+std::unique_ptr<unsigned char[]> RowQueue::takeMemory(std::size_t capacity) {
+  m_bytesInMemory += capacity;
+  return std::make_unique_for_overwrite<unsigned char[]>(capacity);
 }
 
 bool RowQueue::spill(Batch& batch) {
-  if (!m_spill.append(batch.bytes.get(), batch.used, &batch.fileOffset)) {
+  if (!m_spill.append(batch.rows.bytes(), batch.rows.size(), &batch.fileOffset)) {
     return false;
   }
   ++m_batchesOnDisk;
-  recycle(batch);
+  if (batch.readersInside == 0) {
+    unload(batch);
+  }
   return true;
 }
 
-bool RowQueue::startReading() {
-  recycle(m_reading);
-  m_reading = std::move(m_batches.front());
-  m_batches.pop_front();
-  m_readPosition = 0;
-  m_rowsLeftInReading = m_reading.rowCount;
-  if (m_reading.bytes != nullptr) {
-    return true;
-  }
-  giveRoom(m_reading, m_reading.used);
-  if (!m_spill.read(m_reading.fileOffset, m_reading.bytes.get(), m_reading.used)) {
+bool RowQueue::load(Batch& batch) {
+  batch.rows.putBytes(takeMemory(batch.rows.capacity()));
+  if (!m_spill.read(batch.fileOffset, batch.rows.bytes(), batch.rows.size())) {
+    unload(batch);
     return false;
+  }
+  return true;
+}
+
+void RowQueue::unload(Batch& batch) {
+  if (batch.rows.bytes() != nullptr) {
+    batch.rows.putBytes(nullptr);
+    m_bytesInMemory -= batch.rows.capacity();
+  }
+}
+
+// One reader fewer will come to the batch.
+void RowQueue::noteArrival(Batch& batch) {
+  if (--batch.readersToCome > 0) {
+    return;
+  }
+  m_bytesWaiting -= static_cast<long long>(batch.rows.size());
+  if (batch.fileOffset < 0) {
+    return;
   }
   if (--m_batchesOnDisk == 0) {
     m_spill.restart();
   } else {
-    m_spill.forget(m_reading.fileOffset, m_reading.used);
+    m_spill.forget(batch.fileOffset, batch.rows.size());
+  }
+  batch.fileOffset = -1;
+}
+
+void RowQueue::dropWhenRead(Batches::iterator batch) {
+  if (batch->readersInside > 0) {
+    return;
+  }
+  if (batch->readersToCome == 0) {
+    unload(*batch);
+    m_batches.erase(batch);
+  } else if (batch->fileOffset >= 0) {
+    unload(*batch);
+  }
+}
+
+void RowQueue::Reader::join() {
+  m_isJoined = true;
+  ++m_queue.m_readerCount;
+}
+
+bool RowQueue::Reader::hasRow() const {
+  return m_isJoined && ((isInside() && m_rowsTaken < m_batch->rows.rowCount()) ||
+                        nextBatch() != m_queue.m_batches.end());
+}
+
+bool RowQueue::Reader::next(unsigned char** values) {
+  if (!isInside() || m_rowsTaken == m_batch->rows.rowCount()) {
+    if (!enterNextBatch()) {
+      return false;
+    }
+  }
+  m_position = m_queue.m_layout->pointAt(m_position, values);
+  ++m_rowsTaken;
+  return true;
+}
+
+bool RowQueue::Reader::enterNextBatch() {
+  const Batches::iterator left = m_batch;
+  const bool wasInside = isInside();
+  m_batch = nextBatch();
+  if (m_batch->rows.bytes() == nullptr && !m_queue.load(*m_batch)) {
+    m_batch = left;
+    return false;
+  }
+  ++m_batch->readersInside;
+  m_queue.noteArrival(*m_batch);
+  m_rowsTaken = 0;
+  m_position = m_batch->rows.bytes();
+  if (wasInside) {
+    --left->readersInside;
+    m_queue.dropWhenRead(left);
   }
   return true;
 }
 
-void RowQueue::recycle(Batch& batch) {
-  if (batch.bytes == nullptr) {
+RowsAhead RowQueue::Reader::rowsAhead() const {
+  if (m_rowsTaken == 0 || m_queue.m_layout->rowSize() == 0) {
+    return {};
+  }
+  return {&m_batch->rows, m_rowsTaken - 1, m_batch->rows.rowCount() - m_rowsTaken + 1};
+}
+
+void RowQueue::Reader::leave() {
+  if (!m_isJoined) {
     return;
   }
-  m_bytesInMemory -= batch.capacity;
-  if (batch.capacity == kBatchBytes) {
-    m_spareBytes = std::move(batch.bytes);
+  m_isJoined = false;
+  --m_queue.m_readerCount;
+  for (Batches::iterator batch = nextBatch(); batch != m_queue.m_batches.end();) {
+    const Batches::iterator left = batch++;
+    m_queue.noteArrival(*left);
+    m_queue.dropWhenRead(left);
   }
-  batch.bytes.reset();
+}
+
+void RowQueue::Reader::release() {
+  if (!isInside()) {
+    return;
+  }
+  const Batches::iterator left = m_batch;
+  m_batch = m_queue.m_batches.end();
+  m_rowsTaken = 0;
+  --left->readersInside;
+  m_queue.dropWhenRead(left);
 }
 
 }  // namespace kelvarin

@@ -1,83 +1,97 @@
-// Rows that wait for their reader, first in, first out, with their bytes copied.
+// The rows of one output pin for its readers: each takes all of them, in order, at its own pace.
 //
-// Rows lie one after another in batches: per column the bytes of column_bytes.h, a missing value as
-// its type's missing-value bytes. Batches beyond the memory limit lie in a temporary file until
-// they are read. The rows of the batch that is being read may be looked at ahead where they all
-// have the same size: those of numbers and keys alone.
+// A row is copied in once, whatever the number of readers, and lies in a batch. A batch stays in
+// memory as long as a reader stands in it, so a row that a reader has taken stays what it is until
+// that reader takes its next one or gives it back, whatever the producer and the other readers do
+// meanwhile. Batches that nobody stands in and somebody still has to read lie in a temporary file
+// beyond the memory limit. What all have read goes.
 // Used by: row_links.cpp.
 // Threads: one.
-// Errors: false from push() and pop(), and errorText() says why.
+// Errors: false from push() and Reader::next(), and errorText() says why.
 #pragma once
 
 #include <cstddef>
-#include <deque>
+#include <list>
 #include <memory>
-#include <vector>
+#include <optional>
 
-#include "host/contract/one_row.h"
-#include "host/contract/rows_in_hand.h"
 #include "host/engine/execution_options.h"
+#include "host/engine/queue_batch.h"
 #include "host/engine/spill_file.h"
 
 namespace kelvarin {
 
-class RowQueue final : public RowsInHand {
+class RowQueue {
+ private:
+  struct Batch {
+    QueueBatch rows;
+    int readersToCome = 0;      // have not entered it yet
+    int readersInside = 0;      // last took one of its rows
+    long long fileOffset = -1;  // of its rows in the temporary file; -1 when they are not there
+  };
+  using Batches = std::list<Batch>;
+
  public:
+  class Reader {
+   public:
+    // Takes part from the next row on.
+    explicit Reader(RowQueue& queue) : m_queue(queue), m_batch(queue.m_batches.end()) {}
+    Reader(const Reader&) = delete;
+    Reader& operator=(const Reader&) = delete;
+
+    // Before the first row of the queue.
+    void join();
+    bool hasRow() const;
+    // Points `values` at the next row; there is one.
+    [[nodiscard]] bool next(unsigned char** values);
+    // The row taken last and those behind it in its batch.
+    RowsAhead rowsAhead() const;
+    // Takes no more rows. The one taken last stays.
+    void leave();
+    // The row taken last is not looked at any more; after leave().
+    void release();
+
+   private:
+    bool isInside() const { return m_batch != m_queue.m_batches.end(); }
+    Batches::iterator nextBatch() const {
+      return isInside() ? std::next(m_batch) : m_queue.m_batches.begin();
+    }
+    [[nodiscard]] bool enterNextBatch();
+
+    RowQueue& m_queue;
+    bool m_isJoined = false;
+    Batches::iterator m_batch;  // the one that the row taken last is in
+    std::size_t m_rowsTaken = 0;        // of the batch
+    unsigned char* m_position = nullptr;  // of the next row in it
+  };
+
   explicit RowQueue(const ExecutionOptions& options);
+  RowQueue(const RowQueue&) = delete;
+  RowQueue& operator=(const RowQueue&) = delete;
 
-  bool isEmpty() const { return m_rowCount == 0; }
-  long long rowCount() const { return m_rowCount; }
-  // Bytes of all rows that wait, in memory and on disk.
-  long long byteCount() const { return m_byteCount; }
-
-  // All rows of a queue have the columns of its first.
+  // All rows of a queue have the columns of its first. Without readers the row is dropped.
   [[nodiscard]] bool push(const OneRow& row);
-  // Points `values` at the oldest row, which stays valid until the next pop() or clear(). The queue
-  // is not empty.
-  [[nodiscard]] bool pop(unsigned char** values);
-  // The row that pop() gave last and those behind it in its batch.
-  RowsAhead rowsAhead() const;
-  const double* numbers(int column, std::size_t first, std::size_t count,
-                        double* room) const override;
-  const std::uint32_t* keys(int column, std::size_t first, std::size_t count,
-                            std::uint32_t* room) const override;
-  // Drops all rows and gives their memory and disk space back.
-  void clear();
-
+  // Of the batches that some reader has not come to, in memory and on disk.
+  long long bytesWaiting() const { return m_bytesWaiting; }
   const QString& errorText() const { return m_spill.errorText(); }
 
  private:
-  struct Batch {
-    std::unique_ptr<unsigned char[]> bytes;  // null while the rows are in the file
-    std::size_t capacity = 0;
-    std::size_t used = 0;
-    long long rowCount = 0;
-    long long fileOffset = -1;
-  };
-
-  std::size_t sizeOf(const OneRow& row) const;
-  void copyInto(Batch& batch, const OneRow& row) const;
   bool startBatch(std::size_t rowSize);
-  void giveRoom(Batch& batch, std::size_t size);
+  std::size_t nextCapacity() const;
+  std::unique_ptr<unsigned char[]> takeMemory(std::size_t capacity);
   bool spill(Batch& batch);
-  bool startReading();
-  template <typename Value>
-  const Value* valuesAhead(int column, std::size_t first, std::size_t count, Value* room) const;
-  void recycle(Batch& batch);
+  bool load(Batch& batch);
+  void unload(Batch& batch);
+  void noteArrival(Batch& batch);
+  void dropWhenRead(Batches::iterator batch);
 
   std::size_t m_memoryLimit;
-  std::vector<MetaTypeColumn> m_columns;
-  std::size_t m_rowSize = 0;  // of every row; 0 where rows differ
-  std::deque<Batch>
-      m_batches;  // the oldest, which is read, in front; the one being filled at the back
-  Batch m_reading;
-  std::size_t m_readPosition = 0;
-  long long m_rowsLeftInReading = 0;
-  std::unique_ptr<unsigned char[]> m_spareBytes;  // kBatchBytes of them, for the next batch
+  std::optional<RowLayout> m_layout;
+  Batches m_batches;  // the oldest in front; the one being filled at the back
+  int m_readerCount = 0;
   std::size_t m_bytesInMemory = 0;
+  long long m_bytesWaiting = 0;
   int m_batchesOnDisk = 0;
-  long long m_rowCount = 0;
-  long long m_byteCount = 0;
   SpillFile m_spill;
 };
 

@@ -1,7 +1,5 @@
 #include "host/engine/run_graph.h"
 
-#include <chrono>
-
 #include "host/engine/file_check.h"
 #include "host/engine/graph_execution.h"
 #include "host/engine/recording_services.h"
@@ -9,9 +7,10 @@
 
 namespace kelvarin {
 
-RunResult runGraph(Graph& graph, RunRecord& record, const ExecutionOptions& options) {
-  const auto start = std::chrono::steady_clock::now();
-  RecordingServices services;
+namespace {
+
+RunResult runOnThisStack(const Graph& graph, RunRecord& record, const ExecutionOptions& options,
+                         RecordingServices& services) {
   tellWarnings(graph);
   GraphExecution execution(graph, std::vector<RunRecord*>(graph.actions.size(), &record), record,
                            options);
@@ -24,10 +23,15 @@ RunResult runGraph(Graph& graph, RunRecord& record, const ExecutionOptions& opti
   // their places.
   record.endNormally();
   execution.close();
-  RunResult result = resultOf(graph, execution, services);
-  result.state = record.status;
-  result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  return result;
+  return resultOf(graph, execution, services);
+}
+
+}  // namespace
+
+RunResult runGraph(Graph& graph, RunRecord& record, const ExecutionOptions& options) {
+  return resultOfWork(graph, record, [&](RecordingServices& services) {
+    return runOnThisStack(graph, record, options, services);
+  });
 }
 
 }  // namespace kelvarin

@@ -1,5 +1,9 @@
 #include "host/engine/run_results.h"
 
+#include <chrono>
+
+#include "host/engine/graph_stack.h"
+
 namespace kelvarin {
 
 namespace {
@@ -21,6 +25,20 @@ std::vector<PinColumns> columnsOf(const RunningAction* action) {
 }
 
 }  // namespace
+
+RunResult resultOfWork(const Graph& graph, RunRecord& record,
+                       const std::function<RunResult(RecordingServices&)>& work) {
+  const auto start = std::chrono::steady_clock::now();
+  RecordingServices services;
+  RunResult result;
+  if (!workOnGraphStack(graph, [&] { result = work(services); })) {
+    record.fail();
+    result.log = services.takeLog();
+  }
+  result.state = record.status;
+  result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  return result;
+}
 
 RunResult resultOf(const Graph& graph, const GraphExecution& execution,
                    RecordingServices& services) {

@@ -30,9 +30,10 @@ class OnBehalfOf {
 
 }  // namespace
 
-RunningAction::RunningAction(ActionItem& item, RunRecord& record, const RunRecord& stopSwitch,
-                             ProgressMeter& progress)
+RunningAction::RunningAction(ActionItem& item, int index, RunRecord& record,
+                             const RunRecord& stopSwitch, ProgressMeter& progress)
     : m_item(item),
+      m_index(index),
       m_record(record),
       m_stopSwitch(stopSwitch),
       m_progress(progress),
@@ -84,9 +85,7 @@ bool RunningAction::close() {
   }
   m_isOpen = false;
   const char failure = guarded([this] { return m_item.close(); }, 1);
-  for (QueueLink* queue : m_queues) {
-    queue->letGo();
-  }
+  letRowsGo();
   return failure == 0 && !m_item.hasFailed();
 }
 
@@ -100,7 +99,7 @@ void RunningAction::compute() {
     noteFirstRow();
   }
   if (m_isFinished) {
-    noteFinished();
+    letRowsGo();
   }
 }
 
@@ -117,9 +116,18 @@ void RunningAction::noteFirstRow() {
   }
 }
 
-void RunningAction::noteFinished() {
+void RunningAction::letRowsGo() {
   for (QueueLink* queue : m_queues) {
     queue->letGo();
+  }
+}
+
+// Asked for a row after its end: the one before, which may show values of its queues, is done with.
+void RunningAction::releaseRows() {
+  if (m_isFinished) {
+    for (QueueLink* queue : m_queues) {
+      queue->release();
+    }
   }
 }
 

@@ -10,7 +10,6 @@
 
 #include "host/contract/action_item.h"
 #include "host/contract/host_services.h"
-#include "host/engine/held_row.h"
 #include "host/engine/progress_meter.h"
 
 namespace kelvarin {
@@ -19,15 +18,16 @@ class QueueLink;
 
 class RunningAction {
  public:
-  // `record` is what the action sees; `stopSwitch` is the record through which the user stops,
-  // often the same.
-  RunningAction(ActionItem& item, RunRecord& record, const RunRecord& stopSwitch,
-                ProgressMeter& progress);
+  // `index` is the action's in its graph. `record` is what the action sees; `stopSwitch` is the
+  // record through which the user stops, often the same.
+  RunningAction(ActionItem& item, int index, RunRecord& record,
+                const RunRecord& stopSwitch, ProgressMeter& progress);
   ~RunningAction();
   RunningAction(const RunningAction&) = delete;
   RunningAction& operator=(const RunningAction&) = delete;
 
   ActionItem& item() const { return m_item; }
+  int index() const { return m_index; }
   ActionPorts& ports() { return m_ports; }
   const ActionPorts& ports() const { return m_ports; }
   OutputPin& output(int pin) const { return *m_ports.outputs[static_cast<std::size_t>(pin)]; }
@@ -45,11 +45,9 @@ class RunningAction {
 
   // Calls the row routine once; false when the action will not produce anything more.
   bool advance() {
-    if (!canGoOn()) {
+    if (!canGoOn()) [[unlikely]] {
+      releaseRows();
       return false;
-    }
-    for (HeldRow* row : m_rowsToKeep) {
-      row->keep();
     }
     compute();
     return true;
@@ -58,24 +56,24 @@ class RunningAction {
   // Logs an error on behalf of the action and fails its run.
   void fail(const QString& text);
 
-  // Rows of other actions that show this action's values.
-  void addRowToKeep(HeldRow* row) { m_rowsToKeep.push_back(row); }
   void addQueue(QueueLink* queue) { m_queues.push_back(queue); }
+  // It takes no more rows, from any pin. The row that it made last may still be read.
+  void letRowsGo();
 
  private:
   void compute();
   void noteFirstRow();
-  void noteFinished();
+  void releaseRows();
   template <typename Call>
   auto guarded(Call call, decltype(call()) afterException);
 
   ActionItem& m_item;
+  const int m_index;
   RunRecord& m_record;
   const RunRecord& m_stopSwitch;
   ProgressMeter& m_progress;
   const ActionItem*& m_currentAction;  // of this thread
   ActionPorts m_ports;
-  std::vector<HeldRow*> m_rowsToKeep;
   std::vector<QueueLink*> m_queues;  // of this action's input pins
   bool m_isOpen = false;
   bool m_hasBegun = false;

@@ -135,10 +135,37 @@ TEST_F(GraphReader, ReplacesParametersAndListsTheKnownOnes) {
       errors(
           "<KelvarinGraph>\n<Parameters>\n<Parameter name='a' value='${a}'/>\n<Parameter name='a' "
           "value=''/>\n<Parameter/>\n</Parameters></KelvarinGraph>"),
-      "g.kelvarin:3:1: there is no parameter 'a': the graph declares none here.\n"
+      "g.kelvarin:3:1: the value of the parameter 'a' names the parameter itself; give it a "
+      "value, or name parameters that stand before it.\n"
       "g.kelvarin:4:1: the parameter 'a' is declared twice.\n"
       "g.kelvarin:5:1: <Parameter> needs the attribute 'name'.\n"
       "g.kelvarin:5:1: <Parameter> needs the attribute 'value'.\n");
+}
+
+// Thirty short values that double one another would take gigabytes.
+TEST_F(GraphReader, BoundsWhatParametersGrowTo) {
+  std::string doubling = "<Parameter name='p0' value='0123456789'/>\n";
+  std::string wide;
+  for (int i = 1; i <= 16; ++i) {
+    const std::string before = "${p" + std::to_string(i - 1) + "}";
+    doubling += "<Parameter name='p" + std::to_string(i) + "' value='" + before + before + "'/>\n";
+  }
+  for (int i = 0; i < 30; ++i) {
+    wide += "<Parameter name='w" + std::to_string(i) + "' value='${p16}'/>\n";
+  }
+  const auto graphWith = [&doubling](const std::string& rest) {
+    return "<KelvarinGraph>\n<Parameters>\n" + doubling + rest + "</KelvarinGraph>";
+  };
+  EXPECT_EQ(errors(graphWith("</Parameters>")), "");
+  EXPECT_EQ(errors(graphWith("<Parameter name='q' value='${p16}${p16}'/></Parameters>")),
+            "g.kelvarin:20:1: the value of the parameter 'q' becomes longer than 1048576 characters "
+            "when the parameters in it are replaced; shorten it, or name fewer parameters in it.\n");
+  EXPECT_EQ(errors(graphWith(wide + "</Parameters>")).substr(0, 61),
+            "g.kelvarin:43:1: with the parameter 'w23' the values of all p");
+  EXPECT_EQ(errors(graphWith("</Parameters><Actions>\n<Count name='s' file='${p16}${p16}'/>"
+                             "</Actions>")),
+            "g.kelvarin:21:1: the attribute 'file' of <Count> becomes longer than 1048576 characters "
+            "when the parameters in it are replaced; shorten it, or name fewer parameters in it.\n");
 }
 
 TEST_F(GraphReader, TellsWhyAFileCannotBeRead) {

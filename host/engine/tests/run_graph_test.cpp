@@ -1,4 +1,6 @@
 // How rows travel through graphs, and how a run begins and ends.
+#include <chrono>
+
 #include <gtest/gtest.h>
 
 #include "host/engine/tests/test_actions.h"
@@ -66,6 +68,54 @@ TEST(RunGraph, HoldsRowsOverStepsWhileOthersPullTheSource) {
   ASSERT_EQ(t.seen.values["w"].size(), 3000u);
   EXPECT_EQ(t.seen.values["w"][2999], 2.0 * 2999);
   EXPECT_EQ(t.seen.values["x"], countedTo(3000));
+}
+
+// The last row of a reader that finishes as it publishes it is read after the reader's end, while the
+// others go on and the queue of the fork moves and goes to disk.
+TEST(RunGraph, ARowOutlivesTheEndOfTheReaderThatPublishedIt) {
+  for (const long long memory : {64LL << 20, 0LL}) {
+    TestGraph t(
+        "<Count name='s' rows='30000' texts='1'/>"
+        "<Pass name='one' stops='1'/><Pass name='below'/><Collect name='a'/>"
+        "<Pass name='late' stops='20000'/><EveryNth name='f' n='19999'/><Collect name='b'/>"
+        "<Pass name='twice'/><Pass name='few' stops='7'/><Collect name='c'/><Collect name='d'/>"
+        "<Collect name='all'/>",
+        "s one, one below, below a, s late, late f, f b, s twice, twice few, few c, twice d, s all");
+    t.options.queueMemoryBytes = memory;
+    EXPECT_TRUE(t.run().isOk());
+    EXPECT_EQ(t.seen.values["a"], countedTo(1));
+    EXPECT_EQ(t.seen.values["b"], (std::vector<double>{0, 19999}));
+    EXPECT_EQ(t.seen.values["c"], countedTo(7));
+    EXPECT_EQ(t.seen.values["d"], countedTo(30000));
+    EXPECT_EQ(t.seen.values["all"], countedTo(30000));
+    for (const auto& [name, calls] : t.seen.calls) {
+      EXPECT_EQ(calls, (Calls{"init", "close"})) << name;  // no wrong text
+    }
+  }
+}
+
+// With the last reader the queue's batches go, but not the one that its last row lies in.
+TEST(RunGraph, ARowOutlivesTheEndOfAllReaders) {
+  TestGraph t(
+      "<Count name='s' rows='3000' texts='1'/><Pass name='p' stops='1'/><Collect name='a'/>"
+      "<Pass name='q' stops='3000'/><Collect name='b'/>",
+      "s p, p a, s q, q b");
+  EXPECT_TRUE(t.run().isOk());
+  EXPECT_EQ(t.seen.values["b"], countedTo(3000));
+  EXPECT_EQ(t.seen.calls["b"], (Calls{"init", "close"}));
+}
+
+// What lies between a fork and a reader that has finished asks for nothing more: rows kept for it
+// would fill the disk.
+TEST(RunGraph, KeepsNoRowsForABranchWhoseSinksHaveFinished) {
+  TestGraph t(
+      "<Count name='s' rows='300000' texts='1'/><Pass name='p'/><Pass name='q'/>"
+      "<Pass name='few' stops='3'/><Collect name='a'/><Collect name='b' quiet='1'/>",
+      "s p, p q, q few, few a, s b");
+  t.options.queueMemoryBytes = 1 << 20;
+  t.options.temporaryFolder = QStringLiteral("/nonexistent");  // any row on disk would fail the run
+  EXPECT_TRUE(t.run().isOk());
+  EXPECT_EQ(t.seen.values["a"], countedTo(3));
 }
 
 TEST(RunGraph, DropsRowsThatNobodyReads) {
@@ -167,6 +217,37 @@ TEST(RunGraph, WarnsOfAnActionWithoutRows) {
   EXPECT_TRUE(t.run().isOk());
   EXPECT_EQ(t.host.log(),
             (Strings{"warning: Nothing is linked to input pin 0 of 'w': it gets no rows."}));
+}
+
+TEST(RunGraph, SaysThatThereIsNothingToRun) {
+  for (const auto work : {&runGraph, &checkGraph}) {
+    TestGraph t("", "");
+    EXPECT_EQ(work(t.graph, t.record, t.options).state, RunningState::failed);
+    EXPECT_EQ(t.host.log(), (Strings{"error: /tests/graph.kelvarin: the graph has no actions, so "
+                                     "there is nothing to run. Put actions inside <Actions>."}));
+  }
+}
+
+// Each action is called from within the next one. The time limit is that of a graph whose set-up
+// takes time in proportion to its size, many times over.
+TEST(RunGraph, RunsThousandsOfActionsOneBehindTheOtherAndSideBySide) {
+  constexpr int kActions = 5000;
+  std::string chain = "<Count name='p0' rows='300'/>";
+  std::string star;
+  std::string links;
+  for (int i = 1; i <= kActions; ++i) {
+    const std::string number = std::to_string(i);
+    chain += "<Pass name='p" + number + "'/>";
+    star += "<Collect name='x" + number + "' quiet='1'/>";
+    links += "p" + std::to_string(i - 1) + " p" + number + ", p0 x" + number + ", ";
+  }
+  const auto start = std::chrono::steady_clock::now();
+  TestGraph t(chain + star + "<Collect name='w'/>", links + "p" + std::to_string(kActions) + " w");
+  const RunResult result = t.run();
+  EXPECT_TRUE(result.isOk());
+  EXPECT_EQ(t.seen.values["w"], countedTo(300));
+  EXPECT_EQ(t.of(result, "x5000").rowsIn, Counts{300});
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
 }
 
 TEST(RunGraph, RunsTheSameGraphAgain) {
