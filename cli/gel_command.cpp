@@ -76,6 +76,7 @@ void addGelCommand(CLI::App& program, ChosenCommand& chosen) {
   addGelHead(*gel, chosen);
   addGelVerify(*gel, chosen);
   addGelConversions(*gel, chosen);
+  addGelRecover(*gel, chosen);
 }
 
 }  // namespace kelvarin

@@ -29,6 +29,29 @@ inline constexpr char kNoRows[] =
 inline constexpr char kUnknownExtension[] =
     "The kind of the file '%1' is told by its extension, which is one of: %2.";
 
+// What a recovery has found.
+inline constexpr char kRecoverName[] =
+    "The extension of '%1' does not say what to make of the table. It is one of: cgel_kelvarin, "
+    "%2.";
+inline constexpr char kRecoverOntoItself[] =
+    "'%1' and '%2' would share the file '%3'. Give the recovered table another name.";
+inline constexpr char kRecovered[] = "%1 in %2 recovered to '%3'.";
+inline constexpr char kFoundBlocks[] =
+    "Of them, %1 had no sound descriptor and came from the column-set files alone.";
+inline constexpr char kLost[] = "%1 with %2 of '%3' could not be recovered.";
+inline constexpr char kLostUncounted[] =
+    "'%1' is damaged where no descriptor tells how many blocks there were: some rows could not be "
+    "recovered, and those before and after them now follow one another.";
+inline constexpr char kUnfinished[] =
+    "The column-set files of '%1' end with a block that its writer had not finished. Its rows were "
+    "not taken.";
+inline constexpr char kNothingRecovered[] =
+    "'%1' has no whole block of rows, so nothing was written. A file '%2' that was there before is "
+    "unchanged.";
+inline constexpr char kRecoverAdvice[] =
+    "What is whole in the column-set files can be recovered with: kelvarin gel recover '%1' "
+    "recovered.cgel_kelvarin";
+
 // What a verification finds. The file, the place in it, the block and the rows.
 inline constexpr char kPlace[] = "%1, byte %2: block %3 (rows %4 to %5)%6: %7";
 inline constexpr char kColumn[] = ", column '%1'";

@@ -207,25 +207,10 @@ void ColumnarRead::announceColumns() {
   row->setNumberOfColumns(static_cast<int>(m_choice->names().size()));
   row->setColName(m_choice->names());
   row->setMetaData(m_choice->metas());
-  row->setSortInfos(sortOrder());
+  // The rows of several files are in no order.
+  row->setSortInfos(m_files.size() == 1 ? m_gelFile->sortOrder(m_columns) : QVector<SortInfos>());
   m_action.announceColumnsOfOutputPin(0);
   m_isAnnounced = true;
-}
-
-// The rows of several files are in no order.
-QVector<SortInfos> ColumnarRead::sortOrder() const {
-  if (m_files.size() != 1) {
-    return {};
-  }
-  for (std::size_t i = 0; i < m_columns.size(); ++i) {
-    const StorageCode storage = m_gelFile->column(m_columns[i]).storage;
-    if (storage == StorageCode::ascendingKey || storage == StorageCode::descendingKey) {
-      return {SortInfos(static_cast<int>(i), storage == StorageCode::ascendingKey
-                                                 ? SortType::numberAscending
-                                                 : SortType::numberDescending)};
-    }
-  }
-  return {};
 }
 
 bool ColumnarRead::prepareFilter() {

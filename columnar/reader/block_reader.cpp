@@ -45,7 +45,7 @@ ReadEvent BlockReader::nextEvent(std::unique_ptr<DecodedBlock> spare) {
     switch (m_scan.next(block)) {
       case BlockScan::Step::block:
         if (!m_wantsBlock || m_wantsBlock(m_file, block)) {
-          return decode(block, std::move(spare));
+          return read(block, std::move(spare));
         }
         break;
       case BlockScan::Step::corrupted:
@@ -59,7 +59,7 @@ ReadEvent BlockReader::nextEvent(std::unique_ptr<DecodedBlock> spare) {
   return {};
 }
 
-ReadEvent BlockReader::decode(const BlockInfo& block, std::unique_ptr<DecodedBlock> spare) {
+ReadEvent BlockReader::read(const BlockInfo& block, std::unique_ptr<DecodedBlock> spare) {
   if (!spare) {
     spare = std::make_unique<DecodedBlock>();
     spare->setColumns(m_types);

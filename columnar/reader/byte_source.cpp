@@ -1,5 +1,6 @@
 #include "columnar/reader/byte_source.h"
 
+#include <algorithm>
 #include <cerrno>
 
 #include <fcntl.h>
@@ -20,6 +21,16 @@ class FileSource final : public ByteSource {
   std::uint64_t size() const override {
     struct stat status {};
     return ::fstat(m_descriptor, &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
+  }
+
+  std::uint64_t storedSize() const override {
+    constexpr std::uint64_t kBytesOfBlock = 512;
+    struct stat status {};
+    if (::fstat(m_descriptor, &status) != 0) {
+      return 0;
+    }
+    return std::min(static_cast<std::uint64_t>(status.st_size),
+                    static_cast<std::uint64_t>(status.st_blocks) * kBytesOfBlock);
   }
 
   std::size_t readAt(std::uint64_t offset, void* bytes, std::size_t count) const override {

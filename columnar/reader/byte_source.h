@@ -16,6 +16,9 @@ class ByteSource {
  public:
   virtual ~ByteSource() = default;
   virtual std::uint64_t size() const = 0;
+  // The bytes that take space: fewer than size() in a file with holes. What is taken on the word of
+  // a file is measured by it.
+  virtual std::uint64_t storedSize() const { return size(); }
   // How many bytes came; fewer than `count` only at the end or after an error of the system.
   virtual std::size_t readAt(std::uint64_t offset, void* bytes, std::size_t count) const = 0;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "columnar/codecs/snappy_stream.h"
+#include "columnar/reader/column_decoding.h"
 
 namespace kelvarin {
 
@@ -254,16 +255,7 @@ ReadStatus ChunkReader::decode(std::size_t place, DecodedColumn& column) {
   if (chunk.status != ReadStatus::ok) {
     return chunk.status;
   }
-  const GelColumn& description = m_file.column(chunk.column);
-  switch (description.type) {
-    case GelType::key:
-      return m_decoder.decodeKeys(bytesOf(chunk), description.storage, m_rowCount, column.values);
-    case GelType::number:
-      return m_decoder.decodeNumbers(bytesOf(chunk), m_rowCount, column.values);
-    case GelType::text:
-      break;
-  }
-  return m_decoder.decodeTexts(bytesOf(chunk), m_rowCount, column.texts);
+  return decodeColumn(m_decoder, m_file.column(chunk.column), bytesOf(chunk), m_rowCount, column);
 }
 
 }  // namespace kelvarin
