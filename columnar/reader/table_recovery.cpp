@@ -151,7 +151,7 @@ ReadEvent TableRecovery::nextEvent(std::unique_ptr<DecodedBlock> spare) {
       } else if (auto decoded = decodeFound(block, std::move(spare))) {
         ++m_foundInGap;
         ++m_outcome.foundBlocks;
-        return give(decoded->rowCount(), std::move(decoded));
+        return give(std::move(decoded));
       }
       continue;
     }
@@ -160,7 +160,7 @@ ReadEvent TableRecovery::nextEvent(std::unique_ptr<DecodedBlock> spare) {
       case BlockScan::Step::block:
         ++m_describedBlocks;
         if (ReadEvent event = readDescribed(block, std::move(spare)); event.block) {
-          return give(block.rowCount, std::move(event.block));
+          return give(std::move(event.block));
         }
         break;
       case BlockScan::Step::corrupted:
@@ -284,7 +284,8 @@ Bytes TableRecovery::chunkOf(const LostBlocks::Block& block, std::size_t column)
   return m_sides[m_sideOfColumn[column]].finder->bytes(chunk.begin, chunk.end);
 }
 
-ReadEvent TableRecovery::give(std::uint64_t rows, std::unique_ptr<DecodedBlock> block) {
+ReadEvent TableRecovery::give(std::unique_ptr<DecodedBlock> block) {
+  const std::uint64_t rows = block->rowCount();
   const std::uint64_t first = m_outcome.rows;
   m_outcome.rows += rows;
   ++m_outcome.blocks;

@@ -51,7 +51,7 @@ class TableRecovery {
   bool decode(const LostBlocks::Block& block, std::uint32_t rows, DecodedBlock& decoded);
   std::optional<std::uint32_t> countRows(const LostBlocks::Block& block);
   Bytes chunkOf(const LostBlocks::Block& block, std::size_t column);
-  ReadEvent give(std::uint64_t rows, std::unique_ptr<DecodedBlock> block);
+  ReadEvent give(std::unique_ptr<DecodedBlock> block);
   ReadEvent finish();
 
   const GelFile& m_file;
