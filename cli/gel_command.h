@@ -20,6 +20,9 @@ namespace kelvarin {
 std::unique_ptr<GelFile> openGelFile(const std::string& path, Console& console,
                                      bool isToldElsewhere = false);
 
+// Of lines about damage that is much alike.
+inline constexpr std::size_t kMostLines = 100;
+
 // "1 row", "2 rows".
 std::string counted(std::uint64_t count, const char* thing);
 

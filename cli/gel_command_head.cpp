@@ -62,14 +62,14 @@ bool printRows(const GelFile& file, BlockReader& reader, PinOutMetaData& columns
   OneRow row(&columns);
   CsvRowFormat format(CsvDialect{}, typesOf(columns));
   (void)format.appendNames(row);
-  bool isSound = true;
+  std::size_t damages = 0;
   for (ReadEvent event; rowsLeft > 0;) {
     event = reader.next(std::move(event.block));
     if (event.kind != ReadEvent::Kind::block) {
       const QString text = damageText(QString::fromStdString(file.path()), event);
-      if (!text.isEmpty()) {
+      damages += text.isEmpty() ? 0 : 1;
+      if (!text.isEmpty() && damages <= kMostLines) {
         console.writeLog(LogLevel::error, text);
-        isSound = false;
       }
       if (event.isLast()) {
         break;
@@ -82,7 +82,12 @@ bool printRows(const GelFile& file, BlockReader& reader, PinOutMetaData& columns
     print(format);
   }
   print(format);
-  return isSound;
+  if (damages > kMostLines) {
+    console.writeLog(LogLevel::error, QString::fromLatin1(gel_messages::kMoreLost)
+                                          .arg(QString::fromStdString(file.path()))
+                                          .arg(damages - kMostLines));
+  }
+  return damages == 0;
 }
 
 ExitStatus showHead(const HeadArguments& arguments) {

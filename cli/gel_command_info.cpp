@@ -61,10 +61,16 @@ void addLostRows(Contents& contents, const BlockScan& scan) {
 
 void tellDamage(const GelFile& file, const Contents& contents, Console& console) {
   const QString name = QString::fromStdString(file.path());
-  for (const Contents::Rows& rows : contents.lostRows) {
+  const std::size_t listed = std::min(contents.lostRows.size(), kMostLines);
+  for (const Contents::Rows& rows : std::span(contents.lostRows).first(listed)) {
     console.writeLog(LogLevel::error,
                      QString::fromLatin1(gel_messages::kRowsLost)
                          .arg(name, QString::number(rows.first), QString::number(rows.last)));
+  }
+  if (contents.lostRows.size() > listed) {
+    console.writeLog(LogLevel::error, QString::fromLatin1(gel_messages::kMoreLost)
+                                          .arg(name)
+                                          .arg(contents.lostRows.size() - listed));
   }
   if (contents.cutAtRow) {
     console.writeLog(

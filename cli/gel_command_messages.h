@@ -17,6 +17,7 @@ inline constexpr char kIncomplete[] =
     "'%1' is incomplete: its writer has not finished, or was stopped.";
 inline constexpr char kRowsLost[] = "'%1' is damaged: rows %2 to %3 cannot be read.";
 inline constexpr char kFileCut[] = "'%1' is cut: nothing from row %2 on can be read.";
+inline constexpr char kMoreLost[] = "'%1' is damaged at %2 more places, which are not listed.";
 inline constexpr char kNoMemory[] = "'%1': the memory does not suffice for a block of rows.";
 
 inline constexpr char kSameFile[] =
@@ -55,13 +56,20 @@ inline constexpr char kRecoverAdvice[] =
 // What a verification finds. The file, the place in it, the block and the rows.
 inline constexpr char kPlace[] = "%1, byte %2: block %3 (rows %4 to %5)%6: %7";
 inline constexpr char kColumn[] = ", column '%1'";
-inline constexpr char kBadRecord[] = "the block descriptors do not agree with their checksum";
+inline constexpr char kRecordChecksum[] = "the block descriptors do not agree with their checksum";
+inline constexpr char kRecordContent[] = "the block descriptors make no sense";
+inline constexpr char kRecordTooLarge[] =
+    "the block descriptors would take far more memory than the files justify";
 inline constexpr char kMainFileCut[] = "the file ends here, though more should follow";
 inline constexpr char kBadRowCount[] = "the header's row count is not that of the blocks";
-inline constexpr char kBadChunk[] = "the values do not agree with their checksum or make no sense";
+inline constexpr char kChunkChecksum[] = "the values do not agree with their checksum";
+inline constexpr char kChunkContent[] = "the values make no sense, though their checksum is right";
 inline constexpr char kUnknownLayout[] = "the values have the layout %1, which is unknown";
 inline constexpr char kSideFileCut[] = "the file ends inside this column's values";
-inline constexpr char kBadSummary[] = "the values are not those that the block's summary tells";
+inline constexpr char kBadSummary[] =
+    "the values are not those that the main file describes; the column-set file may belong to "
+    "another table";
+inline constexpr char kMoreDamage[] = "%1: %2 more damaged places are not listed\n";
 inline constexpr char kSideFileMissing[] = "%1: the file cannot be opened";
 inline constexpr char kVerified[] = "%1: %2 in %3, %4 read: %5\n";
 inline constexpr char kNoDamage[] = "no damage";

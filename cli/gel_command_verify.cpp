@@ -12,16 +12,29 @@ namespace {
 
 using Kind = GelDamage::Kind;
 
+const char* reasonOfRecord(ReadStatus cause) {
+  switch (cause) {
+    case ReadStatus::wrongChecksum:
+      return gel_messages::kRecordChecksum;
+    case ReadStatus::beyondLimits:
+      return gel_messages::kRecordTooLarge;
+    default:
+      return gel_messages::kRecordContent;
+  }
+}
+
 QString reasonOf(const GelDamage& damage) {
   switch (damage.kind) {
     case Kind::record:
-      return QString::fromLatin1(gel_messages::kBadRecord);
+      return QString::fromLatin1(reasonOfRecord(damage.cause));
     case Kind::mainFileCut:
       return QString::fromLatin1(gel_messages::kMainFileCut);
     case Kind::rowCount:
       return QString::fromLatin1(gel_messages::kBadRowCount);
     case Kind::chunk:
-      return QString::fromLatin1(gel_messages::kBadChunk);
+      return QString::fromLatin1(damage.cause == ReadStatus::wrongChecksum
+                                     ? gel_messages::kChunkChecksum
+                                     : gel_messages::kChunkContent);
     case Kind::unknownLayout:
       return QString::fromLatin1(gel_messages::kUnknownLayout).arg(damage.layout);
     case Kind::sideFileCut:
@@ -75,9 +88,19 @@ ExitStatus verify(const std::string& path, bool isQuiet) {
                              : -1.0;
     progress.show({static_cast<long long>(rows), share});
   };
-  const GelVerification result = verifyGelFile(
-      *file, [](const GelDamage& damage) { print(textOf(damage) + u'\n'); }, showProgress);
+  std::uint64_t reported = 0;
+  const auto report = [&](const GelDamage& damage) {
+    if (++reported <= kMostLines) {
+      print(textOf(damage) + u'\n');
+    }
+  };
+  const GelVerification result = verifyGelFile(*file, report, showProgress);
   console.clearProgress();
+  if (reported > kMostLines) {
+    print(QString::fromLatin1(gel_messages::kMoreDamage)
+              .arg(QString::fromStdString(path))
+              .arg(reported - kMostLines));
+  }
   print(QString::fromLatin1(gel_messages::kVerified)
             .arg(QString::fromStdString(path), QString::fromStdString(counted(result.rows, "row")),
                  QString::fromStdString(counted(result.blocks, "block")),

@@ -167,7 +167,9 @@ ColumnarRead::Opening ColumnarRead::failToOpen(const OpenFailure& failure) {
       warn(text(messages::kCannotOpen, m_file));
       return Opening::skipped;
     case OpenFailure::Problem::incomplete:
-      return refuse(text(messages::kIncompleteRefused, m_file));
+      (void)refuse(text(messages::kIncompleteRefused, m_file));
+      MainUI::addLog(LogLevel::information, text(messages::kIncompleteAdvice, m_file));
+      return Opening::failed;
     case OpenFailure::Problem::unreadable:
       break;
   }
@@ -288,7 +290,7 @@ DecodedBlock* ColumnarRead::take(ReadEvent event) {
       m_block = std::move(event.block);
       return m_block.get();
     case ReadEvent::Kind::corrupted:
-      follow(m_damage.corrupted(m_file, event.firstRow, event.lastRow));
+      follow(m_damage.corrupted(m_file, event.firstRow, event.lastRow, event.cause));
       return nullptr;
     case ReadEvent::Kind::truncated:
       follow(m_damage.truncated(m_file, event.firstRow));
@@ -300,6 +302,9 @@ DecodedBlock* ColumnarRead::take(ReadEvent event) {
       follow(AfterDamage::stopRun);
       return nullptr;
     case ReadEvent::Kind::end:
+      if (event.cause == ReadStatus::incomplete) {
+        MainUI::addLog(LogLevel::information, text(messages::kStillWritten, m_file));
+      }
       openNextFile();
       return nullptr;
   }

@@ -36,6 +36,7 @@ class BlockReader {
 
   ReadEvent nextEvent(std::unique_ptr<DecodedBlock> spare);
   ReadStatus decodeColumn(const BlockInfo& block, std::size_t place, DecodedColumn& values);
+  bool isToCompare(const BlockInfo& block, MetaTypeColumn type) const;
   ReadEvent endWith(ReadEvent event);
 
   const GelFile& m_file;

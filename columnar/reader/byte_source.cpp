@@ -7,6 +7,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "base/file_lock.h"
+
 namespace kelvarin {
 
 namespace {
@@ -32,6 +34,8 @@ class FileSource final : public ByteSource {
     return std::min(static_cast<std::uint64_t>(status.st_size),
                     static_cast<std::uint64_t>(status.st_blocks) * kBytesOfBlock);
   }
+
+  bool isBeingWritten() const override { return isFileLockedElsewhere(m_descriptor); }
 
   std::size_t readAt(std::uint64_t offset, void* bytes, std::size_t count) const override {
     std::size_t done = 0;

@@ -19,6 +19,8 @@ class ByteSource {
   // The bytes that take space: fewer than size() in a file with holes. What is taken on the word of
   // a file is measured by it.
   virtual std::uint64_t storedSize() const { return size(); }
+  // Whether a writer is at work on the file, see base/file_lock.h.
+  virtual bool isBeingWritten() const { return false; }
   // How many bytes came; fewer than `count` only at the end or after an error of the system.
   virtual std::size_t readAt(std::uint64_t offset, void* bytes, std::size_t count) const = 0;
 };
