@@ -61,9 +61,10 @@ std::unique_ptr<GelFile> openGelFile(const std::string& path, Console& console,
     return nullptr;
   }
   if (!(*file)->isComplete() && !isToldElsewhere) {
-    console.writeLog(
-        LogLevel::warning,
-        QString::fromLatin1(gel_messages::kIncomplete).arg(QString::fromStdString(path)));
+    const QString name = QString::fromStdString(path);
+    console.writeLog(LogLevel::warning, QString::fromLatin1(gel_messages::kIncomplete).arg(name));
+    console.writeLog(LogLevel::information,
+                     QString::fromLatin1(gel_messages::kRecoverAdvice).arg(name));
   }
   return std::move(*file);
 }

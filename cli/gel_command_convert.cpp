@@ -217,7 +217,8 @@ void addGelConversions(CLI::App& gel, ChosenCommand& chosen) {
       ->required()
       ->type_name("");
   command->add_flag("--salvage", exported->readsDamaged,
-                    "take what can be read of an incomplete or damaged file");
+                    "take what can be read of an incomplete or damaged file; 'gel recover' finds "
+                    "more of one whose descriptors are lost");
   command->footer("Example:\n  kelvarin gel export sales.cgel_kelvarin sales.parquet");
   addConversion(*command, exported, chosen);
 

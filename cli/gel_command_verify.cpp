@@ -3,6 +3,7 @@
 
 #include "cli/gel_command.h"
 #include "cli/gel_command_messages.h"
+#include "cli/printable_text.h"
 #include "cli/progress_line.h"
 #include "columnar/reader/verification.h"
 
@@ -55,7 +56,7 @@ QString textOf(const GelDamage& damage) {
   const QString column =
       damage.column.empty()
           ? QString()
-          : QString::fromLatin1(gel_messages::kColumn).arg(QString::fromStdString(damage.column));
+          : QString::fromLatin1(gel_messages::kColumn).arg(QString::fromStdString(printable(damage.column)));
   return QString::fromLatin1(gel_messages::kPlace)
       .arg(QString::fromStdString(damage.file), QString::number(damage.offset),
            QString::number(damage.block), QString::number(damage.firstRow),

@@ -1,6 +1,7 @@
 #include "cli/recovered_table.h"
 
 #include "cli/gel_command_messages.h"
+#include "columnar/reader/stored_order.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
@@ -42,7 +43,7 @@ bool RecoveredTable::announce(ActionItem* action) {
   row->setNumberOfColumns(static_cast<int>(columns.size()));
   row->setColName(names);
   row->setMetaData(metas);
-  row->setSortInfos(self.m_file.sortOrder(columns));
+  row->setSortInfos(storedOrder(self.m_file, columns));
   self.announceColumnsOfOutputPin(0);
   if (!self.mustComputeFull()) {
     return true;

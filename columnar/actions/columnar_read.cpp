@@ -6,6 +6,7 @@
 
 #include "columnar/actions/file_list.h"
 #include "columnar/actions/read_messages.h"
+#include "columnar/reader/stored_order.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
@@ -210,7 +211,7 @@ void ColumnarRead::announceColumns() {
   row->setColName(m_choice->names());
   row->setMetaData(m_choice->metas());
   // The rows of several files are in no order.
-  row->setSortInfos(m_files.size() == 1 ? m_gelFile->sortOrder(m_columns) : QVector<SortInfos>());
+  row->setSortInfos(m_files.size() == 1 ? storedOrder(*m_gelFile, m_columns) : QVector<SortInfos>());
   m_action.announceColumnsOfOutputPin(0);
   m_isAnnounced = true;
 }

@@ -78,18 +78,6 @@ MetaInfo GelFile::meta(std::size_t index) const {
   return {static_cast<MetaTypeColumn>(gelColumn.type), gelColumn.typeArgument};
 }
 
-QVector<SortInfos> GelFile::sortOrder(const std::vector<std::size_t>& columns) const {
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    const StorageCode storage = column(columns[i]).storage;
-    if (storage == StorageCode::ascendingKey || storage == StorageCode::descendingKey) {
-      return {SortInfos(static_cast<int>(i), storage == StorageCode::ascendingKey
-                                                 ? SortType::numberAscending
-                                                 : SortType::numberDescending)};
-    }
-  }
-  return {};
-}
-
 std::vector<std::size_t> GelFile::columnsInRowOrder() const {
   std::vector<std::size_t> order(m_metadata.columns.size());
   std::iota(order.begin(), order.end(), std::size_t{0});

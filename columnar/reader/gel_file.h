@@ -10,15 +10,12 @@
 #include <string>
 #include <vector>
 
-#include <QVector>
-
 #include "base/result.h"
 #include "columnar/format/block_descriptor.h"
 #include "columnar/format/file_header.h"
 #include "columnar/format/metadata_block.h"
 #include "columnar/reader/byte_source.h"
 #include "host/contract/meta_info.h"
-#include "host/contract/sort_infos.h"
 
 namespace kelvarin {
 
@@ -56,8 +53,6 @@ class GelFile {
   const std::vector<GelColumn>& columns() const { return m_metadata.columns; }
   const GelColumn& column(std::size_t index) const { return m_metadata.columns[index]; }
   MetaInfo meta(std::size_t index) const;
-  // Of rows that have these columns.
-  QVector<SortInfos> sortOrder(const std::vector<std::size_t>& columns) const;
   // The indices in the order in which the written rows had the columns.
   std::vector<std::size_t> columnsInRowOrder() const;
 

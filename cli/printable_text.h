@@ -1,0 +1,18 @@
+// Texts of a table made safe for a terminal.
+//
+// Data may hold bytes that move the cursor, change colours or turn the direction of writing; on a
+// terminal they could make one thing look like another. They are shown as \xNN or \u{N} instead.
+// Used by the commands that show data on a terminal. Threads: any.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kelvarin {
+
+enum class LineBreaks { escape, keep };
+
+// `text` is meant to be UTF-8; bytes that are none are shown, too.
+std::string printable(std::string_view text, LineBreaks lineBreaks = LineBreaks::escape);
+
+}  // namespace kelvarin
