@@ -64,6 +64,8 @@ inline constexpr char kMainFileCut[] = "the file ends here, though more should f
 inline constexpr char kBadRowCount[] = "the header's row count is not that of the blocks";
 inline constexpr char kChunkChecksum[] = "the values do not agree with their checksum";
 inline constexpr char kChunkContent[] = "the values make no sense, though their checksum is right";
+inline constexpr char kChunkTooLarge[] =
+    "the values would take far more memory than the file justifies";
 inline constexpr char kUnknownLayout[] = "the values have the layout %1, which is unknown";
 inline constexpr char kSideFileCut[] = "the file ends inside this column's values";
 inline constexpr char kBadSummary[] =

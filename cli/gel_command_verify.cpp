@@ -24,6 +24,17 @@ const char* reasonOfRecord(ReadStatus cause) {
   }
 }
 
+const char* reasonOfChunk(ReadStatus cause) {
+  switch (cause) {
+    case ReadStatus::wrongChecksum:
+      return gel_messages::kChunkChecksum;
+    case ReadStatus::beyondLimits:
+      return gel_messages::kChunkTooLarge;
+    default:
+      return gel_messages::kChunkContent;
+  }
+}
+
 QString reasonOf(const GelDamage& damage) {
   switch (damage.kind) {
     case Kind::record:
@@ -33,9 +44,7 @@ QString reasonOf(const GelDamage& damage) {
     case Kind::rowCount:
       return QString::fromLatin1(gel_messages::kBadRowCount);
     case Kind::chunk:
-      return QString::fromLatin1(damage.cause == ReadStatus::wrongChecksum
-                                     ? gel_messages::kChunkChecksum
-                                     : gel_messages::kChunkContent);
+      return QString::fromLatin1(reasonOfChunk(damage.cause));
     case Kind::unknownLayout:
       return QString::fromLatin1(gel_messages::kUnknownLayout).arg(damage.layout);
     case Kind::sideFileCut:

@@ -146,6 +146,9 @@ ColumnarRead::Opening ColumnarRead::openFile(const QString& path) {
   }
   if (!m_gelFile->isComplete()) {
     warn(text(messages::kIncomplete, path));
+    if (!m_gelFile->source().isBeingWritten()) {
+      MainUI::addLog(LogLevel::information, text(messages::kStoppedWriterAdvice, path));
+    }
   }
   return chooseColumns() && prepareFilter() && startBlocks() ? Opening::opened : Opening::failed;
 }

@@ -70,6 +70,9 @@ inline constexpr char kBeyondLimits[] =
 inline constexpr char kIncompleteAdvice[] =
     "The writer of '%1' is at work or was stopped. With readIncompleteFile its finished rows are "
     "read; after a stop, more of them come with: kelvarin gel recover '%1' recovered.cgel_kelvarin";
+inline constexpr char kStoppedWriterAdvice[] =
+    "The writer of '%1' was stopped. Rows that its descriptors do not tell of may be whole in its "
+    "column-set files: kelvarin gel recover '%1' recovered.cgel_kelvarin";
 inline constexpr char kStillWritten[] =
     "The file '%1' is still being written. The rows that its writer has finished were read.";
 

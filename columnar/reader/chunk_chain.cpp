@@ -63,7 +63,7 @@ Bytes ChunkFinder::bytes(std::uint64_t begin, std::uint64_t end) {
 
 ChunkFinder::Finding ChunkFinder::examine(std::uint64_t offset, std::uint64_t limit,
                                           std::uint64_t& end) {
-  const std::uint64_t available = std::min(limit - offset, m_source.storedSize());
+  const std::uint64_t available = std::min(limit - offset, m_source.largestPart());
   Bytes bytes = m_window.known(offset);
   for (std::uint64_t size = 0;; size = bytes.size()) {
     bytes = bytes.first(std::min<std::uint64_t>(bytes.size(), available));

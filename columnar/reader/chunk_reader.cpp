@@ -54,7 +54,8 @@ Status<std::string> ChunkReader::openSets(const std::vector<std::size_t>& column
       return Failure{m_file.sidePath(number)};
     }
     set.knownSize = set.source->size();
-    set.searchLimit = kSearchAlwaysAllowed + 4 * set.knownSize;
+    set.largestPart = set.source->largestPart();
+    set.searchLimit = kSearchAlwaysAllowed + 4 * std::min(set.knownSize, set.largestPart);
     std::sort(set.places.begin(), set.places.end(), [this](std::size_t left, std::size_t right) {
       return m_chunks[left].column < m_chunks[right].column;
     });
@@ -119,6 +120,8 @@ void ChunkReader::findChunks(Set& set, const BlockInfo& block) {
     }
     if (chunk.begin < set.floor || chunk.end < chunk.begin) {
       chunk.status = ReadStatus::corrupted;
+    } else if (chunk.hasEnd && isBeyondLimits(set, chunk.end - chunk.begin)) {
+      chunk.status = ReadStatus::beyondLimits;
     } else if (!hasReached(set, std::max(chunk.begin + 1, chunk.end))) {
       chunk.status = ReadStatus::truncated;
     } else {
@@ -126,6 +129,14 @@ void ChunkReader::findChunks(Set& set, const BlockInfo& block) {
       set.floor = chunk.hasEnd ? chunk.end : chunk.begin;
     }
   }
+}
+
+// In a file with holes a chunk may claim more than all that the file has.
+bool ChunkReader::isBeyondLimits(Set& set, std::uint64_t size) {
+  if (size > set.largestPart) {
+    set.largestPart = set.source->largestPart();
+  }
+  return size > set.largestPart;
 }
 
 // The size is asked for again only where it matters.

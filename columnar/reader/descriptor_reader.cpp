@@ -48,7 +48,7 @@ DescriptorReader::Outcome DescriptorReader::readNext(DescriptorRecord& record) {
   if (head.payloadSize == 0) {
     return passOverEmptyRecords();
   }
-  if (head.payloadSize > m_file.source().storedSize()) {
+  if (head.payloadSize > m_file.source().largestPart()) {
     return passOver(head.payloadSize);
   }
   const Bytes payload = m_window.at(m_offset + kRecordHeadSize, head.payloadSize);
