@@ -266,7 +266,7 @@ bool BlockFilterEvaluation::readSummary(const GelFile& file, const BlockInfo& bl
   if (high) {
     summary.high = *high;
   }
-  summary.isUnknown = texts.high.has_value() && !(high && isUtf8(texts.low->text) && isUtf8(*high));
+  summary.isUnknown = texts.high.has_value() && !(high && isUtf8(texts.low->text) && isUtf8(texts.high->text));
   return true;
 }
 

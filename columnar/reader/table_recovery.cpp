@@ -159,6 +159,7 @@ ReadEvent TableRecovery::nextEvent(std::unique_ptr<DecodedBlock> spare) {
     switch (m_scan.next(block)) {
       case BlockScan::Step::block:
         ++m_describedBlocks;
+        block.endsWithFile = false;  // whatever else stands at the end of a side file
         if (ReadEvent event = readDescribed(block, std::move(spare)); event.block) {
           return give(std::move(event.block));
         }
