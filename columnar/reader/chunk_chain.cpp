@@ -65,17 +65,18 @@ ChunkFinder::Finding ChunkFinder::examine(std::uint64_t offset, std::uint64_t li
                                           std::uint64_t& end) {
   const std::uint64_t available = std::min(limit - offset, m_source.largestPart());
   Bytes bytes = m_window.known(offset);
-  for (std::uint64_t size = 0;; size = bytes.size()) {
+  for (;;) {
     bytes = bytes.first(std::min<std::uint64_t>(bytes.size(), available));
     const Finding finding = judge(bytes, end);
     if (finding != Finding::cut || bytes.size() == available) {
       end += offset;
       return finding;
     }
-    if (size > 0 && bytes.size() <= size) {
-      return Finding::cut;  // the file has become shorter, or cannot be read
-    }
+    const std::size_t before = bytes.size();
     bytes = m_window.at(offset, std::min(std::max<std::uint64_t>(4 * bytes.size(), kFirstWindow), available));
+    if (bytes.size() <= before) {
+      return Finding::cut;  // the file ends here, whatever it was before
+    }
   }
 }
 

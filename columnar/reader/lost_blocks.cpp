@@ -42,8 +42,9 @@ LostBlocks::LostBlocks(const GelFile& file, std::vector<SideFile>& sides, const 
 }
 
 LostBlocks::Runs LostBlocks::findRuns(SideFile& side, const DescriptorGap::Side& gap) {
-  const std::uint64_t limit = gap.end.value_or(side.source->size());
-  const bool hasBlockAtEnd = gap.end.has_value() || m_file.isComplete();
+  const std::uint64_t size = side.source->size();
+  const std::uint64_t limit = std::min(gap.end.value_or(size), size);
+  const bool hasBlockAtEnd = gap.end ? *gap.end == limit : m_file.isComplete();
   Runs runs;
   Run run{.chain = side.finder->follow(gap.begin, limit),
           .first = gap.isLastChunk ? 1u : 0u,
