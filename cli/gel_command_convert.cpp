@@ -125,8 +125,9 @@ ExitStatus convert(const Conversion& conversion) {
   const TableKind* kind = kindOfTable(conversion);
   if (kind == nullptr) {
     const std::string& other = conversion.isExport ? conversion.output : conversion.input;
-    console.writeLog(LogLevel::error, QString::fromLatin1(gel_messages::kUnknownExtension)
-                                          .arg(QString::fromStdString(other), knownTableExtensions()));
+    console.writeLog(LogLevel::error,
+                     QString::fromLatin1(gel_messages::kUnknownExtension)
+                         .arg(QString::fromStdString(other), knownTableExtensions()));
     return ExitStatus::wrongUsage;
   }
   if (isForAnotherKind(conversion)) {

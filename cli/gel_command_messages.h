@@ -41,7 +41,7 @@ inline constexpr char kFoundBlocks[] =
     "Of them, %1 had no sound descriptor and came from the column-set files alone.";
 inline constexpr char kLost[] = "%1 with %2 of '%3' could not be recovered.";
 inline constexpr char kLostUncounted[] =
-    "'%1' is damaged where no descriptor tells how many blocks there were: some rows could not be "
+    "'%1' is damaged where no descriptor counts the blocks: some rows could not be "
     "recovered, and those before and after them now follow one another.";
 inline constexpr char kUnfinished[] =
     "The column-set files of '%1' end with a block that its writer had not finished. Its rows were "

@@ -84,33 +84,33 @@ Result<std::unique_ptr<ActionCatalogue>, QString> catalogueWith(
 }
 
 // What was recovered and what was not; the result says whether that is all.
-ExitStatus tellOutcome(const RecoverArguments& arguments, const RecoveryOutcome& outcome,
-                       Console& console) {
-  const auto tell = [&](LogLevel level, const QString& text) { console.writeLog(level, text); };
+ExitStatus reportOutcome(const RecoverArguments& arguments, const RecoveryOutcome& outcome,
+                         Console& console) {
+  const auto log = [&](LogLevel level, const QString& text) { console.writeLog(level, text); };
   const QString input = textOf(arguments.input);
   if (outcome.rows > 0) {
-    tell(LogLevel::information,
+    log(LogLevel::information,
          QString::fromLatin1(gel_messages::kRecovered)
              .arg(textOf(counted(outcome.rows, "row")), textOf(counted(outcome.blocks, "block")),
                   textOf(arguments.output)));
   } else {
-    tell(LogLevel::error, QString::fromLatin1(gel_messages::kNothingRecovered)
+    log(LogLevel::error, QString::fromLatin1(gel_messages::kNothingRecovered)
                               .arg(input, textOf(arguments.output)));
   }
   if (outcome.foundBlocks > 0) {
-    tell(LogLevel::information, QString::fromLatin1(gel_messages::kFoundBlocks)
+    log(LogLevel::information, QString::fromLatin1(gel_messages::kFoundBlocks)
                                     .arg(textOf(counted(outcome.foundBlocks, "block"))));
   }
   if (outcome.lostBlocks > 0 || outcome.lostRows > 0) {
-    tell(LogLevel::warning, QString::fromLatin1(gel_messages::kLost)
+    log(LogLevel::warning, QString::fromLatin1(gel_messages::kLost)
                                 .arg(textOf(counted(outcome.lostBlocks, "block")),
                                      textOf(counted(outcome.lostRows, "row")), input));
   }
   if (outcome.hasUncountedLoss) {
-    tell(LogLevel::warning, QString::fromLatin1(gel_messages::kLostUncounted).arg(input));
+    log(LogLevel::warning, QString::fromLatin1(gel_messages::kLostUncounted).arg(input));
   }
   if (outcome.hasUnfinished) {
-    tell(LogLevel::information, QString::fromLatin1(gel_messages::kUnfinished).arg(input));
+    log(LogLevel::information, QString::fromLatin1(gel_messages::kUnfinished).arg(input));
   }
   return outcome.rows > 0 && !outcome.hasLoss() ? ExitStatus::done : ExitStatus::failed;
 }
@@ -139,7 +139,7 @@ ExitStatus writeRecovered(const RecoverArguments& arguments, const GelFile& file
   if (result.state == GlobalParameters::RunningState::stoppedByUser) {
     return ExitStatus::interrupted;
   }
-  return result.isOk() ? tellOutcome(arguments, recovery.outcome(), console) : ExitStatus::failed;
+  return result.isOk() ? reportOutcome(arguments, recovery.outcome(), console) : ExitStatus::failed;
 }
 
 ExitStatus recover(const RecoverArguments& arguments) {

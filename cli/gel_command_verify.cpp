@@ -65,7 +65,8 @@ QString textOf(const GelDamage& damage) {
   const QString column =
       damage.column.empty()
           ? QString()
-          : QString::fromLatin1(gel_messages::kColumn).arg(QString::fromStdString(printable(damage.column)));
+          : QString::fromLatin1(gel_messages::kColumn)
+                .arg(QString::fromStdString(printable(damage.column)));
   return QString::fromLatin1(gel_messages::kPlace)
       .arg(QString::fromStdString(damage.file), QString::number(damage.offset),
            QString::number(damage.block), QString::number(damage.firstRow),

@@ -60,7 +60,7 @@ void repairChunks(const GelFile& file, std::string& side) {
   }
 }
 
-// Gives the rows of a reader or a recovery.
+// Takes all rows of a reader or a recovery.
 template <typename Rows>
 void takeAll(Rows& rows, const GelFile& file) {
   std::vector<unsigned char*> values(file.columns().size());

@@ -8,7 +8,8 @@ import unittest
 
 from program import ProgramTest, graph
 
-COLUMNS = "<Column name='id' meta='K'/><Column name='price' meta='F'/><Column name='flag' meta='F'/><Column name='name' meta='U'/>"
+COLUMNS = "".join(f"<Column name='{name}' meta='{meta}'/>" for name, meta in
+                  (("id", "K"), ("price", "F"), ("flag", "F"), ("name", "U")))
 
 
 def row(i):
@@ -73,7 +74,7 @@ class GelRecoverTest(ProgramTest):
                 self.kill_writer()
                 told = self.expect(range(rows), out="back.cgel_kelvarin")
                 blocks = -(-rows // 100)
-                self.assertIn(f"had no sound descriptor", told)
+                self.assertIn("had no sound descriptor", told)
                 self.assertIn(f"in {blocks} block{'s' * (blocks > 1)} recovered to 'back.cgel_kelvarin'", told)
 
     def test_side_files_that_end_anywhere(self):

@@ -266,7 +266,8 @@ bool BlockFilterEvaluation::readSummary(const GelFile& file, const BlockInfo& bl
   if (high) {
     summary.high = *high;
   }
-  summary.isUnknown = texts.high.has_value() && !(high && isUtf8(texts.low->text) && isUtf8(texts.high->text));
+  summary.isUnknown = texts.high.has_value() &&
+                      !(high && isUtf8(texts.low->text) && isUtf8(texts.high->text));
   return true;
 }
 

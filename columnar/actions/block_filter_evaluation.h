@@ -2,7 +2,7 @@
 //
 // The variables are the summaries of a block's descriptor: maximum, minimum and has-null of each
 // column, and the numbers of its first and last row. A block is passed over only when the
-// expression is false; where it gives no value or fails, the block is read. So it is where a bound
+// expression is false; where it has no value or fails, the block is read. So it is where a bound
 // says nothing about the values as the expression sees them: numbers seen as texts and dates in
 // a format like dd.MM.yyyy have another order than their column.
 // Used by ColumnarRead: compile() once, bindTo() for every file, then wantsBlock().
@@ -44,7 +44,7 @@ class BlockFilterEvaluation {
     bool hasNull = false;
     Bound low;
     Bound high;
-    // There are values beyond what the bounds tell: one was cut, or is no text, or some are NaN.
+    // Values may lie outside the bounds: one was cut, or is no text, or some values are NaN.
     bool isUnknown = false;
   };
 

@@ -214,7 +214,8 @@ void ColumnarRead::announceColumns() {
   row->setColName(m_choice->names());
   row->setMetaData(m_choice->metas());
   // The rows of several files are in no order.
-  row->setSortInfos(m_files.size() == 1 ? storedOrder(*m_gelFile, m_columns) : QVector<SortInfos>());
+  const bool isOneFile = m_files.size() == 1;
+  row->setSortInfos(isOneFile ? storedOrder(*m_gelFile, m_columns) : QVector<SortInfos>());
   m_action.announceColumnsOfOutputPin(0);
   m_isAnnounced = true;
 }

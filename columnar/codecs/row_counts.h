@@ -1,8 +1,8 @@
-// How many rows a chunk can be of, as far as its own bytes tell.
+// How many rows a chunk can be of, judged by its own bytes.
 //
 // Readers know the row count from the block's descriptor. Where that is lost, the encoded values of
-// all columns together tell it: keys and plain numbers exactly, codes of few bits to within a few
-// rows, values that are all the same not at all. The range that is given always has the true count;
+// all columns together determine it: keys and plain numbers exactly, codes of few bits to within a
+// few rows, values that are all the same not at all. The range always contains the true count;
 // whether a count in it is possible shows when the values are decoded with it.
 // Used by the recovery of tables. Threads: any.  Errors: an empty range; never throws.
 #pragma once

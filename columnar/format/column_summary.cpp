@@ -32,8 +32,8 @@ std::size_t startOfLastCharacter(std::string_view text) {
   return start;
 }
 
-// The code point of the UTF-8 sequence that fills `bytes`; nothing when it is none, as where it could
-// be shorter.
+// The code point of the UTF-8 sequence that fills `bytes`; nothing when it is none, as where it
+// could be shorter.
 std::optional<char32_t> codePoint(std::string_view bytes) {
   constexpr unsigned char kLeadMask[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
   constexpr unsigned char kLead[] = {0, 0x00, 0xC0, 0xE0, 0xF0};

@@ -11,7 +11,7 @@ enum class ReadStatus {
   corrupted,     // the checksum is right, but the bytes make no sense
   beyondLimits,  // they would take more memory than the files justify
   foreign,       // values other than those that the main file describes
-  unreadable,  // not a columnar file: too short, or another magic number
+  unreadable,    // not a columnar file: too short, or another magic number
 };
 
 }  // namespace kelvarin

@@ -97,9 +97,9 @@ ReadStatus BlockReader::decodeColumn(const BlockInfo& block, std::size_t place,
   return isRight ? status : ReadStatus::foreign;
 }
 
-// A side file of another table has sound chunks, too. To compare the values of all blocks with their
-// summaries would take as long as to decode them, so some blocks answer for their neighbours. The
-// words of few keys look the same for every storage code, and the metadata block, which tells the
+// A side file of another table has sound chunks, too. Comparing the values of all blocks with their
+// summaries would take as long as decoding them, so some blocks answer for their neighbours. The
+// words of few keys look the same for every storage code, and the metadata block, which has the
 // code, has no checksum.
 bool BlockReader::isToCompare(const BlockInfo& block, MetaTypeColumn type) const {
   const bool isDoubtful = type == MetaTypeColumn::key && block.rowCount < kKeysInGroup;

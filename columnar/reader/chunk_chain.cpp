@@ -73,7 +73,8 @@ ChunkFinder::Finding ChunkFinder::examine(std::uint64_t offset, std::uint64_t li
       return finding;
     }
     const std::size_t before = bytes.size();
-    bytes = m_window.at(offset, std::min(std::max<std::uint64_t>(4 * bytes.size(), kFirstWindow), available));
+    const std::uint64_t wanted = std::max<std::uint64_t>(4 * before, kFirstWindow);
+    bytes = m_window.at(offset, std::min(wanted, available));
     if (bytes.size() <= before) {
       return Finding::cut;  // the file ends here, whatever it was before
     }

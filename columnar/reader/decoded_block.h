@@ -97,7 +97,7 @@ class DecodedBlock final : public RowsInHand {
   // Where a column's next value is.
   struct Cursor {
     unsigned char* next = nullptr;          // of texts, the first one's
-    const std::uint32_t* offset = nullptr;  // of the next text; null where values follow one another
+    const std::uint32_t* offset = nullptr;  // of the next text; null without offsets
     std::size_t step = 0;                   // from value to value; 0 where all rows have one
   };
 

@@ -1,8 +1,8 @@
 // Bytes of a file that are read in order, often a few at a time, without asking the system for
 // each.
 //
-// Used by descriptor_reader.cpp and chunk_chain.cpp. Bytes that have been read are not read again, so it suits files
-// that only grow.
+// Used by descriptor_reader.cpp and chunk_chain.cpp. Bytes that have been read are not read again,
+// so it suits files that only grow.
 // Threads: one at a time.  Errors: fewer bytes than asked for; never throws but for a lack of
 // memory.
 #pragma once

@@ -1,7 +1,6 @@
 #include "columnar/reader/lost_blocks.h"
 
 #include <algorithm>
-#include <array>
 
 #include "columnar/reader/column_decoding.h"
 
@@ -9,13 +8,15 @@ namespace kelvarin {
 
 namespace {
 
-// Chunks differ for readers by these; all other columns look alike.
-constexpr std::array<GelColumn (*)(), 4> kKinds = {
-    [] { return GelColumn{.name = {}, .type = GelType::key, .storage = StorageCode::key}; },
-    [] { return GelColumn{.name = {}, .type = GelType::key, .storage = StorageCode::ascendingKey}; },
-    [] { return GelColumn{.name = {}, .type = GelType::number}; },
-    [] { return GelColumn{.name = {}, .type = GelType::text}; },
+// Chunks of columns of one of these kinds look alike; ascending and descending keys do, too.
+struct Kind {
+  GelType type;
+  StorageCode storage;
 };
+constexpr Kind kKinds[] = {{GelType::key, StorageCode::key},
+                           {GelType::key, StorageCode::ascendingKey},
+                           {GelType::number, StorageCode::raw},
+                           {GelType::text, StorageCode::raw}};
 
 unsigned bitOf(const GelColumn& column) {
   switch (column.type) {
@@ -111,8 +112,10 @@ bool LostBlocks::fits(const std::vector<unsigned>& kinds, const SideFile& side,
 
 unsigned LostBlocks::kindsOf(Bytes chunk) {
   unsigned kinds = 0;
-  for (const auto& kind : kKinds) {
-    const GelColumn column = kind();
+  for (const Kind& kind : kKinds) {
+    GelColumn column;
+    column.type = kind.type;
+    column.storage = kind.storage;
     const ReadStatus status =
         decodeColumn(m_decoder, column, chunk, m_file.rowsInBlock(), m_scratch);
     kinds |= status == ReadStatus::ok ? bitOf(column) : 0;
@@ -120,7 +123,7 @@ unsigned LostBlocks::kindsOf(Bytes chunk) {
   return kinds;
 }
 
-// A set without damage tells the number of blocks; otherwise the header may.
+// A set without damage has the number of blocks; otherwise the header may have it.
 void LostBlocks::countBlocks(const DescriptorGap& gap) {
   m_blockCount = gap.blockCount;
   bool isCounted = false;
@@ -151,7 +154,7 @@ void LostBlocks::listBlocks() {
     }
     return;
   }
-  // Numbers that no set can tell are not tried: the header may claim any number of blocks.
+  // Numbers that no set can reach are not tried: the header may claim any number of blocks.
   std::uint64_t mostAtBegin = 0;
   std::uint64_t mostAtEnd = 0;
   for (std::size_t i = 0; i < m_runs.size(); ++i) {

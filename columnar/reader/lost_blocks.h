@@ -1,8 +1,8 @@
 // The blocks of a part of the table whose descriptors are lost, found again in the side files.
 //
 // Inside a set's side file chunks come in the set's column order, block after block, so counting
-// chunks from a known place tells block and column. After damage the count starts anew: then the
-// kinds of the chunks must leave one column order only, or the chunks must reach a known end, from
+// chunks from a known position gives block and column. After damage the count starts anew: then the
+// kinds of the chunks must fit one column order only, or the chunks must reach a known end, from
 // where they are counted backwards. Blocks of several sets belong together by their numbers; where
 // a set's numbers are not known, its blocks are not used, for rows would be mixed up.
 // Used by table_recovery.cpp. Threads: one at a time.  Errors: blocks that are not found; never

@@ -90,7 +90,7 @@ void TableRecovery::findGaps() {
   }
 }
 
-// It begins with the last chunk of the block before, whose own bytes tell where it ends.
+// It begins with the last chunk of the block before, whose own bytes show where it ends.
 DescriptorGap TableRecovery::gapBehind(const unsigned char* descriptor) const {
   DescriptorGap gap;
   const DescriptorLayout& layout = m_file.descriptorLayout();
@@ -188,7 +188,7 @@ ReadEvent TableRecovery::readDescribed(const BlockInfo& block,
   return event;
 }
 
-// False when there is none behind the blocks so far.
+// False when there is none after the blocks so far.
 bool TableRecovery::enterGap() {
   if (m_nextGap == m_gaps.size() || m_gaps[m_nextGap].blocksBefore != m_describedBlocks) {
     return false;
@@ -257,7 +257,8 @@ bool TableRecovery::decode(const LostBlocks::Block& block, std::uint32_t rows,
 std::optional<std::uint32_t> TableRecovery::countRows(const LostBlocks::Block& block) {
   RowCounts counts{1, m_file.rowsInBlock()};
   for (const std::size_t column : m_columns) {
-    counts = m_decoder.possibleRowCounts(chunkOf(block, column), m_file.column(column).type, counts);
+    const GelType type = m_file.column(column).type;
+    counts = m_decoder.possibleRowCounts(chunkOf(block, column), type, counts);
   }
   std::optional<std::uint32_t> found;
   DecodedBlock trial;

@@ -1,5 +1,5 @@
-// Reads what is left of a table whose block descriptors are missing or damaged, from the head of its
-// main file and its side files.
+// Reads what is left of a table whose block descriptors are missing or damaged, from the head of
+// its main file and its side files.
 //
 // Blocks with sound descriptors are read as always. For all others the chunks are found in the side
 // files (lost_blocks.h). A block is given only when all its columns are whole.
@@ -18,7 +18,7 @@ struct RecoveryOutcome {
   std::uint64_t foundBlocks = 0;  // of them, those without a descriptor
   std::uint64_t lostBlocks = 0;   // as far as they can be counted
   std::uint64_t lostRows = 0;     // in them
-  bool hasUncountedLoss = false;  // damage whose blocks nothing tells the number of
+  bool hasUncountedLoss = false;  // damage of an unknown number of blocks
   bool hasUnfinished = false;     // bytes at the end of side files that are no whole block yet
 
   bool hasLoss() const { return lostBlocks > 0 || lostRows > 0 || hasUncountedLoss; }

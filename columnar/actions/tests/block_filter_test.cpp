@@ -117,7 +117,8 @@ TEST_F(BlockFilterTest, KeepsBlocksWhoseBoundsHaveAnotherOrder) {
 TEST_F(BlockFilterTest, LosesNoRowThatAFullScanFinds) {
   std::mt19937 random(7);
   const char* const days[] = {"2024-01-31", "2023-12-05", "2024-11-01", "", "soon", "2024-02-29"};
-  const char* const names[] = {"a", "B", "", "\xC3\xA9", "\xF0\x9F\x98\x80", "\xEF\xBC\xA1", "zz", "\xC0\x80"};
+  const char* const names[] = {"a",  "B",        "", "\xC3\xA9", "\xF0\x9F\x98\x80", "\xEF\xBC\xA1",
+                               "zz", "\xC0\x80"};
   for (int round = 0; round < 40; ++round) {
     std::vector<Values> rows;
     for (int i = 0; i < 16; ++i) {
@@ -168,7 +169,8 @@ TEST_F(BlockFilterTest, LosesNoRowThatAFullScanFinds) {
       const Rows kept = filtered(one.ofBlock, one.variable).rows(0);
       for (const Values& row : rows) {
         const bool isKept = std::find(kept.begin(), kept.end(), row) != kept.end();
-        EXPECT_TRUE(isKept || !one.ofRow(row)) << one.ofBlock << ' ' << ::testing::PrintToString(row);
+        EXPECT_TRUE(isKept || !one.ofRow(row))
+            << one.ofBlock << ' ' << ::testing::PrintToString(row);
       }
     }
   }
