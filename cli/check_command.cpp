@@ -8,7 +8,7 @@
 #include "cli/graph_session.h"
 #include "cli/messages.h"
 #include "cli/run_report.h"
-#include "cli/terminal_text.h"
+#include "cli/printable_text.h"
 
 namespace kelvarin {
 
@@ -22,8 +22,8 @@ void reportCheck(const GraphArguments& arguments, const RunResult& result, Conso
     const char* verdict =
         isWarned ? program_messages::kCheckFoundNoError : program_messages::kCheckFoundNothing;
     const QString text = QString::fromLatin1(verdict).arg(QString::fromStdString(arguments.graph));
-    std::puts(terminalText(text).c_str());
-    std::fputs(terminalText(columnFlow(result)).c_str(), stdout);
+    std::puts(printable(text).c_str());
+    std::fputs(printable(columnFlow(result)).c_str(), stdout);
     std::puts(program_messages::kCheckRestsOnSamples);
   }
 }

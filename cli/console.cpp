@@ -5,7 +5,7 @@
 
 #include <unistd.h>
 
-#include "cli/terminal_text.h"
+#include "cli/printable_text.h"
 
 namespace kelvarin {
 
@@ -61,7 +61,7 @@ void Console::writeReason(LogLevel level, const QString& text) {
   } else {
     line.append(style.head);
   }
-  line.append(terminalText(text));
+  line.append(printable(text));
   if (!line.ends_with('\n')) {
     line.push_back('\n');
   }

@@ -65,9 +65,10 @@ std::unique_ptr<GelFile> openGelFile(const std::string& path, Console& console,
     return nullptr;
   }
   if (!(*file)->isComplete() && !isToldElsewhere) {
-    console.writeLog(
-        LogLevel::warning,
-        QString::fromLatin1(gel_messages::kIncomplete).arg(QString::fromStdString(path)));
+    const QString name = QString::fromStdString(path);
+    console.writeLog(LogLevel::warning, QString::fromLatin1(gel_messages::kIncomplete).arg(name));
+    console.writeLog(LogLevel::information,
+                     QString::fromLatin1(gel_messages::kRecoverAdvice).arg(name));
   }
   return std::move(*file);
 }
@@ -80,6 +81,7 @@ void addGelCommand(CLI::App& program, ChosenCommand& chosen) {
   addGelHead(*gel, chosen);
   addGelVerify(*gel, chosen);
   addGelConversions(*gel, chosen);
+  addGelRecover(*gel, chosen);
 }
 
 }  // namespace kelvarin

@@ -25,14 +25,7 @@ namespace {
 
 using State = GlobalParameters::RunningState;
 
-// What follows Read and Write in the actions' names, and attributes that the kind needs.
-struct FileKind {
-  const char* extension;
-  const char* action;
-  const char* attributes;
-};
-
-constexpr FileKind kKinds[] = {
+constexpr TableKind kKinds[] = {
     {"csv", "CSV", ""},     {"tsv", "CSV", "separator='\\t'"},
     {"txt", "CSV", ""},     {"parquet", "Parquet", ""},
     {"arrow", "Arrow", ""}, {"feather", "Arrow", ""},
@@ -51,20 +44,10 @@ struct Conversion {
 
 constexpr char kStandardOutput[] = "-";  // takes CSV
 
-const FileKind* kindOfFile(const std::string& path) {
-  const QString extension = QFileInfo(QString::fromStdString(path)).suffix().toLower();
-  for (const FileKind& kind : kKinds) {
-    if (extension == QLatin1String(kind.extension)) {
-      return &kind;
-    }
-  }
-  return nullptr;
-}
-
-const FileKind* kindOfTable(const Conversion& conversion) {
+const TableKind* kindOfTable(const Conversion& conversion) {
   const bool isPiped = conversion.isExport && conversion.output == kStandardOutput;
   return isPiped ? &kKinds[0]
-                 : kindOfFile(conversion.isExport ? conversion.output : conversion.input);
+                 : tableKindOf(conversion.isExport ? conversion.output : conversion.input);
 }
 
 // With the extension of main files, which keeps side files of different tables apart, unless there is
@@ -79,19 +62,11 @@ std::string nameOfTable(const std::string& path) {
 
 // Most likely the names have been swapped, and a table would be lost.
 bool isForAnotherKind(const Conversion& conversion) {
-  return !conversion.isExport && kindOfFile(conversion.output) != nullptr;
-}
-
-QString knownExtensions() {
-  QStringList extensions;
-  for (const FileKind& kind : kKinds) {
-    extensions += QString::fromLatin1(kind.extension);
-  }
-  return extensions.join(QStringLiteral(", "));
+  return !conversion.isExport && tableKindOf(conversion.output) != nullptr;
 }
 
 // The file names are parameters, so that nothing in them is taken for a part of the document.
-QByteArray graphOf(const Conversion& conversion, const FileKind& other) {
+QByteArray graphOf(const Conversion& conversion, const TableKind& other) {
   const QString table =
       QStringLiteral("<%1%2 name='%3' file='${%3}' %4/>")
           .arg(conversion.isExport ? QStringLiteral("Write") : QStringLiteral("Read"),
@@ -146,17 +121,8 @@ void tellOutcome(const Conversion& conversion, const RunResult& result, Console&
 }
 
 ExitStatus run(Graph& graph, const Conversion& conversion, Console& console) {
-  RunRecord record;
-  const InterruptibleRun interruptible(record);
-  ProgressLine progress(console);
-  ExecutionOptions options;
-  if (console.showsProgress()) {
-    options.progress = [&progress](const RunProgress& now) { progress.show(now); };
-  }
-  const RunResult result = runGraph(graph, record, options);
-  console.clearProgress();
+  const RunResult result = runConversion(graph, console);
   if (result.state == State::stoppedByUser) {
-    console.writeLog(LogLevel::warning, QString::fromLatin1(program_messages::kInterrupted));
     return ExitStatus::interrupted;
   }
   if (!result.isOk()) {
@@ -168,11 +134,12 @@ ExitStatus run(Graph& graph, const Conversion& conversion, Console& console) {
 
 ExitStatus convert(Conversion conversion) {
   Console console(conversion.isQuiet);
-  const FileKind* kind = kindOfTable(conversion);
+  const TableKind* kind = kindOfTable(conversion);
   if (kind == nullptr) {
     const std::string& other = conversion.isExport ? conversion.output : conversion.input;
-    console.writeLog(LogLevel::error, QString::fromLatin1(gel_messages::kUnknownExtension)
-                                          .arg(QString::fromStdString(other), knownExtensions()));
+    console.writeLog(LogLevel::error,
+                     QString::fromLatin1(gel_messages::kUnknownExtension)
+                         .arg(QString::fromStdString(other), knownTableExtensions()));
     return ExitStatus::wrongUsage;
   }
   if (isForAnotherKind(conversion)) {
@@ -221,6 +188,40 @@ void addConversion(CLI::App& command, const std::shared_ptr<Conversion>& convers
 
 }  // namespace
 
+const TableKind* tableKindOf(const std::string& path) {
+  const QString extension = QFileInfo(QString::fromStdString(path)).suffix().toLower();
+  for (const TableKind& kind : kKinds) {
+    if (extension == QLatin1String(kind.extension)) {
+      return &kind;
+    }
+  }
+  return nullptr;
+}
+
+QString knownTableExtensions() {
+  QStringList extensions;
+  for (const TableKind& kind : kKinds) {
+    extensions += QString::fromLatin1(kind.extension);
+  }
+  return extensions.join(QStringLiteral(", "));
+}
+
+RunResult runConversion(Graph& graph, Console& console) {
+  RunRecord record;
+  const InterruptibleRun interruptible(record);
+  ProgressLine progress(console);
+  ExecutionOptions options;
+  if (console.showsProgress()) {
+    options.progress = [&progress](const RunProgress& now) { progress.show(now); };
+  }
+  RunResult result = runGraph(graph, record, options);
+  console.clearProgress();
+  if (result.state == State::stoppedByUser) {
+    console.writeLog(LogLevel::warning, QString::fromLatin1(program_messages::kInterrupted));
+  }
+  return result;
+}
+
 void addGelConversions(CLI::App& gel, ChosenCommand& chosen) {
   auto exported = std::make_shared<Conversion>();
   exported->isExport = true;
@@ -232,7 +233,8 @@ void addGelConversions(CLI::App& gel, ChosenCommand& chosen) {
       ->required()
       ->type_name("");
   command->add_flag("--salvage", exported->readsDamaged,
-                    "take what can be read of an incomplete or damaged file");
+                    "take what can be read of an incomplete or damaged file; 'gel recover' finds "
+                    "more of one whose descriptors are lost");
   command->footer("Example:\n  kelvarin gel export sales.cgel_kelvarin sales.parquet");
   addConversion(*command, exported, chosen);
 

@@ -2,8 +2,11 @@
 #include <cstdio>
 #include <limits>
 
+#include <unistd.h>
+
 #include "cli/gel_command.h"
 #include "cli/gel_command_messages.h"
+#include "cli/printable_text.h"
 #include "columnar/reader/block_reader.h"
 #include "host/tables/csv/csv_row_format.h"
 
@@ -52,8 +55,13 @@ QString damageText(const QString& file, const ReadEvent& event) {
   return {};
 }
 
+// A file or a pipe gets the data as they are.
 void print(CsvRowFormat& format) {
-  std::fwrite(format.text().data(), 1, format.text().size(), stdout);
+  static const bool isForTerminal = ::isatty(STDOUT_FILENO) != 0;
+  const std::string_view text(format.text().data(), format.text().size());
+  const std::string shown = isForTerminal ? printable(text, LineBreaks::keep) : std::string();
+  const std::string_view output = isForTerminal ? std::string_view(shown) : text;
+  std::fwrite(output.data(), 1, output.size(), stdout);
   format.clear();
 }
 
@@ -62,14 +70,14 @@ bool printRows(const GelFile& file, BlockReader& reader, PinOutMetaData& columns
   OneRow row(&columns);
   CsvRowFormat format(CsvDialect{}, typesOf(columns));
   (void)format.appendNames(row);
-  bool isSound = true;
+  std::size_t damages = 0;
   for (ReadEvent event; rowsLeft > 0 && !isOutputClosed();) {
     event = reader.next(std::move(event.block));
     if (event.kind != ReadEvent::Kind::block) {
       const QString text = damageText(QString::fromStdString(file.path()), event);
-      if (!text.isEmpty()) {
+      damages += text.isEmpty() ? 0 : 1;
+      if (!text.isEmpty() && damages <= kMostLines) {
         console.writeLog(LogLevel::error, text);
-        isSound = false;
       }
       if (event.isLast()) {
         break;
@@ -82,7 +90,12 @@ bool printRows(const GelFile& file, BlockReader& reader, PinOutMetaData& columns
     print(format);
   }
   print(format);
-  return isSound;
+  if (damages > kMostLines) {
+    console.writeLog(LogLevel::error, QString::fromLatin1(gel_messages::kMoreLost)
+                                          .arg(QString::fromStdString(file.path()))
+                                          .arg(damages - kMostLines));
+  }
+  return damages == 0;
 }
 
 ExitStatus showHead(const HeadArguments& arguments) {

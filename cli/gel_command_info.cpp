@@ -8,6 +8,7 @@
 #include "base/null_number.h"
 #include "cli/gel_command.h"
 #include "cli/gel_command_messages.h"
+#include "cli/printable_text.h"
 #include "cli/value_json.h"
 #include "columnar/reader/chunk_reader.h"
 #include "host/contract/one_row.h"
@@ -61,10 +62,16 @@ void addLostRows(Contents& contents, const BlockScan& scan) {
 
 void tellDamage(const GelFile& file, const Contents& contents, Console& console) {
   const QString name = QString::fromStdString(file.path());
-  for (const Contents::Rows& rows : contents.lostRows) {
+  const std::size_t listed = std::min(contents.lostRows.size(), kMostLines);
+  for (const Contents::Rows& rows : std::span(contents.lostRows).first(listed)) {
     console.writeLog(LogLevel::error,
                      QString::fromLatin1(gel_messages::kRowsLost)
                          .arg(name, QString::number(rows.first), QString::number(rows.last)));
+  }
+  if (contents.lostRows.size() > listed) {
+    console.writeLog(LogLevel::error, QString::fromLatin1(gel_messages::kMoreLost)
+                                          .arg(name)
+                                          .arg(contents.lostRows.size() - listed));
   }
   if (contents.cutAtRow) {
     console.writeLog(
@@ -229,15 +236,16 @@ std::string wordOf(const Json& value, GelType type) {
 }
 
 std::string lineOf(const GelColumn& column, const BlockColumn& described) {
-  return fmt::format("  {:<24} {:>10} bytes  {}{} to {}\n", column.name,
+  return fmt::format("  {:<24} {:>10} bytes  {}{} to {}\n", printable(column.name),
                      wordOf(described.size, column.type), described.hasNull ? "nulls, " : "",
-                     wordOf(described.low, column.type), wordOf(described.high, column.type));
+                     printable(wordOf(described.low, column.type)),
+                     printable(wordOf(described.high, column.type)));
 }
 
 std::string tableOf(const GelFile& file, const Contents& contents) {
   const auto setCount = static_cast<std::uint64_t>(file.columnSetCount());
   std::string text =
-      fmt::format("{}\n  {}, {}, {} of up to {}, {}\n\n", file.path(),
+      fmt::format("{}\n  {}, {}, {} of up to {}, {}\n\n", printable(file.path()),
                   file.isComplete() ? "complete" : "incomplete",
                   counted(file.isComplete() ? file.rowCount() : contents.rows, "row"),
                   counted(contents.blockCount, "block"), counted(file.rowsInBlock(), "row"),
@@ -247,7 +255,7 @@ std::string tableOf(const GelFile& file, const Contents& contents) {
   for (const std::size_t index : order) {
     const GelColumn& column = file.column(index);
     text += fmt::format("{:<6}{:<5}{:<24}{}\n", static_cast<char>(column.type), column.columnSet,
-                        storageWord(column.storage), column.name);
+                        storageWord(column.storage), printable(column.name));
   }
   for (const Block& block : contents.blocks) {
     text += fmt::format("\nrows {} to {}\n", block.row, block.row + block.rows - 1);

@@ -20,6 +20,7 @@ inline constexpr char kIncomplete[] =
     "'%1' is incomplete: its writer has not finished, or was stopped.";
 inline constexpr char kRowsLost[] = "'%1' is damaged: rows %2 to %3 cannot be read.";
 inline constexpr char kFileCut[] = "'%1' is cut: nothing from row %2 on can be read.";
+inline constexpr char kMoreLost[] = "'%1' is damaged at %2 more places, which are not listed.";
 inline constexpr char kNoMemory[] = "'%1': the memory does not suffice for a block of rows.";
 
 inline constexpr char kSameFile[] =
@@ -32,16 +33,48 @@ inline constexpr char kNoRows[] =
 inline constexpr char kUnknownExtension[] =
     "The kind of the file '%1' is told by its extension, which is one of: %2.";
 
+// What a recovery has found.
+inline constexpr char kRecoverName[] =
+    "The extension of '%1' does not say what to make of the table. It is one of: cgel_kelvarin, "
+    "%2.";
+inline constexpr char kRecoverOntoItself[] =
+    "'%1' and '%2' would share the file '%3'. Give the recovered table another name.";
+inline constexpr char kRecovered[] = "%1 in %2 recovered to '%3'.";
+inline constexpr char kFoundBlocks[] =
+    "Of them, %1 had no sound descriptor and came from the column-set files alone.";
+inline constexpr char kLost[] = "%1 with %2 of '%3' could not be recovered.";
+inline constexpr char kLostUncounted[] =
+    "'%1' is damaged where no descriptor counts the blocks: some rows could not be "
+    "recovered, and those before and after them now follow one another.";
+inline constexpr char kUnfinished[] =
+    "The column-set files of '%1' end with a block that its writer had not finished. Its rows were "
+    "not taken.";
+inline constexpr char kNothingRecovered[] =
+    "'%1' has no whole block of rows, so nothing was written. A file '%2' that was there before is "
+    "unchanged.";
+inline constexpr char kRecoverAdvice[] =
+    "What is whole in the column-set files can be recovered with: kelvarin gel recover '%1' "
+    "recovered.cgel_kelvarin";
+
 // What a verification finds. The file, the place in it, the block and the rows.
 inline constexpr char kPlace[] = "%1, byte %2: block %3 (rows %4 to %5)%6: %7";
 inline constexpr char kColumn[] = ", column '%1'";
-inline constexpr char kBadRecord[] = "the block descriptors do not agree with their checksum";
+inline constexpr char kRecordChecksum[] = "the block descriptors do not agree with their checksum";
+inline constexpr char kRecordContent[] = "the block descriptors make no sense";
+inline constexpr char kRecordTooLarge[] =
+    "the block descriptors would take far more memory than the files justify";
 inline constexpr char kMainFileCut[] = "the file ends here, though more should follow";
 inline constexpr char kBadRowCount[] = "the header's row count is not that of the blocks";
-inline constexpr char kBadChunk[] = "the values do not agree with their checksum or make no sense";
+inline constexpr char kChunkChecksum[] = "the values do not agree with their checksum";
+inline constexpr char kChunkContent[] = "the values make no sense, though their checksum is right";
+inline constexpr char kChunkTooLarge[] =
+    "the values would take far more memory than the file justifies";
 inline constexpr char kUnknownLayout[] = "the values have the layout %1, which is unknown";
 inline constexpr char kSideFileCut[] = "the file ends inside this column's values";
-inline constexpr char kBadSummary[] = "the values are not those that the block's summary tells";
+inline constexpr char kBadSummary[] =
+    "the values are not those that the main file describes; the column-set file may belong to "
+    "another table";
+inline constexpr char kMoreDamage[] = "%1: %2 more damaged places are not listed\n";
 inline constexpr char kSideFileMissing[] = "%1: the file cannot be opened";
 inline constexpr char kVerified[] = "%1: %2 in %3, %4 read: %5\n";
 inline constexpr char kNoDamage[] = "no damage";

@@ -3,6 +3,7 @@
 
 #include "cli/gel_command.h"
 #include "cli/gel_command_messages.h"
+#include "cli/printable_text.h"
 #include "cli/progress_line.h"
 #include "columnar/reader/verification.h"
 
@@ -12,16 +13,38 @@ namespace {
 
 using Kind = GelDamage::Kind;
 
+const char* reasonOfRecord(ReadStatus cause) {
+  switch (cause) {
+    case ReadStatus::wrongChecksum:
+      return gel_messages::kRecordChecksum;
+    case ReadStatus::beyondLimits:
+      return gel_messages::kRecordTooLarge;
+    default:
+      return gel_messages::kRecordContent;
+  }
+}
+
+const char* reasonOfChunk(ReadStatus cause) {
+  switch (cause) {
+    case ReadStatus::wrongChecksum:
+      return gel_messages::kChunkChecksum;
+    case ReadStatus::beyondLimits:
+      return gel_messages::kChunkTooLarge;
+    default:
+      return gel_messages::kChunkContent;
+  }
+}
+
 QString reasonOf(const GelDamage& damage) {
   switch (damage.kind) {
     case Kind::record:
-      return QString::fromLatin1(gel_messages::kBadRecord);
+      return QString::fromLatin1(reasonOfRecord(damage.cause));
     case Kind::mainFileCut:
       return QString::fromLatin1(gel_messages::kMainFileCut);
     case Kind::rowCount:
       return QString::fromLatin1(gel_messages::kBadRowCount);
     case Kind::chunk:
-      return QString::fromLatin1(gel_messages::kBadChunk);
+      return QString::fromLatin1(reasonOfChunk(damage.cause));
     case Kind::unknownLayout:
       return QString::fromLatin1(gel_messages::kUnknownLayout).arg(damage.layout);
     case Kind::sideFileCut:
@@ -42,7 +65,8 @@ QString textOf(const GelDamage& damage) {
   const QString column =
       damage.column.empty()
           ? QString()
-          : QString::fromLatin1(gel_messages::kColumn).arg(QString::fromStdString(damage.column));
+          : QString::fromLatin1(gel_messages::kColumn)
+                .arg(QString::fromStdString(printable(damage.column)));
   return QString::fromLatin1(gel_messages::kPlace)
       .arg(QString::fromStdString(damage.file), QString::number(damage.offset),
            QString::number(damage.block), QString::number(damage.firstRow),
@@ -75,9 +99,19 @@ ExitStatus verify(const std::string& path, bool isQuiet) {
                              : -1.0;
     progress.show({static_cast<long long>(rows), share});
   };
-  const GelVerification result = verifyGelFile(
-      *file, [](const GelDamage& damage) { print(textOf(damage) + u'\n'); }, showProgress);
+  std::uint64_t reported = 0;
+  const auto report = [&](const GelDamage& damage) {
+    if (++reported <= kMostLines) {
+      print(textOf(damage) + u'\n');
+    }
+  };
+  const GelVerification result = verifyGelFile(*file, report, showProgress);
   console.clearProgress();
+  if (reported > kMostLines) {
+    print(QString::fromLatin1(gel_messages::kMoreDamage)
+              .arg(QString::fromStdString(path))
+              .arg(reported - kMostLines));
+  }
   print(QString::fromLatin1(gel_messages::kVerified)
             .arg(QString::fromStdString(path), QString::fromStdString(counted(result.rows, "row")),
                  QString::fromStdString(counted(result.blocks, "block")),

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "cli/messages.h"
-#include "cli/terminal_text.h"
+#include "cli/printable_text.h"
 
 namespace kelvarin {
 
@@ -57,7 +57,7 @@ void ProgramServices::writePlace(const QString& text, const ActionItem& action,
       return;
     }
   }
-  m_console.write(terminalText(line) + '\n');
+  m_console.write(printable(line) + '\n');
 }
 
 bool ProgramServices::outOfDiskSpace(const QString& file, int missingBytes, bool canRetry) {

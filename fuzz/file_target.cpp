@@ -3,6 +3,7 @@
 #include "columnar/codecs/descriptor_record.h"
 #include "columnar/format/checksum.h"
 #include "columnar/reader/block_reader.h"
+#include "columnar/reader/table_recovery.h"
 #include "columnar/reader/verification.h"
 #include "fuzz/fuzz_target.h"
 #include "fuzz/packed_files.h"
@@ -59,19 +60,29 @@ void repairChunks(const GelFile& file, std::string& side) {
   }
 }
 
-void readAll(const GelFile& file) {
-  auto reader = BlockReader::open(file, file.columnsInRowOrder());
-  if (!reader) {
-    return;
-  }
+// Takes all rows of a reader or a recovery.
+template <typename Rows>
+void takeAll(Rows& rows, const GelFile& file) {
   std::vector<unsigned char*> values(file.columns().size());
   for (ReadEvent event;;) {
-    event = (*reader)->next(std::move(event.block));
+    event = rows.next(std::move(event.block));
     if (event.isLast()) {
       return;
     }
     while (event.block && event.block->takeRow(values.data())) {
     }
+  }
+}
+
+void readAll(const GelFile& file) {
+  if (const auto reader = BlockReader::open(file, file.columnsInRowOrder())) {
+    takeAll(**reader, file);
+  }
+}
+
+void recoverAll(const GelFile& file) {
+  if (const auto recovery = TableRecovery::open(file)) {
+    takeAll(**recovery, file);
   }
 }
 
@@ -89,5 +100,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   kelvarin::repairChunks(*file, files[kelvarin::sideFileName(kelvarin::kFuzzedFile, 0)]);
   kelvarin::readAll(*file);
   (void)kelvarin::verifyGelFile(*file, [](const kelvarin::GelDamage&) {});
+  kelvarin::recoverAll(*file);
+  files[kelvarin::kFuzzedFile].resize(file->firstRecordOffset());
+  kelvarin::recoverAll(*file);
   return 0;
 }

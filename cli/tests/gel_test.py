@@ -91,6 +91,51 @@ class GelTest(ProgramTest):
         os.remove(self.path("t.000.cs_kelvarin"))
         self.assertIn("cannot be opened", self.kelvarin("gel", "verify", "t.cgel_kelvarin", status=1).stdout)
 
+    def test_a_side_file_of_another_table_is_noticed(self):
+        for name, place in (("a", "1"), ("b", "2")):
+            self.write(name + ".csv", "id,name\n" + "".join(f"{i},{place}{i}\n" for i in range(300)))
+            self.kelvarin("gel", "import", name + ".csv", name + ".cgel_kelvarin", "--quiet")
+        os.replace(self.path("b.000.cs_kelvarin"), self.path("a.000.cs_kelvarin"))
+        told = self.kelvarin("gel", "export", "a.cgel_kelvarin", "x.csv", status=1).stderr
+        self.assertIn("the file of another table may have taken its place", told)
+        self.assertIn("the column-set file may belong to another table",
+                      self.kelvarin("gel", "verify", "a.cgel_kelvarin", status=1).stdout)
+        self.assertNotIn("x.csv", self.files())
+
+    def test_files_with_holes_take_no_memory(self):
+        self.make()
+        os.truncate(self.path("t.000.cs_kelvarin"), 1 << 40)
+        told = self.kelvarin("gel", "verify", "t.cgel_kelvarin", status=1).stdout
+        self.assertIn("would take far more memory than the file justifies", told)
+        told = self.kelvarin("gel", "recover", "t.cgel_kelvarin", "x.csv").stderr
+        self.assertIn("12000 rows in 3 blocks recovered", told)
+
+    def test_a_tail_of_zeros_is_one_damage(self):
+        self.make()
+        with open(self.path("t.cgel_kelvarin"), "r+b") as file:
+            file.seek(-8, os.SEEK_END)
+            file.write(bytes(2 << 20))
+        for command in ("verify", "head", "info"):
+            told = self.kelvarin("gel", command, "t.cgel_kelvarin", *(["--rows", "99999"] if command == "head" else []),
+                                 status=1)
+            damages = [line for line in (told.stderr + told.stdout).splitlines() if "12000" in line and "byte" in line
+                       or "is cut" in line]
+            self.assertEqual(len(damages), 1, told)
+
+    def test_control_characters_do_not_reach_the_terminal(self):
+        self.write("t.csv", "a\x1b]0;b,c\x9b\n\x1b[2J,\u202eevil\u0085\n")
+        self.kelvarin("gel", "import", "t.csv", "t.cgel_kelvarin", "--quiet")
+        told = self.kelvarin("gel", "info", "t.cgel_kelvarin", "--blocks").stdout
+        self.assertIn("a\\x1b]0;b", told)
+        self.assertIn("c\\x9b", told)
+        self.assertIn("\\u{202e}evil\\x85", told)
+        self.assertNotRegex(told, "[\x00-\x09\x0b-\x1f\x7f-\x9f\u202a-\u202e]")
+        master, terminal = os.openpty()
+        subprocess.run([PROGRAM, "gel", "head", "t.cgel_kelvarin"], cwd=self.folder, stdout=terminal, timeout=60)
+        os.close(terminal)
+        self.assertIn("\\x1b[2J,\\u{202e}evil\\x85", os.read(master, 1000).decode())
+        self.assertIn("\x1b[2J", self.kelvarin("gel", "head", "t.cgel_kelvarin").stdout)
+
     def test_wrong_files_and_wrong_usage(self):
         self.write("text.cgel_kelvarin", "no columnar file")
         for command in ("info", "head", "verify"):

@@ -118,7 +118,7 @@ class MessagesTest(ProgramTest):
         self.write("a.csv", "a\n1\n\x1b]0;title\x07\u202e\u009b2J\n")
         said = self.said(graph("<ReadCSV name='in' file='a.csv'><Column name='a' meta='F'/></ReadCSV><Discard name='d'/>",
                                ["in d"]))
-        self.assertIn("\\x1b]0;title\\x07\\u202e\\x9b2J", said)
+        self.assertIn("\\x1b]0;title\\x07\\u{202e}\\x9b2J", said)
         self.assertIsNone(re.search("[\x00-\x08\x0b-\x1f\x7f-\x9f\u202e]", said))
 
     def test_the_signs_of_markup_in_an_expression(self):

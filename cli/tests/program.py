@@ -52,9 +52,12 @@ class ProgramTest(unittest.TestCase):
     def files(self):
         return sorted(os.listdir(self.folder))
 
+    def run_program(self, *arguments, **options):
+        return subprocess.run([PROGRAM, *arguments], cwd=self.folder, capture_output=True, text=True, timeout=60,
+                              stdin=subprocess.DEVNULL, **options)
+
     def kelvarin(self, *arguments, status=0, **options):
-        result = subprocess.run([PROGRAM, *arguments], cwd=self.folder, capture_output=True, text=True, timeout=60,
-                                stdin=subprocess.DEVNULL, **options)
+        result = self.run_program(*arguments, **options)
         self.assertEqual(result.returncode, status, f"{arguments}\n{result.stdout}\n{result.stderr}")
         return result
 

@@ -1,6 +1,9 @@
 #include "columnar/actions/block_filter_evaluation.h"
 
+#include <QStringDecoder>
+
 #include "columnar/actions/read_messages.h"
+#include "columnar/actions/sortable_dates.h"
 #include "expression/errors/error_texts.h"
 #include "expression/errors/expression_mark.h"
 #include "expression/errors/messages.h"
@@ -39,6 +42,14 @@ QString numberText(double number) {
 
 QString qStringOf(const std::string& text) {
   return text.empty() ? QStringLiteral("") : QString::fromStdString(text);
+}
+
+// The expression sees other bytes as replacement characters, which have another order. Overlong
+// forms are such bytes, too.
+bool isUtf8(const std::string& bytes) {
+  QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+  const QString text = decoder(QByteArrayView(bytes));
+  return !decoder.hasError() && text.toUtf8() == QByteArrayView(bytes);
 }
 
 bool isFalse(const ExpressionValue& value) {
@@ -175,10 +186,10 @@ bool BlockFilterEvaluation::loadVariables(const GelFile& file, const BlockInfo& 
   int input = 0;
   for (std::size_t i = 0; i < m_columns.size(); ++i, input += kPlacesOfVariable) {
     Summary summary;
-    if (!readSummary(file, block, m_columns[i], summary) || summary.isHighUnknown) {
+    const BlockVariable& variable = m_filter.variables[i];
+    if (!readSummary(file, block, m_columns[i], summary) || !holds(variable, summary)) {
       return false;
     }
-    const BlockVariable& variable = m_filter.variables[i];
     if (!setBound(input + kMaximum, variable, summary.high) ||
         !setBound(input + kMinimum, variable, summary.low)) {
       return false;
@@ -192,6 +203,22 @@ bool BlockFilterEvaluation::loadVariables(const GelFile& file, const BlockInfo& 
   return true;
 }
 
+bool BlockFilterEvaluation::holds(const BlockVariable& variable, const Summary& summary) const {
+  if (summary.isUnknown) {
+    return false;
+  }
+  const bool isText = std::holds_alternative<std::string>(summary.low);
+  const bool isNumber = std::holds_alternative<double>(summary.low);
+  switch (kindOfBounds(variable)) {
+    case VariableKind::text:
+      return !isNumber || summary.low == summary.high;
+    case VariableKind::date:
+      return !isText || sortsAsText(m_dates.format(), m_filter.time.isUTC);
+    default:
+      return true;
+  }
+}
+
 bool BlockFilterEvaluation::setBound(int input, const BlockVariable& variable, const Bound& bound) {
   const double* number = std::get_if<double>(&bound);
   const std::string* text = std::get_if<std::string>(&bound);
@@ -202,11 +229,14 @@ bool BlockFilterEvaluation::setBound(int input, const BlockVariable& variable, c
     return true;
   }
   double value = number != nullptr ? *number : kNullNumber;
+  bool isDate = true;
   if (text != nullptr) {
-    value = m_dates.toElapsedTime(QString::fromStdString(*text));
+    const QString date = QString::fromStdString(*text);
+    isDate = m_dates.parse(date).isValid();
+    value = m_dates.toElapsedTime(date);
   }
   m_evaluator.setNumber(input, value);
-  return text == nullptr || !isNullNumber(value);
+  return text == nullptr || (isDate && !isNullNumber(value));
 }
 
 bool BlockFilterEvaluation::readSummary(const GelFile& file, const BlockInfo& block,
@@ -235,6 +265,7 @@ bool BlockFilterEvaluation::readSummary(const GelFile& file, const BlockInfo& bl
         summary.low = numbers.low;
         summary.high = numbers.high;
       }
+      summary.isUnknown = numbers.hasNotANumber;
       return true;
     }
     case GelType::text:
@@ -252,7 +283,8 @@ bool BlockFilterEvaluation::readSummary(const GelFile& file, const BlockInfo& bl
   if (high) {
     summary.high = *high;
   }
-  summary.isHighUnknown = !high && texts.high.has_value();
+  summary.isUnknown = texts.high.has_value() &&
+                      !(high && isUtf8(texts.low->text) && isUtf8(texts.high->text));
   return true;
 }
 

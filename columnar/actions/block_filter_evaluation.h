@@ -2,7 +2,9 @@
 //
 // The variables are the summaries of a block's descriptor: maximum, minimum and has-null of each
 // column, and the numbers of its first and last row. A block is passed over only when the
-// expression is false; where it gives no value or fails, the block is read.
+// expression is false; where it has no value or fails, the block is read. So it is where a bound
+// says nothing about the values as the expression sees them: numbers seen as texts and dates in
+// a format like dd.MM.yyyy have another order than their column.
 // Used by ColumnarRead: compile() once, bindTo() for every file, then wantsBlock().
 // Threads: one at a time: the engine's until the reading thread begins, then that one.
 // Errors: texts to log.
@@ -42,7 +44,8 @@ class BlockFilterEvaluation {
     bool hasNull = false;
     Bound low;
     Bound high;
-    bool isHighUnknown = false;  // there is a largest value, but its bound was cut
+    // Values may lie outside the bounds: one was cut, or is no text, or some values are NaN.
+    bool isUnknown = false;
   };
 
   // Replaces the graph's parameters in the settings.
@@ -50,6 +53,8 @@ class BlockFilterEvaluation {
   std::vector<InputVariable> inputs() const;
   static bool readSummary(const GelFile& file, const BlockInfo& block, std::size_t column,
                           Summary& summary);
+  // Whether the bounds of a column are those of what the variable makes of its values.
+  bool holds(const BlockVariable& variable, const Summary& summary) const;
   // False when a bound is no date, though its variable is one.
   bool setBound(int input, const BlockVariable& variable, const Bound& bound);
   // False when a summary cannot be used.

@@ -7,6 +7,7 @@
 #include "columnar/actions/claimed_tables.h"
 #include "columnar/actions/file_list.h"
 #include "columnar/actions/read_messages.h"
+#include "columnar/reader/stored_order.h"
 #include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 
@@ -166,6 +167,9 @@ ColumnarRead::Opening ColumnarRead::openFile(const QString& path) {
   }
   if (!m_gelFile->isComplete()) {
     warn(text(messages::kIncomplete, path));
+    if (!m_gelFile->source().isBeingWritten()) {
+      MainUI::addLog(LogLevel::information, text(messages::kStoppedWriterAdvice, path));
+    }
   }
   return chooseColumns() && prepareFilter() && startBlocks() ? Opening::opened : Opening::failed;
 }
@@ -188,7 +192,9 @@ ColumnarRead::Opening ColumnarRead::failToOpen(const OpenFailure& failure) {
       warn(text(messages::kCannotOpen, m_file));
       return Opening::skipped;
     case OpenFailure::Problem::incomplete:
-      return refuse(text(messages::kIncompleteRefused, m_file));
+      (void)refuse(text(messages::kIncompleteRefused, m_file));
+      MainUI::addLog(LogLevel::information, text(messages::kIncompleteAdvice, m_file));
+      return Opening::failed;
     case OpenFailure::Problem::exchangeDamaged:
       return refuse(QString::fromLatin1(messages::kJournalDamaged)
                         .arg(m_file, QFile::decodeName(journalFile(systemPath(m_file)).c_str())));
@@ -231,25 +237,11 @@ void ColumnarRead::announceColumns() {
   row->setNumberOfColumns(static_cast<int>(m_choice->names().size()));
   row->setColName(m_choice->names());
   row->setMetaData(m_choice->metas());
-  row->setSortInfos(sortOrder());
+  // The rows of several files are in no order.
+  const bool isOneFile = m_files.size() == 1;
+  row->setSortInfos(isOneFile ? storedOrder(*m_gelFile, m_columns) : QVector<SortInfos>());
   m_action.announceColumnsOfOutputPin(0);
   m_isAnnounced = true;
-}
-
-// The rows of several files are in no order.
-QVector<SortInfos> ColumnarRead::sortOrder() const {
-  if (m_files.size() != 1) {
-    return {};
-  }
-  for (std::size_t i = 0; i < m_columns.size(); ++i) {
-    const StorageCode storage = m_gelFile->column(m_columns[i]).storage;
-    if (storage == StorageCode::ascendingKey || storage == StorageCode::descendingKey) {
-      return {SortInfos(static_cast<int>(i), storage == StorageCode::ascendingKey
-                                                 ? SortType::numberAscending
-                                                 : SortType::numberDescending)};
-    }
-  }
-  return {};
 }
 
 bool ColumnarRead::prepareFilter() {
@@ -327,7 +319,7 @@ DecodedBlock* ColumnarRead::take(ReadEvent event) {
       m_block = std::move(event.block);
       return m_block.get();
     case ReadEvent::Kind::corrupted:
-      follow(m_damage.corrupted(m_file, event.firstRow, event.lastRow));
+      follow(m_damage.corrupted(m_file, event.firstRow, event.lastRow, event.cause));
       return nullptr;
     case ReadEvent::Kind::truncated:
       follow(m_damage.truncated(m_file, event.firstRow));
@@ -339,6 +331,9 @@ DecodedBlock* ColumnarRead::take(ReadEvent event) {
       follow(AfterDamage::stopRun);
       return nullptr;
     case ReadEvent::Kind::end:
+      if (event.cause == ReadStatus::incomplete) {
+        MainUI::addLog(LogLevel::information, text(messages::kStillWritten, m_file));
+      }
       openNextFile();
       return nullptr;
   }

@@ -56,7 +56,6 @@ class ColumnarRead {
   bool prepareFilter();
   bool startBlocks();
   void announceColumns();
-  QVector<SortInfos> sortOrder() const;
   void closeFile();
 
   // What a file's next event means; null when there is no block in it.

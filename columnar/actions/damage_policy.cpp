@@ -16,21 +16,35 @@ QString rowText(std::uint64_t row) {
 }  // namespace
 
 AfterDamage DamagePolicy::corrupted(const QString& file, std::uint64_t firstRow,
-                                    std::uint64_t lastRow) {
+                                    std::uint64_t lastRow, ReadStatus cause) {
   if (m_skipsDamage) {
     warnAboutSkippedRows(file, firstRow, lastRow);
-    return AfterDamage::goOn;
+  } else {
+    MainUI::addLog(LogLevel::error,
+                   QString::fromLatin1(messages::kCorrupted).arg(file, rowText(firstRow)));
   }
-  MainUI::addLog(LogLevel::error,
-                 QString::fromLatin1(messages::kCorrupted).arg(file, rowText(firstRow)));
-  return AfterDamage::stopRun;
+  explain(file, cause);
+  return m_skipsDamage ? AfterDamage::goOn : AfterDamage::stopRun;
 }
 
 AfterDamage DamagePolicy::truncated(const QString& file, std::uint64_t firstRow) {
   const char* text = m_skipsDamage ? messages::kTruncatedSkipped : messages::kTruncated;
   MainUI::addLog(m_skipsDamage ? LogLevel::warning : LogLevel::error,
                  QString::fromLatin1(text).arg(file, rowText(firstRow)));
+  explain(file, ReadStatus::truncated);
   return m_skipsDamage ? AfterDamage::endFile : AfterDamage::stopRun;
+}
+
+// What the first damage of a file comes from, and what to do.
+void DamagePolicy::explain(const QString& file, ReadStatus cause) {
+  if (m_explainedFile == file) {
+    return;
+  }
+  m_explainedFile = file;
+  const char* reason = cause == ReadStatus::foreign         ? messages::kForeignSideFile
+                       : cause == ReadStatus::beyondLimits ? messages::kBeyondLimits
+                                                            : messages::kDamageAdvice;
+  MainUI::addLog(LogLevel::information, QString::fromLatin1(reason).arg(file));
 }
 
 void DamagePolicy::warnAboutSkippedRows(const QString& file, std::uint64_t firstRow,

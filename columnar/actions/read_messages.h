@@ -63,6 +63,26 @@ inline constexpr char kTruncatedSkipped[] =
 inline constexpr char kTruncated[] =
     "Error: file '%1' is truncated in data-block starting at row %2";
 
+// What follows one of them, once a file.
+inline constexpr char kDamageAdvice[] =
+    "'kelvarin gel verify' names each damaged place of '%1'. What is whole in its column-set files "
+    "can be written to a new table: kelvarin gel recover '%1' recovered.cgel_kelvarin";
+inline constexpr char kForeignSideFile[] =
+    "The values in a column-set file of '%1' are sound, but not those that the main file describes: "
+    "the file of another table may have taken its place, or the main file is an older one. "
+    "'kelvarin gel verify' names the columns.";
+inline constexpr char kBeyondLimits[] =
+    "A part of '%1' says that it needs far more memory than the files justify, so it was not read. "
+    "'kelvarin gel verify' names the place.";
+inline constexpr char kIncompleteAdvice[] =
+    "The writer of '%1' is at work or was stopped. With readIncompleteFile its finished rows are "
+    "read; after a stop, more of them come with: kelvarin gel recover '%1' recovered.cgel_kelvarin";
+inline constexpr char kStoppedWriterAdvice[] =
+    "The writer of '%1' was stopped. Rows that no descriptor describes yet may be whole in its "
+    "column-set files: kelvarin gel recover '%1' recovered.cgel_kelvarin";
+inline constexpr char kStillWritten[] =
+    "The file '%1' is still being written. The rows that its writer has finished were read.";
+
 inline constexpr char kNoMemory[] =
     "The memory does not suffice to read file '%1', with blocks of up to %2 rows in %3 "
     "columns. Read fewer columns, or lower nBlockForward.";

@@ -54,9 +54,21 @@ ReadStatus ChunkDecoder::uncompress(Bytes chunk, std::uint64_t maximumSize) {
   }
   const Bytes stream = chunk.subspan(kChunkChecksumSize);
   if (loadPacked<std::uint32_t>(chunk.data()) != checksum(stream)) {
-    return ReadStatus::corrupted;
+    return ReadStatus::wrongChecksum;
   }
-  return uncompressSnappy(stream, maximumSize, m_raw);
+  const ReadStatus status = uncompressSnappy(stream, maximumSize, m_raw);
+  // No values of so many rows take more, so it is the stream that makes no sense.
+  return status == ReadStatus::beyondLimits ? ReadStatus::corrupted : status;
+}
+
+RowCounts ChunkDecoder::possibleRowCounts(Bytes chunk, GelType type, RowCounts known) {
+  const std::uint64_t most = type == GelType::key      ? KeyCodec::maximumEncodedSize(known.most)
+                             : type == GelType::number ? maximumNumbersSize(known.most)
+                                                       : kMaximumRawSize;
+  if (uncompress(chunk, most) != ReadStatus::ok) {
+    return RowCounts::none();
+  }
+  return kelvarin::possibleRowCounts(m_raw.bytes(), type, known);
 }
 
 ReadStatus ChunkDecoder::decodeKeys(Bytes chunk, StorageCode code, std::uint32_t rows,

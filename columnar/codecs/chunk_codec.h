@@ -17,6 +17,7 @@
 #include "columnar/codecs/byte_buffer.h"
 #include "columnar/codecs/key_codec.h"
 #include "columnar/codecs/number_layout.h"
+#include "columnar/codecs/row_counts.h"
 #include "columnar/codecs/text_layout.h"
 #include "columnar/format/read_status.h"
 #include "columnar/format/storage_code.h"
@@ -57,6 +58,9 @@ class ChunkDecoder {
                                       ByteBuffer& keys);
   [[nodiscard]] ReadStatus decodeNumbers(Bytes chunk, std::uint32_t rows, ByteBuffer& numbers);
   [[nodiscard]] ReadStatus decodeTexts(Bytes chunk, std::uint32_t rows, DecodedTexts& texts);
+
+  // The numbers of rows, among those that are `known` to be possible, that the chunk can have.
+  RowCounts possibleRowCounts(Bytes chunk, GelType type, RowCounts known);
 
   // Of the last chunk that was refused for its layout byte; -1 when that was not the reason.
   int unknownLayout() const { return m_unknownLayout; }

@@ -25,7 +25,7 @@ ReadStatus decodeDescriptorRecord(const DescriptorRecordHead& head, Bytes payloa
   }
   const Bytes stream = payload.first(head.payloadSize);
   if (checksum(stream) != head.payloadChecksum) {
-    return ReadStatus::corrupted;
+    return ReadStatus::wrongChecksum;
   }
   const ReadStatus status = uncompressSnappy(stream, maximumSize, descriptors);
   if (status != ReadStatus::ok) {

@@ -48,6 +48,11 @@ std::span<const unsigned char> bytesOf(Words words) {
   return {reinterpret_cast<const unsigned char*>(words.data()), words.size() * sizeof(words[0])};
 }
 
+// Bytes that only fill a word.
+bool isFill(std::span<const unsigned char> bytes) {
+  return std::all_of(bytes.begin(), bytes.end(), [](unsigned char byte) { return byte == 0; });
+}
+
 // Exactly `count` numbers of at most 5 bytes, whose last byte has the top bit, and zeros up to a
 // whole word.
 bool isVariableByteTail(Words words, std::uint32_t count) {
@@ -68,9 +73,8 @@ bool isVariableByteTail(Words words, std::uint32_t count) {
     }
     ++next;
   }
-  const auto padding = bytes.subspan(next);
-  return padding.size() < sizeof(std::uint32_t) &&
-         std::all_of(padding.begin(), padding.end(), [](unsigned char byte) { return byte == 0; });
+  const auto fill = bytes.subspan(next);
+  return fill.size() < sizeof(std::uint32_t) && isFill(fill);
 }
 
 using ExceptionCounts = std::array<std::size_t, kWidestKey + 1>;
@@ -143,7 +147,8 @@ bool skipPage(WordReader& reader, std::uint32_t keys) {
   }
   std::size_t packedWords = 0;
   ExceptionCounts exceptions{};
-  return readGroups(bytesOf(byteWords).first(byteCount), keys / kKeysInGroup, packedWords,
+  return isFill(bytesOf(byteWords).subspan(byteCount)) &&
+         readGroups(bytesOf(byteWords).first(byteCount), keys / kKeysInGroup, packedWords,
                     exceptions) &&
          packedWords == packed.size() && skipExceptions(reader, exceptions);
 }

@@ -65,7 +65,9 @@ class NumberLayoutEncoder {
 };
 
 // `bytes` begin with the layout byte. Their structure is checked before `numbers` takes memory; it
-// then has 8 bytes a row. `unknownLayout` is set, to the layout byte, when that is the trouble.
+// then has 8 bytes a row, or 8 bytes for all rows where they are stored as one number: such a block
+// may claim any number of rows without a byte for each. `unknownLayout` is set, to the layout byte,
+// when that is the trouble.
 [[nodiscard]] ReadStatus decodeNumbers(Bytes bytes, std::uint32_t rows, ByteBuffer& numbers,
                                        int& unknownLayout);
 

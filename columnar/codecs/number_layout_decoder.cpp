@@ -61,11 +61,13 @@ bool decodeCodes(ByteReader& reader, std::size_t rows, ByteBuffer& numbers, Unsc
   if (!width || !takeAll(reader, codesSize(rows, *width), codes)) {
     return false;
   }
+  // Codes of no bits are all the same: one number stands for all rows.
+  const std::size_t stored = head.bits == 0 ? 1 : rows;
   const std::uint64_t missing =
       head.hasMissing != 0 ? (std::uint64_t{1} << head.bits) - 1 : UINT64_MAX;
-  unscale(LoadedCodes(codes.data(), rows, *width),
+  unscale(LoadedCodes(codes.data(), stored, *width),
           {.missing = missing, .base = head.base, .exponent = head.exponent},
-          roomFor(numbers, rows));
+          roomFor(numbers, stored));
   return true;
 }
 
@@ -75,6 +77,24 @@ bool decodeScaled(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
 
 bool decodeDifferences(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
   return decodeCodes(reader, rows, numbers, kernels::unscaleDifferences);
+}
+
+void repeat(std::size_t count, ByteBuffer& numbers) {
+  const auto number = loadPacked<std::uint64_t>(numbers.data());
+  numbers.resize(count * kNumberSize);
+  for (std::size_t i = 1; i < count; ++i) {
+    storePacked(numbers.data() + i * kNumberSize, number);
+  }
+}
+
+bool decodeInnerScaled(ByteReader& reader, std::size_t count, ByteBuffer& numbers) {
+  if (!decodeScaled(reader, count, numbers)) {
+    return false;
+  }
+  if (numbers.size() < count * kNumberSize) {
+    repeat(count, numbers);
+  }
+  return true;
 }
 
 // Numbers inside another layout are all that is left of it.
@@ -87,7 +107,7 @@ bool decodeInner(ByteReader& reader, std::size_t count, ByteBuffer& numbers) {
     case NumberLayout::plain:
       return decodePlain(reader, count, numbers);
     case NumberLayout::scaled:
-      return decodeScaled(reader, count, numbers);
+      return decodeInnerScaled(reader, count, numbers);
     default:
       return false;
   }
@@ -107,8 +127,9 @@ bool decodeDictionary(ByteReader& reader, std::size_t rows, ByteBuffer& numbers)
   // All that codes of a byte can say has a place.
   std::array<std::uint64_t, kLargestNumberDictionary> table{};
   std::memcpy(table.data(), entries.data(), entries.size());
-  unsigned char* out = roomFor(numbers, rows);
-  return LoadedCodes(codes.data(), rows, *codeWidthOf(bits))
+  const std::size_t stored = bits == 0 ? 1 : rows;
+  unsigned char* out = roomFor(numbers, stored);
+  return LoadedCodes(codes.data(), stored, *codeWidthOf(bits))
       .forEachPiece([&](std::size_t first, std::span<const std::uint32_t> piece) {
         for (std::size_t i = 0; i < piece.size(); ++i) {
           storePacked(out + (first + i) * kNumberSize, table[piece[i]]);

@@ -16,10 +16,13 @@ const char* asChars(Bytes bytes) {
   return reinterpret_cast<const char*>(bytes.data());
 }
 
-// One piece of a stream: how many bytes it takes, and how many it stands for.
+// One piece of a stream: how many bytes it takes, how many it stands for, and for a copy how far
+// back it reaches.
 struct Element {
   std::size_t size = 0;
   std::size_t rawSize = 0;
+  std::size_t distance = 0;
+  bool isCopy = false;
 };
 
 // A literal says its length in its tag, or in 1 to 4 bytes after it.
@@ -38,16 +41,34 @@ std::optional<Element> literalAt(Bytes bytes) {
   return Element{1 + lengthBytes + length + 1, length + 1};
 }
 
+template <typename Distance>
+std::optional<Element> copyAt(Bytes bytes) {
+  constexpr std::size_t kSize = 1 + sizeof(Distance);
+  if (bytes.size() < kSize) {
+    return std::nullopt;
+  }
+  return Element{kSize, 1u + (bytes[0] >> 2), loadPacked<Distance>(bytes.data() + 1), true};
+}
+
+std::optional<Element> shortCopyAt(Bytes bytes) {
+  if (bytes.size() < 2) {
+    return std::nullopt;
+  }
+  const std::size_t distance = std::size_t{bytes[0]} >> 5 << 8 | bytes[1];
+  return Element{2, 4u + (bytes[0] >> 2 & 7u), distance, true};
+}
+
+// Nothing when the bytes end inside it.
 std::optional<Element> elementAt(Bytes bytes) {
   switch (bytes[0] & 3) {
     case 0:
       return literalAt(bytes);
     case 1:
-      return Element{2, 4u + (bytes[0] >> 2 & 7u)};
+      return shortCopyAt(bytes);
     case 2:
-      return Element{3, 1u + (bytes[0] >> 2)};
+      return copyAt<std::uint16_t>(bytes);
     default:
-      return Element{5, 1u + (bytes[0] >> 2)};
+      return copyAt<std::uint32_t>(bytes);
   }
 }
 
@@ -94,8 +115,11 @@ bool doesCompressBelow(Bytes raw, int bitsPerByte) {
 
 ReadStatus uncompressSnappy(Bytes stream, std::uint64_t maximumSize, ByteBuffer& raw) {
   std::size_t size = 0;
-  if (!snappy::GetUncompressedLength(asChars(stream), stream.size(), &size) || size > maximumSize) {
+  if (!snappy::GetUncompressedLength(asChars(stream), stream.size(), &size)) {
     return ReadStatus::corrupted;
+  }
+  if (size > maximumSize) {
+    return ReadStatus::beyondLimits;
   }
   if (size > kSmallRawSize && size > stream.size() &&
       !snappy::IsValidCompressedBuffer(asChars(stream), stream.size())) {
@@ -108,30 +132,34 @@ ReadStatus uncompressSnappy(Bytes stream, std::uint64_t maximumSize, ByteBuffer&
 }
 
 ReadStatus findSnappyEnd(Bytes bytes, std::size_t& length) {
-  std::size_t left = 0;
+  std::size_t rawSize = 0;
+  length = 0;
   const auto head = sizeOfLength(bytes);
   if (!head) {
     return bytes.size() < kLongestRawLength ? ReadStatus::truncated : ReadStatus::corrupted;
   }
-  if (!snappy::GetUncompressedLength(asChars(bytes), bytes.size(), &left)) {
+  if (!snappy::GetUncompressedLength(asChars(bytes), bytes.size(), &rawSize)) {
     return ReadStatus::corrupted;
   }
-  std::size_t position = *head;
-  while (left > 0) {
-    if (position >= bytes.size()) {
+  length = *head;
+  for (std::size_t done = 0; done < rawSize;) {
+    if (length >= bytes.size()) {
       return ReadStatus::truncated;
     }
-    const auto element = elementAt(bytes.subspan(position));
-    if (!element || element->size > bytes.size() - position) {
+    const auto element = elementAt(bytes.subspan(length));
+    if (!element) {
       return ReadStatus::truncated;
     }
-    if (element->rawSize > left) {
+    const bool isBadCopy = element->isCopy && (element->distance == 0 || element->distance > done);
+    if (element->rawSize > rawSize - done || isBadCopy) {
       return ReadStatus::corrupted;
     }
-    position += element->size;
-    left -= element->rawSize;
+    if (element->size > bytes.size() - length) {
+      return ReadStatus::truncated;
+    }
+    length += element->size;
+    done += element->rawSize;
   }
-  length = position;
   return ReadStatus::ok;
 }
 

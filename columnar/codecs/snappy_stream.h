@@ -26,12 +26,12 @@ std::size_t compressedSize(Bytes raw, ByteBuffer& scratch);
 // Whether the first bytes compress to fewer bits than these for each byte.
 bool doesCompressBelow(Bytes raw, int bitsPerByte);
 
-// Replaces what `raw` held. A stream that announces more than `maximumSize` bytes is corrupted; a
-// long one is checked as a whole before memory is taken for it.
+// Replaces what `raw` held. A stream that announces more than `maximumSize` bytes is beyond the
+// limits; a long one is checked as a whole before memory is taken for it.
 [[nodiscard]] ReadStatus uncompressSnappy(Bytes stream, std::uint64_t maximumSize, ByteBuffer& raw);
 
-// Where the stream ends that `bytes` begin with, told by walking through it. `length` is set for
-// ReadStatus::ok; `truncated`: the bytes end before the stream does.
+// Walks through the stream that `bytes` begin with. `length` is how far the walk came, for
+// ReadStatus::ok the stream's end; `truncated`: the bytes end before the stream does.
 [[nodiscard]] ReadStatus findSnappyEnd(Bytes bytes, std::size_t& length);
 
 // The size that a stream announces, believed or not; nothing when it announces none.

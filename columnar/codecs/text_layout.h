@@ -28,7 +28,8 @@ inline constexpr std::size_t kMostSharedBytes = 255;
 // Texts as rows point to them: a 32-bit length, then the bytes. Several rows may share one.
 struct DecodedTexts {
   ByteBuffer bytes;
-  std::vector<std::uint32_t> offsets;  // of each row's text in `bytes`
+  // Of each row's text in `bytes`; only one where all rows are stored as one text.
+  std::vector<std::uint32_t> offsets;
 
   const unsigned char* text(std::size_t row) const { return bytes.data() + offsets[row]; }
 };

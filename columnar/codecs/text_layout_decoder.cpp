@@ -43,6 +43,8 @@ class Lengths {
     }
   }
 
+  bool areAllTheSame() const { return m_width == 0; }
+
   std::uint64_t byteCount(std::size_t count) const {
     if (m_width == 0) {
       return std::uint64_t{byteCountOf(m_same)} * count;
@@ -113,10 +115,16 @@ void decodeStored(const StoredTexts& stored, ByteBuffer& decoded, std::uint32_t*
 
 bool decodePlain(ByteReader& reader, std::size_t rows, DecodedTexts& texts) {
   StoredTexts stored;
-  if (!stored.take(reader, rows) || reader.remaining() != 0 || !stored.fitsDecoded()) {
+  if (!stored.take(reader, rows) || reader.remaining() != 0) {
     return false;
   }
-  texts.offsets.resize(rows);
+  if (stored.lengths.areAllTheSame() && stored.bytes.empty()) {
+    stored.count = 1;  // one null or empty text stands for all rows
+  }
+  if (!stored.fitsDecoded()) {
+    return false;
+  }
+  texts.offsets.resize(stored.count);
   decodeStored(stored, texts.bytes, texts.offsets.data());
   return true;
 }
@@ -202,8 +210,10 @@ bool decodeDictionary(ByteReader& reader, std::size_t rows, DecodedTexts& texts)
   // All that codes can say has a place.
   std::vector<std::uint32_t> places(std::size_t{1} << bits);
   decodeEntries(entries, texts.bytes, places.data());
-  texts.offsets.resize(rows);
-  return LoadedCodes(codes.data(), rows, *codeWidthOf(bits))
+  // Codes of no bits are all the same: one text stands for all rows.
+  const std::size_t stored = bits == 0 ? 1 : rows;
+  texts.offsets.resize(stored);
+  return LoadedCodes(codes.data(), stored, *codeWidthOf(bits))
       .forEachPiece([&](std::size_t first, std::span<const std::uint32_t> piece) {
         for (std::size_t i = 0; i < piece.size(); ++i) {
           texts.offsets[first + i] = places[piece[i]];

@@ -32,7 +32,8 @@ std::size_t startOfLastCharacter(std::string_view text) {
   return start;
 }
 
-// The code point of the UTF-8 sequence that fills `bytes`; nothing when it is none.
+// The code point of the UTF-8 sequence that fills `bytes`; nothing when it is none, as where it
+// could be shorter.
 std::optional<char32_t> codePoint(std::string_view bytes) {
   constexpr unsigned char kLeadMask[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
   constexpr unsigned char kLead[] = {0, 0x00, 0xC0, 0xE0, 0xF0};
@@ -45,7 +46,10 @@ std::optional<char32_t> codePoint(std::string_view bytes) {
   for (const char byte : bytes.substr(1)) {
     point = point << 6 | (static_cast<unsigned char>(byte) & 0x3F);
   }
-  return point;
+  constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
+  const bool isSurrogate = point > kBeforeSurrogates && point < kAfterSurrogates;
+  const bool isCharacter = point >= kLeast[size] && point <= kLastCharacter && !isSurrogate;
+  return isCharacter ? std::optional(point) : std::nullopt;
 }
 
 void appendUtf8(std::string& text, char32_t point) {
@@ -100,7 +104,8 @@ bool loadBound(const unsigned char* bytes, std::optional<TextBound>& bound) {
     default:
       return false;
   }
-  if (size > TextBound::kMaximumSize) {
+  if (size > TextBound::kMaximumSize ||
+      std::any_of(bytes + 2 + size, bytes + kBoundSize, [](auto byte) { return byte != 0; })) {
     return false;
   }
   const auto* text = reinterpret_cast<const char*>(bytes + 2);

@@ -43,8 +43,8 @@ bool readColumnSets(ByteReader& reader, MetadataBlock& metadata) {
     return true;
   }
   std::size_t next = 0;
+  std::uint32_t count = 0;
   for (int set = 0; set < metadata.columnSetCount; ++set) {
-    std::uint32_t count = 0;
     if (!reader.read(count) || count > metadata.columns.size() - next) {
       return false;
     }
@@ -52,7 +52,7 @@ bool readColumnSets(ByteReader& reader, MetadataBlock& metadata) {
       metadata.columns[next].columnSet = set;
     }
   }
-  return next == metadata.columns.size();
+  return next == metadata.columns.size() && count > 0;
 }
 
 std::vector<std::uint32_t> columnCounts(const MetadataBlock& metadata) {

@@ -7,8 +7,11 @@ enum class ReadStatus {
   ok,
   incomplete,  // the file was not finished: its complete flag is 0
   truncated,   // fewer bytes than their recorded length
-  corrupted,   // the checksum differs, or the bytes make no sense
-  unreadable,  // not a columnar file: too short, or another magic number
+  wrongChecksum,
+  corrupted,     // the checksum is right, but the bytes make no sense
+  beyondLimits,  // they would take more memory than the files justify
+  foreign,       // values other than those that the main file describes
+  unreadable,    // not a columnar file: too short, or another magic number
 };
 
 }  // namespace kelvarin

@@ -8,6 +8,12 @@
 
 namespace kelvarin {
 
+namespace {
+
+constexpr std::uint64_t kBlocksForOneComparison = 16;
+
+}  // namespace
+
 Result<std::unique_ptr<BlockReader>, std::string> BlockReader::open(
     const GelFile& file, const std::vector<std::size_t>& columns, WantsBlock wantsBlock) {
   Result<std::unique_ptr<ChunkReader>, std::string> chunks = ChunkReader::open(file, columns);
@@ -45,21 +51,22 @@ ReadEvent BlockReader::nextEvent(std::unique_ptr<DecodedBlock> spare) {
     switch (m_scan.next(block)) {
       case BlockScan::Step::block:
         if (!m_wantsBlock || m_wantsBlock(m_file, block)) {
-          return decode(block, std::move(spare));
+          return read(block, std::move(spare));
         }
         break;
       case BlockScan::Step::corrupted:
-        return {ReadEvent::Kind::corrupted, m_scan.lostFirstRow(), m_scan.lostLastRow(), nullptr};
+        return {ReadEvent::Kind::corrupted, m_scan.lostFirstRow(), m_scan.lostLastRow(), nullptr,
+                m_scan.damage()};
       case BlockScan::Step::truncated:
         return endWith({ReadEvent::Kind::truncated, m_scan.lostFirstRow(), 0, nullptr});
       case BlockScan::Step::end:
-        return endWith({});
+        return endWith({.cause = m_scan.isUnfinished() ? ReadStatus::incomplete : ReadStatus::ok});
     }
   }
   return {};
 }
 
-ReadEvent BlockReader::decode(const BlockInfo& block, std::unique_ptr<DecodedBlock> spare) {
+ReadEvent BlockReader::read(const BlockInfo& block, std::unique_ptr<DecodedBlock> spare) {
   if (!spare) {
     spare = std::make_unique<DecodedBlock>();
     spare->setColumns(m_types);
@@ -76,7 +83,7 @@ ReadEvent BlockReader::decode(const BlockInfo& block, std::unique_ptr<DecodedBlo
     return endWith({ReadEvent::Kind::truncated, block.firstRow, block.lastRow(), nullptr});
   }
   if (worst != ReadStatus::ok) {
-    return {ReadEvent::Kind::corrupted, block.firstRow, block.lastRow(), nullptr};
+    return {ReadEvent::Kind::corrupted, block.firstRow, block.lastRow(), nullptr, worst};
   }
   spare->start(block.firstRow, block.rowCount);
   return {ReadEvent::Kind::block, block.firstRow, block.lastRow(), std::move(spare)};
@@ -85,12 +92,18 @@ ReadEvent BlockReader::decode(const BlockInfo& block, std::unique_ptr<DecodedBlo
 ReadStatus BlockReader::decodeColumn(const BlockInfo& block, std::size_t place,
                                      DecodedColumn& values) {
   const ReadStatus status = m_chunks->decode(place, values);
-  // The words of so few keys look the same for every storage code, and the metadata block, which
-  // tells the code, has no checksum.
-  const bool isDoubtful = m_types[place] == MetaTypeColumn::key && block.rowCount < kKeysInGroup;
-  const bool isRight = status != ReadStatus::ok || !isDoubtful ||
+  const bool isRight = status != ReadStatus::ok || !isToCompare(block, m_types[place]) ||
                        hasItsSummary(m_file, block, m_columns[place], values);
-  return isRight ? status : ReadStatus::corrupted;
+  return isRight ? status : ReadStatus::foreign;
+}
+
+// A side file of another table has sound chunks, too. Comparing the values of all blocks with their
+// summaries would take as long as decoding them, so some blocks answer for their neighbours. The
+// words of few keys look the same for every storage code, and the metadata block, which has the
+// code, has no checksum.
+bool BlockReader::isToCompare(const BlockInfo& block, MetaTypeColumn type) const {
+  const bool isDoubtful = type == MetaTypeColumn::key && block.rowCount < kKeysInGroup;
+  return isDoubtful || block.index % kBlocksForOneComparison == 0 || block.following == nullptr;
 }
 
 ReadEvent BlockReader::endWith(ReadEvent event) {

@@ -26,14 +26,17 @@ class BlockReader {
 
   // `spare`, when there is one, is filled again.
   ReadEvent next(std::unique_ptr<DecodedBlock> spare);
+  // Reads a block that another scan of the file has found. Blocks are read in their order, by one
+  // of both operations.
+  ReadEvent read(const BlockInfo& block, std::unique_ptr<DecodedBlock> spare);
 
  private:
   BlockReader(const GelFile& file, const std::vector<std::size_t>& columns,
               std::unique_ptr<ChunkReader> chunks, WantsBlock wantsBlock);
 
   ReadEvent nextEvent(std::unique_ptr<DecodedBlock> spare);
-  ReadEvent decode(const BlockInfo& block, std::unique_ptr<DecodedBlock> spare);
   ReadStatus decodeColumn(const BlockInfo& block, std::size_t place, DecodedColumn& values);
+  bool isToCompare(const BlockInfo& block, MetaTypeColumn type) const;
   ReadEvent endWith(ReadEvent event);
 
   const GelFile& m_file;

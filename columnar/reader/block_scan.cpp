@@ -63,24 +63,33 @@ BlockScan::Step BlockScan::stepOfOutcome() {
   m_outcome.reset();
   switch (outcome) {
     case Outcome::corrupted:
-      return loseRecord();
+      return hasAllRows() ? endCut() : loseRecord();
     case Outcome::truncated:
-      m_lostFirstRow = m_rowsBefore;
-      m_isEnded = true;
-      return Step::truncated;
+      return endCut();
     case Outcome::endOfFile:
       if (m_file.isComplete()) {
-        // All rows may be there; the end marker is not.
-        m_lostFirstRow = m_rowsBefore;
-        m_isEnded = true;
-        return Step::truncated;
+        return endCut();
       }
+      break;
+    case Outcome::unfinished:
+      m_isUnfinished = true;
       break;
     case Outcome::record:
     case Outcome::endMarker:
       break;
   }
   return endOfRows();
+}
+
+// All rows of a finished file may be there; the end marker is not.
+BlockScan::Step BlockScan::endCut() {
+  m_lostFirstRow = m_rowsBefore;
+  m_isEnded = true;
+  return Step::truncated;
+}
+
+bool BlockScan::hasAllRows() const {
+  return m_file.isComplete() && !m_hasLostRecord && m_rowsBefore == m_file.rowCount();
 }
 
 // The header of a finished file has to agree with its descriptors. Rows of lost records were

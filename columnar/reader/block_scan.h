@@ -45,6 +45,12 @@ class BlockScan {
   bool isRowCountWrong() const { return m_isRowCountWrong; }
   // Up to the end of the last block.
   std::uint64_t rowsPassed() const { return m_rowsBefore; }
+  // Why the rows are lost, after `corrupted`.
+  ReadStatus damage() const {
+    return m_isRowCountWrong ? ReadStatus::corrupted : m_reader.damage();
+  }
+  // After `end`: the file ended inside a record that its writer is still at.
+  bool isUnfinished() const { return m_isUnfinished; }
   // Of the damaged record, or where one is missing.
   std::uint64_t damageOffset() const { return m_reader.recordOffset(); }
 
@@ -54,6 +60,8 @@ class BlockScan {
   void readRecord();
   Step stepOfOutcome();
   Step endOfRows();
+  Step endCut();
+  bool hasAllRows() const;
   Step loseRecord();
   bool standsForNothing();
   std::uint64_t allBlocks() const;
@@ -75,6 +83,7 @@ class BlockScan {
   std::uint64_t m_largestRecord = 0;  // descriptors; every record but the last is as large
   bool m_hasLostRecord = false;
   bool m_isRowCountWrong = false;
+  bool m_isUnfinished = false;
   bool m_isEnded = false;
   std::uint64_t m_lostFirstRow = 0;
   std::uint64_t m_lostLastRow = 0;

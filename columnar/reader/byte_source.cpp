@@ -1,10 +1,13 @@
 #include "columnar/reader/byte_source.h"
 
+#include <algorithm>
 #include <cerrno>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "base/file_lock.h"
 
 namespace kelvarin {
 
@@ -21,6 +24,18 @@ class FileSource final : public ByteSource {
     struct stat status {};
     return ::fstat(m_descriptor, &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
   }
+
+  std::uint64_t storedSize() const override {
+    constexpr std::uint64_t kBytesOfBlock = 512;
+    struct stat status {};
+    if (::fstat(m_descriptor, &status) != 0) {
+      return 0;
+    }
+    return std::min(static_cast<std::uint64_t>(status.st_size),
+                    static_cast<std::uint64_t>(status.st_blocks) * kBytesOfBlock);
+  }
+
+  bool isBeingWritten() const override { return isFileLockedElsewhere(m_descriptor); }
 
   std::size_t readAt(std::uint64_t offset, void* bytes, std::size_t count) const override {
     std::size_t done = 0;

@@ -16,6 +16,13 @@ class ByteSource {
  public:
   virtual ~ByteSource() = default;
   virtual std::uint64_t size() const = 0;
+  // The bytes that take space on the disk: fewer than size() in a file with holes.
+  virtual std::uint64_t storedSize() const { return size(); }
+  // What one part of the file may claim before memory is taken for it. File systems that compress
+  // store less than a file has.
+  std::uint64_t largestPart() const { return (64ull << 20) + 16 * storedSize(); }
+  // Whether a writer is at work on the file, see base/file_lock.h.
+  virtual bool isBeingWritten() const { return false; }
   // How many bytes came; fewer than `count` only at the end or after an error of the system.
   virtual std::size_t readAt(std::uint64_t offset, void* bytes, std::size_t count) const = 0;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "columnar/codecs/snappy_stream.h"
+#include "columnar/reader/column_decoding.h"
 
 namespace kelvarin {
 
@@ -53,7 +54,8 @@ Status<std::string> ChunkReader::openSets(const std::vector<std::size_t>& column
       return Failure{m_file.sidePath(number)};
     }
     set.knownSize = set.source->size();
-    set.searchLimit = kSearchAlwaysAllowed + 4 * set.knownSize;
+    set.largestPart = set.source->largestPart();
+    set.searchLimit = kSearchAlwaysAllowed + 4 * std::min(set.knownSize, set.largestPart);
     std::sort(set.places.begin(), set.places.end(), [this](std::size_t left, std::size_t right) {
       return m_chunks[left].column < m_chunks[right].column;
     });
@@ -118,6 +120,8 @@ void ChunkReader::findChunks(Set& set, const BlockInfo& block) {
     }
     if (chunk.begin < set.floor || chunk.end < chunk.begin) {
       chunk.status = ReadStatus::corrupted;
+    } else if (chunk.hasEnd && isBeyondLimits(set, chunk.end - chunk.begin)) {
+      chunk.status = ReadStatus::beyondLimits;
     } else if (!hasReached(set, std::max(chunk.begin + 1, chunk.end))) {
       chunk.status = ReadStatus::truncated;
     } else {
@@ -125,6 +129,14 @@ void ChunkReader::findChunks(Set& set, const BlockInfo& block) {
       set.floor = chunk.hasEnd ? chunk.end : chunk.begin;
     }
   }
+}
+
+// In a file with holes a chunk may claim more than all that the file has.
+bool ChunkReader::isBeyondLimits(Set& set, std::uint64_t size) {
+  if (size > set.largestPart) {
+    set.largestPart = set.source->largestPart();
+  }
+  return size > set.largestPart;
 }
 
 // The size is asked for again only where it matters.
@@ -254,16 +266,7 @@ ReadStatus ChunkReader::decode(std::size_t place, DecodedColumn& column) {
   if (chunk.status != ReadStatus::ok) {
     return chunk.status;
   }
-  const GelColumn& description = m_file.column(chunk.column);
-  switch (description.type) {
-    case GelType::key:
-      return m_decoder.decodeKeys(bytesOf(chunk), description.storage, m_rowCount, column.values);
-    case GelType::number:
-      return m_decoder.decodeNumbers(bytesOf(chunk), m_rowCount, column.values);
-    case GelType::text:
-      break;
-  }
-  return m_decoder.decodeTexts(bytesOf(chunk), m_rowCount, column.texts);
+  return decodeColumn(m_decoder, m_file.column(chunk.column), bytesOf(chunk), m_rowCount, column);
 }
 
 }  // namespace kelvarin

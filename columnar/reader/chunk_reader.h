@@ -67,6 +67,7 @@ class ChunkReader {
     std::uint64_t floor = 0;        // what lies before has been read
     std::uint64_t searchLimit = 0;  // bytes that may yet be read to find the ends of streams
     std::uint64_t knownSize = 0;    // of the source, which may have grown since
+    std::uint64_t largestPart = 0;  // of the source
     ByteBuffer bytes;               // of the loaded chunks
     std::uint64_t aheadBegin = 0;   // where `bytes` begin, when they are one piece of the source
     bool isAhead = false;           // they are, and following chunks may be among them
@@ -80,6 +81,7 @@ class ChunkReader {
   void readChunks(Set& set);
   bool takeFromAhead(Set& set);
   void readRun(Set& set, std::size_t first, std::size_t end);
+  static bool isBeyondLimits(Set& set, std::uint64_t size);
   static bool hasReached(Set& set, std::uint64_t end);
   void place(Chunk& chunk, std::size_t inBuffer, std::uint64_t endOfBytes);
   void readToStreamEnd(Set& set, Chunk& chunk);

@@ -6,6 +6,7 @@
 // Threads: one at a time; filled on the reading thread, emptied on the engine's.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -15,7 +16,8 @@
 
 namespace kelvarin {
 
-// The values of one column. The type decides which part is filled.
+// The values of one column. The type decides which part is filled. One value where all rows are
+// stored as one.
 struct DecodedColumn {
   ByteBuffer values;   // numbers or keys
   DecodedTexts texts;  // all other types
@@ -38,17 +40,21 @@ class DecodedBlock final : public RowsInHand {
   std::uint64_t firstRow() const { return m_firstRow; }
   std::uint64_t rowCount() const { return m_rowCount; }
 
-  const double* numbers(int column, std::size_t first, std::size_t, double*) const override {
-    return reinterpret_cast<const double*>(valuesOf(column)) + first;
+  const double* numbers(int column, std::size_t first, std::size_t count,
+                        double* room) const override {
+    return values(column, first, count, room);
   }
-  const std::uint32_t* keys(int column, std::size_t first, std::size_t,
-                            std::uint32_t*) const override {
-    return reinterpret_cast<const std::uint32_t*>(valuesOf(column)) + first;
+  const std::uint32_t* keys(int column, std::size_t first, std::size_t count,
+                            std::uint32_t* room) const override {
+    return values(column, first, count, room);
   }
 
   const unsigned char* const* texts(int column, std::size_t first, std::size_t count,
                                     const unsigned char** room) const override {
     const DecodedTexts& texts = m_columns[static_cast<std::size_t>(column)].texts;
+    if (texts.offsets.size() == 1) {
+      return std::fill_n(room, count, texts.text(0)) - count;
+    }
     for (std::size_t i = 0; i < count; ++i) {
       room[i] = texts.text(first + i);
     }
@@ -81,18 +87,24 @@ class DecodedBlock final : public RowsInHand {
   }
 
  private:
-  const unsigned char* valuesOf(int column) const {
-    return m_columns[static_cast<std::size_t>(column)].values.data();
+  template <typename Value>
+  const Value* values(int column, std::size_t first, std::size_t count, Value* room) const {
+    const ByteBuffer& bytes = m_columns[static_cast<std::size_t>(column)].values;
+    const auto* all = reinterpret_cast<const Value*>(bytes.data());
+    return bytes.size() > sizeof(Value) ? all + first : std::fill_n(room, count, *all) - count;
   }
 
   // Where a column's next value is.
   struct Cursor {
     unsigned char* next = nullptr;          // of texts, the first one's
-    const std::uint32_t* offset = nullptr;  // of the next text; null for other types
-    std::size_t step = 0;                   // from value to value; 0 for texts
+    const std::uint32_t* offset = nullptr;  // of the next text; null without offsets
+    std::size_t step = 0;                   // from value to value; 0 where all rows have one
   };
 
+  static void startColumn(DecodedColumn& column, std::size_t size, Cursor& cursor);
+
   std::vector<DecodedColumn> m_columns;
+  std::vector<std::size_t> m_sizes;  // of a value, by column; 0 for texts
   std::vector<Cursor> m_cursors;
   std::uint64_t m_firstRow = 0;
   std::uint64_t m_rowCount = 0;

@@ -25,7 +25,14 @@ DescriptorReader::DescriptorReader(const GelFile& file)
   }
 }
 
+// The writer is asked for first: it may end while the record is read, having written the rest.
 DescriptorReader::Outcome DescriptorReader::next(DescriptorRecord& record) {
+  const bool isBeingWritten = !m_file.isComplete() && m_file.source().isBeingWritten();
+  const Outcome outcome = readNext(record);
+  return outcome == Outcome::truncated && isBeingWritten ? Outcome::unfinished : outcome;
+}
+
+DescriptorReader::Outcome DescriptorReader::readNext(DescriptorRecord& record) {
   m_recordOffset = m_offset;
   m_announcedDescriptors = 0;
   const Bytes headBytes = m_window.at(m_offset, kRecordHeadSize);
@@ -38,6 +45,12 @@ DescriptorReader::Outcome DescriptorReader::next(DescriptorRecord& record) {
   DescriptorRecordHead head;
   ByteReader reader(headBytes);
   (void)readRecord(reader, head);
+  if (head.payloadSize == 0) {
+    return passOverEmptyRecords();
+  }
+  if (head.payloadSize > m_file.source().largestPart()) {
+    return passOver(head.payloadSize);
+  }
   const Bytes payload = m_window.at(m_offset + kRecordHeadSize, head.payloadSize);
   if (payload.size() < head.payloadSize) {
     return Outcome::truncated;
@@ -50,16 +63,37 @@ DescriptorReader::Outcome DescriptorReader::next(DescriptorRecord& record) {
   return decode(head, payload, record);
 }
 
+// No record is empty. After a loss of power a file may end with any number of zeros: they are one
+// damage, and where nothing follows the file ends with them.
+DescriptorReader::Outcome DescriptorReader::passOverEmptyRecords() {
+  m_damage = ReadStatus::corrupted;
+  Bytes head;
+  do {
+    m_offset += kRecordHeadSize;
+    head = m_window.at(m_offset, kRecordHeadSize);
+  } while (head.size() == kRecordHeadSize && loadPacked<std::uint32_t>(head.data()) == 0);
+  return head.size() < kRecordHeadSize ? Outcome::truncated : Outcome::corrupted;
+}
+
+// In a file with holes a record may claim more than all that the file has.
+DescriptorReader::Outcome DescriptorReader::passOver(std::uint64_t payloadSize) {
+  m_damage = ReadStatus::beyondLimits;
+  m_offset += kRecordHeadSize + payloadSize;
+  return m_offset > m_file.source().size() ? Outcome::truncated : Outcome::corrupted;
+}
+
 DescriptorReader::Outcome DescriptorReader::decode(const DescriptorRecordHead& head, Bytes payload,
                                                    DescriptorRecord& record) {
   const std::size_t width = m_file.descriptorLayout().width();
   ByteBuffer raw;
-  if (decodeDescriptorRecord(head, payload, width, maximumRawSize(m_announcedDescriptors * width),
-                             raw) != ReadStatus::ok) {
+  m_damage = decodeDescriptorRecord(head, payload, width,
+                                    maximumRawSize(m_announcedDescriptors * width), raw);
+  if (m_damage != ReadStatus::ok) {
     return Outcome::corrupted;
   }
   DescriptorRecord read(std::move(raw), width);
   if (!areSound(read)) {
+    m_damage = ReadStatus::corrupted;
     return Outcome::corrupted;
   }
   record = std::move(read);
@@ -130,18 +164,22 @@ bool DescriptorReader::areSetsInOrder(const unsigned char* before,
   return true;
 }
 
+// A full record of a table with wide descriptors is always taken: it swells to no more than Snappy
+// can make of its bytes, which is looked at before memory is taken.
 std::uint64_t DescriptorReader::maximumRawSize(std::uint64_t announcedSize) {
-  if (announcedSize <= kRawSizeAlwaysTaken) {
-    return kRawSizeAlwaysTaken;
+  const std::uint64_t always = std::max<std::uint64_t>(
+      kRawSizeAlwaysTaken, kFewestDescriptorsInRecord * m_file.descriptorLayout().width());
+  if (announcedSize <= always) {
+    return always;
   }
   if (m_sizeOfAllFiles == 0) {
-    m_sizeOfAllFiles = m_file.source().size();
+    m_sizeOfAllFiles = m_file.source().storedSize();
     for (int set = 0; set < m_file.columnSetCount(); ++set) {
       const std::unique_ptr<ByteSource> side = m_file.openSide(set);
-      m_sizeOfAllFiles += side ? side->size() : 0;
+      m_sizeOfAllFiles += side ? side->storedSize() : 0;
     }
   }
-  return kRawSizeAlwaysTaken + 3 * m_sizeOfAllFiles;
+  return std::max(always, kRawSizeAlwaysTaken + 3 * m_sizeOfAllFiles);
 }
 
 }  // namespace kelvarin

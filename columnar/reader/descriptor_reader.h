@@ -41,8 +41,9 @@ class DescriptorReader {
  public:
   enum class Outcome {
     record,
-    corrupted,  // the record's bytes make no sense; the next one may
-    truncated,  // the file ends inside a record
+    corrupted,   // the record's bytes make no sense; the next one may
+    truncated,   // the file ends inside a record, or with zeros
+    unfinished,  // the same, and a writer is at work: the rest will come
     endMarker,  // nothing follows
     endOfFile   // where a record or the end marker could begin
   };
@@ -51,6 +52,8 @@ class DescriptorReader {
 
   // `record` is set for Outcome::record only. After anything but record and corrupted it stays so.
   Outcome next(DescriptorRecord& record);
+  // Why the last record was corrupted.
+  ReadStatus damage() const { return m_damage; }
   // Where the last record began.
   std::uint64_t recordOffset() const { return m_recordOffset; }
   // How many descriptors the last, corrupted record announced; 0 when that makes no sense.
@@ -59,6 +62,9 @@ class DescriptorReader {
   FollowingRecords following();
 
  private:
+  Outcome readNext(DescriptorRecord& record);
+  Outcome passOverEmptyRecords();
+  Outcome passOver(std::uint64_t payloadSize);
   Outcome decode(const DescriptorRecordHead& head, Bytes payload, DescriptorRecord& record);
   void survey();
   std::uint64_t wholeDescriptors(Bytes payloadBegin) const;
@@ -71,6 +77,7 @@ class DescriptorReader {
   std::uint64_t m_offset;
   std::uint64_t m_recordOffset;
   std::uint64_t m_announcedDescriptors = 0;
+  ReadStatus m_damage = ReadStatus::ok;
   FileWindow m_window;
   std::vector<std::uint64_t> m_smallestBlocks;  // bytes that a block takes at least, by set
   std::optional<FollowingRecords> m_following;

@@ -1,8 +1,8 @@
 // Bytes of a file that are read in order, often a few at a time, without asking the system for
 // each.
 //
-// Used by descriptor_reader.cpp. Bytes that have been read are not read again, so it suits files
-// that only grow.
+// Used by descriptor_reader.cpp and chunk_chain.cpp. Bytes that have been read are not read again,
+// so it suits files that only grow.
 // Threads: one at a time.  Errors: fewer bytes than asked for; never throws but for a lack of
 // memory.
 #pragma once
@@ -22,8 +22,14 @@ class FileWindow {
         count > m_bytes.size() - (offset - m_begin)) {
       fill(offset, count);
     }
-    const Bytes known = m_bytes.bytes(offset - m_begin);
-    return known.first(std::min(known.size(), count));
+    const Bytes all = known(offset);
+    return all.first(std::min(all.size(), count));
+  }
+
+  // The bytes from `offset` on that have been read already.
+  Bytes known(std::uint64_t offset) const {
+    const bool isInside = offset >= m_begin && offset - m_begin <= m_bytes.size();
+    return isInside ? m_bytes.bytes(offset - m_begin) : Bytes();
   }
 
  private:

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "columnar/format/read_status.h"
 #include "columnar/reader/decoded_block.h"
 
 namespace kelvarin {
@@ -23,7 +24,9 @@ struct ReadEvent {
   Kind kind = Kind::end;
   std::uint64_t firstRow = 0;  // counted from 0
   std::uint64_t lastRow = 0;
-  std::unique_ptr<DecodedBlock> block;
+  std::unique_ptr<DecodedBlock> block = nullptr;
+  // Why the rows are corrupted; at the end `incomplete` where a writer is still at work.
+  ReadStatus cause = ReadStatus::ok;
 
   bool isLast() const {
     return kind == Kind::truncated || kind == Kind::noMemory || kind == Kind::end;

@@ -91,7 +91,8 @@ class Verifier {
                      .firstRow = block.firstRow,
                      .lastRow = block.lastRow(),
                      .column = m_file.column(column).name,
-                     .layout = reader.chunks->unknownLayout()};
+                     .layout = reader.chunks->unknownLayout(),
+                     .cause = status};
     if (status == ReadStatus::truncated) {
       damage.kind = GelDamage::Kind::sideFileCut;
       if (!reader.isCut) {
@@ -120,7 +121,8 @@ class Verifier {
             .block = m_scan.lostFirstRow() / m_file.rowsInBlock(),
             .firstRow = m_scan.lostFirstRow(),
             .lastRow = m_scan.lostLastRow(),
-            .column = {}});
+            .column = {},
+            .cause = m_scan.damage()});
   }
 
   void report(const GelDamage& damage) {

@@ -14,10 +14,10 @@ namespace kelvarin {
 
 struct GelDamage {
   enum class Kind {
-    record,         // a descriptor record's checksum or content is wrong
+    record,         // a descriptor record cannot be used, see `cause`
     mainFileCut,    // the main file ends too early
     rowCount,       // the header's row count is not that of the blocks
-    chunk,          // a chunk's checksum or content is wrong
+    chunk,          // a chunk cannot be used, see `cause`
     unknownLayout,  // a chunk has a layout that this version does not know
     sideFileCut,    // a side file ends inside a chunk
     summary,        // a chunk's values are not those that its block's descriptor tells
@@ -32,6 +32,7 @@ struct GelDamage {
   std::uint64_t lastRow = 0;
   std::string column;  // empty when all are concerned
   int layout = -1;     // for unknownLayout
+  ReadStatus cause = ReadStatus::ok;  // for records and chunks: checksum, content, limits
 };
 
 struct GelVerification {

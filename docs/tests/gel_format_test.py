@@ -375,6 +375,84 @@ class GelFormatTest(ProgramTest):
         self.kelvarin("gel", "verify", "t.cgel_kelvarin")
         self.assertEqual(self.rows_by_program(), [["Lyon", "7", "9.5"], ["", "300", ""], ["Basel", "301", "12.25"]])
 
+    def forge(self, column, raw, change=lambda main: None):
+        """A table of one column whose only chunk has these bytes; what reader and program make of it."""
+        self.make([column])
+        main = MainFile.read(self.path("t.cgel_kelvarin"))
+        change(main)
+        stream = snappy_of(raw)
+        self.write_bytes("t.cgel_kelvarin", main.head, record_of(main.descriptors), b"\xff" * 8)
+        self.write_bytes("t.000.cs_kelvarin", struct.pack("<I", gel_reader.checksum(stream)) + stream)
+        try:
+            values = self.table().columns[0].values
+        except Damaged:
+            values = None
+        accepted = self.run_program("gel", "verify", "t.cgel_kelvarin").returncode == 0
+        self.assertEqual(accepted, values is not None, raw)
+        if values is not None:
+            self.kelvarin("gel", "export", "t.cgel_kelvarin", "out.csv")
+        return values
+
+    def test_what_a_writer_leaves_over_has_one_rule(self):
+        double = lambda *numbers: struct.pack(f"<{len(numbers)}d", *numbers)
+        numbers = Given("n", "F", [2.5, 2.5, 7.0])
+        same_number = Given("n", "F", [2.5] * 3)
+        dictionary = bytes([2, 2, 2])  # three entries, codes of two bits
+        for raw, read in ((dictionary + b"\x10\0" + double(2.5, 7.0, 99.0), True),  # no row has the last entry
+                          (dictionary + b"\xd0\0" + double(2.5, 7.0, 99.0), True),  # bits behind the last code
+                          (dictionary + b"\x30\0" + double(2.5, 7.0, 99.0), False),  # no such entry
+                          (dictionary + b"\x10\0" + double(2.5, 7.0, 99.0) + b"\0", False),
+                          (b"\4" + double(2.5) + b"\4\0" + double(7.0), True),
+                          (b"\4" + double(2.5) + b"\x0c\0" + double(7.0), False),  # a bit behind the last row
+                          (b"\4" + double(2.5) + b"\4\0" + double(7.0, 7.0), False)):
+            self.assertEqual(self.forge(numbers, raw), numbers.values if read else None)
+        for raw in (b"\4" + double(2.5) + b"\0\0",  # no row has another number
+                    b"\4" + double(2.5) + b"\0\1" + bytes(11), b"\4" + double(9.0) + b"\7\0" + double(2.5, 2.5, 2.5)):
+            self.assertEqual(self.forge(same_number, raw), same_number.values)
+        texts = Given("t", "U", ["ab", "ab", "c"])
+        entries = b"\1" + bytes([2, 1, 1]) + b"\0" + b"abcx"
+        self.assertEqual(self.forge(texts, b"\1\2\0\2\x10" + entries), [b"ab", b"ab", b"c"])
+        self.assertIsNone(self.forge(texts, b"\1\2\0\2\x30" + entries))
+
+    def test_texts_are_any_bytes(self):
+        """Also those that are no UTF-8, such as forms that are longer than they need to be."""
+        def change(main):
+            main.descriptors = [descriptor.replace(b"ab", b"\xc0\x80") for descriptor in main.descriptors]
+        self.assertEqual(self.forge(Given("t", "U", ["ab"] * 2), b"\0\0\2\0\0\0\xc0\x80\xc0\x80", change),
+                         [b"\xc0\x80"] * 2)
+
+    def test_fill_is_zero(self):
+        keys = Given("k", "K", list(range(128)))
+        self.make([keys])
+        raw = gel_reader.snappy(self.read_bytes("t.000.cs_kelvarin")[4:], 2**20)[0]
+        self.assertEqual(self.forge(keys, raw), keys.values)
+        words = struct.unpack_from("<I", raw, 4)[0]
+        fill = 4 + 4 * words + 4 + 2  # behind width and exceptions of the only group
+        self.assertEqual(raw[fill:fill + 2], b"\0\0")
+        self.assertIsNone(self.forge(keys, raw[:fill] + b"\1" + raw[fill + 1:]))
+        tail = Given("k", "K", [1, 2])
+        self.assertEqual(self.forge(tail, b"\0\0\0\0\x81\x82\0\0"), [1, 2])
+        self.assertIsNone(self.forge(tail, b"\0\0\0\0\x81\x82\1\0"))
+
+    def test_bytes_behind_the_end(self):
+        """Those of the main file mean nothing; those of a side file belong to its last chunk."""
+        columns = self.small_columns()
+        self.make(columns, rows_in_block=4)
+        main, side = self.read_bytes("t.cgel_kelvarin"), self.read_bytes("t.000.cs_kelvarin")
+        self.write_bytes("t.cgel_kelvarin", main, b"anything")
+        self.check(columns, self.table())
+        self.kelvarin("gel", "verify", "t.cgel_kelvarin")
+        self.assertTrue(self.damaged("t.000.cs_kelvarin", side + b"\0"))
+        self.kelvarin("gel", "verify", "t.cgel_kelvarin", status=1)
+
+    def test_the_last_set_has_columns(self):
+        self.make(self.small_columns(), sets={"k": 0, "f": 1, "u": 1})
+        main = MainFile.read(self.path("t.cgel_kelvarin"))
+        head = main.head[:-8] + struct.pack("<II", 3, 0)
+        self.assertTrue(self.damaged("t.cgel_kelvarin", head + record_of(main.descriptors) + b"\xff" * 8))
+        self.assertIn("its header or column list is damaged",
+                      self.kelvarin("gel", "verify", "t.cgel_kelvarin", status=1).stderr)
+
     def damaged(self, name, data):
         """Whether the reader notices that the file has these bytes now."""
         self.write_bytes(name, data)

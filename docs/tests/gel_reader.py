@@ -7,6 +7,7 @@ Keys are the integers of the file, the missing ones 0xFFFFFFFE and 0xFFFFFFFF in
 missing; texts are bytes, None where null. Whatever the page does not allow raises Damaged.
 """
 
+import os
 import struct
 import sys
 from dataclasses import dataclass, field
@@ -407,7 +408,11 @@ class Table:
 def side_file(path, set_number):
     cut = path.rfind(".")
     stem = path[:cut] if cut > max(path.rfind("/"), path.rfind("\\")) else path
-    return f"{stem}.{set_number:03}" + (".cs_kelvarin" if "kelvarin" in path else ".cs")
+    endings = [".cs", ".cs_kelvarin"]
+    if "kelvarin" in os.path.basename(path):
+        endings.reverse()
+    names = [f"{stem}.{set_number:03}{ending}" for ending in endings]
+    return next(filter(os.path.exists, names), names[0])
 
 
 def read_metadata(cursor, column_count):

@@ -1,6 +1,11 @@
 // Which blocks the filter passes over.
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <functional>
+#include <random>
+
+#include <QDate>
 #include <QTemporaryDir>
 
 #include "columnar/actions/read_columnar_gel.h"
@@ -32,7 +37,11 @@ const std::string kDates =
 class BlockFilterTest : public ::testing::Test {
  protected:
   BlockFilterTest() {
-    makeFile(kColumns, kRows, {.rowsInBlock = 2}).saveTo(m_folder.path().toStdString());
+    saveRows(kRows);
+  }
+
+  void saveRows(const std::vector<Values>& rows) const {
+    makeFile(kColumns, rows, {.rowsInBlock = 2}).saveTo(m_folder.path().toStdString());
   }
 
   RowHarness filtered(const std::string& expression, const std::string& variables = kVariables,
@@ -81,6 +90,90 @@ TEST_F(BlockFilterTest, ReadsBlocksWithoutAnAnswer) {
   // The last text is longer than its place, and still not passed over; without texts nothing is
   // known to be smaller.
   EXPECT_EQ(blocks("last &gt; \"" + kLong + "aa\""), "23");
+}
+
+// Summaries are in the order of the stored values; the expression may see another one.
+TEST_F(BlockFilterTest, KeepsBlocksWhoseBoundsHaveAnotherOrder) {
+  const std::vector<Values> rows{
+      {9, NAN, "31.01.2024", "b"},  {10, 1.0, "01.02.2024", "a\xC0\x80z"},
+      {11, 2.0, "02.03.2024", "c"}, {12, 3.0, "03.03.2024", "d"}};
+  saveRows(rows);
+  const std::string dates =
+      "dateFormat='dd.MM.yyyy' referenceTime='19700101 00:00:00' elapsedTimeUnit='3'";
+  const auto rowsOf = [&](const std::string& expression, const std::string& variable) {
+    auto h = filtered(expression, variable, dates);
+    const std::size_t count = h.rows(0).size();
+    EXPECT_EQ(h.log(), Strings{});
+    return count;
+  };
+  EXPECT_EQ(rowsOf("day_max &lt; 19755", "<CInputVar column='day' meta='D'/>"), 4u);
+  EXPECT_EQ(rowsOf("id_max &gt;= \"9\"", "<CInputVar column='id' isNumber='0'/>"), 4u);
+  EXPECT_EQ(rowsOf("price_max &gt; 2.5", "<CInputVar column='price'/>"), 4u) << "one is NaN";
+  EXPECT_EQ(rowsOf("name_min &gt; \"zz\"", "<CInputVar column='name' isNumber='0'/>"), 2u);
+  EXPECT_EQ(rowsOf("id_max &gt; 11", "<CInputVar column='id'/>"), 2u);
+}
+
+// Where a row passes a comparison, its block must not be passed over.
+TEST_F(BlockFilterTest, LosesNoRowThatAFullScanFinds) {
+  std::mt19937 random(7);
+  const char* const days[] = {"2024-01-31", "2023-12-05", "2024-11-01", "", "soon", "2024-02-29"};
+  const char* const names[] = {"a",  "B",        "", "\xC3\xA9", "\xF0\x9F\x98\x80", "\xEF\xBC\xA1",
+                               "zz", "\xC0\x80"};
+  for (int round = 0; round < 40; ++round) {
+    std::vector<Values> rows;
+    for (int i = 0; i < 16; ++i) {
+      const auto pick = [&](const auto& list) { return list[random() % std::size(list)]; };
+      const bool isMissing = random() % 8 == 0;
+      const double prices[] = {-0.0, 0.0, NAN, -3.5, 1e300, double(random() % 9)};
+      rows.push_back({isMissing ? Value(nullptr) : Value(int(random() % 30)), Value(pick(prices)),
+                      Value(pick(days)), Value(pick(names))});
+    }
+    saveRows(rows);
+    const int limit = int(random() % 30);
+    const int day = 19700 + int(random() % 400);
+    const std::string name = names[random() % 3];
+    const auto number = [](const Value& value) {
+      return value.number() != nullptr ? *value.number() : NAN;
+    };
+    const auto dayOf = [](const Value& value) {
+      const QDate date = QDate::fromString(QString::fromStdString(*value.text()), Qt::ISODate);
+      return date.isValid() ? double(QDate(1970, 1, 1).daysTo(date)) : NAN;
+    };
+    struct Case {
+      std::string ofBlock;
+      std::string variable;
+      std::function<bool(const Values&)> ofRow;
+    };
+    const std::string idVariable = "<CInputVar column='id'/>";
+    const std::string priceVariable = "<CInputVar column='price'/>";
+    const std::string dayVariable = "<CInputVar column='day' meta='D'/>";
+    const std::string nameVariable = "<CInputVar column='name' isNumber='0'/>";
+    const Case cases[] = {
+        {"id_max &gt;= " + std::to_string(limit), idVariable,
+         [&](const Values& row) { return number(row[0]) >= limit; }},
+        {"id_min &lt; " + std::to_string(limit), idVariable,
+         [&](const Values& row) { return number(row[0]) < limit; }},
+        {"price_max &gt;= 0", priceVariable,
+         [&](const Values& row) { return number(row[1]) >= 0; }},
+        {"price_min &lt;= 2", priceVariable,
+         [&](const Values& row) { return !(number(row[1]) > 2); }},
+        {"day_max &gt;= " + std::to_string(day), dayVariable,
+         [&](const Values& row) { return dayOf(row[2]) >= day; }},
+        {"day_min &lt; " + std::to_string(day), dayVariable,
+         [&](const Values& row) { return dayOf(row[2]) < day; }},
+        {"name_max &gt;= \"" + name + "\"", nameVariable,
+         [&](const Values& row) { return *row[3].text() >= name; }},
+        {"name_min &lt; \"" + name + "\"", nameVariable,
+         [&](const Values& row) { return *row[3].text() < name; }}};
+    for (const Case& one : cases) {
+      const Rows kept = filtered(one.ofBlock, one.variable).rows(0);
+      for (const Values& row : rows) {
+        const bool isKept = std::find(kept.begin(), kept.end(), row) != kept.end();
+        EXPECT_TRUE(isKept || !one.ofRow(row))
+            << one.ofBlock << ' ' << ::testing::PrintToString(row);
+      }
+    }
+  }
 }
 
 TEST_F(BlockFilterTest, RefusesWhatCannotBeUsed) {

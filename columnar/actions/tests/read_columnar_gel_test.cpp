@@ -5,8 +5,12 @@
 #include <filesystem>
 #include <fstream>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <QTemporaryDir>
 
+#include "base/file_lock.h"
 #include "columnar/actions/read_columnar_gel.h"
 #include "columnar/reader/tests/made_file.h"
 #include "host/testing/row_harness.h"
@@ -50,6 +54,14 @@ class ReadColumnarGelTest : public ::testing::Test {
  private:
   QTemporaryDir m_folder;
 };
+
+// A line whose text is fixed, and what to do about it.
+void expectAdvised(const Strings& log, const std::string& line,
+                   const std::string& advice = "kelvarin gel recover") {
+  ASSERT_EQ(log.size(), 2u);
+  EXPECT_EQ(log[0], line);
+  EXPECT_TRUE(log[1].starts_with("info: ") && log[1].find(advice) != std::string::npos) << log[1];
+}
 
 TEST_F(ReadColumnarGelTest, GivesRowsColumnsAndOrder) {
   saveRows(11);
@@ -216,11 +228,11 @@ TEST_F(ReadColumnarGelTest, AnUnfinishedFileIsReadWhenTheUserWantsIt) {
   saveRows(6, kKilledWriter);
   auto refused = reader();
   refused.finish();
-  EXPECT_EQ(refused.log(),
-            Strings{"error: ERROR: Can't read file '" + path() + "' because it seems incomplete."});
+  expectAdvised(refused.log(),
+                "error: ERROR: Can't read file '" + path() + "' because it seems incomplete.");
   auto accepted = reader("readIncompleteFile='1'");
   EXPECT_EQ(accepted.rows(0), someRows(6));
-  EXPECT_EQ(accepted.log(), Strings{"warning: WARNING: File '" + path() + "' is incomplete."});
+  expectAdvised(accepted.log(), "warning: WARNING: File '" + path() + "' is incomplete.");
 }
 
 TEST_F(ReadColumnarGelTest, DamageStopsTheRunOrIsSkipped) {
@@ -230,23 +242,23 @@ TEST_F(ReadColumnarGelTest, DamageStopsTheRunOrIsSkipped) {
   save(files);
   auto strict = reader();
   EXPECT_EQ(strict.rows(0).size(), 4u);
-  EXPECT_EQ(strict.log(), Strings{"error: Error: file '" + path() +
-                                  "' is corrupted in data-block starting at row 4"});
+  expectAdvised(strict.log(), "error: Error: file '" + path() +
+                                  "' is corrupted in data-block starting at row 4");
   auto lenient = reader("skipCorruptedBlocks='1'");
   EXPECT_EQ(lenient.rows(0).size(), 7u);
-  EXPECT_EQ(lenient.log(),
-            Strings{"warning: Warning: file '" + path() + "' is corrupted - skipping rows 4 to 7"});
+  expectAdvised(lenient.log(),
+                "warning: Warning: file '" + path() + "' is corrupted - skipping rows 4 to 7");
   files["made.000.cs_kelvarin"] = whole.substr(0, whole.size() - 5);
   save(files);
   auto cut = reader("skipCorruptedBlocks='1'");
   EXPECT_EQ(cut.rows(0), someRows(8));
-  EXPECT_EQ(cut.log(), Strings{"warning: Warning: file '" + path() +
-                               "' is truncated in data-block starting at row 8"});
+  expectAdvised(cut.log(), "warning: Warning: file '" + path() +
+                               "' is truncated in data-block starting at row 8");
   EXPECT_FALSE(cut.hasFailed());
   auto cutStrict = reader();
   EXPECT_EQ(cutStrict.rows(0), someRows(8));
-  EXPECT_EQ(cutStrict.log(), Strings{"error: Error: file '" + path() +
-                                     "' is truncated in data-block starting at row 8"});
+  expectAdvised(cutStrict.log(), "error: Error: file '" + path() +
+                                     "' is truncated in data-block starting at row 8");
   EXPECT_TRUE(cutStrict.hasFailed());
 }
 
@@ -259,12 +271,50 @@ TEST_F(ReadColumnarGelTest, AHundredWarningsAreEnough) {
   save(files);
   auto h = reader("skipCorruptedBlocks='1'");
   EXPECT_EQ(h.rows(0), Rows{{1}});
-  const Strings log = h.log();
+  Strings log = h.log();
+  EXPECT_EQ(std::erase_if(log, [](const std::string& line) { return line.starts_with("info: "); }),
+            1u);
   ASSERT_EQ(log.size(), 101u);
   EXPECT_EQ(log[99],
             "warning: Warning: file '" + path() + "' is corrupted - skipping rows 99 to 99");
   EXPECT_EQ(log[100], "warning: Warning: file '" + path() +
                           "' is corrupted - some more corruptions are not reported");
+}
+
+TEST_F(ReadColumnarGelTest, SideFilesOfAnotherTableAreNoticed) {
+  const MemoryFiles files = makeFile(kColumns, someRows(11));
+  std::vector<Values> others = someRows(11);
+  others[0][2] = "a0";
+  const MemoryFiles other = makeFile(kColumns, others);
+  ASSERT_EQ(other.at("made.000.cs_kelvarin").size(), files.at("made.000.cs_kelvarin").size());
+  MemoryFiles mixed = files;
+  mixed["made.000.cs_kelvarin"] = other.at("made.000.cs_kelvarin");
+  save(mixed);
+  auto h = reader();
+  EXPECT_EQ(h.rows(0), Rows{});
+  expectAdvised(h.log(),
+                "error: Error: file '" + path() + "' is corrupted in data-block starting at row 0",
+                "the file of another table may have taken its place");
+}
+
+// Half a record at the end of a file belongs to a writer that is at work, as long as there is one.
+TEST_F(ReadColumnarGelTest, AFileIsReadWhileItIsWritten) {
+  FileShape shape = kKilledWriter;
+  shape.blocksInRecord = 1;
+  MemoryFiles files = makeFile(kColumns, someRows(8), shape);
+  files["made.cgel_kelvarin"].resize(files.at("made.cgel_kelvarin").size() - 3);
+  save(files);
+  const int writer = ::open(path().c_str(), O_RDWR | O_CLOEXEC);
+  ASSERT_TRUE(takeFileLock(writer));
+  auto live = reader("readIncompleteFile='1'");
+  EXPECT_EQ(live.rows(0), someRows(4));
+  EXPECT_FALSE(live.hasFailed());
+  expectAdvised(live.log(), "warning: WARNING: File '" + path() + "' is incomplete.",
+                "is still being written");
+  ::close(writer);
+  auto dead = reader("readIncompleteFile='1'");
+  EXPECT_EQ(dead.rows(0), someRows(4));
+  EXPECT_TRUE(dead.hasFailed());
 }
 
 TEST_F(ReadColumnarGelTest, ACheckAnnouncesTheColumnsOfTheFirstFile) {

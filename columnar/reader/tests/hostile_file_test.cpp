@@ -274,6 +274,28 @@ TEST(HostileFile, ValuesOfFewBytesTakeWhatTheirRowsNeed) {
   }
 }
 
+// Whatever number of rows a few bytes claim, one value stands for all of them.
+TEST(HostileFile, OneValueForAllRowsTakesNoMemory) {
+  const std::string one("\1\0\0\0\0\0\0\0", 8);
+  const std::string oneAsDouble("\0\0\0\0\0\0\xF0\x3F", 8);
+  const std::string codesOfNoBits("\0\0\0", 3);
+  const std::string x("\1\0\0\0\0\1\0\0\0\0x", 11);
+  const MemoryFiles made[] = {
+      oneChunk({"n", 'F'}, kMany, sealedChunk(compressed("\1" + codesOfNoBits + one))),
+      oneChunk({"n", 'F'}, kMany, sealedChunk(compressed("\5" + codesOfNoBits + one))),
+      oneChunk({"n", 'F'}, kMany,
+               sealedChunk(compressed(std::string("\2\0\0\0", 4) + oneAsDouble))),
+      oneChunk({"t", 'U'}, kMany, sealedChunk(compressed(x)))};
+  for (const MemoryFiles& files : made) {
+    const Cost cost = costOf(files, readAll);
+    EXPECT_EQ(cost.values, kMany);
+    if (kIsMeasured) {
+      EXPECT_LE(cost.bytes, 16u << 20);
+      EXPECT_LE(cost.seconds, 1.0);
+    }
+  }
+}
+
 // Each entry of a dictionary repeats most of the one before, and is a few bytes of the file.
 TEST(HostileFile, EntriesWithCommonBeginningsTakeNoMoreThanADictionaryCan) {
   constexpr std::size_t kEntries = 65536;
@@ -305,6 +327,36 @@ TEST(HostileFile, ManyTinyChunksAreCheap) {
   for (const int sets : {1, 255}) {
     expectBounded(manyColumns({20'000, 'K', sets, 5, 150}), std::to_string(sets) + " sets");
   }
+}
+
+// After a loss of power a file may end with any number of zeros.
+TEST(HostileFile, ZerosAreOneDamage) {
+  for (const bool isComplete : {true, false}) {
+    MemoryFiles files = makeFile({{"k", 'K'}}, std::vector<Values>(9, Values{1}),
+                                 {.isComplete = isComplete, .hasEndMarker = false});
+    files[kMain] += std::string(3 << 20, '\0');
+    const auto file = GelFile::open(kMain, IncompleteFiles::accept, files.opener());
+    std::vector<GelDamage> damages;
+    const GelVerification result =
+        verifyGelFile(**file, [&](const GelDamage& damage) { damages.push_back(damage); });
+    EXPECT_EQ(result.rows, 9u);
+    ASSERT_EQ(damages.size(), 1u);
+    EXPECT_EQ(damages[0].kind, GelDamage::Kind::mainFileCut);
+    EXPECT_EQ(damages[0].firstRow, 9u);
+  }
+}
+
+// A record of 1000 blocks is as large as its columns make it.
+TEST(HostileFile, AFullRecordOfManyTextColumnsIsRead) {
+  const MemoryFiles files = manyColumns({600, 'U', 1, 5, 1000});
+  const auto file = GelFile::open(kMain, IncompleteFiles::accept, files.opener());
+  BlockScan scan(**file);
+  BlockInfo block;
+  std::uint64_t blocks = 0;
+  while (scan.next(block) == BlockScan::Step::block) {
+    ++blocks;
+  }
+  EXPECT_EQ(blocks, 1000u);
 }
 
 TEST(HostileFile, RecordsWithoutBlocksAreCheap) {

@@ -1,6 +1,7 @@
 #include "columnar/reader/tests/made_file.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <fstream>
 
@@ -135,7 +136,9 @@ class FileMaker {
       const Value& value = m_rows[row][column];
       numbers.push_back(value.isNull() ? ~0ull : std::bit_cast<std::uint64_t>(*value.number()));
       summary.hasNull |= value.isNull();
-      if (!value.isNull()) {
+      if (!value.isNull() && std::isnan(*value.number())) {
+        summary.hasNotANumber = true;
+      } else if (!value.isNull()) {
         const double number = *value.number();
         summary.low = summary.hasValues ? std::min(summary.low, number) : number;
         summary.high = summary.hasValues ? std::max(summary.high, number) : number;

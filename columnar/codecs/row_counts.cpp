@@ -1,0 +1,181 @@
+#include "columnar/codecs/row_counts.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "columnar/codecs/code_array.h"
+#include "columnar/codecs/key_words.h"
+#include "columnar/codecs/number_layout.h"
+#include "columnar/codecs/text_layout.h"
+#include "columnar/codecs/text_values.h"
+
+namespace kelvarin {
+
+namespace {
+
+constexpr std::uint64_t kNumberSize = sizeof(double);
+// A layout byte and the least that numbers inside another layout take after it, and the most beyond
+// their plain form.
+constexpr std::uint64_t kSmallestInner = 1;
+constexpr std::uint64_t kLargestInnerHead = 12;
+
+RowCounts within(RowCounts known, std::uint64_t fewest, std::uint64_t most) {
+  const std::uint64_t from = std::max<std::uint64_t>(known.fewest, fewest);
+  const std::uint64_t to = std::min<std::uint64_t>(known.most, most);
+  return from <= to ? RowCounts{static_cast<std::uint32_t>(from), static_cast<std::uint32_t>(to)}
+                    : RowCounts::none();
+}
+
+// The packed keys are counted in the first word; fewer than a group follow them.
+RowCounts countsOfKeys(ByteReader& reader, RowCounts known) {
+  std::uint32_t packed = 0;
+  if (!reader.read(packed) || packed % kKeysInGroup != 0) {
+    return RowCounts::none();
+  }
+  return within(known, packed, std::uint64_t{packed} + kKeysInGroup - 1);
+}
+
+RowCounts countOfFixedSize(std::uint64_t bytes, std::uint64_t size, RowCounts known) {
+  return bytes % size == 0 ? within(known, bytes / size, bytes / size) : RowCounts::none();
+}
+
+// Codes that take from `fewestBytes` to `mostBytes`.
+RowCounts countsOfCodes(int bits, std::uint64_t fewestBytes, std::uint64_t mostBytes,
+                        RowCounts known) {
+  if (bits == 0) {
+    return fewestBytes == 0 ? known : RowCounts::none();
+  }
+  // The high parts of all codes together are filled up to a whole byte.
+  const auto width = static_cast<std::uint64_t>(bits);
+  const std::uint64_t fewest = fewestBytes == 0 ? 0 : (fewestBytes - 1) * 8 / width;
+  return within(known, fewest, mostBytes * 8 / width);
+}
+
+RowCounts countsOfScaled(ByteReader& reader, RowCounts known) {
+  constexpr std::size_t kAfterBits = 1 + sizeof(std::int64_t);
+  std::uint8_t exponent = 0;
+  std::uint8_t bits = 0;
+  if (!reader.read(exponent) || !reader.read(bits) || !codeWidthOf(bits) ||
+      !reader.skip(kAfterBits)) {
+    return RowCounts::none();
+  }
+  return countsOfCodes(bits, reader.remaining(), reader.remaining(), known);
+}
+
+RowCounts countsOfNumberDictionary(ByteReader& reader, RowCounts known) {
+  std::uint8_t last = 0;
+  std::uint8_t bits = 0;
+  if (!reader.read(last) || !reader.read(bits) || bits > 8) {
+    return RowCounts::none();
+  }
+  const std::uint64_t rest = reader.remaining();
+  const std::uint64_t largestInner = kLargestInnerHead + (last + 1ull) * kNumberSize;
+  return countsOfCodes(bits, rest > largestInner ? rest - largestInner : 0,
+                       rest > kSmallestInner ? rest - kSmallestInner : 0, known);
+}
+
+// A bit a row, and up to a number a row.
+RowCounts countsOfSparse(ByteReader& reader, RowCounts known) {
+  if (!reader.skip(kNumberSize)) {
+    return RowCounts::none();
+  }
+  const std::uint64_t rest = reader.remaining();
+  const std::uint64_t rowsOfOthers = rest > kLargestInnerHead ? rest - kLargestInnerHead : 0;
+  return within(known, rowsOfOthers / (kNumberSize + 1), rest * 8);
+}
+
+RowCounts countsOfNumbers(ByteReader& reader, RowCounts known) {
+  std::uint8_t layout = 0;
+  std::uint8_t planes = 0;
+  if (!reader.read(layout)) {
+    return RowCounts::none();
+  }
+  switch (static_cast<NumberLayout>(layout)) {
+    case NumberLayout::plain:
+      return countOfFixedSize(reader.remaining(), kNumberSize, known);
+    case NumberLayout::scaled:
+    case NumberLayout::differences:
+      return countsOfScaled(reader, known);
+    case NumberLayout::dictionary:
+      return countsOfNumberDictionary(reader, known);
+    case NumberLayout::significance:
+      return reader.read(planes) ? countOfFixedSize(reader.remaining(), kNumberSize, known)
+                                 : RowCounts::none();
+    case NumberLayout::sparse:
+      return countsOfSparse(reader, known);
+  }
+  return RowCounts::none();
+}
+
+// The lengths stand before the texts, so their number is right when both fill the bytes.
+template <typename Length>
+RowCounts countOfLengths(Bytes bytes, RowCounts known) {
+  constexpr auto kNull = static_cast<Length>(kNullLength);
+  std::uint64_t size = 0;
+  for (std::uint64_t rows = 1; rows * sizeof(Length) <= bytes.size(); ++rows) {
+    const auto length = loadPacked<Length>(bytes.data() + (rows - 1) * sizeof(Length));
+    size += sizeof(Length) + (length == kNull ? 0 : length);
+    if (size >= bytes.size()) {
+      return size == bytes.size() ? within(known, rows, rows) : RowCounts::none();
+    }
+  }
+  return RowCounts::none();
+}
+
+RowCounts countsOfPlainTexts(ByteReader& reader, RowCounts known) {
+  std::uint8_t width = 0;
+  std::uint32_t same = 0;
+  Bytes bytes;
+  if (!reader.read(width) || (width == 0 && !reader.read(same)) ||
+      !reader.readBytes(reader.remaining(), bytes)) {
+    return RowCounts::none();
+  }
+  switch (width) {
+    case 0:
+      if (byteCountOf(same) == 0) {
+        return bytes.empty() ? known : RowCounts::none();
+      }
+      return countOfFixedSize(bytes.size(), same, known);
+    case 1:
+      return countOfLengths<std::uint8_t>(bytes, known);
+    case 2:
+      return countOfLengths<std::uint16_t>(bytes, known);
+    case 4:
+      return countOfLengths<std::uint32_t>(bytes, known);
+    default:
+      return RowCounts::none();
+  }
+}
+
+RowCounts countsOfTexts(ByteReader& reader, RowCounts known) {
+  std::uint8_t layout = 0;
+  std::uint16_t last = 0;
+  std::uint8_t bits = 0;
+  if (!reader.read(layout)) {
+    return RowCounts::none();
+  }
+  if (static_cast<TextLayout>(layout) == TextLayout::plain) {
+    return countsOfPlainTexts(reader, known);
+  }
+  if (!reader.read(last) || !reader.read(bits) || bits > 16) {
+    return RowCounts::none();
+  }
+  return countsOfCodes(bits, 0, reader.remaining(), known);
+}
+
+}  // namespace
+
+RowCounts possibleRowCounts(Bytes encoded, GelType type, RowCounts known) {
+  ByteReader reader(encoded);
+  switch (type) {
+    case GelType::key:
+      return countsOfKeys(reader, known);
+    case GelType::number:
+      return countsOfNumbers(reader, known);
+    case GelType::text:
+      break;
+  }
+  return countsOfTexts(reader, known);
+}
+
+}  // namespace kelvarin

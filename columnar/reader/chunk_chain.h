@@ -1,0 +1,55 @@
+// Chunks of a side file that are found by their own bytes, where no descriptor leads to them.
+//
+// A chunk begins with its checksum and ends where its Snappy stream does, so chunks that stand back
+// to back can be followed. After damage the next chunk is searched byte by byte.
+// Used by lost_blocks.cpp. Threads: one at a time.  Errors: a shorter chain; never throws but for a
+// lack of memory.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "columnar/reader/byte_source.h"
+#include "columnar/reader/file_window.h"
+
+namespace kelvarin {
+
+// Chunks back to back.
+struct ChunkChain {
+  std::vector<std::uint64_t> begins;  // in the side file
+  std::uint64_t end = 0;              // of the last chunk
+
+  std::size_t size() const { return begins.size(); }
+  std::uint64_t endOf(std::size_t chunk) const {
+    return chunk + 1 < begins.size() ? begins[chunk + 1] : end;
+  }
+};
+
+class ChunkFinder {
+ public:
+  explicit ChunkFinder(const ByteSource& source);
+
+  // The chunks from `offset` on, up to `limit`. A chunk with a wrong checksum belongs to the chain
+  // where its stream still leads to a whole chunk, or to the limit.
+  ChunkChain follow(std::uint64_t offset, std::uint64_t limit);
+  // The first whole chunk from `offset` on. Nothing where there is none, or where the bytes make
+  // the search too long.
+  std::optional<std::uint64_t> search(std::uint64_t offset, std::uint64_t limit);
+  Bytes bytes(std::uint64_t begin, std::uint64_t end);
+
+ private:
+  enum class Finding { whole, wrongChecksum, cut, none };
+
+  // What begins at `offset`, and where it ends.
+  Finding examine(std::uint64_t offset, std::uint64_t limit, std::uint64_t& end);
+  // The same of bytes; `cut` where the chunk may go on behind them.
+  Finding judge(Bytes bytes, std::uint64_t& length);
+  bool leadsOn(std::uint64_t offset, std::uint64_t limit);
+
+  const ByteSource& m_source;
+  FileWindow m_window;
+  std::uint64_t m_bytesLeftToSearch;
+};
+
+}  // namespace kelvarin

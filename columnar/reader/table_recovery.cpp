@@ -1,0 +1,306 @@
+#include "columnar/reader/table_recovery.h"
+
+#include <algorithm>
+#include <new>
+
+#include "columnar/reader/column_decoding.h"
+
+namespace kelvarin {
+
+namespace {
+
+// What may be decoded to find the row count of the last block.
+constexpr std::uint64_t kRowsToTry = 200'000'000;
+
+}  // namespace
+
+Result<std::unique_ptr<TableRecovery>, std::string> TableRecovery::open(const GelFile& file) {
+  std::unique_ptr<TableRecovery> recovery(new TableRecovery(file));
+  if (const Status<std::string> status = recovery->openSides(); !status) {
+    return Failure{status.error()};
+  }
+  auto reader = BlockReader::open(file, recovery->m_columns);
+  if (!reader) {
+    return Failure{reader.error()};
+  }
+  recovery->m_reader = std::move(*reader);
+  recovery->findGaps();
+  return recovery;
+}
+
+TableRecovery::TableRecovery(const GelFile& file)
+    : m_file(file), m_columns(file.columnsInRowOrder()), m_scan(file) {
+  for (const std::size_t column : m_columns) {
+    m_types.push_back(file.meta(column).type());
+  }
+}
+
+Status<std::string> TableRecovery::openSides() {
+  const std::vector<GelColumn>& columns = m_file.columns();
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    if (m_sides.empty() || m_sides.back().set != columns[i].columnSet) {
+      SideFile side;
+      side.set = columns[i].columnSet;
+      side.firstColumn = i;
+      side.source = m_file.openSide(side.set);
+      if (!side.source) {
+        return Failure{m_file.sidePath(side.set)};
+      }
+      side.finder = std::make_unique<ChunkFinder>(*side.source);
+      m_sides.push_back(std::move(side));
+    }
+    ++m_sides.back().columnCount;
+    m_sideOfColumn.push_back(m_sides.size() - 1);
+  }
+  return Done{};
+}
+
+// Where blocks are missing between those that have descriptors, and behind them.
+void TableRecovery::findGaps() {
+  BlockScan scan(m_file);
+  std::vector<unsigned char> last;
+  std::optional<DescriptorGap> gap;
+  std::uint64_t described = 0;
+  std::uint64_t rows = 0;
+  BlockScan::Step step = BlockScan::Step::block;
+  while (step == BlockScan::Step::block || step == BlockScan::Step::corrupted) {
+    BlockInfo block;
+    step = scan.next(block);
+    if (step == BlockScan::Step::block) {
+      if (gap) {
+        endGap(std::move(*gap), block.descriptor);
+        gap.reset();
+      }
+      last.assign(block.descriptor,
+                  block.descriptor + m_file.descriptorLayout().width());
+      ++described;
+      rows += block.rowCount;
+    } else if (!gap) {
+      gap = gapBehind(last.empty() ? nullptr : last.data());
+      gap->blocksBefore = described;
+    }
+  }
+  if (!m_file.isComplete() || (rows != m_file.rowCount() && !isEmpty(*gap))) {
+    endGap(std::move(*gap), nullptr);
+  }
+  if (m_file.isComplete() && m_gaps.size() == 1) {
+    const std::uint64_t all =
+        m_file.rowCount() / m_file.rowsInBlock() + (m_file.rowCount() % m_file.rowsInBlock() > 0);
+    m_gaps.front().blockCount = all - std::min(all, described);
+  }
+}
+
+// It begins with the last chunk of the block before, whose own bytes show where it ends.
+DescriptorGap TableRecovery::gapBehind(const unsigned char* descriptor) const {
+  DescriptorGap gap;
+  const DescriptorLayout& layout = m_file.descriptorLayout();
+  for (const SideFile& side : m_sides) {
+    DescriptorGap::Side begin;
+    if (descriptor != nullptr) {
+      const BlockPlace place = layout.place(descriptor, side.set);
+      begin.begin = place.offset;
+      begin.isLastChunk = true;
+      for (std::size_t i = 0; i < side.columnCount; ++i) {
+        const std::uint32_t position = layout.chunkPosition(descriptor, side.firstColumn + i);
+        begin.begin = (place.hasDifferences ? begin.begin : place.offset) + position;
+      }
+    }
+    gap.sides.push_back(begin);
+  }
+  return gap;
+}
+
+// Whether every side file ends with the last block that is known.
+bool TableRecovery::isEmpty(const DescriptorGap& gap) {
+  for (std::size_t i = 0; i < m_sides.size(); ++i) {
+    const std::uint64_t size = m_sides[i].source->size();
+    const ChunkChain chain = m_sides[i].finder->follow(gap.sides[i].begin, size);
+    if (!gap.sides[i].isLastChunk || chain.size() != 1 || chain.end != size) {
+      return false;
+    }
+  }
+  return true;
+}
+
+void TableRecovery::endGap(DescriptorGap gap, const unsigned char* following) {
+  for (std::size_t i = 0; i < m_sides.size(); ++i) {
+    if (following != nullptr) {
+      const std::uint64_t end = m_file.descriptorLayout().place(following, m_sides[i].set).offset;
+      gap.sides[i].end = std::max(end, gap.sides[i].begin);
+    }
+  }
+  m_gaps.push_back(std::move(gap));
+}
+
+ReadEvent TableRecovery::next(std::unique_ptr<DecodedBlock> spare) {
+  try {
+    return nextEvent(std::move(spare));
+  } catch (const std::bad_alloc&) {
+    m_isEnded = true;
+    m_outcome.hasUncountedLoss = true;
+    return {ReadEvent::Kind::noMemory, m_outcome.rows, 0, nullptr};
+  }
+}
+
+ReadEvent TableRecovery::nextEvent(std::unique_ptr<DecodedBlock> spare) {
+  while (!m_isEnded) {
+    if (m_lost) {
+      LostBlocks::Block block;
+      if (!m_lost->next(block)) {
+        leaveGap();
+      } else if (auto decoded = decodeFound(block, std::move(spare))) {
+        ++m_foundInGap;
+        ++m_outcome.foundBlocks;
+        return give(std::move(decoded));
+      }
+      continue;
+    }
+    BlockInfo block;
+    switch (m_scan.next(block)) {
+      case BlockScan::Step::block:
+        ++m_describedBlocks;
+        block.endsWithFile = false;  // whatever else stands at the end of a side file
+        if (ReadEvent event = readDescribed(block, std::move(spare)); event.block) {
+          return give(std::move(event.block));
+        }
+        break;
+      case BlockScan::Step::corrupted:
+      case BlockScan::Step::truncated:
+        (void)enterGap();
+        break;
+      case BlockScan::Step::end:
+        if (!enterGap()) {
+          return finish();
+        }
+        break;
+    }
+  }
+  return {};
+}
+
+ReadEvent TableRecovery::readDescribed(const BlockInfo& block,
+                                       std::unique_ptr<DecodedBlock> spare) {
+  ReadEvent event = m_reader->read(block, std::move(spare));
+  if (!event.block) {
+    ++m_outcome.lostBlocks;
+    m_outcome.lostRows += block.rowCount;
+  }
+  return event;
+}
+
+// False when there is none after the blocks so far.
+bool TableRecovery::enterGap() {
+  if (m_nextGap == m_gaps.size() || m_gaps[m_nextGap].blocksBefore != m_describedBlocks) {
+    return false;
+  }
+  m_foundInGap = 0;
+  m_lost = std::make_unique<LostBlocks>(m_file, m_sides, m_gaps[m_nextGap]);
+  ++m_nextGap;
+  return true;
+}
+
+void TableRecovery::leaveGap() {
+  if (const auto count = m_lost->blockCount(); count) {
+    const std::uint64_t lost = *count - std::min(*count, m_foundInGap);
+    m_outcome.lostBlocks += lost;
+    m_outcome.lostRows += lost * m_file.rowsInBlock();
+  } else {
+    m_outcome.hasUncountedLoss |= m_lost->hasDamage();
+  }
+  m_outcome.hasUnfinished |= m_lost->hasUnfinished();
+  m_lost.reset();
+}
+
+std::unique_ptr<DecodedBlock> TableRecovery::decodeFound(const LostBlocks::Block& block,
+                                                         std::unique_ptr<DecodedBlock> spare) {
+  if (!spare) {
+    spare = std::make_unique<DecodedBlock>();
+    spare->setColumns(m_types);
+  }
+  std::vector<std::uint32_t> counts;
+  if (block.isLast && m_file.isComplete() && m_file.rowCount() % m_file.rowsInBlock() != 0) {
+    counts.push_back(static_cast<std::uint32_t>(m_file.rowCount() % m_file.rowsInBlock()));
+  }
+  counts.push_back(m_file.rowsInBlock());
+  for (const std::uint32_t rows : counts) {
+    if (decode(block, rows, *spare)) {
+      spare->start(m_outcome.rows, rows);
+      return spare;
+    }
+  }
+  if (const auto rows = block.isLast ? countRows(block) : std::nullopt) {
+    if (decode(block, *rows, *spare)) {
+      spare->start(m_outcome.rows, *rows);
+      return spare;
+    }
+  }
+  if (!m_lost->blockCount()) {
+    ++m_outcome.lostBlocks;
+    m_outcome.lostRows += m_file.rowsInBlock();
+  }
+  return nullptr;
+}
+
+bool TableRecovery::decode(const LostBlocks::Block& block, std::uint32_t rows,
+                           DecodedBlock& decoded) {
+  for (std::size_t i = 0; i < m_columns.size(); ++i) {
+    const std::size_t column = m_columns[i];
+    if (decodeColumn(m_decoder, m_file.column(column), chunkOf(block, column), rows,
+                     decoded.column(i)) != ReadStatus::ok) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// The one count with which all columns decode; nothing when there are several.
+std::optional<std::uint32_t> TableRecovery::countRows(const LostBlocks::Block& block) {
+  RowCounts counts{1, m_file.rowsInBlock()};
+  for (const std::size_t column : m_columns) {
+    const GelType type = m_file.column(column).type;
+    counts = m_decoder.possibleRowCounts(chunkOf(block, column), type, counts);
+  }
+  std::optional<std::uint32_t> found;
+  DecodedBlock trial;
+  trial.setColumns(m_types);
+  std::uint64_t rowsLeft = kRowsToTry;
+  for (std::uint64_t rows = counts.fewest; rows <= counts.most; ++rows) {
+    const std::uint64_t cost = (rows + 1) * m_columns.size();
+    if (cost > rowsLeft) {
+      return std::nullopt;
+    }
+    rowsLeft -= cost;
+    if (!decode(block, static_cast<std::uint32_t>(rows), trial)) {
+      continue;
+    }
+    if (found) {
+      return std::nullopt;
+    }
+    found = static_cast<std::uint32_t>(rows);
+  }
+  return found;
+}
+
+Bytes TableRecovery::chunkOf(const LostBlocks::Block& block, std::size_t column) {
+  const LostBlocks::Chunk& chunk = block.chunks[column];
+  return m_sides[m_sideOfColumn[column]].finder->bytes(chunk.begin, chunk.end);
+}
+
+ReadEvent TableRecovery::give(std::unique_ptr<DecodedBlock> block) {
+  const std::uint64_t rows = block->rowCount();
+  const std::uint64_t first = m_outcome.rows;
+  m_outcome.rows += rows;
+  ++m_outcome.blocks;
+  return {ReadEvent::Kind::block, first, first + rows - 1, std::move(block)};
+}
+
+// The header of a finished file knows how many rows there were.
+ReadEvent TableRecovery::finish() {
+  m_isEnded = true;
+  if (m_file.isComplete()) {
+    m_outcome.lostRows = m_file.rowCount() - std::min(m_file.rowCount(), m_outcome.rows);
+  }
+  return {};
+}
+
+}  // namespace kelvarin
