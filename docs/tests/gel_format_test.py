@@ -321,7 +321,7 @@ class GelFormatTest(ProgramTest):
     def test_names_of_side_files(self):
         for main, number, side in (("sales.cgel_kelvarin", 0, "sales.000.cs_kelvarin"), ("x.dat", 12, "x.012.cs"),
                                    ("a.b/c", 1, "a.b/c.001.cs"), ("a.b\\c", 2, "a.b\\c.002.cs"),
-                                   ("kelvarin/a.b.c", 254, "kelvarin/a.b.254.cs_kelvarin")):
+                                   ("kelvarin/a.b.c", 254, "kelvarin/a.b.254.cs")):
             self.assertEqual(gel_reader.side_file(main, number), side)
 
     def test_positions_as_differences(self):
