@@ -181,6 +181,18 @@ Result<ReadOutcome, QString> CsvBatchReader::next(RowBatch& batch) {
   return ReadOutcome::rows;
 }
 
+Status<QString> CsvBatchReader::tryFirstRows() {
+  RowBatch batch;
+  batch.setColumns(m_columns.types);
+  for (const CsvBlock& block : m_held) {
+    if (const auto status = convert(block, batch); !status) {
+      return status;
+    }
+  }
+  m_held.clear();
+  return Done{};
+}
+
 Status<QString> CsvBatchReader::convert(const CsvBlock& block, RowBatch& batch) {
   const std::size_t columnCount = batch.columnCount();
   m_converters.clear();

@@ -21,6 +21,7 @@ class CsvBatchReader : public BatchReader {
 
   Result<TableColumns, QString> open() override;
   Result<ReadOutcome, QString> next(RowBatch& batch) override;
+  Status<QString> tryFirstRows() override;
   float fractionDone() const override;
   QString placeOfRow(long long row) const override;
   QStringList notes() const override { return m_notes; }
