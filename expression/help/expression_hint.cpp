@@ -94,6 +94,10 @@ constexpr struct {
 } kAdviceOnCalls[] = {
     {"substring", "\n  The rest of the text from index s on: right(x, strlen(x) - s)"},
     {"substr", "\n  The rest of the text from index s on: right(x, strlen(x) - s)"},
+    {"atan", "\n  The angle of the point (x,y): atan2(y, x)"},
+    {"atan2",
+     "\n  In an expression with texts it takes no second argument: compute the angle in an output of "
+     "its own, from numbers alone."},
     {"log", "\n  The logarithm to the base b: ln(x) / ln(b)"},
 };
 

@@ -96,7 +96,8 @@ TEST(ExpressionHint, CallsLeadToTheFunctionThatTakesTheArguments) {
   };
   for (const auto& [function, wanted] :
        {std::pair("round", "2 argument(s): round2(x,d)"), std::pair("trim", ": trim2(x,y)"),
-        std::pair("indexOf", "3 argument(s): indexOf2("), std::pair("atan", ": atan2(y,x)"),
+        std::pair("indexOf", "3 argument(s): indexOf2("), std::pair("atan", "atan2(y, x)"),
+        std::pair("atan2", "from numbers alone"),
         std::pair("lastIndexOf", ": lastIndexOf2("), std::pair("log", "ln(x) / ln(b)")}) {
     EXPECT_TRUE(hintAtCall("many", function).contains(wanted))
         << hintAtCall("many", function).toStdString();
