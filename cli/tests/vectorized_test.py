@@ -85,7 +85,8 @@ class VectorizedTest(ProgramTest):
     def test_a_table_that_cannot_be_read_has_one_error(self):
         self.write("t.csv", "a,b\n1,2\n")
         self.write("v.csv", 'alias,column\nx,"a\n')
-        read = "<ReadCSV name='t' file='t.csv'/><ReadCSV name='v' file='v.csv'/><FilterRows name='f'/>"
+        read = "<ReadCSV name='t' file='t.csv'/><ReadCSV name='v' file='v.csv'/>" \
+               "<FilterRows name='f'><Expression>1</Expression></FilterRows>"
         sink = "<Discard name='o'/>"
         for action in (calculator("c", ["a"], [("name='y'", "x + 1")]), vectorized([("name='\"n\" // _n'", "x + 1")])):
             self.write("g.kelvarin", graph(read + action + sink, ["t c", "v f", "f c.1", "c o"]))
