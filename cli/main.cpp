@@ -87,7 +87,8 @@ QString unknownOption(const CLI::App& program) {
       }
     }
     const QString name = given.section(u'=', 0, 0);
-    const QString text = QString::fromLatin1(texts::kUnknownOption).arg(name) + didYouMean(name, names);
+    const QString text =
+        QString::fromLatin1(texts::kUnknownOption).arg(name) + didYouMean(name, names);
     const CLI::Option* expression = command.get_option_no_throw("EXPR");
     const bool isExpressionMissing = expression != nullptr && expression->count() == 0;
     return isExpressionMissing ? text + QString::fromLatin1(texts::kMinusFirst).arg(given) : text;

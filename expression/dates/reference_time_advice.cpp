@@ -9,17 +9,19 @@ namespace kelvarin {
 
 namespace {
 
-// The year first, or last behind the day and the month; a time may follow.
+// The year first, or last behind the day and the month.
 constexpr const char* kDatePatterns[] = {
-    R"(^(?<y>\d{4})[-/.]?(?<m>\d\d?)[-/.]?(?<d>\d\d?)(?:[T ]+(?<hh>\d\d?):(?<mm>\d\d)(?::(?<ss>\d\d))?.*)?$)",
-    R"(^(?<d>\d\d?)\.(?<m>\d\d?)\.(?<y>\d{4})(?:[T ]+(?<hh>\d\d?):(?<mm>\d\d)(?::(?<ss>\d\d))?.*)?$)",
+    R"((?<y>\d{4})[-/.]?(?<m>\d\d?)[-/.]?(?<d>\d\d?))",
+    R"((?<d>\d\d?)\.(?<m>\d\d?)\.(?<y>\d{4}))",
 };
+constexpr char kTimePattern[] = R"((?:[T ]+(?<hh>\d\d?):(?<mm>\d\d)(?::(?<ss>\d\d))?.*)?)";
 
 // Invalid where the text is no date.
 QDateTime meantTime(const QString& text) {
   for (const char* pattern : kDatePatterns) {
-    const auto found =
-        QRegularExpression(QString::fromLatin1(pattern)).match(text.trimmed());
+    const QRegularExpression whole(u'^' + QString::fromLatin1(pattern) +
+                                   QString::fromLatin1(kTimePattern) + u'$');
+    const auto found = whole.match(text.trimmed());
     const auto number = [&found](const char* field) {
       return found.captured(QLatin1String(field)).toInt();
     };

@@ -1,5 +1,6 @@
 // What an expression most likely does not mean: an assignment where a comparison was wanted, a
-// comparison with the missing value, a chain of comparisons, a text in a function of numbers, a text as a condition.
+// comparison with the missing value, a chain of comparisons, a text in a function of numbers, a
+// text as a condition.
 //
 // Such expressions compile and run. Logged once an expression by actions/frame. Each operation
 // returns the texts to log, the name of the expression in each; empty when nothing is suspicious.

@@ -25,8 +25,8 @@ constexpr char kThousands[] =
     "Numbers have no thousands separators: 1000000. A comma separates arguments.";
 constexpr char kTooLarge[] = "'%1' is too large for a number: the largest is about 1.8e308.";
 constexpr char kUnclosedText[] =
-    "The closing quote is missing of the text that opens at position %1. Write it: \"text\". A quote "
-    "inside a text is written \\\".";
+    "The closing quote is missing of the text that opens at position %1. Write it: \"text\". A "
+    "quote inside a text is written \\\".";
 constexpr char kEmpty[] = "The expression is empty. Write one, for instance: price * 2";
 constexpr char kDecimalPoint[] = "Decimals are written with a point: 3.5. A comma separates arguments.";
 constexpr char kJoinTexts[] = "Texts are joined with //, as in a // b. ";
@@ -96,8 +96,8 @@ constexpr struct {
     {"substr", "\n  The rest of the text from index s on: right(x, strlen(x) - s)"},
     {"atan", "\n  The angle of the point (x,y): atan2(y, x)"},
     {"atan2",
-     "\n  In an expression with texts it takes no second argument: compute the angle in an output of "
-     "its own, from numbers alone."},
+     "\n  In an expression with texts it takes no second argument: compute the angle in an output "
+     "of its own, from numbers alone."},
     {"log", "\n  The logarithm to the base b: ln(x) / ln(b)"},
 };
 
@@ -207,7 +207,8 @@ QString hintAtEmptiness(const QString& expression) {
 }
 
 QString hintAtComma(const QString& message, const QString& expression) {
-  static const QRegularExpression thousands(QStringLiteral("(?<!\\d)\\d{1,3}(?:,\\d{3}){2,}(?!\\d)"));
+  static const QRegularExpression thousands(
+      QStringLiteral("(?<!\\d)\\d{1,3}(?:,\\d{3}){2,}(?!\\d)"));
   static const QRegularExpression pattern(QStringLiteral("\\d,\\d"));
   const bool isAboutComma = message.contains(QLatin1String("comma"));
   const QString text = withoutTexts(expression);

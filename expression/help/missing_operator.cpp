@@ -60,7 +60,8 @@ QString missingOperatorHint(const ExpressionError& error, const QString& express
   if (begin <= 0 || begin >= expression.size()) {
     return {};
   }
-  static const QRegularExpression valueAtEnd = unicodePattern(R"(([\w.]+|\)|"(?:[^"\\]|\\.)*")\s*$)");
+  static const QRegularExpression valueAtEnd =
+      unicodePattern(R"(([\w.]+|\)|"(?:[^"\\]|\\.)*")\s*$)");
   static const QRegularExpression valueAtBegin =
       unicodePattern(R"(^([\w.]+|\(|"(?:[^"\\]|\\.)*"))");
   const QString left = valueAtEnd.match(expression.left(begin)).captured(1);

@@ -10,8 +10,8 @@
 
 namespace kelvarin {
 
-// Empty when the error is about something else. `variables` cannot be functions, so a bracket behind
-// one of them begins a second value.
+// Empty when the error is about something else. `variables` cannot be functions, so a bracket
+// behind one of them begins a second value.
 QString missingOperatorHint(const ExpressionError& error, const QString& expression,
                             const QStringList& variables);
 

@@ -73,13 +73,16 @@ FileFormat formatOfContent(const QString& path) {
   if (start.startsWith(QByteArrayView("ARROW1\0\0", 8))) {
     return FileFormat::arrow;
   }
+  if (start.startsWith(QByteArrayView("\x40\xF4\x59\0", 4))) {
+    return FileFormat::columnar;
+  }
   if (start.contains("<KelvarinGraph")) {
     return FileFormat::graph;
   }
   return !start.isEmpty() && isText(start) ? FileFormat::text : FileFormat::unknown;
 }
 
-// The folders of the path that exist, up to the first that does not.
+// Names the first part of the path that does not exist.
 QString missingFolderHint(const QString& folder) {
   QString missing = folder;
   QString parent = QFileInfo(missing).path();
@@ -87,7 +90,8 @@ QString missingFolderHint(const QString& folder) {
     missing = parent;
     parent = QFileInfo(missing).path();
   }
-  return QFileInfo(parent).isDir() ? messages::noFolder(missing) : messages::noFolderButFile(parent);
+  return QFileInfo(parent).isDir() ? messages::noFolder(missing)
+                                   : messages::noFolderButFile(parent);
 }
 
 }  // namespace

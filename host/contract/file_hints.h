@@ -14,8 +14,8 @@ namespace kelvarin {
 enum class FileFormat { unknown, text, csv, parquet, arrow, columnar, graph };
 
 // Of a file that does not exist: the nearest names among the first 10,000 of its folder, else some
-// names with its extension; or the part of the path that is missing. Empty where the file exists, or
-// there is nothing of that.
+// names with its extension; or the part of the path that is missing. Empty where the file exists,
+// or there is nothing of that.
 KELVARIN_CORE QString missingFileHint(const QString& path);
 
 // Of a file that is not what `wanted` says: what its first bytes look like and what reads it. Empty

@@ -173,8 +173,8 @@ inline QString noGraphFile(const QString& format) {
 inline QString nameOfOtherFormat(const QString& file, const QString& written,
                                  const QString& extension, const QString& format) {
   return QStringLiteral(
-             "The file '%1' is written as %2, but its extension .%3 is that of %4: programs that go "
-             "by the name cannot read it.")
+             "The file '%1' is written as %2, but its extension .%3 is that of %4: programs that "
+             "go by the name cannot read it.")
       .arg(file, written, extension, format);
 }
 

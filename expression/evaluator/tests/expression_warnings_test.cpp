@@ -15,7 +15,8 @@ TEST(ExpressionWarnings, AnAssignmentAsksForTheComparison) {
 TEST(ExpressionWarnings, AnAssignmentInAConditionSaysWhatIsTrue) {
   const QStringList warnings = warningsAbout("f", "name = \"Ann\"", ExpressionPurpose::condition);
   ASSERT_EQ(warnings.size(), 1);
-  EXPECT_TRUE(warnings[0].startsWith(warningsAbout("f", "name = \"Ann\"")[0] + " The assigned value"));
+  const QString plain = warningsAbout("f", "name = \"Ann\"")[0];
+  EXPECT_TRUE(warnings[0].startsWith(plain + " The assigned value"));
 }
 
 TEST(ExpressionWarnings, AComparisonWithNullAsksForTheTest) {
@@ -31,8 +32,8 @@ TEST(ExpressionWarnings, AComparisonWithNullAsksForTheTest) {
 
 TEST(ExpressionWarnings, ComparisonsDoNotChain) {
   EXPECT_EQ(warningsAbout("f", "3 < price < 5"),
-            QStringList{"Expression 'f': comparisons do not chain: '3 < price < 5' compares 1 or 0, "
-                        "the result of '3 < price'. Did you mean '3 < price && price < 5'?"});
+            QStringList{"Expression 'f': comparisons do not chain: '3 < price < 5' compares 1 or "
+                        "0, the result of '3 < price'. Did you mean '3 < price && price < 5'?"});
   const std::pair<const char*, const char*> cases[] = {
       {"nvl(0<=x<=-1, 2) # < 3", "'0 <= x && x <= -1'"},
       {"y > 1 and a == b == c", "'a == b && b == c'"},
