@@ -14,6 +14,7 @@
 #include "expression/evaluator/expression_warnings.h"
 #include "expression/backends/expression_text.h"
 #include "expression/errors/expression_mark.h"
+#include "expression/errors/messages.h"
 #include "expression/help/expression_hint.h"
 
 namespace kelvarin {
@@ -191,10 +192,15 @@ void explainFault(const ExpressionFault& fault, const ExpressionRequest& request
                             .arg(QString(marked).replace(u'\n', QStringLiteral("\n  "))));
   }
   HintNames names;
+  names.adviceOnUnknown = program_messages::kGiveValue;
   for (const InputVariable& known : request.variables) {
     names.variables += known.name();
   }
-  if (const QString hint = expressionHint(error, request.expression, names); !hint.isEmpty()) {
+  const bool isFormatUnknown = fault.text == QLatin1String(messages::kFormatUnknown);
+  const QString hint = isFormatUnknown
+                           ? QString::fromLatin1(program_messages::kGiveDateFormat)
+                           : expressionHint(error, request.expression, names);
+  if (!hint.isEmpty()) {
     console.writeReason(LogLevel::information, hint);
   }
 }
@@ -240,6 +246,9 @@ ExitStatus evaluate(const EvalArguments& arguments) {
   printer.finish(run.backend());
   for (const QString& warning : run.warnings()) {
     console.writeLog(LogLevel::warning, warning);
+  }
+  if (!run.advice().isEmpty()) {
+    console.writeReason(LogLevel::information, run.advice());
   }
   return ExitStatus::done;
 }

@@ -41,7 +41,8 @@ QString unknownOption(const QString& name, const std::vector<Option>& options) {
   for (const Option& option : options) {
     names.append(QLatin1String(option.name));
   }
-  return QString::fromLatin1(program_messages::kUnknownOption).arg(name, names.join(QLatin1String(", ")));
+  return QString::fromLatin1(program_messages::kUnknownExpressionOption)
+      .arg(name, names.join(QLatin1String(", ")));
 }
 
 Status<QString> setOption(const Place& place, const NameValue& given) {

@@ -27,6 +27,7 @@ Status<ExpressionFault> ExpressionRun::start() {
   }
   if (dates == DateStatus::referenceTimeUnparsable) {
     m_warnings.append(QString::fromLatin1(messages::kReferenceUnparsable));
+    m_advice = m_evaluator.referenceTimeAdvice();
   }
   if (const QString advice = m_evaluator.dateFormatAdvice(); !advice.isEmpty()) {
     m_warnings.append(advice);

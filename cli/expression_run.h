@@ -49,6 +49,8 @@ class ExpressionRun {
   BackendKind backend() const { return m_evaluator.backend(0); }
   // What the user should know beside the results.
   QStringList warnings() const;
+  // What to do about them; empty where the warnings say it.
+  QString advice() const { return m_advice; }
 
  private:
   void setVariables();
@@ -62,6 +64,7 @@ class ExpressionRun {
   ExpressionEvaluator m_evaluator;
   unsigned char* m_text = nullptr;  // the bytes of a text output's result
   QStringList m_warnings;
+  QString m_advice;
 };
 
 }  // namespace kelvarin

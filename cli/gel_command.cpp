@@ -7,6 +7,7 @@
 
 #include "cli/gel_command_messages.h"
 #include "columnar/format/file_names.h"
+#include "host/contract/file_hints.h"
 
 namespace kelvarin {
 
@@ -51,6 +52,11 @@ QString textAbout(const std::string& path, OpenFailure::Problem problem) {
                             : QString::fromLatin1(gel_messages::kSideFileGiven).arg(name, mainFile);
 }
 
+QString hintAbout(const QString& path) {
+  const QString hint = missingFileHint(path);
+  return hint.isEmpty() ? foreignFormatHint(path, FileFormat::columnar) : hint;
+}
+
 }  // namespace
 
 std::string counted(std::uint64_t count, const char* thing) {
@@ -62,6 +68,9 @@ std::unique_ptr<GelFile> openGelFile(const std::string& path, Console& console,
   auto file = GelFile::open(path, IncompleteFiles::accept);
   if (!file) {
     console.writeLog(LogLevel::error, textAbout(path, file.error().problem));
+    if (const QString hint = hintAbout(QString::fromStdString(path)); !hint.isEmpty()) {
+      console.writeReason(LogLevel::information, hint);
+    }
     return nullptr;
   }
   if (!(*file)->isComplete() && !isToldElsewhere) {

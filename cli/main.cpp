@@ -27,18 +27,28 @@ namespace {
 
 using kelvarin::ExitStatus;
 
+// The command that was being read.
+const CLI::App& readCommand(const CLI::App& program) {
+  const auto parsed = program.get_subcommands();
+  return parsed.empty() ? program : readCommand(*parsed.front());
+}
+
 // About the command that was being read.
 std::string usageHint(const CLI::App& program) {
-  const auto parsed = program.get_subcommands();
-  if (!parsed.empty()) {
-    return usageHint(*parsed.front());
-  }
-  QString command = QString::fromStdString(program.get_name());
-  for (const CLI::App* outer = program.get_parent(); outer != nullptr;
+  const CLI::App& read = readCommand(program);
+  QString command = QString::fromStdString(read.get_name());
+  for (const CLI::App* outer = read.get_parent(); outer != nullptr;
        outer = outer->get_parent()) {
     command = QString::fromStdString(outer->get_name()) + u' ' + command;
   }
   return QString::fromLatin1(kelvarin::program_messages::kUsageHint).arg(command).toStdString();
+}
+
+QString didYouMean(const QString& given, const QStringList& names) {
+  const QStringList near = kelvarin::nearestNames(given, names);
+  return near.isEmpty() ? QString()
+                        : u' ' + QString::fromLatin1(kelvarin::program_messages::kDidYouMean)
+                                     .arg(near.join(QLatin1String(" or ")));
 }
 
 // Without it a misspelt command would be told as a missing one.
@@ -54,13 +64,36 @@ bool tellUnknownCommand(const CLI::App& program, int argc, char** argv) {
   if (names.contains(given)) {
     return tellUnknownCommand(*program.get_subcommand(argv[1]), argc - 1, argv + 1);
   }
-  QString text = QString::fromLatin1(kelvarin::program_messages::kUnknownCommand).arg(given);
-  if (const QStringList near = kelvarin::nearestNames(given, names); !near.isEmpty()) {
-    text += u' ' + QString::fromLatin1(kelvarin::program_messages::kDidYouMean)
-                       .arg(near.join(QLatin1String(" or ")));
-  }
+  const QString text = QString::fromLatin1(kelvarin::program_messages::kUnknownCommand).arg(given) +
+                       didYouMean(given, names);
   std::fprintf(stderr, "error: %s\n%s\n", qUtf8Printable(text), usageHint(program).c_str());
   return true;
+}
+
+// Of an option that the command does not have, or of an expression that looks like one; empty where
+// there is none. The library would report what is missing because of it.
+QString unknownOption(const CLI::App& program) {
+  namespace texts = kelvarin::program_messages;
+  const CLI::App& command = readCommand(program);
+  for (const std::string& argument : program.remaining(true)) {
+    if (argument.size() < 2 || argument.front() != '-') {
+      continue;
+    }
+    const QString given = QString::fromLocal8Bit(argument.c_str());
+    QStringList names;
+    for (const CLI::Option* option : command.get_options()) {
+      for (const std::string& name : option->get_lnames()) {
+        names += QStringLiteral("--") + QString::fromStdString(name);
+      }
+    }
+    const QString name = given.section(u'=', 0, 0);
+    const QString text =
+        QString::fromLatin1(texts::kUnknownOption).arg(name) + didYouMean(name, names);
+    const CLI::Option* expression = command.get_option_no_throw("EXPR");
+    const bool isExpressionMissing = expression != nullptr && expression->count() == 0;
+    return isExpressionMissing ? text + QString::fromLatin1(texts::kMinusFirst).arg(given) : text;
+  }
+  return {};
 }
 
 ExitStatus finishParsing(const CLI::App& program, const CLI::ParseError& error) {
@@ -68,7 +101,9 @@ ExitStatus finishParsing(const CLI::App& program, const CLI::ParseError& error) 
     program.exit(error);  // help or version
     return ExitStatus::done;
   }
-  std::fprintf(stderr, "error: %s\n%s\n", error.what(), usageHint(program).c_str());
+  const QString option = unknownOption(program);
+  const QString text = option.isEmpty() ? QString::fromLocal8Bit(error.what()) : option;
+  std::fprintf(stderr, "error: %s\n%s\n", qUtf8Printable(text), usageHint(program).c_str());
   return ExitStatus::wrongUsage;
 }
 

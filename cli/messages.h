@@ -11,12 +11,18 @@ inline constexpr char kVariableTwice[] = "The variable '%1' is given twice.";
 inline constexpr char kVariableIsRowNumber[] =
     "The variable '_n' is the number of the row. Give it another name, or add --opt addN=0 to do "
     "without the number.";
-inline constexpr char kUnknownOption[] = "There is no expression option '%1'. There are: %2.";
+inline constexpr char kUnknownExpressionOption[] =
+    "There is no expression option '%1'. There are: %2.";
 inline constexpr char kOptionTakesInteger[] =
     "The expression option '%1' takes a whole number, not '%2'.";
 inline constexpr char kOptionTakesFlag[] = "The expression option '%1' takes 0 or 1, not '%2'.";
 
 inline constexpr char kHere[] = "Here:\n  %1";
+// Behind the hint at an unknown name.
+inline constexpr char kGiveValue[] =
+    "Give a variable its value: --var %1=1 for a number, --text %1=abc for a text.";
+inline constexpr char kGiveDateFormat[] =
+    "The expression reads or prints dates. Say how these are written: --opt dateFormat=yyyy-MM-dd";
 
 inline constexpr char kUnknownFunction[] = "There is no function, constant or operator '%1'.";
 inline constexpr char kListHint[] = "'kelvarin functions' lists all there are.";
@@ -41,6 +47,10 @@ inline constexpr char kInAction[] = "in the action '%1' (%2)";
 inline constexpr char kInOutput[] = "in the output '%1' of the action '%2' (%3)";
 
 inline constexpr char kUnknownCommand[] = "There is no command '%1'.";
+inline constexpr char kUnknownOption[] = "There is no option '%1'.";
+// Behind it, where an expression is missing.
+inline constexpr char kMinusFirst[] =
+    " An expression that begins with a minus stands behind --: kelvarin eval -- '%1'";
 inline constexpr char kOutputLost[] = "Standard output cannot be written: %1.";
 inline constexpr char kInterrupted[] =
     "Interrupted. Files that were being written are removed, but for columnar files, which say "

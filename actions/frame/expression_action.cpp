@@ -127,6 +127,7 @@ bool ExpressionAction::prepareDates(const QStringList& expressions) {
       return true;
     case DateStatus::referenceTimeUnparsable:
       MainUI::addLog(LogLevel::warning, referenceTimeWarning());
+      logExplanation(m_evaluator.referenceTimeAdvice());
       return true;
     case DateStatus::dateFormatUnknown:
       break;
@@ -145,7 +146,7 @@ bool ExpressionAction::compileOutputs(const std::vector<OutputVariable>& outputs
   m_outputsOfRun = outputs;
   bool isGood = true;
   for (int i = 0; i < static_cast<int>(outputs.size()); ++i) {
-    warnAbout(i);
+    warnAbout(i, use);
     if (isChecking()) {
       isGood &= checkOutput(i, use);
     } else if (const auto compiled = m_evaluator.compile(output(i), use); !compiled) {
@@ -279,8 +280,11 @@ TriedExpression ExpressionAction::triedExpression(int index) const {
   return tried;
 }
 
-void ExpressionAction::warnAbout(int index) const {
-  for (const QString& warning : warningsAbout(output(index).name, output(index).expression)) {
+void ExpressionAction::warnAbout(int index, ResultUse use) const {
+  const ExpressionPurpose purpose =
+      use == ResultUse::truth ? ExpressionPurpose::condition : ExpressionPurpose::value;
+  for (const QString& warning :
+       warningsAbout(output(index).name, output(index).expression, purpose)) {
     logWithDetails(LogLevel::warning, warning, detailsOfOutput(index));
   }
 }

@@ -87,7 +87,7 @@ class ExpressionAction : public ActionItem {
   [[nodiscard]] bool prepareDates(const QStringList& expressions);
   [[nodiscard]] bool checkOutput(int output, ResultUse use);
   [[nodiscard]] bool checkTriedOutput(int output, const QString& text);
-  void warnAbout(int output) const;
+  void warnAbout(int output, ResultUse use) const;
   // With the place of the error in the expression, and what may have been meant.
   void logFailure(LogLevel level, const QString& text, int output, const ExpressionError& error,
                   const QString& note = QString()) const;

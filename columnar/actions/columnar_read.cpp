@@ -8,6 +8,7 @@
 #include "columnar/actions/file_list.h"
 #include "columnar/actions/read_messages.h"
 #include "columnar/reader/stored_order.h"
+#include "host/contract/file_hints.h"
 #include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 
@@ -177,9 +178,18 @@ ColumnarRead::Opening ColumnarRead::openFile(const QString& path) {
 ColumnarRead::Opening ColumnarRead::missFile() {
   if (!m_settings.abortIfMissing) {
     warn(text(messages::kMissingFileSkipped, m_file));
+    explain(missingFileHint(m_file));
     return Opening::skipped;
   }
-  return refuse(text(messages::kMissingFile, m_file));
+  const Opening refused = refuse(text(messages::kMissingFile, m_file));
+  explain(missingFileHint(m_file));
+  return refused;
+}
+
+void ColumnarRead::explain(const QString& hint) {
+  if (!hint.isEmpty()) {
+    logExplanation(hint);
+  }
 }
 
 ColumnarRead::Opening ColumnarRead::failToOpen(const OpenFailure& failure) {
@@ -204,7 +214,9 @@ ColumnarRead::Opening ColumnarRead::failToOpen(const OpenFailure& failure) {
   if (failure.isIncomplete) {
     warn(text(messages::kIncomplete, m_file));
   }
-  return refuse(text(messages::kUnreadable, m_file));
+  const Opening refused = refuse(text(messages::kUnreadable, m_file));
+  explain(foreignFormatHint(m_file, FileFormat::columnar));
+  return refused;
 }
 
 ColumnarRead::Opening ColumnarRead::refuse(const QString& line) {

@@ -51,6 +51,7 @@ class ColumnarRead {
   Opening failToOpen(const OpenFailure& failure);
   // These log.
   Opening refuse(const QString& line);
+  static void explain(const QString& hint);  // nothing where it is empty
   bool fail(const QString& line);
   bool chooseColumns();
   bool prepareFilter();

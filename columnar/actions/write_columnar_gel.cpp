@@ -4,6 +4,7 @@
 #include "columnar/actions/claimed_tables.h"
 #include "columnar/actions/previous_file.h"
 #include "columnar/actions/write_messages.h"
+#include "host/contract/file_hints.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
@@ -107,7 +108,14 @@ char WriteColumnarGel::init() {
   ActionItem::init();
   m_write.reset();
   const bool isUnderstood = !reportUnknownElements(*this, kElements);
-  return isUnderstood && claimFiles() ? 0 : 1;
+  if (!isUnderstood || !claimFiles()) {
+    return 1;
+  }
+  const QString warning = warningAboutExtension();
+  if (mustComputeFull() && !warning.isEmpty()) {
+    MainUI::addLog(LogLevel::warning, warning);
+  }
+  return 0;
 }
 
 // Names of split files are claimed when they are known.
@@ -133,12 +141,18 @@ QList<UsedFile> WriteColumnarGel::usedFiles() const {
                     FileUse::writes)};
 }
 
+QString WriteColumnarGel::warningAboutExtension() const {
+  return foreignExtensionHint(expandOutputFile(m_settings.file, QString()), FileFormat::columnar);
+}
+
 QStringList WriteColumnarGel::warningsAboutFiles() const {
   const QString file = expandOutputFile(m_settings.file, QString());
-  if (m_settings.splitKind() != WriteColumnarSettings::Split::none || !isForeignFile(file)) {
-    return {};
+  QStringList warnings{warningAboutExtension()};
+  if (m_settings.splitKind() == WriteColumnarSettings::Split::none && isForeignFile(file)) {
+    warnings += QString::fromLatin1(messages::kForeignFile).arg(file);
   }
-  return {QString::fromLatin1(messages::kForeignFile).arg(file)};
+  warnings.removeAll(QString());
+  return warnings;
 }
 
 char WriteColumnarGel::close() {

@@ -40,6 +40,7 @@ class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem>,
   static bool computeFirstRow(ActionItem* action);
   static bool computeRow(ActionItem* action);
   [[nodiscard]] bool claimFiles();  // false: logged
+  QString warningAboutExtension() const;
   void warnOfSettingsWithoutEffect() const;
 
   WriteColumnarSettings m_settings;

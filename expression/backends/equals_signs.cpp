@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "expression/backends/expression_text.h"
+#include "expression/backends/expression_signs.h"
 
 namespace kelvarin {
 
@@ -13,27 +13,12 @@ bool EqualsSign::isAssignment() const {
 }
 
 QList<EqualsSign> equalsSigns(const QString& expression) {
-  constexpr QStringView kSignCharacters = u"=<>!+-*/";
   QList<EqualsSign> signs;
-  qsizetype i = 0;
-  while (i < expression.size() && expression[i] != u'#') {
-    if (expression[i] == u'"') {
-      i = endOfTextLiteral(expression, i);
-      continue;
+  forEachSign(expression, [&](qsizetype start, qsizetype end) {
+    if (expression[end - 1] == u'=') {
+      signs.append({start, expression.sliced(start, end - start)});
     }
-    qsizetype end = i;
-    while (end < expression.size() && kSignCharacters.contains(expression[end])) {
-      ++end;
-      if (expression[end - 1] == u'=' && (end == expression.size() || expression[end] != u'=')) {
-        break;
-      }
-    }
-    const QString sign = expression.sliced(i, end - i);
-    if (sign.endsWith(u'=')) {
-      signs.append({i, sign});
-    }
-    i = std::max(end, i + 1);
-  }
+  });
   return signs;
 }
 

@@ -105,6 +105,10 @@ qsizetype lastOccurrence(const QString& expression, const QString& token, qsizet
 // Libraries may tell the position behind the token.
 qsizetype beginOfToken(const QString& expression, const ExpressionError& error) {
   const qsizetype position = std::min<qsizetype>(error.position, expression.size());
+  const qsizetype quote = unclosedText(expression);
+  if (quote >= 0 && position == expression.size()) {
+    return quote;
+  }
   if (error.token.isEmpty() || QStringView(expression).sliced(position).startsWith(error.token)) {
     return position;
   }
@@ -119,6 +123,18 @@ ExpressionError withPosition(ExpressionError error, const QString& expression) {
     error.position = static_cast<int>(lastOccurrence(expression, error.token, expression.size()));
   }
   return error;
+}
+
+qsizetype unclosedText(const QString& expression) {
+  qsizetype quote = -1;
+  for (qsizetype i = 0; i < expression.size(); ++i) {
+    if (expression[i] == u'"') {
+      quote = quote < 0 ? i : -1;
+    } else if (quote >= 0 && expression[i] == u'\\') {
+      ++i;
+    }
+  }
+  return quote;
 }
 
 QString markedExpression(const QString& expression, const ExpressionError& error) {

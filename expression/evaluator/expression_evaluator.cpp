@@ -10,6 +10,7 @@
 #include <QDateTime>
 
 #include "expression/backends/string_backend.h"
+#include "expression/dates/reference_time_advice.h"
 #include "expression/errors/error_texts.h"
 #include "expression/errors/expression_mark.h"
 #include "expression/errors/messages.h"
@@ -270,6 +271,10 @@ QString ExpressionEvaluator::dateFormatAdvice() const {
   return m_state->functions.dates.formatAdvice();
 }
 
+QString ExpressionEvaluator::referenceTimeAdvice() const {
+  return adviceOnReferenceTime(m_state->options.time.referenceTime);
+}
+
 Status<QString> ExpressionEvaluator::bind(const OneRow& columns,
                                           const std::function<QString(const QString&)>& expand,
                                           int elementCount) {
@@ -332,6 +337,9 @@ QString ExpressionEvaluator::check(const OutputVariable& output, ResultUse use) 
     return state.checkFailed(output, expression.error());
   }
   state.checkWarnings = warningsOfCheck(output.name, expression.textArguments());
+  if (use == ResultUse::truth && value.isText()) {
+    state.checkWarnings += warningAboutTextCondition(output.name);
+  }
   const QString wrongType =
       use == ResultUse::column ? wrongTypeText(value, output.meta) : QString();
   const bool isReferenceMissing = status == DateStatus::referenceTimeUnparsable;
@@ -384,6 +392,9 @@ RowOutcome ExpressionEvaluator::evaluateTruth(int output, bool& isTrue) {
                                ? call(&value.number)
                                : m_state->output(output).expression->evaluate(value);
   isTrue = isEvaluated && isTrueValue(value);
+  if (call.function == nullptr && value.isText()) [[unlikely]] {
+    m_state->output(output).wasTextCondition = true;
+  }
   return isEvaluated ? RowOutcome::ok : failToEvaluate(output);
 }
 
@@ -456,6 +467,9 @@ QStringList ExpressionEvaluator::closingWarnings(const char* failedRows) const {
   QStringList warnings = m_state->binding.warnings(m_state->functions.dates);
   for (const auto& output : m_state->outputs) {
     warnings += warningsOfRun(output->name, output->expression->textArguments());
+    if (output->wasTextCondition) {
+      warnings += warningAboutTextCondition(output->name);
+    }
   }
   const FailureCount& failures = m_state->failures;
   if (failures.count > 0) {

@@ -80,6 +80,8 @@ class ExpressionEvaluator {
   // Seeds the random generators, and fixes reference time and date format where the expressions
   // need them.
   DateStatus prepareDateContext(const QStringList& expressions);
+  // What to do about a reference time that cannot be parsed.
+  QString referenceTimeAdvice() const;
   // What to warn about when a date format is needed and looks like another pattern language's.
   QString dateFormatAdvice() const;
 

@@ -2,6 +2,7 @@
 
 #include "expression/backends/equals_signs.h"
 #include "expression/backends/expression_text.h"
+#include "expression/evaluator/chained_comparison.h"
 #include "expression/evaluator/messages.h"
 
 namespace kelvarin {
@@ -28,15 +29,33 @@ QString nameBehind(const QString& text, qsizetype start) {
   return isFunction ? QString() : right.first(end);
 }
 
+// `3 < x < 5` becomes `3 < x && x < 5`.
+QString warningAboutChain(const QString& expressionName, const QString& expression) {
+  const QStringList parts = chainedComparison(expression);
+  QStringList comparisons;
+  for (qsizetype i = 0; i + 2 < parts.size(); i += 2) {
+    comparisons += parts.sliced(i, 3).join(u' ');
+  }
+  return comparisons.isEmpty()
+             ? QString()
+             : QString::fromUtf8(messages::kChained)
+                   .arg(expressionName, parts.join(u' '), comparisons.front(),
+                        comparisons.join(QLatin1String(" && ")));
+}
+
 }  // namespace
 
-QStringList warningsAbout(const QString& expressionName, const QString& expression) {
+QStringList warningsAbout(const QString& expressionName, const QString& expression,
+                          ExpressionPurpose purpose) {
   const QString missing = QStringLiteral("_null");
   QString assignment;
   QString comparison;
   for (const EqualsSign& sign : equalsSigns(expression)) {
     if (sign.text == u"=") {
       assignment = QString::fromUtf8(messages::kAssigns).arg(expressionName);
+      if (purpose == ExpressionPurpose::condition) {
+        assignment += QString::fromUtf8(messages::kAssignedIsCondition);
+      }
     }
     const bool isEqual = sign.text == u"==";
     if (!isEqual && sign.text != u"!=") {
@@ -50,7 +69,7 @@ QStringList warningsAbout(const QString& expressionName, const QString& expressi
                        .arg(expressionName, isVariableName(other) ? other : QStringLiteral("x"));
     }
   }
-  QStringList warnings{assignment, comparison};
+  QStringList warnings{assignment, comparison, warningAboutChain(expressionName, expression)};
   warnings.removeAll(QString());
   return warnings;
 }
@@ -62,6 +81,10 @@ QStringList warningsOfCheck(const QString& expressionName, const TextArguments& 
   return {QString::fromUtf8(messages::kTextArgument)
               .arg(expressionName, found.function, QString::number(found.argument),
                    QString::number(found.position))};
+}
+
+QString warningAboutTextCondition(const QString& expressionName) {
+  return QString::fromUtf8(messages::kTextCondition).arg(expressionName);
 }
 
 QStringList warningsOfRun(const QString& expressionName, const TextArguments& found) {

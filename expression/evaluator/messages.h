@@ -8,6 +8,14 @@ inline constexpr char kColumnTypesDiffer[] = "Error: Column '%1' and '%2' must h
 
 // About an expression that does what its author hardly means.
 inline constexpr char kAssigns[] = "Expression '%1': '=' assigns; did you mean '=='?";
+inline constexpr char kAssignedIsCondition[] =
+    " The assigned value is the condition: true unless it is 0, missing or an empty text.";
+inline constexpr char kChained[] =
+    "Expression '%1': comparisons do not chain: '%2' compares 1 or 0, the result of '%3'. Did you "
+    "mean '%4'?";
+inline constexpr char kTextCondition[] =
+    "Expression '%1': the condition is a text, and so true for every row on which the text is not "
+    "empty. Compare it, as in x == \"abc\".";
 inline constexpr char kEqualsNull[] =
     "Expression '%1': '== _null' is never true; did you mean 'isNull(%2)'?";
 inline constexpr char kDiffersFromNull[] =

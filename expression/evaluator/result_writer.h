@@ -25,6 +25,7 @@ struct ExpressionOutput {
   alignas(double) unsigned char cell[sizeof(double)] = {};
   unsigned char** textTarget = nullptr;  // receives the pointer to a text's bytes
   ExpressionValue value;                 // for ResultUse::anyValue
+  bool wasTextCondition = false;         // for ResultUse::truth
 };
 
 inline bool isNumberMeta(MetaTypeColumn meta) {

@@ -13,6 +13,9 @@ namespace kelvarin {
 struct HintNames {
   QStringList variables;  // of the action
   QStringList columns;    // of its input, be they variables or not
+  // Where a value for an unknown name comes from, with %1 for the name; null where this needs no
+  // word.
+  const char* adviceOnUnknown = nullptr;
 };
 
 // Empty where nothing is known about such a mistake.

@@ -39,6 +39,11 @@ constexpr ForeignSign kSigns[] = {
     {R"([×·])", "A product is written x * y."},
     {R"(÷)", "A quotient is written x / y."},
     {R"([–—−])", "The sign of a difference is the minus of the keyboard: x - y."},
+    {R"(\d\.\d+\.\d)",
+     "A number has one decimal point and no thousands separators: 1000000.5 for one million and a "
+     "half."},
+    {R"((?<![\w.])\d{1,3}(?: \d{3})+(?!\w))", "Numbers have no thousands separators: 1000000."},
+    {R"((?<!\w)\d+_\d)", "Numbers have no thousands separators: 1000000."},
     {R"(;)", "Arguments are separated by commas, and an expression has no semicolon."},
     {R"((?:^|[^\w\)\]\}"\s!])\s*!(?!=))", "The opposite of a condition is written not(x)."},
     {R"(%\s*(?:$|\)))", "% is the remainder of a division: x % y. A percentage is x / 100."},

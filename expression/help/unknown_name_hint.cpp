@@ -63,7 +63,7 @@ QString joinedNames(const std::vector<const LanguageEntry*>& entries) {
 }  // namespace
 
 QString unknownNameHint(const QString& failure, const QString& expression, const QStringList& variables,
-                        const QStringList& columns) {
+                        const QStringList& columns, const char* advice) {
   const QString name = unknownName(failure, expression);
   if (name.isEmpty() || !(name.front().isLetter() || name.front() == u'_')) {
     return {};
@@ -95,6 +95,7 @@ QString unknownNameHint(const QString& failure, const QString& expression, const
     }
   }
   known.removeDuplicates();
+  known.removeAll(name);
   const QStringList near = nearestNames(name, known);
   if (!near.isEmpty()) {
     return text(kNearNames, name, near.join(QLatin1String(" or ")));
@@ -102,7 +103,8 @@ QString unknownNameHint(const QString& failure, const QString& expression, const
   constexpr qsizetype kFew = 20;
   const bool areShown = !variables.isEmpty() && variables.size() <= kFew;
   return text(kNothingNear, name) +
-         (areShown ? text(kVariables, variables.join(QLatin1String(", "))) : QString());
+         (areShown ? text(kVariables, variables.join(QLatin1String(", "))) : QString()) +
+         (advice == nullptr ? QString() : u' ' + text(advice, name));
 }
 
 }  // namespace kelvarin

@@ -10,7 +10,8 @@ namespace kelvarin {
 
 // Empty when `failure`, the text of the error, is about something else. `columns` are those of the input, whether the
 // action has made variables of them or not.
+// `advice` stands behind the hint about a name that is near to no other; null for none.
 QString unknownNameHint(const QString& failure, const QString& expression, const QStringList& variables,
-                        const QStringList& columns);
+                        const QStringList& columns, const char* advice = nullptr);
 
 }  // namespace kelvarin

@@ -119,6 +119,9 @@ inline QString noColumns() {
 inline QString columnsMeant(const QStringList& near) {
   return QStringLiteral(" Did you mean '%1'?").arg(near.join(QStringLiteral("' or '")));
 }
+inline QString blanksAround(const QString& column) {
+  return QStringLiteral(" The name of the column '%1' begins or ends with a blank.").arg(column);
+}
 inline QString allColumns(const QStringList& columns) {
   return QStringLiteral(" The table's columns: '%1'.").arg(columns.join(QStringLiteral("', '")));
 }
@@ -139,6 +142,40 @@ inline QString folderIsNone(const QString& file, const QString& folder) {
 inline QString folderNotWritable(const QString& file, const QString& folder) {
   return QStringLiteral("\"%1\" cannot be written: the folder \"%2\" may not be written to.")
       .arg(file, folder);
+}
+
+// About files that do not exist or hold something else.
+inline QString filesMeant(const QStringList& near) {
+  return QStringLiteral("Did you mean '%1'?").arg(near.join(QStringLiteral("' or '")));
+}
+inline QString filesThere(const QStringList& names) {
+  return QStringLiteral("Its folder has, for instance, '%1'.")
+      .arg(names.join(QStringLiteral("', '")));
+}
+inline QString noFolder(const QString& folder) {
+  return QStringLiteral("There is no folder '%1'.").arg(folder);
+}
+inline QString noFolderButFile(const QString& path) {
+  return QStringLiteral("'%1' is a file, not a folder.").arg(path);
+}
+inline QString looksLike(const QString& format, const QString& action) {
+  return QStringLiteral("The file looks like %1; %2 reads those.").arg(format, action);
+}
+inline QString looksLikeGraph() {
+  return QStringLiteral("The file looks like a graph file, which 'kelvarin run' runs.");
+}
+inline QString noGraphFile(const QString& format) {
+  return QStringLiteral(
+             "The file is no graph file; it looks like %1. A graph file begins with "
+             "<KelvarinGraph version='1.0'> and names the tables to read and write.")
+      .arg(format);
+}
+inline QString nameOfOtherFormat(const QString& file, const QString& written,
+                                 const QString& extension, const QString& format) {
+  return QStringLiteral(
+             "The file '%1' is written as %2, but its extension .%3 is that of %4: programs that "
+             "go by the name cannot read it.")
+      .arg(file, written, extension, format);
 }
 
 inline QString notARegularFile(const QString& path) {

@@ -13,6 +13,9 @@ QString missingColumnHint(const QString& name, const QStringList& columns) {
   }
   if (const QStringList near = nearestNames(name, columns); !near.isEmpty()) {
     hint += messages::columnsMeant(near);
+    if (near.front().trimmed() != near.front() && near.front().trimmed() == name.trimmed()) {
+      hint += messages::blanksAround(near.front());
+    }
   }
   return hint + (columns.size() <= kFew ? messages::allColumns(columns)
                                         : messages::columnCount(columns.size()));

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "host/contract/file_hints.h"
 #include "host/engine/graph_document.h"
 #include "host/engine/messages.h"
 
@@ -23,13 +24,23 @@ Result<Graph, GraphErrors> readGraph(const QString& file, const ActionCatalogue&
         {file, {}, engine_messages::cannotReadGraph(QStringLiteral("it is a folder"))}}};
   }
   if (!source.open(QIODevice::ReadOnly)) {
-    return Failure{GraphErrors{{file, {}, engine_messages::cannotReadGraph(source.errorString())}}};
+    const QString hint = missingFileHint(file);
+    const QString text = engine_messages::cannotReadGraph(source.errorString());
+    return Failure{GraphErrors{{file, {}, hint.isEmpty() ? text : text + u' ' + hint}}};
   }
   const QByteArray document = source.readAll();
   if (source.error() != QFileDevice::NoError) {
     return Failure{GraphErrors{{file, {}, engine_messages::cannotReadGraph(source.errorString())}}};
   }
-  return parseGraph(document, file, catalogue, overrides);
+  auto graph = parseGraph(document, file, catalogue, overrides);
+  const bool isXml = document.trimmed().startsWith('<') || document.startsWith("\xEF\xBB\xBF<");
+  if (const QString hint = foreignFormatHint(file, FileFormat::graph);
+      !graph && !isXml && !hint.isEmpty()) {
+    GraphErrors errors = graph.error();
+    errors.back().message += u' ' + hint;
+    return Failure{errors};
+  }
+  return graph;
 }
 
 Result<Graph, GraphErrors> parseGraph(const QByteArray& document, const QString& file,

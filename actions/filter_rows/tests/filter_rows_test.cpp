@@ -101,7 +101,9 @@ TEST(FilterRows, SamplingKeepsTheFirstRowsWithoutLookingAtTheVariables) {
 }
 
 TEST(FilterRows, AnAssignmentRunsAndWarnsOnce) {
-  const Strings warnings{"warning: Expression 'FilterRows': '=' assigns; did you mean '=='?"};
+  const Strings warnings{
+      "warning: Expression 'FilterRows': '=' assigns; did you mean '=='? The assigned value is the "
+      "condition: true unless it is 0, missing or an empty text."};
   auto h = RowHarness::of<FilterRows>(filter("a = 5"), "a:F");
   h.push(Rows{{1}, {2}});
   EXPECT_EQ(h.rows(0).size(), 2u);
@@ -111,6 +113,22 @@ TEST(FilterRows, AnAssignmentRunsAndWarnsOnce) {
   checked.checkOnly();
   checked.finish();
   EXPECT_EQ(checked.log(), warnings);
+}
+
+TEST(FilterRows, ATextAsConditionWarnsOnce) {
+  const auto isWarned = [](const Strings& log) {
+    return log.size() == 1 && log[0].find("the condition is a text") != std::string::npos;
+  };
+  const char* text = "isNull(a) ? \"x\" : \"y\"";
+  auto h = RowHarness::of<FilterRows>(filter(text), "a:F");
+  h.push(Rows{{1}, {2}});
+  h.finish();
+  EXPECT_TRUE(isWarned(h.log()));
+
+  auto checked = RowHarness::of<FilterRows>(filter(text), "a:F");
+  checked.checkOnly();
+  checked.finish();
+  EXPECT_TRUE(isWarned(checked.log()));
 }
 
 TEST(FilterRows, AMissingColumnStopsTheRun) {

@@ -12,6 +12,13 @@ TEST(ExpressionWarnings, AnAssignmentAsksForTheComparison) {
   }
 }
 
+TEST(ExpressionWarnings, AnAssignmentInAConditionSaysWhatIsTrue) {
+  const QStringList warnings = warningsAbout("f", "name = \"Ann\"", ExpressionPurpose::condition);
+  ASSERT_EQ(warnings.size(), 1);
+  const QString plain = warningsAbout("f", "name = \"Ann\"")[0];
+  EXPECT_TRUE(warnings[0].startsWith(plain + " The assigned value"));
+}
+
 TEST(ExpressionWarnings, AComparisonWithNullAsksForTheTest) {
   EXPECT_EQ(warningsAbout("f", "x == _null ? 1 : 2"),
             QStringList{"Expression 'f': '== _null' is never true; did you mean 'isNull(x)'?"});
@@ -21,6 +28,28 @@ TEST(ExpressionWarnings, AComparisonWithNullAsksForTheTest) {
   EXPECT_EQ(warningsAbout("f", "(a+b)==_null"),
             QStringList{"Expression 'f': '== _null' is never true; did you mean 'isNull(x)'?"});
   EXPECT_EQ(warningsAbout("f", "x = y == _null").size(), 2);
+}
+
+TEST(ExpressionWarnings, ComparisonsDoNotChain) {
+  EXPECT_EQ(warningsAbout("f", "3 < price < 5"),
+            QStringList{"Expression 'f': comparisons do not chain: '3 < price < 5' compares 1 or "
+                        "0, the result of '3 < price'. Did you mean '3 < price && price < 5'?"});
+  const std::pair<const char*, const char*> cases[] = {
+      {"nvl(0<=x<=-1, 2) # < 3", "'0 <= x && x <= -1'"},
+      {"y > 1 and a == b == c", "'a == b && b == c'"},
+      {"(x+1) > y > z > \"<\"", "'(x+1) > y && y > z && z > \"<\"'"},
+  };
+  for (const auto& [expression, meant] : cases) {
+    const QStringList warnings = warningsAbout("f", expression);
+    ASSERT_EQ(warnings.size(), 1) << expression;
+    EXPECT_TRUE(warnings[0].contains(meant)) << warnings[0].toStdString();
+  }
+  for (const char* expression :
+       {"(a < b) < c", "(a<b) == (c<d)", "a < b && b < c", "a<b or c<d", "a<b and c<d", "a<b|c<d",
+        "a < b ? c < d : e < f", "max(a<b, c<d)", "a < \"b < c\"", "a<b # < c", "a << 1 < b >> 2",
+        "x = a < b", "orders < 3", "a[b<c] < d"}) {
+    EXPECT_FALSE(warningsAbout("f", expression).join(u' ').contains("chain")) << expression;
+  }
 }
 
 TEST(ExpressionWarnings, WhatMeansWhatItSaysIsLeftAlone) {

@@ -59,6 +59,54 @@ TEST(ExpressionHint, SaysWhatTypesAndArgumentsAreWanted) {
   EXPECT_TRUE(hint("if(x, 1, 2)", "Undefined token \"if\" found at position 0.").contains("(condition ? then : else)"));
 }
 
+TEST(ExpressionHint, ValuesSideBySideMissAnOperator) {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"x 2", "Unexpected value \"2\" found at position 2.", "x * 2"},
+      {"2x", "Undefined token \"x\" found at position 1.", "2 * x"},
+      {"x(2)", "Undefined token \"x\" found at position 0.", "x * (...)"},
+      {"(x)(2)", "Unexpected parenthesis \"(\" found at position 3.", "(...) * (...)"},
+      {"x round(2)", "Unexpected function \"round\" found at position 2.", "x * round(...)"},
+      {"x \"a b\"", "Unexpected value \"\"a b\"\" found at position 2.", "x // \"a b\""},
+  };
+  for (const auto& [expression, message, wanted] : cases) {
+    const QString text = hint(expression, message);
+    EXPECT_TRUE(text.startsWith("An operator is missing") && text.contains(wanted))
+        << expression << ": " << text.toStdString();
+  }
+  EXPECT_FALSE(hint("rund(2)", "Unexpected parenthesis \"(\" found at position 4.")
+                   .contains("operator is missing"));
+  EXPECT_EQ(hint("x + 2)", "Unexpected parenthesis \")\" found at position 5."), QString());
+}
+
+TEST(ExpressionHint, NumbersAndTextsAreWrittenPlainly) {
+  for (const char* expression : {"1.000.000", "1 000 000", "1_000"}) {
+    EXPECT_TRUE(hint(expression).contains("no thousands separators")) << expression;
+  }
+  EXPECT_TRUE(hint("1,000,000", "Unexpected comma found at position 1.").contains("1000000"));
+  EXPECT_TRUE(hint("1e400", "Undefined token \"1e400\" found at position 0.").contains("too large"));
+  EXPECT_TRUE(hint("x // \"a", "Unterminated string starting at position 7.")
+                  .contains("opens at position 5."));
+  EXPECT_TRUE(hint(" ", "Expression is empty!").contains("is empty"));
+}
+
+TEST(ExpressionHint, CallsLeadToTheFunctionThatTakesTheArguments) {
+  const auto hintAtCall = [](const char* much, const char* function) {
+    return hint("x", qPrintable(QStringLiteral("Too %1 parameters passed to function \"%2\".")
+                                    .arg(QLatin1String(much), QLatin1String(function))));
+  };
+  for (const auto& [function, wanted] :
+       {std::pair("round", "2 argument(s): round2(x,d)"), std::pair("trim", ": trim2(x,y)"),
+        std::pair("indexOf", "3 argument(s): indexOf2("), std::pair("atan", "atan2(y, x)"),
+        std::pair("atan2", "from numbers alone"),
+        std::pair("lastIndexOf", ": lastIndexOf2("), std::pair("log", "ln(x) / ln(b)")}) {
+    EXPECT_TRUE(hintAtCall("many", function).contains(wanted))
+        << hintAtCall("many", function).toStdString();
+  }
+  EXPECT_EQ(hintAtCall("many", "indexOf").count("argument(s)"), 1);
+  EXPECT_TRUE(hintAtCall("few", "round2").contains("1 argument(s): round(x)"));
+  EXPECT_TRUE(hintAtCall("few", "substring").contains("right(x, strlen(x) - s)"));
+}
+
 TEST(ExpressionHint, ColumnsWithBlanksNeedALabel) {
   EXPECT_TRUE(hint("net price * 2").contains("<InputVar column='net price' label='net_price'/>"));
   EXPECT_TRUE(hint("net_price * 2").contains("label='net_price'"));

@@ -173,7 +173,8 @@ TEST_F(GraphReader, TellsWhyAFileCannotBeRead) {
   ASSERT_FALSE(absent);
   EXPECT_EQ(absent.error()[0].text(),
             QStringLiteral(
-                "/nonexistent/g.kelvarin: the graph cannot be read: No such file or directory."));
+                "/nonexistent/g.kelvarin: the graph cannot be read: No such file or directory. There "
+                "is no folder '/nonexistent'."));
   EXPECT_FALSE(readGraph(QStringLiteral("/tmp"), catalogue));
 }
 

@@ -34,6 +34,7 @@ class ReadParquet : public ArrowSource {
   ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
 
  protected:
+  FileFormat format() const override { return FileFormat::parquet; }
   std::unique_ptr<ArrowFile> makeFile() const override;
 };
 
@@ -47,6 +48,7 @@ class ReadArrow : public ArrowSource {
   ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
 
  protected:
+  FileFormat format() const override { return FileFormat::arrow; }
   std::unique_ptr<ArrowFile> makeFile() const override;
 };
 
@@ -60,6 +62,7 @@ class WriteParquet : public ArrowSink {
   ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
 
  protected:
+  FileFormat format() const override { return FileFormat::parquet; }
   std::unique_ptr<ArrowWriter> makeWriter() const override;
 };
 
@@ -73,6 +76,7 @@ class WriteArrow : public ArrowSink {
   ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
 
  protected:
+  FileFormat format() const override { return FileFormat::arrow; }
   std::unique_ptr<ArrowWriter> makeWriter() const override;
 };
 

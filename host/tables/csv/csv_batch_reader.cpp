@@ -175,13 +175,29 @@ Result<ReadOutcome, QString> CsvBatchReader::next(RowBatch& batch) {
     }
   }
   m_bytesDone = m_blocks->offset();
-  if (const auto status = convert(m_block, batch); !status) {
+  if (const auto status = convert(m_block, m_block.rowCount(), batch); !status) {
     return Failure{status.error()};
   }
   return ReadOutcome::rows;
 }
 
-Status<QString> CsvBatchReader::convert(const CsvBlock& block, RowBatch& batch) {
+Status<QString> CsvBatchReader::tryFirstRows() {
+  RowBatch batch;
+  batch.setColumns(m_columns.types);
+  long long rowsLeft = kInferredRows;
+  for (const CsvBlock& block : m_held) {
+    const long long rowCount = std::min<long long>(block.rowCount(), rowsLeft);
+    if (const auto status = convert(block, rowCount, batch); !status) {
+      return status;
+    }
+    rowsLeft -= rowCount;
+  }
+  m_held.clear();
+  return Done{};
+}
+
+Status<QString> CsvBatchReader::convert(const CsvBlock& block, long long rowCount,
+                                        RowBatch& batch) {
   const std::size_t columnCount = batch.columnCount();
   m_converters.clear();
   for (std::size_t i = 0; i < columnCount; ++i) {
@@ -190,10 +206,10 @@ Status<QString> CsvBatchReader::convert(const CsvBlock& block, RowBatch& batch) 
   }
   // All columns of some rows, so that their bytes are fetched once.
   constexpr long long kRowsAtOnce = 512;
-  for (long long begin = 0; begin < block.rowCount(); begin += kRowsAtOnce) {
+  for (long long begin = 0; begin < rowCount; begin += kRowsAtOnce) {
     std::optional<BadField> first;
     std::size_t columnOfFirst = 0;
-    long long end = std::min(block.rowCount(), begin + kRowsAtOnce);
+    long long end = std::min(rowCount, begin + kRowsAtOnce);
     for (std::size_t i = 0; i < columnCount; ++i) {
       if (auto bad = m_converters[i].convert(begin, end, *m_nulls, m_badFields[i])) {
         end = bad->row;
@@ -205,7 +221,7 @@ Status<QString> CsvBatchReader::convert(const CsvBlock& block, RowBatch& batch) 
       return Failure{badFieldText(block, columnOfFirst, *first)};
     }
   }
-  batch.setRowCount(block.rowCount());
+  batch.setRowCount(rowCount);
   return Done{};
 }
 

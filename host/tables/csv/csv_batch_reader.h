@@ -21,6 +21,7 @@ class CsvBatchReader : public BatchReader {
 
   Result<TableColumns, QString> open() override;
   Result<ReadOutcome, QString> next(RowBatch& batch) override;
+  Status<QString> tryFirstRows() override;
   float fractionDone() const override;
   QString placeOfRow(long long row) const override;
   QStringList notes() const override { return m_notes; }
@@ -31,7 +32,8 @@ class CsvBatchReader : public BatchReader {
   Status<QString> settleColumns();
   Status<QString> nameByDeclarations();
   Status<QString> inferTypes();
-  Status<QString> convert(const CsvBlock& block, RowBatch& batch);
+  // The first rows of the block.
+  Status<QString> convert(const CsvBlock& block, long long rowCount, RowBatch& batch);
   void noteTextColumns(const std::vector<TypeInference>& inferences);
   QString badFieldText(const CsvBlock& block, std::size_t column, const BadField& field) const;
 

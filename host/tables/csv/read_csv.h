@@ -21,6 +21,7 @@ class ReadCsv : public TableSource {
   ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
 
  protected:
+  FileFormat format() const override { return FileFormat::csv; }
   Result<std::unique_ptr<BatchReader>, QString> makeReader(const QString& path) const override;
 
  private:

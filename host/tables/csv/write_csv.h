@@ -21,6 +21,7 @@ class WriteCsv : public TableSink {
   ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
 
  protected:
+  FileFormat format() const override { return FileFormat::csv; }
   Status<QString> checkSettings() override;
   Status<QString> begin(const OneRow& columns) override;
   Status<QString> writeRow(const OneRow& row) override;

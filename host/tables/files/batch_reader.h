@@ -28,6 +28,8 @@ class BatchReader {
   virtual Result<TableColumns, QString> open() = 0;
   // `batch` has the columns that open() gave. A batch may have no rows before the end.
   virtual Result<ReadOutcome, QString> next(RowBatch& batch) = 0;
+  // Of a check, after open() and in place of next(): converts the rows that open() has read.
+  virtual Status<QString> tryFirstRows() { return Done{}; }
   // 0 to 1, -1 when unknown; any thread.
   virtual float fractionDone() const = 0;
   // Where a row, counted from 0, stands: "file 'a.csv', line 17".

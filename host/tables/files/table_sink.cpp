@@ -45,6 +45,9 @@ char TableSink::init() {
   if (status) {
     status = m_output.open(file);
   }
+  for (const QString& warning : status ? warningsAboutFiles() : QStringList()) {
+    MainUI::addLog(LogLevel::warning, warning);
+  }
   if (!status && (run() == nullptr || run()->isRunning())) {
     endWithError(status.error());
   }
@@ -56,6 +59,13 @@ QList<UsedFile> TableSink::usedFiles() const {
     return {};
   }
   return {{.path = expandedFile(), .use = FileUse::writes, .companions = {}}};
+}
+
+QStringList TableSink::warningsAboutFiles() const {
+  const QString file = expandedFile();
+  const QString warning =
+      isStandardOutput(file) ? QString() : foreignExtensionHint(file, format());
+  return warning.isEmpty() ? QStringList() : QStringList{warning};
 }
 
 void TableSink::checkOutput() {

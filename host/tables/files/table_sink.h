@@ -11,6 +11,7 @@
 
 #include "host/contract/claimed_names.h"
 #include "host/contract/columns_in_hand.h"
+#include "host/contract/file_hints.h"
 #include "host/contract/output_check.h"
 #include "host/tables/files/output_file.h"
 #include "host/tables/files/write_behind.h"
@@ -27,12 +28,14 @@ class TableSink : public ActionItem, public FileUser, public OutputCheck {
   void checkOutput() override;
 
   QList<UsedFile> usedFiles() const override;
+  QStringList warningsAboutFiles() const override;
 
   const QString& file() const { return m_file; }
 
  protected:
   TableSink(XMLNode node, GlobalParameters* parameters);
 
+  virtual FileFormat format() const = 0;
   // Checks the settings, before the file is created.
   virtual Status<QString> checkSettings() { return Done{}; }
   // `columns` has the names and types of all rows to come.

@@ -1,5 +1,6 @@
 #include "host/tables/files/table_source.h"
 
+#include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 #include "host/tables/messages.h"
 
@@ -95,10 +96,22 @@ Status<QString> TableSource::open() {
   if (const Status<QString> status = announce(*columns); !status) {
     return status;
   }
-  if (mustComputeFull()) {
-    m_readAhead->start(columns->types);
+  if (!mustComputeFull()) {
+    return m_reader->tryFirstRows();
   }
+  m_readAhead->start(columns->types);
   return Done{};
+}
+
+void TableSource::explainFailureToOpen() const {
+  const QString path = expandFile(m_file);
+  QString hint = missingFileHint(path);
+  if (hint.isEmpty() && format() != FileFormat::csv) {  // its reader's errors name other formats
+    hint = foreignFormatHint(path, format());
+  }
+  if (!hint.isEmpty()) {
+    logExplanation(hint);
+  }
 }
 
 Status<QString> TableSource::announce(const TableColumns& columns) {
@@ -129,7 +142,12 @@ Status<QString> TableSource::announce(const TableColumns& columns) {
 bool TableSource::openAndAnnounce(ActionItem* action) {
   auto* source = static_cast<TableSource*>(action);
   if (const Status<QString> status = source->open(); !status) {
-    return source->isStopped() || source->endWithError(status.error());
+    if (source->isStopped()) {
+      return true;
+    }
+    source->endWithError(status.error());
+    source->explainFailureToOpen();
+    return true;
   }
   if (!source->mustComputeFull()) {
     return true;

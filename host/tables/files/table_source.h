@@ -10,6 +10,7 @@
 
 #include "host/contract/action_item.h"
 #include "host/contract/claimed_names.h"
+#include "host/contract/file_hints.h"
 #include "host/tables/files/read_ahead.h"
 #include "host/tables/sort_order/sort_order.h"
 
@@ -34,6 +35,8 @@ class TableSource : public ActionItem, public FileUser {
 
   // The reader of `path`, which is expanded. Errors are those of the settings.
   virtual Result<std::unique_ptr<BatchReader>, QString> makeReader(const QString& path) const = 0;
+  // For the hint at a file of another format.
+  virtual FileFormat format() const = 0;
 
   void setSortedOn(const QString& text) { m_sortedOn = text; }
   const QString& sortedOn() const { return m_sortedOn; }
@@ -46,6 +49,7 @@ class TableSource : public ActionItem, public FileUser {
   static void skipRows(ActionItem* action, std::size_t count);
 
   Status<QString> open();
+  void explainFailureToOpen() const;
   Status<QString> announce(const TableColumns& columns);
   bool isStopped() const { return run() != nullptr && !run()->isRunning(); }
   bool takeNextBatch();

@@ -1,0 +1,13 @@
+// What to do about a reference time that cannot be parsed.
+//
+// Threads: any.
+#pragma once
+
+#include <QString>
+
+namespace kelvarin {
+
+// Names the form that is needed, with the date rewritten where the text evidently is one.
+QString adviceOnReferenceTime(const QString& referenceTime);
+
+}  // namespace kelvarin
