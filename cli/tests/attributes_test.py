@@ -110,6 +110,15 @@ class AttributesTest(ProgramTest):
                 "7:30: Unknown element <Columns> inside <ReadArrow>. Known there: Column.",
                 "8:1: The text 'snappy' stands inside <WriteParquet>, where no text has a meaning."])
 
+    def test_a_formula_in_the_wrong_element_is_an_error(self):
+        for action, element in (("<Calculator name='c'>id * 2</Calculator>", "Calculator"),
+                                ("<FilterRows name='c'><InputVars>id * 2</InputVars></FilterRows>", "InputVars")):
+            self.write("g.kelvarin", graph("<InlineTable name='t'><Column name='id' meta='F'/></InlineTable>" + action +
+                                           "<Discard name='d'/>", ["t c", "c d"]))
+            for command in ("run", "check"):
+                self.assertIn(f"The text 'id * 2' stands inside <{element}>, where no text has a meaning.",
+                              self.kelvarin(command, "g.kelvarin", status=1).stderr)
+
     def test_known_attributes_are_not(self):
         variable = "<InputVar column='id' label='id' label2='' isNumber='1' meta='U' value='1'/>"
         output = "<OutputVar name='o' meta='F' isInput='0' update='0' notes='' isNumber='1' expression='1'>id</OutputVar>"

@@ -14,14 +14,11 @@
 
 namespace kelvarin {
 
-// The elements that may stand inside another one; the first line of a table is about the action
-// itself. An element without a line has no elements inside, and may have text.
+// The elements that may stand inside another one, which then has no text; the first line of a table
+// is about the action itself. An element without a line may have text, and has no elements inside.
 struct KnownElements {
-  enum class Text { allowed, none };
-
   QString parent;
   QStringList children;
-  Text text = Text::allowed;
 };
 
 struct UnknownContent {

@@ -17,11 +17,10 @@ namespace {
 namespace messages = inline_table_messages;
 
 std::span<const KnownElements> knownElements() {
-  using Text = KnownElements::Text;
   static const KnownElements elements[] = {
-      {QString(), {QStringLiteral("Column"), QStringLiteral("Row")}, Text::none},
-      {QStringLiteral("Column"), {}, Text::none},
-      {QStringLiteral("Row"), {QStringLiteral("V")}, Text::none},
+      {QString(), {QStringLiteral("Column"), QStringLiteral("Row")}},
+      {QStringLiteral("Column"), {}},
+      {QStringLiteral("Row"), {QStringLiteral("V")}},
   };
   return elements;
 }

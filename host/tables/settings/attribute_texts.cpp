@@ -24,7 +24,7 @@ void checkWhileLoading(const XMLNode& node,
   }
 }
 
-const std::vector<KnownElements> kNoElements{{QString(), {}, KnownElements::Text::none}};
+const std::vector<KnownElements> kNoElements{{QString(), {}}};
 
 void checkContentWhileLoading(const XMLNode& node, std::span<const KnownElements> known) {
   AttributeReading* reading = AttributeReading::current();

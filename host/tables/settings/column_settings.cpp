@@ -27,8 +27,8 @@ QString faultOfColumn(const QString& name, const QString& meta) {
 }  // namespace
 
 const std::vector<KnownElements> kColumnElements{
-    {QString(), {kColumn}, KnownElements::Text::none},
-    {kColumn, {}, KnownElements::Text::none},
+    {QString(), {kColumn}},
+    {kColumn, {}},
 };
 
 ColumnSettings::ColumnSettings(const XMLNode& action)
