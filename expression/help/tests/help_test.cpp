@@ -6,6 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QTemporaryDir>
+
 #include "expression/functions/function_table.h"
 #include "expression/help/foreign_names.h"
 #include "expression/help/language_entries.h"
@@ -19,8 +22,24 @@ bool isKnownException(const LanguageEntry& entry) {
   return entry.name == "atan2";
 }
 
+// The working directory, with the file that examples read, as long as it lives.
+class ExampleFolder {
+ public:
+  ExampleFolder() {
+    QDir::setCurrent(m_folder.path());
+    std::ofstream(kExampleFile) << kExampleFileText;
+  }
+  ~ExampleFolder() { QDir::setCurrent(m_previous); }
+  ExampleFolder(const ExampleFolder&) = delete;
+  ExampleFolder& operator=(const ExampleFolder&) = delete;
+
+ private:
+  const QString m_previous = QDir::currentPath();
+  const QTemporaryDir m_folder;
+};
+
 TEST(Help, EveryExampleGivesItsResultWhereTheEntrySaysSo) {
-  std::ofstream(kExampleFile) << kExampleFileText;
+  const ExampleFolder folder;
   for (const LanguageEntry& entry : languageEntries()) {
     if (isKnownException(entry)) {
       EXPECT_EQ(evaluateExample(entry.entry->example, BackendKind::fast), entry.entry->result);
