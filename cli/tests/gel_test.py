@@ -4,7 +4,7 @@ import os
 import subprocess
 import unittest
 
-from program import PROGRAM, ProgramTest
+from program import PROGRAM, ProgramTest, open_terminal
 
 ROWS = "".join(f"{i},{i / 4},{'' if i % 7 == 3 else 'name %d' % (i % 5)}\n" for i in range(12000))
 TABLE = "id,price,name\n" + ROWS
@@ -130,7 +130,7 @@ class GelTest(ProgramTest):
         self.assertIn("c\\x9b", told)
         self.assertIn("\\u{202e}evil\\x85", told)
         self.assertNotRegex(told, "[\x00-\x09\x0b-\x1f\x7f-\x9f\u202a-\u202e]")
-        master, terminal = os.openpty()
+        master, terminal = open_terminal()
         subprocess.run([PROGRAM, "gel", "head", "t.cgel_kelvarin"], cwd=self.folder, stdout=terminal, timeout=60)
         os.close(terminal)
         self.assertIn("\\x1b[2J,\\u{202e}evil\\x85", os.read(master, 1000).decode())

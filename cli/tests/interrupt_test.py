@@ -1,14 +1,13 @@
 """Signals and limits that end the program: promptly, with 130, whatever it waits for, and without unfinished files."""
 
 import os
-import pty
 import resource
 import signal
 import subprocess
 import time
 import unittest
 
-from program import PROGRAM, ProgramTest, graph
+from program import PROGRAM, ProgramTest, graph, open_terminal
 
 COPY = graph("<ReadCSV name='in' file='${in}'/><WriteCSV name='out' file='${out}'/>", ["in out"],
              [("in", "/dev/stdin"), ("out", "out.csv")])
@@ -135,7 +134,7 @@ class InterruptTest(ProgramTest):
                           capture_output=True).returncode != 0:
             self.skipTest("no file system can be mounted here")
         try:
-            person, terminal = pty.openpty()
+            person, terminal = open_terminal()
             self.write("rows.csv", "a\n" + "some text\n" * 50_000)
             process = subprocess.Popen(
                 [PROGRAM, "run", "copy.kelvarin", "--set", "in=rows.csv", "--set", "out=small/out.csv"],

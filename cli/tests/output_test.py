@@ -1,12 +1,11 @@
 """Where results go: readers that have seen enough, full disks, and what a terminal shows."""
 
 import os
-import pty
 import subprocess
 import time
 import unittest
 
-from program import PROGRAM, ProgramTest, calculator, graph
+from program import PROGRAM, ProgramTest, calculator, graph, open_terminal
 
 ROWS = 200_000
 
@@ -60,7 +59,7 @@ class OutputTest(ProgramTest):
                 self.assertIn("No space left on device", result.stderr)
 
     def shown_on_terminal(self, graph_file, environment, pipe=None):
-        reader, terminal = pty.openpty()
+        reader, terminal = open_terminal()
         surroundings = {name: value for name, value in os.environ.items() if name not in ("TERM", "NO_COLOR")}
         process = subprocess.Popen([PROGRAM, "run", graph_file], cwd=self.folder, stderr=terminal,
                                    env={**surroundings, **environment}, stdin=subprocess.DEVNULL)

@@ -29,6 +29,14 @@ def calculator(name, inputs, outputs, attributes=""):
         "".join("<OutputVar %s>%s</OutputVar>" % o for o in outputs))
 
 
+def open_terminal():
+    """Both ends of a terminal, the person's and the program's; skips the test where the system has none to give."""
+    try:
+        return os.openpty()
+    except OSError as error:
+        raise unittest.SkipTest(f"no terminal: {error}") from error
+
+
 class ProgramTest(unittest.TestCase):
     maxDiff = None
 
