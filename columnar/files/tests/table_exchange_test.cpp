@@ -2,16 +2,12 @@
 // that carry on and are killed as well: there is always one whole table, the old or the new one.
 #include "columnar/files/table_exchange.h"
 
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <sstream>
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -20,38 +16,7 @@
 #include "columnar/files/folder_lock.h"
 #include "columnar/files/table_files.h"
 #include "columnar/format/file_header.h"
-
-namespace {
-
-int callsToLive = -1;  // below 0: for ever
-
-void countCall() {
-  if (callsToLive == 0) {
-    (void)::raise(SIGKILL);
-  }
-  callsToLive -= callsToLive > 0 ? 1 : 0;
-}
-
-}  // namespace
-
-// In place of the C library's: the process dies before one of these calls.
-extern "C" int rename(const char* from, const char* to) noexcept {
-  countCall();
-  return static_cast<int>(::syscall(SYS_renameat, AT_FDCWD, from, AT_FDCWD, to));
-}
-extern "C" int unlink(const char* path) noexcept {
-  countCall();
-  return static_cast<int>(::syscall(SYS_unlinkat, AT_FDCWD, path, 0));
-}
-extern "C" int linkat(int fromFolder, const char* from, int toFolder, const char* to,
-                      int flags) noexcept {
-  countCall();
-  return static_cast<int>(::syscall(SYS_linkat, fromFolder, from, toFolder, to, flags));
-}
-extern "C" int fsync(int) {
-  countCall();
-  return 0;  // a killed process loses nothing that is not on the disk
-}
+#include "host/testing/killed_process.h"
 
 namespace kelvarin {
 
@@ -111,19 +76,6 @@ class TableExchangeTest : public ::testing::Test {
     }
     return table;
   }
-  // True when it was killed.
-  template <typename Work>
-  static bool killedAfter(int calls, Work work) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-      callsToLive = calls;
-      work();
-      ::_exit(0);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFSIGNALED(status);
-  }
   // What a reader that may change nothing finds.
   Contents readInPlace(int sets) const {
     const auto location = TableLocation::of(main());
@@ -154,13 +106,13 @@ TEST_F(TableExchangeTest, AKillAtAnyCallLeavesTheOldTableOrTheNewOne) {
     for (int calls = 0; isKilled; ++calls) {
       for (int callsOfNext = 0; callsOfNext < 12; ++callsOfNext) {
         makeTables(hasOld, oldSets, newSets);
-        isKilled = killedAfter(calls, [&] { (void)exchangeTable(main()); });
+        isKilled = testing::isKilledAfter(calls, [&] { (void)exchangeTable(main()); });
         const bool isCommitted = !isKilled || isSomethingThere(journalFile(main())) ||
                                  contentOf(main()) == "new";
         if (isCommitted) {
           EXPECT_EQ(readInPlace(newSets), tableOf("new", newSets)) << calls;
         }
-        (void)killedAfter(callsOfNext, [&] { (void)finishExchangeBeforeReading(main()); });
+        (void)testing::isKilledAfter(callsOfNext, [&] { (void)finishExchangeBeforeReading(main()); });
         ASSERT_EQ(finishExchangeBeforeReading(main()), OpenExchange::none);
         Contents now = contents();
         if (!isCommitted) {  // what the next writer removes
@@ -178,7 +130,7 @@ TEST_F(TableExchangeTest, AKillAtAnyCallLeavesTheOldTableOrTheNewOne) {
 
 TEST_F(TableExchangeTest, AFolderThatCannotBeChangedIsReadAsItStands) {
   makeTables(true, 1, 2);
-  ASSERT_TRUE(killedAfter(5, [&] { (void)exchangeTable(main()); }));
+  ASSERT_TRUE(testing::isKilledAfter(5, [&] { (void)exchangeTable(main()); }));
   ASSERT_TRUE(isSomethingThere(journalFile(main())));
   if (::geteuid() == 0) {  // whom permissions do not stop
     EXPECT_EQ(readInPlace(2), tableOf("new", 2));

@@ -3,7 +3,6 @@
 // next output.
 #include "host/tables/files/output_file.h"
 
-#include <csignal>
 #include <cstdarg>
 #include <filesystem>
 #include <fstream>
@@ -11,22 +10,15 @@
 
 #include <fcntl.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
+#include "host/testing/killed_process.h"
+
 namespace {
 
-int callsToLive = -1;  // below 0: for ever
 bool hasUnnamedFiles = true;
-
-void countCall() {
-  if (callsToLive == 0) {
-    (void)::raise(SIGKILL);
-  }
-  callsToLive -= callsToLive > 0 ? 1 : 0;
-}
 
 }  // namespace
 
@@ -41,19 +33,6 @@ extern "C" int open(const char* path, int flags, ...) {
     return -1;
   }
   return static_cast<int>(::syscall(SYS_openat, AT_FDCWD, path, flags, mode));
-}
-extern "C" int rename(const char* from, const char* to) noexcept {
-  countCall();
-  return static_cast<int>(::syscall(SYS_renameat, AT_FDCWD, from, AT_FDCWD, to));
-}
-extern "C" int linkat(int fromFolder, const char* from, int toFolder, const char* to,
-                      int flags) noexcept {
-  countCall();
-  return static_cast<int>(::syscall(SYS_linkat, fromFolder, from, toFolder, to, flags));
-}
-extern "C" int fsync(int) {
-  countCall();
-  return 0;  // a killed process loses nothing that is not on the disk
 }
 
 namespace kelvarin {
@@ -96,15 +75,7 @@ TEST(OutputFile, AKillAtAnyCallLeavesTheOldFileOrTheNewOne) {
         if (hasOld) {
           write(path, "old");
         }
-        const pid_t child = ::fork();
-        if (child == 0) {
-          callsToLive = calls;
-          write(path, "new");
-          ::_exit(0);
-        }
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        isKilled = WIFSIGNALED(status);
+        isKilled = testing::isKilledAfter(calls, [&] { write(path, "new"); });
         const std::string content = contentOf(path);
         EXPECT_TRUE(content == "new" || content == (hasOld ? "old" : "")) << content;
         EXPECT_TRUE(isKilled || content == "new");
