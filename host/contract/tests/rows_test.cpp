@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/contract/buffer_writer.h"
+#include "host/files/buffer_writer.h"
 #include "host/contract/global_parameters.h"
 #include "host/contract/one_row.h"
 
