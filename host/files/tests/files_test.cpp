@@ -1,13 +1,26 @@
+#include <cstring>
 #include <functional>
 
 #include <gtest/gtest.h>
 #include <QFile>
 #include <QTemporaryDir>
 
+#include "host/files/buffer_writer.h"
 #include "host/files/read_file.h"
 #include "host/files/saved_table.h"
 
 namespace {
+
+TEST(BufferWriter, ABufferIsLittleEndianAndCanBeCorrected) {
+  BufferWriter out;
+  out.put(std::uint32_t{0});
+  out.put(std::uint16_t{0x0102});
+  out.putText(QString("a"));
+  out.putAt(0, std::uint32_t{7});
+  const unsigned char expected[] = {7, 0, 0, 0, 2, 1, 1, 0, 0, 0, 'a'};
+  ASSERT_EQ(out.size(), sizeof expected);
+  EXPECT_EQ(std::memcmp(out.data(), expected, sizeof expected), 0);
+}
 
 class Files : public ::testing::Test {
  protected:

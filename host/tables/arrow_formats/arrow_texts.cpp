@@ -1,10 +1,10 @@
-#include "host/tables/arrow/arrow_texts.h"
+#include "host/tables/arrow_formats/arrow_texts.h"
 
 #include <charconv>
 
 #include "arrow/array.h"
-#include "host/tables/arrow/decimal_text.h"
-#include "host/tables/arrow/iso_time.h"
+#include "host/tables/arrow_formats/decimal_text.h"
+#include "host/tables/arrow_formats/iso_time.h"
 
 namespace kelvarin {
 

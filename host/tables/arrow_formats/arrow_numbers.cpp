@@ -1,4 +1,4 @@
-#include "host/tables/arrow/arrow_numbers.h"
+#include "host/tables/arrow_formats/arrow_numbers.h"
 
 #include <charconv>
 #include <cmath>
@@ -9,7 +9,7 @@
 
 #include "arrow/array.h"
 #include "arrow/util/float16.h"
-#include "host/tables/arrow/decimal_text.h"
+#include "host/tables/arrow_formats/decimal_text.h"
 
 namespace kelvarin {
 

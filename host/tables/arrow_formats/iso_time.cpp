@@ -1,4 +1,4 @@
-#include "host/tables/arrow/iso_time.h"
+#include "host/tables/arrow_formats/iso_time.h"
 
 #include <iterator>
 

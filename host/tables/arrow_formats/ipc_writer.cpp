@@ -1,12 +1,12 @@
 // The Arrow side of writing.
 #include "arrow/ipc/writer.h"
-#include "host/tables/arrow/arrow_actions.h"
+#include "host/tables/arrow_formats/batched_arrow_writer.h"
 
 namespace kelvarin {
 
 namespace {
 
-class IpcWriter : public ArrowWriter {
+class IpcWriter : public ArrowBatchWriter {
  public:
   arrow::Status open(std::shared_ptr<ArrowOutputStream> stream,
                      std::shared_ptr<arrow::Schema> schema) override {
@@ -27,7 +27,7 @@ class IpcWriter : public ArrowWriter {
 
 }  // namespace
 
-std::unique_ptr<ArrowWriter> WriteArrow::makeWriter() const {
+std::unique_ptr<ArrowBatchWriter> makeIpcWriter() {
   return std::make_unique<IpcWriter>();
 }
 

@@ -1,10 +1,10 @@
-#include "host/tables/arrow/arrow_values.h"
+#include "host/tables/arrow_formats/arrow_values.h"
 
 #include <cstdlib>
 
 #include "arrow/type_traits.h"
-#include "host/tables/arrow/arrow_numbers.h"
-#include "host/tables/arrow/arrow_texts.h"
+#include "host/tables/arrow_formats/arrow_numbers.h"
+#include "host/tables/arrow_formats/arrow_texts.h"
 
 namespace kelvarin {
 

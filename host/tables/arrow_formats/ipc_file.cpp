@@ -1,7 +1,7 @@
 // The Arrow side of reading.
 #include "arrow/io/file.h"
 #include "arrow/ipc/reader.h"
-#include "host/tables/arrow/arrow_batch_reader.h"
+#include "host/tables/arrow_formats/arrow_batch_reader.h"
 
 namespace kelvarin {
 

@@ -1,4 +1,4 @@
-#include "host/tables/arrow/arrow_batch_reader.h"
+#include "host/tables/arrow_formats/arrow_batch_reader.h"
 
 #include <algorithm>
 
@@ -7,8 +7,8 @@
 #include <QSet>
 
 #include "arrow/array/array_base.h"
-#include "host/tables/arrow/arrow_texts.h"
-#include "host/tables/arrow/arrow_values.h"
+#include "host/tables/arrow_formats/arrow_texts.h"
+#include "host/tables/arrow_formats/arrow_values.h"
 #include "host/tables/messages.h"
 
 namespace kelvarin {

@@ -3,7 +3,7 @@
 
 #include "arrow/io/file.h"
 #include "arrow/memory_pool.h"
-#include "host/tables/arrow/arrow_batch_reader.h"
+#include "host/tables/arrow_formats/arrow_batch_reader.h"
 #include "parquet/arrow/reader.h"
 #include "parquet/file_reader.h"
 #include "parquet/properties.h"

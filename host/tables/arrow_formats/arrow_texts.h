@@ -7,7 +7,7 @@
 #include <QString>
 
 #include "arrow/type.h"
-#include "host/tables/arrow/array_source.h"
+#include "host/tables/arrow_formats/array_source.h"
 
 namespace kelvarin {
 

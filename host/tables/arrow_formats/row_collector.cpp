@@ -1,4 +1,4 @@
-#include "host/tables/arrow/row_collector.h"
+#include "host/tables/arrow_formats/row_collector.h"
 
 #include "arrow/builder.h"
 #include "arrow/type.h"

@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "arrow/record_batch.h"
-#include "host/tables/arrow/array_source.h"
+#include "host/tables/arrow_formats/array_source.h"
 #include "host/tables/files/batch_reader.h"
 #include "host/tables/settings/column_settings.h"
 

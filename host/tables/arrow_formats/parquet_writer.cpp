@@ -3,7 +3,7 @@
 
 #include "arrow/memory_pool.h"
 #include "arrow/table.h"
-#include "host/tables/arrow/arrow_actions.h"
+#include "host/tables/arrow_formats/batched_arrow_writer.h"
 #include "parquet/arrow/writer.h"
 #include "parquet/properties.h"
 
@@ -15,7 +15,7 @@ namespace {
 // more than the rest of the writing. 20 thousand different numbers still fit.
 constexpr std::int64_t kLargestDictionary = 256 * 1024;
 
-class ParquetWriter : public ArrowWriter {
+class ParquetWriter : public ArrowBatchWriter {
  public:
   // Where memory did not suffice, the library's writer crashes in its destructor, which writes on.
   ~ParquetWriter() override {
@@ -65,7 +65,7 @@ class ParquetWriter : public ArrowWriter {
 
 }  // namespace
 
-std::unique_ptr<ArrowWriter> WriteParquet::makeWriter() const {
+std::unique_ptr<ArrowBatchWriter> makeParquetWriter() {
   return std::make_unique<ParquetWriter>();
 }
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "arrow/type.h"
-#include "host/tables/arrow/array_source.h"
+#include "host/tables/arrow_formats/array_source.h"
 
 namespace kelvarin {
 

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "arrow/type_fwd.h"
-#include "host/tables/arrow/array_source.h"
+#include "host/tables/arrow_formats/array_source.h"
 
 namespace kelvarin {
 
