@@ -7,7 +7,7 @@
 
 #include "cli/gel_command_messages.h"
 #include "columnar/format/file_names.h"
-#include "host/contract/file_hints.h"
+#include "host/files/file_hints.h"
 
 namespace kelvarin {
 

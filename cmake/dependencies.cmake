@@ -40,5 +40,8 @@ else()
     kelvarin_arrow_shared kelvarin_parquet_shared kelvarin_arrow_compute_shared)
 endif()
 
+# Arrow has parameters named as Qt's keywords.
+target_compile_definitions(kelvarin_arrow INTERFACE QT_NO_KEYWORDS)
+
 find_package(Snappy REQUIRED CONFIG)
 include(fastpfor)

@@ -1,15 +1,17 @@
 # One target a leaf folder.
 #
-#   kelvarin_library(NAME [SHARED] SOURCES file... LINKS target...)
+#   kelvarin_library(NAME [SHARED|OBJECT] SOURCES file... LINKS target...)
 #   kelvarin_test(NAME SOURCES file... LINKS target... [DEFINITIONS name=value...])
 #
 # A test is one executable of GoogleTest cases and one line of ctest.
 
 function(kelvarin_library name)
-  cmake_parse_arguments(arg "SHARED" "" "SOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(arg "SHARED;OBJECT" "" "SOURCES;LINKS" ${ARGN})
   set(kind STATIC)
   if(arg_SHARED)
     set(kind SHARED)
+  elseif(arg_OBJECT)
+    set(kind OBJECT)
   endif()
   add_library(${name} ${kind} ${arg_SOURCES})
   target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE project_options)

@@ -11,7 +11,7 @@
 
 #include <QString>
 
-#include "host/contract/xml_node.h"
+#include "host/xml/xml_node.h"
 
 namespace kelvarin {
 

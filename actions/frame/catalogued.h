@@ -7,8 +7,8 @@
 #include "actions/frame/action_description.h"
 #include "actions/frame/editor_registry.h"
 #include "host/contract/action_item.h"
-#include "host/contract/pictures.h"
-#include "host/contract/user_interface.h"
+#include "host/contract/main_ui.h"
+#include "host/pictures/pictures.h"
 
 namespace kelvarin {
 

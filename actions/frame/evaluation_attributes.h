@@ -7,7 +7,7 @@
 #include <QStringList>
 
 #include "expression/evaluator/variables.h"
-#include "host/contract/xml_node.h"
+#include "host/xml/xml_node.h"
 
 namespace kelvarin {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "expression/evaluator/variables.h"
-#include "host/contract/xml_node.h"
+#include "host/xml/xml_node.h"
 
 namespace kelvarin {
 

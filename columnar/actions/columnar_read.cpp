@@ -8,7 +8,7 @@
 #include "columnar/actions/file_list.h"
 #include "columnar/actions/read_messages.h"
 #include "columnar/reader/stored_order.h"
-#include "host/contract/file_hints.h"
+#include "host/files/file_hints.h"
 #include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 

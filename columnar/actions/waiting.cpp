@@ -9,7 +9,7 @@
 #include "columnar/files/table_exchange.h"
 #include "columnar/files/table_files.h"
 #include "host/contract/main_ui.h"
-#include "host/contract/read_file.h"
+#include "host/files/read_file.h"
 
 namespace kelvarin {
 

@@ -4,7 +4,7 @@
 #include "columnar/actions/claimed_tables.h"
 #include "columnar/actions/previous_file.h"
 #include "columnar/actions/write_messages.h"
-#include "host/contract/file_hints.h"
+#include "host/files/file_hints.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {

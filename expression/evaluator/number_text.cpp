@@ -5,7 +5,7 @@
 #include <system_error>
 
 #include "base/null_number.h"
-#include "host/contract/shortest_number.h"
+#include "base/shortest_number.h"
 
 namespace kelvarin {
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string_view>
 
-#include "host/contract/shortest_number.h"
+#include "base/shortest_number.h"
 
 namespace kelvarin {
 

@@ -12,11 +12,11 @@
 #include <QString>
 #include <QStringList>
 
-#include "host/contract/export.h"
+#include "base/export.h"
 #include "host/contract/global_parameters.h"
 #include "host/contract/one_row.h"
 #include "host/contract/pin_ports.h"
-#include "host/contract/xml_node.h"
+#include "host/xml/xml_node.h"
 
 class QPixmap;
 class QWidget;

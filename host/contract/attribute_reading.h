@@ -16,7 +16,7 @@
 #include <QStringList>
 
 #include "host/contract/global_parameters.h"
-#include "host/contract/xml_node.h"
+#include "host/xml/xml_node.h"
 
 namespace kelvarin {
 

@@ -9,7 +9,7 @@
 #include <functional>
 #include <thread>
 
-#include "host/contract/export.h"
+#include "base/export.h"
 
 class ActionItem;
 

@@ -6,7 +6,7 @@
 #include <QMap>
 #include <QString>
 
-#include "host/contract/export.h"
+#include "base/export.h"
 
 class KELVARIN_CORE GlobalParameters {
  public:

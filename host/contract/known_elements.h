@@ -9,8 +9,8 @@
 
 #include <QStringList>
 
-#include "host/contract/export.h"
-#include "host/contract/xml_node.h"
+#include "base/export.h"
+#include "host/xml/xml_node.h"
 
 namespace kelvarin {
 

@@ -7,9 +7,9 @@
 
 #include <QString>
 
-#include "host/contract/export.h"
+#include "base/export.h"
 #include "host/contract/main_ui.h"
-#include "host/contract/xml_node.h"
+#include "host/xml/xml_node.h"
 
 namespace kelvarin {
 

@@ -3,9 +3,8 @@
 #include <cstdio>
 #include <random>
 
-#include <QGuiApplication>
-
 #include "host/contract/host_services.h"
+#include "host/contract/messages.h"
 
 using kelvarin::hostServices;
 
@@ -42,11 +41,6 @@ void MainUI::invalidate() {
   }
 }
 
-double MainUI::pixelSize() {
-  auto* application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
-  return application == nullptr ? 1.0 : application->devicePixelRatio();
-}
-
 quint64 MainUI::getNearUniqueRandomID() {
   std::random_device device;
   return (static_cast<quint64>(device()) << 32) | device();
@@ -63,4 +57,12 @@ QString MainUI::kelvarinID() {
 bool MainUI::displayOutOfDiskSpace(QString file, int missingBytes, bool canRetry) {
   kelvarin::HostServices* services = hostServices();
   return services != nullptr && services->outOfDiskSpace(file, missingBytes, canRetry);
+}
+
+void openHelp(QString helpId, QString anchor) {
+  if (kelvarin::HostServices* services = hostServices()) {
+    services->openHelp(helpId, anchor);
+    return;
+  }
+  MainUI::addLog(LogLevel::information, kelvarin::messages::helpPage(helpId));
 }

@@ -7,7 +7,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "host/contract/export.h"
+#include "base/export.h"
 
 class OneRow;
 class QWidget;
@@ -45,3 +45,7 @@ class KELVARIN_CORE MainUI {
   static QStringList selectColumn(const OneRow* columns, QStringList selected, QWidget* parent);
   static int selectColumn(QStringList names, int selected, QWidget* parent);
 };
+
+// Shows a page of the help; `anchor` is a section of it, empty for its beginning. A host without a
+// browser logs the page.
+KELVARIN_CORE void openHelp(QString helpId, QString anchor);

@@ -4,7 +4,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "host/contract/export.h"
+#include "base/export.h"
 
 namespace kelvarin {
 

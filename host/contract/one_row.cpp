@@ -4,7 +4,7 @@
 #include <cmath>
 #include <memory>
 
-#include "host/contract/shortest_number.h"
+#include "base/shortest_number.h"
 
 using kelvarin::isNullKey;
 using kelvarin::isNullNumber;

@@ -14,7 +14,7 @@
 #include <QVector>
 
 #include "host/contract/column_bytes.h"
-#include "host/contract/export.h"
+#include "base/export.h"
 #include "host/contract/pin_out_meta_data.h"
 #include "host/contract/row_buffer.h"
 

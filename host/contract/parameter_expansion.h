@@ -9,7 +9,7 @@
 #include <QMap>
 #include <QString>
 
-#include "host/contract/export.h"
+#include "base/export.h"
 
 namespace kelvarin {
 

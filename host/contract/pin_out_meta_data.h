@@ -5,7 +5,7 @@
 #include <QString>
 #include <QVector>
 
-#include "host/contract/export.h"
+#include "base/export.h"
 #include "host/contract/meta_info.h"
 #include "host/contract/sort_infos.h"
 

@@ -4,7 +4,7 @@
 
 #include <QtPlugin>
 
-#include "host/contract/xml_node.h"
+#include "host/xml/xml_node.h"
 
 class ActionItem;
 

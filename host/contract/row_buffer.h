@@ -11,7 +11,7 @@
 
 #include <QString>
 
-#include "host/contract/export.h"
+#include "base/export.h"
 
 class KELVARIN_CORE RowBuffer {
  public:

@@ -3,7 +3,7 @@
 // Saved form: 5 bytes: the column as 32-bit little-endian integer, the direction code.
 #pragma once
 
-#include "host/contract/export.h"
+#include "base/export.h"
 
 // 'A' and 'Z' are text ascending and descending, '0' and '9' number or key ascending and
 // descending.

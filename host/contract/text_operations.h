@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <QVector>
 
-#include "host/contract/export.h"
+#include "base/export.h"
 
 class ActionItem;
 class OneRow;

@@ -6,7 +6,7 @@
 #include <deque>
 
 #include "host/contract/host_services.h"
-#include "host/contract/output_check.h"
+#include "host/files/output_check.h"
 #include "host/engine/file_check.h"
 #include "host/engine/graph_execution.h"
 #include "host/engine/recording_services.h"

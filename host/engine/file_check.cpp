@@ -2,7 +2,7 @@
 
 #include <deque>
 
-#include "host/contract/claimed_names.h"
+#include "host/files/claimed_names.h"
 #include "host/contract/host_services.h"
 #include "host/contract/main_ui.h"
 

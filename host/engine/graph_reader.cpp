@@ -3,7 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "host/contract/file_hints.h"
+#include "host/files/file_hints.h"
 #include "host/engine/graph_document.h"
 #include "host/engine/messages.h"
 

@@ -45,6 +45,13 @@ inline QString cannotWrite(const QString& file, const QString& reason) {
       .arg(file, reason);
 }
 
+inline QString formatsNotLoaded(const QString& reason) {
+  return QStringLiteral(
+             "Parquet and Arrow files cannot be read or written: %1. The library comes with the "
+             "program; install it again.")
+      .arg(reason);
+}
+
 inline QString cannotWriteDirectly(const QString& file, const QString& reason) {
   return QStringLiteral("'%1' cannot be written: %2.").arg(file, reason);
 }

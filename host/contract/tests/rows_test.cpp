@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "host/contract/buffer_writer.h"
 #include "host/contract/global_parameters.h"
 #include "host/contract/one_row.h"
 
@@ -179,17 +178,6 @@ TEST(SavedForms, MetasAndSortEntriesAreTheBytesOfTheContract) {
   position = 3;
   EXPECT_EQ(SortInfos(sort, &position), SortInfos(258, SortType::numberDescending));
   EXPECT_EQ(SortInfos(), SortInfos(-1, SortType::textAscending));
-}
-
-TEST(SavedForms, ABufferIsLittleEndianAndCanBeCorrected) {
-  BufferWriter out;
-  out.put(std::uint32_t{0});
-  out.put(std::uint16_t{0x0102});
-  out.putText(QString("a"));
-  out.putAt(0, std::uint32_t{7});
-  const unsigned char expected[] = {7, 0, 0, 0, 2, 1, 1, 0, 0, 0, 'a'};
-  ASSERT_EQ(out.size(), sizeof expected);
-  EXPECT_EQ(std::memcmp(out.data(), expected, sizeof expected), 0);
 }
 
 TEST(GlobalParameters, ReplacesKnownNamesOnce) {

@@ -49,8 +49,11 @@ Result<std::unique_ptr<BatchReader>, QString> ArrowSource::makeReader(const QStr
   if (!rules) {
     return Failure{rules.error()};
   }
-  return std::unique_ptr<BatchReader>(
-      std::make_unique<ArrowBatchReader>(path, makeFile(), std::move(*rules)));
+  const auto formats = ArrowFormats::load();
+  if (!formats) {
+    return Failure{formats.error()};
+  }
+  return (*formats)->makeReader(arrowFormat(), path, std::move(*rules));
 }
 
 QString ReadParquet::toolTip() const {
@@ -67,10 +70,6 @@ ActionItem* ReadParquet::createFromXML(XMLNode node, GlobalParameters* parameter
   return new ReadParquet(node, parameters);
 }
 
-std::unique_ptr<ArrowFile> ReadParquet::makeFile() const {
-  return makeParquetFile();
-}
-
 QString ReadArrow::toolTip() const {
   return QStringLiteral("Read an Arrow file");
 }
@@ -83,10 +82,6 @@ QStringList ReadArrow::getKeywords() const {
 
 ActionItem* ReadArrow::createFromXML(XMLNode node, GlobalParameters* parameters) {
   return new ReadArrow(node, parameters);
-}
-
-std::unique_ptr<ArrowFile> ReadArrow::makeFile() const {
-  return makeIpcFile();
 }
 
 QString WriteParquet::toolTip() const {

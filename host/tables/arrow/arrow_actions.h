@@ -4,7 +4,7 @@
 // declare the types of columns.
 #pragma once
 
-#include "host/tables/arrow/arrow_batch_reader.h"
+#include "host/tables/arrow/arrow_formats.h"
 #include "host/tables/arrow/arrow_sink.h"
 #include "host/tables/files/table_source.h"
 #include "host/tables/settings/column_settings.h"
@@ -17,7 +17,7 @@ class ArrowSource : public TableSource {
   void saveXML(std::wostringstream& out, QString name) override;
 
  protected:
-  virtual std::unique_ptr<ArrowFile> makeFile() const = 0;
+  virtual ArrowFormat arrowFormat() const = 0;
   Result<std::unique_ptr<BatchReader>, QString> makeReader(const QString& path) const override;
 
  private:
@@ -35,7 +35,7 @@ class ReadParquet : public ArrowSource {
 
  protected:
   FileFormat format() const override { return FileFormat::parquet; }
-  std::unique_ptr<ArrowFile> makeFile() const override;
+  ArrowFormat arrowFormat() const override { return ArrowFormat::parquet; }
 };
 
 class ReadArrow : public ArrowSource {
@@ -49,7 +49,7 @@ class ReadArrow : public ArrowSource {
 
  protected:
   FileFormat format() const override { return FileFormat::arrow; }
-  std::unique_ptr<ArrowFile> makeFile() const override;
+  ArrowFormat arrowFormat() const override { return ArrowFormat::arrow; }
 };
 
 class WriteParquet : public ArrowSink {
@@ -63,7 +63,7 @@ class WriteParquet : public ArrowSink {
 
  protected:
   FileFormat format() const override { return FileFormat::parquet; }
-  std::unique_ptr<ArrowWriter> makeWriter() const override;
+  ArrowFormat arrowFormat() const override { return ArrowFormat::parquet; }
 };
 
 class WriteArrow : public ArrowSink {
@@ -77,7 +77,7 @@ class WriteArrow : public ArrowSink {
 
  protected:
   FileFormat format() const override { return FileFormat::arrow; }
-  std::unique_ptr<ArrowWriter> makeWriter() const override;
+  ArrowFormat arrowFormat() const override { return ArrowFormat::arrow; }
 };
 
 }  // namespace kelvarin

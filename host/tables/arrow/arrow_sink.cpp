@@ -1,6 +1,5 @@
 #include "host/tables/arrow/arrow_sink.h"
 
-#include "host/tables/messages.h"
 #include "host/tables/settings/attribute_texts.h"
 
 namespace kelvarin {
@@ -14,54 +13,19 @@ void ArrowSink::saveXML(std::wostringstream& out, QString name) {
   out << L"/>\n";
 }
 
-Status<QString> ArrowSink::begin(const OneRow& columns) {
-  m_stream = std::make_shared<ArrowOutputStream>(output());
-  m_collector = std::make_unique<RowCollector>(columns);
-  m_writer = makeWriter();
-  return outcome(m_writer->open(m_stream, m_collector->schema()));
-}
-
-Status<QString> ArrowSink::writeRow(const OneRow& row) {
-  arrow::Status status = m_collector->append(row);
-  if (status.ok() && m_collector->isFull()) [[unlikely]] {
-    status = writeCollected();
-  }
-  if (!status.ok()) [[unlikely]] {
-    return outcome(status);
+// A program without the library says so before the file is created.
+Status<QString> ArrowSink::checkSettings() {
+  const auto formats = ArrowFormats::load();
+  if (!formats) {
+    return Failure{formats.error()};
   }
   return Done{};
 }
 
-arrow::Status ArrowSink::writeCollected() {
-  ARROW_ASSIGN_OR_RAISE(const auto batch, m_collector->take());
-  return m_writer->write(*batch);
-}
-
-Status<QString> ArrowSink::finish() {
-  arrow::Status status = m_collector->isEmpty() ? arrow::Status::OK() : writeCollected();
-  if (status.ok()) {
-    status = m_writer->close();
-  }
-  return outcome(status);
-}
-
-void ArrowSink::release() {
-  if (m_stream) {
-    m_stream->abandon();
-  }
-  m_writer.reset();
-  m_collector.reset();
-  m_stream.reset();
-}
-
-Status<QString> ArrowSink::outcome(const arrow::Status& status) const {
-  if (status.ok()) {
-    return Done{};
-  }
-  return Failure{
-      m_stream->failure().isEmpty()
-          ? table_messages::cannotWrite(expandedFile(), QString::fromStdString(status.message()))
-          : m_stream->failure()};
+Status<QString> ArrowSink::begin(const OneRow& columns) {
+  const auto formats = ArrowFormats::load();
+  m_writer = (*formats)->makeWriter(arrowFormat(), output(), expandedFile());
+  return m_writer->begin(columns);
 }
 
 }  // namespace kelvarin

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/contract/shortest_number.h"
+#include "base/shortest_number.h"
 
 namespace kelvarin {
 

@@ -9,10 +9,10 @@
 
 #include <optional>
 
-#include "host/contract/claimed_names.h"
+#include "host/files/claimed_names.h"
 #include "host/contract/columns_in_hand.h"
-#include "host/contract/file_hints.h"
-#include "host/contract/output_check.h"
+#include "host/files/file_hints.h"
+#include "host/files/output_check.h"
 #include "host/tables/files/output_file.h"
 #include "host/tables/files/write_behind.h"
 

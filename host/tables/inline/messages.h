@@ -4,7 +4,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "host/contract/xml_node.h"
+#include "host/xml/xml_node.h"
 
 namespace kelvarin::inline_table_messages {
 

@@ -1,0 +1,46 @@
+// The library that reads and writes Parquet and Arrow files, loaded at the first such file:
+// it is larger than all the rest, and most runs need none of it.
+//
+// The shared library KelvarinArrow implements it (host/tables/arrow_formats); the actions use it
+// through this interface alone. It stays loaded to the end of the process.
+// Threads: load() from any; the objects as their interfaces say.
+#pragma once
+
+#include <memory>
+
+#include "host/contract/one_row.h"
+#include "host/tables/files/batch_reader.h"
+#include "host/tables/files/output_file.h"
+#include "host/tables/settings/column_settings.h"
+
+namespace kelvarin {
+
+enum class ArrowFormat { parquet, arrow };
+
+// Writes one table to a file.
+class ArrowTableWriter {
+ public:
+  virtual ~ArrowTableWriter() = default;
+  // `columns` has the names and types of all rows to come.
+  virtual Status<QString> begin(const OneRow& columns) = 0;
+  virtual Status<QString> writeRow(const OneRow& row) = 0;
+  virtual Status<QString> finish() = 0;
+};
+
+class ArrowFormats {
+ public:
+  virtual ~ArrowFormats() = default;
+  virtual std::unique_ptr<BatchReader> makeReader(ArrowFormat format, const QString& path,
+                                                  ColumnRules rules) const = 0;
+  // `file` outlives the writer; `path` is its name in messages.
+  virtual std::unique_ptr<ArrowTableWriter> makeWriter(ArrowFormat format, OutputFile& file,
+                                                       const QString& path) const = 0;
+
+  // The failure says why the library cannot be loaded.
+  static Result<const ArrowFormats*, QString> load();
+};
+
+// What the shared library offers under the C name "kelvarinArrowFormats".
+using ArrowFormatsFunction = const ArrowFormats* (*)();
+
+}  // namespace kelvarin

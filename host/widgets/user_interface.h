@@ -1,0 +1,23 @@
+// The base of property editors, and the question for a file.
+//
+// Threads: the user-interface thread.
+#pragma once
+
+#include <QWidget>
+
+#include "base/export.h"
+
+// The base of every property editor. An editor edits its action in place and says so through
+// propertiesChanged(), which marks the open document as modified.
+class KELVARIN_CORE UpdateClassWidget : public QWidget {
+ public:
+  explicit UpdateClassWidget(QWidget* parent = nullptr);
+  ~UpdateClassWidget() override;
+
+  virtual void propertiesChanged();
+};
+
+// Asks for a file that exists; empty when the user gave up or when there is no screen, which is
+// logged.
+KELVARIN_CORE QString tGetOpenFileName(QWidget* parent, QString caption, QString folder,
+                                       QString filter);
