@@ -1,8 +1,8 @@
 // Numeric expression text -> machine code that reads an array of doubles and returns a double.
 //
 // Used by expression/backends/native_backend.cpp. Build a context, add the names that an
-// expression may use, compile. Where machine code cannot be made or executed, the compiled function evaluates
-// the expression step by step with the same results.
+// expression may use, compile. Where machine code cannot be made or executed, the compiled function
+// evaluates the expression step by step with the same results.
 // Threads: a context belongs to one thread while names are added; compile() and compiled functions
 // may be called from any number at once.
 // Errors: CompileFailure; nothing throws but for want of memory.
@@ -30,8 +30,8 @@ class CompiledFunction {
   double operator()(const double* values) const { return m_evaluateRow(values, this); }
 
   // The results of `rowCount` rows, the same bit for bit as row by row. columns[element] points at
-  // the rows of the variable with that element; other elements are not looked at. `results` may be one
-  // of the columns.
+  // the rows of the variable with that element; other elements are not looked at. `results` may be
+  // one of the columns.
   void evaluateColumns(const double* const* columns, std::size_t rowCount, double* results) const {
     m_evaluateColumns(columns, rowCount, results, this);
   }
