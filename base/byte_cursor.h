@@ -1,8 +1,8 @@
 // Little-endian values in byte buffers: loading and storing one, reading a sequence with its bounds
 // checked, and appending to a growing buffer.
 //
-// Values are unaligned and packed without padding. Threads: plain values.
-// Errors: a read past the end answers false and reads nothing.
+// Values are unaligned and packed without padding.
+// Errors: a read past the end returns false and reads nothing.
 #pragma once
 
 #include <bit>

@@ -1,12 +1,13 @@
 // A lock on an open file that one process holds at a time and that ends with the process, however
 // it ends.
 //
-// It is advisory: it tells those who ask that a writer is at work, and hinders nobody else. The lock
-// belongs to the open file description, so two openings of one file inside a process exclude each
-// other too, and closing the descriptor gives it back. Asking never takes it.
+// It is advisory: it shows those who ask that a writer is at work, and hinders nobody else. The
+// lock belongs to the open file description, so two openings of one file inside a process exclude
+// each other too, and closing the descriptor releases it. Asking never takes it.
 // Used by: the writer of columnar files (held as long as a table is written), whoever opens or
 // removes one, and the host's output files.
-// Threads: any. Errors: a file system without such locks answers as if nobody held one.
+// Threads: any.
+// Errors: a file system without such locks answers as if nobody held one.
 #pragma once
 
 #include <cerrno>

@@ -1,7 +1,7 @@
 // The missing value of a number column and the other reserved bit patterns of doubles.
 //
-// A number is missing when its 64 bits are all set, and only then; a floating-point comparison cannot tell, since the
-// pattern is a NaN.
+// A number is missing when its 64 bits are all set, and only then. The pattern is a NaN, so that a
+// floating-point comparison never finds it.
 #pragma once
 
 #include <bit>

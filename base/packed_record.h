@@ -9,7 +9,7 @@
 namespace kelvarin {
 
 template <typename Record, typename Value>
-Value valueOfMember(Value Record::*member);
+Value valueOfMember(Value Record::* member);
 
 template <typename Record>
 constexpr std::size_t packedSize() {

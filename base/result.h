@@ -1,7 +1,7 @@
 // A value, or the reason why there is none.
 //
-// For failures that are expected (a file that is missing, an expression that does not compile); a broken invariant of
-// our own is an assert. The error type defaults to a text that a user can read.
+// For failures that are expected (a file that is missing, an expression that does not compile); a
+// broken invariant of our own is an assert. The error type defaults to a text that a user can read.
 #pragma once
 
 #include <cassert>
@@ -48,7 +48,7 @@ class [[nodiscard]] Result {
   std::variant<T, E> m_state;
 };
 
-// The result of an operation that gives no value.
+// The result of an operation that returns no value.
 struct Done {};
 
 template <typename E = std::string>

@@ -3,7 +3,8 @@
 // What a process that is killed leaves behind is then nothing at all, instead of half a file under
 // a temporary name. Not every file system has such files; the caller then makes one with a name.
 // Used by: output files of the host, its temporary files for rows, the journal of columnar files.
-// Threads: any.  Errors: -1 or false, and errno says why; the caller does it another way.
+// Threads: any.
+// Errors: -1 or false, and errno says why; the caller does it another way.
 #pragma once
 
 #include <cerrno>

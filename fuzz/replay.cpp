@@ -19,8 +19,8 @@ std::string bytesOf(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-void give(const std::string& bytes, std::size_t size) {
-  // Exactly as large as it is told, so that a sanitizer sees what lies beyond.
+void feed(const std::string& bytes, std::size_t size) {
+  // Of exactly this size, so that a sanitizer finds any access beyond it.
   const std::vector<std::uint8_t> data(bytes.begin(),
                                        bytes.begin() + static_cast<std::ptrdiff_t>(size));
   LLVMFuzzerTestOneInput(data.data(), data.size());
@@ -28,9 +28,9 @@ void give(const std::string& bytes, std::size_t size) {
 
 void replay(const std::string& bytes) {
   for (std::size_t size = bytes.size() <= kSmall ? 0 : bytes.size(); size < bytes.size(); ++size) {
-    give(bytes, size);
+    feed(bytes, size);
   }
-  give(bytes, bytes.size());
+  feed(bytes, bytes.size());
 }
 
 }  // namespace

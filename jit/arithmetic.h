@@ -1,9 +1,9 @@
 // The meaning of every operation on doubles, down to the bits of a NaN.
 //
-// An operation on NaNs gives the first of its operands that is one, made quiet; an operation that
-// makes a NaN out of numbers gives the engine's own. A sign changes no NaN, so that a missing value
-// stays missing. Machine code has this from the processor; here
-// it is spelled out, since a C++ compiler may swap the operands of a sum or a product.
+// An operation on NaNs returns the first operand that is one, made quiet; an operation that makes a
+// NaN out of numbers returns the engine's own. A sign changes no NaN, so that a missing value stays
+// missing. The processor does this for machine code; here it is spelled out, since a C++ compiler
+// may swap the operands of a sum or a product.
 // Used by the reference evaluator and for constants.
 #pragma once
 

@@ -3,25 +3,25 @@
 namespace kelvarin::jit {
 
 void BodyEmitter::emit() {
-  std::uint32_t place = 0;
-  for (const ScheduledAction& action : m_schedule.actions()) {
-    m_registers.begin(place++);
-    emitAction(action);
+  std::uint32_t index = 0;
+  for (const Instruction& instruction : m_schedule.instructions()) {
+    m_registers.begin(index++);
+    emitInstruction(instruction);
   }
-  m_registers.begin(place);
+  m_registers.begin(index);
   m_registers.fetchInto(0, m_schedule.root());
 }
 
-void BodyEmitter::emitAction(const ScheduledAction& action) {
-  switch (action.kind) {
-    case ActionKind::evaluate:
-      return evaluate(action.node);
-    case ActionKind::beginThen:
-      return beginThen(action.node);
-    case ActionKind::beginElse:
-      return beginElse(action.node);
-    case ActionKind::join:
-      return join(action.node);
+void BodyEmitter::emitInstruction(const Instruction& instruction) {
+  switch (instruction.kind) {
+    case InstructionKind::evaluate:
+      return evaluate(instruction.node);
+    case InstructionKind::beginThen:
+      return beginThen(instruction.node);
+    case InstructionKind::beginElse:
+      return beginElse(instruction.node);
+    case InstructionKind::join:
+      return join(instruction.node);
   }
 }
 
@@ -90,7 +90,7 @@ void BodyEmitter::releaseOperands(NodeId id) {
   }
 }
 
-// Operands that nothing else needs make room first.
+// Operands that nothing else needs free their registers first.
 int BodyEmitter::takeTarget(NodeId id, int preferred) {
   releaseOperands(id);
   const int target = m_registers.takeTarget(id == m_schedule.root() ? 0 : preferred);

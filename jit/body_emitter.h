@@ -1,11 +1,11 @@
 // Writes the code that computes a graph for one row, or for four rows at a time.
 //
-// Used by code_generator.cpp, which writes what stands around it.
+// Used by code_generator.cpp, which writes the code around it.
 #pragma once
 
 #include <vector>
 
-#include "jit/register_file.h"
+#include "jit/register_allocator.h"
 
 namespace kelvarin::jit {
 
@@ -29,7 +29,7 @@ class BodyEmitter {
     Xbyak::Label join;
   };
 
-  void emitAction(const ScheduledAction& action);
+  void emitInstruction(const Instruction& instruction);
   void evaluate(NodeId id);
   void compute(SimdAssembler::Arithmetic operation, NodeId id);
   void combine(SimdAssembler::Bitwise operation, NodeId id);
@@ -53,7 +53,7 @@ class BodyEmitter {
   SimdAssembler& m_assembler;
   const Graph& m_graph;
   const Schedule& m_schedule;
-  RegisterFile m_registers;
+  RegisterAllocator m_registers;
   std::vector<Branch> m_branches;  // the open ones
 };
 

@@ -159,7 +159,7 @@ class FunctionGenerator {
   }
 
   // The loop itself then takes a good part of the time.
-  bool isShort() const { return !m_schedule.hasCalls() && m_schedule.actions().size() <= 16; }
+  bool isShort() const { return !m_schedule.hasCalls() && m_schedule.instructions().size() <= 16; }
 
   // The constants that stay in registers; calls and branches would lose them.
   std::vector<std::pair<NodeId, int>> loopConstants() const {

@@ -1,8 +1,8 @@
 // A graph -> two functions of machine code, one for a row and one for columns.
 //
 // Used by native_compiler.cpp. The code is written into ordinary memory and can run from any
-// address. Where the processor has AVX2 the function for columns takes four rows at a time; either
-// function gives the same bits.
+// address. Where the processor has AVX2 the function for columns takes four rows at a time; both
+// functions return the same bits.
 #pragma once
 
 #include <memory>

@@ -3,8 +3,6 @@
 
 #include <cstddef>
 #include <string>
-#include <string_view>
-#include <utility>
 
 namespace kelvarin::jit {
 
@@ -21,15 +19,5 @@ struct CompileFailure {
   int position = -1;  // 0-based character of the expression, -1 when unknown
   std::string reason;
 };
-
-// The reason with `%1` replaced.
-inline CompileFailure failureAt(CompileStatus status, std::size_t position, std::string_view reason,
-                                std::string_view argument = {}) {
-  std::string text(reason);
-  if (const std::size_t place = text.find("%1"); place != std::string::npos) {
-    text.replace(place, 2, argument);
-  }
-  return {status, static_cast<int>(position), std::move(text)};
-}
 
 }  // namespace kelvarin::jit

@@ -36,7 +36,7 @@ enum class StepKind : std::uint8_t {
   either,
   // Takes as many values as the function has arguments.
   call,
-  // `c ? a : b` is: c, skipUnless(to b), a, skip(behind b), b, choose.
+  // `c ? a : b` is: c, skipUnless(to b), a, skip(past b), b, choose.
   skipUnless,  // takes the condition
   skip,
   choose

@@ -1,5 +1,5 @@
-// What the compiler knows of a function: its address, and its body where code can be made in its
-// place.
+// What the compiler knows of a function: its address, and its body where the compiler can write
+// code for it.
 #pragma once
 
 #include <cstddef>

@@ -71,7 +71,7 @@ std::uint64_t fold(Operation operation, std::uint64_t a, std::uint64_t b, std::u
   }
 }
 
-// Called with the constants in hand; functions depend on nothing else.
+// A function depends on its arguments alone, so that it can be called when they are constants.
 double callNow(std::uintptr_t address, const std::array<double, 3>& arguments, int count) {
   switch (count) {
     case 1:
@@ -136,9 +136,9 @@ NodeId Graph::call(std::uint64_t address, const NodeId* arguments, int count) {
   std::array<double, 3> numbers = {};
   bool isKnown = true;
   for (int i = 0; i < count; ++i) {
-    const auto place = static_cast<std::size_t>(i);
-    node.operands[place] = arguments[i];
-    numbers[place] = number(arguments[i]);
+    const auto index = static_cast<std::size_t>(i);
+    node.operands[index] = arguments[i];
+    numbers[index] = number(arguments[i]);
     isKnown = isKnown && isConstant(arguments[i]);
   }
   node.operandCount = static_cast<std::uint8_t>(count);
@@ -151,15 +151,15 @@ NodeId Graph::intern(const Node& node) {
     grow();
   }
   const std::size_t mask = m_table.size() - 1;
-  std::size_t place = hashOf(node) & mask;
-  while (m_table[place] != kNoNode) {
-    if (m_nodes[m_table[place]] == node) {
-      return m_table[place];
+  std::size_t slot = hashOf(node) & mask;
+  while (m_table[slot] != kNoNode) {
+    if (m_nodes[m_table[slot]] == node) {
+      return m_table[slot];
     }
-    place = (place + 1) & mask;
+    slot = (slot + 1) & mask;
   }
   const auto id = static_cast<NodeId>(m_nodes.size());
-  m_table[place] = id;
+  m_table[slot] = id;
   m_nodes.push_back(node);
   return id;
 }
@@ -168,11 +168,11 @@ void Graph::grow() {
   m_table.assign(m_table.size() * 2, kNoNode);
   const std::size_t mask = m_table.size() - 1;
   for (NodeId id = 0; id < m_nodes.size(); ++id) {
-    std::size_t place = hashOf(m_nodes[id]) & mask;
-    while (m_table[place] != kNoNode) {
-      place = (place + 1) & mask;
+    std::size_t slot = hashOf(m_nodes[id]) & mask;
+    while (m_table[slot] != kNoNode) {
+      slot = (slot + 1) & mask;
     }
-    m_table[place] = id;
+    m_table[slot] = id;
   }
 }
 

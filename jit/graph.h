@@ -2,7 +2,7 @@
 // used.
 //
 // Built by lowering.cpp through make(), which finds equal nodes and folds constants to the bits
-// that the operation would give at run time; read by schedule.cpp and the code generator. Operands
+// that the operation would have at run time; read by schedule.cpp and the code generator. Operands
 // come before their users. Truths are masks: all bits set or none.
 #pragma once
 

@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <string>
+#include <utility>
 
 #include "jit/messages.h"
 #include "jit/units.h"
@@ -81,8 +82,8 @@ Token Lexer::take(TokenKind kind, std::size_t length) {
   return token;
 }
 
-Token Lexer::refuse(CompileStatus status, std::string_view reason, std::string_view argument) {
-  m_failure = failureAt(status, m_position, reason, argument);
+Token Lexer::refuse(CompileStatus status, std::string reason) {
+  m_failure = {status, static_cast<int>(m_position), std::move(reason)};
   return take(TokenKind::invalid, 0);
 }
 
@@ -122,12 +123,12 @@ Token Lexer::takeNumber() {
   }
   const std::string_view text = m_expression.substr(m_position, end - m_position);
   if (!isComplete) {
-    return refuse(CompileStatus::syntaxError, messages::kMalformedNumber, text);
+    return refuse(CompileStatus::syntaxError, messages::malformedNumber(text));
   }
   double number = 0.0;
   const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
   if (result.ec != std::errc()) {
-    return refuse(CompileStatus::unsupported, messages::kNumberOutOfRange, text);
+    return refuse(CompileStatus::unsupported, messages::numberOutOfRange(text));
   }
   Token token = take(TokenKind::number, text.size());
   token.number = number;
@@ -143,8 +144,8 @@ Token Lexer::takeHexadecimal() {
   const auto result = std::from_chars(begin, end, number, 16);
   const auto length = static_cast<std::size_t>(result.ptr - begin) + prefix;
   if (result.ec != std::errc()) {
-    return refuse(CompileStatus::unsupported, messages::kNumberOutOfRange,
-                  m_expression.substr(m_position, length));
+    return refuse(CompileStatus::unsupported,
+                  messages::numberOutOfRange(m_expression.substr(m_position, length)));
   }
   Token token = take(TokenKind::number, length);
   token.number = number;
@@ -158,8 +159,7 @@ Token Lexer::takeName() {
   }
   const std::size_t length = end - m_position;
   if (length > kMaximumNameLength) {
-    return refuse(CompileStatus::tooLarge, messages::kNameTooLong,
-                  std::to_string(kMaximumNameLength));
+    return refuse(CompileStatus::tooLarge, messages::nameTooLong(kMaximumNameLength));
   }
   return take(TokenKind::name, length);
 }
@@ -174,8 +174,8 @@ Token Lexer::takeUnit() {
   }
   const std::size_t close = m_expression.find('}', m_position);
   const std::size_t length = close == std::string_view::npos ? 1 : close - m_position + 1;
-  return refuse(CompileStatus::syntaxError, messages::kUnknownUnit,
-                m_expression.substr(m_position, length));
+  return refuse(CompileStatus::syntaxError,
+                messages::unknownUnit(m_expression.substr(m_position, length)));
 }
 
 Token Lexer::takeOperator() {
@@ -185,9 +185,9 @@ Token Lexer::takeOperator() {
     }
   }
   if (m_expression[m_position] == '"') {
-    return refuse(CompileStatus::unsupported, messages::kText);
+    return refuse(CompileStatus::unsupported, messages::textInExpression());
   }
-  return refuse(CompileStatus::syntaxError, messages::kUnexpectedCharacter);
+  return refuse(CompileStatus::syntaxError, messages::unexpectedCharacter());
 }
 
 }  // namespace kelvarin::jit

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "jit/compile_failure.h"
@@ -58,7 +59,7 @@ class Lexer {
  private:
   void skipBlanks();
   Token take(TokenKind kind, std::size_t length);
-  Token refuse(CompileStatus status, std::string_view reason, std::string_view argument = {});
+  Token refuse(CompileStatus status, std::string reason);
   Token takeNumber();
   Token takeHexadecimal();
   Token takeName();

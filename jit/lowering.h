@@ -9,7 +9,7 @@
 
 namespace kelvarin::jit {
 
-// Gives the node of the expression's value. Rounding is a call where the processor has no
+// Returns the node of the expression's value. Rounding is a call where the processor has no
 // instruction for it.
 NodeId lower(const Expression& expression, bool canRound, Graph& graph);
 

@@ -1,29 +1,75 @@
-// Why the compiler refuses an expression, in words. A `%1` stands for the name or the text
-// concerned.
+// Why the compiler refuses an expression, in words.
 #pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
 
 namespace kelvarin::jit::messages {
 
-inline constexpr const char* kEmpty = "the expression is empty";
-inline constexpr const char* kTooLong = "the expression has more than %1 characters";
-inline constexpr const char* kTooDeep = "the expression nests more than %1 levels";
-inline constexpr const char* kTooLarge = "the expression needs more memory than one call may use";
-inline constexpr const char* kUnexpectedCharacter = "unexpected character";
-inline constexpr const char* kMalformedNumber = "'%1' is no number";
-inline constexpr const char* kNumberOutOfRange = "the number '%1' is out of range";
-inline constexpr const char* kNameTooLong = "a name has more than %1 characters";
-inline constexpr const char* kUnknownUnit = "'%1' is no unit";
-inline constexpr const char* kText = "texts are not available in native code";
-inline constexpr const char* kAssignment = "'=' assigns, which native code does not";
-inline constexpr const char* kSeveralResults = "the expression has several results";
-inline constexpr const char* kValueExpected = "a value is missing here";
-inline constexpr const char* kUnexpectedText = "'%1' does not fit here";
-inline constexpr const char* kBracketExpected = "a closing bracket is missing";
-inline constexpr const char* kColonExpected = "'?' has no ':'";
-inline constexpr const char* kUnknownVariable = "'%1' is no variable and no constant";
-inline constexpr const char* kUnknownFunction = "'%1' is no function";
-inline constexpr const char* kTooFewArguments = "'%1' has too few arguments";
-inline constexpr const char* kTooManyArguments = "'%1' has too many arguments";
-inline constexpr const char* kElementOutOfRange = "the place of variable '%1' is out of range";
+inline std::string quoted(std::string_view text) {
+  return "'" + std::string(text) + "'";
+}
+
+inline std::string empty() {
+  return "the expression is empty";
+}
+inline std::string tooLong(std::size_t maximum) {
+  return "the expression has more than " + std::to_string(maximum) + " characters";
+}
+inline std::string tooDeep(std::size_t maximum) {
+  return "the expression nests more than " + std::to_string(maximum) + " levels";
+}
+inline std::string unexpectedCharacter() {
+  return "unexpected character";
+}
+inline std::string malformedNumber(std::string_view text) {
+  return quoted(text) + " is no number";
+}
+inline std::string numberOutOfRange(std::string_view text) {
+  return "the number " + quoted(text) + " is out of range";
+}
+inline std::string nameTooLong(std::size_t maximum) {
+  return "a name has more than " + std::to_string(maximum) + " characters";
+}
+inline std::string unknownUnit(std::string_view text) {
+  return quoted(text) + " is no unit";
+}
+inline std::string textInExpression() {
+  return "texts are not available in native code";
+}
+inline std::string assignment() {
+  return "'=' assigns, which native code does not";
+}
+inline std::string severalResults() {
+  return "the expression has several results";
+}
+inline std::string valueExpected() {
+  return "a value is missing here";
+}
+inline std::string unexpectedText(std::string_view text) {
+  return quoted(text) + " does not fit here";
+}
+inline std::string bracketExpected() {
+  return "a closing bracket is missing";
+}
+inline std::string colonExpected() {
+  return "'?' has no ':'";
+}
+inline std::string unknownVariable(std::string_view name) {
+  return quoted(name) + " is no variable and no constant";
+}
+inline std::string unknownFunction(std::string_view name) {
+  return quoted(name) + " is no function";
+}
+inline std::string tooFewArguments(std::string_view function) {
+  return quoted(function) + " has too few arguments";
+}
+inline std::string tooManyArguments(std::string_view function) {
+  return quoted(function) + " has too many arguments";
+}
+inline std::string elementOutOfRange(std::string_view variable) {
+  return "the place of variable " + quoted(variable) + " is out of range";
+}
 
 }  // namespace kelvarin::jit::messages

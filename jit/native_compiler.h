@@ -1,8 +1,8 @@
 // Numeric expression text -> machine code that reads an array of doubles and returns a double.
 //
-// Used by expression/backends/native_backend.cpp. Build a context, tell it the names an expression
-// may use, compile. Where machine code cannot be made or executed, the compiled function evaluates
-// the expression step by step with the same results.
+// Used by expression/backends/native_backend.cpp. Build a context, add the names that an
+// expression may use, compile. Where machine code cannot be made or executed, the compiled function
+// evaluates the expression step by step with the same results.
 // Threads: a context belongs to one thread while names are added; compile() and compiled functions
 // may be called from any number at once.
 // Errors: CompileFailure; nothing throws but for want of memory.
@@ -26,17 +26,17 @@ namespace kelvarin::jit {
 // Compiled code, freed with the object.
 class CompiledFunction {
  public:
-  // `values` points at the array that the variables were placed in.
+  // `values` points at the values of the variables, each at its element.
   double operator()(const double* values) const { return m_evaluateRow(values, this); }
 
   // The results of `rowCount` rows, the same bit for bit as row by row. columns[element] points at
-  // the rows of the variable placed there; other elements are not looked at. `results` may be one
-  // of the columns.
+  // the rows of the variable with that element; other elements are not looked at. `results` may be
+  // one of the columns.
   void evaluateColumns(const double* const* columns, std::size_t rowCount, double* results) const {
     m_evaluateColumns(columns, rowCount, results, this);
   }
 
-  // The places of the variables that the expression uses.
+  // The elements of the variables that the expression uses.
   std::span<const std::size_t> elements() const { return m_expression.elements; }
   bool isMachineCode() const { return !m_memory.isEmpty(); }
 
@@ -59,7 +59,7 @@ class CompilerContext {
  public:
   CompilerContext() = default;
   // Knows the names of `shared` beside its own, which win. What many contexts have in common is
-  // told once.
+  // added once.
   explicit CompilerContext(std::shared_ptr<const CompilerContext> shared)
       : m_shared(std::move(shared)) {}
 
@@ -69,12 +69,12 @@ class CompilerContext {
   void addVariable(std::string_view name, std::size_t element);
   void addConstant(std::string_view name, double value);
 
-  // The best that the processor has unless told otherwise; more than that is never taken.
+  // The best that the processor has unless this is called; more than that is never taken.
   void setInstructionSet(InstructionSet instructionSet) {
     m_instructionSet = std::min(instructionSet, bestInstructionSet());
   }
 
-  // Gives null and fills `failure` when the expression cannot be compiled.
+  // Returns null and fills `failure` when the expression cannot be compiled.
   std::unique_ptr<CompiledFunction> compile(std::string_view expression,
                                             CompileFailure& failure) const;
 

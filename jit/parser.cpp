@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <string>
+#include <utility>
 
 #include "jit/lexer.h"
 #include "jit/messages.h"
@@ -67,7 +68,7 @@ bool isSum(Accumulation accumulation) {
   return accumulation == Accumulation::sum || accumulation == Accumulation::average;
 }
 
-// Recursive descent; each operation gives false after it has set the failure.
+// Recursive descent; each operation returns false after it has set the failure.
 class Parser {
  public:
   Parser(std::string_view text, std::span<const Symbols* const> scopes, CompileFailure& failure)
@@ -78,7 +79,7 @@ class Parser {
       return false;
     }
     if (m_token.kind == TokenKind::end) {
-      return refuse(CompileStatus::syntaxError, messages::kEmpty);
+      return refuse(CompileStatus::syntaxError, messages::empty());
     }
     return parseConditional() && expectEnd();
   }
@@ -109,7 +110,7 @@ class Parser {
     return m_token.kind != TokenKind::question || parseArms();
   }
 
-  // Behind the condition.
+  // After the condition.
   bool parseArms() {
     const std::size_t question = m_token.position;
     const std::size_t skipUnless = addJump(StepKind::skipUnless);
@@ -118,7 +119,8 @@ class Parser {
       return false;
     }
     if (m_token.kind != TokenKind::colon) {
-      m_failure = failureAt(CompileStatus::syntaxError, question, messages::kColonExpected);
+      m_failure = {CompileStatus::syntaxError, static_cast<int>(question),
+                   messages::colonExpected()};
       return false;
     }
     const std::size_t skip = addJump(StepKind::skip);
@@ -205,7 +207,7 @@ class Parser {
       case TokenKind::open:
         return advance() && parseConditional() && expectClose();
       case TokenKind::end:
-        return refuse(CompileStatus::syntaxError, messages::kValueExpected);
+        return refuse(CompileStatus::syntaxError, messages::valueExpected());
       default:
         return refuseToken();
     }
@@ -220,7 +222,7 @@ class Parser {
         return addNumber(constant->value) && advance();
       }
     }
-    return refuse(CompileStatus::unknownName, messages::kUnknownVariable, m_token.text);
+    return refuse(CompileStatus::unknownName, messages::unknownVariable(m_token.text));
   }
 
   bool parseCall() {
@@ -232,7 +234,7 @@ class Parser {
         return parseAccumulation(std::get<Accumulation>(*found));
       }
     }
-    return refuse(CompileStatus::unknownName, messages::kUnknownFunction, m_token.text);
+    return refuse(CompileStatus::unknownName, messages::unknownFunction(m_token.text));
   }
 
   bool parseArguments(const NamedFunction& function) {
@@ -250,7 +252,7 @@ class Parser {
       }
     }
     if (m_token.kind == TokenKind::comma) {
-      return refuse(CompileStatus::syntaxError, messages::kTooManyArguments, name);
+      return refuse(CompileStatus::syntaxError, messages::tooManyArguments(name));
     }
     m_expression.steps.push_back({.kind = StepKind::call, .function = function});
     m_stackDepth -= static_cast<std::size_t>(count) - 1;
@@ -286,7 +288,7 @@ class Parser {
 
   bool parseArgument(std::string_view function) {
     if (m_token.kind == TokenKind::close) {
-      return refuse(CompileStatus::syntaxError, messages::kTooFewArguments, function);
+      return refuse(CompileStatus::syntaxError, messages::tooFewArguments(function));
     }
     return parseConditional();
   }
@@ -296,7 +298,7 @@ class Parser {
       return advance();
     }
     if (m_token.kind == TokenKind::close) {
-      return refuse(CompileStatus::syntaxError, messages::kTooFewArguments, function);
+      return refuse(CompileStatus::syntaxError, messages::tooFewArguments(function));
     }
     return refuseUnlessEnd();
   }
@@ -307,27 +309,25 @@ class Parser {
 
   bool refuseUnlessEnd() {
     if (m_token.kind == TokenKind::end) {
-      return refuse(CompileStatus::syntaxError, messages::kBracketExpected);
+      return refuse(CompileStatus::syntaxError, messages::bracketExpected());
     }
     return refuseToken();
   }
 
   bool refuseToken() {
     if (m_token.kind == TokenKind::assign) {
-      return refuse(CompileStatus::unsupported, messages::kAssignment);
+      return refuse(CompileStatus::unsupported, messages::assignment());
     }
     if (m_token.kind == TokenKind::comma) {
-      return refuse(CompileStatus::unsupported, messages::kSeveralResults);
+      return refuse(CompileStatus::unsupported, messages::severalResults());
     }
-    return refuse(CompileStatus::syntaxError, messages::kUnexpectedText, m_token.text);
+    return refuse(CompileStatus::syntaxError, messages::unexpectedText(m_token.text));
   }
 
-  bool refuseDepth() {
-    return refuse(CompileStatus::tooLarge, messages::kTooDeep, std::to_string(kMaximumNesting));
-  }
+  bool refuseDepth() { return refuse(CompileStatus::tooLarge, messages::tooDeep(kMaximumNesting)); }
 
-  bool refuse(CompileStatus status, std::string_view reason, std::string_view argument = {}) {
-    m_failure = failureAt(status, m_token.position, reason, argument);
+  bool refuse(CompileStatus status, std::string reason) {
+    m_failure = {status, static_cast<int>(m_token.position), std::move(reason)};
     return false;
   }
 
@@ -354,7 +354,7 @@ class Parser {
   bool addVariable(std::size_t element) {
     constexpr std::size_t limit = std::numeric_limits<std::int32_t>::max() / sizeof(double);
     if (element >= limit) {
-      return refuse(CompileStatus::tooLarge, messages::kElementOutOfRange, m_token.text);
+      return refuse(CompileStatus::tooLarge, messages::elementOutOfRange(m_token.text));
     }
     std::vector<std::size_t>& elements = m_expression.elements;
     if (std::find(elements.begin(), elements.end(), element) == elements.end()) {
@@ -388,8 +388,8 @@ class Parser {
 std::optional<Expression> parse(std::string_view text, std::span<const Symbols* const> scopes,
                                 CompileFailure& failure) {
   if (text.size() > kMaximumExpressionLength) {
-    failure = failureAt(CompileStatus::tooLarge, kMaximumExpressionLength, messages::kTooLong,
-                        std::to_string(kMaximumExpressionLength));
+    failure = {CompileStatus::tooLarge, static_cast<int>(kMaximumExpressionLength),
+               messages::tooLong(kMaximumExpressionLength)};
     return std::nullopt;
   }
   Parser parser(text, scopes, failure);

@@ -57,7 +57,7 @@ double call(const Function& function, const double* arguments) {
 
 double evaluate(const Expression& expression, const double* values) {
   double stack[kMaximumStackDepth];
-  double* top = stack;  // behind the last value
+  double* top = stack;  // past the last value
   const std::size_t count = expression.steps.size();
   for (std::size_t i = 0; i < count; ++i) {
     const Step& step = expression.steps[i];

@@ -1,6 +1,6 @@
 // Evaluates an expression step by step, without machine code.
 //
-// Machine code is held against it in tests; native_compiler.cpp falls back to it where machine code
+// Tests compare machine code with it; native_compiler.cpp falls back to it where machine code
 // cannot be made or executed.
 // Threads: any number at once.
 #pragma once

@@ -43,7 +43,7 @@ class RegionFinder {
     m_home[root] = 0;
     for (NodeId node = root + 1; node-- > 0;) {
       if (m_home[node] != kNoRegion) {
-        placeOperands(node);
+        addOperands(node);
       }
     }
     mergeCheapArms();
@@ -62,7 +62,7 @@ class RegionFinder {
   RegionId elseArm(NodeId node) const { return m_arms[node] + 1; }
 
  private:
-  void placeOperands(NodeId id) {
+  void addOperands(NodeId id) {
     const Node& node = m_graph.node(id);
     const RegionId home = m_home[id];
     m_regions[home].cost += costOf(node.operation);
@@ -118,38 +118,38 @@ class RegionFinder {
 };
 
 void appendRegion(const RegionFinder& finder, RegionId region,
-                  std::vector<ScheduledAction>& actions) {
+                  std::vector<Instruction>& instructions) {
   for (const NodeId node : finder.region(region).nodes) {
     if (!finder.isBranch(node)) {
-      actions.push_back({ActionKind::evaluate, node});
+      instructions.push_back({InstructionKind::evaluate, node});
       continue;
     }
-    actions.push_back({ActionKind::beginThen, node});
-    appendRegion(finder, finder.thenArm(node), actions);
-    actions.push_back({ActionKind::beginElse, node});
-    appendRegion(finder, finder.elseArm(node), actions);
-    actions.push_back({ActionKind::join, node});
+    instructions.push_back({InstructionKind::beginThen, node});
+    appendRegion(finder, finder.thenArm(node), instructions);
+    instructions.push_back({InstructionKind::beginElse, node});
+    appendRegion(finder, finder.elseArm(node), instructions);
+    instructions.push_back({InstructionKind::join, node});
   }
 }
 
 // The condition stays alive until the arms are joined, since four lanes are blended by it.
 template <typename Visit>
-void visitUses(const Graph& graph, const ScheduledAction& action, Visit visit) {
-  const Node& node = graph.node(action.node);
-  switch (action.kind) {
-    case ActionKind::evaluate:
+void visitUses(const Graph& graph, const Instruction& instruction, Visit visit) {
+  const Node& node = graph.node(instruction.node);
+  switch (instruction.kind) {
+    case InstructionKind::evaluate:
       for (int i = 0; i < node.operandCount; ++i) {
         visit(node.operands[static_cast<std::size_t>(i)]);
       }
       return;
-    case ActionKind::beginThen:
+    case InstructionKind::beginThen:
       visit(node.operands[0]);
       return;
-    case ActionKind::beginElse:
+    case InstructionKind::beginElse:
       visit(node.operands[0]);
       visit(node.operands[1]);
       return;
-    case ActionKind::join:
+    case InstructionKind::join:
       visit(node.operands[0]);
       visit(node.operands[2]);
       return;
@@ -160,16 +160,16 @@ void visitUses(const Graph& graph, const ScheduledAction& action, Visit visit) {
 
 Schedule::Schedule(const Graph& graph, NodeId root) : m_root(root) {
   const RegionFinder finder(graph, root);
-  appendRegion(finder, 0, m_actions);
+  appendRegion(finder, 0, m_instructions);
   collectUses(graph);
 }
 
 void Schedule::collectUses(const Graph& graph) {
   m_firstUse.assign(graph.size() + 1, 0);
-  for (const ScheduledAction& action : m_actions) {
-    m_hasBranches = m_hasBranches || action.kind != ActionKind::evaluate;
-    m_hasCalls = m_hasCalls || graph.node(action.node).operation == Operation::call;
-    visitUses(graph, action, [&](NodeId used) { ++m_firstUse[used + 1]; });
+  for (const Instruction& instruction : m_instructions) {
+    m_hasBranches = m_hasBranches || instruction.kind != InstructionKind::evaluate;
+    m_hasCalls = m_hasCalls || graph.node(instruction.node).operation == Operation::call;
+    visitUses(graph, instruction, [&](NodeId used) { ++m_firstUse[used + 1]; });
   }
   ++m_firstUse[m_root + 1];
   for (std::size_t i = 1; i < m_firstUse.size(); ++i) {
@@ -177,10 +177,10 @@ void Schedule::collectUses(const Graph& graph) {
   }
   m_uses.resize(m_firstUse.back());
   std::vector<std::uint32_t> next(m_firstUse.begin(), m_firstUse.end() - 1);
-  for (std::uint32_t place = 0; place < m_actions.size(); ++place) {
-    visitUses(graph, m_actions[place], [&](NodeId used) { m_uses[next[used]++] = place; });
+  for (std::uint32_t index = 0; index < m_instructions.size(); ++index) {
+    visitUses(graph, m_instructions[index], [&](NodeId used) { m_uses[next[used]++] = index; });
   }
-  m_uses[next[m_root]] = static_cast<std::uint32_t>(m_actions.size());
+  m_uses[next[m_root]] = static_cast<std::uint32_t>(m_instructions.size());
 }
 
 }  // namespace kelvarin::jit

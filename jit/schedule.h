@@ -13,15 +13,15 @@
 
 namespace kelvarin::jit {
 
-enum class ActionKind : std::uint8_t {
+enum class InstructionKind : std::uint8_t {
   evaluate,
-  beginThen,  // of a branching select: behind its condition
-  beginElse,  // behind the first arm
-  join        // behind the second arm: the select has its value
+  beginThen,  // of a branching select: after its condition
+  beginElse,  // after the first arm
+  join        // after the second arm: the select has its value
 };
 
-struct ScheduledAction {
-  ActionKind kind;
+struct Instruction {
+  InstructionKind kind;
   NodeId node;
 };
 
@@ -30,11 +30,11 @@ class Schedule {
   Schedule(const Graph& graph, NodeId root);
 
   NodeId root() const { return m_root; }
-  std::span<const ScheduledAction> actions() const { return m_actions; }
+  std::span<const Instruction> instructions() const { return m_instructions; }
   bool hasCalls() const { return m_hasCalls; }
   bool hasBranches() const { return m_hasBranches; }
 
-  // The places in actions() where a node is used, ascending. The end of actions() is the use of the
+  // The indices in instructions() where a node is used, ascending. Their number is the use of the
   // root.
   std::span<const std::uint32_t> usesOf(NodeId node) const {
     return {m_uses.data() + m_firstUse[node], m_firstUse[node + 1] - m_firstUse[node]};
@@ -46,7 +46,7 @@ class Schedule {
   NodeId m_root;
   bool m_hasCalls = false;
   bool m_hasBranches = false;
-  std::vector<ScheduledAction> m_actions;
+  std::vector<Instruction> m_instructions;
   std::vector<std::uint32_t> m_uses;
   std::vector<std::uint32_t> m_firstUse;  // a node more than the graph has
 };

@@ -25,12 +25,12 @@ Xbyak::Xmm SimdAssembler::vectorRegister(int index) const {
 }
 
 Xbyak::Address SimdAssembler::constant(std::uint64_t bits) {
-  const auto [place, isNew] =
-      m_constantPlaces.try_emplace(bits, static_cast<int>(m_constants.size()));
+  const auto [entry, isNew] =
+      m_constantIndices.try_emplace(bits, static_cast<int>(m_constants.size()));
   if (isNew) {
     m_constants.push_back(bits);
   }
-  return ptr[rip + m_constantsLabel + place->second * kBytesOfConstant];
+  return ptr[rip + m_constantsLabel + entry->second * kBytesOfConstant];
 }
 
 void SimdAssembler::emitConstants() {
@@ -47,7 +47,7 @@ void SimdAssembler::restart() {
   reset();
   m_constantsLabel.clear();
   m_constants.clear();
-  m_constantPlaces.clear();
+  m_constantIndices.clear();
 }
 
 void SimdAssembler::copy(int target, int source) {

@@ -2,7 +2,7 @@
 //
 // Used by body_emitter.cpp and code_generator.cpp. Where the processor has AVX2 an instruction has
 // a target and two sources; elsewhere the target is copied from the first source. The first source
-// decides which NaN an operation gives, as in arithmetic.h.
+// decides which NaN an operation returns, as in arithmetic.h.
 // Register 15 is scratch.
 // Errors: throws Xbyak::Error when the buffer is full.
 #pragma once
@@ -72,7 +72,7 @@ class SimdAssembler : public Xbyak::CodeGenerator {
   void moveMask(const Xbyak::Reg32& target, int source);
 
  private:
-  // Brings `a` to the target; gives where b is found then.
+  // Copies `a` to the target and returns where b is then.
   const Operand& prepare(int target, int a, const Operand& b);
   void round(int target, int source, int mode);
   bool isScalar() const { return m_lanes == Lanes::one; }
@@ -82,7 +82,7 @@ class SimdAssembler : public Xbyak::CodeGenerator {
   Lanes m_lanes = Lanes::one;
   Xbyak::Label m_constantsLabel;
   std::vector<std::uint64_t> m_constants;
-  std::unordered_map<std::uint64_t, int> m_constantPlaces;
+  std::unordered_map<std::uint64_t, int> m_constantIndices;
   Xbyak::Xmm m_scratch;
 };
 

@@ -1,4 +1,4 @@
-// Units behind a value, in braces: `3{k}` is 3000, the product of both.
+// Units after a value, in braces: `3{k}` is 3000, the product of both.
 //
 // Used by the lexer, and by the other back-ends of the expression language.
 #pragma once

@@ -21,7 +21,7 @@ ActionItem* create() {
   return new Action(XMLNode::emptyNode(), nullptr);
 }
 
-// In the host's order; graph files name actions by their type, not by their place here.
+// In the host's order; graph files name actions by their type, not by their index here.
 constexpr ActionItem* (*kActions[])() = {
     create<kelvarin::Calculator>,           create<kelvarin::FilterRows>,
     create<kelvarin::ReadColumnarGel>,      create<kelvarin::WriteColumnarGel>,

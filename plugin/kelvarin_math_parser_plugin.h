@@ -1,7 +1,8 @@
-// The root object of the plug-in: gives the host a prototype of each of its actions.
+// The root object of the plug-in: makes for the host a prototype of each of its actions.
 //
 // Made by Qt's plug-in loader, once a process as long as it lives.
-// Threads: the user-interface thread.  Errors: null; nothing is thrown to the host.
+// Threads: the user-interface thread.
+// Errors: null; nothing is thrown to the host.
 #pragma once
 
 #include <QObject>
@@ -14,8 +15,8 @@ class KelvarinMathParserPlugin : public QObject, public KelvarinPluginInterface 
   Q_INTERFACES(KelvarinPluginInterface)
 
  public:
-  // A prototype is built as from a graph file, with the empty node and no graph. The edition that
-  // `flags` tells makes no difference to any action.
+  // A prototype is built as from a graph file, with the empty node and no graph. The edition in
+  // `flags` makes no difference to any action.
   ActionItem* createAction(int index, int flags) override;
   void prepare() override {}
   double pluginVersion() override;

@@ -8,16 +8,17 @@ import os
 import re
 import sys
 
-SKIPPED_FOLDERS = {".git", ".deps", "build", "out", "data"}
-SOURCES = (".h", ".cpp")
-LONGEST_SOURCE = 600
-LONGEST_LINE = 120
+import source_tree
 
-# What stays readable from a clone alone: no path of one machine, and links only to lasting places.
+LONGEST_SOURCE = 600
+LONGEST_LINE = 100
+GOOGLE_TEST = re.compile(r"^(TEST|TEST_F|TEST_P|RC_GTEST_\w+)\(", re.MULTILINE)
+
+# What stays readable from a clone alone: no path of one machine, and links only to what lasts.
 FORBIDDEN = [
     (re.compile(r"\b(TODO|FIXME|XXX|HACK)\b"), "an open end; finish it or file an issue"),
     (re.compile(r"(?<![\w.])/(home|root|work|Users)/\w"), "a path of one machine"),
-    (re.compile(r"https?://(?!www\.apache\.org/|www\.w3\.org/)"), "a link to a place that may not last"),
+    (re.compile(r"https?://(?!www\.apache\.org/|www\.w3\.org/)"), "a link that may not last"),
     (re.compile(r"\bParts? \d\.\d"), "a reference to a document that is not in the tree"),
 ]
 FORBIDDEN_IN_SOURCES = [
@@ -27,29 +28,32 @@ FORBIDDEN_IN_SOURCES = [
 ]
 
 
-def text_files(root):
-    for folder, folders, names in os.walk(root):
-        folders[:] = sorted(name for name in folders if name not in SKIPPED_FOLDERS)
-        for name in sorted(names):
-            path = os.path.join(folder, name)
-            with open(path, "rb") as file:
-                content = file.read()
-            if b"\0" not in content:
-                yield os.path.relpath(path, root), content
+def breaks_test_naming(path, text):
+    """A test, and nothing else, has a name that ends in _test or begins with test."""
+    stem, kind = os.path.splitext(os.path.basename(path))
+    is_named_so = stem.endswith("_test") or stem.startswith("test")
+    if kind == ".cpp":
+        return is_named_so != bool(GOOGLE_TEST.search(text))
+    if kind == ".py":
+        return is_named_so and not source_tree.is_test(path)
+    return kind == ".h" and is_named_so
 
 
 def problems_of(path, content):
     try:
-        lines = content.decode("utf-8").split("\n")
+        text = content.decode("utf-8")
     except UnicodeDecodeError as error:
         yield 1, f"not UTF-8 at byte {error.start}"
         return
-    is_source = path.endswith(SOURCES)
+    lines = text.split("\n")
+    is_source = path.endswith(source_tree.SOURCES)
+    if breaks_test_naming(path, text):
+        yield 1, "a name that ends in _test or begins with test is for a test, and a test has one"
     if is_source and len(lines) > LONGEST_SOURCE:
         yield len(lines), f"a source of more than {LONGEST_SOURCE} lines; split it"
     is_this_file = path == os.path.join("scripts", "check_texts.py")
     for number, line in enumerate(lines, start=1):
-        if is_source and len(line) > LONGEST_LINE and '"' not in line:
+        if is_source and len(line) > LONGEST_LINE:
             yield number, f"more than {LONGEST_LINE} columns"
         for pattern, what in FORBIDDEN + (FORBIDDEN_IN_SOURCES if is_source else []):
             if pattern.search(line) and not is_this_file:
@@ -57,9 +61,9 @@ def problems_of(path, content):
 
 
 def main():
-    root = os.path.abspath(sys.argv[1] if len(sys.argv) > 1 else os.path.join(os.path.dirname(__file__), ".."))
+    root = sys.argv[1] if len(sys.argv) > 1 else source_tree.default_root()
     count = 0
-    for path, content in text_files(root):
+    for path, content in source_tree.text_files(root):
         for number, problem in problems_of(path, content):
             print(f"{path}:{number}: {problem}")
             count += 1

@@ -4,6 +4,7 @@
 // guard. A body sees the doubles a, b and c. cases.py has the same expressions in the other
 // languages, under the same names.
 
+// clang-format off
 C_EXPRESSION(sum, a + b * 2)
 C_EXPRESSION(polynomial, ((((0.5 * a + 1.5) * a - 2.25) * a + 0.75) * a - 1.25) * a + 3)
 C_EXPRESSION(hypotenuse, sqrt(a * a + b * b))
@@ -18,3 +19,4 @@ C_EXPRESSION(terms, a * 1.01 + b * 1.02 - c * 1.03 + a * b - b * c * 0.5 + a * c
                         b * 3.02 - c * 3.03 + a * a - b * b + c * c + a * 4.01 - b * 4.02 +
                         c * 4.03 - a * a * 0.125 + b * b * 2.5 - c * c * 0.75 + a * 5.01 +
                         b * 5.02 - c * 5.03 + a * b * c - 6.5 + a * a * b)
+// clang-format on

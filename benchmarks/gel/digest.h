@@ -1,5 +1,5 @@
-// Sums over the values of a column that do not depend on how they are handed out: one that tells
-// values apart, and one that costs next to nothing.
+// Sums over the values of a column that do not depend on how they are read: one that differs when
+// values do, and one that costs next to nothing.
 #pragma once
 
 #include "benchmarks/gel/sample_table.h"

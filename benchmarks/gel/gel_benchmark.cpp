@@ -8,8 +8,8 @@
 
 #include <sched.h>
 
-#include <fmt/format.h>
 #include <CLI/CLI.hpp>
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <QTemporaryDir>
@@ -142,10 +142,11 @@ std::vector<Measured> measureTable(const SampleTable& table, const std::string& 
                                    const BenchmarkArguments& arguments) {
   std::vector<Measured> formats;
   const auto add = [&](std::unique_ptr<TableFormat> format) {
-    const std::string place = folder + "/" + table.name + "-" + format->name();
-    std::filesystem::create_directory(place);
+    const std::string formatFolder = folder + "/" + table.name + "-" + format->name();
+    std::filesystem::create_directory(formatFolder);
     format->prepare(table);
-    formats.push_back({.format = std::move(format), .folder = place, .size = 0, .times = {}});
+    formats.push_back(
+        {.format = std::move(format), .folder = formatFolder, .size = 0, .times = {}});
   };
   add(makeGelFormat(arguments.threads));
   add(makeParquetFormat(ParquetCompression::snappy, arguments.threads));

@@ -50,7 +50,7 @@ class StoredRows {
   }
 
   const unsigned char* begin() const { return m_bytes.data(); }
-  // Points `values` at the values of the row that begins there; gives its end.
+  // Points `values` at the values of the row that begins there; returns its end.
   const unsigned char* point(const unsigned char* row, unsigned char** values) const {
     for (const Fixed& fixed : m_fixed) {
       values[fixed.column] = const_cast<unsigned char*>(row) + fixed.offset;
@@ -149,14 +149,14 @@ class GelFormat : public TableFormat {
   Found scan(const SampleTable& table, const std::string& folder,
              const std::vector<std::string>& columns, Values values) override {
     const auto file = open(table, folder);
-    const std::vector<std::size_t> places = placesOf(*file, columns);
+    const std::vector<std::size_t> indices = columnIndices(*file, columns);
     Found found;
-    forEachBlock(*file, places, {}, [&](DecodedBlock& block) {
+    forEachBlock(*file, indices, {}, [&](DecodedBlock& block) {
       found.rows += block.rowCount();
       if (values == Values::digested) {
-        addDigest(*file, places, block, found);
+        addDigest(*file, indices, block, found);
       } else {
-        addValues(*file, places, block, found);
+        addValues(*file, indices, block, found);
       }
     });
     return found;
@@ -164,16 +164,16 @@ class GelFormat : public TableFormat {
 
   Found range(const SampleTable& table, const std::string& folder) override {
     const auto file = open(table, folder);
-    const std::vector<std::size_t> places = placesOf(*file, table.threeColumns);
+    const std::vector<std::size_t> indices = columnIndices(*file, table.threeColumns);
     const std::uint32_t low = table.rangeBegin();
     const std::uint32_t high = table.rangeEnd();
     const auto mayHaveRows = [&](const GelFile& opened, const BlockInfo& block) {
       KeySummary summary;
-      return !opened.descriptorLayout().readSummary(block.descriptor, places[0], summary) ||
+      return !opened.descriptorLayout().readSummary(block.descriptor, indices[0], summary) ||
              (summary.high >= low && summary.low < high);
     };
     Found found;
-    forEachBlock(*file, places, mayHaveRows,
+    forEachBlock(*file, indices, mayHaveRows,
                  [&](DecodedBlock& block) { addRange(block, low, high, found); });
     return found;
   }
@@ -187,42 +187,42 @@ class GelFormat : public TableFormat {
     return std::move(*file);
   }
 
-  static std::vector<std::size_t> placesOf(const GelFile& file,
-                                           const std::vector<std::string>& columns) {
+  static std::vector<std::size_t> columnIndices(const GelFile& file,
+                                                const std::vector<std::string>& columns) {
     if (columns.empty()) {
       return file.columnsInRowOrder();
     }
-    std::vector<std::size_t> places;
+    std::vector<std::size_t> indices;
     for (const std::string& name : columns) {
       const auto& all = file.columns();
       const auto found = std::find_if(all.begin(), all.end(),
                                       [&](const GelColumn& column) { return column.name == name; });
-      places.push_back(static_cast<std::size_t>(found - all.begin()));
+      indices.push_back(static_cast<std::size_t>(found - all.begin()));
     }
-    return places;
+    return indices;
   }
 
-  static void addDigest(const GelFile& file, const std::vector<std::size_t>& places,
+  static void addDigest(const GelFile& file, const std::vector<std::size_t>& indices,
                         DecodedBlock& block, Found& found) {
-    std::vector<unsigned char*> row(places.size());
+    std::vector<unsigned char*> row(indices.size());
     while (block.takeRow(row.data())) {
       for (std::size_t i = 0; i < row.size(); ++i) {
-        found.digest += digestOf(file.meta(places[i]).type(), row[i]) * (i + 1);
+        found.digest += digestOf(file.meta(indices[i]).type(), row[i]) * (i + 1);
       }
     }
   }
 
-  static void addValues(const GelFile& file, const std::vector<std::size_t>& places,
+  static void addValues(const GelFile& file, const std::vector<std::size_t>& indices,
                         DecodedBlock& block, Found& found) {
-    for (std::size_t i = 0; i < places.size(); ++i) {
-      found.added += sumOfColumn(file.column(places[i]).type, block.column(i), block.rowCount());
+    for (std::size_t i = 0; i < indices.size(); ++i) {
+      found.added += sumOfColumn(file.column(indices[i]).type, block.column(i), block.rowCount());
     }
   }
 
   template <typename Use>
-  void forEachBlock(const GelFile& file, const std::vector<std::size_t>& places,
+  void forEachBlock(const GelFile& file, const std::vector<std::size_t>& indices,
                     BlockReader::WantsBlock wantsBlock, Use use) const {
-    auto reader = BlockReader::open(file, places, std::move(wantsBlock));
+    auto reader = BlockReader::open(file, indices, std::move(wantsBlock));
     if (!reader) {
       throw std::runtime_error("cannot open " + reader.error());
     }

@@ -117,8 +117,8 @@ SampleTable makeSales(std::size_t rows) {
   for (std::size_t row = 0; row < rows; ++row) {
     table.columns[0].addKey(static_cast<std::uint32_t>(row));
     // Half of the rows have one of 32 cities, a quarter one of 125.
-    const double place = std::pow(chance.fraction(), 5.0);
-    table.columns[1].addText(cities[static_cast<std::size_t>(place * kCities)]);
+    const double rank = std::pow(chance.fraction(), 5.0);
+    table.columns[1].addText(cities[static_cast<std::size_t>(rank * kCities)]);
     table.columns[2].addNumber(static_cast<double>(50 + chance.below(50'000)) / 100);
     table.columns[3].addNumber(static_cast<double>(1 + chance.below(20)));
     table.columns[4].addText(fmt::format("{}-{:02}-{:02}", 2023 + chance.below(2),

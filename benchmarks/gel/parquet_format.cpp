@@ -170,9 +170,10 @@ class ParquetFormat : public TableFormat {
   Found scan(const SampleTable& table, const std::string& folder,
              const std::vector<std::string>& columns, Values values) override {
     const auto reader = open(table, folder);
-    const auto batches = columns.empty() ? valueOf(reader->GetRecordBatchReader())
-                                         : valueOf(reader->GetRecordBatchReader(
-                                               allRowGroups(*reader), placesOf(*reader, columns)));
+    const auto batches = columns.empty()
+                             ? valueOf(reader->GetRecordBatchReader())
+                             : valueOf(reader->GetRecordBatchReader(
+                                   allRowGroups(*reader), columnIndices(*reader, columns)));
     Found found;
     forEachBatch(*batches, [&](const arrow::RecordBatch& batch) {
       found.rows += static_cast<std::uint64_t>(batch.num_rows());
@@ -189,15 +190,15 @@ class ParquetFormat : public TableFormat {
     const std::uint32_t low = table.rangeBegin();
     const std::uint32_t high = table.rangeEnd();
     const auto reader = open(table, folder);
-    const std::vector<int> places = placesOf(*reader, table.threeColumns);
+    const std::vector<int> indices = columnIndices(*reader, table.threeColumns);
     std::vector<int> groups;
     for (const int group : allRowGroups(*reader)) {
-      if (mayHaveRows(*reader, group, places[0], low, high)) {
+      if (mayHaveRows(*reader, group, indices[0], low, high)) {
         groups.push_back(group);
       }
     }
     Found found;
-    const auto batches = valueOf(reader->GetRecordBatchReader(groups, places));
+    const auto batches = valueOf(reader->GetRecordBatchReader(groups, indices));
     forEachBatch(*batches,
                  [&](const arrow::RecordBatch& batch) { addRange(batch, low, high, found); });
     return found;
@@ -232,13 +233,13 @@ class ParquetFormat : public TableFormat {
     return groups;
   }
 
-  static std::vector<int> placesOf(Reader& reader, const std::vector<std::string>& columns) {
+  static std::vector<int> columnIndices(Reader& reader, const std::vector<std::string>& columns) {
     const parquet::SchemaDescriptor* schema = reader.parquet_reader()->metadata()->schema();
-    std::vector<int> places;
+    std::vector<int> indices;
     for (const std::string& column : columns) {
-      places.push_back(schema->ColumnIndex(column));
+      indices.push_back(schema->ColumnIndex(column));
     }
-    return places;
+    return indices;
   }
 
   static bool mayHaveRows(Reader& reader, int group, int column, std::uint32_t low,

@@ -12,10 +12,10 @@ constexpr std::size_t kLinesInPage = 64;
 
 }  // namespace
 
-SampleColumn::SampleColumn(std::string name, MetaTypeColumn type, std::size_t place)
+SampleColumn::SampleColumn(std::string name, MetaTypeColumn type, std::size_t index)
     : m_name(std::move(name)),
       m_type(type),
-      m_begin(place % kLinesInPage * kCacheLine),
+      m_begin(index % kLinesInPage * kCacheLine),
       m_step(fixedSizeOf(type)),
       m_bytes(m_begin) {}
 

@@ -15,9 +15,9 @@ namespace kelvarin {
 
 class SampleColumn {
  public:
-  // `place` counts the table's columns: the first values of all columns lie in different cache
+  // `index` counts the table's columns: the first values of all columns lie in different cache
   // lines of their pages, as values of a real row do.
-  SampleColumn(std::string name, MetaTypeColumn type, std::size_t place);
+  SampleColumn(std::string name, MetaTypeColumn type, std::size_t index);
 
   void addNumber(double number) { addPacked(number); }
   void addKey(std::uint32_t key) { addPacked(key); }

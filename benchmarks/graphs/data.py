@@ -12,7 +12,7 @@ CITIES = 1000
 
 def orders(rows):
     random = numpy.random.default_rng(seed=7)
-    names = numpy.array([f"{kind}{place:03}" for kind in ("Port ", "Sankt ", "Villa", "Bad ") for place in range(250)])
+    names = numpy.array([f"{kind}{number:03}" for kind in ("Port ", "Sankt ", "Villa", "Bad ") for number in range(250)])
     days = numpy.datetime64("2020-01-01") + random.integers(0, 1826, rows)
     return polars.DataFrame({
         "id": numpy.arange(1, rows + 1),

@@ -82,8 +82,8 @@ def measure(commands, processors, rounds):
 def compare(group, measured):
     ours = measured.pop(OURS)
     measures = (("time", "s", 1.0), ("processor time", "s", None), ("peak memory", "MB", None))
-    found = [Comparison(group, what, peer, ours[place], theirs[place], unit, wanted)
-             for place, (what, unit, wanted) in enumerate(measures) for peer, theirs in measured.items()]
+    found = [Comparison(group, what, peer, ours[index], theirs[index], unit, wanted)
+             for index, (what, unit, wanted) in enumerate(measures) for peer, theirs in measured.items()]
     found.append(Comparison(group, "peak memory", f"{MOST_MEGABYTES} MB", ours[-1], MOST_MEGABYTES, "MB", 1.0))
     return found
 

@@ -109,8 +109,9 @@ TEST_F(Language, NullsFollowTheirRules) {
   EXPECT_EQ(valueOf("nanvl(_null,5)+nanvl2(_nan,1,2)+nvl2(_null,1,2)"), 9.0);
   EXPECT_EQ(valueOf("finitevl(_infinity,4)+finitevl2(1,2,3)"), 6.0);
   EXPECT_EQ(valueOf("floor2(7,3)*100+floor2(-7,3)"), 591.0);
-  for (const char* expression : {"not(_null)", "floor2(7,_null)", "_null+a", "a*_null-1",
-                                 "nvl(_null,_null)", "sqrt(_null)", "-_null", "abs(-_null)", "0?1:_null", "min(_null,1)"}) {
+  for (const char* expression :
+       {"not(_null)", "floor2(7,_null)", "_null+a", "a*_null-1", "nvl(_null,_null)", "sqrt(_null)",
+        "-_null", "abs(-_null)", "0?1:_null", "min(_null,1)"}) {
     EXPECT_EQ(bitsOf(valueOf(expression)), kNullNumberBits) << expression;
   }
   EXPECT_EQ(bitsOf(valueOf("nvl(_nan,5)")), kNotANumberBits);
@@ -142,7 +143,7 @@ struct Refusal {
   int position;
 };
 
-TEST_F(Language, RefusesWithThePlaceOfTheFault) {
+TEST_F(Language, RefusesWithThePositionOfTheFault) {
   for (const Refusal& refusal : {
            Refusal{"", CompileStatus::syntaxError, 0},
            {" \t", CompileStatus::syntaxError, 2},
@@ -212,16 +213,16 @@ TEST_F(Language, LimitsLengthAndNesting) {
 
 std::string damaged(std::string expression, std::mt19937& random) {
   constexpr std::string_view characters = "ab25.eEx+-*/%^<>=!&|?:,(){} kmsin_\t#";
-  const std::size_t place = random() % expression.size();
+  const std::size_t position = random() % expression.size();
   const char character = characters[random() % characters.size()];
   switch (random() % 3) {
     case 0:
-      expression[place] = character;
+      expression[position] = character;
       return expression;
     case 1:
-      return expression.insert(place, 1, character);
+      return expression.insert(position, 1, character);
     default:
-      return expression.erase(place, 1);
+      return expression.erase(position, 1);
   }
 }
 

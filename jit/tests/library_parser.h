@@ -16,7 +16,7 @@ class LibraryParser {
 
   LibraryParser();
 
-  // False when the library refuses the expression or gives several results.
+  // False when the library refuses the expression or finds several results.
   bool setExpression(const std::string& expression);
   double evaluate(const double* values);
 

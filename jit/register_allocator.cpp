@@ -1,4 +1,4 @@
-#include "jit/register_file.h"
+#include "jit/register_allocator.h"
 
 #include <algorithm>
 
@@ -11,13 +11,13 @@ constexpr std::uint32_t kNever = ~std::uint32_t{0};
 
 }  // namespace
 
-RegisterFile::RegisterFile(SimdAssembler& assembler, const Graph& graph, const Schedule& schedule,
-                           const Frame& frame)
+RegisterAllocator::RegisterAllocator(SimdAssembler& assembler, const Graph& graph,
+                                     const Schedule& schedule, const Frame& frame)
     : m_assembler(assembler),
       m_graph(graph),
       m_schedule(schedule),
       m_frame(frame),
-      m_places(graph.size()) {
+      m_locations(graph.size()) {
   m_holders.fill(kNoNode);
   for (const auto& [node, index] : frame.constants) {
     bind(node, index);
@@ -25,33 +25,33 @@ RegisterFile::RegisterFile(SimdAssembler& assembler, const Graph& graph, const S
   }
 }
 
-void RegisterFile::begin(std::uint32_t place) {
-  m_now = place;
+void RegisterAllocator::begin(std::uint32_t instruction) {
+  m_now = instruction;
   m_pinned = m_kept;
 }
 
-std::uint32_t RegisterFile::nextUseOf(NodeId node) const {
+std::uint32_t RegisterAllocator::nextUseOf(NodeId node) const {
   const auto uses = m_schedule.usesOf(node);
-  const std::uint32_t next = m_places[node].nextUse;
+  const std::uint32_t next = m_locations[node].nextUse;
   return next < uses.size() ? uses[next] : kNever;
 }
 
-bool RegisterFile::isNeededLater(NodeId node) const {
+bool RegisterAllocator::isNeededLater(NodeId node) const {
   const auto uses = m_schedule.usesOf(node);
   return !uses.empty() && uses.back() > m_now;
 }
 
-bool RegisterFile::hasUseAfterThis(NodeId node) const {
+bool RegisterAllocator::hasUseAfterThis(NodeId node) const {
   const auto uses = m_schedule.usesOf(node);
-  return m_places[node].nextUse + 1 < uses.size();
+  return m_locations[node].nextUse + 1 < uses.size();
 }
 
-int RegisterFile::freeRegister() const {
+int RegisterAllocator::freeRegister() const {
   const auto found = std::find(m_holders.begin(), m_holders.end(), kNoNode);
   return found == m_holders.end() ? -1 : static_cast<int>(found - m_holders.begin());
 }
 
-int RegisterFile::takeRegister() {
+int RegisterAllocator::takeRegister() {
   if (const int index = freeRegister(); index >= 0) {
     return index;
   }
@@ -68,23 +68,23 @@ int RegisterFile::takeRegister() {
   return latest;
 }
 
-void RegisterFile::evict(int index) {
+void RegisterAllocator::evict(int index) {
   NodeId& holder = m_holders[static_cast<std::size_t>(index)];
   save(holder);
-  m_places[holder].inRegister = -1;
+  m_locations[holder].inRegister = -1;
   holder = kNoNode;
 }
 
-void RegisterFile::save(NodeId node) {
-  if (isRead(m_graph.node(node)) || m_places[node].slot >= 0) {
+void RegisterAllocator::save(NodeId node) {
+  if (isRead(m_graph.node(node)) || m_locations[node].slot >= 0) {
     return;
   }
-  const int source = m_places[node].inRegister;
+  const int source = m_locations[node].inRegister;
   m_assembler.store(reserveSlot(node), source);
 }
 
-int RegisterFile::fetch(NodeId node) {
-  int index = m_places[node].inRegister;
+int RegisterAllocator::fetch(NodeId node) {
+  int index = m_locations[node].inRegister;
   if (index < 0) {
     index = takeRegister();
     loadInto(index, node);
@@ -94,17 +94,17 @@ int RegisterFile::fetch(NodeId node) {
   return index;
 }
 
-ValueSource RegisterFile::fetchSource(NodeId node, bool isWide) {
+ValueSource RegisterAllocator::fetchSource(NodeId node, bool isWide) {
   const bool isConstant = m_graph.isConstant(node);
   const bool isReadable = isConstant || !isWide || m_assembler.lanes() == Lanes::four;
-  const bool isInRegister = m_places[node].inRegister >= 0;
+  const bool isInRegister = m_locations[node].inRegister >= 0;
   if (isInRegister || !isReadable || (hasUseAfterThis(node) && freeRegister() >= 0)) {
     return ValueSource(m_assembler.vectorRegister(fetch(node)));
   }
   return ValueSource(addressOf(node));
 }
 
-void RegisterFile::loadInto(int target, NodeId node) {
+void RegisterAllocator::loadInto(int target, NodeId node) {
   const Node& value = m_graph.node(node);
   if (value.operation == Operation::constant && value.payload == 0) {
     m_assembler.loadZero(target);
@@ -113,8 +113,8 @@ void RegisterFile::loadInto(int target, NodeId node) {
   m_assembler.load(target, addressOf(node));
 }
 
-void RegisterFile::fetchInto(int target, NodeId node) {
-  if (const int source = m_places[node].inRegister; source >= 0) {
+void RegisterAllocator::fetchInto(int target, NodeId node) {
+  if (const int source = m_locations[node].inRegister; source >= 0) {
     m_assembler.copy(target, source);
   } else {
     loadInto(target, node);
@@ -123,10 +123,10 @@ void RegisterFile::fetchInto(int target, NodeId node) {
 
 // A move waits until no other one needs what its target holds; a ring of moves is opened through
 // the scratch register.
-void RegisterFile::fetchArguments(const NodeId* nodes, int count) {
+void RegisterAllocator::fetchArguments(const NodeId* nodes, int count) {
   std::array<int, 3> sources = {-1, -1, -1};
   for (int i = 0; i < count; ++i) {
-    sources[static_cast<std::size_t>(i)] = m_places[nodes[i]].inRegister;
+    sources[static_cast<std::size_t>(i)] = m_locations[nodes[i]].inRegister;
   }
   const auto isWanted = [&](int index, std::size_t by) {
     for (std::size_t i = 0; i < sources.size(); ++i) {
@@ -161,39 +161,39 @@ void RegisterFile::fetchArguments(const NodeId* nodes, int count) {
     }
   }
   for (int i = 0; i < count; ++i) {
-    if (m_places[nodes[i]].inRegister < 0) {
+    if (m_locations[nodes[i]].inRegister < 0) {
       loadInto(i, nodes[i]);
     }
   }
 }
 
-void RegisterFile::release(NodeId node) {
-  Place& place = m_places[node];
+void RegisterAllocator::release(NodeId node) {
+  Location& location = m_locations[node];
   const auto uses = m_schedule.usesOf(node);
-  while (place.nextUse < uses.size() && uses[place.nextUse] <= m_now) {
-    ++place.nextUse;
+  while (location.nextUse < uses.size() && uses[location.nextUse] <= m_now) {
+    ++location.nextUse;
   }
-  if (place.nextUse < uses.size()) {
+  if (location.nextUse < uses.size()) {
     return;
   }
-  if (place.inRegister >= 0 && (m_kept >> place.inRegister & 1) == 0) {
-    m_holders[static_cast<std::size_t>(place.inRegister)] = kNoNode;
-    place.inRegister = -1;
+  if (location.inRegister >= 0 && (m_kept >> location.inRegister & 1) == 0) {
+    m_holders[static_cast<std::size_t>(location.inRegister)] = kNoNode;
+    location.inRegister = -1;
   }
   freeSlot(node);
 }
 
-int RegisterFile::takeTarget(int preferred) {
+int RegisterAllocator::takeTarget(int preferred) {
   const bool isFree = m_holders[static_cast<std::size_t>(preferred)] == kNoNode;
   return isFree ? preferred : takeRegister();
 }
 
-void RegisterFile::bind(NodeId node, int target) {
+void RegisterAllocator::bind(NodeId node, int target) {
   m_holders[static_cast<std::size_t>(target)] = node;
-  m_places[node].inRegister = static_cast<std::int8_t>(target);
+  m_locations[node].inRegister = static_cast<std::int8_t>(target);
 }
 
-void RegisterFile::saveLiving() {
+void RegisterAllocator::saveLiving() {
   for (const NodeId holder : m_holders) {
     if (holder != kNoNode && isNeededLater(holder)) {
       save(holder);
@@ -201,22 +201,22 @@ void RegisterFile::saveLiving() {
   }
 }
 
-void RegisterFile::forgetRegisters() {
+void RegisterAllocator::forgetRegisters() {
   for (NodeId& holder : m_holders) {
     if (holder != kNoNode) {
-      m_places[holder].inRegister = -1;
+      m_locations[holder].inRegister = -1;
       holder = kNoNode;
     }
   }
 }
 
-void RegisterFile::moveToMemory(NodeId node) {
-  if (m_places[node].inRegister >= 0) {
+void RegisterAllocator::moveToMemory(NodeId node) {
+  if (m_locations[node].inRegister >= 0) {
     save(node);
   }
 }
 
-Xbyak::Address RegisterFile::addressOf(NodeId node, int lane) {
+Xbyak::Address RegisterAllocator::addressOf(NodeId node, int lane) {
   const Node& value = m_graph.node(node);
   if (value.operation == Operation::constant) {
     return m_assembler.constant(value.payload);
@@ -227,8 +227,8 @@ Xbyak::Address RegisterFile::addressOf(NodeId node, int lane) {
   return reserveSlot(node, lane);
 }
 
-Xbyak::Address RegisterFile::reserveSlot(NodeId node, int lane) {
-  std::int32_t& slot = m_places[node].slot;
+Xbyak::Address RegisterAllocator::reserveSlot(NodeId node, int lane) {
+  std::int32_t& slot = m_locations[node].slot;
   if (slot < 0 && !m_freeSlots.empty()) {
     slot = m_freeSlots.back();
     m_freeSlots.pop_back();
@@ -239,24 +239,24 @@ Xbyak::Address RegisterFile::reserveSlot(NodeId node, int lane) {
   return m_assembler.ptr[m_assembler.rsp + slot * bytesOfSlot + lane * kBytesOfLane];
 }
 
-void RegisterFile::freeSlot(NodeId node) {
-  std::int32_t& slot = m_places[node].slot;
+void RegisterAllocator::freeSlot(NodeId node) {
+  std::int32_t& slot = m_locations[node].slot;
   if (slot >= 0) {
     m_freeSlots.push_back(slot);
     slot = -1;
   }
 }
 
-Xbyak::Address RegisterFile::variableAddress(std::size_t element, int lane) {
+Xbyak::Address RegisterAllocator::variableAddress(std::size_t element, int lane) {
   const auto offset = static_cast<int>(element * sizeof(double));
   if (!m_frame.isColumns) {
     return m_assembler.ptr[m_frame.base + offset];
   }
   Xbyak::Reg64 column = m_assembler.rax;
-  const auto atHand = std::find_if(m_frame.columns.begin(), m_frame.columns.end(),
-                                   [&](const auto& known) { return known.first == element; });
-  if (atHand != m_frame.columns.end()) {
-    column = atHand->second;
+  const auto inRegister = std::find_if(m_frame.columns.begin(), m_frame.columns.end(),
+                                       [&](const auto& known) { return known.first == element; });
+  if (inRegister != m_frame.columns.end()) {
+    column = inRegister->second;
   } else {
     m_assembler.mov(column, m_assembler.ptr[m_frame.base + offset]);
   }

@@ -1,0 +1,49 @@
+# One target a leaf folder.
+#
+#   kelvarin_library(NAME [SHARED|OBJECT] SOURCES file... LINKS target...)
+#   kelvarin_test(NAME SOURCES file... LINKS target... [DEFINITIONS name=value...] [LABELS label...])
+#   kelvarin_label(NAME label...)
+#
+# A test is one executable of GoogleTest cases and one line of ctest. Tests run under a sanitizer by
+# their labels: `files` (what reads bytes that may be wrong) under the one for addresses, `threads`
+# under the one for threads. The target `files_tests` builds all tests with the label `files`.
+
+set(kelvarin_labels files threads)
+foreach(label ${kelvarin_labels})
+  add_custom_target(${label}_tests)
+endforeach()
+
+function(kelvarin_library name)
+  cmake_parse_arguments(arg "SHARED;OBJECT" "" "SOURCES;LINKS" ${ARGN})
+  set(kind STATIC)
+  if(arg_SHARED)
+    set(kind SHARED)
+  elseif(arg_OBJECT)
+    set(kind OBJECT)
+  endif()
+  add_library(${name} ${kind} ${arg_SOURCES})
+  target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE project_options)
+  target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
+endfunction()
+
+function(kelvarin_test name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LINKS;DEFINITIONS;LABELS" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE ${arg_LINKS} GTest::gtest_main project_options)
+  target_compile_definitions(${name} PRIVATE ${arg_DEFINITIONS})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+  add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 300)
+  kelvarin_label(${name} ${arg_LABELS})
+endfunction()
+
+# For a test whose executable has the test's name.
+function(kelvarin_label name)
+  foreach(label ${ARGN})
+    if(NOT label IN_LIST kelvarin_labels)
+      message(FATAL_ERROR "${name} has the label '${label}'; known are: ${kelvarin_labels}.")
+    endif()
+    set_property(TEST ${name} APPEND PROPERTY LABELS ${label})
+    add_dependencies(${label}_tests ${name})
+  endforeach()
+endfunction()
