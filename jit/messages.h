@@ -23,9 +23,6 @@ inline std::string tooDeep(std::size_t maximum) {
 inline std::string unexpectedCharacter() {
   return "unexpected character";
 }
-inline std::string malformedNumber(std::string_view text) {
-  return quoted(text) + " is no number";
-}
 inline std::string numberOutOfRange(std::string_view text) {
   return "the number " + quoted(text) + " is out of range";
 }
@@ -69,7 +66,7 @@ inline std::string tooManyArguments(std::string_view function) {
   return quoted(function) + " has too many arguments";
 }
 inline std::string elementOutOfRange(std::string_view variable) {
-  return "the place of variable " + quoted(variable) + " is out of range";
+  return "the index of variable " + quoted(variable) + " is out of range";
 }
 
 }  // namespace kelvarin::jit::messages
