@@ -15,7 +15,7 @@
 #include <QStringList>
 
 #include "base/result.h"
-#include "expression/backends/backend_kind.h"
+#include "expression/errors/backend_kind.h"
 #include "expression/backends/compiled_expression.h"
 #include "expression/backends/variable_store.h"
 #include "expression/dates/date_status.h"
