@@ -6,6 +6,9 @@
 #include <memory>
 #include <span>
 #include <string_view>
+#include <vector>
+
+#include <QString>
 
 #include "base/null_number.h"
 #include "base/result.h"
@@ -25,6 +28,12 @@ struct EvaluatedValue {
   bool isText() const { return type == Type::text || type == Type::nullText; }
 };
 
+// A variable that an expression assigned to, and what it has become for that expression.
+struct AssignedValue {
+  QString name;
+  EvaluatedValue value;
+};
+
 class NumberExpression;
 
 class CompiledExpression {
@@ -39,6 +48,8 @@ class CompiledExpression {
   const ExpressionError& error() const { return m_error; }
   // Of all evaluations so far.
   virtual TextArguments textArguments() const { return {}; }
+  // By the last evaluation; no other expression sees them.
+  virtual std::vector<AssignedValue> assignedValues() const { return {}; }
 
  protected:
   ExpressionError m_error;

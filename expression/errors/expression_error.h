@@ -28,9 +28,9 @@ struct ExpressionError {
   };
   enum class ValueType : unsigned char { unknown, number, text, condition, array };
 
-  QString message;    // the library's text, or one of ours
-  int position = -1;  // 0-based UTF-16 unit of the user's expression; -1 when unknown
-  QString token;      // the offending piece; empty when unknown
+  QString message;     // the library's text, or one of ours
+  int position = -1;   // 0-based UTF-16 unit of the user's expression; -1 when unknown
+  QString token = {};  // the offending piece; empty when unknown
   Kind kind = Kind::other;
   // For wrongType, as far as they are known.
   ValueType found = ValueType::unknown;
