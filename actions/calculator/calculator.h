@@ -78,7 +78,7 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   std::span<const KnownElements> knownElements() const override;
   LogDetails detailsOfOutput(int output) const override;
 
-  FailurePlace placeOf(const RowFailure& failure) const;
+  FailureLocation placeOf(const RowFailure& failure) const;
 
   std::vector<OutputVariable> m_outputs;
   std::vector<InputVariable> m_variables;  // of the run: the action's own, then those of the table

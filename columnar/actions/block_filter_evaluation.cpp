@@ -141,7 +141,7 @@ QStringList BlockFilterEvaluation::explanations() const {
   for (const InputVariable& input : inputs()) {
     names.variables += input.name();
   }
-  QStringList explanations{QString::fromLatin1(messages::kHere) + u'\n' +
+  QStringList explanations{messages::here() + u'\n' +
                            markedExpression(m_filter.expression, m_error)};
   explanations.back().replace(u'\n', QStringLiteral("\n    "));
   if (const QString hint = expressionHint(m_error, m_filter.expression, names); !hint.isEmpty()) {
