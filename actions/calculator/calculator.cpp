@@ -107,12 +107,12 @@ QString Calculator::expressionFailureText(const RowFailure& failure) const {
   return calculatorErrorText(failure.name, failure.error, placeOf(failure));
 }
 
-FailurePlace Calculator::placeOf(const RowFailure& failure) const {
+FailureLocation Calculator::placeOf(const RowFailure& failure) const {
   return {rowNumber(), QString::fromLatin1(typeName()), failure.backend};
 }
 
 QString Calculator::checkText(const QString& output, const QString& text) const {
-  return QString::fromUtf8(messages::kCalculatorOpening).arg(output) + text;
+  return messages::calculatorOpening(output) + text;
 }
 
 QString Calculator::referenceTimeWarning() const {

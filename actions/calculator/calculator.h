@@ -56,9 +56,9 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   // False: the run must stop.
   template <int kOutputs>
   bool evaluateOutputs() {
-    const int outputs = kOutputs == kAnyNumber ? m_evaluator.outputCount() : kOutputs;
+    const int outputs = kOutputs == kAnyNumber ? m_evaluator.expressions.outputCount() : kOutputs;
     for (int i = 0; i < outputs; ++i) {
-      if (m_evaluator.evaluate(i) == RowOutcome::stop) {
+      if (m_evaluator.rows.evaluate(i) == RowOutcome::stop) {
         return false;
       }
     }
@@ -66,7 +66,7 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   }
   RowStep publishRow() {
     setRowReadyForOutput(0);
-    m_evaluator.advanceRow();
+    m_evaluator.rows.advanceRow();
     return RowStep::more;
   }
 
@@ -78,7 +78,7 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   std::span<const KnownElements> knownElements() const override;
   LogDetails detailsOfOutput(int output) const override;
 
-  FailurePlace placeOf(const RowFailure& failure) const;
+  FailureLocation placeOf(const RowFailure& failure) const;
 
   std::vector<OutputVariable> m_outputs;
   std::vector<InputVariable> m_variables;  // of the run: the action's own, then those of the table

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "expression/evaluator/column_evaluation.h"
+#include "expression/evaluator/batch_evaluation.h"
 #include "host/contract/rows_in_hand.h"
 
 namespace kelvarin {

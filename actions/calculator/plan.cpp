@@ -57,7 +57,7 @@ bool Calculator::plan(const OneRow& columns) {
   }
   if (!isChecking()) {
     connectResults(outputColumns.value());
-    m_lookout.open(m_evaluator.canEvaluateAhead());
+    m_lookout.open(m_evaluator.batches.isPossible());
   }
   return true;
 }
@@ -110,11 +110,11 @@ void Calculator::connectResults(const OutputColumns& columns) {
     const int output = static_cast<int>(i);
     const int column = columns.columnOfOutput[i];
     if (!isNumeric(m_outputs[i])) {
-      m_evaluator.setTextTarget(output, &places[column]);
+      m_evaluator.rows.setTextTarget(output, &places[column]);
     } else if (m_outputs[i].update) {
-      m_updatedNumbers.push_back({m_evaluator.resultCell(output), column});
+      m_updatedNumbers.push_back({m_evaluator.rows.resultCell(output), column});
     } else {
-      places[column] = m_evaluator.resultCell(output);
+      places[column] = m_evaluator.rows.resultCell(output);
     }
   }
 }

@@ -5,7 +5,7 @@ namespace kelvarin {
 
 template <int kOutputs, bool kUpdatesNumbers>
 ExpressionAction::RowStep Calculator::evaluateRow(const OneRow& row) {
-  if (m_evaluator.loadRow(row) == RowOutcome::stop) {
+  if (m_evaluator.rows.loadRow(row) == RowOutcome::stop) {
     return failAtRow();
   }
   unsigned char** columns = passColumnsOn(row);
@@ -39,12 +39,12 @@ bool Calculator::computeRow(ActionItem* action) {
 
 // What can fail is evaluated here, in its turn.
 ExpressionAction::RowStep Calculator::publishEvaluatedRow(const OneRow& row) {
-  if (m_mustLoadRows && m_evaluator.loadRow(row) == RowOutcome::stop) {
+  if (m_mustLoadRows && m_evaluator.rows.loadRow(row) == RowOutcome::stop) {
     return failAtRow();
   }
   unsigned char** columns = passColumnsOn(row);
   for (const int output : m_outputsByRow) {
-    if (m_evaluator.evaluate(output) == RowOutcome::stop) {
+    if (m_evaluator.rows.evaluate(output) == RowOutcome::stop) {
       return failAtRow();
     }
   }
@@ -86,7 +86,7 @@ ExpressionAction::RowStep Calculator::evaluateObservedRow(const OneRow& row) {
   for (const int column : m_columnOfOutput) {
     results += computed->col(column, nullptr);
   }
-  return showRow(results) ? RowStep::more : RowStep::finished;
+  return showRow(row, results) ? RowStep::more : RowStep::finished;
 }
 
 }  // namespace kelvarin

@@ -44,7 +44,7 @@ QString CalculatorVectorized::expressionFailureText(const RowFailure& failure) c
 }
 
 QString CalculatorVectorized::checkText(const QString& output, const QString& text) const {
-  return QString::fromUtf8(messages::kVectorizedOpening).arg(output) + text;
+  return messages::vectorizedOpening(output) + text;
 }
 
 }  // namespace kelvarin

@@ -85,15 +85,15 @@ void CalculatorVectorized::tellColumns(const QStringList& names) const {
 // The columns of numbers point at their cells for the whole run; texts are stored through their
 // column's slot.
 void CalculatorVectorized::connectResults(const OutputColumns& columns) {
-  const auto outputs = static_cast<std::size_t>(m_evaluator.outputCount());
+  const auto outputs = static_cast<std::size_t>(m_evaluator.expressions.outputCount());
   m_results.resize(outputs);
   m_numberCells.assign(columns.columnOfOutput.size(), kNullNumber);
   for (std::size_t i = 0; i < outputs; ++i) {
     const int output = static_cast<int>(i);
     if (isNumeric(m_outputs[i])) {
-      m_results[i].cell = m_evaluator.resultCell(output);
+      m_results[i].cell = m_evaluator.rows.resultCell(output);
     } else {
-      m_evaluator.setTextTarget(output, &m_results[i].text);
+      m_evaluator.rows.setTextTarget(output, &m_results[i].text);
     }
   }
   unsigned char** places = getOutputRowForOutputPin(0)->getAllColForWrite();
@@ -102,7 +102,7 @@ void CalculatorVectorized::connectResults(const OutputColumns& columns) {
       places[columns.columnOfOutput[i]] = reinterpret_cast<unsigned char*>(&m_numberCells[i]);
     }
   }
-  m_evaluator.nameElements(columns.names.last(static_cast<qsizetype>(m_numberCells.size())));
+  m_evaluator.rows.nameElements(columns.names.last(static_cast<qsizetype>(m_numberCells.size())));
 }
 
 }  // namespace kelvarin

@@ -8,11 +8,11 @@ namespace kelvarin {
 template <int kOutputs>
 ExpressionAction::RowStep CalculatorVectorized::evaluateRow(const OneRow& row) {
   unsigned char** newColumns = passColumnsOn(row) + row.sz();
-  if (m_evaluator.loadRow(row) == RowOutcome::stop) {
+  if (m_evaluator.rows.loadRow(row) == RowOutcome::stop) {
     return failAtRow();
   }
   for (int element = 0; element < m_elementCount; ++element) {
-    if (element > 0 && m_evaluator.loadElement(row, element) == RowOutcome::stop) {
+    if (element > 0 && m_evaluator.rows.loadElement(row, element) == RowOutcome::stop) {
       return failAtRow();
     }
     if (!evaluateOutputs<kOutputs>()) {

@@ -95,8 +95,9 @@ LogDetails FilterRows::detailsOfOutput(int) const {
   return details;
 }
 
-const char* FilterRows::failedRowsText() const {
-  return messages::kFailedFilterRows;
+QString FilterRows::failedRowsText(const FailureCount& failures) const {
+  return messages::failedFilterRows(failures.count, failures.firstName, failures.firstRow,
+                                    failures.firstMessage);
 }
 
 void FilterRows::setComputeRoutine() {
@@ -117,11 +118,11 @@ QString FilterRows::expressionFailureText(const RowFailure& failure) const {
 }
 
 QString FilterRows::checkText(const QString&, const QString& text) const {
-  return QString::fromUtf8(messages::kFilterOpening) + text;
+  return messages::filterOpening() + text;
 }
 
 QString FilterRows::referenceTimeWarning() const {
-  return QString::fromUtf8(messages::kReferenceUnparsable);
+  return messages::referenceUnparsable();
 }
 
 std::span<const KnownElements> FilterRows::knownElements() const {

@@ -44,7 +44,7 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
   QString referenceTimeWarning() const override;
   std::span<const KnownElements> knownElements() const override;
   LogDetails detailsOfOutput(int output) const override;
-  const char* failedRowsText() const override;
+  QString failedRowsText(const FailureCount& failures) const override;
   // The first row stops it in any case.
   bool mayFailedRowStop() const override { return true; }
 
@@ -70,7 +70,7 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
     if (!isDecidedAhead()) {
       return evaluateRow(row, isKept);
     }
-    if (m_mustLoadRows && m_evaluator.loadRow(row) == RowOutcome::stop) {
+    if (m_mustLoadRows && m_evaluator.rows.loadRow(row) == RowOutcome::stop) {
       return failAtRow();
     }
     isKept = m_decided[m_nextDecided++] != 0;

@@ -71,7 +71,7 @@ bool FilterRows::startRows(const OneRow& firstRow) {
     computeRoutine = &FilterRows::computeSampledRow;
     return sampleRow(firstRow) != RowStep::more || m_sampleSize == 1;
   }
-  m_lookout.open(m_evaluator.canEvaluateAhead());
+  m_lookout.open(m_evaluator.batches.isPossible());
   if (m_settings.truncate) {
     computeRoutine = &FilterRows::computeRow<true>;
     return filterRow<true>(firstRow) != RowStep::more;

@@ -11,12 +11,12 @@ void FilterRows::passToBoth(const OneRow& row) {
 // Where failed rows do not stop the run they are false, but for the first one: it shows that the
 // expression is wrong.
 ExpressionAction::RowStep FilterRows::evaluateRow(const OneRow& row, bool& isKept) {
-  RowOutcome outcome = m_evaluator.loadRow(row);
+  RowOutcome outcome = m_evaluator.rows.loadRow(row);
   if (outcome != RowOutcome::stop) [[likely]] {
-    outcome = m_evaluator.evaluateTruth(0, isKept);
+    outcome = m_evaluator.rows.evaluateTruth(0, isKept);
   }
   const bool isFailure = outcome == RowOutcome::stop ||
-                         (outcome == RowOutcome::failed && m_evaluator.rowNumber() == 0.0);
+                         (outcome == RowOutcome::failed && m_evaluator.rows.rowNumber() == 0.0);
   return isFailure ? failAtRow() : RowStep::more;
 }
 
@@ -27,7 +27,7 @@ ExpressionAction::RowStep FilterRows::filterRow(const OneRow& row) {
     return step;
   }
   passTo(isKept ? 0 : 1, row);
-  m_evaluator.advanceRow();
+  m_evaluator.rows.advanceRow();
   if constexpr (kTruncates) {
     if (!isKept) {
       m_wasTruncated = true;
@@ -73,9 +73,9 @@ ExpressionAction::RowStep FilterRows::filterObservedRow(const OneRow& row) {
   }
   if (!isSampling()) {
     passTo(isKept ? 0 : 1, row);
-    m_evaluator.advanceRow();
+    m_evaluator.rows.advanceRow();
   }
-  if (!showRow({isKept ? QStringLiteral("true") : QStringLiteral("false")})) {
+  if (!showRow(row, {isKept ? QStringLiteral("true") : QStringLiteral("false")})) {
     return RowStep::finished;
   }
   m_wasTruncated = m_settings.truncate && !isKept;

@@ -25,9 +25,14 @@ class ExpressionAction : public ActionItem {
   // and every row waits.
   void setObserver(RowObserver* observer) { m_observer = observer; }
 
+  // Checks one output as a check of the graph does, with graph parameters replaced and the
+  // variables' samples, and logs nothing. In a run and outside of one; variables of a table on the
+  // second pin are not known.
+  ExpressionCheck check(const OutputVariable& output, ResultUse use) const;
+
   // Refuses elements that it does not know.
   char init() override;
-  // Tells what the user should know at the end of a run; an error of the action's own says it all.
+  // Reports what the user should know at the end of a run; an error of the action's own says it all.
   char close() override;
   // Never.
   char canRunInParallel(QString what, bool* reason) override;
@@ -50,11 +55,14 @@ class ExpressionAction : public ActionItem {
                                     const QStringList& expressions, int elementCount = 1);
   // Compiles every output, or in a check tries it; all errors are logged. False: there were some.
   [[nodiscard]] bool compileOutputs(const std::vector<OutputVariable>& outputs, ResultUse use);
+  // Makes what an observer shows of rows that are not evaluated, as in sampling; a variable whose
+  // column is missing is not shown.
+  void startShowing(const OneRow& columns);
   // Shows the evaluated row to the observer and waits; false when the user stopped.
-  [[nodiscard]] bool showRow(const QStringList& results);
+  [[nodiscard]] bool showRow(const OneRow& row, const QStringList& results);
 
   void logError(const QString& text) const;
-  // About an output: an error or a warning with its place, and what explains it.
+  // About an output: an error or a warning with its location, and what explains it.
   void logAboutOutput(LogLevel level, const QString& text, int output,
                       const QString& explanation) const;
   QString dateFormatUnknownText() const;
@@ -63,7 +71,7 @@ class ExpressionAction : public ActionItem {
   // Logs why the last row stopped, and fails the run.
   RowStep failAtRow();
 
-  long long rowNumber() const { return static_cast<long long>(m_evaluator.rowNumber()); }
+  long long rowNumber() const { return static_cast<long long>(m_evaluator.rows.rowNumber()); }
 
   // What differs between the actions: the text about an expression that failed at a row, the one
   // about an expression that did not pass a check, the warning about the reference time, and the
@@ -72,10 +80,10 @@ class ExpressionAction : public ActionItem {
   virtual QString checkText(const QString& output, const QString& text) const = 0;
   virtual QString referenceTimeWarning() const = 0;
   virtual std::span<const KnownElements> knownElements() const = 0;
-  // The place of an output in the graph file, and its name where it has one.
+  // The location of an output in the graph file, and its name where it has one.
   virtual LogDetails detailsOfOutput(int output) const = 0;
   // What became of rows that failed and did not stop the run, for the warning at the end.
-  virtual const char* failedRowsText() const;
+  virtual QString failedRowsText(const FailureCount& failures) const;
   // A row that fails stops the run, at least where it is the first one.
   virtual bool mayFailedRowStop() const { return m_options.abortWhenError; }
 
@@ -86,20 +94,23 @@ class ExpressionAction : public ActionItem {
  private:
   [[nodiscard]] bool prepareDates(const QStringList& expressions);
   [[nodiscard]] bool checkOutput(int output, ResultUse use);
-  [[nodiscard]] bool checkTriedOutput(int output, const QString& text);
+  [[nodiscard]] bool reportTriedOutput(int output, const ExpressionCheck& check);
   void warnAbout(int output, ResultUse use) const;
-  // With the place of the error in the expression, and what may have been meant.
+  // With the position of the error in the expression, and what may have been meant.
   void logFailure(LogLevel level, const QString& text, int output, const ExpressionError& error,
                   const QString& note = QString()) const;
-  void reportMissingColumn(const OneRow& columns, const QString& text) const;
-  void tellTextsAsNumbers(const OneRow& columns) const;
+  EvaluationOptions expandedOptions() const;
+  std::vector<InputVariable> withExpandedLabels(std::vector<InputVariable> inputs) const;
+  Status<BindingFailure> bindColumns(const OneRow& columns, int elementCount);
+  void reportBindingFailure(const OneRow& columns, const BindingFailure& failure) const;
+  void reportTextsAsNumbers(const OneRow& columns) const;
   const OutputVariable& output(int index) const {
     return m_outputsOfRun[static_cast<std::size_t>(index)];
   }
   // The values that its variables have now, as `kelvarin eval` takes them.
   TriedExpression triedExpression(int output) const;
   QString explanation(int output, const ExpressionError& error, const QString& note) const;
-  void tellBackends();
+  void reportBackends();
   QString failureText(const RowFailure& failure) const;
 
   RowObserver* m_observer = nullptr;

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string>
 
-#include "expression/backends/backend_kind.h"
+#include "expression/errors/backend_kind.h"
 #include "expression/backends/bit_operations.h"
 #include "expression/errors/messages.h"
 #include "expression/tokens/expression_tokens.h"

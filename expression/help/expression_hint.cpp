@@ -164,7 +164,7 @@ QString hintAtArguments(const QString& message) {
 // condition.
 QString hintAtTypes(const ExpressionError& error) {
   const QString& message = error.message;
-  if (message.contains(QLatin1String(messages::kStringForNumber))) {
+  if (error.kind == ExpressionError::Kind::textForNumber) {
     return QString::fromLatin1(kTextForNumberColumn);
   }
   static const QRegularExpression pattern(
