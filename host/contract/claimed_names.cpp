@@ -1,17 +1,13 @@
 #include "host/contract/claimed_names.h"
 
 #include <algorithm>
-#include <filesystem>
+#include <atomic>
 #include <map>
 #include <mutex>
-#include <set>
-#include <vector>
-
-#include <sys/stat.h>
-
-#include <QFile>
 
 #include "host/contract/action_item.h"
+#include "host/contract/file_keys.h"
+#include "host/contract/host_session.h"
 #include "host/contract/messages.h"
 
 namespace kelvarin {
@@ -20,193 +16,175 @@ FileUser::~FileUser() = default;
 
 namespace {
 
-namespace fs = std::filesystem;
-
 struct Claim {
   const ActionItem* action;
   QString actionName;
+  QString graphFile;
   UsedFile file;
   bool isCompanion;  // it has the form of a companion's name, and claims nothing else of that form
-};
 
-struct AllClaims {
-  std::mutex mutex;  // guards what follows
-  std::map<std::pair<const GlobalParameters*, QString>, std::vector<Claim>> byKey;
-  std::set<std::pair<const GlobalParameters*, const ClaimedNames*>> awaitingReads;
-};
-
-AllClaims& allClaims() {
-  static AllClaims claims;
-  return claims;
-}
-
-struct Key {
-  QString text;
-  bool isCompanion = false;
-};
-
-QString textOf(const fs::path& path) {
-  return QFile::decodeName(QByteArray::fromStdString(path.string()));
-}
-
-fs::path withoutLinks(const fs::path& path) {
-  std::error_code error;
-  const fs::path resolved = fs::weakly_canonical(path, error);
-  return error ? path.lexically_normal() : resolved;
-}
-
-// Where a link leads although nothing is there yet.
-fs::path endOfLinks(fs::path path) {
-  constexpr int kMostLinks = 40;
-  std::error_code error;
-  for (int i = 0; i < kMostLinks && fs::is_symlink(fs::symlink_status(path, error)); ++i) {
-    path = path.parent_path() / fs::read_symlink(path, error);
+  bool writes() const { return file.use == FileUse::writes; }
+  bool hinders(const Claim& other) const {
+    return action != other.action && (writes() || other.writes()) &&
+           !(isCompanion && other.isCompanion);
   }
-  return withoutLinks(path);
-}
+};
 
-// "sales.012.cs" has the form "sales.???.cs"; empty when the name has no such form.
-QString formOfCompanion(const QString& name) {
-  const qsizetype last = name.lastIndexOf(u'.');
-  const qsizetype first = last < 1 ? -1 : name.lastIndexOf(u'.', last - 1);
-  if (first < 0 || last - first < 2) {
-    return {};
-  }
-  QString form = name;
-  for (qsizetype i = first + 1; i < last; ++i) {
-    if (form[i] < u'0' || form[i] > u'9') {
-      return {};
+}  // namespace
+
+class FileClaims::Table {
+ public:
+  // Nothing, or the claim that hinders this one.
+  std::optional<Claim> add(const Claim& claim, const std::vector<FileKey>& keys) {
+    const std::lock_guard lock(m_mutex);
+    for (const FileKey& key : keys) {
+      const auto holders = m_byKey.find(key.text);
+      if (holders == m_byKey.end()) {
+        continue;
+      }
+      for (const Claim& other : holders->second) {
+        if (other.hinders(of(claim, key))) {
+          return other;
+        }
+      }
     }
-    form[i] = u'?';
-  }
-  return form;
-}
-
-std::vector<Key> keysOf(const UsedFile& file) {
-  if (isStandardOutput(file.path)) {
-    return {{QStringLiteral("-")}};
-  }
-  std::error_code error;
-  const fs::path path = fs::absolute(QFile::encodeName(file.path).toStdString(), error);
-  std::vector<Key> keys;
-  struct stat status {};
-  if (::stat(path.c_str(), &status) == 0) {
-    if (!S_ISREG(status.st_mode)) {
-      return {};
+    for (const FileKey& key : keys) {
+      m_byKey[key.text].push_back(of(claim, key));
     }
-    keys.push_back({QStringLiteral("i%1:%2").arg(status.st_dev).arg(status.st_ino)});
+    return std::nullopt;
   }
-  const fs::path folder = withoutLinks(path.parent_path());
-  const QString name = textOf(path.filename());
-  keys.push_back({u'n' + textOf(folder / path.filename())});
-  if (const QString end = u'n' + textOf(endOfLinks(path)); end != keys.back().text) {
-    keys.push_back({end});
-  }
-  const auto companionKey = [&](const QString& form) {
-    return u'c' + textOf(folder) + u'/' + form;
-  };
-  if (!file.companions.isEmpty()) {
-    keys.push_back({companionKey(file.companions)});
-  }
-  if (const QString form = formOfCompanion(name); !form.isEmpty()) {
-    keys.push_back({companionKey(form), true});
-  }
-  return keys;
-}
 
-bool hinder(const Claim& claim, const Claim& other) {
-  const bool isWritten = claim.file.use == FileUse::writes || other.file.use == FileUse::writes;
-  return claim.action != other.action && isWritten && !(claim.isCompanion && other.isCompanion);
+  void remove(const ActionItem* action, const QStringList& keys) {
+    const std::lock_guard lock(m_mutex);
+    for (const QString& key : keys) {
+      const auto entry = m_byKey.find(key);
+      auto& holders = entry->second;
+      holders.erase(std::find_if(holders.begin(), holders.end(), [action](const Claim& claim) {
+        return claim.action == action;
+      }));
+      if (holders.empty()) {
+        m_byKey.erase(entry);
+      }
+    }
+  }
+
+  std::atomic<int> awaitedReads{0};  // actions that do not know all their files
+
+ private:
+  static Claim of(Claim claim, const FileKey& key) {
+    claim.isCompanion = key.isCompanion;
+    return claim;
+  }
+
+  std::mutex m_mutex;  // guards m_byKey
+  std::map<QString, std::vector<Claim>> m_byKey;
+};
+
+namespace {
+
+Claim claimOf(const ActionItem& action, const UsedFile& file) {
+  const GlobalParameters* graph = action.globalParameters();
+  return {&action, action.name(), graph == nullptr ? QString() : graph->graphFile(), file, false};
 }
 
 QString textAbout(const Claim& claim, const Claim& other) {
-  if (claim.file.use == FileUse::writes && other.file.use == FileUse::writes) {
+  if (claim.writes() && other.writes()) {
     return isStandardOutput(claim.file.path)
                ? messages::standardOutputTwice(other.actionName, claim.actionName)
                : messages::writtenTwice(other.actionName, other.file.path, claim.actionName,
                                         claim.file.path);
   }
-  const bool isWriter = claim.file.use == FileUse::writes;
-  const Claim& writer = isWriter ? claim : other;
-  const Claim& reader = isWriter ? other : claim;
+  const Claim& writer = claim.writes() ? claim : other;
+  const Claim& reader = claim.writes() ? other : claim;
   return messages::replacesSource(writer.actionName, writer.file.path, reader.actionName,
                                   reader.file.path);
 }
 
+QString textAboutOtherGraph(const Claim& claim, const Claim& other) {
+  return isStandardOutput(claim.file.path)
+             ? messages::standardOutputOfOtherGraph(claim.actionName, other.actionName,
+                                                    other.graphFile)
+             : messages::writtenByOtherGraph(claim.actionName, claim.file.path, other.actionName,
+                                             other.file.path, other.graphFile);
+}
+
+QStringList textsOf(const std::vector<FileKey>& keys) {
+  QStringList texts;
+  for (const FileKey& key : keys) {
+    texts += key.text;
+  }
+  return texts;
+}
+
 }  // namespace
 
+FileClaims::FileClaims() : m_table(std::make_shared<Table>()) {}
+FileClaims::~FileClaims() = default;
+
+std::optional<QString> FileClaims::add(const ActionItem& action, const UsedFile& file) {
+  const Claim claim = claimOf(action, file);
+  const auto other = m_table->add(claim, keysOf(file));
+  return other ? std::optional(textAbout(claim, *other)) : std::nullopt;
+}
+
+const std::shared_ptr<FileClaims::Table>& ClaimedNames::writtenByAllGraphs() {
+  static const auto table = std::make_shared<FileClaims::Table>();
+  return table;
+}
+
 std::optional<QString> ClaimedNames::claim(const ActionItem& action, const UsedFile& file) {
-  m_graph = action.globalParameters();
-  m_action = &action;
-  const std::vector<Key> keys = keysOf(file);
-  AllClaims& claims = allClaims();
-  const std::lock_guard lock(claims.mutex);
-  const auto claimOf = [&](const Key& key) {
-    return Claim{&action, action.name(), file, key.isCompanion};
-  };
-  for (const Key& key : keys) {
-    const auto holders = claims.byKey.find({m_graph, key.text});
-    if (holders == claims.byKey.end()) {
-      continue;
+  const Claim claim = claimOf(action, file);
+  const std::vector<FileKey> keys = keysOf(file);
+  const std::size_t heldBefore = m_entries.size();
+  if (HostSession* session = HostSession::current()) {
+    const auto& table = session->claims().m_table;
+    if (const auto other = table->add(claim, keys)) {
+      return textAbout(claim, *other);
     }
-    for (const Claim& other : holders->second) {
-      if (hinder(claimOf(key), other)) {
-        return textAbout(claimOf(key), other);
-      }
-    }
+    m_entries.push_back({table, &action, textsOf(keys)});
   }
-  for (const Key& key : keys) {
-    claims.byKey[{m_graph, key.text}].push_back(claimOf(key));
-    m_keys.append(key.text);
+  if (!claim.writes()) {
+    return std::nullopt;
   }
+  if (const auto other = writtenByAllGraphs()->add(claim, keys)) {
+    giveBackAfter(heldBefore);
+    return textAboutOtherGraph(claim, *other);
+  }
+  m_entries.push_back({writtenByAllGraphs(), &action, textsOf(keys)});
   return std::nullopt;
 }
 
 void ClaimedNames::giveBack() {
   readsAreKnown();
-  AllClaims& claims = allClaims();
-  const std::lock_guard lock(claims.mutex);
-  for (const QString& key : m_keys) {
-    const auto entry = claims.byKey.find({m_graph, key});
-    auto& holders = entry->second;
-    holders.erase(std::find_if(holders.begin(), holders.end(),
-                               [this](const Claim& claim) { return claim.action == m_action; }));
-    if (holders.empty()) {
-      claims.byKey.erase(entry);
-    }
-  }
-  m_keys.clear();
+  giveBackAfter(0);
 }
 
-void ClaimedNames::awaitReads(const ActionItem& action) {
+// All but the first `count` entries.
+void ClaimedNames::giveBackAfter(std::size_t count) {
+  for (; m_entries.size() > count; m_entries.pop_back()) {
+    const Entries& last = m_entries.back();
+    last.table->remove(last.action, last.keys);
+  }
+}
+
+void ClaimedNames::awaitReads() {
   readsAreKnown();
-  m_graph = action.globalParameters();
-  m_awaitsReads = true;
-  AllClaims& claims = allClaims();
-  const std::lock_guard lock(claims.mutex);
-  claims.awaitingReads.emplace(m_graph, this);
+  if (HostSession* session = HostSession::current()) {
+    m_awaiting = session->claims().m_table;
+    ++m_awaiting->awaitedReads;
+  }
+}
+
+bool ClaimedNames::areReadsAwaited() {
+  HostSession* session = HostSession::current();
+  return session != nullptr && session->claims().m_table->awaitedReads > 0;
 }
 
 void ClaimedNames::readsAreKnown() {
-  if (!m_awaitsReads) {
-    return;
+  if (m_awaiting != nullptr) {
+    --m_awaiting->awaitedReads;
+    m_awaiting.reset();
   }
-  m_awaitsReads = false;
-  AllClaims& claims = allClaims();
-  const std::lock_guard lock(claims.mutex);
-  claims.awaitingReads.erase({m_graph, this});
-}
-
-bool ClaimedNames::areReadsAwaited(const GlobalParameters* graph) {
-  AllClaims& claims = allClaims();
-  const std::lock_guard lock(claims.mutex);
-  const auto first = claims.awaitingReads.lower_bound({graph, nullptr});
-  return first != claims.awaitingReads.end() && first->first == graph;
-}
-
-bool isStandardOutput(const QString& path) {
-  return path == QLatin1String("-") || path == QLatin1String("/dev/stdout") ||
-         path == QLatin1String("/dev/fd/1") || path == QLatin1String("/proc/self/fd/1");
 }
 
 }  // namespace kelvarin

@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 
 #include "host/contract/host_services.h"
+#include "host/contract/host_session.h"
 
 using kelvarin::hostServices;
 

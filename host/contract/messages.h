@@ -106,6 +106,25 @@ inline QString replacesSource(const QString& writer, const QString& written, con
              "another file.")
       .arg(writer, reader, sameFiles(written, read));
 }
+// The same between two graphs that run at one time; `graph` may be empty.
+inline QString ofOtherGraph(const QString& action, const QString& graph) {
+  return graph.isEmpty() ? QStringLiteral("the action '%1' of another graph").arg(action)
+                         : QStringLiteral("the action '%1' of the graph '%2'").arg(action, graph);
+}
+inline QString writtenByOtherGraph(const QString& action, const QString& file, const QString& other,
+                                   const QString& otherFile, const QString& otherGraph) {
+  return QStringLiteral(
+             "The action '%1' cannot write its file: %2 is being written by %3, which runs at the "
+             "same time. Wait for its end, or write to another file.")
+      .arg(action, sameFiles(file, otherFile), ofOtherGraph(other, otherGraph));
+}
+inline QString standardOutputOfOtherGraph(const QString& action, const QString& other,
+                                          const QString& otherGraph) {
+  return QStringLiteral(
+             "The action '%1' cannot write to standard output: %2, which runs at the same time, "
+             "writes there, and their rows would mix. Wait for its end, or write to a file.")
+      .arg(action, ofOtherGraph(other, otherGraph));
+}
 
 inline QString noSuchColumn(const QString& name) {
   return QStringLiteral("The table has no column '%1'.").arg(name);
