@@ -77,8 +77,8 @@ PinColumns columnsOfPin(TestGraph& t, const char* action, int pin) {
 TEST(InputColumns, AreKnownWithoutARun) {
   TestGraph t(
       "<Count name='data' texts='1'/><Count name='table' rows='3'/><WithTable name='c'/>"
-      "<Pass name='p'/><Collect name='w'/><Faulty name='below'/>",
-      "data c, table c:1, c p, p w, p below", prototypesWith<Faulty>());
+      "<Collect name='w'/><Faulty name='beside'/>",
+      "data c, table c:1, c w, c beside", prototypesWith<Faulty>());
   const std::vector<PinColumns::Column> expected{
       {QStringLiteral("n"), MetaTypeColumn::number}, {QStringLiteral("t"), MetaTypeColumn::text}};
   EXPECT_EQ(columnsOfPin(t, "w", 0).columns, expected);
