@@ -1,6 +1,6 @@
 // What the program offers to the graphs it runs: their log and the question about a full disk.
 //
-// Installed for the lifetime of the object.  Threads: any.
+// The thread that makes it works in its session while it lives.  Threads: any.
 #pragma once
 
 #include <mutex>
@@ -8,6 +8,7 @@
 #include "cli/console.h"
 #include "cli/disk_wait.h"
 #include "host/contract/host_services.h"
+#include "host/contract/host_session.h"
 
 namespace kelvarin {
 
@@ -16,7 +17,6 @@ class ProgramServices : public HostServices {
   // `graphFile` is how places in the graph are called; empty where there is no graph.
   explicit ProgramServices(Console& console, int diskWaitSeconds = 60,
                            const QString& graphFile = QString());
-  ~ProgramServices() override;
 
   void log(LogLevel level, const QString& text, const ActionItem* action) override;
   // The text, and behind an error or a warning the place in the graph to look at.
@@ -32,7 +32,8 @@ class ProgramServices : public HostServices {
   const QString m_graphFile;
   std::mutex m_mutex;   // guards m_lastPlace
   QString m_lastPlace;  // written last, so that many lines about one place name it once
-  HostServices* m_previous;
+  HostSession m_session{this};
+  const HostSession::Scope m_scope{&m_session};
 };
 
 }  // namespace kelvarin

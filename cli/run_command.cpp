@@ -4,7 +4,7 @@
 #include "cli/graph_session.h"
 #include "cli/messages.h"
 #include "cli/run_report.h"
-#include "host/files/claimed_names.h"
+#include "host/contract/claimed_names.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {

@@ -6,7 +6,7 @@
 #include <QFile>
 
 #include "columnar/format/file_names.h"
-#include "host/files/claimed_names.h"
+#include "host/contract/claimed_names.h"
 
 namespace kelvarin {
 

@@ -17,7 +17,7 @@
 #include "columnar/actions/waiting.h"
 #include "columnar/reader/block_reader.h"
 #include "columnar/reader/blocks_ahead.h"
-#include "host/files/claimed_names.h"
+#include "host/contract/claimed_names.h"
 
 namespace kelvarin {
 

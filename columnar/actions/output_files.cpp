@@ -6,7 +6,7 @@
 #include "columnar/actions/claimed_tables.h"
 #include "columnar/actions/write_messages.h"
 #include "columnar/format/file_names.h"
-#include "host/contract/host_services.h"
+#include "host/contract/host_session.h"
 #include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 
@@ -22,11 +22,12 @@ RunningState stateOf(const ActionItem& action) {
 
 // Asks the host, unless the run has come to a bad end meanwhile.
 AskAboutFullDisk askOnBehalfOf(const ActionItem& action) {
-  return [&action](const QString& file, int missingBytes) {
+  return [&action, session = HostSession::current()](const QString& file, int missingBytes) {
     const RunningState state = stateOf(action);
     if (state != RunningState::running && state != RunningState::endedNormally) {
       return false;
     }
+    const HostSession::Scope scope(session);
     const CurrentAction current(&action);
     return MainUI::displayOutOfDiskSpace(file, missingBytes, true);
   };
@@ -56,7 +57,7 @@ OutputFiles::Table OutputFiles::open(const QString& file) {
   // While a reader of the graph does not know all its files, the one that is there may be among
   // them.
   const bool isReplacedAtEnd =
-      m_settings.replaceAtEnd || ClaimedNames::areReadsAwaited(m_action.globalParameters());
+      m_settings.replaceAtEnd || ClaimedNames::areReadsAwaited();
   auto table =
       std::make_unique<OutputTable>(m_action, file, isReplacedAtEnd, askOnBehalfOf(m_action));
   const auto openTable = [&] {

@@ -9,7 +9,7 @@
 
 #include "columnar/actions/output_table.h"
 #include "columnar/actions/write_settings.h"
-#include "host/files/claimed_names.h"
+#include "host/contract/claimed_names.h"
 
 namespace kelvarin {
 

@@ -108,7 +108,7 @@ char ReadColumnarGel::init() {
 
 bool ReadColumnarGel::claimFiles() {
   if (m_settings.fileNameFromPin) {
-    m_names.awaitReads(*this);
+    m_names.awaitReads();
   }
   for (const UsedFile& file : usedFiles()) {
     if (const auto hindrance = m_names.claim(*this, file)) {

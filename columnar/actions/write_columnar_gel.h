@@ -10,7 +10,7 @@
 #include "columnar/actions/columnar_write.h"
 #include "columnar/actions/write_settings.h"
 #include "host/contract/action_item.h"
-#include "host/files/claimed_names.h"
+#include "host/contract/claimed_names.h"
 #include "host/files/output_check.h"
 
 namespace kelvarin {

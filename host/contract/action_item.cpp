@@ -21,7 +21,7 @@ struct ActionItemLayout {
   static_assert(offsetof(ActionItem, m_inputPinCount) == 24);
   static_assert(offsetof(ActionItem, m_outputPinCount) == 28);
   static_assert(offsetof(ActionItem, m_hasFailed) == 32);
-  static_assert(offsetof(ActionItem, m_hasPlace) == 33);
+  static_assert(offsetof(ActionItem, m_hasPosition) == 33);
   static_assert(offsetof(ActionItem, m_x) == 36);
   static_assert(offsetof(ActionItem, m_y) == 40);
   static_assert(offsetof(ActionItem, m_fileAccess) == 44);
@@ -39,10 +39,10 @@ struct ActionItemLayout {
 
 namespace {
 
-// Whole, though some write fractions.
-int placeOnCanvas(const unsigned short* text) {
-  constexpr double kFarthest = 1e9;
-  return static_cast<int>(std::clamp(xmltof(text, 0.0), -kFarthest, kFarthest));
+// A whole number, though some files have fractions.
+int positionOnCanvas(const unsigned short* text) {
+  constexpr double kMaxDistance = 1e9;
+  return static_cast<int>(std::clamp(xmltof(text, 0.0), -kMaxDistance, kMaxDistance));
 }
 
 }  // namespace
@@ -51,9 +51,9 @@ ActionItem::ActionItem(XMLNode node, GlobalParameters* parameters)
     : m_node(node), m_globalParameters(parameters) {
   const unsigned short* x = node.getAttribute(utf16(u"x"));
   const unsigned short* y = node.getAttribute(utf16(u"y"));
-  m_hasPlace = x != nullptr || y != nullptr;
-  m_x = placeOnCanvas(x);
-  m_y = placeOnCanvas(y);
+  m_hasPosition = x != nullptr || y != nullptr;
+  m_x = positionOnCanvas(x);
+  m_y = positionOnCanvas(y);
 }
 
 ActionItem::~ActionItem() = default;
@@ -202,7 +202,7 @@ void ActionItem::saveAI(std::wostringstream& out, QString name, double version) 
   out.imbue(std::locale::classic());  // numbers read back whatever the program's language is
   out << L'<' << typeName() << L" name='" << escape.toXML(name) << L"' version='" << version
       << L'\'';
-  if (m_hasPlace) {
+  if (m_hasPosition) {
     out << L" x='" << m_x << L"' y='" << m_y << L'\'';
   }
 }

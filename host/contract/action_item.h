@@ -2,8 +2,9 @@
 //
 // A run calls init(), setComputeRoutine(), then `computeRoutine` until it answers true, then
 // close(). The order of the virtual operations and of the data members is the host's binary
-// contract: plug-ins are compiled against it. Threads: the lifecycle and the row routine run on one
-// engine thread at a time, editors on the user-interface thread.
+// contract: plug-ins are compiled against it.
+// Threads: the lifecycle and the row routine run on one engine thread at a time, editors on the
+// user-interface thread.
 #pragma once
 
 #include <cstdint>
@@ -82,16 +83,16 @@ class KELVARIN_CORE ActionItem {
   void announceColumnsOfOutputPin(int pin) {
     m_ports->outputs[static_cast<std::size_t>(pin)]->isAnnounced = true;
   }
-  // Looks ahead of the row that the pin gave last, which is the first of them.
+  // Looks ahead of the row that the pin returned last, which is the first of them.
   RowsAhead rowsAheadOnInPin(int pin) const {
     return m_ports->inputs[static_cast<std::size_t>(pin)]->rowsAhead();
   }
-  // Takes the `count` rows behind the one that the pin gave last; see InputPin::take().
+  // Takes the `count` rows after the one that the pin returned last; see InputPin::take().
   void takeRowsOfInPin(int pin, std::size_t count) {
     m_ports->inputs[static_cast<std::size_t>(pin)]->take(count);
   }
   // Lets consumers look at the row to be published next and the `count - 1` after it, and take them
-  // together where the action has a way to go on behind them.
+  // together where the action has a way to go on after them.
   void offerRowsOnOutputPin(int pin, const RowsInHand& rows, std::size_t count,
                             TakeRows take = nullptr) {
     m_ports->outputs[static_cast<std::size_t>(pin)]->offer(rows, count, take);
@@ -131,7 +132,13 @@ class KELVARIN_CORE ActionItem {
 
   // For the engine.
   void attach(RunRecord* run, ActionPorts* ports);
+  // Between init() and close().
+  void setOpen(bool isOpen) { m_isOpen = isOpen; }
+  bool isOpen() const { return m_isOpen; }
   bool compute() { return computeRoutine(this); }
+  // It makes no more rows in this run.
+  void setFinished(bool isFinished) { m_isFinished = isFinished; }
+  bool isFinished() const { return m_isFinished; }
 
  protected:
   ActionItem(XMLNode node, GlobalParameters* parameters);
@@ -146,25 +153,25 @@ class KELVARIN_CORE ActionItem {
   void saveAI(std::wostringstream& out, QString name, double version) const;
 
   // The layout below is part of the contract.
-  std::int32_t m_identifier = 0;  // place in its graph, counted from 0
+  std::int32_t m_identifier = 0;  // free for the host; this one knows actions by their names
   std::int32_t m_endpoint = 0;    // see Endpoint
   XMLNode m_node;
   std::int32_t m_inputPinCount = 1;
   std::int32_t m_outputPinCount = 1;
   bool m_hasFailed = false;
-  bool m_hasPlace = false;  // x and y were given
-  std::int32_t m_x = 0;     // place on the canvas, in logical pixels
+  bool m_hasPosition = false;  // x or y was given
+  std::int32_t m_x = 0;        // on the canvas, in logical pixels
   std::int32_t m_y = 0;
   std::int32_t m_fileAccess = kReadsFiles;
-  bool m_isOpen = false;          // between init() and close()
-  bool m_isFinished = false;      // the row routine has answered true
-  std::int32_t m_copyNumber = 0;  // of parallel copies, the primary is 0
+  bool m_isOpen = false;
+  bool m_isFinished = false;
+  std::int32_t m_copyNumber = 0;  // for hosts that run parallel copies; this one runs none
   GlobalParameters* m_globalParameters = nullptr;
   RunRecord* m_run = nullptr;
   ComputeRoutine computeRoutine = nullptr;
   ActionPorts* m_ports = nullptr;
-  ActionItem* m_primary =
-      nullptr;  // of parallel copies, the one that reads shared tables; null: this one
+  // Of parallel copies, the one that reads shared tables; null: this one. Set by hosts that run them.
+  ActionItem* m_primary = nullptr;
 
  private:
   friend struct ActionItemLayout;

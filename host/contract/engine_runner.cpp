@@ -3,6 +3,7 @@
 #include <exception>
 
 #include "host/contract/host_services.h"
+#include "host/contract/host_session.h"
 #include "host/contract/messages.h"
 
 EngineRunner::~EngineRunner() {
@@ -31,16 +32,21 @@ void EngineRunner::wait() {
   }
 }
 
-void EngineRunner::start(std::function<void()> computation) {
+void EngineRunner::start(std::function<void(RunRecord& record)> computation) {
   wait();
   m_isRunning = true;
-  m_thread = std::thread([this, work = std::move(computation)] {
+  m_record.status = GlobalParameters::RunningState::running;
+  m_thread = std::thread([this, session = kelvarin::HostSession::current(),
+                          work = std::move(computation)] {
+    const kelvarin::HostSession::Scope scope(session);
     try {
-      work();
+      work(m_record);
     } catch (const std::exception& exception) {
+      m_record.fail();
       MainUI::addLog(LogLevel::error, kelvarin::messages::branchFailed(
                                           QString::fromLocal8Bit(exception.what())));
     }
+    m_record.endNormally();
     m_isRunning = false;
     computationFinished();
   });

@@ -2,7 +2,7 @@
 //
 // The program's HostServices does the computing (runBranch); the runner owns the thread.
 // Threads: run(), wait() and the destructor on the user-interface thread, computationFinished() on
-// the runner's.
+// the runner's, stop() and state() on any.
 #pragma once
 
 #include <atomic>
@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "base/export.h"
+#include "host/contract/global_parameters.h"
 
 class ActionItem;
 
@@ -29,15 +30,21 @@ class KELVARIN_CORE EngineRunner {
   bool isRunning() const { return m_isRunning.load(); }
   int pinType() const { return m_pinType; }
   void wait();
+  // Ends the run as the user would, at its next row; wait() waits for its end.
+  void stop() { m_record.stop(); }
+  // Of the run that was started last.
+  GlobalParameters::RunningState state() const { return m_record.status; }
 
   // At the end of every run that was started, on its thread.
   virtual void computationFinished() {}
 
-  // For HostServices::runBranch(): does the work on the runner's thread.
-  void start(std::function<void()> computation);
+  // For HostServices::runBranch(): does the work on the runner's thread and in the session of the
+  // caller. Work that leaves its record running has ended normally.
+  void start(std::function<void(RunRecord& record)> computation);
 
  private:
   std::atomic<bool> m_isRunning{false};
   int m_pinType = 0;
+  RunRecord m_record;
   std::thread m_thread;
 };

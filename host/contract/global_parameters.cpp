@@ -21,6 +21,19 @@ QString GlobalParameters::contractFile(QString path) const {
   return isAbove || m_workingDir.isEmpty() ? path : relative;
 }
 
+void RunRecord::stop() {
+  finish(GlobalParameters::RunningState::stoppedByUser);
+  const std::lock_guard lock(m_mutex);
+  if (m_wake) {
+    m_wake();
+  }
+}
+
+void RunRecord::setWaker(std::function<void()> wake) {
+  const std::lock_guard lock(m_mutex);
+  m_wake = std::move(wake);
+}
+
 int GlobalParameters::threadCount() const {
   return m_threadCount > 0 ? m_threadCount
                            : std::max(1, static_cast<int>(std::thread::hardware_concurrency()));

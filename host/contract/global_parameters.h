@@ -2,6 +2,8 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
+#include <mutex>
 
 #include <QMap>
 #include <QString>
@@ -52,8 +54,8 @@ class KELVARIN_CORE GlobalParameters {
 };
 
 // One run of a graph. Actions read the status between rows and set it to `failed`; a signal handler
-// or an editor sets it to `stoppedByUser`.
-struct RunRecord {
+// sets it to `stoppedByUser`, an editor calls stop().
+struct KELVARIN_CORE RunRecord {
   std::atomic<GlobalParameters::RunningState> status{GlobalParameters::RunningState::running};
   // False where a check asks for the columns only: sources announce their columns and give no row.
   bool mustComputeFull = true;
@@ -66,9 +68,18 @@ struct RunRecord {
   // Neither a stop nor a failure is overwritten.
   void endNormally() { finish(GlobalParameters::RunningState::endedNormally); }
 
+  // From any thread but in a signal handler: stops the run where it has not ended, and wakes threads
+  // that wait inside actions.
+  void stop();
+  // For the engine: how those threads are woken, null at the end of the run.
+  void setWaker(std::function<void()> wake);
+
  private:
   void finish(GlobalParameters::RunningState state) {
     auto expected = GlobalParameters::RunningState::running;
     status.compare_exchange_strong(expected, state);
   }
+
+  std::mutex m_mutex;  // guards m_wake
+  std::function<void()> m_wake;
 };

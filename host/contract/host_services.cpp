@@ -1,14 +1,9 @@
 #include "host/contract/host_services.h"
 
-#include <atomic>
-
+#include "host/contract/host_session.h"
 #include "host/contract/messages.h"
 
 namespace kelvarin {
-
-namespace {
-std::atomic<HostServices*> installedServices{nullptr};
-}
 
 HostServices::~HostServices() = default;
 void HostServices::backendsChosen(const ActionItem&, const QStringList&) {}
@@ -35,12 +30,18 @@ void HostServices::openHelp(const QString& helpId, const QString&) {
   log(LogLevel::information, messages::helpPage(helpId), CurrentAction::get());
 }
 
-HostServices* installHostServices(HostServices* services) {
-  return installedServices.exchange(services);
+PinColumns HostServices::columnsOfInputPin(const ActionItem&, int) {
+  return {};
 }
 
 HostServices* hostServices() {
-  return installedServices.load();
+  const HostSession* session = HostSession::current();
+  return session == nullptr ? nullptr : session->services();
+}
+
+PinColumns columnsOfInputPin(const ActionItem& action, int pin) {
+  HostServices* services = hostServices();
+  return services == nullptr ? PinColumns() : services->columnsOfInputPin(action, pin);
 }
 
 void logWithDetails(LogLevel level, const QString& text, const LogDetails& details) {
@@ -55,15 +56,6 @@ void logExplanation(const QString& text) {
   LogDetails details;
   details.explains = true;
   logWithDetails(LogLevel::information, text, details);
-}
-
-thread_local const ActionItem* CurrentAction::s_action = nullptr;
-
-const ActionItem* CurrentAction::get() {
-  return s_action;
-}
-const ActionItem*& CurrentAction::slot() {
-  return s_action;
 }
 
 }  // namespace kelvarin

@@ -1,14 +1,14 @@
 // What a program that runs graphs provides behind the statics of MainUI.
 //
-// One program installs one; the command line and the test harness each have theirs.
+// The command line and the test harness each have theirs, and the engine one around it for each run;
+// a HostSession says for which threads.
 // Threads: log() and outOfDiskSpace() are called from any thread.
 #pragma once
-
-#include <functional>
 
 #include "host/contract/action_item.h"
 #include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
+#include "host/contract/pin_columns.h"
 
 class EngineRunner;
 
@@ -35,30 +35,17 @@ class KELVARIN_CORE HostServices {
   // In a check, the new columns of an action that computes their names, so that a user sees them
   // before a run.
   virtual void columnsNamed(const ActionItem& action, const QStringList& names);
+  // The columns that reach an input pin of an action of the open graph, outside a run.
+  virtual PinColumns columnsOfInputPin(const ActionItem& action, int pin);
   // log() with what the text is about; a program that has no use for it gets the text alone.
   virtual void logDetailed(LogLevel level, const QString& text, const ActionItem* action,
                            const LogDetails& details);
 };
 
-// Gives the one installed before. Null takes the services away.
-KELVARIN_CORE HostServices* installHostServices(HostServices* services);
+// Those of the session in which the calling thread works; null where it has none.
 KELVARIN_CORE HostServices* hostServices();
 
-// The action on whose behalf this thread runs, so that a log line can name it. Worker threads of an
-// action set it too.
-class KELVARIN_CORE CurrentAction {
- public:
-  explicit CurrentAction(const ActionItem* action) : m_previous(s_action) { s_action = action; }
-  ~CurrentAction() { s_action = m_previous; }
-  CurrentAction(const CurrentAction&) = delete;
-  CurrentAction& operator=(const CurrentAction&) = delete;
-  static const ActionItem* get();
-  // The thread's variable itself, for those who set it once a row.
-  static const ActionItem*& slot();
-
- private:
-  static thread_local const ActionItem* s_action;
-  const ActionItem* m_previous;
-};
+// The columns that reach an input pin, for an editor of the action.
+KELVARIN_CORE PinColumns columnsOfInputPin(const ActionItem& action, int pin);
 
 }  // namespace kelvarin

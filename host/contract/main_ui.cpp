@@ -5,6 +5,7 @@
 
 #include "host/contract/host_services.h"
 #include "host/contract/messages.h"
+#include "host/contract/host_session.h"
 
 using kelvarin::hostServices;
 

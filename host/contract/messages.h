@@ -31,6 +31,52 @@ inline QString nameCollision(const QString& action, const QString& column, int i
       .arg(action, column, QString::number(index + 1));
 }
 
+// Two actions and their files, which may be one file under two names.
+inline QString sameFiles(const QString& one, const QString& other) {
+  return one == other ? QStringLiteral("'%1'").arg(one)
+                      : QStringLiteral("'%1' and '%2' (one file, or one is a side file of the other, "
+                                       "or both have the same side files)")
+                            .arg(one, other);
+}
+inline QString writtenTwice(const QString& first, const QString& firstFile, const QString& second,
+                            const QString& secondFile) {
+  return QStringLiteral("The actions '%1' and '%2' write the same file: %3. Give each its own.")
+      .arg(first, second, sameFiles(firstFile, secondFile));
+}
+inline QString standardOutputTwice(const QString& first, const QString& second) {
+  return QStringLiteral(
+             "The actions '%1' and '%2' both write to standard output, which would mix their rows. "
+             "Give one of them a file.")
+      .arg(first, second);
+}
+inline QString replacesSource(const QString& writer, const QString& written, const QString& reader,
+                              const QString& read) {
+  return QStringLiteral(
+             "The action '%1' would replace what the action '%2' of this graph reads: %3. Write to "
+             "another file.")
+      .arg(writer, reader, sameFiles(written, read));
+}
+
+// The same between two graphs that run at one time; `graph` may be empty.
+inline QString ofOtherGraph(const QString& action, const QString& graph) {
+  return graph.isEmpty() ? QStringLiteral("the action '%1' of another graph").arg(action)
+                         : QStringLiteral("the action '%1' of the graph '%2'").arg(action, graph);
+}
+inline QString writtenByOtherGraph(const QString& action, const QString& file, const QString& other,
+                                   const QString& otherFile, const QString& otherGraph) {
+  return QStringLiteral(
+             "The action '%1' cannot write its file: %2 is being written by %3, which runs at the "
+             "same time. Wait for its end, or write to another file.")
+      .arg(action, sameFiles(file, otherFile), ofOtherGraph(other, otherGraph));
+}
+inline QString standardOutputOfOtherGraph(const QString& action, const QString& other,
+                                          const QString& otherGraph) {
+  return QStringLiteral(
+             "The action '%1' cannot write to standard output: %2, which runs at the same time, "
+             "writes there, and their rows would mix. Wait for its end, or write to a file.")
+      .arg(action, ofOtherGraph(other, otherGraph));
+}
+
 inline QString noSuchColumn(const QString& name) {
   return QStringLiteral("The table has no column '%1'.").arg(name);
 }

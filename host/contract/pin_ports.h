@@ -23,15 +23,15 @@ class InputPin {
   // The columns that the upstream pin has announced, without values; null while it has not.
   virtual const OneRow* announcedColumns() = 0;
   virtual ActionItem* upstreamAction() const = 0;
-  // The row that next() gave and those after it, where the producer has them in hand.
+  // The row that next() returned and those after it, where the producer knows them already.
   virtual RowsAhead rowsAhead() const { return {}; }
-  // Takes the `count` rows behind the one that next() gave, as if it had given them one by one.
+  // Takes the `count` rows after the one that next() returned, as if it had returned them one by one.
   // They are among rowsAhead(), which says that they can be taken; their values stay where they
   // are.
   virtual void take(std::size_t /*count*/) {}
 };
 
-// Receives the rows of an output pin that are not handed straight to the consumer.
+// Receives the rows of an output pin that do not go straight to the consumer.
 class RowReceiver {
  public:
   virtual ~RowReceiver() = default;
@@ -47,8 +47,8 @@ struct OutputPin {
   RowReceiver* receiver = nullptr;  // where rows go when there is not exactly one consumer waiting
   long long rowsPublished = 0;
   // What was offered last: so many rows, the first of them published as this number.
-  RowsAhead inHand;
-  long long firstInHand = 0;
+  RowsAhead offered;
+  long long firstOffered = 0;
   TakeRows takeRows = nullptr;  // null: they come one by one
 
   OutputPin() = default;
@@ -67,16 +67,16 @@ struct OutputPin {
 
   // The next row to be published and the `count - 1` after it are those of `rows`.
   void offer(const RowsInHand& rows, std::size_t count, TakeRows take) {
-    inHand = {&rows, 0, count, take != nullptr};
-    firstInHand = rowsPublished;
+    offered = {&rows, 0, count, take != nullptr};
+    firstOffered = rowsPublished;
     takeRows = take;
   }
   // Of the offer, the rows from the one published as that number on.
   RowsAhead rowsAheadFrom(long long number) const {
     const auto skipped =
-        static_cast<std::size_t>(number - firstInHand);  // huge when it came before
-    return skipped < inHand.count
-               ? RowsAhead{inHand.rows, skipped, inHand.count - skipped, inHand.canBeTaken}
+        static_cast<std::size_t>(number - firstOffered);  // huge when it came before
+    return skipped < offered.count
+               ? RowsAhead{offered.rows, skipped, offered.count - skipped, offered.canBeTaken}
                : RowsAhead{};
   }
 };

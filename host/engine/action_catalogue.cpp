@@ -3,17 +3,19 @@
 #include <algorithm>
 
 #include "host/contract/host_services.h"
+#include "host/contract/host_session.h"
 
 namespace kelvarin {
 
 namespace {
 
-// An action tells its help page by opening it; this host only takes the name down.
+// An action names its help page by opening it; this host only notes the name.
 class HelpPageOf final : private HostServices {
  public:
-  explicit HelpPageOf(const ActionItem& action) : m_program(installHostServices(this)) {
+  explicit HelpPageOf(const ActionItem& action) : m_program(hostServices()) {
+    HostSession session(this);
+    const HostSession::Scope scope(&session);
     action.getHelp();
-    installHostServices(m_program);
   }
   const QString& id() const { return m_id; }
 

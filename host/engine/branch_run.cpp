@@ -1,7 +1,7 @@
 #include "host/engine/branch_run.h"
 
-#include <algorithm>
-
+#include "host/contract/host_services.h"
+#include "host/contract/host_session.h"
 #include "host/engine/graph_execution.h"
 #include "host/engine/graph_stack.h"
 
@@ -9,8 +9,11 @@ namespace kelvarin {
 
 namespace {
 
-void compute(const Graph& graph, const std::vector<RunRecord*>& records, RunRecord& record,
-             const ExecutionOptions& options) {
+void compute(const Graph& graph, int end, RunRecord& record, const ExecutionOptions& options) {
+  std::vector<RunRecord*> records;
+  for (const char isInBranch : GraphLinks(graph).withUpstream({end})) {
+    records.push_back(isInBranch != 0 ? &record : nullptr);
+  }
   GraphExecution execution(graph, records, record, options);
   if (execution.open()) {
     execution.drive();
@@ -21,30 +24,25 @@ void compute(const Graph& graph, const std::vector<RunRecord*>& records, RunReco
 
 // The last action of the branch, -1 when there is none.
 int endOfBranch(const Graph& graph, const ActionItem& action, int inputPin) {
-  const int index = graph.indexOf(action);
-  if (index < 0 || inputPin < 0) {
-    return index;
+  if (inputPin < 0) {
+    return graph.indexOf(action);
   }
-  const auto link = std::find_if(
-      graph.links.begin(), graph.links.end(),
-      [index, inputPin](const GraphLink& one) { return one.to == index && one.toPin == inputPin; });
-  return link == graph.links.end() ? -1 : link->from;
+  const GraphLink* link = graph.linkTo(action, inputPin);
+  return link == nullptr ? -1 : link->from;
 }
 
 }  // namespace
 
 bool runBranch(const Graph& graph, EngineRunner& runner, const ActionItem& action, int inputPin,
-               RunRecord& record, const ExecutionOptions& options) {
+               const ExecutionOptions& options) {
   const int end = endOfBranch(graph, action, inputPin);
   if (end < 0) {
     return false;
   }
-  std::vector<RunRecord*> records;
-  for (const char isInBranch : GraphLinks(graph).withUpstream({end})) {
-    records.push_back(isInBranch != 0 ? &record : nullptr);
-  }
-  runner.start([&graph, records, &record, options] {
-    if (!workOnGraphStack(graph, [&] { compute(graph, records, record, options); })) {
+  runner.start([&graph, end, options](RunRecord& record) {
+    HostSession session(hostServices());
+    const HostSession::Scope scope(&session);
+    if (!workOnGraphStack(graph, [&] { compute(graph, end, record, options); })) {
       record.fail();
     }
   });

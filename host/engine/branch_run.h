@@ -2,9 +2,9 @@
 // rows.
 //
 // Used by: the HostServices::runBranch() of programs with editors.
-// Threads: the computation is on the runner's thread; the graph and the record must outlive it, and
-// the graph is not changed or run meanwhile.
-// Errors: in the log; the record's status tells the end.
+// Threads: the computation is on the runner's thread; the graph must outlive it and is not changed or
+// run meanwhile.
+// Errors: in the log; the runner's state says how the run ended.
 #pragma once
 
 #include "host/contract/engine_runner.h"
@@ -14,9 +14,9 @@
 namespace kelvarin {
 
 // `inputPin` >= 0 runs only the branch that feeds this pin; -1 runs the action too. Sinks
-// downstream take no part. Setting the record's status to stoppedByUser stops the run. False when
-// the action is not in the graph or the pin not linked.
+// downstream take no part. EngineRunner::stop() stops the run. False when the action is not in the
+// graph or the pin not linked.
 bool runBranch(const Graph& graph, EngineRunner& runner, const ActionItem& action, int inputPin,
-               RunRecord& record, const ExecutionOptions& options = {});
+               const ExecutionOptions& options = {});
 
 }  // namespace kelvarin

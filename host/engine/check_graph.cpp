@@ -1,14 +1,8 @@
-// Checks a graph by running it without rows.
-//
-// Every action has a record of its own, so that a fault in one leaves the others to be checked.
-// Actions upstream of a variable table compute in full, but only when the action that has the table
-// asks for it.
-#include <deque>
-
-#include "host/contract/host_services.h"
+// Checks a graph by running it without rows, then its sinks without opening them.
+#include "host/contract/host_session.h"
 #include "host/files/output_check.h"
+#include "host/engine/check_run.h"
 #include "host/engine/file_check.h"
-#include "host/engine/graph_execution.h"
 #include "host/engine/recording_services.h"
 #include "host/engine/run_graph.h"
 #include "host/engine/run_results.h"
@@ -16,40 +10,6 @@
 namespace kelvarin {
 
 namespace {
-
-using RunningState = GlobalParameters::RunningState;
-
-std::vector<char> actionsAboveTables(const Graph& graph) {
-  std::vector<int> ends;
-  for (const GraphLink& link : graph.links) {
-    if (link.toPin != 0) {
-      ends.push_back(link.from);
-    }
-  }
-  return GraphLinks(graph).withUpstream(std::move(ends));
-}
-
-void finish(RunningAction& action) {
-  while (action.advance()) {
-  }
-}
-
-void checkActions(const GraphExecution& execution) {
-  for (const int index : execution.order()) {
-    RunningAction* action = execution.action(index);
-    if (action != nullptr && !action->record().mustComputeFull) {
-      finish(*action);
-    }
-  }
-  // A table that nobody has asked for need not be read, but its branch is checked like the rest.
-  for (const int index : execution.order()) {
-    RunningAction* action = execution.action(index);
-    if (action != nullptr && !action->hasBegun()) {
-      action->record().mustComputeFull = false;
-      finish(*action);
-    }
-  }
-}
 
 // Has columns, and no rows.
 class CheckedPin final : public InputPin {
@@ -90,9 +50,8 @@ std::vector<ActionPorts> portsOfSinks(const Graph& graph, const GraphExecution& 
 }
 
 // Sinks are not opened; those that can be checked without are.
-void checkSinks(const Graph& graph, const GraphExecution& execution,
-                std::deque<RunRecord>& records) {
-  std::vector<ActionPorts> ports = portsOfSinks(graph, execution);
+void checkSinks(const Graph& graph, CheckRun& run) {
+  std::vector<ActionPorts> ports = portsOfSinks(graph, run.execution());
   for (std::size_t i = 0; i < graph.actions.size(); ++i) {
     ActionItem& item = *graph.actions[i].item;
     auto* sink = dynamic_cast<OutputCheck*>(&item);
@@ -100,7 +59,7 @@ void checkSinks(const Graph& graph, const GraphExecution& execution,
       continue;
     }
     const CurrentAction onBehalf(&item);
-    item.attach(&records[i], &ports[i]);
+    item.attach(&run.record(i), &ports[i]);
     sink->checkOutput();
     item.attach(nullptr, nullptr);
   }
@@ -108,33 +67,24 @@ void checkSinks(const Graph& graph, const GraphExecution& execution,
 
 RunResult checkOnThisStack(const Graph& graph, RunRecord& record, const ExecutionOptions& options,
                            RecordingServices& services) {
-  tellWarnings(graph);
+  reportWarnings(graph);
   reportFileWarnings(graph);
   if (!checkUsedFiles(graph)) {
     record.fail();
   }
-  const std::vector<char> computesInFull = actionsAboveTables(graph);
-  std::deque<RunRecord> records(graph.actions.size());
-  std::vector<RunRecord*> parts;
-  for (std::size_t i = 0; i < graph.actions.size(); ++i) {
-    records[i].mustComputeFull = computesInFull[i] != 0;
-    parts.push_back(isSink(*graph.actions[i].item) ? nullptr : &records[i]);
+  std::vector<char> takesPart;
+  for (const GraphAction& action : graph.actions) {
+    takesPart.push_back(isSink(*action.item) ? 0 : 1);
   }
-  GraphExecution execution(graph, parts, record, options);
-  (void)execution.open();  // an action that refuses has failed its record; the others go on
-  checkActions(execution);
-  checkSinks(graph, execution, records);
-  for (RunRecord& part : records) {
-    part.endNormally();
-  }
-  execution.close();
-  for (const RunRecord& part : records) {
-    if (part.status == RunningState::failed) {
-      record.fail();
-    }
+  CheckRun run(graph, takesPart, record, options);
+  run.announceColumns();
+  checkSinks(graph, run);
+  run.close();
+  if (run.hasFailed()) {
+    record.fail();
   }
   record.endNormally();
-  return resultOf(graph, execution, services);
+  return resultOf(graph, run.execution(), services);
 }
 
 }  // namespace

@@ -1,15 +1,13 @@
 #include "host/engine/file_check.h"
 
-#include <deque>
-
-#include "host/files/claimed_names.h"
-#include "host/contract/host_services.h"
+#include "host/contract/claimed_names.h"
+#include "host/contract/host_session.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
 
 bool checkUsedFiles(const Graph& graph) {
-  std::deque<ClaimedNames> claims;
+  FileClaims claims;
   bool areFree = true;
   for (const GraphAction& action : graph.actions) {
     const auto* user = dynamic_cast<const FileUser*>(action.item.get());
@@ -18,7 +16,7 @@ bool checkUsedFiles(const Graph& graph) {
     }
     const CurrentAction current(action.item.get());
     for (const UsedFile& file : user->usedFiles()) {
-      if (const auto hindrance = claims.emplace_back().claim(*action.item, file)) {
+      if (const auto hindrance = claims.add(*action.item, file)) {
         MainUI::addLog(LogLevel::error, *hindrance);
         areFree = false;
       }

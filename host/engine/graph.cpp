@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "host/contract/host_services.h"
+#include "host/contract/host_session.h"
+#include "host/contract/log_details.h"
 #include "host/engine/graph_links.h"
 #include "host/engine/messages.h"
 
@@ -47,7 +48,15 @@ int Graph::indexOf(const ActionItem& item) const {
   return found == actions.end() ? -1 : static_cast<int>(found - actions.begin());
 }
 
-void tellWarnings(const Graph& graph) {
+const GraphLink* Graph::linkTo(const ActionItem& item, int pin) const {
+  const int index = indexOf(item);
+  const auto found = std::find_if(links.begin(), links.end(), [index, pin](const GraphLink& link) {
+    return link.to == index && link.toPin == pin;
+  });
+  return found == links.end() ? nullptr : &*found;
+}
+
+void reportWarnings(const Graph& graph) {
   for (const GraphWarning& warning : graph.warnings) {
     warn(*graph.actions[at(warning.action)].item, warning.text, warning.place);
   }

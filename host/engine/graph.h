@@ -15,7 +15,7 @@ namespace kelvarin {
 
 struct GraphParameter {
   QString name;
-  QString value;  // as the file gives it
+  QString value;  // as in the file
 };
 
 struct GraphAction {
@@ -24,7 +24,7 @@ struct GraphAction {
   std::unique_ptr<ActionItem> item;
 };
 
-// Actions are named by their place in Graph::actions.
+// Actions are named by their index in Graph::actions.
 struct GraphLink {
   int from = 0;
   int fromPin = 0;
@@ -35,7 +35,7 @@ struct GraphLink {
 // What a user should know about a graph that can be run.
 struct GraphWarning {
   int action = -1;
-  QString text;  // with its place
+  QString text;  // with its position in the file
   XMLNode::Place place;
 };
 
@@ -50,9 +50,11 @@ struct Graph {
   // -1 when absent.
   int indexOf(const QString& actionName) const;
   int indexOf(const ActionItem& item) const;
+  // Null when nothing is linked to the input pin.
+  const GraphLink* linkTo(const ActionItem& item, int pin) const;
 };
 
 // Logs its warnings, and which actions get no rows, each on behalf of its action.
-void tellWarnings(const Graph& graph);
+void reportWarnings(const Graph& graph);
 
 }  // namespace kelvarin

@@ -242,13 +242,13 @@ void GraphDocument::reportAttributes(const XMLNode& action, const AttributeReadi
     refuse(refusal.element, refusal.message);
   }
   static const QStringList kHosts{QStringLiteral("name"), QStringLiteral("version")};
-  static const QStringList kPlace{QStringLiteral("x"), QStringLiteral("y")};
+  static const QStringList kPosition{QStringLiteral("x"), QStringLiteral("y")};
   const int index = static_cast<int>(m_graph.actions.size()) - 1;
   for (const AttributeReading::Finding& finding : reading.findings(action)) {
     const XMLNode& node = finding.element;
     const bool isOfAction = node.name() == action.name();
-    // An action that has asked for its place alone may ask for more when it runs.
-    if (isOfAction && (kHosts.contains(finding.attribute) || finding.known == kPlace)) {
+    // An action that has asked for its position alone may ask for more when it runs.
+    if (isOfAction && (kHosts.contains(finding.attribute) || finding.known == kPosition)) {
       continue;
     }
     if (finding.wanted != nullptr) {

@@ -13,7 +13,7 @@ constexpr std::size_t at(int index) {
 }  // namespace
 
 GraphExecution::GraphExecution(const Graph& graph, std::vector<RunRecord*> records,
-                               const RunRecord& stopSwitch, const ExecutionOptions& options)
+                               RunRecord& stopSwitch, const ExecutionOptions& options)
     : m_graph(graph),
       m_records(std::move(records)),
       m_stopSwitch(stopSwitch),
@@ -37,9 +37,11 @@ GraphExecution::GraphExecution(const Graph& graph, std::vector<RunRecord*> recor
       makeLink(link);
     }
   }
+  m_stopSwitch.setWaker([this] { wakeAll(); });
 }
 
 GraphExecution::~GraphExecution() {
+  m_stopSwitch.setWaker(nullptr);
   close();
 }
 
@@ -121,6 +123,7 @@ void GraphExecution::closeAction(int index) {
   }
 }
 
+// On the thread that stops the run.
 void GraphExecution::wakeAll() {
   for (const auto& running : m_actions) {
     if (running != nullptr) {

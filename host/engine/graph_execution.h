@@ -2,7 +2,7 @@
 // has their sinks pull (sink_schedule.h), closes them, and counts.
 //
 // Used by: run_graph.cpp, check_graph.cpp, branch_run.cpp.
-// Threads: the engine thread, but for wakeAll().
+// Threads: the engine thread.
 // Errors: logged on behalf of an action, and its record is failed.
 #pragma once
 
@@ -22,7 +22,7 @@ class GraphExecution {
   // `records` has the record of every action of the graph, null for those that take no part. Where
   // a record computes in full and its reader's does not, the reader gets the columns and no rows;
   // variable tables, on pins after the first, get their rows. `stopSwitch` stops everything.
-  GraphExecution(const Graph& graph, std::vector<RunRecord*> records, const RunRecord& stopSwitch,
+  GraphExecution(const Graph& graph, std::vector<RunRecord*> records, RunRecord& stopSwitch,
                  const ExecutionOptions& options);
   GraphExecution(const GraphExecution&) = delete;
   GraphExecution& operator=(const GraphExecution&) = delete;
@@ -36,8 +36,6 @@ class GraphExecution {
   // Closes what was opened, sinks last. A record of an action that fails here is failed, whatever
   // it was before.
   void close();
-  // Wakes threads that wait inside actions; from any thread.
-  void wakeAll();
 
   // Null for an action that takes no part.
   RunningAction* action(int index) const {
@@ -54,11 +52,12 @@ class GraphExecution {
   std::unique_ptr<RowLink> newLink(const GraphLink& link, RunningAction& from, RunningAction& to);
   Fork& forkOf(RunningAction& producer, OutputPin& pin);
   void closeAction(int index);
+  void wakeAll();
   RunProgress progress() const;
 
   const Graph& m_graph;
   std::vector<RunRecord*> m_records;
-  const RunRecord& m_stopSwitch;
+  RunRecord& m_stopSwitch;
   ExecutionOptions m_options;
   ProgressMeter m_progress;
   GraphLinks m_links;

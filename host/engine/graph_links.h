@@ -20,7 +20,7 @@ class GraphLinks {
   const std::vector<GraphLink>& to(int action) const { return m_to[index(action)]; }
 
   // The actions in an order in which each comes after those it reads from; without those on or
-  // behind a cycle.
+  // below a cycle.
   std::vector<int> order() const;
   // The actions along one cycle, each feeding the next and the last the first; empty when there is
   // none.

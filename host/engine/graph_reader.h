@@ -1,7 +1,7 @@
 // Reads a graph file and checks all that can be checked without running it.
 //
 // Layout of the file: docs/graph-files.md.
-// Errors: every fault found, each with its place in the file; never throws.
+// Errors: every fault found, each with its position in the file; never throws.
 #pragma once
 
 #include <vector>
@@ -35,7 +35,7 @@ using GraphErrors = std::vector<GraphError>;
 // The catalogue must outlive the graph.
 Result<Graph, GraphErrors> readGraph(const QString& file, const ActionCatalogue& catalogue,
                                      const std::vector<ParameterOverride>& overrides = {});
-// The same for a document at hand; `file` is its name in messages and the base of relative paths.
+// The same for a document in memory; `file` is its name in messages and the base of relative paths.
 Result<Graph, GraphErrors> parseGraph(const QByteArray& document, const QString& file,
                                       const ActionCatalogue& catalogue,
                                       const std::vector<ParameterOverride>& overrides = {});

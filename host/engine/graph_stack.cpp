@@ -4,6 +4,7 @@
 
 #include <pthread.h>
 
+#include "host/contract/host_session.h"
 #include "host/contract/main_ui.h"
 #include "host/engine/graph_links.h"
 #include "host/engine/messages.h"
@@ -20,11 +21,13 @@ constexpr std::size_t kBytesPerAction = 16 * 1024;
 
 struct Work {
   const std::function<void()>& work;
+  HostSession* session;  // of the caller
   std::exception_ptr failure;
 };
 
 void* workOnThread(void* argument) {
   auto& self = *static_cast<Work*>(argument);
+  const HostSession::Scope scope(self.session);
   try {
     self.work();
   } catch (...) {
@@ -52,7 +55,7 @@ bool workOnGraphStack(const Graph& graph, const std::function<void()>& work) {
   if (depth > kDeepestGraph) {
     return refuse(engine_messages::graphTooDeep(graph.file, depth, kDeepestGraph));
   }
-  Work onThread{work, nullptr};
+  Work onThread{work, HostSession::current(), nullptr};
   pthread_attr_t attributes;
   pthread_t thread{};
   pthread_attr_init(&attributes);

@@ -1,4 +1,4 @@
-// Saves a graph. What is saved reads back as the same graph, and saving that gives the same bytes.
+// Saves a graph. What is saved reads back as the same graph, and saving that yields the same bytes.
 #pragma once
 
 #include <QByteArray>

@@ -2,12 +2,6 @@
 
 namespace kelvarin {
 
-RecordingServices::RecordingServices() : m_program(installHostServices(this)) {}
-
-RecordingServices::~RecordingServices() {
-  installHostServices(m_program);
-}
-
 std::vector<LogLine> RecordingServices::takeLog() {
   const std::lock_guard lock(m_mutex);
   return std::move(m_log);
@@ -90,6 +84,10 @@ void RecordingServices::invalidate() {
 
 bool RecordingServices::runBranch(EngineRunner& runner, ActionItem& action, int pin) {
   return m_program != nullptr && m_program->runBranch(runner, action, pin);
+}
+
+PinColumns RecordingServices::columnsOfInputPin(const ActionItem& action, int pin) {
+  return m_program == nullptr ? PinColumns() : m_program->columnsOfInputPin(action, pin);
 }
 
 void RecordingServices::openHelp(const QString& helpId, const QString& anchor) {

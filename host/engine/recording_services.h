@@ -1,8 +1,7 @@
 // Collects what a run logs, which back-ends its actions choose and which columns they name, and
 // passes everything on to the program.
 //
-// Installs itself as the HostServices while it lives; one run at a time has one.
-// Used by: run_graph.cpp, check_graph.cpp.
+// Used by: run_results.cpp, input_columns.cpp.
 // Threads: log() and backendsChosen() from any, under a lock.
 #pragma once
 
@@ -16,8 +15,8 @@ namespace kelvarin {
 
 class RecordingServices final : public HostServices {
  public:
-  RecordingServices();
-  ~RecordingServices() override;
+  // `program` may be null.
+  explicit RecordingServices(HostServices* program) : m_program(program) {}
 
   std::vector<LogLine> takeLog();
   QStringList backendsOf(const ActionItem& action);
@@ -33,12 +32,13 @@ class RecordingServices final : public HostServices {
   bool runBranch(EngineRunner& runner, ActionItem& action, int pin) override;
   void openHelp(const QString& helpId, const QString& anchor) override;
   void columnsNamed(const ActionItem& action, const QStringList& names) override;
+  PinColumns columnsOfInputPin(const ActionItem& action, int pin) override;
   void logDetailed(LogLevel level, const QString& text, const ActionItem* action,
                    const LogDetails& details) override;
 
  private:
-  HostServices* m_program;  // may be null
-  std::mutex m_mutex;       // guards the members below
+  HostServices* m_program;
+  std::mutex m_mutex;  // guards the members below
   std::vector<LogLine> m_log;
   std::map<const ActionItem*, QStringList> m_backends;
   std::map<const ActionItem*, QStringList> m_namedColumns;

@@ -1,6 +1,6 @@
 // The ways in which rows go from an output pin to an input pin.
 //
-// A straight link makes the producer go on and hands its row over as it is: nobody else can make
+// A straight link makes the producer go on and passes its row on as it is: nobody else can make
 // the producer, or anything between it and the next fork above, go on meanwhile. Where rows of an
 // action go to more than one reader, a fork copies each row once into a queue, and each reader
 // takes it from there; so nothing below a fork shows values that belong to actions above it. Every
@@ -45,7 +45,7 @@ class StraightLink final : public RowLink {
   void take(std::size_t count) override;
 };
 
-// Gives the producer's columns, once it has announced them, and no rows.
+// Has the producer's columns, once it has announced them, and no rows.
 class ColumnsLink final : public RowLink {
  public:
   using RowLink::RowLink;

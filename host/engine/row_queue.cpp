@@ -6,7 +6,7 @@ namespace kelvarin {
 
 namespace {
 
-// Where readers keep up, rows change hands in the nearer caches of the processor; where they lag,
+// Where readers keep up, rows are passed on in the nearer caches of the processor; where they lag,
 // batches grow up to what is written to a disk at one time.
 constexpr std::size_t kSmallestBatch = 32 * 1024;
 constexpr std::size_t kLargestBatch = 256 * 1024;

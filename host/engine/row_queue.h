@@ -2,9 +2,9 @@
 //
 // A row is copied in once, whatever the number of readers, and lies in a batch. A batch stays in
 // memory as long as a reader stands in it, so a row that a reader has taken stays what it is until
-// that reader takes its next one or gives it back, whatever the producer and the other readers do
-// meanwhile. Batches that nobody stands in and somebody still has to read lie in a temporary file
-// beyond the memory limit. What all have read goes.
+// that reader takes its next one or releases it, whatever the producer and the other readers do
+// meanwhile. Beyond the memory limit, batches that nobody stands in and somebody still has to read lie in a
+// temporary file. What all have read is dropped.
 // Used by: row_links.cpp.
 // Threads: one.
 // Errors: false from push() and Reader::next(), and errorText() says why.
@@ -44,7 +44,7 @@ class RowQueue {
     bool hasRow() const;
     // Points `values` at the next row; there is one.
     [[nodiscard]] bool next(unsigned char** values);
-    // The row taken last and those behind it in its batch.
+    // The row taken last and those after it in its batch.
     RowsAhead rowsAhead() const;
     // Takes no more rows. The one taken last stays.
     void leave();

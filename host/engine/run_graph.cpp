@@ -11,7 +11,7 @@ namespace {
 
 RunResult runOnThisStack(const Graph& graph, RunRecord& record, const ExecutionOptions& options,
                          RecordingServices& services) {
-  tellWarnings(graph);
+  reportWarnings(graph);
   GraphExecution execution(graph, std::vector<RunRecord*>(graph.actions.size(), &record), record,
                            options);
   if (!checkUsedFiles(graph)) {
@@ -19,8 +19,8 @@ RunResult runOnThisStack(const Graph& graph, RunRecord& record, const ExecutionO
   } else if (execution.open()) {
     execution.drive();
   }
-  // Sinks look at the status when they are closed: only after a normal end do their files take
-  // their places.
+  // Sinks look at the status when they are closed: only after a normal end do their files get
+  // their names.
   record.endNormally();
   execution.close();
   return resultOf(graph, execution, services);

@@ -1,4 +1,4 @@
-// Runs a graph from its sources to its sinks and tells what came of it.
+// Runs a graph from its sources to its sinks and reports what came of it.
 //
 // Used by: the command line, tests.
 // Threads: the caller's becomes the engine thread. Any thread or signal handler may set the
@@ -14,6 +14,7 @@
 
 #include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
+#include "host/contract/pin_columns.h"
 #include "host/engine/execution_options.h"
 #include "host/engine/graph.h"
 
@@ -23,18 +24,7 @@ struct LogLine {
   LogLevel level = LogLevel::information;
   QString action;  // its name in the graph, empty when no action's call logged
   QString text;
-  LogDetails details;  // the place is known wherever an action is
-};
-
-// What leaves an output pin; not known where the action has announced nothing.
-struct PinColumns {
-  struct Column {
-    QString name;
-    MetaTypeColumn meta = MetaTypeColumn::text;
-    bool operator==(const Column&) const = default;
-  };
-  bool isKnown = false;
-  std::vector<Column> columns;
+  LogDetails details;  // the position is known wherever an action is
 };
 
 struct ActionResult {
@@ -44,7 +34,7 @@ struct ActionResult {
   std::vector<long long> rowsOut;  // one number a pin
   QStringList backends;            // of an expression action, one label an output
   QStringList namedColumns;        // in a check, the new columns whose names the action computed
-  std::vector<PinColumns> pins;    // its output pins
+  std::vector<PinColumns> pins;    // its output pins; unknown where it announced nothing
   int source = -1;                 // the action linked to its first input pin
   int sourcePin = 0;
 };
@@ -58,7 +48,8 @@ struct RunResult {
   bool isOk() const { return state == GlobalParameters::RunningState::endedNormally; }
 };
 
-// Log lines reach the installed HostServices at once and are collected in the result as well.
+// The run has a session of its own: log lines reach the services of the caller's session at once and
+// are collected in the result as well. Graphs may run at the same time, each on a thread of its own.
 RunResult runGraph(Graph& graph, RunRecord& record, const ExecutionOptions& options = {});
 
 // Checks the graph without running it: sources announce their columns, expressions are compiled

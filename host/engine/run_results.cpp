@@ -2,34 +2,41 @@
 
 #include <chrono>
 
+#include "host/contract/host_session.h"
 #include "host/engine/graph_stack.h"
 
 namespace kelvarin {
 
 namespace {
 
-std::vector<PinColumns> columnsOf(const RunningAction* action) {
+std::vector<PinColumns> columnsOfPins(const RunningAction* action) {
   std::vector<PinColumns> pins;
   if (action == nullptr) {
     return pins;
   }
   for (const auto& pin : action->ports().outputs) {
-    PinColumns known;
-    known.isKnown = pin->isAnnounced;
-    for (int i = 0; known.isKnown && i < pin->row.sz(); ++i) {
-      known.columns.push_back({pin->row.colName(i), pin->row.getMetaType(i)});
-    }
-    pins.push_back(std::move(known));
+    pins.push_back(columnsOf(*pin));
   }
   return pins;
 }
 
 }  // namespace
 
+PinColumns columnsOf(const OutputPin& pin) {
+  PinColumns known;
+  known.isKnown = pin.isAnnounced;
+  for (int i = 0; known.isKnown && i < pin.row.sz(); ++i) {
+    known.columns.push_back({pin.row.colName(i), pin.row.getMetaType(i)});
+  }
+  return known;
+}
+
 RunResult resultOfWork(const Graph& graph, RunRecord& record,
                        const std::function<RunResult(RecordingServices&)>& work) {
   const auto start = std::chrono::steady_clock::now();
-  RecordingServices services;
+  RecordingServices services(hostServices());
+  HostSession session(&services);
+  const HostSession::Scope scope(&session);
   RunResult result;
   if (!workOnGraphStack(graph, [&] { result = work(services); })) {
     record.fail();
@@ -49,7 +56,7 @@ RunResult resultOf(const Graph& graph, const GraphExecution& execution,
     result.actions.push_back({graph.actions[i].name, QString::fromLatin1(item.typeName()),
                               execution.rowsIn(index), execution.rowsOut(index),
                               services.backendsOf(item), services.columnsNamedBy(item),
-                              columnsOf(execution.action(index))});
+                              columnsOfPins(execution.action(index))});
   }
   for (const GraphLink& link : graph.links) {
     if (link.toPin == 0) {

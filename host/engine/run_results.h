@@ -1,6 +1,6 @@
 // What a run's counters and log say, action by action.
 //
-// Used by: run_graph.cpp, check_graph.cpp.
+// Used by: run_graph.cpp, check_graph.cpp, input_columns.cpp.
 #pragma once
 
 #include <functional>
@@ -15,6 +15,9 @@ namespace kelvarin {
 // its result; a graph that cannot be worked on gets an error in the log and fails the record.
 RunResult resultOfWork(const Graph& graph, RunRecord& record,
                        const std::function<RunResult(RecordingServices&)>& work);
+
+// What the pin has announced.
+PinColumns columnsOf(const OutputPin& pin);
 
 // Without state and duration.
 RunResult resultOf(const Graph& graph, const GraphExecution& execution,

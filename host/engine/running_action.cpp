@@ -10,26 +10,6 @@
 
 namespace kelvarin {
 
-namespace {
-
-// Names the action in log lines while one of its operations runs.
-class OnBehalfOf {
- public:
-  OnBehalfOf(const ActionItem*& current, const ActionItem& action)
-      : m_current(current), m_previous(current) {
-    m_current = &action;
-  }
-  ~OnBehalfOf() { m_current = m_previous; }
-  OnBehalfOf(const OnBehalfOf&) = delete;
-  OnBehalfOf& operator=(const OnBehalfOf&) = delete;
-
- private:
-  const ActionItem*& m_current;
-  const ActionItem* m_previous;
-};
-
-}  // namespace
-
 RunningAction::RunningAction(ActionItem& item, int index, RunRecord& record,
                              const RunRecord& stopSwitch, ProgressMeter& progress)
     : m_item(item),
@@ -51,7 +31,7 @@ RunningAction::~RunningAction() {
 
 template <typename Call>
 auto RunningAction::guarded(Call call, decltype(call()) afterException) {
-  const OnBehalfOf onBehalf(m_currentAction, m_item);
+  const CurrentAction current(&m_item, m_currentAction);
   try {
     return call();
   } catch (const std::bad_alloc&) {
@@ -65,7 +45,8 @@ auto RunningAction::guarded(Call call, decltype(call()) afterException) {
 
 bool RunningAction::open() {
   m_item.attach(&m_record, &m_ports);
-  m_isOpen = true;
+  m_item.setOpen(true);
+  m_item.setFinished(false);
   const char refusal = guarded([this] { return m_item.init(); }, 1);
   if (refusal != 0) {
     m_item.failRun();
@@ -80,10 +61,10 @@ bool RunningAction::open() {
 }
 
 bool RunningAction::close() {
-  if (!m_isOpen) {
+  if (!m_item.isOpen()) {
     return true;
   }
-  m_isOpen = false;
+  m_item.setOpen(false);
   const char failure = guarded([this] { return m_item.close(); }, 1);
   letRowsGo();
   return failure == 0 && !m_item.hasFailed();
@@ -92,18 +73,18 @@ bool RunningAction::close() {
 void RunningAction::compute() {
   m_hasBegun = true;
   m_isComputing = true;
-  m_isFinished = guarded([this] { return m_item.compute(); }, true);
+  m_item.setFinished(guarded([this] { return m_item.compute(); }, true));
   m_isComputing = false;
   m_progress.countCall();
   if (m_awaitsFirstRow) {
     noteFirstRow();
   }
-  if (m_isFinished) {
+  if (isFinished()) {
     letRowsGo();
   }
 }
 
-// An action that has given a row without ever asking a pin does not read that pin.
+// An action that has published a row without ever asking a pin does not read that pin.
 void RunningAction::noteFirstRow() {
   m_awaitsFirstRow = std::none_of(m_ports.outputs.begin(), m_ports.outputs.end(),
                                   [](const auto& pin) { return pin->rowsPublished > 0; });
@@ -124,7 +105,7 @@ void RunningAction::letRowsGo() {
 
 // Asked for a row after its end: the one before, which may show values of its queues, is done with.
 void RunningAction::releaseRows() {
-  if (m_isFinished) {
+  if (isFinished()) {
     for (QueueLink* queue : m_queues) {
       queue->release();
     }
@@ -132,7 +113,7 @@ void RunningAction::releaseRows() {
 }
 
 void RunningAction::fail(const QString& text) {
-  const OnBehalfOf onBehalf(m_currentAction, m_item);
+  const CurrentAction current(&m_item, m_currentAction);
   MainUI::addLog(LogLevel::error, text);
   m_item.failRun();
 }

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "host/contract/action_item.h"
-#include "host/contract/host_services.h"
+#include "host/contract/host_session.h"
 #include "host/engine/progress_meter.h"
 
 namespace kelvarin {
@@ -39,9 +39,9 @@ class RunningAction {
   bool close();
 
   bool hasBegun() const { return m_hasBegun; }
-  bool isFinished() const { return m_isFinished; }
+  bool isFinished() const { return m_item.isFinished(); }
   bool isComputing() const { return m_isComputing; }
-  bool canGoOn() const { return !m_isFinished && m_record.isRunning() && m_stopSwitch.isRunning(); }
+  bool canGoOn() const { return !isFinished() && m_record.isRunning() && m_stopSwitch.isRunning(); }
 
   // Calls the row routine once; false when the action will not produce anything more.
   bool advance() {
@@ -75,10 +75,8 @@ class RunningAction {
   const ActionItem*& m_currentAction;  // of this thread
   ActionPorts m_ports;
   std::vector<QueueLink*> m_queues;  // of this action's input pins
-  bool m_isOpen = false;
   bool m_hasBegun = false;
   bool m_isComputing = false;
-  bool m_isFinished = false;
   bool m_awaitsFirstRow;
 };
 

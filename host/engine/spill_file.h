@@ -1,6 +1,6 @@
 // A temporary file without a name, for rows that wait and do not fit into memory.
 //
-// Used by: row_queue.cpp. The file goes with its last descriptor, so nothing is left behind by any
+// Used by: row_queue.cpp. The file vanishes with its last descriptor, so nothing remains after any
 // end of the process.
 // Threads: one.
 // Errors: false, and errorText() says why; a full disk is put to the user first.
@@ -20,10 +20,10 @@ class SpillFile {
   SpillFile(const SpillFile&) = delete;
   SpillFile& operator=(const SpillFile&) = delete;
 
-  // Appends; `offset` receives the place of the first byte.
+  // Appends; `offset` receives the position of the first byte.
   [[nodiscard]] bool append(const unsigned char* bytes, std::size_t size, long long* offset);
   [[nodiscard]] bool read(long long offset, unsigned char* bytes, std::size_t size);
-  // Gives the disk space of bytes that are not needed any more back, where the file system can.
+  // Frees the disk space of bytes that are not needed any more, where the file system can.
   void forget(long long offset, std::size_t size);
   // Starts again at the first byte.
   void restart();

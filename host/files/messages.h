@@ -6,32 +6,6 @@
 
 namespace kelvarin::messages {
 
-// Two actions and their files, which may be one file under two names.
-inline QString sameFiles(const QString& one, const QString& other) {
-  return one == other ? QStringLiteral("'%1'").arg(one)
-                      : QStringLiteral("'%1' and '%2' (one file, or one is a side file of the other, "
-                                       "or both have the same side files)")
-                            .arg(one, other);
-}
-inline QString writtenTwice(const QString& first, const QString& firstFile, const QString& second,
-                            const QString& secondFile) {
-  return QStringLiteral("The actions '%1' and '%2' write the same file: %3. Give each its own.")
-      .arg(first, second, sameFiles(firstFile, secondFile));
-}
-inline QString standardOutputTwice(const QString& first, const QString& second) {
-  return QStringLiteral(
-             "The actions '%1' and '%2' both write to standard output, which would mix their rows. "
-             "Give one of them a file.")
-      .arg(first, second);
-}
-inline QString replacesSource(const QString& writer, const QString& written, const QString& reader,
-                              const QString& read) {
-  return QStringLiteral(
-             "The action '%1' would replace what the action '%2' of this graph reads: %3. Write to "
-             "another file.")
-      .arg(writer, reader, sameFiles(written, read));
-}
-
 inline QString fileIsFolder(const QString& file) {
   return QStringLiteral("\"%1\" cannot be written: it is a folder.").arg(file);
 }

@@ -57,7 +57,7 @@ RowsAhead FakeInputPin::rowsAhead() const {
 
 template <typename Value>
 const Value* FakeInputPin::valuesAhead(int column, std::size_t first, std::size_t count,
-                                       Value* room) const {
+                                       Value* buffer) const {
   if (std::count(m_hiddenColumns.begin(), m_hiddenColumns.end(), column) > 0) {
     return nullptr;
   }
@@ -65,13 +65,13 @@ const Value* FakeInputPin::valuesAhead(int column, std::size_t first, std::size_
   for (const TypedRow& row : m_rows) {
     const std::size_t end = number + static_cast<std::size_t>(row.times);
     for (std::size_t i = std::max(number, first); i < std::min(end, first + count); ++i) {
-      std::memcpy(room + (i - first), row.bytes.data() + row.offsets[static_cast<std::size_t>(column)],
+      std::memcpy(buffer + (i - first), row.bytes.data() + row.offsets[static_cast<std::size_t>(column)],
                   sizeof(Value));
     }
     number = end;
   }
   m_valuesLookedAt += static_cast<long long>(count);
-  return room;
+  return buffer;
 }
 
 PinOutMetaData columnsFromText(const std::string& text) {

@@ -2,7 +2,7 @@
 //
 // As strict as a running graph: one row object for all rows, and the bytes of a row are overwritten
 // at the next pull from the same pin, so that an action that holds on to them is found out. Steady
-// pulling allocates nothing. Rows are in hand only where the test wants them to be.
+// pulling allocates nothing. Rows can be looked at ahead only where the test says so.
 #pragma once
 
 #include "host/contract/pin_ports.h"
@@ -17,7 +17,7 @@ class FakeInputPin : public InputPin, public RowsInHand {
   void push(const Values& values, long long times = 1);
   void setSortOrder(const QVector<SortInfos>& order) { m_row.setSortInfos(order); }
   void setUpstreamAction(ActionItem* action) { m_upstream = action; }
-  // The upstream action has not told its columns; they come with the first row.
+  // The upstream action has not announced its columns; they come with the first row.
   void hideColumns() { m_isAnnounced = false; }
   // All rows may be looked at ahead, which is counted, but for the columns in `hidden`.
   void offerRows(std::vector<int> hidden = {}) {
@@ -32,12 +32,12 @@ class FakeInputPin : public InputPin, public RowsInHand {
   ActionItem* upstreamAction() const override { return m_upstream; }
   RowsAhead rowsAhead() const override;
   const double* numbers(int column, std::size_t first, std::size_t count,
-                        double* room) const override {
-    return valuesAhead(column, first, count, room);
+                        double* buffer) const override {
+    return valuesAhead(column, first, count, buffer);
   }
   const std::uint32_t* keys(int column, std::size_t first, std::size_t count,
-                            std::uint32_t* room) const override {
-    return valuesAhead(column, first, count, room);
+                            std::uint32_t* buffer) const override {
+    return valuesAhead(column, first, count, buffer);
   }
 
  private:
@@ -49,7 +49,7 @@ class FakeInputPin : public InputPin, public RowsInHand {
   };
 
   template <typename Value>
-  const Value* valuesAhead(int column, std::size_t first, std::size_t count, Value* room) const;
+  const Value* valuesAhead(int column, std::size_t first, std::size_t count, Value* buffer) const;
 
   PinOutMetaData m_metaData;
   OneRow m_row{&m_metaData};

@@ -11,7 +11,7 @@
 namespace {
 
 constexpr long long kUnlimited = -1;
-std::atomic<long long> roomLeft{kUnlimited};
+std::atomic<long long> spaceLeft{kUnlimited};
 std::atomic<long long> refusalCount{0};
 
 bool isRegularFile(int file) {
@@ -21,14 +21,14 @@ bool isRegularFile(int file) {
 
 // How many of the bytes the file takes; -1 with errno set when it takes none.
 ssize_t granted(int file, size_t bytes) {
-  long long left = roomLeft.load();
+  long long left = spaceLeft.load();
   if (left == kUnlimited || bytes == 0 || !isRegularFile(file)) {
     return static_cast<ssize_t>(bytes);
   }
   long long taken = 0;
   do {
     taken = left < static_cast<long long>(bytes) ? left : static_cast<long long>(bytes);
-  } while (!roomLeft.compare_exchange_weak(left, left - taken));
+  } while (!spaceLeft.compare_exchange_weak(left, left - taken));
   if (taken == 0) {
     ++refusalCount;
     errno = ENOSPC;
@@ -72,18 +72,18 @@ namespace kelvarin::testing {
 
 FullDisk::FullDisk(long long bytes) {
   refusalCount = 0;
-  roomLeft = bytes;
+  spaceLeft = bytes;
 }
 
 FullDisk::~FullDisk() {
-  roomLeft = kUnlimited;
+  spaceLeft = kUnlimited;
 }
 
-void FullDisk::makeRoom(long long bytes) {
-  roomLeft += bytes;
+void FullDisk::freeBytes(long long bytes) {
+  spaceLeft += bytes;
 }
 long long FullDisk::bytesLeft() const {
-  return roomLeft;
+  return spaceLeft;
 }
 long long FullDisk::refusals() const {
   return refusalCount;

@@ -2,7 +2,8 @@
 // space left.
 //
 // Stands in for the C library's writing operations, so that it holds for every library that writes
-// through them. Threads: any.
+// through them.
+// Threads: any.
 #pragma once
 
 namespace kelvarin::testing {
@@ -14,8 +15,8 @@ class FullDisk {
   FullDisk(const FullDisk&) = delete;
   FullDisk& operator=(const FullDisk&) = delete;
 
-  // Somebody has deleted something.
-  void makeRoom(long long bytes);
+  // Somebody has deleted so much.
+  void freeBytes(long long bytes);
   long long bytesLeft() const;
   // How many writes have failed so far.
   long long refusals() const;

@@ -1,5 +1,4 @@
-// Processes that are killed just before one of the calls of the system which give files their names
-// or take them away.
+// Processes that are killed just before one of the system calls that name files or remove names.
 //
 // The calls are defined here in place of the C library's, so one source file of a test program
 // includes this. A linked shared library calls them as well.

@@ -2,11 +2,6 @@
 
 namespace kelvarin::testing {
 
-RecordingHost::RecordingHost() : m_previous(installHostServices(this)) {}
-RecordingHost::~RecordingHost() {
-  installHostServices(m_previous);
-}
-
 std::vector<LogLine> RecordingHost::lines() const {
   const std::lock_guard lock(m_mutex);
   return m_lines;

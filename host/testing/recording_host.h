@@ -1,7 +1,7 @@
 // A host for tests: it keeps the log, the chosen back-ends and the help pages asked for, and
 // answers a full disk.
 //
-// Installs itself as the HostServices while it lives.
+// The thread that makes it works in its session while it lives; other threads enter session().
 // Threads: log() and outOfDiskSpace() from any, under a lock.
 #pragma once
 
@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/contract/host_services.h"
+#include "host/contract/host_session.h"
 
 namespace kelvarin::testing {
 
@@ -18,13 +19,12 @@ using Strings = std::vector<std::string>;
 struct LogLine {
   LogLevel level;
   std::string text;
-  const ActionItem* action;  // null when the host was not told
+  const ActionItem* action;  // null when unknown
 };
 
 class RecordingHost : public HostServices {
  public:
-  RecordingHost();
-  ~RecordingHost() override;
+  HostSession& session() { return m_session; }
 
   std::vector<LogLine> lines() const;
   // Each line as the command line shows it: "error: ", "warning: " or "info: " and the text; without
@@ -57,7 +57,8 @@ class RecordingHost : public HostServices {
   int m_diskRetries = 0;
   Strings m_backends;
   Strings m_helpPages;
-  HostServices* m_previous;
+  HostSession m_session{this};
+  HostSession::Scope m_scope{&m_session};
 };
 
 }  // namespace kelvarin::testing

@@ -79,6 +79,7 @@ FakeInputPin& RowHarness::input(int pin) {
 
 char RowHarness::init() {
   if (m_stage == Stage::created) {
+    const HostSession::Scope scope(&m_host.session());
     const CurrentAction current(m_action.get());
     m_initAnswer = m_action->init();
     if (m_initAnswer == 0) {
@@ -98,6 +99,7 @@ bool RowHarness::step() {
     close();
     return false;
   }
+  const HostSession::Scope scope(&m_host.session());
   const CurrentAction current(m_action.get());
   if (m_action->compute()) {
     close();
@@ -113,6 +115,7 @@ void RowHarness::close() {
   m_stage = Stage::closed;
   auto expected = GlobalParameters::RunningState::running;
   m_run.status.compare_exchange_strong(expected, GlobalParameters::RunningState::endedNormally);
+  const HostSession::Scope scope(&m_host.session());
   const CurrentAction current(m_action.get());
   m_action->close();
 }

@@ -34,7 +34,7 @@ class Value {
 using Values = std::vector<Value>;
 
 // Appends the bytes of a value in a column of a type. Throws std::invalid_argument, which fails the
-// test, where a test gives a value that the column cannot hold.
+// test, where the column cannot hold the value.
 void appendBytes(std::vector<unsigned char>& bytes, const Value& value, MetaTypeColumn type);
 // From a row's pointer slot.
 Value valueFromBytes(const unsigned char* bytes, MetaTypeColumn type);

@@ -235,7 +235,7 @@ TEST(ColumnarHDWriter, AFullDiskLosesNothingWhenRoomIsMade) {
     std::atomic<int> asked = 0;
     ColumnarHDWriter writer([&](const QString&, int missing) {
       const int time = ++asked;
-      disk.makeRoom(time % 3 == 0 ? missing : time % 3 == 1 ? missing / 2 : 1);
+      disk.freeBytes(time % 3 == 0 ? missing : time % 3 == 1 ? missing / 2 : 1);
       return true;
     });
     FakeInputPin again = wideTable(450);

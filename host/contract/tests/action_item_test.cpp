@@ -30,7 +30,7 @@ std::wstring saved(ActionItem& action) {
   return out.str();
 }
 
-// The place of a virtual operation in its class's table, as the platform's C++ ABI codes it in a
+// The index of a virtual operation in its class's table, as the platform's C++ ABI codes it in a
 // pointer to it: 1 more than its byte offset.
 template <typename Operation>
 long slotOf(Operation operation) {
@@ -41,7 +41,7 @@ long slotOf(Operation operation) {
 }
 
 TEST(ActionItem, OperationsStandInTheContractsOrder) {
-  const long places[] = {slotOf(&ActionItem::typeName),
+  const long operations[] = {slotOf(&ActionItem::typeName),
                          slotOf(&ActionItem::editPropertyFrame),
                          slotOf(&ActionItem::getImage),
                          slotOf(&ActionItem::addPinIn),
@@ -67,11 +67,11 @@ TEST(ActionItem, OperationsStandInTheContractsOrder) {
                          slotOf(&ActionItem::getHDFile),
                          slotOf(&ActionItem::getHDTime),
                          slotOf(&ActionItem::clearHDFile)};
-  for (std::size_t i = 0; i < std::size(places); ++i) {
-    EXPECT_EQ(places[i], static_cast<long>(i));
+  for (std::size_t i = 0; i < std::size(operations); ++i) {
+    EXPECT_EQ(operations[i], static_cast<long>(i));
   }
-  // The destructor takes two places.
-  EXPECT_EQ(slotOf(&ActionItem::createFromXML), static_cast<long>(std::size(places)) + 2);
+  // The destructor takes two of them.
+  EXPECT_EQ(slotOf(&ActionItem::createFromXML), static_cast<long>(std::size(operations)) + 2);
 }
 
 TEST(PluginInterface, OperationsStandInTheContractsOrder) {

@@ -53,7 +53,7 @@ TEST(Texts, ANameCollidesUnlessItsColumnIsReplaced) {
 class RunningHost : public RecordingHost {
  public:
   bool runBranch(EngineRunner& runner, ActionItem&, int pin) override {
-    runner.start([this, pin] { lastPin = pin; });
+    runner.start([this, pin](RunRecord&) { lastPin = pin; });
     return true;
   }
   std::atomic<int> lastPin{-7};
@@ -74,7 +74,7 @@ class SomeAction : public ActionItem {
   ActionItem* createFromXML(XMLNode, GlobalParameters*) override { return new SomeAction; }
 };
 
-TEST(EngineRunner, RunsTheBranchBesideItsCallerAndTellsTheEnd) {
+TEST(EngineRunner, RunsTheBranchBesideItsCallerAndReportsTheEnd) {
   SomeAction action;
   CountingRunner runner;
   {

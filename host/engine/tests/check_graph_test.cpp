@@ -1,7 +1,7 @@
-// The check of a graph without running it, and the run of one branch.
+// The check of a graph without running it, and the columns that reach a pin.
 #include <gtest/gtest.h>
 
-#include "host/engine/branch_run.h"
+#include "host/engine/input_columns.h"
 #include "host/engine/tests/test_actions.h"
 
 namespace kelvarin::testing {
@@ -10,7 +10,7 @@ namespace {
 using RunningState = GlobalParameters::RunningState;
 using Calls = std::vector<std::string>;
 
-TEST(CheckGraph, GivesColumnsWithoutRowsAndOpensNoSink) {
+TEST(CheckGraph, AnnouncesColumnsWithoutRowsAndOpensNoSink) {
   TestGraph t("<Count name='s'/><WithTable name='c'/><Collect name='w'/>", "s c, c w");
   const RunResult result = checkGraph(t.graph, t.record);
   EXPECT_TRUE(result.isOk());
@@ -50,7 +50,7 @@ TEST(CheckGraph, ChecksABranchWhoseTableNobodyReadsWithoutRows) {
   EXPECT_EQ(t.seen.steps["table"], 1);
 }
 
-TEST(CheckGraph, TellsTheFaultsOfSeveralActions) {
+TEST(CheckGraph, ReportsTheFaultsOfSeveralActions) {
   TestGraph t("<Count name='a' refuse='1'/><Pass name='p'/><Count name='b'/><WithTable name='c'/>",
               "a p, b c");
   EXPECT_EQ(checkGraph(t.graph, t.record).state, RunningState::failed);
@@ -58,23 +58,43 @@ TEST(CheckGraph, TellsTheFaultsOfSeveralActions) {
   EXPECT_EQ(t.seen.calls["a"], (Calls{"init", "close after failure"}));
 }
 
-class Runner final : public EngineRunner {
+// Logs why it refuses.
+class Faulty final : public TestAction {
  public:
-  ~Runner() override { wait(); }
+  KELVARIN_TEST_ACTION(Faulty, 1, 1)
+  char init() override {
+    MainUI::addLog(LogLevel::error, QStringLiteral("no such file"));
+    return 1;
+  }
+  bool step() { return true; }
 };
 
-TEST(BranchRun, RunsWhatLiesUpstreamAndNoSink) {
-  TestGraph t("<Count name='s' rows='5'/><Pass name='p'/><Collect name='w'/><Count name='other'/>",
-              "s p, p w");
-  Runner runner;
-  const ActionItem& action = *t.graph.actions[1].item;
-  ASSERT_TRUE(runBranch(t.graph, runner, action, -1, t.record));
-  runner.wait();
-  EXPECT_EQ(t.record.status, RunningState::endedNormally);
-  EXPECT_EQ(t.seen.steps["s"], 6);
-  EXPECT_EQ(t.seen.calls["p"], (Calls{"init", "close"}));
-  EXPECT_EQ(t.seen.calls.count("w") + t.seen.calls.count("other"), 0u);
-  EXPECT_FALSE(runBranch(t.graph, runner, action, 1, t.record));
+PinColumns columnsOfPin(TestGraph& t, const char* action, int pin) {
+  const int index = t.graph.indexOf(QString::fromLatin1(action));
+  return columnsOfInputPin(t.graph, *t.graph.actions[static_cast<std::size_t>(index)].item, pin);
+}
+
+TEST(InputColumns, AreKnownWithoutARun) {
+  TestGraph t(
+      "<Count name='data' texts='1'/><Count name='table' rows='3'/><WithTable name='c'/>"
+      "<Collect name='w'/><Faulty name='beside'/>",
+      "data c, table c:1, c w, c beside", prototypesWith<Faulty>());
+  const std::vector<PinColumns::Column> expected{
+      {QStringLiteral("n"), MetaTypeColumn::number}, {QStringLiteral("t"), MetaTypeColumn::text}};
+  EXPECT_EQ(columnsOfPin(t, "w", 0).columns, expected);
+  EXPECT_EQ(t.seen.values["c"], countedTo(3));  // a table decides on columns
+  EXPECT_EQ(columnsOfPin(t, "c", 1).columns, std::vector(expected.begin(), expected.begin() + 1));
+  EXPECT_EQ(t.seen.calls.count("w"), 0u);
+}
+
+TEST(InputColumns, AreUnknownWithAReasonAndWithoutALineInTheLog) {
+  TestGraph t("<Count name='s'/><Faulty name='f'/><Pass name='p'/>", "s f, f p",
+              prototypesWith<Faulty>());
+  const PinColumns columns = columnsOfPin(t, "p", 0);
+  EXPECT_FALSE(columns.isKnown);
+  EXPECT_EQ(columns.whyUnknown, QStringLiteral("no such file"));
+  EXPECT_FALSE(columnsOfPin(t, "s", 0).isKnown);
+  EXPECT_EQ(t.host.log(), Strings{});
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Faults of graph files, each with its place, and the saving of graphs.
+// Faults of graph files, each with its position, and the saving of graphs.
 #include <gtest/gtest.h>
 
 #include <QFile>
@@ -38,7 +38,7 @@ class GraphReader : public ::testing::Test {
   ActionCatalogue catalogue{nullptr, testPrototypes()};
 };
 
-TEST_F(GraphReader, TellsThePlaceOfBrokenXml) {
+TEST_F(GraphReader, ReportsThePositionOfBrokenXml) {
   EXPECT_EQ(errors("<KelvarinGraph>\n  <Actions>\n</KelvarinGraph>").substr(0, 13),
             "g.kelvarin:3:");
   EXPECT_EQ(

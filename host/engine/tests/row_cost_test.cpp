@@ -58,12 +58,11 @@ TEST(RowCost, AStraightChainNeitherCopiesNorAllocates) {
       atEnd = allocations;
     }
   };
-  // The source keeps its value in a member: the sink must see that very place.
-  const unsigned char* place = nullptr;
+  // The source keeps its value in a member: the sink must see that very address.
   EXPECT_TRUE(t.run().isOk());
-  place = t.seen.lastValue["w"];
-  EXPECT_GE(place, reinterpret_cast<const unsigned char*>(t.graph.actions[0].item.get()));
-  EXPECT_LT(place,
+  const unsigned char* const address = t.seen.lastValue["w"];
+  EXPECT_GE(address, reinterpret_cast<const unsigned char*>(t.graph.actions[0].item.get()));
+  EXPECT_LT(address,
             reinterpret_cast<const unsigned char*>(t.graph.actions[0].item.get()) + sizeof(Count));
   EXPECT_EQ(atEnd - atStart, 0);
 }

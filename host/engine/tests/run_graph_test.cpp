@@ -198,7 +198,7 @@ TEST(RunGraph, FailsWhenAnActionFailsToClose) {
   TestGraph t("<Count name='s' failClose='1'/><Collect name='w'/>", "s w");
   EXPECT_EQ(t.run().state, RunningState::failed);
   EXPECT_EQ(t.seen.calls["w"].back(),
-            "close after failure");  // so that no output takes its final place
+            "close after failure");  // so that no output gets its name
 }
 
 TEST(RunGraph, NamesTheActionThatThrows) {

@@ -99,7 +99,7 @@ TEST(TakenRows, CountAsIfTheyHadComeOneByOne) {
 }
 
 // Behind an action that takes rows one by one, where the values are hidden, where other readers
-// wait for the same rows, below such a place, and where nobody is to look ahead.
+// wait for the same rows, below such a point, and where nobody is to look ahead.
 TEST(TakenRows, ComeOneByOneElsewhere) {
   const std::pair<const char*, const char*> graphs[] = {
       {"<Tens name='s' rows='50'/><Pass name='p'/><TakeAll name='w'/>", "s p, p w"},

@@ -132,7 +132,7 @@ class Count final : public TestAction {
   RowBuffer m_buffer{256};
 };
 
-// Hands rows on as they are; stops='N' finishes after N rows.
+// Passes rows on as they are; stops='N' finishes after N rows.
 class Pass final : public TestAction {
  public:
   KELVARIN_TEST_ACTION(Pass, 1, 1)
@@ -183,7 +183,7 @@ class EveryNth final : public TestAction {
 };
 
 // Holds the first row of pin 0 while it reads the table on pin 1 to its end, as a calculator does;
-// then hands the rows of pin 0 on.
+// then passes the rows of pin 0 on.
 class WithTable final : public TestAction {
  public:
   KELVARIN_TEST_ACTION(WithTable, 2, 1)
@@ -219,7 +219,7 @@ class WithTable final : public TestAction {
   bool m_hasTable = false;
 };
 
-// Takes row by row from both pins and holds each row of pin 0 over the calls; gives the sum of
+// Takes row by row from both pins and holds each row of pin 0 over the calls; its rows are the sums of
 // columns 0.
 class AddPairs final : public TestAction {
  public:
@@ -316,6 +316,14 @@ inline ActionCatalogue::Prototypes testPrototypes() {
   prototypes.push_back(std::make_unique<WithTable>(none, nullptr));
   prototypes.push_back(std::make_unique<AddPairs>(none, nullptr));
   prototypes.push_back(std::make_unique<Collect>(none, nullptr));
+  return prototypes;
+}
+
+// With an action of the test's own.
+template <typename Action>
+ActionCatalogue::Prototypes prototypesWith() {
+  ActionCatalogue::Prototypes prototypes = testPrototypes();
+  prototypes.push_back(std::make_unique<Action>(XMLNode::emptyNode(), nullptr));
   return prototypes;
 }
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include "host/contract/host_services.h"
+#include "host/contract/host_session.h"
 
 namespace kelvarin {
 
@@ -69,7 +69,8 @@ void ReadAhead::stop() {
 }
 
 void ReadAhead::run(std::function<void()> work) {
-  m_thread = std::thread([this, work = std::move(work)] {
+  m_thread = std::thread([this, session = HostSession::current(), work = std::move(work)] {
+    const HostSession::Scope scope(session);
     const CurrentAction current(m_action);
     try {
       work();

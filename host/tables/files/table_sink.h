@@ -9,7 +9,7 @@
 
 #include <optional>
 
-#include "host/files/claimed_names.h"
+#include "host/contract/claimed_names.h"
 #include "host/contract/columns_in_hand.h"
 #include "host/files/file_hints.h"
 #include "host/files/output_check.h"

@@ -9,7 +9,7 @@
 #include <memory>
 
 #include "host/contract/action_item.h"
-#include "host/files/claimed_names.h"
+#include "host/contract/claimed_names.h"
 #include "host/files/file_hints.h"
 #include "host/tables/files/read_ahead.h"
 #include "host/tables/sort_order/sort_order.h"

@@ -1,6 +1,6 @@
 #include "host/tables/files/write_behind.h"
 
-#include "host/contract/host_services.h"
+#include "host/contract/host_session.h"
 
 namespace kelvarin {
 
@@ -17,7 +17,10 @@ WriteBehind::WriteBehind(const OneRow& columns, const ActionItem* action, Write 
   for (std::size_t i = 0; i < kPacketCount; ++i) {
     m_packets.emplace_back(types);
   }
-  m_thread = std::thread([this] { run(); });
+  m_thread = std::thread([this, session = HostSession::current()] {
+    const HostSession::Scope scope(session);
+    run();
+  });
 }
 
 WriteBehind::~WriteBehind() {

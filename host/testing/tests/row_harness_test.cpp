@@ -135,7 +135,7 @@ TEST(FullDisk, TakesWhatFitsAndThenNothing) {
     EXPECT_EQ(file.write("4"), -1);
     EXPECT_GE(disk.refusals(), 1);
     EXPECT_EQ(file.error(), QFile::ResourceError);
-    disk.makeRoom(5);
+    disk.freeBytes(5);
     EXPECT_EQ(file.write("abcde"), 5);
   }
   EXPECT_EQ(file.write("free again"), 10);

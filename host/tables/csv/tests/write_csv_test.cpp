@@ -174,7 +174,7 @@ TEST(WriteCsv, aFullDiskIsTriedAgainAsLongAsTheHostSays) {
     while (disk.refusals() == 0) {
       std::this_thread::yield();
     }
-    disk.makeRoom(1 << 30);
+    disk.freeBytes(1 << 30);
   });
   auto sink = RowHarness::of<WriteCsv>(sinkXml(path), "a:F");
   sink.host().retryFullDisk(std::numeric_limits<int>::max());

@@ -23,6 +23,9 @@ struct UsedFile {
   QString companions;
 };
 
+// Whether the name is that of the program's standard output.
+KELVARIN_CORE bool isStandardOutput(const QString& path);
+
 class KELVARIN_CORE FileUser {
  public:
   virtual ~FileUser();
