@@ -168,8 +168,8 @@ class GelFormat : public TableFormat {
     const std::uint32_t low = table.rangeBegin();
     const std::uint32_t high = table.rangeEnd();
     const auto mayHaveRows = [&](const GelFile& opened, const BlockInfo& block) {
-      KeySummary summary;
-      return !opened.descriptorLayout().readSummary(block.descriptor, places[0], summary) ||
+      KeyStatistics summary;
+      return !opened.descriptorLayout().readStatistics(block.descriptor, places[0], summary) ||
              (summary.high >= low && summary.low < high);
     };
     Found found;
@@ -235,7 +235,7 @@ class GelFormat : public TableFormat {
         throw std::runtime_error(file.path() + " is damaged");
       }
       use(*event.block);
-      blocks.giveBack(std::move(event.block));
+      blocks.recycle(std::move(event.block));
     }
   }
 

@@ -187,7 +187,7 @@ bool BlockFilterEvaluation::loadVariables(const GelFile& file, const BlockInfo& 
   for (std::size_t i = 0; i < m_columns.size(); ++i, input += kPlacesOfVariable) {
     Summary summary;
     const BlockVariable& variable = m_filter.variables[i];
-    if (!readSummary(file, block, m_columns[i], summary) || !holds(variable, summary)) {
+    if (!readStatistics(file, block, m_columns[i], summary) || !holds(variable, summary)) {
       return false;
     }
     if (!setBound(input + kMaximum, variable, summary.high) ||
@@ -239,13 +239,13 @@ bool BlockFilterEvaluation::setBound(int input, const BlockVariable& variable, c
   return text == nullptr || (isDate && !isNullNumber(value));
 }
 
-bool BlockFilterEvaluation::readSummary(const GelFile& file, const BlockInfo& block,
+bool BlockFilterEvaluation::readStatistics(const GelFile& file, const BlockInfo& block,
                                         std::size_t column, Summary& summary) {
   const DescriptorLayout& layout = file.descriptorLayout();
   switch (file.column(column).type) {
     case GelType::key: {
-      KeySummary keys;
-      if (!layout.readSummary(block.descriptor, column, keys)) {
+      KeyStatistics keys;
+      if (!layout.readStatistics(block.descriptor, column, keys)) {
         return false;
       }
       summary.hasNull = keys.hasNull;
@@ -256,8 +256,8 @@ bool BlockFilterEvaluation::readSummary(const GelFile& file, const BlockInfo& bl
       return true;
     }
     case GelType::number: {
-      NumberSummary numbers;
-      if (!layout.readSummary(block.descriptor, column, numbers)) {
+      NumberStatistics numbers;
+      if (!layout.readStatistics(block.descriptor, column, numbers)) {
         return false;
       }
       summary.hasNull = numbers.hasNull;
@@ -271,8 +271,8 @@ bool BlockFilterEvaluation::readSummary(const GelFile& file, const BlockInfo& bl
     case GelType::text:
       break;
   }
-  TextSummary texts;
-  if (!layout.readSummary(block.descriptor, column, texts)) {
+  TextStatistics texts;
+  if (!layout.readStatistics(block.descriptor, column, texts)) {
     return false;
   }
   summary.hasNull = texts.hasNull;

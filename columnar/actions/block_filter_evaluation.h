@@ -51,7 +51,7 @@ class BlockFilterEvaluation {
   // Replaces the graph's parameters in the settings.
   void expandNames(const ActionItem& action);
   std::vector<InputVariable> inputs() const;
-  static bool readSummary(const GelFile& file, const BlockInfo& block, std::size_t column,
+  static bool readStatistics(const GelFile& file, const BlockInfo& block, std::size_t column,
                           Summary& summary);
   // Whether the bounds of a column are those of what the variable makes of its values.
   bool holds(const BlockVariable& variable, const Summary& summary) const;

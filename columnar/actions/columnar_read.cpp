@@ -314,7 +314,7 @@ void ColumnarRead::closeFile() {
 
 DecodedBlock* ColumnarRead::nextBlock() {
   if (m_block && m_blocksAhead) {
-    m_blocksAhead->giveBack(std::move(m_block));
+    m_blocksAhead->recycle(std::move(m_block));
   }
   while (m_blocksAhead && isRunning()) {
     if (DecodedBlock* block = take(m_blocksAhead->next())) {

@@ -5,8 +5,8 @@
 
 #include "columnar/codecs/code_array.h"
 #include "columnar/codecs/key_words.h"
-#include "columnar/codecs/number_layout.h"
-#include "columnar/codecs/text_layout.h"
+#include "columnar/codecs/number_encoding.h"
+#include "columnar/codecs/text_encoding.h"
 #include "columnar/codecs/text_values.h"
 
 namespace kelvarin {
@@ -14,14 +14,13 @@ namespace kelvarin {
 namespace {
 
 constexpr std::uint64_t kNumberSize = sizeof(double);
-// A layout byte and the least that numbers inside another layout take after it, and the most beyond
-// their plain form.
+// The encoding byte of inner numbers, and the most that they take beyond their plain form.
 constexpr std::uint64_t kSmallestInner = 1;
 constexpr std::uint64_t kLargestInnerHead = 12;
 
-RowCounts within(RowCounts known, std::uint64_t fewest, std::uint64_t most) {
-  const std::uint64_t from = std::max<std::uint64_t>(known.fewest, fewest);
-  const std::uint64_t to = std::min<std::uint64_t>(known.most, most);
+RowCounts within(RowCounts known, std::uint64_t min, std::uint64_t max) {
+  const std::uint64_t from = std::max<std::uint64_t>(known.min, min);
+  const std::uint64_t to = std::min<std::uint64_t>(known.max, max);
   return from <= to ? RowCounts{static_cast<std::uint32_t>(from), static_cast<std::uint32_t>(to)}
                     : RowCounts::none();
 }
@@ -39,16 +38,16 @@ RowCounts countOfFixedSize(std::uint64_t bytes, std::uint64_t size, RowCounts kn
   return bytes % size == 0 ? within(known, bytes / size, bytes / size) : RowCounts::none();
 }
 
-// Codes that take from `fewestBytes` to `mostBytes`.
-RowCounts countsOfCodes(int bits, std::uint64_t fewestBytes, std::uint64_t mostBytes,
+// Codes that take from `minBytes` to `maxBytes`.
+RowCounts countsOfCodes(int bits, std::uint64_t minBytes, std::uint64_t maxBytes,
                         RowCounts known) {
   if (bits == 0) {
-    return fewestBytes == 0 ? known : RowCounts::none();
+    return minBytes == 0 ? known : RowCounts::none();
   }
   // The high parts of all codes together are filled up to a whole byte.
   const auto width = static_cast<std::uint64_t>(bits);
-  const std::uint64_t fewest = fewestBytes == 0 ? 0 : (fewestBytes - 1) * 8 / width;
-  return within(known, fewest, mostBytes * 8 / width);
+  const std::uint64_t min = minBytes == 0 ? 0 : (minBytes - 1) * 8 / width;
+  return within(known, min, maxBytes * 8 / width);
 }
 
 RowCounts countsOfScaled(ByteReader& reader, RowCounts known) {
@@ -85,23 +84,23 @@ RowCounts countsOfSparse(ByteReader& reader, RowCounts known) {
 }
 
 RowCounts countsOfNumbers(ByteReader& reader, RowCounts known) {
-  std::uint8_t layout = 0;
+  std::uint8_t encoding = 0;
   std::uint8_t planes = 0;
-  if (!reader.read(layout)) {
+  if (!reader.read(encoding)) {
     return RowCounts::none();
   }
-  switch (static_cast<NumberLayout>(layout)) {
-    case NumberLayout::plain:
+  switch (static_cast<NumberEncoding>(encoding)) {
+    case NumberEncoding::plain:
       return countOfFixedSize(reader.remaining(), kNumberSize, known);
-    case NumberLayout::scaled:
-    case NumberLayout::differences:
+    case NumberEncoding::frameOfReference:
+    case NumberEncoding::delta:
       return countsOfScaled(reader, known);
-    case NumberLayout::dictionary:
+    case NumberEncoding::dictionary:
       return countsOfNumberDictionary(reader, known);
-    case NumberLayout::significance:
+    case NumberEncoding::byteStreamSplit:
       return reader.read(planes) ? countOfFixedSize(reader.remaining(), kNumberSize, known)
                                  : RowCounts::none();
-    case NumberLayout::sparse:
+    case NumberEncoding::sparse:
       return countsOfSparse(reader, known);
   }
   return RowCounts::none();
@@ -148,13 +147,13 @@ RowCounts countsOfPlainTexts(ByteReader& reader, RowCounts known) {
 }
 
 RowCounts countsOfTexts(ByteReader& reader, RowCounts known) {
-  std::uint8_t layout = 0;
+  std::uint8_t encoding = 0;
   std::uint16_t last = 0;
   std::uint8_t bits = 0;
-  if (!reader.read(layout)) {
+  if (!reader.read(encoding)) {
     return RowCounts::none();
   }
-  if (static_cast<TextLayout>(layout) == TextLayout::plain) {
+  if (static_cast<TextEncoding>(encoding) == TextEncoding::plain) {
     return countsOfPlainTexts(reader, known);
   }
   if (!reader.read(last) || !reader.read(bits) || bits > 16) {

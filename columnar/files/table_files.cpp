@@ -71,7 +71,7 @@ std::vector<std::string> sideFileNamesOf(const std::string& mainFile) {
   const std::string main(nameWithoutFolder(mainFile));
   const std::string folder = folderOf(mainFile);
   std::vector<std::string> names;
-  for (int set = 0; set < kMaximumColumnSets; ++set) {
+  for (int set = 0; set < kMaxColumnSets; ++set) {
     std::string name = sideFileName(main, set);
     if (isSomethingThere(folder + name)) {
       names.push_back(std::move(name));

@@ -1,4 +1,4 @@
-// How reading a part of a columnar file went. What follows from it is decided by the reading action.
+// The outcome of reading a part of a columnar file. The reading action decides what follows from it.
 #pragma once
 
 namespace kelvarin {

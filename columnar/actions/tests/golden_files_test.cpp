@@ -126,7 +126,7 @@ TEST(GoldenFiles, AChunkBeyond32BitsIsFound) {
   DescriptorLayout::setRowCount(descriptor.data(), 3);
   layout.setChunks(descriptor.data(), 0, 0, 0, positions);
   for (std::size_t i = 0; i < 3; ++i) {
-    layout.writeSummary(descriptor.data(), i, KeySummary{.hasNull = false, .low = 5, .high = 7});
+    layout.writeStatistics(descriptor.data(), i, KeyStatistics{.hasNull = false, .low = 5, .high = 7});
   }
   ByteBuffer record;
   encodeDescriptorRecord(descriptor, record);

@@ -44,9 +44,9 @@ std::vector<Value> ofEachRow(const ByteBuffer& decoded, std::size_t rows) {
 // The row count is found again, or one of those that cannot be told apart.
 void expectRowCount(const ByteBuffer& chunk, GelType type, std::size_t rows) {
   const RowCounts counts =
-      ChunkDecoder().possibleRowCounts(chunk.bytes(), type, {1, kMaximumRowsInBlock});
-  EXPECT_LE(counts.fewest, rows) << static_cast<char>(type);
-  EXPECT_GE(counts.most, rows) << static_cast<char>(type);
+      ChunkDecoder().possibleRowCounts(chunk.bytes(), type, {1, kMaxRowsInBlock});
+  EXPECT_LE(counts.min, rows) << static_cast<char>(type);
+  EXPECT_GE(counts.max, rows) << static_cast<char>(type);
 }
 
 // What the chunk holds before compression, after a round trip that has changed nothing.
@@ -60,14 +60,14 @@ std::string rawAfterRoundTrip(const Numbers& numbers) {
   EXPECT_EQ(ofEachRow<std::uint64_t>(decoded, numbers.size()), numbers);
   expectRowCount(chunk, GelType::number, numbers.size());
   ByteBuffer raw;
-  EXPECT_EQ(uncompressSnappy(chunk.bytes(kChunkChecksumSize), kMaximumRawSize, raw),
+  EXPECT_EQ(uncompressSnappy(chunk.bytes(kChunkChecksumSize), kMaxRawSize, raw),
             ReadStatus::ok);
   return {reinterpret_cast<const char*>(raw.data()), raw.size()};
 }
 
 // The layout that was taken.
-NumberLayout layoutAfterRoundTrip(const Numbers& numbers) {
-  return static_cast<NumberLayout>(rawAfterRoundTrip(numbers)[0]);
+NumberEncoding layoutAfterRoundTrip(const Numbers& numbers) {
+  return static_cast<NumberEncoding>(rawAfterRoundTrip(numbers)[0]);
 }
 
 struct TextColumn {
@@ -81,7 +81,7 @@ struct TextColumn {
   TextValues values() const { return {lengths, asBytes(bytes)}; }
 };
 
-TextLayout layoutAfterRoundTrip(const TextColumn& column) {
+TextEncoding layoutAfterRoundTrip(const TextColumn& column) {
   ByteBuffer chunk;
   ChunkEncoder().appendTexts(column.values(), chunk);
   DecodedTexts decoded;
@@ -96,10 +96,10 @@ TextLayout layoutAfterRoundTrip(const TextColumn& column) {
     offset += byteCountOf(length);
   }
   ByteBuffer raw;
-  EXPECT_EQ(uncompressSnappy(chunk.bytes(kChunkChecksumSize), kMaximumRawSize, raw),
+  EXPECT_EQ(uncompressSnappy(chunk.bytes(kChunkChecksumSize), kMaxRawSize, raw),
             ReadStatus::ok);
   expectRowCount(chunk, GelType::text, rows);
-  return static_cast<TextLayout>(raw.data()[0]);
+  return static_cast<TextEncoding>(raw.data()[0]);
 }
 
 void expectRoundTrip(const Keys& keys, StorageCode code) {
@@ -121,16 +121,16 @@ TEST(NumberLayouts, EachKindOfColumnTakesItsOwnAndKeepsEveryBit) {
   std::mt19937_64 random(1);
   const auto below = [&](std::uint64_t limit) { return random() % limit; };
   for (const std::size_t rows : {std::size_t{300}, std::size_t{5000}}) {
-    EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return random() | 1; })), NumberLayout::plain);
+    EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return random() | 1; })), NumberEncoding::plain);
     EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return bits(double(below(99999)) / 100); })),
-              NumberLayout::scaled);
+              NumberEncoding::frameOfReference);
     EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return bits(std::sqrt(double(below(200)))); })),
-              NumberLayout::dictionary);
+              NumberEncoding::dictionary);
     EXPECT_EQ(
         layoutAfterRoundTrip(made(rows, [&] { return bits(1 + double(below(1u << 30)) / 3e9); })),
-        NumberLayout::significance);
+        NumberEncoding::byteStreamSplit);
     EXPECT_EQ(layoutAfterRoundTrip(made(rows, [&] { return below(10) == 0 ? random() : bits(0); })),
-              NumberLayout::sparse);
+              NumberEncoding::sparse);
     double time = 0;
     EXPECT_EQ(layoutAfterRoundTrip(made(rows,
                                         [&] {
@@ -138,7 +138,7 @@ TEST(NumberLayouts, EachKindOfColumnTakesItsOwnAndKeepsEveryBit) {
                                                      ? kNullNumberBits
                                                      : bits((time += double(below(9)) - 2) / 10);
                                         })),
-              NumberLayout::differences);
+              NumberEncoding::delta);
   }
 }
 
@@ -210,8 +210,8 @@ TEST(NumberLayouts, ScaledAndDifferentCodesTakeTheBitsTheyNeed) {
 TEST(NumberLayouts, CodesOfNoBits) {
   const auto decoded = [](std::vector<unsigned char> raw, std::uint32_t rows) {
     ByteBuffer numbers;
-    int unknownLayout = -1;
-    EXPECT_EQ(decodeNumbers(raw, rows, numbers, unknownLayout), ReadStatus::ok);
+    int unknownEncoding = -1;
+    EXPECT_EQ(decodeNumbers(raw, rows, numbers, unknownEncoding), ReadStatus::ok);
     return ofEachRow<std::uint64_t>(numbers, rows);
   };
   const Numbers same(3, bits(2.5));
@@ -263,7 +263,7 @@ TEST(TextLayouts, NullAndEmptyTextsStayApart) {
     for (int i = 0; i < 300; ++i) {
       column.add(only);
     }
-    EXPECT_EQ(layoutAfterRoundTrip(column), TextLayout::dictionary);
+    EXPECT_EQ(layoutAfterRoundTrip(column), TextEncoding::dictionary);
   }
 }
 
@@ -284,13 +284,13 @@ TEST(TextLayouts, LengthsOfEveryWidthAndDictionariesOfBothCodes) {
     for (int i = 0; i < 20000; ++i) {
       column.add(std::to_string(random() % distinct).c_str());
     }
-    EXPECT_EQ(layoutAfterRoundTrip(column), TextLayout::dictionary);
+    EXPECT_EQ(layoutAfterRoundTrip(column), TextEncoding::dictionary);
   }
   TextColumn different;
   for (int i = 0; i < 70000; ++i) {
     different.add(std::to_string(i).c_str());
   }
-  EXPECT_EQ(layoutAfterRoundTrip(different), TextLayout::plain);
+  EXPECT_EQ(layoutAfterRoundTrip(different), TextEncoding::plain);
 }
 
 TEST(TextLayouts, DictionariesShareTheBeginningsOfNeighbours) {
@@ -308,7 +308,7 @@ TEST(TextLayouts, DictionariesShareTheBeginningsOfNeighbours) {
     column.lengths.push_back(static_cast<std::uint32_t>(text.size()));
     column.bytes += text;
   }
-  EXPECT_EQ(layoutAfterRoundTrip(column), TextLayout::dictionary);
+  EXPECT_EQ(layoutAfterRoundTrip(column), TextEncoding::dictionary);
   ByteBuffer chunk;
   ChunkEncoder().appendTexts(column.values(), chunk);
   EXPECT_LT(chunk.size(), 5500u) << "41 different texts need codes of 6 bits and little more";
@@ -316,7 +316,7 @@ TEST(TextLayouts, DictionariesShareTheBeginningsOfNeighbours) {
 
 TEST(TextLayouts, WhatIsKnownOfFormerBlocksChangesNoChunk) {
   std::mt19937_64 random(11);
-  KnownTexts known;
+  StringPool known;
   ChunkEncoder encoder;
   for (int block = 0; block < 60; ++block) {
     // Now and then texts that nobody knows, few or very many of them, long ones and blocks that
@@ -379,7 +379,7 @@ TEST(ChunkDecoder, DamageIsFoundWhateverTheChecksumSays) {
   }
   const auto mutate = [&](const ByteBuffer& chunk, auto decode) {
     ByteBuffer raw;
-    ASSERT_EQ(uncompressSnappy(chunk.bytes(4), kMaximumRawSize, raw), ReadStatus::ok);
+    ASSERT_EQ(uncompressSnappy(chunk.bytes(4), kMaxRawSize, raw), ReadStatus::ok);
     for (std::size_t i = 0; i < std::min<std::size_t>(raw.size(), 400); ++i) {
       for (const unsigned char mask : {0x01, 0x80, 0xFF}) {
         raw.data()[i] ^= mask;
@@ -427,10 +427,10 @@ TEST(ChunkDecoder, TellsTheNumberOfAnUnknownLayout) {
   ChunkDecoder decoder;
   ByteBuffer numbers;
   EXPECT_EQ(decoder.decodeNumbers(chunk.bytes(), 1, numbers), ReadStatus::corrupted);
-  EXPECT_EQ(decoder.unknownLayout(), 77);
+  EXPECT_EQ(decoder.unknownEncoding(), 77);
   chunk.data()[0] ^= 1;
   EXPECT_EQ(decoder.decodeNumbers(chunk.bytes(), 1, numbers), ReadStatus::wrongChecksum);
-  EXPECT_EQ(decoder.unknownLayout(), -1);
+  EXPECT_EQ(decoder.unknownEncoding(), -1);
 }
 
 // Typed by hand: an 8-byte literal has the tag (8 - 1) << 2.

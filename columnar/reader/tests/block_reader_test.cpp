@@ -72,8 +72,8 @@ TEST(BlockReader, ReadsOnlyTheColumnsAskedFor) {
 TEST(BlockReader, PassesOverBlocksThatAreNotWanted) {
   const std::vector<Values> rows = someRows(14);
   const auto wantsLaterKeys = [](const GelFile& file, const BlockInfo& block) {
-    KeySummary keys;
-    EXPECT_TRUE(file.descriptorLayout().readSummary(block.descriptor, 0, keys));
+    KeyStatistics keys;
+    EXPECT_TRUE(file.descriptorLayout().readStatistics(block.descriptor, 0, keys));
     EXPECT_EQ(keys.low, block.firstRow * 3);
     return keys.high >= 33;
   };

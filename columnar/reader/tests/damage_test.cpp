@@ -98,7 +98,7 @@ std::vector<std::size_t> blockEnds(const MemoryFiles& files, int set) {
   std::vector<std::size_t> ends;
   for (BlockInfo block; scan.next(block) == BlockScan::Step::block;) {
     if (block.index > 0) {
-      ends.push_back((*file)->descriptorLayout().place(block.descriptor, set).offset);
+      ends.push_back((*file)->descriptorLayout().blockLocation(block.descriptor, set).offset);
     }
   }
   ends.push_back(files.at(kSides[set]).size());
@@ -289,7 +289,7 @@ TEST(Damage, ForgedDescriptorsDoNoHarm) {
   const Bytes bytes = asBytes(whole.at(kMain));
   const Bytes payload = bytes.subspan(records[0] + 8, records[1] - records[0] - 8);
   ByteBuffer raw;
-  ASSERT_EQ(uncompressSnappy(payload, kMaximumRawSize, raw), ReadStatus::ok);
+  ASSERT_EQ(uncompressSnappy(payload, kMaxRawSize, raw), ReadStatus::ok);
   for (std::size_t place = 0; place < raw.size(); ++place) {
     for (const int value : {0x00, 0x01, 0x7F, 0x80, 0xFF}) {
       const unsigned char kept = raw.data()[place];

@@ -54,7 +54,7 @@ void readAll(const GelFile& file, Cost& cost) {
       const std::uint64_t values = event.block->rowCount() * file.columns().size();
       cost.values += values;
       cost.largestBlock = std::max(cost.largestBlock, values);
-      blocks.giveBack(std::move(event.block));
+      blocks.recycle(std::move(event.block));
     }
   }
 }
@@ -155,7 +155,7 @@ MemoryFiles oneChunk(MadeColumn column, std::uint32_t rows, const std::string& c
   MemoryFiles files = makeFile({column}, {{value}}, {.rowsInBlock = rows});
   const Bytes main = asBytes(files.at(kMain));
   ByteBuffer raw;
-  (void)uncompressSnappy(main.subspan(firstRecord(files) + kRecordHeadSize), kMaximumRawSize, raw);
+  (void)uncompressSnappy(main.subspan(firstRecord(files) + kRecordHeadSize), kMaxRawSize, raw);
   DescriptorLayout::setRowCount(raw.data(), rows);
   storeRecords(files, sealedRecord(compressed(std::string(asText(raw.bytes())))));
   const std::uint64_t rowCount = rows;
@@ -197,7 +197,7 @@ MemoryFiles manyColumns(const Columns& columns) {
     DescriptorLayout::setRowCount(one.data(), 1);
     const std::vector<std::uint64_t> begins = ends;
     for (std::size_t set = 0; set < begins.size(); ++set) {
-      layout.setPlace(one.data(), static_cast<int>(set), {begins[set], false});
+      layout.setBlockLocation(one.data(), static_cast<int>(set), {begins[set], false});
     }
     for (std::size_t i = 0; i < columns.count; ++i) {
       const auto set = static_cast<std::size_t>(metadata.columns[i].columnSet);
@@ -382,7 +382,7 @@ TEST(HostileFile, BlocksWithoutValuesAreCheap) {
     std::vector<unsigned char> one(layout.width());
     DescriptorLayout::setRowCount(one.data(), 1);
     for (std::uint64_t i = 0; i < kBlocks; ++i) {
-      layout.setPlace(one.data(), 0, {i * step, false});
+      layout.setBlockLocation(one.data(), 0, {i * step, false});
       descriptors += asText(one);
     }
     storeRecords(files, sealedRecord(compressed(descriptors)));

@@ -88,7 +88,7 @@ class FileMaker {
       if (described.columnSet != set) {
         set = described.columnSet;
         blockBegin = side.size();
-        m_layout.setPlace(bytes.data(), set, {blockBegin, false});
+        m_layout.setBlockLocation(bytes.data(), set, {blockBegin, false});
       }
       m_layout.setChunkPosition(bytes.data(), column,
                                 static_cast<std::uint32_t>(side.size() - blockBegin));
@@ -112,7 +112,7 @@ class FileMaker {
   void appendKeys(std::size_t column, std::size_t first, std::size_t end, unsigned char* descriptor,
                   ByteBuffer& side) {
     std::vector<std::uint32_t> keys;
-    KeySummary summary;
+    KeyStatistics summary;
     for (std::size_t row = first; row < end; ++row) {
       const Value& value = m_rows[row][column];
       const auto key = value.isNull() ? kNoKey : static_cast<std::uint32_t>(*value.number());
@@ -125,13 +125,13 @@ class FileMaker {
       }
     }
     m_encoder.appendKeys(keys, m_metadata.columns[column].storage, side);
-    m_layout.writeSummary(descriptor, column, summary);
+    m_layout.writeStatistics(descriptor, column, summary);
   }
 
   void appendNumbers(std::size_t column, std::size_t first, std::size_t end,
                      unsigned char* descriptor, ByteBuffer& side) {
     std::vector<std::uint64_t> numbers;
-    NumberSummary summary;
+    NumberStatistics summary;
     for (std::size_t row = first; row < end; ++row) {
       const Value& value = m_rows[row][column];
       numbers.push_back(value.isNull() ? ~0ull : std::bit_cast<std::uint64_t>(*value.number()));
@@ -146,14 +146,14 @@ class FileMaker {
       }
     }
     m_encoder.appendNumbers(numbers, side);
-    m_layout.writeSummary(descriptor, column, summary);
+    m_layout.writeStatistics(descriptor, column, summary);
   }
 
   void appendTexts(std::size_t column, std::size_t first, std::size_t end,
                    unsigned char* descriptor, ByteBuffer& side) {
     std::vector<std::uint32_t> lengths;
     std::string bytes;
-    TextSummary summary;
+    TextStatistics summary;
     std::vector<std::string> texts;
     for (std::size_t row = first; row < end; ++row) {
       const Value& value = m_rows[row][column];
@@ -171,7 +171,7 @@ class FileMaker {
       summary.high = TextBound::of(*high);
     }
     m_encoder.appendTexts({lengths, asBytes(bytes)}, side);
-    m_layout.writeSummary(descriptor, column, summary);
+    m_layout.writeStatistics(descriptor, column, summary);
   }
 
   void appendRecord(std::vector<unsigned char>& descriptors, std::string& records) {

@@ -85,7 +85,7 @@ TEST(Verification, ComparesValuesWithTheirSummaries) {
     files[sideFileName(kMain, 0)] = other.at(sideFileName(kMain, 0));
     const std::vector<GelDamage> damages = damagesOf(files);
     ASSERT_EQ(damages.size(), 1u) << type;
-    EXPECT_EQ(damages[0].kind, Kind::summary);
+    EXPECT_EQ(damages[0].kind, Kind::statistics);
   }
 }
 
