@@ -1,6 +1,6 @@
 #include "columnar/actions/file_list.h"
 
-#include "columnar/actions/read_messages.h"
+#include "columnar/actions/messages.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
@@ -17,13 +17,12 @@ void logError(const QString& text) {
 // False: logged.
 bool hasNamesColumn(const ActionItem& action, int pin, const char* namesOfWhat) {
   if (!action.isInputPinLinked(pin)) {
-    logError(QString::fromLatin1(messages::kNamesPinNotLinked)
-                 .arg(QString::number(pin), QString::fromLatin1(namesOfWhat)));
+    logError(columnar_messages::namesPinNotLinked(pin, QString::fromLatin1(namesOfWhat)));
     return false;
   }
   const OneRow* columns = action.announcedColumnsOfInPin(pin);
   if (columns != nullptr && columns->sz() == 0) {
-    logError(QString::fromLatin1(messages::kNoColumnOnPin));
+    logError(columnar_messages::noColumnOnPin());
     return false;
   }
   return true;
@@ -38,17 +37,17 @@ std::optional<QStringList> fileNamesFromPin(ActionItem& action, bool abortsOnUnr
   QStringList names;
   while (const OneRow* row = action.getNextRowFromInPin(kPinOfFileNames)) {
     if (row->sz() == 0) {
-      logError(QString::fromLatin1(messages::kNoColumnOnPin));
+      logError(columnar_messages::noColumnOnPin());
       return std::nullopt;
     }
     const QString name = row->col(0, nullptr);
     if (!name.isEmpty()) {
       names += name;
     } else if (abortsOnUnreadable) {
-      logError(QString::fromLatin1(messages::kUnreadableName));
+      logError(columnar_messages::unreadableName());
       return std::nullopt;
     } else {
-      MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kUnreadableNameSkipped));
+      MainUI::addLog(LogLevel::warning, columnar_messages::unreadableNameSkipped());
     }
   }
   return names;
@@ -61,12 +60,12 @@ std::optional<QStringList> columnNamesFromPin(ActionItem& action) {
   QStringList names;
   while (const OneRow* row = action.getNextRowFromInPin(kPinOfColumnNames)) {
     if (row->sz() == 0) {
-      logError(QString::fromLatin1(messages::kNoColumnOnPin));
+      logError(columnar_messages::noColumnOnPin());
       return std::nullopt;
     }
     const QString name = row->col(0, nullptr);
     if (name.isEmpty()) {
-      logError(QString::fromLatin1(messages::kUnreadableColumnName).arg(names.size()));
+      logError(columnar_messages::unreadableColumnName(names.size()));
       return std::nullopt;
     }
     names += name;

@@ -57,7 +57,7 @@ ReadStatus ChunkDecoder::uncompress(Bytes chunk, std::uint64_t maximumSize) {
     return ReadStatus::wrongChecksum;
   }
   const ReadStatus status = uncompressSnappy(stream, maximumSize, m_raw);
-  // No values of so many rows take more, so the stream makes no sense.
+  // The values of these rows cannot take more, so the stream is damaged.
   return status == ReadStatus::beyondLimits ? ReadStatus::corrupted : status;
 }
 

@@ -32,8 +32,8 @@ inline constexpr std::uint32_t kMaxRowsInBlock = 400'000'000;
 
 class ChunkEncoder {
  public:
-  // Appends a chunk to `out` and returns its size. There is at least one value, and no more than the
-  // limits above allow. Numbers are passed as their bits.
+  // Appends a chunk to `out` and returns its size. There is at least one value, and no more than
+  // the limits above allow. Numbers are passed as their bits.
   std::size_t appendKeys(std::span<const std::uint32_t> keys, StorageCode code, ByteBuffer& out);
   std::size_t appendNumbers(std::span<const std::uint64_t> numbers, ByteBuffer& out);
   std::size_t appendTexts(const TextValues& texts, ByteBuffer& out);

@@ -2,8 +2,8 @@
 // need.
 //
 // The low parts of all codes, of 0, 1, 2 or 4 bytes each, are stored first, then the high parts of
-// 0 to 8 bits each, so that compression still finds repetitions of whole bytes. Used by the encodings
-// of numbers and of texts.
+// 0 to 8 bits each, so that compression still finds repetitions of whole bytes. Used by the
+// encodings of numbers and of texts.
 // Layout: docs/gel-format.md, "Codes".
 // Threads: any.
 #pragma once
@@ -44,8 +44,8 @@ class StoredCodes {
         m_high(bytes + rows * static_cast<std::size_t>(width.lowBytes)),
         m_width(width) {}
 
-  // `first` is a multiple of kRowsInBatch. There are at most kRowsInBatch codes, none wider than the
-  // width.
+  // `first` is a multiple of kRowsInBatch. There are at most kRowsInBatch codes, none wider than
+  // the width.
   void store(std::size_t first, std::span<const std::uint32_t> codes) const;
 
  private:

@@ -34,8 +34,8 @@ bool fitsRecord(std::uint64_t descriptorBytes);
 // Replaces the content of `record`.
 void encodeDescriptorRecord(Bytes descriptors, ByteBuffer& record);
 
-// Returns at least one descriptor of `width` bytes each, at most `maximumSize` bytes, and no partial
-// one.
+// Returns at least one descriptor of `width` bytes each, at most `maximumSize` bytes, and no
+// partial one.
 [[nodiscard]] ReadStatus decodeDescriptorRecord(const DescriptorRecordHead& head, Bytes payload,
                                                 std::size_t width, std::uint64_t maximumSize,
                                                 ByteBuffer& descriptors);

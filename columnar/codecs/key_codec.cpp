@@ -32,7 +32,7 @@ std::size_t packedPart(std::size_t keys) {
   return keys / kKeysInGroup * kKeysInGroup;
 }
 
-// Calls use(first, count) for the packed part and for the rest, which both start from 0.
+// Calls use(first, count) for the packed part and for the rest, each of which starts from 0.
 template <typename Use>
 void forBothParts(std::uint32_t* keys, std::size_t count, Use use) {
   const std::size_t packed = packedPart(count);

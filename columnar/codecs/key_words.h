@@ -1,8 +1,8 @@
 // Whether words can be the output of an integer codec for a given number of keys.
 //
 // The decoders of the library trust counts, widths and positions in the words. These checks come
-// first and accept only words that decode within their buffers: every word has a meaning, and none is
-// left over.
+// first and accept only words that decode within their buffers: every word has a meaning, and none
+// is left over.
 // Threads: any.
 // Errors: never throws.
 #pragma once

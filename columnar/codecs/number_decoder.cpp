@@ -30,7 +30,7 @@ bool take(ByteReader& reader, ScaledHead& head) {
          reader.read(head.base) && head.isSound();
 }
 
-// Reads bytes that must be the rest.
+// Reads `size` bytes, which must be all that remain.
 bool takeAll(ByteReader& reader, std::size_t size, Bytes& bytes) {
   return reader.remaining() == size && reader.readBytes(size, bytes);
 }

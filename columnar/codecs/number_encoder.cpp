@@ -21,12 +21,12 @@ Bytes bytesOf(Numbers numbers) {
   return {reinterpret_cast<const unsigned char*>(numbers.data()), numbers.size_bytes()};
 }
 
-// What compression leaves of a thousand bytes of a plane whose sample has a single byte value.
+// The compressed size of a thousand bytes of a plane whose sample has a single byte value.
 constexpr std::size_t kPerMilleLeft = 50;
 
 }  // namespace
 
-// Numbers as integers of a power of ten, which are in m_integers.
+// How numbers are scaled to integers; these are in m_integers.
 struct NumberEncoder::Scaling {
   int exponent = 0;
   kernels::ScaledRange range;
@@ -54,7 +54,7 @@ NumberEncoder::Choice NumberEncoder::choose(Numbers numbers) {
   const NumberSample sample(numbers);
   const std::size_t rows = numbers.size();
   const bool hasDictionary = fillDictionary(numbers);
-  // The different numbers have the same range as all.
+  // The different numbers have the same range as all numbers.
   const Numbers different = hasDictionary ? Numbers(m_dictionary) : numbers;
   m_integers.resize(rows);
   Choice choice;
@@ -117,7 +117,7 @@ std::optional<NumberEncoder::Scaling> NumberEncoder::findScaling(Numbers numbers
   return std::nullopt;
 }
 
-// False when there are too many different numbers.
+// False: there are too many different numbers.
 bool NumberEncoder::fillDictionary(Numbers numbers) {
   constexpr std::size_t kSlots = 1024;
   constexpr int kSlotBits = 10;

@@ -35,7 +35,8 @@ inline constexpr int kMaxPlanes = 7;
 
 class NumberEncoder {
  public:
-  // Appends the encoding byte and the numbers, which are passed as their bits. There is at least one.
+  // Appends the encoding byte and the numbers, which are passed as their bits. There is at least
+  // one.
   void append(std::span<const std::uint64_t> numbers, ByteBuffer& out);
 
  private:
@@ -66,9 +67,9 @@ class NumberEncoder {
 };
 
 // `bytes` begin with the encoding byte. Their structure is checked before `numbers` allocates. The
-// result has 8 bytes a row, or only 8 bytes where one stored number stands for all rows: such a block
-// may claim any number of rows without a byte for each. `unknownEncoding` is set to the encoding byte
-// when this version does not know it.
+// result has 8 bytes a row, or only 8 bytes where one stored number stands for all rows: such a
+// block may claim any number of rows without a byte for each. `unknownEncoding` is set to the
+// encoding byte when this version does not know it.
 [[nodiscard]] ReadStatus decodeNumbers(Bytes bytes, std::uint32_t rows, ByteBuffer& numbers,
                                        int& unknownEncoding);
 

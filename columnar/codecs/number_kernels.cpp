@@ -11,11 +11,11 @@ namespace kelvarin::kernels {
 
 namespace {
 
-// The bits of 2^52; an integer below it or-ed into them gives the double 2^52 + integer.
+// The bits of 2^52; or-ed with an integer below 2^52 they are the double 2^52 + integer.
 constexpr std::uint64_t kTwoTo52Bits = 0x4330000000000000ull;
 constexpr double kTwoTo52 = 4503599627370496.0;
 
-// The parts of a Scale as the loop needs them.
+// A Scale in the form that the loop needs.
 struct Factors {
   std::uint64_t missing;
   double offset;
@@ -49,8 +49,8 @@ template <bool kDivides>
   }
 }
 
-// Once for every processor and once for those with wider registers. The results are the same: every
-// operation is exact or rounded as the standard says.
+// Compiled once for all processors and once for those with wider registers. The results are the
+// same: every operation is exact or rounded as the standard says.
 using UnscaleCodes = void (*)(std::span<const std::uint32_t>, const Factors&, unsigned char*);
 
 void unscalePortably(std::span<const std::uint32_t> codes, const Factors& factors,
@@ -98,7 +98,7 @@ void splitInto(Numbers numbers, unsigned char* out) {
           static_cast<unsigned char>(numbers[i] >> (56 - 8 * plane));
     }
   }
-  // Numbers are written whole, and their highest bytes overwritten by the next, but at the end.
+  // All but the last numbers are written whole, and the next one overwrites the highest bytes.
   constexpr std::size_t kRest = 8 - kPlanes;
   out += kPlanes * rows;
   const std::size_t whole = rows - std::min<std::size_t>((7 + kRest) / kRest, rows);
@@ -122,7 +122,7 @@ void joinFrom(const unsigned char* bytes, std::size_t rows, unsigned char* numbe
     }
     storePacked(numbers + i * sizeof number, number);
   };
-  // A number is read together with bytes of the next ones, but at the end.
+  // All but the last numbers are read with a load that includes bytes of the following ones.
   const std::size_t whole = rows - std::min<std::size_t>((7 + kRest) / kRest, rows);
   for (std::size_t i = 0; i < whole; ++i) {
     joinOne(i, loadPacked<std::uint64_t>(rest + kRest * i) & kRestBits);

@@ -17,7 +17,8 @@ namespace kelvarin::kernels {
 void storeFrameOfReference(std::span<const std::int64_t> integers, std::int64_t base, CodeWidth width,
                  unsigned char* codes);
 
-// Zigzag encoding numbers deltas as 0, -1, 1, -2, 2, ..., so that small ones of both signs are short.
+// Zigzag encoding numbers deltas as 0, -1, 1, -2, 2, ..., so that small ones of both signs are
+// short.
 constexpr std::uint64_t zigzagEncoded(std::int64_t delta) {
   return static_cast<std::uint64_t>(delta) << 1 ^ static_cast<std::uint64_t>(delta >> 63);
 }

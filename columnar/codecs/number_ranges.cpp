@@ -26,7 +26,7 @@ constexpr std::int64_t orderedBits(std::int64_t bits) {
   return bits ^ ((bits >> 63) & INT64_MAX);
 }
 
-// What has been seen so far. The bounds are integers, and keep their initial values where there are
+// The result so far. The bounds are integers, and keep their initial values where there are
 // no values.
 struct Seen {
   std::int64_t lowest = INT64_MAX;
@@ -59,7 +59,7 @@ struct ScaledNumber {
 ScaledNumber scaledNumber(std::uint64_t bits, double power) {
   const double product = std::bit_cast<double>(bits) * power;
   const double shifted = product + kRounding;
-  // Modulo 2^64: numbers that are too large give nonsense, and are refused below.
+  // Modulo 2^64: the result is meaningless for numbers that are too large, which are refused below.
   const auto integer = static_cast<std::int64_t>(std::bit_cast<std::uint64_t>(shifted) -
                                                  static_cast<std::uint64_t>(kRoundingBits));
   const double back = (shifted - kRounding) / power;
@@ -98,7 +98,7 @@ constexpr std::size_t kLanes = 4;
   return _mm256_testz_si256(condition, condition) == 0;
 }
 
-// What each of four lanes has seen.
+// The results so far of four lanes.
 struct SeenLanes {
   __m256i lowest;
   __m256i highest;

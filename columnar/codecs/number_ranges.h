@@ -1,8 +1,8 @@
 // Finds the range of the numbers of a block, as doubles and as integers scaled by a power of ten.
 //
 // Numbers are passed as their bits, so that nothing is lost. Processors with 256-bit operations
-// process four numbers at a time; the results are the same, since every operation is exact or rounded
-// as the standard says.
+// process four numbers at a time; the results are the same, since every operation is exact or
+// rounded as the standard says.
 // Threads: any.
 #pragma once
 

@@ -25,7 +25,7 @@ RowCounts within(RowCounts known, std::uint64_t min, std::uint64_t max) {
                     : RowCounts::none();
 }
 
-// The packed keys are counted in the first word; fewer than a group follow them.
+// The first word is the number of packed keys; fewer than a group follow them.
 RowCounts countsOfKeys(ByteReader& reader, RowCounts known) {
   std::uint32_t packed = 0;
   if (!reader.read(packed) || packed % kKeysInGroup != 0) {
@@ -73,7 +73,7 @@ RowCounts countsOfNumberDictionary(ByteReader& reader, RowCounts known) {
                        rest > kSmallestInner ? rest - kSmallestInner : 0, known);
 }
 
-// A bit a row, and up to a number a row.
+// Each row takes a bit, and at most a number.
 RowCounts countsOfSparse(ByteReader& reader, RowCounts known) {
   if (!reader.skip(kNumberSize)) {
     return RowCounts::none();
@@ -106,7 +106,7 @@ RowCounts countsOfNumbers(ByteReader& reader, RowCounts known) {
   return RowCounts::none();
 }
 
-// The lengths stand before the texts, so their number is right when both fill the bytes.
+// The lengths come before the texts, so their number is right when both fill the bytes.
 template <typename Length>
 RowCounts countOfLengths(Bytes bytes, RowCounts known) {
   constexpr auto kNull = static_cast<Length>(kNullLength);

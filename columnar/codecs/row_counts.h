@@ -2,8 +2,8 @@
 //
 // Readers know the row count from the block's descriptor. Where that is lost, the encoded values of
 // all columns together determine it: plain numbers exactly, keys and codes of few bits within a
-// range, equal values not at all. The range always contains the true count; decoding shows whether a
-// count in it fits.
+// range, equal values not at all. The range always contains the true count; decoding shows whether
+// a count in it fits.
 // Used by the recovery of tables.
 // Threads: any.
 // Errors: an empty range; never throws.

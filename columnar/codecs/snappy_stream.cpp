@@ -58,7 +58,7 @@ std::optional<Element> shortCopyAt(Bytes bytes) {
   return Element{2, 4u + (bytes[0] >> 2 & 7u), distance, true};
 }
 
-// Nothing when the bytes end inside it.
+// Nothing: the bytes end inside the element.
 std::optional<Element> elementAt(Bytes bytes) {
   switch (bytes[0] & 3) {
     case 0:

@@ -26,8 +26,8 @@ std::size_t compressedSize(Bytes raw, ByteBuffer& scratch);
 // Whether the first bytes compress to fewer than `bitsPerByte` bits each.
 bool doesCompressBelow(Bytes raw, int bitsPerByte);
 
-// Replaces the content of `raw`. A stream that announces more than `maximumSize` bytes is beyond the
-// limits; a long one is checked as a whole before memory is taken for it.
+// Replaces the content of `raw`. A stream that announces more than `maximumSize` bytes is beyond
+// the limits; a long one is checked as a whole before memory is taken for it.
 [[nodiscard]] ReadStatus uncompressSnappy(Bytes stream, std::uint64_t maximumSize, ByteBuffer& raw);
 
 // Walks through the stream that `bytes` begin with. `length` is how far the walk came: for

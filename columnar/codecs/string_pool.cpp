@@ -19,7 +19,7 @@ constexpr std::size_t kSlotsPerText = 4;
 // Beyond this limit, texts are not kept for the next block.
 constexpr std::size_t kMaxKeptBytes = 4 << 20;
 
-// The lowest bytes of a word.
+// Masks of the lowest bytes of a word.
 constexpr std::uint64_t kLowBytes[kPartSize + 1] = {0,
                                                     0xFF,
                                                     0xFFFF,
@@ -30,7 +30,7 @@ constexpr std::uint64_t kLowBytes[kPartSize + 1] = {0,
                                                     0xFFFFFFFFFFFFFF,
                                                     0xFFFFFFFFFFFFFFFF};
 
-// `end` is that of the readable bytes.
+// `end` is the end of the readable bytes.
 inline Text textOf(const unsigned char* bytes, std::uint32_t length, const unsigned char* end) {
   const std::size_t size = std::min(byteCountOf(length), kComparedSize);
   const unsigned char* parts = bytes;
@@ -236,7 +236,7 @@ void StringPool::sortNew() {
   }
 }
 
-// The block's own bytes are gone when the next one begins.
+// Copies the new texts, since the block's own bytes are gone when the next block begins.
 void StringPool::keepNew() {
   std::size_t size = 0;
   for (std::size_t i = m_countOfOld; i < m_texts.size(); ++i) {

@@ -84,7 +84,7 @@ struct StoredTexts {
     return size <= reader.remaining() && reader.readBytes(size, bytes);
   }
 
-  // Offsets are 32 bits.
+  // Offsets have 32 bits.
   bool fitsDecoded() const { return count * kLengthSize + bytes.size() <= 0xFFFFFFFF; }
 };
 

@@ -24,10 +24,12 @@ enum class TextEncoding : std::uint8_t {
 // An entry of a dictionary shares at most this number of bytes with the previous one.
 inline constexpr std::size_t kMaxSharedBytes = 255;
 
-// Texts in the form that rows point to: a 32-bit length, then the bytes. Several rows may share one.
+// Texts in the form that rows point to: a 32-bit length, then the bytes. Several rows may share
+// one.
 struct DecodedTexts {
   ByteBuffer bytes;
-  // For each row, the offset of its text in `bytes`; a single one where all rows have the same text.
+  // For each row, the offset of its text in `bytes`; a single one where all rows have the same
+  // text.
   std::vector<std::uint32_t> offsets;
 
   const unsigned char* text(std::size_t row) const { return bytes.data() + offsets[row]; }

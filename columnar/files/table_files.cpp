@@ -18,7 +18,7 @@ namespace kelvarin {
 
 namespace {
 
-// Only to look at; a pipe is not waited for.
+// Opens for reading without waiting for the writer of a pipe.
 class OpenedFile {
  public:
   explicit OpenedFile(const std::string& path)
@@ -66,7 +66,7 @@ bool isBeingWritten(const std::string& mainFile) {
   return file.isRegular() && isFileLockedElsewhere(file.descriptor());
 }
 
-// Asked for by name: a folder may hold many other files.
+// Looks for each name, since a folder may have many other files.
 std::vector<std::string> sideFileNamesOf(const std::string& mainFile) {
   const std::string main(nameWithoutFolder(mainFile));
   const std::string folder = folderOf(mainFile);

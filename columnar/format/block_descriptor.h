@@ -1,5 +1,5 @@
-// What the main file says about one block of rows: how many rows it has, where each column set keeps
-// it, where each column's chunk begins, and the statistics of the column's values.
+// What the main file says about one block of rows: how many rows it has, where each column set
+// keeps it, where each column's chunk begins, and the statistics of the column's values.
 //
 // All descriptors of a file have the same width and the same offsets. Written by
 // writer/column_set_worker.cpp, read by reader/.

@@ -36,8 +36,8 @@ void addWords(Sums& sums, const unsigned char* bytes, std::size_t count) {
 }
 
 // Adds the sums of all lanes over whole steps. A word's weight in the second sum is the number of
-// words from it to the end: 16 times the steps to the end, which the lane's sum of sums counts, less
-// its index in the step.
+// words from it to the end: 16 times the steps to the end, which the lane's sum of sums counts,
+// less its index in the step.
 void addLanes(Sums& sums, const std::uint32_t* first, const std::uint32_t* second,
               std::size_t steps) {
   sums.second += sums.first * kLanes * steps;

@@ -20,8 +20,8 @@ std::string_view stemOfMainFile(std::string_view mainFile);
 std::string_view nameWithoutFolder(std::string_view path);
 std::string folderOf(std::string_view path);
 
-// The ending depends on the main file's name alone, not on its folders, so that a table can be moved
-// to any folder: sales.cgel_kelvarin, 0 -> sales.000.cs_kelvarin; x.dat, 12 -> x.012.cs
+// The ending depends on the main file's name alone, not on its folders, so that a table can be
+// moved to any folder: sales.cgel_kelvarin, 0 -> sales.000.cs_kelvarin; x.dat, 12 -> x.012.cs
 std::string sideFileName(std::string_view mainFile, int columnSet);
 // With the other ending, which older tables have: once the folders' names counted as well.
 std::string formerSideFileName(std::string_view mainFile, int columnSet);

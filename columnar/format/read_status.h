@@ -1,4 +1,5 @@
-// The outcome of reading a part of a columnar file. The reading action decides what follows from it.
+// The outcome of reading a part of a columnar file. The reading action decides what follows from
+// it.
 #pragma once
 
 namespace kelvarin {

@@ -97,10 +97,10 @@ ReadStatus BlockReader::decodeColumn(const BlockInfo& block, std::size_t index,
   return isRight ? status : ReadStatus::foreign;
 }
 
-// The side file of another table has sound chunks, too, and only the statistics differ. Comparing all
-// blocks would take as long as decoding them, so a sample is compared. Blocks of few keys are always
-// compared: their words look the same for every storage code, and the metadata block, which has the
-// code, has no checksum.
+// The side file of another table has sound chunks, too, and only the statistics differ. Comparing
+// all blocks would take as long as decoding them, so a sample is compared. Blocks of few keys are
+// always compared: their words look the same for every storage code, and the metadata block, which
+// has the code, has no checksum.
 bool BlockReader::isToCompare(const BlockInfo& block, MetaTypeColumn type) const {
   const bool isDoubtful = type == MetaTypeColumn::key && block.rowCount < kKeysInGroup;
   return isDoubtful || block.index % kBlocksForOneComparison == 0 || block.following == nullptr;

@@ -91,8 +91,8 @@ bool BlockScan::hasAllRows() const {
   return m_file.isComplete() && !m_hasLostRecord && m_rowsBefore == m_file.rowCount();
 }
 
-// The header of a finished file has to agree with its descriptors. The rows of lost records are only
-// estimated, so they cannot be compared.
+// The header of a finished file has to agree with its descriptors. The rows of lost records are
+// only estimated, so they cannot be compared.
 BlockScan::Step BlockScan::endOfRows() {
   const bool isCountWrong = m_file.isComplete() && m_file.rowCount() != m_rowsBefore;
   m_isEnded = true;

@@ -19,8 +19,8 @@ struct BlockInfo {
   std::uint64_t firstRow = 0;  // counted from 0
   std::uint32_t rowCount = 0;
   const unsigned char* descriptor = nullptr;
-  // The descriptor of the following block, which begins where this one's chunks end. Null for the last
-  // known block.
+  // The descriptor of the following block, which begins where this one's chunks end. Null for the
+  // last known block.
   const unsigned char* following = nullptr;
   // The last block of a file that ends as it should: its chunks end with their side files.
   bool endsWithFile = false;

@@ -12,8 +12,8 @@ namespace {
 
 // Larger chunks are read again with a larger window.
 constexpr std::uint64_t kFirstWindow = 256 << 10;
-// A search normally examines a position once or twice, while forged bytes could make it examine each
-// position from all positions before it.
+// A search normally examines a position once or twice, while forged bytes could make it examine
+// each position from all positions before it.
 constexpr std::uint64_t kSearchAlwaysAllowed = 256 << 20;
 constexpr std::uint64_t kSearchPerByte = 32;
 

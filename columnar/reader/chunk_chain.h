@@ -30,8 +30,8 @@ class ChunkFinder {
  public:
   explicit ChunkFinder(const ByteSource& source);
 
-  // The chunks from `offset` on, up to `limit`. A chunk with a wrong checksum belongs to the chain if
-  // its stream still leads to a whole chunk, or to the limit.
+  // The chunks from `offset` on, up to `limit`. A chunk with a wrong checksum belongs to the chain
+  // if its stream still leads to a whole chunk, or to the limit.
   ChunkChain follow(std::uint64_t offset, std::uint64_t limit);
   // The first whole chunk from `offset` on. Nothing: there is none, or the search would take too
   // long.

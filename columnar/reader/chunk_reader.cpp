@@ -139,7 +139,7 @@ bool ChunkReader::isBeyondLimits(Set& set, std::uint64_t size) {
   return size > set.largestPart;
 }
 
-// The size is asked for again only where it matters.
+// The size is determined again only where it matters.
 bool ChunkReader::hasReached(Set& set, std::uint64_t end) {
   if (end > set.knownSize) {
     set.knownSize = set.source->size();

@@ -31,8 +31,8 @@ class ChunkReader {
   void locate(const BlockInfo& block);
   // Locates and reads them.
   void load(const BlockInfo& block);
-  // `index` is that of the column in the list for open(). The values of the loaded chunk replace the
-  // content of `column`; after any status but ok they are unspecified.
+  // `index` is that of the column in the list for open(). The values of the loaded chunk replace
+  // the content of `column`; after any status but ok they are unspecified.
   [[nodiscard]] ReadStatus decode(std::size_t index, DecodedColumn& column);
   // Whether the bytes of the loaded chunk have been read; decoding shows whether they are sound.
   ReadStatus loadStatus(std::size_t index) const { return m_chunks[index].status; }

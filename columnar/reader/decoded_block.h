@@ -1,8 +1,8 @@
 // The decoded values of one block, and its rows.
 //
-// Values are stored column by column in the bytes that rows point to (host/contract/column_bytes.h),
-// so that a row is one pointer a column, and rows can be looked at ahead. Memory is kept when a block
-// is filled again.
+// Values are stored column by column in the bytes that rows point to
+// (host/contract/column_bytes.h), so that a row is one pointer a column, and rows can be looked at
+// ahead. Memory is kept when a block is filled again.
 // Threads: filled on the reading thread, emptied on the engine's.
 #pragma once
 

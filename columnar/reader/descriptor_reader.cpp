@@ -148,7 +148,8 @@ bool DescriptorReader::areSound(const DescriptorRecord& record) const {
   return true;
 }
 
-// Each block of a set follows the previous one, so that there are no more blocks than fit the bytes.
+// Each block of a set follows the previous one, so that there are no more blocks than fit the
+// bytes.
 bool DescriptorReader::areSetsInOrder(const unsigned char* before,
                                       const unsigned char* after) const {
   const DescriptorLayout& layout = m_file.descriptorLayout();

@@ -30,8 +30,8 @@ class DescriptorRecord {
   std::size_t m_width = 0;
 };
 
-// The numbers that the heads of the following records announce; reliable when these reach the end of
-// the file.
+// The numbers that the heads of the following records announce; reliable when these reach the end
+// of the file.
 struct FollowingRecords {
   std::uint64_t descriptors = 0;
   std::uint64_t largestRecord = 0;

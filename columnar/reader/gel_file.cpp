@@ -76,7 +76,8 @@ GelFile::Identity GelFile::identityOf(const std::string& path) {
   return ::stat(path.c_str(), &status) == 0 ? Identity{status.st_dev, status.st_ino} : Identity{};
 }
 
-// Finishes an open exchange; where that is impossible, the files are read under their current names.
+// Finishes an open exchange; where that is impossible, the files are read under their current
+// names.
 bool GelFile::openMain() {
   constexpr int kMaxAttempts = 10;
   for (int i = 0; i < kMaxAttempts; ++i) {

@@ -1,6 +1,7 @@
 // An opened columnar file: its header and its columns.
 //
-// Made by open(); blocks are read by block_reader.h, and each reader has its own position in the file.
+// Made by open(); blocks are read by block_reader.h, and each reader has its own position in the
+// file.
 // Layout: docs/gel-format.md, "Header" and "Metadata block".
 // Threads: read-only once opened.
 // Errors: OpenFailure; never logs, never throws.

@@ -96,7 +96,7 @@ std::optional<std::size_t> LostBlocks::firstOfBlock(SideFile& side, const ChunkC
   return found;
 }
 
-// Whether the chunks can be those of the columns from `column` on, counted in the set.
+// Whether the chunks can belong to the columns from `column` on, an index in the set.
 bool LostBlocks::fits(const std::vector<unsigned>& kinds, const SideFile& side,
                       std::size_t column) const {
   for (const unsigned kind : kinds) {

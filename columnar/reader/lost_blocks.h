@@ -1,10 +1,10 @@
 // Finds blocks in the side files where their descriptors are lost.
 //
-// A side file has the chunks of its set in column order, block after block, so counting chunks from a
-// known position yields block and column. After damage the count starts anew: the kinds of the chunks
-// must then fit a single column order, or the chunks must reach a known end, from which they are
-// counted backwards. Blocks of several sets belong together by their numbers; blocks without a known
-// number are not used, since rows would be mixed up.
+// A side file has the chunks of its set in column order, block after block, so counting chunks from
+// a known position yields block and column. After damage the count starts anew: the kinds of the
+// chunks must then fit a single column order, or the chunks must reach a known end, from which they
+// are counted backwards. Blocks of several sets belong together by their numbers; blocks without a
+// known number are not used, since rows would be mixed up.
 // Used by table_recovery.cpp.
 // Errors: blocks that are not found; throws only std::bad_alloc.
 #pragma once

@@ -188,7 +188,7 @@ ReadEvent TableRecovery::readDescribed(const BlockInfo& block,
   return event;
 }
 
-// False when there is none after the blocks so far.
+// False: there is no gap after the blocks so far.
 bool TableRecovery::enterGap() {
   if (m_nextGap == m_gaps.size() || m_gaps[m_nextGap].blocksBefore != m_describedBlocks) {
     return false;
@@ -294,7 +294,7 @@ ReadEvent TableRecovery::eventOf(std::unique_ptr<DecodedBlock> block) {
   return {ReadEvent::Kind::block, first, first + rows - 1, std::move(block)};
 }
 
-// The header of a finished file knows how many rows there were.
+// The header of a finished file has the number of all rows.
 ReadEvent TableRecovery::finish() {
   m_isEnded = true;
   if (m_file.isComplete()) {

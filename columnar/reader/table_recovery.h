@@ -1,5 +1,5 @@
-// Reads the rows of a table whose block descriptors are missing or damaged, from the head of its main
-// file and its side files.
+// Reads the rows of a table whose block descriptors are missing or damaged, from the head of its
+// main file and its side files.
 //
 // Blocks with sound descriptors are read as usual. The chunks of all others are found in the side
 // files (lost_blocks.h). A block is returned only when all its columns are whole.

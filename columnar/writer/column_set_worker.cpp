@@ -91,7 +91,7 @@ void ColumnSetWorker::run() {
   }
 }
 
-// False when a block could not be stored.
+// False: a block could not be stored.
 bool ColumnSetWorker::storeBlocks() {
   for (std::uint64_t block = 0;; ++block) {
     const auto values = m_filled.pop();
@@ -135,7 +135,7 @@ void ColumnSetWorker::encode(const BlockValues& values, unsigned char* descripto
   }
   const DescriptorLayout& layout = m_surroundings.layout.descriptors;
   layout.setChunks(descriptor, m_columnSet, m_sideFile.size(), m_firstColumn, m_positions);
-  // The same for all sets, so one of them is enough.
+  // The row count is the same for all sets, so the first one writes it.
   if (m_index == 0) {
     DescriptorLayout::setRowCount(descriptor, values.rows);
   }

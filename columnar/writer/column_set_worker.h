@@ -4,7 +4,8 @@
 // appended to the side file. Two buffers circulate through two queues: the filling thread fills one
 // while the worker stores the other. Made by ColumnarHDWriter.
 // Layout: docs/gel-format.md, "Blocks of rows".
-// Threads: the worker's own between start() and join(); all public operations on the filling thread.
+// Threads: the worker's own between start() and join(); all public operations on the filling
+// thread.
 // Errors: reported to the FirstFailure; all waits of this set and of the descriptors then end.
 #pragma once
 

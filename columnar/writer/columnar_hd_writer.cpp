@@ -367,7 +367,7 @@ void ColumnarHDWriter::writeMeta() {
   }
 }
 
-// False when a record could not be written.
+// False: a record could not be written.
 bool ColumnarHDWriter::writeRecords() {
   while (const auto descriptors = m_head->descriptors.awaitRecord()) {
     if (!writeRecord(*descriptors)) {

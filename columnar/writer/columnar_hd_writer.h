@@ -2,7 +2,8 @@
 //
 // The caller's thread only copies values into blocks; a thread for each column set encodes and
 // stores them, and one more writes descriptor records. The same rows yield the same bytes, whatever
-// the number of threads. Until closeHD() has synchronized everything, the file is marked incomplete.
+// the number of threads. Until closeHD() has synchronized everything, the file is marked
+// incomplete.
 //
 // Calls: constructor, setPoDP() (optional), openHD(), writeToHD() for each row, closeHD(),
 // destructor, which leaves a file that was never closed incomplete.

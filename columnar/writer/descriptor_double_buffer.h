@@ -1,11 +1,11 @@
-// The double buffer of descriptors between the workers of the column sets and the thread that writes
-// descriptor records.
+// The double buffer of descriptors between the workers of the column sets and the thread that
+// writes descriptor records.
 //
 // Every worker writes its slice of each block's descriptor. A buffer is full when all workers have
 // finished its last descriptor. Then it is written as a record, and the workers fill it again.
-// Threads: one for each worker and one that writes records; stop() and finish() on any. A worker owns
-// its slice of a descriptor from awaitDescriptor() to finishBlock(), the writing thread owns a record
-// from awaitRecord() to recordWritten().
+// Threads: one for each worker and one that writes records; stop() and finish() on any. A worker
+// owns its slice of a descriptor from awaitDescriptor() to finishBlock(), the writing thread owns a
+// record from awaitRecord() to recordWritten().
 #pragma once
 
 #include <condition_variable>
@@ -32,7 +32,8 @@ class DescriptorDoubleBuffer {
   // No more blocks follow; the last record may be partly filled.
   void finish();
 
-  // The writing thread waits for the descriptors of the next record. Nothing: at the end, or stopped.
+  // The writing thread waits for the descriptors of the next record. Nothing: at the end, or
+  // stopped.
   [[nodiscard]] std::optional<Bytes> awaitRecord();
   void recordWritten();
 

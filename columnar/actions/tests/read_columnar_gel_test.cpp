@@ -63,7 +63,7 @@ void expectAdvised(const Strings& log, const std::string& line,
   EXPECT_TRUE(log[1].starts_with("info: ") && log[1].find(advice) != std::string::npos) << log[1];
 }
 
-TEST_F(ReadColumnarGelTest, GivesRowsColumnsAndOrder) {
+TEST_F(ReadColumnarGelTest, ReadsRowsColumnsAndOrder) {
   saveRows(11);
   for (const char* ahead : {"-3", "0", "1", "2", "50"}) {
     auto h = reader(std::string("nBlockForward='") + ahead + "'");
@@ -75,7 +75,7 @@ TEST_F(ReadColumnarGelTest, GivesRowsColumnsAndOrder) {
   }
 }
 
-TEST_F(ReadColumnarGelTest, TellsHowMuchIsDone) {
+TEST_F(ReadColumnarGelTest, ReportsProgress) {
   saveRows(8);
   auto h = reader();
   for (int i = 0; i < 5; ++i) {

@@ -12,7 +12,7 @@ namespace {
 using Codes = std::vector<std::uint32_t>;
 
 std::vector<unsigned char> stored(const Codes& codes, CodeWidth width) {
-  // What is not written shows.
+  // Bytes that are not written show.
   std::vector<unsigned char> bytes(codesSize(codes.size(), width), 0xA5);
   const StoredCodes out(bytes.data(), codes.size(), width);
   for (std::size_t first = 0; first < codes.size(); first += kRowsInBatch) {
@@ -24,9 +24,9 @@ std::vector<unsigned char> stored(const Codes& codes, CodeWidth width) {
 
 Codes loaded(const std::vector<unsigned char>& bytes, std::size_t rows, CodeWidth width) {
   Codes codes;
-  LoadedCodes(bytes.data(), rows, width).forEachBatch([&](std::size_t first, auto piece) {
+  LoadedCodes(bytes.data(), rows, width).forEachBatch([&](std::size_t first, auto batch) {
     EXPECT_EQ(first, codes.size());
-    codes.insert(codes.end(), piece.begin(), piece.end());
+    codes.insert(codes.end(), batch.begin(), batch.end());
     return true;
   });
   return codes;

@@ -43,7 +43,7 @@ TEST(Verification, FindsNothingInAWholeFile) {
   EXPECT_EQ(result.chunks, 9u);
 }
 
-TEST(Verification, NamesBlockColumnAndPlaceOfAChunk) {
+TEST(Verification, NamesBlockColumnAndOffsetOfAChunk) {
   MemoryFiles files = someFile();
   std::string& side = files[sideFileName(kMain, 1)];
   side[side.size() - 10] ^= 4;
@@ -74,7 +74,7 @@ TEST(Verification, FindsWhatIsMissing) {
 }
 
 // The values of another file, with sound checksums.
-TEST(Verification, ComparesValuesWithTheirSummaries) {
+TEST(Verification, ComparesValuesWithTheirStatistics) {
   for (const char type : {'K', 'F', 'U'}) {
     const auto value = [type](int number) {
       return type == 'U' ? Value(std::to_string(number)) : Value(number);

@@ -1,10 +1,8 @@
 #include "columnar/writer/columnar_hd_writer.h"
 
-#include <csignal>
 #include <fstream>
 #include <iterator>
 
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <QTemporaryDir>
@@ -104,8 +102,8 @@ TEST(ColumnarHDWriter, GoldenFile) {
   const ByteList side = contentOf(folder.file("g.000.cs_kelvarin"));
   const ByteList main = contentOf(file);
   // The key's chunk: checksum, Snappy's length and tag, the number of packed keys, 6 bytes for 7
-  // and the null, 2 of padding. The number's chunk: the same head, layout, 11 bytes and 2 codes of
-  // 4 bits.
+  // and the null, 2 of padding. The number's chunk: the same head, encoding, 11 bytes and 2 codes
+  // of 4 bits.
   ASSERT_EQ(side.size(), 18u + 19u);
   EXPECT_EQ(ByteList(side.begin() + 4, side.begin() + 18),
             (ByteList{12, 11 << 2, 0, 0, 0, 0, 0x87, 0x7F, 0x7F, 0x7F, 0x7F, 0x8F, 0, 0}));
@@ -198,7 +196,7 @@ TEST(ColumnarHDWriter, ColumnsOutsideTheStrategyAreLeftOutAndEmptySetsHaveNoFile
   EXPECT_FALSE(contentOf(folder.file("s.002.cs_kelvarin")).empty());
 }
 
-TEST(ColumnarHDWriter, LimitsAreToldBeforeAnythingIsWritten) {
+TEST(ColumnarHDWriter, LimitsAreCheckedBeforeAnythingIsWritten) {
   const Folder folder;
   const std::string file = folder.file("l.cgel_kelvarin");
   const auto kindOf = [&](const Options& options, const std::string& columns) {
@@ -222,7 +220,7 @@ TEST(ColumnarHDWriter, LimitsAreToldBeforeAnythingIsWritten) {
   EXPECT_EQ(kindOf({.rowsInBlock = 5, .sets = {}}, wide), Kind::tooLarge);
 }
 
-TEST(ColumnarHDWriter, AFullDiskLosesNothingWhenRoomIsMade) {
+TEST(ColumnarHDWriter, AFullDiskLosesNothingWhenSpaceIsFreed) {
   const Folder folder;
   const std::string wanted = folder.file("w.cgel_kelvarin");
   const std::string file = folder.file("d.cgel_kelvarin");
@@ -259,37 +257,6 @@ TEST(ColumnarHDWriter, GivingUpOnAFullDiskEndsWithAnIncompleteFileAndItsName) {
     EXPECT_TRUE(writer.failure().file.contains(".c")) << writer.failure().file.toStdString();
     const ByteList main = contentOf(file);
     EXPECT_TRUE(main.size() < 5 || main[4] == 0);
-  }
-}
-
-TEST(ColumnarHDWriter, AFolderThatIsNotThereCannotBeOpened) {
-  const Folder folder;
-  FakeInputPin pin = wideTable(1);
-  ColumnarHDWriter writer;
-  EXPECT_FALSE(writeAll(writer, pin, folder.file("no/such.cgel_kelvarin"), {}));
-  EXPECT_EQ(writer.failure().kind, WriteFailure::Kind::cannotOpen);
-  EXPECT_FALSE(writer.isOpen());
-}
-
-// The process ends at the n-th write, for every n: what it leaves never claims to be complete.
-TEST(ColumnarHDWriter, AWriterKilledAtAnyWriteLeavesAnIncompleteFile) {
-  const Folder folder;
-  const std::string file = folder.file("k.cgel_kelvarin");
-  bool hasEnded = false;
-  for (long long bytes = 0; !hasEnded; bytes += 97) {
-    const pid_t child = fork();
-    if (child == 0) {
-      FullDisk disk(bytes);
-      ColumnarHDWriter writer([](const QString&, int) { return ::kill(getpid(), SIGKILL) != 0; });
-      FakeInputPin pin = wideTable(300);
-      _exit(writeAll(writer, pin, file, {.rowsInBlock = 100, .sets = kThreeSets}) ? 0 : 1);
-    }
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    hasEnded = !WIFSIGNALED(status);
-    ASSERT_TRUE(!hasEnded || WEXITSTATUS(status) == 0);
-    const ByteList main = contentOf(file);
-    EXPECT_EQ(main.size() > 4 && main[4] == 1, hasEnded) << "after " << bytes << " bytes";
   }
 }
 
