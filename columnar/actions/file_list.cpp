@@ -28,49 +28,53 @@ bool hasNamesColumn(const ActionItem& action, int pin, const char* namesOfWhat) 
   return true;
 }
 
+// Calls use(name) with the first value of every row, until it returns false. False: logged.
+template <typename Use>
+bool forEachName(ActionItem& action, int pin, const char* namesOfWhat, Use use) {
+  if (!hasNamesColumn(action, pin, namesOfWhat)) {
+    return false;
+  }
+  while (const OneRow* row = action.getNextRowFromInPin(pin)) {
+    if (row->sz() == 0) {
+      logError(columnar_messages::noColumnOnPin());
+      return false;
+    }
+    if (!use(row->col(0, nullptr))) {
+      return false;
+    }
+  }
+  return true;
+}
+
 }  // namespace
 
 std::optional<QStringList> fileNamesFromPin(ActionItem& action, bool abortsOnUnreadable) {
-  if (!hasNamesColumn(action, kPinOfFileNames, "files")) {
-    return std::nullopt;
-  }
   QStringList names;
-  while (const OneRow* row = action.getNextRowFromInPin(kPinOfFileNames)) {
-    if (row->sz() == 0) {
-      logError(columnar_messages::noColumnOnPin());
-      return std::nullopt;
-    }
-    const QString name = row->col(0, nullptr);
+  const bool isRead = forEachName(action, kPinOfFileNames, "files", [&](const QString& name) {
     if (!name.isEmpty()) {
       names += name;
     } else if (abortsOnUnreadable) {
       logError(columnar_messages::unreadableName());
-      return std::nullopt;
+      return false;
     } else {
       MainUI::addLog(LogLevel::warning, columnar_messages::unreadableNameSkipped());
     }
-  }
-  return names;
+    return true;
+  });
+  return isRead ? std::optional(names) : std::nullopt;
 }
 
 std::optional<QStringList> columnNamesFromPin(ActionItem& action) {
-  if (!hasNamesColumn(action, kPinOfColumnNames, "columns")) {
-    return std::nullopt;
-  }
   QStringList names;
-  while (const OneRow* row = action.getNextRowFromInPin(kPinOfColumnNames)) {
-    if (row->sz() == 0) {
-      logError(columnar_messages::noColumnOnPin());
-      return std::nullopt;
-    }
-    const QString name = row->col(0, nullptr);
+  const bool isRead = forEachName(action, kPinOfColumnNames, "columns", [&](const QString& name) {
     if (name.isEmpty()) {
       logError(columnar_messages::unreadableColumnName(names.size()));
-      return std::nullopt;
+      return false;
     }
     names += name;
-  }
-  return names;
+    return true;
+  });
+  return isRead ? std::optional(names) : std::nullopt;
 }
 
 }  // namespace kelvarin

@@ -62,6 +62,17 @@ bool isInUse(const std::string& path) {
   return !isReplaceable(path) || isBeingWritten(path) || isBeingWritten(replacementFile(path));
 }
 
+// The first steps before the table at `file` is removed or replaced.
+Attempt prepareRemoval(ActionItem& action, const QString& file, const FolderLock& folder) {
+  if (!folder.isHeld()) {
+    return Attempt::inUse;
+  }
+  if (const Attempt settled = settleExchange(action, file); settled != Attempt::done) {
+    return settled;
+  }
+  return isInUse(systemPath(file)) ? Attempt::inUse : Attempt::done;
+}
+
 }  // namespace
 
 OutputTable::OutputTable(ActionItem& action, QString file, bool isReplacedAtEnd,
@@ -85,14 +96,8 @@ OutputTable::~OutputTable() {
 
 Attempt OutputTable::open(const std::function<bool(const QString& name)>& openWriter) {
   const FolderLock folder(m_path);
-  if (!folder.isHeld()) {
-    return Attempt::inUse;
-  }
-  if (const Attempt settled = settleExchange(m_action, m_file); settled != Attempt::done) {
-    return settled;
-  }
-  if (isInUse(m_path)) {
-    return Attempt::inUse;
+  if (const Attempt ready = prepareRemoval(m_action, m_file, folder); ready != Attempt::done) {
+    return ready;
   }
   if (isRefusedForAnother(m_action, m_file)) {
     return Attempt::failed;
@@ -156,14 +161,8 @@ void OutputTable::releaseLock() {
 Attempt removePreviousTable(ActionItem& action, const QString& file) {
   const std::string path = systemPath(file);
   const FolderLock folder(path);
-  if (!folder.isHeld()) {
-    return Attempt::inUse;
-  }
-  if (const Attempt settled = settleExchange(action, file); settled != Attempt::done) {
-    return settled;
-  }
-  if (isInUse(path)) {
-    return Attempt::inUse;
+  if (const Attempt ready = prepareRemoval(action, file, folder); ready != Attempt::done) {
+    return ready;
   }
   if (isSomethingThere(path) && isRefusedForAnother(action, file)) {
     return Attempt::failed;

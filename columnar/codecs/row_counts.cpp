@@ -146,20 +146,27 @@ RowCounts countsOfPlainTexts(ByteReader& reader, RowCounts known) {
   }
 }
 
-RowCounts countsOfTexts(ByteReader& reader, RowCounts known) {
-  std::uint8_t encoding = 0;
+RowCounts countsOfTextDictionary(ByteReader& reader, RowCounts known) {
   std::uint16_t last = 0;
   std::uint8_t bits = 0;
-  if (!reader.read(encoding)) {
-    return RowCounts::none();
-  }
-  if (static_cast<TextEncoding>(encoding) == TextEncoding::plain) {
-    return countsOfPlainTexts(reader, known);
-  }
   if (!reader.read(last) || !reader.read(bits) || bits > 16) {
     return RowCounts::none();
   }
   return countsOfCodes(bits, 0, reader.remaining(), known);
+}
+
+RowCounts countsOfTexts(ByteReader& reader, RowCounts known) {
+  std::uint8_t encoding = 0;
+  if (!reader.read(encoding)) {
+    return RowCounts::none();
+  }
+  switch (static_cast<TextEncoding>(encoding)) {
+    case TextEncoding::plain:
+      return countsOfPlainTexts(reader, known);
+    case TextEncoding::dictionary:
+      return countsOfTextDictionary(reader, known);
+  }
+  return RowCounts::none();
 }
 
 }  // namespace

@@ -31,7 +31,6 @@ DescriptorLayout::DescriptorLayout(std::span<const GelColumn> columns, int colum
       m_width += kPositionSize + kNullFlagSize + statisticsSize(columns[column].type);
     }
   }
-  m_slices.push_back(m_width);
   assert(m_chunkEntries.size() == columns.size());
 }
 

@@ -78,17 +78,14 @@ class DescriptorLayout {
     storeStatistics(descriptor + m_chunkEntries[column] + kPositionSize, statistics);
   }
 
-  // The part of a descriptor that belongs to a column set.
+  // The offset of the part of a descriptor that belongs to a column set.
   std::size_t sliceOffset(int columnSet) const {
     return m_slices[static_cast<std::size_t>(columnSet)];
-  }
-  std::size_t sliceWidth(int columnSet) const {
-    return m_slices[static_cast<std::size_t>(columnSet) + 1] - sliceOffset(columnSet);
   }
 
  private:
   std::size_t m_width = kRowCountSize;
-  std::vector<std::size_t> m_slices;        // one a column set, and the end
+  std::vector<std::size_t> m_slices;        // one a column set
   std::vector<std::size_t> m_chunkEntries;  // one a column
 };
 

@@ -312,8 +312,8 @@ def sparse_numbers(cursor, rows):
     return [next(rest) if other else common for other in others[:rows]]
 
 
-NUMBER_ENCODINGS = [plain_numbers, frame_of_reference_numbers, dictionary_numbers, byte_stream_split_numbers, sparse_numbers,
-                  delta_numbers]
+NUMBER_ENCODINGS = [plain_numbers, frame_of_reference_numbers, dictionary_numbers, byte_stream_split_numbers,
+                    sparse_numbers, delta_numbers]
 
 
 def lengths_of(cursor, count):

@@ -177,18 +177,18 @@ TEST_F(BlockFilterTest, LosesNoRowThatAFullScanFinds) {
 }
 
 TEST_F(BlockFilterTest, RefusesWhatCannotBeUsed) {
-  auto column = filtered("x_max", "<CInputVar column='x'/>");
-  column.finish();
-  EXPECT_EQ(column.log(), Strings{"error: ERROR: column 'x' in expression is missing."});
+  const auto lineOf = [](RowHarness&& h) {
+    h.finish();
+    EXPECT_EQ(h.log().size(), 1u);
+    return h.log().at(0);
+  };
+  EXPECT_EQ(lineOf(filtered("x_max", "<CInputVar column='x'/>")),
+            "error: ERROR: column 'x' in expression is missing.");
   // A text is no number, whatever it looks like.
-  auto text = filtered("name_max &gt; 1", "<CInputVar column='name'/>");
-  text.finish();
-  ASSERT_EQ(text.log().size(), 1u);
-  EXPECT_TRUE(text.log()[0].starts_with("error: The column 'name' in the block filter holds texts."));
-  auto wrong = filtered("id_max +");
-  wrong.finish();
-  ASSERT_EQ(wrong.log().size(), 1u);
-  EXPECT_TRUE(wrong.log()[0].starts_with("error: Columnar Reader Error in the block filter: "));
+  EXPECT_TRUE(lineOf(filtered("name_max &gt; 1", "<CInputVar column='name'/>"))
+                  .starts_with("error: The column 'name' in the block filter holds texts."));
+  EXPECT_TRUE(lineOf(filtered("id_max +"))
+                  .starts_with("error: Columnar Reader Error in the block filter: "));
   auto unknown = filtered("id_mxa &gt; 1");
   unknown.finish();
   ASSERT_EQ(unknown.explanations().size(), 2u);
@@ -198,11 +198,10 @@ TEST_F(BlockFilterTest, RefusesWhatCannotBeUsed) {
   format.finish();
   EXPECT_EQ(format.log(), Strings{"error: Columnar Reader Error: Date format is unknown"});
   EXPECT_TRUE(format.hasFailed());
-  auto reference =
-      filtered("day_max &gt; 1", kVariables, "dateFormat='yyyy-MM-dd' referenceTime='soon'");
-  reference.finish();
-  EXPECT_EQ(reference.log(), Strings{"warning: Cannot parse Reference time. We will use "
-                                     "1970-01-01T00:00:00.000 as reference time."});
+  EXPECT_EQ(lineOf(filtered("day_max &gt; 1", kVariables,
+                            "dateFormat='yyyy-MM-dd' referenceTime='soon'")),
+            "warning: Cannot parse Reference time. We will use 1970-01-01T00:00:00.000 as "
+            "reference time.");
 }
 
 }  // namespace

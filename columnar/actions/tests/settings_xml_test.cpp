@@ -30,15 +30,3 @@ TEST(WriteColumnarGelXml, ASegmentSizeLosesItsFraction) {
       RowHarness::of<WriteColumnarGel>("<writeColumnarGel name='w' segmentSize='1e30'/>").saved(),
       "<writeColumnarGel name='w' version='3.19'>\n</writeColumnarGel>\n");
 }
-
-TEST(ColumnarActions, AreEndpoints) {
-  auto reader = RowHarness::of<ReadColumnarGel>("<ReadColumnarGel name='r'/>");
-  EXPECT_EQ(reader.action().endpoint(), ActionItem::Endpoint::reader);
-  EXPECT_FALSE(reader.action().writesFiles());
-
-  auto writer = RowHarness::of<WriteColumnarGel>("<writeColumnarGel name='w'/>");
-  EXPECT_EQ(writer.action().endpoint(), ActionItem::Endpoint::writer);
-  EXPECT_TRUE(writer.action().writesFiles());
-  EXPECT_EQ(writer.action().inputPinCount(), 1);
-  EXPECT_EQ(writer.action().outputPinCount(), 0);
-}

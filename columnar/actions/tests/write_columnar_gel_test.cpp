@@ -49,7 +49,7 @@ class WriteColumnarGelTest : public ::testing::Test {
                 const std::string& columns = "k:K t:U") const {
     return logOf(harness(attributes, columns), rows);
   }
-  static Strings logOf(RowHarness h, const Rows& rows = kThreeRows) {
+  static Strings logOf(RowHarness&& h, const Rows& rows = kThreeRows) {
     h.push(rows);
     h.finish();
     const Strings log = h.log();

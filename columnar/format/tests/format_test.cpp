@@ -140,7 +140,6 @@ TEST(BlockDescriptor, FieldsAreContiguous) {
                       9, 0, 0, 0}));
   EXPECT_EQ(layout.blockLocation(bytes.data(), 0), (BlockLocation{0x1122, true}));
   EXPECT_EQ(layout.sliceOffset(1), 4u + 8 + 13 + 22);
-  EXPECT_EQ(layout.sliceWidth(1), 8u + 169);
 }
 
 TEST(BlockDescriptor, PositionsBeyond32BitsBecomeDeltas) {

@@ -103,15 +103,6 @@ TEST(BlockReader, ReadsWhatAKilledWriterLeft) {
   EXPECT_EQ(allOf(readRows(makeFile(kColumns, rows, shape))), rows);
 }
 
-TEST(BlockReader, ReadsColumnsInTheOrderOfTheWrittenRows) {
-  const MemoryFiles files = makeFile({{"b", 'F'}, {"a", 'U'}}, {{1, "x"}});
-  const auto file = GelFile::open("made.cgel_kelvarin", IncompleteFiles::refuse, files.opener());
-  ASSERT_TRUE(file);
-  EXPECT_EQ((*file)->columnsInRowOrder(), (std::vector<std::size_t>{0, 1}));
-  EXPECT_EQ((*file)->rowCount(), 1u);
-  EXPECT_EQ((*file)->meta(1).type(), MetaTypeColumn::text);
-}
-
 }  // namespace
 
 }  // namespace kelvarin::testing

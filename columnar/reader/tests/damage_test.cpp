@@ -269,12 +269,6 @@ TEST(Damage, ARowCountThatDiffersFromTheBlocksIsACorruption) {
   }
 }
 
-TEST(Damage, AnIncompleteFileWithAFinalHeaderAndNoMarkerIsRead) {
-  const ReadResult result = readRows(someFile({.isComplete = false, .hasEndMarker = false}));
-  EXPECT_EQ(result.rows.size(), 22u);
-  EXPECT_TRUE(result.damage.empty());
-}
-
 // Changes every byte of a record's descriptors and makes the record whole again.
 TEST(Damage, ForgedDescriptorsDoNoHarm) {
   const MemoryFiles whole = someFile();

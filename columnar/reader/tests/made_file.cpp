@@ -155,19 +155,17 @@ class FileMaker {
   void appendTexts(std::size_t column, std::size_t first, std::size_t end,
                    unsigned char* descriptor, ByteBuffer& side) {
     std::vector<std::uint32_t> lengths;
-    std::string bytes;
-    TextStatistics statistics;
     std::vector<std::string> texts;
+    std::string bytes;
     for (std::size_t row = first; row < end; ++row) {
-      const Value& value = m_rows[row][column];
-      statistics.hasNull |= value.isNull();
-      lengths.push_back(value.isNull() ? kNullLength
-                                       : static_cast<std::uint32_t>(value.text()->size()));
-      if (!value.isNull()) {
-        bytes += *value.text();
-        texts.push_back(*value.text());
+      const std::string* text = m_rows[row][column].text();
+      lengths.push_back(text == nullptr ? kNullLength : static_cast<std::uint32_t>(text->size()));
+      if (text != nullptr) {
+        texts.push_back(*text);
+        bytes += *text;
       }
     }
+    TextStatistics statistics{.hasNull = texts.size() < lengths.size(), .low = {}, .high = {}};
     if (!texts.empty()) {
       const auto [low, high] = std::minmax_element(texts.begin(), texts.end());
       statistics.low = TextBound::of(*low);

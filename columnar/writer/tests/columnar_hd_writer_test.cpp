@@ -139,24 +139,6 @@ TEST(ColumnarHDWriter, GoldenFile) {
   EXPECT_EQ(loadPacked<std::uint64_t>(main.data() + main.size() - 8), kEndMarker);
 }
 
-TEST(ColumnarHDWriter, TheSameBytesForAnyNumberOfThreads) {
-  const Folder folder;
-  std::vector<ByteList> first;
-  for (const int threads : {1, 2, 3, 8}) {
-    FakeInputPin pin = wideTable(2350);
-    const std::string file = folder.file("t.cgel_kelvarin");
-    ColumnarHDWriter writer;
-    ASSERT_TRUE(
-        writeAll(writer, pin, file, {.rowsInBlock = 100, .sets = kThreeSets, .threads = threads}));
-    const auto files = filesOf(file, 3);
-    EXPECT_FALSE(files[3].empty());
-    if (first.empty()) {
-      first = files;
-    }
-    EXPECT_EQ(files, first) << threads << " threads";
-  }
-}
-
 TEST(ColumnarHDWriter, OnlyANormalEndMakesAFileComplete) {
   const Folder folder;
   const std::string file = folder.file("e.cgel_kelvarin");
@@ -181,19 +163,6 @@ TEST(ColumnarHDWriter, OnlyANormalEndMakesAFileComplete) {
     }
   }
   EXPECT_EQ(contentOf(file)[4], 0);
-}
-
-TEST(ColumnarHDWriter, ColumnsOutsideTheStrategyAreLeftOutAndEmptySetsHaveNoFile) {
-  const Folder folder;
-  const std::string file = folder.file("s.cgel_kelvarin");
-  FakeInputPin pin = wideTable(10);
-  ColumnarHDWriter writer;
-  ASSERT_TRUE(
-      writeAll(writer, pin, file, {.rowsInBlock = 5, .sets = {{"m", 0}, {"k", 2}, {"t", -1}}}));
-  EXPECT_EQ(loadPacked<std::uint32_t>(contentOf(file).data() + 17), 2u);
-  EXPECT_FALSE(contentOf(folder.file("s.000.cs_kelvarin")).empty());
-  EXPECT_NE(access(folder.file("s.001.cs_kelvarin").c_str(), F_OK), 0);
-  EXPECT_FALSE(contentOf(folder.file("s.002.cs_kelvarin")).empty());
 }
 
 TEST(ColumnarHDWriter, LimitsAreCheckedBeforeAnythingIsWritten) {
@@ -258,28 +227,6 @@ TEST(ColumnarHDWriter, GivingUpOnAFullDiskEndsWithAnIncompleteFileAndItsName) {
     const ByteList main = contentOf(file);
     EXPECT_TRUE(main.size() < 5 || main[4] == 0);
   }
-}
-
-TEST(ColumnarHDWriter, SizesDependOnFinishedBlocksOnly) {
-  const Folder folder;
-  FakeInputPin pin = wideTable(500);
-  ColumnarHDWriter writer;
-  GlobalParameters parameters;
-  ASSERT_TRUE(writer.openHD(QString::fromStdString(folder.file("z.cgel_kelvarin")), 100, {},
-                            &parameters, 2));
-  std::vector<std::uint64_t> sizes;
-  while (const OneRow* row = pin.next()) {
-    ASSERT_TRUE(writer.writeToHD(row));
-    if (writer.isAtBlockBegin()) {
-      sizes.push_back(writer.sizeBeforeLastBlock());
-    }
-  }
-  ASSERT_TRUE(writer.closeHD(RunningState::running));
-  ASSERT_EQ(sizes.size(), 5u);
-  EXPECT_LT(sizes[0], sizes[1]);
-  const std::size_t side = contentOf(folder.file("z.000.cs_kelvarin")).size();
-  EXPECT_GT(sizes[4], side * 3 / 5);
-  EXPECT_LT(sizes[4], side + 2000);
 }
 
 TEST(ColumnarHDWriter, APreviewListsTheRecordsAndEndsWithTheLast) {
