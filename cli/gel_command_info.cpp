@@ -102,9 +102,9 @@ Json jsonOfBound(double bound) {
 }
 
 template <typename Summary>
-std::optional<Summary> summaryOf(const GelFile& file, const BlockInfo& block, std::size_t column) {
+std::optional<Summary> statisticsOf(const GelFile& file, const BlockInfo& block, std::size_t column) {
   Summary summary;
-  const bool isRead = file.descriptorLayout().readSummary(block.descriptor, column, summary);
+  const bool isRead = file.descriptorLayout().readStatistics(block.descriptor, column, summary);
   return isRead ? std::optional(summary) : std::nullopt;
 }
 
@@ -112,21 +112,21 @@ BlockColumn describe(const GelFile& file, const BlockInfo& block, std::size_t co
   BlockColumn described;
   switch (file.column(column).type) {
     case GelType::key:
-      if (const auto keys = summaryOf<KeySummary>(file, block, column)) {
+      if (const auto keys = statisticsOf<KeyStatistics>(file, block, column)) {
         described.hasNull = keys->hasNull;
         described.low = keys->hasValues() ? Json(keys->low) : Json();
         described.high = keys->hasValues() ? Json(keys->high) : Json();
       }
       break;
     case GelType::number:
-      if (const auto numbers = summaryOf<NumberSummary>(file, block, column)) {
+      if (const auto numbers = statisticsOf<NumberStatistics>(file, block, column)) {
         described.hasNull = numbers->hasNull;
         described.low = numbers->hasValues ? jsonOfBound(numbers->low) : Json();
         described.high = numbers->hasValues ? jsonOfBound(numbers->high) : Json();
       }
       break;
     case GelType::text:
-      if (const auto texts = summaryOf<TextSummary>(file, block, column)) {
+      if (const auto texts = statisticsOf<TextStatistics>(file, block, column)) {
         const auto low = texts->lowerBound();
         const auto high = texts->upperBound();
         described.hasNull = texts->hasNull;
@@ -141,7 +141,7 @@ BlockColumn describe(const GelFile& file, const BlockInfo& block, std::size_t co
 Block describe(const GelFile& file, const BlockInfo& info, ChunkReader& chunks,
                const std::vector<std::size_t>& order) {
   Block block{.row = info.firstRow, .rows = info.rowCount, .columns = {}};
-  chunks.find(info);
+  chunks.locate(info);
   for (std::size_t place = 0; place < order.size(); ++place) {
     BlockColumn column = describe(file, info, order[place]);
     if (const auto size = chunks.chunkSize(place)) {

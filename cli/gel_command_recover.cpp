@@ -44,7 +44,7 @@ std::vector<std::string> filesOf(const std::string& mainFile, int setCount) {
 
 // A file of the damaged table that writing the new one would replace; empty when there is none.
 std::string sharedFile(const GelFile& file, const std::string& output) {
-  const auto outputs = isColumnar(output) ? filesOf(output, kMaximumColumnSets)
+  const auto outputs = isColumnar(output) ? filesOf(output, kMaxColumnSets)
                                           : std::vector<std::string>{output};
   std::error_code ignored;
   for (const std::string& input : filesOf(file.path(), file.columnSetCount())) {

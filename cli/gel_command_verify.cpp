@@ -45,11 +45,11 @@ QString reasonOf(const GelDamage& damage) {
       return QString::fromLatin1(gel_messages::kBadRowCount);
     case Kind::chunk:
       return QString::fromLatin1(reasonOfChunk(damage.cause));
-    case Kind::unknownLayout:
-      return QString::fromLatin1(gel_messages::kUnknownLayout).arg(damage.layout);
+    case Kind::unknownEncoding:
+      return QString::fromLatin1(gel_messages::kUnknownLayout).arg(damage.encoding);
     case Kind::sideFileCut:
       return QString::fromLatin1(gel_messages::kSideFileCut);
-    case Kind::summary:
+    case Kind::statistics:
       return QString::fromLatin1(gel_messages::kBadSummary);
     case Kind::sideFileMissing:
       break;

@@ -59,7 +59,7 @@ bool RecoveredTable::announce(ActionItem* action) {
 
 bool RecoveredTable::takeNextBlock() {
   if (m_block) {
-    m_blocksAhead->giveBack(std::move(m_block));
+    m_blocksAhead->recycle(std::move(m_block));
   }
   ReadEvent event = m_blocksAhead->next();
   m_block = std::move(event.block);

@@ -138,7 +138,7 @@ void saveChunks(const std::filesystem::path& folder) {
     const std::string& chunk = files.at(sideFileName(kFuzzedFile, 0));
     const Bytes stream = asBytes(chunk).subspan(kChunkChecksumSize);
     ByteBuffer raw;
-    (void)uncompressSnappy(stream, kMaximumRawSize, raw);
+    (void)uncompressSnappy(stream, kMaxRawSize, raw);
     const std::string rows(reinterpret_cast<const char*>(&kRows), sizeof kRows);
     const char kind = kindOf(seed.column);
     const std::string name = seed.name;

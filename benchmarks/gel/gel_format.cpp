@@ -168,9 +168,9 @@ class GelFormat : public TableFormat {
     const std::uint32_t low = table.rangeBegin();
     const std::uint32_t high = table.rangeEnd();
     const auto mayHaveRows = [&](const GelFile& opened, const BlockInfo& block) {
-      KeySummary summary;
-      return !opened.descriptorLayout().readSummary(block.descriptor, indices[0], summary) ||
-             (summary.high >= low && summary.low < high);
+      KeyStatistics statistics;
+      return !opened.descriptorLayout().readStatistics(block.descriptor, indices[0], statistics) ||
+             (statistics.high >= low && statistics.low < high);
     };
     Found found;
     forEachBlock(*file, indices, mayHaveRows,
@@ -235,7 +235,7 @@ class GelFormat : public TableFormat {
         throw std::runtime_error(file.path() + " is damaged");
       }
       use(*event.block);
-      blocks.giveBack(std::move(event.block));
+      blocks.recycle(std::move(event.block));
     }
   }
 

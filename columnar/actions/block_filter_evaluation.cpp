@@ -2,7 +2,7 @@
 
 #include <QStringDecoder>
 
-#include "columnar/actions/read_messages.h"
+#include "columnar/actions/messages.h"
 #include "columnar/actions/sortable_dates.h"
 #include "expression/errors/error_texts.h"
 #include "expression/errors/expression_mark.h"
@@ -13,8 +13,8 @@ namespace kelvarin {
 
 namespace {
 
-// Of each variable, in the list given to the evaluator.
-enum Place { kMaximum, kMinimum, kHasNull, kPlacesOfVariable };
+// The inputs of the evaluator for each variable, in their order.
+enum InputOfVariable { kMaximum, kMinimum, kHasNull, kInputsOfVariable };
 
 InputVariable numberInput(const QString& name, double sample) {
   InputVariable input;
@@ -44,8 +44,8 @@ QString qStringOf(const std::string& text) {
   return text.empty() ? QStringLiteral("") : QString::fromStdString(text);
 }
 
-// The expression sees other bytes as replacement characters, which have another order. Overlong
-// forms are such bytes, too.
+// In expressions, bytes that are no UTF-8 become replacement characters, which sort differently.
+// Overlong forms are such bytes, too.
 bool isUtf8(const std::string& bytes) {
   QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
   const QString text = decoder(QByteArrayView(bytes));
@@ -100,23 +100,23 @@ Status<QString> BlockFilterEvaluation::compile(const ActionItem& action, QString
   }
   m_evaluator.expressions.configure(options, variables, action.globalParameters(), false);
   m_dates.configure(m_filter.time);
-  (void)m_dates.prepare({m_filter.expression}, hasDates);  // the evaluator's answer is the same
+  (void)m_dates.prepare({m_filter.expression}, hasDates);  // the evaluator returns the same status
   switch (m_evaluator.expressions.prepareDateContext({m_filter.expression})) {
     case DateStatus::ready:
       warning = m_evaluator.expressions.dateFormatAdvice();
       break;
     case DateStatus::referenceTimeUnparsable:
-      warning = QString::fromLatin1(messages::kFilterReferenceUnparsable);
+      warning = columnar_messages::filterReferenceUnparsable();
       break;
     case DateStatus::dateFormatUnknown:
-      return Failure{QString::fromLatin1(messages::kDateFormatUnknown)};
+      return Failure{columnar_messages::dateFormatUnknown()};
   }
   OutputVariable output;
   output.name = QStringLiteral("CFilterRows");
   output.expression =
       m_filter.expression.trimmed().isEmpty() ? QStringLiteral("1") : m_filter.expression;
   const auto failure = [](const QString& text) {
-    return Failure{QString::fromLatin1(messages::kFilterFailed).arg(text)};
+    return Failure{columnar_messages::filterFailed(text)};
   };
   if (!action.mustComputeFull()) {
     const ExpressionCheck check = m_evaluator.expressions.check(output, ResultUse::anyValue);
@@ -152,9 +152,6 @@ QStringList BlockFilterEvaluation::explanations() const {
 
 Status<QString> BlockFilterEvaluation::bindTo(const GelFile& file) {
   m_columns.clear();
-  const auto failure = [](const char* text, const QString& name) {
-    return Failure{QString::fromLatin1(text).arg(name)};
-  };
   for (const BlockVariable& variable : m_filter.variables) {
     const QString& name = variable.column;
     const std::string wanted = name.toStdString();
@@ -163,12 +160,12 @@ Status<QString> BlockFilterEvaluation::bindTo(const GelFile& file) {
       ++column;
     }
     if (column == file.columns().size()) {
-      return failure(messages::kFilterColumnMissing, name);
+      return Failure{columnar_messages::filterColumnMissing(name)};
     }
     // Texts are not in the order of the numbers that they may look like.
     if (file.column(column).type == GelType::text &&
         kindOfBounds(variable) == VariableKind::number) {
-      return failure(messages::kFilterColumnIsText, name);
+      return Failure{columnar_messages::filterColumnIsText(name)};
     }
     m_columns.push_back(column);
   }
@@ -185,17 +182,17 @@ bool BlockFilterEvaluation::wantsBlock(const GelFile& file, const BlockInfo& blo
 
 bool BlockFilterEvaluation::loadVariables(const GelFile& file, const BlockInfo& block) {
   int input = 0;
-  for (std::size_t i = 0; i < m_columns.size(); ++i, input += kPlacesOfVariable) {
-    Summary summary;
+  for (std::size_t i = 0; i < m_columns.size(); ++i, input += kInputsOfVariable) {
+    BlockStatistics statistics;
     const BlockVariable& variable = m_filter.variables[i];
-    if (!readSummary(file, block, m_columns[i], summary) || !holds(variable, summary)) {
+    if (!readStatistics(file, block, m_columns[i], statistics) || !holds(variable, statistics)) {
       return false;
     }
-    if (!setBound(input + kMaximum, variable, summary.high) ||
-        !setBound(input + kMinimum, variable, summary.low)) {
+    if (!setBound(input + kMaximum, variable, statistics.high) ||
+        !setBound(input + kMinimum, variable, statistics.low)) {
       return false;
     }
-    m_evaluator.expressions.setNumber(input + kHasNull, summary.hasNull ? 1.0 : 0.0);
+    m_evaluator.expressions.setNumber(input + kHasNull, statistics.hasNull ? 1.0 : 0.0);
   }
   if (m_filter.addRowNumbers) {
     m_evaluator.expressions.setNumber(input, static_cast<double>(block.firstRow));
@@ -204,15 +201,15 @@ bool BlockFilterEvaluation::loadVariables(const GelFile& file, const BlockInfo& 
   return true;
 }
 
-bool BlockFilterEvaluation::holds(const BlockVariable& variable, const Summary& summary) const {
-  if (summary.isUnknown) {
+bool BlockFilterEvaluation::holds(const BlockVariable& variable, const BlockStatistics& statistics) const {
+  if (statistics.isUnknown) {
     return false;
   }
-  const bool isText = std::holds_alternative<std::string>(summary.low);
-  const bool isNumber = std::holds_alternative<double>(summary.low);
+  const bool isText = std::holds_alternative<std::string>(statistics.low);
+  const bool isNumber = std::holds_alternative<double>(statistics.low);
   switch (kindOfBounds(variable)) {
     case VariableKind::text:
-      return !isNumber || summary.low == summary.high;
+      return !isNumber || statistics.low == statistics.high;
     case VariableKind::date:
       return !isText || sortsAsText(m_dates.format(), m_filter.time.isUTC);
     default:
@@ -240,51 +237,51 @@ bool BlockFilterEvaluation::setBound(int input, const BlockVariable& variable, c
   return text == nullptr || (isDate && !isNullNumber(value));
 }
 
-bool BlockFilterEvaluation::readSummary(const GelFile& file, const BlockInfo& block,
-                                        std::size_t column, Summary& summary) {
+bool BlockFilterEvaluation::readStatistics(const GelFile& file, const BlockInfo& block,
+                                           std::size_t column, BlockStatistics& statistics) {
   const DescriptorLayout& layout = file.descriptorLayout();
   switch (file.column(column).type) {
     case GelType::key: {
-      KeySummary keys;
-      if (!layout.readSummary(block.descriptor, column, keys)) {
+      KeyStatistics keys;
+      if (!layout.readStatistics(block.descriptor, column, keys)) {
         return false;
       }
-      summary.hasNull = keys.hasNull;
+      statistics.hasNull = keys.hasNull;
       if (keys.hasValues()) {
-        summary.low = static_cast<double>(keys.low);
-        summary.high = static_cast<double>(keys.high);
+        statistics.low = static_cast<double>(keys.low);
+        statistics.high = static_cast<double>(keys.high);
       }
       return true;
     }
     case GelType::number: {
-      NumberSummary numbers;
-      if (!layout.readSummary(block.descriptor, column, numbers)) {
+      NumberStatistics numbers;
+      if (!layout.readStatistics(block.descriptor, column, numbers)) {
         return false;
       }
-      summary.hasNull = numbers.hasNull;
+      statistics.hasNull = numbers.hasNull;
       if (numbers.hasValues) {
-        summary.low = numbers.low;
-        summary.high = numbers.high;
+        statistics.low = numbers.low;
+        statistics.high = numbers.high;
       }
-      summary.isUnknown = numbers.hasNotANumber;
+      statistics.isUnknown = numbers.hasNotANumber;
       return true;
     }
     case GelType::text:
       break;
   }
-  TextSummary texts;
-  if (!layout.readSummary(block.descriptor, column, texts)) {
+  TextStatistics texts;
+  if (!layout.readStatistics(block.descriptor, column, texts)) {
     return false;
   }
-  summary.hasNull = texts.hasNull;
+  statistics.hasNull = texts.hasNull;
   if (const auto low = texts.lowerBound()) {
-    summary.low = *low;
+    statistics.low = *low;
   }
   const auto high = texts.upperBound();
   if (high) {
-    summary.high = *high;
+    statistics.high = *high;
   }
-  summary.isUnknown = texts.high.has_value() &&
+  statistics.isUnknown = texts.high.has_value() &&
                       !(high && isUtf8(texts.low->text) && isUtf8(texts.high->text));
   return true;
 }

@@ -1,12 +1,12 @@
 // Evaluates the block filter: whether a block may have rows that the user wants.
 //
-// The variables are the summaries of a block's descriptor: maximum, minimum and has-null of each
-// column, and the numbers of its first and last row. A block is passed over only when the
-// expression is false; where it has no value or fails, the block is read. So it is where a bound
-// says nothing about the values as the expression sees them: numbers seen as texts and dates in
-// a format like dd.MM.yyyy have another order than their column.
+// The variables are the statistics in a block's descriptor: maximum, minimum and has-null of each
+// column, and the numbers of its first and last row. A block is skipped only when the expression is
+// false. It is read when the expression has no value or fails, and when a bound is useless because
+// the expression sees the values in another order, as numbers seen as texts and dates in a format
+// like dd.MM.yyyy.
 // Used by ColumnarRead: compile() once, bindTo() for every file, then wantsBlock().
-// Threads: one at a time: the engine's until the reading thread begins, then that one.
+// Threads: the engine's until the reading thread starts, then that one.
 // Errors: texts to log.
 #pragma once
 
@@ -27,37 +27,37 @@ class BlockFilterEvaluation {
  public:
   explicit BlockFilterEvaluation(const BlockFilter& filter) : m_filter(filter) {}
 
-  // A check tries the expression with the variables' samples; otherwise it is compiled. `warning`
-  // is set when the user should know something.
+  // A check evaluates the expression with the variables' samples; otherwise it is compiled.
+  // `warning` is a text for the user, or empty.
   Status<QString> compile(const ActionItem& action, QString& warning);
-  // Where in the expression compile() failed, and what may have been meant; empty when it failed at
-  // something else.
+  // Where in the expression compile() failed, and what may have been meant. Empty when the
+  // expression is not the cause.
   QStringList explanations() const;
-  // Finds the variables' columns; the error is about one that the file lacks or has otherwise.
+  // Finds the variables' columns. The error names one that is missing or has the wrong type.
   Status<QString> bindTo(const GelFile& file);
   bool wantsBlock(const GelFile& file, const BlockInfo& block);
 
  private:
   // A bound of a column: none, a number, or UTF-8.
   using Bound = std::variant<std::monostate, double, std::string>;
-  struct Summary {
+  struct BlockStatistics {
     bool hasNull = false;
     Bound low;
     Bound high;
-    // Values may lie outside the bounds: one was cut, or is no text, or some values are NaN.
+    // The bounds are unreliable: one was cut or is no UTF-8, or some values are NaN.
     bool isUnknown = false;
   };
 
   // Replaces the graph's parameters in the settings.
   void expandNames(const ActionItem& action);
   std::vector<InputVariable> inputs() const;
-  static bool readSummary(const GelFile& file, const BlockInfo& block, std::size_t column,
-                          Summary& summary);
-  // Whether the bounds of a column are those of what the variable makes of its values.
-  bool holds(const BlockVariable& variable, const Summary& summary) const;
-  // False when a bound is no date, though its variable is one.
+  static bool readStatistics(const GelFile& file, const BlockInfo& block, std::size_t column,
+                          BlockStatistics& statistics);
+  // Whether the bounds of the column are also those of the values that the variable makes of it.
+  bool holds(const BlockVariable& variable, const BlockStatistics& statistics) const;
+  // False when the bound of a date variable is no date.
   bool setBound(int input, const BlockVariable& variable, const Bound& bound);
-  // False when a summary cannot be used.
+  // False when a statistics cannot be used.
   bool loadVariables(const GelFile& file, const BlockInfo& block);
 
   BlockFilter m_filter;

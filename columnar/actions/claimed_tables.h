@@ -1,6 +1,6 @@
-// A columnar file as what the actions of a graph claim: the main file and its side files.
+// The claim of an action on a columnar file: the main file and its side files.
 //
-// Used by the two columnar actions. Threads: any.
+// Used by the two columnar actions.
 #pragma once
 
 #include <QFile>
@@ -10,7 +10,7 @@
 
 namespace kelvarin {
 
-// The side files of any number.
+// The claim covers side files with any number.
 inline UsedFile usedTable(const QString& mainFile, FileUse use) {
   const std::string name(nameWithoutFolder(QFile::encodeName(mainFile).toStdString()));
   QString companions = QFile::decodeName(QByteArray::fromStdString(sideFileName(name, 0)));

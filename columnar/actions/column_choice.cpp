@@ -10,18 +10,18 @@ QString nameOf(const GelFile& file, std::size_t column) {
   return QString::fromStdString(file.column(column).name);
 }
 
-// Hands out the columns of each name in the order of the rows, each once.
+// Returns the columns of each name in the order of the rows, each once.
 class ColumnsByName {
  public:
   explicit ColumnsByName(const GelFile& file) : m_file(file), m_order(file.columnsInRowOrder()) {
     for (std::size_t i = m_order.size(); i-- > 0;) {
-      m_places[nameOf(file, m_order[i])].push_back(m_order[i]);
+      m_columnsOfName[nameOf(file, m_order[i])].push_back(m_order[i]);
     }
   }
 
   std::optional<std::size_t> take(const QString& name) {
-    const auto entry = m_places.find(name);
-    if (entry == m_places.end() || entry->empty()) {
+    const auto entry = m_columnsOfName.find(name);
+    if (entry == m_columnsOfName.end() || entry->empty()) {
       return std::nullopt;
     }
     const std::size_t column = entry->back();
@@ -33,7 +33,7 @@ class ColumnsByName {
   std::optional<QString> remaining() const {
     for (const std::size_t column : m_order) {
       const QString name = nameOf(m_file, column);
-      if (!m_places.value(name).empty()) {
+      if (!m_columnsOfName.value(name).empty()) {
         return name;
       }
     }
@@ -43,7 +43,7 @@ class ColumnsByName {
  private:
   const GelFile& m_file;
   const std::vector<std::size_t> m_order;
-  QHash<QString, std::vector<std::size_t>> m_places;  // the last ones first
+  QHash<QString, std::vector<std::size_t>> m_columnsOfName;  // the last ones first
 };
 
 }  // namespace
@@ -63,11 +63,11 @@ Result<ChosenColumns, MissingColumn> ColumnChoice::choose(const GelFile& file) {
   ColumnsByName columns(file);
   ChosenColumns chosen;
   for (qsizetype i = 0; i < m_names.size(); ++i) {
-    const std::optional<std::size_t> place = columns.take(m_names[i]);
-    if (!place || file.meta(*place).type() != m_metas[i].type()) {
+    const std::optional<std::size_t> column = columns.take(m_names[i]);
+    if (!column || file.meta(*column).type() != m_metas[i].type()) {
       return Failure{MissingColumn{m_names[i], false}};
     }
-    chosen.push_back(*place);
+    chosen.push_back(*column);
   }
   if (const auto name = m_readsAll ? columns.remaining() : std::nullopt) {
     return Failure{MissingColumn{*name, true}};
@@ -82,17 +82,17 @@ Result<ChosenColumns, MissingColumn> ColumnChoice::chooseInFirst(const GelFile& 
   } else {
     ColumnsByName columns(file);
     for (const QString& name : m_names) {
-      const std::optional<std::size_t> place = columns.take(name);
-      if (!place) {
+      const std::optional<std::size_t> column = columns.take(name);
+      if (!column) {
         return Failure{MissingColumn{name, false}};
       }
-      chosen.push_back(*place);
+      chosen.push_back(*column);
     }
   }
   m_names.clear();
-  for (const std::size_t place : chosen) {
-    m_names += nameOf(file, place);
-    m_metas += file.meta(place);
+  for (const std::size_t column : chosen) {
+    m_names += nameOf(file, column);
+    m_metas += file.meta(column);
   }
   m_isDecided = true;
   return chosen;

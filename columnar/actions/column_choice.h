@@ -1,8 +1,7 @@
-// Which columns of a columnar file become the output's, and where another file of the same read has
-// them.
+// Which columns of a columnar file are read, and where further files of the same run have them.
 //
-// Used by ColumnarRead. Threads: plain values.  Errors: the name that is missing, and in which
-// file.
+// Used by ColumnarRead.
+// Errors: the name that is missing, and in which file.
 #pragma once
 
 #include <cstddef>
@@ -19,18 +18,18 @@ namespace kelvarin {
 
 struct MissingColumn {
   QString name;
-  bool isMissingInFirstFile = false;  // a later file has it, and all columns are read
+  bool isMissingInFirstFile = false;  // all columns are read, and only a later file has this one
 };
 
-// Columns as places in GelFile::columns().
+// Indices in GelFile::columns().
 using ChosenColumns = std::vector<std::size_t>;
 
 class ColumnChoice {
  public:
-  // Nothing: all columns. A name that is listed twice counts once.
+  // Without names, all columns are read. A name that is listed twice counts once.
   explicit ColumnChoice(const std::optional<QStringList>& names);
 
-  // The first file decides names, order and types; the others must have the same columns, in any
+  // The first file determines names, order and types. The others must have the same columns, in any
   // order.
   Result<ChosenColumns, MissingColumn> choose(const GelFile& file);
 

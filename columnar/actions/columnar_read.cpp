@@ -6,7 +6,7 @@
 
 #include "columnar/actions/claimed_tables.h"
 #include "columnar/actions/file_list.h"
-#include "columnar/actions/read_messages.h"
+#include "columnar/actions/messages.h"
 #include "columnar/reader/stored_order.h"
 #include "host/files/file_hints.h"
 #include "host/contract/log_details.h"
@@ -15,10 +15,6 @@
 namespace kelvarin {
 
 namespace {
-
-QString text(const char* message, const QString& first) {
-  return QString::fromLatin1(message).arg(first);
-}
 
 void warn(const QString& line) {
   MainUI::addLog(LogLevel::warning, line);
@@ -71,8 +67,8 @@ bool ColumnarRead::findNames() {
   return isRunning();
 }
 
-// All of them before the first is opened, so that no action of the graph replaces one that is still
-// to be read.
+// Claims all files before the first is opened, so that no action of the graph replaces one that is
+// still to be read.
 bool ColumnarRead::claimFiles() {
   for (const QString& name : m_files) {
     const UsedFile file = usedTable(m_action.expandFile(name), FileUse::reads);
@@ -84,13 +80,13 @@ bool ColumnarRead::claimFiles() {
   return true;
 }
 
-// In a check the rows of an input pin do not come; nothing is opened then.
+// In a check an input pin has no rows, and nothing is opened.
 std::optional<QStringList> ColumnarRead::findFiles() {
   if (m_settings.fileNameFromPin) {
     return fileNamesFromPin(m_action, m_settings.abortIfMissing);
   }
   if (m_settings.fileName.isEmpty()) {
-    MainUI::addLog(LogLevel::error, QString::fromLatin1(messages::kNoFileName));
+    MainUI::addLog(LogLevel::error, columnar_messages::noFileName());
     return std::nullopt;
   }
   return QStringList{m_settings.fileName};
@@ -114,12 +110,12 @@ bool ColumnarRead::findColumns(std::optional<QStringList>& names) {
       break;
   }
   if (names->isEmpty()) {
-    MainUI::addLog(LogLevel::error, QString::fromLatin1(messages::kNoColumnListed));
+    MainUI::addLog(LogLevel::error, columnar_messages::noColumnListed());
   }
   return !names->isEmpty();
 }
 
-// Where a file tells nothing yet, files are counted.
+// Files are counted instead when one of them cannot be opened yet.
 void ColumnarRead::countRows() {
   for (const QString& name : m_files) {
     const auto file = GelFile::open(systemPath(m_action.expandFile(name)), IncompleteFiles::refuse);
@@ -140,7 +136,7 @@ bool ColumnarRead::openNextFile() {
       case Opening::opened:
         return true;
       case Opening::skipped:
-        tellProgress(0);
+        reportProgress(0);
         break;
       case Opening::failed:
         m_action.failRun();
@@ -167,9 +163,9 @@ ColumnarRead::Opening ColumnarRead::openFile(const QString& path) {
     m_rowsExpected = m_gelFile->rowCount();
   }
   if (!m_gelFile->isComplete()) {
-    warn(text(messages::kIncomplete, path));
+    warn(columnar_messages::incomplete(path));
     if (!m_gelFile->source().isBeingWritten()) {
-      MainUI::addLog(LogLevel::information, text(messages::kStoppedWriterAdvice, path));
+      MainUI::addLog(LogLevel::information, columnar_messages::stoppedWriterAdvice(path));
     }
   }
   return chooseColumns() && prepareFilter() && startBlocks() ? Opening::opened : Opening::failed;
@@ -177,11 +173,11 @@ ColumnarRead::Opening ColumnarRead::openFile(const QString& path) {
 
 ColumnarRead::Opening ColumnarRead::missFile() {
   if (!m_settings.abortIfMissing) {
-    warn(text(messages::kMissingFileSkipped, m_file));
+    warn(columnar_messages::missingFileSkipped(m_file));
     explain(missingFileHint(m_file));
     return Opening::skipped;
   }
-  const Opening refused = refuse(text(messages::kMissingFile, m_file));
+  const Opening refused = refuse(columnar_messages::missingFile(m_file));
   explain(missingFileHint(m_file));
   return refused;
 }
@@ -195,26 +191,26 @@ void ColumnarRead::explain(const QString& hint) {
 ColumnarRead::Opening ColumnarRead::failToOpen(const OpenFailure& failure) {
   switch (failure.problem) {
     case OpenFailure::Problem::cannotOpen:
-      warn(text(messages::kCannotOpenFile, m_file));
+      warn(columnar_messages::cannotOpenFile(m_file));
       if (m_settings.abortIfMissing) {
-        return refuse(text(messages::kCannotOpen, m_file));
+        return refuse(columnar_messages::cannotOpen(m_file));
       }
-      warn(text(messages::kCannotOpen, m_file));
+      warn(columnar_messages::cannotOpen(m_file));
       return Opening::skipped;
     case OpenFailure::Problem::incomplete:
-      (void)refuse(text(messages::kIncompleteRefused, m_file));
-      MainUI::addLog(LogLevel::information, text(messages::kIncompleteAdvice, m_file));
+      (void)refuse(columnar_messages::incompleteRefused(m_file));
+      MainUI::addLog(LogLevel::information, columnar_messages::incompleteAdvice(m_file));
       return Opening::failed;
     case OpenFailure::Problem::exchangeDamaged:
-      return refuse(QString::fromLatin1(messages::kJournalDamaged)
-                        .arg(m_file, QFile::decodeName(journalFile(systemPath(m_file)).c_str())));
+      return refuse(columnar_messages::journalDamagedOnRead(
+          m_file, QFile::decodeName(journalFile(systemPath(m_file)).c_str())));
     case OpenFailure::Problem::unreadable:
       break;
   }
   if (failure.isIncomplete) {
-    warn(text(messages::kIncomplete, m_file));
+    warn(columnar_messages::incomplete(m_file));
   }
-  const Opening refused = refuse(text(messages::kUnreadable, m_file));
+  const Opening refused = refuse(columnar_messages::unreadable(m_file));
   explain(foreignFormatHint(m_file, FileFormat::columnar));
   return refused;
 }
@@ -233,8 +229,8 @@ bool ColumnarRead::chooseColumns() {
   Result<ChosenColumns, MissingColumn> chosen = m_choice->choose(*m_gelFile);
   if (!chosen) {
     const MissingColumn& missing = chosen.error();
-    return fail(QString::fromLatin1(messages::kColumnNotInFile)
-                    .arg(missing.name, missing.isMissingInFirstFile ? m_firstFile : m_file));
+    return fail(columnar_messages::columnNotInFile(
+        missing.name, missing.isMissingInFirstFile ? m_firstFile : m_file));
   }
   m_columns = std::move(*chosen);
   if (!m_isAnnounced) {
@@ -249,7 +245,7 @@ void ColumnarRead::announceColumns() {
   row->setNumberOfColumns(static_cast<int>(m_choice->names().size()));
   row->setColName(m_choice->names());
   row->setMetaData(m_choice->metas());
-  // The rows of several files are in no order.
+  // The rows of several files have no common order.
   const bool isOneFile = m_files.size() == 1;
   row->setSortInfos(isOneFile ? storedOrder(*m_gelFile, m_columns) : QVector<SortInfos>());
   m_action.announceColumnsOfOutputPin(0);
@@ -288,8 +284,8 @@ bool ColumnarRead::startBlocks() {
   }
   auto reader = BlockReader::open(*m_gelFile, m_columns, std::move(wantsBlock));
   if (!reader) {
-    return fail(text(messages::kCannotOpenSideFile,
-                     QFile::decodeName(QByteArray::fromStdString(reader.error()))));
+    return fail(columnar_messages::cannotOpenSideFile(
+        QFile::decodeName(QByteArray::fromStdString(reader.error()))));
   }
   if (!m_action.mustComputeFull()) {
     return true;
@@ -301,7 +297,7 @@ bool ColumnarRead::startBlocks() {
   return true;
 }
 
-// The reading thread goes first.
+// The reading thread ends first.
 void ColumnarRead::closeFile() {
   m_blocksAhead.reset();
   m_block.reset();
@@ -314,7 +310,7 @@ void ColumnarRead::closeFile() {
 
 DecodedBlock* ColumnarRead::nextBlock() {
   if (m_block && m_blocksAhead) {
-    m_blocksAhead->giveBack(std::move(m_block));
+    m_blocksAhead->recycle(std::move(m_block));
   }
   while (m_blocksAhead && isRunning()) {
     if (DecodedBlock* block = take(m_blocksAhead->next())) {
@@ -327,7 +323,7 @@ DecodedBlock* ColumnarRead::nextBlock() {
 DecodedBlock* ColumnarRead::take(ReadEvent event) {
   switch (event.kind) {
     case ReadEvent::Kind::block:
-      tellProgress(event.firstRow);
+      reportProgress(event.firstRow);
       m_block = std::move(event.block);
       return m_block.get();
     case ReadEvent::Kind::corrupted:
@@ -337,14 +333,12 @@ DecodedBlock* ColumnarRead::take(ReadEvent event) {
       follow(m_damage.truncated(m_file, event.firstRow));
       return nullptr;
     case ReadEvent::Kind::noMemory:
-      fail(QString::fromLatin1(messages::kNoMemory)
-               .arg(m_file, QString::number(m_gelFile->rowsInBlock()),
-                    QString::number(m_columns.size())));
+      fail(columnar_messages::noMemory(m_file, m_gelFile->rowsInBlock(), m_columns.size()));
       follow(AfterDamage::stopRun);
       return nullptr;
     case ReadEvent::Kind::end:
       if (event.cause == ReadStatus::incomplete) {
-        MainUI::addLog(LogLevel::information, text(messages::kStillWritten, m_file));
+        MainUI::addLog(LogLevel::information, columnar_messages::stillWritten(m_file));
       }
       openNextFile();
       return nullptr;
@@ -366,7 +360,7 @@ void ColumnarRead::follow(AfterDamage decision) {
   }
 }
 
-void ColumnarRead::tellProgress(std::uint64_t rowsOfFile) {
+void ColumnarRead::reportProgress(std::uint64_t rowsOfFile) {
   double fraction = 0.0;
   if (m_rowsExpected > 0) {
     fraction =

@@ -1,9 +1,9 @@
-// One run of ReadColumnarGel: its files one after the other, and their blocks.
+// One run of ReadColumnarGel: its files in order, and their blocks.
 //
-// Made by the action at its first row and gone when it is closed. Opening, columns and messages are
-// here; what damage means is in damage_policy.h.
-// Threads: the engine's, beside the reading thread below; fractionDone() from any.
-// Errors: logged here; the run is then marked as failed.
+// Made by the action at its first row and destroyed when it is closed. Opening, columns and
+// messages are here; damage_policy.h decides about damage.
+// Threads: the engine's; fractionDone() from any.
+// Errors: logged here, and the run is marked as failed.
 #pragma once
 
 #include <atomic>
@@ -27,10 +27,10 @@ class ColumnarRead {
   ColumnarRead(ActionItem& action, const ReadColumnarSettings& settings, const BlockFilter& filter,
                const QStringList& columnsToRead, ClaimedNames& names, Pause pause);
 
-  // Finds the names, opens the first file and announces its columns. False when there is nothing to
-  // read: no file, or a failure.
+  // Finds the names, opens the first file and announces its columns. False: no file to read, or a
+  // failure.
   bool begin();
-  // The following rows; null at the end and after a failure. The block given before is used again.
+  // The next rows; null at the end and after a failure. The previous block is filled again.
   DecodedBlock* nextBlock();
   // 0 to 1, -1 when unknown.
   float fractionDone() const { return m_fractionDone; }
@@ -59,10 +59,10 @@ class ColumnarRead {
   void announceColumns();
   void closeFile();
 
-  // What a file's next event means; null when there is no block in it.
+  // Handles the next event of a file; null when it has no block.
   DecodedBlock* take(ReadEvent event);
   void follow(AfterDamage decision);
-  void tellProgress(std::uint64_t rowsOfFile);
+  void reportProgress(std::uint64_t rowsOfFile);
   bool isRunning() const;
 
   ActionItem& m_action;
@@ -76,7 +76,7 @@ class ColumnarRead {
   qsizetype m_nextFile = 0;
   std::optional<ColumnChoice> m_choice;
   bool m_isAnnounced = false;
-  QString m_firstFile;  // that gave the columns
+  QString m_firstFile;  // its columns are those of the output
   BlockFilterEvaluation m_filter;
   bool m_isFilterCompiled = false;
 
@@ -87,7 +87,7 @@ class ColumnarRead {
   std::unique_ptr<BlockReader> m_blockReader;
   std::unique_ptr<DecodedBlock> m_block;
 
-  std::uint64_t m_rowsExpected = 0;  // of all files; 0: unknown, files are counted
+  std::uint64_t m_rowsExpected = 0;  // of all files; 0: unknown, and progress counts files
   std::uint64_t m_rowsOfFilesDone = 0;
   std::atomic<float> m_fractionDone{0.0f};
 

@@ -5,7 +5,7 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "columnar/actions/write_messages.h"
+#include "columnar/actions/messages.h"
 #include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 #include "host/contract/missing_column.h"
@@ -52,8 +52,8 @@ bool isSortedOn(const OneRow& columns, int column) {
   return !columns.sortInfos().isEmpty() && columns.sortInfos().first().column() == column;
 }
 
-// Equal values have equal marks, and a missing one has none of another's. NaNs are one value, since
-// they have one name.
+// Equal values have equal marks, and the mark of a missing value differs from all others. All NaNs
+// are one value, since they have one name.
 std::string markOf(const OneRow& row, int column) {
   bool isMissing = false;
   if (row.getMetaType(column) == MetaTypeColumn::text) {
@@ -70,11 +70,11 @@ QString nameTextOf(const OneRow& row, int column) {
   return isMissing != 0 ? kNullSplitValue : cleanedForFileName(text);
 }
 
-// For messages.
+// The value as messages show it.
 QString shownText(const OneRow& row, int column) {
   unsigned short isMissing = 0;
   const QString text = row.col(column, &isMissing);
-  return isMissing != 0 ? QString::fromLatin1(messages::kMissingValue) : text;
+  return isMissing != 0 ? columnar_messages::missingValue() : text;
 }
 
 }  // namespace
@@ -94,19 +94,18 @@ bool ColumnarWrite::plan(const OneRow& columns) {
                   columnSetsFor(m_action, columns, m_settings.columnSets(), m_listedSets), m_names,
                   m_pause);
   if (m_file.isEmpty()) {
-    m_files->logError(QString::fromLatin1(messages::kNoFilename));
+    m_files->logError(columnar_messages::noFilename());
     return false;
   }
   if (m_settings.rowsInBlock < 1) {
-    m_files->logError(QString::fromLatin1(messages::kNoRowsInBlock)
-                          .arg(logName(), QString::number(m_settings.rowsInBlock)));
+    m_files->logError(columnar_messages::noRowsInBlock(logName(), m_settings.rowsInBlock));
     return false;
   }
   if (!m_settings.writeAllRows) {
     const QString name = m_action.expandString(m_settings.testColumn);
     const int column = columns.getIndexOfColumn(name);
     if (column < 0) {
-      m_files->logError(QString::fromLatin1(messages::kTestColumnMissing).arg(logName(), name));
+      m_files->logError(columnar_messages::testColumnMissing(logName(), name));
       logExplanation(missingColumnHint(name, columns.getColNamesDeep()));
       return false;
     }
@@ -137,13 +136,13 @@ bool ColumnarWrite::planSplitByValue(const OneRow& columns) {
   const QString name = m_action.expandString(m_settings.splitColumn);
   m_splitColumn = columns.getIndexOfColumn(name);
   if (m_splitColumn < 0) {
-    m_files->logError(QString::fromLatin1(messages::kSplitColumnMissing).arg(logName(), name));
+    m_files->logError(columnar_messages::splitColumnMissing(logName(), name));
     logExplanation(missingColumnHint(name, columns.getColNamesDeep()));
     return false;
   }
   m_isSortedOnSplit = isSortedOn(columns, m_splitColumn);
   if (!m_isSortedOnSplit) {
-    MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kSplitNotSorted));
+    MainUI::addLog(LogLevel::warning, columnar_messages::splitNotSorted());
   }
   return true;
 }
@@ -181,7 +180,7 @@ bool ColumnarWrite::writeInOneFile(const OneRow& row) {
                     : m_files->write(m_table, *m_rowsTogether, count);
 }
 
-// A file ends with the block at whose end the blocks before it are large enough.
+// A file ends with the first block before which its blocks are large enough.
 bool ColumnarWrite::writeBySize(const OneRow& row) {
   if (m_table == nullptr) {
     m_table = m_files->open(insertedBeforeExtension(m_file, segmentText(m_segment++)));
@@ -210,7 +209,7 @@ bool ColumnarWrite::writeByValue(const OneRow& row) {
   return m_files->write(*m_currentSplit, row);
 }
 
-// Opens the file of the current value, or goes on with it. A sorted table needs one at a time.
+// Opens or continues the file of the current value. A sorted table needs one file at a time.
 bool ColumnarWrite::changeSplit(const OneRow& row) {
   if (!m_isSortedOnSplit) {
     m_currentSplit = &m_openSplits[*m_splitValue];
@@ -241,7 +240,7 @@ std::optional<QString> ColumnarWrite::splitFile(const OneRow& row) {
       return std::nullopt;
     }
     if (name->isEmpty()) {
-      m_files->logError(QString::fromLatin1(messages::kNoFilename));
+      m_files->logError(columnar_messages::noFilename());
       return std::nullopt;
     }
     file = QDir::cleanPath(QDir(m_action.globalParameters()->dataDirWrite()).filePath(*name));
@@ -249,12 +248,11 @@ std::optional<QString> ColumnarWrite::splitFile(const OneRow& row) {
   const auto known = m_splitOfFile.constFind(nameForSplit(file));
   if (known != m_splitOfFile.constEnd()) {
     if (known->value == *m_splitValue) {
-      m_files->logError(QString::fromLatin1(messages::kSplitValueReturns).arg(file, text));
+      m_files->logError(columnar_messages::splitValueReturns(file, text));
     } else {
-      const char* message =
-          known->file == file ? messages::kSplitNamesMeet : messages::kSplitSideFilesMeet;
-      m_files->logError(
-          QString::fromLatin1(message).arg(file, known->text, shownText(row, m_splitColumn)));
+      const auto message = known->file == file ? columnar_messages::splitNamesMeet
+                                               : columnar_messages::splitSideFilesMeet;
+      m_files->logError(message(file, known->text, shownText(row, m_splitColumn)));
     }
     return std::nullopt;
   }
@@ -262,7 +260,7 @@ std::optional<QString> ColumnarWrite::splitFile(const OneRow& row) {
   return file;
 }
 
-// The file of an earlier run, where no row has come to replace it.
+// Removes or keeps the file of an earlier run when no row has been written.
 void ColumnarWrite::endOfRows() {
   const bool isNormalEnd = m_action.run() == nullptr || m_action.run()->isRunning();
   const bool hasWritten = m_files && m_files->hasOpened();
@@ -276,7 +274,7 @@ void ColumnarWrite::endOfRows() {
   if (m_settings.alwaysDelete) {
     OutputFiles(m_action, m_settings, QHash<QString, int>(), m_names, m_pause).removePrevious(file);
   } else if (!m_settings.replaceAtEnd && QFileInfo::exists(file)) {
-    MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kOldFileStays).arg(file));
+    MainUI::addLog(LogLevel::warning, columnar_messages::oldFileStays(file));
   }
 }
 
@@ -294,7 +292,7 @@ bool ColumnarWrite::end() {
 
 void ColumnarWrite::logNamingError(const NamingExpressions::Error& error) const {
   m_files->logError(
-      QString::fromLatin1(messages::kNamingFailed).arg(logName(), error.expression, error.reason));
+      columnar_messages::namingFailed(logName(), error.expression, error.reason));
 }
 
 }  // namespace kelvarin

@@ -21,8 +21,8 @@ class ColumnarWrite {
 
   // Finds the columns that the settings name. False: logged.
   [[nodiscard]] bool plan(const OneRow& columns);
-  // The row that pin 0 gave last; those behind it are taken with it where they can be. False: the
-  // run ends here.
+  // Writes the current row of pin 0, and the following rows with it where possible. False: the run
+  // ends.
   [[nodiscard]] bool write(const OneRow& row);
   // The input has no more rows.
   void endOfRows();
@@ -55,13 +55,13 @@ class ColumnarWrite {
   std::optional<OutputFiles> m_files;
   std::optional<RowTest> m_test;
   Write m_write = nullptr;
-  std::optional<ColumnsInHand> m_rowsTogether;  // where all rows go into one file
+  std::optional<ColumnsInHand> m_rowsTogether;  // when all rows go into one file
 
-  Table m_table;      // the file of the current rows, but see m_openSplits
+  Table m_table;      // the current file, unless m_openSplits has it
   int m_segment = 0;  // the next one, when splitting by size
   int m_splitColumn = -1;
   bool m_isSortedOnSplit = false;
-  std::optional<std::string> m_splitValue;  // of the current rows, a missing one marked
+  std::optional<std::string> m_splitValue;  // of the current rows, as a mark
   std::optional<NamingExpressions> m_naming;
   std::unordered_map<std::string, Table> m_openSplits;  // by value, when not sorted
   Table* m_currentSplit = nullptr;

@@ -1,8 +1,9 @@
-// Decides what a damaged place of a file means to a run: its rows are skipped with a warning, the
-// file ends there, or the run stops.
+// Decides how a run reacts to damage in a file: it skips the rows with a warning, ends the file, or
+// stops.
 //
-// One object a run of ReadColumnarGel; the reader below only tells what it found.
-// Threads: the engine's.  Errors: logged here.
+// One object a run of ReadColumnarGel; the reader below only reports what it finds.
+// Threads: the engine's.
+// Errors: logged here.
 #pragma once
 
 #include <cstdint>
@@ -19,11 +20,11 @@ class DamagePolicy {
  public:
   explicit DamagePolicy(bool skipsDamage) : m_skipsDamage(skipsDamage) {}
 
-  // A block, or all blocks of a descriptor record, does not decode. Rows count from 0; the last one
-  // belongs to it.
+  // A block, or all blocks of a descriptor record, cannot be decoded. Rows are numbered from 0, and
+  // `lastRow` is one of them.
   AfterDamage corrupted(const QString& file, std::uint64_t firstRow, std::uint64_t lastRow,
                         ReadStatus cause);
-  // The file ends inside what belongs to the block that starts at `firstRow`.
+  // The file ends inside the block that starts at `firstRow`.
   AfterDamage truncated(const QString& file, std::uint64_t firstRow);
 
  private:
@@ -32,7 +33,7 @@ class DamagePolicy {
   void explain(const QString& file, ReadStatus cause);
 
   bool m_skipsDamage;
-  QString m_explainedFile;  // the last one, to be explained once
+  QString m_explainedFile;  // the last one, so that each is explained once
   int m_warningCount = 0;  // about skipped rows
 };
 

@@ -1,6 +1,6 @@
 #include "columnar/actions/file_list.h"
 
-#include "columnar/actions/read_messages.h"
+#include "columnar/actions/messages.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
@@ -17,14 +17,31 @@ void logError(const QString& text) {
 // False: logged.
 bool hasNamesColumn(const ActionItem& action, int pin, const char* namesOfWhat) {
   if (!action.isInputPinLinked(pin)) {
-    logError(QString::fromLatin1(messages::kNamesPinNotLinked)
-                 .arg(QString::number(pin), QString::fromLatin1(namesOfWhat)));
+    logError(columnar_messages::namesPinNotLinked(pin, QString::fromLatin1(namesOfWhat)));
     return false;
   }
   const OneRow* columns = action.announcedColumnsOfInPin(pin);
   if (columns != nullptr && columns->sz() == 0) {
-    logError(QString::fromLatin1(messages::kNoColumnOnPin));
+    logError(columnar_messages::noColumnOnPin());
     return false;
+  }
+  return true;
+}
+
+// Calls use(name) with the first value of every row, until it returns false. False: logged.
+template <typename Use>
+bool forEachName(ActionItem& action, int pin, const char* namesOfWhat, Use use) {
+  if (!hasNamesColumn(action, pin, namesOfWhat)) {
+    return false;
+  }
+  while (const OneRow* row = action.getNextRowFromInPin(pin)) {
+    if (row->sz() == 0) {
+      logError(columnar_messages::noColumnOnPin());
+      return false;
+    }
+    if (!use(row->col(0, nullptr))) {
+      return false;
+    }
   }
   return true;
 }
@@ -32,46 +49,32 @@ bool hasNamesColumn(const ActionItem& action, int pin, const char* namesOfWhat) 
 }  // namespace
 
 std::optional<QStringList> fileNamesFromPin(ActionItem& action, bool abortsOnUnreadable) {
-  if (!hasNamesColumn(action, kPinOfFileNames, "files")) {
-    return std::nullopt;
-  }
   QStringList names;
-  while (const OneRow* row = action.getNextRowFromInPin(kPinOfFileNames)) {
-    if (row->sz() == 0) {
-      logError(QString::fromLatin1(messages::kNoColumnOnPin));
-      return std::nullopt;
-    }
-    const QString name = row->col(0, nullptr);
+  const bool isRead = forEachName(action, kPinOfFileNames, "files", [&](const QString& name) {
     if (!name.isEmpty()) {
       names += name;
     } else if (abortsOnUnreadable) {
-      logError(QString::fromLatin1(messages::kUnreadableName));
-      return std::nullopt;
+      logError(columnar_messages::unreadableName());
+      return false;
     } else {
-      MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kUnreadableNameSkipped));
+      MainUI::addLog(LogLevel::warning, columnar_messages::unreadableNameSkipped());
     }
-  }
-  return names;
+    return true;
+  });
+  return isRead ? std::optional(names) : std::nullopt;
 }
 
 std::optional<QStringList> columnNamesFromPin(ActionItem& action) {
-  if (!hasNamesColumn(action, kPinOfColumnNames, "columns")) {
-    return std::nullopt;
-  }
   QStringList names;
-  while (const OneRow* row = action.getNextRowFromInPin(kPinOfColumnNames)) {
-    if (row->sz() == 0) {
-      logError(QString::fromLatin1(messages::kNoColumnOnPin));
-      return std::nullopt;
-    }
-    const QString name = row->col(0, nullptr);
+  const bool isRead = forEachName(action, kPinOfColumnNames, "columns", [&](const QString& name) {
     if (name.isEmpty()) {
-      logError(QString::fromLatin1(messages::kUnreadableColumnName).arg(names.size()));
-      return std::nullopt;
+      logError(columnar_messages::unreadableColumnName(names.size()));
+      return false;
     }
     names += name;
-  }
-  return names;
+    return true;
+  });
+  return isRead ? std::optional(names) : std::nullopt;
 }
 
 }  // namespace kelvarin

@@ -1,7 +1,8 @@
-// The names that a table on an input pin gives: of files to read, or of columns.
+// Reads the names of files or of columns from a table on an input pin.
 //
 // Used by ReadColumnarGel when its settings take names from its pins.
-// Threads: the engine's.  Errors: logged here; nothing then.
+// Threads: the engine's.
+// Errors: logged here; nothing is returned then.
 #pragma once
 
 #include <optional>
@@ -12,10 +13,10 @@
 
 namespace kelvarin {
 
-// Every row's first value of input pin 0. A name that cannot be read stops the run when
+// The first value of every row of input pin 0. A name that cannot be read stops the run when
 // `abortsOnUnreadable`, and is skipped otherwise.
 std::optional<QStringList> fileNamesFromPin(ActionItem& action, bool abortsOnUnreadable);
-// Every row's first value of input pin 1; without rows there are none.
+// The first value of every row of input pin 1.
 std::optional<QStringList> columnNamesFromPin(ActionItem& action);
 
 }  // namespace kelvarin

@@ -4,7 +4,7 @@
 #include <QFileInfo>
 
 #include "columnar/actions/claimed_tables.h"
-#include "columnar/actions/write_messages.h"
+#include "columnar/actions/messages.h"
 #include "columnar/format/file_names.h"
 #include "host/contract/host_session.h"
 #include "host/contract/log_details.h"
@@ -20,7 +20,7 @@ RunningState stateOf(const ActionItem& action) {
   return action.run() == nullptr ? RunningState::endedNormally : action.run()->status.load();
 }
 
-// Asks the host, unless the run has come to a bad end meanwhile.
+// Asks the host, unless the run has failed or was stopped meanwhile.
 AskAboutFullDisk askOnBehalfOf(const ActionItem& action) {
   return [&action, session = HostSession::current()](const QString& file, int missingBytes) {
     const RunningState state = stateOf(action);
@@ -54,8 +54,7 @@ OutputFiles::Table OutputFiles::open(const QString& file) {
   if (m_settings.createDirectory) {
     QDir().mkpath(QFileInfo(file).path());
   }
-  // While a reader of the graph does not know all its files, the one that is there may be among
-  // them.
+  // The previous file may be one that a reader of the graph will still ask for.
   const bool isReplacedAtEnd =
       m_settings.replaceAtEnd || ClaimedNames::areReadsAwaited();
   auto table =
@@ -102,7 +101,7 @@ bool OutputFiles::close(Table& table) {
   if (!isStored) {
     report(table->writer().failure(), table->file());
   } else {
-    isStored = wait(table->file(), [&] { return table->takePlace(); });
+    isStored = wait(table->file(), [&] { return table->replacePrevious(); });
   }
   table.reset();
   return isStored;
@@ -126,17 +125,17 @@ void OutputFiles::report(const WriteFailure& failure, const QString& file) const
     case WriteFailure::Kind::none:
       return;
     case WriteFailure::Kind::noColumns:
-      return logError(QString::fromLatin1(messages::kNoColumnsToWrite).arg(file));
+      return logError(columnar_messages::noColumnsToWrite(file));
     case WriteFailure::Kind::tooLarge:
-      return logError(QString::fromLatin1(messages::kTooLarge));
+      return logError(columnar_messages::tooLarge());
     case WriteFailure::Kind::cannotOpen:
-      logError(QString::fromLatin1(messages::kCannotOpenForWrite).arg(failure.file));
+      logError(columnar_messages::cannotOpenForWrite(failure.file));
       break;
     case WriteFailure::Kind::cannotWrite:
-      logError(QString::fromLatin1(messages::kCannotWriteFile).arg(failure.file));
+      logError(columnar_messages::cannotWriteFile(failure.file));
       break;
   }
-  logExplanation(QString::fromLatin1(messages::kSystemReason).arg(failure.file, failure.reason));
+  logExplanation(columnar_messages::systemReason(failure.file, failure.reason));
 }
 
 QString nameForSplit(const QString& file) {

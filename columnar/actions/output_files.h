@@ -1,6 +1,6 @@
 // Opens, fills and closes the files of one writeColumnarGel, one at a time or several.
 //
-// What is in the way of a new file is removed or replaced, see OutputTable. Used by ColumnarWrite.
+// OutputTable removes or replaces previous files. Used by ColumnarWrite.
 // Threads: the engine's; a full disk is asked about on the writers' threads.
 // Errors: logged here, and the run is marked as failed.
 #pragma once
@@ -17,7 +17,7 @@ class OutputFiles {
  public:
   using Table = std::unique_ptr<OutputTable>;
 
-  // What outlives a run belongs to the action.
+  // The references outlive this object.
   OutputFiles(ActionItem& action, const WriteColumnarSettings& settings,
               QHash<QString, int> columnSets, ClaimedNames& names, const Pause& pause)
       : m_action(action),
@@ -55,8 +55,7 @@ class OutputFiles {
   bool m_hasOpened = false;
 };
 
-// The same for main files that cannot be side by side: they are one, as far as their text tells, or
-// have the same side files.
+// Equal for main files that exclude each other: their paths are equal, or their side files.
 QString nameForSplit(const QString& file);
 
 }  // namespace kelvarin

@@ -6,7 +6,7 @@
 
 #include <QFile>
 
-#include "columnar/actions/write_messages.h"
+#include "columnar/actions/messages.h"
 #include "columnar/files/folder_lock.h"
 #include "columnar/files/table_exchange.h"
 #include "columnar/files/table_files.h"
@@ -31,36 +31,46 @@ void logErrorOf(ActionItem& action, const QString& text) {
   action.failRun();
 }
 
-// An exchange that was begun comes to its end first. With the folder locked.
+// Finishes an exchange that was begun. The folder is locked.
 Attempt settleExchange(ActionItem& action, const QString& file) {
   const std::string path = systemPath(file);
   switch (finishExchange(path)) {
     case OpenExchange::none:
       return Attempt::done;
     case OpenExchange::unfinished:
-      logErrorOf(action, QString::fromLatin1(messages::kExchangeUnfinished)
-                             .arg(file, qt_error_string(errno)));
+      logErrorOf(action, columnar_messages::exchangeUnfinished(file, qt_error_string(errno)));
       return Attempt::failed;
     case OpenExchange::damaged:
-      logErrorOf(action, QString::fromLatin1(messages::kJournalDamaged)
-                             .arg(file, shownPath(journalFile(path))));
+      logErrorOf(action,
+                 columnar_messages::journalDamagedOnWrite(file, shownPath(journalFile(path))));
       return Attempt::failed;
   }
   return Attempt::failed;
 }
 
-// Removing the table at `file` would take away the side files of another one.
+// True, and logged: removing the table at `file` would remove side files of another one.
 bool isRefusedForAnother(ActionItem& action, const QString& file) {
   const std::string other = tableSharingSideFiles(systemPath(file));
   if (!other.empty()) {
     logErrorOf(action,
-               QString::fromLatin1(messages::kSideFilesOfAnother).arg(file, shownPath(other)));
+               columnar_messages::sideFilesOfAnother(file, shownPath(other)));
   }
   return !other.empty();
 }
 
 bool isInUse(const std::string& path) {
   return !isReplaceable(path) || isBeingWritten(path) || isBeingWritten(replacementFile(path));
+}
+
+// The first steps before the table at `file` is removed or replaced.
+Attempt prepareRemoval(ActionItem& action, const QString& file, const FolderLock& folder) {
+  if (!folder.isHeld()) {
+    return Attempt::inUse;
+  }
+  if (const Attempt settled = settleExchange(action, file); settled != Attempt::done) {
+    return settled;
+  }
+  return isInUse(systemPath(file)) ? Attempt::inUse : Attempt::done;
 }
 
 }  // namespace
@@ -78,7 +88,7 @@ OutputTable::~OutputTable() {
   if (m_writer.isOpen()) {
     (void)finish(RunningState::failed);
   }
-  if (m_isReplacedAtEnd && m_lock >= 0 && !m_isInPlace) {
+  if (m_isReplacedAtEnd && m_lock >= 0 && !m_isUnderItsName) {
     discard();
   }
   releaseLock();
@@ -86,20 +96,14 @@ OutputTable::~OutputTable() {
 
 Attempt OutputTable::open(const std::function<bool(const QString& name)>& openWriter) {
   const FolderLock folder(m_path);
-  if (!folder.isHeld()) {
-    return Attempt::inUse;
-  }
-  if (const Attempt settled = settleExchange(m_action, m_file); settled != Attempt::done) {
-    return settled;
-  }
-  if (isInUse(m_path)) {
-    return Attempt::inUse;
+  if (const Attempt ready = prepareRemoval(m_action, m_file, folder); ready != Attempt::done) {
+    return ready;
   }
   if (isRefusedForAnother(m_action, m_file)) {
     return Attempt::failed;
   }
   if (isForeignFile(m_file)) {
-    MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kForeignFile).arg(m_file));
+    MainUI::addLog(LogLevel::warning, columnar_messages::foreignFile(m_file));
   }
   const bool isFree = removeUnfinishedTable(replacementFile(m_path)) &&
                       (m_isReplacedAtEnd || !isSomethingThere(m_path) || removeTable(m_path));
@@ -119,7 +123,7 @@ bool OutputTable::finish(RunningState state) {
   return isStored;
 }
 
-Attempt OutputTable::takePlace() {
+Attempt OutputTable::replacePrevious() {
   if (!m_isReplacedAtEnd || !m_isWhole) {
     return Attempt::done;
   }
@@ -129,16 +133,16 @@ Attempt OutputTable::takePlace() {
   }
   if (!exchangeTable(m_path)) {
     const QString reason = qt_error_string(errno);
-    m_isInPlace = isSomethingThere(journalFile(m_path));
-    const char* text = m_isInPlace ? messages::kExchangeLeft : messages::kNotExchanged;
-    logErrorOf(m_action, QString::fromLatin1(text).arg(m_file, reason));
+    m_isUnderItsName = isSomethingThere(journalFile(m_path));
+    logErrorOf(m_action, m_isUnderItsName ? columnar_messages::exchangeLeft(m_file, reason)
+                                          : columnar_messages::notExchanged(m_file, reason));
     return Attempt::failed;
   }
-  m_isInPlace = true;
+  m_isUnderItsName = true;
   return Attempt::done;
 }
 
-// Unless another process has begun to write such a table.
+// Removes the files, unless another process has begun to write such a table.
 void OutputTable::discard() {
   const FolderLock folder(m_path);
   releaseLock();
@@ -157,14 +161,8 @@ void OutputTable::releaseLock() {
 Attempt removePreviousTable(ActionItem& action, const QString& file) {
   const std::string path = systemPath(file);
   const FolderLock folder(path);
-  if (!folder.isHeld()) {
-    return Attempt::inUse;
-  }
-  if (const Attempt settled = settleExchange(action, file); settled != Attempt::done) {
-    return settled;
-  }
-  if (isInUse(path)) {
-    return Attempt::inUse;
+  if (const Attempt ready = prepareRemoval(action, file, folder); ready != Attempt::done) {
+    return ready;
   }
   if (isSomethingThere(path) && isRefusedForAnother(action, file)) {
     return Attempt::failed;

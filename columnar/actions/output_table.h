@@ -1,9 +1,10 @@
-// One table that is being written: in the place of the previous one, or beside it until it is whole.
+// One table that is being written, and the previous table that it replaces at once or at the end.
 //
-// A table that replaces another at the end has other names while it is written; it takes its own by
-// an exchange that no kill can leave half done (columnar/files/table_exchange.h). One that comes to
-// no normal end is removed. Otherwise the previous table is removed when the new one begins.
-// Used by OutputFiles. Threads: the engine's; a full disk is asked about on the writer's threads.
+// A table that replaces another at the end has other names while it is written, and gets its own by
+// an exchange that no kill can leave half done (columnar/files/table_exchange.h). It is removed
+// when it does not end normally. Otherwise the previous table is removed when the new one begins.
+// Used by OutputFiles.
+// Threads: the engine's; `ask` is called on the writer's threads.
 // Errors: Attempt; logged here, and the run is marked as failed.
 #pragma once
 
@@ -22,12 +23,12 @@ class OutputTable {
   ColumnarHDWriter& writer() { return m_writer; }
   const QString& file() const { return m_file; }
 
-  // Removes what is in the way and opens the writer by `openWriter`, which gets the name to open.
+  // Removes the previous files and opens the writer by `openWriter`, which gets the name to open.
   Attempt open(const std::function<bool(const QString& name)>& openWriter);
   // Finishes the file with the run's state. False: the writer has the failure.
   [[nodiscard]] bool finish(GlobalParameters::RunningState state);
-  // After finish(): a table that is whole takes its place.
-  Attempt takePlace();
+  // After finish(): replaces the previous table when this one is whole.
+  Attempt replacePrevious();
 
  private:
   void discard();
@@ -41,7 +42,7 @@ class OutputTable {
   ColumnarHDWriter m_writer;
   int m_lock = -1;  // keeps the writer's lock until the files have their names
   bool m_isWhole = false;
-  bool m_isInPlace = false;
+  bool m_isUnderItsName = false;
 };
 
 // Removes a table, when nobody is writing it.

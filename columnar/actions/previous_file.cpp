@@ -3,7 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "columnar/actions/write_messages.h"
+#include "columnar/actions/messages.h"
 #include "columnar/files/table_files.h"
 #include "host/contract/main_ui.h"
 
@@ -15,7 +15,7 @@ bool untilUnlocked(ActionItem& action, const QString& file, int seconds, const P
   if (outcome != Attempt::inUse) {
     return outcome == Attempt::done;
   }
-  MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kPreviousLocked).arg(file));
+  MainUI::addLog(LogLevel::warning, columnar_messages::previousLocked(file));
   for (int second = 0; second < seconds && outcome == Attempt::inUse; ++second) {
     pauseBetweenLooks(action, pause);
     if (!isRunGoingOn(action)) {
@@ -24,9 +24,9 @@ bool untilUnlocked(ActionItem& action, const QString& file, int seconds, const P
     outcome = attempt();
   }
   if (outcome == Attempt::done) {
-    MainUI::addLog(LogLevel::information, QString::fromLatin1(messages::kPreviousUnlocked));
+    MainUI::addLog(LogLevel::information, columnar_messages::previousUnlocked());
   } else if (outcome == Attempt::inUse) {
-    MainUI::addLog(LogLevel::error, QString::fromLatin1(messages::kPreviousNotDeleted).arg(file));
+    MainUI::addLog(LogLevel::error, columnar_messages::previousNotDeleted(file));
     action.failRun();
   }
   return outcome == Attempt::done;

@@ -1,6 +1,8 @@
-// What is there under the name of a columnar file that is about to be written.
+// The file that exists under the name of a columnar file to be written.
 //
-// Used by OutputTable and the writing action. Threads: the engine's.  Errors: logged here.
+// Used by OutputTable and the writing action.
+// Threads: the engine's.
+// Errors: logged here.
 #pragma once
 
 #include <functional>
@@ -11,8 +13,7 @@ namespace kelvarin {
 
 enum class Attempt {
   done,
-  inUse,  // something is in the way that may go: another process writes the file, or it cannot be
-          // removed
+  inUse,  // the file may become free: another process writes it, or it cannot be removed
   failed  // the attempt has logged why
 };
 
@@ -21,7 +22,7 @@ enum class Attempt {
 [[nodiscard]] bool untilUnlocked(ActionItem& action, const QString& file, int seconds,
                                  const Pause& pause, const std::function<Attempt()>& attempt);
 
-// A file with something in it that is no columnar file.
+// The file is not empty, and no columnar file.
 bool isForeignFile(const QString& file);
 
 }  // namespace kelvarin

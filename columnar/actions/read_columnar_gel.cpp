@@ -3,7 +3,7 @@
 #include "actions/frame/attributes.h"
 #include "actions/frame/known_elements.h"
 #include "columnar/actions/claimed_tables.h"
-#include "columnar/actions/read_messages.h"
+#include "columnar/actions/messages.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
@@ -129,14 +129,14 @@ QList<UsedFile> ReadColumnarGel::usedFiles() const {
 void ReadColumnarGel::warnOfIdleSettings() const {
   const bool hasExpression = !m_blockFilter.expression.trimmed().isEmpty();
   if (hasExpression && !m_settings.filterRows) {
-    MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kFilterOff));
+    MainUI::addLog(LogLevel::warning, columnar_messages::filterOff());
   } else if (!hasExpression && m_settings.filterRows) {
-    MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kFilterEmpty));
+    MainUI::addLog(LogLevel::warning, columnar_messages::filterEmpty());
   }
   // A dialog keeps a list that is not in use, and a run need not speak of it each time.
   if (!mustComputeFull() && !m_columnsToRead.isEmpty() &&
       m_settings.columns() == ReadColumnarSettings::Columns::all) {
-    MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kListOff));
+    MainUI::addLog(LogLevel::warning, columnar_messages::listOff());
   }
 }
 
@@ -151,7 +151,7 @@ float ReadColumnarGel::computeCompletion() const {
   return m_read ? m_read->fractionDone() : -1.0f;
 }
 
-// The columns are those of the files whose names a pin gives, or are named by it.
+// The columns depend on the files or names that come from a pin.
 char ReadColumnarGel::fullTableRequiredToComputeMetas(int pin, bool* isKnown) {
   if (isKnown != nullptr) {
     *isKnown = true;

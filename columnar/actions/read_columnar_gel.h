@@ -1,8 +1,9 @@
-// Reads columnar files and gives their rows.
+// Reads columnar files and outputs their rows.
 //
-// The first call of the row routine finds the files and opens the first one, the later ones hand
-// out rows; columnar_read.h has the work in between. Threads: those of ActionItem, beside one
-// reading thread.  Errors: logged, and the run fails.
+// The first call of the row routine finds the files and opens the first one, later calls output
+// rows; the rest is in columnar_read.h.
+// Threads: those of ActionItem, and one reading thread.
+// Errors: logged, and the run fails.
 #pragma once
 
 #include <memory>
@@ -29,16 +30,17 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem>, public F
   char fullTableRequiredToComputeMetas(int pin, bool* isKnown) override;
   QList<UsedFile> usedFiles() const override;
 
-  // For tests: passes the time while a missing file is waited for.
+  // For tests: replaces the sleep while a missing file is waited for.
   void setPause(Pause pause) { m_pause = std::move(pause); }
 
  private:
   static bool computeFirstRow(ActionItem* action);
   static bool computeRow(ActionItem* action);
   [[nodiscard]] bool claimFiles();  // false: logged
-  // False at the end and after a failure.
-  // A filter that is set but not applied, or the other way round; a list of columns without use.
+  // Warns of a filter that is set but not applied, or the reverse, and of an unused list of
+  // columns.
   void warnOfIdleSettings() const;
+  // False at the end and after a failure.
   bool takeNextBlock();
 
   ReadColumnarSettings m_settings;
@@ -48,7 +50,7 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem>, public F
   ClaimedNames m_names;
 
   std::unique_ptr<ColumnarRead> m_read;
-  DecodedBlock* m_block = nullptr;  // whose rows are handed out
+  DecodedBlock* m_block = nullptr;  // the source of the current rows
 };
 
 }  // namespace kelvarin

@@ -2,7 +2,7 @@
 //
 // A text equals the value byte by byte; a number or key equals it when the whole value is that
 // number. An empty value stands for missing values and the empty text.
-// Used by writeColumnarGel. Threads: the engine's.
+// Used by writeColumnarGel.
 #pragma once
 
 #include <optional>

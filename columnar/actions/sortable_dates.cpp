@@ -22,11 +22,11 @@ QStringView fieldAt(QStringView format) {
   return format.first(size);
 }
 
-// The place of a field in the list above; its size when it is none of them.
+// The index of a field in the list above; the size of the list when it is none of them.
 std::size_t rankOf(QStringView field) {
   const QStringView name = field == u"HH" ? QStringView(u"hh") : field;
-  const auto* place = std::find(kFields.begin(), kFields.end(), name);
-  return static_cast<std::size_t>(place - kFields.begin());
+  const auto* found = std::find(kFields.begin(), kFields.end(), name);
+  return static_cast<std::size_t>(found - kFields.begin());
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 // That is so when the fields stand from the year down, each with a fixed width, as in
 // "yyyy-MM-dd hh:mm". Times of a local clock are not: an hour that the clock leaves out is read as
 // a later one.
-// Used by the block filter. Threads: any.
+// Used by the block filter.
 #pragma once
 
 #include <QString>

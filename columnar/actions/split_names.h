@@ -1,6 +1,7 @@
 // The names of the files that a table is split into.
 //
-// Used by OutputFiles. Threads: the engine's.  Errors: texts for the user; nothing logs.
+// Used by ColumnarWrite.
+// Errors: texts for the user; nothing logs.
 #pragma once
 
 #include <QString>
@@ -12,7 +13,7 @@
 
 namespace kelvarin {
 
-// What a null split value is called.
+// Stands for a null split value in names.
 inline const QString kNullSplitValue = QStringLiteral("_null");
 
 // Slashes, backslashes, control characters and a leading point become "_".
@@ -34,7 +35,7 @@ class NamingExpressions {
     QString reason;
   };
 
-  // What stands around the expressions is expanded by `action`.
+  // `action` expands the text around the expressions.
   Status<Error> compile(const QString& file, const ActionItem& action);
   Result<QString, Error> name(const QString& splitValue);
 

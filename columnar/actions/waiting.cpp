@@ -5,7 +5,7 @@
 
 #include <QFile>
 
-#include "columnar/actions/read_messages.h"
+#include "columnar/actions/messages.h"
 #include "columnar/files/table_exchange.h"
 #include "columnar/files/table_files.h"
 #include "host/contract/main_ui.h"
@@ -18,7 +18,7 @@ namespace {
 constexpr int kMillisecondsBetweenLooks = 1000;
 constexpr int kMillisecondsOfSlice = 100;  // a stopped run is noticed within one
 
-// Of a table that is just taking its place the main file may be absent for a moment.
+// While a table is being replaced, its main file may be absent for a moment.
 bool exists(const QString& file) {
   return QUBiFileInfo(file).exists() ||
          isSomethingThere(journalFile(QFile::encodeName(file).toStdString()));
@@ -47,7 +47,7 @@ bool waitForFile(const ActionItem& action, const QString& file, int seconds, con
   if (exists(file) || seconds < 1) {
     return exists(file);
   }
-  MainUI::addLog(LogLevel::warning, QString::fromLatin1(messages::kWaitingForFile).arg(file));
+  MainUI::addLog(LogLevel::warning, columnar_messages::waitingForFile(file));
   for (int look = 0; look < seconds && isRunGoingOn(action); ++look) {
     pauseBetweenLooks(action, pause);
     if (exists(file)) {

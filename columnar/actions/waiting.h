@@ -1,6 +1,7 @@
 // Waits for files that other programs are still making.
 //
-// Used by ReadColumnarGel and, for files in its way, by writeColumnarGel. Threads: the engine's.
+// Used by ReadColumnarGel and, for previous files, by writeColumnarGel.
+// Threads: the engine's.
 // Errors: logged here.
 #pragma once
 
@@ -12,14 +13,14 @@
 
 namespace kelvarin {
 
-// Passes some milliseconds; tests give one that takes no time.
+// Sleeps for the time; tests pass one that returns at once.
 using Pause = std::function<void(int milliseconds)>;
 void sleepFor(int milliseconds);
 
-// Neither stopped nor failed: rows come, or the run has ended well and files are being finished.
+// The run has neither failed nor been stopped: it is running, or its files are being finished.
 bool isRunGoingOn(const ActionItem& action);
 
-// A second, cut short when the run stops.
+// Pauses for a second, or less when the run stops.
 void pauseBetweenLooks(const ActionItem& action, const Pause& pause);
 
 // Whether the file exists, at once or after a wait of at most `seconds`, which ends early when the

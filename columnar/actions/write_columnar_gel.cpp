@@ -3,7 +3,7 @@
 #include "actions/frame/known_elements.h"
 #include "columnar/actions/claimed_tables.h"
 #include "columnar/actions/previous_file.h"
-#include "columnar/actions/write_messages.h"
+#include "columnar/actions/messages.h"
 #include "host/files/file_hints.h"
 #include "host/contract/main_ui.h"
 
@@ -149,7 +149,7 @@ QStringList WriteColumnarGel::warningsAboutFiles() const {
   const QString file = expandOutputFile(m_settings.file, QString());
   QStringList warnings{warningAboutExtension()};
   if (m_settings.splitKind() == WriteColumnarSettings::Split::none && isForeignFile(file)) {
-    warnings += QString::fromLatin1(messages::kForeignFile).arg(file);
+    warnings += columnar_messages::foreignFile(file);
   }
   warnings.removeAll(QString());
   return warnings;
@@ -183,16 +183,16 @@ void WriteColumnarGel::checkOutput() {
 
 // In a check only: a dialog keeps what is not in use, and a run need not speak of it each time.
 void WriteColumnarGel::warnOfSettingsWithoutEffect() const {
-  const auto warn = [](bool isIdle, const char* text) {
+  const auto warn = [](bool isIdle, const QString& text) {
     if (isIdle) {
-      MainUI::addLog(LogLevel::warning, QString::fromLatin1(text));
+      MainUI::addLog(LogLevel::warning, text);
     }
   };
   warn(!m_settings.splitColumn.isEmpty() && m_settings.splitKind() != Settings::Split::byValue,
-       messages::kSplitOff);
-  warn(!m_settings.testColumn.isEmpty() && m_settings.writeAllRows, messages::kTestOff);
+       columnar_messages::splitOff());
+  warn(!m_settings.testColumn.isEmpty() && m_settings.writeAllRows, columnar_messages::testOff());
   warn(!m_columnSets.empty() && m_settings.columnSets() != Settings::ColumnSets::listed,
-       messages::kStrategyOff);
+       columnar_messages::strategyOff());
 }
 
 void WriteColumnarGel::setComputeRoutine() {

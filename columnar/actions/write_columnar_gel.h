@@ -1,7 +1,8 @@
 // Writes the table of its input pin into one columnar file, or into several.
 //
-// The run itself is ColumnarWrite's; here are the settings, their XML and the pins.
-// Threads: those of ActionItem.  Errors: logged, and the run is marked as failed.
+// ColumnarWrite does the work of a run; here are the settings, their XML and the pins.
+// Threads: those of ActionItem.
+// Errors: logged, and the run is marked as failed.
 #pragma once
 
 #include <memory>
@@ -31,7 +32,7 @@ class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem>,
   QStringList warningsAboutFiles() const override;
   void checkOutput() override;
 
-  // What passes the time of waiting; a test has no patience.
+  // For tests: replaces the sleep while a locked file is waited for.
   void setPause(Pause pause) { m_pause = std::move(pause); }
 
   const WriteColumnarSettings& settings() const { return m_settings; }

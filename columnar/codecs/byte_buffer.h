@@ -1,6 +1,6 @@
 // A growing buffer whose bytes are not set when it grows, for compressed and decoded data.
 //
-// Memory is kept when the buffer shrinks. Threads: one at a time.
+// Memory is kept when the buffer shrinks.
 #pragma once
 
 #include <algorithm>
@@ -21,7 +21,7 @@ class ByteBuffer {
   Bytes bytes() const { return {data(), m_size}; }
   Bytes bytes(std::size_t offset) const { return bytes().subspan(offset); }
 
-  // The first bytes stay, new ones are unset. Memory grows by what is needed and a reserve.
+  // The first bytes stay, new ones are unset. The capacity grows by what is needed and a reserve.
   void resize(std::size_t size) {
     if (size > m_capacity) {
       grow(size);
@@ -29,7 +29,7 @@ class ByteBuffer {
     m_size = size;
   }
 
-  // Room for `size` more bytes; returns its place.
+  // Appends `size` unset bytes and returns their address.
   unsigned char* append(std::size_t size) {
     const std::size_t offset = m_size;
     resize(m_size + size);
@@ -40,19 +40,19 @@ class ByteBuffer {
       std::memcpy(append(bytes.size()), bytes.data(), bytes.size());
     }
   }
-  // The same, without a call for the short texts of a row.
+  // The same for the short texts of a row, without a call.
   void appendShort(const unsigned char* bytes, std::size_t size) {
-    unsigned char* place = append(size);
+    unsigned char* to = append(size);
     if (size > 16) {
-      std::memcpy(place, bytes, size);
+      std::memcpy(to, bytes, size);
     } else if (size >= 8) {
-      copyEnds<std::uint64_t>(place, bytes, size);
+      copyEnds<std::uint64_t>(to, bytes, size);
     } else if (size >= 4) {
-      copyEnds<std::uint32_t>(place, bytes, size);
+      copyEnds<std::uint32_t>(to, bytes, size);
     } else if (size > 0) {
-      place[0] = bytes[0];
-      place[size / 2] = bytes[size / 2];
-      place[size - 1] = bytes[size - 1];
+      to[0] = bytes[0];
+      to[size / 2] = bytes[size / 2];
+      to[size - 1] = bytes[size - 1];
     }
   }
   template <PackedValue T>
@@ -60,15 +60,15 @@ class ByteBuffer {
     storePacked(append(sizeof value), value);
   }
 
-  // Gives the memory back.
+  // Frees the memory.
   void release() { *this = ByteBuffer(m_reserve); }
 
   ByteBuffer() = default;
-  // `reserve` is what the memory grows by beyond the need.
+  // `reserve` is the spare capacity that is taken whenever the buffer grows.
   explicit ByteBuffer(std::size_t reserve) : m_reserve(reserve) {}
 
  private:
-  // Both ends, which meet or overlap.
+  // Copies both ends, which meet or overlap.
   template <typename T>
   static void copyEnds(unsigned char* to, const unsigned char* from, std::size_t size) {
     storePacked(to, loadPacked<T>(from));

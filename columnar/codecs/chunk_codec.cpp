@@ -7,7 +7,7 @@ namespace kelvarin {
 
 namespace {
 
-// No layout of numbers takes more: the plain one, or the sparse one with all rows different.
+// The largest encodings of numbers are the plain one, and the sparse one when all rows differ.
 std::uint64_t maximumNumbersSize(std::uint64_t rows) {
   constexpr std::uint64_t kHeads = 64;
   return rows * sizeof(double) + rows / 8 + kHeads;
@@ -28,14 +28,14 @@ std::size_t ChunkEncoder::appendNumbers(std::span<const std::uint64_t> numbers, 
 }
 
 std::size_t ChunkEncoder::appendTexts(const TextValues& texts, ByteBuffer& out) {
-  KnownTexts none;
-  return appendTexts(texts, none, out);
+  StringPool empty;
+  return appendTexts(texts, empty, out);
 }
 
-std::size_t ChunkEncoder::appendTexts(const TextValues& texts, KnownTexts& known, ByteBuffer& out) {
-  assert(texts.rawSize() <= kMaximumTextsSize);
+std::size_t ChunkEncoder::appendTexts(const TextValues& texts, StringPool& pool, ByteBuffer& out) {
+  assert(texts.rawSize() <= kMaxTextsSize);
   m_raw.clear();
-  m_texts.append(texts, known, m_raw);
+  m_texts.append(texts, pool, m_raw);
   return appendCompressed(out);
 }
 
@@ -48,7 +48,7 @@ std::size_t ChunkEncoder::appendCompressed(ByteBuffer& out) {
 }
 
 ReadStatus ChunkDecoder::uncompress(Bytes chunk, std::uint64_t maximumSize) {
-  m_unknownLayout = -1;
+  m_unknownEncoding = -1;
   if (chunk.size() < kChunkChecksumSize) {
     return ReadStatus::corrupted;
   }
@@ -57,15 +57,15 @@ ReadStatus ChunkDecoder::uncompress(Bytes chunk, std::uint64_t maximumSize) {
     return ReadStatus::wrongChecksum;
   }
   const ReadStatus status = uncompressSnappy(stream, maximumSize, m_raw);
-  // No values of so many rows take more, so it is the stream that makes no sense.
+  // The values of these rows cannot take more, so the stream is damaged.
   return status == ReadStatus::beyondLimits ? ReadStatus::corrupted : status;
 }
 
 RowCounts ChunkDecoder::possibleRowCounts(Bytes chunk, GelType type, RowCounts known) {
-  const std::uint64_t most = type == GelType::key      ? KeyCodec::maximumEncodedSize(known.most)
-                             : type == GelType::number ? maximumNumbersSize(known.most)
-                                                       : kMaximumRawSize;
-  if (uncompress(chunk, most) != ReadStatus::ok) {
+  const std::uint64_t maxSize = type == GelType::key      ? KeyCodec::maximumEncodedSize(known.max)
+                                : type == GelType::number ? maximumNumbersSize(known.max)
+                                                          : kMaxRawSize;
+  if (uncompress(chunk, maxSize) != ReadStatus::ok) {
     return RowCounts::none();
   }
   return kelvarin::possibleRowCounts(m_raw.bytes(), type, known);
@@ -80,14 +80,14 @@ ReadStatus ChunkDecoder::decodeKeys(Bytes chunk, StorageCode code, std::uint32_t
 ReadStatus ChunkDecoder::decodeNumbers(Bytes chunk, std::uint32_t rows, ByteBuffer& numbers) {
   const ReadStatus status = uncompress(chunk, maximumNumbersSize(rows));
   return status == ReadStatus::ok
-             ? kelvarin::decodeNumbers(m_raw.bytes(), rows, numbers, m_unknownLayout)
+             ? kelvarin::decodeNumbers(m_raw.bytes(), rows, numbers, m_unknownEncoding)
              : status;
 }
 
 ReadStatus ChunkDecoder::decodeTexts(Bytes chunk, std::uint32_t rows, DecodedTexts& texts) {
-  const ReadStatus status = uncompress(chunk, kMaximumRawSize);
+  const ReadStatus status = uncompress(chunk, kMaxRawSize);
   return status == ReadStatus::ok
-             ? kelvarin::decodeTexts(m_raw.bytes(), rows, texts, m_unknownLayout)
+             ? kelvarin::decodeTexts(m_raw.bytes(), rows, texts, m_unknownEncoding)
              : status;
 }
 

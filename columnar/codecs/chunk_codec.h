@@ -2,12 +2,11 @@
 //
 // Used by writer/column_set_worker.cpp, by reader/ and by the fuzz targets.
 // Layout: docs/gel-format.md, "Column chunks". A chunk is its checksum and a Snappy stream; inside
-// that stream are the words of an integer codec, or a layout byte and the values in that layout.
+// that stream are the words of an integer codec, or an encoding byte and the encoded values.
 //
-// Decoding takes nothing in a chunk for granted: memory beyond a few times the chunk is taken only
-// when its bytes are consistent with the row count.
-// Threads: one at a time an object.  Errors: ReadStatus; never logs, never throws but for a lack of
-// memory.
+// Decoding takes nothing in a chunk for granted: it allocates more than a few times the size of the
+// chunk only when the bytes are consistent with the row count.
+// Errors: ReadStatus; never logs, throws only std::bad_alloc.
 #pragma once
 
 #include <cstdint>
@@ -16,29 +15,32 @@
 
 #include "columnar/codecs/byte_buffer.h"
 #include "columnar/codecs/key_codec.h"
-#include "columnar/codecs/number_layout.h"
+#include "columnar/codecs/number_encoding.h"
 #include "columnar/codecs/row_counts.h"
-#include "columnar/codecs/text_layout.h"
+#include "columnar/codecs/text_encoding.h"
 #include "columnar/format/read_status.h"
 #include "columnar/format/storage_code.h"
 
 namespace kelvarin {
 
 inline constexpr std::size_t kChunkChecksumSize = 4;
-// The sizes of chunks are 32-bit numbers, compressed at their worst.
-inline constexpr std::uint64_t kMaximumTextsSize = 0xD0000000;  // lengths of 32 bits included
-inline constexpr std::uint32_t kMaximumRowsInBlock = 400'000'000;
+// The checksum, and the length at the beginning of a Snappy stream.
+inline constexpr std::size_t kMinChunkSize = kChunkChecksumSize + 1;
+// Chunk sizes are 32-bit numbers even where compression makes the values larger.
+inline constexpr std::uint64_t kMaxTextsSize = 0xD0000000;  // lengths of 32 bits included
+inline constexpr std::uint32_t kMaxRowsInBlock = 400'000'000;
 
 class ChunkEncoder {
  public:
-  // Appends a chunk to `out` and gives its size. There is at least one value, and no more
-  // than the limits above; numbers are given by their bits.
+  // Appends a chunk to `out` and returns its size. There is at least one value, and no more than
+  // the limits above allow. Numbers are passed as their bits.
   std::size_t appendKeys(std::span<const std::uint32_t> keys, StorageCode code, ByteBuffer& out);
   std::size_t appendNumbers(std::span<const std::uint64_t> numbers, ByteBuffer& out);
   std::size_t appendTexts(const TextValues& texts, ByteBuffer& out);
-  // The same chunk, sooner where many of the texts are known from the column's blocks before.
-  std::size_t appendTexts(const TextValues& texts, KnownTexts& known, ByteBuffer& out);
-  // Of the texts appended last, see TextLayoutEncoder.
+  // The same chunk, in less time where the pool has many of the texts from the column's earlier
+  // blocks.
+  std::size_t appendTexts(const TextValues& texts, StringPool& pool, ByteBuffer& out);
+  // The different texts of the last call of appendTexts(), see TextEncoder.
   std::span<const TextDictionary::Entry> differentTexts() const { return m_texts.entries(); }
 
  private:
@@ -46,31 +48,31 @@ class ChunkEncoder {
 
   KeyCodec m_keyCodec;
   ByteBuffer m_raw;
-  NumberLayoutEncoder m_numbers;
-  TextLayoutEncoder m_texts;
+  NumberEncoder m_numbers;
+  TextEncoder m_texts;
 };
 
 class ChunkDecoder {
  public:
-  // `chunk` with its checksum; keys are 4 bytes, numbers 8. On anything but ok the output is
-  // unspecified.
+  // `chunk` begins with its checksum. A key takes 4 bytes, a number 8. After any status but ok the
+  // output is unspecified.
   [[nodiscard]] ReadStatus decodeKeys(Bytes chunk, StorageCode code, std::uint32_t rows,
                                       ByteBuffer& keys);
   [[nodiscard]] ReadStatus decodeNumbers(Bytes chunk, std::uint32_t rows, ByteBuffer& numbers);
   [[nodiscard]] ReadStatus decodeTexts(Bytes chunk, std::uint32_t rows, DecodedTexts& texts);
 
-  // The numbers of rows, among those that are `known` to be possible, that the chunk can have.
+  // Which of the row counts in `known` the chunk can have.
   RowCounts possibleRowCounts(Bytes chunk, GelType type, RowCounts known);
 
-  // Of the last chunk that was refused for its layout byte; -1 when that was not the reason.
-  int unknownLayout() const { return m_unknownLayout; }
+  // The encoding byte of the last chunk when it was refused for being unknown, else -1.
+  int unknownEncoding() const { return m_unknownEncoding; }
 
  private:
   [[nodiscard]] ReadStatus uncompress(Bytes chunk, std::uint64_t maximumSize);
 
   KeyCodec m_keyCodec;
   ByteBuffer m_raw;
-  int m_unknownLayout = -1;
+  int m_unknownEncoding = -1;
 };
 
 }  // namespace kelvarin

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kWidestWithHighPart = 24;
 constexpr int kWidest = 32;
-constexpr std::size_t kGroup = 8;  // so many codes fill whole bytes
+constexpr std::size_t kGroup = 8;  // the codes that fill whole bytes
 
 template <int kBits>
 void packGroups(std::span<const std::uint8_t> codes, unsigned char* out) {
@@ -31,7 +31,7 @@ void packGroups(std::span<const std::uint8_t> codes, unsigned char* out) {
   std::memcpy(out, &bits, packedBitsSize(codes.size() - whole, kBits));
 }
 
-// Adds the codes' bits, moved up by `shift`, to `codes`.
+// Sets the bits of `codes` from `shift` on to the unpacked codes.
 template <int kBits>
 void unpackGroups(const unsigned char* packed, std::size_t count, int shift, std::uint32_t* codes) {
   constexpr std::uint64_t kMask = (1u << kBits) - 1;
@@ -122,7 +122,7 @@ void StoredCodes::store(std::size_t first, std::span<const std::uint32_t> codes)
       storeLow<std::uint32_t>(codes, low);
   }
   if (m_width.highBits > 0) {
-    std::uint8_t high[kRowsInPiece];
+    std::uint8_t high[kRowsInBatch];
     for (std::size_t i = 0; i < codes.size(); ++i) {
       const std::uint32_t part = codes[i] >> (8 * m_width.lowBytes);
       high[i] = static_cast<std::uint8_t>(part & ((1u << m_width.highBits) - 1));

@@ -1,9 +1,11 @@
 // Codes: whole numbers below a power of two, one for each row, stored with as few bits as they
 // need.
 //
-// A code is stored in a low part of 0, 1, 2 or 4 bytes, for every row, and then a high part of 0 to
-// 8 bits, for every row, so that compression still finds what comes again in whole bytes. Used by
-// the layouts of numbers and of texts. Layout: docs/gel-format.md, "Codes". Threads: any.
+// The low parts of all codes, of 0, 1, 2 or 4 bytes each, are stored first, then the high parts of
+// 0 to 8 bits each, so that compression still finds repetitions of whole bytes. Used by the
+// encodings of numbers and of texts.
+// Layout: docs/gel-format.md, "Codes".
+// Threads: any.
 #pragma once
 
 #include <algorithm>
@@ -21,20 +23,20 @@ struct CodeWidth {
   int bits() const { return 8 * lowBytes + highBits; }
 };
 
-// The widths that there are: 0 to 24 bits, and 32. Nothing for other numbers.
+// Widths are 0 to 24 bits, and 32. Nothing for other numbers.
 std::optional<CodeWidth> codeWidthOf(int bits);
-// The narrowest that holds a code; nothing when it has more than 32 bits.
+// The smallest width that holds the code; nothing when the code has more than 32 bits.
 std::optional<CodeWidth> codeWidthFor(std::uint64_t largestCode);
 std::size_t codesSize(std::size_t rows, CodeWidth width);
 
-// Rows are taken in pieces that stay in the processor's nearest memory; a multiple of 8.
-inline constexpr std::size_t kRowsInPiece = 512;
+// Codes are processed in batches that fit the first-level cache. A multiple of 8.
+inline constexpr std::size_t kRowsInBatch = 512;
 
-// Bits of 0 to 8 a code; the first code has the lowest bits of the first byte.
+// `bits` is 0 to 8. The first code has the lowest bits of the first byte.
 std::size_t packedBitsSize(std::size_t rows, int bits);
 void packBits(std::span<const std::uint8_t> codes, int bits, unsigned char* out);
 
-// Where the parts of stored codes are.
+// Writes codes into memory of codesSize() bytes.
 class StoredCodes {
  public:
   StoredCodes(unsigned char* bytes, std::size_t rows, CodeWidth width)
@@ -42,7 +44,8 @@ class StoredCodes {
         m_high(bytes + rows * static_cast<std::size_t>(width.lowBytes)),
         m_width(width) {}
 
-  // `first` is a multiple of kRowsInPiece; at most so many codes, no wider than the width.
+  // `first` is a multiple of kRowsInBatch. There are at most kRowsInBatch codes, none wider than
+  // the width.
   void store(std::size_t first, std::span<const std::uint32_t> codes) const;
 
  private:
@@ -51,6 +54,7 @@ class StoredCodes {
   CodeWidth m_width;
 };
 
+// Reads what StoredCodes has written.
 class LoadedCodes {
  public:
   LoadedCodes(const unsigned char* bytes, std::size_t rows, CodeWidth width)
@@ -59,12 +63,12 @@ class LoadedCodes {
         m_rows(rows),
         m_width(width) {}
 
-  // Calls use(first row, codes) for every piece; it answers false to end.
+  // Calls use(first row, codes) for every batch, until it returns false.
   template <typename Use>
-  bool forEachPiece(Use use) const {
-    std::uint32_t codes[kRowsInPiece];
-    for (std::size_t first = 0; first < m_rows; first += kRowsInPiece) {
-      const std::size_t count = std::min(kRowsInPiece, m_rows - first);
+  bool forEachBatch(Use use) const {
+    std::uint32_t codes[kRowsInBatch];
+    for (std::size_t first = 0; first < m_rows; first += kRowsInBatch) {
+      const std::size_t count = std::min(kRowsInBatch, m_rows - first);
       load(first, count, codes);
       if (!use(first, std::span<const std::uint32_t>(codes, count))) {
         return false;

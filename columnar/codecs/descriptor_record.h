@@ -1,7 +1,9 @@
 // A descriptor record of the main file: length, checksum and the compressed descriptors.
 //
-// Layout: docs/gel-format.md, "Descriptor records". Written by writer/, read by reader/.
-// Threads: any.  Errors: ReadStatus; never throws but for a lack of memory.
+// Written by writer/, read by reader/.
+// Layout: docs/gel-format.md, "Descriptor records".
+// Threads: any.
+// Errors: ReadStatus; throws only std::bad_alloc.
 #pragma once
 
 #include <tuple>
@@ -24,17 +26,16 @@ struct DescriptorRecordHead {
 inline constexpr std::size_t kRecordHeadSize = 8;
 static_assert(packedSize<DescriptorRecordHead>() == kRecordHeadSize);
 
-// A full record has at least so many descriptors, however wide they are.
-inline constexpr std::uint64_t kFewestDescriptorsInRecord = 1000;
-// Whether a record of so many bytes of descriptors has its size in 32 bits, compressed at its
-// worst.
+// A full record has at least this number of descriptors, however wide they are.
+inline constexpr std::uint64_t kMinDescriptorsInRecord = 1000;
+// Whether the size of the record fits 32 bits, even when compression makes it larger.
 bool fitsRecord(std::uint64_t descriptorBytes);
 
-// Replaces what `record` held with head and payload.
+// Replaces the content of `record`.
 void encodeDescriptorRecord(Bytes descriptors, ByteBuffer& record);
 
-// The result is a whole number of descriptors of `width` bytes, at least one, and at most
-// `maximumSize` bytes.
+// Returns at least one descriptor of `width` bytes each, at most `maximumSize` bytes, and no
+// partial one.
 [[nodiscard]] ReadStatus decodeDescriptorRecord(const DescriptorRecordHead& head, Bytes payload,
                                                 std::size_t width, std::uint64_t maximumSize,
                                                 ByteBuffer& descriptors);

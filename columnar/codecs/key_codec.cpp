@@ -32,7 +32,7 @@ std::size_t packedPart(std::size_t keys) {
   return keys / kKeysInGroup * kKeysInGroup;
 }
 
-// Calls use(first, count) for the packed part and for the rest, which both start from 0.
+// Calls use(first, count) for the packed part and for the rest, each of which starts from 0.
 template <typename Use>
 void forBothParts(std::uint32_t* keys, std::size_t count, Use use) {
   const std::size_t packed = packedPart(count);
@@ -44,12 +44,12 @@ void forBothParts(std::uint32_t* keys, std::size_t count, Use use) {
   }
 }
 
-void toDifferences(std::uint32_t* keys, std::size_t count) {
+void toDeltas(std::uint32_t* keys, std::size_t count) {
   forBothParts(keys, count,
                [](std::uint32_t* first, std::size_t size) { Deltas::fastDelta(first, size); });
 }
 
-void fromDifferences(std::uint32_t* keys, std::size_t count) {
+void fromDeltas(std::uint32_t* keys, std::size_t count) {
   forBothParts(keys, count, [](std::uint32_t* first, std::size_t size) {
     Deltas::fastinverseDelta2(first, size);
   });
@@ -88,7 +88,7 @@ void KeyCodec::encode(std::span<const std::uint32_t> keys, StorageCode code, Byt
     } else {
       std::copy(keys.begin(), keys.end(), ordered);
     }
-    toDifferences(ordered, keys.size());
+    toDeltas(ordered, keys.size());
     source = ordered;
   }
   words.resize(maximumEncodedSize(keys.size()));
@@ -120,7 +120,7 @@ ReadStatus KeyCodec::decode(Bytes bytes, StorageCode code, std::uint32_t rows, B
     return ReadStatus::corrupted;
   }
   if (code != StorageCode::key) {
-    fromDifferences(asWords(keys), rows);
+    fromDeltas(asWords(keys), rows);
   }
   if (code == StorageCode::descendingKey) {
     std::reverse(asWords(keys), asWords(keys) + rows);

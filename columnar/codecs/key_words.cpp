@@ -13,7 +13,7 @@ using Words = std::span<const std::uint32_t>;
 constexpr std::size_t kWordsOfOneBit = kKeysInGroup / 32;
 constexpr std::size_t kWordsInHead = 4;
 
-// Takes words from the front; after the first failure everything fails.
+// Reads words from the front.
 class WordReader {
  public:
   explicit WordReader(Words words) : m_words(words) {}
@@ -48,13 +48,13 @@ std::span<const unsigned char> bytesOf(Words words) {
   return {reinterpret_cast<const unsigned char*>(words.data()), words.size() * sizeof(words[0])};
 }
 
-// Bytes that only fill a word.
+// Whether bytes are the padding of a word.
 bool isFill(std::span<const unsigned char> bytes) {
   return std::all_of(bytes.begin(), bytes.end(), [](unsigned char byte) { return byte == 0; });
 }
 
-// Exactly `count` numbers of at most 5 bytes, whose last byte has the top bit, and zeros up to a
-// whole word.
+// Whether the words are exactly `count` numbers of at most 5 bytes, with the top bit set in the
+// last byte of each, padded with zeros to a whole word.
 bool isVariableByteTail(Words words, std::uint32_t count) {
   constexpr unsigned char kLastByte = 0x80;
   constexpr std::size_t kLongest = 5;
@@ -79,8 +79,8 @@ bool isVariableByteTail(Words words, std::uint32_t count) {
 
 using ExceptionCounts = std::array<std::size_t, kWidestKey + 1>;
 
-// The widths of a page's groups and their exceptions, byte by byte: width, number of exceptions,
-// and where there are some the widest exception's width and the positions.
+// Reads for each group of a page: its width, the number of exceptions and, if there are any, the
+// width of the widest one and their positions.
 bool readGroups(std::span<const unsigned char> bytes, std::uint32_t groups,
                 std::size_t& packedWords, ExceptionCounts& exceptions) {
   std::size_t next = 0;
@@ -115,7 +115,7 @@ std::size_t wordsOfExceptions(std::size_t count, std::size_t width) {
   return count / 32 * width + (count % 32 * width + 31) / 32;
 }
 
-// Exceptions that are one bit wide need no words; the others stand in a list for each width.
+// Exceptions of one bit take no words; the others are in one list for each width.
 bool skipExceptions(WordReader& reader, const ExceptionCounts& exceptions) {
   std::uint32_t widths = 0;
   if (!reader.take(widths) || (widths & 1) != 0) {
@@ -169,7 +169,7 @@ bool skipGroupsUnderOneHead(WordReader& reader, std::uint32_t groups) {
   return reader.skip(packedWords);
 }
 
-// The count of packed keys stands first; it is all of them but the rest of fewer than a group.
+// The first word is the number of packed keys: all but the rest, which is smaller than a group.
 bool takePackedCount(WordReader& reader, std::uint32_t keys) {
   std::uint32_t count = 0;
   return reader.take(count) && count == keys / kKeysInGroup * kKeysInGroup;

@@ -1,9 +1,10 @@
-// Whether words can be the output of an integer codec for so many keys.
+// Whether words can be the output of an integer codec for a given number of keys.
 //
-// The library's decoders trust counts, widths and positions that they find; these checks come first
-// and let through only what decodes inside its buffers. They check the whole structure: every word
-// belongs to something, and nothing is left over.
-// Threads: any.  Never throws.
+// The decoders of the library trust counts, widths and positions in the words. These checks come
+// first and accept only words that decode within their buffers: every word has a meaning, and none
+// is left over.
+// Threads: any.
+// Errors: never throws.
 #pragma once
 
 #include <cstdint>

@@ -11,11 +11,11 @@ namespace kelvarin::kernels {
 
 namespace {
 
-// The bits of 2^52; an integer below it or-ed into them gives the double 2^52 + integer.
+// The bits of 2^52; or-ed with an integer below 2^52 they are the double 2^52 + integer.
 constexpr std::uint64_t kTwoTo52Bits = 0x4330000000000000ull;
 constexpr double kTwoTo52 = 4503599627370496.0;
 
-// The parts of a Scale as the loop needs them.
+// A Scale in the form that the loop needs.
 struct Factors {
   std::uint64_t missing;
   double offset;
@@ -23,7 +23,7 @@ struct Factors {
 };
 
 template <bool kDivides>
-[[gnu::always_inline]] inline void unscalePiece(std::span<const std::uint32_t> codes,
+[[gnu::always_inline]] inline void unscaleBatch(std::span<const std::uint32_t> codes,
                                                 const Factors& factors, unsigned char* numbers) {
   const std::uint64_t missing = factors.missing;
   const double offset = factors.offset;
@@ -43,14 +43,14 @@ template <bool kDivides>
 [[gnu::always_inline]] inline void unscaleCodes(std::span<const std::uint32_t> codes,
                                                 const Factors& factors, unsigned char* numbers) {
   if (factors.power == 1.0) {
-    unscalePiece<false>(codes, factors, numbers);
+    unscaleBatch<false>(codes, factors, numbers);
   } else {
-    unscalePiece<true>(codes, factors, numbers);
+    unscaleBatch<true>(codes, factors, numbers);
   }
 }
 
-// Once for every processor and once for those with wider registers. The results are the same: every
-// operation is exact or rounded as the standard says.
+// Compiled once for all processors and once for those with wider registers. The results are the
+// same: every operation is exact or rounded as the standard says.
 using UnscaleCodes = void (*)(std::span<const std::uint32_t>, const Factors&, unsigned char*);
 
 void unscalePortably(std::span<const std::uint32_t> codes, const Factors& factors,
@@ -75,11 +75,11 @@ UnscaleCodes fastestUnscale() {
 }
 
 template <bool kDivides>
-void addDifferences(std::span<const std::uint32_t> codes, std::uint64_t missing, double power,
+void addDeltas(std::span<const std::uint32_t> codes, std::uint64_t missing, double power,
                     std::int64_t& integer, unsigned char* numbers) {
   for (std::size_t i = 0; i < codes.size(); ++i) {
     const bool isMissing = codes[i] == missing;
-    integer += isMissing ? 0 : unfoldedSign(codes[i]);
+    integer += isMissing ? 0 : zigzagDecoded(codes[i]);
     double value = static_cast<double>(integer);
     if constexpr (kDivides) {
       value /= power;
@@ -98,7 +98,7 @@ void splitInto(Numbers numbers, unsigned char* out) {
           static_cast<unsigned char>(numbers[i] >> (56 - 8 * plane));
     }
   }
-  // Numbers are written whole, and their highest bytes overwritten by the next, but at the end.
+  // All but the last numbers are written whole, and the next one overwrites the highest bytes.
   constexpr std::size_t kRest = 8 - kPlanes;
   out += kPlanes * rows;
   const std::size_t whole = rows - std::min<std::size_t>((7 + kRest) / kRest, rows);
@@ -122,7 +122,7 @@ void joinFrom(const unsigned char* bytes, std::size_t rows, unsigned char* numbe
     }
     storePacked(numbers + i * sizeof number, number);
   };
-  // A number is read together with bytes of the next ones, but at the end.
+  // All but the last numbers are read with a load that includes bytes of the following ones.
   const std::size_t whole = rows - std::min<std::size_t>((7 + kRest) / kRest, rows);
   for (std::size_t i = 0; i < whole; ++i) {
     joinOne(i, loadPacked<std::uint64_t>(rest + kRest * i) & kRestBits);
@@ -143,17 +143,17 @@ constexpr Join kJoins[] = {nullptr,     joinFrom<1>, joinFrom<2>, joinFrom<3>,
 
 }  // namespace
 
-void storeScaled(std::span<const std::int64_t> integers, std::int64_t base, CodeWidth width,
+void storeFrameOfReference(std::span<const std::int64_t> integers, std::int64_t base, CodeWidth width,
                  unsigned char* codes) {
   const StoredCodes stored(codes, integers.size(), width);
-  std::uint32_t piece[kRowsInPiece];
-  for (std::size_t first = 0; first < integers.size(); first += kRowsInPiece) {
-    const std::size_t count = std::min(kRowsInPiece, integers.size() - first);
+  std::uint32_t batch[kRowsInBatch];
+  for (std::size_t first = 0; first < integers.size(); first += kRowsInBatch) {
+    const std::size_t count = std::min(kRowsInBatch, integers.size() - first);
     for (std::size_t i = 0; i < count; ++i) {
       const std::int64_t integer = integers[first + i];
-      piece[i] = static_cast<std::uint32_t>(integer == kMissingInteger ? -1 : integer - base);
+      batch[i] = static_cast<std::uint32_t>(integer == kMissingInteger ? -1 : integer - base);
     }
-    stored.store(first, {piece, count});
+    stored.store(first, {batch, count});
   }
 }
 
@@ -162,36 +162,36 @@ void unscale(const LoadedCodes& codes, const Scale& scale, unsigned char* number
                         .offset = kTwoTo52 - static_cast<double>(scale.base),
                         .power = powerOfTen(scale.exponent)};
   static const UnscaleCodes convert = fastestUnscale();
-  codes.forEachPiece([&](std::size_t first, std::span<const std::uint32_t> piece) {
-    convert(piece, factors, numbers + first * sizeof(double));
+  codes.forEachBatch([&](std::size_t first, std::span<const std::uint32_t> batch) {
+    convert(batch, factors, numbers + first * sizeof(double));
     return true;
   });
 }
 
-void unscaleDifferences(const LoadedCodes& codes, const Scale& scale, unsigned char* numbers) {
+void unscaleDeltas(const LoadedCodes& codes, const Scale& scale, unsigned char* numbers) {
   const double power = powerOfTen(scale.exponent);
-  const auto add = power == 1.0 ? addDifferences<false> : addDifferences<true>;
+  const auto add = power == 1.0 ? addDeltas<false> : addDeltas<true>;
   std::int64_t integer = scale.base;
-  codes.forEachPiece([&](std::size_t first, std::span<const std::uint32_t> piece) {
-    add(piece, scale.missing, power, integer, numbers + first * sizeof(double));
+  codes.forEachBatch([&](std::size_t first, std::span<const std::uint32_t> batch) {
+    add(batch, scale.missing, power, integer, numbers + first * sizeof(double));
     return true;
   });
 }
 
-bool takeDifferences(std::span<const std::int64_t> integers, std::int64_t base,
-                     std::uint32_t* differences, std::uint32_t& largest) {
+bool takeDeltas(std::span<const std::int64_t> integers, std::int64_t base, std::uint32_t* deltas,
+                std::uint32_t& largest) {
   std::int64_t before = base;
   std::uint64_t all = 0;
-  std::uint64_t most = 0;
+  std::uint64_t max = 0;
   for (std::size_t i = 0; i < integers.size(); ++i) {
     const bool isMissing = integers[i] == kMissingInteger;
-    const std::uint64_t difference = isMissing ? 0 : foldedSign(integers[i] - before);
+    const std::uint64_t delta = isMissing ? 0 : zigzagEncoded(integers[i] - before);
     before = isMissing ? before : integers[i];
-    all |= difference;
-    most = std::max(most, difference);
-    differences[i] = isMissing ? UINT32_MAX : static_cast<std::uint32_t>(difference);
+    all |= delta;
+    max = std::max(max, delta);
+    deltas[i] = isMissing ? UINT32_MAX : static_cast<std::uint32_t>(delta);
   }
-  largest = static_cast<std::uint32_t>(most);
+  largest = static_cast<std::uint32_t>(max);
   return all < UINT32_MAX;
 }
 

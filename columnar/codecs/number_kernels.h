@@ -1,6 +1,7 @@
-// The loops that turn the numbers of a block into what a layout stores, and back.
+// The loops that turn the numbers of a block into what an encoding stores, and back.
 //
-// Numbers are taken by their bits, so that nothing is lost. Threads: any.
+// Numbers are passed as their bits, so that nothing is lost.
+// Threads: any.
 #pragma once
 
 #include <cstddef>
@@ -12,23 +13,24 @@
 
 namespace kelvarin::kernels {
 
-// Stores each integer less the base, missing ones as all bits set.
-void storeScaled(std::span<const std::int64_t> integers, std::int64_t base, CodeWidth width,
+// Stores each integer less the base as a code; a missing one has all bits set.
+void storeFrameOfReference(std::span<const std::int64_t> integers, std::int64_t base, CodeWidth width,
                  unsigned char* codes);
 
-// Differences by their sizes, so that both signs are short: 0, -1, 1, -2, 2, ...
-constexpr std::uint64_t foldedSign(std::int64_t difference) {
-  return static_cast<std::uint64_t>(difference) << 1 ^ static_cast<std::uint64_t>(difference >> 63);
+// Zigzag encoding numbers deltas as 0, -1, 1, -2, 2, ..., so that small ones of both signs are
+// short.
+constexpr std::uint64_t zigzagEncoded(std::int64_t delta) {
+  return static_cast<std::uint64_t>(delta) << 1 ^ static_cast<std::uint64_t>(delta >> 63);
 }
-constexpr std::int64_t unfoldedSign(std::uint64_t code) {
+constexpr std::int64_t zigzagDecoded(std::uint64_t code) {
   return static_cast<std::int64_t>(code >> 1 ^ (0 - (code & 1)));
 }
 
-// What each integer differs from the one before, missing ones passed over; the first differs from
-// `base`. False when one does not fit. Missing ones become all bits set. `largest` is the largest
-// difference.
-bool takeDifferences(std::span<const std::int64_t> integers, std::int64_t base,
-                     std::uint32_t* differences, std::uint32_t& largest);
+// The zigzag-encoded delta of each integer to the previous one that is not missing, of the first to
+// `base`. Missing integers become all bits set. False when a delta does not fit. `largest` is the
+// largest encoded delta.
+bool takeDeltas(std::span<const std::int64_t> integers, std::int64_t base, std::uint32_t* deltas,
+                std::uint32_t& largest);
 
 // How codes become numbers.
 struct Scale {
@@ -37,10 +39,10 @@ struct Scale {
   int exponent;
 };
 void unscale(const LoadedCodes& codes, const Scale& scale, unsigned char* numbers);
-// The same where the codes are differences and the base is what the first one differs from.
-void unscaleDifferences(const LoadedCodes& codes, const Scale& scale, unsigned char* numbers);
+// The same where the codes are deltas, the first one to the base.
+void unscaleDeltas(const LoadedCodes& codes, const Scale& scale, unsigned char* numbers);
 
-// The `planes` highest bytes of each number, plane after plane, then the other bytes of each.
+// The `planes` highest bytes of all numbers, plane after plane, then the other bytes of each.
 void split(Numbers numbers, int planes, unsigned char* out);
 void join(const unsigned char* bytes, std::size_t rows, int planes, unsigned char* numbers);
 

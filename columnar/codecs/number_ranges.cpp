@@ -13,7 +13,7 @@ namespace kelvarin::kernels {
 
 namespace {
 
-// Adding it to a number below 2^51 leaves the number, rounded to a whole one, in the low bits.
+// Added to a number below 2^51, it leaves the number, rounded to an integer, in the low bits.
 constexpr double kRounding = 6755399441055744.0;  // 2^52 + 2^51
 constexpr auto kRoundingBits = std::bit_cast<std::int64_t>(kRounding);
 constexpr double kLargestScaled = 1125899906842624.0;  // 2^50
@@ -21,13 +21,13 @@ constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                    1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 constexpr std::int64_t kInfinityBits = 0x7FF0000000000000ll;
 
-// Doubles in their order as integers: negative ones have their other bits turned round.
+// Integers in the order of the doubles: the lower 63 bits of negative ones are inverted.
 constexpr std::int64_t orderedBits(std::int64_t bits) {
   return bits ^ ((bits >> 63) & INT64_MAX);
 }
 
-// What has been seen so far. The bounds are those of integers; they stay as they begin where there
-// are no values.
+// The result so far. The bounds are integers, and keep their initial values where there are
+// no values.
 struct Seen {
   std::int64_t lowest = INT64_MAX;
   std::int64_t highest = INT64_MIN;
@@ -59,7 +59,7 @@ struct ScaledNumber {
 ScaledNumber scaledNumber(std::uint64_t bits, double power) {
   const double product = std::bit_cast<double>(bits) * power;
   const double shifted = product + kRounding;
-  // Modulo 2^64: numbers that are too large give nonsense, and are refused below.
+  // Modulo 2^64: the result is meaningless for numbers that are too large, which are refused below.
   const auto integer = static_cast<std::int64_t>(std::bit_cast<std::uint64_t>(shifted) -
                                                  static_cast<std::uint64_t>(kRoundingBits));
   const double back = (shifted - kRounding) / power;
@@ -98,7 +98,7 @@ constexpr std::size_t kLanes = 4;
   return _mm256_testz_si256(condition, condition) == 0;
 }
 
-// What four lanes have seen.
+// The results so far of four lanes.
 struct SeenLanes {
   __m256i lowest;
   __m256i highest;
@@ -180,7 +180,7 @@ template <bool kDivides>
 
 #endif
 
-// How many of the numbers, from the first one on, the wide operations take.
+// How many of the numbers, from the first one on, the wide operations process.
 std::size_t wideCount([[maybe_unused]] std::size_t count) {
 #if defined(__x86_64__)
   static const bool isWide = __builtin_cpu_supports("avx2");

@@ -1,9 +1,9 @@
-// Passes over the numbers of a block that find the range they are in: as doubles, and as whole
-// numbers of a power of ten.
+// Finds the range of the numbers of a block, as doubles and as integers scaled by a power of ten.
 //
-// Numbers are taken by their bits, so that nothing is lost. On processors with 256-bit operations
-// four numbers are taken at a time; the results are the same, since every operation is exact or
-// rounded as the standard says. Threads: any.
+// Numbers are passed as their bits, so that nothing is lost. Processors with 256-bit operations
+// process four numbers at a time; the results are the same, since every operation is exact or
+// rounded as the standard says.
+// Threads: any.
 #pragma once
 
 #include <cstdint>
@@ -17,13 +17,13 @@ using Numbers = std::span<const std::uint64_t>;
 struct NumberRange {
   bool hasMissing = false;
   bool hasNotANumber = false;  // other than missing
-  bool hasValues = false;      // other than these
+  bool hasValues = false;      // numbers other than these
   double lowest = 0.0;
   double highest = 0.0;
 };
 NumberRange rangeOf(Numbers numbers);
 
-// What a missing number is among scaled ones.
+// Stands for a missing number among scaled ones.
 inline constexpr std::int64_t kMissingInteger = INT64_MIN;
 
 struct ScaledRange {
@@ -36,7 +36,7 @@ struct ScaledRange {
 // Writes each number times 10^exponent, or kMissingInteger.
 ScaledRange scale(Numbers numbers, int exponent, std::int64_t* integers);
 
-// Whether a number is missing or exact, and how scaled.
+// Whether a number is missing, or a whole number when it is scaled.
 bool isExactScaled(std::uint64_t number, int exponent);
 
 double powerOfTen(int exponent);

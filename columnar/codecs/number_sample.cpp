@@ -10,12 +10,12 @@ namespace kelvarin {
 namespace {
 
 // Numbers with more decimals are rarely decimals at all.
-constexpr int kMostDecimals = 8;
+constexpr int kMaxDecimals = 8;
 
 }  // namespace
 
 NumberSample::NumberSample(std::span<const std::uint64_t> numbers)
-    : m_size(std::min(numbers.size(), kMostNumbers)) {
+    : m_size(std::min(numbers.size(), kMaxNumbers)) {
   for (std::size_t i = 0; i < m_size; ++i) {
     m_numbers[i] = numbers[i * numbers.size() / m_size];
   }
@@ -43,8 +43,8 @@ void NumberSample::countRuns() {
   }
 }
 
-std::optional<int> exponentFor(std::span<const std::uint64_t> numbers, int least) {
-  for (int exponent = least; exponent <= kMostDecimals; ++exponent) {
+std::optional<int> exponentFor(std::span<const std::uint64_t> numbers, int minimum) {
+  for (int exponent = minimum; exponent <= kMaxDecimals; ++exponent) {
     if (std::all_of(numbers.begin(), numbers.end(), [=](std::uint64_t number) {
           return kernels::isExactScaled(number, exponent);
         })) {
@@ -54,25 +54,25 @@ std::optional<int> exponentFor(std::span<const std::uint64_t> numbers, int least
   return std::nullopt;
 }
 
-Differences differencesOf(std::span<const std::int64_t> integers, int bitsOfRange) {
+DeltaSize deltaSizeOf(std::span<const std::int64_t> integers, int bitsOfRange) {
   constexpr int kFewBits = 4;
   constexpr std::size_t kPairs = 64;
   const std::size_t pairs = std::min(integers.size() - 1, kPairs);
   if (bitsOfRange < kFewBits || pairs == 0) {
-    return Differences::large;
+    return DeltaSize::large;
   }
   int bits = 0;
   for (std::size_t i = 0; i < pairs; ++i) {
-    const std::size_t place = i * (integers.size() - 1) / pairs;
-    const std::int64_t left = integers[place];
-    const std::int64_t right = integers[place + 1];
+    const std::size_t index = i * (integers.size() - 1) / pairs;
+    const std::int64_t left = integers[index];
+    const std::int64_t right = integers[index + 1];
     const bool isMissing = left == kernels::kMissingInteger || right == kernels::kMissingInteger;
-    bits += isMissing ? bitsOfRange : std::bit_width(kernels::foldedSign(right - left));
+    bits += isMissing ? bitsOfRange : std::bit_width(kernels::zigzagEncoded(right - left));
   }
   const int average = bits / static_cast<int>(pairs) + 1;
-  return average * 4 >= bitsOfRange * 3 ? Differences::large
-         : average * 2 >= bitsOfRange   ? Differences::small
-                                        : Differences::tiny;
+  return average * 4 >= bitsOfRange * 3 ? DeltaSize::large
+         : average * 2 >= bitsOfRange   ? DeltaSize::small
+                                        : DeltaSize::tiny;
 }
 
 }  // namespace kelvarin

@@ -1,7 +1,6 @@
-// A few numbers from all over a block, by which layouts are ruled out before all numbers are looked
-// at.
+// A sample of the numbers of a block, which rules out encodings before all numbers are examined.
 //
-// Used by NumberLayoutEncoder. Threads: plain values.
+// Used by NumberEncoder.
 #pragma once
 
 #include <array>
@@ -22,26 +21,26 @@ class NumberSample {
   std::size_t timesOfCommonest() const { return m_timesOfCommonest; }
   // Sorted by their bits.
   std::span<const std::uint64_t> numbers() const { return {m_numbers.data(), m_size}; }
-  // How many different bytes stand in one place of the numbers, the highest being 0.
+  // How many different bytes the numbers have at one position; position 0 is the highest byte.
   std::size_t distinctBytes(int plane) const;
 
  private:
-  static constexpr std::size_t kMostNumbers = 64;
+  static constexpr std::size_t kMaxNumbers = 64;
 
   void countRuns();
 
-  std::array<std::uint64_t, kMostNumbers> m_numbers;
+  std::array<std::uint64_t, kMaxNumbers> m_numbers;
   std::size_t m_size;
   std::size_t m_distinct = 0;
   std::uint64_t m_commonest = 0;
   std::size_t m_timesOfCommonest = 0;
 };
 
-// The smallest power of ten that makes all of them whole, from `least` on.
-std::optional<int> exponentFor(std::span<const std::uint64_t> numbers, int least);
+// The smallest exponent, from `minimum` on, whose power of ten makes all numbers whole.
+std::optional<int> exponentFor(std::span<const std::uint64_t> numbers, int minimum);
 
-// What differences of neighbours take in place of the integers' range.
-enum class Differences { large, small, tiny };
-Differences differencesOf(std::span<const std::int64_t> integers, int bitsOfRange);
+// How many bits the deltas of neighbours take, compared with the bits of the range of all integers.
+enum class DeltaSize { large, small, tiny };
+DeltaSize deltaSizeOf(std::span<const std::int64_t> integers, int bitsOfRange);
 
 }  // namespace kelvarin

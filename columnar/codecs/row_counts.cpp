@@ -5,8 +5,8 @@
 
 #include "columnar/codecs/code_array.h"
 #include "columnar/codecs/key_words.h"
-#include "columnar/codecs/number_layout.h"
-#include "columnar/codecs/text_layout.h"
+#include "columnar/codecs/number_encoding.h"
+#include "columnar/codecs/text_encoding.h"
 #include "columnar/codecs/text_values.h"
 
 namespace kelvarin {
@@ -14,19 +14,18 @@ namespace kelvarin {
 namespace {
 
 constexpr std::uint64_t kNumberSize = sizeof(double);
-// A layout byte and the least that numbers inside another layout take after it, and the most beyond
-// their plain form.
+// The encoding byte of inner numbers, and the most that they take beyond their plain form.
 constexpr std::uint64_t kSmallestInner = 1;
 constexpr std::uint64_t kLargestInnerHead = 12;
 
-RowCounts within(RowCounts known, std::uint64_t fewest, std::uint64_t most) {
-  const std::uint64_t from = std::max<std::uint64_t>(known.fewest, fewest);
-  const std::uint64_t to = std::min<std::uint64_t>(known.most, most);
+RowCounts within(RowCounts known, std::uint64_t min, std::uint64_t max) {
+  const std::uint64_t from = std::max<std::uint64_t>(known.min, min);
+  const std::uint64_t to = std::min<std::uint64_t>(known.max, max);
   return from <= to ? RowCounts{static_cast<std::uint32_t>(from), static_cast<std::uint32_t>(to)}
                     : RowCounts::none();
 }
 
-// The packed keys are counted in the first word; fewer than a group follow them.
+// The first word is the number of packed keys; fewer than a group follow them.
 RowCounts countsOfKeys(ByteReader& reader, RowCounts known) {
   std::uint32_t packed = 0;
   if (!reader.read(packed) || packed % kKeysInGroup != 0) {
@@ -39,16 +38,16 @@ RowCounts countOfFixedSize(std::uint64_t bytes, std::uint64_t size, RowCounts kn
   return bytes % size == 0 ? within(known, bytes / size, bytes / size) : RowCounts::none();
 }
 
-// Codes that take from `fewestBytes` to `mostBytes`.
-RowCounts countsOfCodes(int bits, std::uint64_t fewestBytes, std::uint64_t mostBytes,
+// Codes that take from `minBytes` to `maxBytes`.
+RowCounts countsOfCodes(int bits, std::uint64_t minBytes, std::uint64_t maxBytes,
                         RowCounts known) {
   if (bits == 0) {
-    return fewestBytes == 0 ? known : RowCounts::none();
+    return minBytes == 0 ? known : RowCounts::none();
   }
   // The high parts of all codes together are filled up to a whole byte.
   const auto width = static_cast<std::uint64_t>(bits);
-  const std::uint64_t fewest = fewestBytes == 0 ? 0 : (fewestBytes - 1) * 8 / width;
-  return within(known, fewest, mostBytes * 8 / width);
+  const std::uint64_t min = minBytes == 0 ? 0 : (minBytes - 1) * 8 / width;
+  return within(known, min, maxBytes * 8 / width);
 }
 
 RowCounts countsOfScaled(ByteReader& reader, RowCounts known) {
@@ -74,7 +73,7 @@ RowCounts countsOfNumberDictionary(ByteReader& reader, RowCounts known) {
                        rest > kSmallestInner ? rest - kSmallestInner : 0, known);
 }
 
-// A bit a row, and up to a number a row.
+// Each row takes a bit, and at most a number.
 RowCounts countsOfSparse(ByteReader& reader, RowCounts known) {
   if (!reader.skip(kNumberSize)) {
     return RowCounts::none();
@@ -85,29 +84,29 @@ RowCounts countsOfSparse(ByteReader& reader, RowCounts known) {
 }
 
 RowCounts countsOfNumbers(ByteReader& reader, RowCounts known) {
-  std::uint8_t layout = 0;
+  std::uint8_t encoding = 0;
   std::uint8_t planes = 0;
-  if (!reader.read(layout)) {
+  if (!reader.read(encoding)) {
     return RowCounts::none();
   }
-  switch (static_cast<NumberLayout>(layout)) {
-    case NumberLayout::plain:
+  switch (static_cast<NumberEncoding>(encoding)) {
+    case NumberEncoding::plain:
       return countOfFixedSize(reader.remaining(), kNumberSize, known);
-    case NumberLayout::scaled:
-    case NumberLayout::differences:
+    case NumberEncoding::frameOfReference:
+    case NumberEncoding::delta:
       return countsOfScaled(reader, known);
-    case NumberLayout::dictionary:
+    case NumberEncoding::dictionary:
       return countsOfNumberDictionary(reader, known);
-    case NumberLayout::significance:
+    case NumberEncoding::byteStreamSplit:
       return reader.read(planes) ? countOfFixedSize(reader.remaining(), kNumberSize, known)
                                  : RowCounts::none();
-    case NumberLayout::sparse:
+    case NumberEncoding::sparse:
       return countsOfSparse(reader, known);
   }
   return RowCounts::none();
 }
 
-// The lengths stand before the texts, so their number is right when both fill the bytes.
+// The lengths come before the texts, so their number is right when both fill the bytes.
 template <typename Length>
 RowCounts countOfLengths(Bytes bytes, RowCounts known) {
   constexpr auto kNull = static_cast<Length>(kNullLength);
@@ -147,20 +146,27 @@ RowCounts countsOfPlainTexts(ByteReader& reader, RowCounts known) {
   }
 }
 
-RowCounts countsOfTexts(ByteReader& reader, RowCounts known) {
-  std::uint8_t layout = 0;
+RowCounts countsOfTextDictionary(ByteReader& reader, RowCounts known) {
   std::uint16_t last = 0;
   std::uint8_t bits = 0;
-  if (!reader.read(layout)) {
-    return RowCounts::none();
-  }
-  if (static_cast<TextLayout>(layout) == TextLayout::plain) {
-    return countsOfPlainTexts(reader, known);
-  }
   if (!reader.read(last) || !reader.read(bits) || bits > 16) {
     return RowCounts::none();
   }
   return countsOfCodes(bits, 0, reader.remaining(), known);
+}
+
+RowCounts countsOfTexts(ByteReader& reader, RowCounts known) {
+  std::uint8_t encoding = 0;
+  if (!reader.read(encoding)) {
+    return RowCounts::none();
+  }
+  switch (static_cast<TextEncoding>(encoding)) {
+    case TextEncoding::plain:
+      return countsOfPlainTexts(reader, known);
+    case TextEncoding::dictionary:
+      return countsOfTextDictionary(reader, known);
+  }
+  return RowCounts::none();
 }
 
 }  // namespace

@@ -1,10 +1,12 @@
-// How many rows a chunk can be of, judged by its own bytes.
+// Which row counts a chunk can have, judged by its own bytes.
 //
 // Readers know the row count from the block's descriptor. Where that is lost, the encoded values of
-// all columns together determine it: keys and plain numbers exactly, codes of few bits to within a
-// few rows, values that are all the same not at all. The range always contains the true count;
-// whether a count in it is possible shows when the values are decoded with it.
-// Used by the recovery of tables. Threads: any.  Errors: an empty range; never throws.
+// all columns together determine it: plain numbers exactly, keys and codes of few bits within a
+// range, equal values not at all. The range always contains the true count; decoding shows whether
+// a count in it fits.
+// Used by the recovery of tables.
+// Threads: any.
+// Errors: an empty range; never throws.
 #pragma once
 
 #include <cstdint>
@@ -15,11 +17,11 @@
 namespace kelvarin {
 
 struct RowCounts {
-  std::uint32_t fewest = 1;
-  std::uint32_t most = 0;
+  std::uint32_t min = 1;
+  std::uint32_t max = 0;
 
   static constexpr RowCounts none() { return {1, 0}; }
-  bool isEmpty() const { return fewest > most; }
+  bool isEmpty() const { return min > max; }
 };
 
 // `encoded` are the uncompressed bytes of a chunk.

@@ -8,7 +8,7 @@ namespace kelvarin {
 
 namespace {
 
-// Streams that expand to less than this are uncompressed at once.
+// Streams that expand to less than this are uncompressed without a check beforehand.
 constexpr std::size_t kSmallRawSize = 1 << 20;
 constexpr std::size_t kLongestRawLength = 5;
 
@@ -16,8 +16,8 @@ const char* asChars(Bytes bytes) {
   return reinterpret_cast<const char*>(bytes.data());
 }
 
-// One piece of a stream: how many bytes it takes, how many it stands for, and for a copy how far
-// back it reaches.
+// One element of a stream: its size, the bytes that it expands to, and for a copy how far back it
+// reaches.
 struct Element {
   std::size_t size = 0;
   std::size_t rawSize = 0;
@@ -25,7 +25,7 @@ struct Element {
   bool isCopy = false;
 };
 
-// A literal says its length in its tag, or in 1 to 4 bytes after it.
+// A literal has its length in its tag, or in 1 to 4 bytes after it.
 std::optional<Element> literalAt(Bytes bytes) {
   constexpr std::size_t kLongestInTag = 60;
   const std::size_t tagLength = bytes[0] >> 2;
@@ -58,7 +58,7 @@ std::optional<Element> shortCopyAt(Bytes bytes) {
   return Element{2, 4u + (bytes[0] >> 2 & 7u), distance, true};
 }
 
-// Nothing when the bytes end inside it.
+// Nothing: the bytes end inside the element.
 std::optional<Element> elementAt(Bytes bytes) {
   switch (bytes[0] & 3) {
     case 0:
@@ -72,7 +72,7 @@ std::optional<Element> elementAt(Bytes bytes) {
   }
 }
 
-// The raw length stands in front, 7 bits a byte.
+// The raw length comes first, 7 bits a byte.
 std::optional<std::size_t> sizeOfLength(Bytes bytes) {
   for (std::size_t i = 0; i < bytes.size() && i < kLongestRawLength; ++i) {
     if (bytes[i] < 0x80) {
@@ -89,11 +89,11 @@ std::uint64_t maximumCompressedSize(std::uint64_t rawSize) {
 }
 
 std::size_t appendSnappy(Bytes raw, ByteBuffer& out) {
-  assert(raw.size() <= kMaximumRawSize);
+  assert(raw.size() <= kMaxRawSize);
   const std::size_t begin = out.size();
-  char* place = reinterpret_cast<char*>(out.append(maximumCompressedSize(raw.size())));
+  char* compressed = reinterpret_cast<char*>(out.append(maximumCompressedSize(raw.size())));
   std::size_t size = 0;
-  snappy::RawCompress(asChars(raw), raw.size(), place, &size);
+  snappy::RawCompress(asChars(raw), raw.size(), compressed, &size);
   out.resize(begin + size);
   return size;
 }

@@ -1,8 +1,8 @@
-// Snappy streams from a file: appending one, taking one apart with its length under control, and
-// finding where one ends.
+// Snappy streams of a file: compressing, uncompressing within a limit, and finding where one ends.
 //
-// Used by ChunkEncoder, ChunkDecoder and the descriptor records. Threads: any.  Errors: ReadStatus;
-// never throws but for a lack of memory.
+// Used by ChunkEncoder, ChunkDecoder and the descriptor records.
+// Threads: any.
+// Errors: ReadStatus; throws only std::bad_alloc.
 #pragma once
 
 #include <optional>
@@ -12,29 +12,29 @@
 
 namespace kelvarin {
 
-// Snappy carries lengths in 32 bits.
-inline constexpr std::uint64_t kMaximumRawSize = 0xFFFFFFFF;
+// Snappy stores lengths in 32 bits.
+inline constexpr std::uint64_t kMaxRawSize = 0xFFFFFFFF;
 
-// The most that so many bytes take compressed.
+// An upper bound of the compressed size.
 std::uint64_t maximumCompressedSize(std::uint64_t rawSize);
 
-// At most kMaximumRawSize bytes; gives the size of the stream.
+// Compresses at most kMaxRawSize bytes and returns the size of the stream.
 std::size_t appendSnappy(Bytes raw, ByteBuffer& out);
 
-// What the bytes take compressed; `scratch` is overwritten.
+// The compressed size of the bytes; `scratch` is overwritten.
 std::size_t compressedSize(Bytes raw, ByteBuffer& scratch);
-// Whether the first bytes compress to fewer bits than these for each byte.
+// Whether the first bytes compress to fewer than `bitsPerByte` bits each.
 bool doesCompressBelow(Bytes raw, int bitsPerByte);
 
-// Replaces what `raw` held. A stream that announces more than `maximumSize` bytes is beyond the
-// limits; a long one is checked as a whole before memory is taken for it.
+// Replaces the content of `raw`. A stream that announces more than `maximumSize` bytes is beyond
+// the limits; a long one is checked as a whole before memory is taken for it.
 [[nodiscard]] ReadStatus uncompressSnappy(Bytes stream, std::uint64_t maximumSize, ByteBuffer& raw);
 
-// Walks through the stream that `bytes` begin with. `length` is how far the walk came, for
-// ReadStatus::ok the stream's end; `truncated`: the bytes end before the stream does.
+// Walks through the stream that `bytes` begin with. `length` is how far the walk came: for
+// ReadStatus::ok the end of the stream. `truncated`: the bytes end before the stream does.
 [[nodiscard]] ReadStatus findSnappyEnd(Bytes bytes, std::size_t& length);
 
-// The size that a stream announces, believed or not; nothing when it announces none.
+// The uncompressed size that a stream announces, unchecked; nothing when it announces none.
 std::optional<std::uint64_t> announcedRawSize(Bytes stream);
 
 }  // namespace kelvarin

@@ -1,6 +1,6 @@
 // A hash of short texts, for tables that live as long as a block.
 //
-// Only its speed and spread matter: it is never stored. Threads: any.
+// Only its speed and spread matter, since it is never stored.
 #pragma once
 
 #include "base/byte_cursor.h"

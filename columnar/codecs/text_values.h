@@ -1,6 +1,4 @@
-// The texts of one column in one block of rows.
-//
-// Threads: plain values.
+// The texts of one column in one block of rows, contiguous in memory.
 #pragma once
 
 #include <cstdint>
@@ -12,17 +10,16 @@ namespace kelvarin {
 
 inline constexpr std::uint32_t kNullLength = 0xFFFFFFFF;
 
-// One after the other; the null text has the length kNullLength and no bytes.
+// The null text has the length kNullLength and no bytes.
 struct TextValues {
   std::span<const std::uint32_t> lengths;
   Bytes bytes;
 
-  // What the plain layout takes with lengths of 32 bits.
+  // The size of the plain encoding with lengths of 32 bits.
   std::uint64_t rawSize() const { return lengths.size_bytes() + bytes.size(); }
 };
 
-// The first 8 bytes of a text as a number, so that numbers compare as texts do; a shorter text is
-// filled up with zeros.
+// The first 8 bytes of a text, padded with zeros, as a number: numbers compare as the texts do.
 inline std::uint64_t beginningOf(const unsigned char* bytes, std::size_t size) {
   std::uint64_t beginning = 0;
   if (size >= sizeof beginning) {

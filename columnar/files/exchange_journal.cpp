@@ -13,7 +13,7 @@ void putName(ByteWriter& writer, const std::string& name) {
   writer.putBytes(asBytes(name));
 }
 
-// A name leads nowhere but into its folder.
+// A name must not lead out of its folder.
 bool readName(ByteReader& reader, std::string& name) {
   std::uint32_t size = 0;
   Bytes bytes;

@@ -1,11 +1,11 @@
-// The journal of an exchange: which files of a new table take which names, and which files of the
-// old table go.
+// The journal of an exchange: how the files of the new table are renamed, and which files of the
+// old table are removed.
 //
-// A table is several files, which cannot change their names at one moment. The journal can appear
-// at one moment; from then on the new table is the table, and whoever comes by carries out what is
-// left of the list, as often as needed. It lies beside the main file and holds names without
-// folders, so that a folder may be moved or copied at any time.
-// Layout: docs/gel-format.md, "Exchange". Used by table_exchange.h.  Threads: plain values.
+// A table is several files, which cannot be renamed atomically. The journal appears atomically:
+// from then on the new table is valid, and every process that opens the table carries out the rest
+// of the list, as often as needed. The journal is in the folder of the main file and has names
+// without folders, so that the folder may be moved or copied at any time. Used by table_exchange.h.
+// Layout: docs/gel-format.md, "Exchange".
 #pragma once
 
 #include <optional>
@@ -25,7 +25,7 @@ struct ExchangeJournal {
 };
 
 std::vector<unsigned char> encoded(const ExchangeJournal& journal);
-// Nothing: the bytes are not those of a journal, or are damaged.
+// Nothing: the bytes are no journal, or are damaged.
 std::optional<ExchangeJournal> decodedJournal(Bytes bytes);
 
 }  // namespace kelvarin

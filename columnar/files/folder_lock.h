@@ -1,10 +1,10 @@
-// Makes the programs that put columnar files into one folder, or take them away, do so one after
-// the other.
+// Serializes the processes that create, rename or remove columnar files in one folder.
 //
-// Held for the moments in which several files of a table change their names, are created or
-// removed; never while rows are written. It ends with the process, however that ends.
-// Used by: whoever creates, replaces or removes a table. Do not take it twice in one process.
-// Threads: any.  Errors: a file system without such locks behaves as if nobody else were there.
+// It is held while several files of a table are created, renamed or removed, never while rows are
+// written, and ends with the process. A process must not take it twice.
+// Used wherever a table is created, replaced or removed.
+// Threads: any.
+// Errors: a file system without such locks behaves as if there were no other process.
 #pragma once
 
 #include <string>
@@ -13,7 +13,7 @@ namespace kelvarin {
 
 class FolderLock {
  public:
-  // The folder of `file`. Waits for others, but not for one that is stuck.
+  // Locks the folder of `file`. Waits for other processes, but not for one that is stuck.
   explicit FolderLock(const std::string& file);
   ~FolderLock();
   FolderLock(const FolderLock&) = delete;

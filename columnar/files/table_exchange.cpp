@@ -85,7 +85,7 @@ JournalState readJournal(const std::string& mainFile, ExchangeJournal& journal) 
   return JournalState::readable;
 }
 
-// The journal appears at one moment, with all its bytes on the disk.
+// The journal appears atomically, with all its bytes on the disk.
 bool writeJournal(const std::string& mainFile, const ExchangeJournal& journal) {
   const std::vector<unsigned char> bytes = encoded(journal);
   const std::string path = journalFile(mainFile);
@@ -101,7 +101,7 @@ bool writeJournal(const std::string& mainFile, const ExchangeJournal& journal) {
          ::rename(part.c_str(), path.c_str()) == 0 && synchronizeFolderOf(mainFile);
 }
 
-// Each step may have been done already.
+// Each step may have been carried out already.
 bool carryOut(const std::string& mainFile, const ExchangeJournal& journal) {
   const std::string folder = folderOf(mainFile);
   for (const std::string& name : journal.removed) {
@@ -120,7 +120,7 @@ bool carryOut(const std::string& mainFile, const ExchangeJournal& journal) {
   return synchronizeFolderOf(mainFile);
 }
 
-// The new files are for whom the old table was. File systems without permissions refuse.
+// The new files get the permissions of the old table. File systems without permissions refuse.
 void takePermissions(const std::string& mainFile, const ExchangeJournal& journal) {
   struct stat status {};
   if (::lstat(mainFile.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
@@ -131,7 +131,7 @@ void takePermissions(const std::string& mainFile, const ExchangeJournal& journal
   }
 }
 
-// What is left of a journal that never appeared.
+// Removes a journal that was never completed.
 void removeJournalPart(const std::string& mainFile) {
   ::unlink((journalFile(mainFile) + ".part").c_str());
 }

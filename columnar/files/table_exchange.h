@@ -1,12 +1,15 @@
-// Puts a new table in the place of an old one, at one moment as far as anybody can see.
+// Replaces a table by a new one atomically.
 //
 // The new table is written in the same folder, as a table whose main file is replacementFile().
-// When it is whole and on the disk, exchangeTable() writes the journal and carries it out. A process
-// that is killed before the journal appears leaves the old table, and files that the next writer
-// removes; one that is killed afterwards leaves the new one: whoever opens the table next carries
-// out the rest, and who may not change the folder reads the files from where they are.
-// Used by: the writing action, GelFile. Layout: docs/gel-format.md, "Exchange".
-// Threads: any.  Errors: enums; errno says why.
+// When it is whole and on the disk, exchangeTable() writes the journal and carries it out. A
+// process that is killed before the journal appears leaves the old table, and files that the next
+// writer removes. One that is killed afterwards leaves the new table: the next process that opens
+// it carries out the rest, or reads the files under their current names if it may not change the
+// folder.
+// Used by the writing action and GelFile.
+// Layout: docs/gel-format.md, "Exchange".
+// Threads: any.
+// Errors: enums; errno says why.
 #pragma once
 
 #include <optional>
@@ -16,36 +19,35 @@
 
 namespace kelvarin {
 
-// The main file of the table that is to take the place of `mainFile`.
+// The main file of the table that will replace `mainFile`.
 std::string replacementFile(const std::string& mainFile);
 std::string journalFile(const std::string& mainFile);
 
 enum class OpenExchange {
-  none,        // or it is carried out now
-  unfinished,  // the folder cannot be changed; the new table counts
-  damaged      // its journal cannot be read, so nobody knows which files belong together
+  none,        // none was open, or it has been carried out
+  unfinished,  // the folder cannot be changed; the new table is valid
+  damaged      // its journal cannot be read, so it is unknown which files belong together
 };
 
-// Carries out what is left of an exchange. The caller holds the FolderLock.
+// Carries out the rest of an exchange. The caller holds the FolderLock.
 OpenExchange finishExchange(const std::string& mainFile);
-// The same for who only reads: takes the FolderLock itself, and only where there is something to
-// do.
+// The same for readers: takes the FolderLock itself, and only if an exchange is open.
 OpenExchange finishExchangeBeforeReading(const std::string& mainFile);
 
-// Begins the exchange and carries it out; everything of the new table is on the disk. False: the old
-// table is as it was, or, when its journal has appeared, the rest is left to the next.  The caller
-// holds the FolderLock, and no exchange is open.
+// Begins the exchange and carries it out. The new table is on the disk, the caller holds the
+// FolderLock, and no exchange is open. False: the old table is unchanged or, when the journal has
+// appeared, the next process carries out the rest.
 [[nodiscard]] bool exchangeTable(const std::string& mainFile);
 
-// Where the files of a table lie while an exchange is open.
+// The paths of a table's files, also while an exchange is open.
 class TableLocation {
  public:
-  // Nothing special, in nearly all cases.
+  // No exchange is open.
   TableLocation() = default;
   // Nothing: the journal is damaged.
   static std::optional<TableLocation> of(const std::string& mainFile);
 
-  // Where to open what belongs under this name.
+  // The path under which `file` is found now.
   std::string pathOf(const std::string& file) const;
   bool isMoved() const { return m_journal.has_value(); }
 

@@ -18,7 +18,7 @@ namespace kelvarin {
 
 namespace {
 
-// Only to look at; a pipe is not waited for.
+// Opens for reading without waiting for the writer of a pipe.
 class OpenedFile {
  public:
   explicit OpenedFile(const std::string& path)
@@ -66,12 +66,12 @@ bool isBeingWritten(const std::string& mainFile) {
   return file.isRegular() && isFileLockedElsewhere(file.descriptor());
 }
 
-// Asked for by name: a folder may hold many other files.
+// Looks for each name, since a folder may have many other files.
 std::vector<std::string> sideFileNamesOf(const std::string& mainFile) {
   const std::string main(nameWithoutFolder(mainFile));
   const std::string folder = folderOf(mainFile);
   std::vector<std::string> names;
-  for (int set = 0; set < kMaximumColumnSets; ++set) {
+  for (int set = 0; set < kMaxColumnSets; ++set) {
     std::string name = sideFileName(main, set);
     if (isSomethingThere(folder + name)) {
       names.push_back(std::move(name));

@@ -4,18 +4,18 @@ namespace kelvarin {
 
 namespace {
 
-constexpr std::uint64_t kLargestPosition = 0xFFFFFFFF;
+constexpr std::uint64_t kMaxPosition = 0xFFFFFFFF;
 
-std::size_t summarySize(GelType type) {
+std::size_t statisticsSize(GelType type) {
   switch (type) {
     case GelType::key:
-      return kKeySummarySize;
+      return kKeyStatisticsSize;
     case GelType::number:
-      return kNumberSummarySize;
+      return kNumberStatisticsSize;
     case GelType::text:
       break;
   }
-  return kTextSummarySize;
+  return kTextStatisticsSize;
 }
 
 }  // namespace
@@ -28,33 +28,33 @@ DescriptorLayout::DescriptorLayout(std::span<const GelColumn> columns, int colum
     m_width += kBlockOffsetSize;
     for (; column < columns.size() && columns[column].columnSet == set; ++column) {
       m_chunkEntries.push_back(m_width);
-      m_width += kPositionSize + kNullFlagSize + summarySize(columns[column].type);
+      m_width += kPositionSize + kNullFlagSize + statisticsSize(columns[column].type);
     }
   }
-  m_slices.push_back(m_width);
   assert(m_chunkEntries.size() == columns.size());
 }
 
-BlockPlace DescriptorLayout::place(const unsigned char* descriptor, int columnSet) const {
+BlockLocation DescriptorLayout::blockLocation(const unsigned char* descriptor, int columnSet) const {
   const auto value = loadPacked<std::uint64_t>(descriptor + sliceOffset(columnSet));
-  return {value & ~kPositionsAreDifferences, (value & kPositionsAreDifferences) != 0};
+  return {value & ~kPositionsAreDeltas, (value & kPositionsAreDeltas) != 0};
 }
 
 void DescriptorLayout::setChunks(unsigned char* descriptor, int columnSet, std::uint64_t offset,
                                  std::size_t firstColumn,
                                  std::span<const std::uint64_t> positions) const {
-  const bool hasDifferences = positions.back() > kLargestPosition;
-  setPlace(descriptor, columnSet, {.offset = offset, .hasDifferences = hasDifferences});
+  const bool hasDeltas = positions.back() > kMaxPosition;
+  setBlockLocation(descriptor, columnSet, {.offset = offset, .hasDeltas = hasDeltas});
   std::uint64_t base = 0;
   for (std::size_t i = 0; i < positions.size(); ++i) {
     setChunkPosition(descriptor, firstColumn + i, static_cast<std::uint32_t>(positions[i] - base));
-    base = hasDifferences ? positions[i] : 0;
+    base = hasDeltas ? positions[i] : 0;
   }
 }
 
-void DescriptorLayout::setPlace(unsigned char* descriptor, int columnSet, BlockPlace place) const {
+void DescriptorLayout::setBlockLocation(unsigned char* descriptor, int columnSet,
+                                        BlockLocation location) const {
   storePacked(descriptor + sliceOffset(columnSet),
-              place.offset | (place.hasDifferences ? kPositionsAreDifferences : 0));
+              location.offset | (location.hasDeltas ? kPositionsAreDeltas : 0));
 }
 
 }  // namespace kelvarin

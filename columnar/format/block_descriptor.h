@@ -1,36 +1,37 @@
-// What the main file says about one block of rows: how many rows it has, where each column set keeps
-// it, where in there each column's chunk begins, and what values the column has.
+// What the main file says about one block of rows: how many rows it has, where each column set
+// keeps it, where each column's chunk begins, and the statistics of the column's values.
 //
-// All descriptors of a file have the same width and the same places. Written by
-// writer/column_set_worker.cpp, read by reader/. Layout: docs/gel-format.md, "Block descriptors".
-// Threads: plain values.
+// All descriptors of a file have the same width and the same offsets. Written by
+// writer/column_set_worker.cpp, read by reader/.
+// Layout: docs/gel-format.md, "Block descriptors".
 #pragma once
 
 #include <span>
 #include <vector>
 
 #include "base/byte_cursor.h"
-#include "columnar/format/column_summary.h"
+#include "columnar/format/column_statistics.h"
 #include "columnar/format/metadata_block.h"
 
 namespace kelvarin {
 
 inline constexpr std::size_t kRowCountSize = 4;
 inline constexpr std::size_t kBlockOffsetSize = 8;
-// Each column has the position of its chunk, a null flag and the summary of its values.
+// The entry of a column is the position of its chunk, a null flag and its statistics.
 inline constexpr std::size_t kPositionSize = 4;
 inline constexpr std::size_t kNullFlagSize = 1;
-inline constexpr std::uint64_t kPositionsAreDifferences = 1ull << 63;
+inline constexpr std::uint64_t kPositionsAreDeltas = 1ull << 63;
 
 // Where a column set's block begins in its side file.
-struct BlockPlace {
+struct BlockLocation {
   std::uint64_t offset = 0;
-  // Each chunk position is the distance from the chunk before, since they do not all fit 32 bits.
-  bool hasDifferences = false;
-  friend bool operator==(const BlockPlace&, const BlockPlace&) = default;
+  // Each chunk position is the distance from the previous chunk, since not all positions fit 32
+  // bits.
+  bool hasDeltas = false;
+  friend bool operator==(const BlockLocation&, const BlockLocation&) = default;
 };
 
-// The places of everything in the descriptors of a file.
+// The offsets of all fields in the descriptors of a file.
 class DescriptorLayout {
  public:
   DescriptorLayout() = default;
@@ -46,11 +47,11 @@ class DescriptorLayout {
     storePacked(descriptor, rows);
   }
 
-  BlockPlace place(const unsigned char* descriptor, int columnSet) const;
-  void setPlace(unsigned char* descriptor, int columnSet, BlockPlace place) const;
+  BlockLocation blockLocation(const unsigned char* descriptor, int columnSet) const;
+  void setBlockLocation(unsigned char* descriptor, int columnSet, BlockLocation location) const;
 
-  // The column counts in the order of the metadata block. A position is the distance from the
-  // block's begin, or see BlockPlace::hasDifferences.
+  // Columns are numbered in the order of the metadata block. A position counts from the beginning
+  // of the block, or as BlockLocation::hasDeltas says.
   std::uint32_t chunkPosition(const unsigned char* descriptor, std::size_t column) const {
     return loadPacked<std::uint32_t>(descriptor + m_chunkEntries[column]);
   }
@@ -59,34 +60,32 @@ class DescriptorLayout {
     storePacked(descriptor + m_chunkEntries[column], position);
   }
 
-  // Sets the place of a column set's block and the positions of its chunks, which count from the
-  // block's begin. They become differences as soon as one of them does not fit 32 bits; the
-  // distance between two always does.
+  // Sets the location of a column set's block and the positions of its chunks, which count from
+  // the beginning of the block. They become deltas as soon as one of them does not fit 32 bits; the
+  // distance between two neighbours always does.
   void setChunks(unsigned char* descriptor, int columnSet, std::uint64_t offset,
                  std::size_t firstColumn, std::span<const std::uint64_t> positions) const;
 
-  // Summary is the one of the column's type. False when the bytes cannot be one.
-  template <typename Summary>
-  [[nodiscard]] bool readSummary(const unsigned char* descriptor, std::size_t column,
-                                 Summary& summary) const {
-    return loadSummary(descriptor + m_chunkEntries[column] + kPositionSize, summary);
+  // Statistics is the type that belongs to the column's type. False: the bytes hold no statistics.
+  template <typename Statistics>
+  [[nodiscard]] bool readStatistics(const unsigned char* descriptor, std::size_t column,
+                                    Statistics& statistics) const {
+    return loadStatistics(descriptor + m_chunkEntries[column] + kPositionSize, statistics);
   }
-  template <typename Summary>
-  void writeSummary(unsigned char* descriptor, std::size_t column, const Summary& summary) const {
-    storeSummary(descriptor + m_chunkEntries[column] + kPositionSize, summary);
+  template <typename Statistics>
+  void writeStatistics(unsigned char* descriptor, std::size_t column,
+                       const Statistics& statistics) const {
+    storeStatistics(descriptor + m_chunkEntries[column] + kPositionSize, statistics);
   }
 
-  // The part of a descriptor that belongs to a column set.
+  // The offset of the part of a descriptor that belongs to a column set.
   std::size_t sliceOffset(int columnSet) const {
     return m_slices[static_cast<std::size_t>(columnSet)];
-  }
-  std::size_t sliceWidth(int columnSet) const {
-    return m_slices[static_cast<std::size_t>(columnSet) + 1] - sliceOffset(columnSet);
   }
 
  private:
   std::size_t m_width = kRowCountSize;
-  std::vector<std::size_t> m_slices;        // one a column set, and the end
+  std::vector<std::size_t> m_slices;        // one a column set
   std::vector<std::size_t> m_chunkEntries;  // one a column
 };
 

@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t kLanes = 16;
 constexpr std::size_t kStepSize = kLanes * sizeof(std::uint16_t);
 constexpr std::size_t kGroupSize = 8;
-// After so many steps a lane's sum of sums still fits 32 bits.
+// The number of steps after which a lane's sum of sums still fits 32 bits.
 constexpr std::size_t kStepsInRun = 352;
 
 struct Sums {
@@ -35,9 +35,9 @@ void addWords(Sums& sums, const unsigned char* bytes, std::size_t count) {
   }
 }
 
-// Adds whole steps, each lane for itself. A word's weight in the second sum is the number of words
-// from it to the end: 16 times the steps to the end, which the lane's sum of sums counts, less its
-// place in the step.
+// Adds the sums of all lanes over whole steps. A word's weight in the second sum is the number of
+// words from it to the end: 16 times the steps to the end, which the lane's sum of sums counts,
+// less its index in the step.
 void addLanes(Sums& sums, const std::uint32_t* first, const std::uint32_t* second,
               std::size_t steps) {
   sums.second += sums.first * kLanes * steps;

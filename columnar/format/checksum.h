@@ -3,9 +3,11 @@
 // The first sum adds the words, the second adds the first sum after every word. The bytes are taken
 // as little-endian words; a last group of fewer than 8 bytes is padded with zeros to 8. Reducing
 // folds, x mod 65536 + x / 65536, so a sum that is not 0 ends between 1 and 65535: the words 0xFFFF
-// and 0x0000 are told apart only where all words are 0.
+// and 0x0000 yield different checksums only where all other words are 0.
 // Source: J. G. Fletcher, "An Arithmetic Checksum for Serial Transmissions", IEEE Transactions on
-// Communications 30 (1982). Layout: docs/gel-format.md, "Checksum". Threads: any.
+// Communications 30 (1982).
+// Layout: docs/gel-format.md, "Checksum".
+// Threads: any.
 #pragma once
 
 #include "base/byte_cursor.h"

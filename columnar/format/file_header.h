@@ -1,8 +1,8 @@
 // The beginning of a main file: the fixed header and the slot table.
 //
-// Written provisionally with the first row and finally at close; both forms occur in files whose
-// writer stopped, so a reader rests on neither of the two size fields.
-// Layout: docs/gel-format.md, "Header". Threads: plain values.
+// It is written provisionally with the first row and finally at close. Both forms occur in files
+// whose writer stopped, so a reader relies on neither of the two size fields.
+// Layout: docs/gel-format.md, "Header".
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@
 namespace kelvarin {
 
 inline constexpr std::uint32_t kGelMagic = 0x0059F440;
-// What a reader takes first: magic, complete flag and the length of the rest.
+// What a reader reads first: magic, complete flag and the length of the rest.
 inline constexpr std::size_t kOpeningSize = 9;
 inline constexpr std::size_t kCompleteFlagOffset = 4;
 inline constexpr std::uint64_t kEndMarker = ~0ull;

@@ -66,7 +66,7 @@ std::vector<std::uint32_t> columnCounts(const MetadataBlock& metadata) {
 }  // namespace
 
 void writeMetadata(ByteWriter& writer, const MetadataBlock& metadata) {
-  assert(metadata.columnSetCount >= 1 && metadata.columnSetCount <= kMaximumColumnSets);
+  assert(metadata.columnSetCount >= 1 && metadata.columnSetCount <= kMaxColumnSets);
   writer.put(metadata.rowsInBlock);
   writer.put(static_cast<std::uint8_t>(metadata.columnSetCount));
   for (const GelColumn& column : metadata.columns) {

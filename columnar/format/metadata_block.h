@@ -1,8 +1,8 @@
 // The columns of a columnar file, in the order in which they are stored.
 //
-// Follows the slot table. Layout: docs/gel-format.md, "Metadata block". The block has no checksum,
-// so reading it takes nothing for granted.
-// Threads: plain values.  Errors: ReadStatus; never logs, never throws.
+// The block follows the slot table. It has no checksum, so reading it takes nothing for granted.
+// Layout: docs/gel-format.md, "Metadata block".
+// Errors: ReadStatus; never logs, never throws.
 #pragma once
 
 #include <string>
@@ -32,7 +32,7 @@ struct MetadataBlock {
   std::vector<GelColumn> columns;  // set after set, by kind, then by input position
 };
 
-inline constexpr int kMaximumColumnSets = 255;
+inline constexpr int kMaxColumnSets = 255;
 
 void writeMetadata(ByteWriter& writer, const MetadataBlock& metadata);
 
@@ -40,8 +40,8 @@ void writeMetadata(ByteWriter& writer, const MetadataBlock& metadata);
 [[nodiscard]] ReadStatus readMetadata(Bytes bytes, std::uint32_t columnCount,
                                       MetadataBlock& metadata);
 
-// The bytes of the shortest column, its name empty: a file of so many bytes has at most so many
-// columns, whatever its header says.
+// The bytes of a column with an empty name: they limit how many columns a file of a given size can
+// have, whatever its header says.
 inline constexpr std::size_t kSmallestColumnSize = 4 + 8 + 4 + 1;
 
 }  // namespace kelvarin

@@ -1,6 +1,6 @@
 // What a column of a columnar file is: the type its rows have, and how its values are stored.
 //
-// Layout: docs/gel-format.md, "Columns". Threads: plain values.
+// Layout: docs/gel-format.md, "Metadata block".
 #pragma once
 
 #include <cstdint>
@@ -13,20 +13,16 @@ enum class GelType : unsigned char { number = 'F', key = 'K', text = 'U' };
 
 // One byte of a column's metadata.
 enum class StorageCode : unsigned char {
-  raw = 0,            // numbers and texts: a layout byte, then the values
+  raw = 0,            // numbers and texts: an encoding byte, then the values
   key = 1,            // integers in the order of the rows
-  ascendingKey = 2,   // differences of integers in the order of the rows
-  descendingKey = 3,  // differences of integers in the reverse order
+  ascendingKey = 2,   // deltas of integers in the order of the rows
+  descendingKey = 3,  // deltas of integers in the reverse order
 };
 
 // The order of columns inside a column set.
 enum class ColumnKind { key, ascendingKey, descendingKey, number, other };
 
 inline constexpr std::uint8_t kLastStorageCode = 3;
-
-constexpr bool isKeyStorage(StorageCode code) {
-  return code != StorageCode::raw;
-}
 
 constexpr ColumnKind kindOf(GelType type, StorageCode code) {
   switch (code) {
@@ -42,7 +38,7 @@ constexpr ColumnKind kindOf(GelType type, StorageCode code) {
   return type == GelType::number ? ColumnKind::number : ColumnKind::other;
 }
 
-// Nothing when a file has a code that this version does not know, or one that contradicts the other.
+// Nothing when this version does not know the code, or when type and code contradict each other.
 constexpr std::optional<GelType> gelTypeFromCode(std::uint8_t code) {
   const auto type = static_cast<GelType>(code);
   const bool isKnown = type == GelType::number || type == GelType::key || type == GelType::text;

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "columnar/codecs/key_words.h"
-#include "columnar/reader/stored_summary.h"
+#include "columnar/reader/stored_statistics.h"
 
 namespace kelvarin {
 
@@ -89,18 +89,18 @@ ReadEvent BlockReader::read(const BlockInfo& block, std::unique_ptr<DecodedBlock
   return {ReadEvent::Kind::block, block.firstRow, block.lastRow(), std::move(spare)};
 }
 
-ReadStatus BlockReader::decodeColumn(const BlockInfo& block, std::size_t place,
+ReadStatus BlockReader::decodeColumn(const BlockInfo& block, std::size_t index,
                                      DecodedColumn& values) {
-  const ReadStatus status = m_chunks->decode(place, values);
-  const bool isRight = status != ReadStatus::ok || !isToCompare(block, m_types[place]) ||
-                       hasItsSummary(m_file, block, m_columns[place], values);
+  const ReadStatus status = m_chunks->decode(index, values);
+  const bool isRight = status != ReadStatus::ok || !isToCompare(block, m_types[index]) ||
+                       matchesStatistics(m_file, block, m_columns[index], values);
   return isRight ? status : ReadStatus::foreign;
 }
 
-// A side file of another table has sound chunks, too. Comparing the values of all blocks with their
-// summaries would take as long as decoding them, so some blocks answer for their neighbours. The
-// words of few keys look the same for every storage code, and the metadata block, which has the
-// code, has no checksum.
+// The side file of another table has sound chunks, too, and only the statistics differ. Comparing
+// all blocks would take as long as decoding them, so a sample is compared. Blocks of few keys are
+// always compared: their words look the same for every storage code, and the metadata block, which
+// has the code, has no checksum.
 bool BlockReader::isToCompare(const BlockInfo& block, MetaTypeColumn type) const {
   const bool isDoubtful = type == MetaTypeColumn::key && block.rowCount < kKeysInGroup;
   return isDoubtful || block.index % kBlocksForOneComparison == 0 || block.following == nullptr;

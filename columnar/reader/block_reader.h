@@ -1,7 +1,7 @@
 // Reads the rows of a columnar file, block after block.
 //
-// Used by the reading action, behind blocks_ahead.h, and by `kelvarin gel`.
-// Threads: one at a time.  Errors: events; never logs, never throws.
+// Used by the reading action through blocks_ahead.h, and by `kelvarin gel`.
+// Errors: events; never logs, never throws.
 #pragma once
 
 #include <functional>
@@ -16,18 +16,18 @@ namespace kelvarin {
 
 class BlockReader {
  public:
-  // False: the block is passed over without reading it.
+  // False: the block is skipped without being read.
   using WantsBlock = std::function<bool(const GelFile& file, const BlockInfo& block)>;
 
-  // `columns` are indices of GelFile::columns(), in the order of the rows to give. The error is the
+  // `columns` are indices of GelFile::columns(), in the order of the output rows. The error is the
   // path of a side file that cannot be opened. `file` outlives the reader.
   static Result<std::unique_ptr<BlockReader>, std::string> open(
       const GelFile& file, const std::vector<std::size_t>& columns, WantsBlock wantsBlock = {});
 
   // `spare`, when there is one, is filled again.
   ReadEvent next(std::unique_ptr<DecodedBlock> spare);
-  // Reads a block that another scan of the file has found. Blocks are read in their order, by one
-  // of both operations.
+  // Reads a block that another scan of the file has found. Blocks are read in order, all by next()
+  // or all by read().
   ReadEvent read(const BlockInfo& block, std::unique_ptr<DecodedBlock> spare);
 
  private:
@@ -35,7 +35,7 @@ class BlockReader {
               std::unique_ptr<ChunkReader> chunks, WantsBlock wantsBlock);
 
   ReadEvent nextEvent(std::unique_ptr<DecodedBlock> spare);
-  ReadStatus decodeColumn(const BlockInfo& block, std::size_t place, DecodedColumn& values);
+  ReadStatus decodeColumn(const BlockInfo& block, std::size_t index, DecodedColumn& values);
   bool isToCompare(const BlockInfo& block, MetaTypeColumn type) const;
   ReadEvent endWith(ReadEvent event);
 

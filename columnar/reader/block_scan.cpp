@@ -6,8 +6,7 @@ namespace kelvarin {
 
 namespace {
 
-// What a writer puts into a record that is full, unless that is fewer descriptors than it must
-// have.
+// The size of a full record, unless that is fewer descriptors than the minimum.
 constexpr std::uint64_t kRecordBudget = 16ull << 20;
 
 }  // namespace
@@ -20,7 +19,7 @@ BlockScan::Step BlockScan::next(BlockInfo& block) {
     if (!m_outcome) {
       readRecord();
     }
-    if (*m_outcome != Outcome::record && !standsForNothing()) {
+    if (*m_outcome != Outcome::record && !describesNothing()) {
       return stepOfOutcome();
     }
     m_outcome.reset();
@@ -81,7 +80,7 @@ BlockScan::Step BlockScan::stepOfOutcome() {
   return endOfRows();
 }
 
-// All rows of a finished file may be there; the end marker is not.
+// The end marker is missing, though all rows of a finished file may be there.
 BlockScan::Step BlockScan::endCut() {
   m_lostFirstRow = m_rowsBefore;
   m_isEnded = true;
@@ -92,8 +91,8 @@ bool BlockScan::hasAllRows() const {
   return m_file.isComplete() && !m_hasLostRecord && m_rowsBefore == m_file.rowCount();
 }
 
-// The header of a finished file has to agree with its descriptors. Rows of lost records were
-// estimated, so that nothing can be said then.
+// The header of a finished file has to agree with its descriptors. The rows of lost records are
+// only estimated, so they cannot be compared.
 BlockScan::Step BlockScan::endOfRows() {
   const bool isCountWrong = m_file.isComplete() && m_file.rowCount() != m_rowsBefore;
   m_isEnded = true;
@@ -114,9 +113,9 @@ BlockScan::Step BlockScan::loseRecord() {
   return lose(m_file.isComplete() && expected > 0 ? std::min(rows, expected) : rows);
 }
 
-// A damaged length leads to what only looks like a record, and what was lost has been told: all
-// other blocks are known.
-bool BlockScan::standsForNothing() {
+// A damaged length leads to bytes that only look like a record. The loss has been reported already
+// when all other blocks are known.
+bool BlockScan::describesNothing() {
   if (*m_outcome != Outcome::corrupted || !m_hasLostRecord || !m_file.isComplete()) {
     return false;
   }
@@ -128,8 +127,8 @@ std::uint64_t BlockScan::allBlocks() const {
   return (m_file.rowCount() + m_file.rowsInBlock() - 1) / m_file.rowsInBlock();
 }
 
-// Of a finished file all blocks are known, so that the lost ones are those that are left over;
-// otherwise what the record itself announces is believed within reason.
+// The number of all blocks of a finished file is known, and the lost ones are the difference.
+// Otherwise the number that the record itself announces counts, up to that of a full record.
 std::uint64_t BlockScan::blocksOfLostRecord() {
   const FollowingRecords following = m_reader.following();
   const std::uint64_t known = m_blocksBefore + following.descriptors;
@@ -140,7 +139,7 @@ std::uint64_t BlockScan::blocksOfLostRecord() {
   const std::uint64_t full =
       largest > 0
           ? largest
-          : std::max(kRecordBudget / m_file.descriptorLayout().width(), kFewestDescriptorsInRecord);
+          : std::max(kRecordBudget / m_file.descriptorLayout().width(), kMinDescriptorsInRecord);
   const std::uint64_t announced = m_reader.announcedDescriptors();
   return announced > 0 && announced <= full ? announced : full;
 }

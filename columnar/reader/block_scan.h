@@ -1,7 +1,8 @@
 // Goes through the blocks of a file by their descriptors, without touching their chunks.
 //
-// Used by block_reader.cpp and verification. Tells which rows each damaged record stood for.
-// Threads: one at a time.  Errors: Step; never logs, never throws but for a lack of memory.
+// It also finds which rows the descriptors of a damaged record described. Used by block_reader.cpp
+// and verification.
+// Errors: Step; never logs, throws only std::bad_alloc.
 #pragma once
 
 #include <cstdint>
@@ -12,13 +13,14 @@
 
 namespace kelvarin {
 
-// One block of rows. The descriptors live until the next step.
+// One block of rows. The descriptors are valid until the next step.
 struct BlockInfo {
   std::uint64_t index = 0;     // among the file's blocks; damaged records count as their blocks
   std::uint64_t firstRow = 0;  // counted from 0
   std::uint32_t rowCount = 0;
   const unsigned char* descriptor = nullptr;
-  // Of the following block, which begins where this one's chunks end. Null for the last known one.
+  // The descriptor of the following block, which begins where this one's chunks end. Null for the
+  // last known block.
   const unsigned char* following = nullptr;
   // The last block of a file that ends as it should: its chunks end with their side files.
   bool endsWithFile = false;
@@ -31,7 +33,7 @@ class BlockScan {
   enum class Step {
     block,
     corrupted,  // rows from lostFirstRow() to lostLastRow() have no descriptor
-    truncated,  // nothing follows though it should; lostFirstRow() is the first row missing
+    truncated,  // the file ends too early; lostFirstRow() is the first missing row
     end
   };
 
@@ -41,17 +43,17 @@ class BlockScan {
   Step next(BlockInfo& block);
   std::uint64_t lostFirstRow() const { return m_lostFirstRow; }
   std::uint64_t lostLastRow() const { return m_lostLastRow; }
-  // Whether it is the header's row count that was found wrong, at the end of all blocks.
+  // After `corrupted`: the damage is the header's row count, compared at the end of all blocks.
   bool isRowCountWrong() const { return m_isRowCountWrong; }
-  // Up to the end of the last block.
+  // The number of rows up to the end of the last block.
   std::uint64_t rowsPassed() const { return m_rowsBefore; }
   // Why the rows are lost, after `corrupted`.
   ReadStatus damage() const {
     return m_isRowCountWrong ? ReadStatus::corrupted : m_reader.damage();
   }
-  // After `end`: the file ended inside a record that its writer is still at.
+  // After `end`: the file ended inside a record that its writer is still writing.
   bool isUnfinished() const { return m_isUnfinished; }
-  // Of the damaged record, or where one is missing.
+  // The offset of the damaged record, or where one is missing.
   std::uint64_t damageOffset() const { return m_reader.recordOffset(); }
 
  private:
@@ -63,7 +65,7 @@ class BlockScan {
   Step endCut();
   bool hasAllRows() const;
   Step loseRecord();
-  bool standsForNothing();
+  bool describesNothing();
   std::uint64_t allBlocks() const;
   std::uint64_t blocksOfLostRecord();
   Step lose(std::uint64_t rowCount);
@@ -73,14 +75,14 @@ class BlockScan {
   DescriptorReader m_reader;
   DescriptorRecord m_record;
   std::size_t m_nextInRecord = 0;
-  // The last descriptor of the record before, while what follows it is looked up.
+  // The last descriptor of the previous record, kept while the next record is read.
   std::vector<unsigned char> m_lastOfRecord;
-  // What came instead of the record after the current one.
+  // The outcome of reading the record after the current one.
   std::optional<Outcome> m_outcome;
 
   std::uint64_t m_rowsBefore = 0;
   std::uint64_t m_blocksBefore = 0;
-  std::uint64_t m_largestRecord = 0;  // descriptors; every record but the last is as large
+  std::uint64_t m_largestRecord = 0;  // in descriptors; all records but the last have as many
   bool m_hasLostRecord = false;
   bool m_isRowCountWrong = false;
   bool m_isUnfinished = false;

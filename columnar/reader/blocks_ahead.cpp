@@ -6,22 +6,22 @@ namespace kelvarin {
 
 namespace {
 
-// As many rows or events make a hand-over.
-constexpr std::uint64_t kRowsAtOnce = 2048;
-constexpr std::size_t kEventsAtOnce = 256;
+// A batch ends with this number of rows or events.
+constexpr std::uint64_t kRowsInBatch = 2048;
+constexpr std::size_t kEventsInBatch = 256;
 
 }  // namespace
 
 BlocksAhead::BlocksAhead(Produce produce, int blocksAhead) : m_produce(std::move(produce)) {
   if (blocksAhead > 0) {
-    m_handOver.emplace(static_cast<std::size_t>(blocksAhead));
+    m_queue.emplace(static_cast<std::size_t>(blocksAhead));
     m_thread = std::thread([this] { run(); });
   }
 }
 
 BlocksAhead::~BlocksAhead() {
   if (m_thread.joinable()) {
-    m_handOver->abandon();
+    m_queue->stop();
     m_thread.join();
   }
 }
@@ -30,56 +30,56 @@ ReadEvent BlocksAhead::next() {
   if (m_isFinished) {
     return {};
   }
-  ReadEvent event = m_handOver ? takeEvent() : m_produce(takeSpare());
+  ReadEvent event = m_queue ? takeEvent() : m_produce(takeSpare());
   m_isFinished = event.isLast();
   return event;
 }
 
 ReadEvent BlocksAhead::takeEvent() {
-  if (m_nextTaken == m_taken.size()) {
-    m_taken = m_handOver->take().value_or(Events{});
-    m_nextTaken = 0;
+  if (m_nextInBatch == m_batch.size()) {
+    m_batch = m_queue->pop().value_or(Batch{});
+    m_nextInBatch = 0;
   }
-  if (m_taken.empty() && m_exception) {
+  if (m_batch.empty() && m_exception) {
     std::rethrow_exception(std::exchange(m_exception, nullptr));
   }
-  return m_taken.empty() ? ReadEvent{} : std::move(m_taken[m_nextTaken++]);
+  return m_batch.empty() ? ReadEvent{} : std::move(m_batch[m_nextInBatch++]);
 }
 
-void BlocksAhead::giveBack(std::unique_ptr<DecodedBlock> block) {
+void BlocksAhead::recycle(std::unique_ptr<DecodedBlock> block) {
   const std::lock_guard lock(m_spareMutex);
   m_spares.push_back(std::move(block));
 }
 
 void BlocksAhead::run() {
   try {
-    handOverAll();
+    produceAll();
   } catch (...) {
     m_exception = std::current_exception();
   }
-  m_handOver->finish();
+  m_queue->finish();
 }
 
-void BlocksAhead::handOverAll() {
+void BlocksAhead::produceAll() {
   bool isLast = false;
-  while (!isLast && m_handOver->waitForRoom()) {
-    Events events = produceSome();
-    isLast = events.back().isLast();
-    m_handOver->put(std::move(events));
+  while (!isLast && m_queue->waitForSpace()) {
+    Batch batch = produceBatch();
+    isLast = batch.back().isLast();
+    (void)m_queue->push(std::move(batch));
   }
 }
 
-BlocksAhead::Events BlocksAhead::produceSome() {
-  Events events;
+BlocksAhead::Batch BlocksAhead::produceBatch() {
+  Batch batch;
   std::uint64_t rows = 0;
-  while (rows < kRowsAtOnce && events.size() < kEventsAtOnce) {
-    events.push_back(m_produce(takeSpare()));
-    if (events.back().isLast()) {
+  while (rows < kRowsInBatch && batch.size() < kEventsInBatch) {
+    batch.push_back(m_produce(takeSpare()));
+    if (batch.back().isLast()) {
       break;
     }
-    rows += events.back().block ? events.back().lastRow - events.back().firstRow + 1 : 0;
+    rows += batch.back().block ? batch.back().lastRow - batch.back().firstRow + 1 : 0;
   }
-  return events;
+  return batch;
 }
 
 std::unique_ptr<DecodedBlock> BlocksAhead::takeSpare() {

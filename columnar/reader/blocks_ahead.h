@@ -1,9 +1,9 @@
 // Reads events on a thread of its own, some blocks ahead of the consumer.
 //
-// Small blocks are handed over several at a time: each counts less than what a hand-over costs.
-// Blocks that the consumer has used up go back to be filled again.
-// Threads: the consumer calls everything; `produce` runs on the reading thread, or with no block
-// ahead on the consumer's.
+// Small blocks pass the queue in batches, since passing one costs more than reading it. Blocks that
+// the consumer has used up are filled again.
+// Threads: all operations on the consumer's; `produce` runs on the reading thread, or on the
+// consumer's when nothing is read ahead.
 // Errors: events; an exception of `produce` is thrown by next().
 #pragma once
 
@@ -14,14 +14,14 @@
 #include <thread>
 #include <vector>
 
-#include "columnar/reader/hand_over.h"
+#include "base/bounded_queue.h"
 #include "columnar/reader/read_event.h"
 
 namespace kelvarin {
 
 class BlocksAhead {
  public:
-  // Gives the next event; `spare` may be filled for it, and is null when there is none.
+  // Returns the next event. `spare` is a block to fill again, or null.
   using Produce = std::function<ReadEvent(std::unique_ptr<DecodedBlock> spare)>;
 
   // Below 1: nothing is read ahead.
@@ -32,24 +32,24 @@ class BlocksAhead {
 
   // Waits for the next event. After the last one the events are `end`.
   ReadEvent next();
-  void giveBack(std::unique_ptr<DecodedBlock> block);
+  void recycle(std::unique_ptr<DecodedBlock> block);
 
  private:
-  // One block, or small ones and damages that follow one another.
-  using Events = std::vector<ReadEvent>;
+  // One block, or several small ones and damages.
+  using Batch = std::vector<ReadEvent>;
 
   void run();
-  void handOverAll();
-  Events produceSome();
+  void produceAll();
+  Batch produceBatch();
   ReadEvent takeEvent();
   std::unique_ptr<DecodedBlock> takeSpare();
 
   const Produce m_produce;
   std::mutex m_spareMutex;
   std::vector<std::unique_ptr<DecodedBlock>> m_spares;  // under m_spareMutex
-  std::optional<HandOver<Events>> m_handOver;           // none when nothing is read ahead
-  Events m_taken;                                       // the consumer's
-  std::size_t m_nextTaken = 0;
+  std::optional<BoundedQueue<Batch>> m_queue;           // none when nothing is read ahead
+  Batch m_batch;                                        // the consumer's
+  std::size_t m_nextInBatch = 0;
   bool m_isFinished = false;      // the consumer has seen the last event
   std::exception_ptr m_exception;  // of the reading thread, until it has finished
   std::thread m_thread;

@@ -60,7 +60,7 @@ class FileSource final : public ByteSource {
 }  // namespace
 
 std::unique_ptr<ByteSource> openFileSource(const std::string& path) {
-  // Without waiting: a pipe that nobody writes to would hold up the run.
+  // O_NONBLOCK, since opening a pipe without a writer would block the run.
   const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (descriptor < 0) {
     return nullptr;

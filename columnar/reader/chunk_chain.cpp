@@ -10,13 +10,12 @@ namespace kelvarin {
 
 namespace {
 
-// Chunks that are larger are read again with a larger window.
+// Larger chunks are read again with a larger window.
 constexpr std::uint64_t kFirstWindow = 256 << 10;
-// A search looks at most positions once or twice; forged bytes could make it look at each of them
-// from everywhere before.
+// A search normally examines a position once or twice, while forged bytes could make it examine
+// each position from all positions before it.
 constexpr std::uint64_t kSearchAlwaysAllowed = 256 << 20;
 constexpr std::uint64_t kSearchPerByte = 32;
-constexpr std::uint64_t kSmallestChunk = kChunkChecksumSize + 1;
 
 }  // namespace
 
@@ -76,14 +75,14 @@ ChunkFinder::Finding ChunkFinder::examine(std::uint64_t offset, std::uint64_t li
     const std::uint64_t wanted = std::max<std::uint64_t>(4 * before, kFirstWindow);
     bytes = m_window.at(offset, std::min(wanted, available));
     if (bytes.size() <= before) {
-      return Finding::cut;  // the file ends here, whatever it was before
+      return Finding::cut;  // the file has become shorter
     }
   }
 }
 
 ChunkFinder::Finding ChunkFinder::judge(Bytes bytes, std::uint64_t& length) {
   length = 0;
-  if (bytes.size() < kSmallestChunk) {
+  if (bytes.size() < kMinChunkSize) {
     return Finding::cut;
   }
   const Bytes stream = bytes.subspan(kChunkChecksumSize);
@@ -93,7 +92,7 @@ ChunkFinder::Finding ChunkFinder::judge(Bytes bytes, std::uint64_t& length) {
   if (status != ReadStatus::ok) {
     return status == ReadStatus::truncated ? Finding::cut : Finding::none;
   }
-  // No chunk is without values, while zeros look like one with a right checksum.
+  // No chunk is without values, while zeros look like an empty one with a right checksum.
   if (announcedRawSize(stream).value_or(0) == 0) {
     return Finding::none;
   }

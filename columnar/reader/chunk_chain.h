@@ -1,9 +1,9 @@
-// Chunks of a side file that are found by their own bytes, where no descriptor leads to them.
+// Finds chunks of a side file by their own bytes, where no descriptor leads to them.
 //
-// A chunk begins with its checksum and ends where its Snappy stream does, so chunks that stand back
-// to back can be followed. After damage the next chunk is searched byte by byte.
-// Used by lost_blocks.cpp. Threads: one at a time.  Errors: a shorter chain; never throws but for a
-// lack of memory.
+// A chunk begins with its checksum and ends with its Snappy stream, so contiguous chunks can be
+// followed. After damage the next chunk is searched for byte by byte.
+// Used by lost_blocks.cpp.
+// Errors: a shorter chain; throws only std::bad_alloc.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@
 
 namespace kelvarin {
 
-// Chunks back to back.
+// Contiguous chunks.
 struct ChunkChain {
   std::vector<std::uint64_t> begins;  // in the side file
   std::uint64_t end = 0;              // of the last chunk
@@ -31,19 +31,19 @@ class ChunkFinder {
   explicit ChunkFinder(const ByteSource& source);
 
   // The chunks from `offset` on, up to `limit`. A chunk with a wrong checksum belongs to the chain
-  // where its stream still leads to a whole chunk, or to the limit.
+  // if its stream still leads to a whole chunk, or to the limit.
   ChunkChain follow(std::uint64_t offset, std::uint64_t limit);
-  // The first whole chunk from `offset` on. Nothing where there is none, or where the bytes make
-  // the search too long.
+  // The first whole chunk from `offset` on. Nothing: there is none, or the search would take too
+  // long.
   std::optional<std::uint64_t> search(std::uint64_t offset, std::uint64_t limit);
   Bytes bytes(std::uint64_t begin, std::uint64_t end);
 
  private:
   enum class Finding { whole, wrongChecksum, cut, none };
 
-  // What begins at `offset`, and where it ends.
+  // Judges the chunk that begins at `offset`, and finds its end.
   Finding examine(std::uint64_t offset, std::uint64_t limit, std::uint64_t& end);
-  // The same of bytes; `cut` where the chunk may go on behind them.
+  // The same for bytes; `cut`: the chunk may continue after them.
   Finding judge(Bytes bytes, std::uint64_t& length);
   bool leadsOn(std::uint64_t offset, std::uint64_t limit);
 

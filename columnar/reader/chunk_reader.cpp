@@ -9,9 +9,9 @@ namespace kelvarin {
 
 namespace {
 
-// Fewer bytes than these between two chunks are read along with them.
+// Gaps between chunks up to this size are read along with them.
 constexpr std::uint64_t kLargestGap = 16 << 10;
-// Blocks of fewer bytes are read along with those that follow them.
+// Smaller blocks are read along with those that follow them.
 constexpr std::uint64_t kSmallBlock = 16 << 10;
 constexpr std::uint64_t kAhead = 64 << 10;
 constexpr std::uint64_t kFirstWindow = 1 << 20;
@@ -30,9 +30,9 @@ Result<std::unique_ptr<ChunkReader>, std::string> ChunkReader::open(
 
 Status<std::string> ChunkReader::openSets(const std::vector<std::size_t>& columns) {
   m_chunks.reserve(columns.size());
-  std::vector<std::vector<std::size_t>> places(static_cast<std::size_t>(m_file.columnSetCount()));
+  std::vector<std::vector<std::size_t>> chunksOfSets(static_cast<std::size_t>(m_file.columnSetCount()));
   for (const std::size_t column : columns) {
-    places[static_cast<std::size_t>(m_file.column(column).columnSet)].push_back(m_chunks.size());
+    chunksOfSets[static_cast<std::size_t>(m_file.column(column).columnSet)].push_back(m_chunks.size());
     m_chunks.push_back(Chunk{.column = static_cast<std::uint32_t>(column)});
   }
   m_setOfChunk.resize(m_chunks.size());
@@ -45,8 +45,8 @@ Status<std::string> ChunkReader::openSets(const std::vector<std::size_t>& column
       ++next;
     }
     set.endColumn = next;
-    set.places = std::move(places[static_cast<std::size_t>(number)]);
-    if (set.places.empty()) {
+    set.chunks = std::move(chunksOfSets[static_cast<std::size_t>(number)]);
+    if (set.chunks.empty()) {
       continue;
     }
     set.source = m_file.openSide(number);
@@ -56,53 +56,53 @@ Status<std::string> ChunkReader::openSets(const std::vector<std::size_t>& column
     set.knownSize = set.source->size();
     set.largestPart = set.source->largestPart();
     set.searchLimit = kSearchAlwaysAllowed + 4 * std::min(set.knownSize, set.largestPart);
-    std::sort(set.places.begin(), set.places.end(), [this](std::size_t left, std::size_t right) {
+    std::sort(set.chunks.begin(), set.chunks.end(), [this](std::size_t left, std::size_t right) {
       return m_chunks[left].column < m_chunks[right].column;
     });
-    for (const std::size_t place : set.places) {
-      m_setOfChunk[place] = m_sets.size();
+    for (const std::size_t index : set.chunks) {
+      m_setOfChunk[index] = m_sets.size();
     }
     m_sets.push_back(std::move(set));
   }
   return Done{};
 }
 
-void ChunkReader::find(const BlockInfo& block) {
+void ChunkReader::locate(const BlockInfo& block) {
   m_rowCount = block.rowCount;
   for (Set& set : m_sets) {
-    findChunks(set, block);
+    locateChunks(set, block);
   }
 }
 
 void ChunkReader::load(const BlockInfo& block) {
-  find(block);
+  locate(block);
   for (Set& set : m_sets) {
     readChunks(set);
   }
 }
 
-std::optional<std::uint64_t> ChunkReader::chunkSize(std::size_t place) const {
-  const Chunk& chunk = m_chunks[place];
+std::optional<std::uint64_t> ChunkReader::chunkSize(std::size_t index) const {
+  const Chunk& chunk = m_chunks[index];
   const bool isKnown = chunk.status == ReadStatus::ok && chunk.hasEnd;
   return isKnown ? std::optional(chunk.end - chunk.begin) : std::nullopt;
 }
 
-// The begins of all chunks of the set in its side file.
+// The offsets of all chunks of the set in its side file.
 void ChunkReader::findPositions(Set& set, const BlockInfo& block) const {
   const DescriptorLayout& layout = m_file.descriptorLayout();
-  const BlockPlace place = layout.place(block.descriptor, set.number);
+  const BlockLocation location = layout.blockLocation(block.descriptor, set.number);
   set.positions.clear();
-  std::uint64_t position = place.offset;
+  std::uint64_t position = location.offset;
   for (std::size_t column = set.firstColumn; column < set.endColumn; ++column) {
     const std::uint32_t entry = layout.chunkPosition(block.descriptor, column);
-    position = (place.hasDifferences ? position : place.offset) + entry;
+    position = (location.hasDeltas ? position : location.offset) + entry;
     set.positions.push_back(position);
   }
 }
 
-void ChunkReader::findChunks(Set& set, const BlockInfo& block) {
+void ChunkReader::locateChunks(Set& set, const BlockInfo& block) {
   findPositions(set, block);
-  for (const std::size_t chosen : set.places) {
+  for (const std::size_t chosen : set.chunks) {
     Chunk& chunk = m_chunks[chosen];
     const std::size_t inSet = chunk.column - set.firstColumn;
     chunk.begin = set.positions[inSet];
@@ -111,7 +111,7 @@ void ChunkReader::findChunks(Set& set, const BlockInfo& block) {
     if (inSet + 1 < set.positions.size()) {
       chunk.end = set.positions[inSet + 1];
     } else if (block.following != nullptr) {
-      chunk.end = m_file.descriptorLayout().place(block.following, set.number).offset;
+      chunk.end = m_file.descriptorLayout().blockLocation(block.following, set.number).offset;
     } else {
       chunk.hasEnd = block.endsWithFile;
       chunk.endsWithFile = block.endsWithFile;
@@ -139,7 +139,7 @@ bool ChunkReader::isBeyondLimits(Set& set, std::uint64_t size) {
   return size > set.largestPart;
 }
 
-// The size is asked for again only where it matters.
+// The size is determined again only where it matters.
 bool ChunkReader::hasReached(Set& set, std::uint64_t end) {
   if (end > set.knownSize) {
     set.knownSize = set.source->size();
@@ -149,24 +149,24 @@ bool ChunkReader::hasReached(Set& set, std::uint64_t end) {
 
 // Chunks with a known end are read in runs of neighbours.
 void ChunkReader::readChunks(Set& set) {
-  if (takeFromAhead(set)) {
+  if (takeReadAhead(set)) {
     return;
   }
   set.bytes.clear();
   set.isAhead = false;
   const auto isReadable = [&](std::size_t i) {
-    const Chunk& chunk = m_chunks[set.places[i]];
+    const Chunk& chunk = m_chunks[set.chunks[i]];
     return chunk.status == ReadStatus::ok && chunk.hasEnd;
   };
-  for (std::size_t first = 0; first < set.places.size();) {
+  for (std::size_t first = 0; first < set.chunks.size();) {
     if (!isReadable(first)) {
       ++first;
       continue;
     }
     std::size_t end = first + 1;
-    while (end < set.places.size() && isReadable(end)) {
-      const std::uint64_t last = m_chunks[set.places[end - 1]].end;
-      const std::uint64_t begin = m_chunks[set.places[end]].begin;
+    while (end < set.chunks.size() && isReadable(end)) {
+      const std::uint64_t last = m_chunks[set.chunks[end - 1]].end;
+      const std::uint64_t begin = m_chunks[set.chunks[end]].begin;
       if (begin < last || begin - last > kLargestGap) {
         break;
       }
@@ -175,54 +175,54 @@ void ChunkReader::readChunks(Set& set) {
     readRun(set, first, end);
     first = end;
   }
-  Chunk& last = m_chunks[set.places.back()];
+  Chunk& last = m_chunks[set.chunks.back()];
   if (last.status == ReadStatus::ok && !last.hasEnd) {
     readToStreamEnd(set, last);
   }
 }
 
-bool ChunkReader::takeFromAhead(Set& set) {
+bool ChunkReader::takeReadAhead(Set& set) {
   const std::uint64_t endOfBytes = set.aheadBegin + set.bytes.size();
-  for (const std::size_t chosen : set.places) {
+  for (const std::size_t chosen : set.chunks) {
     const Chunk& chunk = m_chunks[chosen];
     if (!set.isAhead || chunk.status != ReadStatus::ok || !chunk.hasEnd ||
         chunk.begin < set.aheadBegin || chunk.end > endOfBytes) {
       return false;
     }
   }
-  for (const std::size_t chosen : set.places) {
+  for (const std::size_t chosen : set.chunks) {
     Chunk& chunk = m_chunks[chosen];
-    place(chunk, chunk.begin - set.aheadBegin, endOfBytes);
+    locateInBuffer(chunk, chunk.begin - set.aheadBegin, endOfBytes);
   }
   return true;
 }
 
-void ChunkReader::place(Chunk& chunk, std::size_t inBuffer, std::uint64_t endOfBytes) {
-  chunk.inBuffer = inBuffer;
+void ChunkReader::locateInBuffer(Chunk& chunk, std::size_t bufferOffset, std::uint64_t endOfBytes) {
+  chunk.bufferOffset = bufferOffset;
   if (chunk.end > endOfBytes || (chunk.endsWithFile && isCut(chunk))) {
     chunk.status = ReadStatus::truncated;
   }
 }
 
 void ChunkReader::readRun(Set& set, std::size_t first, std::size_t end) {
-  const std::uint64_t begin = m_chunks[set.places[first]].begin;
-  std::uint64_t size = m_chunks[set.places[end - 1]].end - begin;
-  const std::size_t inBuffer = set.bytes.size();
+  const std::uint64_t begin = m_chunks[set.chunks[first]].begin;
+  std::uint64_t size = m_chunks[set.chunks[end - 1]].end - begin;
+  const std::size_t bufferOffset = set.bytes.size();
   if (size < kSmallBlock && end - first == set.endColumn - set.firstColumn) {
     size = std::clamp(set.knownSize - begin, size, kAhead);
     set.isAhead = true;
     set.aheadBegin = begin;
   }
   const std::size_t count = set.source->readAt(begin, set.bytes.append(size), size);
-  set.bytes.resize(inBuffer + count);
+  set.bytes.resize(bufferOffset + count);
   for (std::size_t i = first; i < end; ++i) {
-    Chunk& chunk = m_chunks[set.places[i]];
-    place(chunk, inBuffer + (chunk.begin - begin), begin + count);
+    Chunk& chunk = m_chunks[set.chunks[i]];
+    locateInBuffer(chunk, bufferOffset + (chunk.begin - begin), begin + count);
   }
 }
 
 void ChunkReader::readToStreamEnd(Set& set, Chunk& chunk) {
-  chunk.inBuffer = set.bytes.size();
+  chunk.bufferOffset = set.bytes.size();
   const std::uint64_t available = set.source->size() - chunk.begin;
   for (std::uint64_t window = kFirstWindow;; window *= 2) {
     const std::size_t wanted = static_cast<std::size_t>(std::min(window, available));
@@ -231,14 +231,14 @@ void ChunkReader::readToStreamEnd(Set& set, Chunk& chunk) {
       return;
     }
     set.searchLimit -= wanted;
-    set.bytes.resize(chunk.inBuffer + wanted);
+    set.bytes.resize(chunk.bufferOffset + wanted);
     const std::size_t count =
-        set.source->readAt(chunk.begin, set.bytes.data() + chunk.inBuffer, wanted);
+        set.source->readAt(chunk.begin, set.bytes.data() + chunk.bufferOffset, wanted);
     if (count <= kChunkChecksumSize) {
       chunk.status = ReadStatus::truncated;
       return;
     }
-    const Bytes stream(set.bytes.data() + chunk.inBuffer + kChunkChecksumSize,
+    const Bytes stream(set.bytes.data() + chunk.bufferOffset + kChunkChecksumSize,
                        count - kChunkChecksumSize);
     std::size_t length = 0;
     chunk.status = findSnappyEnd(stream, length);
@@ -258,11 +258,11 @@ bool ChunkReader::isCut(const Chunk& chunk) const {
 
 Bytes ChunkReader::bytesOf(const Chunk& chunk) const {
   const Set& set = m_sets[m_setOfChunk[static_cast<std::size_t>(&chunk - m_chunks.data())]];
-  return {set.bytes.data() + chunk.inBuffer, static_cast<std::size_t>(chunk.end - chunk.begin)};
+  return {set.bytes.data() + chunk.bufferOffset, static_cast<std::size_t>(chunk.end - chunk.begin)};
 }
 
-ReadStatus ChunkReader::decode(std::size_t place, DecodedColumn& column) {
-  const Chunk& chunk = m_chunks[place];
+ReadStatus ChunkReader::decode(std::size_t index, DecodedColumn& column) {
+  const Chunk& chunk = m_chunks[index];
   if (chunk.status != ReadStatus::ok) {
     return chunk.status;
   }

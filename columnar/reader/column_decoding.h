@@ -1,6 +1,6 @@
 // Decodes a chunk as the values of a column.
 //
-// Used by chunk_reader.cpp and by the recovery of tables. Threads: one at a time a decoder.
+// Used by chunk_reader.cpp and by the recovery of tables.
 #pragma once
 
 #include "columnar/codecs/chunk_codec.h"

@@ -1,23 +1,23 @@
-// The values of one block, decoded, and its rows one after the other.
+// The decoded values of one block, and its rows.
 //
-// Values lie column by column in the bytes that rows point to (host/contract/column_bytes.h), so
-// that handing out a row is one pointer a column, and rows can be looked at ahead. Memory is kept
-// when a block is used again.
-// Threads: one at a time; filled on the reading thread, emptied on the engine's.
+// Values are stored column by column in the bytes that rows point to
+// (host/contract/column_bytes.h), so that a row is one pointer a column, and rows can be looked at
+// ahead. Memory is kept when a block is filled again.
+// Threads: filled on the reading thread, emptied on the engine's.
 #pragma once
 
 #include <algorithm>
 #include <cstdint>
 #include <vector>
 
-#include "columnar/codecs/text_layout.h"
+#include "columnar/codecs/text_encoding.h"
 #include "host/contract/column_bytes.h"
 #include "host/contract/rows_in_hand.h"
 
 namespace kelvarin {
 
-// The values of one column. The type decides which part is filled. One value where all rows are
-// stored as one.
+// The values of one column. The type decides which member is filled, with a single value where one
+// stands for all rows.
 struct DecodedColumn {
   ByteBuffer values;   // numbers or keys
   DecodedTexts texts;  // all other types
@@ -26,8 +26,8 @@ struct DecodedColumn {
 class DecodedBlock final : public RowsInHand {
  public:
   void setColumns(const std::vector<MetaTypeColumn>& types);
-  // Columns are filled from the first one on. Each takes room when it is asked for, so that a
-  // forged file of many columns takes little before the first damage ends it.
+  // Columns are filled from the first one on. Each is allocated at its first use, so that a forged
+  // file of many columns takes little memory before the first damage ends the reading.
   DecodedColumn& column(std::size_t index) {
     if (index == m_columns.size()) {
       m_columns.emplace_back();
@@ -35,33 +35,33 @@ class DecodedBlock final : public RowsInHand {
     return m_columns[index];
   }
 
-  // Every column has been filled with `rowCount` values; the rows begin.
+  // Begins the rows, after every column has been filled with `rowCount` values.
   void start(std::uint64_t firstRow, std::uint64_t rowCount);
   std::uint64_t firstRow() const { return m_firstRow; }
   std::uint64_t rowCount() const { return m_rowCount; }
 
   const double* numbers(int column, std::size_t first, std::size_t count,
-                        double* room) const override {
-    return values(column, first, count, room);
+                        double* buffer) const override {
+    return values(column, first, count, buffer);
   }
   const std::uint32_t* keys(int column, std::size_t first, std::size_t count,
-                            std::uint32_t* room) const override {
-    return values(column, first, count, room);
+                            std::uint32_t* buffer) const override {
+    return values(column, first, count, buffer);
   }
 
   const unsigned char* const* texts(int column, std::size_t first, std::size_t count,
-                                    const unsigned char** room) const override {
+                                    const unsigned char** buffer) const override {
     const DecodedTexts& texts = m_columns[static_cast<std::size_t>(column)].texts;
     if (texts.offsets.size() == 1) {
-      return std::fill_n(room, count, texts.text(0)) - count;
+      return std::fill_n(buffer, count, texts.text(0)) - count;
     }
     for (std::size_t i = 0; i < count; ++i) {
-      room[i] = texts.text(first + i);
+      buffer[i] = texts.text(first + i);
     }
-    return room;
+    return buffer;
   }
 
-  // Passes over rows, of which there are so many.
+  // Skips rows; there are at least `count` more.
   void skip(std::size_t count) {
     m_rowsLeft -= count;
     for (Cursor& cursor : m_cursors) {
@@ -88,17 +88,17 @@ class DecodedBlock final : public RowsInHand {
 
  private:
   template <typename Value>
-  const Value* values(int column, std::size_t first, std::size_t count, Value* room) const {
+  const Value* values(int column, std::size_t first, std::size_t count, Value* buffer) const {
     const ByteBuffer& bytes = m_columns[static_cast<std::size_t>(column)].values;
     const auto* all = reinterpret_cast<const Value*>(bytes.data());
-    return bytes.size() > sizeof(Value) ? all + first : std::fill_n(room, count, *all) - count;
+    return bytes.size() > sizeof(Value) ? all + first : std::fill_n(buffer, count, *all) - count;
   }
 
-  // Where a column's next value is.
+  // The address of a column's next value.
   struct Cursor {
-    unsigned char* next = nullptr;          // of texts, the first one's
-    const std::uint32_t* offset = nullptr;  // of the next text; null without offsets
-    std::size_t step = 0;                   // from value to value; 0 where all rows have one
+    unsigned char* next = nullptr;          // for texts, that of the first one
+    const std::uint32_t* offset = nullptr;  // of the next text; null when texts have no offsets
+    std::size_t step = 0;                   // between values; 0 where one stands for all rows
   };
 
   static void startColumn(DecodedColumn& column, std::size_t size, Cursor& cursor);

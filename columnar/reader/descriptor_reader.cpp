@@ -2,15 +2,14 @@
 
 #include <algorithm>
 
+#include "columnar/codecs/chunk_codec.h"
 #include "columnar/codecs/snappy_stream.h"
 
 namespace kelvarin {
 
 namespace {
 
-constexpr std::uint64_t kRawSizeAlwaysTaken = 48ull << 20;
-// A checksum, and a Snappy stream that says how long it is.
-constexpr std::uint64_t kSmallestChunk = 5;
+constexpr std::uint64_t kRawSizeAlwaysAllowed = 48ull << 20;
 
 }  // namespace
 
@@ -21,11 +20,11 @@ DescriptorReader::DescriptorReader(const GelFile& file)
       m_window(file.source()),
       m_smallestBlocks(static_cast<std::size_t>(file.columnSetCount())) {
   for (const GelColumn& column : file.columns()) {
-    m_smallestBlocks[static_cast<std::size_t>(column.columnSet)] += kSmallestChunk;
+    m_smallestBlocks[static_cast<std::size_t>(column.columnSet)] += kMinChunkSize;
   }
 }
 
-// The writer is asked for first: it may end while the record is read, having written the rest.
+// The writer's lock is looked at before the record: the writer may end while the record is read.
 DescriptorReader::Outcome DescriptorReader::next(DescriptorRecord& record) {
   const bool isBeingWritten = !m_file.isComplete() && m_file.source().isBeingWritten();
   const Outcome outcome = readNext(record);
@@ -46,10 +45,10 @@ DescriptorReader::Outcome DescriptorReader::readNext(DescriptorRecord& record) {
   ByteReader reader(headBytes);
   (void)readRecord(reader, head);
   if (head.payloadSize == 0) {
-    return passOverEmptyRecords();
+    return skipEmptyRecords();
   }
   if (head.payloadSize > m_file.source().largestPart()) {
-    return passOver(head.payloadSize);
+    return skip(head.payloadSize);
   }
   const Bytes payload = m_window.at(m_offset + kRecordHeadSize, head.payloadSize);
   if (payload.size() < head.payloadSize) {
@@ -64,8 +63,8 @@ DescriptorReader::Outcome DescriptorReader::readNext(DescriptorRecord& record) {
 }
 
 // No record is empty. After a loss of power a file may end with any number of zeros: they are one
-// damage, and where nothing follows the file ends with them.
-DescriptorReader::Outcome DescriptorReader::passOverEmptyRecords() {
+// damage, and where nothing follows them the file is truncated.
+DescriptorReader::Outcome DescriptorReader::skipEmptyRecords() {
   m_damage = ReadStatus::corrupted;
   Bytes head;
   do {
@@ -76,7 +75,7 @@ DescriptorReader::Outcome DescriptorReader::passOverEmptyRecords() {
 }
 
 // In a file with holes a record may claim more than all that the file has.
-DescriptorReader::Outcome DescriptorReader::passOver(std::uint64_t payloadSize) {
+DescriptorReader::Outcome DescriptorReader::skip(std::uint64_t payloadSize) {
   m_damage = ReadStatus::beyondLimits;
   m_offset += kRecordHeadSize + payloadSize;
   return m_offset > m_file.source().size() ? Outcome::truncated : Outcome::corrupted;
@@ -113,7 +112,7 @@ FollowingRecords DescriptorReader::following() {
   return *m_following;
 }
 
-// Only the heads are looked at, not the payloads.
+// Only the heads of the records are read, not the payloads.
 void DescriptorReader::survey() {
   constexpr std::size_t kRawLengthSize = 5;
   FollowingRecords& following = m_following.emplace();
@@ -149,14 +148,14 @@ bool DescriptorReader::areSound(const DescriptorRecord& record) const {
   return true;
 }
 
-// Each block of a set lies behind the one before, so that there are no more blocks than their bytes
-// have room for.
+// Each block of a set follows the previous one, so that there are no more blocks than fit the
+// bytes.
 bool DescriptorReader::areSetsInOrder(const unsigned char* before,
                                       const unsigned char* after) const {
   const DescriptorLayout& layout = m_file.descriptorLayout();
   for (std::size_t set = 0; set < m_smallestBlocks.size(); ++set) {
-    const std::uint64_t begin = layout.place(before, static_cast<int>(set)).offset;
-    const std::uint64_t end = layout.place(after, static_cast<int>(set)).offset;
+    const std::uint64_t begin = layout.blockLocation(before, static_cast<int>(set)).offset;
+    const std::uint64_t end = layout.blockLocation(after, static_cast<int>(set)).offset;
     if (m_smallestBlocks[set] > 0 && (end < begin || end - begin < m_smallestBlocks[set])) {
       return false;
     }
@@ -164,11 +163,11 @@ bool DescriptorReader::areSetsInOrder(const unsigned char* before,
   return true;
 }
 
-// A full record of a table with wide descriptors is always taken: it swells to no more than Snappy
-// can make of its bytes, which is looked at before memory is taken.
+// A full record of a table with wide descriptors is always accepted: it expands to no more than
+// Snappy can make of its bytes, which is checked before memory is allocated.
 std::uint64_t DescriptorReader::maximumRawSize(std::uint64_t announcedSize) {
   const std::uint64_t always = std::max<std::uint64_t>(
-      kRawSizeAlwaysTaken, kFewestDescriptorsInRecord * m_file.descriptorLayout().width());
+      kRawSizeAlwaysAllowed, kMinDescriptorsInRecord * m_file.descriptorLayout().width());
   if (announcedSize <= always) {
     return always;
   }
@@ -179,7 +178,7 @@ std::uint64_t DescriptorReader::maximumRawSize(std::uint64_t announcedSize) {
       m_sizeOfAllFiles += side ? side->storedSize() : 0;
     }
   }
-  return std::max(always, kRawSizeAlwaysTaken + 3 * m_sizeOfAllFiles);
+  return std::max(always, kRawSizeAlwaysAllowed + 3 * m_sizeOfAllFiles);
 }
 
 }  // namespace kelvarin

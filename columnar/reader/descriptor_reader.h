@@ -1,7 +1,7 @@
-// Reads the descriptor records of a main file one after the other.
+// Reads the descriptor records of a main file in order.
 //
 // Layout: docs/gel-format.md, "Descriptor records".
-// Threads: one at a time.  Errors: Outcome; never logs, never throws but for a lack of memory.
+// Errors: Outcome; never logs, throws only std::bad_alloc.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@
 
 namespace kelvarin {
 
-// The descriptors of one record, one behind the other.
+// The contiguous descriptors of one record.
 class DescriptorRecord {
  public:
   DescriptorRecord() = default;
@@ -30,7 +30,8 @@ class DescriptorRecord {
   std::size_t m_width = 0;
 };
 
-// What the heads of records announce, to be believed when they go on to the end of the file.
+// The numbers that the heads of the following records announce; reliable when these reach the end
+// of the file.
 struct FollowingRecords {
   std::uint64_t descriptors = 0;
   std::uint64_t largestRecord = 0;
@@ -43,14 +44,15 @@ class DescriptorReader {
     record,
     corrupted,   // the record's bytes make no sense; the next one may
     truncated,   // the file ends inside a record, or with zeros
-    unfinished,  // the same, and a writer is at work: the rest will come
+    unfinished,  // the same, while a writer is writing it
     endMarker,  // nothing follows
     endOfFile   // where a record or the end marker could begin
   };
 
   explicit DescriptorReader(const GelFile& file);
 
-  // `record` is set for Outcome::record only. After anything but record and corrupted it stays so.
+  // `record` is set for Outcome::record only. After all outcomes but record and corrupted, the same
+  // outcome follows.
   Outcome next(DescriptorRecord& record);
   // Why the last record was corrupted.
   ReadStatus damage() const { return m_damage; }
@@ -58,19 +60,19 @@ class DescriptorReader {
   std::uint64_t recordOffset() const { return m_recordOffset; }
   // How many descriptors the last, corrupted record announced; 0 when that makes no sense.
   std::uint64_t announcedDescriptors() const { return m_announcedDescriptors; }
-  // Of the records after the last one; looked up once.
+  // The records after the last one; determined once.
   FollowingRecords following();
 
  private:
   Outcome readNext(DescriptorRecord& record);
-  Outcome passOverEmptyRecords();
-  Outcome passOver(std::uint64_t payloadSize);
+  Outcome skipEmptyRecords();
+  Outcome skip(std::uint64_t payloadSize);
   Outcome decode(const DescriptorRecordHead& head, Bytes payload, DescriptorRecord& record);
   void survey();
   std::uint64_t wholeDescriptors(Bytes payloadBegin) const;
   bool areSound(const DescriptorRecord& record) const;
   bool areSetsInOrder(const unsigned char* before, const unsigned char* after) const;
-  // What one record may take: a forged one must not take all memory.
+  // The limit of one record, so that a forged one does not take all memory.
   std::uint64_t maximumRawSize(std::uint64_t announcedSize);
 
   const GelFile& m_file;
@@ -79,7 +81,7 @@ class DescriptorReader {
   std::uint64_t m_announcedDescriptors = 0;
   ReadStatus m_damage = ReadStatus::ok;
   FileWindow m_window;
-  std::vector<std::uint64_t> m_smallestBlocks;  // bytes that a block takes at least, by set
+  std::vector<std::uint64_t> m_smallestBlocks;  // the least bytes of a block, by set
   std::optional<FollowingRecords> m_following;
   std::uint64_t m_sizeOfAllFiles = 0;  // 0: not looked up
 };

@@ -1,10 +1,8 @@
-// Bytes of a file that are read in order, often a few at a time, without asking the system for
-// each.
+// A buffer for bytes of a file that are read in order, often a few at a time.
 //
-// Used by descriptor_reader.cpp and chunk_chain.cpp. Bytes that have been read are not read again,
-// so it suits files that only grow.
-// Threads: one at a time.  Errors: fewer bytes than asked for; never throws but for a lack of
-// memory.
+// Bytes that have been read are not read again, so it suits files that only grow. Used by
+// descriptor_reader.cpp and chunk_chain.cpp.
+// Errors: fewer bytes than asked for; throws only std::bad_alloc.
 #pragma once
 
 #include "columnar/codecs/byte_buffer.h"
@@ -16,7 +14,7 @@ class FileWindow {
  public:
   explicit FileWindow(const ByteSource& source) : m_source(source) {}
 
-  // `count` bytes from `offset` on, fewer where the file ends. They live until the next call.
+  // `count` bytes from `offset` on, fewer where the file ends. They are valid until the next call.
   Bytes at(std::uint64_t offset, std::size_t count) {
     if (offset < m_begin || offset - m_begin > m_bytes.size() ||
         count > m_bytes.size() - (offset - m_begin)) {
@@ -35,7 +33,7 @@ class FileWindow {
  private:
   static constexpr std::size_t kAhead = 64 << 10;
 
-  // A length that was read from a file asks for no more than the file has.
+  // Allocates no more than the file has, whatever `count` says.
   void fill(std::uint64_t offset, std::size_t count) {
     const std::uint64_t size = m_source.size();
     const std::uint64_t left = size > offset ? size - offset : 0;

@@ -43,7 +43,7 @@ Result<std::unique_ptr<GelFile>, OpenFailure> GelFile::open(const std::string& p
   if (!file->readHeader()) {
     return Failure{OpenFailure{Problem::unreadable, isIncomplete}};
   }
-  // A writer may finish the file at any time; what was told at first holds.
+  // A writer may finish the file at any time; the first state counts.
   file->m_header.isComplete = isIncomplete ? 0 : 1;
   return file;
 }
@@ -68,7 +68,7 @@ bool GelFile::readHeader() {
     return false;
   }
   m_layout = DescriptorLayout(m_metadata.columns, m_metadata.columnSetCount);
-  return fitsRecord(kFewestDescriptorsInRecord * m_layout.width());
+  return fitsRecord(kMinDescriptorsInRecord * m_layout.width());
 }
 
 GelFile::Identity GelFile::identityOf(const std::string& path) {
@@ -76,11 +76,11 @@ GelFile::Identity GelFile::identityOf(const std::string& path) {
   return ::stat(path.c_str(), &status) == 0 ? Identity{status.st_dev, status.st_ino} : Identity{};
 }
 
-// An exchange that nobody finishes is finished here; where that cannot be, its files are read from
-// where they lie.
+// Finishes an open exchange; where that is impossible, the files are read under their current
+// names.
 bool GelFile::openMain() {
-  constexpr int kMostAttempts = 10;
-  for (int i = 0; i < kMostAttempts; ++i) {
+  constexpr int kMaxAttempts = 10;
+  for (int i = 0; i < kMaxAttempts; ++i) {
     (void)finishExchangeBeforeReading(m_path);
     auto location = TableLocation::of(m_path);
     if (!location) {
@@ -111,7 +111,7 @@ std::string GelFile::sidePath(int columnSet) const {
 std::unique_ptr<ByteSource> GelFile::openSide(int columnSet) const {
   auto side = m_openSource(sidePath(columnSet));
   if (!side && m_location.isMoved()) {
-    side = m_openSource(sidePath(columnSet));  // it has just taken its name
+    side = m_openSource(sidePath(columnSet));  // it has just been renamed
   }
   return side && isCurrent() ? std::move(side) : nullptr;
 }

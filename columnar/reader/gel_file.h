@@ -1,8 +1,10 @@
 // An opened columnar file: its header and its columns.
 //
-// Made by open(); blocks are read by block_reader.h, each reader with its own place in the file.
+// Made by open(); blocks are read by block_reader.h, and each reader has its own position in the
+// file.
 // Layout: docs/gel-format.md, "Header" and "Metadata block".
-// Threads: read-only once opened.  Errors: OpenFailure; never logs, never throws.
+// Threads: read-only once opened.
+// Errors: OpenFailure; never logs, never throws.
 #pragma once
 
 #include <cstdint>
@@ -24,10 +26,10 @@ enum class IncompleteFiles { refuse, accept };
 
 struct OpenFailure {
   enum class Problem {
-    cannotOpen,  // the system gives no bytes
+    cannotOpen,  // the system cannot open or read it
     unreadable,  // not a columnar file, or one that is cut or damaged before its first block
     incomplete,  // and such files are refused
-    exchangeDamaged  // a new table was taking its place, and which files belong together is lost
+    exchangeDamaged  // the journal of an exchange is damaged, so it is unknown which files belong together
   };
   Problem problem = Problem::cannotOpen;
   bool isIncomplete = false;  // known before the problem was found
@@ -40,9 +42,9 @@ class GelFile {
       const OpenSource& openSource = openFileSource);
 
   const std::string& path() const { return m_path; }
-  // The path of a column set's side file, where it lies now.
+  // The current path of a column set's side file.
   std::string sidePath(int columnSet) const;
-  // Null also where another table has taken the place of this one meanwhile.
+  // Null also when another table has replaced this one meanwhile.
   std::unique_ptr<ByteSource> openSide(int columnSet) const;
 
   bool isComplete() const { return m_header.isComplete != 0; }
@@ -52,20 +54,20 @@ class GelFile {
   std::uint32_t rowsInBlock() const { return m_metadata.rowsInBlock; }
   int columnSetCount() const { return m_metadata.columnSetCount; }
 
-  // As they are stored, set after set; indices of columns everywhere mean places in this list.
+  // In stored order, set after set. Column indices refer to this list everywhere.
   const std::vector<GelColumn>& columns() const { return m_metadata.columns; }
   const GelColumn& column(std::size_t index) const { return m_metadata.columns[index]; }
   MetaInfo meta(std::size_t index) const;
-  // The indices in the order in which the written rows had the columns.
+  // The indices in the order of the columns of the written rows.
   std::vector<std::size_t> columnsInRowOrder() const;
 
   const DescriptorLayout& descriptorLayout() const { return m_layout; }
   const ByteSource& source() const { return *m_source; }
-  // Where the first descriptor record stands in the main file.
+  // The offset of the first descriptor record in the main file.
   std::uint64_t firstRecordOffset() const;
 
  private:
-  // Which file a name stands for; all zero where there is none.
+  // Identifies the file behind a name; all zero where there is none.
   struct Identity {
     std::uint64_t device = 0;
     std::uint64_t number = 0;
@@ -76,7 +78,7 @@ class GelFile {
   GelFile() = default;
   // False: the journal of an exchange is damaged.
   bool openMain();
-  // No other table has taken the place of this one since it was opened.
+  // No other table has replaced this one since it was opened.
   bool isCurrent() const;
   bool readHeader();
 

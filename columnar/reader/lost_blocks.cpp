@@ -73,7 +73,7 @@ LostBlocks::Runs LostBlocks::findRuns(SideFile& side, const DescriptorGap::Side&
   }
 }
 
-// Which chunk of a chain that was found behind damage is the first one of a block.
+// Which chunk of a chain that was found after damage is the first one of a block.
 std::optional<std::size_t> LostBlocks::firstOfBlock(SideFile& side, const ChunkChain& chain,
                                                     bool hasEnd) {
   constexpr std::size_t kRounds = 3;
@@ -96,12 +96,12 @@ std::optional<std::size_t> LostBlocks::firstOfBlock(SideFile& side, const ChunkC
   return found;
 }
 
-// Whether the chunks can be those of the columns from `column` on, counted in the set.
+// Whether the chunks can belong to the columns from `column` on, an index in the set.
 bool LostBlocks::fits(const std::vector<unsigned>& kinds, const SideFile& side,
                       std::size_t column) const {
   for (const unsigned kind : kinds) {
     const GelColumn& expected = m_file.column(side.firstColumn + column % side.columnCount);
-    // A chunk that decodes as nothing is damaged, or of the last block.
+    // A chunk that does not decode as any kind is damaged, or belongs to the last block.
     if (kind != 0 && (kind & bitOf(expected)) == 0) {
       return false;
     }
@@ -123,7 +123,7 @@ unsigned LostBlocks::kindsOf(Bytes chunk) {
   return kinds;
 }
 
-// A set without damage has the number of blocks; otherwise the header may have it.
+// A set without damage shows the number of blocks; otherwise the header may have it.
 void LostBlocks::countBlocks(const DescriptorGap& gap) {
   m_blockCount = gap.blockCount;
   bool isCounted = false;
@@ -149,79 +149,79 @@ void LostBlocks::listBlocks() {
     const std::size_t columns = m_sides[0].columnCount;
     for (const Run& run : m_runs[0]) {
       for (std::size_t i = 0; i < run.blockCount(columns); ++i) {
-        m_places.push_back({&run, run.first + i * columns});
+        m_firstChunks.push_back({&run, run.first + i * columns});
       }
     }
     return;
   }
   // Numbers that no set can reach are not tried: the header may claim any number of blocks.
-  std::uint64_t mostAtBegin = 0;
-  std::uint64_t mostAtEnd = 0;
+  std::uint64_t maxAtBegin = 0;
+  std::uint64_t maxAtEnd = 0;
   for (std::size_t i = 0; i < m_runs.size(); ++i) {
     if (!m_runs[i].empty()) {
       const std::size_t columns = m_sides[i].columnCount;
-      mostAtBegin = std::max(mostAtBegin, m_runs[i].front().blockCount(columns));
-      mostAtEnd = std::max(mostAtEnd, m_runs[i].back().blockCount(columns));
+      maxAtBegin = std::max(maxAtBegin, m_runs[i].front().blockCount(columns));
+      maxAtEnd = std::max(maxAtEnd, m_runs[i].back().blockCount(columns));
     }
   }
-  const std::uint64_t end = m_blockCount.value_or(mostAtBegin);
-  const std::uint64_t endOfBegin = std::min(end, mostAtBegin);
+  const std::uint64_t end = m_blockCount.value_or(maxAtBegin);
+  const std::uint64_t endOfBegin = std::min(end, maxAtBegin);
   listNumbers(0, endOfBegin);
-  listNumbers(std::max(endOfBegin, end - std::min(end, mostAtEnd)), end);
+  listNumbers(std::max(endOfBegin, end - std::min(end, maxAtEnd)), end);
 }
 
 void LostBlocks::listNumbers(std::uint64_t first, std::uint64_t end) {
   for (std::uint64_t number = first; number < end; ++number) {
-    std::vector<Place> places;
+    std::vector<FirstChunk> firstChunks;
     for (std::size_t i = 0; i < m_sides.size(); ++i) {
-      if (const auto place = find(i, number)) {
-        places.push_back(*place);
+      if (const auto found = find(i, number)) {
+        firstChunks.push_back(*found);
       }
     }
-    if (places.size() == m_sides.size()) {
-      m_places.insert(m_places.end(), places.begin(), places.end());
+    if (firstChunks.size() == m_sides.size()) {
+      m_firstChunks.insert(m_firstChunks.end(), firstChunks.begin(), firstChunks.end());
     } else {
       m_hasUnfinished |= !m_blockCount;
     }
   }
 }
 
-// The blocks of the first run are counted from the begin, those of the last one from the end.
-std::optional<LostBlocks::Place> LostBlocks::find(std::size_t side, std::uint64_t number) const {
+// The blocks of the first run are counted from its begin, those of the last run from its end.
+std::optional<LostBlocks::FirstChunk> LostBlocks::find(std::size_t side, std::uint64_t number) const {
   const Runs& runs = m_runs[side];
   const std::size_t columns = m_sides[side].columnCount;
   if (runs.empty()) {
     return std::nullopt;
   }
   if (number < runs.front().blockCount(columns)) {
-    return Place{&runs.front(), runs.front().first + number * columns};
+    return FirstChunk{&runs.front(), runs.front().first + number * columns};
   }
   const std::uint64_t inLast = runs.back().blockCount(columns);
   if (!m_blockCount || !runs.back().reachesEnd || number + inLast < *m_blockCount) {
     return std::nullopt;
   }
-  return Place{&runs.back(), runs.back().first + (number + inLast - *m_blockCount) * columns};
+  return FirstChunk{&runs.back(), runs.back().first + (number + inLast - *m_blockCount) * columns};
 }
 
 bool LostBlocks::next(Block& block) {
-  if (m_nextPlace == m_places.size()) {
+  if (m_nextFirstChunk == m_firstChunks.size()) {
     return false;
   }
   block.chunks.assign(m_file.columns().size(), {});
   for (std::size_t i = 0; i < m_sides.size(); ++i) {
-    add(block, i, m_places[m_nextPlace + i]);
+    add(block, i, m_firstChunks[m_nextFirstChunk + i]);
   }
-  m_nextPlace += m_sides.size();
-  block.isLast = m_isAtTableEnd && m_nextPlace == m_places.size();
+  m_nextFirstChunk += m_sides.size();
+  block.isLast = m_isAtTableEnd && m_nextFirstChunk == m_firstChunks.size();
   return true;
 }
 
-void LostBlocks::add(Block& block, std::size_t side, const Place& place) const {
+void LostBlocks::add(Block& block, std::size_t side, const FirstChunk& first) const {
   const SideFile& file = m_sides[side];
-  const ChunkChain& chain = place.run->chain;
+  const ChunkChain& chain = first.run->chain;
   for (std::size_t i = 0; i < file.columnCount; ++i) {
-    block.chunks[file.firstColumn + i] = {chain.begins[place.chunk + i],
-                                          chain.endOf(place.chunk + i)};
+    block.chunks[file.firstColumn + i] = {chain.begins[first.chunk + i],
+                                          chain.endOf(first.chunk + i)};
   }
 }
 

@@ -1,12 +1,12 @@
-// The blocks of a part of the table whose descriptors are lost, found again in the side files.
+// Finds blocks in the side files where their descriptors are lost.
 //
-// Inside a set's side file chunks come in the set's column order, block after block, so counting
-// chunks from a known position gives block and column. After damage the count starts anew: then the
-// kinds of the chunks must fit one column order only, or the chunks must reach a known end, from
-// where they are counted backwards. Blocks of several sets belong together by their numbers; where
-// a set's numbers are not known, its blocks are not used, for rows would be mixed up.
-// Used by table_recovery.cpp. Threads: one at a time.  Errors: blocks that are not found; never
-// throws but for a lack of memory.
+// A side file has the chunks of its set in column order, block after block, so counting chunks from
+// a known position yields block and column. After damage the count starts anew: the kinds of the
+// chunks must then fit a single column order, or the chunks must reach a known end, from which they
+// are counted backwards. Blocks of several sets belong together by their numbers; blocks without a
+// known number are not used, since rows would be mixed up.
+// Used by table_recovery.cpp.
+// Errors: blocks that are not found; throws only std::bad_alloc.
 #pragma once
 
 #include <memory>
@@ -29,17 +29,17 @@ struct SideFile {
   std::unique_ptr<ChunkFinder> finder;
 };
 
-// Where descriptors are missing.
+// A range of blocks without descriptors.
 struct DescriptorGap {
   struct Side {
     std::uint64_t begin = 0;  // of a chunk
-    bool isLastChunk = false;  // it is the last one of the block before
-    std::optional<std::uint64_t> end;  // where the next known block begins; else the file's end
+    bool isLastChunk = false;  // it is the last one of the previous block
+    std::optional<std::uint64_t> end;  // the begin of the next known block; else the end of the file
   };
 
   std::uint64_t blocksBefore = 0;         // with descriptors
   std::vector<Side> sides;                // one a side file
-  std::optional<std::uint64_t> blockCount;  // as the header has it
+  std::optional<std::uint64_t> blockCount;  // as the header says
 };
 
 class LostBlocks {
@@ -55,30 +55,30 @@ class LostBlocks {
 
   LostBlocks(const GelFile& file, std::vector<SideFile>& sides, const DescriptorGap& gap);
 
-  // The next block of which every set has all chunks.
+  // The next block with all chunks of every set.
   bool next(Block& block);
-  // How many there should be; nothing when that cannot be told.
+  // The number of lost blocks; nothing when it is unknown.
   std::optional<std::uint64_t> blockCount() const { return m_blockCount; }
-  // Chunks were passed over because their block could not be told, or were not found at all.
+  // Chunks were not found, or were skipped because their block is unknown.
   bool hasDamage() const { return m_hasDamage; }
-  // Some sets have more than the blocks that were found.
+  // Some sets have chunks after the blocks that were found.
   bool hasUnfinished() const { return m_hasUnfinished; }
 
  private:
-  // Blocks of a set that stand back to back.
+  // Contiguous blocks of a set.
   struct Run {
     ChunkChain chain;
-    std::size_t first = 0;       // the chunk with which a block begins
+    std::size_t first = 0;       // the first chunk of a block
     bool isCountedFromBegin = false;
-    bool reachesEnd = false;     // with its last block
+    bool reachesEnd = false;     // its last block ends where the gap does
 
     std::size_t blockCount(std::size_t columns) const {
       return chain.size() > first ? (chain.size() - first) / columns : 0;
     }
   };
   using Runs = std::vector<Run>;
-  // A block's first chunk.
-  struct Place {
+  // The first chunk of a block.
+  struct FirstChunk {
     const Run* run = nullptr;
     std::size_t chunk = 0;
   };
@@ -90,8 +90,8 @@ class LostBlocks {
   void countBlocks(const DescriptorGap& gap);
   void listBlocks();
   void listNumbers(std::uint64_t first, std::uint64_t end);
-  std::optional<Place> find(std::size_t side, std::uint64_t number) const;
-  void add(Block& block, std::size_t side, const Place& place) const;
+  std::optional<FirstChunk> find(std::size_t side, std::uint64_t number) const;
+  void add(Block& block, std::size_t side, const FirstChunk& first) const;
 
   const GelFile& m_file;
   std::vector<SideFile>& m_sides;
@@ -99,8 +99,8 @@ class LostBlocks {
   std::optional<std::uint64_t> m_blockCount;
   bool m_hasDamage = false;
   bool m_hasUnfinished = false;
-  std::vector<Place> m_places;  // block after block, one a side file
-  std::size_t m_nextPlace = 0;
+  std::vector<FirstChunk> m_firstChunks;  // block after block, one a side file
+  std::size_t m_nextFirstChunk = 0;
   bool m_isAtTableEnd = false;
   ChunkDecoder m_decoder;
   DecodedColumn m_scratch;

@@ -1,7 +1,6 @@
 // What comes next in a columnar file: a block of rows, rows that are lost, or the end.
 //
 // Made by reader/block_reader.cpp, judged by the reading action.
-// Threads: plain values, handed from the reading thread to the engine's.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +15,7 @@ struct ReadEvent {
   enum class Kind {
     block,      // `block` has rows
     corrupted,  // rows firstRow to lastRow cannot be read; what follows can
-    truncated,  // the file ends inside what belongs to the block at firstRow; nothing follows
+    truncated,  // the file ends inside the block at firstRow; nothing follows
     noMemory,   // for the block at firstRow; nothing follows
     end
   };
@@ -25,7 +24,7 @@ struct ReadEvent {
   std::uint64_t firstRow = 0;  // counted from 0
   std::uint64_t lastRow = 0;
   std::unique_ptr<DecodedBlock> block = nullptr;
-  // Why the rows are corrupted; at the end `incomplete` where a writer is still at work.
+  // Why the rows are corrupted. At the end: `incomplete` while the writer is still at work.
   ReadStatus cause = ReadStatus::ok;
 
   bool isLast() const {

@@ -1,6 +1,7 @@
 // The sort order of a table's rows, as its columns were stored.
 //
-// Used by the sources that give the rows of columnar files. Threads: any.
+// Used by the sources of rows of columnar files.
+// Threads: any.
 #pragma once
 
 #include <QVector>
@@ -10,7 +11,7 @@
 
 namespace kelvarin {
 
-// Of rows that have these columns.
+// The order of rows with these columns.
 QVector<SortInfos> storedOrder(const GelFile& file, const std::vector<std::size_t>& columns);
 
 }  // namespace kelvarin

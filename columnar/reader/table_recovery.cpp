@@ -9,7 +9,7 @@ namespace kelvarin {
 
 namespace {
 
-// What may be decoded to find the row count of the last block.
+// The limit of rows that are decoded to find the row count of the last block.
 constexpr std::uint64_t kRowsToTry = 200'000'000;
 
 }  // namespace
@@ -55,7 +55,7 @@ Status<std::string> TableRecovery::openSides() {
   return Done{};
 }
 
-// Where blocks are missing between those that have descriptors, and behind them.
+// Finds the ranges of blocks without descriptors, between the others and after them.
 void TableRecovery::findGaps() {
   BlockScan scan(m_file);
   std::vector<unsigned char> last;
@@ -76,7 +76,7 @@ void TableRecovery::findGaps() {
       ++described;
       rows += block.rowCount;
     } else if (!gap) {
-      gap = gapBehind(last.empty() ? nullptr : last.data());
+      gap = gapAfter(last.empty() ? nullptr : last.data());
       gap->blocksBefore = described;
     }
   }
@@ -90,19 +90,19 @@ void TableRecovery::findGaps() {
   }
 }
 
-// It begins with the last chunk of the block before, whose own bytes show where it ends.
-DescriptorGap TableRecovery::gapBehind(const unsigned char* descriptor) const {
+// The gap begins with the last chunk of the previous block, whose own bytes show where it ends.
+DescriptorGap TableRecovery::gapAfter(const unsigned char* descriptor) const {
   DescriptorGap gap;
   const DescriptorLayout& layout = m_file.descriptorLayout();
   for (const SideFile& side : m_sides) {
     DescriptorGap::Side begin;
     if (descriptor != nullptr) {
-      const BlockPlace place = layout.place(descriptor, side.set);
-      begin.begin = place.offset;
+      const BlockLocation location = layout.blockLocation(descriptor, side.set);
+      begin.begin = location.offset;
       begin.isLastChunk = true;
       for (std::size_t i = 0; i < side.columnCount; ++i) {
         const std::uint32_t position = layout.chunkPosition(descriptor, side.firstColumn + i);
-        begin.begin = (place.hasDifferences ? begin.begin : place.offset) + position;
+        begin.begin = (location.hasDeltas ? begin.begin : location.offset) + position;
       }
     }
     gap.sides.push_back(begin);
@@ -125,7 +125,7 @@ bool TableRecovery::isEmpty(const DescriptorGap& gap) {
 void TableRecovery::endGap(DescriptorGap gap, const unsigned char* following) {
   for (std::size_t i = 0; i < m_sides.size(); ++i) {
     if (following != nullptr) {
-      const std::uint64_t end = m_file.descriptorLayout().place(following, m_sides[i].set).offset;
+      const std::uint64_t end = m_file.descriptorLayout().blockLocation(following, m_sides[i].set).offset;
       gap.sides[i].end = std::max(end, gap.sides[i].begin);
     }
   }
@@ -151,7 +151,7 @@ ReadEvent TableRecovery::nextEvent(std::unique_ptr<DecodedBlock> spare) {
       } else if (auto decoded = decodeFound(block, std::move(spare))) {
         ++m_foundInGap;
         ++m_outcome.foundBlocks;
-        return give(std::move(decoded));
+        return eventOf(std::move(decoded));
       }
       continue;
     }
@@ -159,9 +159,9 @@ ReadEvent TableRecovery::nextEvent(std::unique_ptr<DecodedBlock> spare) {
     switch (m_scan.next(block)) {
       case BlockScan::Step::block:
         ++m_describedBlocks;
-        block.endsWithFile = false;  // whatever else stands at the end of a side file
+        block.endsWithFile = false;  // other bytes may follow it
         if (ReadEvent event = readDescribed(block, std::move(spare)); event.block) {
-          return give(std::move(event.block));
+          return eventOf(std::move(event.block));
         }
         break;
       case BlockScan::Step::corrupted:
@@ -188,7 +188,7 @@ ReadEvent TableRecovery::readDescribed(const BlockInfo& block,
   return event;
 }
 
-// False when there is none after the blocks so far.
+// False: there is no gap after the blocks so far.
 bool TableRecovery::enterGap() {
   if (m_nextGap == m_gaps.size() || m_gaps[m_nextGap].blocksBefore != m_describedBlocks) {
     return false;
@@ -253,7 +253,7 @@ bool TableRecovery::decode(const LostBlocks::Block& block, std::uint32_t rows,
   return true;
 }
 
-// The one count with which all columns decode; nothing when there are several.
+// The only count with which all columns decode; nothing when there are several.
 std::optional<std::uint32_t> TableRecovery::countRows(const LostBlocks::Block& block) {
   RowCounts counts{1, m_file.rowsInBlock()};
   for (const std::size_t column : m_columns) {
@@ -264,7 +264,7 @@ std::optional<std::uint32_t> TableRecovery::countRows(const LostBlocks::Block& b
   DecodedBlock trial;
   trial.setColumns(m_types);
   std::uint64_t rowsLeft = kRowsToTry;
-  for (std::uint64_t rows = counts.fewest; rows <= counts.most; ++rows) {
+  for (std::uint64_t rows = counts.min; rows <= counts.max; ++rows) {
     const std::uint64_t cost = (rows + 1) * m_columns.size();
     if (cost > rowsLeft) {
       return std::nullopt;
@@ -286,7 +286,7 @@ Bytes TableRecovery::chunkOf(const LostBlocks::Block& block, std::size_t column)
   return m_sides[m_sideOfColumn[column]].finder->bytes(chunk.begin, chunk.end);
 }
 
-ReadEvent TableRecovery::give(std::unique_ptr<DecodedBlock> block) {
+ReadEvent TableRecovery::eventOf(std::unique_ptr<DecodedBlock> block) {
   const std::uint64_t rows = block->rowCount();
   const std::uint64_t first = m_outcome.rows;
   m_outcome.rows += rows;
@@ -294,7 +294,7 @@ ReadEvent TableRecovery::give(std::unique_ptr<DecodedBlock> block) {
   return {ReadEvent::Kind::block, first, first + rows - 1, std::move(block)};
 }
 
-// The header of a finished file knows how many rows there were.
+// The header of a finished file has the number of all rows.
 ReadEvent TableRecovery::finish() {
   m_isEnded = true;
   if (m_file.isComplete()) {

@@ -1,10 +1,10 @@
-// Reads what is left of a table whose block descriptors are missing or damaged, from the head of
-// its main file and its side files.
+// Reads the rows of a table whose block descriptors are missing or damaged, from the head of its
+// main file and its side files.
 //
-// Blocks with sound descriptors are read as always. For all others the chunks are found in the side
-// files (lost_blocks.h). A block is given only when all its columns are whole.
-// Used by `kelvarin gel recover`. Threads: one at a time.  Errors: the outcome; never logs, never
-// throws but for a lack of memory, which is an event.
+// Blocks with sound descriptors are read as usual. The chunks of all others are found in the side
+// files (lost_blocks.h). A block is returned only when all its columns are whole.
+// Used by `kelvarin gel recover`.
+// Errors: the outcome; a lack of memory is an event; never logs, never throws.
 #pragma once
 
 #include "columnar/reader/block_reader.h"
@@ -13,9 +13,9 @@
 namespace kelvarin {
 
 struct RecoveryOutcome {
-  std::uint64_t blocks = 0;  // that were given
+  std::uint64_t blocks = 0;  // returned
   std::uint64_t rows = 0;
-  std::uint64_t foundBlocks = 0;  // of them, those without a descriptor
+  std::uint64_t foundBlocks = 0;  // returned blocks without a descriptor
   std::uint64_t lostBlocks = 0;   // as far as they can be counted
   std::uint64_t lostRows = 0;     // in them
   bool hasUncountedLoss = false;  // damage of an unknown number of blocks
@@ -29,9 +29,9 @@ class TableRecovery {
   // The error is the path of a side file that cannot be opened. `file` outlives the recovery.
   static Result<std::unique_ptr<TableRecovery>, std::string> open(const GelFile& file);
 
-  // A block, the end, or a lack of memory. Rows are counted as they are given.
+  // A block, the end, or a lack of memory. Row numbers count the returned rows.
   ReadEvent next(std::unique_ptr<DecodedBlock> spare);
-  // Final when the last event has been given.
+  // Final after the last event.
   const RecoveryOutcome& outcome() const { return m_outcome; }
 
  private:
@@ -39,7 +39,7 @@ class TableRecovery {
 
   Status<std::string> openSides();
   void findGaps();
-  DescriptorGap gapBehind(const unsigned char* descriptor) const;
+  DescriptorGap gapAfter(const unsigned char* descriptor) const;
   bool isEmpty(const DescriptorGap& gap);
   void endGap(DescriptorGap gap, const unsigned char* following);
   ReadEvent nextEvent(std::unique_ptr<DecodedBlock> spare);
@@ -51,7 +51,7 @@ class TableRecovery {
   bool decode(const LostBlocks::Block& block, std::uint32_t rows, DecodedBlock& decoded);
   std::optional<std::uint32_t> countRows(const LostBlocks::Block& block);
   Bytes chunkOf(const LostBlocks::Block& block, std::size_t column);
-  ReadEvent give(std::unique_ptr<DecodedBlock> block);
+  ReadEvent eventOf(std::unique_ptr<DecodedBlock> block);
   ReadEvent finish();
 
   const GelFile& m_file;

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "columnar/reader/chunk_reader.h"
-#include "columnar/reader/stored_summary.h"
+#include "columnar/reader/stored_statistics.h"
 
 namespace kelvarin {
 
@@ -42,12 +42,12 @@ class Verifier {
   }
 
  private:
-  // One set's columns at a time, so that a missing side file spoils no other set.
+  // One reader a set, so that a missing side file does not affect other sets.
   struct Reader {
     std::unique_ptr<ChunkReader> chunks;
     std::vector<std::size_t> columns;
     std::string path;
-    bool isCut = false;  // what follows has been reported with the first chunk that is missing
+    bool isCut = false;  // reported already, with the first missing chunk
   };
 
   void openReaders() {
@@ -71,8 +71,8 @@ class Verifier {
   void checkBlock(const BlockInfo& block) {
     for (Reader& reader : m_readers) {
       reader.chunks->load(block);
-      for (std::size_t place = 0; place < reader.columns.size(); ++place) {
-        checkChunk(reader, place, block);
+      for (std::size_t index = 0; index < reader.columns.size(); ++index) {
+        checkChunk(reader, index, block);
       }
     }
     m_result.blocks = block.index + 1;
@@ -82,16 +82,16 @@ class Verifier {
     }
   }
 
-  void checkChunk(Reader& reader, std::size_t place, const BlockInfo& block) {
-    const std::size_t column = reader.columns[place];
-    const ReadStatus status = reader.chunks->decode(place, m_column);
+  void checkChunk(Reader& reader, std::size_t index, const BlockInfo& block) {
+    const std::size_t column = reader.columns[index];
+    const ReadStatus status = reader.chunks->decode(index, m_column);
     GelDamage damage{.file = reader.path,
-                     .offset = reader.chunks->chunkOffset(place),
+                     .offset = reader.chunks->chunkOffset(index),
                      .block = block.index,
                      .firstRow = block.firstRow,
                      .lastRow = block.lastRow(),
                      .column = m_file.column(column).name,
-                     .layout = reader.chunks->unknownLayout(),
+                     .encoding = reader.chunks->unknownEncoding(),
                      .cause = status};
     if (status == ReadStatus::truncated) {
       damage.kind = GelDamage::Kind::sideFileCut;
@@ -102,13 +102,13 @@ class Verifier {
       return;
     }
     if (status != ReadStatus::ok) {
-      damage.kind = damage.layout < 0 ? GelDamage::Kind::chunk : GelDamage::Kind::unknownLayout;
+      damage.kind = damage.encoding < 0 ? GelDamage::Kind::chunk : GelDamage::Kind::unknownEncoding;
       report(damage);
       return;
     }
     ++m_result.chunks;
-    if (!hasItsSummary(m_file, block, column, m_column)) {
-      damage.kind = GelDamage::Kind::summary;
+    if (!matchesStatistics(m_file, block, column, m_column)) {
+      damage.kind = GelDamage::Kind::statistics;
       report(damage);
     }
   }

@@ -1,7 +1,7 @@
-// Checks a whole columnar file: every record, every chunk, and every summary against the values.
+// Checks a whole columnar file: every record, every chunk, and all statistics against the values.
 //
-// Used by `kelvarin gel verify`. Threads: one.  Errors: damages; never logs, never throws but for a
-// lack of memory.
+// Used by `kelvarin gel verify`.
+// Errors: damages; never logs, throws only std::bad_alloc.
 #pragma once
 
 #include <cstdint>
@@ -18,20 +18,20 @@ struct GelDamage {
     mainFileCut,    // the main file ends too early
     rowCount,       // the header's row count is not that of the blocks
     chunk,          // a chunk cannot be used, see `cause`
-    unknownLayout,  // a chunk has a layout that this version does not know
+    unknownEncoding,  // a chunk has an encoding that this version does not know
     sideFileCut,    // a side file ends inside a chunk
-    summary,        // a chunk's values are not those that its block's descriptor tells
+    statistics,     // a chunk's values do not have the statistics in the descriptor
     sideFileMissing
   };
 
   Kind kind = Kind::chunk;
-  std::string file;            // that has the damage
-  std::uint64_t offset = 0;    // in there
+  std::string file;            // the damaged file
+  std::uint64_t offset = 0;    // in that file
   std::uint64_t block = 0;     // counted from 0
-  std::uint64_t firstRow = 0;  // that is lost
+  std::uint64_t firstRow = 0;  // of the lost rows
   std::uint64_t lastRow = 0;
-  std::string column;  // empty when all are concerned
-  int layout = -1;     // for unknownLayout
+  std::string column;  // empty: all columns
+  int encoding = -1;   // for unknownEncoding
   ReadStatus cause = ReadStatus::ok;  // for records and chunks: checksum, content, limits
 };
 
@@ -42,8 +42,8 @@ struct GelVerification {
   std::uint64_t damages = 0;
 };
 
-// Goes on after damage as far as it can. `report` is called for each one, `progress`, when there is
-// one, after each block with the rows so far.
+// Continues after damage as far as possible. `report` is called for each damage; `progress`, where
+// given, after each block with the number of rows so far.
 GelVerification verifyGelFile(const GelFile& file,
                               const std::function<void(const GelDamage&)>& report,
                               const std::function<void(std::uint64_t rows)>& progress = {});

@@ -1,18 +1,18 @@
-// The values of one column set's block while it is filled, column by column.
+// The buffer in which one column set's block is filled, column by column.
 //
-// Threads: one at a time, as BlockHandOver says.
+// Threads: the filling thread or the worker, whoever has it from a queue of ColumnSetWorker.
 #pragma once
 
 #include <cstdint>
 #include <memory>
 #include <vector>
 
-#include "columnar/codecs/text_layout.h"
+#include "columnar/codecs/text_encoding.h"
 #include "columnar/format/metadata_block.h"
 
 namespace kelvarin {
 
-// One column; what its type does not need stays empty.
+// The values of one column; members that its type does not need stay empty.
 struct ColumnValues {
   std::unique_ptr<std::uint32_t[]> keys;  // of texts the lengths
   std::unique_ptr<std::uint64_t[]> numbers;

@@ -4,13 +4,13 @@
 #include <exception>
 #include <new>
 
-#include "columnar/writer/block_summary.h"
+#include "columnar/writer/block_statistics.h"
 
 namespace kelvarin {
 
 namespace {
 
-// What the chunks' memory grows by beyond the need.
+// The spare capacity of the buffer of chunks.
 constexpr std::size_t kChunkReserve = 1 << 20;
 
 }  // namespace
@@ -23,22 +23,41 @@ ColumnSetWorker::ColumnSetWorker(const WorkerSurroundings& surroundings, std::si
       m_firstColumn(firstColumn),
       m_columnSet(surroundings.layout.metadata.columns[firstColumn].columnSet),
       m_sideFile(std::move(ask)),
-      m_knownTexts(columnCount),
+      m_stringPools(columnCount),
       m_chunks(kChunkReserve),
       m_positions(columnCount),
       m_largestChunks(columnCount),
       m_largestValues(columnCount) {
   const MetadataBlock& metadata = surroundings.layout.metadata;
-  for (BlockValues& values : m_values) {
+  for (BlockValues& values : m_buffers) {
     for (std::size_t i = 0; i < columnCount; ++i) {
       values.columns.emplace_back(metadata.columns[firstColumn + i].type, metadata.rowsInBlock);
     }
   }
+  (void)m_free.push(&m_buffers[1]);
 }
 
 ColumnSetWorker::~ColumnSetWorker() {
-  m_handOver.stop();
+  stop();
   join();
+}
+
+void ColumnSetWorker::submitBlock(std::uint32_t rows) {
+  m_filling->rows = rows;
+  (void)m_filled.push(m_filling);
+}
+
+bool ColumnSetWorker::awaitBuffer() {
+  const auto buffer = m_free.pop();
+  if (buffer) {
+    m_filling = *buffer;
+  }
+  return buffer.has_value();
+}
+
+void ColumnSetWorker::stop() {
+  m_filled.stop();
+  m_free.stop();
 }
 
 Status<QString> ColumnSetWorker::open(const QString& sideFile) {
@@ -60,41 +79,44 @@ void ColumnSetWorker::run() {
   try {
     isStored = storeBlocks();
   } catch (const std::bad_alloc&) {
-    m_surroundings.failure.tell({.kind = WriteFailure::Kind::tooLarge, .file = {}, .reason = {}});
+    m_surroundings.failure.report({.kind = WriteFailure::Kind::tooLarge, .file = {}, .reason = {}});
   } catch (const std::exception& exception) {
-    m_surroundings.failure.tell({.kind = WriteFailure::Kind::cannotWrite,
+    m_surroundings.failure.report({.kind = WriteFailure::Kind::cannotWrite,
                                  .file = m_sideFile.path(),
                                  .reason = QString::fromLocal8Bit(exception.what())});
   }
   if (!isStored) {
-    m_handOver.stop();
+    stop();
     m_surroundings.descriptors.stop();
   }
 }
 
-// False when a block could not be stored.
+// False: a block could not be stored.
 bool ColumnSetWorker::storeBlocks() {
-  while (const auto block = m_handOver.awaitFilled()) {
-    if (!storeBlock(*block)) {
+  for (std::uint64_t block = 0;; ++block) {
+    const auto values = m_filled.pop();
+    if (!values) {
+      return true;
+    }
+    if (!storeBlock(block, **values)) {
       return false;
     }
-    m_handOver.release();
+    (void)m_free.push(*values);
   }
-  return true;
 }
 
-bool ColumnSetWorker::storeBlock(std::uint64_t block) {
-  unsigned char* descriptor = m_surroundings.descriptors.awaitRoom(block);
+bool ColumnSetWorker::storeBlock(std::uint64_t block, const BlockValues& values) {
+  unsigned char* descriptor = m_surroundings.descriptors.awaitDescriptor(block);
   if (descriptor == nullptr) {
     return false;
   }
   {
     const ThreadPermits::Permit permit(m_surroundings.permits);
-    encode(values(block), descriptor);
+    encode(values, descriptor);
   }
   const auto status = m_sideFile.append(m_chunks.bytes());
   if (!status) {
-    m_surroundings.failure.tell({.kind = WriteFailure::Kind::cannotWrite,
+    m_surroundings.failure.report({.kind = WriteFailure::Kind::cannotWrite,
                                  .file = m_sideFile.path(),
                                  .reason = status.error()});
     return false;
@@ -113,7 +135,7 @@ void ColumnSetWorker::encode(const BlockValues& values, unsigned char* descripto
   }
   const DescriptorLayout& layout = m_surroundings.layout.descriptors;
   layout.setChunks(descriptor, m_columnSet, m_sideFile.size(), m_firstColumn, m_positions);
-  // The same for all sets, so one of them is enough.
+  // The row count is the same for all sets, so the first one writes it.
   if (m_index == 0) {
     DescriptorLayout::setRowCount(descriptor, values.rows);
   }
@@ -129,13 +151,13 @@ std::size_t ColumnSetWorker::encodeColumn(std::size_t index, const BlockValues& 
   switch (about.type) {
     case GelType::key: {
       const std::span<const std::uint32_t> keys(stored.keys.get(), values.rows);
-      layout.writeSummary(descriptor, column, summaryOf(keys));
+      layout.writeStatistics(descriptor, column, statisticsOf(keys));
       m_largestValues[index] = rowsInBlock * static_cast<std::uint32_t>(sizeof(std::uint32_t));
       return m_encoder.appendKeys(keys, about.storage, m_chunks);
     }
     case GelType::number: {
       const std::span<const std::uint64_t> numbers(stored.numbers.get(), values.rows);
-      layout.writeSummary(descriptor, column, summaryOf(numbers));
+      layout.writeStatistics(descriptor, column, statisticsOf(numbers));
       m_largestValues[index] = rowsInBlock * static_cast<std::uint32_t>(sizeof(double));
       return m_encoder.appendNumbers(numbers, m_chunks);
     }
@@ -145,10 +167,10 @@ std::size_t ColumnSetWorker::encodeColumn(std::size_t index, const BlockValues& 
   const TextValues texts{{stored.keys.get(), values.rows}, stored.bytes.bytes()};
   m_largestValues[index] =
       std::max(m_largestValues[index], static_cast<std::uint32_t>(texts.rawSize()));
-  const std::size_t size = m_encoder.appendTexts(texts, m_knownTexts[index], m_chunks);
+  const std::size_t size = m_encoder.appendTexts(texts, m_stringPools[index], m_chunks);
   const auto different = m_encoder.differentTexts();
-  layout.writeSummary(descriptor, column,
-                      different.empty() ? summaryOf(texts) : summaryOf(different));
+  layout.writeStatistics(descriptor, column,
+                      different.empty() ? statisticsOf(texts) : statisticsOf(different));
   return size;
 }
 

@@ -1,21 +1,22 @@
-// One column set of a file that is written: its side file, the blocks that are filled and stored,
-// and the thread that stores them.
+// Encodes and stores the blocks of one column set on a thread of its own.
 //
-// A block is encoded chunk by chunk, its slice of the descriptor is written, and then the chunks
-// are appended to the side file. Made by ColumnarHDWriter. Layout: docs/gel-format.md, "Side
-// files". Threads: one thread of its own between start() and join(); the values of a block belong
-// to the filling thread until it is handed over. Errors: told to the FirstFailure; all waiting of
-// this set and of the descriptors then ends.
+// Each block is encoded chunk by chunk, its slice of the descriptor is written, and the chunks are
+// appended to the side file. Two buffers circulate through two queues: the filling thread fills one
+// while the worker stores the other. Made by ColumnarHDWriter.
+// Layout: docs/gel-format.md, "Blocks of rows".
+// Threads: the worker's own between start() and join(); all public operations on the filling
+// thread.
+// Errors: reported to the FirstFailure; all waits of this set and of the descriptors then end.
 #pragma once
 
 #include <array>
 #include <thread>
 #include <vector>
 
+#include "base/bounded_queue.h"
 #include "columnar/codecs/chunk_codec.h"
-#include "columnar/writer/block_hand_over.h"
 #include "columnar/writer/block_values.h"
-#include "columnar/writer/descriptor_exchange.h"
+#include "columnar/writer/descriptor_double_buffer.h"
 #include "columnar/writer/growing_file.h"
 #include "columnar/writer/table_layout.h"
 #include "columnar/writer/thread_permits.h"
@@ -25,7 +26,7 @@ namespace kelvarin {
 // What the workers of a file share.
 struct WorkerSurroundings {
   const TableLayout& layout;
-  DescriptorExchange& descriptors;
+  DescriptorDoubleBuffer& descriptors;
   ThreadPermits& permits;
   FirstFailure& failure;
 };
@@ -42,16 +43,26 @@ class ColumnSetWorker {
 
   Status<QString> open(const QString& sideFile);
   void start();
-  // After BlockHandOver::finish() or stop().
+  // After finish() or stop().
   void join();
 
-  BlockHandOver& handOver() { return m_handOver; }
-  BlockValues& values(std::uint64_t block) { return m_values[block % BlockHandOver::kBuffers]; }
+  // The buffer to fill.
+  BlockValues& values() { return *m_filling; }
+  // The buffer is full and goes to the worker; awaitBuffer() must follow.
+  void submitBlock(std::uint32_t rows);
+  // Waits until a buffer is free, and with it until all blocks but the last submitted one are
+  // stored. False: stopped.
+  [[nodiscard]] bool awaitBuffer();
+  // No more blocks follow.
+  void finish() { m_filled.finish(); }
+  // Ends every wait, now and later. On any thread.
+  void stop();
+
   std::size_t firstColumn() const { return m_firstColumn; }
   int columnSet() const { return m_columnSet; }
   GrowingFile& sideFile() { return m_sideFile; }
 
-  // Where a block ends in the side file. One of the last few that were released.
+  // The end of a stored block in the side file; one of the last few.
   std::uint64_t endOfBlock(std::uint64_t block) const { return m_blockEnds[block % kKeptEnds]; }
 
   // After join(): the largest chunk of each column, and the largest values before compression.
@@ -59,11 +70,12 @@ class ColumnSetWorker {
   const std::vector<std::uint32_t>& largestValues() const { return m_largestValues; }
 
  private:
+  static constexpr std::size_t kBuffers = 2;
   static constexpr std::size_t kKeptEnds = 4;
 
   void run();
   [[nodiscard]] bool storeBlocks();
-  [[nodiscard]] bool storeBlock(std::uint64_t block);
+  [[nodiscard]] bool storeBlock(std::uint64_t block, const BlockValues& values);
   void encode(const BlockValues& values, unsigned char* descriptor);
   std::size_t encodeColumn(std::size_t index, const BlockValues& values, unsigned char* descriptor);
 
@@ -72,17 +84,19 @@ class ColumnSetWorker {
   const std::size_t m_firstColumn;
   const int m_columnSet;
   GrowingFile m_sideFile;
-  BlockHandOver m_handOver;
-  std::array<BlockValues, BlockHandOver::kBuffers> m_values;
+  std::array<BlockValues, kBuffers> m_buffers;
+  BlockValues* m_filling = m_buffers.data();      // the filling thread's
+  BoundedQueue<BlockValues*> m_filled{kBuffers};  // to the worker
+  BoundedQueue<BlockValues*> m_free{kBuffers};    // back to the filling thread
 
   // The worker's thread only, until it is joined.
   ChunkEncoder m_encoder;
-  std::vector<KnownTexts> m_knownTexts;  // one a column; of other types nothing
+  std::vector<StringPool> m_stringPools;  // one a column, used by text columns
   ByteBuffer m_chunks;
   std::vector<std::uint64_t> m_positions;  // of the chunks in m_chunks
   std::vector<std::uint32_t> m_largestChunks;
   std::vector<std::uint32_t> m_largestValues;
-  std::array<std::uint64_t, kKeptEnds> m_blockEnds{};  // an entry is read after its block's release
+  std::array<std::uint64_t, kKeptEnds> m_blockEnds{};  // an entry is read after awaitBuffer()
 
   std::thread m_thread;
 };

@@ -41,7 +41,7 @@ struct ColumnarHDWriter::Head {
         permits(threads) {}
 
   TableLayout layout;
-  DescriptorExchange descriptors;
+  DescriptorDoubleBuffer descriptors;
   ThreadPermits permits;
   std::vector<std::unique_ptr<ColumnSetWorker>> workers;  // one a set that has columns
 };
@@ -163,11 +163,11 @@ void ColumnarHDWriter::startPreview(const OneRow& row) {
   m_preview->start(columns);
 }
 
-// Rows go into the next block's buffers from now on.
+// The next rows go into the workers' current buffers.
 void ColumnarHDWriter::targetBlock() {
   m_appender.start();
   for (const auto& worker : m_head->workers) {
-    BlockValues& values = worker->values(m_blocks);
+    BlockValues& values = worker->values();
     for (std::size_t i = 0; i < values.columns.size(); ++i) {
       m_appender.addTarget(m_head->layout.metadata.columns[worker->firstColumn() + i],
                            values.columns[i]);
@@ -196,21 +196,20 @@ bool ColumnarHDWriter::writeToHD(const ColumnsInHand& rows, std::size_t count) {
     }
     begin += part;
     m_rowCount += static_cast<long long>(part);
-    if (m_appender.rows() == m_rowsInBlock && !handOverBlock()) {
+    if (m_appender.rows() == m_rowsInBlock && !submitBlock()) {
       return false;
     }
   }
   return true;
 }
 
-bool ColumnarHDWriter::handOverBlock() {
+bool ColumnarHDWriter::submitBlock() {
   for (const auto& worker : m_head->workers) {
-    worker->values(m_blocks).rows = m_appender.rows();
-    worker->handOver().handOver();
+    worker->submitBlock(m_appender.rows());
   }
   ++m_blocks;
   for (const auto& worker : m_head->workers) {
-    if (!worker->handOver().awaitFree()) {
+    if (!worker->awaitBuffer()) {
       return false;
     }
   }
@@ -228,9 +227,7 @@ std::uint64_t ColumnarHDWriter::sizeBeforeLastBlock() {
   }
   const std::uint64_t blocks = m_blocks - 1;
   for (const auto& worker : m_head->workers) {
-    if (worker->handOver().awaitReleased(blocks)) {
-      size += worker->endOfBlock(blocks - 1);
-    }
+    size += worker->endOfBlock(blocks - 1);
   }
   return size + blocks * m_head->layout.descriptors.width();
 }
@@ -262,7 +259,7 @@ void ColumnarHDWriter::finish(bool isNormalEnd) {
     return;
   }
   if (m_appender.rows() > 0 && !m_failure.isSet()) {
-    (void)handOverBlock();
+    (void)submitBlock();
   }
   finishThreads();
   if (!m_failure.isSet()) {
@@ -272,7 +269,7 @@ void ColumnarHDWriter::finish(bool isNormalEnd) {
 
 void ColumnarHDWriter::finishThreads() {
   for (const auto& worker : m_head->workers) {
-    worker->handOver().finish();
+    worker->finish();
   }
   for (const auto& worker : m_head->workers) {
     worker->join();
@@ -283,11 +280,11 @@ void ColumnarHDWriter::finishThreads() {
   }
 }
 
-// Something has failed: nothing waits any more.
+// Ends all waits after a failure.
 void ColumnarHDWriter::stopThreads() {
   m_head->descriptors.stop();
   for (const auto& worker : m_head->workers) {
-    worker->handOver().stop();
+    worker->stop();
   }
 }
 
@@ -299,7 +296,7 @@ void ColumnarHDWriter::abandonHead() {
   }
 }
 
-// A table that cannot be laid out leaves nothing.
+// A table that cannot be laid out leaves no files.
 void ColumnarHDWriter::discardFiles() {
   if (m_head != nullptr) {
     stopThreads();
@@ -334,7 +331,7 @@ bool ColumnarHDWriter::finishFile(bool isComplete) {
   if (!isComplete) {
     return true;
   }
-  // One byte, and the last: a file is never complete and wrong.
+  // The last write is one byte, so a file is never complete and wrong.
   constexpr unsigned char kIsComplete = 1;
   status = m_file.writeAt(kCompleteFlagOffset, bytesOf(kIsComplete));
   return status ? syncMainFile() : failToWrite(m_file, status.error());
@@ -370,7 +367,7 @@ void ColumnarHDWriter::writeMeta() {
   }
 }
 
-// False when a record could not be written.
+// False: a record could not be written.
 bool ColumnarHDWriter::writeRecords() {
   while (const auto descriptors = m_head->descriptors.awaitRecord()) {
     if (!writeRecord(*descriptors)) {
@@ -383,7 +380,7 @@ bool ColumnarHDWriter::writeRecords() {
 
 bool ColumnarHDWriter::writeRecord(Bytes descriptors) {
   encodeDescriptorRecord(descriptors, m_record);
-  // A record tells of nothing that is not on the disk. The last one is synchronized at the end.
+  // A record describes only what is on the disk. The last one is synchronized at the end.
   const bool isFull = descriptors.size() == m_head->layout.descriptorBlockSize();
   if (isFull && !syncSideFiles()) {
     return false;
@@ -409,7 +406,7 @@ bool ColumnarHDWriter::writeRecord(Bytes descriptors) {
 }
 
 bool ColumnarHDWriter::fail(WriteFailure::Kind kind, const QString& file, const QString& reason) {
-  m_failure.tell({.kind = kind, .file = file, .reason = reason});
+  m_failure.report({.kind = kind, .file = file, .reason = reason});
   return false;
 }
 
@@ -417,7 +414,7 @@ bool ColumnarHDWriter::failToWrite(const GrowingFile& file, const QString& reaso
   return fail(WriteFailure::Kind::cannotWrite, file.path(), reason);
 }
 
-// Back to the closed state; what has failed is remembered until the next openHD().
+// Returns to the closed state; the failure is kept until the next openHD().
 void ColumnarHDWriter::reset() {
   abandonHead();
   m_file.close();

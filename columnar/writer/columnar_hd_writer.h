@@ -1,13 +1,14 @@
-// Turns rows into one columnar file: a main file and a side file for each column set.
+// Writes rows into one columnar file: a main file and a side file for each column set.
 //
 // The caller's thread only copies values into blocks; a thread for each column set encodes and
-// stores them, and one more writes descriptor records. The same rows give the same bytes, whatever
-// the number of threads. Until closeHD() has synchronized everything, the file says that it is
-// incomplete. Layout: docs/gel-format.md.
+// stores them, and one more writes descriptor records. The same rows yield the same bytes, whatever
+// the number of threads. Until closeHD() has synchronized everything, the file is marked
+// incomplete.
 //
 // Calls: constructor, setPoDP() (optional), openHD(), writeToHD() for each row, closeHD(),
 // destructor, which leaves a file that was never closed incomplete.
-// Threads: one at a time.  Errors: false, and failure() says why; nothing logs.
+// Layout: docs/gel-format.md.
+// Errors: false, and failure() says why; nothing logs.
 #pragma once
 
 #include <atomic>
@@ -28,7 +29,7 @@ namespace kelvarin {
 
 class ColumnarHDWriter {
  public:
-  // The routine is asked when the disk is full; without one nothing is tried again.
+  // `ask` is called when the disk is full; without it, a full disk is a failure.
   explicit ColumnarHDWriter(AskAboutFullDisk ask = {});
   ~ColumnarHDWriter();
   ColumnarHDWriter(const ColumnarHDWriter&) = delete;
@@ -40,10 +41,10 @@ class ColumnarHDWriter {
   [[nodiscard]] bool openHD(const QString& fileName, int rowsInBlock,
                             const QHash<QString, int>& columnSets,
                             const GlobalParameters* parameters, int threadCount);
-  // Writes the head of the file and starts the threads. The first row does it if nobody has. Where
-  // it fails, the files that were opened are removed.
+  // Writes the head of the file and starts the threads. The first row does it unless it has been
+  // done. When it fails, the opened files are removed.
   [[nodiscard]] bool layOut(const OneRow* row);
-  // False from the first failure of any thread that has come to notice.
+  // False after the first failure that any thread has reported.
   [[nodiscard]] bool writeToHD(const OneRow* row) {
     if (m_head == nullptr && !layOut(row)) [[unlikely]] {
       return false;
@@ -52,16 +53,15 @@ class ColumnarHDWriter {
       return fail(WriteFailure::Kind::tooLarge);
     }
     ++m_rowCount;
-    return m_appender.rows() < m_rowsInBlock || handOverBlock();
+    return m_appender.rows() < m_rowsInBlock || submitBlock();
   }
-  // The same of `count` rows that were taken together. The first row of a file comes by itself.
+  // The same for `count` rows of a batch. The first row of a file comes by itself.
   [[nodiscard]] bool writeToHD(const ColumnsInHand& rows, std::size_t count);
-  // Finishes the file; it is complete when the run has ended normally or still goes on, and nothing
-  // has failed. A file without layOut() stays empty. True when all that was asked for is on the
-  // disk.
+  // Finishes the file, which becomes complete when the run has ended normally or still goes on, and
+  // nothing has failed. A file without layOut() stays empty. True: all data is on the disk.
   bool closeHD(GlobalParameters::RunningState state);
 
-  // Gives the file up as it is; it stays incomplete.
+  // Abandons the file as it is; it stays incomplete.
   void reset();
 
   bool isOpen() const { return m_file.isOpen(); }
@@ -69,16 +69,16 @@ class ColumnarHDWriter {
   // A descriptor that keeps the main file's lock beyond closeHD(); the caller closes it.
   int keepLock() const { return m_file.duplicateDescriptor(); }
   long long rowCount() const { return m_rowCount; }
-  // A block has just been filled, or none begun.
+  // The next row is the first one of a block.
   bool isAtBlockBegin() const { return m_appender.rows() == 0; }
   WriteFailure failure() const { return m_failure.get(); }
-  // Where the next descriptor record's uncompressed bytes would begin, were none compressed.
+  // The offset of the next descriptor record, counted as if none were compressed.
   std::uint64_t currentOffset() const { return m_previewOffset; }
   // A viewer's list of the blocks so far.
   void setPoDP(PinOutDataPreview* preview) { m_preview = preview; }
 
-  // At a block's begin: the size of the head, the chunks and the uncompressed descriptors of all
-  // blocks but the last. It waits for those, so it does not depend on how fast the threads are.
+  // Where isAtBlockBegin(): the size of the head, and of the chunks and uncompressed descriptors of
+  // all blocks but the last. These are stored, so the size does not depend on the speed of threads.
   std::uint64_t sizeBeforeLastBlock();
 
  private:
@@ -94,7 +94,7 @@ class ColumnarHDWriter {
   void startPreview(const OneRow& row);
   void targetBlock();
   [[nodiscard]] bool append(const OneRow& row);
-  [[nodiscard]] bool handOverBlock();
+  [[nodiscard]] bool submitBlock();
   void finish(bool isNormalEnd);
   void finishThreads();
   void stopThreads();
@@ -116,7 +116,7 @@ class ColumnarHDWriter {
   int m_threadCount = 1;
   int m_memoryBudget = 0;
   long long m_rowCount = 0;
-  std::uint64_t m_blocks = 0;  // handed over
+  std::uint64_t m_blocks = 0;  // submitted to the workers
   RowAppender m_appender;
   FirstFailure m_failure;
   PinOutDataPreview* m_preview = nullptr;

@@ -1,7 +1,7 @@
-// The bytes at the beginning of a main file, as they are while it is written and when it is
-// finished.
+// The first bytes of a main file, while it is written and when it is finished.
 //
-// Used by ColumnarHDWriter. Layout: docs/gel-format.md, "Header". Threads: any.
+// Used by ColumnarHDWriter.
+// Layout: docs/gel-format.md, "Header".
 #pragma once
 
 #include <span>
@@ -14,14 +14,14 @@ namespace kelvarin {
 // Header, empty slot table and metadata block.
 std::vector<unsigned char> provisionalHead(const TableLayout& layout);
 
-// What is known at the end.
+// The numbers that are known at the end.
 struct FileTotals {
   std::uint64_t rowCount = 0;
   std::uint32_t largestRecord = 0;           // with its head
   std::uint32_t largestDescriptorBlock = 0;  // uncompressed
 };
 
-// The sizes that a column set has for its columns in the slot table.
+// The sizes of a column set's columns for the slot table.
 struct SetSlots {
   std::span<const std::uint32_t> largestChunks;
   std::span<const std::uint32_t> largestValues;

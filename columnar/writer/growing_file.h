@@ -28,8 +28,8 @@ class GrowingFile {
   // Takes the writer's lock, as long as the file is open, and then cuts what is there to nothing. A
   // link is not followed.
   Status<QString> openLocked(const QString& path);
-  // In place of a file or link of that name, unless another process is writing it; what a link leads
-  // to stays as it is. Locked in the same way.
+  // In place of a file or link of that name, unless another process is writing it; what a link
+  // leads to stays as it is. Locked in the same way.
   Status<QString> openNew(const QString& path);
   // Another descriptor that keeps the lock when this file is closed; -1 when there is none.
   int duplicateDescriptor() const;

@@ -1,8 +1,8 @@
-// Takes a row apart into the blocks of its columns.
+// Appends the values of rows to the column buffers of a block.
 //
-// The targets of all columns lie in three lists, by type, so that a row is three short loops
-// without a decision in them. Rows that were taken together come column by column. Used by
-// ColumnarHDWriter. Threads: the filling thread.
+// The buffers are listed by type, so that a row is three short loops without branches. Rows of a
+// batch are appended column by column. Used by ColumnarHDWriter.
+// Threads: the filling thread.
 #pragma once
 
 #include <algorithm>
@@ -25,7 +25,7 @@ class RowAppender {
   }
   void addTarget(const GelColumn& column, ColumnValues& values);
 
-  // False when the texts of a column take more than a block may have; nothing more fits then.
+  // False: the texts of a column exceed the limit of a block.
   [[nodiscard]] bool append(unsigned char* const* row) {
     for (const KeyTarget& target : m_keys) {
       target.keys[m_row] = keyFromBytes(row[target.position]);
@@ -42,7 +42,7 @@ class RowAppender {
     ++m_row;
     return true;
   }
-  // The same of `count` rows from row `begin` on.
+  // The same for `count` rows from row `begin` on.
   [[nodiscard]] bool append(const ColumnsInHand& rows, std::size_t begin, std::size_t count) {
     const std::vector<ColumnsInHand::Column>& columns = rows.columns();
     for (const KeyTarget& target : m_keys) {
@@ -88,7 +88,7 @@ class RowAppender {
     target.lengths[row] = length;
     target.bytes->appendShort(value + sizeof length, length);
     return target.bytes->size() + (std::uint64_t{row} + 1) * sizeof(std::uint32_t) <=
-           kMaximumTextsSize;
+           kMaxTextsSize;
   }
 
   std::vector<KeyTarget> m_keys;

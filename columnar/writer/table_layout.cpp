@@ -55,7 +55,7 @@ bool takeColumns(const OneRow& row, const QHash<QString, int>& columnSets,
     if (set < 0) {
       continue;
     }
-    if (set >= kMaximumColumnSets) {
+    if (set >= kMaxColumnSets) {
       return false;
     }
     metadata.columnSetCount = std::max(metadata.columnSetCount, set + 1);
@@ -77,7 +77,7 @@ bool takeColumns(const OneRow& row, const QHash<QString, int>& columnSets,
 bool isWithinFields(const TableLayout& layout) {
   const std::uint64_t rows = layout.metadata.rowsInBlock;
   return fitsRecord(layout.descriptorBlockSize()) &&
-         layout.headLength() - kOpeningSize <= kLargestField && rows <= kMaximumRowsInBlock;
+         layout.headLength() - kOpeningSize <= kLargestField && rows <= kMaxRowsInBlock;
 }
 
 }  // namespace
@@ -103,7 +103,7 @@ Result<TableLayout, WriteFailure::Kind> layOutTable(const OneRow& row, int rowsI
   layout.descriptors = DescriptorLayout(layout.metadata.columns, layout.metadata.columnSetCount);
   const std::size_t budget = static_cast<std::size_t>(memoryBudget) << 20;
   layout.descriptorsInRecord =
-      std::max(budget / layout.descriptors.width(), kFewestDescriptorsInRecord);
+      std::max(budget / layout.descriptors.width(), kMinDescriptorsInRecord);
   if (!isWithinFields(layout)) {
     return Failure{WriteFailure::Kind::tooLarge};
   }

@@ -1,8 +1,7 @@
 // How a table becomes a columnar file: which columns go to which set, how each is stored, and
-// whether the numbers of the format hold it.
+// whether the table is within the limits of the format.
 //
 // Made by ColumnarHDWriter from the first row, before anything is allocated or written.
-// Threads: plain values.
 #pragma once
 
 #include <optional>

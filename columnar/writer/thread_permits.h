@@ -1,4 +1,6 @@
-// How many workers may encode at one time.
+// Limits how many workers encode at the same time.
+//
+// std::counting_semaphore of GCC 12 may lose a wake-up, so it cannot be used.
 //
 // Threads: any.
 #pragma once

@@ -1,7 +1,7 @@
-// Why a columnar file could not be written: the first thing that went wrong, on whichever thread.
+// Why a columnar file could not be written: the first failure of any thread.
 //
-// Kept by ColumnarHDWriter, told by its workers, read by who logs.
-// Threads: any, under a lock.
+// Kept by ColumnarHDWriter, reported by its workers, read by the writing action.
+// Threads: any.
 #pragma once
 
 #include <mutex>
@@ -14,7 +14,7 @@ struct WriteFailure {
   enum class Kind {
     none,
     noColumns,   // the column strategy leaves none to write
-    tooLarge,    // a number of the format, or the memory, does not hold so many columns or rows
+    tooLarge,    // too many columns or rows for the numbers of the format, or for the memory
     cannotOpen,  // `file`, because of `reason`
     cannotWrite
   };
@@ -26,7 +26,7 @@ struct WriteFailure {
 
 class FirstFailure {
  public:
-  void tell(const WriteFailure& failure) {
+  void report(const WriteFailure& failure) {
     const std::lock_guard lock(m_mutex);
     if (m_failure.kind == WriteFailure::Kind::none) {
       m_failure = failure;

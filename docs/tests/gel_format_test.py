@@ -49,7 +49,7 @@ def stored(given):
     return given.values
 
 
-# What the page says about summaries, from the values
+# What the page says about column statistics, from the values
 
 
 def bound_of(text):
@@ -61,8 +61,8 @@ def bound_of(text):
     return 2, whole
 
 
-def summary_of(meta, values):
-    """The missing flag and the summary."""
+def statistics_of(meta, values):
+    """The missing flag and the statistics."""
     if meta == "K":
         keys = [key for key in values if key < 0xFFFFFFFE]
         return len(keys) < len(values), (min(keys, default=MISSING_KEY), max(keys, default=MISSING_KEY))
@@ -119,7 +119,7 @@ class MainFile:
         return self.head[:4] + b"\0" + self.head[5:9] + sizes + bytes(8 * columns) + self.head[29 + 8 * columns:]
 
 
-def with_differences(descriptor, sets):
+def with_deltas(descriptor, sets):
     """The same descriptor, each chunk's position counted from the chunk before."""
     changed, at = bytearray(descriptor), 4
     for columns in sets:
@@ -135,7 +135,7 @@ def with_differences(descriptor, sets):
 
 class GelFormatTest(ProgramTest):
     def make(self, columns, rows_in_block=5000, sorted_on="", sets=None, strategy=None):
-        """Writes the columns with the program; `sets` gives each column's set."""
+        """Writes the columns with the program; `sets` has each column's set."""
         with open(self.path("in.csv"), "w", encoding="utf-8", newline="") as file:
             file.write(",".join(column.name for column in columns) + "\n")
             for row in zip(*(column.values for column in columns)):
@@ -152,7 +152,7 @@ class GelFormatTest(ProgramTest):
         return gel_reader.read_table(self.path("t.cgel_kelvarin"))
 
     def check(self, columns, table):
-        """The table has these columns' values, blocks and summaries."""
+        """The table has these columns' values, blocks and statistics."""
         self.assertTrue(table.complete and table.ended)
         self.assertEqual([(column.name, column.type) for column in table.columns],
                          [(given.name, given.meta) for given in columns])
@@ -171,8 +171,8 @@ class GelFormatTest(ProgramTest):
         for block in table.blocks:
             for entry in (entry for entries in block.entries for entry in entries):
                 values = by_name[entry.column.name][row:row + block.rows]
-                expected = summary_of(entry.column.type, values)
-                self.assertTrue(same(expected, (entry.missing, entry.summary)),
+                expected = statistics_of(entry.column.type, values)
+                self.assertTrue(same(expected, (entry.missing, entry.statistics)),
                                 f"{entry.column.name}: {expected} and {entry}")
             row += block.rows
 
@@ -201,7 +201,7 @@ class GelFormatTest(ProgramTest):
         return [Given("k", "K", [i * i for i in range(rows)]), Given("f", "F", [i / 3 for i in range(rows)]),
                 Given("u", "U", [None if i == 4 else f"text {i}" for i in range(rows)])]
 
-    def test_numbers_in_every_layout(self):
+    def test_numbers_in_every_encoding(self):
         chance = random.Random(1)
         for rows in (1, 127, 128, 129, 5000, 5001):
             pick = lambda give: [give(i) for i in range(rows)]
@@ -228,7 +228,7 @@ class GelFormatTest(ProgramTest):
         self.assertEqual({head[0] for head in heads}, {0, 1, 2, 3, 4, 5})
         self.assertLess({9, 12, 15, 16, 17, 20, 24, 32}, {head[2] for head in heads if head[0] == 1})
 
-    def test_texts_in_every_layout(self):
+    def test_texts_in_every_encoding(self):
         chance = random.Random(2)
         words = [chr(chance.choice([97, 0xE9, 0x4E2D, 0x1F600, 0x10FFFF])) * (i % 25) + str(i) for i in range(400)]
         for rows in (1, 129, 5003):
@@ -293,16 +293,16 @@ class GelFormatTest(ProgramTest):
                                                       for at in (0, 128, 256))}
         slots = iter(table.slots)
         for number, members in enumerate(table.sets):
-            for place, column in enumerate(members):
-                self.assertEqual(next(slots), self.largest_chunk(table, number, place), column.name)
+            for index, column in enumerate(members):
+                self.assertEqual(next(slots), self.largest_chunk(table, number, index), column.name)
             for column in members:
                 self.assertEqual(next(slots), sizes[column.type], column.name)
 
-    def largest_chunk(self, table, number, place):
+    def largest_chunk(self, table, number, index):
         ends = [block.offsets[number] for block in table.blocks[1:]]
         ends.append(os.path.getsize(gel_reader.side_file(self.path("t.cgel_kelvarin"), number)))
         positions = [[entry.position for entry in block.entries[number]] for block in table.blocks]
-        return max((begins + [end - block.offsets[number]])[place + 1] - begins[place]
+        return max((begins + [end - block.offsets[number]])[index + 1] - begins[index]
                    for block, begins, end in zip(table.blocks, positions, ends))
 
     def test_a_set_for_each_column(self):
@@ -316,7 +316,7 @@ class GelFormatTest(ProgramTest):
         self.assertEqual(table.records, [1000, 3])
         for number in (0, 999, 1000, 1002):
             entry = table.blocks[number].entries[0][7]
-            self.assertEqual(entry.summary[0], (1, f"7 {number}".encode()))
+            self.assertEqual(entry.statistics[0], (1, f"7 {number}".encode()))
 
     def test_names_of_side_files(self):
         for main, number, side in (("sales.cgel_kelvarin", 0, "sales.000.cs_kelvarin"), ("x.dat", 12, "x.012.cs"),
@@ -324,12 +324,12 @@ class GelFormatTest(ProgramTest):
                                    ("kelvarin/a.b.c", 254, "kelvarin/a.b.254.cs")):
             self.assertEqual(gel_reader.side_file(main, number), side)
 
-    def test_positions_as_differences(self):
+    def test_positions_as_deltas(self):
         columns = self.small_columns(700)
         self.make(columns, rows_in_block=128, sets={"k": 0, "f": 2, "u": 2})
         expected = self.rows_by_program()
         main = MainFile.read(self.path("t.cgel_kelvarin"))
-        changed = [with_differences(descriptor, self.table().sets) for descriptor in main.descriptors]
+        changed = [with_deltas(descriptor, self.table().sets) for descriptor in main.descriptors]
         self.assertNotEqual(changed, main.descriptors)
         # Records of any number of descriptors can be read.
         self.write_bytes("t.cgel_kelvarin", main.head, record_of(changed[:2]), record_of(changed[2:]), b"\xff" * 8)
@@ -363,8 +363,8 @@ class GelFormatTest(ProgramTest):
         for name, dump in zip(("t.cgel_kelvarin", "t.000.cs_kelvarin"), dumps, strict=True):
             data = b""
             for line in dump.splitlines():
-                place, content = re.match(r"([0-9A-F]{4})  ((?:[0-9A-F]{2}(?: |$))+)", line).groups()
-                self.assertEqual(int(place, 16), len(data), line)
+                offset, content = re.match(r"([0-9A-F]{4})  ((?:[0-9A-F]{2}(?: |$))+)", line).groups()
+                self.assertEqual(int(offset, 16), len(data), line)
                 data += bytes.fromhex(content)
             self.write_bytes(name, data)
         table = self.table()
@@ -467,10 +467,10 @@ class GelFormatTest(ProgramTest):
         begin = struct.unpack_from("<I", self.read_bytes("t.cgel_kelvarin"), 5)[0] + 9
         for name, first in (("t.cgel_kelvarin", begin), ("t.000.cs_kelvarin", 0)):
             whole = self.read_bytes(name)
-            for place in range(first, len(whole)):
-                changed = whole[:place] + bytes([whole[place] ^ 0x24]) + whole[place + 1:]
-                self.assertTrue(self.damaged(name, changed), f"{name}: byte {place} is changed")
-                self.assertTrue(self.damaged(name, whole[:place]), f"{name}: cut at {place}")
+            for offset in range(first, len(whole)):
+                changed = whole[:offset] + bytes([whole[offset] ^ 0x24]) + whole[offset + 1:]
+                self.assertTrue(self.damaged(name, changed), f"{name}: byte {offset} is changed")
+                self.assertTrue(self.damaged(name, whole[:offset]), f"{name}: cut at {offset}")
             self.assertFalse(self.damaged(name, whole))
 
     def test_a_changed_head_is_no_other_table(self):
@@ -478,11 +478,11 @@ class GelFormatTest(ProgramTest):
         self.make(columns, rows_in_block=4, sets={"k": 0, "f": 1, "u": 1})
         whole = self.read_bytes("t.cgel_kelvarin")
         expected = [column.values for column in self.table().columns]
-        for place in range(struct.unpack_from("<I", whole, 5)[0] + 9):
-            changed = whole[:place] + bytes([whole[place] ^ 0x81]) + whole[place + 1:]
+        for offset in range(struct.unpack_from("<I", whole, 5)[0] + 9):
+            changed = whole[:offset] + bytes([whole[offset] ^ 0x81]) + whole[offset + 1:]
             if not self.damaged("t.cgel_kelvarin", changed):
                 values = [column.values for column in self.table().columns]
-                self.assertCountEqual(map(repr, values), map(repr, expected), f"byte {place}")
+                self.assertCountEqual(map(repr, values), map(repr, expected), f"byte {offset}")
 
 
 if __name__ == "__main__":

@@ -16,7 +16,7 @@ from itertools import accumulate
 MAGIC = 0x0059F440
 NULL_NUMBER = b"\xff" * 8
 END_MARKER = b"\xff" * 8
-SUMMARY_BYTES = {"K": 8, "F": 17, "U": 164}
+STATISTICS_BYTES = {"K": 8, "F": 17, "U": 164}
 
 
 class Damaged(Exception):
@@ -155,11 +155,11 @@ def key_page(cursor, count):
         if exceptions:
             width = heads.unpack("B") - bits
             demand(width in lists, "exceptions without a list")
-            for place in heads.take(exceptions):
-                demand(place < 128, "an exception outside its group")
+            for position in heads.take(exceptions):
+                demand(position < 128, "an exception outside its group")
                 high = 1 if width == 1 else next(lists[width], None)
                 demand(high is not None, "a list of exceptions is too short")
-                group[place] |= high << bits
+                group[position] |= high << bits
         values += group
     packed.finish("the packed groups")
     heads.finish("the groups' widths")
@@ -237,13 +237,13 @@ def codes_of(cursor, bits, count):
     return [code | high << low for code, high in zip(codes, packed_bits(cursor, bits - low, count))]
 
 
-def places_of(cursor, most_bits, rows, size):
-    """Codes that are places among `size` entries."""
+def indices_of(cursor, most_bits, rows, size):
+    """Codes that are indices of `size` entries."""
     bits = cursor.unpack("B")
     demand(bits <= most_bits and size <= 1 << bits, f"{size} entries in codes of {bits} bits")
-    places = codes_of(cursor, bits, rows)
-    demand(max(places) < size, "a code beyond the dictionary")
-    return places
+    indices = codes_of(cursor, bits, rows)
+    demand(max(indices) < size, "a code beyond the dictionary")
+    return indices
 
 
 def numbers_of(data):
@@ -263,12 +263,12 @@ def scaled_codes(cursor, rows):
     return base, 10.0**exponent, [None if missing and code == null else code for code in codes]
 
 
-def scaled_numbers(cursor, rows):
+def frame_of_reference_numbers(cursor, rows):
     base, power, codes = scaled_codes(cursor, rows)
     return [None if code is None else float(base + code) / power for code in codes]
 
 
-def difference_numbers(cursor, rows):
+def delta_numbers(cursor, rows):
     integer, power, codes = scaled_codes(cursor, rows)
     numbers = []
     for code in codes:
@@ -279,19 +279,19 @@ def difference_numbers(cursor, rows):
 
 
 def inner_numbers(cursor, count):
-    layout = cursor.unpack("B")
-    demand(layout <= 1, f"layout {layout} inside another one")
-    return NUMBER_LAYOUTS[layout](cursor, count)
+    encoding = cursor.unpack("B")
+    demand(encoding <= 1, f"encoding {encoding} inside another one")
+    return NUMBER_ENCODINGS[encoding](cursor, count)
 
 
 def dictionary_numbers(cursor, rows):
     size = cursor.unpack("B") + 1
-    places = places_of(cursor, 8, rows, size)
+    indices = indices_of(cursor, 8, rows, size)
     entries = inner_numbers(cursor, size)
-    return [entries[place] for place in places]
+    return [entries[index] for index in indices]
 
 
-def significance_numbers(cursor, rows):
+def byte_stream_split_numbers(cursor, rows):
     planes = cursor.unpack("B")
     demand(1 <= planes <= 7, "planes of no number")
     high = [cursor.take(rows) for _ in range(planes)]
@@ -299,8 +299,8 @@ def significance_numbers(cursor, rows):
     numbers = bytearray(8 * rows)
     for byte in range(8 - planes):
         numbers[byte::8] = low[byte::8 - planes]
-    for place, plane in enumerate(high):
-        numbers[7 - place::8] = plane
+    for index, plane in enumerate(high):
+        numbers[7 - index::8] = plane
     return numbers_of(bytes(numbers))
 
 
@@ -312,8 +312,8 @@ def sparse_numbers(cursor, rows):
     return [next(rest) if other else common for other in others[:rows]]
 
 
-NUMBER_LAYOUTS = [plain_numbers, scaled_numbers, dictionary_numbers, significance_numbers, sparse_numbers,
-                  difference_numbers]
+NUMBER_ENCODINGS = [plain_numbers, frame_of_reference_numbers, dictionary_numbers, byte_stream_split_numbers,
+                    sparse_numbers, delta_numbers]
 
 
 def lengths_of(cursor, count):
@@ -331,7 +331,7 @@ def plain_texts(cursor, rows):
 
 def dictionary_texts(cursor, rows):
     size = cursor.unpack("H") + 1
-    places = places_of(cursor, 16, rows, size)
+    indices = indices_of(cursor, 16, rows, size)
     lengths = lengths_of(cursor, size)
     bits = cursor.unpack("B")
     demand(bits <= 8, f"counts of {bits} bits")
@@ -340,10 +340,10 @@ def dictionary_texts(cursor, rows):
         demand(shared <= min(len(before), length or 0), "more bytes in common than a text has")
         before = before[:shared] + cursor.take((length or 0) - shared)
         entries.append(None if length is None else before)
-    return [entries[place] for place in places]
+    return [entries[index] for index in indices]
 
 
-TEXT_LAYOUTS = [plain_texts, dictionary_texts]
+TEXT_ENCODINGS = [plain_texts, dictionary_texts]
 
 
 def decode_chunk(data, rows, column):
@@ -355,10 +355,10 @@ def decode_chunk(data, rows, column):
     if column.storage:
         return read_keys(text, rows, column.storage)
     cursor = Bytes(text)
-    layouts = NUMBER_LAYOUTS if column.type == "F" else TEXT_LAYOUTS
-    layout = cursor.unpack("B")
-    demand(layout < len(layouts), f"layout {layout} of {column.type}")
-    values = layouts[layout](cursor, rows)
+    encodings = NUMBER_ENCODINGS if column.type == "F" else TEXT_ENCODINGS
+    encoding = cursor.unpack("B")
+    demand(encoding < len(encodings), f"encoding {encoding} of {column.type}")
+    values = encodings[encoding](cursor, rows)
     cursor.finish("the values")
     return values
 
@@ -383,7 +383,7 @@ class Entry:
     column: Column
     position: int
     missing: bool
-    summary: tuple
+    statistics: tuple
 
 
 @dataclass
@@ -437,7 +437,7 @@ def read_metadata(cursor, column_count):
     return rows_in_block, sets
 
 
-def read_summary(cursor, column):
+def read_statistics(cursor, column):
     if column.type == "K":
         return cursor.unpack("II")
     if column.type == "F":
@@ -458,13 +458,13 @@ def read_descriptor(cursor, sets):
             position, missing = cursor.unpack("IB")
             demand(missing <= 1, "a flag that is neither 0 nor 1")
             before = position + (before if offset >> 63 else 0)
-            entries.append(Entry(column, before, bool(missing), read_summary(cursor, column)))
+            entries.append(Entry(column, before, bool(missing), read_statistics(cursor, column)))
         block.entries.append(entries)
     return block
 
 
 def descriptor_width(sets):
-    return 4 + sum(8 + sum(5 + SUMMARY_BYTES[column.type] for column in columns) for columns in sets)
+    return 4 + sum(8 + sum(5 + STATISTICS_BYTES[column.type] for column in columns) for columns in sets)
 
 
 def read_records(cursor, sets, complete):
@@ -519,11 +519,11 @@ def read_block(table, number, members, data):
     ends.append(table.blocks[number + 1].offsets[at] if following else len(data))
     demand(entries[0].position == 0, "the first chunk of a block is not at its begin")
     for entry, end in zip(entries, ends):
-        place = begin + entry.position
-        demand(place <= end <= len(data), "a chunk outside its file")
+        offset = begin + entry.position
+        demand(offset <= end <= len(data), "a chunk outside its file")
         if not table.complete and not following and entry is entries[-1]:
-            end = place + 4 + snappy(data[place + 4:], 2**32 - 1)[1]
-        entry.column.values += decode_chunk(data[place:end], block.rows, entry.column)
+            end = offset + 4 + snappy(data[offset + 4:], 2**32 - 1)[1]
+        entry.column.values += decode_chunk(data[offset:end], block.rows, entry.column)
 
 
 def read_table(path):

@@ -1,4 +1,4 @@
-// Which blocks the filter passes over.
+// Which blocks the filter skips.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -58,8 +58,8 @@ class BlockFilterTest : public ::testing::Test {
     EXPECT_EQ(h.log().size(), expression.empty() ? 1u : 0u);  // a warning that nothing is filtered
     std::string blocks;
     for (std::size_t i = 0; i + 1 < rows.size(); i += 2) {
-      const auto place = std::find(kRows.begin(), kRows.end(), rows[i]);
-      blocks += std::to_string((place - kRows.begin()) / 2);
+      const auto found = std::find(kRows.begin(), kRows.end(), rows[i]);
+      blocks += std::to_string((found - kRows.begin()) / 2);
     }
     return blocks;
   }
@@ -68,7 +68,7 @@ class BlockFilterTest : public ::testing::Test {
   QTemporaryDir m_folder;
 };
 
-TEST_F(BlockFilterTest, PassesOverBlocksByTheirSummaries) {
+TEST_F(BlockFilterTest, SkipsBlocksByTheirStatistics) {
   EXPECT_EQ(blocks("id_max &gt;= 5 &amp;&amp; id_min &lt;= 60"), "1");
   EXPECT_EQ(blocks("price_min &lt; 0"), "0");
   EXPECT_EQ(blocks("price_max &gt; 7.5"), "13");
@@ -87,12 +87,12 @@ TEST_F(BlockFilterTest, ReadsBlocksWithoutAnAnswer) {
   EXPECT_EQ(blocks("first + 1"), "0123");
   // A name is no date; the block without names has no bound, and is known not to be wanted.
   EXPECT_EQ(blocks("last &gt; 0", "<CInputVar column='name' meta='D' varNameMax='last'/>"), "013");
-  // The last text is longer than its place, and still not passed over; without texts nothing is
-  // known to be smaller.
+  // The last text is longer than a bound, and its block is still read. A block without texts has no
+  // bounds.
   EXPECT_EQ(blocks("last &gt; \"" + kLong + "aa\""), "23");
 }
 
-// Summaries are in the order of the stored values; the expression may see another one.
+// Statistics are in the order of the stored values; the expression may see another order.
 TEST_F(BlockFilterTest, KeepsBlocksWhoseBoundsHaveAnotherOrder) {
   const std::vector<Values> rows{
       {9, NAN, "31.01.2024", "b"},  {10, 1.0, "01.02.2024", "a\xC0\x80z"},
@@ -113,7 +113,7 @@ TEST_F(BlockFilterTest, KeepsBlocksWhoseBoundsHaveAnotherOrder) {
   EXPECT_EQ(rowsOf("id_max &gt; 11", "<CInputVar column='id'/>"), 2u);
 }
 
-// Where a row passes a comparison, its block must not be passed over.
+// Where a row passes a comparison, its block must be read.
 TEST_F(BlockFilterTest, LosesNoRowThatAFullScanFinds) {
   std::mt19937 random(7);
   const char* const days[] = {"2024-01-31", "2023-12-05", "2024-11-01", "", "soon", "2024-02-29"};
@@ -177,18 +177,18 @@ TEST_F(BlockFilterTest, LosesNoRowThatAFullScanFinds) {
 }
 
 TEST_F(BlockFilterTest, RefusesWhatCannotBeUsed) {
-  auto column = filtered("x_max", "<CInputVar column='x'/>");
-  column.finish();
-  EXPECT_EQ(column.log(), Strings{"error: ERROR: column 'x' in expression is missing."});
+  const auto lineOf = [](RowHarness&& h) {
+    h.finish();
+    EXPECT_EQ(h.log().size(), 1u);
+    return h.log().at(0);
+  };
+  EXPECT_EQ(lineOf(filtered("x_max", "<CInputVar column='x'/>")),
+            "error: ERROR: column 'x' in expression is missing.");
   // A text is no number, whatever it looks like.
-  auto text = filtered("name_max &gt; 1", "<CInputVar column='name'/>");
-  text.finish();
-  ASSERT_EQ(text.log().size(), 1u);
-  EXPECT_TRUE(text.log()[0].starts_with("error: The column 'name' in the block filter holds texts."));
-  auto wrong = filtered("id_max +");
-  wrong.finish();
-  ASSERT_EQ(wrong.log().size(), 1u);
-  EXPECT_TRUE(wrong.log()[0].starts_with("error: Columnar Reader Error in the block filter: "));
+  EXPECT_TRUE(lineOf(filtered("name_max &gt; 1", "<CInputVar column='name'/>"))
+                  .starts_with("error: The column 'name' in the block filter holds texts."));
+  EXPECT_TRUE(lineOf(filtered("id_max +"))
+                  .starts_with("error: Columnar Reader Error in the block filter: "));
   auto unknown = filtered("id_mxa &gt; 1");
   unknown.finish();
   ASSERT_EQ(unknown.explanations().size(), 2u);
@@ -198,11 +198,10 @@ TEST_F(BlockFilterTest, RefusesWhatCannotBeUsed) {
   format.finish();
   EXPECT_EQ(format.log(), Strings{"error: Columnar Reader Error: Date format is unknown"});
   EXPECT_TRUE(format.hasFailed());
-  auto reference =
-      filtered("day_max &gt; 1", kVariables, "dateFormat='yyyy-MM-dd' referenceTime='soon'");
-  reference.finish();
-  EXPECT_EQ(reference.log(), Strings{"warning: Cannot parse Reference time. We will use "
-                                     "1970-01-01T00:00:00.000 as reference time."});
+  EXPECT_EQ(lineOf(filtered("day_max &gt; 1", kVariables,
+                            "dateFormat='yyyy-MM-dd' referenceTime='soon'")),
+            "warning: Cannot parse Reference time. We will use 1970-01-01T00:00:00.000 as "
+            "reference time.");
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
-// Files that were made from the description of the format alone (format/tests/make_golden.py) and are
-// kept for ever: every storage code and layout, both forms of the header, a column set without
-// columns, positions as differences.
+// Files made from the description of the format alone (format/tests/make_golden.py) and kept for
+// ever: every storage code and encoding, both forms of the header, a column set without columns,
+// positions as deltas.
 #include <algorithm>
 #include <fstream>
 
@@ -14,6 +14,7 @@
 #include "columnar/codecs/descriptor_record.h"
 #include "columnar/format/file_names.h"
 #include "columnar/reader/block_reader.h"
+#include "columnar/reader/tests/made_file.h"
 #include "columnar/reader/verification.h"
 #include "host/contract/column_bytes.h"
 
@@ -69,7 +70,7 @@ void expectRow(std::uint32_t row, unsigned char* const* values) {
 
 }  // namespace
 
-TEST(GoldenFiles, GiveTheValuesThatTheyWereMadeOf) {
+TEST(GoldenFiles, HaveTheValuesThatTheyWereMadeOf) {
   for (const char* name : {"finished", "killed"}) {
     const auto file = opened(kFolder + "/" + name + ".cgel_kelvarin");
     ASSERT_NE(file, nullptr) << name;
@@ -90,7 +91,7 @@ TEST(GoldenFiles, GiveTheValuesThatTheyWereMadeOf) {
   }
 }
 
-TEST(GoldenFiles, HaveTrueChecksumsAndSummaries) {
+TEST(GoldenFiles, HaveTrueChecksumsAndStatistics) {
   for (const char* name : {"finished", "killed"}) {
     const auto file = opened(kFolder + "/" + name + ".cgel_kelvarin");
     ASSERT_NE(file, nullptr);
@@ -109,12 +110,8 @@ TEST(GoldenFiles, AChunkBeyond32BitsIsFound) {
   metadata.rowsInBlock = 3;
   metadata.columnSetCount = 1;
   for (std::uint32_t i = 0; i < 3; ++i) {
-    metadata.columns.push_back({.name = std::string(1, static_cast<char>('a' + i)),
-                                .type = GelType::key,
-                                .typeArgument = 0,
-                                .storage = StorageCode::key,
-                                .inputPosition = i,
-                                .columnSet = 0});
+    metadata.columns.push_back(
+        {.name = "k", .type = GelType::key, .storage = StorageCode::key, .inputPosition = i});
   }
   const std::uint32_t keys[] = {5, 6, 7};
   ByteBuffer chunk;
@@ -126,20 +123,12 @@ TEST(GoldenFiles, AChunkBeyond32BitsIsFound) {
   DescriptorLayout::setRowCount(descriptor.data(), 3);
   layout.setChunks(descriptor.data(), 0, 0, 0, positions);
   for (std::size_t i = 0; i < 3; ++i) {
-    layout.writeSummary(descriptor.data(), i, KeySummary{.hasNull = false, .low = 5, .high = 7});
+    layout.writeStatistics(descriptor.data(), i, KeyStatistics{.hasNull = false, .low = 5, .high = 7});
   }
   ByteBuffer record;
   encodeDescriptorRecord(descriptor, record);
-  std::vector<unsigned char> bytes;
-  ByteWriter writer(bytes);
-  writeRecord(writer, FileHeader{.isComplete = 1, .rowCount = 3, .columnCount = 3});
-  writer.putZeros(3 * kSlotSize);
-  writeMetadata(writer, metadata);
-  storePacked(bytes.data() + kCompleteFlagOffset + 1,
-              static_cast<std::uint32_t>(bytes.size() - kOpeningSize));
-  writer.putBytes(record.bytes());
-  writer.put(kEndMarker);
-  std::ofstream(path, std::ios::binary) << asText(bytes);
+  std::ofstream(path, std::ios::binary) << testing::headOf(metadata, 3, {})
+                                        << asText(record.bytes()) << std::string(8, '\xFF');
   std::ofstream side(sideFileName(path, 0), std::ios::binary);
   side.seekp(static_cast<std::streamoff>(positions[2]));
   side << asText(chunk.bytes());

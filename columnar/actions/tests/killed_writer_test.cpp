@@ -1,5 +1,5 @@
-// Processes that are killed while they write a columnar file, at any byte: what they leave is read as
-// incomplete and gives a beginning of the table, never anything else.
+// Processes that are killed while they write a columnar file, at any byte: the file reads as
+// incomplete and has the first rows of the table, never anything else.
 #include <csignal>
 
 #include <sys/wait.h>
@@ -72,7 +72,7 @@ class KilledWriterTest : public ::testing::Test {
     return kPlenty - disk.bytesLeft();
   }
 
-  // Another process writes, and is killed in the middle of the write that exceeds so many bytes.
+  // Another process writes, and is killed in the middle of the write that exceeds this size.
   void killAfter(const Table& table, long long bytes) const {
     const pid_t child = fork();
     if (child == 0) {
@@ -123,7 +123,7 @@ TEST_F(KilledWriterTest, LeavesNothingWrongOfASmallTable) {
   }
 }
 
-TEST_F(KilledWriterTest, KeepsWhatAFinishedRecordTellsOf) {
+TEST_F(KilledWriterTest, KeepsWhatAFinishedRecordDescribes) {
   const long long size = sizeOf(kWideTable);
   constexpr int kDeaths = 12;
   bool hasKeptSome = false;

@@ -1,5 +1,5 @@
-// One writer and four readers of the same file at the same time: what is read is always a beginning
-// of the table, whole rows in both column sets.
+// One writer and four readers of the same file at the same time: what is read are always the first
+// rows of the table, whole in both column sets.
 //
 // One table is written; with KELVARIN_LIVE_READING_SECONDS set, table after table for that long:
 //   KELVARIN_LIVE_READING_SECONDS=60 build/tsan/tests/live_reading_test

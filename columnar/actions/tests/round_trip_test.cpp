@@ -64,7 +64,7 @@ struct Table {
   static QString nameOf(std::size_t column) { return QStringLiteral("c%1").arg(column); }
 };
 
-// Makes one table after the other.
+// Makes a random table.
 class TableMaker {
  public:
   explicit TableMaker(unsigned seed) : m_random(seed) {}
@@ -160,8 +160,7 @@ class TableMaker {
   }
 
   std::function<Cell()> texts() {
-    // Null, empty, beyond the basic plane, with a zero byte, no UTF-8 at all, longer than a
-    // summary.
+    // Null, empty, beyond the basic plane, with a zero byte, no UTF-8 at all, longer than a bound.
     const std::string words[] = {"",
                                  "\U0001F600",
                                  "a\U0010FFFF\U00010000",

@@ -12,11 +12,11 @@ namespace {
 using Codes = std::vector<std::uint32_t>;
 
 std::vector<unsigned char> stored(const Codes& codes, CodeWidth width) {
-  // What is not written shows.
+  // Bytes that are not written show.
   std::vector<unsigned char> bytes(codesSize(codes.size(), width), 0xA5);
   const StoredCodes out(bytes.data(), codes.size(), width);
-  for (std::size_t first = 0; first < codes.size(); first += kRowsInPiece) {
-    const auto count = std::min(kRowsInPiece, codes.size() - first);
+  for (std::size_t first = 0; first < codes.size(); first += kRowsInBatch) {
+    const auto count = std::min(kRowsInBatch, codes.size() - first);
     out.store(first, std::span(codes).subspan(first, count));
   }
   return bytes;
@@ -24,9 +24,9 @@ std::vector<unsigned char> stored(const Codes& codes, CodeWidth width) {
 
 Codes loaded(const std::vector<unsigned char>& bytes, std::size_t rows, CodeWidth width) {
   Codes codes;
-  LoadedCodes(bytes.data(), rows, width).forEachPiece([&](std::size_t first, auto piece) {
+  LoadedCodes(bytes.data(), rows, width).forEachBatch([&](std::size_t first, auto batch) {
     EXPECT_EQ(first, codes.size());
-    codes.insert(codes.end(), piece.begin(), piece.end());
+    codes.insert(codes.end(), batch.begin(), batch.end());
     return true;
   });
   return codes;

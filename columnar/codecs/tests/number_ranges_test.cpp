@@ -16,15 +16,14 @@ std::uint64_t bits(double value) {
   return std::bit_cast<std::uint64_t>(value);
 }
 
-// One number among others that are all 2.0, at every place of the lanes and of what is left of
-// them.
+// One number among others that are all 2.0, at every index of the lanes and of the rest.
 template <typename Use>
-void atEveryPlace(std::uint64_t number, Use use) {
+void atEveryIndex(std::uint64_t number, Use use) {
   for (std::size_t rows = 1; rows <= 13; ++rows) {
-    for (std::size_t place = 0; place < rows; ++place) {
+    for (std::size_t index = 0; index < rows; ++index) {
       std::vector<std::uint64_t> numbers(rows, bits(2.0));
-      numbers[place] = number;
-      use(numbers, place);
+      numbers[index] = number;
+      use(numbers, index);
     }
   }
 }
@@ -33,7 +32,7 @@ void atEveryPlace(std::uint64_t number, Use use) {
 
 TEST(NumberRanges, ANumberIsSeenWhereverItStands) {
   for (const double number : {-0.0, -1e300, 5e-324, 1e300, kInfinity, -kInfinity}) {
-    atEveryPlace(bits(number), [&](const auto& numbers, std::size_t) {
+    atEveryIndex(bits(number), [&](const auto& numbers, std::size_t) {
       const auto range = kernels::rangeOf(numbers);
       EXPECT_TRUE(range.hasValues && !range.hasMissing && !range.hasNotANumber);
       const double other = numbers.size() == 1 ? number : 2.0;
@@ -47,7 +46,7 @@ TEST(NumberRanges, MissingNumbersAndOtherNansChangeNoBound) {
   const std::uint64_t none[] = {kNullNumberBits, kNotANumberBits, 0x7FF8000000000000,
                                 0x7FF0000000000001};
   for (const std::uint64_t number : none) {
-    atEveryPlace(number, [&](const auto& numbers, std::size_t) {
+    atEveryIndex(number, [&](const auto& numbers, std::size_t) {
       const auto range = kernels::rangeOf(numbers);
       EXPECT_EQ(range.hasMissing, number == kNullNumberBits);
       EXPECT_EQ(range.hasNotANumber, number != kNullNumberBits);
@@ -85,7 +84,7 @@ TEST(NumberRanges, ScalingIsExactForEveryNumberOrForNone) {
                         {1e-13, 13, true, 1}};
   for (const Case& test : cases) {
     EXPECT_EQ(kernels::isExactScaled(bits(test.number), test.exponent), test.isExact);
-    atEveryPlace(bits(test.number), [&](const auto& numbers, std::size_t place) {
+    atEveryIndex(bits(test.number), [&](const auto& numbers, std::size_t index) {
       std::vector<std::int64_t> integers(numbers.size());
       const auto range = kernels::scale(numbers, test.exponent, integers.data());
       ASSERT_EQ(range.isExact, test.isExact) << test.number << " of " << numbers.size();
@@ -93,17 +92,17 @@ TEST(NumberRanges, ScalingIsExactForEveryNumberOrForNone) {
         return;
       }
       const auto others = static_cast<std::int64_t>(2 * kernels::powerOfTen(test.exponent));
-      EXPECT_EQ(integers[place], test.integer);
+      EXPECT_EQ(integers[index], test.integer);
       EXPECT_EQ(range.lowest, numbers.size() == 1 ? test.integer : std::min(test.integer, others));
       EXPECT_EQ(range.highest, numbers.size() == 1 ? test.integer : std::max(test.integer, others));
     });
   }
-  atEveryPlace(kNullNumberBits, [](const auto& numbers, std::size_t place) {
+  atEveryIndex(kNullNumberBits, [](const auto& numbers, std::size_t index) {
     std::vector<std::int64_t> integers(numbers.size());
     const auto range = kernels::scale(numbers, 1, integers.data());
     EXPECT_TRUE(range.isExact && range.hasMissing);
     EXPECT_EQ(range.hasValues, numbers.size() > 1);
-    EXPECT_EQ(integers[place], kernels::kMissingInteger);
+    EXPECT_EQ(integers[index], kernels::kMissingInteger);
   });
 }
 

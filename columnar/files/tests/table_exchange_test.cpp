@@ -77,7 +77,7 @@ class TableExchangeTest : public ::testing::Test {
     return table;
   }
   // What a reader that may change nothing finds.
-  Contents readInPlace(int sets) const {
+  Contents readWithoutChanges(int sets) const {
     const auto location = TableLocation::of(main());
     Contents found;
     for (const auto& [name, content] : tableOf("", sets)) {
@@ -110,7 +110,7 @@ TEST_F(TableExchangeTest, AKillAtAnyCallLeavesTheOldTableOrTheNewOne) {
         const bool isCommitted = !isKilled || isSomethingThere(journalFile(main())) ||
                                  contentOf(main()) == "new";
         if (isCommitted) {
-          EXPECT_EQ(readInPlace(newSets), tableOf("new", newSets)) << calls;
+          EXPECT_EQ(readWithoutChanges(newSets), tableOf("new", newSets)) << calls;
         }
         (void)testing::isKilledAfter(callsOfNext, [&] { (void)finishExchangeBeforeReading(main()); });
         ASSERT_EQ(finishExchangeBeforeReading(main()), OpenExchange::none);
@@ -133,12 +133,12 @@ TEST_F(TableExchangeTest, AFolderThatCannotBeChangedIsReadAsItStands) {
   ASSERT_TRUE(testing::isKilledAfter(5, [&] { (void)exchangeTable(main()); }));
   ASSERT_TRUE(isSomethingThere(journalFile(main())));
   if (::geteuid() == 0) {  // whom permissions do not stop
-    EXPECT_EQ(readInPlace(2), tableOf("new", 2));
+    EXPECT_EQ(readWithoutChanges(2), tableOf("new", 2));
     return;
   }
   fs::permissions(m_folder, fs::perms::owner_read | fs::perms::owner_exec);
   EXPECT_EQ(finishExchangeBeforeReading(main()), OpenExchange::unfinished);
-  EXPECT_EQ(readInPlace(2), tableOf("new", 2));
+  EXPECT_EQ(readWithoutChanges(2), tableOf("new", 2));
 }
 
 TEST_F(TableExchangeTest, TheNewTableIsForWhomTheOldOneWas) {
@@ -174,7 +174,7 @@ TEST_F(TableExchangeTest, ADamagedJournalIsNeverFollowed) {
   }
 }
 
-TEST_F(TableExchangeTest, FilesOfTablesAreToldApart) {
+TEST_F(TableExchangeTest, FilesOfTablesAreDistinguished) {
   const std::string magic("\x40\xF4\x59\x00", 4);
   put("x.2023", magic);
   put("x.2024", "anything");

@@ -33,7 +33,7 @@ GelColumn column(GelType type, StorageCode storage, std::uint32_t position, int 
           .inputPosition = position, .columnSet = set};
 }
 
-TextSummary summaryBetween(std::string_view low, std::string_view high) {
+TextStatistics statisticsBetween(std::string_view low, std::string_view high) {
   return {.hasNull = false, .low = TextBound::of(low), .high = TextBound::of(high)};
 }
 
@@ -120,7 +120,7 @@ TEST(MetadataBlock, SetsOfSeveralAreCountedAtTheEnd) {
   EXPECT_EQ(readMetadata(bytes, 0xFFFFFFFF, read), ReadStatus::corrupted);
 }
 
-TEST(BlockDescriptor, HasItsPlacesOneAfterTheOther) {
+TEST(BlockDescriptor, FieldsAreContiguous) {
   const std::vector<GelColumn> columns = {
       column(GelType::key, StorageCode::key, 0, 0, "k"),
       column(GelType::number, StorageCode::raw, 1, 0, "n"),
@@ -130,20 +130,19 @@ TEST(BlockDescriptor, HasItsPlacesOneAfterTheOther) {
   EXPECT_EQ(layout.width(), 4u + 3 * 5 + 2 * 8 + 8 + 17 + 164);
   ByteList bytes(layout.width());
   DescriptorLayout::setRowCount(bytes.data(), 300);
-  layout.setPlace(bytes.data(), 0, {.offset = 0x1122, .hasDifferences = true});
+  layout.setBlockLocation(bytes.data(), 0, {.offset = 0x1122, .hasDeltas = true});
   layout.setChunkPosition(bytes.data(), 1, 9);
-  layout.writeSummary(bytes.data(), 0, KeySummary{.hasNull = true, .low = 2, .high = 3});
+  layout.writeStatistics(bytes.data(), 0, KeyStatistics{.hasNull = true, .low = 2, .high = 3});
   EXPECT_EQ(ByteList(bytes.begin(), bytes.begin() + 29),
             (ByteList{0x2C, 1, 0, 0,                     // rows
                       0x22, 0x11, 0, 0, 0, 0, 0, 0x80,   // the first set's block
                       0, 0, 0, 0, 1, 2, 0, 0, 0, 3, 0, 0, 0,  //
                       9, 0, 0, 0}));
-  EXPECT_EQ(layout.place(bytes.data(), 0), (BlockPlace{0x1122, true}));
+  EXPECT_EQ(layout.blockLocation(bytes.data(), 0), (BlockLocation{0x1122, true}));
   EXPECT_EQ(layout.sliceOffset(1), 4u + 8 + 13 + 22);
-  EXPECT_EQ(layout.sliceWidth(1), 8u + 169);
 }
 
-TEST(BlockDescriptor, PositionsBeyond32BitsBecomeDifferences) {
+TEST(BlockDescriptor, PositionsBeyond32BitsBecomeDeltas) {
   std::vector<GelColumn> columns;
   for (std::uint32_t i = 0; i < 3; ++i) {
     columns.push_back(column(GelType::key, StorageCode::key, i, 0, "k"));
@@ -158,33 +157,33 @@ TEST(BlockDescriptor, PositionsBeyond32BitsBecomeDifferences) {
   };
   using Positions = std::vector<std::uint32_t>;
   EXPECT_EQ(positions({0, 0xFFFFFFF0, 0xFFFFFFFF}), (Positions{0, 0xFFFFFFF0, 0xFFFFFFFF}));
-  EXPECT_EQ(layout.place(bytes.data(), 0), (BlockPlace{77, false}));
+  EXPECT_EQ(layout.blockLocation(bytes.data(), 0), (BlockLocation{77, false}));
   EXPECT_EQ(positions({0, 0xFFFFFFF0, 0x100000000}), (Positions{0, 0xFFFFFFF0, 0x10}));
-  EXPECT_EQ(layout.place(bytes.data(), 0), (BlockPlace{77, true}));
+  EXPECT_EQ(layout.blockLocation(bytes.data(), 0), (BlockLocation{77, true}));
 }
 
-TEST(Summaries, WhatCannotBeOneIsRefused) {
-  ByteList bytes(5 + kTextSummarySize);
-  KeySummary key;
-  storeSummary(bytes.data(), KeySummary{.hasNull = false, .low = 4, .high = 3});
-  EXPECT_FALSE(loadSummary(bytes.data(), key));
-  storeSummary(bytes.data(), KeySummary{.hasNull = true});
-  EXPECT_TRUE(loadSummary(bytes.data(), key));
+TEST(ColumnStatistics, BytesThatHoldNoneAreRefused) {
+  ByteList bytes(5 + kTextStatisticsSize);
+  KeyStatistics key;
+  storeStatistics(bytes.data(), KeyStatistics{.hasNull = false, .low = 4, .high = 3});
+  EXPECT_FALSE(loadStatistics(bytes.data(), key));
+  storeStatistics(bytes.data(), KeyStatistics{.hasNull = true});
+  EXPECT_TRUE(loadStatistics(bytes.data(), key));
   EXPECT_FALSE(key.hasValues());
   bytes[0] = 2;
-  EXPECT_FALSE(loadSummary(bytes.data(), key));
+  EXPECT_FALSE(loadStatistics(bytes.data(), key));
 
-  TextSummary text;
-  storeSummary(bytes.data(), summaryBetween("a", std::string(81, 'x')));
-  ASSERT_TRUE(loadSummary(bytes.data(), text));
-  EXPECT_EQ(text, summaryBetween("a", std::string(81, 'x')));
+  TextStatistics text;
+  storeStatistics(bytes.data(), statisticsBetween("a", std::string(81, 'x')));
+  ASSERT_TRUE(loadStatistics(bytes.data(), text));
+  EXPECT_EQ(text, statisticsBetween("a", std::string(81, 'x')));
   bytes[2] = 81;
-  EXPECT_FALSE(loadSummary(bytes.data(), text));
+  EXPECT_FALSE(loadStatistics(bytes.data(), text));
 }
 
-TEST(Summaries, ATextTooLongIsCutBelowAndRoundedUpAbove) {
+TEST(ColumnStatistics, ATextTooLongIsCutBelowAndRoundedUpAbove) {
   const std::string letters(79, 'a');
-  const auto bound = [](std::string_view high) { return summaryBetween("", high).upperBound(); };
+  const auto bound = [](std::string_view high) { return statisticsBetween("", high).upperBound(); };
   EXPECT_EQ(bound("short"), "short");
   EXPECT_EQ(bound(letters + "bb"), letters + "c");
   EXPECT_EQ(bound(letters + "é!"), std::string(78, 'a') + "b");  // é does not fit whole
@@ -196,8 +195,8 @@ TEST(Summaries, ATextTooLongIsCutBelowAndRoundedUpAbove) {
     last += "\U0010FFFF";
   }
   EXPECT_EQ(bound(last), std::nullopt);
-  const TextSummary summary = summaryBetween(letters + "bb", letters + "bb");
-  EXPECT_EQ(summary.lowerBound(), letters + "b");
+  const TextStatistics statistics = statisticsBetween(letters + "bb", letters + "bb");
+  EXPECT_EQ(statistics.lowerBound(), letters + "b");
   // Bytes that are no text keep the promise as well.
   const std::string noText(90, static_cast<char>(0xBF));
   EXPECT_TRUE(bound(noText) == std::nullopt || *bound(noText) > noText);

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 """Makes the columnar files in golden/, from docs/gel-format.md and nothing else.
 
-It shares no line with the program, so that files which both understand show that the description is true. Every storage
-code and every layout occurs, both forms of the header, a column set without columns, and chunk positions as differences.
-The files are kept for ever: a program that does not read them any more cannot read its users' files.
+It shares no line with the program, so that files which both understand show that the description is
+true. Every storage code and every encoding occurs, both forms of the header, a column set without
+columns, and chunk positions as deltas. The files are kept for ever: a program that does not read them
+any more cannot read its users' files.
 
 usage: make_golden.py FOLDER
 """
@@ -149,12 +150,12 @@ def plain_keys(keys):
         widest = max(value.bit_length() for value in group)
         width = min(13, widest)  # what is larger becomes an exception
         groups += packed_group(group, width)
-        places = [i for i, value in enumerate(group) if value >> width]
-        about += bytes([width, len(places)])
-        if places:
-            about += bytes([widest] + places)
+        positions = [i for i, value in enumerate(group) if value >> width]
+        about += bytes([width, len(positions)])
+        if positions:
+            about += bytes([widest] + positions)
             if widest - width > 1:
-                exceptions.setdefault(widest - width, []).extend(group[i] >> width for i in places)
+                exceptions.setdefault(widest - width, []).extend(group[i] >> width for i in positions)
     page = u32s([len(groups) // 4 + 1]) + groups + u32s([len(about)]) + padded(about)
     page += u32s([sum(1 << width - 1 for width in exceptions)])
     for width in sorted(exceptions):
@@ -162,23 +163,23 @@ def plain_keys(keys):
     return u32s([whole]) + page + tail(keys[whole:])
 
 
-def differences(keys):
+def deltas(keys):
     return [(value - before) % 2 ** 32 for value, before in zip(keys, [0] + keys)]
 
 
 def sorted_keys(keys):
     whole = len(keys) // 128 * 128
-    out, packed = u32s([whole]), differences(keys[:whole])
+    out, packed = u32s([whole]), deltas(keys[:whole])
     for start in range(0, whole, 128 * 16):
         groups = [packed[i:i + 128] for i in range(start, min(start + 128 * 16, whole), 128)]
         widths = [max(value.bit_length() for value in group) for group in groups]
         head = bytes(widths + [0] * (16 - len(widths)))
         out += b''.join(head[i:i + 4][::-1] for i in range(0, 16, 4))
         out += b''.join(packed_group(group, width) for group, width in zip(groups, widths))
-    return out + tail(differences(keys[whole:]))
+    return out + tail(deltas(keys[whole:]))
 
 
-# The layouts. Every code here has less than 8 bits or whole bytes; small ones fill bytes from the lowest bit on.
+# The encodings. Every code here has less than 8 bits or whole bytes; small ones fill bytes from the lowest bit on.
 
 def small_codes(codes, width):
     row = sum(code << width * i for i, code in enumerate(codes))
@@ -189,16 +190,16 @@ def hundredths(number):
     return round(struct.unpack('<d', struct.pack('<Q', number))[0] * 100)
 
 
-def layout_plain(numbers):
+def plain_numbers(numbers):
     return b'\0' + struct.pack('<%dQ' % len(numbers), *numbers)
 
 
-def layout_scaled(numbers):
+def frame_of_reference(numbers):
     codes = [0xFFFF if n == NULL_NUMBER else hundredths(n) - 500 for n in numbers]
     return b'\1' + struct.pack('<BBBq', 2, 16, 1, 500) + struct.pack('<%dH' % len(codes), *codes)
 
 
-def layout_differences(numbers):
+def delta(numbers):
     codes, before = [], 0
     for number in numbers:
         step = 0 if number == NULL_NUMBER else hundredths(number) - before
@@ -207,22 +208,22 @@ def layout_differences(numbers):
     return b'\5' + struct.pack('<BBBq', 2, 7, 1, 0) + small_codes(codes, 7)
 
 
-def layout_dictionary(numbers):
+def dictionary(numbers):
     entries = sorted(set(numbers))
     codes = small_codes([entries.index(n) for n in numbers], 2)
-    return b'\2' + bytes([len(entries) - 1, 2]) + codes + layout_plain(entries)
+    return b'\2' + bytes([len(entries) - 1, 2]) + codes + plain_numbers(entries)
 
 
-def layout_significance(numbers):
+def byte_stream_split(numbers):
     as_bytes = [struct.pack('>Q', n) for n in numbers]
     planes = b''.join(bytes(n[plane] for n in as_bytes) for plane in range(2))
     return b'\3\2' + planes + b''.join(n[:1:-1] for n in as_bytes)
 
 
-def layout_sparse(numbers):
+def sparse_numbers(numbers):
     most = bits(0.0)
     marks = small_codes([int(n != most) for n in numbers], 1)
-    return b'\4' + struct.pack('<Q', most) + marks + layout_plain([n for n in numbers if n != most])
+    return b'\4' + struct.pack('<Q', most) + marks + plain_numbers([n for n in numbers if n != most])
 
 
 def stored_texts(texts):
@@ -230,11 +231,11 @@ def stored_texts(texts):
     return b'\1' + lengths + b''.join(t or b'' for t in texts)
 
 
-def layout_texts(texts):
+def plain_texts(texts):
     return b'\0' + stored_texts(texts)
 
 
-def layout_text_dictionary(texts):
+def text_dictionary(texts):
     entries = list(dict.fromkeys(texts))
     commons, before = [], b''
     for entry in (t or b'' for t in entries):
@@ -246,15 +247,15 @@ def layout_text_dictionary(texts):
             b'\1' + lengths + b'\3' + small_codes(commons, 3) + rests)
 
 
-# The summaries.
+# The column statistics.
 
-def key_summary(keys):
+def key_statistics(keys):
     present = [k for k in keys if k < OTHER_NULL_KEY]
     low, high = (min(present), max(present)) if present else (NULL_KEY, NULL_KEY)
     return struct.pack('<BII', len(present) < len(keys), low, high)
 
 
-def number_summary(numbers):
+def number_statistics(numbers):
     doubles = [struct.unpack('<d', struct.pack('<Q', n))[0] for n in numbers if n != NULL_NUMBER]
     present = [d for d in doubles if not math.isnan(d)]
     flags = (1 if present else 0) | (2 if len(present) < len(doubles) else 0)
@@ -262,35 +263,35 @@ def number_summary(numbers):
     return struct.pack('<BBdd', NULL_NUMBER in numbers, flags, low, high)
 
 
-def text_summary(texts):
+def text_statistics(texts):
     present = [t for t in texts if t is not None]
     bounds = b''.join(bytes([1, len(t)]) + t.ljust(80, b'\0') for t in (min(present), max(present)))
     return bytes([None in texts]) + bounds
 
 
-# Name, place in the rows, column set, type, storage code, values, encoding, summary.
+# Name, position in the rows, column set, type, storage code, values, encoding, statistics.
 COLUMNS = [
-    ('k', 7, 0, 'K', 1, key, plain_keys, key_summary),
-    ('up', 8, 0, 'K', 2, ascending, sorted_keys, key_summary),
-    ('down', 9, 0, 'K', 3, descending, lambda keys: sorted_keys(keys[::-1]), key_summary),
-    ('plain', 5, 0, 'F', 0, plain, layout_plain, number_summary),
-    ('scaled', 6, 0, 'F', 0, scaled, layout_scaled, number_summary),
-    ('few', 2, 2, 'F', 0, few, layout_dictionary, number_summary),
-    ('bytes', 3, 2, 'F', 0, significance, layout_significance, number_summary),
-    ('sparse', 4, 2, 'F', 0, sparse, layout_sparse, number_summary),
-    ('near', 10, 2, 'F', 0, near, layout_differences, number_summary),
-    ('text', 0, 2, 'U', 0, text, layout_texts, text_summary),
-    ('city', 1, 2, 'U', 0, city, layout_text_dictionary, text_summary),
+    ('k', 7, 0, 'K', 1, key, plain_keys, key_statistics),
+    ('up', 8, 0, 'K', 2, ascending, sorted_keys, key_statistics),
+    ('down', 9, 0, 'K', 3, descending, lambda keys: sorted_keys(keys[::-1]), key_statistics),
+    ('plain', 5, 0, 'F', 0, plain, plain_numbers, number_statistics),
+    ('scaled', 6, 0, 'F', 0, scaled, frame_of_reference, number_statistics),
+    ('few', 2, 2, 'F', 0, few, dictionary, number_statistics),
+    ('bytes', 3, 2, 'F', 0, significance, byte_stream_split, number_statistics),
+    ('sparse', 4, 2, 'F', 0, sparse, sparse_numbers, number_statistics),
+    ('near', 10, 2, 'F', 0, near, delta, number_statistics),
+    ('text', 0, 2, 'U', 0, text, plain_texts, text_statistics),
+    ('city', 1, 2, 'U', 0, city, text_dictionary, text_statistics),
 ]
 
 
-def block(first, sides, has_differences):
+def block(first, sides, has_deltas):
     """The descriptor of the block that begins at a row; its chunks are appended to the side files."""
     rows = range(first, min(first + ROWS_IN_BLOCK, ROWS))
     descriptor = struct.pack('<I', len(rows))
     for number in range(SETS):
         begin = before = len(sides[number])
-        used = has_differences and number == 2
+        used = has_deltas and number == 2
         descriptor += struct.pack('<Q', begin | used << 63)
         for column in (c for c in COLUMNS if c[2] == number):
             values = [column[5](row) for row in rows]
@@ -304,8 +305,8 @@ def block(first, sides, has_differences):
 
 def metadata():
     out = struct.pack('<IB', ROWS_IN_BLOCK, SETS)
-    for name, place, _, kind, code, *_ in COLUMNS:
-        out += struct.pack('<IB3xiI', place, ord(kind), 0, len(name)) + name.encode() + bytes([code])
+    for name, position, _, kind, code, *_ in COLUMNS:
+        out += struct.pack('<IB3xiI', position, ord(kind), 0, len(name)) + name.encode() + bytes([code])
     return out + u32s([sum(c[2] == number for c in COLUMNS) for number in range(SETS)])
 
 

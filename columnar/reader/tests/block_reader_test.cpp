@@ -1,5 +1,5 @@
-// What is read from whole files: rows, chosen columns, blocks that a filter does not want, and
-// files that their writer has not finished.
+// Reading of whole files: rows, chosen columns, filtered blocks, and files whose writer has not
+// finished.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -34,7 +34,7 @@ std::vector<Values> allOf(const ReadResult& result) {
   return rows;
 }
 
-TEST(BlockReader, GivesTheRowsOfEveryShapeOfFile) {
+TEST(BlockReader, ReadsTheRowsOfEveryShapeOfFile) {
   for (const int count : {1, 3, 4, 5, 13, 300}) {
     const std::vector<Values> rows = someRows(count);
     for (const std::size_t blocksInRecord : {1, 2, 1000}) {
@@ -69,11 +69,11 @@ TEST(BlockReader, ReadsOnlyTheColumnsAskedFor) {
   EXPECT_EQ(turned.rows.at(9), (Values{rows[9][2], rows[9][0]}));
 }
 
-TEST(BlockReader, PassesOverBlocksThatAreNotWanted) {
+TEST(BlockReader, SkipsBlocksThatAreNotWanted) {
   const std::vector<Values> rows = someRows(14);
   const auto wantsLaterKeys = [](const GelFile& file, const BlockInfo& block) {
-    KeySummary keys;
-    EXPECT_TRUE(file.descriptorLayout().readSummary(block.descriptor, 0, keys));
+    KeyStatistics keys;
+    EXPECT_TRUE(file.descriptorLayout().readStatistics(block.descriptor, 0, keys));
     EXPECT_EQ(keys.low, block.firstRow * 3);
     return keys.high >= 33;
   };
@@ -101,15 +101,6 @@ TEST(BlockReader, ReadsWhatAKilledWriterLeft) {
   // The writer closed it after a failed run.
   shape.hasFinalHeader = shape.hasEndMarker = true;
   EXPECT_EQ(allOf(readRows(makeFile(kColumns, rows, shape))), rows);
-}
-
-TEST(BlockReader, GivesColumnsInTheOrderOfTheWrittenRows) {
-  const MemoryFiles files = makeFile({{"b", 'F'}, {"a", 'U'}}, {{1, "x"}});
-  const auto file = GelFile::open("made.cgel_kelvarin", IncompleteFiles::refuse, files.opener());
-  ASSERT_TRUE(file);
-  EXPECT_EQ((*file)->columnsInRowOrder(), (std::vector<std::size_t>{0, 1}));
-  EXPECT_EQ((*file)->rowCount(), 1u);
-  EXPECT_EQ((*file)->meta(1).type(), MetaTypeColumn::text);
 }
 
 }  // namespace

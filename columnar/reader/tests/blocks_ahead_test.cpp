@@ -1,4 +1,4 @@
-// Threads that hand over blocks: order, room, and leaving on either side.
+// Reading ahead: the order of events, how many are read ahead, and blocks that are filled again.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -20,22 +20,7 @@ ReadEvent blockAt(std::uint64_t row, std::uint64_t rows = kRowsOfBlock) {
   return event;
 }
 
-TEST(HandOver, TellsTheEndAfterEverythingWasTaken) {
-  HandOver<int> things(2);
-  std::thread maker([&] {
-    for (int i = 0; i < 1000 && things.waitForRoom(); ++i) {
-      things.put(i);
-    }
-    things.finish();
-  });
-  for (int i = 0; i < 1000; ++i) {
-    EXPECT_EQ(things.take(), i);
-  }
-  EXPECT_EQ(things.take(), std::nullopt);
-  maker.join();
-}
-
-TEST(BlocksAhead, GivesEventsInOrderAndNothingAfterTheLast) {
+TEST(BlocksAhead, ReturnsEventsInOrderAndNothingAfterTheLast) {
   constexpr std::uint64_t kBlocks = 600;
   for (const int blocksAhead : {-1, 0, 1, 5}) {
     for (const std::uint64_t rows : {std::uint64_t{1}, kRowsOfBlock}) {
@@ -49,7 +34,7 @@ TEST(BlocksAhead, GivesEventsInOrderAndNothingAfterTheLast) {
         ReadEvent event = events.next();
         ASSERT_EQ(event.kind, ReadEvent::Kind::block);
         EXPECT_EQ(event.firstRow, rows * block);
-        events.giveBack(std::move(event.block));
+        events.recycle(std::move(event.block));
       }
       EXPECT_EQ(events.next().kind, ReadEvent::Kind::end);
       EXPECT_EQ(events.next().kind, ReadEvent::Kind::end);
@@ -82,7 +67,7 @@ TEST(BlocksAhead, FillsTheSameBlocksAgain) {
       },
       2);
   for (int i = 0; i < 200; ++i) {
-    events.giveBack(events.next().block);
+    events.recycle(events.next().block);
   }
   EXPECT_LE(created, 4);
 }

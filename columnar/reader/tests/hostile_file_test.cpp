@@ -1,5 +1,5 @@
-// Files that ask for more than they are worth, with every checksum right: what reading them takes
-// is bounded by their size, and by the values that they really have.
+// Files that claim more than they have, with every checksum right: reading them takes time and
+// memory in proportion to their size and to their real values.
 #include <gtest/gtest.h>
 
 #include <malloc.h>
@@ -12,7 +12,6 @@
 #include "columnar/codecs/descriptor_record.h"
 #include "columnar/codecs/snappy_stream.h"
 #include "columnar/format/block_descriptor.h"
-#include "columnar/format/checksum.h"
 #include "columnar/format/file_header.h"
 #include "columnar/format/file_names.h"
 #include "columnar/reader/blocks_ahead.h"
@@ -24,7 +23,7 @@ namespace kelvarin::testing {
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kIsMeasured = false;  // a sanitizer takes memory and time of its own
+constexpr bool kIsMeasured = false;  // sanitizers take memory and time
 #else
 constexpr bool kIsMeasured = true;
 #endif
@@ -38,7 +37,7 @@ struct Cost {
   std::uint64_t values = 0;
   std::uint64_t largestBlock = 0;  // values
   double seconds = 0.0;            // of the processor
-  std::uint64_t bytes = 0;         // resident at most, beyond what was there before
+  std::uint64_t bytes = 0;         // largest resident size, beyond that of an idle process
 };
 
 void readAll(const GelFile& file, Cost& cost) {
@@ -54,7 +53,7 @@ void readAll(const GelFile& file, Cost& cost) {
       const std::uint64_t values = event.block->rowCount() * file.columns().size();
       cost.values += values;
       cost.largestBlock = std::max(cost.largestBlock, values);
-      blocks.giveBack(std::move(event.block));
+      blocks.recycle(std::move(event.block));
     }
   }
 }
@@ -67,7 +66,7 @@ void verify(const GelFile& file, Cost& cost) {
 
 using Work = void (*)(const GelFile&, Cost&);
 
-// In a process of its own, so that its memory can be told.
+// Runs in a process of its own, so that its memory can be measured.
 Cost costOf(const MemoryFiles& files, Work work) {
   void* shared =
       mmap(nullptr, sizeof(Cost), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
@@ -89,7 +88,7 @@ Cost costOf(const MemoryFiles& files, Work work) {
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "ended with " << status;
     return usage;
   };
-  malloc_trim(0);  // so that what making the files took is not there to be used again
+  malloc_trim(0);  // the memory that making the files took cannot be reused
   const rusage idle = run(false);
   const rusage busy = run(true);
   cost.seconds = static_cast<double>(busy.ru_utime.tv_sec + busy.ru_stime.tv_sec) +
@@ -100,7 +99,7 @@ Cost costOf(const MemoryFiles& files, Work work) {
   return result;
 }
 
-// Beside the files' size, `stream` bytes are what a Snappy stream honestly expands to.
+// `stream` is the size that a Snappy stream really expands to.
 void expectBounded(const MemoryFiles& files, const std::string& what, std::uint64_t stream = 0) {
   std::uint64_t size = 0;
   for (const auto& [name, bytes] : files.all()) {
@@ -109,7 +108,7 @@ void expectBounded(const MemoryFiles& files, const std::string& what, std::uint6
   for (const Work work : {readAll, verify}) {
     const Cost cost = costOf(files, work);
     if (kIsMeasured) {
-      constexpr std::uint64_t kBytesOfValue = 12;  // a text's place and length
+      constexpr std::uint64_t kBytesOfValue = 12;  // a text's offset and length
       EXPECT_LE(cost.bytes, (64ull << 20) + 4 * size + stream +
                                 kBytesOfValue * cost.largestBlock * (kBlocksAhead + 1))
           << what;
@@ -120,27 +119,13 @@ void expectBounded(const MemoryFiles& files, const std::string& what, std::uint6
   }
 }
 
-std::size_t firstRecord(const MemoryFiles& files) {
-  return loadPacked<std::uint32_t>(asBytes(files.at(kMain)).data() + kCompleteFlagOffset + 1) +
-         kOpeningSize;
-}
-
 void storeRecords(MemoryFiles& files, const std::string& records) {
-  files[kMain] = files.at(kMain).substr(0, firstRecord(files)) + records + std::string(8, '\xFF');
+  files[kMain] = files.at(kMain).substr(0, firstRecord(files.at(kMain))) + records + std::string(8, '\xFF');
 }
 
 std::string sealedRecord(const std::string& payload) {
-  std::string record(kRecordHeadSize, '\0');
   const auto size = static_cast<std::uint32_t>(payload.size());
-  const std::uint32_t sum = checksum(asBytes(payload));
-  std::memcpy(record.data(), &size, sizeof size);
-  std::memcpy(record.data() + sizeof size, &sum, sizeof sum);
-  return record + payload;
-}
-
-std::string sealedChunk(const std::string& stream) {
-  const std::uint32_t sum = checksum(asBytes(stream));
-  return std::string(reinterpret_cast<const char*>(&sum), sizeof sum) + stream;
+  return std::string(reinterpret_cast<const char*>(&size), sizeof size) + sealedChunk(payload);
 }
 
 std::string compressed(const std::string& raw) {
@@ -149,13 +134,13 @@ std::string compressed(const std::string& raw) {
   return std::string(asText(stream.bytes()));
 }
 
-// A file with one column and one block of so many rows, as is told.
+// A file with one column and one block that claims the number of rows.
 MemoryFiles oneChunk(MadeColumn column, std::uint32_t rows, const std::string& chunk) {
   const Value value = column.type == 'U' ? Value("x") : Value(1);
   MemoryFiles files = makeFile({column}, {{value}}, {.rowsInBlock = rows});
   const Bytes main = asBytes(files.at(kMain));
   ByteBuffer raw;
-  (void)uncompressSnappy(main.subspan(firstRecord(files) + kRecordHeadSize), kMaximumRawSize, raw);
+  (void)uncompressSnappy(main.subspan(firstRecord(files.at(kMain)) + kRecordHeadSize), kMaxRawSize, raw);
   DescriptorLayout::setRowCount(raw.data(), rows);
   storeRecords(files, sealedRecord(compressed(std::string(asText(raw.bytes())))));
   const std::uint64_t rowCount = rows;
@@ -197,7 +182,7 @@ MemoryFiles manyColumns(const Columns& columns) {
     DescriptorLayout::setRowCount(one.data(), 1);
     const std::vector<std::uint64_t> begins = ends;
     for (std::size_t set = 0; set < begins.size(); ++set) {
-      layout.setPlace(one.data(), static_cast<int>(set), {begins[set], false});
+      layout.setBlockLocation(one.data(), static_cast<int>(set), {begins[set], false});
     }
     for (std::size_t i = 0; i < columns.count; ++i) {
       const auto set = static_cast<std::size_t>(metadata.columns[i].columnSet);
@@ -241,8 +226,8 @@ TEST(HostileFile, AnnouncedLengthsAreNotBelieved) {
   expectBounded(files, "a long record");
 }
 
-// Snappy makes up to 22 bytes of one. Values are looked at when they are expanded; descriptors are
-// not expanded beyond what the file can need.
+// Snappy expands one byte to up to 22. Values are expanded, descriptors only as far as the file can
+// need it.
 TEST(HostileFile, StreamsThatSwellTakeNoMoreThanTheyExpandTo) {
   constexpr std::size_t kSwollen = 70'000'000;
   const std::string stream = compressed(std::string(kSwollen, '\0'));
@@ -257,32 +242,32 @@ TEST(HostileFile, StreamsThatSwellTakeNoMoreThanTheyExpandTo) {
 TEST(HostileFile, ValuesOfFewBytesTakeWhatTheirRowsNeed) {
   constexpr std::uint32_t kRows = 3'000'000;
   const std::string zero(8, '\0');
-  const std::string codesOfNoBits = std::string("\0\0\0", 3) + zero;
+  const std::string codesOfZeroBits = std::string("\0\0\0", 3) + zero;
   const std::string numbers[] = {
-      "\1" + codesOfNoBits, "\5" + codesOfNoBits, std::string("\2\0\0\0", 4) + zero,
-      std::string("\2\0\0\1", 4) + codesOfNoBits,
-      "\4" + zero + std::string(kRows / 8, '\xFF') + "\1" + codesOfNoBits};
+      "\1" + codesOfZeroBits, "\5" + codesOfZeroBits, std::string("\2\0\0\0", 4) + zero,
+      std::string("\2\0\0\1", 4) + codesOfZeroBits,
+      "\4" + zero + std::string(kRows / 8, '\xFF') + "\1" + codesOfZeroBits};
   for (const std::string& raw : numbers) {
     expectBounded(oneChunk({"n", 'F'}, kRows, sealedChunk(compressed(raw))),
-                  "numbers in the layout " + std::to_string(raw[0]));
+                  "numbers in the encoding " + std::to_string(raw[0]));
   }
   const std::string texts[] = {std::string("\0\0\0\0\0\0", 6),
                                std::string("\1\0\0\0\0\0\0\0\0\0", 10)};
   for (const std::string& raw : texts) {
     expectBounded(oneChunk({"t", 'U'}, kRows, sealedChunk(compressed(raw))),
-                  "texts in the layout " + std::to_string(raw[0]));
+                  "texts in the encoding " + std::to_string(raw[0]));
   }
 }
 
-// Whatever number of rows a few bytes claim, one value stands for all of them.
+// A few bytes may claim any number of rows, and one value stands for all of them.
 TEST(HostileFile, OneValueForAllRowsTakesNoMemory) {
   const std::string one("\1\0\0\0\0\0\0\0", 8);
   const std::string oneAsDouble("\0\0\0\0\0\0\xF0\x3F", 8);
-  const std::string codesOfNoBits("\0\0\0", 3);
+  const std::string codesOfZeroBits("\0\0\0", 3);
   const std::string x("\1\0\0\0\0\1\0\0\0\0x", 11);
   const MemoryFiles made[] = {
-      oneChunk({"n", 'F'}, kMany, sealedChunk(compressed("\1" + codesOfNoBits + one))),
-      oneChunk({"n", 'F'}, kMany, sealedChunk(compressed("\5" + codesOfNoBits + one))),
+      oneChunk({"n", 'F'}, kMany, sealedChunk(compressed("\1" + codesOfZeroBits + one))),
+      oneChunk({"n", 'F'}, kMany, sealedChunk(compressed("\5" + codesOfZeroBits + one))),
       oneChunk({"n", 'F'}, kMany,
                sealedChunk(compressed(std::string("\2\0\0\0", 4) + oneAsDouble))),
       oneChunk({"t", 'U'}, kMany, sealedChunk(compressed(x)))};
@@ -296,7 +281,7 @@ TEST(HostileFile, OneValueForAllRowsTakesNoMemory) {
   }
 }
 
-// Each entry of a dictionary repeats most of the one before, and is a few bytes of the file.
+// Each entry of a dictionary repeats most of the previous one, and takes few bytes of the file.
 TEST(HostileFile, EntriesWithCommonBeginningsTakeNoMoreThanADictionaryCan) {
   constexpr std::size_t kEntries = 65536;
   const std::string length("\xFF\0\0\0", 4);
@@ -369,7 +354,7 @@ TEST(HostileFile, RecordsWithoutBlocksAreCheap) {
   expectBounded(files, "empty records");
 }
 
-// Descriptors of one row each, with as little as they need behind them.
+// Descriptors of one row each, with as few bytes of chunks as possible.
 TEST(HostileFile, BlocksWithoutValuesAreCheap) {
   constexpr int kBlocks = 1'000'000;
   MemoryFiles files = makeFile({{"k", 'K'}}, {{1}}, {.rowsInBlock = 1});
@@ -382,7 +367,7 @@ TEST(HostileFile, BlocksWithoutValuesAreCheap) {
     std::vector<unsigned char> one(layout.width());
     DescriptorLayout::setRowCount(one.data(), 1);
     for (std::uint64_t i = 0; i < kBlocks; ++i) {
-      layout.setPlace(one.data(), 0, {i * step, false});
+      layout.setBlockLocation(one.data(), 0, {i * step, false});
       descriptors += asText(one);
     }
     storeRecords(files, sealedRecord(compressed(descriptors)));

@@ -8,6 +8,7 @@
 #include "columnar/codecs/chunk_codec.h"
 #include "columnar/codecs/descriptor_record.h"
 #include "columnar/format/block_descriptor.h"
+#include "columnar/format/checksum.h"
 #include "columnar/format/file_header.h"
 #include "columnar/format/file_names.h"
 
@@ -88,7 +89,7 @@ class FileMaker {
       if (described.columnSet != set) {
         set = described.columnSet;
         blockBegin = side.size();
-        m_layout.setPlace(bytes.data(), set, {blockBegin, false});
+        m_layout.setBlockLocation(bytes.data(), set, {blockBegin, false});
       }
       m_layout.setChunkPosition(bytes.data(), column,
                                 static_cast<std::uint32_t>(side.size() - blockBegin));
@@ -112,66 +113,66 @@ class FileMaker {
   void appendKeys(std::size_t column, std::size_t first, std::size_t end, unsigned char* descriptor,
                   ByteBuffer& side) {
     std::vector<std::uint32_t> keys;
-    KeySummary summary;
+    std::vector<std::uint32_t> present;
     for (std::size_t row = first; row < end; ++row) {
       const Value& value = m_rows[row][column];
-      const auto key = value.isNull() ? kNoKey : static_cast<std::uint32_t>(*value.number());
-      keys.push_back(key);
-      summary.hasNull |= key >= kSmallestMissingKey;
-      if (key < kSmallestMissingKey) {
-        const bool isFirst = !summary.hasValues();
-        summary.low = std::min(summary.low, key);
-        summary.high = isFirst ? key : std::max(summary.high, key);
+      keys.push_back(value.isNull() ? kNoKey : static_cast<std::uint32_t>(*value.number()));
+      if (keys.back() < kSmallestMissingKey) {
+        present.push_back(keys.back());
       }
     }
+    KeyStatistics statistics{.hasNull = present.size() < keys.size()};
+    if (!present.empty()) {
+      const auto [low, high] = std::minmax_element(present.begin(), present.end());
+      statistics.low = *low;
+      statistics.high = *high;
+    }
     m_encoder.appendKeys(keys, m_metadata.columns[column].storage, side);
-    m_layout.writeSummary(descriptor, column, summary);
+    m_layout.writeStatistics(descriptor, column, statistics);
   }
 
   void appendNumbers(std::size_t column, std::size_t first, std::size_t end,
                      unsigned char* descriptor, ByteBuffer& side) {
     std::vector<std::uint64_t> numbers;
-    NumberSummary summary;
+    NumberStatistics statistics;
     for (std::size_t row = first; row < end; ++row) {
       const Value& value = m_rows[row][column];
       numbers.push_back(value.isNull() ? ~0ull : std::bit_cast<std::uint64_t>(*value.number()));
-      summary.hasNull |= value.isNull();
+      statistics.hasNull |= value.isNull();
       if (!value.isNull() && std::isnan(*value.number())) {
-        summary.hasNotANumber = true;
+        statistics.hasNotANumber = true;
       } else if (!value.isNull()) {
         const double number = *value.number();
-        summary.low = summary.hasValues ? std::min(summary.low, number) : number;
-        summary.high = summary.hasValues ? std::max(summary.high, number) : number;
-        summary.hasValues = true;
+        statistics.low = statistics.hasValues ? std::min(statistics.low, number) : number;
+        statistics.high = statistics.hasValues ? std::max(statistics.high, number) : number;
+        statistics.hasValues = true;
       }
     }
     m_encoder.appendNumbers(numbers, side);
-    m_layout.writeSummary(descriptor, column, summary);
+    m_layout.writeStatistics(descriptor, column, statistics);
   }
 
   void appendTexts(std::size_t column, std::size_t first, std::size_t end,
                    unsigned char* descriptor, ByteBuffer& side) {
     std::vector<std::uint32_t> lengths;
-    std::string bytes;
-    TextSummary summary;
     std::vector<std::string> texts;
+    std::string bytes;
     for (std::size_t row = first; row < end; ++row) {
-      const Value& value = m_rows[row][column];
-      summary.hasNull |= value.isNull();
-      lengths.push_back(value.isNull() ? kNullLength
-                                       : static_cast<std::uint32_t>(value.text()->size()));
-      if (!value.isNull()) {
-        bytes += *value.text();
-        texts.push_back(*value.text());
+      const std::string* text = m_rows[row][column].text();
+      lengths.push_back(text == nullptr ? kNullLength : static_cast<std::uint32_t>(text->size()));
+      if (text != nullptr) {
+        texts.push_back(*text);
+        bytes += *text;
       }
     }
+    TextStatistics statistics{.hasNull = texts.size() < lengths.size(), .low = {}, .high = {}};
     if (!texts.empty()) {
       const auto [low, high] = std::minmax_element(texts.begin(), texts.end());
-      summary.low = TextBound::of(*low);
-      summary.high = TextBound::of(*high);
+      statistics.low = TextBound::of(*low);
+      statistics.high = TextBound::of(*high);
     }
     m_encoder.appendTexts({lengths, asBytes(bytes)}, side);
-    m_layout.writeSummary(descriptor, column, summary);
+    m_layout.writeStatistics(descriptor, column, statistics);
   }
 
   void appendRecord(std::vector<unsigned char>& descriptors, std::string& records) {
@@ -219,6 +220,16 @@ std::string headOf(const MetadataBlock& metadata, std::uint64_t rows, const File
   storePacked(bytes.data() + kCompleteFlagOffset + 1,
               static_cast<std::uint32_t>(bytes.size() - kOpeningSize));
   return std::string(asText(bytes));
+}
+
+std::size_t firstRecord(const std::string& mainFile) {
+  return loadPacked<std::uint32_t>(asBytes(mainFile).data() + kCompleteFlagOffset + 1) +
+         kOpeningSize;
+}
+
+std::string sealedChunk(const std::string& stream) {
+  const std::uint32_t sum = checksum(asBytes(stream));
+  return std::string(reinterpret_cast<const char*>(&sum), sizeof sum) + stream;
 }
 
 MemoryFiles makeFile(const std::vector<MadeColumn>& columns, const std::vector<Values>& rows,

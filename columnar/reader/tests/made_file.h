@@ -2,7 +2,7 @@
 //
 //   MemoryFiles files = makeFile({{"id", 'K'}, {"name", 'U', 1}}, rows, {.rowsInBlock = 4});
 //
-// Every freedom of a file can be chosen: column sets, records of few blocks, both header forms.
+// Column sets, the size of records, the form of the header and the end marker can be chosen.
 #pragma once
 
 #include <map>
@@ -57,5 +57,9 @@ MemoryFiles makeFile(const std::vector<MadeColumn>& columns, const std::vector<V
 
 // Header, slot table and metadata block.
 std::string headOf(const MetadataBlock& metadata, std::uint64_t rows, const FileShape& shape);
+// The offset of the first descriptor record.
+std::size_t firstRecord(const std::string& mainFile);
+// With its checksum.
+std::string sealedChunk(const std::string& stream);
 
 }  // namespace kelvarin::testing

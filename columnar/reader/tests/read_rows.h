@@ -1,4 +1,4 @@
-// Everything that reading a made file gives: rows by their number, and what was reported.
+// The result of reading a made file: rows by their number, and reported damage.
 #pragma once
 
 #include <map>

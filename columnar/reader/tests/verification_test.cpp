@@ -43,7 +43,7 @@ TEST(Verification, FindsNothingInAWholeFile) {
   EXPECT_EQ(result.chunks, 9u);
 }
 
-TEST(Verification, NamesBlockColumnAndPlaceOfAChunk) {
+TEST(Verification, NamesBlockColumnAndOffsetOfAChunk) {
   MemoryFiles files = someFile();
   std::string& side = files[sideFileName(kMain, 1)];
   side[side.size() - 10] ^= 4;
@@ -74,7 +74,7 @@ TEST(Verification, FindsWhatIsMissing) {
 }
 
 // The values of another file, with sound checksums.
-TEST(Verification, ComparesValuesWithTheirSummaries) {
+TEST(Verification, ComparesValuesWithTheirStatistics) {
   for (const char type : {'K', 'F', 'U'}) {
     const auto value = [type](int number) {
       return type == 'U' ? Value(std::to_string(number)) : Value(number);
@@ -85,7 +85,7 @@ TEST(Verification, ComparesValuesWithTheirSummaries) {
     files[sideFileName(kMain, 0)] = other.at(sideFileName(kMain, 0));
     const std::vector<GelDamage> damages = damagesOf(files);
     ASSERT_EQ(damages.size(), 1u) << type;
-    EXPECT_EQ(damages[0].kind, Kind::summary);
+    EXPECT_EQ(damages[0].kind, Kind::statistics);
   }
 }
 

@@ -1,10 +1,8 @@
 #include "columnar/writer/columnar_hd_writer.h"
 
-#include <csignal>
 #include <fstream>
 #include <iterator>
 
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <QTemporaryDir>
@@ -104,8 +102,8 @@ TEST(ColumnarHDWriter, GoldenFile) {
   const ByteList side = contentOf(folder.file("g.000.cs_kelvarin"));
   const ByteList main = contentOf(file);
   // The key's chunk: checksum, Snappy's length and tag, the number of packed keys, 6 bytes for 7
-  // and the null, 2 of padding. The number's chunk: the same head, layout, 11 bytes and 2 codes of
-  // 4 bits.
+  // and the null, 2 of padding. The number's chunk: the same head, encoding, 11 bytes and 2 codes
+  // of 4 bits.
   ASSERT_EQ(side.size(), 18u + 19u);
   EXPECT_EQ(ByteList(side.begin() + 4, side.begin() + 18),
             (ByteList{12, 11 << 2, 0, 0, 0, 0, 0x87, 0x7F, 0x7F, 0x7F, 0x7F, 0x8F, 0, 0}));
@@ -141,24 +139,6 @@ TEST(ColumnarHDWriter, GoldenFile) {
   EXPECT_EQ(loadPacked<std::uint64_t>(main.data() + main.size() - 8), kEndMarker);
 }
 
-TEST(ColumnarHDWriter, TheSameBytesForAnyNumberOfThreads) {
-  const Folder folder;
-  std::vector<ByteList> first;
-  for (const int threads : {1, 2, 3, 8}) {
-    FakeInputPin pin = wideTable(2350);
-    const std::string file = folder.file("t.cgel_kelvarin");
-    ColumnarHDWriter writer;
-    ASSERT_TRUE(
-        writeAll(writer, pin, file, {.rowsInBlock = 100, .sets = kThreeSets, .threads = threads}));
-    const auto files = filesOf(file, 3);
-    EXPECT_FALSE(files[3].empty());
-    if (first.empty()) {
-      first = files;
-    }
-    EXPECT_EQ(files, first) << threads << " threads";
-  }
-}
-
 TEST(ColumnarHDWriter, OnlyANormalEndMakesAFileComplete) {
   const Folder folder;
   const std::string file = folder.file("e.cgel_kelvarin");
@@ -185,20 +165,7 @@ TEST(ColumnarHDWriter, OnlyANormalEndMakesAFileComplete) {
   EXPECT_EQ(contentOf(file)[4], 0);
 }
 
-TEST(ColumnarHDWriter, ColumnsOutsideTheStrategyAreLeftOutAndEmptySetsHaveNoFile) {
-  const Folder folder;
-  const std::string file = folder.file("s.cgel_kelvarin");
-  FakeInputPin pin = wideTable(10);
-  ColumnarHDWriter writer;
-  ASSERT_TRUE(
-      writeAll(writer, pin, file, {.rowsInBlock = 5, .sets = {{"m", 0}, {"k", 2}, {"t", -1}}}));
-  EXPECT_EQ(loadPacked<std::uint32_t>(contentOf(file).data() + 17), 2u);
-  EXPECT_FALSE(contentOf(folder.file("s.000.cs_kelvarin")).empty());
-  EXPECT_NE(access(folder.file("s.001.cs_kelvarin").c_str(), F_OK), 0);
-  EXPECT_FALSE(contentOf(folder.file("s.002.cs_kelvarin")).empty());
-}
-
-TEST(ColumnarHDWriter, LimitsAreToldBeforeAnythingIsWritten) {
+TEST(ColumnarHDWriter, LimitsAreCheckedBeforeAnythingIsWritten) {
   const Folder folder;
   const std::string file = folder.file("l.cgel_kelvarin");
   const auto kindOf = [&](const Options& options, const std::string& columns) {
@@ -222,7 +189,7 @@ TEST(ColumnarHDWriter, LimitsAreToldBeforeAnythingIsWritten) {
   EXPECT_EQ(kindOf({.rowsInBlock = 5, .sets = {}}, wide), Kind::tooLarge);
 }
 
-TEST(ColumnarHDWriter, AFullDiskLosesNothingWhenRoomIsMade) {
+TEST(ColumnarHDWriter, AFullDiskLosesNothingWhenSpaceIsFreed) {
   const Folder folder;
   const std::string wanted = folder.file("w.cgel_kelvarin");
   const std::string file = folder.file("d.cgel_kelvarin");
@@ -260,59 +227,6 @@ TEST(ColumnarHDWriter, GivingUpOnAFullDiskEndsWithAnIncompleteFileAndItsName) {
     const ByteList main = contentOf(file);
     EXPECT_TRUE(main.size() < 5 || main[4] == 0);
   }
-}
-
-TEST(ColumnarHDWriter, AFolderThatIsNotThereCannotBeOpened) {
-  const Folder folder;
-  FakeInputPin pin = wideTable(1);
-  ColumnarHDWriter writer;
-  EXPECT_FALSE(writeAll(writer, pin, folder.file("no/such.cgel_kelvarin"), {}));
-  EXPECT_EQ(writer.failure().kind, WriteFailure::Kind::cannotOpen);
-  EXPECT_FALSE(writer.isOpen());
-}
-
-// The process ends at the n-th write, for every n: what it leaves never claims to be complete.
-TEST(ColumnarHDWriter, AWriterKilledAtAnyWriteLeavesAnIncompleteFile) {
-  const Folder folder;
-  const std::string file = folder.file("k.cgel_kelvarin");
-  bool hasEnded = false;
-  for (long long bytes = 0; !hasEnded; bytes += 97) {
-    const pid_t child = fork();
-    if (child == 0) {
-      FullDisk disk(bytes);
-      ColumnarHDWriter writer([](const QString&, int) { return ::kill(getpid(), SIGKILL) != 0; });
-      FakeInputPin pin = wideTable(300);
-      _exit(writeAll(writer, pin, file, {.rowsInBlock = 100, .sets = kThreeSets}) ? 0 : 1);
-    }
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    hasEnded = !WIFSIGNALED(status);
-    ASSERT_TRUE(!hasEnded || WEXITSTATUS(status) == 0);
-    const ByteList main = contentOf(file);
-    EXPECT_EQ(main.size() > 4 && main[4] == 1, hasEnded) << "after " << bytes << " bytes";
-  }
-}
-
-TEST(ColumnarHDWriter, SizesDependOnFinishedBlocksOnly) {
-  const Folder folder;
-  FakeInputPin pin = wideTable(500);
-  ColumnarHDWriter writer;
-  GlobalParameters parameters;
-  ASSERT_TRUE(writer.openHD(QString::fromStdString(folder.file("z.cgel_kelvarin")), 100, {},
-                            &parameters, 2));
-  std::vector<std::uint64_t> sizes;
-  while (const OneRow* row = pin.next()) {
-    ASSERT_TRUE(writer.writeToHD(row));
-    if (writer.isAtBlockBegin()) {
-      sizes.push_back(writer.sizeBeforeLastBlock());
-    }
-  }
-  ASSERT_TRUE(writer.closeHD(RunningState::running));
-  ASSERT_EQ(sizes.size(), 5u);
-  EXPECT_LT(sizes[0], sizes[1]);
-  const std::size_t side = contentOf(folder.file("z.000.cs_kelvarin")).size();
-  EXPECT_GT(sizes[4], side * 3 / 5);
-  EXPECT_LT(sizes[4], side + 2000);
 }
 
 TEST(ColumnarHDWriter, APreviewListsTheRecordsAndEndsWithTheLast) {

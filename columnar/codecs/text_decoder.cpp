@@ -2,7 +2,7 @@
 #include <numeric>
 
 #include "columnar/codecs/code_array.h"
-#include "columnar/codecs/text_layout.h"
+#include "columnar/codecs/text_encoding.h"
 
 namespace kelvarin {
 
@@ -43,7 +43,7 @@ class Lengths {
     }
   }
 
-  bool areAllTheSame() const { return m_width == 0; }
+  bool areEqual() const { return m_width == 0; }
 
   std::uint64_t byteCount(std::size_t count) const {
     if (m_width == 0) {
@@ -69,7 +69,7 @@ class Lengths {
   Bytes m_bytes;
 };
 
-// Texts of which only the lengths have been looked at.
+// Texts of which only the lengths have been read.
 struct StoredTexts {
   Lengths lengths;
   std::size_t count = 0;
@@ -84,11 +84,11 @@ struct StoredTexts {
     return size <= reader.remaining() && reader.readBytes(size, bytes);
   }
 
-  // Offsets are 32 bits.
+  // Offsets have 32 bits.
   bool fitsDecoded() const { return count * kLengthSize + bytes.size() <= 0xFFFFFFFF; }
 };
 
-// Puts the length before each text. `offsets` has room for all.
+// Writes each text with its length before it. `offsets` has an element for each.
 void decodeStored(const StoredTexts& stored, ByteBuffer& decoded, std::uint32_t* offsets) {
   // Short texts are copied as 16 bytes, so both ends need a margin.
   constexpr std::size_t kShort = 16;
@@ -118,7 +118,7 @@ bool decodePlain(ByteReader& reader, std::size_t rows, DecodedTexts& texts) {
   if (!stored.take(reader, rows) || reader.remaining() != 0) {
     return false;
   }
-  if (stored.lengths.areAllTheSame() && stored.bytes.empty()) {
+  if (stored.lengths.areEqual() && stored.bytes.empty()) {
     stored.count = 1;  // one null or empty text stands for all rows
   }
   if (!stored.fitsDecoded()) {
@@ -129,7 +129,7 @@ bool decodePlain(ByteReader& reader, std::size_t rows, DecodedTexts& texts) {
   return true;
 }
 
-// Texts in their order, each with how many bytes it has from the one before.
+// The entries of a dictionary in their order, and how many bytes each shares with the previous one.
 struct StoredEntries {
   Lengths lengths;
   std::size_t count = 0;
@@ -147,8 +147,8 @@ struct StoredEntries {
     }
     shared.resize(count);
     LoadedCodes(packed.data(), count, *codeWidthOf(bits))
-        .forEachPiece([&](std::size_t first, std::span<const std::uint32_t> piece) {
-          std::transform(piece.begin(), piece.end(), shared.data() + first,
+        .forEachBatch([&](std::size_t first, std::span<const std::uint32_t> batch) {
+          std::transform(batch.begin(), batch.end(), shared.data() + first,
                          [](std::uint32_t code) { return static_cast<std::uint8_t>(code); });
           return true;
         });
@@ -157,17 +157,17 @@ struct StoredEntries {
   }
 
  private:
-  // No text has more than itself, or than the one before, in common with that.
+  // No entry shares more bytes than it or the previous one has.
   bool areSharesSound() {
     std::size_t before = 0;
-    std::size_t place = 0;
+    std::size_t index = 0;
     bool isSound = true;
     lengths.forEach(count, [&](std::uint32_t length) {
       const std::size_t bytesOfText = byteCountOf(length);
-      isSound &= shared[place] <= std::min(before, bytesOfText);
+      isSound &= shared[index] <= std::min(before, bytesOfText);
       size += bytesOfText;
       before = bytesOfText;
-      ++place;
+      ++index;
     });
     return isSound;
   }
@@ -177,7 +177,7 @@ struct StoredEntries {
   bool fitsDecoded() const { return count * kLengthSize + size <= 0xFFFFFFFF; }
 };
 
-// Puts the length before each text. `offsets` has room for all.
+// Writes each text with its length before it. `offsets` has an element for each.
 void decodeEntries(const StoredEntries& stored, ByteBuffer& decoded, std::uint32_t* offsets) {
   decoded.resize(stored.count * kLengthSize + stored.size);
   unsigned char* out = decoded.data();
@@ -207,39 +207,39 @@ bool decodeDictionary(ByteReader& reader, std::size_t rows, DecodedTexts& texts)
       !entries.take(reader, last + std::size_t{1})) {
     return false;
   }
-  // All that codes can say has a place.
-  std::vector<std::uint32_t> places(std::size_t{1} << bits);
-  decodeEntries(entries, texts.bytes, places.data());
-  // Codes of no bits are all the same: one text stands for all rows.
+  // There is an offset for every value of a code.
+  std::vector<std::uint32_t> entryOffsets(std::size_t{1} << bits);
+  decodeEntries(entries, texts.bytes, entryOffsets.data());
+  // Codes of 0 bits are all equal, so one text stands for all rows.
   const std::size_t stored = bits == 0 ? 1 : rows;
   texts.offsets.resize(stored);
   return LoadedCodes(codes.data(), stored, *codeWidthOf(bits))
-      .forEachPiece([&](std::size_t first, std::span<const std::uint32_t> piece) {
-        for (std::size_t i = 0; i < piece.size(); ++i) {
-          texts.offsets[first + i] = places[piece[i]];
+      .forEachBatch([&](std::size_t first, std::span<const std::uint32_t> batch) {
+        for (std::size_t i = 0; i < batch.size(); ++i) {
+          texts.offsets[first + i] = entryOffsets[batch[i]];
         }
-        return largestOf(piece) <= last;
+        return largestOf(batch) <= last;
       });
 }
 
 }  // namespace
 
-ReadStatus decodeTexts(Bytes bytes, std::uint32_t rows, DecodedTexts& texts, int& unknownLayout) {
+ReadStatus decodeTexts(Bytes bytes, std::uint32_t rows, DecodedTexts& texts, int& unknownEncoding) {
   ByteReader reader(bytes);
-  std::uint8_t layout = 0;
-  if (!reader.read(layout)) {
+  std::uint8_t encoding = 0;
+  if (!reader.read(encoding)) {
     return ReadStatus::corrupted;
   }
   bool isSound = false;
-  switch (static_cast<TextLayout>(layout)) {
-    case TextLayout::plain:
+  switch (static_cast<TextEncoding>(encoding)) {
+    case TextEncoding::plain:
       isSound = decodePlain(reader, rows, texts);
       break;
-    case TextLayout::dictionary:
+    case TextEncoding::dictionary:
       isSound = decodeDictionary(reader, rows, texts);
       break;
     default:
-      unknownLayout = layout;
+      unknownEncoding = encoding;
   }
   return isSound ? ReadStatus::ok : ReadStatus::corrupted;
 }

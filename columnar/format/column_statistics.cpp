@@ -1,4 +1,4 @@
-#include "columnar/format/column_summary.h"
+#include "columnar/format/column_statistics.h"
 
 #include <algorithm>
 #include <bit>
@@ -10,8 +10,8 @@ namespace {
 enum class BoundState : std::uint8_t { none = 0, whole = 1, cut = 2 };
 
 // State, length, and the text padded with zeros.
-constexpr std::size_t kBoundSize = 2 + TextBound::kMaximumSize;
-static_assert(2 * kBoundSize == kTextSummarySize);
+constexpr std::size_t kBoundSize = 2 + TextBound::kMaxSize;
+static_assert(2 * kBoundSize == kTextStatisticsSize);
 
 constexpr std::uint8_t kHasValues = 1;
 constexpr std::uint8_t kHasNotANumber = 2;
@@ -46,9 +46,9 @@ std::optional<char32_t> codePoint(std::string_view bytes) {
   for (const char byte : bytes.substr(1)) {
     point = point << 6 | (static_cast<unsigned char>(byte) & 0x3F);
   }
-  constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
+  constexpr char32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
   const bool isSurrogate = point > kBeforeSurrogates && point < kAfterSurrogates;
-  const bool isCharacter = point >= kLeast[size] && point <= kLastCharacter && !isSurrogate;
+  const bool isCharacter = point >= kSmallest[size] && point <= kLastCharacter && !isSurrogate;
   return isCharacter ? std::optional(point) : std::nullopt;
 }
 
@@ -104,7 +104,7 @@ bool loadBound(const unsigned char* bytes, std::optional<TextBound>& bound) {
     default:
       return false;
   }
-  if (size > TextBound::kMaximumSize ||
+  if (size > TextBound::kMaxSize ||
       std::any_of(bytes + 2 + size, bytes + kBoundSize, [](auto byte) { return byte != 0; })) {
     return false;
   }
@@ -122,71 +122,71 @@ bool loadFlag(unsigned char byte, bool& flag) {
 }  // namespace
 
 TextBound TextBound::of(std::string_view text) {
-  if (text.size() <= kMaximumSize) {
+  if (text.size() <= kMaxSize) {
     return {std::string(text), false};
   }
-  std::size_t end = kMaximumSize;
+  std::size_t end = kMaxSize;
   while (end > 0 && isContinuation(text[end])) {
     --end;
   }
   // Bytes that are no UTF-8 have no characters to respect.
-  return {std::string(text.substr(0, end + 4 > kMaximumSize ? end : kMaximumSize)), true};
+  return {std::string(text.substr(0, end + 4 > kMaxSize ? end : kMaxSize)), true};
 }
 
-std::optional<std::string> TextSummary::lowerBound() const {
+std::optional<std::string> TextStatistics::lowerBound() const {
   return low ? std::optional(low->text) : std::nullopt;
 }
 
-std::optional<std::string> TextSummary::upperBound() const {
+std::optional<std::string> TextStatistics::upperBound() const {
   if (!high) {
     return std::nullopt;
   }
   return high->isCut ? roundedUp(high->text) : std::optional(high->text);
 }
 
-void storeSummary(unsigned char* bytes, const KeySummary& summary) {
-  bytes[0] = summary.hasNull;
-  storePacked(bytes + 1, summary.low);
-  storePacked(bytes + 5, summary.high);
+void storeStatistics(unsigned char* bytes, const KeyStatistics& statistics) {
+  bytes[0] = statistics.hasNull;
+  storePacked(bytes + 1, statistics.low);
+  storePacked(bytes + 5, statistics.high);
 }
 
-void storeSummary(unsigned char* bytes, const NumberSummary& summary) {
-  bytes[0] = summary.hasNull;
-  bytes[1] = static_cast<unsigned char>((summary.hasValues ? kHasValues : 0) |
-                                        (summary.hasNotANumber ? kHasNotANumber : 0));
-  storePacked(bytes + 2, summary.low);
-  storePacked(bytes + 10, summary.high);
+void storeStatistics(unsigned char* bytes, const NumberStatistics& statistics) {
+  bytes[0] = statistics.hasNull;
+  bytes[1] = static_cast<unsigned char>((statistics.hasValues ? kHasValues : 0) |
+                                        (statistics.hasNotANumber ? kHasNotANumber : 0));
+  storePacked(bytes + 2, statistics.low);
+  storePacked(bytes + 10, statistics.high);
 }
 
-void storeSummary(unsigned char* bytes, const TextSummary& summary) {
-  bytes[0] = summary.hasNull;
-  storeBound(bytes + 1, summary.low);
-  storeBound(bytes + 1 + kBoundSize, summary.high);
+void storeStatistics(unsigned char* bytes, const TextStatistics& statistics) {
+  bytes[0] = statistics.hasNull;
+  storeBound(bytes + 1, statistics.low);
+  storeBound(bytes + 1 + kBoundSize, statistics.high);
 }
 
-bool loadSummary(const unsigned char* bytes, KeySummary& summary) {
-  summary.low = loadPacked<std::uint32_t>(bytes + 1);
-  summary.high = loadPacked<std::uint32_t>(bytes + 5);
-  const bool isRange = summary.low <= summary.high && summary.high < kSmallestMissingKey;
-  const bool isNone = summary.low == kNoKey && summary.high == kNoKey;
-  return loadFlag(bytes[0], summary.hasNull) && (isRange || (isNone && summary.hasNull));
+bool loadStatistics(const unsigned char* bytes, KeyStatistics& statistics) {
+  statistics.low = loadPacked<std::uint32_t>(bytes + 1);
+  statistics.high = loadPacked<std::uint32_t>(bytes + 5);
+  const bool isRange = statistics.low <= statistics.high && statistics.high < kSmallestMissingKey;
+  const bool isNone = statistics.low == kNoKey && statistics.high == kNoKey;
+  return loadFlag(bytes[0], statistics.hasNull) && (isRange || (isNone && statistics.hasNull));
 }
 
-bool loadSummary(const unsigned char* bytes, NumberSummary& summary) {
-  summary.hasValues = (bytes[1] & kHasValues) != 0;
-  summary.hasNotANumber = (bytes[1] & kHasNotANumber) != 0;
-  summary.low = loadPacked<double>(bytes + 2);
-  summary.high = loadPacked<double>(bytes + 10);
-  const bool isRange = summary.hasValues ? summary.low <= summary.high
-                                         : summary.low == 0.0 && summary.high == 0.0;
-  return loadFlag(bytes[0], summary.hasNull) && bytes[1] <= (kHasValues | kHasNotANumber) &&
+bool loadStatistics(const unsigned char* bytes, NumberStatistics& statistics) {
+  statistics.hasValues = (bytes[1] & kHasValues) != 0;
+  statistics.hasNotANumber = (bytes[1] & kHasNotANumber) != 0;
+  statistics.low = loadPacked<double>(bytes + 2);
+  statistics.high = loadPacked<double>(bytes + 10);
+  const bool isRange = statistics.hasValues ? statistics.low <= statistics.high
+                                         : statistics.low == 0.0 && statistics.high == 0.0;
+  return loadFlag(bytes[0], statistics.hasNull) && bytes[1] <= (kHasValues | kHasNotANumber) &&
          isRange;
 }
 
-bool loadSummary(const unsigned char* bytes, TextSummary& summary) {
-  return loadFlag(bytes[0], summary.hasNull) && loadBound(bytes + 1, summary.low) &&
-         loadBound(bytes + 1 + kBoundSize, summary.high) &&
-         summary.low.has_value() == summary.high.has_value();
+bool loadStatistics(const unsigned char* bytes, TextStatistics& statistics) {
+  return loadFlag(bytes[0], statistics.hasNull) && loadBound(bytes + 1, statistics.low) &&
+         loadBound(bytes + 1 + kBoundSize, statistics.high) &&
+         statistics.low.has_value() == statistics.high.has_value();
 }
 
 }  // namespace kelvarin

@@ -1,4 +1,4 @@
-#include "columnar/writer/block_summary.h"
+#include "columnar/writer/block_statistics.h"
 
 #include <algorithm>
 #include <string_view>
@@ -9,7 +9,7 @@ namespace kelvarin {
 
 namespace {
 
-// Texts with the same beginning.
+// Compares texts with the same beginning.
 bool isBelow(std::string_view left, std::string_view right) {
   constexpr std::size_t kBeginningSize = sizeof(std::uint64_t);
   if (left.size() <= kBeginningSize || right.size() <= kBeginningSize) {
@@ -20,7 +20,7 @@ bool isBelow(std::string_view left, std::string_view right) {
 
 }  // namespace
 
-KeySummary summaryOf(std::span<const std::uint32_t> keys) {
+KeyStatistics statisticsOf(std::span<const std::uint32_t> keys) {
   std::uint32_t low = kNoKey;
   std::uint32_t high = 0;
   std::uint32_t nulls = 0;
@@ -36,7 +36,7 @@ KeySummary summaryOf(std::span<const std::uint32_t> keys) {
   return {.hasNull = nulls > 0, .low = low, .high = high};
 }
 
-NumberSummary summaryOf(std::span<const std::uint64_t> numbers) {
+NumberStatistics statisticsOf(std::span<const std::uint64_t> numbers) {
   const kernels::NumberRange range = kernels::rangeOf(numbers);
   return {.hasNull = range.hasMissing,
           .hasValues = range.hasValues,
@@ -45,10 +45,9 @@ NumberSummary summaryOf(std::span<const std::uint64_t> numbers) {
           .high = range.highest};
 }
 
-TextSummary summaryOf(const TextValues& texts) {
-  TextSummary summary;
-  // The lowest and the highest text so far; most others are told apart from them by their
-  // beginnings.
+TextStatistics statisticsOf(const TextValues& texts) {
+  TextStatistics statistics;
+  // The lowest and the highest text so far. Comparing the beginnings is enough for most texts.
   std::string_view low;
   std::string_view high;
   std::uint64_t lowBeginning = 0;
@@ -57,7 +56,7 @@ TextSummary summaryOf(const TextValues& texts) {
   const unsigned char* next = texts.bytes.data();
   for (const std::uint32_t length : texts.lengths) {
     if (length == kNullLength) {
-      summary.hasNull = true;
+      statistics.hasNull = true;
       continue;
     }
     const std::string_view text(reinterpret_cast<const char*>(next), length);
@@ -76,23 +75,23 @@ TextSummary summaryOf(const TextValues& texts) {
     hasValues = true;
   }
   if (hasValues) {
-    summary.low = TextBound::of(low);
-    summary.high = TextBound::of(high);
+    statistics.low = TextBound::of(low);
+    statistics.high = TextBound::of(high);
   }
-  return summary;
+  return statistics;
 }
 
-TextSummary summaryOf(std::span<const TextDictionary::Entry> texts) {
-  TextSummary summary;
-  summary.hasNull = texts.front().length == kNullLength;
+TextStatistics statisticsOf(std::span<const TextDictionary::Entry> texts) {
+  TextStatistics statistics;
+  statistics.hasNull = texts.front().length == kNullLength;
   if (texts.back().length != kNullLength) {
     const auto boundOf = [](const TextDictionary::Entry& text) {
       return TextBound::of({reinterpret_cast<const char*>(text.bytes), text.length});
     };
-    summary.low = boundOf(texts[summary.hasNull ? 1 : 0]);
-    summary.high = boundOf(texts.back());
+    statistics.low = boundOf(texts[statistics.hasNull ? 1 : 0]);
+    statistics.high = boundOf(texts.back());
   }
-  return summary;
+  return statistics;
 }
 
 }  // namespace kelvarin

@@ -1,4 +1,4 @@
-#include "columnar/writer/descriptor_exchange.h"
+#include "columnar/writer/descriptor_double_buffer.h"
 
 #include <algorithm>
 #include <new>
@@ -17,22 +17,22 @@ unsigned char* allocateZeros(std::size_t size) {
 
 }  // namespace
 
-DescriptorExchange::DescriptorExchange(std::size_t workers, std::size_t width,
-                                       std::size_t descriptorsInRecord)
+DescriptorDoubleBuffer::DescriptorDoubleBuffer(std::size_t workers, std::size_t width,
+                                               std::size_t descriptorsInRecord)
     : m_width(width),
       m_descriptorsInRecord(descriptorsInRecord),
       m_buffers(allocateZeros(kBuffers * width * descriptorsInRecord)),
       m_finished(workers) {}
 
-unsigned char* DescriptorExchange::descriptor(std::uint64_t block) const {
+unsigned char* DescriptorDoubleBuffer::descriptor(std::uint64_t block) const {
   return m_buffers.get() + block % (kBuffers * m_descriptorsInRecord) * m_width;
 }
 
-std::uint64_t DescriptorExchange::finishedBlocks() const {
+std::uint64_t DescriptorDoubleBuffer::finishedBlocks() const {
   return m_finished.empty() ? 0 : *std::min_element(m_finished.begin(), m_finished.end());
 }
 
-unsigned char* DescriptorExchange::awaitRoom(std::uint64_t block) {
+unsigned char* DescriptorDoubleBuffer::awaitDescriptor(std::uint64_t block) {
   std::unique_lock lock(m_mutex);
   m_changed.wait(lock, [&] {
     return m_isStopped || block / m_descriptorsInRecord < m_writtenRecords + kBuffers;
@@ -40,7 +40,7 @@ unsigned char* DescriptorExchange::awaitRoom(std::uint64_t block) {
   return m_isStopped ? nullptr : descriptor(block);
 }
 
-void DescriptorExchange::finishBlock(std::size_t worker) {
+void DescriptorDoubleBuffer::finishBlock(std::size_t worker) {
   const std::lock_guard lock(m_mutex);
   ++m_finished[worker];
   if (m_finished[worker] % m_descriptorsInRecord == 0) {
@@ -48,19 +48,19 @@ void DescriptorExchange::finishBlock(std::size_t worker) {
   }
 }
 
-void DescriptorExchange::finish() {
+void DescriptorDoubleBuffer::finish() {
   const std::lock_guard lock(m_mutex);
   m_isFinished = true;
   m_changed.notify_all();
 }
 
-std::optional<Bytes> DescriptorExchange::awaitRecord() {
+std::optional<Bytes> DescriptorDoubleBuffer::awaitRecord() {
   std::unique_lock lock(m_mutex);
   const std::uint64_t first = m_writtenRecords * m_descriptorsInRecord;
   m_changed.wait(lock, [&] {
     return m_isStopped || m_isFinished || finishedBlocks() >= first + m_descriptorsInRecord;
   });
-  // The last record ends before its end.
+  // The last record may have fewer descriptors than fit it.
   const std::uint64_t count =
       std::min(finishedBlocks() - std::min(finishedBlocks(), first), m_descriptorsInRecord);
   if (m_isStopped || count == 0) {
@@ -69,13 +69,13 @@ std::optional<Bytes> DescriptorExchange::awaitRecord() {
   return Bytes(descriptor(first), count * m_width);
 }
 
-void DescriptorExchange::recordWritten() {
+void DescriptorDoubleBuffer::recordWritten() {
   const std::lock_guard lock(m_mutex);
   ++m_writtenRecords;
   m_changed.notify_all();
 }
 
-void DescriptorExchange::stop() {
+void DescriptorDoubleBuffer::stop() {
   const std::lock_guard lock(m_mutex);
   m_isStopped = true;
   m_changed.notify_all();

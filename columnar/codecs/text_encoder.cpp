@@ -3,14 +3,14 @@
 
 #include "columnar/codecs/code_array.h"
 #include "columnar/codecs/snappy_stream.h"
-#include "columnar/codecs/text_layout.h"
+#include "columnar/codecs/text_encoding.h"
 
 namespace kelvarin {
 
 namespace {
 
-// Lengths take as many bytes as the longest needs, the null length being all bits set; none when
-// they are all the same.
+// The bytes that each length takes, where the null length has all bits set; 0 when all lengths are
+// equal.
 int widthOfLengths(std::span<const std::uint32_t> lengths) {
   std::uint32_t longest = 0;
   std::uint32_t different = 0;
@@ -26,9 +26,9 @@ int widthOfLengths(std::span<const std::uint32_t> lengths) {
 
 template <typename Length>
 void putLengths(std::span<const std::uint32_t> lengths, ByteBuffer& out) {
-  unsigned char* place = out.append(lengths.size() * sizeof(Length));
+  unsigned char* stored = out.append(lengths.size() * sizeof(Length));
   for (std::size_t i = 0; i < lengths.size(); ++i) {
-    storePacked(place + i * sizeof(Length), static_cast<Length>(lengths[i]));
+    storePacked(stored + i * sizeof(Length), static_cast<Length>(lengths[i]));
   }
 }
 
@@ -48,19 +48,19 @@ void appendLengths(std::span<const std::uint32_t> lengths, ByteBuffer& out) {
   }
 }
 
-// How many bytes a text has in common with the one before.
+// How many leading bytes an entry shares with the previous one.
 std::size_t sharedBytes(const TextDictionary::Entry& before, const TextDictionary::Entry& entry) {
-  const std::size_t most =
-      std::min({byteCountOf(before.length), byteCountOf(entry.length), kMostSharedBytes});
+  const std::size_t max =
+      std::min({byteCountOf(before.length), byteCountOf(entry.length), kMaxSharedBytes});
   return static_cast<std::size_t>(
-      std::mismatch(entry.bytes, entry.bytes + most, before.bytes).first - entry.bytes);
+      std::mismatch(entry.bytes, entry.bytes + max, before.bytes).first - entry.bytes);
 }
 
 int bitsFor(std::size_t largest) {
   return static_cast<int>(std::bit_width(largest));
 }
 
-// Codes of less than a byte take a byte each where compression makes more of that.
+// Codes of less than a byte take a byte each where that compresses better.
 CodeWidth widthOf(std::span<const std::uint16_t> codes, std::size_t entries,
                   std::vector<std::uint8_t>& bytes) {
   constexpr CodeWidth kByte{1, 0};
@@ -74,29 +74,29 @@ CodeWidth widthOf(std::span<const std::uint16_t> codes, std::size_t entries,
 
 void appendCodes(std::span<const std::uint16_t> codes, CodeWidth width, ByteBuffer& out) {
   const StoredCodes stored(out.append(codesSize(codes.size(), width)), codes.size(), width);
-  std::uint32_t piece[kRowsInPiece];
-  for (std::size_t first = 0; first < codes.size(); first += kRowsInPiece) {
-    const auto part = codes.subspan(first, std::min(kRowsInPiece, codes.size() - first));
-    std::copy(part.begin(), part.end(), piece);
-    stored.store(first, {piece, part.size()});
+  std::uint32_t batch[kRowsInBatch];
+  for (std::size_t first = 0; first < codes.size(); first += kRowsInBatch) {
+    const auto part = codes.subspan(first, std::min(kRowsInBatch, codes.size() - first));
+    std::copy(part.begin(), part.end(), batch);
+    stored.store(first, {batch, part.size()});
   }
 }
 
-// The lengths, the counts of bytes shared with the entry before, and the other bytes.
+// The lengths, the numbers of bytes shared with the previous entry, and the other bytes.
 void appendEntries(std::span<const TextDictionary::Entry> entries,
                    std::vector<std::uint32_t>& lengths, std::vector<std::uint8_t>& shared,
                    ByteBuffer& out) {
   lengths.clear();
   shared.clear();
-  std::uint8_t mostShared = 0;
+  std::uint8_t maxShared = 0;
   for (std::size_t i = 0; i < entries.size(); ++i) {
     const std::size_t count = i == 0 ? 0 : sharedBytes(entries[i - 1], entries[i]);
     lengths.push_back(entries[i].length);
     shared.push_back(static_cast<std::uint8_t>(count));
-    mostShared = std::max(mostShared, shared.back());
+    maxShared = std::max(maxShared, shared.back());
   }
   appendLengths(lengths, out);
-  const int bits = bitsFor(mostShared);
+  const int bits = bitsFor(maxShared);
   out.put(static_cast<std::uint8_t>(bits));
   packBits(shared, bits, out.append(packedBitsSize(shared.size(), bits)));
   for (std::size_t i = 0; i < entries.size(); ++i) {
@@ -106,15 +106,15 @@ void appendEntries(std::span<const TextDictionary::Entry> entries,
 
 }  // namespace
 
-void TextLayoutEncoder::append(const TextValues& texts, KnownTexts& known, ByteBuffer& out) {
-  if (!m_dictionary.fill(texts, known)) {
-    out.put(static_cast<std::uint8_t>(TextLayout::plain));
+void TextEncoder::append(const TextValues& texts, StringPool& pool, ByteBuffer& out) {
+  if (!m_dictionary.fill(texts, pool)) {
+    out.put(static_cast<std::uint8_t>(TextEncoding::plain));
     appendLengths(texts.lengths, out);
     return out.append(texts.bytes);
   }
   const auto entries = m_dictionary.entries();
   const CodeWidth width = widthOf(m_dictionary.codes(), entries.size(), m_bytes);
-  out.put(static_cast<std::uint8_t>(TextLayout::dictionary));
+  out.put(static_cast<std::uint8_t>(TextEncoding::dictionary));
   out.put(static_cast<std::uint16_t>(entries.size() - 1));
   out.put(static_cast<std::uint8_t>(width.bits()));
   appendCodes(m_dictionary.codes(), width, out);

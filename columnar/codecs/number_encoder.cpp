@@ -5,7 +5,7 @@
 
 #include "base/null_number.h"
 #include "columnar/codecs/number_kernels.h"
-#include "columnar/codecs/number_layout.h"
+#include "columnar/codecs/number_encoding.h"
 #include "columnar/codecs/number_sample.h"
 #include "columnar/codecs/snappy_stream.h"
 
@@ -15,46 +15,46 @@ namespace {
 
 using Numbers = std::span<const std::uint64_t>;
 
-constexpr int kMostExponentTries = 3;
+constexpr int kMaxExponentTries = 3;
 
 Bytes bytesOf(Numbers numbers) {
   return {reinterpret_cast<const unsigned char*>(numbers.data()), numbers.size_bytes()};
 }
 
-// What compression leaves of a thousand bytes of a plane that has one byte only, in the sample.
+// The compressed size of a thousand bytes of a plane whose sample has a single byte value.
 constexpr std::size_t kPerMilleLeft = 50;
 
 }  // namespace
 
-// Numbers as integers of a power of ten, which are in m_integers.
-struct NumberLayoutEncoder::Scaling {
+// How numbers are scaled to integers; these are in m_integers.
+struct NumberEncoder::Scaling {
   int exponent = 0;
   kernels::ScaledRange range;
-  std::optional<CodeWidth> width;  // with room for the code that means missing
+  std::optional<CodeWidth> width;  // wide enough for the code that means missing
 
   std::size_t sizeOf(std::size_t count) const { return codesSize(count, *width); }
 };
 
-struct NumberLayoutEncoder::Choice {
-  NumberLayout layout = NumberLayout::plain;
+struct NumberEncoder::Choice {
+  NumberEncoding encoding = NumberEncoding::plain;
   std::size_t size = 0;            // expected
   std::optional<Scaling> scaling;  // of the numbers, or of those in the dictionary
   int planes = 0;
   std::uint64_t common = 0;
 
-  void take(NumberLayout other, std::size_t otherSize) {
+  void take(NumberEncoding other, std::size_t otherSize) {
     if (otherSize < size) {
-      layout = other;
+      encoding = other;
       size = otherSize;
     }
   }
 };
 
-NumberLayoutEncoder::Choice NumberLayoutEncoder::choose(Numbers numbers) {
+NumberEncoder::Choice NumberEncoder::choose(Numbers numbers) {
   const NumberSample sample(numbers);
   const std::size_t rows = numbers.size();
   const bool hasDictionary = fillDictionary(numbers);
-  // The different numbers have the same range as all.
+  // The different numbers have the same range as all numbers.
   const Numbers different = hasDictionary ? Numbers(m_dictionary) : numbers;
   m_integers.resize(rows);
   Choice choice;
@@ -64,33 +64,33 @@ NumberLayoutEncoder::Choice NumberLayoutEncoder::choose(Numbers numbers) {
   };
   choice.size = rows * sizeof(double);
   if (choice.scaling) {
-    choice.take(NumberLayout::scaled, sizeOf(rows));
+    choice.take(NumberEncoding::frameOfReference, sizeOf(rows));
   }
   if (hasDictionary) {
     const auto width = codeWidthFor(m_dictionary.size() - 1);
-    choice.take(NumberLayout::dictionary, codesSize(rows, *width) + sizeOf(m_dictionary.size()));
+    choice.take(NumberEncoding::dictionary, codesSize(rows, *width) + sizeOf(m_dictionary.size()));
   }
   if (sample.timesOfCommonest() * 2 > sample.size()) {
     choice.common = sample.commonest();
     const std::size_t others = kernels::countOthers(numbers, choice.common);
-    choice.take(NumberLayout::sparse, sizeof(double) + packedBitsSize(rows, 1) + sizeOf(others));
+    choice.take(NumberEncoding::sparse, sizeof(double) + packedBitsSize(rows, 1) + sizeOf(others));
   }
-  // Where numbers come again, compression finds them whole.
-  if (choice.layout == NumberLayout::plain && sample.distinct() * 8 > sample.size() * 7) {
-    while (choice.planes < kMostPlanes && sample.distinctBytes(choice.planes) == 1) {
+  // Repeated numbers compress better when their bytes stay together.
+  if (choice.encoding == NumberEncoding::plain && sample.distinct() * 8 > sample.size() * 7) {
+    while (choice.planes < kMaxPlanes && sample.distinctBytes(choice.planes) == 1) {
       ++choice.planes;
     }
     const auto planes = static_cast<std::size_t>(choice.planes);
-    choice.take(NumberLayout::significance,
+    choice.take(NumberEncoding::byteStreamSplit,
                 choice.size - planes * (rows - rows * kPerMilleLeft / 1000));
   }
-  if (choice.layout == NumberLayout::scaled && hasDictionary) {
+  if (choice.encoding == NumberEncoding::frameOfReference && hasDictionary) {
     choice.scaling = scaleAll(choice.scaling->exponent, numbers);
   }
   return choice;
 }
 
-NumberLayoutEncoder::Scaling NumberLayoutEncoder::scaleAll(int exponent, Numbers numbers) {
+NumberEncoder::Scaling NumberEncoder::scaleAll(int exponent, Numbers numbers) {
   Scaling scaling{.exponent = exponent, .range = {}, .width = {}};
   scaling.range = kernels::scale(numbers, exponent, m_integers.data());
   if (scaling.range.isExact && scaling.range.hasValues) {
@@ -100,12 +100,11 @@ NumberLayoutEncoder::Scaling NumberLayoutEncoder::scaleAll(int exponent, Numbers
   return scaling;
 }
 
-// The sample may have missed the number with the most decimals, so its exponent is only the first
-// to try.
-std::optional<NumberLayoutEncoder::Scaling> NumberLayoutEncoder::findScaling(Numbers numbers,
+// The sample may lack the number with the most decimals, so its exponent is only the first try.
+std::optional<NumberEncoder::Scaling> NumberEncoder::findScaling(Numbers numbers,
                                                                              Numbers sample) {
   std::optional<int> exponent = exponentFor(sample, 0);
-  for (int i = 0; exponent && i < kMostExponentTries; ++i) {
+  for (int i = 0; exponent && i < kMaxExponentTries; ++i) {
     const Scaling scaling = scaleAll(*exponent, numbers);
     if (scaling.range.isExact) {
       return scaling.width ? std::optional(scaling) : std::nullopt;
@@ -118,12 +117,12 @@ std::optional<NumberLayoutEncoder::Scaling> NumberLayoutEncoder::findScaling(Num
   return std::nullopt;
 }
 
-// False when there are too many different numbers.
-bool NumberLayoutEncoder::fillDictionary(Numbers numbers) {
+// False: there are too many different numbers.
+bool NumberEncoder::fillDictionary(Numbers numbers) {
   constexpr std::size_t kSlots = 1024;
   constexpr int kSlotBits = 10;
   constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15ull;
-  std::array<std::uint16_t, kSlots> slots{};  // place in the dictionary, from 1
+  std::array<std::uint16_t, kSlots> slots{};  // indices in the dictionary, from 1
   m_dictionary.clear();
   m_codes.resize(numbers.size());
   for (std::size_t i = 0; i < numbers.size(); ++i) {
@@ -137,7 +136,7 @@ bool NumberLayoutEncoder::fillDictionary(Numbers numbers) {
       slot = (slot + 1) % kSlots;
     }
     if (slots[slot] == 0) {
-      if (m_dictionary.size() == kLargestNumberDictionary) {
+      if (m_dictionary.size() == kMaxNumberDictionary) {
         return false;
       }
       m_dictionary.push_back(number);
@@ -148,33 +147,33 @@ bool NumberLayoutEncoder::fillDictionary(Numbers numbers) {
   return true;
 }
 
-void NumberLayoutEncoder::append(Numbers numbers, ByteBuffer& out) {
+void NumberEncoder::append(Numbers numbers, ByteBuffer& out) {
   const Choice choice = choose(numbers);
-  if (choice.layout == NumberLayout::scaled) {
-    return appendScaledOrDifferences(*choice.scaling, numbers.size(), out);
+  if (choice.encoding == NumberEncoding::frameOfReference) {
+    return appendScaled(*choice.scaling, numbers.size(), out);
   }
-  out.put(static_cast<std::uint8_t>(choice.layout));
-  switch (choice.layout) {
-    case NumberLayout::dictionary:
+  out.put(static_cast<std::uint8_t>(choice.encoding));
+  switch (choice.encoding) {
+    case NumberEncoding::dictionary:
       return appendDictionary(choice.scaling, out);
-    case NumberLayout::significance:
+    case NumberEncoding::byteStreamSplit:
       out.put(static_cast<std::uint8_t>(choice.planes));
       return kernels::split(numbers, choice.planes, out.append(numbers.size_bytes()));
-    case NumberLayout::sparse:
+    case NumberEncoding::sparse:
       return appendSparse(choice, numbers, out);
     default:
       out.append(bytesOf(numbers));
   }
 }
 
-// Codes of few bits, which are in m_codes, take a byte each where compression makes more of that.
-CodeWidth NumberLayoutEncoder::widthOfBytes(CodeWidth width) const {
+// Codes of few bits, which are in m_codes, take a byte each where that compresses better.
+CodeWidth NumberEncoder::widthOfBytes(CodeWidth width) const {
   constexpr CodeWidth kByte{1, 0};
   const bool hasFewBits = width.lowBytes == 0 && width.highBits > 0;
   return hasFewBits && doesCompressBelow(m_codes, width.bits()) ? kByte : width;
 }
 
-void NumberLayoutEncoder::appendScaled(const Scaling& scaling, std::size_t rows, ByteBuffer& out) {
+void NumberEncoder::appendFrameOfReference(const Scaling& scaling, std::size_t rows, ByteBuffer& out) {
   const std::int64_t base = scaling.range.lowest;
   const std::span<const std::int64_t> integers(m_integers.data(), rows);
   CodeWidth width = *scaling.width;
@@ -189,27 +188,26 @@ void NumberLayoutEncoder::appendScaled(const Scaling& scaling, std::size_t rows,
   out.put(static_cast<std::uint8_t>(width.bits()));
   out.put(static_cast<std::uint8_t>(scaling.range.hasMissing));
   out.put(base);
-  kernels::storeScaled(integers, base, width, out.append(codesSize(rows, width)));
+  kernels::storeFrameOfReference(integers, base, width, out.append(codesSize(rows, width)));
 }
 
-void NumberLayoutEncoder::appendScaledOrDifferences(const Scaling& scaling, std::size_t rows,
-                                                    ByteBuffer& out) {
+void NumberEncoder::appendScaled(const Scaling& scaling, std::size_t rows, ByteBuffer& out) {
   const std::size_t begin = out.size();
   const std::span<const std::int64_t> integers(m_integers.data(), rows);
-  const Differences differences = differencesOf(integers, scaling.width->bits());
-  if (differences != Differences::large && appendDifferences(scaling, rows, out)) {
-    if (differences == Differences::tiny) {
+  const DeltaSize deltas = deltaSizeOf(integers, scaling.width->bits());
+  if (deltas != DeltaSize::large && appendDeltas(scaling, rows, out)) {
+    if (deltas == DeltaSize::tiny) {
       return;
     }
-    // The sample does not tell which takes less.
+    // The sample does not show which encoding takes less, so both are compressed.
     m_candidate.clear();
     m_candidate.append(out.bytes(begin));
     out.resize(begin);
   } else {
     m_candidate.clear();
   }
-  out.put(static_cast<std::uint8_t>(NumberLayout::scaled));
-  appendScaled(scaling, rows, out);
+  out.put(static_cast<std::uint8_t>(NumberEncoding::frameOfReference));
+  appendFrameOfReference(scaling, rows, out);
   if (!m_candidate.isEmpty() && compressedSize(m_candidate.bytes(), m_compressed) <
                                     compressedSize(out.bytes(begin), m_compressed)) {
     out.resize(begin);
@@ -217,29 +215,28 @@ void NumberLayoutEncoder::appendScaledOrDifferences(const Scaling& scaling, std:
   }
 }
 
-// False, and nothing appended, when a difference does not fit.
-bool NumberLayoutEncoder::appendDifferences(const Scaling& scaling, std::size_t rows,
-                                            ByteBuffer& out) {
-  m_differences.resize(rows);
+// False, and nothing is appended, when a delta does not fit a code.
+bool NumberEncoder::appendDeltas(const Scaling& scaling, std::size_t rows, ByteBuffer& out) {
+  m_deltas.resize(rows);
   std::uint32_t largest = 0;
-  if (!kernels::takeDifferences({m_integers.data(), rows}, scaling.range.lowest,
-                                m_differences.data(), largest)) {
+  if (!kernels::takeDeltas({m_integers.data(), rows}, scaling.range.lowest,
+                                m_deltas.data(), largest)) {
     return false;
   }
   const CodeWidth width = *codeWidthFor(std::uint64_t{largest} + scaling.range.hasMissing);
-  out.put(static_cast<std::uint8_t>(NumberLayout::differences));
+  out.put(static_cast<std::uint8_t>(NumberEncoding::delta));
   out.put(static_cast<std::uint8_t>(scaling.exponent));
   out.put(static_cast<std::uint8_t>(width.bits()));
   out.put(static_cast<std::uint8_t>(scaling.range.hasMissing));
   out.put(scaling.range.lowest);
   const StoredCodes codes(out.append(codesSize(rows, width)), rows, width);
-  for (std::size_t first = 0; first < rows; first += kRowsInPiece) {
-    codes.store(first, {m_differences.data() + first, std::min(kRowsInPiece, rows - first)});
+  for (std::size_t first = 0; first < rows; first += kRowsInBatch) {
+    codes.store(first, {m_deltas.data() + first, std::min(kRowsInBatch, rows - first)});
   }
   return true;
 }
 
-void NumberLayoutEncoder::appendDictionary(const std::optional<Scaling>& scaling, ByteBuffer& out) {
+void NumberEncoder::appendDictionary(const std::optional<Scaling>& scaling, ByteBuffer& out) {
   const CodeWidth width = widthOfBytes(*codeWidthFor(m_dictionary.size() - 1));
   out.put(static_cast<std::uint8_t>(m_dictionary.size() - 1));
   out.put(static_cast<std::uint8_t>(width.bits()));
@@ -247,7 +244,7 @@ void NumberLayoutEncoder::appendDictionary(const std::optional<Scaling>& scaling
   appendInner(scaling, m_dictionary, out);
 }
 
-void NumberLayoutEncoder::appendSparse(const Choice& choice, Numbers numbers, ByteBuffer& out) {
+void NumberEncoder::appendSparse(const Choice& choice, Numbers numbers, ByteBuffer& out) {
   m_codes.resize(numbers.size());
   m_others.resize(numbers.size());
   std::size_t others = 0;
@@ -263,18 +260,18 @@ void NumberLayoutEncoder::appendSparse(const Choice& choice, Numbers numbers, By
   appendInner(choice.scaling, m_others, out);
 }
 
-// The layout byte and numbers inside another layout: scaled like the others when not all are
-// missing.
-void NumberLayoutEncoder::appendInner(const std::optional<Scaling>& outer, Numbers numbers,
+// The encoding byte and the numbers inside another encoding: a frame of reference with the scale of
+// the others, unless all are missing.
+void NumberEncoder::appendInner(const std::optional<Scaling>& outer, Numbers numbers,
                                       ByteBuffer& out) {
   if (outer) {
     const Scaling scaling = scaleAll(outer->exponent, numbers);
     if (scaling.width) {
-      out.put(static_cast<std::uint8_t>(NumberLayout::scaled));
-      return appendScaled(scaling, numbers.size(), out);
+      out.put(static_cast<std::uint8_t>(NumberEncoding::frameOfReference));
+      return appendFrameOfReference(scaling, numbers.size(), out);
     }
   }
-  out.put(static_cast<std::uint8_t>(NumberLayout::plain));
+  out.put(static_cast<std::uint8_t>(NumberEncoding::plain));
   out.append(bytesOf(numbers));
 }
 

@@ -1,4 +1,4 @@
-#include "columnar/codecs/known_texts.h"
+#include "columnar/codecs/string_pool.h"
 
 #include <algorithm>
 #include <iterator>
@@ -10,16 +10,16 @@ namespace kelvarin {
 
 namespace {
 
-using Text = KnownTexts::Text;
+using Text = StringPool::Text;
 
 constexpr std::size_t kPartSize = sizeof(std::uint64_t);
 constexpr std::size_t kComparedSize = 2 * kPartSize;
-constexpr std::size_t kFewestSlots = 256;
+constexpr std::size_t kMinSlots = 256;
 constexpr std::size_t kSlotsPerText = 4;
-// Texts beyond these are not kept for the next block.
-constexpr std::size_t kMostKeptBytes = 4 << 20;
+// Beyond this limit, texts are not kept for the next block.
+constexpr std::size_t kMaxKeptBytes = 4 << 20;
 
-// The lowest bytes of a word.
+// Masks of the lowest bytes of a word.
 constexpr std::uint64_t kLowBytes[kPartSize + 1] = {0,
                                                     0xFF,
                                                     0xFFFF,
@@ -30,7 +30,7 @@ constexpr std::uint64_t kLowBytes[kPartSize + 1] = {0,
                                                     0xFFFFFFFFFFFFFF,
                                                     0xFFFFFFFFFFFFFFFF};
 
-// `end` is that of the readable bytes.
+// `end` is the end of the readable bytes.
 inline Text textOf(const unsigned char* bytes, std::uint32_t length, const unsigned char* end) {
   const std::size_t size = std::min(byteCountOf(length), kComparedSize);
   const unsigned char* parts = bytes;
@@ -68,7 +68,7 @@ inline bool isSame(const Text& left, const Text& right) {
                      size - kComparedSize) == 0;
 }
 
-// A word whose order as a number is that of its bytes in memory.
+// A number whose order is that of its bytes in memory.
 std::uint64_t ordered(std::uint64_t part) {
   return __builtin_bswap64(part);
 }
@@ -106,28 +106,28 @@ std::size_t freeSlot(std::span<const std::uint32_t> slots, std::uint64_t hash) {
 
 }  // namespace
 
-void KnownTexts::beginBlock() {
-  if (!isWorthKnowing()) {
+void StringPool::beginBlock() {
+  if (!isWorthKeeping()) {
     forget();
   }
   if (m_slots.empty()) {
-    m_slots.resize(kFewestSlots);
+    m_slots.resize(kMinSlots);
   }
   m_countOfOld = m_texts.size();
   m_countInBlock = 0;
   ++m_block;
 }
 
-// Judged by the block before.
-bool KnownTexts::isWorthKnowing() const {
+// The previous block decides.
+bool StringPool::isWorthKeeping() const {
   constexpr std::size_t kFewTexts = 64;
   const bool isFirst = m_countOfOld == 0;
   const bool hasComeAgain = isFirst || countOfNew() * 2 <= m_countInBlock;
   return hasComeAgain && m_texts.size() <= 2 * m_countInBlock + kFewTexts &&
-         m_keptSize <= kMostKeptBytes;
+         m_keptSize <= kMaxKeptBytes;
 }
 
-void KnownTexts::forget() {
+void StringPool::forget() {
   m_texts.clear();
   m_order.clear();
   m_kept.clear();
@@ -136,8 +136,8 @@ void KnownTexts::forget() {
   std::fill(m_slots.begin(), m_slots.end(), 0);
 }
 
-[[gnu::always_inline]] inline std::uint32_t KnownTexts::place(const Text& wanted,
-                                                              std::uint64_t hash) {
+[[gnu::always_inline]] inline std::uint32_t StringPool::indexOf(const Text& wanted,
+                                                                std::uint64_t hash) {
   const std::size_t mask = m_slots.size() - 1;
   for (std::size_t slot = hash & mask; m_slots[slot] != 0; slot = (slot + 1) & mask) {
     Text& text = m_texts[m_slots[slot] - 1];
@@ -150,73 +150,73 @@ void KnownTexts::forget() {
   return add(wanted, hash);
 }
 
-// In pieces: first the hashes, which wait for nothing, then the search.
-const unsigned char* KnownTexts::find(std::span<const std::uint32_t> lengths,
+// Works in batches: first all hashes, which do not wait for memory, then the search.
+const unsigned char* StringPool::find(std::span<const std::uint32_t> lengths,
                                       const unsigned char* bytes, const unsigned char* end,
-                                      std::uint32_t* places) {
-  constexpr std::size_t kPiece = 64;
-  Text wanted[kPiece];
-  std::uint64_t hashes[kPiece];
+                                      std::uint32_t* indices) {
+  constexpr std::size_t kBatch = 64;
+  Text wanted[kBatch];
+  std::uint64_t hashes[kBatch];
   while (!lengths.empty()) {
-    const std::size_t count = std::min(lengths.size(), kPiece);
+    const std::size_t count = std::min(lengths.size(), kBatch);
     for (std::size_t i = 0; i < count; ++i) {
       wanted[i] = textOf(bytes, lengths[i], end);
       hashes[i] = hashOf(wanted[i]);
       bytes += byteCountOf(lengths[i]);
     }
     for (std::size_t i = 0; i < count; ++i) {
-      places[i] = place(wanted[i], hashes[i]);
+      indices[i] = indexOf(wanted[i], hashes[i]);
     }
     lengths = lengths.subspan(count);
-    places += count;
+    indices += count;
   }
   return bytes;
 }
 
-std::uint32_t KnownTexts::add(const Text& text, std::uint64_t hash) {
-  const auto place = static_cast<std::uint32_t>(m_texts.size());
+std::uint32_t StringPool::add(const Text& text, std::uint64_t hash) {
+  const auto index = static_cast<std::uint32_t>(m_texts.size());
   m_texts.push_back(text);
   m_texts.back().block = m_block;
   ++m_countInBlock;
   if (m_slots.size() < m_texts.size() * kSlotsPerText) {
     growSlots();
   } else {
-    m_slots[freeSlot(m_slots, hash)] = place + 1;
+    m_slots[freeSlot(m_slots, hash)] = index + 1;
   }
-  return place;
+  return index;
 }
 
-void KnownTexts::growSlots() {
+void StringPool::growSlots() {
   m_slots.assign(m_slots.size() * 2, 0);
-  for (std::uint32_t place = 0; place < m_texts.size(); ++place) {
-    m_slots[freeSlot(m_slots, hashOf(m_texts[place]))] = place + 1;
+  for (std::uint32_t index = 0; index < m_texts.size(); ++index) {
+    m_slots[freeSlot(m_slots, hashOf(m_texts[index]))] = index + 1;
   }
 }
 
-void KnownTexts::endBlock() {
+void StringPool::endBlock() {
   if (countOfNew() == 0) {
     return;
   }
   sortNew();
   m_merged.clear();
-  const auto placeOf = [](const SortKey& key) { return key.place; };
+  const auto indexOfKey = [](const SortKey& key) { return key.index; };
   if (m_order.empty()) {
-    std::transform(m_newOrder.begin(), m_newOrder.end(), std::back_inserter(m_merged), placeOf);
+    std::transform(m_newOrder.begin(), m_newOrder.end(), std::back_inserter(m_merged), indexOfKey);
   } else {
     auto next = m_newOrder.begin();
     for (const std::uint32_t old : m_order) {
-      for (; next != m_newOrder.end() && isBefore(m_texts[next->place], m_texts[old]); ++next) {
-        m_merged.push_back(next->place);
+      for (; next != m_newOrder.end() && isBefore(m_texts[next->index], m_texts[old]); ++next) {
+        m_merged.push_back(next->index);
       }
       m_merged.push_back(old);
     }
-    std::transform(next, m_newOrder.end(), std::back_inserter(m_merged), placeOf);
+    std::transform(next, m_newOrder.end(), std::back_inserter(m_merged), indexOfKey);
   }
   m_order.swap(m_merged);
   keepNew();
 }
 
-void KnownTexts::sortNew() {
+void StringPool::sortNew() {
   m_newOrder.clear();
   for (std::size_t i = m_countOfOld; i < m_texts.size(); ++i) {
     m_newOrder.push_back({ordered(m_texts[i].beginning), static_cast<std::uint32_t>(i)});
@@ -224,26 +224,26 @@ void KnownTexts::sortNew() {
   std::sort(m_newOrder.begin(), m_newOrder.end(), [](const SortKey& left, const SortKey& right) {
     return left.beginning < right.beginning;
   });
-  // Those with the same beginning come in runs.
+  // Texts with the same beginning form runs.
   for (auto first = m_newOrder.begin(); first != m_newOrder.end();) {
     const auto end = std::find_if(first + 1, m_newOrder.end(), [&](const SortKey& key) {
       return key.beginning != first->beginning;
     });
     std::sort(first, end, [this](const SortKey& left, const SortKey& right) {
-      return isBefore(m_texts[left.place], m_texts[right.place]);
+      return isBefore(m_texts[left.index], m_texts[right.index]);
     });
     first = end;
   }
 }
 
-// The block's own bytes are gone when the next one begins.
-void KnownTexts::keepNew() {
+// Copies the new texts, since the block's own bytes are gone when the next block begins.
+void StringPool::keepNew() {
   std::size_t size = 0;
   for (std::size_t i = m_countOfOld; i < m_texts.size(); ++i) {
     size += byteCountOf(m_texts[i].length);
   }
   m_keptSize += size;
-  if (m_keptSize > kMostKeptBytes) {
+  if (m_keptSize > kMaxKeptBytes) {
     return;
   }
   m_kept.push_back(std::make_unique_for_overwrite<unsigned char[]>(size));

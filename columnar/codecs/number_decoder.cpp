@@ -3,7 +3,7 @@
 #include <bit>
 
 #include "columnar/codecs/number_kernels.h"
-#include "columnar/codecs/number_layout.h"
+#include "columnar/codecs/number_encoding.h"
 
 namespace kelvarin {
 
@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t kNumberSize = sizeof(double);
 
-// What stands before the codes of the scaled layout.
+// What precedes the codes of scaled numbers.
 struct ScaledHead {
   std::uint8_t exponent = 0;
   std::uint8_t bits = 0;
@@ -20,7 +20,7 @@ struct ScaledHead {
 
   bool isSound() const {
     constexpr std::int64_t kLargestBase = std::int64_t{1} << kBaseBits;
-    return exponent <= kLargestExponent && hasMissing <= 1 && base >= -kLargestBase &&
+    return exponent <= kMaxExponent && hasMissing <= 1 && base >= -kLargestBase &&
            base <= kLargestBase;
   }
 };
@@ -30,12 +30,12 @@ bool take(ByteReader& reader, ScaledHead& head) {
          reader.read(head.base) && head.isSound();
 }
 
-// The bytes that must be all that is left.
+// Reads `size` bytes, which must be all that remain.
 bool takeAll(ByteReader& reader, std::size_t size, Bytes& bytes) {
   return reader.remaining() == size && reader.readBytes(size, bytes);
 }
 
-unsigned char* roomFor(ByteBuffer& numbers, std::size_t rows) {
+unsigned char* resized(ByteBuffer& numbers, std::size_t rows) {
   numbers.resize(rows * kNumberSize);
   return numbers.data();
 }
@@ -45,7 +45,7 @@ bool decodePlain(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
   if (!takeAll(reader, rows * kNumberSize, bytes)) {
     return false;
   }
-  std::copy(bytes.begin(), bytes.end(), roomFor(numbers, rows));
+  std::copy(bytes.begin(), bytes.end(), resized(numbers, rows));
   return true;
 }
 
@@ -61,22 +61,22 @@ bool decodeCodes(ByteReader& reader, std::size_t rows, ByteBuffer& numbers, Unsc
   if (!width || !takeAll(reader, codesSize(rows, *width), codes)) {
     return false;
   }
-  // Codes of no bits are all the same: one number stands for all rows.
+  // Codes of 0 bits are all equal, so one number stands for all rows.
   const std::size_t stored = head.bits == 0 ? 1 : rows;
   const std::uint64_t missing =
       head.hasMissing != 0 ? (std::uint64_t{1} << head.bits) - 1 : UINT64_MAX;
   unscale(LoadedCodes(codes.data(), stored, *width),
           {.missing = missing, .base = head.base, .exponent = head.exponent},
-          roomFor(numbers, stored));
+          resized(numbers, stored));
   return true;
 }
 
-bool decodeScaled(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
+bool decodeFrameOfReference(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
   return decodeCodes(reader, rows, numbers, kernels::unscale);
 }
 
-bool decodeDifferences(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
-  return decodeCodes(reader, rows, numbers, kernels::unscaleDifferences);
+bool decodeDelta(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
+  return decodeCodes(reader, rows, numbers, kernels::unscaleDeltas);
 }
 
 void repeat(std::size_t count, ByteBuffer& numbers) {
@@ -87,8 +87,8 @@ void repeat(std::size_t count, ByteBuffer& numbers) {
   }
 }
 
-bool decodeInnerScaled(ByteReader& reader, std::size_t count, ByteBuffer& numbers) {
-  if (!decodeScaled(reader, count, numbers)) {
+bool decodeInnerFrameOfReference(ByteReader& reader, std::size_t count, ByteBuffer& numbers) {
+  if (!decodeFrameOfReference(reader, count, numbers)) {
     return false;
   }
   if (numbers.size() < count * kNumberSize) {
@@ -97,17 +97,17 @@ bool decodeInnerScaled(ByteReader& reader, std::size_t count, ByteBuffer& number
   return true;
 }
 
-// Numbers inside another layout are all that is left of it.
+// The numbers inside another encoding are its last part.
 bool decodeInner(ByteReader& reader, std::size_t count, ByteBuffer& numbers) {
-  std::uint8_t layout = 0;
-  if (!reader.read(layout)) {
+  std::uint8_t encoding = 0;
+  if (!reader.read(encoding)) {
     return false;
   }
-  switch (static_cast<NumberLayout>(layout)) {
-    case NumberLayout::plain:
+  switch (static_cast<NumberEncoding>(encoding)) {
+    case NumberEncoding::plain:
       return decodePlain(reader, count, numbers);
-    case NumberLayout::scaled:
-      return decodeInnerScaled(reader, count, numbers);
+    case NumberEncoding::frameOfReference:
+      return decodeInnerFrameOfReference(reader, count, numbers);
     default:
       return false;
   }
@@ -124,28 +124,28 @@ bool decodeDictionary(ByteReader& reader, std::size_t rows, ByteBuffer& numbers)
       !decodeInner(reader, last + std::size_t{1}, entries)) {
     return false;
   }
-  // All that codes of a byte can say has a place.
-  std::array<std::uint64_t, kLargestNumberDictionary> table{};
+  // The table has an entry for every value of a code.
+  std::array<std::uint64_t, kMaxNumberDictionary> table{};
   std::memcpy(table.data(), entries.data(), entries.size());
   const std::size_t stored = bits == 0 ? 1 : rows;
-  unsigned char* out = roomFor(numbers, stored);
+  unsigned char* out = resized(numbers, stored);
   return LoadedCodes(codes.data(), stored, *codeWidthOf(bits))
-      .forEachPiece([&](std::size_t first, std::span<const std::uint32_t> piece) {
-        for (std::size_t i = 0; i < piece.size(); ++i) {
-          storePacked(out + (first + i) * kNumberSize, table[piece[i]]);
+      .forEachBatch([&](std::size_t first, std::span<const std::uint32_t> batch) {
+        for (std::size_t i = 0; i < batch.size(); ++i) {
+          storePacked(out + (first + i) * kNumberSize, table[batch[i]]);
         }
-        return largestOf(piece) <= last;
+        return largestOf(batch) <= last;
       });
 }
 
-bool decodeSignificance(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
+bool decodeByteStreamSplit(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
   std::uint8_t planes = 0;
   Bytes bytes;
-  if (!reader.read(planes) || planes == 0 || planes > kMostPlanes ||
+  if (!reader.read(planes) || planes == 0 || planes > kMaxPlanes ||
       !takeAll(reader, rows * kNumberSize, bytes)) {
     return false;
   }
-  kernels::join(bytes.data(), rows, planes, roomFor(numbers, rows));
+  kernels::join(bytes.data(), rows, planes, resized(numbers, rows));
   return true;
 }
 
@@ -182,7 +182,7 @@ bool decodeSparse(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
   if (!decodeInner(reader, countBits(isOther), otherNumbers)) {
     return false;
   }
-  unsigned char* out = roomFor(numbers, rows);
+  unsigned char* out = resized(numbers, rows);
   for (std::size_t i = 0; i < rows; ++i) {
     storePacked(out + i * kNumberSize, common);
   }
@@ -191,23 +191,23 @@ bool decodeSparse(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
 }
 
 using Decode = bool (*)(ByteReader&, std::size_t, ByteBuffer&);
-// In the order of NumberLayout.
-constexpr Decode kDecoders[] = {decodePlain,        decodeScaled, decodeDictionary,
-                                decodeSignificance, decodeSparse, decodeDifferences};
+// In the order of NumberEncoding.
+constexpr Decode kDecoders[] = {decodePlain,           decodeFrameOfReference, decodeDictionary,
+                                decodeByteStreamSplit, decodeSparse,           decodeDelta};
 
 }  // namespace
 
-ReadStatus decodeNumbers(Bytes bytes, std::uint32_t rows, ByteBuffer& numbers, int& unknownLayout) {
+ReadStatus decodeNumbers(Bytes bytes, std::uint32_t rows, ByteBuffer& numbers, int& unknownEncoding) {
   ByteReader reader(bytes);
-  std::uint8_t layout = 0;
-  if (!reader.read(layout)) {
+  std::uint8_t encoding = 0;
+  if (!reader.read(encoding)) {
     return ReadStatus::corrupted;
   }
-  if (layout >= std::size(kDecoders)) {
-    unknownLayout = layout;
+  if (encoding >= std::size(kDecoders)) {
+    unknownEncoding = encoding;
     return ReadStatus::corrupted;
   }
-  return kDecoders[layout](reader, rows, numbers) ? ReadStatus::ok : ReadStatus::corrupted;
+  return kDecoders[encoding](reader, rows, numbers) ? ReadStatus::ok : ReadStatus::corrupted;
 }
 
 }  // namespace kelvarin

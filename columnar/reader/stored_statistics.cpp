@@ -1,0 +1,87 @@
+#include "columnar/reader/stored_statistics.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "base/null_number.h"
+
+namespace kelvarin {
+
+namespace {
+
+KeyStatistics statisticsOfKeys(const ByteBuffer& values) {
+  KeyStatistics statistics;
+  for (std::size_t at = 0; at < values.size(); at += sizeof(std::uint32_t)) {
+    const auto key = loadPacked<std::uint32_t>(values.data() + at);
+    if (key >= kSmallestMissingKey) {
+      statistics.hasNull = true;
+      continue;
+    }
+    statistics.high = statistics.hasValues() ? std::max(statistics.high, key) : key;
+    statistics.low = std::min(statistics.low, key);
+  }
+  return statistics;
+}
+
+NumberStatistics statisticsOfNumbers(const ByteBuffer& values) {
+  NumberStatistics statistics;
+  for (std::size_t at = 0; at < values.size(); at += sizeof(double)) {
+    const auto number = loadPacked<double>(values.data() + at);
+    if (isNullNumber(number)) {
+      statistics.hasNull = true;
+    } else if (std::isnan(number)) {
+      statistics.hasNotANumber = true;
+    } else {
+      statistics.low = statistics.hasValues ? std::min(statistics.low, number) : number;
+      statistics.high = statistics.hasValues ? std::max(statistics.high, number) : number;
+      statistics.hasValues = true;
+    }
+  }
+  return statistics;
+}
+
+TextStatistics statisticsOfTexts(const DecodedTexts& texts) {
+  TextStatistics statistics;
+  std::optional<std::string_view> low;
+  std::optional<std::string_view> high;
+  for (std::size_t row = 0; row < texts.offsets.size(); ++row) {
+    const unsigned char* bytes = texts.text(row);
+    if (isNullText(bytes)) {
+      statistics.hasNull = true;
+      continue;
+    }
+    const std::string_view text = textFromBytes(bytes);
+    low = low ? std::min(*low, text) : text;
+    high = high ? std::max(*high, text) : text;
+  }
+  if (low) {
+    statistics.low = TextBound::of(*low);
+    statistics.high = TextBound::of(*high);
+  }
+  return statistics;
+}
+
+template <typename Statistics>
+bool isStored(const GelFile& file, const BlockInfo& block, std::size_t column,
+              const Statistics& statistics) {
+  Statistics stored;
+  return file.descriptorLayout().readStatistics(block.descriptor, column, stored) && stored == statistics;
+}
+
+}  // namespace
+
+bool matchesStatistics(const GelFile& file, const BlockInfo& block, std::size_t column,
+                   const DecodedColumn& values) {
+  switch (file.column(column).type) {
+    case GelType::key:
+      return isStored(file, block, column, statisticsOfKeys(values.values));
+    case GelType::number:
+      return isStored(file, block, column, statisticsOfNumbers(values.values));
+    case GelType::text:
+      break;
+  }
+  return isStored(file, block, column, statisticsOfTexts(values.texts));
+}
+
+}  // namespace kelvarin
