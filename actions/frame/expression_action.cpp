@@ -1,6 +1,5 @@
 #include "actions/frame/expression_action.h"
 
-#include "actions/frame/evaluation_attributes.h"
 #include "actions/frame/messages.h"
 #include "actions/frame/variables_xml.h"
 #include "expression/backends/expression_text.h"
@@ -11,6 +10,7 @@
 #include "expression/evaluator/messages.h"
 #include "expression/evaluator/variable_names.h"
 #include "expression/help/expression_hint.h"
+#include "expression/options/evaluation_attributes.h"
 #include "host/contract/host_services.h"
 #include "host/contract/missing_column.h"
 
@@ -22,7 +22,7 @@ char ExpressionAction::init() {
   m_variablesOfRun.clear();
   m_outputsOfRun.clear();
   m_isRowLoaded = false;
-  return reportUnknownElements(*this, knownElements()) ? 1 : 0;
+  return 0;
 }
 
 char ExpressionAction::close() {
@@ -92,7 +92,7 @@ void ExpressionAction::tellTextsAsNumbers(const OneRow& columns) const {
     }
     LogDetails details;
     details.column = column;
-    details.place = placeOfInputVariable(node(), static_cast<int>(i));
+    details.place = positionOfInputVariable(node(), static_cast<int>(i));
     logWithDetails(LogLevel::information, messages::textEntersAsNumber(column), details);
   }
 }
@@ -106,7 +106,7 @@ void ExpressionAction::reportMissingColumn(const OneRow& columns, const QString&
       const QString name = expandString(unexpanded);
       if (columns.getIndexOfColumn(name) < 0) {
         details.column = name;
-        details.place = placeOfInputVariable(node(), static_cast<int>(i));
+        details.place = positionOfInputVariable(node(), static_cast<int>(i));
         break;
       }
     }

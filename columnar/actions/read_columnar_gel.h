@@ -1,4 +1,4 @@
-// Reads columnar files and gives their rows.
+// Reads columnar files and publishes their rows.
 //
 // The first call of the row routine finds the files and opens the first one, the later ones hand
 // out rows; columnar_read.h has the work in between. Threads: those of ActionItem, beside one
