@@ -134,7 +134,7 @@ class AttributesTest(ProgramTest):
                               self.kelvarin(command, "g.kelvarin", status=1).stderr)
 
     def test_one_of_two_expressions_is_warned_about(self):
-        text = graph(TABLE % "" + "<Calculator name='c'><InputVars><InputVar column='id'/></InputVars><OutputVars>"
+        text = graph(TABLE + "<Calculator name='c'><InputVars><InputVar column='id'/></InputVars><OutputVars>"
                      "<OutputVar name='o' expression='id + 1'>id</OutputVar><OutputVar name='p' expression='id'>id</OutputVar>"
                      "</OutputVars></Calculator><FilterRows name='f' Expression='o &gt; 0'><Expression>o &gt; 1</Expression>"
                      "<InputVars><InputVar column='o'/></InputVars></FilterRows><Discard name='d' colour=''/>",
