@@ -83,10 +83,12 @@ ExitStatus listActions(const Arguments& arguments) {
 void addActionsCommand(CLI::App& program, ChosenCommand& chosen) {
   auto arguments = std::make_shared<Arguments>();
   CLI::App* command = program.add_subcommand("actions", "List the actions that a graph may use");
-  command->add_option("NAME", arguments->name, "shows the attributes and elements of this action");
+  command->add_option("NAME", arguments->name,
+                      "shows the attributes and elements of this action");
   addPluginOption(*command, arguments->plugin);
   command->add_flag("--json", arguments->isJson, "print a JSON array");
-  command->footer("Examples:\n  kelvarin actions\n  kelvarin actions ReadCSV\n  kelvarin actions --json");
+  command->footer(
+      "Examples:\n  kelvarin actions\n  kelvarin actions ReadCSV\n  kelvarin actions --json");
   command->callback([arguments, &chosen] {
     chosen = [arguments] { return listActions(*arguments); };
   });

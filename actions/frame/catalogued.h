@@ -1,5 +1,5 @@
-// What the plug-in's actions have beyond the declaration of every action: an editor, a picture and a
-// page of the help.
+// What the plug-in's actions have beyond the declaration of every action: an editor, a picture and
+// a page of the help.
 #pragma once
 
 #include "actions/frame/editor_registry.h"

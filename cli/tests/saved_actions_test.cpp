@@ -93,7 +93,8 @@ TEST_P(SavedAction, DeclaresWhatItWritesAndNoMore) {
   Names declared;
   addDeclared(entry().typeName, attributesOfEveryAction(), {}, declared);
   addDeclared(entry().typeName, description->attributes, description->children, declared);
-  for (const char* older : {"FilterRows Expression", "OutputVar expression", "OutputVar isNumber"}) {
+  for (const char* older :
+       {"FilterRows Expression", "OutputVar expression", "OutputVar isNumber"}) {
     declared.erase(older);
   }
   Names written;

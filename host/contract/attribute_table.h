@@ -112,11 +112,19 @@ constexpr auto& memberAt(auto& owner) {
 template <auto kMember, auto... kRest>
 constexpr auto attribute(const char16_t* name, const char* meaning, AllowedValues allowed = {}) {
   using Settings = decltype(ownerOf(kMember));
-  using Value = std::remove_cvref_t<decltype(memberAt<kMember, kRest...>(std::declval<Settings&>()))>;
+  using Member = decltype(memberAt<kMember, kRest...>(std::declval<Settings&>()));
   return Attribute<Settings>{
-      name, meaning, allowed, kindOfValue(static_cast<const Value*>(nullptr)),
-      [](Settings& settings, const QString& text) { setValue(memberAt<kMember, kRest...>(settings), text); },
-      [](const Settings& settings) { return textOfValue(memberAt<kMember, kRest...>(settings)); }};
+      .name = name,
+      .meaning = meaning,
+      .allowed = allowed,
+      .kind = kindOfValue(static_cast<const std::remove_cvref_t<Member>*>(nullptr)),
+      .set =
+          [](Settings& settings, const QString& text) {
+            setValue(memberAt<kMember, kRest...>(settings), text);
+          },
+      .text = [](const Settings& settings) {
+        return textOfValue(memberAt<kMember, kRest...>(settings));
+      }};
 }
 
 template <typename Settings>

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 
 #include "host/contract/messages.h"
 #include "host/contract/nearest_names.h"
@@ -101,12 +102,24 @@ Oddness oddnessOf(const QString& text, AttributeKind kind, const AllowedValues& 
 }
 
 // The declared attributes of an element, in the order in which messages list them.
-using Attributes = std::vector<const AttributeDescription*>;
+using AttributeLists = std::span<const std::vector<AttributeDescription>* const>;
 
-QStringList namesOf(const Attributes& attributes) {
+const AttributeDescription* findAttribute(AttributeLists lists, const QString& name) {
+  for (const auto* list : lists) {
+    const auto found = std::ranges::find(*list, name, &AttributeDescription::name);
+    if (found != list->end()) {
+      return &*found;
+    }
+  }
+  return nullptr;
+}
+
+QStringList namesOf(AttributeLists lists) {
   QStringList names;
-  for (const AttributeDescription* attribute : attributes) {
-    names += attribute->name;
+  for (const auto* list : lists) {
+    for (const AttributeDescription& attribute : *list) {
+      names += attribute.name;
+    }
   }
   return names;
 }
@@ -116,12 +129,9 @@ class Comparison {
   explicit Comparison(const GlobalParameters& parameters) : m_parameters(parameters) {}
 
   void visitAction(const XMLNode& node, const ActionDescription& description) {
-    Attributes attributes;
-    for (const AttributeDescription& attribute : attributesOfEveryAction()) {
-      attributes.push_back(&attribute);
-    }
-    append(attributes, description.attributes);
-    checkAttributes(node, attributes);
+    const std::vector<AttributeDescription>* const lists[] = {&attributesOfEveryAction(),
+                                                              &description.attributes};
+    checkAttributes(node, lists);
     checkText(node, {});
     visitChildren(node, description.children);
   }
@@ -132,16 +142,9 @@ class Comparison {
   }
 
  private:
-  static void append(Attributes& all, const std::vector<AttributeDescription>& some) {
-    for (const AttributeDescription& attribute : some) {
-      all.push_back(&attribute);
-    }
-  }
-
   void visit(const XMLNode& node, const ElementDescription& description) {
-    Attributes attributes;
-    append(attributes, description.attributes);
-    checkAttributes(node, attributes);
+    const std::vector<AttributeDescription>* const lists[] = {&description.attributes};
+    checkAttributes(node, lists);
     checkText(node, description.textMeaning);
     visitChildren(node, description.children);
   }
@@ -185,19 +188,17 @@ class Comparison {
     }
   }
 
-  void checkAttributes(const XMLNode& node, const Attributes& declared) {
+  void checkAttributes(const XMLNode& node, AttributeLists declared) {
     for (int i = 0; i < node.nAttribute(); ++i) {
       const QString name = node.attributeName(i);
-      const auto found = std::find_if(declared.begin(), declared.end(),
-                                      [&name](const auto* line) { return line->name == name; });
-      if (found == declared.end()) {
-        const QStringList known = namesOf(declared);
-        m_attributeFaults.push_back(
-            {LogLevel::warning, node,
-             messages::attributeIgnored(name, node.name(), attributesMeantBy(name, known), known)});
-      } else {
-        checkValue(node, **found, node.attributeValue(i));
+      if (const AttributeDescription* attribute = findAttribute(declared, name)) {
+        checkValue(node, *attribute, node.attributeValue(i));
+        continue;
       }
+      const QStringList known = namesOf(declared);
+      m_attributeFaults.push_back(
+          {LogLevel::warning, node,
+           messages::attributeIgnored(name, node.name(), attributesMeantBy(name, known), known)});
     }
   }
 

@@ -9,9 +9,9 @@
 
 namespace kelvarin {
 
-// Elements and texts come first, then attributes, both in the order of the file. Elements, texts and
-// values without a meaning are errors; unknown attributes, and values with an effect of their own,
-// are warnings.
+// Elements and texts come first, then attributes, both in the order of the file. Elements, texts
+// and values without a meaning are errors; unknown attributes, and values with an effect of their
+// own, are warnings.
 KELVARIN_CORE std::vector<ElementFault> contentFaults(const XMLNode& action,
                                                       const ActionDescription& description,
                                                       const GlobalParameters& parameters);

@@ -1,5 +1,5 @@
-// The action ReadCSV: reads a CSV file. The types of columns that are not declared are inferred from
-// the first rows.
+// The action ReadCSV: reads a CSV file. The types of columns that are not declared are inferred
+// from the first rows.
 #pragma once
 
 #include "host/tables/csv/csv_batch_reader.h"

@@ -15,7 +15,8 @@ constexpr char16_t kFile[] = u"file";
 
 AttributeDescription TableSource::describedFile() {
   return {QString::fromUtf16(kFile), AttributeKind::text,
-          QStringLiteral("the file; relative names start at the graph's folder"), QStringLiteral("")};
+          QStringLiteral("the file; relative names start at the graph's folder"),
+          QStringLiteral("")};
 }
 
 TableSource::TableSource(XMLNode node, GlobalParameters* parameters)
