@@ -38,6 +38,7 @@ KELVARIN_CORE const ActionDescription* descriptionOf(const ActionItem& action);
 // Those that the host reads from every action's element.
 KELVARIN_CORE const std::vector<AttributeDescription>& attributesOfEveryAction();
 
+// The base with a declaration, which it has already where it is an action of its own.
 template <typename Base>
 struct WithDescription : Base, DescribedAction {
  protected:
