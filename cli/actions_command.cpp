@@ -3,28 +3,18 @@
 
 #include <fmt/format.h>
 
+#include "cli/action_page.h"
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/graph_session.h"
 #include "cli/program_services.h"
 #include "cli/value_json.h"
+#include "host/contract/nearest_names.h"
+#include "host/engine/messages.h"
 
 namespace kelvarin {
 
 namespace {
-
-Json described(const CatalogueEntry& entry) {
-  return {{"typeName", entry.typeName.toStdString()},
-          {"toolTip", entry.toolTip.toStdString()},
-          {"help", entry.helpId.toStdString()},
-          {"tags", jsonOf(entry.tags)},
-          {"keywords", jsonOf(entry.keywords)},
-          {"fileTypes", jsonOf(entry.fileTypes)},
-          {"pinsIn", entry.pinsIn},
-          {"pinsOut", entry.pinsOut},
-          {"version", entry.version},
-          {"source", entry.source == ActionSource::plugin ? "plugin" : "host"}};
-}
 
 void printTable(const ActionCatalogue& catalogue) {
   std::string text = fmt::format("{:<22}{:>5}{:>5}  {}\n", "action", "in", "out", "what it does");
@@ -35,40 +25,72 @@ void printTable(const ActionCatalogue& catalogue) {
   std::fputs(text.c_str(), stdout);
 }
 
-ExitStatus listActions(const std::string& plugin, bool isJson) {
+void printJson(const std::vector<CatalogueEntry>& entries) {
+  Json list = Json::array();
+  for (const CatalogueEntry& entry : entries) {
+    list.push_back(actionJson(entry));
+  }
+  std::fputs(printed(list).c_str(), stdout);
+}
+
+ExitStatus listAll(const ActionCatalogue& catalogue, bool isJson) {
+  if (isJson) {
+    printJson(catalogue.entries());
+  } else {
+    printTable(catalogue);
+  }
+  return ExitStatus::done;
+}
+
+ExitStatus listOne(const ActionCatalogue& catalogue, const QString& name, bool isJson,
+                   Console& console) {
+  const CatalogueEntry* entry = catalogue.find(name);
+  if (entry == nullptr) {
+    const QStringList known = catalogue.typeNames();
+    console.writeLog(LogLevel::error,
+                     engine_messages::unknownAction(name, nearestNames(name, known), known));
+    return ExitStatus::failed;
+  }
+  if (isJson) {
+    printJson({*entry});
+  } else {
+    std::fputs(actionPage(*entry).c_str(), stdout);
+  }
+  return ExitStatus::done;
+}
+
+struct Arguments {
+  std::string name;
+  std::string plugin;
+  bool isJson = false;
+};
+
+ExitStatus listActions(const Arguments& arguments) {
   Console console(false);
   const ProgramServices services(console);
-  const auto catalogue = loadCatalogue(plugin);
+  const auto catalogue = loadCatalogue(arguments.plugin);
   if (!catalogue) {
     console.writeLog(LogLevel::error, catalogue.error());
     return ExitStatus::failed;
   }
-  if (!isJson) {
-    printTable(**catalogue);
-    return ExitStatus::done;
-  }
-  Json entries = Json::array();
-  for (const CatalogueEntry& entry : (*catalogue)->entries()) {
-    entries.push_back(described(entry));
-  }
-  std::fputs(printed(entries).c_str(), stdout);
-  return ExitStatus::done;
+  const QString name = QString::fromStdString(arguments.name);
+  return name.isEmpty() ? listAll(**catalogue, arguments.isJson)
+                        : listOne(**catalogue, name, arguments.isJson, console);
 }
 
 }  // namespace
 
 void addActionsCommand(CLI::App& program, ChosenCommand& chosen) {
-  struct Arguments {
-    std::string plugin;
-    bool isJson = false;
-  };
   auto arguments = std::make_shared<Arguments>();
   CLI::App* command = program.add_subcommand("actions", "List the actions that a graph may use");
+  command->add_option("NAME", arguments->name,
+                      "shows the attributes and elements of this action");
   addPluginOption(*command, arguments->plugin);
   command->add_flag("--json", arguments->isJson, "print a JSON array");
-  command->footer("Example:\n  kelvarin actions --json");
+  command->footer(
+      "Examples:\n  kelvarin actions\n  kelvarin actions ReadCSV\n  kelvarin actions --json");
   command->callback([arguments, &chosen] {
-    chosen = [arguments] { return listActions(arguments->plugin, arguments->isJson); };
+    chosen = [arguments] { return listActions(*arguments); };
   });
 }
 

@@ -1,83 +1,59 @@
 #include "cli/expression_options.h"
 
-#include <variant>
+#include <algorithm>
 
 #include "cli/messages.h"
+#include "expression/options/evaluation_attributes.h"
 
 namespace kelvarin {
 
 namespace {
 
-using Place = std::variant<bool*, int*, QString*>;
+using Option = Attribute<EvaluationOptions>;
 
-struct Option {
-  const char* name;
-  Place place;
-};
-
-std::vector<Option> optionsOf(EvaluationOptions& options) {
-  TimeParameters& time = options.time;
-  return {{"addN", &options.addN},
-          {"useJIT", &options.useJIT},
-          {"abortWhenError", &options.abortWhenError},
-          {"castToKey1", &options.keyCast.outOfRange},
-          {"castToKey2", &options.keyCast.fraction},
-          {"castToKey3", &options.keyCast.nullOnInput},
-          {"addNow", &time.addNow},
-          {"addNowS", &time.addNowS},
-          {"seed", &time.seed},
-          {"elapsedTimeUnit", &time.elapsedTimeUnit},
-          {"dateFormatType", &time.dateFormatType},
-          {"isUTC", &time.isUTC},
-          {"emptyETToNull", &time.emptyETToNull},
-          {"referenceTime", &time.referenceTime},
-          {"dateFormat", &time.dateFormat},
-          {"castToET1", &time.castToET1},
-          {"castToET2", &time.castToET2}};
+QString nameOf(const Option& option) {
+  return QString::fromUtf16(option.name);
 }
 
-QString unknownOption(const QString& name, const std::vector<Option>& options) {
+QString unknownOption(const QString& name) {
   QStringList names;
-  for (const Option& option : options) {
-    names.append(QLatin1String(option.name));
+  for (const Option& option : evaluationAttributes()) {
+    names += nameOf(option);
   }
   return QString::fromLatin1(program_messages::kUnknownExpressionOption)
       .arg(name, names.join(QLatin1String(", ")));
 }
 
-Status<QString> setOption(const Place& place, const NameValue& given) {
-  if (QString* const* text = std::get_if<QString*>(&place)) {
-    **text = given.value;
+Status<QString> setOption(const Option& option, const NameValue& given,
+                          EvaluationOptions& options) {
+  if (option.kind == AttributeKind::text) {
+    option.set(options, given.value);
     return Done{};
   }
   bool isInteger = false;
   const int value = given.value.toInt(&isInteger);
-  if (bool* const* flag = std::get_if<bool*>(&place)) {
-    if (!isInteger || (value != 0 && value != 1)) {
-      return Failure{QString::fromLatin1(program_messages::kOptionTakesFlag).arg(given.name, given.value)};
-    }
-    **flag = value != 0;
-    return Done{};
+  if (option.kind == AttributeKind::flag && (!isInteger || (value != 0 && value != 1))) {
+    return Failure{
+        QString::fromLatin1(program_messages::kOptionTakesFlag).arg(given.name, given.value)};
   }
   if (!isInteger) {
-    return Failure{QString::fromLatin1(program_messages::kOptionTakesInteger).arg(given.name, given.value)};
+    return Failure{
+        QString::fromLatin1(program_messages::kOptionTakesInteger).arg(given.name, given.value)};
   }
-  *std::get<int*>(place) = value;
+  option.set(options, QString::number(value));
   return Done{};
 }
 
 }  // namespace
 
 Status<QString> applyExpressionOptions(const std::vector<NameValue>& values, EvaluationOptions& options) {
-  const std::vector<Option> known = optionsOf(options);
+  const EvaluationAttributes known = evaluationAttributes();
   for (const NameValue& given : values) {
-    const auto option = std::find_if(known.begin(), known.end(), [&given](const Option& candidate) {
-      return given.name == QLatin1String(candidate.name);
-    });
+    const auto option = std::ranges::find(known, given.name, nameOf);
     if (option == known.end()) {
-      return Failure{unknownOption(given.name, known)};
+      return Failure{unknownOption(given.name)};
     }
-    if (const auto set = setOption(option->place, given); !set) {
+    if (const auto set = setOption(*option, given, options); !set) {
       return set;
     }
   }

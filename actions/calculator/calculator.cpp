@@ -1,9 +1,9 @@
 #include "actions/calculator/calculator.h"
 
-#include "actions/frame/evaluation_attributes.h"
 #include "actions/frame/messages.h"
 #include "actions/frame/variables_xml.h"
 #include "expression/errors/messages.h"
+#include "expression/options/evaluation_attributes.h"
 
 namespace kelvarin {
 
@@ -18,11 +18,12 @@ const ActionDescription& Calculator::catalogue() {
       .typeName = "Calculator",
       .toolTip = "Add/update a column based on an expression",
       .helpId = "5_5_6_calculator_high_speed__",
-      .tag = "150_Standard",
+      .tags = {"150_Standard"},
       .keywords = {"math", "exp", "expression", "column", "add", "new", "compute"},
-      .fileType = nullptr,
       .image = ":/KelvarinMathParser/calculator.svg",
-      .version = 2.08};
+      .version = 2.08,
+      .attributes = described(evaluationAttributes()),
+      .children = {inputVarsElement(), outputVarsElement()}};
   return entry;
 }
 
@@ -32,11 +33,10 @@ Calculator::Calculator(XMLNode node, GlobalParameters* parameters)
 Calculator::Calculator(XMLNode node, GlobalParameters* parameters, const QString& newName)
     : Catalogued(node, parameters) {
   m_inputPinCount = 2;
-  readKeyCast(node, m_options.keyCast);
-  readEvaluationFlags(node, m_options);
-  readTimeParameters(node, m_options.time);
-  m_inputs = readInputVariables(node.getChildNode(utf16(kInputVars)));
-  m_outputs = readOutputVariables(node.getChildNode(utf16(kOutputVars)), {kNewName, newName});
+  readAttributes(node, evaluationAttributes(), m_options, parameters);
+  m_inputs = readInputVariables(node.getChildNode(utf16(kInputVars)), parameters);
+  m_outputs = readOutputVariables(node.getChildNode(utf16(kOutputVars)), {kNewName, newName},
+                                  parameters);
   if (m_outputs.empty()) {
     OutputVariable output;
     output.name = newName;
@@ -46,9 +46,7 @@ Calculator::Calculator(XMLNode node, GlobalParameters* parameters, const QString
 
 void Calculator::saveXML(std::wostringstream& out, QString name) {
   saveAI(out, name, catalogue().version);
-  writeKeyCast(out, m_options.keyCast);
-  writeEvaluationFlags(out, m_options);
-  writeTimeParameters(out, m_options.time);
+  writeAttributes(out, evaluationAttributes(), m_options);
   out << L">\n  <InputVars>\n";
   for (const InputVariable& variable : m_inputs) {
     writeInputVariable(out, variable);
@@ -58,6 +56,10 @@ void Calculator::saveXML(std::wostringstream& out, QString name) {
     writeOutputVariable(out, variable);
   }
   out << L"  </OutputVars>\n</" << typeName() << L">\n";
+}
+
+std::vector<ElementFault> Calculator::settingFaults() const {
+  return faultsOfOutputVariables(node());
 }
 
 char Calculator::init() {
@@ -94,7 +96,7 @@ bool Calculator::areOutputsWhole() const {
 
 LogDetails Calculator::detailsOfOutput(int output) const {
   LogDetails details;
-  details.place = placeOfOutputVariable(node(), output);
+  details.place = positionOfOutputVariable(node(), output);
   details.output = expandString(m_outputs[static_cast<std::size_t>(output)].name);
   return details;
 }
@@ -117,17 +119,6 @@ QString Calculator::checkText(const QString& output, const QString& text) const 
 
 QString Calculator::referenceTimeWarning() const {
   return messages::referenceTimeUnparsableInCalculator();
-}
-
-std::span<const KnownElements> Calculator::knownElements() const {
-  static const KnownElements elements[] = {
-      {QString(), {QStringLiteral("InputVars"), QStringLiteral("OutputVars")}},
-      kInputVarsElements,
-      kInputVarElements,
-      kStringListElements,
-      {QStringLiteral("OutputVars"), {QStringLiteral("OutputVar")}},
-  };
-  return elements;
 }
 
 }  // namespace kelvarin

@@ -30,6 +30,7 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   void saveXML(std::wostringstream& out, QString name) override;
   char init() override;
   void setComputeRoutine() override;
+  std::vector<ElementFault> settingFaults() const override;
 
  protected:
   // `newName` is what a new output is called: its expression may stay empty.
@@ -75,7 +76,6 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   QString expressionFailureText(const RowFailure& failure) const override;
   QString checkText(const QString& output, const QString& text) const override;
   QString referenceTimeWarning() const override;
-  std::span<const KnownElements> knownElements() const override;
   LogDetails detailsOfOutput(int output) const override;
 
   FailureLocation placeOf(const RowFailure& failure) const;

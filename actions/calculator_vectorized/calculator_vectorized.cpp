@@ -9,11 +9,12 @@ const ActionDescription& CalculatorVectorized::catalogue() {
       .typeName = "CalculatorVectorized",
       .toolTip = "Add many new columns based on an expression",
       .helpId = "5_7_10_vectorized_calculator_h",
-      .tag = "250_Data Mining (Modelling)",
+      .tags = {"250_Data Mining (Modelling)"},
       .keywords = {"vector", "exp", "expression", "column", "add", "new", "compute"},
-      .fileType = nullptr,
       .image = ":/KelvarinMathParser/calculatorVectorized.svg",
-      .version = 2.08};
+      .version = 2.08,
+      .attributes = Calculator::catalogue().attributes,
+      .children = Calculator::catalogue().children};
   return entry;
 }
 

@@ -3,13 +3,12 @@
 #include <algorithm>
 
 #include "actions/filter_rows/sampling.h"
-#include "actions/frame/attributes.h"
-#include "actions/frame/evaluation_attributes.h"
 #include "actions/frame/messages.h"
 #include "actions/frame/variables_xml.h"
 #include "expression/errors/error_texts.h"
 #include "expression/errors/messages.h"
 #include "expression/evaluator/messages.h"
+#include "expression/options/evaluation_attributes.h"
 
 namespace kelvarin {
 
@@ -18,9 +17,10 @@ namespace {
 constexpr char16_t kExpression[] = u"Expression";
 
 constexpr Attribute<FilterSettings> kBeforeOptions[] = {
-    attribute<&FilterSettings::truncate>(u"truncate")};
+    attribute<&FilterSettings::truncate>(
+    u"truncate", "stops reading after the first row for which the expression is false")};
 constexpr Attribute<FilterSettings> kAfterOptions[] = {
-    attribute<&FilterSettings::comments>(u"comments")};
+    attribute<&FilterSettings::comments>(u"comments", "the user's notes")};
 
 QString readExpression(const XMLNode& node) {
   QString expression = qString(node.getAttribute(utf16(kExpression)));
@@ -33,6 +33,28 @@ XMLNode parentOfVariables(const XMLNode& node) {
   return list.isEmpty() ? node : list;
 }
 
+std::vector<AttributeDescription> describedAttributes() {
+  std::vector<AttributeDescription> attributes;
+  describe<FilterSettings>(attributes, kBeforeOptions);
+  describe(attributes, conditionAttributes());
+  describe<FilterSettings>(attributes, kAfterOptions);
+  attributes.push_back({QString::fromUtf16(kExpression), AttributeKind::text,
+                        QStringLiteral("of older files: the expression; it counts where the "
+                                       "element of this name stands there, too"),
+                        QStringLiteral("")});
+  return attributes;
+}
+
+std::vector<ElementDescription> describedElements() {
+  ElementDescription expression{.name = QString::fromUtf16(kExpression),
+                                .meaning = QStringLiteral("the condition"),
+                                .textMeaning = QStringLiteral("the expression")};
+  ElementDescription older = inputVarElement();
+  older.meaning = QStringLiteral("of older files: a variable of the expression");
+  older.replacedBy = QString::fromUtf16(kInputVars);
+  return {std::move(expression), inputVarsElement(), std::move(older)};
+}
+
 }  // namespace
 
 const ActionDescription& FilterRows::catalogue() {
@@ -40,23 +62,23 @@ const ActionDescription& FilterRows::catalogue() {
       .typeName = "FilterRows",
       .toolTip = "Filter rows based on an expression",
       .helpId = "5_5_7_filter_rows_high_speed_",
-      .tag = "150_Standard",
+      .tags = {"150_Standard"},
       .keywords = {"math", "exp", "expression", "remove", "row", "filter"},
-      .fileType = nullptr,
       .image = ":/KelvarinMathParser/rowFilter.svg",
-      .version = 2.08};
+      .version = 2.08,
+      .attributes = describedAttributes(),
+      .children = describedElements()};
   return entry;
 }
 
 FilterRows::FilterRows(XMLNode node, GlobalParameters* parameters) : Catalogued(node, parameters) {
   m_inputPinCount = 2;
   m_outputPinCount = 2;
-  m_inputs = readInputVariables(parentOfVariables(node));
+  m_inputs = readInputVariables(parentOfVariables(node), parameters);
   m_settings.expression = readExpression(node);
-  readAttributes<FilterSettings>(node, kBeforeOptions, m_settings);
-  readEvaluationFlags(node, m_options);
-  readTimeParameters(node, m_options.time);
-  readAttributes<FilterSettings>(node, kAfterOptions, m_settings);
+  readAttributes<FilterSettings>(node, kBeforeOptions, m_settings, parameters);
+  readAttributes(node, conditionAttributes(), m_options, parameters);
+  readAttributes<FilterSettings>(node, kAfterOptions, m_settings, parameters);
   if (sampleSizeOf(m_settings.expression).value_or(0) > 0) {
     m_settings.truncate = true;
   }
@@ -65,8 +87,7 @@ FilterRows::FilterRows(XMLNode node, GlobalParameters* parameters) : Catalogued(
 void FilterRows::saveXML(std::wostringstream& out, QString name) {
   saveAI(out, name, catalogue().version);
   writeAttributes<FilterSettings>(out, kBeforeOptions, m_settings);
-  writeEvaluationFlags(out, m_options);
-  writeTimeParameters(out, m_options.time);
+  writeAttributes(out, conditionAttributes(), m_options);
   writeAttributes<FilterSettings>(out, kAfterOptions, m_settings);
   out << L">\n <Expression>" << elementText(m_settings.expression)
       << L"</Expression>\n <InputVars>\n";
@@ -74,6 +95,16 @@ void FilterRows::saveXML(std::wostringstream& out, QString name) {
     writeInputVariable(out, variable);
   }
   out << L" </InputVars>\n</" << typeName() << L">\n";
+}
+
+std::vector<ElementFault> FilterRows::settingFaults() const {
+  const XMLNode element = node().getChildNode(utf16(kExpression));
+  const QString attribute = qString(node().getAttribute(utf16(kExpression))).trimmed();
+  const QString text = element.text().trimmed();
+  if (attribute.isEmpty() || text.isEmpty() || attribute == text) {
+    return {};
+  }
+  return {{LogLevel::warning, element, messages::twoExpressionsOfFilter()}};
 }
 
 char FilterRows::init() {
@@ -123,25 +154,6 @@ QString FilterRows::checkText(const QString&, const QString& text) const {
 
 QString FilterRows::referenceTimeWarning() const {
   return messages::referenceUnparsable();
-}
-
-std::span<const KnownElements> FilterRows::knownElements() const {
-  static const KnownElements elements[] = {
-      {QString(), {QStringLiteral("Expression"), QStringLiteral("InputVars")}},
-      kInputVarsElements,
-      kInputVarElements,
-      kStringListElements,
-  };
-  static const KnownElements elementsOfOlderFiles[] = {
-      {QString(), {QStringLiteral("Expression"), QStringLiteral("InputVar")}},
-      kInputVarElements,
-      kStringListElements,
-  };
-  const bool isOlder = node().getChildNode(utf16(kInputVars)).isEmpty();
-  if (isOlder) {
-    return elementsOfOlderFiles;
-  }
-  return elements;
 }
 
 }  // namespace kelvarin

@@ -34,6 +34,7 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
   char init() override;
   void setComputeRoutine() override;
   float computeCompletion() const override;
+  std::vector<ElementFault> settingFaults() const override;
 
   // The run ended at a row for which the expression was false.
   bool wasTruncated() const { return m_wasTruncated; }
@@ -42,7 +43,6 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
   QString expressionFailureText(const RowFailure& failure) const override;
   QString checkText(const QString& output, const QString& text) const override;
   QString referenceTimeWarning() const override;
-  std::span<const KnownElements> knownElements() const override;
   LogDetails detailsOfOutput(int output) const override;
   QString failedRowsText(const FailureCount& failures) const override;
   // The first row stops it in any case.

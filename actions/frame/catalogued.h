@@ -1,22 +1,17 @@
-// The uniform operations of an action, answered from its catalogue entry.
-//
-// An action derives from Catalogued<Action, Base>, has a static `catalogue()` and the public
-// constructor Action(XMLNode, GlobalParameters*).
+// What the plug-in's actions have beyond the declaration of every action: an editor, a picture and
+// a page of the help.
 #pragma once
 
-#include "actions/frame/action_description.h"
 #include "actions/frame/editor_registry.h"
-#include "host/contract/action_item.h"
+#include "host/contract/described_action.h"
 #include "host/contract/main_ui.h"
 #include "host/pictures/pictures.h"
 
 namespace kelvarin {
 
 template <typename Action, typename Base>
-class Catalogued : public Base {
+class Catalogued : public Described<Action, Base> {
  public:
-  const char* typeName() const override { return Action::catalogue().typeName; }
-
   UpdateClassWidget* editPropertyFrame(QWidget* parent) override {
     return EditorRegistry::instance().create(Action::catalogue().typeName, parent, this);
   }
@@ -27,31 +22,12 @@ class Catalogued : public Base {
     return renderSVG(size, QString::fromLatin1(Action::catalogue().image), nullptr, nullptr);
   }
 
-  QString toolTip() const override { return QString::fromLatin1(Action::catalogue().toolTip); }
-
   void getHelp() const override {
     openHelp(QString::fromLatin1(Action::catalogue().helpId), QString());
   }
 
-  QStringList getFileTypes() const override {
-    const char* fileType = Action::catalogue().fileType;
-    return fileType == nullptr ? ActionItem::getFileTypes()
-                               : QStringList{QString::fromLatin1(fileType)};
-  }
-
-  QStringList getTags() const override {
-    const char* tag = Action::catalogue().tag;
-    return tag == nullptr ? ActionItem::getTags() : QStringList{QString::fromLatin1(tag)};
-  }
-
-  QStringList getKeywords() const override { return Action::catalogue().keywords; }
-
-  ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override {
-    return new Action(node, parameters);
-  }
-
  protected:
-  using Base::Base;
+  using Described<Action, Base>::Described;
 };
 
 }  // namespace kelvarin

@@ -1,6 +1,5 @@
 #include "actions/frame/expression_action.h"
 
-#include "actions/frame/evaluation_attributes.h"
 #include "actions/frame/messages.h"
 #include "actions/frame/variables_xml.h"
 #include "expression/backends/expression_text.h"
@@ -11,6 +10,7 @@
 #include "expression/evaluator/messages.h"
 #include "expression/evaluator/variable_names.h"
 #include "expression/help/expression_hint.h"
+#include "expression/options/evaluation_attributes.h"
 #include "host/contract/host_services.h"
 #include "host/contract/missing_column.h"
 
@@ -38,7 +38,7 @@ char ExpressionAction::init() {
   m_variablesOfRun.clear();
   m_outputsOfRun.clear();
   m_isRowLoaded = false;
-  return reportUnknownElements(*this, knownElements()) ? 1 : 0;
+  return 0;
 }
 
 char ExpressionAction::close() {
@@ -150,7 +150,7 @@ void ExpressionAction::reportTextsAsNumbers(const OneRow& columns) const {
     }
     LogDetails details;
     details.column = column;
-    details.place = placeOfInputVariable(node(), static_cast<int>(i));
+    details.place = positionOfInputVariable(node(), static_cast<int>(i));
     logWithDetails(LogLevel::information, messages::textEntersAsNumber(column), details);
   }
 }
@@ -161,7 +161,7 @@ void ExpressionAction::reportBindingFailure(const OneRow& columns,
   const bool isMissing = failure.kind == BindingFailure::Kind::columnNotFound;
   if (isMissing) {
     details.column = failure.column;
-    details.place = placeOfInputVariable(node(), failure.input);
+    details.place = positionOfInputVariable(node(), failure.input);
   }
   logWithDetails(LogLevel::error, failure.text, details);
   if (isMissing) {

@@ -10,7 +10,6 @@
 #include <span>
 #include <vector>
 
-#include "actions/frame/known_elements.h"
 #include "actions/frame/row_observer.h"
 #include "expression/errors/eval_command.h"
 #include "expression/evaluator/expression_evaluator.h"
@@ -30,7 +29,6 @@ class ExpressionAction : public ActionItem {
   // second pin are not known.
   ExpressionCheck check(const OutputVariable& output, ResultUse use) const;
 
-  // Refuses elements that it does not know.
   char init() override;
   // Reports what the user should know at the end of a run; an error of the action's own says it all.
   char close() override;
@@ -74,12 +72,10 @@ class ExpressionAction : public ActionItem {
   long long rowNumber() const { return static_cast<long long>(m_evaluator.rows.rowNumber()); }
 
   // What differs between the actions: the text about an expression that failed at a row, the one
-  // about an expression that did not pass a check, the warning about the reference time, and the
-  // elements inside the action.
+  // about an expression that did not pass a check, and the warning about the reference time.
   virtual QString expressionFailureText(const RowFailure& failure) const = 0;
   virtual QString checkText(const QString& output, const QString& text) const = 0;
   virtual QString referenceTimeWarning() const = 0;
-  virtual std::span<const KnownElements> knownElements() const = 0;
   // The location of an output in the graph file, and its name where it has one.
   virtual LogDetails detailsOfOutput(int output) const = 0;
   // What became of rows that failed and did not stop the run, for the warning at the end.

@@ -8,12 +8,6 @@
 
 namespace kelvarin::messages {
 
-// About the attribute 'meta'.
-inline constexpr char kInputMetasInWords[] = "F (number), K (key), U (text) or D (date)";
-inline constexpr char kOutputMetasInWords[] = "F (number), K (key) or U (text)";
-inline constexpr char kFirstLetterCounts[] = "Its first letter counts.";
-inline constexpr char kCountsAsText[] = "It counts as U (text).";
-
 inline QString textEntersAsNumber(const QString& column) {
   return QStringLiteral(
              "The column '%1' holds texts and enters the expressions as a number, missing where a "
@@ -42,6 +36,17 @@ inline QString filterWithoutExpression() {
   return QStringLiteral(
       "There is no expression: every row goes to output pin 0. Write it between <Expression> and "
       "</Expression>.");
+}
+inline QString twoExpressionsOfOutput(const QString& name) {
+  return QStringLiteral(
+             "The output '%1' has an expression in its text and another one in the attribute "
+             "'expression'. The text counts; take the attribute away.")
+      .arg(name);
+}
+inline QString twoExpressionsOfFilter() {
+  return QStringLiteral(
+      "The filter has an expression in the attribute 'Expression' and another one in the element "
+      "<Expression>. The attribute counts; take one of them away.");
 }
 inline QString columnExists(const QString& name) {
   return QStringLiteral(

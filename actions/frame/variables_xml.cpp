@@ -1,17 +1,33 @@
 #include "actions/frame/variables_xml.h"
 
-#include "actions/frame/attributes.h"
 #include "actions/frame/messages.h"
-#include "host/contract/attribute_reading.h"
+#include "host/contract/attribute_table.h"
+#include "host/contract/one_row.h"
 
 namespace kelvarin {
 
 namespace {
 
-QString attribute(const XMLNode& node, const char16_t* name) {
-  QString value = QStringLiteral("");
-  readAttribute(node, name, value);
-  return value;
+constexpr AllowedValues kOutputTypes{.codes = "FKU",
+                                     .inWords = "F (number), K (key) or U (text)",
+                                     .effectOfOthers = kCountsAsText};
+
+constexpr Attribute<InputVariable> kInputAttributes[] = {
+    attribute<&InputVariable::label2>(u"label2", "a second label, kept"),
+    attribute<&InputVariable::isNumber>(u"isNumber", "0: the variable is a text"),
+    attribute<&InputVariable::meta>(
+        u"meta", "D: a text column with dates that enters as an elapsed time", kInputTypes),
+};
+
+constexpr Attribute<OutputVariable> kOutputAttributes[] = {
+    attribute<&OutputVariable::meta>(u"meta", "the column's type", kOutputTypes),
+    attribute<&OutputVariable::isInput>(u"isInput", "kept for editors"),
+    attribute<&OutputVariable::update>(u"update", "replaces the input column of this name"),
+    attribute<&OutputVariable::notes>(u"notes", "the user's notes"),
+};
+
+QString attributeOf(const XMLNode& node, const char16_t* name) {
+  return attributeText(node, name, AttributeKind::text, nullptr).value_or(QStringLiteral(""));
 }
 
 // The empty node where there are not so many.
@@ -36,52 +52,41 @@ void forEachChild(const XMLNode& parent, const char16_t* name, Read read) {
 }
 
 QStringList readColumns(const XMLNode& node) {
-  const QString column = attribute(node, u"column");
+  const QString column = attributeOf(node, u"column");
   const QStringList columns = node.nChildNode() > 0 ? fromXMLSL(node) : QStringList();
   return columns.isEmpty() ? QStringList{column} : columns;
 }
 
-InputVariable readInputVariable(const XMLNode& node) {
+InputVariable readInputVariable(const XMLNode& node, const GlobalParameters* parameters) {
   InputVariable variable;
   variable.columns = readColumns(node);
-  readAttribute(node, u"label", variable.label);
+  variable.label = attributeOf(node, u"label");
   if (variable.label.isEmpty()) {
     variable.label = variable.columns.last();
   }
-  variable.label2 = attribute(node, u"label2");
-  readAttribute(node, u"isNumber", variable.isNumber);
-  variable.meta = readMeta(node, variable.meta, kInputMetas);
+  readAttributes<InputVariable>(node, kInputAttributes, variable, parameters);
   if (variable.isNumber) {
-    readAttribute(node, u"value", variable.number);
+    readAttribute(node, u"value", variable.number, parameters);
   } else {
-    readAttribute(node, u"value", variable.text);
+    readAttribute(node, u"value", variable.text, parameters);
   }
   return variable;
 }
 
-MetaTypeColumn readOutputMeta(const XMLNode& node) {
-  const MetaTypeColumn meta = readMeta(node, MetaTypeColumn::number, kOutputMetas);
-  const unsigned short* isNumber = node.getAttribute(utf16(u"isNumber"));  // in older files
-  if (isNumber != nullptr) {
-    return xmltoi(isNumber, 1) != 0 ? MetaTypeColumn::number : MetaTypeColumn::text;
-  }
-  return meta;
-}
-
-QString readExpression(const XMLNode& node) {
-  const QString text = node.text();
-  const QString inAttribute = attribute(node, u"expression");
-  return text.trimmed().isEmpty() ? inAttribute : text;
-}
-
-OutputVariable readOutputVariable(const XMLNode& node, const QStringList& newNames) {
+OutputVariable readOutputVariable(const XMLNode& node, const QStringList& newNames,
+                                  const GlobalParameters* parameters) {
   OutputVariable variable;
-  variable.name = attribute(node, u"name");
-  variable.expression = readExpression(node);
-  variable.meta = readOutputMeta(node);
-  readAttribute(node, u"isInput", variable.isInput);
-  readAttribute(node, u"update", variable.update);
-  variable.notes = attribute(node, u"notes");
+  variable.name = attributeOf(node, u"name");
+  variable.expression = node.text();
+  if (variable.expression.trimmed().isEmpty()) {
+    variable.expression = attributeOf(node, u"expression");
+  }
+  readAttributes<OutputVariable>(node, kOutputAttributes, variable, parameters);
+  if (const auto isNumber =
+          attributeText(node, u"isNumber", AttributeKind::wholeNumber, parameters)) {
+    variable.meta =
+        xmltoi(isNumber->utf16(), 1) != 0 ? MetaTypeColumn::number : MetaTypeColumn::text;
+  }
   if (variable.expression.trimmed().isEmpty() && !newNames.contains(variable.name)) {
     variable.expression = missingValueExpression(variable.meta);
   }
@@ -90,32 +95,66 @@ OutputVariable readOutputVariable(const XMLNode& node, const QStringList& newNam
 
 }  // namespace
 
-MetaTypeColumn readMeta(const XMLNode& node, MetaTypeColumn otherwise, const char* known) {
-  const unsigned short* text = node.getAttribute(utf16(u"meta"));
-  const QChar code(xmltoc(text, 0));
-  const bool isCode = code.unicode() < 0x80 && code.isLetterOrNumber();
-  AttributeReading* reading = AttributeReading::current();
-  if (reading != nullptr && !code.isNull()) {
-    const bool isKnown = QLatin1String(known).contains(code);
-    const bool isAlone = reading->expanded(qString(text)).size() == 1;
-    if (!isKnown || !isAlone) {
-      const bool mayBeDate = QLatin1String(known).contains(u'D');
-      reading->cannotUse(text,
-                         mayBeDate ? messages::kInputMetasInWords : messages::kOutputMetasInWords,
-                         isKnown ? messages::kFirstLetterCounts : messages::kCountsAsText);
-    }
-  }
-  return isCode ? static_cast<MetaTypeColumn>(code.unicode()) : otherwise;
+ElementDescription stringListElement(const QString& textMeaning) {
+  ElementDescription text{.name = QStringLiteral("S"),
+                          .meaning = QStringLiteral("one of the texts"),
+                          .textMeaning = textMeaning,
+                          .mayRepeat = true};
+  return {.name = QStringLiteral("SL"),
+          .meaning = QStringLiteral("a list of texts"),
+          .children = {std::move(text)}};
 }
 
-wchar_t metaCharacter(MetaTypeColumn meta) {
-  return static_cast<wchar_t>(meta);
+ElementDescription inputVarElement() {
+  ElementDescription element{
+      .name = QString::fromUtf16(kInputVar),
+      .meaning = QStringLiteral("a variable of the expressions, bound to a column"),
+      .mayRepeat = true,
+      .children = {stringListElement(QStringLiteral("a column, of a variable with several"))}};
+  element.attributes = {
+      {QStringLiteral("column"), AttributeKind::text, QStringLiteral("the column"),
+       QStringLiteral("")},
+      {QStringLiteral("label"), AttributeKind::text,
+       QStringLiteral("its name in expressions; without it the column's name"), QString()}};
+  describe<InputVariable>(element.attributes, kInputAttributes);
+  element.attributes.push_back({QStringLiteral("value"), AttributeKind::sample,
+                                QStringLiteral("the sample with which a check evaluates"),
+                                QStringLiteral("")});
+  return element;
 }
 
-std::vector<InputVariable> readInputVariables(const XMLNode& parent) {
+ElementDescription inputVarsElement() {
+  return {.name = QString::fromUtf16(kInputVars),
+          .meaning = QStringLiteral("the variables of the expressions"),
+          .children = {inputVarElement()}};
+}
+
+ElementDescription outputVarsElement() {
+  ElementDescription element{.name = QString::fromUtf16(kOutputVar),
+                             .meaning = QStringLiteral("a column that an expression makes"),
+                             .textMeaning = QStringLiteral("the expression"),
+                             .mayRepeat = true};
+  element.attributes = {{QStringLiteral("name"), AttributeKind::text,
+                         QStringLiteral("the column's name"), QStringLiteral("")}};
+  describe<OutputVariable>(element.attributes, kOutputAttributes);
+  element.attributes.push_back(
+      {QStringLiteral("expression"), AttributeKind::text,
+       QStringLiteral("of older files: the expression of an element without text"),
+       QStringLiteral("")});
+  element.attributes.push_back(
+      {QStringLiteral("isNumber"), AttributeKind::wholeNumber,
+       QStringLiteral("of older files, instead of meta: 0 a text, else a number"), QString()});
+  return {.name = QString::fromUtf16(kOutputVars),
+          .meaning = QStringLiteral("the columns that expressions make"),
+          .children = {std::move(element)}};
+}
+
+std::vector<InputVariable> readInputVariables(const XMLNode& parent,
+                                              const GlobalParameters* parameters) {
   std::vector<InputVariable> variables;
-  forEachChild(parent, kInputVar,
-               [&](const XMLNode& child) { variables.push_back(readInputVariable(child)); });
+  forEachChild(parent, kInputVar, [&](const XMLNode& child) {
+    variables.push_back(readInputVariable(child, parameters));
+  });
   return variables;
 }
 
@@ -128,20 +167,10 @@ void writeInputVariable(std::wostringstream& out, const InputVariable& variable)
   if (!variable.columns.isEmpty() && variable.name() != variable.columns.last()) {
     writeAttribute(out, u"label", variable.label);
   }
-  if (!variable.label2.isEmpty()) {
-    writeAttribute(out, u"label2", variable.label2);
-  }
-  if (!variable.isNumber) {
-    writeAttribute(out, u"isNumber", false);
-  }
-  if (variable.meta != MetaTypeColumn::text) {
-    out << L" meta='" << metaCharacter(variable.meta) << L'\'';
-  }
-  if (variable.isNumber && variable.number != 0.0) {
-    writeAttribute(out, u"value", variable.number);
-  }
-  if (!variable.isNumber && !variable.text.isEmpty()) {
-    writeAttribute(out, u"value", variable.text);
+  writeAttributes<InputVariable>(out, kInputAttributes, variable);
+  const QString sample = variable.isNumber ? shortestText(variable.number) : variable.text;
+  if (variable.isNumber ? variable.number != 0.0 : !sample.isEmpty()) {
+    writeAttribute(out, u"value", sample);
   }
   if (hasOneColumn) {
     out << L"/>\n";
@@ -153,38 +182,28 @@ void writeInputVariable(std::wostringstream& out, const InputVariable& variable)
 }
 
 std::vector<OutputVariable> readOutputVariables(const XMLNode& parent,
-                                                const QStringList& newNames) {
+                                                const QStringList& newNames,
+                                                const GlobalParameters* parameters) {
   std::vector<OutputVariable> variables;
   forEachChild(parent, kOutputVar, [&](const XMLNode& child) {
-    variables.push_back(readOutputVariable(child, newNames));
+    variables.push_back(readOutputVariable(child, newNames, parameters));
   });
   return variables;
 }
 
 void writeOutputVariable(std::wostringstream& out, const OutputVariable& variable) {
-  ToXMLStringTool escape;
-  out << L"    <OutputVar name='" << escape.toXML(variable.name);
-  if (variable.meta != MetaTypeColumn::number) {
-    out << L"' meta='" << metaCharacter(variable.meta);
-  }
-  if (variable.isInput) {
-    out << L"' isInput='1";
-  }
-  if (variable.update) {
-    out << L"' update='1";
-  }
-  if (!variable.notes.isEmpty()) {
-    out << L"' notes='" << escape.toXML(variable.notes);
-  }
-  out << L"'>" << elementText(variable.expression) << L"</OutputVar>\n";
+  out << L"    <OutputVar";
+  writeAttribute(out, u"name", variable.name);
+  writeAttributes<OutputVariable>(out, kOutputAttributes, variable);
+  out << L'>' << elementText(variable.expression) << L"</OutputVar>\n";
 }
 
-XMLNode::Place placeOfInputVariable(const XMLNode& action, int index) {
+XMLNode::Place positionOfInputVariable(const XMLNode& action, int index) {
   const XMLNode list = action.getChildNode(utf16(kInputVars));
   return childAt(list.isEmpty() ? action : list, kInputVar, index).place();
 }
 
-XMLNode::Place placeOfOutputVariable(const XMLNode& action, int index) {
+XMLNode::Place positionOfOutputVariable(const XMLNode& action, int index) {
   return childAt(action.getChildNode(utf16(kOutputVars)), kOutputVar, index).place();
 }
 
@@ -196,7 +215,21 @@ std::vector<XMLNode> outputVariableElements(const XMLNode& action) {
 }
 
 bool hasExpression(const XMLNode& outputVariable) {
-  return !readExpression(outputVariable).trimmed().isEmpty();
+  return !outputVariable.text().trimmed().isEmpty() ||
+         !attributeOf(outputVariable, u"expression").trimmed().isEmpty();
+}
+
+std::vector<ElementFault> faultsOfOutputVariables(const XMLNode& action) {
+  std::vector<ElementFault> faults;
+  for (const XMLNode& element : outputVariableElements(action)) {
+    const QString text = element.text().trimmed();
+    const QString attribute = attributeOf(element, u"expression").trimmed();
+    if (!text.isEmpty() && !attribute.isEmpty() && text != attribute) {
+      faults.push_back({LogLevel::warning, element,
+                        messages::twoExpressionsOfOutput(attributeOf(element, u"name"))});
+    }
+  }
+  return faults;
 }
 
 QString missingValueExpression(MetaTypeColumn meta) {

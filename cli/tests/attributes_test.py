@@ -1,4 +1,4 @@
-"""Attributes of actions: slips of the pen are told, and graph parameters stand for values everywhere."""
+"""Attributes of actions: slips of the pen are reported, and graph parameters stand for values everywhere."""
 
 import unittest
 
@@ -101,14 +101,28 @@ class AttributesTest(ProgramTest):
         self.assertEqual(self.errors(
             "<ReadCSV name='a' file='in.csv'><Colum name='id'/><Column name='x' meta='F'>7<V/></Column></ReadCSV>\n"
             "<WriteCSV name='b' file='-'><Separator>;</Separator></WriteCSV>\n<Discard name='c'>text</Discard>\n"
-            "<ReadArrow name='d' file='x'><Columns/></ReadArrow>\n<WriteParquet name='e' file='y'>snappy</WriteParquet>"), [
+            "<ReadArrow name='d' file='x'><Columns/></ReadArrow>\n<WriteParquet name='e' file='y'>snappy</WriteParquet>\n"
+            "<InlineTable name='f'><Column name='a'/><Rows/><Row>7<W/></Row></InlineTable>\n"
+            "<Calculator name='g'><InputVars><InputVr column='a'/></InputVars></Calculator>\n"
+            "<FilterRows name='h'><InputVars/><InputVar column='a'/></FilterRows>\n"
+            "<ReadColumnarGel name='i' fileName='x'><CFilterRows><OutputVars/></CFilterRows></ReadColumnarGel>\n"
+            "<writeColumnarGel name='j' file='z'><C n='a' s='1'/></writeColumnarGel>"), [
                 "4:33: Unknown element <Colum> inside <ReadCSV>. Known there: Column.",
                 "4:51: The text '7' stands inside <Column>, where no text has a meaning.",
                 "4:78: Unknown element <V> inside <Column>. No element may stand there.",
                 "5:29: Unknown element <Separator> inside <WriteCSV>. No element may stand there.",
                 "6:1: The text 'text' stands inside <Discard>, where no text has a meaning.",
                 "7:30: Unknown element <Columns> inside <ReadArrow>. Known there: Column.",
-                "8:1: The text 'snappy' stands inside <WriteParquet>, where no text has a meaning."])
+                "8:1: The text 'snappy' stands inside <WriteParquet>, where no text has a meaning.",
+                "9:41: Unknown element <Rows> inside <InlineTable>. Did you mean <Row>? Known there: Column, Row.",
+                "9:48: The text '7' stands inside <Row>, where no text has a meaning.",
+                "9:54: Unknown element <W> inside <Row>. Known there: V.",
+                "10:33: Unknown element <InputVr> inside <InputVars>. Known there: InputVar.",
+                "11:34: Unknown element <InputVar> inside <FilterRows>. Did you mean <InputVars>? "
+                "Known there: Expression, InputVars.",
+                "12:53: Unknown element <OutputVars> inside <CFilterRows>. Did you mean <InputVars>? "
+                "Known there: Expression, InputVars.",
+                "13:37: Unknown element <C> inside <writeColumnarGel>. Known there: ColumnStrategy."])
 
     def test_a_formula_in_the_wrong_element_is_an_error(self):
         for action, element in (("<Calculator name='c'>id * 2</Calculator>", "Calculator"),
@@ -119,9 +133,23 @@ class AttributesTest(ProgramTest):
                 self.assertIn(f"The text 'id * 2' stands inside <{element}>, where no text has a meaning.",
                               self.kelvarin(command, "g.kelvarin", status=1).stderr)
 
+    def test_one_of_two_expressions_is_warned_about(self):
+        text = graph(TABLE + "<Calculator name='c'><InputVars><InputVar column='id'/></InputVars><OutputVars>"
+                     "<OutputVar name='o' expression='id + 1'>id</OutputVar><OutputVar name='p' expression='id'>id</OutputVar>"
+                     "</OutputVars></Calculator><FilterRows name='f' Expression='o &gt; 0'><Expression>o &gt; 1</Expression>"
+                     "<InputVars><InputVar column='o'/></InputVars></FilterRows><Discard name='d' colour=''/>",
+                     ["in c", "c f", "f d"], PARAMETERS)
+        self.assertEqual(self.log(text, "check"), [
+            (2, "c", "The output 'o' has an expression in its text and another one in the attribute 'expression'. "
+                     "The text counts; take the attribute away."),
+            (2, "f", "The filter has an expression in the attribute 'Expression' and another one in the element <Expression>. "
+                     "The attribute counts; take one of them away."),
+            (2, "d", "the attribute 'colour' is not known in <Discard> and has no effect. Known: name, version, x, y.")])
+
     def test_known_attributes_are_not(self):
         variable = "<InputVar column='id' label='id' label2='' isNumber='1' meta='U' value='1'/>"
-        output = "<OutputVar name='o' meta='F' isInput='0' update='0' notes='' isNumber='1' expression='1'>id</OutputVar>"
+        output = "<OutputVar name='o' meta='F' isInput='0' update='0' notes='' isNumber='1'>id</OutputVar>" \
+                 "<OutputVar name='p' expression='1'/>"
         times = ("addNow='0' addNowS='0' seed='1' elapsedTimeUnit='1' dateFormatType='0' isUTC='1' emptyETToNull='1' "
                  "referenceTime='20240101 00:00:00' dateFormat='yyyy' castToET1='0' castToET2='0'")
         engine = "addN='1' abortWhenError='1' useJIT='1' " + times

@@ -24,6 +24,22 @@ class ListingTest(ProgramTest):
         self.assertEqual(calculator["toolTip"], "Add/update a column based on an expression")
         self.assertIn("Calculator", self.kelvarin("actions").stdout)
 
+    def test_one_action_with_its_attributes_and_elements(self):
+        page = self.kelvarin("actions", "Calculator").stdout
+        self.assertTrue(page.startswith("Calculator: Add/update a column based on an expression\n"), page)
+        for part in ("  Pins       2 in, 1 out\n", "Attributes of <Calculator>\n", "(0, 1 or 2; default 2)",
+                     "<InputVar> inside <InputVars>, any number\n", "Its text is the expression.", "(a whole number; default -1)"):
+            self.assertIn(part, page)
+        (read,) = self.kelvarin_json("actions", "ReadCSV")
+        self.assertEqual([a["name"] for a in read["attributes"]],
+                         ["file", "separator", "quote", "header", "nullText", "sortedOn", "onBadValue"])
+        self.assertEqual(read["attributes"][3], {"name": "header", "type": "flag", "values": "0 or 1", "default": "1",
+                                                 "meaning": "the first line has the column names"})
+        column = read["children"][0]
+        self.assertEqual((column["name"], column["repeats"], column["text"]), ("Column", True, ""))
+        self.assertEqual(column["attributes"][1]["values"], "F (number), K (key) or U (text)")
+        self.assertRegex(self.kelvarin("actions", "readcsv", status=1).stderr, "did you mean ReadCSV")
+
     def test_a_reader_that_goes_away_is_no_crash(self):
         for command in ("functions", "actions"):
             process = subprocess.Popen([PROGRAM, command], stdout=subprocess.PIPE, stderr=subprocess.PIPE)

@@ -1,50 +1,64 @@
 #include "columnar/actions/block_filter.h"
 
-#include "actions/frame/attributes.h"
-#include "actions/frame/evaluation_attributes.h"
 #include "actions/frame/variables_xml.h"
-#include "host/contract/one_row.h"
+#include "expression/options/evaluation_attributes.h"
 
 namespace kelvarin {
 
 namespace {
 
-constexpr Attribute<BlockFilter> kAttributes[] = {attribute<&BlockFilter::addRowNumbers>(u"addN")};
+constexpr char16_t kBlockFilter[] = u"CFilterRows";
+constexpr char16_t kExpression[] = u"Expression";
+constexpr char16_t kVariable[] = u"CInputVar";
+
+constexpr Attribute<BlockFilter> kAttributes[] = {attribute<&BlockFilter::addRowNumbers>(
+    u"addN", "offers the numbers of the block's first and last row as _n_min and _n_max")};
 
 struct NameAttribute {
   const char16_t* name;
+  const char* meaning;
   QString BlockVariable::*member;
 };
 
 constexpr NameAttribute kNames[] = {
-    {u"varNameMax", &BlockVariable::maximumName},
-    {u"varNameMin", &BlockVariable::minimumName},
-    {u"varNameHasNull", &BlockVariable::hasNullName},
+    {u"varNameMax", "name for the largest value; without it the column's with _max",
+     &BlockVariable::maximumName},
+    {u"varNameMin", "name for the smallest value; without it the column's with _min",
+     &BlockVariable::minimumName},
+    {u"varNameHasNull",
+     "name for 1 where the block has nulls, else 0; without it the column's with _hasNull",
+     &BlockVariable::hasNullName},
 };
 
 struct SampleAttribute {
   const char16_t* name;
+  const char* meaning;
   BlockVariable::Sample BlockVariable::*member;
 };
 
 constexpr SampleAttribute kSamples[] = {
-    {u"valueMax", &BlockVariable::maximum},
-    {u"valueMin", &BlockVariable::minimum},
+    {u"valueMax", "the sample of the largest value with which a check evaluates",
+     &BlockVariable::maximum},
+    {u"valueMin", "the sample of the smallest value with which a check evaluates",
+     &BlockVariable::minimum},
 };
 
-BlockVariable readVariable(const XMLNode& node) {
+constexpr char16_t kIsNumber[] = u"isNumber";
+constexpr char16_t kMeta[] = u"meta";
+
+BlockVariable readVariable(const XMLNode& node, const GlobalParameters* parameters) {
   BlockVariable variable(qString(node.getAttribute(utf16(u"column"))));
   for (const NameAttribute& line : kNames) {
-    readAttribute(node, line.name, variable.*line.member);
+    readAttribute(node, line.name, variable.*line.member, parameters);
   }
-  readAttribute(node, u"isNumber", variable.isNumber);
-  variable.meta = readMeta(node, variable.meta, kInputMetas);
+  readAttribute(node, kIsNumber, variable.isNumber, parameters);
+  readAttribute(node, kMeta, variable.meta, parameters);
   for (const SampleAttribute& line : kSamples) {
     BlockVariable::Sample& sample = variable.*line.member;
     if (variable.isNumber) {
-      readAttribute(node, line.name, sample.number);
+      readAttribute(node, line.name, sample.number, parameters);
     } else {
-      readAttribute(node, line.name, sample.text);
+      readAttribute(node, line.name, sample.text, parameters);
     }
   }
   return variable;
@@ -53,36 +67,60 @@ BlockVariable readVariable(const XMLNode& node) {
 // The value as it is written; empty for the default.
 QString sampleText(const BlockVariable::Sample& sample, bool isNumber) {
   if (isNumber) {
-    return sample.number == 0.0 ? QString() : shortestText(sample.number);
+    return sample.number == 0.0 ? QString() : textOfValue(sample.number);
   }
   return sample.text;
 }
 
 void writeVariable(std::wostringstream& out, const BlockVariable& variable) {
   const BlockVariable defaults(variable.column);
-  ToXMLStringTool escape;
-  const auto writeMore = [&](const char16_t* name, const QString& value) {
-    out << L"' " << QString::fromUtf16(name).toStdWString() << L"='" << escape.toXML(value);
-  };
-  out << L"    <CInputVar column='" << escape.toXML(variable.column);
+  out << L"    <CInputVar";
+  writeAttribute(out, u"column", variable.column);
   for (const NameAttribute& line : kNames) {
     if (variable.*line.member != defaults.*line.member) {
-      writeMore(line.name, variable.*line.member);
+      writeAttribute(out, line.name, variable.*line.member);
     }
   }
   if (!variable.isNumber) {
-    out << L"' isNumber='0";
+    writeAttribute(out, kIsNumber, textOfValue(variable.isNumber));
   }
   if (variable.meta != defaults.meta) {
-    out << L"' meta='" << metaCharacter(variable.meta);
+    writeAttribute(out, kMeta, textOfValue(variable.meta));
   }
   for (const SampleAttribute& line : kSamples) {
     const QString value = sampleText(variable.*line.member, variable.isNumber);
     if (!value.isEmpty()) {
-      writeMore(line.name, value);
+      writeAttribute(out, line.name, value);
     }
   }
-  out << L"'/>\n";
+  out << L"/>\n";
+}
+
+ElementDescription variableElement() {
+  const BlockVariable defaults{QString()};
+  ElementDescription element{
+      .name = QString::fromUtf16(kVariable),
+      .meaning = QStringLiteral("what the file says about one column of a block"),
+      .mayRepeat = true};
+  element.attributes = {
+      {QStringLiteral("column"), AttributeKind::text,
+       QStringLiteral("the column; it need not be among those that are read"), QStringLiteral("")}};
+  for (const NameAttribute& line : kNames) {
+    element.attributes.push_back({QString::fromUtf16(line.name), AttributeKind::text,
+                                  QString::fromUtf8(line.meaning), QString()});
+  }
+  element.attributes.push_back({QString::fromUtf16(kIsNumber), AttributeKind::flag,
+                                QStringLiteral("0: a text column"),
+                                textOfValue(defaults.isNumber)});
+  element.attributes.push_back(
+      {QString::fromUtf16(kMeta), AttributeKind::typeCode,
+       QStringLiteral("D: the texts are dates, and enter as elapsed times"),
+       textOfValue(defaults.meta), kInputTypes});
+  for (const SampleAttribute& line : kSamples) {
+    element.attributes.push_back({QString::fromUtf16(line.name), AttributeKind::sample,
+                                  QString::fromUtf8(line.meaning), QStringLiteral("")});
+  }
+  return element;
 }
 
 }  // namespace
@@ -93,16 +131,35 @@ BlockVariable::BlockVariable(const QString& columnName)
       minimumName(columnName + QStringLiteral("_min")),
       hasNullName(columnName + QStringLiteral("_hasNull")) {}
 
-BlockFilter readBlockFilter(const XMLNode& node) {
+ElementDescription blockFilterElement() {
+  ElementDescription expression{.name = QString::fromUtf16(kExpression),
+                                .meaning = QStringLiteral("the condition on a block"),
+                                .textMeaning = QStringLiteral("the expression")};
+  ElementDescription variables{.name = QString::fromUtf16(kInputVars),
+                               .meaning = QStringLiteral("the variables of the expression"),
+                               .children = {variableElement()}};
+  ElementDescription filter{
+      .name = QString::fromUtf16(kBlockFilter),
+      .meaning = QStringLiteral("the filter that passes over whole blocks"),
+      .children = {std::move(expression), std::move(variables)}};
+  describe<BlockFilter>(filter.attributes, kAttributes);
+  describe(filter.attributes, timeAttributes());
+  return filter;
+}
+
+BlockFilter readBlockFilter(const XMLNode& action, const GlobalParameters* parameters) {
+  const XMLNode node = action.getChildNode(utf16(kBlockFilter));
   BlockFilter filter;
-  readAttributes<BlockFilter>(node, kAttributes, filter);
-  readTimeParameters(node, filter.time);
-  filter.expression = node.getChildNode(utf16(u"Expression")).text();
+  readAttributes<BlockFilter>(node, kAttributes, filter, parameters);
+  EvaluationOptions options;
+  readAttributes(node, timeAttributes(), options, parameters);
+  filter.time = options.time;
+  filter.expression = node.getChildNode(utf16(kExpression)).text();
   const XMLNode variables = node.getChildNode(utf16(kInputVars));
   for (int i = 0; i < variables.nChildNode(); ++i) {
     const XMLNode child = variables.getChildNode(i);
-    if (child.name() == u"CInputVar") {
-      filter.variables.push_back(readVariable(child));
+    if (child.name() == kVariable) {
+      filter.variables.push_back(readVariable(child, parameters));
     }
   }
   return filter;
@@ -111,7 +168,9 @@ BlockFilter readBlockFilter(const XMLNode& node) {
 void writeBlockFilter(std::wostringstream& out, const BlockFilter& filter) {
   out << L"  <CFilterRows";
   writeAttributes<BlockFilter>(out, kAttributes, filter);
-  writeTimeParameters(out, filter.time);
+  EvaluationOptions options;
+  options.time = filter.time;
+  writeAttributes(out, timeAttributes(), options);
   out << L">\n   <Expression>" << elementText(filter.expression)
       << L"</Expression>\n   <InputVars>\n";
   for (const BlockVariable& variable : filter.variables) {

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "expression/evaluator/variables.h"
+#include "host/contract/action_description.h"
+#include "host/contract/global_parameters.h"
 #include "host/xml/xml_node.h"
 
 namespace kelvarin {
@@ -36,8 +38,9 @@ struct BlockFilter {
   std::vector<BlockVariable> variables;
 };
 
-// `node` is the CFilterRows element.
-BlockFilter readBlockFilter(const XMLNode& node);
+// The element CFilterRows.
+ElementDescription blockFilterElement();
+BlockFilter readBlockFilter(const XMLNode& action, const GlobalParameters* parameters);
 void writeBlockFilter(std::wostringstream& out, const BlockFilter& filter);
 
 }  // namespace kelvarin

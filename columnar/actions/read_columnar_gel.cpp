@@ -1,9 +1,9 @@
 #include "columnar/actions/read_columnar_gel.h"
 
-#include "actions/frame/attributes.h"
-#include "actions/frame/known_elements.h"
+#include "actions/frame/variables_xml.h"
 #include "columnar/actions/claimed_tables.h"
 #include "columnar/actions/messages.h"
+#include "host/contract/attribute_table.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
@@ -12,38 +12,45 @@ namespace {
 
 using Settings = ReadColumnarSettings;
 
-constexpr char16_t kBlockFilter[] = u"CFilterRows";
 constexpr char16_t kColumnsToRead[] = u"ColumnsToRead";
 constexpr int kListedColumns = 1;
 // Older hosts refuse a file with a time-out by this version.
 constexpr double kVersionWithTimeOut = 2.3;
 
-constexpr AllowedNumbers kNotNegative{.least = 0, .wanted = "0 or more"};
-constexpr AllowedNumbers kSelections{
-    0, 2, "0 (all columns), 1 (those of ColumnsToRead) or 2 (those named on an input pin)",
+constexpr AllowedValues kNotNegative{.min = 0, .inWords = "0 or more"};
+constexpr AllowedValues kSelections{
+    0, 2, "", "0 (all columns), 1 (those of ColumnsToRead) or 2 (those named on an input pin)",
     "Any other value reads all columns."};
 
 constexpr Attribute<Settings> kAttributes[] = {
-    attribute<&Settings::fileNameFromPin>(u"fileNameFromPin"),
-    attribute<&Settings::accurateProgressBar>(u"accurateProgressBar"),
-    attribute<&Settings::readIncompleteFile>(u"readIncompleteFile"),
-    attribute<&Settings::skipCorruptedBlocks>(u"skipCorruptedBlocks"),
-    attribute<&Settings::filterRows>(u"filterRows"),
-    attribute<&Settings::abortIfMissing>(u"abortIfMissing"),
-    attribute<&Settings::blocksAhead, kNotNegative>(u"nBlockForward"),
-    attribute<&Settings::columnSelection, kSelections>(u"columnSelection"),
-    attribute<&Settings::fileName>(u"fileName"),
-    attribute<&Settings::timeOutSeconds>(u"timeOut"),
-    attribute<&Settings::readAllColumns>(u"readAllColumns"),
+    attribute<&Settings::fileNameFromPin>(
+        u"fileNameFromPin", "takes the names from the first column of the table on input pin 0"),
+    attribute<&Settings::accurateProgressBar>(
+        u"accurateProgressBar", "progress from the row counts of all files; 0: files are counted"),
+    attribute<&Settings::readIncompleteFile>(
+        u"readIncompleteFile", "reads a file that its writer has not finished, with a warning"),
+    attribute<&Settings::skipCorruptedBlocks>(
+        u"skipCorruptedBlocks", "skips damaged blocks with a warning; 0: damage stops the run"),
+    attribute<&Settings::filterRows>(u"filterRows",
+                                     "applies the block filter of the element CFilterRows"),
+    attribute<&Settings::abortIfMissing>(
+        u"abortIfMissing", "a missing file stops the run; 0: it is skipped with a warning"),
+    attribute<&Settings::blocksAhead>(
+        u"nBlockForward", "blocks read ahead on a thread of their own; 0: none", kNotNegative),
+    attribute<&Settings::columnSelection>(u"columnSelection", "the columns that are read",
+                                          kSelections),
+    attribute<&Settings::fileName>(
+        u"fileName", "the file, when its name does not come from the input pin"),
+    attribute<&Settings::timeOutSeconds>(u"timeOut", "seconds to wait for a missing file"),
+    attribute<&Settings::readAllColumns>(u"readAllColumns",
+                                         "0 is the same as columnSelection='1'"),
 };
 
-const KnownElements kElements[] = {
-    {QString(), {QStringLiteral("CFilterRows"), QStringLiteral("ColumnsToRead")}},
-    {QStringLiteral("CFilterRows"), {QStringLiteral("Expression"), QStringLiteral("InputVars")}},
-    {QStringLiteral("InputVars"), {QStringLiteral("CInputVar")}},
-    {QStringLiteral("ColumnsToRead"), {QStringLiteral("SL")}},
-    kStringListElements,
-};
+ElementDescription columnsToReadElement() {
+  return {.name = QString::fromUtf16(kColumnsToRead),
+          .meaning = QStringLiteral("the columns that are read, in their order"),
+          .children = {stringListElement(QStringLiteral("a column"))}};
+}
 
 int pinCount(const Settings& settings) {
   if (settings.columns() == Settings::Columns::fromPin) {
@@ -55,25 +62,28 @@ int pinCount(const Settings& settings) {
 }  // namespace
 
 const ActionDescription& ReadColumnarGel::catalogue() {
-  static const ActionDescription entry{.typeName = "ReadColumnarGel",
-                                       .toolTip = "Read a columnar .cgel_kelvarin file",
-                                       .helpId = "5_2_7_kelvarin_columnar_gel_f",
-                                       .tag = "Common",
-                                       .keywords = {"columnar", "file", "import", "input", "load",
-                                                    "cgel_kelvarin", "cgel", "gel", "read", "in"},
-                                       .fileType = "cgel_kelvarin",
-                                       .image = ":/KelvarinMathParser/columnarRead.svg",
-                                       .version = 2.08};
+  static const ActionDescription entry{
+      .typeName = "ReadColumnarGel",
+      .toolTip = "Read a columnar .cgel_kelvarin file",
+      .helpId = "5_2_7_kelvarin_columnar_gel_f",
+      .tags = {"Common"},
+      .keywords = {"columnar", "file", "import", "input", "load", "cgel_kelvarin", "cgel", "gel",
+                   "read", "in"},
+      .fileTypes = {"cgel_kelvarin"},
+      .image = ":/KelvarinMathParser/columnarRead.svg",
+      .version = 2.08,
+      .attributes = described<Settings>(kAttributes),
+      .children = {blockFilterElement(), columnsToReadElement()}};
   return entry;
 }
 
 ReadColumnarGel::ReadColumnarGel(XMLNode node, GlobalParameters* parameters)
     : Catalogued(node, parameters) {
-  readAttributes<Settings>(node, kAttributes, m_settings);
+  readAttributes<Settings>(node, kAttributes, m_settings, parameters);
   if (!m_settings.readAllColumns) {
     m_settings.columnSelection = kListedColumns;
   }
-  m_blockFilter = readBlockFilter(node.getChildNode(utf16(kBlockFilter)));
+  m_blockFilter = readBlockFilter(node, parameters);
   m_columnsToRead = fromXMLSL(node.getChildNode(utf16(kColumnsToRead)));
   m_inputPinCount = pinCount(m_settings);
   m_outputPinCount = 1;
@@ -100,9 +110,6 @@ char ReadColumnarGel::init() {
   m_read.reset();
   m_names.giveBack();
   warnOfIdleSettings();
-  if (reportUnknownElements(*this, kElements)) {
-    return 1;
-  }
   return !mustComputeFull() || claimFiles() ? 0 : 1;
 }
 

@@ -1,6 +1,5 @@
 #include "columnar/actions/write_columnar_gel.h"
 
-#include "actions/frame/known_elements.h"
 #include "columnar/actions/claimed_tables.h"
 #include "columnar/actions/previous_file.h"
 #include "columnar/actions/messages.h"
@@ -14,44 +13,72 @@ namespace {
 using Settings = WriteColumnarSettings;
 
 constexpr char16_t kColumnStrategy[] = u"ColumnStrategy";
+constexpr char16_t kColumn[] = u"C";
 
-constexpr AllowedNumbers kOneOrMore{.least = 1, .wanted = "1 or more"};
-constexpr AllowedNumbers kNotNegative{.least = 0, .wanted = "0 or more"};
-constexpr AllowedNumbers kStrategies{
-    0, 2, "0 (one column set), 1 (those listed in ColumnStrategy) or 2 (a set for each column)"};
-constexpr AllowedNumbers kSplits{0, 2, "0 (one file), 1 (by size) or 2 (by the value of splitVar)"};
+constexpr AllowedValues kOneOrMore{.min = 1, .inWords = "1 or more"};
+constexpr AllowedValues kNotNegative{.min = 0, .inWords = "0 or more"};
+constexpr AllowedValues kStrategies{
+    0, 2, "",
+    "0 (one column set), 1 (those listed in ColumnStrategy) or 2 (a set for each column)"};
+constexpr AllowedValues kSplits{0, 2, "",
+                                "0 (one file), 1 (by size) or 2 (by the value of splitVar)"};
 
 constexpr Attribute<Settings> kAttributes[] = {
-    attribute<&Settings::threadCount>(u"nThread"),
-    attribute<&Settings::rowsInBlock, kOneOrMore>(u"nRowsInBlock"),
-    attribute<&Settings::columnStrategy, kStrategies>(u"columnStrategy"),
-    attribute<&Settings::split, kSplits>(u"split"),
-    attribute<&Settings::segmentSize, kNotNegative>(u"segmentSize"),
-    attribute<&Settings::splitColumn>(u"splitVar"),
-    attribute<&Settings::testColumn>(u"testCol"),
-    attribute<&Settings::testValue>(u"testValue"),
-    attribute<&Settings::deleteTimeOutSeconds>(u"deleteTimeOut"),
-    attribute<&Settings::checkNameCollision>(u"checkNameCollision"),
-    attribute<&Settings::alwaysDelete>(u"alwaysDelete"),
-    attribute<&Settings::createDirectory>(u"createDir"),
-    attribute<&Settings::advancedNaming>(u"advancedNaming"),
-    attribute<&Settings::writeAllRows>(u"writeAllRows"),
-    attribute<&Settings::file>(u"file"),
-    attribute<&Settings::replaceAtEnd>(u"replaceAtEnd"),
+    attribute<&Settings::threadCount>(
+        u"nThread", "how many threads encode at one time; below 1 the host decides"),
+    attribute<&Settings::rowsInBlock>(u"nRowsInBlock", "rows in one block", kOneOrMore),
+    attribute<&Settings::columnStrategy>(u"columnStrategy", "the column sets", kStrategies),
+    attribute<&Settings::split>(u"split", "the files that are written", kSplits),
+    attribute<&Settings::segmentSize>(
+        u"segmentSize", "with split='1': MiB after which the next file begins", kNotNegative),
+    attribute<&Settings::splitColumn>(u"splitVar", "the column to split on"),
+    attribute<&Settings::testColumn>(u"testCol", "with writeAllRows='0': the column to test"),
+    attribute<&Settings::testValue>(
+        u"testValue", "its value in the rows that are written; empty stands for missing and empty"),
+    attribute<&Settings::deleteTimeOutSeconds>(
+        u"deleteTimeOut", "seconds to wait for an old file that is in use"),
+    attribute<&Settings::checkNameCollision>(
+        u"checkNameCollision", "no other action of the graph may read or write the file"),
+    attribute<&Settings::alwaysDelete>(u"alwaysDelete",
+                                       "deletes the old file even when there is no row"),
+    attribute<&Settings::createDirectory>(u"createDir", "creates the file's folder"),
+    attribute<&Settings::advancedNaming>(
+        u"advancedNaming", "with split='2': file contains expressions over SplitVal"),
+    attribute<&Settings::writeAllRows>(u"writeAllRows",
+                                       "0: writes only rows whose testCol equals testValue"),
+    attribute<&Settings::file>(u"file", "the file; relative names start at the graph's folder"),
+    attribute<&Settings::replaceAtEnd>(u"replaceAtEnd",
+                                       "the old table stays until the new one is whole"),
 };
 
-const KnownElements kElements[] = {
-    {QString(), {QStringLiteral("ColumnStrategy")}},
-    {QStringLiteral("ColumnStrategy"), {QStringLiteral("C")}},
+// A line of the column strategy.
+struct ListedColumn {
+  QString column = QStringLiteral("");
+  int set = 0;
+};
+constexpr Attribute<ListedColumn> kListedColumn[] = {
+    attribute<&ListedColumn::column>(u"n", "the column"),
+    attribute<&ListedColumn::set>(u"s", "the number of its set, 0 to 254; below 0: not written"),
 };
 
-ListedColumnSets readColumnSets(const XMLNode& node) {
+ElementDescription columnStrategyElement() {
+  ElementDescription line{.name = QString::fromUtf16(kColumn),
+                          .meaning = QStringLiteral("a column and its set"),
+                          .mayRepeat = true,
+                          .attributes = described<ListedColumn>(kListedColumn)};
+  return {.name = QString::fromUtf16(kColumnStrategy),
+          .meaning = QStringLiteral("the column sets of columnStrategy='1'"),
+          .children = {std::move(line)}};
+}
+
+ListedColumnSets readColumnSets(const XMLNode& node, const GlobalParameters* parameters) {
   ListedColumnSets sets;
   for (int i = 0; i < node.nChildNode(); ++i) {
     const XMLNode child = node.getChildNode(i);
-    if (child.name() == u"C") {
-      sets.emplace_back(qString(child.getAttribute(utf16(u"n"))),
-                        xmltoi(child.getAttribute(utf16(u"s")), 0));
+    if (child.name() == kColumn) {
+      ListedColumn line;
+      readAttributes<ListedColumn>(child, kListedColumn, line, parameters);
+      sets.emplace_back(line.column, line.set);
     }
   }
   return sets;
@@ -62,7 +89,7 @@ void writeColumnSets(std::wostream& out, const ListedColumnSets& sets) {
   for (const auto& [column, set] : sets) {
     out << L"<C";
     writeAttribute(out, u"n", column);
-    writeAttribute(out, u"s", set);
+    writeAttribute(out, u"s", textOfValue(set));
     out << L"/>";
   }
   out << L"</ColumnStrategy>\n";
@@ -75,12 +102,12 @@ const ActionDescription& WriteColumnarGel::catalogue() {
       .typeName = "writeColumnarGel",  // kept: graph files have it with a small letter
       .toolTip = "Write a columnar .cgel_kelvarin file",
       .helpId = "5_27_3_kelvarin_columnar_gel_",
-      .tag = nullptr,
       .keywords = {"columnar", "file", "export", "output", "save", "cgel_kelvarin", "cgel", "gel",
                    "write", "out"},
-      .fileType = nullptr,
       .image = ":/KelvarinMathParser/columnarWrite.svg",
-      .version = 3.19};
+      .version = 3.19,
+      .attributes = described<Settings>(kAttributes),
+      .children = {columnStrategyElement()}};
   return entry;
 }
 
@@ -90,8 +117,8 @@ WriteColumnarGel::WriteColumnarGel(XMLNode node, GlobalParameters* parameters)
   m_outputPinCount = 0;
   m_endpoint = static_cast<std::int32_t>(Endpoint::writer);
   m_fileAccess = kWritesFiles;
-  readAttributes<Settings>(node, kAttributes, m_settings);
-  m_columnSets = readColumnSets(node.getChildNode(utf16(kColumnStrategy)));
+  readAttributes<Settings>(node, kAttributes, m_settings, parameters);
+  m_columnSets = readColumnSets(node.getChildNode(utf16(kColumnStrategy)), parameters);
 }
 
 void WriteColumnarGel::saveXML(std::wostringstream& out, QString name) {
@@ -107,8 +134,7 @@ void WriteColumnarGel::saveXML(std::wostringstream& out, QString name) {
 char WriteColumnarGel::init() {
   ActionItem::init();
   m_write.reset();
-  const bool isUnderstood = !reportUnknownElements(*this, kElements);
-  if (!isUnderstood || !claimFiles()) {
+  if (!claimFiles()) {
     return 1;
   }
   const QString warning = warningAboutExtension();
@@ -163,9 +189,6 @@ char WriteColumnarGel::close() {
 }
 
 void WriteColumnarGel::checkOutput() {
-  if (reportUnknownElements(*this, kElements)) {
-    failRun();
-  }
   warnOfSettingsWithoutEffect();
   const QString file = expandOutputFile(m_settings.file, QString());
   const bool isNameKnown = !m_settings.advancedNaming || m_settings.split == 0;

@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "actions/frame/attributes.h"
+#include "host/contract/attribute_table.h"
 
 namespace kelvarin {
 

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include "host/contract/attribute_table.h"
 #include "host/contract/host_services.h"
 
 using kelvarin::utf16;
@@ -40,20 +41,22 @@ struct ActionItemLayout {
 namespace {
 
 // A whole number, though some files have fractions.
-int positionOnCanvas(const unsigned short* text) {
+int coordinateOnCanvas(const XMLNode& node, const char16_t* name,
+                       const GlobalParameters* parameters) {
   constexpr double kMaxDistance = 1e9;
-  return static_cast<int>(std::clamp(xmltof(text, 0.0), -kMaxDistance, kMaxDistance));
+  double coordinate = 0.0;
+  kelvarin::readAttribute(node, name, coordinate, parameters);
+  return static_cast<int>(std::clamp(coordinate, -kMaxDistance, kMaxDistance));
 }
 
 }  // namespace
 
 ActionItem::ActionItem(XMLNode node, GlobalParameters* parameters)
     : m_node(node), m_globalParameters(parameters) {
-  const unsigned short* x = node.getAttribute(utf16(u"x"));
-  const unsigned short* y = node.getAttribute(utf16(u"y"));
-  m_hasPosition = x != nullptr || y != nullptr;
-  m_x = positionOnCanvas(x);
-  m_y = positionOnCanvas(y);
+  m_hasPosition = node.getAttribute(utf16(u"x")) != nullptr ||
+               node.getAttribute(utf16(u"y")) != nullptr;
+  m_x = coordinateOnCanvas(node, u"x", parameters);
+  m_y = coordinateOnCanvas(node, u"y", parameters);
 }
 
 ActionItem::~ActionItem() = default;

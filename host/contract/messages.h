@@ -99,12 +99,8 @@ inline QString columnCount(qsizetype count) {
   return QStringLiteral(" It has %1 columns; 'kelvarin check' lists them.").arg(count);
 }
 
-inline QString atGraphPlace(const QString& file, long long line, long long column,
-                            const QString& message) {
-  return QStringLiteral("%1:%2:%3: %4")
-      .arg(file.isEmpty() ? QStringLiteral("graph") : file, QString::number(line),
-           QString::number(column), message);
-}
+// What the element of an action holds
+
 inline QString unknownElement(const QString& element, const QString& parent,
                               const QStringList& near, const QStringList& known) {
   const QString what = QStringLiteral("Unknown element <%1> inside <%2>.").arg(element, parent);
@@ -120,6 +116,45 @@ inline QString strayText(const QString& element, const QString& text) {
   constexpr qsizetype kLongest = 80;
   return QStringLiteral("The text '%1' stands inside <%2>, where no text has a meaning.")
       .arg(text.size() <= kLongest ? text : text.left(kLongest) + QStringLiteral("..."), element);
+}
+
+inline QString attributeIgnored(const QString& attribute, const QString& element,
+                                const QStringList& near, const QStringList& known) {
+  const QString advice =
+      known.isEmpty()  ? QStringLiteral("The element has no attributes.")
+      : near.isEmpty() ? QStringLiteral("Known: %1.").arg(known.join(QStringLiteral(", ")))
+                       : QStringLiteral("Did you mean %1?").arg(near.join(QStringLiteral(" or ")));
+  return QStringLiteral("the attribute '%1' is not known in <%2> and has no effect. %3")
+      .arg(attribute, element, advice);
+}
+// `value` as the file has it, `expanded` with the graph's parameters in it.
+inline QString oddValue(const QString& attribute, const QString& value, const QString& expanded,
+                        const QString& element, const QString& wanted) {
+  const QString shown = value == expanded ? QStringLiteral("'%1'").arg(value)
+                                          : QStringLiteral("'%1' ('%2')").arg(value, expanded);
+  return QStringLiteral("%1=%2 of <%3> is not %4.").arg(attribute, shown, element, wanted);
+}
+
+inline QString aFlag() {
+  return QStringLiteral("0 or 1");
+}
+inline QString aWholeNumber() {
+  return QStringLiteral("a whole number");
+}
+inline QString aNumber() {
+  return QStringLiteral("a number");
+}
+inline QString aText() {
+  return QStringLiteral("a text");
+}
+inline QString aSample() {
+  return QStringLiteral("a number, or with isNumber='0' a text");
+}
+inline QString aNumberWithinLimits() {
+  return QStringLiteral("a number below 2147483648");
+}
+inline QString firstLetterCounts() {
+  return QStringLiteral("Its first letter counts.");
 }
 
 }  // namespace kelvarin::messages

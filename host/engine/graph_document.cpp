@@ -5,6 +5,7 @@
 
 #include <QFileInfo>
 
+#include "host/contract/declared_content.h"
 #include "host/contract/nearest_names.h"
 #include "host/contract/parameter_expansion.h"
 #include "host/engine/graph_links.h"
@@ -27,27 +28,6 @@ bool isFreeText(const QString& attributeName) {
   static const QStringList kFreeTexts{QStringLiteral("expression"), QStringLiteral("Expression"),
                                       QStringLiteral("notes"), QStringLiteral("comments")};
   return kFreeTexts.contains(attributeName);
-}
-
-// Its letters come in this order in `full`, the first one at the beginning: refTime, referenceTime.
-bool isShortFor(const QString& full, const QString& name) {
-  qsizetype found = 0;
-  for (const QChar letter : full.toLower()) {
-    found += found < name.size() && letter == name[found].toLower() ? 1 : 0;
-  }
-  return name.size() > 1 && found == name.size() && full.startsWith(name[0], Qt::CaseInsensitive);
-}
-
-QStringList attributesMeantBy(const QString& name, const QStringList& known) {
-  QStringList meant = nearestNames(name, known);
-  if (meant.isEmpty()) {
-    std::copy_if(known.begin(), known.end(), std::back_inserter(meant),
-                 [&name](const QString& full) { return isShortFor(full, name); });
-    std::sort(meant.begin(), meant.end(), [](const QString& left, const QString& right) {
-      return left.size() < right.size();
-    });
-  }
-  return meant;
 }
 
 }  // namespace
@@ -224,56 +204,31 @@ void GraphDocument::readAction(const XMLNode& node) {
   if (entry == nullptr) {
     return;
   }
-  AttributeReading reading(*m_graph.settings);
-  std::unique_ptr<ActionItem> item;
-  {
-    const AttributeReading::Scope scope(reading);
-    item.reset(entry->prototype->createFromXML(node, m_graph.settings.get()));
-  }
+  std::unique_ptr<ActionItem> item(
+      entry->prototype->createFromXML(node, m_graph.settings.get()));
   if (taken < 0) {
     m_indexOfAction.insert(name, static_cast<int>(m_graph.actions.size()));
   }
   m_graph.actions.push_back({name, node.place(), std::move(item)});
-  reportAttributes(node, reading);
+  reportFaults(node, *m_graph.actions.back().item);
 }
 
-void GraphDocument::reportAttributes(const XMLNode& action, const AttributeReading& reading) {
-  for (const AttributeReading::Refusal& refusal : reading.refusals()) {
-    refuse(refusal.element, refusal.message);
-  }
-  static const QStringList kHosts{QStringLiteral("name"), QStringLiteral("version")};
-  static const QStringList kPosition{QStringLiteral("x"), QStringLiteral("y")};
-  const int index = static_cast<int>(m_graph.actions.size()) - 1;
-  for (const AttributeReading::Finding& finding : reading.findings(action)) {
-    const XMLNode& node = finding.element;
-    const bool isOfAction = node.name() == action.name();
-    // An action that has asked for its position alone may ask for more when it runs.
-    if (isOfAction && (kHosts.contains(finding.attribute) || finding.known == kPosition)) {
-      continue;
-    }
-    if (finding.wanted != nullptr) {
-      judgeValue(index, finding);
-      continue;
-    }
-    const QString text = engine_messages::attributeIgnored(
-        finding.attribute, node.name(), attributesMeantBy(finding.attribute, finding.known),
-        isOfAction ? kHosts + finding.known : finding.known);
-    warn(index, node, text);
-  }
-}
-
-// A value without any effect is an error: the user meant something by it.
-void GraphDocument::judgeValue(int action, const AttributeReading::Finding& finding) {
-  const XMLNode& node = finding.element;
-  const QString value = qString(node.getAttribute(finding.attribute.utf16()));
-  const QString text = engine_messages::oddValue(
-      finding.attribute, value, m_graph.settings->expandString2(value), node.name(),
-      QString::fromLatin1(finding.wanted));
-  if (finding.effect == nullptr) {
-    refuse(node, text);
+void GraphDocument::reportFaults(const XMLNode& node, const ActionItem& action) {
+  const auto* described = dynamic_cast<const DescribedAction*>(&action);
+  if (described == nullptr) {
     return;
   }
-  warn(action, node, text + u' ' + QString::fromLatin1(finding.effect));
+  std::vector<ElementFault> faults = described->settingFaults();
+  std::ranges::move(contentFaults(node, described->description(), *m_graph.settings),
+                    std::back_inserter(faults));
+  const int index = static_cast<int>(m_graph.actions.size()) - 1;
+  for (const ElementFault& fault : faults) {
+    if (fault.level == LogLevel::error) {
+      refuse(fault.element, fault.message);
+    } else {
+      warn(index, fault.element, fault.message);
+    }
+  }
 }
 
 void GraphDocument::warn(int action, const XMLNode& node, const QString& message) {

@@ -10,7 +10,7 @@
 #include <QHash>
 #include <QSet>
 
-#include "host/contract/attribute_reading.h"
+#include "host/contract/described_action.h"
 #include "host/engine/graph_reader.h"
 
 namespace kelvarin {
@@ -42,9 +42,8 @@ class GraphDocument {
   void readActions(const XMLNode& node);
   void readAction(const XMLNode& node);
   void checkParameterNames(const XMLNode& action);
-  // Attributes of the last action that mean nothing are warnings, values that do are errors.
-  void reportAttributes(const XMLNode& action, const AttributeReading& reading);
-  void judgeValue(int action, const AttributeReading::Finding& finding);
+  // About the settings of the last action and the content of its element.
+  void reportFaults(const XMLNode& node, const ActionItem& action);
   void warn(int action, const XMLNode& node, const QString& message);
   void readLinks(const XMLNode& node);
   void readLink(const XMLNode& node);

@@ -153,23 +153,6 @@ inline QString unknownAttribute(const QString& attribute, const QString& element
            known.isEmpty() ? QStringLiteral("none") : known.join(QStringLiteral(", ")));
 }
 
-inline QString attributeIgnored(const QString& attribute, const QString& element,
-                                const QStringList& near, const QStringList& known) {
-  return QStringLiteral("the attribute '%1' is not known in <%2> and has no effect. %3")
-      .arg(attribute, element,
-           near.isEmpty()
-               ? QStringLiteral("Known: %1.").arg(known.join(QStringLiteral(", ")))
-               : QStringLiteral("Did you mean %1?").arg(near.join(QStringLiteral(" or "))));
-}
-
-// `value` as the file has it, `expanded` with the graph's parameters in it.
-inline QString oddValue(const QString& attribute, const QString& value, const QString& expanded,
-                        const QString& element, const QString& wanted) {
-  const QString shown = value == expanded ? QStringLiteral("'%1'").arg(value)
-                                          : QStringLiteral("'%1' ('%2')").arg(value, expanded);
-  return QStringLiteral("%1=%2 of <%3> is not %4.").arg(attribute, shown, element, wanted);
-}
-
 inline QString missingAttribute(const QString& attribute, const QString& element) {
   return QStringLiteral("<%2> needs the attribute '%1'.").arg(attribute, element);
 }

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "host/contract/attribute_reading.h"
 #include "host/xml/xml_element.h"
 
 using kelvarin::XmlElement;
@@ -79,9 +78,6 @@ const unsigned short* XMLNode::getAttribute(const unsigned short* name, int* ind
     return nullptr;
   }
   const QStringView wanted(name);
-  if (auto* reading = kelvarin::AttributeReading::current()) {
-    reading->ask(m_element->name, wanted);
-  }
   const auto& attributes = m_element->attributes;
   const int found = findFrom(attributes, index, [wanted](const kelvarin::XmlAttribute& attribute) {
     return attribute.name == wanted;

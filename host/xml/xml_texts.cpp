@@ -2,7 +2,7 @@
 
 #include <QStringView>
 
-#include "host/contract/attribute_reading.h"
+#include "host/xml/xml_node.h"
 
 using kelvarin::qString;
 
@@ -63,22 +63,6 @@ std::wstring escaped(const QString& text, const char16_t* (*entityOf)(char16_t))
   return result.toStdWString();
 }
 
-QString valueOf(const unsigned short* text) {
-  const auto* reading = kelvarin::AttributeReading::current();
-  const QString value = qString(text);
-  return reading == nullptr ? value : reading->expanded(value);
-}
-
-// A value that is absent or empty is no mistake.
-template <typename Value>
-Value insteadOf(const unsigned short* text, const char* wanted, Value otherwise) {
-  if (auto* reading = kelvarin::AttributeReading::current();
-      reading && !valueOf(text).trimmed().isEmpty()) {
-    reading->cannotUse(text, wanted);
-  }
-  return otherwise;
-}
-
 }  // namespace
 
 QString kelvarin::qString(const unsigned short* text) {
@@ -91,23 +75,23 @@ std::wstring kelvarin::elementText(const QString& text) {
 
 int xmltoi(const unsigned short* text, int otherwise) {
   bool isNumber = false;
-  const int number = valueOf(text).toInt(&isNumber);
-  return isNumber ? number : insteadOf(text, "a whole number", otherwise);
+  const int number = qString(text).toInt(&isNumber);
+  return isNumber ? number : otherwise;
 }
 
 char xmltob(const unsigned short* text, char otherwise) {
-  const QString digit = valueOf(text).trimmed();
-  return digit == u"1" ? 1 : digit == u"0" ? 0 : insteadOf(text, "0 or 1", otherwise);
+  const QString digit = qString(text).trimmed();
+  return digit == u"1" ? 1 : digit == u"0" ? 0 : otherwise;
 }
 
 double xmltof(const unsigned short* text, double otherwise) {
   bool isNumber = false;
-  const double number = valueOf(text).toDouble(&isNumber);
-  return isNumber ? number : insteadOf(text, "a number", otherwise);
+  const double number = qString(text).toDouble(&isNumber);
+  return isNumber ? number : otherwise;
 }
 
 unsigned short xmltoc(const unsigned short* text, unsigned short otherwise) {
-  const QString value = valueOf(text);
+  const QString value = qString(text);
   return value.isEmpty() ? otherwise : value[0].unicode();
 }
 

@@ -351,16 +351,6 @@ TEST(Calculator, AnObserverSeesEveryRowAndCanStop) {
   EXPECT_EQ(h.input(1).rowsPulled(), 0);
 }
 
-TEST(Calculator, MisspeltElementsAreRefusedWithTheirPlace) {
-  auto h = RowHarness::of<Calculator>(
-      "<Calculator name='c'>\n <InputVars>\n  <InputVr column='a'/>\n </InputVars>\n</Calculator>",
-      "a:F");
-  h.parameters().setGraphFile("g.kelvarin");
-  EXPECT_NE(h.init(), 0);
-  EXPECT_EQ(h.log(), Strings{"error: g.kelvarin:3:3: Unknown element <InputVr> inside <InputVars>. "
-                             "Known there: InputVar."});
-}
-
 TEST(Calculator, NumericRowsAllocateNothing) {
   for (const bool isOffered : {false, true}) {
     auto h = RowHarness::of<Calculator>(

@@ -29,32 +29,6 @@ std::string savedOutput(const std::string& element) {
 
 }  // namespace
 
-TEST(CalculatorXml, DefaultsAreNotWritten) {
-  EXPECT_EQ(saved("<Calculator name='c'/>"),
-            "<Calculator name='c' version='2.08'>\n  <InputVars>\n  </InputVars>\n  <OutputVars>\n"
-            "    <OutputVar name='NewVar'></OutputVar>\n  </OutputVars>\n</Calculator>\n");
-}
-
-TEST(CalculatorXml, EveryParameterIsAFixedPointInTheGivenOrder) {
-  const std::string text =
-      "<Calculator name='a &amp; &apos;b&apos;' version='2.08' x='3' y='-4' castToKey1='0' "
-      "castToKey2='1' castToKey3='2' addN='0' abortWhenError='0' useJIT='0' addNow='1' addNowS='1' "
-      "seed='42' elapsedTimeUnit='0' dateFormatType='5' isUTC='0' emptyETToNull='0' "
-      "referenceTime='20000101 00:00:00' dateFormat='d&apos;&#10;' castToET1='1' castToET2='1'>\n"
-      "  <InputVars>\n"
-      "    <InputVar column='a&lt;b' label='x' label2='second' value='1.25'/>\n"
-      "    <InputVar column='t' isNumber='0' meta='D' value='a text'/>\n"
-      "    <InputVar label='v'><SL><S>c1</S><S>c&amp;2</S></SL></InputVar>\n"
-      "  </InputVars>\n"
-      "  <OutputVars>\n"
-      "    <OutputVar name='n' meta='K' isInput='1' update='1' notes='why?'>a&lt;b &amp;&amp; c>\"'"
-      "</OutputVar>\n"
-      "    <OutputVar name='NewVar' meta='U'></OutputVar>\n"
-      "  </OutputVars>\n"
-      "</Calculator>\n";
-  EXPECT_EQ(saved(text), text);
-}
-
 TEST(CalculatorXml, InputVariablesReadWhatIsAbsentFromTheirColumn) {
   EXPECT_EQ(savedInput("<InputVar column='a' label='a' meta='U' isNumber='1' value='0'/>"),
             "    <InputVar column='a'/>\n");

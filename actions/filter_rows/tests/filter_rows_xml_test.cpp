@@ -16,25 +16,6 @@ std::string saved(const std::string& xml) {
 
 }  // namespace
 
-TEST(FilterRowsXml, DefaultsAreNotWritten) {
-  EXPECT_EQ(saved("<FilterRows name='f'/>"),
-            "<FilterRows name='f' version='2.08'>\n <Expression></Expression>\n <InputVars>\n"
-            " </InputVars>\n</FilterRows>\n");
-}
-
-TEST(FilterRowsXml, EverySettingIsAFixedPointInTheGivenOrder) {
-  const std::string text =
-      "<FilterRows name='f' version='2.08' truncate='1' addN='0' abortWhenError='0' useJIT='0' "
-      "addNow='1' seed='7' castToET2='1' comments='it&apos;s &lt;5&gt;'>\n"
-      " <Expression>a &lt; 1 &amp;&amp; b > \"x'y\"</Expression>\n"
-      " <InputVars>\n"
-      "    <InputVar column='a'/>\n"
-      "    <InputVar column='b' label='c' isNumber='0'/>\n"
-      " </InputVars>\n"
-      "</FilterRows>\n";
-  EXPECT_EQ(saved(text), text);
-}
-
 TEST(FilterRowsXml, ReadsOlderLayouts) {
   const std::string text = saved(
       "<FilterRows name='f' Expression='a &gt; 1' truncate='maybe'><Expression>ignored</Expression>"

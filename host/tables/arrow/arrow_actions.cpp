@@ -8,39 +8,41 @@ const QStringList kParquetTypes{QStringLiteral("parquet")};
 const QStringList kArrowTypes{QStringLiteral("arrow"), QStringLiteral("feather"),
                               QStringLiteral("ipc")};
 
-QStringList sourceKeywords(const QString& format) {
-  return {format,
-          QStringLiteral("columnar"),
-          QStringLiteral("file"),
-          QStringLiteral("import"),
-          QStringLiteral("input"),
-          QStringLiteral("load"),
-          QStringLiteral("read"),
-          QStringLiteral("in")};
+ActionDescription describedSource(const char* typeName, const char* toolTip,
+                                  const QStringList& fileTypes) {
+  return {.typeName = typeName,
+          .toolTip = toolTip,
+          .tags = {"Common"},
+          .keywords = {fileTypes.front(), "columnar", "file", "import", "input", "load", "read",
+                       "in"},
+          .fileTypes = fileTypes,
+          .attributes = {TableSource::describedFile(), ColumnSettings::describedAttribute()},
+          .children = {ColumnSettings::describedElement()}};
 }
 
-QStringList sinkKeywords(const QString& format) {
-  return {format,
-          QStringLiteral("columnar"),
-          QStringLiteral("file"),
-          QStringLiteral("export"),
-          QStringLiteral("output"),
-          QStringLiteral("save"),
-          QStringLiteral("write"),
-          QStringLiteral("out")};
+ActionDescription describedSink(const char* typeName, const char* toolTip,
+                                const QStringList& fileTypes) {
+  return {.typeName = typeName,
+          .toolTip = toolTip,
+          .keywords = {fileTypes.front(), "columnar", "file", "export", "output", "save", "write",
+                       "out"},
+          .fileTypes = fileTypes,
+          .attributes = {TableSink::describedFile()}};
 }
 
 }  // namespace
 
 ArrowSource::ArrowSource(XMLNode node, GlobalParameters* parameters)
-    : TableSource(node, parameters), m_columns(node) {
-  checkContentWhileLoading(node, kColumnElements);
-}
+    : WithDescription(node, parameters), m_columns(node, parameters) {}
 
 void ArrowSource::saveXML(std::wostringstream& out, QString name) {
   saveHead(out, name);
-  m_columns.saveAttributes(out);
+  m_columns.saveAttribute(out);
   m_columns.saveChildrenAndEnd(out, typeName());
+}
+
+std::vector<ElementFault> ArrowSource::settingFaults() const {
+  return m_columns.faults(node(), [this](const QString& text) { return expandString(text); });
 }
 
 Result<std::unique_ptr<BatchReader>, QString> ArrowSource::makeReader(const QString& path) const {
@@ -56,60 +58,28 @@ Result<std::unique_ptr<BatchReader>, QString> ArrowSource::makeReader(const QStr
   return (*formats)->makeReader(arrowFormat(), path, std::move(*rules));
 }
 
-QString ReadParquet::toolTip() const {
-  return QStringLiteral("Read a Parquet file");
-}
-QStringList ReadParquet::getFileTypes() const {
-  return kParquetTypes;
-}
-QStringList ReadParquet::getKeywords() const {
-  return sourceKeywords(QStringLiteral("parquet"));
+const ActionDescription& ReadParquet::catalogue() {
+  static const ActionDescription entry =
+      describedSource("ReadParquet", "Read a Parquet file", kParquetTypes);
+  return entry;
 }
 
-ActionItem* ReadParquet::createFromXML(XMLNode node, GlobalParameters* parameters) {
-  return new ReadParquet(node, parameters);
+const ActionDescription& ReadArrow::catalogue() {
+  static const ActionDescription entry =
+      describedSource("ReadArrow", "Read an Arrow file", kArrowTypes);
+  return entry;
 }
 
-QString ReadArrow::toolTip() const {
-  return QStringLiteral("Read an Arrow file");
-}
-QStringList ReadArrow::getFileTypes() const {
-  return kArrowTypes;
-}
-QStringList ReadArrow::getKeywords() const {
-  return sourceKeywords(QStringLiteral("arrow"));
+const ActionDescription& WriteParquet::catalogue() {
+  static const ActionDescription entry =
+      describedSink("WriteParquet", "Write a Parquet file", kParquetTypes);
+  return entry;
 }
 
-ActionItem* ReadArrow::createFromXML(XMLNode node, GlobalParameters* parameters) {
-  return new ReadArrow(node, parameters);
-}
-
-QString WriteParquet::toolTip() const {
-  return QStringLiteral("Write a Parquet file");
-}
-QStringList WriteParquet::getFileTypes() const {
-  return kParquetTypes;
-}
-QStringList WriteParquet::getKeywords() const {
-  return sinkKeywords(QStringLiteral("parquet"));
-}
-
-ActionItem* WriteParquet::createFromXML(XMLNode node, GlobalParameters* parameters) {
-  return new WriteParquet(node, parameters);
-}
-
-QString WriteArrow::toolTip() const {
-  return QStringLiteral("Write an Arrow file");
-}
-QStringList WriteArrow::getFileTypes() const {
-  return kArrowTypes;
-}
-QStringList WriteArrow::getKeywords() const {
-  return sinkKeywords(QStringLiteral("arrow"));
-}
-
-ActionItem* WriteArrow::createFromXML(XMLNode node, GlobalParameters* parameters) {
-  return new WriteArrow(node, parameters);
+const ActionDescription& WriteArrow::catalogue() {
+  static const ActionDescription entry =
+      describedSink("WriteArrow", "Write an Arrow file", kArrowTypes);
+  return entry;
 }
 
 }  // namespace kelvarin

@@ -1,7 +1,4 @@
 // The actions ReadParquet, ReadArrow, WriteParquet and WriteArrow.
-//
-// Attribute of all: file. The readers also have onBadValue, and children Column (name, meta) that
-// declare the types of columns.
 #pragma once
 
 #include "host/tables/arrow/arrow_formats.h"
@@ -11,10 +8,11 @@
 
 namespace kelvarin {
 
-class ArrowSource : public TableSource {
+class ArrowSource : public WithDescription<TableSource> {
  public:
   ArrowSource(XMLNode node, GlobalParameters* parameters);
   void saveXML(std::wostringstream& out, QString name) override;
+  std::vector<ElementFault> settingFaults() const override;
 
  protected:
   virtual ArrowFormat arrowFormat() const = 0;
@@ -24,56 +22,40 @@ class ArrowSource : public TableSource {
   ColumnSettings m_columns;
 };
 
-class ReadParquet : public ArrowSource {
+class ReadParquet : public Described<ReadParquet, ArrowSource> {
  public:
-  using ArrowSource::ArrowSource;
-  const char* typeName() const override { return "ReadParquet"; }
-  QString toolTip() const override;
-  QStringList getFileTypes() const override;
-  QStringList getKeywords() const override;
-  ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
+  using Described::Described;
+  static const ActionDescription& catalogue();
 
  protected:
   FileFormat format() const override { return FileFormat::parquet; }
   ArrowFormat arrowFormat() const override { return ArrowFormat::parquet; }
 };
 
-class ReadArrow : public ArrowSource {
+class ReadArrow : public Described<ReadArrow, ArrowSource> {
  public:
-  using ArrowSource::ArrowSource;
-  const char* typeName() const override { return "ReadArrow"; }
-  QString toolTip() const override;
-  QStringList getFileTypes() const override;
-  QStringList getKeywords() const override;
-  ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
+  using Described::Described;
+  static const ActionDescription& catalogue();
 
  protected:
   FileFormat format() const override { return FileFormat::arrow; }
   ArrowFormat arrowFormat() const override { return ArrowFormat::arrow; }
 };
 
-class WriteParquet : public ArrowSink {
+class WriteParquet : public Described<WriteParquet, ArrowSink> {
  public:
-  using ArrowSink::ArrowSink;
-  const char* typeName() const override { return "WriteParquet"; }
-  QString toolTip() const override;
-  QStringList getFileTypes() const override;
-  QStringList getKeywords() const override;
-  ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
+  using Described::Described;
+  static const ActionDescription& catalogue();
 
  protected:
   FileFormat format() const override { return FileFormat::parquet; }
   ArrowFormat arrowFormat() const override { return ArrowFormat::parquet; }
 };
 
-class WriteArrow : public ArrowSink {
+class WriteArrow : public Described<WriteArrow, ArrowSink> {
  public:
-  using ArrowSink::ArrowSink;
-  const char* typeName() const override { return "WriteArrow"; }
-  QString toolTip() const override;
-  QStringList getFileTypes() const override;
-  QStringList getKeywords() const override;
-  ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
+  using Described::Described;
+  static const ActionDescription& catalogue();
 
  protected:
   FileFormat format() const override { return FileFormat::arrow; }

@@ -1,12 +1,8 @@
 #include "host/tables/arrow/arrow_sink.h"
 
-#include "host/tables/settings/attribute_texts.h"
+#include "host/tables/messages.h"
 
 namespace kelvarin {
-
-ArrowSink::ArrowSink(XMLNode node, GlobalParameters* parameters) : TableSink(node, parameters) {
-  checkContentWhileLoading(node, kNoElements);
-}
 
 void ArrowSink::saveXML(std::wostringstream& out, QString name) {
   saveHead(out, name);

@@ -10,7 +10,7 @@ namespace kelvarin {
 
 class ArrowSink : public TableSink {
  public:
-  ArrowSink(XMLNode node, GlobalParameters* parameters);
+  ArrowSink(XMLNode node, GlobalParameters* parameters) : TableSink(node, parameters) {}
   void saveXML(std::wostringstream& out, QString name) override;
 
  protected:

@@ -10,7 +10,8 @@
 #include <string>
 
 #include "base/result.h"
-#include "host/tables/settings/attribute_texts.h"
+#include "host/contract/attribute_table.h"
+#include "host/tables/settings/text_expansion.h"
 
 namespace kelvarin {
 
@@ -24,18 +25,24 @@ struct CsvDialect {
 
 class CsvSettings {
  public:
-  // Reports faults while a graph is loaded.
-  explicit CsvSettings(const XMLNode& node);
+  CsvSettings(const XMLNode& node, const GlobalParameters* parameters);
+
+  static std::vector<AttributeDescription> describedAttributes();
 
   // Writes the attributes that differ from their defaults.
   void save(std::wostringstream& out) const;
   Result<CsvDialect, QString> dialect(const TextExpansion& expanded) const;
 
  private:
-  QString m_separator;
-  QString m_quote;
-  bool m_header;
-  QString m_nullText;
+  struct Values {
+    QString separator = QStringLiteral(",");
+    QString quote = QStringLiteral("\"");
+    bool header = true;
+    QString nullText;
+  };
+  static const Attribute<Values> kAttributes[];
+
+  Values m_values;
 };
 
 }  // namespace kelvarin

@@ -2,36 +2,59 @@
 
 namespace kelvarin {
 
+namespace {
+
+constexpr char16_t kSortedOn[] = u"sortedOn";
+
+std::vector<AttributeDescription> describedAttributes() {
+  std::vector<AttributeDescription> attributes = CsvSettings::describedAttributes();
+  attributes.insert(attributes.begin(), TableSource::describedFile());
+  attributes.push_back(
+      {QString::fromUtf16(kSortedOn), AttributeKind::text,
+       QStringLiteral("the sort order that the file has, such as 'id 0, name A'; verified"),
+       QStringLiteral("")});
+  attributes.push_back(ColumnSettings::describedAttribute());
+  return attributes;
+}
+
+}  // namespace
+
+const ActionDescription& ReadCsv::catalogue() {
+  static const ActionDescription entry{
+      .typeName = "ReadCSV",
+      .toolTip = "Read a CSV file",
+      .tags = {"Common"},
+      .keywords = {"csv", "tsv", "text", "file", "import", "input", "load", "read", "in"},
+      .fileTypes = {"csv", "tsv", "txt"},
+      .attributes = describedAttributes(),
+      .children = {ColumnSettings::describedElement()}};
+  return entry;
+}
+
 ReadCsv::ReadCsv(XMLNode node, GlobalParameters* parameters)
-    : TableSource(node, parameters), m_settings(node), m_columns(node) {
-  setSortedOn(attributeOr(node, u"sortedOn", QString()));
-  checkContentWhileLoading(node, kColumnElements);
+    : Described(node, parameters), m_settings(node, parameters), m_columns(node, parameters) {
+  QString sortedOn;
+  readAttribute(node, kSortedOn, sortedOn, parameters);
+  setSortedOn(sortedOn);
 }
 
-QString ReadCsv::toolTip() const {
-  return QStringLiteral("Read a CSV file");
-}
-
-QStringList ReadCsv::getFileTypes() const {
-  return {QStringLiteral("csv"), QStringLiteral("tsv"), QStringLiteral("txt")};
-}
-
-QStringList ReadCsv::getKeywords() const {
-  return QStringLiteral("csv,tsv,text,file,import,input,load,read,in").split(u',');
+std::vector<ElementFault> ReadCsv::settingFaults() const {
+  const TextExpansion expanded = [this](const QString& text) { return expandString(text); };
+  std::vector<ElementFault> faults = m_columns.faults(node(), expanded);
+  if (const auto dialect = m_settings.dialect(expanded); !dialect) {
+    faults.insert(faults.begin(), {LogLevel::error, node(), dialect.error()});
+  }
+  return faults;
 }
 
 void ReadCsv::saveXML(std::wostringstream& out, QString name) {
   saveHead(out, name);
   m_settings.save(out);
   if (!sortedOn().isEmpty()) {
-    saveAttribute(out, L"sortedOn", sortedOn());
+    writeAttribute(out, kSortedOn, sortedOn());
   }
-  m_columns.saveAttributes(out);
+  m_columns.saveAttribute(out);
   m_columns.saveChildrenAndEnd(out, typeName());
-}
-
-ActionItem* ReadCsv::createFromXML(XMLNode node, GlobalParameters* parameters) {
-  return new ReadCsv(node, parameters);
 }
 
 Result<std::unique_ptr<BatchReader>, QString> ReadCsv::makeReader(const QString& path) const {

@@ -1,7 +1,5 @@
-// The action ReadCSV: reads a CSV file.
-//
-// Attributes: file, separator, quote, header, nullText, sortedOn, onBadValue; children Column
-// (name, meta) declare the types of columns, the others are inferred from the first rows.
+// The action ReadCSV: reads a CSV file. The types of columns that are not declared are inferred
+// from the first rows.
 #pragma once
 
 #include "host/tables/csv/csv_batch_reader.h"
@@ -9,16 +7,14 @@
 
 namespace kelvarin {
 
-class ReadCsv : public TableSource {
+class ReadCsv : public Described<ReadCsv, TableSource> {
  public:
   ReadCsv(XMLNode node, GlobalParameters* parameters);
 
-  const char* typeName() const override { return "ReadCSV"; }
-  QString toolTip() const override;
-  QStringList getFileTypes() const override;
-  QStringList getKeywords() const override;
+  static const ActionDescription& catalogue();
+
   void saveXML(std::wostringstream& out, QString name) override;
-  ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
+  std::vector<ElementFault> settingFaults() const override;
 
  protected:
   FileFormat format() const override { return FileFormat::csv; }

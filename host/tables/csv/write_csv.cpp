@@ -8,33 +8,39 @@ namespace {
 // Below the format's first capacity, so that its buffer grows for long rows only, and small enough
 // to be in the processor's cache still.
 constexpr std::size_t kFlushSize = 128 * 1024;
+
+std::vector<AttributeDescription> describedAttributes() {
+  std::vector<AttributeDescription> attributes = CsvSettings::describedAttributes();
+  attributes.insert(attributes.begin(), TableSink::describedFile());
+  return attributes;
+}
+
 }  // namespace
 
+const ActionDescription& WriteCsv::catalogue() {
+  static const ActionDescription entry{
+      .typeName = "WriteCSV",
+      .toolTip = "Write a CSV file",
+      .keywords = {"csv", "tsv", "text", "file", "export", "output", "save", "write", "out"},
+      .fileTypes = {"csv", "tsv", "txt"},
+      .attributes = describedAttributes()};
+  return entry;
+}
+
 WriteCsv::WriteCsv(XMLNode node, GlobalParameters* parameters)
-    : TableSink(node, parameters), m_settings(node) {
-  checkContentWhileLoading(node, kNoElements);
-}
+    : Described(node, parameters), m_settings(node, parameters) {}
 
-QString WriteCsv::toolTip() const {
-  return QStringLiteral("Write a CSV file");
-}
-
-QStringList WriteCsv::getFileTypes() const {
-  return {QStringLiteral("csv"), QStringLiteral("tsv"), QStringLiteral("txt")};
-}
-
-QStringList WriteCsv::getKeywords() const {
-  return QStringLiteral("csv,tsv,text,file,export,output,save,write,out").split(u',');
+std::vector<ElementFault> WriteCsv::settingFaults() const {
+  const auto dialect =
+      m_settings.dialect([this](const QString& text) { return expandString(text); });
+  return dialect ? std::vector<ElementFault>()
+                 : std::vector<ElementFault>{{LogLevel::error, node(), dialect.error()}};
 }
 
 void WriteCsv::saveXML(std::wostringstream& out, QString name) {
   saveHead(out, name);
   m_settings.save(out);
   out << L"/>\n";
-}
-
-ActionItem* WriteCsv::createFromXML(XMLNode node, GlobalParameters* parameters) {
-  return new WriteCsv(node, parameters);
 }
 
 Status<QString> WriteCsv::checkSettings() {

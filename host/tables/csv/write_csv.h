@@ -1,6 +1,4 @@
 // The action WriteCSV: writes its rows to a CSV file, or to standard output when the file is "-".
-//
-// Attributes: file, separator, quote, header, nullText.
 #pragma once
 
 #include "host/tables/csv/csv_dialect.h"
@@ -9,16 +7,14 @@
 
 namespace kelvarin {
 
-class WriteCsv : public TableSink {
+class WriteCsv : public Described<WriteCsv, TableSink> {
  public:
   WriteCsv(XMLNode node, GlobalParameters* parameters);
 
-  const char* typeName() const override { return "WriteCSV"; }
-  QString toolTip() const override;
-  QStringList getFileTypes() const override;
-  QStringList getKeywords() const override;
+  static const ActionDescription& catalogue();
+
   void saveXML(std::wostringstream& out, QString name) override;
-  ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
+  std::vector<ElementFault> settingFaults() const override;
 
  protected:
   FileFormat format() const override { return FileFormat::csv; }

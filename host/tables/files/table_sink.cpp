@@ -1,5 +1,6 @@
 #include "host/tables/files/table_sink.h"
 
+#include "host/contract/attribute_table.h"
 #include "host/contract/main_ui.h"
 #include "host/tables/messages.h"
 
@@ -7,8 +8,20 @@ namespace kelvarin {
 
 using RunningState = GlobalParameters::RunningState;
 
+namespace {
+
+constexpr char16_t kFile[] = u"file";
+
+}  // namespace
+
+AttributeDescription TableSink::describedFile() {
+  return {QString::fromUtf16(kFile), AttributeKind::text,
+          QStringLiteral("the file; - is standard output"), QStringLiteral("")};
+}
+
 TableSink::TableSink(XMLNode node, GlobalParameters* parameters)
-    : ActionItem(node, parameters), m_file(qString(node.getAttribute(utf16(u"file")))) {
+    : ActionItem(node, parameters) {
+  readAttribute(node, kFile, m_file, parameters);
   m_inputPinCount = 1;
   m_outputPinCount = 0;
   m_endpoint = static_cast<std::int32_t>(Endpoint::writer);
@@ -18,8 +31,7 @@ TableSink::TableSink(XMLNode node, GlobalParameters* parameters)
 void TableSink::saveHead(std::wostringstream& out, const QString& name) const {
   saveAI(out, name, 1.0);
   if (!m_file.isEmpty()) {
-    ToXMLStringTool escape;
-    out << L" file='" << escape.toXML(m_file) << L'\'';
+    writeAttribute(out, kFile, m_file);
   }
 }
 

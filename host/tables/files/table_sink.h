@@ -11,6 +11,7 @@
 
 #include "host/contract/claimed_names.h"
 #include "host/contract/columns_in_hand.h"
+#include "host/contract/described_action.h"
 #include "host/files/file_hints.h"
 #include "host/files/output_check.h"
 #include "host/tables/files/output_file.h"
@@ -20,7 +21,6 @@ namespace kelvarin {
 
 class TableSink : public ActionItem, public FileUser, public OutputCheck {
  public:
-  QString toolTip() const override = 0;
   char init() override;
   char close() override;
   void setComputeRoutine() override { computeRoutine = &TableSink::takeFirstRow; }
@@ -31,6 +31,8 @@ class TableSink : public ActionItem, public FileUser, public OutputCheck {
   QStringList warningsAboutFiles() const override;
 
   const QString& file() const { return m_file; }
+  // The attribute `file`.
+  static AttributeDescription describedFile();
 
  protected:
   TableSink(XMLNode node, GlobalParameters* parameters);

@@ -1,27 +1,36 @@
 #include "host/tables/files/table_source.h"
 
+#include "host/contract/attribute_table.h"
 #include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 #include "host/tables/messages.h"
 
 namespace kelvarin {
 
+namespace {
+
+constexpr char16_t kFile[] = u"file";
+
+}  // namespace
+
+AttributeDescription TableSource::describedFile() {
+  return {QString::fromUtf16(kFile), AttributeKind::text,
+          QStringLiteral("the file; relative names start at the graph's folder"),
+          QStringLiteral("")};
+}
+
 TableSource::TableSource(XMLNode node, GlobalParameters* parameters)
-    : ActionItem(node, parameters), m_file(qString(node.getAttribute(utf16(u"file")))) {
+    : ActionItem(node, parameters) {
+  readAttribute(node, kFile, m_file, parameters);
   m_inputPinCount = 0;
   m_outputPinCount = 1;
   m_endpoint = static_cast<std::int32_t>(Endpoint::reader);
 }
 
-QStringList TableSource::getTags() const {
-  return {QStringLiteral("Common")};
-}
-
 void TableSource::saveHead(std::wostringstream& out, const QString& name) const {
   saveAI(out, name, 1.0);
   if (!m_file.isEmpty()) {
-    ToXMLStringTool escape;
-    out << L" file='" << escape.toXML(m_file) << L'\'';
+    writeAttribute(out, kFile, m_file);
   }
 }
 

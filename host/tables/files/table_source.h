@@ -10,6 +10,7 @@
 
 #include "host/contract/action_item.h"
 #include "host/contract/claimed_names.h"
+#include "host/contract/described_action.h"
 #include "host/files/file_hints.h"
 #include "host/tables/files/read_ahead.h"
 #include "host/tables/sort_order/sort_order.h"
@@ -18,8 +19,6 @@ namespace kelvarin {
 
 class TableSource : public ActionItem, public FileUser {
  public:
-  QString toolTip() const override = 0;
-  QStringList getTags() const override;
   char init() override;
   char close() override;
   void setComputeRoutine() override { computeRoutine = &TableSource::openAndAnnounce; }
@@ -29,6 +28,8 @@ class TableSource : public ActionItem, public FileUser {
   QList<UsedFile> usedFiles() const override;
 
   const QString& file() const { return m_file; }
+  // The attribute `file`.
+  static AttributeDescription describedFile();
 
  protected:
   TableSource(XMLNode node, GlobalParameters* parameters);

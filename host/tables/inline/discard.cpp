@@ -1,30 +1,19 @@
 #include "host/tables/inline/discard.h"
 
-#include "host/tables/settings/attribute_texts.h"
-
 namespace kelvarin {
 
-Discard::Discard(XMLNode node, GlobalParameters* parameters) : ActionItem(node, parameters) {
-  checkContentWhileLoading(node, kNoElements);
+const ActionDescription& Discard::catalogue() {
+  static const ActionDescription entry{
+      .typeName = "Discard",
+      .toolTip = "Count rows and drop them",
+      .tags = {"150_Standard"},
+      .keywords = {"discard", "drop", "count", "row", "null", "sink"}};
+  return entry;
+}
+
+Discard::Discard(XMLNode node, GlobalParameters* parameters) : Described(node, parameters) {
   m_inputPinCount = 1;
   m_outputPinCount = 0;
-}
-
-const char* Discard::typeName() const {
-  return "Discard";
-}
-
-QString Discard::toolTip() const {
-  return QStringLiteral("Count rows and drop them");
-}
-
-QStringList Discard::getTags() const {
-  return {QStringLiteral("150_Standard")};
-}
-
-QStringList Discard::getKeywords() const {
-  return {QStringLiteral("discard"), QStringLiteral("drop"), QStringLiteral("count"),
-          QStringLiteral("row"),     QStringLiteral("null"), QStringLiteral("sink")};
 }
 
 void Discard::setComputeRoutine() {
@@ -36,10 +25,6 @@ void Discard::setComputeRoutine() {
     }
     return isAtEnd;
   };
-}
-
-ActionItem* Discard::createFromXML(XMLNode node, GlobalParameters* parameters) {
-  return new Discard(node, parameters);
 }
 
 }  // namespace kelvarin

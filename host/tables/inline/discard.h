@@ -5,19 +5,17 @@
 #include <optional>
 
 #include "host/contract/columns_in_hand.h"
+#include "host/contract/described_action.h"
 
 namespace kelvarin {
 
-class Discard final : public ActionItem {
+class Discard final : public Described<Discard, ActionItem> {
  public:
   Discard(XMLNode node, GlobalParameters* parameters);
 
-  const char* typeName() const override;
-  QString toolTip() const override;
-  QStringList getTags() const override;
-  QStringList getKeywords() const override;
+  static const ActionDescription& catalogue();
+
   void setComputeRoutine() override;
-  ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
 
  private:
   std::optional<ColumnsInHand> m_rows;  // none of their columns

@@ -5,7 +5,7 @@
 
 #include <QSet>
 
-#include "host/contract/known_elements.h"
+#include "host/contract/attribute_table.h"
 #include "host/contract/main_ui.h"
 #include "host/tables/inline/messages.h"
 #include "host/tables/sort_order/sort_order.h"
@@ -16,17 +16,39 @@ namespace {
 
 namespace messages = inline_table_messages;
 
-std::span<const KnownElements> knownElements() {
-  static const KnownElements elements[] = {
-      {QString(), {QStringLiteral("Column"), QStringLiteral("Row")}},
-      {QStringLiteral("Column"), {}},
-      {QStringLiteral("Row"), {QStringLiteral("V")}},
-  };
-  return elements;
+constexpr char16_t kSortedOn[] = u"sortedOn";
+constexpr char16_t kColumn[] = u"Column";
+constexpr char16_t kRow[] = u"Row";
+constexpr char16_t kValue[] = u"V";
+constexpr char16_t kName[] = u"name";
+constexpr char16_t kMeta[] = u"meta";
+constexpr char16_t kNull[] = u"null";
+
+AttributeDescription described(const char16_t* name, const char* meaning,
+                               const char* defaultText = "",
+                               AttributeKind kind = AttributeKind::text,
+                               const char* allowed = "") {
+  return {QString::fromUtf16(name), kind, QString::fromUtf8(meaning),
+          QString::fromUtf8(defaultText), AllowedValues{.inWords = allowed}};
 }
 
-QString attribute(const XMLNode& node, const char16_t* name) {
-  return qString(node.getAttribute(utf16(name)));
+std::vector<ElementDescription> describedElements() {
+  ElementDescription value{
+      .name = QString::fromUtf16(kValue),
+      .meaning = QStringLiteral("the row's value in the next column"),
+      .textMeaning = QStringLiteral("the value"),
+      .mayRepeat = true,
+      .attributes = {described(kNull, "the value is null", "0", AttributeKind::flag)}};
+  return {{.name = QString::fromUtf16(kColumn),
+           .meaning = QStringLiteral("a column of the table"),
+           .mayRepeat = true,
+           .attributes = {described(kName, "the column's name"),
+                          described(kMeta, "its type", "U", AttributeKind::text,
+                                    "F (number), K (key) or U (text)")}},
+          {.name = QString::fromUtf16(kRow),
+           .meaning = QStringLiteral("a row, with one value a column"),
+           .mayRepeat = true,
+           .children = {std::move(value)}}};
 }
 
 // The whole text, but for blanks around it, in the form of std::from_chars; "nan", "inf" and "-inf"
@@ -46,17 +68,31 @@ bool parse(const QString& text, Number* number) {
 
 }  // namespace
 
+const ActionDescription& InlineTable::catalogue() {
+  static const ActionDescription entry{
+      .typeName = "InlineTable",
+      .toolTip = "A small table written in the graph itself",
+      .tags = {"Common"},
+      .keywords = {"table", "inline", "constant", "input", "row", "new"},
+      .attributes = {described(
+          kSortedOn, "the sort order that the rows have, such as 'id 0, name A'; verified")},
+      .children = describedElements()};
+  return entry;
+}
+
 InlineTable::InlineTable(XMLNode node, GlobalParameters* parameters)
-    : ActionItem(node, parameters) {
+    : Described(node, parameters) {
   m_inputPinCount = 0;
   m_outputPinCount = 1;
   m_endpoint = static_cast<std::int32_t>(Endpoint::reader);
-  m_sortedOn = attribute(node, u"sortedOn");
+  readAttribute(node, kSortedOn, m_sortedOn, parameters);
   for (int i = 0; i < node.nChildNode(); ++i) {
     const XMLNode child = node.getChildNode(i);
-    if (child.name() == QLatin1String("Column")) {
-      m_columns.push_back({attribute(child, u"name"), attribute(child, u"meta"), child.place()});
-    } else if (child.name() == QLatin1String("Row")) {
+    if (child.name() == kColumn) {
+      Column& column = m_columns.emplace_back(Column{{}, {}, child.place()});
+      readAttribute(child, kName, column.name, parameters);
+      readAttribute(child, kMeta, column.meta, parameters);
+    } else if (child.name() == kRow) {
       readRow(child);
     }
   }
@@ -66,10 +102,11 @@ void InlineTable::readRow(const XMLNode& node) {
   Row row{{}, node.place()};
   for (int i = 0; i < node.nChildNode(); ++i) {
     const XMLNode child = node.getChildNode(i);
-    if (child.name() != QLatin1String("V")) {
+    if (child.name() != kValue) {
       continue;
     }
-    const bool isNull = xmltob(child.getAttribute(utf16(u"null")), 0) != 0;
+    bool isNull = false;
+    readAttribute(child, kNull, isNull, m_globalParameters);
     const QString text = child.text();
     row.values.push_back(
         {isNull ? QString() : (text.isNull() ? QStringLiteral("") : text), child.place()});
@@ -77,34 +114,17 @@ void InlineTable::readRow(const XMLNode& node) {
   m_rows.push_back(std::move(row));
 }
 
-const char* InlineTable::typeName() const {
-  return "InlineTable";
-}
-
-QString InlineTable::toolTip() const {
-  return QStringLiteral("A small table written in the graph itself");
-}
-
-QStringList InlineTable::getTags() const {
-  return {QStringLiteral("Common")};
-}
-
-QStringList InlineTable::getKeywords() const {
-  return {QStringLiteral("table"), QStringLiteral("inline"), QStringLiteral("constant"),
-          QStringLiteral("input"), QStringLiteral("row"),    QStringLiteral("new")};
-}
-
 void InlineTable::saveXML(std::wostringstream& out, QString name) {
-  ToXMLStringTool escape;
-  saveAI(out, name, 1.0);
+  saveAI(out, name, catalogue().version);
   if (!m_sortedOn.isEmpty()) {
-    out << L" sortedOn='" << escape.toXML(m_sortedOn) << L'\'';
+    writeAttribute(out, kSortedOn, m_sortedOn);
   }
   out << L">\n";
   for (const Column& column : m_columns) {
-    out << L"  <Column name='" << escape.toXML(column.name) << L'\'';
+    out << L"  <Column";
+    writeAttribute(out, kName, column.name);
     if (!column.meta.isEmpty() && column.meta != QLatin1String("U")) {
-      out << L" meta='" << escape.toXML(column.meta) << L'\'';
+      writeAttribute(out, kMeta, column.meta);
     }
     out << L"/>\n";
   }
@@ -139,11 +159,7 @@ char InlineTable::init() {
 }
 
 bool InlineTable::checkShape() {
-  const std::vector<UnknownContent> unknown = unknownContent(node(), knownElements());
-  for (const UnknownContent& content : unknown) {
-    refuse(content.element.place(), content.message);
-  }
-  bool isGood = unknown.empty();
+  bool isGood = true;
   for (const Row& row : m_rows) {
     if (row.values.size() != m_columns.size()) {
       refuse(row.place, messages::wrongNumberOfValues(static_cast<qsizetype>(row.values.size()),
@@ -289,10 +305,6 @@ bool InlineTable::giveRow() {
 
 float InlineTable::computeCompletion() const {
   return m_rows.empty() ? 1.0f : static_cast<float>(m_nextRow) / static_cast<float>(m_rows.size());
-}
-
-ActionItem* InlineTable::createFromXML(XMLNode node, GlobalParameters* parameters) {
-  return new InlineTable(node, parameters);
 }
 
 }  // namespace kelvarin

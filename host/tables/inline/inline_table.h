@@ -16,24 +16,21 @@
 
 #include <vector>
 
-#include "host/contract/action_item.h"
+#include "host/contract/described_action.h"
 
 namespace kelvarin {
 
-class InlineTable final : public ActionItem {
+class InlineTable final : public Described<InlineTable, ActionItem> {
  public:
   InlineTable(XMLNode node, GlobalParameters* parameters);
 
-  const char* typeName() const override;
-  QString toolTip() const override;
-  QStringList getTags() const override;
-  QStringList getKeywords() const override;
+  static const ActionDescription& catalogue();
+
   void saveXML(std::wostringstream& out, QString name) override;
   char init() override;
   char close() override;
   void setComputeRoutine() override;
   float computeCompletion() const override;
-  ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
 
  private:
   struct Value {

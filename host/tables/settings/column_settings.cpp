@@ -10,7 +10,10 @@ namespace {
 
 const QString kAbort = QStringLiteral("abort");
 const QString kNull = QStringLiteral("null");
-const QString kColumn = QStringLiteral("Column");
+constexpr char16_t kColumn[] = u"Column";
+constexpr char16_t kOnBadValue[] = u"onBadValue";
+constexpr char16_t kName[] = u"name";
+constexpr char16_t kMeta[] = u"meta";
 
 QString faultOfOnBadValue(const QString& value) {
   return value == kAbort || value == kNull ? QString() : table_messages::badOnBadValue(value);
@@ -26,32 +29,55 @@ QString faultOfColumn(const QString& name, const QString& meta) {
 
 }  // namespace
 
-const std::vector<KnownElements> kColumnElements{
-    {QString(), {kColumn}},
-    {kColumn, {}},
-};
-
-ColumnSettings::ColumnSettings(const XMLNode& action)
-    : m_onBadValue(attributeOr(action, u"onBadValue", kAbort)) {
-  checkWhileLoading(action, [this](const TextExpansion& expanded) {
-    return faultOfOnBadValue(expanded(m_onBadValue));
-  });
-  QSet<QString> names;
+ColumnSettings::ColumnSettings(const XMLNode& action, const GlobalParameters* parameters)
+    : m_onBadValue(kAbort) {
+  readAttribute(action, kOnBadValue, m_onBadValue, parameters);
   for (int i = 0; i < action.nChildNode(); ++i) {
     const XMLNode child = action.getChildNode(i);
-    if (child.name() != kColumn) {
-      continue;
+    if (child.name() == kColumn) {
+      Column& column = m_columns.emplace_back(Column{{}, {}, child});
+      readAttribute(child, kName, column.name, parameters);
+      readAttribute(child, kMeta, column.meta, parameters);
     }
-    const ColumnElement& column = m_columns.emplace_back(ColumnElement{
-        attributeOr(child, u"name", QString()), attributeOr(child, u"meta", QString())});
-    checkWhileLoading(child, [&](const TextExpansion& expanded) {
-      const QString name = expanded(column.name);
-      const QString fault = faultOfColumn(name, expanded(column.meta));
-      const bool isTwice = names.contains(name);
-      names.insert(name);
-      return fault.isEmpty() && isTwice ? table_messages::declaredTwice(name) : fault;
-    });
   }
+}
+
+AttributeDescription ColumnSettings::describedAttribute() {
+  return {QString::fromUtf16(kOnBadValue), AttributeKind::text,
+          QStringLiteral("what a value does that does not fit its column's type"), kAbort,
+          AllowedValues{.inWords = "abort (stops the run) or null (makes it null)"}};
+}
+
+ElementDescription ColumnSettings::describedElement() {
+  return {.name = QString::fromUtf16(kColumn),
+          .meaning = QStringLiteral("fixes the type of a column"),
+          .mayRepeat = true,
+          .attributes = {{QString::fromUtf16(kName), AttributeKind::text,
+                          QStringLiteral("the column"), QStringLiteral("")},
+                         {QString::fromUtf16(kMeta), AttributeKind::text,
+                          QStringLiteral("its type"), QStringLiteral(""),
+                          AllowedValues{.inWords = "F (number), K (key) or U (text)"}}}};
+}
+
+std::vector<ElementFault> ColumnSettings::faults(const XMLNode& action,
+                                                 const TextExpansion& expanded) const {
+  std::vector<ElementFault> faults;
+  const auto report = [&faults](const XMLNode& element, const QString& message) {
+    if (!message.isEmpty()) {
+      faults.push_back({LogLevel::error, element, message});
+    }
+  };
+  report(action, faultOfOnBadValue(expanded(m_onBadValue)));
+  QSet<QString> names;
+  for (const Column& column : m_columns) {
+    const QString name = expanded(column.name);
+    const QString fault = faultOfColumn(name, expanded(column.meta));
+    const bool isTwice = names.contains(name);
+    names.insert(name);
+    report(column.element,
+           fault.isEmpty() && isTwice ? table_messages::declaredTwice(name) : fault);
+  }
+  return faults;
 }
 
 Result<ColumnRules, QString> ColumnSettings::rules(const TextExpansion& expanded) const {
@@ -61,7 +87,7 @@ Result<ColumnRules, QString> ColumnSettings::rules(const TextExpansion& expanded
   }
   ColumnRules rules{onBadValue == kNull, {}};
   QSet<QString> names;
-  for (const ColumnElement& element : m_columns) {
+  for (const Column& element : m_columns) {
     const QString name = expanded(element.name);
     const QString meta = expanded(element.meta);
     if (const QString fault = faultOfColumn(name, meta); !fault.isEmpty()) {
@@ -76,9 +102,9 @@ Result<ColumnRules, QString> ColumnSettings::rules(const TextExpansion& expanded
   return rules;
 }
 
-void ColumnSettings::saveAttributes(std::wostringstream& out) const {
+void ColumnSettings::saveAttribute(std::wostringstream& out) const {
   if (m_onBadValue != kAbort) {
-    saveAttribute(out, L"onBadValue", m_onBadValue);
+    writeAttribute(out, kOnBadValue, m_onBadValue);
   }
 }
 
@@ -88,10 +114,10 @@ void ColumnSettings::saveChildrenAndEnd(std::wostringstream& out, const char* ac
     return;
   }
   out << L">\n";
-  for (const ColumnElement& column : m_columns) {
+  for (const Column& column : m_columns) {
     out << L"<Column";
-    saveAttribute(out, L"name", column.name);
-    saveAttribute(out, L"meta", column.meta);
+    writeAttribute(out, kName, column.name);
+    writeAttribute(out, kMeta, column.meta);
     out << L"/>\n";
   }
   out << L"</" << action << L">\n";
@@ -107,10 +133,10 @@ QHash<QString, qsizetype> positionsOf(const QVector<QString>& names) {
 }
 
 QString shownNames(const QVector<QString>& names) {
-  constexpr qsizetype kMostShown = 50;
-  QStringList shown(names.mid(0, kMostShown).toList());
-  if (names.size() > kMostShown) {
-    shown += table_messages::andMore(names.size() - kMostShown);
+  constexpr qsizetype kMaxShown = 50;
+  QStringList shown(names.mid(0, kMaxShown).toList());
+  if (names.size() > kMaxShown) {
+    shown += table_messages::andMore(names.size() - kMaxShown);
   }
   return shown.join(QStringLiteral(", "));
 }

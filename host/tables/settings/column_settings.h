@@ -1,7 +1,10 @@
 // What a user says about the columns of a table file: child elements `Column` with `name` and
 // `meta` fix types, and `onBadValue` says what becomes of values that do not fit.
 //
-// Used by: ReadCSV, ReadParquet and ReadArrow. Threads: plain values.  Errors: texts for the user.
+// A fault is reported while a graph is loaded, with its position in the file, and again from a
+// reader that was made without a graph.
+// Used by: ReadCSV, ReadParquet and ReadArrow.
+// Errors: texts for the user.
 #pragma once
 
 #include <vector>
@@ -10,8 +13,10 @@
 #include <QVector>
 
 #include "base/result.h"
+#include "host/contract/attribute_table.h"
+#include "host/contract/described_action.h"
 #include "host/contract/meta_info.h"
-#include "host/tables/settings/attribute_texts.h"
+#include "host/tables/settings/text_expansion.h"
 
 namespace kelvarin {
 
@@ -27,32 +32,33 @@ struct ColumnRules {
   std::vector<DeclaredColumn> declared;
 };
 
-// The elements that these settings allow inside an action.
-extern const std::vector<KnownElements> kColumnElements;
-
 class ColumnSettings {
  public:
-  // Reports faults while a graph is loaded.
-  explicit ColumnSettings(const XMLNode& action);
+  ColumnSettings(const XMLNode& action, const GlobalParameters* parameters);
 
+  static AttributeDescription describedAttribute();
+  static ElementDescription describedElement();
+
+  std::vector<ElementFault> faults(const XMLNode& action, const TextExpansion& expanded) const;
   Result<ColumnRules, QString> rules(const TextExpansion& expanded) const;
 
   // Writes the attribute where it differs from its default.
-  void saveAttributes(std::wostringstream& out) const;
+  void saveAttribute(std::wostringstream& out) const;
   // Closes the element's start tag, writes the children, and the end tag of the action.
   void saveChildrenAndEnd(std::wostringstream& out, const char* action) const;
 
  private:
-  struct ColumnElement {
+  struct Column {
     QString name;
     QString meta;
+    XMLNode element;
   };
 
   QString m_onBadValue;
-  std::vector<ColumnElement> m_columns;
+  std::vector<Column> m_columns;
 };
 
-// Where the names are; of several equal ones the first.
+// The index of each name; of several equal ones the first.
 QHash<QString, qsizetype> positionsOf(const QVector<QString>& names);
 
 // A list of names for a message, the first ones of many.

@@ -1,0 +1,33 @@
+#include "host/contract/described_action.h"
+
+namespace kelvarin {
+
+DescribedAction::~DescribedAction() = default;
+
+const ActionDescription* descriptionOf(const ActionItem& action) {
+  const auto* described = dynamic_cast<const DescribedAction*>(&action);
+  return described == nullptr ? nullptr : &described->description();
+}
+
+const std::vector<AttributeDescription>& attributesOfEveryAction() {
+  static const std::vector<AttributeDescription> attributes{
+      {.name = QStringLiteral("name"),
+       .kind = AttributeKind::text,
+       .meaning = QStringLiteral("the action's name, which no other action of the graph has"),
+       .defaultText = QString()},
+      {.name = QStringLiteral("version"),
+       .kind = AttributeKind::text,
+       .meaning = QStringLiteral("of the action's settings; written, and not looked at"),
+       .defaultText = QString()},
+      {.name = QStringLiteral("x"),
+       .kind = AttributeKind::number,
+       .meaning = QStringLiteral("the position on the canvas, from the left"),
+       .defaultText = QStringLiteral("0")},
+      {.name = QStringLiteral("y"),
+       .kind = AttributeKind::number,
+       .meaning = QStringLiteral("the position on the canvas, from the top"),
+       .defaultText = QStringLiteral("0")}};
+  return attributes;
+}
+
+}  // namespace kelvarin
