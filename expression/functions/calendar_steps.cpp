@@ -59,11 +59,10 @@ double stepsBetween(const QDateTime& from, const QDateTime& to, int monthsInStep
   }
   const int months = monthNumber(to.date()) - monthNumber(from.date());
   const int steps = static_cast<int>(std::floor(static_cast<double>(months) / monthsInStep));
-  return largestStep(steps, to,
-                     [&](qint64 n) {
-                       const int all = static_cast<int>(n) * monthsInStep;
-                       return onDay(from, from.date().addMonths(all));
-                     });
+  return largestStep(steps, to, [&](qint64 n) {
+    const int all = static_cast<int>(n) * monthsInStep;
+    return onDay(from, from.date().addMonths(all));
+  });
 }
 
 }  // namespace

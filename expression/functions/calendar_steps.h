@@ -1,9 +1,10 @@
 // Steps over the calendar: adding months, whole months between two dates, ends of months and
 // quarters.
 //
-// Days and months are those of the date's own time zone; weeks are those of ISO 8601. A date that
-// is too far away to have a name is invalid, as is every step from an invalid one. Used by the
-// functions on elapsed times and on date texts.  Threads: plain functions.
+// Used by the functions on elapsed times and on date texts. Days and months are those of the date's
+// own time zone; weeks are those of ISO 8601. A date beyond about 100,000 years is invalid, as is
+// every step from an invalid one. The calendar of the C++ library ends with the year 32,767, so Qt's
+// is used.
 #pragma once
 
 #include <QDateTime>
@@ -17,7 +18,7 @@ QDateTime dateOfElapsed(const DateContext& dates, double elapsed);
 // In whole units, negative before the reference instant; null for an invalid date.
 double elapsedOfDate(const DateContext& dates, const QDateTime& date);
 
-// Numbers are truncated. A month that has no such day gives its last day.
+// Numbers are truncated. In a month that has no such day its last day is taken.
 QDateTime withAdded(const QDateTime& date, double years, double months, double days);
 QDateTime withAddedSeconds(const QDateTime& date, double seconds);
 // At 00:00 of the last day of the month that is `months` later.

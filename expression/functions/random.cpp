@@ -9,15 +9,15 @@ namespace kelvarin {
 namespace {
 
 double uniform(FunctionContext& context) {
-  return context.random.drawUnit();
+  return drawUnit(context.random);
 }
 
 double uniformBelow(FunctionContext& context, double x) {
-  return isNullNumber(x) ? kNullNumber : context.random.drawUnit() * x;
+  return isNullNumber(x) ? kNullNumber : drawUnit(context.random) * x;
 }
 
 double wholeBelow(FunctionContext& context, double x) {
-  return isNullNumber(x) ? kNullNumber : std::floor(context.random.drawUnit() * x);
+  return isNullNumber(x) ? kNullNumber : std::floor(drawUnit(context.random) * x);
 }
 
 // Whatever the argument is.
