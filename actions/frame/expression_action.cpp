@@ -190,7 +190,9 @@ bool ExpressionAction::checkTriedOutput(int index, const QString& text) {
   }
   const bool stops = mayFailedRowStop();
   const bool isWrongType = text == QLatin1String(messages::kStringForNumber);
-  const ExpressionError error = isWrongType ? ExpressionError{text, -1, {}}
+  const ExpressionError error = isWrongType
+                                    ? ExpressionError{.message = text,
+                                                      .kind = ExpressionError::Kind::textForNumber}
                                             : m_evaluator.lastFailure().error;
   logFailure(stops ? LogLevel::error : LogLevel::warning, shown, index, error,
              QString::fromUtf8(stops ? messages::kSampleMayDiffer : messages::kFailedRowsGoOn));

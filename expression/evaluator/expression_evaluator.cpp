@@ -20,6 +20,7 @@
 #include "expression/evaluator/messages.h"
 #include "expression/evaluator/result_writer.h"
 #include "expression/evaluator/row_binding.h"
+#include "expression/functions/called_functions.h"
 
 namespace kelvarin {
 
@@ -105,7 +106,8 @@ struct ExpressionEvaluator::State {
       case ResultWriter::Outcome::ok:
         break;
       case ResultWriter::Outcome::textForNumber:
-        return fail(target, {QString::fromUtf8(messages::kStringForNumber), -1, {}});
+        return fail(target, {.message = QString::fromUtf8(messages::kStringForNumber),
+                             .kind = ExpressionError::Kind::textForNumber});
       case ResultWriter::Outcome::noKey:
         return failToCast(target, value.number);
     }
@@ -262,7 +264,7 @@ void ExpressionEvaluator::requireBackend(BackendKind kind) {
 DateStatus ExpressionEvaluator::prepareDateContext(const QStringList& expressions) {
   State& state = *m_state;
   state.functions.seed(seedOf(state.options.time));
-  const DateStatus status = state.functions.dates.prepare(expressions, state.hasDateInputs());
+  const DateStatus status = prepareDates(state.functions.dates, expressions, state.hasDateInputs());
   setCurrentTime(state.constants, state.functions.dates);
   return status;
 }
