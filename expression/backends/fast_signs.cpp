@@ -108,14 +108,16 @@ QString preparedText(QStringView literal) {
 
 std::optional<ExpressionError> refusalOfSigns(const QString& expression) {
   if (const auto position = positionOfSignCharacter(expression)) {
-    return ExpressionError{
-        QString::fromUtf8(messages::kControlCharacter), static_cast<int>(*position), {}};
+    return ExpressionError{.message = QString::fromUtf8(messages::kControlCharacter),
+                           .position = static_cast<int>(*position),
+                           .kind = ExpressionError::Kind::refusedCharacter};
   }
   const ExpressionTokens tokens(expression);
   for (const Token& token : tokens) {
     if (token.fault == TokenFault::unknownEscape) {
-      return ExpressionError{QString::fromUtf8(messages::kUnknownEscape),
-                             static_cast<int>(positionOf(token)), tokens.text(token).toString()};
+      return ExpressionError{.message = QString::fromUtf8(messages::kUnknownEscape),
+                             .position = static_cast<int>(positionOf(token)),
+                             .token = tokens.text(token).toString()};
     }
   }
   if (isAmbiguous(kindsIn(tokens))) {
