@@ -96,6 +96,16 @@ qsizetype lastOccurrence(const QString& expression, const QString& token, qsizet
   return found;
 }
 
+// The position of the quote that opens a text without an end; -1 when each text has its end.
+qsizetype unclosedText(const QString& expression) {
+  for (const Token& token : ExpressionTokens(expression)) {
+    if (token.fault == TokenFault::unclosed) {
+      return positionOf(token);
+    }
+  }
+  return -1;
+}
+
 // Libraries may report the position behind the token.
 qsizetype beginOfToken(const QString& expression, const ExpressionError& error) {
   const qsizetype position = std::min<qsizetype>(error.position, expression.size());
@@ -117,15 +127,6 @@ ExpressionError withPosition(ExpressionError error, const QString& expression) {
     error.position = static_cast<int>(lastOccurrence(expression, error.token, expression.size()));
   }
   return error;
-}
-
-qsizetype unclosedText(const QString& expression) {
-  for (const Token& token : ExpressionTokens(expression)) {
-    if (token.fault == TokenFault::unclosed) {
-      return positionOf(token);
-    }
-  }
-  return -1;
 }
 
 QString markedExpression(const QString& expression, const ExpressionError& error) {

@@ -14,9 +14,6 @@ namespace kelvarin {
 // outside of texts. Unchanged where there is no token, or it is not in the expression.
 ExpressionError withPosition(ExpressionError error, const QString& expression);
 
-// The position of the quote that opens a text without an end; -1 when each text has its end.
-qsizetype unclosedText(const QString& expression);
-
 // Two lines, or one where the position is unknown. Of a long expression the part around the
 // position.
 QString markedExpression(const QString& expression, const ExpressionError& error);

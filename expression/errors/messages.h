@@ -114,34 +114,69 @@ inline QString controlCharacterInName(int code, qsizetype position) {
 }
 
 // What a back-end refuses before its library sees it.
-inline constexpr char kTooLong[] =
-    "The expression is too long: it has %1 characters, and at most 10000 are possible (19999 where "
-    "every value is a number). Split it into several expressions.";
-inline constexpr char kTooManyResults[] =
-    "The expression gives several values, separated by commas; one was expected.";
-inline constexpr char kNulCharacter[] = "The expression holds a NUL character. Remove it.";
-inline constexpr char kControlCharacter[] =
-    "The expression holds a control character. Remove it.";
-inline constexpr char kUnknownEscape[] =
-    "A text has an unknown escape. Known are \\n, \\r, \\t, \\\" and \\\\.";
-inline constexpr char kTooDeep[] = "Brackets are nested more than %1 deep. Split the expression.";
-inline constexpr char kOperandMissing[] = "Unexpected operator \"%1\" found at position %2.";
-inline constexpr char kUnparsable[] = "The expression cannot be understood. Check its operators.";
-inline constexpr char kMixedBitOperators[] =
-    "The %1 takes bit operators of one kind only, and none beside comparisons. Use the String "
-    "Parser.";
-inline constexpr char kNotLatin1[] =
-    "The %1 takes no character beyond Latin-1. Use the String Parser.";
-inline constexpr char kArrayResult[] =
-    "The expression evaluated to an array and a single value was expected";
-inline constexpr char kTooManyElements[] = "An array of more than %1 elements was asked for.";
-inline constexpr char kTooManyElementsInAll[] =
-    "The arrays of this expression have more than %1 elements together.";
-inline constexpr char kArrayAssigned[] = "An array cannot be assigned to a variable.";
-inline constexpr char kTextTooLong[] = "A text of more than %1 bytes would arise.";
-inline constexpr char kTextsTooLong[] =
-    "The texts of this expression, those on the way to its result included, take more than %1 "
-    "bytes together.";
-inline constexpr char kOutOfMemory[] = "The memory does not suffice for this expression.";
+inline QString tooLong(qsizetype size) {
+  return QStringLiteral(
+             "The expression is too long: it has %1 characters, and at most 10000 are possible "
+             "(19999 where every value is a number). Split it into several expressions.")
+      .arg(size);
+}
+inline QString tooManyResults() {
+  return QStringLiteral(
+      "The expression gives several values, separated by commas; one was expected.");
+}
+inline QString nulCharacter() {
+  return QStringLiteral("The expression holds a NUL character. Remove it.");
+}
+inline QString controlCharacter() {
+  return QStringLiteral("The expression holds a control character. Remove it.");
+}
+inline QString unknownEscape() {
+  return QStringLiteral("A text has an unknown escape. Known are \\n, \\r, \\t, \\\" and \\\\.");
+}
+inline QString tooDeep(int limit) {
+  return QStringLiteral("Brackets are nested more than %1 deep. Split the expression.").arg(limit);
+}
+inline QString operandMissing(const QString& sign, qsizetype position) {
+  return QStringLiteral("Unexpected operator \"%1\" found at position %2.")
+      .arg(sign, QString::number(position));
+}
+inline QString unparsable() {
+  return QStringLiteral("The expression cannot be understood. Check its operators.");
+}
+inline QString mixedBitOperators(const QString& engine) {
+  return QStringLiteral(
+             "The %1 takes bit operators of one kind only, and none beside comparisons. Use the "
+             "String Parser.")
+      .arg(engine);
+}
+inline QString notLatin1(const QString& engine) {
+  return QStringLiteral("The %1 takes no character beyond Latin-1. Use the String Parser.")
+      .arg(engine);
+}
+inline QString arrayResult() {
+  return QStringLiteral("The expression evaluated to an array and a single value was expected");
+}
+inline QString tooManyElements(long long limit) {
+  return QStringLiteral("An array of more than %1 elements was asked for.").arg(limit);
+}
+inline QString tooManyElementsInAll(long long limit) {
+  return QStringLiteral("The arrays of this expression have more than %1 elements together.")
+      .arg(limit);
+}
+inline QString arrayAssigned() {
+  return QStringLiteral("An array cannot be assigned to a variable.");
+}
+inline QString textTooLong(long long limit) {
+  return QStringLiteral("A text of more than %1 bytes would arise.").arg(limit);
+}
+inline QString textsTooLong(long long limit) {
+  return QStringLiteral(
+             "The texts of this expression, those on the way to its result included, take more "
+             "than %1 bytes together.")
+      .arg(limit);
+}
+inline QString outOfMemory() {
+  return QStringLiteral("The memory does not suffice for this expression.");
+}
 
 }  // namespace kelvarin::messages
