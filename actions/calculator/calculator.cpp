@@ -61,13 +61,8 @@ void Calculator::saveXML(std::wostringstream& out, QString name) {
 }
 
 char Calculator::init() {
-  m_variables = m_inputs;
-  m_elementCount = 1;
-  m_columnOfOutput.clear();
-  m_updatedNumbers.clear();
-  m_lookout.close();
-  m_rowsEvaluated = 0;
-  m_columnsAhead.clear();
+  m_rows.reset();
+  m_computedColumns.clear();
   const bool isRefused = ExpressionAction::init() != 0;
   return isRefused || !areOutputsWhole() ? 1 : 0;
 }

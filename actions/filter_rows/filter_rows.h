@@ -53,7 +53,6 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
   void buildOutputRows(const OneRow& columns);
   [[nodiscard]] bool plan(const OneRow& columns);
   bool startRows(const OneRow& firstRow);
-  void startSampling();
   bool isSampling() const { return m_sampleSize > 0; }
 
   void passTo(int pin, const OneRow& row) {

@@ -1,11 +1,12 @@
 // The calculator at a row from which on rows are in hand.
 #include "actions/calculator/calculator.h"
+#include "actions/calculator/scalar_rows.h"
 
 namespace kelvarin {
 
 // False: the row is one of those that are evaluated by themselves.
-bool Calculator::evaluateAhead() {
-  const RowsAhead rows = rowsAheadOnInPin(0);
+bool ScalarRows::evaluateAhead() {
+  const RowsAhead rows = m_action.rowsAheadOnInPin(0);
   m_rowsEvaluated = m_evaluator.evaluateAhead(rows);
   if (m_rowsEvaluated == 0) {
     m_lookout.sawNothing(m_evaluator.canEvaluateAhead());
@@ -16,25 +17,25 @@ bool Calculator::evaluateAhead() {
   connectResultsAhead();
   m_computedRows.setInput(rows);
   const bool canBeTaken = rows.canBeTaken && !m_mustLoadRows && m_outputsByRow.empty();
-  offerRowsOnOutputPin(0, m_computedRows, m_rowsEvaluated,
-                       canBeTaken ? &Calculator::takeRows : nullptr);
+  m_action.offerRowsOnOutputPin(0, m_computedRows, m_rowsEvaluated,
+                                canBeTaken ? &ScalarRows::takeRows : nullptr);
   return true;
 }
 
-void Calculator::takeRows(ActionItem* action, std::size_t count) {
-  auto& self = static_cast<Calculator&>(*action);
+void ScalarRows::takeRows(ActionItem* action, std::size_t count) {
+  auto& self = Calculator::rowsOf<ScalarRows>(*action);
   for (ColumnAhead& ahead : self.m_columnsAhead) {
     ahead.next += count * ahead.step;
   }
   self.m_rowsEvaluated -= count;
   self.m_evaluator.advanceRows(count);
-  self.takeRowsOfInPin(0, count);
+  action->takeRowsOfInPin(0, count);
 }
 
-void Calculator::connectResultsAhead() {
+void ScalarRows::connectResultsAhead() {
   m_columnsAhead.clear();
   m_outputsByRow.clear();
-  m_computedRows.setColumnCount(static_cast<std::size_t>(getOutputRowForOutputPin(0)->sz()));
+  m_computedRows.setColumnCount(static_cast<std::size_t>(m_action.getOutputRowForOutputPin(0)->sz()));
   for (int output = 0; output < m_evaluator.outputCount(); ++output) {
     const ColumnResults results = m_evaluator.resultsAhead(output);
     const int column = m_columnOfOutput[static_cast<std::size_t>(output)];
@@ -48,10 +49,9 @@ void Calculator::connectResultsAhead() {
   }
 }
 
-void Calculator::disconnectResultsAhead() {
-  unsigned char** places = getOutputRowForOutputPin(0)->getAllColForWrite();
+void ScalarRows::disconnectResultsAhead() {
   for (const ColumnAhead& ahead : m_columnsAhead) {
-    places[ahead.column] = ahead.cell;
+    m_columns[ahead.column] = ahead.cell;
   }
   m_columnsAhead.clear();
 }
