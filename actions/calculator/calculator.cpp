@@ -2,6 +2,7 @@
 
 #include "actions/frame/evaluation_attributes.h"
 #include "actions/frame/messages.h"
+#include "actions/frame/read_back.h"
 #include "actions/frame/variables_xml.h"
 #include "expression/errors/messages.h"
 
@@ -60,6 +61,12 @@ void Calculator::saveXML(std::wostringstream& out, QString name) {
   out << L"  </OutputVars>\n</" << typeName() << L">\n";
 }
 
+bool Calculator::setOutputVariables(std::vector<OutputVariable> outputs) {
+  const bool isSet = setAsReadBack(*this, &Calculator::m_outputs, std::move(outputs));
+  m_areOutputsEdited |= isSet;
+  return isSet;
+}
+
 char Calculator::init() {
   m_rows.reset();
   m_computedColumns.clear();
@@ -68,19 +75,19 @@ char Calculator::init() {
 }
 
 bool Calculator::areOutputsWhole() const {
-  const std::vector<XMLNode> elements = outputVariableElements(node());
-  if (!node().isEmpty() && elements.empty()) {
+  const std::vector<XMLNode> elements =
+      m_areOutputsEdited ? std::vector<XMLNode>() : outputVariableElements(node());
+  if (!m_areOutputsEdited && !node().isEmpty() && elements.empty()) {
     MainUI::addLog(LogLevel::warning, messages::noOutputs(m_outputs.front().name));
   }
   bool isWhole = true;
-  for (std::size_t i = 0; i < elements.size(); ++i) {
-    LogDetails details;
-    details.place = elements[i].place();
-    details.output = expandString(m_outputs[i].name);
+  for (std::size_t i = 0; i < m_outputs.size(); ++i) {
+    const int output = static_cast<int>(i);
+    const LogDetails details = detailsOfOutput(output);
     if (details.output.trimmed().isEmpty()) {
-      logWithDetails(LogLevel::error, messages::outputWithoutName(static_cast<int>(i)), details);
+      logWithDetails(LogLevel::error, messages::outputWithoutName(output), details);
       isWhole = false;
-    } else if (!hasExpression(elements[i])) {
+    } else if (i < elements.size() && !hasExpression(elements[i])) {
       logWithDetails(LogLevel::warning, messages::outputWithoutExpression(details.output), details);
     }
   }
@@ -89,7 +96,9 @@ bool Calculator::areOutputsWhole() const {
 
 LogDetails Calculator::detailsOfOutput(int output) const {
   LogDetails details;
-  details.place = placeOfOutputVariable(node(), output);
+  if (!m_areOutputsEdited) {
+    details.place = placeOfOutputVariable(node(), output);
+  }
   details.output = expandString(m_outputs[static_cast<std::size_t>(output)].name);
   return details;
 }

@@ -31,6 +31,10 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   char init() override;
   void setComputeRoutine() override;
 
+  // For editors, as the setters of ExpressionAction. At least one output is left.
+  const std::vector<OutputVariable>& outputVariables() const { return m_outputs; }
+  [[nodiscard]] bool setOutputVariables(std::vector<OutputVariable> outputs);
+
   // For row computations: the routine of one whose type is known, without a virtual call a row.
   template <typename Rows, bool (Rows::*kCompute)(const OneRow&)>
   static bool computeRow(ActionItem* action) {
@@ -82,6 +86,7 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   static bool computeObservedRow(ActionItem* action);
   RowStep evaluateObservedRow(const OneRow& row);
 
+  bool m_areOutputsEdited = false;  // no longer those of the graph file
   std::unique_ptr<RowComputation> m_rows;
   std::vector<int> m_computedColumns;  // of the output row
 };

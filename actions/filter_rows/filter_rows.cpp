@@ -6,6 +6,7 @@
 #include "actions/frame/attributes.h"
 #include "actions/frame/evaluation_attributes.h"
 #include "actions/frame/messages.h"
+#include "actions/frame/read_back.h"
 #include "actions/frame/variables_xml.h"
 #include "expression/errors/error_texts.h"
 #include "expression/errors/messages.h"
@@ -74,6 +75,15 @@ void FilterRows::saveXML(std::wostringstream& out, QString name) {
     writeInputVariable(out, variable);
   }
   out << L" </InputVars>\n</" << typeName() << L">\n";
+}
+
+bool FilterRows::setSettings(FilterSettings settings) {
+  const bool truncates = settings.truncate;
+  const bool isSet = setAsReadBack(*this, &FilterRows::m_settings, std::move(settings));
+  if (isSet) {
+    m_settings.truncate = truncates;
+  }
+  return isSet;
 }
 
 char FilterRows::init() {

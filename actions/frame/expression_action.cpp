@@ -2,6 +2,7 @@
 
 #include "actions/frame/evaluation_attributes.h"
 #include "actions/frame/messages.h"
+#include "actions/frame/read_back.h"
 #include "actions/frame/variables_xml.h"
 #include "expression/backends/expression_text.h"
 #include "expression/errors/error_texts.h"
@@ -15,6 +16,16 @@
 #include "host/contract/missing_column.h"
 
 namespace kelvarin {
+
+bool ExpressionAction::setInputVariables(std::vector<InputVariable> variables) {
+  const bool isSet = setAsReadBack(*this, &ExpressionAction::m_inputs, std::move(variables));
+  m_areInputsEdited |= isSet;
+  return isSet;
+}
+
+bool ExpressionAction::setOptions(EvaluationOptions options) {
+  return setAsReadBack(*this, &ExpressionAction::m_options, std::move(options));
+}
 
 char ExpressionAction::init() {
   ActionItem::init();
@@ -92,9 +103,14 @@ void ExpressionAction::tellTextsAsNumbers(const OneRow& columns) const {
     }
     LogDetails details;
     details.column = column;
-    details.place = placeOfInputVariable(node(), static_cast<int>(i));
+    details.place = locationOfInput(i);
     logWithDetails(LogLevel::information, messages::textEntersAsNumber(column), details);
   }
+}
+
+XMLNode::Place ExpressionAction::locationOfInput(std::size_t index) const {
+  return m_areInputsEdited ? XMLNode::Place{}
+                           : placeOfInputVariable(node(), static_cast<int>(index));
 }
 
 // `text` is about the first variable with a column that is not there, or with columns that differ
@@ -106,7 +122,7 @@ void ExpressionAction::reportMissingColumn(const OneRow& columns, const QString&
       const QString name = expandString(unexpanded);
       if (columns.getIndexOfColumn(name) < 0) {
         details.column = name;
-        details.place = placeOfInputVariable(node(), static_cast<int>(i));
+        details.place = locationOfInput(i);
         break;
       }
     }

@@ -25,6 +25,15 @@ class ExpressionAction : public ActionItem {
   // and every row waits.
   void setObserver(RowObserver* observer) { m_observer = observer; }
 
+  // For editors, between runs. A setter leaves what reading the action's XML would, or answers
+  // false and changes nothing, where a text cannot stand in a graph file.
+  const std::vector<InputVariable>& inputVariables() const { return m_inputs; }
+  [[nodiscard]] bool setInputVariables(std::vector<InputVariable> variables);
+  const EvaluationOptions& options() const { return m_options; }
+  [[nodiscard]] bool setOptions(EvaluationOptions options);
+  // What hasFailed() answers until the next run: an editor found the expression to be wrong.
+  void setErrorFlag(bool hasError) { m_hasFailed = hasError; }
+
   // Refuses elements that it does not know.
   char init() override;
   // Tells what the user should know at the end of a run; an error of the action's own says it all.
@@ -91,6 +100,7 @@ class ExpressionAction : public ActionItem {
   // With the place of the error in the expression, and what may have been meant.
   void logFailure(LogLevel level, const QString& text, int output, const ExpressionError& error,
                   const QString& note = QString()) const;
+  XMLNode::Place locationOfInput(std::size_t index) const;
   void reportMissingColumn(const OneRow& columns, const QString& text) const;
   void tellTextsAsNumbers(const OneRow& columns) const;
   const OutputVariable& output(int index) const {
@@ -105,7 +115,8 @@ class ExpressionAction : public ActionItem {
   RowObserver* m_observer = nullptr;
   std::vector<InputVariable> m_variablesOfRun;  // table on the second pin included, names expanded
   std::vector<OutputVariable> m_outputsOfRun;
-  bool m_isRowLoaded = false;  // the variables have the values of a row
+  bool m_isRowLoaded = false;      // the variables have the values of a row
+  bool m_areInputsEdited = false;  // no longer those of the graph file
 };
 
 }  // namespace kelvarin
