@@ -8,7 +8,7 @@
 #include "cli/console.h"
 #include "cli/messages.h"
 #include "cli/value_json.h"
-#include "expression/backends/backend_kind.h"
+#include "expression/errors/backend_kind.h"
 #include "expression/functions/function_line.h"
 #include "expression/help/language_entries.h"
 #include "host/contract/nearest_names.h"

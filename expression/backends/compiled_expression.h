@@ -6,10 +6,13 @@
 #include <memory>
 #include <span>
 #include <string_view>
+#include <vector>
+
+#include <QString>
 
 #include "base/null_number.h"
 #include "base/result.h"
-#include "expression/backends/backend_kind.h"
+#include "expression/errors/backend_kind.h"
 #include "expression/backends/text_arguments.h"
 #include "expression/errors/expression_error.h"
 
@@ -23,6 +26,12 @@ struct EvaluatedValue {
   std::string_view text;        // UTF-8, until the next evaluation or row
 
   bool isText() const { return type == Type::text || type == Type::nullText; }
+};
+
+// A variable that an expression assigned to, and what it has become for that expression.
+struct AssignedValue {
+  QString name;
+  EvaluatedValue value;
 };
 
 class NumberExpression;
@@ -39,6 +48,8 @@ class CompiledExpression {
   const ExpressionError& error() const { return m_error; }
   // Of all evaluations so far.
   virtual TextArguments textArguments() const { return {}; }
+  // By the last evaluation; no other expression sees them.
+  virtual std::vector<AssignedValue> assignedValues() const { return {}; }
 
  protected:
   ExpressionError m_error;

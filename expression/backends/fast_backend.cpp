@@ -1,5 +1,7 @@
 #include "expression/backends/fast_backend.h"
 
+#include <bit>
+#include <cstdint>
 #include <exception>
 #include <memory>
 #include <string>
@@ -59,6 +61,18 @@ class FastExpression final : public NumberExpression {
 
   BackendKind kind() const override { return BackendKind::fast; }
 
+  std::vector<AssignedValue> assignedValues() const override {
+    std::vector<AssignedValue> values;
+    for (const auto& own : m_ownValues) {
+      const bool isAssigned = std::bit_cast<std::uint64_t>(own->value) !=
+                              std::bit_cast<std::uint64_t>(*own->source);
+      if (isAssigned) {
+        values.push_back({own->name, {EvaluatedValue::Type::number, own->value, {}}});
+      }
+    }
+    return values;
+  }
+
   NumberCall numberCall() override {
     return {m_mayAssign ? evaluateWithOwnValues : evaluateNow, this};
   }
@@ -66,6 +80,7 @@ class FastExpression final : public NumberExpression {
  private:
   // A variable that the expression may assign to, which nobody else is to see.
   struct OwnValue {
+    QString name;
     const double* source;
     double value;
   };
@@ -112,7 +127,7 @@ class FastExpression final : public NumberExpression {
     for (const StoredVariable& variable : scope.variables.variables()) {
       if (!variable.isText && isVariableName(variable.name) && names.remove(variable.name)) {
         m_parser.DefineVar(latin1(variable.name),
-                           valueToRead(scope.variables.numbers() + variable.place));
+                           valueToRead(variable.name, scope.variables.numbers() + variable.place));
       }
     }
     for (const NamedConstant& constant : scope.constants) {
@@ -122,11 +137,11 @@ class FastExpression final : public NumberExpression {
     }
   }
 
-  double* valueToRead(double* source) {
+  double* valueToRead(const QString& name, double* source) {
     if (!m_mayAssign) {
       return source;
     }
-    m_ownValues.push_back(std::make_unique<OwnValue>(OwnValue{source, *source}));
+    m_ownValues.push_back(std::make_unique<OwnValue>(OwnValue{name, source, *source}));
     return &m_ownValues.back()->value;
   }
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "expression/backends/backend_kind.h"
+#include "expression/errors/backend_kind.h"
 #include "expression/backends/bit_operations.h"
 #include "expression/backends/expression_text.h"
 #include "expression/errors/messages.h"

@@ -56,6 +56,28 @@ void loadHolder(const VariableStore& variables, ValueHolder& holder) {
   }
 }
 
+// False when it is an array.
+bool read(const mup::IValue& from, EvaluatedValue& value) {
+  switch (from.GetType()) {
+    case 'i':
+    case 'f':
+      value.type = EvaluatedValue::Type::number;
+      value.number = from.GetFloat();
+      return true;
+    case 'b':
+      value.type = EvaluatedValue::Type::boolean;
+      value.number = from.GetBool() ? 1.0 : 0.0;
+      return true;
+    case 's':
+      value.text = from.GetString();
+      value.type = value.text == kNullTextBytes ? EvaluatedValue::Type::nullText
+                                                : EvaluatedValue::Type::text;
+      return true;
+    default:
+      return false;
+  }
+}
+
 std::string utf8(const QString& text) {
   return text.toStdString();
 }
@@ -144,6 +166,17 @@ class StringExpression final : public CompiledExpression {
             positionOfByte(m_expression, m_watch.bytePosition()), m_watch.row()};
   }
 
+  std::vector<AssignedValue> assignedValues() const override {
+    std::vector<AssignedValue> values;
+    for (const ValueHolder* target : m_targets) {
+      AssignedValue assigned{target->variable.name, {}};
+      if (read(target->value, assigned.value)) {
+        values.push_back(assigned);
+      }
+    }
+    return values;
+  }
+
   bool evaluate(EvaluatedValue& value) override {
     m_parser.limits().restart();
     for (const auto& [name, holder] : m_ownHolders) {
@@ -173,25 +206,12 @@ class StringExpression final : public CompiledExpression {
   }
 
   bool take(const mup::IValue& result, EvaluatedValue& value) {
-    switch (result.GetType()) {
-      case 'i':
-      case 'f':
-        value.type = EvaluatedValue::Type::number;
-        value.number = result.GetFloat();
-        return true;
-      case 'b':
-        value.type = EvaluatedValue::Type::boolean;
-        value.number = result.GetBool() ? 1.0 : 0.0;
-        return true;
-      case 's':
-        value.text = result.GetString();
-        value.type = value.text == kNullTextBytes ? EvaluatedValue::Type::nullText
-                                                  : EvaluatedValue::Type::text;
-        return true;
-      default:
-        m_error = {QString::fromUtf8(messages::kArrayResult), -1, {}};
-        return false;
+    if (read(result, value)) {
+      return true;
     }
+    m_error = {.message = QString::fromUtf8(messages::kArrayResult),
+               .kind = ExpressionError::Kind::notOneValue};
+    return false;
   }
 
   void addValues(QSet<QString> names, const ExpressionScope& scope, ValueHolders& holders) {
@@ -205,8 +225,9 @@ class StringExpression final : public CompiledExpression {
           define(name, holderOf(variable, scope.variables, holders).value);
         }
         if (const QString target = markedTarget(name); names.remove(target)) {
-          mup::Value& value = holderOf(variable, scope.variables, holders).value;
-          m_parser.DefineVar(utf8(target), mup::Variable(&value));
+          ValueHolder& holder = holderOf(variable, scope.variables, holders);
+          m_targets.push_back(&holder);
+          m_parser.DefineVar(utf8(target), mup::Variable(&holder.value));
         }
       }
     }
@@ -241,6 +262,7 @@ class StringExpression final : public CompiledExpression {
   const bool m_mayAssign;
   std::string m_expression;
   ValueHolders m_ownHolders;  // of all variables it uses, if it may assign to one
+  std::vector<const ValueHolder*> m_targets;  // those that it assigns to
   NonNumberWatch m_watch;
   StringLibrary m_parser;
 };

@@ -58,10 +58,9 @@ class VariableStore {
   const TextCell& text(std::size_t place) const { return m_texts[place]; }
 
   double rowNumber() const { return m_rowNumber; }
-  void advanceRows(double count) {
-    m_rowNumber += count;
-    m_numbers[0] = m_rowNumber;
-  }
+  void advanceRows(double count) { m_rowNumber += count; }
+  // Lets expressions see the number of the row that is being loaded.
+  void loadRowNumber() { m_numbers[0] = m_rowNumber; }
 
  private:
   std::vector<StoredVariable> m_variables;

@@ -8,7 +8,7 @@
 
 #include <QString>
 
-#include "expression/backends/backend_kind.h"
+#include "expression/errors/backend_kind.h"
 #include "expression/errors/expression_error.h"
 
 namespace kelvarin {

@@ -3,6 +3,7 @@
 #include "expression/backends/expression_text.h"
 #include "expression/backends/fast_backend.h"
 #include "expression/backends/native_backend.h"
+#include "expression/errors/expression_mark.h"
 
 namespace kelvarin {
 
@@ -12,35 +13,65 @@ bool isTried(BackendKind kind, const BackendRules& rules) {
   if (rules.required) {
     return *rules.required == kind;
   }
+  const bool takesNumbersOnly = kind != BackendKind::string;
+  const bool isOff = kind == BackendKind::native && !rules.allowsNative;
+  return !isOff && !(takesNumbersOnly && (rules.isObserved || rules.isText));
+}
+
+EngineChoice::Reason reasonOf(BackendKind chosen, const BackendRules& rules) {
+  if (rules.required) {
+    return EngineChoice::Reason::required;
+  }
+  if (chosen == BackendKind::native) {
+    return EngineChoice::Reason::fastest;
+  }
+  if (rules.isText) {
+    return EngineChoice::Reason::textResult;
+  }
+  if (rules.isObserved) {
+    return EngineChoice::Reason::observed;
+  }
+  return chosen == BackendKind::fast && !rules.allowsNative ? EngineChoice::Reason::nativeIsOff
+                                                            : EngineChoice::Reason::token;
+}
+
+CompileResult compileWith(BackendKind kind, const QString& text, const ExpressionScope& scope,
+                          StringBackend& stringBackend) {
   switch (kind) {
     case BackendKind::native:
-      return rules.allowsNumberBackends && rules.allowsNative;
+      return compileNative(text, scope);
     case BackendKind::fast:
-      return rules.allowsNumberBackends;
+      return compileFast(text, scope);
     case BackendKind::string:
       break;
   }
-  return true;
+  return stringBackend.compile(text, scope);
 }
 
 }  // namespace
 
-CompileResult compileWithFirstFit(const QString& expression, const BackendRules& rules,
+ChosenBackend compileWithFirstFit(const QString& expression, const BackendRules& rules,
                                   const ExpressionScope& scope, StringBackend& stringBackend) {
   const QString text = withoutLineBreaks(expression);
-  CompileResult result = Failure{ExpressionError{}};
+  ChosenBackend chosen{Failure{ExpressionError{}}, {}};
+  ExpressionError refusal;  // of the next faster one
   for (const BackendKind kind : {BackendKind::native, BackendKind::fast, BackendKind::string}) {
     if (!isTried(kind, rules)) {
       continue;
     }
-    result = kind == BackendKind::native ? compileNative(text, scope)
-             : kind == BackendKind::fast ? compileFast(text, scope)
-                                         : stringBackend.compile(text, scope);
-    if (result) {
-      return result;
+    chosen.compiled = compileWith(kind, text, scope, stringBackend);
+    if (chosen.compiled) {
+      chosen.choice.engine = kind;
+      break;
     }
+    refusal = withPosition(chosen.compiled.error(), expression);
   }
-  return result;
+  chosen.choice.reason = reasonOf(chosen.choice.engine, rules);
+  if (chosen.choice.reason == EngineChoice::Reason::token) {
+    chosen.choice.token = refusal.token;
+    chosen.choice.position = refusal.position;
+  }
+  return chosen;
 }
 
 }  // namespace kelvarin

@@ -8,6 +8,9 @@ namespace kelvarin {
 
 namespace {
 
+const QString kNow = QStringLiteral("_now");
+const QString kNowText = QStringLiteral("_nowS");
+
 NamedConstant constantOf(const ConstantLine& line, const GlobalParameters* parameters) {
   const bool isText = line.text != nullptr;
   return {QString::fromLatin1(line.name), line.backends, isText, line.number,
@@ -40,17 +43,17 @@ std::vector<NamedConstant> constantsOf(const GlobalParameters* parameters) {
   return constants;
 }
 
+bool isCurrentTime(const NamedConstant& constant) {
+  return constant.name == kNow || constant.name == kNowText;
+}
+
 void setCurrentTime(std::vector<NamedConstant>& constants, const DateContext& dates) {
-  const QString now = QStringLiteral("_now");
-  const QString nowText = QStringLiteral("_nowS");
-  std::erase_if(constants, [&](const NamedConstant& constant) {
-    return constant.name == now || constant.name == nowText;
-  });
+  std::erase_if(constants, isCurrentTime);
   if (dates.parameters().addNow) {
-    constants.push_back({now, kInAll, false, dates.currentElapsedTime(), {}});
+    constants.push_back({kNow, kInAll, false, dates.currentElapsedTime(), {}});
   }
   if (dates.parameters().addNowS) {
-    constants.push_back({nowText, kInString, true, 0.0, dates.currentDateString()});
+    constants.push_back({kNowText, kInString, true, 0.0, dates.currentDateString()});
   }
 }
 

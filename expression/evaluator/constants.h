@@ -14,6 +14,7 @@ namespace kelvarin {
 std::vector<NamedConstant> constantsOf(const GlobalParameters* parameters);
 
 // `_now` and `_nowS` as the parameters of `dates` ask for them, taken once.
+bool isCurrentTime(const NamedConstant& constant);
 void setCurrentTime(std::vector<NamedConstant>& constants, const DateContext& dates);
 
 }  // namespace kelvarin

@@ -6,74 +6,54 @@
 
 namespace kelvarin {
 
-namespace {
-
-ExpressionValue valueOf(const EvaluatedValue& value) {
-  switch (value.type) {
-    case EvaluatedValue::Type::number:
-      return {ExpressionValue::Type::number, value.number, {}};
-    case EvaluatedValue::Type::boolean:
-      return {ExpressionValue::Type::boolean, value.number, {}};
-    case EvaluatedValue::Type::nullText:
-      return {ExpressionValue::Type::text, kNullNumber, {}};
-    case EvaluatedValue::Type::text:
-      break;
-  }
-  const QString text =
-      QString::fromUtf8(value.text.data(), static_cast<qsizetype>(value.text.size()));
-  return {ExpressionValue::Type::text, kNullNumber, text.isNull() ? QStringLiteral("") : text};
-}
-
-}  // namespace
-
-ResultWriter::Outcome ResultWriter::write(ExpressionOutput& output, const EvaluatedValue& value,
+ResultWriter::Outcome ResultWriter::write(ResultSlot& slot, const EvaluatedValue& value,
                                           const KeyCast& keyCast) {
-  if (output.use == ResultUse::anyValue) {
-    output.value = valueOf(value);
+  if (slot.output->use == ResultUse::anyValue) {
+    slot.value = valueOf(value);
     return Outcome::ok;
   }
-  if (isNumberMeta(output.meta)) {
-    return writeNumber(output, value, keyCast);
+  if (isNumberMeta(slot.output->meta)) {
+    return writeNumber(slot, value, keyCast);
   }
-  writeText(output, value);
+  writeText(slot, value);
   return Outcome::ok;
 }
 
-ResultWriter::Outcome ResultWriter::writeNumber(ExpressionOutput& output,
+ResultWriter::Outcome ResultWriter::writeNumber(ResultSlot& slot,
                                                 const EvaluatedValue& value,
                                                 const KeyCast& keyCast) {
   if (value.isText()) {
-    writeNull(output);
+    writeNull(slot);
     return Outcome::textForNumber;
   }
-  if (output.meta == MetaTypeColumn::number) {
-    std::memcpy(output.cell, &value.number, sizeof value.number);
+  if (slot.output->meta == MetaTypeColumn::number) {
+    std::memcpy(slot.cell, &value.number, sizeof value.number);
     return Outcome::ok;
   }
   std::uint32_t key = kNullKey;
   const bool isKey = castToKey(value.number, keyCast, key);
-  std::memcpy(output.cell, &key, sizeof key);
+  std::memcpy(slot.cell, &key, sizeof key);
   return isKey ? Outcome::ok : Outcome::noKey;
 }
 
-void ResultWriter::writeText(ExpressionOutput& output, const EvaluatedValue& value) {
+void ResultWriter::writeText(ResultSlot& slot, const EvaluatedValue& value) {
   const bool isNull =
       value.isText() ? value.type == EvaluatedValue::Type::nullText : isNullNumber(value.number);
-  if (isNull || output.textTarget == nullptr) {
-    writeNull(output);
+  if (isNull || slot.textTarget == nullptr) {
+    writeNull(slot);
     return;
   }
   const std::string_view text = value.isText() ? value.text : m_printed.print(value.number);
-  *output.textTarget = bytesFromUtf8(&m_texts, text);
+  *slot.textTarget = bytesFromUtf8(&m_texts, text);
 }
 
-void ResultWriter::writeNull(ExpressionOutput& output) {
-  if (output.meta == MetaTypeColumn::number) {
-    std::memcpy(output.cell, &kNullNumber, sizeof kNullNumber);
-  } else if (output.meta == MetaTypeColumn::key) {
-    std::memcpy(output.cell, &kNullKey, sizeof kNullKey);
-  } else if (output.textTarget != nullptr) {
-    *output.textTarget = bytesOfNullText();
+void ResultWriter::writeNull(ResultSlot& slot) {
+  if (slot.output->meta == MetaTypeColumn::number) {
+    std::memcpy(slot.cell, &kNullNumber, sizeof kNullNumber);
+  } else if (slot.output->meta == MetaTypeColumn::key) {
+    std::memcpy(slot.cell, &kNullKey, sizeof kNullKey);
+  } else if (slot.textTarget != nullptr) {
+    *slot.textTarget = bytesOfNullText();
   }
 }
 

@@ -1,36 +1,26 @@
 // Writes the results of expressions in the form of their output columns.
 //
 // A number or key is stored in the output's own cell, a text in a buffer that lives until the next
-// row. Threads: one.
+// row.
 #pragma once
 
-#include <memory>
-
-#include <QString>
-
 #include "expression/backends/compiled_expression.h"
-#include "expression/evaluator/expression_evaluator.h"
+#include "expression/evaluator/compiled_output.h"
+#include "expression/evaluator/expression_value.h"
 #include "expression/evaluator/number_text.h"
 #include "expression/evaluator/variables.h"
 #include "host/contract/row_buffer.h"
 
 namespace kelvarin {
 
-struct ExpressionOutput {
-  QString name;
-  QString text;  // as the user wrote it
-  MetaTypeColumn meta = MetaTypeColumn::number;
-  ResultUse use = ResultUse::column;
-  std::unique_ptr<CompiledExpression> expression;
+// Where the result of one output goes.
+struct ResultSlot {
+  const CompiledOutput* output = nullptr;
   alignas(double) unsigned char cell[sizeof(double)] = {};
   unsigned char** textTarget = nullptr;  // receives the pointer to a text's bytes
   ExpressionValue value;                 // for ResultUse::anyValue
   bool wasTextCondition = false;         // for ResultUse::truth
 };
-
-inline bool isNumberMeta(MetaTypeColumn meta) {
-  return meta == MetaTypeColumn::number || meta == MetaTypeColumn::key;
-}
 
 class ResultWriter {
  public:
@@ -42,17 +32,17 @@ class ResultWriter {
       m_texts.reset();
     }
   }
-  Outcome write(ExpressionOutput& output, const EvaluatedValue& value, const KeyCast& keyCast);
-  static void writeNull(ExpressionOutput& output);
+  Outcome write(ResultSlot& slot, const EvaluatedValue& value, const KeyCast& keyCast);
+  static void writeNull(ResultSlot& slot);
 
  private:
-  static Outcome writeNumber(ExpressionOutput& output, const EvaluatedValue& value,
+  static Outcome writeNumber(ResultSlot& slot, const EvaluatedValue& value,
                              const KeyCast& keyCast);
-  void writeText(ExpressionOutput& output, const EvaluatedValue& value);
+  void writeText(ResultSlot& slot, const EvaluatedValue& value);
 
-  static constexpr int kFirstTextMemory = 4096;
+  static constexpr int kFirstTextCapacity = 4096;
 
-  RowBuffer m_texts{kFirstTextMemory};
+  RowBuffer m_texts{kFirstTextCapacity};
   ShortestNumber m_printed;
 };
 

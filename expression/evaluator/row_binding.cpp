@@ -34,11 +34,6 @@ TextCell textOfNumber(double number, ShortestNumber& printed) {
   return {printed.print(number), isNullNumber(number)};
 }
 
-QString wordOfUnreadable(const DateContext& dates) {
-  return QString::fromUtf8(isNullNumber(dates.unreadableAsElapsedTime()) ? messages::kMissing
-                                                                         : messages::kZero);
-}
-
 TextCell textOfKey(std::uint32_t key, ShortestNumber& printed) {
   return isNullKey(key) ? TextCell{} : TextCell{printed.print(key), false};
 }
@@ -51,29 +46,38 @@ void RowBinding::clear() {
   m_failedVariable.clear();
 }
 
-Status<QString> RowBinding::bind(const std::vector<InputVariable>& inputs,
-                                 const std::vector<std::size_t>& places, const OneRow& columns,
-                                 const Expand& expand, int elementCount) {
+Status<BindingFailure> RowBinding::bind(const std::vector<InputVariable>& inputs,
+                                        const std::vector<std::size_t>& indices,
+                                        const OneRow& columns, const Expand& expand,
+                                        int elementCount) {
   clear();
-  m_columns.resize(inputs.size() * static_cast<std::size_t>(elementCount));
+  Status<BindingFailure> status = Done{};
+  std::vector<std::vector<int>> columnsOfEntries;
   for (std::size_t i = 0; i < inputs.size(); ++i) {
-    const auto found = columnsOf(inputs[i], columns, expand);
-    if (!found) {
-      return Failure{found.error()};
+    auto found = columnsOf(inputs[i], columns, expand);
+    if (found) {
+      m_entries.push_back(entryFor(inputs[i], indices[i], *found, columns));
+      columnsOfEntries.push_back(std::move(*found));
+    } else if (status) {
+      BindingFailure failure = found.error();
+      failure.input = static_cast<int>(i);
+      status = Failure{std::move(failure)};
     }
-    for (int element = 0; element < elementCount; ++element) {
-      m_columns[static_cast<std::size_t>(element) * inputs.size() + i] =
-          inputs[i].isVector ? (*found)[static_cast<std::size_t>(element)] : found->back();
-    }
-    m_entries.push_back(entryFor(inputs[i], places[i], *found, columns));
   }
-  return Done{};
+  for (int element = 0; element < elementCount; ++element) {
+    for (std::size_t i = 0; i < m_entries.size(); ++i) {
+      const std::vector<int>& ofEntry = columnsOfEntries[i];
+      m_columns.push_back(m_entries[i].isVector ? ofEntry[static_cast<std::size_t>(element)]
+                                                : ofEntry.back());
+    }
+  }
+  return status;
 }
 
 // All of them exist and have one type.
-Result<std::vector<int>, QString> RowBinding::columnsOf(const InputVariable& input,
-                                                        const OneRow& columns,
-                                                        const Expand& expand) {
+Result<std::vector<int>, BindingFailure> RowBinding::columnsOf(const InputVariable& input,
+                                                               const OneRow& columns,
+                                                               const Expand& expand) {
   const QStringList names = input.columns.isEmpty() ? QStringList{input.name()} : input.columns;
   std::vector<int> found;
   found.reserve(static_cast<std::size_t>(names.size()));
@@ -81,32 +85,33 @@ Result<std::vector<int>, QString> RowBinding::columnsOf(const InputVariable& inp
     const QString name = expand(unexpanded);
     const int column = columns.getIndexOfColumn(name);
     if (column < 0) {
-      return Failure{QString::fromUtf8(messages::kColumnNotFound).arg(name)};
+      return Failure{BindingFailure{BindingFailure::Kind::columnNotFound, -1, name,
+                                    messages::columnNotFound(name)}};
     }
     found.push_back(column);
     if (columns.getMetaType(column) != columns.getMetaType(found.front())) {
-      return Failure{QString::fromUtf8(messages::kColumnTypesDiffer)
-                         .arg(columns.colName(found.front()), name)};
+      return Failure{
+          BindingFailure{BindingFailure::Kind::columnTypesDiffer, -1, name,
+                         messages::columnTypesDiffer(columns.colName(found.front()), name)}};
     }
   }
   return found;
 }
 
-RowBinding::Entry RowBinding::entryFor(const InputVariable& input, std::size_t place,
+RowBinding::Entry RowBinding::entryFor(const InputVariable& input, std::size_t index,
                                        const std::vector<int>& columnsOfInput,
                                        const OneRow& columns) {
   Entry entry;
   entry.route = routeOf(kindOf(input), columns.getMetaType(columnsOfInput.front()));
   entry.isVector = input.isVector;
-  entry.place = place;
+  entry.index = index;
   entry.variable = input.name();
   entry.printed = std::make_unique<ShortestNumber>();
   if (entry.route == Route::textToNumber || entry.route == Route::textToDate) {
     const std::size_t remembered = input.isVector ? columnsOfInput.size() : 1;
-    entry.memories.resize(remembered);
     for (std::size_t i = 0; i < remembered; ++i) {
       const int column = input.isVector ? columnsOfInput[i] : columnsOfInput.back();
-      entry.memories[i].columnName = columns.colName(column);
+      entry.texts.emplace_back(columns.colName(column));
     }
   }
   return entry;
@@ -122,7 +127,7 @@ RowBinding::Route RowBinding::routeOf(VariableKind kind, MetaTypeColumn column) 
   return kRoutes[static_cast<int>(kind)][from];
 }
 
-bool RowBinding::givesText(Route route) {
+bool RowBinding::yieldsText(Route route) {
   return route == Route::textToText || route == Route::numberToText || route == Route::keyToText;
 }
 
@@ -134,7 +139,7 @@ bool RowBinding::load(const OneRow& row, int element, VariableStore& store,
   for (Entry& entry : m_entries) {
     const unsigned char* bytes = values[*column++];
     if (entry.route == Route::numberToNumber) {
-      numbers[entry.place] = numberFromBytes(bytes);
+      numbers[entry.index] = numberFromBytes(bytes);
     } else if (!loadEntry(entry, bytes, element, store, dates, nullKeyMode)) {
       m_failedVariable = entry.variable;
       return false;
@@ -145,38 +150,38 @@ bool RowBinding::load(const OneRow& row, int element, VariableStore& store,
 
 bool RowBinding::loadEntry(Entry& entry, const unsigned char* bytes, int element,
                            VariableStore& store, const DateContext& dates, int nullKeyMode) {
-  if (element > 0 && !entry.isVector && givesText(entry.route)) {
+  if (element > 0 && !entry.isVector && yieldsText(entry.route)) {
     return true;  // no expression can have changed it since the row's first element
   }
   double* numbers = store.numbers();
   switch (entry.route) {
     case Route::numberToNumber:
-      numbers[entry.place] = numberFromBytes(bytes);
+      numbers[entry.index] = numberFromBytes(bytes);
       return true;
     case Route::keyToNumber:
-      return loadKey(keyFromBytes(bytes), nullKeyMode, numbers[entry.place]);
+      return loadKey(keyFromBytes(bytes), nullKeyMode, numbers[entry.index]);
     case Route::textToNumber:
-      numbers[entry.place] =
-          numberOfText(entry.memory(element), textFromBytes(bytes), store.rowNumber());
+      numbers[entry.index] =
+          entry.text(element).numberOf(textFromBytes(bytes), store.rowNumber());
       return true;
     case Route::textToText:
-      store.text(entry.place) = {textFromBytes(bytes), isNullText(bytes)};
+      store.text(entry.index) = {textFromBytes(bytes), isNullText(bytes)};
       return true;
     case Route::numberToText:
-      store.text(entry.place) = textOfNumber(numberFromBytes(bytes), *entry.printed);
+      store.text(entry.index) = textOfNumber(numberFromBytes(bytes), *entry.printed);
       return true;
     case Route::keyToText:
-      store.text(entry.place) = textOfKey(keyFromBytes(bytes), *entry.printed);
+      store.text(entry.index) = textOfKey(keyFromBytes(bytes), *entry.printed);
       return true;
     case Route::textToDate:
-      numbers[entry.place] =
-          elapsedTimeOfText(entry.memory(element), bytes, dates, store.rowNumber());
+      numbers[entry.index] =
+          entry.text(element).elapsedTimeOf(textFromBytes(bytes), dates, store.rowNumber());
       return true;
     case Route::numberToDate:
-      numbers[entry.place] = elapsedTimeOfNumber(numberFromBytes(bytes), dates);
+      numbers[entry.index] = elapsedTimeOfNumber(numberFromBytes(bytes), dates);
       return true;
     case Route::keyToDate:
-      numbers[entry.place] = elapsedTimeOfNumber(numberOfKey(keyFromBytes(bytes)), dates);
+      numbers[entry.index] = elapsedTimeOfNumber(numberOfKey(keyFromBytes(bytes)), dates);
       return true;
   }
   return true;
@@ -191,13 +196,13 @@ std::vector<NumberSource> RowBinding::numberSources(const DateContext& dates,
   for (std::size_t i = 0; i < m_entries.size(); ++i) {
     const Entry& entry = m_entries[i];
     if (entry.route == Route::numberToNumber) {
-      sources.push_back({entry.place, Origin::numbers, m_columns[i], kNullNumber});
+      sources.push_back({entry.index, Origin::numbers, m_columns[i], kNullNumber});
     } else if (entry.route == Route::keyToNumber) {
-      sources.push_back({entry.place, Origin::keys, m_columns[i], nullKey});
+      sources.push_back({entry.index, Origin::keys, m_columns[i], nullKey});
     } else if (entry.route == Route::numberToDate) {
-      sources.push_back({entry.place, Origin::numbers, m_columns[i], nullDate});
+      sources.push_back({entry.index, Origin::numbers, m_columns[i], nullDate});
     } else if (entry.route == Route::keyToDate) {
-      sources.push_back({entry.place, Origin::keys, m_columns[i], nullDate});
+      sources.push_back({entry.index, Origin::keys, m_columns[i], nullDate});
     }
   }
   return sources;
@@ -210,44 +215,6 @@ bool RowBinding::hasEffects(int nullKeyMode) const {
   });
 }
 
-void RowBinding::ColumnMemory::refuse(std::string_view text, double row) {
-  if (refusedCount++ == 0) {
-    firstRefusedRow = row;
-    firstRefused.assign(text);
-  }
-}
-
-double RowBinding::numberOfText(ColumnMemory& memory, std::string_view text, double row) {
-  if (const auto number = numberOfWholeText(text)) {
-    return *number;
-  }
-  if (!isBlankText(text)) {
-    memory.refuse(text, row);
-  }
-  return kNullNumber;
-}
-
-double RowBinding::elapsedTimeOfText(ColumnMemory& memory, const unsigned char* bytes,
-                                     const DateContext& dates, double row) {
-  const std::string_view text = textFromBytes(bytes);
-  if (text.empty()) {
-    return dates.parameters().emptyETToNull ? kNullNumber : 0.0;
-  }
-  if (!memory.hasLastDate || memory.lastDate != text) {
-    memory.lastDate.assign(text);
-    memory.hasLastDate = true;
-    const std::optional<Instant> instant =
-        dates.instantOf(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
-    memory.isLastDateReadable = instant.has_value();
-    memory.lastElapsedTime =
-        instant ? dates.elapsedTimeAt(*instant) : dates.unreadableAsElapsedTime();
-  }
-  if (!memory.isLastDateReadable && !isBlankText(text)) {
-    memory.refuse(text, row);
-  }
-  return memory.lastElapsedTime;
-}
-
 QStringList RowBinding::warnings(const DateContext& dates) const {
   QStringList warnings;
   for (const Entry& entry : m_entries) {
@@ -256,47 +223,29 @@ QStringList RowBinding::warnings(const DateContext& dates) const {
   return warnings;
 }
 
-QString RowBinding::warningAbout(const ColumnMemory& memory, bool isDate,
-                                 const DateContext& dates) {
-  const QString count = QString::number(memory.refusedCount);
-  const QString row = QString::number(memory.firstRefusedRow, 'f', 0);
-  if (!isDate) {
-    return QString::fromUtf8(messages::kNotANumber).arg(memory.columnName, count, row);
-  }
-  constexpr qsizetype longestShown = 60;
-  QString first = QString::fromStdString(memory.firstRefused);
-  if (first.size() > longestShown) {
-    first = first.first(longestShown) + QChar(0x2026);
-  }
-  return QString::fromUtf8(messages::kNotADate)
-      .arg(memory.columnName, dates.format(), count, wordOfUnreadable(dates), first, row);
-}
-
 // A vector may have thousands of columns: the first few are named, the others counted.
 void RowBinding::addWarnings(const Entry& entry, const DateContext& dates, QStringList& warnings) {
-  constexpr int kNamedColumns = 5;
+  constexpr int kMaxNamed = 5;
   const bool isDate = entry.route == Route::textToDate;
   int columns = 0;
   long long valuesOfOthers = 0;
-  for (const ColumnMemory& memory : entry.memories) {
-    if (memory.refusedCount == 0) {
+  for (const TextColumn& text : entry.texts) {
+    if (!text.hasRefused()) {
       continue;
     }
-    if (columns++ < kNamedColumns) {
-      warnings += warningAbout(memory, isDate, dates);
+    if (columns++ < kMaxNamed) {
+      warnings += isDate ? text.warningAboutDates(dates) : text.warningAboutNumbers();
     } else {
-      valuesOfOthers += memory.refusedCount;
+      valuesOfOthers += text.refusedCount();
     }
   }
-  if (columns <= kNamedColumns) {
+  if (columns <= kMaxNamed) {
     return;
   }
-  const QString others = QString::number(columns - kNamedColumns);
-  const QString values = QString::number(valuesOfOthers);
-  warnings += isDate ? QString::fromUtf8(messages::kMoreNotDates)
-                           .arg(others, entry.variable, values, wordOfUnreadable(dates))
-                     : QString::fromUtf8(messages::kMoreNotNumbers)
-                           .arg(others, entry.variable, values);
+  const int others = columns - kMaxNamed;
+  warnings += isDate ? messages::moreNotDates(others, entry.variable, valuesOfOthers,
+                                              isNullNumber(dates.unreadableAsElapsedTime()))
+                     : messages::moreNotNumbers(others, entry.variable, valuesOfOthers);
 }
 
 }  // namespace kelvarin

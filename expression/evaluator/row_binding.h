@@ -2,12 +2,12 @@
 //
 // A number variable takes numbers, keys and texts that are numbers; a text variable takes texts and
 // the shortest text of numbers and keys; a date variable takes date texts as elapsed times, and
-// numbers as they are. Threads: one.  Errors: statuses; nothing is logged.
+// numbers as they are.
+// Errors: statuses; nothing is logged.
 #pragma once
 
 #include <functional>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include <QString>
@@ -16,29 +16,54 @@
 #include "base/result.h"
 #include "expression/backends/variable_store.h"
 #include "expression/dates/date_context.h"
-#include "expression/evaluator/column_evaluation.h"
+#include "expression/evaluator/expression_value.h"
 #include "expression/evaluator/number_text.h"
+#include "expression/evaluator/text_column.h"
 #include "expression/evaluator/variables.h"
 #include "host/contract/one_row.h"
 
 namespace kelvarin {
+
+// Why variables cannot be bound to columns.
+struct BindingFailure {
+  enum class Kind { columnNotFound, columnTypesDiffer };
+
+  Kind kind = Kind::columnNotFound;
+  int input = -1;  // the index of the variable
+  QString column;  // with graph parameters replaced
+  QString text;    // to log
+};
+
+// Where the numbers of a variable come from when many rows are evaluated at once.
+struct NumberSource {
+  enum class Origin : unsigned char { rowNumber, numbers, keys };
+
+  std::size_t variable = 0;  // its index in the store
+  Origin origin = Origin::rowNumber;
+  int column = 0;
+  double ofNull = kNullNumber;  // what stands for a missing value
+};
 
 class RowBinding {
  public:
   using Expand = std::function<QString(const QString&)>;
 
   void clear();
-  // `places` holds the place of each input variable in `store`. A vector variable has
-  // `elementCount` columns.
-  Status<QString> bind(const std::vector<InputVariable>& inputs,
-                       const std::vector<std::size_t>& places, const OneRow& columns,
-                       const Expand& expand, int elementCount);
+  // `indices` holds the index of each input variable in the store. A vector variable has
+  // `elementCount` columns. After a failure the variables whose columns were found are bound.
+  Status<BindingFailure> bind(const std::vector<InputVariable>& inputs,
+                              const std::vector<std::size_t>& indices, const OneRow& columns,
+                              const Expand& expand, int elementCount);
 
   // Loads the columns of one element; the first of a row is element 0. False when a null key must
   // stop the run; failedVariable() names it.
   bool load(const OneRow& row, int element, VariableStore& store, const DateContext& dates,
             int nullKeyMode);
   const QString& failedVariable() const { return m_failedVariable; }
+
+  // What load() would load, every element of a vector included, without its effects.
+  std::vector<VariableValue> valuesOf(const OneRow& row, const DateContext& dates,
+                                      int nullKeyMode) const;
 
   // Of the variables that numbers and keys enter as they are.
   std::vector<NumberSource> numberSources(const DateContext& dates, int nullKeyMode) const;
@@ -60,48 +85,35 @@ class RowBinding {
     numberToDate,
     keyToDate
   };
-  // What is remembered of a text column that enters as a number or an elapsed time.
-  struct ColumnMemory {
-    QString columnName;
-    // Texts that were no numbers, or no dates.
-    long long refusedCount = 0;
-    double firstRefusedRow = 0.0;
-    std::string firstRefused;
-    // The last date, since neighbouring rows often share one.
-    std::string lastDate;
-    double lastElapsedTime = kNullNumber;
-    bool hasLastDate = false;
-    bool isLastDateReadable = false;
-
-    void refuse(std::string_view text, double row);
-  };
   struct Entry {
     Route route = Route::numberToNumber;
     bool isVector = false;
-    std::size_t place = 0;
+    std::size_t index = 0;  // of the variable in the store
     QString variable;
-    std::vector<ColumnMemory>
-        memories;  // of each element, or one; empty where nothing is remembered
+    // Of each element, or one, where texts enter as numbers or as elapsed times.
+    std::vector<TextColumn> texts;
     std::unique_ptr<ShortestNumber> printed;
 
-    ColumnMemory& memory(int element) {
-      return memories[isVector ? static_cast<std::size_t>(element) : 0];
+    TextColumn& text(int element) {
+      return texts[isVector ? static_cast<std::size_t>(element) : 0];
     }
   };
 
-  static Result<std::vector<int>, QString> columnsOf(const InputVariable& input,
-                                                     const OneRow& columns, const Expand& expand);
-  static Entry entryFor(const InputVariable& input, std::size_t place,
+  static Result<std::vector<int>, BindingFailure> columnsOf(const InputVariable& input,
+                                                            const OneRow& columns,
+                                                            const Expand& expand);
+  static Entry entryFor(const InputVariable& input, std::size_t index,
                         const std::vector<int>& columnsOfInput, const OneRow& columns);
   static Route routeOf(VariableKind kind, MetaTypeColumn column);
-  static bool givesText(Route route);
+  static bool yieldsText(Route route);
+  static ExpressionValue valueOf(Route route, const unsigned char* bytes,
+                                 const DateContext& dates, int nullKeyMode);
   static bool loadEntry(Entry& entry, const unsigned char* bytes, int element, VariableStore& store,
                         const DateContext& dates, int nullKeyMode);
-  static double numberOfText(ColumnMemory& memory, std::string_view text, double row);
-  static double elapsedTimeOfText(ColumnMemory& memory, const unsigned char* bytes,
-                                  const DateContext& dates, double row);
+  int elementCount() const {
+    return m_entries.empty() ? 0 : static_cast<int>(m_columns.size() / m_entries.size());
+  }
   static void addWarnings(const Entry& entry, const DateContext& dates, QStringList& warnings);
-  static QString warningAbout(const ColumnMemory& memory, bool isDate, const DateContext& dates);
 
   std::vector<Entry> m_entries;
   std::vector<int> m_columns;  // element by element, one an entry

@@ -24,12 +24,12 @@ Status<QString> checkNames(const std::vector<InputVariable>& inputs,
   if (!options.addN || found == inputs.end()) {
     return Done{};
   }
-  return Failure{QString::fromUtf8(messages::kNameOfRowNumber).arg(columnOf(*found))};
+  return Failure{messages::nameOfRowNumber(columnOf(*found))};
 }
 
 // A table of variables may have thousands: the first few are named, the others counted.
 QStringList warningsAboutNames(const std::vector<InputVariable>& inputs) {
-  constexpr int kNamed = 5;
+  constexpr int kMaxNamed = 5;
   QHash<QString, const InputVariable*> first;
   QStringList warnings;
   int count = 0;
@@ -38,13 +38,12 @@ QStringList warningsAboutNames(const std::vector<InputVariable>& inputs) {
     const auto known = first.constFind(name);
     if (known == first.constEnd()) {
       first.insert(name, &input);
-    } else if (++count <= kNamed) {
-      warnings += QString::fromUtf8(messages::kNameTwice)
-                      .arg(name, columnOf(**known), columnOf(input));
+    } else if (++count <= kMaxNamed) {
+      warnings += messages::nameTwice(name, columnOf(**known), columnOf(input));
     }
   }
-  if (count > kNamed) {
-    warnings += QString::fromUtf8(messages::kMoreNamesTwice).arg(count - kNamed);
+  if (count > kMaxNamed) {
+    warnings += messages::moreNamesTwice(count - kMaxNamed);
   }
   return warnings;
 }
