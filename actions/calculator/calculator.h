@@ -74,17 +74,21 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   std::vector<OutputVariable> outputsToCompile() const;
   void buildOutputRow(const OutputColumns& columns);
 
+  RowStep publishRow() {
+    setRowReadyForOutput(0);
+    m_evaluator.rows.advanceRow();
+    return RowStep::more;
+  }
   // Publishes the row, or logs why it must not be.
   RowStep endRow(bool isComputed) {
     if (!isComputed) [[unlikely]] {
       return failAtRow();
     }
-    setRowReadyForOutput(0);
-    m_evaluator.advanceRow();
-    return RowStep::more;
+    return publishRow();
   }
   static bool computeObservedRow(ActionItem* action);
-  RowStep evaluateObservedRow(const OneRow& row);
+  RowStep computeAndShow(const OneRow& row);
+  std::vector<ResultValue> resultsOfRow();
 
   bool m_areOutputsEdited = false;  // no longer those of the graph file
   std::unique_ptr<RowComputation> m_rows;

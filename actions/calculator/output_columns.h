@@ -26,7 +26,7 @@ struct OutputColumns {
 struct LayoutFault {
   QString text;         // to log
   std::size_t output;   // at fault
-  QString explanation;  // to log behind it
+  QString explanation;  // to log after it
 };
 
 // `outputs` have their names expanded.

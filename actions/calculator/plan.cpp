@@ -23,7 +23,7 @@ bool Calculator::computeFirstRow(ActionItem* action) {
   }
   if (self.isObserved()) {
     self.computeRoutine = &Calculator::computeObservedRow;
-    return self.evaluateObservedRow(*row) != RowStep::more;
+    return self.computeAndShow(*row) != RowStep::more;
   }
   self.computeRoutine = self.m_rows->routine();
   return self.endRow(self.m_rows->compute(*row)) != RowStep::more;

@@ -7,20 +7,39 @@ namespace kelvarin {
 bool Calculator::computeObservedRow(ActionItem* action) {
   auto& self = static_cast<Calculator&>(*action);
   const OneRow* row = self.getNextRowFromInPin(0);
-  return row == nullptr || self.evaluateObservedRow(*row) != RowStep::more;
+  return row == nullptr || self.computeAndShow(*row) != RowStep::more;
 }
 
-ExpressionAction::RowStep Calculator::evaluateObservedRow(const OneRow& row) {
-  const RowStep step = endRow(m_rows->compute(row));
-  if (step != RowStep::more) {
-    return step;
+ExpressionAction::RowStep Calculator::computeAndShow(const OneRow& row) {
+  const bool isComputed = m_rows->compute(row);
+  ObservedRow shown = observedRow(row);
+  for (const RowFailure& failure : m_rows->failures()) {
+    shown.failures.push_back(observedFailure(failure));
   }
-  const OneRow* computed = getOutputRowForOutputPin(0);
-  QStringList results;
+  if (!isComputed) {
+    shown.failures.push_back(observedFailure(m_evaluator.rows.lastFailure()));
+    showLastRow(shown);
+    return failAtRow();
+  }
+  shown.results = resultsOfRow();
+  publishRow();
+  return showRow(shown) ? RowStep::more : RowStep::finished;
+}
+
+std::vector<ResultValue> Calculator::resultsOfRow() {
+  const OneRow* row = getOutputRowForOutputPin(0);
+  std::vector<ResultValue> results;
   for (const int column : m_computedColumns) {
-    results += computed->col(column, nullptr);
+    ResultValue result{row->colName(column), {}};
+    if (row->getMetaType(column) == MetaTypeColumn::text) {
+      result.value.type = ExpressionValue::Type::text;
+      result.value.text = row->col(column, nullptr);
+    } else {
+      result.value.number = row->colAsDouble(column, nullptr);
+    }
+    results.push_back(std::move(result));
   }
-  return showRow(results) ? RowStep::more : RowStep::finished;
+  return results;
 }
 
 }  // namespace kelvarin

@@ -5,27 +5,33 @@
 #pragma once
 
 #include <algorithm>
+#include <vector>
 
-#include "expression/evaluator/expression_evaluator.h"
+#include "expression/evaluator/row_evaluation.h"
 #include "host/contract/action_item.h"
 
 namespace kelvarin {
 
 class RowComputation {
  public:
-  RowComputation(ActionItem& action, ExpressionEvaluator& evaluator)
-      : m_action(action),
-        m_evaluator(evaluator),
+  RowComputation(ActionItem& action, RowEvaluation& evaluation, int outputCount)
+      : m_evaluation(evaluation),
+        m_outputCount(outputCount),
         m_columns(action.getOutputRowForOutputPin(0)->getAllColForWrite()) {}
   virtual ~RowComputation() = default;
 
-  // Works with any plan; the routine does the same faster. False: the run must stop.
+  // Works with any plan and remembers the failures; the routine does the rest faster. False: the
+  // run must stop.
   [[nodiscard]] virtual bool compute(const OneRow& row) = 0;
-  // The action's routine for all rows behind the first one.
+  // Of the last compute(), the evaluations that failed and did not stop the run.
+  const std::vector<RowFailure>& failures() const { return m_failures; }
+  // The action's routine for all rows after the first one.
   virtual ActionItem::ComputeRoutine routine() const = 0;
 
  protected:
-  static constexpr int kAnyNumber = 0;  // of outputs
+  // Numbers of outputs that routines are made for, beside 1 to 3.
+  static constexpr int kAnyNumber = 0;
+  static constexpr int kAnyNumberWithFailures = -1;  // as compute() wants it
 
   // Points the columns of the input at their values in the row.
   void passColumnsOn(const OneRow& row) {
@@ -34,18 +40,25 @@ class RowComputation {
   // False: the run must stop.
   template <int kOutputs>
   [[nodiscard]] bool evaluateOutputs() {
-    const int outputs = kOutputs == kAnyNumber ? m_evaluator.outputCount() : kOutputs;
+    const int outputs = kOutputs <= kAnyNumber ? m_outputCount : kOutputs;
     for (int i = 0; i < outputs; ++i) {
-      if (m_evaluator.evaluate(i) == RowOutcome::stop) {
+      const RowOutcome outcome = m_evaluation.evaluate(i);
+      if (outcome == RowOutcome::stop) {
         return false;
+      }
+      if constexpr (kOutputs == kAnyNumberWithFailures) {
+        if (outcome == RowOutcome::failed) {
+          m_failures.push_back(m_evaluation.lastFailure());
+        }
       }
     }
     return true;
   }
 
-  ActionItem& m_action;
-  ExpressionEvaluator& m_evaluator;
+  RowEvaluation& m_evaluation;
+  const int m_outputCount;
   unsigned char** const m_columns;  // of the output row
+  std::vector<RowFailure> m_failures;
 };
 
 }  // namespace kelvarin

@@ -7,13 +7,13 @@ namespace kelvarin {
 // False: the row is one of those that are evaluated by themselves.
 bool ScalarRows::evaluateAhead() {
   const RowsAhead rows = m_action.rowsAheadOnInPin(0);
-  m_rowsEvaluated = m_evaluator.evaluateAhead(rows);
+  m_rowsEvaluated = m_batches.evaluate(rows);
   if (m_rowsEvaluated == 0) {
-    m_lookout.sawNothing(m_evaluator.canEvaluateAhead());
+    m_lookout.sawNothing(m_batches.isPossible());
     disconnectResultsAhead();
     return false;
   }
-  m_mustLoadRows = m_evaluator.mustLoadRows();
+  m_mustLoadRows = m_batches.mustLoadRows();
   connectResultsAhead();
   m_computedRows.setInput(rows);
   const bool canBeTaken = rows.canBeTaken && !m_mustLoadRows && m_outputsByRow.empty();
@@ -28,7 +28,7 @@ void ScalarRows::takeRows(ActionItem* action, std::size_t count) {
     ahead.next += count * ahead.step;
   }
   self.m_rowsEvaluated -= count;
-  self.m_evaluator.advanceRows(count);
+  self.m_evaluation.advanceRows(count);
   action->takeRowsOfInPin(0, count);
 }
 
@@ -36,15 +36,15 @@ void ScalarRows::connectResultsAhead() {
   m_columnsAhead.clear();
   m_outputsByRow.clear();
   m_computedRows.setColumnCount(static_cast<std::size_t>(m_action.getOutputRowForOutputPin(0)->sz()));
-  for (int output = 0; output < m_evaluator.outputCount(); ++output) {
-    const ColumnResults results = m_evaluator.resultsAhead(output);
+  for (int output = 0; output < m_outputCount; ++output) {
+    const ColumnResults results = m_batches.results(output);
     const int column = m_columnOfOutput[static_cast<std::size_t>(output)];
     m_computedRows.setResults(column, results);
     if (results.values == nullptr) {
       m_outputsByRow.push_back(output);
     } else {
       m_columnsAhead.push_back(
-          {results.values, results.step, column, m_evaluator.resultCell(output)});
+          {results.values, results.step, column, m_evaluation.resultCell(output)});
     }
   }
 }

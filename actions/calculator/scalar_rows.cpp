@@ -8,26 +8,27 @@ namespace kelvarin {
 // column's slot.
 ScalarRows::ScalarRows(ActionItem& action, ExpressionEvaluator& evaluator,
                        const std::vector<OutputVariable>& outputs, const OutputColumns& columns)
-    : RowComputation(action, evaluator),
-      m_outputCount(outputs.size()),
+    : RowComputation(action, evaluator.rows, evaluator.expressions.outputCount()),
+      m_action(action),
+      m_batches(evaluator.batches),
       m_columnOfOutput(columns.columnOfOutput) {
   for (std::size_t i = 0; i < outputs.size(); ++i) {
     const int output = static_cast<int>(i);
     const int column = m_columnOfOutput[i];
     if (!isNumeric(outputs[i])) {
-      m_evaluator.setTextTarget(output, &m_columns[column]);
+      m_evaluation.setTextTarget(output, &m_columns[column]);
     } else if (outputs[i].update) {
-      m_updatedNumbers.push_back({m_evaluator.resultCell(output), column});
+      m_updatedNumbers.push_back({m_evaluation.resultCell(output), column});
     } else {
-      m_columns[column] = m_evaluator.resultCell(output);
+      m_columns[column] = m_evaluation.resultCell(output);
     }
   }
-  m_lookout.open(m_evaluator.canEvaluateAhead());
+  m_lookout.open(m_batches.isPossible());
 }
 
 template <int kOutputs, bool kUpdatesNumbers>
 bool ScalarRows::computeRow(const OneRow& row) {
-  if (m_evaluator.loadRow(row) == RowOutcome::stop) {
+  if (m_evaluation.loadRow(row) == RowOutcome::stop) {
     return false;
   }
   passColumnsOn(row);
@@ -44,12 +45,12 @@ bool ScalarRows::computeRow(const OneRow& row) {
 
 // What can fail is evaluated here, in its turn.
 bool ScalarRows::takeEvaluatedRow(const OneRow& row) {
-  if (m_mustLoadRows && m_evaluator.loadRow(row) == RowOutcome::stop) {
+  if (m_mustLoadRows && m_evaluation.loadRow(row) == RowOutcome::stop) {
     return false;
   }
   passColumnsOn(row);
   for (const int output : m_outputsByRow) {
-    if (m_evaluator.evaluate(output) == RowOutcome::stop) {
+    if (m_evaluation.evaluate(output) == RowOutcome::stop) {
       return false;
     }
   }
@@ -76,7 +77,7 @@ ActionItem::ComputeRoutine ScalarRows::routine() const {
       {&Calculator::computeRow<Rows, &Rows::computeNextRow<3, false>>,
        &Calculator::computeRow<Rows, &Rows::computeNextRow<3, true>>},
   };
-  const std::size_t outputs = m_outputCount <= 3 ? m_outputCount : kAnyNumber;
+  const int outputs = m_outputCount <= 3 ? m_outputCount : kAnyNumber;
   return kRoutines[outputs][m_updatedNumbers.empty() ? 0 : 1];
 }
 

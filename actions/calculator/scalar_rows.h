@@ -10,6 +10,7 @@
 #include "actions/calculator/computed_rows.h"
 #include "actions/calculator/output_columns.h"
 #include "actions/calculator/row_computation.h"
+#include "expression/evaluator/expression_evaluator.h"
 #include "host/contract/lookout.h"
 
 namespace kelvarin {
@@ -19,7 +20,10 @@ class ScalarRows final : public RowComputation {
   ScalarRows(ActionItem& action, ExpressionEvaluator& evaluator,
              const std::vector<OutputVariable>& outputs, const OutputColumns& columns);
 
-  bool compute(const OneRow& row) override { return computeRow<kAnyNumber, true>(row); }
+  bool compute(const OneRow& row) override {
+    m_failures.clear();
+    return computeRow<kAnyNumberWithFailures, true>(row);
+  }
   ActionItem::ComputeRoutine routine() const override;
 
  private:
@@ -54,7 +58,8 @@ class ScalarRows final : public RowComputation {
   void connectResultsAhead();
   void disconnectResultsAhead();
 
-  std::size_t m_outputCount;
+  ActionItem& m_action;
+  BatchEvaluation& m_batches;
   std::vector<int> m_columnOfOutput;
   std::vector<UpdatedNumber> m_updatedNumbers;
 

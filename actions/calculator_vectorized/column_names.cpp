@@ -37,9 +37,9 @@ class ColumnNamer {
     }
     EvaluationOptions options = m_rules.options;
     options.addN = false;
-    m_evaluator.configure(options, texts, m_rules.parameters, false);
-    m_evaluator.requireBackend(BackendKind::string);
-    if (m_evaluator.prepareDateContext(m_expressions) == DateStatus::dateFormatUnknown) {
+    m_evaluator.expressions.configure(options, texts, m_rules.parameters, false);
+    m_evaluator.expressions.requireBackend(BackendKind::string);
+    if (m_evaluator.expressions.prepareDateContext(m_expressions) == DateStatus::dateFormatUnknown) {
       return Failure{m_rules.dateFormatUnknown};
     }
     setColumns(0, [](const InputVariable& variable) { return !variable.isVector; });
@@ -47,14 +47,14 @@ class ColumnNamer {
   }
 
   Status<QString> addNamesOf(int element, QStringList& names) {
-    m_evaluator.setText(kElementNumber, QString::number(element));
+    m_evaluator.expressions.setText(kElementNumber, QString::number(element));
     setColumns(element, [](const InputVariable& variable) { return variable.isVector; });
-    m_evaluator.startRow();
-    for (int i = 0; i < m_evaluator.outputCount(); ++i) {
-      if (m_evaluator.evaluate(i) != RowOutcome::ok) {
-        return Failure{failureText(m_expressions[i], m_evaluator.lastFailure().error)};
+    m_evaluator.rows.startRow();
+    for (int i = 0; i < m_evaluator.expressions.outputCount(); ++i) {
+      if (m_evaluator.rows.evaluate(i) != RowOutcome::ok) {
+        return Failure{failureText(m_expressions[i], m_evaluator.rows.lastFailure().error)};
       }
-      const ExpressionValue& name = m_evaluator.value(i);
+      const ExpressionValue& name = m_evaluator.rows.value(i);
       if (name.type != ExpressionValue::Type::text || name.text.isNull()) {
         return Failure{messages::nameIsNoText(m_expressions[i])};
       }
@@ -71,10 +71,11 @@ class ColumnNamer {
     for (const QString& expression : m_expressions) {
       OutputVariable output;
       output.expression = expression;
-      if (const auto compiled = m_evaluator.compile(output, ResultUse::anyValue); !compiled) {
+      if (const auto compiled = m_evaluator.expressions.compile(output, ResultUse::anyValue); !compiled) {
         return Failure{failureText(expression, compiled.error())};
       }
     }
+    m_evaluator.start();
     return Done{};
   }
 
@@ -83,7 +84,7 @@ class ColumnNamer {
     int variable = kFirstAlias;
     for (const InputVariable& vector : m_vectors.variables) {
       if (isChosen(vector)) {
-        m_evaluator.setText(variable,
+        m_evaluator.expressions.setText(variable,
                             m_rules.expand(vector.columns[vector.isVector ? element : 0]));
       }
       ++variable;

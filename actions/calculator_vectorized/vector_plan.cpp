@@ -78,7 +78,9 @@ void VectorPlan::reportColumns(const QStringList& names) const {
 }
 
 std::unique_ptr<RowComputation> VectorPlan::connect(const OutputColumns& columns) {
-  return std::make_unique<VectorRows>(m_action, m_evaluator, m_vectors.elementCount, columns);
+  return std::make_unique<VectorRows>(m_action, m_evaluator.rows,
+                                      m_evaluator.expressions.outputCount(),
+                                      m_vectors.elementCount, columns);
 }
 
 }  // namespace kelvarin

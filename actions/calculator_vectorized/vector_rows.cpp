@@ -8,18 +8,18 @@ namespace kelvarin {
 
 // The columns of numbers point at their cells for the whole run; texts are stored through their
 // column's slot.
-VectorRows::VectorRows(ActionItem& action, ExpressionEvaluator& evaluator, int elementCount,
-                       const OutputColumns& columns)
-    : RowComputation(action, evaluator),
+VectorRows::VectorRows(ActionItem& action, RowEvaluation& evaluation, int outputCount,
+                       int elementCount, const OutputColumns& columns)
+    : RowComputation(action, evaluation, outputCount),
       m_elementCount(elementCount),
-      m_results(static_cast<std::size_t>(evaluator.outputCount())),
+      m_results(static_cast<std::size_t>(outputCount)),
       m_numberCells(columns.columnOfOutput.size(), kNullNumber) {
   for (std::size_t i = 0; i < m_results.size(); ++i) {
     const int output = static_cast<int>(i);
     if (columns.metas[columns.columnOfOutput[i]].type() == MetaTypeColumn::text) {
-      m_evaluator.setTextTarget(output, &m_results[i].text);
+      m_evaluation.setTextTarget(output, &m_results[i].text);
     } else {
-      m_results[i].cell = m_evaluator.resultCell(output);
+      m_results[i].cell = m_evaluation.resultCell(output);
     }
   }
   for (std::size_t i = 0; i < m_numberCells.size(); ++i) {
@@ -27,18 +27,18 @@ VectorRows::VectorRows(ActionItem& action, ExpressionEvaluator& evaluator, int e
       m_columns[columns.columnOfOutput[i]] = reinterpret_cast<unsigned char*>(&m_numberCells[i]);
     }
   }
-  m_evaluator.nameElements(columns.names.last(static_cast<qsizetype>(m_numberCells.size())));
+  m_evaluation.nameElements(columns.names.last(static_cast<qsizetype>(m_numberCells.size())));
 }
 
 template <int kOutputs>
 bool VectorRows::computeRow(const OneRow& row) {
   passColumnsOn(row);
-  if (m_evaluator.loadRow(row) == RowOutcome::stop) {
+  if (m_evaluation.loadRow(row) == RowOutcome::stop) {
     return false;
   }
   unsigned char** newColumns = m_columns + row.sz();
   for (int element = 0; element < m_elementCount; ++element) {
-    if (element > 0 && m_evaluator.loadElement(row, element) == RowOutcome::stop) {
+    if (element > 0 && m_evaluation.loadElement(row, element) == RowOutcome::stop) {
       return false;
     }
     if (!evaluateOutputs<kOutputs>()) {
@@ -68,7 +68,7 @@ ActionItem::ComputeRoutine VectorRows::routine() const {
       &Calculator::computeRow<Rows, &Rows::computeRow<1>>,
       &Calculator::computeRow<Rows, &Rows::computeRow<2>>,
       &Calculator::computeRow<Rows, &Rows::computeRow<3>>};
-  return kRoutines[m_results.size() <= 3 ? m_results.size() : kAnyNumber];
+  return kRoutines[m_outputCount <= 3 ? m_outputCount : kAnyNumber];
 }
 
 }  // namespace kelvarin

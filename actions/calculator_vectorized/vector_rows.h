@@ -11,10 +11,13 @@ namespace kelvarin {
 
 class VectorRows final : public RowComputation {
  public:
-  VectorRows(ActionItem& action, ExpressionEvaluator& evaluator, int elementCount,
+  VectorRows(ActionItem& action, RowEvaluation& evaluation, int outputCount, int elementCount,
              const OutputColumns& columns);
 
-  bool compute(const OneRow& row) override { return computeRow<kAnyNumber>(row); }
+  bool compute(const OneRow& row) override {
+    m_failures.clear();
+    return computeRow<kAnyNumberWithFailures>(row);
+  }
   ActionItem::ComputeRoutine routine() const override;
 
  private:

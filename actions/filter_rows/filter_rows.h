@@ -3,7 +3,7 @@
 //
 // It can stop at the first row that fails; an expression that only limits the row number (`_n <
 // 100`) then takes the first rows without evaluating anything. plan.cpp works at the first row,
-// row.cpp at every row. Where the producer has rows in hand, ahead.cpp decides on many of them at
+// row.cpp at every row. Where the producer has rows in hand, rows_ahead.cpp decides on many of them at
 // once, and the rows then go their ways.
 // Threads: those of ActionItem.  Errors: logged at level 1, the run fails.
 #pragma once
@@ -70,17 +70,17 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
   static bool computeRow(ActionItem* action);
   template <bool kTruncates>
   RowStep filterRow(const OneRow& row);
-  RowStep decideOnRow(const OneRow& row, bool& isKept) {
+  RowOutcome decideOnRow(const OneRow& row, bool& isKept) {
     if (!isDecidedAhead()) {
       return evaluateRow(row, isKept);
     }
-    if (m_mustLoadRows && m_evaluator.loadRow(row) == RowOutcome::stop) {
-      return failAtRow();
+    if (m_mustLoadRows && m_evaluator.rows.loadRow(row) == RowOutcome::stop) {
+      return RowOutcome::stop;
     }
     isKept = m_decided[m_nextDecided++] != 0;
-    return RowStep::more;
+    return RowOutcome::ok;
   }
-  RowStep evaluateRow(const OneRow& row, bool& isKept);
+  RowOutcome evaluateRow(const OneRow& row, bool& isKept);
   // The row was decided on before, or it and others are now.
   bool isDecidedAhead() {
     return m_nextDecided < m_decided.size() || (m_lookout.isDue() && decideAhead());
@@ -92,6 +92,7 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
   RowStep sampleRow(const OneRow& row);
   static bool computeObservedRow(ActionItem* action);
   RowStep filterObservedRow(const OneRow& row);
+  RowStep sampleObservedRow(const OneRow& row);
 
   FilterSettings m_settings;
   std::uint64_t m_sampleSize = 0;  // 0: not sampling
@@ -100,7 +101,7 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
 
   Lookout m_lookout;
   bool m_mustLoadRows = true;                // those decided on ahead
-  std::vector<unsigned char> m_decisions;    // room for m_decided
+  std::vector<unsigned char> m_decisions;    // the memory of m_decided
   std::span<const unsigned char> m_decided;  // 1: the row is kept
   std::size_t m_nextDecided = 0;
   KeptRows m_rowsOfPin[2];

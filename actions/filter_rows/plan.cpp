@@ -54,6 +54,9 @@ bool FilterRows::plan(const OneRow& columns) {
     m_sampleSize = sampleSizeOf(m_settings.expression).value_or(0);
   }
   if (isSampling()) {
+    if (isObserved()) {
+      startShowing(columns);
+    }
     return true;
   }
   const OutputVariable condition = conditionOf(m_settings.expression);
@@ -65,13 +68,14 @@ bool FilterRows::plan(const OneRow& columns) {
 bool FilterRows::startRows(const OneRow& firstRow) {
   if (isObserved()) {
     computeRoutine = &FilterRows::computeObservedRow;
-    return filterObservedRow(firstRow) != RowStep::more;
+    const RowStep step = isSampling() ? sampleObservedRow(firstRow) : filterObservedRow(firstRow);
+    return step != RowStep::more;
   }
   if (isSampling()) {
     computeRoutine = &FilterRows::computeSampledRow;
     return sampleRow(firstRow) != RowStep::more || m_sampleSize == 1;
   }
-  m_lookout.open(m_evaluator.canEvaluateAhead());
+  m_lookout.open(m_evaluator.batches.isPossible());
   if (m_settings.truncate) {
     computeRoutine = &FilterRows::computeRow<true>;
     return filterRow<true>(firstRow) != RowStep::more;

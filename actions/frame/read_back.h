@@ -1,5 +1,5 @@
-// Lets editors change a part of an action: what they set is then what a graph file that holds it
-// would give.
+// Lets editors change a part of an action: what they set is then what a graph file of it
+// would hold.
 //
 // Used by the setters of the expression actions.
 // Threads: the user-interface thread, between runs.

@@ -4,6 +4,7 @@
 
 #include "actions/frame/tests/allocation_counter.h"
 #include "actions/frame/tests/expression_elements.h"
+#include "actions/frame/tests/fake_observer.h"
 #include "host/testing/row_harness.h"
 
 namespace kelvarin::testing {
@@ -268,6 +269,49 @@ TEST(Calculator, AnEmptyTableKeepsItsHeader) {
   EXPECT_EQ(unannounced.rows(0), Rows{});
   EXPECT_EQ(unannounced.columns(0), "");
   EXPECT_FALSE(unannounced.hasFailed());
+}
+
+TEST(Calculator, AnObserverSeesEveryRowAndCanStop) {
+  auto h = harness(calculator(output("x", "a=a*2") + output("y", "t//t", "meta='U'"),
+                              "addNow='1' referenceTime='20000101 00:00:00'", kTextInput),
+                   "a:F t:U");
+  h.columnsOfPin(1, "alias:U name:U");
+  h.input(1).push({"v", "nowhere"});
+  h.push(Rows{{1, "p"}, {2, nullptr}, {3, "r"}});
+  FakeObserver observer(2);
+  h.actionAs<Calculator>().setObserver(&observer);
+  EXPECT_EQ(h.rows(0), (Rows{{1, "p", 2, "pp"}, {2, nullptr, 4, nullptr}}));
+  EXPECT_EQ(observer.labels, (QStringList{"String Parser", "String Parser"}));
+  ASSERT_EQ(observer.rows.size(), 2u);
+  // The assigned value is the engine's, the column's stays in the row.
+  EXPECT_TRUE(startsWith(observer.variables(1), "a=4 t=null _n=1 _now="));
+  EXPECT_EQ(observer.results(1), "x=4 y=null");
+  EXPECT_EQ(observer.rows[1].number, 1);
+  EXPECT_FALSE(h.hasFailed());
+  // The table on pin 1 is not read while an observer looks on.
+  EXPECT_EQ(h.input(1).rowsPulled(), 0);
+}
+
+TEST(Calculator, AnObserverSeesEveryFailureOfARow) {
+  const std::string fails = "a&gt;1 ? t : a";
+  const std::string outputs = output("x", fails) + output("y", "a+1") + output("z", fails);
+  for (const bool isAborting : {false, true}) {
+    auto h = harness(calculator(outputs, isAborting ? "" : "abortWhenError='0'", kTextInput),
+                     "a:F t:U");
+    h.push(kTexts);
+    FakeObserver observer;
+    h.actionAs<Calculator>().setObserver(&observer);
+    EXPECT_EQ(h.rows(0).size(), isAborting ? 1u : 3u);
+    ASSERT_EQ(observer.rows.size(), isAborting ? 2u : 3u);
+    const ObservedRow& failed = observer.rows[1];
+    EXPECT_EQ(observer.variables(1), "a=2 t='q' _n=1");
+    EXPECT_EQ(observer.results(1), isAborting ? "" : "x=null y=3 z=null");
+    EXPECT_EQ(failed.isLast, isAborting);
+    ASSERT_EQ(failed.failures.size(), isAborting ? 1u : 2u);
+    EXPECT_EQ(failed.failures.back().output, isAborting ? 0 : 2);
+    EXPECT_TRUE(contains(failed.failures.front().text.toStdString(), "On Data Row 1 "));
+    EXPECT_TRUE(observer.rows[0].failures.empty());
+  }
 }
 
 TEST(Calculator, NumericRowsAllocateNothing) {

@@ -9,16 +9,16 @@ namespace kelvarin {
 // False: the row is one of those that are evaluated by themselves.
 bool FilterRows::decideAhead() {
   const RowsAhead rows = rowsAheadOnInPin(0);
-  std::size_t count = m_evaluator.evaluateAhead(rows);
+  std::size_t count = m_evaluator.batches.evaluate(rows);
   m_nextDecided = 0;
   m_decided = {};
   if (count == 0) {
-    m_lookout.sawNothing(m_evaluator.canEvaluateAhead());
+    m_lookout.sawNothing(m_evaluator.batches.isPossible());
     return false;
   }
-  m_mustLoadRows = m_evaluator.mustLoadRows();
+  m_mustLoadRows = m_evaluator.batches.mustLoadRows();
   m_decisions.resize(std::max(m_decisions.size(), count));
-  const double* numbers = m_evaluator.resultsAhead(0).numbers();
+  const double* numbers = m_evaluator.batches.results(0).numbers();
   std::size_t kept = 0;
   for (std::size_t i = 0; i < count; ++i) {
     m_decisions[i] = isTrueNumber(numbers[i]) ? 1 : 0;
@@ -50,7 +50,7 @@ void FilterRows::takeRows(ActionItem* action, std::size_t count) {
     left -= (self.m_decided[next] != 0) == kWanted ? 1 : 0;
   }
   self.m_nextDecided = next;
-  self.m_evaluator.advanceRows(next - begin);
+  self.m_evaluator.rows.advanceRows(next - begin);
   self.countRowsOfOutputPin(kWanted ? 1 : 0, next - begin - count);
   self.takeRowsOfInPin(0, next - begin);
 }
