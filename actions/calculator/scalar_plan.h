@@ -2,6 +2,7 @@
 #pragma once
 
 #include "actions/calculator/calculator_plan.h"
+#include "expression/evaluator/expression_evaluator.h"
 
 namespace kelvarin {
 

@@ -5,6 +5,7 @@
 #include "actions/calculator/calculator_plan.h"
 #include "actions/calculator_vectorized/column_names.h"
 #include "actions/calculator_vectorized/shared_vector_table.h"
+#include "expression/evaluator/expression_evaluator.h"
 
 namespace kelvarin {
 

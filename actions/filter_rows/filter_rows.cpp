@@ -105,8 +105,9 @@ LogDetails FilterRows::detailsOfOutput(int) const {
   return details;
 }
 
-const char* FilterRows::failedRowsText() const {
-  return messages::kFailedFilterRows;
+QString FilterRows::failedRowsText(const FailureCount& failures) const {
+  return messages::failedFilterRows(failures.count, failures.firstName, failures.firstRow,
+                                    failures.firstMessage);
 }
 
 void FilterRows::setComputeRoutine() {

@@ -49,7 +49,7 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
   QString referenceTimeWarning() const override;
   std::span<const KnownElements> knownElements() const override;
   LogDetails detailsOfOutput(int output) const override;
-  const char* failedRowsText() const override;
+  QString failedRowsText(const FailureCount& failures) const override;
   // The first row stops it in any case.
   bool mayFailedRowStop() const override { return true; }
 

@@ -23,12 +23,6 @@ RowHarness harness(const std::string& xml, const std::string& columns = "a:F") {
   return RowHarness::of<FilterRows>(xml, columns);
 }
 
-RowHarness checked(const std::string& xml) {
-  auto h = harness(xml);
-  h.checkOnly();
-  return h;
-}
-
 }  // namespace
 
 TEST(FilterRows, SendsEachRowUnchangedToOneOfTwoPins) {
@@ -112,7 +106,8 @@ TEST(FilterRows, RunsAndChecksWarnOnceAboutASuspectCondition) {
     auto run = harness(filter(c.expression));
     run.push(Rows{{1}, {2}});
     EXPECT_EQ(run.rows(0).size(), 2u);
-    auto check = checked(filter(c.expression));
+    auto check = harness(filter(c.expression));
+    check.checkOnly();
     check.finish();
     for (RowHarness* h : {&run, &check}) {
       ASSERT_EQ(h->log().size(), 1u);
@@ -171,8 +166,10 @@ TEST(FilterRows, DatesArePrepared) {
   EXPECT_EQ(reference.log(), Strings{"warning: Cannot parse Reference time. We will use "
                                      "1970-01-01T00:00:00.000 as reference time."});
   for (const bool isCheck : {false, true}) {
-    const std::string xml = filter("1", "addNowS='1'");
-    auto format = isCheck ? checked(xml) : harness(xml);
+    auto format = harness(filter("1", "addNowS='1'"));
+    if (isCheck) {
+      format.checkOnly();
+    }
     format.push(Rows{{1}});
     EXPECT_EQ(format.rows(0), Rows{});
     EXPECT_EQ(format.log(), Strings{isCheck ? "error: Math parser error:\n  Date format is unknown"
@@ -181,17 +178,19 @@ TEST(FilterRows, DatesArePrepared) {
 }
 
 TEST(FilterRows, ACheckPassesOneRowToBothPinsAndCompiles) {
-  auto good = checked(filter("a &lt; 0"));
+  auto good = harness(filter("a &lt; 0"));
+  good.checkOnly();
   good.push(Rows{{1}, {2}});
   EXPECT_EQ(good.rows(0), (Rows{{1}}));
   EXPECT_EQ(good.rows(1), (Rows{{1}}));
 
-  auto wrong = checked(filter("a &lt; nope"));
+  auto wrong = harness(filter("a &lt; nope"));
+  wrong.checkOnly();
   wrong.finish();
   ASSERT_EQ(wrong.log().size(), 1u);
   EXPECT_TRUE(startsWith(wrong.log()[0], "error: MathParser Error in FilterRows:\n"));
   EXPECT_TRUE(contains(wrong.log()[0], "\n  Error Token:nope\n  Error at position:4"));
-  EXPECT_EQ(wrong.columns(1));
+  EXPECT_EQ(wrong.columns(1), "a:F");
   EXPECT_TRUE(wrong.hasFailed());
 }
 

@@ -1,0 +1,22 @@
+// The parts of an expression action that editors set.
+#include "actions/frame/expression_action.h"
+#include "actions/frame/read_back.h"
+#include "actions/frame/variables_xml.h"
+
+namespace kelvarin {
+
+bool ExpressionAction::setInputVariables(std::vector<InputVariable> variables) {
+  const bool isSet = setAsReadBack(*this, &ExpressionAction::m_inputs, std::move(variables));
+  m_areInputsEdited |= isSet;
+  return isSet;
+}
+
+bool ExpressionAction::setOptions(EvaluationOptions options) {
+  return setAsReadBack(*this, &ExpressionAction::m_options, std::move(options));
+}
+
+XMLNode::Place ExpressionAction::locationOfInput(int index) const {
+  return m_areInputsEdited ? XMLNode::Place{} : placeOfInputVariable(node(), index);
+}
+
+}  // namespace kelvarin
