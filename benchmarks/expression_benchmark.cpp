@@ -96,20 +96,20 @@ std::shared_ptr<TestTable> makeTable() {
 }
 
 double resultOf(ExpressionEvaluator& evaluator) {
-  return numberFromBytes(evaluator.resultCell(0));
+  return numberFromBytes(evaluator.rows.resultCell(0));
 }
 
 double evaluateLoaded(ExpressionEvaluator& evaluator, int repetitions) {
   for (int i = 0; i < repetitions; ++i) {
-    static_cast<void>(evaluator.evaluate(0));
+    static_cast<void>(evaluator.rows.evaluate(0));
   }
   return resultOf(evaluator);
 }
 
 double evaluateRows(ExpressionEvaluator& evaluator, const OneRow& row, int repetitions) {
   for (int i = 0; i < repetitions; ++i) {
-    static_cast<void>(evaluator.loadRow(row));
-    static_cast<void>(evaluator.evaluate(0));
+    static_cast<void>(evaluator.rows.loadRow(row));
+    static_cast<void>(evaluator.rows.evaluate(0));
   }
   return resultOf(evaluator);
 }
@@ -118,20 +118,23 @@ double evaluateRows(ExpressionEvaluator& evaluator, const OneRow& row, int repet
 std::optional<Timed> ours(const char* expression, BackendKind kind) {
   auto evaluator = std::make_shared<ExpressionEvaluator>();
   const std::shared_ptr<TestTable> table = makeTable();
-  evaluator->configure({}, inputs(), nullptr, false);
-  evaluator->requireBackend(kind);
-  evaluator->prepareDateContext({});
+  evaluator->expressions.configure({}, inputs(), nullptr, false);
+  evaluator->expressions.requireBackend(kind);
+  evaluator->expressions.prepareDateContext({});
   const bool isText = std::string_view(expression).find("//") != std::string_view::npos;
-  const bool isBound = static_cast<bool>(evaluator->bind(table->row(), [](const QString& text) { return text; }));
-  if (!isBound || evaluator->loadRow(table->row()) != RowOutcome::ok ||
-      !evaluator->compile(outputOf(expression, isText ? 'U' : 'F'))) {
+  const bool isBound = static_cast<bool>(evaluator->expressions.bind(table->row(), [](const QString& text) { return text; }));
+  if (!isBound || !evaluator->expressions.compile(outputOf(expression, isText ? 'U' : 'F'))) {
+    return std::nullopt;
+  }
+  evaluator->start();
+  if (evaluator->rows.loadRow(table->row()) != RowOutcome::ok) {
     return std::nullopt;
   }
   auto textResult = std::make_shared<unsigned char*>(nullptr);
-  evaluator->setTextTarget(0, textResult.get());
+  evaluator->rows.setTextTarget(0, textResult.get());
   const bool isLoading = kind == BackendKind::string;
   return Timed{[=, result = textResult](int repetitions, double a) {
-                 evaluator->setNumber(0, a);
+                 evaluator->expressions.setNumber(0, a);
                  return isLoading ? evaluateRows(*evaluator, table->row(), repetitions)
                                   : evaluateLoaded(*evaluator, repetitions);
                },
@@ -226,11 +229,11 @@ double median(std::vector<double> values) {
 double secondsToBuild(BackendKind kind) {
   const auto start = Clock::now();
   ExpressionEvaluator evaluator;
-  evaluator.configure({}, inputs(), nullptr, false);
-  evaluator.requireBackend(kind);
-  evaluator.prepareDateContext({});
+  evaluator.expressions.configure({}, inputs(), nullptr, false);
+  evaluator.expressions.requireBackend(kind);
+  evaluator.expressions.prepareDateContext({});
   for (int i = 0; i < 20; ++i) {
-    static_cast<void>(evaluator.compile(outputOf(kExpressions[static_cast<std::size_t>(i) % 18])));
+    static_cast<void>(evaluator.expressions.compile(outputOf(kExpressions[static_cast<std::size_t>(i) % 18])));
   }
   return std::chrono::duration<double>(Clock::now() - start).count();
 }

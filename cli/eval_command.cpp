@@ -14,7 +14,6 @@
 #include "expression/evaluator/expression_warnings.h"
 #include "expression/backends/expression_text.h"
 #include "expression/errors/expression_mark.h"
-#include "expression/errors/messages.h"
 #include "expression/help/expression_hint.h"
 
 namespace kelvarin {
@@ -183,9 +182,8 @@ class ResultPrinter {
 };
 
 // The expression with a mark, and what may have been meant.
-void explainFault(const ExpressionFault& fault, const ExpressionRequest& request, Console& console) {
-  const ExpressionError error{fault.text, fault.position, fault.token};
-  if (fault.position >= 0) {
+void explain(const ExpressionError& error, const ExpressionRequest& request, Console& console) {
+  if (error.position >= 0) {
     const QString marked = markedExpression(request.expression, error);
     console.writeReason(LogLevel::information,
                         QString::fromLatin1(program_messages::kHere)
@@ -196,8 +194,7 @@ void explainFault(const ExpressionFault& fault, const ExpressionRequest& request
   for (const InputVariable& known : request.variables) {
     names.variables += known.name();
   }
-  const bool isFormatUnknown = fault.text == QLatin1String(messages::kFormatUnknown);
-  const QString hint = isFormatUnknown
+  const QString hint = error.kind == ExpressionError::Kind::dateFormatUnknown
                            ? QString::fromLatin1(program_messages::kGiveDateFormat)
                            : expressionHint(error, request.expression, names);
   if (!hint.isEmpty()) {
@@ -205,16 +202,16 @@ void explainFault(const ExpressionFault& fault, const ExpressionRequest& request
   }
 }
 
-ExitStatus reportFault(const ExpressionFault& fault, const ExpressionRequest& request, bool isJson,
+ExitStatus reportError(const ExpressionCheck& check, const ExpressionRequest& request, bool isJson,
                        Console& console) {
   if (isJson) {
-    const Json object = {{"error", fault.text.toStdString()},
-                                   {"token", fault.token.toStdString()},
-                                   {"position", fault.position}};
+    const Json object = {{"error", check.text.toStdString()},
+                         {"token", check.error.token.toStdString()},
+                         {"position", check.error.position}};
     std::fputs(printed(object).c_str(), stdout);
   } else {
-    console.writeLog(LogLevel::error, fault.text);
-    explainFault(fault, request, console);
+    console.writeLog(LogLevel::error, check.text);
+    explain(check.error, request, console);
   }
   return ExitStatus::failed;
 }
@@ -232,14 +229,14 @@ ExitStatus evaluate(const EvalArguments& arguments) {
   }
   ExpressionRun run(*request);
   if (const auto started = run.start(); !started) {
-    return reportFault(started.error(), *request, arguments.isJson, console);
+    return reportError(started.error(), *request, arguments.isJson, console);
   }
   ResultPrinter printer(arguments);
   const long long rows = std::max(1LL, arguments.rows);
   for (long long row = 0; row < rows && !isOutputClosed(); ++row) {
     const auto result = run.next();
     if (!result) {
-      return reportFault(result.error(), *request, arguments.isJson, console);
+      return reportError(result.error(), *request, arguments.isJson, console);
     }
     printer.add(*result);
   }

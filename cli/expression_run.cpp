@@ -4,6 +4,7 @@
 
 #include "expression/errors/error_texts.h"
 #include "expression/errors/messages.h"
+#include "expression/evaluator/messages.h"
 #include "host/contract/column_bytes.h"
 #include "host/contract/row_buffer.h"
 
@@ -16,54 +17,62 @@ ExpressionRun::ExpressionRun(const ExpressionRequest& request) : m_request(reque
   m_output.meta = request.meta.value_or(MetaTypeColumn::number);
 }
 
-Status<ExpressionFault> ExpressionRun::start() {
-  m_evaluator.configure(m_request.options, m_request.variables, &m_parameters, false);
+Status<ExpressionCheck> ExpressionRun::start() {
+  m_evaluator.expressions.configure(m_request.options, m_request.variables, &m_parameters, false);
   if (m_request.backend) {
-    m_evaluator.requireBackend(*m_request.backend);
+    m_evaluator.expressions.requireBackend(*m_request.backend);
   }
-  const DateStatus dates = m_evaluator.prepareDateContext({m_request.expression});
+  const DateStatus dates = m_evaluator.expressions.prepareDateContext({m_request.expression});
   if (dates == DateStatus::dateFormatUnknown) {
-    return Failure{ExpressionFault{QString::fromLatin1(messages::kFormatUnknown), {}, -1}};
+    return Failure{ExpressionCheck::unknownDateFormat()};
   }
   if (dates == DateStatus::referenceTimeUnparsable) {
     m_warnings.append(QString::fromLatin1(messages::kReferenceUnparsable));
-    m_advice = m_evaluator.referenceTimeAdvice();
+    m_advice = m_evaluator.expressions.referenceTimeAdvice();
   }
-  if (const QString advice = m_evaluator.dateFormatAdvice(); !advice.isEmpty()) {
+  if (const QString advice = m_evaluator.expressions.dateFormatAdvice(); !advice.isEmpty()) {
     m_warnings.append(advice);
   }
   const ResultUse use = m_request.meta ? ResultUse::column : ResultUse::anyValue;
-  if (const auto compiled = m_evaluator.compile(m_output, use); !compiled) {
-    const ExpressionError& error = compiled.error();
-    return Failure{ExpressionFault{checkErrorText(error), error.token, error.position}};
+  if (const auto compiled = m_evaluator.expressions.compile(m_output, use); !compiled) {
+    return Failure{ExpressionCheck::failure(compiled.error())};
   }
+  m_evaluator.start();
   if (m_request.meta && metaOfOutput(*m_request.meta).type() == MetaTypeColumn::text) {
-    m_evaluator.setTextTarget(0, &m_text);
+    m_evaluator.rows.setTextTarget(0, &m_text);
   }
   return Done{};
 }
 
-Result<ExpressionResult, ExpressionFault> ExpressionRun::next() {
+Result<ExpressionResult, ExpressionCheck> ExpressionRun::next() {
   setVariables();
-  m_evaluator.startRow();
-  if (m_evaluator.evaluate(0) == RowOutcome::stop) {
-    return Failure{faultOfRow()};
+  m_evaluator.rows.startRow();
+  if (m_evaluator.rows.evaluate(0) == RowOutcome::stop) {
+    return Failure{checkOfRow()};
   }
   ExpressionResult result = currentResult();
-  m_evaluator.advanceRow();
+  m_evaluator.rows.advanceRow();
   return result;
 }
 
-QStringList ExpressionRun::warnings() const { return m_warnings + m_evaluator.closingWarnings(); }
+QStringList ExpressionRun::warnings() const {
+  QStringList warnings = m_warnings + m_evaluator.rows.closingWarnings();
+  const FailureCount& failures = m_evaluator.rows.failures();
+  if (failures.count > 0) {
+    warnings += messages::failedEvaluations(failures.count, failures.firstName, failures.firstRow,
+                                            failures.firstMessage);
+  }
+  return warnings;
+}
 
 void ExpressionRun::setVariables() {
   for (std::size_t i = 0; i < m_request.variables.size(); ++i) {
     const InputVariable& variable = m_request.variables[i];
     const int index = static_cast<int>(i);
     if (kindOf(variable) == VariableKind::text) {
-      m_evaluator.setText(index, variable.text);
+      m_evaluator.expressions.setText(index, variable.text);
     } else {
-      m_evaluator.setNumber(index, variable.number);
+      m_evaluator.expressions.setNumber(index, variable.number);
     }
   }
 }
@@ -72,7 +81,7 @@ ExpressionResult ExpressionRun::currentResult() {
   if (m_request.meta) {
     return resultOfMeta();
   }
-  const ExpressionValue& value = m_evaluator.value(0);
+  const ExpressionValue& value = m_evaluator.rows.value(0);
   if (value.type == ExpressionValue::Type::text) {
     return {MetaTypeColumn::text, value.text.isNull(), 0.0, value.text};
   }
@@ -82,11 +91,11 @@ ExpressionResult ExpressionRun::currentResult() {
 ExpressionResult ExpressionRun::resultOfMeta() {
   switch (metaOfOutput(*m_request.meta).type()) {
     case MetaTypeColumn::number: {
-      const double number = numberFromBytes(m_evaluator.resultCell(0));
+      const double number = numberFromBytes(m_evaluator.rows.resultCell(0));
       return {MetaTypeColumn::number, isNullNumber(number), number, {}};
     }
     case MetaTypeColumn::key: {
-      const std::uint32_t key = keyFromBytes(m_evaluator.resultCell(0));
+      const std::uint32_t key = keyFromBytes(m_evaluator.rows.resultCell(0));
       return {MetaTypeColumn::key, isNullKey(key), static_cast<double>(key), {}};
     }
     default:
@@ -94,13 +103,13 @@ ExpressionResult ExpressionRun::resultOfMeta() {
   }
 }
 
-ExpressionFault ExpressionRun::faultOfRow() const {
-  const RowFailure& failure = m_evaluator.lastFailure();
+ExpressionCheck ExpressionRun::checkOfRow() const {
+  const RowFailure& failure = m_evaluator.rows.lastFailure();
   if (failure.kind == RowFailure::Kind::keyCast) {
-    const auto row = static_cast<std::int64_t>(m_evaluator.rowNumber());
-    return {keyOutOfRangeText(failure.name, row, failure.value), {}, -1};
+    const auto row = static_cast<std::int64_t>(m_evaluator.rows.rowNumber());
+    return ExpressionCheck::failure(keyOutOfRangeText(failure.name, row, failure.value));
   }
-  return {checkErrorText(failure.error), failure.error.token, failure.error.position};
+  return ExpressionCheck::failure(failure.error);
 }
 
 }  // namespace kelvarin

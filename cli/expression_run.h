@@ -1,6 +1,7 @@
 // Evaluates one expression over given variable values, one row after the other, as an action would.
 //
-// Used by `kelvarin eval`.  Threads: one.  Errors: ExpressionFault; nothing is logged.
+// Used by `kelvarin eval`.
+// Errors: an ExpressionCheck; nothing is logged.
 #pragma once
 
 #include <memory>
@@ -23,13 +24,6 @@ struct ExpressionRequest {
   std::optional<BackendKind> backend;  // without it they are tried in their order
 };
 
-// Why there is no result: the text that an editor's check shows, and where.
-struct ExpressionFault {
-  QString text;
-  QString token;
-  int position = -1;
-};
-
 struct ExpressionResult {
   MetaTypeColumn type = MetaTypeColumn::number;
   bool isNull = false;
@@ -42,11 +36,11 @@ class ExpressionRun {
   explicit ExpressionRun(const ExpressionRequest& request);
 
   // Compiles. To be called once, before next().
-  Status<ExpressionFault> start();
+  Status<ExpressionCheck> start();
   // The next row's result.
-  Result<ExpressionResult, ExpressionFault> next();
+  Result<ExpressionResult, ExpressionCheck> next();
 
-  BackendKind backend() const { return m_evaluator.backend(0); }
+  BackendKind backend() const { return m_evaluator.expressions.backend(0); }
   // What the user should know beside the results.
   QStringList warnings() const;
   // What to do about them; empty where the warnings say it.
@@ -56,7 +50,7 @@ class ExpressionRun {
   void setVariables();
   ExpressionResult currentResult();
   ExpressionResult resultOfMeta();
-  ExpressionFault faultOfRow() const;
+  ExpressionCheck checkOfRow() const;
 
   const ExpressionRequest& m_request;
   GlobalParameters m_parameters;

@@ -1,11 +1,12 @@
 #include "jit/lexer.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <string>
 
+#include "expression/tokens/units.h"
 #include "jit/messages.h"
-#include "jit/units.h"
 
 namespace kelvarin::jit {
 
@@ -13,181 +14,119 @@ namespace {
 
 constexpr std::size_t kMaximumNameLength = 100;
 
-struct Operator {
+struct Sign {
   std::string_view text;
   TokenKind kind;
 };
 
-// The longer of two operators that begin alike comes first.
-constexpr std::array kOperators = {
-    Operator{"<=", TokenKind::lessOrEqual}, Operator{">=", TokenKind::greaterOrEqual},
-    Operator{"==", TokenKind::equal},       Operator{"!=", TokenKind::notEqual},
-    Operator{"&&", TokenKind::both},        Operator{"||", TokenKind::either},
-    Operator{"<", TokenKind::less},         Operator{">", TokenKind::greater},
-    Operator{"=", TokenKind::assign},       Operator{"+", TokenKind::plus},
-    Operator{"-", TokenKind::minus},        Operator{"*", TokenKind::times},
-    Operator{"/", TokenKind::over},         Operator{"%", TokenKind::remainder},
-    Operator{"^", TokenKind::power},        Operator{"?", TokenKind::question},
-    Operator{":", TokenKind::colon},        Operator{",", TokenKind::comma},
-    Operator{"(", TokenKind::open},         Operator{")", TokenKind::close}};
+// What the compiler knows of the language's signs.
+constexpr std::array kSigns = {
+    Sign{"<=", TokenKind::lessOrEqual}, Sign{">=", TokenKind::greaterOrEqual},
+    Sign{"==", TokenKind::equal},       Sign{"!=", TokenKind::notEqual},
+    Sign{"&&", TokenKind::both},        Sign{"||", TokenKind::either},
+    Sign{"<", TokenKind::less},         Sign{">", TokenKind::greater},
+    Sign{"=", TokenKind::assign},       Sign{"+", TokenKind::plus},
+    Sign{"-", TokenKind::minus},        Sign{"*", TokenKind::times},
+    Sign{"/", TokenKind::over},         Sign{"%", TokenKind::remainder},
+    Sign{"^", TokenKind::power},        Sign{"?", TokenKind::question},
+    Sign{":", TokenKind::colon},        Sign{",", TokenKind::comma},
+    Sign{"(", TokenKind::open},         Sign{")", TokenKind::close}};
 
-bool isBlank(char c) {
-  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+const Unit* unitSpelt(std::string_view text) {
+  const auto found = std::find_if(kUnits.begin(), kUnits.end(),
+                                  [&](const Unit& unit) { return unit.text == text; });
+  return found == kUnits.end() ? nullptr : &*found;
 }
 
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
-// Letters are those of ASCII and all printable characters of Latin-1 beyond it.
-bool isOfName(char c) {
-  return isDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' ||
-         static_cast<unsigned char>(c) >= 0xA0;
+// Hexadecimal numbers have at most 32 bits.
+std::from_chars_result read(std::string_view text, double& number) {
+  const char* end = text.data() + text.size();
+  if (!text.starts_with("0x")) {
+    return std::from_chars(text.data(), end, number);
+  }
+  constexpr int kBase = 16;
+  std::uint32_t whole = 0;
+  const auto result = std::from_chars(text.data() + 2, end, whole, kBase);
+  number = whole;
+  return result;
 }
 
 }  // namespace
 
 Token Lexer::next() {
-  skipBlanks();
-  if (m_position == m_expression.size()) {
-    return take(TokenKind::end, 0);
+  while (m_next < m_tokens.size() && m_tokens[m_next].kind == kelvarin::TokenKind::blank) {
+    ++m_next;
   }
-  const char c = m_expression[m_position];
-  if (isDigit(c) || c == '.') {
-    return takeNumber();
+  if (m_next == m_tokens.size()) {
+    return {TokenKind::end, m_expression.size(), {}};
   }
-  if (isOfName(c)) {
-    return takeName();
+  const kelvarin::Token& token = m_tokens[m_next++];
+  switch (token.kind) {
+    case kelvarin::TokenKind::number:
+      return numberOf(token);
+    case kelvarin::TokenKind::name:
+      return nameOf(token);
+    case kelvarin::TokenKind::unit:
+      return unitOf(token);
+    case kelvarin::TokenKind::text:
+      return refuse(token, CompileStatus::unsupported, messages::kText);
+    default:
+      return signOf(token);
   }
-  if (c == '{') {
-    return takeUnit();
-  }
-  return takeOperator();
 }
 
 bool Lexer::isAtBracket() const {
-  return m_position < m_expression.size() && m_expression[m_position] == '(';
+  return m_next < m_tokens.size() && m_tokens[m_next].sign == "(";
 }
 
-void Lexer::skipBlanks() {
-  while (m_position < m_expression.size() && isBlank(m_expression[m_position])) {
-    ++m_position;
+Token Lexer::numberOf(const kelvarin::Token& token) {
+  const std::string_view text = textOf(token);
+  Token number{TokenKind::number, token.start, text};
+  if (read(text, number.number).ec != std::errc()) {
+    return refuse(token, CompileStatus::unsupported, messages::kNumberOutOfRange, text);
   }
+  return number;
 }
 
-Token Lexer::take(TokenKind kind, std::size_t length) {
-  const Token token{kind, m_position, m_expression.substr(m_position, length)};
-  m_position += length;
-  return token;
-}
-
-Token Lexer::refuse(CompileStatus status, std::string_view reason, std::string_view argument) {
-  m_failure = failureAt(status, m_position, reason, argument);
-  return take(TokenKind::invalid, 0);
-}
-
-bool Lexer::isDigitAt(std::size_t position) const {
-  return position < m_expression.size() && isDigit(m_expression[position]);
-}
-
-std::size_t Lexer::endOfDigits(std::size_t position) const {
-  while (isDigitAt(position)) {
-    ++position;
-  }
-  return position;
-}
-
-// Digits with at most one point among them and at least one digit, then an optional exponent. An
-// `e` that no digits follow makes the whole no number.
-Token Lexer::takeNumber() {
-  if (m_expression.substr(m_position, 2) == "0x") {
-    return takeHexadecimal();
-  }
-  std::size_t end = endOfDigits(m_position);
-  std::size_t digitCount = end - m_position;
-  if (end < m_expression.size() && m_expression[end] == '.') {
-    const std::size_t fraction = end + 1;
-    end = endOfDigits(fraction);
-    digitCount += end - fraction;
-  }
-  bool isComplete = digitCount > 0;
-  if (isComplete && end < m_expression.size() && (m_expression[end] | 0x20) == 'e') {
-    std::size_t exponent = end + 1;
-    if (exponent < m_expression.size() &&
-        (m_expression[exponent] == '+' || m_expression[exponent] == '-')) {
-      ++exponent;
-    }
-    isComplete = isDigitAt(exponent);
-    end = endOfDigits(exponent);
-  }
-  const std::string_view text = m_expression.substr(m_position, end - m_position);
-  if (!isComplete) {
-    return refuse(CompileStatus::syntaxError, messages::kMalformedNumber, text);
-  }
-  double number = 0.0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (result.ec != std::errc()) {
-    return refuse(CompileStatus::unsupported, messages::kNumberOutOfRange, text);
-  }
-  Token token = take(TokenKind::number, text.size());
-  token.number = number;
-  return token;
-}
-
-// `0x` and at least one digit; the value has at most 32 bits.
-Token Lexer::takeHexadecimal() {
-  constexpr std::size_t prefix = 2;
-  const char* begin = m_expression.data() + m_position + prefix;
-  const char* end = m_expression.data() + m_expression.size();
-  std::uint32_t number = 0;
-  const auto result = std::from_chars(begin, end, number, 16);
-  const auto length = static_cast<std::size_t>(result.ptr - begin) + prefix;
-  if (result.ec != std::errc()) {
-    return refuse(CompileStatus::unsupported, messages::kNumberOutOfRange,
-                  m_expression.substr(m_position, length));
-  }
-  Token token = take(TokenKind::number, length);
-  token.number = number;
-  return token;
-}
-
-Token Lexer::takeName() {
-  std::size_t end = m_position;
-  while (end < m_expression.size() && isOfName(m_expression[end])) {
-    ++end;
-  }
-  const std::size_t length = end - m_position;
-  if (length > kMaximumNameLength) {
-    return refuse(CompileStatus::tooLarge, messages::kNameTooLong,
+Token Lexer::nameOf(const kelvarin::Token& token) {
+  if (token.size > kMaximumNameLength) {
+    return refuse(token, CompileStatus::tooLarge, messages::kNameTooLong,
                   std::to_string(kMaximumNameLength));
   }
-  return take(TokenKind::name, length);
+  return {TokenKind::name, token.start, textOf(token)};
 }
 
-Token Lexer::takeUnit() {
-  for (const Unit& unit : kUnits) {
-    if (m_expression.substr(m_position).starts_with(unit.text)) {
-      Token token = take(TokenKind::unit, unit.text.size());
-      token.number = unit.factor;
-      return token;
-    }
-  }
-  const std::size_t close = m_expression.find('}', m_position);
-  const std::size_t length = close == std::string_view::npos ? 1 : close - m_position + 1;
-  return refuse(CompileStatus::syntaxError, messages::kUnknownUnit,
-                m_expression.substr(m_position, length));
+Token Lexer::unitOf(const kelvarin::Token& token) {
+  return {TokenKind::unit, token.start, textOf(token), unitSpelt(token.sign)->factor};
 }
 
-Token Lexer::takeOperator() {
-  for (const Operator& candidate : kOperators) {
-    if (m_expression.substr(m_position).starts_with(candidate.text)) {
-      return take(candidate.kind, candidate.text.size());
-    }
+Token Lexer::signOf(const kelvarin::Token& token) {
+  const auto found = std::find_if(kSigns.begin(), kSigns.end(),
+                                  [&](const Sign& sign) { return sign.text == token.sign; });
+  if (found != kSigns.end()) {
+    return {found->kind, token.start, textOf(token)};
   }
-  if (m_expression[m_position] == '"') {
-    return refuse(CompileStatus::unsupported, messages::kText);
-  }
-  return refuse(CompileStatus::syntaxError, messages::kUnexpectedCharacter);
+  return token.sign == "{"
+             ? refuseBrace(token)
+             : refuse(token, CompileStatus::syntaxError, messages::kUnexpectedCharacter);
+}
+
+Token Lexer::refuse(const kelvarin::Token& token, CompileStatus status, std::string_view reason,
+                    std::string_view argument) {
+  m_failure = failureAt(status, token.start, reason, argument);
+  return {TokenKind::invalid, token.start, {}};
+}
+
+// No unit, or one that is not behind a value.
+Token Lexer::refuseBrace(const kelvarin::Token& brace) {
+  const std::size_t close = m_expression.find('}', brace.start);
+  const std::string_view text =
+      close == std::string_view::npos
+          ? textOf(brace)
+          : m_expression.substr(brace.start, close - brace.start + 1);
+  return refuse(brace, CompileStatus::syntaxError,
+                unitSpelt(text) == nullptr ? messages::kUnknownUnit : messages::kUnexpectedText,
+                text);
 }
 
 }  // namespace kelvarin::jit

@@ -1,12 +1,14 @@
-// Expression text -> tokens: numbers, names, units in braces, operators.
+// Expression text -> what the parser reads: numbers, names, units in braces, operators.
 //
-// Used by parser.cpp. A token's text is a view of the expression, which outlives it.
+// Used by parser.cpp. The text is cut as every engine cuts it; here tokens get their meaning and
+// their values. A token's text is a view of the expression, which outlives it.
 // Errors: a token of kind `invalid` whose failure says why; nothing follows it.
 #pragma once
 
 #include <cstdint>
 #include <string_view>
 
+#include "expression/tokens/tokenizer.h"
 #include "jit/compile_failure.h"
 
 namespace kelvarin::jit {
@@ -48,7 +50,9 @@ struct Token {
 
 class Lexer {
  public:
-  explicit Lexer(std::string_view expression) : m_expression(expression) {}
+  // In Latin-1.
+  explicit Lexer(std::string_view expression)
+      : m_expression(expression), m_tokens(tokensOf(expression)) {}
 
   Token next();
   // True when the next character is an opening bracket, with no blank before it.
@@ -56,19 +60,20 @@ class Lexer {
   const CompileFailure& failure() const { return m_failure; }
 
  private:
-  void skipBlanks();
-  Token take(TokenKind kind, std::size_t length);
-  Token refuse(CompileStatus status, std::string_view reason, std::string_view argument = {});
-  Token takeNumber();
-  Token takeHexadecimal();
-  Token takeName();
-  Token takeUnit();
-  Token takeOperator();
-  bool isDigitAt(std::size_t position) const;
-  std::size_t endOfDigits(std::size_t position) const;
+  std::string_view textOf(const kelvarin::Token& token) const {
+    return m_expression.substr(token.start, token.size);
+  }
+  Token numberOf(const kelvarin::Token& token);
+  Token nameOf(const kelvarin::Token& token);
+  Token unitOf(const kelvarin::Token& token);
+  Token signOf(const kelvarin::Token& token);
+  Token refuse(const kelvarin::Token& token, CompileStatus status, std::string_view reason,
+               std::string_view argument = {});
+  Token refuseBrace(const kelvarin::Token& brace);
 
   std::string_view m_expression;
-  std::size_t m_position = 0;
+  Tokens m_tokens;
+  std::size_t m_next = 0;
   CompileFailure m_failure;
 };
 

@@ -9,7 +9,6 @@ inline constexpr const char* kTooLong = "the expression has more than %1 charact
 inline constexpr const char* kTooDeep = "the expression nests more than %1 levels";
 inline constexpr const char* kTooLarge = "the expression needs more memory than one call may use";
 inline constexpr const char* kUnexpectedCharacter = "unexpected character";
-inline constexpr const char* kMalformedNumber = "'%1' is no number";
 inline constexpr const char* kNumberOutOfRange = "the number '%1' is out of range";
 inline constexpr const char* kNameTooLong = "a name has more than %1 characters";
 inline constexpr const char* kUnknownUnit = "'%1' is no unit";

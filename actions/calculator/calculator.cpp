@@ -61,10 +61,9 @@ void Calculator::saveXML(std::wostringstream& out, QString name) {
   out << L"  </OutputVars>\n</" << typeName() << L">\n";
 }
 
-bool Calculator::setOutputVariables(std::vector<OutputVariable> outputs) {
-  const bool isSet = setAsReadBack(*this, &Calculator::m_outputs, std::move(outputs));
-  m_areOutputsEdited |= isSet;
-  return isSet;
+void Calculator::setOutputVariables(std::vector<OutputVariable> outputs) {
+  setAsReadBack(*this, &Calculator::m_outputs, std::move(outputs));
+  m_areOutputsEdited = true;
 }
 
 char Calculator::init() {

@@ -31,9 +31,9 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   char init() override;
   void setComputeRoutine() override;
 
-  // For editors, as the setters of ExpressionAction. At least one output is left.
+  // For editors; see ExpressionAction. At least one output is left.
   const std::vector<OutputVariable>& outputVariables() const { return m_outputs; }
-  [[nodiscard]] bool setOutputVariables(std::vector<OutputVariable> outputs);
+  void setOutputVariables(std::vector<OutputVariable> outputs);
 
   // For row computations: the routine of one whose type is known, without a virtual call a row.
   template <typename Rows, bool (Rows::*kCompute)(const OneRow&)>

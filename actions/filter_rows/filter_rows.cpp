@@ -77,13 +77,10 @@ void FilterRows::saveXML(std::wostringstream& out, QString name) {
   out << L" </InputVars>\n</" << typeName() << L">\n";
 }
 
-bool FilterRows::setSettings(FilterSettings settings) {
+void FilterRows::setSettings(FilterSettings settings) {
   const bool truncates = settings.truncate;
-  const bool isSet = setAsReadBack(*this, &FilterRows::m_settings, std::move(settings));
-  if (isSet) {
-    m_settings.truncate = truncates;
-  }
-  return isSet;
+  setAsReadBack(*this, &FilterRows::m_settings, std::move(settings));
+  m_settings.truncate = truncates;
 }
 
 char FilterRows::init() {

@@ -35,10 +35,10 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
   void setComputeRoutine() override;
   float computeCompletion() const override;
 
-  // For editors, as the setters of ExpressionAction; but a limit on the row number truncates only
-  // where `truncate` says so, since the user was asked.
+  // For editors; see ExpressionAction. A limit on the row number truncates only where `truncate`
+  // says so: an editor has asked the user.
   const FilterSettings& settings() const { return m_settings; }
-  [[nodiscard]] bool setSettings(FilterSettings settings);
+  void setSettings(FilterSettings settings);
 
   // The run ended at a row for which the expression was false.
   bool wasTruncated() const { return m_wasTruncated; }

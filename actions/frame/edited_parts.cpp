@@ -5,14 +5,13 @@
 
 namespace kelvarin {
 
-bool ExpressionAction::setInputVariables(std::vector<InputVariable> variables) {
-  const bool isSet = setAsReadBack(*this, &ExpressionAction::m_inputs, std::move(variables));
-  m_areInputsEdited |= isSet;
-  return isSet;
+void ExpressionAction::setInputVariables(std::vector<InputVariable> variables) {
+  setAsReadBack(*this, &ExpressionAction::m_inputs, std::move(variables));
+  m_areInputsEdited = true;
 }
 
-bool ExpressionAction::setOptions(EvaluationOptions options) {
-  return setAsReadBack(*this, &ExpressionAction::m_options, std::move(options));
+void ExpressionAction::setOptions(EvaluationOptions options) {
+  setAsReadBack(*this, &ExpressionAction::m_options, std::move(options));
 }
 
 XMLNode::Place ExpressionAction::locationOfInput(int index) const {

@@ -2,7 +2,6 @@
 
 #include "actions/frame/evaluation_attributes.h"
 #include "actions/frame/messages.h"
-#include "actions/frame/read_back.h"
 #include "actions/frame/variables_xml.h"
 #include "expression/backends/expression_text.h"
 #include "expression/errors/error_texts.h"
@@ -17,15 +16,21 @@
 
 namespace kelvarin {
 
-bool ExpressionAction::setInputVariables(std::vector<InputVariable> variables) {
-  const bool isSet = setAsReadBack(*this, &ExpressionAction::m_inputs, std::move(variables));
-  m_areInputsEdited |= isSet;
-  return isSet;
+namespace {
+
+// Null for a missing value.
+QString shownText(const ExpressionValue& value) {
+  if (value.type == ExpressionValue::Type::text) {
+    return value.text;
+  }
+  return value.isNull() ? QString() : shortestText(value.number);
 }
 
-bool ExpressionAction::setOptions(EvaluationOptions options) {
-  return setAsReadBack(*this, &ExpressionAction::m_options, std::move(options));
+ExpressionPurpose purposeOf(ResultUse use) {
+  return use == ResultUse::truth ? ExpressionPurpose::condition : ExpressionPurpose::value;
 }
+
+}  // namespace
 
 char ExpressionAction::init() {
   ActionItem::init();
@@ -37,8 +42,11 @@ char ExpressionAction::init() {
 }
 
 char ExpressionAction::close() {
-  const QStringList warnings =
-      hasFailed() ? QStringList() : m_evaluator.closingWarnings(failedRowsText());
+  const FailureCount& failures = m_evaluator.rows.failures();
+  QStringList warnings = hasFailed() ? QStringList() : m_evaluator.rows.closingWarnings();
+  if (!hasFailed() && failures.count > 0) {
+    warnings += failedRowsText(failures);
+  }
   for (const QString& warning : warnings) {
     MainUI::addLog(LogLevel::warning, warning);
   }
@@ -60,17 +68,43 @@ const OneRow* ExpressionAction::columnsToPlanFor(const OneRow* firstRow) const {
   return hasRunEnded() ? nullptr : announcedColumnsOfInPin(0);
 }
 
+EvaluationOptions ExpressionAction::expandedOptions() const {
+  EvaluationOptions options = m_options;
+  options.time.referenceTime = expandString(options.time.referenceTime);
+  options.time.dateFormat = expandString(options.time.dateFormat);
+  return options;
+}
+
+std::vector<InputVariable> ExpressionAction::withExpandedLabels(
+    std::vector<InputVariable> inputs) const {
+  for (InputVariable& variable : inputs) {
+    variable.label = expandString(variable.label);
+  }
+  return inputs;
+}
+
+ExpressionCheck ExpressionAction::check(const OutputVariable& output, ResultUse use) const {
+  const EvaluationOptions options = expandedOptions();
+  const std::vector<InputVariable> variables = withExpandedLabels(m_inputs);
+  if (const auto named = checkNames(variables, options); !named) {
+    return ExpressionCheck::failure(named.error());
+  }
+  ExpressionSet expressions;
+  expressions.configure(options, variables, globalParameters(), false);
+  OutputVariable expanded = output;
+  expanded.name = expandString(output.name);
+  ExpressionCheck check = expressions.check(expanded, use);
+  const QStringList warnings = warningsAboutNames(variables) +
+                               warningsAbout(expanded.name, expanded.expression, purposeOf(use));
+  check.setWarnings(warnings + check.warnings);
+  return check;
+}
+
 bool ExpressionAction::startEvaluator(const OneRow& columns,
                                       const std::vector<InputVariable>& inputs,
                                       const QStringList& expressions, int elementCount) {
-  const auto expand = [this](const QString& text) { return expandString(text); };
-  EvaluationOptions options = m_options;
-  options.time.referenceTime = expand(options.time.referenceTime);
-  options.time.dateFormat = expand(options.time.dateFormat);
-  m_variablesOfRun = inputs;
-  for (InputVariable& variable : m_variablesOfRun) {
-    variable.label = expand(variable.label);
-  }
+  const EvaluationOptions options = expandedOptions();
+  m_variablesOfRun = withExpandedLabels(inputs);
   if (const auto named = checkNames(m_variablesOfRun, options); !named) {
     logError(named.error());
     return false;
@@ -78,21 +112,34 @@ bool ExpressionAction::startEvaluator(const OneRow& columns,
   for (const QString& warning : warningsAboutNames(m_variablesOfRun)) {
     MainUI::addLog(LogLevel::warning, warning);
   }
-  m_evaluator.configure(options, m_variablesOfRun, globalParameters(), isObserved());
+  m_evaluator.expressions.configure(options, m_variablesOfRun, globalParameters(), isObserved());
   if (!prepareDates(expressions)) {
     return false;
   }
-  const Status<QString> bound = m_evaluator.bind(columns, expand, elementCount);
+  const Status<BindingFailure> bound = bindColumns(columns, elementCount);
   if (!bound) {
-    reportMissingColumn(columns, bound.error());
+    reportBindingFailure(columns, bound.error());
   } else if (isChecking()) {
-    tellTextsAsNumbers(columns);
+    reportTextsAsNumbers(columns);
   }
   return static_cast<bool>(bound);
 }
 
+Status<BindingFailure> ExpressionAction::bindColumns(const OneRow& columns, int elementCount) {
+  const auto expand = [this](const QString& text) { return expandString(text); };
+  return m_evaluator.expressions.bind(columns, expand, elementCount);
+}
+
+void ExpressionAction::startShowing(const OneRow& columns) {
+  m_variablesOfRun = withExpandedLabels(m_inputs);
+  m_evaluator.expressions.configure(expandedOptions(), m_variablesOfRun, globalParameters(),
+                                    isObserved());
+  (void)m_evaluator.expressions.prepareDateContext({});
+  (void)bindColumns(columns, 1);
+}
+
 // A run can count the texts that are no numbers; here they can only be expected.
-void ExpressionAction::tellTextsAsNumbers(const OneRow& columns) const {
+void ExpressionAction::reportTextsAsNumbers(const OneRow& columns) const {
   for (std::size_t i = 0; i < m_variablesOfRun.size(); ++i) {
     const InputVariable& variable = m_variablesOfRun[i];
     const QString column = expandString(variable.columns.value(variable.columns.size() - 1));
@@ -103,39 +150,28 @@ void ExpressionAction::tellTextsAsNumbers(const OneRow& columns) const {
     }
     LogDetails details;
     details.column = column;
-    details.place = locationOfInput(i);
+    details.place = locationOfInput(static_cast<int>(i));
     logWithDetails(LogLevel::information, messages::textEntersAsNumber(column), details);
   }
 }
 
-XMLNode::Place ExpressionAction::locationOfInput(std::size_t index) const {
-  return m_areInputsEdited ? XMLNode::Place{}
-                           : placeOfInputVariable(node(), static_cast<int>(index));
-}
-
-// `text` is about the first variable with a column that is not there, or with columns that differ
-// in type.
-void ExpressionAction::reportMissingColumn(const OneRow& columns, const QString& text) const {
+void ExpressionAction::reportBindingFailure(const OneRow& columns,
+                                            const BindingFailure& failure) const {
   LogDetails details;
-  for (std::size_t i = 0; i < m_variablesOfRun.size() && details.column.isNull(); ++i) {
-    for (const QString& unexpanded : m_variablesOfRun[i].columns) {
-      const QString name = expandString(unexpanded);
-      if (columns.getIndexOfColumn(name) < 0) {
-        details.column = name;
-        details.place = locationOfInput(i);
-        break;
-      }
-    }
+  const bool isMissing = failure.kind == BindingFailure::Kind::columnNotFound;
+  if (isMissing) {
+    details.column = failure.column;
+    details.place = locationOfInput(failure.input);
   }
-  logWithDetails(LogLevel::error, text, details);
-  if (!details.column.isNull()) {
+  logWithDetails(LogLevel::error, failure.text, details);
+  if (isMissing) {
     logExplanation(missingColumnHint(details.column, columns.getColNamesDeep()));
   }
 }
 
 bool ExpressionAction::prepareDates(const QStringList& expressions) {
-  const DateStatus status = m_evaluator.prepareDateContext(expressions);
-  if (const QString advice = m_evaluator.dateFormatAdvice(); !advice.isEmpty()) {
+  const DateStatus status = m_evaluator.expressions.prepareDateContext(expressions);
+  if (const QString advice = m_evaluator.expressions.dateFormatAdvice(); !advice.isEmpty()) {
     MainUI::addLog(LogLevel::warning, advice);
   }
   switch (status) {
@@ -143,7 +179,7 @@ bool ExpressionAction::prepareDates(const QStringList& expressions) {
       return true;
     case DateStatus::referenceTimeUnparsable:
       MainUI::addLog(LogLevel::warning, referenceTimeWarning());
-      logExplanation(m_evaluator.referenceTimeAdvice());
+      logExplanation(m_evaluator.expressions.referenceTimeAdvice());
       return true;
     case DateStatus::dateFormatUnknown:
       break;
@@ -165,7 +201,7 @@ bool ExpressionAction::compileOutputs(const std::vector<OutputVariable>& outputs
     warnAbout(i, use);
     if (isChecking()) {
       isGood &= checkOutput(i, use);
-    } else if (const auto compiled = m_evaluator.compile(output(i), use); !compiled) {
+    } else if (const auto compiled = m_evaluator.expressions.compile(output(i), use); !compiled) {
       RowFailure failure;
       failure.name = output(i).name;
       failure.error = compiled.error();
@@ -175,40 +211,39 @@ bool ExpressionAction::compileOutputs(const std::vector<OutputVariable>& outputs
   }
   m_isRowLoaded = !isChecking();  // before anything is evaluated
   if (isGood && !isChecking()) {
-    tellBackends();
+    m_evaluator.start();
+    reportBackends();
   }
   return isGood;
 }
 
 // A reference time that cannot be parsed has been warned about, once for all outputs.
 bool ExpressionAction::checkOutput(int index, ResultUse use) {
-  const QString text = m_evaluator.check(output(index), use);
-  for (const QString& warning : m_evaluator.checkWarnings()) {
+  const ExpressionCheck check = m_evaluator.expressions.check(output(index), use);
+  for (const QString& warning : check.warnings) {
     MainUI::addLog(LogLevel::warning, warning);
   }
-  if (text.isEmpty() || text == QLatin1String(messages::kReferenceUnparsable)) {
+  if (check.text.isEmpty() ||
+      check.error.kind == ExpressionError::Kind::referenceTimeUnparsable) {
     return true;
   }
-  if (const auto compiled = m_evaluator.compile(output(index), use); !compiled) {
-    logFailure(LogLevel::error, checkText(output(index).name, text), index, compiled.error());
-    return false;
+  if (check.isCompiled()) {
+    return reportTriedOutput(index, check);
   }
-  return checkTriedOutput(index, text);
+  logFailure(LogLevel::error, checkText(output(index).name, check.text), index, check.error);
+  return false;
 }
 
 // The expression is well formed; what it does with the sample values is judged as a run would.
-bool ExpressionAction::checkTriedOutput(int index, const QString& text) {
-  const QString shown = checkText(output(index).name, text);
-  if (text == QLatin1String(messages::kNumberForString)) {
+bool ExpressionAction::reportTriedOutput(int index, const ExpressionCheck& check) {
+  const QString shown = checkText(output(index).name, check.text);
+  if (check.error.kind == ExpressionError::Kind::numberForText) {
     logAboutOutput(LogLevel::warning, shown, index,
                    QString::fromUtf8(messages::kNumberBecomesText));
     return true;
   }
   const bool stops = mayFailedRowStop();
-  const bool isWrongType = text == QLatin1String(messages::kStringForNumber);
-  const ExpressionError error = isWrongType ? ExpressionError{text, -1, {}}
-                                            : m_evaluator.lastFailure().error;
-  logFailure(stops ? LogLevel::error : LogLevel::warning, shown, index, error,
+  logFailure(stops ? LogLevel::error : LogLevel::warning, shown, index, check.error,
              QString::fromUtf8(stops ? messages::kSampleMayDiffer : messages::kFailedRowsGoOn));
   return !stops;
 }
@@ -275,9 +310,7 @@ TriedExpression ExpressionAction::triedExpression(int index) const {
     }
     TriedVariable variable{input.name(), {}, kindOf(input) == VariableKind::text};
     if (m_isRowLoaded) {
-      variable.value = m_evaluator.displayText(static_cast<int>(i));
-      const bool isMissing = !variable.isText && variable.value.isEmpty();
-      variable.value = isMissing ? QString() : variable.value;
+      variable.value = shownText(m_evaluator.expressions.inputValue(static_cast<int>(i)));
     } else {
       variable.value = variable.isText ? input.text : shortestText(input.number);
     }
@@ -297,18 +330,16 @@ TriedExpression ExpressionAction::triedExpression(int index) const {
 }
 
 void ExpressionAction::warnAbout(int index, ResultUse use) const {
-  const ExpressionPurpose purpose =
-      use == ResultUse::truth ? ExpressionPurpose::condition : ExpressionPurpose::value;
   for (const QString& warning :
-       warningsAbout(output(index).name, output(index).expression, purpose)) {
+       warningsAbout(output(index).name, output(index).expression, purposeOf(use))) {
     logWithDetails(LogLevel::warning, warning, detailsOfOutput(index));
   }
 }
 
-void ExpressionAction::tellBackends() {
+void ExpressionAction::reportBackends() {
   QStringList labels;
-  for (int i = 0; i < m_evaluator.outputCount(); ++i) {
-    labels += QString::fromLatin1(backendLabel(m_evaluator.backend(i)));
+  for (int i = 0; i < m_evaluator.expressions.outputCount(); ++i) {
+    labels += QString::fromLatin1(backendLabel(m_evaluator.expressions.backend(i)));
   }
   if (HostServices* services = hostServices()) {
     services->backendsChosen(*this, labels);
@@ -318,17 +349,9 @@ void ExpressionAction::tellBackends() {
   }
 }
 
-bool ExpressionAction::showRow(const QStringList& results) {
-  QStringList values;
-  for (std::size_t i = 0; i < m_variablesOfRun.size(); ++i) {
-    values += m_evaluator.displayText(static_cast<int>(i));
-  }
-  m_observer->rowEvaluated(values, results);
-  return m_observer->waitForStep();
-}
-
-const char* ExpressionAction::failedRowsText() const {
-  return messages::kFailedEvaluations;
+QString ExpressionAction::failedRowsText(const FailureCount& failures) const {
+  return messages::failedEvaluations(failures.count, failures.firstName, failures.firstRow,
+                                     failures.firstMessage);
 }
 
 void ExpressionAction::logError(const QString& text) const {
@@ -348,7 +371,7 @@ QString ExpressionAction::failureText(const RowFailure& failure) const {
 }
 
 ExpressionAction::RowStep ExpressionAction::failAtRow() {
-  const RowFailure& failure = m_evaluator.lastFailure();
+  const RowFailure& failure = m_evaluator.rows.lastFailure();
   const QString text = failureText(failure);
   if (failure.kind == RowFailure::Kind::nullKey) {
     LogDetails details;

@@ -25,18 +25,22 @@ class ExpressionAction : public ActionItem {
   // and every row waits.
   void setObserver(RowObserver* observer) { m_observer = observer; }
 
-  // For editors, between runs. A setter leaves what reading the action's XML would, or answers
-  // false and changes nothing, where a text cannot stand in a graph file.
+  // For editors, between runs. A setter leaves what saving and reading the action's XML would.
   const std::vector<InputVariable>& inputVariables() const { return m_inputs; }
-  [[nodiscard]] bool setInputVariables(std::vector<InputVariable> variables);
+  void setInputVariables(std::vector<InputVariable> variables);
   const EvaluationOptions& options() const { return m_options; }
-  [[nodiscard]] bool setOptions(EvaluationOptions options);
+  void setOptions(EvaluationOptions options);
   // What hasFailed() answers until the next run: an editor found the expression to be wrong.
   void setErrorFlag(bool hasError) { m_hasFailed = hasError; }
 
+  // Checks one output as a check of the graph does, with graph parameters replaced and the
+  // variables' samples, and logs nothing. In a run and outside of one; variables of a table on the
+  // second pin are not known.
+  ExpressionCheck check(const OutputVariable& output, ResultUse use) const;
+
   // Refuses elements that it does not know.
   char init() override;
-  // Tells what the user should know at the end of a run; an error of the action's own says it all.
+  // Reports what the user should know at the end of a run; an error of the action's own says it all.
   char close() override;
   // Never.
   char canRunInParallel(QString what, bool* reason) override;
@@ -59,8 +63,17 @@ class ExpressionAction : public ActionItem {
                                     const QStringList& expressions, int elementCount = 1);
   // Compiles every output, or in a check tries it; all errors are logged. False: there were some.
   [[nodiscard]] bool compileOutputs(const std::vector<OutputVariable>& outputs, ResultUse use);
-  // Shows the evaluated row to the observer and waits; false when the user stopped.
-  [[nodiscard]] bool showRow(const QStringList& results);
+  // Makes what an observer shows of rows that are not evaluated, as in sampling; a variable whose
+  // column is missing is not shown.
+  void startShowing(const OneRow& columns);
+  // For the observer: the row that was loaded last, with its number and variables, and a failure of
+  // it. Before the evaluator advances.
+  ObservedRow observedRow(const OneRow& input) const;
+  ObservedFailure observedFailure(const RowFailure& failure) const;
+  // Shows the row and waits; false when the user stopped.
+  [[nodiscard]] bool showRow(const ObservedRow& row);
+  // Shows the row that ends the run with a failure.
+  void showLastRow(ObservedRow& row);
 
   void logError(const QString& text) const;
   // About an output: an error or a warning with its place, and what explains it.
@@ -72,7 +85,7 @@ class ExpressionAction : public ActionItem {
   // Logs why the last row stopped, and fails the run.
   RowStep failAtRow();
 
-  long long rowNumber() const { return static_cast<long long>(m_evaluator.rowNumber()); }
+  long long rowNumber() const { return static_cast<long long>(m_evaluator.rows.rowNumber()); }
 
   // What differs between the actions: the text about an expression that failed at a row, the one
   // about an expression that did not pass a check, the warning about the reference time, and the
@@ -84,7 +97,7 @@ class ExpressionAction : public ActionItem {
   // The place of an output in the graph file, and its name where it has one.
   virtual LogDetails detailsOfOutput(int output) const = 0;
   // What became of rows that failed and did not stop the run, for the warning at the end.
-  virtual const char* failedRowsText() const;
+  virtual QString failedRowsText(const FailureCount& failures) const;
   // A row that fails stops the run, at least where it is the first one.
   virtual bool mayFailedRowStop() const { return m_options.abortWhenError; }
 
@@ -95,21 +108,25 @@ class ExpressionAction : public ActionItem {
  private:
   [[nodiscard]] bool prepareDates(const QStringList& expressions);
   [[nodiscard]] bool checkOutput(int output, ResultUse use);
-  [[nodiscard]] bool checkTriedOutput(int output, const QString& text);
+  [[nodiscard]] bool reportTriedOutput(int output, const ExpressionCheck& check);
   void warnAbout(int output, ResultUse use) const;
   // With the place of the error in the expression, and what may have been meant.
   void logFailure(LogLevel level, const QString& text, int output, const ExpressionError& error,
                   const QString& note = QString()) const;
-  XMLNode::Place locationOfInput(std::size_t index) const;
-  void reportMissingColumn(const OneRow& columns, const QString& text) const;
-  void tellTextsAsNumbers(const OneRow& columns) const;
+  // None once an editor has changed the variables.
+  XMLNode::Place locationOfInput(int index) const;
+  EvaluationOptions expandedOptions() const;
+  std::vector<InputVariable> withExpandedLabels(std::vector<InputVariable> inputs) const;
+  Status<BindingFailure> bindColumns(const OneRow& columns, int elementCount);
+  void reportBindingFailure(const OneRow& columns, const BindingFailure& failure) const;
+  void reportTextsAsNumbers(const OneRow& columns) const;
   const OutputVariable& output(int index) const {
     return m_outputsOfRun[static_cast<std::size_t>(index)];
   }
   // The values that its variables have now, as `kelvarin eval` takes them.
   TriedExpression triedExpression(int output) const;
   QString explanation(int output, const ExpressionError& error, const QString& note) const;
-  void tellBackends();
+  void reportBackends();
   QString failureText(const RowFailure& failure) const;
 
   RowObserver* m_observer = nullptr;

@@ -1,10 +1,11 @@
-// Lets editors change a part of an action: what they set is then what a graph file of it
-// would hold.
+// Lets editors change a part of an action: it is then what a graph file would hold, without
+// characters that files cannot have, and with defaults filled in.
 //
 // Used by the setters of the expression actions.
 // Threads: the user-interface thread, between runs.
 #pragma once
 
+#include <cassert>
 #include <memory>
 #include <utility>
 
@@ -12,18 +13,13 @@
 
 namespace kelvarin {
 
-// Replaces a member by `value` as it reads after saving the action. False, and nothing changes: a
-// text has a character that no graph file can hold.
+// Replaces a member by `value` as it reads after saving the action.
 template <typename Action, typename Value>
-[[nodiscard]] bool setAsReadBack(Action& action, Value Action::*member, Value value) {
-  std::swap(action.*member, value);
+void setAsReadBack(Action& action, Value Action::*member, Value value) {
+  action.*member = std::move(value);
   const std::unique_ptr<ActionItem> saved(action.clone(action.globalParameters()));
-  if (saved == nullptr) {
-    std::swap(action.*member, value);
-    return false;
-  }
+  assert(saved != nullptr);  // what an action writes can be read
   action.*member = std::move(static_cast<Action&>(*saved).*member);
-  return true;
 }
 
 }  // namespace kelvarin

@@ -98,12 +98,12 @@ Status<QString> BlockFilterEvaluation::compile(const ActionItem& action, QString
   for (const InputVariable& variable : variables) {
     hasDates |= kindOf(variable) == VariableKind::date;
   }
-  m_evaluator.configure(options, variables, action.globalParameters(), false);
+  m_evaluator.expressions.configure(options, variables, action.globalParameters(), false);
   m_dates.configure(m_filter.time);
   (void)m_dates.prepare({m_filter.expression}, hasDates);  // the evaluator's answer is the same
-  switch (m_evaluator.prepareDateContext({m_filter.expression})) {
+  switch (m_evaluator.expressions.prepareDateContext({m_filter.expression})) {
     case DateStatus::ready:
-      warning = m_evaluator.dateFormatAdvice();
+      warning = m_evaluator.expressions.dateFormatAdvice();
       break;
     case DateStatus::referenceTimeUnparsable:
       warning = QString::fromLatin1(messages::kFilterReferenceUnparsable);
@@ -119,16 +119,17 @@ Status<QString> BlockFilterEvaluation::compile(const ActionItem& action, QString
     return Failure{QString::fromLatin1(messages::kFilterFailed).arg(text)};
   };
   if (!action.mustComputeFull()) {
-    const QString text = m_evaluator.check(output, ResultUse::anyValue);
-    const bool isGood = text.isEmpty() || text == QLatin1String(messages::kReferenceUnparsable);
-    m_error = isGood ? ExpressionError{} : m_evaluator.lastFailure().error;
-    return isGood ? Status<QString>(Done{}) : failure(text);
+    const ExpressionCheck check = m_evaluator.expressions.check(output, ResultUse::anyValue);
+    const bool isGood = check.kind != ExpressionCheck::Kind::error;
+    m_error = isGood ? ExpressionError{} : check.error;
+    return isGood ? Status<QString>(Done{}) : failure(check.text);
   }
-  const Status<ExpressionError> compiled = m_evaluator.compile(output, ResultUse::anyValue);
+  const Status<ExpressionError> compiled = m_evaluator.expressions.compile(output, ResultUse::anyValue);
   if (!compiled) {
     m_error = compiled.error();
     return failure(errorTextWithPosition(m_error));
   }
+  m_evaluator.start();
   return Done{};
 }
 
@@ -178,8 +179,8 @@ bool BlockFilterEvaluation::wantsBlock(const GelFile& file, const BlockInfo& blo
   if (!loadVariables(file, block)) {
     return true;
   }
-  m_evaluator.startRow();
-  return m_evaluator.evaluate(0) != RowOutcome::ok || !isFalse(m_evaluator.value(0));
+  m_evaluator.rows.startRow();
+  return m_evaluator.rows.evaluate(0) != RowOutcome::ok || !isFalse(m_evaluator.rows.value(0));
 }
 
 bool BlockFilterEvaluation::loadVariables(const GelFile& file, const BlockInfo& block) {
@@ -194,11 +195,11 @@ bool BlockFilterEvaluation::loadVariables(const GelFile& file, const BlockInfo& 
         !setBound(input + kMinimum, variable, summary.low)) {
       return false;
     }
-    m_evaluator.setNumber(input + kHasNull, summary.hasNull ? 1.0 : 0.0);
+    m_evaluator.expressions.setNumber(input + kHasNull, summary.hasNull ? 1.0 : 0.0);
   }
   if (m_filter.addRowNumbers) {
-    m_evaluator.setNumber(input, static_cast<double>(block.firstRow));
-    m_evaluator.setNumber(input + 1, static_cast<double>(block.lastRow()));
+    m_evaluator.expressions.setNumber(input, static_cast<double>(block.firstRow));
+    m_evaluator.expressions.setNumber(input + 1, static_cast<double>(block.lastRow()));
   }
   return true;
 }
@@ -223,7 +224,7 @@ bool BlockFilterEvaluation::setBound(int input, const BlockVariable& variable, c
   const double* number = std::get_if<double>(&bound);
   const std::string* text = std::get_if<std::string>(&bound);
   if (kindOfBounds(variable) == VariableKind::text) {
-    m_evaluator.setText(input, text != nullptr     ? qStringOf(*text)
+    m_evaluator.expressions.setText(input, text != nullptr     ? qStringOf(*text)
                                : number != nullptr ? numberText(*number)
                                                    : QString());
     return true;
@@ -235,7 +236,7 @@ bool BlockFilterEvaluation::setBound(int input, const BlockVariable& variable, c
     isDate = m_dates.parse(date).isValid();
     value = m_dates.toElapsedTime(date);
   }
-  m_evaluator.setNumber(input, value);
+  m_evaluator.expressions.setNumber(input, value);
   return text == nullptr || (isDate && !isNullNumber(value));
 }
 

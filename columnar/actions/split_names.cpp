@@ -60,31 +60,32 @@ Status<NamingExpressions::Error> NamingExpressions::compile(const QString& file,
   InputVariable splitValue;
   splitValue.label = QStringLiteral("SplitVal");
   splitValue.isNumber = false;
-  m_evaluator.configure({}, {splitValue}, action.globalParameters(), false);
-  m_evaluator.requireBackend(BackendKind::string);
-  (void)m_evaluator.prepareDateContext(m_expressions);
+  m_evaluator.expressions.configure({}, {splitValue}, action.globalParameters(), false);
+  m_evaluator.expressions.requireBackend(BackendKind::string);
+  (void)m_evaluator.expressions.prepareDateContext(m_expressions);
   for (const QString& expression : m_expressions) {
     OutputVariable output;
     output.expression = expression;
     output.meta = MetaTypeColumn::text;
-    const auto status = m_evaluator.compile(output, ResultUse::anyValue);
+    const auto status = m_evaluator.expressions.compile(output, ResultUse::anyValue);
     if (!status) {
       return Failure{Error{expression, errorTextWithPosition(status.error())}};
     }
   }
+  m_evaluator.start();
   return Done{};
 }
 
 Result<QString, NamingExpressions::Error> NamingExpressions::name(const QString& splitValue) {
-  m_evaluator.setText(0, splitValue);
-  m_evaluator.startRow();
+  m_evaluator.expressions.setText(0, splitValue);
+  m_evaluator.rows.startRow();
   QString result = m_literals.first();
   for (int i = 0; i < static_cast<int>(m_expressions.size()); ++i) {
-    if (m_evaluator.evaluate(i) != RowOutcome::ok) {
+    if (m_evaluator.rows.evaluate(i) != RowOutcome::ok) {
       return Failure{
-          Error{m_expressions[i], errorTextWithPosition(m_evaluator.lastFailure().error)}};
+          Error{m_expressions[i], errorTextWithPosition(m_evaluator.rows.lastFailure().error)}};
     }
-    const QString part = textOf(m_evaluator.value(i));
+    const QString part = textOf(m_evaluator.rows.value(i));
     if (const QString refusal = controlCharacterText(part); !refusal.isEmpty()) {
       return Failure{Error{m_expressions[i], refusal}};
     }

@@ -2,10 +2,6 @@
 
 #include <algorithm>
 
-#include <QStringView>
-
-#include "expression/backends/equals_signs.h"
-
 namespace kelvarin {
 
 namespace {
@@ -16,115 +12,44 @@ constexpr char16_t kEndOfMarks = kFirstMark + 0x80;
 constexpr char16_t kTargetMark = 0xE0FF;
 constexpr std::string_view kTargetMarkBytes = "\xEE\x83\xBF";
 
-bool isDigit(QChar c) {
-  return c >= u'0' && c <= u'9';
-}
-
-// The index behind a number and the letters that touch it (an exponent, a unit, hexadecimal
-// digits).
-qsizetype endOfNumber(QStringView text, qsizetype start) {
-  qsizetype i = start;
-  while (i < text.size() && (isNameCharacter(text[i]) || text[i] == u'.')) {
-    const bool isExponent = text[i] == u'e' || text[i] == u'E';
-    const bool isSigned = isExponent && i + 2 < text.size() &&
-                          (text[i + 1] == u'+' || text[i + 1] == u'-') && isDigit(text[i + 2]);
-    i += isSigned ? 2 : 1;
-  }
-  return i;
-}
-
-qsizetype endOfName(QStringView text, qsizetype start) {
-  return std::find_if_not(text.begin() + start, text.end(), isNameCharacter) - text.begin();
-}
-
-// Whether a value may end with the character.
-bool isEndOfValue(QChar c) {
-  return isNameCharacter(c) || c == u')' || c == u']' || c == u'.';
-}
-
-const jit::Unit* unitAt(const QString& text, qsizetype position) {
-  const QStringView rest = QStringView(text).sliced(position);
-  const auto found = std::find_if(jit::kUnits.begin(), jit::kUnits.end(), [&](const auto& unit) {
-    return rest.startsWith(
-        QLatin1String(unit.text.data(), static_cast<qsizetype>(unit.text.size())));
-  });
-  return found == jit::kUnits.end() ? nullptr : &*found;
-}
-
-// Calls visit(index) for every character outside text literals.
-template <typename Visitor>
-void forEachPlainCharacter(const QString& text, Visitor visit) {
-  qsizetype i = 0;
-  while (i < text.size()) {
-    if (text[i] == u'"') {
-      i = endOfTextLiteral(text, i);
-    } else {
-      visit(i++);
-    }
-  }
-}
-
-bool isFollowedByBracket(QStringView text, qsizetype position) {
-  while (position < text.size() && text[position].isSpace()) {
-    ++position;
-  }
-  return position < text.size() && text[position] == u'(';
-}
-
-// Calls visit(start, end) for every name outside text literals.
-template <typename Visitor>
-void forEachName(QStringView text, Visitor visit) {
-  qsizetype i = 0;
-  while (i < text.size()) {
-    if (text[i] == u'"') {
-      i = endOfTextLiteral(text, i);
-    } else if (isDigit(text[i])) {
-      i = endOfNumber(text, i);
-    } else if (isNameCharacter(text[i])) {
-      const qsizetype end = endOfName(text, i);
-      visit(i, end);
-      i = end;
-    } else {
-      ++i;
-    }
-  }
-}
-
-}  // namespace
-
-bool isNameCharacter(QChar c) {
-  return isDigit(c) || c == u'_' || (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') ||
-         c.unicode() >= 0x80;
-}
-
-QString withoutLineBreaks(QString expression) {
-  forEachPlainCharacter(std::as_const(expression), [&](qsizetype i) {
+// A blank or a comment with blanks in place of line breaks.
+void breakNoLine(QString& expression, const Token& token) {
+  for (auto i = positionOf(token); i < positionOf(token) + sizeOf(token); ++i) {
     const QChar c = expression.at(i);
     if (c == u'\r' || c == u'\n' || c == u'\t') {
       expression[i] = u' ';
     }
-  });
+  }
+}
+
+// Puts a text of no more characters in place of the token, with blanks up to its size.
+void replaceToken(QString& expression, const Token& token, const QString& text) {
+  expression.replace(positionOf(token), sizeOf(token), text.leftJustified(sizeOf(token)));
+}
+
+}  // namespace
+
+QString withoutLineBreaks(QString expression) {
+  for (const Token& token : ExpressionTokens(expression)) {
+    if (token.kind == TokenKind::blank || token.kind == TokenKind::comment) {
+      breakNoLine(expression, token);
+    }
+  }
   return expression;
 }
 
 QString withMarkedUnits(QString expression) {
-  const QString original = expression;
-  bool isBehindValue = false;
-  forEachPlainCharacter(original, [&](qsizetype i) {
-    const QChar c = original.at(i);
-    const jit::Unit* unit = c == u'{' && isBehindValue ? unitAt(original, i) : nullptr;
-    if (unit != nullptr) {
-      const auto length = static_cast<qsizetype>(unit->text.size());
-      expression.replace(i, length, markedUnit(*unit).leftJustified(length));
+  for (const Token& token : ExpressionTokens(expression)) {
+    if (token.kind == TokenKind::unit) {
+      replaceToken(expression, token, markedUnit(token.sign));
     }
-    isBehindValue = c.isSpace() ? isBehindValue : isEndOfValue(c);
-  });
+  }
   return expression;
 }
 
-QString markedUnit(const jit::Unit& unit) {
+QString markedUnit(std::string_view unit) {
   // The last letter: `{mu}` is `{u}`, and the library would take `~mu` for `~m` and a variable.
-  return QString(u'~') + QLatin1Char(unit.text[unit.text.size() - 2]);
+  return QString(u'~') + QLatin1Char(unit[unit.size() - 2]);
 }
 
 bool isLatin1(const QString& text) {
@@ -132,31 +57,36 @@ bool isLatin1(const QString& text) {
 }
 
 QSet<QString> valueNames(const QString& expression) {
+  const ExpressionTokens tokens(expression);
   QSet<QString> names;
-  const QStringView text(expression);
-  forEachName(text, [&](qsizetype start, qsizetype end) {
-    if (!isFollowedByBracket(text, end)) {
-      names.insert(text.sliced(start, end - start).toString());
+  for (std::size_t i = 0; i < tokens.size(); ++i) {
+    if (isFreeName(tokens.all(), i) && !isCall(tokens.all(), i)) {
+      names.insert(tokens.textAt(i).toString());
     }
-  });
+  }
   return names;
 }
 
+bool mayAssign(const QString& expression) {
+  const ExpressionTokens tokens(expression);
+  return std::any_of(tokens.begin(), tokens.end(), isAssignment);
+}
+
 QString withMarkedColumns(QString expression, const QSet<QString>& columns) {
-  const QString original = expression;
-  const QStringView text(original);
+  const ExpressionTokens tokens(expression);
   QSet<QString> functions;
-  forEachName(text, [&](qsizetype start, qsizetype end) {
-    if (isFollowedByBracket(text, end)) {
-      functions.insert(text.sliced(start, end - start).toString());
+  for (std::size_t i = 0; i < tokens.size(); ++i) {
+    if (isCall(tokens.all(), i)) {
+      functions.insert(tokens.textAt(i).toString());
     }
-  });
-  forEachName(text, [&](qsizetype start, qsizetype end) {
-    const QString name = text.sliced(start, end - start).toString();
-    if (columns.contains(name) && functions.contains(name) && !isFollowedByBracket(text, end)) {
-      expression.replace(start, name.size(), markedColumn(name));
+  }
+  for (std::size_t i = 0; i < tokens.size(); ++i) {
+    const QString name = tokens.textAt(i).toString();
+    if (isFreeName(tokens.all(), i) && !isCall(tokens.all(), i) && columns.contains(name) &&
+        functions.contains(name)) {
+      replaceToken(expression, tokens[i], markedColumn(name));
     }
-  });
+  }
   return expression;
 }
 
@@ -166,21 +96,14 @@ QString markedColumn(QString name) {
 }
 
 QString withMarkedTargets(const QString& expression, const QSet<QString>& columns) {
+  const ExpressionTokens tokens(expression);
   QString marked = expression;
-  const QList<EqualsSign> signs = equalsSigns(expression);
-  for (auto sign = signs.rbegin(); sign != signs.rend(); ++sign) {
-    const QStringView left = QStringView(expression).first(sign->start);
-    qsizetype end = left.size();
-    while (end > 0 && left[end - 1].isSpace()) {
-      --end;
-    }
-    qsizetype start = end;
-    while (start > 0 && isNameCharacter(left[start - 1])) {
-      --start;
-    }
-    const QString name = withoutMarks(left.sliced(start, end - start).toString());
-    if (sign->isAssignment() && columns.contains(name)) {
-      marked.insert(end, QChar(kTargetMark));
+  for (std::size_t i = tokens.size(); i-- > 0;) {  // from the end, since marks move what follows
+    const std::size_t target =
+        isAssignment(tokens[i]) ? tokenBefore(tokens.all(), i) : kNoToken;
+    if (target != kNoToken && isFreeName(tokens.all(), target) &&
+        columns.contains(withoutMarks(tokens.textAt(target).toString()))) {
+      marked.insert(static_cast<qsizetype>(tokens[target].end()), QChar(kTargetMark));
     }
   }
   return marked;
@@ -201,21 +124,16 @@ QString withoutMarks(QString text) {
 }
 
 QString withSignsForWords(QString expression, const QSet<QString>& columns) {
-  const QString original = expression;
-  const QStringView text(original);
-  forEachName(text, [&](qsizetype start, qsizetype end) {
-    const QStringView word = text.sliced(start, end - start);
-    const bool isAnd = word == QLatin1String("and");
-    if ((isAnd || word == QLatin1String("or")) && !columns.contains(word.toString())) {
-      expression.replace(start, end - start, isAnd ? QStringLiteral("&& ") : QStringLiteral("||"));
+  const ExpressionTokens tokens(expression);
+  for (std::size_t i = 0; i < tokens.size(); ++i) {
+    const QStringView word = tokens.textAt(i);
+    const bool isAnd = word == u"and";
+    if ((isAnd || word == u"or") && isFreeName(tokens.all(), i) &&
+        !columns.contains(word.toString())) {
+      replaceToken(expression, tokens[i], isAnd ? QStringLiteral("&&") : QStringLiteral("||"));
     }
-  });
+  }
   return expression;
-}
-
-bool isVariableName(const QString& name) {
-  return !name.isEmpty() && !isDigit(name.front()) &&
-         std::all_of(name.begin(), name.end(), isNameCharacter);
 }
 
 int positionOfByte(std::string_view utf8, int bytePosition) {

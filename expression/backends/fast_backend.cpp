@@ -10,7 +10,6 @@
 
 #include <muParser.h>
 
-#include "expression/backends/equals_signs.h"
 #include "expression/backends/expression_text.h"
 #include "expression/backends/fast_functions.h"
 #include "expression/backends/fast_language.h"

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "expression/backends/fast_signs.h"
 #include "expression/functions/function_table.h"
 
 namespace kelvarin {
@@ -44,7 +45,7 @@ void define(mu::Parser& parser, BoundFunction& bound, NumberMany) {
 // Calls a body that takes a text literal, which comes in Latin-1.
 double callWithText(void* data, const char* latin1) {
   const auto& bound = *static_cast<const BoundFunction*>(data);
-  const std::string text = QString::fromLatin1(latin1).toStdString();
+  const std::string text = QString::fromLatin1(withoutEscapes(latin1).c_str()).toStdString();
   const FunctionArgument argument{std::string_view(text)};
   FunctionResult result;
   bound.line->value(*bound.context, {&argument, 1}, result);

@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "expression/backends/fast_signs.h"
+#include "expression/tokens/units.h"
 #include "jit/arithmetic.h"
-#include "jit/units.h"
 
 namespace kelvarin {
 
@@ -21,12 +21,12 @@ double remainder(double x, double y) {
 
 template <std::size_t unit>
 double withUnit(double x) {
-  return jit::multiply(x, jit::kUnits[unit].factor);
+  return jit::multiply(x, kUnits[unit].factor);
 }
 
 template <std::size_t... units>
 void addUnits(mu::Parser& parser, std::index_sequence<units...>) {
-  (parser.DefinePostfixOprt(std::string(jit::kUnits[units].text), withUnit<units>), ...);
+  (parser.DefinePostfixOprt(std::string(kUnits[units].text), withUnit<units>), ...);
 }
 
 // The libraries' hexadecimal numbers: `0x` and up to 32 bits.
@@ -52,7 +52,7 @@ void addLanguage(mu::Parser& parser) {
   parser.EnableOptimizer(false);  // it reorders products, which changes their last bits
   parser.DefineOprt("%", remainder, mu::prMUL_DIV, mu::oaLEFT);
   parser.DefineInfixOprt("-", jit::negate);
-  addUnits(parser, std::make_index_sequence<jit::kUnits.size()>());
+  addUnits(parser, std::make_index_sequence<kUnits.size()>());
   parser.AddValIdent(readHexadecimal);
   addSigns(parser);
 }

@@ -1,11 +1,13 @@
 #include "expression/backends/fast_signs.h"
 
+#include <algorithm>
+#include <cstring>
 #include <string>
 
 #include "expression/errors/backend_kind.h"
 #include "expression/backends/bit_operations.h"
-#include "expression/backends/expression_text.h"
 #include "expression/errors/messages.h"
+#include "expression/tokens/expression_tokens.h"
 #include "jit/arithmetic.h"
 
 namespace kelvarin {
@@ -30,9 +32,10 @@ constexpr Sign kPower{"^", 0x9E, ""};
 constexpr Sign kSigns[] = {kPower,      kToInteger,  kToFloat,  kShiftLeft,
                            kShiftRight, kBitwiseAnd, kBitwiseOr};
 
-bool isLogicSign(QStringView text) {
-  return text.startsWith(QLatin1String("&&")) || text.startsWith(QLatin1String("||"));
-}
+// In texts, where the library would take a quote or a backslash for more than it is.
+constexpr Sign kQuoteInText{"\\\"", 0x98, ""};
+constexpr Sign kBackslashInText{"\\\\", 0x97, ""};
+constexpr Sign kEscapes[] = {kQuoteInText, kBackslashInText};
 
 std::string bytesOf(const Sign& sign) {
   return std::string(1, static_cast<char>(sign.character));
@@ -44,24 +47,23 @@ constexpr unsigned kBitOr = 2;
 constexpr unsigned kShift = 4;
 constexpr unsigned kComparison = 8;
 
-unsigned kindsIn(const QString& expression) {
+unsigned kindOf(const Token& token) {
+  if (token.sign == "&") {
+    return kBitAnd;
+  }
+  if (token.sign == "|") {
+    return kBitOr;
+  }
+  if (token.sign == "<<" || token.sign == ">>") {
+    return kShift;
+  }
+  return isComparison(token) || isAssignment(token) || token.sign == "!" ? kComparison : 0;
+}
+
+unsigned kindsIn(const ExpressionTokens& tokens) {
   unsigned kinds = 0;
-  qsizetype i = 0;
-  while (i < expression.size()) {
-    const QChar c = expression[i];
-    const bool isPair = i + 1 < expression.size() && expression[i + 1] == c;
-    if (c == u'"') {
-      i = endOfTextLiteral(expression, i);
-      continue;
-    }
-    if (c == u'&' || c == u'|') {
-      kinds |= isPair ? 0 : c == u'&' ? kBitAnd : kBitOr;
-    } else if (c == u'<' || c == u'>') {
-      kinds |= isPair ? kShift : kComparison;
-    } else if (c == u'=' || c == u'!') {
-      kinds |= kComparison;
-    }
-    i += isPair ? 2 : 1;
+  for (const Token& token : tokens) {
+    kinds |= kindOf(token);
   }
   return kinds;
 }
@@ -71,16 +73,52 @@ bool isAmbiguous(unsigned kinds) {
   return !isOneKind && kinds != kComparison;
 }
 
+std::optional<qsizetype> positionOfSignCharacter(const QString& expression) {
+  const auto isTaken = [](QChar c) {
+    const auto isOfSign = [c](const Sign& sign) { return c == QChar(sign.character); };
+    return std::any_of(std::begin(kSigns), std::end(kSigns), isOfSign) ||
+           std::any_of(std::begin(kEscapes), std::end(kEscapes), isOfSign);
+  };
+  const auto found = std::find_if(expression.begin(), expression.end(), isTaken);
+  return found == expression.end() ? std::nullopt
+                                   : std::optional<qsizetype>(found - expression.begin());
+}
+
+// The casts' brackets touch their name; no column takes the other signs away.
+bool isAt(const Sign& sign, const ExpressionTokens& tokens, std::size_t index,
+          const QSet<QString>& columns) {
+  const QLatin1String name(sign.name);
+  if (name.isEmpty()) {
+    return tokens[index].sign == sign.text;
+  }
+  return index + 2 < tokens.size() && tokens[index].sign == "(" &&
+         tokens.textAt(index + 1) == name && tokens[index + 2].sign == ")" &&
+         !columns.contains(name);
+}
+
+// What the literal stands for, with blanks behind it up to the size of the literal.
+QString preparedText(QStringView literal) {
+  QString text = QString::fromStdU16String(*textOfLiteral(unitsOf(literal)));
+  text.replace(u'"', QChar(kQuoteInText.character));
+  text.replace(u'\\', QChar(kBackslashInText.character));
+  return (u'"' + text + u'"').leftJustified(literal.size());
+}
+
 }  // namespace
 
 std::optional<ExpressionError> refusalOfSigns(const QString& expression) {
-  for (const Sign& sign : kSigns) {
-    if (const qsizetype position = expression.indexOf(QChar(sign.character)); position >= 0) {
-      return ExpressionError{
-          QString::fromUtf8(messages::kControlCharacter), static_cast<int>(position), {}};
+  if (const auto position = positionOfSignCharacter(expression)) {
+    return ExpressionError{
+        QString::fromUtf8(messages::kControlCharacter), static_cast<int>(*position), {}};
+  }
+  const ExpressionTokens tokens(expression);
+  for (const Token& token : tokens) {
+    if (token.fault == TokenFault::unknownEscape) {
+      return ExpressionError{QString::fromUtf8(messages::kUnknownEscape),
+                             static_cast<int>(positionOf(token)), tokens.text(token).toString()};
     }
   }
-  if (isAmbiguous(kindsIn(expression))) {
+  if (isAmbiguous(kindsIn(tokens))) {
     const QString message = QString::fromUtf8(messages::kMixedBitOperators);
     return ExpressionError{message.arg(QLatin1String(backendLabel(BackendKind::fast))), -1, {}};
   }
@@ -88,25 +126,20 @@ std::optional<ExpressionError> refusalOfSigns(const QString& expression) {
 }
 
 QString withSignCharacters(QString expression, const QSet<QString>& columns) {
-  qsizetype i = 0;
-  while (i < expression.size()) {
-    if (expression[i] == u'"') {
-      i = endOfTextLiteral(std::as_const(expression), i);
-      continue;
-    }
-    if (isLogicSign(QStringView(expression).sliced(i))) {
-      i += 2;
+  const ExpressionTokens tokens(expression);
+  for (std::size_t i = 0; i < tokens.size(); ++i) {
+    const Token& token = tokens[i];
+    if (token.kind == TokenKind::text && token.fault == TokenFault::none) {
+      expression.replace(positionOf(token), sizeOf(token), preparedText(tokens.text(token)));
       continue;
     }
     for (const Sign& sign : kSigns) {
-      const QLatin1String text(sign.text);
-      if (QStringView(expression).sliced(i).startsWith(text) &&
-          !columns.contains(QLatin1String(sign.name))) {
-        expression.replace(i, text.size(), QString(sign.character).leftJustified(text.size()));
+      if (isAt(sign, tokens, i, columns)) {
+        const auto size = static_cast<qsizetype>(std::strlen(sign.text));
+        expression.replace(positionOf(token), size, QString(sign.character).leftJustified(size));
         break;
       }
     }
-    ++i;
   }
   return expression;
 }
@@ -118,7 +151,17 @@ QString withWrittenSigns(QString message) {
     message.replace(character.leftJustified(text.size()), text);
     message.replace(character, text);
   }
+  for (const Sign& sign : kEscapes) {
+    message.replace(QChar(sign.character), QLatin1String(sign.text));
+  }
   return message;
+}
+
+std::string withoutEscapes(std::string latin1) {
+  for (const Sign& sign : kEscapes) {
+    std::replace(latin1.begin(), latin1.end(), static_cast<char>(sign.character), sign.text[1]);
+  }
+  return latin1;
 }
 
 void addSigns(mu::Parser& parser) {

@@ -7,7 +7,6 @@
 #include <string>
 #include <utility>
 
-#include "expression/backends/equals_signs.h"
 #include "expression/backends/expression_text.h"
 #include "expression/backends/string_functions.h"
 #include "expression/backends/string_guard.h"
@@ -104,9 +103,9 @@ std::string withNullsNamed(std::string text) {
 // What the library was given in place of what the user wrote.
 QString asWritten(const std::string& text) {
   QString written = withoutMarks(QString::fromStdString(withNullsNamed(text)));
-  for (const jit::Unit& unit : jit::kUnits) {
+  for (const Unit& unit : kUnits) {
     const auto length = static_cast<qsizetype>(unit.text.size());
-    written.replace(markedUnit(unit), QString::fromLatin1(unit.text.data(), length));
+    written.replace(markedUnit(unit.text), QString::fromLatin1(unit.text.data(), length));
   }
   return written;
 }

@@ -1,11 +1,9 @@
 #include "expression/backends/string_guard.h"
 
-#include <algorithm>
-
 #include <QStringView>
 
-#include "expression/backends/expression_text.h"
 #include "expression/errors/messages.h"
+#include "expression/tokens/expression_tokens.h"
 
 namespace kelvarin {
 
@@ -19,68 +17,60 @@ ExpressionError errorAt(qsizetype position, const QString& message, const QStrin
   return {message, static_cast<int>(position), token};
 }
 
-bool isShortcut(QStringView text, qsizetype i) {
-  const bool isPair = i + 1 < text.size() && text[i] == text[i + 1];
-  return isPair && (text[i] == u'&' || text[i] == u'|');
+bool isShortcut(const Token& token) {
+  return token.sign == "&&" || token.sign == "||";
 }
 
-bool endsOperand(QChar c) {
-  constexpr QStringView ends = u")]}\"!'._";
-  return ends.contains(c) || c.isLetterOrNumber() || c.unicode() >= 0x80;
+bool endsOperand(const Token& token) {
+  const bool isOperator = token.kind == TokenKind::operatorSign;
+  const bool isPostfix = token.sign == "!" || token.sign == "'";
+  const bool isPart = token.kind != TokenKind::opening && token.kind != TokenKind::separator &&
+                      token.kind != TokenKind::unknown;
+  return isOperator ? isPostfix : isPart;
 }
 
-// One pass over the text outside literals.
+// One pass over the tokens.
 class Scan {
  public:
-  explicit Scan(QStringView text) : m_text(text) {}
+  explicit Scan(const QString& expression) : m_tokens(expression) {}
 
   std::optional<ExpressionError> run(QStringView userText) {
-    qsizetype i = 0;
-    while (i < m_text.size() && m_text[i] != u'#') {  // a comment runs to the end
-      const QChar c = m_text[i];
-      if (c.isSpace()) {
-        ++i;
+    for (const Token& token : m_tokens) {
+      if (token.kind == TokenKind::blank || token.kind == TokenKind::comment) {
         continue;
       }
-      if (isShortcut(m_text, i)) {
-        if (m_isOperandMissing) {
-          return operandMissing(i, userText);
-        }
-        m_isOperandMissing = true;
-        i += 2;
-        continue;
+      if (isShortcut(token) && m_isOperandMissing) {
+        return operandMissing(positionOf(token), userText);
       }
-      if (!nest(c)) {
+      if (!nest(token)) {
         const int limit = m_braces > kMaximumBraces ? kMaximumBraces : kMaximumBrackets;
-        return errorAt(i, QString::fromUtf8(messages::kTooDeep).arg(limit));
+        return errorAt(positionOf(token), QString::fromUtf8(messages::kTooDeep).arg(limit));
       }
-      i = c == u'"' ? endOfTextLiteral(m_text, i) : i + 1;
-      m_isOperandMissing = !endsOperand(c);
+      m_isOperandMissing = !endsOperand(token);
     }
     return std::nullopt;
   }
 
  private:
-  bool nest(QChar c) {
-    m_brackets += c == u'(' || c == u'[' ? 1 : 0;
-    m_brackets -= c == u')' || c == u']' ? 1 : 0;
-    m_braces += c == u'{' ? 1 : 0;
-    m_braces -= c == u'}' ? 1 : 0;
+  bool nest(const Token& token) {
+    const int step = token.kind == TokenKind::opening   ? 1
+                     : token.kind == TokenKind::closing ? -1
+                                                        : 0;
+    const bool isBrace = token.sign == "{" || token.sign == "}";
+    (isBrace ? m_braces : m_brackets) += step;
     return m_brackets <= kMaximumBrackets && m_braces <= kMaximumBraces;
   }
 
+  // The operator as the user wrote it: a word or a sign.
   static ExpressionError operandMissing(qsizetype position, QStringView userText) {
-    qsizetype end = position + 2;
-    while (end < userText.size() && userText[position].isLetter() && userText[end].isLetter()) {
-      ++end;
-    }
-    const QString token = userText.sliced(position, end - position).toString();
+    const ExpressionTokens tokens(userText.sliced(position).toString());
+    const QString token = tokens.textAt(0).toString();
     return errorAt(
         position,
         QString::fromUtf8(messages::kOperandMissing).arg(token, QString::number(position)), token);
   }
 
-  QStringView m_text;
+  ExpressionTokens m_tokens;
   bool m_isOperandMissing = true;
   int m_brackets = 0;
   int m_braces = 0;

@@ -16,7 +16,6 @@
 #include "expression/backends/string_values.h"
 #include "expression/errors/messages.h"
 #include "jit/arithmetic.h"
-#include "jit/units.h"
 
 namespace kelvarin {
 
@@ -113,8 +112,8 @@ class Factorial final : public mup::IOprtPostfix {
 // A unit as withMarkedUnits() writes it, since braces make arrays in this library.
 class UnitPostfix final : public mup::IOprtPostfix {
  public:
-  explicit UnitPostfix(const jit::Unit& unit)
-      : mup::IOprtPostfix(markedUnit(unit).toStdString().c_str()), m_factor(unit.factor) {}
+  explicit UnitPostfix(const Unit& unit)
+      : mup::IOprtPostfix(markedUnit(unit.text).toStdString().c_str()), m_factor(unit.factor) {}
 
   void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int) override {
     const char type = arguments[0]->GetType();
@@ -156,8 +155,8 @@ StringLibrary::StringLibrary() : mup::ParserX(kPackages) {
   for (const char* name : {"n", "u", "mu", "m", "k", "M", "G"}) {
     RemovePostfixOprt(name);
   }
-  for (const jit::Unit& unit : jit::kUnits) {
-    RemovePostfixOprt(markedUnit(unit).toStdString());  // one of two spellings
+  for (const Unit& unit : kUnits) {
+    RemovePostfixOprt(markedUnit(unit.text).toStdString());  // one of two spellings
     DefinePostfixOprt(new UnitPostfix(unit));
   }
   RemovePostfixOprt("'");

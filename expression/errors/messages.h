@@ -65,6 +65,8 @@ inline constexpr char kControlCharacter[] =
 inline constexpr char kControlCharacterInName[] =
     "The resulting name has a control character (code %1) at position %2. Names of columns and "
     "files have none; replace() takes it out.";
+inline constexpr char kUnknownEscape[] =
+    "A text has an unknown escape. Known are \\n, \\r, \\t, \\\" and \\\\.";
 inline constexpr char kTooDeep[] = "Brackets are nested more than %1 deep. Split the expression.";
 inline constexpr char kOperandMissing[] = "Unexpected operator \"%1\" found at position %2.";
 inline constexpr char kUnparsable[] = "The expression cannot be understood. Check its operators.";

@@ -2,31 +2,20 @@
 
 #include <QList>
 
-#include "expression/backends/expression_signs.h"
+#include "expression/tokens/expression_tokens.h"
 
 namespace kelvarin {
 
 namespace {
 
-// The comparison that a run of signs begins with, as `<` of `<-`; empty where it is none.
-QString comparisonOf(QStringView run) {
-  const bool isShift = run.startsWith(u"<<") || run.startsWith(u">>");
-  for (const QStringView comparison : {u"==", u"!=", u"<=", u">="}) {
-    if (run.startsWith(comparison)) {
-      return comparison.toString();
-    }
-  }
-  const bool isOrder = !isShift && (run.front() == u'<' || run.front() == u'>');
-  return isOrder ? run.first(1).toString() : QString();
-}
-
-// Of the word at the position, if it joins conditions; else 0.
-qsizetype sizeOfJoiningWord(const QString& expression, qsizetype position) {
-  const QStringView rest = QStringView(expression).sliced(position);
-  const qsizetype size = rest.startsWith(u"and") ? 3 : rest.startsWith(u"or") ? 2 : 0;
-  const bool isBegin = position == 0 || !isNameCharacter(expression[position - 1]);
-  const bool isEnd = size == rest.size() || !isNameCharacter(rest[size]);
-  return isBegin && isEnd ? size : 0;
+// A sign or a word that stands between conditions.
+bool separates(const ExpressionTokens& tokens, std::size_t index) {
+  const Token& token = tokens[index];
+  const QStringView text = tokens.text(token);
+  const bool isWord = (text == u"and" || text == u"or") && isFreeName(tokens.all(), index);
+  return isWord || isAssignment(token) || token.kind == TokenKind::separator ||
+         token.sign == "?" || token.sign == ":" || token.sign == "&" || token.sign == "&&" ||
+         token.sign == "|" || token.sign == "||";
 }
 
 // Comparisons on one level of brackets without another sign that separates them.
@@ -38,34 +27,32 @@ struct Comparisons {
 class ChainSearch {
  public:
   explicit ChainSearch(const QString& expression) : m_expression(expression) {
-    const qsizetype end =
-        forEachSign(expression, [this](qsizetype from, qsizetype to) { visit(from, to); });
-    separate(end, end);
+    const ExpressionTokens tokens(expression);
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+      visit(tokens, i);
+    }
+    separate(expression.size(), expression.size());
   }
 
   const QStringList& chain() const { return m_chain; }
 
  private:
-  void visit(qsizetype begin, qsizetype end) {
-    constexpr QStringView kOpening = u"([{";
-    constexpr QStringView kClosing = u")]}";
-    constexpr QStringView kSeparators = u",?:&|;";
-    const QChar first = m_expression[begin];
-    const QStringView run = QStringView(m_expression).sliced(begin, end - begin);
-    if (kOpening.contains(first)) {
+  void visit(const ExpressionTokens& tokens, std::size_t index) {
+    const Token& token = tokens[index];
+    const qsizetype begin = positionOf(token);
+    const qsizetype end = begin + sizeOf(token);
+    if (token.kind == TokenKind::opening) {
       m_levels.append(Comparisons{end, {}});
-    } else if (kClosing.contains(first)) {
+    } else if (token.kind == TokenKind::closing) {
       separate(begin, end);
       if (m_levels.size() > 1) {
         m_levels.removeLast();
       }
-    } else if (const QString sign = comparisonOf(run); !sign.isEmpty()) {
+    } else if (isComparison(token)) {
       Comparisons& level = m_levels.back();
-      level.parts += {operandUpTo(begin), sign};
-      level.operand = begin + sign.size();
-    } else if (const qsizetype size = sizeOfJoiningWord(m_expression, begin); size > 0) {
-      separate(begin, begin + size);
-    } else if (kSeparators.contains(first) || run.endsWith(u'=')) {
+      level.parts += {operandUpTo(begin), tokens.text(token).toString()};
+      level.operand = end;
+    } else if (token.kind == TokenKind::comment || separates(tokens, index)) {
       separate(begin, end);
     }
   }

@@ -1,7 +1,7 @@
 // Comparisons without a sign such as && between them, as in `3 < x < 5`, where each compares the
 // result of the one before, 1 or 0.
 //
-// Used by expression_warnings.h.  Threads: any.
+// Used by expression_warnings.h.
 #pragma once
 
 #include <QString>

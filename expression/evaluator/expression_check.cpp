@@ -13,19 +13,11 @@ namespace {
 
 using Kind = ExpressionCheck::Kind;
 
-void setFault(ExpressionCheck& check, Kind kind, const ExpressionError& error) {
-  check.kind = kind;
-  check.text = checkErrorText(error);
-  check.error = error;
-}
-
-// About the expression as a whole.
+// About the result or the settings, not about a token.
 void setFault(ExpressionCheck& check, Kind kind, ExpressionError::Kind what, const char* text) {
   check.kind = kind;
   check.text = QString::fromUtf8(text);
-  check.error = {};
-  check.error.message = check.text;
-  check.error.kind = what;
+  check.error = {.message = check.text, .kind = what};
 }
 
 void judgeType(ExpressionCheck& check, const EvaluatedValue& value, MetaTypeColumn meta) {
@@ -42,6 +34,36 @@ void judgeType(ExpressionCheck& check, const EvaluatedValue& value, MetaTypeColu
 
 }  // namespace
 
+ExpressionCheck ExpressionCheck::failure(const ExpressionError& error) {
+  ExpressionCheck check;
+  check.kind = Kind::error;
+  check.text = checkErrorText(error);
+  check.error = error;
+  return check;
+}
+
+ExpressionCheck ExpressionCheck::failure(const QString& text) {
+  ExpressionCheck check;
+  check.kind = Kind::error;
+  check.text = text;
+  check.error.message = text;
+  return check;
+}
+
+ExpressionCheck ExpressionCheck::unknownDateFormat() {
+  ExpressionCheck check;
+  setFault(check, Kind::error, ExpressionError::Kind::dateFormatUnknown,
+           messages::kFormatUnknown);
+  return check;
+}
+
+void ExpressionCheck::setWarnings(const QStringList& texts) {
+  warnings = texts;
+  if (kind == Kind::fine && !warnings.isEmpty()) {
+    kind = Kind::warning;
+  }
+}
+
 void ExpressionSet::setSamples() {
   for (std::size_t i = 0; i < m_inputs.size(); ++i) {
     const InputVariable& input = m_inputs[i];
@@ -56,42 +78,44 @@ void ExpressionSet::setSamples() {
 }
 
 ExpressionCheck ExpressionSet::check(const OutputVariable& output, ResultUse use) {
-  ExpressionCheck check;
   const DateStatus dates = prepareDateContext({output.expression});
   if (dates == DateStatus::dateFormatUnknown) {
-    setFault(check, Kind::error, ExpressionError::Kind::dateFormatUnknown,
-             messages::kFormatUnknown);
-    return check;
+    return ExpressionCheck::unknownDateFormat();
   }
   setSamples();
   const MadeOutput made = makeOutput(output, use);
   if (!made) {
-    setFault(check, Kind::error, made.error());
-    return check;
+    return ExpressionCheck::failure(made.error());
   }
-  check.engine = (*made)->engine;
-  m_stringBackend->load(m_variables);
-  CompiledExpression& expression = *(*made)->expression;
-  EvaluatedValue value;
-  if (!expression.evaluate(value)) {
-    setFault(check, Kind::error, withPosition(expression.error(), output.expression));
-    return check;
-  }
-  check.value = valueOf(value);
-  if (dates == DateStatus::referenceTimeUnparsable) {
+  ExpressionCheck check = evaluateSamples(**made);
+  if (dates == DateStatus::referenceTimeUnparsable && check.kind != Kind::error &&
+      check.text.isEmpty()) {
     setFault(check, Kind::warning, ExpressionError::Kind::referenceTimeUnparsable,
              messages::kReferenceUnparsable);
   }
-  if (use == ResultUse::column) {
+  return check;
+}
+
+ExpressionCheck ExpressionSet::evaluateSamples(CompiledOutput& output) {
+  m_stringBackend->load(m_variables);
+  CompiledExpression& expression = *output.expression;
+  EvaluatedValue value;
+  ExpressionCheck check;
+  if (!expression.evaluate(value)) {
+    check = ExpressionCheck::failure(withPosition(expression.error(), output.text));
+    check.engine = output.engine;
+    return check;
+  }
+  check.engine = output.engine;
+  check.value = valueOf(value);
+  if (output.use == ResultUse::column) {
     judgeType(check, value, output.meta);
   }
-  check.warnings = warningsOfCheck(output.name, expression.textArguments());
-  if (use == ResultUse::truth && value.isText()) {
-    check.warnings += warningAboutTextCondition(output.name);
+  QStringList warnings = warningsOfCheck(output.name, expression.textArguments());
+  if (output.use == ResultUse::truth && value.isText()) {
+    warnings += warningAboutTextCondition(output.name);
   }
-  if (check.kind == Kind::fine && !check.warnings.isEmpty()) {
-    check.kind = Kind::warning;
-  }
+  check.setWarnings(warnings);
   return check;
 }
 

@@ -27,6 +27,13 @@ struct ExpressionCheck {
   std::optional<ExpressionValue> value;
 
   bool isCompiled() const { return engine.has_value(); }
+  // Replaces the warnings.
+  void setWarnings(const QStringList& texts);
+
+  static ExpressionCheck failure(const ExpressionError& error);
+  // About the action's variables and options rather than the expression.
+  static ExpressionCheck failure(const QString& text);
+  static ExpressionCheck unknownDateFormat();
 };
 
 }  // namespace kelvarin

@@ -95,6 +95,7 @@ class ExpressionSet {
   using MadeOutput = Result<std::unique_ptr<CompiledOutput>, ExpressionError>;
 
   MadeOutput makeOutput(const OutputVariable& variable, ResultUse use);
+  ExpressionCheck evaluateSamples(CompiledOutput& output);
   bool hasDateInputs() const;
   void setSamples();
 

@@ -1,32 +1,38 @@
 #include "expression/evaluator/expression_warnings.h"
 
-#include "expression/backends/equals_signs.h"
-#include "expression/backends/expression_text.h"
 #include "expression/evaluator/chained_comparison.h"
 #include "expression/evaluator/messages.h"
+#include "expression/tokens/expression_tokens.h"
 
 namespace kelvarin {
 
 namespace {
 
-// The name that ends before `end`, or starts at `start`; empty where something else stands.
-QString nameBefore(const QString& text, qsizetype end) {
-  const QString left = text.first(end).trimmed();
-  qsizetype start = left.size();
-  while (start > 0 && isNameCharacter(left[start - 1])) {
-    --start;
-  }
-  return left.sliced(start);
+// The name at the index; empty where something else stands.
+QString nameAt(const ExpressionTokens& tokens, std::size_t index) {
+  const bool isValue = index != kNoToken && isFreeName(tokens.all(), index) &&
+                       !isCall(tokens.all(), index);
+  return isValue ? tokens.textAt(index).toString() : QString();
 }
 
-QString nameBehind(const QString& text, qsizetype start) {
-  const QString right = text.sliced(start).trimmed();
-  qsizetype end = 0;
-  while (end < right.size() && isNameCharacter(right[end])) {
-    ++end;
+QString warningAboutAssignment(const QString& expressionName, ExpressionPurpose purpose) {
+  const char* addition =
+      purpose == ExpressionPurpose::condition ? messages::kAssignedIsCondition : "";
+  return QString::fromUtf8(messages::kAssigns).arg(expressionName) + QString::fromUtf8(addition);
+}
+
+// Empty where the comparison at the index is with other values than the missing one.
+QString warningAboutNull(const QString& expressionName, const ExpressionTokens& tokens,
+                         std::size_t index) {
+  const QString left = nameAt(tokens, tokenBefore(tokens.all(), index));
+  const QString right = nameAt(tokens, tokenAfter(tokens.all(), index));
+  if (left != u"_null" && right != u"_null") {
+    return {};
   }
-  const bool isFunction = right.sliced(end).trimmed().startsWith(u'(');
-  return isFunction ? QString() : right.first(end);
+  const QString& other = left == u"_null" ? right : left;
+  const bool isEqual = tokens[index].sign == "==";
+  return QString::fromUtf8(isEqual ? messages::kEqualsNull : messages::kDiffersFromNull)
+      .arg(expressionName, other.isEmpty() ? QStringLiteral("x") : other);
 }
 
 // `3 < x < 5` becomes `3 < x && x < 5`.
@@ -47,26 +53,16 @@ QString warningAboutChain(const QString& expressionName, const QString& expressi
 
 QStringList warningsAbout(const QString& expressionName, const QString& expression,
                           ExpressionPurpose purpose) {
-  const QString missing = QStringLiteral("_null");
+  const ExpressionTokens tokens(expression);
   QString assignment;
   QString comparison;
-  for (const EqualsSign& sign : equalsSigns(expression)) {
-    if (sign.text == u"=") {
-      assignment = QString::fromUtf8(messages::kAssigns).arg(expressionName);
-      if (purpose == ExpressionPurpose::condition) {
-        assignment += QString::fromUtf8(messages::kAssignedIsCondition);
-      }
-    }
-    const bool isEqual = sign.text == u"==";
-    if (!isEqual && sign.text != u"!=") {
-      continue;
-    }
-    const QString left = nameBefore(expression, sign.start);
-    const QString right = nameBehind(expression, sign.start + sign.text.size());
-    if (left == missing || right == missing) {
-      const QString other = left == missing ? right : left;
-      comparison = QString::fromUtf8(isEqual ? messages::kEqualsNull : messages::kDiffersFromNull)
-                       .arg(expressionName, isVariableName(other) ? other : QStringLiteral("x"));
+  for (std::size_t i = 0; i < tokens.size(); ++i) {
+    const std::string_view sign = tokens[i].sign;
+    if (sign == "=") {
+      assignment = warningAboutAssignment(expressionName, purpose);
+    } else if (sign == "==" || sign == "!=") {
+      const QString warning = warningAboutNull(expressionName, tokens, i);
+      comparison = warning.isEmpty() ? comparison : warning;
     }
   }
   QStringList warnings{assignment, comparison, warningAboutChain(expressionName, expression)};

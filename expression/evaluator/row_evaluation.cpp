@@ -20,9 +20,8 @@ void RowEvaluation::clear() {
 }
 
 void RowEvaluation::start() {
+  clear();
   const int count = m_expressions.outputCount();
-  m_directCalls.clear();
-  m_hasStringOutput = false;
   m_slots = std::vector<ResultSlot>(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) {
     const CompiledOutput& output = m_expressions.output(i);

@@ -60,29 +60,30 @@ std::string evaluateOn(BackendKind kind, const ExpressionCase& one) {
   ExpressionEvaluator evaluator;
   EvaluationOptions options;
   options.time = timeParametersOf(one);
-  evaluator.configure(options, variables(), nullptr, false);
-  evaluator.requireBackend(kind);
+  evaluator.expressions.configure(options, variables(), nullptr, false);
+  evaluator.expressions.requireBackend(kind);
   OutputVariable output;
   output.name = QStringLiteral("out");
   output.expression = QString::fromStdString(one.expression);
-  evaluator.prepareDateContext({output.expression});
-  evaluator.setNumber(0, 3.5);
-  evaluator.setNumber(1, 1e300);
-  evaluator.setNumber(2, kNullNumber);
-  evaluator.setText(3, QStringLiteral("abc"));
-  evaluator.setText(4, QStringLiteral(""));
-  evaluator.setText(5, QString());
-  const auto compiled = evaluator.compile(output, ResultUse::anyValue);
+  evaluator.expressions.prepareDateContext({output.expression});
+  evaluator.expressions.setNumber(0, 3.5);
+  evaluator.expressions.setNumber(1, 1e300);
+  evaluator.expressions.setNumber(2, kNullNumber);
+  evaluator.expressions.setText(3, QStringLiteral("abc"));
+  evaluator.expressions.setText(4, QStringLiteral(""));
+  evaluator.expressions.setText(5, QString());
+  const auto compiled = evaluator.expressions.compile(output, ResultUse::anyValue);
   if (!compiled) {
     return "error: " + compiled.error().message.toStdString();
   }
+  evaluator.start();
   std::string first;
   for (int row = 0; row < 2; ++row) {  // a second row finds values that the first one left behind
-    evaluator.startRow();
-    if (evaluator.evaluate(0) != RowOutcome::ok) {
-      return "error: " + evaluator.lastFailure().error.message.toStdString();
+    evaluator.rows.startRow();
+    if (evaluator.rows.evaluate(0) != RowOutcome::ok) {
+      return "error: " + evaluator.rows.lastFailure().error.message.toStdString();
     }
-    const std::string result = shown(evaluator.value(0));
+    const std::string result = shown(evaluator.rows.value(0));
     if (row == 1 && result != first) {
       return first + " and on the second row " + result;
     }

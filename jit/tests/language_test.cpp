@@ -162,7 +162,7 @@ TEST_F(Language, RefusesWithThePlaceOfTheFault) {
            {"--a", CompileStatus::syntaxError, 1},
            {"a b", CompileStatus::syntaxError, 2},
            {"2a", CompileStatus::syntaxError, 1},
-           {"2e", CompileStatus::syntaxError, 0},
+           {"2e", CompileStatus::syntaxError, 1},
            {".", CompileStatus::syntaxError, 0},
            {"1.2.3", CompileStatus::syntaxError, 3},
            {"a{k}{k}", CompileStatus::syntaxError, 4},

@@ -66,19 +66,19 @@ TEST(CalculatorXml, SettersLeaveWhatReadingWould) {
   auto set = RowHarness::of<Calculator>("<Calculator name='c'/>");
   const auto& source = read.actionAs<Calculator>();
   auto& target = set.actionAs<Calculator>();
-  EXPECT_TRUE(target.setInputVariables(source.inputVariables()));
-  EXPECT_TRUE(target.setOptions(source.options()));
-  EXPECT_TRUE(target.setOutputVariables(source.outputVariables()));
+  target.setInputVariables(source.inputVariables());
+  target.setOptions(source.options());
+  target.setOutputVariables(source.outputVariables());
   EXPECT_EQ(set.saved(), text);
 
   InputVariable unnamed;
   unnamed.columns = {"t"};
   unnamed.isNumber = false;
   unnamed.number = 5;  // of no use to a text
-  EXPECT_TRUE(target.setInputVariables({unnamed}));
+  target.setInputVariables({unnamed});
   EXPECT_EQ(target.inputVariables().front().label, "t");
   EXPECT_EQ(target.inputVariables().front().number, 0.0);
-  EXPECT_TRUE(target.setOutputVariables({}));
+  target.setOutputVariables({});
   ASSERT_EQ(target.outputVariables().size(), 1u);
   EXPECT_EQ(target.outputVariables().front().name, "NewVar");
 }
@@ -90,7 +90,7 @@ TEST(CalculatorXml, WhatAnEditorHasSetIsNoLongerInTheGraphFile) {
       "a:F");
   OutputVariable nameless;
   nameless.expression = "1";
-  EXPECT_TRUE(h.actionAs<Calculator>().setOutputVariables({nameless, nameless}));
+  h.actionAs<Calculator>().setOutputVariables({nameless, nameless});
   EXPECT_NE(h.init(), 0);
   ASSERT_EQ(h.log().size(), 2u);
   EXPECT_NE(h.log()[1].find("number 2 (counted from 1) has no name"), std::string::npos);

@@ -70,25 +70,26 @@ class TableRun {
   TableRun(const QStringList& names, const QString& types, std::vector<InputVariable> inputs,
            EvaluationOptions options = {}, bool isObserved = false)
       : table(names, types) {
-    evaluator.configure(options, inputs, nullptr, isObserved);
-    evaluator.prepareDateContext({});
-    const auto bound = evaluator.bind(table.row(), asWritten);
-    bindError = bound ? QString() : bound.error();
+    evaluator.expressions.configure(options, inputs, nullptr, isObserved);
+    evaluator.expressions.prepareDateContext({});
+    const auto bound = evaluator.expressions.bind(table.row(), asWritten);
+    bindError = bound ? QString() : bound.error().text;
   }
 
-  // Compiles and gives the error's message.
+  // Compiles, starts anew and returns the error's message.
   QString add(const OutputVariable& output, ResultUse use = ResultUse::column) {
-    const auto compiled = evaluator.compile(output, use);
+    const auto compiled = evaluator.expressions.compile(output, use);
+    evaluator.start();
     return compiled ? QString() : compiled.error().message;
   }
   RowOutcome next(int output = 0) {
-    const RowOutcome loaded = evaluator.loadRow(table.row());
-    const RowOutcome outcome = loaded == RowOutcome::ok ? evaluator.evaluate(output) : loaded;
-    evaluator.advanceRow();
+    const RowOutcome loaded = evaluator.rows.loadRow(table.row());
+    const RowOutcome outcome = loaded == RowOutcome::ok ? evaluator.rows.evaluate(output) : loaded;
+    evaluator.rows.advanceRow();
     return outcome;
   }
-  double number(int output = 0) { return numberFromBytes(evaluator.resultCell(output)); }
-  std::uint32_t key(int output = 0) { return keyFromBytes(evaluator.resultCell(output)); }
+  double number(int output = 0) { return numberFromBytes(evaluator.rows.resultCell(output)); }
+  std::uint32_t key(int output = 0) { return keyFromBytes(evaluator.rows.resultCell(output)); }
 
   TestTable table;
   ExpressionEvaluator evaluator;

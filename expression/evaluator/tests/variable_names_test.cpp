@@ -21,23 +21,23 @@ TEST(Assignments, AnAssignmentIsSeenByItsOwnExpressionOnly) {
     ASSERT_EQ(run.add(outputOf("t", 'U')), QString());
     unsigned char* changed = nullptr;
     unsigned char* text = nullptr;
-    run.evaluator.setTextTarget(5, &changed);
-    run.evaluator.setTextTarget(6, &text);
+    run.evaluator.rows.setTextTarget(5, &changed);
+    run.evaluator.rows.setTextTarget(6, &text);
     run.table.set(1, QString("row"));
     for (const double a : {1.0, 2.0}) {
       run.table.set(0, a);
-      run.evaluator.loadRow(run.table.row());
+      run.evaluator.rows.loadRow(run.table.row());
       const double expected[] = {10.0, 10 * a, 14.0, 100 * a, a};
       for (int i = 0; i < 7; ++i) {
-        ASSERT_EQ(run.evaluator.evaluate(i), RowOutcome::ok);
+        ASSERT_EQ(run.evaluator.rows.evaluate(i), RowOutcome::ok);
         if (i < 5) {
           EXPECT_EQ(run.number(i), expected[i]) << i << " observed " << isObserved;
         }
       }
       EXPECT_EQ(textFromBytes(changed), "changed");
       EXPECT_EQ(textFromBytes(text), "row");
-      EXPECT_EQ(run.evaluator.displayText(0), QString::number(a));
-      run.evaluator.advanceRow();
+      EXPECT_EQ(run.evaluator.expressions.inputValue(0).number, a);
+      run.evaluator.rows.advanceRow();
     }
   }
 }
@@ -60,7 +60,7 @@ TEST(VariableNames, OfTwoVariablesWithOneNameTheFirstIsSeen) {
     EXPECT_EQ(numberFirst.number(), 3.0);
     EXPECT_EQ(textFirst.number(), 5.0);
     EXPECT_EQ(textFirst.add(outputOf("x+1")), QString());
-    EXPECT_EQ(textFirst.evaluator.backend(1), BackendKind::string);  // a text plus a number
+    EXPECT_EQ(textFirst.evaluator.expressions.backend(1), BackendKind::string);  // a text plus a number
   }
 }
 

@@ -29,20 +29,21 @@ inline std::string evaluateExample(const std::string& example, BackendKind kind,
   options.time.referenceTime = QString::fromLatin1(kExampleSettings.referenceTime);
   options.time.elapsedTimeUnit = kExampleSettings.elapsedTimeUnit;
   ExpressionEvaluator evaluator;
-  evaluator.configure(options, {}, nullptr, false);
-  evaluator.requireBackend(kind);
+  evaluator.expressions.configure(options, {}, nullptr, false);
+  evaluator.expressions.requireBackend(kind);
   OutputVariable output;
   output.name = QStringLiteral("example");
   output.expression = QString::fromStdString(example);
-  evaluator.prepareDateContext({output.expression});
-  if (const auto compiled = evaluator.compile(output, ResultUse::anyValue); !compiled) {
+  evaluator.expressions.prepareDateContext({output.expression});
+  if (const auto compiled = evaluator.expressions.compile(output, ResultUse::anyValue); !compiled) {
     return kRefused + compiled.error().message.toStdString();
   }
-  evaluator.startRow();
-  if (evaluator.evaluate(0) != RowOutcome::ok) {
-    return "failed: " + evaluator.lastFailure().error.message.toStdString();
+  evaluator.start();
+  evaluator.rows.startRow();
+  if (evaluator.rows.evaluate(0) != RowOutcome::ok) {
+    return "failed: " + evaluator.rows.lastFailure().error.message.toStdString();
   }
-  return plainText(evaluator.value(0));
+  return plainText(evaluator.rows.value(0));
 }
 
 }  // namespace kelvarin

@@ -53,25 +53,26 @@ std::optional<Bits> resultsOn(BackendKind kind, const QString& expression, const
   ExpressionEvaluator evaluator;
   EvaluationOptions options;
   options.time.seed = 1;
-  evaluator.configure(options, inputs, nullptr, false);
-  evaluator.requireBackend(kind);
-  evaluator.prepareDateContext({expression});
+  evaluator.expressions.configure(options, inputs, nullptr, false);
+  evaluator.expressions.requireBackend(kind);
+  evaluator.expressions.prepareDateContext({expression});
   OutputVariable output;
   output.expression = expression;
-  if (!evaluator.compile(output, ResultUse::anyValue)) {
+  if (!evaluator.expressions.compile(output, ResultUse::anyValue)) {
     return std::nullopt;
   }
+  evaluator.start();
   Bits bits;
   for (const std::vector<double>& row : rows) {
     for (std::size_t i = 0; i < row.size(); ++i) {
-      evaluator.setNumber(static_cast<int>(i), row[i]);
+      evaluator.expressions.setNumber(static_cast<int>(i), row[i]);
     }
-    evaluator.startRow();
-    if (evaluator.evaluate(0) != RowOutcome::ok) {
+    evaluator.rows.startRow();
+    if (evaluator.rows.evaluate(0) != RowOutcome::ok) {
       return std::nullopt;
     }
-    bits.push_back(std::bit_cast<std::uint64_t>(evaluator.value(0).number));
-    evaluator.advanceRow();
+    bits.push_back(std::bit_cast<std::uint64_t>(evaluator.rows.value(0).number));
+    evaluator.rows.advanceRow();
   }
   return bits;
 }

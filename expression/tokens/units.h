@@ -1,12 +1,10 @@
 // Units behind a value, in braces: `3{k}` is 3000, the product of both.
-//
-// Used by the lexer, and by the other back-ends of the expression language.
 #pragma once
 
 #include <array>
 #include <string_view>
 
-namespace kelvarin::jit {
+namespace kelvarin {
 
 struct Unit {
   std::string_view text;
@@ -17,4 +15,4 @@ inline constexpr std::array kUnits = {Unit{"{n}", 1e-9}, Unit{"{u}", 1e-6}, Unit
                                       Unit{"{m}", 1e-3}, Unit{"{k}", 1e3},  Unit{"{M}", 1e6},
                                       Unit{"{G}", 1e9}};
 
-}  // namespace kelvarin::jit
+}  // namespace kelvarin
