@@ -77,17 +77,18 @@ bool Calculator::areOutputsWhole() const {
   const std::vector<XMLNode> elements =
       m_areOutputsEdited ? std::vector<XMLNode>() : outputVariableElements(node());
   if (!m_areOutputsEdited && !node().isEmpty() && elements.empty()) {
-    MainUI::addLog(LogLevel::warning, messages::noOutputs(m_outputs.front().name));
+    MainUI::addLog(LogLevel::warning, action_messages::noOutputs(m_outputs.front().name));
   }
   bool isWhole = true;
   for (std::size_t i = 0; i < m_outputs.size(); ++i) {
     const int output = static_cast<int>(i);
     const LogDetails details = detailsOfOutput(output);
     if (details.output.trimmed().isEmpty()) {
-      logWithDetails(LogLevel::error, messages::outputWithoutName(output), details);
+      logWithDetails(LogLevel::error, action_messages::outputWithoutName(output), details);
       isWhole = false;
     } else if (i < elements.size() && !hasExpression(elements[i])) {
-      logWithDetails(LogLevel::warning, messages::outputWithoutExpression(details.output), details);
+      logWithDetails(LogLevel::warning,
+                     action_messages::outputWithoutExpression(details.output), details);
     }
   }
   return isWhole;
@@ -107,10 +108,10 @@ void Calculator::setComputeRoutine() {
 }
 
 QString Calculator::expressionFailureText(const RowFailure& failure) const {
-  return calculatorErrorText(failure.name, failure.error, placeOf(failure));
+  return calculatorErrorText(failure.name, failure.error, rowOfFailure(failure));
 }
 
-FailurePlace Calculator::placeOf(const RowFailure& failure) const {
+FailurePlace Calculator::rowOfFailure(const RowFailure& failure) const {
   return {rowNumber(), QString::fromLatin1(typeName()), failure.backend};
 }
 
@@ -119,7 +120,7 @@ QString Calculator::checkText(const QString& output, const QString& text) const 
 }
 
 QString Calculator::referenceTimeWarning() const {
-  return messages::referenceTimeUnparsableInCalculator();
+  return action_messages::referenceTimeUnparsableInCalculator();
 }
 
 std::span<const KnownElements> Calculator::knownElements() const {

@@ -35,7 +35,8 @@ void ScalarRows::takeRows(ActionItem* action, std::size_t count) {
 void ScalarRows::connectResultsAhead() {
   m_columnsAhead.clear();
   m_outputsByRow.clear();
-  m_computedRows.setColumnCount(static_cast<std::size_t>(m_action.getOutputRowForOutputPin(0)->sz()));
+  const OneRow& row = *m_action.getOutputRowForOutputPin(0);
+  m_computedRows.setColumnCount(static_cast<std::size_t>(row.sz()));
   for (int output = 0; output < m_outputCount; ++output) {
     const ColumnResults results = m_batches.results(output);
     const int column = m_columnOfOutput[static_cast<std::size_t>(output)];

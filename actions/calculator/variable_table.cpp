@@ -65,7 +65,7 @@ Result<InputVariable, QString> variableOf(const QString& alias, const QStringLis
       variable.meta = MetaTypeColumn::date;
       return variable;
     default:
-      return Failure{messages::unknownCastCode(alias, castCode)};
+      return Failure{action_messages::unknownCastCode(alias, castCode)};
   }
 }
 
@@ -79,7 +79,7 @@ Status<QString> readDefinitions(
     }
     const VariableTableRow definition = variableTableRow(*row);
     if (definition.column.isEmpty()) {
-      return Failure{messages::variableWithoutColumn(rowNumber)};
+      return Failure{action_messages::variableWithoutColumn(rowNumber)};
     }
     if (auto taken = take(definition); !taken) {
       return taken;

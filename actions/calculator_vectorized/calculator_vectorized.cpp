@@ -47,7 +47,7 @@ std::unique_ptr<CalculatorPlan> CalculatorVectorized::makePlan() {
 }
 
 QString CalculatorVectorized::expressionFailureText(const RowFailure& failure) const {
-  return vectorizedErrorText(failure.name, failure.error, placeOf(failure));
+  return vectorizedErrorText(failure.name, failure.error, rowOfFailure(failure));
 }
 
 QString CalculatorVectorized::checkText(const QString& output, const QString& text) const {

@@ -29,7 +29,7 @@ Status<QString> VectorPlan::readOwnTable() {
   }
   m_vectors = std::move(table.value());
   if (m_vectors.elementCount == 1) {
-    MainUI::addLog(LogLevel::warning, messages::noVectors());
+    MainUI::addLog(LogLevel::warning, action_messages::noVectors());
   }
   m_tables.own.publish(m_vectors);
   return Done{};
@@ -41,7 +41,7 @@ Status<QString> VectorPlan::takeTableOfPrimary() {
     return Failure{QString()};
   }
   if (table == nullptr) {
-    return Failure{messages::vectorTableNotRead()};
+    return Failure{action_messages::vectorTableNotRead()};
   }
   m_vectors = *table;
   return Done{};

@@ -91,7 +91,7 @@ char FilterRows::init() {
   m_decided = {};
   m_nextDecided = 0;
   if (m_settings.expression.trimmed().isEmpty()) {
-    MainUI::addLog(LogLevel::warning, messages::filterWithoutExpression());
+    MainUI::addLog(LogLevel::warning, action_messages::filterWithoutExpression());
   }
   return ExpressionAction::init();
 }

@@ -151,7 +151,7 @@ void ExpressionAction::reportTextsAsNumbers(const OneRow& columns) const {
     LogDetails details;
     details.column = column;
     details.place = locationOfInput(static_cast<int>(i));
-    logWithDetails(LogLevel::information, messages::textEntersAsNumber(column), details);
+    logWithDetails(LogLevel::information, action_messages::textEntersAsNumber(column), details);
   }
 }
 
@@ -185,13 +185,13 @@ bool ExpressionAction::prepareDates(const QStringList& expressions) {
       break;
   }
   logError(dateFormatUnknownText());
-  logExplanation(messages::dateFormatNeeded());
+  logExplanation(action_messages::dateFormatNeeded());
   return false;
 }
 
 QString ExpressionAction::dateFormatUnknownText() const {
   return isChecking() ? QString::fromUtf8(messages::kFormatUnknown)
-                      : messages::dateFormatUnknownInRun();
+                      : action_messages::dateFormatUnknownInRun();
 }
 
 bool ExpressionAction::compileOutputs(const std::vector<OutputVariable>& outputs, ResultUse use) {
@@ -363,7 +363,7 @@ QString ExpressionAction::failureText(const RowFailure& failure) const {
     case RowFailure::Kind::keyCast:
       return keyOutOfRangeText(failure.name, rowNumber(), failure.value);
     case RowFailure::Kind::nullKey:
-      return messages::nullKeyRefused(failure.name, rowNumber());
+      return action_messages::nullKeyRefused(failure.name, rowNumber());
     case RowFailure::Kind::evaluation:
       break;
   }

@@ -6,7 +6,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace kelvarin::messages {
+namespace kelvarin::action_messages {
 
 // About the attribute 'meta'.
 inline constexpr char kInputMetasInWords[] = "F (number), K (key), U (text) or D (date)";
@@ -118,4 +118,4 @@ inline QString nameExpressionFailed(const QString& nameExpression, const QString
          errorText;
 }
 
-}  // namespace kelvarin::messages
+}  // namespace kelvarin::action_messages

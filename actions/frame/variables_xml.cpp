@@ -101,8 +101,10 @@ MetaTypeColumn readMeta(const XMLNode& node, MetaTypeColumn otherwise, const cha
     if (!isKnown || !isAlone) {
       const bool mayBeDate = QLatin1String(known).contains(u'D');
       reading->cannotUse(text,
-                         mayBeDate ? messages::kInputMetasInWords : messages::kOutputMetasInWords,
-                         isKnown ? messages::kFirstLetterCounts : messages::kCountsAsText);
+                         mayBeDate ? action_messages::kInputMetasInWords
+                                   : action_messages::kOutputMetasInWords,
+                         isKnown ? action_messages::kFirstLetterCounts
+                                 : action_messages::kCountsAsText);
     }
   }
   return isCode ? static_cast<MetaTypeColumn>(code.unicode()) : otherwise;
