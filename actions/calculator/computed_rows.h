@@ -1,7 +1,7 @@
 // What a calculator knows of its output rows ahead: the columns of its input, and results that are
 // evaluated already.
 //
-// Offered to the consumers of the output pin. Threads: one.
+// Offered to the consumers of the output pin.
 #pragma once
 
 #include <cstddef>

@@ -1,7 +1,7 @@
 // The columns of a calculator's output row: those of the input, some of them updated, and the new
 // ones after them.
 //
-// Threads: plain values.  Errors: LayoutFault.
+// Errors: LayoutFault.
 #pragma once
 
 #include <vector>

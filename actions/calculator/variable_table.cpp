@@ -74,7 +74,7 @@ Status<QString> readDefinitions(
     const std::function<Status<QString>(const VariableTableRow&)>& take) {
   long long rowNumber = 0;
   while (const OneRow* row = action.getNextRowFromInPin(pin)) {
-    if (row->sz() < form.leastColumns) {
+    if (row->sz() < form.minColumns) {
       return Failure{form.tooNarrow};
     }
     const VariableTableRow definition = variableTableRow(*row);

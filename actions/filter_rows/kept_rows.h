@@ -1,7 +1,6 @@
 // The rows that a filter will send to one of its pins, out of those that it has evaluated ahead.
 //
 // Offered to the consumers of that pin. Which rows they are is found out when a consumer asks.
-// Threads: one.
 #pragma once
 
 #include <cstddef>

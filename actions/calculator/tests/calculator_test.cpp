@@ -67,32 +67,6 @@ TEST(Calculator, EveryNumberOfOutputsYieldsTheSameValues) {
   }
 }
 
-TEST(Calculator, AVariableMayBeNamedLikeTheRowNumberThatIsOff) {
-  auto h = harness(calculator(output("o", "_n+1"), "addN='0'", "<InputVar column='a' label='_n'/>"),
-                   "a:F");
-  h.push(Rows{{5}});
-  EXPECT_EQ(h.rows(0), (Rows{{5, 6}}));
-}
-
-TEST(Calculator, ATextInAFunctionOfNumbersIsReportedByRunsAndChecks) {
-  const std::string xml = calculator(output("o", "a+sqrt(t)"), "", kTextInput);
-  auto run = harness(xml, "a:F t:U");
-  run.push(Rows{{1, "9"}, {2, "x"}});
-  EXPECT_EQ(run.rows(0), (Rows{{1, "9", 1}, {2, "x", 2}}));
-  run.finish();
-  EXPECT_EQ(run.log(),
-            Strings{"warning: Expression 'o': the function 'sqrt' at position 2 took its argument "
-                    "1, a text or an array, for 0 on 2 occasion(s), the first one on data row 0. "
-                    "Write atof() around a text that is a number."});
-  auto check = harness(xml, "a:F t:U");
-  check.checkOnly();
-  check.finish();
-  EXPECT_FALSE(check.hasFailed());
-  EXPECT_EQ(check.log(),
-            Strings{"warning: Expression 'o': the function 'sqrt' at position 2 takes its argument "
-                    "1, a text or an array, for 0. Write atof() around a text that is a number."});
-}
-
 TEST(Calculator, WrongDefinitionsStopTheRunBeforeAnyRow) {
   const std::string twice = "Error: Updating/Creating the column '";
   const struct {
@@ -122,8 +96,9 @@ TEST(Calculator, WrongDefinitionsStopTheRunBeforeAnyRow) {
   }
 }
 
-TEST(Calculator, GraphParametersAreReplacedInNames) {
-  auto h = harness(calculator(output("${new}", "v"), "", "<InputVar column='${old}' label='v'/>"),
+TEST(Calculator, NamesMayHaveGraphParametersAndThatOfTheRowNumberThatIsOff) {
+  auto h = harness(calculator(output("${new}", "_n"), "addN='0'",
+                              "<InputVar column='${old}' label='_n'/>"),
                    "a:F");
   h.parameters().setValue("old", "a");
   h.parameters().setValue("new", "fresh");
@@ -180,18 +155,6 @@ TEST(Calculator, AFailedRowStopsTheRunOrYieldsAMissingValue) {
   ASSERT_EQ(goesOn.log().size(), 1u);
   EXPECT_TRUE(startsWith(goesOn.log()[0], "warning: 1 evaluation(s) failed"));
   EXPECT_FALSE(goesOn.hasFailed());
-}
-
-TEST(Calculator, NumbersThatAreNoKeysFollowTheKeyCast) {
-  auto stops = harness(calculator(output("k", "a", "meta='K'")), "a:F");
-  stops.push(Rows{{7}, {nullptr}, {-1}});
-  EXPECT_EQ(stops.rows(0), (Rows{{7, 7}, {nullptr, nullptr}}));
-  EXPECT_EQ(stops.log(), (Strings{"error: Out of range: variable 'k' cannot be converted to key on "
-                                  "row 2 (value=-1)."}));
-  auto nulls = harness(calculator(output("k", "a", "meta='K'"), "castToKey1='1' castToKey2='1'"),
-                       "a:F");
-  nulls.push(Rows{{-1}, {2.5}, {3}});
-  EXPECT_EQ(nulls.rows(0), (Rows{{-1, nullptr}, {2.5, nullptr}, {3, 3}}));
 }
 
 TEST(Calculator, AnUnparsableReferenceTimeIsOneWarning) {
