@@ -27,7 +27,7 @@ Status<ExpressionCheck> ExpressionRun::start() {
     return Failure{ExpressionCheck::unknownDateFormat()};
   }
   if (dates == DateStatus::referenceTimeUnparsable) {
-    m_warnings.append(QString::fromLatin1(messages::kReferenceUnparsable));
+    m_warnings.append(messages::referenceUnparsable());
     m_advice = m_evaluator.expressions.referenceTimeAdvice();
   }
   if (const QString advice = m_evaluator.expressions.dateFormatAdvice(); !advice.isEmpty()) {

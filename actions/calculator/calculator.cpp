@@ -108,15 +108,15 @@ void Calculator::setComputeRoutine() {
 }
 
 QString Calculator::expressionFailureText(const RowFailure& failure) const {
-  return calculatorErrorText(failure.name, failure.error, rowOfFailure(failure));
+  return calculatorErrorText(failure.name, failure.error, locationOf(failure));
 }
 
-FailurePlace Calculator::rowOfFailure(const RowFailure& failure) const {
+FailureLocation Calculator::locationOf(const RowFailure& failure) const {
   return {rowNumber(), QString::fromLatin1(typeName()), failure.backend};
 }
 
 QString Calculator::checkText(const QString& output, const QString& text) const {
-  return QString::fromUtf8(messages::kCalculatorOpening).arg(output) + text;
+  return messages::calculatorOpening(output) + text;
 }
 
 QString Calculator::referenceTimeWarning() const {

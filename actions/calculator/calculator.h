@@ -61,7 +61,7 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   std::span<const KnownElements> knownElements() const override;
   LogDetails detailsOfOutput(int output) const override;
 
-  FailurePlace rowOfFailure(const RowFailure& failure) const;
+  FailureLocation locationOf(const RowFailure& failure) const;
 
   std::vector<OutputVariable> m_outputs;
 

@@ -47,11 +47,11 @@ std::unique_ptr<CalculatorPlan> CalculatorVectorized::makePlan() {
 }
 
 QString CalculatorVectorized::expressionFailureText(const RowFailure& failure) const {
-  return vectorizedErrorText(failure.name, failure.error, rowOfFailure(failure));
+  return vectorizedErrorText(failure.name, failure.error, locationOf(failure));
 }
 
 QString CalculatorVectorized::checkText(const QString& output, const QString& text) const {
-  return QString::fromUtf8(messages::kVectorizedOpening).arg(output) + text;
+  return messages::vectorizedOpening(output) + text;
 }
 
 }  // namespace kelvarin

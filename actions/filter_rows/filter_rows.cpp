@@ -125,11 +125,11 @@ QString FilterRows::expressionFailureText(const RowFailure& failure) const {
 }
 
 QString FilterRows::checkText(const QString&, const QString& text) const {
-  return QString::fromUtf8(messages::kFilterOpening) + text;
+  return messages::filterOpening() + text;
 }
 
 QString FilterRows::referenceTimeWarning() const {
-  return QString::fromUtf8(messages::kReferenceUnparsable);
+  return messages::referenceUnparsable();
 }
 
 std::span<const KnownElements> FilterRows::knownElements() const {

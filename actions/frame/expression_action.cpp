@@ -190,7 +190,7 @@ bool ExpressionAction::prepareDates(const QStringList& expressions) {
 }
 
 QString ExpressionAction::dateFormatUnknownText() const {
-  return isChecking() ? QString::fromUtf8(messages::kFormatUnknown)
+  return isChecking() ? messages::formatUnknown()
                       : action_messages::dateFormatUnknownInRun();
 }
 
@@ -239,12 +239,12 @@ bool ExpressionAction::reportTriedOutput(int index, const ExpressionCheck& check
   const QString shown = checkText(output(index).name, check.text);
   if (check.error.kind == ExpressionError::Kind::numberForText) {
     logAboutOutput(LogLevel::warning, shown, index,
-                   QString::fromUtf8(messages::kNumberBecomesText));
+                   messages::numberBecomesText());
     return true;
   }
   const bool stops = mayFailedRowStop();
   logFailure(stops ? LogLevel::error : LogLevel::warning, shown, index, check.error,
-             QString::fromUtf8(stops ? messages::kSampleMayDiffer : messages::kFailedRowsGoOn));
+             stops ? messages::sampleMayDiffer() : messages::failedRowsGoOn());
   return !stops;
 }
 
@@ -278,7 +278,7 @@ QString ExpressionAction::explanation(int index, const ExpressionError& error,
                                       const QString& note) const {
   const TriedExpression tried = triedExpression(index);
   QStringList lines{
-      QString::fromUtf8(error.position < 0 ? messages::kExpression : messages::kHere)};
+      error.position < 0 ? messages::expression() : messages::here()};
   lines += markedExpression(output(index).expression, error).split(u'\n');
   for (QString& line : lines) {
     line = &line == &lines.front() ? line : QStringLiteral("    ") + line;
@@ -286,15 +286,14 @@ QString ExpressionAction::explanation(int index, const ExpressionError& error,
   const bool isTried = m_isRowLoaded || !note.isEmpty();
   if (!tried.variables.empty() && isTried) {
     const QString values = valuesText(tried.variables);
-    lines += isChecking() ? QString::fromUtf8(messages::kSampleValues).arg(values)
-                          : QString::fromUtf8(messages::kValuesOfRow)
-                                .arg(QString::number(rowNumber()), values);
+    lines += isChecking() ? messages::sampleValues(values)
+                          : messages::valuesOfRow(rowNumber(), values);
   }
   if (!note.isEmpty()) {
     lines += note;
   }
   if (const QString command = evalCommand(tried); !command.isEmpty()) {
-    lines += QString::fromUtf8(messages::kTry).arg(command);
+    lines += messages::tryIt(command);
   }
   return lines.join(QStringLiteral("\n  "));
 }
@@ -380,7 +379,7 @@ ExpressionAction::RowStep ExpressionAction::failAtRow() {
   } else {
     const bool isKeyCast = failure.kind == RowFailure::Kind::keyCast;
     logFailure(LogLevel::error, text, failure.output, failure.error,
-               isKeyCast ? QString::fromUtf8(messages::kKeyCastAdvice) : QString());
+               isKeyCast ? messages::keyCastAdvice() : QString());
   }
   failRun();
   return RowStep::failed;

@@ -76,7 +76,7 @@ class ExpressionAction : public ActionItem {
   void showLastRow(ObservedRow& row);
 
   void logError(const QString& text) const;
-  // About an output: an error or a warning with its place, and what explains it.
+  // About an output: an error or a warning with its location, and what explains it.
   void logAboutOutput(LogLevel level, const QString& text, int output,
                       const QString& explanation) const;
   QString dateFormatUnknownText() const;
@@ -94,7 +94,7 @@ class ExpressionAction : public ActionItem {
   virtual QString checkText(const QString& output, const QString& text) const = 0;
   virtual QString referenceTimeWarning() const = 0;
   virtual std::span<const KnownElements> knownElements() const = 0;
-  // The place of an output in the graph file, and its name where it has one.
+  // The location of an output in the graph file, and its name where it has one.
   virtual LogDetails detailsOfOutput(int output) const = 0;
   // What became of rows that failed and did not stop the run, for the warning at the end.
   virtual QString failedRowsText(const FailureCount& failures) const;
@@ -110,7 +110,7 @@ class ExpressionAction : public ActionItem {
   [[nodiscard]] bool checkOutput(int output, ResultUse use);
   [[nodiscard]] bool reportTriedOutput(int output, const ExpressionCheck& check);
   void warnAbout(int output, ResultUse use) const;
-  // With the place of the error in the expression, and what may have been meant.
+  // With the position of the error in the expression, and what may have been meant.
   void logFailure(LogLevel level, const QString& text, int output, const ExpressionError& error,
                   const QString& note = QString()) const;
   // None once an editor has changed the variables.

@@ -7,6 +7,7 @@
 #include "expression/errors/error_texts.h"
 #include "expression/errors/expression_mark.h"
 #include "expression/errors/messages.h"
+#include "expression/functions/called_functions.h"
 #include "expression/help/expression_hint.h"
 
 namespace kelvarin {
@@ -100,7 +101,8 @@ Status<QString> BlockFilterEvaluation::compile(const ActionItem& action, QString
   }
   m_evaluator.expressions.configure(options, variables, action.globalParameters(), false);
   m_dates.configure(m_filter.time);
-  (void)m_dates.prepare({m_filter.expression}, hasDates);  // the evaluator's answer is the same
+  (void)prepareDates(m_dates, {m_filter.expression},
+                     hasDates);  // the evaluator's answer is the same
   switch (m_evaluator.expressions.prepareDateContext({m_filter.expression})) {
     case DateStatus::ready:
       warning = m_evaluator.expressions.dateFormatAdvice();
@@ -141,7 +143,7 @@ QStringList BlockFilterEvaluation::explanations() const {
   for (const InputVariable& input : inputs()) {
     names.variables += input.name();
   }
-  QStringList explanations{QString::fromLatin1(messages::kHere) + u'\n' +
+  QStringList explanations{messages::here() + u'\n' +
                            markedExpression(m_filter.expression, m_error)};
   explanations.back().replace(u'\n', QStringLiteral("\n    "));
   if (const QString hint = expressionHint(m_error, m_filter.expression, names); !hint.isEmpty()) {

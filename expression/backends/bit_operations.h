@@ -1,8 +1,8 @@
 // Casts and operations on the bits of whole numbers, the same in the Fast and the String back-end.
 //
-// Operands are whole numbers below 2^53 in size; anything else gives the engine's NaN, and the
-// first operand that is a NaN wins, so that a null stays a null. Shifts multiply and divide by
-// powers of two, rounding down, and so keep the sign.
+// Operands are whole numbers below 2^53 in size; with anything else the result is the engine's NaN,
+// and the first operand that is a NaN wins, so that a null stays a null. Shifts multiply and divide
+// by powers of two, rounding down, and so keep the sign.
 #pragma once
 
 #include <cmath>
@@ -39,8 +39,8 @@ inline double bitOr(double x, double y) {
 
 // A shift by 2000 leaves the range of doubles anyway, and a negative one is no shift.
 inline double scaled(double x, double count, int sign) {
-  constexpr double mostBits = 2000.0;
-  const int bits = static_cast<int>(std::fmin(count, mostBits));
+  constexpr double maxBits = 2000.0;
+  const int bits = static_cast<int>(std::fmin(count, maxBits));
   return count < 0.0 ? kNotANumber : std::ldexp(x, sign * bits);
 }
 

@@ -1,6 +1,6 @@
 // One expression, compiled by one back-end and bound to the variables of one evaluator.
 //
-// Threads: one.  Errors: evaluate() answers false and error() says why; nothing throws.
+// Errors: evaluate() answers false and error() says why; nothing throws.
 #pragma once
 
 #include <memory>
@@ -64,15 +64,15 @@ struct NumberCall {
   bool operator()(double* number) const { return function(expression, number); }
 };
 
-// The way to the numbers of an expression for many rows at once, the same bit for bit. It depends on
-// variables alone and does not fail.
+// The way to the numbers of an expression for many rows at once, the same bit for bit. It depends
+// on variables alone and does not fail.
 struct ColumnsCall {
   void (*function)(const void* expression, const double* const* columns, std::size_t rowCount,
                    double* numbers) = nullptr;
   const void* expression = nullptr;
-  std::span<const std::size_t> elements;  // the places of the variables that it uses
+  std::span<const std::size_t> elements;  // of the variables that it uses
 
-  // columns[place] points at the numbers of the variable at that place.
+  // columns[element] points at the numbers of that variable.
   void operator()(const double* const* columns, std::size_t rowCount, double* numbers) const {
     function(expression, columns, rowCount, numbers);
   }

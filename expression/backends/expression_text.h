@@ -36,8 +36,8 @@ QString withSignsForWords(QString expression, const QSet<QString>& columns);
 QString withMarkedColumns(QString expression, const QSet<QString>& columns);
 QString markedColumn(QString name);
 
-// Marks the columns of an expression that it assigns to, so that a library can tell them from those
-// that are read. The mark is a character behind the name that counts for no position.
+// Marks the columns of an expression that it assigns to, so that a library distinguishes them from
+// those that are read. The mark is a character behind the name that counts for no position.
 QString withMarkedTargets(const QString& expression, const QSet<QString>& columns);
 QString markedTarget(const QString& name);
 

@@ -26,8 +26,42 @@ QString shown(const std::string& text) {
   return abbreviated(withWrittenSigns(QString::fromLatin1(text.c_str())));
 }
 
+ExpressionError::Kind kindOf(mu::EErrorCodes code) {
+  using Kind = ExpressionError::Kind;
+  switch (code) {
+    case mu::ecUNASSIGNABLE_TOKEN:
+      return Kind::undefinedName;
+    case mu::ecUNEXPECTED_OPERATOR:
+    case mu::ecUNEXPECTED_ARG:
+    case mu::ecUNEXPECTED_VAL:
+    case mu::ecUNEXPECTED_VAR:
+    case mu::ecUNEXPECTED_PARENS:
+    case mu::ecUNEXPECTED_STR:
+    case mu::ecUNEXPECTED_FUN:
+    case mu::ecUNEXPECTED_CONDITIONAL:
+      return Kind::unexpectedToken;
+    case mu::ecUNEXPECTED_ARG_SEP:
+      return Kind::unexpectedComma;
+    case mu::ecUNTERMINATED_STRING:
+      return Kind::unclosedText;
+    case mu::ecTOO_FEW_PARAMS:
+      return Kind::tooFewArguments;
+    case mu::ecTOO_MANY_PARAMS:
+      return Kind::tooManyArguments;
+    case mu::ecSTRING_EXPECTED:
+    case mu::ecVAL_EXPECTED:
+    case mu::ecOPRT_TYPE_CONFLICT:
+      return Kind::wrongType;
+    default:
+      return Kind::other;
+  }
+}
+
 ExpressionError errorOf(const mu::ParserError& error) {
-  return {shown(error.GetMsg()), error.GetPos(), shown(error.GetToken()).trimmed()};
+  return {.message = shown(error.GetMsg()),
+          .position = error.GetPos(),
+          .token = shown(error.GetToken()).trimmed(),
+          .kind = kindOf(error.GetCode())};
 }
 
 ExpressionError errorOf(const std::exception& error) {
@@ -53,7 +87,8 @@ class FastExpression final : public NumberExpression {
       m_parser.Eval();  // throws the message of the first fault
     }
     if (m_parser.GetNumResults() != 1) {
-      return {QString::fromUtf8(messages::kTooManyResults), -1, {}};
+      return {.message = messages::tooManyResults(),
+              .kind = ExpressionError::Kind::unexpectedComma};
     }
     return {};
   }
@@ -126,7 +161,7 @@ class FastExpression final : public NumberExpression {
     for (const StoredVariable& variable : scope.variables.variables()) {
       if (!variable.isText && isVariableName(variable.name) && names.remove(variable.name)) {
         m_parser.DefineVar(latin1(variable.name),
-                           valueToRead(variable.name, scope.variables.numbers() + variable.place));
+                           valueToRead(variable.name, scope.variables.numbers() + variable.index));
       }
     }
     for (const NamedConstant& constant : scope.constants) {
@@ -147,7 +182,7 @@ class FastExpression final : public NumberExpression {
   // False when the expression does not parse or names what is not defined.
   bool isComplete() const {
     try {
-      for (const auto& [name, place] : m_parser.GetUsedVar()) {
+      for (const auto& [name, value] : m_parser.GetUsedVar()) {
         if (m_parser.GetVar().count(name) == 0) {
           return false;
         }
@@ -168,12 +203,14 @@ class FastExpression final : public NumberExpression {
 
 CompileResult compileFast(const QString& expression, const ExpressionScope& scope) {
   if (!isLatin1(expression)) {
-    const QString message = QString::fromUtf8(messages::kNotLatin1);
-    return Failure{ExpressionError{message.arg(backendLabel(BackendKind::fast)), -1, {}}};
+    const QLatin1String engine(backendLabel(BackendKind::fast));
+    return Failure{ExpressionError{.message = messages::notLatin1(engine),
+                                   .kind = ExpressionError::Kind::refusedCharacter}};
   }
   if (const qsizetype position = expression.indexOf(QChar(0)); position >= 0) {
-    return Failure{ExpressionError{
-        QString::fromUtf8(messages::kNulCharacter), static_cast<int>(position), {}}};
+    return Failure{ExpressionError{.message = messages::nulCharacter(),
+                                   .position = static_cast<int>(position),
+                                   .kind = ExpressionError::Kind::refusedCharacter}};
   }
   if (auto refusal = refusalOfSigns(expression)) {
     return Failure{std::move(*refusal)};

@@ -13,7 +13,7 @@ namespace {
 template <typename... Numbers>
 double callBound(void* data, Numbers... numbers) {
   const auto& bound = *static_cast<const BoundFunction*>(data);
-  const auto* body = std::get_if<double (*)(FunctionContext&, Numbers...)>(&bound.line->number);
+  const auto* body = std::get_if<double (*)(FunctionContext&, Numbers...)>(&bound.line->body.number);
   return (*body)(*bound.context, numbers...);
 }
 
@@ -33,7 +33,7 @@ void define(mu::Parser& parser, BoundFunction& bound, double (*)(FunctionContext
 
 double callWithMany(void* data, const double* numbers, int count) {
   const auto& bound = *static_cast<const BoundFunction*>(data);
-  const auto body = *std::get_if<NumberMany>(&bound.line->number);
+  const auto body = *std::get_if<NumberMany>(&bound.line->body.number);
   return body({numbers, static_cast<std::size_t>(count)});
 }
 
@@ -48,7 +48,7 @@ double callWithText(void* data, const char* latin1) {
   const std::string text = QString::fromLatin1(withoutEscapes(latin1).c_str()).toStdString();
   const FunctionArgument argument{std::string_view(text)};
   FunctionResult result;
-  bound.line->value(*bound.context, {&argument, 1}, result);
+  bound.line->body.value(*bound.context, {&argument, 1}, result);
   return result.kind() == FunctionResult::Kind::number ? result.number() : kNullNumber;
 }
 
@@ -66,7 +66,7 @@ BoundFunctions addFunctions(mu::Parser& parser, FunctionContext& context) {
       continue;
     }
     functions.push_back(std::make_unique<BoundFunction>(BoundFunction{&context, &line}));
-    std::visit([&](auto body) { define(parser, *functions.back(), body); }, line.number);
+    std::visit([&](auto body) { define(parser, *functions.back(), body); }, line.body.number);
   }
   return functions;
 }

@@ -108,19 +108,21 @@ QString preparedText(QStringView literal) {
 
 std::optional<ExpressionError> refusalOfSigns(const QString& expression) {
   if (const auto position = positionOfSignCharacter(expression)) {
-    return ExpressionError{
-        QString::fromUtf8(messages::kControlCharacter), static_cast<int>(*position), {}};
+    return ExpressionError{.message = messages::controlCharacter(),
+                           .position = static_cast<int>(*position),
+                           .kind = ExpressionError::Kind::refusedCharacter};
   }
   const ExpressionTokens tokens(expression);
   for (const Token& token : tokens) {
     if (token.fault == TokenFault::unknownEscape) {
-      return ExpressionError{QString::fromUtf8(messages::kUnknownEscape),
-                             static_cast<int>(positionOf(token)), tokens.text(token).toString()};
+      return ExpressionError{.message = messages::unknownEscape(),
+                             .position = static_cast<int>(positionOf(token)),
+                             .token = tokens.text(token).toString()};
     }
   }
   if (isAmbiguous(kindsIn(tokens))) {
-    const QString message = QString::fromUtf8(messages::kMixedBitOperators);
-    return ExpressionError{message.arg(QLatin1String(backendLabel(BackendKind::fast))), -1, {}};
+    const QLatin1String engine(backendLabel(BackendKind::fast));
+    return ExpressionError{messages::mixedBitOperators(engine), -1, {}};
   }
   return std::nullopt;
 }

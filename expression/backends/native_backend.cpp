@@ -42,12 +42,25 @@ class NativeExpression final : public NumberExpression {
   const double* m_values;
 };
 
+ExpressionError::Kind kindOf(jit::CompileStatus status) {
+  switch (status) {
+    case jit::CompileStatus::syntaxError:
+      return ExpressionError::Kind::unexpectedToken;
+    case jit::CompileStatus::unknownName:
+      return ExpressionError::Kind::undefinedName;
+    case jit::CompileStatus::tooLarge:
+      return ExpressionError::Kind::tooLarge;
+    default:
+      return ExpressionError::Kind::other;
+  }
+}
+
 void addNames(jit::CompilerContext& context, const QString& expression,
               const ExpressionScope& scope) {
   QSet<QString> open = valueNames(expression);
   for (const StoredVariable& variable : scope.variables.variables()) {
     if (!variable.isText && open.remove(variable.name)) {
-      context.addVariable(latin1(variable.name), variable.place);
+      context.addVariable(latin1(variable.name), variable.index);
     }
   }
   for (const NamedConstant& constant : scope.constants) {
@@ -61,15 +74,18 @@ void addNames(jit::CompilerContext& context, const QString& expression,
 
 CompileResult compileNative(const QString& expression, const ExpressionScope& scope) {
   if (!isLatin1(expression)) {
-    const QString message = QString::fromUtf8(messages::kNotLatin1);
-    return Failure{ExpressionError{message.arg(backendLabel(BackendKind::native)), -1, {}}};
+    const QLatin1String engine(backendLabel(BackendKind::native));
+    return Failure{ExpressionError{.message = messages::notLatin1(engine),
+                                   .kind = ExpressionError::Kind::refusedCharacter}};
   }
   jit::CompilerContext context(nativeLanguage());
   addNames(context, expression, scope);
   jit::CompileFailure failure;
   auto function = context.compile(latin1(expression), failure);
   if (function == nullptr) {
-    return Failure{ExpressionError{QString::fromStdString(failure.reason), failure.position, {}}};
+    return Failure{ExpressionError{.message = QString::fromStdString(failure.reason),
+                                   .position = failure.position,
+                                   .kind = kindOf(failure.status)}};
   }
   return std::unique_ptr<CompiledExpression>(
       std::make_unique<NativeExpression>(std::move(function), scope.variables.numbers()));

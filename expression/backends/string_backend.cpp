@@ -49,9 +49,9 @@ void loadText(const TextCell& cell, mup::Value& value) {
 
 void loadHolder(const VariableStore& variables, ValueHolder& holder) {
   if (holder.variable.isText) {
-    loadText(variables.text(holder.variable.place), holder.value);
+    loadText(variables.text(holder.variable.index), holder.value);
   } else {
-    holder.value = variables.numbers()[holder.variable.place];
+    holder.value = variables.numbers()[holder.variable.index];
   }
 }
 
@@ -110,27 +110,77 @@ QString asWritten(const std::string& text) {
   return written;
 }
 
-// The library counts positions in bytes, in its messages too.
-QString withUnitPosition(QString message, int bytePosition, int unitPosition) {
-  const QString pattern = QStringLiteral("position %1");
-  return message.replace(pattern.arg(bytePosition), pattern.arg(unitPosition));
+ExpressionError::ValueType typeOf(char code) {
+  switch (code) {
+    case 'i':
+    case 'f':
+      return ExpressionError::ValueType::number;
+    case 's':
+      return ExpressionError::ValueType::text;
+    case 'b':
+      return ExpressionError::ValueType::condition;
+    case 'm':
+      return ExpressionError::ValueType::array;
+    default:
+      return ExpressionError::ValueType::unknown;
+  }
 }
 
-ExpressionError errorOf(const mup::ParserError& error, const std::string& expression) {
-  const QString message = asWritten(error.GetMsg());
-  if (message.startsWith(QLatin1String("Assertion"))) {
-    return {QString::fromUtf8(messages::kUnparsable), -1, {}};
+ExpressionError::Kind kindOf(mup::EErrorCodes code) {
+  using Kind = ExpressionError::Kind;
+  switch (code) {
+    case mup::ecUNASSIGNABLE_TOKEN:
+      return Kind::undefinedName;
+    case mup::ecUNEXPECTED_OPERATOR:
+    case mup::ecUNEXPECTED_VAL:
+    case mup::ecUNEXPECTED_VAR:
+    case mup::ecUNEXPECTED_PARENS:
+    case mup::ecUNEXPECTED_STR:
+    case mup::ecUNEXPECTED_CONDITIONAL:
+    case mup::ecUNEXPECTED_FUN:
+    case mup::ecUNEXPECTED_SQR_BRACKET:
+    case mup::ecUNEXPECTED_CURLY_BRACKET:
+      return Kind::unexpectedToken;
+    case mup::ecUNEXPECTED_COMMA:
+      return Kind::unexpectedComma;
+    case mup::ecUNTERMINATED_STRING:
+      return Kind::unclosedText;
+    case mup::ecTOO_FEW_PARAMS:
+      return Kind::tooFewArguments;
+    case mup::ecTOO_MANY_PARAMS:
+      return Kind::tooManyArguments;
+    case mup::ecTYPE_CONFLICT:
+    case mup::ecTYPE_CONFLICT_FUN:
+    case mup::ecTYPE_CONFLICT_IDX:
+    case mup::ecINVALID_TYPECAST:
+      return Kind::wrongType;
+    default:
+      return Kind::other;
   }
-  const int position = positionOfByte(expression, error.GetPos());
-  return {abbreviated(withUnitPosition(message, error.GetPos(), position)), position,
-          abbreviated(asWritten(error.GetToken()).trimmed())};
+}
+
+// The library counts positions in bytes, in its messages too.
+ExpressionError errorOf(mup::ParserError error, const std::string& expression) {
+  if (error.GetCode() == mup::ecUNDEFINED) {  // one of its assertions
+    return {messages::unparsable(), -1, {}};
+  }
+  mup::ErrorContext& context = error.GetContext();
+  context.Pos = positionOfByte(expression, context.Pos);
+  const ExpressionError::Kind kind = kindOf(context.Errc);
+  const bool isAboutTypes = kind == ExpressionError::Kind::wrongType;
+  return {.message = abbreviated(asWritten(error.GetMsg())),
+          .position = context.Pos,
+          .token = abbreviated(asWritten(context.Ident).trimmed()),
+          .kind = kind,
+          .found = typeOf(isAboutTypes ? context.Type1 : char()),
+          .wanted = typeOf(isAboutTypes ? context.Type2 : char())};
 }
 
 ExpressionError errorOf(const std::exception& error) {
   const bool isMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
-  return {isMemory ? QString::fromUtf8(messages::kOutOfMemory) : QString::fromUtf8(error.what()),
-          -1,
-          {}};
+  return {.message = isMemory ? messages::outOfMemory()
+                              : QString::fromUtf8(error.what()),
+          .kind = isMemory ? ExpressionError::Kind::tooLarge : ExpressionError::Kind::other};
 }
 
 class StringExpression final : public CompiledExpression {
@@ -208,7 +258,7 @@ class StringExpression final : public CompiledExpression {
     if (read(result, value)) {
       return true;
     }
-    m_error = {.message = QString::fromUtf8(messages::kArrayResult),
+    m_error = {.message = messages::arrayResult(),
                .kind = ExpressionError::Kind::notOneValue};
     return false;
   }

@@ -1,8 +1,8 @@
 // Expressions of numbers and texts, interpreted by muParserX.
 //
 // All expressions of one evaluator share the library's value objects of the variables; load() fills
-// those that some expression uses, once a row. Threads: one.  Errors: results; the library's
-// exceptions do not leave string_backend.cpp.
+// those that some expression uses, once a row.
+// Errors: results; the library's exceptions do not leave string_backend.cpp.
 #pragma once
 
 #include <memory>
@@ -20,7 +20,7 @@ class StringBackend {
   // `expression` has no line breaks (withoutLineBreaks()). What it compiles must not outlive this
   // object.
   CompileResult compile(const QString& expression, const ExpressionScope& scope);
-  // Takes the variables' current values over.
+  // Copies the variables' current values.
   void load(const VariableStore& variables);
 
  private:

@@ -50,7 +50,7 @@ class ManyNumbersFunction final : public mup::ICallback {
   explicit ManyNumbersFunction(const FunctionLine& line)
       : mup::ICallback(mup::cmFUNC, line.name, kAnyArgumentCount),
         m_line(line),
-        m_body(std::get<NumberMany>(line.number)) {}
+        m_body(std::get<NumberMany>(line.body.number)) {}
 
   const mup::char_type* GetDesc() const override { return m_line.help; }
   mup::IToken* Clone() const override { return new ManyNumbersFunction(*this); }
@@ -94,14 +94,14 @@ class TableFunction final : public mup::ICallback {
 
   void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int count) override {
     readArguments(arguments, count);
-    const bool isOfNumbers = m_line.number.index() != 0 && m_firstText < 0;
+    const bool isOfNumbers = m_line.body.number.index() != 0 && m_firstText < 0;
     if (isOfNumbers) {
-      giveNumber(result, arguments, call(m_line.number, m_context, m_numbers));
-    } else if (m_line.value != nullptr) {
+      setNumber(result, arguments, call(m_line.body.number, m_context, m_numbers));
+    } else if (m_line.body.value != nullptr) {
       const std::span<const FunctionArgument> values(m_arguments.data(),
                                                      static_cast<std::size_t>(count));
-      m_line.value(m_context, values, m_result);
-      giveResult(result, arguments);
+      m_line.body.value(m_context, values, m_result);
+      setResult(result, arguments);
     } else if (m_arguments[static_cast<std::size_t>(m_firstText)].isNull()) {
       *result = kNullNumber;
     } else {
@@ -113,18 +113,18 @@ class TableFunction final : public mup::ICallback {
   void readArguments(const mup::ptr_val_type* arguments, int count) {
     m_firstText = -1;
     for (int i = 0; i < count; ++i) {
-      const auto place = static_cast<std::size_t>(i);
+      const auto index = static_cast<std::size_t>(i);
       const mup::IValue& value = *arguments[i];
       switch (value.GetType()) {
         case 'i':
         case 'f':
         case 'b':
-          m_numbers[place] = value.GetFloat();
-          m_arguments[place] = FunctionArgument(m_numbers[place]);
+          m_numbers[index] = value.GetFloat();
+          m_arguments[index] = FunctionArgument(m_numbers[index]);
           break;
         case 's':
           m_firstText = m_firstText < 0 ? i : m_firstText;
-          m_arguments[place] = isNullTextValue(value)
+          m_arguments[index] = isNullTextValue(value)
                                    ? FunctionArgument::nullText()
                                    : FunctionArgument(std::string_view(value.GetString()));
           break;
@@ -134,7 +134,7 @@ class TableFunction final : public mup::ICallback {
     }
   }
 
-  void giveNumber(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, double number) {
+  void setNumber(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, double number) {
     if (m_line.result == ResultKind::test || hasConditionArgument(arguments)) {
       result = mup::ptr_val_type(new TestValue(number));
     } else {
@@ -142,10 +142,10 @@ class TableFunction final : public mup::ICallback {
     }
   }
 
-  // The number that a choice among its arguments gives does not tell which it was, so one condition
+  // A choice among its arguments returns a number that does not show which it was, so one condition
   // makes it one.
   bool hasConditionArgument(const mup::ptr_val_type* arguments) const {
-    if (m_line.result != ResultKind::any) {
+    if (m_line.result != ResultKind::argument) {
       return false;
     }
     for (int i = 0; i < m_line.argumentCount; ++i) {
@@ -156,10 +156,10 @@ class TableFunction final : public mup::ICallback {
     return false;
   }
 
-  void giveResult(mup::ptr_val_type& result, const mup::ptr_val_type* arguments) {
+  void setResult(mup::ptr_val_type& result, const mup::ptr_val_type* arguments) {
     switch (m_result.kind()) {
       case FunctionResult::Kind::number:
-        giveNumber(result, arguments, m_result.number());
+        setNumber(result, arguments, m_result.number());
         break;
       case FunctionResult::Kind::text:
         m_limits.takeText(*this, m_result.text().size());
@@ -169,13 +169,13 @@ class TableFunction final : public mup::ICallback {
         *result = mup::string_type(kNullTextBytes);
         break;
       case FunctionResult::Kind::argument:
-        giveArgument(result, arguments[m_result.argument()]);
+        setArgument(result, arguments[m_result.argument()]);
         break;
     }
   }
 
-  // The library may hand over the first argument's object as the result's.
-  static void giveArgument(mup::ptr_val_type& result, const mup::ptr_val_type& argument) {
+  // The library may pass the first argument's object as the result's.
+  static void setArgument(mup::ptr_val_type& result, const mup::ptr_val_type& argument) {
     if (result.Get() == argument.Get()) {
       return;
     }

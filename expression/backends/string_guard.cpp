@@ -13,8 +13,14 @@ constexpr qsizetype kMaximumBytes = 10000;
 constexpr int kMaximumBrackets = 500;
 constexpr int kMaximumBraces = 50;
 
-ExpressionError errorAt(qsizetype position, const QString& message, const QString& token = {}) {
-  return {message, static_cast<int>(position), token};
+using Kind = ExpressionError::Kind;
+
+ExpressionError errorAt(qsizetype position, Kind kind, const QString& message,
+                        const QString& token = {}) {
+  return {.message = message,
+          .position = static_cast<int>(position),
+          .token = token,
+          .kind = kind};
 }
 
 bool isShortcut(const Token& token) {
@@ -44,7 +50,8 @@ class Scan {
       }
       if (!nest(token)) {
         const int limit = m_braces > kMaximumBraces ? kMaximumBraces : kMaximumBrackets;
-        return errorAt(positionOf(token), QString::fromUtf8(messages::kTooDeep).arg(limit));
+        return errorAt(positionOf(token), Kind::tooLarge,
+                       messages::tooDeep(limit));
       }
       m_isOperandMissing = !endsOperand(token);
     }
@@ -66,8 +73,8 @@ class Scan {
     const ExpressionTokens tokens(userText.sliced(position).toString());
     const QString token = tokens.textAt(0).toString();
     return errorAt(
-        position,
-        QString::fromUtf8(messages::kOperandMissing).arg(token, QString::number(position)), token);
+        position, Kind::unexpectedToken,
+        messages::operandMissing(token, position), token);
   }
 
   ExpressionTokens m_tokens;
@@ -80,11 +87,12 @@ class Scan {
 
 std::optional<ExpressionError> hazardIn(const QString& expression, const QString& userText) {
   if (expression.toUtf8().size() > kMaximumBytes) {
-    return errorAt(-1, QString::fromUtf8(messages::kTooLong).arg(expression.size()));
+    return errorAt(-1, Kind::tooLarge,
+                   messages::tooLong(expression.size()));
   }
   const qsizetype nul = expression.indexOf(QChar(0));
   if (nul >= 0) {
-    return errorAt(nul, QString::fromUtf8(messages::kNulCharacter));
+    return errorAt(nul, Kind::refusedCharacter, messages::nulCharacter());
   }
   return Scan(expression).run(userText);
 }

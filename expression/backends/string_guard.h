@@ -1,5 +1,5 @@
-// Finds what the String back-end's library must not see: it would crash, hang or blame the wrong
-// place.
+// Finds what the String back-end's library must not see: it would crash, hang or report the wrong
+// position.
 #pragma once
 
 #include <optional>

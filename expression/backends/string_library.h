@@ -2,7 +2,6 @@
 // texts that may be null, and limits where the library would take all memory or not end.
 //
 // Errors: throws the library's exceptions; string_backend.cpp catches them.
-// Threads: one parser, one thread.
 #pragma once
 
 #include <mpParser.h>

@@ -14,11 +14,11 @@ void refuse(const mup::ICallback& callback, const QString& message) {
 
 void EvaluationLimits::takeArray(const mup::ICallback& callback, double elements) {
   if (!(elements >= 0.0 && elements <= double{kArrayElements})) {  // NaN too
-    refuse(callback, QString::fromUtf8(messages::kTooManyElements).arg(kArrayElements));
+    refuse(callback, messages::tooManyElements(kArrayElements));
   }
   m_elements += elements;
   if (m_elements > double{kAllElements}) {
-    refuse(callback, QString::fromUtf8(messages::kTooManyElementsInAll).arg(kAllElements));
+    refuse(callback, messages::tooManyElementsInAll(kAllElements));
   }
 }
 
@@ -30,7 +30,7 @@ void EvaluationLimits::takeResult(const mup::ICallback& callback, const mup::IVa
 
 void EvaluationLimits::takeJoinedText(const mup::ICallback& callback, std::size_t bytes) {
   if (bytes > kTextBytes) {
-    refuse(callback, QString::fromUtf8(messages::kTextTooLong).arg(kTextBytes));
+    refuse(callback, messages::textTooLong(kTextBytes));
   }
   takeText(callback, bytes);
 }
@@ -39,7 +39,7 @@ void EvaluationLimits::takeText(const mup::ICallback& callback, std::size_t byte
   const bool isFirst = m_textBytes == 0;
   m_textBytes += bytes;
   if (!isFirst && m_textBytes > kAllTextBytes) {
-    refuse(callback, QString::fromUtf8(messages::kTextsTooLong).arg(kAllTextBytes));
+    refuse(callback, messages::textsTooLong(kAllTextBytes));
   }
 }
 

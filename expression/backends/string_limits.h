@@ -2,7 +2,7 @@
 //
 // The library keeps every value on its stack until something else is put there, so what counts is
 // all that an evaluation makes, be it used up or not.
-// Threads: one.  Errors: throws the library's exception, placed at the callback that asks for more.
+// Errors: throws the library's exception, placed at the callback that asks for more.
 #pragma once
 
 #include <cstddef>

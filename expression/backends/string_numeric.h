@@ -1,7 +1,7 @@
 // The String back-end's functions of one number that its library brings: `sin`, `sqrt`, `ln`.
 //
 // They take a text or an array for 0. That stays, but is noted, so that the user hears of it.
-// Threads: one.  Errors: throws what the library throws.
+// Errors: throws what the library throws.
 #pragma once
 
 #include <string>

@@ -73,7 +73,7 @@ class AssignOperator final : public mup::OprtAssign {
  public:
   void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int count) override {
     if (arguments[1]->IsMatrix()) {
-      refuse(*this, QString::fromUtf8(messages::kArrayAssigned));
+      refuse(*this, messages::arrayAssigned());
     }
     mup::OprtAssign::Eval(result, arguments, count);
   }

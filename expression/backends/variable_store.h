@@ -1,8 +1,8 @@
-// The current values of one evaluator's variables, at places that do not move while expressions are
-// bound to them.
+// The current values of one evaluator's variables, at addresses that do not change while
+// expressions are bound to them.
 //
 // Filled by the evaluator's row binding, read by every back-end. The row number `_n` is the first
-// number. Threads: one.
+// number.
 #pragma once
 
 #include <cstddef>
@@ -24,7 +24,7 @@ struct TextCell {
 struct StoredVariable {
   QString name;
   bool isText = false;
-  std::size_t place = 0;  // in numbers() or texts()
+  std::size_t index = 0;  // in numbers() or texts()
 };
 
 class VariableStore {
@@ -39,7 +39,7 @@ class VariableStore {
       m_variables.push_back({QStringLiteral("_n"), false, 0});
     }
   }
-  // Before anything is bound: places move while variables are added. Gives the place.
+  // Before anything is bound: addresses change while variables are added. Returns the index.
   std::size_t addNumber() {
     m_numbers.push_back(kNullNumber);
     return m_numbers.size() - 1;
@@ -48,14 +48,14 @@ class VariableStore {
     m_texts.push_back({});
     return m_texts.size() - 1;
   }
-  // Lets expressions see what stands at the place. Each name at most once.
+  // Lets expressions see the value at the index. Each name at most once.
   void name(const StoredVariable& variable) { m_variables.push_back(variable); }
 
   const std::vector<StoredVariable>& variables() const { return m_variables; }
   double* numbers() { return m_numbers.data(); }
   const double* numbers() const { return m_numbers.data(); }
-  TextCell& text(std::size_t place) { return m_texts[place]; }
-  const TextCell& text(std::size_t place) const { return m_texts[place]; }
+  TextCell& text(std::size_t index) { return m_texts[index]; }
+  const TextCell& text(std::size_t index) const { return m_texts[index]; }
 
   double rowNumber() const { return m_rowNumber; }
   void advanceRows(double count) { m_rowNumber += count; }

@@ -7,7 +7,6 @@
 
 #include "base/null_number.h"
 #include "expression/dates/date_format_advice.h"
-#include "expression/dates/date_needs.h"
 #include "expression/dates/stated_zone.h"
 
 namespace kelvarin {
@@ -62,11 +61,10 @@ void DateContext::configure(const TimeParameters& parameters) {
   m_formatAdvice.clear();
 }
 
-DateStatus DateContext::prepare(const QStringList& expressions, bool hasDateInputs) {
+DateStatus DateContext::prepare(DateNeeds needs) {
   tzset();
-  DateNeeds needs = dateNeedsOf(expressions);
-  needs.reference |= m_parameters.addNow || hasDateInputs;
-  needs.format |= m_parameters.addNowS || hasDateInputs;
+  needs.reference |= m_parameters.addNow;
+  needs.format |= m_parameters.addNowS;
 
   const bool isReferenceKnown = !needs.reference || prepareReference();
   if (needs.format && !prepareFormat()) {

@@ -3,7 +3,8 @@
 //
 // An elapsed time is the number of whole units from the reference instant to a date.
 // Used by the evaluator for date inputs and `_now`, and by the date functions.
-// Threads: one; read-only after prepare().  Errors: DateStatus; conversions give null or 0.
+// Threads: read-only after prepare().
+// Errors: DateStatus; conversions return null or 0.
 #pragma once
 
 #include <cstdint>
@@ -11,9 +12,9 @@
 
 #include <QDateTime>
 #include <QString>
-#include <QStringList>
 
 #include "base/null_number.h"
+#include "expression/dates/date_needs.h"
 #include "expression/dates/date_status.h"
 #include "expression/dates/date_text_format.h"
 #include "expression/dates/local_time.h"
@@ -27,9 +28,9 @@ std::int64_t millisecondsOfUnit(int elapsedTimeUnit);
 class DateContext {
  public:
   void configure(const TimeParameters& parameters);
-  // Fixes the reference instant and the format where the expressions, `_now`, `_nowS` or date
-  // inputs need them. With an unparsable reference time the reference is the epoch.
-  DateStatus prepare(const QStringList& expressions, bool hasDateInputs);
+  // Fixes the reference instant and the format where the expressions, `_now` or `_nowS` need them.
+  // With an unparsable reference time the reference is the epoch.
+  DateStatus prepare(DateNeeds needs);
 
   const TimeParameters& parameters() const { return m_parameters; }
   const QString& format() const { return m_format.text(); }

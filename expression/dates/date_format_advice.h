@@ -1,7 +1,7 @@
 // A date format as it is written elsewhere, for instance %Y-%m-%d or DD.MM.YYYY, which would read
 // no date here.
 //
-// Used by DateContext; shown when a run or a check starts. Threads: plain functions.
+// Used by DateContext; shown when a run or a check starts.
 #pragma once
 
 #include <QString>

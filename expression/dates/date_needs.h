@@ -1,7 +1,7 @@
-// Which parts of a date context some expressions need, found by the functions they call.
+// Which parts of a date context an expression needs.
+//
+// Stated by the lines of the function table, used when an evaluator prepares its date context.
 #pragma once
-
-#include <QStringList>
 
 namespace kelvarin {
 
@@ -9,8 +9,5 @@ struct DateNeeds {
   bool reference = false;  // a conversion from or to an elapsed time
   bool format = false;     // a date text that is read or printed
 };
-
-// Looks for whole function names before an opening bracket, outside text literals.
-DateNeeds dateNeedsOf(const QStringList& expressions);
 
 }  // namespace kelvarin

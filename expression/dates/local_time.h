@@ -3,7 +3,8 @@
 // A clock reading is a QDateTime in UTC that stands for its date and its time of day alone. Once a
 // year a clock is put back: the hour that it shows twice means the first of the two, always. Once a
 // year it is put forward: the hour that it leaves out is no time. Used by the readers of dates and
-// by the steps over the calendar. Threads: plain functions.  Errors: no instant.
+// by the steps over the calendar.
+// Errors: no instant.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,5 @@
 // What to do about a reference time that cannot be parsed.
 //
-// Threads: any.
 #pragma once
 
 #include <QString>

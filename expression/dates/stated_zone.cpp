@@ -28,11 +28,11 @@ std::optional<Instant> statedOffset(const QString& zone) {
   return (match.captured(1) == QLatin1String("-") ? -all : all) * kMillisecondsOfMinute;
 }
 
-std::optional<Instant> instantAtPlace(const QDateTime& clock, const QByteArray& place) {
-  if (!place.contains('/') || !QTimeZone::isTimeZoneIdAvailable(place)) {
+std::optional<Instant> instantInNamedZone(const QDateTime& clock, const QByteArray& name) {
+  if (!name.contains('/') || !QTimeZone::isTimeZoneIdAvailable(name)) {
     return std::nullopt;
   }
-  const QTimeZone zone(place);
+  const QTimeZone zone(name);
   const auto offsetAt = [&zone](Instant instant) {
     return std::optional<Instant>(
         zone.offsetFromUtc(QDateTime::fromMSecsSinceEpoch(instant, Qt::UTC)) * Instant{1000});
@@ -56,8 +56,8 @@ std::optional<Instant> instantInStatedZone(const QDateTime& clock, const QString
   if (const std::optional<Instant> offset = statedOffset(zone)) {
     return clock.toMSecsSinceEpoch() - *offset;
   }
-  if (const std::optional<Instant> atPlace = instantAtPlace(clock, zone.toLatin1())) {
-    return atPlace;
+  if (const std::optional<Instant> inZone = instantInNamedZone(clock, zone.toLatin1())) {
+    return inZone;
   }
   return localInstantNamed(clock, zone);
 }

@@ -1,8 +1,9 @@
-// The time zone that a date text states: UTC, an offset, a place such as Europe/Berlin, or a name
-// that this machine's zone has, such as CET and CEST.
+// The time zone that a date text states: UTC, an offset, a location such as Europe/Berlin, or a
+// name that this machine's zone has, such as CET and CEST.
 //
 // Names of other zones are not known, since the same letters mean different zones in different
-// countries. Used by DateContext. Threads: plain functions.  Errors: nothing for what is no zone.
+// countries. Used by DateContext.
+// Errors: nothing for what is no zone.
 #pragma once
 
 #include <optional>

@@ -8,69 +8,59 @@ namespace kelvarin {
 
 namespace {
 
-QString rowLine(const char* pattern, const ExpressionError& error, std::int64_t row,
-                const QString& actionName) {
-  return QString::fromUtf8(pattern).arg(QString::number(row), QString::number(error.position),
-                                        actionName);
-}
-
-QString namedErrorText(const char* opening, const QString& expressionName,
-                       const ExpressionError& error, const FailurePlace& place) {
-  const char* pattern =
-      place.backend == BackendKind::string ? messages::kRowLineOfString : messages::kRowLine;
-  return QString::fromUtf8(opening).arg(expressionName) + error.message +
-         rowLine(pattern, error, place.row, place.actionName);
+QString rowLine(const ExpressionError& error, const FailureLocation& location) {
+  return location.backend == BackendKind::string
+             ? messages::rowLineOfString(location.row, error.position, location.actionName)
+             : messages::rowLine(location.row, error.position, location.actionName);
 }
 
 struct Picture {
-  const char* phrase;
+  QString (*phrase)();
   const char* path;
 };
 
 constexpr Picture kPictures[] = {
-    {messages::kUndefinedTokenPhrase, ":/KelvarinMathParser/undefinedToken.png"},
-    {messages::kConversionPhrase, ":/KelvarinMathParser/errorCast.png"},
-    {messages::kNumberForString, ":/KelvarinMathParser/errorEvaluatedToNumber.png"},
-    {messages::kStringForNumber, ":/KelvarinMathParser/errorEvaluatedToString.png"},
+    {messages::undefinedTokenPhrase, ":/KelvarinMathParser/undefinedToken.png"},
+    {messages::conversionPhrase, ":/KelvarinMathParser/errorCast.png"},
+    {messages::numberForString, ":/KelvarinMathParser/errorEvaluatedToNumber.png"},
+    {messages::stringForNumber, ":/KelvarinMathParser/errorEvaluatedToString.png"},
 };
 
 }  // namespace
 
 QString calculatorErrorText(const QString& expressionName, const ExpressionError& error,
-                            const FailurePlace& place) {
-  return namedErrorText(messages::kCalculatorOpening, expressionName, error, place);
+                            const FailureLocation& location) {
+  return messages::calculatorOpening(expressionName) + error.message + rowLine(error, location);
 }
 
 QString vectorizedErrorText(const QString& expressionName, const ExpressionError& error,
-                            const FailurePlace& place) {
-  return namedErrorText(messages::kVectorizedOpening, expressionName, error, place);
+                            const FailureLocation& location) {
+  return messages::vectorizedOpening(expressionName) + error.message + rowLine(error, location);
 }
 
 QString filterErrorText(const ExpressionError& error, std::int64_t row) {
-  return QString::fromUtf8(messages::kFilterOpening) + error.message +
-         rowLine(messages::kRowLine, error, row, QStringLiteral("FilterRows"));
+  return messages::filterOpening() + error.message +
+         messages::rowLine(row, error.position, QStringLiteral("FilterRows"));
 }
 
 QString keyOutOfRangeText(const QString& output, std::int64_t row, double value) {
-  return QString::fromUtf8(messages::kKeyOutOfRange)
-      .arg(output, QString::number(row), QString::number(value));
+  return messages::keyOutOfRange(output, row, value);
 }
 
 QString checkErrorText(const ExpressionError& error) {
-  return error.message + QString::fromUtf8(messages::kTokenLine) + error.token +
-         QString::fromUtf8(messages::kCheckPositionLine).arg(error.position);
+  return error.message + messages::tokenLine(error.token) +
+         messages::checkPositionLine(error.position);
 }
 
 QString errorTextWithPosition(const ExpressionError& error) {
-  return error.message + QString::fromUtf8(messages::kPositionLine).arg(error.position);
+  return error.message + messages::positionLine(error.position);
 }
 
 QString controlCharacterText(const QString& name) {
   const auto found = std::find_if(name.begin(), name.end(), isControlCharacter);
   return found == name.end() ? QString()
-                             : QString::fromUtf8(messages::kControlCharacterInName)
-                                   .arg(QString::number(found->unicode()),
-                                        QString::number(found - name.begin()));
+                             : messages::controlCharacterInName(found->unicode(),
+                                                               found - name.begin());
 }
 
 QString abbreviated(const QString& message) {
@@ -84,7 +74,7 @@ QString abbreviated(const QString& message) {
 
 QString explanationPicture(const QString& errorText) {
   for (const Picture& picture : kPictures) {
-    if (errorText.contains(QLatin1String(picture.phrase))) {
+    if (errorText.contains(picture.phrase())) {
       return QString::fromLatin1(picture.path);
     }
   }

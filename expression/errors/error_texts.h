@@ -1,7 +1,7 @@
 // Turns expression errors into the texts that users read: in a run, in the editor's check and
 // elsewhere.
 //
-// Errors: none; every input gives a text.
+// Every input yields a text.
 #pragma once
 
 #include <cstdint>
@@ -14,16 +14,16 @@
 namespace kelvarin {
 
 // Where in a run an expression failed.
-struct FailurePlace {
+struct FailureLocation {
   std::int64_t row = 0;
   QString actionName;
   BackendKind backend = BackendKind::string;
 };
 
 QString calculatorErrorText(const QString& expressionName, const ExpressionError& error,
-                            const FailurePlace& place);
+                            const FailureLocation& location);
 QString vectorizedErrorText(const QString& expressionName, const ExpressionError& error,
-                            const FailurePlace& place);
+                            const FailureLocation& location);
 QString filterErrorText(const ExpressionError& error, std::int64_t row);
 
 // A number that is no key; the row is `_n`.

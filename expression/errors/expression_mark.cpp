@@ -5,6 +5,7 @@
 #include <QList>
 
 #include "expression/errors/messages.h"
+#include "expression/tokens/expression_tokens.h"
 
 namespace kelvarin {
 
@@ -72,37 +73,40 @@ qsizetype widthOf(const QList<Character>& characters, qsizetype begin, qsizetype
   return width;
 }
 
-bool isPartOfName(QChar c) {
-  return c.isLetterOrNumber() || c == u'_';
-}
-
 // Not the beginning or end of a longer name.
 bool standsAlone(const QString& expression, qsizetype position, qsizetype size) {
   const auto joins = [](QChar left, QChar right) {
-    return isPartOfName(left) && isPartOfName(right);
+    return isNameCharacter(left.unicode()) && isNameCharacter(right.unicode());
   };
   const qsizetype end = position + size;
   return (position == 0 || !joins(expression[position - 1], expression[position])) &&
          (end == expression.size() || !joins(expression[end - 1], expression[end]));
 }
 
-// The last place up to `limit`, outside of texts; -1 when there is none.
+// The last position up to `limit`, outside of texts; -1 when there is none.
 qsizetype lastOccurrence(const QString& expression, const QString& token, qsizetype limit) {
   qsizetype found = -1;
-  bool isInText = false;
-  for (qsizetype i = 0; i < expression.size() && i <= limit; ++i) {
-    const bool isQuote = expression[i] == u'"';
-    const bool matches = (!isInText || isQuote) &&
-                         QStringView(expression).sliced(i).startsWith(token) &&
-                         standsAlone(expression, i, token.size());
-    found = matches && !(isInText && isQuote) ? i : found;
-    i += isInText && expression[i] == u'\\' ? 1 : 0;
-    isInText = isInText != isQuote;
+  for (const Token& one : ExpressionTokens(expression)) {
+    const qsizetype position = positionOf(one);
+    const bool matches = position <= limit &&
+                         QStringView(expression).sliced(position).startsWith(token) &&
+                         standsAlone(expression, position, token.size());
+    found = matches ? position : found;
   }
   return found;
 }
 
-// Libraries may tell the position behind the token.
+// The position of the quote that opens a text without an end; -1 when each text has its end.
+qsizetype unclosedText(const QString& expression) {
+  for (const Token& token : ExpressionTokens(expression)) {
+    if (token.fault == TokenFault::unclosed) {
+      return positionOf(token);
+    }
+  }
+  return -1;
+}
+
+// Libraries may report the position behind the token.
 qsizetype beginOfToken(const QString& expression, const ExpressionError& error) {
   const qsizetype position = std::min<qsizetype>(error.position, expression.size());
   const qsizetype quote = unclosedText(expression);
@@ -123,18 +127,6 @@ ExpressionError withPosition(ExpressionError error, const QString& expression) {
     error.position = static_cast<int>(lastOccurrence(expression, error.token, expression.size()));
   }
   return error;
-}
-
-qsizetype unclosedText(const QString& expression) {
-  qsizetype quote = -1;
-  for (qsizetype i = 0; i < expression.size(); ++i) {
-    if (expression[i] == u'"') {
-      quote = quote < 0 ? i : -1;
-    } else if (quote >= 0 && expression[i] == u'\\') {
-      ++i;
-    }
-  }
-  return quote;
 }
 
 QString markedExpression(const QString& expression, const ExpressionError& error) {
@@ -158,7 +150,7 @@ QString markedExpression(const QString& expression, const ExpressionError& error
   while (end < characters.size() && widthOf(characters, begin, end + 1) <= kShownWidth) {
     ++end;
   }
-  const QString cut = QString::fromLatin1(messages::kCut);
+  const QString cut = messages::cut();
   QString line = begin > 0 ? cut : QString();
   for (qsizetype i = begin; i < end; ++i) {
     line += QString::fromUcs4(&characters[i].code, 1);

@@ -1,6 +1,7 @@
 // Shows where in an expression a library stopped: the expression in one line and a mark below it.
 //
-// Used by the actions and by `kelvarin eval`, behind the error's own text.  Threads: any.
+// Used by the actions and by `kelvarin eval`, behind the error's own text.
+// Threads: any.
 #pragma once
 
 #include <QString>
@@ -9,12 +10,9 @@
 
 namespace kelvarin {
 
-// The error with the position of its token where the library told none: the token's last occurrence
+// The error with the position of its token where the library reports none: the token's last occurrence
 // outside of texts. Unchanged where there is no token, or it is not in the expression.
 ExpressionError withPosition(ExpressionError error, const QString& expression);
-
-// The position of the quote that opens a text without an end; -1 when each text has its end.
-qsizetype unclosedText(const QString& expression);
 
 // Two lines, or one where the position is unknown. Of a long expression the part around the
 // position.

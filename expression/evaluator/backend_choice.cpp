@@ -1,9 +1,12 @@
 #include "expression/evaluator/backend_choice.h"
 
+#include <algorithm>
+
 #include "expression/backends/expression_text.h"
 #include "expression/backends/fast_backend.h"
 #include "expression/backends/native_backend.h"
 #include "expression/errors/expression_mark.h"
+#include "expression/tokens/expression_tokens.h"
 
 namespace kelvarin {
 
@@ -48,6 +51,32 @@ CompileResult compileWith(BackendKind kind, const QString& text, const Expressio
   return stringBackend.compile(text, scope);
 }
 
+bool isBeyondLatin1(QStringView text) {
+  return std::any_of(text.begin(), text.end(), [](QChar c) { return c.unicode() > 0xFF; });
+}
+
+// Where an engine reports no token, it is the one at the position, or else the first one with a
+// character that the engines of numbers do not take.
+void setToken(EngineChoice& choice, const ExpressionError& refusal, const QString& expression) {
+  choice.token = refusal.token;
+  choice.position = refusal.position;
+  if (!refusal.token.isEmpty()) {
+    return;
+  }
+  const ExpressionTokens tokens(expression);
+  for (const Token& token : tokens) {
+    const QStringView text = tokens.text(token);
+    const bool isMeant = refusal.position < 0
+                             ? isBeyondLatin1(text)
+                             : positionOf(token) + text.size() > refusal.position;
+    if (isMeant && token.kind != TokenKind::blank) {
+      choice.token = text.toString();
+      choice.position = static_cast<int>(positionOf(token));
+      return;
+    }
+  }
+}
+
 }  // namespace
 
 ChosenBackend compileWithFirstFit(const QString& expression, const BackendRules& rules,
@@ -68,8 +97,7 @@ ChosenBackend compileWithFirstFit(const QString& expression, const BackendRules&
   }
   chosen.choice.reason = reasonOf(chosen.choice.engine, rules);
   if (chosen.choice.reason == EngineChoice::Reason::token) {
-    chosen.choice.token = refusal.token;
-    chosen.choice.position = refusal.position;
+    setToken(chosen.choice, refusal, expression);
   }
   return chosen;
 }

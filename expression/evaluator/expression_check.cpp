@@ -14,10 +14,11 @@ namespace {
 using Kind = ExpressionCheck::Kind;
 
 // About the result or the settings, not about a token.
-void setFault(ExpressionCheck& check, Kind kind, ExpressionError::Kind what, const char* text) {
+void setFault(ExpressionCheck& check, Kind kind, ExpressionError::Kind what,
+              const QString& text) {
   check.kind = kind;
-  check.text = QString::fromUtf8(text);
-  check.error = {.message = check.text, .kind = what};
+  check.text = text;
+  check.error = {.message = text, .kind = what};
 }
 
 void judgeType(ExpressionCheck& check, const EvaluatedValue& value, MetaTypeColumn meta) {
@@ -25,10 +26,10 @@ void judgeType(ExpressionCheck& check, const EvaluatedValue& value, MetaTypeColu
     return;
   }
   if (value.isText()) {
-    setFault(check, Kind::error, ExpressionError::Kind::textForNumber, messages::kStringForNumber);
+    setFault(check, Kind::error, ExpressionError::Kind::textForNumber, messages::stringForNumber());
   } else {
     setFault(check, Kind::warning, ExpressionError::Kind::numberForText,
-             messages::kNumberForString);
+             messages::numberForString());
   }
 }
 
@@ -53,7 +54,7 @@ ExpressionCheck ExpressionCheck::failure(const QString& text) {
 ExpressionCheck ExpressionCheck::unknownDateFormat() {
   ExpressionCheck check;
   setFault(check, Kind::error, ExpressionError::Kind::dateFormatUnknown,
-           messages::kFormatUnknown);
+           messages::formatUnknown());
   return check;
 }
 
@@ -91,7 +92,7 @@ ExpressionCheck ExpressionSet::check(const OutputVariable& output, ResultUse use
   if (dates == DateStatus::referenceTimeUnparsable && check.kind != Kind::error &&
       check.text.isEmpty()) {
     setFault(check, Kind::warning, ExpressionError::Kind::referenceTimeUnparsable,
-             messages::kReferenceUnparsable);
+             messages::referenceUnparsable());
   }
   return check;
 }

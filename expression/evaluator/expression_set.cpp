@@ -10,6 +10,7 @@
 #include "expression/dates/reference_time_advice.h"
 #include "expression/errors/expression_mark.h"
 #include "expression/evaluator/backend_choice.h"
+#include "expression/functions/called_functions.h"
 
 namespace kelvarin {
 
@@ -80,7 +81,7 @@ bool ExpressionSet::hasDateInputs() const {
 
 DateStatus ExpressionSet::prepareDateContext(const QStringList& expressions) {
   m_functions.seed(seedOf(m_options.time));
-  const DateStatus status = m_functions.dates.prepare(expressions, hasDateInputs());
+  const DateStatus status = prepareDates(m_functions.dates, expressions, hasDateInputs());
   setCurrentTime(m_constants, m_functions.dates);
   return status;
 }

@@ -16,9 +16,8 @@ QString nameAt(const ExpressionTokens& tokens, std::size_t index) {
 }
 
 QString warningAboutAssignment(const QString& expressionName, ExpressionPurpose purpose) {
-  const char* addition =
-      purpose == ExpressionPurpose::condition ? messages::kAssignedIsCondition : "";
-  return QString::fromUtf8(messages::kAssigns).arg(expressionName) + QString::fromUtf8(addition);
+  return purpose == ExpressionPurpose::condition ? messages::assignsInCondition(expressionName)
+                                                 : messages::assigns(expressionName);
 }
 
 // Empty where the comparison at the index is with other values than the missing one.
@@ -30,9 +29,9 @@ QString warningAboutNull(const QString& expressionName, const ExpressionTokens& 
     return {};
   }
   const QString& other = left == u"_null" ? right : left;
-  const bool isEqual = tokens[index].sign == "==";
-  return QString::fromUtf8(isEqual ? messages::kEqualsNull : messages::kDiffersFromNull)
-      .arg(expressionName, other.isEmpty() ? QStringLiteral("x") : other);
+  const QString value = other.isEmpty() ? QStringLiteral("x") : other;
+  return tokens[index].sign == "==" ? messages::equalsNull(expressionName, value)
+                                    : messages::differsFromNull(expressionName, value);
 }
 
 // `3 < x < 5` becomes `3 < x && x < 5`.
@@ -44,9 +43,8 @@ QString warningAboutChain(const QString& expressionName, const QString& expressi
   }
   return comparisons.isEmpty()
              ? QString()
-             : QString::fromUtf8(messages::kChained)
-                   .arg(expressionName, parts.join(u' '), comparisons.front(),
-                        comparisons.join(QLatin1String(" && ")));
+             : messages::chained(expressionName, parts.join(u' '), comparisons.front(),
+                                 comparisons.join(QLatin1String(" && ")));
 }
 
 }  // namespace
@@ -74,23 +72,18 @@ QStringList warningsOfCheck(const QString& expressionName, const TextArguments& 
   if (found.count == 0) {
     return {};
   }
-  return {QString::fromUtf8(messages::kTextArgument)
-              .arg(expressionName, found.function, QString::number(found.argument),
-                   QString::number(found.position))};
+  return {messages::textArgument(expressionName, found)};
 }
 
 QString warningAboutTextCondition(const QString& expressionName) {
-  return QString::fromUtf8(messages::kTextCondition).arg(expressionName);
+  return messages::textCondition(expressionName);
 }
 
 QStringList warningsOfRun(const QString& expressionName, const TextArguments& found) {
   if (found.count == 0) {
     return {};
   }
-  return {QString::fromUtf8(messages::kTextArgumentsOfRun)
-              .arg(expressionName, found.function, QString::number(found.argument),
-                   QString::number(found.position), QString::number(found.count),
-                   QString::number(found.row, 'f', 0))};
+  return {messages::textArgumentsOfRun(expressionName, found)};
 }
 
 }  // namespace kelvarin

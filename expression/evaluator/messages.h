@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include "expression/backends/text_arguments.h"
+
 namespace kelvarin::messages {
 
 inline QString columnNotFound(const QString& column) {
@@ -13,19 +15,36 @@ inline QString columnTypesDiffer(const QString& first, const QString& second) {
 }
 
 // About an expression that does what its author hardly means.
-inline constexpr char kAssigns[] = "Expression '%1': '=' assigns; did you mean '=='?";
-inline constexpr char kAssignedIsCondition[] =
-    " The assigned value is the condition: true unless it is 0, missing or an empty text.";
-inline constexpr char kChained[] =
-    "Expression '%1': comparisons do not chain: '%2' compares 1 or 0, the result of '%3'. Did you "
-    "mean '%4'?";
-inline constexpr char kTextCondition[] =
-    "Expression '%1': the condition is a text, and so true for every row on which the text is not "
-    "empty. Compare it, as in x == \"abc\".";
-inline constexpr char kEqualsNull[] =
-    "Expression '%1': '== _null' is never true; did you mean 'isNull(%2)'?";
-inline constexpr char kDiffersFromNull[] =
-    "Expression '%1': '!= _null' is always true; did you mean 'not(isNull(%2))'?";
+inline QString assigns(const QString& expressionName) {
+  return QStringLiteral("Expression '%1': '=' assigns; did you mean '=='?").arg(expressionName);
+}
+inline QString assignsInCondition(const QString& expressionName) {
+  return assigns(expressionName) +
+         QStringLiteral(
+             " The assigned value is the condition: true unless it is 0, missing or an empty text.");
+}
+inline QString chained(const QString& expressionName, const QString& chain,
+                       const QString& firstComparison, const QString& meant) {
+  return QStringLiteral(
+             "Expression '%1': comparisons do not chain: '%2' compares 1 or 0, the result of '%3'. "
+             "Did you mean '%4'?")
+      .arg(expressionName, chain, firstComparison, meant);
+}
+inline QString textCondition(const QString& expressionName) {
+  return QStringLiteral(
+             "Expression '%1': the condition is a text, and so true for every row on which the "
+             "text is not empty. Compare it, as in x == \"abc\".")
+      .arg(expressionName);
+}
+inline QString equalsNull(const QString& expressionName, const QString& value) {
+  return QStringLiteral("Expression '%1': '== _null' is never true; did you mean 'isNull(%2)'?")
+      .arg(expressionName, value);
+}
+inline QString differsFromNull(const QString& expressionName, const QString& value) {
+  return QStringLiteral(
+             "Expression '%1': '!= _null' is always true; did you mean 'not(isNull(%2))'?")
+      .arg(expressionName, value);
+}
 
 // About the names of variables.
 inline QString nameOfRowNumber(const QString& column) {
@@ -44,19 +63,28 @@ inline QString moreNamesTwice(int count) {
   return QStringLiteral("%1 more variable(s) are defined twice.").arg(count);
 }
 
-// In a check, and at the end of a run.
-inline constexpr char kTextArgument[] =
-    "Expression '%1': the function '%2' at position %4 takes its argument %3, a text or an array, "
-    "for 0. Write atof() around a text that is a number.";
-inline constexpr char kTextArgumentsOfRun[] =
-    "Expression '%1': the function '%2' at position %4 took its argument %3, a text or an array, "
-    "for 0 on %5 occasion(s), the first one on data row %6. Write atof() around a text that is a "
-    "number.";
-
-// At the end of a run.
 inline QString rowText(double row) {
   return QString::number(row, 'f', 0);
 }
+
+// In a check, and at the end of a run.
+inline QString textArgument(const QString& expressionName, const TextArguments& found) {
+  return QStringLiteral(
+             "Expression '%1': the function '%2' at position %4 takes its argument %3, a text or "
+             "an array, for 0. Write atof() around a text that is a number.")
+      .arg(expressionName, found.function, QString::number(found.argument),
+           QString::number(found.position));
+}
+inline QString textArgumentsOfRun(const QString& expressionName, const TextArguments& found) {
+  return QStringLiteral(
+             "Expression '%1': the function '%2' at position %4 took its argument %3, a text or "
+             "an array, for 0 on %5 occasion(s), the first one on data row %6. Write atof() around "
+             "a text that is a number.")
+      .arg(expressionName, found.function, QString::number(found.argument),
+           QString::number(found.position), QString::number(found.count), rowText(found.row));
+}
+
+// At the end of a run.
 inline QString notNumbers(const QString& column, long long count, double firstRow) {
   return QStringLiteral(
              "Column '%1' is a text column used as a number: %2 value(s) were no numbers and "

@@ -89,7 +89,7 @@ RowOutcome RowEvaluation::evaluateAnyValue(int output) {
     case ResultWriter::Outcome::ok:
       break;
     case ResultWriter::Outcome::textForNumber:
-      return fail(output, {.message = QString::fromUtf8(messages::kStringForNumber),
+      return fail(output, {.message = messages::stringForNumber(),
                            .kind = ExpressionError::Kind::textForNumber});
     case ResultWriter::Outcome::noKey:
       return failToCast(output, value.number);

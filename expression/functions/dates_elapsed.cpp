@@ -75,46 +75,31 @@ double daysInMonth(double month, double year) {
   return index == february && isLeap ? 29.0 : days[static_cast<std::size_t>(index)];
 }
 
-constexpr unsigned kFastAndString = kInFast | kInString;
-constexpr ResultKind kNumber = ResultKind::number;
-
+// clang-format off
 constexpr FunctionLine kLines[] = {
-    {"nDaysInMonth", 2, kFastAndString, kNumber, daysInMonth, nullptr,
+    {"nDaysInMonth", 2, kFastAndString, kNumber, daysInMonth,
      "nDaysInMonth(month,year) - return the number of days in the given month;"},
-    {"toET",
-     1,
-     kFastAndString,
-     kNumber,
-     {},
-     elapsedOfDateText,
-     "toET(date) - convert a date (as a string) to an Elapsed Time"},
-    {"toETF",
-     1,
-     kInString,
-     kNumber,
-     {},
-     elapsedFractionOfDateText,
-     "toETF(date) - convert a date (as a string) to an Elapsed Time (as a float)"},
-    {"toDate",
-     1,
-     kInString,
-     ResultKind::text,
-     {},
-     valueBody<textOfElapsed>,
-     "toDate(ET) - convert a date (as an Elapsed Time) to a string"},
-    {"etAdd", 4, kFastAndString, kNumber, addToElapsed, nullptr,
-     "etAdd(ET,y,M,d) - add a duration (in year, month and days) to an Elapsed Time"},
-    {"etFirstDayOfYear", 2, kFastAndString, kNumber, firstWeekdayAsElapsed, nullptr,
-     "etFirstDayOfYear(y,dow) - et of the first DayOfWeek(dow) of the year(y)"},
-    {"etWeekNumber", 1, kFastAndString, kNumber, weekOfElapsed, nullptr,
-     "etWeekNumber(x) - Returns the week number (1 to 53)"},
-    {"etDayOfWeek", 1, kFastAndString, kNumber, weekdayOfElapsed, nullptr,
-     "etDayOfWeek(et) - Returns the Day of Week(0=monday; 6=sunday)"},
-    {"etDiffInMonth", 2, kFastAndString, kNumber, monthsBetweenElapsed, nullptr,
-     "etDiffInMonth(x,y) - number of months between x and y"},
-    {"etDiffInYear", 2, kFastAndString, kNumber, yearsBetweenElapsed, nullptr,
-     "etDiffInYear(x,y) - number of years between x and y"},
+    {"toET", 1, kFastAndString, kNumber, elapsedOfDateText,
+     "toET(date) - convert a date (as a string) to an Elapsed Time", kReferenceAndFormat},
+    {"toETF", 1, kInString, kNumber, elapsedFractionOfDateText,
+     "toETF(date) - convert a date (as a string) to an Elapsed Time (as a "
+     "float)", kReferenceAndFormat},
+    {"toDate", 1, kInString, kText, valueBody<textOfElapsed>,
+     "toDate(ET) - convert a date (as an Elapsed Time) to a string", kReferenceAndFormat},
+    {"etAdd", 4, kFastAndString, kNumber, addToElapsed,
+     "etAdd(ET,y,M,d) - add a duration (in year, month and days) to an Elapsed Time", kReference},
+    {"etFirstDayOfYear", 2, kFastAndString, kNumber, firstWeekdayAsElapsed,
+     "etFirstDayOfYear(y,dow) - et of the first DayOfWeek(dow) of the year(y)", kReference},
+    {"etWeekNumber", 1, kFastAndString, kNumber, weekOfElapsed,
+     "etWeekNumber(x) - Returns the week number (1 to 53)", kReference},
+    {"etDayOfWeek", 1, kFastAndString, kNumber, weekdayOfElapsed,
+     "etDayOfWeek(et) - Returns the Day of Week(0=monday; 6=sunday)", kReference},
+    {"etDiffInMonth", 2, kFastAndString, kNumber, monthsBetweenElapsed,
+     "etDiffInMonth(x,y) - number of months between x and y", kReference},
+    {"etDiffInYear", 2, kFastAndString, kNumber, yearsBetweenElapsed,
+     "etDiffInYear(x,y) - number of years between x and y", kReference},
 };
+// clang-format on
 
 static_assert(areSound(kLines));
 

@@ -123,59 +123,24 @@ Text encodedForJson(std::string_view text) {
   return encoded(text, jsonEscape);
 }
 
-constexpr ResultKind kText = ResultKind::text;
-
+// clang-format off
 constexpr FunctionLine kLines[] = {
-    {"atob64",
-     1,
-     kInString,
-     kText,
-     {},
-     valueBody<base64OfUtf8>,
+    {"atob64", 1, kInString, kText, valueBody<base64OfUtf8>,
      "atob64(x) - encode the utf8 string x to base64"},
-    {"b64toa",
-     1,
-     kInString,
-     kText,
-     {},
-     valueBody<utf8OfBase64>,
+    {"b64toa", 1, kInString, kText, valueBody<utf8OfBase64>,
      "b64toa(x) - decode a base64 to a utf8 string"},
-    {"atob642",
-     1,
-     kInString,
-     kText,
-     {},
-     valueBody<base64OfLatin1>,
+    {"atob642", 1, kInString, kText, valueBody<base64OfLatin1>,
      "atob642(x) - encode the latin1 string x to base64"},
-    {"b64toa2",
-     1,
-     kInString,
-     kText,
-     {},
-     valueBody<latin1OfBase64>,
+    {"b64toa2", 1, kInString, kText, valueBody<latin1OfBase64>,
      "b64toa2(x) - decode a base64 to a latin1 string"},
-    {"urlEncode",
-     1,
-     kInString,
-     kText,
-     {},
-     valueBody<encodedForUrl>,
+    {"urlEncode", 1, kInString, kText, valueBody<encodedForUrl>,
      "urlEncode(x) - encode the string x to include in a url"},
-    {"xmlEncode",
-     1,
-     kInString,
-     kText,
-     {},
-     valueBody<encodedForXml>,
+    {"xmlEncode", 1, kInString, kText, valueBody<encodedForXml>,
      "xmlEncode(x) - encode the string x to include in xml"},
-    {"jsonEncode",
-     1,
-     kInString,
-     kText,
-     {},
-     valueBody<encodedForJson>,
+    {"jsonEncode", 1, kInString, kText, valueBody<encodedForJson>,
      "jsonEncode(x) - encode the string x to include in json"},
 };
+// clang-format on
 
 static_assert(areSound(kLines));
 

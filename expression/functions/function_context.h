@@ -2,7 +2,7 @@
 // of one evaluator.
 //
 // Owned by ExpressionEvaluator; bodies of the function table that need it take it as their first
-// argument. Threads: one.
+// argument.
 #pragma once
 
 #include <QString>

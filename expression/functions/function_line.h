@@ -1,18 +1,21 @@
-// One function of the expression language: a line of data and one or two bodies.
+// One function of the expression language: a line of data and its body.
 //
 // Bodies are plain functions without a type of any expression library; the adapters in
 // expression/backends turn lines into registrations. A body never fails: null, NaN or 0. To add a
-// function, write its body and its line in the file of its theme; see function_table.cpp.
+// function, follow CONTRIBUTING.md.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <span>
 #include <string_view>
 #include <type_traits>
 #include <variant>
 
+#include "expression/dates/date_needs.h"
 #include "expression/functions/function_context.h"
 #include "expression/functions/function_values.h"
+#include "jit/functions.h"
 
 namespace kelvarin {
 
@@ -20,13 +23,14 @@ namespace kelvarin {
 inline constexpr unsigned kInNative = 1;
 inline constexpr unsigned kInFast = 2;
 inline constexpr unsigned kInString = 4;
-inline constexpr unsigned kInAll = kInNative | kInFast | kInString;
+inline constexpr unsigned kFastAndString = kInFast | kInString;
+inline constexpr unsigned kInAll = kInNative | kFastAndString;
 
 enum class ResultKind {
   number,
   test,  // a number that also serves as a condition
   text,
-  any  // one of the arguments
+  argument  // one of the arguments
 };
 
 using Number0 = double (*)();
@@ -74,14 +78,35 @@ class ValueBody {
 // One argument or more.
 inline constexpr int kAnyArgumentCount = -1;
 
+// What computes a function: a body of numbers, one of values, or both. The native compiler may know
+// a function of numbers as one whose machine code it writes itself; otherwise it calls the body.
+struct FunctionBody {
+  template <typename... Parameters>
+  constexpr FunctionBody(double (*function)(Parameters...),
+                         jit::Intrinsic written = jit::Intrinsic::none)
+      : number(function), intrinsic(written) {}
+  constexpr FunctionBody(ValueBody::Function function) : value(function) {}
+  template <typename... Parameters>
+  constexpr FunctionBody(double (*function)(Parameters...), ValueBody::Function ofValues,
+                         jit::Intrinsic written = jit::Intrinsic::none)
+      : number(function), value(ofValues), intrinsic(written) {}
+
+  NumberBody number;
+  ValueBody value = nullptr;
+  jit::Intrinsic intrinsic = jit::Intrinsic::none;
+};
+
 struct FunctionLine {
   const char* name;
   int argumentCount;  // as declared to the parsers, or kAnyArgumentCount
   unsigned backends;
   ResultKind result;
-  NumberBody number;
-  ValueBody value;  // may be null when there is a number body
+  FunctionBody body;
   const char* help;
+  DateNeeds needs = {};
+
+  // The String Parser can compute it, which alone shows an expression step by step.
+  constexpr bool isDebuggable() const { return (backends & kInString) != 0; }
 };
 
 inline constexpr int kMaximumArgumentCount = 4;
@@ -131,23 +156,27 @@ constexpr bool isNativeBody(const NumberBody& body) {
 
 // A mistake in a line stops the build: every theme asserts that its lines are sound.
 constexpr bool isSound(const FunctionLine& line) {
-  const int bodyCount = argumentCountOf(line.number);
+  const int bodyCount = argumentCountOf(line.body.number);
   const bool hasNumber = bodyCount != kNoBody;
   const bool isTextOnly = line.backends == kInString ||
                           (line.backends == (kInFast | kInString) && line.argumentCount == 1);
-  const bool isComplete = hasNumber || (line.value != nullptr && isTextOnly);
+  const bool isComplete = hasNumber || (line.body.value != nullptr && isTextOnly);
   const bool isArityRight = !hasNumber || bodyCount == line.argumentCount;
-  const bool isNativeRight = (line.backends & kInNative) == 0 || isNativeBody(line.number);
+  const bool isNative = (line.backends & kInNative) != 0;
+  const bool isNativeRight = !isNative || isNativeBody(line.body.number);
+  const jit::Intrinsic intrinsic = line.body.intrinsic;
+  const bool isIntrinsicRight =
+      intrinsic == jit::Intrinsic::none ||
+      (isNative && jit::argumentCountOf(intrinsic) == line.argumentCount);
   return isNameOfFunction(line.name) && line.argumentCount >= kAnyArgumentCount &&
          line.argumentCount <= kMaximumArgumentCount && line.backends != 0 && isComplete &&
-         isArityRight && isNativeRight && !std::string_view(line.help).empty();
+         isArityRight && isNativeRight && isIntrinsicRight &&
+         !std::string_view(line.help).empty();
 }
 
 constexpr bool areSound(std::span<const FunctionLine> lines) {
-  for (const FunctionLine& line : lines) {
-    if (!isSound(line)) {
-      return false;
-    }
+  if (!std::all_of(lines.begin(), lines.end(), isSound)) {
+    return false;
   }
   for (std::size_t i = 0; i < lines.size(); ++i) {
     for (std::size_t k = i + 1; k < lines.size(); ++k) {

@@ -25,7 +25,7 @@ struct ConstantLine {
   double number;
   QString (*text)(const GlobalParameters* graph);
   const char* help;
-  bool yieldsToParameters = false;  // a graph parameter of this name takes its place
+  bool yieldsToParameters = false;  // a graph parameter of this name replaces it
 };
 
 std::span<const ConstantLine> constantTable();

@@ -2,7 +2,6 @@
 // library.
 //
 // Texts are UTF-8; the null text is apart from the empty one.
-// Threads: plain values.
 #pragma once
 
 #include <string>
@@ -46,17 +45,17 @@ class FunctionResult {
  public:
   enum class Kind { number, text, nullText, argument };
 
-  void giveNumber(double number) {
+  void setNumber(double number) {
     m_kind = Kind::number;
     m_number = number;
   }
-  void giveText(std::string_view text) {
+  void setText(std::string_view text) {
     m_kind = Kind::text;
     m_text.assign(text);
   }
-  void giveNullText() { m_kind = Kind::nullText; }
+  void setNullText() { m_kind = Kind::nullText; }
   // The argument at `index` as it is, whatever its type.
-  void giveArgument(int index) {
+  void setArgument(int index) {
     m_kind = Kind::argument;
     m_argument = index;
   }

@@ -66,22 +66,19 @@ double distanceOfPackedKm(double packed1, double packed2) {
 void angle(FunctionContext&, std::span<const FunctionArgument> arguments, FunctionResult& result) {
   const double y = arguments[0].number();
   const double x = arguments.size() > 1 ? arguments[1].number() : kNullNumber;
-  result.giveNumber(isNullNumber(y) || isNullNumber(x) ? kNullNumber : std::atan2(y, x));
+  result.setNumber(isNullNumber(y) || isNullNumber(x) ? kNullNumber : std::atan2(y, x));
 }
 
+// clang-format off
 constexpr FunctionLine kLines[] = {
-    {"hdist", 4, kInFast | kInString, ResultKind::number, distanceKm, nullptr,
+    {"hdist", 4, kFastAndString, kNumber, distanceKm,
      "hdist(lat1,lon1,lat2,long2) - return earth distance"},
-    {"hdist2", 2, kInString, ResultKind::number, distanceOfPackedKm, nullptr,
+    {"hdist2", 2, kInString, kNumber, distanceOfPackedKm,
      "hdist2(lat1Lon1,lat2Long2) - return earth distance"},
-    {"atan2",
-     1,
-     kInString,
-     ResultKind::number,
-     {},
-     angle,
+    {"atan2", 1, kInString, kNumber, angle,
      "atan2(y,x) - return the angle between (1,0) and (x,y)"},
 };
+// clang-format on
 
 static_assert(areSound(kLines));
 

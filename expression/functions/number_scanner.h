@@ -2,7 +2,7 @@
 //
 // A number is an optional sign, digits with "." as the decimal point, and an optional exponent. A
 // "," is the decimal mark where it stands between digits of a number without ".". Only ASCII digits
-// count; words such as nan do not. Threads: plain functions.
+// count; words such as nan do not.
 #pragma once
 
 #include <optional>

@@ -118,91 +118,39 @@ QString textOfHexadecimal(std::string_view text) {
 template <NumberForm form>
 void containsNumber(FunctionContext&, Arguments arguments, FunctionResult& result) {
   const FunctionArgument& x = arguments[0];
-  give(result, !x.isText() || x.isNull() || findNumber(x.text(), form).has_value());
+  setResult(result, !x.isText() || x.isNull() || findNumber(x.text(), form).has_value());
 }
 
 template <NumberForm form>
 void isNumber(FunctionContext&, Arguments arguments, FunctionResult& result) {
   const FunctionArgument& x = arguments[0];
-  give(result, !x.isText() || x.isNull() || isWholeTextNumber(x.text(), form));
+  setResult(result, !x.isText() || x.isNull() || isWholeTextNumber(x.text(), form));
 }
 
-constexpr ResultKind kText = ResultKind::text;
-constexpr ResultKind kNumber = ResultKind::number;
-constexpr ResultKind kTest = ResultKind::test;
-
+// clang-format off
 constexpr FunctionLine kLines[] = {
-    {"ftoa",
-     1,
-     kInString,
-     kText,
-     {},
-     valueBody<textOfReal>,
+    {"ftoa", 1, kInString, kText, valueBody<textOfReal>,
      "ftoa(x) - convert x as a floating point number to a string"},
-    {"itoa",
-     1,
-     kInString,
-     kText,
-     {},
-     valueBody<textOfWhole>,
+    {"itoa", 1, kInString, kText, valueBody<textOfWhole>,
      "itoa(x) - convert x as an int to a string"},
-    {"atof",
-     1,
-     kInString,
-     kNumber,
-     {},
-     valueBody<numberInText>,
+    {"atof", 1, kInString, kNumber, valueBody<numberInText>,
      "atof(x) - convert x as a string to a double"},
-    {"htof",
-     1,
-     kInString,
-     kNumber,
-     {},
-     valueBody<numberOfHexadecimal>,
+    {"htof", 1, kInString, kNumber, valueBody<numberOfHexadecimal>,
      "htof(x) - convert x as a hexadecimal string to a double"},
-    {"ftoh",
-     1,
-     kInString,
-     kText,
-     {},
-     valueBody<hexadecimal>,
+    {"ftoh", 1, kInString, kText, valueBody<hexadecimal>,
      "ftoh(x) - convert x as a positive integer number to a hexadecimal string"},
-    {"htoa",
-     1,
-     kInString,
-     kText,
-     {},
-     valueBody<textOfHexadecimal>,
+    {"htoa", 1, kInString, kText, valueBody<textOfHexadecimal>,
      "htoa(x) - convert x as a hexadecimal string to a latin1 string"},
-    {"isNumber",
-     1,
-     kInString,
-     kTest,
-     {},
-     containsNumber<NumberForm::real>,
+    {"isNumber", 1, kInString, kTest, containsNumber<NumberForm::real>,
      "isNumber(x) - test if the x string contains a number"},
-    {"isInteger",
-     1,
-     kInString,
-     kTest,
-     {},
-     containsNumber<NumberForm::whole>,
+    {"isInteger", 1, kInString, kTest, containsNumber<NumberForm::whole>,
      "isInteger(x) - test if the x string contains an integer number"},
-    {"isNumberStrict",
-     1,
-     kInString,
-     kTest,
-     {},
-     isNumber<NumberForm::real>,
+    {"isNumberStrict", 1, kInString, kTest, isNumber<NumberForm::real>,
      "isNumberStrict(x) - test if the x string is a number"},
-    {"isIntegerStrict",
-     1,
-     kInString,
-     kTest,
-     {},
-     isNumber<NumberForm::whole>,
+    {"isIntegerStrict", 1, kInString, kTest, isNumber<NumberForm::whole>,
      "isIntegerStrict(x) - test if the x string is an integer number"},
 };
+// clang-format on
 
 static_assert(areSound(kLines));
 

@@ -13,7 +13,7 @@ namespace kelvarin {
 
 namespace {
 
-// kept: whole numbers from halves upwards, so -2.5 gives -2.
+// kept: whole numbers from halves upwards, so -2.5 becomes -2.
 double rint(double x) {
   return jit::roundDown(jit::add(x, 0.5));
 }
@@ -55,36 +55,44 @@ double accumulate(Numbers numbers) {
   return chosen;
 }
 
-constexpr ResultKind kNumber = ResultKind::number;
-constexpr int kAny = kAnyArgumentCount;
-
+// clang-format off
 constexpr FunctionLine kLines[] = {
-    {"abs", 1, kInAll, kNumber, jit::absolute, nullptr, "abs(x) - absolute value of x"},
-    {"sign", 1, kInAll, kNumber, sign, nullptr,
+    {"abs", 1, kInAll, kNumber, {jit::absolute, Intrinsic::absolute},
+     "abs(x) - absolute value of x"},
+    {"sign", 1, kInAll, kNumber, {sign, Intrinsic::sign},
      "sign(x) - returns -1 for a negative x, 1 for a positive one, otherwise 0"},
-    {"rint", 1, kInAll, kNumber, rint, nullptr,
+    {"rint", 1, kInAll, kNumber, {rint, Intrinsic::rint},
      "rint(x) - round to closest integer, halves upwards"},
-    {"trunc", 1, kInAll, kNumber, jit::truncate, nullptr,
+    {"trunc", 1, kInAll, kNumber, {jit::truncate, Intrinsic::truncate},
      "trunc(x) - the integer part of x, towards zero"},
-    {"cbrt", 1, kInAll, kNumber, ofOne(std::cbrt), nullptr, "cbrt(x) - cube root of x"},
-    {"hypot", 2, kInAll, kNumber, ofTwo(std::hypot), nullptr,
+    {"cbrt", 1, kInAll, kNumber, ofOne(std::cbrt),
+     "cbrt(x) - cube root of x"},
+    {"hypot", 2, kInAll, kNumber, ofTwo(std::hypot),
      "hypot(x,y) - square root of x^2+y^2"},
-    {"fmod", 2, kInAll, kNumber, ofTwo(std::fmod), nullptr,
+    {"fmod", 2, kInAll, kNumber, ofTwo(std::fmod),
      "fmod(x,y) - remainder of x/y with the sign of x; the same as x%y"},
-    {"remainder", 2, kInAll, kNumber, ofTwo(std::remainder), nullptr,
+    {"remainder", 2, kInAll, kNumber, ofTwo(std::remainder),
      "remainder(x,y) - x minus the multiple of y that is closest to it"},
-    {"pow", 2, kInAll, kNumber, jit::raised, nullptr, "pow(x,y) - x raised to the power of y"},
-    {"log2", 1, kInAll, kNumber, ofOne(std::log2), nullptr, "log2(x) - logarithm base 2"},
-    {"asinh", 1, kInAll, kNumber, ofOne(std::asinh), nullptr, "asinh(x) - inverse of sinh"},
-    {"acosh", 1, kInAll, kNumber, ofOne(std::acosh), nullptr, "acosh(x) - inverse of cosh"},
-    {"atanh", 1, kInAll, kNumber, ofOne(std::atanh), nullptr, "atanh(x) - inverse of tanh"},
-    {"sum", kAny, kInAll, kNumber, sum, nullptr, "sum(x,y,z...) - sum of the numbers"},
-    {"avg", kAny, kInAll, kNumber, average, nullptr, "avg(x,y,z...) - mean of the numbers"},
-    {"min", kAny, kInAll, kNumber, accumulate<jit::smaller>, nullptr,
+    {"pow", 2, kInAll, kNumber, jit::raised,
+     "pow(x,y) - x raised to the power of y"},
+    {"log2", 1, kInAll, kNumber, ofOne(std::log2),
+     "log2(x) - logarithm base 2"},
+    {"asinh", 1, kInAll, kNumber, ofOne(std::asinh),
+     "asinh(x) - inverse of sinh"},
+    {"acosh", 1, kInAll, kNumber, ofOne(std::acosh),
+     "acosh(x) - inverse of cosh"},
+    {"atanh", 1, kInAll, kNumber, ofOne(std::atanh),
+     "atanh(x) - inverse of tanh"},
+    {"sum", kAnyCount, kInAll, kNumber, sum,
+     "sum(x,y,z...) - sum of the numbers"},
+    {"avg", kAnyCount, kInAll, kNumber, average,
+     "avg(x,y,z...) - mean of the numbers"},
+    {"min", kAnyCount, kInAll, kNumber, accumulate<jit::smaller>,
      "min(x,y,z...) - the smallest of the numbers"},
-    {"max", kAny, kInAll, kNumber, accumulate<jit::larger>, nullptr,
+    {"max", kAnyCount, kInAll, kNumber, accumulate<jit::larger>,
      "max(x,y,z...) - the largest of the numbers"},
 };
+// clang-format on
 
 static_assert(areSound(kLines));
 

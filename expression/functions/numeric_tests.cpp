@@ -72,80 +72,87 @@ bool isFiniteValue(const FunctionArgument& x) {
 }
 
 void isNullOfValue(FunctionContext&, Arguments arguments, FunctionResult& result) {
-  result.giveNumber(arguments[0].isNull() ? 1.0 : 0.0);
+  result.setNumber(arguments[0].isNull() ? 1.0 : 0.0);
 }
 
 void isMissingOfValue(FunctionContext&, Arguments arguments, FunctionResult& result) {
-  result.giveNumber(arguments[0].text().empty() ? 1.0 : 0.0);
+  result.setNumber(arguments[0].text().empty() ? 1.0 : 0.0);
 }
 
 void isTrueOfValue(FunctionContext&, Arguments arguments, FunctionResult& result) {
-  result.giveNumber(isTrueValue(arguments[0]) ? 1.0 : 0.0);
+  result.setNumber(isTrueValue(arguments[0]) ? 1.0 : 0.0);
 }
 
 void notOfValue(FunctionContext&, Arguments arguments, FunctionResult& result) {
   const bool isNullArgument = arguments[0].isNull();
-  result.giveNumber(isNullArgument ? kNullNumber : isTrueValue(arguments[0]) ? 0.0 : 1.0);
+  result.setNumber(isNullArgument ? kNullNumber : isTrueValue(arguments[0]) ? 0.0 : 1.0);
 }
 
 // A text is no number, so it is none of the special ones either.
 void zeroOfValue(FunctionContext&, Arguments, FunctionResult& result) {
-  result.giveNumber(0.0);
+  result.setNumber(0.0);
 }
 
 void nvlOfValues(FunctionContext&, Arguments arguments, FunctionResult& result) {
-  result.giveArgument(arguments[0].isNull() ? 1 : 0);
+  result.setArgument(arguments[0].isNull() ? 1 : 0);
 }
 
 void nvl2OfValues(FunctionContext&, Arguments arguments, FunctionResult& result) {
-  result.giveArgument(arguments[0].isNull() ? 2 : 1);
+  result.setArgument(arguments[0].isNull() ? 2 : 1);
 }
 
 void nanvlOfValues(FunctionContext&, Arguments arguments, FunctionResult& result) {
-  result.giveArgument(isNanValue(arguments[0]) ? 1 : 0);
+  result.setArgument(isNanValue(arguments[0]) ? 1 : 0);
 }
 
 void nanvl2OfValues(FunctionContext&, Arguments arguments, FunctionResult& result) {
-  result.giveArgument(isNanValue(arguments[0]) ? 2 : 1);
+  result.setArgument(isNanValue(arguments[0]) ? 2 : 1);
 }
 
 void finitevlOfValues(FunctionContext&, Arguments arguments, FunctionResult& result) {
-  result.giveArgument(isFiniteValue(arguments[0]) ? 0 : 1);
+  result.setArgument(isFiniteValue(arguments[0]) ? 0 : 1);
 }
 
 void finitevl2OfValues(FunctionContext&, Arguments arguments, FunctionResult& result) {
-  result.giveArgument(isFiniteValue(arguments[0]) ? 1 : 2);
+  result.setArgument(isFiniteValue(arguments[0]) ? 1 : 2);
 }
-
-constexpr ResultKind kTest = ResultKind::test;
-constexpr ResultKind kAny = ResultKind::any;
 
 constexpr const char* kIsNullHelp = "isNull(x) - test if x is null";
 
+// clang-format off
 constexpr FunctionLine kLines[] = {
     // kept: native code knows the null test under this spelling only.
-    {"isNuLL", 1, kInNative, kTest, isNull, nullptr, kIsNullHelp},
-    {"isNull", 1, kInFast | kInString, kTest, isNull, isNullOfValue, kIsNullHelp},
-    {"isNan", 1, kInAll, kTest, isNan, zeroOfValue, "isNan(x) - test if x is nan"},
-    {"isFinite", 1, kInAll, kTest, isFinite, zeroOfValue, "isFinite(x) - test if x is finite"},
+    {"isNuLL", 1, kInNative, kTest, {isNull, Intrinsic::isNull},
+     kIsNullHelp},
+    {"isNull", 1, kFastAndString, kTest, {isNull, isNullOfValue},
+     kIsNullHelp},
+    {"isNan", 1, kInAll, kTest, {isNan, zeroOfValue, Intrinsic::isNan},
+     "isNan(x) - test if x is nan"},
+    {"isFinite", 1, kInAll, kTest, {isFinite, zeroOfValue, Intrinsic::isFinite},
+     "isFinite(x) - test if x is finite"},
     // kept: the spelling of the help text.
-    {"isMissing", 1, kInAll, kTest, isNull, isMissingOfValue, "isMising(x) - test if x is missing"},
-    {"isTrue", 1, kInAll, kTest, isTrue, isTrueOfValue, "isTrue(x) - test if x is true"},
-    {"not", 1, kInAll, kTest, logicalNot, notOfValue, "not(x) - boolean not"},
-    {"sqr", 1, kInAll, ResultKind::number, square, nullptr, "sqr(x) - return x"},  // kept
-    {"nvl", 2, kInAll, kAny, nvl, nvlOfValues,
+    {"isMissing", 1, kInAll, kTest, {isNull, isMissingOfValue, Intrinsic::isNull},
+     "isMising(x) - test if x is missing"},
+    {"isTrue", 1, kInAll, kTest, {isTrue, isTrueOfValue, Intrinsic::isTrue},
+     "isTrue(x) - test if x is true"},
+    {"not", 1, kInAll, kTest, {logicalNot, notOfValue, Intrinsic::logicalNot},
+     "not(x) - boolean not"},
+    {"sqr", 1, kInAll, kNumber, {square, Intrinsic::square},
+     "sqr(x) - return x"},  // kept
+    {"nvl", 2, kInAll, kArgument, {nvl, nvlOfValues, Intrinsic::nvl},
      "nvl(a,b) - if a is null return b, otherwise return a"},
-    {"nvl2", 3, kInAll, kAny, nvl2, nvl2OfValues,
+    {"nvl2", 3, kInAll, kArgument, {nvl2, nvl2OfValues, Intrinsic::nvl2},
      "nvl2(a,b,c) - if a is null return c, otherwise return b"},
-    {"nanvl", 2, kInAll, kAny, nanvl, nanvlOfValues,
+    {"nanvl", 2, kInAll, kArgument, {nanvl, nanvlOfValues, Intrinsic::nanvl},
      "nanvl(a,b) - if a is nan return b, otherwise return a"},
-    {"nanvl2", 3, kInAll, kAny, nanvl2, nanvl2OfValues,
+    {"nanvl2", 3, kInAll, kArgument, {nanvl2, nanvl2OfValues, Intrinsic::nanvl2},
      "nanvl2(a,b,c) -  if a is nan return c, otherwise return b"},
-    {"finitevl", 2, kInAll, kAny, finitevl, finitevlOfValues,
+    {"finitevl", 2, kInAll, kArgument, {finitevl, finitevlOfValues, Intrinsic::finitevl},
      "finitevl(a,b) - if a is finite return a, otherwise return b"},
-    {"finitevl2", 3, kInAll, kAny, finitevl2, finitevl2OfValues,
+    {"finitevl2", 3, kInAll, kArgument, {finitevl2, finitevl2OfValues, Intrinsic::finitevl2},
      "finitevl2(a,b,c) - if a is finite return b, otherwise return c"},
 };
+// clang-format on
 
 static_assert(areSound(kLines));
 

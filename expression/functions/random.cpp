@@ -22,20 +22,21 @@ double wholeBelow(FunctionContext& context, double x) {
 
 // Whatever the argument is.
 void productName(FunctionContext&, std::span<const FunctionArgument>, FunctionResult& result) {
-  result.giveText("kelvarin");
+  result.setText("kelvarin");
 }
 
-constexpr unsigned kFastAndString = kInFast | kInString;
-
+// clang-format off
 constexpr FunctionLine kLines[] = {
-    {"whoami", 1, kInString, ResultKind::text, {}, productName, "whoami(x) - returns kelvarin"},
-    {"rand", 1, kFastAndString, ResultKind::number, uniformBelow, nullptr,
+    {"whoami", 1, kInString, kText, productName,
+     "whoami(x) - returns kelvarin"},
+    {"rand", 1, kFastAndString, kNumber, uniformBelow,
      "rand(x) - uniform random number inside [0 x["},
-    {"rand1", 0, kFastAndString, ResultKind::number, uniform, nullptr,
+    {"rand1", 0, kFastAndString, kNumber, uniform,
      "rand1() - uniform random number inside [0 1["},
-    {"randN", 1, kFastAndString, ResultKind::number, wholeBelow, nullptr,
+    {"randN", 1, kFastAndString, kNumber, wholeBelow,
      "randN(x) - uniform random integer number inside [0 x["},
 };
+// clang-format on
 
 static_assert(areSound(kLines));
 

@@ -13,7 +13,7 @@ namespace kelvarin {
 namespace {
 
 constexpr int kLargestPower = 308;
-constexpr double kMostDigits = 16.0;
+constexpr double kMaxDigits = 16.0;
 
 // A literal a power: a product of tens would be off in the last bit from 10^23 on.
 // clang-format off
@@ -62,7 +62,7 @@ double roundToDigits(double x, double digits, double beyond) {
   if (std::isnan(digits)) {
     return digits;
   }
-  if (digits > kMostDigits) {
+  if (digits > kMaxDigits) {
     return x;
   }
   const double power = std::trunc(std::abs(digits));
@@ -106,32 +106,38 @@ double floorToMultiple(double x, double y) {
   return x - (quotient - std::floor(quotient)) * y;
 }
 
-constexpr unsigned kFastAndString = kInFast | kInString;
-constexpr ResultKind kNumber = ResultKind::number;
 constexpr const char* kRoundUpHelp =
     "roundUp(x,d) - rounds up x to a specified number of digits d.";
 constexpr const char* kRoundDownHelp =
     "roundDown(x,d) - rounds down x to a specified number of digits d.";
 
+// clang-format off
 constexpr FunctionLine kLines[] = {
-    {"ceil", 1, kFastAndString, kNumber, ceiling, nullptr,
+    {"ceil", 1, kFastAndString, kNumber, ceiling,
      "ceil(x) - Returns the smallest integral value that is not less than x (round up)."},
-    {"floor", 1, kFastAndString, kNumber, floorWhole, nullptr,
+    {"floor", 1, kFastAndString, kNumber, floorWhole,
      "floor(x) - Returns the largest integral value that is not greater than x (round down)."},
-    {"floor2", 2, kInAll, kNumber, floorToMultiple, nullptr,
+    {"floor2", 2, kInAll, kNumber, {floorToMultiple, Intrinsic::floor2},
      "floor2(x,y) - Returns the largest multiple of y lower or equal to x"},
-    {"round", 1, kFastAndString, kNumber, roundWhole, nullptr,
+    {"round", 1, kFastAndString, kNumber, roundWhole,
      "round(x) - round to closest integer."},
     // kept: the help text names the function of one digit argument.
-    {"round2", 2, kFastAndString, kNumber, roundDigits, nullptr,
+    {"round2", 2, kFastAndString, kNumber, roundDigits,
      "round(x,d) - rounds x to a specified number of digits d."},
-    {"roundUp", 2, kFastAndString, kNumber, roundUp, nullptr, kRoundUpHelp},
-    {"roundUP", 2, kFastAndString, kNumber, roundUp, nullptr, kRoundUpHelp},
-    {"roundup", 2, kFastAndString, kNumber, roundUp, nullptr, kRoundUpHelp},
-    {"roundDown", 2, kFastAndString, kNumber, roundDown, nullptr, kRoundDownHelp},
-    {"roundDOWN", 2, kFastAndString, kNumber, roundDown, nullptr, kRoundDownHelp},
-    {"rounddown", 2, kFastAndString, kNumber, roundDown, nullptr, kRoundDownHelp},
+    {"roundUp", 2, kFastAndString, kNumber, roundUp,
+     kRoundUpHelp},
+    {"roundUP", 2, kFastAndString, kNumber, roundUp,
+     kRoundUpHelp},
+    {"roundup", 2, kFastAndString, kNumber, roundUp,
+     kRoundUpHelp},
+    {"roundDown", 2, kFastAndString, kNumber, roundDown,
+     kRoundDownHelp},
+    {"roundDOWN", 2, kFastAndString, kNumber, roundDown,
+     kRoundDownHelp},
+    {"rounddown", 2, kFastAndString, kNumber, roundDown,
+     kRoundDownHelp},
 };
+// clang-format on
 
 static_assert(areSound(kLines));
 

@@ -1,4 +1,4 @@
-// Values with a name: those of the language, and those of the place where an expression runs.
+// Values with a name: those of the language, and those of the program and the graph that run.
 
 #include <QCoreApplication>
 #include <QDir>

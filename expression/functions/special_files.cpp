@@ -60,15 +60,12 @@ QString load(FunctionContext& context, const QString& name) {
   return last.text;
 }
 
+// clang-format off
 constexpr FunctionLine kLines[] = {
-    {"load",
-     1,
-     kInString,
-     ResultKind::text,
-     {},
-     valueBody<load>,
+    {"load", 1, kInString, kText, valueBody<load>,
      "load(filename) - returns the text of the file"},
 };
+// clang-format on
 
 static_assert(areSound(kLines));
 

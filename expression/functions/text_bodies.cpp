@@ -34,28 +34,28 @@ bool hasSurrogate(const QString& text) {
 
 }  // namespace
 
-void give(FunctionResult& result, double number) {
-  result.giveNumber(number);
+void setResult(FunctionResult& result, double number) {
+  result.setNumber(number);
 }
 
-void give(FunctionResult& result, bool isTrue) {
-  result.giveNumber(isTrue ? 1.0 : 0.0);
+void setResult(FunctionResult& result, bool isTrue) {
+  result.setNumber(isTrue ? 1.0 : 0.0);
 }
 
-void give(FunctionResult& result, const QString& text) {
+void setResult(FunctionResult& result, const QString& text) {
   if (text.isNull()) {
-    result.giveNullText();
+    result.setNullText();
     return;
   }
   const QByteArray bytes = (hasSurrogate(text) ? withWholePairs(text) : text).toUtf8();
-  result.giveText({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+  result.setText({bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }
 
-void give(FunctionResult& result, const std::optional<std::string>& text) {
+void setResult(FunctionResult& result, const std::optional<std::string>& text) {
   if (text) {
-    result.giveText(*text);
+    result.setText(*text);
   } else {
-    result.giveNullText();
+    result.setNullText();
   }
 }
 

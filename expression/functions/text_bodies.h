@@ -1,9 +1,9 @@
 // Turns plain functions over texts and numbers into bodies of the function table.
 //
 // The rules about missing values and types stand here once, for all themes of texts and dates:
-//   valueBody<f>         a null in any argument gives null
+//   valueBody<f>         a null in any argument makes null
 //   testBody<f>          a null, or a number where f takes a text, is false
-//   searchBody<f, miss>  a null gives null; a number where f takes a text gives `miss`
+//   searchBody<f, miss>  a null makes null; a number where f takes a text makes `miss`
 // A number where f of a valueBody takes a text is its shortest text; a text where f takes a number
 // counts as null.
 //
@@ -35,11 +35,11 @@ inline std::size_t longestResultOf(std::string_view text) {
   return std::max(longestGrown, text.size());
 }
 
-void give(FunctionResult& result, double number);
-void give(FunctionResult& result, bool isTrue);
+void setResult(FunctionResult& result, double number);
+void setResult(FunctionResult& result, bool isTrue);
 // A null QString is the null text; half a surrogate pair becomes U+FFFD.
-void give(FunctionResult& result, const QString& text);
-void give(FunctionResult& result, const std::optional<std::string>& text);
+void setResult(FunctionResult& result, const QString& text);
+void setResult(FunctionResult& result, const std::optional<std::string>& text);
 
 // One argument in the form in which a function takes it.
 template <typename Parameter>
@@ -114,11 +114,11 @@ class BodyOf {
     });
   }
 
-  static void giveNull(FunctionResult& result) {
+  static void setNull(FunctionResult& result) {
     if constexpr (std::is_same_v<typename Shape::Result, double>) {
-      result.giveNumber(kNullNumber);
+      result.setNumber(kNullNumber);
     } else {
-      result.giveNullText();
+      result.setNullText();
     }
   }
 
@@ -146,9 +146,9 @@ class BodyOf {
                        std::index_sequence<kIndex...>) {
     const Readers readers{std::tuple_element_t<kIndex, Readers>(arguments[kIndex])...};
     if constexpr (Shape::kTakesContext) {
-      give(result, function(context, std::get<kIndex>(readers).get()...));
+      setResult(result, function(context, std::get<kIndex>(readers).get()...));
     } else {
-      give(result, function(std::get<kIndex>(readers).get()...));
+      setResult(result, function(std::get<kIndex>(readers).get()...));
     }
   }
 };
@@ -157,7 +157,7 @@ template <auto function>
 void valueBody(FunctionContext& context, std::span<const FunctionArgument> arguments,
                FunctionResult& result) {
   if (BodyOf<function>::hasNull(arguments)) {
-    BodyOf<function>::giveNull(result);
+    BodyOf<function>::setNull(result);
   } else {
     BodyOf<function>::call(context, arguments, result);
   }
@@ -167,7 +167,7 @@ template <auto function>
 void testBody(FunctionContext& context, std::span<const FunctionArgument> arguments,
               FunctionResult& result) {
   if (BodyOf<function>::hasNull(arguments) || BodyOf<function>::hasNumberForText(arguments)) {
-    result.giveNumber(0.0);
+    result.setNumber(0.0);
   } else {
     BodyOf<function>::call(context, arguments, result);
   }
@@ -177,9 +177,9 @@ template <auto function, int miss>
 void searchBody(FunctionContext& context, std::span<const FunctionArgument> arguments,
                 FunctionResult& result) {
   if (BodyOf<function>::hasNull(arguments)) {
-    BodyOf<function>::giveNull(result);
+    BodyOf<function>::setNull(result);
   } else if (BodyOf<function>::hasNumberForText(arguments)) {
-    result.giveNumber(miss);
+    result.setNumber(miss);
   } else {
     BodyOf<function>::call(context, arguments, result);
   }

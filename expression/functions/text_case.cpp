@@ -18,31 +18,16 @@ QString folded(const QString& text) {
   return text.toCaseFolded();
 }
 
-constexpr ResultKind kText = ResultKind::text;
-
+// clang-format off
 constexpr FunctionLine kLines[] = {
-    {"tolower",
-     1,
-     kInString,
-     kText,
-     {},
-     valueBody<lowered>,
+    {"tolower", 1, kInString, kText, valueBody<lowered>,
      "tolower(s) - Converts the string s to lowercase characters."},
-    {"toupper",
-     1,
-     kInString,
-     kText,
-     {},
-     valueBody<raised>,
+    {"toupper", 1, kInString, kText, valueBody<raised>,
      "toupper(s) - Converts the string s to uppercase characters."},
-    {"toCaseFolded",
-     1,
-     kInString,
-     kText,
-     {},
-     valueBody<folded>,
+    {"toCaseFolded", 1, kInString, kText, valueBody<folded>,
      "toCaseFolded(s) - Converts the string s to CaseFolded characters."},
 };
+// clang-format on
 
 static_assert(areSound(kLines));
 

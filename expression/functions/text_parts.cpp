@@ -116,90 +116,43 @@ std::optional<std::string> replaced(std::string_view text, std::string_view befo
   return std::nullopt;
 }
 
-constexpr ResultKind kText = ResultKind::text;
-constexpr ResultKind kNumber = ResultKind::number;
 constexpr const char* kSubstrHelp =
     "substr(x,s,l) - extract from the string x a substring starting at character of index 's' "
     "and of length 'l'";
 
+// clang-format off
 constexpr FunctionLine kLines[] = {
-    {"codepoint",
-     1,
-     kInString,
-     kNumber,
-     {},
-     valueBody<codepointOfLast>,
+    {"codepoint", 1, kInString, kNumber, valueBody<codepointOfLast>,
      "codepoint(x) - returns the unicode codepoint of the last char of x"},
-    {"strlen",
-     1,
-     kInString,
-     kNumber,
-     {},
-     valueBody<lengthOf>,
+    {"strlen", 1, kInString, kNumber, valueBody<lengthOf>,
      "strlen(s) - returns the number of characters of the string s"},
-    {"substr", 3, kInString, kText, {}, valueBody<partOfLength>, kSubstrHelp},
-    {"mid", 3, kInString, kText, {}, valueBody<partOfLength>, kSubstrHelp},
-    {"substring",
-     3,
-     kInString,
-     kText,
-     {},
-     valueBody<partBetween>,
-     "substring(x,s,e) - extract from the string x a substring starting at character of index 's' "
-     "and ending at index 'e'"},
-    {"left",
-     2,
-     kInString,
-     kText,
-     {},
-     valueBody<firstUnits>,
+    {"substr", 3, kInString, kText, valueBody<partOfLength>,
+     kSubstrHelp},
+    {"mid", 3, kInString, kText, valueBody<partOfLength>,
+     kSubstrHelp},
+    {"substring", 3, kInString, kText, valueBody<partBetween>,
+     "substring(x,s,e) - extract from the string x a substring starting at character of "
+     "index 's' and ending at index 'e'"},
+    {"left", 2, kInString, kText, valueBody<firstUnits>,
      "left(x,l) - returns a substring composed of the first 'l' character of string x"},
-    {"right",
-     2,
-     kInString,
-     kText,
-     {},
-     valueBody<lastUnits>,
+    {"right", 2, kInString, kText, valueBody<lastUnits>,
      "right(x,l) - returns a substring composed of the last 'l' character of string x"},
-    {"trim", 1, kInString, kText, {}, valueBody<trimmed>, "trim(x) - returns the string x trimmed"},
-    {"ltrim",
-     1,
-     kInString,
-     kText,
-     {},
-     valueBody<trimmedLeft>,
+    {"trim", 1, kInString, kText, valueBody<trimmed>,
+     "trim(x) - returns the string x trimmed"},
+    {"ltrim", 1, kInString, kText, valueBody<trimmedLeft>,
      "ltrim(x) - returns the string x left-trimmed"},
-    {"rtrim",
-     1,
-     kInString,
-     kText,
-     {},
-     valueBody<trimmedRight>,
+    {"rtrim", 1, kInString, kText, valueBody<trimmedRight>,
      "rtrim(x) - returns the string x right-trimmed"},
     // kept: the help text names the function of one argument.
-    {"trim2",
-     2,
-     kInString,
-     kText,
-     {},
-     valueBody<withoutEnds>,
+    {"trim2", 2, kInString, kText, valueBody<withoutEnds>,
      "trim(x,y) - returns the string x without y at the end/start"},
-    {"charAt",
-     2,
-     kInString,
-     kNumber,
-     {},
-     valueBody<unitAt>,
+    {"charAt", 2, kInString, kNumber, valueBody<unitAt>,
      "charAt(x,i) - returns char at position i"},
-    {"replace",
-     3,
-     kInString,
-     kText,
-     {},
-     valueBody<replaced>,
-     "replace(s,before,after) - Replaces every occurrence of the string <before> with the string "
-     "<after> and returns result"},
+    {"replace", 3, kInString, kText, valueBody<replaced>,
+     "replace(s,before,after) - Replaces every occurrence of the string <before> with the "
+     "string <after> and returns result"},
 };
+// clang-format on
 
 static_assert(areSound(kLines));
 

@@ -56,8 +56,6 @@ double countOf(std::string_view text, std::string_view wanted) {
   return count;
 }
 
-constexpr ResultKind kTest = ResultKind::test;
-constexpr ResultKind kNumber = ResultKind::number;
 constexpr int kNotFound = -1;
 constexpr int kNone = 0;
 
@@ -70,44 +68,34 @@ constexpr const char* kLastIndexOfHelp =
 constexpr const char* kLastIndexOf2Help =
     "lastindexof2(x,y,p) - returns the last position of y inside x starting at position p";
 
+// clang-format off
 constexpr FunctionLine kLines[] = {
-    {"startsWith",
-     2,
-     kInString,
-     kTest,
-     {},
-     testBody<startsWith>,
+    {"startsWith", 2, kInString, kTest, testBody<startsWith>,
      "startsWith(x,s) - return true if the string x starts with the string s"},
-    {"endsWith",
-     2,
-     kInString,
-     kTest,
-     {},
-     testBody<endsWith>,
+    {"endsWith", 2, kInString, kTest, testBody<endsWith>,
      "endsWith(x,s) - return true if the string x ends with the string s"},
-    {"contains",
-     2,
-     kInString,
-     kTest,
-     {},
-     testBody<contains>,
+    {"contains", 2, kInString, kTest, testBody<contains>,
      "contains(x,y) - Is y contained in x?"},
-    {"indexof", 2, kInString, kNumber, {}, searchBody<first, kNotFound>, kIndexOfHelp},
-    {"indexOf", 2, kInString, kNumber, {}, searchBody<first, kNotFound>, kIndexOfHelp},
-    {"indexof2", 3, kInString, kNumber, {}, searchBody<firstFrom, kNotFound>, kIndexOf2Help},
-    {"indexOf2", 3, kInString, kNumber, {}, searchBody<firstFrom, kNotFound>, kIndexOf2Help},
-    {"lastindexof", 2, kInString, kNumber, {}, searchBody<last, kNotFound>, kLastIndexOfHelp},
-    {"lastIndexOf", 2, kInString, kNumber, {}, searchBody<last, kNotFound>, kLastIndexOfHelp},
-    {"lastindexof2", 3, kInString, kNumber, {}, searchBody<lastFrom, kNotFound>, kLastIndexOf2Help},
-    {"lastIndexOf2", 3, kInString, kNumber, {}, searchBody<lastFrom, kNotFound>, kLastIndexOf2Help},
-    {"countText",
-     2,
-     kInString,
-     kNumber,
-     {},
-     searchBody<countOf, kNone>,
+    {"indexof", 2, kInString, kNumber, searchBody<first, kNotFound>,
+     kIndexOfHelp},
+    {"indexOf", 2, kInString, kNumber, searchBody<first, kNotFound>,
+     kIndexOfHelp},
+    {"indexof2", 3, kInString, kNumber, searchBody<firstFrom, kNotFound>,
+     kIndexOf2Help},
+    {"indexOf2", 3, kInString, kNumber, searchBody<firstFrom, kNotFound>,
+     kIndexOf2Help},
+    {"lastindexof", 2, kInString, kNumber, searchBody<last, kNotFound>,
+     kLastIndexOfHelp},
+    {"lastIndexOf", 2, kInString, kNumber, searchBody<last, kNotFound>,
+     kLastIndexOfHelp},
+    {"lastindexof2", 3, kInString, kNumber, searchBody<lastFrom, kNotFound>,
+     kLastIndexOf2Help},
+    {"lastIndexOf2", 3, kInString, kNumber, searchBody<lastFrom, kNotFound>,
+     kLastIndexOf2Help},
+    {"countText", 2, kInString, kNumber, searchBody<countOf, kNone>,
      "countText(x,y) - count the number of occurrences of y in x"},
 };
+// clang-format on
 
 static_assert(areSound(kLines));
 

@@ -1,4 +1,4 @@
-// The themes that make up the function table.
+// The themes that make up the function table, and the words of their lines.
 #pragma once
 
 #include <span>
@@ -6,6 +6,17 @@
 #include "expression/functions/function_line.h"
 
 namespace kelvarin {
+
+using jit::Intrinsic;
+
+inline constexpr ResultKind kNumber = ResultKind::number;
+inline constexpr ResultKind kTest = ResultKind::test;
+inline constexpr ResultKind kText = ResultKind::text;
+inline constexpr ResultKind kArgument = ResultKind::argument;
+inline constexpr int kAnyCount = kAnyArgumentCount;
+inline constexpr DateNeeds kReference{.reference = true};
+inline constexpr DateNeeds kFormat{.format = true};
+inline constexpr DateNeeds kReferenceAndFormat{.reference = true, .format = true};
 
 std::span<const FunctionLine> numericTests();
 std::span<const FunctionLine> numericLibrary();

@@ -2,65 +2,23 @@
 
 #include <algorithm>
 
-#include <QRegularExpression>
-
-#include "expression/errors/messages.h"
-#include "expression/errors/expression_mark.h"
 #include "expression/help/foreign_signs.h"
 #include "expression/help/language_entries.h"
+#include "expression/help/messages.h"
 #include "expression/help/missing_operator.h"
 #include "expression/help/unknown_name_hint.h"
+#include "expression/tokens/expression_tokens.h"
 
 namespace kelvarin {
 
 namespace {
 
-constexpr char kNeedsLabel[] =
-    "Expressions cannot name the column '%1' as it is. Give it a label, <InputVar column='%2' "
-    "label='%3'/>, and write %3.";
-
-constexpr char kSignature[] = "How '%1' is called: %2";
-constexpr char kOtherArguments[] = "\n  With %1 argument(s): %2%3";
-constexpr char kThousands[] =
-    "Numbers have no thousands separators: 1000000. A comma separates arguments.";
-constexpr char kTooLarge[] = "'%1' is too large for a number: the largest is about 1.8e308.";
-constexpr char kUnclosedText[] =
-    "The closing quote is missing of the text that opens at position %1. Write it: \"text\". A "
-    "quote inside a text is written \\\".";
-constexpr char kEmpty[] = "The expression is empty. Write one, for instance: price * 2";
-constexpr char kDecimalPoint[] = "Decimals are written with a point: 3.5. A comma separates arguments.";
-constexpr char kJoinTexts[] = "Texts are joined with //, as in a // b. ";
-constexpr char kTextIsNoNumber[] = "One value is a text. atof(s) gives the number that a text holds.";
-constexpr char kNumberIsNoText[] =
-    "One value is a number where a text is needed. itoa(x) and ftoa(x) make texts of numbers, and "
-    "texts of your own stand between double quotes.";
-constexpr char kNoCondition[] =
-    "One value is a number where a condition is needed. Compare it, as in x != 0, or write "
-    "isTrue(x).";
-constexpr char kTextForNumberColumn[] =
-    "The result is a text. Write meta='U' for a column of texts, or atof(...) for the number that the "
-    "text holds.";
-
-constexpr char kLabelIsNoName[] =
-    "The label '%1' is no name, so expressions cannot use it. Write label='%2', and %2 in the "
-    "expression.";
-constexpr char kJoinConditions[] = "Conditions are joined with && (and) and || (or).";
-
-bool isNameCharacter(QChar c) {
-  return c == u'_' || c.isLetterOrNumber();
-}
-
-bool isName(const QString& text) {
-  return !text.isEmpty() && !text.front().isDigit() &&
-         std::all_of(text.begin(), text.end(), isNameCharacter);
-}
-
 QString labelFor(const QString& column) {
   QString label = column.trimmed();
   for (QChar& c : label) {
-    c = isNameCharacter(c) ? c : QChar(u'_');
+    c = isNameCharacter(c.unicode()) ? c : QChar(u'_');
   }
-  return label.isEmpty() || label.front().isDigit() ? u'_' + label : label;
+  return isVariableName(label) ? label : u'_' + label;
 }
 
 QString attributeText(QString text) {
@@ -73,15 +31,15 @@ QString attributeText(QString text) {
 QString hintAtUnnamable(const QString& expression, const HintNames& names) {
   const QString text = withoutTexts(expression);
   for (const QString& variable : names.variables) {
-    if (!isName(variable) && !names.columns.contains(variable) && text.contains(variable)) {
-      return QString::fromLatin1(kLabelIsNoName).arg(variable, labelFor(variable));
+    if (!isVariableName(variable) && !names.columns.contains(variable) && text.contains(variable)) {
+      return messages::labelIsNoName(variable, labelFor(variable));
     }
   }
   for (const QString& column : names.columns + names.variables) {
     const QString label = labelFor(column);
     const bool isMeant = text.contains(column) || text.contains(label);
-    if (!isName(column) && isMeant && !names.variables.contains(label)) {
-      return QString::fromLatin1(kNeedsLabel).arg(column, attributeText(column), label);
+    if (!isVariableName(column) && isMeant && !names.variables.contains(label)) {
+      return messages::needsLabel(column, attributeText(column), label);
     }
   }
   return {};
@@ -102,8 +60,9 @@ constexpr struct {
 };
 
 QString familyOf(const QString& function) {
-  static const QRegularExpression digitsAtEnd(QStringLiteral("\\d+$"));
-  return QString(function).remove(digitsAtEnd).toLower();
+  const auto last = std::find_if(function.rbegin(), function.rend(),
+                                 [](QChar c) { return !isDigitCharacter(c.unicode()); });
+  return function.first(function.rend() - last).toLower();
 }
 
 // As declared, else as its signature shows; 0 for what is no function.
@@ -131,108 +90,126 @@ QString otherCalls(const LanguageEntry& entry, bool wantsMore) {
     if (isWanted && familyOf(name) == family && !shown.contains(name, Qt::CaseInsensitive)) {
       shown += name;
       const QString help = QString::fromStdString(other.help);
-      calls += QString::fromLatin1(kOtherArguments)
-                   .arg(QString::number(count), name, help.sliced(help.indexOf(u'(')));
+      calls += messages::otherArguments(count, name, help.sliced(help.indexOf(u'(')));
     }
   }
   return calls;
 }
 
 // A function that got too few arguments, or too many.
-QString hintAtArguments(const QString& message) {
-  static const QRegularExpression pattern(
-      QStringLiteral("Too (few|many) (?:parameters|arguments) .*function:? \"?(\\w+)"));
-  const auto found = pattern.match(message);
-  if (!found.hasMatch()) {
+QString hintAtArguments(const ExpressionError& error) {
+  const bool areTooMany = error.kind == ExpressionError::Kind::tooManyArguments;
+  if (!areTooMany && error.kind != ExpressionError::Kind::tooFewArguments) {
     return {};
   }
-  const QString name = found.captured(2);
-  const LanguageMatch match = findInLanguage(name.toStdString());
+  const LanguageMatch match = findInLanguage(error.token.toStdString());
   if (match.entries.empty()) {
     return {};
   }
   const LanguageEntry& entry = *match.entries.front();
-  QString hint = QString::fromLatin1(kSignature).arg(name, QString::fromStdString(entry.help)) +
-                 otherCalls(entry, found.captured(1) == u"many");
+  QString hint = messages::signature(error.token, QString::fromStdString(entry.help)) +
+                 otherCalls(entry, areTooMany);
   for (const auto& [function, advice] : kAdviceOnCalls) {
-    hint += name == QLatin1String(function) ? QString::fromLatin1(advice) : QString();
+    hint += error.token == QLatin1String(function) ? QString::fromLatin1(advice) : QString();
   }
   return hint;
 }
 
-// A value of the wrong type, in the library's words: s is a text, i and f are numbers, b is a
-// condition.
 QString hintAtTypes(const ExpressionError& error) {
-  const QString& message = error.message;
-  if (message.contains(QLatin1String(messages::kStringForNumber))) {
-    return QString::fromLatin1(kTextForNumberColumn);
+  using Type = ExpressionError::ValueType;
+  if (error.kind == ExpressionError::Kind::textForNumber) {
+    return messages::textForNumberColumn();
   }
-  static const QRegularExpression pattern(
-      QStringLiteral("is of type '(\\w)'.*(?:type '(\\w)' was expected|to type '(\\w)')"));
-  const auto found = pattern.match(message);
-  if (!found.hasMatch()) {
+  if (error.kind != ExpressionError::Kind::wrongType) {
     return {};
   }
-  const QString given = found.captured(1);
-  const QString wanted = found.captured(2) + found.captured(3);
-  if (given == u"s") {
-    const char* joining = error.token == u"+" ? kJoinTexts : "";
-    return QString::fromLatin1(joining) + QString::fromLatin1(kTextIsNoNumber);
+  if (error.found == Type::text) {
+    const QString joining = error.token == u"+" ? messages::joinTexts() : QString();
+    return joining + messages::textIsNoNumber();
   }
-  if (given == u"b") {
-    return QString::fromLatin1(kJoinConditions);
+  if (error.found == Type::condition) {
+    return messages::joinConditions();
   }
-  return wanted == u"b"   ? QString::fromLatin1(kNoCondition)
-         : wanted == u"s" ? QString::fromLatin1(kNumberIsNoText)
-                          : QString();
+  return error.wanted == Type::condition ? messages::noCondition()
+         : error.wanted == Type::text    ? messages::numberIsNoText()
+                                         : QString();
 }
 
-QString hintAtUnclosedText(const QString& message, const QString& expression) {
-  const qsizetype quote = unclosedText(expression);
-  return quote >= 0 && message.contains(QLatin1String("Unterminated string"))
-             ? QString::fromLatin1(kUnclosedText).arg(quote)
-             : QString();
-}
-
-QString hintAtLargeNumber(const QString& message) {
-  static const QRegularExpression pattern(
-      QStringLiteral("^Undefined token \"([\\d.]+e\\+?\\d+)\""),
-      QRegularExpression::CaseInsensitiveOption);
-  const auto found = pattern.match(message);
-  return found.hasMatch() ? QString::fromLatin1(kTooLarge).arg(found.captured(1)) : QString();
-}
-
-QString hintAtEmptiness(const QString& expression) {
-  return expression.trimmed().isEmpty() ? QString::fromLatin1(kEmpty) : QString();
-}
-
-QString hintAtComma(const QString& message, const QString& expression) {
-  static const QRegularExpression thousands(
-      QStringLiteral("(?<!\\d)\\d{1,3}(?:,\\d{3}){2,}(?!\\d)"));
-  static const QRegularExpression pattern(QStringLiteral("\\d,\\d"));
-  const bool isAboutComma = message.contains(QLatin1String("comma"));
-  const QString text = withoutTexts(expression);
-  if (!isAboutComma || !text.contains(pattern)) {
+QString hintAtUnclosedText(const ExpressionError& error, const ExpressionTokens& tokens) {
+  if (error.kind != ExpressionError::Kind::unclosedText) {
     return {};
   }
-  return QString::fromLatin1(text.contains(thousands) ? kThousands : kDecimalPoint);
+  const auto unclosed = std::find_if(tokens.begin(), tokens.end(), [](const Token& token) {
+    return token.fault == TokenFault::unclosed;
+  });
+  return unclosed == tokens.end() ? QString() : messages::unclosedText(unclosed->start);
+}
+
+// A number that no double holds is none to the libraries.
+QString hintAtLargeNumber(const ExpressionError& error, const ExpressionTokens& tokens) {
+  if (error.kind != ExpressionError::Kind::undefinedName) {
+    return {};
+  }
+  const auto found = std::find_if(tokens.begin(), tokens.end(), [&](const Token& token) {
+    return token.kind == TokenKind::number && positionOf(token) == error.position;
+  });
+  const QString text = found == tokens.end() ? QString() : tokens.text(*found).toString();
+  const bool isLarge = text.contains(u'e', Qt::CaseInsensitive) && !text.contains(u'-') &&
+                       !text.startsWith(QLatin1String("0x"));
+  return isLarge ? messages::tooLarge(text) : QString();
+}
+
+bool isComma(const ExpressionTokens& tokens, std::size_t index) {
+  return tokens[index].sign == "," && index > 0 && index + 1 < tokens.size() &&
+         tokens[index - 1].kind == TokenKind::number && tokens[index + 1].kind == TokenKind::number;
+}
+
+// The commas between groups of three digits that stand in a row behind the one at the index.
+std::size_t groupsFrom(const ExpressionTokens& tokens, std::size_t index) {
+  constexpr std::size_t kDigits = 3;
+  std::size_t count = 0;
+  while (index < tokens.size() && isComma(tokens, index) && tokens[index + 1].size == kDigits) {
+    ++count;
+    index += 2;
+  }
+  return count;
+}
+
+QString hintAtComma(const ExpressionError& error, const ExpressionTokens& tokens) {
+  if (error.kind != ExpressionError::Kind::unexpectedComma) {
+    return {};
+  }
+  QString hint;
+  for (std::size_t i = 0; i < tokens.size(); ++i) {
+    if (!isComma(tokens, i)) {
+      continue;
+    }
+    if (tokens[i - 1].size <= 3 && groupsFrom(tokens, i) >= 2) {
+      return messages::thousands();
+    }
+    hint = messages::decimalPoint();
+  }
+  return hint;
 }
 
 }  // namespace
 
 QString expressionHint(const ExpressionError& error, const QString& expression,
                        const HintNames& names) {
+  if (expression.trimmed().isEmpty()) {
+    return messages::emptyExpression();
+  }
+  const ExpressionTokens tokens(expression);
   for (const QString& hint :
-       {hintAtEmptiness(expression), hintAtUnclosedText(error.message, expression),
-        hintAtUnnamable(expression, names), foreignSignHint(expression),
-        hintAtArguments(error.message), hintAtTypes(error),
-        hintAtComma(error.message, expression), hintAtLargeNumber(error.message),
+       {hintAtUnclosedText(error, tokens), hintAtUnnamable(expression, names),
+        foreignSignHint(expression), hintAtArguments(error), hintAtTypes(error),
+        hintAtComma(error, tokens), hintAtLargeNumber(error, tokens),
         missingOperatorHint(error, expression, names.variables)}) {
     if (!hint.isEmpty()) {
       return hint;
     }
   }
-  return unknownNameHint(error.message, expression, names.variables, names.columns,
+  return unknownNameHint(error, expression, names.variables, names.columns,
                          names.adviceOnUnknown);
 }
 

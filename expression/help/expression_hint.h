@@ -1,6 +1,6 @@
 // What a user may have meant by an expression that a back-end refuses.
 //
-// Used by actions/frame, the block filter and `kelvarin eval`, behind the error.  Threads: any.
+// Used by actions/frame, the block filter and `kelvarin eval`, behind the error.
 #pragma once
 
 #include <QString>

@@ -14,7 +14,7 @@ using MeantNames = std::array<std::string_view, 3>;
 struct ForeignName {
   std::string_view name;
   MeantNames meant;
-  const char* advice = nullptr;  // how to write it, where a name alone does not tell
+  const char* advice = nullptr;  // how to write it, where a name alone does not show it
 };
 
 std::span<const ForeignName> foreignNames();

@@ -2,6 +2,8 @@
 
 #include <QRegularExpression>
 
+#include "expression/tokens/expression_tokens.h"
+
 namespace kelvarin {
 
 namespace {
@@ -67,17 +69,13 @@ constexpr ForeignSign kSigns[] = {
 }  // namespace
 
 QString withoutTexts(const QString& expression) {
+  const ExpressionTokens tokens(expression);
   QString rest = expression;
-  bool isInText = false;
-  for (qsizetype i = 0; i < rest.size(); ++i) {
-    const QChar c = rest[i];
-    if (c == u'"') {
-      isInText = !isInText;
-    } else if (isInText) {
-      rest[i] = u' ';
-      if (c == u'\\' && i + 1 < rest.size()) {
-        rest[++i] = u' ';
-      }
+  for (const Token& token : tokens) {
+    if (token.kind == TokenKind::text) {
+      const bool isClosed = token.fault != TokenFault::unclosed;
+      const qsizetype inside = sizeOf(token) - (isClosed ? 2 : 1);
+      rest.replace(positionOf(token) + 1, inside, QString(inside, u' '));
     }
   }
   return rest;

@@ -13,7 +13,7 @@ enum class HelpKind { function, constant, sign, postfix };
 struct HelpEntry {
   const char* signature;
   const char* comment;
-  const char* nulls;    // what a missing value gives; null where nothing can be missing
+  const char* nulls;    // what becomes of a missing value; null where nothing can be missing
   const char* example;  // with the settings of kExampleSettings
   const char* result;   // of the example, as a text
   const char* note = nullptr;

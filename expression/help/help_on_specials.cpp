@@ -37,7 +37,7 @@ constexpr HelpEntry kSpecials[] = {
 
 constexpr HelpEntry kFurtherFunctions[] = {
     {"isNuLL(x)", "the spelling of isNull(x) that native code knows", kIsTested, "isNuLL(_null)",
-     "1"},
+     "1", "An expression with it cannot be shown step by step; isNull(x) can."},
     {"isMissing(x)", "return 1 if x is NULL or an empty string, otherwise return 0", kIsTested,
      "isMissing(_null)", "1"},
     {"roundUP(x,d)", kSpelling, kGivesNull, "roundUP(1.231, 2)", "1.24", "The same as roundUp."},

@@ -1,6 +1,7 @@
 // Everything that an expression may name: the help joined with the function table.
 //
-// Used by `kelvarin functions`.  Threads: read-only after the first call.
+// Used by `kelvarin functions` and the hints.
+// Threads: read-only after the first call.
 #pragma once
 
 #include <optional>

@@ -1,86 +1,105 @@
 #include "expression/help/missing_operator.h"
 
-#include <QRegularExpression>
+#include <algorithm>
+
+#include "expression/help/messages.h"
+#include "expression/tokens/expression_tokens.h"
 
 namespace kelvarin {
 
 namespace {
 
-constexpr char kOperatorMissing[] =
-    "An operator is missing between %1 and %2: write, for instance, %3.";
-constexpr char kExample[] = "%1 %2 %3";
+using Kind = ExpressionError::Kind;
 
-QRegularExpression unicodePattern(const char* pattern) {
-  return QRegularExpression(QString::fromLatin1(pattern),
-                            QRegularExpression::UseUnicodePropertiesOption);
-}
+class Neighbours {
+ public:
+  Neighbours(const QString& expression, const QStringList& variables)
+      : m_tokens(expression), m_variables(variables) {}
 
-bool startsWithDigit(const QString& value) {
-  return !value.isEmpty() && value.front().isDigit();
-}
-
-bool isText(const QString& value) {
-  return value.startsWith(u'"') || value.endsWith(u'"');
-}
-
-// Libraries report the second value; a bracket behind a variable is reported at the variable.
-qsizetype beginOfSecondValue(const ExpressionError& error, const QString& expression,
-                             const QStringList& variables) {
-  static const QRegularExpression undefined(
-      QStringLiteral("^Undefined token \"(.+)\" found at position (\\d+)"));
-  static const QRegularExpression unexpected(
-      QStringLiteral("^Unexpected (?:value|variable|function|parenthesis) \"(?!\\)).*\" found at "
-                     "position (\\d+)"));
-  const auto second = unexpected.match(error.message);
-  if (second.hasMatch()) {
-    return second.captured(1).toLongLong();
+  QString hint(const ExpressionError& error) const {
+    const std::size_t right = beginOfSecondValue(error);
+    const std::size_t left = right == kNoToken ? kNoToken : tokenBefore(m_tokens.all(), right);
+    if (left == kNoToken || !canEndValue(left) || !canBeginValue(right) ||
+        isCallOf(left, right)) {
+      return {};
+    }
+    const bool hasText = m_tokens[left].kind == TokenKind::text ||
+                         m_tokens[right].kind == TokenKind::text;
+    return messages::operatorMissing(shown(left), hasText ? QStringLiteral("//") : QStringLiteral("*"),
+                                     shown(right));
   }
-  const auto found = undefined.match(error.message);
-  if (!found.hasMatch()) {
-    return error.message.contains(QLatin1String("does not fit here")) ? error.position : -1;
+
+ private:
+  // The first token at the position or behind it.
+  std::size_t tokenAt(int position) const {
+    const auto found =
+        std::find_if(m_tokens.begin(), m_tokens.end(), [position](const Token& token) {
+          return positionOf(token) >= position && token.kind != TokenKind::blank;
+        });
+    return found == m_tokens.end() ? kNoToken : static_cast<std::size_t>(found - m_tokens.begin());
   }
-  const qsizetype begin = found.captured(2).toLongLong();
-  const bool isBehindDigit = begin > 0 && begin < expression.size() &&
-                             expression[begin - 1].isDigit() && expression[begin].isLetter();
-  if (isBehindDigit) {
-    return begin;
+
+  // Libraries report the second value, but a bracket behind a variable at the variable.
+  std::size_t beginOfSecondValue(const ExpressionError& error) const {
+    const std::size_t index = error.position < 0 ? kNoToken : tokenAt(error.position);
+    if (index == kNoToken || error.kind == Kind::unexpectedToken) {
+      return index;
+    }
+    if (error.kind != Kind::undefinedName) {
+      return kNoToken;
+    }
+    const bool isTailOfNumber =
+        m_tokens[index].kind == TokenKind::name && !isFreeName(m_tokens.all(), index);
+    if (isTailOfNumber) {
+      return index;
+    }
+    return isVariable(index) && isCall(m_tokens.all(), index) ? tokenAfter(m_tokens.all(), index)
+                                                              : kNoToken;
   }
-  const QString token = found.captured(1);
-  return variables.contains(token) ? expression.indexOf(u'(', begin + token.size()) : -1;
-}
+
+  bool isVariable(std::size_t index) const {
+    return m_variables.contains(m_tokens.textAt(index).toString());
+  }
+
+  bool isValue(std::size_t index) const {
+    const QStringView text = m_tokens.textAt(index);
+    const bool isWordOperator = (text == u"and" || text == u"or") && !isVariable(index);
+    const TokenKind kind = m_tokens[index].kind;
+    return (kind == TokenKind::name && !isWordOperator) || kind == TokenKind::number ||
+           kind == TokenKind::text;
+  }
+  bool canEndValue(std::size_t index) const {
+    return isValue(index) || m_tokens[index].sign == ")";
+  }
+  bool canBeginValue(std::size_t index) const {
+    return isValue(index) || m_tokens[index].sign == "(";
+  }
+
+  // A function's name and the bracket of its arguments.
+  bool isCallOf(std::size_t name, std::size_t bracket) const {
+    return m_tokens[bracket].sign == "(" && m_tokens[name].kind == TokenKind::name &&
+           !isVariable(name);
+  }
+
+  QString shown(std::size_t index) const {
+    const QString dots = QStringLiteral("(...)");
+    const QStringView sign = m_tokens.textAt(index);
+    if (sign == u"(" || sign == u")") {
+      return dots;
+    }
+    const bool isFunction = isCall(m_tokens.all(), index) && !isVariable(index);
+    return sign.toString() + (isFunction ? dots : QString());
+  }
+
+  const ExpressionTokens m_tokens;
+  const QStringList& m_variables;
+};
 
 }  // namespace
 
 QString missingOperatorHint(const ExpressionError& error, const QString& expression,
                             const QStringList& variables) {
-  qsizetype begin = beginOfSecondValue(error, expression, variables);
-  while (begin > 0 && begin < expression.size() && expression[begin].isSpace()) {
-    ++begin;
-  }
-  if (begin <= 0 || begin >= expression.size()) {
-    return {};
-  }
-  static const QRegularExpression valueAtEnd =
-      unicodePattern(R"(([\w.]+|\)|"(?:[^"\\]|\\.)*")\s*$)");
-  static const QRegularExpression valueAtBegin =
-      unicodePattern(R"(^([\w.]+|\(|"(?:[^"\\]|\\.)*"))");
-  const QString left = valueAtEnd.match(expression.left(begin)).captured(1);
-  const QString right = valueAtBegin.match(expression.mid(begin)).captured(1);
-  if (left.isEmpty() || right.isEmpty()) {
-    return {};
-  }
-  const bool isLeftName = left != u")" && !startsWithDigit(left) && !isText(left);
-  if (right == u"(" && isLeftName && !variables.contains(left)) {
-    return {};  // a function's arguments
-  }
-  const QString sign = isText(left) || isText(right) ? QStringLiteral("//") : QStringLiteral("*");
-  const QString shownLeft = left == u")" ? QStringLiteral("(...)") : left;
-  const bool isCall = error.message.startsWith(QLatin1String("Unexpected function"));
-  const QString shownRight = right == u"(" ? QStringLiteral("(...)")
-                             : isCall      ? right + QStringLiteral("(...)")
-                                           : right;
-  const QString example = QString::fromLatin1(kExample).arg(shownLeft, sign, shownRight);
-  return QString::fromLatin1(kOperatorMissing).arg(shownLeft, shownRight, example);
+  return Neighbours(expression, variables).hint(error);
 }
 
 }  // namespace kelvarin

@@ -1,6 +1,6 @@
 // Two values side by side, such as `price 2` or `2price`: the operator between them is missing.
 //
-// Used by expression_hint.h.  Threads: any.
+// Used by expression_hint.h.
 #pragma once
 
 #include <QString>

@@ -1,17 +1,20 @@
 // What a user may have meant by a name that an expression's back-end does not know.
 //
-// Used by expression_hint.h.  Threads: any.
+// Used by expression_hint.h.
 #pragma once
 
 #include <QString>
 #include <QStringList>
 
+#include "expression/errors/expression_error.h"
+
 namespace kelvarin {
 
-// Empty when `failure`, the text of the error, is about something else. `columns` are those of the input, whether the
+// Empty when the error is about something else. `columns` are those of the input, whether the
 // action has made variables of them or not.
 // `advice` stands behind the hint about a name that is near to no other; null for none.
-QString unknownNameHint(const QString& failure, const QString& expression, const QStringList& variables,
-                        const QStringList& columns, const char* advice = nullptr);
+QString unknownNameHint(const ExpressionError& error, const QString& expression,
+                        const QStringList& variables, const QStringList& columns,
+                        const char* advice = nullptr);
 
 }  // namespace kelvarin

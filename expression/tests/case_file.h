@@ -1,6 +1,6 @@
 // Reads case files: lines of "back-ends | expression | result", where back-ends are letters of F
 // (native), M (Fast) and X (String). A line that starts with # is a comment. A line "with
-// name=value; name=value" gives the time parameters of the lines below it in its file.
+// name=value; name=value" sets the time parameters of the lines below it in its file.
 #pragma once
 
 #include <map>
@@ -10,7 +10,7 @@
 namespace kelvarin {
 
 struct ExpressionCase {
-  std::string place;  // file and line
+  std::string origin;  // file and line
   std::string backends;
   std::string expression;
   std::string result;

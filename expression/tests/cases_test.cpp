@@ -50,7 +50,7 @@ TimeParameters timeParametersOf(const ExpressionCase& one) {
     } else if (name == "castToET2") {
       time.castToET2 = std::stoi(value);
     } else {
-      ADD_FAILURE() << one.place << ": unknown parameter " << name;
+      ADD_FAILURE() << one.origin << ": unknown parameter " << name;
     }
   }
   return time;
@@ -122,7 +122,7 @@ TEST(Cases, EveryLineOnEveryBackend) {
         continue;
       }
       EXPECT_TRUE(isSame(one.result, actual))
-          << one.place << " on " << letter << ": " << one.expression << "\n  expected "
+          << one.origin << " on " << letter << ": " << one.expression << "\n  expected "
           << one.result << "\n  got      " << actual;
     }
   }

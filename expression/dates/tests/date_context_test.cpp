@@ -5,10 +5,12 @@
 #include <gtest/gtest.h>
 
 #include "base/null_number.h"
-#include "expression/dates/date_needs.h"
 
 namespace kelvarin {
 namespace {
+
+constexpr DateNeeds kFormat{.format = true};
+constexpr DateNeeds kAll{.reference = true, .format = true};
 
 TimeParameters daysFrom2000() {
   TimeParameters parameters;
@@ -21,17 +23,8 @@ TimeParameters daysFrom2000() {
 DateContext prepared(const TimeParameters& parameters) {
   DateContext dates;
   dates.configure(parameters);
-  EXPECT_EQ(dates.prepare({"toET(x)"}, false), DateStatus::ready);
+  EXPECT_EQ(dates.prepare(kAll), DateStatus::ready);
   return dates;
-}
-
-TEST(DateNeeds, FindsWholeNamesBeforeBrackets) {
-  EXPECT_TRUE(dateNeedsOf({"1+toET(x)"}).format);
-  EXPECT_TRUE(dateNeedsOf({"1", "etAdd (x,1,2,3)"}).reference);
-  EXPECT_FALSE(dateNeedsOf({"etAdd(x,1,2,3)"}).format);
-  EXPECT_FALSE(dateNeedsOf({"dateLT(x,y)"}).reference);
-  EXPECT_FALSE(dateNeedsOf({"mytoET(x) + toET + \"toET(\\\" toET(\""}).format);
-  EXPECT_FALSE(dateNeedsOf({"\"unterminated \\"}).format);
 }
 
 TEST(DateContext, ElapsedTimesAreWholeUnits) {
@@ -82,24 +75,23 @@ TEST(DateContext, StatusesOfPreparation) {
   TimeParameters parameters;
   DateContext dates;
   dates.configure(parameters);
-  EXPECT_EQ(dates.prepare({"1+1"}, false), DateStatus::ready);
-  EXPECT_EQ(dates.prepare({"toET(x)"}, false), DateStatus::dateFormatUnknown);
-  EXPECT_EQ(dates.prepare({}, true), DateStatus::dateFormatUnknown);
+  EXPECT_EQ(dates.prepare({}), DateStatus::ready);
+  EXPECT_EQ(dates.prepare(kAll), DateStatus::dateFormatUnknown);
   parameters.dateFormat = "yyyy-MM-dd";
   parameters.referenceTime = "2000-01-01";
   dates.configure(parameters);
-  EXPECT_EQ(dates.prepare({"toET(x)"}, false), DateStatus::referenceTimeUnparsable);
+  EXPECT_EQ(dates.prepare(kAll), DateStatus::referenceTimeUnparsable);
   EXPECT_EQ(dates.toElapsedTime("1970-01-02"), 24.0);
-  EXPECT_EQ(dates.prepare({"dateLT(x,y)"}, false), DateStatus::ready);
+  EXPECT_EQ(dates.prepare(kFormat), DateStatus::ready);
   for (int type = 1; type <= 6; ++type) {
     parameters.dateFormatType = type;
     dates.configure(parameters);
-    EXPECT_EQ(dates.prepare({"dateLT(x,y)"}, false), DateStatus::ready);
+    EXPECT_EQ(dates.prepare(kFormat), DateStatus::ready);
     EXPECT_FALSE(dates.format().isEmpty());
   }
   parameters.dateFormatType = 7;
   dates.configure(parameters);
-  EXPECT_EQ(dates.prepare({"dateLT(x,y)"}, false), DateStatus::dateFormatUnknown);
+  EXPECT_EQ(dates.prepare(kFormat), DateStatus::dateFormatUnknown);
 }
 
 TEST(DateContext, NowIsPrintedInTheFormatInForce) {

@@ -13,7 +13,7 @@ QString marked(const char* expression, int position, const char* token) {
 
 TEST(MarkedExpression, PutsTheMarkBelowTheToken) {
   EXPECT_EQ(marked("a + nope * 2", 4, "nope"), "a + nope * 2\n    ^^^^");
-  EXPECT_EQ(marked("a + nope * 2", 8, "nope"), "a + nope * 2\n    ^^^^");  // told behind it
+  EXPECT_EQ(marked("a + nope * 2", 8, "nope"), "a + nope * 2\n    ^^^^");  // reported behind it
   EXPECT_EQ(marked("a +", 3, ""), "a +\n   ^");
   EXPECT_EQ(marked("a + b", -1, ""), "a + b");
   EXPECT_EQ(marked("a\n+\tnope", 4, "nope"), "a + nope\n    ^^^^");

@@ -14,7 +14,7 @@ class TableCalls {
  public:
   explicit TableCalls(const TimeParameters& parameters = {}) {
     context.dates.configure(parameters);
-    context.dates.prepare({QStringLiteral("toET(x)")}, true);
+    context.dates.prepare({.reference = true, .format = true});
   }
 
   // A number in the result is its text with six digits after the point.
@@ -49,12 +49,12 @@ class TableCalls {
 
   void call(const FunctionLine& line, const std::vector<FunctionArgument>& arguments,
             FunctionResult& result) {
-    if (line.value != nullptr) {
-      line.value(context, arguments, result);
-    } else if (const auto* body = std::get_if<ContextNumber0>(&line.number)) {
-      result.giveNumber((*body)(context));
-    } else if (const auto* ofOne = std::get_if<ContextNumber1>(&line.number)) {
-      result.giveNumber((*ofOne)(context, arguments[0].number()));
+    if (line.body.value != nullptr) {
+      line.body.value(context, arguments, result);
+    } else if (const auto* body = std::get_if<ContextNumber0>(&line.body.number)) {
+      result.setNumber((*body)(context));
+    } else if (const auto* ofOne = std::get_if<ContextNumber1>(&line.body.number)) {
+      result.setNumber((*ofOne)(context, arguments[0].number()));
     }
   }
 };

@@ -7,8 +7,22 @@ namespace {
 
 const HintNames kNames{{"total", "x", "in"}, {"total", "x", "in", "net price", "2nd"}};
 
-QString hint(const char* expression, const char* message = "Unexpected something.") {
-  return expressionHint({QString::fromUtf8(message), -1, {}}, QString::fromUtf8(expression), kNames);
+using Kind = ExpressionError::Kind;
+using Type = ExpressionError::ValueType;
+
+QString hint(const char* expression, const ExpressionError& error = {}) {
+  return expressionHint(error, QString::fromUtf8(expression), kNames);
+}
+
+ExpressionError errorOf(Kind kind, const char* token = "", int position = -1) {
+  return {.message = "", .position = position, .token = QString::fromUtf8(token), .kind = kind};
+}
+
+ExpressionError errorOfTypes(Type found, Type wanted, const char* token = "") {
+  ExpressionError error = errorOf(Kind::wrongType, token);
+  error.found = found;
+  error.wanted = wanted;
+  return error;
 }
 
 TEST(ExpressionHint, AnswersSignsOfOtherLanguages) {
@@ -44,67 +58,65 @@ TEST(ExpressionHint, IsSilentAboutWhatIsAllowed) {
 }
 
 TEST(ExpressionHint, SaysWhatTypesAndArgumentsAreWanted) {
-  const char* addition =
-      "Can't evaluate function/operator \"+\": Argument 1 of function/operator \"+\" is of type 's' "
-      "whereas type 'f' was expected.";
-  EXPECT_TRUE(expressionHint({addition, 2, "+"}, "s + x", kNames).contains("a // b"));
-  EXPECT_TRUE(expressionHint({addition, 2, "-"}, "s - x", kNames).startsWith("One value is a text"));
-  EXPECT_TRUE(hint("x and in", "Value \"x\" is of type 'i'. There is no implicit conversion to type 'b'.")
-                  .contains("isTrue(x)"));
-  EXPECT_TRUE(hint("\"a\" // 1", "Value \"1\" is of type 'i'. There is no implicit conversion to type 's'.")
-                  .contains("itoa"));
-  EXPECT_TRUE(hint("substr(x)", "Too few parameters passed to function \"substr\".")
+  EXPECT_TRUE(hint("s + x", errorOfTypes(Type::text, Type::number, "+")).contains("a // b"));
+  EXPECT_TRUE(hint("s - x", errorOfTypes(Type::text, Type::number, "-"))
+                  .startsWith("One value is a text"));
+  EXPECT_TRUE(hint("x and in", errorOfTypes(Type::number, Type::condition)).contains("isTrue(x)"));
+  EXPECT_TRUE(hint("\"a\" // 1", errorOfTypes(Type::number, Type::text)).contains("itoa"));
+  EXPECT_TRUE(hint("(x > 1) + 1", errorOfTypes(Type::condition, Type::number)).contains("&&"));
+  EXPECT_TRUE(hint("s", errorOf(Kind::textForNumber)).contains("meta='U'"));
+  EXPECT_TRUE(hint("substr(x)", errorOf(Kind::tooFewArguments, "substr"))
                   .contains("How 'substr' is called: "));
-  EXPECT_TRUE(hint("3,5 + 1", "Unexpected comma found at position 1.").contains("3.5"));
-  EXPECT_TRUE(hint("if(x, 1, 2)", "Undefined token \"if\" found at position 0.").contains("(condition ? then : else)"));
+  EXPECT_TRUE(hint("3,5 + 1", errorOf(Kind::unexpectedComma)).contains("3.5"));
+  EXPECT_TRUE(hint("if(x, 1, 2)", errorOf(Kind::undefinedName, "if", 0))
+                  .contains("(condition ? then : else)"));
 }
 
 TEST(ExpressionHint, ValuesSideBySideMissAnOperator) {
-  const std::tuple<const char*, const char*, const char*> cases[] = {
-      {"x 2", "Unexpected value \"2\" found at position 2.", "x * 2"},
-      {"2x", "Undefined token \"x\" found at position 1.", "2 * x"},
-      {"x(2)", "Undefined token \"x\" found at position 0.", "x * (...)"},
-      {"(x)(2)", "Unexpected parenthesis \"(\" found at position 3.", "(...) * (...)"},
-      {"x round(2)", "Unexpected function \"round\" found at position 2.", "x * round(...)"},
-      {"x \"a b\"", "Unexpected value \"\"a b\"\" found at position 2.", "x // \"a b\""},
+  const std::tuple<const char*, ExpressionError, const char*> cases[] = {
+      {"x 2", errorOf(Kind::unexpectedToken, "2", 2), "x * 2"},
+      {"2x", errorOf(Kind::undefinedName, "x", 1), "2 * x"},
+      {"x(2)", errorOf(Kind::undefinedName, "x", 0), "x * (...)"},
+      {"(x)(2)", errorOf(Kind::unexpectedToken, "(", 3), "(...) * (...)"},
+      {"x round(2)", errorOf(Kind::unexpectedToken, "round", 2), "x * round(...)"},
+      {"x \"a b\"", errorOf(Kind::unexpectedToken, "\"a b\"", 2), "x // \"a b\""},
   };
-  for (const auto& [expression, message, wanted] : cases) {
-    const QString text = hint(expression, message);
+  for (const auto& [expression, error, wanted] : cases) {
+    const QString text = hint(expression, error);
     EXPECT_TRUE(text.startsWith("An operator is missing") && text.contains(wanted))
         << expression << ": " << text.toStdString();
   }
-  EXPECT_FALSE(hint("rund(2)", "Unexpected parenthesis \"(\" found at position 4.")
+  EXPECT_FALSE(hint("rund(2)", errorOf(Kind::unexpectedToken, "(", 4))
                    .contains("operator is missing"));
-  EXPECT_EQ(hint("x + 2)", "Unexpected parenthesis \")\" found at position 5."), QString());
+  EXPECT_EQ(hint("x + 2)", errorOf(Kind::unexpectedToken, ")", 5)), QString());
+  EXPECT_EQ(hint("x and or x", errorOf(Kind::unexpectedToken, "or", 6)), QString());
 }
 
 TEST(ExpressionHint, NumbersAndTextsAreWrittenPlainly) {
   for (const char* expression : {"1.000.000", "1 000 000", "1_000"}) {
     EXPECT_TRUE(hint(expression).contains("no thousands separators")) << expression;
   }
-  EXPECT_TRUE(hint("1,000,000", "Unexpected comma found at position 1.").contains("1000000"));
-  EXPECT_TRUE(hint("1e400", "Undefined token \"1e400\" found at position 0.").contains("too large"));
-  EXPECT_TRUE(hint("x // \"a", "Unterminated string starting at position 7.")
-                  .contains("opens at position 5."));
-  EXPECT_TRUE(hint(" ", "Expression is empty!").contains("is empty"));
+  EXPECT_TRUE(hint("1,000,000", errorOf(Kind::unexpectedComma)).contains("1000000"));
+  EXPECT_TRUE(hint("1e400", errorOf(Kind::undefinedName, "1e400", 0)).contains("too large"));
+  EXPECT_TRUE(hint("x // \"a", errorOf(Kind::unclosedText, "", 7)).contains("opens at position 5."));
+  EXPECT_TRUE(hint(" ").contains("is empty"));
 }
 
 TEST(ExpressionHint, CallsLeadToTheFunctionThatTakesTheArguments) {
-  const auto hintAtCall = [](const char* much, const char* function) {
-    return hint("x", qPrintable(QStringLiteral("Too %1 parameters passed to function \"%2\".")
-                                    .arg(QLatin1String(much), QLatin1String(function))));
+  const auto hintAtCall = [](Kind kind, const char* function) {
+    return hint("x", errorOf(kind, function));
   };
   for (const auto& [function, wanted] :
        {std::pair("round", "2 argument(s): round2(x,d)"), std::pair("trim", ": trim2(x,y)"),
         std::pair("indexOf", "3 argument(s): indexOf2("), std::pair("atan", "atan2(y, x)"),
         std::pair("atan2", "from numbers alone"),
         std::pair("lastIndexOf", ": lastIndexOf2("), std::pair("log", "ln(x) / ln(b)")}) {
-    EXPECT_TRUE(hintAtCall("many", function).contains(wanted))
-        << hintAtCall("many", function).toStdString();
+    EXPECT_TRUE(hintAtCall(Kind::tooManyArguments, function).contains(wanted))
+        << hintAtCall(Kind::tooManyArguments, function).toStdString();
   }
-  EXPECT_EQ(hintAtCall("many", "indexOf").count("argument(s)"), 1);
-  EXPECT_TRUE(hintAtCall("few", "round2").contains("1 argument(s): round(x)"));
-  EXPECT_TRUE(hintAtCall("few", "substring").contains("right(x, strlen(x) - s)"));
+  EXPECT_EQ(hintAtCall(Kind::tooManyArguments, "indexOf").count("argument(s)"), 1);
+  EXPECT_TRUE(hintAtCall(Kind::tooFewArguments, "round2").contains("1 argument(s): round(x)"));
+  EXPECT_TRUE(hintAtCall(Kind::tooFewArguments, "substring").contains("right(x, strlen(x) - s)"));
 }
 
 TEST(ExpressionHint, ColumnsWithBlanksNeedALabel) {
@@ -115,10 +127,10 @@ TEST(ExpressionHint, ColumnsWithBlanksNeedALabel) {
 }
 
 TEST(ExpressionHint, OneLetterIsNearToNoOther) {
-  const char* unknown = "Undefined token \"k\" found at position 0.";
+  const ExpressionError unknown = errorOf(Kind::undefinedName, "k", 0);
   EXPECT_TRUE(hint("k", unknown).contains("neither"));
   EXPECT_FALSE(hint("k", unknown).contains("Did you mean"));
-  EXPECT_TRUE(hint("X", "Undefined token \"X\" found at position 0.").contains("Did you mean x?"));
+  EXPECT_TRUE(hint("X", errorOf(Kind::undefinedName, "X", 0)).contains("Did you mean x?"));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The help tells the truth: every example gives its result on each back-end that the entry names
+// What the help says is true: every example has its result on each back-end that the entry names
 // and is refused by the others, and help and function table know the same names.
 
 #include <fstream>
@@ -60,7 +60,7 @@ TEST(Help, EveryExampleGivesItsResultWhereTheEntrySaysSo) {
       } else {
         EXPECT_TRUE(actual.starts_with(kRefused))
             << entry.name << ": " << entry.entry->example << " on " << backendLabel(kind)
-            << " gives " << actual;
+            << " results in " << actual;
       }
     }
   }

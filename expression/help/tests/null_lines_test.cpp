@@ -76,7 +76,7 @@ struct NullLine {
   std::vector<std::string> results;  // with each argument null in turn
 };
 
-// Of the functions that have more to say than that every null gives null, or every null 0.
+// Of the functions that have more to say than that every null makes null, or every null 0.
 const std::map<std::string, NullLine>& specialLines() {
   static const char* const isNumberLine =
       "The null text gives 1, as everything that is no text does.";

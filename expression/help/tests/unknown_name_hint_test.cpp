@@ -5,32 +5,37 @@
 namespace kelvarin {
 namespace {
 
-QString undefined(const char* name) {
-  return QStringLiteral("Undefined token \"%1\" found at position 0.").arg(QLatin1String(name));
+using Kind = ExpressionError::Kind;
+
+ExpressionError undefined(const char* name) {
+  return {.message = "", .token = QLatin1String(name), .kind = Kind::undefinedName};
 }
 
-QString hint(const QString& failure, const char* expression = "") {
-  return unknownNameHint(failure, QString::fromUtf8(expression), {"total"}, {"total", "price"});
+ExpressionError unexpectedBracket(int position) {
+  return {.message = "", .position = position, .token = "(", .kind = Kind::unexpectedToken};
 }
 
-TEST(UnknownNameHint, tellsWhatANameMayHaveBeenMeantFor) {
+QString hint(const ExpressionError& error, const char* expression = "") {
+  return unknownNameHint(error, QString::fromUtf8(expression), {"total"}, {"total", "price"});
+}
+
+TEST(UnknownNameHint, SaysWhatANameMayHaveBeenMeantFor) {
   EXPECT_TRUE(hint(undefined("price")).contains("Add <InputVar column='price'/>"));
   EXPECT_TRUE(hint(undefined("totl")).contains("Did you mean total?"));
   EXPECT_TRUE(hint(undefined("zzzzzzzz")).contains("'kelvarin functions' lists"));
   EXPECT_TRUE(hint(undefined("_nowS")).contains("addNowS='1'"));
 }
 
-TEST(UnknownNameHint, findsTheFunctionBeforeTheBracketOfTheMessage) {
-  const QString failure = QStringLiteral("Unexpected parenthesis \"(\" found at position 9.");
-  EXPECT_TRUE(hint(failure, "1+COALESC(x,1)").contains("COALESC"));
-  EXPECT_EQ(hint(QStringLiteral("Unexpected parenthesis \"(\" found at position 10."), "2*COALESCE(x,1)"),
-            QStringLiteral("There is no 'COALESCE' in expressions; use nvl. For more than two values: "
-                           "nvl(a, nvl(b, c))"));
-  EXPECT_EQ(hint(failure, "1 + 2 *  (3"), QString());
+TEST(UnknownNameHint, FindsTheFunctionBeforeTheBracketOfTheError) {
+  EXPECT_TRUE(hint(unexpectedBracket(10), "1+COALESC (x,1)").contains("COALESC"));
+  EXPECT_EQ(hint(unexpectedBracket(10), "2*COALESCE(x,1)"),
+            "There is no 'COALESCE' in expressions; use nvl. For more than two values: "
+            "nvl(a, nvl(b, c))");
+  EXPECT_EQ(hint(unexpectedBracket(9), "1 + 2 *  (3"), QString());
 }
 
-TEST(UnknownNameHint, isSilentAboutOtherFailures) {
-  EXPECT_EQ(hint(QStringLiteral("Missing parenthesis.")), QString());
+TEST(UnknownNameHint, IsSilentAboutOtherFailures) {
+  EXPECT_EQ(hint({}), QString());
   EXPECT_EQ(hint(undefined("floor")), QString());
 }
 

@@ -34,7 +34,7 @@ constexpr std::uint64_t kSpecialBits[] = {
     0x43E0000000000000, 0xC3E0000000000000, 0x41EFFFFFFFE00000};  // the ends of integers
 
 bool isOnTwoBackends(const FunctionLine& line) {
-  return std::popcount(line.backends) >= 2 && line.number.index() != 0;
+  return std::popcount(line.backends) >= 2 && line.body.number.index() != 0;
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // Random expressions of the whole numeric language, and random rows of values for them.
 //
 // Functions come from the function table, so that a new one takes part by itself. Used by
-// agreement_test.cpp. Threads: one.
+// agreement_test.cpp.
 #pragma once
 
 #include <array>

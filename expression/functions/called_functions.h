@@ -1,0 +1,25 @@
+// What the functions that an expression calls ask of those who evaluate or show it.
+//
+// Used by the evaluator and the block filter before the first row, and by editors.
+#pragma once
+
+#include <optional>
+
+#include <QString>
+#include <QStringList>
+
+#include "expression/dates/date_context.h"
+#include "expression/tokens/token.h"
+
+namespace kelvarin {
+
+DateNeeds dateNeedsOf(const QStringList& expressions);
+
+// Prepares `dates` for the functions that the expressions call. Date inputs need all of it.
+DateStatus prepareDates(DateContext& dates, const QStringList& expressions, bool hasDateInputs);
+
+// The first name of a function that keeps the expression from being shown step by step, since the
+// String Parser does not know it. Nothing when the expression can be shown.
+std::optional<Token> undebuggableCall(const QString& expression);
+
+}  // namespace kelvarin

@@ -1,0 +1,38 @@
+#include "expression/functions/called_functions.h"
+
+#include <gtest/gtest.h>
+
+#include "expression/functions/function_table.h"
+
+namespace kelvarin {
+namespace {
+
+TEST(CalledFunctions, NeedsAreThoseOfWholeNamesInFrontOfBrackets) {
+  EXPECT_TRUE(dateNeedsOf({"1+toET(x)"}).format);
+  EXPECT_TRUE(dateNeedsOf({"1", "etAdd (x,1,2,3)"}).reference);
+  EXPECT_FALSE(dateNeedsOf({"etAdd(x,1,2,3)"}).format);
+  EXPECT_FALSE(dateNeedsOf({"dateLT(x,y)"}).reference);
+  EXPECT_FALSE(dateNeedsOf({"mytoET(x) + toET + \"toET(\\\" toET(\" # toET(x)"}).format);
+  EXPECT_FALSE(dateNeedsOf({"\"unterminated \\"}).format);
+}
+
+TEST(CalledFunctions, EveryFunctionWithADateOrAnElapsedTimeInItsHelpSaysSo) {
+  for (const FunctionLine& line : functionTable()) {
+    const QString help = QString::fromLatin1(line.help);
+    const bool isOfDates = help.startsWith(QLatin1String("date")) || help.contains("(date)");
+    const bool isOfElapsedTimes = help.startsWith(QLatin1String("et")) || help.contains("Elapsed");
+    EXPECT_EQ(line.needs.format, isOfDates || help.contains("(ET)")) << line.name;
+    EXPECT_EQ(line.needs.reference, isOfElapsedTimes) << line.name;
+  }
+}
+
+TEST(CalledFunctions, OnlyWhatTheStringParserKnowsIsShownStepByStep) {
+  EXPECT_FALSE(undebuggableCall("isNull(x) + sin(x) + isNuLL"));
+  const auto call = undebuggableCall("nvl(x, 1) + isNuLL (x)");
+  ASSERT_TRUE(call);
+  EXPECT_EQ(call->start, 12u);
+  EXPECT_EQ(call->size, 6u);
+}
+
+}  // namespace
+}  // namespace kelvarin
