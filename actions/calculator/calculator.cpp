@@ -1,6 +1,7 @@
 #include "actions/calculator/calculator.h"
 
 #include "actions/frame/messages.h"
+#include "actions/frame/read_back.h"
 #include "actions/frame/variables_xml.h"
 #include "expression/errors/messages.h"
 #include "expression/options/evaluation_attributes.h"
@@ -62,33 +63,34 @@ std::vector<ElementFault> Calculator::settingFaults() const {
   return faultsOfOutputVariables(node());
 }
 
+void Calculator::setOutputVariables(std::vector<OutputVariable> outputs) {
+  setAsReadBack(*this, &Calculator::m_outputs, std::move(outputs));
+  m_areOutputsEdited = true;
+}
+
 char Calculator::init() {
-  m_variables = m_inputs;
-  m_elementCount = 1;
-  m_columnOfOutput.clear();
-  m_updatedNumbers.clear();
-  m_lookout.close();
-  m_rowsEvaluated = 0;
-  m_columnsAhead.clear();
+  m_rows.reset();
+  m_computedColumns.clear();
   const bool isRefused = ExpressionAction::init() != 0;
   return isRefused || !areOutputsWhole() ? 1 : 0;
 }
 
 bool Calculator::areOutputsWhole() const {
-  const std::vector<XMLNode> elements = outputVariableElements(node());
-  if (!node().isEmpty() && elements.empty()) {
-    MainUI::addLog(LogLevel::warning, messages::noOutputs(m_outputs.front().name));
+  const std::vector<XMLNode> elements =
+      m_areOutputsEdited ? std::vector<XMLNode>() : outputVariableElements(node());
+  if (!m_areOutputsEdited && !node().isEmpty() && elements.empty()) {
+    MainUI::addLog(LogLevel::warning, action_messages::noOutputs(m_outputs.front().name));
   }
   bool isWhole = true;
-  for (std::size_t i = 0; i < elements.size(); ++i) {
-    LogDetails details;
-    details.place = elements[i].place();
-    details.output = expandString(m_outputs[i].name);
+  for (std::size_t i = 0; i < m_outputs.size(); ++i) {
+    const int output = static_cast<int>(i);
+    const LogDetails details = detailsOfOutput(output);
     if (details.output.trimmed().isEmpty()) {
-      logWithDetails(LogLevel::error, messages::outputWithoutName(static_cast<int>(i)), details);
+      logWithDetails(LogLevel::error, action_messages::outputWithoutName(output), details);
       isWhole = false;
-    } else if (!hasExpression(elements[i])) {
-      logWithDetails(LogLevel::warning, messages::outputWithoutExpression(details.output), details);
+    } else if (i < elements.size() && !hasExpression(elements[i])) {
+      logWithDetails(LogLevel::warning,
+                     action_messages::outputWithoutExpression(details.output), details);
     }
   }
   return isWhole;
@@ -96,7 +98,9 @@ bool Calculator::areOutputsWhole() const {
 
 LogDetails Calculator::detailsOfOutput(int output) const {
   LogDetails details;
-  details.place = positionOfOutputVariable(node(), output);
+  if (!m_areOutputsEdited) {
+    details.place = positionOfOutputVariable(node(), output);
+  }
   details.output = expandString(m_outputs[static_cast<std::size_t>(output)].name);
   return details;
 }
@@ -106,10 +110,10 @@ void Calculator::setComputeRoutine() {
 }
 
 QString Calculator::expressionFailureText(const RowFailure& failure) const {
-  return calculatorErrorText(failure.name, failure.error, placeOf(failure));
+  return calculatorErrorText(failure.name, failure.error, locationOf(failure));
 }
 
-FailureLocation Calculator::placeOf(const RowFailure& failure) const {
+FailureLocation Calculator::locationOf(const RowFailure& failure) const {
   return {rowNumber(), QString::fromLatin1(typeName()), failure.backend};
 }
 
@@ -118,7 +122,7 @@ QString Calculator::checkText(const QString& output, const QString& text) const 
 }
 
 QString Calculator::referenceTimeWarning() const {
-  return messages::referenceTimeUnparsableInCalculator();
+  return action_messages::referenceTimeUnparsableInCalculator();
 }
 
 }  // namespace kelvarin

@@ -1,7 +1,7 @@
 // What a calculator knows of its output rows ahead: the columns of its input, and results that are
 // evaluated already.
 //
-// Offered to the consumers of the output pin. Threads: one.
+// Offered to the consumers of the output pin.
 #pragma once
 
 #include <cstddef>
@@ -22,21 +22,21 @@ class ComputedRows final : public RowsInHand {
   void setInput(const RowsAhead& input) { m_input = input; }
 
   const double* numbers(int column, std::size_t first, std::size_t count,
-                        double* room) const override {
+                        double* buffer) const override {
     const Column& known = m_results[static_cast<std::size_t>(column)];
     return known.isOutput ? valuesOf<double>(known, first)
-                          : m_input.numbers(column, first, count, room);
+                          : m_input.numbers(column, first, count, buffer);
   }
   const std::uint32_t* keys(int column, std::size_t first, std::size_t count,
-                            std::uint32_t* room) const override {
+                            std::uint32_t* buffer) const override {
     const Column& known = m_results[static_cast<std::size_t>(column)];
     return known.isOutput ? valuesOf<std::uint32_t>(known, first)
-                          : m_input.keys(column, first, count, room);
+                          : m_input.keys(column, first, count, buffer);
   }
   const unsigned char* const* texts(int column, std::size_t first, std::size_t count,
-                                    const unsigned char** room) const override {
+                                    const unsigned char** buffer) const override {
     const Column& known = m_results[static_cast<std::size_t>(column)];
-    return known.isOutput ? nullptr : m_input.texts(column, first, count, room);
+    return known.isOutput ? nullptr : m_input.texts(column, first, count, buffer);
   }
 
  private:

@@ -47,14 +47,14 @@ Result<OutputColumns, LayoutFault> layOutColumns(const OneRow& input,
     const OutputVariable& output = outputs[i];
     const int existing = input.getIndexOfColumn(output.name);
     if (output.update && existing < 0) {
-      return Failure{LayoutFault{messages::columnToUpdateNotFound(output.name), i,
+      return Failure{LayoutFault{action_messages::columnToUpdateNotFound(output.name), i,
                                  missingColumnHint(output.name, input.getColNamesDeep())}};
     }
     if (produced.contains(output.name) || (!output.update && existing >= 0)) {
-      return Failure{LayoutFault{messages::columnProducedTwice(output.name), i,
+      return Failure{LayoutFault{action_messages::columnProducedTwice(output.name), i,
                                  existing >= 0 && !produced.contains(output.name)
-                                     ? messages::columnExists(output.name)
-                                     : messages::outputTwice(output.name)}};
+                                     ? action_messages::columnExists(output.name)
+                                     : action_messages::outputTwice(output.name)}};
     }
     produced.insert(output.name);
     if (output.update) {

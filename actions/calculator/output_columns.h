@@ -1,7 +1,7 @@
 // The columns of a calculator's output row: those of the input, some of them updated, and the new
 // ones after them.
 //
-// Threads: plain values.  Errors: LayoutFault.
+// Errors: LayoutFault.
 #pragma once
 
 #include <vector>
@@ -26,7 +26,7 @@ struct OutputColumns {
 struct LayoutFault {
   QString text;         // to log
   std::size_t output;   // at fault
-  QString explanation;  // to log behind it
+  QString explanation;  // to log after it
 };
 
 // `outputs` have their names expanded.

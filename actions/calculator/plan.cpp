@@ -1,7 +1,7 @@
 // The calculator at its first row: variables, columns, expressions, and which routine takes the
 // rows.
 #include "actions/calculator/calculator.h"
-#include "actions/calculator/variable_table.h"
+#include "actions/calculator/scalar_plan.h"
 
 namespace kelvarin {
 
@@ -23,18 +23,29 @@ bool Calculator::computeFirstRow(ActionItem* action) {
   }
   if (self.isObserved()) {
     self.computeRoutine = &Calculator::computeObservedRow;
-    return self.evaluateObservedRow(*row) != RowStep::more;
+    return self.computeAndShow(*row) != RowStep::more;
   }
-  self.computeRoutine = self.routineForRows();
-  return self.evaluateRowOfAnyPlan(*row) != RowStep::more;
+  self.computeRoutine = self.m_rows->routine();
+  return self.endRow(self.m_rows->compute(*row)) != RowStep::more;
+}
+
+std::unique_ptr<CalculatorPlan> Calculator::makePlan() {
+  return std::make_unique<ScalarPlan>(*this, m_evaluator, m_outputs, !isObserved());
 }
 
 bool Calculator::plan(const OneRow& columns) {
-  if (!readVariableTable()) {
+  const std::unique_ptr<CalculatorPlan> plan = makePlan();
+  auto table = plan->readTable();
+  if (!table) {
+    if (!table.error().isEmpty()) {
+      logError(table.error());
+    }
     return false;
   }
+  std::vector<InputVariable> variables = m_inputs;
+  std::move(table->variables.begin(), table->variables.end(), std::back_inserter(variables));
   const std::vector<OutputVariable> outputs = outputsToCompile();
-  const NewColumns newColumns = columnsOfOutputs(outputs);
+  const auto newColumns = plan->columnsOf(outputs);
   if (!newColumns) {
     logError(newColumns.error());
     return false;
@@ -43,7 +54,7 @@ bool Calculator::plan(const OneRow& columns) {
   for (const OutputVariable& output : outputs) {
     expressions += output.expression;
   }
-  const bool isBound = startEvaluator(columns, m_variables, expressions, m_elementCount);
+  const bool isBound = startEvaluator(columns, variables, expressions, table->elementCount);
   const auto outputColumns = layOutColumns(columns, newColumns.value());
   if (!outputColumns) {
     logLayoutFault(outputColumns.error());
@@ -56,8 +67,7 @@ bool Calculator::plan(const OneRow& columns) {
     return false;
   }
   if (!isChecking()) {
-    connectResults(outputColumns.value());
-    m_lookout.open(m_evaluator.batches.isPossible());
+    m_rows = plan->connect(outputColumns.value());
   }
   return true;
 }
@@ -66,21 +76,6 @@ bool Calculator::plan(const OneRow& columns) {
 void Calculator::logLayoutFault(const LayoutFault& fault) const {
   logAboutOutput(LogLevel::error, fault.text, static_cast<int>(fault.output % m_outputs.size()),
                  fault.explanation);
-}
-
-bool Calculator::readVariableTable() {
-  if (isObserved()) {
-    return true;
-  }
-  const auto read = appendVariableTable(*this, 1, m_variables);
-  if (!read && !read.error().isEmpty()) {
-    logError(read.error());
-  }
-  return static_cast<bool>(read);
-}
-
-Calculator::NewColumns Calculator::columnsOfOutputs(const std::vector<OutputVariable>& outputs) {
-  return outputs;
 }
 
 // With graph parameters in the names replaced.
@@ -99,24 +94,7 @@ void Calculator::buildOutputRow(const OutputColumns& columns) {
   row->setMetaData(columns.metas);
   row->setSortInfos(columns.sortOrder);
   announceColumnsOfOutputPin(0);
-  m_columnOfOutput = columns.columnOfOutput;
-}
-
-// A new number's column points at its result for the whole run; texts are stored through their
-// column's slot.
-void Calculator::connectResults(const OutputColumns& columns) {
-  unsigned char** places = getOutputRowForOutputPin(0)->getAllColForWrite();
-  for (std::size_t i = 0; i < m_outputs.size(); ++i) {
-    const int output = static_cast<int>(i);
-    const int column = columns.columnOfOutput[i];
-    if (!isNumeric(m_outputs[i])) {
-      m_evaluator.rows.setTextTarget(output, &places[column]);
-    } else if (m_outputs[i].update) {
-      m_updatedNumbers.push_back({m_evaluator.rows.resultCell(output), column});
-    } else {
-      places[column] = m_evaluator.rows.resultCell(output);
-    }
-  }
+  m_computedColumns = columns.columnOfOutput;
 }
 
 }  // namespace kelvarin

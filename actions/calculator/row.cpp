@@ -1,92 +1,45 @@
-// The calculator at every row.
+// The calculator at every row that a step debugger watches; the other rows are those of
+// RowComputation.
 #include "actions/calculator/calculator.h"
 
 namespace kelvarin {
 
-template <int kOutputs, bool kUpdatesNumbers>
-ExpressionAction::RowStep Calculator::evaluateRow(const OneRow& row) {
-  if (m_evaluator.rows.loadRow(row) == RowOutcome::stop) {
-    return failAtRow();
-  }
-  unsigned char** columns = passColumnsOn(row);
-  if (!evaluateOutputs<kOutputs>()) {
-    return failAtRow();
-  }
-  if constexpr (kUpdatesNumbers) {
-    for (const UpdatedNumber& updated : m_updatedNumbers) {
-      columns[updated.column] = updated.result;
-    }
-  }
-  return publishRow();
-}
-
-ExpressionAction::RowStep Calculator::evaluateRowOfAnyPlan(const OneRow& row) {
-  return evaluateRow<kAnyNumber, true>(row);
-}
-
-template <int kOutputs, bool kUpdatesNumbers>
-bool Calculator::computeRow(ActionItem* action) {
-  auto& self = static_cast<Calculator&>(*action);
-  const OneRow* row = self.getNextRowFromInPin(0);
-  if (row == nullptr) {
-    return true;
-  }
-  if (self.isEvaluatedAhead()) {
-    return self.publishEvaluatedRow(*row) != RowStep::more;
-  }
-  return self.evaluateRow<kOutputs, kUpdatesNumbers>(*row) != RowStep::more;
-}
-
-// What can fail is evaluated here, in its turn.
-ExpressionAction::RowStep Calculator::publishEvaluatedRow(const OneRow& row) {
-  if (m_mustLoadRows && m_evaluator.rows.loadRow(row) == RowOutcome::stop) {
-    return failAtRow();
-  }
-  unsigned char** columns = passColumnsOn(row);
-  for (const int output : m_outputsByRow) {
-    if (m_evaluator.rows.evaluate(output) == RowOutcome::stop) {
-      return failAtRow();
-    }
-  }
-  for (const UpdatedNumber& updated : m_updatedNumbers) {
-    columns[updated.column] = updated.result;
-  }
-  for (ColumnAhead& ahead : m_columnsAhead) {
-    columns[ahead.column] = ahead.next;
-    ahead.next += ahead.step;
-  }
-  --m_rowsEvaluated;
-  return publishRow();
-}
-
-ActionItem::ComputeRoutine Calculator::routineForRows() const {
-  static constexpr ComputeRoutine kRoutines[][2] = {
-      {&computeRow<kAnyNumber, false>, &computeRow<kAnyNumber, true>},
-      {&computeRow<1, false>, &computeRow<1, true>},
-      {&computeRow<2, false>, &computeRow<2, true>},
-      {&computeRow<3, false>, &computeRow<3, true>},
-  };
-  const std::size_t outputs = m_outputs.size() <= 3 ? m_outputs.size() : kAnyNumber;
-  return kRoutines[outputs][m_updatedNumbers.empty() ? 0 : 1];
-}
-
 bool Calculator::computeObservedRow(ActionItem* action) {
   auto& self = static_cast<Calculator&>(*action);
   const OneRow* row = self.getNextRowFromInPin(0);
-  return row == nullptr || self.evaluateObservedRow(*row) != RowStep::more;
+  return row == nullptr || self.computeAndShow(*row) != RowStep::more;
 }
 
-ExpressionAction::RowStep Calculator::evaluateObservedRow(const OneRow& row) {
-  const RowStep step = evaluateRowOfAnyPlan(row);
-  if (step != RowStep::more) {
-    return step;
+ExpressionAction::RowStep Calculator::computeAndShow(const OneRow& row) {
+  const bool isComputed = m_rows->compute(row);
+  ObservedRow shown = observedRow(row);
+  for (const RowFailure& failure : m_rows->failures()) {
+    shown.failures.push_back(observedFailure(failure));
   }
-  const OneRow* computed = getOutputRowForOutputPin(0);
-  QStringList results;
-  for (const int column : m_columnOfOutput) {
-    results += computed->col(column, nullptr);
+  if (!isComputed) {
+    shown.failures.push_back(observedFailure(m_evaluator.rows.lastFailure()));
+    showLastRow(shown);
+    return failAtRow();
   }
-  return showRow(row, results) ? RowStep::more : RowStep::finished;
+  shown.results = resultsOfRow();
+  publishRow();
+  return showRow(shown) ? RowStep::more : RowStep::finished;
+}
+
+std::vector<ResultValue> Calculator::resultsOfRow() {
+  const OneRow* row = getOutputRowForOutputPin(0);
+  std::vector<ResultValue> results;
+  for (const int column : m_computedColumns) {
+    ResultValue result{row->colName(column), {}};
+    if (row->getMetaType(column) == MetaTypeColumn::text) {
+      result.value.type = ExpressionValue::Type::text;
+      result.value.text = row->col(column, nullptr);
+    } else {
+      result.value.number = row->colAsDouble(column, nullptr);
+    }
+    results.push_back(std::move(result));
+  }
+  return results;
 }
 
 }  // namespace kelvarin

@@ -65,7 +65,7 @@ Result<InputVariable, QString> variableOf(const QString& alias, const QStringLis
       variable.meta = MetaTypeColumn::date;
       return variable;
     default:
-      return Failure{messages::unknownCastCode(alias, castCode)};
+      return Failure{action_messages::unknownCastCode(alias, castCode)};
   }
 }
 
@@ -74,12 +74,12 @@ Status<QString> readDefinitions(
     const std::function<Status<QString>(const VariableTableRow&)>& take) {
   long long rowNumber = 0;
   while (const OneRow* row = action.getNextRowFromInPin(pin)) {
-    if (row->sz() < form.leastColumns) {
+    if (row->sz() < form.minColumns) {
       return Failure{form.tooNarrow};
     }
     const VariableTableRow definition = variableTableRow(*row);
     if (definition.column.isEmpty()) {
-      return Failure{messages::variableWithoutColumn(rowNumber)};
+      return Failure{action_messages::variableWithoutColumn(rowNumber)};
     }
     if (auto taken = take(definition); !taken) {
       return taken;

@@ -29,7 +29,7 @@ Result<InputVariable, QString> variableOf(const QString& alias, const QStringLis
 
 // What a table must be like for its reader.
 struct VariableTableForm {
-  int leastColumns = 1;
+  int minColumns = 1;
   QString tooNarrow;  // the text to log about a table with fewer columns
 };
 

@@ -1,5 +1,6 @@
 #include "actions/calculator_vectorized/calculator_vectorized.h"
 
+#include "actions/calculator_vectorized/vector_plan.h"
 #include "expression/errors/messages.h"
 
 namespace kelvarin {
@@ -22,26 +23,32 @@ CalculatorVectorized::CalculatorVectorized(XMLNode node, GlobalParameters* param
     : Catalogued(node, parameters, QStringLiteral("\"NewVar_\"//_n")) {}
 
 char CalculatorVectorized::init() {
-  m_vectors = {};
-  m_results.clear();
-  m_numberCells.clear();
-  m_isTableRead = false;
-  while (m_tableRead.try_acquire()) {  // permits of an earlier run
-  }
+  m_table.clear();
   return Calculator::init();
 }
 
 char CalculatorVectorized::close() {
-  releaseCopies();  // a primary without rows has read no table
+  m_table.releaseCopies();  // a primary without rows has read no table
   return Calculator::close();
 }
 
 void CalculatorVectorized::wakeAll() {
-  releaseCopies();
+  m_table.releaseCopies();
+}
+
+std::unique_ptr<CalculatorPlan> CalculatorVectorized::makePlan() {
+  const bool isCopy = m_primary != nullptr && m_primary != this;
+  SharedVectorTable* ofPrimary =
+      isCopy ? &static_cast<CalculatorVectorized&>(*m_primary).m_table : nullptr;
+  NamingRules rules{m_options, globalParameters(),
+                    [this](const QString& name) { return expandString(name); },
+                    dateFormatUnknownText()};
+  return std::make_unique<VectorPlan>(*this, m_evaluator, VectorPlan::Tables{m_table, ofPrimary},
+                                      std::move(rules));
 }
 
 QString CalculatorVectorized::expressionFailureText(const RowFailure& failure) const {
-  return vectorizedErrorText(failure.name, failure.error, placeOf(failure));
+  return vectorizedErrorText(failure.name, failure.error, locationOf(failure));
 }
 
 QString CalculatorVectorized::checkText(const QString& output, const QString& text) const {

@@ -21,7 +21,7 @@ InputVariable textVariable(const QString& name) {
 }
 
 QString failureText(const QString& nameExpression, const ExpressionError& error) {
-  return messages::nameExpressionFailed(nameExpression, errorTextWithPosition(error));
+  return action_messages::nameExpressionFailed(nameExpression, errorTextWithPosition(error));
 }
 
 class ColumnNamer {
@@ -56,10 +56,10 @@ class ColumnNamer {
       }
       const ExpressionValue& name = m_evaluator.rows.value(i);
       if (name.type != ExpressionValue::Type::text || name.text.isNull()) {
-        return Failure{messages::nameIsNoText(m_expressions[i])};
+        return Failure{action_messages::nameIsNoText(m_expressions[i])};
       }
       if (const QString refusal = controlCharacterText(name.text); !refusal.isEmpty()) {
-        return Failure{messages::nameExpressionFailed(m_expressions[i], refusal)};
+        return Failure{action_messages::nameExpressionFailed(m_expressions[i], refusal)};
       }
       names.append(name.text);
     }

@@ -2,7 +2,8 @@
 // over the names of the current element's columns.
 //
 // In it `_n` is the text of the element's number and an alias the name of its column.
-// Threads: any; one at a time in the whole process, the others wait.  Errors: the text to log.
+// Threads: any; one at a time in the whole process, the others wait.
+// Errors: the text to log.
 #pragma once
 
 #include <functional>

@@ -61,7 +61,7 @@ int largestVector(const std::vector<InputVariable>& variables) {
 
 Result<VectorTable, QString> readVectorTable(ActionItem& action, int pin) {
   VectorGroups groups;
-  const VariableTableForm form{2, messages::vectorTableTooNarrow()};
+  const VariableTableForm form{2, action_messages::vectorTableTooNarrow()};
   const auto add = [&groups](const VariableTableRow& row) { return groups.add(row); };
   if (const auto read = readDefinitions(action, pin, form, add); !read) {
     return Failure{read.error()};
@@ -77,7 +77,7 @@ Result<VectorTable, QString> readVectorTable(ActionItem& action, int pin) {
         return variable.isVector && elementsOf(variable) != table.elementCount;
       });
   if (wrong != table.variables.rend()) {
-    return Failure{messages::vectorOfWrongSize(wrong->name())};
+    return Failure{action_messages::vectorOfWrongSize(wrong->name())};
   }
   return table;
 }

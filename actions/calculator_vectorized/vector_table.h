@@ -1,7 +1,7 @@
 // The table of vectors on the second pin of a vectorized calculator: each row names one element,
 // and consecutive rows of one alias are one vector.
 //
-// Threads: plain values.  Errors: the text to log.
+// Errors: the text to log.
 #pragma once
 
 #include <vector>

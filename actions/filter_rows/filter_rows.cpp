@@ -4,6 +4,7 @@
 
 #include "actions/filter_rows/sampling.h"
 #include "actions/frame/messages.h"
+#include "actions/frame/read_back.h"
 #include "actions/frame/variables_xml.h"
 #include "expression/errors/error_texts.h"
 #include "expression/errors/messages.h"
@@ -104,7 +105,13 @@ std::vector<ElementFault> FilterRows::settingFaults() const {
   if (attribute.isEmpty() || text.isEmpty() || attribute == text) {
     return {};
   }
-  return {{LogLevel::warning, element, messages::twoExpressionsOfFilter()}};
+  return {{LogLevel::warning, element, action_messages::twoExpressionsOfFilter()}};
+}
+
+void FilterRows::setSettings(FilterSettings settings) {
+  const bool truncates = settings.truncate;
+  setAsReadBack(*this, &FilterRows::m_settings, std::move(settings));
+  m_settings.truncate = truncates;
 }
 
 char FilterRows::init() {
@@ -115,7 +122,7 @@ char FilterRows::init() {
   m_decided = {};
   m_nextDecided = 0;
   if (m_settings.expression.trimmed().isEmpty()) {
-    MainUI::addLog(LogLevel::warning, messages::filterWithoutExpression());
+    MainUI::addLog(LogLevel::warning, action_messages::filterWithoutExpression());
   }
   return ExpressionAction::init();
 }

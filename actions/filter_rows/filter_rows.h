@@ -3,9 +3,10 @@
 //
 // It can stop at the first row that fails; an expression that only limits the row number (`_n <
 // 100`) then takes the first rows without evaluating anything. plan.cpp works at the first row,
-// row.cpp at every row. Where the producer has rows in hand, ahead.cpp decides on many of them at
+// row.cpp at every row. Where the producer has rows in hand, rows_ahead.cpp decides on many of them at
 // once, and the rows then go their ways.
-// Threads: those of ActionItem.  Errors: logged at level 1, the run fails.
+// Threads: those of ActionItem.
+// Errors: logged at level 1, the run fails.
 #pragma once
 
 #include <cstdint>
@@ -36,6 +37,11 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
   float computeCompletion() const override;
   std::vector<ElementFault> settingFaults() const override;
 
+  // For editors; see ExpressionAction. A limit on the row number truncates only where `truncate`
+  // says so: an editor has asked the user.
+  const FilterSettings& settings() const { return m_settings; }
+  void setSettings(FilterSettings settings);
+
   // The run ended at a row for which the expression was false.
   bool wasTruncated() const { return m_wasTruncated; }
 
@@ -53,7 +59,6 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
   void buildOutputRows(const OneRow& columns);
   [[nodiscard]] bool plan(const OneRow& columns);
   bool startRows(const OneRow& firstRow);
-  void startSampling();
   bool isSampling() const { return m_sampleSize > 0; }
 
   void passTo(int pin, const OneRow& row) {
@@ -66,17 +71,17 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
   static bool computeRow(ActionItem* action);
   template <bool kTruncates>
   RowStep filterRow(const OneRow& row);
-  RowStep decideOnRow(const OneRow& row, bool& isKept) {
+  RowOutcome decideOnRow(const OneRow& row, bool& isKept) {
     if (!isDecidedAhead()) {
       return evaluateRow(row, isKept);
     }
     if (m_mustLoadRows && m_evaluator.rows.loadRow(row) == RowOutcome::stop) {
-      return failAtRow();
+      return RowOutcome::stop;
     }
     isKept = m_decided[m_nextDecided++] != 0;
-    return RowStep::more;
+    return RowOutcome::ok;
   }
-  RowStep evaluateRow(const OneRow& row, bool& isKept);
+  RowOutcome evaluateRow(const OneRow& row, bool& isKept);
   // The row was decided on before, or it and others are now.
   bool isDecidedAhead() {
     return m_nextDecided < m_decided.size() || (m_lookout.isDue() && decideAhead());
@@ -88,6 +93,7 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
   RowStep sampleRow(const OneRow& row);
   static bool computeObservedRow(ActionItem* action);
   RowStep filterObservedRow(const OneRow& row);
+  RowStep sampleObservedRow(const OneRow& row);
 
   FilterSettings m_settings;
   std::uint64_t m_sampleSize = 0;  // 0: not sampling
@@ -96,7 +102,7 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
 
   Lookout m_lookout;
   bool m_mustLoadRows = true;                // those decided on ahead
-  std::vector<unsigned char> m_decisions;    // room for m_decided
+  std::vector<unsigned char> m_decisions;    // the memory of m_decided
   std::span<const unsigned char> m_decided;  // 1: the row is kept
   std::size_t m_nextDecided = 0;
   KeptRows m_rowsOfPin[2];

@@ -1,7 +1,6 @@
 // The rows that a filter will send to one of its pins, out of those that it has evaluated ahead.
 //
 // Offered to the consumers of that pin. Which rows they are is found out when a consumer asks.
-// Threads: one.
 #pragma once
 
 #include <cstddef>
@@ -24,34 +23,34 @@ class KeptRows final : public RowsInHand {
   }
 
   const double* numbers(int column, std::size_t first, std::size_t count,
-                        double* room) const override {
+                        double* buffer) const override {
     m_numbers.resize(m_isTrue.size());
     return gather(m_input.numbers(column, 0, m_isTrue.size(), m_numbers.data()), first, count,
-                  room);
+                  buffer);
   }
   const std::uint32_t* keys(int column, std::size_t first, std::size_t count,
-                            std::uint32_t* room) const override {
+                            std::uint32_t* buffer) const override {
     m_keys.resize(m_isTrue.size());
-    return gather(m_input.keys(column, 0, m_isTrue.size(), m_keys.data()), first, count, room);
+    return gather(m_input.keys(column, 0, m_isTrue.size(), m_keys.data()), first, count, buffer);
   }
   const unsigned char* const* texts(int column, std::size_t first, std::size_t count,
-                                    const unsigned char** room) const override {
+                                    const unsigned char** buffer) const override {
     m_texts.resize(m_isTrue.size());
-    return gather(m_input.texts(column, 0, m_isTrue.size(), m_texts.data()), first, count, room);
+    return gather(m_input.texts(column, 0, m_isTrue.size(), m_texts.data()), first, count, buffer);
   }
 
  private:
   template <typename Value>
   const Value* gather(const Value* values, std::size_t first, std::size_t count,
-                      Value* room) const {
+                      Value* buffer) const {
     if (values == nullptr) {
       return nullptr;
     }
     choose();
     for (std::size_t i = 0; i < count; ++i) {
-      room[i] = values[m_chosen[first + i]];
+      buffer[i] = values[m_chosen[first + i]];
     }
-    return room;
+    return buffer;
   }
 
   void choose() const {

@@ -54,6 +54,9 @@ bool FilterRows::plan(const OneRow& columns) {
     m_sampleSize = sampleSizeOf(m_settings.expression).value_or(0);
   }
   if (isSampling()) {
+    if (isObserved()) {
+      startShowing(columns);
+    }
     return true;
   }
   const OutputVariable condition = conditionOf(m_settings.expression);
@@ -65,7 +68,8 @@ bool FilterRows::plan(const OneRow& columns) {
 bool FilterRows::startRows(const OneRow& firstRow) {
   if (isObserved()) {
     computeRoutine = &FilterRows::computeObservedRow;
-    return filterObservedRow(firstRow) != RowStep::more;
+    const RowStep step = isSampling() ? sampleObservedRow(firstRow) : filterObservedRow(firstRow);
+    return step != RowStep::more;
   }
   if (isSampling()) {
     computeRoutine = &FilterRows::computeSampledRow;

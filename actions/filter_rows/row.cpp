@@ -10,21 +10,20 @@ void FilterRows::passToBoth(const OneRow& row) {
 
 // Where failed rows do not stop the run they are false, but for the first one: it shows that the
 // expression is wrong.
-ExpressionAction::RowStep FilterRows::evaluateRow(const OneRow& row, bool& isKept) {
+RowOutcome FilterRows::evaluateRow(const OneRow& row, bool& isKept) {
   RowOutcome outcome = m_evaluator.rows.loadRow(row);
   if (outcome != RowOutcome::stop) [[likely]] {
     outcome = m_evaluator.rows.evaluateTruth(0, isKept);
   }
-  const bool isFailure = outcome == RowOutcome::stop ||
-                         (outcome == RowOutcome::failed && m_evaluator.rows.rowNumber() == 0.0);
-  return isFailure ? failAtRow() : RowStep::more;
+  const bool isFirstOne = m_evaluator.rows.rowNumber() == 0.0;
+  return outcome == RowOutcome::failed && isFirstOne ? RowOutcome::stop : outcome;
 }
 
 template <bool kTruncates>
 ExpressionAction::RowStep FilterRows::filterRow(const OneRow& row) {
   bool isKept = false;
-  if (const RowStep step = decideOnRow(row, isKept); step != RowStep::more) {
-    return step;
+  if (decideOnRow(row, isKept) == RowOutcome::stop) [[unlikely]] {
+    return failAtRow();
   }
   passTo(isKept ? 0 : 1, row);
   m_evaluator.rows.advanceRow();
@@ -62,24 +61,58 @@ bool FilterRows::computeSampledRow(ActionItem* action) {
 bool FilterRows::computeObservedRow(ActionItem* action) {
   auto& self = static_cast<FilterRows&>(*action);
   const OneRow* row = self.getNextRowFromInPin(0);
-  return row == nullptr || self.filterObservedRow(*row) != RowStep::more;
+  if (row == nullptr) {
+    return true;
+  }
+  const RowStep step =
+      self.isSampling() ? self.sampleObservedRow(*row) : self.filterObservedRow(*row);
+  return step != RowStep::more;
 }
 
+namespace {
+
+ResultValue resultOf(bool isKept) {
+  ResultValue result;
+  result.name = QString::fromLatin1(FilterRows::catalogue().typeName);
+  result.value.type = ExpressionValue::Type::boolean;
+  result.value.number = isKept ? 1.0 : 0.0;
+  return result;
+}
+
+}  // namespace
+
 ExpressionAction::RowStep FilterRows::filterObservedRow(const OneRow& row) {
-  bool isKept = true;
-  RowStep step = isSampling() ? sampleRow(row) : evaluateRow(row, isKept);
-  if (step != RowStep::more) {
-    return step;
+  bool isKept = false;
+  const RowOutcome outcome = evaluateRow(row, isKept);
+  ObservedRow shown = observedRow(row);
+  if (outcome != RowOutcome::ok) {
+    shown.failures.push_back(observedFailure(m_evaluator.rows.lastFailure()));
   }
-  if (!isSampling()) {
-    passTo(isKept ? 0 : 1, row);
-    m_evaluator.rows.advanceRow();
+  if (outcome == RowOutcome::stop) {
+    showLastRow(shown);
+    return failAtRow();
   }
-  if (!showRow(row, {isKept ? QStringLiteral("true") : QStringLiteral("false")})) {
+  shown.results.push_back(resultOf(isKept));
+  passTo(isKept ? 0 : 1, row);
+  m_evaluator.rows.advanceRow();
+  if (!showRow(shown)) {
     return RowStep::finished;
   }
   m_wasTruncated = m_settings.truncate && !isKept;
-  return m_wasTruncated || m_sampleSize == 1 ? RowStep::finished : RowStep::more;
+  return m_wasTruncated ? RowStep::finished : RowStep::more;
+}
+
+// Nothing is evaluated, but there are values to show.
+ExpressionAction::RowStep FilterRows::sampleObservedRow(const OneRow& row) {
+  if (const RowStep step = sampleRow(row); step != RowStep::more) {
+    return step;
+  }
+  m_evaluator.rows.passRow();
+  ObservedRow shown = observedRow(row);
+  shown.number = static_cast<long long>(m_rowsSampled) - 1;
+  shown.isEvaluated = false;
+  shown.results.push_back(resultOf(true));
+  return showRow(shown) && m_sampleSize > 1 ? RowStep::more : RowStep::finished;
 }
 
 template ExpressionAction::RowStep FilterRows::filterRow<true>(const OneRow& row);

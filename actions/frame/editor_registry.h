@@ -1,8 +1,8 @@
 // Which property editor an action type has; keeps actions free of widgets.
 //
 // Filled by the plug-in when it is loaded, asked by the actions' editPropertyFrame(). Where nothing
-// was entered (tests, programs without a screen) there is no editor. Threads: the user-interface
-// thread.
+// was entered (tests, programs without a screen) there is no editor.
+// Threads: the user-interface thread.
 #pragma once
 
 #include <map>

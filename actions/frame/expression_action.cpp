@@ -150,8 +150,8 @@ void ExpressionAction::reportTextsAsNumbers(const OneRow& columns) const {
     }
     LogDetails details;
     details.column = column;
-    details.place = positionOfInputVariable(node(), static_cast<int>(i));
-    logWithDetails(LogLevel::information, messages::textEntersAsNumber(column), details);
+    details.place = locationOfInput(static_cast<int>(i));
+    logWithDetails(LogLevel::information, action_messages::textEntersAsNumber(column), details);
   }
 }
 
@@ -161,7 +161,7 @@ void ExpressionAction::reportBindingFailure(const OneRow& columns,
   const bool isMissing = failure.kind == BindingFailure::Kind::columnNotFound;
   if (isMissing) {
     details.column = failure.column;
-    details.place = positionOfInputVariable(node(), failure.input);
+    details.place = locationOfInput(failure.input);
   }
   logWithDetails(LogLevel::error, failure.text, details);
   if (isMissing) {
@@ -185,13 +185,13 @@ bool ExpressionAction::prepareDates(const QStringList& expressions) {
       break;
   }
   logError(dateFormatUnknownText());
-  logExplanation(messages::dateFormatNeeded());
+  logExplanation(action_messages::dateFormatNeeded());
   return false;
 }
 
 QString ExpressionAction::dateFormatUnknownText() const {
   return isChecking() ? messages::formatUnknown()
-                      : messages::dateFormatUnknownInRun();
+                      : action_messages::dateFormatUnknownInRun();
 }
 
 bool ExpressionAction::compileOutputs(const std::vector<OutputVariable>& outputs, ResultUse use) {
@@ -348,17 +348,6 @@ void ExpressionAction::reportBackends() {
   }
 }
 
-bool ExpressionAction::showRow(const OneRow& row, const QStringList& results) {
-  QStringList values;
-  for (const VariableValue& variable : m_evaluator.rows.variablesOf(row)) {
-    if (!variable.column.isEmpty()) {
-      values += shownText(variable.value);
-    }
-  }
-  m_observer->rowEvaluated(values, results);
-  return m_observer->waitForStep();
-}
-
 QString ExpressionAction::failedRowsText(const FailureCount& failures) const {
   return messages::failedEvaluations(failures.count, failures.firstName, failures.firstRow,
                                      failures.firstMessage);
@@ -373,7 +362,7 @@ QString ExpressionAction::failureText(const RowFailure& failure) const {
     case RowFailure::Kind::keyCast:
       return keyOutOfRangeText(failure.name, rowNumber(), failure.value);
     case RowFailure::Kind::nullKey:
-      return messages::nullKeyRefused(failure.name, rowNumber());
+      return action_messages::nullKeyRefused(failure.name, rowNumber());
     case RowFailure::Kind::evaluation:
       break;
   }

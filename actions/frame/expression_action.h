@@ -24,6 +24,14 @@ class ExpressionAction : public ActionItem {
   // and every row waits.
   void setObserver(RowObserver* observer) { m_observer = observer; }
 
+  // For editors, between runs. A setter leaves what saving and reading the action's XML would.
+  const std::vector<InputVariable>& inputVariables() const { return m_inputs; }
+  void setInputVariables(std::vector<InputVariable> variables);
+  const EvaluationOptions& options() const { return m_options; }
+  void setOptions(EvaluationOptions options);
+  // What hasFailed() answers until the next run: an editor found the expression to be wrong.
+  void setErrorFlag(bool hasError) { m_hasFailed = hasError; }
+
   // Checks one output as a check of the graph does, with graph parameters replaced and the
   // variables' samples, and logs nothing. In a run and outside of one; variables of a table on the
   // second pin are not known.
@@ -56,8 +64,14 @@ class ExpressionAction : public ActionItem {
   // Makes what an observer shows of rows that are not evaluated, as in sampling; a variable whose
   // column is missing is not shown.
   void startShowing(const OneRow& columns);
-  // Shows the evaluated row to the observer and waits; false when the user stopped.
-  [[nodiscard]] bool showRow(const OneRow& row, const QStringList& results);
+  // For the observer: the row that was loaded last, with its number and variables, and a failure of
+  // it. Before the evaluator advances.
+  ObservedRow observedRow(const OneRow& input) const;
+  ObservedFailure observedFailure(const RowFailure& failure) const;
+  // Shows the row and waits; false when the user stopped.
+  [[nodiscard]] bool showRow(const ObservedRow& row);
+  // Shows the row that ends the run with a failure.
+  void showLastRow(ObservedRow& row);
 
   void logError(const QString& text) const;
   // About an output: an error or a warning with its location, and what explains it.
@@ -95,6 +109,8 @@ class ExpressionAction : public ActionItem {
   // With the position of the error in the expression, and what may have been meant.
   void logFailure(LogLevel level, const QString& text, int output, const ExpressionError& error,
                   const QString& note = QString()) const;
+  // None once an editor has changed the variables.
+  XMLNode::Place locationOfInput(int index) const;
   EvaluationOptions expandedOptions() const;
   std::vector<InputVariable> withExpandedLabels(std::vector<InputVariable> inputs) const;
   Status<BindingFailure> bindColumns(const OneRow& columns, int elementCount);
@@ -112,7 +128,8 @@ class ExpressionAction : public ActionItem {
   RowObserver* m_observer = nullptr;
   std::vector<InputVariable> m_variablesOfRun;  // table on the second pin included, names expanded
   std::vector<OutputVariable> m_outputsOfRun;
-  bool m_isRowLoaded = false;  // the variables have the values of a row
+  bool m_isRowLoaded = false;      // the variables have the values of a row
+  bool m_areInputsEdited = false;  // no longer those of the graph file
 };
 
 }  // namespace kelvarin

@@ -6,7 +6,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace kelvarin::messages {
+namespace kelvarin::action_messages {
 
 inline QString textEntersAsNumber(const QString& column) {
   return QStringLiteral(
@@ -123,4 +123,4 @@ inline QString nameExpressionFailed(const QString& nameExpression, const QString
          errorText;
 }
 
-}  // namespace kelvarin::messages
+}  // namespace kelvarin::action_messages

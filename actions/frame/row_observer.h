@@ -1,14 +1,41 @@
 // The side of a step debugger that an action sees.
 //
-// An editor implements it; tests use a fake. While one is attached, an action evaluates with the String back-end and
-// reports every row.
+// An editor implements it; tests use a fake. While one is attached, an action evaluates with the
+// String back-end, reports every row and waits after it.
 // Threads: called on the engine thread; waitForStep() blocks it until the user steps or stops.
 #pragma once
+
+#include <vector>
 
 #include <QString>
 #include <QStringList>
 
+#include "expression/errors/expression_error.h"
+#include "expression/evaluator/expression_value.h"
+
 namespace kelvarin {
+
+// What an output has made of a row.
+struct ResultValue {
+  QString name;  // of the column; of a filter, its type name
+  ExpressionValue value;
+};
+
+// An output that failed on a row.
+struct ObservedFailure {
+  QString text;  // as the log shows it where it stops the run
+  int output = -1;  // -1: no output, but a variable could not be loaded
+  ExpressionError error;
+};
+
+struct ObservedRow {
+  long long number = 0;      // counted from 0
+  bool isEvaluated = true;   // false: it was only counted, as in sampling
+  bool isLast = false;       // its last failure ends the run; no step is waited for
+  std::vector<VariableValue> variables;
+  std::vector<ResultValue> results;  // none where a failure ends the run
+  std::vector<ObservedFailure> failures;
+};
 
 class RowObserver {
  public:
@@ -16,8 +43,7 @@ class RowObserver {
 
   // The label of each output's back-end, once, at the first row.
   virtual void backendsChosen(const QStringList& labels) = 0;
-  // The current values of the input variables, in their order, and of the outputs; "true" or "false" for a filter.
-  virtual void rowEvaluated(const QStringList& variableValues, const QStringList& results) = 0;
+  virtual void rowEvaluated(const ObservedRow& row) = 0;
   // False when the user stopped.
   virtual bool waitForStep() = 0;
 };

@@ -226,7 +226,7 @@ std::vector<ElementFault> faultsOfOutputVariables(const XMLNode& action) {
     const QString attribute = attributeOf(element, u"expression").trimmed();
     if (!text.isEmpty() && !attribute.isEmpty() && text != attribute) {
       faults.push_back({LogLevel::warning, element,
-                        messages::twoExpressionsOfOutput(attributeOf(element, u"name"))});
+                        action_messages::twoExpressionsOfOutput(attributeOf(element, u"name"))});
     }
   }
   return faults;

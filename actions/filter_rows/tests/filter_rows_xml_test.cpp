@@ -4,10 +4,7 @@
 #include "actions/filter_rows/sampling.h"
 #include "host/testing/row_harness.h"
 
-using kelvarin::FilterRows;
-using kelvarin::sampleSizeOf;
-using kelvarin::testing::RowHarness;
-
+namespace kelvarin::testing {
 namespace {
 
 std::string saved(const std::string& xml) {
@@ -18,7 +15,7 @@ std::string saved(const std::string& xml) {
 
 TEST(FilterRowsXml, ReadsOlderLayouts) {
   const std::string text = saved(
-      "<FilterRows name='f' Expression='a &gt; 1' truncate='maybe'><Expression>ignored</Expression>"
+      "<FilterRows name='f' Expression='a &gt; 1' truncate='maybe'>"
       "<InputVar column='a'/><InputVar column='b'/></FilterRows>");
   EXPECT_EQ(text,
             "<FilterRows name='f' version='2.08'>\n <Expression>a > 1</Expression>\n <InputVars>\n"
@@ -29,12 +26,39 @@ TEST(FilterRowsXml, ReadsOlderLayouts) {
 }
 
 TEST(FilterRowsXml, ASamplingExpressionTurnsTruncationOn) {
-  EXPECT_NE(saved("<FilterRows name='f'><Expression>_n &lt; 500</Expression></FilterRows>")
-                .find(" truncate='1'>"),
+  const std::string start = "<FilterRows name='f'><Expression>_n &lt; ";
+  EXPECT_NE(saved(start + "500</Expression></FilterRows>").find(" truncate='1'>"),
             std::string::npos);
-  EXPECT_EQ(saved("<FilterRows name='f'><Expression>_n &lt; 0</Expression></FilterRows>")
-                .find("truncate"),
-            std::string::npos);
+  EXPECT_EQ(saved(start + "0</Expression></FilterRows>").find("truncate"), std::string::npos);
+}
+
+TEST(FilterRowsXml, SettersLeaveWhatReadingWould) {
+  const std::string text =
+      "<FilterRows name='f' version='2.08' truncate='1' addN='0' abortWhenError='0' useJIT='0' "
+      "addNow='1' seed='7' castToET2='1' comments='it&apos;s &lt;5&gt;'>\n"
+      " <Expression>a &lt; 1 &amp;&amp; b > \"x'y\"</Expression>\n <InputVars>\n"
+      "    <InputVar column='a'/>\n    <InputVar column='b' label='c' isNumber='0'/>\n"
+      " </InputVars>\n</FilterRows>\n";
+  auto read = RowHarness::of<FilterRows>(text);
+  auto set = RowHarness::of<FilterRows>("<FilterRows name='f'/>");
+  const auto& source = read.actionAs<FilterRows>();
+  auto& target = set.actionAs<FilterRows>();
+  target.setInputVariables(source.inputVariables());
+  target.setOptions(source.options());
+  target.setSettings(source.settings());
+  EXPECT_EQ(set.saved(), text);
+
+  // An editor asks whether to truncate, and the answer counts.
+  FilterSettings sampling;
+  sampling.expression = QStringLiteral("_n < 5");
+  target.setSettings(sampling);
+  EXPECT_FALSE(target.settings().truncate);
+
+  FilterSettings odd;
+  odd.comments = QStringLiteral("a\x1\r\nb");
+  target.setSettings(odd);
+  EXPECT_EQ(RowHarness::of<FilterRows>(set.saved()).actionAs<FilterRows>().settings().comments,
+            target.settings().comments);
 }
 
 TEST(Sampling, OnlyALimitOnTheRowNumberQualifies) {
@@ -47,3 +71,5 @@ TEST(Sampling, OnlyALimitOnTheRowNumberQualifies) {
     EXPECT_EQ(sampleSizeOf(other), std::nullopt) << other;
   }
 }
+
+}  // namespace kelvarin::testing

@@ -1,6 +1,7 @@
 // A step debugger that writes down what it is shown and stops after so many rows.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "actions/frame/row_observer.h"
@@ -11,21 +12,47 @@ class FakeObserver : public RowObserver {
  public:
   explicit FakeObserver(int rowsBeforeStop = 1000) : m_rowsLeft(rowsBeforeStop) {}
 
-  struct Row {
-    QStringList values;
-    QStringList results;
-  };
-
   QStringList labels;
-  std::vector<Row> rows;
+  std::vector<ObservedRow> rows;
+
+  // "name=value" or, in a vector, "name[element]=value"; texts in quotes, null as it is.
+  std::string variables(std::size_t row) const {
+    std::string text;
+    for (const VariableValue& variable : rows[row].variables) {
+      const std::string index =
+          variable.element < 0 ? "" : "[" + std::to_string(variable.element) + "]";
+      text += " " + variable.name.toStdString() + index + "=" + shown(variable.value);
+    }
+    return text.substr(text.empty() ? 0 : 1);
+  }
+  std::string results(std::size_t row) const {
+    std::string text;
+    for (const ResultValue& result : rows[row].results) {
+      text += " " + result.name.toStdString() + "=" + shown(result.value);
+    }
+    return text.substr(text.empty() ? 0 : 1);
+  }
 
   void backendsChosen(const QStringList& chosen) override { labels = chosen; }
-  void rowEvaluated(const QStringList& values, const QStringList& results) override {
-    rows.push_back({values, results});
-  }
+  void rowEvaluated(const ObservedRow& row) override { rows.push_back(row); }
   bool waitForStep() override { return --m_rowsLeft > 0; }
 
  private:
+  static std::string shown(const ExpressionValue& value) {
+    if (value.isNull()) {
+      return "null";
+    }
+    switch (value.type) {
+      case ExpressionValue::Type::number:
+        return QString::number(value.number).toStdString();
+      case ExpressionValue::Type::boolean:
+        return value.number != 0.0 ? "true" : "false";
+      case ExpressionValue::Type::text:
+        break;
+    }
+    return "'" + value.text.toStdString() + "'";
+  }
+
   int m_rowsLeft;
 };
 
