@@ -1,4 +1,4 @@
-#include "host/files/claimed_names.h"
+#include "host/contract/claimed_names.h"
 
 #include <algorithm>
 #include <atomic>
@@ -6,7 +6,7 @@
 #include <mutex>
 
 #include "host/contract/action_item.h"
-#include "host/files/file_keys.h"
+#include "host/contract/file_keys.h"
 #include "host/contract/host_session.h"
 #include "host/contract/messages.h"
 

@@ -19,7 +19,7 @@
 #include <QStringList>
 
 #include "base/export.h"
-#include "host/files/file_user.h"
+#include "host/contract/file_user.h"
 
 class ActionItem;
 
