@@ -87,8 +87,7 @@ void addActionsCommand(CLI::App& program, ChosenCommand& chosen) {
                       "shows the attributes and elements of this action");
   addPluginOption(*command, arguments->plugin);
   command->add_flag("--json", arguments->isJson, "print a JSON array");
-  command->footer(
-      "Examples:\n  kelvarin actions\n  kelvarin actions ReadCSV\n  kelvarin actions --json");
+  command->footer("Example:\n  kelvarin actions ReadCSV");
   command->callback([arguments, &chosen] {
     chosen = [arguments] { return listActions(*arguments); };
   });
