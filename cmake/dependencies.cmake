@@ -1,5 +1,5 @@
-# Every library from outside. Debian packages are found as usual; Arrow is taken from an installed package first and
-# from the checkout's .deps/ folder (made by scripts/setup) otherwise.
+# Every library from outside. Debian packages are found as usual; Arrow is taken from an installed
+# package first and from the checkout's .deps/ folder (made by scripts/setup) otherwise.
 
 find_package(Threads REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Svg)

@@ -1,6 +1,6 @@
-# The integer codecs of columnar files: an installed FastPFor first, else the sources that scripts/setup has put into
-# .deps/, built as one static library. Its templates use the instructions in its headers, so whoever includes them needs
-# SSE4.2 as well.
+# The integer codecs of columnar files: an installed FastPFor first, else the sources that
+# scripts/setup has put into .deps/, built as one static library. Its templates use the instructions
+# in its headers, so whoever includes them needs SSE4.2 as well.
 
 find_package(FastPFOR CONFIG QUIET)
 if(FastPFOR_FOUND)

@@ -190,7 +190,7 @@ int RegisterAllocator::takeTarget(int preferred) {
 
 void RegisterAllocator::bind(NodeId node, int target) {
   m_holders[static_cast<std::size_t>(target)] = node;
-  m_locations[node].inRegister = static_cast<std::int8_t>(target);
+  m_locations[node].inRegister = target;
 }
 
 void RegisterAllocator::saveLiving() {

@@ -77,7 +77,7 @@ class RegisterAllocator {
   struct Location {
     std::int32_t slot = -1;
     std::uint32_t nextUse = 0;  // an index into the schedule's uses of the node
-    std::int8_t inRegister = -1;
+    std::int32_t inRegister = -1;
   };
   static constexpr int kRegisterCount = SimdAssembler::kScratch;
 

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Checks that the modules of the source tree include each other only downwards.
 
-Usage: check_includes.py [ROOT]. Prints one line for every finding, and ends with 1 if there is any. The table below is
-also the one of docs/architecture.md, which must have the same lines.
+Usage: check_includes.py [ROOT]. Prints one line for every finding, and ends with 1 if there is any.
+The table below is also the one of docs/architecture.md, which must have the same lines.
 """
 
 import os
@@ -11,8 +11,9 @@ import sys
 
 import source_tree
 
-# Module -> modules it may include, beside itself and everything that those may include in turn. Every folder with
-# sources is a module; its tests/ belongs to it. A module comes after all that it may include.
+# Module -> modules it may include, beside itself and everything that those may include in turn.
+# Every folder with sources is a module; its tests/ belongs to it. A module comes after all that it
+# may include.
 ALLOWED = {
     "base": [],
     "expression/tokens": [],
@@ -45,7 +46,8 @@ ALLOWED = {
     "columnar/reader": ["columnar/codecs", "columnar/files", "host/contract"],
     "columnar/actions": ["actions/frame", "columnar/reader", "columnar/writer"],
     "plugin": ["actions/calculator_vectorized", "actions/filter_rows", "columnar/actions"],
-    "cli": ["columnar/reader", "columnar/writer", "expression/evaluator", "expression/help", "host/engine", "host/tables"],
+    "cli": ["columnar/reader", "columnar/writer", "expression/evaluator", "expression/help",
+            "host/engine", "host/tables"],
     "fuzz": ["columnar/reader"],
     "benchmarks/gel": ["columnar/reader", "columnar/writer"],
     "benchmarks/expressions": ["expression/backends"],
@@ -56,7 +58,8 @@ ALLOWED = {
 OF_ALL_TESTS = ["host/testing"]
 OF_TESTS = {"expression/help": ["expression/evaluator"]}
 
-# Includes that go the wrong way today. None may join them, and one that is gone must leave the list.
+# Includes that go the wrong way today. None may join them, and one that is gone must leave the
+# list.
 UPWARD = {
     ("expression/errors", "expression/backends"),
     ("host/tables/arrow", "host/tables"),
@@ -65,6 +68,7 @@ UPWARD = {
     ("host/tables/settings", "host/tables"),
 }
 
+THIS_FILE = os.path.join("scripts", "check_includes.py")
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"')
 TABLE_LINE = re.compile(r"^\| `([\w/]+)` \| (.*) \|$", re.MULTILINE)
 
@@ -115,9 +119,10 @@ def problems_of_sources(root):
             unused.discard((module, module_of(target)))
             if (module, module_of(target)) not in UPWARD:
                 yield path, number, f'{module} may not include "{target}"'
-    this_file = os.path.join("scripts", "check_includes.py")
-    yield from ((this_file, 1, f"no source lies in {module}") for module in ALLOWED if module not in modules)
-    yield from ((this_file, 1, f"{above} no longer includes {below}") for above, below in sorted(unused))
+    for module in sorted(ALLOWED.keys() - modules):
+        yield THIS_FILE, 1, f"no source lies in {module}"
+    for above, below in sorted(unused):
+        yield THIS_FILE, 1, f"{above} no longer includes {below}"
 
 
 def problems_of_table(root):
@@ -126,11 +131,12 @@ def problems_of_table(root):
     for module, below in ALLOWED.items():
         for name in below:
             if name not in known:
-                yield os.path.join("scripts", "check_includes.py"), 1, f"{module} comes before {name}"
+                yield THIS_FILE, 1, f"{module} comes before {name}"
         known.add(module)
     document = os.path.join("docs", "architecture.md")
     with open(os.path.join(root, document), encoding="utf-8") as file:
-        documented = {name: re.findall(r"`([\w/]+)`", below) for name, below in TABLE_LINE.findall(file.read())}
+        lines = TABLE_LINE.findall(file.read())
+    documented = {name: re.findall(r"`([\w/]+)`", below) for name, below in lines}
     for module in sorted(ALLOWED.keys() | documented.keys()):
         if sorted(documented.get(module, ["?"])) != sorted(ALLOWED.get(module, ["?"])):
             yield document, 1, f"the line of {module} in the table is not that of check_includes.py"

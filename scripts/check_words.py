@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Checks that sources, scripts and developer documents use the words of the field.
 
-Usage: check_words.py [ROOT] [--count]. Prints one line for every finding, and ends with 1 if there is any; with --count
-only the number of findings for each folder.
+Usage: check_words.py [ROOT] [--count]. Prints one line for every finding, and ends with 1 if there is
+any; with --count only the number of findings for each folder.
 """
 
 import argparse
@@ -29,7 +29,8 @@ WORDS_OUTSIDE_TEXTS = [
     (r"\bgives\b", "returns, yields or makes"),
 ]
 ALLOWED = re.compile(
-    r"decimal places?|\b[Ii]n[ _]place\b|\b[Tt](ake[sn]?|aking|ook) (its |their )?place\b|[Pp]lace[Hh]older"
+    r"decimal places?|\b[Ii]n[ _]place\b|\b[Tt](ake[sn]?|aking|ook) (its |their )?place\b"
+    r"|[Pp]lace[Hh]older"
     r"|(?i:rows|columns)[ _-]?[Ii]n[ _-]?[Hh]and")
 QUOTED = r'|R"\(.*?\)"|"""|"(?:\\.|[^"\\])*"|\'(?:\\.|[^\'\\])*\''
 CPP_TOKEN = re.compile("//.*" + QUOTED)
@@ -53,7 +54,8 @@ def is_checked(path):
 def without_texts(path, line):
     if path.endswith(".md"):
         return line
-    token, comment = (CPP_TOKEN, "//") if path.endswith(source_tree.SOURCES) else (SCRIPT_TOKEN, "#")
+    is_cpp = path.endswith(source_tree.SOURCES)
+    token, comment = (CPP_TOKEN, "//") if is_cpp else (SCRIPT_TOKEN, "#")
     return token.sub(lambda found: found.group() if found.group().startswith(comment) else "", line)
 
 
@@ -83,9 +85,9 @@ def problems(root):
 
 
 def main():
-    parser = argparse.ArgumentParser(description="Checks that the tree uses the words of the field.")
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("root", nargs="?", default=source_tree.default_root())
-    parser.add_argument("--count", action="store_true", help="print the findings of each folder only")
+    parser.add_argument("--count", action="store_true", help="print the findings a folder only")
     options = parser.parse_args()
     folders = collections.Counter()
     for path, number, word, instead in problems(options.root):

@@ -91,7 +91,8 @@ bool DateContext::prepareFormat() {
 
 double DateContext::wholeUnits(std::int64_t milliseconds) const {
   const std::int64_t unit = millisecondsOfUnit(m_parameters.elapsedTimeUnit);
-  return unit == 0 ? 0.0 : static_cast<double>(milliseconds / unit);
+  const std::int64_t units = unit == 0 ? 0 : milliseconds / unit;
+  return static_cast<double>(units);
 }
 
 double DateContext::currentElapsedTime() const {

@@ -83,7 +83,8 @@ double elapsedOfDate(const DateContext& dates, const QDateTime& date) {
   }
   const std::int64_t unit = millisecondsOfUnit(dates.parameters().elapsedTimeUnit);
   const std::int64_t elapsed = date.toMSecsSinceEpoch() - dates.reference();
-  return unit == 0 ? 0.0 : static_cast<double>(elapsed / unit);
+  const std::int64_t wholeUnits = unit == 0 ? 0 : elapsed / unit;
+  return static_cast<double>(wholeUnits);
 }
 
 QDateTime withAdded(const QDateTime& date, double years, double months, double days) {
