@@ -61,7 +61,9 @@ int beginOf(const ExpressionError& refusal, const QString& expression) {
   if (QStringView(expression).sliced(position).startsWith(refusal.token)) {
     return static_cast<int>(position);
   }
-  return withPosition({.token = refusal.token}, expression.first(position)).position;
+  ExpressionError function;
+  function.token = refusal.token;
+  return withPosition(function, expression.first(position)).position;
 }
 
 // Where an engine reports no token, it is the one at the position, or else the first one with a
