@@ -38,7 +38,7 @@ class ExpressionAction : public ActionItem {
   ExpressionCheck check(const OutputVariable& output, ResultUse use) const;
 
   char init() override;
-  // Reports what the user should know at the end of a run; an error of the action's own says it all.
+  // Reports what the user should know at the end of a run, unless an error of its own says it.
   char close() override;
   // Never.
   char canRunInParallel(QString what, bool* reason) override;

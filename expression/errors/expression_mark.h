@@ -10,8 +10,8 @@
 
 namespace kelvarin {
 
-// The error with the position of its token where the library reports none: the token's last occurrence
-// outside of texts. Unchanged where there is no token, or it is not in the expression.
+// The error with the position of its token where the library reports none: that of the last
+// occurrence outside of texts. Unchanged where there is no token, or it is not in the expression.
 ExpressionError withPosition(ExpressionError error, const QString& expression);
 
 // Two lines, or one where the position is unknown. Of a long expression the part around the

@@ -55,12 +55,24 @@ bool isBeyondLatin1(QStringView text) {
   return std::any_of(text.begin(), text.end(), [](QChar c) { return c.unicode() > 0xFF; });
 }
 
+// Of a wrong argument, engines report the function with the position behind the argument.
+int beginOf(const ExpressionError& refusal, const QString& expression) {
+  const qsizetype position = std::clamp<qsizetype>(refusal.position, 0, expression.size());
+  if (QStringView(expression).sliced(position).startsWith(refusal.token)) {
+    return static_cast<int>(position);
+  }
+  ExpressionError function;
+  function.token = refusal.token;
+  return withPosition(function, expression.first(position)).position;
+}
+
 // Where an engine reports no token, it is the one at the position, or else the first one with a
 // character that the engines of numbers do not take.
 void setToken(EngineChoice& choice, const ExpressionError& refusal, const QString& expression) {
   choice.token = refusal.token;
   choice.position = refusal.position;
   if (!refusal.token.isEmpty()) {
+    choice.position = beginOf(refusal, expression);
     return;
   }
   const ExpressionTokens tokens(expression);

@@ -21,7 +21,8 @@ inline QString assigns(const QString& expressionName) {
 inline QString assignsInCondition(const QString& expressionName) {
   return assigns(expressionName) +
          QStringLiteral(
-             " The assigned value is the condition: true unless it is 0, missing or an empty text.");
+             " The assigned value is the condition: true unless it is 0, missing or an empty "
+             "text.");
 }
 inline QString chained(const QString& expressionName, const QString& chain,
                        const QString& firstComparison, const QString& meant) {

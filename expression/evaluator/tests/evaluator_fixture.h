@@ -60,6 +60,13 @@ inline OutputVariable outputOf(const char* expression, char meta = 'F') {
   return output;
 }
 
+// Leaves native code out, so that the back-end of numbers is the Fast one.
+inline EvaluationOptions withoutNative() {
+  EvaluationOptions options;
+  options.useJIT = false;
+  return options;
+}
+
 inline QString asWritten(const QString& name) {
   return name;
 }

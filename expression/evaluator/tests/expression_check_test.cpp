@@ -96,7 +96,7 @@ TEST(EngineChoice, SaysWhatForcedASlowerEngine) {
       {"2 + (x = 3)", BackendKind::fast, "=", 7},
       {"x + strlen(t)", BackendKind::string, "strlen", 4},
       {"x + (t == \"a\")", BackendKind::string, "t", 5},
-      {"isNull(\"é\") + 1", BackendKind::string, "\"é\"", 7},
+      {"1 + isNull(\"é\")", BackendKind::string, "isNull", 4},
       {"x + größe + Ελλάς", BackendKind::string, "Ελλάς", 12},
   };
   ExpressionSet expressions;
@@ -110,7 +110,7 @@ TEST(EngineChoice, SaysWhatForcedASlowerEngine) {
     EXPECT_EQ(check.engine->reason,
               one.engine == BackendKind::native ? Reason::fastest : Reason::token)
         << one.expression;
-    EXPECT_EQ(check.engine->token, one.token) << one.expression;
+    EXPECT_EQ(check.engine->token.toStdString(), one.token) << one.expression;
     EXPECT_EQ(check.engine->position, one.position) << one.expression;
   }
   EXPECT_EQ(expressions.check(outputOf("x", 'U')).engine->reason, Reason::textResult);

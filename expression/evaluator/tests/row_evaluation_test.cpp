@@ -1,10 +1,10 @@
-#include "expression/evaluator/expression_evaluator.h"
+// Rows loaded, evaluated and written.
+
+#include "expression/evaluator/row_evaluation.h"
 
 #include <atomic>
-#include <ctime>
 #include <cstdlib>
 #include <new>
-#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -33,57 +33,7 @@ void operator delete(void* memory, std::size_t) noexcept {
 namespace kelvarin {
 namespace {
 
-// Sanitizers slow the libraries down.
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-constexpr double kMaxSeconds = 60.0;
-#else
-constexpr double kMaxSeconds = 2.0;
-#endif
-
-// Leaves native code out, so that the back-end of numbers is the Fast one.
-EvaluationOptions withoutNative() {
-  EvaluationOptions options;
-  options.useJIT = false;
-  return options;
-}
-
-TEST(Evaluator, TakesTheFirstBackendThatCompiles) {
-  TableRun run({"a", "t", "größe", "Ελλάς"}, "FUFF",
-               {inputOf("a"), inputOf("t", 'U'), inputOf("größe"), inputOf("Ελλάς")},
-               withoutNative());
-  EXPECT_EQ(run.add(outputOf("a*2")), QString());
-  EXPECT_EQ(run.add(outputOf("isNull(t)")), QString());
-  EXPECT_EQ(run.add(outputOf("a*2", 'U')), QString());
-  EXPECT_EQ(run.add(outputOf("größe+1")), QString());
-  EXPECT_EQ(run.add(outputOf("Ελλάς+1")), QString());
-  EXPECT_EQ(run.evaluator.expressions.backend(0), BackendKind::fast);
-  EXPECT_EQ(run.evaluator.expressions.backend(1), BackendKind::string);
-  EXPECT_EQ(run.evaluator.expressions.backend(2), BackendKind::string);
-  EXPECT_EQ(run.evaluator.expressions.backend(3), BackendKind::fast);
-  EXPECT_EQ(run.evaluator.expressions.backend(4), BackendKind::string);
-  run.table.set(2, 4.0);
-  run.table.set(3, 6.0);
-  EXPECT_EQ(run.next(3), RowOutcome::ok);
-  EXPECT_EQ(run.number(3), 5.0);
-  EXPECT_EQ(run.next(4), RowOutcome::ok);
-  EXPECT_EQ(run.number(4), 7.0);
-}
-
-TEST(Evaluator, AnObserverForcesTheStringBackend) {
-  TableRun run({"a"}, "F", {inputOf("a")}, {}, true);
-  ASSERT_EQ(run.add(outputOf("a*2")), QString());
-  EXPECT_EQ(run.evaluator.expressions.backend(0), BackendKind::string);
-}
-
-TEST(Evaluator, ARequiredBackendHasNoFallback) {
-  TableRun run({"t"}, "U", {inputOf("t", 'U')});
-  run.evaluator.expressions.requireBackend(BackendKind::fast);
-  EXPECT_TRUE(run.add(outputOf("t", 'U')).contains("\"t\""));
-  run.evaluator.expressions.requireBackend(BackendKind::string);
-  EXPECT_EQ(run.add(outputOf("t", 'U')), QString());
-}
-
-TEST(Evaluator, TextsInFunctionsOfNumbersAreReportedWithTheirPosition) {
+TEST(RowEvaluation, TextsInFunctionsOfNumbersAreReportedWithTheirPosition) {
   TableRun run({"t", "a"}, "UF", {inputOf("t", 'U'), inputOf("a")});
   ASSERT_EQ(run.add(outputOf("\"é\" == t ? 1 : 0 + sqrt(t)")), QString());
   ASSERT_EQ(run.add(outputOf("isNull(t) + exp(a) + ln(2)")), QString());
@@ -109,7 +59,7 @@ TEST(Evaluator, TextsInFunctionsOfNumbersAreReportedWithTheirPosition) {
             ExpressionCheck::Kind::fine);
 }
 
-TEST(Evaluator, RowNumberCountsFromZeroAndSurvivesAssignment) {
+TEST(RowEvaluation, RowNumberCountsFromZeroAndSurvivesAssignment) {
   for (const char* expression : {"_n", "_n=_n+10"}) {
     TableRun run({"a"}, "F", {});
     ASSERT_EQ(run.add(outputOf(expression)), QString());
@@ -125,56 +75,7 @@ TEST(Evaluator, RowNumberCountsFromZeroAndSurvivesAssignment) {
   EXPECT_NE(run.add(outputOf("_n")), QString());
 }
 
-TEST(Evaluator, ColumnsWinOverTheNamesOfLibraries) {
-  const QStringList names = {"e", "k", "sum", "min", "pi", "or", "order", "_null", "_pi", "sin"};
-  std::vector<InputVariable> inputs;
-  for (const QString& name : names) {
-    inputs.push_back(inputOf(name.toUtf8().constData()));
-  }
-  for (const BackendKind kind : {BackendKind::fast, BackendKind::string}) {
-    TableRun run(names, QString(names.size(), u'F'), inputs);
-    run.evaluator.expressions.requireBackend(kind);
-    for (int i = 0; i < names.size(); ++i) {
-      run.table.set(i, 10.0 + i);
-      ASSERT_EQ(run.add(outputOf((names[i] + "+1").toUtf8().constData())), QString()) << i;
-      ASSERT_EQ(run.next(i), RowOutcome::ok);
-      EXPECT_EQ(run.number(i), 11.0 + i) << names[i].toStdString();
-    }
-    // Used as a function, the library's stays.
-    ASSERT_EQ(run.add(outputOf("min(3,2)+sin(0)")), QString());
-    ASSERT_EQ(run.next(static_cast<int>(names.size())), RowOutcome::ok);
-    EXPECT_EQ(run.number(static_cast<int>(names.size())), 2.0);
-  }
-}
-
-TEST(Evaluator, LabelsThatNoExpressionCanHoldDoNoHarm) {
-  TableRun run({"a b", "1st", "", "x"}, "FFFF", {inputOf("a b"), inputOf("1st"), inputOf("x")},
-               withoutNative());
-  ASSERT_EQ(run.add(outputOf("x+1")), QString());
-  EXPECT_EQ(run.evaluator.expressions.backend(0), BackendKind::fast);
-  EXPECT_EQ(run.add(outputOf("x+1", 'U')), QString());
-}
-
-TEST(Evaluator, LineBreaksAreBlanksInEveryBackend) {
-  for (const BackendKind kind : {BackendKind::fast, BackendKind::string}) {
-    TableRun run({"x"}, "F", {inputOf("x")});
-    run.evaluator.expressions.requireBackend(kind);
-    ASSERT_EQ(run.add(outputOf("x\r\n\t+1")), QString());
-    run.table.set(0, 2.0);
-    run.next();
-    EXPECT_EQ(run.number(), 3.0);
-  }
-}
-
-TEST(Evaluator, MissingColumnsAndMixedTypesAreNamed) {
-  EXPECT_EQ(TableRun({"a"}, "F", {inputOf("b")}).bindError, "Error: Column 'b' not found");
-  InputVariable two = inputOf("a");
-  two.columns = {"a", "t"};
-  EXPECT_EQ(TableRun({"a", "t"}, "FU", {two}).bindError,
-            "Error: Column 'a' and 't' must have the same type");
-}
-
-TEST(Evaluator, AnEmptyExpressionIsTheNullOfItsColumn) {
+TEST(RowEvaluation, AnEmptyExpressionIsTheNullOfItsColumn) {
   TableRun run({"a"}, "F", {});
   unsigned char* text = nullptr;
   ASSERT_EQ(run.add(outputOf("", 'F')), QString());
@@ -189,7 +90,7 @@ TEST(Evaluator, AnEmptyExpressionIsTheNullOfItsColumn) {
   EXPECT_TRUE(isNullText(text));
 }
 
-TEST(Evaluator, TextVariablesTakeTheShortestTextOfNumbersAndKeys) {
+TEST(RowEvaluation, TextVariablesTakeTheShortestTextOfNumbersAndKeys) {
   TableRun run({"f", "k"}, "FK", {inputOf("f", 'U'), inputOf("k", 'U')});
   unsigned char* text = nullptr;
   ASSERT_EQ(run.add(outputOf("f//\"/\"//k", 'U')), QString());
@@ -204,7 +105,7 @@ TEST(Evaluator, TextVariablesTakeTheShortestTextOfNumbersAndKeys) {
   EXPECT_TRUE(isNullText(text));
 }
 
-TEST(Evaluator, NumberVariablesTakeTextsThatAreNumbersAndWarnOnce) {
+TEST(RowEvaluation, NumberVariablesTakeTextsThatAreNumbersAndWarnOnce) {
   TableRun run({"t"}, "U", {inputOf("t")});
   ASSERT_EQ(run.add(outputOf("t")), QString());
   const std::pair<const char*, double> cases[] = {
@@ -221,7 +122,7 @@ TEST(Evaluator, NumberVariablesTakeTextsThatAreNumbersAndWarnOnce) {
                         "and counted as missing, the first one on data row 5 (counted from 0)."});
 }
 
-TEST(Evaluator, CountsDatesThatCannotBeRead) {
+TEST(RowEvaluation, CountsDatesThatCannotBeRead) {
   for (const int castToET2 : {0, 1}) {
     EvaluationOptions options;
     options.time.dateFormat = "yyyy-MM-dd";
@@ -245,7 +146,7 @@ TEST(Evaluator, CountsDatesThatCannotBeRead) {
   }
 }
 
-TEST(Evaluator, NullKeysEnterAsTheOptionSays) {
+TEST(RowEvaluation, NullKeysEnterAsTheOptionSays) {
   const double expected[] = {kNullNumber, 0.0};
   for (int mode = 0; mode < 3; ++mode) {
     EvaluationOptions options;
@@ -265,7 +166,7 @@ TEST(Evaluator, NullKeysEnterAsTheOptionSays) {
   }
 }
 
-TEST(Evaluator, KeyResultsFollowBothCastModes) {
+TEST(RowEvaluation, KeyResultsFollowBothCastModes) {
   struct Case {
     double number;
     int outOfRange;
@@ -303,7 +204,7 @@ TEST(Evaluator, KeyResultsFollowBothCastModes) {
   }
 }
 
-TEST(Evaluator, ResultsTakeTheTypeOfTheirColumn) {
+TEST(RowEvaluation, ResultsTakeTheTypeOfTheirColumn) {
   TableRun run({"a"}, "F", {inputOf("a")});
   unsigned char* text = nullptr;
   ASSERT_EQ(run.add(outputOf("a/3", 'U')), QString());
@@ -320,7 +221,7 @@ TEST(Evaluator, ResultsTakeTheTypeOfTheirColumn) {
             "The expression evaluated to a String and a Number was expected");
 }
 
-TEST(Evaluator, AFailedRowLosesOnlyItsOwnOutputWhenRunsGoOn) {
+TEST(RowEvaluation, AFailedRowLosesOnlyItsOwnOutputWhenRunsGoOn) {
   EvaluationOptions options;
   options.abortWhenError = false;
   TableRun run({"t"}, "U", {inputOf("t", 'U')}, options);
@@ -342,7 +243,7 @@ TEST(Evaluator, AFailedRowLosesOnlyItsOwnOutputWhenRunsGoOn) {
   EXPECT_TRUE(failures.firstMessage.startsWith("Can't evaluate"));
 }
 
-TEST(Evaluator, TruthFollowsIsTrue) {
+TEST(RowEvaluation, TruthFollowsIsTrue) {
   const std::pair<const char*, bool> cases[] = {
       {"0", false},      {"_null", false},     {"_nan", true},  {"_infinity", true},
       {"-1", true},      {"1>2", false},       {"\"\"", false}, {"\"0\"", true},
@@ -358,7 +259,7 @@ TEST(Evaluator, TruthFollowsIsTrue) {
   }
 }
 
-TEST(Evaluator, DateInputsEnterAsElapsedTimes) {
+TEST(RowEvaluation, DateInputsEnterAsElapsedTimes) {
   struct Case {
     const char* date;
     bool emptyToNull;
@@ -393,7 +294,7 @@ TEST(Evaluator, DateInputsEnterAsElapsedTimes) {
   }
 }
 
-TEST(Evaluator, NumbersCostNoAllocationPerRow) {
+TEST(RowEvaluation, NumbersCostNoAllocationPerRow) {
   TableRun run({"a", "k"}, "FK", {inputOf("a"), inputOf("k")});
   ASSERT_EQ(run.add(outputOf("a*k+nvl(a,1)")), QString());
   ASSERT_EQ(run.add(outputOf("k+1", 'K')), QString());
@@ -415,76 +316,6 @@ TEST(Evaluator, NumbersCostNoAllocationPerRow) {
   }
   EXPECT_EQ(allocationCount.load(), before);
   EXPECT_EQ(run.number(0), 6.0);
-}
-
-TEST(Evaluator, UnfriendlyExpressionsEndWithAMessageOrAValue) {
-  const std::vector<QString> expressions = {
-      QString(10000, u'('),
-      QString(4990, u'(') + "1" + QString(4990, u')'),
-      QString(4990, u'{') + "1" + QString(4990, u'}'),
-      QString("1+").repeated(12000) + "1",
-      QString("-").repeated(9000) + "1",
-      QString("x[").repeated(3000),
-      QString("t//").repeated(3300) + "t",
-      QString("sin(").repeated(1900) + "1" + QString(1900, u')'),
-      QString("true&&").repeated(1600) + "true",
-      QString("\"").repeated(9001),
-      QString("?").repeated(9000),
-      QString("1?").repeated(3000) + "1" + QString(":1").repeated(3000),
-      QString::fromUtf8("x\0+1", 4),
-      QString::fromUtf16(u"x + \xD800 + 1"),
-      QString("\"a\\"),
-      QString("t=t//t,").repeated(900) + "t",
-      QString("(t=t//t)//").repeated(400) + "t",
-      QString(5000, u'x') + "+1",
-      QString("é").repeated(9000),
-  };
-  for (const QString& expression : expressions) {
-    for (const char meta : {'F', 'U'}) {
-      InputVariable text = inputOf("t", 'U');
-      text.text = "abc";
-      ExpressionEvaluator evaluator;
-      evaluator.expressions.configure({}, {inputOf("x"), text}, nullptr, false);
-      const std::clock_t start = std::clock();  // a busy machine is not slow code
-      OutputVariable output = outputOf("", meta);
-      output.expression = expression;
-      const QString message = evaluator.expressions.check(output).text;
-      const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-      EXPECT_LT(seconds, kMaxSeconds) << expression.left(30).toStdString();
-      EXPECT_LT(message.size(), 2000);
-    }
-  }
-  ExpressionEvaluator evaluator;
-  evaluator.expressions.configure({}, {}, nullptr, false);
-  EXPECT_TRUE(evaluator.expressions.check(outputOf(QByteArray(20100, '1').constData())).text
-                  .startsWith("The expression is too long: it has 20100 characters"));
-}
-
-TEST(Evaluator, EvaluatorsOfSeveralThreadsShareNothing) {
-  std::vector<std::thread> threads;
-  std::atomic<int> wrong{0};
-  for (int i = 0; i < 4; ++i) {
-    threads.emplace_back([&wrong, i] {
-      TableRun run({"a", "t"}, "FU", {inputOf("a"), inputOf("t", 'U')});
-      unsigned char* text = nullptr;
-      run.add(outputOf("a*2"));
-      run.add(outputOf("t//\"!\"", 'U'));
-      run.add(outputOf("foo("));
-      run.evaluator.rows.setTextTarget(1, &text);
-      run.table.set(0, 1.0 * i);
-      run.table.set(1, QString::number(i));
-      for (int row = 0; row < 200; ++row) {
-        const bool isRight = run.next(0) == RowOutcome::ok && run.number(0) == 2.0 * i &&
-                             run.next(1) == RowOutcome::ok &&
-                             textFromBytes(text) == std::to_string(i) + "!";
-        wrong += isRight ? 0 : 1;
-      }
-    });
-  }
-  for (std::thread& thread : threads) {
-    thread.join();
-  }
-  EXPECT_EQ(wrong.load(), 0);
 }
 
 }  // namespace
