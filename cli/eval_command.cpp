@@ -184,7 +184,7 @@ class ResultPrinter {
 
 // The expression with a mark, and what may have been meant.
 void explainFault(const ExpressionFault& fault, const ExpressionRequest& request, Console& console) {
-  const ExpressionError error{fault.text, fault.position, fault.token};
+  const ExpressionError& error = fault.error;
   if (fault.position >= 0) {
     const QString marked = markedExpression(request.expression, error);
     console.writeReason(LogLevel::information,

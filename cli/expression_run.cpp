@@ -35,7 +35,7 @@ Status<ExpressionFault> ExpressionRun::start() {
   const ResultUse use = m_request.meta ? ResultUse::column : ResultUse::anyValue;
   if (const auto compiled = m_evaluator.compile(m_output, use); !compiled) {
     const ExpressionError& error = compiled.error();
-    return Failure{ExpressionFault{checkErrorText(error), error.token, error.position}};
+    return Failure{ExpressionFault{checkErrorText(error), error.token, error.position, error}};
   }
   if (m_request.meta && metaOfOutput(*m_request.meta).type() == MetaTypeColumn::text) {
     m_evaluator.setTextTarget(0, &m_text);
@@ -100,7 +100,7 @@ ExpressionFault ExpressionRun::faultOfRow() const {
     const auto row = static_cast<std::int64_t>(m_evaluator.rowNumber());
     return {keyOutOfRangeText(failure.name, row, failure.value), {}, -1};
   }
-  return {checkErrorText(failure.error), failure.error.token, failure.error.position};
+  return {checkErrorText(failure.error), failure.error.token, failure.error.position, failure.error};
 }
 
 }  // namespace kelvarin

@@ -28,6 +28,7 @@ struct ExpressionFault {
   QString text;
   QString token;
   int position = -1;
+  ExpressionError error = {};  // of the back-end, if it is one
 };
 
 struct ExpressionResult {
