@@ -160,20 +160,23 @@ ExpressionError::Kind kindOf(mup::EErrorCodes code) {
 }
 
 // The library counts positions in bytes, in its messages too.
-ExpressionError errorOf(mup::ParserError error, const std::string& expression) {
+// `fault` is what an operator or function reported, if one did.
+ExpressionError errorOf(mup::ParserError error, const std::string& expression,
+                        const mup::ErrorContext& fault = {}) {
   if (error.GetCode() == mup::ecUNDEFINED) {  // one of its assertions
     return {messages::unparsable(), -1, {}};
   }
   mup::ErrorContext& context = error.GetContext();
   context.Pos = positionOfByte(expression, context.Pos);
-  const ExpressionError::Kind kind = kindOf(context.Errc);
+  const mup::ErrorContext& cause = context.Errc == mup::ecEVAL ? fault : context;
+  const ExpressionError::Kind kind = kindOf(cause.Errc);
   const bool isAboutTypes = kind == ExpressionError::Kind::wrongType;
   return {.message = abbreviated(asWritten(error.GetMsg())),
           .position = context.Pos,
           .token = abbreviated(asWritten(context.Ident).trimmed()),
           .kind = kind,
-          .found = typeOf(isAboutTypes ? context.Type1 : char()),
-          .wanted = typeOf(isAboutTypes ? context.Type2 : char())};
+          .found = typeOf(isAboutTypes ? cause.Type1 : char()),
+          .wanted = typeOf(isAboutTypes ? cause.Type2 : char())};
 }
 
 ExpressionError errorOf(const std::exception& error) {
@@ -205,7 +208,7 @@ class StringExpression final : public CompiledExpression {
   }
 
   ExpressionError describe(const mup::ParserError& error) const {
-    return errorOf(error, m_expression);
+    return errorOf(error, m_expression, m_parser.limits().fault());
   }
 
   BackendKind kind() const override { return BackendKind::string; }

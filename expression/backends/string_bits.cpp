@@ -19,52 +19,62 @@ bool isNumber(const mup::IValue& value) {
 template <typename LibraryOperator, double (*compute)(double, double)>
 class BitOperator final : public LibraryOperator {
  public:
+  explicit BitOperator(EvaluationLimits& limits) : m_limits(limits) {}
+
   void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int count) override {
     if (isNumber(*arguments[0]) && isNumber(*arguments[1])) {
       *result = compute(arguments[0]->GetFloat(), arguments[1]->GetFloat());
     } else {
-      LibraryOperator::Eval(result, arguments, count);
+      m_limits.keepingFault([&] { LibraryOperator::Eval(result, arguments, count); });
     }
   }
   mup::IToken* Clone() const override { return new BitOperator(*this); }
+
+ private:
+  EvaluationLimits& m_limits;
 };
 
 template <typename LibraryOperator, double (*compute)(double)>
 class Cast final : public LibraryOperator {
  public:
+  explicit Cast(EvaluationLimits& limits) : m_limits(limits) {}
+
   void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int count) override {
     if (isNumber(*arguments[0])) {
       *result = compute(arguments[0]->GetFloat());
     } else {
-      LibraryOperator::Eval(result, arguments, count);
+      m_limits.keepingFault([&] { LibraryOperator::Eval(result, arguments, count); });
     }
   }
   mup::IToken* Clone() const override { return new Cast(*this); }
+
+ private:
+  EvaluationLimits& m_limits;
 };
 
 template <typename Operator>
-void replaceBinary(mup::ParserX& parser) {
-  auto replacement = std::make_unique<Operator>();
+void replaceBinary(mup::ParserX& parser, EvaluationLimits& limits) {
+  auto replacement = std::make_unique<Operator>(limits);
   parser.RemoveOprt(replacement->GetIdent());
   parser.DefineOprt(mup::TokenPtr<mup::IOprtBin>(replacement.release()));
 }
 
 template <typename Operator>
-void replaceInfix(mup::ParserX& parser) {
-  auto replacement = std::make_unique<Operator>();
+void replaceInfix(mup::ParserX& parser, EvaluationLimits& limits) {
+  auto replacement = std::make_unique<Operator>(limits);
   parser.RemoveInfixOprt(replacement->GetIdent());
   parser.DefineInfixOprt(mup::TokenPtr<mup::IOprtInfix>(replacement.release()));
 }
 
 }  // namespace
 
-void addBitOperators(mup::ParserX& parser) {
-  replaceBinary<BitOperator<mup::OprtAnd, bits::bitAnd>>(parser);
-  replaceBinary<BitOperator<mup::OprtOr, bits::bitOr>>(parser);
-  replaceBinary<BitOperator<mup::OprtShl, bits::shiftLeft>>(parser);
-  replaceBinary<BitOperator<mup::OprtShr, bits::shiftRight>>(parser);
-  replaceInfix<Cast<mup::OprtCastToInt, bits::toInteger>>(parser);
-  replaceInfix<Cast<mup::OprtCastToFloat, bits::toFloat>>(parser);
+void addBitOperators(mup::ParserX& parser, EvaluationLimits& limits) {
+  replaceBinary<BitOperator<mup::OprtAnd, bits::bitAnd>>(parser, limits);
+  replaceBinary<BitOperator<mup::OprtOr, bits::bitOr>>(parser, limits);
+  replaceBinary<BitOperator<mup::OprtShl, bits::shiftLeft>>(parser, limits);
+  replaceBinary<BitOperator<mup::OprtShr, bits::shiftRight>>(parser, limits);
+  replaceInfix<Cast<mup::OprtCastToInt, bits::toInteger>>(parser, limits);
+  replaceInfix<Cast<mup::OprtCastToFloat, bits::toFloat>>(parser, limits);
 }
 
 }  // namespace kelvarin

@@ -6,8 +6,11 @@
 
 #include <mpParser.h>
 
+#include "expression/backends/string_limits.h"
+
 namespace kelvarin {
 
-void addBitOperators(mup::ParserX& parser);
+// `limits` outlives the parser's operators.
+void addBitOperators(mup::ParserX& parser, EvaluationLimits& limits);
 
 }  // namespace kelvarin

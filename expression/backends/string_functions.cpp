@@ -38,18 +38,21 @@ double call(const NumberBody& body, FunctionContext& context, const Numbers& num
       body);
 }
 
-[[noreturn]] void refuseType(const mup::ICallback& callback, int argument, char found,
-                             char expected) {
-  throw mup::ParserError(mup::ErrorContext(mup::ecTYPE_CONFLICT_FUN, callback.GetExprPos(),
-                                           callback.GetIdent(), found, expected, argument + 1));
+void refuseType(EvaluationLimits& limits, const mup::ICallback& callback, int argument, char found,
+                char expected) {
+  limits.keepingFault([&] {
+    throw mup::ParserError(mup::ErrorContext(mup::ecTYPE_CONFLICT_FUN, callback.GetExprPos(),
+                                             callback.GetIdent(), found, expected, argument + 1));
+  });
 }
 
 // A function of any number of numbers.
 class ManyNumbersFunction final : public mup::ICallback {
  public:
-  explicit ManyNumbersFunction(const FunctionLine& line)
+  ManyNumbersFunction(const FunctionLine& line, EvaluationLimits& limits)
       : mup::ICallback(mup::cmFUNC, line.name, kAnyArgumentCount),
         m_line(line),
+        m_limits(limits),
         m_body(std::get<NumberMany>(line.body.number)) {}
 
   const mup::char_type* GetDesc() const override { return m_line.help; }
@@ -63,7 +66,7 @@ class ManyNumbersFunction final : public mup::ICallback {
     for (int i = 0; i < count; ++i) {
       const char type = arguments[i]->GetType();
       if (type != 'f' && type != 'i') {
-        refuseType(*this, i, type, 'f');
+        refuseType(m_limits, *this, i, type, 'f');
       }
       m_numbers.push_back(arguments[i]->GetFloat());
     }
@@ -72,6 +75,7 @@ class ManyNumbersFunction final : public mup::ICallback {
 
  private:
   const FunctionLine& m_line;
+  EvaluationLimits& m_limits;
   NumberMany m_body;
   std::vector<double> m_numbers;
 };
@@ -105,7 +109,7 @@ class TableFunction final : public mup::ICallback {
     } else if (m_arguments[static_cast<std::size_t>(m_firstText)].isNull()) {
       *result = kNullNumber;
     } else {
-      refuseType(*this, m_firstText, 's', 'f');
+      refuseType(m_limits, *this, m_firstText, 's', 'f');
     }
   }
 
@@ -129,7 +133,7 @@ class TableFunction final : public mup::ICallback {
                                    : FunctionArgument(std::string_view(value.GetString()));
           break;
         default:
-          refuseType(*this, i, value.GetType(), 's');
+          refuseType(m_limits, *this, i, value.GetType(), 's');
       }
     }
   }
@@ -198,7 +202,7 @@ class TableFunction final : public mup::ICallback {
 mup::ptr_cal_type callbackOf(const FunctionLine& line, FunctionContext& context,
                              EvaluationLimits& limits) {
   if (line.argumentCount == kAnyArgumentCount) {
-    return mup::ptr_cal_type(new ManyNumbersFunction(line));
+    return mup::ptr_cal_type(new ManyNumbersFunction(line, limits));
   }
   return mup::ptr_cal_type(new TableFunction(line, context, limits));
 }

@@ -30,6 +30,12 @@ class Concatenation final : public mup::OprtStrAdd {
   explicit Concatenation(EvaluationLimits& limits) : m_limits(limits) {}
 
   void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int) override {
+    m_limits.keepingFault([&] { join(result, arguments); });
+  }
+  mup::IToken* Clone() const override { return new Concatenation(*this); }
+
+ private:
+  void join(mup::ptr_val_type& result, const mup::ptr_val_type* arguments) const {
     const mup::string_type& left = arguments[0]->GetString();
     const mup::string_type& right = arguments[1]->GetString();
     if (left == kNullTextBytes || right == kNullTextBytes) {
@@ -39,9 +45,7 @@ class Concatenation final : public mup::OprtStrAdd {
     m_limits.takeJoinedText(*this, left.size() + right.size());
     *result = left + right;
   }
-  mup::IToken* Clone() const override { return new Concatenation(*this); }
 
- private:
   EvaluationLimits& m_limits;
 };
 
@@ -149,7 +153,7 @@ StringLibrary::StringLibrary() : mup::ParserX(kPackages) {
   RemoveOprt("//");
   DefineOprt(mup::TokenPtr<mup::IOprtBin>(new Concatenation(m_limits)));
   addOperators(*this, m_limits);
-  addBitOperators(*this);
+  addBitOperators(*this, m_limits);
   RemovePostfixOprt("!");
   DefinePostfixOprt(new Factorial);
   for (const char* name : {"n", "u", "mu", "m", "k", "M", "G"}) {

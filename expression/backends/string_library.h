@@ -16,6 +16,7 @@ class StringLibrary final : public mup::ParserX {
 
   // Of the evaluation that goes on.
   EvaluationLimits& limits() { return m_limits; }
+  const EvaluationLimits& limits() const { return m_limits; }
 
   // Removes what the library calls by this name, so that it is free for a variable.
   void freeName(const mup::string_type& name);

@@ -1,4 +1,4 @@
-// The memory that one evaluation of the String back-end may take.
+// The memory that one evaluation of the String back-end may take, and why it failed.
 //
 // The library keeps every value on its stack until something else is put there, so what counts is
 // all that an evaluation makes, be it used up or not.
@@ -28,7 +28,22 @@ class EvaluationLimits {
   void restart() {
     m_elements = 0;
     m_textBytes = 0;
+    m_fault.Errc = mup::ecUNDEFINED;
   }
+
+  // Runs the computation of an operator or function. The library reports its errors as one kind and
+  // in words, so the first report is kept.
+  template <typename Compute>
+  void keepingFault(Compute compute) {
+    try {
+      compute();
+    } catch (mup::ParserError& error) {
+      m_fault = error.GetContext();
+      throw;
+    }
+  }
+  const mup::ErrorContext& fault() const { return m_fault; }
+
   // Counts an array of so many elements, or the one that `value` is.
   void takeArray(const mup::ICallback& callback, double elements);
   void takeResult(const mup::ICallback& callback, const mup::IValue& value);
@@ -40,6 +55,7 @@ class EvaluationLimits {
  private:
   double m_elements = 0.0;
   std::size_t m_textBytes = 0;
+  mup::ErrorContext m_fault;
 };
 
 }  // namespace kelvarin

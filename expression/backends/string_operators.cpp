@@ -24,19 +24,32 @@ bool isNumberOrBoolean(const mup::IValue& value) {
   return isNumber(value) || value.GetType() == 'b';
 }
 
+// `argument` counts from 0.
+void refuseType(EvaluationLimits& limits, const mup::ICallback& callback, char found,
+                int argument) {
+  limits.keepingFault([&] {
+    throw mup::ParserError(mup::ErrorContext(mup::ecTYPE_CONFLICT_FUN, callback.GetExprPos(),
+                                             callback.GetIdent(), found, 'f', argument + 1));
+  });
+}
+
 // The library's power takes truths, though its other operators do not, and anything else for 0.
 class PowerOperator final : public mup::OprtPow {
  public:
+  explicit PowerOperator(EvaluationLimits& limits) : m_limits(limits) {}
+
   void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int) override {
     if (isNumberOrBoolean(*arguments[0]) && isNumberOrBoolean(*arguments[1])) {
       *result = jit::power(arguments[0]->GetFloat(), arguments[1]->GetFloat());
       return;
     }
     const int wrong = isNumberOrBoolean(*arguments[0]) ? 1 : 0;
-    throw mup::ParserError(mup::ErrorContext(mup::ecTYPE_CONFLICT_FUN, GetExprPos(), GetIdent(),
-                                             arguments[wrong]->GetType(), 'f', wrong + 1));
+    refuseType(m_limits, *this, arguments[wrong]->GetType(), wrong);
   }
   mup::IToken* Clone() const override { return new PowerOperator(*this); }
+
+ private:
+  EvaluationLimits& m_limits;
 };
 
 // What is no number gets the library's error, and an array its result.
@@ -57,7 +70,7 @@ class NumberOperator final : public LibraryOperator {
       // The size of a product, and that of a sum; before the memory is taken.
       m_limits.takeArray(*this, static_cast<double>(left.GetRows()) * right.GetCols());
     }
-    LibraryOperator::Eval(result, arguments, count);
+    m_limits.keepingFault([&] { LibraryOperator::Eval(result, arguments, count); });
     if (!areArrays) {
       m_limits.takeResult(*this, *result);
     }
@@ -84,15 +97,20 @@ class AssignOperator final : public mup::OprtAssign {
 template <typename LibraryOperator, bool (*compare)(double, double)>
 class ComparisonOperator final : public LibraryOperator {
  public:
+  explicit ComparisonOperator(EvaluationLimits& limits) : m_limits(limits) {}
+
   void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int count) override {
     if (isNumberOrBoolean(*arguments[0]) && isNumberOrBoolean(*arguments[1])) {
       *result = compare(arguments[0]->GetFloat(), arguments[1]->GetFloat());
       return;
     }
-    LibraryOperator::Eval(result, arguments, count);
+    m_limits.keepingFault([&] { LibraryOperator::Eval(result, arguments, count); });
   }
   int GetPri() const override { return mup::prRELATIONAL2; }
   mup::IToken* Clone() const override { return new ComparisonOperator(*this); }
+
+ private:
+  EvaluationLimits& m_limits;
 };
 
 bool both(bool left, bool right) {
@@ -107,32 +125,41 @@ bool either(bool left, bool right) {
 template <mup::EOprtPrecedence priority, bool (*join)(bool, bool)>
 class LogicOperator final : public mup::IOprtBin {
  public:
-  explicit LogicOperator(const char* sign) : mup::IOprtBin(sign, priority, mup::oaLEFT) {}
+  LogicOperator(const char* sign, EvaluationLimits& limits)
+      : mup::IOprtBin(sign, priority, mup::oaLEFT), m_limits(limits) {}
 
   void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int) override {
-    const bool left = arguments[0]->GetBool();
-    const bool right = arguments[1]->GetBool();
-    *result = join(left, right);
+    m_limits.keepingFault([&] {
+      const bool left = arguments[0]->GetBool();
+      const bool right = arguments[1]->GetBool();
+      *result = join(left, right);
+    });
   }
   const mup::char_type* GetDesc() const override { return "x&&y, x||y - logical and, or"; }
   mup::IToken* Clone() const override { return new LogicOperator(*this); }
+
+ private:
+  EvaluationLimits& m_limits;
 };
 
 class RemainderOperator final : public mup::IOprtBin {
  public:
-  RemainderOperator() : mup::IOprtBin("%", mup::prMUL_DIV, mup::oaLEFT) {}
+  explicit RemainderOperator(EvaluationLimits& limits)
+      : mup::IOprtBin("%", mup::prMUL_DIV, mup::oaLEFT), m_limits(limits) {}
 
   void Eval(mup::ptr_val_type& result, const mup::ptr_val_type* arguments, int) override {
     for (int i = 0; i < 2; ++i) {
       if (!isNumber(*arguments[i])) {
-        throw mup::ParserError(mup::ErrorContext(mup::ecTYPE_CONFLICT_FUN, GetExprPos(), GetIdent(),
-                                                 arguments[i]->GetType(), 'f', i + 1));
+        refuseType(m_limits, *this, arguments[i]->GetType(), i);
       }
     }
     *result = std::fmod(arguments[0]->GetFloat(), arguments[1]->GetFloat());
   }
   const mup::char_type* GetDesc() const override { return "x%y - remainder of x/y"; }
   mup::IToken* Clone() const override { return new RemainderOperator(*this); }
+
+ private:
+  EvaluationLimits& m_limits;
 };
 
 class MinusSign final : public mup::OprtSign {
@@ -144,7 +171,7 @@ class MinusSign final : public mup::OprtSign {
       *result = jit::negate(arguments[0]->GetFloat());
       return;
     }
-    mup::OprtSign::Eval(result, arguments, count);
+    m_limits.keepingFault([&] { mup::OprtSign::Eval(result, arguments, count); });
     m_limits.takeResult(*this, *result);
   }
   mup::IToken* Clone() const override { return new MinusSign(*this); }
@@ -187,16 +214,16 @@ void addOperators(mup::ParserX& parser, EvaluationLimits& limits) {
   replace<NumberOperator<mup::OprtMul, jit::multiply>>(parser, limits);
   replace<NumberOperator<mup::OprtDiv, jit::divide>>(parser, limits);
   replace<AssignOperator>(parser);
-  replace<PowerOperator>(parser);
-  replace<RemainderOperator>(parser);
-  replace<ComparisonOperator<mup::OprtLT, isLess>>(parser);
-  replace<ComparisonOperator<mup::OprtLE, isLessOrEqual>>(parser);
-  replace<ComparisonOperator<mup::OprtGT, isGreater>>(parser);
-  replace<ComparisonOperator<mup::OprtGE, isGreaterOrEqual>>(parser);
-  replace<ComparisonOperator<mup::OprtEQ, isEqual>>(parser);
-  replace<ComparisonOperator<mup::OprtNEQ, isNotEqual>>(parser);
-  replace<LogicOperator<mup::prLOGIC_AND, both>>(parser, "&&");
-  replace<LogicOperator<mup::prLOGIC_OR, either>>(parser, "||");
+  replace<PowerOperator>(parser, limits);
+  replace<RemainderOperator>(parser, limits);
+  replace<ComparisonOperator<mup::OprtLT, isLess>>(parser, limits);
+  replace<ComparisonOperator<mup::OprtLE, isLessOrEqual>>(parser, limits);
+  replace<ComparisonOperator<mup::OprtGT, isGreater>>(parser, limits);
+  replace<ComparisonOperator<mup::OprtGE, isGreaterOrEqual>>(parser, limits);
+  replace<ComparisonOperator<mup::OprtEQ, isEqual>>(parser, limits);
+  replace<ComparisonOperator<mup::OprtNEQ, isNotEqual>>(parser, limits);
+  replace<LogicOperator<mup::prLOGIC_AND, both>>(parser, "&&", limits);
+  replace<LogicOperator<mup::prLOGIC_OR, either>>(parser, "||", limits);
   parser.RemoveInfixOprt("-");
   parser.DefineInfixOprt(mup::TokenPtr<mup::IOprtInfix>(new MinusSign(limits)));
 }
