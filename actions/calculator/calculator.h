@@ -2,9 +2,9 @@
 // of the row.
 //
 // Pin 0 takes the rows, pin 1 an optional table of further variables. calculator.cpp has the
-// parameters and their XML, plan.cpp the first row, row.cpp every row. CalculatorVectorized derives
-// from it: what it does in its own way is in the CalculatorPlan and the RowComputation that each of
-// the two makes for a run.
+// parameters and their XML, plan.cpp the first row, row.cpp the rows that a step debugger watches.
+// CalculatorVectorized derives from it: what each of the two does in its own way is in the
+// CalculatorPlan and the RowComputation that it makes for a run.
 // Threads: those of ActionItem.
 // Errors: logged at level 1, the run fails.
 #pragma once

@@ -33,8 +33,8 @@ struct VariableTableForm {
   QString tooNarrow;  // the text to log about a table with fewer columns
 };
 
-// Pulls every row of the pin. The error is the text to log; it is empty where the table is not whole
-// because the user stopped the run, or because an action above failed, which has logged why.
+// Pulls every row of the pin. The error is the text to log; it is empty where the table is not
+// whole because the user stopped the run, or because an action above failed, which has logged why.
 Status<QString> readDefinitions(
     ActionItem& action, int pin, const VariableTableForm& form,
     const std::function<Status<QString>(const VariableTableRow&)>& take);

@@ -39,7 +39,8 @@ class ColumnNamer {
     options.addN = false;
     m_evaluator.expressions.configure(options, texts, m_rules.parameters, false);
     m_evaluator.expressions.requireBackend(BackendKind::string);
-    if (m_evaluator.expressions.prepareDateContext(m_expressions) == DateStatus::dateFormatUnknown) {
+    const DateStatus dates = m_evaluator.expressions.prepareDateContext(m_expressions);
+    if (dates == DateStatus::dateFormatUnknown) {
       return Failure{m_rules.dateFormatUnknown};
     }
     setColumns(0, [](const InputVariable& variable) { return !variable.isVector; });
@@ -71,7 +72,8 @@ class ColumnNamer {
     for (const QString& expression : m_expressions) {
       OutputVariable output;
       output.expression = expression;
-      if (const auto compiled = m_evaluator.expressions.compile(output, ResultUse::anyValue); !compiled) {
+      const auto compiled = m_evaluator.expressions.compile(output, ResultUse::anyValue);
+      if (!compiled) {
         return Failure{failureText(expression, compiled.error())};
       }
     }

@@ -3,8 +3,8 @@
 //
 // It can stop at the first row that fails; an expression that only limits the row number (`_n <
 // 100`) then takes the first rows without evaluating anything. plan.cpp works at the first row,
-// row.cpp at every row. Where the producer has rows in hand, rows_ahead.cpp decides on many of them at
-// once, and the rows then go their ways.
+// row.cpp at every row. Where the producer has rows in hand, rows_ahead.cpp decides on many of them
+// at once, and the rows then go their ways.
 // Threads: those of ActionItem.
 // Errors: logged at level 1, the run fails.
 #pragma once
