@@ -115,13 +115,13 @@ class SideBySide : public DrawnGraphs {
   Graph scalars() {
     return read("scalars.kelvarin",
                 QByteArray(kCsv) +
-                    "<Calculator name='calc' seed='3'>" + Drawn().inputs() +
-                    "<OutputVars><OutputVar name='sum'>a*2+b</OutputVar>"
-                    "<OutputVar name='dice'>rand1(10)+a</OutputVar>"
+                    "<Calculator name='calc' seed='3' dateFormat='yyyy' abortWhenError='0'>" +
+                    Drawn().inputs() + "<OutputVars><OutputVar name='sum'>a*2+b</OutputVar>"
+                    "<OutputVar name='dice'>rand1()+a</OutputVar>"
                     "<OutputVar name='length'>strlen(t)</OutputVar>"
                     "<OutputVar name='odd'>1 &lt; a &lt; 5</OutputVar></OutputVars></Calculator>"
-                    "<FilterRows name='keep'><Expression>a&gt;b</Expression>" + Drawn().inputs() +
-                    "</FilterRows><WriteCSV name='csv' file='kept.csv'/>"
+                    "<FilterRows name='keep' dateFormat='yyyy'><Expression>a&gt;b</Expression>" +
+                    Drawn().inputs() + "</FilterRows><WriteCSV name='csv' file='kept.csv'/>"
                     "<writeColumnarGel name='gel' file='rest.cgel_kelvarin' nRowsInBlock='300'/>",
                 link("source", "calc") + link("calc", "keep") + link("keep", "csv") +
                     link("keep", "gel", 1));
@@ -168,11 +168,12 @@ TEST_F(SideBySide, EachGraphEndsAsItDoesAlone) {
     RecordingHost host;
     const RunResult alone[] = {runGraph(graphs[0], records[0]), runGraph(graphs[1], records[1]),
                                runGraph(graphs[2], records[2])};
-    ASSERT_TRUE(alone[0].isOk() && alone[1].isOk());
-    ASSERT_EQ(alone[2].state, State::failed);
     scalarLog = logOf(alone[0]);
     vectorLog = logOf(alone[1]);
     failingLog = logOf(alone[2]);
+    ASSERT_TRUE(alone[0].isOk()) << ::testing::PrintToString(scalarLog);
+    ASSERT_TRUE(alone[1].isOk()) << ::testing::PrintToString(vectorLog);
+    ASSERT_EQ(alone[2].state, State::failed);
     ASSERT_FALSE(scalarLog.empty() || failingLog.empty());
   }
   const QByteArray files = contentOf(kWritten);

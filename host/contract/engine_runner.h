@@ -39,7 +39,7 @@ class KELVARIN_CORE EngineRunner {
   virtual void computationFinished() {}
 
   // For HostServices::runBranch(): does the work on the runner's thread and in the session of the
-  // caller. Work that leaves its record running has ended normally.
+  // caller, which must outlive the run. Work that leaves its record running has ended normally.
   void start(std::function<void(RunRecord& record)> computation);
 
  private:
