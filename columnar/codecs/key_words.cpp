@@ -153,7 +153,7 @@ bool skipPage(WordReader& reader, std::uint32_t keys) {
          packedWords == packed.size() && skipExceptions(reader, exceptions);
 }
 
-bool skipGroupsUnderOneHead(WordReader& reader, std::uint32_t groups) {
+bool skipGroupsUnderOneHead(WordReader& reader, std::uint32_t keys) {
   Words head;
   if (!reader.take(kWordsInHead, head)) {
     return false;
@@ -161,7 +161,7 @@ bool skipGroupsUnderOneHead(WordReader& reader, std::uint32_t groups) {
   std::size_t packedWords = 0;
   for (std::uint32_t i = 0; i < kGroupsUnderOneHead; ++i) {
     const std::uint32_t width = head[i / 4] >> (24 - 8 * (i % 4)) & 0xFF;
-    if (width > kWidestKey || (i >= groups && width != 0)) {
+    if (width > kWidestKey || (i >= keys / kKeysInGroup && width != 0)) {
       return false;
     }
     packedWords += width * kWordsOfOneBit;
@@ -175,38 +175,32 @@ bool takePackedCount(WordReader& reader, std::uint32_t keys) {
   return reader.take(count) && count == keys / kKeysInGroup * kKeysInGroup;
 }
 
-}  // namespace
-
-bool arePlainKeyWords(Words words, std::uint32_t keys) {
+// Packed keys come in parts, the last one shorter, and the tail follows.
+bool areKeyWords(Words words, std::uint32_t keys, std::uint32_t keysInPart,
+                 bool (*skipPart)(WordReader& reader, std::uint32_t keys)) {
   WordReader reader(words);
   if (!takePackedCount(reader, keys)) {
     return false;
   }
   std::uint32_t left = keys / kKeysInGroup * kKeysInGroup;
   while (left > 0) {
-    const std::uint32_t inPage = std::min(left, kKeysInPage);
-    if (!skipPage(reader, inPage)) {
+    const std::uint32_t inPart = std::min(left, keysInPart);
+    if (!skipPart(reader, inPart)) {
       return false;
     }
-    left -= inPage;
+    left -= inPart;
   }
   return isVariableByteTail(reader.rest(), keys % kKeysInGroup);
 }
 
+}  // namespace
+
+bool arePlainKeyWords(Words words, std::uint32_t keys) {
+  return areKeyWords(words, keys, kKeysInPage, skipPage);
+}
+
 bool areSortedKeyWords(Words words, std::uint32_t keys) {
-  WordReader reader(words);
-  if (!takePackedCount(reader, keys)) {
-    return false;
-  }
-  std::uint32_t left = keys / kKeysInGroup;
-  while (left > 0) {
-    const std::uint32_t groups = std::min(left, kGroupsUnderOneHead);
-    if (!skipGroupsUnderOneHead(reader, groups)) {
-      return false;
-    }
-    left -= groups;
-  }
-  return isVariableByteTail(reader.rest(), keys % kKeysInGroup);
+  return areKeyWords(words, keys, kGroupsUnderOneHead * kKeysInGroup, skipGroupsUnderOneHead);
 }
 
 }  // namespace kelvarin

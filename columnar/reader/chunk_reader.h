@@ -69,7 +69,7 @@ class ChunkReader {
     std::uint64_t knownSize = 0;    // of the source, which may grow meanwhile
     std::uint64_t largestPart = 0;  // of the source
     ByteBuffer bytes;               // of the loaded chunks
-    std::uint64_t aheadBegin = 0;   // the offset of `bytes` in the source, where they are contiguous
+    std::uint64_t aheadBegin = 0;   // of `bytes` in the source, when contiguous
     bool isAhead = false;           // they are, and may contain the following chunks
   };
 

@@ -29,7 +29,7 @@ struct OpenFailure {
     cannotOpen,  // the system cannot open or read it
     unreadable,  // not a columnar file, or one that is cut or damaged before its first block
     incomplete,  // and such files are refused
-    exchangeDamaged  // the journal of an exchange is damaged, so it is unknown which files belong together
+    exchangeDamaged  // the journal is, so it is unknown which files belong together
   };
   Problem problem = Problem::cannotOpen;
   bool isIncomplete = false;  // known before the problem was found

@@ -34,7 +34,7 @@ struct DescriptorGap {
   struct Side {
     std::uint64_t begin = 0;  // of a chunk
     bool isLastChunk = false;  // it is the last one of the previous block
-    std::optional<std::uint64_t> end;  // the begin of the next known block; else the end of the file
+    std::optional<std::uint64_t> end;  // begin of the next known block; else the end of file
   };
 
   std::uint64_t blocksBefore = 0;         // with descriptors

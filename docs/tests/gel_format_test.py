@@ -129,7 +129,7 @@ def with_deltas(descriptor, sets):
         for column in columns:
             position = struct.unpack_from("<I", changed, at)[0]
             struct.pack_into("<I", changed, at, position - before)
-            at, before = at + 5 + gel_reader.SUMMARY_BYTES[column.type], position
+            at, before = at + 5 + gel_reader.STATISTICS_BYTES[column.type], position
     return bytes(changed)
 
 

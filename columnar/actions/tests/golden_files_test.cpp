@@ -70,7 +70,7 @@ void expectRow(std::uint32_t row, unsigned char* const* values) {
 
 }  // namespace
 
-TEST(GoldenFiles, HaveTheValuesThatTheyWereMadeOf) {
+TEST(GoldenFiles, HaveTheirValuesAndNoDamage) {
   for (const char* name : {"finished", "killed"}) {
     const auto file = opened(kFolder + "/" + name + ".cgel_kelvarin");
     ASSERT_NE(file, nullptr) << name;
@@ -88,13 +88,6 @@ TEST(GoldenFiles, HaveTheValuesThatTheyWereMadeOf) {
     } while (!event.isLast());
     EXPECT_EQ(event.kind, ReadEvent::Kind::end);
     EXPECT_EQ(row, kRows);
-  }
-}
-
-TEST(GoldenFiles, HaveTrueChecksumsAndStatistics) {
-  for (const char* name : {"finished", "killed"}) {
-    const auto file = opened(kFolder + "/" + name + ".cgel_kelvarin");
-    ASSERT_NE(file, nullptr);
     const GelVerification result =
         verifyGelFile(*file, [](const GelDamage& damage) { ADD_FAILURE() << damage.column; });
     EXPECT_EQ(result.rows, kRows);

@@ -508,15 +508,6 @@ TEST_F(WriteColumnarGelTest, AFullDiskFailsTheRunWhenTheAnswerIsToGiveUp) {
   EXPECT_EQ(rowsOf("x.cgel_kelvarin"), -1);
 }
 
-TEST_F(WriteColumnarGelTest, ARunThatFailsElsewhereLeavesAnIncompleteFile) {
-  auto h = harness("");
-  h.push(kThreeRows);
-  h.runWithoutReading(2);
-  h.run().fail();
-  h.close();
-  EXPECT_EQ(rowsOf("x.cgel_kelvarin"), -1);
-}
-
 TEST(SplitNames, TextsGoBeforeTheExtension) {
   EXPECT_EQ(insertedBeforeExtension("a.b/c.d", "_x"), "a.b/c_x.d");
   EXPECT_EQ(insertedBeforeExtension("a.b/c", "_x"), "a.b/c_x");

@@ -179,7 +179,8 @@ def sorted_keys(keys):
     return out + tail(deltas(keys[whole:]))
 
 
-# The encodings. Every code here has less than 8 bits or whole bytes; small ones fill bytes from the lowest bit on.
+# The encodings. Every code here has less than 8 bits or whole bytes; small ones fill bytes from the
+# lowest bit on.
 
 def small_codes(codes, width):
     row = sum(code << width * i for i, code in enumerate(codes))
@@ -286,7 +287,7 @@ COLUMNS = [
 
 
 def block(first, sides, has_deltas):
-    """The descriptor of the block that begins at a row; its chunks are appended to the side files."""
+    """The descriptor of the block that begins at a row. Its chunks go to the side files."""
     rows = range(first, min(first + ROWS_IN_BLOCK, ROWS))
     descriptor = struct.pack('<I', len(rows))
     for number in range(SETS):

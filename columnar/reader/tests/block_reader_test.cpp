@@ -48,13 +48,6 @@ TEST(BlockReader, ReadsTheRowsOfEveryShapeOfFile) {
   }
 }
 
-TEST(BlockReader, KeepsTheOrderOfADescendingKey) {
-  const std::vector<Values> rows{{9}, {9}, {7}, {3}, {nullptr}};
-  const MemoryFiles files =
-      makeFile({{"id", 'K', 0, StorageCode::descendingKey}}, rows, {.rowsInBlock = 3});
-  EXPECT_EQ(allOf(readRows(files)), rows);
-}
-
 TEST(BlockReader, ReadsOnlyTheColumnsAskedFor) {
   const std::vector<Values> rows = someRows(10);
   MemoryFiles files = makeFile(kColumns, rows);

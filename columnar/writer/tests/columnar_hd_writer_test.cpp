@@ -3,8 +3,6 @@
 #include <fstream>
 #include <iterator>
 
-#include <unistd.h>
-
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
