@@ -51,7 +51,7 @@ Status<QString> addNumbers(const EvalArguments& arguments, std::vector<InputVari
   for (const NameValue& pair : *pairs) {
     const std::optional<double> number = numberFromText(pair.value);
     if (!number) {
-      return Failure{QString::fromLatin1(program_messages::kNotANumber).arg(pair.name, pair.value)};
+      return Failure{program_messages::notANumber(pair.name, pair.value)};
     }
     variables.push_back(variable(pair.name, true));
     variables.back().number = *number;
@@ -111,7 +111,7 @@ Result<ExpressionRequest, QString> makeRequest(const EvalArguments& arguments) {
   std::set<QString> names;
   for (const InputVariable& known : request.variables) {
     if (!names.insert(known.name()).second) {
-      return Failure{QString::fromLatin1(program_messages::kVariableTwice).arg(known.name())};
+      return Failure{program_messages::variableTwice(known.name())};
     }
   }
   addNulls(arguments, request.variables);
@@ -127,7 +127,7 @@ Result<ExpressionRequest, QString> makeRequest(const EvalArguments& arguments) {
     return Failure{applied.error()};
   }
   if (request.options.addN && names.contains(QStringLiteral("_n"))) {
-    return Failure{QString::fromLatin1(program_messages::kVariableIsRowNumber)};
+    return Failure{program_messages::variableIsRowNumber()};
   }
   return request;
 }
@@ -188,17 +188,16 @@ void explainFault(const ExpressionFault& fault, const ExpressionRequest& request
   if (fault.position >= 0) {
     const QString marked = markedExpression(request.expression, error);
     console.writeReason(LogLevel::information,
-                        QString::fromLatin1(program_messages::kHere)
-                            .arg(QString(marked).replace(u'\n', QStringLiteral("\n  "))));
+                        program_messages::here(QString(marked).replace(u'\n', QStringLiteral("\n  "))));
   }
   HintNames names;
-  names.adviceOnUnknown = program_messages::kGiveValue;
+  names.adviceOnUnknown = program_messages::giveValue();
   for (const InputVariable& known : request.variables) {
     names.variables += known.name();
   }
   const bool isFormatUnknown = fault.text == QLatin1String(messages::kFormatUnknown);
   const QString hint = isFormatUnknown
-                           ? QString::fromLatin1(program_messages::kGiveDateFormat)
+                           ? program_messages::giveDateFormat()
                            : expressionHint(error, request.expression, names);
   if (!hint.isEmpty()) {
     console.writeReason(LogLevel::information, hint);

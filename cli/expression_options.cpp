@@ -41,8 +41,7 @@ QString unknownOption(const QString& name, const std::vector<Option>& options) {
   for (const Option& option : options) {
     names.append(QLatin1String(option.name));
   }
-  return QString::fromLatin1(program_messages::kUnknownExpressionOption)
-      .arg(name, names.join(QLatin1String(", ")));
+  return program_messages::unknownExpressionOption(name, names.join(QLatin1String(", ")));
 }
 
 Status<QString> setOption(const Place& place, const NameValue& given) {
@@ -54,13 +53,13 @@ Status<QString> setOption(const Place& place, const NameValue& given) {
   const int value = given.value.toInt(&isInteger);
   if (bool* const* flag = std::get_if<bool*>(&place)) {
     if (!isInteger || (value != 0 && value != 1)) {
-      return Failure{QString::fromLatin1(program_messages::kOptionTakesFlag).arg(given.name, given.value)};
+      return Failure{program_messages::optionTakesFlag(given.name, given.value)};
     }
     **flag = value != 0;
     return Done{};
   }
   if (!isInteger) {
-    return Failure{QString::fromLatin1(program_messages::kOptionTakesInteger).arg(given.name, given.value)};
+    return Failure{program_messages::optionTakesInteger(given.name, given.value)};
   }
   *std::get<int*>(place) = value;
   return Done{};

@@ -47,9 +47,8 @@ void ProgramServices::writePlace(const QString& text, const ActionItem& action,
   const QString typeName = QString::fromLatin1(action.typeName());
   const QString what =
       details.output.isEmpty()
-          ? QString::fromLatin1(program_messages::kInAction).arg(action.name(), typeName)
-          : QString::fromLatin1(program_messages::kInOutput)
-                .arg(details.output, action.name(), typeName);
+          ? program_messages::inAction(action.name(), typeName)
+          : program_messages::inOutput(details.output, action.name(), typeName);
   const QString line = position + what;
   {
     const std::lock_guard lock(m_mutex);

@@ -29,17 +29,19 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem>, public F
   char fullTableRequiredToComputeMetas(int pin, bool* isKnown) override;
   QList<UsedFile> usedFiles() const override;
 
+  // The one whose rows are published; null when there is none.
+  DecodedBlock* block() const { return m_block; }
+  // False at the end and after a failure.
+  bool takeNextBlock();
+
   // For tests: passes the time while a missing file is waited for.
   void setPause(Pause pause) { m_pause = std::move(pause); }
 
  private:
   static bool computeFirstRow(ActionItem* action);
-  static bool computeRow(ActionItem* action);
   [[nodiscard]] bool claimFiles();  // false: logged
-  // False at the end and after a failure.
   // A filter that is set but not applied, or the other way round; a list of columns without use.
   void warnOfIdleSettings() const;
-  bool takeNextBlock();
 
   ReadColumnarSettings m_settings;
   BlockFilter m_blockFilter;
@@ -48,7 +50,7 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem>, public F
   ClaimedNames m_names;
 
   std::unique_ptr<ColumnarRead> m_read;
-  DecodedBlock* m_block = nullptr;  // whose rows are handed out
+  DecodedBlock* m_block = nullptr;
 };
 
 }  // namespace kelvarin

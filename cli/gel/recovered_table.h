@@ -27,11 +27,13 @@ class RecoveredTable final : public ActionItem {
   void setComputeRoutine() override { computeRoutine = &RecoveredTable::announce; }
   ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
 
- private:
-  static bool announce(ActionItem* action);
-  static bool publishRow(ActionItem* action);
+  // The one whose rows are published; null when there is none.
+  DecodedBlock* block() const { return m_block.get(); }
   // False at the end and after a failure.
   bool takeNextBlock();
+
+ private:
+  static bool announce(ActionItem* action);
 
   const GelFile& m_file;
   TableRecovery& m_recovery;
