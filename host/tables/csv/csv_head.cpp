@@ -1,10 +1,10 @@
 #include "host/tables/csv/csv_head.h"
 
 #include <algorithm>
-#include <utility>
 
 #include <QSet>
 
+#include "host/contract/file_signatures.h"
 #include "host/tables/csv/csv_values.h"
 #include "host/tables/messages.h"
 
@@ -14,30 +14,24 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-// A file that is no CSV file whatever the settings say; empty when it may be one. Signatures of
-// letters alone would be names of columns.
+// A file that is no CSV file whatever the settings say; empty when it may be one.
 QString kindOfForeignFile(std::string_view start) {
-  using std::string_view_literals::operator""sv;
-  static constexpr std::pair<std::string_view, QString (*)()> kKinds[] = {
-      {"\xFF\xFE"sv, table_messages::utf16File},
-      {"\xFE\xFF"sv, table_messages::utf16File},
-      {"\0\0\xFE\xFF"sv, table_messages::utf32File},
-      {"\x1F\x8B"sv, table_messages::compressedFile},
-      {"\x28\xB5\x2F\xFD"sv, table_messages::compressedFile},
-      {"BZh91AY&SY"sv, table_messages::compressedFile},
-      {"\xFD"
-       "7zXZ\0"sv,
-       table_messages::compressedFile},
-      {"PK\x03\x04"sv, table_messages::archiveFile},
-      {"PAR1\x15"sv, table_messages::parquetFile},
-      {"ARROW1\0\0"sv, table_messages::arrowFile},
-  };
-  for (const auto& [signature, kind] : kKinds) {
-    if (start.starts_with(signature)) {
-      return kind();
-    }
+  switch (formatOfSignature(start)) {
+    case FileFormat::utf16:
+      return table_messages::utf16File();
+    case FileFormat::utf32:
+      return table_messages::utf32File();
+    case FileFormat::compressed:
+      return table_messages::compressedFile();
+    case FileFormat::archive:
+      return table_messages::archiveFile();
+    case FileFormat::parquet:
+      return table_messages::parquetFile();
+    case FileFormat::arrow:
+      return table_messages::arrowFile();
+    default:
+      return {};
   }
-  return {};
 }
 
 // Every second byte is zero in UTF-16 without a byte order mark.
