@@ -49,6 +49,7 @@ bool RecoveredTable::announce(ActionItem* action) {
   if (!self.mustComputeFull()) {
     return true;
   }
+  self.m_recovery.stopWhen([&self] { return self.run() != nullptr && !self.run()->isRunning(); });
   self.m_blocksAhead.emplace(
       [&self](std::unique_ptr<DecodedBlock> spare) {
         return self.m_recovery.next(std::move(spare));

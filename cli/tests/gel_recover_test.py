@@ -3,10 +3,13 @@
 import csv
 import os
 import random
+import signal
 import struct
+import subprocess
+import time
 import unittest
 
-from program import ProgramTest, graph
+from program import PROGRAM, ProgramTest, graph
 
 COLUMNS = "".join(f"<Column name='{name}' meta='{meta}'/>" for name, meta in
                   (("id", "K"), ("price", "F"), ("flag", "F"), ("name", "U")))
@@ -167,6 +170,34 @@ class GelRecoverTest(ProgramTest):
                 numbers = [int(values[0]) for values in found]
                 self.assertEqual(numbers, sorted(set(numbers)))
                 self.assertEqual(found, [rows[number] for number in numbers])
+
+    def test_a_long_search_ends_at_an_interrupt(self):
+        """In order, which the process does well before it would be cut off."""
+        self.make(1000, 64)
+        self.kill_writer()
+        side = self.bytes(self.sides[0])
+        self.put(self.sides[0], side[:400] + bytes(100) + side[500:])
+        os.truncate(self.path(self.sides[0]), 4 << 30)  # takes many seconds to search
+        self.write("back.csv", "as before\n")
+        process = subprocess.Popen([PROGRAM, "gel", "recover", "t.cgel_kelvarin", "back.csv"], cwd=self.folder,
+                                   text=True, stderr=subprocess.PIPE)
+        self.addCleanup(process.stderr.close)
+        self.addCleanup(process.kill)
+        while self.seconds_computed(process) < 0.3:
+            self.assertIsNone(process.poll(), "it ended by itself")
+            time.sleep(0.02)
+        process.send_signal(signal.SIGINT)
+        errors = process.communicate(timeout=60)[1]
+        self.assertEqual(process.returncode, 130, errors)
+        self.assertIn("Interrupted.", errors)
+        self.assertNotIn("cut off", errors)
+        self.assertEqual(self.read("back.csv"), "as before\n")
+
+    @staticmethod
+    def seconds_computed(process):
+        with open(f"/proc/{process.pid}/stat", encoding="utf-8") as file:
+            user_ticks = int(file.read().rsplit(")", 1)[1].split()[11])
+        return user_ticks / os.sysconf("SC_CLK_TCK")
 
     def test_wrong_usage(self):
         self.make(100, 64)
