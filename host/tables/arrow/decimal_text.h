@@ -38,7 +38,7 @@ class DecimalTexts {
       : m_values(static_cast<const Array&>(values)),
         m_scale(static_cast<const arrow::DecimalType&>(*values.type()).scale()) {}
 
-  // How many digits a text has behind its point.
+  // How many digits a text has after its point.
   int decimals() const { return std::max(m_scale, 0); }
 
   std::string at(std::int64_t position) const {

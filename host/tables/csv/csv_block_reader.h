@@ -21,7 +21,7 @@ class CsvBlockReader {
 
   // A block has one row at least.
   Result<ReadOutcome, QString> next(CsvBlock& block);
-  // Bytes of the file behind the last block.
+  // Bytes of the file after the last block.
   long long offset() const { return m_offset; }
 
  private:

@@ -45,7 +45,7 @@ bool hasZeroByte(const CsvRecord& record) {
 class HeadReader {
  public:
   HeadReader(const CsvFile& file, const CsvDialect& dialect)
-      : m_file(file), m_scanner(dialect, true, 1, kMostCsvColumns) {}
+      : m_file(file), m_scanner(dialect, true, 1, kMaxCsvColumns) {}
 
   // False: the file has no record.
   Result<bool, QString> readFirstRecord() {
@@ -63,10 +63,10 @@ class HeadReader {
       const bool isAtEnd = !isComplete && *got < kStep;
       const bool hasRecord = isComplete || (isAtEnd && m_scanner.finish());
       m_used = static_cast<std::size_t>(next - m_bytes.data());
-      if (m_scanner.record().fieldCount > kMostCsvColumns) {
+      if (m_scanner.record().fieldCount > kMaxCsvColumns) {
         return Failure{
-            table_messages::atPlace(table_messages::atLine(m_file.path(), m_scanner.record().line),
-                                    table_messages::tooManyColumns(kMostCsvColumns))};
+            table_messages::atLocation(table_messages::atLine(m_file.path(), m_scanner.record().line),
+                                    table_messages::tooManyColumns(kMaxCsvColumns))};
       }
       if (isComplete) {
         return lookAfterRecord();
@@ -76,7 +76,7 @@ class HeadReader {
       }
       if (static_cast<long long>(m_bytes.size()) > kLongestRecord) {
         return Failure{
-            table_messages::atPlace(table_messages::atLine(m_file.path(), m_scanner.record().line),
+            table_messages::atLocation(table_messages::atLine(m_file.path(), m_scanner.record().line),
                                     table_messages::recordTooLong(kLongestRecordMebibytes))};
       }
     }
@@ -128,7 +128,7 @@ Status<QString> nameColumns(const CsvFile& file, const CsvRecord& record, CsvHea
   QSet<QString> known;
   for (const std::string& field : record.fields) {
     if (!isUtf8(field)) {
-      return Failure{table_messages::atPlace(table_messages::atLine(file.path(), record.line),
+      return Failure{table_messages::atLocation(table_messages::atLine(file.path(), record.line),
                                              table_messages::notUtf8())};
     }
     const QString name = QString::fromUtf8(field.data(), static_cast<qsizetype>(field.size()));
@@ -155,7 +155,7 @@ Status<QString> nameColumns(const CsvFile& file, const CsvRecord& record, CsvHea
     firstGiven = unnamed++ == 0 ? given : firstGiven;
   }
   if (unnamed > 0) {
-    head.notes += table_messages::atPlace(table_messages::atLine(file.path(), record.line),
+    head.notes += table_messages::atLocation(table_messages::atLine(file.path(), record.line),
                                           table_messages::unnamedColumns(unnamed, firstGiven));
   }
   return Done{};
@@ -170,7 +170,7 @@ void noteOtherSeparator(const CsvFile& file, const CsvRecord& record, CsvHead& h
       {';', ";"}, {'\t', "\\t"}, {'|', "|"}, {',', ","}};
   for (const auto& [separator, attribute] : kSeparators) {
     if (record.fields[0].find(separator) != std::string::npos) {
-      head.notes += table_messages::atPlace(
+      head.notes += table_messages::atLocation(
           table_messages::atLine(file.path(), record.line),
           table_messages::otherSeparator(QString::fromLatin1(attribute)));
       return;
@@ -196,7 +196,7 @@ Result<CsvHead, QString> readCsvHead(const CsvFile& file, const CsvDialect& dial
   }
   const CsvRecord& record = reader.scanner().record();
   if (record.isQuoteOpen) {
-    return Failure{table_messages::atPlace(table_messages::atLine(file.path(), record.quoteLine),
+    return Failure{table_messages::atLocation(table_messages::atLine(file.path(), record.quoteLine),
                                            table_messages::quoteNeverClosed())};
   }
   if (hasZeroByte(record)) {

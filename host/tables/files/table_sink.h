@@ -40,9 +40,9 @@ class TableSink : public ActionItem, public FileUser, public OutputCheck {
   virtual Status<QString> checkSettings() { return Done{}; }
   // `columns` has the names and types of all rows to come.
   virtual Status<QString> begin(const OneRow& columns) = 0;
-  // On the thread behind. `row` has the names and types of the columns and nothing else of theirs.
+  // On the writing thread. `row` has the names and types of the columns and nothing else of theirs.
   virtual Status<QString> writeRow(const OneRow& row) = 0;
-  // Hands everything to output().
+  // Passes everything to output().
   virtual Status<QString> finish() = 0;
   // Forgets what belongs to one run.
   virtual void release() = 0;

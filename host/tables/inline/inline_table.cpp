@@ -124,7 +124,7 @@ void InlineTable::saveXML(std::wostringstream& out, QString name) {
 
 void InlineTable::refuse(XMLNode::Place place, const QString& message) {
   const QString file = m_globalParameters == nullptr ? QString() : m_globalParameters->graphFile();
-  MainUI::addLog(LogLevel::error, messages::withPlace(file, place, message));
+  MainUI::addLog(LogLevel::error, messages::withPosition(file, place, message));
 }
 
 char InlineTable::init() {

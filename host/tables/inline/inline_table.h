@@ -10,7 +10,7 @@
 // A column without meta holds texts. Values are taken as they stand, blanks of numbers and keys
 // aside; an empty number or key is missing.
 // Threads: the engine thread.
-// Errors: init() checks the whole table, logs every fault with its place in the graph file and
+// Errors: init() checks the whole table, logs every fault with its position in the graph file and
 // refuses.
 #pragma once
 

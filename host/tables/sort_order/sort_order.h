@@ -1,4 +1,4 @@
-// The declared sort order of a table: the text in which users give it, and the check that rows keep
+// The declared sort order of a table: the text in which users declare it, and the check that rows keep
 // it.
 //
 // The text lists columns and directions, most significant first: "id 0, name A". Directions are
@@ -7,7 +7,7 @@
 // texts compare by their UTF-8 bytes, and the empty text is no missing value.
 // Used by: the sources of host/tables.
 // Threads: plain values.
-// Errors: texts for the user, without a place; nothing logs.
+// Errors: texts for the user, without a location; nothing logs.
 #pragma once
 
 #include <string>
@@ -36,7 +36,7 @@ class SortOrderChecker {
   // An order without columns accepts every row.
   explicit SortOrderChecker(const QVector<SortInfos>& order);
 
-  // False when `row` may not stand after the row given last. Only the values of the order's columns
+  // False when `row` may not stand after the row of the last call. Only the values of the order's columns
   // are kept, so the row may change afterwards; a steady stream of rows allocates nothing.
   bool accepts(const OneRow& row);
   // The column in which the last refused row is out of order, -1 when none was refused.
