@@ -125,8 +125,7 @@ void WritableFile::beginStoring(std::uint64_t size) {
 }
 
 int WritableFile::sync() const {
-  const bool isStored =
-      ::fdatasync(m_descriptor) == 0 || errno == EINVAL || errno == EROFS;
+  const bool isStored = ::fdatasync(m_descriptor) == 0 || errno == EINVAL || errno == EROFS;
   return isStored ? 0 : errno;
 }
 
