@@ -18,9 +18,9 @@ struct LoadedGraph {
   Graph graph;
 };
 
-LogLine faultLine(const QString& text, XMLNode::Place place = {}) {
+LogLine faultLine(const QString& text, XMLNode::Place position = {}) {
   LogLine line{LogLevel::error, {}, text, {}};
-  line.details.place = place;
+  line.details.place = position;
   return line;
 }
 

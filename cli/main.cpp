@@ -50,8 +50,8 @@ QString didYouMean(const QString& given, const QStringList& names) {
                         : u' ' + kelvarin::program_messages::didYouMean(near.join(QLatin1String(" or ")));
 }
 
-// Without it a misspelt command would be told as a missing one.
-bool tellUnknownCommand(const CLI::App& program, int argc, char** argv) {
+// Without it a misspelt command would be reported as a missing one.
+bool reportUnknownCommand(const CLI::App& program, int argc, char** argv) {
   QStringList names;
   for (const CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; })) {
     names += QString::fromStdString(command->get_name());
@@ -61,7 +61,7 @@ bool tellUnknownCommand(const CLI::App& program, int argc, char** argv) {
   }
   const QString given = QString::fromLocal8Bit(argv[1]);
   if (names.contains(given)) {
-    return tellUnknownCommand(*program.get_subcommand(argv[1]), argc - 1, argv + 1);
+    return reportUnknownCommand(*program.get_subcommand(argv[1]), argc - 1, argv + 1);
   }
   const QString text = kelvarin::program_messages::unknownCommand(given) +
                        didYouMean(given, names);
@@ -152,7 +152,7 @@ ExitStatus runProgram(int argc, char** argv) {
   kelvarin::addActionsCommand(program, chosen);
   kelvarin::addGelCommand(program, chosen);
 
-  if (tellUnknownCommand(program, argc, argv)) {
+  if (reportUnknownCommand(program, argc, argv)) {
     return ExitStatus::wrongUsage;
   }
   try {

@@ -2,7 +2,8 @@
 //
 // Data may hold bytes that move the cursor, change colours or turn the direction of writing; on a
 // terminal they could make one thing look like another. They are shown as \xNN or \u{N} instead.
-// Used by the log and by the commands that show data on a terminal. Threads: any.
+// Used by the log and by the commands that show data on a terminal.
+// Threads: any.
 #pragma once
 
 #include <string>

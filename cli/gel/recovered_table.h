@@ -3,7 +3,8 @@
 //
 // It is in no catalogue but that command's. The recovery belongs to the command, which asks it for
 // the outcome when the run is over.
-// Threads: the engine's, beside one reading thread.  Errors: logged, and the run fails.
+// Threads: the engine's, beside one reading thread.
+// Errors: logged, and the run fails.
 #pragma once
 
 #include <optional>

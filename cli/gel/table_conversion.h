@@ -27,7 +27,7 @@ struct ConversionGraph {
   std::unique_ptr<ActionItem> ownAction;  // of the command; null where the catalogue has both
 };
 
-// Standard output, in place of a file to be written.
+// Standard output, instead of a file to be written.
 inline constexpr char kStandardOutput[] = "-";
 
 // `finish` reports about a run that has ended well, and says what status it is.

@@ -1,4 +1,4 @@
-"""Attributes of actions: slips of the pen are told, and graph parameters stand for values everywhere."""
+"""Attributes of actions: slips of the pen are reported, and graph parameters stand for values everywhere."""
 
 import unittest
 

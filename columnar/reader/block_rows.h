@@ -13,10 +13,10 @@ namespace kelvarin {
 // Lets the actions below look at all rows of a block before they come.
 template <typename Action>
 void offerRowsOfBlock(Action& action) {
-  action.offerRowsOnOutputPin(
-      0, *action.block(), action.block()->rowCount(), [](ActionItem* item, std::size_t count) {
-        static_cast<Action&>(*item).block()->skip(count);
-      });
+  action.offerRowsOnOutputPin(0, *action.block(), action.block()->rowCount(),
+                              [](ActionItem* item, std::size_t count) {
+                                static_cast<Action&>(*item).block()->skip(count);
+                              });
 }
 
 template <typename Action>

@@ -1,6 +1,7 @@
 // The formats of files that are known by their first bytes.
 //
-// Used for hints about files of another format than an action reads, and by the reader of CSV files.
+// Used for hints about files of another format than an action reads, and by the reader of CSV
+// files.
 #pragma once
 
 #include <string_view>
@@ -34,7 +35,10 @@ inline constexpr FileSignature kFileSignatures[] = {
     {std::string_view("\x1F\x8B", 2), FileFormat::compressed},
     {std::string_view("\x28\xB5\x2F\xFD", 4), FileFormat::compressed},
     {std::string_view("BZh91AY&SY", 10), FileFormat::compressed},
-    {std::string_view("\xFD" "7zXZ\0", 6), FileFormat::compressed},
+    {std::string_view("\xFD"
+                      "7zXZ\0",
+                      6),
+     FileFormat::compressed},
     {std::string_view("PK\x03\x04", 4), FileFormat::archive},
     {std::string_view("PAR1\x15", 5), FileFormat::parquet},
     {std::string_view("ARROW1\0\0", 8), FileFormat::arrow},

@@ -1,6 +1,4 @@
 // The decimals of an array as plain text, all digits and no exponent: "-123.450" of three decimals.
-//
-// Threads: plain values.
 #pragma once
 
 #include <algorithm>

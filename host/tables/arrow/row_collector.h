@@ -1,7 +1,5 @@
 // Gathers rows into a batch of the Arrow library: numbers as float64, keys as uint32, texts as
 // utf8, nulls as nulls.
-//
-// Threads: plain values.
 #pragma once
 
 #include <memory>

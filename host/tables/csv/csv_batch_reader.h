@@ -1,6 +1,7 @@
 // Reads a CSV file in batches: blocks of bytes, their fields as values, column by column.
 //
-// Types are inferred from the first rows, whose blocks are kept for that. Threads: see BatchReader.
+// Types are inferred from the first rows, whose blocks are kept for that.
+// Threads: see BatchReader.
 #pragma once
 
 #include <atomic>

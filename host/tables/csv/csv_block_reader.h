@@ -1,7 +1,8 @@
 // Reads the data of a CSV file block by block, each of some whole records.
 //
 // A record longer than a block makes its block grow, up to the longest record. Regular files and
-// pipes are read alike, once. Threads: one at a time.  Errors: texts for the user, with the line.
+// pipes are read alike, once.
+// Errors: texts for the user, with the line.
 #pragma once
 
 #include <QVector>

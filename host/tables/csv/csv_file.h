@@ -1,8 +1,9 @@
 // The bytes of a CSV file or pipe.
 //
 // A regular file can be read again at any offset, so that the lines of an error can be counted; a
-// pipe is read once. Threads: readAt() any; readNext() one at a time; cancel() any.  Errors: texts
-// for the user.
+// pipe is read once.
+// Threads: readAt() any; readNext() one at a time; cancel() any.
+// Errors: texts for the user.
 #pragma once
 
 #include <atomic>

@@ -1,7 +1,7 @@
 // Finds the records of a CSV text and marks their fields, at the speed of the bulk.
 //
-// The grammar is that of CsvScanner. Threads: plain values.  Errors: the position of the record that
-// is none; the caller makes the message.
+// The grammar is that of CsvScanner.
+// Errors: the position of the record that is none; the caller makes the message.
 #pragma once
 
 #include "host/tables/csv/csv_block.h"

@@ -2,7 +2,7 @@
 //
 // Numbers take the shortest form that reads back to the same double; fields are quoted where they
 // would otherwise be read back as something else. The buffer grows with the longest row only.
-// Threads: plain values.  Errors: the column of a field that needs a quote where there is none.
+// Errors: the column of a field that needs a quote where there is none.
 #pragma once
 
 #include <cstring>

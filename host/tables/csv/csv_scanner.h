@@ -1,8 +1,8 @@
 // Finds the records of a CSV text, with the lines they stand in and their fields.
 //
 // Follows the grammar of the bulk reader, at a fraction of its speed: it reads the header, and
-// after an error it finds the position. A quote counts at the start of a field only; after the closing
-// quote the field goes on unquoted. LF, CR and CR LF end a line. Threads: plain values.
+// after an error it finds the position. A quote counts at the start of a field only; after the
+// closing quote the field goes on unquoted. LF, CR and CR LF end a line.
 #pragma once
 
 #include <cstdint>

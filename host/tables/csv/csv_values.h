@@ -1,8 +1,8 @@
 // From the fields of one column of a block to the bytes of values.
 //
 // An unquoted field that is the null text is missing, and so is every empty field of a number or
-// key column. Threads: plain functions.  Errors: the row, to be turned into a message by the
-// caller.
+// key column.
+// Errors: the row, to be turned into a message by the caller.
 #pragma once
 
 #include <optional>

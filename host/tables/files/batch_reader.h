@@ -1,8 +1,9 @@
 // Reads a table file batch by batch.
 //
 // Made by a source for one run: open() once, then next() until the end. Warnings and locations are
-// asked for when the reading is over. Threads: one at a time, except fractionDone().  Errors: texts
-// for the user, with the location; nothing logs.
+// asked for when the reading is over.
+// Threads: one at a time, except fractionDone().
+// Errors: texts for the user, with the location; nothing logs.
 #pragma once
 
 #include <vector>

@@ -1,12 +1,12 @@
 // A file to be written that appears under its name only when it is complete.
 //
 // Bytes go to a file in the same folder that has no name yet, or a temporary one where the file
-// system has no such files; publish() replaces the old one with it. What the name held before stays until
-// then. A temporary file that a killed process has left is removed when the same output is opened
-// again. Names that stand for devices and pipes, and standard output ("-"), are written directly. A
-// full disk is put to the host, which says whether to try the rest again.
-// Used by: the sinks of host/tables. Threads: one at a time.  Errors: texts for the user; nothing
-// logs.
+// system has no such files; publish() replaces the old one with it. What the name held before stays
+// until then. A temporary file that a killed process has left is removed when the same output is
+// opened again. Names that stand for devices and pipes, and standard output ("-"), are written
+// directly. A full disk is put to the host, which says whether to try the rest again.
+// Used by: the sinks of host/tables.
+// Errors: texts for the user; nothing logs.
 #pragma once
 
 #include <QByteArray>

@@ -2,7 +2,6 @@
 // thread to another.
 //
 // Memory is kept from one filling to the next, and grows with the longest row only.
-// Threads: one at a time.
 #pragma once
 
 #include <memory>

@@ -3,8 +3,10 @@
 // init() creates the temporary file, so that a folder that cannot be written stops the run before
 // it reads anything. The file is complete when the input ends, and gets its name in close() when
 // the run has ended normally. Rows are written behind, so that formatting and compressing overlap
-// with making the next rows. Threads: the engine's, but for writeRow(), which runs on the thread of
-// a WriteBehind between begin() and finish().  Errors: logged, and the run fails.
+// with making the next rows.
+// Threads: the engine's, but for writeRow(), which runs on the thread of a WriteBehind between
+// begin() and finish().
+// Errors: logged, and the run fails.
 #pragma once
 
 #include <optional>

@@ -38,20 +38,20 @@ class InlineTable final : public ActionItem {
  private:
   struct Value {
     QString text;  // null when missing
-    XMLNode::Place place;
+    XMLNode::Place position;
   };
   struct Row {
     std::vector<Value> values;
-    XMLNode::Place place;
+    XMLNode::Place position;
   };
   struct Column {
     QString name;
     QString meta;  // as given; empty is the default
-    XMLNode::Place place;
+    XMLNode::Place position;
   };
 
   void readRow(const XMLNode& node);
-  void refuse(XMLNode::Place place, const QString& message);
+  void refuse(XMLNode::Place position, const QString& message);
   bool planColumns(PinOutMetaData& columns);
   bool checkShape();
   bool encodeRows(const PinOutMetaData& columns);

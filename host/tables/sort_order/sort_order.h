@@ -6,7 +6,6 @@
 // values come first ascending and last descending, other NaNs after all numbers in both directions,
 // texts compare by their UTF-8 bytes, and the empty text is no missing value.
 // Used by: the sources of host/tables.
-// Threads: plain values.
 // Errors: texts for the user, without a location; nothing logs.
 #pragma once
 
