@@ -15,8 +15,8 @@ namespace kelvarin {
 
 enum class LineBreaks { escape, keep };
 
-// `text` is meant to be UTF-8; bytes that are none are shown, too. A text that keeps its line breaks
-// keeps its tabs.
+// `text` is meant to be UTF-8; bytes that are none are shown, too. With line breaks that are kept,
+// tabs are kept as well.
 std::string printable(std::string_view text, LineBreaks lineBreaks = LineBreaks::escape);
 // A message, which may have several lines.
 inline std::string printable(const QString& message) {

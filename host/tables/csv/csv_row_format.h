@@ -31,7 +31,8 @@ class CsvRowFormat {
  private:
   // Capacity for `size` bytes and, after them, for the numbers and separators of a row.
   char* reserve(std::size_t size);
-  // These write at `target` and return the end; null when the field needs a quote and there is none.
+  // These write at `target` and return the end; null when the field needs a quote that does not
+  // exist.
   char* appendValue(char* target, MetaTypeColumn type, const unsigned char* value);
   char* appendText(char* target, std::string_view text);
   char* appendQuoted(char* target, std::string_view text) const;

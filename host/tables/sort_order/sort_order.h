@@ -1,5 +1,4 @@
-// The declared sort order of a table: the text in which users declare it, and the check that rows keep
-// it.
+// The declared sort order of a table: the text of the declaration, and the check that rows keep it.
 //
 // The text lists columns and directions, most significant first: "id 0, name A". Directions are
 // those of SortType: A and Z for text columns, 0 and 9 for number and key columns. Order: missing
@@ -35,8 +34,8 @@ class SortOrderChecker {
   // An order without columns accepts every row.
   explicit SortOrderChecker(const QVector<SortInfos>& order);
 
-  // False when `row` may not stand after the row of the last call. Only the values of the order's columns
-  // are kept, so the row may change afterwards; a steady stream of rows allocates nothing.
+  // False when `row` may not stand after the row of the last call. Only the values of the order's
+  // columns are kept, so the row may change afterwards; a steady stream of rows allocates nothing.
   bool accepts(const OneRow& row);
   // The column in which the last refused row is out of order, -1 when none was refused.
   int refusedColumn() const { return m_refusedColumn; }
