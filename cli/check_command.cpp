@@ -15,16 +15,16 @@ namespace kelvarin {
 namespace {
 
 void reportCheck(const GraphArguments& arguments, const RunResult& result, Console&) {
-  if (result.isOk() && !arguments.isJson && !arguments.isQuiet) {
+  if (result.isOk() && !arguments.isJson && !arguments.options.isQuiet) {
     const bool isWarned =
         std::any_of(result.log.begin(), result.log.end(),
                     [](const LogLine& line) { return line.level == LogLevel::warning; });
-    const char* verdict =
-        isWarned ? program_messages::kCheckFoundNoError : program_messages::kCheckFoundNothing;
-    const QString text = QString::fromLatin1(verdict).arg(QString::fromStdString(arguments.graph));
-    std::puts(printable(text).c_str());
+    const QString graph = QString::fromStdString(arguments.graph);
+    const QString verdict = isWarned ? program_messages::checkFoundNoError(graph)
+                                     : program_messages::checkFoundNothing(graph);
+    std::puts(printable(verdict).c_str());
     std::fputs(printable(columnFlow(result)).c_str(), stdout);
-    std::puts(program_messages::kCheckRestsOnSamples);
+    std::puts(program_messages::checkRestsOnSamples());
   }
 }
 

@@ -51,13 +51,12 @@ QStringList changes(const PinColumns& columns, const PinColumns* input) {
 QString shownChanges(const QStringList& changes) {
   constexpr qsizetype kShown = 30;
   if (changes.isEmpty()) {
-    return QString::fromLatin1(program_messages::kFlowUnchanged);
+    return program_messages::flowUnchanged();
   }
   const QString shown = QStringLiteral(": ") +
                         changes.first(std::min(kShown, changes.size())).join(QStringLiteral(", "));
   return changes.size() <= kShown ? shown
-                                  : shown + QString::fromLatin1(program_messages::kMoreColumns)
-                                                .arg(changes.size() - kShown);
+                                  : shown + program_messages::moreColumns(changes.size() - kShown);
 }
 
 }  // namespace
@@ -71,12 +70,12 @@ QString columnFlow(const RunResult& result) {
       if (!columns.isKnown || isAsFirst) {
         continue;
       }
-      lines += QString::fromLatin1(program_messages::kFlowOfAction)
-                   .arg(action.name, action.typeName, QString::number(columns.columns.size())) +
+      lines += program_messages::flowOfAction(action.name, action.typeName,
+                                              columns.columns.size()) +
                shownChanges(changes(columns, inputOf(result, action))) + u'\n';
     }
   }
-  return lines.isEmpty() ? lines : QString::fromLatin1(program_messages::kFlowTitle) + lines;
+  return lines.isEmpty() ? lines : program_messages::flowTitle() + lines;
 }
 
 }  // namespace kelvarin

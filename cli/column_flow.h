@@ -1,4 +1,4 @@
-// What flows in a checked graph: the columns behind each action.
+// What flows in a checked graph: the columns after each action.
 #pragma once
 
 #include <QString>

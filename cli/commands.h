@@ -1,7 +1,8 @@
 // The commands of the program, one file each.
 //
-// An add... function declares a command's options. When the user gave that command, parsing stores what is to be done
-// in `chosen`; the program runs it after parsing, so that wrong usage is found before anything happens.
+// An add... function declares a command's options. When the user gave that command, parsing stores
+// what is to be done in `chosen`; the program runs it after parsing, so that wrong usage is found
+// before anything happens.
 #pragma once
 
 #include <functional>

@@ -34,7 +34,7 @@ class Console {
   void writeLog(LogLevel level, const QString& text);
   // An information too where the console is quiet.
   void writeReason(LogLevel level, const QString& text);
-  // Takes the place of the progress line before.
+  // Replaces the progress line before.
   void showProgress(std::string_view line);
   void clearProgress();
   // Writes as it is.

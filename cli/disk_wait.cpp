@@ -24,7 +24,7 @@ bool DiskWait::shouldRetry(const QString& file, int missingBytes, bool canRetry)
   }
   if (m_waited >= m_seconds) {
     m_console.writeLog(LogLevel::error,
-                       QString::fromLatin1(program_messages::kDiskStillFull).arg(m_waited).arg(file));
+                       program_messages::diskStillFull(m_waited, file));
     return false;
   }
   ++m_waited;
@@ -38,17 +38,17 @@ void DiskWait::report(const QString& file, int missingBytes, bool willWait) {
   }
   m_reported.insert(file);
   m_console.writeLog(LogLevel::error,
-                     QString::fromLatin1(program_messages::kDiskFull).arg(file).arg(missingBytes));
+                     program_messages::diskFull(file, missingBytes));
   if (willWait) {
     m_console.writeLog(LogLevel::information,
-                       QString::fromLatin1(program_messages::kDiskFullWaiting).arg(m_seconds));
+                       program_messages::diskFullWaiting(m_seconds));
   }
 }
 
 bool DiskWait::ask() {
   m_console.clearProgress();
   while (true) {
-    m_console.write(program_messages::kDiskFullQuestion);
+    m_console.write(program_messages::diskFullQuestion());
     const std::optional<std::string> answer = readAnswer();
     if (!answer || *answer == "s" || *answer == "stop") {
       return false;

@@ -1,5 +1,5 @@
-// What happens when a disk is full: a person at a terminal decides; without one the program waits and tries again for
-// a limited time.
+// What happens when a disk is full: a person at a terminal decides; without one the program waits
+// and tries again for a limited time.
 //
 // Threads: any; one question at a time.
 #pragma once

@@ -50,7 +50,7 @@ Status<QString> addNumbers(const EvalArguments& arguments, std::vector<InputVari
   for (const NameValue& pair : *pairs) {
     const std::optional<double> number = numberFromText(pair.value);
     if (!number) {
-      return Failure{QString::fromLatin1(program_messages::kNotANumber).arg(pair.name, pair.value)};
+      return Failure{program_messages::notANumber(pair.name, pair.value)};
     }
     variables.push_back(variable(pair.name, true));
     variables.back().number = *number;
@@ -110,7 +110,7 @@ Result<ExpressionRequest, QString> makeRequest(const EvalArguments& arguments) {
   std::set<QString> names;
   for (const InputVariable& known : request.variables) {
     if (!names.insert(known.name()).second) {
-      return Failure{QString::fromLatin1(program_messages::kVariableTwice).arg(known.name())};
+      return Failure{program_messages::variableTwice(known.name())};
     }
   }
   addNulls(arguments, request.variables);
@@ -126,7 +126,7 @@ Result<ExpressionRequest, QString> makeRequest(const EvalArguments& arguments) {
     return Failure{applied.error()};
   }
   if (request.options.addN && names.contains(QStringLiteral("_n"))) {
-    return Failure{QString::fromLatin1(program_messages::kVariableIsRowNumber)};
+    return Failure{program_messages::variableIsRowNumber()};
   }
   return request;
 }
@@ -186,16 +186,15 @@ void explain(const ExpressionError& error, const ExpressionRequest& request, Con
   if (error.position >= 0) {
     const QString marked = markedExpression(request.expression, error);
     console.writeReason(LogLevel::information,
-                        QString::fromLatin1(program_messages::kHere)
-                            .arg(QString(marked).replace(u'\n', QStringLiteral("\n  "))));
+                        program_messages::here(QString(marked).replace(u'\n', QStringLiteral("\n  "))));
   }
   HintNames names;
-  names.adviceOnUnknown = program_messages::kGiveValue;
+  names.adviceOnUnknown = program_messages::giveValue();
   for (const InputVariable& known : request.variables) {
     names.variables += known.name();
   }
   const QString hint = error.kind == ExpressionError::Kind::dateFormatUnknown
-                           ? QString::fromLatin1(program_messages::kGiveDateFormat)
+                           ? program_messages::giveDateFormat()
                            : expressionHint(error, request.expression, names);
   if (!hint.isEmpty()) {
     console.writeReason(LogLevel::information, hint);

@@ -20,8 +20,7 @@ QString unknownOption(const QString& name) {
   for (const Option& option : evaluationAttributes()) {
     names += nameOf(option);
   }
-  return QString::fromLatin1(program_messages::kUnknownExpressionOption)
-      .arg(name, names.join(QLatin1String(", ")));
+  return program_messages::unknownExpressionOption(name, names.join(QLatin1String(", ")));
 }
 
 Status<QString> setOption(const Option& option, const NameValue& given,
@@ -34,11 +33,11 @@ Status<QString> setOption(const Option& option, const NameValue& given,
   const int value = given.value.toInt(&isInteger);
   if (option.kind == AttributeKind::flag && (!isInteger || (value != 0 && value != 1))) {
     return Failure{
-        QString::fromLatin1(program_messages::kOptionTakesFlag).arg(given.name, given.value)};
+        program_messages::optionTakesFlag(given.name, given.value)};
   }
   if (!isInteger) {
     return Failure{
-        QString::fromLatin1(program_messages::kOptionTakesInteger).arg(given.name, given.value)};
+        program_messages::optionTakesInteger(given.name, given.value)};
   }
   option.set(options, QString::number(value));
   return Done{};

@@ -131,11 +131,11 @@ void printAll(const Entries& entries) {
   }
   print("\n1 {}, 2 {}, 3 {}: the back-ends that have it.\n{}\n{}\n",
              backendLabel(BackendKind::native), backendLabel(BackendKind::fast),
-             backendLabel(BackendKind::string), kParametersRemark, program_messages::kMoreHint);
+             backendLabel(BackendKind::string), kParametersRemark, program_messages::moreHint());
 }
 
 ExitStatus reportUnknown(const QString& name) {
-  QString text = QString::fromLatin1(program_messages::kUnknownFunction).arg(name);
+  QString text = program_messages::unknownFunction(name);
   QStringList known;
   for (const LanguageEntry& entry : languageEntries()) {
     for (const std::string& spelling : entry.names) {
@@ -143,9 +143,8 @@ ExitStatus reportUnknown(const QString& name) {
     }
   }
   const QStringList near = nearestNames(name, known);
-  text += u' ' + (near.isEmpty() ? QString::fromLatin1(program_messages::kListHint)
-                                 : QString::fromLatin1(program_messages::kDidYouMean)
-                                       .arg(near.join(QLatin1String(" or "))));
+  text += u' ' + (near.isEmpty() ? program_messages::listHint()
+                                 : program_messages::didYouMean(near.join(QLatin1String(" or "))));
   Console(false).writeLog(LogLevel::error, text);
   return ExitStatus::failed;
 }
@@ -159,7 +158,7 @@ ExitStatus showNamed(const std::string& name, bool isJson) {
   const QString advice = QString::fromUtf8(match.advice == nullptr ? "" : match.advice);
   if (match.entries.empty()) {
     Console(false).writeLog(
-        LogLevel::error, QString::fromLatin1(program_messages::kNothingLikeIt).arg(given, advice));
+        LogLevel::error, program_messages::nothingLikeIt(given, advice));
     return ExitStatus::failed;
   }
   if (isJson) {
@@ -167,7 +166,7 @@ ExitStatus showNamed(const std::string& name, bool isJson) {
     return ExitStatus::done;
   }
   if (match.isForeign) {
-    const QString remark = QString::fromLatin1(program_messages::kCalledHere).arg(given);
+    const QString remark = program_messages::calledHere(given);
     print("{}\n{}\n", remark.toStdString(),
                advice.isEmpty() ? "" : "  " + advice.toStdString() + "\n");
   }

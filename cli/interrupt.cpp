@@ -145,8 +145,8 @@ void InterruptibleRun::endLate() const {
   if (awaitEither(m_ended, -1, kTimeToEnd) == Woken::byTime) {
     // Not through the console, whose lock the run may hold.
     [[maybe_unused]] const ssize_t written =
-        write(STDERR_FILENO, program_messages::kInterruptedLate,
-              std::strlen(program_messages::kInterruptedLate));
+        write(STDERR_FILENO, program_messages::interruptedLate(),
+              std::strlen(program_messages::interruptedLate()));
     endProcess();
   }
 }

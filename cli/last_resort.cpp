@@ -29,11 +29,11 @@ void reportHandledException() {
   try {
     throw;
   } catch (const std::bad_alloc&) {
-    writeLine(program_messages::kOutOfMemory, "");
+    writeLine(program_messages::outOfMemory(), "");
   } catch (const std::exception& exception) {
-    writeLine(program_messages::kInternalError, exception.what());
+    writeLine(program_messages::internalError(), exception.what());
   } catch (...) {
-    writeLine(program_messages::kInternalError, program_messages::kUnknownException);
+    writeLine(program_messages::internalError(), program_messages::unknownException());
   }
 }
 
@@ -42,7 +42,7 @@ void reportHandledException() {
   if (std::current_exception()) {
     reportHandledException();
   } else {
-    writeLine(program_messages::kInternalError, program_messages::kUnknownException);
+    writeLine(program_messages::internalError(), program_messages::unknownException());
   }
   _exit(static_cast<int>(ExitStatus::failed));
 }
@@ -52,7 +52,7 @@ constexpr int kFaults[] = {SIGSEGV, SIGBUS, SIGABRT, SIGILL, SIGFPE};
 // The system's own answer to the signal follows.
 void onFault(int number) {
   removeUnfinishedFiles();
-  writeLine(program_messages::kCrashed, "");
+  writeLine(program_messages::crashed(), "");
   raise(number);
 }
 
@@ -89,9 +89,9 @@ QString textOfHandledException() {
   try {
     throw;
   } catch (const std::bad_alloc&) {
-    return QString::fromLatin1(program_messages::kOutOfMemory);
+    return QString::fromLatin1(program_messages::outOfMemory());
   } catch (const std::exception& exception) {
-    return QString::fromLatin1(program_messages::kInternalError) +
+    return QString::fromLatin1(program_messages::internalError()) +
            QString::fromLocal8Bit(exception.what());
   }
 }

@@ -41,18 +41,17 @@ std::string usageHint(const CLI::App& program) {
        outer = outer->get_parent()) {
     command = QString::fromStdString(outer->get_name()) + u' ' + command;
   }
-  return QString::fromLatin1(kelvarin::program_messages::kUsageHint).arg(command).toStdString();
+  return kelvarin::program_messages::usageHint(command).toStdString();
 }
 
 QString didYouMean(const QString& given, const QStringList& names) {
   const QStringList near = kelvarin::nearestNames(given, names);
   return near.isEmpty() ? QString()
-                        : u' ' + QString::fromLatin1(kelvarin::program_messages::kDidYouMean)
-                                     .arg(near.join(QLatin1String(" or ")));
+                        : u' ' + kelvarin::program_messages::didYouMean(near.join(QLatin1String(" or ")));
 }
 
-// Without it a misspelt command would be told as a missing one.
-bool tellUnknownCommand(const CLI::App& program, int argc, char** argv) {
+// Without it a misspelt command would be reported as a missing one.
+bool reportUnknownCommand(const CLI::App& program, int argc, char** argv) {
   QStringList names;
   for (const CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; })) {
     names += QString::fromStdString(command->get_name());
@@ -62,9 +61,9 @@ bool tellUnknownCommand(const CLI::App& program, int argc, char** argv) {
   }
   const QString given = QString::fromLocal8Bit(argv[1]);
   if (names.contains(given)) {
-    return tellUnknownCommand(*program.get_subcommand(argv[1]), argc - 1, argv + 1);
+    return reportUnknownCommand(*program.get_subcommand(argv[1]), argc - 1, argv + 1);
   }
-  const QString text = QString::fromLatin1(kelvarin::program_messages::kUnknownCommand).arg(given) +
+  const QString text = kelvarin::program_messages::unknownCommand(given) +
                        didYouMean(given, names);
   std::fprintf(stderr, "error: %s\n%s\n", qUtf8Printable(text), usageHint(program).c_str());
   return true;
@@ -88,10 +87,10 @@ QString unknownOption(const CLI::App& program) {
     }
     const QString name = given.section(u'=', 0, 0);
     const QString text =
-        QString::fromLatin1(texts::kUnknownOption).arg(name) + didYouMean(name, names);
+        texts::unknownOption(name) + didYouMean(name, names);
     const CLI::Option* expression = command.get_option_no_throw("EXPR");
     const bool isExpressionMissing = expression != nullptr && expression->count() == 0;
-    return isExpressionMissing ? text + QString::fromLatin1(texts::kMinusFirst).arg(given) : text;
+    return isExpressionMissing ? text + texts::minusFirst(given) : text;
   }
   return {};
 }
@@ -118,8 +117,7 @@ bool isOutputLost() {
   if (!isLost || hasReaderLeft()) {
     return false;
   }
-  const QString text = QString::fromLatin1(kelvarin::program_messages::kOutputLost)
-                           .arg(QString::fromLocal8Bit(std::strerror(errno)));
+  const QString text = kelvarin::program_messages::outputLost(QString::fromLocal8Bit(std::strerror(errno)));
   std::fprintf(stderr, "error: %s\n", qUtf8Printable(text));
   return true;
 }
@@ -154,7 +152,7 @@ ExitStatus runProgram(int argc, char** argv) {
   kelvarin::addActionsCommand(program, chosen);
   kelvarin::addGelCommand(program, chosen);
 
-  if (tellUnknownCommand(program, argc, argv)) {
+  if (reportUnknownCommand(program, argc, argv)) {
     return ExitStatus::wrongUsage;
   }
   try {

@@ -16,7 +16,7 @@ struct NameValue {
   QString value;
 };
 
-// `option` is the one the arguments were given to, for the message.
+// `option` is the one with the arguments, for the message.
 Result<std::vector<NameValue>, QString> splitNameValues(const char* option,
                                                         const std::vector<std::string>& arguments);
 

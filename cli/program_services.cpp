@@ -24,33 +24,29 @@ void ProgramServices::logDetailed(LogLevel level, const QString& text, const Act
     m_console.writeLog(level, text);
   }
   if (action != nullptr && level != LogLevel::information && !m_graphFile.isEmpty()) {
-    writePlace(text, *action, details);
+    writePosition(text, *action, details);
   }
 }
 
-void ProgramServices::writePlace(const QString& text, const ActionItem& action,
-                                 const LogDetails& details) {
-  const XMLNode::Place place =
-      details.place.line == 0 ? action.node().place() : details.place;
-  const QString position = QStringLiteral("%1:%2:%3: ")
-                               .arg(m_graphFile, QString::number(place.line),
-                                    QString::number(place.column));
+void ProgramServices::writePosition(const QString& text, const ActionItem& action,
+                                    const LogDetails& details) {
+  const XMLNode::Place position = details.place.line == 0 ? action.node().place() : details.place;
   const GlobalParameters* graph = action.globalParameters();
-  const bool hasPlace = text.startsWith(m_graphFile + u':') ||
-                        (graph != nullptr && text.startsWith(graph->graphFile() + u':'));
-  if (hasPlace || place.line == 0) {
+  const bool hasPosition = text.startsWith(m_graphFile + u':') ||
+                           (graph != nullptr && text.startsWith(graph->graphFile() + u':'));
+  if (hasPosition || position.line == 0) {
     return;
   }
   const QString typeName = QString::fromLatin1(action.typeName());
-  const QString what =
-      details.output.isEmpty()
-          ? QString::fromLatin1(program_messages::kInAction).arg(action.name(), typeName)
-          : QString::fromLatin1(program_messages::kInOutput)
-                .arg(details.output, action.name(), typeName);
-  const QString line = position + what;
+  const QString what = details.output.isEmpty()
+                           ? program_messages::inAction(action.name(), typeName)
+                           : program_messages::inOutput(details.output, action.name(), typeName);
+  const QString line =
+      QStringLiteral("%1:%2:%3: %4")
+          .arg(m_graphFile, QString::number(position.line), QString::number(position.column), what);
   {
     const std::lock_guard lock(m_mutex);
-    if (std::exchange(m_lastPlace, line) == line) {
+    if (std::exchange(m_lastPosition, line) == line) {
       return;
     }
   }

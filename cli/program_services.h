@@ -1,6 +1,7 @@
 // What the program offers to the graphs it runs: their log and the question about a full disk.
 //
-// The thread that makes it works in its session while it lives.  Threads: any.
+// The thread that makes it works in its session while it lives.
+// Threads: any.
 #pragma once
 
 #include <mutex>
@@ -14,24 +15,24 @@ namespace kelvarin {
 
 class ProgramServices : public HostServices {
  public:
-  // `graphFile` is how places in the graph are called; empty where there is no graph.
+  // `graphFile` is how positions in the graph are called; empty where there is no graph.
   explicit ProgramServices(Console& console, int diskWaitSeconds = 60,
                            const QString& graphFile = QString());
 
   void log(LogLevel level, const QString& text, const ActionItem* action) override;
-  // The text, and behind an error or a warning the place in the graph to look at.
+  // The text, and after an error or a warning the position in the graph to look at.
   void logDetailed(LogLevel level, const QString& text, const ActionItem* action,
                    const LogDetails& details) override;
   bool outOfDiskSpace(const QString& file, int missingBytes, bool canRetry) override;
 
  private:
-  void writePlace(const QString& text, const ActionItem& action, const LogDetails& details);
+  void writePosition(const QString& text, const ActionItem& action, const LogDetails& details);
 
   Console& m_console;
   DiskWait m_diskWait;
   const QString m_graphFile;
-  std::mutex m_mutex;   // guards m_lastPlace
-  QString m_lastPlace;  // written last, so that many lines about one place name it once
+  std::mutex m_mutex;   // guards m_lastPosition
+  QString m_lastPosition;  // written last, so that many lines about one position name it once
   HostSession m_session{this};
   const HostSession::Scope m_scope{&m_session};
 };

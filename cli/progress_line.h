@@ -26,7 +26,8 @@ class ProgressLine {
   Clock::time_point m_lastDrawn = m_start;
 };
 
-// For instance "[########------------]  40 %  1200000 rows  3000000 rows/s"; without the bar when the share is unknown.
+// For instance "[########------------]  40 %  1200000 rows  3000000 rows/s"; without the bar when
+// the share is unknown.
 std::string progressText(const RunProgress& progress, double seconds);
 
 }  // namespace kelvarin

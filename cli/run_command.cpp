@@ -17,8 +17,6 @@ void reportRun(const GraphArguments&, const RunResult& result, Console& console)
   }
 }
 
-}  // namespace
-
 // The rows of a sink and the JSON object would mix.
 const GraphAction* sinkOnStandardOutput(const Graph& graph) {
   for (const GraphAction& action : graph.actions) {
@@ -38,12 +36,14 @@ RunResult runBesideJson(Graph& graph, RunRecord& record, const ExecutionOptions&
   if (sink == nullptr) {
     return runGraph(graph, record, options);
   }
-  const QString text = QString::fromLatin1(program_messages::kRowsBesideJson).arg(sink->name);
+  const QString text = program_messages::rowsBesideJson(sink->name);
   MainUI::addLog(LogLevel::error, text);
   RunResult result;
   result.log.push_back({LogLevel::error, sink->name, text, {}});
   return result;
 }
+
+}  // namespace
 
 void addRunCommand(CLI::App& program, ChosenCommand& chosen) {
   auto arguments = std::make_shared<GraphArguments>();

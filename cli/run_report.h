@@ -8,11 +8,12 @@
 
 namespace kelvarin {
 
-// {"status", "runState", "seconds", "actions": [...], "log": [...]}. A line of the log has what is known of its place as
-// further keys: line, output, column, row, token, position.
+// {"status", "runState", "seconds", "actions": [...], "log": [...]}. A line of the log has further
+// keys as far as they are known: line, output, column, row, token, position.
 Json jsonOf(const RunResult& result);
-// The same of a check: each action has its output pins, [{"columns": [{"name", "meta"}]}] as "pins", with null for columns
-// that are not known; and one that computes the names of its new columns has them as "newColumns".
+// The same of a check: each action has its output pins, [{"columns": [{"name", "meta"}]}] as
+// "pins", with null for columns that are not known; and one that computes the names of its new
+// columns has them as "newColumns".
 Json jsonOfCheck(const RunResult& result);
 
 // One line an action with its rows in and out, a number a pin, and a last line with the time.

@@ -12,8 +12,8 @@ namespace kelvarin {
 // Members keep the order in which they were added.
 using Json = nlohmann::ordered_json;
 
-// A JSON number or string; null for a missing value. Numbers that JSON lacks are the words nan, inf and -inf, and set
-// `isSpecial`.
+// A JSON number or string; null for a missing value. Numbers that JSON lacks are the words nan, inf
+// and -inf, and set `isSpecial`.
 Json jsonOf(const ExpressionResult& result, bool& isSpecial);
 // In the shortest form that reads back; a missing value is the word null.
 QString plainText(const ExpressionResult& result);

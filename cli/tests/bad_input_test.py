@@ -1,4 +1,4 @@
-"""Bad input of every kind: a message with its place, status 1, and nothing replaced or half written."""
+"""Bad input of every kind: a message with its position, status 1, and nothing replaced or half written."""
 
 import os
 import signal

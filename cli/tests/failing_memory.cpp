@@ -7,7 +7,7 @@
 //   FAILING_MEMORY_ABOVE=B    all of more than B bytes fail
 //   FAILING_MEMORY_TRACE=1    the first one that fails writes its calls to standard error
 //   FAILING_MEMORY_LIST=FILE  at the end of main(), the numbers of the first allocations from
-//                             different places go to the file, one a line
+//                             different sites go to the file, one a line
 #include <atomic>
 #include <cerrno>
 #include <cstddef>
@@ -44,28 +44,28 @@ const char* listFile = nullptr;
 // The allocations of one that looks at its calls do not count.
 __attribute__((tls_model("initial-exec"))) thread_local bool isLooking = false;
 
-constexpr int kCalls = 12;         // so many tell one place from another
+constexpr int kCalls = 12;         // so many distinguish one site from another
 constexpr int kCallsOfTrace = 60;
-constexpr std::size_t kPlaces = 1 << 18;
-std::atomic<std::uint64_t> places[kPlaces];
-std::atomic<long> firstOfPlace[kPlaces];
+constexpr std::size_t kMaxSites = 1 << 18;
+std::atomic<std::uint64_t> sites[kMaxSites];
+std::atomic<long> firstOfSite[kMaxSites];
 
 long numberFrom(const char* name) {
   const char* text = std::getenv(name);
   return text == nullptr ? kNever : std::atol(text);
 }
 
-void notePlace(long number) {
+void noteSite(long number) {
   void* calls[kCalls];
   const int count = backtrace(calls, kCalls);
   std::uint64_t hash = 14695981039346656037ULL;
   for (int i = 0; i < count; ++i) {
     hash = (hash ^ reinterpret_cast<std::uintptr_t>(calls[i])) * 1099511628211ULL;
   }
-  for (std::size_t i = hash % kPlaces;; i = (i + 1) % kPlaces) {
+  for (std::size_t i = hash % kMaxSites;; i = (i + 1) % kMaxSites) {
     std::uint64_t known = 0;
-    if (places[i].compare_exchange_strong(known, hash)) {
-      firstOfPlace[i] = number;
+    if (sites[i].compare_exchange_strong(known, hash)) {
+      firstOfSite[i] = number;
       return;
     }
     if (known == hash) {
@@ -86,7 +86,7 @@ bool mustFail(std::size_t size) {
   const long number = ++allocations;
   isLooking = true;
   if (listFile != nullptr) {
-    notePlace(number);
+    noteSite(number);
   }
   const bool fails = number == failingAt || (failingFrom != kNever && number >= failingFrom) ||
                      (failingAbove != kNever && size > static_cast<std::size_t>(failingAbove));
@@ -104,9 +104,9 @@ void* failed() {
 
 void writeList() {
   std::FILE* file = std::fopen(listFile, "w");
-  for (std::size_t i = 0; i < kPlaces; ++i) {
-    if (places[i] != 0) {
-      std::fprintf(file, "%ld\n", firstOfPlace[i].load());
+  for (std::size_t i = 0; i < kMaxSites; ++i) {
+    if (sites[i] != 0) {
+      std::fprintf(file, "%ld\n", firstOfSite[i].load());
     }
   }
   std::fclose(file);

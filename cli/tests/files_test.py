@@ -10,13 +10,13 @@ SOURCE = "<ReadCSV name='in' file='in.csv'/>"
 
 
 class FilesTest(ProgramTest):
-    def refuse(self, actions, *told, links=("in a", "in b")):
-        """A run and a check end with 1, say what is told, and leave every file as it was."""
+    def refuse(self, actions, *expected, links=("in a", "in b")):
+        """A run and a check end with 1, report what is expected, and leave every file as it was."""
         self.write("g.kelvarin", graph(actions, links))
         before = {name: os.lstat(self.path(name)).st_size for name in self.files()}
         for command in ("check", "run"):
             stderr = self.kelvarin(command, "g.kelvarin", status=1).stderr
-            for text in told:
+            for text in expected:
                 self.assertIn(text, stderr, command)
         self.assertEqual({name: os.lstat(self.path(name)).st_size for name in self.files()}, before)
 
@@ -53,14 +53,14 @@ class FilesTest(ProgramTest):
         self.kelvarin("gel", "export", "t.cgel_kelvarin", "in.parquet")
         os.symlink("in.csv", self.path("link.csv"))
         gel = "<ReadColumnarGel name='in' fileName='t.cgel_kelvarin'/>"
-        told = "The action 'a' would replace what the action 'in' of this graph reads: '"
+        expected = "The action 'a' would replace what the action 'in' of this graph reads: '"
         for source, sink in ((SOURCE, "<WriteCSV name='a' file='in.csv'/>"),
                              (SOURCE, "<WriteCSV name='a' file='link.csv'/>"),
                              ("<ReadParquet name='in' file='in.parquet'/>", "<WriteArrow name='a' file='in.parquet'/>"),
                              (gel, "<writeColumnarGel name='a' file='t.cgel_kelvarin'/>"),
                              (gel, "<writeColumnarGel name='a' file='t.cgel_kelvarin' replaceAtEnd='1'/>"),
                              (gel, "<WriteCSV name='a' file='t.000.cs_kelvarin'/>")):
-            self.refuse(source + sink, told, links=("in a",))
+            self.refuse(source + sink, expected, links=("in a",))
 
     def test_a_file_whose_name_comes_with_the_rows_is_not_lost_either(self):
         for name in "ab":

@@ -3,10 +3,13 @@
 import csv
 import os
 import random
+import signal
 import struct
+import subprocess
+import time
 import unittest
 
-from program import ProgramTest, graph
+from program import PROGRAM, ProgramTest, graph
 
 COLUMNS = "".join(f"<Column name='{name}' meta='{meta}'/>" for name, meta in
                   (("id", "K"), ("price", "F"), ("flag", "F"), ("name", "U")))
@@ -54,9 +57,9 @@ class GelRecoverTest(ProgramTest):
             return list(csv.reader(file))[1:], result.stderr
 
     def expect(self, rows, **options):
-        found, told = self.recovered(**options)
+        found, shown = self.recovered(**options)
         self.assertEqual(found, [row(i) for i in rows])
-        return told
+        return shown
 
     def block_ends(self, side):
         """Where each block ends in a set's side file."""
@@ -72,10 +75,10 @@ class GelRecoverTest(ProgramTest):
             for rows in (1, 100, 1000, 1003, 1127):
                 self.make(rows, 100, strategy)
                 self.kill_writer()
-                told = self.expect(range(rows), out="back.cgel_kelvarin")
+                shown = self.expect(range(rows), out="back.cgel_kelvarin")
                 blocks = -(-rows // 100)
-                self.assertIn("had no sound descriptor", told)
-                self.assertIn(f"in {blocks} block{'s' * (blocks > 1)} recovered to 'back.cgel_kelvarin'", told)
+                self.assertIn("had no sound descriptor", shown)
+                self.assertIn(f"in {blocks} block{'s' * (blocks > 1)} recovered to 'back.cgel_kelvarin'", shown)
 
     def test_side_files_that_end_anywhere(self):
         chance = random.Random(5)
@@ -91,8 +94,8 @@ class GelRecoverTest(ProgramTest):
                     kept.append(sum(end <= size for end in self.block_ends(number)))
                 blocks = min(kept)
                 if blocks == 0:
-                    told = self.kelvarin("gel", "recover", "t.cgel_kelvarin", "none.csv", status=1).stderr
-                    self.assertIn("has no whole block of rows", told)
+                    shown = self.kelvarin("gel", "recover", "t.cgel_kelvarin", "none.csv", status=1).stderr
+                    self.assertIn("has no whole block of rows", shown)
                 else:
                     self.expect(range(min(64 * blocks, 1000)))
 
@@ -122,8 +125,8 @@ class GelRecoverTest(ProgramTest):
         self.assertEqual(len(records), 3)
         for number, at in enumerate(records):
             self.put("t.cgel_kelvarin", main[:at + 20] + bytes([main[at + 20] ^ 1]) + main[at + 21:])
-            told = self.kelvarin("gel", "recover", "t.cgel_kelvarin", "back.csv").stderr
-            self.assertIn(f"Of them, {300 if number == 2 else 1000} blocks had no sound descriptor", told)
+            shown = self.kelvarin("gel", "recover", "t.cgel_kelvarin", "back.csv").stderr
+            self.assertIn(f"Of them, {300 if number == 2 else 1000} blocks had no sound descriptor", shown)
             self.assertEqual(self.read("back.csv").splitlines()[1:], lines)
 
     def test_damaged_values(self):
@@ -140,8 +143,8 @@ class GelRecoverTest(ProgramTest):
                 for first, last in ((begin + 12, begin + 13), (begin + 4, begin + 6), (begin, (begin + end) // 2)):
                     changed = bytes(byte ^ 0x55 for byte in side[first:last])
                     self.put(self.sides[0], side[:first] + changed + side[last:])
-                    told = self.expect(lost_one, status=1)
-                    self.assertIn("1 block with 64 rows of 't.cgel_kelvarin' could not be recovered.", told)
+                    shown = self.expect(lost_one, status=1)
+                    self.assertIn("1 block with 64 rows of 't.cgel_kelvarin' could not be recovered.", shown)
 
     def test_rows_are_never_mixed_up(self):
         """Whatever is damaged, each row that is given is a row of the table, and they are in order."""
@@ -168,15 +171,43 @@ class GelRecoverTest(ProgramTest):
                 self.assertEqual(numbers, sorted(set(numbers)))
                 self.assertEqual(found, [rows[number] for number in numbers])
 
+    def test_a_long_search_ends_at_an_interrupt(self):
+        """In order, which the process does well before it would be cut off."""
+        self.make(1000, 64)
+        self.kill_writer()
+        side = self.bytes(self.sides[0])
+        self.put(self.sides[0], side[:400] + bytes(100) + side[500:])
+        os.truncate(self.path(self.sides[0]), 4 << 30)  # takes many seconds to search
+        self.write("back.csv", "as before\n")
+        process = subprocess.Popen([PROGRAM, "gel", "recover", "t.cgel_kelvarin", "back.csv"], cwd=self.folder,
+                                   text=True, stderr=subprocess.PIPE)
+        self.addCleanup(process.stderr.close)
+        self.addCleanup(process.kill)
+        while self.seconds_computed(process) < 0.3:
+            self.assertIsNone(process.poll(), "it ended by itself")
+            time.sleep(0.02)
+        process.send_signal(signal.SIGINT)
+        errors = process.communicate(timeout=60)[1]
+        self.assertEqual(process.returncode, 130, errors)
+        self.assertIn("Interrupted.", errors)
+        self.assertNotIn("cut off", errors)
+        self.assertEqual(self.read("back.csv"), "as before\n")
+
+    @staticmethod
+    def seconds_computed(process):
+        with open(f"/proc/{process.pid}/stat", encoding="utf-8") as file:
+            user_ticks = int(file.read().rsplit(")", 1)[1].split()[11])
+        return user_ticks / os.sysconf("SC_CLK_TCK")
+
     def test_wrong_usage(self):
         self.make(100, 64)
         before = {name: self.bytes(name) for name in self.files()}
         os.symlink("t.cgel_kelvarin", self.path("link.cgel_kelvarin"))
         for out in ("t.cgel_kelvarin", "./t.cgel_kelvarin", "link.cgel_kelvarin"):
-            told = self.kelvarin("gel", "recover", "t.cgel_kelvarin", out, status=2).stderr
-            self.assertIn("would share the file", told)
-        told = self.kelvarin("gel", "recover", "t.cgel_kelvarin", "t.000", status=2).stderr
-        self.assertIn("It is one of: cgel_kelvarin, csv", told)
+            shown = self.kelvarin("gel", "recover", "t.cgel_kelvarin", out, status=2).stderr
+            self.assertIn("would share the file", shown)
+        shown = self.kelvarin("gel", "recover", "t.cgel_kelvarin", "t.000", status=2).stderr
+        self.assertIn("It is one of: cgel_kelvarin, csv", shown)
         self.assertEqual({name: self.bytes(name) for name in before}, before)
         os.remove(self.path("t.000.cs_kelvarin"))
         self.assertIn("Cannot open the column-set file 't.000.cs_kelvarin'",

@@ -15,11 +15,11 @@ class GelTest(ProgramTest):
         self.write("t.csv", TABLE)
         self.kelvarin("gel", "import", "t.csv", "t.cgel_kelvarin", "--quiet")
 
-    def damage(self, name, place):
+    def damage(self, name, offset):
         with open(self.path(name), "r+b") as file:
-            file.seek(place, os.SEEK_SET)
+            file.seek(offset, os.SEEK_SET)
             byte = file.read(1)[0]
-            file.seek(place, os.SEEK_SET)
+            file.seek(offset, os.SEEK_SET)
             file.write(bytes([byte ^ 1]))
 
     def test_a_table_survives_every_kind_of_file(self):
@@ -57,9 +57,9 @@ class GelTest(ProgramTest):
         self.write("t.csv", "a,b\n1,\"\"\n-0.5,-\n,x\n")
         self.assertIn("info: 3 rows written to 't.cgel_kelvarin'.",
                       self.kelvarin("gel", "import", "t.csv", "t.cgel_kelvarin").stderr)
-        told = self.kelvarin("gel", "info", "t.cgel_kelvarin", "--blocks").stdout
-        self.assertIn("complete, 3 rows, 1 block of up to 5000 rows, 1 column set\n", told)
-        self.assertRegex(told, r"a +\d+ bytes  nulls, -0.5 to 1\n  b +\d+ bytes  \"\" to \"x\"\n")
+        shown = self.kelvarin("gel", "info", "t.cgel_kelvarin", "--blocks").stdout
+        self.assertIn("complete, 3 rows, 1 block of up to 5000 rows, 1 column set\n", shown)
+        self.assertRegex(shown, r"a +\d+ bytes  nulls, -0.5 to 1\n  b +\d+ bytes  \"\" to \"x\"\n")
         self.assertEqual(self.kelvarin("gel", "export", "t.cgel_kelvarin", "-").stdout, "a,b\n1,\"\"\n-0.5,-\n,x\n")
 
     def test_no_conversion_eats_its_own_input(self):
@@ -78,10 +78,10 @@ class GelTest(ProgramTest):
         self.assertIn("12000 rows in 3 blocks, 9 chunks read: no damage",
                       self.kelvarin("gel", "verify", "t.cgel_kelvarin").stdout)
         info = self.kelvarin_json("gel", "info", "t.cgel_kelvarin", "--blocks")
-        place = sum(column["bytes"] for column in info["blocks"][0]["columns"]) + 9
-        self.damage("t.000.cs_kelvarin", place)
+        offset = sum(column["bytes"] for column in info["blocks"][0]["columns"]) + 9
+        self.damage("t.000.cs_kelvarin", offset)
         result = self.kelvarin("gel", "verify", "t.cgel_kelvarin", status=1)
-        self.assertIn(f"t.000.cs_kelvarin, byte {place - 9}: block 1 (rows 5000 to 9999), column '", result.stdout)
+        self.assertIn(f"t.000.cs_kelvarin, byte {offset - 9}: block 1 (rows 5000 to 9999), column '", result.stdout)
         refused = self.kelvarin("gel", "export", "t.cgel_kelvarin", "x.csv", status=1)
         self.assertIn("is corrupted in data-block starting at row 5000", refused.stderr)
         self.assertNotIn("x.csv", self.files())
@@ -92,12 +92,12 @@ class GelTest(ProgramTest):
         self.assertIn("cannot be opened", self.kelvarin("gel", "verify", "t.cgel_kelvarin", status=1).stdout)
 
     def test_a_side_file_of_another_table_is_noticed(self):
-        for name, place in (("a", "1"), ("b", "2")):
-            self.write(name + ".csv", "id,name\n" + "".join(f"{i},{place}{i}\n" for i in range(300)))
+        for name, prefix in (("a", "1"), ("b", "2")):
+            self.write(name + ".csv", "id,name\n" + "".join(f"{i},{prefix}{i}\n" for i in range(300)))
             self.kelvarin("gel", "import", name + ".csv", name + ".cgel_kelvarin", "--quiet")
         os.replace(self.path("b.000.cs_kelvarin"), self.path("a.000.cs_kelvarin"))
-        told = self.kelvarin("gel", "export", "a.cgel_kelvarin", "x.csv", status=1).stderr
-        self.assertIn("the file of another table may have taken its place", told)
+        shown = self.kelvarin("gel", "export", "a.cgel_kelvarin", "x.csv", status=1).stderr
+        self.assertIn("the file of another table may have taken its place", shown)
         self.assertIn("the column-set file may belong to another table",
                       self.kelvarin("gel", "verify", "a.cgel_kelvarin", status=1).stdout)
         self.assertNotIn("x.csv", self.files())
@@ -105,10 +105,10 @@ class GelTest(ProgramTest):
     def test_files_with_holes_take_no_memory(self):
         self.make()
         os.truncate(self.path("t.000.cs_kelvarin"), 1 << 40)
-        told = self.kelvarin("gel", "verify", "t.cgel_kelvarin", status=1).stdout
-        self.assertIn("would take far more memory than the file justifies", told)
-        told = self.kelvarin("gel", "recover", "t.cgel_kelvarin", "x.csv").stderr
-        self.assertIn("12000 rows in 3 blocks recovered", told)
+        shown = self.kelvarin("gel", "verify", "t.cgel_kelvarin", status=1).stdout
+        self.assertIn("would take far more memory than the file justifies", shown)
+        shown = self.kelvarin("gel", "recover", "t.cgel_kelvarin", "x.csv").stderr
+        self.assertIn("12000 rows in 3 blocks recovered", shown)
 
     def test_a_tail_of_zeros_is_one_damage(self):
         self.make()
@@ -116,20 +116,20 @@ class GelTest(ProgramTest):
             file.seek(-8, os.SEEK_END)
             file.write(bytes(2 << 20))
         for command in ("verify", "head", "info"):
-            told = self.kelvarin("gel", command, "t.cgel_kelvarin", *(["--rows", "99999"] if command == "head" else []),
+            shown = self.kelvarin("gel", command, "t.cgel_kelvarin", *(["--rows", "99999"] if command == "head" else []),
                                  status=1)
-            damages = [line for line in (told.stderr + told.stdout).splitlines() if "12000" in line and "byte" in line
+            damages = [line for line in (shown.stderr + shown.stdout).splitlines() if "12000" in line and "byte" in line
                        or "is cut" in line]
-            self.assertEqual(len(damages), 1, told)
+            self.assertEqual(len(damages), 1, shown)
 
     def test_control_characters_do_not_reach_the_terminal(self):
         self.write("t.csv", "a\x1b]0;b,c\x9b\n\x1b[2J,\u202eevil\u0085\n")
         self.kelvarin("gel", "import", "t.csv", "t.cgel_kelvarin", "--quiet")
-        told = self.kelvarin("gel", "info", "t.cgel_kelvarin", "--blocks").stdout
-        self.assertIn("a\\x1b]0;b", told)
-        self.assertIn("c\\x9b", told)
-        self.assertIn("\\u{202e}evil\\x85", told)
-        self.assertNotRegex(told, "[\x00-\x09\x0b-\x1f\x7f-\x9f\u202a-\u202e]")
+        shown = self.kelvarin("gel", "info", "t.cgel_kelvarin", "--blocks").stdout
+        self.assertIn("a\\x1b]0;b", shown)
+        self.assertIn("c\\x9b", shown)
+        self.assertIn("\\u{202e}evil\\x85", shown)
+        self.assertNotRegex(shown, "[\x00-\x09\x0b-\x1f\x7f-\x9f\u202a-\u202e]")
         master, terminal = open_terminal()
         subprocess.run([PROGRAM, "gel", "head", "t.cgel_kelvarin"], cwd=self.folder, stdout=terminal, timeout=60)
         os.close(terminal)

@@ -1,4 +1,4 @@
-// A run gives the same whether rows are computed and taken many at once or one by one: the same bytes
+// A run yields the same whether rows are computed and taken many at once or one by one: the same bytes
 // in its files, the same numbers of rows, the same log.
 //
 // Random chains of calculators and filters with the plug-in's actions, between every kind of source
@@ -14,7 +14,7 @@ struct Drawing {
   Drawn drawn;
 };
 
-// Calculators and filters one behind the other below `from`, and a sink at the end.
+// Calculators and filters one after another below `from`, and a sink at the end.
 void drawChain(Dice& dice, Drawing& drawing, QByteArray from, const QByteArray& prefix) {
   int fromPin = 0;
   const int actions = 1 + dice.below(4);
@@ -32,7 +32,7 @@ void drawChain(Dice& dice, Drawing& drawing, QByteArray from, const QByteArray& 
 
 class LookAhead : public DrawnGraphs {
  protected:
-  // Everything that a user can tell one run from another by.
+  // Everything by which a user can distinguish one run from another.
   QByteArray traceOf(const Drawing& drawing, bool looksAhead) {
     removeFiles(kWritten);
     ExecutionOptions options;

@@ -1,7 +1,7 @@
 """Memory that does not suffice: an allocation of a command fails, each in turn, or all from one on, or all above a size.
 
 Whatever fails, the program says so and ends with 1, or does its work as if nothing had been; it leaves no unfinished
-file, never aborts and never hangs. Places are told apart by their calls; of these a sample is tried, or all with
+file, never aborts and never hangs. Sites are distinguished by their calls; of these a sample is tried, or all with
 FAILING_MEMORY_ALL set in the environment. FAILING_MEMORY_LIBRARY names the library that makes allocations fail.
 """
 
@@ -101,8 +101,8 @@ class MemoryTest(unittest.TestCase):
         finally:
             shutil.rmtree(folder)
 
-    def places(self, arguments):
-        """The numbers of allocations, the first of each place."""
+    def sites(self, arguments):
+        """The numbers of allocations, the first of each site."""
         with tempfile.NamedTemporaryFile(dir=self.folder) as listed:
             self.run_in_new_folder(arguments, LIST=listed.name)
             with open(listed.name, encoding="utf-8") as file:
@@ -147,14 +147,14 @@ class MemoryTest(unittest.TestCase):
     def test_each_allocation_in_turn(self):
         for name, arguments in COMMANDS.items():
             with self.subTest(name):
-                numbers = self.places(arguments)
+                numbers = self.sites(arguments)
                 step = 1 if "FAILING_MEMORY_ALL" in os.environ else max(1, len(numbers) // TRIES)
                 self.check_all(name, [{"AT": number} for number in numbers[::step]])
 
     def test_all_from_one_on(self):
         for name in ("run csv", "run gel", "run shared", "export", "head"):
             with self.subTest(name):
-                numbers = self.places(COMMANDS[name])
+                numbers = self.sites(COMMANDS[name])
                 self.check_all(name, [{"FROM": number} for number in numbers[::max(1, len(numbers) // 8)]])
 
     def test_all_above_a_size(self):

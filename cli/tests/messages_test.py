@@ -1,4 +1,4 @@
-"""Messages lead to the place: where it is, what the values were, what may have been meant, and what to try."""
+"""Messages lead to the cause: where it is, what the values were, what may have been meant, and what to try."""
 
 import re
 import shlex

@@ -1,4 +1,4 @@
-"""Graphs with vectors of columns: what a run gives and says, and what a check shows before it."""
+"""Graphs with vectors of columns: what a run returns and logs, and what a check shows before it."""
 
 import csv
 import io

@@ -3,6 +3,7 @@
 #include "actions/frame/variables_xml.h"
 #include "columnar/actions/claimed_tables.h"
 #include "columnar/actions/messages.h"
+#include "columnar/reader/block_rows.h"
 #include "host/contract/attribute_table.h"
 #include "host/contract/main_ui.h"
 
@@ -180,7 +181,7 @@ bool ReadColumnarGel::computeFirstRow(ActionItem* action) {
   if (!self.m_read->begin() || !self.mustComputeFull()) {
     return true;
   }
-  self.computeRoutine = &ReadColumnarGel::computeRow;
+  self.computeRoutine = &publishRowOfBlock<ReadColumnarGel>;
   return !self.takeNextBlock();
 }
 
@@ -189,23 +190,8 @@ bool ReadColumnarGel::takeNextBlock() {
   if (m_block == nullptr) {
     return false;
   }
-  offerRowsOnOutputPin(0, *m_block, m_block->rowCount(), [](ActionItem* action, std::size_t count) {
-    static_cast<ReadColumnarGel&>(*action).m_block->skip(count);
-  });
+  offerRowsOfBlock(*this);
   return true;
-}
-
-bool ReadColumnarGel::computeRow(ActionItem* action) {
-  auto& self = static_cast<ReadColumnarGel&>(*action);
-  OneRow* row = self.getOutputRowForOutputPin(0);
-  while (!self.m_block->takeRow(row->getAllColForWrite()))
-    [[unlikely]] {
-      if (!self.takeNextBlock()) {
-        return true;
-      }
-    }
-  self.setRowReadyForOutput(0);
-  return false;
 }
 
 }  // namespace kelvarin

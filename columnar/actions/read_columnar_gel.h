@@ -30,18 +30,20 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem>, public F
   char fullTableRequiredToComputeMetas(int pin, bool* isKnown) override;
   QList<UsedFile> usedFiles() const override;
 
+  // The block whose rows are published; null when there is none.
+  DecodedBlock* block() const { return m_block; }
+  // False at the end and after a failure.
+  bool takeNextBlock();
+
   // For tests: replaces the sleep while a missing file is waited for.
   void setPause(Pause pause) { m_pause = std::move(pause); }
 
  private:
   static bool computeFirstRow(ActionItem* action);
-  static bool computeRow(ActionItem* action);
   [[nodiscard]] bool claimFiles();  // false: logged
   // Warns of a filter that is set but not applied, or the reverse, and of an unused list of
   // columns.
   void warnOfIdleSettings() const;
-  // False at the end and after a failure.
-  bool takeNextBlock();
 
   ReadColumnarSettings m_settings;
   BlockFilter m_blockFilter;

@@ -16,11 +16,14 @@ constexpr std::uint64_t kFirstWindow = 256 << 10;
 // each position from all positions before it.
 constexpr std::uint64_t kSearchAlwaysAllowed = 256 << 20;
 constexpr std::uint64_t kSearchPerByte = 32;
+// Between two checks whether a search is to end.
+constexpr std::uint64_t kPositionsBetweenChecks = 4096;
 
 }  // namespace
 
-ChunkFinder::ChunkFinder(const ByteSource& source)
+ChunkFinder::ChunkFinder(const ByteSource& source, const IsStopped& isStopped)
     : m_source(source),
+      m_isStopped(isStopped),
       m_window(source),
       m_bytesLeftToSearch(kSearchAlwaysAllowed + kSearchPerByte * source.storedSize()) {}
 
@@ -28,7 +31,7 @@ ChunkChain ChunkFinder::follow(std::uint64_t offset, std::uint64_t limit) {
   ChunkChain chain;
   chain.end = offset;
   std::uint64_t end = 0;
-  while (chain.end < limit) {
+  while (chain.end < limit && !m_isStopped()) {
     const Finding finding = examine(chain.end, limit, end);
     const bool belongs = finding == Finding::whole ||
                          (finding == Finding::wrongChecksum && leadsOn(end, limit));
@@ -51,6 +54,9 @@ std::optional<std::uint64_t> ChunkFinder::search(std::uint64_t offset, std::uint
   for (; offset < limit && m_bytesLeftToSearch > 0; ++offset) {
     if (examine(offset, limit, end) == Finding::whole) {
       return offset;
+    }
+    if (offset % kPositionsBetweenChecks == 0 && m_isStopped()) {
+      return std::nullopt;
     }
   }
   return std::nullopt;

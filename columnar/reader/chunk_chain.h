@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -26,9 +27,13 @@ struct ChunkChain {
   }
 };
 
+// Asked from time to time during a search; true ends it early.
+using IsStopped = std::function<bool()>;
+
 class ChunkFinder {
  public:
-  explicit ChunkFinder(const ByteSource& source);
+  // Both outlive the finder.
+  ChunkFinder(const ByteSource& source, const IsStopped& isStopped);
 
   // The chunks from `offset` on, up to `limit`. A chunk with a wrong checksum belongs to the chain
   // if its stream still leads to a whole chunk, or to the limit.
@@ -48,6 +53,7 @@ class ChunkFinder {
   bool leadsOn(std::uint64_t offset, std::uint64_t limit);
 
   const ByteSource& m_source;
+  const IsStopped& m_isStopped;
   FileWindow m_window;
   std::uint64_t m_bytesLeftToSearch;
 };

@@ -46,7 +46,7 @@ Status<std::string> TableRecovery::openSides() {
       if (!side.source) {
         return Failure{m_file.sidePath(side.set)};
       }
-      side.finder = std::make_unique<ChunkFinder>(*side.source);
+      side.finder = std::make_unique<ChunkFinder>(*side.source, m_isStopped);
       m_sides.push_back(std::move(side));
     }
     ++m_sides.back().columnCount;
@@ -143,7 +143,7 @@ ReadEvent TableRecovery::next(std::unique_ptr<DecodedBlock> spare) {
 }
 
 ReadEvent TableRecovery::nextEvent(std::unique_ptr<DecodedBlock> spare) {
-  while (!m_isEnded) {
+  while (!m_isEnded && !m_isStopped()) {
     if (m_lost) {
       LostBlocks::Block block;
       if (!m_lost->next(block)) {
@@ -266,7 +266,7 @@ std::optional<std::uint32_t> TableRecovery::countRows(const LostBlocks::Block& b
   std::uint64_t rowsLeft = kRowsToTry;
   for (std::uint64_t rows = counts.min; rows <= counts.max; ++rows) {
     const std::uint64_t cost = (rows + 1) * m_columns.size();
-    if (cost > rowsLeft) {
+    if (cost > rowsLeft || m_isStopped()) {
       return std::nullopt;
     }
     rowsLeft -= cost;

@@ -29,6 +29,9 @@ class TableRecovery {
   // The error is the path of a side file that cannot be opened. `file` outlives the recovery.
   static Result<std::unique_ptr<TableRecovery>, std::string> open(const GelFile& file);
 
+  // Before the first event: `isStopped` is asked on the thread that calls next(), and ends it early,
+  // as at the end of the table, when it is true.
+  void stopWhen(IsStopped isStopped) { m_isStopped = std::move(isStopped); }
   // A block, the end, or a lack of memory. Row numbers count the returned rows.
   ReadEvent next(std::unique_ptr<DecodedBlock> spare);
   // Final after the last event.
@@ -55,6 +58,7 @@ class TableRecovery {
   ReadEvent finish();
 
   const GelFile& m_file;
+  IsStopped m_isStopped = [] { return false; };
   const std::vector<std::size_t> m_columns;  // in the order of the rows
   std::vector<MetaTypeColumn> m_types;       // of them
   std::vector<SideFile> m_sides;

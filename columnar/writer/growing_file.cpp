@@ -17,12 +17,12 @@ namespace kelvarin {
 
 namespace {
 
-// Data goes to the disk in pieces of this size while the file grows, so that the end need not wait
-// for all of it.
-constexpr std::uint64_t kWriteBackStep = 8 << 20;
-
 QString systemReason(int error) {
   return QString::fromLocal8Bit(std::strerror(error));
+}
+
+Status<QString> statusOf(int error) {
+  return error == 0 ? Status<QString>(Done{}) : Failure{systemReason(error)};
 }
 
 bool isFullDisk(int error) {
@@ -85,16 +85,22 @@ int createAndLock(const char* name) {
 
 }  // namespace
 
+GrowingFile::GrowingFile(AskAboutFullDisk ask)
+    : m_ask(std::move(ask)), m_file([this](std::size_t missingBytes) {
+        return m_ask(m_path, static_cast<int>(std::min<std::size_t>(missingBytes, INT_MAX)));
+      }) {}
+
 template <typename Open>
 Status<QString> GrowingFile::openWith(const QString& path, Open openOnce) {
   close();
   m_path = path;
-  m_size = m_writtenBack = 0;
+  m_size = 0;
   const QByteArray name = QFile::encodeName(path);
   while (true) {
-    m_descriptor = openOnce(name.constData());
+    const int descriptor = openOnce(name.constData());
     const int error = errno;
-    if (m_descriptor >= 0) {
+    if (descriptor >= 0) {
+      m_file.open(descriptor);
       return Done{};
     }
     if (error != EINTR && !(isFullDisk(error) && m_ask(m_path, 1))) {
@@ -112,45 +118,24 @@ Status<QString> GrowingFile::openNew(const QString& path) {
 }
 
 int GrowingFile::duplicateDescriptor() const {
-  return isOpen() ? ::fcntl(m_descriptor, F_DUPFD_CLOEXEC, 0) : -1;
+  return isOpen() ? ::fcntl(m_file.descriptor(), F_DUPFD_CLOEXEC, 0) : -1;
 }
 
 Status<QString> GrowingFile::append(Bytes bytes) {
   const auto status = writeAt(m_size, bytes);
   if (status) {
     m_size += bytes.size();
-    beginWriteBack();
+    m_file.beginStoring(m_size);
   }
   return status;
 }
 
 Status<QString> GrowingFile::writeAt(std::uint64_t offset, Bytes bytes) {
-  while (!bytes.empty()) {
-    const ssize_t taken =
-        ::pwrite(m_descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset));
-    if (taken > 0) {
-      bytes = bytes.subspan(static_cast<std::size_t>(taken));
-      offset += static_cast<std::uint64_t>(taken);
-      continue;
-    }
-    const int error = taken == 0 ? ENOSPC : errno;
-    if (error == EINTR) {
-      continue;
-    }
-    const auto missing = static_cast<int>(std::min<std::size_t>(bytes.size(), INT_MAX));
-    if (!isFullDisk(error) || !m_ask(m_path, missing)) {
-      return Failure{systemReason(error)};
-    }
-  }
-  return Done{};
+  return statusOf(m_file.writeAt(offset, bytes.data(), bytes.size()));
 }
 
 Status<QString> GrowingFile::sync() const {
-  // Some file systems and devices keep nothing that could be synchronized.
-  if (::fdatasync(m_descriptor) != 0 && errno != EINVAL && errno != EROFS) {
-    return Failure{systemReason(errno)};
-  }
-  return Done{};
+  return statusOf(m_file.sync());
 }
 
 void GrowingFile::discard() {
@@ -158,23 +143,6 @@ void GrowingFile::discard() {
     QFile::remove(m_path);  // while its lock keeps others away
     close();
   }
-}
-
-void GrowingFile::close() {
-  if (m_descriptor >= 0) {
-    ::close(m_descriptor);
-    m_descriptor = -1;
-  }
-}
-
-void GrowingFile::beginWriteBack() {
-  if (m_size - m_writtenBack < kWriteBackStep) {
-    return;
-  }
-  // Only a hint: a failure shows at sync().
-  (void)::sync_file_range(m_descriptor, static_cast<off_t>(m_writtenBack),
-                          static_cast<off_t>(m_size - m_writtenBack), SYNC_FILE_RANGE_WRITE);
-  m_writtenBack = m_size;
 }
 
 }  // namespace kelvarin

@@ -12,6 +12,7 @@
 
 #include "base/byte_cursor.h"
 #include "base/result.h"
+#include "base/writable_file.h"
 
 namespace kelvarin {
 
@@ -20,10 +21,7 @@ using AskAboutFullDisk = std::function<bool(const QString& file, int missingByte
 
 class GrowingFile {
  public:
-  explicit GrowingFile(AskAboutFullDisk ask) : m_ask(std::move(ask)) {}
-  ~GrowingFile() { close(); }
-  GrowingFile(const GrowingFile&) = delete;
-  GrowingFile& operator=(const GrowingFile&) = delete;
+  explicit GrowingFile(AskAboutFullDisk ask);
 
   // Takes the writer's lock, as long as the file is open, and then cuts what is there to nothing. A
   // link is not followed.
@@ -33,7 +31,7 @@ class GrowingFile {
   Status<QString> openNew(const QString& path);
   // Another descriptor that keeps the lock when this file is closed; -1 when there is none.
   int duplicateDescriptor() const;
-  bool isOpen() const { return m_descriptor >= 0; }
+  bool isOpen() const { return m_file.isOpen(); }
   const QString& path() const { return m_path; }
   std::uint64_t size() const { return m_size; }
 
@@ -41,20 +39,18 @@ class GrowingFile {
   Status<QString> writeAt(std::uint64_t offset, Bytes bytes);
   // All bytes are on the disk.
   Status<QString> sync() const;
-  void close();
+  void close() { (void)m_file.close(); }
   // Closes and removes it.
   void discard();
 
  private:
   template <typename Open>
   Status<QString> openWith(const QString& path, Open openOnce);
-  void beginWriteBack();
 
-  AskAboutFullDisk m_ask;
+  const AskAboutFullDisk m_ask;
   QString m_path;
-  int m_descriptor = -1;
+  WritableFile m_file;
   std::uint64_t m_size = 0;
-  std::uint64_t m_writtenBack = 0;  // so much was given to the disk early
 };
 
 }  // namespace kelvarin

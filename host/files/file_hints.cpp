@@ -67,14 +67,10 @@ FileFormat formatOfContent(const QString& path) {
     return FileFormat::unknown;
   }
   const QByteArray start = file.read(kStart);
-  if (start.startsWith("PAR1")) {
-    return FileFormat::parquet;
-  }
-  if (start.startsWith(QByteArrayView("ARROW1\0\0", 8))) {
-    return FileFormat::arrow;
-  }
-  if (start.startsWith(QByteArrayView("\x40\xF4\x59\0", 4))) {
-    return FileFormat::columnar;
+  const FileFormat known =
+      formatOfSignature({start.constData(), static_cast<std::size_t>(start.size())});
+  if (known != FileFormat::unknown) {
+    return known;
   }
   if (start.contains("<KelvarinGraph")) {
     return FileFormat::graph;

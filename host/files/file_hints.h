@@ -8,10 +8,9 @@
 #include <QString>
 
 #include "base/export.h"
+#include "host/files/file_signatures.h"
 
 namespace kelvarin {
-
-enum class FileFormat { unknown, text, csv, parquet, arrow, columnar, graph };
 
 // Of a file that does not exist: the nearest names among the first 10,000 of its folder, else some
 // names with its extension; or the part of the path that is missing. Empty where the file exists,

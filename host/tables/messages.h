@@ -11,7 +11,7 @@ inline QString shown(const QString& value) {
   return value.size() <= kLongest ? value : value.left(kLongest) + QStringLiteral("...");
 }
 
-// Places
+// Locations
 
 inline QString atLine(const QString& file, long long line) {
   return QStringLiteral("file '%1', line %2").arg(file).arg(line);
@@ -21,8 +21,8 @@ inline QString atRow(const QString& file, long long row) {
   return QStringLiteral("file '%1', row %2").arg(file).arg(row);
 }
 
-inline QString atPlace(const QString& place, const QString& what) {
-  return QStringLiteral("%1: %2").arg(place, what);
+inline QString atLocation(const QString& location, const QString& what) {
+  return QStringLiteral("%1: %2").arg(location, what);
 }
 
 // Any file
@@ -198,8 +198,8 @@ inline QString notUtf8() {
       "first.");
 }
 
-inline QString inColumn(const QString& place, const QString& column) {
-  return QStringLiteral("%1, column '%2'").arg(place, column);
+inline QString inColumn(const QString& location, const QString& column) {
+  return QStringLiteral("%1, column '%2'").arg(location, column);
 }
 
 // The fields of a record, of which the beginning is known when it is not whole.
@@ -293,16 +293,16 @@ inline QString badKey(const QString& value) {
       .arg(shown(value));
 }
 
-inline QString readAsNull(const QString& place, const QString& column, long long count) {
+inline QString readAsNull(const QString& location, const QString& column, long long count) {
   if (count == 1) {
     return QStringLiteral(
                "%1: this value of column '%2' does not fit its type and was read as null.")
-        .arg(place, column);
+        .arg(location, column);
   }
   return QStringLiteral(
              "%1: %2 values of column '%3' do not fit its type and were read as null; this is the "
              "first.")
-      .arg(place, QString::number(count), column);
+      .arg(location, QString::number(count), column);
 }
 
 // Writing CSV
@@ -345,12 +345,12 @@ inline QString timestampForm(const QString& file, const QString& columns, const 
            isUtc ? QStringLiteral(" and isUTC='1', the default") : QString());
 }
 
-inline QString finerThanMilliseconds(const QString& place, const QString& column,
+inline QString finerThanMilliseconds(const QString& location, const QString& column,
                                      long long count) {
   return QStringLiteral(
              "%1: timestamps of column '%2' have digits below the millisecond (%3 in all, this is "
              "the first). The texts keep them; dates that are read from the texts do not.")
-      .arg(place, column, QString::number(count));
+      .arg(location, column, QString::number(count));
 }
 
 inline QString numberNotHeld(const QString& value, const QString& column) {

@@ -1,6 +1,6 @@
 // The values of an array one by one, and what is noticed about them.
 //
-// A dictionary array has codes in its rows and the values apart. Threads: plain values.
+// A dictionary array has codes in its rows and the values apart.
 #pragma once
 
 #include <optional>

@@ -124,16 +124,16 @@ Result<ReadOutcome, QString> ArrowBatchReader::next(RowBatch& batch) {
   return ReadOutcome::rows;
 }
 
-// A file may be damaged or forged in any place: everything a value is reached through is checked
+// A file may be damaged or forged anywhere: everything a value is reached through is checked
 // before.
 Status<QString> ArrowBatchReader::convert(const arrow::RecordBatch& raw, RowBatch& batch) {
   for (std::size_t i = 0; i < batch.columnCount(); ++i) {
     const arrow::Array& array = *raw.column(static_cast<int>(i));
     const QString name = m_columns.names[static_cast<qsizetype>(i)];
     if (const arrow::Status status = array.ValidateFull(); !status.ok()) {
-      const QString place = table_messages::inColumn(placeOfRow(m_rowsGiven), name);
+      const QString location = table_messages::inColumn(locationOfRow(m_rowsGiven), name);
       return Failure{table_messages::damaged(
-          m_path, table_messages::atPlace(place, QString::fromStdString(status.message())))};
+          m_path, table_messages::atLocation(location, QString::fromStdString(status.message())))};
     }
     m_tallies[i].rowsBefore = m_rowsGiven;
     if (const auto bad = convertArray(array, batch.column(i), m_tallies[i])) {
@@ -147,8 +147,8 @@ Status<QString> ArrowBatchReader::convert(const arrow::RecordBatch& raw, RowBatc
 QString ArrowBatchReader::badValueText(std::size_t column, const BadValue& value) const {
   const QString name = m_columns.names[static_cast<qsizetype>(column)];
   const QString text = QString::fromStdString(value.text);
-  return table_messages::atPlace(
-      table_messages::inColumn(placeOfRow(m_rowsGiven + value.row), name),
+  return table_messages::atLocation(
+      table_messages::inColumn(locationOfRow(m_rowsGiven + value.row), name),
       m_columns.types[column] == MetaTypeColumn::key ? table_messages::integerIsNoKey(text, name)
                                                      : table_messages::numberNotHeld(text, name));
 }
@@ -158,10 +158,10 @@ QStringList ArrowBatchReader::warnings() const {
   for (std::size_t i = 0; i < m_tallies.size(); ++i) {
     const QString& name = m_columns.names[static_cast<qsizetype>(i)];
     if (const RowCount& bad = m_tallies[i].badValues; bad.count > 0) {
-      warnings += table_messages::readAsNull(placeOfRow(bad.firstRow), name, bad.count);
+      warnings += table_messages::readAsNull(locationOfRow(bad.firstRow), name, bad.count);
     }
     if (const RowCount& finer = m_tallies[i].finerTimes; finer.count > 0) {
-      warnings += table_messages::finerThanMilliseconds(placeOfRow(finer.firstRow), name,
+      warnings += table_messages::finerThanMilliseconds(locationOfRow(finer.firstRow), name,
                                                         finer.count);
     }
   }
@@ -177,7 +177,7 @@ float ArrowBatchReader::fractionDone() const {
   return rows <= 0 ? -1.0f : static_cast<float>(m_rowsGiven) / static_cast<float>(rows);
 }
 
-QString ArrowBatchReader::placeOfRow(long long row) const {
+QString ArrowBatchReader::locationOfRow(long long row) const {
   return table_messages::atRow(m_path, row + 1);
 }
 

@@ -35,7 +35,7 @@ class ArrowBatchReader : public BatchReader {
   Result<TableColumns, QString> open() override;
   Result<ReadOutcome, QString> next(RowBatch& batch) override;
   float fractionDone() const override;
-  QString placeOfRow(long long row) const override;
+  QString locationOfRow(long long row) const override;
   QStringList notes() const override { return m_notes; }
   QStringList warnings() const override;
 

@@ -1,7 +1,7 @@
 // Fills number and key columns from arrays of the Arrow library.
 //
 // A number column holds doubles: an integer, or the whole part of a decimal, that no double holds
-// is a bad value; the decimals behind are rounded. Threads: plain functions.
+// is a bad value; further decimals are rounded.
 #pragma once
 
 #include "arrow/type_fwd.h"

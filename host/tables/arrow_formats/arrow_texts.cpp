@@ -14,7 +14,7 @@ using arrow::Type;
 
 static_assert(arrow::TimeUnit::SECOND == 0 && arrow::TimeUnit::NANO == 3, "decimals of a tick");
 
-// `view` gives the bytes of a value; they are valid until it is called again.
+// `view` returns the bytes of a value; they are valid until it is called again.
 template <typename View>
 void fillTexts(const ArraySource& source, ValueColumn& column, View view) {
   std::size_t size = 0;

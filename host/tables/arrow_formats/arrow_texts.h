@@ -1,7 +1,7 @@
 // Fills text columns from arrays of the Arrow library.
 //
 // Texts come as they are; integers and decimals with all digits; dates and timestamps in ISO 8601,
-// in a form that the column's type alone decides. Threads: plain functions.
+// in a form that the column's type alone decides.
 #pragma once
 
 #include <QString>

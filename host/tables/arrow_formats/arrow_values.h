@@ -2,7 +2,7 @@
 //
 // Numbers, decimals and booleans (1, 0) become numbers, unsigned 32-bit integers keys, texts, dates
 // and timestamps texts (ISO 8601), dictionaries their values. A user may declare integers and
-// decimals as texts, and integers as numbers or keys. Threads: plain functions.
+// decimals as texts, and integers as numbers or keys.
 #pragma once
 
 #include <vector>

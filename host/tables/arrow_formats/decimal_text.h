@@ -1,6 +1,4 @@
 // The decimals of an array as plain text, all digits and no exponent: "-123.450" of three decimals.
-//
-// Threads: plain values.
 #pragma once
 
 #include <algorithm>
@@ -38,7 +36,7 @@ class DecimalTexts {
       : m_values(static_cast<const Array&>(values)),
         m_scale(static_cast<const arrow::DecimalType&>(*values.type()).scale()) {}
 
-  // How many digits a text has behind its point.
+  // How many digits a text has after its point.
   int decimals() const { return std::max(m_scale, 0); }
 
   std::string at(std::int64_t position) const {

@@ -28,7 +28,7 @@ class ParquetFile : public ArrowFile {
   }
 
  private:
-  // A damaged file makes the library throw in some places.
+  // A damaged file makes the library throw here and there.
   template <typename Call>
   static arrow::Status guarded(Call call) {
     try {

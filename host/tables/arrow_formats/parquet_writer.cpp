@@ -46,7 +46,7 @@ class ParquetWriter : public ArrowBatchWriter {
   }
 
  private:
-  // A failing stream makes the library throw in some places.
+  // A failing stream makes the library throw here and there.
   template <typename Call>
   arrow::Status guarded(Call call) {
     try {

@@ -1,7 +1,5 @@
 // Gathers rows into a batch of the Arrow library: numbers as float64, keys as uint32, texts as
 // utf8, nulls as nulls.
-//
-// Threads: plain values.
 #pragma once
 
 #include <memory>
@@ -22,14 +20,14 @@ class RowCollector {
   const std::shared_ptr<arrow::Schema>& schema() const { return m_schema; }
   arrow::Status append(const OneRow& row);
   // The rows are as many as a batch should have.
-  bool isFull() const { return m_rowCount >= kMostRows || m_textBytes >= kMostTextBytes; }
+  bool isFull() const { return m_rowCount >= kMaxRows || m_textBytes >= kMaxTextBytes; }
   bool isEmpty() const { return m_rowCount == 0; }
-  // Gives the rows and starts anew.
+  // Returns the rows and starts anew.
   arrow::Result<std::shared_ptr<arrow::RecordBatch>> take();
 
  private:
-  static constexpr std::int64_t kMostRows = 128 * 1024;
-  static constexpr std::int64_t kMostTextBytes = 64 << 20;
+  static constexpr std::int64_t kMaxRows = 128 * 1024;
+  static constexpr std::int64_t kMaxTextBytes = 64 << 20;
 
   arrow::Status appendText(const unsigned char* bytes, arrow::ArrayBuilder& builder);
 

@@ -52,7 +52,7 @@ Result<TableColumns, QString> CsvBatchReader::open() {
     return Failure{status.error()};
   }
   m_nulls.emplace(m_dialect, m_columns.types.size());
-  m_places.emplace(m_file, m_dialect, m_head);
+  m_locator.emplace(m_file, m_dialect, m_head);
   m_blocks.emplace(m_file, m_dialect, m_head, m_columns.names);
   if (const auto status = inferTypes(); !status) {
     return Failure{status.error()};
@@ -147,20 +147,20 @@ Status<QString> CsvBatchReader::inferTypes() {
 }
 
 void CsvBatchReader::noteTextColumns(const std::vector<TypeInference>& inferences) {
-  constexpr int kMostNotes = 100;
+  constexpr int kMaxNotes = 100;
   int columns = 0;
   for (std::size_t i = 0; i < inferences.size(); ++i) {
     const FieldForText* field = m_isDeclared[i] ? nullptr : inferences[i].fieldForText();
-    if (field == nullptr || ++columns > kMostNotes) {
+    if (field == nullptr || ++columns > kMaxNotes) {
       continue;
     }
     const QString name = m_columns.names[static_cast<qsizetype>(i)];
-    m_notes += table_messages::atPlace(
+    m_notes += table_messages::atLocation(
         table_messages::inColumn(table_messages::atLine(m_path, field->line), name),
         textColumnText(field->text, name));
   }
-  if (columns > kMostNotes) {
-    m_notes += table_messages::moreNumbersAreText(m_path, columns - kMostNotes);
+  if (columns > kMaxNotes) {
+    m_notes += table_messages::moreNumbersAreText(m_path, columns - kMaxNotes);
   }
 }
 
@@ -228,16 +228,16 @@ Status<QString> CsvBatchReader::convert(const CsvBlock& block, long long rowCoun
 QString CsvBatchReader::badFieldText(const CsvBlock& block, std::size_t column,
                                      const BadField& field) const {
   const QString name = m_columns.names[static_cast<qsizetype>(column)];
-  const QString place =
+  const QString location =
       table_messages::inColumn(table_messages::atLine(m_path, block.lineOfRow(field.row)), name);
   const QString value = QString::fromStdString(field.text);
   switch (m_columns.types[column]) {
     case MetaTypeColumn::number:
-      return table_messages::atPlace(place, badNumberText(field.text, name));
+      return table_messages::atLocation(location, badNumberText(field.text, name));
     case MetaTypeColumn::key:
-      return table_messages::atPlace(place, table_messages::badKey(value));
+      return table_messages::atLocation(location, table_messages::badKey(value));
     default:
-      return table_messages::atPlace(place, table_messages::notUtf8());
+      return table_messages::atLocation(location, table_messages::notUtf8());
   }
 }
 
@@ -246,8 +246,8 @@ float CsvBatchReader::fractionDone() const {
   return size <= 0 ? -1.0f : static_cast<float>(m_bytesDone) / static_cast<float>(size);
 }
 
-QString CsvBatchReader::placeOfRow(long long row) const {
-  return m_places->placeOfRow(row);
+QString CsvBatchReader::locationOfRow(long long row) const {
+  return m_locator->locationOfRow(row);
 }
 
 QStringList CsvBatchReader::warnings() const {

@@ -1,6 +1,7 @@
 // Reads a CSV file in batches: blocks of bytes, their fields as values, column by column.
 //
-// Types are inferred from the first rows, whose blocks are kept for that. Threads: see BatchReader.
+// Types are inferred from the first rows, whose blocks are kept for that.
+// Threads: see BatchReader.
 #pragma once
 
 #include <atomic>
@@ -8,7 +9,7 @@
 #include <optional>
 
 #include "host/tables/csv/csv_block_reader.h"
-#include "host/tables/csv/csv_places.h"
+#include "host/tables/csv/csv_row_locator.h"
 #include "host/tables/csv/csv_values.h"
 #include "host/tables/files/batch_reader.h"
 #include "host/tables/settings/column_settings.h"
@@ -23,7 +24,7 @@ class CsvBatchReader : public BatchReader {
   Result<ReadOutcome, QString> next(RowBatch& batch) override;
   Status<QString> tryFirstRows() override;
   float fractionDone() const override;
-  QString placeOfRow(long long row) const override;
+  QString locationOfRow(long long row) const override;
   QStringList notes() const override { return m_notes; }
   QStringList warnings() const override;
   void cancel() override { m_file.cancel(); }
@@ -49,7 +50,7 @@ class CsvBatchReader : public BatchReader {
   std::vector<BadFieldCount> m_badFields;
   std::vector<FieldConverter> m_converters;  // of the block at work
 
-  std::optional<CsvPlaces> m_places;
+  std::optional<CsvRowLocator> m_locator;
   std::optional<CsvBlockReader> m_blocks;
   CsvBlock m_block;
   std::deque<CsvBlock> m_held;  // read to infer the types

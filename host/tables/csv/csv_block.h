@@ -1,8 +1,8 @@
 // Some whole records of a CSV file, and where their fields are.
 //
 // Filled by CsvBlockReader, which lets CsvIndexer set the marks; read column by column. A record
-// has a mark for its first byte and one behind the end of each field; the mark before a quoted
-// field carries a flag. Memory is kept from one filling to the next. Threads: plain values.
+// has a mark for its first byte and one after the end of each field; the mark before a quoted field
+// carries a flag. Memory is kept from one filling to the next.
 #pragma once
 
 #include <cstddef>
@@ -31,7 +31,7 @@ class CsvBlock {
  public:
   static constexpr std::uint32_t kQuotedMark = 0x80000000u;
 
-  // Room for `size` bytes; the first `kept` ones stay. Some bytes before and behind may be read.
+  // Memory for `size` bytes; the first `kept` ones stay. Some bytes before and after may be read.
   void reserve(std::size_t size, std::size_t kept);
   std::size_t capacity() const { return m_capacity; }
   char* bytes() { return m_bytes.get() + kPadding; }

@@ -12,9 +12,9 @@ namespace {
 constexpr std::size_t kBlockSize = 64 * 1024;
 
 QString shownField(const std::string& field) {
-  constexpr std::size_t kMostBytes = 400;
+  constexpr std::size_t kMaxBytes = 400;
   return QString::fromUtf8(field.data(),
-                           static_cast<qsizetype>(std::min(field.size(), kMostBytes)));
+                           static_cast<qsizetype>(std::min(field.size(), kMaxBytes)));
 }
 
 }  // namespace
@@ -71,7 +71,7 @@ Result<ReadOutcome, QString> CsvBlockReader::next(CsvBlock& block) {
       return Failure{faultText(rest, restSize)};
     }
     if (restSize > static_cast<std::size_t>(kLongestRecord)) {
-      return Failure{table_messages::atPlace(table_messages::atLine(m_file.path(), m_line),
+      return Failure{table_messages::atLocation(table_messages::atLine(m_file.path(), m_line),
                                              table_messages::recordTooLong(kLongestRecordMebibytes))};
     }
     if (m_isFileRead) {
@@ -95,7 +95,7 @@ QString CsvBlockReader::faultText(const char* record, std::size_t size) const {
   const CsvRecord& found = scanner.record();
   const QString path = m_file.path();
   if (found.isQuoteOpen && isWhole) {
-    return table_messages::atPlace(table_messages::atLine(path, found.quoteLine),
+    return table_messages::atLocation(table_messages::atLine(path, found.quoteLine),
                                    table_messages::quoteNeverClosed());
   }
   const auto fields = static_cast<int>(found.fieldCount);
@@ -106,7 +106,7 @@ QString CsvBlockReader::faultText(const char* record, std::size_t size) const {
                 shownField(found.fields[static_cast<std::size_t>(columns)]))
           : table_messages::tooFewFields(fields, columns, m_columnNames[fields],
                                          shownField(found.fields.back()));
-  return table_messages::atPlace(table_messages::atLine(path, found.line), what);
+  return table_messages::atLocation(table_messages::atLine(path, found.line), what);
 }
 
 }  // namespace kelvarin

@@ -1,7 +1,8 @@
 // Reads the data of a CSV file block by block, each of some whole records.
 //
 // A record longer than a block makes its block grow, up to the longest record. Regular files and
-// pipes are read alike, once. Threads: one at a time.  Errors: texts for the user, with the line.
+// pipes are read alike, once.
+// Errors: texts for the user, with the line.
 #pragma once
 
 #include <QVector>
@@ -21,7 +22,7 @@ class CsvBlockReader {
 
   // A block has one row at least.
   Result<ReadOutcome, QString> next(CsvBlock& block);
-  // Bytes of the file behind the last block.
+  // Bytes of the file after the last block.
   long long offset() const { return m_offset; }
 
  private:

@@ -1,6 +1,4 @@
 // Finds the bytes that mean something in CSV, 64 at a time.
-//
-// Threads: plain values.
 #pragma once
 
 #include <cstddef>

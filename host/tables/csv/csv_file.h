@@ -1,8 +1,9 @@
 // The bytes of a CSV file or pipe.
 //
-// A regular file can be read again at any place, so that the lines of an error can be counted; a
-// pipe is read once. Threads: readAt() any; readNext() one at a time; cancel() any.  Errors: texts
-// for the user.
+// A regular file can be read again at any offset, so that the lines of an error can be counted; a
+// pipe is read once.
+// Threads: readAt() any; readNext() one at a time; cancel() any.
+// Errors: texts for the user.
 #pragma once
 
 #include <atomic>
@@ -27,7 +28,7 @@ class CsvFile {
   // -1 for a pipe.
   long long size() const { return m_size; }
 
-  // Fewer bytes than `size` are given only at the end.
+  // Fewer bytes than `size` are read only at the end.
   Result<std::size_t, QString> readAt(long long offset, char* bytes, std::size_t size) const;
   Result<std::size_t, QString> readNext(char* bytes, std::size_t size) const;
   // Ends a waiting readNext() with a failure.

@@ -1,10 +1,10 @@
 #include "host/tables/csv/csv_head.h"
 
 #include <algorithm>
-#include <utility>
 
 #include <QSet>
 
+#include "host/files/file_signatures.h"
 #include "host/tables/csv/csv_values.h"
 #include "host/tables/messages.h"
 
@@ -14,30 +14,24 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-// A file that is no CSV file whatever the settings say; empty when it may be one. Signatures of
-// letters alone would be names of columns.
+// A file that is no CSV file whatever the settings say; empty when it may be one.
 QString kindOfForeignFile(std::string_view start) {
-  using std::string_view_literals::operator""sv;
-  static constexpr std::pair<std::string_view, QString (*)()> kKinds[] = {
-      {"\xFF\xFE"sv, table_messages::utf16File},
-      {"\xFE\xFF"sv, table_messages::utf16File},
-      {"\0\0\xFE\xFF"sv, table_messages::utf32File},
-      {"\x1F\x8B"sv, table_messages::compressedFile},
-      {"\x28\xB5\x2F\xFD"sv, table_messages::compressedFile},
-      {"BZh91AY&SY"sv, table_messages::compressedFile},
-      {"\xFD"
-       "7zXZ\0"sv,
-       table_messages::compressedFile},
-      {"PK\x03\x04"sv, table_messages::archiveFile},
-      {"PAR1\x15"sv, table_messages::parquetFile},
-      {"ARROW1\0\0"sv, table_messages::arrowFile},
-  };
-  for (const auto& [signature, kind] : kKinds) {
-    if (start.starts_with(signature)) {
-      return kind();
-    }
+  switch (formatOfSignature(start)) {
+    case FileFormat::utf16:
+      return table_messages::utf16File();
+    case FileFormat::utf32:
+      return table_messages::utf32File();
+    case FileFormat::compressed:
+      return table_messages::compressedFile();
+    case FileFormat::archive:
+      return table_messages::archiveFile();
+    case FileFormat::parquet:
+      return table_messages::parquetFile();
+    case FileFormat::arrow:
+      return table_messages::arrowFile();
+    default:
+      return {};
   }
-  return {};
 }
 
 // Every second byte is zero in UTF-16 without a byte order mark.
@@ -51,7 +45,7 @@ bool hasZeroByte(const CsvRecord& record) {
 class HeadReader {
  public:
   HeadReader(const CsvFile& file, const CsvDialect& dialect)
-      : m_file(file), m_scanner(dialect, true, 1, kMostCsvColumns) {}
+      : m_file(file), m_scanner(dialect, true, 1, kMaxCsvColumns) {}
 
   // False: the file has no record.
   Result<bool, QString> readFirstRecord() {
@@ -69,10 +63,10 @@ class HeadReader {
       const bool isAtEnd = !isComplete && *got < kStep;
       const bool hasRecord = isComplete || (isAtEnd && m_scanner.finish());
       m_used = static_cast<std::size_t>(next - m_bytes.data());
-      if (m_scanner.record().fieldCount > kMostCsvColumns) {
+      if (m_scanner.record().fieldCount > kMaxCsvColumns) {
         return Failure{
-            table_messages::atPlace(table_messages::atLine(m_file.path(), m_scanner.record().line),
-                                    table_messages::tooManyColumns(kMostCsvColumns))};
+            table_messages::atLocation(table_messages::atLine(m_file.path(), m_scanner.record().line),
+                                    table_messages::tooManyColumns(kMaxCsvColumns))};
       }
       if (isComplete) {
         return lookAfterRecord();
@@ -82,7 +76,7 @@ class HeadReader {
       }
       if (static_cast<long long>(m_bytes.size()) > kLongestRecord) {
         return Failure{
-            table_messages::atPlace(table_messages::atLine(m_file.path(), m_scanner.record().line),
+            table_messages::atLocation(table_messages::atLine(m_file.path(), m_scanner.record().line),
                                     table_messages::recordTooLong(kLongestRecordMebibytes))};
       }
     }
@@ -134,7 +128,7 @@ Status<QString> nameColumns(const CsvFile& file, const CsvRecord& record, CsvHea
   QSet<QString> known;
   for (const std::string& field : record.fields) {
     if (!isUtf8(field)) {
-      return Failure{table_messages::atPlace(table_messages::atLine(file.path(), record.line),
+      return Failure{table_messages::atLocation(table_messages::atLine(file.path(), record.line),
                                              table_messages::notUtf8())};
     }
     const QString name = QString::fromUtf8(field.data(), static_cast<qsizetype>(field.size()));
@@ -161,7 +155,7 @@ Status<QString> nameColumns(const CsvFile& file, const CsvRecord& record, CsvHea
     firstGiven = unnamed++ == 0 ? given : firstGiven;
   }
   if (unnamed > 0) {
-    head.notes += table_messages::atPlace(table_messages::atLine(file.path(), record.line),
+    head.notes += table_messages::atLocation(table_messages::atLine(file.path(), record.line),
                                           table_messages::unnamedColumns(unnamed, firstGiven));
   }
   return Done{};
@@ -176,7 +170,7 @@ void noteOtherSeparator(const CsvFile& file, const CsvRecord& record, CsvHead& h
       {';', ";"}, {'\t', "\\t"}, {'|', "|"}, {',', ","}};
   for (const auto& [separator, attribute] : kSeparators) {
     if (record.fields[0].find(separator) != std::string::npos) {
-      head.notes += table_messages::atPlace(
+      head.notes += table_messages::atLocation(
           table_messages::atLine(file.path(), record.line),
           table_messages::otherSeparator(QString::fromLatin1(attribute)));
       return;
@@ -202,7 +196,7 @@ Result<CsvHead, QString> readCsvHead(const CsvFile& file, const CsvDialect& dial
   }
   const CsvRecord& record = reader.scanner().record();
   if (record.isQuoteOpen) {
-    return Failure{table_messages::atPlace(table_messages::atLine(file.path(), record.quoteLine),
+    return Failure{table_messages::atLocation(table_messages::atLine(file.path(), record.quoteLine),
                                            table_messages::quoteNeverClosed())};
   }
   if (hasZeroByte(record)) {

@@ -11,13 +11,13 @@
 namespace kelvarin {
 
 // More than any real table has: a header of so many columns is a mistaken separator, or a forgery.
-inline constexpr std::size_t kMostCsvColumns = 200'000;
+inline constexpr std::size_t kMaxCsvColumns = 200'000;
 
 struct CsvHead {
   QVector<QString> names;    // of the header, or col1, col2, ...
   long long dataOffset = 0;  // the first byte after the header
   long long dataLine = 1;    // and its line
-  std::string bytesRead;  // of the data, which the file does not give again
+  std::string bytesRead;  // of the data, which the file does not yield again
   QStringList notes;      // what the user should know about the header
 };
 

@@ -14,7 +14,7 @@ CsvIndex CsvIndexer::index(CsvBlock& block, std::size_t size, bool isEnd) {
   m_isInQuotes = false;
   m_isStopped = false;
   m_index = {};
-  makeRoom(marks);
+  ensureCapacity(marks);
   mark(0);
   for (std::uint32_t start = 0; start < m_size && !m_isStopped; start += CsvByteFinder::kStep) {
     CsvByteBits bits = m_finder.look(m_bytes + start);
@@ -22,7 +22,7 @@ CsvIndex CsvIndexer::index(CsvBlock& block, std::size_t size, bool isEnd) {
       const std::uint64_t present = (std::uint64_t{1} << (m_size - start)) - 1;
       bits = {bits.special & present, bits.rare & present};
     }
-    makeRoom(marks);
+    ensureCapacity(marks);
     if (m_isStopped) {
       break;
     }
@@ -70,17 +70,17 @@ void CsvIndexer::takePlain(std::uint32_t start, std::uint64_t special) {
 
 // For as many marks as one step can make: a line end makes two. A record that has more fields than
 // columns already is at fault whatever follows, and gets no memory for more.
-void CsvIndexer::makeRoom(std::vector<std::uint32_t>& marks) {
-  constexpr std::size_t kMostInStep = 2 * CsvByteFinder::kStep + 2;
+void CsvIndexer::ensureCapacity(std::vector<std::uint32_t>& marks) {
+  constexpr std::size_t kMaxInStep = 2 * CsvByteFinder::kStep + 2;
   const auto used = static_cast<std::size_t>(m_mark - marks.data());
-  if (marks.size() - used < kMostInStep) [[unlikely]] {
+  if (marks.size() - used < kMaxInStep) [[unlikely]] {
     const auto record = static_cast<std::size_t>(m_record - marks.data());
     if (used - record > m_columnCount + 1) {
       m_index.hasFault = true;
       m_isStopped = true;
       return;
     }
-    marks.resize(2 * marks.size() + kMostInStep);
+    marks.resize(2 * marks.size() + kMaxInStep);
     m_record = marks.data() + record;
     m_mark = marks.data() + used;
   }
@@ -145,7 +145,7 @@ void CsvIndexer::takeLineEnd(std::uint32_t at, std::uint32_t next) {
   mark(next);
 }
 
-// The text ends without a line end, or behind one.
+// The text ends without a line end, or after one.
 void CsvIndexer::finish() {
   if (m_isInQuotes) {
     m_index.hasFault = true;

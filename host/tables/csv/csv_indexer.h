@@ -1,7 +1,7 @@
 // Finds the records of a CSV text and marks their fields, at the speed of the bulk.
 //
-// The grammar is that of CsvScanner. Threads: plain values.  Errors: the place of the record that
-// is none; the caller makes the message.
+// The grammar is that of CsvScanner.
+// Errors: the position of the record that is none; the caller makes the message.
 #pragma once
 
 #include "host/tables/csv/csv_block.h"
@@ -32,9 +32,9 @@ class CsvIndexer {
   void takeQuote(std::uint32_t at);
   void takeLineEnd(std::uint32_t at, std::uint32_t next);
   void finish();
-  void mark(std::uint32_t place) { *m_mark++ = place; }
+  void mark(std::uint32_t offset) { *m_mark++ = offset; }
   std::uint32_t fieldStart() const { return m_mark[-1] & ~CsvBlock::kQuotedMark; }
-  void makeRoom(std::vector<std::uint32_t>& marks);
+  void ensureCapacity(std::vector<std::uint32_t>& marks);
 
   CsvDialect m_dialect;
   CsvByteFinder m_finder;

@@ -38,8 +38,8 @@ bool isNumberForPeople(std::string_view field) {
   const std::size_t first = text.find(',');
   const std::size_t last = text.rfind(',');
   for (std::size_t comma = first; comma != text.npos; comma = text.find(',', comma + 1)) {
-    const auto behind = text.begin() + static_cast<std::ptrdiff_t>(comma) + 1;
-    const bool isThousands = std::find_if_not(behind, text.end(), isDigit) - behind == 3;
+    const auto decimals = text.begin() + static_cast<std::ptrdiff_t>(comma) + 1;
+    const bool isThousands = std::find_if_not(decimals, text.end(), isDigit) - decimals == 3;
     if (first != last && !isThousands) {
       return false;
     }

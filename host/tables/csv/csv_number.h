@@ -32,7 +32,7 @@ inline std::string_view withoutPlus(std::string_view text) {
   return hasPlus ? text.substr(1) : text;
 }
 
-// Beyond the range of a double: infinity or (nearly) zero, as rounding gives it.
+// Beyond the range of a double: infinity or (nearly) zero, as rounding has it.
 inline double roundedOutOfRange(std::string_view text) {
   static const locale_t plainLocale = ::newlocale(LC_ALL_MASK, "C", nullptr);
   return ::strtod_l(std::string(text).c_str(), nullptr, plainLocale);
@@ -66,7 +66,7 @@ inline bool parseNumber(std::string_view field, double& number) {
 
 // Numbers of at most eight bytes: digits, with a minus and a point where they may be. Exact, since
 // whole numbers below 10^8 and powers of ten up to 10^7 are doubles and a division rounds once.
-// False for everything else, and for digits behind a leading zero if these are refused. The eight
+// False for everything else, and for digits after a leading zero if these are refused. The eight
 // bytes before the end of `field` may be read, whatever its size.
 template <bool refusesLeadingZeros = false>
 [[gnu::always_inline]] inline bool parseShortDecimal(std::string_view field, double& number) {
@@ -127,7 +127,7 @@ template <bool refusesLeadingZeros = false>
 // How a number's text says more than the number it is read as.
 enum class LostDigits {
   none,
-  leadingZero,  // digits behind a zero, as in postal codes
+  leadingZero,  // digits after a zero, as in postal codes
   wholePart,    // a whole part that no double holds, as in long identifiers
 };
 
@@ -135,7 +135,7 @@ enum class LostDigits {
 // do decimals.
 LostDigits lostDigits(std::string_view field, double number);
 
-// Quick, and true for every number that has lost digits and few others. The byte behind `field` may
+// Quick, and true for every number that has lost digits and few others. The byte after `field` may
 // be read.
 inline bool mayHaveLostDigits(std::string_view field) {
   constexpr std::size_t kDigitsThatAreKept = 15;

@@ -2,7 +2,7 @@
 //
 // Numbers take the shortest form that reads back to the same double; fields are quoted where they
 // would otherwise be read back as something else. The buffer grows with the longest row only.
-// Threads: plain values.  Errors: the column of a field that needs a quote where there is none.
+// Errors: the column of a field that needs a quote where there is none.
 #pragma once
 
 #include <cstring>
@@ -29,14 +29,15 @@ class CsvRowFormat {
   void clear() { m_used = 0; }
 
  private:
-  // Room for `size` bytes and for the numbers and separators of a row behind them.
+  // Capacity for `size` bytes and, after them, for the numbers and separators of a row.
   char* reserve(std::size_t size);
-  // These write at `place` and give the end; null when the field needs a quote and there is none.
-  char* appendValue(char* place, MetaTypeColumn type, const unsigned char* value);
-  char* appendText(char* place, std::string_view text);
-  char* appendQuoted(char* place, std::string_view text) const;
-  char* appendNull(char* place) const;
-  char* quotedIfNeeded(char* place, char* end) const;
+  // These write at `target` and return the end; null when the field needs a quote that does not
+  // exist.
+  char* appendValue(char* target, MetaTypeColumn type, const unsigned char* value);
+  char* appendText(char* target, std::string_view text);
+  char* appendQuoted(char* target, std::string_view text) const;
+  char* appendNull(char* target) const;
+  char* quotedIfNeeded(char* target, char* end) const;
   bool needsQuote(std::string_view text) const;
   void endLine(char* end);
 
@@ -48,7 +49,7 @@ class CsvRowFormat {
   std::unique_ptr<char[]> m_buffer;
   std::size_t m_capacity = 0;
   std::size_t m_used = 0;
-  std::size_t m_fixedRoom;  // for a row but its texts
+  std::size_t m_fixedCapacity;  // for a row but its texts
 };
 
 }  // namespace kelvarin

@@ -1,8 +1,8 @@
 // Finds the records of a CSV text, with the lines they stand in and their fields.
 //
 // Follows the grammar of the bulk reader, at a fraction of its speed: it reads the header, and
-// after an error it finds the place. A quote counts at the start of a field only; after the closing
-// quote the field goes on unquoted. LF, CR and CR LF end a line. Threads: plain values.
+// after an error it finds the position. A quote counts at the start of a field only; after the
+// closing quote the field goes on unquoted. LF, CR and CR LF end a line.
 #pragma once
 
 #include <cstdint>
@@ -34,7 +34,7 @@ class CsvScanner {
              std::size_t keptFields = kAllFields);
 
   // Reads on at `begin`, which moves. True: record() is complete and `begin` stands after its line
-  // end. False: all bytes are used up; give the following ones.
+  // end. False: all bytes are used up; pass the following ones.
   bool scan(const char*& begin, const char* end);
   // To be called after the last byte; true when a record was open and is now complete.
   bool finish();

@@ -52,7 +52,7 @@ std::string_view textOf(const CsvField& field, char quote, std::string& unquoted
 // them are ASCII.
 constexpr std::size_t kEager = 16;
 
-bool copyShort(unsigned char* place, const char* bytes, std::size_t size) {
+bool copyShort(unsigned char* target, const char* bytes, std::size_t size) {
   // As many high bits as there are bytes, without a branch on a size that nobody can foretell.
   static constexpr unsigned char kHighBits[2 * kEager] = {0x80, 0x80, 0x80, 0x80, 0x80, 0x80,
                                                           0x80, 0x80, 0x80, 0x80, 0x80, 0x80,
@@ -61,7 +61,7 @@ bool copyShort(unsigned char* place, const char* bytes, std::size_t size) {
   std::uint64_t highBits[2];
   static_assert(sizeof words == kEager);
   std::memcpy(words, bytes, kEager);
-  std::memcpy(place, words, kEager);
+  std::memcpy(target, words, kEager);
   std::memcpy(highBits, kHighBits + kEager - size, kEager);
   return ((words[0] & highBits[0]) | (words[1] & highBits[1])) == 0;
 }
@@ -87,13 +87,13 @@ FieldConverter::FieldConverter(const CsvBlock& block, std::size_t index, DigitRu
   const auto rowCount = static_cast<std::size_t>(block.rowCount());
   switch (m_type) {
     case MetaTypeColumn::number:
-      m_place = column.replace(rowCount * sizeof(double));
+      m_next = column.replace(rowCount * sizeof(double));
       return;
     case MetaTypeColumn::key:
-      m_place = column.replace(rowCount * sizeof(std::uint32_t));
+      m_next = column.replace(rowCount * sizeof(std::uint32_t));
       return;
     default:
-      m_place = column.replace(bytesOfTexts(block, index) + kEager);
+      m_next = column.replace(bytesOfTexts(block, index) + kEager);
   }
 }
 
@@ -116,7 +116,7 @@ template <typename Type>
 std::optional<BadField> FieldConverter::parse(long long begin, long long end,
                                               const CsvNullRule& nulls, BadFieldCount& badFields) {
   std::string unquoted;
-  auto* value = reinterpret_cast<typename Type::Value*>(m_place);
+  auto* value = reinterpret_cast<typename Type::Value*>(m_next);
   const std::uint32_t* mark = m_block->marksOfRow(begin) + m_index;
   for (long long row = begin; row < end; ++row, ++value, mark += m_block->marksInRow()) {
     const CsvField field = m_block->fieldAt(mark);
@@ -140,37 +140,37 @@ std::optional<BadField> FieldConverter::parse(long long begin, long long end,
     badFields.firstLine = badFields.count == 0 ? m_block->lineOfRow(row) : badFields.firstLine;
     ++badFields.count;
   }
-  m_place = reinterpret_cast<unsigned char*>(value);
+  m_next = reinterpret_cast<unsigned char*>(value);
   return std::nullopt;
 }
 
 std::optional<BadField> FieldConverter::copyTexts(long long begin, long long end,
                                                   const CsvNullRule& nulls) {
   std::string unquoted;
-  unsigned char* place = m_place;
+  unsigned char* next = m_next;
   const std::uint32_t* mark = m_block->marksOfRow(begin) + m_index;
   for (long long row = begin; row < end; ++row, mark += m_block->marksInRow()) {
     const CsvField field = m_block->fieldAt(mark);
     if (nulls.isNullText(field)) [[unlikely]] {
-      place = putNullText(place);
+      next = putNullText(next);
       continue;
     }
     bool isAscii = false;
     std::string_view text = field.bytes;
     if (!field.isQuoted && text.size() <= kEager) [[likely]] {
       const auto length = static_cast<std::uint32_t>(text.size());
-      std::memcpy(place, &length, 4);
-      isAscii = copyShort(place + 4, text.data(), text.size());
-      place += 4 + text.size();
+      std::memcpy(next, &length, 4);
+      isAscii = copyShort(next + 4, text.data(), text.size());
+      next += 4 + text.size();
     } else {
       text = textOf(field, nulls.quote, unquoted);
-      place = putText(place, text.data(), text.size());
+      next = putText(next, text.data(), text.size());
     }
     if (!isAscii && !isUtf8(text)) [[unlikely]] {
       return BadField{row, std::string(text)};
     }
   }
-  m_place = place;
+  m_next = next;
   return std::nullopt;
 }
 

@@ -1,8 +1,8 @@
 // From the fields of one column of a block to the bytes of values.
 //
 // An unquoted field that is the null text is missing, and so is every empty field of a number or
-// key column. Threads: plain functions.  Errors: the row, to be turned into a message by the
-// caller.
+// key column.
+// Errors: the row, to be turned into a message by the caller.
 #pragma once
 
 #include <optional>
@@ -53,7 +53,7 @@ struct CsvNullRule {
 // missing and are counted when they are tolerated; else the first one ends the work.
 class FieldConverter {
  public:
-  // Makes room for all rows of `block`.
+  // Reserves memory for all rows of `block`.
   FieldConverter(const CsvBlock& block, std::size_t index, DigitRule digits, ValueColumn& column);
 
   // The rows from `begin`, where it ended before, to before `end`.
@@ -70,7 +70,7 @@ class FieldConverter {
   std::size_t m_index;
   MetaTypeColumn m_type;
   DigitRule m_digits;
-  unsigned char* m_place;  // of the next value
+  unsigned char* m_next;  // of the next value
 };
 
 bool isUtf8(std::string_view text);

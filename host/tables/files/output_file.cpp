@@ -2,8 +2,6 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <poll.h>
-#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,7 +10,6 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <memory>
 
 #include <QFile>
@@ -80,47 +77,13 @@ void removeLeftovers(const QByteArray& finalPath) {
   }
 }
 
-// A write to a pipe that nobody reads gives an error instead of ending the process.
-class PipeSignalBlocked {
- public:
-  PipeSignalBlocked() {
-    sigemptyset(&m_pipeSignal);
-    sigaddset(&m_pipeSignal, SIGPIPE);
-    sigset_t pending;
-    sigpending(&pending);
-    m_wasPending = sigismember(&pending, SIGPIPE) == 1;
-    pthread_sigmask(SIG_BLOCK, &m_pipeSignal, &m_previous);
-  }
-  // Keeps errno, which tells about the write.
-  ~PipeSignalBlocked() {
-    const int error = errno;
-    if (!m_wasPending) {
-      const timespec noWait{};
-      while (sigtimedwait(&m_pipeSignal, nullptr, &noWait) == -1 && errno == EINTR) {
-      }
-    }
-    pthread_sigmask(SIG_SETMASK, &m_previous, nullptr);
-    errno = error;
-  }
-  PipeSignalBlocked(const PipeSignalBlocked&) = delete;
-  PipeSignalBlocked& operator=(const PipeSignalBlocked&) = delete;
-
- private:
-  sigset_t m_pipeSignal;
-  sigset_t m_previous;
-  bool m_wasPending;
-};
-
-// So many bytes at a time begin their way to the disk, so that little is left to wait for at the
-// end.
-constexpr long long kBytesToStore = 8 << 20;
-
-void waitUntilWritable(int descriptor) {
-  pollfd entry{descriptor, POLLOUT, 0};
-  ::poll(&entry, 1, 1000);
-}
-
 }  // namespace
+
+OutputFile::OutputFile()
+    : m_file([this](std::size_t missingBytes) {
+        const auto missing = static_cast<int>(std::min<std::size_t>(missingBytes, INT_MAX));
+        return MainUI::displayOutOfDiskSpace(m_shownName, missing, true);
+      }) {}
 
 OutputFile::~OutputFile() {
   discard();
@@ -132,11 +95,9 @@ Status<QString> OutputFile::open(const QString& path) {
   m_hasReaderLeft = false;
   m_finalPath.clear();
   m_bytesWritten = 0;
-  m_bytesBeingStored = 0;
   if (path == QLatin1String("-")) {
     m_shownName = table_messages::standardOutput();
-    m_descriptor = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
-    return m_descriptor >= 0 ? Status<QString>(Done{}) : Failure{writeError(errno)};
+    return openStream(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3));
   }
   m_shownName = path;
   const QByteArray name = resolved(QFile::encodeName(path));
@@ -146,17 +107,17 @@ Status<QString> OutputFile::open(const QString& path) {
       return Failure{table_messages::cannotCreate(path, table_messages::isFolder())};
     }
     if (!S_ISREG(present.st_mode)) {
-      return openDirectly(name);
+      return openStream(::open(name.constData(), O_WRONLY | O_CLOEXEC));
     }
   }
   return openTemporary(name);
 }
 
-Status<QString> OutputFile::openDirectly(const QByteArray& path) {
-  m_descriptor = ::open(path.constData(), O_WRONLY | O_CLOEXEC);
-  if (m_descriptor < 0) {
+Status<QString> OutputFile::openStream(int descriptor) {
+  if (descriptor < 0) {
     return Failure{writeError(errno)};
   }
+  m_file.open(descriptor, WritableFile::Kind::stream);
   return Done{};
 }
 
@@ -168,86 +129,44 @@ Status<QString> OutputFile::openTemporary(const QByteArray& path) {
     return Failure{table_messages::cannotCreate(m_shownName, systemText(errno))};
   }
   removeLeftovers(path);
-  m_descriptor = openUnnamedFile(folderOf(path).constData());
-  if (m_descriptor < 0) {
+  int descriptor = openUnnamedFile(folderOf(path).constData());
+  if (descriptor < 0) {
     m_temporaryPath = temporaryName(path);
     m_unfinishedName.enter(m_temporaryPath);
-    m_descriptor =
+    descriptor =
         ::open(m_temporaryPath.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
   }
-  if (m_descriptor < 0) {
+  if (descriptor < 0) {
     const int error = errno;
     m_unfinishedName.withdraw();
     m_temporaryPath.clear();
     return Failure{table_messages::cannotCreate(m_shownName, systemText(error))};
   }
+  m_file.open(descriptor);
   // Says that the file is at work, for whoever removes leftovers; it is never refused.
-  [[maybe_unused]] const bool isLocked = takeFileLock(m_descriptor);
+  [[maybe_unused]] const bool isLocked = takeFileLock(descriptor);
   if (replaces) {
     // Fails on file systems without permissions; the file is then as new files there are.
-    [[maybe_unused]] const int ignored = ::fchmod(m_descriptor, present.st_mode & 07777);
+    [[maybe_unused]] const int ignored = ::fchmod(descriptor, present.st_mode & 07777);
   }
   return Done{};
-}
-
-ssize_t OutputFile::writeOnce(const char* bytes, std::size_t size) {
-  if (!isDirect()) {
-    return ::write(m_descriptor, bytes, size);
-  }
-  const PipeSignalBlocked blocked;
-  const ssize_t written = ::write(m_descriptor, bytes, size);
-  if (written < 0 && errno == EAGAIN) {
-    waitUntilWritable(m_descriptor);
-    errno = EAGAIN;
-  }
-  return written;
 }
 
 Status<QString> OutputFile::write(const char* bytes, std::size_t size) {
-  while (size > 0) {
-    const ssize_t written = writeOnce(bytes, size);
-    if (written > 0) {
-      bytes += written;
-      size -= static_cast<std::size_t>(written);
-      m_bytesWritten += written;
-      startStoring();
-      continue;
-    }
-    const int error = written == 0 ? ENOSPC : errno;
-    if (error == EINTR || error == EAGAIN) {
-      continue;
-    }
+  if (const int error = m_file.write(bytes, size); error != 0) {
     m_hasReaderLeft = error == EPIPE && isStandardOutput();
-    const int missing = static_cast<int>(std::min<std::size_t>(size, INT_MAX));
-    if (!isDiskFull(error) || !MainUI::displayOutOfDiskSpace(m_shownName, missing, true)) {
-      return Failure{writeError(error)};
-    }
+    return Failure{writeError(error)};
   }
+  m_bytesWritten += static_cast<long long>(size);
+  m_file.beginStoring(static_cast<std::uint64_t>(m_bytesWritten));
   return Done{};
-}
-
-// Only asks for it; complete() waits, and sees what went wrong.
-void OutputFile::startStoring() {
-  const long long waiting = m_bytesWritten - m_bytesBeingStored;
-  if (waiting >= kBytesToStore && !isDirect()) {
-    [[maybe_unused]] const int ignored =
-        ::sync_file_range(m_descriptor, m_bytesBeingStored, waiting, SYNC_FILE_RANGE_WRITE);
-    m_bytesBeingStored = m_bytesWritten;
-  }
-}
-
-// A device that takes no more has no disk on which space could be made.
-bool OutputFile::isDiskFull(int error) const {
-  struct stat written {};
-  return (error == ENOSPC || error == EDQUOT) && ::fstat(m_descriptor, &written) == 0 &&
-         S_ISREG(written.st_mode);
 }
 
 // Also by a name such as /dev/stdout.
 bool OutputFile::isStandardOutput() const {
   struct stat written {};
   struct stat standard {};
-  return ::fstat(m_descriptor, &written) == 0 && ::fstat(STDOUT_FILENO, &standard) == 0 &&
+  return ::fstat(m_file.descriptor(), &written) == 0 && ::fstat(STDOUT_FILENO, &standard) == 0 &&
          written.st_dev == standard.st_dev && written.st_ino == standard.st_ino;
 }
 
@@ -258,16 +177,9 @@ QString OutputFile::writeError(int error) const {
 }
 
 Status<QString> OutputFile::complete() {
-  if (!isDirect()) {
-    if (::fsync(m_descriptor) != 0) {
-      return Failure{writeError(errno)};
-    }
-  } else {
-    const int descriptor = m_descriptor;
-    m_descriptor = -1;
-    if (::close(descriptor) != 0 && errno != EINTR) {
-      return Failure{writeError(errno)};
-    }
+  const int error = isDirect() ? m_file.close() : m_file.sync();
+  if (error != 0) {
+    return Failure{writeError(error)};
   }
   m_isComplete = true;
   return Done{};
@@ -284,7 +196,7 @@ Status<QString> OutputFile::publish() {
   }
   m_unfinishedName.withdraw();
   m_temporaryPath.clear();
-  closeDescriptor();
+  (void)m_file.close();
   const int folder = ::open(folderOf(m_finalPath).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (folder >= 0) {
     ::fsync(folder);
@@ -296,13 +208,13 @@ Status<QString> OutputFile::publish() {
 // A file without a name cannot replace another at once; it needs a name of its own first.
 bool OutputFile::takeFinalName() {
   if (m_temporaryPath.isEmpty()) {
-    if (nameUnnamedFile(m_descriptor, m_finalPath.constData())) {
+    if (nameUnnamedFile(m_file.descriptor(), m_finalPath.constData())) {
       return true;
     }
     const bool isReplacing = errno == EEXIST;
     const QByteArray name = temporaryName(m_finalPath);
     m_unfinishedName.enter(name);
-    if (!isReplacing || !nameUnnamedFile(m_descriptor, name.constData())) {
+    if (!isReplacing || !nameUnnamedFile(m_file.descriptor(), name.constData())) {
       const int error = errno;
       m_unfinishedName.withdraw();
       errno = error;
@@ -319,14 +231,7 @@ void OutputFile::discard() {
     m_unfinishedName.withdraw();
     m_temporaryPath.clear();
   }
-  closeDescriptor();
-}
-
-void OutputFile::closeDescriptor() {
-  if (m_descriptor >= 0) {
-    ::close(m_descriptor);
-    m_descriptor = -1;
-  }
+  (void)m_file.close();
 }
 
 }  // namespace kelvarin

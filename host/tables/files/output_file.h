@@ -1,34 +1,33 @@
 // A file to be written that appears under its name only when it is complete.
 //
 // Bytes go to a file in the same folder that has no name yet, or a temporary one where the file
-// system has no such files; publish() puts it in its place. What the name held before stays until
-// then. A temporary file that a killed process has left is removed when the same output is opened
-// again. Names that stand for devices and pipes, and standard output ("-"), are written directly. A
-// full disk is put to the host, which says whether to try the rest again.
-// Used by: the sinks of host/tables. Threads: one at a time.  Errors: texts for the user; nothing
-// logs.
+// system has no such files; publish() replaces the old one with it. What the name held before stays
+// until then. A temporary file that a killed process has left is removed when the same output is
+// opened again. Names that stand for devices and pipes, and standard output ("-"), are written
+// directly. A full disk is put to the host, which says whether to try the rest again.
+// Used by: the sinks of host/tables.
+// Errors: texts for the user; nothing logs.
 #pragma once
-
-#include <sys/types.h>
 
 #include <QByteArray>
 #include <QString>
 
 #include "base/result.h"
+#include "base/writable_file.h"
 #include "host/tables/files/unfinished_names.h"
 
 namespace kelvarin {
 
 class OutputFile {
  public:
-  OutputFile() = default;
+  OutputFile();
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
   // An empty path opens nothing and fails.
   Status<QString> open(const QString& path);
-  bool isOpen() const { return m_descriptor >= 0; }
+  bool isOpen() const { return m_file.isOpen(); }
   Status<QString> write(const char* bytes, std::size_t size);
   long long bytesWritten() const { return m_bytesWritten; }
   // The writing failed since the program that reads standard output has seen enough: no fault.
@@ -42,14 +41,10 @@ class OutputFile {
   void discard();
 
  private:
-  Status<QString> openDirectly(const QByteArray& path);
+  Status<QString> openStream(int descriptor);
   Status<QString> openTemporary(const QByteArray& path);
-  void startStoring();
-  ssize_t writeOnce(const char* bytes, std::size_t size);
-  bool isDiskFull(int error) const;
   bool isStandardOutput() const;
   QString writeError(int error) const;
-  void closeDescriptor();
   bool isDirect() const { return m_finalPath.isEmpty(); }
   [[nodiscard]] bool takeFinalName();
 
@@ -57,11 +52,10 @@ class OutputFile {
   QByteArray m_finalPath;      // empty when written directly
   QByteArray m_temporaryPath;  // empty as long as the file has no name
   UnfinishedName m_unfinishedName;
-  int m_descriptor = -1;
+  WritableFile m_file;
   bool m_isComplete = false;
   bool m_hasReaderLeft = false;
   long long m_bytesWritten = 0;
-  long long m_bytesBeingStored = 0;  // of these, on their way to the disk
 };
 
 }  // namespace kelvarin

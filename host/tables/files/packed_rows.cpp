@@ -8,18 +8,18 @@ namespace kelvarin {
 namespace {
 
 template <typename Value>
-unsigned char* put(unsigned char* place, Value value) {
-  std::memcpy(place, &value, sizeof value);
-  return place + sizeof value;
+unsigned char* put(unsigned char* target, Value value) {
+  std::memcpy(target, &value, sizeof value);
+  return target + sizeof value;
 }
 
-unsigned char* putText(unsigned char* place, const unsigned char* text) {
+unsigned char* putText(unsigned char* target, const unsigned char* text) {
   if (isNullText(text)) {
-    return put(place, kNullTextLength);
+    return put(target, kNullTextLength);
   }
   const std::size_t size = 4 + lengthFromBytes(text);
-  std::memcpy(place, text, size);
-  return place + size;
+  std::memcpy(target, text, size);
+  return target + size;
 }
 
 }  // namespace
@@ -54,23 +54,23 @@ std::size_t PackedRows::append(const ColumnsInHand& rows, std::size_t begin, std
   std::size_t row = begin;
   for (; row < end && !isFull(); ++row) {
     // The compiler could not keep a member in a register while bytes are written.
-    unsigned char* place = reserve(sizeOfRow(rows, row));
+    unsigned char* target = reserve(sizeOfRow(rows, row));
     for (const ColumnsInHand::Column& column : rows.columns()) {
       if (column.numbers != nullptr) {
-        place = put(place, column.numbers[row]);
+        target = put(target, column.numbers[row]);
       } else if (column.keys != nullptr) {
-        place = put(place, column.keys[row]);
+        target = put(target, column.keys[row]);
       } else {
-        place = putText(place, column.texts[row]);
+        target = putText(target, column.texts[row]);
       }
     }
-    m_used = static_cast<std::size_t>(place - m_bytes.get());
+    m_used = static_cast<std::size_t>(target - m_bytes.get());
   }
   m_rowCount += static_cast<long long>(row - begin);
   return row - begin;
 }
 
-// Or more.
+// An upper bound: each value is counted as if it were the largest of a fixed size.
 std::size_t PackedRows::sizeOfRow(const ColumnsInHand& rows, std::size_t row) const {
   std::size_t size = m_types.size() * kFixedSize;
   for (const std::size_t column : m_textColumns) {

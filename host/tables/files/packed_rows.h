@@ -2,7 +2,6 @@
 // thread to another.
 //
 // Memory is kept from one filling to the next, and grows with the longest row only.
-// Threads: one at a time.
 #pragma once
 
 #include <memory>
@@ -19,9 +18,9 @@ class PackedRows {
 
   const std::vector<MetaTypeColumn>& types() const { return m_types; }
   void append(const OneRow& row);
-  // Rows from `begin` to before `end`, until it is full; gives how many.
+  // Rows from `begin` to before `end`, until it is full; returns how many.
   std::size_t append(const ColumnsInHand& rows, std::size_t begin, std::size_t end);
-  // As many as should change hands at once.
+  // Enough to be passed on at once.
   bool isFull() const { return m_used >= kWantedBytes; }
   bool isEmpty() const { return m_rowCount == 0; }
   void clear();
@@ -32,7 +31,7 @@ class PackedRows {
  private:
   static constexpr std::size_t kWantedBytes = 128 * 1024;
   static constexpr std::size_t kFixedSize =
-      sizeof(double);  // room for any value but a text's bytes
+      sizeof(double);  // any value fits in, but not the bytes of a text
 
   unsigned char* reserve(std::size_t size) {
     if (m_capacity - m_used < size) [[unlikely]] {

@@ -1,8 +1,8 @@
 // Opens a reader and reads its batches on a thread of its own, some ahead of the consumer.
 //
-// A few batches change hands: the consumer works on one while the thread fills others. Whoever
-// waits for the thread looks from time to time whether it still may, so that a run ends soon
-// although its source waits for another program.
+// A few batches go around: the consumer works on one while the thread fills others. Whoever waits
+// for the thread looks from time to time whether it still may, so that a run ends soon although its
+// source waits for another program.
 // Threads: all operations on the consumer's thread; the members below the mutex belong to it.
 // Batches that are not filled and not the consumer's belong to the reading thread.
 // Errors: the reader's texts. An exception of the reader is thrown on the consumer's thread.

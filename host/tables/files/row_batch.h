@@ -1,8 +1,8 @@
 // The values of some thousand rows, column by column, in the bytes that rows point to.
 //
-// A reader fills it; a source hands out its rows, and offers all of them to those who look ahead.
+// A reader fills it; a source publishes its rows, and offers all of them to those who look ahead.
 // Memory is kept from one filling to the next.
-// Threads: one at a time; ReadAhead hands a batch from the reading thread to the engine's.
+// Threads: one at a time; ReadAhead passes a batch from the reading thread to the engine's.
 #pragma once
 
 #include <cstdint>
@@ -15,13 +15,13 @@
 
 namespace kelvarin {
 
-// One column of a batch: values one behind the other, in the form of column_bytes.h.
+// One column of a batch: contiguous values, in the form of column_bytes.h.
 class ValueColumn {
  public:
   explicit ValueColumn(MetaTypeColumn type) : m_type(type) {}
 
   MetaTypeColumn type() const { return m_type; }
-  // Room for `size` bytes, replacing all values; the caller writes every value of the batch.
+  // Memory for `size` bytes, replacing all values; the caller writes every value of the batch.
   unsigned char* replace(std::size_t size) {
     if (size > m_capacity) {
       m_capacity = size + size / 4;
@@ -88,19 +88,19 @@ class ValueColumn {
   mutable std::vector<unsigned char*> m_texts;  // empty until somebody asks
 };
 
-// Writes a text, or the null text, at `place`; gives the place after it.
-inline unsigned char* putText(unsigned char* place, const char* bytes, std::size_t size) {
+// Write a text, or the null text, at `target`, and return the address after it.
+inline unsigned char* putText(unsigned char* target, const char* bytes, std::size_t size) {
   const auto length = static_cast<std::uint32_t>(size);
-  std::memcpy(place, &length, 4);
+  std::memcpy(target, &length, 4);
   if (size > 0) {
-    std::memcpy(place + 4, bytes, size);
+    std::memcpy(target + 4, bytes, size);
   }
-  return place + 4 + size;
+  return target + 4 + size;
 }
 
-inline unsigned char* putNullText(unsigned char* place) {
-  std::memcpy(place, &kNullTextLength, 4);
-  return place + 4;
+inline unsigned char* putNullText(unsigned char* target) {
+  std::memcpy(target, &kNullTextLength, 4);
+  return target + 4;
 }
 
 class RowBatch final : public RowsInHand {

@@ -3,8 +3,10 @@
 // init() creates the temporary file, so that a folder that cannot be written stops the run before
 // it reads anything. The file is complete when the input ends, and gets its name in close() when
 // the run has ended normally. Rows are written behind, so that formatting and compressing overlap
-// with making the next rows. Threads: the engine's, but for writeRow(), which runs on the thread of
-// a WriteBehind between begin() and finish().  Errors: logged, and the run fails.
+// with making the next rows.
+// Threads: the engine's, but for writeRow(), which runs on the thread of a WriteBehind between
+// begin() and finish().
+// Errors: logged, and the run fails.
 #pragma once
 
 #include <optional>
@@ -42,9 +44,9 @@ class TableSink : public ActionItem, public FileUser, public OutputCheck {
   virtual Status<QString> checkSettings() { return Done{}; }
   // `columns` has the names and types of all rows to come.
   virtual Status<QString> begin(const OneRow& columns) = 0;
-  // On the thread behind. `row` has the names and types of the columns and nothing else of theirs.
+  // On the writing thread. `row` has the names and types of the columns and nothing else of theirs.
   virtual Status<QString> writeRow(const OneRow& row) = 0;
-  // Hands everything to output().
+  // Passes everything to output().
   virtual Status<QString> finish() = 0;
   // Forgets what belongs to one run.
   virtual void release() = 0;

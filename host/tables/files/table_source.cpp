@@ -214,7 +214,7 @@ QString TableSource::outOfOrderText() {
   const OneRow* row = getOutputRowForOutputPin(0);
   for (const SortInfos& entry : row->sortInfos()) {
     if (entry.column() == column) {
-      return table_messages::atPlace(m_reader->placeOfRow(m_rowsPublished),
+      return table_messages::atLocation(m_reader->locationOfRow(m_rowsPublished),
                                      sortOrderBrokenText(row->colName(column), entry.type()));
     }
   }

@@ -1,7 +1,7 @@
 // The base of the actions that read a table from a file: no pin in, one out.
 //
-// The first call of the row routine opens the file and announces the columns; the later ones hand
-// out the rows of the batches that a ReadAhead fills. A check ends after the announcement.
+// The first call of the row routine opens the file and announces the columns; the later ones
+// publish the rows of the batches that a ReadAhead fills. A check ends after the announcement.
 // Threads: the engine's; a ReadAhead opens and reads on one of its own.
 // Errors: logged, and the run fails.
 #pragma once

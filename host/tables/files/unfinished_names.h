@@ -18,7 +18,7 @@ class UnfinishedName {
   UnfinishedName(const UnfinishedName&) = delete;
   UnfinishedName& operator=(const UnfinishedName&) = delete;
 
-  // In place of the one before. Throws std::bad_alloc.
+  // Replaces the one before. Throws std::bad_alloc.
   void enter(const QByteArray& path);
   void withdraw();
 

@@ -29,30 +29,30 @@ WriteBehind::~WriteBehind() {
 
 bool WriteBehind::push(const ColumnsInHand& rows, std::size_t count) {
   for (std::size_t begin = 0; begin < count;) {
-    PackedRows& packet = m_packets[m_given % kPacketCount];
+    PackedRows& packet = m_packets[m_queued % kPacketCount];
     begin += packet.append(rows, begin, count);
-    if (packet.isFull() && !handOver()) {
+    if (packet.isFull() && !queuePacket()) {
       return false;
     }
   }
   return true;
 }
 
-bool WriteBehind::handOver() {
+bool WriteBehind::queuePacket() {
   std::unique_lock lock(m_mutex);
-  ++m_given;
+  ++m_queued;
   m_changed.notify_all();
-  m_changed.wait(lock, [this] { return m_hasFailed || m_given - m_written < kPacketCount; });
+  m_changed.wait(lock, [this] { return m_hasFailed || m_queued - m_written < kPacketCount; });
   if (m_hasFailed) {
     return false;
   }
-  m_packets[m_given % kPacketCount].clear();
+  m_packets[m_queued % kPacketCount].clear();
   return true;
 }
 
 Status<QString> WriteBehind::finish() {
-  if (!m_packets[m_given % kPacketCount].isEmpty()) {
-    handOver();
+  if (!m_packets[m_queued % kPacketCount].isEmpty()) {
+    queuePacket();
   }
   {
     const std::lock_guard lock(m_mutex);
@@ -107,8 +107,8 @@ void WriteBehind::writePackets() {
 
 bool WriteBehind::waitForPacket() {
   std::unique_lock lock(m_mutex);
-  m_changed.wait(lock, [this] { return m_isStopping || m_isComplete || m_given > m_written; });
-  return !m_isStopping && !m_hasFailed && m_given > m_written;
+  m_changed.wait(lock, [this] { return m_isStopping || m_isComplete || m_queued > m_written; });
+  return !m_isStopping && !m_hasFailed && m_queued > m_written;
 }
 
 bool WriteBehind::writePacket(PackedRows& packet) {

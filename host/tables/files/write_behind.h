@@ -1,10 +1,10 @@
 // Has rows written by a thread of its own, in their order, while more are made.
 //
-// Rows change hands in packets, of which there are a few: who makes rows faster than they can be
-// written waits. After a failure nothing more is written.
+// Rows go through a bounded queue of packets: whoever makes rows faster than they can be written
+// waits. After a failure nothing more is written.
 // Threads: push(), finish() and stop() on the thread that makes the rows; the writing function on
-// the one behind. The members below the mutex belong to it; of the packets, those given and not
-// written belong to the thread behind.
+// the writing thread. The members below the mutex belong to it; of the packets, those that are
+// queued and not written belong to the writing thread.
 // Errors: the writing function's texts. An exception of it is thrown by finish().
 #pragma once
 
@@ -35,9 +35,9 @@ class WriteBehind {
 
   // False when the writing has failed; finish() says why.
   bool push(const OneRow& row) {
-    PackedRows& rows = m_packets[m_given % kPacketCount];
+    PackedRows& rows = m_packets[m_queued % kPacketCount];
     rows.append(row);
-    return !rows.isFull() || handOver();
+    return !rows.isFull() || queuePacket();
   }
   // The same of `count` rows that were taken together.
   bool push(const ColumnsInHand& rows, std::size_t count);
@@ -52,7 +52,7 @@ class WriteBehind {
  private:
   static constexpr std::size_t kPacketCount = 4;
 
-  bool handOver();
+  bool queuePacket();
   void run();
   void writePackets();
   bool waitForPacket();
@@ -66,7 +66,7 @@ class WriteBehind {
 
   std::mutex m_mutex;
   std::condition_variable m_changed;
-  std::size_t m_given = 0;  // packets; written by push() only, which may read it without the lock
+  std::size_t m_queued = 0;  // packets; written by push() only, which may read it without the lock
   std::size_t m_written = 0;
   bool m_isStopping = false;
   bool m_isComplete = false;  // no more packets come

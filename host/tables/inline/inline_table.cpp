@@ -142,9 +142,9 @@ void InlineTable::saveXML(std::wostringstream& out, QString name) {
   out << L"</" << typeName() << L">\n";
 }
 
-void InlineTable::refuse(XMLNode::Place place, const QString& message) {
+void InlineTable::refuse(XMLNode::Place position, const QString& message) {
   const QString file = m_globalParameters == nullptr ? QString() : m_globalParameters->graphFile();
-  MainUI::addLog(LogLevel::error, messages::withPlace(file, place, message));
+  MainUI::addLog(LogLevel::error, messages::withPosition(file, position, message));
 }
 
 char InlineTable::init() {
@@ -162,7 +162,7 @@ bool InlineTable::checkShape() {
   bool isGood = true;
   for (const Row& row : m_rows) {
     if (row.values.size() != m_columns.size()) {
-      refuse(row.place, messages::wrongNumberOfValues(static_cast<qsizetype>(row.values.size()),
+      refuse(row.position, messages::wrongNumberOfValues(static_cast<qsizetype>(row.values.size()),
                                                       static_cast<qsizetype>(m_columns.size())));
       isGood = false;
     }
@@ -192,7 +192,7 @@ bool InlineTable::planColumns(PinOutMetaData& columns) {
       fault = messages::unknownMeta(name, meta);
     }
     if (!fault.isEmpty()) {
-      refuse(column.place, fault);
+      refuse(column.position, fault);
       isGood = false;
       continue;
     }
@@ -233,14 +233,14 @@ unsigned char* InlineTable::encode(const Value& value, int column, MetaTypeColum
   if (type == MetaTypeColumn::key) {
     std::uint32_t key = 0;
     if (!parse(value.text, &key) || isNullKey(key)) {
-      refuse(value.place, messages::notAKey(name, value.text));
+      refuse(value.position, messages::notAKey(name, value.text));
       *isOk = false;
     }
     return bytesFromKey(&m_values, key);
   }
   double number = 0.0;
   if (!parse(value.text, &number)) {
-    refuse(value.place, messages::notANumber(name, value.text));
+    refuse(value.position, messages::notANumber(name, value.text));
     *isOk = false;
   }
   return bytesFromDouble(&m_values, number, 0);
@@ -262,7 +262,7 @@ bool InlineTable::checkOrder(PinOutMetaData& columns) {
       const auto broken = std::find_if(order->begin(), order->end(), [&checker](const auto& entry) {
         return entry.column() == checker.refusedColumn();
       });
-      refuse(m_rows[i].place,
+      refuse(m_rows[i].position,
              sortOrderBrokenText(columns.names()[broken->column()], broken->type()));
       return false;
     }

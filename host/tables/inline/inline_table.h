@@ -10,7 +10,7 @@
 // A column without meta holds texts. Values are taken as they stand, blanks of numbers and keys
 // aside; an empty number or key is missing.
 // Threads: the engine thread.
-// Errors: init() checks the whole table, logs every fault with its place in the graph file and
+// Errors: init() checks the whole table, logs every fault with its position in the graph file and
 // refuses.
 #pragma once
 
@@ -35,20 +35,20 @@ class InlineTable final : public Described<InlineTable, ActionItem> {
  private:
   struct Value {
     QString text;  // null when missing
-    XMLNode::Place place;
+    XMLNode::Place position;
   };
   struct Row {
     std::vector<Value> values;
-    XMLNode::Place place;
+    XMLNode::Place position;
   };
   struct Column {
     QString name;
     QString meta;  // as given; empty is the default
-    XMLNode::Place place;
+    XMLNode::Place position;
   };
 
   void readRow(const XMLNode& node);
-  void refuse(XMLNode::Place place, const QString& message);
+  void refuse(XMLNode::Place position, const QString& message);
   bool planColumns(PinOutMetaData& columns);
   bool checkShape();
   bool encodeRows(const PinOutMetaData& columns);

@@ -9,8 +9,8 @@
 namespace kelvarin::inline_table_messages {
 
 // "FILE:LINE:COLUMN: MESSAGE"; without the file where the graph has none.
-inline QString withPlace(const QString& file, XMLNode::Place place, const QString& message) {
-  const QString inFile = QStringLiteral("%1:%2: %3").arg(place.line).arg(place.column).arg(message);
+inline QString withPosition(const QString& file, XMLNode::Place position, const QString& message) {
+  const QString inFile = QStringLiteral("%1:%2: %3").arg(position.line).arg(position.column).arg(message);
   return file.isEmpty() ? inFile : file + u':' + inFile;
 }
 

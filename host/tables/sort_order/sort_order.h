@@ -1,13 +1,11 @@
-// The declared sort order of a table: the text in which users give it, and the check that rows keep
-// it.
+// The declared sort order of a table: the text of the declaration, and the check that rows keep it.
 //
 // The text lists columns and directions, most significant first: "id 0, name A". Directions are
 // those of SortType: A and Z for text columns, 0 and 9 for number and key columns. Order: missing
 // values come first ascending and last descending, other NaNs after all numbers in both directions,
 // texts compare by their UTF-8 bytes, and the empty text is no missing value.
 // Used by: the sources of host/tables.
-// Threads: plain values.
-// Errors: texts for the user, without a place; nothing logs.
+// Errors: texts for the user, without a location; nothing logs.
 #pragma once
 
 #include <string>
@@ -36,8 +34,8 @@ class SortOrderChecker {
   // An order without columns accepts every row.
   explicit SortOrderChecker(const QVector<SortInfos>& order);
 
-  // False when `row` may not stand after the row given last. Only the values of the order's columns
-  // are kept, so the row may change afterwards; a steady stream of rows allocates nothing.
+  // False when `row` may not stand after the row of the last call. Only the values of the order's
+  // columns are kept, so the row may change afterwards; a steady stream of rows allocates nothing.
   bool accepts(const OneRow& row);
   // The column in which the last refused row is out of order, -1 when none was refused.
   int refusedColumn() const { return m_refusedColumn; }

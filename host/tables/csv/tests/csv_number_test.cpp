@@ -21,7 +21,7 @@ bool isPlain(std::string_view text) {
 
 }  // namespace
 
-// The short way gives the standard library's bits, and takes every plain number of eight bytes.
+// The short way yields the standard library's bits, and takes every plain number of eight bytes.
 TEST(CsvNumber, shortDecimalsAreExact) {
   constexpr std::string_view kBytes = "00112233445566778899..--+e ,/:\xFF";
   std::mt19937 random(23);

@@ -153,7 +153,7 @@ TEST(ReadCsv, declaredColumns) {
   expectFailure(ReadCsvRun("a,b,a\n1,2,3\n"), {"several columns named 'a'"});
 }
 
-TEST(ReadCsv, placesOfErrorsCountHeaderAndBreaksInQuotes) {
+TEST(ReadCsv, linesOfErrorsCountHeaderAndBreaksInQuotes) {
   const std::string start = "\"a\nx\",b\r\n1,\"l\nl\n\"\r\n\r\n";
   expectFailure(ReadCsvRun(start + "2,x,surplus\n"),
                 {"FILE', line 7: ", "3 fields", "2 columns", "'surplus'"});

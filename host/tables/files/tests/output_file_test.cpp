@@ -22,7 +22,7 @@ bool hasUnnamedFiles = true;
 
 }  // namespace
 
-// In place of the C library's.
+// Instead of the C library's.
 extern "C" int open(const char* path, int flags, ...) {
   std::va_list arguments;
   va_start(arguments, flags);

@@ -1,4 +1,4 @@
-// Tables written in graph files: their values, their faults with places, and their saved form.
+// Tables written in graph files: their values, their faults with positions, and their saved form.
 #include <gtest/gtest.h>
 
 #include "host/tables/inline/discard.h"
@@ -70,7 +70,7 @@ Strings faultsOf(const std::string& xml) {
   return h.log();
 }
 
-TEST(InlineTable, TellsThePlaceOfEveryFault) {
+TEST(InlineTable, ReportsThePositionOfEveryFault) {
   EXPECT_EQ(
       faultsOf(
           "<InlineTable name='t'>\n<Column name='k' meta='K'/><Column name='n' meta='F'/>\n"

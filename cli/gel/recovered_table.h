@@ -3,7 +3,8 @@
 //
 // It is in no catalogue but that command's. The recovery belongs to the command, which asks it for
 // the outcome when the run is over.
-// Threads: the engine's, beside one reading thread.  Errors: logged, and the run fails.
+// Threads: the engine's, beside one reading thread.
+// Errors: logged, and the run fails.
 #pragma once
 
 #include <optional>
@@ -27,11 +28,13 @@ class RecoveredTable final : public ActionItem {
   void setComputeRoutine() override { computeRoutine = &RecoveredTable::announce; }
   ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
 
- private:
-  static bool announce(ActionItem* action);
-  static bool publishRow(ActionItem* action);
+  // The one whose rows are published; null when there is none.
+  DecodedBlock* block() const { return m_block.get(); }
   // False at the end and after a failure.
   bool takeNextBlock();
+
+ private:
+  static bool announce(ActionItem* action);
 
   const GelFile& m_file;
   TableRecovery& m_recovery;

@@ -1,6 +1,6 @@
 // Where things stand in a CSV file, found by reading it a second time after an error.
 //
-// A pipe cannot be read a second time; its places are row numbers.
+// A pipe cannot be read a second time; its locations are row numbers.
 // Threads: any; the file is read at own offsets.
 #pragma once
 
@@ -10,13 +10,13 @@
 
 namespace kelvarin {
 
-class CsvPlaces {
+class CsvRowLocator {
  public:
   // `head` describes where the data of `file` begins.
-  CsvPlaces(const CsvFile& file, const CsvDialect& dialect, const CsvHead& head);
+  CsvRowLocator(const CsvFile& file, const CsvDialect& dialect, const CsvHead& head);
 
   // "file 'a.csv', line 17" for a row of data, counted from 0.
-  QString placeOfRow(long long row) const;
+  QString locationOfRow(long long row) const;
 
  private:
   std::optional<long long> lineOfRow(long long row) const;

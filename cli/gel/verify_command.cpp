@@ -1,8 +1,8 @@
 // `kelvarin gel verify`: every checksum, every chunk and every summary of a columnar file.
 #include <cstdio>
 
-#include "cli/gel_command.h"
-#include "cli/gel_command_messages.h"
+#include "cli/gel/gel_command.h"
+#include "cli/gel/messages.h"
 #include "cli/printable_text.h"
 #include "cli/progress_line.h"
 #include "columnar/reader/verification.h"
@@ -13,49 +13,48 @@ namespace {
 
 using Kind = GelDamage::Kind;
 
-const char* reasonOfRecord(ReadStatus cause) {
+QString reasonOfRecord(ReadStatus cause) {
   switch (cause) {
     case ReadStatus::wrongChecksum:
-      return gel_messages::kRecordChecksum;
+      return gel_messages::recordChecksum();
     case ReadStatus::beyondLimits:
-      return gel_messages::kRecordTooLarge;
+      return gel_messages::recordTooLarge();
     default:
-      return gel_messages::kRecordContent;
+      return gel_messages::recordContent();
   }
 }
 
-const char* reasonOfChunk(ReadStatus cause) {
+QString reasonOfChunk(ReadStatus cause) {
   switch (cause) {
     case ReadStatus::wrongChecksum:
-      return gel_messages::kChunkChecksum;
+      return gel_messages::chunkChecksum();
     case ReadStatus::beyondLimits:
-      return gel_messages::kChunkTooLarge;
+      return gel_messages::chunkTooLarge();
     default:
-      return gel_messages::kChunkContent;
+      return gel_messages::chunkContent();
   }
 }
 
 QString reasonOf(const GelDamage& damage) {
   switch (damage.kind) {
     case Kind::record:
-      return QString::fromLatin1(reasonOfRecord(damage.cause));
+      return reasonOfRecord(damage.cause);
     case Kind::mainFileCut:
-      return QString::fromLatin1(gel_messages::kMainFileCut);
+      return gel_messages::mainFileCut();
     case Kind::rowCount:
-      return QString::fromLatin1(gel_messages::kBadRowCount);
+      return gel_messages::badRowCount();
     case Kind::chunk:
-      return QString::fromLatin1(reasonOfChunk(damage.cause));
+      return reasonOfChunk(damage.cause);
     case Kind::unknownEncoding:
-      return QString::fromLatin1(gel_messages::kUnknownLayout).arg(damage.encoding);
+      return gel_messages::unknownLayout(damage.encoding);
     case Kind::sideFileCut:
-      return QString::fromLatin1(gel_messages::kSideFileCut);
+      return gel_messages::sideFileCut();
     case Kind::statistics:
-      return QString::fromLatin1(gel_messages::kBadSummary);
+      return gel_messages::badSummary();
     case Kind::sideFileMissing:
       break;
   }
-  return QString::fromLatin1(gel_messages::kSideFileMissing)
-      .arg(QString::fromStdString(damage.file));
+  return gel_messages::sideFileMissing(QString::fromStdString(damage.file));
 }
 
 QString textOf(const GelDamage& damage) {
@@ -65,12 +64,9 @@ QString textOf(const GelDamage& damage) {
   const QString column =
       damage.column.empty()
           ? QString()
-          : QString::fromLatin1(gel_messages::kColumn)
-                .arg(QString::fromStdString(printable(damage.column)));
-  return QString::fromLatin1(gel_messages::kPlace)
-      .arg(QString::fromStdString(damage.file), QString::number(damage.offset),
-           QString::number(damage.block), QString::number(damage.firstRow),
-           QString::number(damage.lastRow), column, reasonOf(damage));
+          : gel_messages::inColumn(QString::fromStdString(printable(damage.column)));
+  return gel_messages::damageAt(QString::fromStdString(damage.file), damage.offset, damage.block,
+                                damage.firstRow, damage.lastRow, column, reasonOf(damage));
 }
 
 // Results go to standard output: what was found is what the command is for.
@@ -80,15 +76,14 @@ void print(const QString& text) {
 
 QString verdictOf(const GelFile& file, const GelVerification& result) {
   if (result.damages > 0) {
-    return QString::fromStdString(counted(result.damages, "damaged place"));
+    return counted(result.damages, "damaged place");
   }
-  return QString::fromLatin1(file.isComplete() ? gel_messages::kNoDamage
-                                               : gel_messages::kIncompleteButSound);
+  return file.isComplete() ? gel_messages::noDamage() : gel_messages::incompleteButSound();
 }
 
 ExitStatus verify(const std::string& path, bool isQuiet) {
   Console console(isQuiet);
-  const auto file = openGelFile(path, console, true);
+  const auto file = openGelFile(path, console, false);
   if (!file) {
     return ExitStatus::failed;
   }
@@ -101,22 +96,18 @@ ExitStatus verify(const std::string& path, bool isQuiet) {
   };
   std::uint64_t reported = 0;
   const auto report = [&](const GelDamage& damage) {
-    if (++reported <= kMostLines) {
+    if (++reported <= kMaxLines) {
       print(textOf(damage) + u'\n');
     }
   };
   const GelVerification result = verifyGelFile(*file, report, showProgress);
   console.clearProgress();
-  if (reported > kMostLines) {
-    print(QString::fromLatin1(gel_messages::kMoreDamage)
-              .arg(QString::fromStdString(path))
-              .arg(reported - kMostLines));
+  if (reported > kMaxLines) {
+    print(gel_messages::moreDamage(QString::fromStdString(path), reported - kMaxLines));
   }
-  print(QString::fromLatin1(gel_messages::kVerified)
-            .arg(QString::fromStdString(path), QString::fromStdString(counted(result.rows, "row")),
-                 QString::fromStdString(counted(result.blocks, "block")),
-                 QString::fromStdString(counted(result.chunks, "chunk")),
-                 verdictOf(*file, result)));
+  print(gel_messages::verified(QString::fromStdString(path), counted(result.rows, "row"),
+                               counted(result.blocks, "block"), counted(result.chunks, "chunk"),
+                               verdictOf(*file, result)));
   return result.damages == 0 && file->isComplete() ? ExitStatus::done : ExitStatus::failed;
 }
 

@@ -1,23 +1,23 @@
-#include "host/tables/csv/csv_places.h"
+#include "host/tables/csv/csv_row_locator.h"
 
 #include "host/tables/messages.h"
 
 namespace kelvarin {
 
-CsvPlaces::CsvPlaces(const CsvFile& file, const CsvDialect& dialect, const CsvHead& head)
+CsvRowLocator::CsvRowLocator(const CsvFile& file, const CsvDialect& dialect, const CsvHead& head)
     : m_file(file),
       m_dialect(dialect),
       m_hasOneColumn(head.names.size() == 1),
       m_dataOffset(head.dataOffset),
       m_dataLine(head.dataLine) {}
 
-QString CsvPlaces::placeOfRow(long long row) const {
+QString CsvRowLocator::locationOfRow(long long row) const {
   const std::optional<long long> line = m_file.canReadAgain() ? lineOfRow(row) : std::nullopt;
   return line ? table_messages::atLine(m_file.path(), *line)
               : table_messages::atRow(m_file.path(), row + 1);
 }
 
-std::optional<long long> CsvPlaces::lineOfRow(long long row) const {
+std::optional<long long> CsvRowLocator::lineOfRow(long long row) const {
   CsvScanner scanner(m_dialect, !m_hasOneColumn, m_dataLine, 0);
   std::vector<char> bytes(1 << 20);
   long long fileOffset = m_dataOffset;

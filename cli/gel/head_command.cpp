@@ -4,8 +4,8 @@
 
 #include <unistd.h>
 
-#include "cli/gel_command.h"
-#include "cli/gel_command_messages.h"
+#include "cli/gel/gel_command.h"
+#include "cli/gel/messages.h"
 #include "cli/printable_text.h"
 #include "columnar/reader/block_reader.h"
 #include "host/tables/csv/csv_row_format.h"
@@ -42,12 +42,11 @@ std::vector<MetaTypeColumn> typesOf(const PinOutMetaData& columns) {
 QString damageText(const QString& file, const ReadEvent& event) {
   switch (event.kind) {
     case ReadEvent::Kind::corrupted:
-      return QString::fromLatin1(gel_messages::kRowsLost)
-          .arg(file, QString::number(event.firstRow), QString::number(event.lastRow));
+      return gel_messages::rowsLost(file, event.firstRow, event.lastRow);
     case ReadEvent::Kind::truncated:
-      return QString::fromLatin1(gel_messages::kFileCut).arg(file, QString::number(event.firstRow));
+      return gel_messages::fileCut(file, event.firstRow);
     case ReadEvent::Kind::noMemory:
-      return QString::fromLatin1(gel_messages::kNoMemory).arg(file);
+      return gel_messages::noMemory(file);
     case ReadEvent::Kind::block:
     case ReadEvent::Kind::end:
       break;
@@ -76,7 +75,7 @@ bool printRows(const GelFile& file, BlockReader& reader, PinOutMetaData& columns
     if (event.kind != ReadEvent::Kind::block) {
       const QString text = damageText(QString::fromStdString(file.path()), event);
       damages += text.isEmpty() ? 0 : 1;
-      if (!text.isEmpty() && damages <= kMostLines) {
+      if (!text.isEmpty() && damages <= kMaxLines) {
         console.writeLog(LogLevel::error, text);
       }
       if (event.isLast()) {
@@ -90,10 +89,9 @@ bool printRows(const GelFile& file, BlockReader& reader, PinOutMetaData& columns
     print(format);
   }
   print(format);
-  if (damages > kMostLines) {
-    console.writeLog(LogLevel::error, QString::fromLatin1(gel_messages::kMoreLost)
-                                          .arg(QString::fromStdString(file.path()))
-                                          .arg(damages - kMostLines));
+  if (damages > kMaxLines) {
+    console.writeLog(LogLevel::error, gel_messages::moreLost(QString::fromStdString(file.path()),
+                                                             damages - kMaxLines));
   }
   return damages == 0;
 }
@@ -107,8 +105,8 @@ ExitStatus showHead(const HeadArguments& arguments) {
   const std::vector<std::size_t> order = file->columnsInRowOrder();
   auto reader = BlockReader::open(*file, order);
   if (!reader) {
-    console.writeLog(LogLevel::error, QString::fromLatin1(gel_messages::kCannotOpenSide)
-                                          .arg(QString::fromStdString(reader.error())));
+    console.writeLog(LogLevel::error,
+                     gel_messages::cannotOpenSide(QString::fromStdString(reader.error())));
     return ExitStatus::failed;
   }
   PinOutMetaData columns = columnsOf(*file, order);

@@ -1,11 +1,11 @@
 // `kelvarin gel`: looks into columnar files, checks them, and turns other tables into them and
 // back.
-#include "cli/gel_command.h"
+#include "cli/gel/gel_command.h"
 
 #include <QFile>
 #include <QFileInfo>
 
-#include "cli/gel_command_messages.h"
+#include "cli/gel/messages.h"
 #include "columnar/format/file_names.h"
 #include "host/files/file_hints.h"
 
@@ -16,11 +16,10 @@ namespace {
 QString reasonNotOpened(const QString& name) {
   const QFileInfo info(name);
   if (!info.exists()) {
-    return QString::fromLatin1(gel_messages::kNoSuchFile);
+    return gel_messages::noSuchFile();
   }
   if (!info.isFile()) {  // to open a pipe would wait for its other end
-    return QString::fromLatin1(info.isDir() ? gel_messages::kIsFolder
-                                            : gel_messages::kIsNoOrdinaryFile);
+    return info.isDir() ? gel_messages::isFolder() : gel_messages::isNoOrdinaryFile();
   }
   QFile file(name);
   (void)file.open(QIODevice::ReadOnly);
@@ -41,15 +40,14 @@ QString mainFileOf(const std::string& path) {
 QString textAbout(const std::string& path, OpenFailure::Problem problem) {
   const QString name = QString::fromStdString(path);
   if (problem == OpenFailure::Problem::cannotOpen) {
-    return QString::fromLatin1(gel_messages::kCannotOpen).arg(name, reasonNotOpened(name));
+    return gel_messages::cannotOpen(name, reasonNotOpened(name));
   }
   if (problem == OpenFailure::Problem::exchangeDamaged) {
-    return QString::fromLatin1(gel_messages::kJournalDamaged)
-        .arg(name, QString::fromStdString(journalFile(path)));
+    return gel_messages::journalDamaged(name, QString::fromStdString(journalFile(path)));
   }
   const QString mainFile = mainFileOf(path);
-  return mainFile.isEmpty() ? QString::fromLatin1(gel_messages::kNotAGelFile).arg(name)
-                            : QString::fromLatin1(gel_messages::kSideFileGiven).arg(name, mainFile);
+  return mainFile.isEmpty() ? gel_messages::notAGelFile(name)
+                            : gel_messages::sideFileGiven(name, mainFile);
 }
 
 QString hintAbout(const QString& path) {
@@ -59,12 +57,13 @@ QString hintAbout(const QString& path) {
 
 }  // namespace
 
-std::string counted(std::uint64_t count, const char* thing) {
-  return std::to_string(count) + ' ' + thing + (count == 1 ? "" : "s");
+QString counted(std::uint64_t count, const char* thing) {
+  return QString::number(count) + u' ' + QLatin1String(thing) +
+         QLatin1String(count == 1 ? "" : "s");
 }
 
 std::unique_ptr<GelFile> openGelFile(const std::string& path, Console& console,
-                                     bool isToldElsewhere) {
+                                     bool warnsOfIncomplete) {
   auto file = GelFile::open(path, IncompleteFiles::accept);
   if (!file) {
     console.writeLog(LogLevel::error, textAbout(path, file.error().problem));
@@ -73,11 +72,10 @@ std::unique_ptr<GelFile> openGelFile(const std::string& path, Console& console,
     }
     return nullptr;
   }
-  if (!(*file)->isComplete() && !isToldElsewhere) {
+  if (!(*file)->isComplete() && warnsOfIncomplete) {
     const QString name = QString::fromStdString(path);
-    console.writeLog(LogLevel::warning, QString::fromLatin1(gel_messages::kIncomplete).arg(name));
-    console.writeLog(LogLevel::information,
-                     QString::fromLatin1(gel_messages::kRecoverAdvice).arg(name));
+    console.writeLog(LogLevel::warning, gel_messages::incomplete(name));
+    console.writeLog(LogLevel::information, gel_messages::recoverAdvice(name));
   }
   return std::move(*file);
 }
@@ -89,7 +87,8 @@ void addGelCommand(CLI::App& program, ChosenCommand& chosen) {
   addGelInfo(*gel, chosen);
   addGelHead(*gel, chosen);
   addGelVerify(*gel, chosen);
-  addGelConversions(*gel, chosen);
+  addGelExport(*gel, chosen);
+  addGelImport(*gel, chosen);
   addGelRecover(*gel, chosen);
 }
 

@@ -1,6 +1,7 @@
-#include "cli/recovered_table.h"
+#include "cli/gel/recovered_table.h"
 
-#include "cli/gel_command_messages.h"
+#include "cli/gel/messages.h"
+#include "columnar/reader/block_rows.h"
 #include "columnar/reader/stored_order.h"
 #include "host/contract/main_ui.h"
 
@@ -48,12 +49,13 @@ bool RecoveredTable::announce(ActionItem* action) {
   if (!self.mustComputeFull()) {
     return true;
   }
+  self.m_recovery.stopWhen([&self] { return self.run() != nullptr && !self.run()->isRunning(); });
   self.m_blocksAhead.emplace(
       [&self](std::unique_ptr<DecodedBlock> spare) {
         return self.m_recovery.next(std::move(spare));
       },
       kBlocksAhead);
-  self.computeRoutine = &RecoveredTable::publishRow;
+  self.computeRoutine = &publishRowOfBlock<RecoveredTable>;
   return !self.takeNextBlock();
 }
 
@@ -64,30 +66,13 @@ bool RecoveredTable::takeNextBlock() {
   ReadEvent event = m_blocksAhead->next();
   m_block = std::move(event.block);
   if (event.kind == ReadEvent::Kind::noMemory) {
-    MainUI::addLog(LogLevel::error, QString::fromLatin1(gel_messages::kNoMemory)
-                                        .arg(QString::fromStdString(m_file.path())));
+    MainUI::addLog(LogLevel::error, gel_messages::noMemory(QString::fromStdString(m_file.path())));
     failRun();
   }
   if (m_block) {
-    offerRowsOnOutputPin(0, *m_block, m_block->rowCount(),
-                         [](ActionItem* action, std::size_t count) {
-                           static_cast<RecoveredTable&>(*action).m_block->skip(count);
-                         });
+    offerRowsOfBlock(*this);
   }
   return m_block != nullptr;
-}
-
-bool RecoveredTable::publishRow(ActionItem* action) {
-  auto& self = static_cast<RecoveredTable&>(*action);
-  OneRow* row = self.getOutputRowForOutputPin(0);
-  while (!self.m_block->takeRow(row->getAllColForWrite()))
-    [[unlikely]] {
-      if (!self.takeNextBlock()) {
-        return true;
-      }
-    }
-  self.setRowReadyForOutput(0);
-  return false;
 }
 
 }  // namespace kelvarin

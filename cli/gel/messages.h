@@ -1,0 +1,242 @@
+// The texts of `kelvarin gel`.
+#pragma once
+
+#include <cstdint>
+
+#include <QString>
+
+namespace kelvarin::gel_messages {
+
+inline QString cannotOpen(const QString& file, const QString& reason) {
+  return QStringLiteral("Cannot read '%1': %2.").arg(file, reason);
+}
+
+inline QString noSuchFile() {
+  return QStringLiteral("there is no such file");
+}
+
+inline QString isFolder() {
+  return QStringLiteral("it is a folder");
+}
+
+inline QString isNoOrdinaryFile() {
+  return QStringLiteral("it is a device or a pipe");
+}
+
+inline QString sideFileGiven(const QString& file, const QString& mainFile) {
+  return QStringLiteral("'%1' holds columns of a table. Give the main file instead, which is '%2'.")
+      .arg(file, mainFile);
+}
+
+inline QString notAGelFile(const QString& file) {
+  return QStringLiteral(
+             "Cannot read '%1': it is no columnar file, or its header or column list is "
+             "damaged.")
+      .arg(file);
+}
+
+inline QString journalDamaged(const QString& file, const QString& journal) {
+  return QStringLiteral(
+             "Cannot read '%1': a new table was taking its place, and the list of what is "
+             "left to do, '%2', is damaged. Import the table anew.")
+      .arg(file, journal);
+}
+
+inline QString cannotOpenSide(const QString& file) {
+  return QStringLiteral("Cannot open the column-set file '%1'. It belongs beside the main file.")
+      .arg(file);
+}
+
+inline QString incomplete(const QString& file) {
+  return QStringLiteral("'%1' is incomplete: its writer has not finished, or was stopped.")
+      .arg(file);
+}
+
+inline QString rowsLost(const QString& file, std::uint64_t firstRow, std::uint64_t lastRow) {
+  return QStringLiteral("'%1' is damaged: rows %2 to %3 cannot be read.")
+      .arg(file, QString::number(firstRow), QString::number(lastRow));
+}
+
+inline QString fileCut(const QString& file, std::uint64_t row) {
+  return QStringLiteral("'%1' is cut: nothing from row %2 on can be read.")
+      .arg(file, QString::number(row));
+}
+
+inline QString moreLost(const QString& file, std::size_t count) {
+  return QStringLiteral("'%1' is damaged at %2 more places, which are not listed.")
+      .arg(file, QString::number(count));
+}
+
+inline QString noMemory(const QString& file) {
+  return QStringLiteral("'%1': the memory does not suffice for a block of rows.").arg(file);
+}
+
+inline QString sameFile(const QString& file) {
+  return QStringLiteral(
+             "The file '%1' would be replaced by what is made of it. Give the other file "
+             "another name.")
+      .arg(file);
+}
+
+inline QString nameOfAnotherKind(const QString& file) {
+  return QStringLiteral(
+             "'%1' is a name for another kind of table. Columnar files end in .cgel_kelvarin.")
+      .arg(file);
+}
+
+inline QString written(const QString& rows, const QString& file) {
+  return QStringLiteral("%1 written to '%2'.").arg(rows, file);
+}
+
+inline QString noRows(const QString& input, const QString& output) {
+  return QStringLiteral(
+             "'%1' has no rows, so nothing was written. A file '%2' that was there before is "
+             "unchanged.")
+      .arg(input, output);
+}
+
+inline QString unknownExtension(const QString& file, const QString& known) {
+  return QStringLiteral("The kind of the file '%1' is told by its extension, which is one of: %2.")
+      .arg(file, known);
+}
+
+// What a recovery has found.
+inline QString recoverName(const QString& file, const QString& known) {
+  return QStringLiteral(
+             "The extension of '%1' does not say what to make of the table. It is one of: "
+             "cgel_kelvarin, %2.")
+      .arg(file, known);
+}
+
+inline QString recoverOntoItself(const QString& input, const QString& output,
+                                 const QString& shared) {
+  return QStringLiteral(
+             "'%1' and '%2' would share the file '%3'. Give the recovered table another name.")
+      .arg(input, output, shared);
+}
+
+inline QString recovered(const QString& rows, const QString& blocks, const QString& file) {
+  return QStringLiteral("%1 in %2 recovered to '%3'.").arg(rows, blocks, file);
+}
+
+inline QString foundBlocks(const QString& blocks) {
+  return QStringLiteral(
+             "Of them, %1 had no sound descriptor and came from the column-set files alone.")
+      .arg(blocks);
+}
+
+inline QString lost(const QString& blocks, const QString& rows, const QString& file) {
+  return QStringLiteral("%1 with %2 of '%3' could not be recovered.").arg(blocks, rows, file);
+}
+
+inline QString lostUncounted(const QString& file) {
+  return QStringLiteral(
+             "'%1' is damaged where no descriptor counts the blocks: some rows could not be "
+             "recovered, and those before and after them now follow one another.")
+      .arg(file);
+}
+
+inline QString unfinished(const QString& file) {
+  return QStringLiteral(
+             "The column-set files of '%1' end with a block that its writer had not finished. "
+             "Its rows were not taken.")
+      .arg(file);
+}
+
+inline QString nothingRecovered(const QString& input, const QString& output) {
+  return QStringLiteral(
+             "'%1' has no whole block of rows, so nothing was written. A file '%2' that was "
+             "there before is unchanged.")
+      .arg(input, output);
+}
+
+inline QString recoverAdvice(const QString& file) {
+  return QStringLiteral(
+             "What is whole in the column-set files can be recovered with: kelvarin gel "
+             "recover '%1' recovered.cgel_kelvarin")
+      .arg(file);
+}
+
+// What a verification finds, and where.
+inline QString damageAt(const QString& file, std::uint64_t offset, std::uint64_t block,
+                        std::uint64_t firstRow, std::uint64_t lastRow, const QString& column,
+                        const QString& reason) {
+  return QStringLiteral("%1, byte %2: block %3 (rows %4 to %5)%6: %7")
+      .arg(file, QString::number(offset), QString::number(block), QString::number(firstRow),
+           QString::number(lastRow), column, reason);
+}
+
+inline QString inColumn(const QString& name) {
+  return QStringLiteral(", column '%1'").arg(name);
+}
+
+inline QString recordChecksum() {
+  return QStringLiteral("the block descriptors do not agree with their checksum");
+}
+
+inline QString recordContent() {
+  return QStringLiteral("the block descriptors make no sense");
+}
+
+inline QString recordTooLarge() {
+  return QStringLiteral("the block descriptors would take far more memory than the files justify");
+}
+
+inline QString mainFileCut() {
+  return QStringLiteral("the file ends here, though more should follow");
+}
+
+inline QString badRowCount() {
+  return QStringLiteral("the header's row count is not that of the blocks");
+}
+
+inline QString chunkChecksum() {
+  return QStringLiteral("the values do not agree with their checksum");
+}
+
+inline QString chunkContent() {
+  return QStringLiteral("the values make no sense, though their checksum is right");
+}
+
+inline QString chunkTooLarge() {
+  return QStringLiteral("the values would take far more memory than the file justifies");
+}
+
+inline QString unknownLayout(int layout) {
+  return QStringLiteral("the values have the layout %1, which is unknown")
+      .arg(QString::number(layout));
+}
+
+inline QString sideFileCut() {
+  return QStringLiteral("the file ends inside this column's values");
+}
+
+inline QString badSummary() {
+  return QStringLiteral(
+      "the values are not those that the main file describes; the column-set file may "
+      "belong to another table");
+}
+
+inline QString moreDamage(const QString& file, std::uint64_t count) {
+  return QStringLiteral("%1: %2 more damaged places are not listed\n")
+      .arg(file, QString::number(count));
+}
+
+inline QString sideFileMissing(const QString& file) {
+  return QStringLiteral("%1: the file cannot be opened").arg(file);
+}
+
+inline QString verified(const QString& file, const QString& rows, const QString& blocks,
+                        const QString& chunks, const QString& verdict) {
+  return QStringLiteral("%1: %2 in %3, %4 read: %5\n").arg(file, rows, blocks, chunks, verdict);
+}
+
+inline QString noDamage() {
+  return QStringLiteral("no damage");
+}
+
+inline QString incompleteButSound() {
+  return QStringLiteral("no damage, but the file is incomplete");
+}
+
+}  // namespace kelvarin::gel_messages
