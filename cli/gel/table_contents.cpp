@@ -25,32 +25,32 @@ Json jsonOfBound(double bound) {
   return shortestText(bound).toStdString();
 }
 
-template <typename Summary>
-std::optional<Summary> summaryOf(const GelFile& file, const BlockInfo& block, std::size_t column) {
-  Summary summary;
-  const bool isRead = file.descriptorLayout().readSummary(block.descriptor, column, summary);
-  return isRead ? std::optional(summary) : std::nullopt;
+template <typename Statistics>
+std::optional<Statistics> statisticsOf(const GelFile& file, const BlockInfo& block, std::size_t column) {
+  Statistics statistics;
+  const bool isRead = file.descriptorLayout().readStatistics(block.descriptor, column, statistics);
+  return isRead ? std::optional(statistics) : std::nullopt;
 }
 
 ColumnDescription describe(const GelFile& file, const BlockInfo& block, std::size_t column) {
   ColumnDescription described;
   switch (file.column(column).type) {
     case GelType::key:
-      if (const auto keys = summaryOf<KeySummary>(file, block, column)) {
+      if (const auto keys = statisticsOf<KeyStatistics>(file, block, column)) {
         described.hasNull = keys->hasNull;
         described.low = keys->hasValues() ? Json(keys->low) : Json();
         described.high = keys->hasValues() ? Json(keys->high) : Json();
       }
       break;
     case GelType::number:
-      if (const auto numbers = summaryOf<NumberSummary>(file, block, column)) {
+      if (const auto numbers = statisticsOf<NumberStatistics>(file, block, column)) {
         described.hasNull = numbers->hasNull;
         described.low = numbers->hasValues ? jsonOfBound(numbers->low) : Json();
         described.high = numbers->hasValues ? jsonOfBound(numbers->high) : Json();
       }
       break;
     case GelType::text:
-      if (const auto texts = summaryOf<TextSummary>(file, block, column)) {
+      if (const auto texts = statisticsOf<TextStatistics>(file, block, column)) {
         const auto low = texts->lowerBound();
         const auto high = texts->upperBound();
         described.hasNull = texts->hasNull;
@@ -65,7 +65,7 @@ ColumnDescription describe(const GelFile& file, const BlockInfo& block, std::siz
 BlockDescription describe(const GelFile& file, const BlockInfo& info, ChunkReader& chunks,
                           const std::vector<std::size_t>& order) {
   BlockDescription block{.row = info.firstRow, .rows = info.rowCount, .columns = {}};
-  chunks.find(info);
+  chunks.locate(info);
   for (std::size_t i = 0; i < order.size(); ++i) {
     ColumnDescription column = describe(file, info, order[i]);
     if (const auto size = chunks.chunkSize(i)) {
