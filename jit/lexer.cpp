@@ -106,9 +106,15 @@ Token Lexer::signOf(const kelvarin::Token& token) {
   if (found != kSigns.end()) {
     return {found->kind, token.start, textOf(token)};
   }
-  return token.sign == "{"
-             ? refuseBrace(token)
-             : refuse(token, CompileStatus::syntaxError, messages::unexpectedCharacter());
+  if (isAssignment(token)) {  // `+=`
+    return {TokenKind::assign, token.start, textOf(token)};
+  }
+  if (token.sign == "{") {
+    return refuseBrace(token);
+  }
+  return token.sign.empty()
+             ? refuse(token, CompileStatus::syntaxError, messages::unexpectedCharacter())
+             : refuse(token, CompileStatus::syntaxError, messages::unexpectedText(token.sign));
 }
 
 Token Lexer::refuse(const kelvarin::Token& token, CompileStatus status, std::string reason) {

@@ -56,7 +56,8 @@ QStringList warningsAbout(const QString& expressionName, const QString& expressi
   QString comparison;
   for (std::size_t i = 0; i < tokens.size(); ++i) {
     const std::string_view sign = tokens[i].sign;
-    if (sign == "=") {
+    const bool isTail = i > 0 && isComparison(tokens[i - 1]);  // of `===`
+    if (sign == "=" && !isTail) {
       assignment = warningAboutAssignment(expressionName, purpose);
     } else if (sign == "==" || sign == "!=") {
       const QString warning = warningAboutNull(expressionName, tokens, i);
