@@ -49,7 +49,7 @@ void repairChunks(const GelFile& file, std::string& side) {
     if (step != BlockScan::Step::block) {
       continue;
     }
-    (*chunks)->find(block);
+    (*chunks)->locate(block);
     for (std::size_t i = 0; i < (*chunks)->columnCount(); ++i) {
       const auto size = (*chunks)->chunkSize(i);
       if (size && *size >= kChunkChecksumSize) {

@@ -166,7 +166,7 @@ void saveWidths(const std::filesystem::path& folder) {
                   codesSize(kRows, *width));
     }
   }
-  for (int planes = 1; planes <= kMostPlanes; ++planes) {
+  for (int planes = 1; planes <= kMaxPlanes; ++planes) {
     saveNumbers("planes_" + std::to_string(planes),
                 '\3' + std::string(1, static_cast<char>(planes)), kRows * sizeof(double));
   }
