@@ -16,8 +16,8 @@ namespace {
 // Whole numbers below this are printed as integers, which is faster.
 constexpr double kIntegersEnd = 1e15;
 // Numbers that have six decimals at most are whole millionths. From the first bound to below the
-// second one these have 15 digits at most, and no two decimals of 15 digits are the same double: the
-// one found is the shortest.
+// second one these have 15 digits at most, and no two decimals of 15 digits are the same double:
+// the one found is the shortest.
 constexpr double kMillion = 1e6;
 constexpr double kDecimalsBegin = 1e-4;
 constexpr double kDecimalsEnd = 1e9;

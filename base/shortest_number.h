@@ -5,7 +5,6 @@
 
 #include <cstdint>
 
-
 namespace kelvarin {
 
 // The room that the functions need; they may write behind the end that they give.

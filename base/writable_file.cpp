@@ -61,7 +61,7 @@ ssize_t writeToStream(int descriptor, const char* bytes, std::size_t size) {
 
 // A device that takes no more has no disk on which space could be made.
 bool isOnDisk(int descriptor) {
-  struct stat written {};
+  struct stat written{};
   return ::fstat(descriptor, &written) == 0 && S_ISREG(written.st_mode);
 }
 

@@ -126,7 +126,8 @@ std::optional<Timed> ours(const char* expression, BackendKind kind) {
   evaluator->expressions.requireBackend(kind);
   evaluator->expressions.prepareDateContext({});
   const bool isText = std::string_view(expression).find("//") != std::string_view::npos;
-  const bool isBound = static_cast<bool>(evaluator->expressions.bind(table->row(), [](const QString& text) { return text; }));
+  const bool isBound = static_cast<bool>(
+      evaluator->expressions.bind(table->row(), [](const QString& text) { return text; }));
   if (!isBound || !evaluator->expressions.compile(outputOf(expression, isText ? 'U' : 'F'))) {
     return std::nullopt;
   }
@@ -238,7 +239,8 @@ double secondsToBuild(BackendKind kind) {
   evaluator.expressions.requireBackend(kind);
   evaluator.expressions.prepareDateContext({});
   for (int i = 0; i < 20; ++i) {
-    static_cast<void>(evaluator.expressions.compile(outputOf(kExpressions[static_cast<std::size_t>(i) % 18])));
+    static_cast<void>(
+        evaluator.expressions.compile(outputOf(kExpressions[static_cast<std::size_t>(i) % 18])));
   }
   return std::chrono::duration<double>(Clock::now() - start).count();
 }

@@ -19,8 +19,8 @@ namespace {
 void printTable(const ActionCatalogue& catalogue) {
   std::string text = fmt::format("{:<22}{:>5}{:>5}  {}\n", "action", "in", "out", "what it does");
   for (const CatalogueEntry& entry : catalogue.entries()) {
-    text += fmt::format("{:<22}{:>5}{:>5}  {}\n", entry.typeName.toStdString(), entry.pinsIn, entry.pinsOut,
-                        entry.toolTip.toStdString());
+    text += fmt::format("{:<22}{:>5}{:>5}  {}\n", entry.typeName.toStdString(), entry.pinsIn,
+                        entry.pinsOut, entry.toolTip.toStdString());
   }
   std::fputs(text.c_str(), stdout);
 }
@@ -83,14 +83,12 @@ ExitStatus listActions(const Arguments& arguments) {
 void addActionsCommand(CLI::App& program, ChosenCommand& chosen) {
   auto arguments = std::make_shared<Arguments>();
   CLI::App* command = program.add_subcommand("actions", "List the actions that a graph may use");
-  command->add_option("NAME", arguments->name,
-                      "shows the attributes and elements of this action");
+  command->add_option("NAME", arguments->name, "shows the attributes and elements of this action");
   addPluginOption(*command, arguments->plugin);
   command->add_flag("--json", arguments->isJson, "print a JSON array");
   command->footer("Example:\n  kelvarin actions ReadCSV");
-  command->callback([arguments, &chosen] {
-    chosen = [arguments] { return listActions(*arguments); };
-  });
+  command->callback(
+      [arguments, &chosen] { chosen = [arguments] { return listActions(*arguments); }; });
 }
 
 }  // namespace kelvarin

@@ -7,8 +7,8 @@
 #include "cli/console.h"
 #include "cli/graph_session.h"
 #include "cli/messages.h"
-#include "cli/run_report.h"
 #include "cli/printable_text.h"
+#include "cli/run_report.h"
 
 namespace kelvarin {
 

@@ -70,9 +70,9 @@ QString columnFlow(const RunResult& result) {
       if (!columns.isKnown || isAsFirst) {
         continue;
       }
-      lines += program_messages::flowOfAction(action.name, action.typeName,
-                                              columns.columns.size()) +
-               shownChanges(changes(columns, inputOf(result, action))) + u'\n';
+      lines +=
+          program_messages::flowOfAction(action.name, action.typeName, columns.columns.size()) +
+          shownChanges(changes(columns, inputOf(result, action))) + u'\n';
     }
   }
   return lines.isEmpty() ? lines : program_messages::flowTitle() + lines;

@@ -43,9 +43,13 @@ Console::Console(bool isQuiet)
       m_showsProgress(!isQuiet && isCapableTerminal()),
       m_isColoured(m_showsProgress && environment("NO_COLOR").empty()) {}
 
-Console::~Console() { clearProgress(); }
+Console::~Console() {
+  clearProgress();
+}
 
-bool Console::canAsk() { return isatty(STDIN_FILENO) != 0 && isatty(STDERR_FILENO) != 0; }
+bool Console::canAsk() {
+  return isatty(STDIN_FILENO) != 0 && isatty(STDERR_FILENO) != 0;
+}
 
 void Console::writeLog(LogLevel level, const QString& text) {
   if (!m_isQuiet || level != LogLevel::information) {
@@ -97,6 +101,8 @@ void Console::erase() {
   }
 }
 
-void Console::put(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stderr); }
+void Console::put(std::string_view text) {
+  std::fwrite(text.data(), 1, text.size(), stderr);
+}
 
 }  // namespace kelvarin

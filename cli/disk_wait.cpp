@@ -23,8 +23,7 @@ bool DiskWait::shouldRetry(const QString& file, int missingBytes, bool canRetry)
     return ask();
   }
   if (m_waited >= m_seconds) {
-    m_console.writeLog(LogLevel::error,
-                       program_messages::diskStillFull(m_waited, file));
+    m_console.writeLog(LogLevel::error, program_messages::diskStillFull(m_waited, file));
     return false;
   }
   ++m_waited;
@@ -37,11 +36,9 @@ void DiskWait::report(const QString& file, int missingBytes, bool willWait) {
     return;
   }
   m_reported.insert(file);
-  m_console.writeLog(LogLevel::error,
-                     program_messages::diskFull(file, missingBytes));
+  m_console.writeLog(LogLevel::error, program_messages::diskFull(file, missingBytes));
   if (willWait) {
-    m_console.writeLog(LogLevel::information,
-                       program_messages::diskFullWaiting(m_seconds));
+    m_console.writeLog(LogLevel::information, program_messages::diskFullWaiting(m_seconds));
   }
 }
 

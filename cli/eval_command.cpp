@@ -11,9 +11,9 @@
 #include "cli/messages.h"
 #include "cli/name_value.h"
 #include "cli/value_json.h"
-#include "expression/evaluator/expression_warnings.h"
 #include "expression/backends/expression_text.h"
 #include "expression/errors/expression_mark.h"
+#include "expression/evaluator/expression_warnings.h"
 #include "expression/help/expression_hint.h"
 
 namespace kelvarin {
@@ -185,8 +185,8 @@ class ResultPrinter {
 void explain(const ExpressionError& error, const ExpressionRequest& request, Console& console) {
   if (error.position >= 0) {
     const QString marked = markedExpression(request.expression, error);
-    console.writeReason(LogLevel::information,
-                        program_messages::here(QString(marked).replace(u'\n', QStringLiteral("\n  "))));
+    console.writeReason(LogLevel::information, program_messages::here(QString(marked).replace(
+                                                   u'\n', QStringLiteral("\n  "))));
   }
   HintNames names;
   names.adviceOnUnknown = program_messages::giveValue();
@@ -254,16 +254,20 @@ ExitStatus evaluate(const EvalArguments& arguments) {
 void addEvalCommand(CLI::App& program, ChosenCommand& chosen) {
   auto arguments = std::make_shared<EvalArguments>();
   CLI::App* command = program.add_subcommand("eval", "Evaluate one expression");
-  command->add_option("EXPR", arguments->expression, "the expression; put -- before one that begins with a minus")
+  command
+      ->add_option("EXPR", arguments->expression,
+                   "the expression; put -- before one that begins with a minus")
       ->required();
-  command->add_option("--var", arguments->numbers, "a number variable; nan, inf, -inf, null allowed")
+  command
+      ->add_option("--var", arguments->numbers, "a number variable; nan, inf, -inf, null allowed")
       ->allow_extra_args(false)
       ->type_name("NAME=VALUE");
   command->add_option("--text", arguments->texts, "a text variable")
       ->allow_extra_args(false)
       ->type_name("NAME=VALUE");
-  command->add_option("--null", arguments->nulls,
-                      "a missing variable, a number unless --text names it")
+  command
+      ->add_option("--null", arguments->nulls,
+                   "a missing variable, a number unless --text names it")
       ->allow_extra_args(false)
       ->type_name("NAME");
   command->add_option("--meta", arguments->meta, "the type of the result: F number, K key, U text")
@@ -271,16 +275,19 @@ void addEvalCommand(CLI::App& program, ChosenCommand& chosen) {
   command->add_option("--backend", arguments->backend, "the engine that evaluates it")
       ->check(CLI::IsMember({"auto", "fastest", "fast", "string"}))
       ->capture_default_str();
-  command->add_option("--opt", arguments->options,
-                      "an expression attribute of an action, for instance seed=7")
+  command
+      ->add_option("--opt", arguments->options,
+                   "an expression attribute of an action, for instance seed=7")
       ->allow_extra_args(false)
       ->type_name("NAME=VALUE");
   command->add_option("--rows", arguments->rows, "evaluate on N rows, _n counting from 0")
       ->check(CLI::Range(1LL, 1'000'000'000LL))
       ->type_name("N");
   command->add_flag("--json", arguments->isJson, "print one JSON object");
-  command->footer("Example:\n  kelvarin eval 'distance / (minutes / 60)' --var distance=1400 --var minutes=227");
-  command->callback([arguments, &chosen] { chosen = [arguments] { return evaluate(*arguments); }; });
+  command->footer(
+      "Example:\n  kelvarin eval 'distance / (minutes / 60)' --var distance=1400 --var minutes=227");
+  command->callback(
+      [arguments, &chosen] { chosen = [arguments] { return evaluate(*arguments); }; });
 }
 
 }  // namespace kelvarin

@@ -32,12 +32,10 @@ Status<QString> setOption(const Option& option, const NameValue& given,
   bool isInteger = false;
   const int value = given.value.toInt(&isInteger);
   if (option.kind == AttributeKind::flag && (!isInteger || (value != 0 && value != 1))) {
-    return Failure{
-        program_messages::optionTakesFlag(given.name, given.value)};
+    return Failure{program_messages::optionTakesFlag(given.name, given.value)};
   }
   if (!isInteger) {
-    return Failure{
-        program_messages::optionTakesInteger(given.name, given.value)};
+    return Failure{program_messages::optionTakesInteger(given.name, given.value)};
   }
   option.set(options, QString::number(value));
   return Done{};
@@ -45,7 +43,8 @@ Status<QString> setOption(const Option& option, const NameValue& given,
 
 }  // namespace
 
-Status<QString> applyExpressionOptions(const std::vector<NameValue>& values, EvaluationOptions& options) {
+Status<QString> applyExpressionOptions(const std::vector<NameValue>& values,
+                                       EvaluationOptions& options) {
   const EvaluationAttributes known = evaluationAttributes();
   for (const NameValue& given : values) {
     const auto option = std::ranges::find(known, given.name, nameOf);

@@ -10,6 +10,7 @@
 namespace kelvarin {
 
 // The error names what is wrong and what there is.
-Status<QString> applyExpressionOptions(const std::vector<NameValue>& values, EvaluationOptions& options);
+Status<QString> applyExpressionOptions(const std::vector<NameValue>& values,
+                                       EvaluationOptions& options);
 
 }  // namespace kelvarin

@@ -127,11 +127,11 @@ void printAll(const Entries& entries) {
       group = entry->group;
     }
     print("  {}  {:<31}{}\n", marksOf(entry->backends), entry->entry->signature,
-               entry->entry->comment);
+          entry->entry->comment);
   }
   print("\n1 {}, 2 {}, 3 {}: the back-ends that have it.\n{}\n{}\n",
-             backendLabel(BackendKind::native), backendLabel(BackendKind::fast),
-             backendLabel(BackendKind::string), kParametersRemark, program_messages::moreHint());
+        backendLabel(BackendKind::native), backendLabel(BackendKind::fast),
+        backendLabel(BackendKind::string), kParametersRemark, program_messages::moreHint());
 }
 
 ExitStatus reportUnknown(const QString& name) {
@@ -157,8 +157,7 @@ ExitStatus showNamed(const std::string& name, bool isJson) {
   }
   const QString advice = QString::fromUtf8(match.advice == nullptr ? "" : match.advice);
   if (match.entries.empty()) {
-    Console(false).writeLog(
-        LogLevel::error, program_messages::nothingLikeIt(given, advice));
+    Console(false).writeLog(LogLevel::error, program_messages::nothingLikeIt(given, advice));
     return ExitStatus::failed;
   }
   if (isJson) {
@@ -168,7 +167,7 @@ ExitStatus showNamed(const std::string& name, bool isJson) {
   if (match.isForeign) {
     const QString remark = program_messages::calledHere(given);
     print("{}\n{}\n", remark.toStdString(),
-               advice.isEmpty() ? "" : "  " + advice.toStdString() + "\n");
+          advice.isEmpty() ? "" : "  " + advice.toStdString() + "\n");
   }
   for (const LanguageEntry* entry : match.entries) {
     print("{}", entry == match.entries.front() ? "" : "\n");

@@ -37,8 +37,7 @@ const CLI::App& readCommand(const CLI::App& program) {
 std::string usageHint(const CLI::App& program) {
   const CLI::App& read = readCommand(program);
   QString command = QString::fromStdString(read.get_name());
-  for (const CLI::App* outer = read.get_parent(); outer != nullptr;
-       outer = outer->get_parent()) {
+  for (const CLI::App* outer = read.get_parent(); outer != nullptr; outer = outer->get_parent()) {
     command = QString::fromStdString(outer->get_name()) + u' ' + command;
   }
   return kelvarin::program_messages::usageHint(command).toStdString();
@@ -46,8 +45,9 @@ std::string usageHint(const CLI::App& program) {
 
 QString didYouMean(const QString& given, const QStringList& names) {
   const QStringList near = kelvarin::nearestNames(given, names);
-  return near.isEmpty() ? QString()
-                        : u' ' + kelvarin::program_messages::didYouMean(near.join(QLatin1String(" or ")));
+  return near.isEmpty()
+             ? QString()
+             : u' ' + kelvarin::program_messages::didYouMean(near.join(QLatin1String(" or ")));
 }
 
 // Without it a misspelt command would be reported as a missing one.
@@ -63,8 +63,7 @@ bool reportUnknownCommand(const CLI::App& program, int argc, char** argv) {
   if (names.contains(given)) {
     return reportUnknownCommand(*program.get_subcommand(argv[1]), argc - 1, argv + 1);
   }
-  const QString text = kelvarin::program_messages::unknownCommand(given) +
-                       didYouMean(given, names);
+  const QString text = kelvarin::program_messages::unknownCommand(given) + didYouMean(given, names);
   std::fprintf(stderr, "error: %s\n%s\n", qUtf8Printable(text), usageHint(program).c_str());
   return true;
 }
@@ -86,8 +85,7 @@ QString unknownOption(const CLI::App& program) {
       }
     }
     const QString name = given.section(u'=', 0, 0);
-    const QString text =
-        texts::unknownOption(name) + didYouMean(name, names);
+    const QString text = texts::unknownOption(name) + didYouMean(name, names);
     const CLI::Option* expression = command.get_option_no_throw("EXPR");
     const bool isExpressionMissing = expression != nullptr && expression->count() == 0;
     return isExpressionMissing ? text + texts::minusFirst(given) : text;
@@ -117,7 +115,8 @@ bool isOutputLost() {
   if (!isLost || hasReaderLeft()) {
     return false;
   }
-  const QString text = kelvarin::program_messages::outputLost(QString::fromLocal8Bit(std::strerror(errno)));
+  const QString text =
+      kelvarin::program_messages::outputLost(QString::fromLocal8Bit(std::strerror(errno)));
   std::fprintf(stderr, "error: %s\n", qUtf8Printable(text));
   return true;
 }

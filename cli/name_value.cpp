@@ -13,7 +13,8 @@ Result<std::vector<NameValue>, QString> splitNameValues(const char* option,
   for (const std::string& argument : arguments) {
     const std::size_t sign = argument.find('=');
     if (sign == 0 || sign == std::string::npos) {
-      return Failure{program_messages::needsNameAndValue(QLatin1String(option), QString::fromStdString(argument))};
+      return Failure{program_messages::needsNameAndValue(QLatin1String(option),
+                                                         QString::fromStdString(argument))};
     }
     pairs.push_back({QString::fromStdString(argument.substr(0, sign)),
                      QString::fromStdString(argument.substr(sign + 1))});

@@ -52,9 +52,8 @@ std::string printable(std::string_view text, LineBreaks lineBreaks) {
     const std::size_t size = first < 0x80 ? 1 : sizeOfCharacter(text, point);
     const bool isKept = (first == '\n' || first == '\t') && lineBreaks == LineBreaks::keep;
     if (size == 0 || (isControl(point) && !isKept)) {
-      result += fmt::format("\\x{:02x}", static_cast<unsigned>(point == QChar::ReplacementCharacter
-                                                                   ? first
-                                                                   : point));
+      result += fmt::format(
+          "\\x{:02x}", static_cast<unsigned>(point == QChar::ReplacementCharacter ? first : point));
     } else if (changesDirection(point)) {
       result += fmt::format("\\u{{{:x}}}", static_cast<unsigned>(point));
     } else {

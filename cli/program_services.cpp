@@ -8,9 +8,7 @@
 namespace kelvarin {
 
 ProgramServices::ProgramServices(Console& console, int diskWaitSeconds, const QString& graphFile)
-    : m_console(console),
-      m_diskWait(console, diskWaitSeconds),
-      m_graphFile(graphFile) {}
+    : m_console(console), m_diskWait(console, diskWaitSeconds), m_graphFile(graphFile) {}
 
 void ProgramServices::log(LogLevel level, const QString& text, const ActionItem* action) {
   logDetailed(level, text, action, {});

@@ -31,7 +31,7 @@ class ProgramServices : public HostServices {
   Console& m_console;
   DiskWait m_diskWait;
   const QString m_graphFile;
-  std::mutex m_mutex;   // guards m_lastPosition
+  std::mutex m_mutex;      // guards m_lastPosition
   QString m_lastPosition;  // written last, so that many lines about one position name it once
   HostSession m_session{this};
   const HostSession::Scope m_scope{&m_session};

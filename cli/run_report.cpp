@@ -87,8 +87,8 @@ Json jsonOfLine(const LogLine& line) {
                 {"text", line.text.toStdString()}};
   const std::pair<const char*, const QString&> texts[] = {
       {"output", details.output}, {"column", details.column}, {"token", details.token}};
-  const std::pair<const char*, long long> numbers[] = {
-      {"position", details.position}, {"row", details.row}};
+  const std::pair<const char*, long long> numbers[] = {{"position", details.position},
+                                                       {"row", details.row}};
   if (details.place.line > 0) {
     entry["line"] = details.place.line;
   }
@@ -138,10 +138,11 @@ Json jsonOfCheck(const RunResult& result) {
 std::string rowTable(const RunResult& result) {
   std::vector<std::vector<std::string>> rows = {{"action", "type", "rows in", "rows out"}};
   for (const ActionResult& action : result.actions) {
-    rows.push_back({action.name.toStdString(), action.typeName.toStdString(), joinedInput(action.rowsIn),
-                    joined(action.rowsOut)});
+    rows.push_back({action.name.toStdString(), action.typeName.toStdString(),
+                    joinedInput(action.rowsIn), joined(action.rowsOut)});
   }
-  return aligned(rows) + fmt::format("{} after {:.2f} s\n", statusWord(result.state), result.seconds);
+  return aligned(rows) +
+         fmt::format("{} after {:.2f} s\n", statusWord(result.state), result.seconds);
 }
 
 }  // namespace kelvarin

@@ -125,13 +125,12 @@ Token Lexer::refuse(const kelvarin::Token& token, CompileStatus status, std::str
 // No unit, or one that is not behind a value.
 Token Lexer::refuseBrace(const kelvarin::Token& brace) {
   const std::size_t close = m_expression.find('}', brace.start);
-  const std::string_view text =
-      close == std::string_view::npos
-          ? textOf(brace)
-          : m_expression.substr(brace.start, close - brace.start + 1);
-  return refuse(brace, CompileStatus::syntaxError,
-                unitSpelt(text) == nullptr ? messages::unknownUnit(text)
-                                           : messages::unexpectedText(text));
+  const std::string_view text = close == std::string_view::npos
+                                    ? textOf(brace)
+                                    : m_expression.substr(brace.start, close - brace.start + 1);
+  return refuse(
+      brace, CompileStatus::syntaxError,
+      unitSpelt(text) == nullptr ? messages::unknownUnit(text) : messages::unexpectedText(text));
 }
 
 }  // namespace kelvarin::jit

@@ -36,8 +36,8 @@ Calculator::Calculator(XMLNode node, GlobalParameters* parameters, const QString
   m_inputPinCount = 2;
   readAttributes(node, evaluationAttributes(), m_options, parameters);
   m_inputs = readInputVariables(node.getChildNode(utf16(kInputVars)), parameters);
-  m_outputs = readOutputVariables(node.getChildNode(utf16(kOutputVars)), {kNewName, newName},
-                                  parameters);
+  m_outputs =
+      readOutputVariables(node.getChildNode(utf16(kOutputVars)), {kNewName, newName}, parameters);
   if (m_outputs.empty()) {
     OutputVariable output;
     output.name = newName;
@@ -89,8 +89,8 @@ bool Calculator::areOutputsWhole() const {
       logWithDetails(LogLevel::error, action_messages::outputWithoutName(output), details);
       isWhole = false;
     } else if (i < elements.size() && !hasExpression(elements[i])) {
-      logWithDetails(LogLevel::warning,
-                     action_messages::outputWithoutExpression(details.output), details);
+      logWithDetails(LogLevel::warning, action_messages::outputWithoutExpression(details.output),
+                     details);
     }
   }
   return isWhole;

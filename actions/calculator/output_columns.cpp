@@ -38,7 +38,7 @@ bool isNumeric(const OutputVariable& output) {
 }
 
 Result<OutputColumns, LayoutFault> layOutColumns(const OneRow& input,
-                                             const std::vector<OutputVariable>& outputs) {
+                                                 const std::vector<OutputVariable>& outputs) {
   OutputColumns result;
   result.names = input.getColNamesDeep();
   result.metas = input.getMetaDataDeep();

@@ -31,7 +31,7 @@ struct LayoutFault {
 
 // `outputs` have their names expanded.
 Result<OutputColumns, LayoutFault> layOutColumns(const OneRow& input,
-                                             const std::vector<OutputVariable>& outputs);
+                                                 const std::vector<OutputVariable>& outputs);
 
 bool isNumeric(const OutputVariable& output);
 

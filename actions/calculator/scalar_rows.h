@@ -49,9 +49,7 @@ class ScalarRows final : public RowComputation {
     return isEvaluatedAhead() ? takeEvaluatedRow(row) : computeRow<kOutputs, kUpdatesNumbers>(row);
   }
   // The row has results from before, or it and others get them now.
-  bool isEvaluatedAhead() {
-    return m_rowsEvaluated > 0 || (m_lookout.isDue() && evaluateAhead());
-  }
+  bool isEvaluatedAhead() { return m_rowsEvaluated > 0 || (m_lookout.isDue() && evaluateAhead()); }
   bool evaluateAhead();
   [[nodiscard]] bool takeEvaluatedRow(const OneRow& row);
   static void takeRows(ActionItem* action, std::size_t count);

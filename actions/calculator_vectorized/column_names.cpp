@@ -86,8 +86,8 @@ class ColumnNamer {
     int variable = kFirstAlias;
     for (const InputVariable& vector : m_vectors.variables) {
       if (isChosen(vector)) {
-        m_evaluator.expressions.setText(variable,
-                            m_rules.expand(vector.columns[vector.isVector ? element : 0]));
+        m_evaluator.expressions.setText(
+            variable, m_rules.expand(vector.columns[vector.isVector ? element : 0]));
       }
       ++variable;
     }

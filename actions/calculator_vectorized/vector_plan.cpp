@@ -79,8 +79,8 @@ void VectorPlan::reportColumns(const QStringList& names) const {
 
 std::unique_ptr<RowComputation> VectorPlan::connect(const OutputColumns& columns) {
   return std::make_unique<VectorRows>(m_action, m_evaluator.rows,
-                                      m_evaluator.expressions.outputCount(),
-                                      m_vectors.elementCount, columns);
+                                      m_evaluator.expressions.outputCount(), m_vectors.elementCount,
+                                      columns);
 }
 
 }  // namespace kelvarin

@@ -18,10 +18,7 @@ class VectorPlan final : public CalculatorPlan {
   };
 
   VectorPlan(ActionItem& action, ExpressionEvaluator& evaluator, Tables tables, NamingRules rules)
-      : m_action(action),
-        m_evaluator(evaluator),
-        m_tables(tables),
-        m_rules(std::move(rules)) {}
+      : m_action(action), m_evaluator(evaluator), m_tables(tables), m_rules(std::move(rules)) {}
 
   Result<TableVariables, QString> readTable() override;
   Result<std::vector<OutputVariable>, QString> columnsOf(

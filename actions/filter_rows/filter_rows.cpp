@@ -17,8 +17,7 @@ namespace {
 
 constexpr char16_t kExpression[] = u"Expression";
 
-constexpr Attribute<FilterSettings> kBeforeOptions[] = {
-    attribute<&FilterSettings::truncate>(
+constexpr Attribute<FilterSettings> kBeforeOptions[] = {attribute<&FilterSettings::truncate>(
     u"truncate", "stops reading after the first row for which the expression is false")};
 constexpr Attribute<FilterSettings> kAfterOptions[] = {
     attribute<&FilterSettings::comments>(u"comments", "the user's notes")};

@@ -190,8 +190,7 @@ bool ExpressionAction::prepareDates(const QStringList& expressions) {
 }
 
 QString ExpressionAction::dateFormatUnknownText() const {
-  return isChecking() ? messages::formatUnknown()
-                      : action_messages::dateFormatUnknownInRun();
+  return isChecking() ? messages::formatUnknown() : action_messages::dateFormatUnknownInRun();
 }
 
 bool ExpressionAction::compileOutputs(const std::vector<OutputVariable>& outputs, ResultUse use) {
@@ -223,8 +222,7 @@ bool ExpressionAction::checkOutput(int index, ResultUse use) {
   for (const QString& warning : check.warnings) {
     MainUI::addLog(LogLevel::warning, warning);
   }
-  if (check.text.isEmpty() ||
-      check.error.kind == ExpressionError::Kind::referenceTimeUnparsable) {
+  if (check.text.isEmpty() || check.error.kind == ExpressionError::Kind::referenceTimeUnparsable) {
     return true;
   }
   if (check.isCompiled()) {
@@ -238,8 +236,7 @@ bool ExpressionAction::checkOutput(int index, ResultUse use) {
 bool ExpressionAction::reportTriedOutput(int index, const ExpressionCheck& check) {
   const QString shown = checkText(output(index).name, check.text);
   if (check.error.kind == ExpressionError::Kind::numberForText) {
-    logAboutOutput(LogLevel::warning, shown, index,
-                   messages::numberBecomesText());
+    logAboutOutput(LogLevel::warning, shown, index, messages::numberBecomesText());
     return true;
   }
   const bool stops = mayFailedRowStop();
@@ -277,8 +274,7 @@ void ExpressionAction::logFailure(LogLevel level, const QString& text, int index
 QString ExpressionAction::explanation(int index, const ExpressionError& error,
                                       const QString& note) const {
   const TriedExpression tried = triedExpression(index);
-  QStringList lines{
-      error.position < 0 ? messages::expression() : messages::here()};
+  QStringList lines{error.position < 0 ? messages::expression() : messages::here()};
   lines += markedExpression(output(index).expression, error).split(u'\n');
   for (QString& line : lines) {
     line = &line == &lines.front() ? line : QStringLiteral("    ") + line;
@@ -286,8 +282,8 @@ QString ExpressionAction::explanation(int index, const ExpressionError& error,
   const bool isTried = m_isRowLoaded || !note.isEmpty();
   if (!tried.variables.empty() && isTried) {
     const QString values = valuesText(tried.variables);
-    lines += isChecking() ? messages::sampleValues(values)
-                          : messages::valuesOfRow(rowNumber(), values);
+    lines +=
+        isChecking() ? messages::sampleValues(values) : messages::valuesOfRow(rowNumber(), values);
   }
   if (!note.isEmpty()) {
     lines += note;

@@ -15,7 +15,7 @@ namespace kelvarin {
 
 // Replaces a member by `value` as it reads after saving the action.
 template <typename Action, typename Value>
-void setAsReadBack(Action& action, Value Action::*member, Value value) {
+void setAsReadBack(Action& action, Value Action::* member, Value value) {
   action.*member = std::move(value);
   const std::unique_ptr<ActionItem> saved(action.clone(action.globalParameters()));
   assert(saved != nullptr);  // what an action writes can be read

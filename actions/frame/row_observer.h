@@ -23,15 +23,15 @@ struct ResultValue {
 
 // An output that failed on a row.
 struct ObservedFailure {
-  QString text;  // as the log shows it where it stops the run
+  QString text;     // as the log shows it where it stops the run
   int output = -1;  // -1: no output, but a variable could not be loaded
   ExpressionError error;
 };
 
 struct ObservedRow {
-  long long number = 0;      // counted from 0
-  bool isEvaluated = true;   // false: it was only counted, as in sampling
-  bool isLast = false;       // its last failure ends the run; no step is waited for
+  long long number = 0;     // counted from 0
+  bool isEvaluated = true;  // false: it was only counted, as in sampling
+  bool isLast = false;      // its last failure ends the run; no step is waited for
   std::vector<VariableValue> variables;
   std::vector<ResultValue> results;  // none where a failure ends the run
   std::vector<ObservedFailure> failures;

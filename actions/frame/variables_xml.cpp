@@ -8,9 +8,8 @@ namespace kelvarin {
 
 namespace {
 
-constexpr AllowedValues kOutputTypes{.codes = "FKU",
-                                     .inWords = "F (number), K (key) or U (text)",
-                                     .effectOfOthers = kCountsAsText};
+constexpr AllowedValues kOutputTypes{
+    .codes = "FKU", .inWords = "F (number), K (key) or U (text)", .effectOfOthers = kCountsAsText};
 
 constexpr Attribute<InputVariable> kInputAttributes[] = {
     attribute<&InputVariable::label2>(u"label2", "a second label, kept"),
@@ -181,8 +180,7 @@ void writeInputVariable(std::wostringstream& out, const InputVariable& variable)
   out << L"</InputVar>\n";
 }
 
-std::vector<OutputVariable> readOutputVariables(const XMLNode& parent,
-                                                const QStringList& newNames,
+std::vector<OutputVariable> readOutputVariables(const XMLNode& parent, const QStringList& newNames,
                                                 const GlobalParameters* parameters) {
   std::vector<OutputVariable> variables;
   forEachChild(parent, kOutputVar, [&](const XMLNode& child) {

@@ -36,7 +36,8 @@ void expectShortest(double number) {
   ASSERT_EQ(result.ptr, text.data() + text.size()) << text;
   ASSERT_EQ(std::bit_cast<std::uint64_t>(read), std::bit_cast<std::uint64_t>(number)) << text;
   char other[64];
-  const auto printed = std::to_chars(other, other + sizeof other, number, std::chars_format::scientific);
+  const auto printed =
+      std::to_chars(other, other + sizeof other, number, std::chars_format::scientific);
   ASSERT_EQ(digitsOf(text), digitsOf(std::string(other, printed.ptr)));
 }
 
@@ -72,7 +73,8 @@ TEST(ShortestNumber, AnyNumberReadsBackAndIsShortest) {
     const double decimal = whole / std::pow(10, static_cast<double>(random() % 20));
     expectShortest(decimal);
     expectShortest(std::nextafter(decimal, 0));
-    expectShortest(-std::ldexp(static_cast<double>(random() >> 11), -static_cast<int>(random() % 70)));
+    expectShortest(
+        -std::ldexp(static_cast<double>(random() >> 11), -static_cast<int>(random() % 70)));
   }
 }
 

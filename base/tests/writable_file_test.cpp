@@ -1,5 +1,5 @@
-// Files that take all bytes, although calls of the system are interrupted, take a part only, or find
-// the disk full.
+// Files that take all bytes, although calls of the system are interrupted, take a part only, or
+// find the disk full.
 #include "base/writable_file.h"
 
 #include <algorithm>

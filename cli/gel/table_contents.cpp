@@ -26,7 +26,8 @@ Json jsonOfBound(double bound) {
 }
 
 template <typename Statistics>
-std::optional<Statistics> statisticsOf(const GelFile& file, const BlockInfo& block, std::size_t column) {
+std::optional<Statistics> statisticsOf(const GelFile& file, const BlockInfo& block,
+                                       std::size_t column) {
   Statistics statistics;
   const bool isRead = file.descriptorLayout().readStatistics(block.descriptor, column, statistics);
   return isRead ? std::optional(statistics) : std::nullopt;

@@ -1,5 +1,5 @@
-// Random graphs with the plug-in's actions: their parts, the tables that they read, and how they are
-// run in a folder of their own.
+// Random graphs with the plug-in's actions: their parts, the tables that they read, and how they
+// are run in a folder of their own.
 //
 // Used by the tests of the engine that compare two ways to run the same graph.
 #pragma once
@@ -76,18 +76,31 @@ struct Drawn {
 };
 
 // Native code, the two libraries, texts, an assignment, the row number, random numbers.
-constexpr const char* kExpressions[] = {
-    "a*2+b",         "a>b ? a : -b",       "sqrt(a*a+b*b)+_n", "nvl(a,7)+k",
-    "isNuLL(a)+isNuLL(k)",
-    "sin(a)*exp(b/1000)", "(a/b)^2",       "d+1",              "id*3",          "tn+a",
-    "round2(a,1)",   "rand1(10)+a",        "a=a+1",            "isNull(b)",     "strlen(t)",
-    "_n",            "k*k",                "a/0",              "(a&&b)||k==3", "b%7"};
+constexpr const char* kExpressions[] = {"a*2+b",
+                                        "a>b ? a : -b",
+                                        "sqrt(a*a+b*b)+_n",
+                                        "nvl(a,7)+k",
+                                        "isNuLL(a)+isNuLL(k)",
+                                        "sin(a)*exp(b/1000)",
+                                        "(a/b)^2",
+                                        "d+1",
+                                        "id*3",
+                                        "tn+a",
+                                        "round2(a,1)",
+                                        "rand1(10)+a",
+                                        "a=a+1",
+                                        "isNull(b)",
+                                        "strlen(t)",
+                                        "_n",
+                                        "k*k",
+                                        "a/0",
+                                        "(a&&b)||k==3",
+                                        "b%7"};
 constexpr const char* kKeyExpressions[] = {"id", "k", "id*2", "_n", "abs(a)", "a", "id-3", "k/2"};
-constexpr const char* kConditions[] = {"a>b",    "_n%3==0",    "k==3 || a<0",  "1",      "0",
-                                       "_null",  "strlen(t)>2",   "b>-1e9",       "id>40",  "id<900",
-                                       "tn>3",   "isNuLL(a)",  "nvl(a,1)",     "_n<700",
-                                       "round2(a,0)==1",
-                                       "_n<1",   "_n < 20",   "_n<1500"};
+constexpr const char* kConditions[] = {
+    "a>b",         "_n%3==0", "k==3 || a<0",    "1",      "0",       "_null",
+    "strlen(t)>2", "b>-1e9",  "id>40",          "id<900", "tn>3",    "isNuLL(a)",
+    "nvl(a,1)",    "_n<700",  "round2(a,0)==1", "_n<1",   "_n < 20", "_n<1500"};
 
 // 2 stops the run at a value that does not fit.
 inline QByteArray castMode(Dice& dice, const Drawn& drawn, int chances) {
@@ -118,8 +131,8 @@ inline QByteArray calculatorXml(Dice& dice, const Drawn& drawn, const QByteArray
       column = i == 0 ? "a" : "b";
       attributes += " update='1'";
     }
-    xml += "<OutputVar name='" + column + "'" + attributes + ">" +
-           drawn.expression(expression) + "</OutputVar>";
+    xml += "<OutputVar name='" + column + "'" + attributes + ">" + drawn.expression(expression) +
+           "</OutputVar>";
   }
   return xml + "</OutputVars></Calculator>";
 }

@@ -44,7 +44,7 @@ const char* listFile = nullptr;
 // The allocations of one that looks at its calls do not count.
 __attribute__((tls_model("initial-exec"))) thread_local bool isLooking = false;
 
-constexpr int kCalls = 12;         // so many distinguish one site from another
+constexpr int kCalls = 12;  // so many distinguish one site from another
 constexpr int kCallsOfTrace = 60;
 constexpr std::size_t kMaxSites = 1 << 18;
 std::atomic<std::uint64_t> sites[kMaxSites];

@@ -1,5 +1,5 @@
-// A run yields the same whether rows are computed and taken many at once or one by one: the same bytes
-// in its files, the same numbers of rows, the same log.
+// A run yields the same whether rows are computed and taken many at once or one by one: the same
+// bytes in its files, the same numbers of rows, the same log.
 //
 // Random chains of calculators and filters with the plug-in's actions, between every kind of source
 // and of sink.
@@ -21,7 +21,8 @@ void drawChain(Dice& dice, Drawing& drawing, QByteArray from, const QByteArray& 
   for (int i = 0; i < actions; ++i) {
     const QByteArray name = prefix + static_cast<char>('p' + i);
     const bool isFilter = dice.oneIn(2);
-    drawing.actions += isFilter ? filterXml(dice, drawing.drawn, name) : calculatorXml(dice, drawing.drawn, name);
+    drawing.actions +=
+        isFilter ? filterXml(dice, drawing.drawn, name) : calculatorXml(dice, drawing.drawn, name);
     drawing.links += link(from, name, fromPin);
     fromPin = isFilter && dice.oneIn(4) ? 1 : 0;
     from = name;
@@ -76,7 +77,8 @@ TEST_F(LookAhead, ChangesNothing) {
       drawChain(dice, drawing, "source", "y");
     }
     const QByteArray expected = traceOf(drawing, false);
-    EXPECT_EQ(traceOf(drawing, true), expected) << "seed " << seed << "\n" << document(drawing.actions, drawing.links).data();
+    EXPECT_EQ(traceOf(drawing, true), expected) << "seed " << seed << "\n"
+                                                << document(drawing.actions, drawing.links).data();
     complete += expected.startsWith("state 0") ? 1 : 0;
   }
   EXPECT_GT(complete, kGraphs / 3);  // the others fail in the midst

@@ -21,8 +21,8 @@ const ActionCatalogue& catalogue() {
 }
 
 QByteArray golden(const QString& action, const char* kind) {
-  QFile file(QDir(QStringLiteral(SAVED_ACTIONS)).filePath(action + u'_' + QLatin1String(kind) +
-                                                          QStringLiteral(".xml")));
+  QFile file(QDir(QStringLiteral(SAVED_ACTIONS))
+                 .filePath(action + u'_' + QLatin1String(kind) + QStringLiteral(".xml")));
   EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << file.fileName().toStdString();
   return file.readAll();
 }
@@ -102,12 +102,11 @@ TEST_P(SavedAction, DeclaresWhatItWritesAndNoMore) {
   EXPECT_EQ(declared, written);
 }
 
-INSTANTIATE_TEST_SUITE_P(Catalogue, SavedAction,
-                         ::testing::Range(0, static_cast<int>(catalogue().entries().size())),
-                         [](const auto& index) {
-                           const auto& entries = catalogue().entries();
-                           return entries[static_cast<std::size_t>(index.param)]
-                               .typeName.toStdString();
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    Catalogue, SavedAction, ::testing::Range(0, static_cast<int>(catalogue().entries().size())),
+    [](const auto& index) {
+      const auto& entries = catalogue().entries();
+      return entries[static_cast<std::size_t>(index.param)].typeName.toStdString();
+    });
 
 }  // namespace kelvarin

@@ -1,5 +1,5 @@
-// Where many readers share pins, every sink writes what it writes when it is alone in its graph with
-// the actions that it needs, to the byte.
+// Where many readers share pins, every sink writes what it writes when it is alone in its graph
+// with the actions that it needs, to the byte.
 //
 // Random graphs of the plug-in's actions: readers of readers, both pins of filters, tables of
 // variables that come from the same source as the rows, filters that end early, every kind of
@@ -105,8 +105,8 @@ class SharedGraph {
     const Output from = outputs[m_dice.oneIn(3) ? outputs.size() - 1 : below(outputs)];
     const QByteArray name = "n" + QByteArray::number(m_actions.size());
     const bool isFilter = m_dice.oneIn(2);
-    m_actions.push_back({name, isFilter ? filterXml(m_dice, m_drawn, name)
-                                        : calculatorXml(m_dice, m_drawn, name)});
+    m_actions.push_back(
+        {name, isFilter ? filterXml(m_dice, m_drawn, name) : calculatorXml(m_dice, m_drawn, name)});
     m_links.push_back({from.action, name, from.pin, 0});
     outputs.push_back({name, 0});
     if (isFilter) {
@@ -170,8 +170,8 @@ class SharedPins : public DrawnGraphs {
     std::map<QByteArray, QByteArray> left;
     for (const ActionResult& action : result.actions) {
       if (result.isOk() && action.name.startsWith('x')) {
-        left[action.name.toUtf8()] = "rows " + QByteArray::number(action.rowsIn[0]) + "\n" +
-                                     contentOf({action.name + ".*"});
+        left[action.name.toUtf8()] =
+            "rows " + QByteArray::number(action.rowsIn[0]) + "\n" + contentOf({action.name + ".*"});
       }
     }
     return left;

@@ -116,12 +116,14 @@ class SideBySide : public DrawnGraphs {
     return read("scalars.kelvarin",
                 QByteArray(kCsv) +
                     "<Calculator name='calc' seed='3' dateFormat='yyyy' abortWhenError='0'>" +
-                    Drawn().inputs() + "<OutputVars><OutputVar name='sum'>a*2+b</OutputVar>"
+                    Drawn().inputs() +
+                    "<OutputVars><OutputVar name='sum'>a*2+b</OutputVar>"
                     "<OutputVar name='dice'>rand1()+a</OutputVar>"
                     "<OutputVar name='length'>strlen(t)</OutputVar>"
                     "<OutputVar name='odd'>1 &lt; a &lt; 5</OutputVar></OutputVars></Calculator>"
                     "<FilterRows name='keep' dateFormat='yyyy'><Expression>a&gt;b</Expression>" +
-                    Drawn().inputs() + "</FilterRows><WriteCSV name='csv' file='kept.csv'/>"
+                    Drawn().inputs() +
+                    "</FilterRows><WriteCSV name='csv' file='kept.csv'/>"
                     "<writeColumnarGel name='gel' file='rest.cgel_kelvarin' nRowsInBlock='300'/>",
                 link("source", "calc") + link("calc", "keep") + link("keep", "csv") +
                     link("keep", "gel", 1));

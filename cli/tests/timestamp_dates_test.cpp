@@ -45,8 +45,8 @@ class TimestampDates : public ::testing::Test {
 
   // The date format that the log of a reading run names.
   QByteArray namedFormat() {
-    const RunResult result = run(
-        "<ReadArrow name='in' file='t.arrow'/><Discard name='out'/>", "<Link from='in' to='out'/>");
+    const RunResult result = run("<ReadArrow name='in' file='t.arrow'/><Discard name='out'/>",
+                                 "<Link from='in' to='out'/>");
     EXPECT_TRUE(result.isOk());
     static const QRegularExpression format(QStringLiteral("dateFormat='([^']*)'"));
     return result.log.empty() ? QByteArray()

@@ -17,7 +17,7 @@ constexpr Attribute<BlockFilter> kAttributes[] = {attribute<&BlockFilter::addRow
 struct NameAttribute {
   const char16_t* name;
   const char* meaning;
-  QString BlockVariable::*member;
+  QString BlockVariable::* member;
 };
 
 constexpr NameAttribute kNames[] = {
@@ -33,7 +33,7 @@ constexpr NameAttribute kNames[] = {
 struct SampleAttribute {
   const char16_t* name;
   const char* meaning;
-  BlockVariable::Sample BlockVariable::*member;
+  BlockVariable::Sample BlockVariable::* member;
 };
 
 constexpr SampleAttribute kSamples[] = {
@@ -102,9 +102,9 @@ ElementDescription variableElement() {
       .name = QString::fromUtf16(kVariable),
       .meaning = QStringLiteral("what the file says about one column of a block"),
       .mayRepeat = true};
-  element.attributes = {
-      {QStringLiteral("column"), AttributeKind::text,
-       QStringLiteral("the column; it need not be among those that are read"), QStringLiteral("")}};
+  element.attributes = {{QStringLiteral("column"), AttributeKind::text,
+                         QStringLiteral("the column; it need not be among those that are read"),
+                         QStringLiteral("")}};
   for (const NameAttribute& line : kNames) {
     element.attributes.push_back({QString::fromUtf16(line.name), AttributeKind::text,
                                   QString::fromUtf8(line.meaning), QString()});
@@ -138,10 +138,9 @@ ElementDescription blockFilterElement() {
   ElementDescription variables{.name = QString::fromUtf16(kInputVars),
                                .meaning = QStringLiteral("the variables of the expression"),
                                .children = {variableElement()}};
-  ElementDescription filter{
-      .name = QString::fromUtf16(kBlockFilter),
-      .meaning = QStringLiteral("the filter that passes over whole blocks"),
-      .children = {std::move(expression), std::move(variables)}};
+  ElementDescription filter{.name = QString::fromUtf16(kBlockFilter),
+                            .meaning = QStringLiteral("the filter that passes over whole blocks"),
+                            .children = {std::move(expression), std::move(variables)}};
   describe<BlockFilter>(filter.attributes, kAttributes);
   describe(filter.attributes, timeAttributes());
   return filter;

@@ -126,7 +126,8 @@ Status<QString> BlockFilterEvaluation::compile(const ActionItem& action, QString
     m_error = isGood ? ExpressionError{} : check.error;
     return isGood ? Status<QString>(Done{}) : failure(check.text);
   }
-  const Status<ExpressionError> compiled = m_evaluator.expressions.compile(output, ResultUse::anyValue);
+  const Status<ExpressionError> compiled =
+      m_evaluator.expressions.compile(output, ResultUse::anyValue);
   if (!compiled) {
     m_error = compiled.error();
     return failure(errorTextWithPosition(m_error));
@@ -203,7 +204,8 @@ bool BlockFilterEvaluation::loadVariables(const GelFile& file, const BlockInfo& 
   return true;
 }
 
-bool BlockFilterEvaluation::holds(const BlockVariable& variable, const BlockStatistics& statistics) const {
+bool BlockFilterEvaluation::holds(const BlockVariable& variable,
+                                  const BlockStatistics& statistics) const {
   if (statistics.isUnknown) {
     return false;
   }
@@ -224,8 +226,8 @@ bool BlockFilterEvaluation::setBound(int input, const BlockVariable& variable, c
   const std::string* text = std::get_if<std::string>(&bound);
   if (kindOfBounds(variable) == VariableKind::text) {
     m_evaluator.expressions.setText(input, text != nullptr     ? qStringOf(*text)
-                               : number != nullptr ? numberText(*number)
-                                                   : QString());
+                                           : number != nullptr ? numberText(*number)
+                                                               : QString());
     return true;
   }
   double value = number != nullptr ? *number : kNullNumber;
@@ -283,8 +285,8 @@ bool BlockFilterEvaluation::readStatistics(const GelFile& file, const BlockInfo&
   if (high) {
     statistics.high = *high;
   }
-  statistics.isUnknown = texts.high.has_value() &&
-                      !(high && isUtf8(texts.low->text) && isUtf8(texts.high->text));
+  statistics.isUnknown =
+      texts.high.has_value() && !(high && isUtf8(texts.low->text) && isUtf8(texts.high->text));
   return true;
 }
 

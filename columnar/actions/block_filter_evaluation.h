@@ -52,7 +52,7 @@ class BlockFilterEvaluation {
   void expandNames(const ActionItem& action);
   std::vector<InputVariable> inputs() const;
   static bool readStatistics(const GelFile& file, const BlockInfo& block, std::size_t column,
-                          BlockStatistics& statistics);
+                             BlockStatistics& statistics);
   // Whether the bounds of the column are also those of the values that the variable makes of it.
   bool holds(const BlockVariable& variable, const BlockStatistics& statistics) const;
   // False when the bound of a date variable is no date.

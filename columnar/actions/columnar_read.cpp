@@ -8,9 +8,9 @@
 #include "columnar/actions/file_list.h"
 #include "columnar/actions/messages.h"
 #include "columnar/reader/stored_order.h"
-#include "host/files/file_hints.h"
 #include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
+#include "host/files/file_hints.h"
 
 namespace kelvarin {
 

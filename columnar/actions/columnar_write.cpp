@@ -264,8 +264,7 @@ std::optional<QString> ColumnarWrite::splitFile(const OneRow& row) {
 void ColumnarWrite::endOfRows() {
   const bool isNormalEnd = m_action.run() == nullptr || m_action.run()->isRunning();
   const bool hasWritten = m_files && m_files->hasOpened();
-  if (hasWritten || !isNormalEnd || m_file.isEmpty() ||
-      m_settings.splitKind() == Split::byValue) {
+  if (hasWritten || !isNormalEnd || m_file.isEmpty() || m_settings.splitKind() == Split::byValue) {
     return;
   }
   const QString file = m_settings.splitKind() == Split::none
@@ -291,8 +290,7 @@ bool ColumnarWrite::end() {
 }
 
 void ColumnarWrite::logNamingError(const NamingExpressions::Error& error) const {
-  m_files->logError(
-      columnar_messages::namingFailed(logName(), error.expression, error.reason));
+  m_files->logError(columnar_messages::namingFailed(logName(), error.expression, error.reason));
 }
 
 }  // namespace kelvarin

@@ -9,7 +9,7 @@
 #include <unordered_map>
 
 #include "columnar/actions/output_files.h"
-#include "columnar/actions/row_test.h"
+#include "columnar/actions/row_condition.h"
 #include "columnar/actions/split_names.h"
 
 namespace kelvarin {
@@ -53,7 +53,7 @@ class ColumnarWrite {
 
   QString m_file;  // resolved
   std::optional<OutputFiles> m_files;
-  std::optional<RowTest> m_test;
+  std::optional<RowCondition> m_test;
   Write m_write = nullptr;
   std::optional<ColumnsInHand> m_rowsTogether;  // when all rows go into one file
 

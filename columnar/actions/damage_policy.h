@@ -34,7 +34,7 @@ class DamagePolicy {
 
   bool m_skipsDamage;
   QString m_explainedFile;  // the last one, so that each is explained once
-  int m_warningCount = 0;  // about skipped rows
+  int m_warningCount = 0;   // about skipped rows
 };
 
 }  // namespace kelvarin

@@ -17,16 +17,16 @@ inline QString noColumnOnPin() {
 }
 inline QString unreadableName() {
   return QStringLiteral(
-             "ERROR: Cannot read the name of the Columnar Kelvarin CGel file on input pin??");
+      "ERROR: Cannot read the name of the Columnar Kelvarin CGel file on input pin??");
 }
 inline QString unreadableNameSkipped() {
   return QStringLiteral(
-             "Warning: Cannot read the name of the Columnar Kelvarin CGel file on input pin??");
+      "Warning: Cannot read the name of the Columnar Kelvarin CGel file on input pin??");
 }
 inline QString noFileName() {
   return QStringLiteral(
-             "There is no name of a columnar file to read. Set the attribute 'fileName', or "
-             "take the names from the input pin with 'fileNameFromPin'.");
+      "There is no name of a columnar file to read. Set the attribute 'fileName', or "
+      "take the names from the input pin with 'fileNameFromPin'.");
 }
 inline QString namesPinNotLinked(int pin, const QString& what) {
   return QStringLiteral(
@@ -42,13 +42,13 @@ inline QString unreadableColumnName(qsizetype row) {
 }
 inline QString noColumnListed() {
   return QStringLiteral(
-             "The list of columns to read is empty. Name at least one column, or read all "
-             "columns.");
+      "The list of columns to read is empty. Name at least one column, or read all "
+      "columns.");
 }
 inline QString listOff() {
   return QStringLiteral(
-             "The columns listed in ColumnsToRead have no effect without columnSelection='1' "
-             "or readAllColumns='0': all columns are read.");
+      "The columns listed in ColumnsToRead have no effect without columnSelection='1' "
+      "or readAllColumns='0': all columns are read.");
 }
 
 // Missing files and files that cannot be opened.
@@ -103,13 +103,13 @@ inline QString filterColumnIsText(const QString& column) {
 }
 
 // Damage: the file, the rows of the damaged block.
-inline QString corruptedSkipped(const QString& file, std::uint64_t firstRow, std::uint64_t lastRow) {
+inline QString corruptedSkipped(const QString& file, std::uint64_t firstRow,
+                                std::uint64_t lastRow) {
   return QStringLiteral("Warning: file '%1' is corrupted - skipping rows %2 to %3")
       .arg(file, QString::number(firstRow), QString::number(lastRow));
 }
 inline QString moreCorruptions(const QString& file) {
-  return QStringLiteral(
-             "Warning: file '%1' is corrupted - some more corruptions are not reported")
+  return QStringLiteral("Warning: file '%1' is corrupted - some more corruptions are not reported")
       .arg(file);
 }
 inline QString corrupted(const QString& file, std::uint64_t firstRow) {
@@ -175,13 +175,13 @@ inline QString noMemory(const QString& file, std::uint32_t rowsInBlock, std::siz
 // The block filter.
 inline QString filterOff() {
   return QStringLiteral(
-             "CFilterRows has an expression, but filterRows='1' is not set: every block is "
-             "read.");
+      "CFilterRows has an expression, but filterRows='1' is not set: every block is "
+      "read.");
 }
 inline QString filterEmpty() {
   return QStringLiteral(
-             "filterRows='1' is set, but there is no expression in CFilterRows: every block is "
-             "read.");
+      "filterRows='1' is set, but there is no expression in CFilterRows: every block is "
+      "read.");
 }
 inline QString filterFailed(const QString& reason) {
   return QStringLiteral("Columnar Reader Error in the block filter: %1").arg(reason);
@@ -191,8 +191,8 @@ inline QString dateFormatUnknown() {
 }
 inline QString filterReferenceUnparsable() {
   return QStringLiteral(
-             "Cannot parse Reference time. We will use 1970-01-01T00:00:00.000 as reference "
-             "time.");
+      "Cannot parse Reference time. We will use 1970-01-01T00:00:00.000 as reference "
+      "time.");
 }
 
 // Writing columnar files.
@@ -229,14 +229,14 @@ inline QString noRowsInBlock(const QString& file, int rowsInBlock) {
 // Settings that others turn off.
 inline QString splitOff() {
   return QStringLiteral(
-             "splitVar has no effect without split='2': the table is not split by value.");
+      "splitVar has no effect without split='2': the table is not split by value.");
 }
 inline QString testOff() {
   return QStringLiteral("testCol has no effect without writeAllRows='0': every row is written.");
 }
 inline QString strategyOff() {
   return QStringLiteral(
-             "The columns listed in ColumnStrategy have no effect without columnStrategy='1'.");
+      "The columns listed in ColumnStrategy have no effect without columnStrategy='1'.");
 }
 
 // Rows that are tested.
@@ -254,9 +254,9 @@ inline QString splitColumnMissing(const QString& file, const QString& column) {
 }
 inline QString splitNotSorted() {
   return QStringLiteral(
-             "WARNING writing to Kelvarin CGel file: The table to split is not sorted on the "
-             "split variable: The number of splits (i.e. the number of files) is limited to "
-             "the maximum number of simultaneous opened file allowed by the OS.\n");
+      "WARNING writing to Kelvarin CGel file: The table to split is not sorted on the "
+      "split variable: The number of splits (i.e. the number of files) is limited to "
+      "the maximum number of simultaneous opened file allowed by the OS.\n");
 }
 inline QString splitValueReturns(const QString& file, const QString& value) {
   return QStringLiteral(
@@ -265,13 +265,15 @@ inline QString splitValueReturns(const QString& file, const QString& value) {
              "remove the declaration.")
       .arg(file, value);
 }
-inline QString splitNamesMeet(const QString& file, const QString& value, const QString& otherValue) {
+inline QString splitNamesMeet(const QString& file, const QString& value,
+                              const QString& otherValue) {
   return QStringLiteral(
              "Writing to Kelvarin CGel file '%1': two values of the split column, '%2' and "
              "'%3', give this same file name. Rename one of them, or use advancedNaming.")
       .arg(file, value, otherValue);
 }
-inline QString splitSideFilesMeet(const QString& file, const QString& value, const QString& otherValue) {
+inline QString splitSideFilesMeet(const QString& file, const QString& value,
+                                  const QString& otherValue) {
   return QStringLiteral(
              "Writing to Kelvarin CGel file '%1': two values of the split column, '%2' and "
              "'%3', give files that differ only after the last point and so have the same side "

@@ -55,8 +55,7 @@ OutputFiles::Table OutputFiles::open(const QString& file) {
     QDir().mkpath(QFileInfo(file).path());
   }
   // The previous file may be one that a reader of the graph will still ask for.
-  const bool isReplacedAtEnd =
-      m_settings.replaceAtEnd || ClaimedNames::areReadsAwaited();
+  const bool isReplacedAtEnd = m_settings.replaceAtEnd || ClaimedNames::areReadsAwaited();
   auto table =
       std::make_unique<OutputTable>(m_action, file, isReplacedAtEnd, askOnBehalfOf(m_action));
   const auto openTable = [&] {

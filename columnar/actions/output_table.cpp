@@ -52,8 +52,7 @@ Attempt settleExchange(ActionItem& action, const QString& file) {
 bool isRefusedForAnother(ActionItem& action, const QString& file) {
   const std::string other = tableSharingSideFiles(systemPath(file));
   if (!other.empty()) {
-    logErrorOf(action,
-               columnar_messages::sideFilesOfAnother(file, shownPath(other)));
+    logErrorOf(action, columnar_messages::sideFilesOfAnother(file, shownPath(other)));
   }
   return !other.empty();
 }

@@ -34,8 +34,7 @@ bool untilUnlocked(ActionItem& action, const QString& file, int seconds, const P
 
 bool isForeignFile(const QString& file) {
   const QFileInfo info(file);
-  return info.isFile() && info.size() > 0 &&
-         !isColumnarFile(QFile::encodeName(file).toStdString());
+  return info.isFile() && info.size() > 0 && !isColumnarFile(QFile::encodeName(file).toStdString());
 }
 
 }  // namespace kelvarin

@@ -40,11 +40,10 @@ constexpr Attribute<Settings> kAttributes[] = {
         u"nBlockForward", "blocks read ahead on a thread of their own; 0: none", kNotNegative),
     attribute<&Settings::columnSelection>(u"columnSelection", "the columns that are read",
                                           kSelections),
-    attribute<&Settings::fileName>(
-        u"fileName", "the file, when its name does not come from the input pin"),
+    attribute<&Settings::fileName>(u"fileName",
+                                   "the file, when its name does not come from the input pin"),
     attribute<&Settings::timeOutSeconds>(u"timeOut", "seconds to wait for a missing file"),
-    attribute<&Settings::readAllColumns>(u"readAllColumns",
-                                         "0 is the same as columnSelection='1'"),
+    attribute<&Settings::readAllColumns>(u"readAllColumns", "0 is the same as columnSelection='1'"),
 };
 
 ElementDescription columnsToReadElement() {
@@ -63,18 +62,17 @@ int pinCount(const Settings& settings) {
 }  // namespace
 
 const ActionDescription& ReadColumnarGel::catalogue() {
-  static const ActionDescription entry{
-      .typeName = "ReadColumnarGel",
-      .toolTip = "Read a columnar .cgel_kelvarin file",
-      .helpId = "5_2_7_kelvarin_columnar_gel_f",
-      .tags = {"Common"},
-      .keywords = {"columnar", "file", "import", "input", "load", "cgel_kelvarin", "cgel", "gel",
-                   "read", "in"},
-      .fileTypes = {"cgel_kelvarin"},
-      .image = ":/KelvarinMathParser/columnarRead.svg",
-      .version = 2.08,
-      .attributes = described<Settings>(kAttributes),
-      .children = {blockFilterElement(), columnsToReadElement()}};
+  static const ActionDescription entry{.typeName = "ReadColumnarGel",
+                                       .toolTip = "Read a columnar .cgel_kelvarin file",
+                                       .helpId = "5_2_7_kelvarin_columnar_gel_f",
+                                       .tags = {"Common"},
+                                       .keywords = {"columnar", "file", "import", "input", "load",
+                                                    "cgel_kelvarin", "cgel", "gel", "read", "in"},
+                                       .fileTypes = {"cgel_kelvarin"},
+                                       .image = ":/KelvarinMathParser/columnarRead.svg",
+                                       .version = 2.08,
+                                       .attributes = described<Settings>(kAttributes),
+                                       .children = {blockFilterElement(), columnsToReadElement()}};
   return entry;
 }
 

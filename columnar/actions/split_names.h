@@ -40,7 +40,7 @@ class NamingExpressions {
   Result<QString, Error> name(const QString& splitValue);
 
  private:
-  QStringList m_literals;     // before, between and after the expressions
+  QStringList m_literals;  // before, between and after the expressions
   QStringList m_expressions;
   ExpressionEvaluator m_evaluator;
 };

@@ -1,10 +1,10 @@
 #include "columnar/actions/write_columnar_gel.h"
 
 #include "columnar/actions/claimed_tables.h"
-#include "columnar/actions/previous_file.h"
 #include "columnar/actions/messages.h"
-#include "host/files/file_hints.h"
+#include "columnar/actions/previous_file.h"
 #include "host/contract/main_ui.h"
+#include "host/files/file_hints.h"
 
 namespace kelvarin {
 
@@ -35,15 +35,15 @@ constexpr Attribute<Settings> kAttributes[] = {
     attribute<&Settings::testColumn>(u"testCol", "with writeAllRows='0': the column to test"),
     attribute<&Settings::testValue>(
         u"testValue", "its value in the rows that are written; empty stands for missing and empty"),
-    attribute<&Settings::deleteTimeOutSeconds>(
-        u"deleteTimeOut", "seconds to wait for an old file that is in use"),
+    attribute<&Settings::deleteTimeOutSeconds>(u"deleteTimeOut",
+                                               "seconds to wait for an old file that is in use"),
     attribute<&Settings::checkNameCollision>(
         u"checkNameCollision", "no other action of the graph may read or write the file"),
     attribute<&Settings::alwaysDelete>(u"alwaysDelete",
                                        "deletes the old file even when there is no row"),
     attribute<&Settings::createDirectory>(u"createDir", "creates the file's folder"),
-    attribute<&Settings::advancedNaming>(
-        u"advancedNaming", "with split='2': file contains expressions over SplitVal"),
+    attribute<&Settings::advancedNaming>(u"advancedNaming",
+                                         "with split='2': file contains expressions over SplitVal"),
     attribute<&Settings::writeAllRows>(u"writeAllRows",
                                        "0: writes only rows whose testCol equals testValue"),
     attribute<&Settings::file>(u"file", "the file; relative names start at the graph's folder"),

@@ -2,8 +2,8 @@
 #include <array>
 #include <bit>
 
-#include "columnar/codecs/number_kernels.h"
 #include "columnar/codecs/number_encoding.h"
+#include "columnar/codecs/number_kernels.h"
 
 namespace kelvarin {
 
@@ -197,7 +197,8 @@ constexpr Decode kDecoders[] = {decodePlain,           decodeFrameOfReference, d
 
 }  // namespace
 
-ReadStatus decodeNumbers(Bytes bytes, std::uint32_t rows, ByteBuffer& numbers, int& unknownEncoding) {
+ReadStatus decodeNumbers(Bytes bytes, std::uint32_t rows, ByteBuffer& numbers,
+                         int& unknownEncoding) {
   ByteReader reader(bytes);
   std::uint8_t encoding = 0;
   if (!reader.read(encoding)) {

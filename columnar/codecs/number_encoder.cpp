@@ -4,8 +4,8 @@
 #include <optional>
 
 #include "base/null_number.h"
-#include "columnar/codecs/number_kernels.h"
 #include "columnar/codecs/number_encoding.h"
+#include "columnar/codecs/number_kernels.h"
 #include "columnar/codecs/number_sample.h"
 #include "columnar/codecs/snappy_stream.h"
 
@@ -101,8 +101,7 @@ NumberEncoder::Scaling NumberEncoder::scaleAll(int exponent, Numbers numbers) {
 }
 
 // The sample may lack the number with the most decimals, so its exponent is only the first try.
-std::optional<NumberEncoder::Scaling> NumberEncoder::findScaling(Numbers numbers,
-                                                                             Numbers sample) {
+std::optional<NumberEncoder::Scaling> NumberEncoder::findScaling(Numbers numbers, Numbers sample) {
   std::optional<int> exponent = exponentFor(sample, 0);
   for (int i = 0; exponent && i < kMaxExponentTries; ++i) {
     const Scaling scaling = scaleAll(*exponent, numbers);
@@ -173,7 +172,8 @@ CodeWidth NumberEncoder::widthOfBytes(CodeWidth width) const {
   return hasFewBits && doesCompressBelow(m_codes, width.bits()) ? kByte : width;
 }
 
-void NumberEncoder::appendFrameOfReference(const Scaling& scaling, std::size_t rows, ByteBuffer& out) {
+void NumberEncoder::appendFrameOfReference(const Scaling& scaling, std::size_t rows,
+                                           ByteBuffer& out) {
   const std::int64_t base = scaling.range.lowest;
   const std::span<const std::int64_t> integers(m_integers.data(), rows);
   CodeWidth width = *scaling.width;
@@ -219,8 +219,8 @@ void NumberEncoder::appendScaled(const Scaling& scaling, std::size_t rows, ByteB
 bool NumberEncoder::appendDeltas(const Scaling& scaling, std::size_t rows, ByteBuffer& out) {
   m_deltas.resize(rows);
   std::uint32_t largest = 0;
-  if (!kernels::takeDeltas({m_integers.data(), rows}, scaling.range.lowest,
-                                m_deltas.data(), largest)) {
+  if (!kernels::takeDeltas({m_integers.data(), rows}, scaling.range.lowest, m_deltas.data(),
+                           largest)) {
     return false;
   }
   const CodeWidth width = *codeWidthFor(std::uint64_t{largest} + scaling.range.hasMissing);
@@ -263,7 +263,7 @@ void NumberEncoder::appendSparse(const Choice& choice, Numbers numbers, ByteBuff
 // The encoding byte and the numbers inside another encoding: a frame of reference with the scale of
 // the others, unless all are missing.
 void NumberEncoder::appendInner(const std::optional<Scaling>& outer, Numbers numbers,
-                                      ByteBuffer& out) {
+                                ByteBuffer& out) {
   if (outer) {
     const Scaling scaling = scaleAll(outer->exponent, numbers);
     if (scaling.width) {

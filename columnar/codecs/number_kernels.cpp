@@ -76,7 +76,7 @@ UnscaleCodes fastestUnscale() {
 
 template <bool kDivides>
 void addDeltas(std::span<const std::uint32_t> codes, std::uint64_t missing, double power,
-                    std::int64_t& integer, unsigned char* numbers) {
+               std::int64_t& integer, unsigned char* numbers) {
   for (std::size_t i = 0; i < codes.size(); ++i) {
     const bool isMissing = codes[i] == missing;
     integer += isMissing ? 0 : zigzagDecoded(codes[i]);
@@ -143,8 +143,8 @@ constexpr Join kJoins[] = {nullptr,     joinFrom<1>, joinFrom<2>, joinFrom<3>,
 
 }  // namespace
 
-void storeFrameOfReference(std::span<const std::int64_t> integers, std::int64_t base, CodeWidth width,
-                 unsigned char* codes) {
+void storeFrameOfReference(std::span<const std::int64_t> integers, std::int64_t base,
+                           CodeWidth width, unsigned char* codes) {
   const StoredCodes stored(codes, integers.size(), width);
   std::uint32_t batch[kRowsInBatch];
   for (std::size_t first = 0; first < integers.size(); first += kRowsInBatch) {

@@ -14,8 +14,8 @@
 namespace kelvarin::kernels {
 
 // Stores each integer less the base as a code; a missing one has all bits set.
-void storeFrameOfReference(std::span<const std::int64_t> integers, std::int64_t base, CodeWidth width,
-                 unsigned char* codes);
+void storeFrameOfReference(std::span<const std::int64_t> integers, std::int64_t base,
+                           CodeWidth width, unsigned char* codes);
 
 // Zigzag encoding numbers deltas as 0, -1, 1, -2, 2, ..., so that small ones of both signs are
 // short.

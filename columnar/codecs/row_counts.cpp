@@ -39,8 +39,7 @@ RowCounts countOfFixedSize(std::uint64_t bytes, std::uint64_t size, RowCounts kn
 }
 
 // Codes that take from `minBytes` to `maxBytes`.
-RowCounts countsOfCodes(int bits, std::uint64_t minBytes, std::uint64_t maxBytes,
-                        RowCounts known) {
+RowCounts countsOfCodes(int bits, std::uint64_t minBytes, std::uint64_t maxBytes, RowCounts known) {
   if (bits == 0) {
     return minBytes == 0 ? known : RowCounts::none();
   }

@@ -65,12 +65,12 @@ bool synchronizeFolderOf(const std::string& file) {
 enum class JournalState { absent, readable, damaged };
 
 JournalState readJournal(const std::string& mainFile, ExchangeJournal& journal) {
-  const Descriptor file(::open(journalFile(mainFile).c_str(),
-                               O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+  const Descriptor file(
+      ::open(journalFile(mainFile).c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
   if (file.get() < 0) {
     return errno == ENOENT || errno == ENOTDIR ? JournalState::absent : JournalState::damaged;
   }
-  struct stat status {};
+  struct stat status{};
   if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
       status.st_size > kLongestJournal) {
     return JournalState::damaged;
@@ -122,7 +122,7 @@ bool carryOut(const std::string& mainFile, const ExchangeJournal& journal) {
 
 // The new files get the permissions of the old table. File systems without permissions refuse.
 void takePermissions(const std::string& mainFile, const ExchangeJournal& journal) {
-  struct stat status {};
+  struct stat status{};
   if (::lstat(mainFile.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
     return;
   }

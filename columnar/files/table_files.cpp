@@ -33,7 +33,7 @@ class OpenedFile {
 
   int descriptor() const { return m_descriptor; }
   bool isRegular() const {
-    struct stat status {};
+    struct stat status{};
     return m_descriptor >= 0 && ::fstat(m_descriptor, &status) == 0 && S_ISREG(status.st_mode);
   }
 
@@ -52,12 +52,12 @@ bool isColumnarFile(const std::string& path) {
 }
 
 bool isSomethingThere(const std::string& path) {
-  struct stat status {};
+  struct stat status{};
   return ::lstat(path.c_str(), &status) == 0;
 }
 
 bool isReplaceable(const std::string& path) {
-  struct stat status {};
+  struct stat status{};
   return ::lstat(path.c_str(), &status) != 0 || S_ISREG(status.st_mode) || S_ISLNK(status.st_mode);
 }
 
@@ -91,7 +91,8 @@ std::string tableSharingSideFiles(const std::string& mainFile) {
   const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(folder.c_str()), &::closedir);
   while (const dirent* entry = entries ? ::readdir(entries.get()) : nullptr) {
     const std::string name(entry->d_name);
-    const bool isOther = name != main && name.starts_with(stem) && sideFileName(name, 0) == sideFile;
+    const bool isOther =
+        name != main && name.starts_with(stem) && sideFileName(name, 0) == sideFile;
     if (isOther && isColumnarFile(folder + name)) {
       return folder + name;
     }

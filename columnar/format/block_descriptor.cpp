@@ -34,7 +34,8 @@ DescriptorLayout::DescriptorLayout(std::span<const GelColumn> columns, int colum
   assert(m_chunkEntries.size() == columns.size());
 }
 
-BlockLocation DescriptorLayout::blockLocation(const unsigned char* descriptor, int columnSet) const {
+BlockLocation DescriptorLayout::blockLocation(const unsigned char* descriptor,
+                                              int columnSet) const {
   const auto value = loadPacked<std::uint64_t>(descriptor + sliceOffset(columnSet));
   return {value & ~kPositionsAreDeltas, (value & kPositionsAreDeltas) != 0};
 }

@@ -109,8 +109,7 @@ bool loadBound(const unsigned char* bytes, std::optional<TextBound>& bound) {
     return false;
   }
   const auto* text = reinterpret_cast<const char*>(bytes + 2);
-  bound = TextBound{std::string(text, size),
-                    static_cast<BoundState>(bytes[0]) == BoundState::cut};
+  bound = TextBound{std::string(text, size), static_cast<BoundState>(bytes[0]) == BoundState::cut};
   return true;
 }
 
@@ -178,7 +177,7 @@ bool loadStatistics(const unsigned char* bytes, NumberStatistics& statistics) {
   statistics.low = loadPacked<double>(bytes + 2);
   statistics.high = loadPacked<double>(bytes + 10);
   const bool isRange = statistics.hasValues ? statistics.low <= statistics.high
-                                         : statistics.low == 0.0 && statistics.high == 0.0;
+                                            : statistics.low == 0.0 && statistics.high == 0.0;
   return loadFlag(bytes[0], statistics.hasNull) && bytes[1] <= (kHasValues | kHasNotANumber) &&
          isRange;
 }

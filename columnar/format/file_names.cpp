@@ -45,8 +45,8 @@ std::string folderOf(std::string_view path) {
 std::string_view stemOfMainFile(std::string_view mainFile) {
   const std::size_t point = mainFile.rfind('.');
   const std::size_t slash = mainFile.find_last_of("/\\");
-  const bool hasExtension = point != std::string_view::npos &&
-                            (slash == std::string_view::npos || point > slash);
+  const bool hasExtension =
+      point != std::string_view::npos && (slash == std::string_view::npos || point > slash);
   return hasExtension ? mainFile.substr(0, point) : mainFile;
 }
 
@@ -55,8 +55,8 @@ std::string sideFileName(std::string_view mainFile, int columnSet) {
 }
 
 std::string formerSideFileName(std::string_view mainFile, int columnSet) {
-  return sideFileNameWith(
-      hasOwnExtension(mainFile) ? kSideFileExtension : kOwnSideFileExtension, mainFile, columnSet);
+  return sideFileNameWith(hasOwnExtension(mainFile) ? kSideFileExtension : kOwnSideFileExtension,
+                          mainFile, columnSet);
 }
 
 bool isSideFileName(std::string_view mainFile, std::string_view file) {

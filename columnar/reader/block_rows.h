@@ -23,12 +23,11 @@ template <typename Action>
 bool publishRowOfBlock(ActionItem* item) {
   auto& action = static_cast<Action&>(*item);
   OneRow* row = action.getOutputRowForOutputPin(0);
-  while (!action.block()->takeRow(row->getAllColForWrite()))
-    [[unlikely]] {
-      if (!action.takeNextBlock()) {
-        return true;
-      }
+  while (!action.block()->takeRow(row->getAllColForWrite())) [[unlikely]] {
+    if (!action.takeNextBlock()) {
+      return true;
     }
+  }
   action.setRowReadyForOutput(0);
   return false;
 }

@@ -50,7 +50,7 @@ class BlocksAhead {
   std::optional<BoundedQueue<Batch>> m_queue;           // none when nothing is read ahead
   Batch m_batch;                                        // the consumer's
   std::size_t m_nextInBatch = 0;
-  bool m_isFinished = false;      // the consumer has seen the last event
+  bool m_isFinished = false;       // the consumer has seen the last event
   std::exception_ptr m_exception;  // of the reading thread, until it has finished
   std::thread m_thread;
 };

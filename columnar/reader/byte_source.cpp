@@ -21,13 +21,13 @@ class FileSource final : public ByteSource {
   FileSource& operator=(const FileSource&) = delete;
 
   std::uint64_t size() const override {
-    struct stat status {};
+    struct stat status{};
     return ::fstat(m_descriptor, &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
   }
 
   std::uint64_t storedSize() const override {
     constexpr std::uint64_t kBytesOfBlock = 512;
-    struct stat status {};
+    struct stat status{};
     if (::fstat(m_descriptor, &status) != 0) {
       return 0;
     }
@@ -66,7 +66,7 @@ std::unique_ptr<ByteSource> openFileSource(const std::string& path) {
     return nullptr;
   }
   auto source = std::make_unique<FileSource>(descriptor);
-  struct stat status {};
+  struct stat status{};
   const bool isRegular = ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
   return isRegular ? std::move(source) : nullptr;
 }

@@ -33,8 +33,8 @@ ChunkChain ChunkFinder::follow(std::uint64_t offset, std::uint64_t limit) {
   std::uint64_t end = 0;
   while (chain.end < limit && !m_isStopped()) {
     const Finding finding = examine(chain.end, limit, end);
-    const bool belongs = finding == Finding::whole ||
-                         (finding == Finding::wrongChecksum && leadsOn(end, limit));
+    const bool belongs =
+        finding == Finding::whole || (finding == Finding::wrongChecksum && leadsOn(end, limit));
     if (!belongs) {
       break;
     }

@@ -30,9 +30,11 @@ Result<std::unique_ptr<ChunkReader>, std::string> ChunkReader::open(
 
 Status<std::string> ChunkReader::openSets(const std::vector<std::size_t>& columns) {
   m_chunks.reserve(columns.size());
-  std::vector<std::vector<std::size_t>> chunksOfSets(static_cast<std::size_t>(m_file.columnSetCount()));
+  std::vector<std::vector<std::size_t>> chunksOfSets(
+      static_cast<std::size_t>(m_file.columnSetCount()));
   for (const std::size_t column : columns) {
-    chunksOfSets[static_cast<std::size_t>(m_file.column(column).columnSet)].push_back(m_chunks.size());
+    chunksOfSets[static_cast<std::size_t>(m_file.column(column).columnSet)].push_back(
+        m_chunks.size());
     m_chunks.push_back(Chunk{.column = static_cast<std::uint32_t>(column)});
   }
   m_setOfChunk.resize(m_chunks.size());

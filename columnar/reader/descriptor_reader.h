@@ -45,8 +45,8 @@ class DescriptorReader {
     corrupted,   // the record's bytes make no sense; the next one may
     truncated,   // the file ends inside a record, or with zeros
     unfinished,  // the same, while a writer is writing it
-    endMarker,  // nothing follows
-    endOfFile   // where a record or the end marker could begin
+    endMarker,   // nothing follows
+    endOfFile    // where a record or the end marker could begin
   };
 
   explicit DescriptorReader(const GelFile& file);

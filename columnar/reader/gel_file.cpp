@@ -72,7 +72,7 @@ bool GelFile::readHeader() {
 }
 
 GelFile::Identity GelFile::identityOf(const std::string& path) {
-  struct stat status {};
+  struct stat status{};
   return ::stat(path.c_str(), &status) == 0 ? Identity{status.st_dev, status.st_ino} : Identity{};
 }
 

@@ -26,9 +26,9 @@ enum class IncompleteFiles { refuse, accept };
 
 struct OpenFailure {
   enum class Problem {
-    cannotOpen,  // the system cannot open or read it
-    unreadable,  // not a columnar file, or one that is cut or damaged before its first block
-    incomplete,  // and such files are refused
+    cannotOpen,      // the system cannot open or read it
+    unreadable,      // not a columnar file, or one that is cut or damaged before its first block
+    incomplete,      // and such files are refused
     exchangeDamaged  // the journal is, so it is unknown which files belong together
   };
   Problem problem = Problem::cannotOpen;

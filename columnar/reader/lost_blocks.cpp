@@ -84,8 +84,8 @@ std::optional<std::size_t> LostBlocks::firstOfBlock(SideFile& side, const ChunkC
   std::optional<std::size_t> found;
   for (std::size_t first = 0; first < side.columnCount; ++first) {
     const std::size_t column = (side.columnCount - first) % side.columnCount;
-    const bool isPossible = (!hasEnd || chain.size() % side.columnCount == first) &&
-                            fits(kinds, side, column);
+    const bool isPossible =
+        (!hasEnd || chain.size() % side.columnCount == first) && fits(kinds, side, column);
     if (isPossible && found) {
       return std::nullopt;
     }
@@ -187,7 +187,8 @@ void LostBlocks::listNumbers(std::uint64_t first, std::uint64_t end) {
 }
 
 // The blocks of the first run are counted from its begin, those of the last run from its end.
-std::optional<LostBlocks::FirstChunk> LostBlocks::find(std::size_t side, std::uint64_t number) const {
+std::optional<LostBlocks::FirstChunk> LostBlocks::find(std::size_t side,
+                                                       std::uint64_t number) const {
   const Runs& runs = m_runs[side];
   const std::size_t columns = m_sides[side].columnCount;
   if (runs.empty()) {

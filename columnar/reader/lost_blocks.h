@@ -32,13 +32,13 @@ struct SideFile {
 // A range of blocks without descriptors.
 struct DescriptorGap {
   struct Side {
-    std::uint64_t begin = 0;  // of a chunk
-    bool isLastChunk = false;  // it is the last one of the previous block
+    std::uint64_t begin = 0;           // of a chunk
+    bool isLastChunk = false;          // it is the last one of the previous block
     std::optional<std::uint64_t> end;  // begin of the next known block; else the end of file
   };
 
-  std::uint64_t blocksBefore = 0;         // with descriptors
-  std::vector<Side> sides;                // one a side file
+  std::uint64_t blocksBefore = 0;           // with descriptors
+  std::vector<Side> sides;                  // one a side file
   std::optional<std::uint64_t> blockCount;  // as the header says
 };
 
@@ -68,9 +68,9 @@ class LostBlocks {
   // Contiguous blocks of a set.
   struct Run {
     ChunkChain chain;
-    std::size_t first = 0;       // the first chunk of a block
+    std::size_t first = 0;  // the first chunk of a block
     bool isCountedFromBegin = false;
-    bool reachesEnd = false;     // its last block ends where the gap does
+    bool reachesEnd = false;  // its last block ends where the gap does
 
     std::size_t blockCount(std::size_t columns) const {
       return chain.size() > first ? (chain.size() - first) / columns : 0;

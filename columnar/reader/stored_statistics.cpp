@@ -66,13 +66,14 @@ template <typename Statistics>
 bool isStored(const GelFile& file, const BlockInfo& block, std::size_t column,
               const Statistics& statistics) {
   Statistics stored;
-  return file.descriptorLayout().readStatistics(block.descriptor, column, stored) && stored == statistics;
+  return file.descriptorLayout().readStatistics(block.descriptor, column, stored) &&
+         stored == statistics;
 }
 
 }  // namespace
 
 bool matchesStatistics(const GelFile& file, const BlockInfo& block, std::size_t column,
-                   const DecodedColumn& values) {
+                       const DecodedColumn& values) {
   switch (file.column(column).type) {
     case GelType::key:
       return isStored(file, block, column, statisticsOfKeys(values.values));

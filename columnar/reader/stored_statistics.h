@@ -10,6 +10,6 @@
 namespace kelvarin {
 
 bool matchesStatistics(const GelFile& file, const BlockInfo& block, std::size_t column,
-                   const DecodedColumn& values);
+                       const DecodedColumn& values);
 
 }  // namespace kelvarin

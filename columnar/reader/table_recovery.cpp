@@ -71,8 +71,7 @@ void TableRecovery::findGaps() {
         endGap(std::move(*gap), block.descriptor);
         gap.reset();
       }
-      last.assign(block.descriptor,
-                  block.descriptor + m_file.descriptorLayout().width());
+      last.assign(block.descriptor, block.descriptor + m_file.descriptorLayout().width());
       ++described;
       rows += block.rowCount;
     } else if (!gap) {
@@ -125,7 +124,8 @@ bool TableRecovery::isEmpty(const DescriptorGap& gap) {
 void TableRecovery::endGap(DescriptorGap gap, const unsigned char* following) {
   for (std::size_t i = 0; i < m_sides.size(); ++i) {
     if (following != nullptr) {
-      const std::uint64_t end = m_file.descriptorLayout().blockLocation(following, m_sides[i].set).offset;
+      const std::uint64_t end =
+          m_file.descriptorLayout().blockLocation(following, m_sides[i].set).offset;
       gap.sides[i].end = std::max(end, gap.sides[i].begin);
     }
   }

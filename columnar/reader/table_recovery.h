@@ -29,8 +29,8 @@ class TableRecovery {
   // The error is the path of a side file that cannot be opened. `file` outlives the recovery.
   static Result<std::unique_ptr<TableRecovery>, std::string> open(const GelFile& file);
 
-  // Before the first event: `isStopped` is asked on the thread that calls next(), and ends it early,
-  // as at the end of the table, when it is true.
+  // Before the first event: `isStopped` is asked on the thread that calls next(), and ends it
+  // early, as at the end of the table, when it is true.
   void stopWhen(IsStopped isStopped) { m_isStopped = std::move(isStopped); }
   // A block, the end, or a lack of memory. Row numbers count the returned rows.
   ReadEvent next(std::unique_ptr<DecodedBlock> spare);
@@ -69,7 +69,7 @@ class TableRecovery {
 
   std::vector<DescriptorGap> m_gaps;
   std::size_t m_nextGap = 0;
-  std::unique_ptr<LostBlocks> m_lost;     // of the gap that is being read
+  std::unique_ptr<LostBlocks> m_lost;  // of the gap that is being read
   std::uint64_t m_foundInGap = 0;
   ChunkDecoder m_decoder;
   RecoveryOutcome m_outcome;

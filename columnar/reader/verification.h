@@ -14,13 +14,13 @@ namespace kelvarin {
 
 struct GelDamage {
   enum class Kind {
-    record,         // a descriptor record cannot be used, see `cause`
-    mainFileCut,    // the main file ends too early
-    rowCount,       // the header's row count is not that of the blocks
-    chunk,          // a chunk cannot be used, see `cause`
+    record,           // a descriptor record cannot be used, see `cause`
+    mainFileCut,      // the main file ends too early
+    rowCount,         // the header's row count is not that of the blocks
+    chunk,            // a chunk cannot be used, see `cause`
     unknownEncoding,  // a chunk has an encoding that this version does not know
-    sideFileCut,    // a side file ends inside a chunk
-    statistics,     // a chunk's values do not have the statistics in the descriptor
+    sideFileCut,      // a side file ends inside a chunk
+    statistics,       // a chunk's values do not have the statistics in the descriptor
     sideFileMissing
   };
 
@@ -30,8 +30,8 @@ struct GelDamage {
   std::uint64_t block = 0;     // counted from 0
   std::uint64_t firstRow = 0;  // of the lost rows
   std::uint64_t lastRow = 0;
-  std::string column;  // empty: all columns
-  int encoding = -1;   // for unknownEncoding
+  std::string column;                 // empty: all columns
+  int encoding = -1;                  // for unknownEncoding
   ReadStatus cause = ReadStatus::ok;  // for records and chunks: checksum, content, limits
 };
 

@@ -82,8 +82,8 @@ void ColumnSetWorker::run() {
     m_surroundings.failure.report({.kind = WriteFailure::Kind::tooLarge, .file = {}, .reason = {}});
   } catch (const std::exception& exception) {
     m_surroundings.failure.report({.kind = WriteFailure::Kind::cannotWrite,
-                                 .file = m_sideFile.path(),
-                                 .reason = QString::fromLocal8Bit(exception.what())});
+                                   .file = m_sideFile.path(),
+                                   .reason = QString::fromLocal8Bit(exception.what())});
   }
   if (!isStored) {
     stop();
@@ -117,8 +117,8 @@ bool ColumnSetWorker::storeBlock(std::uint64_t block, const BlockValues& values)
   const auto status = m_sideFile.append(m_chunks.bytes());
   if (!status) {
     m_surroundings.failure.report({.kind = WriteFailure::Kind::cannotWrite,
-                                 .file = m_sideFile.path(),
-                                 .reason = status.error()});
+                                   .file = m_sideFile.path(),
+                                   .reason = status.error()});
     return false;
   }
   m_blockEnds[block % kKeptEnds] = m_sideFile.size();
@@ -170,7 +170,7 @@ std::size_t ColumnSetWorker::encodeColumn(std::size_t index, const BlockValues& 
   const std::size_t size = m_encoder.appendTexts(texts, m_stringPools[index], m_chunks);
   const auto different = m_encoder.differentTexts();
   layout.writeStatistics(descriptor, column,
-                      different.empty() ? statisticsOf(texts) : statisticsOf(different));
+                         different.empty() ? statisticsOf(texts) : statisticsOf(different));
   return size;
 }
 

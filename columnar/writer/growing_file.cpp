@@ -31,8 +31,8 @@ bool isFullDisk(int error) {
 
 // Whether the descriptor is still that of the file which bears the name.
 bool bearsName(int descriptor, const char* name) {
-  struct stat opened {};
-  struct stat named {};
+  struct stat opened{};
+  struct stat named{};
   return ::fstat(descriptor, &opened) == 0 && ::lstat(name, &named) == 0 &&
          opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
@@ -40,8 +40,8 @@ bool bearsName(int descriptor, const char* name) {
 // -1 and errno, EBUSY when another process writes the file.
 int openAndLock(const char* name) {
   while (true) {
-    const int descriptor = ::open(
-        name, O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, 0666);
+    const int descriptor =
+        ::open(name, O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, 0666);
     if (descriptor < 0) {
       return -1;
     }

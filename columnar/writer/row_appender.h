@@ -87,8 +87,7 @@ class RowAppender {
     const std::uint32_t length = lengthFromBytes(value);
     target.lengths[row] = length;
     target.bytes->appendShort(value + sizeof length, length);
-    return target.bytes->size() + (std::uint64_t{row} + 1) * sizeof(std::uint32_t) <=
-           kMaxTextsSize;
+    return target.bytes->size() + (std::uint64_t{row} + 1) * sizeof(std::uint32_t) <= kMaxTextsSize;
   }
 
   std::vector<KeyTarget> m_keys;

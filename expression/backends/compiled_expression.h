@@ -12,8 +12,8 @@
 
 #include "base/null_number.h"
 #include "base/result.h"
-#include "expression/errors/backend_kind.h"
 #include "expression/backends/text_arguments.h"
+#include "expression/errors/backend_kind.h"
 #include "expression/errors/expression_error.h"
 
 namespace kelvarin {

@@ -99,8 +99,7 @@ QString withMarkedTargets(const QString& expression, const QSet<QString>& column
   const ExpressionTokens tokens(expression);
   QString marked = expression;
   for (std::size_t i = tokens.size(); i-- > 0;) {  // from the end, since marks move what follows
-    const std::size_t target =
-        isAssignment(tokens[i]) ? tokenBefore(tokens.all(), i) : kNoToken;
+    const std::size_t target = isAssignment(tokens[i]) ? tokenBefore(tokens.all(), i) : kNoToken;
     if (target != kNoToken && isFreeName(tokens.all(), target) &&
         columns.contains(withoutMarks(tokens.textAt(target).toString()))) {
       marked.insert(static_cast<qsizetype>(tokens[target].end()), QChar(kTargetMark));

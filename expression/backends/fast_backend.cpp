@@ -98,8 +98,8 @@ class FastExpression final : public NumberExpression {
   std::vector<AssignedValue> assignedValues() const override {
     std::vector<AssignedValue> values;
     for (const auto& own : m_ownValues) {
-      const bool isAssigned = std::bit_cast<std::uint64_t>(own->value) !=
-                              std::bit_cast<std::uint64_t>(*own->source);
+      const bool isAssigned =
+          std::bit_cast<std::uint64_t>(own->value) != std::bit_cast<std::uint64_t>(*own->source);
       if (isAssigned) {
         values.push_back({own->name, {EvaluatedValue::Type::number, own->value, {}}});
       }

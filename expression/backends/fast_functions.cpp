@@ -13,7 +13,8 @@ namespace {
 template <typename... Numbers>
 double callBound(void* data, Numbers... numbers) {
   const auto& bound = *static_cast<const BoundFunction*>(data);
-  const auto* body = std::get_if<double (*)(FunctionContext&, Numbers...)>(&bound.line->body.number);
+  const auto* body =
+      std::get_if<double (*)(FunctionContext&, Numbers...)>(&bound.line->body.number);
   return (*body)(*bound.context, numbers...);
 }
 

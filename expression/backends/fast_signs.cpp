@@ -4,8 +4,8 @@
 #include <cstring>
 #include <string>
 
-#include "expression/errors/backend_kind.h"
 #include "expression/backends/bit_operations.h"
+#include "expression/errors/backend_kind.h"
 #include "expression/errors/messages.h"
 #include "expression/tokens/expression_tokens.h"
 #include "jit/arithmetic.h"

@@ -181,8 +181,7 @@ ExpressionError errorOf(mup::ParserError error, const std::string& expression,
 
 ExpressionError errorOf(const std::exception& error) {
   const bool isMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
-  return {.message = isMemory ? messages::outOfMemory()
-                              : QString::fromUtf8(error.what()),
+  return {.message = isMemory ? messages::outOfMemory() : QString::fromUtf8(error.what()),
           .kind = isMemory ? ExpressionError::Kind::tooLarge : ExpressionError::Kind::other};
 }
 
@@ -261,8 +260,7 @@ class StringExpression final : public CompiledExpression {
     if (read(result, value)) {
       return true;
     }
-    m_error = {.message = messages::arrayResult(),
-               .kind = ExpressionError::Kind::notOneValue};
+    m_error = {.message = messages::arrayResult(), .kind = ExpressionError::Kind::notOneValue};
     return false;
   }
 
@@ -313,7 +311,7 @@ class StringExpression final : public CompiledExpression {
   const VariableStore& m_variables;
   const bool m_mayAssign;
   std::string m_expression;
-  ValueHolders m_ownHolders;  // of all variables it uses, if it may assign to one
+  ValueHolders m_ownHolders;                  // of all variables it uses, if it may assign to one
   std::vector<const ValueHolder*> m_targets;  // those that it assigns to
   NonNumberWatch m_watch;
   StringLibrary m_parser;

@@ -17,10 +17,7 @@ using Kind = ExpressionError::Kind;
 
 ExpressionError errorAt(qsizetype position, Kind kind, const QString& message,
                         const QString& token = {}) {
-  return {.message = message,
-          .position = static_cast<int>(position),
-          .token = token,
-          .kind = kind};
+  return {.message = message, .position = static_cast<int>(position), .token = token, .kind = kind};
 }
 
 bool isShortcut(const Token& token) {
@@ -50,8 +47,7 @@ class Scan {
       }
       if (!nest(token)) {
         const int limit = m_braces > kMaximumBraces ? kMaximumBraces : kMaximumBrackets;
-        return errorAt(positionOf(token), Kind::tooLarge,
-                       messages::tooDeep(limit));
+        return errorAt(positionOf(token), Kind::tooLarge, messages::tooDeep(limit));
       }
       m_isOperandMissing = !endsOperand(token);
     }
@@ -72,9 +68,8 @@ class Scan {
   static ExpressionError operandMissing(qsizetype position, QStringView userText) {
     const ExpressionTokens tokens(userText.sliced(position).toString());
     const QString token = tokens.textAt(0).toString();
-    return errorAt(
-        position, Kind::unexpectedToken,
-        messages::operandMissing(token, position), token);
+    return errorAt(position, Kind::unexpectedToken, messages::operandMissing(token, position),
+                   token);
   }
 
   ExpressionTokens m_tokens;
@@ -87,8 +82,7 @@ class Scan {
 
 std::optional<ExpressionError> hazardIn(const QString& expression, const QString& userText) {
   if (expression.toUtf8().size() > kMaximumBytes) {
-    return errorAt(-1, Kind::tooLarge,
-                   messages::tooLong(expression.size()));
+    return errorAt(-1, Kind::tooLarge, messages::tooLong(expression.size()));
   }
   const qsizetype nul = expression.indexOf(QChar(0));
   if (nul >= 0) {

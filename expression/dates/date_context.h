@@ -51,9 +51,7 @@ class DateContext {
   std::optional<Instant> instantOf(const QString& date) const;
   double elapsedTimeAt(Instant instant) const;
   // Of an empty or unparsable date.
-  double unreadableAsElapsedTime() const {
-    return m_parameters.castToET2 != 0 ? 0.0 : kNullNumber;
-  }
+  double unreadableAsElapsedTime() const { return m_parameters.castToET2 != 0 ? 0.0 : kNullNumber; }
   // In the zone in force, which is UTC or local time. Invalid when the text is no date.
   QDateTime parse(const QString& date) const;
   QString print(const QDateTime& date) const { return m_format.print(date); }

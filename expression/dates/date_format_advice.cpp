@@ -54,9 +54,9 @@ struct ForeignField {
 
 // Of spreadsheets, databases and programming languages.
 constexpr ForeignField kForeignFields[] = {
-    {u'Y', 2, 4, "y"},   {u'D', 1, 4, "d"}, {u'S', 1, 2, "s"}, {u'S', 3, 3, "zzz"},
+    {u'Y', 2, 4, "y"},   {u'D', 1, 4, "d"},   {u'S', 1, 2, "s"},    {u'S', 3, 3, "zzz"},
     {u'f', 3, 3, "zzz"}, {u'E', 1, 3, "ddd"}, {u'E', 4, 4, "dddd"}, {u'X', 1, 3, "t"},
-    {u't', 2, 2, "AP"},  {u'J', 2, 4, "y"}, {u'T', 2, 2, "d"}, {u'j', 1, 2, "d"},
+    {u't', 2, 2, "AP"},  {u'J', 2, 4, "y"},   {u'T', 2, 2, "d"},    {u'j', 1, 2, "d"},
     {u'a', 4, 4, "y"},
 };
 
@@ -144,11 +144,11 @@ struct PercentField {
 };
 
 constexpr PercentField kPercentFields[] = {
-    {'Y', "yyyy"}, {'y', "yy"},         {'m', "MM"},         {'d', "dd"},       {'e', "d"},
-    {'H', "HH"},   {'I', "hh"},         {'k', "H"},          {'l', "h"},        {'M', "mm"},
-    {'S', "ss"},   {'p', "AP"},         {'b', "MMM"},        {'h', "MMM"},      {'B', "MMMM"},
-    {'a', "ddd"},  {'A', "dddd"},       {'f', "zzz"},        {'z', "t"},        {'Z', "t"},
-    {'R', "HH:mm"}, {'T', "HH:mm:ss"},  {'F', "yyyy-MM-dd"}, {'D', "MM/dd/yy"}, {'%', "%"},
+    {'Y', "yyyy"},  {'y', "yy"},       {'m', "MM"},         {'d', "dd"},       {'e', "d"},
+    {'H', "HH"},    {'I', "hh"},       {'k', "H"},          {'l', "h"},        {'M', "mm"},
+    {'S', "ss"},    {'p', "AP"},       {'b', "MMM"},        {'h', "MMM"},      {'B', "MMMM"},
+    {'a', "ddd"},   {'A', "dddd"},     {'f', "zzz"},        {'z', "t"},        {'Z', "t"},
+    {'R', "HH:mm"}, {'T', "HH:mm:ss"}, {'F', "yyyy-MM-dd"}, {'D', "MM/dd/yy"}, {'%', "%"},
 };
 
 std::optional<QString> meantByPercent(QChar letter) {

@@ -58,9 +58,9 @@ QString errorTextWithPosition(const ExpressionError& error) {
 
 QString controlCharacterText(const QString& name) {
   const auto found = std::find_if(name.begin(), name.end(), isControlCharacter);
-  return found == name.end() ? QString()
-                             : messages::controlCharacterInName(found->unicode(),
-                                                               found - name.begin());
+  return found == name.end()
+             ? QString()
+             : messages::controlCharacterInName(found->unicode(), found - name.begin());
 }
 
 QString abbreviated(const QString& message) {

@@ -10,9 +10,9 @@ namespace kelvarin {
 
 struct ExpressionError {
   enum class Kind : unsigned char {
-    other,             // the message says it
-    undefinedName,     // the token means nothing to the engine
-    unexpectedToken,   // the token means something, but not where it stands
+    other,            // the message says it
+    undefinedName,    // the token means nothing to the engine
+    unexpectedToken,  // the token means something, but not where it stands
     unexpectedComma,
     unclosedText,
     tooFewArguments,   // the token is the function

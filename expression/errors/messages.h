@@ -98,8 +98,7 @@ inline QString sampleMayDiffer() {
       "sample values (attribute 'value') like those of your rows.");
 }
 inline QString failedRowsGoOn() {
-  return QStringLiteral(
-      "The run goes on behind such rows, as abortWhenError='0' asks for.");
+  return QStringLiteral("The run goes on behind such rows, as abortWhenError='0' asks for.");
 }
 inline QString keyCastAdvice() {
   return QStringLiteral(

@@ -78,9 +78,8 @@ void setToken(EngineChoice& choice, const ExpressionError& refusal, const QStrin
   const ExpressionTokens tokens(expression);
   for (const Token& token : tokens) {
     const QStringView text = tokens.text(token);
-    const bool isMeant = refusal.position < 0
-                             ? isBeyondLatin1(text)
-                             : positionOf(token) + text.size() > refusal.position;
+    const bool isMeant = refusal.position < 0 ? isBeyondLatin1(text)
+                                              : positionOf(token) + text.size() > refusal.position;
     if (isMeant && token.kind != TokenKind::blank) {
       choice.token = text.toString();
       choice.position = static_cast<int>(positionOf(token));

@@ -34,9 +34,9 @@ void BatchEvaluation::start() {
 }
 
 const NumberSource* BatchEvaluation::sourceOf(std::size_t variable) const {
-  const auto found =
-      std::find_if(m_sources.begin(), m_sources.end(),
-                   [&](const NumberSource& one) { return one.variable == variable; });
+  const auto found = std::find_if(m_sources.begin(), m_sources.end(), [&](const NumberSource& one) {
+    return one.variable == variable;
+  });
   return found == m_sources.end() ? nullptr : &*found;
 }
 
@@ -158,9 +158,8 @@ void BatchEvaluation::giveUp(std::size_t variable) {
     return std::find(output.call.elements.begin(), output.call.elements.end(), variable) !=
            output.call.elements.end();
   });
-  std::erase_if(m_variables, [variable](const Variable& used) {
-    return used.source.variable == variable;
-  });
+  std::erase_if(m_variables,
+                [variable](const Variable& used) { return used.source.variable == variable; });
 }
 
 // How many there are before one that stops the run.

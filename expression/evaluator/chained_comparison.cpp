@@ -13,9 +13,9 @@ bool separates(const ExpressionTokens& tokens, std::size_t index) {
   const Token& token = tokens[index];
   const QStringView text = tokens.text(token);
   const bool isWord = (text == u"and" || text == u"or") && isFreeName(tokens.all(), index);
-  return isWord || isAssignment(token) || token.kind == TokenKind::separator ||
-         token.sign == "?" || token.sign == ":" || token.sign == "&" || token.sign == "&&" ||
-         token.sign == "|" || token.sign == "||";
+  return isWord || isAssignment(token) || token.kind == TokenKind::separator || token.sign == "?" ||
+         token.sign == ":" || token.sign == "&" || token.sign == "&&" || token.sign == "|" ||
+         token.sign == "||";
 }
 
 // Comparisons on one level of brackets without another sign that separates them.

@@ -14,8 +14,7 @@ namespace {
 using Kind = ExpressionCheck::Kind;
 
 // About the result or the settings, not about a token.
-void setFault(ExpressionCheck& check, Kind kind, ExpressionError::Kind what,
-              const QString& text) {
+void setFault(ExpressionCheck& check, Kind kind, ExpressionError::Kind what, const QString& text) {
   check.kind = kind;
   check.text = text;
   check.error = {.message = text, .kind = what};
@@ -53,8 +52,7 @@ ExpressionCheck ExpressionCheck::failure(const QString& text) {
 
 ExpressionCheck ExpressionCheck::unknownDateFormat() {
   ExpressionCheck check;
-  setFault(check, Kind::error, ExpressionError::Kind::dateFormatUnknown,
-           messages::formatUnknown());
+  setFault(check, Kind::error, ExpressionError::Kind::dateFormatUnknown, messages::formatUnknown());
   return check;
 }
 
@@ -71,9 +69,8 @@ void ExpressionSet::setSamples() {
     if (kindOf(input) == VariableKind::text) {
       setText(static_cast<int>(i), input.text);
     } else {
-      setNumber(static_cast<int>(i), input.isNumber
-                                         ? input.number
-                                         : m_functions.dates.toElapsedTime(input.text));
+      setNumber(static_cast<int>(i),
+                input.isNumber ? input.number : m_functions.dates.toElapsedTime(input.text));
     }
   }
 }

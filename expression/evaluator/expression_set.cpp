@@ -104,8 +104,7 @@ Status<ExpressionError> ExpressionSet::compile(const OutputVariable& output, Res
   return Done{};
 }
 
-ExpressionSet::MadeOutput ExpressionSet::makeOutput(const OutputVariable& variable,
-                                                    ResultUse use) {
+ExpressionSet::MadeOutput ExpressionSet::makeOutput(const OutputVariable& variable, ResultUse use) {
   BackendRules rules;
   rules.isObserved = m_isObserved;
   rules.isText = use == ResultUse::column && !isNumberMeta(variable.meta);

@@ -10,8 +10,8 @@ namespace {
 
 // The name at the index; empty where something else stands.
 QString nameAt(const ExpressionTokens& tokens, std::size_t index) {
-  const bool isValue = index != kNoToken && isFreeName(tokens.all(), index) &&
-                       !isCall(tokens.all(), index);
+  const bool isValue =
+      index != kNoToken && isFreeName(tokens.all(), index) && !isCall(tokens.all(), index);
   return isValue ? tokens.textAt(index).toString() : QString();
 }
 

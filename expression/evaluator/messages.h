@@ -109,8 +109,7 @@ inline QString notDates(const QString& column, const QString& format, long long 
              "as %4, the first one '%5' on data row %6 (counted from 0).")
       .arg(column, format, QString::number(count), countedAs(isMissing), first, rowText(firstRow));
 }
-inline QString moreNotDates(int columns, const QString& variable, long long count,
-                            bool isMissing) {
+inline QString moreNotDates(int columns, const QString& variable, long long count, bool isMissing) {
   return QStringLiteral(
              "%1 more column(s) of the variable '%2' hold dates: %3 value(s) could not be read and "
              "count as %4.")

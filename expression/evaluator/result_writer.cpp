@@ -19,8 +19,7 @@ ResultWriter::Outcome ResultWriter::write(ResultSlot& slot, const EvaluatedValue
   return Outcome::ok;
 }
 
-ResultWriter::Outcome ResultWriter::writeNumber(ResultSlot& slot,
-                                                const EvaluatedValue& value,
+ResultWriter::Outcome ResultWriter::writeNumber(ResultSlot& slot, const EvaluatedValue& value,
                                                 const KeyCast& keyCast) {
   if (value.isText()) {
     writeNull(slot);

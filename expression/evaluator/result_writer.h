@@ -36,8 +36,7 @@ class ResultWriter {
   static void writeNull(ResultSlot& slot);
 
  private:
-  static Outcome writeNumber(ResultSlot& slot, const EvaluatedValue& value,
-                             const KeyCast& keyCast);
+  static Outcome writeNumber(ResultSlot& slot, const EvaluatedValue& value, const KeyCast& keyCast);
   void writeText(ResultSlot& slot, const EvaluatedValue& value);
 
   static constexpr int kFirstTextCapacity = 4096;

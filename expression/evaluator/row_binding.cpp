@@ -161,8 +161,7 @@ bool RowBinding::loadEntry(Entry& entry, const unsigned char* bytes, int element
     case Route::keyToNumber:
       return loadKey(keyFromBytes(bytes), nullKeyMode, numbers[entry.index]);
     case Route::textToNumber:
-      numbers[entry.index] =
-          entry.text(element).numberOf(textFromBytes(bytes), store.rowNumber());
+      numbers[entry.index] = entry.text(element).numberOf(textFromBytes(bytes), store.rowNumber());
       return true;
     case Route::textToText:
       store.text(entry.index) = {textFromBytes(bytes), isNullText(bytes)};

@@ -106,8 +106,8 @@ class RowBinding {
                         const std::vector<int>& columnsOfInput, const OneRow& columns);
   static Route routeOf(VariableKind kind, MetaTypeColumn column);
   static bool yieldsText(Route route);
-  static ExpressionValue valueOf(Route route, const unsigned char* bytes,
-                                 const DateContext& dates, int nullKeyMode);
+  static ExpressionValue valueOf(Route route, const unsigned char* bytes, const DateContext& dates,
+                                 int nullKeyMode);
   static bool loadEntry(Entry& entry, const unsigned char* bytes, int element, VariableStore& store,
                         const DateContext& dates, int nullKeyMode);
   int elementCount() const {

@@ -128,7 +128,7 @@ class RowEvaluation {
   void takeAssignedValues(std::vector<VariableValue>& variables) const;
 
   ExpressionSet& m_expressions;
-  VariableStore& m_variables;  // of the expressions
+  VariableStore& m_variables;             // of the expressions
   std::vector<DirectCall> m_directCalls;  // one an output
   std::vector<ResultSlot> m_slots;        // one an output
   bool m_hasStringOutput = false;

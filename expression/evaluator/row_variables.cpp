@@ -17,8 +17,7 @@ VariableValue rowNumberOf(const VariableStore& variables) {
 VariableValue valueOfConstant(const NamedConstant& constant) {
   VariableValue shown;
   shown.name = constant.name;
-  shown.value.type =
-      constant.isText ? ExpressionValue::Type::text : ExpressionValue::Type::number;
+  shown.value.type = constant.isText ? ExpressionValue::Type::text : ExpressionValue::Type::number;
   shown.value.number = constant.isText ? kNullNumber : constant.number;
   shown.value.text = constant.text;
   return shown;
@@ -61,8 +60,8 @@ std::vector<VariableValue> RowBinding::valuesOf(const OneRow& row, const DateCon
 
 std::vector<VariableValue> RowEvaluation::variablesOf(const OneRow& row) const {
   const EvaluationOptions& options = m_expressions.options();
-  std::vector<VariableValue> variables = m_expressions.binding().valuesOf(
-      row, m_expressions.dates(), options.keyCast.nullOnInput);
+  std::vector<VariableValue> variables =
+      m_expressions.binding().valuesOf(row, m_expressions.dates(), options.keyCast.nullOnInput);
   if (options.addN) {
     variables.push_back(rowNumberOf(m_variables));
   }
@@ -78,8 +77,8 @@ std::vector<VariableValue> RowEvaluation::variablesOf(const OneRow& row) const {
 // Expressions behind one that stopped the run at this row still have the values of the row before.
 int RowEvaluation::outputsEvaluated() const {
   const bool isOfThisRow = m_lastFailure.row == m_variables.numbers()[0];
-  const bool goesOn = m_lastFailure.kind == RowFailure::Kind::evaluation &&
-                      !m_expressions.options().abortWhenError;
+  const bool goesOn =
+      m_lastFailure.kind == RowFailure::Kind::evaluation && !m_expressions.options().abortWhenError;
   return isOfThisRow && !goesOn ? m_lastFailure.output + 1 : m_expressions.outputCount();
 }
 

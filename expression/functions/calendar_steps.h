@@ -3,8 +3,8 @@
 //
 // Used by the functions on elapsed times and on date texts. Days and months are those of the date's
 // own time zone; weeks are those of ISO 8601. A date beyond about 100,000 years is invalid, as is
-// every step from an invalid one. The calendar of the C++ library ends with the year 32,767, so Qt's
-// is used.
+// every step from an invalid one. The calendar of the C++ library ends with the year 32,767, so
+// Qt's is used.
 #pragma once
 
 #include <QDateTime>

@@ -165,13 +165,11 @@ constexpr bool isSound(const FunctionLine& line) {
   const bool isNative = (line.backends & kInNative) != 0;
   const bool isNativeRight = !isNative || isNativeBody(line.body.number);
   const jit::Intrinsic intrinsic = line.body.intrinsic;
-  const bool isIntrinsicRight =
-      intrinsic == jit::Intrinsic::none ||
-      (isNative && jit::argumentCountOf(intrinsic) == line.argumentCount);
+  const bool isIntrinsicRight = intrinsic == jit::Intrinsic::none ||
+                                (isNative && jit::argumentCountOf(intrinsic) == line.argumentCount);
   return isNameOfFunction(line.name) && line.argumentCount >= kAnyArgumentCount &&
          line.argumentCount <= kMaximumArgumentCount && line.backends != 0 && isComplete &&
-         isArityRight && isNativeRight && isIntrinsicRight &&
-         !std::string_view(line.help).empty();
+         isArityRight && isNativeRight && isIntrinsicRight && !std::string_view(line.help).empty();
 }
 
 constexpr bool areSound(std::span<const FunctionLine> lines) {

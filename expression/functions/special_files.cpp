@@ -21,7 +21,7 @@ constexpr qint64 kLargestFileBytes = qint64{64} << 20;
 bool openRegularFile(const QString& path, QFile& file) {
   const int descriptor =
       ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-  struct stat about {};
+  struct stat about{};
   if (descriptor < 0) {
     return false;
   }

@@ -209,8 +209,7 @@ QString expressionHint(const ExpressionError& error, const QString& expression,
       return hint;
     }
   }
-  return unknownNameHint(error, expression, names.variables, names.columns,
-                         names.adviceOnUnknown);
+  return unknownNameHint(error, expression, names.variables, names.columns, names.adviceOnUnknown);
 }
 
 }  // namespace kelvarin

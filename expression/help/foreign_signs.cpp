@@ -22,17 +22,18 @@ struct ForeignSign {
 constexpr char kBehindOperand[] = R"([\w\)\]"](?<!\band)(?<!\bor)\s+)";
 
 constexpr ForeignSign kSigns[] = {
-    {R"(['‘’“”„«»])",
-     R"(Texts stand between straight double quotes: "text".)"},
-    {R"(`)", "A column's name stands alone, without `...`. One with blanks or signs needs a label: "
-             "<InputVar column='net price' label='net_price'/>."},
+    {R"(['‘’“”„«»])", R"(Texts stand between straight double quotes: "text".)"},
+    {R"(`)",
+     "A column's name stands alone, without `...`. One with blanks or signs needs a label: "
+     "<InputVar column='net price' label='net_price'/>."},
     {R"([$@]\w)", "A column's name stands alone, without a sign in front of it."},
     {R"([$@]\{)", "A graph parameter or a column is written by its name alone, without ${...}."},
     {R"((?:^|[^\w\)\]\}"\s])\s*\[)",
      "A column's name stands alone, without [...]. One with blanks or signs needs a label: "
      "<InputVar column='net price' label='net_price'/>."},
-    {R"([^\W\d]\w*\.[^\W\d])", "Names have no points. A column with one needs a label: "
-                             "<InputVar column='t.price' label='price'/>."},
+    {R"([^\W\d]\w*\.[^\W\d])",
+     "Names have no points. A column with one needs a label: "
+     "<InputVar column='t.price' label='price'/>."},
     {R"(<>|≠)", "'Not equal' is written !=."},
     {R"(===|!==)", "'Equal' is written ==, and 'not equal' !=."},
     {R"(=>|≥)", "'Greater or equal' is written >=."},
@@ -54,8 +55,8 @@ constexpr ForeignSign kSigns[] = {
     {R"(^\s*(?:if|case)\s+\w)", "A choice is written (condition ? a : b)."},
     {R"(is\s+not\s+null\b)", "Whether a value is there: not(isNull(x)).", Where::behindOperand},
     {R"(is\s+null\b)", "Whether a value is missing: isNull(x).", Where::behindOperand},
-    {R"((?:not\s+)?in\b)",
-     "'In a list' is written with comparisons: x == a || x == b.", Where::behindOperand},
+    {R"((?:not\s+)?in\b)", "'In a list' is written with comparisons: x == a || x == b.",
+     Where::behindOperand},
     {R"((?:not\s+)?between\b)", "'Between' is written x >= a && x <= b.", Where::behindOperand},
     {R"((?:not\s+)?like\b)",
      R"(Patterns of texts are contains(s, "x"), startsWith(s, "x") and endsWith(s, "x").)",
@@ -86,9 +87,9 @@ QString foreignSignHint(const QString& expression) {
   for (const ForeignSign& sign : kSigns) {
     const QString before =
         QString::fromLatin1(sign.where == Where::behindOperand ? kBehindOperand : "");
-    const QRegularExpression pattern(before + QString::fromUtf8(sign.pattern),
-                                     QRegularExpression::CaseInsensitiveOption |
-                                         QRegularExpression::UseUnicodePropertiesOption);
+    const QRegularExpression pattern(
+        before + QString::fromUtf8(sign.pattern),
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
     if (text.contains(pattern)) {
       return QString::fromUtf8(sign.hint);
     }

@@ -76,11 +76,9 @@ constexpr HelpEntry kEntries[] = {
     {"dateLE(x,y)", "return 1 if the day of x is not after the day of y", kUnreadableIsFalse,
      R"(dateLE("2025-01-01", "2024-12-31"))", "0"},
     {"dateEOM(date,x)", "similar to \"EOMonth(date,x)\" from excel", kUnreadableIsNull,
-     R"(dateEOM("2024-01-15", 1))", "2024-02-29",
-     "The last day of the month x months later."},
+     R"(dateEOM("2024-01-15", 1))", "2024-02-29", "The last day of the month x months later."},
     {"dateEOQ(date,x)", "similar to \"dateEOM()\" but for quarters", kUnreadableIsNull,
-     R"(dateEOQ("2024-01-15", 1))", "2024-06-30",
-     "The last day of the quarter x quarters later."},
+     R"(dateEOQ("2024-01-15", 1))", "2024-06-30", "The last day of the quarter x quarters later."},
     {"nDaysInMonth(month,year)", "number of days of the month (1 to 12) of the year", kGivesNull,
      "nDaysInMonth(2, 2024)", "29",
      "Every fourth year counts as a leap year, 1900 and 2100 too. Months below 0 or above 12 give "

@@ -8,13 +8,15 @@ namespace kelvarin::messages {
 
 // The column as it is, as an attribute has it, and a label for it.
 inline QString needsLabel(const QString& column, const QString& attribute, const QString& label) {
-  return QStringLiteral("Expressions cannot name the column '%1' as it is. Give it a label, "
-                        "<InputVar column='%2' label='%3'/>, and write %3.")
+  return QStringLiteral(
+             "Expressions cannot name the column '%1' as it is. Give it a label, "
+             "<InputVar column='%2' label='%3'/>, and write %3.")
       .arg(column, attribute, label);
 }
 inline QString labelIsNoName(const QString& label, const QString& name) {
-  return QStringLiteral("The label '%1' is no name, so expressions cannot use it. Write "
-                        "label='%2', and %2 in the expression.")
+  return QStringLiteral(
+             "The label '%1' is no name, so expressions cannot use it. Write "
+             "label='%2', and %2 in the expression.")
       .arg(label, name);
 }
 inline QString signature(const QString& function, const QString& help) {
@@ -33,8 +35,9 @@ inline QString tooLarge(const QString& number) {
       .arg(number);
 }
 inline QString unclosedText(std::size_t position) {
-  return QStringLiteral("The closing quote is missing of the text that opens at position %1. Write "
-                        "it: \"text\". A quote inside a text is written \\\".")
+  return QStringLiteral(
+             "The closing quote is missing of the text that opens at position %1. Write "
+             "it: \"text\". A quote inside a text is written \\\".")
       .arg(position);
 }
 inline QString emptyExpression() {
@@ -55,26 +58,28 @@ inline QString numberIsNoText() {
       "and texts of your own stand between double quotes.");
 }
 inline QString noCondition() {
-  return QStringLiteral("One value is a number where a condition is needed. Compare it, as in x != "
-                        "0, or write isTrue(x).");
+  return QStringLiteral(
+      "One value is a number where a condition is needed. Compare it, as in x != "
+      "0, or write isTrue(x).");
 }
 inline QString joinConditions() {
   return QStringLiteral("Conditions are joined with && (and) and || (or).");
 }
 inline QString textForNumberColumn() {
-  return QStringLiteral("The result is a text. Write meta='U' for a column of texts, or atof(...) "
-                        "for the number that the text holds.");
+  return QStringLiteral(
+      "The result is a text. Write meta='U' for a column of texts, or atof(...) "
+      "for the number that the text holds.");
 }
 
 inline QString operatorMissing(const QString& left, const QString& sign, const QString& right) {
-  return QStringLiteral(
-             "An operator is missing between %1 and %2: write, for instance, %1 %3 %2.")
+  return QStringLiteral("An operator is missing between %1 and %2: write, for instance, %1 %3 %2.")
       .arg(left, right, sign);
 }
 
 inline QString columnWithoutVariable(const QString& column) {
-  return QStringLiteral("'%1' is a column of the input but not an input variable of this action. "
-                        "Add <InputVar column='%1'/>.")
+  return QStringLiteral(
+             "'%1' is a column of the input but not an input variable of this action. "
+             "Add <InputVar column='%1'/>.")
       .arg(column);
 }
 inline QString otherName(const QString& name, const QString& names) {
@@ -87,13 +92,15 @@ inline QString clockIsOff(const QString& name, const QString& attribute) {
   return QStringLiteral("'%1' is offered when the action says %2='1'.").arg(name, attribute);
 }
 inline QString nearNames(const QString& name, const QString& names) {
-  return QStringLiteral("'%1' is neither an input variable nor part of the language. Did you mean "
-                        "%2?")
+  return QStringLiteral(
+             "'%1' is neither an input variable nor part of the language. Did you mean "
+             "%2?")
       .arg(name, names);
 }
 inline QString nothingNear(const QString& name) {
-  return QStringLiteral("'%1' is neither an input variable nor part of the language, which "
-                        "'kelvarin functions' lists. A text of that wording is written \"%1\".")
+  return QStringLiteral(
+             "'%1' is neither an input variable nor part of the language, which "
+             "'kelvarin functions' lists. A text of that wording is written \"%1\".")
       .arg(name);
 }
 inline QString variables(const QString& names) {

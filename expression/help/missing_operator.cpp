@@ -19,14 +19,13 @@ class Neighbours {
   QString hint(const ExpressionError& error) const {
     const std::size_t right = beginOfSecondValue(error);
     const std::size_t left = right == kNoToken ? kNoToken : tokenBefore(m_tokens.all(), right);
-    if (left == kNoToken || !canEndValue(left) || !canBeginValue(right) ||
-        isCallOf(left, right)) {
+    if (left == kNoToken || !canEndValue(left) || !canBeginValue(right) || isCallOf(left, right)) {
       return {};
     }
-    const bool hasText = m_tokens[left].kind == TokenKind::text ||
-                         m_tokens[right].kind == TokenKind::text;
-    return messages::operatorMissing(shown(left), hasText ? QStringLiteral("//") : QStringLiteral("*"),
-                                     shown(right));
+    const bool hasText =
+        m_tokens[left].kind == TokenKind::text || m_tokens[right].kind == TokenKind::text;
+    return messages::operatorMissing(
+        shown(left), hasText ? QStringLiteral("//") : QStringLiteral("*"), shown(right));
   }
 
  private:

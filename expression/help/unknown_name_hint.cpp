@@ -46,8 +46,9 @@ QString joinedNames(const std::vector<const LanguageEntry*>& entries) {
 
 }  // namespace
 
-QString unknownNameHint(const ExpressionError& error, const QString& expression, const QStringList& variables,
-                        const QStringList& columns, const char* advice) {
+QString unknownNameHint(const ExpressionError& error, const QString& expression,
+                        const QStringList& variables, const QStringList& columns,
+                        const char* advice) {
   const QString name = unknownName(error, expression);
   if (name.isEmpty() || !(name.front().isLetter() || name.front() == u'_')) {
     return {};
@@ -57,13 +58,15 @@ QString unknownNameHint(const ExpressionError& error, const QString& expression,
   }
   const LanguageMatch match = findInLanguage(name.toStdString());
   if (std::any_of(match.entries.begin(), match.entries.end(), [&](const LanguageEntry* entry) {
-        return std::find(entry->names.begin(), entry->names.end(), name.toStdString()) != entry->names.end();
+        return std::find(entry->names.begin(), entry->names.end(), name.toStdString()) !=
+               entry->names.end();
       })) {
     return hintForKnownName(name);
   }
   if (!match.entries.empty()) {
     const QString names = joinedNames(match.entries);
-    const QString more = match.advice == nullptr ? QString() : u' ' + QString::fromUtf8(match.advice);
+    const QString more =
+        match.advice == nullptr ? QString() : u' ' + QString::fromUtf8(match.advice);
     return messages::otherName(name, names) + more;
   }
   if (match.advice != nullptr) {

@@ -8,9 +8,9 @@ using Options = EvaluationOptions;
 using Time = TimeParameters;
 
 constexpr AllowedValues kZeroToTwo{0, 2, "", "0, 1 or 2"};
-constexpr AllowedValues kTimeUnits{
-    0, 4, "", "0 (seconds), 1 (minutes), 2 (hours), 3 (days) or 4 (weeks)",
-    "With any other unit every elapsed time is 0."};
+constexpr AllowedValues kTimeUnits{0, 4, "",
+                                   "0 (seconds), 1 (minutes), 2 (hours), 3 (days) or 4 (weeks)",
+                                   "With any other unit every elapsed time is 0."};
 constexpr AllowedValues kDateFormats{
     0, 6, "", "0 (as dateFormat says) or one of the locale's formats 1 to 6"};
 
@@ -32,12 +32,12 @@ constexpr Attribute<Options> kAttributes[] = {
         u"abortWhenError",
         "a row whose expression fails stops the run; 0: its result is null, or false"),
     attribute<&Options::useJIT>(u"useJIT", "allows native code"),
-    attribute<&Options::time, &Time::addNow>(
-        u"addNow", "offers the current time as _now, an elapsed time"),
+    attribute<&Options::time, &Time::addNow>(u"addNow",
+                                             "offers the current time as _now, an elapsed time"),
     attribute<&Options::time, &Time::addNowS>(u"addNowS",
                                               "offers the current time as _nowS, a date text"),
-    attribute<&Options::time, &Time::seed>(
-        u"seed", "of the random numbers; -1 takes it from the clock"),
+    attribute<&Options::time, &Time::seed>(u"seed",
+                                           "of the random numbers; -1 takes it from the clock"),
     attribute<&Options::time, &Time::elapsedTimeUnit>(u"elapsedTimeUnit", "unit of elapsed times",
                                                       kTimeUnits),
     attribute<&Options::time, &Time::dateFormatType>(
@@ -51,8 +51,8 @@ constexpr Attribute<Options> kAttributes[] = {
                                                     "an empty date input is null; 0: it is 0"),
     attribute<&Options::time, &Time::referenceTime>(
         u"referenceTime", "the instant from which elapsed times count, as yyyyMMdd hh:mm:ss"),
-    attribute<&Options::time, &Time::dateFormat>(
-        u"dateFormat", "how dates are written, for instance yyyy-MM-dd"),
+    attribute<&Options::time, &Time::dateFormat>(u"dateFormat",
+                                                 "how dates are written, for instance yyyy-MM-dd"),
     attribute<&Options::time, &Time::castToET1>(
         u"castToET1", "not 0: a date before the reference instant is 0 instead of null"),
     attribute<&Options::time, &Time::castToET2>(

@@ -18,8 +18,8 @@ constexpr bool isDigitCharacter(char16_t c) {
 
 // Everything beyond ASCII may stand in a name.
 constexpr bool isNameCharacter(char16_t c) {
-  return isDigitCharacter(c) || (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') ||
-         c == u'_' || c >= 0x80;
+  return isDigitCharacter(c) || (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || c == u'_' ||
+         c >= 0x80;
 }
 
 // A name begins with no digit.

@@ -16,25 +16,24 @@ struct Sign {
 };
 
 // The longer of two that begin alike comes first.
-constexpr Sign kSigns[] = {
-    {"<<", TokenKind::operatorSign}, {">>", TokenKind::operatorSign},
-    {"<=", TokenKind::operatorSign}, {">=", TokenKind::operatorSign},
-    {"==", TokenKind::operatorSign}, {"!=", TokenKind::operatorSign},
-    {"&&", TokenKind::operatorSign}, {"||", TokenKind::operatorSign},
-    {"//", TokenKind::operatorSign}, {"+=", TokenKind::operatorSign},
-    {"-=", TokenKind::operatorSign}, {"*=", TokenKind::operatorSign},
-    {"/=", TokenKind::operatorSign}, {"<", TokenKind::operatorSign},
-    {">", TokenKind::operatorSign},  {"=", TokenKind::operatorSign},
-    {"+", TokenKind::operatorSign},  {"-", TokenKind::operatorSign},
-    {"*", TokenKind::operatorSign},  {"/", TokenKind::operatorSign},
-    {"%", TokenKind::operatorSign},  {"^", TokenKind::operatorSign},
-    {"&", TokenKind::operatorSign},  {"|", TokenKind::operatorSign},
-    {"!", TokenKind::operatorSign},  {"'", TokenKind::operatorSign},
-    {"?", TokenKind::operatorSign},  {":", TokenKind::operatorSign},
-    {"(", TokenKind::opening},       {")", TokenKind::closing},
-    {"[", TokenKind::opening},       {"]", TokenKind::closing},
-    {"{", TokenKind::opening},       {"}", TokenKind::closing},
-    {",", TokenKind::separator},     {";", TokenKind::separator}};
+constexpr Sign kSigns[] = {{"<<", TokenKind::operatorSign}, {">>", TokenKind::operatorSign},
+                           {"<=", TokenKind::operatorSign}, {">=", TokenKind::operatorSign},
+                           {"==", TokenKind::operatorSign}, {"!=", TokenKind::operatorSign},
+                           {"&&", TokenKind::operatorSign}, {"||", TokenKind::operatorSign},
+                           {"//", TokenKind::operatorSign}, {"+=", TokenKind::operatorSign},
+                           {"-=", TokenKind::operatorSign}, {"*=", TokenKind::operatorSign},
+                           {"/=", TokenKind::operatorSign}, {"<", TokenKind::operatorSign},
+                           {">", TokenKind::operatorSign},  {"=", TokenKind::operatorSign},
+                           {"+", TokenKind::operatorSign},  {"-", TokenKind::operatorSign},
+                           {"*", TokenKind::operatorSign},  {"/", TokenKind::operatorSign},
+                           {"%", TokenKind::operatorSign},  {"^", TokenKind::operatorSign},
+                           {"&", TokenKind::operatorSign},  {"|", TokenKind::operatorSign},
+                           {"!", TokenKind::operatorSign},  {"'", TokenKind::operatorSign},
+                           {"?", TokenKind::operatorSign},  {":", TokenKind::operatorSign},
+                           {"(", TokenKind::opening},       {")", TokenKind::closing},
+                           {"[", TokenKind::opening},       {"]", TokenKind::closing},
+                           {"{", TokenKind::opening},       {"}", TokenKind::closing},
+                           {",", TokenKind::separator},     {";", TokenKind::separator}};
 
 template <typename Character>
 bool beginsWith(std::basic_string_view<Character> text, std::string_view ascii) {

@@ -14,13 +14,13 @@
 namespace kelvarin {
 
 enum class AttributeKind {
-  text,         // graph parameters in it are replaced when it is used
-  flag,         // 0 or 1
+  text,  // graph parameters in it are replaced when it is used
+  flag,  // 0 or 1
   wholeNumber,
-  cutNumber,    // a number whose fraction is cut off
+  cutNumber,  // a number whose fraction is cut off
   number,
-  typeCode,     // one letter for a column's type
-  sample,       // a number where the element's flag isNumber is set, else a text
+  typeCode,  // one letter for a column's type
+  sample,    // a number where the element's flag isNumber is set, else a text
 };
 
 // The values that an attribute takes, where its kind alone does not say it.

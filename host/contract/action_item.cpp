@@ -53,8 +53,8 @@ int coordinateOnCanvas(const XMLNode& node, const char16_t* name,
 
 ActionItem::ActionItem(XMLNode node, GlobalParameters* parameters)
     : m_node(node), m_globalParameters(parameters) {
-  m_hasPosition = node.getAttribute(utf16(u"x")) != nullptr ||
-               node.getAttribute(utf16(u"y")) != nullptr;
+  m_hasPosition =
+      node.getAttribute(utf16(u"x")) != nullptr || node.getAttribute(utf16(u"y")) != nullptr;
   m_x = coordinateOnCanvas(node, u"x", parameters);
   m_y = coordinateOnCanvas(node, u"y", parameters);
 }

@@ -170,7 +170,8 @@ class KELVARIN_CORE ActionItem {
   RunRecord* m_run = nullptr;
   ComputeRoutine computeRoutine = nullptr;
   ActionPorts* m_ports = nullptr;
-  // Of parallel copies, the one that reads shared tables; null: this one. Set by hosts that run them.
+  // Of parallel copies, the one that reads shared tables; null: this one. Set by hosts that run
+  // them.
   ActionItem* m_primary = nullptr;
 
  private:

@@ -13,8 +13,8 @@
 #include <utility>
 #include <vector>
 
-#include "host/contract/action_description.h"
 #include "base/export.h"
+#include "host/contract/action_description.h"
 #include "host/contract/global_parameters.h"
 #include "host/contract/meta_info.h"
 #include "host/xml/xml_node.h"
@@ -95,7 +95,7 @@ struct Attribute {
 };
 
 template <typename Settings, typename Value>
-Settings ownerOf(Value Settings::*member);
+Settings ownerOf(Value Settings::* member);
 
 // The member at the end of a path of members.
 template <auto kMember, auto... kRest>
@@ -118,13 +118,12 @@ constexpr auto attribute(const char16_t* name, const char* meaning, AllowedValue
       .meaning = meaning,
       .allowed = allowed,
       .kind = kindOfValue(static_cast<const std::remove_cvref_t<Member>*>(nullptr)),
-      .set =
-          [](Settings& settings, const QString& text) {
-            setValue(memberAt<kMember, kRest...>(settings), text);
-          },
-      .text = [](const Settings& settings) {
-        return textOfValue(memberAt<kMember, kRest...>(settings));
-      }};
+      .set = [](Settings& settings,
+                const QString& text) { setValue(memberAt<kMember, kRest...>(settings), text); },
+      .text =
+          [](const Settings& settings) {
+            return textOfValue(memberAt<kMember, kRest...>(settings));
+          }};
 }
 
 template <typename Settings>

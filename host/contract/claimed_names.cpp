@@ -59,9 +59,8 @@ class FileClaims::Table {
     for (const QString& key : keys) {
       const auto entry = m_byKey.find(key);
       auto& holders = entry->second;
-      holders.erase(std::find_if(holders.begin(), holders.end(), [action](const Claim& claim) {
-        return claim.action == action;
-      }));
+      holders.erase(std::find_if(holders.begin(), holders.end(),
+                                 [action](const Claim& claim) { return claim.action == action; }));
       if (holders.empty()) {
         m_byKey.erase(entry);
       }

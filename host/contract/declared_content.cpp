@@ -25,17 +25,16 @@ QStringList attributesMeantBy(const QString& name, const QStringList& known) {
   if (meant.isEmpty()) {
     std::copy_if(known.begin(), known.end(), std::back_inserter(meant),
                  [&name](const QString& full) { return isShortFor(full, name); });
-    std::sort(meant.begin(), meant.end(), [](const QString& left, const QString& right) {
-      return left.size() < right.size();
-    });
+    std::sort(meant.begin(), meant.end(),
+              [](const QString& left, const QString& right) { return left.size() < right.size(); });
   }
   return meant;
 }
 
 // What is wrong with a value: what it should be, and what it does nevertheless.
 struct Oddness {
-  QString wanted;         // null: nothing is wrong
-  QString effect = {};    // null: it cannot be used
+  QString wanted;       // null: nothing is wrong
+  QString effect = {};  // null: it cannot be used
 };
 
 Oddness oddnessAgainst(const AllowedValues& allowed, int value) {
@@ -263,8 +262,7 @@ QString valuesInWords(const AttributeDescription& attribute) {
   return messages::aText();
 }
 
-std::vector<ElementFault> contentFaults(const XMLNode& action,
-                                        const ActionDescription& description,
+std::vector<ElementFault> contentFaults(const XMLNode& action, const ActionDescription& description,
                                         const GlobalParameters& parameters) {
   Comparison comparison(parameters);
   comparison.visitAction(action, description);

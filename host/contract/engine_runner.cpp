@@ -43,8 +43,8 @@ void EngineRunner::start(std::function<void(RunRecord& record)> computation) {
       work(m_record);
     } catch (const std::exception& exception) {
       m_record.fail();
-      MainUI::addLog(LogLevel::error, kelvarin::messages::branchFailed(
-                                          QString::fromLocal8Bit(exception.what())));
+      MainUI::addLog(LogLevel::error,
+                     kelvarin::messages::branchFailed(QString::fromLocal8Bit(exception.what())));
     }
     m_record.endNormally();
     m_isRunning = false;

@@ -59,7 +59,7 @@ std::vector<FileKey> keysOf(const UsedFile& file) {
   std::error_code error;
   const fs::path path = fs::absolute(QFile::encodeName(file.path).toStdString(), error);
   std::vector<FileKey> keys;
-  struct stat status {};
+  struct stat status{};
   if (::stat(path.c_str(), &status) == 0) {
     if (!S_ISREG(status.st_mode)) {
       return {};

@@ -68,8 +68,8 @@ struct KELVARIN_CORE RunRecord {
   // Neither a stop nor a failure is overwritten.
   void endNormally() { finish(GlobalParameters::RunningState::endedNormally); }
 
-  // From any thread but in a signal handler: stops the run where it has not ended, and wakes threads
-  // that wait inside actions.
+  // From any thread but in a signal handler: stops the run where it has not ended, and wakes
+  // threads that wait inside actions.
   void stop();
   // For the engine: how those threads are woken, null at the end of the run.
   void setWaker(std::function<void()> wake);

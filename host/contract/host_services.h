@@ -1,7 +1,7 @@
 // What a program that runs graphs provides behind the statics of MainUI.
 //
-// The command line and the test harness each have theirs, and the engine one around it for each run;
-// a HostSession says for which threads.
+// The command line and the test harness each have theirs, and the engine one around it for each
+// run; a HostSession says for which threads.
 // Threads: log() and outOfDiskSpace() are called from any thread.
 #pragma once
 

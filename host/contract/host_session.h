@@ -1,17 +1,17 @@
-// What one graph at work in this process has for itself: who hears its actions and answers them, and
-// which files they have claimed.
+// What one graph at work in this process has for itself: who hears its actions and answers them,
+// and which files they have claimed.
 //
 // A program makes one for its own thread; the engine makes one for each run, check and branch, so
-// that graphs run side by side. The statics of the contract (MainUI, hostServices(), logWithDetails())
-// are doors to the session in which the calling thread works. Whoever starts a thread that logs, asks
-// or claims enters the starter's session there.
+// that graphs run side by side. The statics of the contract (MainUI, hostServices(),
+// logWithDetails()) are doors to the session in which the calling thread works. Whoever starts a
+// thread that logs, asks or claims enters the starter's session there.
 // Threads: any number may work in one session; a thread works in one at a time.
 #pragma once
 
 #include <utility>
 
-#include "host/contract/claimed_names.h"
 #include "base/export.h"
+#include "host/contract/claimed_names.h"
 
 class ActionItem;
 
@@ -32,7 +32,8 @@ class KELVARIN_CORE HostSession {
   // Null outside of all.
   static HostSession* current();
 
-  // While it lives, the thread that made it works in the session, or in none, at first for no action.
+  // While it lives, the thread that made it works in the session, or in none, at first for no
+  // action.
   class KELVARIN_CORE Scope {
    public:
     explicit Scope(HostSession* session);
@@ -50,8 +51,8 @@ class KELVARIN_CORE HostSession {
   FileClaims m_claims;
 };
 
-// The action on whose behalf this thread works, so that a log line can name it. Worker threads of an
-// action set it too.
+// The action on whose behalf this thread works, so that a log line can name it. Worker threads of
+// an action set it too.
 class KELVARIN_CORE CurrentAction {
  public:
   explicit CurrentAction(const ActionItem* action) : CurrentAction(action, slot()) {}

@@ -4,8 +4,8 @@
 #include <random>
 
 #include "host/contract/host_services.h"
-#include "host/contract/messages.h"
 #include "host/contract/host_session.h"
+#include "host/contract/messages.h"
 
 using kelvarin::hostServices;
 

@@ -1,7 +1,8 @@
 // The host's statics: logging, what the user does, prompts and identities.
 //
 // They forward to the HostServices of the session in which the calling thread works
-// (host_session.h). Without one, log lines go to standard error and questions take their safe answer.
+// (host_session.h). Without one, log lines go to standard error and questions take their safe
+// answer.
 // Threads: any.
 #pragma once
 

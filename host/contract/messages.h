@@ -34,8 +34,9 @@ inline QString nameCollision(const QString& action, const QString& column, int i
 // Two actions and their files, which may be one file under two names.
 inline QString sameFiles(const QString& one, const QString& other) {
   return one == other ? QStringLiteral("'%1'").arg(one)
-                      : QStringLiteral("'%1' and '%2' (one file, or one is a side file of the other, "
-                                       "or both have the same side files)")
+                      : QStringLiteral(
+                            "'%1' and '%2' (one file, or one is a side file of the other, "
+                            "or both have the same side files)")
                             .arg(one, other);
 }
 inline QString writtenTwice(const QString& first, const QString& firstFile, const QString& second,

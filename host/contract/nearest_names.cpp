@@ -11,7 +11,8 @@ namespace {
 
 constexpr qsizetype kLongestName = 200;
 
-// The number of letters to insert, remove or replace, or of neighbours to swap (optimal string alignment).
+// The number of letters to insert, remove or replace, or of neighbours to swap (optimal string
+// alignment).
 qsizetype distance(const QString& left, const QString& right) {
   using Row = std::vector<qsizetype>;
   Row row(static_cast<std::size_t>(right.size()) + 1);
@@ -43,8 +44,7 @@ QStringList nearestNames(const QString& name, const QStringList& known) {
   std::vector<std::pair<qsizetype, QString>> near;
   for (const QString& candidate : known) {
     const auto [fewer, more] = std::minmax({name.size(), candidate.size()});
-    const qsizetype difference =
-        distance(name.trimmed().toLower(), candidate.trimmed().toLower());
+    const qsizetype difference = distance(name.trimmed().toLower(), candidate.trimmed().toLower());
     const bool sharesLetters = difference < fewer;  // else any letter would be near to any other
     if (candidate.size() <= kLongestName && difference <= std::max<qsizetype>(1, more / 3) &&
         (sharesLetters || difference == 0)) {

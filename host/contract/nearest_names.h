@@ -8,8 +8,8 @@
 
 namespace kelvarin {
 
-// At most three, nearest first: those that differ in at most a third of their letters (one at least)
-// but not in all, upper and lower case being one and blanks around a name none.
+// At most three, nearest first: those that differ in at most a third of their letters (one at
+// least) but not in all, upper and lower case being one and blanks around a name none.
 KELVARIN_CORE QStringList nearestNames(const QString& name, const QStringList& known);
 
 }  // namespace kelvarin

@@ -13,8 +13,8 @@
 #include <QString>
 #include <QVector>
 
-#include "host/contract/column_bytes.h"
 #include "base/export.h"
+#include "host/contract/column_bytes.h"
 #include "host/contract/pin_out_meta_data.h"
 #include "host/contract/row_buffer.h"
 

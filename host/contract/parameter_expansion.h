@@ -1,8 +1,8 @@
 // A text with the graph's parameters in it replaced: every `${name}` by the parameter's value.
 //
-// A few short values that name one another can stand for more than any memory holds, so a text grows
-// up to a limit only.
-// Used by: GlobalParameters; the reader of graph files, which refuses what is too long.
+// A few short values that name one another can stand for more than any memory holds, so a text
+// grows up to a limit only. Used by: GlobalParameters; the reader of graph files, which refuses
+// what is too long.
 // Threads: any.
 #pragma once
 

@@ -25,9 +25,9 @@ class InputPin {
   virtual ActionItem* upstreamAction() const = 0;
   // The row that next() returned and those after it, where the producer knows them already.
   virtual RowsAhead rowsAhead() const { return {}; }
-  // Takes the `count` rows after the one that next() returned, as if it had returned them one by one.
-  // They are among rowsAhead(), which says that they can be taken; their values stay where they
-  // are.
+  // Takes the `count` rows after the one that next() returned, as if it had returned them one by
+  // one. They are among rowsAhead(), which says that they can be taken; their values stay where
+  // they are.
   virtual void take(std::size_t /*count*/) {}
 };
 

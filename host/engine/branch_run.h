@@ -2,8 +2,8 @@
 // rows.
 //
 // Used by: the HostServices::runBranch() of programs with editors.
-// Threads: the computation is on the runner's thread; the graph must outlive it and is not changed or
-// run meanwhile.
+// Threads: the computation is on the runner's thread; the graph must outlive it and is not changed
+// or run meanwhile.
 // Errors: in the log; the runner's state says how the run ended.
 #pragma once
 

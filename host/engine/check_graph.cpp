@@ -1,11 +1,11 @@
 // Checks a graph by running it without rows, then its sinks without opening them.
 #include "host/contract/host_session.h"
-#include "host/files/output_check.h"
 #include "host/engine/check_run.h"
 #include "host/engine/file_check.h"
 #include "host/engine/recording_services.h"
 #include "host/engine/run_graph.h"
 #include "host/engine/run_results.h"
+#include "host/files/output_check.h"
 
 namespace kelvarin {
 

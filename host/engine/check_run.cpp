@@ -74,9 +74,8 @@ void CheckRun::close() {
 }
 
 bool CheckRun::hasFailed() const {
-  return std::any_of(m_records.begin(), m_records.end(), [](const RunRecord& record) {
-    return record.status == RunningState::failed;
-  });
+  return std::any_of(m_records.begin(), m_records.end(),
+                     [](const RunRecord& record) { return record.status == RunningState::failed; });
 }
 
 }  // namespace kelvarin

@@ -1,4 +1,5 @@
-// Has actions of a graph announce their columns without a row, for as much of the graph as is asked.
+// Has actions of a graph announce their columns without a row, for as much of the graph as is
+// asked.
 //
 // Every action has a record of its own, so that a fault in one leaves the others to be checked.
 // Actions upstream of a variable table compute in full, but only when the action that has the table

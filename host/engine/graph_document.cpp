@@ -204,8 +204,7 @@ void GraphDocument::readAction(const XMLNode& node) {
   if (entry == nullptr) {
     return;
   }
-  std::unique_ptr<ActionItem> item(
-      entry->prototype->createFromXML(node, m_graph.settings.get()));
+  std::unique_ptr<ActionItem> item(entry->prototype->createFromXML(node, m_graph.settings.get()));
   if (taken < 0) {
     m_indexOfAction.insert(name, static_cast<int>(m_graph.actions.size()));
   }

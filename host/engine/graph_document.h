@@ -61,7 +61,7 @@ class GraphDocument {
   QHash<QString, int> m_indexOfAction;
   QSet<std::pair<int, int>> m_linkedPins;  // of input pins, the action and the pin
   long long m_growthOfParameters = 0;      // by replacing the parameters in their values
-  bool m_hasAllActions = true;       // no action was refused, so that cycles and links can be judged
+  bool m_hasAllActions = true;  // no action was refused, so that cycles and links can be judged
   std::vector<XMLNode> m_linkNodes;  // of the graph's links
 };
 

@@ -1,5 +1,5 @@
-// Drives the actions of a graph, or of a part of it, through one run: makes their links, opens them,
-// has their sinks pull (sink_schedule.h), closes them, and counts.
+// Drives the actions of a graph, or of a part of it, through one run: makes their links, opens
+// them, has their sinks pull (sink_schedule.h), closes them, and counts.
 //
 // Used by: run_graph.cpp, check_graph.cpp, branch_run.cpp.
 // Threads: the engine thread.

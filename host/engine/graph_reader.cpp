@@ -3,9 +3,9 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "host/files/file_hints.h"
 #include "host/engine/graph_document.h"
 #include "host/engine/messages.h"
+#include "host/files/file_hints.h"
 
 namespace kelvarin {
 

@@ -59,10 +59,9 @@ bool workOnGraphStack(const Graph& graph, const std::function<void()>& work) {
   pthread_attr_t attributes;
   pthread_t thread{};
   pthread_attr_init(&attributes);
-  const bool isMade =
-      pthread_attr_setstacksize(&attributes, static_cast<std::size_t>(depth) * kBytesPerAction) ==
-          0 &&
-      pthread_create(&thread, &attributes, &workOnThread, &onThread) == 0;
+  const bool isMade = pthread_attr_setstacksize(
+                          &attributes, static_cast<std::size_t>(depth) * kBytesPerAction) == 0 &&
+                      pthread_create(&thread, &attributes, &workOnThread, &onThread) == 0;
   pthread_attr_destroy(&attributes);
   if (!isMade) {
     return refuse(engine_messages::noStack(depth));

@@ -11,9 +11,8 @@ namespace kelvarin {
 namespace {
 
 QString firstError(const std::vector<LogLine>& log) {
-  const auto found = std::find_if(log.begin(), log.end(), [](const LogLine& line) {
-    return line.level == LogLevel::error;
-  });
+  const auto found = std::find_if(
+      log.begin(), log.end(), [](const LogLine& line) { return line.level == LogLevel::error; });
   return found == log.end() ? QString() : found->text;
 }
 

@@ -11,8 +11,8 @@
 namespace kelvarin {
 
 // Known when all actions upstream of the pin can say their columns, which they do as in a check: no
-// row is read but those of variable tables and those from which types are inferred. Nothing is logged;
-// the first error upstream is the reason why the columns are not known.
+// row is read but those of variable tables and those from which types are inferred. Nothing is
+// logged; the first error upstream is the reason why the columns are not known.
 PinColumns columnsOfInputPin(const Graph& graph, const ActionItem& action, int pin,
                              const ExecutionOptions& options = {});
 

@@ -63,18 +63,18 @@ void QueueBatch::append(const OneRow& row, std::size_t rowSize) {
 }
 
 const double* QueueBatch::numbers(int column, std::size_t first, std::size_t count,
-                                double* buffer) const {
+                                  double* buffer) const {
   return gather(column, first, count, buffer);
 }
 
 const std::uint32_t* QueueBatch::keys(int column, std::size_t first, std::size_t count,
-                                    std::uint32_t* buffer) const {
+                                      std::uint32_t* buffer) const {
   return gather(column, first, count, buffer);
 }
 
 template <typename Value>
 const Value* QueueBatch::gather(int column, std::size_t first, std::size_t count,
-                              Value* buffer) const {
+                                Value* buffer) const {
   const std::size_t rowSize = m_layout.rowSize();
   const unsigned char* value = m_bytes.get() + first * rowSize + m_layout.offsetOf(column);
   for (std::size_t i = 0; i < count; ++i, value += rowSize) {

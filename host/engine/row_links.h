@@ -78,9 +78,7 @@ class QueueLink final : public RowLink {
             const ExecutionOptions& options);
 
   const OneRow* next() override;
-  RowsAhead rowsAhead() const override {
-    return m_looksAhead ? m_reader.rowsAhead() : RowsAhead{};
-  }
+  RowsAhead rowsAhead() const override { return m_looksAhead ? m_reader.rowsAhead() : RowsAhead{}; }
 
   RunningAction& consumer() const { return m_consumer; }
   bool wasAsked() const { return m_wasAsked; }

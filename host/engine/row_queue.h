@@ -3,9 +3,8 @@
 // A row is copied in once, whatever the number of readers, and lies in a batch. A batch stays in
 // memory as long as a reader stands in it, so a row that a reader has taken stays what it is until
 // that reader takes its next one or releases it, whatever the producer and the other readers do
-// meanwhile. Beyond the memory limit, batches that nobody stands in and somebody still has to read lie in a
-// temporary file. What all have read is dropped.
-// Used by: row_links.cpp.
+// meanwhile. Beyond the memory limit, batches that nobody stands in and somebody still has to read
+// lie in a temporary file. What all have read is dropped. Used by: row_links.cpp.
 // Threads: one.
 // Errors: false from push() and Reader::next(), and errorText() says why.
 #pragma once
@@ -60,8 +59,8 @@ class RowQueue {
 
     RowQueue& m_queue;
     bool m_isJoined = false;
-    Batches::iterator m_batch;  // the one that the row taken last is in
-    std::size_t m_rowsTaken = 0;        // of the batch
+    Batches::iterator m_batch;            // the one that the row taken last is in
+    std::size_t m_rowsTaken = 0;          // of the batch
     unsigned char* m_position = nullptr;  // of the next row in it
   };
 

@@ -48,8 +48,9 @@ struct RunResult {
   bool isOk() const { return state == GlobalParameters::RunningState::endedNormally; }
 };
 
-// The run has a session of its own: log lines reach the services of the caller's session at once and
-// are collected in the result as well. Graphs may run at the same time, each on a thread of its own.
+// The run has a session of its own: log lines reach the services of the caller's session at once
+// and are collected in the result as well. Graphs may run at the same time, each on a thread of its
+// own.
 RunResult runGraph(Graph& graph, RunRecord& record, const ExecutionOptions& options = {});
 
 // Checks the graph without running it: sources announce their columns, expressions are compiled

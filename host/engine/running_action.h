@@ -20,8 +20,8 @@ class RunningAction {
  public:
   // `index` is the action's in its graph. `record` is what the action sees; `stopSwitch` is the
   // record through which the user stops, often the same.
-  RunningAction(ActionItem& item, int index, RunRecord& record,
-                const RunRecord& stopSwitch, ProgressMeter& progress);
+  RunningAction(ActionItem& item, int index, RunRecord& record, const RunRecord& stopSwitch,
+                ProgressMeter& progress);
   ~RunningAction();
   RunningAction(const RunningAction&) = delete;
   RunningAction& operator=(const RunningAction&) = delete;

@@ -8,8 +8,8 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "host/files/messages.h"
 #include "host/contract/nearest_names.h"
+#include "host/files/messages.h"
 
 namespace kelvarin {
 
@@ -35,10 +35,9 @@ constexpr FormatFacts kFormats[] = {
 };
 
 const FormatFacts* factsOf(FileFormat format) {
-  const auto* found = std::find_if(std::begin(kFormats), std::end(kFormats),
-                                   [format](const FormatFacts& facts) {
-                                     return facts.format == format;
-                                   });
+  const auto* found =
+      std::find_if(std::begin(kFormats), std::end(kFormats),
+                   [format](const FormatFacts& facts) { return facts.format == format; });
   return found == std::end(kFormats) ? nullptr : found;
 }
 

@@ -14,9 +14,9 @@
 
 #include <vector>
 
-#include "host/files/buffer_writer.h"
 #include "base/export.h"
 #include "host/contract/one_row.h"
+#include "host/files/buffer_writer.h"
 #include "host/files/read_file.h"
 
 // Append the file's beginning, from a row's columns, and a row to a buffer.

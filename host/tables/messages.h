@@ -271,8 +271,7 @@ inline QString missingWordIsText(const QString& word) {
 }
 
 inline QString moreNumbersAreText(const QString& file, int columns) {
-  return QStringLiteral(
-             "file '%1': %2 more columns that look like numbers are read as text.")
+  return QStringLiteral("file '%1': %2 more columns that look like numbers are read as text.")
       .arg(file, QString::number(columns));
 }
 

@@ -65,8 +65,8 @@ const Value* FakeInputPin::valuesAhead(int column, std::size_t first, std::size_
   for (const TypedRow& row : m_rows) {
     const std::size_t end = number + static_cast<std::size_t>(row.times);
     for (std::size_t i = std::max(number, first); i < std::min(end, first + count); ++i) {
-      std::memcpy(buffer + (i - first), row.bytes.data() + row.offsets[static_cast<std::size_t>(column)],
-                  sizeof(Value));
+      std::memcpy(buffer + (i - first),
+                  row.bytes.data() + row.offsets[static_cast<std::size_t>(column)], sizeof(Value));
     }
     number = end;
   }

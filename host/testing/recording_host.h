@@ -27,8 +27,8 @@ class RecordingHost : public HostServices {
   HostSession& session() { return m_session; }
 
   std::vector<LogLine> lines() const;
-  // Each line as the command line shows it: "error: ", "warning: " or "info: " and the text; without
-  // those that explain others.
+  // Each line as the command line shows it: "error: ", "warning: " or "info: " and the text;
+  // without those that explain others.
   Strings log() const;
   Strings explanations() const;
   void clearLog();

@@ -12,8 +12,8 @@
 #include <QString>
 #include <QStringList>
 
-#include "base/result.h"
 #include "base/export.h"
+#include "base/result.h"
 
 namespace kelvarin {
 struct XmlElement;

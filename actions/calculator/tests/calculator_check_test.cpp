@@ -27,8 +27,7 @@ TEST(CalculatorCheck, ReplacesParametersAndKnowsTheActionsVariablesAndOptions) {
   parameters.setValue("start", "20000101 00:00:00");
   parameters.setValue("rate", "1.5");
   const Calculator calculator(*xml, &parameters);
-  const auto check = [&calculator](const QString& expression,
-                                   ResultUse use = ResultUse::column) {
+  const auto check = [&calculator](const QString& expression, ResultUse use = ResultUse::column) {
     return calculator.check(outputOf(expression), use);
   };
 

@@ -19,12 +19,11 @@ const Rows kTexts{{1, "p"}, {2, "q"}, {0, "r"}};
 }  // namespace
 
 TEST(Calculator, AddsColumnsAfterTheInputsAndLeavesThoseAlone) {
-  auto h = harness(
-      calculator(output("double", "a*2") + output("key", "a+1", "meta='K'") +
-                     output("text", "t//\"!\"", "meta='U'") + output("row", "_n") +
-                     output("none", "") + output("noText", "", "meta='U'"),
-                 "castToKey2='0' useJIT='0'", kTextInput),
-      "a:F t:U");
+  auto h = harness(calculator(output("double", "a*2") + output("key", "a+1", "meta='K'") +
+                                  output("text", "t//\"!\"", "meta='U'") + output("row", "_n") +
+                                  output("none", "") + output("noText", "", "meta='U'"),
+                              "castToKey2='0' useJIT='0'", kTextInput),
+                   "a:F t:U");
   h.push(Rows{{1.5, "x"}, {nullptr, "y"}, {3, ""}});
   EXPECT_EQ(h.rows(0), (Rows{{1.5, "x", 3, 2, "x!", 0, nullptr, nullptr},
                              {nullptr, "y", nullptr, nullptr, "y!", 1, nullptr, nullptr},
@@ -97,9 +96,9 @@ TEST(Calculator, WrongDefinitionsStopTheRunBeforeAnyRow) {
 }
 
 TEST(Calculator, NamesMayHaveGraphParametersAndThatOfTheRowNumberThatIsOff) {
-  auto h = harness(calculator(output("${new}", "_n"), "addN='0'",
-                              "<InputVar column='${old}' label='_n'/>"),
-                   "a:F");
+  auto h = harness(
+      calculator(output("${new}", "_n"), "addN='0'", "<InputVar column='${old}' label='_n'/>"),
+      "a:F");
   h.parameters().setValue("old", "a");
   h.parameters().setValue("new", "fresh");
   h.push(Rows{{7}});
@@ -259,8 +258,8 @@ TEST(Calculator, AnObserverSeesEveryFailureOfARow) {
   const std::string fails = "a&gt;1 ? t : a";
   const std::string outputs = output("x", fails) + output("y", "a+1") + output("z", fails);
   for (const bool isAborting : {false, true}) {
-    auto h = harness(calculator(outputs, isAborting ? "" : "abortWhenError='0'", kTextInput),
-                     "a:F t:U");
+    auto h =
+        harness(calculator(outputs, isAborting ? "" : "abortWhenError='0'", kTextInput), "a:F t:U");
     h.push(kTexts);
     FakeObserver observer;
     h.actionAs<Calculator>().setObserver(&observer);
@@ -279,11 +278,10 @@ TEST(Calculator, AnObserverSeesEveryFailureOfARow) {
 
 TEST(Calculator, NumericRowsAllocateNothing) {
   for (const bool isOffered : {false, true}) {
-    auto h = harness(
-        calculator(
-            output("x", "a*2+_n") + output("a", "a+1", "update='1'") + output("k", "7", "meta='K'"),
-            "", kTextInput + "<InputVar column='k2'/>"),
-        "a:F t:U k2:K");
+    auto h = harness(calculator(output("x", "a*2+_n") + output("a", "a+1", "update='1'") +
+                                    output("k", "7", "meta='K'"),
+                                "", kTextInput + "<InputVar column='k2'/>"),
+                     "a:F t:U k2:K");
     h.pushRepeated({1.5, "a text that no short-string buffer would hold", 3}, 100'200);
     if (isOffered) {
       h.input(0).offerRows();
@@ -341,8 +339,8 @@ TEST(Calculator, OffersWhatItKnowsAhead) {
 }
 
 TEST(Calculator, AnAssignmentIsNotSeenByLaterOutputs) {
-  auto h = harness(
-      calculator(output("x", "a*10") + output("y", "a=a+1") + output("z", "a*100")), "a:F");
+  auto h =
+      harness(calculator(output("x", "a*10") + output("y", "a=a+1") + output("z", "a*100")), "a:F");
   h.input(0).offerRows();
   Rows expected;
   for (int i = 0; i < 20; ++i) {

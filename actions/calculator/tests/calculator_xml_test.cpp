@@ -12,8 +12,8 @@ std::string saved(const std::string& xml) {
 
 // What the elements inside of the list become.
 std::string savedIn(const std::string& list, const std::string& elements) {
-  const std::string text = saved("<Calculator name='c'><" + list + ">" + elements + "</" + list +
-                                 "></Calculator>");
+  const std::string text =
+      saved("<Calculator name='c'><" + list + ">" + elements + "</" + list + "></Calculator>");
   const std::size_t begin = text.find("<" + list + ">\n") + list.size() + 3;
   return text.substr(begin, text.find("  </" + list + ">") - begin);
 }

@@ -43,13 +43,13 @@ TEST(CalculatorVectorized, AddsTheColumnsOfEachElementAfterThoseOfTheElementBefo
                  "", "<InputVar column='c' label='own'/>"),
       "a1:F a2:F b1:F b2:F c:F t:U");
   setVectors(h, {{"x", "a1", "F"},
-                  {"x", "a2", "ignored"},
-                  {"y", "b1", nullptr},
-                  {"y", "b2", ""},
-                  {"s", "c", "F"},
-                  {"u", "t", "U"},
-                  {"w", "a1", "U"},
-                  {"w", "a2", nullptr}});
+                 {"x", "a2", "ignored"},
+                 {"y", "b1", nullptr},
+                 {"y", "b2", ""},
+                 {"s", "c", "F"},
+                 {"u", "t", "U"},
+                 {"w", "a1", "U"},
+                 {"w", "a2", nullptr}});
   h.push(Rows{{1, 2, 10, 20, 100, "!"}, {3, nullptr, 30, 40, 200, "?"}});
   EXPECT_EQ(h.rows(0), (Rows{{1, 2, 10, 20, 100, "!", 211, 0, "1!", 222, 0, "2!"},
                              {3, nullptr, 30, 40, 200, "?", 433, 1, "3?", nullptr, 1, nullptr}}));
@@ -97,8 +97,9 @@ TEST(CalculatorVectorized, AnAliasThatComesAgainIsAVectorOfItsOwn) {
   h.push({1, 2, 3, 4});
   EXPECT_EQ(h.rows(0), (Rows{{1, 2, 3, 4, 2, 4}}));
   ASSERT_EQ(h.log().size(), 1u);
-  EXPECT_TRUE(startsWith(h.log()[0], "warning: The variable 'x' is defined twice, by column 'a2' "
-                                     "and by column 'b1'"));
+  EXPECT_TRUE(startsWith(h.log()[0],
+                         "warning: The variable 'x' is defined twice, by column 'a2' "
+                         "and by column 'b1'"));
 }
 
 TEST(CalculatorVectorized, WrongTablesStopTheRunBeforeAnyRow) {
@@ -189,13 +190,13 @@ TEST(CalculatorVectorized, ColumnsEnterExpressionsAsTheirCastSays) {
                  "elapsedTimeUnit='3' referenceTime='20200101 00:00:00' dateFormat='yyyy-MM-dd'"),
       "d1:U d2:U k1:K k2:K n1:U n2:U");
   setVectors(h, {{"d", "d1", "D"},
-                  {"d", "d2", "D"},
-                  {"k", "k1", "K"},
-                  {"k", "k2", "K"},
-                  {"n", "n1", "F"},
-                  {"n", "n2", "F"},
-                  {"u", "k2", "U"},
-                  {"u", "k1", "U"}});
+                 {"d", "d2", "D"},
+                 {"k", "k1", "K"},
+                 {"k", "k2", "K"},
+                 {"n", "n1", "F"},
+                 {"n", "n2", "F"},
+                 {"u", "k2", "U"},
+                 {"u", "k1", "U"}});
   h.push(Rows{{"2020-01-02", "2020-01-03", 10, 20, "100", "200"},
               {"2020-01-02", "2020-01-03", 10, 20, "x", "300"},
               {"2020-01-11", "", 10, 20, "1", "y"}});
@@ -212,7 +213,7 @@ TEST(CalculatorVectorized, ColumnsEnterExpressionsAsTheirCastSays) {
 TEST(CalculatorVectorized, RefusedTextsOfManyColumnsAreCounted) {
   auto h = harness(vectorized(output("\"o\"//_n", "x")), "a:U b:U c:U d:U e:U f:U g:U");
   setVectors(h,
-              {{"x", "a"}, {"x", "b"}, {"x", "c"}, {"x", "d"}, {"x", "e"}, {"x", "f"}, {"x", "g"}});
+             {{"x", "a"}, {"x", "b"}, {"x", "c"}, {"x", "d"}, {"x", "e"}, {"x", "f"}, {"x", "g"}});
   h.pushRepeated({"?", "?", "?", "?", "?", "?", "?"}, 2);
   h.finish();
   ASSERT_EQ(h.log().size(), 6u);
@@ -232,8 +233,9 @@ TEST(CalculatorVectorized, AFailureNamesTheColumnThatItsElementComputes) {
   EXPECT_TRUE(startsWith(stops.log()[0],
                          "error: Math Parser Error in expression 'o1':\n The expression evaluated "
                          "to a String and a Number was expected\n On Data Row 1 at position "));
-  EXPECT_TRUE(contains(stops.log()[0], "check button  inside the property window of the "
-                                       "'CalculatorVectorized' action"));
+  EXPECT_TRUE(contains(stops.log()[0],
+                       "check button  inside the property window of the "
+                       "'CalculatorVectorized' action"));
   EXPECT_TRUE(stops.hasFailed());
 
   auto goesOn = harness(vectorized(outputs, "abortWhenError='0'"), "a:F b:F c:U");
@@ -287,8 +289,8 @@ TEST(CalculatorVectorized, AnObserverSeesAllElements) {
   EXPECT_EQ(h.rows(0), (Rows{{1, 2, 3, 4, 2, 4}, {5, nullptr, 7, 8, 10, nullptr}}));
   EXPECT_EQ(observer.labels, QStringList{"String Parser"});
   ASSERT_EQ(observer.rows.size(), 2u);
-  EXPECT_TRUE(startsWith(observer.variables(1),
-                         "s=7 x[0]=5 x[1]=null y[0]=7 y[1]=8 _n=1 _nowS='20"));
+  EXPECT_TRUE(
+      startsWith(observer.variables(1), "s=7 x[0]=5 x[1]=null y[0]=7 y[1]=8 _n=1 _nowS='20"));
   EXPECT_EQ(observer.results(1), "o0=10 o1=null");
 }
 

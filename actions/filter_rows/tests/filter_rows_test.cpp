@@ -132,8 +132,7 @@ TEST(FilterRows, AMissingColumnOrAFailedRowStopsTheRun) {
 }
 
 TEST(FilterRows, WithoutAbortAFailedRowIsFalseButNotTheFirstOne) {
-  auto later =
-      harness(filter(kFailsAtTwo, "abortWhenError='0'", kTextInput), "a:F t:U");
+  auto later = harness(filter(kFailsAtTwo, "abortWhenError='0'", kTextInput), "a:F t:U");
   later.push(Rows{{1, "x"}, {2, "y"}, {2, "w"}, {3, "z"}});
   EXPECT_EQ(later.rows(0), (Rows{{1, "x"}, {3, "z"}}));
   EXPECT_EQ(later.rows(1), (Rows{{2, "y"}, {2, "w"}}));
@@ -142,8 +141,7 @@ TEST(FilterRows, WithoutAbortAFailedRowIsFalseButNotTheFirstOne) {
   EXPECT_TRUE(contains(later.log()[0], "failed on 2 row(s), which went to output pin 1"));
   EXPECT_FALSE(later.hasFailed());
 
-  auto first =
-      harness(filter(kFailsAtTwo, "abortWhenError='0'", kTextInput), "a:F t:U");
+  auto first = harness(filter(kFailsAtTwo, "abortWhenError='0'", kTextInput), "a:F t:U");
   first.push(Rows{{2, "x"}, {1, "y"}});
   EXPECT_EQ(first.rows(1), Rows{});
   ASSERT_EQ(first.log().size(), 1u);
@@ -152,8 +150,7 @@ TEST(FilterRows, WithoutAbortAFailedRowIsFalseButNotTheFirstOne) {
 }
 
 TEST(FilterRows, DatesArePrepared) {
-  auto reference =
-      harness(filter("_now", "addNow='1' referenceTime='soon'", ""));
+  auto reference = harness(filter("_now", "addNow='1' referenceTime='soon'", ""));
   reference.push(Rows{{1}});
   EXPECT_EQ(reference.rows(0), (Rows{{1}}));
   EXPECT_EQ(reference.log(), Strings{"warning: Cannot parse Reference time. We will use "
@@ -214,8 +211,8 @@ TEST(FilterRows, AnObserverSeesEveryRowAndCanStop) {
 
 TEST(FilterRows, AnObserverSeesRowsThatFail) {
   for (const bool isAborting : {false, true}) {
-    auto h = harness(filter(kFailsAtTwo, isAborting ? "" : "abortWhenError='0'", kTextInput),
-                     "a:F t:U");
+    auto h =
+        harness(filter(kFailsAtTwo, isAborting ? "" : "abortWhenError='0'", kTextInput), "a:F t:U");
     h.push(Rows{{1, "x"}, {2, "y"}, {3, "z"}});
     FakeObserver observer;
     h.actionAs<FilterRows>().setObserver(&observer);
@@ -226,8 +223,8 @@ TEST(FilterRows, AnObserverSeesRowsThatFail) {
     EXPECT_EQ(observer.results(1), isAborting ? "" : "FilterRows=false");
     EXPECT_EQ(failed.isLast, isAborting);
     ASSERT_EQ(failed.failures.size(), 1u);
-    EXPECT_TRUE(startsWith(failed.failures[0].text.toStdString(),
-                           "MathParser Error in FilterRows:\n"));
+    EXPECT_TRUE(
+        startsWith(failed.failures[0].text.toStdString(), "MathParser Error in FilterRows:\n"));
     EXPECT_TRUE(observer.rows[0].failures.empty());
   }
 }

@@ -36,9 +36,7 @@ const std::string kDates =
 
 class BlockFilterTest : public ::testing::Test {
  protected:
-  BlockFilterTest() {
-    saveRows(kRows);
-  }
+  BlockFilterTest() { saveRows(kRows); }
 
   void saveRows(const std::vector<Values>& rows) const {
     makeFile(kColumns, rows, {.rowsInBlock = 2}).saveTo(m_folder.path().toStdString());
@@ -94,9 +92,10 @@ TEST_F(BlockFilterTest, ReadsBlocksWithoutAnAnswer) {
 
 // Statistics are in the order of the stored values; the expression may see another order.
 TEST_F(BlockFilterTest, KeepsBlocksWhoseBoundsHaveAnotherOrder) {
-  const std::vector<Values> rows{
-      {9, NAN, "31.01.2024", "b"},  {10, 1.0, "01.02.2024", "a\xC0\x80z"},
-      {11, 2.0, "02.03.2024", "c"}, {12, 3.0, "03.03.2024", "d"}};
+  const std::vector<Values> rows{{9, NAN, "31.01.2024", "b"},
+                                 {10, 1.0, "01.02.2024", "a\xC0\x80z"},
+                                 {11, 2.0, "02.03.2024", "c"},
+                                 {12, 3.0, "03.03.2024", "d"}};
   saveRows(rows);
   const std::string dates =
       "dateFormat='dd.MM.yyyy' referenceTime='19700101 00:00:00' elapsedTimeUnit='3'";
@@ -117,7 +116,7 @@ TEST_F(BlockFilterTest, KeepsBlocksWhoseBoundsHaveAnotherOrder) {
 TEST_F(BlockFilterTest, LosesNoRowThatAFullScanFinds) {
   std::mt19937 random(7);
   const char* const days[] = {"2024-01-31", "2023-12-05", "2024-11-01", "", "soon", "2024-02-29"};
-  const char* const names[] = {"a",  "B",        "", "\xC3\xA9", "\xF0\x9F\x98\x80", "\xEF\xBC\xA1",
+  const char* const names[] = {"a",  "B",       "", "\xC3\xA9", "\xF0\x9F\x98\x80", "\xEF\xBC\xA1",
                                "zz", "\xC0\x80"};
   for (int round = 0; round < 40; ++round) {
     std::vector<Values> rows;
@@ -148,23 +147,22 @@ TEST_F(BlockFilterTest, LosesNoRowThatAFullScanFinds) {
     const std::string priceVariable = "<CInputVar column='price'/>";
     const std::string dayVariable = "<CInputVar column='day' meta='D'/>";
     const std::string nameVariable = "<CInputVar column='name' isNumber='0'/>";
-    const Case cases[] = {
-        {"id_max &gt;= " + std::to_string(limit), idVariable,
-         [&](const Values& row) { return number(row[0]) >= limit; }},
-        {"id_min &lt; " + std::to_string(limit), idVariable,
-         [&](const Values& row) { return number(row[0]) < limit; }},
-        {"price_max &gt;= 0", priceVariable,
-         [&](const Values& row) { return number(row[1]) >= 0; }},
-        {"price_min &lt;= 2", priceVariable,
-         [&](const Values& row) { return !(number(row[1]) > 2); }},
-        {"day_max &gt;= " + std::to_string(day), dayVariable,
-         [&](const Values& row) { return dayOf(row[2]) >= day; }},
-        {"day_min &lt; " + std::to_string(day), dayVariable,
-         [&](const Values& row) { return dayOf(row[2]) < day; }},
-        {"name_max &gt;= \"" + name + "\"", nameVariable,
-         [&](const Values& row) { return *row[3].text() >= name; }},
-        {"name_min &lt; \"" + name + "\"", nameVariable,
-         [&](const Values& row) { return *row[3].text() < name; }}};
+    const Case cases[] = {{"id_max &gt;= " + std::to_string(limit), idVariable,
+                           [&](const Values& row) { return number(row[0]) >= limit; }},
+                          {"id_min &lt; " + std::to_string(limit), idVariable,
+                           [&](const Values& row) { return number(row[0]) < limit; }},
+                          {"price_max &gt;= 0", priceVariable,
+                           [&](const Values& row) { return number(row[1]) >= 0; }},
+                          {"price_min &lt;= 2", priceVariable,
+                           [&](const Values& row) { return !(number(row[1]) > 2); }},
+                          {"day_max &gt;= " + std::to_string(day), dayVariable,
+                           [&](const Values& row) { return dayOf(row[2]) >= day; }},
+                          {"day_min &lt; " + std::to_string(day), dayVariable,
+                           [&](const Values& row) { return dayOf(row[2]) < day; }},
+                          {"name_max &gt;= \"" + name + "\"", nameVariable,
+                           [&](const Values& row) { return *row[3].text() >= name; }},
+                          {"name_min &lt; \"" + name + "\"", nameVariable,
+                           [&](const Values& row) { return *row[3].text() < name; }}};
     for (const Case& one : cases) {
       const Rows kept = filtered(one.ofBlock, one.variable).rows(0);
       for (const Values& row : rows) {

@@ -44,10 +44,10 @@ std::uint64_t bitsOf(double number) {
 
 // The table, as make_golden.py has it.
 std::uint32_t expectedKey(std::uint32_t row) {
-  return row == 7         ? 0xFFFFFFFE
-         : row % 10 == 3  ? 0xFFFFFFFF
-         : row == 50      ? 4000000000
-                          : row * row * 31 % 5000;
+  return row == 7        ? 0xFFFFFFFE
+         : row % 10 == 3 ? 0xFFFFFFFF
+         : row == 50     ? 4000000000
+                         : row * row * 31 % 5000;
 }
 
 void expectRow(std::uint32_t row, unsigned char* const* values) {
@@ -116,12 +116,13 @@ TEST(GoldenFiles, AChunkBeyond32BitsIsFound) {
   DescriptorLayout::setRowCount(descriptor.data(), 3);
   layout.setChunks(descriptor.data(), 0, 0, 0, positions);
   for (std::size_t i = 0; i < 3; ++i) {
-    layout.writeStatistics(descriptor.data(), i, KeyStatistics{.hasNull = false, .low = 5, .high = 7});
+    layout.writeStatistics(descriptor.data(), i,
+                           KeyStatistics{.hasNull = false, .low = 5, .high = 7});
   }
   ByteBuffer record;
   encodeDescriptorRecord(descriptor, record);
-  std::ofstream(path, std::ios::binary) << testing::headOf(metadata, 3, {})
-                                        << asText(record.bytes()) << std::string(8, '\xFF');
+  std::ofstream(path, std::ios::binary)
+      << testing::headOf(metadata, 3, {}) << asText(record.bytes()) << std::string(8, '\xFF');
   std::ofstream side(sideFileName(path, 0), std::ios::binary);
   side.seekp(static_cast<std::streamoff>(positions[2]));
   side << asText(chunk.bytes());

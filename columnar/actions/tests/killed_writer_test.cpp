@@ -90,8 +90,9 @@ class KilledWriterTest : public ::testing::Test {
     const std::string last = std::to_string(table.columns - 1);
     auto reader = RowHarness::of<ReadColumnarGel>(
         "<ReadColumnarGel name='r' readIncompleteFile='1' skipCorruptedBlocks='1' "
-        "readAllColumns='0' fileName='" + path().toStdString() +
-        "'><ColumnsToRead><SL><S>0</S><S>" + last + "</S></SL></ColumnsToRead></ReadColumnarGel>");
+        "readAllColumns='0' fileName='" +
+        path().toStdString() + "'><ColumnsToRead><SL><S>0</S><S>" + last +
+        "</S></SL></ColumnsToRead></ReadColumnarGel>");
     const Rows rows = reader.rows(0);
     for (std::size_t i = 0; i < rows.size(); ++i) {
       EXPECT_EQ(rows[i], (testing::Values{std::to_string(i), std::to_string(i)}));

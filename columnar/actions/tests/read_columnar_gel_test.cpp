@@ -234,8 +234,8 @@ TEST_F(ReadColumnarGelTest, DamageStopsTheRunOrIsSkipped) {
   save(files);
   auto strict = reader();
   EXPECT_EQ(strict.rows(0).size(), 4u);
-  expectAdvised(strict.log(), "error: Error: file '" + path() +
-                                  "' is corrupted in data-block starting at row 4");
+  expectAdvised(strict.log(),
+                "error: Error: file '" + path() + "' is corrupted in data-block starting at row 4");
   auto lenient = reader("skipCorruptedBlocks='1'");
   EXPECT_EQ(lenient.rows(0).size(), 7u);
   expectAdvised(lenient.log(),
@@ -249,8 +249,8 @@ TEST_F(ReadColumnarGelTest, DamageStopsTheRunOrIsSkipped) {
   EXPECT_FALSE(cut.hasFailed());
   auto cutStrict = reader();
   EXPECT_EQ(cutStrict.rows(0), someRows(8));
-  expectAdvised(cutStrict.log(), "error: Error: file '" + path() +
-                                     "' is truncated in data-block starting at row 8");
+  expectAdvised(cutStrict.log(),
+                "error: Error: file '" + path() + "' is truncated in data-block starting at row 8");
   EXPECT_TRUE(cutStrict.hasFailed());
 }
 

@@ -150,8 +150,8 @@ TEST_F(WriteColumnarGelTest, ATableBeyondTheLimitsLeavesTheOldFileAlone) {
   EXPECT_EQ(refused("nRowsInBlock='2147483647'", "0", 1), tooLarge);
   EXPECT_EQ(refused("columnStrategy='1'", "255", 1), tooLarge);
   EXPECT_EQ(refused("columnStrategy='2'", "0", 256), tooLarge);
-  EXPECT_TRUE(contains(refused("columnStrategy='1'", "-1", 1).at(0),
-                       "no column of the table is in"));
+  EXPECT_TRUE(
+      contains(refused("columnStrategy='1'", "-1", 1).at(0), "no column of the table is in"));
   EXPECT_TRUE(contains(refused("nRowsInBlock='0'", "0", 1).at(0), "nRowsInBlock is 0"));
 }
 
@@ -178,7 +178,7 @@ TEST_F(WriteColumnarGelTest, LinksAndPipesUnderSideFileNamesAreNotFollowed) {
   EXPECT_EQ(content("precious"), kOld);
   EXPECT_EQ(rowsOf("x.cgel_kelvarin"), 3);
   for (const char* name : {"x.cgel_kelvarin", "x.000.cs_kelvarin", "x.001.cs_kelvarin"}) {
-    struct stat status {};
+    struct stat status{};
     EXPECT_EQ(lstat(path(name).c_str(), &status), 0);
     EXPECT_TRUE(S_ISREG(status.st_mode)) << name;
   }
@@ -300,16 +300,15 @@ TEST_F(WriteColumnarGelTest, MissingColumnsAndNamesAreReported) {
 TEST_F(WriteColumnarGelTest, AFolderIsCreatedOnlyWhenAsked) {
   const std::string file = path("a/b/x.cgel_kelvarin");
   for (const bool isAsked : {false, true}) {
-    auto h = RowHarness::of<WriteColumnarGel>(
-        "<writeColumnarGel name='w' file='" + file + "' createDir='" + (isAsked ? "1" : "0") +
-            "'/>",
-        "k:K t:U");
+    auto h = RowHarness::of<WriteColumnarGel>("<writeColumnarGel name='w' file='" + file +
+                                                  "' createDir='" + (isAsked ? "1" : "0") + "'/>",
+                                              "k:K t:U");
     h.push(kThreeRows);
     h.finish();
     const Strings refused = {"error: Cannot open file '" + file + "' for write."};
-    const Strings reason = {
-        "The system's reason for file '" + file + "': No such file or directory. Check the "
-        "folder, its permissions and the room on its disk."};
+    const Strings reason = {"The system's reason for file '" + file +
+                            "': No such file or directory. Check the "
+                            "folder, its permissions and the room on its disk."};
     EXPECT_EQ(h.log(), isAsked ? Strings{} : refused);
     EXPECT_EQ(h.explanations(), isAsked ? Strings{} : reason);
   }
@@ -423,15 +422,15 @@ TEST_F(WriteColumnarGelTest, NaNsOfAllKindsAreOneSplit) {
 TEST_F(WriteColumnarGelTest, NamesMayBeExpressionsOverTheSplitValue) {
   const auto run = [&](const std::string& name) {
     auto h = RowHarness::of<WriteColumnarGel>(
-        "<writeColumnarGel name='w' split='2' splitVar='t' advancedNaming='1' file='" +
-            path(name) + "'/>",
+        "<writeColumnarGel name='w' split='2' splitVar='t' advancedNaming='1' file='" + path(name) +
+            "'/>",
         "k:K t:U");
     h.parameters().setValue("year", "2024");
     return logOf(std::move(h), {{1, "a"}, {2, nullptr}});
   };
-  EXPECT_EQ(run("${year}_&quot;+SplitVal+&quot;_&quot;+toupper(SplitVal)+&quot;.cgel_kelvarin")
-                .size(),
-            1u);
+  EXPECT_EQ(
+      run("${year}_&quot;+SplitVal+&quot;_&quot;+toupper(SplitVal)+&quot;.cgel_kelvarin").size(),
+      1u);
   EXPECT_EQ(rowsOf("2024_a_A.cgel_kelvarin"), 1);
   EXPECT_EQ(rowsOf("2024__null__NULL.cgel_kelvarin"), 1);
   const Strings wrong = run("&quot;+nothing(+&quot;.cgel_kelvarin");
@@ -446,9 +445,9 @@ TEST_F(WriteColumnarGelTest, NamesMayBeExpressionsOverTheSplitValue) {
 TEST_F(WriteColumnarGelTest, ASplitBySizeIsTheSameForAnyNumberOfThreads) {
   Strings first;
   for (const int threads : {1, 4}) {
-    auto h = harness("split='1' segmentSize='1' nRowsInBlock='1000' nThread='" +
-                         std::to_string(threads) + "'",
-                     "n:F t:U");
+    auto h = harness(
+        "split='1' segmentSize='1' nRowsInBlock='1000' nThread='" + std::to_string(threads) + "'",
+        "n:F t:U");
     unsigned state = 1;
     for (int i = 0; i < 150000; ++i) {
       state = state * 1664525u + 1013904223u;

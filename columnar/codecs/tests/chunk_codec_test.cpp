@@ -60,8 +60,7 @@ std::string rawAfterRoundTrip(const Numbers& numbers) {
   EXPECT_EQ(ofEachRow<std::uint64_t>(decoded, numbers.size()), numbers);
   expectRowCount(chunk, GelType::number, numbers.size());
   ByteBuffer raw;
-  EXPECT_EQ(uncompressSnappy(chunk.bytes(kChunkChecksumSize), kMaxRawSize, raw),
-            ReadStatus::ok);
+  EXPECT_EQ(uncompressSnappy(chunk.bytes(kChunkChecksumSize), kMaxRawSize, raw), ReadStatus::ok);
   return {reinterpret_cast<const char*>(raw.data()), raw.size()};
 }
 
@@ -96,8 +95,7 @@ TextEncoding encodingAfterRoundTrip(const TextColumn& column) {
     offset += byteCountOf(length);
   }
   ByteBuffer raw;
-  EXPECT_EQ(uncompressSnappy(chunk.bytes(kChunkChecksumSize), kMaxRawSize, raw),
-            ReadStatus::ok);
+  EXPECT_EQ(uncompressSnappy(chunk.bytes(kChunkChecksumSize), kMaxRawSize, raw), ReadStatus::ok);
   expectRowCount(chunk, GelType::text, rows);
   return static_cast<TextEncoding>(raw.data()[0]);
 }
@@ -121,23 +119,26 @@ TEST(NumberEncodings, EachKindOfColumnGetsItsOwnAndKeepsEveryBit) {
   std::mt19937_64 random(1);
   const auto below = [&](std::uint64_t limit) { return random() % limit; };
   for (const std::size_t rows : {std::size_t{300}, std::size_t{5000}}) {
-    EXPECT_EQ(encodingAfterRoundTrip(made(rows, [&] { return random() | 1; })), NumberEncoding::plain);
+    EXPECT_EQ(encodingAfterRoundTrip(made(rows, [&] { return random() | 1; })),
+              NumberEncoding::plain);
     EXPECT_EQ(encodingAfterRoundTrip(made(rows, [&] { return bits(double(below(99999)) / 100); })),
               NumberEncoding::frameOfReference);
-    EXPECT_EQ(encodingAfterRoundTrip(made(rows, [&] { return bits(std::sqrt(double(below(200)))); })),
-              NumberEncoding::dictionary);
+    EXPECT_EQ(
+        encodingAfterRoundTrip(made(rows, [&] { return bits(std::sqrt(double(below(200)))); })),
+        NumberEncoding::dictionary);
     EXPECT_EQ(
         encodingAfterRoundTrip(made(rows, [&] { return bits(1 + double(below(1u << 30)) / 3e9); })),
         NumberEncoding::byteStreamSplit);
-    EXPECT_EQ(encodingAfterRoundTrip(made(rows, [&] { return below(10) == 0 ? random() : bits(0); })),
-              NumberEncoding::sparse);
+    EXPECT_EQ(
+        encodingAfterRoundTrip(made(rows, [&] { return below(10) == 0 ? random() : bits(0); })),
+        NumberEncoding::sparse);
     double time = 0;
     EXPECT_EQ(encodingAfterRoundTrip(made(rows,
-                                        [&] {
-                                          return below(20) == 0
-                                                     ? kNullNumberBits
-                                                     : bits((time += double(below(9)) - 2) / 10);
-                                        })),
+                                          [&] {
+                                            return below(20) == 0
+                                                       ? kNullNumberBits
+                                                       : bits((time += double(below(9)) - 2) / 10);
+                                          })),
               NumberEncoding::delta);
   }
 }

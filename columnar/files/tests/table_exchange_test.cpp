@@ -107,12 +107,13 @@ TEST_F(TableExchangeTest, AKillAtAnyCallLeavesTheOldTableOrTheNewOne) {
       for (int callsOfNext = 0; callsOfNext < 12; ++callsOfNext) {
         makeTables(hasOld, oldSets, newSets);
         isKilled = testing::isKilledAfter(calls, [&] { (void)exchangeTable(main()); });
-        const bool isCommitted = !isKilled || isSomethingThere(journalFile(main())) ||
-                                 contentOf(main()) == "new";
+        const bool isCommitted =
+            !isKilled || isSomethingThere(journalFile(main())) || contentOf(main()) == "new";
         if (isCommitted) {
           EXPECT_EQ(readWithoutChanges(newSets), tableOf("new", newSets)) << calls;
         }
-        (void)testing::isKilledAfter(callsOfNext, [&] { (void)finishExchangeBeforeReading(main()); });
+        (void)testing::isKilledAfter(callsOfNext,
+                                     [&] { (void)finishExchangeBeforeReading(main()); });
         ASSERT_EQ(finishExchangeBeforeReading(main()), OpenExchange::none);
         Contents now = contents();
         if (!isCommitted) {  // what the next writer removes

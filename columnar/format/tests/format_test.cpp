@@ -29,8 +29,12 @@ std::uint32_t checksumByWords(ByteList bytes) {
 
 GelColumn column(GelType type, StorageCode storage, std::uint32_t position, int set,
                  const char* name) {
-  return {.name = name, .type = type, .typeArgument = 0, .storage = storage,
-          .inputPosition = position, .columnSet = set};
+  return {.name = name,
+          .type = type,
+          .typeArgument = 0,
+          .storage = storage,
+          .inputPosition = position,
+          .columnSet = set};
 }
 
 TextStatistics statisticsBetween(std::string_view low, std::string_view high) {
@@ -92,9 +96,10 @@ TEST(MetadataBlock, GoldenBytes) {
   ByteList bytes;
   ByteWriter writer(bytes);
   writeMetadata(writer, metadata);
-  EXPECT_EQ(bytes, (ByteList{0x88, 0x13, 0, 0, 1,                                        //
-                             1, 0, 0, 0, 'K', 0, 0, 0, 0, 0, 0, 0, 2, 0, 0, 0, 'i', 'd', 2,  //
-                             0, 0, 0, 0, 'F', 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 'p', 0}));
+  EXPECT_EQ(bytes,
+            (ByteList{0x88, 0x13, 0, 0, 1,                                                  //
+                      1,    0,    0, 0, 'K', 0, 0, 0, 0, 0, 0, 0, 2, 0, 0, 0, 'i', 'd', 2,  //
+                      0,    0,    0, 0, 'F', 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 'p', 0}));
   MetadataBlock read;
   EXPECT_EQ(readMetadata(bytes, 2, read), ReadStatus::ok);
   EXPECT_EQ(read.columns, metadata.columns);
@@ -110,7 +115,8 @@ TEST(MetadataBlock, SetsOfSeveralAreCountedAtTheEnd) {
   ByteList bytes;
   ByteWriter writer(bytes);
   writeMetadata(writer, metadata);
-  EXPECT_EQ(ByteList(bytes.end() - 12, bytes.end()), (ByteList{1, 0, 0, 0, 0, 0, 0, 0, 2, 0, 0, 0}));
+  EXPECT_EQ(ByteList(bytes.end() - 12, bytes.end()),
+            (ByteList{1, 0, 0, 0, 0, 0, 0, 0, 2, 0, 0, 0}));
   MetadataBlock read;
   EXPECT_EQ(readMetadata(bytes, 3, read), ReadStatus::ok);
   EXPECT_EQ(read.columns, metadata.columns);
@@ -134,10 +140,10 @@ TEST(BlockDescriptor, FieldsAreContiguous) {
   layout.setChunkPosition(bytes.data(), 1, 9);
   layout.writeStatistics(bytes.data(), 0, KeyStatistics{.hasNull = true, .low = 2, .high = 3});
   EXPECT_EQ(ByteList(bytes.begin(), bytes.begin() + 29),
-            (ByteList{0x2C, 1, 0, 0,                     // rows
-                      0x22, 0x11, 0, 0, 0, 0, 0, 0x80,   // the first set's block
-                      0, 0, 0, 0, 1, 2, 0, 0, 0, 3, 0, 0, 0,  //
-                      9, 0, 0, 0}));
+            (ByteList{0x2C, 1,    0, 0,                                // rows
+                      0x22, 0x11, 0, 0, 0, 0, 0, 0x80,                 // the first set's block
+                      0,    0,    0, 0, 1, 2, 0, 0,    0, 3, 0, 0, 0,  //
+                      9,    0,    0, 0}));
   EXPECT_EQ(layout.blockLocation(bytes.data(), 0), (BlockLocation{0x1122, true}));
   EXPECT_EQ(layout.sliceOffset(1), 4u + 8 + 13 + 22);
 }
@@ -188,8 +194,12 @@ TEST(ColumnStatistics, ATextTooLongIsCutBelowAndRoundedUpAbove) {
   EXPECT_EQ(bound(letters + "bb"), letters + "c");
   EXPECT_EQ(bound(letters + "é!"), std::string(78, 'a') + "b");  // é does not fit whole
   EXPECT_EQ(bound(std::string(78, 'a') + "éa"), std::string(78, 'a') + "ê");
-  EXPECT_EQ(bound(std::string(77, 'a') + "\xED\x9F\xBF" "a"), std::string(77, 'a') + "\xEE\x80\x80");
-  EXPECT_EQ(bound(std::string(76, 'a') + "\U0010FFFF" "a"), std::string(75, 'a') + "b");
+  EXPECT_EQ(bound(std::string(77, 'a') + "\xED\x9F\xBF"
+                                         "a"),
+            std::string(77, 'a') + "\xEE\x80\x80");
+  EXPECT_EQ(bound(std::string(76, 'a') + "\U0010FFFF"
+                                         "a"),
+            std::string(75, 'a') + "b");
   std::string last;
   for (int i = 0; i < 21; ++i) {
     last += "\U0010FFFF";

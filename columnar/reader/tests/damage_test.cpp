@@ -214,8 +214,8 @@ void expectNoValueChangedByMetadata(const MemoryFiles& whole, const std::vector<
   const auto columns = columnsInFileOrder(made.size());
   const ReadResult expected = readRows(whole, columns);
   int changedOrders = 0;
-  for (std::size_t offset = kHeaderSize + columns.size() * kSlotSize; offset < firstRecord(whole.at(kMain));
-       ++offset) {
+  for (std::size_t offset = kHeaderSize + columns.size() * kSlotSize;
+       offset < firstRecord(whole.at(kMain)); ++offset) {
     for (const int mask : masks) {
       MemoryFiles files = whole;
       files[kMain][offset] = static_cast<char>(whole.at(kMain)[offset] ^ mask);

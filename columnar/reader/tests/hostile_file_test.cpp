@@ -120,7 +120,8 @@ void expectBounded(const MemoryFiles& files, const std::string& what, std::uint6
 }
 
 void storeRecords(MemoryFiles& files, const std::string& records) {
-  files[kMain] = files.at(kMain).substr(0, firstRecord(files.at(kMain))) + records + std::string(8, '\xFF');
+  files[kMain] =
+      files.at(kMain).substr(0, firstRecord(files.at(kMain))) + records + std::string(8, '\xFF');
 }
 
 std::string sealedRecord(const std::string& payload) {
@@ -140,7 +141,8 @@ MemoryFiles oneChunk(MadeColumn column, std::uint32_t rows, const std::string& c
   MemoryFiles files = makeFile({column}, {{value}}, {.rowsInBlock = rows});
   const Bytes main = asBytes(files.at(kMain));
   ByteBuffer raw;
-  (void)uncompressSnappy(main.subspan(firstRecord(files.at(kMain)) + kRecordHeadSize), kMaxRawSize, raw);
+  (void)uncompressSnappy(main.subspan(firstRecord(files.at(kMain)) + kRecordHeadSize), kMaxRawSize,
+                         raw);
   DescriptorLayout::setRowCount(raw.data(), rows);
   storeRecords(files, sealedRecord(compressed(std::string(asText(raw.bytes())))));
   const std::uint64_t rowCount = rows;

@@ -7,8 +7,7 @@ namespace kelvarin {
 namespace {
 
 QString marked(const char* expression, int position, const char* token) {
-  return markedExpression(QString::fromUtf8(expression),
-                          {{}, position, QString::fromUtf8(token)});
+  return markedExpression(QString::fromUtf8(expression), {{}, position, QString::fromUtf8(token)});
 }
 
 TEST(MarkedExpression, PutsTheMarkBelowTheToken) {

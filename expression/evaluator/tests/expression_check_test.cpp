@@ -101,8 +101,7 @@ TEST(EngineChoice, SaysWhatForcedASlowerEngine) {
   };
   ExpressionSet expressions;
   expressions.configure(
-      {}, {inputOf("x"), textSample("t", "a"), inputOf("größe"), inputOf("Ελλάς")}, nullptr,
-      false);
+      {}, {inputOf("x"), textSample("t", "a"), inputOf("größe"), inputOf("Ελλάς")}, nullptr, false);
   for (const Case& one : cases) {
     const ExpressionCheck check = expressions.check(outputOf(one.expression));
     ASSERT_TRUE(check.isCompiled()) << one.expression;

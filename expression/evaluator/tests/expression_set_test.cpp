@@ -144,8 +144,8 @@ TEST(ExpressionSet, UnfriendlyExpressionsEndWithAMessageOrAValue) {
   }
   ExpressionEvaluator evaluator;
   evaluator.expressions.configure({}, {}, nullptr, false);
-  EXPECT_TRUE(evaluator.expressions.check(outputOf(QByteArray(20100, '1').constData())).text
-                  .startsWith("The expression is too long: it has 20100 characters"));
+  EXPECT_TRUE(evaluator.expressions.check(outputOf(QByteArray(20100, '1').constData()))
+                  .text.startsWith("The expression is too long: it has 20100 characters"));
 }
 
 TEST(ExpressionSet, EvaluatorsOfSeveralThreadsShareNothing) {

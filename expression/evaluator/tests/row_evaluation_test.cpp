@@ -52,9 +52,10 @@ TEST(RowEvaluation, TextsInFunctionsOfNumbersAreReportedWithTheirPosition) {
   const ExpressionCheck check = run.evaluator.expressions.check(outputOf("sin(t)"));
   EXPECT_EQ(check.kind, ExpressionCheck::Kind::warning);
   EXPECT_EQ(check.text, QString());
-  EXPECT_EQ(check.warnings,
-            QStringList{"Expression 'out': the function 'sin' at position 0 takes its argument 1, a "
-                        "text or an array, for 0. Write atof() around a text that is a number."});
+  EXPECT_EQ(
+      check.warnings,
+      QStringList{"Expression 'out': the function 'sin' at position 0 takes its argument 1, a "
+                  "text or an array, for 0. Write atof() around a text that is a number."});
   EXPECT_EQ(run.evaluator.expressions.check(outputOf("sin(atof(t))")).kind,
             ExpressionCheck::Kind::fine);
 }
@@ -138,11 +139,13 @@ TEST(RowEvaluation, CountsDatesThatCannotBeRead) {
       run.table.set(0, QString(text));
       ASSERT_EQ(run.next(), RowOutcome::ok);
     }
-    EXPECT_EQ(run.evaluator.rows.closingWarnings(),
-              QStringList{QStringLiteral(
-                  "Column 'd' holds dates in the format 'yyyy-MM-dd': 3 value(s) could not be read "
-                  "and count as %1, the first one '31/01/2024' on data row 5 (counted from 0).")
-                              .arg(castToET2 == 0 ? "missing" : "0")});
+    EXPECT_EQ(
+        run.evaluator.rows.closingWarnings(),
+        QStringList{
+            QStringLiteral(
+                "Column 'd' holds dates in the format 'yyyy-MM-dd': 3 value(s) could not be read "
+                "and count as %1, the first one '31/01/2024' on data row 5 (counted from 0).")
+                .arg(castToET2 == 0 ? "missing" : "0")});
   }
 }
 

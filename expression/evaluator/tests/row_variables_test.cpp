@@ -101,8 +101,8 @@ TEST(RowVariables, OfARowThatFailedAreShownAsFarAsItCame) {
   run.evaluator.clear();
   EvaluationOptions options;
   options.keyCast.nullOnInput = 2;
-  run.evaluator.expressions.configure(
-      options, {inputOf("x"), inputOf("t", 'U'), inputOf("k")}, nullptr, true);
+  run.evaluator.expressions.configure(options, {inputOf("x"), inputOf("t", 'U'), inputOf("k")},
+                                      nullptr, true);
   ASSERT_TRUE(run.evaluator.expressions.bind(run.table.row(), asWritten));
   ASSERT_EQ(run.add(outputOf("(x = 7) + k")), QString());
   ASSERT_EQ(run.add(outputOf("(x = 8) + nvl(t, 1) + 1")), QString());
@@ -123,16 +123,16 @@ TEST(RowVariables, OfARowThatFailedAreShownAsFarAsItCame) {
 
   run.table.set(1, QString("text"));
   ASSERT_EQ(evaluateAll(), RowOutcome::stop);
-  EXPECT_EQ(variablesOf(run), (QStringList{"x of x = 8", "t of t = \"text\"", "k of k = 4",
-                                           "_n = 1"}));
+  EXPECT_EQ(variablesOf(run),
+            (QStringList{"x of x = 8", "t of t = \"text\"", "k of k = 4", "_n = 1"}));
   run.evaluator.rows.advanceRow();
 
   run.table.setKey(2, 0xFFFFFFFE);  // stops at loading
   run.table.set(0, 3.0);
   ASSERT_EQ(evaluateAll(), RowOutcome::stop);
   EXPECT_EQ(run.evaluator.rows.lastFailure().kind, RowFailure::Kind::nullKey);
-  EXPECT_EQ(variablesOf(run), (QStringList{"x of x = 3", "t of t = \"text\"", "k of k = null",
-                                           "_n = 2"}));
+  EXPECT_EQ(variablesOf(run),
+            (QStringList{"x of x = 3", "t of t = \"text\"", "k of k = null", "_n = 2"}));
 }
 
 TEST(RowVariables, OfAVectorEveryElementIsShown) {

@@ -60,7 +60,8 @@ TEST(VariableNames, OfTwoVariablesWithOneNameTheFirstIsSeen) {
     EXPECT_EQ(numberFirst.number(), 3.0);
     EXPECT_EQ(textFirst.number(), 5.0);
     EXPECT_EQ(textFirst.add(outputOf("x+1")), QString());
-    EXPECT_EQ(textFirst.evaluator.expressions.backend(1), BackendKind::string);  // a text plus a number
+    EXPECT_EQ(textFirst.evaluator.expressions.backend(1),
+              BackendKind::string);  // a text plus a number
   }
 }
 

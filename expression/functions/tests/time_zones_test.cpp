@@ -8,10 +8,19 @@
 namespace kelvarin {
 namespace {
 
-constexpr const char* kZones[] = {
-    "UTC",          "Europe/Brussels",     "Europe/London",    "Europe/Moscow",
-    "Africa/Cairo", "America/New_York",    "America/St_Johns", "America/Sao_Paulo",
-    "Asia/Kolkata", "Asia/Tokyo", "Australia/Lord_Howe", "Pacific/Apia",     "Pacific/Marquesas"};
+constexpr const char* kZones[] = {"UTC",
+                                  "Europe/Brussels",
+                                  "Europe/London",
+                                  "Europe/Moscow",
+                                  "Africa/Cairo",
+                                  "America/New_York",
+                                  "America/St_Johns",
+                                  "America/Sao_Paulo",
+                                  "Asia/Kolkata",
+                                  "Asia/Tokyo",
+                                  "Australia/Lord_Howe",
+                                  "Pacific/Apia",
+                                  "Pacific/Marquesas"};
 
 class InZone : public testing::TestWithParam<const char*> {
  protected:
@@ -111,10 +120,10 @@ TEST_P(InZone, StatedZonesAreInstants) {
           "2021-07-02 00:00:00 Pacific/Auckland"}) {
       EXPECT_EQ(difference("2021-07-01 12:00:00 UTC", noon), 0.0) << noon;
     }
-    for (const char* none : {"2021-07-01 12:00:00", "2021-07-01 12:00:00 ",
-                             "2021-07-01 12:00:00UTC", "2021-07-01 12:00:00 XYZ", "2021-07-01 12:00:00 UTC+15",
-                             "2021-07-01 12:00:00 UTC+01:60", "2021-07-01 12:00:00 Europe/Nowhere",
-                             "2021-03-28 02:30:00 Europe/Berlin", "UTC"}) {
+    for (const char* none :
+         {"2021-07-01 12:00:00", "2021-07-01 12:00:00 ", "2021-07-01 12:00:00UTC",
+          "2021-07-01 12:00:00 XYZ", "2021-07-01 12:00:00 UTC+15", "2021-07-01 12:00:00 UTC+01:60",
+          "2021-07-01 12:00:00 Europe/Nowhere", "2021-03-28 02:30:00 Europe/Berlin", "UTC"}) {
       EXPECT_TRUE(isNullNumber(difference("2021-07-01 12:00:00 UTC", none))) << none;
     }
     const std::string end =

@@ -27,20 +27,34 @@ ExpressionError errorOfTypes(Type found, Type wanted, const char* token = "") {
 
 TEST(ExpressionHint, AnswersSignsOfOtherLanguages) {
   const std::pair<const char*, const char*> cases[] = {
-      {"x == 'a'", "double quotes"},      {"x == “a”", "double quotes"},
-      {"!x", "not(x)"},                   {"x > 1 && !(x > 2)", "not(x)"},
-      {"`x` + 1", "stands alone"},        {"$x + 1", "stands alone"},
-      {"[x] + 1", "stands alone"},        {"1 + [x]", "stands alone"},
-      {"x in (1, 2)", "x == a || x == b"}, {"x not in (1, 2)", "x == a || x == b"},
-      {"x like \"a%\"", "contains"},      {"x between 1 and 2", "x >= a && x <= b"},
-      {"x is null", "isNull(x)"},         {"x is not null", "not(isNull(x))"},
-      {"x ** 2", "x ^ y"},                {"x <> 1", "!="},
-      {"x => 1", ">="},                   {"x =< 1", "<="},
-      {"x === 1", "=="},                  {"x × 2", "x * y"},
-      {"x ≠ 2", "!="},                    {"max(1; 2)", "commas"},
-      {"not x", "not(x)"},                {"x > 1 then 2 else 3", "condition ? a : b"},
-      {"10%", "x / 100"},                 {"x mod 2", "x % y"},
-      {"t.x + 1", "no points"},           {"x > 1 AND x < 2", "small letters"},
+      {"x == 'a'", "double quotes"},
+      {"x == “a”", "double quotes"},
+      {"!x", "not(x)"},
+      {"x > 1 && !(x > 2)", "not(x)"},
+      {"`x` + 1", "stands alone"},
+      {"$x + 1", "stands alone"},
+      {"[x] + 1", "stands alone"},
+      {"1 + [x]", "stands alone"},
+      {"x in (1, 2)", "x == a || x == b"},
+      {"x not in (1, 2)", "x == a || x == b"},
+      {"x like \"a%\"", "contains"},
+      {"x between 1 and 2", "x >= a && x <= b"},
+      {"x is null", "isNull(x)"},
+      {"x is not null", "not(isNull(x))"},
+      {"x ** 2", "x ^ y"},
+      {"x <> 1", "!="},
+      {"x => 1", ">="},
+      {"x =< 1", "<="},
+      {"x === 1", "=="},
+      {"x × 2", "x * y"},
+      {"x ≠ 2", "!="},
+      {"max(1; 2)", "commas"},
+      {"not x", "not(x)"},
+      {"x > 1 then 2 else 3", "condition ? a : b"},
+      {"10%", "x / 100"},
+      {"x mod 2", "x % y"},
+      {"t.x + 1", "no points"},
+      {"x > 1 AND x < 2", "small letters"},
       {"if x > 1", "condition ? a : b"},
   };
   for (const auto& [expression, wanted] : cases) {
@@ -59,8 +73,8 @@ TEST(ExpressionHint, IsSilentAboutWhatIsAllowed) {
 
 TEST(ExpressionHint, SaysWhatTypesAndArgumentsAreWanted) {
   EXPECT_TRUE(hint("s + x", errorOfTypes(Type::text, Type::number, "+")).contains("a // b"));
-  EXPECT_TRUE(hint("s - x", errorOfTypes(Type::text, Type::number, "-"))
-                  .startsWith("One value is a text"));
+  EXPECT_TRUE(
+      hint("s - x", errorOfTypes(Type::text, Type::number, "-")).startsWith("One value is a text"));
   EXPECT_TRUE(hint("x and in", errorOfTypes(Type::number, Type::condition)).contains("isTrue(x)"));
   EXPECT_TRUE(hint("\"a\" // 1", errorOfTypes(Type::number, Type::text)).contains("itoa"));
   EXPECT_TRUE(hint("(x > 1) + 1", errorOfTypes(Type::condition, Type::number)).contains("&&"));
@@ -86,8 +100,8 @@ TEST(ExpressionHint, ValuesSideBySideMissAnOperator) {
     EXPECT_TRUE(text.startsWith("An operator is missing") && text.contains(wanted))
         << expression << ": " << text.toStdString();
   }
-  EXPECT_FALSE(hint("rund(2)", errorOf(Kind::unexpectedToken, "(", 4))
-                   .contains("operator is missing"));
+  EXPECT_FALSE(
+      hint("rund(2)", errorOf(Kind::unexpectedToken, "(", 4)).contains("operator is missing"));
   EXPECT_EQ(hint("x + 2)", errorOf(Kind::unexpectedToken, ")", 5)), QString());
   EXPECT_EQ(hint("x and or x", errorOf(Kind::unexpectedToken, "or", 6)), QString());
 }
@@ -98,7 +112,8 @@ TEST(ExpressionHint, NumbersAndTextsAreWrittenPlainly) {
   }
   EXPECT_TRUE(hint("1,000,000", errorOf(Kind::unexpectedComma)).contains("1000000"));
   EXPECT_TRUE(hint("1e400", errorOf(Kind::undefinedName, "1e400", 0)).contains("too large"));
-  EXPECT_TRUE(hint("x // \"a", errorOf(Kind::unclosedText, "", 7)).contains("opens at position 5."));
+  EXPECT_TRUE(
+      hint("x // \"a", errorOf(Kind::unclosedText, "", 7)).contains("opens at position 5."));
   EXPECT_TRUE(hint(" ").contains("is empty"));
 }
 
@@ -109,8 +124,8 @@ TEST(ExpressionHint, CallsLeadToTheFunctionThatTakesTheArguments) {
   for (const auto& [function, wanted] :
        {std::pair("round", "2 argument(s): round2(x,d)"), std::pair("trim", ": trim2(x,y)"),
         std::pair("indexOf", "3 argument(s): indexOf2("), std::pair("atan", "atan2(y, x)"),
-        std::pair("atan2", "from numbers alone"),
-        std::pair("lastIndexOf", ": lastIndexOf2("), std::pair("log", "ln(x) / ln(b)")}) {
+        std::pair("atan2", "from numbers alone"), std::pair("lastIndexOf", ": lastIndexOf2("),
+        std::pair("log", "ln(x) / ln(b)")}) {
     EXPECT_TRUE(hintAtCall(Kind::tooManyArguments, function).contains(wanted))
         << hintAtCall(Kind::tooManyArguments, function).toStdString();
   }

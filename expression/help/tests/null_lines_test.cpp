@@ -48,8 +48,8 @@ bool isText(const std::string& argument) {
   return argument.find('"') != std::string::npos;
 }
 
-std::string callWith(const std::string& name, std::vector<std::string> arguments,
-                     std::size_t index, const char* argument) {
+std::string callWith(const std::string& name, std::vector<std::string> arguments, std::size_t index,
+                     const char* argument) {
   arguments[index] = argument;
   std::string call = name + "(" + arguments.front();
   for (std::size_t i = 1; i < arguments.size(); ++i) {
@@ -171,8 +171,8 @@ TEST(NullLines, HoldForOperators) {
     expectWhereverAccepted(std::string("2 ") + sign + " _null", "null");
   }
   for (const char* expression :
-       {"-(_null)", "_null^3", "pow(_null, 3)", "(int)_null", "(float)_null", "(_null){k}", "_nullS // \"a\"",
-        "\"a\" // _nullS"}) {
+       {"-(_null)", "_null^3", "pow(_null, 3)", "(int)_null", "(float)_null", "(_null){k}",
+        "_nullS // \"a\"", "\"a\" // _nullS"}) {
     expectWhereverAccepted(expression, "null");
   }
   expectWhereverAccepted("_null == _null", "0");

@@ -40,8 +40,8 @@ std::vector<InputVariable> variables() {
   // Of two variables with one name every back-end sees the first.
   for (const bool isNumber : {true, false}) {
     InputVariable& second = list.emplace_back();
-    second.label = QString::fromLatin1(isNumber ? RandomExpression::kTexts[0]
-                                                : RandomExpression::kNumbers[0]);
+    second.label =
+        QString::fromLatin1(isNumber ? RandomExpression::kTexts[0] : RandomExpression::kNumbers[0]);
     second.isNumber = isNumber;
   }
   return list;

@@ -5,7 +5,7 @@
 #include <QLibraryInfo>
 #include <QTemporaryDir>
 
-#include "host/engine/tests/test_actions.h"
+#include "host/engine/tests/made_actions.h"
 
 namespace kelvarin::testing {
 namespace {

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "host/engine/branch_run.h"
-#include "host/engine/tests/test_actions.h"
+#include "host/engine/tests/made_actions.h"
 
 namespace kelvarin::testing {
 namespace {

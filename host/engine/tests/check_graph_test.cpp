@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "host/engine/input_columns.h"
-#include "host/engine/tests/test_actions.h"
+#include "host/engine/tests/made_actions.h"
 
 namespace kelvarin::testing {
 namespace {
@@ -79,8 +79,8 @@ TEST(InputColumns, AreKnownWithoutARun) {
       "<Count name='data' texts='1'/><Count name='table' rows='3'/><WithTable name='c'/>"
       "<Collect name='w'/><Faulty name='beside'/>",
       "data c, table c:1, c w, c beside", prototypesWith<Faulty>());
-  const std::vector<PinColumns::Column> expected{
-      {QStringLiteral("n"), MetaTypeColumn::number}, {QStringLiteral("t"), MetaTypeColumn::text}};
+  const std::vector<PinColumns::Column> expected{{QStringLiteral("n"), MetaTypeColumn::number},
+                                                 {QStringLiteral("t"), MetaTypeColumn::text}};
   EXPECT_EQ(columnsOfPin(t, "w", 0).columns, expected);
   EXPECT_EQ(t.seen.values["c"], countedTo(3));  // a table decides on columns
   EXPECT_EQ(columnsOfPin(t, "c", 1).columns, std::vector(expected.begin(), expected.begin() + 1));

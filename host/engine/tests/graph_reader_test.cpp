@@ -4,9 +4,9 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include "host/engine/graph_writer.h"
 #include "host/contract/nearest_names.h"
-#include "host/engine/tests/test_actions.h"
+#include "host/engine/graph_writer.h"
+#include "host/engine/tests/made_actions.h"
 
 namespace kelvarin::testing {
 namespace {
@@ -157,24 +157,27 @@ TEST_F(GraphReader, BoundsWhatParametersGrowTo) {
     return "<KelvarinGraph>\n<Parameters>\n" + doubling + rest + "</KelvarinGraph>";
   };
   EXPECT_EQ(errors(graphWith("</Parameters>")), "");
-  EXPECT_EQ(errors(graphWith("<Parameter name='q' value='${p16}${p16}'/></Parameters>")),
-            "g.kelvarin:20:1: the value of the parameter 'q' becomes longer than 1048576 characters "
-            "when the parameters in it are replaced; shorten it, or name fewer parameters in it.\n");
+  EXPECT_EQ(
+      errors(graphWith("<Parameter name='q' value='${p16}${p16}'/></Parameters>")),
+      "g.kelvarin:20:1: the value of the parameter 'q' becomes longer than 1048576 characters "
+      "when the parameters in it are replaced; shorten it, or name fewer parameters in it.\n");
   EXPECT_EQ(errors(graphWith(wide + "</Parameters>")).substr(0, 61),
             "g.kelvarin:43:1: with the parameter 'w23' the values of all p");
-  EXPECT_EQ(errors(graphWith("</Parameters><Actions>\n<Count name='s' file='${p16}${p16}'/>"
-                             "</Actions>")),
-            "g.kelvarin:21:1: the attribute 'file' of <Count> becomes longer than 1048576 characters "
-            "when the parameters in it are replaced; shorten it, or name fewer parameters in it.\n");
+  EXPECT_EQ(
+      errors(graphWith("</Parameters><Actions>\n<Count name='s' file='${p16}${p16}'/>"
+                       "</Actions>")),
+      "g.kelvarin:21:1: the attribute 'file' of <Count> becomes longer than 1048576 characters "
+      "when the parameters in it are replaced; shorten it, or name fewer parameters in it.\n");
 }
 
 TEST_F(GraphReader, TellsWhyAFileCannotBeRead) {
   const auto absent = readGraph(QStringLiteral("/nonexistent/g.kelvarin"), catalogue);
   ASSERT_FALSE(absent);
-  EXPECT_EQ(absent.error()[0].text(),
-            QStringLiteral(
-                "/nonexistent/g.kelvarin: the graph cannot be read: No such file or directory. There "
-                "is no folder '/nonexistent'."));
+  EXPECT_EQ(
+      absent.error()[0].text(),
+      QStringLiteral(
+          "/nonexistent/g.kelvarin: the graph cannot be read: No such file or directory. There "
+          "is no folder '/nonexistent'."));
   EXPECT_FALSE(readGraph(QStringLiteral("/tmp"), catalogue));
 }
 

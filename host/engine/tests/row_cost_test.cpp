@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include "host/engine/tests/test_actions.h"
+#include "host/engine/tests/made_actions.h"
 
 namespace {
 long long allocations = 0;

@@ -1,5 +1,5 @@
-// Every reader gets every row in order, from memory or disk, and the row that it took last stays what
-// it is whatever happens to the queue.
+// Every reader gets every row in order, from memory or disk, and the row that it took last stays
+// what it is whatever happens to the queue.
 #include <deque>
 #include <random>
 
@@ -43,7 +43,8 @@ class ThreeValues {
     bool hasKey = false;
     bool isMissing = false;
     return row.colAsDouble(0, nullptr) == number &&
-           row.colAsKey(1, &hasKey) == (number % 2 == 0 ? kNullKey : static_cast<unsigned>(number)) &&
+           row.colAsKey(1, &hasKey) ==
+               (number % 2 == 0 ? kNullKey : static_cast<unsigned>(number)) &&
            row.colAsUtf8(2, &isMissing).size() == (number % 5 == 0 ? 0 : lengthOf(number)) &&
            isMissing == (number % 5 == 0);
   }
@@ -75,7 +76,9 @@ struct TestReader {
 TEST(RowQueue, GivesEveryReaderEveryRowAtItsPaceAndLeavesTheLastOneAlone) {
   for (int seed = 0; seed < 24; ++seed) {
     std::mt19937 dice(static_cast<unsigned>(seed));
-    const auto below = [&dice](int end) { return static_cast<int>(dice() % static_cast<unsigned>(end)); };
+    const auto below = [&dice](int end) {
+      return static_cast<int>(dice() % static_cast<unsigned>(end));
+    };
     ExecutionOptions options;
     options.queueMemoryBytes = seed % 3 == 0 ? 1 << 30 : seed % 3 == 1 ? 1 << 20 : 0;
     RowQueue queue(options);

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/engine/tests/test_actions.h"
+#include "host/engine/tests/made_actions.h"
 
 namespace kelvarin::testing {
 namespace {
@@ -70,8 +70,8 @@ TEST(RunGraph, HoldsRowsOverStepsWhileOthersPullTheSource) {
   EXPECT_EQ(t.seen.values["x"], countedTo(3000));
 }
 
-// The last row of a reader that finishes as it publishes it is read after the reader's end, while the
-// others go on and the queue of the fork moves and goes to disk.
+// The last row of a reader that finishes as it publishes it is read after the reader's end, while
+// the others go on and the queue of the fork moves and goes to disk.
 TEST(RunGraph, ARowOutlivesTheEndOfTheReaderThatPublishedIt) {
   for (const long long memory : {64LL << 20, 0LL}) {
     TestGraph t(

@@ -5,7 +5,7 @@
 #include <numeric>
 
 #include "host/contract/columns_in_hand.h"
-#include "host/engine/tests/test_actions.h"
+#include "host/engine/tests/made_actions.h"
 
 namespace kelvarin::testing {
 namespace {

@@ -10,14 +10,14 @@ const QStringList kArrowTypes{QStringLiteral("arrow"), QStringLiteral("feather")
 
 ActionDescription describedSource(const char* typeName, const char* toolTip,
                                   const QStringList& fileTypes) {
-  return {.typeName = typeName,
-          .toolTip = toolTip,
-          .tags = {"Common"},
-          .keywords = {fileTypes.front(), "columnar", "file", "import", "input", "load", "read",
-                       "in"},
-          .fileTypes = fileTypes,
-          .attributes = {TableSource::describedFile(), ColumnSettings::describedAttribute()},
-          .children = {ColumnSettings::describedElement()}};
+  return {
+      .typeName = typeName,
+      .toolTip = toolTip,
+      .tags = {"Common"},
+      .keywords = {fileTypes.front(), "columnar", "file", "import", "input", "load", "read", "in"},
+      .fileTypes = fileTypes,
+      .attributes = {TableSource::describedFile(), ColumnSettings::describedAttribute()},
+      .children = {ColumnSettings::describedElement()}};
 }
 
 ActionDescription describedSink(const char* typeName, const char* toolTip,

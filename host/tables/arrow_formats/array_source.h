@@ -38,9 +38,7 @@ struct RowCount {
   long long count = 0;
   long long firstRow = -1;
 
-  void add(long long row) {
-    firstRow = count++ == 0 ? row : firstRow;
-  }
+  void add(long long row) { firstRow = count++ == 0 ? row : firstRow; }
 };
 
 // What has been read of a column so far.

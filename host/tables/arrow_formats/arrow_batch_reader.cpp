@@ -71,8 +71,8 @@ Status<QString> ArrowBatchReader::takeDeclaredTypes(const arrow::Schema& schema)
   for (const DeclaredColumn& declared : m_rules.declared) {
     const qsizetype index = positions.value(declared.name, -1);
     if (index < 0) {
-      return Failure{table_messages::declaredColumnAbsent(m_path, declared.name,
-                                                          shownNames(m_columns.names))};
+      return Failure{
+          table_messages::declaredColumnAbsent(m_path, declared.name, shownNames(m_columns.names))};
     }
     const arrow::DataType& type = *schema.field(static_cast<int>(index))->type();
     const std::vector<MetaTypeColumn> types = columnTypesOf(type);
@@ -161,8 +161,8 @@ QStringList ArrowBatchReader::warnings() const {
       warnings += table_messages::readAsNull(locationOfRow(bad.firstRow), name, bad.count);
     }
     if (const RowCount& finer = m_tallies[i].finerTimes; finer.count > 0) {
-      warnings += table_messages::finerThanMilliseconds(locationOfRow(finer.firstRow), name,
-                                                        finer.count);
+      warnings +=
+          table_messages::finerThanMilliseconds(locationOfRow(finer.firstRow), name, finer.count);
     }
   }
   return warnings;

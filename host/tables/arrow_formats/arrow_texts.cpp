@@ -33,11 +33,9 @@ void fillTexts(const ArraySource& source, ValueColumn& column, View view) {
 }
 
 template <typename Array>
-std::optional<BadValue> textsOfViews(const ArraySource& source, ValueColumn& column,
-                                     ColumnTally&) {
+std::optional<BadValue> textsOfViews(const ArraySource& source, ValueColumn& column, ColumnTally&) {
   const auto& texts = static_cast<const Array&>(source.values);
-  fillTexts(source, column,
-            [&](std::int64_t at) -> std::string_view { return texts.GetView(at); });
+  fillTexts(source, column, [&](std::int64_t at) -> std::string_view { return texts.GetView(at); });
   return std::nullopt;
 }
 
@@ -69,9 +67,8 @@ template <typename Array>
 std::optional<BadValue> textsOfDecimals(const ArraySource& source, ValueColumn& column,
                                         ColumnTally&) {
   const DecimalTexts<Array> decimals(source.values);
-  return fillMadeTexts(source, column, [&decimals](std::string& text, std::int64_t at) {
-    text = decimals.at(at);
-  });
+  return fillMadeTexts(source, column,
+                       [&decimals](std::string& text, std::int64_t at) { text = decimals.at(at); });
 }
 
 std::optional<BadValue> textsOfDays(const ArraySource& source, ValueColumn& column, ColumnTally&) {

@@ -5,7 +5,7 @@
 namespace kelvarin {
 
 BatchedArrowWriter::BatchedArrowWriter(std::unique_ptr<ArrowBatchWriter> writer, OutputFile& file,
-                         const QString& path)
+                                       const QString& path)
     : m_path(path),
       m_stream(std::make_shared<ArrowOutputStream>(file)),
       m_writer(std::move(writer)) {}
@@ -47,10 +47,9 @@ Status<QString> BatchedArrowWriter::outcome(const arrow::Status& status) const {
   if (status.ok()) {
     return Done{};
   }
-  return Failure{
-      m_stream->failure().isEmpty()
-          ? table_messages::cannotWrite(m_path, QString::fromStdString(status.message()))
-          : m_stream->failure()};
+  return Failure{m_stream->failure().isEmpty()
+                     ? table_messages::cannotWrite(m_path, QString::fromStdString(status.message()))
+                     : m_stream->failure()};
 }
 
 }  // namespace kelvarin

@@ -24,7 +24,8 @@ std::unique_ptr<ArrowBatchWriter> makeIpcWriter();
 
 class BatchedArrowWriter final : public ArrowTableWriter {
  public:
-  BatchedArrowWriter(std::unique_ptr<ArrowBatchWriter> writer, OutputFile& file, const QString& path);
+  BatchedArrowWriter(std::unique_ptr<ArrowBatchWriter> writer, OutputFile& file,
+                     const QString& path);
   // What has not been written by then is abandoned.
   ~BatchedArrowWriter() override;
 

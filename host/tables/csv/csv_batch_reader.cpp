@@ -80,8 +80,7 @@ Status<QString> CsvBatchReader::settleColumns() {
   for (const DeclaredColumn& column : m_rules.declared) {
     const qsizetype index = positions.value(column.name, -1);
     if (index < 0) {
-      return Failure{
-          table_messages::declaredColumnAbsent(m_path, column.name, shownNames(names))};
+      return Failure{table_messages::declaredColumnAbsent(m_path, column.name, shownNames(names))};
     }
     m_columns.types[static_cast<std::size_t>(index)] = column.type;
     m_isDeclared[static_cast<std::size_t>(index)] = true;
@@ -98,9 +97,8 @@ Status<QString> CsvBatchReader::nameByDeclarations() {
     return Done{};
   }
   const QHash<QString, qsizetype> generated = positionsOf(names);
-  if (std::all_of(declared.begin(), declared.end(), [&](const DeclaredColumn& column) {
-        return generated.contains(column.name);
-      })) {
+  if (std::all_of(declared.begin(), declared.end(),
+                  [&](const DeclaredColumn& column) { return generated.contains(column.name); })) {
     return Done{};
   }
   const auto declaredCount = static_cast<qsizetype>(declared.size());

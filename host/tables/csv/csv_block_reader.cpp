@@ -13,8 +13,7 @@ constexpr std::size_t kBlockSize = 64 * 1024;
 
 QString shownField(const std::string& field) {
   constexpr std::size_t kMaxBytes = 400;
-  return QString::fromUtf8(field.data(),
-                           static_cast<qsizetype>(std::min(field.size(), kMaxBytes)));
+  return QString::fromUtf8(field.data(), static_cast<qsizetype>(std::min(field.size(), kMaxBytes)));
 }
 
 }  // namespace
@@ -71,8 +70,9 @@ Result<ReadOutcome, QString> CsvBlockReader::next(CsvBlock& block) {
       return Failure{faultText(rest, restSize)};
     }
     if (restSize > static_cast<std::size_t>(kLongestRecord)) {
-      return Failure{table_messages::atLocation(table_messages::atLine(m_file.path(), m_line),
-                                             table_messages::recordTooLong(kLongestRecordMebibytes))};
+      return Failure{
+          table_messages::atLocation(table_messages::atLine(m_file.path(), m_line),
+                                     table_messages::recordTooLong(kLongestRecordMebibytes))};
     }
     if (m_isFileRead) {
       return ReadOutcome::end;
@@ -96,7 +96,7 @@ QString CsvBlockReader::faultText(const char* record, std::size_t size) const {
   const QString path = m_file.path();
   if (found.isQuoteOpen && isWhole) {
     return table_messages::atLocation(table_messages::atLine(path, found.quoteLine),
-                                   table_messages::quoteNeverClosed());
+                                      table_messages::quoteNeverClosed());
   }
   const auto fields = static_cast<int>(found.fieldCount);
   const QString what =

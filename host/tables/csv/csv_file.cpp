@@ -26,7 +26,7 @@ Status<QString> CsvFile::open(const QString& path) {
   if (m_descriptor < 0) {
     return Failure{table_messages::cannotRead(path, qt_error_string(errno))};
   }
-  struct stat info {};
+  struct stat info{};
   if (::fstat(m_descriptor, &info) != 0) {
     return Failure{table_messages::cannotRead(path, qt_error_string(errno))};
   }

@@ -36,9 +36,8 @@ QString kindOfForeignFile(std::string_view start) {
 
 // Every second byte is zero in UTF-16 without a byte order mark.
 bool hasZeroByte(const CsvRecord& record) {
-  return std::any_of(record.fields.begin(), record.fields.end(), [](const std::string& field) {
-    return field.find('\0') != field.npos;
-  });
+  return std::any_of(record.fields.begin(), record.fields.end(),
+                     [](const std::string& field) { return field.find('\0') != field.npos; });
 }
 
 // Reads until the first record is complete.
@@ -64,9 +63,9 @@ class HeadReader {
       const bool hasRecord = isComplete || (isAtEnd && m_scanner.finish());
       m_used = static_cast<std::size_t>(next - m_bytes.data());
       if (m_scanner.record().fieldCount > kMaxCsvColumns) {
-        return Failure{
-            table_messages::atLocation(table_messages::atLine(m_file.path(), m_scanner.record().line),
-                                    table_messages::tooManyColumns(kMaxCsvColumns))};
+        return Failure{table_messages::atLocation(
+            table_messages::atLine(m_file.path(), m_scanner.record().line),
+            table_messages::tooManyColumns(kMaxCsvColumns))};
       }
       if (isComplete) {
         return lookAfterRecord();
@@ -75,9 +74,9 @@ class HeadReader {
         return hasRecord;
       }
       if (static_cast<long long>(m_bytes.size()) > kLongestRecord) {
-        return Failure{
-            table_messages::atLocation(table_messages::atLine(m_file.path(), m_scanner.record().line),
-                                    table_messages::recordTooLong(kLongestRecordMebibytes))};
+        return Failure{table_messages::atLocation(
+            table_messages::atLine(m_file.path(), m_scanner.record().line),
+            table_messages::recordTooLong(kLongestRecordMebibytes))};
       }
     }
   }
@@ -129,7 +128,7 @@ Status<QString> nameColumns(const CsvFile& file, const CsvRecord& record, CsvHea
   for (const std::string& field : record.fields) {
     if (!isUtf8(field)) {
       return Failure{table_messages::atLocation(table_messages::atLine(file.path(), record.line),
-                                             table_messages::notUtf8())};
+                                                table_messages::notUtf8())};
     }
     const QString name = QString::fromUtf8(field.data(), static_cast<qsizetype>(field.size()));
     if (known.contains(name)) {
@@ -156,7 +155,7 @@ Status<QString> nameColumns(const CsvFile& file, const CsvRecord& record, CsvHea
   }
   if (unnamed > 0) {
     head.notes += table_messages::atLocation(table_messages::atLine(file.path(), record.line),
-                                          table_messages::unnamedColumns(unnamed, firstGiven));
+                                             table_messages::unnamedColumns(unnamed, firstGiven));
   }
   return Done{};
 }
@@ -197,7 +196,7 @@ Result<CsvHead, QString> readCsvHead(const CsvFile& file, const CsvDialect& dial
   const CsvRecord& record = reader.scanner().record();
   if (record.isQuoteOpen) {
     return Failure{table_messages::atLocation(table_messages::atLine(file.path(), record.quoteLine),
-                                           table_messages::quoteNeverClosed())};
+                                              table_messages::quoteNeverClosed())};
   }
   if (hasZeroByte(record)) {
     return Failure{table_messages::foreignFile(file.path(), table_messages::hasZeroBytes())};

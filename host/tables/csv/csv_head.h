@@ -17,8 +17,8 @@ struct CsvHead {
   QVector<QString> names;    // of the header, or col1, col2, ...
   long long dataOffset = 0;  // the first byte after the header
   long long dataLine = 1;    // and its line
-  std::string bytesRead;  // of the data, which the file does not yield again
-  QStringList notes;      // what the user should know about the header
+  std::string bytesRead;     // of the data, which the file does not yield again
+  QStringList notes;         // what the user should know about the header
 };
 
 Result<CsvHead, QString> readCsvHead(const CsvFile& file, const CsvDialect& dialect);

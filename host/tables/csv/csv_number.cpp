@@ -29,9 +29,8 @@ bool isNumberForPeople(std::string_view field) {
   text = withoutBlanks(text.substr(0, text.size() - (isPercent ? 1 : 0)));
   text.remove_prefix(text.starts_with('-') || text.starts_with('+') ? 1 : 0);
   const bool isOfDigits = !text.empty() && isDigit(text.front()) && isDigit(text.back()) &&
-                          std::all_of(text.begin(), text.end(), [](char c) {
-                            return isDigit(c) || c == ',' || c == '.';
-                          });
+                          std::all_of(text.begin(), text.end(),
+                                      [](char c) { return isDigit(c) || c == ',' || c == '.'; });
   if (!isOfDigits) {
     return false;
   }
@@ -54,8 +53,7 @@ bool isNumberForPeople(std::string_view field) {
 bool isMissingWord(std::string_view field) {
   static constexpr std::string_view kWords[] = {"NA",   "N/A",  "n/a",  "#N/A", "NULL", "Null",
                                                 "null", "None", "none", "-",    "?",    "."};
-  return std::find(std::begin(kWords), std::end(kWords), withoutBlanks(field)) !=
-         std::end(kWords);
+  return std::find(std::begin(kWords), std::end(kWords), withoutBlanks(field)) != std::end(kWords);
 }
 
 LostDigits lostDigits(std::string_view field, double number) {

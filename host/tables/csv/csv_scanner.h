@@ -17,10 +17,10 @@ inline constexpr int kLongestRecordMebibytes = 256;
 inline constexpr long long kLongestRecord = kLongestRecordMebibytes * 1024LL * 1024;
 
 struct CsvRecord {
-  long long line = 0;               // its first line, counted from 1
-  long long byteCount = 0;          // without its line end
-  bool isQuoteOpen = false;         // the text ended inside a quoted field,
-  long long quoteLine = 0;          // which began in this line
+  long long line = 0;        // its first line, counted from 1
+  long long byteCount = 0;   // without its line end
+  bool isQuoteOpen = false;  // the text ended inside a quoted field,
+  long long quoteLine = 0;   // which began in this line
   std::size_t fieldCount = 0;
   std::vector<std::string> fields;  // those that are kept; of too long a record, the beginning
 };

@@ -186,8 +186,8 @@ void TypeInference::look(const CsvBlock& block, std::size_t index, const CsvNull
     }
     double number = 0;
     const bool isNumber = parseNumber(text, number);
-    const bool isPlain = isNumber && (!mayHaveLostDigits(text) ||
-                                      lostDigits(text, number) == LostDigits::none);
+    const bool isPlain =
+        isNumber && (!mayHaveLostDigits(text) || lostDigits(text, number) == LostDigits::none);
     m_hasNumber = m_hasNumber || isNumber || isNumberForPeople(text);
     m_hasText = !isNumber && !isNumberForPeople(text) && !isMissingWord(text);
     if (!isPlain && !m_forText) {

@@ -16,8 +16,8 @@ namespace kelvarin {
 
 // What a number column makes of numbers that lose digits.
 enum class DigitRule {
-  mayBeLost,    // rounds them, as the user has declared the column
-  mustBeKept,   // takes them for misfits, since the column's type was inferred
+  mayBeLost,   // rounds them, as the user has declared the column
+  mustBeKept,  // takes them for misfits, since the column's type was inferred
 };
 
 // A field that does not fit its column's type, or is not UTF-8.

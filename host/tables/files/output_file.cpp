@@ -66,8 +66,7 @@ void removeLeftovers(const QByteArray& finalPath) {
       continue;
     }
     const QByteArray path = folder + name;
-    const int descriptor =
-        ::open(path.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    const int descriptor = ::open(path.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (descriptor >= 0) {
       if (!isFileLockedElsewhere(descriptor)) {
         ::unlink(path.constData());
@@ -101,7 +100,7 @@ Status<QString> OutputFile::open(const QString& path) {
   }
   m_shownName = path;
   const QByteArray name = resolved(QFile::encodeName(path));
-  struct stat present {};
+  struct stat present{};
   if (::stat(name.constData(), &present) == 0) {
     if (S_ISDIR(present.st_mode)) {
       return Failure{table_messages::cannotCreate(path, table_messages::isFolder())};
@@ -123,7 +122,7 @@ Status<QString> OutputFile::openStream(int descriptor) {
 
 Status<QString> OutputFile::openTemporary(const QByteArray& path) {
   m_finalPath = path;
-  struct stat present {};
+  struct stat present{};
   const bool replaces = ::stat(path.constData(), &present) == 0;
   if (replaces && ::access(path.constData(), W_OK) != 0) {
     return Failure{table_messages::cannotCreate(m_shownName, systemText(errno))};
@@ -133,8 +132,7 @@ Status<QString> OutputFile::openTemporary(const QByteArray& path) {
   if (descriptor < 0) {
     m_temporaryPath = temporaryName(path);
     m_unfinishedName.enter(m_temporaryPath);
-    descriptor =
-        ::open(m_temporaryPath.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    descriptor = ::open(m_temporaryPath.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
   }
   if (descriptor < 0) {
     const int error = errno;
@@ -164,8 +162,8 @@ Status<QString> OutputFile::write(const char* bytes, std::size_t size) {
 
 // Also by a name such as /dev/stdout.
 bool OutputFile::isStandardOutput() const {
-  struct stat written {};
-  struct stat standard {};
+  struct stat written{};
+  struct stat standard{};
   return ::fstat(m_file.descriptor(), &written) == 0 && ::fstat(STDOUT_FILENO, &standard) == 0 &&
          written.st_dev == standard.st_dev && written.st_ino == standard.st_ino;
 }

@@ -19,8 +19,7 @@ AttributeDescription TableSink::describedFile() {
           QStringLiteral("the file; - is standard output"), QStringLiteral("")};
 }
 
-TableSink::TableSink(XMLNode node, GlobalParameters* parameters)
-    : ActionItem(node, parameters) {
+TableSink::TableSink(XMLNode node, GlobalParameters* parameters) : ActionItem(node, parameters) {
   readAttribute(node, kFile, m_file, parameters);
   m_inputPinCount = 1;
   m_outputPinCount = 0;
@@ -75,8 +74,7 @@ QList<UsedFile> TableSink::usedFiles() const {
 
 QStringList TableSink::warningsAboutFiles() const {
   const QString file = expandedFile();
-  const QString warning =
-      isStandardOutput(file) ? QString() : foreignExtensionHint(file, format());
+  const QString warning = isStandardOutput(file) ? QString() : foreignExtensionHint(file, format());
   return warning.isEmpty() ? QStringList() : QStringList{warning};
 }
 

@@ -94,8 +94,7 @@ Status<QString> TableSource::open() {
   }
   m_reader = std::move(*reader);
   m_readAhead = std::make_unique<ReadAhead>(*m_reader, this);
-  const Result<TableColumns, QString> columns =
-      m_readAhead->open([this] { return !isStopped(); });
+  const Result<TableColumns, QString> columns = m_readAhead->open([this] { return !isStopped(); });
   for (const QString& note : m_reader->notes()) {
     MainUI::addLog(LogLevel::information, note);
   }
@@ -168,12 +167,11 @@ bool TableSource::openAndAnnounce(ActionItem* action) {
 bool TableSource::publishRow(ActionItem* action) {
   auto* source = static_cast<TableSource*>(action);
   OneRow* row = source->getOutputRowForOutputPin(0);
-  while (!source->m_batch->takeRow(row->getAllColForWrite()))
-    [[unlikely]] {
-      if (!source->takeNextBatch()) {
-        return true;
-      }
+  while (!source->m_batch->takeRow(row->getAllColForWrite())) [[unlikely]] {
+    if (!source->takeNextBatch()) {
+      return true;
     }
+  }
   if (source->m_isOrderChecked && !source->m_orderChecker.accepts(*row)) [[unlikely]] {
     return source->endWithError(source->outOfOrderText());
   }
@@ -215,7 +213,7 @@ QString TableSource::outOfOrderText() {
   for (const SortInfos& entry : row->sortInfos()) {
     if (entry.column() == column) {
       return table_messages::atLocation(m_reader->locationOfRow(m_rowsPublished),
-                                     sortOrderBrokenText(row->colName(column), entry.type()));
+                                        sortOrderBrokenText(row->colName(column), entry.type()));
     }
   }
   return {};

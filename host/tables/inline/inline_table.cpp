@@ -26,8 +26,7 @@ constexpr char16_t kNull[] = u"null";
 
 AttributeDescription described(const char16_t* name, const char* meaning,
                                const char* defaultText = "",
-                               AttributeKind kind = AttributeKind::text,
-                               const char* allowed = "") {
+                               AttributeKind kind = AttributeKind::text, const char* allowed = "") {
   return {QString::fromUtf16(name), kind, QString::fromUtf8(meaning),
           QString::fromUtf8(defaultText), AllowedValues{.inWords = allowed}};
 }
@@ -80,8 +79,7 @@ const ActionDescription& InlineTable::catalogue() {
   return entry;
 }
 
-InlineTable::InlineTable(XMLNode node, GlobalParameters* parameters)
-    : Described(node, parameters) {
+InlineTable::InlineTable(XMLNode node, GlobalParameters* parameters) : Described(node, parameters) {
   m_inputPinCount = 0;
   m_outputPinCount = 1;
   m_endpoint = static_cast<std::int32_t>(Endpoint::reader);
@@ -163,7 +161,7 @@ bool InlineTable::checkShape() {
   for (const Row& row : m_rows) {
     if (row.values.size() != m_columns.size()) {
       refuse(row.position, messages::wrongNumberOfValues(static_cast<qsizetype>(row.values.size()),
-                                                      static_cast<qsizetype>(m_columns.size())));
+                                                         static_cast<qsizetype>(m_columns.size())));
       isGood = false;
     }
   }

@@ -52,11 +52,11 @@ ElementDescription ColumnSettings::describedElement() {
   return {.name = QString::fromUtf16(kColumn),
           .meaning = QStringLiteral("fixes the type of a column"),
           .mayRepeat = true,
-          .attributes = {{QString::fromUtf16(kName), AttributeKind::text,
-                          QStringLiteral("the column"), QStringLiteral("")},
-                         {QString::fromUtf16(kMeta), AttributeKind::text,
-                          QStringLiteral("its type"), QStringLiteral(""),
-                          AllowedValues{.inWords = "F (number), K (key) or U (text)"}}}};
+          .attributes = {
+              {QString::fromUtf16(kName), AttributeKind::text, QStringLiteral("the column"),
+               QStringLiteral("")},
+              {QString::fromUtf16(kMeta), AttributeKind::text, QStringLiteral("its type"),
+               QStringLiteral(""), AllowedValues{.inWords = "F (number), K (key) or U (text)"}}}};
 }
 
 std::vector<ElementFault> ColumnSettings::faults(const XMLNode& action,

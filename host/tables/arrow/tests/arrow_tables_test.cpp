@@ -250,8 +250,7 @@ TEST(ArrowTables, declaredColumns) {
   };
   const auto longs =
       array<arrow::Int64Builder, std::int64_t>({{INT64_MIN}, {}, {9007199254740993}, {0}});
-  expectAs(longs, 'U',
-           {{"-9223372036854775808"}, {nullptr}, {"9007199254740993"}, {"0"}});
+  expectAs(longs, 'U', {{"-9223372036854775808"}, {nullptr}, {"9007199254740993"}, {"0"}});
   expectAs(array<arrow::UInt64Builder, std::uint64_t>({{UINT64_MAX}}), 'U',
            {{"18446744073709551615"}});
   expectAs(array<arrow::UInt32Builder, std::uint32_t>({{4294967295u}, {7}}), 'U',
@@ -268,11 +267,9 @@ TEST(ArrowTables, declaredColumns) {
     return arrayBy<arrow::Decimal128Builder, arrow::Decimal128>(
         arrow::Decimal128Builder(arrow::decimal128(precision, scale)), parsed);
   };
-  expectAs(decimals(38, 9, {"1", "-1", "0", "-12345678901234567890123456789"}), 'U',
-           {{"0.000000001"},
-            {"-0.000000001"},
-            {"0.000000000"},
-            {"-12345678901234567890.123456789"}});
+  expectAs(
+      decimals(38, 9, {"1", "-1", "0", "-12345678901234567890123456789"}), 'U',
+      {{"0.000000001"}, {"-0.000000001"}, {"0.000000000"}, {"-12345678901234567890.123456789"}});
   expectAs(decimals(38, 18, {"333333333333333333", "9007199254740992000000000000000000"}), 'F',
            {{1.0 / 3}, {9007199254740992.0}});
   // The whole part of a decimal is not rounded.
@@ -308,8 +305,9 @@ TEST(ArrowTables, declaredColumns) {
 }
 
 TEST(ArrowTables, savesWhatDiffersFromTheDefaults) {
-  for (const std::string rest : {" file='f'/>\n", " file='f' onBadValue='null'>\n<Column name='x' "
-                                                  "meta='U'/>\n</ReadArrow>\n"}) {
+  for (const std::string rest : {" file='f'/>\n",
+                                 " file='f' onBadValue='null'>\n<Column name='x' "
+                                 "meta='U'/>\n</ReadArrow>\n"}) {
     const std::string text = "<ReadArrow name='a' version='1'" + rest;
     EXPECT_EQ(RowHarness::of<ReadArrow>(text).saved(), text);
   }

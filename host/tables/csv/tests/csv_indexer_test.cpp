@@ -101,8 +101,8 @@ TEST(CsvIndexer, agreesWithTheScanner) {
     const Records rest =
         indexed(block, text.substr(index.bytesUsed), dialect, columnCount, true, index);
     all.rows.insert(all.rows.end(), rest.rows.begin(), rest.rows.end());
-    ASSERT_EQ(all.rows, expected.rows) << ::testing::PrintToString(text) << " cut at "
-                                       << start.size();
+    ASSERT_EQ(all.rows, expected.rows)
+        << ::testing::PrintToString(text) << " cut at " << start.size();
   }
 }
 

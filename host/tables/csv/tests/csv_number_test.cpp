@@ -14,8 +14,8 @@ namespace {
 bool isPlain(std::string_view text) {
   text.remove_prefix(text.starts_with('-') ? 1 : 0);
   const auto points = std::count(text.begin(), text.end(), '.');
-  const auto digits = std::count_if(text.begin(), text.end(),
-                                    [](char c) { return c >= '0' && c <= '9'; });
+  const auto digits =
+      std::count_if(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
   return digits > 0 && points <= 1 && static_cast<std::size_t>(digits + points) == text.size();
 }
 
@@ -58,11 +58,29 @@ TEST(CsvNumber, digitsThatANumberLoses) {
     EXPECT_LE(result != LostDigits::none, mayHaveLostDigits(field)) << field;
     return result;
   };
-  for (const char* kept :
-       {"0", "-0", "+0", "0.5", "-0.5", " 0.0 ", "0e5", ".5", "5.", "nan", "-inf", "1e5", "1e999",
-        "9007199254740992", "-9007199254740994", "10000000000000000000000", "1152921504606846976",
-        "1152921504606846976.00", "0.1234567890123456789", "123456789012345.678",
-        "1234567890123456.7", "12345678901234567890e0", "1.2345678901234567891e18"}) {
+  for (const char* kept : {"0",
+                           "-0",
+                           "+0",
+                           "0.5",
+                           "-0.5",
+                           " 0.0 ",
+                           "0e5",
+                           ".5",
+                           "5.",
+                           "nan",
+                           "-inf",
+                           "1e5",
+                           "1e999",
+                           "9007199254740992",
+                           "-9007199254740994",
+                           "10000000000000000000000",
+                           "1152921504606846976",
+                           "1152921504606846976.00",
+                           "0.1234567890123456789",
+                           "123456789012345.678",
+                           "1234567890123456.7",
+                           "12345678901234567890e0",
+                           "1.2345678901234567891e18"}) {
     EXPECT_EQ(lost(kept), LostDigits::none) << kept;
   }
   for (const char* zero : {"00", "007", "-01", "+01", "01.5", "00.5", " 01", "\t-007 ", "01e5"}) {

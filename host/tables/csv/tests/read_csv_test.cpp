@@ -187,8 +187,9 @@ TEST(ReadCsv, textAfterTheInferredRowsOfANumberColumn) {
 }
 
 TEST(ReadCsv, numbersThatWouldLoseDigitsMakeTheirColumnText) {
-  const std::string bytes = "zip,id,d,both,k\n10115,9007199254740992,0.5,1,1\n"
-                            "01234,9007199254740993,-0,007,01234\n";
+  const std::string bytes =
+      "zip,id,d,both,k\n10115,9007199254740992,0.5,1,1\n"
+      "01234,9007199254740993,-0,007,01234\n";
   const ReadCsvRun run(bytes, "", "<Column name='k' meta='K'/>");
   EXPECT_EQ(run.columns(), "zip:U id:U d:F both:U k:K");
   EXPECT_EQ(run.rows()[1], (Values{"01234", "9007199254740993", -0.0, "007", 1234u}));
@@ -205,8 +206,9 @@ TEST(ReadCsv, numbersThatWouldLoseDigitsMakeTheirColumnText) {
       "name='both' meta='F'/>.\n");
   // Where other fields are texts, there is nothing to explain.
   EXPECT_EQ(ReadCsvRun("a\n007\nx\n").log(), "");
-  const ReadCsvRun declared(bytes, "", "<Column name='zip' meta='F'/><Column name='id' meta='F'/>"
-                                       "<Column name='both' meta='F'/><Column name='k' meta='F'/>");
+  const ReadCsvRun declared(bytes, "",
+                            "<Column name='zip' meta='F'/><Column name='id' meta='F'/>"
+                            "<Column name='both' meta='F'/><Column name='k' meta='F'/>");
   EXPECT_EQ(declared.log(), "");
   EXPECT_EQ(declared.rows()[1], (Values{1234, 9007199254740992.0, -0.0, 7, 1234}));
 }
@@ -263,8 +265,9 @@ TEST(ReadCsv, messyFilesAreExplained) {
 TEST(ReadCsv, columnsWithoutNames) {
   const ReadCsvRun run("col3,,,\"\"\n1,2,3,4\n");
   EXPECT_EQ(run.columns(), "col3:F col2:F col3_:F col4:F");
-  EXPECT_EQ(run.log(), "info: file 'FILE', line 1: the header has 3 empty names; the first such "
-                       "column is called 'col2'.\n");
+  EXPECT_EQ(run.log(),
+            "info: file 'FILE', line 1: the header has 3 empty names; the first such "
+            "column is called 'col2'.\n");
   EXPECT_NE(ReadCsvRun("a,\n1,\n").log().find("'col2'. Does the line end with a separator?"),
             std::string::npos);
 }

@@ -126,7 +126,7 @@ TEST(WriteCsv, theFileAppearsAtANormalEndOnly) {
   sink.push(Rows{{1}});
   sink.finish();
   EXPECT_EQ(folder.read("out.csv"), "a\n1\n");
-  struct stat info {};
+  struct stat info{};
   ASSERT_EQ(::stat(folder.path("out.csv").c_str(), &info), 0);
   EXPECT_EQ(info.st_mode & 07777, 0640u);
 }
@@ -189,7 +189,7 @@ TEST(WriteCsv, devicesAreWrittenDirectly) {
   auto none = RowHarness::of<WriteCsv>(sinkXml("/dev/null"), "a:F");
   none.push(Rows{{1}});
   none.finish();
-  struct stat info {};
+  struct stat info{};
   ASSERT_EQ(::stat("/dev/null", &info), 0);
   EXPECT_TRUE(S_ISCHR(info.st_mode));
   auto full = RowHarness::of<WriteCsv>(sinkXml("/dev/full"), "a:F");

@@ -219,8 +219,8 @@ class WithTable final : public TestAction {
   bool m_hasTable = false;
 };
 
-// Takes row by row from both pins and holds each row of pin 0 over the calls; its rows are the sums of
-// columns 0.
+// Takes row by row from both pins and holds each row of pin 0 over the calls; its rows are the sums
+// of columns 0.
 class AddPairs final : public TestAction {
  public:
   KELVARIN_TEST_ACTION(AddPairs, 2, 1)

@@ -12,9 +12,9 @@
 
 namespace kelvarin {
 
-class RowTest {
+class RowCondition {
  public:
-  RowTest(const OneRow& columns, int column, const QString& value);
+  RowCondition(const OneRow& columns, int column, const QString& value);
 
   bool passes(const OneRow& row) const;
 

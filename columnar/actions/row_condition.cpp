@@ -1,4 +1,4 @@
-#include "columnar/actions/row_test.h"
+#include "columnar/actions/row_condition.h"
 
 #include <cmath>
 
@@ -6,7 +6,7 @@
 
 namespace kelvarin {
 
-RowTest::RowTest(const OneRow& columns, int column, const QString& value)
+RowCondition::RowCondition(const OneRow& columns, int column, const QString& value)
     : m_column(column),
       m_isText(columns.getMetaType(column) != MetaTypeColumn::number &&
                columns.getMetaType(column) != MetaTypeColumn::key),
@@ -18,7 +18,7 @@ RowTest::RowTest(const OneRow& columns, int column, const QString& value)
   }
 }
 
-bool RowTest::passes(const OneRow& row) const {
+bool RowCondition::passes(const OneRow& row) const {
   bool isMissing = false;
   if (m_isText) {
     return row.colAsUtf8(m_column, &isMissing) == m_text;
