@@ -2,7 +2,7 @@
 
 #include <dlfcn.h>
 
-#include "host/tables/messages.h"
+#include "host/tables/arrow/messages.h"
 
 namespace kelvarin {
 

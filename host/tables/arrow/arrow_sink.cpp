@@ -1,6 +1,5 @@
 #include "host/tables/arrow/arrow_sink.h"
 
-#include "host/tables/messages.h"
 
 namespace kelvarin {
 

@@ -9,7 +9,8 @@
 #include "arrow/array/array_base.h"
 #include "host/tables/arrow_formats/arrow_texts.h"
 #include "host/tables/arrow_formats/arrow_values.h"
-#include "host/tables/messages.h"
+#include "host/tables/arrow_formats/messages.h"
+#include "host/tables/files/messages.h"
 
 namespace kelvarin {
 

@@ -1,6 +1,6 @@
 #include "host/tables/arrow_formats/batched_arrow_writer.h"
 
-#include "host/tables/messages.h"
+#include "host/tables/files/messages.h"
 
 namespace kelvarin {
 

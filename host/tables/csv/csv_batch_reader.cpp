@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "host/tables/messages.h"
+#include "host/tables/csv/messages.h"
+#include "host/tables/files/messages.h"
 
 namespace kelvarin {
 

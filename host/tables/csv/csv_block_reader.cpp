@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "host/tables/messages.h"
+#include "host/tables/csv/messages.h"
+#include "host/tables/files/messages.h"
 
 namespace kelvarin {
 

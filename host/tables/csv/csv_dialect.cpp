@@ -1,6 +1,6 @@
 #include "host/tables/csv/csv_dialect.h"
 
-#include "host/tables/messages.h"
+#include "host/tables/csv/messages.h"
 
 namespace kelvarin {
 

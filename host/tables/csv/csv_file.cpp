@@ -9,7 +9,7 @@
 
 #include <QFile>
 
-#include "host/tables/messages.h"
+#include "host/tables/files/messages.h"
 
 namespace kelvarin {
 

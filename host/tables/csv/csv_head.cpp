@@ -6,7 +6,8 @@
 
 #include "host/files/file_signatures.h"
 #include "host/tables/csv/csv_values.h"
-#include "host/tables/messages.h"
+#include "host/tables/csv/messages.h"
+#include "host/tables/files/messages.h"
 
 namespace kelvarin {
 

@@ -1,6 +1,7 @@
 #include "host/tables/csv/csv_row_locator.h"
 
-#include "host/tables/messages.h"
+#include "host/tables/csv/messages.h"
+#include "host/tables/files/messages.h"
 
 namespace kelvarin {
 

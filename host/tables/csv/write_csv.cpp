@@ -1,6 +1,6 @@
 #include "host/tables/csv/write_csv.h"
 
-#include "host/tables/messages.h"
+#include "host/tables/csv/messages.h"
 
 namespace kelvarin {
 

@@ -17,7 +17,7 @@
 #include "base/file_lock.h"
 #include "base/unnamed_file.h"
 #include "host/contract/main_ui.h"
-#include "host/tables/messages.h"
+#include "host/tables/files/messages.h"
 
 namespace kelvarin {
 

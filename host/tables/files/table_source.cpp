@@ -3,7 +3,7 @@
 #include "host/contract/attribute_table.h"
 #include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
-#include "host/tables/messages.h"
+#include "host/tables/files/messages.h"
 
 namespace kelvarin {
 

@@ -2,7 +2,7 @@
 
 #include <QSet>
 
-#include "host/tables/messages.h"
+#include "host/tables/settings/messages.h"
 
 namespace kelvarin {
 

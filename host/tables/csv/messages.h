@@ -1,4 +1,4 @@
-// The texts about table files that a user reads.
+// What the log says about CSV files.
 #pragma once
 
 #include <QString>
@@ -15,65 +15,6 @@ inline QString shown(const QString& value) {
 
 inline QString atLine(const QString& file, long long line) {
   return QStringLiteral("file '%1', line %2").arg(file).arg(line);
-}
-
-inline QString atRow(const QString& file, long long row) {
-  return QStringLiteral("file '%1', row %2").arg(file).arg(row);
-}
-
-inline QString atLocation(const QString& location, const QString& what) {
-  return QStringLiteral("%1: %2").arg(location, what);
-}
-
-// Any file
-
-inline QString noFileGiven(const QString& action) {
-  return QStringLiteral("%1: no file is given. Set the attribute 'file'.").arg(action);
-}
-
-inline QString cannotRead(const QString& file, const QString& reason) {
-  return QStringLiteral("The file '%1' cannot be read: %2.").arg(file, reason);
-}
-
-inline QString cannotCreate(const QString& file, const QString& reason) {
-  return QStringLiteral("The file '%1' cannot be created: %2. Nothing was written.")
-      .arg(file, reason);
-}
-
-inline QString cannotWrite(const QString& file, const QString& reason) {
-  return QStringLiteral("The file '%1' cannot be written: %2. What it held before is unchanged.")
-      .arg(file, reason);
-}
-
-inline QString formatsNotLoaded(const QString& reason) {
-  return QStringLiteral(
-             "Parquet and Arrow files cannot be read or written: %1. The library comes with the "
-             "program; install it again.")
-      .arg(reason);
-}
-
-inline QString cannotWriteDirectly(const QString& file, const QString& reason) {
-  return QStringLiteral("'%1' cannot be written: %2.").arg(file, reason);
-}
-
-inline QString isFolder() {
-  return QStringLiteral("it is a folder");
-}
-inline QString standardOutput() {
-  return QStringLiteral("standard output");
-}
-inline QString readerWentAway() {
-  return QStringLiteral("the program that reads it has ended");
-}
-
-inline QString inputNotLinked(const QString& action) {
-  return QStringLiteral("%1: nothing is linked to its input pin.").arg(action);
-}
-
-inline QString duplicateColumn(const QString& file, const QString& column) {
-  return QStringLiteral(
-             "The file '%1' has several columns named '%2'. Give each column a name of its own.")
-      .arg(file, column);
 }
 
 // CSV settings
@@ -101,29 +42,6 @@ inline QString badNullText(const QString& text) {
       .arg(text);
 }
 
-inline QString badOnBadValue(const QString& text) {
-  return QStringLiteral("onBadValue is '%1'. It takes 'abort' or 'null'.").arg(text);
-}
-
-inline QString badColumnMeta(const QString& column, const QString& meta) {
-  return QStringLiteral(
-             "The column '%1' is declared with the type '%2'. Types are F (number), K (key) and U "
-             "(text).")
-      .arg(column, meta);
-}
-
-inline QString columnWithoutName() {
-  return QStringLiteral("<Column> needs the attribute 'name'.");
-}
-
-inline QString andMore(qsizetype count) {
-  return QStringLiteral("... (%1 more)").arg(count);
-}
-
-inline QString declaredTwice(const QString& column) {
-  return QStringLiteral("The column '%1' is declared twice.").arg(column);
-}
-
 // Reading CSV
 
 inline QString noColumns(const QString& file) {
@@ -133,25 +51,32 @@ inline QString noColumns(const QString& file) {
 inline QString foreignFile(const QString& file, const QString& kind) {
   return QStringLiteral("The file '%1' is no CSV file in UTF-8: %2").arg(file, kind);
 }
+
 inline QString utf16File() {
   return QStringLiteral("it begins like UTF-16 text. Convert it to UTF-8 first.");
 }
+
 inline QString utf32File() {
   return QStringLiteral("it begins like UTF-32 text. Convert it to UTF-8 first.");
 }
+
 inline QString compressedFile() {
   return QStringLiteral("it is compressed. Uncompress it first.");
 }
+
 inline QString archiveFile() {
   return QStringLiteral(
       "it is a ZIP archive, as spreadsheet files are. Unpack it, or save the sheet as CSV.");
 }
+
 inline QString parquetFile() {
   return QStringLiteral("it is a Parquet file. Read it with ReadParquet.");
 }
+
 inline QString arrowFile() {
   return QStringLiteral("it is an Arrow file. Read it with ReadArrow.");
 }
+
 inline QString hasZeroBytes() {
   return QStringLiteral(
       "its first line has zero bytes, which no text has. If it is UTF-16, convert it to UTF-8 "
@@ -179,12 +104,6 @@ inline QString otherSeparator(const QString& separator) {
       .arg(separator);
 }
 
-inline QString declaredColumnAbsent(const QString& file, const QString& column,
-                                    const QString& known) {
-  return QStringLiteral("The file '%1' has no column '%2', which is declared. Its columns are: %3.")
-      .arg(file, column, known);
-}
-
 inline QString tooManyDeclared(const QString& file, qsizetype declared, qsizetype present) {
   return QStringLiteral("%1 columns are declared for the file '%2', which has %3.")
       .arg(declared)
@@ -196,10 +115,6 @@ inline QString notUtf8() {
   return QStringLiteral(
       "the text is not UTF-8. If the file is in Latin-1 or Windows-1252, convert it to UTF-8 "
       "first.");
-}
-
-inline QString inColumn(const QString& location, const QString& column) {
-  return QStringLiteral("%1, column '%2'").arg(location, column);
 }
 
 // The fields of a record, of which the beginning is known when it is not whole.
@@ -245,6 +160,7 @@ inline QString badNumber(const QString& value) {
 inline QString hasLeadingZero() {
   return QStringLiteral("has a leading zero, which a number would lose");
 }
+
 inline QString hasTooManyDigits() {
   return QStringLiteral("has more digits than a number can hold");
 }
@@ -292,18 +208,6 @@ inline QString badKey(const QString& value) {
       .arg(shown(value));
 }
 
-inline QString readAsNull(const QString& location, const QString& column, long long count) {
-  if (count == 1) {
-    return QStringLiteral(
-               "%1: this value of column '%2' does not fit its type and was read as null.")
-        .arg(location, column);
-  }
-  return QStringLiteral(
-             "%1: %2 values of column '%3' do not fit its type and were read as null; this is the "
-             "first.")
-      .arg(location, QString::number(count), column);
-}
-
 // Writing CSV
 
 inline QString needsQuote(const QString& file, long long row, const QString& column,
@@ -315,60 +219,6 @@ inline QString needsQuote(const QString& file, long long row, const QString& col
       .arg(file)
       .arg(row)
       .arg(column, shown(value));
-}
-
-// Parquet and Arrow
-
-inline QString unsupportedType(const QString& file, const QString& column, const QString& type) {
-  return QStringLiteral(
-             "The file '%1' cannot be read: column '%2' has the type %3. Numbers, decimals, "
-             "booleans, texts, dates, "
-             "timestamps and dictionaries of them are read.")
-      .arg(file, column, type);
-}
-
-inline QString cannotBeDeclared(const QString& file, const QString& column, const QString& type,
-                                QChar declared, const QString& possible) {
-  return QStringLiteral(
-             "The file '%1' cannot be read: column '%2' has the type %3 and is declared with meta "
-             "'%4'. It can be %5.")
-      .arg(file, column, type, QString(declared), possible);
-}
-
-inline QString timestampForm(const QString& file, const QString& columns, const QString& example,
-                             const QString& dateFormat, bool isUtc) {
-  return QStringLiteral(
-             "file '%1': the timestamps of %2 are texts like %3; dates are read from them with "
-             "dateFormat='%4'%5.")
-      .arg(file, columns, example, dateFormat,
-           isUtc ? QStringLiteral(" and isUTC='1', the default") : QString());
-}
-
-inline QString finerThanMilliseconds(const QString& location, const QString& column,
-                                     long long count) {
-  return QStringLiteral(
-             "%1: timestamps of column '%2' have digits below the millisecond (%3 in all, this is "
-             "the first). The texts keep them; dates that are read from the texts do not.")
-      .arg(location, column, QString::number(count));
-}
-
-inline QString numberNotHeld(const QString& value, const QString& column) {
-  return QStringLiteral(
-             "%1 cannot be held by a number column without loss. Declare the column as text, "
-             "<Column name='%2' meta='U'/>, or set onBadValue='null'.")
-      .arg(value, column);
-}
-
-inline QString integerIsNoKey(const QString& value, const QString& column) {
-  return QStringLiteral(
-             "%1 is not a key (0 to 4294967293). Declare the column with another type, <Column "
-             "name='%2' meta='F'/> for numbers or meta='U' for texts, or set onBadValue='null'.")
-      .arg(value, column);
-}
-
-inline QString damaged(const QString& file, const QString& reason) {
-  return QStringLiteral("The file '%1' cannot be read, it is damaged or of another format: %2")
-      .arg(file, reason);
 }
 
 }  // namespace kelvarin::table_messages

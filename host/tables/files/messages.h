@@ -1,0 +1,84 @@
+// What the log says about table files of any format.
+#pragma once
+
+#include <QString>
+
+namespace kelvarin::table_messages {
+
+inline QString atRow(const QString& file, long long row) {
+  return QStringLiteral("file '%1', row %2").arg(file).arg(row);
+}
+
+inline QString atLocation(const QString& location, const QString& what) {
+  return QStringLiteral("%1: %2").arg(location, what);
+}
+
+// Any file
+
+inline QString noFileGiven(const QString& action) {
+  return QStringLiteral("%1: no file is given. Set the attribute 'file'.").arg(action);
+}
+
+inline QString cannotRead(const QString& file, const QString& reason) {
+  return QStringLiteral("The file '%1' cannot be read: %2.").arg(file, reason);
+}
+
+inline QString cannotCreate(const QString& file, const QString& reason) {
+  return QStringLiteral("The file '%1' cannot be created: %2. Nothing was written.")
+      .arg(file, reason);
+}
+
+inline QString cannotWrite(const QString& file, const QString& reason) {
+  return QStringLiteral("The file '%1' cannot be written: %2. What it held before is unchanged.")
+      .arg(file, reason);
+}
+
+inline QString cannotWriteDirectly(const QString& file, const QString& reason) {
+  return QStringLiteral("'%1' cannot be written: %2.").arg(file, reason);
+}
+
+inline QString isFolder() {
+  return QStringLiteral("it is a folder");
+}
+
+inline QString standardOutput() {
+  return QStringLiteral("standard output");
+}
+
+inline QString readerWentAway() {
+  return QStringLiteral("the program that reads it has ended");
+}
+
+inline QString inputNotLinked(const QString& action) {
+  return QStringLiteral("%1: nothing is linked to its input pin.").arg(action);
+}
+
+inline QString duplicateColumn(const QString& file, const QString& column) {
+  return QStringLiteral(
+             "The file '%1' has several columns named '%2'. Give each column a name of its own.")
+      .arg(file, column);
+}
+
+inline QString declaredColumnAbsent(const QString& file, const QString& column,
+                                    const QString& known) {
+  return QStringLiteral("The file '%1' has no column '%2', which is declared. Its columns are: %3.")
+      .arg(file, column, known);
+}
+
+inline QString inColumn(const QString& location, const QString& column) {
+  return QStringLiteral("%1, column '%2'").arg(location, column);
+}
+
+inline QString readAsNull(const QString& location, const QString& column, long long count) {
+  if (count == 1) {
+    return QStringLiteral(
+               "%1: this value of column '%2' does not fit its type and was read as null.")
+        .arg(location, column);
+  }
+  return QStringLiteral(
+             "%1: %2 values of column '%3' do not fit its type and were read as null; this is the "
+             "first.")
+      .arg(location, QString::number(count), column);
+}
+
+}  // namespace kelvarin::table_messages
