@@ -21,16 +21,16 @@ constexpr double kIntegersEnd = 1e15;
 constexpr double kMillion = 1e6;
 constexpr double kDecimalsBegin = 1e-4;
 constexpr double kDecimalsEnd = 1e9;
-// What a product and a quotient of doubles may be off together, and a little more.
+// More than the roundings of a product and a quotient of doubles add up to.
 constexpr double kRoundedTwice = 2.5 * std::numeric_limits<double>::epsilon();
 
 constexpr std::uint64_t kEightDigits = 100'000'000;
 constexpr std::uint64_t kSixteenDigits = kEightDigits * kEightDigits;
 constexpr std::uint64_t kZeros = 0x3030303030303030u;
-constexpr int kMostDigits = 17;  // of a double
-// Of the numbers without an exponent; 0.0001 has -3.
-constexpr int kFewestWholeDigits = -3;
-constexpr int kMostWholeDigits = 16;
+constexpr int kMaxDigits = 17;  // of a double
+// Of the numbers that are printed without an exponent; 0.0001 has -3.
+constexpr int kMinWholeDigits = -3;
+constexpr int kMaxWholeDigits = 16;
 
 constexpr std::uint64_t kPowers[] = {1,
                                      10,
@@ -51,13 +51,13 @@ constexpr std::uint64_t kPowers[] = {1,
                                      10'000'000'000'000'000,
                                      100'000'000'000'000'000};
 
-char* appendWord(char* place, std::string_view word) {
-  std::memcpy(place, word.data(), word.size());
-  return place + word.size();
+char* appendWord(char* out, std::string_view word) {
+  std::memcpy(out, word.data(), word.size());
+  return out + word.size();
 }
 
-void put(char* place, std::uint64_t bytes) {
-  std::memcpy(place, &bytes, sizeof bytes);
+void put(char* out, std::uint64_t bytes) {
+  std::memcpy(out, &bytes, sizeof bytes);
 }
 
 // The eight decimal digits of a number below 10^8, one a byte, the first in the lowest. The number
@@ -70,27 +70,27 @@ void put(char* place, std::uint64_t bytes) {
   return tens | (twos - 10 * tens) << 8;
 }
 
-char* appendEightDigits(char* place, std::uint64_t number) {
-  put(place, eightDigits(number) | kZeros);
-  return place + 8;
+char* appendEightDigits(char* out, std::uint64_t number) {
+  put(out, eightDigits(number) | kZeros);
+  return out + 8;
 }
 
 // A number below 10^8 without leading zeros.
-char* appendUpToEightDigits(char* place, std::uint64_t number) {
+char* appendUpToEightDigits(char* out, std::uint64_t number) {
   constexpr std::uint64_t kLastDigit = std::uint64_t{1} << 63;
   const std::uint64_t digits = eightDigits(number);
   const int leadingZeros = std::countr_zero(digits | kLastDigit) / 8;
-  put(place, (digits | kZeros) >> 8 * leadingZeros);
-  return place + 8 - leadingZeros;
+  put(out, (digits | kZeros) >> 8 * leadingZeros);
+  return out + 8 - leadingZeros;
 }
 
-char* appendDecimals(char* place, std::uint64_t millionths) {
-  place = appendWhole(place, millionths / 1'000'000);
-  *place++ = '.';
-  // Two zeros behind the six digits go with the trailing ones.
+char* appendDecimals(char* out, std::uint64_t millionths) {
+  out = appendWhole(out, millionths / 1'000'000);
+  *out++ = '.';
+  // The two zeros after the six digits are cut off with the trailing ones.
   const std::uint64_t digits = eightDigits(millionths % 1'000'000 * 100);
-  put(place, digits | kZeros);
-  return place + 8 - std::countl_zero(digits) / 8;
+  put(out, digits | kZeros);
+  return out + 8 - std::countl_zero(digits) / 8;
 }
 
 int digitCount(std::uint64_t number) {
@@ -98,34 +98,34 @@ int digitCount(std::uint64_t number) {
   return number < kPowers[atMost - 1] ? atMost - 1 : atMost;
 }
 
-// The decimal digits of a double: the first one, and sixteen more as bytes, zeros behind the last.
+// The decimal digits of a double: the first one, and sixteen more as bytes, zeros after the last.
 class Digits {
  public:
   explicit Digits(std::uint64_t number) : m_count(digitCount(number)) {
-    number *= kPowers[kMostDigits - m_count];
+    number *= kPowers[kMaxDigits - m_count];
     m_first = static_cast<char>('0' + number / kSixteenDigits);
     m_high = eightDigits(number % kSixteenDigits / kEightDigits) | kZeros;
     m_low = eightDigits(number % kEightDigits) | kZeros;
   }
   int count() const { return m_count; }
 
-  char* append(char* place) const {
-    *place = m_first;
-    put(place + 1, m_high);
-    put(place + 9, m_low);
-    return place + m_count;
+  char* append(char* out) const {
+    *out = m_first;
+    put(out + 1, m_high);
+    put(out + 9, m_low);
+    return out + m_count;
   }
   // With a point after `before` digits, 1 to 16 and fewer than there are.
-  char* appendWithPoint(char* place, int before) const {
-    append(place);
+  char* appendWithPoint(char* out, int before) const {
+    append(out);
     const int skipped = 8 * (before - 1);  // bits
     const std::uint64_t high = skipped >= 64  ? m_low >> (skipped - 64)
                                : skipped == 0 ? m_high
                                               : m_high >> skipped | m_low << (64 - skipped);
-    place[before] = '.';
-    put(place + before + 1, high);
-    put(place + before + 9, skipped >= 64 ? 0 : m_low >> skipped);
-    return place + m_count + 1;
+    out[before] = '.';
+    put(out + before + 1, high);
+    put(out + before + 9, skipped >= 64 ? 0 : m_low >> skipped);
+    return out + m_count + 1;
   }
 
  private:
@@ -136,77 +136,77 @@ class Digits {
 };
 
 // At least two digits.
-char* appendExponent(char* place, int exponent) {
-  *place++ = 'e';
-  *place++ = exponent < 0 ? '-' : '+';
+char* appendExponent(char* out, int exponent) {
+  *out++ = 'e';
+  *out++ = exponent < 0 ? '-' : '+';
   const auto size = static_cast<std::uint64_t>(std::abs(exponent));
   if (size < 10) {
-    *place++ = '0';
+    *out++ = '0';
   }
-  return appendWhole(place, size);
+  return appendWhole(out, size);
 }
 
 // number * 10^exponent, not zero.
-char* appendDigits(char* place, std::uint64_t number, int exponent) {
+char* appendDigits(char* out, std::uint64_t number, int exponent) {
   const Digits digits(number);
   const int wholeDigits = digits.count() + exponent;
-  if (wholeDigits < kFewestWholeDigits || wholeDigits > kMostWholeDigits) {
-    place = digits.count() == 1 ? digits.append(place) : digits.appendWithPoint(place, 1);
-    return appendExponent(place, wholeDigits - 1);
+  if (wholeDigits < kMinWholeDigits || wholeDigits > kMaxWholeDigits) {
+    out = digits.count() == 1 ? digits.append(out) : digits.appendWithPoint(out, 1);
+    return appendExponent(out, wholeDigits - 1);
   }
   if (exponent >= 0) {
-    return appendWhole(place, number * kPowers[exponent]);
+    return appendWhole(out, number * kPowers[exponent]);
   }
   if (wholeDigits <= 0) {
     constexpr std::string_view kNoWholeDigits = "0.000";
-    place = appendWord(place, kNoWholeDigits.substr(0, static_cast<std::size_t>(2 - wholeDigits)));
-    return digits.append(place);
+    out = appendWord(out, kNoWholeDigits.substr(0, static_cast<std::size_t>(2 - wholeDigits)));
+    return digits.append(out);
   }
-  return digits.appendWithPoint(place, wholeDigits);
+  return digits.appendWithPoint(out, wholeDigits);
 }
 
 }  // namespace
 
-char* appendWhole(char* place, std::uint64_t number) {
+char* appendWhole(char* out, std::uint64_t number) {
   if (number < kEightDigits) [[likely]] {
-    return appendUpToEightDigits(place, number);
+    return appendUpToEightDigits(out, number);
   }
   if (number < kSixteenDigits) {
-    place = appendUpToEightDigits(place, number / kEightDigits);
-    return appendEightDigits(place, number % kEightDigits);
+    out = appendUpToEightDigits(out, number / kEightDigits);
+    return appendEightDigits(out, number % kEightDigits);
   }
-  place = appendUpToEightDigits(place, number / kSixteenDigits);
-  place = appendEightDigits(place, number % kSixteenDigits / kEightDigits);
-  return appendEightDigits(place, number % kEightDigits);
+  out = appendUpToEightDigits(out, number / kSixteenDigits);
+  out = appendEightDigits(out, number % kSixteenDigits / kEightDigits);
+  return appendEightDigits(out, number % kEightDigits);
 }
 
-char* appendShortest(char* place, double number) {
+char* appendShortest(char* out, double number) {
   if (!std::isfinite(number)) [[unlikely]] {
-    return appendWord(place, std::isnan(number) ? "nan" : number > 0 ? "inf" : "-inf");
+    return appendWord(out, std::isnan(number) ? "nan" : number > 0 ? "inf" : "-inf");
   }
   double magnitude = number;
   if (std::signbit(number)) {
-    *place++ = '-';
+    *out++ = '-';
     magnitude = -number;
   }
   if (magnitude < kIntegersEnd) [[likely]] {
     const auto whole = static_cast<std::uint64_t>(magnitude);
     if (static_cast<double>(whole) == magnitude) {
-      return appendWhole(place, whole);
+      return appendWhole(out, whole);
     }
   }
   if (magnitude >= kDecimalsBegin && magnitude < kDecimalsEnd) [[likely]] {
     const double scaled = magnitude * kMillion;
     const auto millionths = static_cast<std::uint64_t>(scaled + 0.5);
-    // Most others are found out by the product, without waiting for the division.
+    // The product alone rules most others out, without waiting for the division.
     if (std::fabs(static_cast<double>(millionths) - scaled) <= scaled * kRoundedTwice &&
         static_cast<double>(millionths) / kMillion == magnitude) {
-      return appendDecimals(place, millionths);
+      return appendDecimals(out, millionths);
     }
   }
   // The library's printing spends more time on the digits than on finding them.
   const auto shortest = fmt::detail::dragonbox::to_decimal(magnitude);
-  return appendDigits(place, shortest.significand, shortest.exponent);
+  return appendDigits(out, shortest.significand, shortest.exponent);
 }
 
 }  // namespace kelvarin

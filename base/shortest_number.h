@@ -7,14 +7,14 @@
 
 namespace kelvarin {
 
-// The room that the functions need; they may write behind the end that they give.
+// The capacity that the functions need in bytes; they may write beyond the end that they return.
 inline constexpr int kLongestNumberText = 48;
 
-// Writes at `place` and gives the end: without an exponent from 0.0001 to below 1e16, and nan, inf
-// or -inf. The missing value is the caller's affair.
-char* appendShortest(char* place, double number);
+// Writes to `out` and returns the end of the text: without an exponent from 0.0001 to below 1e16,
+// and nan, inf or -inf. The missing value has no form here, so the caller checks for it first.
+char* appendShortest(char* out, double number);
 
 // The same for a whole number.
-char* appendWhole(char* place, std::uint64_t number);
+char* appendWhole(char* out, std::uint64_t number);
 
 }  // namespace kelvarin

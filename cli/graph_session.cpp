@@ -18,9 +18,9 @@ struct LoadedGraph {
   Graph graph;
 };
 
-LogLine faultLine(const QString& text, XMLNode::Place position = {}) {
+LogLine faultLine(const QString& text, XMLNode::Position position = {}) {
   LogLine line{LogLevel::error, {}, text, {}};
-  line.details.place = position;
+  line.details.elementPosition = position;
   return line;
 }
 
@@ -49,7 +49,7 @@ Result<LoadedGraph, Faults> loadGraph(const GraphArguments& arguments) {
   if (!graph) {
     Faults faults;
     for (const GraphError& error : graph.error()) {
-      faults.push_back(faultLine(error.text(), error.place));
+      faults.push_back(faultLine(error.text(), error.position));
     }
     return Failure{std::move(faults)};
   }

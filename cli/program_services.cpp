@@ -28,7 +28,8 @@ void ProgramServices::logDetailed(LogLevel level, const QString& text, const Act
 
 void ProgramServices::writePosition(const QString& text, const ActionItem& action,
                                     const LogDetails& details) {
-  const XMLNode::Place position = details.place.line == 0 ? action.node().place() : details.place;
+  const XMLNode::Position position =
+      details.elementPosition.line == 0 ? action.node().position() : details.elementPosition;
   const GlobalParameters* graph = action.globalParameters();
   const bool hasPosition = text.startsWith(m_graphFile + u':') ||
                            (graph != nullptr && text.startsWith(graph->graphFile() + u':'));

@@ -89,8 +89,8 @@ Json jsonOfLine(const LogLine& line) {
       {"output", details.output}, {"column", details.column}, {"token", details.token}};
   const std::pair<const char*, long long> numbers[] = {{"position", details.position},
                                                        {"row", details.row}};
-  if (details.place.line > 0) {
-    entry["line"] = details.place.line;
+  if (details.elementPosition.line > 0) {
+    entry["line"] = details.elementPosition.line;
   }
   for (const auto& [key, text] : texts) {
     if (!text.isEmpty()) {

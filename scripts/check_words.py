@@ -28,9 +28,10 @@ WORDS_OUTSIDE_TEXTS = [
     (r"\b[Tt](ells?|old)\b", "report, say or show"),
     (r"\bgives\b", "returns, yields or makes"),
 ]
+# English of another meaning, a library's name of an operation, and the rows and columns in hand.
 ALLOWED = re.compile(
     r"decimal places?|\b[Ii]n[ _]place\b|\b[Tt](ake[sn]?|aking|ook) (its |their )?place\b"
-    r"|[Pp]lace[Hh]older"
+    r"|[Pp]lace[Hh]older|\bTell\(\)"
     r"|(?i:rows|columns)[ _-]?[Ii]n[ _-]?[Hh]and")
 QUOTED = r'|R"\(.*?\)"|"""|"(?:\\.|[^"\\])*"|\'(?:\\.|[^\'\\])*\''
 CPP_TOKEN = re.compile("//.*" + QUOTED)

@@ -99,7 +99,7 @@ bool Calculator::areOutputsWhole() const {
 LogDetails Calculator::detailsOfOutput(int output) const {
   LogDetails details;
   if (!m_areOutputsEdited) {
-    details.place = positionOfOutputVariable(node(), output);
+    details.elementPosition = positionOfOutputVariable(node(), output);
   }
   details.output = expandString(m_outputs[static_cast<std::size_t>(output)].name);
   return details;

@@ -1,4 +1,4 @@
-// The calculator at a row from which on rows are in hand.
+// The calculator at a row whose successors are known already: it evaluates them as one batch.
 #include "actions/calculator/calculator.h"
 #include "actions/calculator/scalar_rows.h"
 

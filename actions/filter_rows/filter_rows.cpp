@@ -128,7 +128,7 @@ char FilterRows::init() {
 
 LogDetails FilterRows::detailsOfOutput(int) const {
   LogDetails details;
-  details.place = node().getChildNode(utf16(kExpression)).place();
+  details.elementPosition = node().getChildNode(utf16(kExpression)).position();
   return details;
 }
 

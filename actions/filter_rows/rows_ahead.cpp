@@ -1,4 +1,4 @@
-// The filter at a row from which on rows are in hand.
+// The filter at a row whose successors are known already: it evaluates them as one batch.
 #include <algorithm>
 
 #include "actions/filter_rows/filter_rows.h"

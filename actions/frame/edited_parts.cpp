@@ -14,8 +14,8 @@ void ExpressionAction::setOptions(EvaluationOptions options) {
   setAsReadBack(*this, &ExpressionAction::m_options, std::move(options));
 }
 
-XMLNode::Place ExpressionAction::locationOfInput(int index) const {
-  return m_areInputsEdited ? XMLNode::Place{} : positionOfInputVariable(node(), index);
+XMLNode::Position ExpressionAction::locationOfInput(int index) const {
+  return m_areInputsEdited ? XMLNode::Position{} : positionOfInputVariable(node(), index);
 }
 
 }  // namespace kelvarin

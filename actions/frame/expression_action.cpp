@@ -150,7 +150,7 @@ void ExpressionAction::reportTextsAsNumbers(const OneRow& columns) const {
     }
     LogDetails details;
     details.column = column;
-    details.place = locationOfInput(static_cast<int>(i));
+    details.elementPosition = locationOfInput(static_cast<int>(i));
     logWithDetails(LogLevel::information, action_messages::textEntersAsNumber(column), details);
   }
 }
@@ -161,7 +161,7 @@ void ExpressionAction::reportBindingFailure(const OneRow& columns,
   const bool isMissing = failure.kind == BindingFailure::Kind::columnNotFound;
   if (isMissing) {
     details.column = failure.column;
-    details.place = locationOfInput(failure.input);
+    details.elementPosition = locationOfInput(failure.input);
   }
   logWithDetails(LogLevel::error, failure.text, details);
   if (isMissing) {

@@ -110,7 +110,7 @@ class ExpressionAction : public ActionItem {
   void logFailure(LogLevel level, const QString& text, int output, const ExpressionError& error,
                   const QString& note = QString()) const;
   // None once an editor has changed the variables.
-  XMLNode::Place locationOfInput(int index) const;
+  XMLNode::Position locationOfInput(int index) const;
   EvaluationOptions expandedOptions() const;
   std::vector<InputVariable> withExpandedLabels(std::vector<InputVariable> inputs) const;
   Status<BindingFailure> bindColumns(const OneRow& columns, int elementCount);

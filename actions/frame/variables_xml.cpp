@@ -196,13 +196,13 @@ void writeOutputVariable(std::wostringstream& out, const OutputVariable& variabl
   out << L'>' << elementText(variable.expression) << L"</OutputVar>\n";
 }
 
-XMLNode::Place positionOfInputVariable(const XMLNode& action, int index) {
+XMLNode::Position positionOfInputVariable(const XMLNode& action, int index) {
   const XMLNode list = action.getChildNode(utf16(kInputVars));
-  return childAt(list.isEmpty() ? action : list, kInputVar, index).place();
+  return childAt(list.isEmpty() ? action : list, kInputVar, index).position();
 }
 
-XMLNode::Place positionOfOutputVariable(const XMLNode& action, int index) {
-  return childAt(action.getChildNode(utf16(kOutputVars)), kOutputVar, index).place();
+XMLNode::Position positionOfOutputVariable(const XMLNode& action, int index) {
+  return childAt(action.getChildNode(utf16(kOutputVars)), kOutputVar, index).position();
 }
 
 std::vector<XMLNode> outputVariableElements(const XMLNode& action) {

@@ -38,8 +38,8 @@ void writeOutputVariable(std::wostringstream& out, const OutputVariable& variabl
 
 // Where the variables of an action stand in the graph file. Input variables may be children of the
 // action itself, as in older files.
-XMLNode::Place positionOfInputVariable(const XMLNode& action, int index);
-XMLNode::Place positionOfOutputVariable(const XMLNode& action, int index);
+XMLNode::Position positionOfInputVariable(const XMLNode& action, int index);
+XMLNode::Position positionOfOutputVariable(const XMLNode& action, int index);
 std::vector<XMLNode> outputVariableElements(const XMLNode& action);
 // The output variable was given an expression, be it in its text or in an attribute.
 bool hasExpression(const XMLNode& outputVariable);

@@ -231,6 +231,11 @@ inline QString verified(const QString& file, const QString& rows, const QString&
   return QStringLiteral("%1: %2 in %3, %4 read: %5\n").arg(file, rows, blocks, chunks, verdict);
 }
 
+// What is counted where there is damage.
+inline const char* damageNoun() {
+  return "damaged place";
+}
+
 inline QString noDamage() {
   return QStringLiteral("no damage");
 }

@@ -76,7 +76,7 @@ void print(const QString& text) {
 
 QString verdictOf(const GelFile& file, const GelVerification& result) {
   if (result.damages > 0) {
-    return counted(result.damages, "damaged place");
+    return counted(result.damages, gel_messages::damageNoun());
   }
   return file.isComplete() ? gel_messages::noDamage() : gel_messages::incompleteButSound();
 }

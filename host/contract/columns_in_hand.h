@@ -1,8 +1,8 @@
-// Rows that a sink takes together: of every column where their values lie.
+// Rows that a sink takes together, as the addresses of each column's values.
 //
-// A sink gets its next row as always, and then asks here whether more of them are in hand behind
-// it. Memory is taken once.
-// Used by: the sinks of host/tables and the writer of columnar files. Threads: one.
+// A sink gets its next row as always, and then asks here whether more rows after it are known.
+// Memory is allocated once.
+// Used by: the sinks of host/tables and the writer of columnar files.
 #pragma once
 
 #include <vector>
@@ -14,7 +14,7 @@ namespace kelvarin {
 
 class KELVARIN_CORE ColumnsInHand {
  public:
-  // One value behind the other in the member of the column's type.
+  // Contiguous values, in the member of the column's type.
   struct Column {
     MetaTypeColumn type;
     const double* numbers = nullptr;
@@ -25,8 +25,8 @@ class KELVARIN_CORE ColumnsInHand {
   // The columns that the sink wants, which are the first ones of its rows.
   explicit ColumnsInHand(const std::vector<MetaTypeColumn>& types);
 
-  // Takes rows of the pin: the one that it gave last and those behind it. 0: it is to be taken
-  // alone.
+  // Takes rows of the pin: the last one that it returned and those after it. 0: that row is to be
+  // read alone.
   std::size_t takeRows(ActionItem& sink, int pin) {
     return m_lookout.isDue() ? takeRowsAhead(sink, pin) : 0;
   }
@@ -34,8 +34,8 @@ class KELVARIN_CORE ColumnsInHand {
   const std::vector<Column>& columns() const { return m_columns; }
 
  private:
-  // Where values are put that do not lie one behind the other.
-  struct Room {
+  // For the values of one column where they are not contiguous.
+  struct Buffers {
     std::vector<double> numbers;
     std::vector<std::uint32_t> keys;
     std::vector<const unsigned char*> texts;
@@ -43,11 +43,11 @@ class KELVARIN_CORE ColumnsInHand {
 
   std::size_t takeRowsAhead(ActionItem& sink, int pin);
   bool find(std::size_t column, const RowsAhead& rows, std::size_t count);
-  void makeRoom();
+  void allocateBuffers();
 
   std::vector<Column> m_columns;
-  std::vector<Room> m_rooms;
-  std::size_t m_mostRows;
+  std::vector<Buffers> m_buffers;
+  std::size_t m_maxRows;
   Lookout m_lookout;
 };
 

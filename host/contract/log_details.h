@@ -1,7 +1,7 @@
 // Where a log line leads: what its text is about, as far as the action that logs it knows.
 //
-// Actions hand it over with logWithDetails(); a program shows it to people as a place behind the
-// text, and to programs as keys of their own.
+// Actions pass it to logWithDetails(); the command line prints it for people after the text, and
+// writes it for programs as keys of its own.
 // Threads: any.
 #pragma once
 
@@ -14,10 +14,10 @@
 namespace kelvarin {
 
 struct LogDetails {
-  XMLNode::Place place;   // of the element in the graph file; line 0: that of the action
-  QString column;         // of the table
-  QString output;         // of an expression action
-  QString token;          // of the expression
+  XMLNode::Position elementPosition;  // in the graph file; line 0: that of the action
+  QString column;                     // of the table
+  QString output;                     // of an expression action
+  QString token;                      // of the expression
   int position = -1;      // of the token, in 16-bit units of the expression, counted from 0
   long long row = -1;     // counted from 0
   bool explains = false;  // says more about the line before it, and is shown wherever that is

@@ -1,7 +1,5 @@
-// When an action looks whether rows are in hand: at every row where it may, but after it saw none,
-// or too few, only some rows later, so that looking costs next to nothing where nobody reads ahead.
-//
-// Threads: one.
+// When an action looks for rows ahead: at every row where it may, but after it saw none, or too
+// few, only some rows later, so that looking costs next to nothing where nobody reads ahead.
 #pragma once
 
 namespace kelvarin {

@@ -64,7 +64,7 @@ class KELVARIN_CORE OneRow {
   void setSortInfos(QVector<SortInfos> order) { m_metaData->setSortOrder(order); }
   QVector<SortInfos> getSortInfosDeep() const;
 
-  // Number and key columns as a double (a key without loss); a text column gives the missing value.
+  // Number and key columns as a double (a key without loss); the missing value for a text column.
   double colAsDouble(int column, bool* isMissing) const;
   // Key columns; `ok` is false for a missing key and for columns of another type.
   std::uint32_t colAsKey(int column, bool* ok) const;

@@ -11,8 +11,8 @@ class ActionItem;
 class KelvarinPluginInterface {
  public:
   virtual ~KelvarinPluginInterface() = default;
-  // A prototype, owned by the caller; null behind the last one. `flags` tells the edition of the
-  // host.
+  // A prototype, owned by the caller; null after the last one. `flags` says which edition of the
+  // host asks.
   virtual ActionItem* createAction(int index, int flags) = 0;
   // Before the host goes through the prototypes.
   virtual void prepare() = 0;

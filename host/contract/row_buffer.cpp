@@ -8,11 +8,11 @@
 
 namespace {
 
-unsigned char* putText(unsigned char* place, const char* bytes, std::size_t size) {
+unsigned char* putText(unsigned char* out, const char* bytes, std::size_t size) {
   const auto length = static_cast<std::uint32_t>(size);
-  std::memcpy(place, &length, sizeof length);
-  std::memcpy(place + sizeof length, bytes, size);
-  return place + sizeof length + size;
+  std::memcpy(out, &length, sizeof length);
+  std::memcpy(out + sizeof length, bytes, size);
+  return out + sizeof length + size;
 }
 
 // Half a surrogate pair becomes U+FFFD.
@@ -74,23 +74,23 @@ unsigned char* RowBuffer::allocateInNextChunk(std::size_t size) {
 
 unsigned char* bytesFromDouble(RowBuffer* buffer, double value, int alignment) {
   const std::size_t step = alignment > 1 ? static_cast<std::size_t>(alignment) : 1;
-  unsigned char* place = buffer->allocate(sizeof value + step - 1);
-  const auto address = reinterpret_cast<std::uintptr_t>(place);
-  place += (step - address % step) % step;
-  std::memcpy(place, &value, sizeof value);
-  return place;
+  unsigned char* bytes = buffer->allocate(sizeof value + step - 1);
+  const auto address = reinterpret_cast<std::uintptr_t>(bytes);
+  bytes += (step - address % step) % step;
+  std::memcpy(bytes, &value, sizeof value);
+  return bytes;
 }
 
 unsigned char* bytesFromKey(RowBuffer* buffer, unsigned int key) {
-  unsigned char* place = buffer->allocate(sizeof key);
-  std::memcpy(place, &key, sizeof key);
-  return place;
+  unsigned char* bytes = buffer->allocate(sizeof key);
+  std::memcpy(bytes, &key, sizeof key);
+  return bytes;
 }
 
 unsigned char* bytesFromUtf8(RowBuffer* buffer, std::string_view text) {
-  unsigned char* place = buffer->allocate(4 + text.size());
-  putText(place, text.data(), text.size());
-  return place;
+  unsigned char* bytes = buffer->allocate(4 + text.size());
+  putText(bytes, text.data(), text.size());
+  return bytes;
 }
 
 unsigned char* bytesFromQString(RowBuffer* buffer, const QString& text) {
@@ -101,13 +101,13 @@ unsigned char* bytesFromQString(RowBuffer* buffer, const QString& text) {
   return bytesFromUtf8(buffer, {utf8.constData(), static_cast<std::size_t>(utf8.size())});
 }
 
-unsigned char* bytesFromQString(unsigned char* place, const QString& text) {
+unsigned char* bytesFromQString(unsigned char* out, const QString& text) {
   if (text.isNull()) {
-    std::memcpy(place, bytesOfNullText(), 4);
-    return place + 4;
+    std::memcpy(out, bytesOfNullText(), 4);
+    return out + 4;
   }
   const QByteArray utf8 = utf8Of(text);
-  return putText(place, utf8.constData(), static_cast<std::size_t>(utf8.size()));
+  return putText(out, utf8.constData(), static_cast<std::size_t>(utf8.size()));
 }
 
 std::size_t bytesNeeded(const QString& text) {

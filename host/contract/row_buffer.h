@@ -1,7 +1,7 @@
 // Growable storage for the bytes of produced column values.
 //
 // Bytes stay where they are until the next reset(), so that rows can point at them; memory is kept
-// over a reset, so that a steady run allocates nothing. Threads: one at a time.
+// over a reset, so that a steady run allocates nothing.
 #pragma once
 
 #include <cstddef>
@@ -21,18 +21,18 @@ class KELVARIN_CORE RowBuffer {
   RowBuffer(const RowBuffer&) = delete;
   RowBuffer& operator=(const RowBuffer&) = delete;
 
-  // Starts again at the first byte; everything handed out before is invalid.
+  // Starts again at the first byte; what was allocated before is invalid.
   void reset();
-  // As reset(), and gives memory beyond `bytesKept` back to the system.
+  // As reset(), and returns memory beyond `bytesKept` to the system.
   void deepReset(long long bytesKept);
   bool isEmpty() const { return m_chunkInUse == 0 && m_used == 0; }
 
-  // Room for `size` bytes, valid until the next reset.
+  // A buffer of `size` bytes, valid until the next reset.
   unsigned char* allocate(std::size_t size) {
     if (size <= m_chunks[m_chunkInUse].size - m_used) [[likely]] {
-      unsigned char* place = m_chunks[m_chunkInUse].bytes.get() + m_used;
+      unsigned char* bytes = m_chunks[m_chunkInUse].bytes.get() + m_used;
       m_used += size;
-      return place;
+      return bytes;
     }
     return allocateInNextChunk(size);
   }
@@ -57,8 +57,8 @@ KELVARIN_CORE unsigned char* bytesFromKey(RowBuffer* buffer, unsigned int key);
 // A null QString is stored as the null text. Half a surrogate pair is stored as U+FFFD.
 KELVARIN_CORE unsigned char* bytesFromQString(RowBuffer* buffer, const QString& text);
 KELVARIN_CORE unsigned char* bytesFromUtf8(RowBuffer* buffer, std::string_view text);
-// Writes to `place`, which has room for bytesNeeded(text); returns the end of what was written.
-KELVARIN_CORE unsigned char* bytesFromQString(unsigned char* place, const QString& text);
+// Writes to `out`, which has space for bytesNeeded(text); returns the end of what was written.
+KELVARIN_CORE unsigned char* bytesFromQString(unsigned char* out, const QString& text);
 KELVARIN_CORE std::size_t bytesNeeded(const QString& text);
 KELVARIN_CORE unsigned char* bytesOfNullText();
 

@@ -25,10 +25,10 @@ bool needsFirstPin(const ActionItem& item) {
   return item.inputPinCount() > 0 && item.endpoint() != ActionItem::Endpoint::reader;
 }
 
-void warn(const ActionItem& item, const QString& text, XMLNode::Place place = {}) {
+void warn(const ActionItem& item, const QString& text, XMLNode::Position position = {}) {
   const CurrentAction onBehalf(&item);
   LogDetails details;
-  details.place = place;
+  details.elementPosition = position;
   logWithDetails(LogLevel::warning, text, details);
 }
 
@@ -58,7 +58,7 @@ const GraphLink* Graph::linkTo(const ActionItem& item, int pin) const {
 
 void reportWarnings(const Graph& graph) {
   for (const GraphWarning& warning : graph.warnings) {
-    warn(*graph.actions[at(warning.action)].item, warning.text, warning.place);
+    warn(*graph.actions[at(warning.action)].item, warning.text, warning.position);
   }
   const GraphLinks links(graph);
   for (int i = 0; i < links.actionCount(); ++i) {

@@ -20,7 +20,7 @@ struct GraphParameter {
 
 struct GraphAction {
   QString name;
-  XMLNode::Place place;
+  XMLNode::Position position;
   std::unique_ptr<ActionItem> item;
 };
 
@@ -36,7 +36,7 @@ struct GraphLink {
 struct GraphWarning {
   int action = -1;
   QString text;  // with its position in the file
-  XMLNode::Place place;
+  XMLNode::Position position;
 };
 
 struct Graph {

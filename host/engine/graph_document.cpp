@@ -41,7 +41,7 @@ GraphDocument::GraphDocument(const QString& file, const ActionCatalogue& catalog
 }
 
 void GraphDocument::refuse(const XMLNode& node, const QString& message) {
-  m_errors.push_back({m_graph.file, node.place(), message});
+  m_errors.push_back({m_graph.file, node.position(), message});
 }
 
 void GraphDocument::read(const XMLNode& root, const std::vector<ParameterOverride>& overrides) {
@@ -199,7 +199,7 @@ void GraphDocument::readAction(const XMLNode& node) {
   const int taken = m_indexOfAction.value(name, -1);
   if (taken >= 0) {
     refuse(node, engine_messages::actionTwice(
-                     name, m_graph.actions[static_cast<std::size_t>(taken)].place.line));
+                     name, m_graph.actions[static_cast<std::size_t>(taken)].position.line));
   }
   if (entry == nullptr) {
     return;
@@ -208,7 +208,7 @@ void GraphDocument::readAction(const XMLNode& node) {
   if (taken < 0) {
     m_indexOfAction.insert(name, static_cast<int>(m_graph.actions.size()));
   }
-  m_graph.actions.push_back({name, node.place(), std::move(item)});
+  m_graph.actions.push_back({name, node.position(), std::move(item)});
   reportFaults(node, *m_graph.actions.back().item);
 }
 
@@ -232,7 +232,7 @@ void GraphDocument::reportFaults(const XMLNode& node, const ActionItem& action) 
 
 void GraphDocument::warn(int action, const XMLNode& node, const QString& message) {
   m_graph.warnings.push_back(
-      {action, GraphError{m_graph.file, node.place(), message}.text(), node.place()});
+      {action, GraphError{m_graph.file, node.position(), message}.text(), node.position()});
 }
 
 void GraphDocument::checkParameterNames(const XMLNode& action) {

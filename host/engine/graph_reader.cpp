@@ -10,10 +10,14 @@
 namespace kelvarin {
 
 QString GraphError::text() const {
-  if (place.line == 0) {
+  if (position.line == 0) {
     return QStringLiteral("%1: %2").arg(file, message);
   }
-  return QStringLiteral("%1:%2:%3: %4").arg(file).arg(place.line).arg(place.column).arg(message);
+  return QStringLiteral("%1:%2:%3: %4")
+      .arg(file)
+      .arg(position.line)
+      .arg(position.column)
+      .arg(message);
 }
 
 Result<Graph, GraphErrors> readGraph(const QString& file, const ActionCatalogue& catalogue,
@@ -48,7 +52,7 @@ Result<Graph, GraphErrors> parseGraph(const QByteArray& document, const QString&
                                       const std::vector<ParameterOverride>& overrides) {
   const auto root = parseXml(document);
   if (!root) {
-    return Failure{GraphErrors{{file, root.error().place, root.error().message}}};
+    return Failure{GraphErrors{{file, root.error().position, root.error().message}}};
   }
   GraphDocument reader(file, catalogue);
   reader.read(*root, overrides);

@@ -17,7 +17,7 @@ namespace kelvarin {
 
 struct GraphError {
   QString file;
-  XMLNode::Place place;  // line 0: the file as a whole
+  XMLNode::Position position;  // line 0: the file as a whole
   QString message;
 
   // "FILE:LINE:COLUMN: MESSAGE"

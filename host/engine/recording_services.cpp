@@ -26,8 +26,8 @@ void RecordingServices::log(LogLevel level, const QString& text, const ActionIte
 void RecordingServices::logDetailed(LogLevel level, const QString& text, const ActionItem* action,
                                     const LogDetails& details) {
   LogLine line{level, action == nullptr ? QString() : action->name(), text, details};
-  if (action != nullptr && details.place.line == 0) {
-    line.details.place = action->node().place();
+  if (action != nullptr && details.elementPosition.line == 0) {
+    line.details.elementPosition = action->node().position();
   }
   {
     const std::lock_guard lock(m_mutex);

@@ -15,8 +15,8 @@ namespace kelvarin {
 
 namespace {
 
-constexpr int kMostNames = 10'000;
-constexpr qsizetype kMostShown = 3;
+constexpr int kMaxNames = 10'000;
+constexpr qsizetype kMaxShown = 3;
 
 struct FormatFacts {
   FileFormat format;
@@ -103,7 +103,7 @@ QString missingFileHint(const QString& path) {
   }
   QStringList names;
   QDirIterator entries(folder.filePath(), QDir::Files | QDir::Hidden);
-  while (entries.hasNext() && names.size() < kMostNames) {
+  while (entries.hasNext() && names.size() < kMaxNames) {
     entries.next();
     names += entries.fileName();
   }
@@ -116,7 +116,7 @@ QString missingFileHint(const QString& path) {
     return !file.suffix().isEmpty() && QFileInfo(name).suffix() == file.suffix();
   });
   ofKind.sort();
-  ofKind.resize(std::min<qsizetype>(ofKind.size(), kMostShown));
+  ofKind.resize(std::min<qsizetype>(ofKind.size(), kMaxShown));
   return ofKind.isEmpty() ? QString() : messages::filesThere(ofKind);
 }
 

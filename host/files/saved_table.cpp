@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kMagic = "KelvTbl1";
 
-// Takes pieces from bytes of a given end; every take answers null when there are not enough.
+// Takes pieces of the bytes, one after another; each take returns null where too few are left.
 class PieceReader {
  public:
   explicit PieceReader(std::vector<unsigned char>& bytes)
@@ -31,7 +31,7 @@ class PieceReader {
     return bytes == nullptr ? std::nullopt : std::optional(qFromLittleEndian<std::uint32_t>(bytes));
   }
 
-  // A count and so many bytes behind it; the place of the count.
+  // A count and as many bytes after it; the address of the count.
   unsigned char* takeText() {
     unsigned char* start = m_next;
     const auto count = takeCount();

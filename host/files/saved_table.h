@@ -7,9 +7,9 @@
 //         u32 count of sort entries; each entry: SortInfos (5 bytes)
 //   each row: u32 byte length, then each column: u8 1 when missing, else 0 and the value's bytes
 //   (column_bytes.h)
-// The file ends behind the last row.
-// Threads: one at a time.  Errors: a file that is not as above is told from its end; nothing is
-// read out of bounds.
+// The file ends after the last row.
+// Errors: a file of another layout is refused, and reading stops with an error text at a row that
+// is damaged or cut off; nothing is read out of bounds.
 #pragma once
 
 #include <vector>

@@ -11,10 +11,10 @@
 #include "base/export.h"
 
 // Draws an SVG file or resource into a square of `size` logical pixels. `cache` and `cacheState`
-// are the caller's static places for one picture: it is drawn again only when its size in device
-// pixels changes, and the result points to
-// `*cache`. Without them renderSVG() keeps the pixmap itself, one a path. Null when there is no
-// screen or no valid file; a message is logged at the first time.
+// are the caller's static storage for one picture: it is drawn again only when its size in device
+// pixels changes, and the result points to `*cache`. Without them renderSVG() keeps one pixmap for
+// each path itself. Null when there is no screen or no valid file; a message is logged the first
+// time.
 KELVARIN_CORE QPixmap* renderSVG(double size, QString path, QPixmap* cache, void** cacheState);
 
 // For the buttons that add and remove lines; null icons without a screen.

@@ -26,8 +26,8 @@ class RowHarness {
  public:
   using Factory = std::function<ActionItem*(XMLNode, GlobalParameters*)>;
 
-  // `columns`, when given, are those of input pin 0: "name:F other:U"; columnsOfPin() gives names
-  // with blanks. Throws std::invalid_argument when the XML is broken.
+  // `columns`, when given, are those of input pin 0: "name:F other:U"; names with blanks need
+  // columnsOfPin(). Throws std::invalid_argument when the XML is broken.
   RowHarness(const Factory& factory, const std::string& xml, const std::string& columns = {});
   // From a prototype, as a host does.
   RowHarness(ActionItem& prototype, const std::string& xml, const std::string& columns = {});

@@ -22,14 +22,14 @@ struct XmlElement;
 
 struct XmlDocument {
   std::atomic<int> handles{0};
-  std::deque<XmlElement>
-      elements;  // in document order, the root first; places in memory never change
+  // In document order, the root first; their addresses never change.
+  std::deque<XmlElement> elements;
 };
 
 struct XmlElement {
   XmlDocument* document = nullptr;
   QString name;
-  XMLNode::Place place;
+  XMLNode::Position position;
   std::vector<XmlAttribute> attributes;  // in the order of the file
   std::vector<XmlElement*> children;
   std::vector<QString> texts;  // the runs of text between children

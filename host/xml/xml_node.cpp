@@ -69,8 +69,8 @@ bool XMLNode::isEmpty() const {
 QString XMLNode::name() const {
   return isEmpty() ? QString() : m_element->name;
 }
-XMLNode::Place XMLNode::place() const {
-  return isEmpty() ? Place{} : m_element->place;
+XMLNode::Position XMLNode::position() const {
+  return isEmpty() ? Position{} : m_element->position;
 }
 
 const unsigned short* XMLNode::getAttribute(const unsigned short* name, int* index) const {

@@ -22,7 +22,7 @@ struct XmlElement;
 struct KELVARIN_CORE XMLNode {
  public:
   // Where an element stands in its file, counted from 1; 0 when it comes from none.
-  struct Place {
+  struct Position {
     long long line = 0;
     long long column = 0;
   };
@@ -35,9 +35,9 @@ struct KELVARIN_CORE XMLNode {
 
   bool isEmpty() const;
   QString name() const;
-  Place place() const;
+  Position position() const;
 
-  // Null when absent. `index`, when given, is the place to search from and receives the place after
+  // Null when absent. `index`, when given, is where the search starts, and receives the index after
   // the one found.
   const unsigned short* getAttribute(const unsigned short* name, int* index = nullptr) const;
   int nAttribute() const;
@@ -67,7 +67,7 @@ namespace kelvarin {
 
 struct XmlError {
   QString message;
-  XMLNode::Place place;
+  XMLNode::Position position;
 };
 
 // Parses a whole document. Refused: what is not well formed, a DOCTYPE, more than 200 levels.
@@ -86,7 +86,7 @@ KELVARIN_CORE std::wstring elementText(const QString& text);
 
 }  // namespace kelvarin
 
-// Converters of attribute texts; each gives `otherwise` when the text is null or no value of the
+// Converters of attribute texts; each returns `otherwise` when the text is null or no value of the
 // wanted kind.
 KELVARIN_CORE int xmltoi(const unsigned short* text, int otherwise);
 KELVARIN_CORE char xmltob(const unsigned short* text, char otherwise);

@@ -39,11 +39,11 @@ class TreeBuilder {
       take();
       if (m_open.size() > kMaximumDepth) {
         return Failure{
-            XmlError{messages::tooManyLevels(kMaximumDepth), m_open.back().element->place}};
+            XmlError{messages::tooManyLevels(kMaximumDepth), m_open.back().element->position}};
       }
     }
     if (m_reader.hasError()) {
-      return Failure{XmlError{whatIsWrong(), m_scanned.placeOf(m_reader.characterOffset())}};
+      return Failure{XmlError{whatIsWrong(), m_scanned.positionOf(m_reader.characterOffset())}};
     }
     if (!isUnicode(m_encoding)) {
       return Failure{XmlError{messages::otherEncoding(m_encoding), {1, 1}}};
@@ -83,7 +83,7 @@ class TreeBuilder {
     XmlElement& element = m_document->elements.emplace_back();
     element.document = m_document.get();
     element.name = m_reader.qualifiedName().toString();
-    element.place = m_scanned.tags.at(m_document->elements.size() - 1);
+    element.position = m_scanned.tags.at(m_document->elements.size() - 1);
     for (const QXmlStreamAttribute& attribute : m_reader.attributes()) {
       element.attributes.push_back(
           {attribute.qualifiedName().toString(), attribute.value().toString()});
@@ -122,8 +122,9 @@ class TreeBuilder {
     }
     const XmlElement& open = *m_open.back().element;
     return m_reader.error() == QXmlStreamReader::PrematureEndOfDocumentError
-               ? messages::elementNotClosed(open.name, open.place.line)
-               : messages::notWellFormedInside(m_reader.errorString(), open.name, open.place.line) +
+               ? messages::elementNotClosed(open.name, open.position.line)
+               : messages::notWellFormedInside(m_reader.errorString(), open.name,
+                                               open.position.line) +
                      (stopsAtBareSign() ? messages::bareSign() : QString());
   }
 
@@ -160,7 +161,7 @@ Result<XMLNode, XmlError> parseXml(const QByteArray& document) {
     const QString before = QStringDecoder(encoding)(valid);
     return Failure{XmlError{
         messages::invalidEncoding(QLatin1String(QStringConverter::nameForEncoding(encoding))),
-        placeInText(before, before.size())}};
+        positionInText(before, before.size())}};
   }
   const ScannedXml scanned = scanXml(text);
   return TreeBuilder(scanned).build();

@@ -18,17 +18,17 @@ class Cursor {
   bool isAt(QStringView prefix) const { return m_text.mid(m_offset).startsWith(prefix); }
   QChar current() const { return m_text[m_offset]; }
   qsizetype offset() const { return m_offset; }
-  XMLNode::Place place() const { return m_place; }
+  XMLNode::Position position() const { return m_position; }
 
   void advance() {
     const QChar c = current();
     const bool isCarriageReturnAlone =
         c == u'\r' && (m_offset + 1 == m_text.size() || m_text[m_offset + 1] != u'\n');
     if (c == u'\n' || isCarriageReturnAlone) {
-      ++m_place.line;
-      m_place.column = 1;
+      ++m_position.line;
+      m_position.column = 1;
     } else if (!c.isLowSurrogate()) {
-      ++m_place.column;
+      ++m_position.column;
     }
     ++m_offset;
   }
@@ -48,7 +48,7 @@ class Cursor {
  private:
   QStringView m_text;
   qsizetype m_offset = 0;
-  XMLNode::Place m_place{1, 1};
+  XMLNode::Position m_position{1, 1};
 };
 
 // Behind the ">" of a tag, which may stand in its quoted values too.
@@ -69,7 +69,7 @@ void advanceBehindTag(Cursor& cursor) {
 
 // At a "<": notes what begins there and goes behind it.
 void scanMarkup(Cursor& cursor, ScannedXml& scanned) {
-  const XMLNode::Place place = cursor.place();
+  const XMLNode::Position position = cursor.position();
   if (cursor.isAt(u"<!--")) {
     cursor.advanceTo(cursor.offset() + 4);
     cursor.advanceBehind(u"-->");
@@ -81,11 +81,11 @@ void scanMarkup(Cursor& cursor, ScannedXml& scanned) {
     cursor.advanceBehind(u">");
   } else if (cursor.isAt(u"<!")) {
     if (scanned.documentType.line == 0) {
-      scanned.documentType = place;
+      scanned.documentType = position;
     }
     cursor.advanceBehind(u">");
   } else {
-    scanned.tags.push_back(place);
+    scanned.tags.push_back(position);
     advanceBehindTag(cursor);
   }
 }
@@ -114,17 +114,17 @@ ScannedXml scanXml(const QString& document) {
   return scanned;
 }
 
-XMLNode::Place ScannedXml::placeOf(qsizetype offset) const {
+XMLNode::Position ScannedXml::positionOf(qsizetype offset) const {
   constexpr qsizetype growth = kEscapedTextEnd.size() - kTextEnd.size();
   const auto escapesBefore =
       std::lower_bound(escapes.begin(), escapes.end(), offset) - escapes.begin();
-  return placeInText(document, std::max<qsizetype>(0, offset - growth * escapesBefore));
+  return positionInText(document, std::max<qsizetype>(0, offset - growth * escapesBefore));
 }
 
-XMLNode::Place placeInText(QStringView text, qsizetype offset) {
+XMLNode::Position positionInText(QStringView text, qsizetype offset) {
   Cursor cursor(text);
   cursor.advanceTo(offset);
-  return cursor.place();
+  return cursor.position();
 }
 
 }  // namespace kelvarin

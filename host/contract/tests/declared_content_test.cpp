@@ -42,7 +42,7 @@ QStringList faultsOf(const QByteArray& element) {
   QStringList found;
   for (const auto& fault : kelvarin::contentFaults(*node, mill(), parameters)) {
     found += QString("%1 %2: %3")
-                 .arg(fault.element.place().line)
+                 .arg(fault.element.position().line)
                  .arg(fault.level == LogLevel::error ? "error" : "warning", fault.message);
   }
   return found;

@@ -121,19 +121,19 @@ TEST_F(Rows, ColumnsAreFoundByNameAlsoAfterARename) {
 
 TEST(RowBuffer, BytesStayWhereTheyAreUntilTheReset) {
   RowBuffer buffer(64);
-  std::vector<unsigned char*> places;
+  std::vector<unsigned char*> addresses;
   for (int i = 0; i < 1000; ++i) {
-    places.push_back(bytesFromDouble(&buffer, i, 8));
-    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(places.back()) % 8, 0u);
+    addresses.push_back(bytesFromDouble(&buffer, i, 8));
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(addresses.back()) % 8, 0u);
   }
   const unsigned char* large = buffer.allocate(100000);
   for (int i = 0; i < 1000; ++i) {
-    EXPECT_EQ(kelvarin::numberFromBytes(places[static_cast<std::size_t>(i)]), i);
+    EXPECT_EQ(kelvarin::numberFromBytes(addresses[static_cast<std::size_t>(i)]), i);
   }
   EXPECT_FALSE(buffer.isEmpty());
   buffer.reset();
   EXPECT_TRUE(buffer.isEmpty());
-  EXPECT_EQ(buffer.allocate(1), places[0] - reinterpret_cast<std::uintptr_t>(places[0]) % 8);
+  EXPECT_EQ(buffer.allocate(1), addresses[0] - reinterpret_cast<std::uintptr_t>(addresses[0]) % 8);
   EXPECT_EQ(buffer.allocate(100000), large);
   buffer.deepReset(0);
   EXPECT_TRUE(buffer.isEmpty());

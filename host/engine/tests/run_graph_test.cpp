@@ -80,7 +80,8 @@ TEST(RunGraph, ARowOutlivesTheEndOfTheReaderThatPublishedIt) {
         "<Pass name='late' stops='20000'/><EveryNth name='f' n='19999'/><Collect name='b'/>"
         "<Pass name='twice'/><Pass name='few' stops='7'/><Collect name='c'/><Collect name='d'/>"
         "<Collect name='all'/>",
-        "s one, one below, below a, s late, late f, f b, s twice, twice few, few c, twice d, s all");
+        "s one, one below, below a, s late, late f, f b, s twice, twice few, few c, "
+        "twice d, s all");
     t.options.queueMemoryBytes = memory;
     EXPECT_TRUE(t.run().isOk());
     EXPECT_EQ(t.seen.values["a"], countedTo(1));

@@ -87,7 +87,7 @@ InlineTable::InlineTable(XMLNode node, GlobalParameters* parameters) : Described
   for (int i = 0; i < node.nChildNode(); ++i) {
     const XMLNode child = node.getChildNode(i);
     if (child.name() == kColumn) {
-      Column& column = m_columns.emplace_back(Column{{}, {}, child.place()});
+      Column& column = m_columns.emplace_back(Column{{}, {}, child.position()});
       readAttribute(child, kName, column.name, parameters);
       readAttribute(child, kMeta, column.meta, parameters);
     } else if (child.name() == kRow) {
@@ -97,7 +97,7 @@ InlineTable::InlineTable(XMLNode node, GlobalParameters* parameters) : Described
 }
 
 void InlineTable::readRow(const XMLNode& node) {
-  Row row{{}, node.place()};
+  Row row{{}, node.position()};
   for (int i = 0; i < node.nChildNode(); ++i) {
     const XMLNode child = node.getChildNode(i);
     if (child.name() != kValue) {
@@ -107,7 +107,7 @@ void InlineTable::readRow(const XMLNode& node) {
     readAttribute(child, kNull, isNull, m_globalParameters);
     const QString text = child.text();
     row.values.push_back(
-        {isNull ? QString() : (text.isNull() ? QStringLiteral("") : text), child.place()});
+        {isNull ? QString() : (text.isNull() ? QStringLiteral("") : text), child.position()});
   }
   m_rows.push_back(std::move(row));
 }
@@ -140,7 +140,7 @@ void InlineTable::saveXML(std::wostringstream& out, QString name) {
   out << L"</" << typeName() << L">\n";
 }
 
-void InlineTable::refuse(XMLNode::Place position, const QString& message) {
+void InlineTable::refuse(XMLNode::Position position, const QString& message) {
   const QString file = m_globalParameters == nullptr ? QString() : m_globalParameters->graphFile();
   MainUI::addLog(LogLevel::error, messages::withPosition(file, position, message));
 }
@@ -166,7 +166,7 @@ bool InlineTable::checkShape() {
     }
   }
   if (m_columns.empty()) {
-    refuse(node().place(), messages::noColumns());
+    refuse(node().position(), messages::noColumns());
     isGood = false;
   }
   return isGood;
@@ -247,7 +247,7 @@ unsigned char* InlineTable::encode(const Value& value, int column, MetaTypeColum
 bool InlineTable::checkOrder(PinOutMetaData& columns) {
   const auto order = parseSortOrder(expandString(m_sortedOn), columns);
   if (!order) {
-    refuse(node().place(), order.error());
+    refuse(node().position(), order.error());
     return false;
   }
   columns.setSortOrder(*order);

@@ -35,20 +35,20 @@ class InlineTable final : public Described<InlineTable, ActionItem> {
  private:
   struct Value {
     QString text;  // null when missing
-    XMLNode::Place position;
+    XMLNode::Position position;
   };
   struct Row {
     std::vector<Value> values;
-    XMLNode::Place position;
+    XMLNode::Position position;
   };
   struct Column {
     QString name;
     QString meta;  // as given; empty is the default
-    XMLNode::Place position;
+    XMLNode::Position position;
   };
 
   void readRow(const XMLNode& node);
-  void refuse(XMLNode::Place position, const QString& message);
+  void refuse(XMLNode::Position position, const QString& message);
   bool planColumns(PinOutMetaData& columns);
   bool checkShape();
   bool encodeRows(const PinOutMetaData& columns);

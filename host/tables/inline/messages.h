@@ -9,7 +9,8 @@
 namespace kelvarin::inline_table_messages {
 
 // "FILE:LINE:COLUMN: MESSAGE"; without the file where the graph has none.
-inline QString withPosition(const QString& file, XMLNode::Place position, const QString& message) {
+inline QString withPosition(const QString& file, XMLNode::Position position,
+                            const QString& message) {
   const QString inFile =
       QStringLiteral("%1:%2: %3").arg(position.line).arg(position.column).arg(message);
   return file.isEmpty() ? inFile : file + u':' + inFile;

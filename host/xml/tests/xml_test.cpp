@@ -25,7 +25,8 @@ Refusal refusalOf(const QByteArray& xml) {
   if (node) {
     return {};
   }
-  return {node.error().message.toStdString(), node.error().place.line, node.error().place.column};
+  return {node.error().message.toStdString(), node.error().position.line,
+          node.error().position.column};
 }
 
 std::string attribute(const XMLNode& node, const char16_t* name) {
@@ -36,17 +37,17 @@ QByteArray nested(int levels) {
   return QByteArray("<a>").repeated(levels) + QByteArray("</a>").repeated(levels);
 }
 
-TEST(Xml, GivesChildrenAttributesAndTextsInTheirOrder) {
+TEST(Xml, ReturnsChildrenAttributesAndTextsInTheirOrder) {
   const XMLNode root =
       parsed("<r b='2' a='1'> <x>one</x>\n <y/> tail <!-- c -->end<x><![CDATA[<&]]></x></r>");
   ASSERT_EQ(root.nAttribute(), 2);
   EXPECT_EQ(root.attributeName(0), "b");
   EXPECT_EQ(root.attributeValue(1), "1");
   ASSERT_EQ(root.nChildNode(), 3);
-  int place = 0;
-  EXPECT_EQ(root.getChildNode(utf16(u"x"), &place).text(), "one");
-  EXPECT_EQ(root.getChildNode(utf16(u"x"), &place).text(), "<&");
-  EXPECT_TRUE(root.getChildNode(utf16(u"x"), &place).isEmpty());
+  int index = 0;
+  EXPECT_EQ(root.getChildNode(utf16(u"x"), &index).text(), "one");
+  EXPECT_EQ(root.getChildNode(utf16(u"x"), &index).text(), "<&");
+  EXPECT_TRUE(root.getChildNode(utf16(u"x"), &index).isEmpty());
   EXPECT_EQ(qString(root.getText(0)), " tail end");
   EXPECT_EQ(root.getText(1), nullptr);
   EXPECT_TRUE(root.getChildNode(3).isEmpty());
@@ -58,16 +59,16 @@ TEST(Xml, KeepsBlanksOfAnElementWithoutChildren) {
   EXPECT_EQ(parsed("<V></V>").getText(0), nullptr);
 }
 
-TEST(Xml, PlacesAreThoseOfTheOpeningBracket) {
+TEST(Xml, PositionsAreThoseOfTheOpeningBracket) {
   const XMLNode root = parsed(
       "<?xml version='1.0'?>\n<!-- <no/> -->\r\n<r t='>'>\xC3\xA9\xF0\x9F\x98\x80<a/>\r\n"
       "<![CDATA[<b/>]]>  <c\n  d='1'/> x ]]> <e/></r>");
-  EXPECT_EQ(root.place().line, 3);
-  EXPECT_EQ(root.place().column, 1);
+  EXPECT_EQ(root.position().line, 3);
+  EXPECT_EQ(root.position().column, 1);
   const long long expected[][2] = {{3, 12}, {4, 19}, {5, 17}};
   for (int i = 0; i < 3; ++i) {
-    EXPECT_EQ(root.getChildNode(i).place().line, expected[i][0]) << i;
-    EXPECT_EQ(root.getChildNode(i).place().column, expected[i][1]) << i;
+    EXPECT_EQ(root.getChildNode(i).position().line, expected[i][0]) << i;
+    EXPECT_EQ(root.getChildNode(i).position().column, expected[i][1]) << i;
   }
 }
 
@@ -81,7 +82,7 @@ TEST(Xml, TextMayHoldTheEndOfACharacterSection) {
   EXPECT_LE(after.column, 10);
 }
 
-TEST(Xml, RefusalsTellWhatAndWhere) {
+TEST(Xml, RefusalsSayWhatAndWhere) {
   EXPECT_EQ(refusalOf("").message, "The file holds no XML element.");
   const Refusal open = refusalOf("<a>\n  <b>\n");
   EXPECT_EQ(open.message, "The file ends before <b>, which opens at line 2, is closed.");
@@ -105,7 +106,7 @@ TEST(Xml, RefusalsTellWhatAndWhere) {
   }
 }
 
-TEST(Xml, WhateverIsChangedItIsReadOrRefusedWithItsPlace) {
+TEST(Xml, WhateverIsChangedItIsReadOrRefusedWithItsPosition) {
   const QByteArray document =
       "<?xml version='1.0'?><!-- c --><a b='1>'>x ]]> &lt;<![CDATA[<y>]]><c/>\n<?p?></a>";
   const QByteArrayList changes{
@@ -117,8 +118,8 @@ TEST(Xml, WhateverIsChangedItIsReadOrRefusedWithItsPlace) {
       const auto node = parseXml(changed);
       if (!node) {
         EXPECT_FALSE(node.error().message.isEmpty()) << changed.constData();
-        EXPECT_GE(node.error().place.line, 1) << changed.constData();
-        EXPECT_GE(node.error().place.column, 1) << changed.constData();
+        EXPECT_GE(node.error().position.line, 1) << changed.constData();
+        EXPECT_GE(node.error().position.column, 1) << changed.constData();
       }
     }
   }
