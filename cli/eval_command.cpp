@@ -285,7 +285,8 @@ void addEvalCommand(CLI::App& program, ChosenCommand& chosen) {
       ->type_name("N");
   command->add_flag("--json", arguments->isJson, "print one JSON object");
   command->footer(
-      "Example:\n  kelvarin eval 'distance / (minutes / 60)' --var distance=1400 --var minutes=227");
+      "Example:\n  kelvarin eval 'distance / (minutes / 60)' --var distance=1400 "
+      "--var minutes=227");
   command->callback(
       [arguments, &chosen] { chosen = [arguments] { return evaluate(*arguments); }; });
 }

@@ -19,8 +19,8 @@ inline QString filterOpening() {
 }
 inline QString rowLine(std::int64_t row, int position, const QString& action) {
   return QStringLiteral(
-             "\n On Data Row %1 at position %2: Please click the \"? (F7)\" check button inside the "
-             "property window of the '%3' action to test & fix the expression.")
+             "\n On Data Row %1 at position %2: Please click the \"? (F7)\" check button inside "
+             "the property window of the '%3' action to test & fix the expression.")
       .arg(QString::number(row), QString::number(position), action);
 }
 // kept: two blanks before "inside" in the String back-end.
