@@ -1,9 +1,52 @@
 // The calculator at its first row: variables, columns, expressions, and which routine takes the
 // rows.
 #include "actions/calculator/calculator.h"
-#include "actions/calculator/scalar_plan.h"
+#include "actions/calculator/calculator_plan.h"
+#include "actions/calculator/scalar_rows.h"
+#include "actions/calculator/variable_table.h"
 
 namespace kelvarin {
+
+namespace {
+
+// Every row of the table is a variable, every output one column.
+class ScalarPlan final : public CalculatorPlan {
+ public:
+  // `outputs` outlive the plan. Without `readsTable` the table is left alone.
+  ScalarPlan(ActionItem& action, ExpressionEvaluator& evaluator,
+             const std::vector<OutputVariable>& outputs, bool readsTable)
+      : m_action(action), m_evaluator(evaluator), m_outputs(outputs), m_readsTable(readsTable) {}
+
+  Result<TableVariables, QString> readTable() override;
+  Result<std::vector<OutputVariable>, QString> columnsOf(
+      const std::vector<OutputVariable>& outputs) override {
+    return outputs;
+  }
+  std::unique_ptr<RowComputation> connect(const OutputColumns& columns) override;
+
+ private:
+  ActionItem& m_action;
+  ExpressionEvaluator& m_evaluator;
+  const std::vector<OutputVariable>& m_outputs;
+  bool m_readsTable;
+};
+
+Result<TableVariables, QString> ScalarPlan::readTable() {
+  TableVariables table;
+  if (!m_readsTable) {
+    return table;
+  }
+  if (const auto read = appendVariableTable(m_action, 1, table.variables); !read) {
+    return Failure{read.error()};
+  }
+  return table;
+}
+
+std::unique_ptr<RowComputation> ScalarPlan::connect(const OutputColumns& columns) {
+  return std::make_unique<ScalarRows>(m_action, m_evaluator, m_outputs, columns);
+}
+
+}  // namespace
 
 bool Calculator::computeFirstRow(ActionItem* action) {
   auto& self = static_cast<Calculator&>(*action);

@@ -8,11 +8,6 @@ TABLE = "<InlineTable name='t'><Column name='x' meta='F'/><Column name='s' meta=
         "<Row><V>1</V><V>a</V></Row></InlineTable>"
 
 
-def one_expression(attributes, expression, inputs=("x",)):
-    return graph(TABLE + calculator("c", inputs, [(attributes, expression)]) + "<WriteCSV name='o' file='out.csv'/>",
-                 ["t c", "c o"])
-
-
 class CheckTest(ProgramTest):
     def check(self, text, status=1):
         self.write("g.kelvarin", text)
@@ -20,17 +15,8 @@ class CheckTest(ProgramTest):
         self.assertEqual(self.files(), ["g.kelvarin"])
         return result.stderr
 
-    def test_sound_graphs(self):
+    def test_a_sound_graph(self):
         self.assertIn("no problem found", self.kelvarin("check", EXAMPLE).stdout)
-        self.check(one_expression("name='y'", "x + 1"), status=0)
-
-    def test_faults_of_expressions(self):
-        self.assertIn("Error: Column 'nope' not found", self.check(one_expression("name='y'", "nope", inputs=["nope"])))
-        unknown = self.check(one_expression("name='y'", "f(x)"))
-        self.assertIn("Error at position:", unknown)
-        self.assertRegex(unknown, r"g\.kelvarin:\d+:\d+: in the output 'y' of the action 'c' \(Calculator\)")
-        self.assertIn("The expression evaluated to a Number and a String was expected",
-                      self.check(one_expression("name='y' meta='U'", "x + 1"), status=0))
 
     def test_dates_that_no_format_reads(self):
         filter_on_dates = "<FilterRows name='f' dateFormat='YYYY-MM-DD' referenceTime='20200101 00:00:00'><InputVars>" \

@@ -32,7 +32,7 @@ class ColumnsByName {
   // A column that was not taken.
   std::optional<QString> remaining() const {
     for (const std::size_t column : m_order) {
-      const QString name = nameOf(m_file, column);
+      QString name = nameOf(m_file, column);
       if (!m_columnsOfName.value(name).empty()) {
         return name;
       }

@@ -42,6 +42,7 @@ QHash<QString, int> columnSetsFor(const ActionItem& action, const OneRow& column
 
 std::vector<MetaTypeColumn> typesOf(const OneRow& columns) {
   std::vector<MetaTypeColumn> types;
+  types.reserve(static_cast<std::size_t>(columns.sz()));
   for (int i = 0; i < columns.sz(); ++i) {
     types.push_back(columns.getMetaType(i));
   }

@@ -5,15 +5,12 @@
 #include <mpOprtBinCommon.h>
 
 #include "expression/backends/bit_operations.h"
+#include "expression/backends/operator_replacement.h"
+#include "expression/backends/string_values.h"
 
 namespace kelvarin {
 
 namespace {
-
-bool isNumber(const mup::IValue& value) {
-  const char type = value.GetType();
-  return type == 'f' || type == 'i';
-}
 
 // What is no number gets the library's error.
 template <typename LibraryOperator, double (*compute)(double, double)>
@@ -53,13 +50,6 @@ class Cast final : public LibraryOperator {
 };
 
 template <typename Operator>
-void replaceBinary(mup::ParserX& parser, EvaluationLimits& limits) {
-  auto replacement = std::make_unique<Operator>(limits);
-  parser.RemoveOprt(replacement->GetIdent());
-  parser.DefineOprt(mup::TokenPtr<mup::IOprtBin>(replacement.release()));
-}
-
-template <typename Operator>
 void replaceInfix(mup::ParserX& parser, EvaluationLimits& limits) {
   auto replacement = std::make_unique<Operator>(limits);
   parser.RemoveInfixOprt(replacement->GetIdent());
@@ -69,10 +59,10 @@ void replaceInfix(mup::ParserX& parser, EvaluationLimits& limits) {
 }  // namespace
 
 void addBitOperators(mup::ParserX& parser, EvaluationLimits& limits) {
-  replaceBinary<BitOperator<mup::OprtAnd, bits::bitAnd>>(parser, limits);
-  replaceBinary<BitOperator<mup::OprtOr, bits::bitOr>>(parser, limits);
-  replaceBinary<BitOperator<mup::OprtShl, bits::shiftLeft>>(parser, limits);
-  replaceBinary<BitOperator<mup::OprtShr, bits::shiftRight>>(parser, limits);
+  replaceOperator<BitOperator<mup::OprtAnd, bits::bitAnd>>(parser, limits);
+  replaceOperator<BitOperator<mup::OprtOr, bits::bitOr>>(parser, limits);
+  replaceOperator<BitOperator<mup::OprtShl, bits::shiftLeft>>(parser, limits);
+  replaceOperator<BitOperator<mup::OprtShr, bits::shiftRight>>(parser, limits);
   replaceInfix<Cast<mup::OprtCastToInt, bits::toInteger>>(parser, limits);
   replaceInfix<Cast<mup::OprtCastToFloat, bits::toFloat>>(parser, limits);
 }

@@ -1,24 +1,19 @@
 #include "expression/backends/string_operators.h"
 
 #include <cmath>
-#include <memory>
-#include <utility>
 
 #include <mpOprtBinAssign.h>
 #include <mpOprtBinCommon.h>
 #include <mpOprtNonCmplx.h>
 
+#include "expression/backends/operator_replacement.h"
+#include "expression/backends/string_values.h"
 #include "expression/errors/messages.h"
 #include "jit/arithmetic.h"
 
 namespace kelvarin {
 
 namespace {
-
-bool isNumber(const mup::IValue& value) {
-  const char type = value.GetType();
-  return type == 'f' || type == 'i';
-}
 
 bool isNumberOrBoolean(const mup::IValue& value) {
   return isNumber(value) || value.GetType() == 'b';
@@ -199,31 +194,24 @@ bool isNotEqual(double x, double y) {
   return x != y;
 }
 
-template <typename Operator, typename... Arguments>
-void replace(mup::ParserX& parser, Arguments&&... arguments) {
-  auto replacement = std::make_unique<Operator>(std::forward<Arguments>(arguments)...);
-  parser.RemoveOprt(replacement->GetIdent());
-  parser.DefineOprt(mup::TokenPtr<mup::IOprtBin>(replacement.release()));
-}
-
 }  // namespace
 
 void addOperators(mup::ParserX& parser, EvaluationLimits& limits) {
-  replace<NumberOperator<mup::OprtAdd, jit::add>>(parser, limits);
-  replace<NumberOperator<mup::OprtSub, jit::subtract>>(parser, limits);
-  replace<NumberOperator<mup::OprtMul, jit::multiply>>(parser, limits);
-  replace<NumberOperator<mup::OprtDiv, jit::divide>>(parser, limits);
-  replace<AssignOperator>(parser);
-  replace<PowerOperator>(parser, limits);
-  replace<RemainderOperator>(parser, limits);
-  replace<ComparisonOperator<mup::OprtLT, isLess>>(parser, limits);
-  replace<ComparisonOperator<mup::OprtLE, isLessOrEqual>>(parser, limits);
-  replace<ComparisonOperator<mup::OprtGT, isGreater>>(parser, limits);
-  replace<ComparisonOperator<mup::OprtGE, isGreaterOrEqual>>(parser, limits);
-  replace<ComparisonOperator<mup::OprtEQ, isEqual>>(parser, limits);
-  replace<ComparisonOperator<mup::OprtNEQ, isNotEqual>>(parser, limits);
-  replace<LogicOperator<mup::prLOGIC_AND, both>>(parser, "&&", limits);
-  replace<LogicOperator<mup::prLOGIC_OR, either>>(parser, "||", limits);
+  replaceOperator<NumberOperator<mup::OprtAdd, jit::add>>(parser, limits);
+  replaceOperator<NumberOperator<mup::OprtSub, jit::subtract>>(parser, limits);
+  replaceOperator<NumberOperator<mup::OprtMul, jit::multiply>>(parser, limits);
+  replaceOperator<NumberOperator<mup::OprtDiv, jit::divide>>(parser, limits);
+  replaceOperator<AssignOperator>(parser);
+  replaceOperator<PowerOperator>(parser, limits);
+  replaceOperator<RemainderOperator>(parser, limits);
+  replaceOperator<ComparisonOperator<mup::OprtLT, isLess>>(parser, limits);
+  replaceOperator<ComparisonOperator<mup::OprtLE, isLessOrEqual>>(parser, limits);
+  replaceOperator<ComparisonOperator<mup::OprtGT, isGreater>>(parser, limits);
+  replaceOperator<ComparisonOperator<mup::OprtGE, isGreaterOrEqual>>(parser, limits);
+  replaceOperator<ComparisonOperator<mup::OprtEQ, isEqual>>(parser, limits);
+  replaceOperator<ComparisonOperator<mup::OprtNEQ, isNotEqual>>(parser, limits);
+  replaceOperator<LogicOperator<mup::prLOGIC_AND, both>>(parser, "&&", limits);
+  replaceOperator<LogicOperator<mup::prLOGIC_OR, either>>(parser, "||", limits);
   parser.RemoveInfixOprt("-");
   parser.DefineInfixOprt(mup::TokenPtr<mup::IOprtInfix>(new MinusSign(limits)));
 }

@@ -14,6 +14,11 @@ inline bool isNullTextValue(const mup::IValue& value) {
   return value.GetString() == kNullTextBytes;
 }
 
+inline bool isNumber(const mup::IValue& value) {
+  const char type = value.GetType();
+  return type == 'f' || type == 'i';
+}
+
 // The result of a test. The library's conditions take booleans only and its arithmetic takes none;
 // this number is accepted by both. The library reuses result objects, so any value assigned later
 // makes it a plain value again.

@@ -81,7 +81,7 @@ class Neighbours {
   }
 
   QString shown(std::size_t index) const {
-    const QString dots = QStringLiteral("(...)");
+    QString dots = QStringLiteral("(...)");
     const QStringView sign = m_tokens.textAt(index);
     if (sign == u"(" || sign == u")") {
       return dots;

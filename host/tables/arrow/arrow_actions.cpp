@@ -30,6 +30,10 @@ ActionDescription describedSink(const char* typeName, const char* toolTip,
           .attributes = {TableSink::describedFile()}};
 }
 
+ArrowFormat arrowFormatOf(FileFormat format) {
+  return format == FileFormat::parquet ? ArrowFormat::parquet : ArrowFormat::arrow;
+}
+
 }  // namespace
 
 ArrowSource::ArrowSource(XMLNode node, GlobalParameters* parameters)
@@ -55,7 +59,27 @@ Result<std::unique_ptr<BatchReader>, QString> ArrowSource::makeReader(const QStr
   if (!formats) {
     return Failure{formats.error()};
   }
-  return (*formats)->makeReader(arrowFormat(), path, std::move(*rules));
+  return (*formats)->makeReader(arrowFormatOf(format()), path, std::move(*rules));
+}
+
+void ArrowSink::saveXML(std::wostringstream& out, QString name) {
+  saveHead(out, name);
+  out << L"/>\n";
+}
+
+// A program without the library says so before the file is created.
+Status<QString> ArrowSink::checkSettings() {
+  const auto formats = ArrowFormats::load();
+  if (!formats) {
+    return Failure{formats.error()};
+  }
+  return Done{};
+}
+
+Status<QString> ArrowSink::begin(const OneRow& columns) {
+  const auto formats = ArrowFormats::load();
+  m_writer = (*formats)->makeWriter(arrowFormatOf(format()), output(), expandedFile());
+  return m_writer->begin(columns);
 }
 
 const ActionDescription& ReadParquet::catalogue() {

@@ -1,8 +1,10 @@
 // The actions ReadParquet, ReadArrow, WriteParquet and WriteArrow.
 #pragma once
 
+#include <memory>
+
 #include "host/tables/arrow/arrow_formats.h"
-#include "host/tables/arrow/arrow_sink.h"
+#include "host/tables/files/table_sink.h"
 #include "host/tables/files/table_source.h"
 #include "host/tables/settings/column_settings.h"
 
@@ -15,11 +17,26 @@ class ArrowSource : public WithDescription<TableSource> {
   std::vector<ElementFault> settingFaults() const override;
 
  protected:
-  virtual ArrowFormat arrowFormat() const = 0;
   Result<std::unique_ptr<BatchReader>, QString> makeReader(const QString& path) const override;
 
  private:
   ColumnSettings m_columns;
+};
+
+class ArrowSink : public TableSink {
+ public:
+  ArrowSink(XMLNode node, GlobalParameters* parameters) : TableSink(node, parameters) {}
+  void saveXML(std::wostringstream& out, QString name) override;
+
+ protected:
+  Status<QString> checkSettings() override;
+  Status<QString> begin(const OneRow& columns) override;
+  Status<QString> writeRow(const OneRow& row) override { return m_writer->writeRow(row); }
+  Status<QString> finish() override { return m_writer->finish(); }
+  void release() override { m_writer.reset(); }
+
+ private:
+  std::unique_ptr<ArrowTableWriter> m_writer;
 };
 
 class ReadParquet : public Described<ReadParquet, ArrowSource> {
@@ -29,7 +46,6 @@ class ReadParquet : public Described<ReadParquet, ArrowSource> {
 
  protected:
   FileFormat format() const override { return FileFormat::parquet; }
-  ArrowFormat arrowFormat() const override { return ArrowFormat::parquet; }
 };
 
 class ReadArrow : public Described<ReadArrow, ArrowSource> {
@@ -39,7 +55,6 @@ class ReadArrow : public Described<ReadArrow, ArrowSource> {
 
  protected:
   FileFormat format() const override { return FileFormat::arrow; }
-  ArrowFormat arrowFormat() const override { return ArrowFormat::arrow; }
 };
 
 class WriteParquet : public Described<WriteParquet, ArrowSink> {
@@ -49,7 +64,6 @@ class WriteParquet : public Described<WriteParquet, ArrowSink> {
 
  protected:
   FileFormat format() const override { return FileFormat::parquet; }
-  ArrowFormat arrowFormat() const override { return ArrowFormat::parquet; }
 };
 
 class WriteArrow : public Described<WriteArrow, ArrowSink> {
@@ -59,7 +73,6 @@ class WriteArrow : public Described<WriteArrow, ArrowSink> {
 
  protected:
   FileFormat format() const override { return FileFormat::arrow; }
-  ArrowFormat arrowFormat() const override { return ArrowFormat::arrow; }
 };
 
 }  // namespace kelvarin
