@@ -39,8 +39,8 @@ std::vector<AttributeDescription> describedAttributes() {
   describe(attributes, conditionAttributes());
   describe<FilterSettings>(attributes, kAfterOptions);
   attributes.push_back({QString::fromUtf16(kExpression), AttributeKind::text,
-                        QStringLiteral("of older files: the expression; it counts where the "
-                                       "element of this name stands there, too"),
+                        QStringLiteral("the expression in older files; where the element of this "
+                                       "name is there too, the attribute counts"),
                         QStringLiteral("")});
   return attributes;
 }
@@ -50,7 +50,8 @@ std::vector<ElementDescription> describedElements() {
                                 .meaning = QStringLiteral("the condition"),
                                 .textMeaning = QStringLiteral("the expression")};
   ElementDescription older = inputVarElement();
-  older.meaning = QStringLiteral("of older files: a variable of the expression");
+  older.meaning =
+      QStringLiteral("a variable of the expression in older files, which have no InputVars");
   older.replacedBy = QString::fromUtf16(kInputVars);
   return {std::move(expression), inputVarsElement(), std::move(older)};
 }

@@ -12,7 +12,7 @@ constexpr AllowedValues kOutputTypes{
     .codes = "FKU", .inWords = "F (number), K (key) or U (text)", .effectOfOthers = kCountsAsText};
 
 constexpr Attribute<InputVariable> kInputAttributes[] = {
-    attribute<&InputVariable::label2>(u"label2", "a second label, kept"),
+    attribute<&InputVariable::label2>(u"label2", "a second label, without effect; editors keep it"),
     attribute<&InputVariable::isNumber>(u"isNumber", "0: the variable is a text"),
     attribute<&InputVariable::meta>(
         u"meta", "D: a text column with dates that enters as an elapsed time", kInputTypes),
@@ -20,7 +20,7 @@ constexpr Attribute<InputVariable> kInputAttributes[] = {
 
 constexpr Attribute<OutputVariable> kOutputAttributes[] = {
     attribute<&OutputVariable::meta>(u"meta", "the column's type", kOutputTypes),
-    attribute<&OutputVariable::isInput>(u"isInput", "kept for editors"),
+    attribute<&OutputVariable::isInput>(u"isInput", "without effect; editors keep it"),
     attribute<&OutputVariable::update>(u"update", "replaces the input column of this name"),
     attribute<&OutputVariable::notes>(u"notes", "the user's notes"),
 };
@@ -109,7 +109,8 @@ ElementDescription inputVarElement() {
       .name = QString::fromUtf16(kInputVar),
       .meaning = QStringLiteral("a variable of the expressions, bound to a column"),
       .mayRepeat = true,
-      .children = {stringListElement(QStringLiteral("a column, of a variable with several"))}};
+      .children = {stringListElement(
+          QStringLiteral("the name of a column, where the variable has several"))}};
   element.attributes = {
       {QStringLiteral("column"), AttributeKind::text, QStringLiteral("the column"),
        QStringLiteral("")},
@@ -138,11 +139,11 @@ ElementDescription outputVarsElement() {
   describe<OutputVariable>(element.attributes, kOutputAttributes);
   element.attributes.push_back(
       {QStringLiteral("expression"), AttributeKind::text,
-       QStringLiteral("of older files: the expression of an element without text"),
+       QStringLiteral("the expression in older files, where the element has no text"),
        QStringLiteral("")});
   element.attributes.push_back(
       {QStringLiteral("isNumber"), AttributeKind::wholeNumber,
-       QStringLiteral("of older files, instead of meta: 0 a text, else a number"), QString()});
+       QStringLiteral("in older files, instead of meta: 0 a text, else a number"), QString()});
   return {.name = QString::fromUtf16(kOutputVars),
           .meaning = QStringLiteral("the columns that expressions make"),
           .children = {std::move(element)}};

@@ -27,7 +27,7 @@ constexpr Attribute<Settings> kAttributes[] = {
     attribute<&Settings::fileNameFromPin>(
         u"fileNameFromPin", "takes the names from the first column of the table on input pin 0"),
     attribute<&Settings::accurateProgressBar>(
-        u"accurateProgressBar", "progress from the row counts of all files; 0: files are counted"),
+        u"accurateProgressBar", "progress bar by the rows of all files; 0: by the number of files"),
     attribute<&Settings::readIncompleteFile>(
         u"readIncompleteFile", "reads a file that its writer has not finished, with a warning"),
     attribute<&Settings::skipCorruptedBlocks>(

@@ -34,11 +34,13 @@ constexpr Attribute<Settings> kAttributes[] = {
     attribute<&Settings::splitColumn>(u"splitVar", "the column to split on"),
     attribute<&Settings::testColumn>(u"testCol", "with writeAllRows='0': the column to test"),
     attribute<&Settings::testValue>(
-        u"testValue", "its value in the rows that are written; empty stands for missing and empty"),
+        u"testValue",
+        "its value in the rows that are written; empty: rows where it is missing or empty"),
     attribute<&Settings::deleteTimeOutSeconds>(u"deleteTimeOut",
                                                "seconds to wait for an old file that is in use"),
     attribute<&Settings::checkNameCollision>(
-        u"checkNameCollision", "no other action of the graph may read or write the file"),
+        u"checkNameCollision",
+        "no other action of the graph may read or write the file; 0: not checked"),
     attribute<&Settings::alwaysDelete>(u"alwaysDelete",
                                        "deletes the old file even when there is no row"),
     attribute<&Settings::createDirectory>(u"createDir", "creates the file's folder"),

@@ -61,9 +61,14 @@ class ChainSearch {
     constexpr qsizetype kPartsOfTwo = 4;
     const QStringList& parts = m_levels.back().parts;
     if (m_chain.isEmpty() && parts.size() >= kPartsOfTwo) {
-      m_chain = parts + QStringList{operandUpTo(end)};
+      m_chain = withoutMissingOperands(parts + QStringList{operandUpTo(end)});
     }
     m_levels.back() = Comparisons{next, {}};
+  }
+
+  // None where an operand is missing, as in a <> b: that mistake has a hint of its own.
+  static QStringList withoutMissingOperands(const QStringList& parts) {
+    return parts.contains(QString()) ? QStringList() : parts;
   }
 
   QString operandUpTo(qsizetype end) const {

@@ -68,10 +68,18 @@ class Neighbours {
            kind == TokenKind::text;
   }
   bool canEndValue(std::size_t index) const {
-    return isValue(index) || m_tokens[index].sign == ")";
+    return isValue(index) || (m_tokens[index].sign == ")" && !closesCast(index));
   }
   bool canBeginValue(std::size_t index) const {
     return isValue(index) || m_tokens[index].sign == "(";
+  }
+
+  bool closesCast(std::size_t index) const {
+    if (index < 2 || m_tokens[index - 2].sign != "(" || isVariable(index - 1)) {
+      return false;
+    }
+    const QStringView type = m_tokens.textAt(index - 1);
+    return type == u"int" || type == u"float";
   }
 
   // A function's name and the bracket of its arguments.

@@ -36,8 +36,8 @@ constexpr Attribute<Options> kAttributes[] = {
                                              "offers the current time as _now, an elapsed time"),
     attribute<&Options::time, &Time::addNowS>(u"addNowS",
                                               "offers the current time as _nowS, a date text"),
-    attribute<&Options::time, &Time::seed>(u"seed",
-                                           "of the random numbers; -1 takes it from the clock"),
+    attribute<&Options::time, &Time::seed>(
+        u"seed", "start of the random numbers, which then repeat; -1 takes it from the clock"),
     attribute<&Options::time, &Time::elapsedTimeUnit>(u"elapsedTimeUnit", "unit of elapsed times",
                                                       kTimeUnits),
     attribute<&Options::time, &Time::dateFormatType>(

@@ -78,7 +78,7 @@ Oddness oddnessOfTypeCode(const QString& text, const AllowedValues& allowed) {
           isKnown ? messages::firstLetterCounts() : QString::fromUtf8(allowed.effectOfOthers)};
 }
 
-// `text` is not blank.
+// `text` is not empty.
 Oddness oddnessOf(const QString& text, AttributeKind kind, const AllowedValues& allowed) {
   switch (kind) {
     case AttributeKind::flag: {
@@ -201,7 +201,7 @@ class Comparison {
     }
   }
 
-  // A value that is empty is no mistake.
+  // A value that is empty is no mistake, nor are blanks alone but where a letter is wanted.
   void checkValue(const XMLNode& node, const AttributeDescription& attribute,
                   const QString& value) {
     const AttributeKind kind = kindOfValueIn(node, attribute);
@@ -209,7 +209,9 @@ class Comparison {
       return;
     }
     const QString expanded = m_parameters.expandString2(value);
-    if (expanded.trimmed().isEmpty()) {
+    const bool isEmpty =
+        kind == AttributeKind::typeCode ? expanded.isEmpty() : expanded.trimmed().isEmpty();
+    if (isEmpty) {
       return;
     }
     const Oddness oddness = oddnessOf(expanded, kind, attribute.allowed);

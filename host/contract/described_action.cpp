@@ -17,7 +17,7 @@ const std::vector<AttributeDescription>& attributesOfEveryAction() {
        .defaultText = QString()},
       {.name = QStringLiteral("version"),
        .kind = AttributeKind::text,
-       .meaning = QStringLiteral("of the action's settings; written, and not looked at"),
+       .meaning = QStringLiteral("the version of the action's settings; kept, without effect"),
        .defaultText = QString()},
       {.name = QStringLiteral("x"),
        .kind = AttributeKind::number,

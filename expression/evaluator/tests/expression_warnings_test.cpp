@@ -47,7 +47,7 @@ TEST(ExpressionWarnings, ComparisonsDoNotChain) {
   for (const char* expression :
        {"(a < b) < c", "(a<b) == (c<d)", "a < b && b < c", "a<b or c<d", "a<b and c<d", "a<b|c<d",
         "a < b ? c < d : e < f", "max(a<b, c<d)", "a < \"b < c\"", "a<b # < c", "a << 1 < b >> 2",
-        "x = a < b", "orders < 3", "a[b<c] < d"}) {
+        "x = a < b", "orders < 3", "a[b<c] < d", "a <> b", "a<>b<>c", "< a < b", "a < b <"}) {
     EXPECT_FALSE(warningsAbout("f", expression).join(u' ').contains("chain")) << expression;
   }
 }

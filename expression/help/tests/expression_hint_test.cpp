@@ -102,6 +102,8 @@ TEST(ExpressionHint, ValuesSideBySideMissAnOperator) {
   }
   EXPECT_FALSE(
       hint("rund(2)", errorOf(Kind::unexpectedToken, "(", 4)).contains("operator is missing"));
+  EXPECT_FALSE(hint("(int)\"a\"", errorOf(Kind::unexpectedToken, "\"a\"", 5))
+                   .contains("operator is missing"));
   EXPECT_EQ(hint("x + 2)", errorOf(Kind::unexpectedToken, ")", 5)), QString());
   EXPECT_EQ(hint("x and or x", errorOf(Kind::unexpectedToken, "or", 6)), QString());
 }

@@ -116,6 +116,8 @@ TEST(DeclaredContent, ValuesWithAnEffectAreWarnings) {
             (QStringList{"1 warning: meta='X' of <Grain> is not F or U. It counts as U.",
                          "2 warning: meta='Float' of <Grain> is not F or U. Its first letter "
                          "counts."}));
+  EXPECT_EQ(faultsOf("<Mill><Grain meta=' '/><Grain meta=''/></Mill>"),
+            QStringList("1 warning: meta=' ' of <Grain> is not F or U. It counts as U."));
 }
 
 TEST(DeclaredContent, ASampleIsANumberUnlessItsFlagSaysOtherwise) {

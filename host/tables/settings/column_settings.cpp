@@ -44,7 +44,7 @@ ColumnSettings::ColumnSettings(const XMLNode& action, const GlobalParameters* pa
 
 AttributeDescription ColumnSettings::describedAttribute() {
   return {QString::fromUtf16(kOnBadValue), AttributeKind::text,
-          QStringLiteral("what a value does that does not fit its column's type"), kAbort,
+          QStringLiteral("what happens at a value that does not fit its column's type"), kAbort,
           AllowedValues{.inWords = "abort (stops the run) or null (makes it null)"}};
 }
 
