@@ -55,6 +55,7 @@ Status<QString> WriteCsv::checkSettings() {
 
 Status<QString> WriteCsv::begin(const OneRow& columns) {
   std::vector<MetaTypeColumn> types;
+  types.reserve(static_cast<std::size_t>(columns.sz()));
   for (int i = 0; i < columns.sz(); ++i) {
     types.push_back(columns.getMetaType(i));
   }
