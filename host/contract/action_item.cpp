@@ -169,7 +169,7 @@ QString ActionItem::expandString(QString text) const {
 }
 
 QString ActionItem::expandFile(QString path) const {
-  const QString expanded = expandString(path);
+  QString expanded = expandString(path);
   if (expanded.isEmpty() || m_globalParameters == nullptr || QDir::isAbsolutePath(expanded)) {
     return expanded;
   }

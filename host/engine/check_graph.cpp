@@ -73,6 +73,7 @@ RunResult checkOnThisStack(const Graph& graph, RunRecord& record, const Executio
     record.fail();
   }
   std::vector<char> takesPart;
+  takesPart.reserve(graph.actions.size());
   for (const GraphAction& action : graph.actions) {
     takesPart.push_back(isSink(*action.item) ? 0 : 1);
   }

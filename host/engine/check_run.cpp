@@ -30,6 +30,7 @@ std::deque<RunRecord> recordsOf(const Graph& graph) {
 std::vector<RunRecord*> chosenFrom(std::deque<RunRecord>& records,
                                    const std::vector<char>& takesPart) {
   std::vector<RunRecord*> chosen;
+  chosen.reserve(records.size());
   for (std::size_t i = 0; i < records.size(); ++i) {
     chosen.push_back(takesPart[i] != 0 ? &records[i] : nullptr);
   }

@@ -65,7 +65,7 @@ Result<std::unique_ptr<PluginLibrary>, QString> PluginLibrary::load(const QStrin
 }
 
 QString PluginLibrary::defaultFile() {
-  const QString named = qEnvironmentVariable("KELVARIN_PLUGIN");
+  QString named = qEnvironmentVariable("KELVARIN_PLUGIN");
   if (!named.isEmpty()) {
     return named;
   }
