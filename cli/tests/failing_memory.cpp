@@ -134,16 +134,6 @@ int countingMain(int argc, char** argv, char** environment) {
 
 }  // namespace
 
-extern "C" void* dlopen(const char* file, int mode) {
-  using Open = void* (*)(const char*, int);
-  static const auto open = reinterpret_cast<Open>(dlsym(RTLD_NEXT, "dlopen"));
-  const bool isArrow = file != nullptr && std::strstr(file, "KelvarinArrow") != nullptr;
-  const bool wasLooking = std::exchange(isLooking, isLooking || isArrow);
-  void* library = open(file, mode);
-  isLooking = wasLooking;
-  return library;
-}
-
 extern "C" {
 
 #pragma GCC visibility push(default)
@@ -154,6 +144,16 @@ int __libc_start_main(Main main, int argc, char** argv, void (*init)(), void (*f
   programMain = main;
   const auto start = reinterpret_cast<Start>(dlsym(RTLD_NEXT, "__libc_start_main"));
   return start(countingMain, argc, argv, init, finish, finishLoader, stackEnd);
+}
+
+void* dlopen(const char* file, int mode) {
+  using Open = void* (*)(const char*, int);
+  static const auto open = reinterpret_cast<Open>(dlsym(RTLD_NEXT, "dlopen"));
+  const bool isArrow = file != nullptr && std::strstr(file, "KelvarinArrow") != nullptr;
+  const bool wasLooking = std::exchange(isLooking, isLooking || isArrow);
+  void* library = open(file, mode);
+  isLooking = wasLooking;
+  return library;
 }
 
 void* malloc(std::size_t size) {

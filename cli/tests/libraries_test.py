@@ -21,8 +21,8 @@ class LibrariesTest(ProgramTest):
         return libraries
 
     def run_of(self, sink):
-        self.write("g.kelvarin", graph(f"<ReadCSV name='in' file='in.csv'/>{calculator('c', ['a'], [("name='b'", 'a+1')])}{sink}",
-                                       ["in c", "c out"]))
+        actions = "<ReadCSV name='in' file='in.csv'/>" + calculator("c", ["a"], [("name='b'", "a+1")]) + sink
+        self.write("g.kelvarin", graph(actions, ["in c", "c out"]))
         return self.loaded("run", "g.kelvarin", "--quiet")
 
     def test_an_expression_needs_neither_a_screen_nor_arrow(self):
