@@ -1,18 +1,30 @@
 #include "host/tables/arrow/arrow_formats.h"
 
+#include <filesystem>
+#include <string>
+
 #include <dlfcn.h>
 
+#include "host/contract/main_ui.h"
 #include "host/tables/arrow/messages.h"
 
 namespace kelvarin {
 
 namespace {
 
-// Found along the run path, in the folder of the program's other libraries.
 constexpr const char* kLibrary = "libKelvarinArrow.so";
 
+// It lies beside KelvarinCore.
+std::string pathOfLibrary() {
+  Dl_info core{};
+  dladdr(reinterpret_cast<const void*>(&MainUI::kelvarinID), &core);
+  return std::filesystem::path(core.dli_fname == nullptr ? "" : core.dli_fname)
+      .replace_filename(kLibrary)
+      .string();
+}
+
 Result<const ArrowFormats*, QString> loadLibrary() {
-  void* library = dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL);
+  void* library = dlopen(pathOfLibrary().c_str(), RTLD_NOW | RTLD_LOCAL);
   void* function = library == nullptr ? nullptr : dlsym(library, "kelvarinArrowFormats");
   if (function == nullptr) {
     return Failure{table_messages::formatsNotLoaded(QString::fromLocal8Bit(dlerror()))};
