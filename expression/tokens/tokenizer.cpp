@@ -37,7 +37,7 @@ constexpr Sign kSigns[] = {{"<<", TokenKind::operatorSign}, {">>", TokenKind::op
 
 template <typename Character>
 bool beginsWith(std::basic_string_view<Character> text, std::string_view ascii) {
-  return text.size() >= ascii.size() &&
+  return text.front() == static_cast<Character>(ascii.front()) && text.size() >= ascii.size() &&
          std::equal(ascii.begin(), ascii.end(), text.begin(),
                     [](char a, Character b) { return static_cast<Character>(a) == b; });
 }
@@ -104,6 +104,7 @@ std::string_view closingOf(std::string_view opening) {
 template <typename Character>
 Tokens tokensOf(std::basic_string_view<Character> expression) {
   Tokens tokens;
+  tokens.reserve(expression.size() / 2 + 1);
   for (std::size_t start = 0; start < expression.size();) {
     Token token = firstToken(expression.substr(start), tokens);
     token.start = start;
