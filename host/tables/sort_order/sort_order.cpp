@@ -41,7 +41,7 @@ Entry entryAt(const QString& text, qsizetype start, qsizetype atLeast) {
 
 // A name may hold commas: of the entries that start here, the first that names a column.
 Entry entryOfColumn(const QString& text, qsizetype start, const PinOutMetaData& columns) {
-  const Entry shortest = entryAt(text, start, start);
+  Entry shortest = entryAt(text, start, start);
   Entry entry = shortest;
   while (!entry.direction.isNull()) {
     if (columns.indexOf(entry.column) >= 0) {
