@@ -1,6 +1,8 @@
 // A library to be preloaded that lets allocations of a program fail, so that tests can see what the
 // program does then. The allocations of main() count, on all threads, from 1, but for those made
-// while the Arrow library is opened: its own start is not made for a lack of memory.
+// while the Arrow library is opened: its own start is not made for a lack of memory. Neither do those
+// that the dynamic loader makes for the thread-local variables of an opened library: without them
+// the C library ends the process itself, with a text of its own.
 //
 // Environment:
 //   FAILING_MEMORY_AT=N       the N-th fails
@@ -9,6 +11,7 @@
 //   FAILING_MEMORY_TRACE=1    the first one that fails writes its calls to standard error
 //   FAILING_MEMORY_LIST=FILE  at the end of main(), the numbers of the first allocations from
 //                             different sites go to the file, one a line
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstddef>
@@ -20,6 +23,8 @@
 
 #include <dlfcn.h>
 #include <execinfo.h>
+#include <link.h>
+#include <sys/auxv.h>
 #include <unistd.h>
 
 extern "C" {
@@ -46,6 +51,9 @@ bool isTracing = false;
 const char* listFile = nullptr;
 // The allocations of one that looks at its calls do not count.
 __attribute__((tls_model("initial-exec"))) thread_local bool isLooking = false;
+__attribute__((tls_model("initial-exec"))) thread_local bool isOpening = false;
+std::uintptr_t loaderBegin = 0;
+std::uintptr_t loaderEnd = 0;
 
 constexpr int kCalls = 12;  // so many distinguish one site from another
 constexpr int kCallsOfTrace = 60;
@@ -82,8 +90,27 @@ void trace() {
   backtrace_symbols_fd(calls, backtrace(calls, kCallsOfTrace), STDERR_FILENO);
 }
 
-bool mustFail(std::size_t size) {
-  if (!isActive.load(std::memory_order_relaxed) || isLooking) {
+int findLoader(dl_phdr_info* object, std::size_t, void*) {
+  if (object->dlpi_addr != getauxval(AT_BASE)) {
+    return 0;
+  }
+  loaderBegin = object->dlpi_addr;
+  const ElfW(Phdr)& last = object->dlpi_phdr[object->dlpi_phnum - 1];
+  for (const ElfW(Phdr)* part = object->dlpi_phdr; part <= &last; ++part) {
+    if (part->p_type == PT_LOAD) {
+      loaderEnd = std::max<std::uintptr_t>(loaderEnd, loaderBegin + part->p_vaddr + part->p_memsz);
+    }
+  }
+  return 1;
+}
+
+bool isForThreadLocals(const void* caller) {
+  const auto address = reinterpret_cast<std::uintptr_t>(caller);
+  return !isOpening && address >= loaderBegin && address < loaderEnd;
+}
+
+bool mustFail(std::size_t size, const void* caller) {
+  if (!isActive.load(std::memory_order_relaxed) || isLooking || isForThreadLocals(caller)) {
     return false;
   }
   const long number = ++allocations;
@@ -123,6 +150,7 @@ int countingMain(int argc, char** argv, char** environment) {
   listFile = std::getenv("FAILING_MEMORY_LIST");
   void* calls[1];
   backtrace(calls, 1);  // loads what it needs
+  dl_iterate_phdr(findLoader, nullptr);
   isActive = true;
   const int status = programMain(argc, argv, environment);
   isActive = false;
@@ -151,25 +179,28 @@ void* dlopen(const char* file, int mode) {
   static const auto open = reinterpret_cast<Open>(dlsym(RTLD_NEXT, "dlopen"));
   const bool isArrow = file != nullptr && std::strstr(file, "KelvarinArrow") != nullptr;
   const bool wasLooking = std::exchange(isLooking, isLooking || isArrow);
+  const bool wasOpening = std::exchange(isOpening, true);
   void* library = open(file, mode);
+  isOpening = wasOpening;
   isLooking = wasLooking;
   return library;
 }
 
 void* malloc(std::size_t size) {
-  return mustFail(size) ? failed() : __libc_malloc(size);
+  return mustFail(size, __builtin_return_address(0)) ? failed() : __libc_malloc(size);
 }
 
 void* calloc(std::size_t count, std::size_t size) {
-  return mustFail(count * size) ? failed() : __libc_calloc(count, size);
+  return mustFail(count * size, __builtin_return_address(0)) ? failed()
+                                                             : __libc_calloc(count, size);
 }
 
 void* realloc(void* memory, std::size_t size) {
-  return mustFail(size) ? failed() : __libc_realloc(memory, size);
+  return mustFail(size, __builtin_return_address(0)) ? failed() : __libc_realloc(memory, size);
 }
 
 void* memalign(std::size_t alignment, std::size_t size) {
-  return mustFail(size) ? failed() : __libc_memalign(alignment, size);
+  return mustFail(size, __builtin_return_address(0)) ? failed() : __libc_memalign(alignment, size);
 }
 
 void* aligned_alloc(std::size_t alignment, std::size_t size) {
