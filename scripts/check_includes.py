@@ -24,6 +24,7 @@ ALLOWED = {
     "host/pictures": ["host/contract"],
     "host/widgets": ["host/contract"],
     "host/testing": ["host/contract"],
+    "host/widget_testing": ["host/testing", "host/widgets"],
     "host/engine": ["host/files"],
     "host/tables/sort_order": ["host/contract"],
     "host/tables/settings": ["host/contract"],
@@ -51,7 +52,19 @@ ALLOWED = {
     "columnar/writer": ["columnar/codecs", "host/contract"],
     "columnar/reader": ["columnar/codecs", "columnar/files", "host/contract"],
     "columnar/actions": ["actions/frame", "columnar/reader", "columnar/writer", "host/files"],
+    "ui/language": ["expression/help", "expression/options"],
+    "ui/widgets": ["host/widgets", "ui/language"],
+    "ui/error_dialog": ["ui/widgets"],
+    "ui/help_browser": ["ui/widgets"],
+    "ui/debugger": ["actions/frame", "ui/widgets"],
+    "ui/panels": ["ui/widgets"],
+    "ui/editors": ["actions/calculator_vectorized", "actions/filter_rows", "ui/debugger", "ui/error_dialog",
+                   "ui/help_browser", "ui/panels"],
+    "ui/columnar": ["columnar/actions", "ui/error_dialog", "ui/help_browser", "ui/panels"],
+    "ui": ["ui/columnar", "ui/editors"],
     "plugin": ["actions/calculator_vectorized", "actions/filter_rows", "columnar/actions"],
+    "gui/edit": ["host/engine", "host/pictures", "host/tables", "host/widgets"],
+    "gui": ["gui/edit"],
     "cli": ["expression/help", "expression/options", "host/engine", "host/tables"],
     "cli/gel": ["cli", "columnar/reader", "columnar/writer"],
     "fuzz": ["columnar/reader"],
@@ -63,6 +76,7 @@ ALLOWED = {
 # What the tests of a module may include as well: of all modules, and of one.
 OF_ALL_TESTS = ["host/testing"]
 OF_TESTS = {"expression/help": ["expression/evaluator"], "host/widgets": ["host/pictures"]}
+OF_TESTS |= {module: ["host/widget_testing"] for module in ALLOWED if module.startswith(("ui", "gui"))}
 
 
 THIS_FILE = os.path.join("scripts", "check_includes.py")

@@ -2,8 +2,8 @@
 // a page of the help.
 #pragma once
 
-#include "actions/frame/editor_registry.h"
 #include "host/contract/described_action.h"
+#include "host/contract/editor_registry.h"
 #include "host/contract/main_ui.h"
 #include "host/pictures/pictures.h"
 

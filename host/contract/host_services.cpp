@@ -30,6 +30,11 @@ void HostServices::openHelp(const QString& helpId, const QString&) {
   log(LogLevel::information, messages::helpPage(helpId), CurrentAction::get());
 }
 
+std::unique_ptr<RowsRequest> HostServices::requestRows(const ActionItem&, int, bool, long long,
+                                                       std::shared_ptr<RowsReceiver>) {
+  return nullptr;
+}
+
 PinColumns HostServices::columnsOfInputPin(const ActionItem&, int) {
   return {};
 }

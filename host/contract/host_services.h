@@ -9,6 +9,7 @@
 #include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 #include "host/contract/pin_columns.h"
+#include "host/contract/pin_rows.h"
 
 class EngineRunner;
 
@@ -37,6 +38,10 @@ class KELVARIN_CORE HostServices {
   virtual void columnsNamed(const ActionItem& action, const QStringList& names);
   // The columns that reach an input pin of an action of the open graph, outside a run.
   virtual PinColumns columnsOfInputPin(const ActionItem& action, int pin);
+  // See pin_rows.h; a host that cannot answers null.
+  virtual std::unique_ptr<RowsRequest> requestRows(const ActionItem& action, int pin, bool isOutput,
+                                                   long long limit,
+                                                   std::shared_ptr<RowsReceiver> receiver);
   // log() with what the text is about; a program that has no use for it gets the text alone.
   virtual void logDetailed(LogLevel level, const QString& text, const ActionItem* action,
                            const LogDetails& details);

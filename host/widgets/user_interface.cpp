@@ -12,6 +12,12 @@ void UpdateClassWidget::propertiesChanged() {
   MainUI::documentWasModified();
 }
 
+QMap<QString, QString> UpdateClassWidget::uncommittedState() const {
+  return {};
+}
+
+void UpdateClassWidget::commit() {}
+
 QString tGetOpenFileName(QWidget* parent, QString caption, QString folder, QString filter) {
   if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
     MainUI::addLog(LogLevel::information, kelvarin::messages::noFilePicked());

@@ -3,6 +3,8 @@
 // Threads: the user-interface thread.
 #pragma once
 
+#include <QMap>
+#include <QString>
 #include <QWidget>
 
 #include "base/export.h"
@@ -15,6 +17,11 @@ class KELVARIN_CORE UpdateClassWidget : public QWidget {
   ~UpdateClassWidget() override;
 
   virtual void propertiesChanged();
+  // What the user has typed and not yet committed to the action, for a recovery file: names of
+  // fields and their texts. Empty when there is nothing.
+  virtual QMap<QString, QString> uncommittedState() const;
+  // Commits it as if the focus had left the field.
+  virtual void commit();
 };
 
 // Asks for a file that exists; empty when the user gave up or when there is no screen, which is

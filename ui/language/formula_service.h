@@ -1,0 +1,39 @@
+// Checks and evaluates expressions beside the user-interface thread.
+//
+// A question replaces the ones before it; an answer to an old question is thrown away. An
+// evaluation that does not come back within a second is left behind, and the service says so; at
+// most one is left behind at a time. Nothing that reads files or waits is called.
+// Threads: the user-interface thread; the answers come by signals on it.
+#pragma once
+
+#include <memory>
+
+#include <QObject>
+
+#include "ui/language/formula.h"
+#include "ui/language/formula_answer.h"
+
+namespace kelvarin {
+
+class FormulaService : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit FormulaService(QObject* parent = nullptr);
+  ~FormulaService() override;
+
+  // The version under which the answer comes.
+  quint64 ask(const Formula& formula);
+  // About the part that begins at `start` and has `size` characters.
+  quint64 askPart(const Formula& formula, qsizetype start, qsizetype size);
+
+ signals:
+  void answered(const kelvarin::FormulaAnswer& answer);
+  void partAnswered(const kelvarin::PartAnswer& answer);
+
+ private:
+  class Worker;
+  std::unique_ptr<Worker> m_worker;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,58 @@
+// The field in which an expression is typed, with what helps while typing: colours, bracket pairs,
+// completion, call tips, and below it the verdict in words, the result's type and engine, and the
+// values of the first rows.
+//
+// Used by the expression editors, the block filter and the naming of files. Nothing in it changes
+// an action; that is the editor's, at editingFinished().
+// Threads: the user-interface thread.
+#pragma once
+
+#include <memory>
+
+#include <QWidget>
+
+#include "ui/language/formula.h"
+#include "ui/language/formula_answer.h"
+
+namespace kelvarin {
+
+class KPlainTextEdit;
+
+class ExpressionField : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit ExpressionField(QWidget* parent = nullptr);
+  ~ExpressionField() override;
+
+  KPlainTextEdit* editor() const;
+  QString expression() const;
+  // Not undone by the user, and no end of editing.
+  void setExpression(const QString& expression);
+  // What it may refer to; the expression in it is not looked at. Asks for a new verdict.
+  void setFormula(const Formula& formula);
+  const FormulaAnswer& answer() const;
+
+  // Replaces the default expression "1", else puts the alias between blanks at the cursor.
+  void insertVariable(const QString& alias);
+  void insertText(const QString& text);
+  // The style of a field whose expression was refused, or the normal one.
+  void setRefused(bool isRefused);
+  // Selects a part and takes the focus.
+  void showPart(qsizetype start, qsizetype size);
+  // The names in the history, the latest first; the field adds what was committed.
+  void setHistoryKey(const QString& key);
+
+ signals:
+  void editingFinished();
+  void answered(const kelvarin::FormulaAnswer& answer);
+  // Completion or a quick fix names a column that is no variable yet.
+  void columnWanted(const QString& column);
+  void helpWanted(const QString& name);
+
+ private:
+  class Parts;
+  std::unique_ptr<Parts> m_parts;
+};
+
+}  // namespace kelvarin
