@@ -1,8 +1,8 @@
 // A library to be preloaded that lets allocations of a program fail, so that tests can see what the
 // program does then. The allocations of main() count, on all threads, from 1, but for those made
-// while the Arrow library is opened: its own start is not made for a lack of memory. Neither do those
-// that the dynamic loader makes for the thread-local variables of an opened library: without them
-// the C library ends the process itself, with a text of its own.
+// while a library is opened: those of the system do not survive a start without memory. Neither do
+// those that the dynamic loader makes later for the thread-local variables of an opened library:
+// without them the C library ends the process itself, with a text of its own.
 //
 // Environment:
 //   FAILING_MEMORY_AT=N       the N-th fails
@@ -51,7 +51,6 @@ bool isTracing = false;
 const char* listFile = nullptr;
 // The allocations of one that looks at its calls do not count.
 __attribute__((tls_model("initial-exec"))) thread_local bool isLooking = false;
-__attribute__((tls_model("initial-exec"))) thread_local bool isOpening = false;
 std::uintptr_t loaderBegin = 0;
 std::uintptr_t loaderEnd = 0;
 
@@ -104,13 +103,13 @@ int findLoader(dl_phdr_info* object, std::size_t, void*) {
   return 1;
 }
 
-bool isForThreadLocals(const void* caller) {
+bool isOfLoader(const void* caller) {
   const auto address = reinterpret_cast<std::uintptr_t>(caller);
-  return !isOpening && address >= loaderBegin && address < loaderEnd;
+  return address >= loaderBegin && address < loaderEnd;
 }
 
 bool mustFail(std::size_t size, const void* caller) {
-  if (!isActive.load(std::memory_order_relaxed) || isLooking || isForThreadLocals(caller)) {
+  if (!isActive.load(std::memory_order_relaxed) || isLooking || isOfLoader(caller)) {
     return false;
   }
   const long number = ++allocations;
@@ -177,11 +176,8 @@ int __libc_start_main(Main main, int argc, char** argv, void (*init)(), void (*f
 void* dlopen(const char* file, int mode) {
   using Open = void* (*)(const char*, int);
   static const auto open = reinterpret_cast<Open>(dlsym(RTLD_NEXT, "dlopen"));
-  const bool isArrow = file != nullptr && std::strstr(file, "KelvarinArrow") != nullptr;
-  const bool wasLooking = std::exchange(isLooking, isLooking || isArrow);
-  const bool wasOpening = std::exchange(isOpening, true);
+  const bool wasLooking = std::exchange(isLooking, true);
   void* library = open(file, mode);
-  isOpening = wasOpening;
   isLooking = wasLooking;
   return library;
 }
