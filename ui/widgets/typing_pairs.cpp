@@ -67,8 +67,8 @@ std::optional<TextChange> typedClosing(const ExpressionTokens& tokens, qsizetype
 
 std::optional<TextChange> typedQuoteInLiteral(const QString& text, const Token& literal,
                                               qsizetype position) {
-  const bool isAtItsEnd = !isUnclosed(literal) &&
-                          position == static_cast<qsizetype>(literal.end()) - 1;
+  const bool isAtItsEnd =
+      !isUnclosed(literal) && position == static_cast<qsizetype>(literal.end()) - 1;
   return isAtItsEnd && text[position] == kQuote ? std::optional(passOver(position)) : std::nullopt;
 }
 
@@ -130,24 +130,6 @@ std::optional<TextChange> removedPair(const QString& text, qsizetype position) {
   });
   return isPair ? std::optional(TextChange{position - 1, 2, {}, position - 1, position - 1})
                 : std::nullopt;
-}
-
-std::optional<BracketPair> bracketsAt(const QString& text, qsizetype position) {
-  const ExpressionTokens tokens(text);
-  for (const qsizetype candidate : {position - 1, position}) {
-    for (std::size_t i = 0; i < tokens.size() && positionOf(tokens[i]) <= candidate; ++i) {
-      const TokenKind kind = tokens[i].kind;
-      if (positionOf(tokens[i]) != candidate ||
-          (kind != TokenKind::opening && kind != TokenKind::closing)) {
-        continue;
-      }
-      const std::size_t partner = partnerOf(tokens.all(), i);
-      const qsizetype other = partner == kNoToken ? -1 : positionOf(tokens[partner]);
-      return kind == TokenKind::opening ? BracketPair{candidate, other}
-                                        : BracketPair{other, candidate};
-    }
-  }
-  return {};
 }
 
 }  // namespace kelvarin
