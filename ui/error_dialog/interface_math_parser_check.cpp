@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDialogButtonBox>
-#include <QFontDatabase>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -17,6 +16,7 @@
 #include "expression/errors/error_texts.h"
 #include "expression/errors/expression_mark.h"
 #include "ui/error_dialog/error_pictures.h"
+#include "ui/widgets/fixed_font.h"
 
 namespace kelvarin {
 
@@ -44,8 +44,7 @@ QLabel* selectableLabel(const QString& text, const QString& accessibleName) {
 // `width` scrolls.
 QPlainTextEdit* fixedLines(const QString& text, int width) {
   auto* lines = new QPlainTextEdit(text);
-  QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-  font.setPointSizeF(QApplication::font().pointSizeF());
+  const QFont font = fixedFont();
   lines->setFont(font);
   lines->setReadOnly(true);
   lines->setTabChangesFocus(true);
