@@ -28,7 +28,7 @@ constexpr int kWordOfNote = 5;
 }  // namespace score
 
 // Shorter words are not looked for within names, nor do they lose their endings.
-constexpr qsizetype kLeastPart = 3;
+constexpr qsizetype kMinPart = 3;
 
 QString fromLatin(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -36,7 +36,7 @@ QString fromLatin(std::string_view text) {
 
 // "days" finds "day".
 QString withoutPlural(const QString& word) {
-  const bool isPlural = word.size() > kLeastPart && word.endsWith(u's') && !word.endsWith(u"ss");
+  const bool isPlural = word.size() > kMinPart && word.endsWith(u's') && !word.endsWith(u"ss");
   return isPlural ? word.chopped(1) : word;
 }
 
@@ -62,7 +62,7 @@ bool anyBeginsWith(const QStringList& words, const QString& begin) {
 // "rounding" finds "round".
 bool anyIsBeginOf(const QStringList& words, const QString& word) {
   return std::any_of(words.begin(), words.end(), [&](const QString& known) {
-    return known.size() > kLeastPart && word.startsWith(known);
+    return known.size() > kMinPart && word.startsWith(known);
   });
 }
 
@@ -112,7 +112,7 @@ HelpSearch::HelpSearch(const Translate& translate) {
 
 int HelpSearch::scoreOf(const Index& index, const QString& word) {
   const QString stem = withoutPlural(word);
-  const bool isLong = word.size() >= kLeastPart;
+  const bool isLong = word.size() >= kMinPart;
   const auto contains = [&](const QString& name) { return name.contains(word); };
   const std::array<std::pair<bool, int>, 12> rules = {{
       {index.names.contains(word), score::kName},
