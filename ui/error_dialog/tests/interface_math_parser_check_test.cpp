@@ -11,6 +11,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include "host/widget_testing/widget_walk.h"
+#include "host/widgets/translation.h"
 #include "ui/error_dialog/interface_math_parser_check.h"
 
 namespace kelvarin {
@@ -97,10 +99,7 @@ TEST(MathParserCheck, LeadsToTheFaultAndToTheNamesThatMayBeMeant) {
 }
 
 TEST(MathParserCheck, FitsTheScreenWithLargeFontsAndLongTexts) {
-  const QFont normal = QApplication::font();
-  QFont large = normal;
-  large.setPointSizeF(normal.pointSizeF() * 2);
-  QApplication::setFont(large);
+  const testing::LargeFonts large(2.0);
   ExpressionReport report = unknownName();
   report.text += QStringLiteral(" It goes on and on.").repeated(200);
   report.expression = QStringLiteral("price * discount").repeated(500);
@@ -109,9 +108,22 @@ TEST(MathParserCheck, FitsTheScreenWithLargeFontsAndLongTexts) {
   const QSize screen = dialog.screen()->availableGeometry().size();
   EXPECT_LE(dialog.width(), screen.width());
   EXPECT_LE(dialog.height(), screen.height());
-  const auto* close = dialog.findChild<QPushButton*>("pbGoThere");
-  EXPECT_TRUE(dialog.rect().contains(QRect(close->mapTo(&dialog, QPoint()), close->size())));
-  QApplication::setFont(normal);
+  const auto* show = dialog.findChild<QPushButton*>("pbGoThere");
+  EXPECT_TRUE(dialog.rect().contains(QRect(show->mapTo(&dialog, QPoint()), show->size())));
+}
+
+TEST(MathParserCheck, CanBeUsedByEverybody) {
+  const auto joined = [](const QStringList& faults) { return faults.join(u'\n').toStdString(); };
+  for (const QString& language : {QStringLiteral("en"), QStringLiteral("de")}) {
+    const Translation translation({language});
+    const testing::LargeFonts large(2.0);
+    Interface_MathParserCheck dialog(unknownName());
+    dialog.show();
+    EXPECT_EQ(joined(testing::controlsWithoutName(dialog)), "");
+    EXPECT_EQ(joined(testing::controlsOutOfTabReach(dialog)), "");
+    EXPECT_EQ(joined(testing::cutTexts(dialog)), "");
+    EXPECT_EQ(joined(testing::keysWithTwoOwners(dialog)), "");
+  }
 }
 
 }  // namespace
