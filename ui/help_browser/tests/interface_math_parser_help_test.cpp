@@ -9,6 +9,8 @@
 #include <QTextBrowser>
 #include <QTreeWidget>
 
+#include "host/widget_testing/widget_walk.h"
+#include "host/widgets/translation.h"
 #include "ui/help_browser/interface_math_parser_help.h"
 
 namespace kelvarin {
@@ -92,6 +94,22 @@ TEST(MathParserHelp, EvaluatesTheExampleAndWhatIsMadeOfIt) {
   expression->setText("flor(2)");
   EXPECT_TRUE(QTest::qWaitFor([&] { return browser.value->text().contains("floor"); }))
       << browser.value->text().toStdString();
+}
+
+TEST(MathParserHelp, CanBeUsedByEverybody) {
+  const auto joined = [](const QStringList& faults) { return faults.join(u'\n').toStdString(); };
+  for (const char* language : {"en", "de"}) {
+    const Translation translation({language});
+    const testing::LargeFonts large(2.0);
+    Browser browser;
+    for (const char* query : {"", "round", "IFNULL"}) {
+      browser.query->setText(query);
+      EXPECT_EQ(joined(testing::controlsWithoutName(browser.help)), "");
+      EXPECT_EQ(joined(testing::controlsOutOfTabReach(browser.help)), "");
+      EXPECT_EQ(joined(testing::cutTexts(browser.help)), "");
+      EXPECT_EQ(joined(testing::keysWithTwoOwners(browser.help)), "");
+    }
+  }
 }
 
 }  // namespace
