@@ -6,20 +6,12 @@
 #pragma once
 
 #include <QDialog>
-#include <QStringList>
+
+#include "ui/error_dialog/expression_report.h"
 
 class QGridLayout;
 
 namespace kelvarin {
-
-struct ExpressionReport {
-  QString text = {};        // of the error, as it is prescribed; may be empty
-  QString expression = {};  // may be empty
-  int position = -1;        // 0-based, of the fault in the expression; -1: unknown
-  int size = 0;
-  QStringList nearestNames = {};
-  QString advice = {};  // what to do, in one sentence; may be empty
-};
 
 class Interface_MathParserCheck : public QDialog {
   Q_OBJECT

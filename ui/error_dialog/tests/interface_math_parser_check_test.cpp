@@ -98,6 +98,22 @@ TEST(MathParserCheck, LeadsToTheFaultAndToTheNamesThatMayBeMeant) {
   EXPECT_FALSE(dialog.isVisible());
 }
 
+TEST(ExpressionReport, TakesTheNamesThatReplaceTheFault) {
+  FormulaAnswer answer;
+  answer.check = ExpressionCheck::failure({"Undefined token", 8, "discount"});
+  answer.message = "Did you mean Discount?";
+  answer.faultStart = 8;
+  answer.faultSize = 8;
+  answer.fixes = {{"Replace by 'Discount'", 8, 8, "Discount", ""},
+                  {"Add the missing ')'", 16, 0, ")", ""},
+                  {"Write a text", 8, 8, "\"discount\"", ""}};
+  const ExpressionReport report = reportOf("price * discount", answer);
+  EXPECT_EQ(report.text, "Undefined token\n  Error Token:discount\n  Error at position:8");
+  EXPECT_EQ(report.nearestNames, QStringList{"Discount"});
+  EXPECT_EQ(report.advice, "Did you mean Discount?");
+  EXPECT_EQ(report.position, 8);
+}
+
 TEST(MathParserCheck, FitsTheScreenWithLargeFontsAndLongTexts) {
   const testing::LargeFonts large(2.0);
   ExpressionReport report = unknownName();
