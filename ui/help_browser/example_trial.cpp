@@ -72,15 +72,23 @@ void ExampleTrial::show(const FormulaAnswer& answer) {
   if (answer.version != m_asked || m_expression->text().trimmed().isEmpty()) {
     return;
   }
+  m_value->setToolTip(answer.check.text);
   const bool hasValue = answer.check.kind != ExpressionCheck::Kind::error && answer.check.value;
   if (!hasValue) {
     m_value->setText(answer.message.isEmpty() ? answer.check.text : answer.message);
-    m_value->setToolTip(answer.check.text);
+    return;
+  }
+  // What a null is due to says more than the null.
+  if (answer.check.value->isNull() && !answer.message.isEmpty()) {
+    m_value->setText(answer.message);
     return;
   }
   const ShownValue value = shownValue(*answer.check.value);
-  const QString engine = answer.engine.isEmpty() ? QString() : QStringLiteral(", ") + answer.engine;
-  m_value->setText(QStringLiteral("= %1   (%2%3)").arg(value.text, answer.resultType, engine));
+  QStringList lines = {
+      QStringLiteral("= %1   (%2, %3)").arg(value.text, answer.resultType, answer.engine)};
+  lines += answer.message;
+  lines.removeAll(QString());
+  m_value->setText(lines.join(u'\n'));
   m_value->setToolTip(value.whole);
 }
 

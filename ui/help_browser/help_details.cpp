@@ -23,7 +23,7 @@ QString engineLabels(unsigned backends) {
        {std::pair{kInNative, BackendKind::native}, std::pair{kInFast, BackendKind::fast},
         std::pair{kInString, BackendKind::string}}) {
     if ((backends & flag) != 0) {
-      labels += QLatin1String(backendLabel(kind));
+      labels += QLatin1String(editorLabel(kind));
     }
   }
   return labels.join(QLatin1String(", "));

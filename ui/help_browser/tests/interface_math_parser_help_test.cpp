@@ -91,6 +91,9 @@ TEST(MathParserHelp, EvaluatesTheExampleAndWhatIsMadeOfIt) {
   expression->setText("dateDiffInDay(\"2024-01-01\", \"2024-01-31\")");
   EXPECT_TRUE(QTest::qWaitFor([&] { return browser.value->text().startsWith("= 30 "); }))
       << browser.value->text().toStdString();
+  expression->setText("load(\"greeting.txt\")");  // nothing is read here
+  EXPECT_TRUE(QTest::qWaitFor([&] { return browser.value->text().contains("'load'"); }))
+      << browser.value->text().toStdString();
   expression->setText("flor(2)");
   EXPECT_TRUE(QTest::qWaitFor([&] { return browser.value->text().contains("floor"); }))
       << browser.value->text().toStdString();
