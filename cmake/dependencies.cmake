@@ -2,7 +2,7 @@
 # package first and from the checkout's .deps/ folder (made by scripts/setup) otherwise.
 
 find_package(Threads REQUIRED)
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Svg Test LinguistTools)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Widgets Svg Test LinguistTools)
 find_package(muparser REQUIRED CONFIG)
 find_package(GTest REQUIRED)
 find_package(benchmark REQUIRED)
