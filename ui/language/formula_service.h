@@ -12,6 +12,7 @@
 
 #include "ui/language/formula.h"
 #include "ui/language/formula_answer.h"
+#include "ui/language/part_evaluation.h"
 
 namespace kelvarin {
 
@@ -26,10 +27,13 @@ class FormulaService : public QObject {
   quint64 ask(const Formula& formula);
   // About the part that begins at `start` and has `size` characters.
   quint64 askPart(const Formula& formula, qsizetype start, qsizetype size);
+  // About all parts, in the formula's current row, else the first one, else with the samples.
+  quint64 askParts(const Formula& formula);
 
  signals:
   void answered(const kelvarin::FormulaAnswer& answer);
   void partAnswered(const kelvarin::PartAnswer& answer);
+  void partsAnswered(const kelvarin::PartValues& values);
 
  private:
   class Worker;
