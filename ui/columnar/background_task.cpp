@@ -5,6 +5,8 @@
 #include <mutex>
 #include <thread>
 
+#include <QPointer>
+
 namespace kelvarin {
 
 namespace {
@@ -66,13 +68,15 @@ void BackgroundTask::run(std::function<Report(const IsStopped&)> work) {
   std::thread([ticket, work = std::move(work)] {
     Report report = work([&ticket] { return ticket->isStopped.load(); });
     const auto deliver = [ticket, report = std::move(report)] {
-      BackgroundTask* const receiver = ticket->receiver;
+      const QPointer<BackgroundTask> receiver = ticket->receiver;
       if (receiver == nullptr || receiver->m_current != ticket) {
         return;
       }
       receiver->m_current.reset();
       report();
-      emit receiver->finished();
+      if (receiver != nullptr) {
+        emit receiver->finished();
+      }
     };
     {
       const std::lock_guard lock(ticket->mutex);

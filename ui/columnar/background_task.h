@@ -31,7 +31,7 @@ class BackgroundTask : public QObject {
   explicit BackgroundTask(QObject* parent = nullptr) : QObject(parent) {}
   ~BackgroundTask() override;
 
-  // `done` is called on the user-interface thread, unless other work was started meanwhile or the
+  // The work has copies of all that it needs. `done` is called on the user-interface thread, unless other work was started meanwhile or the
   // task is gone.
   template <typename Value>
   void start(Work<Value> work, Done<Value> done) {

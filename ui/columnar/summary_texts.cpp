@@ -83,11 +83,10 @@ QString typeText(GelType type) {
 }
 
 QString contentsText(const TableSummary& summary) {
-  QStringList parts{
-      rowsText(summary.rows), columnsText(summary.columns.size()),
-      text(QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts", "%1 of up to %2"))
-          .arg(blocksText(summary.blocks), rowsText(summary.rowsInBlock)),
-      setsText(static_cast<std::uint64_t>(summary.columnSets))};
+  QStringList parts{rowsText(summary.rows), columnsText(summary.columns.size()),
+                    text(QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts", "%1 of up to %2"))
+                        .arg(blocksText(summary.blocks), rowsText(summary.rowsInBlock)),
+                    setsText(static_cast<std::uint64_t>(summary.columnSets))};
   if (summary.missingSideFile.isEmpty()) {
     parts += sizeText(summary.storedBytes());
   }
@@ -148,20 +147,19 @@ ShownText verificationText(const GelVerification& verification, bool isComplete)
   const QString read = text(QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts", "%1 in %2 were checked"))
                            .arg(rowsText(verification.rows), blocksText(verification.blocks));
   if (verification.damages > 0) {
-    const QString damage = words(
-        QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts", "%2: %1 damaged place."),
-        QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts", "%2: %1 damaged places."),
-        verification.damages);
+    const QString damage =
+        words(QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts", "%2: %1 damaged place."),
+              QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts", "%2: %1 damaged places."),
+              verification.damages);
     return {Severity::error,
             damage.arg(read) + u' ' +
                 text(QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts",
                                        "Salvage writes what is whole to a new table."))};
   }
   if (!isComplete) {
-    return {Severity::warning,
-            text(QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts",
-                                   "%1: no damage, but the file is incomplete."))
-                .arg(read)};
+    return {Severity::warning, text(QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts",
+                                                      "%1: no damage, but the file is incomplete."))
+                                   .arg(read)};
   }
   return {Severity::success,
           text(QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts", "%1: no damage.")).arg(read)};
@@ -195,8 +193,7 @@ ShownText salvageText(const RecoveryOutcome& outcome, const QString& newFile) {
     sentences += text(QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts",
                                         "A block that the writer had not finished was not taken."));
   }
-  return {outcome.hasLoss() ? Severity::warning : Severity::success,
-          sentences.join(u' ')};
+  return {outcome.hasLoss() ? Severity::warning : Severity::success, sentences.join(u' ')};
 }
 
 }  // namespace kelvarin

@@ -122,8 +122,7 @@ int CompletionPopup::currentLine() const {
 }
 
 void CompletionPopup::showComment() {
-  const QString comment =
-      m_list->currentIndex().siblingAtColumn(0).data(Qt::UserRole).toString();
+  const QString comment = m_list->currentIndex().siblingAtColumn(0).data(Qt::UserRole).toString();
   m_comment->setText(comment);
   m_comment->setVisible(!comment.isEmpty());
   if (isVisible()) {

@@ -67,8 +67,8 @@ std::optional<TextChange> typedClosing(const ExpressionTokens& tokens, qsizetype
 
 std::optional<TextChange> typedQuoteInLiteral(const QString& text, const Token& literal,
                                               qsizetype position) {
-  const bool isAtItsEnd = !isUnclosed(literal) &&
-                          position == static_cast<qsizetype>(literal.end()) - 1;
+  const bool isAtItsEnd =
+      !isUnclosed(literal) && position == static_cast<qsizetype>(literal.end()) - 1;
   return isAtItsEnd && text[position] == kQuote ? std::optional(passOver(position)) : std::nullopt;
 }
 
