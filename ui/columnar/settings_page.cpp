@@ -87,4 +87,10 @@ QWidget* rowOf(std::initializer_list<QWidget*> widgets, QWidget* parent) {
   return row;
 }
 
+QWidget* indented(std::initializer_list<QWidget*> widgets, QWidget* parent) {
+  QWidget* row = rowOf(widgets, parent);
+  row->layout()->setContentsMargins(24, 0, 0, 0);
+  return row;
+}
+
 }  // namespace kelvarin

@@ -50,5 +50,7 @@ class SettingsPage : public QWidget {
 
 // A row of widgets, without margins; those that are texts give way.
 QWidget* rowOf(std::initializer_list<QWidget*> widgets, QWidget* parent);
+// The same below a choice to which they belong.
+QWidget* indented(std::initializer_list<QWidget*> widgets, QWidget* parent);
 
 }  // namespace kelvarin
