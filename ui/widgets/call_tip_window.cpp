@@ -10,14 +10,14 @@ namespace {
 
 constexpr int kMaxWidthInCharacters = 72;
 
-QString signatureOf(const CallTipText& tip) {
+QString signatureOf(const CallTip& tip) {
   QStringList arguments;
   for (int i = 0; i < tip.arguments.size(); ++i) {
     const QString argument = tip.arguments[i].toHtmlEscaped();
-    arguments += i == tip.current ? QStringLiteral("<b><u>%1</u></b>").arg(argument) : argument;
+    arguments += i == tip.argument ? QStringLiteral("<b><u>%1</u></b>").arg(argument) : argument;
   }
-  return QStringLiteral("<b>%1</b>(%2)")
-      .arg(tip.name.toHtmlEscaped(), arguments.join(QStringLiteral(", ")));
+  return tip.before.toHtmlEscaped() + arguments.join(QStringLiteral(", ")) +
+         tip.after.toHtmlEscaped();
 }
 
 }  // namespace
@@ -36,9 +36,9 @@ CallTipWindow::CallTipWindow(QWidget* parent)
   setAccessibleName(tr("How the function is called"));
 }
 
-void CallTipWindow::showTip(const CallTipText& tip, const QRect& cursor) {
+void CallTipWindow::showTip(const CallTip& tip, const QRect& cursor) {
   QStringList lines{signatureOf(tip)};
-  for (const QString& line : {tip.comment, tip.nulls, tip.engines}) {
+  for (const QString& line : {tip.comment, tip.note, tip.nulls, tip.engines}) {
     if (!line.isEmpty()) {
       lines += line.toHtmlEscaped();
     }

@@ -5,18 +5,10 @@
 #pragma once
 
 #include <QLabel>
-#include <QStringList>
+
+#include "ui/language/call_tip.h"
 
 namespace kelvarin {
-
-struct CallTipText {
-  QString name;
-  QStringList arguments;
-  int current = -1;  // index of the argument that is being typed; -1: none
-  QString comment;
-  QString engines;
-  QString nulls;
-};
 
 class CallTipWindow : public QLabel {
   Q_OBJECT
@@ -25,7 +17,7 @@ class CallTipWindow : public QLabel {
   explicit CallTipWindow(QWidget* parent);
 
   // `cursor` is in global coordinates.
-  void showTip(const CallTipText& tip, const QRect& cursor);
+  void showTip(const CallTip& tip, const QRect& cursor);
 };
 
 }  // namespace kelvarin

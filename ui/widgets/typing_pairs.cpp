@@ -132,22 +132,4 @@ std::optional<TextChange> removedPair(const QString& text, qsizetype position) {
                 : std::nullopt;
 }
 
-std::optional<BracketPair> bracketsAt(const QString& text, qsizetype position) {
-  const ExpressionTokens tokens(text);
-  for (const qsizetype candidate : {position - 1, position}) {
-    for (std::size_t i = 0; i < tokens.size() && positionOf(tokens[i]) <= candidate; ++i) {
-      const TokenKind kind = tokens[i].kind;
-      if (positionOf(tokens[i]) != candidate ||
-          (kind != TokenKind::opening && kind != TokenKind::closing)) {
-        continue;
-      }
-      const std::size_t partner = partnerOf(tokens.all(), i);
-      const qsizetype other = partner == kNoToken ? -1 : positionOf(tokens[partner]);
-      return kind == TokenKind::opening ? BracketPair{candidate, other}
-                                        : BracketPair{other, candidate};
-    }
-  }
-  return {};
-}
-
 }  // namespace kelvarin

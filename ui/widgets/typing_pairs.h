@@ -26,11 +26,4 @@ std::optional<TextChange> typedBracket(const QString& text, qsizetype anchor, qs
 // Backspace between the two of an empty pair removes both.
 std::optional<TextChange> removedPair(const QString& text, qsizetype position);
 
-struct BracketPair {
-  qsizetype opening = -1;
-  qsizetype closing = -1;  // -1: there is none
-};
-// Of the bracket beside the position; the one before it first.
-std::optional<BracketPair> bracketsAt(const QString& text, qsizetype position);
-
 }  // namespace kelvarin

@@ -54,7 +54,7 @@ void ZoomPlainTextEdit::keyPressEvent(QKeyEvent* event) {
 }
 
 bool ZoomPlainTextEdit::event(QEvent* event) {
-  // A style sheet gives the widget's font to the document again, and the zoom would be lost.
+  // A style sheet sets the widget's font on the document again, and the zoom would be lost.
   if (event->type() == QEvent::FontChange) {
     const QFont before = document()->defaultFont();
     const bool isHandled = QPlainTextEdit::event(event);

@@ -1,0 +1,59 @@
+// The editor inside an ExpressionField: colours, bracket pairs, the squiggle under a fault, and the
+// keys that ask for help with what is being typed.
+//
+// Threads: the user-interface thread.
+#pragma once
+
+#include "ui/language/highlighting.h"
+#include "ui/widgets/k_plain_text_edit.h"
+#include "ui/widgets/typing_pairs.h"
+
+namespace kelvarin {
+
+class ExpressionHighlighter;
+
+class ExpressionEditor : public KPlainTextEdit {
+  Q_OBJECT
+
+ public:
+  explicit ExpressionEditor(QWidget* parent = nullptr);
+
+  QString expression() const { return toPlainText(); }
+  void setNames(const KnownNames& names);
+  // The squiggle; -1 removes it. It moves along with the text.
+  void setFault(qsizetype start, qsizetype size);
+  // One step for undo. With the cursor at `position`, counted in the new text.
+  void replace(qsizetype start, qsizetype size, const QString& replacement, qsizetype position);
+  // The rectangle of a character on the screen.
+  QRect characterOnScreen(qsizetype position) const;
+
+ signals:
+  // Text was typed, not pasted nor undone.
+  void typed(const QString& text);
+  void erased();
+  void completionAsked();
+  void callTipAsked();
+  void fixAsked();
+  void helpAsked();
+  // One step back in time, or forth.
+  void historyAsked(bool isOlder);
+  // The pointer rests on a character.
+  void pointed(int position, const QPoint& onScreen);
+
+ protected:
+  bool event(QEvent* event) override;
+  bool viewportEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  bool askByKey(const QKeyEvent& event);
+  bool typeBracket(const QString& text);
+  void showMarks();
+
+  ExpressionHighlighter* m_highlighter;
+  QTextCursor m_fault;  // the characters above the squiggle
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,403 @@
+#include "ui/widgets/expression_field.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QTimer>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "host/widgets/icons.h"
+#include "host/widgets/info_line.h"
+#include "ui/language/call_tip.h"
+#include "ui/language/formula_service.h"
+#include "ui/widgets/call_tip_window.h"
+#include "ui/widgets/completion_popup.h"
+#include "ui/widgets/expression_completion.h"
+#include "ui/widgets/expression_editor.h"
+#include "ui/widgets/history_keys.h"
+#include "ui/widgets/part_value_tip.h"
+#include "ui/widgets/value_strip.h"
+
+namespace kelvarin {
+
+namespace {
+
+constexpr int kRestMilliseconds = 150;
+constexpr int kMinimumLines = 3;
+
+constexpr char kNormalStyle[] = "background-color: #FFFFFF; background-image: none;";
+constexpr char kRefusedStyle[] =
+    "background-color: #FFE8E8; background-image: "
+    "url(:/KelvarinMathParser/errorExplanation.png);background-repeat:no-repeat;background-"
+    "position:center bottom;";
+
+// What an expression is before the user has written one.
+constexpr char kDefaultExpression[] = "1";
+
+}  // namespace
+
+class ExpressionField::Parts : public QObject {
+ public:
+  explicit Parts(ExpressionField& field);
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+  ExpressionEditor& editor() { return *m_editor; }
+  HistoryKeys& history() { return *m_history; }
+  const FormulaAnswer& answer() const { return m_answer; }
+  void setFormula(const Formula& formula);
+  void setRefused(bool isRefused);
+
+ private:
+  void layOut();
+  void connectEditor();
+  Formula currentFormula() const;
+  void textChanged();
+  void ask();
+  void take(const FormulaAnswer& answer);
+  void showVerdict();
+  void fix();
+  void apply(const QuickFix& fix);
+  void followTyping(const QString& text);
+  void showCallTip();
+  void followCallTip();
+  void separateWindows();
+  void closeWindows();
+
+  ExpressionField& m_field;
+  FormulaService* m_service;
+  ExpressionEditor* m_editor;
+  InfoLine* m_verdict;
+  QToolButton* m_historyButton;
+  ValueStrip* m_values;
+  CallTipWindow* m_callTip;
+  ExpressionCompletion* m_completion;
+  HistoryKeys* m_history;
+  QTimer m_rest;
+  Formula m_formula;
+  FormulaAnswer m_answer;
+  quint64 m_askedVersion = 0;  // 0: the text has changed since the latest question
+  bool m_isFixWanted = false;  // as soon as the answer is there
+  bool m_isRefused = false;
+};
+
+ExpressionField::Parts::Parts(ExpressionField& field)
+    : m_field(field),
+      m_service(new FormulaService(&field)),
+      m_editor(new ExpressionEditor(&field)),
+      m_verdict(new InfoLine(&field)),
+      m_historyButton(new QToolButton(&field)),
+      m_values(new ValueStrip(&field)),
+      m_callTip(new CallTipWindow(&field)),
+      m_completion(new ExpressionCompletion(*m_editor, &field)),
+      m_history(new HistoryKeys(*m_editor, *m_historyButton)) {
+  m_rest.setSingleShot(true);
+  m_editor->setStyleSheet(QLatin1String(kNormalStyle));
+  m_editor->installEventFilter(this);
+  layOut();
+  connectEditor();
+  connect(&m_rest, &QTimer::timeout, this, &Parts::ask);
+  connect(m_service, &FormulaService::answered, this, &Parts::take);
+  new PartValueTip(*m_editor, *m_service, [this] { return currentFormula(); }, &field);
+}
+
+void ExpressionField::Parts::layOut() {
+  auto* below = new QHBoxLayout;
+  below->setSpacing(8);
+  below->addWidget(m_verdict, 1, Qt::AlignTop);
+  below->addWidget(m_historyButton, 0, Qt::AlignTop);
+  auto* layout = new QVBoxLayout(&m_field);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(8);
+  layout->addWidget(m_editor, 1);
+  layout->addLayout(below);
+  layout->addWidget(m_values);
+  m_verdict->setReservedLines(2);
+  m_historyButton->setIcon(icon(IconName::history));
+  m_historyButton->setAutoRaise(true);
+  m_historyButton->setFocusPolicy(Qt::StrongFocus);
+  m_historyButton->setToolTip(tr("Earlier expressions (Alt+Up, Alt+Down)"));
+  m_historyButton->setAccessibleName(tr("Earlier expressions"));
+  const int line = m_editor->fontMetrics().lineSpacing();
+  m_editor->setMinimumHeight(kMinimumLines * line + 2 * m_editor->frameWidth() + 8);
+  m_field.setFocusProxy(m_editor);
+}
+
+void ExpressionField::Parts::connectEditor() {
+  connect(m_editor, &QPlainTextEdit::textChanged, this, &Parts::textChanged);
+  connect(m_editor, &ExpressionEditor::typed, this, &Parts::followTyping);
+  connect(m_editor, &ExpressionEditor::erased, this, [this] { m_completion->follow(false); });
+  connect(m_editor, &ExpressionEditor::completionAsked, m_completion, &ExpressionCompletion::ask);
+  connect(m_editor, &ExpressionEditor::callTipAsked, this, &Parts::showCallTip);
+  connect(m_editor, &QPlainTextEdit::cursorPositionChanged, this, &Parts::followCallTip);
+  connect(m_editor, &ExpressionEditor::fixAsked, this, &Parts::fix);
+  connect(m_editor, &ExpressionEditor::helpAsked, this, [this] {
+    const WordAt word = wordAt(m_editor->expression(), m_editor->textCursor().position());
+    emit m_field.helpWanted(word.text);
+  });
+  connect(m_editor, &KPlainTextEdit::editingFinished, this, [this] {
+    m_history->add(m_editor->expression());
+    m_completion->setUses(m_history->history().nameCounts());
+    emit m_field.editingFinished();
+  });
+  connect(m_completion, &ExpressionCompletion::columnWanted, &m_field,
+          &ExpressionField::columnWanted);
+  connect(m_completion, &ExpressionCompletion::callInserted, this, &Parts::showCallTip);
+  connect(m_completion, &ExpressionCompletion::moved, this, &Parts::separateWindows);
+  connect(m_verdict, &InfoLine::linkActivated, this, [this](const QString& id) {
+    const auto index = id.toULongLong();
+    if (m_askedVersion == m_answer.version && index < m_answer.fixes.size()) {
+      apply(m_answer.fixes[index]);
+    }
+  });
+}
+
+bool ExpressionField::Parts::eventFilter(QObject* watched, QEvent* event) {
+  if (watched != m_editor) {
+    return QObject::eventFilter(watched, event);
+  }
+  switch (event->type()) {
+    case QEvent::ShortcutOverride:
+      // Esc closes the windows here before it closes the editor's own.
+      if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape &&
+          (m_completion->popup().isVisible() || m_callTip->isVisible())) {
+        event->accept();
+        return true;
+      }
+      break;
+    case QEvent::KeyPress: {
+      const auto* key = static_cast<QKeyEvent*>(event);
+      const bool isPlain = (key->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+      if (isPlain && m_completion->takeKey(key->key())) {
+        return true;
+      }
+      if (isPlain && key->key() == Qt::Key_Escape && m_callTip->isVisible()) {
+        m_callTip->hide();
+        return true;
+      }
+      break;
+    }
+    case QEvent::FocusOut:
+    case QEvent::Hide:
+    case QEvent::Wheel:
+    case QEvent::MouseButtonPress:
+      closeWindows();
+      break;
+    default:
+      break;
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+void ExpressionField::Parts::setFormula(const Formula& formula) {
+  m_formula = formula;
+  m_editor->setNames(knownNamesOf(formula));
+  m_completion->setFormula(formula);
+  m_askedVersion = 0;
+  m_rest.start(0);
+}
+
+void ExpressionField::Parts::setRefused(bool isRefused) {
+  if (isRefused == m_isRefused) {
+    return;
+  }
+  m_isRefused = isRefused;
+  m_editor->setStyleSheet(QLatin1String(isRefused ? kRefusedStyle : kNormalStyle));
+}
+
+Formula ExpressionField::Parts::currentFormula() const {
+  Formula formula = m_formula;
+  formula.output.expression = m_editor->expression();
+  return formula;
+}
+
+void ExpressionField::Parts::textChanged() {
+  m_askedVersion = 0;
+  m_rest.start(kRestMilliseconds);
+}
+
+void ExpressionField::Parts::ask() {
+  m_askedVersion = m_service->ask(currentFormula());
+}
+
+void ExpressionField::Parts::take(const FormulaAnswer& answer) {
+  // About a text that has changed since.
+  if (answer.version != m_askedVersion) {
+    return;
+  }
+  m_answer = answer;
+  m_editor->setFault(answer.faultStart, answer.faultSize);
+  showVerdict();
+  m_values->setAnswer(currentFormula(), answer);
+  emit m_field.answered(answer);
+  if (std::exchange(m_isFixWanted, false)) {
+    fix();
+  }
+}
+
+void ExpressionField::Parts::showVerdict() {
+  Severity severity = Severity::success;
+  if (m_answer.check.kind == ExpressionCheck::Kind::error || !m_answer.isComplete) {
+    severity = Severity::error;
+  } else if (m_answer.check.kind == ExpressionCheck::Kind::warning) {
+    severity = Severity::warning;
+  }
+  QStringList lines;
+  if (!m_answer.message.isEmpty()) {
+    lines += m_answer.message;
+  }
+  QStringList result{m_answer.resultType, m_answer.engine};
+  result.removeAll(QString());
+  if (!result.isEmpty()) {
+    lines += result.join(QStringLiteral("  \u00b7  "));
+  }
+  std::vector<InfoLink> links;
+  for (std::size_t i = 0; i < m_answer.fixes.size(); ++i) {
+    links.push_back({QString::number(i), m_answer.fixes[i].label});
+  }
+  m_verdict->setMessage(severity, lines.join(u'\n'), links);
+  m_verdict->setToolTip(links.empty() ? QString() : tr("Alt+Enter makes the change"));
+}
+
+void ExpressionField::Parts::fix() {
+  if (m_askedVersion == 0 || m_answer.version != m_askedVersion) {
+    m_isFixWanted = true;
+    if (m_askedVersion == 0) {
+      m_rest.stop();
+      ask();
+    }
+    return;
+  }
+  if (m_answer.fixes.size() == 1) {
+    apply(m_answer.fixes.front());
+    return;
+  }
+  if (m_answer.fixes.empty()) {
+    return;
+  }
+  auto* menu = new QMenu(&m_field);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  for (const QuickFix& fix : m_answer.fixes) {
+    QString label = fix.label;
+    QAction* action = menu->addAction(label.replace(u'&', QStringLiteral("&&")));
+    connect(action, &QAction::triggered, this, [this, fix] { apply(fix); });
+  }
+  menu->setActiveAction(menu->actions().front());
+  menu->popup(m_editor->characterOnScreen(m_editor->textCursor().position()).bottomLeft());
+}
+
+void ExpressionField::Parts::apply(const QuickFix& fix) {
+  m_editor->setFocus(Qt::OtherFocusReason);
+  m_editor->replace(fix.start, fix.size, fix.replacement, fix.start + fix.replacement.size());
+  if (!fix.columnToBind.isEmpty()) {
+    emit m_field.columnWanted(fix.columnToBind);
+  }
+}
+
+void ExpressionField::Parts::followTyping(const QString& text) {
+  m_completion->follow(true);
+  if (text == u'(' || text == u',') {
+    showCallTip();
+  }
+}
+
+void ExpressionField::Parts::showCallTip() {
+  const int position = m_editor->textCursor().position();
+  const auto tip = callTipAt(m_editor->expression(), position);
+  if (!tip) {
+    m_callTip->hide();
+    return;
+  }
+  m_callTip->showTip(*tip, m_editor->characterOnScreen(position));
+  separateWindows();
+}
+
+void ExpressionField::Parts::followCallTip() {
+  if (m_callTip->isVisible()) {
+    showCallTip();
+  }
+}
+
+// Near the end of the screen both may be on the same side of the line.
+void ExpressionField::Parts::separateWindows() {
+  const CompletionPopup& popup = m_completion->popup();
+  if (!popup.isVisible() || !m_callTip->isVisible() ||
+      !popup.geometry().intersects(m_callTip->geometry())) {
+    return;
+  }
+  constexpr int kGap = 4;
+  const QRect list = popup.geometry();
+  const int above = list.top() - m_callTip->height() - kGap;
+  m_callTip->move(m_callTip->x(), above >= 0 ? above : list.bottom() + kGap);
+}
+
+void ExpressionField::Parts::closeWindows() {
+  m_completion->close();
+  m_callTip->hide();
+}
+
+ExpressionField::ExpressionField(QWidget* parent)
+    : QWidget(parent), m_parts(std::make_unique<Parts>(*this)) {}
+
+ExpressionField::~ExpressionField() = default;
+
+KPlainTextEdit* ExpressionField::editor() const {
+  return &m_parts->editor();
+}
+
+QString ExpressionField::expression() const {
+  return m_parts->editor().expression();
+}
+
+void ExpressionField::setExpression(const QString& expression) {
+  if (expression != this->expression()) {
+    m_parts->editor().setPlainText(expression);
+  }
+}
+
+void ExpressionField::setFormula(const Formula& formula) {
+  m_parts->setFormula(formula);
+}
+
+const FormulaAnswer& ExpressionField::answer() const {
+  return m_parts->answer();
+}
+
+void ExpressionField::insertVariable(const QString& alias) {
+  ExpressionEditor& editor = m_parts->editor();
+  if (expression() == QLatin1String(kDefaultExpression)) {
+    editor.replace(0, 1, alias, alias.size());
+    return;
+  }
+  editor.setFocus();
+  editor.insertPlainText(u' ' + alias + u' ');
+}
+
+void ExpressionField::insertText(const QString& text) {
+  m_parts->editor().setFocus();
+  m_parts->editor().insertPlainText(text);
+}
+
+void ExpressionField::setRefused(bool isRefused) {
+  m_parts->setRefused(isRefused);
+}
+
+void ExpressionField::showPart(qsizetype start, qsizetype size) {
+  ExpressionEditor& editor = m_parts->editor();
+  editor.setFocus();
+  const qsizetype length = expression().size();
+  QTextCursor cursor = editor.textCursor();
+  cursor.setPosition(static_cast<int>(qBound<qsizetype>(0, start, length)));
+  cursor.setPosition(static_cast<int>(qBound<qsizetype>(0, start + size, length)),
+                     QTextCursor::KeepAnchor);
+  editor.setTextCursor(cursor);
+  editor.ensureCursorVisible();
+}
+
+void ExpressionField::setHistoryKey(const QString& key) {
+  m_parts->history().setKey(key);
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,207 @@
+#include "ui/widgets/value_strip.h"
+
+#include <algorithm>
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QHeaderView>
+#include <QLabel>
+#include <QStackedLayout>
+#include <QTableView>
+
+#include "expression/tokens/expression_tokens.h"
+#include "host/widgets/icons.h"
+#include "ui/widgets/cell_roles.h"
+#include "ui/widgets/enhanced_table_delegate.h"
+
+namespace kelvarin {
+
+namespace {
+
+constexpr int kShownRows = 3;
+
+struct UsedVariable {
+  QString name;
+  int column = -1;  // of the rows; -1: it is not among them
+};
+
+// In the order in which the expression names them.
+std::vector<UsedVariable> usedVariables(const Formula& formula) {
+  QHash<QString, QString> columnOfName;
+  for (const InputVariable& variable : formula.variables) {
+    if (!variable.columns.isEmpty()) {
+      columnOfName.insert(variable.name(), variable.columns.last());
+    }
+  }
+  const auto& columns = formula.rows->columns().columns;
+  std::vector<UsedVariable> used;
+  const ExpressionTokens tokens(formula.output.expression);
+  for (const Token& token : tokens) {
+    const auto found = columnOfName.constFind(tokens.text(token).toString());
+    if (token.kind != TokenKind::name || found == columnOfName.constEnd()) {
+      continue;
+    }
+    const auto column = std::find_if(columns.begin(), columns.end(), [&](const auto& candidate) {
+      return candidate.name == found.value();
+    });
+    used.push_back(
+        {found.key(), column == columns.end() ? -1 : static_cast<int>(column - columns.begin())});
+    columnOfName.erase(found);
+  }
+  return used;
+}
+
+bool hasRows(const Formula& formula) {
+  return formula.rows != nullptr && formula.rows->rowCount() > 0;
+}
+
+}  // namespace
+
+void ValueStripModel::setAnswer(const Formula& formula, const FormulaAnswer& answer) {
+  beginResetModel();
+  m_names.clear();
+  m_rowNumbers.clear();
+  m_rows.clear();
+  if (hasRows(formula)) {
+    const std::vector<UsedVariable> used = usedVariables(formula);
+    for (const UsedVariable& variable : used) {
+      m_names += variable.name;
+    }
+    m_names += formula.output.name.isEmpty() ? tr("result") : formula.output.name;
+    for (const FormulaValue& value : answer.values) {
+      const long long row = value.row - formula.rows->firstRow();
+      std::vector<Cell> cells;
+      for (const UsedVariable& variable : used) {
+        const bool isKnown = variable.column >= 0 && row >= 0 &&
+                             row < static_cast<long long>(formula.rows->rowCount());
+        cells.push_back({isKnown ? shownValue(*formula.rows, static_cast<std::size_t>(row),
+                                              static_cast<std::size_t>(variable.column))
+                                 : ShownValue()});
+      }
+      if (value.failure.isEmpty()) {
+        cells.push_back({shownValue(value.value)});
+      } else {
+        cells.push_back({{ShownValue::Kind::text, tr("error"), value.failure}, true});
+      }
+      m_rowNumbers.push_back(value.row);
+      m_rows.push_back(std::move(cells));
+    }
+  }
+  endResetModel();
+}
+
+int ValueStripModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+int ValueStripModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(m_names.size());
+}
+
+QVariant ValueStripModel::data(const QModelIndex& index, int role) const {
+  const Cell& cell =
+      m_rows[static_cast<std::size_t>(index.row())][static_cast<std::size_t>(index.column())];
+  switch (role) {
+    case Qt::DisplayRole:
+      return cell.value.text;
+    case Qt::ToolTipRole:
+      return cell.value.whole;
+    case Qt::TextAlignmentRole:
+      return int(Qt::AlignVCenter) |
+             int(cell.value.kind == ShownValue::Kind::number ? Qt::AlignRight : Qt::AlignLeft);
+    case kValueKindRole:
+      return static_cast<int>(cell.value.kind);
+    case Qt::DecorationRole:
+      return cell.isFailure ? QVariant(icon(Severity::error)) : QVariant();
+    default:
+      return {};
+  }
+}
+
+QVariant ValueStripModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (role != Qt::DisplayRole) {
+    return {};
+  }
+  if (orientation == Qt::Vertical) {
+    return QString::number(m_rowNumbers[static_cast<std::size_t>(section)]);
+  }
+  return m_names[section];
+}
+
+ValueStrip::ValueStrip(QWidget* parent)
+    : QWidget(parent),
+      m_model(new ValueStripModel(this)),
+      m_table(new QTableView(this)),
+      m_note(new QLabel(this)) {
+  auto* layout = new QStackedLayout(this);
+  layout->addWidget(m_note);
+  layout->addWidget(m_table);
+  m_note->setWordWrap(true);
+  m_note->setTextFormat(Qt::PlainText);
+  m_note->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  m_note->setForegroundRole(QPalette::PlaceholderText);
+  m_table->setModel(m_model);
+  m_table->setItemDelegate(new EnhancedTableDelegate(this));
+  m_table->setAccessibleName(tr("Values of the first rows"));
+  m_table->setSelectionMode(QAbstractItemView::SingleSelection);
+  m_table->setTabKeyNavigation(false);
+  m_table->setShowGrid(false);
+  m_table->setAlternatingRowColors(true);
+  m_table->setWordWrap(false);
+  m_table->horizontalHeader()->setHighlightSections(false);
+  m_table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  m_table->verticalHeader()->setToolTip(tr("The number of the row"));
+  fitHeight();
+}
+
+void ValueStrip::setAnswer(const Formula& formula, const FormulaAnswer& answer) {
+  m_model->setAnswer(formula, answer);
+  auto* layout = static_cast<QStackedLayout*>(this->layout());
+  const bool isTable = m_model->rowCount() > 0;
+  if (!isTable) {
+    m_note->setText(noteWithoutRows(formula, answer));
+  } else {
+    m_table->resizeColumnsToContents();
+  }
+  layout->setCurrentIndex(isTable ? 1 : 0);
+}
+
+void ValueStrip::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+    fitHeight();
+  }
+}
+
+void ValueStrip::fitHeight() {
+  const int row = fontMetrics().height() + 6;
+  m_table->verticalHeader()->setDefaultSectionSize(row);
+  m_table->verticalHeader()->setMinimumSectionSize(row);
+  setFixedHeight(kShownRows * row + m_table->horizontalHeader()->sizeHint().height() +
+                 2 * m_table->frameWidth() + 2);
+}
+
+QString noteWithoutRows(const Formula& formula, const FormulaAnswer& answer) {
+  const auto text = [](const char* source) {
+    return QCoreApplication::translate("ValueStrip", source);
+  };
+  if (hasRows(formula)) {
+    return {};
+  }
+  QString why = formula.columns.whyUnknown;
+  if (formula.columns.isKnown && formula.rows != nullptr) {
+    why = text("the input has none.");
+  } else if (formula.columns.isKnown) {
+    why = text("those of the input have not arrived.");
+  } else if (why.isEmpty()) {
+    why = text("the input of the action is not known.");
+  }
+  QString note = text("No rows yet: %1").arg(why);
+  if (answer.check.value) {
+    note += u' ' + text("With the samples of the variables, the result is %1.")
+                       .arg(shownValue(*answer.check.value).text);
+  }
+  return note;
+}
+
+}  // namespace kelvarin
