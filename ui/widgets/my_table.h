@@ -1,0 +1,58 @@
+// The table of an action's variables. A click on a header sorts by that column, the next one the
+// other way, the third one returns to the order of the action; a double click edits.
+//
+// Sorting changes what is seen, never the model. Rows and indices in the operations below are the
+// model's.
+#pragma once
+
+#include <vector>
+
+#include <QTableView>
+
+class QSortFilterProxyModel;
+
+namespace kelvarin {
+
+// The index in the model below all proxies.
+QModelIndex sourceIndexOf(const QModelIndex& index);
+
+class MyTable : public QTableView {
+  Q_OBJECT
+
+ public:
+  explicit MyTable(QWidget* parent = nullptr);
+
+  void setModel(QAbstractItemModel* model) override;
+
+  // Where nothing is sorted, the order of the action is seen and rows can be moved in it.
+  bool isSorted() const;
+  void showUnsorted();
+  void setHeaderSorts(bool isEnabled) { m_sortingEnabled = isEnabled; }
+
+  // -1 for none.
+  int currentRow() const;
+  void setCurrentCell(int row, int column);
+  void editCell(int row, int column);
+  // In the order of the model.
+  std::vector<int> selectedRows() const;
+
+ signals:
+  void sortingChanged();
+
+ public slots:
+  void columnClicked(int column);
+  void isDoubleClicked(const QModelIndex& index);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  QModelIndex shownIndexOf(int row, int column) const;
+
+  QSortFilterProxyModel* m_proxy;
+  bool m_sortOrder = false;  // false: ascending
+  bool m_sortingEnabled = true;
+  int m_sortedColumn = -1;
+};
+
+}  // namespace kelvarin
