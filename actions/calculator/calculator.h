@@ -60,6 +60,7 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   QString checkText(const QString& output, const QString& text) const override;
   QString referenceTimeWarning() const override;
   LogDetails detailsOfOutput(int output) const override;
+  QStringList resultNames() override;
 
   FailureLocation locationOf(const RowFailure& failure) const;
 
@@ -88,7 +89,7 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   }
   static bool computeObservedRow(ActionItem* action);
   RowStep computeAndShow(const OneRow& row);
-  std::vector<ResultValue> resultsOfRow();
+  void showResults(std::vector<ExpressionValue>& results);
 
   bool m_areOutputsEdited = false;  // no longer those of the graph file
   std::unique_ptr<RowComputation> m_rows;

@@ -12,7 +12,7 @@ bool Calculator::computeObservedRow(ActionItem* action) {
 
 ExpressionAction::RowStep Calculator::computeAndShow(const OneRow& row) {
   const bool isComputed = m_rows->compute(row);
-  ObservedRow shown = observedRow(row);
+  ObservedRow& shown = observedRow(row);
   for (const RowFailure& failure : m_rows->failures()) {
     shown.failures.push_back(observedFailure(failure));
   }
@@ -21,25 +21,29 @@ ExpressionAction::RowStep Calculator::computeAndShow(const OneRow& row) {
     showLastRow(shown);
     return failAtRow();
   }
-  shown.results = resultsOfRow();
+  showResults(shown.results);
   publishRow();
   return showRow(shown) ? RowStep::more : RowStep::finished;
 }
 
-std::vector<ResultValue> Calculator::resultsOfRow() {
+QStringList Calculator::resultNames() {
   const OneRow* row = getOutputRowForOutputPin(0);
-  std::vector<ResultValue> results;
+  QStringList names;
   for (const int column : m_computedColumns) {
-    ResultValue result{row->colName(column), {}};
-    if (row->getMetaType(column) == MetaTypeColumn::text) {
-      result.value.type = ExpressionValue::Type::text;
-      result.value.text = row->col(column, nullptr);
-    } else {
-      result.value.number = row->colAsDouble(column, nullptr);
-    }
-    results.push_back(std::move(result));
+    names += row->colName(column);
   }
-  return results;
+  return names;
+}
+
+void Calculator::showResults(std::vector<ExpressionValue>& results) {
+  const OneRow* row = getOutputRowForOutputPin(0);
+  for (const int column : m_computedColumns) {
+    if (row->getMetaType(column) == MetaTypeColumn::text) {
+      results.push_back({ExpressionValue::Type::text, kNullNumber, row->col(column, nullptr)});
+    } else {
+      results.push_back(ExpressionValue::ofNumber(row->colAsDouble(column, nullptr)));
+    }
+  }
 }
 
 }  // namespace kelvarin

@@ -50,6 +50,7 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
   QString checkText(const QString& output, const QString& text) const override;
   QString referenceTimeWarning() const override;
   LogDetails detailsOfOutput(int output) const override;
+  QStringList resultNames() override;
   QString failedRowsText(const FailureCount& failures) const override;
   // The first row stops it in any case.
   bool mayFailedRowStop() const override { return true; }

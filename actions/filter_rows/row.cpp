@@ -71,20 +71,20 @@ bool FilterRows::computeObservedRow(ActionItem* action) {
 
 namespace {
 
-ResultValue resultOf(bool isKept) {
-  ResultValue result;
-  result.name = QString::fromLatin1(FilterRows::catalogue().typeName);
-  result.value.type = ExpressionValue::Type::boolean;
-  result.value.number = isKept ? 1.0 : 0.0;
-  return result;
+ExpressionValue resultOf(bool isKept) {
+  return {ExpressionValue::Type::boolean, isKept ? 1.0 : 0.0, {}};
 }
 
 }  // namespace
 
+QStringList FilterRows::resultNames() {
+  return {QString::fromLatin1(catalogue().typeName)};
+}
+
 ExpressionAction::RowStep FilterRows::filterObservedRow(const OneRow& row) {
   bool isKept = false;
   const RowOutcome outcome = evaluateRow(row, isKept);
-  ObservedRow shown = observedRow(row);
+  ObservedRow& shown = observedRow(row);
   if (outcome != RowOutcome::ok) {
     shown.failures.push_back(observedFailure(m_evaluator.rows.lastFailure()));
   }
@@ -108,7 +108,7 @@ ExpressionAction::RowStep FilterRows::sampleObservedRow(const OneRow& row) {
     return step;
   }
   m_evaluator.rows.passRow();
-  ObservedRow shown = observedRow(row);
+  ObservedRow& shown = observedRow(row);
   shown.number = static_cast<long long>(m_rowsSampled) - 1;
   shown.isEvaluated = false;
   shown.results.push_back(resultOf(true));

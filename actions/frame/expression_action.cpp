@@ -38,6 +38,7 @@ char ExpressionAction::init() {
   m_variablesOfRun.clear();
   m_outputsOfRun.clear();
   m_isRowLoaded = false;
+  m_observedRow = {};
   return 0;
 }
 

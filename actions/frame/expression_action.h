@@ -65,8 +65,8 @@ class ExpressionAction : public ActionItem {
   // column is missing is not shown.
   void startShowing(const OneRow& columns);
   // For the observer: the row that was loaded last, with its number and variables, and a failure of
-  // it. Before the evaluator advances.
-  ObservedRow observedRow(const OneRow& input) const;
+  // it. Before the evaluator advances. The same object for all rows of a run.
+  ObservedRow& observedRow(const OneRow& input);
   ObservedFailure observedFailure(const RowFailure& failure) const;
   // Shows the row and waits; false when the user stopped.
   [[nodiscard]] bool showRow(const ObservedRow& row);
@@ -94,6 +94,8 @@ class ExpressionAction : public ActionItem {
   virtual LogDetails detailsOfOutput(int output) const = 0;
   // What became of rows that failed and did not stop the run, for the warning at the end.
   virtual QString failedRowsText(const FailureCount& failures) const;
+  // What the results that an observer sees are called.
+  virtual QStringList resultNames() = 0;
   // A row that fails stops the run, at least where it is the first one.
   virtual bool mayFailedRowStop() const { return m_options.abortWhenError; }
 
@@ -126,6 +128,7 @@ class ExpressionAction : public ActionItem {
   QString failureText(const RowFailure& failure) const;
 
   RowObserver* m_observer = nullptr;
+  ObservedRow m_observedRow;
   std::vector<InputVariable> m_variablesOfRun;  // table on the second pin included, names expanded
   std::vector<OutputVariable> m_outputsOfRun;
   bool m_isRowLoaded = false;      // the variables have the values of a row

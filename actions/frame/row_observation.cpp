@@ -3,10 +3,16 @@
 
 namespace kelvarin {
 
-ObservedRow ExpressionAction::observedRow(const OneRow& input) const {
-  ObservedRow shown;
+ObservedRow& ExpressionAction::observedRow(const OneRow& input) {
+  ObservedRow& shown = m_observedRow;
+  if (shown.names == nullptr) {
+    shown.names =
+        std::make_shared<RowNames>(RowNames{m_evaluator.rows.shownVariables(input), resultNames()});
+  }
   shown.number = rowNumber();
-  shown.variables = m_evaluator.rows.variablesOf(input);
+  m_evaluator.rows.showValues(input, shown.names->variables, shown.variables);
+  shown.results.clear();
+  shown.failures.clear();
   return shown;
 }
 

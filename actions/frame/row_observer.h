@@ -5,6 +5,7 @@
 // Threads: called on the engine thread; waitForStep() blocks it until the user steps or stops.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include <QString>
@@ -15,10 +16,10 @@
 
 namespace kelvarin {
 
-// What an output has made of a row.
-struct ResultValue {
-  QString name;  // of the column; of a filter, its type name
-  ExpressionValue value;
+// What the values of a row belong to, the same for all rows of a run.
+struct RowNames {
+  std::vector<ShownVariable> variables;
+  QStringList results;  // names of columns; of a filter, its type name
 };
 
 // An output that failed on a row.
@@ -32,8 +33,9 @@ struct ObservedRow {
   long long number = 0;     // counted from 0
   bool isEvaluated = true;  // false: it was only counted, as in sampling
   bool isLast = false;      // its last failure ends the run; no step is waited for
-  std::vector<VariableValue> variables;
-  std::vector<ResultValue> results;  // none where a failure ends the run
+  std::shared_ptr<const RowNames> names;
+  std::vector<ExpressionValue> variables;  // in the order of their names
+  std::vector<ExpressionValue> results;    // of their names; none where a failure ends the run
   std::vector<ObservedFailure> failures;
 };
 

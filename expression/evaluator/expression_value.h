@@ -26,7 +26,15 @@ struct ExpressionValue {
 // Copies the text, which an evaluated value only refers to.
 ExpressionValue valueOf(const EvaluatedValue& value);
 
-// A variable of a row as a step debugger shows it.
+// A variable as a step debugger shows it, the same for all rows of a run.
+struct ShownVariable {
+  QString name;
+  int element = -1;  // of a vector; -1 for every other variable
+  QString column;    // that it is read from; empty for `_n`, `_now` and `_nowS`
+  bool isText = false;
+};
+
+// A variable of one row.
 struct VariableValue {
   QString name;
   int element = -1;  // of a vector; -1 for every other variable

@@ -61,9 +61,11 @@ class RowBinding {
             int nullKeyMode);
   const QString& failedVariable() const { return m_failedVariable; }
 
-  // What load() would load, every element of a vector included, without its effects.
-  std::vector<VariableValue> valuesOf(const OneRow& row, const DateContext& dates,
-                                      int nullKeyMode) const;
+  // What load() would load, every element of a vector included, without its effects: what it is,
+  // and its values in the same order, which are appended.
+  std::vector<ShownVariable> shownVariables(const OneRow& columns) const;
+  void appendValues(const OneRow& row, const DateContext& dates, int nullKeyMode,
+                    std::vector<ExpressionValue>& values) const;
 
   // Of the variables that numbers and keys enter as they are.
   std::vector<NumberSource> numberSources(const DateContext& dates, int nullKeyMode) const;
@@ -108,8 +110,14 @@ class RowBinding {
   static bool yieldsText(Route route);
   static ExpressionValue valueOf(Route route, const unsigned char* bytes, const DateContext& dates,
                                  int nullKeyMode);
+  static ExpressionValue convertedValueOf(Route route, const unsigned char* bytes,
+                                          const DateContext& dates, int nullKeyMode);
   static bool loadEntry(Entry& entry, const unsigned char* bytes, int element, VariableStore& store,
                         const DateContext& dates, int nullKeyMode);
+  int shownElements(const Entry& entry) const { return entry.isVector ? elementCount() : 1; }
+  int columnOf(std::size_t entry, int element) const {
+    return m_columns[static_cast<std::size_t>(element) * m_entries.size() + entry];
+  }
   int elementCount() const {
     return m_entries.empty() ? 0 : static_cast<int>(m_columns.size() / m_entries.size());
   }

@@ -99,11 +99,14 @@ class RowEvaluation {
     return m_slots[static_cast<std::size_t>(output)].value;
   }
 
-  // Every variable of the row that was loaded last (or passed), for a step debugger: the inputs in
-  // their order, each element of a vector, then `_n`, `_now` and `_nowS` where they are offered.
-  // A variable that an expression assigned to has the value of the engine that evaluated it.
-  // `row` is the loaded row. A row that failed, at loading even, can be shown, too.
-  std::vector<VariableValue> variablesOf(const OneRow& row) const;
+  // Every variable, for a step debugger: the inputs in their order, each element of a vector, then
+  // `_n`, `_now` and `_nowS` where they are offered. The same for all rows of a run.
+  std::vector<ShownVariable> shownVariables(const OneRow& columns) const;
+  // Replaces `values` by those that `variables` have in the row that was loaded last (or passed),
+  // which is `row`. A variable that an expression assigned to has the value of the engine that
+  // evaluated it. A row that failed, at loading even, can be shown, too.
+  void showValues(const OneRow& row, const std::vector<ShownVariable>& variables,
+                  std::vector<ExpressionValue>& values) const;
 
   // What the user should know at the end of a run about values that were no numbers and about texts
   // in functions of numbers.
@@ -125,7 +128,8 @@ class RowEvaluation {
   RowFailure failureOf(int output, RowFailure::Kind kind) const;
   QString nameOf(int output) const;
   int outputsEvaluated() const;
-  void takeAssignedValues(std::vector<VariableValue>& variables) const;
+  void takeAssignedValues(const std::vector<ShownVariable>& variables,
+                          std::vector<ExpressionValue>& values) const;
 
   ExpressionSet& m_expressions;
   VariableStore& m_variables;             // of the expressions

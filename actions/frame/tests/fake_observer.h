@@ -18,17 +18,19 @@ class FakeObserver : public RowObserver {
   // "name=value" or, in a vector, "name[element]=value"; texts in quotes, null as it is.
   std::string variables(std::size_t row) const {
     std::string text;
-    for (const VariableValue& variable : rows[row].variables) {
+    for (std::size_t i = 0; i < rows[row].variables.size(); ++i) {
+      const ShownVariable& variable = rows[row].names->variables[i];
       const std::string index =
           variable.element < 0 ? "" : "[" + std::to_string(variable.element) + "]";
-      text += " " + variable.name.toStdString() + index + "=" + shown(variable.value);
+      text += " " + variable.name.toStdString() + index + "=" + shown(rows[row].variables[i]);
     }
     return text.substr(text.empty() ? 0 : 1);
   }
   std::string results(std::size_t row) const {
     std::string text;
-    for (const ResultValue& result : rows[row].results) {
-      text += " " + result.name.toStdString() + "=" + shown(result.value);
+    for (std::size_t i = 0; i < rows[row].results.size(); ++i) {
+      text += " " + rows[row].names->results[static_cast<int>(i)].toStdString() + "=" +
+              shown(rows[row].results[i]);
     }
     return text.substr(text.empty() ? 0 : 1);
   }

@@ -22,20 +22,22 @@ QString shown(const ExpressionValue& value) {
   return QString::number(value.number);
 }
 
-QStringList shown(const std::vector<VariableValue>& variables) {
+QStringList variablesOf(TableRun& run) {
+  const RowEvaluation& rows = run.evaluator.rows;
+  const std::vector<ShownVariable> variables = rows.shownVariables(run.table.row());
+  std::vector<ExpressionValue> values;
+  rows.showValues(run.table.row(), variables, values);
   QStringList lines;
-  for (const VariableValue& variable : variables) {
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const ShownVariable& variable = variables[i];
+    EXPECT_EQ(variable.isText, values[i].type == ExpressionValue::Type::text);
     const QString element =
         variable.element < 0 ? QString() : QStringLiteral("[%1]").arg(variable.element);
     const QString column =
         variable.column.isEmpty() ? QString() : QStringLiteral(" of ") + variable.column;
-    lines += variable.name + element + column + QStringLiteral(" = ") + shown(variable.value);
+    lines += variable.name + element + column + QStringLiteral(" = ") + shown(values[i]);
   }
   return lines;
-}
-
-QStringList variablesOf(TableRun& run) {
-  return shown(run.evaluator.rows.variablesOf(run.table.row()));
 }
 
 EvaluationOptions withClock() {
