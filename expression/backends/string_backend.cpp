@@ -193,6 +193,7 @@ class StringExpression final : public CompiledExpression {
         m_mayAssign(mayAssign(expression)),
         m_expression(utf8(expression)),
         m_watch(scope.variables) {
+    m_parser.limits().setBound(scope.functions.bounds.textBytes);
     addFunctions(m_parser, scope.functions);
     addNumericFunctions(m_parser, m_watch);
     addValues(valueNames(expression), scope, m_mayAssign ? m_ownHolders : shared);

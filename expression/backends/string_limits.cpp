@@ -36,10 +36,11 @@ void EvaluationLimits::takeJoinedText(const mup::ICallback& callback, std::size_
 }
 
 void EvaluationLimits::takeText(const mup::ICallback& callback, std::size_t bytes) {
-  const bool isFirst = m_textBytes == 0;
+  const bool isFree = m_textBytes == 0 && !m_boundOfTexts;
+  const std::size_t limit = m_boundOfTexts.value_or(kAllTextBytes);
   m_textBytes += bytes;
-  if (!isFirst && m_textBytes > kAllTextBytes) {
-    refuse(callback, messages::textsTooLong(kAllTextBytes));
+  if (!isFree && m_textBytes > limit) {
+    refuse(callback, messages::textsTooLong(static_cast<long long>(limit)));
   }
 }
 

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 
 #include <mpParser.h>
 
@@ -23,6 +24,9 @@ class EvaluationLimits {
   static constexpr long long kAllElements = 10'000;
   static constexpr std::size_t kTextBytes = std::size_t{64} << 20;
   static constexpr std::size_t kAllTextBytes = std::size_t{256} << 20;
+
+  // Of all texts, the first one included; none: those above.
+  void setBound(std::optional<std::size_t> textBytes) { m_boundOfTexts = textBytes; }
 
   // Before an evaluation.
   void restart() {
@@ -55,6 +59,7 @@ class EvaluationLimits {
  private:
   double m_elements = 0.0;
   std::size_t m_textBytes = 0;
+  std::optional<std::size_t> m_boundOfTexts;
   mup::ErrorContext m_fault;
 };
 

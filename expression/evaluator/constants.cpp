@@ -1,5 +1,7 @@
 #include "expression/evaluator/constants.h"
 
+#include <algorithm>
+
 #include "expression/backends/expression_text.h"
 #include "expression/evaluator/number_text.h"
 #include "expression/functions/function_table.h"
@@ -45,6 +47,14 @@ std::vector<NamedConstant> constantsOf(const GlobalParameters* parameters) {
 
 bool isCurrentTime(const NamedConstant& constant) {
   return constant.name == kNow || constant.name == kNowText;
+}
+
+bool differsByRun(const QString& constant) {
+  const std::span<const ConstantLine> table = constantTable();
+  return constant == kNow || constant == kNowText ||
+         std::any_of(table.begin(), table.end(), [&](const ConstantLine& line) {
+           return line.differsByRun && constant == QLatin1String(line.name);
+         });
 }
 
 void setCurrentTime(std::vector<NamedConstant>& constants, const DateContext& dates) {

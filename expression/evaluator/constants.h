@@ -13,6 +13,9 @@ namespace kelvarin {
 // where the text is one.
 std::vector<NamedConstant> constantsOf(const GlobalParameters* parameters);
 
+// The current time, or one that no other run has.
+bool differsByRun(const QString& constant);
+
 // `_now` and `_nowS` as the parameters of `dates` ask for them, taken once.
 bool isCurrentTime(const NamedConstant& constant);
 void setCurrentTime(std::vector<NamedConstant>& constants, const DateContext& dates);

@@ -63,7 +63,7 @@ void ExpressionCheck::setWarnings(const QStringList& texts) {
   }
 }
 
-void ExpressionSet::setSamples() {
+void ExpressionSet::loadSamples() {
   for (std::size_t i = 0; i < m_inputs.size(); ++i) {
     const InputVariable& input = m_inputs[i];
     if (kindOf(input) == VariableKind::text) {
@@ -80,7 +80,7 @@ ExpressionCheck ExpressionSet::check(const OutputVariable& output, ResultUse use
   if (dates == DateStatus::dateFormatUnknown) {
     return ExpressionCheck::unknownDateFormat();
   }
-  setSamples();
+  loadSamples();
   const MadeOutput made = makeOutput(output, use);
   if (!made) {
     return ExpressionCheck::failure(made.error());

@@ -46,6 +46,8 @@ class ExpressionSet {
                  const GlobalParameters* parameters, bool isObserved);
   // Only this engine is tried; that it refuses an expression is an error, never a fallback.
   void requireBackend(BackendKind kind) { m_required = kind; }
+  // For what is compiled later.
+  void setBounds(const EvaluationBounds& bounds) { m_functions.bounds = bounds; }
 
   // Seeds the random generators, and fixes reference time and date format where the expressions
   // need them.
@@ -88,6 +90,8 @@ class ExpressionSet {
   // Values by hand. The index is the variable's in the list given to configure().
   void setNumber(int input, double value);
   void setText(int input, const QString& value);  // a null QString is the null text
+  // Those of all variables, as a check has them.
+  void loadSamples();
   // The value that was loaded last, before any expression assigned to it.
   ExpressionValue inputValue(int input) const;
 
@@ -97,7 +101,6 @@ class ExpressionSet {
   MadeOutput makeOutput(const OutputVariable& variable, ResultUse use);
   ExpressionCheck evaluateSamples(CompiledOutput& output);
   bool hasDateInputs() const;
-  void setSamples();
 
   EvaluationOptions m_options;
   std::vector<InputVariable> m_inputs;

@@ -29,6 +29,17 @@ void forEachCall(const QString& expression, Visitor visit) {
   }
 }
 
+template <typename Condition>
+std::optional<Token> firstCall(const QString& expression, Condition condition) {
+  std::optional<Token> first;
+  forEachCall(expression, [&](const Token& token, const FunctionLine& line) {
+    if (!first && condition(line)) {
+      first = token;
+    }
+  });
+  return first;
+}
+
 }  // namespace
 
 DateNeeds dateNeedsOf(const QStringList& expressions) {
@@ -48,13 +59,24 @@ DateStatus prepareDates(DateContext& dates, const QStringList& expressions, bool
 }
 
 std::optional<Token> undebuggableCall(const QString& expression) {
-  std::optional<Token> first;
-  forEachCall(expression, [&](const Token& token, const FunctionLine& line) {
-    if (!first && !line.isDebuggable()) {
-      first = token;
+  return firstCall(expression, [](const FunctionLine& line) { return !line.isDebuggable(); });
+}
+
+QString debuggableSpelling(QStringView name) {
+  const FunctionLine* own = lineNamed(name);
+  for (const FunctionLine& line : functionTable()) {
+    const bool isSpelling = name.compare(QLatin1String(line.name), Qt::CaseInsensitive) == 0;
+    if (isSpelling && own != nullptr && line.isDebuggable() &&
+        line.argumentCount == own->argumentCount) {
+      return QString::fromLatin1(line.name);
     }
-  });
-  return first;
+  }
+  return {};
+}
+
+std::optional<Token> callOf(Source source, const QString& expression) {
+  return firstCall(expression,
+                   [source](const FunctionLine& line) { return line.source == source; });
 }
 
 }  // namespace kelvarin

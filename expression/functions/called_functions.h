@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include "expression/dates/date_context.h"
+#include "expression/functions/function_line.h"
 #include "expression/tokens/token.h"
 
 namespace kelvarin {
@@ -21,5 +22,11 @@ DateStatus prepareDates(DateContext& dates, const QStringList& expressions, bool
 // The first name of a function that keeps the expression from being shown step by step, since the
 // String Parser does not know it. Nothing when the expression can be shown.
 std::optional<Token> undebuggableCall(const QString& expression);
+// How the String Parser spells a function that only the other engines know by this name; empty
+// where it has none of this kind.
+QString debuggableSpelling(QStringView name);
+
+// The first name of a function whose results depend on this, if one is called.
+std::optional<Token> callOf(Source source, const QString& expression);
 
 }  // namespace kelvarin

@@ -5,6 +5,9 @@
 // argument.
 #pragma once
 
+#include <cstddef>
+#include <optional>
+
 #include <QString>
 
 #include "expression/dates/date_context.h"
@@ -19,12 +22,19 @@ struct LoadedFile {
   QString text;
 };
 
+// What an evaluation may do, for those that are tried while somebody types.
+struct EvaluationBounds {
+  bool readsFiles = true;                // false: texts of files are missing
+  std::optional<std::size_t> textBytes;  // of all texts that arise; none: as in a run
+};
+
 struct FunctionContext {
   RandomGenerator random;        // of the numeric random functions
   RandomGenerator secondRandom;  // of the text functions
   DateContext dates;
   QString filesFolder;  // where relative file names start; empty: the working directory
   LoadedFile lastLoaded;
+  EvaluationBounds bounds;
 
   void seed(std::uint32_t seed) {
     random.seed(seed);

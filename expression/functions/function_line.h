@@ -96,6 +96,9 @@ struct FunctionBody {
   jit::Intrinsic intrinsic = jit::Intrinsic::none;
 };
 
+// What a result depends on beside the arguments and the settings.
+enum class Source : unsigned char { arguments, randomNumbers, files };
+
 struct FunctionLine {
   const char* name;
   int argumentCount;  // as declared to the parsers, or kAnyArgumentCount
@@ -104,6 +107,7 @@ struct FunctionLine {
   FunctionBody body;
   const char* help;
   DateNeeds needs = {};
+  Source source = Source::arguments;
 
   // The String Parser can compute it, which alone shows an expression step by step.
   constexpr bool isDebuggable() const { return (backends & kInString) != 0; }

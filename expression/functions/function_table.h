@@ -26,6 +26,7 @@ struct ConstantLine {
   QString (*text)(const GlobalParameters* graph);
   const char* help;
   bool yieldsToParameters = false;  // a graph parameter of this name replaces it
+  bool differsByRun = false;
 };
 
 std::span<const ConstantLine> constantTable();

@@ -30,11 +30,11 @@ constexpr FunctionLine kLines[] = {
     {"whoami", 1, kInString, kText, productName,
      "whoami(x) - returns kelvarin"},
     {"rand", 1, kFastAndString, kNumber, uniformBelow,
-     "rand(x) - uniform random number inside [0 x["},
+     "rand(x) - uniform random number inside [0 x[", {}, Source::randomNumbers},
     {"rand1", 0, kFastAndString, kNumber, uniform,
-     "rand1() - uniform random number inside [0 1["},
+     "rand1() - uniform random number inside [0 1[", {}, Source::randomNumbers},
     {"randN", 1, kFastAndString, kNumber, wholeBelow,
-     "randN(x) - uniform random integer number inside [0 x["},
+     "randN(x) - uniform random integer number inside [0 x[", {}, Source::randomNumbers},
 };
 // clang-format on
 

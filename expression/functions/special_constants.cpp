@@ -64,7 +64,7 @@ constexpr ConstantLine kConstants[] = {
     {"_currentFile", kInString, 0.0, fileOfGraph,
      "_currentFile - the graph file, null where there is none"},
     {"_uniqueID", kInString, 0.0, uniqueText,
-     "_uniqueID - a text that no other run has, the same on every row"},
+     "_uniqueID - a text that no other run has, the same on every row", false, true},
     {"pi", kInAll, 3.141592653589793, nullptr, "pi - the ratio of a circle's circumference", true},
     {"e", kInAll, 2.718281828459045, nullptr, "e - the base of the natural logarithm", true},
     // kept: twelve decimals.

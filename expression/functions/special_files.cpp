@@ -52,6 +52,9 @@ QString textOfFile(const QString& path) {
 
 // A file that an expression names on every row is read once.
 QString load(FunctionContext& context, const QString& name) {
+  if (!context.bounds.readsFiles) {
+    return {};
+  }
   LoadedFile& last = context.lastLoaded;
   if (!last.isLoaded || last.name != name) {
     const QString path = QDir(context.filesFolder).filePath(name);
@@ -63,7 +66,7 @@ QString load(FunctionContext& context, const QString& name) {
 // clang-format off
 constexpr FunctionLine kLines[] = {
     {"load", 1, kInString, kText, valueBody<load>,
-     "load(filename) - returns the text of the file"},
+     "load(filename) - returns the text of the file", {}, Source::files},
 };
 // clang-format on
 

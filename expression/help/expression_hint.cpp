@@ -13,14 +13,6 @@ namespace kelvarin {
 
 namespace {
 
-QString labelFor(const QString& column) {
-  QString label = column.trimmed();
-  for (QChar& c : label) {
-    c = isNameCharacter(c.unicode()) ? c : QChar(u'_');
-  }
-  return isVariableName(label) ? label : u'_' + label;
-}
-
 QString attributeText(QString text) {
   return text.replace(u'&', QStringLiteral("&amp;"))
       .replace(u'<', QStringLiteral("&lt;"))
@@ -32,11 +24,11 @@ QString hintAtUnnamable(const QString& expression, const HintNames& names) {
   const QString text = withoutTexts(expression);
   for (const QString& variable : names.variables) {
     if (!isVariableName(variable) && !names.columns.contains(variable) && text.contains(variable)) {
-      return messages::labelIsNoName(variable, labelFor(variable));
+      return messages::labelIsNoName(variable, variableNameFor(variable));
     }
   }
   for (const QString& column : names.columns + names.variables) {
-    const QString label = labelFor(column);
+    const QString label = variableNameFor(column);
     const bool isMeant = text.contains(column) || text.contains(label);
     if (!isVariableName(column) && isMeant && !names.variables.contains(label)) {
       return messages::needsLabel(column, attributeText(column), label);
@@ -193,6 +185,14 @@ QString hintAtComma(const ExpressionError& error, const ExpressionTokens& tokens
 }
 
 }  // namespace
+
+QString variableNameFor(const QString& column) {
+  QString label = column.trimmed();
+  for (QChar& c : label) {
+    c = isNameCharacter(c.unicode()) ? c : QChar(u'_');
+  }
+  return isVariableName(label) ? label : u'_' + label;
+}
 
 QString expressionHint(const ExpressionError& error, const QString& expression,
                        const HintNames& names) {

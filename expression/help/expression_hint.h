@@ -18,6 +18,9 @@ struct HintNames {
   const char* adviceOnUnknown = nullptr;
 };
 
+// The name under which expressions can use a column: its own, or one that is like it.
+QString variableNameFor(const QString& column);
+
 // Empty where nothing is known about such a mistake.
 QString expressionHint(const ExpressionError& error, const QString& expression,
                        const HintNames& names);

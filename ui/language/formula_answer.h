@@ -37,7 +37,9 @@ struct FormulaAnswer {
   QString resultType;                // in words
   QString engine;                    // its label, and why it is not a faster one
   std::vector<FormulaValue> values;  // for the first rows
-  bool isComplete = true;            // false: it took too long and was given up
+  QString debuggerNote;              // why the step debugger cannot show it; empty where it can
+  std::optional<QuickFix> debuggerFix;
+  bool isComplete = true;  // false: it took too long and was given up
 };
 
 // The value of a part of the expression in the current row, else the first one.

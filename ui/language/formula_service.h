@@ -6,10 +6,9 @@
 // Threads: the user-interface thread; the answers come by signals on it.
 #pragma once
 
-#include <memory>
-
 #include <QObject>
 
+#include "ui/language/bounded_worker.h"
 #include "ui/language/formula.h"
 #include "ui/language/formula_answer.h"
 #include "ui/language/part_evaluation.h"
@@ -21,7 +20,6 @@ class FormulaService : public QObject {
 
  public:
   explicit FormulaService(QObject* parent = nullptr);
-  ~FormulaService() override;
 
   // The version under which the answer comes.
   quint64 ask(const Formula& formula);
@@ -36,8 +34,8 @@ class FormulaService : public QObject {
   void partsAnswered(const kelvarin::PartValues& values);
 
  private:
-  class Worker;
-  std::unique_ptr<Worker> m_worker;
+  BoundedWorker m_worker;
+  quint64 m_version = 0;
 };
 
 }  // namespace kelvarin

@@ -1,6 +1,6 @@
 // The tokens of an expression with what each one is for, so that an editor can colour them.
 //
-// Threads: plain values; highlightingNames() and highlightingOf() from any thread.
+// Threads: any.
 #pragma once
 
 #include <vector>
@@ -43,7 +43,7 @@ KnownNames knownNamesOf(const Formula& formula);
 // In the order of the text; blanks have none.
 std::vector<HighlightedSpan> highlightingOf(const QString& expression, const KnownNames& names);
 
-// The positions of the bracket beside the cursor and of its partner, behind the cursor first; -1
+// The positions of the bracket beside the cursor and of its partner, the one behind first; -1
 // where there is none.
 struct BracketPair {
   qsizetype first = -1;

@@ -25,21 +25,27 @@ class InputRows : public QObject {
 
   // Asks anew; what is known stays until the answer comes.
   void refresh();
-  bool isBusy() const;
+  bool isBusy() const { return m_isBusy; }
   // Unknown until they have come; then the reason is in them.
-  const PinColumns& columns() const;
-  std::shared_ptr<const PinRows> rows() const;  // null until some have come
+  const PinColumns& columns() const { return m_columns; }
+  // Null until some have come.
+  std::shared_ptr<const PinRows> rows() const { return m_rows; }
 
  signals:
   void changed();
 
  private:
   class Receiver;
+  void cancel();
+
   const ActionItem& m_action;
   int m_pin;
   long long m_limit;
   std::shared_ptr<Receiver> m_receiver;
   std::unique_ptr<RowsRequest> m_request;
+  bool m_isBusy = false;
+  PinColumns m_columns;
+  std::shared_ptr<const PinRows> m_rows;
 };
 
 }  // namespace kelvarin

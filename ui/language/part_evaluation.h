@@ -38,17 +38,15 @@ struct PartValues {
   SubExpressions tree;
   std::vector<PartValue> values;  // one a part of the tree
   long long row = -1;             // -1: computed with the variables' samples
-  // Why the whole expression is null or NaN, or what its first such part comes from; may be empty.
-  QString cause;
+  QString cause;  // why the whole expression is null or NaN; empty where it is neither
   std::optional<EngineValue> ofRun;  // none where a run takes the String Parser
   bool isComplete = true;            // false: not all parts were evaluated in the time there is
 };
 
-// What is null or NaN in a step: null where the value is neither.
-QString missingKind(const ExpressionValue& value);
-
 // With the values of `formula.current`, else of the first row, else the samples. Parts whose turn
 // has not come at the deadline have a failure.
 PartValues evaluateParts(const Formula& formula, std::chrono::steady_clock::time_point deadline);
+// The tree, with this failure for each part.
+PartValues partsWithoutValues(const Formula& formula, const QString& failure);
 
 }  // namespace kelvarin

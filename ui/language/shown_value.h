@@ -19,6 +19,9 @@ struct ShownValue {
   }
 };
 
+// Of a value in a row (column_bytes.h); the bytes may be null.
+ExpressionValue valueOfBytes(MetaTypeColumn meta, const unsigned char* bytes);
+
 ShownValue shownValue(const ExpressionValue& value);
 ShownValue shownValue(const PinRows& rows, std::size_t row, std::size_t column);
 

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <vector>
 
+#include <QSet>
 #include <QString>
 
 namespace kelvarin {
@@ -25,8 +26,7 @@ struct ExpressionPart {
     conditional,  // condition, value if true, value otherwise
     assignment,   // the variable and its value
     element,      // of an array: the array and its indices
-    array,
-    list  // of several values, separated by commas
+    array
   };
 
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
@@ -37,23 +37,24 @@ struct ExpressionPart {
   qsizetype size = 0;
   qsizetype outerStart = 0;
   qsizetype outerSize = 0;
-  QString sign;                    // the operator, or the name of the function or variable
-  std::vector<std::size_t> parts;  // their indices, from left to right
+  QString sign = {};                    // the operator, or the name of the function or variable
+  std::vector<std::size_t> parts = {};  // their indices, from left to right
   std::size_t parent = kNone;
 
   qsizetype end() const { return start + size; }
   qsizetype outerEnd() const { return outerStart + outerSize; }
   // It has a value of its own, which can be computed and shown.
-  bool hasValue() const { return kind != Kind::array && kind != Kind::list; }
+  bool hasValue() const { return kind != Kind::array; }
 };
 
 class SubExpressions {
  public:
   SubExpressions() = default;
-  explicit SubExpressions(const QString& expression);
+  // A variable hides a word operator or a cast of its name.
+  explicit SubExpressions(const QString& expression, const QSet<QString>& variables = {});
 
   const QString& expression() const { return m_expression; }
-  // False where it is no whole expression, or nested too deeply; then there are no parts.
+  // False where it is no whole expression; then there are no parts.
   bool isComplete() const { return !m_parts.empty(); }
 
   // The parts of each stand before it, so the last one is the whole expression. A long sum is a
