@@ -13,7 +13,7 @@ namespace kelvarin {
 
 class ExpressionHistory {
  public:
-  static constexpr std::size_t kMostEntries = 50;  // starred ones apart
+  static constexpr std::size_t kMaxEntries = 50;  // starred ones apart
 
   struct Entry {
     QString expression;
@@ -38,6 +38,7 @@ class ExpressionHistory {
   void load();
   void save() const;
   void limit();
+  std::vector<Entry>::iterator find(const QString& expression);
 
   QString m_key;
   std::vector<Entry> m_entries;
