@@ -1,17 +1,18 @@
 // The field of an expression with real keys; the service's answers are those of the test where they
 // must come at a certain moment.
 #include <algorithm>
-#include <chrono>
+#include <ctime>
 
 #include <gtest/gtest.h>
 #include <QApplication>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextBlock>
-#include <QToolButton>
+#include <QToolTip>
 #include <QVBoxLayout>
 
 #include "host/widgets/info_line.h"
@@ -225,6 +226,45 @@ TEST_F(ExpressionFieldTest, AFaultIsMarkedAndSaidInWords) {
   EXPECT_EQ(squiggles()[0].selectedText(), QStringLiteral("prise")) << "it moves with the text";
 }
 
+TEST_F(ExpressionFieldTest, AMisspeltColumnIsFoundAndBoundByAltEnter) {
+  QSignalSpy wanted(&m_field, &ExpressionField::columnWanted);
+  type("1 - discout");
+  press(Qt::Key_Escape);
+  QSignalSpy answered(&m_field, &ExpressionField::answered);
+  ASSERT_TRUE(answered.wait(5000));
+  EXPECT_FALSE(m_field.answer().message.isEmpty());
+  press(Qt::Key_Return, Qt::AltModifier);
+  EXPECT_EQ(text(), "1 - discount");
+  ASSERT_EQ(wanted.count(), 1);
+  EXPECT_EQ(wanted[0][0].toString(), QStringLiteral("discount"));
+}
+
+TEST_F(ExpressionFieldTest, PointingAtASignShowsTheValueOfItsPart) {
+  Formula formula = formulaOf();
+  formula.variables[0].number = 24.9;
+  m_field.setFormula(formula);
+  m_field.setExpression(QStringLiteral("1 + price * 2"));
+  QTextCursor cursor = editor()->textCursor();
+  cursor.setPosition(10);
+  const QRect sign = editor()->cursorRect(cursor);
+  const QPoint middle(sign.left() + editor()->fontMetrics().averageCharWidth() / 3,
+                      sign.center().y());
+  QHelpEvent rest(QEvent::ToolTip, middle, editor()->viewport()->mapToGlobal(middle));
+  QApplication::sendEvent(editor()->viewport(), &rest);
+  ASSERT_TRUE(QTest::qWaitFor([] { return !QToolTip::text().isEmpty(); }, 5000));
+  EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("price * 2 = 49.8")))
+      << QToolTip::text().toStdString();
+}
+
+TEST_F(ExpressionFieldTest, F1AsksAboutTheWordAtTheCursor) {
+  QSignalSpy wanted(&m_field, &ExpressionField::helpWanted);
+  type("1 + nvl(");
+  press(Qt::Key_Left);
+  press(Qt::Key_F1);
+  ASSERT_EQ(wanted.count(), 1);
+  EXPECT_EQ(wanted[0][0].toString(), QStringLiteral("nvl"));
+}
+
 TEST_F(ExpressionFieldTest, WhatIsMissingAtTheEndIsMarkedUnderTheLastCharacter) {
   type("1 +");
   FormulaAnswer answer = faultAnswer(nextVersion());
@@ -284,8 +324,14 @@ TEST_F(ExpressionFieldTest, LaterLinesAreColoredAnewWhenAnEarlierOneChanges) {
   EXPECT_NE(colorOfSecondLine(), expression_colors::kVariable);
 }
 
-// A key is seen, and the editor is drawn, well before the next one.
-TEST_F(ExpressionFieldTest, TypingInALongExpressionNeverBlocks) {
+// Of this thread, which other programs on the machine do not slow down.
+double processorMilliseconds() {
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+TEST_F(ExpressionFieldTest, NoKeyBlocksInALongExpressionOverManyColumns) {
   m_field.setFormula(formulaOf(1000));
   QString expression;
   for (int i = 0; expression.size() < 10000; ++i) {
@@ -295,24 +341,19 @@ TEST_F(ExpressionFieldTest, TypingInALongExpressionNeverBlocks) {
   QTextCursor cursor = editor()->textCursor();
   cursor.setPosition(5000);
   editor()->setTextCursor(cursor);
-  QApplication::processEvents();
+  QTest::qWait(300);  // until the first answer is there, and all colours are known
   std::vector<double> milliseconds;
   const QString keys = QStringLiteral(" colu nvl(12.5,\"a\")");
   for (int i = 0; i < 1000; ++i) {
-    const auto begin = std::chrono::steady_clock::now();
+    const double begin = processorMilliseconds();
     QTest::keyClicks(editor(), keys[i % keys.size()]);
     QApplication::processEvents();
-    milliseconds.push_back(
-        std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
-            .count());
+    milliseconds.push_back(processorMilliseconds() - begin);
   }
   std::sort(milliseconds.begin(), milliseconds.end());
-  RecordProperty("median_ms", std::to_string(milliseconds[500]));
-  RecordProperty("p999_ms", std::to_string(milliseconds[998]));
-  std::printf("a key: median %.2f ms, 99.9th percentile %.2f ms\n", milliseconds[500],
+  std::printf("a key takes %.1f ms, 99.9th percentile %.1f ms\n", milliseconds[500],
               milliseconds[998]);
-  // Four times the figure that the benchmark machine keeps to.
-  EXPECT_LT(milliseconds[998], 80.0);
+  EXPECT_LT(milliseconds[998], 20.0);
 }
 
 }  // namespace
