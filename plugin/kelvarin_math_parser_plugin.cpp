@@ -11,6 +11,8 @@
 #include "actions/filter_rows/filter_rows.h"
 #include "columnar/actions/read_columnar_gel.h"
 #include "columnar/actions/write_columnar_gel.h"
+#include "host/contract/editor_registry.h"
+#include "plugin/editors_loader.h"
 
 namespace {
 
@@ -21,6 +23,12 @@ ActionItem* create() {
   return new Action(XMLNode::emptyNode(), nullptr);
 }
 
+template <typename... Actions>
+void enterEditors() {
+  kelvarin::EditorRegistry& registry = kelvarin::EditorRegistry::instance();
+  (registry.add(Actions::catalogue().typeName, kelvarin::createEditor), ...);
+}
+
 // In the host's order; graph files name actions by their type, not by their index here.
 constexpr ActionItem* (*kActions[])() = {
     create<kelvarin::Calculator>,           create<kelvarin::FilterRows>,
@@ -29,6 +37,11 @@ constexpr ActionItem* (*kActions[])() = {
 };
 
 }  // namespace
+
+KelvarinMathParserPlugin::KelvarinMathParserPlugin() {
+  enterEditors<kelvarin::Calculator, kelvarin::FilterRows, kelvarin::ReadColumnarGel,
+               kelvarin::WriteColumnarGel, kelvarin::CalculatorVectorized>();
+}
 
 ActionItem* KelvarinMathParserPlugin::createAction(int index, int) {
   if (index < 0 || index >= static_cast<int>(std::size(kActions))) {

@@ -5,6 +5,7 @@
 #include "actions/frame/messages.h"
 #include "expression/errors/error_texts.h"
 #include "expression/evaluator/expression_evaluator.h"
+#include "host/contract/process_wide.h"
 
 namespace kelvarin {
 
@@ -104,8 +105,7 @@ class ColumnNamer {
 Result<QStringList, QString> nameColumns(const VectorTable& vectors,
                                          const QStringList& nameExpressions,
                                          const NamingRules& rules) {
-  static std::mutex mutex;
-  const std::lock_guard lock(mutex);
+  const std::lock_guard lock(columnNamesMutex());
   ColumnNamer namer(vectors, nameExpressions, rules);
   if (const auto prepared = namer.prepare(); !prepared) {
     return Failure{prepared.error()};

@@ -14,6 +14,13 @@ inline QString textEntersAsNumber(const QString& column) {
              "text is none. Write <InputVar column='%1' isNumber='0'/> for its texts.")
       .arg(column);
 }
+inline QString editorsNotLoaded(const QString& file, const QString& reason) {
+  return QStringLiteral(
+             "The property editors cannot be opened: %1 could not be loaded (%2). Install it beside "
+             "the plug-in, from the same build; until then actions can be edited in the graph "
+             "file.")
+      .arg(file, reason);
+}
 inline QString outputWithoutName(int index) {
   return QStringLiteral(
              "The output number %1 (counted from 1) has no name. Write the name of its column: "

@@ -5,68 +5,16 @@
 #include "cli/gel/messages.h"
 #include "cli/printable_text.h"
 #include "cli/progress_line.h"
-#include "columnar/reader/verification.h"
+#include "columnar/reader/failure_texts.h"
 
 namespace kelvarin {
 
 namespace {
 
-using Kind = GelDamage::Kind;
-
-QString reasonOfRecord(ReadStatus cause) {
-  switch (cause) {
-    case ReadStatus::wrongChecksum:
-      return gel_messages::recordChecksum();
-    case ReadStatus::beyondLimits:
-      return gel_messages::recordTooLarge();
-    default:
-      return gel_messages::recordContent();
-  }
-}
-
-QString reasonOfChunk(ReadStatus cause) {
-  switch (cause) {
-    case ReadStatus::wrongChecksum:
-      return gel_messages::chunkChecksum();
-    case ReadStatus::beyondLimits:
-      return gel_messages::chunkTooLarge();
-    default:
-      return gel_messages::chunkContent();
-  }
-}
-
-QString reasonOf(const GelDamage& damage) {
-  switch (damage.kind) {
-    case Kind::record:
-      return reasonOfRecord(damage.cause);
-    case Kind::mainFileCut:
-      return gel_messages::mainFileCut();
-    case Kind::rowCount:
-      return gel_messages::badRowCount();
-    case Kind::chunk:
-      return reasonOfChunk(damage.cause);
-    case Kind::unknownEncoding:
-      return gel_messages::unknownLayout(damage.encoding);
-    case Kind::sideFileCut:
-      return gel_messages::sideFileCut();
-    case Kind::statistics:
-      return gel_messages::badSummary();
-    case Kind::sideFileMissing:
-      break;
-  }
-  return gel_messages::sideFileMissing(QString::fromStdString(damage.file));
-}
-
-QString textOf(const GelDamage& damage) {
-  if (damage.kind == Kind::sideFileMissing) {
-    return reasonOf(damage);
-  }
-  const QString column =
-      damage.column.empty()
-          ? QString()
-          : gel_messages::inColumn(QString::fromStdString(printable(damage.column)));
-  return gel_messages::damageAt(QString::fromStdString(damage.file), damage.offset, damage.block,
-                                damage.firstRow, damage.lastRow, column, reasonOf(damage));
+// With a column name that is safe on a terminal.
+QString textOf(GelDamage damage) {
+  damage.column = printable(damage.column);
+  return damageText(damage);
 }
 
 // Results go to standard output: what was found is what the command is for.

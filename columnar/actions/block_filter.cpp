@@ -96,6 +96,22 @@ void writeVariable(std::wostringstream& out, const BlockVariable& variable) {
   out << L"/>\n";
 }
 
+InputVariable numberInput(const QString& name, double sample) {
+  InputVariable input;
+  input.label = name;
+  input.number = sample;
+  return input;
+}
+
+InputVariable boundInput(const BlockVariable& variable, const QString& name,
+                         const BlockVariable::Sample& sample) {
+  InputVariable input = numberInput(name, sample.number);
+  input.isNumber = variable.isNumber;
+  input.meta = variable.meta;
+  input.text = sample.text;
+  return input;
+}
+
 ElementDescription variableElement() {
   const BlockVariable defaults{QString()};
   ElementDescription element{
@@ -130,6 +146,20 @@ BlockVariable::BlockVariable(const QString& columnName)
       maximumName(columnName + QStringLiteral("_max")),
       minimumName(columnName + QStringLiteral("_min")),
       hasNullName(columnName + QStringLiteral("_hasNull")) {}
+
+std::vector<InputVariable> inputsOf(const BlockFilter& filter) {
+  std::vector<InputVariable> inputs;
+  for (const BlockVariable& variable : filter.variables) {
+    inputs.push_back(boundInput(variable, variable.maximumName, variable.maximum));
+    inputs.push_back(boundInput(variable, variable.minimumName, variable.minimum));
+    inputs.push_back(numberInput(variable.hasNullName, 0.0));
+  }
+  if (filter.addRowNumbers) {
+    inputs.push_back(numberInput(QStringLiteral("_n_min"), 0.0));
+    inputs.push_back(numberInput(QStringLiteral("_n_max"), 0.0));
+  }
+  return inputs;
+}
 
 ElementDescription blockFilterElement() {
   ElementDescription expression{.name = QString::fromUtf16(kExpression),

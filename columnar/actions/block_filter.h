@@ -38,6 +38,10 @@ struct BlockFilter {
   std::vector<BlockVariable> variables;
 };
 
+// The variables of the expression: for each column the maximum, the minimum and the null flag; then
+// the row numbers.
+std::vector<InputVariable> inputsOf(const BlockFilter& filter);
+
 // The element CFilterRows.
 ElementDescription blockFilterElement();
 BlockFilter readBlockFilter(const XMLNode& action, const GlobalParameters* parameters);

@@ -14,27 +14,14 @@ namespace kelvarin {
 
 namespace {
 
-// The inputs of the evaluator for each variable, in their order.
+// The order of inputsOf().
 enum InputOfVariable { kMaximum, kMinimum, kHasNull, kInputsOfVariable };
 
-InputVariable numberInput(const QString& name, double sample) {
-  InputVariable input;
-  input.label = name;
-  input.number = sample;
-  return input;
-}
-
-InputVariable boundInput(const BlockVariable& variable, const QString& name,
-                         const BlockVariable::Sample& sample) {
-  InputVariable input = numberInput(name, sample.number);
-  input.isNumber = variable.isNumber;
-  input.meta = variable.meta;
-  input.text = sample.text;
-  return input;
-}
-
 VariableKind kindOfBounds(const BlockVariable& variable) {
-  return kindOf(boundInput(variable, QString(), {}));
+  InputVariable bound;
+  bound.isNumber = variable.isNumber;
+  bound.meta = variable.meta;
+  return kindOf(bound);
 }
 
 QString numberText(double number) {
@@ -62,20 +49,6 @@ bool isFalse(const ExpressionValue& value) {
 
 }  // namespace
 
-std::vector<InputVariable> BlockFilterEvaluation::inputs() const {
-  std::vector<InputVariable> inputs;
-  for (const BlockVariable& variable : m_filter.variables) {
-    inputs.push_back(boundInput(variable, variable.maximumName, variable.maximum));
-    inputs.push_back(boundInput(variable, variable.minimumName, variable.minimum));
-    inputs.push_back(numberInput(variable.hasNullName, 0.0));
-  }
-  if (m_filter.addRowNumbers) {
-    inputs.push_back(numberInput(QStringLiteral("_n_min"), 0.0));
-    inputs.push_back(numberInput(QStringLiteral("_n_max"), 0.0));
-  }
-  return inputs;
-}
-
 void BlockFilterEvaluation::expandNames(const ActionItem& action) {
   const auto expand = [&action](QString& text) { text = action.expandString(text); };
   for (BlockVariable& variable : m_filter.variables) {
@@ -94,7 +67,7 @@ Status<QString> BlockFilterEvaluation::compile(const ActionItem& action, QString
   EvaluationOptions options;
   options.addN = false;  // a block has two row numbers
   options.time = m_filter.time;
-  const std::vector<InputVariable> variables = inputs();
+  const std::vector<InputVariable> variables = inputsOf(m_filter);
   bool hasDates = false;
   for (const InputVariable& variable : variables) {
     hasDates |= kindOf(variable) == VariableKind::date;
@@ -141,7 +114,7 @@ QStringList BlockFilterEvaluation::explanations() const {
     return {};
   }
   HintNames names;
-  for (const InputVariable& input : inputs()) {
+  for (const InputVariable& input : inputsOf(m_filter)) {
     names.variables += input.name();
   }
   QStringList explanations{messages::here() + u'\n' +

@@ -50,7 +50,6 @@ class BlockFilterEvaluation {
 
   // Replaces the graph's parameters in the settings.
   void expandNames(const ActionItem& action);
-  std::vector<InputVariable> inputs() const;
   static bool readStatistics(const GelFile& file, const BlockInfo& block, std::size_t column,
                              BlockStatistics& statistics);
   // Whether the bounds of the column are also those of the values that the variable makes of it.

@@ -7,6 +7,7 @@
 #include "columnar/actions/claimed_tables.h"
 #include "columnar/actions/file_list.h"
 #include "columnar/actions/messages.h"
+#include "columnar/actions/system_paths.h"
 #include "columnar/reader/stored_order.h"
 #include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
@@ -18,10 +19,6 @@ namespace {
 
 void warn(const QString& line) {
   MainUI::addLog(LogLevel::warning, line);
-}
-
-std::string systemPath(const QString& path) {
-  return QFile::encodeName(path).toStdString();
 }
 
 }  // namespace

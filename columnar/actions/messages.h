@@ -349,4 +349,63 @@ inline QString previousNotDeleted(const QString& file) {
   return QStringLiteral("Error: Cannot delete previous file '%1'.").arg(file);
 }
 
+// What an editor does with a table outside a run.
+inline QString noFileChosen() {
+  return QStringLiteral("No file is chosen yet.");
+}
+inline QString filesKnownInRun() {
+  return QStringLiteral(
+      "The names of the files come from the input pin, so they are known in a run only.");
+}
+inline QString folderInUse(const QString& file) {
+  return QStringLiteral(
+             "The folder of '%1' is in use by another program that writes columnar files. Try "
+             "again when it has finished.")
+      .arg(file);
+}
+
+// Deleting a table.
+inline QString deleted(const QString& file) {
+  return QStringLiteral("SUCCESS: File '%1' deleted.").arg(file);
+}
+inline QString notDeleted(const QString& file, const QString& reason) {
+  return QStringLiteral("The file '%1' cannot be deleted: %2.").arg(file, reason);
+}
+inline QString nothingToDelete(const QString& file) {
+  return QStringLiteral("There is no file '%1', and no column-set file of it: nothing was deleted.")
+      .arg(file);
+}
+inline QString beingWritten(const QString& file) {
+  return QStringLiteral("The file '%1' is being written, so nothing was deleted.").arg(file);
+}
+inline QString foreignNotDeleted(const QString& file) {
+  return QStringLiteral("The file '%1' is no columnar file, so nothing was deleted.").arg(file);
+}
+inline QString sharedNotDeleted(const QString& file, const QString& other) {
+  return QStringLiteral(
+             "The column-set files of '%1' have the names of those of '%2', so nothing was "
+             "deleted.")
+      .arg(file, other);
+}
+
+// Salvaging a table.
+inline QString salvageNameTaken(const QString& file) {
+  return QStringLiteral(
+             "There is a file '%1' already, or column-set files of that name. Choose another name "
+             "for the new table.")
+      .arg(file);
+}
+inline QString sideFileNeeded(const QString& file) {
+  return QStringLiteral(
+             "The column-set file '%1' cannot be opened. It belongs beside the main file.")
+      .arg(file);
+}
+inline QString notWritten(const QString& file, const QString& reason) {
+  return QStringLiteral("The new table '%1' cannot be written: %2.").arg(file, reason);
+}
+inline QString salvageTooLarge(const QString& file) {
+  return QStringLiteral("The new table '%1' cannot be written: its blocks are too large.")
+      .arg(file);
+}
+
 }  // namespace kelvarin::columnar_messages

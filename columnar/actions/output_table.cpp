@@ -4,9 +4,8 @@
 
 #include <unistd.h>
 
-#include <QFile>
-
 #include "columnar/actions/messages.h"
+#include "columnar/actions/system_paths.h"
 #include "columnar/files/folder_lock.h"
 #include "columnar/files/table_exchange.h"
 #include "columnar/files/table_files.h"
@@ -17,14 +16,6 @@ namespace kelvarin {
 namespace {
 
 using RunningState = GlobalParameters::RunningState;
-
-std::string systemPath(const QString& path) {
-  return QFile::encodeName(path).toStdString();
-}
-
-QString shownPath(const std::string& path) {
-  return QFile::decodeName(QByteArray::fromStdString(path));
-}
 
 void logErrorOf(ActionItem& action, const QString& text) {
   MainUI::addLog(LogLevel::error, text);

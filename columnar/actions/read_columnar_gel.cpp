@@ -1,5 +1,6 @@
 #include "columnar/actions/read_columnar_gel.h"
 
+#include "actions/frame/read_back.h"
 #include "actions/frame/variables_xml.h"
 #include "columnar/actions/claimed_tables.h"
 #include "columnar/actions/messages.h"
@@ -101,6 +102,19 @@ void ReadColumnarGel::saveXML(std::wostringstream& out, QString name) {
     out << L"</ColumnsToRead>\n";
   }
   out << L"</" << typeName() << L">\n";
+}
+
+void ReadColumnarGel::setSettings(ReadColumnarSettings settings) {
+  setAsReadBack(*this, &ReadColumnarGel::m_settings, std::move(settings));
+  m_inputPinCount = pinCount(m_settings);
+}
+
+void ReadColumnarGel::setBlockFilter(BlockFilter filter) {
+  setAsReadBack(*this, &ReadColumnarGel::m_blockFilter, std::move(filter));
+}
+
+void ReadColumnarGel::setColumnsToRead(QStringList columns) {
+  setAsReadBack(*this, &ReadColumnarGel::m_columnsToRead, std::move(columns));
 }
 
 char ReadColumnarGel::init() {

@@ -30,6 +30,15 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem>, public F
   char fullTableRequiredToComputeMetas(int pin, bool* isKnown) override;
   QList<UsedFile> usedFiles() const override;
 
+  // For editors, between runs. A setter leaves what saving and reading the action's XML would; the
+  // settings decide the number of input pins.
+  const ReadColumnarSettings& settings() const { return m_settings; }
+  void setSettings(ReadColumnarSettings settings);
+  const BlockFilter& blockFilter() const { return m_blockFilter; }
+  void setBlockFilter(BlockFilter filter);
+  const QStringList& columnsToRead() const { return m_columnsToRead; }
+  void setColumnsToRead(QStringList columns);
+
   // The block whose rows are published; null when there is none.
   DecodedBlock* block() const { return m_block; }
   // False at the end and after a failure.

@@ -21,6 +21,8 @@ struct ReadColumnarSettings {
   int timeOutSeconds = 0;      // how long to wait for a missing file
   bool readAllColumns = true;  // when not set, columnSelection is 1
 
+  bool operator==(const ReadColumnarSettings&) const = default;
+
   Columns columns() const {
     switch (columnSelection) {
       case 1:

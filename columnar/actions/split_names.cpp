@@ -39,10 +39,8 @@ QString segmentText(int segment) {
   return QStringLiteral("_%1").arg(segment, 3, 10, QLatin1Char('0'));
 }
 
-Status<NamingExpressions::Error> NamingExpressions::compile(const QString& file,
-                                                            const ActionItem& action) {
-  m_literals.clear();
-  m_expressions.clear();
+NamingText NamingText::of(const QString& file) {
+  NamingText text;
   qsizetype position = 0;
   while (true) {
     const qsizetype begin = file.indexOf(kExpressionBegin, position);
@@ -51,19 +49,36 @@ Status<NamingExpressions::Error> NamingExpressions::compile(const QString& file,
     if (end < 0) {
       break;
     }
-    m_literals.push_back(action.expandString(file.mid(position, begin - position)));
-    m_expressions.push_back(file.mid(inside, end - inside));
+    text.literals.push_back(file.mid(position, begin - position));
+    text.expressions.push_back(file.mid(inside, end - inside));
     position = end + kExpressionEnd.size();
   }
-  m_literals.push_back(action.expandString(file.mid(position)));
+  text.literals.push_back(file.mid(position));
+  return text;
+}
+
+QString NamingText::joined() const {
+  QString file = literals.first();
+  for (qsizetype i = 0; i < expressions.size(); ++i) {
+    file += kExpressionBegin + expressions[i] + kExpressionEnd + literals[i + 1];
+  }
+  return file;
+}
+
+Status<NamingExpressions::Error> NamingExpressions::compile(const QString& file,
+                                                            const ActionItem& action) {
+  m_text = NamingText::of(file);
+  for (QString& literal : m_text.literals) {
+    literal = action.expandString(literal);
+  }
 
   InputVariable splitValue;
   splitValue.label = QStringLiteral("SplitVal");
   splitValue.isNumber = false;
   m_evaluator.expressions.configure({}, {splitValue}, action.globalParameters(), false);
   m_evaluator.expressions.requireBackend(BackendKind::string);
-  (void)m_evaluator.expressions.prepareDateContext(m_expressions);
-  for (const QString& expression : m_expressions) {
+  (void)m_evaluator.expressions.prepareDateContext(m_text.expressions);
+  for (const QString& expression : m_text.expressions) {
     OutputVariable output;
     output.expression = expression;
     output.meta = MetaTypeColumn::text;
@@ -79,17 +94,17 @@ Status<NamingExpressions::Error> NamingExpressions::compile(const QString& file,
 Result<QString, NamingExpressions::Error> NamingExpressions::name(const QString& splitValue) {
   m_evaluator.expressions.setText(0, splitValue);
   m_evaluator.rows.startRow();
-  QString result = m_literals.first();
-  for (int i = 0; i < static_cast<int>(m_expressions.size()); ++i) {
+  QString result = m_text.literals.first();
+  for (int i = 0; i < static_cast<int>(m_text.expressions.size()); ++i) {
     if (m_evaluator.rows.evaluate(i) != RowOutcome::ok) {
-      return Failure{
-          Error{m_expressions[i], errorTextWithPosition(m_evaluator.rows.lastFailure().error)}};
+      return Failure{Error{m_text.expressions[i],
+                           errorTextWithPosition(m_evaluator.rows.lastFailure().error)}};
     }
     const QString part = textOf(m_evaluator.rows.value(i));
     if (const QString refusal = controlCharacterText(part); !refusal.isEmpty()) {
-      return Failure{Error{m_expressions[i], refusal}};
+      return Failure{Error{m_text.expressions[i], refusal}};
     }
-    result += part + m_literals[i + 1];
+    result += part + m_text.literals[i + 1];
   }
   return result;
 }

@@ -25,6 +25,15 @@ QString insertedBeforeExtension(const QString& file, const QString& text);
 // "_000", "_001", ...
 QString segmentText(int segment);
 
+// A name as it is written, cut at its expressions.
+struct NamingText {
+  QStringList literals;  // before, between and after the expressions
+  QStringList expressions;
+
+  static NamingText of(const QString& file);
+  QString joined() const;
+};
+
 // A name with expressions: each "+expression+" with its quotes is replaced by the expression's
 // value, in which `SplitVal` is the split value, a text.
 class NamingExpressions {
@@ -40,8 +49,7 @@ class NamingExpressions {
   Result<QString, Error> name(const QString& splitValue);
 
  private:
-  QStringList m_literals;  // before, between and after the expressions
-  QStringList m_expressions;
+  NamingText m_text;  // with expanded literals
   ExpressionEvaluator m_evaluator;
 };
 

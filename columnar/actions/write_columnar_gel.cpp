@@ -1,5 +1,6 @@
 #include "columnar/actions/write_columnar_gel.h"
 
+#include "actions/frame/read_back.h"
 #include "columnar/actions/claimed_tables.h"
 #include "columnar/actions/messages.h"
 #include "columnar/actions/previous_file.h"
@@ -131,6 +132,14 @@ void WriteColumnarGel::saveXML(std::wostringstream& out, QString name) {
     writeColumnSets(out, m_columnSets);
   }
   out << L"</" << typeName() << L">\n";
+}
+
+void WriteColumnarGel::setSettings(WriteColumnarSettings settings) {
+  setAsReadBack(*this, &WriteColumnarGel::m_settings, std::move(settings));
+}
+
+void WriteColumnarGel::setColumnSets(ListedColumnSets sets) {
+  setAsReadBack(*this, &WriteColumnarGel::m_columnSets, std::move(sets));
 }
 
 char WriteColumnarGel::init() {

@@ -35,7 +35,12 @@ class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem>,
   // For tests: replaces the sleep while a locked file is waited for.
   void setPause(Pause pause) { m_pause = std::move(pause); }
 
+  // The setters are for editors, between runs; each leaves what saving and reading the action's XML
+  // would.
   const WriteColumnarSettings& settings() const { return m_settings; }
+  void setSettings(WriteColumnarSettings settings);
+  const ListedColumnSets& columnSets() const { return m_columnSets; }
+  void setColumnSets(ListedColumnSets sets);
 
  private:
   static bool computeFirstRow(ActionItem* action);

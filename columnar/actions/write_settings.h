@@ -29,6 +29,8 @@ struct WriteColumnarSettings {
   int deleteTimeOutSeconds = 1;  // how long to wait for a locked previous file
   bool replaceAtEnd = false;     // the previous file stays until the new one is whole
 
+  bool operator==(const WriteColumnarSettings&) const = default;
+
   // Other numbers than 1 and 2 are those of a file in one piece.
   Split splitKind() const {
     return split == 1 ? Split::bySize : split == 2 ? Split::byValue : Split::none;

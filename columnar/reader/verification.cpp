@@ -12,12 +12,17 @@ namespace {
 class Verifier {
  public:
   Verifier(const GelFile& file, const std::function<void(const GelDamage&)>& report,
-           const std::function<void(std::uint64_t)>& progress)
-      : m_file(file), m_report(report), m_progress(progress), m_scan(file) {}
+           const std::function<void(std::uint64_t)>& progress,
+           const std::function<bool()>& isStopped)
+      : m_file(file),
+        m_report(report),
+        m_progress(progress),
+        m_isStopped(isStopped),
+        m_scan(file) {}
 
   GelVerification run() {
     openReaders();
-    for (;;) {
+    while (!m_isStopped || !m_isStopped()) {
       BlockInfo block;
       switch (m_scan.next(block)) {
         case BlockScan::Step::block:
@@ -39,6 +44,7 @@ class Verifier {
           return m_result;
       }
     }
+    return m_result;
   }
 
  private:
@@ -133,6 +139,7 @@ class Verifier {
   const GelFile& m_file;
   const std::function<void(const GelDamage&)>& m_report;
   const std::function<void(std::uint64_t)>& m_progress;
+  const std::function<bool()>& m_isStopped;
   BlockScan m_scan;
   std::vector<Reader> m_readers;
   DecodedColumn m_column;
@@ -143,8 +150,9 @@ class Verifier {
 
 GelVerification verifyGelFile(const GelFile& file,
                               const std::function<void(const GelDamage&)>& report,
-                              const std::function<void(std::uint64_t)>& progress) {
-  return Verifier(file, report, progress).run();
+                              const std::function<void(std::uint64_t)>& progress,
+                              const std::function<bool()>& isStopped) {
+  return Verifier(file, report, progress, isStopped).run();
 }
 
 }  // namespace kelvarin

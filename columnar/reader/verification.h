@@ -1,6 +1,6 @@
 // Checks a whole columnar file: every record, every chunk, and all statistics against the values.
 //
-// Used by `kelvarin gel verify`.
+// Used by `kelvarin gel verify` and by the dialog of the reading action.
 // Errors: damages; never logs, throws only std::bad_alloc.
 #pragma once
 
@@ -43,9 +43,11 @@ struct GelVerification {
 };
 
 // Continues after damage as far as possible. `report` is called for each damage; `progress`, where
-// given, after each block with the number of rows so far.
+// given, after each block with the number of rows so far. `isStopped`, where given, is asked before
+// each block, and ends it early.
 GelVerification verifyGelFile(const GelFile& file,
                               const std::function<void(const GelDamage&)>& report,
-                              const std::function<void(std::uint64_t rows)>& progress = {});
+                              const std::function<void(std::uint64_t rows)>& progress = {},
+                              const std::function<bool()>& isStopped = {});
 
 }  // namespace kelvarin

@@ -15,6 +15,7 @@
 #include "expression/backends/string_operators.h"
 #include "expression/backends/string_values.h"
 #include "expression/errors/messages.h"
+#include "host/contract/process_wide.h"
 #include "jit/arithmetic.h"
 
 namespace kelvarin {
@@ -183,8 +184,7 @@ void StringLibrary::freeName(const mup::string_type& name) {
 }
 
 void StringLibrary::warmUp() {
-  static std::once_flag once;
-  std::call_once(once, [] {
+  std::call_once(firstTextExpression(), [] {
     try {
       StringLibrary parser;
       parser.SetExpr("unknown + 1");

@@ -5,8 +5,9 @@
 namespace kelvarin {
 
 EditorRegistry& EditorRegistry::instance() {
-  static EditorRegistry registry;
-  return registry;
+  // Never destroyed: its factories are code of plug-ins, which may be gone by then.
+  static auto* registry = new EditorRegistry;
+  return *registry;
 }
 
 void EditorRegistry::add(std::string typeName, Factory factory) {

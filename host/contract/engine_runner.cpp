@@ -7,6 +7,7 @@
 #include "host/contract/messages.h"
 
 EngineRunner::~EngineRunner() {
+  stop();
   wait();
 }
 

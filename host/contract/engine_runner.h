@@ -17,8 +17,8 @@ class ActionItem;
 class KELVARIN_CORE EngineRunner {
  public:
   EngineRunner() = default;
-  // Waits for the end. A derived class calls wait() first in its own destructor, since the thread
-  // calls its computationFinished().
+  // Stops the run and waits for its end. A derived class calls stop() and wait() first in its own
+  // destructor, since the thread calls its computationFinished().
   virtual ~EngineRunner();
   EngineRunner(const EngineRunner&) = delete;
   EngineRunner& operator=(const EngineRunner&) = delete;

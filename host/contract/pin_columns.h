@@ -18,7 +18,11 @@ struct PinColumns {
     MetaTypeColumn meta = MetaTypeColumn::text;
     bool operator==(const Column&) const = default;
   };
+  // Both: they are those of an older version of the graph, until the new ones are there. Neither:
+  // they cannot be known.
   bool isKnown = false;
+  bool isBeingComputed = false;
+  quint64 version = 0;  // of the graph for which they were computed; 0 where nobody counts
   std::vector<Column> columns;
   QString whyUnknown;  // for the user; may be empty
 };

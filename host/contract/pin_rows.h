@@ -50,7 +50,8 @@ class KELVARIN_CORE PinRows {
   std::vector<Values> m_values;  // one a column
 };
 
-// Who gets the rows. All calls come from one thread, rowsEnded() once and last.
+// Who gets the rows. All calls come from one thread, rowsEnded() once and last, also after the
+// request has been cancelled. The request keeps the receiver until then.
 class KELVARIN_CORE RowsReceiver {
  public:
   virtual ~RowsReceiver();
@@ -67,7 +68,7 @@ class KELVARIN_CORE RowsReceiver {
   virtual void rowsEnded(End end, const QString& message) = 0;
 };
 
-// Cancels where it has not ended; waits for nothing.
+// Destroying it cancels what has not ended; neither waits for anything.
 class KELVARIN_CORE RowsRequest {
  public:
   virtual ~RowsRequest();

@@ -23,10 +23,14 @@ void writeParameters(const Graph& graph, std::wostringstream& out) {
   out << L"  </Parameters>\n";
 }
 
-void writeLinks(const Graph& graph, std::wostringstream& out) {
+void writeLinks(const Graph& graph, const std::vector<char>& isWritten, std::wostringstream& out) {
   ToXMLStringTool escape;
   out << L"  <Links>\n";
   for (const GraphLink& link : graph.links) {
+    if (isWritten[static_cast<std::size_t>(link.from)] == 0 ||
+        isWritten[static_cast<std::size_t>(link.to)] == 0) {
+      continue;
+    }
     out << L"    <Link from='"
         << escape.toXML(graph.actions[static_cast<std::size_t>(link.from)].name) << L'\'';
     if (link.fromPin != 0) {
@@ -44,21 +48,30 @@ void writeLinks(const Graph& graph, std::wostringstream& out) {
 }  // namespace
 
 QByteArray graphDocument(const Graph& graph) {
+  return graphDocument(graph, std::vector<char>(graph.actions.size(), 1));
+}
+
+QByteArray graphDocument(const Graph& graph, const std::vector<char>& isWritten) {
   std::wostringstream out;
   out << L"<?xml version='1.0' encoding='UTF-8'?>\n<KelvarinGraph version='1.0'>\n";
   writeParameters(graph, out);
   out << L"  <Actions>\n";
-  for (const GraphAction& action : graph.actions) {
-    action.item->saveXML(out, action.name);
+  for (std::size_t i = 0; i < graph.actions.size(); ++i) {
+    if (isWritten[i] != 0) {
+      graph.actions[i].item->saveXML(out, graph.actions[i].name);
+    }
   }
   out << L"  </Actions>\n";
-  writeLinks(graph, out);
+  writeLinks(graph, isWritten, out);
   out << L"</KelvarinGraph>\n";
   return QString::fromStdWString(out.str()).toUtf8();
 }
 
 Status<QString> saveGraph(const Graph& graph, const QString& file) {
-  const QByteArray document = graphDocument(graph);
+  return saveGraphDocument(graphDocument(graph), file);
+}
+
+Status<QString> saveGraphDocument(const QByteArray& document, const QString& file) {
   QSaveFile target(file);
   if (!target.open(QIODevice::WriteOnly) || target.write(document) != document.size() ||
       !target.commit()) {

@@ -1,32 +1,22 @@
 #include "host/engine/input_columns.h"
 
-#include <algorithm>
-
 #include "host/engine/check_run.h"
 #include "host/engine/graph_stack.h"
 #include "host/engine/run_results.h"
 
 namespace kelvarin {
 
-namespace {
-
-QString firstError(const std::vector<LogLine>& log) {
-  const auto found = std::find_if(
-      log.begin(), log.end(), [](const LogLine& line) { return line.level == LogLevel::error; });
-  return found == log.end() ? QString() : found->text;
-}
-
-PinColumns announcedColumns(const Graph& graph, const GraphLink& link,
+PinColumns announcedColumns(const Graph& graph, int action, int outputPin, RunRecord& stopSwitch,
                             const ExecutionOptions& options) {
-  RunRecord stopSwitch;
-  CheckRun run(graph, GraphLinks(graph).withUpstream({link.from}), stopSwitch, options);
-  run.announceColumns();
-  PinColumns columns = columnsOf(run.execution().action(link.from)->output(link.fromPin));
-  run.close();
+  PinColumns columns;
+  (void)workOnGraphStack(graph, [&] {
+    CheckRun run(graph, GraphLinks(graph).withUpstream({action}), stopSwitch, options);
+    run.announceColumns();
+    columns = columnsOf(run.execution().action(action)->output(outputPin));
+    run.close();
+  });
   return columns;
 }
-
-}  // namespace
 
 PinColumns columnsOfInputPin(const Graph& graph, const ActionItem& action, int pin,
                              const ExecutionOptions& options) {
@@ -38,9 +28,10 @@ PinColumns columnsOfInputPin(const Graph& graph, const ActionItem& action, int p
   RecordingServices services(nullptr);
   HostSession session(&services);
   const HostSession::Scope scope(&session);
-  (void)workOnGraphStack(graph, [&] { columns = announcedColumns(graph, *link, options); });
+  RunRecord stopSwitch;
+  columns = announcedColumns(graph, link->from, link->fromPin, stopSwitch, options);
   if (!columns.isKnown) {
-    columns.whyUnknown = firstError(services.takeLog());
+    columns.whyUnknown = firstErrorOf(services.takeLog());
   }
   return columns;
 }

@@ -1,5 +1,7 @@
 #include "host/engine/recording_services.h"
 
+#include <utility>
+
 namespace kelvarin {
 
 std::vector<LogLine> RecordingServices::takeLog() {
@@ -88,6 +90,14 @@ bool RecordingServices::runBranch(EngineRunner& runner, ActionItem& action, int 
 
 PinColumns RecordingServices::columnsOfInputPin(const ActionItem& action, int pin) {
   return m_program == nullptr ? PinColumns() : m_program->columnsOfInputPin(action, pin);
+}
+
+std::unique_ptr<RowsRequest> RecordingServices::requestRows(
+    const ActionItem& action, int pin, bool isOutput, long long limit,
+    std::shared_ptr<RowsReceiver> receiver) {
+  return m_program == nullptr
+             ? nullptr
+             : m_program->requestRows(action, pin, isOutput, limit, std::move(receiver));
 }
 
 void RecordingServices::openHelp(const QString& helpId, const QString& anchor) {

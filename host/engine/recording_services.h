@@ -33,6 +33,9 @@ class RecordingServices final : public HostServices {
   void openHelp(const QString& helpId, const QString& anchor) override;
   void columnsNamed(const ActionItem& action, const QStringList& names) override;
   PinColumns columnsOfInputPin(const ActionItem& action, int pin) override;
+  std::unique_ptr<RowsRequest> requestRows(const ActionItem& action, int pin, bool isOutput,
+                                           long long limit,
+                                           std::shared_ptr<RowsReceiver> receiver) override;
   void logDetailed(LogLevel level, const QString& text, const ActionItem* action,
                    const LogDetails& details) override;
 

@@ -1,5 +1,6 @@
 #include "host/engine/run_results.h"
 
+#include <algorithm>
 #include <chrono>
 
 #include "host/contract/host_session.h"
@@ -21,6 +22,12 @@ std::vector<PinColumns> columnsOfPins(const RunningAction* action) {
 }
 
 }  // namespace
+
+QString firstErrorOf(const std::vector<LogLine>& log) {
+  const auto found = std::find_if(
+      log.begin(), log.end(), [](const LogLine& line) { return line.level == LogLevel::error; });
+  return found == log.end() ? QString() : found->text;
+}
 
 PinColumns columnsOf(const OutputPin& pin) {
   PinColumns known;

@@ -16,6 +16,7 @@ InfoLine::InfoLine(QWidget* parent)
   layout->addWidget(m_icon, 0, Qt::AlignTop);
   layout->addWidget(m_label, 1, Qt::AlignTop);
   m_label->setWordWrap(true);
+  m_label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   m_label->setTextFormat(Qt::RichText);
   m_label->setTextInteractionFlags(Qt::TextBrowserInteraction);
   connect(m_label, &QLabel::linkActivated, this, &InfoLine::linkActivated);

@@ -7,9 +7,8 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QStringListModel>
-#include <QToolButton>
 
-#include "host/widgets/icons.h"
+#include "host/widgets/icon_button.h"
 
 namespace kelvarin {
 
@@ -56,20 +55,17 @@ PathField::PathField(Mode mode, QWidget* parent)
     : QWidget(parent),
       m_mode(mode),
       m_edit(new QLineEdit(this)),
-      m_browse(new QToolButton(this)),
       m_caption(mode == Mode::folder ? tr("Choose a folder") : tr("Choose a file")) {
+  m_browse = new IconButton(IconName::browse, m_caption, this);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(4);
   layout->addWidget(m_edit, 1);
   layout->addWidget(m_browse);
-  m_browse->setIcon(icon(IconName::browse));
-  m_browse->setFocusPolicy(Qt::StrongFocus);
-  setCaption(m_caption);
   setFocusProxy(m_edit);
   connect(m_edit, &QLineEdit::textEdited, this, &PathField::edited);
   connect(m_edit, &QLineEdit::editingFinished, this, &PathField::reportChange);
-  connect(m_browse, &QToolButton::clicked, this, &PathField::browse);
+  connect(m_browse, &IconButton::clicked, this, &PathField::browse);
 }
 
 QString PathField::path() const {
@@ -85,8 +81,7 @@ void PathField::setPath(const QString& path) {
 
 void PathField::setCaption(const QString& caption) {
   m_caption = caption;
-  m_browse->setToolTip(caption);
-  m_browse->setAccessibleName(caption);
+  m_browse->setDescription(caption);
 }
 
 void PathField::setParameters(const QStringList& names) {

@@ -8,9 +8,10 @@
 #include "base/export.h"
 
 class QLineEdit;
-class QToolButton;
 
 namespace kelvarin {
+
+class IconButton;
 
 class KELVARIN_CORE PathField : public QWidget {
   Q_OBJECT
@@ -31,7 +32,7 @@ class KELVARIN_CORE PathField : public QWidget {
   void setParameters(const QStringList& names);
   // For buddies, object names and accessible names.
   QLineEdit* lineEdit() const { return m_edit; }
-  QToolButton* browseButton() const { return m_browse; }
+  IconButton* browseButton() const { return m_browse; }
 
  signals:
   // Enter, the focus left, or a file was chosen; only when it is another one than before.
@@ -45,7 +46,7 @@ class KELVARIN_CORE PathField : public QWidget {
 
   Mode m_mode;
   QLineEdit* m_edit;
-  QToolButton* m_browse;
+  IconButton* m_browse;
   QString m_reported;
   QString m_filter;
   QString m_caption;

@@ -1,10 +1,12 @@
 // The controls of the standard time parameters: reference time, zone, formats, unit, seed, and what
 // becomes of dates that cannot be converted. With a live example of a date in the chosen format.
 //
-// Used by the expression editors and the block filter.
+// Used by the expression editors and the block filter. A value that no control offers stays until
+// the user chooses another one.
 // Threads: the user-interface thread.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include <QWidget>
@@ -23,6 +25,8 @@ class TimeParametersPanel : public QWidget {
   const TimeParameters& parameters() const;
   // Fills the controls; nothing is reported.
   void setParameters(const TimeParameters& parameters);
+  // Replaces graph parameters in the texts, for the examples.
+  void setExpansion(std::function<QString(const QString&)> expand);
 
  signals:
   // The user changed one.

@@ -79,7 +79,7 @@ void CompletionPopup::offer(const std::vector<CompletionLine>& lines, const QRec
   nameWidth = qMin(nameWidth + 4 * character, kMaxWidthInCharacters * character);
   m_list->setColumnWidth(0, nameWidth);
   const int shown = qMin<int>(kShownLines, static_cast<int>(lines.size()));
-  m_list->setFixedHeight(shown * m_list->sizeHintForRow(0) + 4);
+  m_list->setFixedHeight(shown * m_list->sizeHintForRow(0));
   const int width = nameWidth + kindWidth + 6 * character;
   setFixedWidth(qBound(32 * character, width, kMaxWidthInCharacters * character));
   m_list->setCurrentIndex(m_model->index(0, 0));
@@ -126,12 +126,18 @@ void CompletionPopup::showComment() {
   m_comment->setText(comment);
   m_comment->setVisible(!comment.isEmpty());
   if (isVisible()) {
-    setFixedHeight(layout()->totalHeightForWidth(width()));
+    fitHeight();
   }
 }
 
+void CompletionPopup::fitHeight() {
+  const int comment =
+      m_comment->isHidden() ? 0 : m_comment->heightForWidth(width() - 2 * frameWidth());
+  setFixedHeight(m_list->height() + comment + 2 * frameWidth());
+}
+
 void CompletionPopup::moveBeside(const QRect& cursor) {
-  setFixedHeight(layout()->totalHeightForWidth(width()));
+  fitHeight();
   move(positionBeside(cursor, size(), Side::below));
   show();
 }

@@ -41,6 +41,7 @@ class CompletionPopup : public QFrame {
 
  private:
   void showComment();
+  void fitHeight();
   void moveBeside(const QRect& cursor);
   void moveCurrent(int lines);
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QFontDatabase>
 #include <QHelpEvent>
@@ -13,6 +14,8 @@
 namespace kelvarin {
 
 namespace {
+
+constexpr int kMinimumLines = 3;
 
 bool isReturn(const QKeyEvent& event) {
   return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
@@ -43,7 +46,7 @@ QTextEdit::ExtraSelection marked(const QTextCursor& cursor, const QTextCharForma
 
 ExpressionEditor::ExpressionEditor(QWidget* parent)
     : KPlainTextEdit(parent), m_highlighter(new ExpressionHighlighter(document())) {
-  setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  useFixedFont();
   setPalette(expression_colors::palette(palette()));
   setTabChangesFocus(true);
   setLineWrapMode(WidgetWidth);
@@ -193,8 +196,22 @@ void ExpressionEditor::contextMenuEvent(QContextMenuEvent* event) {
   menu->exec(event->globalPos());
 }
 
+// As large as the texts around it, which the system's own fixed font need not be.
+void ExpressionEditor::useFixedFont() {
+  QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+  if (QApplication::font().pointSizeF() > 0) {
+    fixed.setPointSizeF(QApplication::font().pointSizeF());
+  }
+  setFont(fixed);
+  const int lines = kMinimumLines * fontMetrics().lineSpacing();
+  setMinimumHeight(lines + 2 * frameWidth() + 2 * static_cast<int>(document()->documentMargin()));
+}
+
 void ExpressionEditor::changeEvent(QEvent* event) {
   KPlainTextEdit::changeEvent(event);
+  if (event->type() == QEvent::ApplicationFontChange) {
+    useFixedFont();
+  }
   if (event->type() == QEvent::PaletteChange &&
       palette().color(QPalette::Text) != expression_colors::kText) {
     setPalette(expression_colors::palette(palette()));

@@ -51,6 +51,7 @@ class ExpressionEditor : public KPlainTextEdit {
   bool askByKey(const QKeyEvent& event);
   bool typeBracket(const QString& text);
   void showMarks();
+  void useFixedFont();
 
   ExpressionHighlighter* m_highlighter;
   QTextCursor m_fault;  // the characters above the squiggle

@@ -5,10 +5,9 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QTimer>
-#include <QToolButton>
 #include <QVBoxLayout>
 
-#include "host/widgets/icons.h"
+#include "host/widgets/icon_button.h"
 #include "host/widgets/info_line.h"
 #include "ui/language/call_tip.h"
 #include "ui/language/formula_service.h"
@@ -25,7 +24,6 @@ namespace kelvarin {
 namespace {
 
 constexpr int kRestMilliseconds = 150;
-constexpr int kMinimumLines = 3;
 
 constexpr char kNormalStyle[] = "background-color: #FFFFFF; background-image: none;";
 constexpr char kRefusedStyle[] =
@@ -70,7 +68,7 @@ class ExpressionField::Parts : public QObject {
   FormulaService* m_service;
   ExpressionEditor* m_editor;
   InfoLine* m_verdict;
-  QToolButton* m_historyButton;
+  IconButton* m_historyButton;
   ValueStrip* m_values;
   CallTipWindow* m_callTip;
   ExpressionCompletion* m_completion;
@@ -88,7 +86,8 @@ ExpressionField::Parts::Parts(ExpressionField& field)
       m_service(new FormulaService(&field)),
       m_editor(new ExpressionEditor(&field)),
       m_verdict(new InfoLine(&field)),
-      m_historyButton(new QToolButton(&field)),
+      m_historyButton(
+          new IconButton(IconName::history, tr("Earlier expressions (Alt+Up, Alt+Down)"), &field)),
       m_values(new ValueStrip(&field)),
       m_callTip(new CallTipWindow(&field)),
       m_completion(new ExpressionCompletion(*m_editor, &field)),
@@ -115,13 +114,6 @@ void ExpressionField::Parts::layOut() {
   layout->addLayout(below);
   layout->addWidget(m_values);
   m_verdict->setReservedLines(2);
-  m_historyButton->setIcon(icon(IconName::history));
-  m_historyButton->setAutoRaise(true);
-  m_historyButton->setFocusPolicy(Qt::StrongFocus);
-  m_historyButton->setToolTip(tr("Earlier expressions (Alt+Up, Alt+Down)"));
-  m_historyButton->setAccessibleName(tr("Earlier expressions"));
-  const int line = m_editor->fontMetrics().lineSpacing();
-  m_editor->setMinimumHeight(kMinimumLines * line + 2 * m_editor->frameWidth() + 8);
   m_field.setFocusProxy(m_editor);
 }
 

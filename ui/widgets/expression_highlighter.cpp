@@ -48,7 +48,10 @@ QTextCharFormat formatOf(HighlightedSpan::Class kind) {
 }  // namespace
 
 ExpressionHighlighter::ExpressionHighlighter(QTextDocument* document)
-    : QSyntaxHighlighter(document) {
+    : QSyntaxHighlighter(static_cast<QObject*>(document)) {
+  // Before the base class hears of the change and asks for colours.
+  connect(document, &QTextDocument::contentsChange, this, [this] { m_isCut = false; });
+  setDocument(document);
   connect(document, &QTextDocument::contentsChanged, this,
           &ExpressionHighlighter::highlightOtherBlocks);
 }
@@ -59,7 +62,7 @@ void ExpressionHighlighter::setNames(const KnownNames& names) {
     return;
   }
   m_names = names;
-  m_revision = -1;
+  m_isCut = false;
   highlightOtherBlocks();
 }
 
@@ -76,10 +79,10 @@ void ExpressionHighlighter::highlightBlock(const QString& text) {
 }
 
 void ExpressionHighlighter::cutWhereChanged() {
-  if (m_revision == document()->revision()) {
+  if (m_isCut) {
     return;
   }
-  m_revision = document()->revision();
+  m_isCut = true;
   m_spans = highlightingOf(document()->toPlainText(), m_names);
 }
 

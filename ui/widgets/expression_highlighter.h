@@ -31,7 +31,7 @@ class ExpressionHighlighter : public QSyntaxHighlighter {
 
   KnownNames m_names;
   std::vector<HighlightedSpan> m_spans;
-  int m_revision = -1;  // of the document that was cut
+  bool m_isCut = false;  // into the spans of the document as it is
 };
 
 }  // namespace kelvarin

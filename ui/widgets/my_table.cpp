@@ -13,6 +13,8 @@ namespace kelvarin {
 
 namespace {
 
+constexpr int kMaxColumnCharacters = 32;
+
 // Numbers inside texts count as numbers, so that "x10" comes after "x9".
 class SortedRows : public QSortFilterProxyModel {
  public:
@@ -67,6 +69,7 @@ MyTable::MyTable(QWidget* parent) : QTableView(parent), m_proxy(new SortedRows(t
   verticalHeader()->hide();
   horizontalHeader()->setSectionsClickable(true);
   horizontalHeader()->setHighlightSections(false);
+  horizontalHeader()->setStretchLastSection(true);
   horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   QTableView::setModel(m_proxy);
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &MyTable::columnClicked);
@@ -76,6 +79,16 @@ MyTable::MyTable(QWidget* parent) : QTableView(parent), m_proxy(new SortedRows(t
 void MyTable::setModel(QAbstractItemModel* model) {
   m_proxy->setSourceModel(model);
   showUnsorted();
+  fitColumns();
+}
+
+void MyTable::fitColumns() {
+  const int character = fontMetrics().averageCharWidth();
+  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+  for (int column = 0; column < m_proxy->columnCount(); ++column) {
+    const int wanted = qMax(sizeHintForColumn(column), horizontalHeader()->sectionSizeHint(column));
+    setColumnWidth(column, qMin(wanted + 2 * character, kMaxColumnCharacters * character));
+  }
 }
 
 bool MyTable::isSorted() const {
@@ -134,6 +147,13 @@ std::vector<int> MyTable::selectedRows() const {
   }
   std::sort(rows.begin(), rows.end());
   return rows;
+}
+
+void MyTable::changeEvent(QEvent* event) {
+  QTableView::changeEvent(event);
+  if (event->type() == QEvent::FontChange) {
+    fitColumns();
+  }
 }
 
 void MyTable::keyPressEvent(QKeyEvent* event) {

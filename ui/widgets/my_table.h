@@ -29,6 +29,9 @@ class MyTable : public QTableView {
   void showUnsorted();
   void setHeaderSorts(bool isEnabled) { m_sortingEnabled = isEnabled; }
 
+  // To what they hold now; for when the model has got its rows.
+  void fitColumns();
+
   // -1 for none.
   int currentRow() const;
   void setCurrentCell(int row, int column);
@@ -44,6 +47,7 @@ class MyTable : public QTableView {
   void isDoubleClicked(const QModelIndex& index);
 
  protected:
+  void changeEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:

@@ -19,6 +19,7 @@ namespace kelvarin {
 namespace {
 
 constexpr int kShownRows = 3;
+constexpr int kColumnGap = 12;
 
 struct UsedVariable {
   QString name;
@@ -68,26 +69,34 @@ void ValueStripModel::setAnswer(const Formula& formula, const FormulaAnswer& ans
       m_names += variable.name;
     }
     m_names += formula.output.name.isEmpty() ? tr("result") : formula.output.name;
-    for (const FormulaValue& value : answer.values) {
-      const long long row = value.row - formula.rows->firstRow();
+    for (std::size_t row = 0; row < formula.rows->rowCount(); ++row) {
       std::vector<Cell> cells;
       for (const UsedVariable& variable : used) {
-        const bool isKnown = variable.column >= 0 && row >= 0 &&
-                             row < static_cast<long long>(formula.rows->rowCount());
-        cells.push_back({isKnown ? shownValue(*formula.rows, static_cast<std::size_t>(row),
-                                              static_cast<std::size_t>(variable.column))
-                                 : ShownValue()});
+        cells.push_back(
+            {variable.column < 0
+                 ? ShownValue()
+                 : shownValue(*formula.rows, row, static_cast<std::size_t>(variable.column))});
       }
-      if (value.failure.isEmpty()) {
-        cells.push_back({shownValue(value.value)});
-      } else {
-        cells.push_back({{ShownValue::Kind::text, tr("error"), value.failure}, true});
-      }
-      m_rowNumbers.push_back(value.row);
+      const long long number = formula.rows->firstRow() + static_cast<long long>(row);
+      cells.push_back(resultOf(number, answer));
+      m_rowNumbers.push_back(number);
       m_rows.push_back(std::move(cells));
     }
   }
   endResetModel();
+}
+
+// Empty while the expression is wrong, so that its variables stay in sight.
+ValueStripModel::Cell ValueStripModel::resultOf(long long row, const FormulaAnswer& answer) {
+  const auto found = std::find_if(answer.values.begin(), answer.values.end(),
+                                  [row](const FormulaValue& value) { return value.row == row; });
+  if (found == answer.values.end()) {
+    return {{ShownValue::Kind::text, {}, {}}};
+  }
+  if (!found->failure.isEmpty()) {
+    return {{ShownValue::Kind::text, tr("error"), found->failure}, true};
+  }
+  return {shownValue(found->value)};
 }
 
 int ValueStripModel::rowCount(const QModelIndex& parent) const {
@@ -150,6 +159,7 @@ ValueStrip::ValueStrip(QWidget* parent)
   m_table->setWordWrap(false);
   m_table->horizontalHeader()->setHighlightSections(false);
   m_table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  m_table->verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
   m_table->verticalHeader()->setToolTip(tr("The number of the row"));
   fitHeight();
 }
@@ -162,6 +172,9 @@ void ValueStrip::setAnswer(const Formula& formula, const FormulaAnswer& answer) 
     m_note->setText(noteWithoutRows(formula, answer));
   } else {
     m_table->resizeColumnsToContents();
+    for (int column = 0; column < m_model->columnCount(); ++column) {
+      m_table->setColumnWidth(column, m_table->columnWidth(column) + kColumnGap);
+    }
   }
   layout->setCurrentIndex(isTable ? 1 : 0);
 }
@@ -177,8 +190,8 @@ void ValueStrip::fitHeight() {
   const int row = fontMetrics().height() + 6;
   m_table->verticalHeader()->setDefaultSectionSize(row);
   m_table->verticalHeader()->setMinimumSectionSize(row);
-  setFixedHeight(kShownRows * row + m_table->horizontalHeader()->sizeHint().height() +
-                 2 * m_table->frameWidth() + 2);
+  m_table->horizontalHeader()->setFixedHeight(row);
+  setFixedHeight((1 + kShownRows) * row + 2 * m_table->frameWidth());
 }
 
 QString noteWithoutRows(const Formula& formula, const FormulaAnswer& answer) {

@@ -39,6 +39,8 @@ class ValueStripModel : public QAbstractTableModel {
     bool isFailure = false;
   };
 
+  static Cell resultOf(long long row, const FormulaAnswer& answer);
+
   QStringList m_names;  // the variables, then the result
   std::vector<long long> m_rowNumbers;
   std::vector<std::vector<Cell>> m_rows;

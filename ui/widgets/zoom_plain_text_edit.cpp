@@ -14,7 +14,8 @@ constexpr int kStep = 2;
 
 }  // namespace
 
-ZoomPlainTextEdit::ZoomPlainTextEdit(QWidget* parent) : QPlainTextEdit(parent) {}
+ZoomPlainTextEdit::ZoomPlainTextEdit(QWidget* parent)
+    : QPlainTextEdit(parent), m_fontSize(font().pointSize()) {}
 
 void ZoomPlainTextEdit::zoomStep(bool isLarger) {
   QFont font = document()->defaultFont();
@@ -54,16 +55,20 @@ void ZoomPlainTextEdit::keyPressEvent(QKeyEvent* event) {
 }
 
 bool ZoomPlainTextEdit::event(QEvent* event) {
-  // A style sheet gives the widget's font to the document again, and the zoom would be lost.
-  if (event->type() == QEvent::FontChange) {
-    const QFont before = document()->defaultFont();
-    const bool isHandled = QPlainTextEdit::event(event);
-    if (before.family() == document()->defaultFont().family() && before != font()) {
-      document()->setDefaultFont(before);
-    }
-    return isHandled;
+  if (event->type() != QEvent::FontChange) {
+    return QPlainTextEdit::event(event);
   }
-  return QPlainTextEdit::event(event);
+  // The base class sets the widget's font on the document, a style sheet makes it do so without
+  // any change, and the zoom would be lost.
+  const int zoom = document()->defaultFont().pointSize() - m_fontSize;
+  m_fontSize = font().pointSize();
+  const bool isHandled = QPlainTextEdit::event(event);
+  if (zoom != 0) {
+    QFont zoomed = font();
+    zoomed.setPointSize(qMax(m_fontSize + zoom, kTooSmall + 1));
+    document()->setDefaultFont(zoomed);
+  }
+  return isHandled;
 }
 
 bool ZoomPlainTextEdit::zoomByKey(const QKeyEvent& event) {

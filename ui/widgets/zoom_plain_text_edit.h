@@ -28,6 +28,8 @@ class ZoomPlainTextEdit : public QPlainTextEdit {
 
  private:
   bool zoomByKey(const QKeyEvent& event);
+
+  int m_fontSize;  // of the widget, in points, from which the zoom starts
 };
 
 }  // namespace kelvarin

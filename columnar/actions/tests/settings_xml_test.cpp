@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
+
 #include "columnar/actions/read_columnar_gel.h"
 #include "columnar/actions/write_columnar_gel.h"
 #include "host/testing/row_harness.h"
@@ -7,6 +10,15 @@
 using kelvarin::ReadColumnarGel;
 using kelvarin::WriteColumnarGel;
 using kelvarin::testing::RowHarness;
+
+namespace {
+
+std::string savedAction(const std::string& name) {
+  std::ifstream file(KELVARIN_SAVED_ACTIONS "/" + name + ".xml");
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+}  // namespace
 
 TEST(ReadColumnarGel, ItsSettingsDecideItsPins) {
   const auto pins = [](const std::string& attributes) {
@@ -29,4 +41,31 @@ TEST(WriteColumnarGelXml, ASegmentSizeLosesItsFraction) {
   EXPECT_EQ(
       RowHarness::of<WriteColumnarGel>("<writeColumnarGel name='w' segmentSize='1e30'/>").saved(),
       "<writeColumnarGel name='w' version='3.19'>\n</writeColumnarGel>\n");
+}
+
+TEST(ColumnarActions, SettersLeaveWhatReadingWould) {
+  const std::string readerText = savedAction("ReadColumnarGel_all");
+  auto reader = RowHarness::of<ReadColumnarGel>(readerText);
+  auto setReader = RowHarness::of<ReadColumnarGel>("<ReadColumnarGel name='r' x='3' y='-4'/>");
+  const auto& readFrom = reader.actionAs<ReadColumnarGel>();
+  auto& readTo = setReader.actionAs<ReadColumnarGel>();
+  readTo.setColumnsToRead(readFrom.columnsToRead());
+  readTo.setBlockFilter(readFrom.blockFilter());
+  readTo.setSettings(readFrom.settings());
+  EXPECT_EQ(setReader.saved(), readerText);
+  EXPECT_EQ(readTo.inputPinCount(), 1);
+  auto fromPin = readTo.settings();
+  fromPin.readAllColumns = true;
+  fromPin.columnSelection = 2;
+  readTo.setSettings(fromPin);
+  EXPECT_EQ(readTo.inputPinCount(), 2);
+
+  const std::string writerText = savedAction("writeColumnarGel_all");
+  auto writer = RowHarness::of<WriteColumnarGel>(writerText);
+  auto setWriter = RowHarness::of<WriteColumnarGel>("<writeColumnarGel name='w' x='3' y='-4'/>");
+  setWriter.actionAs<WriteColumnarGel>().setColumnSets(
+      writer.actionAs<WriteColumnarGel>().columnSets());
+  setWriter.actionAs<WriteColumnarGel>().setSettings(
+      writer.actionAs<WriteColumnarGel>().settings());
+  EXPECT_EQ(setWriter.saved(), writerText);
 }

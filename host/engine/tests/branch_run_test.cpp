@@ -21,24 +21,24 @@ TEST(BranchRun, RunsWhatLiesUpstreamAndNoSink) {
   TestGraph t("<Count name='s' rows='5'/><Pass name='p'/><Collect name='w'/><Count name='other'/>",
               "s p, p w");
   Runner runner;
-  const ActionItem& action = *t.graph.actions[1].item;
-  ASSERT_TRUE(runBranch(t.graph, runner, action, -1));
+  ActionItem& action = *t.graph.actions[1].item;
+  ASSERT_TRUE(runBranch(t.graph, t.catalogue(), runner, action, -1));
   runner.wait();
   EXPECT_EQ(runner.state(), RunningState::endedNormally);
   EXPECT_EQ(t.seen.steps["s"], 6);
   EXPECT_EQ(t.seen.calls["p"], (Calls{"init", "close"}));
   EXPECT_EQ(t.seen.calls.count("w") + t.seen.calls.count("other"), 0u);
-  EXPECT_FALSE(runBranch(t.graph, runner, action, 1));
+  EXPECT_FALSE(runBranch(t.graph, t.catalogue(), runner, action, 1));
 }
 
 TEST(BranchRun, LogsToTheHostOfItsStarter) {
   TestGraph t("<Count name='s' throwAt='2'/><Pass name='p'/>", "s p");
   Runner runner;
-  ASSERT_TRUE(runBranch(t.graph, runner, *t.graph.actions[1].item, -1));
+  ASSERT_TRUE(runBranch(t.graph, t.catalogue(), runner, *t.graph.actions[1].item, -1));
   runner.wait();
   EXPECT_EQ(runner.state(), RunningState::failed);
   ASSERT_EQ(t.host.lines().size(), 1u);
-  EXPECT_EQ(t.host.lines()[0].action, t.graph.actions[0].item.get());
+  EXPECT_EQ(t.host.log()[0].find("error: "), 0u);
 }
 
 TEST(BranchRun, IsStoppedAtItsNextRowAndCanBeRunAgain) {
@@ -51,7 +51,7 @@ TEST(BranchRun, IsStoppedAtItsNextRowAndCanBeRunAgain) {
   };
   Runner runner;
   for (int run = 0; run < 2; ++run) {
-    ASSERT_TRUE(runBranch(t.graph, runner, *t.graph.actions[1].item, -1));
+    ASSERT_TRUE(runBranch(t.graph, t.catalogue(), runner, *t.graph.actions[1].item, -1));
     hasBegun.acquire();
     EXPECT_TRUE(runner.isRunning());
     runner.stop();
@@ -61,6 +61,41 @@ TEST(BranchRun, IsStoppedAtItsNextRowAndCanBeRunAgain) {
   }
   runner.stop();
   EXPECT_EQ(runner.state(), RunningState::stoppedByUser);
+}
+
+// The engine's thread stands in a row while the test changes the graph above the action.
+TEST(BranchRun, GoesOnWithItsCopyWhileTheGraphIsEdited) {
+  TestGraph t("<Count name='s' rows='50'/><Pass name='p'/><Pass name='q'/>", "s p, p q");
+  std::binary_semaphore hasBegun{0};
+  std::binary_semaphore isEdited{0};
+  t.seen.onSourceRow = [&](long long row) {
+    if (row == 1) {
+      hasBegun.release();
+      isEdited.acquire();
+    }
+  };
+  Runner runner;
+  ActionItem* edited = t.graph.actions[2].item.get();
+  ASSERT_TRUE(runBranch(t.graph, t.catalogue(), runner, *edited, -1));
+  hasBegun.acquire();
+  EXPECT_NE(edited->run(), nullptr);
+  t.graph.actions.erase(t.graph.actions.begin());
+  t.graph.links.clear();
+  isEdited.release();
+  runner.wait();
+  EXPECT_EQ(runner.state(), RunningState::endedNormally);
+  EXPECT_EQ(t.seen.steps["s"], 51);
+  EXPECT_EQ(edited->run(), nullptr);
+  EXPECT_EQ(t.graph.actions[1].item.get(), edited);
+}
+
+TEST(BranchRun, EndsWithItsRunner) {
+  TestGraph t("<Count name='s' rows='1000000000'/><Pass name='p'/>", "s p");
+  {
+    EngineRunner runner;
+    ASSERT_TRUE(runBranch(t.graph, t.catalogue(), runner, *t.graph.actions[1].item, -1));
+  }
+  EXPECT_LT(t.seen.steps["s"], 1000000000);
 }
 
 // Waits for something that never happens.
@@ -83,7 +118,7 @@ TEST(BranchRun, StoppingWakesActionsThatWait) {
   std::binary_semaphore isWaiting{0};
   t.seen.onSourceRow = [&isWaiting](long long) { isWaiting.release(); };
   Runner runner;
-  ASSERT_TRUE(runBranch(t.graph, runner, *t.graph.actions[1].item, -1));
+  ASSERT_TRUE(runBranch(t.graph, t.catalogue(), runner, *t.graph.actions[1].item, -1));
   isWaiting.acquire();
   runner.stop();
   runner.wait();

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <functional>
 #include <map>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -17,9 +18,10 @@ namespace kelvarin::testing {
 
 // What the actions of a test saw, by the name of the action.
 struct Witness {
+  std::mutex mutex;  // guards calls and steps, for graphs of which copies run at the same time
   std::map<std::string, std::vector<double>> values;      // column 0 of the rows of sinks
   std::map<std::string, std::vector<std::string>> calls;  // "init", "close running" ...
-  std::map<std::string, long long> steps;                 // calls of row routines of sources
+  std::map<std::string, long long> steps;  // calls of row routines of sources that were closed
   std::map<std::string, const unsigned char*> lastValue;  // where column 0 of the last row lay
   std::function<void(long long)> onSourceRow;
 };
@@ -31,6 +33,18 @@ class TestAction : public ActionItem {
       : ActionItem(node, parameters) {
     m_inputPinCount = pinsIn;
     m_outputPinCount = pinsOut;
+  }
+  void saveXML(std::wostringstream& out, QString name) override {
+    ToXMLStringTool escape;
+    saveAI(out, name, 1.0);
+    for (int i = 0; i < node().nAttribute(); ++i) {
+      const QString attribute = node().attributeName(i);
+      if (attribute != u"name" && attribute != u"version") {
+        out << L' ' << attribute.toStdWString() << L"='";
+        out << escape.toXML(node().attributeValue(i)) << L'\'';
+      }
+    }
+    out << L"/>\n";
   }
   char init() override {
     ActionItem::init();
@@ -45,7 +59,10 @@ class TestAction : public ActionItem {
 
  protected:
   std::string key() const { return name().toStdString(); }
-  void note(const std::string& call) { witness->calls[key()].push_back(call); }
+  void note(const std::string& call) {
+    const std::lock_guard lock(witness->mutex);
+    witness->calls[key()].push_back(call);
+  }
   bool has(const char* attribute) const { return number(attribute, 0) != 0; }
   long long number(const char* attribute, int otherwise) const {
     const std::u16string wide(attribute, attribute + std::strlen(attribute));
@@ -81,12 +98,19 @@ class Count final : public TestAction {
 
   char init() override {
     m_next = -1;
-    m_steps = &witness->steps[key()];
+    m_steps = 0;
     return TestAction::init();
+  }
+  char close() override {
+    {
+      const std::lock_guard lock(witness->mutex);
+      witness->steps[key()] += m_steps;
+    }
+    return TestAction::close();
   }
 
   bool step() {
-    ++*m_steps;
+    ++m_steps;
     OneRow* row = getOutputRowForOutputPin(0);
     if (m_next < 0) {
       m_rows = number("rows", 10);
@@ -123,7 +147,7 @@ class Count final : public TestAction {
   }
 
  private:
-  long long* m_steps = nullptr;
+  long long m_steps = 0;
   long long m_next = -1;
   long long m_rows = 0;
   long long m_throwAt = -1;
@@ -345,6 +369,7 @@ class TestGraph {
   TestGraph(const TestGraph&) = delete;
   TestGraph& operator=(const TestGraph&) = delete;
 
+  const ActionCatalogue& catalogue() const { return m_catalogue; }
   RunResult run() { return runGraph(graph, record, options); }
   const ActionResult& of(const RunResult& result, const char* name) const {
     return result.actions[static_cast<std::size_t>(graph.indexOf(QString::fromLatin1(name)))];

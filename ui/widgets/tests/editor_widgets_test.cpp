@@ -69,6 +69,11 @@ TEST(ZoomPlainTextEdit, KeysZoomAndAStyleSheetKeepsTheZoom) {
   editor.setStyleSheet(QStringLiteral("background-color: #FFFFFF;"));
   QApplication::processEvents();
   EXPECT_EQ(editor.document()->defaultFont().pointSize(), before + 2);
+  QFont larger = editor.font();
+  larger.setPointSize(before + 8);
+  editor.setFont(larger);
+  EXPECT_EQ(editor.document()->defaultFont().pointSize(), before + 10);
+  editor.setFont(QApplication::font());
   QTest::keyClick(&editor, Qt::Key_0, Qt::ControlModifier);
   EXPECT_EQ(editor.document()->defaultFont().pointSize(), before);
 }

@@ -1,0 +1,25 @@
+// How many blocks of a file the block filter of a reading action would skip.
+//
+// Used by the action's editor, on a copy of the action.
+// Threads: any, with an action that no other thread uses.
+// Errors: texts for the user; nothing logs.
+#pragma once
+
+#include "columnar/actions/read_columnar_gel.h"
+
+namespace kelvarin {
+
+struct BlockFilterTrial {
+  std::uint64_t blocks = 0;
+  std::uint64_t skippedBlocks = 0;
+  std::uint64_t rows = 0;
+  std::uint64_t skippedRows = 0;
+  bool hasDamage = false;  // some blocks have no sound descriptor and are not counted
+};
+
+// Of the file that the settings name; whether they apply the filter makes no difference. `isStopped`
+// is asked before each block, and ends it early.
+Result<BlockFilterTrial, QString> tryBlockFilter(const ReadColumnarGel& action,
+                                                 const std::function<bool()>& isStopped = {});
+
+}  // namespace kelvarin

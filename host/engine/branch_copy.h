@@ -1,0 +1,38 @@
+// The part of a graph above one of its actions, made anew for work beside the graph that is edited.
+//
+// Used by: branch_run.cpp, pin_rows_request.cpp.
+// Threads: the document is taken on the thread that edits the graph; the copy is made, and worked
+// with, on another one.
+#pragma once
+
+#include <vector>
+
+#include "base/result.h"
+#include "host/engine/action_catalogue.h"
+#include "host/engine/graph_reader.h"
+
+namespace kelvarin {
+
+// One action and all that feed it, as they would be saved now.
+class BranchDocument {
+ public:
+  BranchDocument(const Graph& graph, int lastAction);
+
+  // The error is the first one that the reader of graph files has to report.
+  Result<Graph, QString> makeCopy(const ActionCatalogue& catalogue) const;
+  // The last action in the copy, by its name.
+  const QString& lastAction() const { return m_lastAction; }
+
+  bool operator==(const BranchDocument& other) const {
+    return m_document == other.m_document && m_lastAction == other.m_lastAction;
+  }
+
+ private:
+  QByteArray m_document;
+  QString m_lastAction;
+  QString m_file;
+  std::vector<ParameterOverride> m_parameters;  // with the values that they have now
+  GlobalParameters m_settings;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,66 @@
+// The tab of the reading dialog with the block filter: its expression, the variables, what it would
+// skip in the file, and the time parameters.
+#pragma once
+
+#include "columnar/actions/block_filter.h"
+#include "columnar/actions/read_settings.h"
+#include "ui/columnar/block_variables_model.h"
+#include "ui/columnar/settings_page.h"
+#include "ui/columnar/summary_texts.h"
+#include "ui/widgets/expression_field.h"
+
+class QComboBox;
+class QToolButton;
+
+namespace kelvarin {
+
+class InfoLine;
+class MyTable;
+class TimeParametersPanel;
+
+class BlockFilterPage : public SettingsPage {
+  Q_OBJECT
+
+ public:
+  explicit BlockFilterPage(const ActionItem& action, QWidget* parent = nullptr);
+
+  ExpressionField* field() const { return m_field; }
+  void load(const ReadColumnarSettings& settings, const BlockFilter& filter);
+  void store(ReadColumnarSettings& settings) const;
+  // As the controls have it.
+  BlockFilter filter() const;
+  // The user changed more than the expression since load().
+  bool isEdited() const { return m_isEdited; }
+  void setFile(const TableSummary* summary);
+  void showTrial(const ShownText& trial);
+
+ signals:
+  // The expression can be tried: it was checked, and is right.
+  void trialWanted();
+  void helpWanted(const QString& name);
+
+ private:
+  void addExpression();
+  void addVariables();
+  void addTime();
+  void setFormula();
+  void takeAnswer(const FormulaAnswer& answer);
+  void edit();
+  void addColumn();
+
+  const ActionItem& m_action;
+  QCheckBox* m_isApplied;
+  ExpressionField* m_field;
+  InfoLine* m_trial;
+  BlockVariablesModel* m_model;
+  MyTable* m_table;
+  QComboBox* m_newColumn;
+  QCheckBox* m_addRowNumbers;
+  QToolButton* m_timeButton;
+  TimeParametersPanel* m_time;
+  QSpinBox* m_blocksAhead;
+  bool m_isEdited = false;
+  bool m_isVerdictDue = false;  // of a committed expression
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,64 @@
+// The dialog of ReadColumnarGel: file, columns, block filter and what becomes of damage, with a live
+// view of what is in the file.
+//
+// Threads: the user-interface thread; files are looked into beside it.
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "columnar/actions/block_filter_trial.h"
+#include "columnar/actions/table_summary.h"
+#include "ui/columnar/background_task.h"
+#include "ui/columnar/columnar_editor.h"
+
+namespace kelvarin {
+
+class BlockFilterPage;
+class ReadColumnsPage;
+class ReadFilePage;
+class ReadReliabilityPage;
+
+class Interface_readColumnarGel : public ColumnarEditor {
+  Q_OBJECT
+
+ public:
+  Interface_readColumnarGel(QWidget* parent, ReadColumnarGel& action);
+  ~Interface_readColumnarGel() override;
+
+  // Asks where a salvaged table goes, with a proposal; empty: nowhere. A file dialog unless set.
+  using AskForFile = std::function<QString(const QString& proposal)>;
+  void setAskForNewFile(AskForFile ask) { m_askForNewFile = std::move(ask); }
+  // Something is being found out about the file.
+  bool isBusy() const { return m_summaryTask.isRunning() || m_trialTask.isRunning(); }
+
+ protected:
+  void load() override;
+  bool store() override;
+  void committed() override;
+
+ private:
+  void connectPages();
+  QString file() const;
+  void lookIntoFile();
+  void takeSummary(const Result<TableSummary, QString>& summary);
+  void forgetSummary(const QString& reason, bool isFailure);
+  void tryFilter();
+  void showExtent();
+  void verify();
+  void salvage();
+  std::uint64_t knownRows() const { return m_summary ? m_summary->rows : 0; }
+
+  ReadColumnarGel& m_action;
+  ReadFilePage* m_filePage;
+  ReadColumnsPage* m_columnsPage;
+  BlockFilterPage* m_filterPage;
+  ReadReliabilityPage* m_reliabilityPage;
+  AskForFile m_askForNewFile;
+  QString m_shownFile;  // whose summary is shown or on its way; null: none was asked for
+  std::optional<TableSummary> m_summary;
+  BackgroundTask m_summaryTask;
+  BackgroundTask m_trialTask;
+};
+
+}  // namespace kelvarin

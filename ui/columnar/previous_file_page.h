@@ -1,0 +1,35 @@
+// The tab of the writing dialog about the file that is there already, and about other users of it.
+#pragma once
+
+#include "columnar/actions/write_settings.h"
+#include "ui/columnar/settings_page.h"
+#include "ui/columnar/summary_texts.h"
+
+namespace kelvarin {
+
+class InfoLine;
+
+class PreviousFilePage : public SettingsPage {
+  Q_OBJECT
+
+ public:
+  explicit PreviousFilePage(QWidget* parent = nullptr);
+
+  void load(const WriteColumnarSettings& settings);
+  void store(WriteColumnarSettings& settings) const;
+  void setDeletable(bool isDeletable, const QString& reason);
+  void showDeletion(const ShownText& text);
+
+ signals:
+  void deletionWanted();
+
+ private:
+  QCheckBox* m_replaceAtEnd;
+  QCheckBox* m_alwaysDelete;
+  QCheckBox* m_checkNames;
+  QSpinBox* m_timeOut;
+  QPushButton* m_delete;
+  InfoLine* m_deletion;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,435 @@
+// The two columnar dialogs with real widgets: what each control writes, what they show of files,
+// and that nothing is deleted or overwritten unasked.
+#include <chrono>
+#include <fstream>
+#include <functional>
+#include <iterator>
+
+#include <gtest/gtest.h>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "columnar/actions/read_columnar_gel.h"
+#include "columnar/actions/write_columnar_gel.h"
+#include "columnar/reader/tests/made_file.h"
+#include "host/testing/row_harness.h"
+#include "host/widgets/info_line.h"
+#include "ui/columnar/block_variables_model.h"
+#include "ui/columnar/columns_to_read_model.h"
+#include "ui/columnar/interface_read_columnar_gel.h"
+#include "ui/columnar/interface_write_columnar_gel.h"
+#include "ui/columnar/table_work_dialog.h"
+#include "ui/widgets/expression_field.h"
+#include "ui/widgets/k_plain_text_edit.h"
+
+namespace kelvarin::testing {
+
+namespace {
+
+std::string savedAction(const std::string& name) {
+  std::ifstream file(KELVARIN_SAVED_ACTIONS "/" + name + ".xml");
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+const std::vector<MadeColumn> kColumns{
+    {"id", 'K', 0, StorageCode::ascendingKey}, {"price", 'F'}, {"name", 'U'}};
+
+std::vector<Values> someRows(int count) {
+  std::vector<Values> rows;
+  for (int i = 0; i < count; ++i) {
+    rows.push_back({i, i / 4.0, std::string(20, static_cast<char>('a' + i % 26))});
+  }
+  return rows;
+}
+
+// One dialog over one action, and how many times it said that the document was modified.
+template <typename Editor, typename Action>
+class DialogTest : public ::testing::Test {
+ protected:
+  ~DialogTest() override {
+    m_editor.reset();
+    m_harness.reset();
+  }
+
+  void open(const std::string& xml) {
+    m_editor.reset();
+    m_harness = std::make_unique<RowHarness>(
+        [](XMLNode node, GlobalParameters* parameters) -> ActionItem* {
+          return new Action(node, parameters);
+        },
+        xml);
+    m_harness->parameters().setWorkingDir(m_folder.path());
+    m_editor = std::make_unique<Editor>(nullptr, m_harness->actionAs<Action>());
+    m_editor->resize(500, 700);
+    m_editor->show();
+    settle();
+  }
+  void settle() {
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !m_editor->isBusy(); }, 10'000));
+  }
+
+  template <typename Widget>
+  Widget& widget(const char* name) {
+    auto* found = m_editor->template findChild<Widget*>(QLatin1String(name));
+    EXPECT_NE(found, nullptr) << name;
+    return *found;
+  }
+  void click(const char* name) { widget<QAbstractButton>(name).click(); }
+  void type(const char* name, const QString& text) {
+    auto& field = widget<QLineEdit>(name);
+    field.setFocus();
+    field.selectAll();
+    QTest::keyClicks(&field, text);
+    QTest::keyClick(&field, Qt::Key_Return);
+  }
+  QString shown(const char* name) { return widget<InfoLine>(name).text(); }
+  Action& action() { return m_harness->actionAs<Action>(); }
+  std::string saved() { return m_harness->saved(); }
+  bool hasSaved(const std::string& text) { return saved().find(text) != std::string::npos; }
+  void save(const MemoryFiles& files) const { files.saveTo(m_folder.path().toStdString()); }
+  QStringList files() const { return QDir(m_folder.path()).entryList(QDir::Files); }
+
+  QTemporaryDir m_folder;
+  std::unique_ptr<RowHarness> m_harness;
+  std::unique_ptr<Editor> m_editor;
+};
+
+using ReadDialogTest = DialogTest<Interface_readColumnarGel, ReadColumnarGel>;
+using WriteDialogTest = DialogTest<Interface_writeColumnarGel, WriteColumnarGel>;
+
+// An attribute, and what a user does to give it another value.
+struct Edit {
+  const char* attribute;
+  const char* written;  // then in the XML
+  std::function<void()> edit;
+};
+
+// Every attribute that the action declares has its edit, and each writes its own and nothing else.
+void expectEdits(const std::vector<Edit>& edits, const ActionDescription& description,
+                 const std::function<void()>& reopen, const std::function<std::string()>& saved) {
+  for (const AttributeDescription& attribute : description.attributes) {
+    const auto isOfIt = [&](const Edit& edit) {
+      return attribute.name == QLatin1String(edit.attribute);
+    };
+    EXPECT_TRUE(std::ranges::any_of(edits, isOfIt)) << attribute.name.toStdString();
+  }
+  for (const Edit& edit : edits) {
+    reopen();
+    edit.edit();
+    EXPECT_NE(saved().find(edit.written), std::string::npos) << edit.written << "\n" << saved();
+  }
+}
+
+TEST_F(ReadDialogTest, EachControlWritesItsAttribute) {
+  const auto reopen = [&] { open("<ReadColumnarGel name='r'/>"); };
+  const std::vector<Edit> edits{
+      {"fileName", " fileName='a.gel'", [&] { type("leFileName", QStringLiteral("a.gel")); }},
+      {"fileNameFromPin", " fileNameFromPin='1'", [&] { click("rbFileNameFromPin"); }},
+      {"abortIfMissing", " abortIfMissing='0'", [&] { click("rbSkipMissing"); }},
+      {"accurateProgressBar", " accurateProgressBar='0'", [&] { click("cbAccurateProgressBar"); }},
+      {"readIncompleteFile", " readIncompleteFile='1'", [&] { click("cbReadIncompleteFile"); }},
+      {"skipCorruptedBlocks", " skipCorruptedBlocks='1'", [&] { click("cbSkipCorruptedBlocks"); }},
+      {"filterRows", " filterRows='1'", [&] { click("cbFilterRows"); }},
+      {"nBlockForward", " nBlockForward='7'", [&] { widget<QSpinBox>("sbBlocksAhead").setValue(7); }},
+      {"columnSelection", " columnSelection='2'", [&] { click("rbColumnsFromPin"); }},
+      {"timeOut", " timeOut='30'", [&] { widget<QSpinBox>("sbTimeOut").setValue(30); }},
+      {"readAllColumns", " columnSelection='1'", [&] { click("rbListedColumns"); }}};
+  expectEdits(edits, ReadColumnarGel::catalogue(), reopen, [&] { return saved(); });
+  reopen();
+  click("cbAddN");
+  EXPECT_TRUE(hasSaved("<CFilterRows addN='0'"));
+  click("cbAddNowDate");
+  EXPECT_TRUE(hasSaved(" addNowS='1'"));
+}
+
+TEST_F(WriteDialogTest, EachControlWritesItsAttribute) {
+  const auto reopen = [&] { open("<writeColumnarGel name='w' file='a.gel' split='2'/>"); };
+  const std::vector<Edit> edits{
+      {"file", " file='b.gel'", [&] { type("leFile", QStringLiteral("b.gel")); }},
+      {"split", " split='1'", [&] { click("rbSplitBySize"); }},
+      {"segmentSize", " segmentSize='7'",
+       [&] {
+         click("rbSplitBySize");
+         widget<QSpinBox>("sbSegmentSize").setValue(7);
+       }},
+      {"splitVar", " splitVar='shop'", [&] { type("leSplitVar", QStringLiteral("shop")); }},
+      {"advancedNaming", " file='a&quot;+SplitVal+&quot;.gel'", [&] { click("cbAdvancedNaming"); }},
+      {"nThread", " nThread='3'", [&] { widget<QSpinBox>("sbThreads").setValue(3); }},
+      {"nRowsInBlock", " nRowsInBlock='9'", [&] { widget<QSpinBox>("sbRowsInBlock").setValue(9); }},
+      {"columnStrategy", " columnStrategy='2'", [&] { click("rbSetForEach"); }},
+      {"testCol", " testCol='c'",
+       [&] {
+         click("cbTestRows");
+         type("leTestCol", QStringLiteral("c"));
+       }},
+      {"testValue", " testValue='v'",
+       [&] {
+         click("cbTestRows");
+         type("leTestValue", QStringLiteral("v"));
+       }},
+      {"writeAllRows", " writeAllRows='0'", [&] { click("cbTestRows"); }},
+      {"deleteTimeOut", " deleteTimeOut='5'",
+       [&] { widget<QSpinBox>("sbDeleteTimeOut").setValue(5); }},
+      {"checkNameCollision", " checkNameCollision='0'", [&] { click("cbCheckNameCollision"); }},
+      {"alwaysDelete", " alwaysDelete='1'", [&] { click("cbAlwaysDelete"); }},
+      {"createDir", " createDir='1'", [&] { click("cbCreateDir"); }},
+      {"replaceAtEnd", " replaceAtEnd='1'", [&] { click("cbReplaceAtEnd"); }}};
+  expectEdits(edits, WriteColumnarGel::catalogue(), reopen, [&] { return saved(); });
+  // Switched off again, the default expression goes.
+  reopen();
+  click("cbAdvancedNaming");
+  click("cbAdvancedNaming");
+  EXPECT_TRUE(hasSaved(" file='a.gel'"));
+}
+
+TEST_F(ReadDialogTest, OpeningAndCommittingChangesNothing) {
+  for (const char* xml : {"ReadColumnarGel_all", "ReadColumnarGel_bare"}) {
+    open(savedAction(xml));
+    const std::string before = saved();
+    EXPECT_TRUE(m_editor->uncommittedState().isEmpty());
+    m_editor->commit();
+    EXPECT_EQ(saved(), before);
+  }
+  open("<ReadColumnarGel name='r' timeOut='-7' nBlockForward='5000'/>");
+  m_editor->commit();
+  EXPECT_TRUE(hasSaved(" timeOut='-7'"));
+  EXPECT_TRUE(hasSaved(" nBlockForward='5000'"));
+}
+
+TEST_F(WriteDialogTest, OpeningAndCommittingChangesNothing) {
+  for (const char* xml : {"writeColumnarGel_all", "writeColumnarGel_bare"}) {
+    open(savedAction(xml));
+    const std::string before = saved();
+    EXPECT_TRUE(m_editor->uncommittedState().isEmpty());
+    m_editor->commit();
+    EXPECT_EQ(saved(), before);
+  }
+}
+
+TEST_F(ReadDialogTest, WhatIsTypedIsUncommittedUntilTheEndOfEditing) {
+  open("<ReadColumnarGel name='r'/>");
+  auto& field = widget<QLineEdit>("leFileName");
+  field.setFocus();
+  QTest::keyClicks(&field, QStringLiteral("new.gel"));
+  EXPECT_EQ(m_editor->uncommittedState(),
+            (QMap<QString, QString>{{QStringLiteral("leFileName"), QStringLiteral("new.gel")}}));
+  EXPECT_FALSE(hasSaved("new.gel"));
+  m_editor->commit();
+  EXPECT_TRUE(hasSaved(" fileName='new.gel'"));
+  EXPECT_TRUE(m_editor->uncommittedState().isEmpty());
+}
+
+TEST_F(ReadDialogTest, ShowsWhatIsInAFile) {
+  save(makeFile(kColumns, someRows(10)));
+  open("<ReadColumnarGel name='r' fileName='made.cgel_kelvarin'/>");
+  EXPECT_EQ(shown("state"), QStringLiteral("Complete"));
+  const QString contents = widget<QLabel>("contents").text();
+  EXPECT_TRUE(contents.startsWith("10 rows")) << contents.toStdString();
+  EXPECT_TRUE(contents.contains("3 blocks"));
+  EXPECT_TRUE(contents.contains("Sorted on 'id'"));
+  click("rbListedColumns");
+  auto& model = *m_editor->findChild<ColumnsToReadModel*>();
+  EXPECT_TRUE(model.setData(model.index(2, 0), Qt::Checked, Qt::CheckStateRole));
+  EXPECT_TRUE(hasSaved("<S>name</S>"));
+  EXPECT_TRUE(widget<QLabel>("extentOfColumns").text().startsWith("1 of 3 columns"));
+
+  save(makeFile(kColumns, someRows(10), kKilledWriter));
+  click("pbLookAgain");
+  settle();
+  EXPECT_TRUE(shown("state").startsWith("Incomplete"));
+
+  MemoryFiles damaged = makeFile(kColumns, someRows(10), {.blocksInRecord = 1});
+  damaged["made.cgel_kelvarin"][firstRecord(damaged.at("made.cgel_kelvarin")) + 12] ^= 1;
+  save(damaged);
+  click("pbLookAgain");
+  settle();
+  EXPECT_TRUE(shown("state").startsWith("Damaged: 4 rows"));
+  EXPECT_TRUE(widget<QPushButton>("pbSalvage").isEnabled());
+
+  type("leFileName", QStringLiteral("other.cgel_kelvarin"));
+  settle();
+  EXPECT_TRUE(shown("state").contains("there is no such file"));
+  EXPECT_FALSE(widget<QPushButton>("pbVerify").isEnabled());
+  EXPECT_TRUE(hasSaved("<S>name</S>"));
+}
+
+TEST_F(ReadDialogTest, TriesTheFilterOnTheFile) {
+  save(makeFile(kColumns, someRows(10)));
+  open(
+      "<ReadColumnarGel name='r' fileName='made.cgel_kelvarin' filterRows='1'><CFilterRows>"
+      "<Expression>id_max &gt;= 8</Expression><InputVars><CInputVar column='id'/></InputVars>"
+      "</CFilterRows></ReadColumnarGel>");
+  EXPECT_TRUE(QTest::qWaitFor(
+      [&] { return shown("trial").startsWith("skips 2 of 3 blocks of this file"); }, 10'000))
+      << shown("trial").toStdString();
+  QPlainTextEdit* editor = widget<ExpressionField>("expression").editor();
+  editor->setFocus();
+  editor->selectAll();
+  QTest::keyClicks(editor, QStringLiteral("id_max >= 4 "));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return shown("trial").startsWith("skips 1 of 3"); }, 10'000))
+      << shown("trial").toStdString();
+  EXPECT_TRUE(hasSaved("id_max >= 8"));
+  m_editor->commit();
+  EXPECT_TRUE(hasSaved("id_max >= 4"));
+}
+
+TEST_F(ReadDialogTest, AddsVariablesOfTheFilesColumns) {
+  save(makeFile(kColumns, someRows(10)));
+  open("<ReadColumnarGel name='r' fileName='made.cgel_kelvarin'/>");
+  auto& columns = widget<QComboBox>("cmbNewVariable");
+  ASSERT_EQ(columns.count(), 3);
+  columns.setCurrentIndex(2);
+  click("pbAddInput");
+  EXPECT_TRUE(hasSaved("<CInputVar column='name' isNumber='0'/>"));
+  auto& model = *m_editor->findChild<BlockVariablesModel*>();
+  model.setData(model.index(0, BlockVariablesModel::kMinimum), QStringLiteral("first"),
+                Qt::EditRole);
+  EXPECT_TRUE(hasSaved("<CInputVar column='name' varNameMin='first' isNumber='0'/>"));
+}
+
+TEST_F(ReadDialogTest, VerifiesAndSalvages) {
+  MemoryFiles damaged = makeFile(kColumns, someRows(10), {.blocksInRecord = 1});
+  std::string& side = damaged["made.000.cs_kelvarin"];
+  side[side.size() - 10] ^= 4;
+  save(damaged);
+  open("<ReadColumnarGel name='r' fileName='made.cgel_kelvarin'/>");
+  const auto finishedDialog = [&]() -> TableWorkDialog* {
+    auto* dialog = m_editor->findChild<TableWorkDialog*>();
+    EXPECT_NE(dialog, nullptr);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !dialog->isBusy(); }, 10'000));
+    return dialog;
+  };
+  click("pbVerify");
+  TableWorkDialog* dialog = finishedDialog();
+  EXPECT_TRUE(dialog->findChild<QPlainTextEdit*>(QStringLiteral("damages"))
+                  ->toPlainText()
+                  .contains("column 'name'"));
+  EXPECT_TRUE(dialog->findChild<InfoLine*>()->text().contains("1 damaged place"));
+  dialog->close();
+  QCoreApplication::sendPostedEvents(dialog, QEvent::DeferredDelete);
+
+  QString proposal;
+  m_editor->setAskForNewFile([&](const QString& proposed) {
+    proposal = proposed;
+    return m_folder.filePath(QStringLiteral("new.cgel_kelvarin"));
+  });
+  click("pbSalvage");
+  EXPECT_TRUE(proposal.endsWith("made_salvaged.cgel_kelvarin"));
+  dialog = finishedDialog();
+  EXPECT_TRUE(dialog->findChild<InfoLine*>()->text().startsWith("8 rows in 2 blocks"));
+  EXPECT_TRUE(files().contains("new.cgel_kelvarin"));
+}
+
+TEST_F(WriteDialogTest, DeletesOnlyAfterItWasAllowedTo) {
+  save(makeFile(kColumns, someRows(10)));
+  open("<writeColumnarGel name='w' file='made.cgel_kelvarin'/>");
+  const auto answer = [&](bool isAllowed) {
+    click("pbDelete");
+    settle();
+    auto* box = m_editor->findChild<QMessageBox*>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_TRUE(box->informativeText().contains("made.000.cs_kelvarin"));
+    EXPECT_NE(box->defaultButton()->objectName(), QStringLiteral("pbConfirmDelete"));
+    if (isAllowed) {
+      box->findChild<QPushButton*>(QStringLiteral("pbConfirmDelete"))->click();
+    } else {
+      QTest::keyClick(box, Qt::Key_Escape);
+    }
+    settle();
+    QCoreApplication::sendPostedEvents(box, QEvent::DeferredDelete);
+  };
+  answer(false);
+  EXPECT_EQ(files().size(), 2);
+  answer(true);
+  EXPECT_EQ(files().size(), 0);
+  EXPECT_TRUE(shown("deletion").startsWith("SUCCESS: File '"));
+  ASSERT_EQ(m_harness->log().size(), 2u);
+  EXPECT_TRUE(m_harness->log()[0].starts_with("info: SUCCESS: File '"));
+  click("pbDelete");
+  settle();
+  EXPECT_TRUE(shown("deletion").contains("nothing was deleted"));
+}
+
+TEST_F(WriteDialogTest, ShowsTheNamesOfTheFiles) {
+  open("<writeColumnarGel name='w' file='s.gel'/>");
+  EXPECT_EQ(widget<QLabel>("examples").text(), QStringLiteral("s.gel"));
+  click("rbSplitBySize");
+  settle();
+  EXPECT_TRUE(widget<QLabel>("examples").text().startsWith("s_000.gel\ns_001.gel"));
+  click("rbSplitByValue");
+  settle();
+  EXPECT_EQ(widget<QLabel>("examples").text(), QStringLiteral("sA.gel\nsB.gel"));
+  EXPECT_FALSE(shown("exampleNote").isEmpty());
+  click("cbAdvancedNaming");
+  QPlainTextEdit* naming = widget<ExpressionField>("naming").editor();
+  EXPECT_EQ(naming->toPlainText(), QStringLiteral("SplitVal"));
+  naming->setFocus();
+  naming->selectAll();
+  QTest::keyClicks(naming, QStringLiteral("tolower(SplitVal)"));
+  widget<QLineEdit>("leFile").setFocus();
+  EXPECT_TRUE(hasSaved(" file='s&quot;+tolower(SplitVal)+&quot;.gel'"));
+  settle();
+  EXPECT_EQ(widget<QLabel>("examples").text(), QStringLiteral("sa.gel\nsb.gel"));
+}
+
+// Qt's own parts of a control, which need no name.
+bool isInnerPart(const QWidget& widget) {
+  const QWidget* parent = widget.parentWidget();
+  return widget.objectName().startsWith(QStringLiteral("qt_")) ||
+         qobject_cast<const QHeaderView*>(&widget) != nullptr ||
+         qobject_cast<const QAbstractItemView*>(parent) != nullptr ||
+         qobject_cast<const QTabBar*>(parent) != nullptr ||
+         widget.window() != parent->window();
+}
+
+bool isControl(const QWidget& widget) {
+  return qobject_cast<const QAbstractButton*>(&widget) != nullptr ||
+         qobject_cast<const QAbstractSpinBox*>(&widget) != nullptr ||
+         qobject_cast<const QComboBox*>(&widget) != nullptr ||
+         qobject_cast<const QLineEdit*>(&widget) != nullptr ||
+         qobject_cast<const QAbstractItemView*>(&widget) != nullptr;
+}
+
+// Every control has a name for those who do not see it, and Tab reaches it.
+void expectReachable(const QWidget& editor) {
+  for (const QWidget* widget : editor.findChildren<QWidget*>()) {
+    if (!isControl(*widget) || isInnerPart(*widget)) {
+      continue;
+    }
+    const auto* button = qobject_cast<const QAbstractButton*>(widget);
+    const bool isNamed = !widget->accessibleName().isEmpty() ||
+                         (button != nullptr && !button->text().isEmpty());
+    const std::string name =
+        std::string(widget->metaObject()->className()) + " " + widget->objectName().toStdString();
+    EXPECT_TRUE(isNamed) << name;
+    EXPECT_TRUE((widget->focusPolicy() & Qt::TabFocus) != 0) << name;
+  }
+}
+
+TEST_F(ReadDialogTest, EveryControlCanBeReachedAndHasAName) {
+  open("<ReadColumnarGel name='r'/>");
+  expectReachable(*m_editor);
+}
+
+TEST_F(WriteDialogTest, EveryControlCanBeReachedAndHasAName) {
+  open("<writeColumnarGel name='w'/>");
+  expectReachable(*m_editor);
+}
+
+}  // namespace
+
+}  // namespace kelvarin::testing

@@ -1,0 +1,60 @@
+// The first tab of the writing dialog: the file, and how a table is split into several, with the
+// names that they get.
+#pragma once
+
+#include "columnar/actions/write_settings.h"
+#include "host/contract/pin_columns.h"
+#include "ui/columnar/settings_page.h"
+#include "ui/columnar/summary_texts.h"
+#include "ui/widgets/expression_field.h"
+
+class ActionItem;
+class QComboBox;
+class QLabel;
+
+namespace kelvarin {
+
+class InfoLine;
+class PathField;
+
+class WriteFilePage : public SettingsPage {
+  Q_OBJECT
+
+ public:
+  explicit WriteFilePage(const ActionItem& action, QWidget* parent = nullptr);
+
+  ExpressionField* namingField() const { return m_naming; }
+  void load(const WriteColumnarSettings& settings);
+  void store(WriteColumnarSettings& settings) const;
+  void setColumns(const PinColumns& columns);
+  // The names of the files; a failure has no names.
+  void showExamples(const QStringList& names, const ShownText& note);
+
+ private:
+  void addFileGroup();
+  void addSplitGroup();
+  void addNaming();
+  void addExampleGroup();
+  void takePath(const QString& path);
+  void toggleNaming(bool isOn);
+  void setNamingExpression();
+  void showNaming(const WriteColumnarSettings& settings);
+
+  const ActionItem& m_action;
+  PathField* m_file;
+  QString m_typed;  // the text that was last typed, not chosen
+  QCheckBox* m_createDirectory;
+  QRadioButton* m_oneFile;
+  QRadioButton* m_bySize;
+  QRadioButton* m_byValue;
+  QSpinBox* m_segmentSize;
+  QComboBox* m_splitColumn;
+  QCheckBox* m_advancedNaming;
+  ExpressionField* m_naming;
+  InfoLine* m_namingNote;
+  QLabel* m_examples;
+  InfoLine* m_exampleNote;
+  bool m_isVerdictDue = false;  // of a committed naming expression
+};
+
+}  // namespace kelvarin
