@@ -58,15 +58,25 @@ class Completion {
     QString humps;   // the first letters of its parts, in lower case
     int uses = 0;
   };
+  struct Match {
+    const Entry* entry = nullptr;
+    double score = 0.0;
+    QString foreignName;
+  };
 
   void add(Candidate candidate);
   void addVariables(const Formula& formula);
   void addColumns(const Formula& formula);
   void addParameters(const Formula& formula);
   void addLanguage(const Formula& formula);
-  void addForeign(const QString& word, std::vector<Candidate>& candidates) const;
-  const Entry* entryNamed(const QString& name) const;
+  static double scoreOf(const Entry& entry, double fitting);
+  std::vector<Match> matchesOf(const QString& word) const;
+  void addForeign(const QString& folded, std::vector<Match>& matches) const;
+  const Entry* languageEntryNamed(const QString& name) const;
+  Candidate candidateOf(const Match& match, bool isCalled) const;
 
+  std::vector<InputVariable> m_variables;
+  QHash<QString, MetaTypeColumn> m_metaOfColumn;  // of those that are no variables
   std::vector<Entry> m_entries;
 };
 

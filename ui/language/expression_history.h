@@ -38,6 +38,7 @@ class ExpressionHistory {
   void load();
   void save() const;
   void limit();
+  std::vector<Entry>::iterator find(const QString& expression);
 
   QString m_key;
   std::vector<Entry> m_entries;

@@ -5,6 +5,7 @@
 #include "expression/errors/error_texts.h"
 #include "expression/evaluator/number_text.h"
 #include "ui/language/messages.h"
+#include "ui/language/outside_sources.h"
 #include "ui/language/shown_value.h"
 
 namespace kelvarin {
@@ -81,7 +82,7 @@ void FormulaEvaluator::loadCurrent() {
     if (variable.element > 0) {
       continue;
     }
-    if (variable.name == u"_n") {
+    if (variable.name == rowNumberName()) {
       goToRow(static_cast<long long>(variable.value.number));
     }
     for (std::size_t i = 0; i < m_formula.variables.size(); ++i) {

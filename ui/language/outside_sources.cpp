@@ -25,7 +25,7 @@ QSet<QString> variableNamesOf(const Formula& formula) {
     names.insert(formula.parameters.expandString2(variable.name()));
   }
   if (formula.options.addN) {
-    names.insert(QStringLiteral("_n"));
+    names.insert(rowNumberName());
   }
   return names;
 }

@@ -13,6 +13,9 @@ namespace kelvarin {
 
 // All names of the expression, those of functions included.
 QSet<QString> namesIn(const QString& expression);
+inline QString rowNumberName() {
+  return QStringLiteral("_n");
+}
 // Of the formula's variables, the row number among them where it is offered.
 QSet<QString> variableNamesOf(const Formula& formula);
 
