@@ -1820,11 +1820,11 @@
     </message>
     <message>
         <source>&amp;Light</source>
-        <translation>&amp;Hell</translation>
+        <translation>He&amp;ll</translation>
     </message>
     <message>
         <source>&amp;Dark</source>
-        <translation>&amp;Dunkel</translation>
+        <translation>D&amp;unkel</translation>
     </message>
     <message>
         <source>Saved %1.</source>
@@ -1844,7 +1844,7 @@
     </message>
     <message>
         <source>&amp;Load theirs</source>
-        <translation>&amp;Anderen laden</translation>
+        <translation>Ande&amp;ren laden</translation>
     </message>
     <message>
         <source>Load theirs</source>
@@ -2576,7 +2576,7 @@
     </message>
     <message>
         <source>Skip &amp;damaged blocks with a warning</source>
-        <translation>&amp;Beschädigte Blöcke mit einer Warnung überspringen</translation>
+        <translation>Be&amp;schädigte Blöcke mit einer Warnung überspringen</translation>
     </message>
     <message>
         <source>Otherwise damage stops the run.</source>
@@ -2921,7 +2921,7 @@
     </message>
     <message>
         <source>&amp;Put into set</source>
-        <translation>In &amp;Satz legen</translation>
+        <translation>In Sat&amp;z legen</translation>
     </message>
     <message>
         <source>&amp;Do not write</source>
