@@ -323,7 +323,7 @@ TEST_F(ReadDialogTest, VerifiesAndSalvages) {
                   .contains("column 'name'"));
   EXPECT_TRUE(dialog->findChild<InfoLine*>()->text().contains("1 damaged place"));
   dialog->close();
-  QCoreApplication::sendPostedEvents(dialog, QEvent::DeferredDelete);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return m_editor->findChild<TableWorkDialog*>() == nullptr; }));
 
   QString proposal;
   m_editor->setAskForNewFile([&](const QString& proposed) {
@@ -353,7 +353,7 @@ TEST_F(WriteDialogTest, DeletesOnlyAfterItWasAllowedTo) {
       QTest::keyClick(box, Qt::Key_Escape);
     }
     settle();
-    QCoreApplication::sendPostedEvents(box, QEvent::DeferredDelete);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return m_editor->findChild<QMessageBox*>() == nullptr; }));
   };
   answer(false);
   EXPECT_EQ(files().size(), 2);
