@@ -15,11 +15,18 @@ namespace kelvarin {
 
 using ChosenCommand = std::function<ExitStatus()>;
 
+// What a command needs that makes another application object than the program's.
+struct ProgramArguments {
+  char** argv = nullptr;
+  std::function<void()> endApplication;  // destroys the program's
+};
+
 void addRunCommand(CLI::App& program, ChosenCommand& chosen);
 void addCheckCommand(CLI::App& program, ChosenCommand& chosen);
 void addEvalCommand(CLI::App& program, ChosenCommand& chosen);
 void addFunctionsCommand(CLI::App& program, ChosenCommand& chosen);
 void addActionsCommand(CLI::App& program, ChosenCommand& chosen);
 void addGelCommand(CLI::App& program, ChosenCommand& chosen);
+void addEditCommand(CLI::App& program, ChosenCommand& chosen, ProgramArguments programArguments);
 
 }  // namespace kelvarin

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <optional>
 
 #include <poll.h>
 #include <sys/resource.h>
@@ -132,7 +133,7 @@ void allowManyOpenFiles() {
 }
 
 ExitStatus runProgram(int argc, char** argv) {
-  QCoreApplication application(argc, argv);
+  std::optional<QCoreApplication> application(std::in_place, argc, argv);
   QCoreApplication::setApplicationName(QStringLiteral("kelvarin"));
 
   CLI::App program(
@@ -150,6 +151,7 @@ ExitStatus runProgram(int argc, char** argv) {
   kelvarin::addFunctionsCommand(program, chosen);
   kelvarin::addActionsCommand(program, chosen);
   kelvarin::addGelCommand(program, chosen);
+  kelvarin::addEditCommand(program, chosen, {argv, [&application] { application.reset(); }});
 
   if (reportUnknownCommand(program, argc, argv)) {
     return ExitStatus::wrongUsage;

@@ -9,6 +9,13 @@ inline QString usageHint(const QString& command) {
   return QStringLiteral("Run '%1 --help' for the options and an example.").arg(command);
 }
 
+inline QString windowsNotLoaded(const QString& file, const QString& reason) {
+  return QStringLiteral(
+             "No window can be opened: %1 could not be loaded (%2). Install the graphical part of "
+             "kelvarin and Qt Widgets, or edit the graph as text.")
+      .arg(file, reason);
+}
+
 inline QString needsNameAndValue(const QString& option, const QString& given) {
   return QStringLiteral("%1 takes NAME=VALUE, not '%2'.").arg(option, given);
 }

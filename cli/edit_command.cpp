@@ -1,0 +1,90 @@
+// `kelvarin edit`: the property editors of a graph's actions in a window, which a library of its
+// own brings along.
+#include <cstdio>
+#include <filesystem>
+
+#include <dlfcn.h>
+
+#include "cli/commands.h"
+#include "cli/graph_run.h"
+#include "cli/messages.h"
+#include "cli/name_value.h"
+#include "host/contract/edit_request.h"
+
+namespace kelvarin {
+
+namespace {
+
+struct EditArguments {
+  std::string graph;
+  std::string action;
+  std::string plugin;
+  std::vector<std::string> settings;
+  int closeAfterMilliseconds = -1;
+};
+
+// It lies beside KelvarinCore.
+std::string pathOfLibrary() {
+  Dl_info core{};
+  dladdr(reinterpret_cast<const void*>(&MainUI::kelvarinID), &core);
+  return std::filesystem::path(core.dli_fname == nullptr ? "" : core.dli_fname)
+      .replace_filename(kGuiLibrary)
+      .string();
+}
+
+ExitStatus fail(const QString& text, ExitStatus status = ExitStatus::failed) {
+  std::fprintf(stderr, "error: %s\n", qUtf8Printable(text));
+  return status;
+}
+
+ExitStatus edit(const EditArguments& arguments, const ProgramArguments& program) {
+  const auto settings = splitNameValues("--set", arguments.settings);
+  if (!settings) {
+    return fail(settings.error(), ExitStatus::wrongUsage);
+  }
+  EditRequest request;
+  request.graph = QString::fromStdString(arguments.graph);
+  request.action = QString::fromStdString(arguments.action);
+  request.plugin = arguments.plugin.empty() ? PluginLibrary::defaultFile()
+                                            : QString::fromStdString(arguments.plugin);
+  for (const NameValue& setting : *settings) {
+    request.settings.emplace_back(setting.name, setting.value);
+  }
+  request.closeAfterMilliseconds = arguments.closeAfterMilliseconds;
+
+  const std::string path = pathOfLibrary();
+  void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  void* function = library == nullptr ? nullptr : dlsym(library, kEditFunction);
+  if (function == nullptr) {
+    return fail(program_messages::windowsNotLoaded(QString::fromStdString(path),
+                                                   QString::fromLocal8Bit(dlerror())));
+  }
+  program.endApplication();
+  return static_cast<ExitStatus>(
+      reinterpret_cast<EditFunction>(function)(1, program.argv, request));
+}
+
+}  // namespace
+
+void addEditCommand(CLI::App& program, ChosenCommand& chosen, ProgramArguments programArguments) {
+  auto arguments = std::make_shared<EditArguments>();
+  CLI::App* command = program.add_subcommand(
+      "edit", "Edit the actions of a graph in a window, with help and a step debugger");
+  command->add_option("GRAPH", arguments->graph, "the graph file")->required()->type_name("");
+  command
+      ->add_option("ACTION", arguments->action,
+                   "the name of the action to begin with; otherwise choose one from a list")
+      ->type_name("");
+  command->add_option("--set", arguments->settings, "a value for a parameter of the graph")
+      ->allow_extra_args(false)
+      ->type_name("NAME=VALUE");
+  addPluginOption(*command, arguments->plugin);
+  // For tests, which have nobody to close the window.
+  command->add_option("--close-after", arguments->closeAfterMilliseconds)->group("");
+  command->footer("Example:\n  kelvarin edit examples/flights/flights.kelvarin speed");
+  command->callback([arguments, programArguments, &chosen] {
+    chosen = [arguments, programArguments] { return edit(*arguments, programArguments); };
+  });
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,59 @@
+// The actions of the open graph, to be searched and chosen from: picture, name, type, and a mark
+// where one has changed.
+//
+// Threads: the user-interface thread.
+#pragma once
+
+#include <QAbstractListModel>
+#include <QSortFilterProxyModel>
+#include <QWidget>
+
+#include "gui/edit/edited_graph.h"
+
+class QListView;
+
+namespace kelvarin {
+
+class SearchField;
+
+class ActionListModel : public QAbstractListModel {
+  Q_OBJECT
+
+ public:
+  enum Role { nameRole = Qt::UserRole, typeRole };
+
+  explicit ActionListModel(EditedGraph& graph, QObject* parent = nullptr);
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+
+ private:
+  void refresh();
+  QVariant pictureOf(const ActionItem& action) const;
+
+  EditedGraph& m_graph;
+  int m_shownCount = 0;
+};
+
+class ActionList : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit ActionList(EditedGraph& graph, QWidget* parent = nullptr);
+
+  // Shows the action as the chosen one and reports nothing; -1: none.
+  void setCurrent(int action);
+
+ signals:
+  void chosen(int action);
+
+ private:
+  void choose(const QModelIndex& index);
+  void search(const QString& text);
+
+  ActionListModel* m_model;
+  QSortFilterProxyModel* m_found;
+  QListView* m_list;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,309 @@
+#include "gui/edit/edit_window.h"
+
+#include <utility>
+
+#include <QApplication>
+#include <QEvent>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMessageBox>
+#include <QScrollArea>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QVBoxLayout>
+
+#include "gui/edit/action_form.h"
+#include "gui/edit/action_list.h"
+#include "gui/edit/fault_page.h"
+#include "gui/edit/log_panel.h"
+#include "gui/edit/text_dialogs.h"
+#include "host/contract/nearest_names.h"
+#include "host/widgets/empty_state.h"
+#include "host/widgets/info_line.h"
+
+namespace kelvarin {
+
+namespace {
+
+constexpr int kPictureSize = 32;
+
+}  // namespace
+
+EditWindow::EditWindow(EditedGraph& graph, EditServices& services, GraphFiles& files,
+                       const ActionCatalogue& catalogue, Theme& theme, const QString& action)
+    : m_graph(graph),
+      m_services(services),
+      m_files(files),
+      m_catalogue(catalogue),
+      m_theme(theme),
+      m_wantedAction(action) {
+  makePages();
+  makeMenus();
+  connectFiles();
+  connectServices();
+  connect(&m_graph, &EditedGraph::changed, this, &EditWindow::showState);
+  resize(1280, 800);
+  showState();
+  m_startPage->setSentence(tr("Reading %1 ...").arg(m_files.file()));
+  m_files.load();
+}
+
+EditWindow::~EditWindow() {
+  closeEditor();
+}
+
+void EditWindow::makePages() {
+  m_list = new ActionList(m_graph);
+  m_log = new LogPanel;
+  m_pages = new QStackedWidget;
+  m_faultPage = new FaultPage;
+  m_startPage = new EmptyState(IconName::information, QString());
+  m_notice = new InfoLine;
+  m_picture = new QLabel;
+  m_title = new QLabel;
+  m_title->setTextFormat(Qt::PlainText);
+  m_title->setWordWrap(true);
+  QFont font = m_title->font();
+  font.setPointSizeF(font.pointSizeF() * 1.25);
+  m_title->setFont(font);
+  m_scroll = new QScrollArea;
+  m_scroll->setWidgetResizable(true);
+  m_scroll->setFrameShape(QFrame::NoFrame);
+
+  m_editorPage = new QWidget;
+  auto* header = new QHBoxLayout;
+  header->setSpacing(12);
+  header->addWidget(m_picture);
+  header->addWidget(m_title, 1);
+  auto* page = new QVBoxLayout(m_editorPage);
+  page->setContentsMargins(12, 8, 12, 8);
+  page->setSpacing(8);
+  page->addLayout(header);
+  page->addWidget(m_scroll, 1);
+  for (QWidget* each :
+       {static_cast<QWidget*>(m_startPage), static_cast<QWidget*>(m_faultPage), m_editorPage}) {
+    m_pages->addWidget(each);
+  }
+
+  auto* sides = new QSplitter(Qt::Horizontal);
+  sides->setObjectName(QStringLiteral("sides"));
+  sides->setChildrenCollapsible(false);
+  sides->addWidget(m_list);
+  sides->addWidget(m_pages);
+  sides->setStretchFactor(1, 1);
+  sides->setSizes({240, 1040});
+  auto* parts = new QSplitter(Qt::Vertical);
+  parts->setChildrenCollapsible(false);
+  parts->addWidget(sides);
+  parts->addWidget(m_log);
+  parts->setStretchFactor(0, 1);
+  parts->setSizes({640, 160});
+
+  auto* central = new QWidget;
+  auto* layout = new QVBoxLayout(central);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(m_notice);
+  layout->addWidget(parts, 1);
+  setCentralWidget(central);
+  connect(m_list, &ActionList::chosen, this, &EditWindow::openAction);
+  connect(m_log, &LogPanel::actionWanted, this, &EditWindow::openActionNamed);
+  connect(m_faultPage, &FaultPage::reloadWanted, this, &EditWindow::reload);
+}
+
+void EditWindow::connectFiles() {
+  connect(&m_files, &GraphFiles::loaded, this,
+          [this](const std::shared_ptr<Graph>& graph) { showGraph(std::move(*graph)); });
+  connect(&m_files, &GraphFiles::refused, this, &EditWindow::showFaults);
+  connect(&m_files, &GraphFiles::saved, this, &EditWindow::afterSaving);
+  connect(&m_files, &GraphFiles::saveFailed, this, [this](const QString& reason) {
+    m_isSaving = false;
+    m_closesAfterSaving = false;
+    QMessageBox::critical(this, tr("The graph is not saved"), reason);
+  });
+  connect(&m_files, &GraphFiles::saveFoundOtherFile, this, &EditWindow::askAboutOtherFile);
+  connect(&m_files, &GraphFiles::changedOnDisk, this, &EditWindow::warnOfOtherFile);
+  connect(&m_files, &GraphFiles::checked, this, [this](bool isOk) {
+    showState();
+    statusBar()->showMessage(isOk ? tr("The check found no error.")
+                                  : tr("The check found errors: see the log."));
+  });
+  connect(m_notice, &InfoLine::linkActivated, this, [this](const QString& id) {
+    m_notice->clear();
+    if (id == u"load") {
+      m_files.load();
+    }
+  });
+}
+
+void EditWindow::connectServices() {
+  connect(&m_services, &EditServices::logged, m_log, &LogPanel::append);
+  connect(&m_services, &EditServices::modified, this, &EditWindow::noteEdit);
+  connect(&m_services, &EditServices::helpWanted, this, &EditWindow::showHelp);
+  connect(&m_services, &EditServices::backendsKnown, this,
+          [this](const QString& action, const QStringList& labels) {
+            statusBar()->showMessage(tr("%1 is computed by: %2").arg(action, labels.join(u", ")));
+          });
+}
+
+void EditWindow::showGraph(Graph graph) {
+  rememberAction();
+  closeEditor();
+  m_services.forgetColumns();
+  m_graph.setGraph(std::move(graph));
+  m_list->setEnabled(true);
+  m_startPage->setSentence(m_graph.actionCount() == 0
+                               ? tr("This graph has no actions yet.")
+                               : tr("Choose an action at the left to edit its properties."));
+  m_pages->setCurrentWidget(m_startPage);
+  for (const GraphWarning& warning : m_graph.graph().warnings) {
+    m_services.log(LogLevel::warning, warning.text,
+                   warning.action < 0 ? nullptr : &m_graph.action(warning.action));
+  }
+  if (const QString wanted = std::exchange(m_wantedAction, {}); !wanted.isEmpty()) {
+    openActionNamed(wanted);
+  }
+  emit graphShown();
+}
+
+// To be shown again when the file has been read.
+void EditWindow::rememberAction() {
+  if (m_action >= 0) {
+    m_wantedAction = m_graph.graph().actions[static_cast<std::size_t>(m_action)].name;
+  }
+}
+
+void EditWindow::showFaults(const std::vector<GraphError>& faults) {
+  rememberAction();
+  closeEditor();
+  m_graph.setGraph({});
+  m_list->setEnabled(false);
+  m_faultPage->setFaults(m_files.file(), faults);
+  m_pages->setCurrentWidget(m_faultPage);
+  emit graphShown();
+}
+
+void EditWindow::openActionNamed(const QString& name) {
+  const int index = m_graph.graph().indexOf(name);
+  if (index >= 0) {
+    openAction(index);
+    return;
+  }
+  QStringList names;
+  for (const GraphAction& action : m_graph.graph().actions) {
+    names += action.name;
+  }
+  const QStringList near = nearestNames(name, names);
+  showNotice(near.isEmpty()
+                 ? tr("The graph has no action '%1'. Choose one at the left.").arg(name)
+                 : tr("The graph has no action '%1'. Did you mean '%2'?").arg(name, near.front()));
+}
+
+void EditWindow::openAction(int action) {
+  if (action == m_action) {
+    return;
+  }
+  commitEditor();
+  closeEditor();
+  m_action = action;
+  m_list->setCurrent(action);
+  ActionItem& item = m_graph.action(action);
+  m_editor = newEditor(item);
+  m_scroll->setWidget(m_editor);
+  showHeader(item);
+  m_pages->setCurrentWidget(m_editorPage);
+  showState();
+}
+
+UpdateClassWidget* EditWindow::newEditor(ActionItem& action) {
+  UpdateClassWidget* editor = action.editPropertyFrame(m_scroll->viewport());
+  return editor == nullptr ? newForm(action) : editor;
+}
+
+UpdateClassWidget* EditWindow::newForm(ActionItem& action) {
+  const QString type = QString::fromLatin1(action.typeName());
+  auto* form = new ActionForm(action, *m_catalogue.find(type)->prototype, *m_graph.graph().settings,
+                              m_scroll->viewport());
+  connect(form, &ActionForm::committed, this, [this](const QByteArray& element) {
+    if (const auto node = parseXml(element)) {
+      m_graph.replaceAction(m_action, *node);
+    }
+  });
+  return form;
+}
+
+// At once, since it refers to the action, and may be running it. A field that loses the focus
+// reports what is in it, which must not come out of an editor that is half destroyed.
+void EditWindow::closeEditor() {
+  QWidget* focused = QApplication::focusWidget();
+  if (m_editor != nullptr && focused != nullptr && m_editor->isAncestorOf(focused)) {
+    focused->clearFocus();
+  }
+  delete m_editor;
+  m_editor = nullptr;
+  m_action = -1;
+}
+
+void EditWindow::showHeader(const ActionItem& action) {
+  const QPixmap* picture = action.getImage(kPictureSize);
+  m_picture->setPixmap(picture == nullptr ? QPixmap() : *picture);
+  m_picture->setVisible(picture != nullptr);
+  m_title->setText(QStringLiteral("%1: %2").arg(action.name(), action.toolTip()));
+}
+
+void EditWindow::commitEditor() {
+  if (m_editor != nullptr) {
+    m_editor->commit();
+  }
+}
+
+void EditWindow::noteEdit() {
+  if (m_action >= 0) {
+    m_graph.noteEdit(m_action);
+  }
+}
+
+void EditWindow::showState() {
+  const QString graph = QFileInfo(m_files.file()).fileName();
+  const QString title =
+      m_action < 0
+          ? graph + QStringLiteral("[*]")
+          : tr("%1[*] - %2")
+                .arg(graph, m_graph.graph().actions[static_cast<std::size_t>(m_action)].name);
+  setWindowTitle(title);
+  setWindowModified(m_graph.isModified());
+  m_saveAction->setEnabled(m_graph.actionCount() > 0);
+  m_checkAction->setEnabled(m_graph.actionCount() > 0 && !m_files.isChecking());
+}
+
+void EditWindow::showNotice(const QString& text) {
+  m_notice->setMessage(Severity::warning, text, {{QStringLiteral("close"), tr("Close")}});
+}
+
+void EditWindow::showHelp(const QString& helpId) {
+  for (const CatalogueEntry& entry : m_catalogue.entries()) {
+    if ((entry.helpId == helpId || entry.typeName == helpId) &&
+        showActionPage(entry.typeName, this)) {
+      return;
+    }
+  }
+  statusBar()->showMessage(tr("There is no help page \"%1\".").arg(helpId));
+}
+
+void EditWindow::check() {
+  commitEditor();
+  statusBar()->showMessage(tr("Checking the graph ..."));
+  m_files.check(m_graph.snapshot().document);
+  showState();
+}
+
+void EditWindow::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::ActivationChange && isActiveWindow() && !m_isSaving) {
+    m_files.compareWithDisk();
+  }
+  QMainWindow::changeEvent(event);
+}
+
+}  // namespace kelvarin

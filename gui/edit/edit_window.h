@@ -1,0 +1,108 @@
+// The window of `kelvarin edit`: the actions of a graph at the left, the property editor of the
+// chosen one at the right, the log below.
+//
+// Threads: the user-interface thread. Files, checks, runs and rows are read beside it.
+#pragma once
+
+#include <QMainWindow>
+
+#include "gui/edit/edit_services.h"
+#include "gui/edit/edited_graph.h"
+#include "gui/edit/graph_files.h"
+
+class QLabel;
+class QMenu;
+class QScrollArea;
+class QStackedWidget;
+class UpdateClassWidget;
+
+namespace kelvarin {
+
+class ActionList;
+class EmptyState;
+class FaultPage;
+class InfoLine;
+class LogPanel;
+class Theme;
+
+class EditWindow : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  // Reads the graph; `action` is the one to begin with, empty for none. What is passed outlives the
+  // window.
+  EditWindow(EditedGraph& graph, EditServices& services, GraphFiles& files,
+             const ActionCatalogue& catalogue, Theme& theme, const QString& action);
+  // Stops what the editor runs.
+  ~EditWindow() override;
+
+  void save();
+  void reload();
+  void check();
+  // Shows its editor; the field that is being edited is committed first.
+  void openAction(int action);
+  UpdateClassWidget* editor() const { return m_editor; }
+
+ signals:
+  void graphShown();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void makePages();
+  void makeMenus();
+  void makeThemeMenu(QMenu& view);
+  void connectFiles();
+  void connectServices();
+
+  void showGraph(Graph graph);
+  void showFaults(const std::vector<GraphError>& faults);
+  void rememberAction();
+  void openActionNamed(const QString& name);
+  UpdateClassWidget* newEditor(ActionItem& action);
+  UpdateClassWidget* newForm(ActionItem& action);
+  void closeEditor();
+  void showHeader(const ActionItem& action);
+  void commitEditor();
+  void noteEdit();
+  void showState();
+  void showNotice(const QString& text);
+  void startSaving(GraphFiles::SaveMode mode);
+  void afterSaving();
+  void askAboutOtherFile();
+  void warnOfOtherFile();
+  void askBeforeClosing();
+  void askBeforeReloading();
+  void setExpertMode(bool isExpert);
+  void showHelp(const QString& helpId);
+
+  EditedGraph& m_graph;
+  EditServices& m_services;
+  GraphFiles& m_files;
+  const ActionCatalogue& m_catalogue;
+  Theme& m_theme;
+  QString m_wantedAction;  // to be shown when the graph has been read
+  int m_action = -1;       // whose editor is shown
+  UpdateClassWidget* m_editor = nullptr;
+  EditedGraph::Snapshot m_saving;
+  bool m_isSaving = false;
+  bool m_closesAfterSaving = false;
+  bool m_closesWithoutAsking = false;
+
+  ActionList* m_list;
+  LogPanel* m_log;
+  QStackedWidget* m_pages;
+  FaultPage* m_faultPage;
+  EmptyState* m_startPage;
+  InfoLine* m_notice;
+  QWidget* m_editorPage;
+  QLabel* m_picture;
+  QLabel* m_title;
+  QScrollArea* m_scroll;
+  QAction* m_saveAction = nullptr;
+  QAction* m_checkAction = nullptr;
+};
+
+}  // namespace kelvarin

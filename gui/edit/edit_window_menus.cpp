@@ -1,0 +1,85 @@
+// The menus of the window, its tool bar, and what is remembered of the view.
+#include <QActionGroup>
+#include <QMenuBar>
+#include <QSettings>
+#include <QToolBar>
+
+#include "gui/edit/edit_window.h"
+#include "gui/edit/text_dialogs.h"
+#include "host/widgets/icons.h"
+#include "host/widgets/theme.h"
+
+namespace kelvarin {
+
+namespace {
+
+const QString kExpertKey = QStringLiteral("view/expertMode");
+
+}  // namespace
+
+void EditWindow::makeMenus() {
+  QMenu* graph = menuBar()->addMenu(tr("&Graph"));
+  m_saveAction = graph->addAction(icon(IconName::save), tr("&Save"), this, &EditWindow::save);
+  m_saveAction->setShortcut(QKeySequence::Save);
+  QAction* reloadAction =
+      graph->addAction(icon(IconName::reload), tr("&Reload"), this, &EditWindow::reload);
+  reloadAction->setShortcut(Qt::CTRL | Qt::Key_R);
+  reloadAction->setToolTip(tr("Read the graph from its file again"));
+  m_checkAction = graph->addAction(icon(IconName::check), tr("&Check"), this, &EditWindow::check);
+  m_checkAction->setShortcut(Qt::CTRL | Qt::Key_K);
+  m_checkAction->setToolTip(tr("Find the faults of the graph without running it"));
+  graph->addSeparator();
+  QAction* closeAction = graph->addAction(tr("C&lose"), this, &QWidget::close);
+  closeAction->setShortcut(QKeySequence::Close);
+
+  QMenu* view = menuBar()->addMenu(tr("&View"));
+  makeThemeMenu(*view);
+  QAction* expert = view->addAction(tr("&Expert mode"));
+  expert->setCheckable(true);
+  expert->setChecked(QSettings().value(kExpertKey, true).toBool());
+  setExpertMode(expert->isChecked());
+  connect(expert, &QAction::toggled, this, &EditWindow::setExpertMode);
+
+  QMenu* help = menuBar()->addMenu(tr("&Help"));
+  help->addAction(icon(IconName::help), tr("&This action"), this, [this] {
+    if (m_action >= 0) {
+      showHelp(QString::fromLatin1(m_graph.action(m_action).typeName()));
+    }
+  });
+  help->addAction(tr("&Keyboard"), this, [this] { showKeys(this); });
+
+  QToolBar* bar = addToolBar(tr("Graph"));
+  bar->setObjectName(QStringLiteral("graphBar"));
+  bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  bar->setMovable(false);
+  bar->addActions({m_saveAction, reloadAction, m_checkAction});
+}
+
+void EditWindow::makeThemeMenu(QMenu& view) {
+  QMenu* themes = view.addMenu(tr("&Theme"));
+  auto* group = new QActionGroup(themes);
+  const std::pair<ThemeChoice, QString> choices[] = {{ThemeChoice::system, tr("&System")},
+                                                     {ThemeChoice::light, tr("&Light")},
+                                                     {ThemeChoice::dark, tr("&Dark")}};
+  for (const auto& [choice, label] : choices) {
+    QAction* action = themes->addAction(label);
+    action->setCheckable(true);
+    action->setChecked(m_theme.choice() == choice);
+    group->addAction(action);
+    connect(action, &QAction::triggered, this,
+            [this, chosen = choice] { m_theme.setChoice(chosen); });
+  }
+}
+
+// Editors ask for the mode when they are made, so the one that is shown is made anew.
+void EditWindow::setExpertMode(bool isExpert) {
+  QSettings().setValue(kExpertKey, isExpert);
+  m_services.setUserMode(isExpert ? GlobalUserMode::expert : GlobalUserMode::simple);
+  if (const int action = m_action; action >= 0) {
+    commitEditor();
+    closeEditor();
+    openAction(action);
+  }
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,35 @@
+// The log below an editor: what actions and checks have to say, to be copied and followed.
+//
+// Threads: the user-interface thread.
+#pragma once
+
+#include <QWidget>
+
+#include "gui/edit/log_model.h"
+
+class QTableView;
+
+namespace kelvarin {
+
+class LogPanel : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit LogPanel(QWidget* parent = nullptr);
+
+  void append(const std::vector<LogEntry>& entries);
+  LogModel& model() { return *m_model; }
+
+ signals:
+  // The user opened a line about this action.
+  void actionWanted(const QString& action);
+
+ private:
+  void copy();
+  void open(const QModelIndex& index);
+
+  LogModel* m_model;
+  QTableView* m_table;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,260 @@
+// The window of `kelvarin edit` with real widgets: editing by forms, saving, reading again, and
+// closing.
+#include <functional>
+
+#include <gtest/gtest.h>
+#include <QAction>
+#include <QApplication>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+#include <QTreeWidget>
+
+#include "gui/edit/action_form.h"
+#include "gui/edit/edit_window.h"
+#include "gui/edit/log_model.h"
+#include "host/tables/table_actions.h"
+#include "host/widgets/info_line.h"
+#include "host/widgets/theme.h"
+
+namespace kelvarin {
+namespace {
+
+constexpr char kGraph[] =
+    "<KelvarinGraph version='1.0'><Actions>"
+    "<InlineTable name='numbers'><Column name='a' meta='F'/><Row><V>1</V></Row></InlineTable>"
+    "<WriteCSV name='out' file='result.csv'/><Discard name='none'/>"
+    "</Actions><Links><Link from='numbers' to='out'/></Links></KelvarinGraph>";
+
+class EditWindowTest : public ::testing::Test {
+ protected:
+  ~EditWindowTest() override { m_window.reset(); }
+
+  QString file() const { return m_folder.filePath(QStringLiteral("g.kelvarin")); }
+  void write(const QByteArray& text) const {
+    QFile target(file());
+    ASSERT_TRUE(target.open(QIODevice::WriteOnly));
+    target.write(text);
+  }
+  QByteArray onDisk() const {
+    QFile source(file());
+    return source.open(QIODevice::ReadOnly) ? source.readAll() : QByteArray();
+  }
+
+  // Shows the graph, and the editor of `action`.
+  EditWindow& open(const QByteArray& graph = kGraph, const char* action = "out") {
+    write(graph);
+    m_files = std::make_unique<GraphFiles>(file(), std::vector<ParameterOverride>(), m_catalogue,
+                                           m_session);
+    bool isShown = false;
+    m_window = std::make_unique<EditWindow>(m_graph, m_services, *m_files, m_catalogue, m_theme,
+                                            QString::fromLatin1(action));
+    QObject::connect(m_window.get(), &EditWindow::graphShown, [&isShown] { isShown = true; });
+    m_window->show();
+    EXPECT_TRUE(QTest::qWaitFor([&isShown] { return isShown; }));
+    return *m_window;
+  }
+
+  void type(const char* field, const QString& text) {
+    auto* line = m_window->editor()->findChild<QLineEdit*>(QLatin1String(field));
+    ASSERT_NE(line, nullptr);
+    line->setFocus();
+    line->selectAll();
+    QTest::keyClicks(line, text);
+  }
+
+  void enter(const char* field, const QString& text) {
+    type(field, text);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+  }
+
+  // Presses the button of the question that appears.
+  void answer(QMessageBox::StandardButton button) {
+    QMessageBox* box = nullptr;
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+      box = m_window->findChild<QMessageBox*>();
+      return box != nullptr && box->isVisible();
+    }));
+    box->button(button)->click();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+
+  bool waitUntil(const std::function<bool()>& isTrue) const { return QTest::qWaitFor(isTrue); }
+
+  QTemporaryDir m_folder;
+  const ActionCatalogue m_catalogue{nullptr, makeTableActions()};
+  EditedGraph m_graph;
+  EditServices m_services{m_graph, m_catalogue};
+  HostSession m_session{&m_services};
+  const HostSession::Scope m_scope{&m_session};
+  Theme m_theme;
+  std::unique_ptr<GraphFiles> m_files;
+  std::unique_ptr<EditWindow> m_window;
+};
+
+TEST_F(EditWindowTest, ASaveCommitsTheFieldThatIsBeingEdited) {
+  EditWindow& window = open();
+  EXPECT_FALSE(window.isWindowModified());
+  EXPECT_TRUE(window.windowTitle().contains(u"g.kelvarin"));
+  EXPECT_TRUE(window.windowTitle().contains(u"out"));
+  type("file", QStringLiteral("other.csv"));
+  EXPECT_EQ(window.editor()->uncommittedState().value(QStringLiteral("file")), u"other.csv");
+  window.save();
+  EXPECT_TRUE(window.isWindowModified());
+  EXPECT_TRUE(waitUntil([&] { return !window.isWindowModified(); }));
+  EXPECT_TRUE(onDisk().contains("<WriteCSV name='out' version='1' file='other.csv'"))
+      << onDisk().constData();
+  EXPECT_TRUE(window.editor()->uncommittedState().isEmpty());
+}
+
+TEST_F(EditWindowTest, AnEditTakenBackIsNoChange) {
+  EditWindow& window = open();
+  enter("file", QStringLiteral("other.csv"));
+  EXPECT_TRUE(window.isWindowModified());
+  enter("file", QStringLiteral("result.csv"));
+  EXPECT_FALSE(window.isWindowModified());
+}
+
+TEST_F(EditWindowTest, WhatTheActionCannotUseStaysInItsFieldWithTheReason) {
+  EditWindow& window = open();
+  enter("separator", QStringLiteral("too long"));
+  EXPECT_FALSE(window.isWindowModified());
+  EXPECT_FALSE(window.editor()->findChild<InfoLine*>()->text().isEmpty());
+  enter("separator", QStringLiteral(";"));
+  EXPECT_TRUE(window.isWindowModified());
+  EXPECT_TRUE(window.editor()->findChild<InfoLine*>()->text().isEmpty());
+}
+
+TEST_F(EditWindowTest, ElementsAreEditedAddedAndRemoved) {
+  EditWindow& window = open(kGraph, "numbers");
+  auto* tree = window.editor()->findChild<QTreeWidget*>();
+  QTreeWidgetItem* value = tree->topLevelItem(1)->child(0);
+  ASSERT_EQ(value->text(0), u"V");
+  value->setText(1, QStringLiteral("42"));
+  EXPECT_TRUE(m_graph.snapshot().document.contains("<Row><V>42</V></Row>"));
+  tree->setCurrentItem(tree->topLevelItem(1));
+  const auto buttons = tree->parentWidget()->findChildren<QToolButton*>();
+  buttons[1]->click();
+  EXPECT_FALSE(m_graph.snapshot().document.contains("<Row>"));
+}
+
+TEST_F(EditWindowTest, FaultsAreShownWithTheirPositionsAndTheFileCanBeMended) {
+  EditWindow& window = open(
+      "<KelvarinGraph>\n<Actions>\n  <ReadCVS name='a'/>\n</Actions>"
+      "<Links><Link from='a' to='b'/></Links></KelvarinGraph>");
+  auto* faults = window.findChild<QTreeWidget*>(QStringLiteral("faults"));
+  ASSERT_TRUE(faults->isVisible());
+  ASSERT_GE(faults->topLevelItemCount(), 1);
+  EXPECT_EQ(faults->topLevelItem(0)->text(0), u"3");
+  EXPECT_TRUE(faults->topLevelItem(0)->text(2).contains(u"ReadCSV"));
+  window.save();  // nothing to save
+  write(kGraph);
+  window.reload();
+  EXPECT_TRUE(waitUntil([&] { return m_graph.actionCount() == 3; }));
+}
+
+TEST_F(EditWindowTest, ClosingAsksAboutChanges) {
+  EditWindow& window = open();
+  type("file", QStringLiteral("other.csv"));
+  window.close();
+  answer(QMessageBox::Cancel);
+  EXPECT_TRUE(window.isVisible());
+  window.close();
+  answer(QMessageBox::Save);
+  EXPECT_TRUE(waitUntil([&] { return !window.isVisible(); }));
+  EXPECT_TRUE(onDisk().contains("other.csv"));
+  EditWindow& again = open();
+  type("file", QStringLiteral("third.csv"));
+  again.close();
+  answer(QMessageBox::Discard);
+  EXPECT_FALSE(again.isVisible());
+  EXPECT_FALSE(onDisk().contains("third.csv"));
+}
+
+TEST_F(EditWindowTest, AGraphChangedOnTheDiskIsNotOverwrittenUnasked) {
+  EditWindow& window = open();
+  enter("file", QStringLiteral("mine.csv"));
+  const QByteArray theirs = QByteArray(kGraph).replace("result.csv", "theirs.csv");
+  write(theirs);
+  window.save();
+  answer(QMessageBox::Cancel);
+  EXPECT_EQ(onDisk(), theirs);
+  window.save();
+  answer(QMessageBox::Save);
+  EXPECT_TRUE(waitUntil([&] { return onDisk().contains("mine.csv"); }));
+  EXPECT_TRUE(waitUntil([&] { return !window.isWindowModified(); }));
+  write(theirs);
+  window.save();
+  answer(QMessageBox::Reset);
+  EXPECT_TRUE(waitUntil([&] { return m_graph.snapshot().document.contains("theirs.csv"); }));
+  EXPECT_FALSE(window.isWindowModified());
+}
+
+TEST_F(EditWindowTest, ACheckLogsBesideAndALineLeadsToItsAction) {
+  EditWindow& window =
+      open(QByteArray(kGraph).replace("'result.csv'", "'/no/such/folder/r.csv'"), "none");
+  window.check();
+  auto* log = window.findChild<QTableView*>(QStringLiteral("log"));
+  ASSERT_TRUE(waitUntil([log] { return log->model()->rowCount() > 0; }));
+  const QModelIndex line = log->model()->index(0, LogModel::action);
+  EXPECT_EQ(line.data().toString(), u"none");  // nothing is linked to it
+  QModelIndex aboutFile;
+  ASSERT_TRUE(waitUntil([&] {
+    for (int row = 0; row < log->model()->rowCount(); ++row) {
+      aboutFile = log->model()->index(row, LogModel::action);
+      if (aboutFile.data().toString() == u"out") {
+        return true;
+      }
+    }
+    return false;
+  }));
+  emit log->activated(aboutFile);
+  EXPECT_TRUE(window.windowTitle().endsWith(u"out"));
+}
+
+// Of each host action: a form without a fault in its use for everybody, that changes nothing.
+TEST_F(EditWindowTest, EveryActionOfTheHostHasAForm) {
+  QByteArray actions;
+  for (const CatalogueEntry& entry : m_catalogue.entries()) {
+    actions += "<" + entry.typeName.toUtf8() + " name='" + entry.typeName.toUtf8() + "'/>";
+  }
+  EditWindow& window =
+      open("<KelvarinGraph><Actions>" + actions + "</Actions></KelvarinGraph>", "");
+  EXPECT_EQ(window.editor(), nullptr);
+  for (int i = 0; i < m_graph.actionCount(); ++i) {
+    window.openAction(i);
+    ASSERT_NE(dynamic_cast<ActionForm*>(window.editor()), nullptr);
+    const ActionDescription* description = descriptionOf(m_graph.action(i));
+    for (const AttributeDescription& attribute : description->attributes) {
+      const auto* field = window.editor()->findChild<QWidget*>(attribute.name);
+      ASSERT_NE(field, nullptr) << attribute.name.toStdString();
+      EXPECT_FALSE(field->accessibleName().isEmpty());
+      EXPECT_NE(field->focusPolicy(), Qt::NoFocus);
+    }
+    window.editor()->commit();
+    EXPECT_FALSE(window.isWindowModified()) << description->typeName;
+  }
+}
+
+TEST(EditLog, KeepsTheLatestLinesAndCopiesThemAsTheCommandLineShowsThem) {
+  LogModel model;
+  std::vector<LogEntry> entries;
+  for (int i = 0; i < LogModel::kMaxLines + 5; ++i) {
+    entries.push_back({LogLevel::warning, QStringLiteral("a"), QString::number(i), {}});
+  }
+  model.append({entries.begin(), entries.begin() + 10});
+  model.append(entries);
+  EXPECT_EQ(model.rowCount(), LogModel::kMaxLines);
+  EXPECT_EQ(model.entry(0).text, u"5");
+  EXPECT_EQ(model.asText({model.index(1, 0), model.index(0, 0)}), u"warning: 5\nwarning: 6");
+}
+
+}  // namespace
+}  // namespace kelvarin

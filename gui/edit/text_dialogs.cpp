@@ -1,0 +1,74 @@
+#include "gui/edit/text_dialogs.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QFile>
+#include <QHeaderView>
+#include <QTextBrowser>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace kelvarin {
+
+namespace {
+
+QString tr(const char* text) {
+  return QCoreApplication::translate("kelvarin::TextDialogs", text);
+}
+
+void showWith(QWidget* content, const QString& title, QWidget* parent) {
+  auto* dialog = new QDialog(parent);
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setWindowTitle(title);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+  QObject::connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
+  auto* layout = new QVBoxLayout(dialog);
+  layout->setContentsMargins(12, 12, 12, 12);
+  layout->setSpacing(8);
+  layout->addWidget(content);
+  layout->addWidget(buttons);
+  const int unit = dialog->fontMetrics().averageCharWidth();
+  dialog->resize(unit * 90, dialog->fontMetrics().height() * 32);
+  dialog->show();
+}
+
+}  // namespace
+
+bool showActionPage(const QString& typeName, QWidget* parent) {
+  QFile page(QStringLiteral(":/kelvarin/help/%1.md").arg(typeName));
+  if (!page.open(QIODevice::ReadOnly)) {
+    return false;
+  }
+  auto* browser = new QTextBrowser;
+  browser->setAccessibleName(typeName);
+  browser->setOpenLinks(false);  // the other pages are not here
+  browser->setMarkdown(QString::fromUtf8(page.readAll()));
+  showWith(browser, tr("%1: help").arg(typeName), parent);
+  return true;
+}
+
+void showKeys(QWidget* window) {
+  auto* keys = new QTreeWidget;
+  keys->setAccessibleName(tr("Keys"));
+  keys->setRootIsDecorated(false);
+  keys->setHeaderLabels({tr("What it does"), tr("Key")});
+  keys->header()->setStretchLastSection(false);
+  keys->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  keys->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+  for (const QAction* action : window->findChildren<QAction*>()) {
+    if (action->shortcut().isEmpty() || action->text().isEmpty()) {
+      continue;
+    }
+    QStringList shortcuts;
+    for (const QKeySequence& shortcut : action->shortcuts()) {
+      shortcuts += shortcut.toString(QKeySequence::NativeText);
+    }
+    new QTreeWidgetItem(keys, {QString(action->text()).remove(u'&'), shortcuts.join(u", ")});
+  }
+  keys->sortItems(0, Qt::AscendingOrder);
+  showWith(keys, tr("Keyboard"), window);
+}
+
+}  // namespace kelvarin

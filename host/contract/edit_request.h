@@ -1,0 +1,25 @@
+// What the program asks of the library with its windows, libKelvarinGui.so, which lies beside
+// KelvarinCore and is opened by `kelvarin edit`.
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include <QString>
+
+namespace kelvarin {
+
+struct EditRequest {
+  QString graph;
+  QString action;                                     // empty: the user chooses one
+  QString plugin;                                     // empty: the default one
+  std::vector<std::pair<QString, QString>> settings;  // parameters of the graph and their values
+  int closeAfterMilliseconds = -1;                    // for tests; negative: when the user closes
+};
+
+// Shows the window until it is closed. No application object may exist. Returns the exit status.
+using EditFunction = int (*)(int argc, char** argv, const EditRequest& request);
+inline constexpr char kEditFunction[] = "kelvarinEdit";
+inline constexpr char kGuiLibrary[] = "libKelvarinGui.so";
+
+}  // namespace kelvarin
