@@ -324,7 +324,7 @@ CompletionList Completion::at(const QString& expression, qsizetype cursor, bool 
     return list;
   }
   std::vector<Match> matches = matchesOf(typed.text);
-  const std::size_t count = std::min(matches.size(), kMostCandidates);
+  const std::size_t count = std::min(matches.size(), kMaxCandidates);
   std::partial_sort(matches.begin(), matches.begin() + static_cast<std::ptrdiff_t>(count),
                     matches.end(), [](const Match& a, const Match& b) {
                       return a.score != b.score ? a.score > b.score

@@ -56,7 +56,7 @@ void ExpressionHistory::save() const {
 void ExpressionHistory::limit() {
   std::size_t count = 0;
   std::erase_if(m_entries,
-                [&](const Entry& entry) { return !entry.isStarred && ++count > kMostEntries; });
+                [&](const Entry& entry) { return !entry.isStarred && ++count > kMaxEntries; });
 }
 
 std::vector<ExpressionHistory::Entry>::iterator ExpressionHistory::find(const QString& expression) {

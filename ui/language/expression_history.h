@@ -13,7 +13,7 @@ namespace kelvarin {
 
 class ExpressionHistory {
  public:
-  static constexpr std::size_t kMostEntries = 50;  // starred ones apart
+  static constexpr std::size_t kMaxEntries = 50;  // starred ones apart
 
   struct Entry {
     QString expression;

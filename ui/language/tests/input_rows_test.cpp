@@ -24,7 +24,7 @@ TEST(ExpressionHistory, KeepsTheLatestAndTheStarred) {
   history.add(QStringLiteral("1"));
   const ExpressionHistory again(QStringLiteral("Filter"));
   EXPECT_EQ(again.entries(), history.entries());
-  ASSERT_EQ(again.entries().size(), ExpressionHistory::kMostEntries + 1);
+  ASSERT_EQ(again.entries().size(), ExpressionHistory::kMaxEntries + 1);
   EXPECT_EQ(again.entries()[0].expression.toStdString(), "x + 20");
   EXPECT_EQ(again.entries()[1].expression.toStdString(), "x + 59");
   EXPECT_EQ(again.entries().back(), (ExpressionHistory::Entry{QStringLiteral("x + 3"), true}));
@@ -32,7 +32,7 @@ TEST(ExpressionHistory, KeepsTheLatestAndTheStarred) {
   EXPECT_TRUE(ExpressionHistory(QStringLiteral("Other")).entries().empty());
 
   history.setStarred(QStringLiteral("x + 3"), false);
-  EXPECT_EQ(history.entries().size(), ExpressionHistory::kMostEntries);
+  EXPECT_EQ(history.entries().size(), ExpressionHistory::kMaxEntries);
 }
 
 }  // namespace
