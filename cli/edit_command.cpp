@@ -1,5 +1,5 @@
-// `kelvarin edit`: the property editors of a graph's actions in a window, which a library of its own
-// brings along.
+// `kelvarin edit`: the property editors of a graph's actions in a window, which a library of its
+// own brings along.
 #include <cstdio>
 #include <filesystem>
 

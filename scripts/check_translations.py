@@ -16,7 +16,7 @@ PLACEHOLDER = re.compile(r"%(?:L?\d+|n)")
 
 
 def mnemonics(text):
-    return len(re.findall(r"&[^&\s]", text.replace("&&", "")))
+    return [key.lower() for key in re.findall(r"&([^&\s])", text.replace("&&", ""))]
 
 
 def fault_of(source, translation):
@@ -29,16 +29,30 @@ def fault_of(source, translation):
             return "not translated"
         if set(PLACEHOLDER.findall(source)) - {"%n"} != set(PLACEHOLDER.findall(form)) - {"%n"}:
             return f"other placeholders in '{form}'"
-        if mnemonics(source) != mnemonics(form):
+        if len(mnemonics(source)) != len(mnemonics(form)):
             return f"one of both has a mnemonic: '{form}'"
         if source.endswith(":") != form.endswith(":"):
             return f"one of both ends with a colon: '{form}'"
     return None
 
 
+def shared_mnemonics(context):
+    """Keys that two texts of a window share in the translation, but not in the source."""
+    owners = {}
+    for message in context.iter("message"):
+        source, form = message.findtext("source") or "", message.findtext("translation") or ""
+        for own, key in zip(mnemonics(source), mnemonics(form)):
+            for other_source, other_own in owners.setdefault(key, []):
+                if own != other_own:
+                    yield f"'{source}' and '{other_source}': both have the mnemonic '{key}'"
+            owners[key].append((source, own))
+
+
 def findings_in(path):
     for context in xml.etree.ElementTree.parse(path).getroot().iter("context"):
         name = context.findtext("name")
+        for fault in shared_mnemonics(context):
+            yield f"{os.path.basename(path)}: {name}: {fault}"
         for message in context.iter("message"):
             source = message.findtext("source") or ""
             fault = fault_of(source, message.find("translation"))

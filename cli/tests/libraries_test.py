@@ -6,6 +6,8 @@ import unittest
 
 from program import ProgramTest, calculator, graph
 
+# What only a window needs.
+WINDOWS = {"Qt6Widgets", "KelvarinWidgets", "KelvarinEditors", "KelvarinGui"}
 LOADED = re.compile(r"calling init: \S*/lib(\w+)")
 
 
@@ -14,15 +16,18 @@ class LibrariesTest(ProgramTest):
         super().setUp()
         self.write("in.csv", "a\n1\n")
 
-    def loaded(self, *arguments):
-        result = self.kelvarin(*arguments, env={**os.environ, "LD_DEBUG": "libs"})
+    def loaded(self, *arguments, **environment):
+        result = self.kelvarin(*arguments, env={**os.environ, "LD_DEBUG": "libs", **environment})
         libraries = set(LOADED.findall(result.stderr))
         self.assertIn("Qt6Core", libraries)
         return libraries
 
-    def run_of(self, sink):
+    def write_graph(self, sink):
         actions = "<ReadCSV name='in' file='in.csv'/>" + calculator("c", ["a"], [("name='b'", "a+1")]) + sink
         self.write("g.kelvarin", graph(actions, ["in c", "c out"]))
+
+    def run_of(self, sink):
+        self.write_graph(sink)
         return self.loaded("run", "g.kelvarin", "--quiet")
 
     def test_an_expression_needs_neither_a_screen_nor_arrow(self):
@@ -30,8 +35,28 @@ class LibrariesTest(ProgramTest):
             libraries = self.loaded(*command)
             self.assertFalse(libraries & {"Qt6Gui", "Qt6Widgets", "Qt6Svg", "arrow", "parquet"}, command)
 
-    def test_a_run_loads_no_widgets(self):
-        self.assertFalse(self.run_of("<WriteCSV name='out' file='out.csv'/>") & {"Qt6Widgets", "arrow", "parquet"})
+    def test_runs_and_checks_load_no_widgets(self):
+        self.assertFalse(self.run_of("<WriteCSV name='out' file='out.csv'/>") & (WINDOWS | {"arrow", "parquet"}))
+        self.assertFalse(self.loaded("check", "g.kelvarin") & WINDOWS)
+        self.assertFalse(self.loaded("eval", "1+1") & WINDOWS)
+
+    def test_a_window_loads_its_libraries(self):
+        self.write_graph("<WriteCSV name='out' file='out.csv'/>")
+        screen = {"QT_QPA_PLATFORM": "offscreen", "XDG_CONFIG_HOME": self.folder}
+        without_editor = self.loaded("edit", "g.kelvarin", "--close-after", "0", **screen)
+        self.assertEqual(without_editor & WINDOWS, WINDOWS - {"KelvarinEditors"})
+        self.assertEqual(self.loaded("edit", "g.kelvarin", "c", "--close-after", "0", **screen) & WINDOWS, WINDOWS)
+
+    def test_without_a_screen_there_is_a_reason_and_no_crash(self):
+        self.write_graph("<WriteCSV name='out' file='out.csv'/>")
+        environment = {name: value for name, value in os.environ.items()
+                       if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
+        for screen in ({}, {"DISPLAY": ":no-such-screen"}, {"QT_QPA_PLATFORM": "no-such-platform"}):
+            result = self.kelvarin("edit", "g.kelvarin", status=1, env={**environment, **screen})
+            self.assertRegex(result.stderr, "^error: (There is no screen|No window can be opened)")
+            self.assertEqual(len(result.stderr.splitlines()), 1, result.stderr)
+        result = self.kelvarin("edit", "absent.kelvarin", status=1, env={**environment, "QT_QPA_PLATFORM": "offscreen"})
+        self.assertIn("absent.kelvarin", result.stderr)
 
     def test_arrow_is_loaded_for_its_files(self):
         libraries = self.run_of("<WriteParquet name='out' file='out.parquet'/>")

@@ -8,7 +8,7 @@ namespace kelvarin {
 
 namespace {
 
-constexpr std::size_t kMostWaiting = 10'000;
+constexpr std::size_t kMaxWaiting = 10'000;
 
 }  // namespace
 
@@ -24,7 +24,7 @@ void EditServices::log(LogLevel level, const QString& text, const ActionItem* ac
 void EditServices::logDetailed(LogLevel level, const QString& text, const ActionItem* action,
                                const LogDetails& details) {
   const std::lock_guard lock(m_mutex);
-  if (m_waiting.size() >= kMostWaiting) {
+  if (m_waiting.size() >= kMaxWaiting) {
     ++m_lostCount;
     return;
   }

@@ -23,9 +23,9 @@ Severity severityOf(LogLevel level) {
 }  // namespace
 
 void LogModel::append(const std::vector<LogEntry>& entries) {
-  const std::size_t skipped = entries.size() > kMostLines ? entries.size() - kMostLines : 0;
+  const std::size_t skipped = entries.size() > kMaxLines ? entries.size() - kMaxLines : 0;
   const int added = static_cast<int>(entries.size() - skipped);
-  const int excess = rowCount() + added - kMostLines;
+  const int excess = rowCount() + added - kMaxLines;
   if (excess > 0) {
     beginRemoveRows({}, 0, excess - 1);
     m_entries.erase(m_entries.begin(), m_entries.begin() + excess);

@@ -16,7 +16,7 @@ class LogModel : public QAbstractTableModel {
 
  public:
   enum Column { level, action, text, columnCountOfLog };
-  static constexpr int kMostLines = 10'000;
+  static constexpr int kMaxLines = 10'000;
 
   using QAbstractTableModel::QAbstractTableModel;
 

@@ -2,17 +2,25 @@
 #include <memory>
 
 #include <gtest/gtest.h>
-#include <QApplication>
 #include <QFile>
 #include <QPluginLoader>
 #include <QTemporaryDir>
 
 #include "host/contract/action_item.h"
 #include "host/contract/plugin_interface.h"
+#include "host/contract/screen.h"
 #include "host/testing/recording_host.h"
-#include "host/widgets/widget_screen.h"
 
 namespace {
+
+class EmptyScreen final : public kelvarin::Screen {
+ public:
+  double pixelSize() override { return 1.0; }
+  int pickColumn(const QStringList&, int, QWidget*) override { return -1; }
+  QStringList pickColumns(const QStringList&, const QStringList& selected, QWidget*) override {
+    return selected;
+  }
+};
 
 TEST(EditorsLoader, SaysOnceWhichLibraryIsMissingAndOnlyWhereThereIsAScreen) {
   QTemporaryDir folder;
@@ -26,12 +34,7 @@ TEST(EditorsLoader, SaysOnceWhichLibraryIsMissingAndOnlyWhereThereIsAScreen) {
   EXPECT_EQ(action->editPropertyFrame(nullptr), nullptr);
   EXPECT_TRUE(host.log().empty());
 
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  int count = 1;
-  char name[] = "test";
-  char* arguments[] = {name, nullptr};
-  const QApplication application(count, arguments);
-  kelvarin::WidgetScreen screen;
+  EmptyScreen screen;
   kelvarin::installScreen(&screen);
   EXPECT_EQ(action->editPropertyFrame(nullptr), nullptr);
   EXPECT_EQ(action->editPropertyFrame(nullptr), nullptr);

@@ -40,10 +40,27 @@ QString withoutPlural(const QString& word) {
   return isPlural ? word.chopped(1) : word;
 }
 
+// Words that people take for those of the comments.
+constexpr std::pair<QLatin1String, QLatin1String> kSynonyms[] = {
+    {QLatin1String("text"), QLatin1String("string")},
+    {QLatin1String("space"), QLatin1String("blank")},
+    {QLatin1String("whitespace"), QLatin1String("blank")},
+    {QLatin1String("join"), QLatin1String("concatenation")},
+    {QLatin1String("append"), QLatin1String("concatenation")},
+    {QLatin1String("end"), QLatin1String("last")},
+};
+
+QString wordOfComments(const QString& word) {
+  const QString singular = withoutPlural(word);
+  const auto found = std::find_if(std::begin(kSynonyms), std::end(kSynonyms),
+                                  [&](const auto& pair) { return pair.first == singular; });
+  return found == std::end(kSynonyms) ? singular : QString(found->second);
+}
+
 QStringList wordsOf(const QString& text) {
   static const QRegularExpression between(QStringLiteral("[^\\p{L}\\p{N}]+"));
   QStringList words = text.toLower().split(between, Qt::SkipEmptyParts);
-  std::transform(words.begin(), words.end(), words.begin(), withoutPlural);
+  std::transform(words.begin(), words.end(), words.begin(), wordOfComments);
   return words;
 }
 
@@ -111,7 +128,7 @@ HelpSearch::HelpSearch(const Translate& translate) {
 }
 
 int HelpSearch::scoreOf(const Index& index, const QString& word) {
-  const QString stem = withoutPlural(word);
+  const QString stem = wordOfComments(word);
   const bool isLong = word.size() >= kMinPart;
   const auto contains = [&](const QString& name) { return name.contains(word); };
   const std::array<std::pair<bool, int>, 12> rules = {{

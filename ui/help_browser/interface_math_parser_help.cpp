@@ -43,7 +43,6 @@ QTreeWidgetItem* itemOf(const LanguageEntry& entry) {
 
 QTreeWidgetItem* headingOf(const QString& text) {
   auto* item = new QTreeWidgetItem({text});
-  item->setFlags(item->flags() & ~Qt::ItemIsSelectable);
   QFont font = QApplication::font();
   font.setBold(true);
   item->setFont(0, font);
@@ -277,8 +276,10 @@ bool Interface_mathParserHelp::eventFilter(QObject* watched, QEvent* event) {
   }
   const int key = static_cast<QKeyEvent*>(event)->key();
   const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
-  if (isEnter && entryOf(shownTree()->currentItem()) != nullptr) {
-    insert(shownTree()->currentItem());
+  QTreeWidgetItem* current = shownTree()->currentItem();
+  if (isEnter && current != nullptr) {
+    insert(current);
+    current->setExpanded(!current->isExpanded());
     return true;
   }
   if (watched == m_query && (key == Qt::Key_Down || key == Qt::Key_Up)) {

@@ -67,6 +67,22 @@ QString humpsOf(const QString& name) {
   return humps;
 }
 
+// `prTo` is for `priceTotal`: a capital goes on with the next part of the name that begins so.
+bool hasPartsInOrder(const QString& name, const QString& word) {
+  qsizetype at = 0;
+  for (qsizetype i = 0; i < word.size(); ++i, ++at) {
+    const QChar letter = word[i].toLower();
+    while (i > 0 && word[i].isUpper() && at < name.size() &&
+           !(beginsPart(name, at) && name[at].toLower() == letter)) {
+      ++at;
+    }
+    if (at >= name.size() || name[at].toLower() != letter) {
+      return false;
+    }
+  }
+  return true;
+}
+
 bool hasLettersInOrder(const QString& text, const QString& letters) {
   qsizetype at = 0;
   for (const QChar letter : letters) {
@@ -89,7 +105,7 @@ double fitOf(const QString& name, const QString& folded, const QString& humps, c
   if (at == 0) {
     return name == word ? fit::kSame : name.startsWith(word) ? fit::kSamePrefix : fit::kPrefix;
   }
-  if (humps.startsWith(foldedWord)) {
+  if (humps.startsWith(foldedWord) || hasPartsInOrder(name, word)) {
     return fit::kHumps;
   }
   if (at > 0) {
@@ -308,7 +324,7 @@ CompletionList Completion::at(const QString& expression, qsizetype cursor, bool 
     return list;
   }
   std::vector<Match> matches = matchesOf(typed.text);
-  const std::size_t count = std::min(matches.size(), kMostCandidates);
+  const std::size_t count = std::min(matches.size(), kMaxCandidates);
   std::partial_sort(matches.begin(), matches.begin() + static_cast<std::ptrdiff_t>(count),
                     matches.end(), [](const Match& a, const Match& b) {
                       return a.score != b.score ? a.score > b.score

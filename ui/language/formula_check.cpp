@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "expression/evaluator/constants.h"
-#include "expression/evaluator/expression_set.h"
 #include "expression/evaluator/expression_warnings.h"
 #include "expression/evaluator/variable_names.h"
 #include "expression/functions/called_functions.h"
@@ -38,8 +36,7 @@ QStringList namesOf(const PinColumns& columns) {
 }
 
 // Finds errors as a check does, but for those that only an evaluation finds.
-ExpressionCheck compiledOnly(const Formula& formula) {
-  FormulaEvaluator evaluator(formula);
+ExpressionCheck compiledOnly(FormulaEvaluator& evaluator) {
   const Status<ExpressionError> added = evaluator.addOutput();
   if (!added) {
     return ExpressionCheck::failure(added.error());
@@ -49,19 +46,12 @@ ExpressionCheck compiledOnly(const Formula& formula) {
   return check;
 }
 
-ExpressionCheck checkOf(const Formula& formula, CheckDepth depth) {
+ExpressionCheck checkOf(const Formula& formula, CheckDepth depth, FormulaEvaluator& evaluator) {
   if (const auto named = checkNames(formula.variables, formula.options); !named) {
     return ExpressionCheck::failure(named.error());
   }
-  ExpressionCheck check;
-  if (depth == CheckDepth::compiledOnly) {
-    check = compiledOnly(formula);
-  } else {
-    ExpressionSet expressions;
-    expressions.configure(formula.options, formula.variables, &formula.parameters, false);
-    expressions.setBounds(FormulaEvaluator::bounds());
-    check = expressions.check(formula.output, formula.use);
-  }
+  ExpressionCheck check =
+      depth == CheckDepth::compiledOnly ? compiledOnly(evaluator) : evaluator.checkOutput();
   const ExpressionPurpose purpose =
       formula.use == ResultUse::truth ? ExpressionPurpose::condition : ExpressionPurpose::value;
   check.setWarnings(warningsAboutNames(formula.variables) +
@@ -149,11 +139,10 @@ QString engineInWords(const EngineChoice& choice, const Formula& formula) {
   return engine;
 }
 
-std::vector<FormulaValue> valuesOfRows(const Formula& formula,
+std::vector<FormulaValue> valuesOfRows(const Formula& formula, FormulaEvaluator& evaluator,
                                        std::chrono::steady_clock::time_point deadline) {
   std::vector<FormulaValue> values;
-  FormulaEvaluator evaluator(formula);
-  if (!evaluator.hasRows() || !evaluator.addOutput()) {
+  if (!evaluator.hasRows() || !evaluator.hasOutput()) {
     return values;
   }
   evaluator.start();
@@ -204,7 +193,8 @@ FormulaAnswer checkFormula(const Formula& asked, CheckDepth depth,
                            std::chrono::steady_clock::time_point deadline) {
   const Formula formula = withParametersReplaced(asked);
   FormulaAnswer answer;
-  answer.check = checkOf(formula, depth);
+  FormulaEvaluator evaluator(formula);
+  answer.check = checkOf(formula, depth, evaluator);
   const FaultRange fault = faultRangeOf(answer.check, formula);
   answer.faultStart = fault.start;
   answer.faultSize = fault.size;
@@ -221,7 +211,7 @@ FormulaAnswer checkFormula(const Formula& asked, CheckDepth depth,
   append(answer.message, obstacle);
   answer.isComplete = depth == CheckDepth::evaluated;
   if (obstacle.isEmpty()) {
-    answer.values = valuesOfRows(formula, deadline);
+    answer.values = valuesOfRows(formula, evaluator, deadline);
   }
   return answer;
 }

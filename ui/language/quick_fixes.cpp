@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "expression/help/expression_hint.h"
 #include "expression/tokens/expression_tokens.h"
 #include "host/contract/nearest_names.h"
 #include "ui/language/column_variable.h"
@@ -67,7 +68,7 @@ class FixFinder {
     const QString name = m_formula.output.expression.sliced(span.start, span.size);
     const std::vector<PinColumns::Column>& columns = m_formula.columns.columns;
     for (const PinColumns::Column& column : columns) {
-      if (column.name == name || variableForColumn(column, m_formula.variables).name() == name) {
+      if (column.name == name || variableNameFor(column.name) == name) {
         addColumn(span, column);
       }
     }

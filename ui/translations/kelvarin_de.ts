@@ -1197,6 +1197,290 @@
     </message>
 </context>
 <context>
+    <name>Language</name>
+    <message>
+        <source>The expression takes too long to be tried here: more than a second for a row. Write it shorter, or split it into several expressions.</source>
+        <translation>Der Ausdruck braucht zu lange, um hier probiert zu werden: mehr als eine Sekunde für eine Zeile. Schreiben Sie ihn kürzer, oder teilen Sie ihn in mehrere Ausdrücke auf.</translation>
+    </message>
+    <message>
+        <source>An earlier expression is still being evaluated, so this one is not tried.</source>
+        <translation>Ein früherer Ausdruck wird noch ausgewertet, deshalb wird dieser nicht probiert.</translation>
+    </message>
+    <message>
+        <source>What &apos;%1&apos; reads is read at the start of a run, so there are no values here.</source>
+        <translation>Was &apos;%1&apos; liest, wird zu Beginn eines Laufs gelesen; hier gibt es deshalb keine Werte.</translation>
+    </message>
+    <message>
+        <source>The key &apos;%1&apos; is missing, which stops the run.</source>
+        <translation>Der Schlüssel &apos;%1&apos; fehlt, was den Lauf anhält.</translation>
+    </message>
+    <message>
+        <source>The variable &apos;%1&apos; has no column: the input has none that is named &apos;%2&apos;.</source>
+        <translation>Die Variable &apos;%1&apos; hat keine Spalte: in der Eingabe heißt keine &apos;%2&apos;.</translation>
+    </message>
+    <message>
+        <source>The step debugger evaluates with the String parser, which does not know &apos;%1&apos;.</source>
+        <translation>Der Schritt-Debugger wertet mit dem String Parser aus, der &apos;%1&apos; nicht kennt.</translation>
+    </message>
+    <message>
+        <source>Write &apos;%1&apos;, which all engines know.</source>
+        <translation>Schreiben Sie &apos;%1&apos;, das alle Rechenwerke kennen.</translation>
+    </message>
+    <message>
+        <source>Replace by &apos;%1&apos;</source>
+        <translation>Durch &apos;%1&apos; ersetzen</translation>
+    </message>
+    <message>
+        <source>Make the column &apos;%1&apos; an input variable</source>
+        <translation>Die Spalte &apos;%1&apos; zur Eingabevariablen machen</translation>
+    </message>
+    <message>
+        <source>Compare with &apos;==&apos; instead of assigning</source>
+        <translation>Mit &apos;==&apos; vergleichen statt zuzuweisen</translation>
+    </message>
+    <message>
+        <source>Close the text with a quote</source>
+        <translation>Den Text mit einem Anführungszeichen schließen</translation>
+    </message>
+    <message>
+        <source>Add the missing &apos;%1&apos; at the end</source>
+        <translation>Das fehlende &apos;%1&apos; am Ende ergänzen</translation>
+    </message>
+    <message>
+        <source>Join the texts with &apos;//&apos;</source>
+        <translation>Die Texte mit &apos;//&apos; verketten</translation>
+    </message>
+    <message>
+        <source>number</source>
+        <translation>Zahl</translation>
+    </message>
+    <message>
+        <source>key</source>
+        <translation>Schlüssel</translation>
+    </message>
+    <message>
+        <source>text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>date, as an elapsed time</source>
+        <translation>Datum, als verstrichene Zeit</translation>
+    </message>
+    <message>
+        <source>true or false</source>
+        <translation>wahr oder falsch</translation>
+    </message>
+    <message>
+        <source>number, stored as a text</source>
+        <translation>Zahl, als Text gespeichert</translation>
+    </message>
+    <message>
+        <source>number: true unless it is 0 or missing</source>
+        <translation>Zahl: wahr, wenn sie nicht 0 ist und nicht fehlt</translation>
+    </message>
+    <message>
+        <source>text: true unless it is empty or missing</source>
+        <translation>Text: wahr, wenn er nicht leer ist und nicht fehlt</translation>
+    </message>
+    <message>
+        <source>%1, because the %2 does not take &apos;%3&apos;</source>
+        <translation>%1, weil der %2 &apos;%3&apos; nicht annimmt</translation>
+    </message>
+    <message>
+        <source>%1, because the %2 does not take the expression</source>
+        <translation>%1, weil der %2 den Ausdruck nicht annimmt</translation>
+    </message>
+    <message>
+        <source>%1, because the result is a text</source>
+        <translation>%1, weil das Ergebnis ein Text ist</translation>
+    </message>
+    <message>
+        <source>%1, because the step debugger looks on</source>
+        <translation>%1, weil der Schritt-Debugger zusieht</translation>
+    </message>
+    <message>
+        <source>%1, because the JIT compiler is switched off</source>
+        <translation>%1, weil der JIT-Compiler ausgeschaltet ist</translation>
+    </message>
+    <message>
+        <source>%1 because `%2` is %1</source>
+        <translation>%1, weil `%2` %1 ist</translation>
+    </message>
+    <message>
+        <source>%1 because `%2` gives %1</source>
+        <translation>%1, weil `%2` %1 ergibt</translation>
+    </message>
+    <message>
+        <source>graph parameter</source>
+        <translation>Parameter des Graphen</translation>
+    </message>
+    <message>
+        <source>column, not yet an input variable</source>
+        <translation>Spalte, noch keine Eingabevariable</translation>
+    </message>
+    <message>
+        <source>column &apos;%1&apos;</source>
+        <translation>Spalte &apos;%1&apos;</translation>
+    </message>
+    <message>
+        <source>number of the row, counted from 0</source>
+        <translation>Nummer der Zeile, ab 0 gezählt</translation>
+    </message>
+    <message>
+        <source>for &apos;%1&apos;</source>
+        <translation>für &apos;%1&apos;</translation>
+    </message>
+    <message>
+        <source>Engines: %1</source>
+        <translation>Rechenwerke: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ShownValue</name>
+    <message>
+        <source>(empty)</source>
+        <translation>(leer)</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin</name>
+    <message>
+        <source>%1: help</source>
+        <translation>%1: Hilfe</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>What it does</source>
+        <translation>Was sie tut</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Taste</translation>
+    </message>
+    <message>
+        <source>Keyboard</source>
+        <translation>Tastatur</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ActionForm</name>
+    <message>
+        <source>This action has no settings.</source>
+        <translation>Diese Aktion hat keine Einstellungen.</translation>
+    </message>
+    <message>
+        <source>Values: %1.</source>
+        <translation>Werte: %1.</translation>
+    </message>
+    <message>
+        <source>%1 Default: &quot;%2&quot;.</source>
+        <translation>%1 Vorgabe: &quot;%2&quot;.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ActionList</name>
+    <message>
+        <source>Actions of the graph</source>
+        <translation>Aktionen des Graphen</translation>
+    </message>
+    <message>
+        <source>&amp;Actions</source>
+        <translation>&amp;Aktionen</translation>
+    </message>
+    <message>
+        <source>Search names and types</source>
+        <translation>Namen und Typen suchen</translation>
+    </message>
+    <message>
+        <source>Search actions</source>
+        <translation>Aktionen suchen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ActionListModel</name>
+    <message>
+        <source>%1, %2, changed</source>
+        <translation>%1, %2, geändert</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::BackgroundTask</name>
+    <message>
+        <source>The memory does not suffice.</source>
+        <translation>Der Speicher reicht nicht aus.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::BlockFilterPage</name>
+    <message>
+        <source>Blocks that are read</source>
+        <translation>Blöcke, die gelesen werden</translation>
+    </message>
+    <message>
+        <source>&amp;Skip the blocks for which this expression is false:</source>
+        <translation>Blöcke ü&amp;berspringen, für die dieser Ausdruck falsch ist:</translation>
+    </message>
+    <message>
+        <source>Block filter</source>
+        <translation>Blockfilter</translation>
+    </message>
+    <message>
+        <source>Blocks read ahead</source>
+        <translation>Im Voraus gelesene Blöcke</translation>
+    </message>
+    <message>
+        <source>Blocks read a&amp;head:</source>
+        <translation>Im &amp;Voraus gelesene Blöcke:</translation>
+    </message>
+    <message>
+        <source>Read on a thread of their own while rows are computed; 0: none.</source>
+        <translation>Werden in einem eigenen Thread gelesen, während Zeilen berechnet werden; 0: keine.</translation>
+    </message>
+    <message>
+        <source>What the expression knows of a block</source>
+        <translation>Was der Ausdruck von einem Block weiß</translation>
+    </message>
+    <message>
+        <source>Variables of the block filter</source>
+        <translation>Variablen des Blockfilters</translation>
+    </message>
+    <message>
+        <source>Column of the file</source>
+        <translation>Spalte der Datei</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation>Nach unten</translation>
+    </message>
+    <message>
+        <source>add &apos;_n_min&apos; and &apos;_n_max&apos; as input vars</source>
+        <translation>&apos;_n_min&apos; und &apos;_n_max&apos; als Eingabevariablen anbieten</translation>
+    </message>
+    <message>
+        <source>The numbers of the block&apos;s first and last row, from 0.</source>
+        <translation>Die Nummern der ersten und letzten Zeile des Blocks, ab 0.</translation>
+    </message>
+    <message>
+        <source>&amp;Dates and times</source>
+        <translation>&amp;Datum und Zeit</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::CallTipWindow</name>
     <message>
         <source>How the function is called</source>
@@ -1204,10 +1488,430 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::ColumnSetsModel</name>
+    <message>
+        <source>The column &apos;%1&apos; does not reach this action.</source>
+        <translation>Die Spalte &apos;%1&apos; erreicht diese Aktion nicht.</translation>
+    </message>
+    <message>
+        <source>not written</source>
+        <translation>nicht geschrieben</translation>
+    </message>
+    <message>
+        <source>Column</source>
+        <translation>Spalte</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Typ</translation>
+    </message>
+    <message>
+        <source>Set</source>
+        <translation>Satz</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ColumnarEditor</name>
+    <message>
+        <source>Groups of settings</source>
+        <translation>Gruppen von Einstellungen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ColumnarTexts</name>
+    <message>
+        <source>%1 row</source>
+        <translation>%1 Zeile</translation>
+    </message>
+    <message>
+        <source>%1 rows</source>
+        <translation>%1 Zeilen</translation>
+    </message>
+    <message>
+        <source>%1 block</source>
+        <translation>%1 Block</translation>
+    </message>
+    <message>
+        <source>%1 blocks</source>
+        <translation>%1 Blöcke</translation>
+    </message>
+    <message>
+        <source>%1 column</source>
+        <translation>%1 Spalte</translation>
+    </message>
+    <message>
+        <source>%1 columns</source>
+        <translation>%1 Spalten</translation>
+    </message>
+    <message>
+        <source>%1 column set</source>
+        <translation>%1 Spaltensatz</translation>
+    </message>
+    <message>
+        <source>%1 column sets</source>
+        <translation>%1 Spaltensätze</translation>
+    </message>
+    <message>
+        <source>The column-set file &apos;%1&apos; cannot be opened. Put it beside the main file.</source>
+        <translation>Die Spaltensatz-Datei &apos;%1&apos; lässt sich nicht öffnen. Legen Sie sie neben die Hauptdatei.</translation>
+    </message>
+    <message>
+        <source>Damaged: the file is cut after %1. Salvage writes what is whole to a new table.</source>
+        <translation>Beschädigt: die Datei ist nach %1 abgeschnitten. Retten schreibt, was heil ist, in eine neue Tabelle.</translation>
+    </message>
+    <message>
+        <source>Damaged: %1 cannot be read. Verify shows where; Salvage writes what is whole to a new table.</source>
+        <translation>Beschädigt: %1 nicht lesbar. Prüfen zeigt, wo; Retten schreibt, was heil ist, in eine neue Tabelle.</translation>
+    </message>
+    <message>
+        <source>Number</source>
+        <translation>Zahl</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Schlüssel</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>%1 of up to %2</source>
+        <translation>%1 mit bis zu %2</translation>
+    </message>
+    <message>
+        <source>Sorted on &apos;%1&apos;, descending</source>
+        <translation>Nach &apos;%1&apos; sortiert, absteigend</translation>
+    </message>
+    <message>
+        <source>Sorted on &apos;%1&apos;, ascending</source>
+        <translation>Nach &apos;%1&apos; sortiert, aufsteigend</translation>
+    </message>
+    <message>
+        <source>Incomplete: its writer is at work. What is finished can be read already.</source>
+        <translation>Unvollständig: sie wird gerade geschrieben. Was fertig ist, kann schon gelesen werden.</translation>
+    </message>
+    <message>
+        <source>Incomplete: its writer was stopped. Salvage writes what is whole to a new table.</source>
+        <translation>Unvollständig: das Schreiben wurde abgebrochen. Retten schreibt, was heil ist, in eine neue Tabelle.</translation>
+    </message>
+    <message>
+        <source>Complete</source>
+        <translation>Vollständig</translation>
+    </message>
+    <message>
+        <source>skips %1 of %2 of this file</source>
+        <translation>überspringt %1 von %2 dieser Datei</translation>
+    </message>
+    <message>
+        <source>%1; damaged blocks are not counted</source>
+        <translation>%1; beschädigte Blöcke zählen nicht</translation>
+    </message>
+    <message>
+        <source>%1: no row is left</source>
+        <translation>%1: keine Zeile bleibt übrig</translation>
+    </message>
+    <message>
+        <source>%1, and reads %2</source>
+        <translation>%1 und liest %2</translation>
+    </message>
+    <message>
+        <source>%1 in %2 were checked</source>
+        <translation>%1 in %2 geprüft</translation>
+    </message>
+    <message>
+        <source>%2: %1 damaged place.</source>
+        <translation>%2: %1 beschädigte Stelle.</translation>
+    </message>
+    <message>
+        <source>%2: %1 damaged places.</source>
+        <translation>%2: %1 beschädigte Stellen.</translation>
+    </message>
+    <message>
+        <source>Salvage writes what is whole to a new table.</source>
+        <translation>Retten schreibt, was heil ist, in eine neue Tabelle.</translation>
+    </message>
+    <message>
+        <source>%1: no damage, but the file is incomplete.</source>
+        <translation>%1: kein Schaden, aber die Datei ist unvollständig.</translation>
+    </message>
+    <message>
+        <source>%1: no damage.</source>
+        <translation>%1: kein Schaden.</translation>
+    </message>
+    <message>
+        <source>There is no whole block of rows, so nothing was written.</source>
+        <translation>Kein Block von Zeilen ist heil, deshalb wurde nichts geschrieben.</translation>
+    </message>
+    <message>
+        <source>%1 in %2 were written to &apos;%3&apos;.</source>
+        <translation>%1 in %2 wurden nach &apos;%3&apos; geschrieben.</translation>
+    </message>
+    <message>
+        <source>Of them, %1 had no sound descriptor and came from the column-set files alone.</source>
+        <translation>Davon hatten %1 keine heile Beschreibung und kamen allein aus den Spaltensatz-Dateien.</translation>
+    </message>
+    <message>
+        <source>%1 with %2 are lost.</source>
+        <translation>%1 mit %2 sind verloren.</translation>
+    </message>
+    <message>
+        <source>Some rows are lost where no descriptor counts them; those before and after them now follow one another.</source>
+        <translation>Einige Zeilen sind verloren, wo keine Beschreibung sie zählt; die davor und dahinter folgen nun aufeinander.</translation>
+    </message>
+    <message>
+        <source>A block that the writer had not finished was not taken.</source>
+        <translation>Ein Block, der nicht fertig geschrieben war, wurde nicht übernommen.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ColumnsToReadModel</name>
+    <message>
+        <source>The file has no column &apos;%1&apos;.</source>
+        <translation>Die Datei hat keine Spalte &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>Column</source>
+        <translation>Spalte</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Typ</translation>
+    </message>
+    <message>
+        <source>Stored</source>
+        <translation>Gespeichert</translation>
+    </message>
+    <message>
+        <source>Set</source>
+        <translation>Satz</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::CompletionPopup</name>
     <message>
         <source>Completions</source>
         <translation>Ergänzungen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::EditServices</name>
+    <message numerus="yes">
+        <source>%n more line(s) came at once and are not shown.</source>
+        <translation>
+            <numerusform>%n weitere Zeile kam zugleich und wird nicht gezeigt.</numerusform>
+            <numerusform>%n weitere Zeilen kamen zugleich und werden nicht gezeigt.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::EditWindow</name>
+    <message>
+        <source>Reading %1 ...</source>
+        <translation>%1 wird gelesen ...</translation>
+    </message>
+    <message>
+        <source>The graph is not saved</source>
+        <translation>Der Graph ist nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>The check found no error.</source>
+        <translation>Die Prüfung hat keinen Fehler gefunden.</translation>
+    </message>
+    <message>
+        <source>The check found errors: see the log.</source>
+        <translation>Die Prüfung hat Fehler gefunden: siehe Protokoll.</translation>
+    </message>
+    <message>
+        <source>%1 is computed by: %2</source>
+        <translation>%1 wird berechnet mit: %2</translation>
+    </message>
+    <message>
+        <source>This graph has no actions yet.</source>
+        <translation>Dieser Graph hat noch keine Aktionen.</translation>
+    </message>
+    <message>
+        <source>Choose an action at the left to edit its properties.</source>
+        <translation>Wählen Sie links eine Aktion, um ihre Eigenschaften zu bearbeiten.</translation>
+    </message>
+    <message>
+        <source>The graph has no action &apos;%1&apos;. Choose one at the left.</source>
+        <translation>Der Graph hat keine Aktion &apos;%1&apos;. Wählen Sie links eine.</translation>
+    </message>
+    <message>
+        <source>The graph has no action &apos;%1&apos;. Did you mean &apos;%2&apos;?</source>
+        <translation>Der Graph hat keine Aktion &apos;%1&apos;. Meinten Sie &apos;%2&apos;?</translation>
+    </message>
+    <message>
+        <source>%1[*] - %2</source>
+        <translation>%1[*] - %2</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>There is no help page &quot;%1&quot;.</source>
+        <translation>Es gibt keine Hilfeseite &quot;%1&quot;.</translation>
+    </message>
+    <message>
+        <source>Checking the graph ...</source>
+        <translation>Der Graph wird geprüft ...</translation>
+    </message>
+    <message>
+        <source>&amp;Graph</source>
+        <translation>&amp;Graph</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Speichern</translation>
+    </message>
+    <message>
+        <source>&amp;Reload</source>
+        <translation>&amp;Neu laden</translation>
+    </message>
+    <message>
+        <source>Read the graph from its file again</source>
+        <translation>Den Graphen erneut aus seiner Datei lesen</translation>
+    </message>
+    <message>
+        <source>&amp;Check</source>
+        <translation>&amp;Prüfen</translation>
+    </message>
+    <message>
+        <source>Find the faults of the graph without running it</source>
+        <translation>Fehler des Graphen finden, ohne ihn auszuführen</translation>
+    </message>
+    <message>
+        <source>C&amp;lose</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Expert mode</source>
+        <translation>&amp;Expertenmodus</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;This action</source>
+        <translation>&amp;Diese Aktion</translation>
+    </message>
+    <message>
+        <source>&amp;Keyboard</source>
+        <translation>&amp;Tastatur</translation>
+    </message>
+    <message>
+        <source>Graph</source>
+        <translation>Graph</translation>
+    </message>
+    <message>
+        <source>&amp;Theme</source>
+        <translation>&amp;Farben</translation>
+    </message>
+    <message>
+        <source>&amp;System</source>
+        <translation>&amp;System</translation>
+    </message>
+    <message>
+        <source>&amp;Light</source>
+        <translation>He&amp;ll</translation>
+    </message>
+    <message>
+        <source>&amp;Dark</source>
+        <translation>D&amp;unkel</translation>
+    </message>
+    <message>
+        <source>Saved %1.</source>
+        <translation>%1 gespeichert.</translation>
+    </message>
+    <message>
+        <source>The graph was changed on the disk meanwhile.</source>
+        <translation>Der Graph wurde inzwischen auf der Festplatte geändert.</translation>
+    </message>
+    <message>
+        <source>Another program has written %1 since it was read here.</source>
+        <translation>Ein anderes Programm hat %1 geschrieben, seit die Datei hier gelesen wurde.</translation>
+    </message>
+    <message>
+        <source>&amp;Keep mine</source>
+        <translation>&amp;Meinen behalten</translation>
+    </message>
+    <message>
+        <source>&amp;Load theirs</source>
+        <translation>Ande&amp;ren laden</translation>
+    </message>
+    <message>
+        <source>Load theirs</source>
+        <translation>Anderen laden</translation>
+    </message>
+    <message>
+        <source>Keep mine</source>
+        <translation>Meinen behalten</translation>
+    </message>
+    <message>
+        <source>Reading the file again discards your changes.</source>
+        <translation>Erneutes Lesen der Datei verwirft Ihre Änderungen.</translation>
+    </message>
+    <message>
+        <source>&amp;Discard and read</source>
+        <translation>&amp;Verwerfen und lesen</translation>
+    </message>
+    <message>
+        <source>The graph has changes that are not saved.</source>
+        <translation>Der Graph hat Änderungen, die nicht gespeichert sind.</translation>
+    </message>
+    <message>
+        <source>Save them before closing?</source>
+        <translation>Vor dem Schließen speichern?</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ElementTree</name>
+    <message>
+        <source>Elements</source>
+        <translation>Elemente</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Meaning</source>
+        <translation>Bedeutung</translation>
+    </message>
+    <message>
+        <source>&amp;Elements</source>
+        <translation>&amp;Elemente</translation>
+    </message>
+    <message>
+        <source>Add an element</source>
+        <translation>Element hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add an element at the end, or inside the chosen one</source>
+        <translation>Fügt ein Element am Ende oder im gewählten Element hinzu</translation>
+    </message>
+    <message>
+        <source>Remove the element</source>
+        <translation>Element entfernen</translation>
+    </message>
+    <message>
+        <source>Remove the chosen element</source>
+        <translation>Das gewählte Element entfernen</translation>
+    </message>
+    <message>
+        <source>%1 in this %2</source>
+        <translation>%1 in diesem %2</translation>
     </message>
 </context>
 <context>
@@ -1274,12 +1978,42 @@
         <translation>Frühere Ausdrücke (Alt+Auf, Alt+Ab)</translation>
     </message>
     <message>
-        <source>Earlier expressions</source>
-        <translation>Frühere Ausdrücke</translation>
-    </message>
-    <message>
         <source>Alt+Enter makes the change</source>
         <translation>Alt+Enter führt die Änderung aus</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::FaultPage</name>
+    <message>
+        <source>Faults of the graph</source>
+        <translation>Fehler des Graphen</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Zeile</translation>
+    </message>
+    <message>
+        <source>Column</source>
+        <translation>Spalte</translation>
+    </message>
+    <message>
+        <source>What is wrong</source>
+        <translation>Was falsch ist</translation>
+    </message>
+    <message>
+        <source>&amp;Read the file again</source>
+        <translation>Datei &amp;erneut lesen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy all</source>
+        <translation>Alles &amp;kopieren</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 cannot be opened: %n fault(s). Mend the file with a text editor, then read it again.</source>
+        <translation>
+            <numerusform>%1 kann nicht geöffnet werden: %n Fehler. Bessern Sie die Datei in einem Texteditor aus, und lesen Sie sie dann erneut.</numerusform>
+            <numerusform>%1 kann nicht geöffnet werden: %n Fehler. Bessern Sie die Datei in einem Texteditor aus, und lesen Sie sie dann erneut.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1439,6 +2173,158 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::Interface_readColumnarGel</name>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>Spalten</translation>
+    </message>
+    <message>
+        <source>Blocks</source>
+        <translation>Blöcke</translation>
+    </message>
+    <message>
+        <source>Reliability</source>
+        <translation>Zuverlässigkeit</translation>
+    </message>
+    <message>
+        <source>Salvage to a new table</source>
+        <translation>In eine neue Tabelle retten</translation>
+    </message>
+    <message>
+        <source>Columnar files (*.cgel_kelvarin)</source>
+        <translation>Spaltendateien (*.cgel_kelvarin)</translation>
+    </message>
+    <message>
+        <source>Choose a file to see what is in it.</source>
+        <translation>Wählen Sie eine Datei, um zu sehen, was darin ist.</translation>
+    </message>
+    <message>
+        <source>Without an expression every block is read.</source>
+        <translation>Ohne Ausdruck wird jeder Block gelesen.</translation>
+    </message>
+    <message>
+        <source>The filter is switched off: every block is read. %1</source>
+        <translation>Der Filter ist ausgeschaltet: jeder Block wird gelesen. %1</translation>
+    </message>
+    <message>
+        <source>The blocks that the filter leaves</source>
+        <translation>Die Blöcke, die der Filter lässt</translation>
+    </message>
+    <message>
+        <source>All blocks</source>
+        <translation>Alle Blöcke</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::Interface_writeColumnarGel</name>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Rows and columns</source>
+        <translation>Zeilen und Spalten</translation>
+    </message>
+    <message>
+        <source>Blocks</source>
+        <translation>Blöcke</translation>
+    </message>
+    <message>
+        <source>Old file</source>
+        <translation>Alte Datei</translation>
+    </message>
+    <message>
+        <source>The names of several files are known in a run only.</source>
+        <translation>Die Namen mehrerer Dateien sind erst im Lauf bekannt.</translation>
+    </message>
+    <message>
+        <source>For values such as &apos;A&apos; and &apos;B&apos;.</source>
+        <translation>Für Werte wie &apos;A&apos; und &apos;B&apos;.</translation>
+    </message>
+    <message>
+        <source>And so on.</source>
+        <translation>Und so weiter.</translation>
+    </message>
+    <message>
+        <source>Delete a table</source>
+        <translation>Tabelle löschen</translation>
+    </message>
+    <message>
+        <source>Delete &apos;%1&apos; and its column sets? They cannot be brought back.</source>
+        <translation>&apos;%1&apos; und ihre Spaltensätze löschen? Sie lassen sich nicht zurückholen.</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>&amp;Keep</source>
+        <translation>&amp;Behalten</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::LogModel</name>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>Stufe</translation>
+    </message>
+    <message>
+        <source>Action</source>
+        <translation>Aktion</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::LogPanel</name>
+    <message>
+        <source>Log</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>&amp;Log</source>
+        <translation>&amp;Protokoll</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy the selected lines, or all</source>
+        <translation>Die gewählten Zeilen kopieren, oder alle</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Leeren</translation>
+    </message>
+    <message>
+        <source>Remove all lines from the log</source>
+        <translation>Alle Zeilen aus dem Protokoll entfernen</translation>
+    </message>
+    <message>
+        <source>Copy log lines</source>
+        <translation>Protokollzeilen kopieren</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::PathField</name>
     <message>
         <source>Choose a folder</source>
@@ -1450,10 +2336,456 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::PreviousFilePage</name>
+    <message>
+        <source>Where there is a file of that name</source>
+        <translation>Wenn es eine Datei dieses Namens gibt</translation>
+    </message>
+    <message>
+        <source>&amp;Keep the old table until the new one is whole</source>
+        <translation>Alte Tabelle &amp;behalten, bis die neue vollständig ist</translation>
+    </message>
+    <message>
+        <source>A run that fails leaves the old table. The disk needs space for both.</source>
+        <translation>Ein Lauf, der fehlschlägt, lässt die alte Tabelle stehen. Die Festplatte braucht Platz für beide.</translation>
+    </message>
+    <message>
+        <source>&amp;Delete the old file even when there is no row to write</source>
+        <translation>Alte Datei auch dann &amp;löschen, wenn es keine Zeile zu schreiben gibt</translation>
+    </message>
+    <message>
+        <source>Seconds to wait for a file in use</source>
+        <translation>Sekunden, die auf eine benutzte Datei gewartet wird</translation>
+    </message>
+    <message>
+        <source>When the old file is in use, &amp;wait for</source>
+        <translation>Wenn die alte Datei in Gebrauch ist, &amp;warten für</translation>
+    </message>
+    <message>
+        <source>seconds</source>
+        <translation>Sekunden</translation>
+    </message>
+    <message>
+        <source>In this graph</source>
+        <translation>In diesem Graphen</translation>
+    </message>
+    <message>
+        <source>Refuse a name that another &amp;action reads or writes</source>
+        <translation>Einen Namen ablehnen, den eine andere &amp;Aktion liest oder schreibt</translation>
+    </message>
+    <message>
+        <source>Covers the column-set files as well.</source>
+        <translation>Gilt auch für die Dateien der Spaltensätze.</translation>
+    </message>
+    <message>
+        <source>Clean up</source>
+        <translation>Aufräumen</translation>
+    </message>
+    <message>
+        <source>Delete the file and its &amp;column sets...</source>
+        <translation>Datei und ihre &amp;Spaltensätze löschen...</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ReadColumnsPage</name>
+    <message>
+        <source>&amp;All columns</source>
+        <translation>&amp;Alle Spalten</translation>
+    </message>
+    <message>
+        <source>Only the columns that are &amp;ticked, in this order</source>
+        <translation>Nur die an&amp;gekreuzten Spalten, in dieser Reihenfolge</translation>
+    </message>
+    <message>
+        <source>The columns &amp;named in the first column of input pin 1</source>
+        <translation>Die Spalten, die in der ersten Spalte des Eingangs 1 ge&amp;nannt sind</translation>
+    </message>
+    <message>
+        <source>Search columns</source>
+        <translation>Spalten suchen</translation>
+    </message>
+    <message>
+        <source>Columns of the file</source>
+        <translation>Spalten der Datei</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation>Nach unten</translation>
+    </message>
+    <message>
+        <source>Ticks all columns that are shown.</source>
+        <translation>Kreuzt alle gezeigten Spalten an.</translation>
+    </message>
+    <message>
+        <source>Unticks all columns that are shown.</source>
+        <translation>Nimmt die Kreuze aller gezeigten Spalten weg.</translation>
+    </message>
+    <message>
+        <source>Name of a further column</source>
+        <translation>Name einer weiteren Spalte</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>The columns that input pin 1 names</source>
+        <translation>Die Spalten, die Eingang 1 nennt</translation>
+    </message>
+    <message>
+        <source>All columns</source>
+        <translation>Alle Spalten</translation>
+    </message>
+    <message>
+        <source>All %1 columns</source>
+        <translation>Alle %1 Spalten</translation>
+    </message>
+    <message>
+        <source>No column: tick at least one</source>
+        <translation>Keine Spalte: kreuzen Sie mindestens eine an</translation>
+    </message>
+    <message>
+        <source>%1 columns</source>
+        <translation>%1 Spalten</translation>
+    </message>
+    <message>
+        <source>%1 of %2 columns</source>
+        <translation>%1 von %2 Spalten</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ReadFilePage</name>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>&amp;This file:</source>
+        <translation>&amp;Diese Datei:</translation>
+    </message>
+    <message>
+        <source>Columnar file</source>
+        <translation>Spaltendatei</translation>
+    </message>
+    <message>
+        <source>Choose a columnar file</source>
+        <translation>Spaltendatei wählen</translation>
+    </message>
+    <message>
+        <source>Columnar files (*.cgel_kelvarin);;All files (*)</source>
+        <translation>Spaltendateien (*.cgel_kelvarin);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>The files &amp;named in the first column of input pin 0</source>
+        <translation>Die Dateien, die in der ersten Spalte des Eingangs 0 ge&amp;nannt sind</translation>
+    </message>
+    <message>
+        <source>In this file</source>
+        <translation>In dieser Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Look again</source>
+        <translation>&amp;Erneut nachsehen</translation>
+    </message>
+    <message>
+        <source>&amp;Verify...</source>
+        <translation>&amp;Prüfen...</translation>
+    </message>
+    <message>
+        <source>Checks every block and every value.</source>
+        <translation>Prüft jeden Block und jeden Wert.</translation>
+    </message>
+    <message>
+        <source>&amp;Salvage...</source>
+        <translation>&amp;Retten...</translation>
+    </message>
+    <message>
+        <source>Writes what is whole to a new table.</source>
+        <translation>Schreibt, was heil ist, in eine neue Tabelle.</translation>
+    </message>
+    <message>
+        <source>What is read</source>
+        <translation>Was gelesen wird</translation>
+    </message>
+    <message>
+        <source>Choose &amp;columns</source>
+        <translation>&amp;Spalten wählen</translation>
+    </message>
+    <message>
+        <source>Skip &amp;blocks</source>
+        <translation>&amp;Blöcke überspringen</translation>
+    </message>
+    <message>
+        <source>Looking into the file...</source>
+        <translation>Die Datei wird angesehen...</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ReadReliabilityPage</name>
+    <message>
+        <source>When a file is missing</source>
+        <translation>Wenn eine Datei fehlt</translation>
+    </message>
+    <message>
+        <source>When the source file is unreadable, keep trying to read the file &amp;for</source>
+        <translation>Wenn die Quelldatei nicht lesbar ist, weiter &amp;versuchen für</translation>
+    </message>
+    <message>
+        <source>Seconds to wait for a missing file</source>
+        <translation>Sekunden, die auf eine fehlende Datei gewartet wird</translation>
+    </message>
+    <message>
+        <source>Then s&amp;top the run</source>
+        <translation>Dann den Lauf &amp;anhalten</translation>
+    </message>
+    <message>
+        <source>Then s&amp;kip it with a warning</source>
+        <translation>Dann mit einer Warnung ü&amp;bergehen</translation>
+    </message>
+    <message>
+        <source>seconds</source>
+        <translation>Sekunden</translation>
+    </message>
+    <message>
+        <source>When a file is not whole</source>
+        <translation>Wenn eine Datei nicht heil ist</translation>
+    </message>
+    <message>
+        <source>Read a file that its writer has &amp;not finished, as far as it goes</source>
+        <translation>Eine Datei, die &amp;nicht fertig geschrieben ist, so weit wie möglich lesen</translation>
+    </message>
+    <message>
+        <source>Otherwise such a file stops the run.</source>
+        <translation>Sonst hält eine solche Datei den Lauf an.</translation>
+    </message>
+    <message>
+        <source>Skip &amp;damaged blocks with a warning</source>
+        <translation>Be&amp;schädigte Blöcke mit einer Warnung überspringen</translation>
+    </message>
+    <message>
+        <source>Otherwise damage stops the run.</source>
+        <translation>Sonst hält ein Schaden den Lauf an.</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>Show progress by the &amp;rows of all files</source>
+        <translation>Fortschritt nach den &amp;Zeilen aller Dateien zeigen</translation>
+    </message>
+    <message>
+        <source>Looks into all files before the first row. Otherwise the files are counted.</source>
+        <translation>Sieht vor der ersten Zeile in alle Dateien. Sonst werden die Dateien gezählt.</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::SearchField</name>
     <message>
         <source>Search</source>
         <translation>Suchen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::TableWorkDialog</name>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>Damaged places</source>
+        <translation>Beschädigte Stellen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Cancelled.</source>
+        <translation>Abgebrochen.</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Verify</source>
+        <translation>Prüfen</translation>
+    </message>
+    <message>
+        <source>Every block and every value of &apos;%1&apos; is checked.</source>
+        <translation>Jeder Block und jeder Wert von &apos;%1&apos; wird geprüft.</translation>
+    </message>
+    <message>
+        <source>%1 more damaged places are not listed.</source>
+        <translation>%1 weitere beschädigte Stellen sind nicht aufgeführt.</translation>
+    </message>
+    <message>
+        <source>Salvage</source>
+        <translation>Retten</translation>
+    </message>
+    <message>
+        <source>What is whole in &apos;%1&apos; is written to &apos;%2&apos;.</source>
+        <translation>Was in &apos;%1&apos; heil ist, wird nach &apos;%2&apos; geschrieben.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::TimeParametersPanel</name>
+    <message>
+        <source>%1 (unknown)</source>
+        <translation>%1 (unbekannt)</translation>
+    </message>
+    <message>
+        <source>Current Time</source>
+        <translation>Aktuelle Zeit</translation>
+    </message>
+    <message>
+        <source>add &apos;_now&apos; as input var</source>
+        <translation>&apos;_now&apos; als Eingabevariable anbieten</translation>
+    </message>
+    <message>
+        <source>_now is the time elapsed since the reference time, a number.</source>
+        <translation>_now ist die seit der Bezugszeit verstrichene Zeit, eine Zahl.</translation>
+    </message>
+    <message>
+        <source>add &apos;_nowS&apos; as input var</source>
+        <translation>&apos;_nowS&apos; als Eingabevariable anbieten</translation>
+    </message>
+    <message>
+        <source>_nowS is the current time as a text in the date format.</source>
+        <translation>_nowS ist die aktuelle Zeit als Text im Datumsformat.</translation>
+    </message>
+    <message>
+        <source>Seconds</source>
+        <translation>Sekunden</translation>
+    </message>
+    <message>
+        <source>Minutes</source>
+        <translation>Minuten</translation>
+    </message>
+    <message>
+        <source>Hours</source>
+        <translation>Stunden</translation>
+    </message>
+    <message>
+        <source>Days</source>
+        <translation>Tage</translation>
+    </message>
+    <message>
+        <source>Weeks</source>
+        <translation>Wochen</translation>
+    </message>
+    <message>
+        <source>null</source>
+        <translation>NULL</translation>
+    </message>
+    <message>
+        <source>the reference time (0)</source>
+        <translation>die Bezugszeit (0)</translation>
+    </message>
+    <message>
+        <source>Elapsed Times</source>
+        <translation>Verstrichene Zeiten</translation>
+    </message>
+    <message>
+        <source>The instant from which elapsed times count, as yyyyMMdd hh:mm:ss.</source>
+        <translation>Der Zeitpunkt, ab dem verstrichene Zeiten zählen, als yyyyMMdd hh:mm:ss.</translation>
+    </message>
+    <message>
+        <source>It is a time in UTC (otherwise: local time)</source>
+        <translation>Sie ist eine Zeit in UTC (sonst: Ortszeit)</translation>
+    </message>
+    <message>
+        <source>An empty date input is null (otherwise: 0)</source>
+        <translation>Ein leeres Datum ist NULL (sonst: 0)</translation>
+    </message>
+    <message>
+        <source>Elapsed Time Unit:</source>
+        <translation>Einheit verstrichener Zeit:</translation>
+    </message>
+    <message>
+        <source>Reference Time:</source>
+        <translation>Bezugszeit:</translation>
+    </message>
+    <message>
+        <source>A date before the reference time becomes:</source>
+        <translation>Ein Datum vor der Bezugszeit wird:</translation>
+    </message>
+    <message>
+        <source>A date that cannot be read becomes:</source>
+        <translation>Ein Datum, das nicht lesbar ist, wird:</translation>
+    </message>
+    <message>
+        <source>as written below</source>
+        <translation>wie unten geschrieben</translation>
+    </message>
+    <message>
+        <source>system: short date</source>
+        <translation>System: kurzes Datum</translation>
+    </message>
+    <message>
+        <source>system: long date</source>
+        <translation>System: langes Datum</translation>
+    </message>
+    <message>
+        <source>system: short time</source>
+        <translation>System: kurze Zeit</translation>
+    </message>
+    <message>
+        <source>system: long time</source>
+        <translation>System: lange Zeit</translation>
+    </message>
+    <message>
+        <source>system: short date and time</source>
+        <translation>System: kurzes Datum mit Zeit</translation>
+    </message>
+    <message>
+        <source>system: long date and time</source>
+        <translation>System: langes Datum mit Zeit</translation>
+    </message>
+    <message>
+        <source>Date Texts</source>
+        <translation>Datumstexte</translation>
+    </message>
+    <message>
+        <source>Years are yyyy, months MM, days dd, hours hh, minutes mm, seconds ss, a time zone t.</source>
+        <translation>Jahre sind yyyy, Monate MM, Tage dd, Stunden hh, Minuten mm, Sekunden ss, eine Zeitzone t.</translation>
+    </message>
+    <message>
+        <source>Dates are in UTC (otherwise: local time)</source>
+        <translation>Daten sind in UTC (sonst: Ortszeit)</translation>
+    </message>
+    <message>
+        <source>Date Format:</source>
+        <translation>Datumsformat:</translation>
+    </message>
+    <message>
+        <source>Own Format:</source>
+        <translation>Eigenes Format:</translation>
+    </message>
+    <message>
+        <source>Random Numbers</source>
+        <translation>Zufallszahlen</translation>
+    </message>
+    <message>
+        <source>seed (-1=always a different seed)=</source>
+        <translation>Startwert (-1=immer ein anderer)=</translation>
     </message>
 </context>
 <context>
@@ -1476,6 +2808,211 @@
     <message>
         <source>error</source>
         <translation>Fehler</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::WriteBlocksPage</name>
+    <message>
+        <source>Blocks</source>
+        <translation>Blöcke</translation>
+    </message>
+    <message>
+        <source>Rows in a block</source>
+        <translation>Zeilen in einem Block</translation>
+    </message>
+    <message>
+        <source>&amp;Rows in a block:</source>
+        <translation>&amp;Zeilen in einem Block:</translation>
+    </message>
+    <message>
+        <source>Large blocks compress better; small ones let a reader skip more of the file.</source>
+        <translation>Große Blöcke werden besser komprimiert; bei kleinen kann ein Leser mehr von der Datei überspringen.</translation>
+    </message>
+    <message>
+        <source>Speed</source>
+        <translation>Geschwindigkeit</translation>
+    </message>
+    <message>
+        <source>Threads that encode</source>
+        <translation>Threads, die kodieren</translation>
+    </message>
+    <message>
+        <source>as the host decides</source>
+        <translation>wie das Programm entscheidet</translation>
+    </message>
+    <message>
+        <source>&amp;Threads that encode:</source>
+        <translation>&amp;Threads, die kodieren:</translation>
+    </message>
+    <message>
+        <source>At one time; the file is the same for any number of them.</source>
+        <translation>Zugleich; die Datei ist für jede Anzahl dieselbe.</translation>
+    </message>
+    <message>
+        <source>A million rows make 1 block.</source>
+        <translation>Eine Million Zeilen ergibt 1 Block.</translation>
+    </message>
+    <message>
+        <source>A million rows make %1 blocks.</source>
+        <translation>Eine Million Zeilen ergibt %1 Blöcke.</translation>
+    </message>
+    <message>
+        <source>%1 With these columns a block takes about %2 before it is encoded, and writing about %3 of memory.</source>
+        <translation>%1 Mit diesen Spalten braucht ein Block vor dem Kodieren etwa %2 und das Schreiben etwa %3 Speicher.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::WriteColumnsPage</name>
+    <message>
+        <source>Rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>&amp;Write only the rows in which the column</source>
+        <translation>Nur die Zeilen &amp;schreiben, in denen die Spalte</translation>
+    </message>
+    <message>
+        <source>Column to test</source>
+        <translation>Zu prüfende Spalte</translation>
+    </message>
+    <message>
+        <source>Value that it has</source>
+        <translation>Wert, den sie hat</translation>
+    </message>
+    <message>
+        <source>(missing or empty)</source>
+        <translation>(fehlt oder leer)</translation>
+    </message>
+    <message>
+        <source>&amp;has the value</source>
+        <translation>den &amp;Wert hat</translation>
+    </message>
+    <message>
+        <source>Column sets</source>
+        <translation>Spaltensätze</translation>
+    </message>
+    <message>
+        <source>&amp;All columns in one set</source>
+        <translation>&amp;Alle Spalten in einem Satz</translation>
+    </message>
+    <message>
+        <source>One file beside the main file: best where rows are read whole.</source>
+        <translation>Eine Datei neben der Hauptdatei: am besten, wo ganze Zeilen gelesen werden.</translation>
+    </message>
+    <message>
+        <source>A set for &amp;each column</source>
+        <translation>Ein Satz für &amp;jede Spalte</translation>
+    </message>
+    <message>
+        <source>A file for each column: written on several threads, read column by column.</source>
+        <translation>Eine Datei für jede Spalte: in mehreren Threads geschrieben, Spalte für Spalte gelesen.</translation>
+    </message>
+    <message>
+        <source>The sets of this &amp;list:</source>
+        <translation>Die Sätze dieser &amp;Liste:</translation>
+    </message>
+    <message>
+        <source>Columns and their sets</source>
+        <translation>Spalten und ihre Sätze</translation>
+    </message>
+    <message>
+        <source>Number of the set</source>
+        <translation>Nummer des Satzes</translation>
+    </message>
+    <message>
+        <source>&amp;Put into set</source>
+        <translation>In Sat&amp;z legen</translation>
+    </message>
+    <message>
+        <source>&amp;Do not write</source>
+        <translation>&amp;Nicht schreiben</translation>
+    </message>
+    <message>
+        <source>The selected columns; all where none is selected.</source>
+        <translation>Die gewählten Spalten; alle, wenn keine gewählt ist.</translation>
+    </message>
+    <message>
+        <source>The columns that reach this action are not known yet.</source>
+        <translation>Die Spalten, die diese Aktion erreichen, sind noch nicht bekannt.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::WriteFilePage</name>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>File to write</source>
+        <translation>Zu schreibende Datei</translation>
+    </message>
+    <message>
+        <source>Choose where the columnar file goes</source>
+        <translation>Wählen, wohin die Spaltendatei kommt</translation>
+    </message>
+    <message>
+        <source>Columnar files (*.cgel_kelvarin);;All files (*)</source>
+        <translation>Spaltendateien (*.cgel_kelvarin);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>&amp;Write the table to:</source>
+        <translation>Die Tabelle &amp;schreiben nach:</translation>
+    </message>
+    <message>
+        <source>&amp;Create its folder where it is missing</source>
+        <translation>Ihren &amp;Ordner anlegen, wo er fehlt</translation>
+    </message>
+    <message>
+        <source>Number of files</source>
+        <translation>Anzahl der Dateien</translation>
+    </message>
+    <message>
+        <source>&amp;One file</source>
+        <translation>&amp;Eine Datei</translation>
+    </message>
+    <message>
+        <source>Split into several Kelvarin Gel files. Each file is &amp;maximum:</source>
+        <translation>In mehrere Kelvarin-Gel-Dateien aufteilen. Jede Datei ist &amp;höchstens:</translation>
+    </message>
+    <message>
+        <source>One file for each &amp;value of the column:</source>
+        <translation>Eine Datei für jeden &amp;Wert der Spalte:</translation>
+    </message>
+    <message>
+        <source>Largest size of a file</source>
+        <translation>Größte Dateigröße</translation>
+    </message>
+    <message>
+        <source> MiB</source>
+        <translation> MiB</translation>
+    </message>
+    <message>
+        <source>Column to split on</source>
+        <translation>Spalte, nach der geteilt wird</translation>
+    </message>
+    <message>
+        <source>&amp;Name the files by an expression over SplitVal:</source>
+        <translation>Die Dateien durch einen Ausdruck über SplitVal be&amp;nennen:</translation>
+    </message>
+    <message>
+        <source>SplitVal is the value of the column, as a text.</source>
+        <translation>SplitVal ist der Wert der Spalte, als Text.</translation>
+    </message>
+    <message>
+        <source>Naming expression</source>
+        <translation>Ausdruck für die Namen</translation>
+    </message>
+    <message>
+        <source>Resulting names</source>
+        <translation>Entstehende Namen</translation>
+    </message>
+    <message>
+        <source>The name has no expression. Put %1 where the value belongs.</source>
+        <translation>Der Name hat keinen Ausdruck. Schreiben Sie %1 dorthin, wo der Wert stehen soll.</translation>
+    </message>
+    <message>
+        <source>The name has %1 expressions. Change them in the name itself.</source>
+        <translation>Der Name hat %1 Ausdrücke. Ändern Sie sie im Namen selbst.</translation>
     </message>
 </context>
 </TS>

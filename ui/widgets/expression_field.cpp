@@ -34,6 +34,15 @@ constexpr char kRefusedStyle[] =
 // What an expression is before the user has written one.
 constexpr char kDefaultExpression[] = "1";
 
+// A menu of the field takes the focus for a moment; editing goes on after it.
+bool isInMenuOf(const QWidget& field) {
+  const QWidget* widget = QApplication::activePopupWidget();
+  while (widget != nullptr && widget != &field) {
+    widget = widget->parentWidget();
+  }
+  return widget != nullptr;
+}
+
 }  // namespace
 
 class ExpressionField::Parts : public QObject {
@@ -43,10 +52,10 @@ class ExpressionField::Parts : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   ExpressionEditor& editor() { return *m_editor; }
-  HistoryKeys& history() { return *m_history; }
   const FormulaAnswer& answer() const { return m_answer; }
   void setFormula(const Formula& formula);
   void setRefused(bool isRefused);
+  void setHistoryKey(const QString& key);
 
  private:
   void layOut();
@@ -55,6 +64,9 @@ class ExpressionField::Parts : public QObject {
   void textChanged();
   void ask();
   void take(const FormulaAnswer& answer);
+  // The answer is about the text as it is.
+  bool isAnswered() const;
+  void finishEditing();
   void showVerdict();
   void fix();
   void apply(const QuickFix& fix);
@@ -76,6 +88,7 @@ class ExpressionField::Parts : public QObject {
   QTimer m_rest;
   Formula m_formula;
   FormulaAnswer m_answer;
+  QString m_answeredExpression;
   quint64 m_askedVersion = 0;  // 0: the text has changed since the latest question
   bool m_isFixWanted = false;  // as soon as the answer is there
   bool m_isRefused = false;
@@ -129,28 +142,31 @@ void ExpressionField::Parts::connectEditor() {
     const WordAt word = wordAt(m_editor->expression(), m_editor->textCursor().position());
     emit m_field.helpWanted(word.text);
   });
-  connect(m_editor, &KPlainTextEdit::editingFinished, this, [this] {
-    m_history->add(m_editor->expression());
-    m_completion->setUses(m_history->history().nameCounts());
-    emit m_field.editingFinished();
-  });
+  connect(m_editor, &KPlainTextEdit::editingFinished, this, &Parts::finishEditing);
   connect(m_completion, &ExpressionCompletion::columnWanted, &m_field,
           &ExpressionField::columnWanted);
   connect(m_completion, &ExpressionCompletion::callInserted, this, &Parts::showCallTip);
   connect(m_completion, &ExpressionCompletion::moved, this, &Parts::separateWindows);
   connect(m_verdict, &InfoLine::linkActivated, this, [this](const QString& id) {
     const auto index = id.toULongLong();
-    if (m_askedVersion == m_answer.version && index < m_answer.fixes.size()) {
-      apply(m_answer.fixes[index]);
+    if (isAnswered() && index < m_answer.fixes.size()) {
+      apply(QuickFix(m_answer.fixes[index]));
     }
   });
 }
 
 bool ExpressionField::Parts::eventFilter(QObject* watched, QEvent* event) {
   if (watched != m_editor) {
+    // The window moves, and what belongs to the cursor would stay behind.
+    if (event->type() == QEvent::Move || event->type() == QEvent::Resize) {
+      closeWindows();
+    }
     return QObject::eventFilter(watched, event);
   }
   switch (event->type()) {
+    case QEvent::Show:
+      m_field.window()->installEventFilter(this);
+      break;
     case QEvent::ShortcutOverride:
       // Esc closes the windows here before it closes the editor's own.
       if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape &&
@@ -181,6 +197,20 @@ bool ExpressionField::Parts::eventFilter(QObject* watched, QEvent* event) {
       break;
   }
   return QObject::eventFilter(watched, event);
+}
+
+void ExpressionField::Parts::finishEditing() {
+  if (isInMenuOf(m_field)) {
+    return;
+  }
+  m_history->add(m_editor->expression());
+  m_completion->setUses(m_history->history().nameCounts());
+  emit m_field.editingFinished();
+}
+
+void ExpressionField::Parts::setHistoryKey(const QString& key) {
+  m_history->setKey(key);
+  m_completion->setUses(m_history->history().nameCounts());
 }
 
 void ExpressionField::Parts::setFormula(const Formula& formula) {
@@ -214,12 +244,17 @@ void ExpressionField::Parts::ask() {
   m_askedVersion = m_service->ask(currentFormula());
 }
 
+bool ExpressionField::Parts::isAnswered() const {
+  return m_answer.version != 0 && m_editor->expression() == m_answeredExpression;
+}
+
 void ExpressionField::Parts::take(const FormulaAnswer& answer) {
   // About a text that has changed since.
   if (answer.version != m_askedVersion) {
     return;
   }
   m_answer = answer;
+  m_answeredExpression = m_editor->expression();
   m_editor->setFault(answer.faultStart, answer.faultSize);
   showVerdict();
   m_values->setAnswer(currentFormula(), answer);
@@ -240,10 +275,15 @@ void ExpressionField::Parts::showVerdict() {
   if (!m_answer.message.isEmpty()) {
     lines += m_answer.message;
   }
-  QStringList result{m_answer.resultType, m_answer.engine};
-  result.removeAll(QString());
-  if (!result.isEmpty()) {
-    lines += result.join(QStringLiteral("  \u00b7  "));
+  if (m_answer.check.isCompiled()) {
+    QStringList result;
+    if (!m_answer.resultType.isEmpty()) {
+      result += tr("Result: %1").arg(m_answer.resultType);
+    }
+    if (!m_answer.engine.isEmpty()) {
+      result += m_answer.engine;
+    }
+    lines += result.join(QStringLiteral(" \u00b7 "));
   }
   std::vector<InfoLink> links;
   for (std::size_t i = 0; i < m_answer.fixes.size(); ++i) {
@@ -254,7 +294,7 @@ void ExpressionField::Parts::showVerdict() {
 }
 
 void ExpressionField::Parts::fix() {
-  if (m_askedVersion == 0 || m_answer.version != m_askedVersion) {
+  if (!isAnswered()) {
     m_isFixWanted = true;
     if (m_askedVersion == 0) {
       m_rest.stop();
@@ -263,7 +303,7 @@ void ExpressionField::Parts::fix() {
     return;
   }
   if (m_answer.fixes.size() == 1) {
-    apply(m_answer.fixes.front());
+    apply(QuickFix(m_answer.fixes.front()));
     return;
   }
   if (m_answer.fixes.empty()) {
@@ -389,7 +429,7 @@ void ExpressionField::showPart(qsizetype start, qsizetype size) {
 }
 
 void ExpressionField::setHistoryKey(const QString& key) {
-  m_parts->history().setKey(key);
+  m_parts->setHistoryKey(key);
 }
 
 }  // namespace kelvarin

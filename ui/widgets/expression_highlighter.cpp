@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include <QTextBlock>
 #include <QTextDocument>
+#include <QTextLayout>
 
 #include "ui/widgets/expression_colors.h"
 
@@ -10,50 +12,63 @@ namespace kelvarin {
 
 namespace {
 
+using Class = HighlightedSpan::Class;
+
 QTextCharFormat colored(const QColor& color) {
   QTextCharFormat format;
   format.setForeground(color);
   return format;
 }
 
-QTextCharFormat formatOf(HighlightedSpan::Class kind) {
+QTextCharFormat underlined(QTextCharFormat format) {
+  format.setUnderlineStyle(QTextCharFormat::DotLine);
+  format.setUnderlineColor(expression_colors::kFault);
+  return format;
+}
+
+// Null for what looks like plain text: every change of format costs time to lay out.
+const QTextCharFormat* formatOf(Class kind) {
   namespace colors = expression_colors;
-  using Class = HighlightedSpan::Class;
+  static const QTextCharFormat number = colored(colors::kNumber);
+  static const QTextCharFormat literal = colored(colors::kLiteral);
+  static const QTextCharFormat function = colored(colors::kFunction);
+  static const QTextCharFormat variable = colored(colors::kVariable);
+  static const QTextCharFormat constant = colored(colors::kConstant);
+  static const QTextCharFormat fault = underlined(colored(colors::kFault));
   switch (kind) {
     case Class::number:
     case Class::unit:
-      return colored(colors::kNumber);
+      return &number;
     case Class::text:
-      return colored(colors::kLiteral);
+      return &literal;
     case Class::function:
-      return colored(colors::kFunction);
+      return &function;
     case Class::variable:
-      return colored(colors::kVariable);
+      return &variable;
     case Class::constant:
-      return colored(colors::kConstant);
+      return &constant;
     case Class::operatorSign:
     case Class::bracket:
     case Class::separator:
-      return colored(colors::kOperator);
+      return nullptr;
     case Class::unknownName:
     case Class::fault:
       break;
   }
-  QTextCharFormat format = colored(colors::kFault);
-  format.setUnderlineStyle(QTextCharFormat::DotLine);
-  format.setUnderlineColor(colors::kFault);
-  return format;
+  return &fault;
+}
+
+qsizetype endOf(const HighlightedSpan& span) {
+  return span.start + span.size;
 }
 
 }  // namespace
 
 ExpressionHighlighter::ExpressionHighlighter(QTextDocument* document)
-    : QSyntaxHighlighter(static_cast<QObject*>(document)) {
-  // Before the base class hears of the change and asks for colours.
-  connect(document, &QTextDocument::contentsChange, this, [this] { m_isCut = false; });
-  setDocument(document);
-  connect(document, &QTextDocument::contentsChanged, this,
-          &ExpressionHighlighter::highlightOtherBlocks);
+    : QObject(document), m_document(document) {
+  // Comes before the document is laid out, so that it is laid out once.
+  connect(document, &QTextDocument::contentsChange, this,
+          [this](int position, int, int added) { highlight(position, position + added); });
 }
 
 void ExpressionHighlighter::setNames(const KnownNames& names) {
@@ -62,56 +77,53 @@ void ExpressionHighlighter::setNames(const KnownNames& names) {
     return;
   }
   m_names = names;
-  m_isCut = false;
-  highlightOtherBlocks();
+  highlight(-1, -1);
 }
 
-void ExpressionHighlighter::highlightBlock(const QString& text) {
-  cutWhereChanged();
-  const qsizetype start = currentBlock().position();
-  const qsizetype end = start + text.size();
-  for (auto span = firstSpanAfter(start); span != m_spans.end() && span->start < end; ++span) {
-    const qsizetype from = std::max(span->start, start);
-    const qsizetype to = std::min(span->start + span->size, end);
-    setFormat(static_cast<int>(from - start), static_cast<int>(to - from), formatOf(span->kind));
-  }
-  setCurrentBlockState(stateOf(currentBlock()));
-}
-
-void ExpressionHighlighter::cutWhereChanged() {
-  if (m_isCut) {
-    return;
-  }
-  m_isCut = true;
-  m_spans = highlightingOf(document()->toPlainText(), m_names);
-}
-
-// What is typed in one line can change what stands in another: a quote, the partner of a bracket.
-void ExpressionHighlighter::highlightOtherBlocks() {
-  cutWhereChanged();
-  for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
-    if (block.userState() != stateOf(block)) {
-      rehighlightBlock(block);
+void ExpressionHighlighter::highlight(int changedStart, int changedEnd) {
+  const Spans spans = highlightingOf(m_document->toPlainText(), m_names);
+  auto first = spans.begin();
+  for (QTextBlock block = m_document->begin(); block.isValid(); block = block.next()) {
+    const int start = block.position();
+    const int end = start + block.length() - 1;
+    first = std::find_if(first, spans.end(),
+                         [start](const HighlightedSpan& span) { return endOf(span) > start; });
+    const auto last = std::find_if(
+        first, spans.end(), [end](const HighlightedSpan& span) { return span.start >= end; });
+    size_t hash = 0;
+    for (auto span = first; span != last; ++span) {
+      hash = qHashMulti(hash, span->start - start, span->size, static_cast<int>(span->kind));
+    }
+    const int state = static_cast<int>(hash & 0x7FFFFFFF);
+    const bool isChanged = changedStart <= end && start <= changedEnd;
+    // What is typed in one line can change the colours of another: a quote, a closing bracket.
+    if (!isChanged && block.userState() == state) {
+      continue;
+    }
+    block.setUserState(state);
+    colorBlock(block, first, last);
+    if (!isChanged) {
+      m_document->markContentsDirty(start, block.length());
     }
   }
 }
 
-// Differs where the colours of the block do.
-int ExpressionHighlighter::stateOf(const QTextBlock& block) const {
+void ExpressionHighlighter::colorBlock(QTextBlock& block, Spans::const_iterator first,
+                                       Spans::const_iterator end) {
   const qsizetype start = block.position();
-  const qsizetype end = start + block.length() - 1;
-  size_t hash = 0;
-  for (auto span = firstSpanAfter(start); span != m_spans.end() && span->start < end; ++span) {
-    hash = qHashMulti(hash, span->start - start, span->size, static_cast<int>(span->kind));
+  const qsizetype size = block.length() - 1;
+  QList<QTextLayout::FormatRange> ranges;
+  ranges.reserve(end - first);
+  for (auto span = first; span != end; ++span) {
+    const QTextCharFormat* format = formatOf(span->kind);
+    if (format == nullptr) {
+      continue;
+    }
+    const qsizetype from = std::max<qsizetype>(span->start - start, 0);
+    const qsizetype to = std::min(endOf(*span) - start, size);
+    ranges.push_back({static_cast<int>(from), static_cast<int>(to - from), *format});
   }
-  return static_cast<int>(hash & 0x7FFFFFFF);
-}
-
-std::vector<HighlightedSpan>::const_iterator ExpressionHighlighter::firstSpanAfter(
-    qsizetype position) const {
-  return std::partition_point(
-      m_spans.begin(), m_spans.end(),
-      [position](const HighlightedSpan& span) { return span.start + span.size <= position; });
+  block.layout()->setFormats(ranges);
 }
 
 }  // namespace kelvarin

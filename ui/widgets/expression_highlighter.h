@@ -1,18 +1,23 @@
 // Colours an expression while it is typed.
 //
-// The whole expression is cut once a change, and only blocks whose colours differ are drawn anew.
+// The whole expression is cut once a change, and only blocks whose colours differ are laid out anew.
+// Qt's own highlighter keeps a format for each character, which takes most of the time that a key
+// has in a long expression.
 // Threads: the user-interface thread.
 #pragma once
 
 #include <vector>
 
-#include <QSyntaxHighlighter>
+#include <QObject>
 
 #include "ui/language/highlighting.h"
 
+class QTextBlock;
+class QTextDocument;
+
 namespace kelvarin {
 
-class ExpressionHighlighter : public QSyntaxHighlighter {
+class ExpressionHighlighter : public QObject {
   Q_OBJECT
 
  public:
@@ -20,18 +25,15 @@ class ExpressionHighlighter : public QSyntaxHighlighter {
 
   void setNames(const KnownNames& names);
 
- protected:
-  void highlightBlock(const QString& text) override;
-
  private:
-  void cutWhereChanged();
-  void highlightOtherBlocks();
-  int stateOf(const QTextBlock& block) const;
-  std::vector<HighlightedSpan>::const_iterator firstSpanAfter(qsizetype position) const;
+  using Spans = std::vector<HighlightedSpan>;
 
+  // The blocks from `changedStart` to `changedEnd` are about to be laid out in any case.
+  void highlight(int changedStart, int changedEnd);
+  void colorBlock(QTextBlock& block, Spans::const_iterator first, Spans::const_iterator end);
+
+  QTextDocument* m_document;
   KnownNames m_names;
-  std::vector<HighlightedSpan> m_spans;
-  bool m_isCut = false;  // into the spans of the document as it is
 };
 
 }  // namespace kelvarin

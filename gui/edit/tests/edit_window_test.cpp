@@ -1,4 +1,5 @@
-// The window of `kelvarin edit` with real widgets: editing by forms, saving, reading again, closing.
+// The window of `kelvarin edit` with real widgets: editing by forms, saving, reading again, and
+// closing.
 #include <functional>
 
 #include <gtest/gtest.h>
@@ -245,12 +246,12 @@ TEST_F(EditWindowTest, EveryActionOfTheHostHasAForm) {
 TEST(EditLog, KeepsTheLatestLinesAndCopiesThemAsTheCommandLineShowsThem) {
   LogModel model;
   std::vector<LogEntry> entries;
-  for (int i = 0; i < LogModel::kMostLines + 5; ++i) {
+  for (int i = 0; i < LogModel::kMaxLines + 5; ++i) {
     entries.push_back({LogLevel::warning, QStringLiteral("a"), QString::number(i), {}});
   }
   model.append({entries.begin(), entries.begin() + 10});
   model.append(entries);
-  EXPECT_EQ(model.rowCount(), LogModel::kMostLines);
+  EXPECT_EQ(model.rowCount(), LogModel::kMaxLines);
   EXPECT_EQ(model.entry(0).text, u"5");
   EXPECT_EQ(model.asText({model.index(1, 0), model.index(0, 0)}), u"warning: 5\nwarning: 6");
 }

@@ -29,6 +29,8 @@ TEST(HelpSearch, PutsWhatIsMeantFirst) {
       {"upper case", "toupper"},
       {"week of date", "dateWeekNumber"},
       {"distance", "hdist"},
+      {"join texts", "//"},
+      {"trim spaces", "trim"},
       {"&&", "&&"},
       {"<>", "==, !=, >, <, <=, >="},
       {"eulerian", "e"},

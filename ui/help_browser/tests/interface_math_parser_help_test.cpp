@@ -9,6 +9,7 @@
 #include <QTextBrowser>
 #include <QTreeWidget>
 
+#include "host/widget_testing/random_events.h"
 #include "host/widget_testing/widget_walk.h"
 #include "host/widgets/translation.h"
 #include "ui/help_browser/interface_math_parser_help.h"
@@ -68,6 +69,15 @@ TEST(MathParserHelp, SearchesInsertsAndComesBackByKeysAlone) {
   EXPECT_FALSE(browser.isSearching());
 }
 
+TEST(MathParserHelp, OpensAndClosesAGroupByEnter) {
+  Browser browser;
+  browser.functions->setCurrentItem(browser.functions->topLevelItem(3));
+  QTest::keyClick(browser.functions, Qt::Key_Return);
+  EXPECT_TRUE(browser.functions->topLevelItem(3)->isExpanded());
+  QTest::keyClick(browser.functions, Qt::Key_Return);
+  EXPECT_FALSE(browser.functions->topLevelItem(3)->isExpanded());
+}
+
 TEST(MathParserHelp, ShowsANameWhereItIs) {
   Browser browser;
   browser.help.showName("nvl");
@@ -113,6 +123,13 @@ TEST(MathParserHelp, CanBeUsedByEverybody) {
       EXPECT_EQ(joined(testing::keysWithTwoOwners(browser.help)), "");
     }
   }
+}
+
+TEST(MathParserHelp, SurvivesAChildAtTheKeyboard) {
+  Browser browser;
+  testing::sendRandomEvents(browser.help, 2000);
+  browser.help.showName("nvl");
+  EXPECT_EQ(browser.functions->currentItem()->text(0), "nvl(x,y)");
 }
 
 }  // namespace

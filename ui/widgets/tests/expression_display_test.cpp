@@ -25,13 +25,13 @@ TEST(ExpressionColors, AreReadableOnWhiteAndPinkAndOnMarks) {
   namespace colors = expression_colors;
   for (const QColor& ink :
        {colors::kText, colors::kNumber, colors::kLiteral, colors::kFunction, colors::kVariable,
-        colors::kConstant, colors::kOperator, colors::kFault}) {
+        colors::kConstant, colors::kPlaceholder, colors::kFault}) {
     for (const QColor& paper : {colors::kPaper, colors::kRefusedPaper}) {
       EXPECT_GE((luminance(paper) + 0.05) / (luminance(ink) + 0.05), 4.5)
           << ink.name().toStdString() << " on " << paper.name().toStdString();
     }
   }
-  EXPECT_GE((luminance(colors::kBracket) + 0.05) / (luminance(colors::kOperator) + 0.05), 4.5);
+  EXPECT_GE((luminance(colors::kBracket) + 0.05) / (luminance(colors::kText) + 0.05), 4.5);
   EXPECT_GE((luminance(colors::kSelection) + 0.05) / (luminance(colors::kText) + 0.05), 4.5);
 }
 

@@ -1,19 +1,21 @@
 // The field of an expression with real keys; the service's answers are those of the test where they
 // must come at a certain moment.
 #include <algorithm>
-#include <chrono>
+#include <ctime>
 
 #include <gtest/gtest.h>
 #include <QApplication>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextBlock>
-#include <QToolButton>
+#include <QToolTip>
 #include <QVBoxLayout>
 
+#include "host/widgets/icon_button.h"
 #include "host/widgets/info_line.h"
 #include "ui/language/formula_service.h"
 #include "ui/widgets/call_tip_window.h"
@@ -225,6 +227,45 @@ TEST_F(ExpressionFieldTest, AFaultIsMarkedAndSaidInWords) {
   EXPECT_EQ(squiggles()[0].selectedText(), QStringLiteral("prise")) << "it moves with the text";
 }
 
+TEST_F(ExpressionFieldTest, AMisspeltColumnIsFoundAndBoundByAltEnter) {
+  QSignalSpy wanted(&m_field, &ExpressionField::columnWanted);
+  type("1 - discout");
+  press(Qt::Key_Escape);
+  QSignalSpy answered(&m_field, &ExpressionField::answered);
+  ASSERT_TRUE(answered.wait(5000));
+  EXPECT_FALSE(m_field.answer().message.isEmpty());
+  press(Qt::Key_Return, Qt::AltModifier);
+  EXPECT_EQ(text(), "1 - discount");
+  ASSERT_EQ(wanted.count(), 1);
+  EXPECT_EQ(wanted[0][0].toString(), QStringLiteral("discount"));
+}
+
+TEST_F(ExpressionFieldTest, PointingAtASignShowsTheValueOfItsPart) {
+  Formula formula = formulaOf();
+  formula.variables[0].number = 24.9;
+  m_field.setFormula(formula);
+  m_field.setExpression(QStringLiteral("1 + price * 2"));
+  QTextCursor cursor = editor()->textCursor();
+  cursor.setPosition(10);
+  const QRect sign = editor()->cursorRect(cursor);
+  const QPoint middle(sign.left() + editor()->fontMetrics().averageCharWidth() / 3,
+                      sign.center().y());
+  QHelpEvent rest(QEvent::ToolTip, middle, editor()->viewport()->mapToGlobal(middle));
+  QApplication::sendEvent(editor()->viewport(), &rest);
+  ASSERT_TRUE(QTest::qWaitFor([] { return !QToolTip::text().isEmpty(); }, 5000));
+  EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("price * 2 = 49.8")))
+      << QToolTip::text().toStdString();
+}
+
+TEST_F(ExpressionFieldTest, F1AsksAboutTheWordAtTheCursor) {
+  QSignalSpy wanted(&m_field, &ExpressionField::helpWanted);
+  type("1 + nvl(");
+  press(Qt::Key_Left);
+  press(Qt::Key_F1);
+  ASSERT_EQ(wanted.count(), 1);
+  EXPECT_EQ(wanted[0][0].toString(), QStringLiteral("nvl"));
+}
+
 TEST_F(ExpressionFieldTest, WhatIsMissingAtTheEndIsMarkedUnderTheLastCharacter) {
   type("1 +");
   FormulaAnswer answer = faultAnswer(nextVersion());
@@ -256,6 +297,51 @@ TEST_F(ExpressionFieldTest, TheHistoryGoesBackAndReturnsToWhatWasTyped) {
   EXPECT_EQ(text(), "2 + 2") << "each step is one for undo";
 }
 
+TEST_F(ExpressionFieldTest, TheMenuOfTheHistoryStarsTheExpression) {
+  m_field.setHistoryKey(QStringLiteral("expression_field_test_stars"));
+  m_field.setExpression(QStringLiteral("price && 1"));
+  auto* button = m_field.findChild<IconButton*>();
+  const auto filled = [&] {
+    emit button->menu()->aboutToShow();
+    return button->menu()->actions();
+  };
+  const QString offered = filled().front()->text();
+  filled().front()->trigger();
+  EXPECT_NE(filled().front()->text(), offered) << "now the star can be removed";
+  EXPECT_EQ(filled().back()->text(), QStringLiteral("price &&&& 1")) << "no mnemonic";
+  filled().front()->trigger();
+  EXPECT_EQ(filled().front()->text(), offered);
+}
+
+TEST_F(ExpressionFieldTest, AMenuOfTheFieldIsNoEndOfEditing) {
+  QSignalSpy finished(&m_field, &ExpressionField::editingFinished);
+  QMenu own(&m_field);
+  own.addAction(QStringLiteral("own"));
+  own.popup(m_field.mapToGlobal(QPoint()));
+  own.close();
+  EXPECT_EQ(finished.count(), 0);
+  QMenu foreign(&m_window);
+  foreign.addAction(QStringLiteral("foreign"));
+  foreign.popup(m_field.mapToGlobal(QPoint()));
+  foreign.close();
+  EXPECT_EQ(finished.count(), 1);
+}
+
+TEST_F(ExpressionFieldTest, EachControlHasANameAndIsReachedByTab) {
+  answerNow(faultAnswer(nextVersion()));
+  int count = 0;
+  for (QWidget* widget = m_field.nextInFocusChain(); widget != &m_field;
+       widget = widget->nextInFocusChain()) {
+    if (!m_field.isAncestorOf(widget) || !widget->isVisible() ||
+        !(widget->focusPolicy() & Qt::TabFocus)) {
+      continue;
+    }
+    ++count;
+    EXPECT_FALSE(widget->accessibleName().isEmpty()) << widget->metaObject()->className();
+  }
+  EXPECT_GE(count, 3) << "the editor, the links of the verdict, the history";
+}
+
 TEST_F(ExpressionFieldTest, TheStyleSheetsAreExactAndKeepTheZoom) {
   const QString normal = QStringLiteral("background-color: #FFFFFF; background-image: none;");
   EXPECT_EQ(editor()->styleSheet(), normal);
@@ -284,8 +370,14 @@ TEST_F(ExpressionFieldTest, LaterLinesAreColoredAnewWhenAnEarlierOneChanges) {
   EXPECT_NE(colorOfSecondLine(), expression_colors::kVariable);
 }
 
-// A key is seen, and the editor is drawn, well before the next one.
-TEST_F(ExpressionFieldTest, TypingInALongExpressionNeverBlocks) {
+// Of this thread, which other programs on the machine do not slow down.
+double processorMilliseconds() {
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+TEST_F(ExpressionFieldTest, NoKeyBlocksInALongExpressionOverManyColumns) {
   m_field.setFormula(formulaOf(1000));
   QString expression;
   for (int i = 0; expression.size() < 10000; ++i) {
@@ -295,24 +387,19 @@ TEST_F(ExpressionFieldTest, TypingInALongExpressionNeverBlocks) {
   QTextCursor cursor = editor()->textCursor();
   cursor.setPosition(5000);
   editor()->setTextCursor(cursor);
-  QApplication::processEvents();
+  QTest::qWait(300);  // until the first answer is there, and all colours are known
   std::vector<double> milliseconds;
   const QString keys = QStringLiteral(" colu nvl(12.5,\"a\")");
   for (int i = 0; i < 1000; ++i) {
-    const auto begin = std::chrono::steady_clock::now();
+    const double begin = processorMilliseconds();
     QTest::keyClicks(editor(), keys[i % keys.size()]);
     QApplication::processEvents();
-    milliseconds.push_back(
-        std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
-            .count());
+    milliseconds.push_back(processorMilliseconds() - begin);
   }
   std::sort(milliseconds.begin(), milliseconds.end());
-  RecordProperty("median_ms", std::to_string(milliseconds[500]));
-  RecordProperty("p999_ms", std::to_string(milliseconds[998]));
-  std::printf("a key: median %.2f ms, 99.9th percentile %.2f ms\n", milliseconds[500],
+  std::printf("a key takes %.1f ms, 99.9th percentile %.1f ms\n", milliseconds[500],
               milliseconds[998]);
-  // Four times the figure that the benchmark machine keeps to.
-  EXPECT_LT(milliseconds[998], 80.0);
+  EXPECT_LT(milliseconds[998], 20.0);
 }
 
 }  // namespace
