@@ -1,7 +1,7 @@
 // The expressions that a user committed last, for one kind of action. Starred ones stay.
 //
-// Kept in the user's settings (QSettings), under a group of its own. Histories with the same key are
-// one; another thread writes them.
+// Kept in the user's settings (QSettings), under a group of its own. Histories with the same key
+// are one; another thread writes them.
 // Threads: the user-interface thread.
 #pragma once
 
