@@ -64,6 +64,8 @@ QPalette paletteOf(const Shades& shades) {
     palette.setColor(role, shades.text);
     palette.setColor(QPalette::Disabled, role, shades.faint);
   }
+  // The shadow of disabled texts, which would glow in the dark.
+  palette.setColor(QPalette::Disabled, QPalette::Light, shades.window);
   palette.setColor(QPalette::Base, shades.base);
   palette.setColor(QPalette::AlternateBase, shades.alternate);
   palette.setColor(QPalette::ToolTipBase, shades.base);
