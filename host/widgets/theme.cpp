@@ -64,6 +64,8 @@ QPalette paletteOf(const Shades& shades) {
     palette.setColor(role, shades.text);
     palette.setColor(QPalette::Disabled, role, shades.faint);
   }
+  // The shadow of disabled texts, which would glow in the dark.
+  palette.setColor(QPalette::Disabled, QPalette::Light, shades.window);
   palette.setColor(QPalette::Base, shades.base);
   palette.setColor(QPalette::AlternateBase, shades.alternate);
   palette.setColor(QPalette::ToolTipBase, shades.base);
@@ -163,8 +165,9 @@ class Theme::Parts : public QObject {
     if (!bus.isConnected()) {
       return;
     }
-    bus.connect(QLatin1String(kPortalService), QLatin1String(kPortalPath),
-                QLatin1String(kPortalInterface), QStringLiteral("SettingChanged"), this,
+    // With the service's name, Qt would wait for the bus to say who owns it.
+    bus.connect(QString(), QLatin1String(kPortalPath), QLatin1String(kPortalInterface),
+                QStringLiteral("SettingChanged"), this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
     QDBusMessage question =
         QDBusMessage::createMethodCall(QLatin1String(kPortalService), QLatin1String(kPortalPath),

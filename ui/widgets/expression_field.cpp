@@ -3,18 +3,17 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QTimer>
 #include <QVBoxLayout>
 
 #include "host/widgets/icon_button.h"
-#include "host/widgets/info_line.h"
 #include "ui/language/call_tip.h"
 #include "ui/language/formula_service.h"
 #include "ui/widgets/call_tip_window.h"
 #include "ui/widgets/completion_popup.h"
 #include "ui/widgets/expression_completion.h"
 #include "ui/widgets/expression_editor.h"
+#include "ui/widgets/expression_verdict.h"
 #include "ui/widgets/history_keys.h"
 #include "ui/widgets/part_value_tip.h"
 #include "ui/widgets/value_strip.h"
@@ -67,7 +66,6 @@ class ExpressionField::Parts : public QObject {
   // The answer is about the text as it is.
   bool isAnswered() const;
   void finishEditing();
-  void showVerdict();
   void fix();
   void apply(const QuickFix& fix);
   void followTyping(const QString& text);
@@ -79,7 +77,7 @@ class ExpressionField::Parts : public QObject {
   ExpressionField& m_field;
   FormulaService* m_service;
   ExpressionEditor* m_editor;
-  InfoLine* m_verdict;
+  ExpressionVerdict* m_verdict;
   IconButton* m_historyButton;
   ValueStrip* m_values;
   CallTipWindow* m_callTip;
@@ -98,9 +96,10 @@ ExpressionField::Parts::Parts(ExpressionField& field)
     : m_field(field),
       m_service(new FormulaService(&field)),
       m_editor(new ExpressionEditor(&field)),
-      m_verdict(new InfoLine(&field)),
-      m_historyButton(
-          new IconButton(IconName::history, tr("Earlier expressions (Alt+Up, Alt+Down)"), &field)),
+      m_verdict(new ExpressionVerdict(&field)),
+      m_historyButton(new IconButton(IconName::history,
+                                     ExpressionField::tr("Earlier expressions (Alt+Up, Alt+Down)"),
+                                     &field)),
       m_values(new ValueStrip(&field)),
       m_callTip(new CallTipWindow(&field)),
       m_completion(new ExpressionCompletion(*m_editor, &field)),
@@ -126,7 +125,6 @@ void ExpressionField::Parts::layOut() {
   layout->addWidget(m_editor, 1);
   layout->addLayout(below);
   layout->addWidget(m_values);
-  m_verdict->setReservedLines(2);
   m_field.setFocusProxy(m_editor);
 }
 
@@ -147,12 +145,7 @@ void ExpressionField::Parts::connectEditor() {
           &ExpressionField::columnWanted);
   connect(m_completion, &ExpressionCompletion::callInserted, this, &Parts::showCallTip);
   connect(m_completion, &ExpressionCompletion::moved, this, &Parts::separateWindows);
-  connect(m_verdict, &InfoLine::linkActivated, this, [this](const QString& id) {
-    const auto index = id.toULongLong();
-    if (isAnswered() && index < m_answer.fixes.size()) {
-      apply(QuickFix(m_answer.fixes[index]));
-    }
-  });
+  connect(m_verdict, &ExpressionVerdict::fixChosen, this, &Parts::apply);
 }
 
 bool ExpressionField::Parts::eventFilter(QObject* watched, QEvent* event) {
@@ -256,41 +249,12 @@ void ExpressionField::Parts::take(const FormulaAnswer& answer) {
   m_answer = answer;
   m_answeredExpression = m_editor->expression();
   m_editor->setFault(answer.faultStart, answer.faultSize);
-  showVerdict();
+  m_verdict->setAnswer(answer);
   m_values->setAnswer(currentFormula(), answer);
   emit m_field.answered(answer);
   if (std::exchange(m_isFixWanted, false)) {
     fix();
   }
-}
-
-void ExpressionField::Parts::showVerdict() {
-  Severity severity = Severity::success;
-  if (m_answer.check.kind == ExpressionCheck::Kind::error || !m_answer.isComplete) {
-    severity = Severity::error;
-  } else if (m_answer.check.kind == ExpressionCheck::Kind::warning) {
-    severity = Severity::warning;
-  }
-  QStringList lines;
-  if (!m_answer.message.isEmpty()) {
-    lines += m_answer.message;
-  }
-  if (m_answer.check.isCompiled()) {
-    QStringList result;
-    if (!m_answer.resultType.isEmpty()) {
-      result += tr("Result: %1").arg(m_answer.resultType);
-    }
-    if (!m_answer.engine.isEmpty()) {
-      result += m_answer.engine;
-    }
-    lines += result.join(QStringLiteral(" \u00b7 "));
-  }
-  std::vector<InfoLink> links;
-  for (std::size_t i = 0; i < m_answer.fixes.size(); ++i) {
-    links.push_back({QString::number(i), m_answer.fixes[i].label});
-  }
-  m_verdict->setMessage(severity, lines.join(u'\n'), links);
-  m_verdict->setToolTip(links.empty() ? QString() : tr("Alt+Enter makes the change"));
 }
 
 void ExpressionField::Parts::fix() {
@@ -302,25 +266,13 @@ void ExpressionField::Parts::fix() {
     }
     return;
   }
-  if (m_answer.fixes.size() == 1) {
-    apply(QuickFix(m_answer.fixes.front()));
-    return;
-  }
-  if (m_answer.fixes.empty()) {
-    return;
-  }
-  auto* menu = new QMenu(&m_field);
-  menu->setAttribute(Qt::WA_DeleteOnClose);
-  for (const QuickFix& fix : m_answer.fixes) {
-    QString label = fix.label;
-    QAction* action = menu->addAction(label.replace(u'&', QStringLiteral("&&")));
-    connect(action, &QAction::triggered, this, [this, fix] { apply(fix); });
-  }
-  menu->setActiveAction(menu->actions().front());
-  menu->popup(m_editor->characterOnScreen(m_editor->textCursor().position()).bottomLeft());
+  m_verdict->chooseFix(m_editor->characterOnScreen(m_editor->textCursor().position()).bottomLeft());
 }
 
 void ExpressionField::Parts::apply(const QuickFix& fix) {
+  if (!isAnswered()) {
+    return;
+  }
   m_editor->setFocus(Qt::OtherFocusReason);
   m_editor->replace(fix.start, fix.size, fix.replacement, fix.start + fix.replacement.size());
   if (!fix.columnToBind.isEmpty()) {
