@@ -144,7 +144,8 @@ TEST_F(ReadDialogTest, EachControlWritesItsAttribute) {
       {"readIncompleteFile", " readIncompleteFile='1'", [&] { click("cbReadIncompleteFile"); }},
       {"skipCorruptedBlocks", " skipCorruptedBlocks='1'", [&] { click("cbSkipCorruptedBlocks"); }},
       {"filterRows", " filterRows='1'", [&] { click("cbFilterRows"); }},
-      {"nBlockForward", " nBlockForward='7'", [&] { widget<QSpinBox>("sbBlocksAhead").setValue(7); }},
+      {"nBlockForward", " nBlockForward='7'",
+       [&] { widget<QSpinBox>("sbBlocksAhead").setValue(7); }},
       {"columnSelection", " columnSelection='2'", [&] { click("rbColumnsFromPin"); }},
       {"timeOut", " timeOut='30'", [&] { widget<QSpinBox>("sbTimeOut").setValue(30); }},
       {"readAllColumns", " columnSelection='1'", [&] { click("rbListedColumns"); }}};
@@ -392,8 +393,7 @@ bool isInnerPart(const QWidget& widget) {
   return widget.objectName().startsWith(QStringLiteral("qt_")) ||
          qobject_cast<const QHeaderView*>(&widget) != nullptr ||
          qobject_cast<const QAbstractItemView*>(parent) != nullptr ||
-         qobject_cast<const QTabBar*>(parent) != nullptr ||
-         widget.window() != parent->window();
+         qobject_cast<const QTabBar*>(parent) != nullptr || widget.window() != parent->window();
 }
 
 bool isControl(const QWidget& widget) {
@@ -411,8 +411,8 @@ void expectReachable(const QWidget& editor) {
       continue;
     }
     const auto* button = qobject_cast<const QAbstractButton*>(widget);
-    const bool isNamed = !widget->accessibleName().isEmpty() ||
-                         (button != nullptr && !button->text().isEmpty());
+    const bool isNamed =
+        !widget->accessibleName().isEmpty() || (button != nullptr && !button->text().isEmpty());
     const std::string name =
         std::string(widget->metaObject()->className()) + " " + widget->objectName().toStdString();
     EXPECT_TRUE(isNamed) << name;

@@ -37,8 +37,7 @@ TEST(ColumnsToRead, KeepTheOrderOfTheListAndWhatTheFileLacks) {
   const TableSummary table = someTable();
   model.setFile(&table);
   EXPECT_EQ(model.rowCount(), 5);
-  EXPECT_EQ(model.listed(),
-            (QStringList{"gone", "price", "${column}"}));
+  EXPECT_EQ(model.listed(), (QStringList{"gone", "price", "${column}"}));
   EXPECT_TRUE(faultAt(model, 0).contains("gone"));
   EXPECT_EQ(faultAt(model, 1), QString());
   EXPECT_EQ(faultAt(model, 2), QString());
