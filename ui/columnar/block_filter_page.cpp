@@ -94,7 +94,6 @@ void BlockFilterPage::addVariables() {
   connect(down, &QPushButton::clicked, this, [move] { move(1); });
   m_addRowNumbers = checkBox("cbAddN", tr("add '_n_min' and '_n_max' as input vars"),
                              tr("The numbers of the block's first and last row, from 0."));
-  connect(m_addRowNumbers, &QCheckBox::clicked, this, [this] { m_isEdited = true; });
   box->layout()->addWidget(m_table);
   box->layout()->addWidget(rowOf({m_newColumn, add}, box));
   box->layout()->addWidget(rowOf({remove, up, down}, box));
@@ -161,6 +160,11 @@ BlockFilter BlockFilterPage::filter() const {
   filter.time = m_time->parameters();
   filter.variables = m_model->variables();
   return filter;
+}
+
+bool BlockFilterPage::isEdited(const BlockFilter& loaded) const {
+  return m_isEdited || m_field->expression() != loaded.expression ||
+         m_addRowNumbers->isChecked() != loaded.addRowNumbers;
 }
 
 // Names of columns that are no variables yet are offered as if they were columns of the input.

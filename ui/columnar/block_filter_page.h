@@ -29,8 +29,8 @@ class BlockFilterPage : public SettingsPage {
   void store(ReadColumnarSettings& settings) const;
   // As the controls have it.
   BlockFilter filter() const;
-  // The user changed more than the expression since load().
-  bool isEdited() const { return m_isEdited; }
+  // The user changed it since load().
+  bool isEdited(const BlockFilter& loaded) const;
   void setFile(const TableSummary* summary);
   void showTrial(const ShownText& trial);
 
@@ -59,7 +59,7 @@ class BlockFilterPage : public SettingsPage {
   QToolButton* m_timeButton;
   TimeParametersPanel* m_time;
   QSpinBox* m_blocksAhead;
-  bool m_isEdited = false;
+  bool m_isEdited = false;      // the variables or the time parameters
   bool m_isVerdictDue = false;  // of a committed expression
 };
 

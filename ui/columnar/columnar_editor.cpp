@@ -29,7 +29,14 @@ void ColumnarEditor::addPage(SettingsPage* page, const QString& title) {
   area->setFocusPolicy(Qt::NoFocus);
   area->setWidget(page);
   m_tabs->addTab(area, title);
+  m_pages.push_back(page);
   connect(page, &SettingsPage::changed, this, &ColumnarEditor::commitChanges);
+}
+
+void ColumnarEditor::endEditing() {
+  for (SettingsPage* page : m_pages) {
+    page->disconnect(this);
+  }
 }
 
 void ColumnarEditor::showPage(SettingsPage* page) {

@@ -5,7 +5,7 @@
 // Threads: the user-interface thread.
 #pragma once
 
-#include <functional>
+#include <vector>
 
 #include "host/widgets/user_interface.h"
 #include "ui/columnar/settings_page.h"
@@ -28,6 +28,9 @@ class ColumnarEditor : public UpdateClassWidget {
   void commit() override;
 
  protected:
+  // For destructors: a field that loses the focus then writes nothing.
+  void endEditing();
+
   void addPage(SettingsPage* page, const QString& title);
   void showPage(SettingsPage* page);
   // Its text belongs to the uncommitted state, under this name.
@@ -49,6 +52,7 @@ class ColumnarEditor : public UpdateClassWidget {
   QMap<QString, QString> texts() const;
 
   QTabWidget* m_tabs;
+  std::vector<SettingsPage*> m_pages;
   QMap<QString, ExpressionField*> m_expressions;
   QMap<QString, QString> m_committedTexts;
   bool m_isLoading = false;

@@ -47,7 +47,9 @@ Interface_readColumnarGel::Interface_readColumnarGel(QWidget* parent, ReadColumn
   committed();
 }
 
-Interface_readColumnarGel::~Interface_readColumnarGel() = default;
+Interface_readColumnarGel::~Interface_readColumnarGel() {
+  endEditing();
+}
 
 void Interface_readColumnarGel::connectPages() {
   connect(m_filePage, &ReadFilePage::lookAgainWanted, this, [this] {
@@ -85,9 +87,8 @@ bool Interface_readColumnarGel::store() {
     m_action.setColumnsToRead(columns);
     isChanged = true;
   }
-  const BlockFilter filter = m_filterPage->filter();
-  if (m_filterPage->isEdited() || filter.expression != m_action.blockFilter().expression) {
-    m_action.setBlockFilter(filter);
+  if (m_filterPage->isEdited(m_action.blockFilter())) {
+    m_action.setBlockFilter(m_filterPage->filter());
     isChanged = true;
   }
   return isChanged;

@@ -48,10 +48,11 @@ Interface_writeColumnarGel::Interface_writeColumnarGel(QWidget* parent, WriteCol
   reload();
   takeInput();
   committed();
-  m_input.refresh();
 }
 
-Interface_writeColumnarGel::~Interface_writeColumnarGel() = default;
+Interface_writeColumnarGel::~Interface_writeColumnarGel() {
+  endEditing();
+}
 
 void Interface_writeColumnarGel::load() {
   const WriteColumnarSettings& settings = m_action.settings();
@@ -110,7 +111,9 @@ QStringList Interface_writeColumnarGel::splitValues() const {
   const auto column = static_cast<std::size_t>(found - columns.begin());
   for (std::size_t row = 0; row < rows->rowCount() && values.size() < kExamples; ++row) {
     const ShownValue value = shownValue(*rows, row, column);
-    const QString text = value.kind == ShownValue::Kind::null ? QString() : value.whole;
+    const QString text = value.kind == ShownValue::Kind::null ? QString()
+                         : value.whole.isNull()               ? QStringLiteral("")
+                                                              : value.whole;
     const bool isKnown = std::ranges::any_of(values, [&](const QString& other) {
       return other == text && other.isNull() == text.isNull();
     });

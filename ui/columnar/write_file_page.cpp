@@ -100,10 +100,9 @@ void WriteFilePage::addSplitGroup() {
 
 void WriteFilePage::addNaming() {
   QLayout* layout = m_oneFile->parentWidget()->layout();
-  m_advancedNaming =
-      checkBox("cbAdvancedNaming", tr("&Name the files by an expression over SplitVal:"),
-               tr("SplitVal is the value of the column, as a text."));
-  disconnect(m_advancedNaming, &QCheckBox::clicked, this, nullptr);
+  m_advancedNaming = new QCheckBox(tr("&Name the files by an expression over SplitVal:"), this);
+  m_advancedNaming->setObjectName(QStringLiteral("cbAdvancedNaming"));
+  m_advancedNaming->setToolTip(tr("SplitVal is the value of the column, as a text."));
   connect(m_advancedNaming, &QCheckBox::clicked, this, &WriteFilePage::toggleNaming);
   m_naming = new ExpressionField(this);
   m_naming->setHistoryKey(QStringLiteral("naming"));

@@ -7,6 +7,7 @@
 #include <QFontDatabase>
 #include <QHelpEvent>
 #include <QMenu>
+#include <QScrollBar>
 
 #include "ui/widgets/expression_colors.h"
 #include "ui/widgets/expression_highlighter.h"
@@ -16,6 +17,18 @@ namespace kelvarin {
 namespace {
 
 constexpr int kMinimumLines = 3;
+
+// The field's own sheet reaches its scroll bars, which would then be drawn as bare boxes.
+constexpr char kScrollBarStyle[] =
+    "QScrollBar { background: #EEF0F3; border: none; margin: 0; }"
+    "QScrollBar:vertical { width: 1em; }"
+    "QScrollBar:horizontal { height: 1em; }"
+    "QScrollBar::handle { background: #848C97; border-radius: 3px; margin: 2px; }"
+    "QScrollBar::handle:hover { background: #5E6670; }"
+    "QScrollBar::handle:vertical { min-height: 2em; }"
+    "QScrollBar::handle:horizontal { min-width: 2em; }"
+    "QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }"
+    "QScrollBar::add-page, QScrollBar::sub-page { background: none; }";
 
 bool isReturn(const QKeyEvent& event) {
   return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
@@ -54,6 +67,8 @@ ExpressionEditor::ExpressionEditor(QWidget* parent)
   setAccessibleName(tr("Expression"));
   setPlaceholderText(tr("For instance: price * quantity"));
   viewport()->setMouseTracking(true);
+  verticalScrollBar()->setStyleSheet(QLatin1String(kScrollBarStyle));
+  horizontalScrollBar()->setStyleSheet(QLatin1String(kScrollBarStyle));
   connect(this, &QPlainTextEdit::cursorPositionChanged, this, &ExpressionEditor::showMarks);
 }
 

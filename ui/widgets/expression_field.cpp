@@ -240,10 +240,15 @@ void ExpressionField::Parts::showVerdict() {
   if (!m_answer.message.isEmpty()) {
     lines += m_answer.message;
   }
-  QStringList result{m_answer.resultType, m_answer.engine};
-  result.removeAll(QString());
-  if (!result.isEmpty()) {
-    lines += result.join(QStringLiteral("  \u00b7  "));
+  if (m_answer.check.isCompiled()) {
+    QStringList result;
+    if (!m_answer.resultType.isEmpty()) {
+      result += tr("Result: %1").arg(m_answer.resultType);
+    }
+    if (!m_answer.engine.isEmpty()) {
+      result += m_answer.engine;
+    }
+    lines += result.join(QStringLiteral(" \u00b7 "));
   }
   std::vector<InfoLink> links;
   for (std::size_t i = 0; i < m_answer.fixes.size(); ++i) {

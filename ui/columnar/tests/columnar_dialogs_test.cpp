@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include <gtest/gtest.h>
+#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -67,6 +68,7 @@ class DialogTest : public ::testing::Test {
 
   void open(const std::string& xml) {
     m_editor.reset();
+    m_harness.reset();  // before the next one makes its session
     m_harness = std::make_unique<RowHarness>(
         [](XMLNode node, GlobalParameters* parameters) -> ActionItem* {
           return new Action(node, parameters);
@@ -321,7 +323,7 @@ TEST_F(ReadDialogTest, VerifiesAndSalvages) {
                   .contains("column 'name'"));
   EXPECT_TRUE(dialog->findChild<InfoLine*>()->text().contains("1 damaged place"));
   dialog->close();
-  QCoreApplication::sendPostedEvents(dialog, QEvent::DeferredDelete);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return m_editor->findChild<TableWorkDialog*>() == nullptr; }));
 
   QString proposal;
   m_editor->setAskForNewFile([&](const QString& proposed) {
@@ -351,7 +353,7 @@ TEST_F(WriteDialogTest, DeletesOnlyAfterItWasAllowedTo) {
       QTest::keyClick(box, Qt::Key_Escape);
     }
     settle();
-    QCoreApplication::sendPostedEvents(box, QEvent::DeferredDelete);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return m_editor->findChild<QMessageBox*>() == nullptr; }));
   };
   answer(false);
   EXPECT_EQ(files().size(), 2);
@@ -393,7 +395,9 @@ bool isInnerPart(const QWidget& widget) {
   return widget.objectName().startsWith(QStringLiteral("qt_")) ||
          qobject_cast<const QHeaderView*>(&widget) != nullptr ||
          qobject_cast<const QAbstractItemView*>(parent) != nullptr ||
-         qobject_cast<const QTabBar*>(parent) != nullptr || widget.window() != parent->window();
+         qobject_cast<const QTabBar*>(parent) != nullptr ||
+         qobject_cast<const QLineEdit*>(parent) != nullptr ||
+         qobject_cast<const QComboBox*>(parent) != nullptr;
 }
 
 bool isControl(const QWidget& widget) {
@@ -406,13 +410,13 @@ bool isControl(const QWidget& widget) {
 
 // Every control has a name for those who do not see it, and Tab reaches it.
 void expectReachable(const QWidget& editor) {
-  for (const QWidget* widget : editor.findChildren<QWidget*>()) {
-    if (!isControl(*widget) || isInnerPart(*widget)) {
+  for (QWidget* widget : editor.findChildren<QWidget*>()) {
+    const bool isOfPopup = widget->window() != editor.window();
+    if (!isControl(*widget) || isOfPopup || isInnerPart(*widget)) {
       continue;
     }
-    const auto* button = qobject_cast<const QAbstractButton*>(widget);
-    const bool isNamed =
-        !widget->accessibleName().isEmpty() || (button != nullptr && !button->text().isEmpty());
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
+    const bool isNamed = !accessible->text(QAccessible::Name).isEmpty();
     const std::string name =
         std::string(widget->metaObject()->className()) + " " + widget->objectName().toStdString();
     EXPECT_TRUE(isNamed) << name;

@@ -5,13 +5,14 @@
 
 #include <gtest/gtest.h>
 #include <QApplication>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextBlock>
-#include <QToolButton>
+#include <QToolTip>
 #include <QVBoxLayout>
 
 #include "host/widgets/info_line.h"
@@ -223,6 +224,45 @@ TEST_F(ExpressionFieldTest, AFaultIsMarkedAndSaidInWords) {
   editor()->moveCursor(QTextCursor::Start);
   type("2 * ");
   EXPECT_EQ(squiggles()[0].selectedText(), QStringLiteral("prise")) << "it moves with the text";
+}
+
+TEST_F(ExpressionFieldTest, AMisspeltColumnIsFoundAndBoundByAltEnter) {
+  QSignalSpy wanted(&m_field, &ExpressionField::columnWanted);
+  type("1 - discout");
+  press(Qt::Key_Escape);
+  QSignalSpy answered(&m_field, &ExpressionField::answered);
+  ASSERT_TRUE(answered.wait(5000));
+  EXPECT_FALSE(m_field.answer().message.isEmpty());
+  press(Qt::Key_Return, Qt::AltModifier);
+  EXPECT_EQ(text(), "1 - discount");
+  ASSERT_EQ(wanted.count(), 1);
+  EXPECT_EQ(wanted[0][0].toString(), QStringLiteral("discount"));
+}
+
+TEST_F(ExpressionFieldTest, PointingAtASignShowsTheValueOfItsPart) {
+  Formula formula = formulaOf();
+  formula.variables[0].number = 24.9;
+  m_field.setFormula(formula);
+  m_field.setExpression(QStringLiteral("1 + price * 2"));
+  QTextCursor cursor = editor()->textCursor();
+  cursor.setPosition(10);
+  const QRect sign = editor()->cursorRect(cursor);
+  const QPoint middle(sign.left() + editor()->fontMetrics().averageCharWidth() / 3,
+                      sign.center().y());
+  QHelpEvent rest(QEvent::ToolTip, middle, editor()->viewport()->mapToGlobal(middle));
+  QApplication::sendEvent(editor()->viewport(), &rest);
+  ASSERT_TRUE(QTest::qWaitFor([] { return !QToolTip::text().isEmpty(); }, 5000));
+  EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("price * 2 = 49.8")))
+      << QToolTip::text().toStdString();
+}
+
+TEST_F(ExpressionFieldTest, F1AsksAboutTheWordAtTheCursor) {
+  QSignalSpy wanted(&m_field, &ExpressionField::helpWanted);
+  type("1 + nvl(");
+  press(Qt::Key_Left);
+  press(Qt::Key_F1);
+  ASSERT_EQ(wanted.count(), 1);
+  EXPECT_EQ(wanted[0][0].toString(), QStringLiteral("nvl"));
 }
 
 TEST_F(ExpressionFieldTest, WhatIsMissingAtTheEndIsMarkedUnderTheLastCharacter) {
