@@ -43,6 +43,7 @@ class ExpressionField::Parts : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   ExpressionEditor& editor() { return *m_editor; }
+  ValueStrip& values() { return *m_values; }
   HistoryKeys& history() { return *m_history; }
   const FormulaAnswer& answer() const { return m_answer; }
   void setFormula(const Formula& formula);
@@ -391,6 +392,10 @@ void ExpressionField::showPart(qsizetype start, qsizetype size) {
                      QTextCursor::KeepAnchor);
   editor.setTextCursor(cursor);
   editor.ensureCursorVisible();
+}
+
+void ExpressionField::setValuesShown(bool isShown) {
+  m_parts->values().setVisible(isShown);
 }
 
 void ExpressionField::setHistoryKey(const QString& key) {
