@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include <QCoreApplication>
 #include <QEvent>
 #include <QHeaderView>
 #include <QLabel>
@@ -195,23 +194,20 @@ void ValueStrip::fitHeight() {
 }
 
 QString noteWithoutRows(const Formula& formula, const FormulaAnswer& answer) {
-  const auto text = [](const char* source) {
-    return QCoreApplication::translate("ValueStrip", source);
-  };
   if (hasRows(formula)) {
     return {};
   }
   QString why = formula.columns.whyUnknown;
   if (formula.columns.isKnown && formula.rows != nullptr) {
-    why = text("the input has none.");
+    why = ValueStrip::tr("the input has none.");
   } else if (formula.columns.isKnown) {
-    why = text("those of the input have not arrived.");
+    why = ValueStrip::tr("those of the input have not arrived.");
   } else if (why.isEmpty()) {
-    why = text("the input of the action is not known.");
+    why = ValueStrip::tr("the input of the action is not known.");
   }
-  QString note = text("No rows yet: %1").arg(why);
+  QString note = ValueStrip::tr("No rows yet: %1").arg(why);
   if (answer.check.value) {
-    note += u' ' + text("With the samples of the variables, the result is %1.")
+    note += u' ' + ValueStrip::tr("With the samples of the variables, the result is %1.")
                        .arg(shownValue(*answer.check.value).text);
   }
   return note;
