@@ -1,4 +1,5 @@
 #include "ui/columnar/block_filter_page.h"
+#include "ui/columnar/wrapping_choice.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -14,6 +15,7 @@
 #include "host/widgets/info_line.h"
 #include "ui/panels/time_parameters_panel.h"
 #include "ui/widgets/enhanced_table_delegate.h"
+#include "ui/widgets/k_plain_text_edit.h"
 #include "ui/widgets/my_table.h"
 
 namespace kelvarin {
@@ -34,10 +36,12 @@ void BlockFilterPage::addExpression() {
   m_field = new ExpressionField(this);
   m_field->setHistoryKey(QStringLiteral("blockFilter"));
   m_field->setAccessibleName(tr("Block filter"));
+  m_field->setValuesShown(false);
+  m_field->editor()->setMaximumHeight(7 * fontMetrics().height());
   m_trial = new InfoLine(this);
   m_trial->setObjectName(QStringLiteral("trial"));
   m_trial->setReservedLines(1);
-  box->layout()->addWidget(m_isApplied);
+  box->layout()->addWidget(choiceRow(m_isApplied));
   box->layout()->addWidget(m_field);
   box->layout()->addWidget(m_trial);
   connect(m_field, &ExpressionField::editingFinished, this, [this] {
@@ -97,7 +101,7 @@ void BlockFilterPage::addVariables() {
   box->layout()->addWidget(m_table);
   box->layout()->addWidget(rowOf({m_newColumn, add}, box));
   box->layout()->addWidget(rowOf({remove, up, down}, box));
-  box->layout()->addWidget(m_addRowNumbers);
+  box->layout()->addWidget(choiceRow(m_addRowNumbers));
 }
 
 void BlockFilterPage::addTime() {

@@ -195,6 +195,10 @@ Qt::ItemFlags ColumnsToReadModel::flags(const QModelIndex& index) const {
 }
 
 QVariant ColumnsToReadModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation == Qt::Horizontal && role == Qt::TextAlignmentRole) {
+    return section == kSize || section == kSet ? QVariant(Qt::AlignRight | Qt::AlignVCenter)
+                                               : QVariant(Qt::AlignLeft | Qt::AlignVCenter);
+  }
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole) {
     return {};
   }

@@ -1,4 +1,5 @@
 #include "ui/columnar/previous_file_page.h"
+#include "ui/columnar/wrapping_choice.h"
 
 #include <QCheckBox>
 #include <QGroupBox>
@@ -27,8 +28,9 @@ PreviousFilePage::PreviousFilePage(QWidget* parent) : SettingsPage(parent) {
   m_timeOut = spinBox("sbDeleteTimeOut", 0, kLongestWait, tr("Seconds to wait for a file in use"));
   auto* label = new QLabel(tr("When the old file is in use, &wait for"), box);
   label->setBuddy(m_timeOut);
-  box->layout()->addWidget(m_replaceAtEnd);
-  box->layout()->addWidget(m_alwaysDelete);
+  label->setWordWrap(true);
+  box->layout()->addWidget(choiceRow(m_replaceAtEnd));
+  box->layout()->addWidget(choiceRow(m_alwaysDelete));
   box->layout()->addWidget(label);
   box->layout()->addWidget(indented({m_timeOut, new QLabel(tr("seconds"), box)}, box));
 
@@ -36,7 +38,7 @@ PreviousFilePage::PreviousFilePage(QWidget* parent) : SettingsPage(parent) {
   m_checkNames =
       checkBox("cbCheckNameCollision", tr("Refuse a name that another &action reads or writes"),
                tr("Covers the column-set files as well."));
-  graph->layout()->addWidget(m_checkNames);
+  graph->layout()->addWidget(choiceRow(m_checkNames));
 
   QGroupBox* clean = group(tr("Clean up"));
   m_delete = pushButton("pbDelete", tr("Delete the file and its &column sets..."));

@@ -11,6 +11,7 @@
 #include "host/widgets/icons.h"
 #include "host/widgets/search_field.h"
 #include "ui/columnar/summary_texts.h"
+#include "ui/columnar/wrapping_choice.h"
 #include "ui/widgets/enhanced_table_delegate.h"
 #include "ui/widgets/my_table.h"
 
@@ -33,8 +34,9 @@ void ReadColumnsPage::addChoice() {
   m_listed = radioButton("rbListedColumns", tr("Only the columns that are &ticked, in this order"));
   m_fromPin =
       radioButton("rbColumnsFromPin", tr("The columns &named in the first column of input pin 1"));
-  for (QRadioButton* button : {m_all, m_listed, m_fromPin}) {
-    pageLayout()->addWidget(button);
+  makeExclusive({m_all, m_listed, m_fromPin}, this);
+  for (const QRadioButton* button : {m_all, m_listed, m_fromPin}) {
+    pageLayout()->addWidget(choiceRow(button));
   }
   pageLayout()->setSpacing(8);
 }

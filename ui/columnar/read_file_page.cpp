@@ -13,6 +13,7 @@
 #include "host/widgets/path_field.h"
 #include "ui/columnar/columnar_editor.h"
 #include "ui/columnar/summary_texts.h"
+#include "ui/columnar/wrapping_choice.h"
 
 namespace kelvarin {
 
@@ -46,9 +47,10 @@ void ReadFilePage::addFileGroup() {
   m_file->setFilter(tr("Columnar files (*.cgel_kelvarin);;All files (*)"));
   m_isFromPin =
       radioButton("rbFileNameFromPin", tr("The files &named in the first column of input pin 0"));
-  box->layout()->addWidget(m_isNamed);
+  makeExclusive({m_isNamed, m_isFromPin}, box);
+  box->layout()->addWidget(choiceRow(m_isNamed));
   box->layout()->addWidget(m_file);
-  box->layout()->addWidget(m_isFromPin);
+  box->layout()->addWidget(choiceRow(m_isFromPin));
   connect(m_file, &PathField::edited, this, [this](const QString& text) { m_typed = text; });
   connect(m_file, &PathField::pathChanged, this, &ReadFilePage::takePath);
 }

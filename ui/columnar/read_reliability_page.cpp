@@ -1,4 +1,5 @@
 #include "ui/columnar/read_reliability_page.h"
+#include "ui/columnar/wrapping_choice.h"
 
 #include <QCheckBox>
 #include <QGroupBox>
@@ -24,10 +25,11 @@ ReadReliabilityPage::ReadReliabilityPage(QWidget* parent) : SettingsPage(parent)
   label->setBuddy(m_timeOut);
   m_abort = radioButton("rbAbortIfMissing", tr("Then s&top the run"));
   m_skip = radioButton("rbSkipMissing", tr("Then s&kip it with a warning"));
+  makeExclusive({m_abort, m_skip}, missing);
   missing->layout()->addWidget(label);
   missing->layout()->addWidget(rowOf({m_timeOut, new QLabel(tr("seconds"), this)}, missing));
-  missing->layout()->addWidget(m_abort);
-  missing->layout()->addWidget(m_skip);
+  missing->layout()->addWidget(choiceRow(m_abort));
+  missing->layout()->addWidget(choiceRow(m_skip));
 
   QGroupBox* damaged = group(tr("When a file is not whole"));
   m_incomplete = checkBox("cbReadIncompleteFile",
@@ -35,14 +37,14 @@ ReadReliabilityPage::ReadReliabilityPage(QWidget* parent) : SettingsPage(parent)
                           tr("Otherwise such a file stops the run."));
   m_skipCorrupted = checkBox("cbSkipCorruptedBlocks", tr("Skip &damaged blocks with a warning"),
                              tr("Otherwise damage stops the run."));
-  damaged->layout()->addWidget(m_incomplete);
-  damaged->layout()->addWidget(m_skipCorrupted);
+  damaged->layout()->addWidget(choiceRow(m_incomplete));
+  damaged->layout()->addWidget(choiceRow(m_skipCorrupted));
 
   QGroupBox* progress = group(tr("Progress"));
   m_accurateProgress =
       checkBox("cbAccurateProgressBar", tr("Show progress by the &rows of all files"),
                tr("Looks into all files before the first row. Otherwise the files are counted."));
-  progress->layout()->addWidget(m_accurateProgress);
+  progress->layout()->addWidget(choiceRow(m_accurateProgress));
   pageLayout()->addStretch();
 }
 

@@ -11,6 +11,7 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
+#include "ui/columnar/wrapping_choice.h"
 #include "ui/panels/form_layout.h"
 
 namespace kelvarin {
@@ -21,16 +22,20 @@ SettingsPage::SettingsPage(QWidget* parent) : QWidget(parent), m_layout(new QVBo
 }
 
 QCheckBox* SettingsPage::checkBox(const char* name, const QString& label, const QString& toolTip) {
-  auto* box = new QCheckBox(label, this);
+  auto* box = new QCheckBox(this);
   box->setObjectName(QLatin1String(name));
   box->setToolTip(toolTip);
+  putBesideText(*box, label, this);
   connect(box, &QCheckBox::clicked, this, &SettingsPage::changed);
   return box;
 }
 
-QRadioButton* SettingsPage::radioButton(const char* name, const QString& label) {
-  auto* button = new QRadioButton(label, this);
+QRadioButton* SettingsPage::radioButton(const char* name, const QString& label,
+                                        const QString& toolTip) {
+  auto* button = new QRadioButton(this);
   button->setObjectName(QLatin1String(name));
+  button->setToolTip(toolTip);
+  putBesideText(*button, label, this);
   connect(button, &QRadioButton::clicked, this, &SettingsPage::changed);
   return button;
 }

@@ -28,9 +28,10 @@ class SettingsPage : public QWidget {
   void changed();
 
  protected:
-  // Names, connects and returns it. Labels may have mnemonics.
+  // Each names, connects and returns it. Labels may have mnemonics. Check boxes and radio buttons are
+  // laid out by their choiceRow().
   QCheckBox* checkBox(const char* name, const QString& label, const QString& toolTip = {});
-  QRadioButton* radioButton(const char* name, const QString& label);
+  QRadioButton* radioButton(const char* name, const QString& label, const QString& toolTip = {});
   QSpinBox* spinBox(const char* name, int minimum, int maximum, const QString& accessibleName);
   QPushButton* pushButton(const char* name, const QString& label);
   // Reports at the end of editing.

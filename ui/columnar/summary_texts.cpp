@@ -90,6 +90,7 @@ QString contentsText(const TableSummary& summary) {
   if (summary.missingSideFile.isEmpty()) {
     parts += sizeText(summary.storedBytes());
   }
+  parts.replaceInStrings(QStringLiteral(" "), QStringLiteral("\u00a0"));  // lines break between
   return parts.join(QStringLiteral(" \u00b7 "));
 }
 

@@ -13,6 +13,7 @@
 
 #include "host/widgets/info_line.h"
 #include "ui/columnar/column_box.h"
+#include "ui/columnar/wrapping_choice.h"
 #include "ui/widgets/enhanced_table_delegate.h"
 #include "ui/widgets/my_table.h"
 
@@ -35,18 +36,26 @@ void WriteColumnsPage::addRowGroup() {
   m_testValue->setPlaceholderText(tr("(missing or empty)"));
   auto* has = new QLabel(tr("&has the value"), box);
   has->setBuddy(m_testValue);
-  box->layout()->addWidget(m_testRows);
-  box->layout()->addWidget(indented({m_testColumn, has, m_testValue}, box));
+  auto* grid = new QGridLayout;
+  grid->setContentsMargins(24, 0, 0, 0);
+  grid->setVerticalSpacing(8);
+  grid->addWidget(m_testColumn, 0, 0, 1, 2);
+  grid->addWidget(has, 1, 0);
+  grid->addWidget(m_testValue, 1, 1);
+  grid->setColumnStretch(1, 1);
+  box->layout()->addWidget(choiceRow(m_testRows));
+  qobject_cast<QVBoxLayout*>(box->layout())->addLayout(grid);
 }
 
 void WriteColumnsPage::addSetGroup() {
   QGroupBox* box = group(tr("Column sets"));
-  m_oneSet = radioButton("rbOneSet", tr("&All columns in one set"));
-  m_oneSet->setToolTip(tr("One file beside the main file: best where rows are read whole."));
-  m_setForEach = radioButton("rbSetForEach", tr("A set for &each column"));
-  m_setForEach->setToolTip(
-      tr("A file for each column: written on several threads, read column by column."));
+  m_oneSet = radioButton("rbOneSet", tr("&All columns in one set"),
+                         tr("One file beside the main file: best where rows are read whole."));
+  m_setForEach =
+      radioButton("rbSetForEach", tr("A set for &each column"),
+                  tr("A file for each column: written on several threads, read column by column."));
   m_listedSets = radioButton("rbListedSets", tr("The sets of this &list:"));
+  makeExclusive({m_oneSet, m_setForEach, m_listedSets}, box);
   m_table = new MyTable(box);
   m_table->setObjectName(QStringLiteral("columnSets"));
   m_table->setAccessibleName(tr("Columns and their sets"));
@@ -72,8 +81,8 @@ void WriteColumnsPage::addSetGroup() {
   m_setButtons = rowOf({assign, m_set, leaveOut}, box);
   m_note = new InfoLine(box);
   auto* layout = qobject_cast<QVBoxLayout*>(box->layout());
-  for (QRadioButton* button : {m_oneSet, m_setForEach, m_listedSets}) {
-    layout->addWidget(button);
+  for (const QRadioButton* button : {m_oneSet, m_setForEach, m_listedSets}) {
+    layout->addWidget(choiceRow(button));
   }
   layout->addWidget(m_table, 1);
   layout->addWidget(m_setButtons);

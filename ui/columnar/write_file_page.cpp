@@ -1,6 +1,5 @@
 #include "ui/columnar/write_file_page.h"
 
-#include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
@@ -15,6 +14,8 @@
 #include "host/widgets/path_field.h"
 #include "ui/columnar/column_box.h"
 #include "ui/columnar/columnar_editor.h"
+#include "ui/columnar/wrapping_choice.h"
+#include "ui/widgets/k_plain_text_edit.h"
 
 namespace kelvarin {
 
@@ -62,7 +63,7 @@ void WriteFilePage::addFileGroup() {
   m_createDirectory = checkBox("cbCreateDir", tr("&Create its folder where it is missing"));
   box->layout()->addWidget(label);
   box->layout()->addWidget(m_file);
-  box->layout()->addWidget(m_createDirectory);
+  box->layout()->addWidget(choiceRow(m_createDirectory));
   connect(m_file, &PathField::edited, this, [this](const QString& text) { m_typed = text; });
   connect(m_file, &PathField::pathChanged, this, &WriteFilePage::takePath);
 }
@@ -81,34 +82,34 @@ void WriteFilePage::addSplitGroup() {
   m_bySize = radioButton("rbSplitBySize",
                          tr("Split into several Kelvarin Gel files. Each file is &maximum:"));
   m_byValue = radioButton("rbSplitByValue", tr("One file for each &value of the column:"));
-  auto* choice = new QButtonGroup(box);
-  for (QRadioButton* button : {m_oneFile, m_bySize, m_byValue}) {
-    choice->addButton(button);
-  }
+  makeExclusive({m_oneFile, m_bySize, m_byValue}, box);
   m_segmentSize = spinBox("sbSegmentSize", 0, kLargestSegment, tr("Largest size of a file"));
   m_segmentSize->setSuffix(tr(" MiB"));
   m_splitColumn = columnBox("leSplitVar", tr("Column to split on"), box);
   connect(m_splitColumn, &QComboBox::activated, this, &WriteFilePage::changed);
   connect(m_splitColumn->lineEdit(), &QLineEdit::editingFinished, this, &WriteFilePage::changed);
-  box->layout()->addWidget(m_oneFile);
-  box->layout()->addWidget(m_bySize);
+  box->layout()->addWidget(choiceRow(m_oneFile));
+  box->layout()->addWidget(choiceRow(m_bySize));
   box->layout()->addWidget(indented({m_segmentSize}, box));
-  box->layout()->addWidget(m_byValue);
+  box->layout()->addWidget(choiceRow(m_byValue));
   box->layout()->addWidget(indented({m_splitColumn}, box));
-  addNaming();
+  addNaming(*box);
 }
 
-void WriteFilePage::addNaming() {
-  QLayout* layout = m_oneFile->parentWidget()->layout();
-  m_advancedNaming = new QCheckBox(tr("&Name the files by an expression over SplitVal:"), this);
+void WriteFilePage::addNaming(const QGroupBox& box) {
+  QLayout* layout = box.layout();
+  m_advancedNaming = new QCheckBox(this);
   m_advancedNaming->setObjectName(QStringLiteral("cbAdvancedNaming"));
   m_advancedNaming->setToolTip(tr("SplitVal is the value of the column, as a text."));
+  putBesideText(*m_advancedNaming, tr("&Name the files by an expression over SplitVal:"), this);
   connect(m_advancedNaming, &QCheckBox::clicked, this, &WriteFilePage::toggleNaming);
   m_naming = new ExpressionField(this);
   m_naming->setHistoryKey(QStringLiteral("naming"));
   m_naming->setAccessibleName(tr("Naming expression"));
+  m_naming->setValuesShown(false);
+  m_naming->editor()->setMaximumHeight(5 * fontMetrics().height());
   m_namingNote = new InfoLine(this);
-  layout->addWidget(m_advancedNaming);
+  layout->addWidget(choiceRow(m_advancedNaming));
   layout->addWidget(m_naming);
   layout->addWidget(m_namingNote);
   connect(m_naming, &ExpressionField::editingFinished, this, &WriteFilePage::setNamingExpression);
@@ -180,7 +181,7 @@ void WriteFilePage::showNaming(const WriteColumnarSettings& settings) {
   const QStringList expressions = NamingText::of(settings.file).expressions;
   const bool isShown = isByValue && settings.advancedNaming;
   m_advancedNaming->setChecked(settings.advancedNaming);
-  m_advancedNaming->setEnabled(isByValue);
+  choiceRow(m_advancedNaming)->setEnabled(isByValue);
   m_naming->setVisible(isShown && expressions.size() == 1);
   m_namingNote->clear();
   if (!isShown) {

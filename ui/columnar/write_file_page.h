@@ -33,7 +33,7 @@ class WriteFilePage : public SettingsPage {
  private:
   void addFileGroup();
   void addSplitGroup();
-  void addNaming();
+  void addNaming(const QGroupBox& box);
   void addExampleGroup();
   void takePath(const QString& path);
   void toggleNaming(bool isOn);

@@ -380,6 +380,10 @@ void ExpressionField::showPart(qsizetype start, qsizetype size) {
   editor.ensureCursorVisible();
 }
 
+void ExpressionField::setValuesShown(bool isShown) {
+  m_parts->values().setVisible(isShown);
+}
+
 void ExpressionField::setHistoryKey(const QString& key) {
   m_parts->setHistoryKey(key);
 }
