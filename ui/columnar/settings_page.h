@@ -49,7 +49,7 @@ class SettingsPage : public QWidget {
   QVBoxLayout* m_layout;
 };
 
-// A row of widgets, without margins; those that are texts give way.
+// A row of widgets without margins, in several lines where the width does not suffice.
 QWidget* rowOf(std::initializer_list<QWidget*> widgets, QWidget* parent);
 // The same below a choice to which they belong.
 QWidget* indented(std::initializer_list<QWidget*> widgets, QWidget* parent);
