@@ -87,7 +87,7 @@ int FlowLayout::layOut(const QRect& area, bool isApplied) const {
       ++end;
     }
     if (isApplied) {
-      place(begin, end, {area.left(), top}, height);
+      layOutLine(begin, end, {area.left(), top}, height);
     }
     top += height + (end < m_items.size() ? spacing() : 0);
     begin = end;
@@ -96,7 +96,7 @@ int FlowLayout::layOut(const QRect& area, bool isApplied) const {
 }
 
 // The line is mirrored where texts run from right to left.
-void FlowLayout::place(std::size_t begin, std::size_t end, QPoint position, int height) const {
+void FlowLayout::layOutLine(std::size_t begin, std::size_t end, QPoint position, int height) const {
   const QRect area = contentsRect();
   const auto direction = parentWidget()->layoutDirection();
   for (std::size_t i = begin; i < end; ++i) {

@@ -34,7 +34,7 @@ class FlowLayout : public QLayout {
  private:
   // The height of the lines in the area; the widgets are moved where `isApplied` is set.
   int layOut(const QRect& area, bool isApplied) const;
-  void place(std::size_t begin, std::size_t end, QPoint position, int height) const;
+  void layOutLine(std::size_t begin, std::size_t end, QPoint position, int height) const;
   QSize withMargins(QSize size) const;
 
   std::vector<std::unique_ptr<QLayoutItem>> m_items;

@@ -86,9 +86,6 @@ QWidget* rowOf(std::initializer_list<QWidget*> widgets, QWidget* parent) {
   for (QWidget* widget : widgets) {
     layout->addWidget(widget);
   }
-  QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-  policy.setHeightForWidth(true);
-  row->setSizePolicy(policy);
   return row;
 }
 

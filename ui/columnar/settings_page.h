@@ -28,8 +28,8 @@ class SettingsPage : public QWidget {
   void changed();
 
  protected:
-  // Each names, connects and returns it. Labels may have mnemonics. Check boxes and radio buttons are
-  // laid out by their choiceRow().
+  // Each names, connects and returns it. Labels may have mnemonics. Check boxes and radio buttons
+  // are laid out by their choiceRow().
   QCheckBox* checkBox(const char* name, const QString& label, const QString& toolTip = {});
   QRadioButton* radioButton(const char* name, const QString& label, const QString& toolTip = {});
   QSpinBox* spinBox(const char* name, int minimum, int maximum, const QString& accessibleName);
