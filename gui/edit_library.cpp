@@ -15,6 +15,7 @@
 #include "host/files/file_hints.h"
 #include "host/tables/table_actions.h"
 #include "host/widgets/theme.h"
+#include "host/widgets/translation.h"
 #include "host/widgets/widget_screen.h"
 
 namespace kelvarin {
@@ -55,6 +56,7 @@ class Windows {
     qInstallMessageHandler(m_outer);
     QApplication::setOrganizationName(QStringLiteral("kelvarin"));
     QApplication::setApplicationName(QStringLiteral("kelvarin"));
+    m_translation.emplace();
     installScreen(&m_screen);
   }
   ~Windows() { installScreen(nullptr); }
@@ -64,6 +66,7 @@ class Windows {
  private:
   QtMessageHandler m_outer;
   std::optional<QApplication> m_application;
+  std::optional<Translation> m_translation;
   WidgetScreen m_screen;
 };
 

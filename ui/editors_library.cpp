@@ -1,7 +1,40 @@
+// The entry of the library with the editors, asked by the plug-in.
+#include <string_view>
+
 #include "actions/frame/editors_library.h"
-
 #include "base/export.h"
+#include "ui/columnar/interface_read_columnar_gel.h"
+#include "ui/columnar/interface_write_columnar_gel.h"
 
-extern "C" KELVARIN_CORE UpdateClassWidget* kelvarinCreateEditor(QWidget*, ActionItem*) {
+namespace kelvarin {
+
+namespace {
+
+template <typename Editor, typename Action>
+UpdateClassWidget* create(QWidget* parent, ActionItem& action) {
+  return new Editor(parent, static_cast<Action&>(action));
+}
+
+struct EditorEntry {
+  const char* typeName;
+  UpdateClassWidget* (*create)(QWidget* parent, ActionItem& action);
+};
+
+constexpr EditorEntry kEditors[] = {
+    {"ReadColumnarGel", create<Interface_readColumnarGel, ReadColumnarGel>},
+    {"writeColumnarGel", create<Interface_writeColumnarGel, WriteColumnarGel>},
+};
+
+}  // namespace
+
+}  // namespace kelvarin
+
+extern "C" KELVARIN_CORE UpdateClassWidget* kelvarinCreateEditor(QWidget* parent,
+                                                                 ActionItem* action) {
+  for (const kelvarin::EditorEntry& entry : kelvarin::kEditors) {
+    if (std::string_view(action->typeName()) == entry.typeName) {
+      return entry.create(parent, *action);
+    }
+  }
   return nullptr;
 }

@@ -16,9 +16,8 @@ inline QString textEntersAsNumber(const QString& column) {
 }
 inline QString editorsNotLoaded(const QString& file, const QString& reason) {
   return QStringLiteral(
-             "The property editors cannot be opened: %1 could not be loaded (%2). Install it beside "
-             "the plug-in, from the same build; until then actions can be edited in the graph "
-             "file.")
+             "The property editors cannot be opened: %1 could not be loaded (%2). Install it "
+             "beside the plug-in, from the same build; until then actions are edited in forms.")
       .arg(file, reason);
 }
 inline QString outputWithoutName(int index) {

@@ -56,6 +56,8 @@ class EvalTest(ProgramTest):
                                             ("true and (false or nope)", 19, "nope")):
             error = self.kelvarin_json("eval", expression, "--backend", "string", status=1)
             self.assertEqual((error["position"], error["token"]), (position, token), expression)
+        error = self.kelvarin_json("eval", "sin(nope(1))", "--backend", "fastest", status=1)
+        self.assertEqual((error["position"], error["token"]), (4, "nope"))
         error = self.kelvarin_json("eval", "(int)x ^ nope << 1", "--var", "x=1", "--backend", "fast", status=1)
         self.assertEqual((error["position"], error["token"]), (9, "nope"))
 

@@ -1,7 +1,7 @@
 // A library to be preloaded that lets allocations of a program fail, so that tests can see what the
 // program does then. The allocations of main() count, on all threads, from 1, but for those made
-// while the Arrow library is opened: its own start is not made for a lack of memory. Neither do those
-// that the dynamic loader makes for the thread-local variables of an opened library: without them
+// while a library is opened: those of the system do not survive a start without memory. Neither do
+// those for thread-local variables, by the dynamic loader and for their destructors: without them
 // the C library ends the process itself, with a text of its own.
 //
 // Environment:
@@ -51,9 +51,15 @@ bool isTracing = false;
 const char* listFile = nullptr;
 // The allocations of one that looks at its calls do not count.
 __attribute__((tls_model("initial-exec"))) thread_local bool isLooking = false;
-__attribute__((tls_model("initial-exec"))) thread_local bool isOpening = false;
-std::uintptr_t loaderBegin = 0;
-std::uintptr_t loaderEnd = 0;
+
+struct CodeRange {
+  std::uintptr_t begin = 0;
+  std::uintptr_t end = 0;
+
+  bool contains(std::uintptr_t address) const { return address >= begin && address < end; }
+};
+CodeRange loader;
+CodeRange destructorRegistration;
 
 constexpr int kCalls = 12;  // so many distinguish one site from another
 constexpr int kCallsOfTrace = 60;
@@ -94,19 +100,30 @@ int findLoader(dl_phdr_info* object, std::size_t, void*) {
   if (object->dlpi_addr != getauxval(AT_BASE)) {
     return 0;
   }
-  loaderBegin = object->dlpi_addr;
-  const ElfW(Phdr)& last = object->dlpi_phdr[object->dlpi_phnum - 1];
-  for (const ElfW(Phdr)* part = object->dlpi_phdr; part <= &last; ++part) {
-    if (part->p_type == PT_LOAD) {
-      loaderEnd = std::max<std::uintptr_t>(loaderEnd, loaderBegin + part->p_vaddr + part->p_memsz);
+  loader.begin = object->dlpi_addr;
+  for (int i = 0; i < object->dlpi_phnum; ++i) {
+    const ElfW(Phdr)& part = object->dlpi_phdr[i];
+    if (part.p_type == PT_LOAD) {
+      loader.end = std::max<std::uintptr_t>(loader.end, loader.begin + part.p_vaddr + part.p_memsz);
     }
   }
   return 1;
 }
 
+void findDestructorRegistration() {
+  void* function = dlsym(RTLD_DEFAULT, "__cxa_thread_atexit_impl");
+  Dl_info information;
+  void* symbol = nullptr;
+  if (dladdr1(function, &information, &symbol, RTLD_DL_SYMENT) != 0 && symbol != nullptr) {
+    destructorRegistration.begin = reinterpret_cast<std::uintptr_t>(function);
+    destructorRegistration.end =
+        destructorRegistration.begin + static_cast<const ElfW(Sym)*>(symbol)->st_size;
+  }
+}
+
 bool isForThreadLocals(const void* caller) {
   const auto address = reinterpret_cast<std::uintptr_t>(caller);
-  return !isOpening && address >= loaderBegin && address < loaderEnd;
+  return loader.contains(address) || destructorRegistration.contains(address);
 }
 
 bool mustFail(std::size_t size, const void* caller) {
@@ -151,6 +168,7 @@ int countingMain(int argc, char** argv, char** environment) {
   void* calls[1];
   backtrace(calls, 1);  // loads what it needs
   dl_iterate_phdr(findLoader, nullptr);
+  findDestructorRegistration();
   isActive = true;
   const int status = programMain(argc, argv, environment);
   isActive = false;
@@ -177,11 +195,8 @@ int __libc_start_main(Main main, int argc, char** argv, void (*init)(), void (*f
 void* dlopen(const char* file, int mode) {
   using Open = void* (*)(const char*, int);
   static const auto open = reinterpret_cast<Open>(dlsym(RTLD_NEXT, "dlopen"));
-  const bool isArrow = file != nullptr && std::strstr(file, "KelvarinArrow") != nullptr;
-  const bool wasLooking = std::exchange(isLooking, isLooking || isArrow);
-  const bool wasOpening = std::exchange(isOpening, true);
+  const bool wasLooking = std::exchange(isLooking, true);
   void* library = open(file, mode);
-  isOpening = wasOpening;
   isLooking = wasLooking;
   return library;
 }

@@ -7,6 +7,7 @@
 #include "expression/backends/native_language.h"
 #include "expression/errors/messages.h"
 #include "expression/functions/function_line.h"
+#include "expression/tokens/expression_tokens.h"
 #include "jit/native_compiler.h"
 
 namespace kelvarin {
@@ -55,6 +56,16 @@ ExpressionError::Kind kindOf(jit::CompileStatus status) {
   }
 }
 
+// The name at the position; the compiler reports where it stands only.
+QString nameAt(const QString& expression, int position) {
+  for (const Token& token : ExpressionTokens(expression)) {
+    if (positionOf(token) == position) {
+      return expression.mid(position, sizeOf(token));
+    }
+  }
+  return {};
+}
+
 void addNames(jit::CompilerContext& context, const QString& expression,
               const ExpressionScope& scope) {
   QSet<QString> open = valueNames(expression);
@@ -83,9 +94,12 @@ CompileResult compileNative(const QString& expression, const ExpressionScope& sc
   jit::CompileFailure failure;
   auto function = context.compile(latin1(expression), failure);
   if (function == nullptr) {
-    return Failure{ExpressionError{.message = QString::fromStdString(failure.reason),
-                                   .position = failure.position,
-                                   .kind = kindOf(failure.status)}};
+    const bool isName = failure.status == jit::CompileStatus::unknownName;
+    return Failure{
+        ExpressionError{.message = QString::fromStdString(failure.reason),
+                        .position = failure.position,
+                        .token = isName ? nameAt(expression, failure.position) : QString(),
+                        .kind = kindOf(failure.status)}};
   }
   return std::unique_ptr<CompiledExpression>(
       std::make_unique<NativeExpression>(std::move(function), scope.variables.numbers()));

@@ -134,6 +134,8 @@ void EditWindow::connectFiles() {
     m_notice->clear();
     if (id == u"load") {
       m_files.load();
+    } else if (id == u"keep") {
+      m_files.acceptDisk();
     }
   });
 }

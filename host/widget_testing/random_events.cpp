@@ -1,0 +1,150 @@
+#include "host/widget_testing/random_events.h"
+
+#include <array>
+#include <cstdio>
+#include <random>
+
+#include <QAbstractButton>
+#include <QAbstractScrollArea>
+#include <QApplication>
+#include <QDialog>
+#include <QTest>
+#include <QTimer>
+#include <QWheelEvent>
+
+namespace kelvarin::testing {
+
+namespace {
+
+constexpr int kMillisecondsBetweenAnswers = 5;
+
+constexpr std::array kKeys = {Qt::Key_Tab,    Qt::Key_Backtab,   Qt::Key_Return, Qt::Key_Escape,
+                              Qt::Key_Space,  Qt::Key_Left,      Qt::Key_Right,  Qt::Key_Up,
+                              Qt::Key_Down,   Qt::Key_Home,      Qt::Key_End,    Qt::Key_PageUp,
+                              Qt::Key_Delete, Qt::Key_Backspace, Qt::Key_F1,     Qt::Key_F2,
+                              Qt::Key_F5,     Qt::Key_F7,        Qt::Key_F9,     Qt::Key_F10,
+                              Qt::Key_Z,      Qt::Key_A,         Qt::Key_C,      Qt::Key_V,
+                              Qt::Key_Plus,   Qt::Key_Minus};
+constexpr std::array kModifiers = {Qt::NoModifier, Qt::NoModifier, Qt::ShiftModifier,
+                                   Qt::ControlModifier, Qt::AltModifier};
+constexpr char kLetters[] = "abcxyz_019.+-*/()<>=!?:&|\"\\,{} \t";
+
+std::uint32_t seedOfRun() {
+  const QByteArray given = qgetenv("RANDOM_EVENTS_SEED");
+  const std::uint32_t seed = given.isEmpty() ? std::random_device()() : given.toUInt();
+  std::printf("RANDOM_EVENTS_SEED=%u\n", seed);
+  std::fflush(stdout);
+  return seed;
+}
+
+class RandomEvents {
+  int below(std::size_t bound) { return static_cast<int>(m_engine() % bound); }
+  template <typename List>
+  typename List::value_type pick(const List& list) {
+    return list[static_cast<std::size_t>(below(list.size()))];
+  }
+
+ public:
+  RandomEvents(QWidget& root, std::uint32_t seed) : m_root(root), m_engine(seed) {
+    // A question keeps its caller in a loop of its own, in which only timers go on.
+    QObject::connect(&m_answering, &QTimer::timeout, &m_answering, [this] { answerQuestion(); });
+    m_answering.start(kMillisecondsBetweenAnswers);
+  }
+
+  void send() {
+    QWidget* target = anyVisible();
+    if (target == nullptr) {
+      return;
+    }
+    switch (below(8)) {
+      case 0:
+        QTest::mouseClick(target, Qt::LeftButton, anyModifier(), pointIn(*target));
+        break;
+      case 1:
+        QTest::mouseDClick(target, Qt::LeftButton, Qt::NoModifier, pointIn(*target));
+        break;
+      case 2:
+        QTest::mouseClick(target, Qt::RightButton, Qt::NoModifier, pointIn(*target));
+        break;
+      case 3:
+        turnWheel(*target);
+        break;
+      case 4:
+        QTest::keyClick(withFocus(target), pick(kKeys), anyModifier());
+        break;
+      case 5:
+        target->setFocus();
+        break;
+      default:
+        QTest::keyClick(withFocus(target), kLetters[below(sizeof kLetters - 1)]);
+    }
+    QApplication::processEvents();
+  }
+
+ private:
+  Qt::KeyboardModifier anyModifier() { return pick(kModifiers); }
+
+  QWidget* anyVisible() {
+    QList<QWidget*> visible;
+    for (QWidget* widget : m_root.findChildren<QWidget*>()) {
+      if (widget->isVisibleTo(&m_root) && widget->isEnabled()) {
+        visible.push_back(widget);
+      }
+    }
+    return visible.isEmpty() ? nullptr : visible[below(static_cast<std::size_t>(visible.size()))];
+  }
+
+  static QWidget* withFocus(QWidget* otherwise) {
+    QWidget* focused = QApplication::focusWidget();
+    return focused != nullptr ? focused : otherwise;
+  }
+
+  QPoint pointIn(const QWidget& widget) {
+    return {below(static_cast<std::size_t>(std::max(1, widget.width()))),
+            below(static_cast<std::size_t>(std::max(1, widget.height())))};
+  }
+
+  void turnWheel(QWidget& widget) {
+    const QPoint at = pointIn(widget);
+    const int angle = below(2) == 0 ? 120 : -120;
+    QWheelEvent event(at, widget.mapToGlobal(at), {}, {0, angle}, Qt::NoButton, anyModifier(),
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&widget, &event);
+  }
+
+  void answerQuestion() {
+    if (QWidget* popup = QApplication::activePopupWidget()) {
+      popup->close();
+      return;
+    }
+    auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    if (dialog == nullptr) {
+      return;
+    }
+    const QList<QAbstractButton*> buttons = dialog->findChildren<QAbstractButton*>();
+    if (buttons.isEmpty() || below(2) == 0) {
+      dialog->reject();
+      return;
+    }
+    buttons[below(static_cast<std::size_t>(buttons.size()))]->click();
+  }
+
+  QWidget& m_root;
+  std::mt19937 m_engine;
+  QTimer m_answering;
+};
+
+}  // namespace
+
+void sendRandomEvents(QWidget& root, int count, const std::function<void(int)>& afterEach) {
+  QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+  RandomEvents events(root, seedOfRun());
+  for (int i = 0; i < count; ++i) {
+    events.send();
+    if (afterEach) {
+      afterEach(i);
+    }
+  }
+}
+
+}  // namespace kelvarin::testing

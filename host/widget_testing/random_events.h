@@ -1,0 +1,19 @@
+// Keys, clicks and wheels at random, as a child at the keyboard would send them.
+//
+// Used by the tests of windows and editors, under the address sanitizer, too.
+// Threads: the user-interface thread.
+#pragma once
+
+#include <functional>
+
+class QWidget;
+
+namespace kelvarin::testing {
+
+// Sends `count` events to visible children of `root`; questions that come up are answered at
+// random. `afterEach` is called between them, with the number of the event; it may end the test by
+// an assertion. The seed is printed, and taken from RANDOM_EVENTS_SEED where that is set.
+void sendRandomEvents(QWidget& root, int count,
+                      const std::function<void(int)>& afterEach = nullptr);
+
+}  // namespace kelvarin::testing

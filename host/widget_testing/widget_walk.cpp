@@ -1,0 +1,238 @@
+#include "host/widget_testing/widget_walk.h"
+
+#include <array>
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAbstractSpinBox>
+#include <QAccessible>
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QShortcut>
+#include <QStackedWidget>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTextEdit>
+
+namespace kelvarin::testing {
+
+namespace {
+
+QString pathOf(const QWidget& widget) {
+  const QString name = widget.objectName();
+  const QString own = QString::fromLatin1(widget.metaObject()->className()) +
+                      (name.isEmpty() ? QString() : QStringLiteral(" '%1'").arg(name));
+  const QWidget* parent = widget.parentWidget();
+  return parent == nullptr || widget.isWindow() ? own
+                                                : pathOf(*parent) + QStringLiteral(" / ") + own;
+}
+
+template <typename... Types>
+bool isOneOf(const QWidget& widget) {
+  return ((qobject_cast<const Types*>(&widget) != nullptr) || ...);
+}
+
+bool isControl(const QWidget& widget) {
+  return isOneOf<QAbstractButton, QAbstractItemView, QAbstractSpinBox, QComboBox, QLineEdit,
+                 QPlainTextEdit, QTabBar, QTextEdit>(widget);
+}
+
+// The inner parts of composed controls, which speak through them.
+bool isPartOfControl(const QWidget& widget) {
+  const QWidget* parent = widget.parentWidget();
+  return isOneOf<QHeaderView>(widget) || widget.objectName().startsWith(QStringLiteral("qt_")) ||
+         (parent != nullptr &&
+          isOneOf<QAbstractSpinBox, QComboBox, QHeaderView, QLineEdit, QTabBar>(*parent)) ||
+         (parent != nullptr && isOneOf<QAbstractItemView>(*parent) &&
+          isOneOf<QAbstractButton>(widget));
+}
+
+bool isReadOnlyText(const QWidget& widget) {
+  const auto* text = qobject_cast<const QTextEdit*>(&widget);
+  return text != nullptr && text->isReadOnly();
+}
+
+bool isHidden(const QWidget& widget, const QWidget& root) {
+  // A page that is not shown now is hidden by its stack, and counts.
+  for (const QWidget* at = &widget; at != nullptr && at != &root; at = at->parentWidget()) {
+    const bool isPage = at->parentWidget() != nullptr &&
+                        qobject_cast<const QStackedWidget*>(at->parentWidget()) != nullptr;
+    if (!isPage && at->isHidden()) {
+      return true;
+    }
+  }
+  return false;
+}
+
+QList<QWidget*> controlsOf(const QWidget& root) {
+  QList<QWidget*> controls;
+  for (QWidget* widget : root.findChildren<QWidget*>()) {
+    if (isControl(*widget) && !isPartOfControl(*widget) && !isHidden(*widget, root)) {
+      controls.push_back(widget);
+    }
+  }
+  return controls;
+}
+
+bool isLabelCut(const QLabel& label) {
+  if (label.text().isEmpty() || label.property("elides").toBool()) {
+    return false;
+  }
+  const QSize size = label.size();
+  if (label.wordWrap()) {
+    return label.heightForWidth(size.width()) > size.height();
+  }
+  const QSize needed = label.sizeHint();
+  return needed.width() > size.width() || needed.height() > size.height();
+}
+
+bool isControlCut(const QWidget& widget) {
+  const bool hasOwnText =
+      isOneOf<QAbstractButton, QAbstractSpinBox, QComboBox, QGroupBox, QLineEdit>(widget);
+  const QSize needed =
+      isOneOf<QAbstractButton>(widget) ? widget.sizeHint() : widget.minimumSizeHint();
+  return hasOwnText && (needed.width() > widget.width() || needed.height() > widget.height());
+}
+
+bool isCut(const QWidget& widget) {
+  const auto* label = qobject_cast<const QLabel*>(&widget);
+  return label != nullptr ? isLabelCut(*label) : isControlCut(widget);
+}
+
+struct OwnedKey {
+  QKeySequence key;
+  QWidget* scope;
+  Qt::ShortcutContext context;
+  QString owner;
+};
+
+QList<OwnedKey> keysOf(const QWidget& root) {
+  QList<OwnedKey> keys;
+  for (const QAction* action : root.findChildren<QAction*>()) {
+    auto* scope = qobject_cast<QWidget*>(action->parent());
+    for (const QKeySequence& key : action->shortcuts()) {
+      keys.push_back({key, scope, action->shortcutContext(), action->text()});
+    }
+  }
+  for (const QShortcut* shortcut : root.findChildren<QShortcut*>()) {
+    keys.push_back({shortcut->key(), qobject_cast<QWidget*>(shortcut->parent()),
+                    shortcut->context(), shortcut->objectName()});
+  }
+  for (QAbstractButton* button : root.findChildren<QAbstractButton*>()) {
+    if (!button->shortcut().isEmpty() && !button->text().contains(u'&')) {
+      keys.push_back({button->shortcut(), button, Qt::WindowShortcut, button->objectName()});
+    }
+  }
+  return keys;
+}
+
+bool isWithin(const QWidget* inner, const QWidget* outer) {
+  return inner == outer || (outer != nullptr && outer->isAncestorOf(inner));
+}
+
+// A focus exists at which both would answer.
+bool canMeet(const OwnedKey& a, const OwnedKey& b) {
+  const auto isOfWindow = [](const OwnedKey& key) {
+    return key.context == Qt::WindowShortcut || key.context == Qt::ApplicationShortcut;
+  };
+  if (isOfWindow(a) || isOfWindow(b)) {
+    return true;
+  }
+  if (a.context == Qt::WidgetShortcut && b.context == Qt::WidgetShortcut) {
+    return a.scope == b.scope;
+  }
+  return isWithin(a.scope, b.scope) || isWithin(b.scope, a.scope);
+}
+
+}  // namespace
+
+void onEveryPage(QWidget& root, const std::function<void()>& visit) {
+  visit();
+  QList<QTabWidget*> all = root.findChildren<QTabWidget*>();
+  if (auto* tabs = qobject_cast<QTabWidget*>(&root)) {
+    all.push_back(tabs);
+  }
+  for (QTabWidget* tabs : all) {
+    const int current = tabs->currentIndex();
+    for (int i = 0; i < tabs->count(); ++i) {
+      if (i != current && tabs->isTabVisible(i)) {
+        tabs->setCurrentIndex(i);
+        QApplication::processEvents();
+        visit();
+      }
+    }
+    tabs->setCurrentIndex(current);
+  }
+}
+
+QStringList controlsWithoutName(QWidget& root) {
+  QStringList faults;
+  for (QWidget* control : controlsOf(root)) {
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(control);
+    if (accessible == nullptr || accessible->text(QAccessible::Name).trimmed().isEmpty()) {
+      faults.push_back(pathOf(*control));
+    }
+  }
+  return faults;
+}
+
+QStringList controlsOutOfTabReach(QWidget& root) {
+  QStringList faults;
+  for (const QWidget* control : controlsOf(root)) {
+    const bool isReached = (control->focusPolicy() & Qt::TabFocus) != 0;
+    if (!isReached && !isReadOnlyText(*control) && control->focusProxy() == nullptr) {
+      faults.push_back(pathOf(*control));
+    }
+  }
+  return faults;
+}
+
+QStringList cutTexts(QWidget& root) {
+  QStringList faults;
+  for (const QWidget* widget : root.findChildren<QWidget*>()) {
+    if (widget->isVisibleTo(&root) && !isPartOfControl(*widget) && isCut(*widget)) {
+      const QSize hint = widget->sizeHint();
+      faults.push_back(QStringLiteral("%1 is %2 x %3, not %4 x %5")
+                           .arg(pathOf(*widget))
+                           .arg(widget->width())
+                           .arg(widget->height())
+                           .arg(hint.width())
+                           .arg(hint.height()));
+    }
+  }
+  return faults;
+}
+
+QStringList keysWithTwoOwners(QWidget& root) {
+  QStringList faults;
+  const QList<OwnedKey> keys = keysOf(root);
+  for (qsizetype i = 0; i < keys.size(); ++i) {
+    for (qsizetype k = i + 1; k < keys.size(); ++k) {
+      if (keys[i].key == keys[k].key && canMeet(keys[i], keys[k])) {
+        faults.push_back(QStringLiteral("%1: '%2' and '%3'")
+                             .arg(keys[i].key.toString(), keys[i].owner, keys[k].owner));
+      }
+    }
+  }
+  return faults;
+}
+
+LargeFonts::LargeFonts(double factor) : m_pointSize(QApplication::font().pointSizeF()) {
+  QFont font = QApplication::font();
+  font.setPointSizeF(m_pointSize * factor);
+  QApplication::setFont(font);
+}
+
+LargeFonts::~LargeFonts() {
+  QFont font = QApplication::font();
+  font.setPointSizeF(m_pointSize);
+  QApplication::setFont(font);
+}
+
+}  // namespace kelvarin::testing

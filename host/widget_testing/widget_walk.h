@@ -1,0 +1,40 @@
+// What anyone may expect of every window: each control has a name for screen readers and is reached
+// by Tab, no text is cut, and no key has two owners.
+//
+// Used by the tests of all windows and editors. Each operation returns one line for every fault,
+// with the path of the widget.
+// Threads: the user-interface thread.
+#pragma once
+
+#include <functional>
+
+#include <QStringList>
+
+class QWidget;
+
+namespace kelvarin::testing {
+
+// Shows each page of every tab and stack below `root` in turn, and calls `visit` for each state.
+void onEveryPage(QWidget& root, const std::function<void()>& visit);
+
+QStringList controlsWithoutName(QWidget& root);
+QStringList controlsOutOfTabReach(QWidget& root);
+// Of what is visible now: labels, buttons and fields that are smaller than their content. A label
+// that shortens its text on purpose has the property "elides".
+QStringList cutTexts(QWidget& root);
+// Keys that belong to two actions, shortcuts or buttons which can be active at the same time.
+QStringList keysWithTwoOwners(QWidget& root);
+
+// While it lives, all texts are so many times as large.
+class LargeFonts {
+ public:
+  explicit LargeFonts(double factor);
+  ~LargeFonts();
+  LargeFonts(const LargeFonts&) = delete;
+  LargeFonts& operator=(const LargeFonts&) = delete;
+
+ private:
+  double m_pointSize;
+};
+
+}  // namespace kelvarin::testing

@@ -1,0 +1,3018 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE" sourcelanguage="en">
+<context>
+    <name>Help</name>
+    <message>
+        <source>All Graph-Global-Parameters are also available to use.</source>
+        <translation>Alle globalen Parameter des Graphen stehen ebenfalls zur Verfügung.</translation>
+    </message>
+    <message>
+        <source>On Numbers</source>
+        <translation>Zahlen</translation>
+    </message>
+    <message>
+        <source>absolute value of x (x&lt;0?-x:x)</source>
+        <translation>Betrag von x (x&lt;0?-x:x)</translation>
+    </message>
+    <message>
+        <source>A null in any argument gives null.</source>
+        <translation>NULL in einem Argument ergibt NULL.</translation>
+    </message>
+    <message>
+        <source>returns the largest integer lower or equal to x</source>
+        <translation>größte ganze Zahl, die nicht über x liegt</translation>
+    </message>
+    <message>
+        <source>returns the largest multiple of y lower or equal to x</source>
+        <translation>größtes Vielfaches von y, das nicht über x liegt</translation>
+    </message>
+    <message>
+        <source>A negative y gives the smallest multiple that is not below x; y = 0 gives a NaN.</source>
+        <translation>Ein negatives y ergibt das kleinste Vielfache, das nicht unter x liegt; y = 0 ergibt NaN.</translation>
+    </message>
+    <message>
+        <source>returns the smallest integer greater or equal to x</source>
+        <translation>kleinste ganze Zahl, die nicht unter x liegt</translation>
+    </message>
+    <message>
+        <source>returns the closest integer to x</source>
+        <translation>die zu x nächste ganze Zahl</translation>
+    </message>
+    <message>
+        <source>A half goes away from zero.</source>
+        <translation>Eine Hälfte wird von der Null weg gerundet.</translation>
+    </message>
+    <message>
+        <source>rounds x to d digits after the decimal point</source>
+        <translation>rundet x auf d Stellen nach dem Komma</translation>
+    </message>
+    <message>
+        <source>A negative d rounds to tens, hundreds and so on. More than 16 digits leave x as it is.</source>
+        <translation>Ein negatives d rundet auf Zehner, Hunderter und so weiter. Mehr als 16 Stellen lassen x, wie es ist.</translation>
+    </message>
+    <message>
+        <source>rounds x away from zero, to d digits after the decimal point</source>
+        <translation>rundet x von der Null weg auf d Stellen nach dem Komma</translation>
+    </message>
+    <message>
+        <source>rounds x towards zero, to d digits after the decimal point</source>
+        <translation>rundet x zur Null hin auf d Stellen nach dem Komma</translation>
+    </message>
+    <message>
+        <source>uniform random number inside [0 x[</source>
+        <translation>gleichverteilte Zufallszahl in [0 x[</translation>
+    </message>
+    <message>
+        <source>Every row draws anew. The seed is the action&apos;s setting &apos;seed&apos;; -1 takes it from the clock.</source>
+        <translation>Jede Zeile zieht neu. Der Startwert ist die Einstellung &apos;seed&apos; der Aktion; -1 nimmt ihn von der Uhr.</translation>
+    </message>
+    <message>
+        <source>uniform random integer number inside [0 x[</source>
+        <translation>gleichverteilte ganze Zufallszahl in [0 x[</translation>
+    </message>
+    <message>
+        <source>uniform random number inside [0 1[</source>
+        <translation>gleichverteilte Zufallszahl in [0 1[</translation>
+    </message>
+    <message>
+        <source>sine of x (in radians)</source>
+        <translation>Sinus von x (im Bogenmaß)</translation>
+    </message>
+    <message>
+        <source>cosine of x (in radians)</source>
+        <translation>Kosinus von x (im Bogenmaß)</translation>
+    </message>
+    <message>
+        <source>tangent of x (in radians)</source>
+        <translation>Tangens von x (im Bogenmaß)</translation>
+    </message>
+    <message>
+        <source>arc sine of x, an angle in radians</source>
+        <translation>Arkussinus von x, ein Winkel im Bogenmaß</translation>
+    </message>
+    <message>
+        <source>arc cosine of x, an angle in radians</source>
+        <translation>Arkuskosinus von x, ein Winkel im Bogenmaß</translation>
+    </message>
+    <message>
+        <source>arc tangent of x, an angle in radians</source>
+        <translation>Arkustangens von x, ein Winkel im Bogenmaß</translation>
+    </message>
+    <message>
+        <source>angle between the x axis and the point (x,y), in radians</source>
+        <translation>Winkel zwischen der x-Achse und dem Punkt (x,y), im Bogenmaß</translation>
+    </message>
+    <message>
+        <source>The String Parser declares it with one argument and so refuses two; of numbers alone, the other two parsers compute it.</source>
+        <translation>Der String Parser kennt sie mit einem Argument und weist zwei zurück; aus Zahlen allein berechnen sie die beiden anderen.</translation>
+    </message>
+    <message>
+        <source>hyperbolic sine</source>
+        <translation>Sinus hyperbolicus</translation>
+    </message>
+    <message>
+        <source>It is the hyperbolic cosine.</source>
+        <translation>Es ist der Kosinus hyperbolicus.</translation>
+    </message>
+    <message>
+        <source>hyperbolic cosine</source>
+        <translation>Kosinus hyperbolicus</translation>
+    </message>
+    <message>
+        <source>It is the hyperbolic sine.</source>
+        <translation>Es ist der Sinus hyperbolicus.</translation>
+    </message>
+    <message>
+        <source>hyperbolic tangent</source>
+        <translation>Tangens hyperbolicus</translation>
+    </message>
+    <message>
+        <source>inverse of sinh(x)</source>
+        <translation>Umkehrung von sinh(x)</translation>
+    </message>
+    <message>
+        <source>inverse of cosh(x)</source>
+        <translation>Umkehrung von cosh(x)</translation>
+    </message>
+    <message>
+        <source>inverse of tanh(x)</source>
+        <translation>Umkehrung von tanh(x)</translation>
+    </message>
+    <message>
+        <source>Natural logarithm</source>
+        <translation>natürlicher Logarithmus</translation>
+    </message>
+    <message>
+        <source>Logarithm base 10</source>
+        <translation>Logarithmus zur Basis 10</translation>
+    </message>
+    <message>
+        <source>It is the natural logarithm, the same as ln(x). log10(x) has base 10.</source>
+        <translation>Es ist der natürliche Logarithmus, wie ln(x). log10(x) hat die Basis 10.</translation>
+    </message>
+    <message>
+        <source>Logarithm base 2</source>
+        <translation>Logarithmus zur Basis 2</translation>
+    </message>
+    <message>
+        <source>e to the power of x</source>
+        <translation>e hoch x</translation>
+    </message>
+    <message>
+        <source>square of x (x*x)</source>
+        <translation>Quadrat von x (x*x)</translation>
+    </message>
+    <message>
+        <source>square root of x</source>
+        <translation>Quadratwurzel von x</translation>
+    </message>
+    <message>
+        <source>the smallest of the arguments</source>
+        <translation>das kleinste der Argumente</translation>
+    </message>
+    <message>
+        <source>With a null as the first argument the result is null; a later null is passed over.</source>
+        <translation>Mit NULL als erstem Argument ist das Ergebnis NULL; ein späteres NULL wird übergangen.</translation>
+    </message>
+    <message>
+        <source>the largest of the arguments</source>
+        <translation>das größte der Argumente</translation>
+    </message>
+    <message>
+        <source>the sum of the arguments</source>
+        <translation>die Summe der Argumente</translation>
+    </message>
+    <message>
+        <source>if x is nan or NULL return y, otherwise return x</source>
+        <translation>y, wenn x nan oder NULL ist, sonst x</translation>
+    </message>
+    <message>
+        <source>The missing value is what it looks for.</source>
+        <translation>Der fehlende Wert ist das, wonach sie sucht.</translation>
+    </message>
+    <message>
+        <source>Any NaN counts, null included; isNan(x) knows only one.</source>
+        <translation>Jedes NaN zählt, auch NULL; isNan(x) kennt nur eines.</translation>
+    </message>
+    <message>
+        <source>if x is nan or NULL return z, otherwise return y</source>
+        <translation>z, wenn x nan oder NULL ist, sonst y</translation>
+    </message>
+    <message>
+        <source>if x is finite return x, otherwise return y</source>
+        <translation>x, wenn x endlich ist, sonst y</translation>
+    </message>
+    <message>
+        <source>A null is not finite, so y is the result.</source>
+        <translation>NULL ist nicht endlich, das Ergebnis ist also y.</translation>
+    </message>
+    <message>
+        <source>if x is finite return y, otherwise return z</source>
+        <translation>y, wenn x endlich ist, sonst z</translation>
+    </message>
+    <message>
+        <source>A null is not finite, so z is the result.</source>
+        <translation>NULL ist nicht endlich, das Ergebnis ist also z.</translation>
+    </message>
+    <message>
+        <source>return 1 if x is nan, otherwise return 0</source>
+        <translation>1, wenn x nan ist, sonst 0</translation>
+    </message>
+    <message>
+        <source>A null is missing rather than not a number: 0.</source>
+        <translation>NULL fehlt und ist nicht etwa keine Zahl: 0.</translation>
+    </message>
+    <message>
+        <source>It knows the nan of 0/0 and of most functions, but not those of acos(2), asin(2) and log10(-1). nanvl(x, y) replaces them all.</source>
+        <translation>Sie kennt das nan von 0/0 und den meisten Funktionen, aber nicht das von acos(2), asin(2) und log10(-1). nanvl(x, y) ersetzt alle.</translation>
+    </message>
+    <message>
+        <source>return a true value if x is neither infinite nor nan nor NULL</source>
+        <translation>ein wahrer Wert, wenn x weder unendlich noch nan noch NULL ist</translation>
+    </message>
+    <message>
+        <source>A null is not finite: 0.</source>
+        <translation>NULL ist nicht endlich: 0.</translation>
+    </message>
+    <message>
+        <source>The true value is -1. Write isFinite(x) ? 1 : 0 where 1 is wanted.</source>
+        <translation>Der wahre Wert ist -1. Schreiben Sie isFinite(x) ? 1 : 0, wo 1 gebraucht wird.</translation>
+    </message>
+    <message>
+        <source>On Strings</source>
+        <translation>Texte</translation>
+    </message>
+    <message>
+        <source>return 1 if the string x contains the string y, otherwise return 0</source>
+        <translation>1, wenn der Text x den Text y enthält, sonst 0</translation>
+    </message>
+    <message>
+        <source>A null in any argument gives 0.</source>
+        <translation>NULL in einem Argument ergibt 0.</translation>
+    </message>
+    <message>
+        <source>position of the string y inside the string x</source>
+        <translation>Position des Textes y im Text x</translation>
+    </message>
+    <message>
+        <source>Positions count from 0; -1 when there is none.</source>
+        <translation>Positionen zählen ab 0; -1, wenn es keine gibt.</translation>
+    </message>
+    <message>
+        <source>position of the string y inside the string x, searching from position p</source>
+        <translation>Position des Textes y im Text x, gesucht ab Position p</translation>
+    </message>
+    <message>
+        <source>last position of the string y inside the string x</source>
+        <translation>letzte Position des Textes y im Text x</translation>
+    </message>
+    <message>
+        <source>last position of the string y inside the string x, searching backwards from position p</source>
+        <translation>letzte Position des Textes y im Text x, rückwärts gesucht ab Position p</translation>
+    </message>
+    <message>
+        <source>number of occurrences of the string y inside the string x</source>
+        <translation>wie oft der Text y im Text x vorkommt</translation>
+    </message>
+    <message>
+        <source>part of the string x that starts at position b and has l characters</source>
+        <translation>Teil des Textes x, der an Position b beginnt und l Zeichen hat</translation>
+    </message>
+    <message>
+        <source>Positions count from 0. One below 0 counts as 0, one past the end as the end.</source>
+        <translation>Positionen zählen ab 0. Eine unter 0 gilt als 0, eine hinter dem Ende als das Ende.</translation>
+    </message>
+    <message>
+        <source>part of the string x from position b up to, but without, position e</source>
+        <translation>Teil des Textes x von Position b bis vor Position e</translation>
+    </message>
+    <message>
+        <source>When e is not behind b the result is the null text, not the empty one.</source>
+        <translation>Liegt e nicht hinter b, ist das Ergebnis der Text NULL, nicht der leere.</translation>
+    </message>
+    <message>
+        <source>replaces every &quot;before&quot; inside the string s by &quot;after&quot;</source>
+        <translation>ersetzt jedes &quot;before&quot; im Text s durch &quot;after&quot;</translation>
+    </message>
+    <message>
+        <source>the first l characters of the string s</source>
+        <translation>die ersten l Zeichen des Textes s</translation>
+    </message>
+    <message>
+        <source>the last l characters of the string s</source>
+        <translation>die letzten l Zeichen des Textes s</translation>
+    </message>
+    <message>
+        <source>return 1 if the string x starts with the string s, otherwise return 0</source>
+        <translation>1, wenn der Text x mit dem Text s beginnt, sonst 0</translation>
+    </message>
+    <message>
+        <source>return 1 if the string x ends with the string s, otherwise return 0</source>
+        <translation>1, wenn der Text x mit dem Text s endet, sonst 0</translation>
+    </message>
+    <message>
+        <source>number of characters of the string s</source>
+        <translation>Anzahl der Zeichen des Textes s</translation>
+    </message>
+    <message>
+        <source>Lengths and positions count 16-bit units, so a character beyond the basic plane, such as most emoji, counts 2.</source>
+        <translation>Längen und Positionen zählen 16-Bit-Einheiten; ein Zeichen jenseits der Grundebene, etwa die meisten Emojis, zählt 2.</translation>
+    </message>
+    <message>
+        <source>the string s in upper case</source>
+        <translation>der Text s in Großbuchstaben</translation>
+    </message>
+    <message>
+        <source>the string s in lower case</source>
+        <translation>der Text s in Kleinbuchstaben</translation>
+    </message>
+    <message>
+        <source>the string s in the form that compares without regard to case</source>
+        <translation>der Text s in der Form, die sich ohne Rücksicht auf Groß und Klein vergleichen lässt</translation>
+    </message>
+    <message>
+        <source>Characters are folded one by one, so &quot;ß&quot; and &quot;SS&quot; stay apart.</source>
+        <translation>Zeichen werden einzeln umgeformt, &quot;ß&quot; und &quot;SS&quot; bleiben also verschieden.</translation>
+    </message>
+    <message>
+        <source>the string s without blanks at its start and end</source>
+        <translation>der Text s ohne Leerzeichen am Anfang und Ende</translation>
+    </message>
+    <message>
+        <source>the string s without blanks at its start</source>
+        <translation>der Text s ohne Leerzeichen am Anfang</translation>
+    </message>
+    <message>
+        <source>the string s without blanks at its end</source>
+        <translation>der Text s ohne Leerzeichen am Ende</translation>
+    </message>
+    <message>
+        <source>the string x without the string y at its start and end</source>
+        <translation>der Text x ohne den Text y am Anfang und Ende</translation>
+    </message>
+    <message>
+        <source>return 1 if the string x contains a number, otherwise return 0</source>
+        <translation>1, wenn der Text x eine Zahl enthält, sonst 0</translation>
+    </message>
+    <message>
+        <source>The null text gives 1, as everything that is no text does.</source>
+        <translation>Der Text NULL ergibt 1, wie alles, was kein Text ist.</translation>
+    </message>
+    <message>
+        <source>Of a number instead of a text the answer is always 1.</source>
+        <translation>Für eine Zahl statt eines Textes ist die Antwort immer 1.</translation>
+    </message>
+    <message>
+        <source>return 1 if the string x is a number, otherwise return 0</source>
+        <translation>1, wenn der Text x eine Zahl ist, sonst 0</translation>
+    </message>
+    <message>
+        <source>return 1 if the string x contains an integer number, otherwise return 0</source>
+        <translation>1, wenn der Text x eine ganze Zahl enthält, sonst 0</translation>
+    </message>
+    <message>
+        <source>return 1 if the string x is an integer number, otherwise return 0</source>
+        <translation>1, wenn der Text x eine ganze Zahl ist, sonst 0</translation>
+    </message>
+    <message>
+        <source>unicode codepoint of the last character of the string x</source>
+        <translation>Unicode-Nummer des letzten Zeichens des Textes x</translation>
+    </message>
+    <message>
+        <source>Of the empty text it is null.</source>
+        <translation>Für den leeren Text ist sie NULL.</translation>
+    </message>
+    <message>
+        <source>String Encode/Decode</source>
+        <translation>Texte kodieren und dekodieren</translation>
+    </message>
+    <message>
+        <source>the number that the string s contains</source>
+        <translation>die Zahl, die der Text s enthält</translation>
+    </message>
+    <message>
+        <source>Null when there is no number. &quot;,&quot; is a decimal comma where it stands between digits and no &quot;.&quot; occurs.</source>
+        <translation>NULL, wenn keine Zahl da ist. &quot;,&quot; ist ein Dezimalkomma, wo es zwischen Ziffern steht und kein &quot;.&quot; vorkommt.</translation>
+    </message>
+    <message>
+        <source>the number x as a string, with 6 significant digits</source>
+        <translation>die Zahl x als Text mit 6 gültigen Ziffern</translation>
+    </message>
+    <message>
+        <source>Text outputs and text variables keep all digits of a number. Of the nans only the one that isNan(x) knows is &quot;nan&quot;; others are &quot;inf&quot; or &quot;-inf&quot;.</source>
+        <translation>Text-Ausgaben und Textvariablen behalten alle Ziffern einer Zahl. Von den nan heißt nur das, das isNan(x) kennt, &quot;nan&quot;; andere sind &quot;inf&quot; oder &quot;-inf&quot;.</translation>
+    </message>
+    <message>
+        <source>the integer part of x as a string</source>
+        <translation>der ganze Teil von x als Text</translation>
+    </message>
+    <message>
+        <source>urlEncode(s): the string s as a part of a URL</source>
+        <translation>urlEncode(s): der Text s als Teil einer URL</translation>
+    </message>
+    <message>
+        <source>xmlEncode(s): the string s as a text inside XML</source>
+        <translation>xmlEncode(s): der Text s als Text in XML</translation>
+    </message>
+    <message>
+        <source>jsonEncode(s): the string s as a text inside JSON</source>
+        <translation>jsonEncode(s): der Text s als Text in JSON</translation>
+    </message>
+    <message>
+        <source>the UTF-8 bytes of the string x in base64</source>
+        <translation>die UTF-8-Bytes des Textes x in base64</translation>
+    </message>
+    <message>
+        <source>the Latin-1 bytes of the string x in base64</source>
+        <translation>die Latin-1-Bytes des Textes x in base64</translation>
+    </message>
+    <message>
+        <source>the string whose UTF-8 bytes x holds in base64</source>
+        <translation>der Text, dessen UTF-8-Bytes x in base64 enthält</translation>
+    </message>
+    <message>
+        <source>Null when x is no base64.</source>
+        <translation>NULL, wenn x kein base64 ist.</translation>
+    </message>
+    <message>
+        <source>the string whose Latin-1 bytes x holds in base64</source>
+        <translation>der Text, dessen Latin-1-Bytes x in base64 enthält</translation>
+    </message>
+    <message>
+        <source>the number that the string x holds in hexadecimal digits</source>
+        <translation>die Zahl, die der Text x in Hexadezimalziffern enthält</translation>
+    </message>
+    <message>
+        <source>Null when x is not hexadecimal.</source>
+        <translation>NULL, wenn x nicht hexadezimal ist.</translation>
+    </message>
+    <message>
+        <source>the positive integer x in hexadecimal digits</source>
+        <translation>die positive ganze Zahl x in Hexadezimalziffern</translation>
+    </message>
+    <message>
+        <source>the Latin-1 string whose bytes x holds in hexadecimal digits</source>
+        <translation>der Latin-1-Text, dessen Bytes x in Hexadezimalziffern enthält</translation>
+    </message>
+    <message>
+        <source>On Dates</source>
+        <translation>Datum und Zeit</translation>
+    </message>
+    <message>
+        <source>converts a date to an Elapsed Time (ET): a whole number of time units</source>
+        <translation>wandelt ein Datum in eine verstrichene Zeit (ET): eine ganze Zahl von Zeiteinheiten</translation>
+    </message>
+    <message>
+        <source>A null, an empty or an unreadable date gives null, or 0 with castToET2.</source>
+        <translation>NULL, ein leeres oder unlesbares Datum ergibt NULL, oder 0 mit castToET2.</translation>
+    </message>
+    <message>
+        <source>A date before the reference time gives null, or 0 with castToET1. A year of two digits is one of the 1900s. A day is 24 hours, also in local time, where the clock may have changed in between.</source>
+        <translation>Ein Datum vor der Bezugszeit ergibt NULL, oder 0 mit castToET1. Ein zweistelliges Jahr ist eines der 1900er. Ein Tag hat 24 Stunden, auch in Ortszeit, in der die Uhr dazwischen umgestellt worden sein kann.</translation>
+    </message>
+    <message>
+        <source>converts a date to an Elapsed Time (ET), with its fraction</source>
+        <translation>wandelt ein Datum in eine verstrichene Zeit (ET) mit ihrem Bruchteil</translation>
+    </message>
+    <message>
+        <source>converts an Elapsed Time (ET) to a date</source>
+        <translation>wandelt eine verstrichene Zeit (ET) in ein Datum</translation>
+    </message>
+    <message>
+        <source>Units are as long as those of toET(date).</source>
+        <translation>Einheiten sind so lang wie die von toET(date).</translation>
+    </message>
+    <message>
+        <source>adds y years, M months and d days to an Elapsed Time</source>
+        <translation>addiert y Jahre, M Monate und d Tage zu einer verstrichenen Zeit</translation>
+    </message>
+    <message>
+        <source>An addition that leaves the month&apos;s days lands on the month&apos;s last day.</source>
+        <translation>Eine Addition, die über die Tage des Monats hinausgeht, endet am letzten Tag des Monats.</translation>
+    </message>
+    <message>
+        <source>adds y years, M months and d days to a date</source>
+        <translation>addiert y Jahre, M Monate und d Tage zu einem Datum</translation>
+    </message>
+    <message>
+        <source>With a null or an unreadable date the result is null.</source>
+        <translation>Mit NULL oder einem unlesbaren Datum ist das Ergebnis NULL.</translation>
+    </message>
+    <message>
+        <source>adds s seconds to a date</source>
+        <translation>addiert s Sekunden zu einem Datum</translation>
+    </message>
+    <message>
+        <source>prints a date in another format</source>
+        <translation>schreibt ein Datum in einem anderen Format</translation>
+    </message>
+    <message>
+        <source>The date itself is read in the format of the action&apos;s settings. Names of days and months are English.</source>
+        <translation>Das Datum selbst wird im Format der Einstellungen der Aktion gelesen. Namen von Tagen und Monaten sind englisch.</translation>
+    </message>
+    <message>
+        <source>number of months between two Elapsed Times</source>
+        <translation>Anzahl der Monate zwischen zwei verstrichenen Zeiten</translation>
+    </message>
+    <message>
+        <source>Whole ones only, counted from the first date to the second; negative when the second is earlier.</source>
+        <translation>Nur ganze, vom ersten Datum zum zweiten gezählt; negativ, wenn das zweite früher ist.</translation>
+    </message>
+    <message>
+        <source>number of years between two Elapsed Times</source>
+        <translation>Anzahl der Jahre zwischen zwei verstrichenen Zeiten</translation>
+    </message>
+    <message>
+        <source>the week number (1 to 53, 0 if error)</source>
+        <translation>die Nummer der Woche (1 bis 53, bei einem Fehler 0)</translation>
+    </message>
+    <message>
+        <source>Weeks are those of ISO 8601: week 1 holds the first Thursday. The result of an error is null, unless castToET2 makes that of a date text 0.</source>
+        <translation>Wochen zählen nach ISO 8601: Woche 1 enthält den ersten Donnerstag. Das Ergebnis eines Fehlers ist NULL, es sei denn, castToET2 macht das eines Datumstextes zu 0.</translation>
+    </message>
+    <message>
+        <source>the Day of Week(0=monday; 6=sunday)</source>
+        <translation>der Wochentag (0=Montag; 6=Sonntag)</translation>
+    </message>
+    <message>
+        <source>Elapsed Time of the first day of week dow in the year y</source>
+        <translation>verstrichene Zeit des ersten Wochentages dow im Jahr y</translation>
+    </message>
+    <message>
+        <source>The first such weekday on or after 1 January; 0 is Monday.</source>
+        <translation>Der erste solche Wochentag ab dem 1. Januar; 0 ist Montag.</translation>
+    </message>
+    <message>
+        <source>With a null the result is null; with an empty or unreadable date it is null, or 0 with castToET2.</source>
+        <translation>Mit NULL ist das Ergebnis NULL; mit einem leeren oder unlesbaren Datum ist es NULL, oder 0 mit castToET2.</translation>
+    </message>
+    <message>
+        <source>date of the first day of week dow in the year y</source>
+        <translation>Datum des ersten Wochentages dow im Jahr y</translation>
+    </message>
+    <message>
+        <source>number of months between two dates</source>
+        <translation>Anzahl der Monate zwischen zwei Daten</translation>
+    </message>
+    <message>
+        <source>number of years between two dates</source>
+        <translation>Anzahl der Jahre zwischen zwei Daten</translation>
+    </message>
+    <message>
+        <source>number of days between two dates</source>
+        <translation>Anzahl der Tage zwischen zwei Daten</translation>
+    </message>
+    <message>
+        <source>number of seconds between two dates</source>
+        <translation>Anzahl der Sekunden zwischen zwei Daten</translation>
+    </message>
+    <message>
+        <source>return 1 if the instant x is before the instant y</source>
+        <translation>1, wenn der Zeitpunkt x vor dem Zeitpunkt y liegt</translation>
+    </message>
+    <message>
+        <source>With a null or an unreadable date the result is 0.</source>
+        <translation>Mit NULL oder einem unlesbaren Datum ist das Ergebnis 0.</translation>
+    </message>
+    <message>
+        <source>return 1 if the instant x is not after the instant y</source>
+        <translation>1, wenn der Zeitpunkt x nicht nach dem Zeitpunkt y liegt</translation>
+    </message>
+    <message>
+        <source>return 1 if the day of x is before the day of y</source>
+        <translation>1, wenn der Tag von x vor dem Tag von y liegt</translation>
+    </message>
+    <message>
+        <source>return 1 if the day of x is not after the day of y</source>
+        <translation>1, wenn der Tag von x nicht nach dem Tag von y liegt</translation>
+    </message>
+    <message>
+        <source>similar to &quot;EOMonth(date,x)&quot; from excel</source>
+        <translation>ähnlich wie &quot;EOMonth(date,x)&quot; in Excel</translation>
+    </message>
+    <message>
+        <source>The last day of the month x months later.</source>
+        <translation>Der letzte Tag des Monats x Monate später.</translation>
+    </message>
+    <message>
+        <source>similar to &quot;dateEOM()&quot; but for quarters</source>
+        <translation>ähnlich wie &quot;dateEOM()&quot;, aber für Quartale</translation>
+    </message>
+    <message>
+        <source>The last day of the quarter x quarters later.</source>
+        <translation>Der letzte Tag des Quartals x Quartale später.</translation>
+    </message>
+    <message>
+        <source>number of days of the month (1 to 12) of the year</source>
+        <translation>Anzahl der Tage des Monats (1 bis 12) im Jahr</translation>
+    </message>
+    <message>
+        <source>Every fourth year counts as a leap year, 1900 and 2100 too. Months below 0 or above 12 give null, month 0 gives 0.</source>
+        <translation>Jedes vierte Jahr gilt als Schaltjahr, auch 1900 und 2100. Monate unter 0 oder über 12 ergeben NULL, Monat 0 ergibt 0.</translation>
+    </message>
+    <message>
+        <source>On IP&apos;s</source>
+        <translation>IP-Adressen</translation>
+    </message>
+    <message>
+        <source>return 1 if the string x is an IP v4 address, otherwise return 0</source>
+        <translation>1, wenn der Text x eine IPv4-Adresse ist, sonst 0</translation>
+    </message>
+    <message>
+        <source>the IP v4 address x as a number</source>
+        <translation>die IPv4-Adresse x als Zahl</translation>
+    </message>
+    <message>
+        <source>one of the 4 parts of the IP v4 address x</source>
+        <translation>einer der 4 Teile der IPv4-Adresse x</translation>
+    </message>
+    <message>
+        <source>Parts count from 0.</source>
+        <translation>Teile zählen ab 0.</translation>
+    </message>
+    <message>
+        <source>the first address of the range x as a number</source>
+        <translation>die erste Adresse des Bereichs x als Zahl</translation>
+    </message>
+    <message>
+        <source>A range is a.b.c.d/len, or two addresses joined by &quot;-&quot;.</source>
+        <translation>Ein Bereich ist a.b.c.d/len oder zwei mit &quot;-&quot; verbundene Adressen.</translation>
+    </message>
+    <message>
+        <source>the last address of the range x as a number</source>
+        <translation>die letzte Adresse des Bereichs x als Zahl</translation>
+    </message>
+    <message>
+        <source>Operators</source>
+        <translation>Operatoren</translation>
+    </message>
+    <message>
+        <source>if a is true then b, otherwise c</source>
+        <translation>b, wenn a wahr ist, sonst c</translation>
+    </message>
+    <message>
+        <source>A null condition is an error or true; test it with isNull(x).</source>
+        <translation>NULL als Bedingung ist ein Fehler oder wahr; prüfen Sie mit isNull(x).</translation>
+    </message>
+    <message>
+        <source>In the String Parser a condition is a comparison or a test, not a number: write x != 0 rather than x.</source>
+        <translation>Im String Parser ist eine Bedingung ein Vergleich oder eine Prüfung und keine Zahl: schreiben Sie x != 0 statt x.</translation>
+    </message>
+    <message>
+        <source>unary minus: x with the opposite sign</source>
+        <translation>Minus vor einem Wert: x mit dem anderen Vorzeichen</translation>
+    </message>
+    <message>
+        <source>converts what follows to a floating point number</source>
+        <translation>wandelt das Folgende in eine Gleitkommazahl</translation>
+    </message>
+    <message>
+        <source>It binds closer than + and -, and looser than ^.</source>
+        <translation>Er bindet stärker als + und - und schwächer als ^.</translation>
+    </message>
+    <message>
+        <source>converts what follows to an integer, towards zero</source>
+        <translation>wandelt das Folgende in eine ganze Zahl, zur Null hin</translation>
+    </message>
+    <message>
+        <source>addition, subtraction, multiplication, division, power</source>
+        <translation>Addition, Subtraktion, Multiplikation, Division, Potenz</translation>
+    </message>
+    <message>
+        <source>With a null on either side the result is null, but x^0 and 1^x are 1.</source>
+        <translation>Mit NULL auf einer Seite ist das Ergebnis NULL, aber x^0 und 1^x sind 1.</translation>
+    </message>
+    <message>
+        <source>a^b^c is a^(b^c), and -a^b is -(a^b).</source>
+        <translation>a^b^c ist a^(b^c), und -a^b ist -(a^b).</translation>
+    </message>
+    <message>
+        <source>modulo: the remainder of a division</source>
+        <translation>Modulo: der Rest einer Division</translation>
+    </message>
+    <message>
+        <source>The remainder has the sign of the left side and may have a fraction.</source>
+        <translation>Der Rest hat das Vorzeichen der linken Seite und kann einen Bruchteil haben.</translation>
+    </message>
+    <message>
+        <source>logical and</source>
+        <translation>logisches Und</translation>
+    </message>
+    <message>
+        <source>Compare or test values first; see isNull(x).</source>
+        <translation>Vergleichen oder prüfen Sie Werte zuerst; siehe isNull(x).</translation>
+    </message>
+    <message>
+        <source>logical or</source>
+        <translation>logisches Oder</translation>
+    </message>
+    <message>
+        <source>comparisons</source>
+        <translation>Vergleiche</translation>
+    </message>
+    <message>
+        <source>A null number is never equal to anything, itself included; use isNull(x).</source>
+        <translation>Die Zahl NULL ist nie gleich irgendetwas, auch nicht sich selbst; nehmen Sie isNull(x).</translation>
+    </message>
+    <message>
+        <source>A single = assigns to a variable; == compares. Texts compare by their characters.</source>
+        <translation>Ein einfaches = weist einer Variablen zu; == vergleicht. Texte werden Zeichen für Zeichen verglichen.</translation>
+    </message>
+    <message>
+        <source>and, or, shift left and shift right of the bits of integers</source>
+        <translation>Und, Oder, Verschieben nach links und nach rechts der Bits ganzer Zahlen</translation>
+    </message>
+    <message>
+        <source>Numbers with a fraction, and those from 2^53 on, have no bits: a NaN.</source>
+        <translation>Zahlen mit Bruchteil und solche ab 2^53 haben keine Bits: NaN.</translation>
+    </message>
+    <message>
+        <source>string concatenation</source>
+        <translation>Verkettung von Texten</translation>
+    </message>
+    <message>
+        <source>Both sides are strings. ftoa(x) and itoa(x) make one of a number.</source>
+        <translation>Beide Seiten sind Texte. ftoa(x) und itoa(x) machen aus einer Zahl einen.</translation>
+    </message>
+    <message>
+        <source>Predefined Constants</source>
+        <translation>Vordefinierte Konstanten</translation>
+    </message>
+    <message>
+        <source>3.141592653589793238462643</source>
+        <translation>3.141592653589793238462643</translation>
+    </message>
+    <message>
+        <source>eulerian number (2.718281828459045235360287)</source>
+        <translation>Eulersche Zahl (2.718281828459045235360287)</translation>
+    </message>
+    <message>
+        <source>the NULL value (meta-type is &quot;number&quot;) - cannot be used inside any binary operator</source>
+        <translation>der Wert NULL (Meta-Typ &quot;number&quot;) - in keinem zweiseitigen Operator verwendbar</translation>
+    </message>
+    <message>
+        <source>x == _null is never true; use isNull(x).</source>
+        <translation>x == _null ist nie wahr; nehmen Sie isNull(x).</translation>
+    </message>
+    <message>
+        <source>the NULL string (meta-type is &quot;string&quot;)- cannot be used inside any binary operator</source>
+        <translation>der Text NULL (Meta-Typ &quot;string&quot;) - in keinem zweiseitigen Operator verwendbar</translation>
+    </message>
+    <message>
+        <source>It is apart from the empty string &quot;&quot;.</source>
+        <translation>Er ist vom leeren Text &quot;&quot; verschieden.</translation>
+    </message>
+    <message>
+        <source>not a number</source>
+        <translation>keine Zahl</translation>
+    </message>
+    <message>
+        <source>positive infinity</source>
+        <translation>positiv unendlich</translation>
+    </message>
+    <message>
+        <source>the current time as an Elapsed Time</source>
+        <translation>die aktuelle Zeit als verstrichene Zeit</translation>
+    </message>
+    <message>
+        <source>An action offers it when its setting is ticked; it is taken once, when the run starts.</source>
+        <translation>Eine Aktion bietet sie an, wenn die Einstellung angekreuzt ist; sie wird einmal bestimmt, wenn der Lauf beginnt.</translation>
+    </message>
+    <message>
+        <source>the current time as a date</source>
+        <translation>die aktuelle Zeit als Datum</translation>
+    </message>
+    <message>
+        <source>identifier for the current version of Kelvarin</source>
+        <translation>Kennung der aktuellen Version von Kelvarin</translation>
+    </message>
+    <message>
+        <source>the directory of the current .kelvarin file</source>
+        <translation>das Verzeichnis der aktuellen .kelvarin-Datei</translation>
+    </message>
+    <message>
+        <source>The working directory where there is no file.</source>
+        <translation>Das Arbeitsverzeichnis, wenn es keine Datei gibt.</translation>
+    </message>
+    <message>
+        <source>the directory for temporary files</source>
+        <translation>das Verzeichnis für temporäre Dateien</translation>
+    </message>
+    <message>
+        <source>the current .kelvarin filepath</source>
+        <translation>der Pfad der aktuellen .kelvarin-Datei</translation>
+    </message>
+    <message>
+        <source>Null where there is no file.</source>
+        <translation>NULL, wenn es keine Datei gibt.</translation>
+    </message>
+    <message>
+        <source>an ID that is guaranteed to be unique</source>
+        <translation>eine garantiert eindeutige Kennung</translation>
+    </message>
+    <message>
+        <source>A text, the same on every row of an action and another one in every run.</source>
+        <translation>Ein Text, gleich in jeder Zeile einer Aktion und ein anderer in jedem Lauf.</translation>
+    </message>
+    <message>
+        <source>Postfix operators</source>
+        <translation>Nachgestellte Einheiten</translation>
+    </message>
+    <message>
+        <source>nano (1e-9)</source>
+        <translation>Nano (1e-9)</translation>
+    </message>
+    <message>
+        <source>Written behind a number or a bracket: 3{k}, (x+1){k}.</source>
+        <translation>Sie steht hinter einer Zahl oder einer Klammer: 3{k}, (x+1){k}.</translation>
+    </message>
+    <message>
+        <source>micro (1e-6)</source>
+        <translation>Mikro (1e-6)</translation>
+    </message>
+    <message>
+        <source>{u} is another spelling.</source>
+        <translation>{u} ist eine andere Schreibweise.</translation>
+    </message>
+    <message>
+        <source>milli (1e-3)</source>
+        <translation>Milli (1e-3)</translation>
+    </message>
+    <message>
+        <source>kilo (1e3)</source>
+        <translation>Kilo (1e3)</translation>
+    </message>
+    <message>
+        <source>giga (1e6)</source>
+        <translation>Giga (1e6)</translation>
+    </message>
+    <message>
+        <source>It multiplies by 1e9.</source>
+        <translation>Sie multipliziert mit 1e9.</translation>
+    </message>
+    <message>
+        <source>mega (1e9)</source>
+        <translation>Mega (1e9)</translation>
+    </message>
+    <message>
+        <source>It multiplies by 1e6.</source>
+        <translation>Sie multipliziert mit 1e6.</translation>
+    </message>
+    <message>
+        <source>Special</source>
+        <translation>Besonderes</translation>
+    </message>
+    <message>
+        <source>return 1 if x is 0, otherwise return 0</source>
+        <translation>1, wenn x 0 ist, sonst 0</translation>
+    </message>
+    <message>
+        <source>return 1 if x is TRUE (1,Y,y,T,t,O,o,P,p), otherwise return 0</source>
+        <translation>1, wenn x TRUE ist (1,Y,y,T,t,O,o,P,p), sonst 0</translation>
+    </message>
+    <message>
+        <source>A null is not true: 0.</source>
+        <translation>NULL ist nicht wahr: 0.</translation>
+    </message>
+    <message>
+        <source>Every number but 0 is true, and every string that is not empty, whatever its letters.</source>
+        <translation>Jede Zahl außer 0 ist wahr und jeder Text, der nicht leer ist, welche Buchstaben er auch hat.</translation>
+    </message>
+    <message>
+        <source>return 1 if x is NULL, otherwise return 0</source>
+        <translation>1, wenn x NULL ist, sonst 0</translation>
+    </message>
+    <message>
+        <source>Native code knows it as isNuLL(x). Any other NaN is not null, nor is the empty string.</source>
+        <translation>Nativer Code kennt sie als isNuLL(x). Jedes andere NaN ist nicht NULL und der leere Text auch nicht.</translation>
+    </message>
+    <message>
+        <source>if x is NULL return y, otherwise return x</source>
+        <translation>y, wenn x NULL ist, sonst x</translation>
+    </message>
+    <message>
+        <source>if x is NULL return z, otherwise return y</source>
+        <translation>z, wenn x NULL ist, sonst y</translation>
+    </message>
+    <message>
+        <source>the text of a file</source>
+        <translation>der Text einer Datei</translation>
+    </message>
+    <message>
+        <source>The file is UTF-8 and at most 64 MiB long; null when it cannot be read. A relative name starts at the graph file&apos;s directory.</source>
+        <translation>Die Datei ist UTF-8 und höchstens 64 MiB lang; NULL, wenn sie nicht gelesen werden kann. Ein relativer Name beginnt im Verzeichnis der Graphdatei.</translation>
+    </message>
+    <message>
+        <source>return the earth distance using Haversine Formula (all coord. in decimal degree)</source>
+        <translation>Entfernung auf der Erde nach der Haversine-Formel (alle Koordinaten in Dezimalgrad)</translation>
+    </message>
+    <message>
+        <source>In kilometres.</source>
+        <translation>In Kilometern.</translation>
+    </message>
+    <message>
+        <source>the same distance between two packed positions</source>
+        <translation>dieselbe Entfernung zwischen zwei gepackten Positionen</translation>
+    </message>
+    <message>
+        <source>A packed position is round((lat + 90) * 1e5) * 1e8 + round((lon + 180) * 1e5). Anything else gives null.</source>
+        <translation>Eine gepackte Position ist round((lat + 90) * 1e5) * 1e8 + round((lon + 180) * 1e5). Alles andere ergibt NULL.</translation>
+    </message>
+    <message>
+        <source>Further functions</source>
+        <translation>Weitere Funktionen</translation>
+    </message>
+    <message>
+        <source>the spelling of isNull(x) that native code knows</source>
+        <translation>die Schreibweise von isNull(x), die nativer Code kennt</translation>
+    </message>
+    <message>
+        <source>An expression with it cannot be shown step by step; isNull(x) can.</source>
+        <translation>Ein Ausdruck damit kann nicht schrittweise gezeigt werden; mit isNull(x) schon.</translation>
+    </message>
+    <message>
+        <source>return 1 if x is NULL or an empty string, otherwise return 0</source>
+        <translation>1, wenn x NULL oder ein leerer Text ist, sonst 0</translation>
+    </message>
+    <message>
+        <source>another spelling</source>
+        <translation>andere Schreibweise</translation>
+    </message>
+    <message>
+        <source>The same as roundUp.</source>
+        <translation>Dasselbe wie roundUp.</translation>
+    </message>
+    <message>
+        <source>The same as roundDown.</source>
+        <translation>Dasselbe wie roundDown.</translation>
+    </message>
+    <message>
+        <source>closest integer; a half goes up</source>
+        <translation>nächste ganze Zahl; eine Hälfte wird aufgerundet</translation>
+    </message>
+    <message>
+        <source>round(x) takes a half away from zero.</source>
+        <translation>round(x) rundet eine Hälfte von der Null weg.</translation>
+    </message>
+    <message>
+        <source>the integer part of x, towards zero</source>
+        <translation>der ganze Teil von x, zur Null hin</translation>
+    </message>
+    <message>
+        <source>-1, 0 or 1 for a negative x, 0 or a positive x</source>
+        <translation>-1, 0 oder 1 für ein negatives x, 0 oder ein positives x</translation>
+    </message>
+    <message>
+        <source>A null gives 0.</source>
+        <translation>NULL ergibt 0.</translation>
+    </message>
+    <message>
+        <source>cube root of x</source>
+        <translation>Kubikwurzel von x</translation>
+    </message>
+    <message>
+        <source>square root of x*x + y*y</source>
+        <translation>Quadratwurzel von x*x + y*y</translation>
+    </message>
+    <message>
+        <source>With a null the result is null, but infinite beside an infinite argument.</source>
+        <translation>Mit NULL ist das Ergebnis NULL, aber unendlich neben einem unendlichen Argument.</translation>
+    </message>
+    <message>
+        <source>remainder of x / y, the same as x % y</source>
+        <translation>Rest von x / y, dasselbe wie x % y</translation>
+    </message>
+    <message>
+        <source>x minus the closest multiple of y</source>
+        <translation>x minus das nächste Vielfache von y</translation>
+    </message>
+    <message>
+        <source>x to the power of y</source>
+        <translation>x hoch y</translation>
+    </message>
+    <message>
+        <source>With a null the result is null, but pow(x, 0) and pow(1, y) are 1.</source>
+        <translation>Mit NULL ist das Ergebnis NULL, aber pow(x, 0) und pow(1, y) sind 1.</translation>
+    </message>
+    <message>
+        <source>the mean of the arguments</source>
+        <translation>der Mittelwert der Argumente</translation>
+    </message>
+    <message>
+        <source>16-bit code of the character at position i</source>
+        <translation>16-Bit-Code des Zeichens an Position i</translation>
+    </message>
+    <message>
+        <source>Positions count from 0; -1 outside the string.</source>
+        <translation>Positionen zählen ab 0; -1 außerhalb des Textes.</translation>
+    </message>
+    <message>
+        <source>It takes two arguments, although its help text shows three; lastindexof2 takes three.</source>
+        <translation>Sie nimmt zwei Argumente, obwohl ihr Hilfetext drei zeigt; lastindexof2 nimmt drei.</translation>
+    </message>
+    <message>
+        <source>the name of the program, whatever x is</source>
+        <translation>der Name des Programms, was x auch ist</translation>
+    </message>
+    <message>
+        <source>Further constants</source>
+        <translation>Weitere Konstanten</translation>
+    </message>
+    <message>
+        <source>pi with 12 decimals</source>
+        <translation>Pi mit 12 Nachkommastellen</translation>
+    </message>
+    <message>
+        <source>Prefer pi.</source>
+        <translation>Besser ist pi.</translation>
+    </message>
+    <message>
+        <source>the same as e</source>
+        <translation>dasselbe wie e</translation>
+    </message>
+    <message>
+        <source>the number of the row, from 0</source>
+        <translation>die Nummer der Zeile, ab 0</translation>
+    </message>
+    <message>
+        <source>An action offers it when its setting is ticked.</source>
+        <translation>Eine Aktion bietet sie an, wenn die Einstellung angekreuzt ist.</translation>
+    </message>
+    <message>
+        <source>a condition that is true</source>
+        <translation>eine Bedingung, die wahr ist</translation>
+    </message>
+    <message>
+        <source>a condition that is false</source>
+        <translation>eine Bedingung, die falsch ist</translation>
+    </message>
+    <message>
+        <source>the directory of the running program</source>
+        <translation>das Verzeichnis des laufenden Programms</translation>
+    </message>
+    <message>
+        <source>Further operators</source>
+        <translation>Weitere Operatoren</translation>
+    </message>
+    <message>
+        <source>factorial of a whole number</source>
+        <translation>Fakultät einer ganzen Zahl</translation>
+    </message>
+    <message>
+        <source>A null is an error.</source>
+        <translation>NULL ist ein Fehler.</translation>
+    </message>
+    <message>
+        <source>For more than two values: nvl(a, nvl(b, c))</source>
+        <translation>Für mehr als zwei Werte: nvl(a, nvl(b, c))</translation>
+    </message>
+    <message>
+        <source>nvl(x, 0)</source>
+        <translation>nvl(x, 0)</translation>
+    </message>
+    <message>
+        <source>(x == y ? _null : x)</source>
+        <translation>(x == y ? _null : x)</translation>
+    </message>
+    <message>
+        <source>isNull(x) asks whether a value is missing.</source>
+        <translation>isNull(x) fragt, ob ein Wert fehlt.</translation>
+    </message>
+    <message>
+        <source>Numbers that cannot be computed are nan or infinite.</source>
+        <translation>Zahlen, die sich nicht berechnen lassen, sind nan oder unendlich.</translation>
+    </message>
+    <message>
+        <source>Chain them: (a ? 1 : b ? 2 : 3)</source>
+        <translation>Verketten Sie sie: (a ? 1 : b ? 2 : 3)</translation>
+    </message>
+    <message>
+        <source>(condition ? then : else)</source>
+        <translation>(Bedingung ? dann : sonst)</translation>
+    </message>
+    <message>
+        <source>isTrue(a) != isTrue(b)</source>
+        <translation>isTrue(a) != isTrue(b)</translation>
+    </message>
+    <message>
+        <source>x &gt;= a &amp;&amp; x &lt;= b</source>
+        <translation>x &gt;= a &amp;&amp; x &lt;= b</translation>
+    </message>
+    <message>
+        <source>x == a || x == b</source>
+        <translation>x == a || x == b</translation>
+    </message>
+    <message>
+        <source>A single = assigns to a variable; == compares.</source>
+        <translation>Ein einfaches = weist einer Variablen zu; == vergleicht.</translation>
+    </message>
+    <message>
+        <source>x % y</source>
+        <translation>x % y</translation>
+    </message>
+    <message>
+        <source>floor(x) rounds down, (int)x rounds towards zero.</source>
+        <translation>floor(x) rundet ab, (int)x rundet zur Null hin.</translation>
+    </message>
+    <message>
+        <source>The closest multiple of y: round(x / y) * y</source>
+        <translation>Das nächste Vielfache von y: round(x / y) * y</translation>
+    </message>
+    <message>
+        <source>An integer from a to b: a + randN(b - a + 1)</source>
+        <translation>Eine ganze Zahl von a bis b: a + randN(b - a + 1)</translation>
+    </message>
+    <message>
+        <source>An expression sees one row. Totals over rows are no functions of expressions.</source>
+        <translation>Ein Ausdruck sieht eine Zeile. Summen über Zeilen sind keine Funktionen von Ausdrücken.</translation>
+    </message>
+    <message>
+        <source>_n counts from 0.</source>
+        <translation>_n zählt ab 0.</translation>
+    </message>
+    <message>
+        <source>x * pi / 180</source>
+        <translation>x * pi / 180</translation>
+    </message>
+    <message>
+        <source>x * 180 / pi</source>
+        <translation>x * 180 / pi</translation>
+    </message>
+    <message>
+        <source>(int)atof(s)</source>
+        <translation>(int)atof(s)</translation>
+    </message>
+    <message>
+        <source>itoa(x) for integers, ftoa(x) for 6 digits.</source>
+        <translation>itoa(x) für ganze Zahlen, ftoa(x) für 6 Ziffern.</translation>
+    </message>
+    <message>
+        <source>a // b // c</source>
+        <translation>a // b // c</translation>
+    </message>
+    <message>
+        <source>Positions count from 0.</source>
+        <translation>Positionen zählen ab 0.</translation>
+    </message>
+    <message>
+        <source>Positions count from 0, and -1 means that there is none.</source>
+        <translation>Positionen zählen ab 0, und -1 heißt, dass es keine gibt.</translation>
+    </message>
+    <message>
+        <source>htoa(ftoh(code)) gives the Latin-1 character of a code.</source>
+        <translation>htoa(ftoh(code)) ergibt das Latin-1-Zeichen eines Codes.</translation>
+    </message>
+    <message>
+        <source>dateAdd(date, 0, months, 0)</source>
+        <translation>dateAdd(date, 0, months, 0)</translation>
+    </message>
+    <message>
+        <source>dateEOM(date, 0)</source>
+        <translation>dateEOM(date, 0)</translation>
+    </message>
+    <message>
+        <source>The year of a date: atof(datePrint(date, &quot;yyyy&quot;))</source>
+        <translation>Das Jahr eines Datums: atof(datePrint(date, &quot;yyyy&quot;))</translation>
+    </message>
+    <message>
+        <source>The month of a date: atof(datePrint(date, &quot;M&quot;))</source>
+        <translation>Der Monat eines Datums: atof(datePrint(date, &quot;M&quot;))</translation>
+    </message>
+    <message>
+        <source>The day of the month of a date: atof(datePrint(date, &quot;d&quot;))</source>
+        <translation>Der Tag im Monat eines Datums: atof(datePrint(date, &quot;d&quot;))</translation>
+    </message>
+    <message>
+        <source>The hour of a date: atof(datePrint(date, &quot;H&quot;))</source>
+        <translation>Die Stunde eines Datums: atof(datePrint(date, &quot;H&quot;))</translation>
+    </message>
+    <message>
+        <source>The minute of a date: atof(datePrint(date, &quot;m&quot;))</source>
+        <translation>Die Minute eines Datums: atof(datePrint(date, &quot;m&quot;))</translation>
+    </message>
+    <message>
+        <source>The second of a date: atof(datePrint(date, &quot;s&quot;))</source>
+        <translation>Die Sekunde eines Datums: atof(datePrint(date, &quot;s&quot;))</translation>
+    </message>
+</context>
+<context>
+    <name>Language</name>
+    <message>
+        <source>The expression takes too long to be tried here: more than a second for a row. Write it shorter, or split it into several expressions.</source>
+        <translation>Der Ausdruck braucht zu lange, um hier probiert zu werden: mehr als eine Sekunde für eine Zeile. Schreiben Sie ihn kürzer, oder teilen Sie ihn in mehrere Ausdrücke auf.</translation>
+    </message>
+    <message>
+        <source>An earlier expression is still being evaluated, so this one is not tried.</source>
+        <translation>Ein früherer Ausdruck wird noch ausgewertet, deshalb wird dieser nicht probiert.</translation>
+    </message>
+    <message>
+        <source>What &apos;%1&apos; reads is read at the start of a run, so there are no values here.</source>
+        <translation>Was &apos;%1&apos; liest, wird zu Beginn eines Laufs gelesen; hier gibt es deshalb keine Werte.</translation>
+    </message>
+    <message>
+        <source>The key &apos;%1&apos; is missing, which stops the run.</source>
+        <translation>Der Schlüssel &apos;%1&apos; fehlt, was den Lauf anhält.</translation>
+    </message>
+    <message>
+        <source>The variable &apos;%1&apos; has no column: the input has none that is named &apos;%2&apos;.</source>
+        <translation>Die Variable &apos;%1&apos; hat keine Spalte: in der Eingabe heißt keine &apos;%2&apos;.</translation>
+    </message>
+    <message>
+        <source>The step debugger evaluates with the String parser, which does not know &apos;%1&apos;.</source>
+        <translation>Der Schritt-Debugger wertet mit dem String Parser aus, der &apos;%1&apos; nicht kennt.</translation>
+    </message>
+    <message>
+        <source>Write &apos;%1&apos;, which all engines know.</source>
+        <translation>Schreiben Sie &apos;%1&apos;, das alle Rechenwerke kennen.</translation>
+    </message>
+    <message>
+        <source>Replace by &apos;%1&apos;</source>
+        <translation>Durch &apos;%1&apos; ersetzen</translation>
+    </message>
+    <message>
+        <source>Make the column &apos;%1&apos; an input variable</source>
+        <translation>Die Spalte &apos;%1&apos; zur Eingabevariablen machen</translation>
+    </message>
+    <message>
+        <source>Compare with &apos;==&apos; instead of assigning</source>
+        <translation>Mit &apos;==&apos; vergleichen statt zuzuweisen</translation>
+    </message>
+    <message>
+        <source>Close the text with a quote</source>
+        <translation>Den Text mit einem Anführungszeichen schließen</translation>
+    </message>
+    <message>
+        <source>Add the missing &apos;%1&apos; at the end</source>
+        <translation>Das fehlende &apos;%1&apos; am Ende ergänzen</translation>
+    </message>
+    <message>
+        <source>Join the texts with &apos;//&apos;</source>
+        <translation>Die Texte mit &apos;//&apos; verketten</translation>
+    </message>
+    <message>
+        <source>number</source>
+        <translation>Zahl</translation>
+    </message>
+    <message>
+        <source>key</source>
+        <translation>Schlüssel</translation>
+    </message>
+    <message>
+        <source>text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>date, as an elapsed time</source>
+        <translation>Datum, als verstrichene Zeit</translation>
+    </message>
+    <message>
+        <source>true or false</source>
+        <translation>wahr oder falsch</translation>
+    </message>
+    <message>
+        <source>number, stored as a text</source>
+        <translation>Zahl, als Text gespeichert</translation>
+    </message>
+    <message>
+        <source>number: true unless it is 0 or missing</source>
+        <translation>Zahl: wahr, wenn sie nicht 0 ist und nicht fehlt</translation>
+    </message>
+    <message>
+        <source>text: true unless it is empty or missing</source>
+        <translation>Text: wahr, wenn er nicht leer ist und nicht fehlt</translation>
+    </message>
+    <message>
+        <source>%1, because the %2 does not take &apos;%3&apos;</source>
+        <translation>%1, weil der %2 &apos;%3&apos; nicht annimmt</translation>
+    </message>
+    <message>
+        <source>%1, because the %2 does not take the expression</source>
+        <translation>%1, weil der %2 den Ausdruck nicht annimmt</translation>
+    </message>
+    <message>
+        <source>%1, because the result is a text</source>
+        <translation>%1, weil das Ergebnis ein Text ist</translation>
+    </message>
+    <message>
+        <source>%1, because the step debugger looks on</source>
+        <translation>%1, weil der Schritt-Debugger zusieht</translation>
+    </message>
+    <message>
+        <source>%1, because the JIT compiler is switched off</source>
+        <translation>%1, weil der JIT-Compiler ausgeschaltet ist</translation>
+    </message>
+    <message>
+        <source>%1 because `%2` is %1</source>
+        <translation>%1, weil `%2` %1 ist</translation>
+    </message>
+    <message>
+        <source>%1 because `%2` gives %1</source>
+        <translation>%1, weil `%2` %1 ergibt</translation>
+    </message>
+    <message>
+        <source>graph parameter</source>
+        <translation>Parameter des Graphen</translation>
+    </message>
+    <message>
+        <source>column, not yet an input variable</source>
+        <translation>Spalte, noch keine Eingabevariable</translation>
+    </message>
+    <message>
+        <source>column &apos;%1&apos;</source>
+        <translation>Spalte &apos;%1&apos;</translation>
+    </message>
+    <message>
+        <source>number of the row, counted from 0</source>
+        <translation>Nummer der Zeile, ab 0 gezählt</translation>
+    </message>
+    <message>
+        <source>for &apos;%1&apos;</source>
+        <translation>für &apos;%1&apos;</translation>
+    </message>
+    <message>
+        <source>Engines: %1</source>
+        <translation>Rechenwerke: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ShownValue</name>
+    <message>
+        <source>(empty)</source>
+        <translation>(leer)</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::TextDialogs</name>
+    <message>
+        <source>%1: help</source>
+        <translation>%1: Hilfe</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>What it does</source>
+        <translation>Was sie tut</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Taste</translation>
+    </message>
+    <message>
+        <source>Keyboard</source>
+        <translation>Tastatur</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ActionForm</name>
+    <message>
+        <source>This action has no settings.</source>
+        <translation>Diese Aktion hat keine Einstellungen.</translation>
+    </message>
+    <message>
+        <source>Values: %1.</source>
+        <translation>Werte: %1.</translation>
+    </message>
+    <message>
+        <source>%1 Default: &quot;%2&quot;.</source>
+        <translation>%1 Vorgabe: &quot;%2&quot;.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ActionList</name>
+    <message>
+        <source>Actions of the graph</source>
+        <translation>Aktionen des Graphen</translation>
+    </message>
+    <message>
+        <source>&amp;Actions</source>
+        <translation>&amp;Aktionen</translation>
+    </message>
+    <message>
+        <source>Search names and types</source>
+        <translation>Namen und Typen suchen</translation>
+    </message>
+    <message>
+        <source>Search actions</source>
+        <translation>Aktionen suchen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ActionListModel</name>
+    <message>
+        <source>%1, %2, changed</source>
+        <translation>%1, %2, geändert</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::BackgroundTask</name>
+    <message>
+        <source>The memory does not suffice.</source>
+        <translation>Der Speicher reicht nicht aus.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::BlockFilterPage</name>
+    <message>
+        <source>Blocks that are read</source>
+        <translation>Blöcke, die gelesen werden</translation>
+    </message>
+    <message>
+        <source>&amp;Skip the blocks for which this expression is false:</source>
+        <translation>Blöcke ü&amp;berspringen, für die dieser Ausdruck falsch ist:</translation>
+    </message>
+    <message>
+        <source>Block filter</source>
+        <translation>Blockfilter</translation>
+    </message>
+    <message>
+        <source>Blocks read ahead</source>
+        <translation>Im Voraus gelesene Blöcke</translation>
+    </message>
+    <message>
+        <source>Blocks read a&amp;head:</source>
+        <translation>Im &amp;Voraus gelesene Blöcke:</translation>
+    </message>
+    <message>
+        <source>Read on a thread of their own while rows are computed; 0: none.</source>
+        <translation>Werden in einem eigenen Thread gelesen, während Zeilen berechnet werden; 0: keine.</translation>
+    </message>
+    <message>
+        <source>What the expression knows of a block</source>
+        <translation>Was der Ausdruck von einem Block weiß</translation>
+    </message>
+    <message>
+        <source>Variables of the block filter</source>
+        <translation>Variablen des Blockfilters</translation>
+    </message>
+    <message>
+        <source>Column of the file</source>
+        <translation>Spalte der Datei</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation>Nach unten</translation>
+    </message>
+    <message>
+        <source>add &apos;_n_min&apos; and &apos;_n_max&apos; as input vars</source>
+        <translation>&apos;_n_min&apos; und &apos;_n_max&apos; als Eingabevariablen anbieten</translation>
+    </message>
+    <message>
+        <source>The numbers of the block&apos;s first and last row, from 0.</source>
+        <translation>Die Nummern der ersten und letzten Zeile des Blocks, ab 0.</translation>
+    </message>
+    <message>
+        <source>&amp;Dates and times</source>
+        <translation>&amp;Datum und Zeit</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::CallTipWindow</name>
+    <message>
+        <source>How the function is called</source>
+        <translation>Wie die Funktion aufgerufen wird</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ColumnSetsModel</name>
+    <message>
+        <source>The column &apos;%1&apos; does not reach this action.</source>
+        <translation>Die Spalte &apos;%1&apos; erreicht diese Aktion nicht.</translation>
+    </message>
+    <message>
+        <source>not written</source>
+        <translation>nicht geschrieben</translation>
+    </message>
+    <message>
+        <source>Column</source>
+        <translation>Spalte</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Typ</translation>
+    </message>
+    <message>
+        <source>Set</source>
+        <translation>Satz</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ColumnarEditor</name>
+    <message>
+        <source>Groups of settings</source>
+        <translation>Gruppen von Einstellungen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ColumnarTexts</name>
+    <message>
+        <source>%1 row</source>
+        <translation>%1 Zeile</translation>
+    </message>
+    <message>
+        <source>%1 rows</source>
+        <translation>%1 Zeilen</translation>
+    </message>
+    <message>
+        <source>%1 block</source>
+        <translation>%1 Block</translation>
+    </message>
+    <message>
+        <source>%1 blocks</source>
+        <translation>%1 Blöcke</translation>
+    </message>
+    <message>
+        <source>%1 column</source>
+        <translation>%1 Spalte</translation>
+    </message>
+    <message>
+        <source>%1 columns</source>
+        <translation>%1 Spalten</translation>
+    </message>
+    <message>
+        <source>%1 column set</source>
+        <translation>%1 Spaltensatz</translation>
+    </message>
+    <message>
+        <source>%1 column sets</source>
+        <translation>%1 Spaltensätze</translation>
+    </message>
+    <message>
+        <source>The column-set file &apos;%1&apos; cannot be opened. Put it beside the main file.</source>
+        <translation>Die Spaltensatz-Datei &apos;%1&apos; lässt sich nicht öffnen. Legen Sie sie neben die Hauptdatei.</translation>
+    </message>
+    <message>
+        <source>Damaged: the file is cut after %1. Salvage writes what is whole to a new table.</source>
+        <translation>Beschädigt: die Datei ist nach %1 abgeschnitten. Retten schreibt, was heil ist, in eine neue Tabelle.</translation>
+    </message>
+    <message>
+        <source>Damaged: %1 cannot be read. Verify shows where; Salvage writes what is whole to a new table.</source>
+        <translation>Beschädigt: %1 nicht lesbar. Prüfen zeigt, wo; Retten schreibt, was heil ist, in eine neue Tabelle.</translation>
+    </message>
+    <message>
+        <source>Number</source>
+        <translation>Zahl</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Schlüssel</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>%1 of up to %2</source>
+        <translation>%1 mit bis zu %2</translation>
+    </message>
+    <message>
+        <source>Sorted on &apos;%1&apos;, descending</source>
+        <translation>Nach &apos;%1&apos; sortiert, absteigend</translation>
+    </message>
+    <message>
+        <source>Sorted on &apos;%1&apos;, ascending</source>
+        <translation>Nach &apos;%1&apos; sortiert, aufsteigend</translation>
+    </message>
+    <message>
+        <source>Incomplete: its writer is at work. What is finished can be read already.</source>
+        <translation>Unvollständig: sie wird gerade geschrieben. Was fertig ist, kann schon gelesen werden.</translation>
+    </message>
+    <message>
+        <source>Incomplete: its writer was stopped. Salvage writes what is whole to a new table.</source>
+        <translation>Unvollständig: das Schreiben wurde abgebrochen. Retten schreibt, was heil ist, in eine neue Tabelle.</translation>
+    </message>
+    <message>
+        <source>Complete</source>
+        <translation>Vollständig</translation>
+    </message>
+    <message>
+        <source>skips %1 of %2 of this file</source>
+        <translation>überspringt %1 von %2 dieser Datei</translation>
+    </message>
+    <message>
+        <source>%1; damaged blocks are not counted</source>
+        <translation>%1; beschädigte Blöcke zählen nicht</translation>
+    </message>
+    <message>
+        <source>%1: no row is left</source>
+        <translation>%1: keine Zeile bleibt übrig</translation>
+    </message>
+    <message>
+        <source>%1, and reads %2</source>
+        <translation>%1 und liest %2</translation>
+    </message>
+    <message>
+        <source>%1 in %2 were checked</source>
+        <translation>%1 in %2 geprüft</translation>
+    </message>
+    <message>
+        <source>%2: %1 damaged place.</source>
+        <translation>%2: %1 beschädigte Stelle.</translation>
+    </message>
+    <message>
+        <source>%2: %1 damaged places.</source>
+        <translation>%2: %1 beschädigte Stellen.</translation>
+    </message>
+    <message>
+        <source>Salvage writes what is whole to a new table.</source>
+        <translation>Retten schreibt, was heil ist, in eine neue Tabelle.</translation>
+    </message>
+    <message>
+        <source>%1: no damage, but the file is incomplete.</source>
+        <translation>%1: kein Schaden, aber die Datei ist unvollständig.</translation>
+    </message>
+    <message>
+        <source>%1: no damage.</source>
+        <translation>%1: kein Schaden.</translation>
+    </message>
+    <message>
+        <source>There is no whole block of rows, so nothing was written.</source>
+        <translation>Kein Block von Zeilen ist heil, deshalb wurde nichts geschrieben.</translation>
+    </message>
+    <message>
+        <source>%1 in %2 were written to &apos;%3&apos;.</source>
+        <translation>%1 in %2 wurden nach &apos;%3&apos; geschrieben.</translation>
+    </message>
+    <message>
+        <source>Of them, %1 had no sound descriptor and came from the column-set files alone.</source>
+        <translation>Davon hatten %1 keine heile Beschreibung und kamen allein aus den Spaltensatz-Dateien.</translation>
+    </message>
+    <message>
+        <source>%1 with %2 are lost.</source>
+        <translation>%1 mit %2 sind verloren.</translation>
+    </message>
+    <message>
+        <source>Some rows are lost where no descriptor counts them; those before and after them now follow one another.</source>
+        <translation>Einige Zeilen sind verloren, wo keine Beschreibung sie zählt; die davor und dahinter folgen nun aufeinander.</translation>
+    </message>
+    <message>
+        <source>A block that the writer had not finished was not taken.</source>
+        <translation>Ein Block, der nicht fertig geschrieben war, wurde nicht übernommen.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ColumnsToReadModel</name>
+    <message>
+        <source>The file has no column &apos;%1&apos;.</source>
+        <translation>Die Datei hat keine Spalte &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>Column</source>
+        <translation>Spalte</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Typ</translation>
+    </message>
+    <message>
+        <source>Stored</source>
+        <translation>Gespeichert</translation>
+    </message>
+    <message>
+        <source>Set</source>
+        <translation>Satz</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::CompletionPopup</name>
+    <message>
+        <source>Completions</source>
+        <translation>Ergänzungen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::EditServices</name>
+    <message numerus="yes">
+        <source>%n more line(s) came at once and are not shown.</source>
+        <translation>
+            <numerusform>%n weitere Zeile kam zugleich und wird nicht gezeigt.</numerusform>
+            <numerusform>%n weitere Zeilen kamen zugleich und werden nicht gezeigt.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::EditWindow</name>
+    <message>
+        <source>Reading %1 ...</source>
+        <translation>%1 wird gelesen ...</translation>
+    </message>
+    <message>
+        <source>The graph is not saved</source>
+        <translation>Der Graph ist nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>The check found no error.</source>
+        <translation>Die Prüfung hat keinen Fehler gefunden.</translation>
+    </message>
+    <message>
+        <source>The check found errors: see the log.</source>
+        <translation>Die Prüfung hat Fehler gefunden: siehe Protokoll.</translation>
+    </message>
+    <message>
+        <source>%1 is computed by: %2</source>
+        <translation>%1 wird berechnet mit: %2</translation>
+    </message>
+    <message>
+        <source>This graph has no actions yet.</source>
+        <translation>Dieser Graph hat noch keine Aktionen.</translation>
+    </message>
+    <message>
+        <source>Choose an action at the left to edit its properties.</source>
+        <translation>Wählen Sie links eine Aktion, um ihre Eigenschaften zu bearbeiten.</translation>
+    </message>
+    <message>
+        <source>The graph has no action &apos;%1&apos;. Choose one at the left.</source>
+        <translation>Der Graph hat keine Aktion &apos;%1&apos;. Wählen Sie links eine.</translation>
+    </message>
+    <message>
+        <source>The graph has no action &apos;%1&apos;. Did you mean &apos;%2&apos;?</source>
+        <translation>Der Graph hat keine Aktion &apos;%1&apos;. Meinten Sie &apos;%2&apos;?</translation>
+    </message>
+    <message>
+        <source>%1[*] - %2</source>
+        <translation>%1[*] - %2</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>There is no help page &quot;%1&quot;.</source>
+        <translation>Es gibt keine Hilfeseite &quot;%1&quot;.</translation>
+    </message>
+    <message>
+        <source>Checking the graph ...</source>
+        <translation>Der Graph wird geprüft ...</translation>
+    </message>
+    <message>
+        <source>&amp;Graph</source>
+        <translation>&amp;Graph</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Speichern</translation>
+    </message>
+    <message>
+        <source>&amp;Reload</source>
+        <translation>&amp;Neu laden</translation>
+    </message>
+    <message>
+        <source>Read the graph from its file again</source>
+        <translation>Den Graphen erneut aus seiner Datei lesen</translation>
+    </message>
+    <message>
+        <source>&amp;Check</source>
+        <translation>&amp;Prüfen</translation>
+    </message>
+    <message>
+        <source>Find the faults of the graph without running it</source>
+        <translation>Fehler des Graphen finden, ohne ihn auszuführen</translation>
+    </message>
+    <message>
+        <source>C&amp;lose</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Expert mode</source>
+        <translation>&amp;Expertenmodus</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;This action</source>
+        <translation>&amp;Diese Aktion</translation>
+    </message>
+    <message>
+        <source>&amp;Keyboard</source>
+        <translation>&amp;Tastatur</translation>
+    </message>
+    <message>
+        <source>Graph</source>
+        <translation>Graph</translation>
+    </message>
+    <message>
+        <source>&amp;Theme</source>
+        <translation>&amp;Farben</translation>
+    </message>
+    <message>
+        <source>&amp;System</source>
+        <translation>&amp;System</translation>
+    </message>
+    <message>
+        <source>&amp;Light</source>
+        <translation>He&amp;ll</translation>
+    </message>
+    <message>
+        <source>&amp;Dark</source>
+        <translation>D&amp;unkel</translation>
+    </message>
+    <message>
+        <source>Saved %1.</source>
+        <translation>%1 gespeichert.</translation>
+    </message>
+    <message>
+        <source>The graph was changed on the disk meanwhile.</source>
+        <translation>Der Graph wurde inzwischen auf der Festplatte geändert.</translation>
+    </message>
+    <message>
+        <source>Another program has written %1 since it was read here.</source>
+        <translation>Ein anderes Programm hat %1 geschrieben, seit die Datei hier gelesen wurde.</translation>
+    </message>
+    <message>
+        <source>&amp;Keep mine</source>
+        <translation>&amp;Meinen behalten</translation>
+    </message>
+    <message>
+        <source>&amp;Load theirs</source>
+        <translation>Ande&amp;ren laden</translation>
+    </message>
+    <message>
+        <source>Load theirs</source>
+        <translation>Anderen laden</translation>
+    </message>
+    <message>
+        <source>Keep mine</source>
+        <translation>Meinen behalten</translation>
+    </message>
+    <message>
+        <source>Reading the file again discards your changes.</source>
+        <translation>Erneutes Lesen der Datei verwirft Ihre Änderungen.</translation>
+    </message>
+    <message>
+        <source>&amp;Discard and read</source>
+        <translation>&amp;Verwerfen und lesen</translation>
+    </message>
+    <message>
+        <source>The graph has changes that are not saved.</source>
+        <translation>Der Graph hat Änderungen, die nicht gespeichert sind.</translation>
+    </message>
+    <message>
+        <source>Save them before closing?</source>
+        <translation>Vor dem Schließen speichern?</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ElementTree</name>
+    <message>
+        <source>Elements</source>
+        <translation>Elemente</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Meaning</source>
+        <translation>Bedeutung</translation>
+    </message>
+    <message>
+        <source>&amp;Elements</source>
+        <translation>&amp;Elemente</translation>
+    </message>
+    <message>
+        <source>Add an element</source>
+        <translation>Element hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add an element at the end, or inside the chosen one</source>
+        <translation>Fügt ein Element am Ende oder im gewählten Element hinzu</translation>
+    </message>
+    <message>
+        <source>Remove the element</source>
+        <translation>Element entfernen</translation>
+    </message>
+    <message>
+        <source>Remove the chosen element</source>
+        <translation>Das gewählte Element entfernen</translation>
+    </message>
+    <message>
+        <source>%1 in this %2</source>
+        <translation>%1 in diesem %2</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ExampleTrial</name>
+    <message>
+        <source>An expression to try</source>
+        <translation>Ein Ausdruck zum Ausprobieren</translation>
+    </message>
+    <message>
+        <source>Dates are written %1; elapsed times are days since 2000-01-01.</source>
+        <translation>Daten werden %1 geschrieben; verstrichene Zeiten sind Tage seit 2000-01-01.</translation>
+    </message>
+    <message>
+        <source>The value of the expression</source>
+        <translation>Der Wert des Ausdrucks</translation>
+    </message>
+    <message>
+        <source>&amp;Try it:</source>
+        <translation>&amp;Ausprobieren:</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ExpressionCompletion</name>
+    <message>
+        <source>variable</source>
+        <translation>Variable</translation>
+    </message>
+    <message>
+        <source>column, becomes a variable</source>
+        <translation>Spalte, wird eine Variable</translation>
+    </message>
+    <message>
+        <source>function</source>
+        <translation>Funktion</translation>
+    </message>
+    <message>
+        <source>constant</source>
+        <translation>Konstante</translation>
+    </message>
+    <message>
+        <source>graph parameter</source>
+        <translation>Parameter des Graphen</translation>
+    </message>
+    <message>
+        <source>for %1</source>
+        <translation>für %1</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ExpressionEditor</name>
+    <message>
+        <source>Expression</source>
+        <translation>Ausdruck</translation>
+    </message>
+    <message>
+        <source>For instance: price * quantity</source>
+        <translation>Zum Beispiel: Preis * Menge</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ExpressionField</name>
+    <message>
+        <source>Earlier expressions (Alt+Up, Alt+Down)</source>
+        <translation>Frühere Ausdrücke (Alt+Auf, Alt+Ab)</translation>
+    </message>
+    <message>
+        <source>Alt+Enter makes the change</source>
+        <translation>Alt+Enter führt die Änderung aus</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::FaultPage</name>
+    <message>
+        <source>Faults of the graph</source>
+        <translation>Fehler des Graphen</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Zeile</translation>
+    </message>
+    <message>
+        <source>Column</source>
+        <translation>Spalte</translation>
+    </message>
+    <message>
+        <source>What is wrong</source>
+        <translation>Was falsch ist</translation>
+    </message>
+    <message>
+        <source>&amp;Read the file again</source>
+        <translation>Datei &amp;erneut lesen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy all</source>
+        <translation>Alles &amp;kopieren</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 cannot be opened: %n fault(s). Mend the file with a text editor, then read it again.</source>
+        <translation>
+            <numerusform>%1 kann nicht geöffnet werden: %n Fehler. Bessern Sie die Datei in einem Texteditor aus, und lesen Sie sie dann erneut.</numerusform>
+            <numerusform>%1 kann nicht geöffnet werden: %n Fehler. Bessern Sie die Datei in einem Texteditor aus, und lesen Sie sie dann erneut.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::HelpDetails</name>
+    <message>
+        <source>Missing values:</source>
+        <translation>Fehlende Werte:</translation>
+    </message>
+    <message>
+        <source>Note:</source>
+        <translation>Hinweis:</translation>
+    </message>
+    <message>
+        <source>Example:</source>
+        <translation>Beispiel:</translation>
+    </message>
+    <message>
+        <source>Engines:</source>
+        <translation>Rechenwerke:</translation>
+    </message>
+    <message>
+        <source>Insert:</source>
+        <translation>Einfügen:</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::HistoryKeys</name>
+    <message>
+        <source>&amp;Remove the star of this expression</source>
+        <translation>Stern dieses Ausdrucks &amp;entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;Star this expression</source>
+        <translation>Diesen Ausdruck mit &amp;Stern merken</translation>
+    </message>
+    <message>
+        <source>No earlier expressions yet</source>
+        <translation>Noch keine früheren Ausdrücke</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::Interface_MathParserCheck</name>
+    <message>
+        <source>Math Parser Error</source>
+        <translation>Fehler im Ausdruck</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>What is wrong</source>
+        <translation>Was falsch ist</translation>
+    </message>
+    <message>
+        <source>The expression, with a mark below the fault</source>
+        <translation>Der Ausdruck mit einer Marke unter dem Fehler</translation>
+    </message>
+    <message>
+        <source>What to do</source>
+        <translation>Was zu tun ist</translation>
+    </message>
+    <message>
+        <source>Use instead: %1</source>
+        <translation>Stattdessen: %1</translation>
+    </message>
+    <message>
+        <source>Names that may have been meant</source>
+        <translation>Namen, die gemeint sein können</translation>
+    </message>
+    <message>
+        <source>Puts the name into the expression</source>
+        <translation>Setzt den Namen in den Ausdruck ein</translation>
+    </message>
+    <message>
+        <source>A picture of the mistake</source>
+        <translation>Ein Bild des Fehlers</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Copies the message and the expression as text</source>
+        <translation>Kopiert die Meldung und den Ausdruck als Text</translation>
+    </message>
+    <message>
+        <source>&amp;Go there</source>
+        <translation>&amp;Zur Stelle</translation>
+    </message>
+    <message>
+        <source>Selects the fault in the expression</source>
+        <translation>Markiert den Fehler im Ausdruck</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::Interface_mathParserHelp</name>
+    <message>
+        <source>Functions by group</source>
+        <translation>Funktionen nach Gruppen</translation>
+    </message>
+    <message>
+        <source>Results of the search</source>
+        <translation>Ergebnisse der Suche</translation>
+    </message>
+    <message>
+        <source>&amp;Search:</source>
+        <translation>&amp;Suchen:</translation>
+    </message>
+    <message>
+        <source>round, days between, IFNULL</source>
+        <translation>round, Tage zwischen, IFNULL</translation>
+    </message>
+    <message>
+        <source>A name, words of what it does, or its name in spreadsheets and databases</source>
+        <translation>Ein Name, Wörter zu dem, was sie tut, oder ihr Name in Tabellenkalkulationen und Datenbanken</translation>
+    </message>
+    <message>
+        <source>Functions</source>
+        <translation>Funktionen</translation>
+    </message>
+    <message>
+        <source>Comments</source>
+        <translation>Erklärungen</translation>
+    </message>
+    <message>
+        <source>About the selected entry</source>
+        <translation>Über den gewählten Eintrag</translation>
+    </message>
+    <message>
+        <source>Names that look alike</source>
+        <translation>Ähnlich geschriebene Namen</translation>
+    </message>
+    <message>
+        <source>Found</source>
+        <translation>Gefunden</translation>
+    </message>
+    <message>
+        <source>Further names, which the list of functions leaves out</source>
+        <translation>Weitere Namen, die in der Liste der Funktionen fehlen</translation>
+    </message>
+    <message>
+        <source>There is no &apos;%1&apos; in expressions.</source>
+        <translation>In Ausdrücken gibt es kein &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>There is no &apos;%1&apos; in expressions; the first ones below do the same.</source>
+        <translation>In Ausdrücken gibt es kein &apos;%1&apos;; die ersten Einträge unten tun dasselbe.</translation>
+    </message>
+    <message>
+        <source>Nothing is found. Try another word, or clear the search to see all groups.</source>
+        <translation>Nichts gefunden. Versuchen Sie ein anderes Wort, oder leeren Sie die Suche, um alle Gruppen zu sehen.</translation>
+    </message>
+    <message>
+        <source>Select an entry to read about it. Enter or a double click inserts it at the cursor of the expression.</source>
+        <translation>Wählen Sie einen Eintrag, um über ihn zu lesen. Enter oder ein Doppelklick fügt ihn an der Schreibmarke des Ausdrucks ein.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::Interface_readColumnarGel</name>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>Spalten</translation>
+    </message>
+    <message>
+        <source>Blocks</source>
+        <translation>Blöcke</translation>
+    </message>
+    <message>
+        <source>Reliability</source>
+        <translation>Zuverlässigkeit</translation>
+    </message>
+    <message>
+        <source>Salvage to a new table</source>
+        <translation>In eine neue Tabelle retten</translation>
+    </message>
+    <message>
+        <source>Columnar files (*.cgel_kelvarin)</source>
+        <translation>Spaltendateien (*.cgel_kelvarin)</translation>
+    </message>
+    <message>
+        <source>Choose a file to see what is in it.</source>
+        <translation>Wählen Sie eine Datei, um zu sehen, was darin ist.</translation>
+    </message>
+    <message>
+        <source>Without an expression every block is read.</source>
+        <translation>Ohne Ausdruck wird jeder Block gelesen.</translation>
+    </message>
+    <message>
+        <source>The filter is switched off: every block is read. %1</source>
+        <translation>Der Filter ist ausgeschaltet: jeder Block wird gelesen. %1</translation>
+    </message>
+    <message>
+        <source>The blocks that the filter leaves</source>
+        <translation>Die Blöcke, die der Filter lässt</translation>
+    </message>
+    <message>
+        <source>All blocks</source>
+        <translation>Alle Blöcke</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::Interface_writeColumnarGel</name>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Rows and columns</source>
+        <translation>Zeilen und Spalten</translation>
+    </message>
+    <message>
+        <source>Blocks</source>
+        <translation>Blöcke</translation>
+    </message>
+    <message>
+        <source>Old file</source>
+        <translation>Alte Datei</translation>
+    </message>
+    <message>
+        <source>The names of several files are known in a run only.</source>
+        <translation>Die Namen mehrerer Dateien sind erst im Lauf bekannt.</translation>
+    </message>
+    <message>
+        <source>For values such as &apos;A&apos; and &apos;B&apos;.</source>
+        <translation>Für Werte wie &apos;A&apos; und &apos;B&apos;.</translation>
+    </message>
+    <message>
+        <source>And so on.</source>
+        <translation>Und so weiter.</translation>
+    </message>
+    <message>
+        <source>Delete a table</source>
+        <translation>Tabelle löschen</translation>
+    </message>
+    <message>
+        <source>Delete &apos;%1&apos; and its column sets? They cannot be brought back.</source>
+        <translation>&apos;%1&apos; und ihre Spaltensätze löschen? Sie lassen sich nicht zurückholen.</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>&amp;Keep</source>
+        <translation>&amp;Behalten</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::LogModel</name>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>Stufe</translation>
+    </message>
+    <message>
+        <source>Action</source>
+        <translation>Aktion</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::LogPanel</name>
+    <message>
+        <source>Log</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>&amp;Log</source>
+        <translation>&amp;Protokoll</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy the selected lines, or all</source>
+        <translation>Die gewählten Zeilen kopieren, oder alle</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Leeren</translation>
+    </message>
+    <message>
+        <source>Remove all lines from the log</source>
+        <translation>Alle Zeilen aus dem Protokoll entfernen</translation>
+    </message>
+    <message>
+        <source>Copy log lines</source>
+        <translation>Protokollzeilen kopieren</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::PathField</name>
+    <message>
+        <source>Choose a folder</source>
+        <translation>Ordner wählen</translation>
+    </message>
+    <message>
+        <source>Choose a file</source>
+        <translation>Datei wählen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::PreviousFilePage</name>
+    <message>
+        <source>Where there is a file of that name</source>
+        <translation>Wenn es eine Datei dieses Namens gibt</translation>
+    </message>
+    <message>
+        <source>&amp;Keep the old table until the new one is whole</source>
+        <translation>Alte Tabelle &amp;behalten, bis die neue vollständig ist</translation>
+    </message>
+    <message>
+        <source>A run that fails leaves the old table. The disk needs space for both.</source>
+        <translation>Ein Lauf, der fehlschlägt, lässt die alte Tabelle stehen. Die Festplatte braucht Platz für beide.</translation>
+    </message>
+    <message>
+        <source>&amp;Delete the old file even when there is no row to write</source>
+        <translation>Alte Datei auch dann &amp;löschen, wenn es keine Zeile zu schreiben gibt</translation>
+    </message>
+    <message>
+        <source>Seconds to wait for a file in use</source>
+        <translation>Sekunden, die auf eine benutzte Datei gewartet wird</translation>
+    </message>
+    <message>
+        <source>When the old file is in use, &amp;wait for</source>
+        <translation>Wenn die alte Datei in Gebrauch ist, &amp;warten für</translation>
+    </message>
+    <message>
+        <source>seconds</source>
+        <translation>Sekunden</translation>
+    </message>
+    <message>
+        <source>In this graph</source>
+        <translation>In diesem Graphen</translation>
+    </message>
+    <message>
+        <source>Refuse a name that another &amp;action reads or writes</source>
+        <translation>Einen Namen ablehnen, den eine andere &amp;Aktion liest oder schreibt</translation>
+    </message>
+    <message>
+        <source>Covers the column-set files as well.</source>
+        <translation>Gilt auch für die Dateien der Spaltensätze.</translation>
+    </message>
+    <message>
+        <source>Clean up</source>
+        <translation>Aufräumen</translation>
+    </message>
+    <message>
+        <source>Delete the file and its &amp;column sets...</source>
+        <translation>Datei und ihre &amp;Spaltensätze löschen...</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ReadColumnsPage</name>
+    <message>
+        <source>&amp;All columns</source>
+        <translation>&amp;Alle Spalten</translation>
+    </message>
+    <message>
+        <source>Only the columns that are &amp;ticked, in this order</source>
+        <translation>Nur die an&amp;gekreuzten Spalten, in dieser Reihenfolge</translation>
+    </message>
+    <message>
+        <source>The columns &amp;named in the first column of input pin 1</source>
+        <translation>Die Spalten, die in der ersten Spalte des Eingangs 1 ge&amp;nannt sind</translation>
+    </message>
+    <message>
+        <source>Search columns</source>
+        <translation>Spalten suchen</translation>
+    </message>
+    <message>
+        <source>Columns of the file</source>
+        <translation>Spalten der Datei</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation>Nach unten</translation>
+    </message>
+    <message>
+        <source>Ticks all columns that are shown.</source>
+        <translation>Kreuzt alle gezeigten Spalten an.</translation>
+    </message>
+    <message>
+        <source>Unticks all columns that are shown.</source>
+        <translation>Nimmt die Kreuze aller gezeigten Spalten weg.</translation>
+    </message>
+    <message>
+        <source>Name of a further column</source>
+        <translation>Name einer weiteren Spalte</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>The columns that input pin 1 names</source>
+        <translation>Die Spalten, die Eingang 1 nennt</translation>
+    </message>
+    <message>
+        <source>All columns</source>
+        <translation>Alle Spalten</translation>
+    </message>
+    <message>
+        <source>All %1 columns</source>
+        <translation>Alle %1 Spalten</translation>
+    </message>
+    <message>
+        <source>No column: tick at least one</source>
+        <translation>Keine Spalte: kreuzen Sie mindestens eine an</translation>
+    </message>
+    <message>
+        <source>%1 columns</source>
+        <translation>%1 Spalten</translation>
+    </message>
+    <message>
+        <source>%1 of %2 columns</source>
+        <translation>%1 von %2 Spalten</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ReadFilePage</name>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>&amp;This file:</source>
+        <translation>&amp;Diese Datei:</translation>
+    </message>
+    <message>
+        <source>Columnar file</source>
+        <translation>Spaltendatei</translation>
+    </message>
+    <message>
+        <source>Choose a columnar file</source>
+        <translation>Spaltendatei wählen</translation>
+    </message>
+    <message>
+        <source>Columnar files (*.cgel_kelvarin);;All files (*)</source>
+        <translation>Spaltendateien (*.cgel_kelvarin);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>The files &amp;named in the first column of input pin 0</source>
+        <translation>Die Dateien, die in der ersten Spalte des Eingangs 0 ge&amp;nannt sind</translation>
+    </message>
+    <message>
+        <source>In this file</source>
+        <translation>In dieser Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Look again</source>
+        <translation>&amp;Erneut nachsehen</translation>
+    </message>
+    <message>
+        <source>&amp;Verify...</source>
+        <translation>&amp;Prüfen...</translation>
+    </message>
+    <message>
+        <source>Checks every block and every value.</source>
+        <translation>Prüft jeden Block und jeden Wert.</translation>
+    </message>
+    <message>
+        <source>&amp;Salvage...</source>
+        <translation>&amp;Retten...</translation>
+    </message>
+    <message>
+        <source>Writes what is whole to a new table.</source>
+        <translation>Schreibt, was heil ist, in eine neue Tabelle.</translation>
+    </message>
+    <message>
+        <source>What is read</source>
+        <translation>Was gelesen wird</translation>
+    </message>
+    <message>
+        <source>Choose &amp;columns</source>
+        <translation>&amp;Spalten wählen</translation>
+    </message>
+    <message>
+        <source>Skip &amp;blocks</source>
+        <translation>&amp;Blöcke überspringen</translation>
+    </message>
+    <message>
+        <source>Looking into the file...</source>
+        <translation>Die Datei wird angesehen...</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ReadReliabilityPage</name>
+    <message>
+        <source>When a file is missing</source>
+        <translation>Wenn eine Datei fehlt</translation>
+    </message>
+    <message>
+        <source>When the source file is unreadable, keep trying to read the file &amp;for</source>
+        <translation>Wenn die Quelldatei nicht lesbar ist, weiter &amp;versuchen für</translation>
+    </message>
+    <message>
+        <source>Seconds to wait for a missing file</source>
+        <translation>Sekunden, die auf eine fehlende Datei gewartet wird</translation>
+    </message>
+    <message>
+        <source>Then s&amp;top the run</source>
+        <translation>Dann den Lauf &amp;anhalten</translation>
+    </message>
+    <message>
+        <source>Then s&amp;kip it with a warning</source>
+        <translation>Dann mit einer Warnung ü&amp;bergehen</translation>
+    </message>
+    <message>
+        <source>seconds</source>
+        <translation>Sekunden</translation>
+    </message>
+    <message>
+        <source>When a file is not whole</source>
+        <translation>Wenn eine Datei nicht heil ist</translation>
+    </message>
+    <message>
+        <source>Read a file that its writer has &amp;not finished, as far as it goes</source>
+        <translation>Eine Datei, die &amp;nicht fertig geschrieben ist, so weit wie möglich lesen</translation>
+    </message>
+    <message>
+        <source>Otherwise such a file stops the run.</source>
+        <translation>Sonst hält eine solche Datei den Lauf an.</translation>
+    </message>
+    <message>
+        <source>Skip &amp;damaged blocks with a warning</source>
+        <translation>Be&amp;schädigte Blöcke mit einer Warnung überspringen</translation>
+    </message>
+    <message>
+        <source>Otherwise damage stops the run.</source>
+        <translation>Sonst hält ein Schaden den Lauf an.</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>Show progress by the &amp;rows of all files</source>
+        <translation>Fortschritt nach den &amp;Zeilen aller Dateien zeigen</translation>
+    </message>
+    <message>
+        <source>Looks into all files before the first row. Otherwise the files are counted.</source>
+        <translation>Sieht vor der ersten Zeile in alle Dateien. Sonst werden die Dateien gezählt.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::SearchField</name>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::TableWorkDialog</name>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>Damaged places</source>
+        <translation>Beschädigte Stellen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Cancelled.</source>
+        <translation>Abgebrochen.</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Verify</source>
+        <translation>Prüfen</translation>
+    </message>
+    <message>
+        <source>Every block and every value of &apos;%1&apos; is checked.</source>
+        <translation>Jeder Block und jeder Wert von &apos;%1&apos; wird geprüft.</translation>
+    </message>
+    <message>
+        <source>%1 more damaged places are not listed.</source>
+        <translation>%1 weitere beschädigte Stellen sind nicht aufgeführt.</translation>
+    </message>
+    <message>
+        <source>Salvage</source>
+        <translation>Retten</translation>
+    </message>
+    <message>
+        <source>What is whole in &apos;%1&apos; is written to &apos;%2&apos;.</source>
+        <translation>Was in &apos;%1&apos; heil ist, wird nach &apos;%2&apos; geschrieben.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::TimeParametersPanel</name>
+    <message>
+        <source>%1 (unknown)</source>
+        <translation>%1 (unbekannt)</translation>
+    </message>
+    <message>
+        <source>Current Time</source>
+        <translation>Aktuelle Zeit</translation>
+    </message>
+    <message>
+        <source>add &apos;_now&apos; as input var</source>
+        <translation>&apos;_now&apos; als Eingabevariable anbieten</translation>
+    </message>
+    <message>
+        <source>_now is the time elapsed since the reference time, a number.</source>
+        <translation>_now ist die seit der Bezugszeit verstrichene Zeit, eine Zahl.</translation>
+    </message>
+    <message>
+        <source>add &apos;_nowS&apos; as input var</source>
+        <translation>&apos;_nowS&apos; als Eingabevariable anbieten</translation>
+    </message>
+    <message>
+        <source>_nowS is the current time as a text in the date format.</source>
+        <translation>_nowS ist die aktuelle Zeit als Text im Datumsformat.</translation>
+    </message>
+    <message>
+        <source>Seconds</source>
+        <translation>Sekunden</translation>
+    </message>
+    <message>
+        <source>Minutes</source>
+        <translation>Minuten</translation>
+    </message>
+    <message>
+        <source>Hours</source>
+        <translation>Stunden</translation>
+    </message>
+    <message>
+        <source>Days</source>
+        <translation>Tage</translation>
+    </message>
+    <message>
+        <source>Weeks</source>
+        <translation>Wochen</translation>
+    </message>
+    <message>
+        <source>null</source>
+        <translation>NULL</translation>
+    </message>
+    <message>
+        <source>the reference time (0)</source>
+        <translation>die Bezugszeit (0)</translation>
+    </message>
+    <message>
+        <source>Elapsed Times</source>
+        <translation>Verstrichene Zeiten</translation>
+    </message>
+    <message>
+        <source>The instant from which elapsed times count, as yyyyMMdd hh:mm:ss.</source>
+        <translation>Der Zeitpunkt, ab dem verstrichene Zeiten zählen, als yyyyMMdd hh:mm:ss.</translation>
+    </message>
+    <message>
+        <source>It is a time in UTC (otherwise: local time)</source>
+        <translation>Sie ist eine Zeit in UTC (sonst: Ortszeit)</translation>
+    </message>
+    <message>
+        <source>An empty date input is null (otherwise: 0)</source>
+        <translation>Ein leeres Datum ist NULL (sonst: 0)</translation>
+    </message>
+    <message>
+        <source>Elapsed Time Unit:</source>
+        <translation>Einheit verstrichener Zeit:</translation>
+    </message>
+    <message>
+        <source>Reference Time:</source>
+        <translation>Bezugszeit:</translation>
+    </message>
+    <message>
+        <source>A date before the reference time becomes:</source>
+        <translation>Ein Datum vor der Bezugszeit wird:</translation>
+    </message>
+    <message>
+        <source>A date that cannot be read becomes:</source>
+        <translation>Ein Datum, das nicht lesbar ist, wird:</translation>
+    </message>
+    <message>
+        <source>as written below</source>
+        <translation>wie unten geschrieben</translation>
+    </message>
+    <message>
+        <source>system: short date</source>
+        <translation>System: kurzes Datum</translation>
+    </message>
+    <message>
+        <source>system: long date</source>
+        <translation>System: langes Datum</translation>
+    </message>
+    <message>
+        <source>system: short time</source>
+        <translation>System: kurze Zeit</translation>
+    </message>
+    <message>
+        <source>system: long time</source>
+        <translation>System: lange Zeit</translation>
+    </message>
+    <message>
+        <source>system: short date and time</source>
+        <translation>System: kurzes Datum mit Zeit</translation>
+    </message>
+    <message>
+        <source>system: long date and time</source>
+        <translation>System: langes Datum mit Zeit</translation>
+    </message>
+    <message>
+        <source>Date Texts</source>
+        <translation>Datumstexte</translation>
+    </message>
+    <message>
+        <source>Years are yyyy, months MM, days dd, hours hh, minutes mm, seconds ss, a time zone t.</source>
+        <translation>Jahre sind yyyy, Monate MM, Tage dd, Stunden hh, Minuten mm, Sekunden ss, eine Zeitzone t.</translation>
+    </message>
+    <message>
+        <source>Dates are in UTC (otherwise: local time)</source>
+        <translation>Daten sind in UTC (sonst: Ortszeit)</translation>
+    </message>
+    <message>
+        <source>Date Format:</source>
+        <translation>Datumsformat:</translation>
+    </message>
+    <message>
+        <source>Own Format:</source>
+        <translation>Eigenes Format:</translation>
+    </message>
+    <message>
+        <source>Random Numbers</source>
+        <translation>Zufallszahlen</translation>
+    </message>
+    <message>
+        <source>seed (-1=always a different seed)=</source>
+        <translation>Startwert (-1=immer ein anderer)=</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ValueStrip</name>
+    <message>
+        <source>Values of the first rows</source>
+        <translation>Werte der ersten Zeilen</translation>
+    </message>
+    <message>
+        <source>The number of the row</source>
+        <translation>Die Nummer der Zeile</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ValueStripModel</name>
+    <message>
+        <source>result</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>Fehler</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::WriteBlocksPage</name>
+    <message>
+        <source>Blocks</source>
+        <translation>Blöcke</translation>
+    </message>
+    <message>
+        <source>Rows in a block</source>
+        <translation>Zeilen in einem Block</translation>
+    </message>
+    <message>
+        <source>&amp;Rows in a block:</source>
+        <translation>&amp;Zeilen in einem Block:</translation>
+    </message>
+    <message>
+        <source>Large blocks compress better; small ones let a reader skip more of the file.</source>
+        <translation>Große Blöcke werden besser komprimiert; bei kleinen kann ein Leser mehr von der Datei überspringen.</translation>
+    </message>
+    <message>
+        <source>Speed</source>
+        <translation>Geschwindigkeit</translation>
+    </message>
+    <message>
+        <source>Threads that encode</source>
+        <translation>Threads, die kodieren</translation>
+    </message>
+    <message>
+        <source>as the host decides</source>
+        <translation>wie das Programm entscheidet</translation>
+    </message>
+    <message>
+        <source>&amp;Threads that encode:</source>
+        <translation>&amp;Threads, die kodieren:</translation>
+    </message>
+    <message>
+        <source>At one time; the file is the same for any number of them.</source>
+        <translation>Zugleich; die Datei ist für jede Anzahl dieselbe.</translation>
+    </message>
+    <message>
+        <source>A million rows make 1 block.</source>
+        <translation>Eine Million Zeilen ergibt 1 Block.</translation>
+    </message>
+    <message>
+        <source>A million rows make %1 blocks.</source>
+        <translation>Eine Million Zeilen ergibt %1 Blöcke.</translation>
+    </message>
+    <message>
+        <source>%1 With these columns a block takes about %2 before it is encoded, and writing about %3 of memory.</source>
+        <translation>%1 Mit diesen Spalten braucht ein Block vor dem Kodieren etwa %2 und das Schreiben etwa %3 Speicher.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::WriteColumnsPage</name>
+    <message>
+        <source>Rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>&amp;Write only the rows in which the column</source>
+        <translation>Nur die Zeilen &amp;schreiben, in denen die Spalte</translation>
+    </message>
+    <message>
+        <source>Column to test</source>
+        <translation>Zu prüfende Spalte</translation>
+    </message>
+    <message>
+        <source>Value that it has</source>
+        <translation>Wert, den sie hat</translation>
+    </message>
+    <message>
+        <source>(missing or empty)</source>
+        <translation>(fehlt oder leer)</translation>
+    </message>
+    <message>
+        <source>&amp;has the value</source>
+        <translation>den &amp;Wert hat</translation>
+    </message>
+    <message>
+        <source>Column sets</source>
+        <translation>Spaltensätze</translation>
+    </message>
+    <message>
+        <source>&amp;All columns in one set</source>
+        <translation>&amp;Alle Spalten in einem Satz</translation>
+    </message>
+    <message>
+        <source>One file beside the main file: best where rows are read whole.</source>
+        <translation>Eine Datei neben der Hauptdatei: am besten, wo ganze Zeilen gelesen werden.</translation>
+    </message>
+    <message>
+        <source>A set for &amp;each column</source>
+        <translation>Ein Satz für &amp;jede Spalte</translation>
+    </message>
+    <message>
+        <source>A file for each column: written on several threads, read column by column.</source>
+        <translation>Eine Datei für jede Spalte: in mehreren Threads geschrieben, Spalte für Spalte gelesen.</translation>
+    </message>
+    <message>
+        <source>The sets of this &amp;list:</source>
+        <translation>Die Sätze dieser &amp;Liste:</translation>
+    </message>
+    <message>
+        <source>Columns and their sets</source>
+        <translation>Spalten und ihre Sätze</translation>
+    </message>
+    <message>
+        <source>Number of the set</source>
+        <translation>Nummer des Satzes</translation>
+    </message>
+    <message>
+        <source>&amp;Put into set</source>
+        <translation>In Sat&amp;z legen</translation>
+    </message>
+    <message>
+        <source>&amp;Do not write</source>
+        <translation>&amp;Nicht schreiben</translation>
+    </message>
+    <message>
+        <source>The selected columns; all where none is selected.</source>
+        <translation>Die gewählten Spalten; alle, wenn keine gewählt ist.</translation>
+    </message>
+    <message>
+        <source>The columns that reach this action are not known yet.</source>
+        <translation>Die Spalten, die diese Aktion erreichen, sind noch nicht bekannt.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::WriteFilePage</name>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>File to write</source>
+        <translation>Zu schreibende Datei</translation>
+    </message>
+    <message>
+        <source>Choose where the columnar file goes</source>
+        <translation>Wählen, wohin die Spaltendatei kommt</translation>
+    </message>
+    <message>
+        <source>Columnar files (*.cgel_kelvarin);;All files (*)</source>
+        <translation>Spaltendateien (*.cgel_kelvarin);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>&amp;Write the table to:</source>
+        <translation>Die Tabelle &amp;schreiben nach:</translation>
+    </message>
+    <message>
+        <source>&amp;Create its folder where it is missing</source>
+        <translation>Ihren &amp;Ordner anlegen, wo er fehlt</translation>
+    </message>
+    <message>
+        <source>Number of files</source>
+        <translation>Anzahl der Dateien</translation>
+    </message>
+    <message>
+        <source>&amp;One file</source>
+        <translation>&amp;Eine Datei</translation>
+    </message>
+    <message>
+        <source>Split into several Kelvarin Gel files. Each file is &amp;maximum:</source>
+        <translation>In mehrere Kelvarin-Gel-Dateien aufteilen. Jede Datei ist &amp;höchstens:</translation>
+    </message>
+    <message>
+        <source>One file for each &amp;value of the column:</source>
+        <translation>Eine Datei für jeden &amp;Wert der Spalte:</translation>
+    </message>
+    <message>
+        <source>Largest size of a file</source>
+        <translation>Größte Dateigröße</translation>
+    </message>
+    <message>
+        <source> MiB</source>
+        <translation> MiB</translation>
+    </message>
+    <message>
+        <source>Column to split on</source>
+        <translation>Spalte, nach der geteilt wird</translation>
+    </message>
+    <message>
+        <source>&amp;Name the files by an expression over SplitVal:</source>
+        <translation>Die Dateien durch einen Ausdruck über SplitVal be&amp;nennen:</translation>
+    </message>
+    <message>
+        <source>SplitVal is the value of the column, as a text.</source>
+        <translation>SplitVal ist der Wert der Spalte, als Text.</translation>
+    </message>
+    <message>
+        <source>Naming expression</source>
+        <translation>Ausdruck für die Namen</translation>
+    </message>
+    <message>
+        <source>Resulting names</source>
+        <translation>Entstehende Namen</translation>
+    </message>
+    <message>
+        <source>The name has no expression. Put %1 where the value belongs.</source>
+        <translation>Der Name hat keinen Ausdruck. Schreiben Sie %1 dorthin, wo der Wert stehen soll.</translation>
+    </message>
+    <message>
+        <source>The name has %1 expressions. Change them in the name itself.</source>
+        <translation>Der Name hat %1 Ausdrücke. Ändern Sie sie im Namen selbst.</translation>
+    </message>
+</context>
+</TS>
