@@ -76,16 +76,32 @@ void ExpressionSet::loadSamples() {
 }
 
 ExpressionCheck ExpressionSet::check(const OutputVariable& output, ResultUse use) {
+  std::unique_ptr<CompiledOutput> made;
+  return tryOut(output, use, made);
+}
+
+ExpressionCheck ExpressionSet::checkAndAdd(const OutputVariable& output, ResultUse use) {
+  std::unique_ptr<CompiledOutput> made;
+  ExpressionCheck check = tryOut(output, use, made);
+  if (made != nullptr) {
+    m_outputs.push_back(std::move(made));
+  }
+  return check;
+}
+
+ExpressionCheck ExpressionSet::tryOut(const OutputVariable& output, ResultUse use,
+                                      std::unique_ptr<CompiledOutput>& made) {
   const DateStatus dates = prepareDateContext({output.expression});
   if (dates == DateStatus::dateFormatUnknown) {
     return ExpressionCheck::unknownDateFormat();
   }
   loadSamples();
-  const MadeOutput made = makeOutput(output, use);
-  if (!made) {
-    return ExpressionCheck::failure(made.error());
+  MadeOutput compiled = makeOutput(output, use);
+  if (!compiled) {
+    return ExpressionCheck::failure(compiled.error());
   }
-  ExpressionCheck check = evaluateSamples(**made);
+  made = std::move(*compiled);
+  ExpressionCheck check = evaluateSamples(*made);
   if (dates == DateStatus::referenceTimeUnparsable && check.kind != Kind::error &&
       check.text.isEmpty()) {
     setFault(check, Kind::warning, ExpressionError::Kind::referenceTimeUnparsable,

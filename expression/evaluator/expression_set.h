@@ -68,6 +68,8 @@ class ExpressionSet {
   // Prepares the dates, compiles and evaluates once with the variables' samples. No output is
   // added.
   ExpressionCheck check(const OutputVariable& output, ResultUse use = ResultUse::column);
+  // The same, and the output is added where it compiles.
+  ExpressionCheck checkAndAdd(const OutputVariable& output, ResultUse use = ResultUse::column);
 
   int outputCount() const { return static_cast<int>(m_outputs.size()); }
   const CompiledOutput& output(int index) const {
@@ -99,6 +101,8 @@ class ExpressionSet {
   using MadeOutput = Result<std::unique_ptr<CompiledOutput>, ExpressionError>;
 
   MadeOutput makeOutput(const OutputVariable& variable, ResultUse use);
+  ExpressionCheck tryOut(const OutputVariable& output, ResultUse use,
+                         std::unique_ptr<CompiledOutput>& made);
   ExpressionCheck evaluateSamples(CompiledOutput& output);
   bool hasDateInputs() const;
 

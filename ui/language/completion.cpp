@@ -3,15 +3,12 @@
 #include <algorithm>
 #include <utility>
 
-#include "expression/evaluator/constants.h"
-#include "expression/evaluator/expression_set.h"
 #include "expression/functions/function_table.h"
 #include "expression/help/foreign_names.h"
 #include "expression/tokens/expression_tokens.h"
 #include "ui/language/column_variable.h"
 #include "ui/language/language_names.h"
 #include "ui/language/messages.h"
-#include "ui/language/outside_sources.h"
 
 namespace kelvarin {
 
@@ -67,6 +64,22 @@ QString humpsOf(const QString& name) {
   return humps;
 }
 
+// `prTo` is for `priceTotal`: a capital goes on with the next part of the name that begins so.
+bool hasPartsInOrder(const QString& name, const QString& word) {
+  qsizetype at = 0;
+  for (qsizetype i = 0; i < word.size(); ++i, ++at) {
+    const QChar letter = word[i].toLower();
+    while (i > 0 && word[i].isUpper() && at < name.size() &&
+           !(beginsPart(name, at) && name[at].toLower() == letter)) {
+      ++at;
+    }
+    if (at >= name.size() || name[at].toLower() != letter) {
+      return false;
+    }
+  }
+  return true;
+}
+
 bool hasLettersInOrder(const QString& text, const QString& letters) {
   qsizetype at = 0;
   for (const QChar letter : letters) {
@@ -89,7 +102,7 @@ double fitOf(const QString& name, const QString& folded, const QString& humps, c
   if (at == 0) {
     return name == word ? fit::kSame : name.startsWith(word) ? fit::kSamePrefix : fit::kPrefix;
   }
-  if (humps.startsWith(foldedWord)) {
+  if (humps.startsWith(foldedWord) || hasPartsInOrder(name, word)) {
     return fit::kHumps;
   }
   if (at > 0) {
@@ -130,24 +143,6 @@ QHash<QString, QString> resultTypes() {
     types.insert(QString::fromLatin1(line.name), type);
   }
   return types;
-}
-
-// Constants that this formula has not: those that its settings leave out.
-bool isOffered(const QString& name, const QSet<QString>& offered) {
-  const bool isOfSettings =
-      name == rowNumberName() || isCurrentTime(NamedConstant{.name = name, .text = {}});
-  return !isOfSettings || offered.contains(name);
-}
-
-QSet<QString> namesOfSettings(const Formula& formula) {
-  ExpressionSet expressions;
-  expressions.configure(formula.options, {}, &formula.parameters, false);
-  (void)expressions.prepareDateContext({});
-  QSet<QString> names = namesOf(expressions.variables());
-  for (const NamedConstant& constant : expressions.constants()) {
-    names.insert(constant.name);
-  }
-  return names;
 }
 
 // What is being typed at the cursor; a size of -1 where nothing can be completed.
@@ -263,7 +258,7 @@ void Completion::addParameters(const Formula& formula) {
 }
 
 void Completion::addLanguage(const Formula& formula) {
-  const QSet<QString> offered = namesOfSettings(formula);
+  const QSet<QString> notOffered = namesNotOffered(formula);
   const QHash<QString, QString> types = resultTypes();
   for (auto name = languageNames().begin(); name != languageNames().end(); ++name) {
     const LanguageEntry& entry = *name.value();
@@ -277,7 +272,7 @@ void Completion::addLanguage(const Formula& formula) {
       candidate.cursor = candidate.insertion.size() - (takesNone ? 0 : 1);
       candidate.signature = QString::fromUtf8(entry.entry->signature);
       candidate.type = types.value(name.key());
-    } else if (isOffered(name.key(), offered)) {
+    } else if (!notOffered.contains(name.key())) {
       candidate.kind = entry.kind == HelpKind::constant ? Kind::constant : Kind::word;
     } else {
       continue;
@@ -308,7 +303,7 @@ CompletionList Completion::at(const QString& expression, qsizetype cursor, bool 
     return list;
   }
   std::vector<Match> matches = matchesOf(typed.text);
-  const std::size_t count = std::min(matches.size(), kMostCandidates);
+  const std::size_t count = std::min(matches.size(), kMaxCandidates);
   std::partial_sort(matches.begin(), matches.begin() + static_cast<std::ptrdiff_t>(count),
                     matches.end(), [](const Match& a, const Match& b) {
                       return a.score != b.score ? a.score > b.score

@@ -40,7 +40,7 @@ struct CompletionList {
 class Completion {
  public:
   static constexpr qsizetype kAutomaticFrom = 2;  // letters
-  static constexpr std::size_t kMostCandidates = 100;
+  static constexpr std::size_t kMaxCandidates = 100;
 
   Completion() = default;
   explicit Completion(const Formula& formula);

@@ -2,14 +2,13 @@
 
 #include <algorithm>
 
-#include "expression/evaluator/constants.h"
-#include "expression/evaluator/expression_set.h"
 #include "expression/evaluator/expression_warnings.h"
 #include "expression/evaluator/variable_names.h"
 #include "expression/functions/called_functions.h"
 #include "expression/help/expression_hint.h"
 #include "ui/language/formula_evaluator.h"
 #include "ui/language/input_rows.h"
+#include "ui/language/language_names.h"
 #include "ui/language/messages.h"
 #include "ui/language/outside_sources.h"
 #include "ui/language/quick_fixes.h"
@@ -38,8 +37,7 @@ QStringList namesOf(const PinColumns& columns) {
 }
 
 // Finds errors as a check does, but for those that only an evaluation finds.
-ExpressionCheck compiledOnly(const Formula& formula) {
-  FormulaEvaluator evaluator(formula);
+ExpressionCheck compiledOnly(FormulaEvaluator& evaluator) {
   const Status<ExpressionError> added = evaluator.addOutput();
   if (!added) {
     return ExpressionCheck::failure(added.error());
@@ -49,19 +47,12 @@ ExpressionCheck compiledOnly(const Formula& formula) {
   return check;
 }
 
-ExpressionCheck checkOf(const Formula& formula, CheckDepth depth) {
+ExpressionCheck checkOf(const Formula& formula, CheckDepth depth, FormulaEvaluator& evaluator) {
   if (const auto named = checkNames(formula.variables, formula.options); !named) {
     return ExpressionCheck::failure(named.error());
   }
-  ExpressionCheck check;
-  if (depth == CheckDepth::compiledOnly) {
-    check = compiledOnly(formula);
-  } else {
-    ExpressionSet expressions;
-    expressions.configure(formula.options, formula.variables, &formula.parameters, false);
-    expressions.setBounds(FormulaEvaluator::bounds());
-    check = expressions.check(formula.output, formula.use);
-  }
+  ExpressionCheck check =
+      depth == CheckDepth::compiledOnly ? compiledOnly(evaluator) : evaluator.checkOutput();
   const ExpressionPurpose purpose =
       formula.use == ResultUse::truth ? ExpressionPurpose::condition : ExpressionPurpose::value;
   check.setWarnings(warningsAboutNames(formula.variables) +
@@ -89,15 +80,35 @@ QString missingColumn(const Formula& formula) {
 }
 
 // The library's text without the lines that repeat token and position, and what may be meant.
-QString messageAbout(const ExpressionCheck& check, const Formula& formula) {
+QString messageAbout(const ExpressionCheck& check, const Formula& formula,
+                     const std::vector<QuickFix>& fixes) {
   if (check.kind != CheckKind::error) {
     const QString text = check.text.isEmpty() ? QString() : check.text + u'\n';
     return (text + check.warnings.join(u'\n')).trimmed();
   }
+  const QString& expression = formula.output.expression;
+  if (check.error.kind == ExpressionError::Kind::textForNumber) {
+    return language_messages::textForNumber();
+  }
   const HintNames names{namesOf(formula.variables), namesOf(formula.columns), nullptr};
-  const QString hint = expressionHint(check.error, formula.output.expression, names);
+  const QString hint = expressionHint(check.error, expression, names);
   const QString text = check.error.message.isEmpty() ? check.text : check.error.message;
-  return hint.isEmpty() ? text : hint;
+  const FaultRange unknown = unknownNameOf(check, formula);
+  const bool isOfText = check.error.kind == ExpressionError::Kind::unclosedText;
+  if (isOfText && !hint.isEmpty()) {
+    return hint;
+  }
+  if (unknown.start < 0) {
+    return (text + u'\n' + hint).trimmed();
+  }
+  const QString name = expression.sliced(unknown.start, unknown.size);
+  if (!fixes.empty() && !fixes.front().columnToBind.isEmpty() &&
+      fixes.front().start == unknown.start) {
+    return language_messages::unboundName(fixes.front().columnToBind);
+  }
+  return namesNotOffered(formula).contains(name) ? language_messages::notOffered(name)
+         : hint.isEmpty()                        ? text
+                                                 : hint;
 }
 
 QString typeInWords(const ExpressionCheck& check, const Formula& formula) {
@@ -149,11 +160,10 @@ QString engineInWords(const EngineChoice& choice, const Formula& formula) {
   return engine;
 }
 
-std::vector<FormulaValue> valuesOfRows(const Formula& formula,
+std::vector<FormulaValue> valuesOfRows(const Formula& formula, FormulaEvaluator& evaluator,
                                        std::chrono::steady_clock::time_point deadline) {
   std::vector<FormulaValue> values;
-  FormulaEvaluator evaluator(formula);
-  if (!evaluator.hasRows() || !evaluator.addOutput()) {
+  if (!evaluator.hasRows() || !evaluator.hasOutput()) {
     return values;
   }
   evaluator.start();
@@ -204,12 +214,13 @@ FormulaAnswer checkFormula(const Formula& asked, CheckDepth depth,
                            std::chrono::steady_clock::time_point deadline) {
   const Formula formula = withParametersReplaced(asked);
   FormulaAnswer answer;
-  answer.check = checkOf(formula, depth);
+  FormulaEvaluator evaluator(formula);
+  answer.check = checkOf(formula, depth, evaluator);
   const FaultRange fault = faultRangeOf(answer.check, formula);
   answer.faultStart = fault.start;
   answer.faultSize = fault.size;
-  answer.message = messageAbout(answer.check, formula);
   answer.fixes = quickFixesOf(answer.check, formula);
+  answer.message = messageAbout(answer.check, formula, answer.fixes);
   answer.resultType = typeInWords(answer.check, formula);
   answer.engine = answer.check.engine ? engineInWords(*answer.check.engine, formula)
                                       : QString::fromLatin1(editorLabel(std::nullopt));
@@ -221,7 +232,7 @@ FormulaAnswer checkFormula(const Formula& asked, CheckDepth depth,
   append(answer.message, obstacle);
   answer.isComplete = depth == CheckDepth::evaluated;
   if (obstacle.isEmpty()) {
-    answer.values = valuesOfRows(formula, deadline);
+    answer.values = valuesOfRows(formula, evaluator, deadline);
   }
   return answer;
 }

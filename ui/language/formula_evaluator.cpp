@@ -49,6 +49,10 @@ Status<ExpressionError> FormulaEvaluator::addOutput() {
   return expressions().compile(m_formula.output, m_formula.use);
 }
 
+ExpressionCheck FormulaEvaluator::checkOutput() {
+  return expressions().checkAndAdd(m_formula.output, m_formula.use);
+}
+
 void FormulaEvaluator::goToRow(long long row) {
   expressions().variables().advanceRows(static_cast<double>(row) - m_evaluator.rows.rowNumber());
 }

@@ -31,6 +31,9 @@ class FormulaEvaluator {
   // Adds a part of the formula's expression, or all of it, before start().
   Status<ExpressionError> add(const QString& expression, ResultUse use);
   Status<ExpressionError> addOutput();
+  // Adds the formula's own expression where it compiles, and evaluates it with the samples.
+  ExpressionCheck checkOutput();
+  bool hasOutput() const { return m_evaluator.expressions.outputCount() > 0; }
   void start() { m_evaluator.start(); }
 
   bool hasRows() const { return m_formula.rows != nullptr && m_formula.rows->rowCount() > 0; }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <numeric>
 
 #include "ui/language/formula_evaluator.h"
 #include "ui/language/messages.h"
@@ -99,8 +100,18 @@ class PartsEvaluation {
     return part.kind == Kind::name && m_evaluator.variable(part.sign).has_value();
   }
 
+  // The whole expression first, for the time may not suffice for all of its parts.
+  std::vector<std::size_t> order() const {
+    std::vector<std::size_t> order(m_made.tree.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    if (!order.empty()) {
+      std::rotate(order.begin(), order.end() - 1, order.end());
+    }
+    return order;
+  }
+
   void compileAll() {
-    for (std::size_t i = 0; i < m_made.tree.size(); ++i) {
+    for (const std::size_t i : order()) {
       PartValue& made = m_made.values[i];
       const QString text = m_made.tree.textOf(i);
       const OutsideSources sources(text, m_variables);
@@ -129,7 +140,7 @@ class PartsEvaluation {
   }
 
   void evaluateAll() {
-    for (std::size_t i = 0; i < m_made.tree.size(); ++i) {
+    for (const std::size_t i : order()) {
       PartValue& made = m_made.values[i];
       if (isVariable(i)) {
         made.value = *m_evaluator.variable(m_made.tree[i].sign);

@@ -1,5 +1,5 @@
 // A value as editors show it: as the program prints it, and so that null, NaN, an empty text and
-// blanks at the ends are told apart by more than their colour.
+// blanks at the ends differ in more than their colour.
 #pragma once
 
 #include <QString>
