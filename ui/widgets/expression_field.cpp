@@ -55,6 +55,7 @@ class ExpressionField::Parts : public QObject {
   void setFormula(const Formula& formula);
   void setRefused(bool isRefused);
   void setHistoryKey(const QString& key);
+  void setValuesShown(bool isShown) { m_values->setVisible(isShown); }
 
  private:
   void layOut();
@@ -378,6 +379,10 @@ void ExpressionField::showPart(qsizetype start, qsizetype size) {
                      QTextCursor::KeepAnchor);
   editor.setTextCursor(cursor);
   editor.ensureCursorVisible();
+}
+
+void ExpressionField::setValuesShown(bool isShown) {
+  m_parts->setValuesShown(isShown);
 }
 
 void ExpressionField::setHistoryKey(const QString& key) {
