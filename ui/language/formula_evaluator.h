@@ -7,6 +7,8 @@
 #include <memory>
 #include <optional>
 
+#include <QHash>
+
 #include "expression/evaluator/expression_evaluator.h"
 #include "ui/language/formula.h"
 #include "ui/language/formula_answer.h"
@@ -62,6 +64,7 @@ class FormulaEvaluator {
   QString failureText() const;
 
   const Formula& m_formula;
+  QHash<QString, int> m_inputs;  // by their names; of two the first one
   ExpressionEvaluator m_evaluator;
   std::unique_ptr<PinRowView> m_view;  // null without rows
   std::optional<QString> m_loadFailure;
