@@ -51,6 +51,7 @@ class ExpressionField::Parts : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   ExpressionEditor& editor() { return *m_editor; }
+  ValueStrip& values() { return *m_values; }
   const FormulaAnswer& answer() const { return m_answer; }
   void setFormula(const Formula& formula);
   void setRefused(bool isRefused);
