@@ -24,6 +24,10 @@ function(kelvarin_library name)
   add_library(${name} ${kind} ${arg_SOURCES})
   target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE project_options)
   target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
+  # What a library lacks shows when it is linked, not when a user's program opens it.
+  if(arg_SHARED AND NOT KELVARIN_SANITIZER)
+    target_link_options(${name} PRIVATE LINKER:-z,defs)
+  endif()
 endfunction()
 
 function(kelvarin_test name)

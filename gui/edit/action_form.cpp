@@ -33,7 +33,8 @@ std::vector<AttributeDescription> attributesIn(const EditedElement& element) {
 }
 
 bool isFileName(const AttributeDescription& attribute) {
-  return attribute.kind == AttributeKind::text && attribute.name == u"file";
+  return attribute.kind == AttributeKind::text &&
+         (attribute.name == u"file" || attribute.name == u"fileName");
 }
 
 // For the eye: a sentence.

@@ -86,6 +86,10 @@ void GraphFiles::compareWithDisk() {
   });
 }
 
+void GraphFiles::acceptDisk() {
+  start([this] { m_onDisk = contentOf(m_file); });
+}
+
 void GraphFiles::check(const QByteArray& document) {
   m_isChecking = true;
   m_check = std::make_shared<RunRecord>();

@@ -32,6 +32,8 @@ class GraphFiles : public QObject {
   void save(const QByteArray& document, SaveMode mode);
   // Looks whether somebody else has written the file since it was read or saved here.
   void compareWithDisk();
+  // The user knows what is there now; the next save replaces it without a question.
+  void acceptDisk();
   void check(const QByteArray& document);
   bool isChecking() const { return m_isChecking; }
   void stopCheck();

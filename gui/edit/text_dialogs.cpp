@@ -14,9 +14,9 @@ namespace kelvarin {
 
 namespace {
 
-QString tr(const char* text) {
-  return QCoreApplication::translate("kelvarin::TextDialogs", text);
-}
+class TextDialogs {
+  Q_DECLARE_TR_FUNCTIONS(kelvarin::TextDialogs)
+};
 
 void showWith(QWidget* content, const QString& title, QWidget* parent) {
   auto* dialog = new QDialog(parent);
@@ -45,15 +45,15 @@ bool showActionPage(const QString& typeName, QWidget* parent) {
   browser->setAccessibleName(typeName);
   browser->setOpenLinks(false);  // the other pages are not here
   browser->setMarkdown(QString::fromUtf8(page.readAll()));
-  showWith(browser, tr("%1: help").arg(typeName), parent);
+  showWith(browser, TextDialogs::tr("%1: help").arg(typeName), parent);
   return true;
 }
 
 void showKeys(QWidget* window) {
   auto* keys = new QTreeWidget;
-  keys->setAccessibleName(tr("Keys"));
+  keys->setAccessibleName(TextDialogs::tr("Keys"));
   keys->setRootIsDecorated(false);
-  keys->setHeaderLabels({tr("What it does"), tr("Key")});
+  keys->setHeaderLabels({TextDialogs::tr("What it does"), TextDialogs::tr("Key")});
   keys->header()->setStretchLastSection(false);
   keys->header()->setSectionResizeMode(0, QHeaderView::Stretch);
   keys->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
@@ -68,7 +68,7 @@ void showKeys(QWidget* window) {
     new QTreeWidgetItem(keys, {QString(action->text()).remove(u'&'), shortcuts.join(u", ")});
   }
   keys->sortItems(0, Qt::AscendingOrder);
-  showWith(keys, tr("Keyboard"), window);
+  showWith(keys, TextDialogs::tr("Keyboard"), window);
 }
 
 }  // namespace kelvarin

@@ -1549,7 +1549,7 @@
     </message>
 </context>
 <context>
-    <name>kelvarin</name>
+    <name>kelvarin::TextDialogs</name>
     <message>
         <source>%1: help</source>
         <translation>%1: Hilfe</translation>

@@ -35,11 +35,12 @@ class TestAction : public ActionItem {
     m_outputPinCount = pinsOut;
   }
   void saveXML(std::wostringstream& out, QString name) override {
+    static const QStringList kWrittenForAll{"name", "version", "x", "y"};
     ToXMLStringTool escape;
     saveAI(out, name, 1.0);
     for (int i = 0; i < node().nAttribute(); ++i) {
       const QString attribute = node().attributeName(i);
-      if (attribute != u"name" && attribute != u"version") {
+      if (!kWrittenForAll.contains(attribute)) {
         out << L' ' << attribute.toStdWString() << L"='";
         out << escape.toXML(node().attributeValue(i)) << L'\'';
       }
