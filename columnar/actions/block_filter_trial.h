@@ -17,8 +17,8 @@ struct BlockFilterTrial {
   bool hasDamage = false;  // some blocks have no sound descriptor and are not counted
 };
 
-// Of the file that the settings name; whether they apply the filter makes no difference. `isStopped`
-// is asked before each block, and ends it early.
+// Of the file that the settings name, whether or not they apply the filter. `isStopped` is asked
+// before each block, and ends it early.
 Result<BlockFilterTrial, QString> tryBlockFilter(const ReadColumnarGel& action,
                                                  const std::function<bool()>& isStopped = {});
 

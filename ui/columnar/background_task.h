@@ -31,8 +31,8 @@ class BackgroundTask : public QObject {
   explicit BackgroundTask(QObject* parent = nullptr) : QObject(parent) {}
   ~BackgroundTask() override;
 
-  // The work has copies of all that it needs. `done` is called on the user-interface thread, unless other work was started meanwhile or the
-  // task is gone.
+  // The work has copies of all that it needs. `done` is called on the user-interface thread, unless
+  // other work was started meanwhile or the task is gone.
   template <typename Value>
   void start(Work<Value> work, Done<Value> done) {
     run([work = std::move(work), done = std::move(done)](const IsStopped& isStopped) {

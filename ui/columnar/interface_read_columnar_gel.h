@@ -1,5 +1,5 @@
-// The dialog of ReadColumnarGel: file, columns, block filter and what becomes of damage, with a live
-// view of what is in the file.
+// The dialog of ReadColumnarGel: file, columns, block filter and what becomes of damage, with a
+// live view of what is in the file.
 //
 // Threads: the user-interface thread; files are looked into beside it.
 #pragma once

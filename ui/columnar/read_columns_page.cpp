@@ -59,6 +59,7 @@ void ReadColumnsPage::addList() {
   m_table->verticalHeader()->hide();
   m_table->horizontalHeader()->setSectionResizeMode(ColumnsToReadModel::kName,
                                                     QHeaderView::Stretch);
+  m_table->horizontalHeader()->setMinimumSectionSize(5 * fontMetrics().height());
   m_table->setMinimumHeight(8 * fontMetrics().height());
   m_search->setList(m_table);
   connect(m_search, &SearchField::searched, m_shown, &QSortFilterProxyModel::setFilterFixedString);
@@ -129,6 +130,7 @@ void ReadColumnsPage::store(ReadColumnarSettings& settings) const {
 void ReadColumnsPage::setFile(const TableSummary* summary) {
   m_columnsOfFile = summary == nullptr ? -1 : static_cast<int>(summary->columns.size());
   m_model->setFile(summary);
+  m_table->setColumnHidden(ColumnsToReadModel::kSet, summary == nullptr || summary->columnSets < 2);
   m_table->resizeColumnToContents(ColumnsToReadModel::kType);
   m_table->resizeColumnToContents(ColumnsToReadModel::kSize);
   m_table->resizeColumnToContents(ColumnsToReadModel::kSet);

@@ -84,17 +84,13 @@ void ReadFilePage::addContentsGroup() {
 
 void ReadFilePage::addExtentGroup() {
   QGroupBox* box = group(tr("What is read"));
-  auto* grid = new QGridLayout;
-  grid->setColumnStretch(0, 1);
   m_columns = plainLabel("extentOfColumns", box);
   m_blocks = plainLabel("extentOfBlocks", box);
   QPushButton* columns = pushButton("pbChooseColumns", tr("Choose &columns"));
   QPushButton* blocks = pushButton("pbSkipBlocks", tr("Skip &blocks"));
-  grid->addWidget(m_columns, 0, 0);
-  grid->addWidget(columns, 0, 1);
-  grid->addWidget(m_blocks, 1, 0);
-  grid->addWidget(blocks, 1, 1);
-  qobject_cast<QVBoxLayout*>(box->layout())->addLayout(grid);
+  box->layout()->addWidget(m_columns);
+  box->layout()->addWidget(m_blocks);
+  box->layout()->addWidget(rowOf({columns, blocks}, box));
   connect(columns, &QPushButton::clicked, this, &ReadFilePage::columnsWanted);
   connect(blocks, &QPushButton::clicked, this, &ReadFilePage::blocksWanted);
 }

@@ -4,13 +4,13 @@
 
 #include <QCheckBox>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QVBoxLayout>
 
+#include "ui/columnar/flow_layout.h"
 #include "ui/columnar/wrapping_choice.h"
 #include "ui/panels/form_layout.h"
 
@@ -82,13 +82,10 @@ QGroupBox* SettingsPage::group(const QString& title) {
 
 QWidget* rowOf(std::initializer_list<QWidget*> widgets, QWidget* parent) {
   auto* row = new QWidget(parent);
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(8);
+  auto* layout = new FlowLayout(row);
   for (QWidget* widget : widgets) {
     layout->addWidget(widget);
   }
-  layout->addStretch();
   return row;
 }
 

@@ -28,8 +28,8 @@ class SettingsPage : public QWidget {
   void changed();
 
  protected:
-  // Each names, connects and returns it. Labels may have mnemonics. Check boxes and radio buttons are
-  // laid out by their choiceRow().
+  // Each names, connects and returns it. Labels may have mnemonics. Check boxes and radio buttons
+  // are laid out by their choiceRow().
   QCheckBox* checkBox(const char* name, const QString& label, const QString& toolTip = {});
   QRadioButton* radioButton(const char* name, const QString& label, const QString& toolTip = {});
   QSpinBox* spinBox(const char* name, int minimum, int maximum, const QString& accessibleName);
@@ -49,7 +49,7 @@ class SettingsPage : public QWidget {
   QVBoxLayout* m_layout;
 };
 
-// A row of widgets, without margins; those that are texts give way.
+// A row of widgets without margins, in several lines where the width does not suffice.
 QWidget* rowOf(std::initializer_list<QWidget*> widgets, QWidget* parent);
 // The same below a choice to which they belong.
 QWidget* indented(std::initializer_list<QWidget*> widgets, QWidget* parent);

@@ -18,6 +18,7 @@ ChoiceLabel::ChoiceLabel(const QString& text, QAbstractButton& button, QWidget* 
   setToolTip(button.toolTip());
   setAlignment(Qt::AlignLeft | Qt::AlignTop);
   // Its first line is level with the button.
+  button.setMinimumHeight(fontMetrics().height());
   const int space = button.sizeHint().height() - fontMetrics().height();
   setContentsMargins(0, std::max(0, space / 2), 0, 0);
 }

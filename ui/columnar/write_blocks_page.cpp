@@ -14,7 +14,7 @@ namespace kelvarin {
 
 namespace {
 
-constexpr int kMostThreads = 1024;
+constexpr int kMaxThreads = 1024;
 
 }  // namespace
 
@@ -33,7 +33,7 @@ WriteBlocksPage::WriteBlocksPage(QWidget* parent) : SettingsPage(parent) {
   blocks->layout()->addWidget(m_memory);
 
   QGroupBox* threads = group(tr("Speed"));
-  m_threads = spinBox("sbThreads", 0, kMostThreads, tr("Threads that encode"));
+  m_threads = spinBox("sbThreads", 0, kMaxThreads, tr("Threads that encode"));
   m_threads->setSpecialValueText(tr("as the host decides"));
   auto* threadsLabel = new QLabel(tr("&Threads that encode:"), threads);
   threadsLabel->setBuddy(m_threads);
