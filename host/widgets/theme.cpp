@@ -165,8 +165,9 @@ class Theme::Parts : public QObject {
     if (!bus.isConnected()) {
       return;
     }
-    bus.connect(QLatin1String(kPortalService), QLatin1String(kPortalPath),
-                QLatin1String(kPortalInterface), QStringLiteral("SettingChanged"), this,
+    // With the service's name, Qt would wait for the bus to say who owns it.
+    bus.connect(QString(), QLatin1String(kPortalPath), QLatin1String(kPortalInterface),
+                QStringLiteral("SettingChanged"), this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
     QDBusMessage question =
         QDBusMessage::createMethodCall(QLatin1String(kPortalService), QLatin1String(kPortalPath),

@@ -51,11 +51,11 @@ class ExpressionField::Parts : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   ExpressionEditor& editor() { return *m_editor; }
-  ValueStrip& values() { return *m_values; }
   const FormulaAnswer& answer() const { return m_answer; }
   void setFormula(const Formula& formula);
   void setRefused(bool isRefused);
   void setHistoryKey(const QString& key);
+  void setValuesShown(bool isShown) { m_values->setVisible(isShown); }
 
  private:
   void layOut();
@@ -382,7 +382,7 @@ void ExpressionField::showPart(qsizetype start, qsizetype size) {
 }
 
 void ExpressionField::setValuesShown(bool isShown) {
-  m_parts->values().setVisible(isShown);
+  m_parts->setValuesShown(isShown);
 }
 
 void ExpressionField::setHistoryKey(const QString& key) {

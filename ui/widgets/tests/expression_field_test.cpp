@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextBlock>
@@ -54,6 +55,7 @@ Formula formulaOf(int extraColumns = 0) {
 class ExpressionFieldTest : public ::testing::Test {
  protected:
   ExpressionFieldTest() : m_field(&m_window), m_other(&m_window) {
+    QSettings().clear();
     auto* layout = new QVBoxLayout(&m_window);
     layout->addWidget(&m_field);
     layout->addWidget(&m_other);
