@@ -1549,29 +1549,6 @@
     </message>
 </context>
 <context>
-    <name>kelvarin::TextDialogs</name>
-    <message>
-        <source>%1: help</source>
-        <translation>%1: Hilfe</translation>
-    </message>
-    <message>
-        <source>Keys</source>
-        <translation>Tasten</translation>
-    </message>
-    <message>
-        <source>What it does</source>
-        <translation>Was sie tut</translation>
-    </message>
-    <message>
-        <source>Key</source>
-        <translation>Taste</translation>
-    </message>
-    <message>
-        <source>Keyboard</source>
-        <translation>Tastatur</translation>
-    </message>
-</context>
-<context>
     <name>kelvarin::ActionForm</name>
     <message>
         <source>This action has no settings.</source>
@@ -2875,6 +2852,29 @@
     <message>
         <source>What is whole in &apos;%1&apos; is written to &apos;%2&apos;.</source>
         <translation>Was in &apos;%1&apos; heil ist, wird nach &apos;%2&apos; geschrieben.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::TextDialogs</name>
+    <message>
+        <source>%1: help</source>
+        <translation>%1: Hilfe</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>What it does</source>
+        <translation>Was sie tut</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Taste</translation>
+    </message>
+    <message>
+        <source>Keyboard</source>
+        <translation>Tastatur</translation>
     </message>
 </context>
 <context>
