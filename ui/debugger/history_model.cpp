@@ -45,7 +45,7 @@ int HistoryModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
 }
 
-// The last one tells what failed.
+// The last one is for failures.
 int HistoryModel::columnCount(const QModelIndex& parent) const {
   if (parent.isValid() || m_names == nullptr) {
     return 0;
