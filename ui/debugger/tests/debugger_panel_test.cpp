@@ -75,7 +75,7 @@ class DebuggerPanelTest : public ::testing::Test {
   QString expression = "price * quantity > 20";
   std::vector<VariableValue> shown;
   DebuggedBranch branch{
-      makeAction<FilterRows>("<FilterRows expression='price * quantity &gt; 20'><InputVars>"
+      makeAction<FilterRows>("<FilterRows Expression='price * quantity &gt; 20'><InputVars>"
                              "<InputVar column='price'/><InputVar column='quantity'/>"
                              "</InputVars></FilterRows>"),
       "price:F quantity:F"};
