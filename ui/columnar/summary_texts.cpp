@@ -7,7 +7,7 @@ namespace kelvarin {
 
 namespace {
 
-// The part of a text that depends on a count: "%n row(s)" is translated with its plural forms.
+// One of two texts, with the count.
 QString words(const char* one, const char* several, std::uint64_t count) {
   return QCoreApplication::translate("kelvarin::ColumnarTexts", count == 1 ? one : several)
       .arg(countText(count));
