@@ -10,6 +10,7 @@
 #include <QSettings>
 #include <QStyle>
 #include <QStyleFactory>
+#include <QToolTip>
 
 namespace kelvarin {
 
@@ -63,6 +64,8 @@ QPalette paletteOf(const Shades& shades) {
     palette.setColor(role, shades.text);
     palette.setColor(QPalette::Disabled, role, shades.faint);
   }
+  // The shadow of disabled texts, which would glow in the dark.
+  palette.setColor(QPalette::Disabled, QPalette::Light, shades.window);
   palette.setColor(QPalette::Base, shades.base);
   palette.setColor(QPalette::AlternateBase, shades.alternate);
   palette.setColor(QPalette::ToolTipBase, shades.base);
@@ -96,6 +99,12 @@ void useStyleThatObeysPalettes() {
   }
 }
 
+// Tool tips have a palette of their own.
+void usePalette(const QPalette& palette) {
+  QApplication::setPalette(palette);
+  QToolTip::setPalette(palette);
+}
+
 }  // namespace
 
 // The portal's answers arrive as messages, so this is the part with slots.
@@ -125,7 +134,7 @@ class Theme::Parts : public QObject {
       applySystem();
     } else {
       useStyleThatObeysPalettes();
-      QApplication::setPalette(m_choice == ThemeChoice::dark ? darkPalette() : lightPalette());
+      usePalette(m_choice == ThemeChoice::dark ? darkPalette() : lightPalette());
     }
     m_isApplying = false;
     emit m_theme.changed();
@@ -156,8 +165,9 @@ class Theme::Parts : public QObject {
     if (!bus.isConnected()) {
       return;
     }
-    bus.connect(QLatin1String(kPortalService), QLatin1String(kPortalPath),
-                QLatin1String(kPortalInterface), QStringLiteral("SettingChanged"), this,
+    // With the service's name, Qt would wait for the bus to say who owns it.
+    bus.connect(QString(), QLatin1String(kPortalPath), QLatin1String(kPortalInterface),
+                QStringLiteral("SettingChanged"), this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
     QDBusMessage question =
         QDBusMessage::createMethodCall(QLatin1String(kPortalService), QLatin1String(kPortalPath),
@@ -193,10 +203,10 @@ class Theme::Parts : public QObject {
     } else {
       delete style;
     }
-    QApplication::setPalette(QPalette());
+    usePalette(QPalette());
     if (m_prefersDark && !isDarkPalette(QApplication::palette())) {
       useStyleThatObeysPalettes();
-      QApplication::setPalette(darkPalette());
+      usePalette(darkPalette());
     }
   }
 

@@ -8,8 +8,9 @@
 #include <optional>
 #include <thread>
 #include <utility>
+#include <vector>
 
-#include "ui/language/posted_calls.h"
+#include <QPointer>
 
 namespace kelvarin {
 
@@ -17,7 +18,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds kWatchInterval{50};
+// No event of the application is sent from another thread; results wait for so long.
+constexpr std::chrono::milliseconds kWatchInterval{10};
 // The longest that a window waits for the job of one that closes.
 constexpr std::chrono::milliseconds kLastWait{10};
 
@@ -34,10 +36,8 @@ class BoundedWorker::Crew {
     Job job;
   };
 
-  explicit Crew(BoundedWorker& owner) : m_owner(owner), m_calls(&owner) {}
-
-  static std::shared_ptr<Crew> started(BoundedWorker& owner, std::deque<Waiting> jobs) {
-    auto crew = std::make_shared<Crew>(owner);
+  static std::shared_ptr<Crew> started(std::deque<Waiting> jobs) {
+    auto crew = std::make_shared<Crew>();
     crew->m_waiting = std::move(jobs);
     crew->m_thread = std::thread([crew] { crew->work(); });
     return crew;
@@ -60,6 +60,17 @@ class BoundedWorker::Crew {
   bool isIdle() {
     const std::lock_guard lock(m_mutex);
     return m_waiting.empty() && !m_startedAt;
+  }
+
+  // Each shows a result, with the kind and serial of its job.
+  struct Result {
+    int kind = 0;
+    quint64 serial = 0;
+    std::function<void()> show;
+  };
+  std::vector<Result> takeResults() {
+    const std::lock_guard lock(m_mutex);
+    return std::exchange(m_results, {});
   }
 
   // What becomes of a job that has run for too long.
@@ -92,7 +103,6 @@ class BoundedWorker::Crew {
 
   // The object goes.
   void close() {
-    m_calls.close();
     std::unique_lock lock(m_mutex);
     m_isClosed = true;
     m_waiting.clear();
@@ -110,7 +120,6 @@ class BoundedWorker::Crew {
   // Under the mutex.
   void leave() {
     m_isLeft = true;
-    m_calls.close();
     m_thread.detach();
   }
 
@@ -135,22 +144,16 @@ class BoundedWorker::Crew {
         return;
       }
       if (!m_isGivenUp) {
-        m_calls.post([owner = &m_owner, kind = m_running.kind, serial = m_running.serial,
-                      show = std::move(show)] {
-          if (owner->m_latest.value(kind) == serial) {
-            show();
-          }
-        });
+        m_results.push_back({m_running.kind, m_running.serial, std::move(show)});
       }
     }
   }
 
-  BoundedWorker& m_owner;  // used on its own thread only
-  PostedCalls m_calls;
   std::thread m_thread;
   std::mutex m_mutex;  // guards all below, m_running's job apart while it runs
   std::condition_variable m_changed;
   std::deque<Waiting> m_waiting;
+  std::vector<Result> m_results;
   Waiting m_running;
   std::optional<Clock::time_point> m_startedAt;  // of the running job
   bool m_isGivenUp = false;                      // its result is not wanted
@@ -159,7 +162,7 @@ class BoundedWorker::Crew {
 };
 
 BoundedWorker::BoundedWorker(std::chrono::milliseconds limit, QObject* parent)
-    : QObject(parent), m_limit(limit), m_crew(Crew::started(*this, {})) {
+    : QObject(parent), m_limit(limit), m_crew(Crew::started({})) {
   m_watch.setInterval(kWatchInterval);
   connect(&m_watch, &QTimer::timeout, this, &BoundedWorker::watch);
 }
@@ -178,20 +181,25 @@ bool BoundedWorker::isOneLeftBehind() {
   return jobsLeftBehind > 0;
 }
 
+// A result that is shown may be the end of this object.
 void BoundedWorker::watch() {
   std::optional<Crew::Overdue> overdue = m_crew->takeOverdue(m_limit);
+  const bool isIdle = m_crew->isIdle();
+  std::vector<Crew::Result> results = m_crew->takeResults();
   if (overdue && overdue->isLeft) {
-    m_crew = Crew::started(*this, std::move(overdue->waiting));
-  }
-  if (m_crew->isIdle()) {
+    m_crew = Crew::started(std::move(overdue->waiting));
+  } else if (isIdle) {
     m_watch.stop();
   }
-  if (!overdue) {
-    return;
+  if (overdue) {
+    for (Crew::Waiting& given : overdue->given) {
+      results.push_back({given.kind, given.serial, std::move(given.job.giveUp)});
+    }
   }
-  for (const Crew::Waiting& given : overdue->given) {
-    if (m_latest.value(given.kind) == given.serial) {
-      given.job.giveUp();
+  const QPointer<BoundedWorker> self(this);
+  for (const Crew::Result& result : results) {
+    if (self != nullptr && m_latest.value(result.kind) == result.serial) {
+      result.show();
     }
   }
 }

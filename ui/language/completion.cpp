@@ -3,15 +3,12 @@
 #include <algorithm>
 #include <utility>
 
-#include "expression/evaluator/constants.h"
-#include "expression/evaluator/expression_set.h"
 #include "expression/functions/function_table.h"
 #include "expression/help/foreign_names.h"
 #include "expression/tokens/expression_tokens.h"
 #include "ui/language/column_variable.h"
 #include "ui/language/language_names.h"
 #include "ui/language/messages.h"
-#include "ui/language/outside_sources.h"
 
 namespace kelvarin {
 
@@ -148,24 +145,6 @@ QHash<QString, QString> resultTypes() {
   return types;
 }
 
-// Constants that this formula has not: those that its settings leave out.
-bool isOffered(const QString& name, const QSet<QString>& offered) {
-  const bool isOfSettings =
-      name == rowNumberName() || isCurrentTime(NamedConstant{.name = name, .text = {}});
-  return !isOfSettings || offered.contains(name);
-}
-
-QSet<QString> namesOfSettings(const Formula& formula) {
-  ExpressionSet expressions;
-  expressions.configure(formula.options, {}, &formula.parameters, false);
-  (void)expressions.prepareDateContext({});
-  QSet<QString> names = namesOf(expressions.variables());
-  for (const NamedConstant& constant : expressions.constants()) {
-    names.insert(constant.name);
-  }
-  return names;
-}
-
 // What is being typed at the cursor; a size of -1 where nothing can be completed.
 struct TypedWord {
   qsizetype start = 0;
@@ -279,7 +258,7 @@ void Completion::addParameters(const Formula& formula) {
 }
 
 void Completion::addLanguage(const Formula& formula) {
-  const QSet<QString> offered = namesOfSettings(formula);
+  const QSet<QString> notOffered = namesNotOffered(formula);
   const QHash<QString, QString> types = resultTypes();
   for (auto name = languageNames().begin(); name != languageNames().end(); ++name) {
     const LanguageEntry& entry = *name.value();
@@ -293,7 +272,7 @@ void Completion::addLanguage(const Formula& formula) {
       candidate.cursor = candidate.insertion.size() - (takesNone ? 0 : 1);
       candidate.signature = QString::fromUtf8(entry.entry->signature);
       candidate.type = types.value(name.key());
-    } else if (isOffered(name.key(), offered)) {
+    } else if (!notOffered.contains(name.key())) {
       candidate.kind = entry.kind == HelpKind::constant ? Kind::constant : Kind::word;
     } else {
       continue;

@@ -1,9 +1,11 @@
 // The expressions that a user committed last, for one kind of action. Starred ones stay.
 //
-// Kept in the user's settings (QSettings), under a group of its own.
+// Kept in the user's settings (QSettings), under a group of its own. Histories with the same key
+// are one; another thread writes them.
 // Threads: the user-interface thread.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include <QHash>
@@ -26,7 +28,7 @@ class ExpressionHistory {
 
   const QString& key() const { return m_key; }
   // The latest first, each expression once.
-  const std::vector<Entry>& entries() const { return m_entries; }
+  const std::vector<Entry>& entries() const { return *m_entries; }
   // Moves what is known to the front; blank ones and the default "1" are not kept.
   void add(const QString& expression);
   void setStarred(const QString& expression, bool isStarred);
@@ -35,13 +37,12 @@ class ExpressionHistory {
   QHash<QString, int> nameCounts() const;
 
  private:
-  void load();
-  void save() const;
-  void limit();
   std::vector<Entry>::iterator find(const QString& expression);
+  void limit();
+  void save() const;
 
   QString m_key;
-  std::vector<Entry> m_entries;
+  std::shared_ptr<std::vector<Entry>> m_entries;  // shared by those with the same key
 };
 
 }  // namespace kelvarin

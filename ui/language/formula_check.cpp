@@ -8,6 +8,7 @@
 #include "expression/help/expression_hint.h"
 #include "ui/language/formula_evaluator.h"
 #include "ui/language/input_rows.h"
+#include "ui/language/language_names.h"
 #include "ui/language/messages.h"
 #include "ui/language/outside_sources.h"
 #include "ui/language/quick_fixes.h"
@@ -79,15 +80,35 @@ QString missingColumn(const Formula& formula) {
 }
 
 // The library's text without the lines that repeat token and position, and what may be meant.
-QString messageAbout(const ExpressionCheck& check, const Formula& formula) {
+QString messageAbout(const ExpressionCheck& check, const Formula& formula,
+                     const std::vector<QuickFix>& fixes) {
   if (check.kind != CheckKind::error) {
     const QString text = check.text.isEmpty() ? QString() : check.text + u'\n';
     return (text + check.warnings.join(u'\n')).trimmed();
   }
+  const QString& expression = formula.output.expression;
+  if (check.error.kind == ExpressionError::Kind::textForNumber) {
+    return language_messages::textForNumber();
+  }
   const HintNames names{namesOf(formula.variables), namesOf(formula.columns), nullptr};
-  const QString hint = expressionHint(check.error, formula.output.expression, names);
+  const QString hint = expressionHint(check.error, expression, names);
   const QString text = check.error.message.isEmpty() ? check.text : check.error.message;
-  return hint.isEmpty() ? text : hint;
+  const FaultRange unknown = unknownNameOf(check, formula);
+  const bool isOfText = check.error.kind == ExpressionError::Kind::unclosedText;
+  if (isOfText && !hint.isEmpty()) {
+    return hint;
+  }
+  if (unknown.start < 0) {
+    return (text + u'\n' + hint).trimmed();
+  }
+  const QString name = expression.sliced(unknown.start, unknown.size);
+  if (!fixes.empty() && !fixes.front().columnToBind.isEmpty() &&
+      fixes.front().start == unknown.start) {
+    return language_messages::unboundName(fixes.front().columnToBind);
+  }
+  return namesNotOffered(formula).contains(name) ? language_messages::notOffered(name)
+         : hint.isEmpty()                        ? text
+                                                 : hint;
 }
 
 QString typeInWords(const ExpressionCheck& check, const Formula& formula) {
@@ -198,8 +219,8 @@ FormulaAnswer checkFormula(const Formula& asked, CheckDepth depth,
   const FaultRange fault = faultRangeOf(answer.check, formula);
   answer.faultStart = fault.start;
   answer.faultSize = fault.size;
-  answer.message = messageAbout(answer.check, formula);
   answer.fixes = quickFixesOf(answer.check, formula);
+  answer.message = messageAbout(answer.check, formula, answer.fixes);
   answer.resultType = typeInWords(answer.check, formula);
   answer.engine = answer.check.engine ? engineInWords(*answer.check.engine, formula)
                                       : QString::fromLatin1(editorLabel(std::nullopt));

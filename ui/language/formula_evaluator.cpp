@@ -89,13 +89,17 @@ void FormulaEvaluator::loadCurrent() {
     if (variable.name == rowNumberName()) {
       goToRow(static_cast<long long>(variable.value.number));
     }
-    for (std::size_t i = 0; i < m_formula.variables.size(); ++i) {
-      if (m_formula.variables[i].name() == variable.name) {
-        setValue(static_cast<int>(i), variable.value);
-      }
-    }
+    setVariable(variable.name, variable.value);
   }
   m_evaluator.rows.startRow();
+}
+
+void FormulaEvaluator::setVariable(const QString& name, const ExpressionValue& value) {
+  for (std::size_t i = 0; i < m_formula.variables.size(); ++i) {
+    if (m_formula.variables[i].name() == name) {
+      setValue(static_cast<int>(i), value);
+    }
+  }
 }
 
 // In the form that the variable has now, which may have been edited since.
@@ -147,6 +151,21 @@ FormulaValue FormulaEvaluator::evaluate(int output) {
     value.value = rows.value(output);
   } else {
     value.value = valueOfBytes(compiled.meta, isText ? text : rows.resultCell(output));
+  }
+  return value;
+}
+
+FormulaValue FormulaEvaluator::evaluateOnce(const QString& expression) {
+  FormulaValue value;
+  value.row = rowNumber();
+  if (m_loadFailure) {
+    value.failure = *m_loadFailure;
+    return value;
+  }
+  if (auto made = expressions().evaluateOnce(expression)) {
+    value.value = std::move(*made);
+  } else {
+    value.failure = made.error().message;
   }
   return value;
 }

@@ -45,6 +45,10 @@ class FormulaEvaluator {
 
   // Of the row that was loaded last.
   FormulaValue evaluate(int output);
+  // Compiled for this once, before start() or after it.
+  FormulaValue evaluateOnce(const QString& expression);
+  // Gives a variable of the formula another value, in the form that it has.
+  void setVariable(const QString& name, const ExpressionValue& value);
   long long rowNumber() const { return static_cast<long long>(m_evaluator.rows.rowNumber()); }
   // The values of the variables; nothing for other names.
   std::optional<ExpressionValue> variable(const QString& name) const;

@@ -98,8 +98,8 @@ class Classifier {
       return entry != nullptr && entry->kind == HelpKind::function ? Class::function
                                                                    : classOfWord(entry);
     }
-    if (m_names.parameters.contains(name) ||
-        (entry != nullptr && entry->kind == HelpKind::constant)) {
+    const bool isConstant = entry != nullptr && entry->kind == HelpKind::constant;
+    if (m_names.parameters.contains(name) || (isConstant && !m_names.notOffered.contains(name))) {
       return Class::constant;
     }
     return classOfWord(entry);
@@ -126,6 +126,7 @@ KnownNames knownNamesOf(const Formula& formula) {
       names.columns.insert(column.name);
     }
   }
+  names.notOffered = namesNotOffered(formula);
   const QMap<QString, QString>& values = formula.parameters.values();
   for (auto value = values.begin(); value != values.end(); ++value) {
     names.parameters.insert(value.key());

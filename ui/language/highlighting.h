@@ -37,6 +37,7 @@ struct KnownNames {
   QSet<QString> variables;
   QSet<QString> columns;  // that are no variables yet
   QSet<QString> parameters;
+  QSet<QString> notOffered;  // of the language, but left out by the settings
 };
 KnownNames knownNamesOf(const Formula& formula);
 

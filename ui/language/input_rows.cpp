@@ -2,75 +2,53 @@
 
 #include <utility>
 
+#include <QPointer>
+
 #include "host/contract/host_services.h"
+#include "ui/language/call_queue.h"
 #include "ui/language/pin_row_view.h"
-#include "ui/language/posted_calls.h"
 
 namespace kelvarin {
 
-// Lives as long as the request does; after the object is gone it passes nothing on.
-class InputRows::Receiver : public RowsReceiver, public std::enable_shared_from_this<Receiver> {
+// Lives as long as the request does, which may be longer than its object.
+class InputRows::Receiver : public RowsReceiver {
  public:
-  explicit Receiver(InputRows& owner) : m_owner(owner), m_calls(&owner) {}
+  explicit Receiver(InputRows& owner) : m_owner(owner) {}
 
-  void close() { m_calls.close(); }
+  CallQueue& calls() { return m_calls; }
 
   void columnsArrived(const PinColumns& columns) override {
-    m_calls.post([this, self = shared_from_this(), columns] { takeColumns(columns); });
+    m_calls.add([this, columns] { m_owner.takeColumns(columns); });
   }
   void rowsArrived(std::shared_ptr<const PinRows> rows) override {
-    m_calls.post([this, self = shared_from_this(), rows] { takeRows(rows); });
+    m_calls.add([this, rows] { m_owner.takeRows(rows); });
   }
   void rowsEnded(End end, const QString& message) override {
-    m_calls.post([this, self = shared_from_this(), end, message] { takeEnd(end, message); });
+    m_calls.add([this, end, message] { m_owner.takeEnd(end, message); });
   }
 
  private:
-  // On the owner's thread; an older request's calls may still be queued.
-  bool isCurrent() const { return m_owner.m_receiver.get() == this; }
-
-  void takeColumns(const PinColumns& columns) {
-    if (isCurrent()) {
-      m_owner.m_columns = columns;
-      m_owner.m_rows.reset();
-      emit m_owner.changed();
-    }
-  }
-
-  void takeRows(const std::shared_ptr<const PinRows>& rows) {
-    if (!isCurrent() || rows == nullptr) {
-      return;
-    }
-    m_owner.m_rows = m_owner.m_rows == nullptr ? rows : joined(*m_owner.m_rows, *rows);
-    emit m_owner.changed();
-  }
-
-  static std::shared_ptr<const PinRows> joined(const PinRows& first, const PinRows& second) {
-    auto all = std::make_shared<PinRows>(first);
-    PinRowView view(second.columns());
-    for (std::size_t i = 0; i < second.rowCount(); ++i) {
-      all->append(view.show(second, i));
-    }
-    return all;
-  }
-
-  void takeEnd(End end, const QString& message) {
-    if (!isCurrent()) {
-      return;
-    }
-    m_owner.m_isBusy = false;
-    if (end == End::failed && m_owner.m_columns.whyUnknown.isEmpty()) {
-      m_owner.m_columns.whyUnknown = message;
-    }
-    emit m_owner.changed();
-  }
-
-  InputRows& m_owner;  // read on its own thread only
-  PostedCalls m_calls;
+  InputRows& m_owner;  // used by the calls only
+  CallQueue m_calls;
 };
+
+namespace {
+
+std::shared_ptr<const PinRows> joined(const PinRows& first, const PinRows& second) {
+  auto all = std::make_shared<PinRows>(first);
+  PinRowView view(second.columns());
+  for (std::size_t i = 0; i < second.rowCount(); ++i) {
+    all->append(view.show(second, i));
+  }
+  return all;
+}
+
+}  // namespace
 
 InputRows::InputRows(const ActionItem& action, int pin, long long limit, QObject* parent)
     : QObject(parent), m_action(action), m_pin(pin), m_limit(limit) {
+  m_poll.setInterval(CallQueue::kInterval);
+  connect(&m_poll, &QTimer::timeout, this, &InputRows::poll);
   refresh();
 }
 
@@ -80,7 +58,7 @@ InputRows::~InputRows() {
 
 void InputRows::cancel() {
   if (m_receiver != nullptr) {
-    m_receiver->close();
+    m_receiver->calls().close();
     m_receiver.reset();
   }
   if (m_request != nullptr) {
@@ -95,11 +73,44 @@ void InputRows::refresh() {
   m_isBusy = true;
   m_request = requestRows(m_action, m_pin, false, m_limit, m_receiver);
   if (m_request != nullptr) {
+    m_poll.start();
     return;
   }
   m_isBusy = false;
   m_columns = columnsOfInputPin(m_action, m_pin);
   m_rows.reset();
+  emit changed();
+}
+
+// What is shown may lead to a new request, or be the end of this object.
+void InputRows::poll() {
+  const QPointer<InputRows> self(this);
+  const std::shared_ptr<Receiver> receiver = m_receiver;
+  for (const CallQueue::Call& call : receiver->calls().take()) {
+    if (self == nullptr || m_receiver != receiver) {
+      return;
+    }
+    call();
+  }
+}
+
+void InputRows::takeColumns(const PinColumns& columns) {
+  m_columns = columns;
+  m_rows.reset();
+  emit changed();
+}
+
+void InputRows::takeRows(const std::shared_ptr<const PinRows>& rows) {
+  m_rows = m_rows == nullptr ? rows : joined(*m_rows, *rows);
+  emit changed();
+}
+
+void InputRows::takeEnd(RowsReceiver::End end, const QString& message) {
+  m_isBusy = false;
+  m_poll.stop();
+  if (end == RowsReceiver::End::failed && m_columns.whyUnknown.isEmpty()) {
+    m_columns.whyUnknown = message;
+  }
   emit changed();
 }
 

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include <QObject>
+#include <QTimer>
 
 #include "host/contract/pin_rows.h"
 
@@ -37,12 +38,17 @@ class InputRows : public QObject {
  private:
   class Receiver;
   void cancel();
+  void poll();
+  void takeColumns(const PinColumns& columns);
+  void takeRows(const std::shared_ptr<const PinRows>& rows);
+  void takeEnd(RowsReceiver::End end, const QString& message);
 
   const ActionItem& m_action;
   int m_pin;
   long long m_limit;
   std::shared_ptr<Receiver> m_receiver;
   std::unique_ptr<RowsRequest> m_request;
+  QTimer m_poll;  // runs while the request is under way
   bool m_isBusy = false;
   PinColumns m_columns;
   std::shared_ptr<const PinRows> m_rows;

@@ -1,5 +1,9 @@
 #include "ui/language/language_names.h"
 
+#include "expression/evaluator/constants.h"
+#include "expression/evaluator/expression_set.h"
+#include "ui/language/outside_sources.h"
+
 namespace kelvarin {
 
 namespace {
@@ -22,6 +26,23 @@ QHash<QString, const LanguageEntry*> namesOfLanguage() {
 
 const QHash<QString, const LanguageEntry*>& languageNames() {
   static const QHash<QString, const LanguageEntry*> names = namesOfLanguage();
+  return names;
+}
+
+QSet<QString> namesNotOffered(const Formula& formula) {
+  QSet<QString> names{rowNumberName()};
+  for (auto name = languageNames().begin(); name != languageNames().end(); ++name) {
+    if (isCurrentTime(NamedConstant{.name = name.key(), .text = {}})) {
+      names.insert(name.key());
+    }
+  }
+  ExpressionSet expressions;
+  expressions.configure(formula.options, {}, nullptr, false);
+  (void)expressions.prepareDateContext({});
+  names.subtract(namesOf(expressions.variables()));
+  for (const NamedConstant& constant : expressions.constants()) {
+    names.remove(constant.name);
+  }
   return names;
 }
 

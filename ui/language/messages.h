@@ -37,6 +37,24 @@ inline QString columnIsGone(const QString& variable, const QString& column) {
                                 "named '%2'."))
       .arg(variable, column);
 }
+inline QString unboundName(const QString& name) {
+  return text(QT_TRANSLATE_NOOP("Language",
+                                "'%1' is a column of the input, but no input variable yet. "
+                                "Alt+Enter makes it one."))
+      .arg(name);
+}
+inline QString notOffered(const QString& name) {
+  return text(QT_TRANSLATE_NOOP("Language",
+                                "'%1' is not offered to this expression. Tick \"add '%1' as input "
+                                "var\" in the settings."))
+      .arg(name);
+}
+inline QString textForNumber() {
+  return text(QT_TRANSLATE_NOOP("Language",
+                                "The result is a text, but the column takes numbers. Choose the "
+                                "type Text, or write atof(...) for the number that the text "
+                                "holds."));
+}
 inline QString unknownToDebugger(const QString& name) {
   return text(QT_TRANSLATE_NOOP("Language",
                                 "The step debugger evaluates with the String parser, which does "

@@ -1,7 +1,6 @@
 #include "ui/language/quick_fixes.h"
 
 #include <algorithm>
-#include <optional>
 
 #include "expression/help/expression_hint.h"
 #include "expression/tokens/expression_tokens.h"
@@ -21,20 +20,15 @@ bool isError(const ExpressionCheck& check) {
   return check.kind == ExpressionCheck::Kind::error;
 }
 
-// The first name that means nothing, where the check is about one. Engines may report another one,
-// or the bracket behind it.
-std::optional<HighlightedSpan> unknownName(const ExpressionCheck& check, const Formula& formula) {
-  const ErrorKind kind = check.error.kind;
-  if (!isError(check) || (kind != ErrorKind::undefinedName && kind != ErrorKind::unexpectedToken)) {
-    return std::nullopt;
-  }
+// Engines may report another one, or the bracket behind it.
+FaultRange firstUnknownName(const Formula& formula) {
   for (const HighlightedSpan& span :
        highlightingOf(formula.output.expression, knownNamesOf(formula))) {
     if (span.kind == HighlightedSpan::Class::unknownName) {
-      return span;
+      return {span.start, span.size};
     }
   }
-  return std::nullopt;
+  return {};
 }
 
 const Token* unclosedText(const ExpressionTokens& tokens) {
@@ -50,13 +44,15 @@ class FixFinder {
       : m_formula(formula), m_tokens(formula.output.expression) {}
 
   std::vector<QuickFix> run(const ExpressionCheck& check) {
-    if (const auto unknown = unknownName(check, m_formula)) {
-      fixName(*unknown);
+    if (const FaultRange unknown = unknownNameOf(check, m_formula); unknown.start >= 0) {
+      fixName(unknown);
     }
     if (isError(check)) {
       closeText();
       closeBrackets();
       joinTexts(check.error);
+      writeDecimalPoint(check.error);
+      writeDoubleQuotes(check.error);
     } else {
       compareInstead(check);
     }
@@ -64,11 +60,15 @@ class FixFinder {
   }
 
  private:
-  void fixName(const HighlightedSpan& span) {
+  void fixName(const FaultRange& span) {
     const QString name = m_formula.output.expression.sliced(span.start, span.size);
+    const QStringView rest = QStringView(m_formula.output.expression).sliced(span.start);
     const std::vector<PinColumns::Column>& columns = m_formula.columns.columns;
     for (const PinColumns::Column& column : columns) {
-      if (column.name == name || variableNameFor(column.name) == name) {
+      const bool isWritten = !isVariableName(column.name) && rest.startsWith(column.name);
+      if (isWritten) {  // with its blanks
+        addColumn({span.start, column.name.size()}, column);
+      } else if (column.name == name || variableNameFor(column.name) == name) {
         addColumn(span, column);
       }
     }
@@ -124,11 +124,11 @@ class FixFinder {
     return names;
   }
 
-  void addName(const HighlightedSpan& span, const QString& name) {
+  void addName(const FaultRange& span, const QString& name) {
     add({language_messages::replaceBy(name), span.start, span.size, name, {}});
   }
 
-  void addColumn(const HighlightedSpan& span, const PinColumns::Column& column) {
+  void addColumn(const FaultRange& span, const PinColumns::Column& column) {
     add({language_messages::useColumn(column.name), span.start, span.size,
          variableForColumn(column, m_formula.variables).name(), column.name});
   }
@@ -171,6 +171,38 @@ class FixFinder {
                        error.found == ExpressionError::ValueType::text;
     if (isSum && error.position >= 0) {
       add({language_messages::joinTexts(), error.position, 1, QStringLiteral("//"), {}});
+    }
+  }
+
+  // For the comma in `1,5`.
+  void writeDecimalPoint(const ExpressionError& error) {
+    const std::size_t index = indexAt(error.position);
+    const bool isBetweenNumbers = index > 0 && index + 1 < m_tokens.size() &&
+                                  m_tokens[index].sign == "," &&
+                                  m_tokens[index - 1].kind == TokenKind::number &&
+                                  m_tokens[index + 1].kind == TokenKind::number;
+    if (isBetweenNumbers && error.kind == ErrorKind::unexpectedComma) {
+      add({language_messages::replaceBy(QStringLiteral(".")),
+           error.position,
+           1,
+           QStringLiteral("."),
+           {}});
+    }
+  }
+
+  // For `'abc'`.
+  void writeDoubleQuotes(const ExpressionError& error) {
+    const QString& expression = m_formula.output.expression;
+    const std::size_t index = indexAt(error.position);
+    if (index >= m_tokens.size() || m_tokens[index].sign != "'") {
+      return;
+    }
+    const qsizetype end = expression.indexOf(u'\'', error.position + 1);
+    const QString inner =
+        end < 0 ? QString() : expression.sliced(error.position + 1, end - error.position - 1);
+    if (end >= 0 && !inner.contains(u'"') && !inner.contains(u'\\')) {
+      const QString quoted = u'"' + inner + u'"';
+      add({language_messages::replaceBy(quoted), error.position, quoted.size(), quoted, {}});
     }
   }
 
@@ -221,6 +253,13 @@ FaultRange rangeAt(const ExpressionTokens& tokens, qsizetype position) {
 
 }  // namespace
 
+FaultRange unknownNameOf(const ExpressionCheck& check, const Formula& formula) {
+  const ErrorKind kind = check.error.kind;
+  const bool isMeant = kind == ErrorKind::undefinedName || kind == ErrorKind::unexpectedToken;
+  const bool isQuote = check.error.token.startsWith(u'\'');
+  return isError(check) && isMeant && !isQuote ? firstUnknownName(formula) : FaultRange{};
+}
+
 FaultRange faultRangeOf(const ExpressionCheck& check, const Formula& formula) {
   const QString& expression = formula.output.expression;
   const ExpressionTokens tokens(expression);
@@ -230,8 +269,8 @@ FaultRange faultRangeOf(const ExpressionCheck& check, const Formula& formula) {
   if (const Token* text = unclosedText(tokens)) {
     return {positionOf(*text), sizeOf(*text)};
   }
-  if (const auto unknown = unknownName(check, formula)) {
-    return {unknown->start, unknown->size};
+  if (const FaultRange unknown = unknownNameOf(check, formula); unknown.start >= 0) {
+    return unknown;
   }
   const ExpressionError& error = check.error;
   if (error.position < 0) {

@@ -15,6 +15,9 @@ struct FaultRange {
   qsizetype size = 0;
 };
 
+// The first name that means nothing, where the check found such an error; empty where it did not.
+FaultRange unknownNameOf(const ExpressionCheck& check, const Formula& formula);
+
 // Of the fault that the check found.
 FaultRange faultRangeOf(const ExpressionCheck& check, const Formula& formula);
 

@@ -1334,35 +1334,218 @@
         <source>Engines: %1</source>
         <translation>Rechenwerke: %1</translation>
     </message>
+    <message>
+        <source>&apos;%1&apos; is a column of the input, but no input variable yet. Alt+Enter makes it one.</source>
+        <translation>&apos;%1&apos; ist eine Spalte der Eingabe, aber noch keine Eingabevariable. Alt+Enter macht sie dazu.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is not offered to this expression. Tick &quot;add &apos;%1&apos; as input var&quot; in the settings.</source>
+        <translation>&apos;%1&apos; wird diesem Ausdruck nicht angeboten. Kreuzen Sie &quot;&apos;%1&apos; als Eingabevariable anbieten&quot; in den Einstellungen an.</translation>
+    </message>
+    <message>
+        <source>The result is a text, but the column takes numbers. Choose the type Text, or write atof(...) for the number that the text holds.</source>
+        <translation>Das Ergebnis ist ein Text, aber die Spalte nimmt Zahlen. Wählen Sie den Typ Text, oder schreiben Sie atof(...) für die Zahl, die der Text enthält.</translation>
+    </message>
+</context>
+<context>
+    <name>QAbstractSpinBox</name>
+    <message>
+        <source>&amp;Select All</source>
+        <translation>Alles aus&amp;wählen</translation>
+    </message>
+    <message>
+        <source>&amp;Step up</source>
+        <translation>&amp;Erhöhen</translation>
+    </message>
+    <message>
+        <source>Step &amp;down</source>
+        <translation>&amp;Verringern</translation>
+    </message>
+</context>
+<context>
+    <name>QGnomeTheme</name>
+    <message>
+        <source>&amp;OK</source>
+        <translation>&amp;OK</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Speichern</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>&amp;Abbrechen</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+    <message>
+        <source>Close without Saving</source>
+        <translation>Schließen ohne Speichern</translation>
+    </message>
+</context>
+<context>
+    <name>QLineEdit</name>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>Wieder&amp;herstellen</translation>
+    </message>
+    <message>
+        <source>Cu&amp;t</source>
+        <translation>&amp;Ausschneiden</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>&amp;Einfügen</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Select All</source>
+        <translation>Alles auswählen</translation>
+    </message>
+</context>
+<context>
+    <name>QPlatformTheme</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Speichern</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>&amp;Yes</source>
+        <translation>&amp;Ja</translation>
+    </message>
+    <message>
+        <source>&amp;No</source>
+        <translation>&amp;Nein</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <translation>Wiederholen</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>Verwerfen</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation>Anwenden</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Zurücksetzen</translation>
+    </message>
+</context>
+<context>
+    <name>QShortcut</name>
+    <message>
+        <source>Ctrl</source>
+        <translation>Strg</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <translation>Umschalt</translation>
+    </message>
+    <message>
+        <source>Del</source>
+        <translation>Entf</translation>
+    </message>
+    <message>
+        <source>Return</source>
+        <translation>Eingabe</translation>
+    </message>
+    <message>
+        <source>Space</source>
+        <translation>Leertaste</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation>Auf</translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation>Ab</translation>
+    </message>
+    <message>
+        <source>Left</source>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>Right</source>
+        <translation>Rechts</translation>
+    </message>
+</context>
+<context>
+    <name>QWidgetTextControl</name>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>Wieder&amp;herstellen</translation>
+    </message>
+    <message>
+        <source>Cu&amp;t</source>
+        <translation>&amp;Ausschneiden</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy &amp;Link Location</source>
+        <translation>&amp;Link-Adresse kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>&amp;Einfügen</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Select All</source>
+        <translation>Alles auswählen</translation>
+    </message>
 </context>
 <context>
     <name>ShownValue</name>
     <message>
         <source>(empty)</source>
         <translation>(leer)</translation>
-    </message>
-</context>
-<context>
-    <name>kelvarin::TextDialogs</name>
-    <message>
-        <source>%1: help</source>
-        <translation>%1: Hilfe</translation>
-    </message>
-    <message>
-        <source>Keys</source>
-        <translation>Tasten</translation>
-    </message>
-    <message>
-        <source>What it does</source>
-        <translation>Was sie tut</translation>
-    </message>
-    <message>
-        <source>Key</source>
-        <translation>Taste</translation>
-    </message>
-    <message>
-        <source>Keyboard</source>
-        <translation>Tastatur</translation>
     </message>
 </context>
 <context>
@@ -1478,6 +1661,85 @@
     <message>
         <source>&amp;Dates and times</source>
         <translation>&amp;Datum und Zeit</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::BlockVariablesModel</name>
+    <message>
+        <source>Number</source>
+        <translation>Zahl</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Date</source>
+        <translation>Datum</translation>
+    </message>
+    <message>
+        <source>The file has no column &apos;%1&apos;.</source>
+        <translation>Die Datei hat keine Spalte &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>The column &apos;%1&apos; holds texts: choose Text, or Date.</source>
+        <translation>Die Spalte &apos;%1&apos; enthält Texte: wählen Sie Text oder Datum.</translation>
+    </message>
+    <message>
+        <source>The column; it need not be among those that are read.</source>
+        <translation>Die Spalte; sie muss nicht unter den gelesenen sein.</translation>
+    </message>
+    <message>
+        <source>Column</source>
+        <translation>Spalte</translation>
+    </message>
+    <message>
+        <source>What the expression gets: dates enter as elapsed times.</source>
+        <translation>Was der Ausdruck bekommt: Daten kommen als verstrichene Zeiten an.</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Typ</translation>
+    </message>
+    <message>
+        <source>Name of the largest value of a block.</source>
+        <translation>Name des größten Wertes eines Blocks.</translation>
+    </message>
+    <message>
+        <source>Largest</source>
+        <translation>Größter</translation>
+    </message>
+    <message>
+        <source>Name of the smallest value of a block.</source>
+        <translation>Name des kleinsten Wertes eines Blocks.</translation>
+    </message>
+    <message>
+        <source>Smallest</source>
+        <translation>Kleinster</translation>
+    </message>
+    <message>
+        <source>Name for 1 where a block has nulls, else 0.</source>
+        <translation>Name für 1, wo ein Block NULL enthält, sonst 0.</translation>
+    </message>
+    <message>
+        <source>Has nulls</source>
+        <translation>Hat NULL</translation>
+    </message>
+    <message>
+        <source>The largest value with which a check evaluates.</source>
+        <translation>Der größte Wert, mit dem eine Prüfung auswertet.</translation>
+    </message>
+    <message>
+        <source>Sample largest</source>
+        <translation>Beispiel größter</translation>
+    </message>
+    <message>
+        <source>The smallest value with which a check evaluates.</source>
+        <translation>Der kleinste Wert, mit dem eine Prüfung auswertet.</translation>
+    </message>
+    <message>
+        <source>Sample smallest</source>
+        <translation>Beispiel kleinster</translation>
     </message>
 </context>
 <context>
@@ -1977,6 +2239,13 @@
         <source>Earlier expressions (Alt+Up, Alt+Down)</source>
         <translation>Frühere Ausdrücke (Alt+Auf, Alt+Ab)</translation>
     </message>
+</context>
+<context>
+    <name>kelvarin::ExpressionVerdict</name>
+    <message>
+        <source>Result: %1</source>
+        <translation>Ergebnis: %1</translation>
+    </message>
     <message>
         <source>Alt+Enter makes the change</source>
         <translation>Alt+Enter führt die Änderung aus</translation>
@@ -2325,6 +2594,25 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::PartValueTip</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1 = %2 in row %3</source>
+        <translation>%1 = %2 in Zeile %3</translation>
+    </message>
+    <message>
+        <source>%1 = %2 with the samples of the variables</source>
+        <translation>%1 = %2 mit den Beispielwerten der Variablen</translation>
+    </message>
+    <message>
+        <source> (may differ in a run)</source>
+        <translation> (kann in einem Lauf anders sein)</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::PathField</name>
     <message>
         <source>Choose a folder</source>
@@ -2646,6 +2934,29 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::TextDialogs</name>
+    <message>
+        <source>%1: help</source>
+        <translation>%1: Hilfe</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>What it does</source>
+        <translation>Was sie tut</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Taste</translation>
+    </message>
+    <message>
+        <source>Keyboard</source>
+        <translation>Tastatur</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::TimeParametersPanel</name>
     <message>
         <source>%1 (unknown)</source>
@@ -2797,6 +3108,26 @@
     <message>
         <source>The number of the row</source>
         <translation>Die Nummer der Zeile</translation>
+    </message>
+    <message>
+        <source>the input has none.</source>
+        <translation>die Eingabe hat keine.</translation>
+    </message>
+    <message>
+        <source>those of the input have not arrived.</source>
+        <translation>die der Eingabe sind noch nicht da.</translation>
+    </message>
+    <message>
+        <source>the input of the action is not known.</source>
+        <translation>die Eingabe der Aktion ist nicht bekannt.</translation>
+    </message>
+    <message>
+        <source>No rows yet: %1</source>
+        <translation>Noch keine Zeilen: %1</translation>
+    </message>
+    <message>
+        <source>With the samples of the variables, the result is %1.</source>
+        <translation>Mit den Beispielwerten der Variablen ist das Ergebnis %1.</translation>
     </message>
 </context>
 <context>

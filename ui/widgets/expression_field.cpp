@@ -3,18 +3,17 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QTimer>
 #include <QVBoxLayout>
 
 #include "host/widgets/icon_button.h"
-#include "host/widgets/info_line.h"
 #include "ui/language/call_tip.h"
 #include "ui/language/formula_service.h"
 #include "ui/widgets/call_tip_window.h"
 #include "ui/widgets/completion_popup.h"
 #include "ui/widgets/expression_completion.h"
 #include "ui/widgets/expression_editor.h"
+#include "ui/widgets/expression_verdict.h"
 #include "ui/widgets/history_keys.h"
 #include "ui/widgets/part_value_tip.h"
 #include "ui/widgets/value_strip.h"
@@ -34,6 +33,15 @@ constexpr char kRefusedStyle[] =
 // What an expression is before the user has written one.
 constexpr char kDefaultExpression[] = "1";
 
+// A menu of the field takes the focus for a moment; editing goes on after it.
+bool isInMenuOf(const QWidget& field) {
+  const QWidget* widget = QApplication::activePopupWidget();
+  while (widget != nullptr && widget != &field) {
+    widget = widget->parentWidget();
+  }
+  return widget != nullptr;
+}
+
 }  // namespace
 
 class ExpressionField::Parts : public QObject {
@@ -43,11 +51,11 @@ class ExpressionField::Parts : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   ExpressionEditor& editor() { return *m_editor; }
-  ValueStrip& values() { return *m_values; }
-  HistoryKeys& history() { return *m_history; }
   const FormulaAnswer& answer() const { return m_answer; }
   void setFormula(const Formula& formula);
   void setRefused(bool isRefused);
+  void setHistoryKey(const QString& key);
+  void setValuesShown(bool isShown) { m_values->setVisible(isShown); }
 
  private:
   void layOut();
@@ -56,7 +64,9 @@ class ExpressionField::Parts : public QObject {
   void textChanged();
   void ask();
   void take(const FormulaAnswer& answer);
-  void showVerdict();
+  // The answer is about the text as it is.
+  bool isAnswered() const;
+  void finishEditing();
   void fix();
   void apply(const QuickFix& fix);
   void followTyping(const QString& text);
@@ -68,7 +78,7 @@ class ExpressionField::Parts : public QObject {
   ExpressionField& m_field;
   FormulaService* m_service;
   ExpressionEditor* m_editor;
-  InfoLine* m_verdict;
+  ExpressionVerdict* m_verdict;
   IconButton* m_historyButton;
   ValueStrip* m_values;
   CallTipWindow* m_callTip;
@@ -77,6 +87,7 @@ class ExpressionField::Parts : public QObject {
   QTimer m_rest;
   Formula m_formula;
   FormulaAnswer m_answer;
+  QString m_answeredExpression;
   quint64 m_askedVersion = 0;  // 0: the text has changed since the latest question
   bool m_isFixWanted = false;  // as soon as the answer is there
   bool m_isRefused = false;
@@ -86,9 +97,10 @@ ExpressionField::Parts::Parts(ExpressionField& field)
     : m_field(field),
       m_service(new FormulaService(&field)),
       m_editor(new ExpressionEditor(&field)),
-      m_verdict(new InfoLine(&field)),
-      m_historyButton(
-          new IconButton(IconName::history, tr("Earlier expressions (Alt+Up, Alt+Down)"), &field)),
+      m_verdict(new ExpressionVerdict(&field)),
+      m_historyButton(new IconButton(IconName::history,
+                                     ExpressionField::tr("Earlier expressions (Alt+Up, Alt+Down)"),
+                                     &field)),
       m_values(new ValueStrip(&field)),
       m_callTip(new CallTipWindow(&field)),
       m_completion(new ExpressionCompletion(*m_editor, &field)),
@@ -114,7 +126,6 @@ void ExpressionField::Parts::layOut() {
   layout->addWidget(m_editor, 1);
   layout->addLayout(below);
   layout->addWidget(m_values);
-  m_verdict->setReservedLines(2);
   m_field.setFocusProxy(m_editor);
 }
 
@@ -130,28 +141,26 @@ void ExpressionField::Parts::connectEditor() {
     const WordAt word = wordAt(m_editor->expression(), m_editor->textCursor().position());
     emit m_field.helpWanted(word.text);
   });
-  connect(m_editor, &KPlainTextEdit::editingFinished, this, [this] {
-    m_history->add(m_editor->expression());
-    m_completion->setUses(m_history->history().nameCounts());
-    emit m_field.editingFinished();
-  });
+  connect(m_editor, &KPlainTextEdit::editingFinished, this, &Parts::finishEditing);
   connect(m_completion, &ExpressionCompletion::columnWanted, &m_field,
           &ExpressionField::columnWanted);
   connect(m_completion, &ExpressionCompletion::callInserted, this, &Parts::showCallTip);
   connect(m_completion, &ExpressionCompletion::moved, this, &Parts::separateWindows);
-  connect(m_verdict, &InfoLine::linkActivated, this, [this](const QString& id) {
-    const auto index = id.toULongLong();
-    if (m_askedVersion == m_answer.version && index < m_answer.fixes.size()) {
-      apply(m_answer.fixes[index]);
-    }
-  });
+  connect(m_verdict, &ExpressionVerdict::fixChosen, this, &Parts::apply);
 }
 
 bool ExpressionField::Parts::eventFilter(QObject* watched, QEvent* event) {
   if (watched != m_editor) {
+    // The window moves, and what belongs to the cursor would stay behind.
+    if (event->type() == QEvent::Move || event->type() == QEvent::Resize) {
+      closeWindows();
+    }
     return QObject::eventFilter(watched, event);
   }
   switch (event->type()) {
+    case QEvent::Show:
+      m_field.window()->installEventFilter(this);
+      break;
     case QEvent::ShortcutOverride:
       // Esc closes the windows here before it closes the editor's own.
       if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape &&
@@ -182,6 +191,20 @@ bool ExpressionField::Parts::eventFilter(QObject* watched, QEvent* event) {
       break;
   }
   return QObject::eventFilter(watched, event);
+}
+
+void ExpressionField::Parts::finishEditing() {
+  if (isInMenuOf(m_field)) {
+    return;
+  }
+  m_history->add(m_editor->expression());
+  m_completion->setUses(m_history->history().nameCounts());
+  emit m_field.editingFinished();
+}
+
+void ExpressionField::Parts::setHistoryKey(const QString& key) {
+  m_history->setKey(key);
+  m_completion->setUses(m_history->history().nameCounts());
 }
 
 void ExpressionField::Parts::setFormula(const Formula& formula) {
@@ -215,14 +238,19 @@ void ExpressionField::Parts::ask() {
   m_askedVersion = m_service->ask(currentFormula());
 }
 
+bool ExpressionField::Parts::isAnswered() const {
+  return m_answer.version != 0 && m_editor->expression() == m_answeredExpression;
+}
+
 void ExpressionField::Parts::take(const FormulaAnswer& answer) {
   // About a text that has changed since.
   if (answer.version != m_askedVersion) {
     return;
   }
   m_answer = answer;
+  m_answeredExpression = m_editor->expression();
   m_editor->setFault(answer.faultStart, answer.faultSize);
-  showVerdict();
+  m_verdict->setAnswer(answer);
   m_values->setAnswer(currentFormula(), answer);
   emit m_field.answered(answer);
   if (std::exchange(m_isFixWanted, false)) {
@@ -230,37 +258,8 @@ void ExpressionField::Parts::take(const FormulaAnswer& answer) {
   }
 }
 
-void ExpressionField::Parts::showVerdict() {
-  Severity severity = Severity::success;
-  if (m_answer.check.kind == ExpressionCheck::Kind::error || !m_answer.isComplete) {
-    severity = Severity::error;
-  } else if (m_answer.check.kind == ExpressionCheck::Kind::warning) {
-    severity = Severity::warning;
-  }
-  QStringList lines;
-  if (!m_answer.message.isEmpty()) {
-    lines += m_answer.message;
-  }
-  if (m_answer.check.isCompiled()) {
-    QStringList result;
-    if (!m_answer.resultType.isEmpty()) {
-      result += tr("Result: %1").arg(m_answer.resultType);
-    }
-    if (!m_answer.engine.isEmpty()) {
-      result += m_answer.engine;
-    }
-    lines += result.join(QStringLiteral(" \u00b7 "));
-  }
-  std::vector<InfoLink> links;
-  for (std::size_t i = 0; i < m_answer.fixes.size(); ++i) {
-    links.push_back({QString::number(i), m_answer.fixes[i].label});
-  }
-  m_verdict->setMessage(severity, lines.join(u'\n'), links);
-  m_verdict->setToolTip(links.empty() ? QString() : tr("Alt+Enter makes the change"));
-}
-
 void ExpressionField::Parts::fix() {
-  if (m_askedVersion == 0 || m_answer.version != m_askedVersion) {
+  if (!isAnswered()) {
     m_isFixWanted = true;
     if (m_askedVersion == 0) {
       m_rest.stop();
@@ -268,25 +267,13 @@ void ExpressionField::Parts::fix() {
     }
     return;
   }
-  if (m_answer.fixes.size() == 1) {
-    apply(m_answer.fixes.front());
-    return;
-  }
-  if (m_answer.fixes.empty()) {
-    return;
-  }
-  auto* menu = new QMenu(&m_field);
-  menu->setAttribute(Qt::WA_DeleteOnClose);
-  for (const QuickFix& fix : m_answer.fixes) {
-    QString label = fix.label;
-    QAction* action = menu->addAction(label.replace(u'&', QStringLiteral("&&")));
-    connect(action, &QAction::triggered, this, [this, fix] { apply(fix); });
-  }
-  menu->setActiveAction(menu->actions().front());
-  menu->popup(m_editor->characterOnScreen(m_editor->textCursor().position()).bottomLeft());
+  m_verdict->chooseFix(m_editor->characterOnScreen(m_editor->textCursor().position()).bottomLeft());
 }
 
 void ExpressionField::Parts::apply(const QuickFix& fix) {
+  if (!isAnswered()) {
+    return;
+  }
   m_editor->setFocus(Qt::OtherFocusReason);
   m_editor->replace(fix.start, fix.size, fix.replacement, fix.start + fix.replacement.size());
   if (!fix.columnToBind.isEmpty()) {
@@ -395,11 +382,11 @@ void ExpressionField::showPart(qsizetype start, qsizetype size) {
 }
 
 void ExpressionField::setValuesShown(bool isShown) {
-  m_parts->values().setVisible(isShown);
+  m_parts->setValuesShown(isShown);
 }
 
 void ExpressionField::setHistoryKey(const QString& key) {
-  m_parts->history().setKey(key);
+  m_parts->setHistoryKey(key);
 }
 
 }  // namespace kelvarin

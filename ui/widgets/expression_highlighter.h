@@ -1,8 +1,8 @@
 // Colours an expression while it is typed.
 //
-// The whole expression is cut once a change, and only blocks whose colours differ are laid out anew.
-// Qt's own highlighter keeps a format for each character, which takes most of the time that a key
-// has in a long expression.
+// The whole expression is cut once a change, and only blocks whose colours differ are laid out
+// anew. Qt's own highlighter keeps a format for each character, which takes most of the time that a
+// key has in a long expression.
 // Threads: the user-interface thread.
 #pragma once
 

@@ -1,5 +1,5 @@
-// The editor of an expression: it remembers its cursor while it has no focus, and reports the end of
-// editing.
+// The editor of an expression: it remembers its cursor while it has no focus, and reports the end
+// of editing.
 #pragma once
 
 #include "ui/widgets/zoom_plain_text_edit.h"

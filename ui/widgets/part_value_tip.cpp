@@ -1,6 +1,5 @@
 #include "ui/widgets/part_value_tip.h"
 
-#include <QCoreApplication>
 #include <QToolTip>
 
 #include "ui/language/formula_service.h"
@@ -66,24 +65,22 @@ void PartValueTip::showAnswer(const PartAnswer& answer) {
 }
 
 QString partValueText(const QString& expression, const PartAnswer& answer) {
-  const auto text = [](const char* source) {
-    return QCoreApplication::translate("PartValueTip", source);
-  };
   if (answer.size <= 0) {
     return {};
   }
   const QString part = shortened(expression.mid(answer.start, answer.size));
   QString line;
   if (!answer.value.failure.isEmpty()) {
-    line = text("%1: %2").arg(part, answer.value.failure);
+    line = PartValueTip::tr("%1: %2").arg(part, answer.value.failure);
   } else {
     const QString value = shownValue(answer.value.value).text;
     line = answer.isRowKnown
-               ? text("%1 = %2 in row %3").arg(part, value, QString::number(answer.value.row))
-               : text("%1 = %2 with the samples of the variables").arg(part, value);
+               ? PartValueTip::tr("%1 = %2 in row %3")
+                     .arg(part, value, QString::number(answer.value.row))
+               : PartValueTip::tr("%1 = %2 with the samples of the variables").arg(part, value);
   }
   if (answer.mayDiffer) {
-    line += text(" (may differ in a run)");
+    line += PartValueTip::tr(" (may differ in a run)");
   }
   // A sign such as < must not be read as the markup of a tool tip.
   return QStringLiteral("<p style='white-space:pre'>%1</p>").arg(line.toHtmlEscaped());

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include <QCoreApplication>
 #include <QEvent>
 #include <QHeaderView>
 #include <QLabel>
@@ -99,6 +98,15 @@ ValueStripModel::Cell ValueStripModel::resultOf(long long row, const FormulaAnsw
   return {shownValue(found->value)};
 }
 
+// Nulls in a column of numbers stand where the numbers do.
+int ValueStripModel::alignmentOf(std::size_t column) const {
+  const bool hasNumbers =
+      std::any_of(m_rows.begin(), m_rows.end(), [column](const std::vector<Cell>& row) {
+        return row[column].value.kind == ShownValue::Kind::number;
+      });
+  return int(Qt::AlignVCenter) | int(hasNumbers ? Qt::AlignRight : Qt::AlignLeft);
+}
+
 int ValueStripModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
 }
@@ -116,8 +124,7 @@ QVariant ValueStripModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole:
       return cell.value.whole;
     case Qt::TextAlignmentRole:
-      return int(Qt::AlignVCenter) |
-             int(cell.value.kind == ShownValue::Kind::number ? Qt::AlignRight : Qt::AlignLeft);
+      return alignmentOf(static_cast<std::size_t>(index.column()));
     case kValueKindRole:
       return static_cast<int>(cell.value.kind);
     case Qt::DecorationRole:
@@ -128,6 +135,9 @@ QVariant ValueStripModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant ValueStripModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (role == Qt::TextAlignmentRole && orientation == Qt::Horizontal) {
+    return alignmentOf(static_cast<std::size_t>(section));
+  }
   if (role != Qt::DisplayRole) {
     return {};
   }
@@ -195,23 +205,20 @@ void ValueStrip::fitHeight() {
 }
 
 QString noteWithoutRows(const Formula& formula, const FormulaAnswer& answer) {
-  const auto text = [](const char* source) {
-    return QCoreApplication::translate("ValueStrip", source);
-  };
   if (hasRows(formula)) {
     return {};
   }
   QString why = formula.columns.whyUnknown;
   if (formula.columns.isKnown && formula.rows != nullptr) {
-    why = text("the input has none.");
+    why = ValueStrip::tr("the input has none.");
   } else if (formula.columns.isKnown) {
-    why = text("those of the input have not arrived.");
+    why = ValueStrip::tr("those of the input have not arrived.");
   } else if (why.isEmpty()) {
-    why = text("the input of the action is not known.");
+    why = ValueStrip::tr("the input of the action is not known.");
   }
-  QString note = text("No rows yet: %1").arg(why);
+  QString note = ValueStrip::tr("No rows yet: %1").arg(why);
   if (answer.check.value) {
-    note += u' ' + text("With the samples of the variables, the result is %1.")
+    note += u' ' + ValueStrip::tr("With the samples of the variables, the result is %1.")
                        .arg(shownValue(*answer.check.value).text);
   }
   return note;

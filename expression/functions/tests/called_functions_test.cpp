@@ -32,6 +32,22 @@ TEST(CalledFunctions, OnlyWhatTheStringParserKnowsIsShownStepByStep) {
   ASSERT_TRUE(call);
   EXPECT_EQ(call->start, 12u);
   EXPECT_EQ(call->size, 6u);
+  EXPECT_EQ(debuggableSpelling(u"isNuLL").toStdString(), "isNull");
+  EXPECT_EQ(debuggableSpelling(u"nothing").toStdString(), "");
+}
+
+// The help says which functions are random or read files.
+TEST(CalledFunctions, AreFoundByWhatTheyDependOn) {
+  for (const FunctionLine& line : functionTable()) {
+    const bool isRandom = QLatin1String(line.help).contains(QLatin1String("random"));
+    EXPECT_EQ(line.source == Source::randomNumbers, isRandom) << line.name;
+    const bool isOfFile = QLatin1String(line.help).contains(QLatin1String("file"));
+    EXPECT_EQ(line.source == Source::files, isOfFile) << line.name;
+  }
+  EXPECT_FALSE(callOf(Source::files, "strlen(\"load(x)\") + load"));
+  const auto call = callOf(Source::files, "strlen(load(s))");
+  ASSERT_TRUE(call);
+  EXPECT_EQ(call->start, 7u);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <QCoreApplication>
 
+#include "host/widgets/texts_of_qt.h"
 #include "host/widgets/translation.h"
 
 namespace kelvarin {
@@ -27,6 +28,15 @@ TEST(Translation, StaysEnglishForThoseWhoReadItFirst) {
     const Translation translation(languages);
     EXPECT_EQ(translation.language(), "en");
     EXPECT_EQ(searchLabel(), "Search");
+  }
+}
+
+TEST(Translation, HasTheTextsOfQtThatWindowsShow) {
+  const Translation german({"de"});
+  for (const auto& [context, text] : kTextsOfQt) {
+    const QString source = QString::fromLatin1(text).remove(u'&');
+    const QString shown = QCoreApplication::translate(context, text).remove(u'&');
+    EXPECT_TRUE(shown != source || source == u"OK") << context << ": " << text;
   }
 }
 

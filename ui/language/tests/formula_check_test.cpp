@@ -77,6 +77,9 @@ TEST(FormulaCheck, PlacesFaultsAndOffersFixes) {
       {"ifnull(x, 0)", 0, 6, "nvl(x, 0)", ""},
       {"2 * flor(x)", 4, 4, "2 * floor(x)", ""},
       {"x * unit_price", 4, 10, "x * unit_price", "unit price"},
+      {"1 + unit price", 4, 4, "1 + unit_price", "unit price"},
+      {"1,5 * x", 1, 1, "1.5 * x", ""},
+      {"s == 'one'", 5, 5, "s == \"one\"", ""},
       {"(x + 1", 5, 1, "(x + 1)", ""},
       {"s // \"abc", 5, 4, "s // \"abc\"", ""},
       {"x + * 2", 4, 1, "", ""},
@@ -111,6 +114,11 @@ TEST(FormulaCheck, WarnsAndSaysWhatCannotBeShown) {
   ASSERT_TRUE(native.debuggerFix);
   EXPECT_EQ(applied("isNuLL(x)", *native.debuggerFix), "isNull(x)");
   EXPECT_TRUE(native.debuggerNote.contains(QLatin1String("isNull")));
+
+  Formula clock = formulaOf(QStringLiteral("_now - x"));
+  EXPECT_TRUE(checked(clock).message.contains(QLatin1String("add '_now' as input var")));
+  clock.options.time.addNow = true;
+  EXPECT_TRUE(checked(clock).check.isCompiled());
 
   Formula gone = formulaOf(QStringLiteral("x + 1"));
   gone.columns.columns.erase(gone.columns.columns.begin());

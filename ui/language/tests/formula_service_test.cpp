@@ -1,28 +1,19 @@
 #include "ui/language/formula_service.h"
 
+#include <atomic>
 #include <future>
 
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 
 #include "ui/language/tests/formula_fixture.h"
+#include "ui/language/tests/wait_for.h"
 
 namespace kelvarin {
 namespace {
 
 using std::chrono::milliseconds;
-
-// Handles events until the condition holds; false after ten seconds.
-template <typename Condition>
-bool waitFor(Condition condition) {
-  const QDeadlineTimer deadline(std::chrono::seconds(10));
-  while (!condition() && !deadline.hasExpired()) {
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
-  }
-  return condition();
-}
 
 TEST(FormulaService, AnswersTheNewestQuestionOfAKind) {
   FormulaService service;
@@ -56,7 +47,8 @@ class BoundedWorkerTest : public testing::Test {
   }
 
   BoundedWorker::Job stuckJob() {
-    return {[gate = m_open](bool) -> std::function<void()> {
+    return {[this, gate = m_open](bool) -> std::function<void()> {
+              m_isStuck = true;
               gate.wait();
               return [] { FAIL() << "a job that was given up is shown"; };
             },
@@ -71,6 +63,7 @@ class BoundedWorkerTest : public testing::Test {
 
   std::promise<void> m_gate;
   std::shared_future<void> m_open = m_gate.get_future().share();
+  std::atomic<bool> m_isStuck = false;
   int m_givenUp = 0;
   int m_done = 0;
   int m_careful = 0;
@@ -94,7 +87,7 @@ TEST_F(BoundedWorkerTest, LeavesAStuckJobBehindAndGoesOn) {
 TEST_F(BoundedWorkerTest, GoesWithoutWaitingForAStuckJob) {
   auto worker = std::make_unique<BoundedWorker>(milliseconds(100));
   worker->run(0, stuckJob());
-  QCoreApplication::processEvents();
+  ASSERT_TRUE(waitFor([&] { return m_isStuck.load(); }));
   const auto start = std::chrono::steady_clock::now();
   worker.reset();
   EXPECT_LT(std::chrono::steady_clock::now() - start, milliseconds(500));

@@ -1,38 +1,100 @@
 #include "ui/language/input_rows.h"
 
+#include <cstddef>
+#include <thread>
+
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
-#include <QSettings>
 
-#include "ui/language/expression_history.h"
+#include "host/contract/host_services.h"
+#include "host/testing/recording_host.h"
+#include "ui/language/shown_value.h"
 #include "ui/language/tests/formula_fixture.h"
+#include "ui/language/tests/wait_for.h"
 
 namespace kelvarin {
 namespace {
 
-TEST(ExpressionHistory, KeepsTheLatestAndTheStarred) {
-  QSettings().clear();
-  ExpressionHistory history(QStringLiteral("Filter"));
-  for (int i = 0; i < 60; ++i) {
-    history.add(QStringLiteral("x + ") + QString::number(i));
-    history.setStarred(QStringLiteral("x + 3"), true);
-  }
-  history.add(QStringLiteral("x + 20"));
-  history.add(QStringLiteral("  "));
-  history.add(QStringLiteral("1"));
-  const ExpressionHistory again(QStringLiteral("Filter"));
-  EXPECT_EQ(again.entries(), history.entries());
-  ASSERT_EQ(again.entries().size(), ExpressionHistory::kMaxEntries + 1);
-  EXPECT_EQ(again.entries()[0].expression.toStdString(), "x + 20");
-  EXPECT_EQ(again.entries()[1].expression.toStdString(), "x + 59");
-  EXPECT_EQ(again.entries().back(), (ExpressionHistory::Entry{QStringLiteral("x + 3"), true}));
-  EXPECT_EQ(again.nameCounts().value(QStringLiteral("x")), 51);
-  EXPECT_TRUE(ExpressionHistory(QStringLiteral("Other")).entries().empty());
+// A host whose answers the test sends, each from a thread of its own.
+class RowsHost : public testing::RecordingHost {
+ public:
+  class Request : public RowsRequest {
+   public:
+    explicit Request(int& cancelled) : m_cancelled(cancelled) {}
+    void cancel() override { ++m_cancelled; }
 
-  history.setStarred(QStringLiteral("x + 3"), false);
-  EXPECT_EQ(history.entries().size(), ExpressionHistory::kMaxEntries);
+   private:
+    int& m_cancelled;
+  };
+
+  std::unique_ptr<RowsRequest> requestRows(const ActionItem&, int, bool, long long,
+                                           std::shared_ptr<RowsReceiver> receiver) override {
+    m_receivers.push_back(std::move(receiver));
+    return m_isAble ? std::make_unique<Request>(m_cancelled) : nullptr;
+  }
+  PinColumns columnsOfInputPin(const ActionItem&, int) override {
+    PinColumns columns;
+    columns.whyUnknown = QStringLiteral("nothing is linked");
+    return columns;
+  }
+
+  void send(std::size_t request, RowsReceiver::End end, int batches) {
+    std::thread([&] {
+      RowsReceiver& receiver = *m_receivers[request];
+      receiver.columnsArrived(threeRows()->columns());
+      for (int i = 0; i < batches; ++i) {
+        receiver.rowsArrived(threeRows());
+      }
+      receiver.rowsEnded(end, QStringLiteral("the file is gone"));
+    }).join();
+  }
+
+  bool m_isAble = true;
+  int m_cancelled = 0;
+  std::vector<std::shared_ptr<RowsReceiver>> m_receivers;
+};
+
+// The host above asks nothing of the action.
+const ActionItem& anyAction() {
+  alignas(std::max_align_t) static const std::byte memory{};
+  return reinterpret_cast<const ActionItem&>(memory);
+}
+
+TEST(InputRows, TakesTheNewestAnswerOnly) {
+  RowsHost host;
+  auto rows = std::make_unique<InputRows>(anyAction(), 0);
+  EXPECT_TRUE(rows->isBusy());
+  host.send(0, RowsReceiver::End::complete, 2);
+  ASSERT_TRUE(waitFor([&] { return !rows->isBusy(); }));
+  ASSERT_NE(rows->rows(), nullptr);
+  EXPECT_EQ(rows->rows()->rowCount(), 6U);
+  EXPECT_EQ(shownValue(*rows->rows(), 5, 1).whole.toStdString(), " three ");
+
+  rows->refresh();
+  EXPECT_EQ(host.m_cancelled, 1);
+  host.send(0, RowsReceiver::End::complete, 1);  // of the request before
+  host.send(1, RowsReceiver::End::failed, 0);
+  EXPECT_EQ(rows->rows()->rowCount(), 6U);  // until the new ones come
+  ASSERT_TRUE(waitFor([&] { return !rows->isBusy(); }));
+  EXPECT_EQ(rows->rows(), nullptr);
+  EXPECT_EQ(rows->columns().whyUnknown.toStdString(), "the file is gone");
+
+  rows->refresh();
+  host.send(2, RowsReceiver::End::complete, 1);
+  rows.reset();
+  host.send(2, RowsReceiver::End::complete, 1);
+  QCoreApplication::processEvents();  // nothing is called any more
+  EXPECT_EQ(host.m_cancelled, 3);
+}
+
+TEST(InputRows, SaysWhyNothingIsKnown) {
+  RowsHost host;
+  host.m_isAble = false;
+  const InputRows rows(anyAction(), 0);
+  EXPECT_FALSE(rows.isBusy());
+  EXPECT_FALSE(rows.columns().isKnown);
+  EXPECT_EQ(rows.columns().whyUnknown.toStdString(), "nothing is linked");
 }
 
 }  // namespace

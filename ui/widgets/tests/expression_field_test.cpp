@@ -9,12 +9,14 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextBlock>
 #include <QToolTip>
 #include <QVBoxLayout>
 
+#include "host/widgets/icon_button.h"
 #include "host/widgets/info_line.h"
 #include "ui/language/formula_service.h"
 #include "ui/widgets/call_tip_window.h"
@@ -53,6 +55,7 @@ Formula formulaOf(int extraColumns = 0) {
 class ExpressionFieldTest : public ::testing::Test {
  protected:
   ExpressionFieldTest() : m_field(&m_window), m_other(&m_window) {
+    QSettings().clear();
     auto* layout = new QVBoxLayout(&m_window);
     layout->addWidget(&m_field);
     layout->addWidget(&m_other);
@@ -294,6 +297,51 @@ TEST_F(ExpressionFieldTest, TheHistoryGoesBackAndReturnsToWhatWasTyped) {
   EXPECT_EQ(text(), "3");
   editor()->undo();
   EXPECT_EQ(text(), "2 + 2") << "each step is one for undo";
+}
+
+TEST_F(ExpressionFieldTest, TheMenuOfTheHistoryStarsTheExpression) {
+  m_field.setHistoryKey(QStringLiteral("expression_field_test_stars"));
+  m_field.setExpression(QStringLiteral("price && 1"));
+  auto* button = m_field.findChild<IconButton*>();
+  const auto filled = [&] {
+    emit button->menu()->aboutToShow();
+    return button->menu()->actions();
+  };
+  const QString offered = filled().front()->text();
+  filled().front()->trigger();
+  EXPECT_NE(filled().front()->text(), offered) << "now the star can be removed";
+  EXPECT_EQ(filled().back()->text(), QStringLiteral("price &&&& 1")) << "no mnemonic";
+  filled().front()->trigger();
+  EXPECT_EQ(filled().front()->text(), offered);
+}
+
+TEST_F(ExpressionFieldTest, AMenuOfTheFieldIsNoEndOfEditing) {
+  QSignalSpy finished(&m_field, &ExpressionField::editingFinished);
+  QMenu own(&m_field);
+  own.addAction(QStringLiteral("own"));
+  own.popup(m_field.mapToGlobal(QPoint()));
+  own.close();
+  EXPECT_EQ(finished.count(), 0);
+  QMenu foreign(&m_window);
+  foreign.addAction(QStringLiteral("foreign"));
+  foreign.popup(m_field.mapToGlobal(QPoint()));
+  foreign.close();
+  EXPECT_EQ(finished.count(), 1);
+}
+
+TEST_F(ExpressionFieldTest, EachControlHasANameAndIsReachedByTab) {
+  answerNow(faultAnswer(nextVersion()));
+  int count = 0;
+  for (QWidget* widget = m_field.nextInFocusChain(); widget != &m_field;
+       widget = widget->nextInFocusChain()) {
+    if (!m_field.isAncestorOf(widget) || !widget->isVisible() ||
+        !(widget->focusPolicy() & Qt::TabFocus)) {
+      continue;
+    }
+    ++count;
+    EXPECT_FALSE(widget->accessibleName().isEmpty()) << widget->metaObject()->className();
+  }
+  EXPECT_GE(count, 3) << "the editor, the links of the verdict, the history";
 }
 
 TEST_F(ExpressionFieldTest, TheStyleSheetsAreExactAndKeepTheZoom) {
