@@ -149,8 +149,8 @@ ShownText verificationText(const GelVerification& verification, bool isComplete)
                            .arg(rowsText(verification.rows), blocksText(verification.blocks));
   if (verification.damages > 0) {
     const QString damage =
-        words(QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts", "%2: %1 damaged place."),
-              QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts", "%2: %1 damaged places."),
+        words(QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts", "%2: %1 damaged position."),
+              QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts", "%2: %1 damaged positions."),
               verification.damages);
     return {Severity::error,
             damage.arg(read) + u' ' +

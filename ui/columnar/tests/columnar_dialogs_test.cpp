@@ -328,7 +328,7 @@ TEST_F(ReadDialogTest, VerifiesAndSalvages) {
   EXPECT_TRUE(dialog->findChild<QPlainTextEdit*>(QStringLiteral("damages"))
                   ->toPlainText()
                   .contains("column 'name'"));
-  EXPECT_TRUE(dialog->findChild<InfoLine*>()->text().contains("1 damaged place"));
+  EXPECT_TRUE(dialog->findChild<InfoLine*>()->text().contains("1 damaged position"));
   dialog->close();
   EXPECT_TRUE(QTest::qWaitFor([&] { return m_editor->findChild<TableWorkDialog*>() == nullptr; }));
 
