@@ -1882,11 +1882,11 @@
         <translation>%1 in %2 geprüft</translation>
     </message>
     <message>
-        <source>%2: %1 damaged place.</source>
+        <source>%2: %1 damaged position.</source>
         <translation>%2: %1 beschädigte Stelle.</translation>
     </message>
     <message>
-        <source>%2: %1 damaged places.</source>
+        <source>%2: %1 damaged positions.</source>
         <translation>%2: %1 beschädigte Stellen.</translation>
     </message>
     <message>
@@ -2897,7 +2897,7 @@
         <translation>Fortschritt</translation>
     </message>
     <message>
-        <source>Damaged places</source>
+        <source>Damaged positions</source>
         <translation>Beschädigte Stellen</translation>
     </message>
     <message>
@@ -2921,7 +2921,7 @@
         <translation>Jeder Block und jeder Wert von &apos;%1&apos; wird geprüft.</translation>
     </message>
     <message>
-        <source>%1 more damaged places are not listed.</source>
+        <source>%1 more damaged positions are not listed.</source>
         <translation>%1 weitere beschädigte Stellen sind nicht aufgeführt.</translation>
     </message>
     <message>
