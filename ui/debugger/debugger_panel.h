@@ -8,6 +8,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include <QStringList>
@@ -78,7 +79,8 @@ class DebuggerPanel : public QWidget {
   void addKey(const QKeySequence& key, const std::function<void()>& act);
 
   void startOrStop();
-  bool start();
+  // With the rules of the panel, or stepping.
+  void start(const std::optional<DebugRules>& rules);
   void stop();
   void startOrGoOn();
   void runTo();
