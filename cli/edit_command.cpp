@@ -1,10 +1,8 @@
 // `kelvarin edit`: the property editors of a graph's actions in a window, which a library of its
 // own brings along.
 #include <cstdio>
-#include <filesystem>
 
-#include <dlfcn.h>
-
+#include "base/sibling_library.h"
 #include "cli/commands.h"
 #include "cli/graph_run.h"
 #include "cli/messages.h"
@@ -22,15 +20,6 @@ struct EditArguments {
   std::vector<std::string> settings;
   int closeAfterMilliseconds = -1;
 };
-
-// It lies beside KelvarinCore.
-std::string pathOfLibrary() {
-  Dl_info core{};
-  dladdr(reinterpret_cast<const void*>(&MainUI::kelvarinID), &core);
-  return std::filesystem::path(core.dli_fname == nullptr ? "" : core.dli_fname)
-      .replace_filename(kGuiLibrary)
-      .string();
-}
 
 ExitStatus fail(const QString& text, ExitStatus status = ExitStatus::failed) {
   std::fprintf(stderr, "error: %s\n", qUtf8Printable(text));
@@ -52,16 +41,16 @@ ExitStatus edit(const EditArguments& arguments, const ProgramArguments& program)
   }
   request.closeAfterMilliseconds = arguments.closeAfterMilliseconds;
 
-  const std::string path = pathOfLibrary();
-  void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-  void* function = library == nullptr ? nullptr : dlsym(library, kEditFunction);
-  if (function == nullptr) {
-    return fail(program_messages::windowsNotLoaded(QString::fromStdString(path),
-                                                   QString::fromLocal8Bit(dlerror())));
+  // It lies beside KelvarinCore.
+  const auto path = siblingLibrary(reinterpret_cast<const void*>(&MainUI::kelvarinID), kGuiLibrary);
+  const auto function = functionOfLibrary(path, kEditFunction);
+  if (!function) {
+    return fail(program_messages::windowsNotLoaded(
+        QString::fromStdString(path), QString::fromLocal8Bit(function.error().c_str())));
   }
   program.endApplication();
   return static_cast<ExitStatus>(
-      reinterpret_cast<EditFunction>(function)(1, program.argv, request));
+      reinterpret_cast<EditFunction>(*function)(1, program.argv, request));
 }
 
 }  // namespace

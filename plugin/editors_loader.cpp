@@ -1,12 +1,10 @@
 #include "plugin/editors_loader.h"
 
-#include <filesystem>
 #include <string>
-
-#include <dlfcn.h>
 
 #include "actions/frame/editors_library.h"
 #include "actions/frame/messages.h"
+#include "base/sibling_library.h"
 #include "host/contract/main_ui.h"
 #include "host/contract/screen.h"
 
@@ -14,27 +12,18 @@ namespace kelvarin {
 
 namespace {
 
-std::string pathOfLibrary() {
-  Dl_info plugin{};
-  dladdr(reinterpret_cast<const void*>(&pathOfLibrary), &plugin);
-  return std::filesystem::path(plugin.dli_fname == nullptr ? "" : plugin.dli_fname)
-      .replace_filename(kEditorsLibrary)
-      .string();
-}
-
-// The library stays open until the process ends: editors, and what they put into actions, are its
-// code.
+// What editors put into actions is their code, so the library stays open.
 CreateEditorFunction loadLibrary() {
-  const std::string path = pathOfLibrary();
-  void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-  void* function = library == nullptr ? nullptr : dlsym(library, kCreateEditorFunction);
-  if (function == nullptr) {
-    const char* reason = dlerror();
-    MainUI::addLog(LogLevel::error,
-                   action_messages::editorsNotLoaded(QString::fromLocal8Bit(path.c_str()),
-                                                     QString::fromLocal8Bit(reason)));
+  const std::string path =
+      siblingLibrary(reinterpret_cast<const void*>(&loadLibrary), kEditorsLibrary);
+  const auto function = functionOfLibrary(path, kCreateEditorFunction);
+  if (!function) {
+    MainUI::addLog(LogLevel::error, action_messages::editorsNotLoaded(
+                                        QString::fromLocal8Bit(path.c_str()),
+                                        QString::fromLocal8Bit(function.error().c_str())));
+    return nullptr;
   }
-  return reinterpret_cast<CreateEditorFunction>(function);
+  return reinterpret_cast<CreateEditorFunction>(*function);
 }
 
 }  // namespace

@@ -126,6 +126,22 @@ ExpressionSet::MadeOutput ExpressionSet::makeOutput(const OutputVariable& variab
   return made;
 }
 
+Result<ExpressionValue, ExpressionError> ExpressionSet::evaluateOnce(const QString& expression) {
+  OutputVariable output;
+  output.expression = expression;
+  MadeOutput made = makeOutput(output, ResultUse::anyValue);
+  if (!made) {
+    return Failure{made.error()};
+  }
+  m_stringBackend->load(m_variables);
+  CompiledExpression& compiled = *(*made)->expression;
+  EvaluatedValue value;
+  if (!compiled.evaluate(value)) {
+    return Failure{compiled.error()};
+  }
+  return valueOf(value);
+}
+
 void ExpressionSet::setNumber(int input, double value) {
   const auto i = static_cast<std::size_t>(input);
   assert(kindOf(m_inputs[i]) != VariableKind::text);

@@ -71,6 +71,9 @@ class ExpressionSet {
   // The same, and the output is added where it compiles.
   ExpressionCheck checkAndAdd(const OutputVariable& output, ResultUse use = ResultUse::column);
 
+  // With the values that the variables have now, of whatever type. No output is added.
+  Result<ExpressionValue, ExpressionError> evaluateOnce(const QString& expression);
+
   int outputCount() const { return static_cast<int>(m_outputs.size()); }
   const CompiledOutput& output(int index) const {
     return *m_outputs[static_cast<std::size_t>(index)];

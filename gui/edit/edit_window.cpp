@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QScrollArea>
+#include <QSettings>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -28,6 +29,7 @@ namespace kelvarin {
 namespace {
 
 constexpr int kPictureSize = 32;
+const QString kGeometryKey = QStringLiteral("edit/geometry");
 
 }  // namespace
 
@@ -45,12 +47,14 @@ EditWindow::EditWindow(EditedGraph& graph, EditServices& services, GraphFiles& f
   connectServices();
   connect(&m_graph, &EditedGraph::changed, this, &EditWindow::showState);
   resize(1280, 800);
+  restoreGeometry(QSettings().value(kGeometryKey).toByteArray());
   showState();
   m_startPage->setSentence(tr("Reading %1 ...").arg(m_files.file()));
   m_files.load();
 }
 
 EditWindow::~EditWindow() {
+  QSettings().setValue(kGeometryKey, saveGeometry());
   closeEditor();
 }
 
@@ -109,7 +113,13 @@ void EditWindow::makePages() {
   layout->addWidget(parts, 1);
   setCentralWidget(central);
   connect(m_list, &ActionList::chosen, this, &EditWindow::openAction);
-  connect(m_log, &LogPanel::actionWanted, this, &EditWindow::openActionNamed);
+  connect(m_log, &LogPanel::actionWanted, this, [this](const LogEntry& entry) {
+    openActionNamed(entry.action);
+    const LogDetails& details = entry.details;
+    if (m_editor != nullptr && (details.position >= 0 || !details.output.isEmpty())) {
+      m_editor->showPosition(details.output, details.position);
+    }
+  });
   connect(m_faultPage, &FaultPage::reloadWanted, this, &EditWindow::reload);
 }
 

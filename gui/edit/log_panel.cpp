@@ -91,7 +91,7 @@ void LogPanel::copy() {
 void LogPanel::open(const QModelIndex& index) {
   const LogEntry& line = m_model->entry(index.row());
   if (!line.action.isEmpty()) {
-    emit actionWanted(line.action);
+    emit actionWanted(LogEntry(line));  // the log may change meanwhile
   }
 }
 

@@ -21,8 +21,8 @@ class LogPanel : public QWidget {
   LogModel& model() { return *m_model; }
 
  signals:
-  // The user opened a line about this action.
-  void actionWanted(const QString& action);
+  // The user opened a line about an action.
+  void actionWanted(const kelvarin::LogEntry& entry);
 
  private:
   void copy();

@@ -22,6 +22,9 @@ class KELVARIN_CORE UpdateClassWidget : public QWidget {
   virtual QMap<QString, QString> uncommittedState() const;
   // Commits it as if the focus had left the field.
   virtual void commit();
+  // Leads to what a line of the log is about: a position in the expression of an output, -1 where
+  // only the output is known; an empty output is the action's one expression.
+  virtual void showPosition(const QString& output, int position);
 };
 
 // Asks for a file that exists; empty when the user gave up or when there is no screen, which is

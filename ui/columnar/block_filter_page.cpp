@@ -7,12 +7,15 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QShortcut>
 #include <QSpinBox>
 #include <QToolButton>
 #include <QVBoxLayout>
 
 #include "host/widgets/icons.h"
 #include "host/widgets/info_line.h"
+#include "ui/error_dialog/expression_report.h"
+#include "ui/error_dialog/interface_math_parser_check.h"
 #include "ui/panels/time_parameters_panel.h"
 #include "ui/widgets/enhanced_table_delegate.h"
 #include "ui/widgets/k_plain_text_edit.h"
@@ -45,8 +48,15 @@ void BlockFilterPage::addExpression() {
   box->layout()->addWidget(m_field);
   box->layout()->addWidget(m_trial);
   connect(m_field, &ExpressionField::editingFinished, this, [this] {
-    m_isVerdictDue = true;
+    m_isVerdictDue = m_field->expression() != m_loaded;
     emit changed();
+  });
+  auto* check = new QShortcut(Qt::Key_F7, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+  connect(check, &QShortcut::activated, this, [this] {
+    emit changed();
+    m_isVerdictDue = true;
+    m_reported = QString();
+    setFormula();
   });
   connect(m_field, &ExpressionField::answered, this, &BlockFilterPage::takeAnswer);
   connect(m_field, &ExpressionField::helpWanted, this, &BlockFilterPage::helpWanted);
@@ -140,6 +150,7 @@ void BlockFilterPage::addColumn() {
 
 void BlockFilterPage::load(const ReadColumnarSettings& settings, const BlockFilter& filter) {
   m_isEdited = false;
+  m_loaded = filter.expression;
   m_isApplied->setChecked(settings.filterRows);
   m_blocksAhead->setValue(settings.blocksAhead);
   if (m_field->expression() != filter.expression) {
@@ -192,15 +203,30 @@ void BlockFilterPage::setFormula() {
 
 void BlockFilterPage::takeAnswer(const FormulaAnswer& answer) {
   const bool isRefused = answer.check.kind == ExpressionCheck::Kind::error;
-  if (m_isVerdictDue) {
+  if (m_isVerdictDue && m_field->expression() == m_loaded) {
     m_isVerdictDue = false;
     m_field->setRefused(isRefused);
+    if (isRefused) {
+      report(answer);
+    }
   }
   if (isRefused || !answer.isComplete) {
     m_trial->clear();
     return;
   }
   emit trialWanted();
+}
+
+void BlockFilterPage::report(const FormulaAnswer& answer) {
+  const QString expression = m_field->expression();
+  if (expression == m_reported) {
+    return;
+  }
+  m_reported = expression;
+  auto* dialog = new Interface_MathParserCheck(reportOf(expression, answer), this);
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  connect(dialog, &Interface_MathParserCheck::goThere, m_field, &ExpressionField::showPart);
+  dialog->show();
 }
 
 void BlockFilterPage::setFile(const TableSummary* summary) {

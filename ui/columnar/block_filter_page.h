@@ -45,6 +45,8 @@ class BlockFilterPage : public SettingsPage {
   void addTime();
   void setFormula();
   void takeAnswer(const FormulaAnswer& answer);
+  // Shows the fault of the expression in a dialog, once a text.
+  void report(const FormulaAnswer& answer);
   void edit();
   void addColumn();
 
@@ -60,7 +62,9 @@ class BlockFilterPage : public SettingsPage {
   TimeParametersPanel* m_time;
   QSpinBox* m_blocksAhead;
   bool m_isEdited = false;      // the variables or the time parameters
-  bool m_isVerdictDue = false;  // of a committed expression
+  bool m_isVerdictDue = false;  // of a committed expression, or one that is to be checked
+  QString m_loaded;             // the expression as the action has it
+  QString m_reported;           // the one whose fault was shown last
 };
 
 }  // namespace kelvarin

@@ -8,6 +8,7 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include "ui/help_browser/interface_math_parser_help.h"
 #include "ui/widgets/expression_field.h"
 
 namespace kelvarin {
@@ -39,12 +40,34 @@ void ColumnarEditor::endEditing() {
   }
 }
 
-void ColumnarEditor::showPage(SettingsPage* page) {
+void ColumnarEditor::showPage(const QWidget* page) {
   for (int i = 0; i < m_tabs->count(); ++i) {
-    if (m_tabs->widget(i)->isAncestorOf(page)) {
+    if (m_tabs->widget(i) == page || m_tabs->widget(i)->isAncestorOf(page)) {
       m_tabs->setCurrentIndex(i);
     }
   }
+}
+
+void ColumnarEditor::addHelpPage() {
+  m_helpPage = new QWidget(m_tabs);
+  (new QVBoxLayout(m_helpPage))->setContentsMargins(0, 0, 0, 0);
+  m_tabs->addTab(m_helpPage, tr("Help"));
+  connect(m_tabs, &QTabWidget::currentChanged, this, &ColumnarEditor::fillHelpPage);
+}
+
+void ColumnarEditor::fillHelpPage() {
+  if (m_help != nullptr || m_tabs->currentWidget() != m_helpPage) {
+    return;
+  }
+  m_help = new Interface_mathParserHelp(m_helpPage);
+  m_helpPage->layout()->addWidget(m_help);
+  connect(m_help, &Interface_mathParserHelp::insertWanted, this,
+          &ColumnarEditor::insertIntoExpression);
+}
+
+void ColumnarEditor::showHelp(const QString& name) {
+  showPage(m_helpPage);
+  m_help->showName(name);
 }
 
 void ColumnarEditor::watch(ExpressionField* field, const char* name) {

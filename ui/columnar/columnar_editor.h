@@ -17,6 +17,7 @@ class QTabWidget;
 namespace kelvarin {
 
 class ExpressionField;
+class Interface_mathParserHelp;
 
 class ColumnarEditor : public UpdateClassWidget {
   Q_OBJECT
@@ -32,7 +33,10 @@ class ColumnarEditor : public UpdateClassWidget {
   void endEditing();
 
   void addPage(SettingsPage* page, const QString& title);
-  void showPage(SettingsPage* page);
+  void showPage(const QWidget* page);
+  // A last tab, filled when it is first shown.
+  void addHelpPage();
+  void showHelp(const QString& name);
   // Its text belongs to the uncommitted state, under this name.
   void watch(ExpressionField* field, const char* name);
 
@@ -45,14 +49,19 @@ class ColumnarEditor : public UpdateClassWidget {
   virtual void load() = 0;
   // False: nothing differed.
   virtual bool store() = 0;
+  // Of the help, for the expression.
+  virtual void insertIntoExpression(const QString&) {}
   // After the action was changed and the controls were filled anew.
   virtual void committed() {}
 
  private:
   QMap<QString, QString> texts() const;
+  void fillHelpPage();
 
   QTabWidget* m_tabs;
   std::vector<SettingsPage*> m_pages;
+  QWidget* m_helpPage = nullptr;
+  Interface_mathParserHelp* m_help = nullptr;  // once it was shown
   QMap<QString, ExpressionField*> m_expressions;
   QMap<QString, QString> m_committedTexts;
   bool m_isLoading = false;

@@ -36,6 +36,7 @@ Interface_readColumnarGel::Interface_readColumnarGel(QWidget* parent, ReadColumn
   addPage(m_columnsPage, tr("Columns"));
   addPage(m_filterPage, tr("Blocks"));
   addPage(m_reliabilityPage, tr("Reliability"));
+  addHelpPage();
   watch(m_filterPage->field(), "expression");
   m_askForNewFile = [this](const QString& proposal) {
     return QFileDialog::getSaveFileName(this, tr("Salvage to a new table"), proposal,
@@ -60,7 +61,14 @@ void Interface_readColumnarGel::connectPages() {
   connect(m_filePage, &ReadFilePage::salvageWanted, this, &Interface_readColumnarGel::salvage);
   connect(m_filePage, &ReadFilePage::columnsWanted, this, [this] { showPage(m_columnsPage); });
   connect(m_filePage, &ReadFilePage::blocksWanted, this, [this] { showPage(m_filterPage); });
+  connect(m_filterPage, &BlockFilterPage::helpWanted, this,
+          [this](const QString& name) { showHelp(name); });
   connect(m_filterPage, &BlockFilterPage::trialWanted, this, &Interface_readColumnarGel::tryFilter);
+}
+
+void Interface_readColumnarGel::insertIntoExpression(const QString& text) {
+  showPage(m_filterPage);
+  m_filterPage->field()->insertText(text);
 }
 
 void Interface_readColumnarGel::load() {

@@ -36,6 +36,7 @@ class Interface_readColumnarGel : public ColumnarEditor {
   void load() override;
   bool store() override;
   void committed() override;
+  void insertIntoExpression(const QString& text) override;
 
  private:
   void connectPages();

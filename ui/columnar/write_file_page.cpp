@@ -138,9 +138,10 @@ void WriteFilePage::setNamingExpression() {
     return;
   }
   const QString typed = m_naming->expression().trimmed();
-  text.expressions.first() = typed.isEmpty() ? kSplitValue : typed;
+  const QString wanted = typed.isEmpty() ? kSplitValue : typed;
+  m_isVerdictDue = wanted != text.expressions.first();
+  text.expressions.first() = wanted;
   m_file->setPath(text.joined());
-  m_isVerdictDue = true;
   emit changed();
 }
 

@@ -62,7 +62,7 @@ class BoundedWorker::Crew {
     return m_waiting.empty() && !m_startedAt;
   }
 
-  // Each shows a result, with the kind and serial of its job.
+  // How to show what a job has computed.
   struct Result {
     int kind = 0;
     quint64 serial = 0;
@@ -75,7 +75,7 @@ class BoundedWorker::Crew {
 
   // What becomes of a job that has run for too long.
   struct Overdue {
-    std::deque<Waiting> given;    // up
+    std::deque<Waiting> givenUp;
     std::deque<Waiting> waiting;  // for another thread
     bool isLeft = false;          // this thread is left behind
   };
@@ -87,12 +87,12 @@ class BoundedWorker::Crew {
     }
     Overdue overdue;
     if (!m_isGivenUp) {
-      overdue.given.push_back({m_running.kind, m_running.serial, {{}, m_running.job.giveUp}});
+      overdue.givenUp.push_back({m_running.kind, m_running.serial, {{}, m_running.job.giveUp}});
       m_isGivenUp = true;
     }
     int none = 0;
     overdue.isLeft = jobsLeftBehind.compare_exchange_strong(none, 1);
-    std::deque<Waiting>& rest = overdue.isLeft ? overdue.waiting : overdue.given;
+    std::deque<Waiting>& rest = overdue.isLeft ? overdue.waiting : overdue.givenUp;
     std::move(m_waiting.begin(), m_waiting.end(), std::back_inserter(rest));
     m_waiting.clear();
     if (overdue.isLeft) {
@@ -192,8 +192,8 @@ void BoundedWorker::watch() {
     m_watch.stop();
   }
   if (overdue) {
-    for (Crew::Waiting& given : overdue->given) {
-      results.push_back({given.kind, given.serial, std::move(given.job.giveUp)});
+    for (Crew::Waiting& job : overdue->givenUp) {
+      results.push_back({job.kind, job.serial, std::move(job.job.giveUp)});
     }
   }
   const QPointer<BoundedWorker> self(this);

@@ -1,7 +1,5 @@
 #include "ui/language/formula_evaluator.h"
 
-#include <algorithm>
-
 #include "expression/errors/error_texts.h"
 #include "expression/evaluator/number_text.h"
 #include "ui/language/messages.h"
@@ -26,6 +24,9 @@ FormulaEvaluator::FormulaEvaluator(const Formula& formula, std::optional<Backend
     : m_formula(formula) {
   expressions().configure(formula.options, formula.variables, &formula.parameters, false);
   expressions().setBounds(bounds());
+  for (std::size_t i = formula.variables.size(); i-- > 0;) {
+    m_inputs[formula.variables[i].name()] = static_cast<int>(i);
+  }
   if (engine) {
     expressions().requireBackend(*engine);
   }
@@ -89,13 +90,15 @@ void FormulaEvaluator::loadCurrent() {
     if (variable.name == rowNumberName()) {
       goToRow(static_cast<long long>(variable.value.number));
     }
-    for (std::size_t i = 0; i < m_formula.variables.size(); ++i) {
-      if (m_formula.variables[i].name() == variable.name) {
-        setValue(static_cast<int>(i), variable.value);
-      }
-    }
+    setVariable(variable.name, variable.value);
   }
   m_evaluator.rows.startRow();
+}
+
+void FormulaEvaluator::setVariable(const QString& name, const ExpressionValue& value) {
+  if (const auto input = m_inputs.constFind(name); input != m_inputs.cend()) {
+    setValue(*input, value);
+  }
 }
 
 // In the form that the variable has now, which may have been edited since.
@@ -113,13 +116,11 @@ void FormulaEvaluator::setValue(int input, const ExpressionValue& value) {
 }
 
 std::optional<ExpressionValue> FormulaEvaluator::variable(const QString& name) const {
-  const std::vector<InputVariable>& inputs = m_formula.variables;
-  const auto found = std::find_if(inputs.begin(), inputs.end(),
-                                  [&](const InputVariable& input) { return input.name() == name; });
-  if (found == inputs.end()) {
+  const auto input = m_inputs.constFind(name);
+  if (input == m_inputs.cend()) {
     return std::nullopt;
   }
-  return m_evaluator.expressions.inputValue(static_cast<int>(found - inputs.begin()));
+  return m_evaluator.expressions.inputValue(*input);
 }
 
 FormulaValue FormulaEvaluator::evaluate(int output) {
@@ -147,6 +148,21 @@ FormulaValue FormulaEvaluator::evaluate(int output) {
     value.value = rows.value(output);
   } else {
     value.value = valueOfBytes(compiled.meta, isText ? text : rows.resultCell(output));
+  }
+  return value;
+}
+
+FormulaValue FormulaEvaluator::evaluateOnce(const QString& expression) {
+  FormulaValue value;
+  value.row = rowNumber();
+  if (m_loadFailure) {
+    value.failure = *m_loadFailure;
+    return value;
+  }
+  if (auto made = expressions().evaluateOnce(expression)) {
+    value.value = std::move(*made);
+  } else {
+    value.failure = made.error().message;
   }
   return value;
 }

@@ -7,6 +7,8 @@
 #include <memory>
 #include <optional>
 
+#include <QHash>
+
 #include "expression/evaluator/expression_evaluator.h"
 #include "ui/language/formula.h"
 #include "ui/language/formula_answer.h"
@@ -45,6 +47,10 @@ class FormulaEvaluator {
 
   // Of the row that was loaded last.
   FormulaValue evaluate(int output);
+  // Compiled for this once, before start() or after it.
+  FormulaValue evaluateOnce(const QString& expression);
+  // Gives a variable of the formula another value, in the form that it has.
+  void setVariable(const QString& name, const ExpressionValue& value);
   long long rowNumber() const { return static_cast<long long>(m_evaluator.rows.rowNumber()); }
   // The values of the variables; nothing for other names.
   std::optional<ExpressionValue> variable(const QString& name) const;
@@ -58,6 +64,7 @@ class FormulaEvaluator {
   QString failureText() const;
 
   const Formula& m_formula;
+  QHash<QString, int> m_inputs;  // by their names; of two the first one
   ExpressionEvaluator m_evaluator;
   std::unique_ptr<PinRowView> m_view;  // null without rows
   std::optional<QString> m_loadFailure;

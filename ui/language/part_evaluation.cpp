@@ -1,9 +1,8 @@
 #include "ui/language/part_evaluation.h"
 
-#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
-#include <numeric>
 
 #include "ui/language/formula_evaluator.h"
 #include "ui/language/messages.h"
@@ -51,35 +50,57 @@ bool isSame(const ExpressionValue& a, const ExpressionValue& b) {
                               : isSameBits(a.number, b.number);
 }
 
+// Values of parts that stand for the parts in the text of a larger one, so that a long sum is not
+// compiled anew, whole, for each of its beginnings.
+const std::array kStandIns = {QStringLiteral("\u00A7left"), QStringLiteral("\u00A7right")};
+const std::array kTextStandIns = {QStringLiteral("\u00A7leftText"),
+                                  QStringLiteral("\u00A7rightText")};
+constexpr qsizetype kLongPart = 100;
+
+Formula withStandIns(Formula formula) {
+  for (std::size_t i = 0; i < kStandIns.size(); ++i) {
+    InputVariable variable;
+    variable.label = kStandIns[i];
+    formula.variables.push_back(variable);
+    variable.label = kTextStandIns[i];
+    variable.isNumber = false;
+    formula.variables.push_back(variable);
+  }
+  return formula;
+}
+
+// An operator to which a value is all there is to a part, whatever it was computed from.
+bool takesValuesOnly(const ExpressionPart& part) {
+  static const QSet<QString> signs = {"+", "-", "*",  "/",  "%",  "^", "//",
+                                      "<", ">", "<=", ">=", "==", "!="};
+  return part.kind == Kind::binary && signs.contains(part.sign);
+}
+
 class PartsEvaluation {
  public:
   PartsEvaluation(const Formula& formula, std::chrono::steady_clock::time_point deadline)
-      : m_formula(formula),
+      : m_asked(formula),
+        m_formula(withStandIns(formula)),
         m_deadline(deadline),
         m_variables(variableNamesOf(formula)),
-        m_evaluator(formula, BackendKind::string) {}
+        m_evaluator(m_formula, BackendKind::string) {}
 
   PartValues run() {
     m_made.tree = SubExpressions(m_formula.output.expression, m_variables);
     m_made.values.resize(m_made.tree.size());
-    m_outputs.resize(m_made.tree.size(), kNoOutput);
     findTargets();
-    compileAll();
-    m_evaluator.start();
     const auto row = m_evaluator.loadBestRow();
     m_made.row = row == FormulaEvaluator::Row::samples ? -1 : m_evaluator.rowNumber();
     evaluateAll();
     findUnused();
     findOrigins();
-    if (m_made.isComplete && m_made.tree.isComplete()) {
+    if (m_made.tree.isComplete()) {
       compareWithRun();
     }
     return std::move(m_made);
   }
 
  private:
-  static constexpr int kNoOutput = -1;
-
   bool isLate() {
     m_made.isComplete = m_made.isComplete && std::chrono::steady_clock::now() < m_deadline;
     return !m_made.isComplete;
@@ -92,66 +113,81 @@ class PartsEvaluation {
         m_targets += namesIn(m_made.tree.textOf(part.parts.front()));
       }
     }
-  }
-
-  // Variables need no evaluation.
-  bool isVariable(std::size_t index) const {
-    const ExpressionPart& part = m_made.tree[index];
-    return part.kind == Kind::name && m_evaluator.variable(part.sign).has_value();
+    m_mayDiffer =
+        !m_targets.isEmpty() || OutsideSources(m_made.tree.expression(), m_variables).any();
   }
 
   // The whole expression first, for the time may not suffice for all of its parts.
-  std::vector<std::size_t> order() const {
-    std::vector<std::size_t> order(m_made.tree.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    if (!order.empty()) {
-      std::rotate(order.begin(), order.end() - 1, order.end());
-    }
-    return order;
-  }
-
-  void compileAll() {
-    for (const std::size_t i : order()) {
-      PartValue& made = m_made.values[i];
-      const QString text = m_made.tree.textOf(i);
-      const OutsideSources sources(text, m_variables);
-      made.mayDiffer =
-          sources.any() || (!m_targets.isEmpty() && m_targets.intersects(namesIn(text)));
-      if (isVariable(i)) {
-        continue;
-      }
-      if (sources.readsFile()) {
-        made.failure = language_messages::readsFile(sources.fileFunction());
-      } else if (isLate()) {
-        made.failure = language_messages::tookTooLong();
-      } else {
-        compile(i, text);
-      }
-    }
-  }
-
-  void compile(std::size_t index, const QString& text) {
-    const Status<ExpressionError> added = m_evaluator.add(text, ResultUse::anyValue);
-    if (added) {
-      m_outputs[index] = m_outputCount++;
-    } else {
-      m_made.values[index].failure = added.error().message;
-    }
-  }
-
   void evaluateAll() {
-    for (const std::size_t i : order()) {
-      PartValue& made = m_made.values[i];
-      if (isVariable(i)) {
-        made.value = *m_evaluator.variable(m_made.tree[i].sign);
-      } else if (m_outputs[i] != kNoOutput && isLate()) {
-        made.failure = language_messages::tookTooLong();
-      } else if (m_outputs[i] != kNoOutput) {
-        FormulaValue value = m_evaluator.evaluate(m_outputs[i]);
-        made.value = std::move(value.value);
-        made.failure = std::move(value.failure);
+    const std::size_t root = m_made.tree.root();
+    if (root != ExpressionPart::kNone) {
+      evaluate(root);
+    }
+    for (std::size_t i = 0; i < root && i < m_made.tree.size(); ++i) {
+      evaluate(i);
+    }
+  }
+
+  void evaluate(std::size_t index) {
+    PartValue& made = m_made.values[index];
+    const ExpressionPart& part = m_made.tree[index];
+    const bool isLong = part.size > kLongPart && !part.parts.empty() && index != m_made.tree.root();
+    const QString text = m_made.tree.textOf(index);
+    if (m_mayDiffer && !takeSources(text, made)) {
+      return;
+    }
+    if (part.kind == Kind::name) {  // variables need no evaluation
+      if (const std::optional<ExpressionValue> value = m_evaluator.variable(part.sign)) {
+        made.value = *value;
+        return;
       }
     }
+    if (isLate()) {
+      made.failure = language_messages::tookTooLong();
+      return;
+    }
+    if (!isLong || !evaluateWithStandIns(index)) {
+      take(made, m_evaluator.evaluateOnce(text));
+    }
+  }
+
+  // False where it reads a file.
+  bool takeSources(const QString& text, PartValue& made) const {
+    const OutsideSources sources(text, m_variables);
+    made.mayDiffer = sources.any() || m_targets.intersects(namesIn(text));
+    if (sources.readsFile()) {
+      made.failure = language_messages::readsFile(sources.fileFunction());
+    }
+    return !sources.readsFile();
+  }
+
+  static void take(PartValue& made, FormulaValue value) {
+    made.value = std::move(value.value);
+    made.failure = std::move(value.failure);
+  }
+
+  // False where the part must be evaluated as it is written.
+  bool evaluateWithStandIns(std::size_t index) {
+    const ExpressionPart& part = m_made.tree[index];
+    if (!takesValuesOnly(part) || !m_targets.isEmpty()) {
+      return false;
+    }
+    QStringList sides;
+    for (std::size_t i = 0; i < kStandIns.size(); ++i) {
+      const PartValue& side = m_made.values[part.parts[i]];
+      if (!side.hasValue() || side.value.type == ExpressionValue::Type::boolean) {
+        return false;
+      }
+      const bool isText = side.value.type == ExpressionValue::Type::text;
+      sides += isText ? kTextStandIns[i] : kStandIns[i];
+      m_evaluator.setVariable(sides.back(), side.value);
+    }
+    FormulaValue value = m_evaluator.evaluateOnce(sides.join(u' ' + part.sign + u' '));
+    if (!value.failure.isEmpty()) {
+      return false;
+    }
+    take(m_made.values[index], std::move(value));
+    return true;
   }
 
   // Each part stands behind its own parts.
@@ -235,14 +271,14 @@ class PartsEvaluation {
     m_made.ofRun = ofRun;
   }
 
-  const Formula& m_formula;
+  const Formula& m_asked;
+  const Formula m_formula;  // with stand-ins
   const std::chrono::steady_clock::time_point m_deadline;
   const QSet<QString> m_variables;
   FormulaEvaluator m_evaluator;
   PartValues m_made;
   QSet<QString> m_targets;
-  std::vector<int> m_outputs;  // of the evaluator, one a part
-  int m_outputCount = 0;
+  bool m_mayDiffer = false;  // some part
 };
 
 }  // namespace

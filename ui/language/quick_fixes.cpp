@@ -254,10 +254,14 @@ FaultRange rangeAt(const ExpressionTokens& tokens, qsizetype position) {
 }  // namespace
 
 FaultRange unknownNameOf(const ExpressionCheck& check, const Formula& formula) {
-  const ErrorKind kind = check.error.kind;
-  const bool isMeant = kind == ErrorKind::undefinedName || kind == ErrorKind::unexpectedToken;
-  const bool isQuote = check.error.token.startsWith(u'\'');
-  return isError(check) && isMeant && !isQuote ? firstUnknownName(formula) : FaultRange{};
+  const ExpressionError& error = check.error;
+  const bool isName = error.kind == ErrorKind::undefinedName && !error.token.startsWith(u'\'');
+  const bool mayBeBehind = error.kind == ErrorKind::unexpectedToken;
+  if (!isError(check) || !(isName || mayBeBehind)) {
+    return {};
+  }
+  const FaultRange unknown = firstUnknownName(formula);
+  return isName || unknown.start <= error.position ? unknown : FaultRange{};
 }
 
 FaultRange faultRangeOf(const ExpressionCheck& check, const Formula& formula) {

@@ -1334,6 +1334,18 @@
         <source>Engines: %1</source>
         <translation>Rechenwerke: %1</translation>
     </message>
+    <message>
+        <source>&apos;%1&apos; is a column of the input, but no input variable yet. Alt+Enter makes it one.</source>
+        <translation>&apos;%1&apos; ist eine Spalte der Eingabe, aber noch keine Eingabevariable. Alt+Enter macht sie dazu.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is not offered to this expression. Tick &quot;add &apos;%1&apos; as input var&quot; in the settings.</source>
+        <translation>&apos;%1&apos; wird diesem Ausdruck nicht angeboten. Kreuzen Sie &quot;&apos;%1&apos; als Eingabevariable anbieten&quot; in den Einstellungen an.</translation>
+    </message>
+    <message>
+        <source>The result is a text, but the column takes numbers. Choose the type Text, or write atof(...) for the number that the text holds.</source>
+        <translation>Das Ergebnis ist ein Text, aber die Spalte nimmt Zahlen. Wählen Sie den Typ Text, oder schreiben Sie atof(...) für die Zahl, die der Text enthält.</translation>
+    </message>
 </context>
 <context>
     <name>QAbstractSpinBox</name>
@@ -1534,29 +1546,6 @@
     <message>
         <source>(empty)</source>
         <translation>(leer)</translation>
-    </message>
-</context>
-<context>
-    <name>kelvarin::TextDialogs</name>
-    <message>
-        <source>%1: help</source>
-        <translation>%1: Hilfe</translation>
-    </message>
-    <message>
-        <source>Keys</source>
-        <translation>Tasten</translation>
-    </message>
-    <message>
-        <source>What it does</source>
-        <translation>Was sie tut</translation>
-    </message>
-    <message>
-        <source>Key</source>
-        <translation>Taste</translation>
-    </message>
-    <message>
-        <source>Keyboard</source>
-        <translation>Tastatur</translation>
     </message>
 </context>
 <context>
@@ -2171,6 +2160,13 @@
         <source>Earlier expressions (Alt+Up, Alt+Down)</source>
         <translation>Frühere Ausdrücke (Alt+Auf, Alt+Ab)</translation>
     </message>
+</context>
+<context>
+    <name>kelvarin::ExpressionVerdict</name>
+    <message>
+        <source>Result: %1</source>
+        <translation>Ergebnis: %1</translation>
+    </message>
     <message>
         <source>Alt+Enter makes the change</source>
         <translation>Alt+Enter führt die Änderung aus</translation>
@@ -2519,6 +2515,25 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::PartValueTip</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1 = %2 in row %3</source>
+        <translation>%1 = %2 in Zeile %3</translation>
+    </message>
+    <message>
+        <source>%1 = %2 with the samples of the variables</source>
+        <translation>%1 = %2 mit den Beispielwerten der Variablen</translation>
+    </message>
+    <message>
+        <source> (may differ in a run)</source>
+        <translation> (kann in einem Lauf anders sein)</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::PathField</name>
     <message>
         <source>Choose a folder</source>
@@ -2840,6 +2855,29 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::TextDialogs</name>
+    <message>
+        <source>%1: help</source>
+        <translation>%1: Hilfe</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>What it does</source>
+        <translation>Was sie tut</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Taste</translation>
+    </message>
+    <message>
+        <source>Keyboard</source>
+        <translation>Tastatur</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::TimeParametersPanel</name>
     <message>
         <source>%1 (unknown)</source>
@@ -2991,6 +3029,26 @@
     <message>
         <source>The number of the row</source>
         <translation>Die Nummer der Zeile</translation>
+    </message>
+    <message>
+        <source>the input has none.</source>
+        <translation>die Eingabe hat keine.</translation>
+    </message>
+    <message>
+        <source>those of the input have not arrived.</source>
+        <translation>die der Eingabe sind noch nicht da.</translation>
+    </message>
+    <message>
+        <source>the input of the action is not known.</source>
+        <translation>die Eingabe der Aktion ist nicht bekannt.</translation>
+    </message>
+    <message>
+        <source>No rows yet: %1</source>
+        <translation>Noch keine Zeilen: %1</translation>
+    </message>
+    <message>
+        <source>With the samples of the variables, the result is %1.</source>
+        <translation>Mit den Beispielwerten der Variablen ist das Ergebnis %1.</translation>
     </message>
 </context>
 <context>

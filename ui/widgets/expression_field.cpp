@@ -56,6 +56,7 @@ class ExpressionField::Parts : public QObject {
   void setFormula(const Formula& formula);
   void setRefused(bool isRefused);
   void setHistoryKey(const QString& key);
+  void setValuesShown(bool isShown) { m_values->setVisible(isShown); }
 
  private:
   void layOut();
@@ -382,7 +383,7 @@ void ExpressionField::showPart(qsizetype start, qsizetype size) {
 }
 
 void ExpressionField::setValuesShown(bool isShown) {
-  m_parts->values().setVisible(isShown);
+  m_parts->setValuesShown(isShown);
 }
 
 void ExpressionField::setHistoryKey(const QString& key) {

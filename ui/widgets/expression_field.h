@@ -40,7 +40,7 @@ class ExpressionField : public QWidget {
   void setRefused(bool isRefused);
   // Selects a part and takes the focus.
   void showPart(qsizetype start, qsizetype size);
-  // Whether the values of the first rows are shown; they are unless set.
+  // Where there are never rows, the table of their values only takes height.
   void setValuesShown(bool isShown);
   // The names in the history, the latest first; the field adds what was committed.
   void setHistoryKey(const QString& key);

@@ -98,6 +98,15 @@ ValueStripModel::Cell ValueStripModel::resultOf(long long row, const FormulaAnsw
   return {shownValue(found->value)};
 }
 
+// Nulls in a column of numbers stand where the numbers do.
+int ValueStripModel::alignmentOf(std::size_t column) const {
+  const bool hasNumbers =
+      std::any_of(m_rows.begin(), m_rows.end(), [column](const std::vector<Cell>& row) {
+        return row[column].value.kind == ShownValue::Kind::number;
+      });
+  return int(Qt::AlignVCenter) | int(hasNumbers ? Qt::AlignRight : Qt::AlignLeft);
+}
+
 int ValueStripModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
 }
@@ -115,8 +124,7 @@ QVariant ValueStripModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole:
       return cell.value.whole;
     case Qt::TextAlignmentRole:
-      return int(Qt::AlignVCenter) |
-             int(cell.value.kind == ShownValue::Kind::number ? Qt::AlignRight : Qt::AlignLeft);
+      return alignmentOf(static_cast<std::size_t>(index.column()));
     case kValueKindRole:
       return static_cast<int>(cell.value.kind);
     case Qt::DecorationRole:
@@ -127,6 +135,9 @@ QVariant ValueStripModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant ValueStripModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (role == Qt::TextAlignmentRole && orientation == Qt::Horizontal) {
+    return alignmentOf(static_cast<std::size_t>(section));
+  }
   if (role != Qt::DisplayRole) {
     return {};
   }

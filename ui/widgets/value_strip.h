@@ -41,6 +41,8 @@ class ValueStripModel : public QAbstractTableModel {
 
   static Cell resultOf(long long row, const FormulaAnswer& answer);
 
+  int alignmentOf(std::size_t column) const;
+
   QStringList m_names;  // the variables, then the result
   std::vector<long long> m_rowNumbers;
   std::vector<std::vector<Cell>> m_rows;

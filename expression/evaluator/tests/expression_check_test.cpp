@@ -70,6 +70,32 @@ TEST(ExpressionCheck, TokensHavePositionsInWhatTheUserWrote) {
   EXPECT_FALSE(check.isCompiled());
 }
 
+TEST(ExpressionCheck, StaysWithinBounds) {
+  ExpressionSet expressions;
+  expressions.configure({}, {inputOf("x"), textSample("t", "12345")}, nullptr, false);
+  expressions.setBounds({.readsFiles = false, .textBytes = 12});
+  EXPECT_EQ(expressions.check(outputOf("t//t", 'U')).kind, CheckKind::fine);
+  EXPECT_EQ(expressions.check(outputOf("t//t//t", 'U')).kind, CheckKind::error);
+  const ExpressionCheck file = expressions.check(outputOf("load(\"/proc/self/status\")", 'U'));
+  ASSERT_TRUE(file.value);
+  EXPECT_TRUE(file.value->isNull());
+}
+
+TEST(ExpressionCheck, KeepsWhatCompiledWhenAskedTo) {
+  ExpressionSet expressions;
+  expressions.configure({}, {inputOf("x")}, nullptr, false);
+  EXPECT_EQ(expressions.checkAndAdd(outputOf("x +")).kind, CheckKind::error);
+  EXPECT_EQ(expressions.outputCount(), 0);
+  EXPECT_EQ(expressions.checkAndAdd(outputOf("x + 1")).kind, CheckKind::fine);
+  EXPECT_EQ(expressions.outputCount(), 1);
+  expressions.setNumber(0, 41.0);
+  const auto made = expressions.evaluateOnce("x + 1 > 41");
+  ASSERT_TRUE(made);
+  EXPECT_EQ(made->number, 1.0);
+  EXPECT_FALSE(expressions.evaluateOnce("x +"));
+  EXPECT_EQ(expressions.outputCount(), 1);
+}
+
 TEST(ExpressionCheck, WarnsAboutTheReferenceTime) {
   EvaluationOptions options;
   options.time.addNow = true;

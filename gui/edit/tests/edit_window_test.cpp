@@ -11,6 +11,7 @@
 #include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
@@ -53,6 +54,11 @@ class RunningEditor final : public UpdateClassWidget {
     EXPECT_TRUE(m_runner.run(-1, action, 1, false));
   }
   bool isRunning() const { return m_runner.isRunning(); }
+  void showPosition(const QString& output, int position) override {
+    shown = QStringLiteral("%1:%2").arg(output).arg(position);
+  }
+
+  QString shown;
 
  private:
   EngineRunner m_runner;
@@ -94,12 +100,11 @@ class EditWindowTest : public ::testing::Test {
     write(graph);
     m_files = std::make_unique<GraphFiles>(file(), std::vector<ParameterOverride>(), m_catalogue,
                                            m_session);
-    bool isShown = false;
     m_window = std::make_unique<EditWindow>(m_graph, m_services, *m_files, m_catalogue, m_theme,
                                             QString::fromLatin1(action));
-    QObject::connect(m_window.get(), &EditWindow::graphShown, [&isShown] { isShown = true; });
+    const QSignalSpy shown(m_window.get(), &EditWindow::graphShown);
     m_window->show();
-    EXPECT_TRUE(QTest::qWaitFor([&isShown] { return isShown; }));
+    EXPECT_TRUE(QTest::qWaitFor([&shown] { return !shown.isEmpty(); }));
     return *m_window;
   }
 
@@ -260,6 +265,21 @@ TEST_F(EditWindowTest, ACheckLogsBesideAndALineLeadsToItsAction) {
   EXPECT_TRUE(window.windowTitle().endsWith(u"out"));
 }
 
+TEST_F(EditWindowTest, ALineOfTheLogLeadsToItsPositionInTheExpression) {
+  EditWindow& window = open(
+      "<KelvarinGraph><Actions><Endless name='e'/><Discard name='d'/></Actions></KelvarinGraph>",
+      "d");
+  LogDetails details;
+  details.output = QStringLiteral("share");
+  details.position = 7;
+  m_services.logDetailed(LogLevel::error, QStringLiteral("no such name"), &m_graph.action(0),
+                         details);
+  auto* log = window.findChild<QTableView*>(QStringLiteral("log"));
+  ASSERT_TRUE(waitUntil([log] { return log->model()->rowCount() == 1; }));
+  emit log->activated(log->model()->index(0, LogModel::text));
+  EXPECT_EQ(static_cast<RunningEditor*>(window.editor())->shown, u"share:7");
+}
+
 TEST_F(EditWindowTest, LeavingAnEditorEndsItsRun) {
   EditWindow& window = open(
       "<KelvarinGraph><Actions><Endless name='e'/><Discard name='d'/></Actions>"
@@ -272,10 +292,9 @@ TEST_F(EditWindowTest, LeavingAnEditorEndsItsRun) {
     EXPECT_EQ(m_graph.action(0).run(), nullptr);
     window.openAction(0);
   }
-  bool isReadAgain = false;
-  QObject::connect(&window, &EditWindow::graphShown, [&] { isReadAgain = true; });
+  const QSignalSpy readAgain(&window, &EditWindow::graphShown);
   window.reload();
-  ASSERT_TRUE(waitUntil([&] { return isReadAgain; }));
+  ASSERT_TRUE(waitUntil([&] { return !readAgain.isEmpty(); }));
   EXPECT_TRUE(static_cast<RunningEditor*>(window.editor())->isRunning());
   window.close();
   EXPECT_EQ(window.editor(), nullptr);

@@ -1,10 +1,6 @@
 #include "host/tables/arrow/arrow_formats.h"
 
-#include <filesystem>
-#include <string>
-
-#include <dlfcn.h>
-
+#include "base/sibling_library.h"
 #include "host/contract/main_ui.h"
 #include "host/tables/arrow/messages.h"
 
@@ -14,22 +10,15 @@ namespace {
 
 constexpr const char* kLibrary = "libKelvarinArrow.so";
 
-// It lies beside KelvarinCore.
-std::string pathOfLibrary() {
-  Dl_info core{};
-  dladdr(reinterpret_cast<const void*>(&MainUI::kelvarinID), &core);
-  return std::filesystem::path(core.dli_fname == nullptr ? "" : core.dli_fname)
-      .replace_filename(kLibrary)
-      .string();
-}
-
 Result<const ArrowFormats*, QString> loadLibrary() {
-  void* library = dlopen(pathOfLibrary().c_str(), RTLD_NOW | RTLD_LOCAL);
-  void* function = library == nullptr ? nullptr : dlsym(library, "kelvarinArrowFormats");
-  if (function == nullptr) {
-    return Failure{table_messages::formatsNotLoaded(QString::fromLocal8Bit(dlerror()))};
+  // It lies beside KelvarinCore.
+  const auto path = siblingLibrary(reinterpret_cast<const void*>(&MainUI::kelvarinID), kLibrary);
+  const auto function = functionOfLibrary(path, "kelvarinArrowFormats");
+  if (!function) {
+    return Failure{
+        table_messages::formatsNotLoaded(QString::fromLocal8Bit(function.error().c_str()))};
   }
-  return reinterpret_cast<ArrowFormatsFunction>(function)();
+  return reinterpret_cast<ArrowFormatsFunction>(*function)();
 }
 
 }  // namespace

@@ -6,12 +6,10 @@
 #include <iterator>
 
 #include <gtest/gtest.h>
-#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -19,8 +17,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
-#include <QTabBar>
-#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -28,12 +24,14 @@
 #include "columnar/actions/write_columnar_gel.h"
 #include "columnar/reader/tests/made_file.h"
 #include "host/testing/row_harness.h"
+#include "host/widget_testing/widget_walk.h"
 #include "host/widgets/info_line.h"
 #include "ui/columnar/block_variables_model.h"
 #include "ui/columnar/columns_to_read_model.h"
 #include "ui/columnar/interface_read_columnar_gel.h"
 #include "ui/columnar/interface_write_columnar_gel.h"
 #include "ui/columnar/table_work_dialog.h"
+#include "ui/error_dialog/interface_math_parser_check.h"
 #include "ui/widgets/expression_field.h"
 #include "ui/widgets/k_plain_text_edit.h"
 
@@ -78,6 +76,8 @@ class DialogTest : public ::testing::Test {
     m_editor = std::make_unique<Editor>(nullptr, m_harness->actionAs<Action>());
     m_editor->resize(500, 700);
     m_editor->show();
+    m_editor->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(m_editor.get()));
     settle();
   }
   void settle() {
@@ -390,49 +390,60 @@ TEST_F(WriteDialogTest, ShowsTheNamesOfTheFiles) {
   EXPECT_EQ(widget<QLabel>("examples").text(), QStringLiteral("sa.gel\nsb.gel"));
 }
 
-// Qt's own parts of a control, which need no name.
-bool isInnerPart(const QWidget& widget) {
-  const QWidget* parent = widget.parentWidget();
-  return widget.objectName().startsWith(QStringLiteral("qt_")) ||
-         qobject_cast<const QHeaderView*>(&widget) != nullptr ||
-         qobject_cast<const QAbstractItemView*>(parent) != nullptr ||
-         qobject_cast<const QTabBar*>(parent) != nullptr ||
-         qobject_cast<const QLineEdit*>(parent) != nullptr ||
-         qobject_cast<const QComboBox*>(parent) != nullptr;
+// What anyone may expect of a window, on each tab.
+void expectGood(QWidget& editor) {
+  onEveryPage(editor, [&] {
+    QTest::qWait(50);  // the layouts take their turn
+    EXPECT_EQ(controlsWithoutName(editor).join(u'\n').toStdString(), "");
+    EXPECT_EQ(controlsOutOfTabReach(editor).join(u'\n').toStdString(), "");
+    EXPECT_EQ(cutTexts(editor).join(u'\n').toStdString(), "");
+    EXPECT_EQ(keysWithTwoOwners(editor).join(u'\n').toStdString(), "");
+  });
 }
 
-bool isControl(const QWidget& widget) {
-  return qobject_cast<const QAbstractButton*>(&widget) != nullptr ||
-         qobject_cast<const QAbstractSpinBox*>(&widget) != nullptr ||
-         qobject_cast<const QComboBox*>(&widget) != nullptr ||
-         qobject_cast<const QLineEdit*>(&widget) != nullptr ||
-         qobject_cast<const QAbstractItemView*>(&widget) != nullptr;
+const char kFullReader[] =
+    "<ReadColumnarGel name='r' fileName='made.cgel_kelvarin' filterRows='1' readAllColumns='0'>"
+    "<CFilterRows><Expression>id_max &gt;= 8</Expression><InputVars><CInputVar column='id'/>"
+    "</InputVars></CFilterRows><ColumnsToRead><SL><S>price</S></SL></ColumnsToRead>"
+    "</ReadColumnarGel>";
+const char kFullWriter[] =
+    "<writeColumnarGel name='w' file='a&quot;+SplitVal+&quot;.gel' split='2' splitVar='shop' "
+    "advancedNaming='1' columnStrategy='1'><ColumnStrategy><C n='shop' s='1'/></ColumnStrategy>"
+    "</writeColumnarGel>";
+
+TEST_F(ReadDialogTest, IsWithinReachAndCutsNothing) {
+  save(makeFile(kColumns, someRows(10)));
+  open(kFullReader);
+  expectGood(*m_editor);
+  const LargeFonts fonts(2.0);
+  open(kFullReader);
+  expectGood(*m_editor);
 }
 
-// Every control has a name for those who do not see it, and Tab reaches it.
-void expectReachable(const QWidget& editor) {
-  for (QWidget* widget : editor.findChildren<QWidget*>()) {
-    const bool isOfPopup = widget->window() != editor.window();
-    if (!isControl(*widget) || isOfPopup || isInnerPart(*widget)) {
-      continue;
-    }
-    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
-    const bool isNamed = !accessible->text(QAccessible::Name).isEmpty();
-    const std::string name =
-        std::string(widget->metaObject()->className()) + " " + widget->objectName().toStdString();
-    EXPECT_TRUE(isNamed) << name;
-    EXPECT_TRUE((widget->focusPolicy() & Qt::TabFocus) != 0) << name;
-  }
+TEST_F(WriteDialogTest, IsWithinReachAndCutsNothing) {
+  open(kFullWriter);
+  expectGood(*m_editor);
+  const LargeFonts fonts(2.0);
+  open(kFullWriter);
+  expectGood(*m_editor);
 }
 
-TEST_F(ReadDialogTest, EveryControlCanBeReachedAndHasAName) {
-  open("<ReadColumnarGel name='r'/>");
-  expectReachable(*m_editor);
-}
-
-TEST_F(WriteDialogTest, EveryControlCanBeReachedAndHasAName) {
-  open("<writeColumnarGel name='w'/>");
-  expectReachable(*m_editor);
+TEST_F(ReadDialogTest, ReportsAFaultOnceAndNotWhileTyping) {
+  open(kFullReader);
+  const auto reports = [&] { return m_editor->findChildren<Interface_MathParserCheck*>().size(); };
+  auto& field = widget<ExpressionField>("expression");
+  QPlainTextEdit* editor = field.editor();
+  click("pbSkipBlocks");
+  editor->setFocus();
+  editor->selectAll();
+  QTest::keyClicks(editor, QStringLiteral("id_maxx + "));
+  EXPECT_TRUE(QTest::qWaitFor(
+      [&] { return field.answer().check.kind == ExpressionCheck::Kind::error; }, 10'000));
+  EXPECT_EQ(reports(), 0);
+  m_editor->commit();
+  EXPECT_TRUE(hasSaved("id_maxx"));
+  QTest::keyClick(editor, Qt::Key_F7);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return reports() == 1; }, 10'000));
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "ui/language/part_evaluation.h"
 
+#include <cstring>
+
 #include <gtest/gtest.h>
 
 #include "ui/language/shown_value.h"
@@ -70,6 +72,25 @@ TEST(PartEvaluation, ComparesWithTheEngineOfARun) {
   ASSERT_TRUE(refused.ofRun);
   EXPECT_FALSE(refused.values.back().hasValue());
   EXPECT_TRUE(refused.ofRun->differs);
+}
+
+// Long parts are computed from the values of their parts.
+TEST(PartEvaluation, GivesLongPartsTheValuesThatTheyHaveAlone) {
+  for (const char* term : {" - x / 3 ^ 2 * (x < 2 ? 5 : x)", " // (x > 1 ? \"a\" : s) // s",
+                           " * isNull(x) == 0 + sqrt(x - 4)"}) {
+    const QString start = term[1] == '/' ? QStringLiteral("s") : QStringLiteral("x");
+    const PartValues made =
+        evaluated(formulaOf(start + QString::fromLatin1(term).repeated(12), 'F'));
+    ASSERT_TRUE(made.isComplete);
+    for (std::size_t i = 0; i < made.tree.size(); ++i) {
+      const PartValue alone = evaluated(formulaOf(made.tree.textOf(i))).values.back();
+      const PartValue& part = made.values[i];
+      ASSERT_EQ(part.hasValue(), alone.hasValue()) << made.tree.textOf(i).toStdString();
+      EXPECT_EQ(part.value.type, alone.value.type) << made.tree.textOf(i).toStdString();
+      EXPECT_EQ(std::memcmp(&part.value.number, &alone.value.number, sizeof(double)), 0);
+      EXPECT_EQ(part.value.text, alone.value.text);
+    }
+  }
 }
 
 TEST(PartEvaluation, StopsAtItsDeadline) {
