@@ -12,9 +12,9 @@
 
 #include "ui/editors/output_bar.h"
 #include "ui/editors/vectors_panel.h"
-#include "ui/widgets/flow_layout.h"
 #include "ui/panels/form_layout.h"
 #include "ui/panels/settings_page.h"
+#include "ui/widgets/flow_layout.h"
 #include "ui/widgets/k_plain_text_edit.h"
 
 namespace kelvarin {
@@ -60,6 +60,9 @@ Interface_actionMathParser::Interface_actionMathParser(QWidget* parent, Calculat
   m_field->setHistoryKey(QStringLiteral("calculator"));
   layout->addWidget(fieldAndVariables(), 1);
   layout->addWidget(checkButton(), 0, Qt::AlignLeft);
+  DebuggerPanel* debugger =
+      addDebugger({tr("Debug Start"), tr("Debug STOP"), tr("Debug - Next (F10)")});
+  layout->addWidget(debugger);
   m_notes = noteField("leNotes", tr("Notes"));
   auto* notesLabel = new QLabel(tr("N&otes:"), this);
   notesLabel->setBuddy(m_notes);
@@ -82,8 +85,8 @@ Interface_actionMathParser::~Interface_actionMathParser() {
 
 QWidget* Interface_actionMathParser::makeNameRow() {
   auto* row = new QWidget(this);
-  auto* layout = new QBoxLayout(
-      isVectorized() ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, row);
+  auto* layout =
+      new QBoxLayout(isVectorized() ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, row);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(isVectorized() ? kControlSpacing : 2 * kControlSpacing);
   auto* label = new QLabel(isVectorized() ? tr("&Name expression:") : tr("&Name:"), row);
