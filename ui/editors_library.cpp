@@ -5,6 +5,7 @@
 #include "base/export.h"
 #include "ui/columnar/interface_read_columnar_gel.h"
 #include "ui/columnar/interface_write_columnar_gel.h"
+#include "ui/editors/interface_action_filter_rows.h"
 
 namespace kelvarin {
 
@@ -21,6 +22,7 @@ struct EditorEntry {
 };
 
 constexpr EditorEntry kEditors[] = {
+    {"FilterRows", create<Interface_actionFilterRows, FilterRows>},
     {"ReadColumnarGel", create<Interface_readColumnarGel, ReadColumnarGel>},
     {"writeColumnarGel", create<Interface_writeColumnarGel, WriteColumnarGel>},
 };

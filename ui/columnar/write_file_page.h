@@ -4,7 +4,7 @@
 
 #include "columnar/actions/write_settings.h"
 #include "host/contract/pin_columns.h"
-#include "ui/columnar/settings_page.h"
+#include "ui/panels/settings_page.h"
 #include "ui/columnar/summary_texts.h"
 #include "ui/widgets/expression_field.h"
 

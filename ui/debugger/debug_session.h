@@ -16,6 +16,15 @@
 
 namespace kelvarin {
 
+// What is known of a debug run at one moment.
+struct DebugState {
+  RowHistory rows;
+  long long rowCount = 0;  // of all rows of the run
+  bool isWaiting = false;  // at the newest row, for the user
+  double rowsPerSecond = 0.0;  // since it went on
+  QStringList backends;    // the label of each output's engine
+};
+
 class DebugSession : public QObject {
   Q_OBJECT
 
@@ -25,28 +34,47 @@ class DebugSession : public QObject {
   ~DebugSession() override;
 
   bool isRunning() const;
-  // Starts where nothing runs; else asks the run to stop at its next row. False: the host cannot
-  // run the action.
+  // Starts where nothing runs; else asks the run to stop at its next row. Where no row comes, it is
+  // stopped as the user would stop a graph. False: the host cannot run the action.
   bool startOrStop();
-  // Releases one permit; to be called on every step.
+  // Stops a run and waits for its end. To be called before the action is deleted.
+  void end();
+
+  // The user's step: releases one permit. A run that goes on to a rule is paused.
   void step();
   // Goes on until a rule stops; pause() stops at the next row.
   void goOn(const DebugRules& rules);
   void pause();
-  // To be called when computationFinished() has come, on the user-interface thread.
+  // Takes effect at the next row and leaves all other rules.
+  void setCondition(const QString& condition, int element);
+  DebugRules rules() const;
+
+  // After computationFinished(), on the user-interface thread: the runner is deleted and the
+  // action no longer observed. Without a run that has ended it does nothing.
   void finish();
 
-  // A copy of what is known: the rows that were shown, with the newest last.
-  RowHistory history() const;
+  // To be asked for after each rowDataUpdated(): the next one comes only then, unless a row stops.
+  DebugState state();
+  ExpressionAction& action() const { return m_action; }
 
  signals:
-  // From the engine's thread, before it waits; at most one is waiting to be seen.
+  // From the engine's thread, before it waits. Of rows that are passed by at most one signal is
+  // waiting, and ten come in a second.
   void rowDataUpdated();
+  // From the engine's thread. Connect it queued.
   void computationFinished();
 
  private:
-  class Gate;
-  std::unique_ptr<Gate> m_gate;
+  class Runner;
+  class Observer;
+
+  bool start();
+  void requestStop();
+
+  ExpressionAction& m_action;
+  std::unique_ptr<Observer> m_observer;
+  std::unique_ptr<Runner> m_runner;  // null: nothing runs
+  long long m_runsStarted = 0;
 };
 
 }  // namespace kelvarin

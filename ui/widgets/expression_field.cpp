@@ -52,6 +52,7 @@ class ExpressionField::Parts : public QObject {
 
   ExpressionEditor& editor() { return *m_editor; }
   const FormulaAnswer& answer() const { return m_answer; }
+  ValueStrip& values() { return *m_values; }
   void setFormula(const Formula& formula);
   void setRefused(bool isRefused);
   void setHistoryKey(const QString& key);

@@ -1,4 +1,4 @@
-#include "ui/columnar/flow_layout.h"
+#include "ui/panels/flow_layout.h"
 
 #include <algorithm>
 

@@ -1,0 +1,292 @@
+#include "ui/editors/expression_action_editor.h"
+
+#include <utility>
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QScrollArea>
+#include <QShortcut>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include "host/contract/main_ui.h"
+#include "ui/editors/side_by_side.h"
+#include "ui/help_browser/interface_math_parser_help.h"
+#include "ui/panels/form_layout.h"
+#include "ui/panels/variables_panel.h"
+#include "ui/widgets/k_plain_text_edit.h"
+
+namespace kelvarin {
+
+namespace {
+
+QScrollArea* scrolled(QWidget* page, QWidget* parent) {
+  auto* area = new QScrollArea(parent);
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setFocusPolicy(Qt::NoFocus);
+  area->setWidget(page);
+  return area;
+}
+
+}  // namespace
+
+ExpressionActionEditor::ExpressionActionEditor(QWidget* parent, ExpressionAction& action,
+                                               const EvaluationPage::Sections& sections)
+    : UpdateClassWidget(parent),
+      m_field(new ExpressionField(this)),
+      m_variables(new VariablesModel(this)),
+      m_validation(new ExpressionValidation(*this)),
+      m_inputRows(new InputRows(action, 0, InputRows::kRows, this)),
+      m_action(action),
+      m_tabs(new QTabWidget(this)),
+      m_settings(new EvaluationPage(sections, this)),
+      m_variablesPanel(new VariablesPanel(
+          *m_variables, [this] { return expressions(); }, this)),
+      m_help(new Interface_mathParserHelp(this)) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(m_tabs);
+  m_tabs->setObjectName(QStringLiteral("tabs"));
+  m_tabs->setAccessibleName(tr("Parts of the editor"));
+  m_tabs->setDocumentMode(true);
+  m_field->setObjectName(kExpressionField);
+  m_field->setMinimumHeight(m_field->fontMetrics().lineSpacing() * 8);
+  m_settings->setExpansion([this](const QString& text) { return m_action.expandString(text); });
+  connectField();
+  connectVariables();
+  connectSettings();
+  connect(m_inputRows, &InputRows::changed, this, &ExpressionActionEditor::takeInput);
+}
+
+// A field that loses the focus while it goes away commits nothing.
+ExpressionActionEditor::~ExpressionActionEditor() {
+  m_field->disconnect(this);
+  m_variables->disconnect(this);
+  m_settings->disconnect(this);
+  for (QLineEdit* note : std::as_const(m_notes)) {
+    note->disconnect(this);
+  }
+}
+
+void ExpressionActionEditor::connectField() {
+  connect(m_field, &ExpressionField::editingFinished, this, [this] {
+    if (!m_isLoading) {
+      commitExpression();
+    }
+  });
+  connect(m_field->editor(), &QPlainTextEdit::textChanged, this,
+          [this] { m_variablesPanel->updateMissingColumns(); });
+  connect(m_field, &ExpressionField::columnWanted, this,
+          [this](const QString& column) { m_variables->addColumns({column}); });
+  connect(m_field, &ExpressionField::helpWanted, this, &ExpressionActionEditor::showHelp);
+  connect(m_validation, &ExpressionValidation::passed, this,
+          [this](int index) { showVerdict(index, nullptr); });
+  connect(m_validation, &ExpressionValidation::failed, this,
+          [this](int index, const FormulaAnswer& answer) { showVerdict(index, &answer); });
+  connect(m_validation, &ExpressionValidation::goThere, this, [this](int position, int size) {
+    showExpressionPage();
+    window()->activateWindow();
+    m_field->showPart(position, size);
+  });
+  connect(m_validation, &ExpressionValidation::nameChosen, this,
+          [this](const QString& name, int position, int size) {
+            showExpressionPage();
+            m_field->showPart(position, size);
+            m_field->insertText(name);
+          });
+}
+
+void ExpressionActionEditor::connectVariables() {
+  connect(m_variables, &VariablesModel::edited, this, [this] {
+    m_areVariablesEdited = true;
+    commitChanges();
+    updateFormula();
+  });
+  connect(m_variablesPanel, &VariablesPanel::insertWanted, this,
+          &ExpressionActionEditor::on_insertVar);
+}
+
+void ExpressionActionEditor::connectSettings() {
+  connect(m_settings, &SettingsPage::changed, this, [this] {
+    if (m_isLoading) {
+      return;
+    }
+    m_areOptionsEdited = true;
+    commitChanges();
+    m_variables->setRowNumberOffered(options().addN);
+    updateFormula();
+  });
+  connect(m_settings, &EvaluationPage::errorPolicyChosen, this,
+          &ExpressionActionEditor::setErrorPolicy);
+}
+
+// It changes no column and no row that anyone sees now, so the document alone is told.
+void ExpressionActionEditor::setErrorPolicy(bool abortWhenError) {
+  EvaluationOptions changed = m_action.options();
+  if (changed.abortWhenError == abortWhenError) {
+    return;
+  }
+  changed.abortWhenError = abortWhenError;
+  m_action.setOptions(changed);
+  MainUI::documentWasModified();
+}
+
+QVBoxLayout* ExpressionActionEditor::addExpressionPage(const QString& title) {
+  auto* page = new QWidget(this);
+  auto* layout = new QVBoxLayout(page);
+  layout->setContentsMargins(12, 12, 12, 12);
+  layout->setSpacing(8);
+  m_tabs->addTab(scrolled(page, this), title);
+  return layout;
+}
+
+QWidget* ExpressionActionEditor::fieldAndVariables() {
+  return new SideBySide(m_field, m_variablesPanel, this);
+}
+
+QPushButton* ExpressionActionEditor::checkButton() {
+  auto* button = new QPushButton(tr("? (F7)"), this);
+  button->setObjectName(QStringLiteral("pbCheck"));
+  button->setAccessibleName(tr("Check (F7)"));
+  button->setToolTip(tr("Checks what is written, and shows what is wrong with it."));
+  button->setAutoDefault(false);
+  connect(button, &QPushButton::clicked, this, &ExpressionActionEditor::checkExpressions);
+  auto* shortcut = new QShortcut(QKeySequence(Qt::Key_F7), this);
+  shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(shortcut, &QShortcut::activated, this, &ExpressionActionEditor::checkExpressions);
+  return button;
+}
+
+QLineEdit* ExpressionActionEditor::noteField(const char* name, const QString& accessibleName) {
+  auto* field = new QLineEdit(this);
+  field->setObjectName(QLatin1String(name));
+  field->setAccessibleName(accessibleName);
+  connect(field, &QLineEdit::editingFinished, this, &ExpressionActionEditor::commitChanges);
+  m_notes += field;
+  return field;
+}
+
+void ExpressionActionEditor::addOtherPages() {
+  m_tabs->addTab(scrolled(m_settings, this), tr("Settings"));
+  m_tabs->addTab(m_help, tr("Help"));
+  connect(m_help, &Interface_mathParserHelp::insertWanted, this, [this](const QString& text) {
+    showExpressionPage();
+    m_field->insertText(text);
+  });
+}
+
+void ExpressionActionEditor::showExpressionPage() {
+  m_tabs->setCurrentIndex(0);
+}
+
+void ExpressionActionEditor::showHelp(const QString& name) {
+  m_tabs->setCurrentWidget(m_help);
+  m_help->showName(name);
+}
+
+void ExpressionActionEditor::on_insertVar(int variable) {
+  const auto index = static_cast<std::size_t>(variable);
+  if (variable >= 0 && index < m_variables->variables().size()) {
+    m_field->insertVariable(m_variables->variables()[index].name());
+  }
+}
+
+void ExpressionActionEditor::takeInput() {
+  m_variablesPanel->setInputColumns(m_inputRows->columns(), m_inputRows->isBusy());
+  updateFormula();
+}
+
+Formula ExpressionActionEditor::formula() const {
+  Formula formula;
+  formula.output.expression = m_field->expression();
+  formula.options = options();
+  formula.variables = m_variables->variables();
+  if (m_action.globalParameters() != nullptr) {
+    formula.parameters = *m_action.globalParameters();
+  }
+  formula.columns = m_inputRows->columns();
+  formula.rows = m_inputRows->rows();
+  return formula;
+}
+
+void ExpressionActionEditor::updateFormula() {
+  m_field->setFormula(formula());
+}
+
+void ExpressionActionEditor::reload() {
+  const QScopedValueRollback loading(m_isLoading, true);
+  m_settings->load(m_action.options());
+  m_variables->setVariables(m_action.inputVariables());
+  m_variables->setRowNumberOffered(m_action.options().addN);
+  load();
+  m_committed = texts();
+  takeInput();
+}
+
+QMap<QString, QString> ExpressionActionEditor::texts() const {
+  QMap<QString, QString> texts{{kExpressionField, m_field->expression()}};
+  for (const QLineEdit* note : m_notes) {
+    texts[note->objectName()] = note->text();
+  }
+  return texts;
+}
+
+QMap<QString, QString> ExpressionActionEditor::uncommittedState() const {
+  const QMap<QString, QString> current = texts();
+  QMap<QString, QString> uncommitted;
+  for (auto text = current.begin(); text != current.end(); ++text) {
+    if (!isCommitted(text.key(), text.value())) {
+      uncommitted[text.key()] = text.value();
+    }
+  }
+  return uncommitted;
+}
+
+void ExpressionActionEditor::commit() {
+  commitChanges();
+  if (!isCommitted(kExpressionField, m_field->expression())) {
+    commitExpression();
+  }
+}
+
+bool ExpressionActionEditor::storeCommon() {
+  const bool areVariablesEdited = std::exchange(m_areVariablesEdited, false);
+  const bool areOptionsEdited = std::exchange(m_areOptionsEdited, false);
+  if (areVariablesEdited) {
+    m_action.setInputVariables(m_variables->variables());
+  }
+  if (areOptionsEdited) {
+    m_action.setOptions(options());
+  }
+  return areVariablesEdited || areOptionsEdited;
+}
+
+void ExpressionActionEditor::commitChanges() {
+  if (m_isLoading) {
+    return;
+  }
+  const bool isCommonStored = storeCommon();
+  const bool isOwnStored = store();
+  for (const QLineEdit* note : std::as_const(m_notes)) {
+    setCommitted(note->objectName(), note->text());
+  }
+  if (isCommonStored || isOwnStored) {
+    propertiesChanged();
+  }
+}
+
+void ExpressionActionEditor::showFieldVerdict(const FormulaAnswer* failure) {
+  m_field->setRefused(failure != nullptr);
+  if (failure == nullptr) {
+    return;
+  }
+  if (isActiveWindow() && !m_validation->hasTypedElsewhere()) {
+    showExpressionPage();
+    m_field->editor()->setFocus(Qt::PopupFocusReason);
+  }
+  m_validation->showFailure(m_field->expression(), *failure);
+}
+
+}  // namespace kelvarin
