@@ -23,14 +23,14 @@ struct DebugRules {
 };
 
 enum class StopReason {
-  none,             // the row went by
-  step,             // every row stops
-  breakpoint,       // the condition holds
-  condition,        // it cannot be evaluated, which the row's note explains
-  row,              // its number was asked for
-  failure,          // an output failed
-  null,             // a result is null or NaN
-  lastRow           // its failure ends the run; nothing is waited for
+  none,        // the row went by
+  step,        // every row stops
+  breakpoint,  // the condition holds
+  condition,   // it cannot be evaluated, which the row's note explains
+  row,         // its number was asked for
+  failure,     // an output failed
+  null,        // a result is null or NaN
+  lastRow      // its failure ends the run; nothing is waited for
 };
 
 // The first rule that stops at the row, but for the condition.

@@ -19,10 +19,10 @@ namespace kelvarin {
 // What is known of a debug run at one moment.
 struct DebugState {
   RowHistory rows;
-  long long rowCount = 0;  // of all rows of the run
-  bool isWaiting = false;  // at the newest row, for the user
+  long long rowCount = 0;      // of all rows of the run
+  bool isWaiting = false;      // at the newest row, for the user
   double rowsPerSecond = 0.0;  // since it went on
-  QStringList backends;    // the label of each output's engine
+  QStringList backends;        // the label of each output's engine
 };
 
 class DebugSession : public QObject {

@@ -111,8 +111,8 @@ void EvaluationPage::addKeyCasts() {
        {tr("loses its fraction"), tr("becomes the null key"), tr("stops the run")},
        {tr("is null"), tr("counts as 0"), tr("stops the run")}}};
   for (std::size_t cast = 0; cast < m_keyCasts.size(); ++cast) {
-    m_keyCasts[cast] = addModes(*box, kFirstKeyCast + 3 * static_cast<int>(cast), questions[cast],
-                                answers[cast]);
+    m_keyCasts[cast] =
+        addModes(*box, kFirstKeyCast + 3 * static_cast<int>(cast), questions[cast], answers[cast]);
   }
 }
 

@@ -11,8 +11,8 @@
 #include <QVBoxLayout>
 
 #include "ui/panels/flow_layout.h"
-#include "ui/panels/wrapping_choice.h"
 #include "ui/panels/form_layout.h"
+#include "ui/panels/wrapping_choice.h"
 
 namespace kelvarin {
 

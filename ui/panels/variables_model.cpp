@@ -71,9 +71,8 @@ const PinColumns::Column* VariablesModel::inputColumn(const QString& name) const
 }
 
 bool VariablesModel::hasAlias(const QString& alias) const {
-  return std::any_of(m_variables.begin(), m_variables.end(), [&](const InputVariable& variable) {
-    return variable.name() == alias;
-  });
+  return std::any_of(m_variables.begin(), m_variables.end(),
+                     [&](const InputVariable& variable) { return variable.name() == alias; });
 }
 
 QString VariablesModel::aliasFor(const QString& column) const {
@@ -100,8 +99,8 @@ void VariablesModel::setColumn(InputVariable& variable, const QString& column) c
   }
   const PinColumns::Column* known = inputColumn(column);
   if (known != nullptr && kindOf(variable) != VariableKind::date) {
-    setType(variable, known->meta == MetaTypeColumn::text ? VariableKind::text
-                                                          : VariableKind::number);
+    setType(variable,
+            known->meta == MetaTypeColumn::text ? VariableKind::text : VariableKind::number);
   }
 }
 
@@ -273,9 +272,9 @@ QVariant VariablesModel::data(const QModelIndex& index, int role) const {
       if (role == kOpenChoicesRole) {
         return true;
       }
-      return isText                       ? columnText(variable)
+      return isText                    ? columnText(variable)
              : role == Qt::ToolTipRole ? QVariant(columnToolTip(variable))
-                                          : QVariant();
+                                       : QVariant();
     case kType:
       return role == kChoicesRole ? QVariant(variableTypeNames())
              : isText             ? QVariant(typeNameOf(variable))
@@ -333,10 +332,10 @@ QVariant VariablesModel::headerData(int section, Qt::Orientation orientation, in
       tr("The value with which the expression is checked where there are no rows"),
       tr("The value in the row that the step debugger shows")};
   const bool isKnown = section >= 0 && section < kColumnCount;
-  return !isKnown                      ? QVariant()
+  return !isKnown                  ? QVariant()
          : role == Qt::DisplayRole ? QVariant(names[section])
          : role == Qt::ToolTipRole ? QVariant(meanings[section])
-                                       : QVariant();
+                                   : QVariant();
 }
 
 Qt::ItemFlags VariablesModel::flags(const QModelIndex& index) const {

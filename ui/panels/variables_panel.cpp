@@ -136,11 +136,10 @@ QHBoxLayout* VariablesPanel::Parts::tableButtons() {
 QVBoxLayout* VariablesPanel::Parts::columnButtons() {
   auto* column = new QVBoxLayout;
   column->setSpacing(kControlSpacing);
-  m_addMissing = new QPushButton(
-      VariablesPanel::tr("Add all columns that the &expression names"), &m_panel);
+  m_addMissing =
+      new QPushButton(VariablesPanel::tr("Add all columns that the &expression names"), &m_panel);
   m_addMissing->setObjectName(QStringLiteral("pbAddNamed"));
-  m_copyNames =
-      new QPushButton(VariablesPanel::tr("Copy all Column Names to Clipboard"), &m_panel);
+  m_copyNames = new QPushButton(VariablesPanel::tr("Copy all Column Names to Clipboard"), &m_panel);
   m_copyNames->setObjectName(QStringLiteral("pbGetColumnNames"));
   connect(m_addMissing, &QPushButton::clicked, &m_panel, [this] { addMissing(); });
   connect(m_copyNames, &QPushButton::clicked, &m_panel, [this] { copyNames(); });
@@ -209,8 +208,9 @@ void VariablesPanel::Parts::setInputColumns(const PinColumns& columns, bool isCo
                        VariablesPanel::tr("The columns of the input are being looked up."));
   } else {
     const QString why = columns.whyUnknown.isEmpty()
-                            ? VariablesPanel::tr("Nothing is linked to the input, or it has not "
-                                                 "been read.")
+                            ? VariablesPanel::tr(
+                                  "Nothing is linked to the input, or it has not "
+                                  "been read.")
                             : columns.whyUnknown;
     m_note->setMessage(
         Severity::warning,

@@ -80,9 +80,9 @@ TEST_F(DebugSessionTest, EachStepShowsOneRowAndTheEndIsQueued) {
   for (int row = 1; row <= 10; ++row) {
     ASSERT_TRUE(waitForRow(row));
     const DebugState state = session.state();
-    EXPECT_EQ(shownAt(state, state.rows.size() - 1),
-              std::to_string(row - 1) + ": a=" + std::to_string(row - 1) +
-                  " _n=" + std::to_string(row - 1));
+    EXPECT_EQ(shownAt(state, state.rows.size() - 1), std::to_string(row - 1) +
+                                                         ": a=" + std::to_string(row - 1) +
+                                                         " _n=" + std::to_string(row - 1));
     EXPECT_EQ(state.rows.newest()->row.results[0].number, row - 1 > 1 ? 1.0 : 0.0);
     EXPECT_EQ(state.backends, QStringList{"String Parser"});
     EXPECT_TRUE(session.isRunning());
@@ -194,8 +194,7 @@ TEST_F(DebugSessionTest, RowsThatGoByAreSeldomAnnounced) {
   branch.rows = [](FakeInputPin& pin) { pin.push({5}, 100'000'000); };
   std::atomic<int> signals{0};
   QObject::connect(
-      &session, &DebugSession::rowDataUpdated, &session, [&] { ++signals; },
-      Qt::DirectConnection);
+      &session, &DebugSession::rowDataUpdated, &session, [&] { ++signals; }, Qt::DirectConnection);
   DebugRules rules;
   rules.everyRow = false;
   rules.row = 100'000'000;
