@@ -9,8 +9,8 @@ namespace kelvarin {
 namespace {
 
 constexpr int kCharactersOfBoth = 88;
-constexpr int kLeftShare = 3;
-constexpr int kRightShare = 2;
+constexpr int kLeftShare = 4;
+constexpr int kRightShare = 3;
 
 }  // namespace
 

@@ -10,7 +10,7 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
-#include "ui/panels/flow_layout.h"
+#include "ui/widgets/flow_layout.h"
 #include "ui/panels/form_layout.h"
 #include "ui/panels/wrapping_choice.h"
 

@@ -78,7 +78,11 @@ VariablesPanel::Parts::Parts(VariablesPanel& panel, VariablesModel& model,
     updateButtons();
     updateMissingColumns();
   });
-  connect(&model, &QAbstractItemModel::modelReset, &panel, [this] { updateButtons(); });
+  connect(&model, &QAbstractItemModel::rowsInserted, m_table, &MyTable::fitColumns);
+  connect(&model, &QAbstractItemModel::modelReset, &panel, [this] {
+    m_table->fitColumns();
+    updateButtons();
+  });
   updateButtons();
   updateMissingColumns();
 }

@@ -1,4 +1,4 @@
-#include "ui/panels/flow_layout.h"
+#include "ui/widgets/flow_layout.h"
 
 #include <algorithm>
 
