@@ -22,13 +22,29 @@ WINDOW_RULES = """<?xml version="1.0" encoding="UTF-8"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc">
   <focus><focusNew>yes</focusNew></focus>
   <placement><policy>Smart</policy><center>yes</center></placement>
-  <theme><name>Clearlooks</name><titleLayout>LC</titleLayout></theme>
+  <theme><name>pictures</name><titleLayout>L</titleLayout></theme>
   <applications>
     <application type="normal"><decor>no</decor><maximized>yes</maximized></application>
     <application type="dialog"><position force="yes"><x>center</x><y>center</y></position></application>
   </applications>
 </openbox_config>
 """
+
+
+# Flat frames in the colours of the light and the dark windows.
+FRAMES = """border.width: 1
+border.color: {border}
+window.handle.width: 0
+window.client.padding.width: 0
+padding.height: 3
+window.*.title.bg: flat solid
+window.*.title.bg.color: {paper}
+window.*.label.bg: parentrelative
+window.*.label.text.color: {ink}
+window.label.text.justify: center
+"""
+LIGHT = {"border": "#9aa1ab", "paper": "#dfe2e7", "ink": "#1b1f24"}
+DARK = {"border": "#60666f", "paper": "#33373d", "ink": "#e8eaed"}
 
 
 class StepFailed(Exception):
@@ -139,6 +155,9 @@ class Screen:
             settings.write(f"[General]\ntheme={'dark' if self.dark else 'light'}\n")
         with open(self._path("openbox.xml"), "w", encoding="utf-8") as rules:
             rules.write(WINDOW_RULES)
+        os.makedirs(self._path("data/themes/pictures/openbox-3"))
+        with open(self._path("data/themes/pictures/openbox-3/themerc"), "w", encoding="utf-8") as frames:
+            frames.write(FRAMES.format(**(DARK if self.dark else LIGHT)))
 
     def _environment(self, display):
         kept = {name: os.environ[name] for name in ("PATH", "LD_LIBRARY_PATH") if name in os.environ}

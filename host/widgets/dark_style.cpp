@@ -91,4 +91,12 @@ void DarkStyle::drawComplexControl(ComplexControl control, const QStyleOptionCom
   QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
 
+int DarkStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                         QStyleHintReturn* result) const {
+  // The style's own icons of dialog buttons are black.
+  return hint == SH_DialogButtonBox_ButtonsHaveIcons
+             ? 0
+             : QProxyStyle::styleHint(hint, option, widget, result);
+}
+
 }  // namespace kelvarin

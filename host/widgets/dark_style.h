@@ -21,6 +21,8 @@ class DarkStyle : public QProxyStyle {
                      const QWidget* widget) const override;
   void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                           QPainter* painter, const QWidget* widget) const override;
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* result) const override;
 
  private:
   // `palette` with the window's colour of which Fusion makes the lighter outline.

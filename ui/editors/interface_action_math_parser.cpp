@@ -12,9 +12,9 @@
 
 #include "ui/editors/output_bar.h"
 #include "ui/editors/vectors_panel.h"
-#include "ui/widgets/flow_layout.h"
 #include "ui/panels/form_layout.h"
 #include "ui/panels/settings_page.h"
+#include "ui/widgets/flow_layout.h"
 #include "ui/widgets/k_plain_text_edit.h"
 
 namespace kelvarin {
@@ -82,8 +82,8 @@ Interface_actionMathParser::~Interface_actionMathParser() {
 
 QWidget* Interface_actionMathParser::makeNameRow() {
   auto* row = new QWidget(this);
-  auto* layout = new QBoxLayout(
-      isVectorized() ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, row);
+  auto* layout =
+      new QBoxLayout(isVectorized() ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, row);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(isVectorized() ? kControlSpacing : 2 * kControlSpacing);
   auto* label = new QLabel(isVectorized() ? tr("&Name expression:") : tr("&Name:"), row);

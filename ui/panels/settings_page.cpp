@@ -10,9 +10,9 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
-#include "ui/widgets/flow_layout.h"
 #include "ui/panels/form_layout.h"
 #include "ui/panels/wrapping_choice.h"
+#include "ui/widgets/flow_layout.h"
 
 namespace kelvarin {
 

@@ -144,10 +144,9 @@ using VectorizedTest = EditorTest<Interface_actionMathParser, CalculatorVectoriz
 
 TEST_F(VectorizedTest, ListsTheColumnsThatItWillCreate) {
   m_rowsOfPin[0] = textRows({QStringLiteral("a1"), QStringLiteral("a2")}, {});
-  m_rowsOfPin[1] =
-      textRows({QStringLiteral("AliasName"), QStringLiteral("VarName")},
-               {{QStringLiteral("v"), QStringLiteral("a1")},
-                {QStringLiteral("v"), QStringLiteral("a2")}});
+  m_rowsOfPin[1] = textRows(
+      {QStringLiteral("AliasName"), QStringLiteral("VarName")},
+      {{QStringLiteral("v"), QStringLiteral("a1")}, {QStringLiteral("v"), QStringLiteral("a2")}});
   open("<CalculatorVectorized name='v'/>", int{Interface_actionMathParser::kVectorized});
   auto& columns = widget<QListWidget>("columnsToCreate");
   const auto listed = [&] {

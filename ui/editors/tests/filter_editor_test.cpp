@@ -55,13 +55,15 @@ TEST_F(FilterEditorTest, EachControlWritesItsAttributeAndReportsIt) {
       {"dateFormatType", " dateFormatType='1'", [&] { choose("cbDateFormat", 1); }},
       {"isUTC", " isUTC='0'", [&] { click("cbUTC2"); }},
       {"emptyETToNull", " emptyETToNull='0'", [&] { click("cbEmptyETToNull"); }},
-      {"referenceTime", " referenceTime='2001'", [&] { type("leRefTime", QStringLiteral("2001")); }},
+      {"referenceTime", " referenceTime='2001'",
+       [&] { type("leRefTime", QStringLiteral("2001")); }},
       {"dateFormat", " dateFormat='yyyy'", [&] { type("leDateFormat", QStringLiteral("yyyy")); }},
       {"castToET1", " castToET1='1'", [&] { click("rbETToRefTime"); }},
       {"castToET2", " castToET2='1'", [&] { click("rbETToRefTime2"); }}};
   const QStringList ofOlderFiles{QStringLiteral("Expression")};
-  expectEdits(edits, ofOlderFiles, FilterRows::catalogue(), [&] { open(kFilter); },
-              [&] { return saved(); });
+  expectEdits(
+      edits, ofOlderFiles, FilterRows::catalogue(), [&] { open(kFilter); },
+      [&] { return saved(); });
   for (const ControlEdit& edit : edits) {
     open(kFilter);
     edit.edit();
@@ -114,9 +116,10 @@ TEST_F(FilterEditorTest, ValidatesACommittedExpression) {
 
   leave();
   settle();
-  EXPECT_EQ(style(), "background-color: #FFE8E8; background-image: url(:/KelvarinMathParser/"
-                     "errorExplanation.png);background-repeat:no-repeat;background-position:"
-                     "center bottom;");
+  EXPECT_EQ(style(),
+            "background-color: #FFE8E8; background-image: url(:/KelvarinMathParser/"
+            "errorExplanation.png);background-repeat:no-repeat;background-position:"
+            "center bottom;");
   EXPECT_TRUE(action().hasFailed());
   ASSERT_EQ(dialogs().size(), 1);
   EXPECT_FALSE(dialogs().front()->isModal());
