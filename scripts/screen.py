@@ -135,12 +135,11 @@ class Screen:
             return len(looks) >= CALM
         self._wait(finished, "the end of all changes on the screen")
 
-    def shoot(self, file, window=None):
-        """Writes what is seen, or one window with its frame, as a small PNG."""
+    def shoot(self, file):
+        """Writes what is seen as a small PNG."""
         self._require_program()
         raw = self._path("raw.png")
-        area = ["-frame", "-window", window] if window else ["-window", "root"]
-        self.run("import", "-silent", *area, raw)
+        self.run("import", "-silent", "-window", "root", raw)
         self.run("convert", raw, "+dither", "-colors", "128", "-strip",
                  "-define", "png:compression-level=9", f"png8:{file}")
 
