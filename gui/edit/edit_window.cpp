@@ -103,7 +103,7 @@ void EditWindow::makePages() {
   parts->addWidget(sides);
   parts->addWidget(m_log);
   parts->setStretchFactor(0, 1);
-  parts->setSizes({640, 160});
+  parts->setSizes({680, 96});
 
   auto* central = new QWidget;
   auto* layout = new QVBoxLayout(central);
@@ -116,7 +116,8 @@ void EditWindow::makePages() {
   connect(m_log, &LogPanel::actionWanted, this, [this](const LogEntry& entry) {
     openActionNamed(entry.action);
     const LogDetails& details = entry.details;
-    if (m_editor != nullptr && (details.position >= 0 || !details.output.isEmpty())) {
+    const bool isOpen = m_action >= 0 && m_action == m_graph.graph().indexOf(entry.action);
+    if (isOpen && (details.position >= 0 || !details.output.isEmpty())) {
       m_editor->showPosition(details.output, details.position);
     }
   });

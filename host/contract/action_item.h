@@ -65,7 +65,7 @@ class KELVARIN_CORE ActionItem {
   virtual long long getHDTime() const;
   virtual void clearHDFile();
   virtual ~ActionItem();
-  // The caller owns the new action.
+  // The caller owns the new action. Asked on any thread, so it changes nothing of this one.
   virtual ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) = 0;
 
   // Null when the pin is exhausted or not linked; valid until the next call for the same pin.

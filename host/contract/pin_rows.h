@@ -51,7 +51,8 @@ class KELVARIN_CORE PinRows {
 };
 
 // Who gets the rows. All calls come from one thread, rowsEnded() once and last, also after the
-// request has been cancelled. The request keeps the receiver until then.
+// request has been cancelled. The request keeps the receiver until then, so the last owner of a
+// receiver may be that thread.
 class KELVARIN_CORE RowsReceiver {
  public:
   virtual ~RowsReceiver();
@@ -75,8 +76,8 @@ class KELVARIN_CORE RowsRequest {
   virtual void cancel() = 0;
 };
 
-// The first `limit` rows of a pin of an action of the open graph; with 0 its columns alone. Null
-// when the host cannot, or nothing is linked to an input pin.
+// The first `limit` rows of a pin of an action of the open graph; with 0 its columns alone, which
+// end with `limit`. Null when the host cannot, or nothing is linked to an input pin.
 KELVARIN_CORE std::unique_ptr<RowsRequest> requestRows(const ActionItem& action, int pin,
                                                        bool isOutput, long long limit,
                                                        std::shared_ptr<RowsReceiver> receiver);

@@ -142,7 +142,8 @@ int Model::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : kColumnCount;
 }
 
-QStringList Model::choicesOf(int column) const {
+// lupdate finds no texts behind the short name of the class.
+QStringList BlockVariablesModel::choicesOf(int column) const {
   if (column == kKind) {
     return {tr("Number"), tr("Text"), tr("Date")};
   }
@@ -188,7 +189,7 @@ QVariant Model::data(const QModelIndex& index, int role) const {
   }
 }
 
-QString Model::faultOf(const BlockVariable& variable) const {
+QString BlockVariablesModel::faultOf(const BlockVariable& variable) const {
   if (!m_file || variable.column.contains(QStringLiteral("${"))) {
     return {};
   }
@@ -254,7 +255,7 @@ Qt::ItemFlags Model::flags(const QModelIndex&) const {
   return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable;
 }
 
-QVariant Model::headerData(int section, Qt::Orientation orientation, int role) const {
+QVariant BlockVariablesModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal) {
     return {};
   }

@@ -10,8 +10,6 @@
 #include "host/widgets/user_interface.h"
 #include "ui/panels/settings_page.h"
 
-class ActionItem;
-class QScrollArea;
 class QTabWidget;
 
 namespace kelvarin {

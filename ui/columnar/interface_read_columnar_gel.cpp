@@ -11,6 +11,7 @@
 #include "ui/columnar/read_file_page.h"
 #include "ui/columnar/read_reliability_page.h"
 #include "ui/columnar/table_work_dialog.h"
+#include "ui/language/outside_sources.h"
 
 namespace kelvarin {
 
@@ -162,6 +163,13 @@ void Interface_readColumnarGel::tryFilter() {
     m_trialTask.forget();
     m_filterPage->showTrial(
         {Severity::information, tr("Without an expression every block is read.")});
+    return;
+  }
+  if (const OutsideSources sources(filter.expression, {}); sources.readsFile()) {
+    m_trialTask.forget();
+    m_filterPage->showTrial(
+        {Severity::information, tr("What it skips is known in a run only, since %1 reads a file.")
+                                    .arg(sources.fileFunction())});
     return;
   }
   const auto copy = std::make_shared<ActionCopy<ReadColumnarGel>>(m_action);

@@ -142,7 +142,9 @@ void Interface_writeColumnarGel::showExamples() {
         ShownText note;
         if (split == Split::byValue && isInvented) {
           note.text = tr("For values such as 'A' and 'B'.");
-        } else if (split != Split::none) {
+        } else if (split == Split::byValue) {
+          note.text = tr("For values in the first rows.");
+        } else if (split == Split::bySize) {
           note.text = tr("And so on.");
         }
         m_filePage->showExamples(*names, note);

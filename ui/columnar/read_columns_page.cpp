@@ -167,12 +167,8 @@ std::vector<int> ReadColumnsPage::shownRows() const {
   return rows;
 }
 
-int ReadColumnsPage::currentRow() const {
-  return m_table->currentRow();
-}
-
 void ReadColumnsPage::moveCurrent(int step) {
-  const int row = currentRow();
+  const int row = m_table->currentRow();
   if (m_model->move(row, step)) {
     m_table->setCurrentCell(row + step, ColumnsToReadModel::kName);
   }

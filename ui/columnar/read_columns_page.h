@@ -31,7 +31,6 @@ class ReadColumnsPage : public SettingsPage {
   void addChoice();
   void addList();
   std::vector<int> shownRows() const;
-  int currentRow() const;
   void moveCurrent(int step);
   void addTyped();
   void showExtent();

@@ -7,7 +7,7 @@ namespace kelvarin {
 
 namespace {
 
-// The part of a text that depends on a count: "%n row(s)" is translated with its plural forms.
+// One of two texts, with the count.
 QString words(const char* one, const char* several, std::uint64_t count) {
   return QCoreApplication::translate("kelvarin::ColumnarTexts", count == 1 ? one : several)
       .arg(countText(count));
@@ -149,8 +149,8 @@ ShownText verificationText(const GelVerification& verification, bool isComplete)
                            .arg(rowsText(verification.rows), blocksText(verification.blocks));
   if (verification.damages > 0) {
     const QString damage =
-        words(QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts", "%2: %1 damaged place."),
-              QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts", "%2: %1 damaged places."),
+        words(QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts", "%2: %1 damaged position."),
+              QT_TRANSLATE_NOOP("kelvarin::ColumnarTexts", "%2: %1 damaged positions."),
               verification.damages);
     return {Severity::error,
             damage.arg(read) + u' ' +

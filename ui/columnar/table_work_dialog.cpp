@@ -68,7 +68,7 @@ TableWorkDialog::TableWorkDialog(QWidget* parent)
   m_bar->setAccessibleName(tr("Progress"));
   m_lines->setReadOnly(true);
   m_lines->setObjectName(QStringLiteral("damages"));
-  m_lines->setAccessibleName(tr("Damaged places"));
+  m_lines->setAccessibleName(tr("Damaged positions"));
   m_lines->setTabChangesFocus(true);
   m_button->setObjectName(QStringLiteral("pbClose"));
   m_timer.setInterval(kMillisecondsBetweenLooks);
@@ -134,7 +134,7 @@ void TableWorkDialog::verify(const QString& file, std::uint64_t rows) {
         const std::uint64_t unlisted =
             verified->result.damages - static_cast<std::uint64_t>(lines.size());
         if (unlisted > 0) {
-          lines += tr("%1 more damaged places are not listed.").arg(countText(unlisted));
+          lines += tr("%1 more damaged positions are not listed.").arg(countText(unlisted));
         }
         end(verificationText(verified->result, verified->isComplete), lines);
       });

@@ -20,6 +20,7 @@
 #include "ui/language/formula_service.h"
 
 class QShortcut;
+class QSplitter;
 class QTableView;
 class QTreeView;
 
@@ -69,6 +70,10 @@ class DebuggerPanel : public QWidget {
   // What makes the expression one that can be debugged.
   void fixWanted(const kelvarin::QuickFix& fix);
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
  private:
   void connectControls();
   QWidget* makeRowPage();
@@ -89,6 +94,9 @@ class DebuggerPanel : public QWidget {
   void askForParts();
   void showParts(const PartValues& values);
   void showNotes();
+  void fitTree();
+  void fitColumns();
+  void fitRows();
   QString engineNote() const;
   void chooseHistoryRow();
   void copyHistory();
@@ -103,6 +111,7 @@ class DebuggerPanel : public QWidget {
   int m_elementCount = 0;
   bool m_isExpert = true;
   bool m_hasEnded = false;
+  bool m_isFitted = false;  // columns have the width of what they showed
   QStringList m_lacking;
   QuickFix m_fix;  // of an expression that cannot be debugged
   std::vector<QShortcut*> m_keys;
@@ -113,6 +122,7 @@ class DebuggerPanel : public QWidget {
   RowVariablesModel* m_variables;
   PartsModel* m_parts;
   HistoryModel* m_history;
+  QSplitter* m_rowPage = nullptr;
   QTableView* m_variableTable = nullptr;
   QTreeView* m_tree = nullptr;
   QTableView* m_historyTable = nullptr;

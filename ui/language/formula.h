@@ -25,7 +25,8 @@ struct Formula {
   GlobalParameters parameters;          // of the graph
   PinColumns columns;                   // of the action's first input pin
   std::shared_ptr<const PinRows> rows;  // the first ones of that pin; null: none are known
-  std::vector<VariableValue> current;   // the row of the debugger; empty: none
+  // The row of the debugger, of each vector the element to evaluate with; empty: none.
+  std::vector<VariableValue> current;
 };
 
 }  // namespace kelvarin

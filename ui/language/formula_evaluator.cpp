@@ -83,10 +83,12 @@ FormulaEvaluator::Row FormulaEvaluator::loadBestRow() {
 }
 
 void FormulaEvaluator::loadCurrent() {
+  QSet<QString> loaded;  // of a vector the element that comes first
   for (const VariableValue& variable : m_formula.current) {
-    if (variable.element > 0) {
+    if (loaded.contains(variable.name)) {
       continue;
     }
+    loaded.insert(variable.name);
     if (variable.name == rowNumberName()) {
       goToRow(static_cast<long long>(variable.value.number));
     }

@@ -1664,6 +1664,85 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::BlockVariablesModel</name>
+    <message>
+        <source>Number</source>
+        <translation>Zahl</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Date</source>
+        <translation>Datum</translation>
+    </message>
+    <message>
+        <source>The file has no column &apos;%1&apos;.</source>
+        <translation>Die Datei hat keine Spalte &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>The column &apos;%1&apos; holds texts: choose Text, or Date.</source>
+        <translation>Die Spalte &apos;%1&apos; enthält Texte: wählen Sie Text oder Datum.</translation>
+    </message>
+    <message>
+        <source>The column; it need not be among those that are read.</source>
+        <translation>Die Spalte; sie muss nicht unter den gelesenen sein.</translation>
+    </message>
+    <message>
+        <source>Column</source>
+        <translation>Spalte</translation>
+    </message>
+    <message>
+        <source>What the expression gets: dates enter as elapsed times.</source>
+        <translation>Was der Ausdruck bekommt: Daten kommen als verstrichene Zeiten an.</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Typ</translation>
+    </message>
+    <message>
+        <source>Name of the largest value of a block.</source>
+        <translation>Name des größten Wertes eines Blocks.</translation>
+    </message>
+    <message>
+        <source>Largest</source>
+        <translation>Größter</translation>
+    </message>
+    <message>
+        <source>Name of the smallest value of a block.</source>
+        <translation>Name des kleinsten Wertes eines Blocks.</translation>
+    </message>
+    <message>
+        <source>Smallest</source>
+        <translation>Kleinster</translation>
+    </message>
+    <message>
+        <source>Name for 1 where a block has nulls, else 0.</source>
+        <translation>Name für 1, wo ein Block NULL enthält, sonst 0.</translation>
+    </message>
+    <message>
+        <source>Has nulls</source>
+        <translation>Hat NULL</translation>
+    </message>
+    <message>
+        <source>The largest value with which a check evaluates.</source>
+        <translation>Der größte Wert, mit dem eine Prüfung auswertet.</translation>
+    </message>
+    <message>
+        <source>Sample largest</source>
+        <translation>Beispiel größter</translation>
+    </message>
+    <message>
+        <source>The smallest value with which a check evaluates.</source>
+        <translation>Der kleinste Wert, mit dem eine Prüfung auswertet.</translation>
+    </message>
+    <message>
+        <source>Sample smallest</source>
+        <translation>Beispiel kleinster</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::CallTipWindow</name>
     <message>
         <source>How the function is called</source>
@@ -1803,11 +1882,11 @@
         <translation>%1 in %2 geprüft</translation>
     </message>
     <message>
-        <source>%2: %1 damaged place.</source>
+        <source>%2: %1 damaged position.</source>
         <translation>%2: %1 beschädigte Stelle.</translation>
     </message>
     <message>
-        <source>%2: %1 damaged places.</source>
+        <source>%2: %1 damaged positions.</source>
         <translation>%2: %1 beschädigte Stellen.</translation>
     </message>
     <message>
@@ -2818,7 +2897,7 @@
         <translation>Fortschritt</translation>
     </message>
     <message>
-        <source>Damaged places</source>
+        <source>Damaged positions</source>
         <translation>Beschädigte Stellen</translation>
     </message>
     <message>
@@ -2842,7 +2921,7 @@
         <translation>Jeder Block und jeder Wert von &apos;%1&apos; wird geprüft.</translation>
     </message>
     <message>
-        <source>%1 more damaged places are not listed.</source>
+        <source>%1 more damaged positions are not listed.</source>
         <translation>%1 weitere beschädigte Stellen sind nicht aufgeführt.</translation>
     </message>
     <message>

@@ -1,7 +1,5 @@
 #include "ui/widgets/call_tip_window.h"
 
-#include <QScreen>
-
 #include "ui/widgets/window_position.h"
 
 namespace kelvarin {

@@ -30,7 +30,6 @@ class ExpressionCompletion : public QObject {
   bool takeKey(int key);
   void close();
   const CompletionPopup& popup() const { return *m_popup; }
-  CompletionPopup& popup() { return *m_popup; }
 
  signals:
   void columnWanted(const QString& column);

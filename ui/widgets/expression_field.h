@@ -46,7 +46,8 @@ class ExpressionField : public QWidget {
   void apply(const QuickFix& fix);
   // Where there are never rows, the table of their values only takes height.
   void setValuesShown(bool isShown);
-  // The names in the history, the latest first; the field adds what was committed.
+  // Whose earlier expressions are offered: those of this kind of action. The field adds what was
+  // committed; without a key there is no history.
   void setHistoryKey(const QString& key);
 
  signals:

@@ -287,6 +287,12 @@ TEST_F(ReadDialogTest, TriesTheFilterOnTheFile) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return shown("trial").startsWith("skips 1 of 3"); }, 10'000))
       << shown("trial").toStdString();
   EXPECT_TRUE(hasSaved("id_max >= 8"));
+  // Nothing is read for a trial but the file itself.
+  editor->setPlainText(QStringLiteral("load(\"/dev/zero\") == \"a\""));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return shown("trial").contains("reads a file"); }, 10'000))
+      << shown("trial").toStdString();
+  editor->selectAll();
+  QTest::keyClicks(editor, QStringLiteral("id_max >= 4 "));
   m_editor->commit();
   EXPECT_TRUE(hasSaved("id_max >= 4"));
 }
@@ -322,7 +328,7 @@ TEST_F(ReadDialogTest, VerifiesAndSalvages) {
   EXPECT_TRUE(dialog->findChild<QPlainTextEdit*>(QStringLiteral("damages"))
                   ->toPlainText()
                   .contains("column 'name'"));
-  EXPECT_TRUE(dialog->findChild<InfoLine*>()->text().contains("1 damaged place"));
+  EXPECT_TRUE(dialog->findChild<InfoLine*>()->text().contains("1 damaged position"));
   dialog->close();
   EXPECT_TRUE(QTest::qWaitFor([&] { return m_editor->findChild<TableWorkDialog*>() == nullptr; }));
 

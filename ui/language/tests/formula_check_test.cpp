@@ -175,7 +175,8 @@ TEST(FormulaCheck, EvaluatesParts) {
   EXPECT_FALSE(part.mayDiffer);
   EXPECT_TRUE(evaluatePart(formula, 12, 0).mayDiffer);
 
-  formula.current = {{QStringLiteral("x"), -1, {}, ExpressionValue::ofNumber(41.0)}};
+  formula.current = {{QStringLiteral("x"), 2, {}, ExpressionValue::ofNumber(41.0)},
+                     {QStringLiteral("x"), 3, {}, ExpressionValue::ofNumber(0.0)}};
   EXPECT_EQ(evaluatePart(formula, 5, 5).value.value.number, 42.0);
 
   formula.current.clear();

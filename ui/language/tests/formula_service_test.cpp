@@ -4,8 +4,10 @@
 #include <future>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
-#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
 
 #include "ui/language/tests/formula_fixture.h"
 #include "ui/language/tests/wait_for.h"
@@ -36,6 +38,39 @@ TEST(FormulaService, AnswersTheNewestQuestionOfAKind) {
   EXPECT_EQ(answers.front().version, last);
   EXPECT_EQ(answers.front().values.front().value.number, 200.0);
   EXPECT_EQ(versionOfParts, parts);
+}
+
+TEST(FormulaService, OutlivesHostileQuestionsAndGoesOn) {
+  const QString pipe = QDir::temp().filePath(QStringLiteral("kelvarin_formula_pipe"));
+  QFile::remove(pipe);
+  ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+  FormulaService service;
+  std::vector<FormulaAnswer> answers;
+  PartValues parts;
+  QObject::connect(&service, &FormulaService::answered,
+                   [&](const FormulaAnswer& answer) { answers.push_back(answer); });
+  QObject::connect(&service, &FormulaService::partsAnswered,
+                   [&](const PartValues& values) { parts = values; });
+  const QStringList hostile = {
+      QString(10'000, u'(') + u'x' + QString(10'000, u')'),
+      u'{' + QStringLiteral("eye(1000),").repeated(900) + QStringLiteral("1}"),
+      QStringLiteral("load(\"%1\")").arg(pipe),
+      QStringLiteral("x!").repeated(4'000),
+  };
+  for (const QString& expression : hostile) {
+    answers.clear();
+    const auto start = std::chrono::steady_clock::now();
+    (void)service.ask(formulaOf(expression, 'U'));
+    const quint64 version = service.askParts(formulaOf(expression, 'U'));
+    ASSERT_TRUE(waitFor([&] { return !answers.empty() && parts.version == version; }));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3));
+    EXPECT_FALSE(answers.front().message.isEmpty());
+  }
+  QFile::remove(pipe);
+  answers.clear();
+  (void)service.ask(formulaOf(QStringLiteral("x + 1")));
+  ASSERT_TRUE(waitFor([&] { return !answers.empty(); }));
+  EXPECT_EQ(answers.front().values.size(), 3U);
 }
 
 // Jobs that end when the test says so.
