@@ -133,7 +133,7 @@ void ExpressionActionEditor::connectSettings() {
           &ExpressionActionEditor::setErrorPolicy);
 }
 
-// It changes no column and no row that anyone sees now, so the document alone is told.
+// It changes no column and no row that anyone sees now, so only the document is reported as modified.
 void ExpressionActionEditor::setErrorPolicy(bool abortWhenError) {
   if (isDebugging()) {
     m_isErrorPolicyEdited = true;
@@ -184,7 +184,7 @@ QLineEdit* ExpressionActionEditor::noteField(const char* name, const QString& ac
   return field;
 }
 
-DebuggerPanel* ExpressionActionEditor::addDebugger(const DebuggerTexts& texts) {
+QWidget* ExpressionActionEditor::makeDebugger(const DebuggerTexts& texts) {
   m_debugger = new DebuggerPanel(*m_session, texts, [this] { return formula(); }, this);
   m_debugger->setKeyOwner(this);
   connect(m_debugger, &DebuggerPanel::aboutToStart, this, &ExpressionActionEditor::commit);

@@ -30,6 +30,7 @@ class Interface_actionMathParser : public ExpressionActionEditor {
 
   QMap<QString, QString> uncommittedState() const override;
   void commit() override;
+  bool isBusy() const override { return ExpressionActionEditor::isBusy() || m_pinTable->isBusy(); }
 
  public slots:
   void delete_outputVar(int output);
@@ -45,6 +46,7 @@ class Interface_actionMathParser : public ExpressionActionEditor {
   void commitExpression() override;
   void checkExpressions() override { checkCurrentOutputVars(); }
   QStringList expressions() const override;
+  void updateFormula() override;
   void showVerdict(int index, const FormulaAnswer* failure) override;
 
  private:
@@ -68,12 +70,16 @@ class Interface_actionMathParser : public ExpressionActionEditor {
   void moveOutput(bool isLeft);
   QString newName() const;
   void setType(MetaTypeColumn meta);
+  void checkCommitted();
   void commitName();
   void outputsEdited();
   void writeOutputs();
 
   Formula formulaOf(const OutputVariable& output) const;
   Formula nameFormula() const;
+  // Those of the table that expressions name and that are no input variables of the action.
+  std::vector<InputVariable> lackingVariables() const;
+  void takeTableOver();
   void updatePinTable();
   void updateNames();
 
@@ -91,6 +97,7 @@ class Interface_actionMathParser : public ExpressionActionEditor {
   std::vector<int> m_checked;  // the outputs that the validation has, in its order
   std::vector<QString> m_checkedExpressions;
   bool m_isFailureShown = false;  // of the check under way
+  bool m_isCheckDue = false;      // as soon as the table is read
   bool m_areOutputsEdited = false;
 };
 
