@@ -8,6 +8,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include <QStringList>
@@ -80,7 +81,8 @@ class DebuggerPanel : public QWidget {
   QWidget* makeHistoryPage();
   void addKey(const QKeySequence& key, const std::function<void()>& act);
 
-  bool start();
+  // With the rules of the panel, or stepping.
+  void start(const std::optional<DebugRules>& rules);
   void stop();
   void startOrGoOn();
   void runTo();

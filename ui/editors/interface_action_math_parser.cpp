@@ -236,6 +236,7 @@ bool Interface_actionMathParser::store() {
 // What the action makes of them is shown: an empty expression is a missing value.
 void Interface_actionMathParser::writeOutputs() {
   std::vector<OutputVariable> variables;
+  variables.reserve(m_outputs.size());
   for (const Output& output : m_outputs) {
     variables.push_back(output.variable);
   }
