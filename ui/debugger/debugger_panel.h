@@ -1,38 +1,59 @@
-// What the user sees of a step debugger: its buttons, rules to stop, the tree of the expression's
-// parts with their values, and the rows that went by.
+// What the user sees of a step debugger: its buttons, rules to stop, the variables and the parts of
+// the expression with their values, and the rows that went by.
 //
-// Threads: the user-interface thread.
+// Used by the editors of expression actions, which show the values of the row in their own tables.
+// Keys: F5 starts and goes on, Shift+F5 stops, F10 next row, Shift+F10 and Ctrl+Shift+F10 back and
+// forth in the rows that went by, Ctrl+F10 runs to what is chosen, F9 breakpoint.
+// Threads: the user-interface thread; parts are evaluated beside it.
 #pragma once
 
 #include <functional>
-#include <memory>
+#include <vector>
 
+#include <QStringList>
 #include <QWidget>
 
 #include "ui/debugger/debug_session.h"
+#include "ui/debugger/debugger_controls.h"
 #include "ui/language/formula.h"
+#include "ui/language/formula_answer.h"
+#include "ui/language/formula_service.h"
+
+class QShortcut;
+class QTableView;
+class QTreeView;
 
 namespace kelvarin {
 
-// What the buttons read in one editor.
-struct DebuggerTexts {
-  QString start;
-  QString stop;
-  QString next;
-};
+class HistoryModel;
+class InfoLine;
+class PartsModel;
+class RowVariablesModel;
 
 class DebuggerPanel : public QWidget {
   Q_OBJECT
 
  public:
-  // `formula`: the expression that is looked at, as the editor has it now.
+  // `formula`: the expression that is looked at, as the editor has it now. The session outlives the
+  // panel.
   DebuggerPanel(DebugSession& session, const DebuggerTexts& texts, std::function<Formula()> formula,
                 QWidget* parent = nullptr);
   ~DebuggerPanel() override;
 
+  // The keys act where the focus is in this widget or below it; at first in the panel itself.
+  void setKeyOwner(QWidget* owner);
   // The debug controls work in the expert mode only.
   void setExpertMode(bool isExpert);
-  // Shows the latest row; the values go to the variable table, too.
+  // Variables that a debug run lacks, since they come from a table that it does not read.
+  void setLackingVariables(const QStringList& names);
+  // Another expression is looked at, or it was edited.
+  void formulaChanged();
+
+  // What pbStartStop and pbNext do.
+  void startOrStop();
+  void next();
+  // Shows the latest row; the values go to the variable table, too. Both are connected to the
+  // session.
   void updateOutputVars();
   void finishComputations();
 
@@ -43,10 +64,58 @@ class DebuggerPanel : public QWidget {
   void aboutToStart();
   // A part of the expression was chosen in the tree.
   void partChosen(qsizetype start, qsizetype size);
+  // The variables of setLackingVariables() are to be read from their table.
+  void lackingVariablesWanted();
+  // What makes the expression one that can be debugged.
+  void fixWanted(const kelvarin::QuickFix& fix);
 
  private:
-  class Parts;
-  std::unique_ptr<Parts> m_parts;
+  void connectControls();
+  QWidget* makeRowPage();
+  QWidget* makeHistoryPage();
+  void addKey(const QKeySequence& key, const std::function<void()>& act);
+
+  bool start();
+  void stop();
+  void startOrGoOn();
+  void runTo();
+  bool canBeDebugged();
+
+  void showControls();
+  void showStatus();
+  void showRow(std::size_t index);
+  void showNoRow();
+  void moveBy(int rows);
+  void askForParts();
+  void showParts(const PartValues& values);
+  void showNotes();
+  QString engineNote() const;
+  void chooseHistoryRow();
+  void copyHistory();
+  int shownElement() const { return m_elementCount > 0 ? m_controls->element() : -1; }
+
+  DebugSession& m_session;
+  std::function<Formula()> m_formula;
+  FormulaService m_service;
+  quint64 m_asked = 0;  // the version of the latest question
+  DebugState m_state;
+  std::size_t m_shown = 0;  // its index in the rows of m_state
+  int m_elementCount = 0;
+  bool m_isExpert = true;
+  bool m_hasEnded = false;
+  QStringList m_lacking;
+  QuickFix m_fix;  // of an expression that cannot be debugged
+  std::vector<QShortcut*> m_keys;
+
+  DebuggerControls* m_controls;
+  InfoLine* m_status;
+  InfoLine* m_notes;
+  RowVariablesModel* m_variables;
+  PartsModel* m_parts;
+  HistoryModel* m_history;
+  QTableView* m_variableTable = nullptr;
+  QTreeView* m_tree = nullptr;
+  QTableView* m_historyTable = nullptr;
 };
 
 }  // namespace kelvarin

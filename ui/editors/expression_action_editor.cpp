@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include "host/contract/main_ui.h"
+#include "host/widgets/info_line.h"
 #include "ui/editors/side_by_side.h"
 #include "ui/help_browser/interface_math_parser_help.h"
 #include "ui/panels/form_layout.h"
@@ -40,6 +41,8 @@ ExpressionActionEditor::ExpressionActionEditor(QWidget* parent, ExpressionAction
       m_validation(new ExpressionValidation(*this)),
       m_inputRows(new InputRows(action, 0, InputRows::kRows, this)),
       m_action(action),
+      m_session(new DebugSession(action, this)),
+      m_pending(new InfoLine(this)),
       m_tabs(new QTabWidget(this)),
       m_settings(new EvaluationPage(sections, this)),
       m_variablesPanel(new VariablesPanel(
@@ -47,6 +50,8 @@ ExpressionActionEditor::ExpressionActionEditor(QWidget* parent, ExpressionAction
       m_help(new Interface_mathParserHelp(this)) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(kControlSpacing);
+  layout->addWidget(m_pending);
   layout->addWidget(m_tabs);
   m_tabs->setObjectName(QStringLiteral("tabs"));
   m_tabs->setAccessibleName(tr("Parts of the editor"));
@@ -60,8 +65,10 @@ ExpressionActionEditor::ExpressionActionEditor(QWidget* parent, ExpressionAction
   connect(m_inputRows, &InputRows::changed, this, &ExpressionActionEditor::takeInput);
 }
 
-// A field that loses the focus while it goes away commits nothing.
+// The debug run is of the action that others may delete next. A field that loses the focus while it goes away commits nothing.
 ExpressionActionEditor::~ExpressionActionEditor() {
+  delete std::exchange(m_debugger, nullptr);
+  m_session->end();
   m_field->disconnect(this);
   m_variables->disconnect(this);
   m_settings->disconnect(this);
@@ -72,12 +79,16 @@ ExpressionActionEditor::~ExpressionActionEditor() {
 
 void ExpressionActionEditor::connectField() {
   connect(m_field, &ExpressionField::editingFinished, this, [this] {
-    if (!m_isLoading) {
+    if (!m_isLoading && !isDebugging()) {
       commitExpression();
     }
   });
-  connect(m_field->editor(), &QPlainTextEdit::textChanged, this,
-          [this] { m_variablesPanel->updateMissingColumns(); });
+  connect(m_field->editor(), &QPlainTextEdit::textChanged, this, [this] {
+    m_variablesPanel->updateMissingColumns();
+    if (isDebugging()) {
+      showPending();
+    }
+  });
   connect(m_field, &ExpressionField::columnWanted, this,
           [this](const QString& column) { m_variables->addColumns({column}); });
   connect(m_field, &ExpressionField::helpWanted, this, &ExpressionActionEditor::showHelp);
@@ -124,6 +135,11 @@ void ExpressionActionEditor::connectSettings() {
 
 // It changes no column and no row that anyone sees now, so the document alone is told.
 void ExpressionActionEditor::setErrorPolicy(bool abortWhenError) {
+  if (isDebugging()) {
+    m_isErrorPolicyEdited = true;
+    showPending();
+    return;
+  }
   EvaluationOptions changed = m_action.options();
   if (changed.abortWhenError == abortWhenError) {
     return;
@@ -168,6 +184,70 @@ QLineEdit* ExpressionActionEditor::noteField(const char* name, const QString& ac
   return field;
 }
 
+DebuggerPanel* ExpressionActionEditor::addDebugger(const DebuggerTexts& texts) {
+  m_debugger = new DebuggerPanel(*m_session, texts, [this] { return formula(); }, this);
+  m_debugger->setKeyOwner(this);
+  connect(m_debugger, &DebuggerPanel::aboutToStart, this, &ExpressionActionEditor::commit);
+  connect(m_debugger, &DebuggerPanel::rowShown, this,
+          [this](const std::vector<VariableValue>& values) {
+            m_currentRow = values;
+            m_variables->setDebugValues(values);
+          });
+  connect(m_debugger, &DebuggerPanel::partChosen, m_field, &ExpressionField::selectPart);
+  connect(m_debugger, &DebuggerPanel::fixWanted, m_field, &ExpressionField::apply);
+  connect(m_session, &DebugSession::rowDataUpdated, this, &ExpressionActionEditor::rowDataUpdated);
+  connect(m_session, &DebugSession::computationFinished, this,
+          &ExpressionActionEditor::computationFinished);
+  connect(this, &ExpressionActionEditor::computationFinished, this,
+          &ExpressionActionEditor::finishComputations, Qt::QueuedConnection);
+  return m_debugger;
+}
+
+void ExpressionActionEditor::on_pbStartStop_clicked() {
+  m_debugger->startOrStop();
+}
+
+void ExpressionActionEditor::on_pbNext_clicked() {
+  m_debugger->next();
+}
+
+void ExpressionActionEditor::updateOutputVars() {
+  m_debugger->updateOutputVars();
+}
+
+void ExpressionActionEditor::finishComputations() {
+  if (m_debugger == nullptr) {
+    return;
+  }
+  m_debugger->finishComputations();
+  if (isDebugging()) {
+    return;
+  }
+  if (std::exchange(m_isErrorPolicyEdited, false)) {
+    setErrorPolicy(options().abortWhenError);
+  }
+  commit();
+  m_pending->clear();
+}
+
+void ExpressionActionEditor::showPending() {
+  m_pending->setMessage(Severity::information,
+                        tr("What you change now takes effect at the next Start."));
+}
+
+// The mode has no signal; a user who changes it comes back to the window.
+void ExpressionActionEditor::showEvent(QShowEvent* event) {
+  UpdateClassWidget::showEvent(event);
+  m_debugger->setExpertMode(MainUI::userMode() == GlobalUserMode::expert);
+}
+
+void ExpressionActionEditor::changeEvent(QEvent* event) {
+  UpdateClassWidget::changeEvent(event);
+  if (event->type() == QEvent::ActivationChange && m_debugger != nullptr) {
+    m_debugger->setExpertMode(MainUI::userMode() == GlobalUserMode::expert);
+  }
+}
+
 void ExpressionActionEditor::addOtherPages() {
   m_tabs->addTab(scrolled(m_settings, this), tr("Settings"));
   m_tabs->addTab(m_help, tr("Help"));
@@ -208,11 +288,15 @@ Formula ExpressionActionEditor::formula() const {
   }
   formula.columns = m_inputRows->columns();
   formula.rows = m_inputRows->rows();
+  formula.current = m_currentRow;
   return formula;
 }
 
 void ExpressionActionEditor::updateFormula() {
   m_field->setFormula(formula());
+  if (m_debugger != nullptr) {
+    m_debugger->formulaChanged();
+  }
 }
 
 void ExpressionActionEditor::reload() {
@@ -246,7 +330,7 @@ QMap<QString, QString> ExpressionActionEditor::uncommittedState() const {
 
 void ExpressionActionEditor::commit() {
   commitChanges();
-  if (!isCommitted(kExpressionField, m_field->expression())) {
+  if (!isDebugging() && !isCommitted(kExpressionField, m_field->expression())) {
     commitExpression();
   }
 }
@@ -265,6 +349,10 @@ bool ExpressionActionEditor::storeCommon() {
 
 void ExpressionActionEditor::commitChanges() {
   if (m_isLoading) {
+    return;
+  }
+  if (isDebugging()) {
+    showPending();
     return;
   }
   const bool isCommonStored = storeCommon();

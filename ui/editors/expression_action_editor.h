@@ -1,13 +1,15 @@
 // The frame of the two expression editors: tabs, the expression with its variables, settings, help,
-// commit and validation.
+// commit, validation, and the step debugger.
 //
 // A derived editor fills its controls in load(), and writes what differs in store(). Nothing is
-// written while the controls are filled.
+// written while the controls are filled, nor during a debug run, which runs the action itself:
+// edits of that time are committed at its end.
 // Threads: the user-interface thread.
 #pragma once
 
 #include "actions/frame/expression_action.h"
 #include "host/widgets/user_interface.h"
+#include "ui/debugger/debugger_panel.h"
 #include "ui/editors/evaluation_page.h"
 #include "ui/editors/expression_validation.h"
 #include "ui/language/input_rows.h"
@@ -21,6 +23,7 @@ class QVBoxLayout;
 
 namespace kelvarin {
 
+class InfoLine;
 class Interface_mathParserHelp;
 class VariablesPanel;
 
@@ -40,8 +43,21 @@ class ExpressionActionEditor : public UpdateClassWidget {
  public slots:
   // Puts the input variable into the expression.
   void on_insertVar(int variable);
+  void on_pbStartStop_clicked();
+  void on_pbNext_clicked();
+  void updateOutputVars();
+  // Commits what was edited during the run.
+  void finishComputations();
+
+ signals:
+  // Of a debug run, as its session emits them.
+  void rowDataUpdated();
+  void computationFinished();
 
  protected:
+  void showEvent(QShowEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
   // What the expression in the field may refer to, and the expression itself.
   virtual Formula formula() const;
   // Fills the controls of the derived editor.
@@ -60,6 +76,7 @@ class ExpressionActionEditor : public UpdateClassWidget {
   QVBoxLayout* addExpressionPage(const QString& title);
   QWidget* fieldAndVariables();
   QPushButton* checkButton();
+  DebuggerPanel* addDebugger(const DebuggerTexts& texts);
   // A line of text that is committed at the end of editing.
   QLineEdit* noteField(const char* name, const QString& accessibleName);
   void addOtherPages();
@@ -71,6 +88,9 @@ class ExpressionActionEditor : public UpdateClassWidget {
   // Style, focus and dialog for a failure of the expression in the field; null: it passed.
   void showFieldVerdict(const FormulaAnswer* failure);
   void updateFormula();
+  // Its edits are committed at the end of the run.
+  bool isDebugging() const { return m_session->isRunning(); }
+  void showPending();
   void showExpressionPage();
   bool isLoading() const { return m_isLoading; }
   // Of fields: what differs from the text that was committed last is not committed yet.
@@ -96,6 +116,9 @@ class ExpressionActionEditor : public UpdateClassWidget {
   QMap<QString, QString> texts() const;
 
   ExpressionAction& m_action;
+  DebugSession* m_session;
+  DebuggerPanel* m_debugger = nullptr;
+  InfoLine* m_pending;
   QTabWidget* m_tabs;
   EvaluationPage* m_settings;
   VariablesPanel* m_variablesPanel;
@@ -105,6 +128,8 @@ class ExpressionActionEditor : public UpdateClassWidget {
   bool m_isLoading = false;
   bool m_areVariablesEdited = false;
   bool m_areOptionsEdited = false;
+  bool m_isErrorPolicyEdited = false;
+  std::vector<VariableValue> m_currentRow;  // of the debugger
 };
 
 // The name of the expression among the fields of uncommittedState().

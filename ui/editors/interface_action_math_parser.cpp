@@ -60,6 +60,9 @@ Interface_actionMathParser::Interface_actionMathParser(QWidget* parent, Calculat
   m_field->setHistoryKey(QStringLiteral("calculator"));
   layout->addWidget(fieldAndVariables(), 1);
   layout->addWidget(checkButton(), 0, Qt::AlignLeft);
+  DebuggerPanel* debugger =
+      addDebugger({tr("Debug Start"), tr("Debug STOP"), tr("Debug - Next (F10)")});
+  layout->addWidget(debugger);
   m_notes = noteField("leNotes", tr("Notes"));
   auto* notesLabel = new QLabel(tr("N&otes:"), this);
   notesLabel->setBuddy(m_notes);

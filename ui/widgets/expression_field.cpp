@@ -52,11 +52,11 @@ class ExpressionField::Parts : public QObject {
 
   ExpressionEditor& editor() { return *m_editor; }
   const FormulaAnswer& answer() const { return m_answer; }
-  ValueStrip& values() { return *m_values; }
   void setFormula(const Formula& formula);
   void setRefused(bool isRefused);
   void setHistoryKey(const QString& key);
   void setValuesShown(bool isShown) { m_values->setVisible(isShown); }
+  void change(const QuickFix& fix);
 
  private:
   void layOut();
@@ -272,9 +272,12 @@ void ExpressionField::Parts::fix() {
 }
 
 void ExpressionField::Parts::apply(const QuickFix& fix) {
-  if (!isAnswered()) {
-    return;
+  if (isAnswered()) {
+    change(fix);
   }
+}
+
+void ExpressionField::Parts::change(const QuickFix& fix) {
   m_editor->setFocus(Qt::OtherFocusReason);
   m_editor->replace(fix.start, fix.size, fix.replacement, fix.start + fix.replacement.size());
   if (!fix.columnToBind.isEmpty()) {
@@ -366,13 +369,21 @@ void ExpressionField::insertText(const QString& text) {
   m_parts->editor().insertPlainText(text);
 }
 
+void ExpressionField::apply(const QuickFix& fix) {
+  m_parts->change(fix);
+}
+
 void ExpressionField::setRefused(bool isRefused) {
   m_parts->setRefused(isRefused);
 }
 
 void ExpressionField::showPart(qsizetype start, qsizetype size) {
+  m_parts->editor().setFocus();
+  selectPart(start, size);
+}
+
+void ExpressionField::selectPart(qsizetype start, qsizetype size) {
   ExpressionEditor& editor = m_parts->editor();
-  editor.setFocus();
   const qsizetype length = expression().size();
   QTextCursor cursor = editor.textCursor();
   cursor.setPosition(static_cast<int>(qBound<qsizetype>(0, start, length)));

@@ -37,6 +37,9 @@ void DebuggedBranch::run(ActionItem& action, RunRecord& record) {
     while (!isFinished && record.isRunning()) {
       if (beforeRow) {
         beforeRow(record);
+        if (!record.isRunning()) {
+          break;
+        }
       }
       isFinished = action.compute();
     }

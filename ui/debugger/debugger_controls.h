@@ -1,0 +1,89 @@
+// The buttons of a step debugger and its rules to stop.
+//
+// Used by DebuggerPanel, which says what they do.
+// Threads: the user-interface thread.
+#pragma once
+
+#include <vector>
+
+#include <QWidget>
+
+#include "ui/debugger/debug_rules.h"
+
+class QCheckBox;
+class QComboBox;
+class QLineEdit;
+class QPushButton;
+class QSpinBox;
+
+namespace kelvarin {
+
+class IconButton;
+
+// What the buttons read in one editor.
+struct DebuggerTexts {
+  QString start;
+  QString stop;
+  QString next;
+};
+
+class DebuggerControls : public QWidget {
+  Q_OBJECT
+
+ public:
+  // What can be done now.
+  struct Possible {
+    bool isExpert = true;
+    bool isRunning = false;
+    bool isWaiting = false;
+    bool hasEarlierRow = false;  // before the one that is shown
+    bool hasLaterRow = false;
+  };
+
+  DebuggerControls(const DebuggerTexts& texts, QWidget* parent);
+
+  void setPossible(const Possible& possible);
+  // Of vectors; 0: there are none, and no choice.
+  void setElementCount(int count);
+  int element() const;
+  // Of the breakpoint; empty where it is off.
+  QString condition() const;
+  // To go on to what is chosen.
+  DebugRules rules() const;
+  // To go on to the breakpoint alone.
+  DebugRules breakpointRules() const;
+  // On or off; where there is no condition yet, its field gets the focus.
+  void toggleBreakpoint();
+
+ signals:
+  void startOrStopWanted();
+  void nextWanted();
+  void pauseWanted();
+  void backWanted();
+  void forwardWanted();
+  void runToWanted();
+  void conditionChanged();
+  void elementChanged();
+
+ private:
+  QWidget* makeSteps(const DebuggerTexts& texts);
+  QWidget* makeRules();
+  void showTarget();
+
+  DebuggerTexts m_texts;
+  QPushButton* m_startStop = nullptr;
+  QPushButton* m_next = nullptr;
+  QPushButton* m_pause = nullptr;
+  IconButton* m_back = nullptr;
+  IconButton* m_forward = nullptr;
+  QCheckBox* m_breaks = nullptr;
+  QLineEdit* m_condition = nullptr;
+  QComboBox* m_target = nullptr;
+  QSpinBox* m_row = nullptr;
+  QPushButton* m_runTo = nullptr;
+  QWidget* m_elementGroup = nullptr;
+  QSpinBox* m_element = nullptr;
+  std::vector<QWidget*> m_expertOnly;
+};
+
+}  // namespace kelvarin

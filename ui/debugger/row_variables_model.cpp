@@ -1,0 +1,158 @@
+#include "ui/debugger/row_variables_model.h"
+
+#include <algorithm>
+
+#include <QFont>
+
+#include "expression/evaluator/number_text.h"
+#include "host/widgets/icons.h"
+#include "ui/debugger/row_values.h"
+#include "ui/language/shown_value.h"
+#include "ui/widgets/cell_roles.h"
+
+namespace kelvarin {
+
+void RowVariablesModel::setRow(std::vector<VariableValue> values,
+                               const std::vector<VariableValue>& before) {
+  beginResetModel();
+  m_values = std::move(values);
+  m_edited.clear();
+  m_own.clear();
+  m_before.clear();
+  for (const VariableValue& variable : m_values) {
+    m_own.push_back(variable.value);
+  }
+  if (before.size() == m_values.size()) {
+    for (const VariableValue& variable : before) {
+      m_before.push_back(variable.value);
+    }
+  }
+  endResetModel();
+}
+
+void RowVariablesModel::undoEdits() {
+  for (const std::size_t row : std::exchange(m_edited, {})) {
+    m_values[row].value = m_own[row];
+  }
+  emit dataChanged(index(0, 0), index(rowCount() - 1, columnTotal - 1));
+  emit edited();
+}
+
+int RowVariablesModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(m_values.size());
+}
+
+int RowVariablesModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : columnTotal;
+}
+
+const ExpressionValue* RowVariablesModel::valueBefore(std::size_t row) const {
+  if (m_edited.contains(row)) {
+    return &m_own[row];
+  }
+  const bool hasChanged = !m_before.empty() && !isSameValue(m_before[row], m_values[row].value);
+  return hasChanged ? &m_before[row] : nullptr;
+}
+
+// Changed values are bold, edited ones have an icon, so that neither depends on a colour.
+QVariant RowVariablesModel::mark(std::size_t row, int role) const {
+  if (role == Qt::FontRole) {
+    QFont font;
+    font.setBold(valueBefore(row) != nullptr);
+    return font;
+  }
+  return m_edited.contains(row) ? QVariant(icon(Severity::information)) : QVariant();
+}
+
+QVariant RowVariablesModel::data(const QModelIndex& index, int role) const {
+  const auto row = static_cast<std::size_t>(index.row());
+  const VariableValue& variable = m_values[row];
+  if (index.column() == nameColumn) {
+    const bool isText = role == Qt::DisplayRole || role == Qt::ToolTipRole;
+    return isText ? QVariant(variable.name) : QVariant();
+  }
+  if (index.column() == valueColumn && (role == Qt::FontRole || role == Qt::DecorationRole)) {
+    return mark(row, role);
+  }
+  const ExpressionValue* value = index.column() == valueColumn ? &variable.value : valueBefore(row);
+  if (value == nullptr) {
+    return {};
+  }
+  const ShownValue shown = shownValue(*value);
+  switch (role) {
+    case Qt::DisplayRole:
+      return shown.text;
+    case Qt::EditRole:
+      return value->isNull() ? shown.text : shown.whole;
+    case Qt::ToolTipRole:
+      return index.column() == valueColumn && m_edited.contains(row)
+                 ? tr("%1, edited for this row. The data stay as they are.").arg(shown.whole)
+                 : shown.whole;
+    case Qt::TextAlignmentRole:
+      return int(Qt::AlignVCenter) |
+             int(variable.value.type == ExpressionValue::Type::text ? Qt::AlignLeft
+                                                                    : Qt::AlignRight);
+    case kValueKindRole:
+      return static_cast<int>(shown.kind);
+    default:
+      return {};
+  }
+}
+
+QVariant RowVariablesModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal) {
+    return {};
+  }
+  if (role == Qt::ToolTipRole && section == beforeColumn) {
+    return tr("The value in the row before, where it was another one");
+  }
+  if (role != Qt::DisplayRole) {
+    return {};
+  }
+  switch (section) {
+    case nameColumn:
+      return tr("Variable");
+    case valueColumn:
+      return tr("Value");
+    default:
+      return tr("Before");
+  }
+}
+
+Qt::ItemFlags RowVariablesModel::flags(const QModelIndex& index) const {
+  const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+  return index.column() == valueColumn ? flags | Qt::ItemIsEditable : flags;
+}
+
+bool RowVariablesModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  if (role != Qt::EditRole || index.column() != valueColumn) {
+    return false;
+  }
+  const auto row = static_cast<std::size_t>(index.row());
+  const QString text = value.toString();
+  ExpressionValue made = m_own[row];
+  const bool isText = made.type == ExpressionValue::Type::text;
+  if (text.trimmed() == QStringLiteral("null")) {
+    made = isText ? ExpressionValue::nullText() : ExpressionValue::ofNumber(kNullNumber);
+  } else if (isText) {
+    made = ExpressionValue::ofText(text.toStdString());
+  } else if (const auto number = numberOfWholeText(text.trimmed().toStdString())) {
+    made = ExpressionValue::ofNumber(*number);
+  } else {
+    return false;
+  }
+  if (isSameValue(made, m_values[row].value)) {
+    return true;
+  }
+  m_values[row].value = made;
+  if (isSameValue(made, m_own[row])) {
+    m_edited.erase(row);
+  } else {
+    m_edited.insert(row);
+  }
+  emit dataChanged(this->index(index.row(), 0), this->index(index.row(), columnTotal - 1));
+  emit edited();
+  return true;
+}
+
+}  // namespace kelvarin

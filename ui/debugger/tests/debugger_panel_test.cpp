@@ -1,0 +1,230 @@
+// The step debugger's panel by its keys and buttons, over an action that really runs.
+#include "ui/debugger/debugger_panel.h"
+
+#include <gtest/gtest.h>
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTableView>
+#include <QTest>
+#include <QTreeView>
+
+#include "actions/filter_rows/filter_rows.h"
+#include "host/widget_testing/widget_walk.h"
+#include "host/widgets/info_line.h"
+#include "host/widgets/theme.h"
+#include "ui/debugger/tests/debugged_branch.h"
+
+namespace kelvarin::testing {
+namespace {
+
+const DebuggerTexts kTexts = {"Debug Start", "Debug STOP", "Debug - Next (F10)"};
+
+class DebuggerPanelTest : public ::testing::Test {
+ protected:
+  DebuggerPanelTest() {
+    branch.rows = [](FakeInputPin& pin) {
+      pin.push({12.5, 4});
+      pin.push({12.5, nullptr});
+      for (int row = 2; row < 100; ++row) {
+        pin.push({row, 0.5});
+      }
+    };
+    QObject::connect(&panel, &DebuggerPanel::rowShown,
+                     [this](const std::vector<VariableValue>& values) { shown = values; });
+    panel.resize(900, 480);
+    panel.show();
+    panel.activateWindow();
+    (void)QTest::qWaitForWindowActive(&panel);
+  }
+
+  Formula formula() {
+    Formula made;
+    made.output.expression = expression;
+    made.use = ResultUse::truth;
+    made.variables = branch.action().inputVariables();
+    made.options = branch.action().options();
+    return made;
+  }
+  template <typename Widget>
+  Widget* find(const char* name) {
+    return panel.findChild<Widget*>(QLatin1String(name));
+  }
+  QString status() { return find<InfoLine>("debuggerStatus")->text(); }
+  QString notes() { return find<InfoLine>("debuggerNotes")->text(); }
+  QString cell(const char* view, int row, int column, const QModelIndex& parent = {}) {
+    const auto* model = find<QAbstractItemView>(view)->model();
+    return model->index(row, column, parent).data().toString();
+  }
+  bool waitFor(const QString& text) {
+    return QTest::qWaitFor([&] { return status().startsWith(text); });
+  }
+  bool waitForPart(const QString& value) {
+    return QTest::qWaitFor([&] { return cell("partsOfExpression", 0, 1) == value; });
+  }
+  void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    auto* table = find<QTableView>("variablesOfRow");
+    table->setFocus();
+    QTest::keyClick(table, Qt::Key(key), modifiers);
+  }
+
+  QString expression = "price * quantity > 20";
+  std::vector<VariableValue> shown;
+  DebuggedBranch branch{
+      makeAction<FilterRows>("<FilterRows expression='price * quantity &gt; 20'><InputVars>"
+                             "<InputVar column='price'/><InputVar column='quantity'/>"
+                             "</InputVars></FilterRows>"),
+      "price:F quantity:F"};
+  DebugSession session{branch.action()};
+  DebuggerPanel panel{session, kTexts, [this] { return formula(); }};
+};
+
+TEST_F(DebuggerPanelTest, KeysStartStepGoBackAndStop) {
+  auto* startStop = find<QPushButton>("pbStartStop");
+  EXPECT_EQ(startStop->text(), "Debug Start");
+  EXPECT_FALSE(find<QPushButton>("pbNext")->isEnabled());
+  int commits = 0;
+  QObject::connect(&panel, &DebuggerPanel::aboutToStart, [&] { ++commits; });
+  press(Qt::Key_F5);
+  EXPECT_EQ(commits, 1);
+  EXPECT_EQ(startStop->text(), "Debug STOP");
+  ASSERT_TRUE(waitFor("Row 0."));
+  ASSERT_GE(shown.size(), 2u);
+  EXPECT_EQ(shown[0].value.number, 12.5);
+  ASSERT_TRUE(waitForPart("true"));
+
+  press(Qt::Key_F10);
+  ASSERT_TRUE(waitFor("Row 1."));
+  EXPECT_EQ(cell("variablesOfRow", 1, 1), "null");
+  EXPECT_EQ(cell("variablesOfRow", 1, 2), "4");  // it was, in the row before
+  EXPECT_EQ(cell("variablesOfRow", 0, 2), "");   // not changed
+  press(Qt::Key_F10, Qt::ShiftModifier);
+  EXPECT_EQ(status(), "Row 0. The newest row is 1.");
+  EXPECT_EQ(shown[1].value.number, 4);
+  EXPECT_EQ(session.state().rowCount, 2);  // nothing ran again
+  press(Qt::Key_F10, Qt::ShiftModifier | Qt::ControlModifier);
+  EXPECT_EQ(status(), "Row 1.");
+
+  press(Qt::Key_F5, Qt::ShiftModifier);
+  ASSERT_TRUE(waitFor("The run has ended after 2 rows."));
+  EXPECT_EQ(startStop->text(), "Debug Start");
+  EXPECT_EQ(shown.size(), 3u);  // the last row stays in sight
+}
+
+TEST_F(DebuggerPanelTest, TheTreeSaysWhereANullArises) {
+  press(Qt::Key_F5);
+  ASSERT_TRUE(waitFor("Row 0."));
+  press(Qt::Key_F10);
+  ASSERT_TRUE(waitFor("Row 1."));
+  auto* tree = find<QTreeView>("partsOfExpression");
+  const auto product = [&] { return tree->model()->index(0, 0, tree->model()->index(0, 0)); };
+  ASSERT_TRUE(QTest::qWaitFor([&] {
+    return cell("partsOfExpression", 0, 1, product()) == "12.5" &&
+           cell("partsOfExpression", 1, 1, product()) == "null";
+  }));
+  EXPECT_EQ(cell("partsOfExpression", 0, 0), expression);
+  EXPECT_EQ(cell("partsOfExpression", 1, 0, product()), "quantity");
+  EXPECT_EQ(cell("partsOfExpression", 1, 2, product()), "null because `quantity` is null");
+  QString chosen;
+  QObject::connect(&panel, &DebuggerPanel::partChosen, [&](qsizetype start, qsizetype size) {
+    chosen = expression.sliced(start, size);
+  });
+  tree->setCurrentIndex(product());
+  EXPECT_EQ(chosen, "price * quantity");
+}
+
+TEST_F(DebuggerPanelTest, AnEditedValueIsEvaluatedAndTheRunIsLeftAlone) {
+  press(Qt::Key_F5);
+  ASSERT_TRUE(waitFor("Row 0."));
+  ASSERT_TRUE(waitForPart("true"));
+  auto* model = find<QTableView>("variablesOfRow")->model();
+  EXPECT_FALSE(model->setData(model->index(1, 1), "four"));
+  ASSERT_TRUE(model->setData(model->index(1, 1), "1"));
+  ASSERT_TRUE(waitForPart("false"));
+  EXPECT_EQ(cell("variablesOfRow", 1, 2), "4");
+  EXPECT_TRUE(notes().contains("edited"));
+  EXPECT_EQ(session.state().rows.newest()->row.variables[1].number, 4);
+  emit find<InfoLine>("debuggerNotes")->linkActivated("undo");
+  ASSERT_TRUE(waitForPart("true"));
+  EXPECT_EQ(notes(), "");
+}
+
+TEST_F(DebuggerPanelTest, RunsToABreakpointARowAndTheNextNull) {
+  find<QLineEdit>("leBreakpoint")->setFocus();
+  QTest::keyClicks(find<QLineEdit>("leBreakpoint"), "price == 40");
+  EXPECT_TRUE(find<QCheckBox>("cbBreakpoint")->isChecked());
+  press(Qt::Key_F10, Qt::ControlModifier);
+  ASSERT_TRUE(waitFor("Row 40, stopped at a breakpoint."));
+  press(Qt::Key_F9);
+  EXPECT_FALSE(find<QCheckBox>("cbBreakpoint")->isChecked());
+  find<QComboBox>("cbRunTo")->setCurrentIndex(1);
+  find<QSpinBox>("sbRunToRow")->setValue(60);
+  find<QPushButton>("pbRunTo")->click();
+  ASSERT_TRUE(waitFor("Row 60, the one that was asked for."));
+  find<QComboBox>("cbRunTo")->setCurrentIndex(4);
+  find<QPushButton>("pbRunTo")->click();
+  ASSERT_TRUE(waitFor("The run has ended after 100 rows."));
+
+  find<QPushButton>("pbCopyRows")->click();
+  const QStringList lines = QGuiApplication::clipboard()->text().split('\n');
+  ASSERT_EQ(lines.size(), 102);
+  EXPECT_TRUE(lines[0].startsWith("\"Row\",\"Stopped\",\"price\",\"quantity\""));
+  EXPECT_TRUE(lines[2].startsWith("1,\"\",12.5,,"));
+  EXPECT_TRUE(lines[41].startsWith("40,\"breakpoint\",40,0.5,"));
+}
+
+TEST_F(DebuggerPanelTest, SaysBeforeStartWhatTheStringParserRefuses) {
+  expression = "isNuLL(price)";
+  QuickFix fix;
+  QObject::connect(&panel, &DebuggerPanel::fixWanted,
+                   [&](const QuickFix& wanted) { fix = wanted; });
+  press(Qt::Key_F5);
+  EXPECT_FALSE(session.isRunning());
+  EXPECT_TRUE(status().contains("'isNuLL'")) << status().toStdString();
+  EXPECT_TRUE(status().contains("'isNull'"));
+  emit find<InfoLine>("debuggerStatus")->linkActivated("fix");
+  EXPECT_EQ(fix.replacement, "isNull");
+  EXPECT_EQ(fix.size, 6);
+}
+
+TEST_F(DebuggerPanelTest, WorksInTheExpertModeOnly) {
+  panel.setExpertMode(false);
+  press(Qt::Key_F5);
+  EXPECT_FALSE(session.isRunning());
+  for (const char* name : {"pbStartStop", "pbNext"}) {
+    EXPECT_FALSE(find<QPushButton>(name)->isEnabled());
+    EXPECT_EQ(find<QPushButton>(name)->toolTip(), "Switch To Expert Mode to Activate");
+  }
+}
+
+TEST_F(DebuggerPanelTest, NamesTheVariablesOfATableThatIsNotRead) {
+  bool isWanted = false;
+  QObject::connect(&panel, &DebuggerPanel::lackingVariablesWanted, [&] { isWanted = true; });
+  panel.setLackingVariables({"rate", "limit"});
+  EXPECT_TRUE(notes().contains("rate, limit"));
+  emit find<InfoLine>("debuggerNotes")->linkActivated("table");
+  EXPECT_TRUE(isWanted);
+}
+
+TEST_F(DebuggerPanelTest, CanBeUsedByEveryone) {
+  press(Qt::Key_F5);
+  ASSERT_TRUE(waitFor("Row 0."));
+  const auto expectNone = [](const QStringList& faults) {
+    EXPECT_EQ(faults.join('\n').toStdString(), "");
+  };
+  onEveryPage(panel, [&] {
+    expectNone(controlsWithoutName(panel));
+    expectNone(controlsOutOfTabReach(panel));
+    expectNone(keysWithTwoOwners(panel));
+  });
+  const LargeFonts large(2);
+  (void)QTest::qWaitFor([&] { return cutTexts(panel).isEmpty(); });  // layouts come by events
+  onEveryPage(panel, [&] { expectNone(cutTexts(panel)); });
+}
+
+}  // namespace
+}  // namespace kelvarin::testing
