@@ -184,7 +184,7 @@ QLineEdit* ExpressionActionEditor::noteField(const char* name, const QString& ac
   return field;
 }
 
-DebuggerPanel* ExpressionActionEditor::addDebugger(const DebuggerTexts& texts) {
+QWidget* ExpressionActionEditor::makeDebugger(const DebuggerTexts& texts) {
   m_debugger = new DebuggerPanel(*m_session, texts, [this] { return formula(); }, this);
   m_debugger->setKeyOwner(this);
   connect(m_debugger, &DebuggerPanel::aboutToStart, this, &ExpressionActionEditor::commit);

@@ -76,7 +76,7 @@ class ExpressionActionEditor : public UpdateClassWidget {
   QVBoxLayout* addExpressionPage(const QString& title);
   QWidget* fieldAndVariables();
   QPushButton* checkButton();
-  DebuggerPanel* addDebugger(const DebuggerTexts& texts);
+  QWidget* makeDebugger(const DebuggerTexts& texts);
   // A line of text that is committed at the end of editing.
   QLineEdit* noteField(const char* name, const QString& accessibleName);
   void addOtherPages();
@@ -87,10 +87,9 @@ class ExpressionActionEditor : public UpdateClassWidget {
   EvaluationOptions options() const { return m_settings->options(m_action.options()); }
   // Style, focus and dialog for a failure of the expression in the field; null: it passed.
   void showFieldVerdict(const FormulaAnswer* failure);
-  void updateFormula();
+  virtual void updateFormula();
   // Its edits are committed at the end of the run.
   bool isDebugging() const { return m_session->isRunning(); }
-  void showPending();
   void showExpressionPage();
   bool isLoading() const { return m_isLoading; }
   // Of fields: what differs from the text that was committed last is not committed yet.
@@ -104,6 +103,7 @@ class ExpressionActionEditor : public UpdateClassWidget {
   VariablesModel* m_variables;
   ExpressionValidation* m_validation;
   InputRows* m_inputRows;
+  DebuggerPanel* m_debugger = nullptr;
 
  private:
   void connectField();
@@ -112,12 +112,12 @@ class ExpressionActionEditor : public UpdateClassWidget {
   void takeInput();
   bool storeCommon();
   void setErrorPolicy(bool abortWhenError);
+  void showPending();
   void showHelp(const QString& name);
   QMap<QString, QString> texts() const;
 
   ExpressionAction& m_action;
   DebugSession* m_session;
-  DebuggerPanel* m_debugger = nullptr;
   InfoLine* m_pending;
   QTabWidget* m_tabs;
   EvaluationPage* m_settings;

@@ -38,7 +38,7 @@ Interface_actionFilterRows::Interface_actionFilterRows(QWidget* parent, FilterRo
   layout->addWidget(label);
   layout->addWidget(fieldAndVariables(), 1);
   layout->addWidget(checkButton(), 0, Qt::AlignLeft);
-  layout->addWidget(addDebugger({tr("Start"), tr("STOP"), tr("Eval Next")}));
+  layout->addWidget(makeDebugger({tr("Start"), tr("STOP"), tr("Eval Next")}));
   m_comments = noteField("leComments", tr("Comments"));
   auto* commentsLabel = new QLabel(tr("&Comments:"), this);
   commentsLabel->setBuddy(m_comments);

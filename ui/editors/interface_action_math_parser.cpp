@@ -12,6 +12,7 @@
 
 #include "ui/editors/output_bar.h"
 #include "ui/editors/vectors_panel.h"
+#include "ui/language/outside_sources.h"
 #include "ui/panels/form_layout.h"
 #include "ui/panels/settings_page.h"
 #include "ui/widgets/flow_layout.h"
@@ -60,9 +61,7 @@ Interface_actionMathParser::Interface_actionMathParser(QWidget* parent, Calculat
   m_field->setHistoryKey(QStringLiteral("calculator"));
   layout->addWidget(fieldAndVariables(), 1);
   layout->addWidget(checkButton(), 0, Qt::AlignLeft);
-  DebuggerPanel* debugger =
-      addDebugger({tr("Debug Start"), tr("Debug STOP"), tr("Debug - Next (F10)")});
-  layout->addWidget(debugger);
+  layout->addWidget(makeDebugger({tr("Debug Start"), tr("Debug STOP"), tr("Debug - Next (F10)")}));
   m_notes = noteField("leNotes", tr("Notes"));
   auto* notesLabel = new QLabel(tr("N&otes:"), this);
   notesLabel->setBuddy(m_notes);
@@ -144,6 +143,8 @@ void Interface_actionMathParser::connectOutputs() {
   connect(m_bar, &OutputBar::deleteWanted, this, &Interface_actionMathParser::delete_outputVar);
   connect(m_bar, &OutputBar::renameWanted, this, &Interface_actionMathParser::name_outputVar);
   connect(m_pinTable, &PinTable::changed, this, &Interface_actionMathParser::updatePinTable);
+  connect(m_debugger, &DebuggerPanel::lackingVariablesWanted, this,
+          &Interface_actionMathParser::takeTableOver);
   if (isVectorized()) {
     connect(m_nameField, &ExpressionField::editingFinished, this,
             &Interface_actionMathParser::commitName);
@@ -265,6 +266,7 @@ void Interface_actionMathParser::commitExpression() {
   m_areOutputsEdited = true;
   commitChanges();
   m_field->setExpression(current().variable.expression);
+  updateFormula();
   setCommitted(kExpressionField, m_field->expression());
   m_checked = {m_current};
   m_checkedExpressions = {m_field->expression()};
@@ -378,6 +380,39 @@ Formula Interface_actionMathParser::formula() const {
   OutputVariable output = m_outputs.empty() ? OutputVariable() : current().variable;
   output.expression = m_field->expression();
   return formulaOf(output);
+}
+
+// A debug run of a calculator does not read the table.
+std::vector<InputVariable> Interface_actionMathParser::lackingVariables() const {
+  std::vector<InputVariable> lacking;
+  if (isVectorized() || !m_pinTable->table()) {
+    return lacking;
+  }
+  QSet<QString> named;
+  for (const QString& expression : expressions()) {
+    named += namesIn(expression);
+  }
+  const std::vector<InputVariable>& own = m_variables->variables();
+  for (const InputVariable& variable : m_pinTable->table()->variables) {
+    const auto hasName = [&](const InputVariable& each) { return each.name() == variable.name(); };
+    if (named.contains(variable.name()) && std::none_of(own.begin(), own.end(), hasName)) {
+      lacking.push_back(variable);
+    }
+  }
+  return lacking;
+}
+
+void Interface_actionMathParser::updateFormula() {
+  ExpressionActionEditor::updateFormula();
+  QStringList names;
+  for (const InputVariable& variable : lackingVariables()) {
+    names += variable.name();
+  }
+  m_debugger->setLackingVariables(names);
+}
+
+void Interface_actionMathParser::takeTableOver() {
+  m_variables->addVariables(lackingVariables());
 }
 
 // The names of columns are computed from those of the first element's columns.

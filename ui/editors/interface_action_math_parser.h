@@ -45,6 +45,7 @@ class Interface_actionMathParser : public ExpressionActionEditor {
   void commitExpression() override;
   void checkExpressions() override { checkCurrentOutputVars(); }
   QStringList expressions() const override;
+  void updateFormula() override;
   void showVerdict(int index, const FormulaAnswer* failure) override;
 
  private:
@@ -74,6 +75,9 @@ class Interface_actionMathParser : public ExpressionActionEditor {
 
   Formula formulaOf(const OutputVariable& output) const;
   Formula nameFormula() const;
+  // Those of the table that expressions name and that are no input variables of the action.
+  std::vector<InputVariable> lackingVariables() const;
+  void takeTableOver();
   void updatePinTable();
   void updateNames();
 

@@ -6,6 +6,7 @@
 #include "expression/tokens/expression_tokens.h"
 #include "host/contract/nearest_names.h"
 #include "ui/language/column_variable.h"
+#include "ui/language/outside_sources.h"
 #include "ui/language/shown_value.h"
 #include "ui/panels/variable_cells.h"
 #include "ui/widgets/cell_roles.h"
@@ -15,17 +16,6 @@ namespace kelvarin {
 namespace {
 
 const QString kRowNumber = QStringLiteral("_n");
-
-QStringList namesIn(const QString& expression) {
-  const ExpressionTokens tokens(expression);
-  QStringList names;
-  for (std::size_t i = 0; i < tokens.size(); ++i) {
-    if (isFreeName(tokens.all(), i) && !isCall(tokens.all(), i)) {
-      names += tokens.text(tokens[i]).toString();
-    }
-  }
-  return names;
-}
 
 }  // namespace
 
@@ -105,10 +95,11 @@ void VariablesModel::setColumn(InputVariable& variable, const QString& column) c
 }
 
 // Of a column that is not known, a number.
-InputVariable VariablesModel::variableFor(const QString& column) const {
+InputVariable VariablesModel::variableFor(const QString& column,
+                                          const std::vector<InputVariable>& existing) const {
   const PinColumns::Column* known = inputColumn(column);
   return variableForColumn(
-      known != nullptr ? *known : PinColumns::Column{column, MetaTypeColumn::number}, m_variables);
+      known != nullptr ? *known : PinColumns::Column{column, MetaTypeColumn::number}, existing);
 }
 
 void VariablesModel::reportEdit() {
@@ -129,14 +120,20 @@ void VariablesModel::addEmpty(int row) {
 }
 
 void VariablesModel::addColumns(const QStringList& columns) {
-  if (columns.isEmpty()) {
+  std::vector<InputVariable> added = m_variables;
+  for (const QString& column : columns) {
+    added.push_back(variableFor(column, added));
+  }
+  addVariables({added.begin() + rowCount(), added.end()});
+}
+
+void VariablesModel::addVariables(const std::vector<InputVariable>& variables) {
+  if (variables.empty()) {
     return;
   }
   const int first = rowCount();
-  beginInsertRows({}, first, first + static_cast<int>(columns.size()) - 1);
-  for (const QString& column : columns) {
-    m_variables.push_back(variableFor(column));
-  }
+  beginInsertRows({}, first, first + static_cast<int>(variables.size()) - 1);
+  m_variables.insert(m_variables.end(), variables.begin(), variables.end());
   endInsertRows();
   reportEdit();
 }
@@ -324,7 +321,7 @@ QVariant VariablesModel::headerData(int section, Qt::Orientation orientation, in
   if (orientation != Qt::Horizontal) {
     return {};
   }
-  const QStringList names{tr("Alias"), tr("Column"), tr("Type"), tr("Sample value"),
+  const QStringList names{tr("Alias"), tr("Column"), tr("Type"), tr("Sample"),
                           tr("Value (debug):")};
   const QStringList meanings{
       tr("The name in expressions"), tr("The column of the input that it is read from"),

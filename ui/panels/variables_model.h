@@ -41,6 +41,8 @@ class VariablesModel : public QAbstractTableModel {
   void addEmpty(int row);
   // A variable for each column, at the end; the alias is a name that expressions can hold.
   void addColumns(const QStringList& columns);
+  // As they are, at the end.
+  void addVariables(const std::vector<InputVariable>& variables);
   void removeVariables(const std::vector<int>& rows);
   // The row above or below changes sides; rows at the edge stay. Ascending rows.
   void move(const std::vector<int>& rows, bool isUp);
@@ -67,7 +69,8 @@ class VariablesModel : public QAbstractTableModel {
   const VariableValue* debugValue(int row) const;
   QString aliasFor(const QString& column) const;
   bool hasAlias(const QString& alias) const;
-  InputVariable variableFor(const QString& column) const;
+  InputVariable variableFor(const QString& column,
+                            const std::vector<InputVariable>& existing) const;
   void setColumn(InputVariable& variable, const QString& column) const;
   QVariant debugData(int row, int role) const;
   void reportEdit();
