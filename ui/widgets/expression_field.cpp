@@ -119,6 +119,7 @@ ExpressionField::Parts::Parts(ExpressionField& field)
 void ExpressionField::Parts::layOut() {
   auto* below = new QHBoxLayout;
   below->setSpacing(8);
+  m_verdict->setContentsMargins(0, 4, 0, 0);  // its first line stands beside the button's icon
   below->addWidget(m_verdict, 1, Qt::AlignTop);
   below->addWidget(m_historyButton, 0, Qt::AlignTop);
   auto* layout = new QVBoxLayout(&m_field);
