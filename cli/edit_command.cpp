@@ -70,7 +70,7 @@ void addEditCommand(CLI::App& program, ChosenCommand& chosen, ProgramArguments p
   addPluginOption(*command, arguments->plugin);
   // For tests, which have nobody to close the window.
   command->add_option("--close-after", arguments->closeAfterMilliseconds)->group("");
-  command->footer("Example:\n  kelvarin edit examples/flights/flights.kelvarin speed");
+  command->footer("Example:\n  kelvarin edit examples/flights/flights.kelvarin 'speed and delays'");
   command->callback([arguments, programArguments, &chosen] {
     chosen = [arguments, programArguments] { return edit(*arguments, programArguments); };
   });

@@ -5,6 +5,8 @@
 #include "base/export.h"
 #include "ui/columnar/interface_read_columnar_gel.h"
 #include "ui/columnar/interface_write_columnar_gel.h"
+#include "ui/editors/interface_action_filter_rows.h"
+#include "ui/editors/interface_action_math_parser.h"
 
 namespace kelvarin {
 
@@ -15,12 +17,20 @@ UpdateClassWidget* create(QWidget* parent, ActionItem& action) {
   return new Editor(parent, static_cast<Action&>(action));
 }
 
+template <Interface_actionMathParser::Mode kMode>
+UpdateClassWidget* createCalculator(QWidget* parent, ActionItem& action) {
+  return new Interface_actionMathParser(parent, static_cast<Calculator&>(action), kMode);
+}
+
 struct EditorEntry {
   const char* typeName;
   UpdateClassWidget* (*create)(QWidget* parent, ActionItem& action);
 };
 
 constexpr EditorEntry kEditors[] = {
+    {"Calculator", createCalculator<Interface_actionMathParser::kCalculator>},
+    {"CalculatorVectorized", createCalculator<Interface_actionMathParser::kVectorized>},
+    {"FilterRows", create<Interface_actionFilterRows, FilterRows>},
     {"ReadColumnarGel", create<Interface_readColumnarGel, ReadColumnarGel>},
     {"writeColumnarGel", create<Interface_writeColumnarGel, WriteColumnarGel>},
 };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "actions/calculator/variable_table.h"
 #include "actions/frame/messages.h"
 
 namespace kelvarin {
@@ -57,15 +56,7 @@ int largestVector(const std::vector<InputVariable>& variables) {
   return largest;
 }
 
-}  // namespace
-
-Result<VectorTable, QString> readVectorTable(ActionItem& action, int pin) {
-  VectorGroups groups;
-  const VariableTableForm form{2, action_messages::vectorTableTooNarrow()};
-  const auto add = [&groups](const VariableTableRow& row) { return groups.add(row); };
-  if (const auto read = readDefinitions(action, pin, form, add); !read) {
-    return Failure{read.error()};
-  }
+Result<VectorTable, QString> tableOf(VectorGroups& groups) {
   if (const auto closed = groups.close(); !closed) {
     return Failure{closed.error()};
   }
@@ -80,6 +71,28 @@ Result<VectorTable, QString> readVectorTable(ActionItem& action, int pin) {
     return Failure{action_messages::vectorOfWrongSize(wrong->name())};
   }
   return table;
+}
+
+}  // namespace
+
+Result<VectorTable, QString> readVectorTable(ActionItem& action, int pin) {
+  VectorGroups groups;
+  const VariableTableForm form{kMinVectorTableColumns, action_messages::vectorTableTooNarrow()};
+  const auto add = [&groups](const VariableTableRow& row) { return groups.add(row); };
+  if (const auto read = readDefinitions(action, pin, form, add); !read) {
+    return Failure{read.error()};
+  }
+  return tableOf(groups);
+}
+
+Result<VectorTable, QString> vectorTableOf(const std::vector<VariableTableRow>& rows) {
+  VectorGroups groups;
+  for (const VariableTableRow& row : rows) {
+    if (const auto added = groups.add(row); !added) {
+      return Failure{added.error()};
+    }
+  }
+  return tableOf(groups);
 }
 
 }  // namespace kelvarin

@@ -8,6 +8,7 @@
 
 #include <QString>
 
+#include "actions/calculator/variable_table.h"
 #include "base/result.h"
 #include "expression/evaluator/variables.h"
 #include "host/contract/action_item.h"
@@ -20,6 +21,10 @@ struct VectorTable {
   int elementCount = 1;
 };
 
+inline constexpr int kMinVectorTableColumns = 2;
+
+// Of rows that an editor has.
+Result<VectorTable, QString> vectorTableOf(const std::vector<VariableTableRow>& rows);
 // Pulls every row of the pin. The error is that of readDefinitions().
 Result<VectorTable, QString> readVectorTable(ActionItem& action, int pin);
 

@@ -98,6 +98,7 @@ void ActionForm::addField(QFormLayout& form, const AttributeDescription& attribu
   } else if (attribute.kind == AttributeKind::flag && (value == u"0" || value == u"1")) {
     auto* box = new QCheckBox;
     box->setChecked(value == u"1");
+    box->setMinimumHeight(QLineEdit().sizeHint().height());  // the label stands beside it
     connect(box, &QCheckBox::toggled, this, &ActionForm::commit);
     m_fields.push_back({attribute, [box] {
                           return box->isChecked() ? QStringLiteral("1") : QStringLiteral("0");

@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QListView>
+#include <QPainter>
 #include <QPixmap>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
@@ -28,6 +29,24 @@ class FoundActions final : public QSortFilterProxyModel {
   }
 };
 
+// Pictures have colours of their own, which a selection would swallow: there they get paper.
+QIcon selectableIcon(const QPixmap& picture) {
+  QPixmap selected(picture.size());
+  selected.setDevicePixelRatio(picture.devicePixelRatio());
+  selected.fill(Qt::transparent);
+  QPainter painter(&selected);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(Qt::white);
+  const QRectF area(QPointF(), picture.deviceIndependentSize());
+  painter.drawRoundedRect(area, 4, 4);
+  painter.drawPixmap(area.marginsRemoved({2, 2, 2, 2}), picture, picture.rect());
+  painter.end();
+  QIcon icon(picture);
+  icon.addPixmap(selected, QIcon::Selected);
+  return icon;
+}
+
 }  // namespace
 
 ActionListModel::ActionListModel(EditedGraph& graph, QObject* parent)
@@ -51,7 +70,7 @@ int ActionListModel::rowCount(const QModelIndex& parent) const {
 
 QVariant ActionListModel::pictureOf(const ActionItem& action) const {
   if (const QPixmap* picture = action.getImage(kPictureSize)) {
-    return QIcon(*picture);
+    return selectableIcon(*picture);
   }
   return icon(action.endpoint() == ActionItem::Endpoint::writer ? IconName::save
                                                                 : IconName::browse);

@@ -103,7 +103,7 @@ void EditWindow::makePages() {
   parts->addWidget(sides);
   parts->addWidget(m_log);
   parts->setStretchFactor(0, 1);
-  parts->setSizes({640, 160});
+  parts->setSizes({680, 96});
 
   auto* central = new QWidget;
   auto* layout = new QVBoxLayout(central);

@@ -12,6 +12,8 @@
 #include <QStyleFactory>
 #include <QToolTip>
 
+#include "host/widgets/dark_style.h"
+
 namespace kelvarin {
 
 namespace {
@@ -92,17 +94,25 @@ QPalette darkPalette() {
                     QColor(0x8A, 0xB4, 0xF8)});
 }
 
-// Styles that draw controls of their own colours ignore a palette; this one obeys it.
-void useStyleThatObeysPalettes() {
-  if (QApplication::style()->name().compare(QLatin1String("fusion"), Qt::CaseInsensitive) != 0) {
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-  }
-}
-
 // Tool tips have a palette of their own.
 void usePalette(const QPalette& palette) {
   QApplication::setPalette(palette);
   QToolTip::setPalette(palette);
+}
+
+// Styles that draw controls of their own colours ignore a palette; Fusion obeys it.
+void useLight() {
+  if (QApplication::style()->name().compare(QLatin1String("fusion"), Qt::CaseInsensitive) != 0) {
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  }
+  usePalette(lightPalette());
+}
+
+void useDark() {
+  if (qobject_cast<DarkStyle*>(QApplication::style()) == nullptr) {
+    QApplication::setStyle(new DarkStyle);
+  }
+  usePalette(darkPalette());
 }
 
 }  // namespace
@@ -132,9 +142,10 @@ class Theme::Parts : public QObject {
     if (m_choice == ThemeChoice::system) {
       askPortal();
       applySystem();
+    } else if (m_choice == ThemeChoice::dark) {
+      useDark();
     } else {
-      useStyleThatObeysPalettes();
-      usePalette(m_choice == ThemeChoice::dark ? darkPalette() : lightPalette());
+      useLight();
     }
     m_isApplying = false;
     emit m_theme.changed();
@@ -205,8 +216,7 @@ class Theme::Parts : public QObject {
     }
     usePalette(QPalette());
     if (m_prefersDark && !isDarkPalette(QApplication::palette())) {
-      useStyleThatObeysPalettes();
-      usePalette(darkPalette());
+      useDark();
     }
   }
 

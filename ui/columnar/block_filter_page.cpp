@@ -1,5 +1,5 @@
 #include "ui/columnar/block_filter_page.h"
-#include "ui/columnar/wrapping_choice.h"
+#include "ui/panels/wrapping_choice.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -5,8 +5,8 @@
 #include "columnar/actions/block_filter.h"
 #include "columnar/actions/read_settings.h"
 #include "ui/columnar/block_variables_model.h"
-#include "ui/columnar/settings_page.h"
 #include "ui/columnar/summary_texts.h"
+#include "ui/panels/settings_page.h"
 #include "ui/widgets/expression_field.h"
 
 class QComboBox;

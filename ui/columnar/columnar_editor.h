@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/widgets/user_interface.h"
-#include "ui/columnar/settings_page.h"
+#include "ui/panels/settings_page.h"
 
 class QTabWidget;
 

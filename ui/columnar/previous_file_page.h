@@ -2,8 +2,8 @@
 #pragma once
 
 #include "columnar/actions/write_settings.h"
-#include "ui/columnar/settings_page.h"
 #include "ui/columnar/summary_texts.h"
+#include "ui/panels/settings_page.h"
 
 namespace kelvarin {
 

@@ -11,7 +11,7 @@
 #include "host/widgets/icons.h"
 #include "host/widgets/search_field.h"
 #include "ui/columnar/summary_texts.h"
-#include "ui/columnar/wrapping_choice.h"
+#include "ui/panels/wrapping_choice.h"
 #include "ui/widgets/enhanced_table_delegate.h"
 #include "ui/widgets/my_table.h"
 

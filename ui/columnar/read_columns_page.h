@@ -3,7 +3,7 @@
 
 #include "columnar/actions/read_settings.h"
 #include "ui/columnar/columns_to_read_model.h"
-#include "ui/columnar/settings_page.h"
+#include "ui/panels/settings_page.h"
 
 class QLabel;
 class QSortFilterProxyModel;

@@ -13,7 +13,7 @@
 #include "host/widgets/path_field.h"
 #include "ui/columnar/columnar_editor.h"
 #include "ui/columnar/summary_texts.h"
-#include "ui/columnar/wrapping_choice.h"
+#include "ui/panels/wrapping_choice.h"
 
 namespace kelvarin {
 

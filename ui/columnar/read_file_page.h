@@ -4,7 +4,7 @@
 #include "columnar/actions/read_settings.h"
 #include "columnar/actions/table_summary.h"
 #include "host/contract/action_item.h"
-#include "ui/columnar/settings_page.h"
+#include "ui/panels/settings_page.h"
 
 class QLabel;
 

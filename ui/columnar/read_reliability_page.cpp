@@ -1,5 +1,5 @@
 #include "ui/columnar/read_reliability_page.h"
-#include "ui/columnar/wrapping_choice.h"
+#include "ui/panels/wrapping_choice.h"
 
 #include <QCheckBox>
 #include <QGroupBox>

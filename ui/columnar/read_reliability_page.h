@@ -2,7 +2,7 @@
 #pragma once
 
 #include "columnar/actions/read_settings.h"
-#include "ui/columnar/settings_page.h"
+#include "ui/panels/settings_page.h"
 
 namespace kelvarin {
 

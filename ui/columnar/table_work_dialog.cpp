@@ -12,7 +12,7 @@
 #include "columnar/actions/table_salvage.h"
 #include "columnar/reader/failure_texts.h"
 #include "host/widgets/info_line.h"
-#include "ui/columnar/settings_page.h"
+#include "ui/panels/settings_page.h"
 
 namespace kelvarin {
 

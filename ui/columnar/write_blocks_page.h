@@ -5,7 +5,7 @@
 
 #include "columnar/actions/write_settings.h"
 #include "host/contract/pin_rows.h"
-#include "ui/columnar/settings_page.h"
+#include "ui/panels/settings_page.h"
 
 class QLabel;
 

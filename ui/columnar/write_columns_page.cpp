@@ -13,7 +13,7 @@
 
 #include "host/widgets/info_line.h"
 #include "ui/columnar/column_box.h"
-#include "ui/columnar/wrapping_choice.h"
+#include "ui/panels/wrapping_choice.h"
 #include "ui/widgets/enhanced_table_delegate.h"
 #include "ui/widgets/my_table.h"
 

@@ -4,7 +4,7 @@
 
 #include "columnar/actions/write_settings.h"
 #include "ui/columnar/column_sets_model.h"
-#include "ui/columnar/settings_page.h"
+#include "ui/panels/settings_page.h"
 
 class QComboBox;
 

@@ -14,7 +14,7 @@
 #include "host/widgets/path_field.h"
 #include "ui/columnar/column_box.h"
 #include "ui/columnar/columnar_editor.h"
-#include "ui/columnar/wrapping_choice.h"
+#include "ui/panels/wrapping_choice.h"
 #include "ui/widgets/k_plain_text_edit.h"
 
 namespace kelvarin {

@@ -4,8 +4,8 @@
 
 #include "columnar/actions/write_settings.h"
 #include "host/contract/pin_columns.h"
-#include "ui/columnar/settings_page.h"
 #include "ui/columnar/summary_texts.h"
+#include "ui/panels/settings_page.h"
 #include "ui/widgets/expression_field.h"
 
 class ActionItem;

@@ -195,6 +195,9 @@ void DebuggerPanel::setKeyOwner(QWidget* owner) {
 
 void DebuggerPanel::setExpertMode(bool isExpert) {
   m_isExpert = isExpert;
+  if (!isExpert) {
+    stop();  // nobody could do so any more
+  }
   showControls();
 }
 
@@ -212,26 +215,24 @@ void DebuggerPanel::startOrStop() {
   if (m_session.isRunning()) {
     stop();
   } else {
-    start();
+    start(std::nullopt);
   }
 }
 
-bool DebuggerPanel::start() {
+void DebuggerPanel::start(const std::optional<DebugRules>& rules) {
   emit aboutToStart();
   if (!canBeDebugged()) {
-    return false;
+    return;
   }
   m_session.setCondition(m_controls->condition(), m_controls->element());
   showNoRow();
   m_hasEnded = false;
-  const bool isStarted = m_session.startOrStop();
-  if (!isStarted) {
+  if (!(rules ? m_session.start(*rules) : m_session.startOrStop())) {
     m_status->setMessage(Severity::error, tr("This action cannot be run here. The log says why."));
   } else {
     showStatus();
   }
   showControls();
-  return isStarted;
 }
 
 void DebuggerPanel::stop() {
@@ -266,7 +267,7 @@ bool DebuggerPanel::canBeDebugged() {
 
 void DebuggerPanel::startOrGoOn() {
   if (!m_session.isRunning()) {
-    start();
+    start(std::nullopt);
     return;
   }
   m_session.goOn(m_controls->breakpointRules());
@@ -274,10 +275,12 @@ void DebuggerPanel::startOrGoOn() {
 }
 
 void DebuggerPanel::runTo() {
-  if (m_session.isRunning() || start()) {
-    m_session.goOn(m_controls->rules());
-    updateOutputVars();
+  if (!m_session.isRunning()) {
+    start(m_controls->rules());
+    return;
   }
+  m_session.goOn(m_controls->rules());
+  updateOutputVars();
 }
 
 void DebuggerPanel::next() {

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include <QStringList>
@@ -50,6 +51,9 @@ class DebuggerPanel : public QWidget {
   // Another expression is looked at, or it was edited.
   void formulaChanged();
 
+  // What pbStartStop and pbNext do.
+  void startOrStop();
+  void next();
   // Shows the latest row; the values go to the variable table, too. Both are connected to the
   // session.
   void updateOutputVars();
@@ -77,12 +81,11 @@ class DebuggerPanel : public QWidget {
   QWidget* makeHistoryPage();
   void addKey(const QKeySequence& key, const std::function<void()>& act);
 
-  void startOrStop();
-  bool start();
+  // With the rules of the panel, or stepping.
+  void start(const std::optional<DebugRules>& rules);
   void stop();
   void startOrGoOn();
   void runTo();
-  void next();
   bool canBeDebugged();
 
   void showControls();

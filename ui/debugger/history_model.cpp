@@ -78,8 +78,8 @@ QString HistoryModel::textAt(const DebuggedRow& row, int column) const {
 // Of results, the newest row shows whether they are numbers.
 int HistoryModel::alignmentOf(int column) const {
   const ExpressionValue* value = m_rows.isEmpty() ? nullptr : valueAt(*m_rows.newest(), column);
-  const bool isNumber = column == numberColumn ||
-                        (value != nullptr && value->type == ExpressionValue::Type::number);
+  const bool isNumber =
+      column == numberColumn || (value != nullptr && value->type == ExpressionValue::Type::number);
   return int(Qt::AlignVCenter) | int(isNumber ? Qt::AlignRight : Qt::AlignLeft);
 }
 

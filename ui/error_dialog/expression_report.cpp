@@ -17,7 +17,8 @@ ExpressionReport reportOf(const QString& expression, const FormulaAnswer& answer
     }
   }
   report.nearestNames.removeDuplicates();
-  report.advice = answer.message == answer.check.text ? QString() : answer.message;
+  // The text is the library's message with the token and its position below it.
+  report.advice = answer.check.text.startsWith(answer.message) ? QString() : answer.message;
   return report;
 }
 

@@ -29,6 +29,9 @@ class Interface_mathParserHelp : public QWidget {
 
   // Selects the entry of the name, or searches for it.
   void showName(const QString& name);
+  // Its lists take the height that there is. The labels that wrap would make an editor around it
+  // ask for all of the height that it would like.
+  bool hasHeightForWidth() const override { return false; }
 
  signals:
   // The user wants it at the cursor of the expression.

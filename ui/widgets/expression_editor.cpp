@@ -17,6 +17,7 @@ namespace kelvarin {
 namespace {
 
 constexpr int kMinimumLines = 3;
+constexpr int kUsualLines = 6;
 
 // The field's own sheet reaches its scroll bars, which would then be drawn as bare boxes.
 constexpr char kScrollBarStyle[] =
@@ -220,6 +221,11 @@ void ExpressionEditor::useFixedFont() {
   setFont(fixed);
   const int lines = kMinimumLines * fontMetrics().lineSpacing();
   setMinimumHeight(lines + 2 * frameWidth() + 2 * static_cast<int>(document()->documentMargin()));
+}
+
+QSize ExpressionEditor::sizeHint() const {
+  const int more = (kUsualLines - kMinimumLines) * fontMetrics().lineSpacing();
+  return {KPlainTextEdit::sizeHint().width(), minimumHeight() + more};
 }
 
 void ExpressionEditor::changeEvent(QEvent* event) {

@@ -19,6 +19,8 @@ class ExpressionEditor : public KPlainTextEdit {
   explicit ExpressionEditor(QWidget* parent = nullptr);
 
   QString expression() const { return toPlainText(); }
+  // A few lines: pages that scroll take it for what the field needs.
+  QSize sizeHint() const override;
   void setNames(const KnownNames& names);
   // The squiggle; -1 removes it. It moves along with the text.
   void setFault(qsizetype start, qsizetype size);

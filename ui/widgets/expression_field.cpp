@@ -56,6 +56,7 @@ class ExpressionField::Parts : public QObject {
   void setRefused(bool isRefused);
   void setHistoryKey(const QString& key);
   void setValuesShown(bool isShown) { m_values->setVisible(isShown); }
+  void change(const QuickFix& fix);
 
  private:
   void layOut();
@@ -118,6 +119,7 @@ ExpressionField::Parts::Parts(ExpressionField& field)
 void ExpressionField::Parts::layOut() {
   auto* below = new QHBoxLayout;
   below->setSpacing(8);
+  m_verdict->setContentsMargins(0, 4, 0, 0);  // its first line stands beside the button's icon
   below->addWidget(m_verdict, 1, Qt::AlignTop);
   below->addWidget(m_historyButton, 0, Qt::AlignTop);
   auto* layout = new QVBoxLayout(&m_field);
@@ -271,9 +273,12 @@ void ExpressionField::Parts::fix() {
 }
 
 void ExpressionField::Parts::apply(const QuickFix& fix) {
-  if (!isAnswered()) {
-    return;
+  if (isAnswered()) {
+    change(fix);
   }
+}
+
+void ExpressionField::Parts::change(const QuickFix& fix) {
   m_editor->setFocus(Qt::OtherFocusReason);
   m_editor->replace(fix.start, fix.size, fix.replacement, fix.start + fix.replacement.size());
   if (!fix.columnToBind.isEmpty()) {
@@ -365,13 +370,21 @@ void ExpressionField::insertText(const QString& text) {
   m_parts->editor().insertPlainText(text);
 }
 
+void ExpressionField::apply(const QuickFix& fix) {
+  m_parts->change(fix);
+}
+
 void ExpressionField::setRefused(bool isRefused) {
   m_parts->setRefused(isRefused);
 }
 
 void ExpressionField::showPart(qsizetype start, qsizetype size) {
+  m_parts->editor().setFocus();
+  selectPart(start, size);
+}
+
+void ExpressionField::selectPart(qsizetype start, qsizetype size) {
   ExpressionEditor& editor = m_parts->editor();
-  editor.setFocus();
   const qsizetype length = expression().size();
   QTextCursor cursor = editor.textCursor();
   cursor.setPosition(static_cast<int>(qBound<qsizetype>(0, start, length)));

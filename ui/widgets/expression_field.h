@@ -40,6 +40,10 @@ class ExpressionField : public QWidget {
   void setRefused(bool isRefused);
   // Selects a part and takes the focus.
   void showPart(qsizetype start, qsizetype size);
+  // The same, and the focus stays where it is.
+  void selectPart(qsizetype start, qsizetype size);
+  // Makes a change that was proposed for the expression as it is.
+  void apply(const QuickFix& fix);
   // Where there are never rows, the table of their values only takes height.
   void setValuesShown(bool isShown);
   // Whose earlier expressions are offered: those of this kind of action. The field adds what was

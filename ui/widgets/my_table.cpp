@@ -156,6 +156,13 @@ void MyTable::changeEvent(QEvent* event) {
   }
 }
 
+QSize MyTable::sizeHint() const {
+  constexpr int kRows = 6;
+  const int height = horizontalHeader()->sizeHint().height() +
+                     kRows * verticalHeader()->defaultSectionSize() + 2 * frameWidth();
+  return {QTableView::sizeHint().width(), height};
+}
+
 void MyTable::keyPressEvent(QKeyEvent* event) {
   const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   auto* delegate = qobject_cast<EnhancedTableDelegate*>(itemDelegate());

@@ -32,6 +32,9 @@ class MyTable : public QTableView {
   // To what they hold now; for when the model has got its rows.
   void fitColumns();
 
+  // A few rows: pages that scroll take it for what a table needs.
+  QSize sizeHint() const override;
+
   // -1 for none.
   int currentRow() const;
   void setCurrentCell(int row, int column);

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <QApplication>
+#include <QCheckBox>
 #include <QCompleter>
 #include <QLabel>
 #include <QLineEdit>
@@ -74,6 +75,23 @@ TEST_F(ThemeTest, TextsAndMarksAreReadableInBothThemes) {
     EXPECT_GE(
         contrast(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight)),
         4.5);
+  }
+}
+
+// The outline's corner would be mixed with the window, so the middle of a side is looked at.
+TEST_F(ThemeTest, ControlsThatAreNotTickedStandOut) {
+  Theme theme;
+  theme.setChoice(ThemeChoice::dark);
+  const QColor window = QApplication::palette().color(QPalette::Window);
+  QCheckBox check;
+  QLineEdit field;
+  for (QWidget* widget : {static_cast<QWidget*>(&check), static_cast<QWidget*>(&field)}) {
+    const QImage image = widget->grab().toImage();
+    double best = 0;
+    for (int x = 0; x < 4; ++x) {
+      best = std::max(best, contrast(image.pixelColor(x, image.height() / 2), window));
+    }
+    EXPECT_GE(best, 3) << widget->metaObject()->className();
   }
 }
 

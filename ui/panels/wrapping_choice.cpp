@@ -1,4 +1,4 @@
-#include "ui/columnar/wrapping_choice.h"
+#include "ui/panels/wrapping_choice.h"
 
 #include <algorithm>
 

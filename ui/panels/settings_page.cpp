@@ -1,4 +1,4 @@
-#include "ui/columnar/settings_page.h"
+#include "ui/panels/settings_page.h"
 
 #include <algorithm>
 
@@ -10,8 +10,8 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
-#include "ui/columnar/wrapping_choice.h"
 #include "ui/panels/form_layout.h"
+#include "ui/panels/wrapping_choice.h"
 #include "ui/widgets/flow_layout.h"
 
 namespace kelvarin {

@@ -1,4 +1,4 @@
-// A tab of a columnar dialog: groups of controls, each of which reports a change of its own.
+// A tab of an editor: groups of controls, each of which reports a change of its own.
 //
 // A derived page fills its controls from the settings and stores them there; the dialog around it
 // decides when. Controls report only what a user does.

@@ -1,0 +1,380 @@
+#include "ui/editors/expression_action_editor.h"
+
+#include <utility>
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QScrollArea>
+#include <QShortcut>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include "host/contract/main_ui.h"
+#include "host/widgets/info_line.h"
+#include "ui/editors/side_by_side.h"
+#include "ui/help_browser/interface_math_parser_help.h"
+#include "ui/panels/form_layout.h"
+#include "ui/panels/variables_panel.h"
+#include "ui/widgets/k_plain_text_edit.h"
+
+namespace kelvarin {
+
+namespace {
+
+QScrollArea* scrolled(QWidget* page, QWidget* parent) {
+  auto* area = new QScrollArea(parent);
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setFocusPolicy(Qt::NoFocus);
+  area->setWidget(page);
+  return area;
+}
+
+}  // namespace
+
+ExpressionActionEditor::ExpressionActionEditor(QWidget* parent, ExpressionAction& action,
+                                               const EvaluationPage::Sections& sections)
+    : UpdateClassWidget(parent),
+      m_field(new ExpressionField(this)),
+      m_variables(new VariablesModel(this)),
+      m_validation(new ExpressionValidation(*this)),
+      m_inputRows(new InputRows(action, 0, InputRows::kRows, this)),
+      m_action(action),
+      m_session(new DebugSession(action, this)),
+      m_pending(new InfoLine(this)),
+      m_tabs(new QTabWidget(this)),
+      m_settings(new EvaluationPage(sections, this)),
+      m_variablesPanel(new VariablesPanel(
+          *m_variables, [this] { return expressions(); }, this)),
+      m_help(new Interface_mathParserHelp(this)) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(kControlSpacing);
+  layout->addWidget(m_pending);
+  layout->addWidget(m_tabs);
+  m_tabs->setObjectName(QStringLiteral("tabs"));
+  m_tabs->setAccessibleName(tr("Parts of the editor"));
+  m_tabs->setDocumentMode(true);
+  m_field->setObjectName(kExpressionField);
+  m_field->setMinimumHeight(m_field->fontMetrics().lineSpacing() * 8);
+  m_settings->setExpansion([this](const QString& text) { return m_action.expandString(text); });
+  connectField();
+  connectVariables();
+  connectSettings();
+  connect(m_inputRows, &InputRows::changed, this, &ExpressionActionEditor::takeInput);
+}
+
+// The debug run is of the action that others may delete next. A field that loses the focus while it goes away commits nothing.
+ExpressionActionEditor::~ExpressionActionEditor() {
+  delete std::exchange(m_debugger, nullptr);
+  m_session->end();
+  m_field->disconnect(this);
+  m_variables->disconnect(this);
+  m_settings->disconnect(this);
+  for (QLineEdit* note : std::as_const(m_notes)) {
+    note->disconnect(this);
+  }
+}
+
+void ExpressionActionEditor::connectField() {
+  connect(m_field, &ExpressionField::editingFinished, this, [this] {
+    if (!m_isLoading && !isDebugging()) {
+      commitExpression();
+    }
+  });
+  connect(m_field->editor(), &QPlainTextEdit::textChanged, this, [this] {
+    m_variablesPanel->updateMissingColumns();
+    if (isDebugging()) {
+      showPending();
+    }
+  });
+  connect(m_field, &ExpressionField::columnWanted, this,
+          [this](const QString& column) { m_variables->addColumns({column}); });
+  connect(m_field, &ExpressionField::helpWanted, this, &ExpressionActionEditor::showHelp);
+  connect(m_validation, &ExpressionValidation::passed, this,
+          [this](int index) { showVerdict(index, nullptr); });
+  connect(m_validation, &ExpressionValidation::failed, this,
+          [this](int index, const FormulaAnswer& answer) { showVerdict(index, &answer); });
+  connect(m_validation, &ExpressionValidation::goThere, this, [this](int position, int size) {
+    showExpressionPage();
+    window()->activateWindow();
+    m_field->showPart(position, size);
+  });
+  connect(m_validation, &ExpressionValidation::nameChosen, this,
+          [this](const QString& name, int position, int size) {
+            showExpressionPage();
+            m_field->showPart(position, size);
+            m_field->insertText(name);
+          });
+}
+
+void ExpressionActionEditor::connectVariables() {
+  connect(m_variables, &VariablesModel::edited, this, [this] {
+    m_areVariablesEdited = true;
+    commitChanges();
+    updateFormula();
+  });
+  connect(m_variablesPanel, &VariablesPanel::insertWanted, this,
+          &ExpressionActionEditor::on_insertVar);
+}
+
+void ExpressionActionEditor::connectSettings() {
+  connect(m_settings, &SettingsPage::changed, this, [this] {
+    if (m_isLoading) {
+      return;
+    }
+    m_areOptionsEdited = true;
+    commitChanges();
+    m_variables->setRowNumberOffered(options().addN);
+    updateFormula();
+  });
+  connect(m_settings, &EvaluationPage::errorPolicyChosen, this,
+          &ExpressionActionEditor::setErrorPolicy);
+}
+
+// It changes no row that anyone sees now, so only the document is reported as modified.
+void ExpressionActionEditor::setErrorPolicy(bool abortWhenError) {
+  if (isDebugging()) {
+    m_isErrorPolicyEdited = true;
+    showPending();
+    return;
+  }
+  EvaluationOptions changed = m_action.options();
+  if (changed.abortWhenError == abortWhenError) {
+    return;
+  }
+  changed.abortWhenError = abortWhenError;
+  m_action.setOptions(changed);
+  MainUI::documentWasModified();
+}
+
+QVBoxLayout* ExpressionActionEditor::addExpressionPage(const QString& title) {
+  auto* page = new QWidget(this);
+  auto* layout = new QVBoxLayout(page);
+  layout->setContentsMargins(12, 12, 12, 12);
+  layout->setSpacing(8);
+  m_tabs->addTab(scrolled(page, this), title);
+  return layout;
+}
+
+QWidget* ExpressionActionEditor::fieldAndVariables() {
+  return new SideBySide(m_field, m_variablesPanel, this);
+}
+
+QPushButton* ExpressionActionEditor::checkButton() {
+  auto* button = new QPushButton(tr("? (F7)"), this);
+  button->setObjectName(QStringLiteral("pbCheck"));
+  button->setAccessibleName(tr("Check (F7)"));
+  button->setToolTip(tr("Checks what is written, and shows what is wrong with it."));
+  button->setAutoDefault(false);
+  connect(button, &QPushButton::clicked, this, &ExpressionActionEditor::checkExpressions);
+  auto* shortcut = new QShortcut(QKeySequence(Qt::Key_F7), this);
+  shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(shortcut, &QShortcut::activated, this, &ExpressionActionEditor::checkExpressions);
+  return button;
+}
+
+QLineEdit* ExpressionActionEditor::noteField(const char* name, const QString& accessibleName) {
+  auto* field = new QLineEdit(this);
+  field->setObjectName(QLatin1String(name));
+  field->setAccessibleName(accessibleName);
+  connect(field, &QLineEdit::editingFinished, this, &ExpressionActionEditor::commitChanges);
+  m_notes += field;
+  return field;
+}
+
+QWidget* ExpressionActionEditor::makeDebugger(const DebuggerTexts& texts) {
+  m_debugger = new DebuggerPanel(*m_session, texts, [this] { return formula(); }, this);
+  m_debugger->setKeyOwner(this);
+  connect(m_debugger, &DebuggerPanel::aboutToStart, this, &ExpressionActionEditor::commit);
+  connect(m_debugger, &DebuggerPanel::rowShown, this,
+          [this](const std::vector<VariableValue>& values) {
+            m_currentRow = values;
+            m_variables->setDebugValues(values);
+          });
+  connect(m_debugger, &DebuggerPanel::partChosen, m_field, &ExpressionField::selectPart);
+  connect(m_debugger, &DebuggerPanel::fixWanted, m_field, &ExpressionField::apply);
+  connect(m_session, &DebugSession::rowDataUpdated, this, &ExpressionActionEditor::rowDataUpdated);
+  connect(m_session, &DebugSession::computationFinished, this,
+          &ExpressionActionEditor::computationFinished);
+  connect(this, &ExpressionActionEditor::computationFinished, this,
+          &ExpressionActionEditor::finishComputations, Qt::QueuedConnection);
+  return m_debugger;
+}
+
+void ExpressionActionEditor::on_pbStartStop_clicked() {
+  m_debugger->startOrStop();
+}
+
+void ExpressionActionEditor::on_pbNext_clicked() {
+  m_debugger->next();
+}
+
+void ExpressionActionEditor::updateOutputVars() {
+  m_debugger->updateOutputVars();
+}
+
+void ExpressionActionEditor::finishComputations() {
+  if (m_debugger == nullptr) {
+    return;
+  }
+  m_debugger->finishComputations();
+  if (isDebugging()) {
+    return;
+  }
+  if (std::exchange(m_isErrorPolicyEdited, false)) {
+    setErrorPolicy(options().abortWhenError);
+  }
+  commit();
+  m_pending->clear();
+}
+
+void ExpressionActionEditor::showPending() {
+  m_pending->setMessage(Severity::information,
+                        tr("What you change now takes effect at the next Start."));
+}
+
+// The mode has no signal; a user who changes it comes back to the window.
+void ExpressionActionEditor::showEvent(QShowEvent* event) {
+  UpdateClassWidget::showEvent(event);
+  m_debugger->setExpertMode(MainUI::userMode() == GlobalUserMode::expert);
+}
+
+void ExpressionActionEditor::changeEvent(QEvent* event) {
+  UpdateClassWidget::changeEvent(event);
+  if (event->type() == QEvent::ActivationChange && m_debugger != nullptr) {
+    m_debugger->setExpertMode(MainUI::userMode() == GlobalUserMode::expert);
+  }
+}
+
+void ExpressionActionEditor::addOtherPages() {
+  m_tabs->addTab(scrolled(m_settings, this), tr("Settings"));
+  m_tabs->addTab(m_help, tr("Help"));
+  connect(m_help, &Interface_mathParserHelp::insertWanted, this, [this](const QString& text) {
+    showExpressionPage();
+    m_field->insertText(text);
+  });
+}
+
+void ExpressionActionEditor::showExpressionPage() {
+  m_tabs->setCurrentIndex(0);
+}
+
+void ExpressionActionEditor::showHelp(const QString& name) {
+  m_tabs->setCurrentWidget(m_help);
+  m_help->showName(name);
+}
+
+void ExpressionActionEditor::on_insertVar(int variable) {
+  const auto index = static_cast<std::size_t>(variable);
+  if (variable >= 0 && index < m_variables->variables().size()) {
+    m_field->insertVariable(m_variables->variables()[index].name());
+  }
+}
+
+void ExpressionActionEditor::takeInput() {
+  m_variablesPanel->setInputColumns(m_inputRows->columns(), m_inputRows->isBusy());
+  updateFormula();
+}
+
+Formula ExpressionActionEditor::formula() const {
+  Formula formula;
+  formula.output.expression = m_field->expression();
+  formula.options = options();
+  formula.variables = m_variables->variables();
+  if (m_action.globalParameters() != nullptr) {
+    formula.parameters = *m_action.globalParameters();
+  }
+  formula.columns = m_inputRows->columns();
+  formula.rows = m_inputRows->rows();
+  formula.current = m_currentRow;
+  return formula;
+}
+
+void ExpressionActionEditor::updateFormula() {
+  m_field->setFormula(formula());
+  if (m_debugger != nullptr) {
+    m_debugger->formulaChanged();
+  }
+}
+
+void ExpressionActionEditor::reload() {
+  const QScopedValueRollback loading(m_isLoading, true);
+  m_settings->load(m_action.options());
+  m_variables->setVariables(m_action.inputVariables());
+  m_variables->setRowNumberOffered(m_action.options().addN);
+  load();
+  m_committed = texts();
+  takeInput();
+}
+
+QMap<QString, QString> ExpressionActionEditor::texts() const {
+  QMap<QString, QString> texts{{kExpressionField, m_field->expression()}};
+  for (const QLineEdit* note : m_notes) {
+    texts[note->objectName()] = note->text();
+  }
+  return texts;
+}
+
+QMap<QString, QString> ExpressionActionEditor::uncommittedState() const {
+  const QMap<QString, QString> current = texts();
+  QMap<QString, QString> uncommitted;
+  for (auto text = current.begin(); text != current.end(); ++text) {
+    if (!isCommitted(text.key(), text.value())) {
+      uncommitted[text.key()] = text.value();
+    }
+  }
+  return uncommitted;
+}
+
+void ExpressionActionEditor::commit() {
+  commitChanges();
+  if (!isDebugging() && !isCommitted(kExpressionField, m_field->expression())) {
+    commitExpression();
+  }
+}
+
+bool ExpressionActionEditor::storeCommon() {
+  const bool areVariablesEdited = std::exchange(m_areVariablesEdited, false);
+  const bool areOptionsEdited = std::exchange(m_areOptionsEdited, false);
+  if (areVariablesEdited) {
+    m_action.setInputVariables(m_variables->variables());
+  }
+  if (areOptionsEdited) {
+    m_action.setOptions(options());
+  }
+  return areVariablesEdited || areOptionsEdited;
+}
+
+void ExpressionActionEditor::commitChanges() {
+  if (m_isLoading) {
+    return;
+  }
+  if (isDebugging()) {
+    showPending();
+    return;
+  }
+  const bool isCommonStored = storeCommon();
+  const bool isOwnStored = store();
+  for (const QLineEdit* note : std::as_const(m_notes)) {
+    setCommitted(note->objectName(), note->text());
+  }
+  if (isCommonStored || isOwnStored) {
+    propertiesChanged();
+  }
+}
+
+void ExpressionActionEditor::showFieldVerdict(const FormulaAnswer* failure) {
+  m_field->setRefused(failure != nullptr);
+  if (failure == nullptr) {
+    return;
+  }
+  if (isActiveWindow() && !m_validation->hasTypedElsewhere()) {
+    showExpressionPage();
+    m_field->editor()->setFocus(Qt::PopupFocusReason);
+  }
+  m_validation->showFailure(m_field->expression(), *failure);
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,55 @@
+#include "ui/editors/side_by_side.h"
+
+#include <algorithm>
+
+#include <QResizeEvent>
+
+namespace kelvarin {
+
+namespace {
+
+constexpr int kCharactersOfBoth = 88;
+constexpr int kLeftShare = 4;
+constexpr int kRightShare = 3;
+
+}  // namespace
+
+SideBySide::SideBySide(QWidget* left, QWidget* right, QWidget* parent)
+    : QSplitter(Qt::Vertical, parent) {
+  setChildrenCollapsible(false);
+  setHandleWidth(12);
+  addWidget(left);
+  addWidget(right);
+  setStretchFactor(0, kLeftShare);
+  setStretchFactor(1, kRightShare);
+}
+
+int SideBySide::neededWidth() const {
+  return kCharactersOfBoth * fontMetrics().averageCharWidth();
+}
+
+// It can always become as narrow as the wider of the two.
+QSize SideBySide::minimumSizeHint() const {
+  int width = 0;
+  for (int i = 0; i < count(); ++i) {
+    width = std::max(width, widget(i)->minimumSizeHint().width());
+  }
+  return {width, QSplitter::minimumSizeHint().height()};
+}
+
+void SideBySide::resizeEvent(QResizeEvent* event) {
+  const bool isWide = event->size().width() >= neededWidth();
+  const Qt::Orientation wanted = isWide ? Qt::Horizontal : Qt::Vertical;
+  if (wanted != orientation()) {
+    setOrientation(wanted);
+    if (isWide) {
+      const int width = event->size().width() - handleWidth();
+      setSizes({width * kLeftShare / (kLeftShare + kRightShare),
+                width * kRightShare / (kLeftShare + kRightShare)});
+    }
+    updateGeometry();
+  }
+  QSplitter::resizeEvent(event);
+}
+
+}  // namespace kelvarin
