@@ -1,63 +1,18 @@
 #include "ui/debugger/debugger_panel.h"
 
-#include <algorithm>
-
-#include <QClipboard>
-#include <QEvent>
-#include <QGuiApplication>
-#include <QHeaderView>
-#include <QPushButton>
 #include <QShortcut>
-#include <QSplitter>
-#include <QTableView>
-#include <QTabWidget>
-#include <QTreeView>
 #include <QVBoxLayout>
 
 #include "expression/errors/backend_kind.h"
 #include "expression/functions/called_functions.h"
-#include "host/widgets/icons.h"
 #include "host/widgets/info_line.h"
 #include "ui/debugger/debugger_texts.h"
-#include "ui/debugger/history_model.h"
-#include "ui/debugger/parts_model.h"
+#include "ui/debugger/debugger_views.h"
 #include "ui/debugger/row_values.h"
-#include "ui/debugger/row_variables_model.h"
 #include "ui/language/messages.h"
 #include "ui/language/shown_value.h"
-#include "ui/widgets/enhanced_table_delegate.h"
 
 namespace kelvarin {
-
-namespace {
-
-// Deeper parts are opened by the user, or where a missing value arises in them.
-constexpr int kOpenedDepth = 4;
-constexpr int kColumnGap = 12;
-constexpr int kRowGap = 4;
-constexpr int kMaxCharacters = 40;
-constexpr int kFittedColumns = 50;
-constexpr int kCharactersSideBySide = 90;
-
-void setUp(QAbstractItemView* view, QAbstractItemModel* model, const QString& name) {
-  view->setModel(model);
-  view->setItemDelegate(new EnhancedTableDelegate(view));
-  view->setAccessibleName(name);
-  view->setTabKeyNavigation(false);
-  view->setAlternatingRowColors(true);
-}
-
-void setUp(QTableView* table) {
-  table->setShowGrid(false);
-  table->setWordWrap(false);
-  table->verticalHeader()->hide();
-  table->horizontalHeader()->setHighlightSections(false);
-  table->horizontalHeader()->setResizeContentsPrecision(0);
-  table->horizontalHeader()->setStretchLastSection(true);
-  table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-}
-
-}  // namespace
 
 DebuggerPanel::DebuggerPanel(DebugSession& session, const DebuggerTexts& texts,
                              std::function<Formula()> formula, QWidget* parent)
@@ -67,21 +22,14 @@ DebuggerPanel::DebuggerPanel(DebugSession& session, const DebuggerTexts& texts,
       m_controls(new DebuggerControls(texts, this)),
       m_status(new InfoLine(this)),
       m_notes(new InfoLine(this)),
-      m_variables(new RowVariablesModel(this)),
-      m_parts(new PartsModel(this)),
-      m_history(new HistoryModel(this)) {
+      m_views(new DebuggerViews(this)) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(8);
   layout->addWidget(m_controls);
   layout->addWidget(m_status);
   layout->addWidget(m_notes);
-  auto* tabs = new QTabWidget(this);
-  tabs->setDocumentMode(true);
-  tabs->setAccessibleName(tr("This row and the rows that went by"));
-  tabs->addTab(makeRowPage(), tr("This Row"));
-  tabs->addTab(makeHistoryPage(), tr("Last Rows"));
-  layout->addWidget(tabs, 1);
+  layout->addWidget(m_views, 1);
   m_status->setObjectName(QStringLiteral("debuggerStatus"));
   m_notes->setObjectName(QStringLiteral("debuggerNotes"));
   m_status->setReservedLines(1);
@@ -98,7 +46,6 @@ DebuggerPanel::DebuggerPanel(DebugSession& session, const DebuggerTexts& texts,
   connect(&m_session, &DebugSession::computationFinished, this, &DebuggerPanel::finishComputations,
           Qt::QueuedConnection);
   connect(&m_service, &FormulaService::partsAnswered, this, &DebuggerPanel::showParts);
-  fitRows();
   showControls();
   showStatus();
   showNotes();
@@ -119,62 +66,24 @@ void DebuggerPanel::connectControls() {
     m_session.setCondition(m_controls->condition(), m_controls->element());
     showRow(m_shown);
   });
-  connect(m_variables, &RowVariablesModel::edited, this, [this] {
+  connect(m_views, &DebuggerViews::edited, this, [this] {
     showNotes();
     askForParts();
+  });
+  connect(m_views, &DebuggerViews::partChosen, this, &DebuggerPanel::partChosen);
+  connect(m_views, &DebuggerViews::rowChosen, this, [this](std::size_t index) {
+    if (index != m_shown) {
+      showRow(index);
+    }
   });
   connect(m_status, &InfoLine::linkActivated, this, [this] { emit fixWanted(m_fix); });
   connect(m_notes, &InfoLine::linkActivated, this, [this](const QString& id) {
     if (id == QStringLiteral("undo")) {
-      m_variables->undoEdits();
+      m_views->undoEdits();
     } else if (id == QStringLiteral("table")) {
       emit lackingVariablesWanted();
     }
   });
-}
-
-QWidget* DebuggerPanel::makeRowPage() {
-  m_rowPage = new QSplitter(Qt::Horizontal, this);
-  m_rowPage->setChildrenCollapsible(false);
-  m_variableTable = new QTableView(m_rowPage);
-  m_variableTable->setObjectName(QStringLiteral("variablesOfRow"));
-  setUp(m_variableTable, m_variables, tr("Variables of the row; a value can be edited"));
-  setUp(m_variableTable);
-  m_tree = new QTreeView(m_rowPage);
-  m_tree->setObjectName(QStringLiteral("partsOfExpression"));
-  setUp(m_tree, m_parts, tr("Parts of the expression with their values"));
-  m_tree->setUniformRowHeights(true);
-  m_rowPage->setStretchFactor(0, 2);
-  m_rowPage->setStretchFactor(1, 3);
-  connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
-          [this](const QModelIndex& index) {
-            if (index.isValid()) {
-              const ExpressionPart& part = m_parts->values().tree[PartsModel::partOf(index)];
-              emit partChosen(part.start, part.size);
-            }
-          });
-  return m_rowPage;
-}
-
-QWidget* DebuggerPanel::makeHistoryPage() {
-  auto* page = new QWidget(this);
-  auto* layout = new QVBoxLayout(page);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(8);
-  m_historyTable = new QTableView(page);
-  m_historyTable->setObjectName(QStringLiteral("lastRows"));
-  setUp(m_historyTable, m_history, tr("The last rows, up to %1").arg(RowHistory::kMaxRows));
-  setUp(m_historyTable);
-  m_historyTable->setSelectionBehavior(QAbstractItemView::SelectRows);
-  m_historyTable->setSelectionMode(QAbstractItemView::SingleSelection);
-  auto* copy = new QPushButton(icon(IconName::copy), tr("&Copy as CSV"), page);
-  copy->setObjectName(QStringLiteral("pbCopyRows"));
-  layout->addWidget(m_historyTable, 1);
-  layout->addWidget(copy, 0, Qt::AlignLeft);
-  connect(copy, &QPushButton::clicked, this, &DebuggerPanel::copyHistory);
-  connect(m_historyTable->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-          &DebuggerPanel::chooseHistoryRow);
-  return page;
 }
 
 void DebuggerPanel::addKey(const QKeySequence& key, const std::function<void()>& act) {
@@ -291,7 +200,7 @@ void DebuggerPanel::next() {
 
 void DebuggerPanel::updateOutputVars() {
   m_state = m_session.state();
-  m_history->setRows(m_state.rows);
+  m_views->setHistory(m_state.rows);
   if (!m_state.rows.isEmpty()) {
     showRow(m_state.rows.size() - 1);
   } else {
@@ -352,14 +261,13 @@ void DebuggerPanel::showRow(std::size_t index) {
   if (index > 0) {
     before = valuesOfElement(m_state.rows.at(index - 1)->row, shownElement());
   }
-  m_variables->setRow(valuesOfElement(row, shownElement()), before);
-  m_historyTable->setCurrentIndex(m_history->index(static_cast<int>(index), 0));
+  m_views->showRow(index, valuesOfElement(row, shownElement()), before);
   emit rowShown(variableValues(row));
   showStatus();
   showControls();
   showNotes();
   if (!m_session.isRunning() || m_state.isWaiting) {
-    fitColumns();
+    m_views->fitColumns();
     askForParts();
   }
 }
@@ -367,11 +275,8 @@ void DebuggerPanel::showRow(std::size_t index) {
 void DebuggerPanel::showNoRow() {
   m_state = {};
   m_shown = 0;
-  m_history->setRows({});
-  m_variables->setRow({}, {});
-  m_parts->clear();
+  m_views->clear();
   m_asked = 0;
-  m_isFitted = false;
   emit rowShown({});
 }
 
@@ -382,23 +287,12 @@ void DebuggerPanel::moveBy(int rows) {
   }
 }
 
-void DebuggerPanel::chooseHistoryRow() {
-  const QModelIndex current = m_historyTable->currentIndex();
-  if (current.isValid() && current.row() != static_cast<int>(m_shown)) {
-    showRow(static_cast<std::size_t>(current.row()));
-  }
-}
-
-void DebuggerPanel::copyHistory() {
-  QGuiApplication::clipboard()->setText(m_history->csv());
-}
-
 void DebuggerPanel::askForParts() {
   if (m_shown >= m_state.rows.size()) {
     return;
   }
   Formula formula = m_formula();
-  formula.current = m_variables->values();
+  formula.current = m_views->values();
   m_asked = m_service.askParts(formula);
 }
 
@@ -406,75 +300,16 @@ void DebuggerPanel::showParts(const PartValues& values) {
   if (values.version != m_asked) {
     return;
   }
-  if (m_parts->setValues(values)) {
-    m_tree->expandToDepth(kOpenedDepth);
-  }
-  for (const QModelIndex& origin : m_parts->origins()) {
-    for (QModelIndex at = origin.parent(); at.isValid(); at = at.parent()) {
-      m_tree->expand(at);
-    }
-  }
-  fitTree();
+  m_views->showParts(values);
   showNotes();
 }
 
-// The first column may take what the others leave, but for half of the width.
-void DebuggerPanel::fitTree() {
-  m_tree->resizeColumnToContents(PartsModel::partColumn);
-  m_tree->resizeColumnToContents(PartsModel::valueColumn);
-  const int most = m_tree->viewport()->width() / 2;
-  m_tree->setColumnWidth(PartsModel::partColumn,
-                         std::min(m_tree->columnWidth(PartsModel::partColumn) + kColumnGap, most));
-  m_tree->setColumnWidth(
-      PartsModel::valueColumn,
-      std::min(m_tree->columnWidth(PartsModel::valueColumn) + kColumnGap, most / 2));
-}
-
-// Columns become wider, never smaller, so that nothing jumps from row to row. Of many columns the
-// first ones are looked at, and of many rows those in sight.
-void DebuggerPanel::fitColumns() {
-  for (QTableView* table : {m_variableTable, m_historyTable}) {
-    const int columns = std::min(table->model()->columnCount() - 1, kFittedColumns);
-    const int widest = table->fontMetrics().averageCharWidth() * kMaxCharacters;
-    for (int column = 0; column < columns; ++column) {
-      const int before = m_isFitted ? table->columnWidth(column) : 0;
-      table->resizeColumnToContents(column);
-      const int content = std::min(table->columnWidth(column) + kColumnGap, widest);
-      table->setColumnWidth(column, std::max(before, content));
-    }
-  }
-  m_isFitted = true;
-}
-
-// A narrow panel shows the variables above the parts.
-void DebuggerPanel::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
-  const bool isNarrow = width() < fontMetrics().averageCharWidth() * kCharactersSideBySide;
-  m_rowPage->setOrientation(isNarrow ? Qt::Vertical : Qt::Horizontal);
-}
-
-void DebuggerPanel::changeEvent(QEvent* event) {
-  QWidget::changeEvent(event);
-  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
-    fitRows();
-  }
-}
-
-void DebuggerPanel::fitRows() {
-  for (QTableView* table : {m_variableTable, m_historyTable}) {
-    const int height = fontMetrics().height() + kRowGap;
-    table->verticalHeader()->setMinimumSectionSize(height);
-    table->verticalHeader()->setDefaultSectionSize(height);
-  }
-  m_isFitted = false;
-}
-
 QString DebuggerPanel::engineNote() const {
-  const auto& ofRun = m_parts->values().ofRun;
+  const auto& ofRun = m_views->parts().ofRun;
   if (!ofRun || !ofRun->differs) {
     return {};
   }
-  const PartValue& whole = m_parts->values().values.back();
+  const PartValue& whole = m_views->parts().values.back();
   return tr("A run without the debugger gives another value: %1 by the %2, %3 by the String Parser "
             "that is shown here.")
       .arg(ofRun->failure.isEmpty() ? shownValue(ofRun->value).text : ofRun->failure,
@@ -485,7 +320,7 @@ QString DebuggerPanel::engineNote() const {
 void DebuggerPanel::showNotes() {
   QStringList notes;
   std::vector<InfoLink> links;
-  if (m_variables->isEdited()) {
+  if (m_views->isEdited()) {
     notes += tr("The parts are shown with the edited values. The data stay as they are.");
     links.push_back({QStringLiteral("undo"), tr("Use the row's own values")});
   }

@@ -21,16 +21,11 @@
 #include "ui/language/formula_service.h"
 
 class QShortcut;
-class QSplitter;
-class QTableView;
-class QTreeView;
 
 namespace kelvarin {
 
-class HistoryModel;
+class DebuggerViews;
 class InfoLine;
-class PartsModel;
-class RowVariablesModel;
 
 class DebuggerPanel : public QWidget {
   Q_OBJECT
@@ -71,14 +66,8 @@ class DebuggerPanel : public QWidget {
   // What makes the expression one that can be debugged.
   void fixWanted(const kelvarin::QuickFix& fix);
 
- protected:
-  void resizeEvent(QResizeEvent* event) override;
-  void changeEvent(QEvent* event) override;
-
  private:
   void connectControls();
-  QWidget* makeRowPage();
-  QWidget* makeHistoryPage();
   void addKey(const QKeySequence& key, const std::function<void()>& act);
 
   // With the rules of the panel, or stepping.
@@ -96,12 +85,7 @@ class DebuggerPanel : public QWidget {
   void askForParts();
   void showParts(const PartValues& values);
   void showNotes();
-  void fitTree();
-  void fitColumns();
-  void fitRows();
   QString engineNote() const;
-  void chooseHistoryRow();
-  void copyHistory();
   int shownElement() const { return m_elementCount > 0 ? m_controls->element() : -1; }
 
   DebugSession& m_session;
@@ -113,7 +97,6 @@ class DebuggerPanel : public QWidget {
   int m_elementCount = 0;
   bool m_isExpert = true;
   bool m_hasEnded = false;
-  bool m_isFitted = false;  // columns have the width of what they showed
   QStringList m_lacking;
   QuickFix m_fix;  // of an expression that cannot be debugged
   std::vector<QShortcut*> m_keys;
@@ -121,13 +104,7 @@ class DebuggerPanel : public QWidget {
   DebuggerControls* m_controls;
   InfoLine* m_status;
   InfoLine* m_notes;
-  RowVariablesModel* m_variables;
-  PartsModel* m_parts;
-  HistoryModel* m_history;
-  QSplitter* m_rowPage = nullptr;
-  QTableView* m_variableTable = nullptr;
-  QTreeView* m_tree = nullptr;
-  QTableView* m_historyTable = nullptr;
+  DebuggerViews* m_views;
 };
 
 }  // namespace kelvarin

@@ -2129,34 +2129,6 @@
 <context>
     <name>kelvarin::DebuggerPanel</name>
     <message>
-        <source>This row and the rows that went by</source>
-        <translation>Diese Zeile und die vorigen</translation>
-    </message>
-    <message>
-        <source>This Row</source>
-        <translation>Diese Zeile</translation>
-    </message>
-    <message>
-        <source>Last Rows</source>
-        <translation>Letzte Zeilen</translation>
-    </message>
-    <message>
-        <source>Variables of the row; a value can be edited</source>
-        <translation>Variablen der Zeile; ein Wert lässt sich ändern</translation>
-    </message>
-    <message>
-        <source>Parts of the expression with their values</source>
-        <translation>Teile des Ausdrucks mit ihren Werten</translation>
-    </message>
-    <message>
-        <source>The last rows, up to %1</source>
-        <translation>Die letzten Zeilen, bis zu %1</translation>
-    </message>
-    <message>
-        <source>&amp;Copy as CSV</source>
-        <translation>Als &amp;CSV kopieren</translation>
-    </message>
-    <message>
         <source>This action cannot be run here. The log says why.</source>
         <translation>Diese Aktion kann hier nicht laufen. Den Grund nennt das Protokoll.</translation>
     </message>
@@ -2183,6 +2155,37 @@
     <message>
         <source>Read the table once and take its variables over</source>
         <translation>Die Tabelle einmal lesen und ihre Variablen übernehmen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::DebuggerViews</name>
+    <message>
+        <source>This row and the rows that went by</source>
+        <translation>Diese Zeile und die vorigen</translation>
+    </message>
+    <message>
+        <source>This Row</source>
+        <translation>Diese Zeile</translation>
+    </message>
+    <message>
+        <source>Last Rows</source>
+        <translation>Letzte Zeilen</translation>
+    </message>
+    <message>
+        <source>Variables of the row; a value can be edited</source>
+        <translation>Variablen der Zeile; ein Wert lässt sich ändern</translation>
+    </message>
+    <message>
+        <source>Parts of the expression with their values</source>
+        <translation>Teile des Ausdrucks mit ihren Werten</translation>
+    </message>
+    <message>
+        <source>The last rows, up to %1</source>
+        <translation>Die letzten Zeilen, bis zu %1</translation>
+    </message>
+    <message>
+        <source>&amp;Copy as CSV</source>
+        <translation>Als &amp;CSV kopieren</translation>
     </message>
 </context>
 <context>
