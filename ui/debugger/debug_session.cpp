@@ -71,7 +71,8 @@ class DebugSession::Observer final : public RowObserver {
  private:
   void resume();
   std::pair<StopReason, QString> judge(const ObservedRow& row);
-  bool add(std::shared_ptr<DebuggedRow> row);
+  void takeRules();
+  bool add(const std::shared_ptr<DebuggedRow>& row);
   void announce();
 
   DebugSession& m_session;
@@ -101,6 +102,7 @@ void DebugSession::Observer::prepareRun(ConditionSettings settings, const DebugR
   m_isStopRequested = false;
   m_isUpdateSeen = true;
   m_condition.reset();
+  m_knownRules = {};
   m_settings = std::move(settings);
   m_updatedAt = {};
   const std::lock_guard lock(m_mutex);
@@ -180,44 +182,50 @@ std::pair<StopReason, QString> DebugSession::Observer::judge(const ObservedRow& 
   return {holds.value() ? StopReason::breakpoint : reason, {}};
 }
 
-void DebugSession::Observer::rowEvaluated(const ObservedRow& row) {
-  if (DebugRules rules = this->rules(); rules != m_knownRules || m_rowCount == 0) {
-    if (rules.condition.isEmpty()) {
-      m_condition.reset();
-    } else if (m_condition == nullptr || rules.condition != m_knownRules.condition ||
-               rules.element != m_knownRules.element) {
-      m_condition =
-          std::make_unique<BreakpointCondition>(rules.condition, rules.element, m_settings);
-    }
-    m_knownRules = std::move(rules);
+void DebugSession::Observer::takeRules() {
+  DebugRules rules = this->rules();
+  if (rules.condition.isEmpty()) {
+    m_condition.reset();
+  } else if (m_condition == nullptr || rules.condition != m_knownRules.condition ||
+             rules.element != m_knownRules.element) {
+    m_condition = std::make_unique<BreakpointCondition>(rules.condition, rules.element, m_settings);
   }
+  m_knownRules = std::move(rules);
+}
+
+// The user may change the rules while the row is judged by those of before.
+void DebugSession::Observer::rowEvaluated(const ObservedRow& row) {
   auto shown = std::make_shared<DebuggedRow>();
   shown->row = row;
   std::tie(shown->reason, shown->note) = judge(row);
-  m_isStopping = add(std::move(shown));
+  while (!add(shown)) {
+    takeRules();
+    std::tie(shown->reason, shown->note) = judge(row);
+  }
   if (row.isLast) {
     announce();
   }
 }
 
-// True where the run waits at the row. One that has passed rows by drops the steps that the user
-// made too many when it stops, but no request to end.
-bool DebugSession::Observer::add(std::shared_ptr<DebuggedRow> row) {
+// False where the row was judged by rules that have changed. A run that has passed rows by drops
+// the steps that the user made too many when it stops, but no request to end.
+bool DebugSession::Observer::add(const std::shared_ptr<DebuggedRow>& row) {
   const std::lock_guard lock(m_mutex);
-  if (row->reason == StopReason::none && m_rules.everyRow) {
-    row->reason = StopReason::step;  // paused while the condition was evaluated
+  if (m_rules != m_knownRules) {
+    return false;
   }
-  m_isWaiting = row->reason != StopReason::none && !row->row.isLast;
-  m_rows.add(std::move(row));
+  m_isStopping = row->reason != StopReason::none && !row->row.isLast;
+  m_isWaiting = m_isStopping;
+  m_rows.add(row);
   ++m_rowCount;
-  if (m_isWaiting && !m_knownRules.everyRow) {
+  if (m_isStopping && !m_knownRules.everyRow) {
     m_rules.everyRow = true;
     m_gate.drain();
     if (m_isStopRequested) {
       m_gate.release();
     }
   }
-  return m_isWaiting;
+  return true;
 }
 
 void DebugSession::Observer::announce() {

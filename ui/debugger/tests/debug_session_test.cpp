@@ -173,6 +173,27 @@ TEST_F(DebugSessionTest, StopsWhereARuleSaysSo) {
   EXPECT_NE(session.state().rows.newest()->note, QString());
 }
 
+// Also where the first row is just being judged by the rules of before: its condition is compiled
+// there, which takes long enough to be met.
+TEST_F(DebugSessionTest, GoesOnWheneverItIsAsked) {
+  DebugRules rules;
+  rules.everyRow = false;
+  rules.row = 9;
+  rules.condition = "a < 0";
+  session.setCondition("sqrt(a) < -1", 0);
+  for (int run = 0; run < 100; ++run) {
+    session.startOrStop();
+    const Clock::time_point asked = Clock::now() + std::chrono::microseconds(30 * run);
+    while (Clock::now() < asked) {
+    }
+    session.goOn(rules);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return session.state().isWaiting; }));
+    ASSERT_EQ(session.state().rows.newest()->row.number, 9) << "run " << run;
+    session.end();
+    session.setCondition("sqrt(a) < -1", 0);
+  }
+}
+
 TEST_F(DebugSessionTest, StepsMadeWhileRowsGoByPauseAndAreNotSaved) {
   branch.rows = [](FakeInputPin& pin) { pin.push({5}, 100'000'000); };
   DebugRules rules;
