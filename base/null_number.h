@@ -22,6 +22,11 @@ constexpr bool isNullNumber(double value) {
   return std::bit_cast<std::uint64_t>(value) == kNullNumberBits;
 }
 
+// Distinguishes NaNs, and zeros of either sign.
+constexpr bool hasSameBits(double a, double b) {
+  return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+}
+
 // True when all exponent bits are set neither for an infinity nor for a NaN.
 constexpr bool isFiniteNumber(double value) {
   constexpr std::uint64_t exponent = 0x7FF0000000000000ull;

@@ -72,6 +72,7 @@ class Windows {
 
 std::vector<ParameterOverride> overridesOf(const EditRequest& request) {
   std::vector<ParameterOverride> overrides;
+  overrides.reserve(request.settings.size());
   for (const auto& [name, value] : request.settings) {
     overrides.push_back({name, value});
   }

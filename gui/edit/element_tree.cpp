@@ -159,6 +159,7 @@ void ElementTree::addItem(QTreeWidgetItem* parent, const EditedElement& element,
 
 std::vector<EditedElement> ElementTree::elements() const {
   std::vector<EditedElement> elements;
+  elements.reserve(static_cast<std::size_t>(m_tree->topLevelItemCount()));
   for (int i = 0; i < m_tree->topLevelItemCount(); ++i) {
     elements.push_back(elementOf(*m_tree->topLevelItem(i)));
   }

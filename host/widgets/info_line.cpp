@@ -45,6 +45,7 @@ void InfoLine::setReservedLines(int lines) {
 void InfoLine::changeEvent(QEvent* event) {
   QFrame::changeEvent(event);
   if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
+    m_label->clear();  // links keep the colour that they were set with
     showMessage();
   }
 }

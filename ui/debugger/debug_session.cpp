@@ -52,7 +52,7 @@ class DebugSession::Observer final : public RowObserver {
   explicit Observer(DebugSession& session) : m_session(session) {}
 
   // Of the user-interface thread.
-  void prepareRun(ConditionSettings settings);
+  void prepareRun(ConditionSettings settings, const DebugRules& rules);
   void requestStop() {
     m_isStopRequested = true;
     m_gate.release();
@@ -96,7 +96,7 @@ class DebugSession::Observer final : public RowObserver {
   Clock::time_point m_updatedAt;
 };
 
-void DebugSession::Observer::prepareRun(ConditionSettings settings) {
+void DebugSession::Observer::prepareRun(ConditionSettings settings, const DebugRules& rules) {
   m_gate.drain();
   m_isStopRequested = false;
   m_isUpdateSeen = true;
@@ -104,9 +104,7 @@ void DebugSession::Observer::prepareRun(ConditionSettings settings) {
   m_settings = std::move(settings);
   m_updatedAt = {};
   const std::lock_guard lock(m_mutex);
-  m_rules.everyRow = true;
-  m_rules.row = -1;
-  m_rules.atFailure = m_rules.atNull = false;
+  m_rules = rules;
   m_rows.clear();
   m_rowCount = 0;
   m_isWaiting = false;
@@ -258,14 +256,20 @@ bool DebugSession::isRunning() const {
 
 bool DebugSession::startOrStop() {
   if (m_runner == nullptr) {
-    return start();
+    DebugRules steps;
+    steps.condition = rules().condition;
+    steps.element = rules().element;
+    return start(steps);
   }
   requestStop();
   return true;
 }
 
-bool DebugSession::start() {
-  m_observer->prepareRun(settingsOf(m_action));
+bool DebugSession::start(const DebugRules& rules) {
+  if (m_runner != nullptr) {
+    return false;
+  }
+  m_observer->prepareRun(settingsOf(m_action), rules);
   m_action.setObserver(m_observer.get());
   m_runner = std::make_unique<Runner>(*this);
   ++m_runsStarted;

@@ -37,6 +37,8 @@ class DebugSession : public QObject {
   // Starts where nothing runs; else asks the run to stop at its next row. Where no row comes, it is
   // stopped as the user would stop a graph. False: the host cannot run the action.
   bool startOrStop();
+  // Starts a run whose first row obeys the rules, too. False: one is running, or the host cannot.
+  bool start(const DebugRules& rules);
   // Stops a run and waits for its end. To be called before the action is deleted.
   void end();
 
@@ -68,7 +70,6 @@ class DebugSession : public QObject {
   class Runner;
   class Observer;
 
-  bool start();
   void requestStop();
 
   ExpressionAction& m_action;

@@ -4,6 +4,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -45,9 +46,23 @@ DebuggerControls::DebuggerControls(const DebuggerTexts& texts, QWidget* parent)
   layout->addWidget(makeSteps(texts));
   layout->addWidget(makeRules());
   m_expertOnly = {m_startStop, m_next, m_pause, m_breaks, m_condition, m_target, m_row, m_runTo};
+  fitCondition();
   showTarget();
   setElementCount(0);
   setPossible({});
+}
+
+void DebuggerControls::fitCondition() {
+  m_condition->setFont(fixedFont());
+  m_condition->setMinimumWidth(kConditionCharacters *
+                               m_condition->fontMetrics().averageCharWidth());
+}
+
+void DebuggerControls::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::FontChange) {
+    fitCondition();
+  }
 }
 
 QWidget* DebuggerControls::makeSteps(const DebuggerTexts& texts) {
@@ -91,9 +106,6 @@ QWidget* DebuggerControls::makeRules() {
   m_condition->setObjectName(QStringLiteral("leBreakpoint"));
   m_condition->setAccessibleName(tr("Condition of the breakpoint"));
   m_condition->setPlaceholderText(tr("price > 100"));
-  m_condition->setFont(fixedFont());
-  m_condition->setMinimumWidth(kConditionCharacters *
-                               m_condition->fontMetrics().averageCharWidth());
   auto* runToLabel = new QLabel(tr("&Run to:"), line);
   m_target = new QComboBox(line);
   m_target->setObjectName(QStringLiteral("cbRunTo"));

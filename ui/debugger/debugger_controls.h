@@ -65,9 +65,13 @@ class DebuggerControls : public QWidget {
   void conditionChanged();
   void elementChanged();
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
   QWidget* makeSteps(const DebuggerTexts& texts);
   QWidget* makeRules();
+  void fitCondition();
   void showTarget();
 
   DebuggerTexts m_texts;

@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include <QClipboard>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QPushButton>
 #include <QShortcut>
-#include <QSignalBlocker>
 #include <QSplitter>
 #include <QTableView>
 #include <QTabWidget>
@@ -33,6 +33,11 @@ namespace {
 
 // Deeper parts are opened by the user, or where a missing value arises in them.
 constexpr int kOpenedDepth = 4;
+constexpr int kColumnGap = 12;
+constexpr int kRowGap = 4;
+constexpr int kMaxCharacters = 40;
+constexpr int kFittedColumns = 50;
+constexpr int kCharactersSideBySide = 90;
 
 void setUp(QAbstractItemView* view, QAbstractItemModel* model, const QString& name) {
   view->setModel(model);
@@ -47,6 +52,7 @@ void setUp(QTableView* table) {
   table->setWordWrap(false);
   table->verticalHeader()->hide();
   table->horizontalHeader()->setHighlightSections(false);
+  table->horizontalHeader()->setResizeContentsPrecision(0);
   table->horizontalHeader()->setStretchLastSection(true);
   table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
@@ -92,6 +98,7 @@ DebuggerPanel::DebuggerPanel(DebugSession& session, const DebuggerTexts& texts,
   connect(&m_session, &DebugSession::computationFinished, this, &DebuggerPanel::finishComputations,
           Qt::QueuedConnection);
   connect(&m_service, &FormulaService::partsAnswered, this, &DebuggerPanel::showParts);
+  fitRows();
   showControls();
   showStatus();
   showNotes();
@@ -127,18 +134,18 @@ void DebuggerPanel::connectControls() {
 }
 
 QWidget* DebuggerPanel::makeRowPage() {
-  auto* page = new QSplitter(Qt::Horizontal, this);
-  page->setChildrenCollapsible(false);
-  m_variableTable = new QTableView(page);
+  m_rowPage = new QSplitter(Qt::Horizontal, this);
+  m_rowPage->setChildrenCollapsible(false);
+  m_variableTable = new QTableView(m_rowPage);
   m_variableTable->setObjectName(QStringLiteral("variablesOfRow"));
   setUp(m_variableTable, m_variables, tr("Variables of the row; a value can be edited"));
   setUp(m_variableTable);
-  m_tree = new QTreeView(page);
+  m_tree = new QTreeView(m_rowPage);
   m_tree->setObjectName(QStringLiteral("partsOfExpression"));
   setUp(m_tree, m_parts, tr("Parts of the expression with their values"));
   m_tree->setUniformRowHeights(true);
-  page->setStretchFactor(0, 2);
-  page->setStretchFactor(1, 3);
+  m_rowPage->setStretchFactor(0, 2);
+  m_rowPage->setStretchFactor(1, 3);
   connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this](const QModelIndex& index) {
             if (index.isValid()) {
@@ -146,7 +153,7 @@ QWidget* DebuggerPanel::makeRowPage() {
               emit partChosen(part.start, part.size);
             }
           });
-  return page;
+  return m_rowPage;
 }
 
 QWidget* DebuggerPanel::makeHistoryPage() {
@@ -188,6 +195,9 @@ void DebuggerPanel::setKeyOwner(QWidget* owner) {
 
 void DebuggerPanel::setExpertMode(bool isExpert) {
   m_isExpert = isExpert;
+  if (!isExpert) {
+    stop();  // nobody could do so any more
+  }
   showControls();
 }
 
@@ -205,26 +215,24 @@ void DebuggerPanel::startOrStop() {
   if (m_session.isRunning()) {
     stop();
   } else {
-    start();
+    start(std::nullopt);
   }
 }
 
-bool DebuggerPanel::start() {
+void DebuggerPanel::start(const std::optional<DebugRules>& rules) {
   emit aboutToStart();
   if (!canBeDebugged()) {
-    return false;
+    return;
   }
   m_session.setCondition(m_controls->condition(), m_controls->element());
   showNoRow();
   m_hasEnded = false;
-  const bool isStarted = m_session.startOrStop();
-  if (!isStarted) {
+  if (!(rules ? m_session.start(*rules) : m_session.startOrStop())) {
     m_status->setMessage(Severity::error, tr("This action cannot be run here. The log says why."));
   } else {
     showStatus();
   }
   showControls();
-  return isStarted;
 }
 
 void DebuggerPanel::stop() {
@@ -259,7 +267,7 @@ bool DebuggerPanel::canBeDebugged() {
 
 void DebuggerPanel::startOrGoOn() {
   if (!m_session.isRunning()) {
-    start();
+    start(std::nullopt);
     return;
   }
   m_session.goOn(m_controls->breakpointRules());
@@ -267,10 +275,12 @@ void DebuggerPanel::startOrGoOn() {
 }
 
 void DebuggerPanel::runTo() {
-  if (m_session.isRunning() || start()) {
-    m_session.goOn(m_controls->rules());
-    updateOutputVars();
+  if (!m_session.isRunning()) {
+    start(m_controls->rules());
+    return;
   }
+  m_session.goOn(m_controls->rules());
+  updateOutputVars();
 }
 
 void DebuggerPanel::next() {
@@ -343,15 +353,13 @@ void DebuggerPanel::showRow(std::size_t index) {
     before = valuesOfElement(m_state.rows.at(index - 1)->row, shownElement());
   }
   m_variables->setRow(valuesOfElement(row, shownElement()), before);
-  {
-    const QSignalBlocker blocker(m_historyTable->selectionModel());
-    m_historyTable->setCurrentIndex(m_history->index(static_cast<int>(index), 0));
-  }
+  m_historyTable->setCurrentIndex(m_history->index(static_cast<int>(index), 0));
   emit rowShown(variableValues(row));
   showStatus();
   showControls();
   showNotes();
   if (!m_session.isRunning() || m_state.isWaiting) {
+    fitColumns();
     askForParts();
   }
 }
@@ -363,6 +371,7 @@ void DebuggerPanel::showNoRow() {
   m_variables->setRow({}, {});
   m_parts->clear();
   m_asked = 0;
+  m_isFitted = false;
   emit rowShown({});
 }
 
@@ -397,16 +406,67 @@ void DebuggerPanel::showParts(const PartValues& values) {
   if (values.version != m_asked) {
     return;
   }
-  const QSignalBlocker blocker(m_tree->selectionModel());
-  m_parts->setValues(values);
-  m_tree->expandToDepth(kOpenedDepth);
+  if (m_parts->setValues(values)) {
+    m_tree->expandToDepth(kOpenedDepth);
+  }
   for (const QModelIndex& origin : m_parts->origins()) {
     for (QModelIndex at = origin.parent(); at.isValid(); at = at.parent()) {
       m_tree->expand(at);
     }
   }
-  m_tree->resizeColumnToContents(PartsModel::valueColumn);
+  fitTree();
   showNotes();
+}
+
+// The first column may take what the others leave, but for half of the width.
+void DebuggerPanel::fitTree() {
+  m_tree->resizeColumnToContents(PartsModel::partColumn);
+  m_tree->resizeColumnToContents(PartsModel::valueColumn);
+  const int most = m_tree->viewport()->width() / 2;
+  m_tree->setColumnWidth(PartsModel::partColumn,
+                         std::min(m_tree->columnWidth(PartsModel::partColumn) + kColumnGap, most));
+  m_tree->setColumnWidth(
+      PartsModel::valueColumn,
+      std::min(m_tree->columnWidth(PartsModel::valueColumn) + kColumnGap, most / 2));
+}
+
+// Columns become wider, never smaller, so that nothing jumps from row to row. Of many columns the
+// first ones are looked at, and of many rows those in sight.
+void DebuggerPanel::fitColumns() {
+  for (QTableView* table : {m_variableTable, m_historyTable}) {
+    const int columns = std::min(table->model()->columnCount() - 1, kFittedColumns);
+    const int widest = table->fontMetrics().averageCharWidth() * kMaxCharacters;
+    for (int column = 0; column < columns; ++column) {
+      const int before = m_isFitted ? table->columnWidth(column) : 0;
+      table->resizeColumnToContents(column);
+      const int content = std::min(table->columnWidth(column) + kColumnGap, widest);
+      table->setColumnWidth(column, std::max(before, content));
+    }
+  }
+  m_isFitted = true;
+}
+
+// A narrow panel shows the variables above the parts.
+void DebuggerPanel::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  const bool isNarrow = width() < fontMetrics().averageCharWidth() * kCharactersSideBySide;
+  m_rowPage->setOrientation(isNarrow ? Qt::Vertical : Qt::Horizontal);
+}
+
+void DebuggerPanel::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+    fitRows();
+  }
+}
+
+void DebuggerPanel::fitRows() {
+  for (QTableView* table : {m_variableTable, m_historyTable}) {
+    const int height = fontMetrics().height() + kRowGap;
+    table->verticalHeader()->setMinimumSectionSize(height);
+    table->verticalHeader()->setDefaultSectionSize(height);
+  }
+  m_isFitted = false;
 }
 
 QString DebuggerPanel::engineNote() const {

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include <QStringList>
@@ -20,6 +21,7 @@
 #include "ui/language/formula_service.h"
 
 class QShortcut;
+class QSplitter;
 class QTableView;
 class QTreeView;
 
@@ -69,13 +71,18 @@ class DebuggerPanel : public QWidget {
   // What makes the expression one that can be debugged.
   void fixWanted(const kelvarin::QuickFix& fix);
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
  private:
   void connectControls();
   QWidget* makeRowPage();
   QWidget* makeHistoryPage();
   void addKey(const QKeySequence& key, const std::function<void()>& act);
 
-  bool start();
+  // With the rules of the panel, or stepping.
+  void start(const std::optional<DebugRules>& rules);
   void stop();
   void startOrGoOn();
   void runTo();
@@ -89,6 +96,9 @@ class DebuggerPanel : public QWidget {
   void askForParts();
   void showParts(const PartValues& values);
   void showNotes();
+  void fitTree();
+  void fitColumns();
+  void fitRows();
   QString engineNote() const;
   void chooseHistoryRow();
   void copyHistory();
@@ -103,6 +113,7 @@ class DebuggerPanel : public QWidget {
   int m_elementCount = 0;
   bool m_isExpert = true;
   bool m_hasEnded = false;
+  bool m_isFitted = false;  // columns have the width of what they showed
   QStringList m_lacking;
   QuickFix m_fix;  // of an expression that cannot be debugged
   std::vector<QShortcut*> m_keys;
@@ -113,6 +124,7 @@ class DebuggerPanel : public QWidget {
   RowVariablesModel* m_variables;
   PartsModel* m_parts;
   HistoryModel* m_history;
+  QSplitter* m_rowPage = nullptr;
   QTableView* m_variableTable = nullptr;
   QTreeView* m_tree = nullptr;
   QTableView* m_historyTable = nullptr;

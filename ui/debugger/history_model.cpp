@@ -45,7 +45,7 @@ int HistoryModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
 }
 
-// The last one tells what failed.
+// The last one is for failures.
 int HistoryModel::columnCount(const QModelIndex& parent) const {
   if (parent.isValid() || m_names == nullptr) {
     return 0;
@@ -75,13 +75,18 @@ QString HistoryModel::textAt(const DebuggedRow& row, int column) const {
   return column == columnCount() - 1 ? failuresOf(row) : QString();
 }
 
+// Of results, the newest row shows whether they are numbers.
+int HistoryModel::alignmentOf(int column) const {
+  const ExpressionValue* value = m_rows.isEmpty() ? nullptr : valueAt(*m_rows.newest(), column);
+  const bool isNumber =
+      column == numberColumn || (value != nullptr && value->type == ExpressionValue::Type::number);
+  return int(Qt::AlignVCenter) | int(isNumber ? Qt::AlignRight : Qt::AlignLeft);
+}
+
 QVariant HistoryModel::data(const QModelIndex& index, int role) const {
   const DebuggedRow& row = rowAt(index.row());
   if (role == Qt::TextAlignmentRole) {
-    const ExpressionValue* value = valueAt(row, index.column());
-    const bool isNumber = index.column() == numberColumn ||
-                          (value != nullptr && value->type != ExpressionValue::Type::text);
-    return int(Qt::AlignVCenter) | int(isNumber ? Qt::AlignRight : Qt::AlignLeft);
+    return alignmentOf(index.column());
   }
   if (const ExpressionValue* value = valueAt(row, index.column())) {
     const ShownValue shown = shownValue(*value);
@@ -140,6 +145,9 @@ QString HistoryModel::name(int column) const {
 }
 
 QVariant HistoryModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation == Qt::Horizontal && role == Qt::TextAlignmentRole) {
+    return alignmentOf(section);
+  }
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole) {
     return {};
   }

@@ -35,6 +35,7 @@ class HistoryModel : public QAbstractTableModel {
   const ExpressionValue* valueAt(const DebuggedRow& row, int column) const;
   QString textAt(const DebuggedRow& row, int column) const;
   QString name(int column) const;
+  int alignmentOf(int column) const;
 
   RowHistory m_rows;
   std::shared_ptr<const RowNames> m_names;

@@ -9,7 +9,17 @@
 
 namespace kelvarin {
 
-void PartsModel::setValues(PartValues values) {
+bool PartsModel::setValues(PartValues values) {
+  const bool isSameTree = values.tree.expression() == m_values.tree.expression() &&
+                          values.tree.size() == m_values.tree.size();
+  if (isSameTree) {
+    m_values = std::move(values);
+    for (std::size_t i = 0; i < m_rows.size(); ++i) {
+      emit dataChanged(createIndex(m_rows[i], valueColumn, i),
+                       createIndex(m_rows[i], noteColumn, i));
+    }
+    return false;
+  }
   beginResetModel();
   m_values = std::move(values);
   m_rows.assign(m_values.tree.size(), 0);
@@ -19,6 +29,7 @@ void PartsModel::setValues(PartValues values) {
     }
   }
   endResetModel();
+  return true;
 }
 
 std::vector<QModelIndex> PartsModel::origins() const {

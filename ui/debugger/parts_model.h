@@ -19,8 +19,9 @@ class PartsModel : public QAbstractItemModel {
 
   using QAbstractItemModel::QAbstractItemModel;
 
-  void setValues(PartValues values);
-  void clear() { setValues({}); }
+  // True: the parts are others than before. Else they stay open and chosen in views.
+  bool setValues(PartValues values);
+  void clear() { (void)setValues({}); }
   const PartValues& values() const { return m_values; }
   bool isEmpty() const { return m_values.tree.size() == 0; }
   // Where a missing value arises; in the order of evaluation.

@@ -1,7 +1,6 @@
 #include "ui/debugger/row_values.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace kelvarin {
 
@@ -40,7 +39,7 @@ bool isSameValue(const ExpressionValue& a, const ExpressionValue& b) {
   }
   return a.type == ExpressionValue::Type::text
              ? a.text == b.text && a.text.isNull() == b.text.isNull()
-             : std::memcmp(&a.number, &b.number, sizeof a.number) == 0;
+             : hasSameBits(a.number, b.number);
 }
 
 }  // namespace kelvarin

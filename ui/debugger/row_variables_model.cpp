@@ -88,10 +88,6 @@ QVariant RowVariablesModel::data(const QModelIndex& index, int role) const {
       return index.column() == valueColumn && m_edited.contains(row)
                  ? tr("%1, edited for this row. The data stay as they are.").arg(shown.whole)
                  : shown.whole;
-    case Qt::TextAlignmentRole:
-      return int(Qt::AlignVCenter) |
-             int(variable.value.type == ExpressionValue::Type::text ? Qt::AlignLeft
-                                                                    : Qt::AlignRight);
     case kValueKindRole:
       return static_cast<int>(shown.kind);
     default:

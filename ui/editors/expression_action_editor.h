@@ -38,7 +38,7 @@ class ExpressionActionEditor : public UpdateClassWidget {
   QMap<QString, QString> uncommittedState() const override;
   void commit() override;
   // Columns, rows or a verdict are being found out.
-  bool isBusy() const { return m_inputRows->isBusy() || m_validation->isBusy(); }
+  virtual bool isBusy() const { return m_inputRows->isBusy() || m_validation->isBusy(); }
 
  public slots:
   // Puts the input variable into the expression.

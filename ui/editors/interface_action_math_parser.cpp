@@ -60,6 +60,9 @@ Interface_actionMathParser::Interface_actionMathParser(QWidget* parent, Calculat
   m_field->editor()->setAccessibleName(tr("Expression"));
   m_field->setHistoryKey(QStringLiteral("calculator"));
   layout->addWidget(fieldAndVariables(), 1);
+  if (isVectorized()) {
+    layout->addWidget(new VectorsPanel(*m_pinTable, this));
+  }
   layout->addWidget(checkButton(), 0, Qt::AlignLeft);
   layout->addWidget(makeDebugger({tr("Debug Start"), tr("Debug STOP"), tr("Debug - Next (F10)")}));
   m_notes = noteField("leNotes", tr("Notes"));
@@ -67,9 +70,6 @@ Interface_actionMathParser::Interface_actionMathParser(QWidget* parent, Calculat
   notesLabel->setBuddy(m_notes);
   layout->addWidget(notesLabel);
   layout->addWidget(m_notes);
-  if (isVectorized()) {
-    layout->addWidget(new VectorsPanel(*m_pinTable, this));
-  }
   addOtherPages();
   connectOutputs();
   reload();
@@ -236,6 +236,7 @@ bool Interface_actionMathParser::store() {
 // What the action makes of them is shown: an empty expression is a missing value.
 void Interface_actionMathParser::writeOutputs() {
   std::vector<OutputVariable> variables;
+  variables.reserve(m_outputs.size());
   for (const Output& output : m_outputs) {
     variables.push_back(output.variable);
   }
@@ -268,6 +269,15 @@ void Interface_actionMathParser::commitExpression() {
   m_field->setExpression(current().variable.expression);
   updateFormula();
   setCommitted(kExpressionField, m_field->expression());
+  checkCommitted();
+}
+
+// The table may define variables that the expression names, so it is waited for.
+void Interface_actionMathParser::checkCommitted() {
+  m_isCheckDue = m_pinTable->isBusy();
+  if (m_isCheckDue) {
+    return;
+  }
   m_checked = {m_current};
   m_checkedExpressions = {m_field->expression()};
   m_isFailureShown = false;
@@ -439,6 +449,9 @@ void Interface_actionMathParser::updatePinTable() {
   if (isVectorized()) {
     m_nameField->setFormula(nameFormula());
     updateNames();
+  }
+  if (m_isCheckDue && !m_pinTable->isBusy()) {
+    checkCommitted();
   }
 }
 

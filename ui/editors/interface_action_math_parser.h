@@ -30,6 +30,7 @@ class Interface_actionMathParser : public ExpressionActionEditor {
 
   QMap<QString, QString> uncommittedState() const override;
   void commit() override;
+  bool isBusy() const override { return ExpressionActionEditor::isBusy() || m_pinTable->isBusy(); }
 
  public slots:
   void delete_outputVar(int output);
@@ -69,6 +70,7 @@ class Interface_actionMathParser : public ExpressionActionEditor {
   void moveOutput(bool isLeft);
   QString newName() const;
   void setType(MetaTypeColumn meta);
+  void checkCommitted();
   void commitName();
   void outputsEdited();
   void writeOutputs();
@@ -95,6 +97,7 @@ class Interface_actionMathParser : public ExpressionActionEditor {
   std::vector<int> m_checked;  // the outputs that the validation has, in its order
   std::vector<QString> m_checkedExpressions;
   bool m_isFailureShown = false;  // of the check under way
+  bool m_isCheckDue = false;      // as soon as the table is read
   bool m_areOutputsEdited = false;
 };
 

@@ -1,21 +1,22 @@
 #include "ui/editors/vectors_panel.h"
 
-#include <QHeaderView>
 #include <QLabel>
 #include <QListWidget>
 #include <QLocale>
-#include <QTableView>
 #include <QVBoxLayout>
 
 #include "host/widgets/info_line.h"
+#include "ui/editors/side_by_side.h"
 #include "ui/editors/vectors_model.h"
+#include "ui/panels/form_layout.h"
+#include "ui/widgets/my_table.h"
 
 namespace kelvarin {
 
 namespace {
 
 constexpr qsizetype kMaxListed = 1000;
-constexpr int kShownLines = 4;
+constexpr int kShownLines = 5;
 
 }  // namespace
 
@@ -23,44 +24,55 @@ VectorsPanel::VectorsPanel(PinTable& table, QWidget* parent)
     : QWidget(parent),
       m_pinTable(table),
       m_model(new VectorsModel(this)),
-      m_vectors(new QTableView(this)),
+      m_vectors(new MyTable(this)),
       m_note(new InfoLine(this)),
       m_namesLabel(new QLabel(this)),
       m_names(new QListWidget(this)) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(4);
-  auto* label = new QLabel(tr("Vectors of the table on pin &1"), this);
-  label->setWordWrap(true);
-  label->setBuddy(m_vectors);
-  m_vectors->setObjectName(QStringLiteral("vectors"));
-  m_vectors->setAccessibleName(tr("Vectors"));
-  m_vectors->setModel(m_model);
-  m_vectors->setTabKeyNavigation(false);
-  m_vectors->setSelectionBehavior(QAbstractItemView::SelectRows);
-  m_vectors->verticalHeader()->hide();
-  m_vectors->horizontalHeader()->setStretchLastSection(true);
-  m_namesLabel->setWordWrap(true);
-  m_namesLabel->setBuddy(m_names);
-  m_names->setObjectName(QStringLiteral("columnsToCreate"));
-  m_names->setAccessibleName(tr("Columns that will be created"));
-  const int height = fontMetrics().lineSpacing() * (kShownLines + 1);
-  m_vectors->setMinimumHeight(height + m_vectors->horizontalHeader()->sizeHint().height());
-  m_names->setMinimumHeight(height);
-  layout->addWidget(label);
-  layout->addWidget(m_vectors);
-  layout->addWidget(m_note);
-  layout->addWidget(m_namesLabel);
-  layout->addWidget(m_names);
+  layout->addWidget(new SideBySide(makeVectors(), makeNames(), this));
   connect(&table, &PinTable::changed, this, &VectorsPanel::showTable);
   connect(&table, &PinTable::columnsNamed, this, &VectorsPanel::showNames);
   showTable();
 }
 
+QWidget* VectorsPanel::makeVectors() {
+  auto* box = new QWidget(this);
+  auto* layout = new QVBoxLayout(box);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(kControlSpacing);
+  auto* label = new QLabel(tr("Vectors of the table on pin &1"), box);
+  label->setWordWrap(true);
+  label->setBuddy(m_vectors);
+  m_vectors->setObjectName(QStringLiteral("vectors"));
+  m_vectors->setAccessibleName(tr("Vectors"));
+  m_vectors->setModel(m_model);
+  m_vectors->setMinimumHeight(kShownLines * (fontMetrics().height() + 8));
+  layout->addWidget(label);
+  layout->addWidget(m_vectors, 1);
+  layout->addWidget(m_note);
+  return box;
+}
+
+QWidget* VectorsPanel::makeNames() {
+  auto* box = new QWidget(this);
+  auto* layout = new QVBoxLayout(box);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(kControlSpacing);
+  m_namesLabel->setWordWrap(true);
+  m_namesLabel->setBuddy(m_names);
+  m_names->setObjectName(QStringLiteral("columnsToCreate"));
+  m_names->setAccessibleName(tr("Columns that will be created"));
+  m_names->setMinimumHeight(m_vectors->minimumHeight());
+  layout->addWidget(m_namesLabel);
+  layout->addWidget(m_names, 1);
+  return box;
+}
+
 void VectorsPanel::showTable() {
   m_model->setVectors(m_pinTable.table() ? m_pinTable.table()->variables
                                          : std::vector<InputVariable>());
-  m_vectors->resizeColumnsToContents();
+  m_vectors->fitColumns();
   if (!m_pinTable.table()) {
     m_note->setMessage(Severity::error, m_pinTable.table().error());
   } else if (m_pinTable.isBusy()) {
@@ -90,16 +102,8 @@ void VectorsPanel::showNames(const Result<QStringList, QString>& names) {
       tr("%n column(s) will be created:", nullptr, static_cast<int>(names->size())));
   m_names->addItems(names->mid(0, kMaxListed));
   if (names->size() > kMaxListed) {
-    m_names->addItem(tr("and %n more", nullptr, static_cast<int>(names->size() - kMaxListed)));
+    m_names->addItem(tr("and %1 more").arg(QLocale().toString(names->size() - kMaxListed)));
   }
-}
-
-QStringList VectorsPanel::columnNames() const {
-  QStringList names;
-  for (int i = 0; i < m_names->count(); ++i) {
-    names += m_names->item(i)->text();
-  }
-  return names;
 }
 
 }  // namespace kelvarin

@@ -9,11 +9,11 @@
 
 class QLabel;
 class QListWidget;
-class QTableView;
 
 namespace kelvarin {
 
 class InfoLine;
+class MyTable;
 class VectorsModel;
 
 class VectorsPanel : public QWidget {
@@ -22,16 +22,15 @@ class VectorsPanel : public QWidget {
  public:
   explicit VectorsPanel(PinTable& table, QWidget* parent = nullptr);
 
-  // Those that are listed.
-  QStringList columnNames() const;
-
  private:
+  QWidget* makeVectors();
+  QWidget* makeNames();
   void showTable();
   void showNames(const Result<QStringList, QString>& names);
 
   PinTable& m_pinTable;
   VectorsModel* m_model;
-  QTableView* m_vectors;
+  MyTable* m_vectors;
   InfoLine* m_note;
   QLabel* m_namesLabel;
   QListWidget* m_names;

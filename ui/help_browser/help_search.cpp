@@ -174,6 +174,7 @@ std::vector<const LanguageEntry*> HelpSearch::ranked(const QStringList& words) c
   std::stable_sort(finds.begin(), finds.end(),
                    [](const Find& a, const Find& b) { return a.score > b.score; });
   std::vector<const LanguageEntry*> entries;
+  entries.reserve(finds.size());
   for (const Find& find : finds) {
     entries.push_back(find.entry);
   }

@@ -91,7 +91,7 @@ QString messageAbout(const ExpressionCheck& check, const Formula& formula,
     return language_messages::textForNumber();
   }
   const HintNames names{namesOf(formula.variables), namesOf(formula.columns), nullptr};
-  const QString hint = expressionHint(check.error, expression, names);
+  QString hint = expressionHint(check.error, expression, names);
   const QString text = check.error.message.isEmpty() ? check.text : check.error.message;
   const FaultRange unknown = unknownNameOf(check, formula);
   const bool isOfText = check.error.kind == ExpressionError::Kind::unclosedText;
@@ -141,7 +141,7 @@ BackendKind nextFaster(BackendKind kind, const Formula& formula) {
 
 QString engineInWords(const EngineChoice& choice, const Formula& formula) {
   using Reason = EngineChoice::Reason;
-  const QString engine = QString::fromLatin1(editorLabel(choice.engine));
+  QString engine = QString::fromLatin1(editorLabel(choice.engine));
   const QString faster = QString::fromLatin1(editorLabel(nextFaster(choice.engine, formula)));
   switch (choice.reason) {
     case Reason::token:

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cmath>
-#include <cstring>
 
 #include "ui/language/formula_evaluator.h"
 #include "ui/language/messages.h"
@@ -36,10 +35,6 @@ bool isTrue(const ExpressionValue& value) {
   return !value.isNull() && value.number != 0.0;
 }
 
-bool isSameBits(double a, double b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
-}
-
 // A condition's truth is 1 or 0 to the engines of numbers.
 bool isSame(const ExpressionValue& a, const ExpressionValue& b) {
   using Type = ExpressionValue::Type;
@@ -47,7 +42,7 @@ bool isSame(const ExpressionValue& a, const ExpressionValue& b) {
     return false;
   }
   return a.type == Type::text ? a.text == b.text && a.text.isNull() == b.text.isNull()
-                              : isSameBits(a.number, b.number);
+                              : hasSameBits(a.number, b.number);
 }
 
 // Values of parts that stand for the parts in the text of a larger one, so that a long sum is not
@@ -79,8 +74,7 @@ bool takesValuesOnly(const ExpressionPart& part) {
 class PartsEvaluation {
  public:
   PartsEvaluation(const Formula& formula, std::chrono::steady_clock::time_point deadline)
-      : m_asked(formula),
-        m_formula(withStandIns(formula)),
+      : m_formula(withStandIns(formula)),
         m_deadline(deadline),
         m_variables(variableNamesOf(formula)),
         m_evaluator(m_formula, BackendKind::string) {}
@@ -271,7 +265,6 @@ class PartsEvaluation {
     m_made.ofRun = ofRun;
   }
 
-  const Formula& m_asked;
   const Formula m_formula;  // with stand-ins
   const std::chrono::steady_clock::time_point m_deadline;
   const QSet<QString> m_variables;

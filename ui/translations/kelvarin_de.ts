@@ -2,6 +2,89 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en">
 <context>
+    <name>Debugger</name>
+    <message>
+        <source>Row %1, stopped at a breakpoint.</source>
+        <translation>Zeile %1, angehalten am Haltepunkt.</translation>
+    </message>
+    <message>
+        <source>Row %1, stopped: the condition of the breakpoint cannot be evaluated.</source>
+        <translation>Zeile %1, angehalten: Die Bedingung des Haltepunkts lässt sich nicht auswerten.</translation>
+    </message>
+    <message>
+        <source>Row %1, the one that was asked for.</source>
+        <translation>Zeile %1, wie verlangt.</translation>
+    </message>
+    <message>
+        <source>Row %1, stopped at an error.</source>
+        <translation>Zeile %1, angehalten an einem Fehler.</translation>
+    </message>
+    <message>
+        <source>Row %1, stopped at a null or NaN result.</source>
+        <translation>Zeile %1, angehalten an einem Ergebnis null oder NaN.</translation>
+    </message>
+    <message>
+        <source>Row %1: its error ended the run.</source>
+        <translation>Zeile %1: Ihr Fehler hat den Lauf beendet.</translation>
+    </message>
+    <message>
+        <source>Row %1.</source>
+        <translation>Zeile %1.</translation>
+    </message>
+    <message>
+        <source>step</source>
+        <translation>Schritt</translation>
+    </message>
+    <message>
+        <source>breakpoint</source>
+        <translation>Haltepunkt</translation>
+    </message>
+    <message>
+        <source>condition failed</source>
+        <translation>Bedingung fehlerhaft</translation>
+    </message>
+    <message>
+        <source>run to row</source>
+        <translation>Zeile erreicht</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>null result</source>
+        <translation>Ergebnis null</translation>
+    </message>
+    <message>
+        <source>end by error</source>
+        <translation>Ende durch Fehler</translation>
+    </message>
+    <message>
+        <source>The newest row is %1.</source>
+        <translation>Die neueste Zeile ist %1.</translation>
+    </message>
+    <message>
+        <source>In sampling, rows are counted and not evaluated.</source>
+        <translation>Bei einer Stichprobe werden Zeilen gezählt und nicht ausgewertet.</translation>
+    </message>
+    <message>
+        <source>Running; the first row has not come yet.</source>
+        <translation>Läuft; die erste Zeile ist noch nicht gekommen.</translation>
+    </message>
+    <message>
+        <source>Running: %1 rows, %2 a second.</source>
+        <translation>Läuft: %1 Zeilen, %2 in der Sekunde.</translation>
+    </message>
+    <message>
+        <source>The run has ended without a row. Where it failed, the log says why.</source>
+        <translation>Der Lauf ist ohne eine Zeile beendet. Falls er gescheitert ist, steht der Grund im Protokoll.</translation>
+    </message>
+    <message>
+        <source>The run has ended after %1 rows.</source>
+        <translation>Der Lauf ist nach %1 Zeilen beendet.</translation>
+    </message>
+</context>
+<context>
     <name>Help</name>
     <message>
         <source>All Graph-Global-Parameters are also available to use.</source>
@@ -1778,6 +1861,10 @@
         <source>Groups of settings</source>
         <translation>Gruppen von Einstellungen</translation>
     </message>
+    <message>
+        <source>Help</source>
+        <translation type="unfinished">Hilfe</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::ColumnarTexts</name>
@@ -1954,6 +2041,148 @@
     <message>
         <source>Completions</source>
         <translation>Ergänzungen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::DebuggerControls</name>
+    <message>
+        <source>&amp;Pause</source>
+        <translation>&amp;Pause</translation>
+    </message>
+    <message>
+        <source>The row before (Shift+F10)</source>
+        <translation>Die Zeile davor (Umschalt+F10)</translation>
+    </message>
+    <message>
+        <source>The row after (Ctrl+Shift+F10)</source>
+        <translation>Die Zeile danach (Strg+Umschalt+F10)</translation>
+    </message>
+    <message>
+        <source>&amp;Element:</source>
+        <translation>&amp;Element:</translation>
+    </message>
+    <message>
+        <source>Element of the vectors</source>
+        <translation>Element der Vektoren</translation>
+    </message>
+    <message>
+        <source>&amp;Breakpoint where</source>
+        <translation>&amp;Haltepunkt, wo</translation>
+    </message>
+    <message>
+        <source>Condition of the breakpoint</source>
+        <translation>Bedingung des Haltepunkts</translation>
+    </message>
+    <message>
+        <source>price &gt; 100</source>
+        <translation>preis &gt; 100</translation>
+    </message>
+    <message>
+        <source>&amp;Run to:</source>
+        <translation>&amp;Weiter bis:</translation>
+    </message>
+    <message>
+        <source>the breakpoint</source>
+        <translation>zum Haltepunkt</translation>
+    </message>
+    <message>
+        <source>row number</source>
+        <translation>Zeile Nummer</translation>
+    </message>
+    <message>
+        <source>the next error</source>
+        <translation>zum nächsten Fehler</translation>
+    </message>
+    <message>
+        <source>the next null or NaN</source>
+        <translation>zum nächsten null oder NaN</translation>
+    </message>
+    <message>
+        <source>the end</source>
+        <translation>zum Ende</translation>
+    </message>
+    <message>
+        <source>Where the run stops next</source>
+        <translation>Wo der Lauf als nächstes anhält</translation>
+    </message>
+    <message>
+        <source>Number of the row, counted from 0</source>
+        <translation>Nummer der Zeile, gezählt ab 0</translation>
+    </message>
+    <message>
+        <source>Run (Ctrl+F10)</source>
+        <translation>Weiter (Strg+F10)</translation>
+    </message>
+    <message>
+        <source>Switch To Expert Mode to Activate</source>
+        <translation>Zum Einschalten in den Expertenmodus wechseln</translation>
+    </message>
+    <message>
+        <source>F5 starts, and goes on to the breakpoint; Shift+F5 stops</source>
+        <translation>F5 startet und läuft weiter bis zum Haltepunkt; Umschalt+F5 beendet</translation>
+    </message>
+    <message>
+        <source>Stops where the condition is true (F9). It may use the variables and the results of the row.</source>
+        <translation>Hält an, wo die Bedingung wahr ist (F9). Sie kann die Variablen und die Ergebnisse der Zeile verwenden.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::DebuggerPanel</name>
+    <message>
+        <source>This row and the rows that went by</source>
+        <translation>Diese Zeile und die vorigen</translation>
+    </message>
+    <message>
+        <source>This Row</source>
+        <translation>Diese Zeile</translation>
+    </message>
+    <message>
+        <source>Last Rows</source>
+        <translation>Letzte Zeilen</translation>
+    </message>
+    <message>
+        <source>Variables of the row; a value can be edited</source>
+        <translation>Variablen der Zeile; ein Wert lässt sich ändern</translation>
+    </message>
+    <message>
+        <source>Parts of the expression with their values</source>
+        <translation>Teile des Ausdrucks mit ihren Werten</translation>
+    </message>
+    <message>
+        <source>The last rows, up to %1</source>
+        <translation>Die letzten Zeilen, bis zu %1</translation>
+    </message>
+    <message>
+        <source>&amp;Copy as CSV</source>
+        <translation>Als &amp;CSV kopieren</translation>
+    </message>
+    <message>
+        <source>This action cannot be run here. The log says why.</source>
+        <translation>Diese Aktion kann hier nicht laufen. Den Grund nennt das Protokoll.</translation>
+    </message>
+    <message>
+        <source>Start shows the first row of the input, and stops there.</source>
+        <translation>Der Start zeigt die erste Zeile der Eingabe und hält dort an.</translation>
+    </message>
+    <message>
+        <source>A run without the debugger gives another value: %1 by the %2, %3 by the String Parser that is shown here.</source>
+        <translation>Ein Lauf ohne den Schritt-Debugger ergibt einen anderen Wert: %1 durch %2, %3 durch den String Parser, der hier gezeigt wird.</translation>
+    </message>
+    <message>
+        <source>The parts are shown with the edited values. The data stay as they are.</source>
+        <translation>Die Teile sind mit den geänderten Werten gezeigt. Die Daten bleiben, wie sie sind.</translation>
+    </message>
+    <message>
+        <source>Use the row&apos;s own values</source>
+        <translation>Die Werte der Zeile selbst verwenden</translation>
+    </message>
+    <message>
+        <source>A debug run does not read the table of variables, so these are missing: %1.</source>
+        <translation>Der Schritt-Debugger liest die Tabelle der Variablen nicht, daher fehlen diese: %1.</translation>
+    </message>
+    <message>
+        <source>Read the table once and take its variables over</source>
+        <translation>Die Tabelle einmal lesen und ihre Variablen übernehmen</translation>
     </message>
 </context>
 <context>
@@ -2324,6 +2553,21 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::HistoryModel</name>
+    <message>
+        <source>Row</source>
+        <translation>Zeile</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Angehalten</translation>
+    </message>
+    <message>
+        <source>Failure</source>
+        <translation>Fehler</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::Interface_MathParserCheck</name>
     <message>
         <source>Math Parser Error</source>
@@ -2487,6 +2731,10 @@
         <source>All blocks</source>
         <translation>Alle Blöcke</translation>
     </message>
+    <message>
+        <source>What it skips is known in a run only, since %1 reads a file.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::Interface_writeColumnarGel</name>
@@ -2533,6 +2781,10 @@
     <message>
         <source>&amp;Keep</source>
         <translation>&amp;Behalten</translation>
+    </message>
+    <message>
+        <source>For values in the first rows.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -2610,6 +2862,33 @@
     <message>
         <source> (may differ in a run)</source>
         <translation> (kann in einem Lauf anders sein)</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::PartsModel</name>
+    <message>
+        <source>not used in this row</source>
+        <translation>in dieser Zeile nicht verwendet</translation>
+    </message>
+    <message>
+        <source>may differ</source>
+        <translation>kann abweichen</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Part of the expression</source>
+        <translation>Teil des Ausdrucks</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Hinweis</translation>
     </message>
 </context>
 <context>
@@ -2881,6 +3160,29 @@
     <message>
         <source>Looks into all files before the first row. Otherwise the files are counted.</source>
         <translation>Sieht vor der ersten Zeile in alle Dateien. Sonst werden die Dateien gezählt.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::RowVariablesModel</name>
+    <message>
+        <source>%1, edited for this row. The data stay as they are.</source>
+        <translation>%1, für diese Zeile geändert. Die Daten bleiben, wie sie sind.</translation>
+    </message>
+    <message>
+        <source>The value in the row before, where it was another one</source>
+        <translation>Der Wert in der Zeile davor, wo er ein anderer war</translation>
+    </message>
+    <message>
+        <source>Variable</source>
+        <translation>Variable</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Before</source>
+        <translation>Davor</translation>
     </message>
 </context>
 <context>

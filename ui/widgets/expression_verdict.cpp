@@ -49,6 +49,7 @@ void ExpressionVerdict::setAnswer(const FormulaAnswer& answer) {
     lines += resultOf(answer);
   }
   std::vector<InfoLink> links;
+  links.reserve(m_fixes.size());
   for (std::size_t i = 0; i < m_fixes.size(); ++i) {
     links.push_back({QString::number(i), m_fixes[i].label});
   }

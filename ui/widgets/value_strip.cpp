@@ -70,6 +70,7 @@ void ValueStripModel::setAnswer(const Formula& formula, const FormulaAnswer& ans
     m_names += formula.output.name.isEmpty() ? tr("result") : formula.output.name;
     for (std::size_t row = 0; row < formula.rows->rowCount(); ++row) {
       std::vector<Cell> cells;
+      cells.reserve(used.size() + 1);
       for (const UsedVariable& variable : used) {
         cells.push_back(
             {variable.column < 0

@@ -16,7 +16,7 @@
 #include "actions/filter_rows/filter_rows.h"
 #include "host/widget_testing/widget_walk.h"
 #include "host/widgets/info_line.h"
-#include "host/widgets/theme.h"
+#include "host/widgets/translation.h"
 #include "ui/debugger/tests/debugged_branch.h"
 
 namespace kelvarin::testing {
@@ -75,7 +75,7 @@ class DebuggerPanelTest : public ::testing::Test {
   QString expression = "price * quantity > 20";
   std::vector<VariableValue> shown;
   DebuggedBranch branch{
-      makeAction<FilterRows>("<FilterRows expression='price * quantity &gt; 20'><InputVars>"
+      makeAction<FilterRows>("<FilterRows Expression='price * quantity &gt; 20'><InputVars>"
                              "<InputVar column='price'/><InputVar column='quantity'/>"
                              "</InputVars></FilterRows>"),
       "price:F quantity:F"};
@@ -216,14 +216,19 @@ TEST_F(DebuggerPanelTest, CanBeUsedByEveryone) {
   const auto expectNone = [](const QStringList& faults) {
     EXPECT_EQ(faults.join('\n').toStdString(), "");
   };
-  onEveryPage(panel, [&] {
-    expectNone(controlsWithoutName(panel));
-    expectNone(controlsOutOfTabReach(panel));
-    expectNone(keysWithTwoOwners(panel));
-  });
-  const LargeFonts large(2);
-  (void)QTest::qWaitFor([&] { return cutTexts(panel).isEmpty(); });  // layouts come by events
-  onEveryPage(panel, [&] { expectNone(cutTexts(panel)); });
+  for (const char* language : {"en", "de"}) {
+    const Translation translation({QLatin1String(language)});
+    const LargeFonts large(2);
+    DebuggerPanel another(session, kTexts, [this] { return formula(); });
+    another.updateOutputVars();
+    another.show();
+    onEveryPage(another, [&] {
+      expectNone(controlsWithoutName(another));
+      expectNone(controlsOutOfTabReach(another));
+      expectNone(keysWithTwoOwners(another));
+      expectNone(cutTexts(another));
+    });
+  }
 }
 
 }  // namespace

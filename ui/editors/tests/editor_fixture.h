@@ -1,4 +1,4 @@
-// An editor over an action with a host that knows its input, and what it was told.
+// An editor over an action, with a host that knows its input and counts its reports.
 #pragma once
 
 #include <functional>
