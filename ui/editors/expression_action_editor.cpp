@@ -133,7 +133,7 @@ void ExpressionActionEditor::connectSettings() {
           &ExpressionActionEditor::setErrorPolicy);
 }
 
-// It changes no column and no row that anyone sees now, so only the document is reported as modified.
+// It changes no row that anyone sees now, so only the document is reported as modified.
 void ExpressionActionEditor::setErrorPolicy(bool abortWhenError) {
   if (isDebugging()) {
     m_isErrorPolicyEdited = true;

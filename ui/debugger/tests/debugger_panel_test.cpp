@@ -13,6 +13,7 @@
 #include <QTest>
 #include <QTreeView>
 
+#include "actions/calculator_vectorized/calculator_vectorized.h"
 #include "actions/filter_rows/filter_rows.h"
 #include "host/widget_testing/widget_walk.h"
 #include "host/widgets/info_line.h"
@@ -208,6 +209,62 @@ TEST_F(DebuggerPanelTest, NamesTheVariablesOfATableThatIsNotRead) {
   EXPECT_TRUE(notes().contains("rate, limit"));
   emit find<InfoLine>("debuggerNotes")->linkActivated("table");
   EXPECT_TRUE(isWanted);
+}
+
+TEST_F(DebuggerPanelTest, SaysThatSamplingOnlyCounts) {
+  DebuggedBranch sampled(makeAction<FilterRows>("<FilterRows Expression='_n &lt; 2' addN='1'/>"),
+                         "price:F");
+  sampled.rows = [](FakeInputPin& pin) { pin.push(Values{1}, 5); };
+  DebugSession other(sampled.action());
+  DebuggerPanel counting(other, kTexts, [this] { return formula(); });
+  counting.findChild<QPushButton*>("pbStartStop")->click();
+  const auto* status = counting.findChild<InfoLine*>("debuggerStatus");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return status->text().contains("counted and not evaluated"); }))
+      << status->text().toStdString();
+}
+
+// The run stops once a row; the breakpoint and the variables are those of the chosen element.
+TEST(DebuggerPanelOfVectors, ShowsTheChosenElement) {
+  DebuggedBranch branch(
+      makeAction<CalculatorVectorized>("<CalculatorVectorized><OutputVars><OutputVar name='\"o\"//"
+                                       "_n'>x*2</OutputVar></OutputVars></CalculatorVectorized>"),
+      "a1:F a2:F");
+  branch.rows = [](FakeInputPin& pin) {
+    pin.push({1, 10});
+    pin.push({2, 20});
+  };
+  branch.columnsOfTable = "alias:U column:U";
+  branch.table = [](FakeInputPin& pin) {
+    pin.push({"x", "a1"});
+    pin.push({"x", "a2"});
+  };
+  DebugSession session(branch.action());
+  Formula formula;
+  formula.output.expression = QStringLiteral("x*2");
+  formula.variables.emplace_back();
+  formula.variables.back().label = QStringLiteral("x");
+  DebuggerPanel panel(session, kTexts, [&] { return formula; });
+  panel.show();
+  auto* element = panel.findChild<QSpinBox*>("sbElement");
+  EXPECT_FALSE(element->isVisible());
+  QTest::keyClicks(panel.findChild<QLineEdit*>("leBreakpoint"), "x == 20");
+  panel.findChild<QPushButton*>("pbStartStop")->click();
+  const auto value = [&] {
+    const auto* model = panel.findChild<QTableView*>("variablesOfRow")->model();
+    return model->index(0, 1).data().toString();
+  };
+  const auto whole = [&] {
+    return panel.findChild<QTreeView*>("partsOfExpression")->model()->index(0, 1).data().toString();
+  };
+  ASSERT_TRUE(QTest::qWaitFor([&] { return value() == "1" && whole() == "2"; }));
+  EXPECT_TRUE(element->isVisible());
+  element->setValue(1);
+  EXPECT_EQ(value(), "10");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return whole() == "20"; }));
+  panel.findChild<QPushButton*>("pbRunTo")->click();
+  const auto* status = panel.findChild<InfoLine*>("debuggerStatus");
+  EXPECT_TRUE(QTest::qWaitFor(
+      [&] { return status->text().startsWith("Row 1, stopped at a breakpoint."); }));
 }
 
 TEST_F(DebuggerPanelTest, CanBeUsedByEveryone) {
