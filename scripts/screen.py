@@ -19,7 +19,7 @@ CURSOR_PIXELS = 80  # a text cursor that blinks does not keep a screen from bein
 
 # The main window fills the screen without a frame; dialogs keep theirs.
 WINDOW_RULES = """<?xml version="1.0" encoding="UTF-8"?>
-<openbox_config xmlns="http://openbox.org/3.4/rc">
+<openbox_config>
   <focus><focusNew>yes</focusNew></focus>
   <placement><policy>Smart</policy><center>yes</center></placement>
   <theme><name>pictures</name><titleLayout>L</titleLayout></theme>

@@ -65,7 +65,8 @@ ExpressionActionEditor::ExpressionActionEditor(QWidget* parent, ExpressionAction
   connect(m_inputRows, &InputRows::changed, this, &ExpressionActionEditor::takeInput);
 }
 
-// The debug run is of the action that others may delete next. A field that loses the focus while it goes away commits nothing.
+// The debug run is of the action that others may delete next. A field that loses the focus while it
+// goes away commits nothing.
 ExpressionActionEditor::~ExpressionActionEditor() {
   delete std::exchange(m_debugger, nullptr);
   m_session->end();
