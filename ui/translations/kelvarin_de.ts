@@ -2775,8 +2775,8 @@
         <translation>Kommentar</translation>
     </message>
     <message>
-        <source>&amp;Comments:</source>
-        <translation>&amp;Kommentar:</translation>
+        <source>Co&amp;mments:</source>
+        <translation>Ko&amp;mmentar:</translation>
     </message>
     <message>
         <source>&quot;Filter Rows&quot; Action</source>
@@ -2848,7 +2848,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>Ein Text für jedes Element: _n ist seine Nummer, ein Alias der Name seiner Spalte.</translation>
     </message>
     <message>
-        <source>Num&amp;ber</source>
+        <source>Nu&amp;mber</source>
         <translation>&amp;Zahl</translation>
     </message>
     <message>
@@ -2865,7 +2865,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
     <message>
         <source>&amp;update the column</source>
-        <translation>die Spalte &amp;aktualisieren</translation>
+        <translation>die Spalte aktualisie&amp;ren</translation>
     </message>
     <message>
         <source>The result replaces the column of the input that has this name.</source>
@@ -3809,8 +3809,8 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>Eingabevariablen</translation>
     </message>
     <message>
-        <source>Input &amp;variables</source>
-        <translation>Eingabe&amp;variablen</translation>
+        <source>&amp;Input variables</source>
+        <translation>E&amp;ingabevariablen</translation>
     </message>
     <message>
         <source>Add a variable</source>
@@ -3833,8 +3833,8 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>Nach unten schieben</translation>
     </message>
     <message>
-        <source>Add all columns that the &amp;expression names</source>
-        <translation>Alle Spalten &amp;hinzufügen, die im Ausdruck vorkommen</translation>
+        <source>A&amp;dd all columns that the expression names</source>
+        <translation>A&amp;lle Spalten hinzufügen, die im Ausdruck vorkommen</translation>
     </message>
     <message>
         <source>Copy all Column Names to Clipboard</source>
