@@ -40,7 +40,7 @@ Interface_actionFilterRows::Interface_actionFilterRows(QWidget* parent, FilterRo
   layout->addWidget(checkButton(), 0, Qt::AlignLeft);
   layout->addWidget(makeDebugger({tr("Start"), tr("STOP"), tr("Eval Next")}));
   m_comments = noteField("leComments", tr("Comments"));
-  auto* commentsLabel = new QLabel(tr("&Comments:"), this);
+  auto* commentsLabel = new QLabel(tr("Co&mments:"), this);
   commentsLabel->setBuddy(m_comments);
   layout->addWidget(commentsLabel);
   layout->addWidget(m_comments);

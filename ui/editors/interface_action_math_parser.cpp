@@ -113,7 +113,7 @@ QWidget* Interface_actionMathParser::makeNameRow() {
 }
 
 QWidget* Interface_actionMathParser::makeTypeRow() {
-  const QString texts[] = {tr("Num&ber"), tr("&Key"), tr("Te&xt")};
+  const QString texts[] = {tr("Nu&mber"), tr("&Key"), tr("Te&xt")};
   auto* row = new QWidget(this);
   auto* layout = new FlowLayout(row);
   layout->addWidget(new QLabel(tr("Type:"), row));

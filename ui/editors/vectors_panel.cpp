@@ -99,7 +99,7 @@ void VectorsPanel::showNames(const Result<QStringList, QString>& names) {
     return;
   }
   m_namesLabel->setText(
-      tr("%n column(s) will be created:", nullptr, static_cast<int>(names->size())));
+      tr("Columns that will be created (%1):").arg(QLocale().toString(names->size())));
   m_names->addItems(names->mid(0, kMaxListed));
   if (names->size() > kMaxListed) {
     m_names->addItem(tr("and %1 more").arg(QLocale().toString(names->size() - kMaxListed)));

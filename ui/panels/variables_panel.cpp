@@ -119,7 +119,7 @@ QToolButton* VariablesPanel::Parts::button(const char* name, IconName iconName, 
 QHBoxLayout* VariablesPanel::Parts::tableButtons() {
   auto* row = new QHBoxLayout;
   row->setSpacing(kControlSpacing);
-  auto* label = new QLabel(VariablesPanel::tr("Input &variables"), &m_panel);
+  auto* label = new QLabel(VariablesPanel::tr("&Input variables"), &m_panel);
   label->setBuddy(m_table);
   row->addWidget(label);
   row->addStretch(1);
@@ -141,7 +141,7 @@ QVBoxLayout* VariablesPanel::Parts::columnButtons() {
   auto* column = new QVBoxLayout;
   column->setSpacing(kControlSpacing);
   m_addMissing =
-      new QPushButton(VariablesPanel::tr("Add all columns that the &expression names"), &m_panel);
+      new QPushButton(VariablesPanel::tr("A&dd all columns that the expression names"), &m_panel);
   m_addMissing->setObjectName(QStringLiteral("pbAddNamed"));
   m_copyNames = new QPushButton(VariablesPanel::tr("Copy all Column Names to Clipboard"), &m_panel);
   m_copyNames->setObjectName(QStringLiteral("pbGetColumnNames"));

@@ -1863,7 +1863,7 @@
     </message>
     <message>
         <source>Help</source>
-        <translation type="unfinished">Hilfe</translation>
+        <translation>Hilfe</translation>
     </message>
 </context>
 <context>
@@ -2409,6 +2409,97 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::EvaluationPage</name>
+    <message>
+        <source>Rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>&amp;Truncate table on first failed row</source>
+        <translation>&amp;Tabelle bei der ersten nicht erfüllten Zeile abschneiden</translation>
+    </message>
+    <message>
+        <source>The first row for which the expression is false still goes to the second pin; no further row is read.</source>
+        <translation>Die erste Zeile, für die der Ausdruck falsch ist, geht noch an den zweiten Anschluss; danach wird keine Zeile mehr gelesen.</translation>
+    </message>
+    <message>
+        <source>Row Number</source>
+        <translation>Zeilennummer</translation>
+    </message>
+    <message>
+        <source>add &apos;_n&apos; as input var</source>
+        <translation>&apos;_n&apos; als Eingabevariable anbieten</translation>
+    </message>
+    <message>
+        <source>The first row has the number 0.</source>
+        <translation>Die erste Zeile hat die Nummer 0.</translation>
+    </message>
+    <message>
+        <source>Errors</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>In case of Error during &amp;Runtime:</source>
+        <translation>Bei einem Fehler während des &amp;Laufs:</translation>
+    </message>
+    <message>
+        <source>Abort the graph Execution</source>
+        <translation>Den Lauf des Graphen abbrechen</translation>
+    </message>
+    <message>
+        <source>Speed</source>
+        <translation>Geschwindigkeit</translation>
+    </message>
+    <message>
+        <source>Use &amp;JIT Compiler</source>
+        <translation>&amp;JIT-Compiler verwenden</translation>
+    </message>
+    <message>
+        <source>Numeric expressions are compiled to native code where they can be.</source>
+        <translation>Ausdrücke mit Zahlen werden in Maschinencode übersetzt, wo das möglich ist.</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Schlüssel</translation>
+    </message>
+    <message>
+        <source>A result out of the range of keys:</source>
+        <translation>Ein Ergebnis außerhalb des Bereichs der Schlüssel:</translation>
+    </message>
+    <message>
+        <source>A result with a fraction, for a key:</source>
+        <translation>Ein Ergebnis mit Nachkommastellen, für einen Schlüssel:</translation>
+    </message>
+    <message>
+        <source>A null key that is read from a column:</source>
+        <translation>Ein fehlender Schlüssel, der aus einer Spalte gelesen wird:</translation>
+    </message>
+    <message>
+        <source>becomes the key 0</source>
+        <translation>wird der Schlüssel 0</translation>
+    </message>
+    <message>
+        <source>becomes the null key</source>
+        <translation>wird der fehlende Schlüssel</translation>
+    </message>
+    <message>
+        <source>stops the run</source>
+        <translation>bricht den Lauf ab</translation>
+    </message>
+    <message>
+        <source>loses its fraction</source>
+        <translation>verliert die Nachkommastellen</translation>
+    </message>
+    <message>
+        <source>is null</source>
+        <translation>ist NULL</translation>
+    </message>
+    <message>
+        <source>counts as 0</source>
+        <translation>gilt als 0</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::ExampleTrial</name>
     <message>
         <source>An expression to try</source>
@@ -2425,6 +2516,37 @@
     <message>
         <source>&amp;Try it:</source>
         <translation>&amp;Ausprobieren:</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ExpressionActionEditor</name>
+    <message>
+        <source>Parts of the editor</source>
+        <translation>Teile des Editors</translation>
+    </message>
+    <message>
+        <source>? (F7)</source>
+        <translation>? (F7)</translation>
+    </message>
+    <message>
+        <source>Check (F7)</source>
+        <translation>Prüfen (F7)</translation>
+    </message>
+    <message>
+        <source>Checks what is written, and shows what is wrong with it.</source>
+        <translation>Prüft, was geschrieben ist, und zeigt, was daran falsch ist.</translation>
+    </message>
+    <message>
+        <source>What you change now takes effect at the next Start.</source>
+        <translation>Was Sie jetzt ändern, wirkt ab dem nächsten Start.</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
     </message>
 </context>
 <context>
@@ -2626,6 +2748,134 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::Interface_actionFilterRows</name>
+    <message>
+        <source>Return False and continue (very slowly)</source>
+        <translation>Falsch annehmen und fortfahren (sehr langsam)</translation>
+    </message>
+    <message>
+        <source>Expression</source>
+        <translation>Ausdruck</translation>
+    </message>
+    <message>
+        <source>E&amp;xpression:</source>
+        <translation>A&amp;usdruck:</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>STOP</source>
+        <translation>STOPP</translation>
+    </message>
+    <message>
+        <source>Eval Next</source>
+        <translation>Nächste auswerten</translation>
+    </message>
+    <message>
+        <source>Comments</source>
+        <translation>Kommentar</translation>
+    </message>
+    <message>
+        <source>Co&amp;mments:</source>
+        <translation>Ko&amp;mmentar:</translation>
+    </message>
+    <message>
+        <source>&quot;Filter Rows&quot; Action</source>
+        <translation>Aktion &quot;Filter Rows&quot;</translation>
+    </message>
+    <message>
+        <source>The expression &apos;%1&apos; seems to be a sampling expression.
+Do you want to truncate at the first failed row?</source>
+        <translation>Der Ausdruck &apos;%1&apos; scheint nur eine Stichprobe zu nehmen.
+Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::Interface_actionMathParser</name>
+    <message>
+        <source>Return null and continue (very slowly)</source>
+        <translation>NULL annehmen und fortfahren (sehr langsam)</translation>
+    </message>
+    <message>
+        <source>Expressions</source>
+        <translation>Ausdrücke</translation>
+    </message>
+    <message>
+        <source>Expression</source>
+        <translation>Ausdruck</translation>
+    </message>
+    <message>
+        <source>Debug Start</source>
+        <translation>Debug-Start</translation>
+    </message>
+    <message>
+        <source>Debug STOP</source>
+        <translation>Debug-STOPP</translation>
+    </message>
+    <message>
+        <source>Debug - Next (F10)</source>
+        <translation>Debug - Weiter (F10)</translation>
+    </message>
+    <message>
+        <source>Notes</source>
+        <translation>Notizen</translation>
+    </message>
+    <message>
+        <source>N&amp;otes:</source>
+        <translation>N&amp;otizen:</translation>
+    </message>
+    <message>
+        <source>&amp;Name expression:</source>
+        <translation>&amp;Namensausdruck:</translation>
+    </message>
+    <message>
+        <source>&amp;Name:</source>
+        <translation>&amp;Name:</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>The name of the column that the expression makes.</source>
+        <translation>Der Name der Spalte, die der Ausdruck berechnet.</translation>
+    </message>
+    <message>
+        <source>Name expression</source>
+        <translation>Namensausdruck</translation>
+    </message>
+    <message>
+        <source>A text for each element: _n is its number, an alias the name of its column.</source>
+        <translation>Ein Text für jedes Element: _n ist seine Nummer, ein Alias der Name seiner Spalte.</translation>
+    </message>
+    <message>
+        <source>Nu&amp;mber</source>
+        <translation>&amp;Zahl</translation>
+    </message>
+    <message>
+        <source>&amp;Key</source>
+        <translation>&amp;Schlüssel</translation>
+    </message>
+    <message>
+        <source>Te&amp;xt</source>
+        <translation>Te&amp;xt</translation>
+    </message>
+    <message>
+        <source>Type:</source>
+        <translation>Typ:</translation>
+    </message>
+    <message>
+        <source>&amp;update the column</source>
+        <translation>die Spalte aktualisie&amp;ren</translation>
+    </message>
+    <message>
+        <source>The result replaces the column of the input that has this name.</source>
+        <translation>Das Ergebnis ersetzt die Spalte der Eingabe, die so heißt.</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::Interface_mathParserHelp</name>
     <message>
         <source>Functions by group</source>
@@ -2736,7 +2986,7 @@
     </message>
     <message>
         <source>What it skips is known in a run only, since %1 reads a file.</source>
-        <translation type="unfinished"></translation>
+        <translation>Was er überspringt, zeigt erst ein Lauf, weil %1 eine Datei liest.</translation>
     </message>
 </context>
 <context>
@@ -2787,7 +3037,7 @@
     </message>
     <message>
         <source>For values in the first rows.</source>
-        <translation type="unfinished"></translation>
+        <translation>Für Werte in den ersten Zeilen.</translation>
     </message>
 </context>
 <context>
@@ -2849,6 +3099,37 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::OutputBar</name>
+    <message>
+        <source>(no name)</source>
+        <translation>(ohne Namen)</translation>
+    </message>
+    <message>
+        <source>Add an output</source>
+        <translation>Eine Ausgabe hinzufügen</translation>
+    </message>
+    <message>
+        <source>Move the output to the left</source>
+        <translation>Die Ausgabe nach links schieben</translation>
+    </message>
+    <message>
+        <source>Move the output to the right</source>
+        <translation>Die Ausgabe nach rechts schieben</translation>
+    </message>
+    <message>
+        <source>Outputs</source>
+        <translation>Ausgaben</translation>
+    </message>
+    <message>
+        <source>A double click or F2 renames an output, Del removes it.</source>
+        <translation>Ein Doppelklick oder F2 benennt eine Ausgabe um, Entf entfernt sie.</translation>
+    </message>
+    <message>
+        <source>The expression is wrong.</source>
+        <translation>Der Ausdruck ist falsch.</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::PartValueTip</name>
     <message>
         <source>%1: %2</source>
@@ -2903,6 +3184,17 @@
     <message>
         <source>Choose a file</source>
         <translation>Datei wählen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::PinTable</name>
+    <message>
+        <source>An earlier expression is still running.</source>
+        <translation>Ein früherer Ausdruck läuft noch.</translation>
+    </message>
+    <message>
+        <source>The names take longer than a second to compute.</source>
+        <translation>Die Namen zu berechnen dauert länger als eine Sekunde.</translation>
     </message>
 </context>
 <context>
@@ -3444,6 +3736,178 @@
     <message>
         <source>error</source>
         <translation>Fehler</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::VariablesModel</name>
+    <message>
+        <source>No column is chosen.</source>
+        <translation>Es ist keine Spalte gewählt.</translation>
+    </message>
+    <message>
+        <source>Expressions cannot hold the name &apos;%1&apos;. Take letters, digits and _ for the alias.</source>
+        <translation>Ausdrücke können den Namen &apos;%1&apos; nicht enthalten. Nehmen Sie für den Alias Buchstaben, Ziffern und _.</translation>
+    </message>
+    <message>
+        <source>_n is the row number. Give the variable another alias, or switch _n off.</source>
+        <translation>_n ist die Zeilennummer. Geben Sie der Variablen einen anderen Alias, oder schalten Sie _n ab.</translation>
+    </message>
+    <message>
+        <source>Another variable above is called &apos;%1&apos;, too: expressions see that one.</source>
+        <translation>Eine andere Variable weiter oben heißt auch &apos;%1&apos;: Ausdrücke sehen jene.</translation>
+    </message>
+    <message>
+        <source>The input has no column &apos;%1&apos;.</source>
+        <translation>Die Eingabe hat keine Spalte &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>The input has no column &apos;%1&apos;. Did you mean &apos;%2&apos;?</source>
+        <translation>Die Eingabe hat keine Spalte &apos;%1&apos;. Meinten Sie &apos;%2&apos;?</translation>
+    </message>
+    <message>
+        <source>Alias</source>
+        <translation>Alias</translation>
+    </message>
+    <message>
+        <source>Column</source>
+        <translation>Spalte</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Typ</translation>
+    </message>
+    <message>
+        <source>Sample</source>
+        <translation>Beispiel</translation>
+    </message>
+    <message>
+        <source>Value (debug):</source>
+        <translation>Wert (Debug):</translation>
+    </message>
+    <message>
+        <source>The name in expressions</source>
+        <translation>Der Name in Ausdrücken</translation>
+    </message>
+    <message>
+        <source>The column of the input that it is read from</source>
+        <translation>Die Spalte der Eingabe, aus der sie gelesen wird</translation>
+    </message>
+    <message>
+        <source>How expressions see it</source>
+        <translation>Als was Ausdrücke sie sehen</translation>
+    </message>
+    <message>
+        <source>The value with which the expression is checked where there are no rows</source>
+        <translation>Der Wert, mit dem der Ausdruck geprüft wird, wo es keine Zeilen gibt</translation>
+    </message>
+    <message>
+        <source>The value in the row that the step debugger shows</source>
+        <translation>Der Wert in der Zeile, die der Debugger zeigt</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::VariablesPanel</name>
+    <message>
+        <source>Input variables</source>
+        <translation>Eingabevariablen</translation>
+    </message>
+    <message>
+        <source>&amp;Input variables</source>
+        <translation>E&amp;ingabevariablen</translation>
+    </message>
+    <message>
+        <source>Add a variable</source>
+        <translation>Eine Variable hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add columns of the input...</source>
+        <translation>Spalten der Eingabe hinzufügen...</translation>
+    </message>
+    <message>
+        <source>Remove the selected variables</source>
+        <translation>Die ausgewählten Variablen entfernen</translation>
+    </message>
+    <message>
+        <source>Move up</source>
+        <translation>Nach oben schieben</translation>
+    </message>
+    <message>
+        <source>Move down</source>
+        <translation>Nach unten schieben</translation>
+    </message>
+    <message>
+        <source>A&amp;dd all columns that the expression names</source>
+        <translation>A&amp;lle Spalten hinzufügen, die im Ausdruck vorkommen</translation>
+    </message>
+    <message>
+        <source>Copy all Column Names to Clipboard</source>
+        <translation>Alle Spaltennamen in die Zwischenablage kopieren</translation>
+    </message>
+    <message>
+        <source>The expression names no further column.</source>
+        <translation>Im Ausdruck kommt keine weitere Spalte vor.</translation>
+    </message>
+    <message>
+        <source>The columns of the input are being looked up.</source>
+        <translation>Die Spalten der Eingabe werden ermittelt.</translation>
+    </message>
+    <message>
+        <source>Nothing is linked to the input, or it has not been read.</source>
+        <translation>Mit dem Eingang ist nichts verbunden, oder er wurde nicht gelesen.</translation>
+    </message>
+    <message>
+        <source>The columns of the input are not known, so there are no values. %1 Names of columns can be typed.</source>
+        <translation>Die Spalten der Eingabe sind nicht bekannt, deshalb gibt es keine Werte. %1 Namen von Spalten können getippt werden.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::VectorsModel</name>
+    <message>
+        <source>Alias</source>
+        <translation>Alias</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>Länge</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>Spalten</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::VectorsPanel</name>
+    <message>
+        <source>Vectors of the table on pin &amp;1</source>
+        <translation>Vektoren der Tabelle an Anschluss &amp;1</translation>
+    </message>
+    <message>
+        <source>Vectors</source>
+        <translation>Vektoren</translation>
+    </message>
+    <message>
+        <source>Columns that will be created</source>
+        <translation>Spalten, die entstehen werden</translation>
+    </message>
+    <message>
+        <source>The table is being read.</source>
+        <translation>Die Tabelle wird gelesen.</translation>
+    </message>
+    <message>
+        <source>The vectors are not known: link a table with the columns AliasName, VarName and castToNumber to pin 1. %1</source>
+        <translation>Die Vektoren sind nicht bekannt: verbinden Sie eine Tabelle mit den Spalten AliasName, VarName und castToNumber mit Anschluss 1. %1</translation>
+    </message>
+    <message>
+        <source>Only the first %1 rows of the table are shown.</source>
+        <translation>Nur die ersten %1 Zeilen der Tabelle werden gezeigt.</translation>
+    </message>
+    <message>
+        <source>Columns that will be created (%1):</source>
+        <translation>Spalten, die entstehen werden (%1):</translation>
+    </message>
+    <message>
+        <source>and %1 more</source>
+        <translation>und %1 weitere</translation>
     </message>
 </context>
 <context>
