@@ -31,6 +31,16 @@ QScrollArea* scrolled(QWidget* page, QWidget* parent) {
   return area;
 }
 
+// So that what a user has asked for is seen on a small screen, too.
+void scrollTo(QWidget* part) {
+  for (QWidget* widget = part->parentWidget(); widget != nullptr; widget = widget->parentWidget()) {
+    if (auto* area = qobject_cast<QScrollArea*>(widget)) {
+      area->ensureWidgetVisible(part, 0, 0);
+      return;
+    }
+  }
+}
+
 }  // namespace
 
 ExpressionActionEditor::ExpressionActionEditor(QWidget* parent, ExpressionAction& action,
@@ -169,11 +179,18 @@ QPushButton* ExpressionActionEditor::checkButton() {
   button->setAccessibleName(tr("Check (F7)"));
   button->setToolTip(tr("Checks what is written, and shows what is wrong with it."));
   button->setAutoDefault(false);
-  connect(button, &QPushButton::clicked, this, &ExpressionActionEditor::checkExpressions);
+  connect(button, &QPushButton::clicked, this, &ExpressionActionEditor::checkNow);
   auto* shortcut = new QShortcut(QKeySequence(Qt::Key_F7), this);
   shortcut->setContext(Qt::WidgetWithChildrenShortcut);
-  connect(shortcut, &QShortcut::activated, this, &ExpressionActionEditor::checkExpressions);
+  connect(shortcut, &QShortcut::activated, this, &ExpressionActionEditor::checkNow);
   return button;
+}
+
+void ExpressionActionEditor::checkNow() {
+  if (isHelpShown()) {
+    showExpressionPage();
+  }
+  checkExpressions();
 }
 
 QLineEdit* ExpressionActionEditor::noteField(const char* name, const QString& accessibleName) {
@@ -189,6 +206,7 @@ QWidget* ExpressionActionEditor::makeDebugger(const DebuggerTexts& texts) {
   m_debugger = new DebuggerPanel(*m_session, texts, [this] { return formula(); }, this);
   m_debugger->setKeyOwner(this);
   connect(m_debugger, &DebuggerPanel::aboutToStart, this, &ExpressionActionEditor::commit);
+  connect(m_debugger, &DebuggerPanel::aboutToStart, this, [this] { scrollTo(m_debugger); });
   connect(m_debugger, &DebuggerPanel::rowShown, this,
           [this](const std::vector<VariableValue>& values) {
             m_currentRow = values;
@@ -260,6 +278,10 @@ void ExpressionActionEditor::addOtherPages() {
 
 void ExpressionActionEditor::showExpressionPage() {
   m_tabs->setCurrentIndex(0);
+}
+
+bool ExpressionActionEditor::isHelpShown() const {
+  return m_tabs->currentWidget() == m_help;
 }
 
 void ExpressionActionEditor::showHelp(const QString& name) {
@@ -368,8 +390,8 @@ void ExpressionActionEditor::commitChanges() {
 
 void ExpressionActionEditor::showFieldVerdict(const FormulaAnswer* failure) {
   m_field->setRefused(failure != nullptr);
-  if (failure == nullptr) {
-    return;
+  if (failure == nullptr || isHelpShown()) {
+    return;  // who has gone to the help knows that something lacks
   }
   if (isActiveWindow() && !m_validation->hasTypedElsewhere()) {
     showExpressionPage();

@@ -114,6 +114,9 @@ class ExpressionActionEditor : public UpdateClassWidget {
   void setErrorPolicy(bool abortWhenError);
   void showPending();
   void showHelp(const QString& name);
+  bool isHelpShown() const;
+  // F7: the verdict is wanted, wherever the user is.
+  void checkNow();
   QMap<QString, QString> texts() const;
 
   ExpressionAction& m_action;

@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QTabWidget>
 
 #include "host/widgets/info_line.h"
 #include "ui/editors/interface_action_filter_rows.h"
@@ -137,6 +138,27 @@ TEST_F(FilterEditorTest, ValidatesACommittedExpression) {
   field().editor()->setFocus();
   QTest::keyClick(field().editor(), Qt::Key_F7);
   settle();
+  EXPECT_EQ(dialogs().size(), 1);
+}
+
+TEST_F(FilterEditorTest, LeavesTheHelpOpenThatAWrongExpressionNeeds) {
+  open(kFilter);
+  auto& tabs = widget<QTabWidget>("tabs");
+  QApplication::setActiveWindow(m_editor.get());
+  field().editor()->setFocus();
+  field().editor()->selectAll();
+  QTest::keyClicks(field().editor(), QStringLiteral("round"));
+  QTest::keyClick(field().editor(), Qt::Key_Escape);
+  QTest::keyClick(field().editor(), Qt::Key_F1);
+  const int help = tabs.currentIndex();
+  EXPECT_NE(help, 0);
+  settle();
+  EXPECT_EQ(tabs.currentIndex(), help);
+  EXPECT_TRUE(action().hasFailed());
+  EXPECT_TRUE(dialogs().isEmpty());
+  QTest::keyClick(&tabs, Qt::Key_F7);
+  settle();
+  EXPECT_EQ(tabs.currentIndex(), 0);
   EXPECT_EQ(dialogs().size(), 1);
 }
 
