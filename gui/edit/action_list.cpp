@@ -77,6 +77,9 @@ QVariant ActionListModel::pictureOf(const ActionItem& action) const {
 }
 
 QVariant ActionListModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {
+    return {};  // a view copies its current item, even where it has none
+  }
   const ActionItem& action = m_graph.action(index.row());
   const QString type = QString::fromLatin1(action.typeName());
   const QString& name = m_graph.graph().actions[static_cast<std::size_t>(index.row())].name;

@@ -71,6 +71,9 @@ int LogModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant LogModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {
+    return {};  // a view copies its current item, even where it has none
+  }
   const LogEntry& line = entry(index.row());
   if (role == Qt::DecorationRole && index.column() == level) {
     return icon(severityOf(line.level));

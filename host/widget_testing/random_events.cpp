@@ -5,6 +5,7 @@
 #include <random>
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QDialog>
@@ -138,6 +139,9 @@ class RandomEvents {
 
 void sendRandomEvents(QWidget& root, int count, const std::function<void(int)>& afterEach) {
   QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+  for (QAbstractItemView* view : root.findChildren<QAbstractItemView*>()) {
+    QTest::keySequence(view, QKeySequence::Copy);  // also where nothing is chosen
+  }
   RandomEvents events(root, seedOfRun());
   for (int i = 0; i < count; ++i) {
     events.send();

@@ -157,6 +157,9 @@ QStringList BlockVariablesModel::choicesOf(int column) const {
 }
 
 QVariant Model::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {
+    return {};  // a view copies its current item, even where it has none
+  }
   const BlockVariable& variable = m_variables[static_cast<std::size_t>(index.row())];
   if (role == kChoicesRole) {
     const QStringList choices = choicesOf(index.column());

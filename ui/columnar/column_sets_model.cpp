@@ -96,6 +96,9 @@ int ColumnSetsModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant ColumnSetsModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {
+    return {};  // a view copies its current item, even where it has none
+  }
   const Row& row = m_rows[static_cast<std::size_t>(index.row())];
   const int set = setOf(row.name);
   if (role == kFaultRole || role == Qt::ToolTipRole) {

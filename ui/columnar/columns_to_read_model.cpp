@@ -129,6 +129,9 @@ int ColumnsToReadModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant ColumnsToReadModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {
+    return {};  // a view copies its current item, even where it has none
+  }
   const Row& row = m_rows[static_cast<std::size_t>(index.row())];
   switch (role) {
     case Qt::DisplayRole:

@@ -84,6 +84,9 @@ int HistoryModel::alignmentOf(int column) const {
 }
 
 QVariant HistoryModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {
+    return {};  // a view copies its current item, even where it has none
+  }
   const DebuggedRow& row = rowAt(index.row());
   if (role == Qt::TextAlignmentRole) {
     return alignmentOf(index.column());

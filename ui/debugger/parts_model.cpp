@@ -118,6 +118,9 @@ QVariant PartsModel::valueData(const PartValue& part, int role) const {
 }
 
 QVariant PartsModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {
+    return {};  // a view copies its current item, even where it has none
+  }
   const std::size_t at = partOf(index);
   const PartValue& part = m_values.values[at];
   if (index.column() == valueColumn && m_values.tree[at].hasValue()) {

@@ -65,6 +65,9 @@ QVariant RowVariablesModel::mark(std::size_t row, int role) const {
 }
 
 QVariant RowVariablesModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {
+    return {};  // a view copies its current item, even where it has none
+  }
   const auto row = static_cast<std::size_t>(index.row());
   const VariableValue& variable = m_values[row];
   if (index.column() == nameColumn) {

@@ -117,6 +117,9 @@ int ValueStripModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant ValueStripModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {
+    return {};  // a view copies its current item, even where it has none
+  }
   const Cell& cell =
       m_rows[static_cast<std::size_t>(index.row())][static_cast<std::size_t>(index.column())];
   switch (role) {
