@@ -8,7 +8,7 @@
 #include <QSortFilterProxyModel>
 #include <QWidget>
 
-#include "gui/edit/edited_graph.h"
+#include "gui/document/edited_graph.h"
 
 class QListView;
 

@@ -15,11 +15,11 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 
-#include "gui/edit/action_form.h"
 #include "gui/edit/action_list.h"
 #include "gui/edit/fault_page.h"
-#include "gui/edit/log_panel.h"
 #include "gui/edit/text_dialogs.h"
+#include "gui/forms/action_form.h"
+#include "gui/log/log_panel.h"
 #include "host/contract/nearest_names.h"
 #include "host/widgets/empty_state.h"
 #include "host/widgets/info_line.h"

@@ -6,9 +6,9 @@
 
 #include <QMainWindow>
 
-#include "gui/edit/edit_services.h"
-#include "gui/edit/edited_graph.h"
-#include "gui/edit/graph_files.h"
+#include "gui/document/edited_graph.h"
+#include "gui/document/graph_files.h"
+#include "gui/services/edit_services.h"
 
 class QLabel;
 class QMenu;

@@ -18,9 +18,9 @@
 #include <QToolButton>
 #include <QTreeWidget>
 
-#include "gui/edit/action_form.h"
 #include "gui/edit/edit_window.h"
-#include "gui/edit/log_model.h"
+#include "gui/forms/action_form.h"
+#include "gui/log/log_model.h"
 #include "host/contract/engine_runner.h"
 #include "host/tables/table_actions.h"
 #include "host/widgets/info_line.h"

@@ -1,4 +1,4 @@
-#include "gui/edit/element_tree.h"
+#include "gui/forms/element_tree.h"
 
 #include <algorithm>
 #include <functional>

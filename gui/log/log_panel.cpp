@@ -1,4 +1,4 @@
-#include "gui/edit/log_panel.h"
+#include "gui/log/log_panel.h"
 
 #include <QAction>
 #include <QClipboard>

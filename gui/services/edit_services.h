@@ -11,7 +11,7 @@
 
 #include <QObject>
 
-#include "gui/edit/edited_graph.h"
+#include "gui/document/edited_graph.h"
 #include "host/contract/host_services.h"
 #include "host/engine/input_columns_cache.h"
 

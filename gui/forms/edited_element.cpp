@@ -1,4 +1,4 @@
-#include "gui/edit/edited_element.h"
+#include "gui/forms/edited_element.h"
 
 #include <algorithm>
 #include <sstream>

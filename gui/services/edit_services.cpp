@@ -1,4 +1,4 @@
-#include "gui/edit/edit_services.h"
+#include "gui/services/edit_services.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "gui/edit/edited_graph.h"
+#include "gui/document/edited_graph.h"
 
 #include <sstream>
 #include <utility>

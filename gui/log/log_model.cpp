@@ -1,4 +1,4 @@
-#include "gui/edit/log_model.h"
+#include "gui/log/log_model.h"
 
 #include <algorithm>
 

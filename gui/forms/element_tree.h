@@ -9,7 +9,7 @@
 
 #include <QWidget>
 
-#include "gui/edit/edited_element.h"
+#include "gui/forms/edited_element.h"
 #include "host/contract/action_description.h"
 
 class QToolButton;

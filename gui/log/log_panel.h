@@ -5,7 +5,7 @@
 
 #include <QWidget>
 
-#include "gui/edit/log_model.h"
+#include "gui/log/log_model.h"
 
 class QTableView;
 

@@ -7,7 +7,7 @@
 
 #include <QAbstractTableModel>
 
-#include "gui/edit/edit_services.h"
+#include "gui/services/edit_services.h"
 
 namespace kelvarin {
 

@@ -1,4 +1,4 @@
-#include "gui/edit/graph_files.h"
+#include "gui/document/graph_files.h"
 
 #include <utility>
 

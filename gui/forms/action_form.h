@@ -11,7 +11,7 @@
 #include <memory>
 #include <vector>
 
-#include "gui/edit/edited_element.h"
+#include "gui/forms/edited_element.h"
 #include "host/contract/described_action.h"
 #include "host/widgets/user_interface.h"
 

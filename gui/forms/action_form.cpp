@@ -1,4 +1,4 @@
-#include "gui/edit/action_form.h"
+#include "gui/forms/action_form.h"
 
 #include <algorithm>
 #include <iterator>
@@ -11,7 +11,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
-#include "gui/edit/element_tree.h"
+#include "gui/forms/element_tree.h"
 #include "host/contract/declared_content.h"
 #include "host/widgets/info_line.h"
 #include "host/widgets/path_field.h"
