@@ -29,7 +29,7 @@ class GraphCommands : public QObject {
   // new action.
   ActionId addAction(const QString& typeName, QPointF position, const QString& name = {},
                      const QByteArray& element = {});
-  // Added and linked to the first pins that fit, at the next free place at the right of `pin`
+  // Added and linked to the first pins that fit, at the next free position at the right of `pin`
   // (or left of it for an input pin).
   ActionId addLinked(const QString& typeName, const PinRef& pin, const QByteArray& element = {});
   // In between, on the first pins that fit.
