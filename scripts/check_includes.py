@@ -68,7 +68,7 @@ ALLOWED = {
     "gui/log": ["gui/services", "host/widgets"],
     "gui/forms": ["host/engine", "host/widgets"],
     "gui/canvas": ["gui/document", "host/pictures", "host/widgets"],
-    "gui/palette": ["host/engine", "host/pictures", "host/widgets"],
+    "gui/palette": ["gui/document", "host/widgets"],
     "gui/arrange": ["gui/document"],
     "gui/preview": ["gui/services", "host/widgets"],
     "gui/run": ["gui/log"],
