@@ -169,4 +169,15 @@ const CatalogueEntry* readerOf(const ActionCatalogue& catalogue, const QString& 
   return nullptr;
 }
 
+QStringList readableFileTypes(const ActionCatalogue& catalogue) {
+  QStringList types;
+  for (const CatalogueEntry& entry : catalogue.entries()) {
+    if (entry.prototype->endpoint() == ActionItem::Endpoint::reader) {
+      types += entry.fileTypes;
+    }
+  }
+  types.removeDuplicates();
+  return types;
+}
+
 }  // namespace kelvarin

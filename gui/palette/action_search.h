@@ -34,5 +34,7 @@ std::vector<const CatalogueEntry*> searchActions(const ActionCatalogue& catalogu
 
 // The type that reads the file, by its extension; null when there is none.
 const CatalogueEntry* readerOf(const ActionCatalogue& catalogue, const QString& file);
+// The extensions of all files that some action reads, without the dot.
+QStringList readableFileTypes(const ActionCatalogue& catalogue);
 
 }  // namespace kelvarin
