@@ -11,8 +11,8 @@
 #include <QStatusBar>
 
 #include "gui/canvas/canvas_view.h"
+#include "gui/dialogs/difference_dialog.h"
 #include "gui/dialogs/question.h"
-#include "gui/dialogs/text_dialogs.h"
 #include "gui/window/examples.h"
 #include "gui/window/host_window.h"
 #include "gui/window/property_panel.h"
