@@ -90,7 +90,8 @@ OF_ALL_TESTS = ["host/testing"]
 OF_TESTS = {"expression/help": ["expression/evaluator"], "host/widgets": ["host/pictures"]}
 OF_TESTS |= {module: ["host/widget_testing"] for module in ALLOWED if module.startswith(("ui", "gui"))}
 OF_TESTS["ui/debugger"] += ["actions/calculator_vectorized", "actions/filter_rows"]
-OF_TESTS["gui/edit"] += ["host/tables"]
+for module in ("gui/edit", "gui/palette", "gui/window"):
+    OF_TESTS[module] += ["host/tables"]
 
 
 THIS_FILE = os.path.join("scripts", "check_includes.py")
