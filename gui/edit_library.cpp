@@ -12,12 +12,13 @@ namespace {
 
 int showEditWindow(const WindowRequest& request, const ActionCatalogue& catalogue) {
   EditedGraph graph(catalogue);
+  GraphCommands commands(graph);
   EditServices services(graph, catalogue);
   HostSession session(&services);
   const HostSession::Scope scope(&session);
   GraphFiles files(request.graph, overridesOf(request), catalogue, session);
   Theme theme;
-  EditWindow window(graph, services, files, catalogue, theme, request.action);
+  EditWindow window(commands, services, files, catalogue, theme, request.action);
   if (request.closeAfterMilliseconds >= 0) {
     QObject::connect(&window, &EditWindow::graphShown, &window, [&] {
       QTimer::singleShot(request.closeAfterMilliseconds, &window, &QWidget::close);

@@ -214,6 +214,13 @@ inline QString unknownOverride(const QString& name, const QStringList& known) {
                    .arg(name, known.join(QStringLiteral(", ")));
 }
 
+inline QString missingActionType(const QString& type) {
+  return QStringLiteral(
+             "Nobody offers actions of the type '%1'. Load the plug-in that has it, or put another "
+             "action in its place.")
+      .arg(type);
+}
+
 inline QString unknownAction(const QString& typeName, const QStringList& nearest,
                              const QStringList& all) {
   return nearest.isEmpty() ? QStringLiteral("there is no action <%1>; the actions are: %2.")
