@@ -16,9 +16,9 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 
+#include "gui/dialogs/text_dialogs.h"
 #include "gui/edit/action_list.h"
 #include "gui/edit/fault_page.h"
-#include "gui/edit/text_dialogs.h"
 #include "gui/forms/action_form.h"
 #include "gui/log/log_panel.h"
 #include "host/contract/nearest_names.h"

@@ -18,6 +18,7 @@ QMap<QString, QString> UpdateClassWidget::uncommittedState() const {
 
 void UpdateClassWidget::commit() {}
 void UpdateClassWidget::showPosition(const QString&, int) {}
+void UpdateClassWidget::stepToRow(long long) {}
 
 QString tGetOpenFileName(QWidget* parent, QString caption, QString folder, QString filter) {
   if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {

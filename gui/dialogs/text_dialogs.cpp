@@ -1,4 +1,4 @@
-#include "gui/edit/text_dialogs.h"
+#include "gui/dialogs/text_dialogs.h"
 
 #include <QAction>
 #include <QCoreApplication>
