@@ -17,7 +17,7 @@ namespace {
 constexpr int kActions = 1'000;
 constexpr int kLinks = 1'500;
 constexpr int kRows = 25;  // of boxes
-constexpr int kFrames = 200;
+constexpr int kFrames = 100;
 constexpr double kFrame = 16.0;
 
 // In layers; links reach some rows up or down, as in a graph that was arranged.
