@@ -21,6 +21,7 @@
 #include "gui/window/shortcut_precedence.h"
 #include "gui/window/start_page.h"
 #include "host/widgets/info_line.h"
+#include "host/widgets/user_interface.h"
 
 namespace kelvarin {
 

@@ -16,6 +16,7 @@
 #include "gui/window/parameters_dialog.h"
 #include "gui/window/property_panel.h"
 #include "host/contract/described_action.h"
+#include "host/widgets/user_interface.h"
 
 namespace kelvarin {
 
