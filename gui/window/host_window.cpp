@@ -151,7 +151,11 @@ void HostWindow::connectWork() {
           [this] { m_canvas->setProblems(m_columns.problems()); });
   connect(&m_arrangement, &Arrangement::arranged, this,
           [this](const QHash<ActionId, QPointF>& positions) {
-            m_commands.moveActions(positions, {});
+            if (std::exchange(m_arrangesUnasked, false)) {
+              m_graph.showAt(positions);
+            } else {
+              m_commands.moveActions(positions, {});
+            }
             m_canvas->zoomToAll();
           });
   connect(&m_arrangement, &Arrangement::failed, this, &HostWindow::showNotice);

@@ -109,6 +109,7 @@ class HostWindow : public QMainWindow {
   void exportCanvas();
   void keepState();
   void restoreState();
+  void arrangeUnplaced();
   QString graphName() const;
   void showExamples();
 
@@ -141,6 +142,7 @@ class HostWindow : public QMainWindow {
   bool m_hasGraph = false;  // else the start page is shown
   bool m_closesWithoutAsking = false;
   bool m_hasExamples = false;
+  bool m_arrangesUnasked = false;  // actions of a file without positions
 
   QStackedWidget* m_pages;
   StartPage* m_start;

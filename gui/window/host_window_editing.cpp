@@ -86,9 +86,8 @@ void HostWindow::addChosen(const QString& typeName) {
   const CatalogueEntry* entry = m_graph.catalogue().find(typeName);
   const bool canFollow = current != kNoId && entry != nullptr && entry->pinsIn > 0 &&
                          m_graph.pinCount(current, true) > 0;
-  const ActionId added =
-      canFollow ? m_commands.addLinked(typeName, {current, 0, true})
-                : m_commands.addAction(typeName, m_canvas->mapToScene(m_canvas->rect().center()));
+  const ActionId added = canFollow ? m_commands.addLinked(typeName, {current, 0, true})
+                                   : m_commands.addAction(typeName, m_canvas->pointOfInterest());
   select(added, true);
 }
 
@@ -215,6 +214,14 @@ void HostWindow::editParameters() {
   auto* dialog = new ParametersDialog(m_commands, this);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->open();
+}
+
+// The selected actions, or all where fewer than two are selected.
+void HostWindow::arrange() {
+  const QSet<ActionId> selected = m_canvas->selection().actions;
+  m_arrangesUnasked = false;
+  m_arrangement.start(m_graph, selected.size() > 1 ? selected : QSet<ActionId>(),
+                      m_canvas->boxSizes());
 }
 
 void HostWindow::run() {
