@@ -80,13 +80,14 @@ std::vector<ParameterOverride> overridesOf(const EditRequest& request) {
 }
 
 int showWindow(const EditRequest& request, const ActionCatalogue& catalogue) {
-  EditedGraph graph;
+  EditedGraph graph(catalogue);
+  GraphCommands commands(graph);
   EditServices services(graph, catalogue);
   HostSession session(&services);
   const HostSession::Scope scope(&session);
   GraphFiles files(request.graph, overridesOf(request), catalogue, session);
   Theme theme;
-  EditWindow window(graph, services, files, catalogue, theme, request.action);
+  EditWindow window(commands, services, files, catalogue, theme, request.action);
   if (request.closeAfterMilliseconds >= 0) {
     QObject::connect(&window, &EditWindow::graphShown, &window, [&] {
       QTimer::singleShot(request.closeAfterMilliseconds, &window, &QWidget::close);

@@ -1,74 +1,239 @@
 #include "gui/document/edited_graph.h"
 
-#include <sstream>
+#include <algorithm>
 #include <utility>
 
-#include "host/engine/graph_writer.h"
+#include "gui/document/graph_changes.h"
+#include "gui/document/graph_text.h"
+#include "gui/document/link_rules.h"
 
 namespace kelvarin {
 
-namespace {
-
-constexpr std::size_t at(int index) {
-  return static_cast<std::size_t>(index);
+EditedGraph::EditedGraph(const ActionCatalogue& catalogue, QObject* parent)
+    : QObject(parent), m_parts(std::make_unique<Parts>(catalogue)) {
+  m_parts->graph.settings = std::make_unique<GlobalParameters>();
 }
 
-QByteArray elementOf(const GraphAction& action) {
-  std::wostringstream out;
-  action.item->saveXML(out, action.name);
-  return QString::fromStdWString(out.str()).toUtf8();
+EditedGraph::~EditedGraph() = default;
+
+const std::vector<GraphError>& EditedGraph::faults() const {
+  return m_parts->faults;
 }
 
-std::vector<QByteArray> elementsOf(const Graph& graph) {
-  std::vector<QByteArray> elements;
-  elements.reserve(graph.actions.size());
-  for (const GraphAction& action : graph.actions) {
-    elements.push_back(elementOf(action));
+QByteArray EditedGraph::document() const {
+  constexpr std::size_t kMaxSnapshots = 4;
+  QByteArray document = graphText(*m_parts);
+  auto& snapshots = m_parts->snapshots;
+  if (snapshots.size() == kMaxSnapshots) {
+    snapshots.erase(snapshots.begin());
   }
-  return elements;
+  snapshots.emplace_back(document, m_parts->now());
+  return document;
 }
 
-}  // namespace
-
-void EditedGraph::setGraph(Graph graph) {
-  // Actions refer to their graph's settings, so they cease to exist before those do.
-  m_graph.actions.clear();
-  m_graph = std::move(graph);
-  m_savedElements = elementsOf(m_graph);
-  m_isModified.assign(m_graph.actions.size(), false);
-  m_modifiedCount = 0;
-  ++m_version;
-  emit changed();
+void EditedGraph::markSaved(const QByteArray& document, const QString& file) {
+  m_parts->graph.file = file;
+  m_parts->takeFolders();
+  const auto snapshot =
+      std::ranges::find(m_parts->snapshots, document, &std::pair<QByteArray, SavedGraph>::first);
+  m_parts->saved =
+      snapshot != m_parts->snapshots.end() ? snapshot->second : savedGraph(*m_parts, document);
+  m_parts->compareAll();
+  const GraphChanges changes(*this);
 }
 
-void EditedGraph::noteEdit(int action) {
-  ++m_version;
-  compare(action);
-  emit changed();
+bool EditedGraph::isModified() const {
+  return m_parts->isModified();
 }
 
-void EditedGraph::replaceAction(int action, const XMLNode& element) {
-  std::unique_ptr<ActionItem>& item = m_graph.actions[at(action)].item;
-  item.reset(item->createFromXML(element, m_graph.settings.get()));
-  noteEdit(action);
+quint64 EditedGraph::version() const {
+  return m_parts->version;
 }
 
-void EditedGraph::compare(int action) {
-  const bool isModified = elementOf(m_graph.actions[at(action)]) != m_savedElements[at(action)];
-  m_modifiedCount += static_cast<int>(isModified) - static_cast<int>(m_isModified[at(action)]);
-  m_isModified[at(action)] = isModified;
-}
-
-EditedGraph::Snapshot EditedGraph::snapshot() const {
-  return {graphDocument(m_graph), elementsOf(m_graph)};
-}
-
-void EditedGraph::markSaved(const Snapshot& snapshot) {
-  m_savedElements = snapshot.elements;
-  for (int i = 0; i < actionCount(); ++i) {
-    compare(i);
+const Graph& EditedGraph::graph() const {
+  if (!m_parts->hasLinksOfGraph) {
+    m_parts->makeLinksOfGraph();
   }
-  emit changed();
+  return m_parts->graph;
+}
+
+const ActionCatalogue& EditedGraph::catalogue() const {
+  return m_parts->catalogue;
+}
+
+QList<ActionId> EditedGraph::actions() const {
+  return {m_parts->order.begin(), m_parts->order.end()};
+}
+
+int EditedGraph::actionCount() const {
+  return static_cast<int>(m_parts->order.size());
+}
+
+bool EditedGraph::hasAction(ActionId id) const {
+  return m_parts->records.contains(id);
+}
+
+ActionItem& EditedGraph::action(ActionId id) const {
+  return m_parts->item(id);
+}
+
+ActionId EditedGraph::idOf(const ActionItem& item) const {
+  return m_parts->idsOfItems.value(&item, kNoId);
+}
+
+ActionId EditedGraph::idOf(const QString& name) const {
+  return m_parts->idOf(name);
+}
+
+int EditedGraph::indexOf(ActionId id) const {
+  return m_parts->indexOf(id);
+}
+
+QString EditedGraph::name(ActionId id) const {
+  return m_parts->records.at(id).name;
+}
+
+QString EditedGraph::typeName(ActionId id) const {
+  return m_parts->records.at(id).typeName;
+}
+
+QPointF EditedGraph::position(ActionId id) const {
+  return m_parts->records.at(id).position;
+}
+
+bool EditedGraph::hasPosition(ActionId id) const {
+  return m_parts->records.at(id).hasPosition;
+}
+
+bool EditedGraph::isDisabled(ActionId id) const {
+  return m_parts->records.at(id).isDisabled;
+}
+
+QString EditedGraph::whyCannotRun(ActionId id) const {
+  return m_parts->records.at(id).whyCannotRun;
+}
+
+QByteArray EditedGraph::element(ActionId id) const {
+  return m_parts->records.at(id).element.toUtf8();
+}
+
+bool EditedGraph::isModified(ActionId id) const {
+  return m_parts->modifiedActions.contains(id);
+}
+
+QString EditedGraph::pinName(const PinRef&) const {
+  return {};
+}
+
+int EditedGraph::pinCount(ActionId id, bool isOutput) const {
+  const ActionItem& item = m_parts->item(id);
+  return isOutput ? item.outputPinCount() : item.inputPinCount();
+}
+
+QString EditedGraph::freeName(const QString& wish) const {
+  if (!m_parts->idsOfNames.contains(wish)) {
+    return wish;
+  }
+  qsizetype end = wish.size();
+  while (end > 0 && wish[end - 1].isDigit()) {
+    --end;
+  }
+  const bool hasNumber = end < wish.size() && end > 0 && wish[end - 1] == u' ';
+  const QString stem = hasNumber ? wish.first(end) : wish + u' ';
+  for (int number = 2;; ++number) {
+    if (const QString name = stem + QString::number(number); !m_parts->idsOfNames.contains(name)) {
+      return name;
+    }
+  }
+}
+
+QList<LinkId> EditedGraph::links() const {
+  QList<LinkId> ids;
+  for (const auto& [id, link] : m_parts->links) {
+    ids.append(id);
+  }
+  return ids;
+}
+
+const DrawnLink& EditedGraph::link(LinkId id) const {
+  return m_parts->links.at(id).drawn;
+}
+
+bool EditedGraph::hasLink(LinkId id) const {
+  return m_parts->links.contains(id);
+}
+
+QList<LinkId> EditedGraph::linksOf(ActionId id) const {
+  return m_parts->linksOfActions.value(id);
+}
+
+LinkId EditedGraph::linkInto(ActionId id, int pin) const {
+  for (const LinkId each : m_parts->linksOfActions.value(id)) {
+    const DrawnLink& link = m_parts->links.at(each).drawn;
+    if (link.to == id && link.toPin == pin && link.whyBroken.isEmpty()) {
+      return each;
+    }
+  }
+  return kNoId;
+}
+
+QString EditedGraph::refusal(ActionId from, int fromPin, ActionId to, int toPin) const {
+  if (from == to) {
+    return LinkRules::toItself();
+  }
+  const LinkRecord wanted{{kNoId, from, fromPin, to, toPin, {}}, {}, {}};
+  if (const QString why = m_parts->whyEndsAreBroken(wanted); !why.isEmpty()) {
+    return why;
+  }
+  return m_parts->leadsTo(to, from) ? LinkRules::closesCycle(name(from), name(to)) : QString();
+}
+
+QList<NoteId> EditedGraph::notes() const {
+  QList<NoteId> ids;
+  for (const auto& [id, note] : m_parts->notes) {
+    ids.append(id);
+  }
+  return ids;
+}
+
+const DrawnNote& EditedGraph::note(NoteId id) const {
+  return m_parts->notes.at(id);
+}
+
+bool EditedGraph::hasNote(NoteId id) const {
+  return m_parts->notes.contains(id);
+}
+
+QList<DrawnParameter> EditedGraph::parameters() const {
+  return m_parts->parameters;
+}
+
+QList<ActionId> EditedGraph::usersOfParameter(const QString& name) const {
+  const QString reference = QStringLiteral("${%1}").arg(name);
+  QList<ActionId> users;
+  for (const auto& [id, record] : m_parts->records) {
+    if (record.element.contains(reference)) {
+      users.append(id);
+    }
+  }
+  return users;
+}
+
+QString EditedGraph::Parts::whyEndsAreBroken(const LinkRecord& link) {
+  const DrawnLink& drawn = link.drawn;
+  if (!records.contains(drawn.from)) {
+    return LinkRules::absentAction(link.absentFrom);
+  }
+  if (!records.contains(drawn.to)) {
+    return LinkRules::absentAction(link.absentTo);
+  }
+  if (drawn.fromPin < 0 || drawn.fromPin >= item(drawn.from).outputPinCount()) {
+    return LinkRules::absentOutputPin(nameOf(drawn.from), drawn.fromPin);
+  }
+  if (drawn.toPin < 0 || drawn.toPin >= item(drawn.to).inputPinCount()) {
+    return LinkRules::absentInputPin(nameOf(drawn.to), drawn.toPin);
+  }
+  return {};
 }
 
 }  // namespace kelvarin

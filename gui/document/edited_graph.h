@@ -41,6 +41,8 @@ class EditedGraph : public QObject {
   // what is wrong is in faults(). `settings` are parameters given for this session.
   bool load(const QByteArray& document, const QString& file,
             const std::vector<ParameterOverride>& settings = {});
+  // A new graph without actions and without a file.
+  void clear();
   const std::vector<GraphError>& faults() const;
   // What a file gets now.
   QByteArray document() const;
@@ -116,9 +118,11 @@ class EditedGraph : public QObject {
   // isModified(), of it or of an action.
   void modifiedChanged();
 
+ public:
+  class Parts;  // edited_graph_parts.h
+
  private:
   friend class GraphChanges;  // the primitive changes that commands are made of
-  class Parts;
   std::unique_ptr<Parts> m_parts;
 };
 

@@ -18,6 +18,7 @@ class GraphCommands : public QObject {
  public:
   // The graph outlives its commands. Loading a graph empties the stack.
   explicit GraphCommands(EditedGraph& graph, QObject* parent = nullptr);
+  ~GraphCommands() override;
 
   QUndoStack& stack() { return m_stack; }
   EditedGraph& graph() { return m_graph; }
@@ -77,7 +78,12 @@ class GraphCommands : public QObject {
   void editorPositionWanted(kelvarin::ActionId action, const kelvarin::EditorPosition& position);
 
  private:
+  class Step;  // command_step.h
+
+  ActionId pasteAction(const EditedGraph& piece, ActionId id, QPointF offset);
+
   EditedGraph& m_graph;
+  Step* m_step = nullptr;  // the command under way
   QUndoStack m_stack;
 };
 

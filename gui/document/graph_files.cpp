@@ -47,14 +47,13 @@ void GraphFiles::post(std::function<void()> report) {
 
 void GraphFiles::load() {
   start([this] {
-    m_onDisk = contentOf(m_file);
-    auto graph = readGraph(m_file, m_catalogue, m_settings);
-    if (!graph) {
-      post([this, faults = graph.error()] { emit refused(faults); });
+    const auto document = readGraphFile(m_file);
+    if (!document) {
+      post([this, faults = document.error()] { emit refused(faults); });
       return;
     }
-    auto shared = std::make_shared<Graph>(std::move(*graph));
-    post([this, shared] { emit loaded(shared); });
+    m_onDisk = *document;
+    post([this, content = *document] { emit loaded(content); });
   });
 }
 

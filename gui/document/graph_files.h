@@ -28,6 +28,7 @@ class GraphFiles : public QObject {
   enum class SaveMode { ifUnchangedOnDisk, always };
 
   const QString& file() const { return m_file; }
+  const std::vector<ParameterOverride>& settings() const { return m_settings; }
   void load();
   void save(const QByteArray& document, SaveMode mode);
   // Looks whether somebody else has written the file since it was read or saved here.
@@ -39,7 +40,8 @@ class GraphFiles : public QObject {
   void stopCheck();
 
  signals:
-  void loaded(std::shared_ptr<kelvarin::Graph> graph);
+  // The content of the file.
+  void loaded(const QByteArray& document);
   void refused(const std::vector<kelvarin::GraphError>& faults);
   void saved();
   void saveFailed(const QString& reason);

@@ -42,6 +42,7 @@ struct DrawnNote {
   QRectF rectangle;  // logical pixels of the canvas
   QColor colour;     // of the background
   QString text;
+  bool operator==(const DrawnNote&) const = default;
 };
 
 struct DrawnParameter {

@@ -8,6 +8,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMessageBox>
+#include <QScopedValueRollback>
 #include <QScrollArea>
 #include <QSettings>
 #include <QSplitter>
@@ -33,9 +34,10 @@ const QString kGeometryKey = QStringLiteral("edit/geometry");
 
 }  // namespace
 
-EditWindow::EditWindow(EditedGraph& graph, EditServices& services, GraphFiles& files,
+EditWindow::EditWindow(GraphCommands& commands, EditServices& services, GraphFiles& files,
                        const ActionCatalogue& catalogue, Theme& theme, const QString& action)
-    : m_graph(graph),
+    : m_commands(commands),
+      m_graph(commands.graph()),
       m_services(services),
       m_files(files),
       m_catalogue(catalogue),
@@ -45,7 +47,9 @@ EditWindow::EditWindow(EditedGraph& graph, EditServices& services, GraphFiles& f
   makeMenus();
   connectFiles();
   connectServices();
-  connect(&m_graph, &EditedGraph::changed, this, &EditWindow::showState);
+  connect(&m_graph, &EditedGraph::modifiedChanged, this, &EditWindow::showState);
+  connect(&m_graph, &EditedGraph::actionAboutToBeReplaced, this, &EditWindow::leaveReplacedAction);
+  connect(&m_commands, &GraphCommands::editorPositionWanted, this, &EditWindow::showAgain);
   resize(1280, 800);
   restoreGeometry(QSettings().value(kGeometryKey).toByteArray());
   showState();
@@ -116,7 +120,7 @@ void EditWindow::makePages() {
   connect(m_log, &LogPanel::actionWanted, this, [this](const LogEntry& entry) {
     openActionNamed(entry.action);
     const LogDetails& details = entry.details;
-    const bool isOpen = m_action >= 0 && m_action == m_graph.graph().indexOf(entry.action);
+    const bool isOpen = m_action != kNoId && m_action == m_graph.idOf(entry.action);
     if (isOpen && (details.position >= 0 || !details.output.isEmpty())) {
       m_editor->showPosition(details.output, details.position);
     }
@@ -125,8 +129,7 @@ void EditWindow::makePages() {
 }
 
 void EditWindow::connectFiles() {
-  connect(&m_files, &GraphFiles::loaded, this,
-          [this](const std::shared_ptr<Graph>& graph) { showGraph(std::move(*graph)); });
+  connect(&m_files, &GraphFiles::loaded, this, &EditWindow::showGraph);
   connect(&m_files, &GraphFiles::refused, this, &EditWindow::showFaults);
   connect(&m_files, &GraphFiles::saved, this, &EditWindow::afterSaving);
   connect(&m_files, &GraphFiles::saveFailed, this, [this](const QString& reason) {
@@ -161,19 +164,23 @@ void EditWindow::connectServices() {
           });
 }
 
-void EditWindow::showGraph(Graph graph) {
+void EditWindow::showGraph(const QByteArray& document) {
   rememberAction();
   closeEditor();
   m_services.forgetColumns();
-  m_graph.setGraph(std::move(graph));
+  if (!m_graph.load(document, m_files.file(), m_files.settings()) || !m_graph.faults().empty()) {
+    showFaults(std::vector<GraphError>(m_graph.faults()));
+    return;
+  }
   m_list->setEnabled(true);
   m_startPage->setSentence(m_graph.actionCount() == 0
                                ? tr("This graph has no actions yet.")
                                : tr("Choose an action at the left to edit its properties."));
   m_pages->setCurrentWidget(m_startPage);
+  const QList<ActionId> actions = m_graph.actions();
   for (const GraphWarning& warning : m_graph.graph().warnings) {
     m_services.log(LogLevel::warning, warning.text,
-                   warning.action < 0 ? nullptr : &m_graph.action(warning.action));
+                   warning.action < 0 ? nullptr : &m_graph.action(actions[warning.action]));
   }
   if (const QString wanted = std::exchange(m_wantedAction, {}); !wanted.isEmpty()) {
     openActionNamed(wanted);
@@ -183,15 +190,15 @@ void EditWindow::showGraph(Graph graph) {
 
 // To be shown again when the file has been read.
 void EditWindow::rememberAction() {
-  if (m_action >= 0) {
-    m_wantedAction = m_graph.graph().actions[static_cast<std::size_t>(m_action)].name;
+  if (m_action != kNoId) {
+    m_wantedAction = m_graph.name(m_action);
   }
 }
 
 void EditWindow::showFaults(const std::vector<GraphError>& faults) {
   rememberAction();
   closeEditor();
-  m_graph.setGraph({});
+  m_graph.clear();
   m_list->setEnabled(false);
   m_faultPage->setFaults(m_files.file(), faults);
   m_pages->setCurrentWidget(m_faultPage);
@@ -199,9 +206,8 @@ void EditWindow::showFaults(const std::vector<GraphError>& faults) {
 }
 
 void EditWindow::openActionNamed(const QString& name) {
-  const int index = m_graph.graph().indexOf(name);
-  if (index >= 0) {
-    openAction(index);
+  if (const ActionId action = m_graph.idOf(name); action != kNoId) {
+    openAction(action);
     return;
   }
   QStringList names;
@@ -214,7 +220,7 @@ void EditWindow::openActionNamed(const QString& name) {
                  : tr("The graph has no action '%1'. Did you mean '%2'?").arg(name, near.front()));
 }
 
-void EditWindow::openAction(int action) {
+void EditWindow::openAction(ActionId action) {
   if (action == m_action) {
     return;
   }
@@ -240,9 +246,8 @@ UpdateClassWidget* EditWindow::newForm(ActionItem& action) {
   auto* form = new ActionForm(action, *m_catalogue.find(type)->prototype, *m_graph.graph().settings,
                               m_scroll->viewport());
   connect(form, &ActionForm::committed, this, [this](const QByteArray& element) {
-    if (const auto node = parseXml(element)) {
-      m_graph.replaceAction(m_action, *node);
-    }
+    const QScopedValueRollback isCommitting(m_isFormCommitting, true);
+    m_commands.setElement(m_action, element);
   });
   return form;
 }
@@ -256,7 +261,7 @@ void EditWindow::closeEditor() {
   }
   delete m_editor;
   m_editor = nullptr;
-  m_action = -1;
+  m_action = kNoId;
 }
 
 void EditWindow::showHeader(const ActionItem& action) {
@@ -273,18 +278,27 @@ void EditWindow::commitEditor() {
 }
 
 void EditWindow::noteEdit() {
-  if (m_action >= 0) {
-    m_graph.noteEdit(m_action);
+  if (m_action != kNoId) {
+    m_commands.noteEdit(m_action);
   }
+}
+
+// An editor must not outlive its action. A form does, since it holds the element only.
+void EditWindow::leaveReplacedAction(ActionId action) {
+  if (action == m_action && !m_isFormCommitting) {
+    closeEditor();
+    m_pages->setCurrentWidget(m_startPage);
+  }
+}
+
+void EditWindow::showAgain(ActionId action, const EditorPosition&) {
+  openAction(action);
 }
 
 void EditWindow::showState() {
   const QString graph = QFileInfo(m_files.file()).fileName();
-  const QString title =
-      m_action < 0
-          ? graph + QStringLiteral("[*]")
-          : tr("%1[*] - %2")
-                .arg(graph, m_graph.graph().actions[static_cast<std::size_t>(m_action)].name);
+  const QString title = m_action == kNoId ? graph + QStringLiteral("[*]")
+                                          : tr("%1[*] - %2").arg(graph, m_graph.name(m_action));
   setWindowTitle(title);
   setWindowModified(m_graph.isModified());
   m_saveAction->setEnabled(m_graph.actionCount() > 0);
@@ -308,7 +322,7 @@ void EditWindow::showHelp(const QString& helpId) {
 void EditWindow::check() {
   commitEditor();
   statusBar()->showMessage(tr("Checking the graph ..."));
-  m_files.check(m_graph.snapshot().document);
+  m_files.check(m_graph.document());
   showState();
 }
 

@@ -6,7 +6,7 @@
 
 #include <QMainWindow>
 
-#include "gui/document/edited_graph.h"
+#include "gui/document/graph_commands.h"
 #include "gui/document/graph_files.h"
 #include "gui/services/edit_services.h"
 
@@ -31,7 +31,7 @@ class EditWindow : public QMainWindow {
  public:
   // Reads the graph; `action` is the one to begin with, empty for none. What is passed outlives the
   // window.
-  EditWindow(EditedGraph& graph, EditServices& services, GraphFiles& files,
+  EditWindow(GraphCommands& commands, EditServices& services, GraphFiles& files,
              const ActionCatalogue& catalogue, Theme& theme, const QString& action);
   // Stops what the editor runs.
   ~EditWindow() override;
@@ -40,7 +40,7 @@ class EditWindow : public QMainWindow {
   void reload();
   void check();
   // Shows its editor; the field that is being edited is committed first.
-  void openAction(int action);
+  void openAction(ActionId action);
   UpdateClassWidget* editor() const { return m_editor; }
 
  signals:
@@ -57,7 +57,7 @@ class EditWindow : public QMainWindow {
   void connectFiles();
   void connectServices();
 
-  void showGraph(Graph graph);
+  void showGraph(const QByteArray& document);
   void showFaults(const std::vector<GraphError>& faults);
   void rememberAction();
   void openActionNamed(const QString& name);
@@ -67,6 +67,8 @@ class EditWindow : public QMainWindow {
   void showHeader(const ActionItem& action);
   void commitEditor();
   void noteEdit();
+  void leaveReplacedAction(ActionId action);
+  void showAgain(ActionId action, const EditorPosition& position);
   void showState();
   void showNotice(const QString& text);
   void startSaving(GraphFiles::SaveMode mode);
@@ -78,15 +80,17 @@ class EditWindow : public QMainWindow {
   void setExpertMode(bool isExpert);
   void showHelp(const QString& helpId);
 
+  GraphCommands& m_commands;
   EditedGraph& m_graph;
   EditServices& m_services;
   GraphFiles& m_files;
   const ActionCatalogue& m_catalogue;
   Theme& m_theme;
-  QString m_wantedAction;  // to be shown when the graph has been read
-  int m_action = -1;       // whose editor is shown
+  QString m_wantedAction;     // to be shown when the graph has been read
+  ActionId m_action = kNoId;  // whose editor is shown
   UpdateClassWidget* m_editor = nullptr;
-  EditedGraph::Snapshot m_saving;
+  bool m_isFormCommitting = false;
+  QByteArray m_saving;
   bool m_isSaving = false;
   bool m_closesAfterSaving = false;
   bool m_closesWithoutAsking = false;

@@ -42,8 +42,8 @@ void EditWindow::makeMenus() {
 
   QMenu* help = menuBar()->addMenu(tr("&Help"));
   help->addAction(icon(IconName::help), tr("&This action"), this, [this] {
-    if (m_action >= 0) {
-      showHelp(QString::fromLatin1(m_graph.action(m_action).typeName()));
+    if (m_action != kNoId) {
+      showHelp(m_graph.typeName(m_action));
     }
   });
   help->addAction(tr("&Keyboard"), this, [this] { showKeys(this); });
@@ -75,7 +75,7 @@ void EditWindow::makeThemeMenu(QMenu& view) {
 void EditWindow::setExpertMode(bool isExpert) {
   QSettings().setValue(kExpertKey, isExpert);
   m_services.setUserMode(isExpert ? GlobalUserMode::expert : GlobalUserMode::simple);
-  if (const int action = m_action; action >= 0) {
+  if (const ActionId action = m_action; action != kNoId) {
     commitEditor();
     closeEditor();
     openAction(action);

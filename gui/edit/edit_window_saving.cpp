@@ -45,13 +45,13 @@ void EditWindow::save() {
 
 void EditWindow::startSaving(GraphFiles::SaveMode mode) {
   m_isSaving = true;
-  m_saving = m_graph.snapshot();
-  m_files.save(m_saving.document, mode);
+  m_saving = m_graph.document();
+  m_files.save(m_saving, mode);
 }
 
 void EditWindow::afterSaving() {
   m_isSaving = false;
-  m_graph.markSaved(m_saving);
+  m_graph.markSaved(m_saving, m_files.file());
   m_notice->clear();
   statusBar()->showMessage(tr("Saved %1.").arg(m_files.file()));
   if (m_closesAfterSaving) {

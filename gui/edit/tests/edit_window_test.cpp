@@ -100,7 +100,7 @@ class EditWindowTest : public ::testing::Test {
     write(graph);
     m_files = std::make_unique<GraphFiles>(file(), std::vector<ParameterOverride>(), m_catalogue,
                                            m_session);
-    m_window = std::make_unique<EditWindow>(m_graph, m_services, *m_files, m_catalogue, m_theme,
+    m_window = std::make_unique<EditWindow>(m_commands, m_services, *m_files, m_catalogue, m_theme,
                                             QString::fromLatin1(action));
     const QSignalSpy shown(m_window.get(), &EditWindow::graphShown);
     m_window->show();
@@ -136,7 +136,8 @@ class EditWindowTest : public ::testing::Test {
 
   QTemporaryDir m_folder;
   const ActionCatalogue m_catalogue{nullptr, prototypes()};
-  EditedGraph m_graph;
+  EditedGraph m_graph{m_catalogue};
+  GraphCommands m_commands{m_graph};
   EditServices m_services{m_graph, m_catalogue};
   HostSession m_session{&m_services};
   const HostSession::Scope m_scope{&m_session};
@@ -184,11 +185,11 @@ TEST_F(EditWindowTest, ElementsAreEditedAddedAndRemoved) {
   QTreeWidgetItem* value = tree->topLevelItem(1)->child(0);
   ASSERT_EQ(value->text(0), u"V");
   value->setText(1, QStringLiteral("42"));
-  EXPECT_TRUE(m_graph.snapshot().document.contains("<Row><V>42</V></Row>"));
+  EXPECT_TRUE(m_graph.document().contains("<Row><V>42</V></Row>"));
   tree->setCurrentItem(tree->topLevelItem(1));
   const auto buttons = tree->parentWidget()->findChildren<QToolButton*>();
   buttons[1]->click();
-  EXPECT_FALSE(m_graph.snapshot().document.contains("<Row>"));
+  EXPECT_FALSE(m_graph.document().contains("<Row>"));
 }
 
 TEST_F(EditWindowTest, FaultsAreShownWithTheirPositionsAndTheFileCanBeMended) {
@@ -239,7 +240,7 @@ TEST_F(EditWindowTest, AGraphChangedOnTheDiskIsNotOverwrittenUnasked) {
   write(theirs);
   window.save();
   answer(QMessageBox::Reset);
-  EXPECT_TRUE(waitUntil([&] { return m_graph.snapshot().document.contains("theirs.csv"); }));
+  EXPECT_TRUE(waitUntil([&] { return m_graph.document().contains("theirs.csv"); }));
   EXPECT_FALSE(window.isWindowModified());
 }
 
@@ -272,8 +273,8 @@ TEST_F(EditWindowTest, ALineOfTheLogLeadsToItsPositionInTheExpression) {
   LogDetails details;
   details.output = QStringLiteral("share");
   details.position = 7;
-  m_services.logDetailed(LogLevel::error, QStringLiteral("no such name"), &m_graph.action(0),
-                         details);
+  m_services.logDetailed(LogLevel::error, QStringLiteral("no such name"),
+                         &m_graph.action(m_graph.actions()[0]), details);
   auto* log = window.findChild<QTableView*>(QStringLiteral("log"));
   ASSERT_TRUE(waitUntil([log] { return log->model()->rowCount() == 1; }));
   emit log->activated(log->model()->index(0, LogModel::text));
@@ -285,12 +286,13 @@ TEST_F(EditWindowTest, LeavingAnEditorEndsItsRun) {
       "<KelvarinGraph><Actions><Endless name='e'/><Discard name='d'/></Actions>"
       "<Links><Link from='e' to='d'/></Links></KelvarinGraph>",
       "e");
+  const ActionId endless = m_graph.idOf(QStringLiteral("e"));
   for (int i = 0; i < 20; ++i) {
-    window.openAction(0);
+    window.openAction(endless);
     ASSERT_TRUE(static_cast<RunningEditor*>(window.editor())->isRunning());
-    window.openAction(1);
-    EXPECT_EQ(m_graph.action(0).run(), nullptr);
-    window.openAction(0);
+    window.openAction(m_graph.idOf(QStringLiteral("d")));
+    EXPECT_EQ(m_graph.action(endless).run(), nullptr);
+    window.openAction(endless);
   }
   const QSignalSpy readAgain(&window, &EditWindow::graphShown);
   window.reload();
@@ -298,7 +300,7 @@ TEST_F(EditWindowTest, LeavingAnEditorEndsItsRun) {
   EXPECT_TRUE(static_cast<RunningEditor*>(window.editor())->isRunning());
   window.close();
   EXPECT_EQ(window.editor(), nullptr);
-  EXPECT_EQ(m_graph.action(0).run(), nullptr);
+  EXPECT_EQ(m_graph.action(m_graph.idOf(QStringLiteral("e"))).run(), nullptr);
 }
 
 // Every control can be reached and has a name, and nothing is cut with fonts of twice the size.
@@ -335,13 +337,13 @@ TEST_F(EditWindowTest, EveryActionOfTheHostHasAForm) {
   EditWindow& window =
       open("<KelvarinGraph><Actions>" + actions + "</Actions></KelvarinGraph>", "");
   EXPECT_EQ(window.editor(), nullptr);
-  for (int i = 0; i < m_graph.actionCount(); ++i) {
-    window.openAction(i);
-    if (std::string(m_graph.action(i).typeName()) == "Endless") {
+  for (const ActionId action : m_graph.actions()) {
+    window.openAction(action);
+    if (m_graph.typeName(action) == u"Endless") {
       continue;
     }
     ASSERT_NE(dynamic_cast<ActionForm*>(window.editor()), nullptr);
-    const ActionDescription* description = descriptionOf(m_graph.action(i));
+    const ActionDescription* description = descriptionOf(m_graph.action(action));
     for (const AttributeDescription& attribute : description->attributes) {
       const auto* field = window.editor()->findChild<QWidget*>(attribute.name);
       ASSERT_NE(field, nullptr) << attribute.name.toStdString();
