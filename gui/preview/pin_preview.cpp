@@ -31,6 +31,7 @@ class PinPreview::Receiver final : public RowsReceiver {
     std::shared_ptr<RowStore> rows;
     State state = State::computing;
     QString message;
+    QString failedAction;
   };
 
   Receiver(PinPreview& owner, const PreviewShare& share) : m_owner(&owner), m_share(share) {}
@@ -55,6 +56,11 @@ class PinPreview::Receiver final : public RowsReceiver {
       m_now.message = m_now.rows->errorText();
     }
     report();
+  }
+
+  void actionFailed(const QString& name) override {
+    const std::lock_guard lock(m_mutex);
+    m_now.failedAction = name;
   }
 
   void rowsEnded(End end, const QString& message) override {
@@ -129,6 +135,7 @@ void PinPreview::look() {
   m_rowCount = m_rows == nullptr ? 0 : m_rows->rowCount();
   m_state = now.state;
   m_message = now.message;
+  m_failedAction = now.failedAction;
   m_profiles.setRowCount(m_rowCount, m_state != State::computing);
   if (m_state == State::computing) {
     if (m_rowCount > 0) {

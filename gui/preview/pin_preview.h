@@ -43,6 +43,8 @@ class PinPreview : public QObject {
   void stop();
   State state() const { return m_state; }
   QString message() const { return m_message; }
+  // Empty where no action reported the failure.
+  QString failedAction() const { return m_failedAction; }
   long long limit() const { return m_limit; }
   // Null until the columns are known.
   const std::shared_ptr<RowStore>& rows() const { return m_rows; }
@@ -64,6 +66,7 @@ class PinPreview : public QObject {
   QTimer m_timer;
   State m_state = State::computing;
   QString m_message;
+  QString m_failedAction;
   std::shared_ptr<RowStore> m_rows;
   long long m_rowCount = 0;
 };

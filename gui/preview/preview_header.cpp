@@ -89,6 +89,7 @@ void PreviewHeader::setShowsFilters(bool shows) {
   emit geometriesChanged();
   layOutFields();
   viewport()->update();
+  emit filtersShown(shows);
 }
 
 void PreviewHeader::setFilter(int column, const QString& text) {

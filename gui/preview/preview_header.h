@@ -44,6 +44,7 @@ class PreviewHeader : public QHeaderView {
   QSize sizeHint() const override;
 
  signals:
+  void filtersShown(bool areShown);
   // After a short rest.
   void filtersChanged();
   // Enter or arrow down in a field: the rows are wanted.
