@@ -11,7 +11,7 @@
 #include "gui/canvas/canvas_accessibility.h"
 #include "gui/canvas/canvas_gesture.h"
 #include "gui/canvas/canvas_press.h"
-#include "gui/canvas/in_place_editor.h"
+#include "gui/canvas/direct_editor.h"
 #include "gui/canvas/link_curve.h"
 #include "gui/canvas/minimap.h"
 #include "gui/canvas/note_box.h"
@@ -31,7 +31,7 @@ CanvasView::CanvasView(GraphCommands& commands, Theme& theme, QWidget* parent)
     : QGraphicsView(parent),
       m_commands(commands),
       m_scene(new CanvasScene(commands.graph(), this)),
-      m_inPlace(new InPlaceEditor(*this, commands)),
+      m_directEditor(new DirectEditor(*this, commands)),
       m_minimap(nullptr) {
   installCanvasAccessibility();
   setObjectName(QStringLiteral("canvas"));
@@ -71,7 +71,7 @@ void CanvasView::connectScene() {
   connect(m_scene, &CanvasScene::contentChanged, &m_reachTimer, qOverload<>(&QTimer::start));
   connect(m_scene, &CanvasScene::aboutToRebuild, this, [this] {
     cancelGesture();
-    m_inPlace->discard();
+    m_directEditor->discard();
     setFocusAction(kNoId);
   });
   connect(m_scene, &CanvasScene::selectionEdited, this, [this] {
@@ -150,7 +150,7 @@ void CanvasView::setExtract(const CanvasExtract& extract) {
   setTransform(QTransform::fromScale(zoom, zoom));
   updateReach();
   centerOn(extract.centre);
-  m_inPlace->follow();
+  m_directEditor->follow();
   emit extractChanged();
 }
 
@@ -180,7 +180,7 @@ void CanvasView::zoomAbout(double zoom, QPointF viewportPoint) {
   const QPointF moved = viewportTransform().map(fixed) - viewportPoint;
   horizontalScrollBar()->setValue(horizontalScrollBar()->value() + qRound(moved.x()));
   verticalScrollBar()->setValue(verticalScrollBar()->value() + qRound(moved.y()));
-  m_inPlace->follow();
+  m_directEditor->follow();
   emit extractChanged();
 }
 
@@ -227,7 +227,7 @@ double CanvasView::reachOfPointer() const {
 
 void CanvasView::scrollContentsBy(int dx, int dy) {
   QGraphicsView::scrollContentsBy(dx, dy);
-  m_inPlace->follow();
+  m_directEditor->follow();
   emit extractChanged();
 }
 

@@ -21,7 +21,7 @@ namespace kelvarin {
 
 class CanvasGesture;
 class CanvasScene;
-class InPlaceEditor;
+class DirectEditor;
 class Minimap;
 class Theme;
 
@@ -160,7 +160,7 @@ class CanvasView : public QGraphicsView {
 
   GraphCommands& m_commands;
   CanvasScene* m_scene;
-  InPlaceEditor* m_inPlace;
+  DirectEditor* m_directEditor;
   Minimap* m_minimap;
   std::unique_ptr<Press> m_press;
   std::unique_ptr<CanvasGesture> m_gesture;

@@ -7,7 +7,7 @@
 
 #include "gui/canvas/action_box.h"
 #include "gui/canvas/canvas_view.h"
-#include "gui/canvas/in_place_editor.h"
+#include "gui/canvas/direct_editor.h"
 #include "gui/canvas/note_box.h"
 
 namespace kelvarin {
@@ -77,10 +77,10 @@ void CanvasView::renameCurrent() {
   const QSet<NoteId> notes = selection().notes;
   if (const ActionBox* box = m_scene->box(currentAction())) {
     showArea(box->body());
-    m_inPlace->editName(box->id());
+    m_directEditor->editName(box->id());
   } else if (notes.size() == 1) {
     showArea(m_scene->note(*notes.cbegin())->body());
-    m_inPlace->editNote(*notes.cbegin());
+    m_directEditor->editNote(*notes.cbegin());
   }
 }
 
@@ -99,7 +99,7 @@ void CanvasView::addNoteHere() {
   const NoteId note = m_commands.addNote({corner, kSizeOfNewNote}, {}, noteColors().front());
   setSelection({{}, {}, {note}});
   showArea({corner, kSizeOfNewNote});
-  m_inPlace->editNote(note);
+  m_directEditor->editNote(note);
 }
 
 void CanvasView::setNoteColor(const QColor& color) {
@@ -141,7 +141,7 @@ void CanvasView::openCurrent() {
   if (currentAction() != kNoId) {
     emit openWanted(currentAction());
   } else if (notes.size() == 1) {
-    m_inPlace->editNote(*notes.cbegin());
+    m_directEditor->editNote(*notes.cbegin());
   }
 }
 

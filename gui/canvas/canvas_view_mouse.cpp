@@ -16,7 +16,7 @@
 #include "gui/canvas/canvas_gesture.h"
 #include "gui/canvas/canvas_press.h"
 #include "gui/canvas/canvas_view.h"
-#include "gui/canvas/in_place_editor.h"
+#include "gui/canvas/direct_editor.h"
 #include "gui/canvas/link_curve.h"
 #include "gui/canvas/state_text.h"
 
@@ -75,7 +75,7 @@ void CanvasView::select(const GraphSelection& hit, bool toggles) {
 }
 
 void CanvasView::mousePressEvent(QMouseEvent* event) {
-  m_inPlace->commit();
+  m_directEditor->commit();
   setFocus(Qt::MouseFocusReason);
   const QPoint position = event->position().toPoint();
   const bool isLeft = event->button() == Qt::LeftButton;
@@ -237,7 +237,7 @@ void CanvasView::mouseDoubleClickEvent(QMouseEvent* event) {
     }
     case CanvasHit::Kind::note:
     case CanvasHit::Kind::noteCorner:
-      m_inPlace->editNote(hit.note);
+      m_directEditor->editNote(hit.note);
       break;
     case CanvasHit::Kind::nothing:
       emit quickAddWanted({}, point, event->globalPosition().toPoint(), {});

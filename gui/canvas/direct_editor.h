@@ -14,11 +14,11 @@ namespace kelvarin {
 
 class CanvasView;
 
-class InPlaceEditor : public QObject {
+class DirectEditor : public QObject {
   Q_OBJECT
 
  public:
-  InPlaceEditor(CanvasView& view, GraphCommands& commands);
+  DirectEditor(CanvasView& view, GraphCommands& commands);
 
   void editName(ActionId action);
   void editNote(NoteId note);

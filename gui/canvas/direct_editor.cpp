@@ -1,4 +1,4 @@
-#include "gui/canvas/in_place_editor.h"
+#include "gui/canvas/direct_editor.h"
 
 #include <algorithm>
 
@@ -24,10 +24,10 @@ QRect onViewport(const CanvasView& view, const QRectF& area) {
 
 }  // namespace
 
-InPlaceEditor::InPlaceEditor(CanvasView& view, GraphCommands& commands)
+DirectEditor::DirectEditor(CanvasView& view, GraphCommands& commands)
     : QObject(&view), m_view(view), m_commands(commands) {}
 
-void InPlaceEditor::editName(ActionId action) {
+void DirectEditor::editName(ActionId action) {
   commit();
   if (m_view.canvasScene().box(action) == nullptr) {
     return;
@@ -40,7 +40,7 @@ void InPlaceEditor::editName(ActionId action) {
   open(field);
 }
 
-void InPlaceEditor::editNote(NoteId note) {
+void DirectEditor::editNote(NoteId note) {
   commit();
   NoteBox* box = m_view.canvasScene().note(note);
   if (box == nullptr) {
@@ -63,7 +63,7 @@ void InPlaceEditor::editNote(NoteId note) {
   open(field);
 }
 
-void InPlaceEditor::open(QWidget* field) {
+void DirectEditor::open(QWidget* field) {
   m_field = field;
   follow();
   field->installEventFilter(this);
@@ -71,7 +71,7 @@ void InPlaceEditor::open(QWidget* field) {
   field->setFocus(Qt::OtherFocusReason);
 }
 
-void InPlaceEditor::follow() {
+void DirectEditor::follow() {
   if (m_field == nullptr) {
     return;
   }
@@ -90,7 +90,7 @@ void InPlaceEditor::follow() {
   }
 }
 
-bool InPlaceEditor::commitName(bool staysOpen) {
+bool DirectEditor::commitName(bool staysOpen) {
   const QString name = qobject_cast<QLineEdit*>(m_field.data())->text().trimmed();
   const EditedGraph& graph = m_commands.graph();
   if (!graph.hasAction(m_action) || name == graph.name(m_action) ||
@@ -107,7 +107,7 @@ bool InPlaceEditor::commitName(bool staysOpen) {
   return false;
 }
 
-void InPlaceEditor::commit() {
+void DirectEditor::commit() {
   if (m_field == nullptr) {
     return;
   }
@@ -123,11 +123,11 @@ void InPlaceEditor::commit() {
   close();
 }
 
-void InPlaceEditor::discard() {
+void DirectEditor::discard() {
   close();
 }
 
-void InPlaceEditor::close() {
+void DirectEditor::close() {
   if (m_field == nullptr) {
     return;
   }
@@ -147,7 +147,7 @@ void InPlaceEditor::close() {
   }
 }
 
-bool InPlaceEditor::eventFilter(QObject* watched, QEvent* event) {
+bool DirectEditor::eventFilter(QObject* watched, QEvent* event) {
   if (watched != m_field) {
     return QObject::eventFilter(watched, event);
   }
