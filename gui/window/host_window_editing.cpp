@@ -1,5 +1,7 @@
 // How actions come into the graph: from the palette, by letters typed on the canvas, from links and
 // dropped files, and from what is chosen in the preview.
+#include <algorithm>
+
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QInputDialog>
@@ -39,6 +41,12 @@ QString fileAttributeOf(const ActionItem& reader) {
   return {};
 }
 
+// A number where nothing is known of it.
+PinColumns::Column columnOf(const PinColumns& known, const QString& name) {
+  const auto found = std::ranges::find(known.columns, name, &PinColumns::Column::name);
+  return found == known.columns.end() ? PinColumns::Column{name, MetaTypeColumn::number} : *found;
+}
+
 }  // namespace
 
 void HostWindow::connectCanvas() {
@@ -59,17 +67,20 @@ void HostWindow::connectCanvas() {
 
 void HostWindow::connectPreview() {
   connect(m_preview, &PreviewPanel::keepRowsWanted, this,
-          [this](const PinRef& pin, const QString& condition) {
-            select(m_commands.addLinked(QStringLiteral("FilterRows"), pin,
-                                        filterElement(condition, m_columns.columns(pin))),
-                   true);
+          [this](const PinRef& pin, const RowCondition& condition) {
+            select(
+                m_commands.addLinked(QStringLiteral("FilterRows"), pin, filterElement(condition)),
+                true);
           });
   connect(m_preview, &PreviewPanel::newColumnWanted, this,
           [this](const PinRef& pin, const QString& column) {
-            select(m_commands.addLinked(QStringLiteral("Calculator"), pin,
-                                        calculatorElement(column, m_columns.columns(pin))),
-                   true);
+            select(
+                m_commands.addLinked(QStringLiteral("Calculator"), pin,
+                                     calculatorElement(columnOf(m_columns.columns(pin), column))),
+                true);
           });
+  connect(m_preview, &PreviewPanel::actionWanted, this,
+          [this](ActionId action) { select(action, true); });
   connect(m_preview, &PreviewPanel::renameColumnWanted, this, &HostWindow::askForColumnName);
   connect(m_preview, &PreviewPanel::stepToRowWanted, this,
           [this](const PinRef& pin, long long row) {
