@@ -124,6 +124,7 @@ class HostWindow : public QMainWindow {
   void select(ActionId action, bool opensEditor);
   void openEditorWindow(ActionId action);
   void previewSelection();
+  void stepToRow(const PinRef& pin, long long row);
   void replaceCurrent(const QString& typeName);
   void askForColumnName(const PinRef& pin, const QString& column);
   void editParameters();

@@ -82,13 +82,7 @@ void HostWindow::connectPreview() {
   connect(m_preview, &PreviewPanel::actionWanted, this,
           [this](ActionId action) { select(action, true); });
   connect(m_preview, &PreviewPanel::renameColumnWanted, this, &HostWindow::askForColumnName);
-  connect(m_preview, &PreviewPanel::stepToRowWanted, this,
-          [this](const PinRef& pin, long long row) {
-            select(pin.action, false);
-            if (m_properties->editor() != nullptr) {
-              m_properties->editor()->stepToRow(row);
-            }
-          });
+  connect(m_preview, &PreviewPanel::stepToRowWanted, this, &HostWindow::stepToRow);
 }
 
 // Behind the selected action where that has an output, else in the middle of what is seen.
@@ -200,6 +194,31 @@ void HostWindow::previewSelection() {
   }
   const bool hasOutput = m_graph.pinCount(current, true) > 0;
   m_preview->showPin({current, 0, hasOutput});
+}
+
+// In the action itself where its output has a row for each row of its input, else in one that reads
+// the pin.
+void HostWindow::stepToRow(const PinRef& pin, long long row) {
+  QList<ActionId> candidates;
+  if (!pin.isOutput ||
+      (m_graph.pinCount(pin.action, true) == 1 && m_graph.pinCount(pin.action, false) > 0)) {
+    candidates += pin.action;
+  }
+  for (const LinkId id : m_graph.linksOf(pin.action)) {
+    const DrawnLink& link = m_graph.link(id);
+    if (pin.isOutput && link.from == pin.action && link.fromPin == pin.pin && link.toPin == 0) {
+      candidates += link.to;
+    }
+  }
+  for (const ActionId candidate : candidates) {
+    select(candidate, true);
+    if (m_properties->editor() != nullptr && m_properties->editor()->stepToRow(row)) {
+      return;
+    }
+  }
+  select(pin.action, false);
+  statusBar()->showMessage(
+      tr("No expression reads these rows yet: add a Calculator or a filter to step through them."));
 }
 
 void HostWindow::replaceCurrent(const QString& typeName) {
