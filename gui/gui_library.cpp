@@ -2,7 +2,6 @@
 #include <QTimer>
 
 #include "base/export.h"
-#include "gui/host_editors/host_editors.h"
 #include "gui/window/host_window.h"
 #include "gui/window_session.h"
 #include "host/widgets/theme.h"
@@ -50,6 +49,5 @@ extern "C" KELVARIN_CORE int kelvarinGui(int argc, char** argv,
   if (catalogue == nullptr) {
     return 1;
   }
-  kelvarin::addHostEditors(kelvarin::EditorRegistry::instance());
   return kelvarin::showHostWindow(request, *catalogue);
 }

@@ -45,7 +45,7 @@ void DocumentFile::open(const QString& path) {
     if (QFileInfo(path).isDir()) {
       reason = tr("It is a folder.");
     } else if (!file.open(QIODevice::ReadOnly)) {
-      reason = (file.errorString() + u". " + missingFileHint(path)).trimmed();
+      reason = QStringLiteral("%1. %2").arg(file.errorString(), missingFileHint(path)).trimmed();
     } else {
       document = file.readAll();
       reason = file.error() == QFileDevice::NoError ? QString() : file.errorString();

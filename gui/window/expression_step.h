@@ -5,15 +5,14 @@
 #pragma once
 
 #include <QByteArray>
-#include <QString>
 
-#include "host/contract/pin_columns.h"
+#include "gui/preview/row_condition.h"
 
 namespace kelvarin {
 
-// Filters by the condition; the columns that it names are bound.
-QByteArray filterElement(const QString& condition, const PinColumns& columns);
+// Keeps the rows for which the condition is true.
+QByteArray filterElement(const RowCondition& condition);
 // A new column that begins as a copy of this one.
-QByteArray calculatorElement(const QString& column, const PinColumns& columns);
+QByteArray calculatorElement(const PinColumns::Column& column);
 
 }  // namespace kelvarin

@@ -21,6 +21,7 @@
 #include "gui/window/shortcut_precedence.h"
 #include "gui/window/start_page.h"
 #include "host/widgets/info_line.h"
+#include "host/widgets/user_interface.h"
 
 namespace kelvarin {
 
@@ -150,7 +151,11 @@ void HostWindow::connectWork() {
           [this] { m_canvas->setProblems(m_columns.problems()); });
   connect(&m_arrangement, &Arrangement::arranged, this,
           [this](const QHash<ActionId, QPointF>& positions) {
-            m_commands.moveActions(positions, {});
+            if (std::exchange(m_arrangesUnasked, false)) {
+              m_graph.showAt(positions);
+            } else {
+              m_commands.moveActions(positions, {});
+            }
             m_canvas->zoomToAll();
           });
   connect(&m_arrangement, &Arrangement::failed, this, &HostWindow::showNotice);

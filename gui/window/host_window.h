@@ -109,6 +109,7 @@ class HostWindow : public QMainWindow {
   void exportCanvas();
   void keepState();
   void restoreState();
+  void arrangeUnplaced();
   QString graphName() const;
   void showExamples();
 
@@ -123,6 +124,7 @@ class HostWindow : public QMainWindow {
   void select(ActionId action, bool opensEditor);
   void openEditorWindow(ActionId action);
   void previewSelection();
+  void stepToRow(const PinRef& pin, long long row);
   void replaceCurrent(const QString& typeName);
   void askForColumnName(const PinRef& pin, const QString& column);
   void editParameters();
@@ -141,6 +143,7 @@ class HostWindow : public QMainWindow {
   bool m_hasGraph = false;  // else the start page is shown
   bool m_closesWithoutAsking = false;
   bool m_hasExamples = false;
+  bool m_arrangesUnasked = false;  // actions of a file without positions
 
   QStackedWidget* m_pages;
   StartPage* m_start;

@@ -1,5 +1,7 @@
 // How actions come into the graph: from the palette, by letters typed on the canvas, from links and
 // dropped files, and from what is chosen in the preview.
+#include <algorithm>
+
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QInputDialog>
@@ -16,6 +18,7 @@
 #include "gui/window/parameters_dialog.h"
 #include "gui/window/property_panel.h"
 #include "host/contract/described_action.h"
+#include "host/widgets/user_interface.h"
 
 namespace kelvarin {
 
@@ -38,6 +41,12 @@ QString fileAttributeOf(const ActionItem& reader) {
   return {};
 }
 
+// A number where nothing is known of it.
+PinColumns::Column columnOf(const PinColumns& known, const QString& name) {
+  const auto found = std::ranges::find(known.columns, name, &PinColumns::Column::name);
+  return found == known.columns.end() ? PinColumns::Column{name, MetaTypeColumn::number} : *found;
+}
+
 }  // namespace
 
 void HostWindow::connectCanvas() {
@@ -58,25 +67,22 @@ void HostWindow::connectCanvas() {
 
 void HostWindow::connectPreview() {
   connect(m_preview, &PreviewPanel::keepRowsWanted, this,
-          [this](const PinRef& pin, const QString& condition) {
-            select(m_commands.addLinked(QStringLiteral("FilterRows"), pin,
-                                        filterElement(condition, m_columns.columns(pin))),
-                   true);
+          [this](const PinRef& pin, const RowCondition& condition) {
+            select(
+                m_commands.addLinked(QStringLiteral("FilterRows"), pin, filterElement(condition)),
+                true);
           });
   connect(m_preview, &PreviewPanel::newColumnWanted, this,
           [this](const PinRef& pin, const QString& column) {
-            select(m_commands.addLinked(QStringLiteral("Calculator"), pin,
-                                        calculatorElement(column, m_columns.columns(pin))),
-                   true);
+            select(
+                m_commands.addLinked(QStringLiteral("Calculator"), pin,
+                                     calculatorElement(columnOf(m_columns.columns(pin), column))),
+                true);
           });
+  connect(m_preview, &PreviewPanel::actionWanted, this,
+          [this](ActionId action) { select(action, true); });
   connect(m_preview, &PreviewPanel::renameColumnWanted, this, &HostWindow::askForColumnName);
-  connect(m_preview, &PreviewPanel::stepToRowWanted, this,
-          [this](const PinRef& pin, long long row) {
-            select(pin.action, false);
-            if (m_properties->editor() != nullptr) {
-              m_properties->editor()->stepToRow(row);
-            }
-          });
+  connect(m_preview, &PreviewPanel::stepToRowWanted, this, &HostWindow::stepToRow);
 }
 
 // Behind the selected action where that has an output, else in the middle of what is seen.
@@ -85,9 +91,8 @@ void HostWindow::addChosen(const QString& typeName) {
   const CatalogueEntry* entry = m_graph.catalogue().find(typeName);
   const bool canFollow = current != kNoId && entry != nullptr && entry->pinsIn > 0 &&
                          m_graph.pinCount(current, true) > 0;
-  const ActionId added =
-      canFollow ? m_commands.addLinked(typeName, {current, 0, true})
-                : m_commands.addAction(typeName, m_canvas->mapToScene(m_canvas->rect().center()));
+  const ActionId added = canFollow ? m_commands.addLinked(typeName, {current, 0, true})
+                                   : m_commands.addAction(typeName, m_canvas->pointOfInterest());
   select(added, true);
 }
 
@@ -191,6 +196,31 @@ void HostWindow::previewSelection() {
   m_preview->showPin({current, 0, hasOutput});
 }
 
+// In the action itself where its output has a row for each row of its input, else in one that reads
+// the pin.
+void HostWindow::stepToRow(const PinRef& pin, long long row) {
+  QList<ActionId> candidates;
+  if (!pin.isOutput ||
+      (m_graph.pinCount(pin.action, true) == 1 && m_graph.pinCount(pin.action, false) > 0)) {
+    candidates += pin.action;
+  }
+  for (const LinkId id : m_graph.linksOf(pin.action)) {
+    const DrawnLink& link = m_graph.link(id);
+    if (pin.isOutput && link.from == pin.action && link.fromPin == pin.pin && link.toPin == 0) {
+      candidates += link.to;
+    }
+  }
+  for (const ActionId candidate : candidates) {
+    select(candidate, true);
+    if (m_properties->editor() != nullptr && m_properties->editor()->stepToRow(row)) {
+      return;
+    }
+  }
+  select(pin.action, false);
+  statusBar()->showMessage(
+      tr("No expression reads these rows yet: add a Calculator or a filter to step through them."));
+}
+
 void HostWindow::replaceCurrent(const QString& typeName) {
   if (const ActionId current = m_canvas->currentAction(); current != kNoId) {
     m_commands.replaceAction(current, typeName);
@@ -214,6 +244,14 @@ void HostWindow::editParameters() {
   auto* dialog = new ParametersDialog(m_commands, this);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->open();
+}
+
+// The selected actions, or all where fewer than two are selected.
+void HostWindow::arrange() {
+  const QSet<ActionId> selected = m_canvas->selection().actions;
+  m_arrangesUnasked = false;
+  m_arrangement.start(m_graph, selected.size() > 1 ? selected : QSet<ActionId>(),
+                      m_canvas->boxSizes());
 }
 
 void HostWindow::run() {

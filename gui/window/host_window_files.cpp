@@ -241,7 +241,7 @@ void HostWindow::dropEvent(QDropEvent* event) {
   if (!m_hasGraph) {
     newGraph();
   }
-  addReaders(files, m_canvas->mapToScene(m_canvas->rect().center()));
+  addReaders(files, m_canvas->pointOfInterest());
 }
 
 void HostWindow::exportCanvas() {
@@ -288,15 +288,24 @@ void HostWindow::restoreState() {
   if (const ActionId action = m_graph.idOf(state.currentAction); action != kNoId) {
     select(action, false);
   }
-  const QList<ActionId> actions = m_graph.actions();
-  const bool isArranged =
-      std::ranges::all_of(actions, [this](ActionId action) { return m_graph.hasPosition(action); });
-  if (!isArranged) {
-    arrange();
-  } else if (state.zoom > 0.0) {
+  arrangeUnplaced();
+  if (state.zoom > 0.0) {
     m_canvas->setExtract({state.zoom, {state.centreX, state.centreY}});
   } else {
     m_canvas->zoomToAll();
+  }
+}
+
+void HostWindow::arrangeUnplaced() {
+  QSet<ActionId> unplaced;
+  for (const ActionId action : m_graph.actions()) {
+    if (!m_graph.hasPosition(action)) {
+      unplaced += action;
+    }
+  }
+  if (!unplaced.isEmpty()) {
+    m_arrangesUnasked = true;
+    m_arrangement.start(m_graph, unplaced, m_canvas->boxSizes());
   }
 }
 

@@ -113,14 +113,8 @@ void HostWindow::makeEditMenu() {
   canvasAction(*edit, tr("Delete and close the &gap"), Qt::CTRL | Qt::Key_Delete,
                [this] { m_canvas->deleteSelectionClosingGaps(); });
   edit->addSeparator();
-  canvasAction(*edit, tr("Select &all"), QKeySequence::SelectAll, [this] {
-    GraphSelection all;
-    const QList<ActionId> actions = m_graph.actions();
-    const QList<NoteId> notes = m_graph.notes();
-    all.actions = {actions.begin(), actions.end()};
-    all.notes = {notes.begin(), notes.end()};
-    m_canvas->setSelection(all);
-  });
+  canvasAction(*edit, tr("Select &all"), QKeySequence::SelectAll,
+               [this] { m_canvas->selectAll(); });
 }
 
 void HostWindow::makeGraphMenu() {

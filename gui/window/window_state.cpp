@@ -2,6 +2,7 @@
 
 #include <QCryptographicHash>
 #include <QFileInfo>
+#include <QPointF>
 #include <QSettings>
 
 namespace kelvarin {

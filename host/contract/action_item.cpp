@@ -194,6 +194,12 @@ QString ActionItem::name() const {
   return kelvarin::qString(m_node.getAttribute(utf16(u"name")));
 }
 
+bool ActionItem::isDisabled() const {
+  bool isDisabled = false;
+  kelvarin::readAttribute(m_node, u"disabled", isDisabled, m_globalParameters);
+  return isDisabled;
+}
+
 void ActionItem::attach(RunRecord* run, ActionPorts* ports) {
   m_hasFailed = m_hasFailed && run == nullptr;
   m_run = run;
@@ -207,5 +213,8 @@ void ActionItem::saveAI(std::wostringstream& out, QString name, double version) 
       << L'\'';
   if (m_hasPosition) {
     out << L" x='" << m_x << L"' y='" << m_y << L'\'';
+  }
+  if (isDisabled()) {
+    out << L" disabled='1'";
   }
 }

@@ -68,6 +68,8 @@ class KELVARIN_CORE RowsReceiver {
     cancelled
   };
   virtual void rowsEnded(End end, const QString& message) = 0;
+  // Just before a failed end: the name of the action that reported it, where one did.
+  virtual void actionFailed(const QString&) {}
 };
 
 // Destroying it cancels what has not ended; neither waits for anything.

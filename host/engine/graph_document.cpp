@@ -1,6 +1,7 @@
 #include "host/engine/graph_document.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
 #include <QFileInfo>
@@ -58,7 +59,7 @@ void GraphDocument::read(const XMLNode& root, const std::vector<ParameterOverrid
   m_isGraph = true;
   checkContent(root, {QStringLiteral("version")});
   const QStringList sections{QStringLiteral("Parameters"), QStringLiteral("Actions"),
-                             QStringLiteral("Links")};
+                             QStringLiteral("Links"), QStringLiteral("Notes")};
   for (int i = 0; i < root.nChildNode(); ++i) {
     const XMLNode section = root.getChildNode(i);
     if (!sections.contains(section.name())) {
@@ -70,17 +71,22 @@ void GraphDocument::read(const XMLNode& root, const std::vector<ParameterOverrid
   applyOverrides(parameters.isEmpty() ? root : parameters, overrides);
   readActions(onlyChild(root, u"Actions"));
   readLinks(onlyChild(root, u"Links"));
+  readNotes(onlyChild(root, u"Notes"));
 }
 
 void GraphDocument::checkContent(const XMLNode& node, const QStringList& attributes) {
+  checkAttributes(node, attributes);
+  if (!node.text().trimmed().isEmpty()) {
+    refuse(node, engine_messages::strayText(node.name()));
+  }
+}
+
+void GraphDocument::checkAttributes(const XMLNode& node, const QStringList& attributes) {
   for (int i = 0; i < node.nAttribute(); ++i) {
     if (!attributes.contains(node.attributeName(i))) {
       refuse(node,
              engine_messages::unknownAttribute(node.attributeName(i), node.name(), attributes));
     }
-  }
-  if (!node.text().trimmed().isEmpty()) {
-    refuse(node, engine_messages::strayText(node.name()));
   }
 }
 
@@ -224,7 +230,8 @@ void GraphDocument::addAction(const XMLNode& node, const QString& name,
   if (!name.isNull() && !m_indexOfAction.contains(name)) {
     m_indexOfAction.insert(name, static_cast<int>(m_graph.actions.size()));
   }
-  m_graph.actions.push_back({name, node.position(), std::move(item)});
+  const bool isDisabled = item->isDisabled();
+  m_graph.actions.push_back({name, node.position(), std::move(item), isDisabled});
   reportFaults(node, *m_graph.actions.back().item);
 }
 
@@ -347,6 +354,48 @@ GraphDocument::EndOfLink GraphDocument::endOfLink(const XMLNode& node, const cha
     return {};
   }
   return end;
+}
+
+void GraphDocument::readNotes(const XMLNode& node) {
+  if (node.isEmpty()) {
+    return;
+  }
+  checkContent(node, {});
+  for (int i = 0; i < node.nChildNode(); ++i) {
+    const XMLNode child = node.getChildNode(i);
+    if (child.name() == QLatin1String("Note")) {
+      readNote(child);
+    } else {
+      refuse(child,
+             engine_messages::unknownElement(child.name(), node.name(), {QStringLiteral("Note")}));
+    }
+  }
+}
+
+void GraphDocument::readNote(const XMLNode& node) {
+  checkAttributes(node, {QStringLiteral("x"), QStringLiteral("y"), QStringLiteral("w"),
+                         QStringLiteral("h"), QStringLiteral("color")});
+  for (int i = 0; i < node.nChildNode(); ++i) {
+    const XMLNode child = node.getChildNode(i);
+    refuse(child, engine_messages::unknownElement(child.name(), node.name(), {}));
+  }
+  const QString colour = attribute(node, u"color");
+  if (!colour.isEmpty() && !isNoteColour(colour)) {
+    refuse(node, engine_messages::notAColour(colour));
+  }
+  m_graph.notes.push_back({numberOf(node, u"x"), numberOf(node, u"y"), numberOf(node, u"w"),
+                           numberOf(node, u"h"), colour, node.text()});
+}
+
+double GraphDocument::numberOf(const XMLNode& node, const char16_t* name) {
+  const QString text = attribute(node, name);
+  bool isNumber = true;
+  const double number = text.isEmpty() ? 0.0 : text.toDouble(&isNumber);
+  if (!isNumber || !std::isfinite(number)) {
+    refuse(node, engine_messages::notANumber(QString::fromUtf16(name), text, node.name()));
+    return 0.0;
+  }
+  return number;
 }
 
 void GraphDocument::checkCycles(const XMLNode& links) {

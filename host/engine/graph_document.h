@@ -43,6 +43,7 @@ class GraphDocument {
   void refuse(const XMLNode& node, const QString& message);
   // Refuses children and attributes other than the known ones, and text.
   void checkContent(const XMLNode& node, const QStringList& attributes);
+  void checkAttributes(const XMLNode& node, const QStringList& attributes);
   XMLNode onlyChild(const XMLNode& node, const char16_t* name);
   // The null text when it is absent, which is refused.
   QString neededAttribute(const XMLNode& node, const char16_t* name);
@@ -62,6 +63,10 @@ class GraphDocument {
   void keepLink(const XMLNode& node);
   EndOfLink endOfLink(const XMLNode& node, const char16_t* nameOfAction, const char16_t* nameOfPin,
                       bool isInput);
+  void readNotes(const XMLNode& node);
+  void readNote(const XMLNode& node);
+  // 0 when absent, or refused.
+  double numberOf(const XMLNode& node, const char16_t* name);
   void checkCycles(const XMLNode& links);
   // The value with the parameters in it replaced; as it is when that is refused.
   QString expandedValue(const XMLNode& node, const QString& name, const QString& value);

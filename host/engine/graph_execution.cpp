@@ -26,11 +26,7 @@ GraphExecution::GraphExecution(const Graph& graph, std::vector<RunRecord*> recor
       m_schedule(m_links, m_order, m_actions) {
   for (int i = 0; i < static_cast<int>(graph.actions.size()); ++i) {
     m_linkOfPin.emplace_back(at(graph.actions[at(i)].item->inputPinCount()));
-    m_actions.push_back(m_records[at(i)] == nullptr
-                            ? nullptr
-                            : std::make_unique<RunningAction>(*graph.actions[at(i)].item, i,
-                                                              *m_records[at(i)], stopSwitch,
-                                                              m_progress));
+    makeAction(i);
   }
   for (const GraphLink& link : graph.links) {
     if (takesPart(link)) {
@@ -43,6 +39,21 @@ GraphExecution::GraphExecution(const Graph& graph, std::vector<RunRecord*> recor
 GraphExecution::~GraphExecution() {
   m_stopSwitch.setWaker(nullptr);
   close();
+}
+
+void GraphExecution::makeAction(int index) {
+  if (m_records[at(index)] == nullptr) {
+    m_actions.push_back(nullptr);
+    return;
+  }
+  const GraphAction& action = m_graph.actions[at(index)];
+  ActionItem* item = action.item.get();
+  if (action.isDisabled) {
+    m_disabledActions.push_back(std::make_unique<DisabledAction>(*item));
+    item = m_disabledActions.back().get();
+  }
+  m_actions.push_back(std::make_unique<RunningAction>(*item, index, *m_records[at(index)],
+                                                      m_stopSwitch, m_progress));
 }
 
 bool GraphExecution::takesPart(const GraphLink& link) const {

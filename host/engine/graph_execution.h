@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+#include "host/engine/disabled_action.h"
 #include "host/engine/execution_options.h"
 #include "host/engine/graph_links.h"
 #include "host/engine/row_links.h"
@@ -46,6 +47,7 @@ class GraphExecution {
   std::vector<long long> rowsOut(int index) const;
 
  private:
+  void makeAction(int index);
   bool takesPart(const GraphLink& link) const;
   void makeLink(const GraphLink& link);
   bool isForked(int action) const;
@@ -62,6 +64,7 @@ class GraphExecution {
   ProgressMeter m_progress;
   GraphLinks m_links;
   std::vector<int> m_order;
+  std::vector<std::unique_ptr<DisabledAction>> m_disabledActions;
   std::vector<std::unique_ptr<Fork>> m_forks;
   std::vector<std::vector<const RowLink*>> m_linkOfPin;  // [action][pin], null when not linked
   std::vector<std::unique_ptr<RunningAction>> m_actions;

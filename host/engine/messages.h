@@ -250,6 +250,17 @@ inline QString pinNotANumber(const QString& attribute, const QString& value) {
       .arg(attribute, value);
 }
 
+inline QString notANumber(const QString& attribute, const QString& value, const QString& element) {
+  return QStringLiteral("%1='%2' in <%3> is not a number.").arg(attribute, value, element);
+}
+
+inline QString notAColour(const QString& value) {
+  return QStringLiteral(
+             "color='%1' is not a colour; write it as red, green and blue in hexadecimal digits, "
+             "such as #FFF4C2.")
+      .arg(value);
+}
+
 inline QString linkToAbsentPin(const QString& action, bool isInput, int pin, int count) {
   const QString kind = isInput ? QStringLiteral("input") : QStringLiteral("output");
   if (count == 0) {

@@ -23,10 +23,10 @@ std::vector<PinColumns> columnsOfPins(const RunningAction* action) {
 
 }  // namespace
 
-QString firstErrorOf(const std::vector<LogLine>& log) {
+LogLine firstErrorOf(const std::vector<LogLine>& log) {
   const auto found = std::find_if(
       log.begin(), log.end(), [](const LogLine& line) { return line.level == LogLevel::error; });
-  return found == log.end() ? QString() : found->text;
+  return found == log.end() ? LogLine() : *found;
 }
 
 PinColumns columnsOf(const OutputPin& pin) {

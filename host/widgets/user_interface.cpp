@@ -18,7 +18,9 @@ QMap<QString, QString> UpdateClassWidget::uncommittedState() const {
 
 void UpdateClassWidget::commit() {}
 void UpdateClassWidget::showPosition(const QString&, int) {}
-void UpdateClassWidget::stepToRow(long long) {}
+bool UpdateClassWidget::stepToRow(long long) {
+  return false;
+}
 
 QString tGetOpenFileName(QWidget* parent, QString caption, QString folder, QString filter) {
   if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {

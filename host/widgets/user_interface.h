@@ -25,9 +25,9 @@ class KELVARIN_CORE UpdateClassWidget : public QWidget {
   // Leads to what a line of the log is about: a position in the expression of an output, -1 where
   // only the output is known; an empty output is the action's one expression.
   virtual void showPosition(const QString& output, int position);
-  // Begins to debug and stops at this row of the action's output, counted from 0. Editors without a
-  // debugger do nothing.
-  virtual void stepToRow(long long row);
+  // Begins to debug and stops at this row of the action's input, counted from 0. False where the
+  // editor has no debugger.
+  virtual bool stepToRow(long long row);
 };
 
 // Asks for a file that exists; empty when the user gave up or when there is no screen, which is
