@@ -46,33 +46,42 @@ void ActionBox::read() {
   }
   m_isDisabled = graph.isDisabled(m_id);
   m_canRun = graph.whyCannotRun(m_id).isEmpty();
-  m_status = statusLine(graph, m_id, m_state, m_problem);
+  m_hasStatus = false;
   setPos(graph.position(m_id));
   measure();
 }
 
 void ActionBox::measure() {
-  prepareGeometryChange();
   const CanvasMetrics& metrics = m_scene.metrics();
+  const auto widest = [&metrics](const QStringList& names) {
+    double width = 0.0;
+    for (const QString& name : names) {
+      if (!name.isEmpty()) {
+        const double own = QFontMetricsF(metrics.textFont()).horizontalAdvance(name);
+        width = std::max(width, own + kPinNameGap);
+      }
+    }
+    return width;
+  };
+  prepareGeometryChange();
   m_size = metrics.boxSize(pinCount(false), pinCount(true));
+  m_bounds =
+      QRectF(QPointF(), m_size)
+          .adjusted(-kMargin - widest(m_inputs), -kMargin, kMargin + widest(m_outputs), kMargin);
+  m_hasTexts = false;
+  update();
+}
+
+// Only for boxes that are seen: cutting texts takes more time than everything else about a box.
+void ActionBox::cutTexts() {
+  const CanvasMetrics& metrics = m_scene.metrics();
   m_nameLines = wrappedLines(m_name, metrics.nameFont(), metrics.nameArea().width(), 2);
   m_shownType = shortenedLine(m_typeName, metrics.textFont(), metrics.typeArea().width());
   const double statusWidth =
       metrics.statusArea(m_size).width() - metrics.lineHeight() - kPinNameGap / 2;
   m_shownStatus = shortenedLine(m_heat.text.isEmpty() ? m_status.text : m_heat.text,
                                 metrics.textFont(), statusWidth);
-  const QFontMetricsF textMetrics(metrics.textFont());
-  const auto widest = [&textMetrics](const QStringList& names) {
-    double width = 0.0;
-    for (const QString& name : names) {
-      width = std::max(width, name.isEmpty() ? 0.0 : textMetrics.horizontalAdvance(name));
-    }
-    return width == 0.0 ? 0.0 : width + kPinNameGap;
-  };
-  m_bounds =
-      QRectF(QPointF(), m_size)
-          .adjusted(-kMargin - widest(m_inputs), -kMargin, kMargin + widest(m_outputs), kMargin);
-  update();
+  m_hasTexts = true;
 }
 
 void ActionBox::setResult(const ActionState& state, const QString& problem,
@@ -83,8 +92,9 @@ void ActionBox::setResult(const ActionState& state, const QString& problem,
   m_state = state;
   m_problem = problem;
   m_heat = heat;
-  m_status = statusLine(m_scene.graph(), m_id, m_state, m_problem);
-  measure();
+  m_hasStatus = false;
+  m_hasTexts = false;
+  update();
 }
 
 void ActionBox::setSelected(bool isSelected) {
@@ -135,6 +145,10 @@ bool ActionBox::takesDrawnLink() const {
 void ActionBox::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) {
   const double scale =
       QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
+  if (!m_hasStatus) {
+    m_status = statusLine(m_scene.graph(), m_id, m_state, m_problem);
+    m_hasStatus = true;
+  }
   const bool isDimmed = m_scene.pinFilter() && !takesDrawnLink();
   const double opacity = painter->opacity();
   if (isDimmed) {
@@ -146,6 +160,7 @@ void ActionBox::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidge
     painter->setRenderHint(QPainter::Antialiasing);
     paintBody(*painter, scale);
     paintTexts(*painter, scale);
+    painter->setRenderHint(QPainter::Antialiasing, scale >= kTextScale);
     paintPins(*painter, scale);
     painter->setRenderHint(QPainter::Antialiasing, false);
   }
@@ -203,23 +218,21 @@ void ActionBox::paintBody(QPainter& painter, double scale) const {
   painter.drawRoundedRect(body, kCorner, kCorner);
   if (m_isDisabled) {
     painter.setPen(Qt::NoPen);
-    painter.setBrush(QBrush(colors.border, Qt::BDiagPattern));
+    painter.setBrush(QBrush(mixed(colors.boxDisabled, colors.text, 0.12), Qt::BDiagPattern));
     painter.drawRoundedRect(body, kCorner, kCorner);
   }
 }
 
-void ActionBox::paintTexts(QPainter& painter, double scale) const {
+void ActionBox::paintTexts(QPainter& painter, double scale) {
   const CanvasMetrics& metrics = m_scene.metrics();
   const CanvasColors& colors = m_scene.colors();
   painter.setPen(m_isDisabled ? colors.faintText : colors.text);
   if (scale < kTextScale) {
-    QFont font = metrics.nameFont();
-    font.setPixelSize(static_cast<int>(std::ceil(kFarNamePixels / scale)));
-    painter.setFont(font);
-    const QRectF area = QRectF(QPointF(), m_size).adjusted(8, 4, -8, -4);
-    painter.drawText(area, Qt::AlignCenter | Qt::TextWordWrap,
-                     shortenedLine(m_name, font, area.width()));
+    paintFarName(painter, scale);
     return;
+  }
+  if (!m_hasTexts) {
+    cutTexts();
   }
   const QRectF pictureArea = metrics.pictureArea();
   const double devicePixels = pictureArea.width() * scale * painter.device()->devicePixelRatioF();
@@ -230,9 +243,19 @@ void ActionBox::paintTexts(QPainter& painter, double scale) const {
   }
   paintName(painter);
   painter.setFont(metrics.textFont());
-  painter.setPen(colors.faintText);
+  painter.setPen(m_heat.share < 0 ? colors.faintText : colors.text);
   painter.drawText(metrics.typeArea(), Qt::AlignLeft | Qt::AlignVCenter, m_shownType);
   paintStatus(painter);
+}
+
+// Larger than it is near by, so that it can still be read.
+void ActionBox::paintFarName(QPainter& painter, double scale) const {
+  QFont font = m_scene.metrics().textFont();
+  font.setPixelSize(static_cast<int>(std::ceil(kFarNamePixels / scale)));
+  painter.setFont(font);
+  const QRectF area = QRectF(QPointF(), m_size).adjusted(6, 4, -6, -4);
+  const QString name = QFontMetricsF(font).elidedText(m_name, Qt::ElideMiddle, area.width());
+  painter.drawText(area, Qt::AlignCenter, name);
 }
 
 void ActionBox::paintName(QPainter& painter) const {
@@ -271,12 +294,27 @@ void ActionBox::paintStatus(QPainter& painter) const {
 }
 
 void ActionBox::paintPins(QPainter& painter, double scale) const {
+  if (scale < kTextScale && !m_scene.pinFilter()) {
+    paintFarPins(painter);
+    return;
+  }
   for (const bool isOutput : {false, true}) {
     for (int pin = 0; pin < pinCount(isOutput); ++pin) {
       paintPin(painter, {m_id, pin, isOutput});
       if (scale >= kTextScale && !pinNames(isOutput)[pin].isEmpty()) {
         paintPinName(painter, pin, isOutput);
       }
+    }
+  }
+}
+
+void ActionBox::paintFarPins(QPainter& painter) const {
+  for (const bool isOutput : {false, true}) {
+    for (int pin = 0; pin < pinCount(isOutput); ++pin) {
+      const QPointF at = m_scene.metrics().pinOffset(pin, isOutput);
+      painter.fillRect(
+          QRectF(at.x() - kPinRadius, at.y() - kPinRadius, 2 * kPinRadius, 2 * kPinRadius),
+          m_scene.colors().link);
     }
   }
 }

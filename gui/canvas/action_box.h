@@ -49,14 +49,17 @@ class ActionBox final : public QGraphicsItem {
  private:
   const QStringList& pinNames(bool isOutput) const { return isOutput ? m_outputs : m_inputs; }
   void measure();
+  void cutTexts();
   QColor fill() const;
   QPen outline(double scale) const;
   void paintSmall(QPainter& painter, double scale) const;
   void paintBody(QPainter& painter, double scale) const;
-  void paintTexts(QPainter& painter, double scale) const;
+  void paintTexts(QPainter& painter, double scale);
+  void paintFarName(QPainter& painter, double scale) const;
   void paintName(QPainter& painter) const;
   void paintStatus(QPainter& painter) const;
   void paintPins(QPainter& painter, double scale) const;
+  void paintFarPins(QPainter& painter) const;
   void paintPin(QPainter& painter, const PinRef& pin) const;
   void paintPinName(QPainter& painter, int pin, bool isOutput) const;
   bool takesDrawnLink() const;
@@ -65,15 +68,17 @@ class ActionBox final : public QGraphicsItem {
   const ActionId m_id;
   QString m_name;
   QString m_typeName;
-  QStringList m_nameLines;
-  QString m_shownType;
   QStringList m_inputs;  // the pins' names
   QStringList m_outputs;
   bool m_isDisabled = false;
   bool m_canRun = true;
   QSizeF m_size;
   QRectF m_bounds;
+  bool m_hasStatus = false;  // what follows is up to date
   StatusLine m_status;
+  bool m_hasTexts = false;  // the three that follow are up to date
+  QStringList m_nameLines;
+  QString m_shownType;
   QString m_shownStatus;
   ActionState m_state;
   QString m_problem;

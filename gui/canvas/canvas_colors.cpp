@@ -43,7 +43,7 @@ QColor CanvasColors::ofState(ActionState::Kind kind) const {
 }
 
 QColor CanvasColors::heat(double share) const {
-  return mixed(box, error, 0.05 + 0.45 * std::clamp(share, 0.0, 1.0));
+  return mixed(box, warning, 0.05 + 0.35 * std::clamp(share, 0.0, 1.0));
 }
 
 QColor mixed(const QColor& one, const QColor& other, double shareOfOther) {

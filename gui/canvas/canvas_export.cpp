@@ -48,6 +48,8 @@ QByteArray CanvasView::asSvg() const {
   QBuffer buffer;
   QSvgGenerator generator;
   generator.setOutputDevice(&buffer);
+  // Texts are as large, compared with the boxes, as on the screen.
+  generator.setResolution(logicalDpiX());
   generator.setSize(area.size().toSize());
   generator.setViewBox(QRectF(QPointF(), area.size()));
   generator.setTitle(tr("Graph"));
@@ -66,6 +68,9 @@ QImage CanvasView::asImage(double scale) const {
   const QSize size(static_cast<int>(std::ceil(area.width() * used)),
                    static_cast<int>(std::ceil(area.height() * used)));
   QImage image(size, QImage::Format_ARGB32_Premultiplied);
+  const int dotsPerMeter = qRound(logicalDpiX() / 0.0254);
+  image.setDotsPerMeterX(dotsPerMeter);
+  image.setDotsPerMeterY(dotsPerMeter);
   image.fill(m_scene->colors().background);
   QPainter painter(&image);
   painter.setRenderHint(QPainter::SmoothPixmapTransform);

@@ -24,13 +24,14 @@ CanvasMetrics::CanvasMetrics(const QFont& font) : m_textFont(font), m_nameFont(f
   m_nameFont.setBold(true);
   const QFontMetricsF metrics(m_textFont);
   m_lineHeight = std::ceil(metrics.height());
+  m_digitWidth = metrics.horizontalAdvance(u'0');
   m_pictureSize = std::max(kMinimumPicture, std::round(1.75 * m_lineHeight));
   m_width = std::max(kMinimumWidth, roundedUpToGrid(kCharactersOfType * metrics.averageCharWidth() +
                                                     2 * kPadding));
 }
 
 QSizeF CanvasMetrics::boxSize(int pinsIn, int pinsOut) const {
-  const double texts = 2 * kPadding + 4 * m_lineHeight;
+  const double texts = 3 * kPadding + 4 * m_lineHeight;
   const int pins = std::max({pinsIn, pinsOut, 1});
   const double beside = pinOffset(pins - 1, false).y() + 2 * kPadding;
   return {m_width, roundedUpToGrid(std::max(texts, beside))};
@@ -58,8 +59,7 @@ QRectF CanvasMetrics::typeArea() const {
 
 QRectF CanvasMetrics::statusArea(const QSizeF& box) const {
   const double left = kPadding + 4;
-  return {left, box.height() - kPadding / 2 - m_lineHeight, m_width - left - kPadding,
-          m_lineHeight};
+  return {left, box.height() - kPadding - m_lineHeight, m_width - left - kPadding, m_lineHeight};
 }
 
 QRectF CanvasMetrics::markArea() const {

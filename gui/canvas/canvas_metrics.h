@@ -20,6 +20,7 @@ class CanvasMetrics {
   const QFont& textFont() const { return m_textFont; }
   const QFont& nameFont() const { return m_nameFont; }
   double lineHeight() const { return m_lineHeight; }
+  double digitWidth() const { return m_digitWidth; }
 
   QSizeF boxSize(int pinsIn, int pinsOut) const;
   // From the top left corner of the box. The first pins of all boxes are at one height, so that a
@@ -39,6 +40,7 @@ class CanvasMetrics {
   QFont m_textFont;
   QFont m_nameFont;
   double m_lineHeight = 0.0;
+  double m_digitWidth = 0.0;
   double m_pictureSize = 0.0;
   double m_width = 0.0;
 };

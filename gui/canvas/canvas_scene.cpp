@@ -47,6 +47,9 @@ CanvasScene::CanvasScene(EditedGraph& graph, QObject* parent)
       m_graph(graph),
       m_metrics(QGuiApplication::font()),
       m_colors(CanvasColors::of(QGuiApplication::palette())) {
+  m_selectionTimer.setSingleShot(true);
+  m_selectionTimer.setInterval(0);
+  connect(&m_selectionTimer, &QTimer::timeout, this, &CanvasScene::selectionEdited);
   connectGraph();
   rebuild();
 }
@@ -80,6 +83,7 @@ void CanvasScene::setLook(const QPalette& palette, const QFont& font) {
   m_colors = CanvasColors::of(palette);
   m_metrics = CanvasMetrics(font);
   m_pictures.clear();
+  setBackgroundBrush(m_colors.background);
   for (ActionBox* box : std::as_const(m_boxes)) {
     box->read();
   }
@@ -124,7 +128,7 @@ void CanvasScene::addBox(ActionId id) {
 void CanvasScene::removeBox(ActionId id) {
   delete m_boxes.take(id);
   if (m_selection.actions.remove(id)) {
-    emit selectionEdited();
+    m_selectionTimer.start();
   }
   emit contentChanged();
 }
@@ -167,7 +171,7 @@ void CanvasScene::addCurve(LinkId id) {
 void CanvasScene::removeCurve(LinkId id) {
   delete m_curves.take(id);
   if (m_selection.links.remove(id)) {
-    emit selectionEdited();
+    m_selectionTimer.start();
   }
 }
 
@@ -181,7 +185,7 @@ void CanvasScene::addNote(NoteId id) {
 void CanvasScene::removeNote(NoteId id) {
   delete m_notes.take(id);
   if (m_selection.notes.remove(id)) {
-    emit selectionEdited();
+    m_selectionTimer.start();
   }
   emit contentChanged();
 }
@@ -298,6 +302,8 @@ void CanvasScene::setShowsHeatMap(bool shows) {
 }
 
 void CanvasScene::showResults() {
+  // Once for all: thousands of small areas would take longer than the picture.
+  update();
   double slowest = 0.0;
   double total = 0.0;
   for (const ActionState& state : std::as_const(m_states)) {

@@ -8,6 +8,7 @@
 
 #include <QGraphicsScene>
 #include <QHash>
+#include <QTimer>
 
 #include "gui/canvas/canvas_colors.h"
 #include "gui/canvas/canvas_metrics.h"
@@ -108,6 +109,7 @@ class CanvasScene : public QGraphicsScene {
   QHash<LinkId, LinkCurve*> m_curves;
   QHash<NoteId, NoteBox*> m_notes;
   GraphSelection m_selection;
+  QTimer m_selectionTimer;  // one signal for all that a command removes
   QHash<ActionId, ActionState> m_states;
   QHash<ActionId, QString> m_problems;
   bool m_showsHeatMap = false;

@@ -3,7 +3,7 @@
 //
 // It acts on every key that no shortcut of the window takes: arrows walk along links and among
 // siblings (Shift selects on the way, Ctrl moves what is selected), Alt and an arrow go to a link,
-// Tab walks in the order of reading and leaves the canvas at the end. All changes are commands of
+// Tab walks in the order of reading and leaves the canvas at the end, Ctrl+L draws a link. All changes are commands of
 // GraphCommands, and it shows what EditedGraph signals.
 // Threads: the user-interface thread.
 #pragma once
@@ -89,6 +89,8 @@ class CanvasView : public QGraphicsView {
   void alignSelection(Qt::Edge edge);
   void openCurrent();
   void previewCurrent();
+  // From the selected action, by keys alone; again: from its next output pin.
+  void drawLinkByKeys();
 
  signals:
   void selectionChanged();
@@ -130,6 +132,12 @@ class CanvasView : public QGraphicsView {
  private:
   // What was pressed, until the pointer has moved far enough for a gesture.
   struct Press;
+  // A link that is drawn by keys: where it begins, and the pins that can take it.
+  struct LinkByKeys {
+    PinRef start;
+    QList<PinRef> targets;
+    qsizetype current = 0;
+  };
 
   void connectScene();
   void updateReach();
@@ -155,6 +163,8 @@ class CanvasView : public QGraphicsView {
   bool walkToLink(int arrowKey);
   void moveByKey(int arrowKey);
   bool quickAddByLetter(const QKeyEvent& event);
+  void showLinkByKeys(int step);
+  void actOnLinkKey(const QKeyEvent& event);
   void setFocusAction(ActionId action);
   void announceFocus();
 
@@ -164,6 +174,7 @@ class CanvasView : public QGraphicsView {
   Minimap* m_minimap;
   std::unique_ptr<Press> m_press;
   std::unique_ptr<CanvasGesture> m_gesture;
+  std::optional<LinkByKeys> m_linkByKeys;
   std::optional<QPoint> m_panned;  // where the pointer was
   bool m_isSpacePressed = false;
   ActionId m_focusAction = kNoId;  // from which the keyboard walks on

@@ -68,6 +68,7 @@ const KeyCommand kKeyCommands[] = {
     {Qt::CTRL | Qt::Key_V, &CanvasView::paste},
     {Qt::CTRL | Qt::Key_D, &CanvasView::duplicateSelection},
     {Qt::CTRL | Qt::Key_E, &CanvasView::toggleDisabled},
+    {Qt::CTRL | Qt::Key_L, &CanvasView::drawLinkByKeys},
 };
 
 }  // namespace
@@ -86,6 +87,10 @@ void CanvasView::keyPressEvent(QKeyEvent* event) {
     } else {
       event->ignore();
     }
+    return;
+  }
+  if (m_linkByKeys) {
+    actOnLinkKey(*event);
     return;
   }
   if (m_gesture != nullptr || actOnKey(*event) || quickAddByLetter(*event)) {
@@ -226,6 +231,10 @@ bool CanvasView::quickAddByLetter(const QKeyEvent& event) {
 
 // Tab leaves the canvas behind the last action, so that nobody is caught in it.
 bool CanvasView::focusNextPrevChild(bool next) {
+  if (m_linkByKeys) {
+    showLinkByKeys(next ? 1 : -1);
+    return true;
+  }
   const QList<ActionId> order = readingOrder(*m_scene);
   const qsizetype now = order.indexOf(m_focusAction);
   const qsizetype wanted = now < 0 ? (next ? 0 : -1) : now + (next ? 1 : -1);
@@ -252,6 +261,9 @@ void CanvasView::focusInEvent(QFocusEvent* event) {
 void CanvasView::focusOutEvent(QFocusEvent* event) {
   QGraphicsView::focusOutEvent(event);
   m_isSpacePressed = false;
+  if (m_linkByKeys) {
+    cancelGesture();
+  }
   if (ActionBox* box = m_scene->box(m_focusAction)) {
     box->setHasFocusMark(false);
   }

@@ -158,7 +158,7 @@ void CanvasView::mouseMoveEvent(QMouseEvent* event) {
       (position - m_press->position).manhattanLength() >= QApplication::startDragDistance()) {
     startGesture();
   }
-  if (m_gesture != nullptr) {
+  if (m_gesture != nullptr && !m_linkByKeys) {
     moveGestureTo(position, event->modifiers());
   } else if (m_press == nullptr) {
     showCursorAt(position);
@@ -191,6 +191,7 @@ void CanvasView::mouseReleaseEvent(QMouseEvent* event) {
 void CanvasView::endGesture() {
   m_edgeTimer.stop();
   m_press.reset();
+  m_linkByKeys.reset();
   m_gesture.reset();
 }
 

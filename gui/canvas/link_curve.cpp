@@ -4,9 +4,9 @@
 #include <cmath>
 #include <limits>
 
-#include <QFontMetricsF>
 #include <QPainter>
 #include <QStyleOptionGraphicsItem>
+#include <QVarLengthArray>
 
 #include "gui/canvas/action_box.h"
 #include "gui/canvas/state_text.h"
@@ -16,7 +16,8 @@ namespace kelvarin {
 namespace {
 
 constexpr double kStubLength = 56.0;  // of a link whose other end does not exist
-constexpr int kPointCount = 17;
+constexpr double kMaximumReach = 160.0;
+constexpr int kPointCount = 33;
 constexpr double kSmoothScale = 0.4;
 constexpr double kLabelScale = 0.5;
 constexpr double kWidth = 2.0;
@@ -34,13 +35,22 @@ double distanceToLine(QPointF point, QPointF from, QPointF to) {
   return std::hypot(way.x(), way.y());
 }
 
+// Of a path with one curve; QPainterPath looks for points by their length, which takes long.
+QPointF pointOfCurve(const QPainterPath& path, double t) {
+  const QPointF start = path.elementAt(0);
+  const QPointF one = path.elementAt(1);
+  const QPointF two = path.elementAt(2);
+  const QPointF end = path.elementAt(3);
+  const double u = 1.0 - t;
+  return u * u * u * start + 3 * u * u * t * one + 3 * u * t * t * two + t * t * t * end;
+}
+
 }  // namespace
 
 QPainterPath curveBetween(QPointF from, QPointF to) {
   const double distance = std::hypot(to.x() - from.x(), to.y() - from.y());
-  const double ahead = to.x() - from.x();
-  const double reach = ahead >= 0 ? std::clamp(ahead / 2, std::min(24.0, distance / 2), 160.0)
-                                  : std::clamp(-ahead, 48.0, 200.0);
+  const double back = std::max(0.0, from.x() - to.x());
+  const double reach = std::min(distance / 2.5 + back / 4, kMaximumReach);
   QPainterPath path(from);
   path.cubicTo(from + QPointF(reach, 0), to - QPointF(reach, 0), to);
   return path;
@@ -54,16 +64,22 @@ class LinkCurve::RowsLabel final : public QGraphicsItem {
     scene.addItem(this);
   }
 
-  void show(const QString& text, QPointF middle) {
-    if (m_text != text || pos() != middle) {
-      prepareGeometryChange();
-      m_text = text;
-      setPos(middle);
-      const QFontMetricsF metrics(m_scene.metrics().textFont());
-      const double width = metrics.horizontalAdvance(text) + 8;
-      m_area = {-width / 2, -metrics.height() - 5, width, metrics.height()};
-      update();
+  // The text is made when it is seen: in a run, all counts change many times a second.
+  void show(long long rows, QPointF middle) {
+    setPos(middle);
+    if (m_rows == rows) {
+      return;
     }
+    m_rows = rows;
+    const int digits = static_cast<int>(std::log10(std::max(rows, 1LL))) + 1;
+    if (digits != m_digits) {
+      prepareGeometryChange();
+      m_digits = digits;
+      const CanvasMetrics& metrics = m_scene.metrics();
+      const double width = (digits + (digits - 1) / 3 * 0.6) * metrics.digitWidth() + 8;
+      m_area = {-width / 2, -metrics.lineHeight() - 5, width, metrics.lineHeight()};
+    }
+    update();
   }
   QRectF boundingRect() const override { return m_area; }
   void paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) override {
@@ -81,18 +97,20 @@ class LinkCurve::RowsLabel final : public QGraphicsItem {
     painter->setRenderHint(QPainter::Antialiasing, false);
     painter->setPen(m_scene.colors().text);
     painter->setFont(m_scene.metrics().textFont());
-    painter->drawText(m_area, Qt::AlignCenter, m_text);
+    painter->drawText(m_area, Qt::AlignCenter, groupedCount(m_rows));
   }
 
  private:
   CanvasScene& m_scene;
-  QString m_text;
+  long long m_rows = -1;
+  int m_digits = 0;
   QRectF m_area;
 };
 
 LinkCurve::LinkCurve(CanvasScene& scene, LinkId id) : m_scene(scene) {
   m_link.id = id;
   setZValue(1);
+  setFlag(ItemUsesExtendedStyleOption);
   read();
 }
 
@@ -124,7 +142,7 @@ void LinkCurve::follow() {
   m_path = curveBetween(from, to);
   m_points.reserve(kPointCount);
   for (int i = 0; i < kPointCount; ++i) {
-    m_points.append(m_path.pointAtPercent(i / (kPointCount - 1.0)));
+    m_points.append(pointOfCurve(m_path, i / (kPointCount - 1.0)));
   }
   m_middle = m_points[kPointCount / 2];
   const double margin = kMarkSize / 2 + 2;
@@ -156,7 +174,7 @@ void LinkCurve::setRows(long long rows, double heat) {
   if (m_label == nullptr) {
     m_label = new RowsLabel(m_scene);
   }
-  m_label->show(groupedCount(rows), m_middle);
+  m_label->show(rows, m_middle);
 }
 
 void LinkCurve::setSelected(bool isSelected) {
@@ -186,7 +204,7 @@ QPen LinkCurve::pen(double scale) const {
                        : isBroken ? colors.error
                        : m_heat < 0
                            ? colors.link
-                           : mixed(colors.link, colors.error, std::clamp(m_heat, 0.0, 1.0));
+                           : mixed(colors.link, colors.warning, std::clamp(m_heat, 0.0, 1.0));
   if (scale < kSmoothScale) {
     QPen thin(color, standsOut ? 2.0 : 1.0, isBroken ? Qt::DashLine : Qt::SolidLine);
     thin.setCosmetic(true);
@@ -195,27 +213,43 @@ QPen LinkCurve::pen(double scale) const {
   return {color, width(), isBroken ? Qt::DashLine : Qt::SolidLine, Qt::FlatCap};
 }
 
-void LinkCurve::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) {
+// Line by line, and only those that are seen: a stroked curve takes ten times as long.
+void LinkCurve::paintLines(QPainter& painter, const QRectF& seen) const {
+  QVarLengthArray<QLineF, kPointCount> lines;
+  for (qsizetype i = 1; i < m_points.size(); ++i) {
+    const QLineF line(m_points[i - 1], m_points[i]);
+    const QRectF area = QRectF(line.p1(), line.p2()).normalized().adjusted(-8, -8, 8, 8);
+    if (area.intersects(seen)) {
+      lines.append(line);
+    }
+  }
+  painter.drawLines(lines.constData(), static_cast<int>(lines.size()));
+}
+
+void LinkCurve::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget*) {
   const double scale =
       QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
+  const bool isBroken = !m_link.whyBroken.isEmpty();
   painter->setPen(pen(scale));
   painter->setBrush(Qt::NoBrush);
-  if (scale < kSmoothScale) {
-    painter->drawPolyline(m_points);
-    return;
-  }
-  painter->setRenderHint(QPainter::Antialiasing);
-  painter->drawPath(m_path);
-  if (!m_link.whyBroken.isEmpty()) {
-    const QRectF area(m_middle.x() - kMarkSize / 2, m_middle.y() - kMarkSize / 2, kMarkSize,
-                      kMarkSize);
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(m_scene.colors().background);
-    painter->drawEllipse(area);
-    drawStateMark(*painter, area.marginsRemoved({2, 2, 2, 2}), StateMark::failed,
-                  m_scene.colors().error);
+  painter->setRenderHint(QPainter::Antialiasing, scale >= kSmoothScale);
+  if (isBroken && scale >= kSmoothScale) {
+    painter->drawPath(m_path);
+    paintBrokenMark(*painter);
+  } else {
+    paintLines(*painter, option->exposedRect);
   }
   painter->setRenderHint(QPainter::Antialiasing, false);
+}
+
+void LinkCurve::paintBrokenMark(QPainter& painter) const {
+  const QRectF area(m_middle.x() - kMarkSize / 2, m_middle.y() - kMarkSize / 2, kMarkSize,
+                    kMarkSize);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(m_scene.colors().background);
+  painter.drawEllipse(area);
+  drawStateMark(painter, area.marginsRemoved({2, 2, 2, 2}), StateMark::failed,
+                m_scene.colors().error);
 }
 
 }  // namespace kelvarin

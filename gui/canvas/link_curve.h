@@ -39,6 +39,8 @@ class LinkCurve final : public QGraphicsItem {
  private:
   class RowsLabel;
   QPen pen(double scale) const;
+  void paintLines(QPainter& painter, const QRectF& seen) const;
+  void paintBrokenMark(QPainter& painter) const;
   double width() const;
 
   CanvasScene& m_scene;

@@ -1,7 +1,7 @@
+#include <array>
 #include <memory>
 
-#include <QGraphicsPathItem>
-#include <QPainterPath>
+#include <QGraphicsLineItem>
 #include <QPen>
 
 #include "gui/canvas/action_box.h"
@@ -43,18 +43,23 @@ class MoveGesture final : public CanvasGesture {
   ActionId m_insertable = kNoId;
   QPointF m_offset;
   LinkId m_target = kNoId;
-  std::unique_ptr<QGraphicsPathItem> m_guides;
+  // Items of their own: one for both would cover the whole canvas, which is drawn anew then.
+  std::array<std::unique_ptr<QGraphicsLineItem>, 2> m_guides;
 };
 
 MoveGesture::MoveGesture(const GestureParts& parts, QPointF start)
-    : m_parts(parts), m_start(start), m_guides(std::make_unique<QGraphicsPathItem>()) {
+    : m_parts(parts), m_start(start) {
   collectMoved();
   collectOthers();
   QPen pen(m_parts.scene.colors().accent, 1.0, Qt::DashLine);
   pen.setCosmetic(true);
-  m_guides->setPen(pen);
-  m_guides->setZValue(4);
-  m_parts.scene.addItem(m_guides.get());
+  for (std::unique_ptr<QGraphicsLineItem>& guide : m_guides) {
+    guide = std::make_unique<QGraphicsLineItem>();
+    guide->setPen(pen);
+    guide->setZValue(4);
+    guide->hide();
+    m_parts.scene.addItem(guide.get());
+  }
 }
 
 void MoveGesture::collectMoved() {
@@ -131,12 +136,13 @@ void MoveGesture::show(QPointF offset) {
 }
 
 void MoveGesture::showGuides(const QList<QLineF>& guides) {
-  QPainterPath path;
-  for (const QLineF& line : guides) {
-    path.moveTo(line.p1());
-    path.lineTo(line.p2());
+  for (std::size_t i = 0; i < m_guides.size(); ++i) {
+    const auto line = static_cast<qsizetype>(i);
+    m_guides[i]->setVisible(line < guides.size());
+    if (line < guides.size()) {
+      m_guides[i]->setLine(guides[line]);
+    }
   }
-  m_guides->setPath(path);
 }
 
 LinkId MoveGesture::linkBelow() const {
@@ -146,7 +152,7 @@ LinkId MoveGesture::linkBelow() const {
 }
 
 void MoveGesture::end() {
-  m_guides.reset();
+  m_guides = {};
   m_parts.scene.setLitLink(kNoId);
 }
 

@@ -18,7 +18,7 @@ QString percent(double fraction) {
   return Texts::tr("%1 %").arg(static_cast<int>(std::floor(100 * fraction)));
 }
 
-// Of what leaves the action, or of what enters a sink.
+// Of what leaves the action, "3,015 + 16,796" for two pins, or of what enters a sink.
 QString rowsOf(const ActionState& state) {
   const std::vector<long long>& counts = state.rowsOut.empty() ? state.rowsIn : state.rowsOut;
   if (counts.empty()) {
@@ -31,8 +31,7 @@ QString rowsOf(const ActionState& state) {
   for (const long long count : counts) {
     parts.append(groupedCount(count));
   }
-  //: Rows of several pins: "3,015 + 16,796 rows".
-  return Texts::tr("%1 rows").arg(parts.join(QStringLiteral(" + ")));
+  return parts.join(QStringLiteral(" + "));
 }
 
 QString joined(const QStringList& parts) {
@@ -49,16 +48,15 @@ StatusLine lineOfRun(const ActionState& state) {
     case ActionState::Kind::waiting:
       return {StateMark::waiting, Texts::tr("waiting")};
     case ActionState::Kind::running: {
-      const QString share = state.fractionDone < 0 ? QString() : percent(state.fractionDone);
-      const QString text = joined({share, rows});
-      return {StateMark::running, text.isEmpty() ? Texts::tr("running") : text};
+      const QString share = state.fractionDone < 0 ? rows : percent(state.fractionDone);
+      return {StateMark::running, share.isEmpty() ? Texts::tr("running") : share};
     }
     case ActionState::Kind::done:
       return {StateMark::done, rows.isEmpty() ? Texts::tr("done") : rows};
     case ActionState::Kind::failed:
       return {StateMark::failed, Texts::tr("failed")};
     case ActionState::Kind::stopped:
-      return {StateMark::stopped, joined({Texts::tr("stopped"), rows})};
+      return {StateMark::stopped, Texts::tr("stopped")};
   }
   return {};
 }
@@ -73,6 +71,8 @@ QString spokenState(const ActionState& state) {
                      rowsOf(state)});
     case ActionState::Kind::done:
       return joined({Texts::tr("done"), rowsOf(state)});
+    case ActionState::Kind::stopped:
+      return joined({Texts::tr("stopped"), rowsOf(state)});
     default:
       return lineOfRun(state).text;
   }
@@ -148,7 +148,6 @@ StatusLine statusLine(const EditedGraph& graph, ActionId action, const ActionSta
   StatusLine line = lineOfRun(state);
   if (state.isStale && state.kind != ActionState::Kind::none) {
     line.mark = StateMark::changed;
-    line.text = joined({line.text, Texts::tr("changed")});
   }
   return line;
 }

@@ -6,6 +6,9 @@
 namespace kelvarin {
 
 QStringList wrappedLines(const QString& text, const QFont& font, double width, int count) {
+  if (QFontMetricsF(font).horizontalAdvance(text) <= width) {
+    return {text};
+  }
   QTextLayout layout(text, font);
   QTextOption option;
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
