@@ -9,15 +9,16 @@
 #include <QWidget>
 
 #include "ui/debugger/debug_rules.h"
+#include "ui/language/formula.h"
 
 class QCheckBox;
 class QComboBox;
-class QLineEdit;
 class QPushButton;
 class QSpinBox;
 
 namespace kelvarin {
 
+class ExpressionField;
 class FlowLayout;
 class IconButton;
 
@@ -51,6 +52,8 @@ class DebuggerControls : public QWidget {
   int element() const;
   // Of the breakpoint; empty where it is off.
   QString condition() const;
+  // What the condition may refer to.
+  void setConditionFormula(const Formula& formula);
   // To go on to what is chosen.
   DebugRules rules() const;
   // To go on to the breakpoint alone.
@@ -65,6 +68,7 @@ class DebuggerControls : public QWidget {
   void backWanted();
   void forwardWanted();
   void runToWanted();
+  // Of a condition that is being typed at the end of editing.
   void conditionChanged();
   void elementChanged();
 
@@ -85,7 +89,7 @@ class DebuggerControls : public QWidget {
   IconButton* m_back = nullptr;
   IconButton* m_forward = nullptr;
   QCheckBox* m_breaks = nullptr;
-  QLineEdit* m_condition = nullptr;
+  ExpressionField* m_condition = nullptr;
   QComboBox* m_target = nullptr;
   QSpinBox* m_row = nullptr;
   QPushButton* m_runTo = nullptr;

@@ -1,5 +1,6 @@
 #include "ui/debugger/debugger_panel.h"
 
+#include <QSet>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -115,9 +116,57 @@ void DebuggerPanel::setLackingVariables(const QStringList& names) {
   showNotes();
 }
 
+void DebuggerPanel::setOutputs(const std::vector<OutputVariable>& outputs) {
+  m_outputs = outputs;
+  showConditionNames();
+}
+
 void DebuggerPanel::formulaChanged() {
   askForParts();
   showNotes();
+  showConditionNames();
+}
+
+// Of the row that is shown; before the first one without values.
+std::vector<VariableValue> DebuggerPanel::knownResults() const {
+  if (m_shown < m_state.rows.size()) {
+    return valuesToShow(m_state.rows.at(m_shown)->row, shownElement()).results;
+  }
+  std::vector<VariableValue> results;
+  for (const OutputVariable& output : m_outputs) {
+    VariableValue result;
+    result.name = output.name;
+    result.value = output.meta == MetaTypeColumn::text ? ExpressionValue::ofText("")
+                                                       : ExpressionValue::ofNumber(0);
+    results.push_back(std::move(result));
+  }
+  return results;
+}
+
+// A condition sees variables and results, but no columns that are none of them; of two with one
+// name the variable.
+void DebuggerPanel::showConditionNames() {
+  Formula formula = m_formula();
+  formula.output = {};
+  formula.use = ResultUse::truth;
+  formula.columns = {};
+  formula.rows = nullptr;
+  formula.current = m_views->values();
+  QSet<QString> names;
+  for (const InputVariable& variable : formula.variables) {
+    names += variable.name();
+  }
+  for (VariableValue& result : knownResults()) {
+    if (names.contains(result.name)) {
+      continue;
+    }
+    InputVariable variable;
+    variable.label = result.name;
+    variable.isNumber = result.value.type != ExpressionValue::Type::text;
+    formula.variables.push_back(std::move(variable));
+    formula.current.push_back(std::move(result));
+  }
+  m_controls->setConditionFormula(formula);
 }
 
 void DebuggerPanel::startOrStop() {
@@ -275,6 +324,7 @@ void DebuggerPanel::showRow(std::size_t index) {
   if (!m_session.isRunning() || m_state.isWaiting) {
     m_views->fitColumns();
     askForParts();
+    showConditionNames();
   }
 }
 

@@ -45,6 +45,8 @@ class DebuggerPanel : public QWidget {
   void setExpertMode(bool isExpert);
   // Variables that a debug run lacks, since they come from a table that it does not read.
   void setLackingVariables(const QStringList& names);
+  // What the action computes, as the condition of a breakpoint may name it before the first row.
+  void setOutputs(const std::vector<OutputVariable>& outputs);
   // Another expression is looked at, or it was edited.
   void formulaChanged();
 
@@ -88,6 +90,8 @@ class DebuggerPanel : public QWidget {
   void showParts(const PartValues& values);
   void showNotes();
   QString engineNote() const;
+  void showConditionNames();
+  std::vector<VariableValue> knownResults() const;
   int shownElement() const { return m_elementCount > 0 ? m_controls->element() : -1; }
 
   DebugSession& m_session;
@@ -101,6 +105,7 @@ class DebuggerPanel : public QWidget {
   bool m_hasEnded = false;
   bool m_isStopping = false;
   QStringList m_lacking;
+  std::vector<OutputVariable> m_outputs;
   QuickFix m_fix;  // of an expression that cannot be debugged
   std::vector<QShortcut*> m_keys;
 

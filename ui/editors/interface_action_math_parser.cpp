@@ -419,6 +419,9 @@ void Interface_actionMathParser::updateFormula() {
     names += variable.name();
   }
   m_debugger->setLackingVariables(names);
+  if (!isVectorized()) {
+    m_debugger->setOutputs(m_action.outputVariables());
+  }
 }
 
 void Interface_actionMathParser::takeTableOver() {

@@ -7,7 +7,7 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QLayout>
-#include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTableView>
@@ -20,6 +20,7 @@
 #include "host/widgets/info_line.h"
 #include "host/widgets/translation.h"
 #include "ui/debugger/tests/debugged_branch.h"
+#include "ui/widgets/expression_field.h"
 
 namespace kelvarin::testing {
 namespace {
@@ -175,8 +176,8 @@ TEST_F(DebuggerPanelTest, AnEditedValueIsEvaluatedAndTheRunIsLeftAlone) {
 }
 
 TEST_F(DebuggerPanelTest, RunsToABreakpointARowAndTheNextNull) {
-  find<QLineEdit>("leBreakpoint")->setFocus();
-  QTest::keyClicks(find<QLineEdit>("leBreakpoint"), "price == 40");
+  find<QPlainTextEdit>("leBreakpoint")->setFocus();
+  QTest::keyClicks(find<QPlainTextEdit>("leBreakpoint"), "price == 40");
   EXPECT_TRUE(find<QCheckBox>("cbBreakpoint")->isChecked());
   press(Qt::Key_F10, Qt::ControlModifier);
   ASSERT_TRUE(waitFor("Row 40, stopped at a breakpoint."));
@@ -196,6 +197,30 @@ TEST_F(DebuggerPanelTest, RunsToABreakpointARowAndTheNextNull) {
   EXPECT_TRUE(lines[0].startsWith("\"Row\",\"Stopped\",\"price\",\"quantity\""));
   EXPECT_TRUE(lines[2].startsWith("1,\"\",12.5,,"));
   EXPECT_TRUE(lines[41].startsWith("40,\"breakpoint\",40,0.5,"));
+}
+
+// It knows the results, too, and a row under way is not judged by half of a condition.
+TEST_F(DebuggerPanelTest, TheConditionIsCheckedWhileItIsTyped) {
+  auto* field = find<QPlainTextEdit>("leBreakpoint");
+  const auto verdict = [&] {
+    const auto* owner = qobject_cast<ExpressionField*>(field->parentWidget());
+    return qobject_cast<const InfoLine*>(owner->verdict());
+  };
+  press(Qt::Key_F5);
+  ASSERT_TRUE(waitFor("Row 0."));
+  field->setFocus();
+  QTest::keyClicks(field, "FilterRows == 1 and pricy > 3");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return verdict()->text().contains("pricy"); }));
+  EXPECT_TRUE(verdict()->isVisible());
+  EXPECT_EQ(session.rules().condition, "");
+  QTest::keyClick(field, Qt::Key_Return, Qt::AltModifier);  // the nearest name
+  EXPECT_TRUE(QTest::qWaitFor([&] { return verdict()->text().isEmpty(); }));
+  EXPECT_EQ(field->toPlainText(), "FilterRows == 1 and price > 3");
+  QTest::keyClick(field, Qt::Key_Escape);
+  QTest::keyClick(field, Qt::Key_Return);
+  EXPECT_EQ(session.rules().condition, "FilterRows == 1 and price > 3");
+  press(Qt::Key_F5);
+  EXPECT_TRUE(waitFor("Row 41, stopped at a breakpoint.")) << status().toStdString();
 }
 
 TEST_F(DebuggerPanelTest, SaysBeforeStartWhatTheStringParserRefuses) {
@@ -277,7 +302,7 @@ TEST(DebuggerPanelOfVectors, ShowsTheChosenElement) {
   panel.show();
   auto* element = panel.findChild<QSpinBox*>("sbElement");
   EXPECT_FALSE(element->isVisible());
-  QTest::keyClicks(panel.findChild<QLineEdit*>("leBreakpoint"), "x == 20");
+  QTest::keyClicks(panel.findChild<QPlainTextEdit*>("leBreakpoint"), "x == 20");
   panel.findChild<QPushButton*>("pbStartStop")->click();
   const auto value = [&] {
     const auto* model = panel.findChild<QTableView*>("variablesOfRow")->model();
