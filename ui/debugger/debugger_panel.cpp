@@ -1,7 +1,6 @@
 #include "ui/debugger/debugger_panel.h"
 
 #include <QShortcut>
-#include <QVBoxLayout>
 
 #include "expression/errors/backend_kind.h"
 #include "expression/functions/called_functions.h"
@@ -11,6 +10,7 @@
 #include "ui/debugger/row_values.h"
 #include "ui/language/messages.h"
 #include "ui/language/shown_value.h"
+#include "ui/widgets/shrinking_column.h"
 
 namespace kelvarin {
 
@@ -23,7 +23,7 @@ DebuggerPanel::DebuggerPanel(DebugSession& session, const DebuggerTexts& texts,
       m_status(new InfoLine(this)),
       m_notes(new InfoLine(this)),
       m_views(new DebuggerViews(this)) {
-  auto* layout = new QVBoxLayout(this);
+  auto* layout = new ShrinkingColumn(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(8);
   layout->addWidget(m_controls);
