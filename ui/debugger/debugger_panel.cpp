@@ -136,6 +136,7 @@ void DebuggerPanel::start(const std::optional<DebugRules>& rules) {
   m_session.setCondition(m_controls->condition(), m_controls->element());
   showNoRow();
   m_hasEnded = false;
+  m_isStopping = false;
   if (!(rules ? m_session.start(*rules) : m_session.startOrStop())) {
     m_status->setMessage(Severity::error, tr("This action cannot be run here. The log says why."));
   } else {
@@ -146,7 +147,9 @@ void DebuggerPanel::start(const std::optional<DebugRules>& rules) {
 
 void DebuggerPanel::stop() {
   if (m_session.isRunning()) {
+    m_isStopping = true;
     m_session.startOrStop();
+    showStatus();
   }
 }
 
@@ -227,6 +230,11 @@ void DebuggerPanel::showControls() {
 }
 
 void DebuggerPanel::showStatus() {
+  if (m_session.isRunning() && m_isStopping) {
+    m_status->setMessage(Severity::information,
+                         tr("Stopping: the run ends as soon as its source answers."));
+    return;
+  }
   if (m_session.isRunning() && !m_state.isWaiting) {
     m_status->setMessage(Severity::information, debugger_texts::running(m_state));
     return;
@@ -257,11 +265,9 @@ void DebuggerPanel::showRow(std::size_t index) {
   const ObservedRow& row = m_state.rows.at(index)->row;
   m_elementCount = elementCount(row);
   m_controls->setElementCount(m_elementCount);
-  std::vector<VariableValue> before;
-  if (index > 0) {
-    before = valuesOfElement(m_state.rows.at(index - 1)->row, shownElement());
-  }
-  m_views->showRow(index, valuesOfElement(row, shownElement()), before);
+  const RowValues before =
+      index > 0 ? valuesToShow(m_state.rows.at(index - 1)->row, shownElement()) : RowValues();
+  m_views->showRow(index, valuesToShow(row, shownElement()), before);
   emit rowShown(variableValues(row));
   showStatus();
   showControls();

@@ -99,6 +99,7 @@ class DebuggerPanel : public QWidget {
   int m_elementCount = 0;
   bool m_isExpert = true;
   bool m_hasEnded = false;
+  bool m_isStopping = false;
   QStringList m_lacking;
   QuickFix m_fix;  // of an expression that cannot be debugged
   std::vector<QShortcut*> m_keys;

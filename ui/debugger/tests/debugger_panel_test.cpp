@@ -117,6 +117,25 @@ TEST_F(DebuggerPanelTest, KeysStartStepGoBackAndStop) {
   EXPECT_EQ(shown.size(), 3u);  // the last row stays in sight
 }
 
+TEST_F(DebuggerPanelTest, ResultsStandBesideTheRowAndTheirChangesAreMarked) {
+  const auto isBold = [this] {
+    const auto* model = find<QTableView>("resultsOfRow")->model();
+    return model->index(0, 1).data(Qt::FontRole).value<QFont>().bold();
+  };
+  press(Qt::Key_F5);
+  ASSERT_TRUE(waitFor("Row 0."));
+  EXPECT_EQ(cell("resultsOfRow", 0, 0), "FilterRows");
+  EXPECT_EQ(cell("resultsOfRow", 0, 1), "true");
+  EXPECT_FALSE(isBold());
+  press(Qt::Key_F10);
+  ASSERT_TRUE(waitFor("Row 1."));
+  EXPECT_EQ(cell("resultsOfRow", 0, 1), "false");
+  EXPECT_EQ(cell("resultsOfRow", 0, 2), "true");
+  EXPECT_TRUE(isBold());
+  const auto* model = find<QTableView>("resultsOfRow")->model();
+  EXPECT_FALSE(model->flags(model->index(0, 1)).testFlag(Qt::ItemIsEditable));
+}
+
 TEST_F(DebuggerPanelTest, TheTreeSaysWhereANullArises) {
   press(Qt::Key_F5);
   ASSERT_TRUE(waitFor("Row 0."));
