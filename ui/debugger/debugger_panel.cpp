@@ -2,7 +2,6 @@
 
 #include <QSet>
 #include <QShortcut>
-#include <QVBoxLayout>
 
 #include "expression/errors/backend_kind.h"
 #include "expression/functions/called_functions.h"
@@ -12,6 +11,7 @@
 #include "ui/debugger/row_values.h"
 #include "ui/language/messages.h"
 #include "ui/language/shown_value.h"
+#include "ui/widgets/shrinking_column.h"
 
 namespace kelvarin {
 
@@ -24,7 +24,7 @@ DebuggerPanel::DebuggerPanel(DebugSession& session, const DebuggerTexts& texts,
       m_status(new InfoLine(this)),
       m_notes(new InfoLine(this)),
       m_views(new DebuggerViews(this)) {
-  auto* layout = new QVBoxLayout(this);
+  auto* layout = new ShrinkingColumn(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(8);
   layout->addWidget(m_controls);

@@ -17,7 +17,7 @@ namespace kelvarin {
 
 namespace {
 
-constexpr int kMinimumLines = 3;
+constexpr int kMinimumLines = 2;
 constexpr int kUsualLines = 6;
 
 // The field's own sheet reaches its scroll bars, which would then be drawn as bare boxes.

@@ -57,6 +57,7 @@ class ExpressionField::Parts : public QObject {
   void setRefused(bool isRefused);
   void setHistoryKey(const QString& key);
   void setValuesShown(bool isShown) { m_values->setVisible(isShown); }
+  void addBesideVerdict(QWidget* control);
   void change(const QuickFix& fix);
 
  private:
@@ -85,6 +86,7 @@ class ExpressionField::Parts : public QObject {
   ExpressionVerdict* m_verdict;
   IconButton* m_historyButton;
   ValueStrip* m_values;
+  QHBoxLayout* m_below = nullptr;  // of the verdict; null in a field of one line
   CallTipWindow* m_callTip;
   ExpressionCompletion* m_completion;
   HistoryKeys* m_history;
@@ -123,7 +125,7 @@ ExpressionField::Parts::Parts(ExpressionField& field, Form form)
 void ExpressionField::Parts::layOut() {
   auto* layout = new QVBoxLayout(&m_field);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(isLine() ? 4 : 8);
+  layout->setSpacing(4);
   layout->addWidget(m_editor, 1);
   m_field.setFocusProxy(m_editor);
   if (isLine()) {
@@ -135,13 +137,17 @@ void ExpressionField::Parts::layOut() {
     layout->addWidget(m_verdict);
     return;
   }
-  auto* below = new QHBoxLayout;
-  below->setSpacing(8);
+  m_below = new QHBoxLayout;
   m_verdict->setContentsMargins(0, 4, 0, 0);  // its first line stands beside the button's icon
-  below->addWidget(m_verdict, 1, Qt::AlignTop);
-  below->addWidget(m_historyButton, 0, Qt::AlignTop);
-  layout->addLayout(below);
+  m_below->setSpacing(8);
+  m_below->addWidget(m_verdict, 1, Qt::AlignTop);
+  m_below->addWidget(m_historyButton, 0, Qt::AlignTop);
+  layout->addLayout(m_below);
   layout->addWidget(m_values);
+}
+
+void ExpressionField::Parts::addBesideVerdict(QWidget* control) {
+  m_below->insertWidget(m_below->indexOf(m_historyButton), control, 0, Qt::AlignTop);
 }
 
 void ExpressionField::Parts::connectEditor() {
@@ -418,6 +424,10 @@ void ExpressionField::selectPart(qsizetype start, qsizetype size) {
 
 QWidget* ExpressionField::verdict() const {
   return &m_parts->verdict();
+}
+
+void ExpressionField::addBesideVerdict(QWidget* control) {
+  m_parts->addBesideVerdict(control);
 }
 
 void ExpressionField::setValuesShown(bool isShown) {

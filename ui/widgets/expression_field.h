@@ -51,6 +51,8 @@ class ExpressionField : public QWidget {
   void apply(const QuickFix& fix);
   // Below the field; where a line is too narrow for it, its owner puts it into another layout.
   QWidget* verdict() const;
+  // Further controls on the verdict's line, of what the values are about.
+  void addBesideVerdict(QWidget* control);
   // Where there are never rows, the table of their values only takes height.
   void setValuesShown(bool isShown);
   // Whose earlier expressions are offered: those of this kind of action. The field adds what was
