@@ -316,8 +316,9 @@ void DebuggerPanel::showRow(std::size_t index) {
   m_controls->setElementCount(m_elementCount);
   const RowValues before =
       index > 0 ? valuesToShow(m_state.rows.at(index - 1)->row, shownElement()) : RowValues();
-  m_views->showRow(index, valuesToShow(row, shownElement()), before);
-  emit rowShown(variableValues(row));
+  const RowValues values = valuesToShow(row, shownElement());
+  m_views->showRow(index, values, before);
+  emit rowShown(values.variables);
   showStatus();
   showControls();
   showNotes();

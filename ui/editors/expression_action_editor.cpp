@@ -242,6 +242,7 @@ QWidget* ExpressionActionEditor::makeDebugger(const DebuggerTexts& texts) {
   connect(m_debugger, &DebuggerPanel::rowShown, this,
           [this](const std::vector<VariableValue>& values) {
             m_currentRow = values;
+            m_field->setCurrentRow(values);
             m_variables->setDebugValues(values);
           });
   connect(m_debugger, &DebuggerPanel::partChosen, m_field, &ExpressionField::selectPart);

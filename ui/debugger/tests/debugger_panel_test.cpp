@@ -281,8 +281,10 @@ TEST_F(DebuggerPanelTest, SaysThatSamplingOnlyCounts) {
 // The run stops once a row; the breakpoint and the variables are those of the chosen element.
 TEST(DebuggerPanelOfVectors, ShowsTheChosenElement) {
   DebuggedBranch branch(
-      makeAction<CalculatorVectorized>("<CalculatorVectorized><OutputVars><OutputVar name='\"o\"//"
-                                       "_n'>x*2</OutputVar></OutputVars></CalculatorVectorized>"),
+      makeAction<CalculatorVectorized>(
+          "<CalculatorVectorized abortWhenError='0'><OutputVars><OutputVar name='\"o\"//_n'>x*2"
+          "</OutputVar><OutputVar name='\"p\"//_n'>(x &gt; 15 ? \"t\" : 1) + 1</OutputVar>"
+          "</OutputVars></CalculatorVectorized>"),
       "a1:F a2:F");
   branch.rows = [](FakeInputPin& pin) {
     pin.push({1, 10});
@@ -302,7 +304,7 @@ TEST(DebuggerPanelOfVectors, ShowsTheChosenElement) {
   panel.show();
   auto* element = panel.findChild<QSpinBox*>("sbElement");
   EXPECT_FALSE(element->isVisible());
-  QTest::keyClicks(panel.findChild<QPlainTextEdit*>("leBreakpoint"), "x == 20");
+  QTest::keyClicks(panel.findChild<QPlainTextEdit*>("leBreakpoint"), "x == 20 and o1 == 40");
   panel.findChild<QPushButton*>("pbStartStop")->click();
   const auto value = [&] {
     const auto* model = panel.findChild<QTableView*>("variablesOfRow")->model();
@@ -313,13 +315,36 @@ TEST(DebuggerPanelOfVectors, ShowsTheChosenElement) {
   };
   ASSERT_TRUE(QTest::qWaitFor([&] { return value() == "1" && whole() == "2"; }));
   EXPECT_TRUE(element->isVisible());
+  const auto result = [&](int output, int column) {
+    return panel.findChild<QTableView*>("resultsOfRow")->model()->index(output, column).data();
+  };
+  EXPECT_EQ(result(0, 0), "o0");
+  EXPECT_EQ(result(0, 1), "2");
+  std::vector<VariableValue> shown;
+  QObject::connect(&panel, &DebuggerPanel::rowShown,
+                   [&](const std::vector<VariableValue>& values) { shown = values; });
   element->setValue(1);
   EXPECT_EQ(value(), "10");
+  EXPECT_EQ(result(0, 0), "o1");
+  EXPECT_EQ(result(0, 1), "20");
+  EXPECT_EQ(result(1, 0), "p1");
+  ASSERT_EQ(shown.size(), 2u);  // x of this element, and _n
+  EXPECT_EQ(shown[0].value.number, 10);
   EXPECT_TRUE(QTest::qWaitFor([&] { return whole() == "20"; }));
   panel.findChild<QPushButton*>("pbRunTo")->click();
   const auto* status = panel.findChild<InfoLine*>("debuggerStatus");
   EXPECT_TRUE(QTest::qWaitFor(
       [&] { return status->text().startsWith("Row 1, stopped at a breakpoint."); }));
+  // What failed for one element is marked there alone.
+  const auto failure = [&] {
+    const auto* model = panel.findChild<QTableView*>("resultsOfRow")->model();
+    return model->index(1, 1).data(Qt::ToolTipRole).toString().contains("p1");
+  };
+  EXPECT_EQ(result(1, 1), "null");
+  EXPECT_TRUE(failure());
+  element->setValue(0);
+  EXPECT_EQ(result(1, 1), "2");
+  EXPECT_FALSE(failure());
 }
 
 TEST_F(DebuggerPanelTest, CanBeUsedByEveryone) {
