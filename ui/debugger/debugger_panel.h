@@ -47,6 +47,8 @@ class DebuggerPanel : public QWidget {
   void setLackingVariables(const QStringList& names);
   // What the action computes, as the condition of a breakpoint may name it before the first row.
   void setOutputs(const std::vector<OutputVariable>& outputs);
+  // Of vectors, whose values are shown.
+  void setElement(int element) { m_controls->setElement(element); }
   // Another expression is looked at, or it was edited.
   void formulaChanged();
 
@@ -64,6 +66,7 @@ class DebuggerPanel : public QWidget {
   void rowShown(const std::vector<kelvarin::VariableValue>& variables);
   // pbStartStop was pressed where nothing ran; the editor commits its fields first.
   void aboutToStart();
+  void elementChosen(int element);
   // A part of the expression was chosen in the tree.
   void partChosen(qsizetype start, qsizetype size);
   // The variables of setLackingVariables() are to be read from their table.
