@@ -2067,7 +2067,7 @@
     </message>
     <message>
         <source>&amp;Breakpoint where</source>
-        <translation>&amp;Haltepunkt, wo</translation>
+        <translation>Hal&amp;tepunkt, wo</translation>
     </message>
     <message>
         <source>Condition of the breakpoint</source>
@@ -2156,6 +2156,10 @@
         <source>Read the table once and take its variables over</source>
         <translation>Die Tabelle einmal lesen und ihre Variablen übernehmen</translation>
     </message>
+    <message>
+        <source>Stopping: the run ends as soon as its source answers.</source>
+        <translation>Der Lauf wird beendet, sobald seine Quelle antwortet.</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::DebuggerViews</name>
@@ -2186,6 +2190,10 @@
     <message>
         <source>&amp;Copy as CSV</source>
         <translation>Als &amp;CSV kopieren</translation>
+    </message>
+    <message>
+        <source>Results of the row</source>
+        <translation>Ergebnisse der Zeile</translation>
     </message>
 </context>
 <context>
@@ -2363,6 +2371,10 @@
     <message>
         <source>Save them before closing?</source>
         <translation>Vor dem Schließen speichern?</translation>
+    </message>
+    <message>
+        <source>%1 (output %2)</source>
+        <translation>%1 (Ausgabe %2)</translation>
     </message>
 </context>
 <context>
@@ -3075,7 +3087,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
     <message>
         <source>&amp;Log</source>
-        <translation>&amp;Protokoll</translation>
+        <translation>Proto&amp;koll</translation>
     </message>
     <message>
         <source>Copy</source>
@@ -3458,7 +3470,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
 </context>
 <context>
-    <name>kelvarin::RowVariablesModel</name>
+    <name>kelvarin::RowValuesModel</name>
     <message>
         <source>%1, edited for this row. The data stay as they are.</source>
         <translation>%1, für diese Zeile geändert. Die Daten bleiben, wie sie sind.</translation>
@@ -3478,6 +3490,14 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>Before</source>
         <translation>Davor</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>Fehler</translation>
     </message>
 </context>
 <context>
