@@ -61,8 +61,8 @@ class DebuggerPanel : public QWidget {
   void finishComputations();
 
  signals:
-  // The values of the row that is shown now, for the column "Value (debug):" and the parts under the
-  // pointer, of vectors those of the chosen element; empty: none.
+  // The values of the row that is shown now, for the column "Value (debug):" and the parts under
+  // the pointer, of vectors those of the chosen element; empty: none.
   void rowShown(const std::vector<kelvarin::VariableValue>& variables);
   // pbStartStop was pressed where nothing ran; the editor commits its fields first.
   void aboutToStart();
