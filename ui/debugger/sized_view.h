@@ -32,7 +32,7 @@ class SizedView : public View {
     return {View::sizeHint().width(), heightOfRows(kRows)};
   }
   QSize minimumSizeHint() const override {
-    constexpr int kRows = 4;
+    constexpr int kRows = 3;
     return {View::minimumSizeHint().width(), heightOfRows(kRows)};
   }
 };
