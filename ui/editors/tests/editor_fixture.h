@@ -14,6 +14,7 @@
 #include "host/contract/row_buffer.h"
 #include "host/testing/row_harness.h"
 #include "ui/editors/expression_action_editor.h"
+#include "ui/panels/notes_field.h"
 #include "ui/widgets/k_plain_text_edit.h"
 
 namespace kelvarin::testing {
@@ -128,6 +129,13 @@ class EditorTest : public ::testing::Test {
     field.selectAll();
     QTest::keyClicks(&field, text);
     QTest::keyClick(&field, Qt::Key_Return);
+  }
+  void typeNotes(const char* name, const QString& text) {
+    auto& notes = widget<NotesField>(name);
+    notes.setFocus();
+    notes.selectAll();
+    QTest::keyClicks(&notes, text);
+    QTest::keyClick(&notes, Qt::Key_Tab);
   }
   ExpressionField& field(const char* name = "expression") { return widget<ExpressionField>(name); }
   // As a user does who then goes elsewhere.
