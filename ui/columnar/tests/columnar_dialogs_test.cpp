@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -32,6 +33,7 @@
 #include "ui/columnar/interface_write_columnar_gel.h"
 #include "ui/columnar/table_work_dialog.h"
 #include "ui/error_dialog/interface_math_parser_check.h"
+#include "ui/help_browser/interface_math_parser_help.h"
 #include "ui/widgets/expression_field.h"
 #include "ui/widgets/k_plain_text_edit.h"
 
@@ -54,6 +56,16 @@ std::vector<Values> someRows(int count) {
   }
   return rows;
 }
+
+const char kFullReader[] =
+    "<ReadColumnarGel name='r' fileName='made.cgel_kelvarin' filterRows='1' readAllColumns='0'>"
+    "<CFilterRows><Expression>id_max &gt;= 8</Expression><InputVars><CInputVar column='id'/>"
+    "</InputVars></CFilterRows><ColumnsToRead><SL><S>price</S></SL></ColumnsToRead>"
+    "</ReadColumnarGel>";
+const char kFullWriter[] =
+    "<writeColumnarGel name='w' file='a&quot;+SplitVal+&quot;.gel' split='2' splitVar='shop' "
+    "advancedNaming='1' columnStrategy='1'><ColumnStrategy><C n='shop' s='1'/></ColumnStrategy>"
+    "</writeColumnarGel>";
 
 // One dialog over one action, and how many times it said that the document was modified.
 template <typename Editor, typename Action>
@@ -287,6 +299,12 @@ TEST_F(ReadDialogTest, TriesTheFilterOnTheFile) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return shown("trial").startsWith("skips 1 of 3"); }, 10'000))
       << shown("trial").toStdString();
   EXPECT_TRUE(hasSaved("id_max >= 8"));
+  const QAbstractItemModel& blocks = *widget<QTableView>("blockValues").model();
+  EXPECT_FALSE(widget<QTableView>("blockValues").isHidden());
+  ASSERT_EQ(blocks.columnCount(), 3);
+  EXPECT_EQ(blocks.index(0, 1).data().toString(), "skipped");
+  EXPECT_EQ(blocks.index(0, 2).data().toString(), "3");
+  EXPECT_EQ(blocks.index(2, 2).data().toString(), "9");
   // Nothing is read for a trial but the file itself.
   editor->setPlainText(QStringLiteral("load(\"/dev/zero\") == \"a\""));
   EXPECT_TRUE(QTest::qWaitFor([&] { return shown("trial").contains("reads a file"); }, 10'000))
@@ -390,10 +408,46 @@ TEST_F(WriteDialogTest, ShowsTheNamesOfTheFiles) {
   naming->setFocus();
   naming->selectAll();
   QTest::keyClicks(naming, QStringLiteral("tolower(SplitVal)"));
+  const auto showsLowerNames = [&] {
+    return widget<QLabel>("examples").text() == QStringLiteral("sa.gel\nsb.gel");
+  };
+  EXPECT_TRUE(QTest::qWaitFor(showsLowerNames, 10'000));  // while it is typed
+  EXPECT_FALSE(hasSaved("tolower"));
   widget<QLineEdit>("leFile").setFocus();
   EXPECT_TRUE(hasSaved(" file='s&quot;+tolower(SplitVal)+&quot;.gel'"));
-  settle();
-  EXPECT_EQ(widget<QLabel>("examples").text(), QStringLiteral("sa.gel\nsb.gel"));
+  EXPECT_TRUE(QTest::qWaitFor(showsLowerNames, 10'000));
+}
+
+TEST_F(WriteDialogTest, ChecksTheNamingExpression) {
+  open(kFullWriter);
+  auto& field = widget<ExpressionField>("naming");
+  const auto write = [&](const char* expression) {
+    field.editor()->setFocus();
+    field.editor()->setPlainText(QString::fromLatin1(expression));
+  };
+  // What would be read as another expression stays typed, and the name as it was.
+  write("replace(SplitVal, \"+\", \"\")");
+  m_editor->commit();
+  widget<QLineEdit>("leFile").setFocus();
+  EXPECT_TRUE(hasSaved("a&quot;+SplitVal+&quot;.gel"));
+  EXPECT_TRUE(field.expression().startsWith("replace"));
+
+  write("tolower(SplitVa)");
+  QTest::keyClick(field.editor(), Qt::Key_F7);
+  const auto report = [&] { return m_editor->findChild<Interface_MathParserCheck*>(); };
+  ASSERT_TRUE(QTest::qWaitFor([&] { return report() != nullptr; }, 10'000));
+  emit report() -> nameChosen(QStringLiteral("SplitVal"));
+  EXPECT_EQ(field.expression(), QStringLiteral("tolower(SplitVal)"));
+  m_editor->commit();
+  EXPECT_TRUE(hasSaved("a&quot;+tolower(SplitVal)+&quot;.gel"));
+
+  QTest::keyClick(field.editor(), Qt::Key_F1);
+  auto* help = m_editor->findChild<Interface_mathParserHelp*>();
+  ASSERT_NE(help, nullptr);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return help->isVisible(); }));
+  emit help->insertWanted(QStringLiteral("toupper()"));
+  EXPECT_TRUE(field.expression().contains("toupper()"));
+  EXPECT_TRUE(field.isVisible());
 }
 
 // What anyone may expect of a window, on each tab.
@@ -406,16 +460,6 @@ void expectGood(QWidget& editor) {
     EXPECT_EQ(keysWithTwoOwners(editor).join(u'\n').toStdString(), "");
   });
 }
-
-const char kFullReader[] =
-    "<ReadColumnarGel name='r' fileName='made.cgel_kelvarin' filterRows='1' readAllColumns='0'>"
-    "<CFilterRows><Expression>id_max &gt;= 8</Expression><InputVars><CInputVar column='id'/>"
-    "</InputVars></CFilterRows><ColumnsToRead><SL><S>price</S></SL></ColumnsToRead>"
-    "</ReadColumnarGel>";
-const char kFullWriter[] =
-    "<writeColumnarGel name='w' file='a&quot;+SplitVal+&quot;.gel' split='2' splitVar='shop' "
-    "advancedNaming='1' columnStrategy='1'><ColumnStrategy><C n='shop' s='1'/></ColumnStrategy>"
-    "</writeColumnarGel>";
 
 TEST_F(ReadDialogTest, IsWithinReachAndCutsNothing) {
   save(makeFile(kColumns, someRows(10)));
