@@ -83,6 +83,7 @@ ExpressionActionEditor::~ExpressionActionEditor() {
   m_field->disconnect(this);
   m_variables->disconnect(this);
   m_settings->disconnect(this);
+  delete std::exchange(m_variablesPanel, nullptr);  // it asks for the expressions
   for (QLineEdit* note : std::as_const(m_notes)) {
     note->disconnect(this);
   }
