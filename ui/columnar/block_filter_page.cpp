@@ -50,7 +50,7 @@ void BlockFilterPage::addExpression() {
   m_field->setHistoryKey(QStringLiteral("blockFilter"));
   m_field->setAccessibleName(tr("Block filter"));
   m_field->setValuesShown(false);
-  m_field->editor()->setMaximumHeight(7 * fontMetrics().height());
+  m_field->editor()->setMaximumHeight(5 * fontMetrics().height());
   m_trial = new InfoLine(this);
   m_trial->setObjectName(QStringLiteral("trial"));
   m_trial->setReservedLines(1);
@@ -94,6 +94,7 @@ void BlockFilterPage::addBlockValues(QGroupBox& box) {
   m_valuesTable->setWordWrap(false);
   m_valuesTable->verticalHeader()->hide();
   m_valuesTable->horizontalHeader()->setHighlightSections(false);
+  m_valuesTable->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   const int row = fontMetrics().height() + 6;
   m_valuesTable->verticalHeader()->setMinimumSectionSize(row);
   m_valuesTable->verticalHeader()->setDefaultSectionSize(row);

@@ -1,6 +1,9 @@
 #include "ui/columnar/block_values_model.h"
 
+#include <algorithm>
 #include <numeric>
+
+#include <QFont>
 
 #include "expression/tokens/expression_tokens.h"
 #include "ui/columnar/summary_texts.h"
@@ -83,9 +86,24 @@ QVariant BlockValuesModel::fixedData(const BlockFilterTrial::Block& block, int c
   if (role == Qt::DisplayRole) {
     return block.isSkipped ? tr("skipped") : tr("read");
   }
+  if (role == Qt::FontRole && !block.isSkipped) {
+    QFont font;
+    font.setBold(true);
+    return font;
+  }
   return role == Qt::ToolTipRole && block.values.empty()
              ? tr("Read in any case, since its statistics say nothing about its values.")
              : QVariant();
+}
+
+int BlockValuesModel::alignmentOf(std::size_t variable) const {
+  const bool isNumber =
+      std::any_of(m_trial.firstBlocks.begin(), m_trial.firstBlocks.end(),
+                  [variable](const BlockFilterTrial::Block& block) {
+                    return variable < block.values.size() &&
+                           block.values[variable].type == ExpressionValue::Type::number;
+                  });
+  return int(Qt::AlignVCenter) | int(isNumber ? Qt::AlignRight : Qt::AlignLeft);
 }
 
 QVariant BlockValuesModel::data(const QModelIndex& index, int role) const {
@@ -109,26 +127,24 @@ QVariant BlockValuesModel::data(const QModelIndex& index, int role) const {
     case kValueKindRole:
       return static_cast<int>(shownValue(value).kind);
     case Qt::TextAlignmentRole:
-      return int(Qt::AlignVCenter) |
-             int(value.type == ExpressionValue::Type::text ? Qt::AlignLeft : Qt::AlignRight);
+      return alignmentOf(variable);
     default:
       return {};
   }
 }
 
 QVariant BlockValuesModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) {
+  if (orientation != Qt::Horizontal) {
     return {};
   }
-  switch (section) {
-    case kRows:
-      return tr("Rows");
-    case kVerdict:
-      return tr("Block");
-    default:
-      return m_trial.variables[static_cast<qsizetype>(
-          m_shown[static_cast<std::size_t>(section - kFixedColumns)])];
+  if (section < kFixedColumns) {
+    return role == Qt::DisplayRole ? (section == kRows ? tr("Rows") : tr("Block")) : QVariant();
   }
+  const std::size_t variable = m_shown[static_cast<std::size_t>(section - kFixedColumns)];
+  if (role == Qt::TextAlignmentRole) {
+    return alignmentOf(variable);
+  }
+  return role == Qt::DisplayRole ? m_trial.variables[static_cast<qsizetype>(variable)] : QVariant();
 }
 
 }  // namespace kelvarin

@@ -36,6 +36,7 @@ class BlockValuesModel : public QAbstractTableModel {
   enum FixedColumn { kRows, kVerdict, kFixedColumns };  // before the variables
 
   void chooseVariables();
+  int alignmentOf(std::size_t variable) const;
   QVariant fixedData(const BlockFilterTrial::Block& block, int column, int role) const;
 
   BlockFilterTrial m_trial;

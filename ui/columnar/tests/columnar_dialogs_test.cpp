@@ -24,7 +24,8 @@
 #include "columnar/actions/read_columnar_gel.h"
 #include "columnar/actions/write_columnar_gel.h"
 #include "columnar/reader/tests/made_file.h"
-#include "host/testing/row_harness.h"
+#include "host/widget_testing/action_editor_test.h"
+#include "host/widget_testing/random_events.h"
 #include "host/widget_testing/widget_walk.h"
 #include "host/widgets/info_line.h"
 #include "ui/columnar/block_variables_model.h"
@@ -57,6 +58,8 @@ std::vector<Values> someRows(int count) {
   return rows;
 }
 
+constexpr int kRandomEvents = 1000;
+
 const char kFullReader[] =
     "<ReadColumnarGel name='r' fileName='made.cgel_kelvarin' filterRows='1' readAllColumns='0'>"
     "<CFilterRows><Expression>id_max &gt;= 8</Expression><InputVars><CInputVar column='id'/>"
@@ -67,90 +70,46 @@ const char kFullWriter[] =
     "advancedNaming='1' columnStrategy='1'><ColumnStrategy><C n='shop' s='1'/></ColumnStrategy>"
     "</writeColumnarGel>";
 
-// One dialog over one action, and how many times it said that the document was modified.
+// One dialog over one action, which finds its files in a folder of the test.
 template <typename Editor, typename Action>
-class DialogTest : public ::testing::Test {
+class DialogTest : public ActionEditorTest<Editor, Action> {
  protected:
-  ~DialogTest() override {
-    m_editor.reset();
-    m_harness.reset();
-  }
+  using ActionEditorTest<Editor, Action>::m_editor;
 
   void open(const std::string& xml) {
-    m_editor.reset();
-    m_harness.reset();  // before the next one makes its session
-    m_harness = std::make_unique<RowHarness>(
-        [](XMLNode node, GlobalParameters* parameters) -> ActionItem* {
-          return new Action(node, parameters);
-        },
-        xml);
-    m_harness->parameters().setWorkingDir(m_folder.path());
-    m_editor = std::make_unique<Editor>(nullptr, m_harness->actionAs<Action>());
+    this->makeAction(xml);
+    this->m_harness->parameters().setWorkingDir(m_folder.path());
+    m_editor = std::make_unique<Editor>(nullptr, this->action());
     m_editor->resize(500, 700);
     m_editor->show();
     m_editor->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(m_editor.get()));
-    settle();
+    this->settle();
   }
-  void settle() {
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !m_editor->isBusy(); }, 10'000));
+  // What is typed meanwhile is saved at the commit, and the file as it is opened again.
+  void shake(const std::string& xml) {
+    open(xml);
+    sendRandomEvents(*m_editor, kRandomEvents);
+    m_editor->commit();
+    EXPECT_TRUE(m_editor->uncommittedState().isEmpty());
+    const std::string after = this->saved();
+    open(after);
+    m_editor->commit();
+    EXPECT_EQ(this->saved(), after);
   }
-
-  template <typename Widget>
-  Widget& widget(const char* name) {
-    auto* found = m_editor->template findChild<Widget*>(QLatin1String(name));
-    EXPECT_NE(found, nullptr) << name;
-    return *found;
-  }
-  void click(const char* name) { widget<QAbstractButton>(name).click(); }
-  void type(const char* name, const QString& text) {
-    auto& field = widget<QLineEdit>(name);
-    field.setFocus();
-    field.selectAll();
-    QTest::keyClicks(&field, text);
-    QTest::keyClick(&field, Qt::Key_Return);
-  }
-  QString shown(const char* name) { return widget<InfoLine>(name).text(); }
-  Action& action() { return m_harness->actionAs<Action>(); }
-  std::string saved() { return m_harness->saved(); }
-  bool hasSaved(const std::string& text) { return saved().find(text) != std::string::npos; }
+  QString shown(const char* name) { return this->template widget<InfoLine>(name).text(); }
   void save(const MemoryFiles& files) const { files.saveTo(m_folder.path().toStdString()); }
   QStringList files() const { return QDir(m_folder.path()).entryList(QDir::Files); }
 
   QTemporaryDir m_folder;
-  std::unique_ptr<RowHarness> m_harness;
-  std::unique_ptr<Editor> m_editor;
 };
 
 using ReadDialogTest = DialogTest<Interface_readColumnarGel, ReadColumnarGel>;
 using WriteDialogTest = DialogTest<Interface_writeColumnarGel, WriteColumnarGel>;
 
-// An attribute, and what a user does to give it another value.
-struct Edit {
-  const char* attribute;
-  const char* written;  // then in the XML
-  std::function<void()> edit;
-};
-
-// Every attribute that the action declares has its edit, and each writes its own and nothing else.
-void expectEdits(const std::vector<Edit>& edits, const ActionDescription& description,
-                 const std::function<void()>& reopen, const std::function<std::string()>& saved) {
-  for (const AttributeDescription& attribute : description.attributes) {
-    const auto isOfIt = [&](const Edit& edit) {
-      return attribute.name == QLatin1String(edit.attribute);
-    };
-    EXPECT_TRUE(std::ranges::any_of(edits, isOfIt)) << attribute.name.toStdString();
-  }
-  for (const Edit& edit : edits) {
-    reopen();
-    edit.edit();
-    EXPECT_NE(saved().find(edit.written), std::string::npos) << edit.written << "\n" << saved();
-  }
-}
-
 TEST_F(ReadDialogTest, EachControlWritesItsAttribute) {
   const auto reopen = [&] { open("<ReadColumnarGel name='r'/>"); };
-  const std::vector<Edit> edits{
+  const std::vector<ControlEdit> edits{
       {"fileName", " fileName='a.gel'", [&] { type("leFileName", QStringLiteral("a.gel")); }},
       {"fileNameFromPin", " fileNameFromPin='1'", [&] { click("rbFileNameFromPin"); }},
       {"abortIfMissing", " abortIfMissing='0'", [&] { click("rbSkipMissing"); }},
@@ -163,7 +122,7 @@ TEST_F(ReadDialogTest, EachControlWritesItsAttribute) {
       {"columnSelection", " columnSelection='2'", [&] { click("rbColumnsFromPin"); }},
       {"timeOut", " timeOut='30'", [&] { widget<QSpinBox>("sbTimeOut").setValue(30); }},
       {"readAllColumns", " columnSelection='1'", [&] { click("rbListedColumns"); }}};
-  expectEdits(edits, ReadColumnarGel::catalogue(), reopen, [&] { return saved(); });
+  expectEdits(edits, {}, ReadColumnarGel::catalogue(), reopen, [&] { return saved(); });
   reopen();
   click("cbAddN");
   EXPECT_TRUE(hasSaved("<CFilterRows addN='0'"));
@@ -173,7 +132,7 @@ TEST_F(ReadDialogTest, EachControlWritesItsAttribute) {
 
 TEST_F(WriteDialogTest, EachControlWritesItsAttribute) {
   const auto reopen = [&] { open("<writeColumnarGel name='w' file='a.gel' split='2'/>"); };
-  const std::vector<Edit> edits{
+  const std::vector<ControlEdit> edits{
       {"file", " file='b.gel'", [&] { type("leFile", QStringLiteral("b.gel")); }},
       {"split", " split='1'", [&] { click("rbSplitBySize"); }},
       {"segmentSize", " segmentSize='7'",
@@ -203,7 +162,7 @@ TEST_F(WriteDialogTest, EachControlWritesItsAttribute) {
       {"alwaysDelete", " alwaysDelete='1'", [&] { click("cbAlwaysDelete"); }},
       {"createDir", " createDir='1'", [&] { click("cbCreateDir"); }},
       {"replaceAtEnd", " replaceAtEnd='1'", [&] { click("cbReplaceAtEnd"); }}};
-  expectEdits(edits, WriteColumnarGel::catalogue(), reopen, [&] { return saved(); });
+  expectEdits(edits, {}, WriteColumnarGel::catalogue(), reopen, [&] { return saved(); });
   // Switched off again, the default expression goes.
   reopen();
   click("cbAdvancedNaming");
@@ -476,6 +435,19 @@ TEST_F(WriteDialogTest, IsWithinReachAndCutsNothing) {
   const LargeFonts fonts(2.0);
   open(kFullWriter);
   expectGood(*m_editor);
+}
+
+TEST_F(ReadDialogTest, SurvivesRandomEvents) {
+  save(makeFile(kColumns, someRows(10)));
+  shake(kFullReader);
+  shake("<ReadColumnarGel name='r'/>");
+}
+
+TEST_F(WriteDialogTest, SurvivesRandomEvents) {
+  save(makeFile(kColumns, someRows(10), {.name = "a"}));
+  shake(kFullWriter);
+  shake("<writeColumnarGel name='w' file='a.cgel_kelvarin'/>");
+  shake("<writeColumnarGel name='w'/>");
 }
 
 TEST_F(ReadDialogTest, ReportsAFaultOnceAndNotWhileTyping) {
