@@ -24,7 +24,7 @@
 #include "columnar/actions/read_columnar_gel.h"
 #include "columnar/actions/write_columnar_gel.h"
 #include "columnar/reader/tests/made_file.h"
-#include "host/widget_testing/action_editor_test.h"
+#include "host/widget_testing/edited_action.h"
 #include "host/widget_testing/random_events.h"
 #include "host/widget_testing/widget_walk.h"
 #include "host/widgets/info_line.h"
@@ -72,9 +72,9 @@ const char kFullWriter[] =
 
 // One dialog over one action, which finds its files in a folder of the test.
 template <typename Editor, typename Action>
-class DialogTest : public ActionEditorTest<Editor, Action> {
+class DialogTest : public EditedActionTest<Editor, Action> {
  protected:
-  using ActionEditorTest<Editor, Action>::m_editor;
+  using EditedActionTest<Editor, Action>::m_editor;
 
   void open(const std::string& xml) {
     this->makeAction(xml);

@@ -8,7 +8,7 @@
 #include <QPlainTextEdit>
 
 #include "host/contract/row_buffer.h"
-#include "host/widget_testing/action_editor_test.h"
+#include "host/widget_testing/edited_action.h"
 #include "ui/editors/expression_action_editor.h"
 #include "ui/widgets/k_plain_text_edit.h"
 
@@ -80,9 +80,9 @@ class Counted : public Editor {
 };
 
 template <typename Editor, typename Action>
-class EditorTest : public ActionEditorTest<Counted<Editor>, Action> {
+class EditorTest : public EditedActionTest<Counted<Editor>, Action> {
  protected:
-  using Base = ActionEditorTest<Counted<Editor>, Action>;
+  using Base = EditedActionTest<Counted<Editor>, Action>;
   using Base::m_editor;
 
   ~EditorTest() override { close(); }
