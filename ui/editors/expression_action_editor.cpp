@@ -183,6 +183,7 @@ QPushButton* ExpressionActionEditor::checkButton() {
   connect(button, &QPushButton::clicked, this, &ExpressionActionEditor::checkNow);
   auto* shortcut = new QShortcut(QKeySequence(Qt::Key_F7), this);
   shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+  shortcut->setWhatsThis(tr("Check what is written"));
   connect(shortcut, &QShortcut::activated, this, &ExpressionActionEditor::checkNow);
   return button;
 }

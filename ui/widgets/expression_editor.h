@@ -51,6 +51,8 @@ class ExpressionEditor : public KPlainTextEdit {
 
  private:
   bool askByKey(const QKeyEvent& event);
+  // For the list of keys.
+  void describeKeys();
   bool typeBracket(const QString& text);
   void showMarks();
   void useFixedFont();
