@@ -139,14 +139,14 @@ QStringList Interface_writeColumnarGel::splitValues() const {
 void Interface_writeColumnarGel::showExamples() {
   const QStringList known = splitValues();
   const bool isInvented = known.isEmpty();
+  const QStringList values = isInvented ? kInventedValues : known;
+  m_filePage->setSplitValue(values.first());
   const auto copy = std::make_shared<ActionCopy<WriteColumnarGel>>(m_action);
   WriteColumnarSettings settings = m_action.settings();
   settings.file = m_filePage->typedFile();
   (*copy)->setSettings(settings);
   m_examplesTask.start<QStringList>(
-      [copy, values = isInvented ? kInventedValues : known](const BackgroundTask::IsStopped&) {
-        return exampleNames(**copy, values);
-      },
+      [copy, values](const BackgroundTask::IsStopped&) { return exampleNames(**copy, values); },
       [this, isInvented](const Result<QStringList, QString>& names) {
         using Split = WriteColumnarSettings::Split;
         const Split split = m_action.settings().splitKind();

@@ -30,6 +30,8 @@ class WriteFilePage : public SettingsPage {
   void load(const WriteColumnarSettings& settings);
   void store(WriteColumnarSettings& settings) const;
   void setColumns(const PinColumns& columns);
+  // With which the naming expression is tried.
+  void setSplitValue(const QString& value);
   // The file name with the naming expression as it is typed, not yet the action's.
   QString typedFile() const { return fileWithNaming().value_or(m_file->path()); }
   // The names of the files; a failure has no names.
@@ -71,6 +73,7 @@ class WriteFilePage : public SettingsPage {
   InfoLine* m_namingNote;
   QLabel* m_examples;
   InfoLine* m_exampleNote;
+  QString m_splitValue;
   QString m_loadedNaming;  // the naming expression as the action has it
 };
 
