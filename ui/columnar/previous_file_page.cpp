@@ -36,7 +36,7 @@ PreviousFilePage::PreviousFilePage(QWidget* parent) : SettingsPage(parent) {
 
   QGroupBox* graph = group(tr("In this graph"));
   m_checkNames =
-      checkBox("cbCheckNameCollision", tr("Refuse a name that another &action reads or writes"),
+      checkBox("cbCheckNameCollision", tr("Refuse a na&me that another action reads or writes"),
                tr("Covers the column-set files as well."));
   graph->layout()->addWidget(choiceRow(m_checkNames));
 

@@ -81,7 +81,7 @@ void WriteFilePage::addSplitGroup() {
   m_oneFile = radioButton("rbOneFile", tr("&One file"));
   m_bySize = radioButton("rbSplitBySize",
                          tr("Split into several Kelvarin Gel files. Each file is &maximum:"));
-  m_byValue = radioButton("rbSplitByValue", tr("One file for each &value of the column:"));
+  m_byValue = radioButton("rbSplitByValue", tr("One file for each value of the col&umn:"));
   makeExclusive({m_oneFile, m_bySize, m_byValue}, box);
   m_segmentSize = spinBox("sbSegmentSize", 0, kLargestSegment, tr("Largest size of a file"));
   m_segmentSize->setSuffix(tr(" MiB"));

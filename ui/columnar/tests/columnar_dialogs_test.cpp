@@ -28,6 +28,7 @@
 #include "host/widget_testing/random_events.h"
 #include "host/widget_testing/widget_walk.h"
 #include "host/widgets/info_line.h"
+#include "host/widgets/translation.h"
 #include "ui/columnar/block_variables_model.h"
 #include "ui/columnar/columns_to_read_model.h"
 #include "ui/columnar/interface_read_columnar_gel.h"
@@ -410,13 +411,14 @@ TEST_F(WriteDialogTest, ChecksTheNamingExpression) {
 }
 
 // What anyone may expect of a window, on each tab.
-void expectGood(QWidget& editor) {
+void expectGood(QWidget& editor, const QString& language = QStringLiteral("en")) {
   onEveryPage(editor, [&] {
     QTest::qWait(50);  // the layouts take their turn
     EXPECT_EQ(controlsWithoutName(editor).join(u'\n').toStdString(), "");
     EXPECT_EQ(controlsOutOfTabReach(editor).join(u'\n').toStdString(), "");
     EXPECT_EQ(cutTexts(editor).join(u'\n').toStdString(), "");
     EXPECT_EQ(keysWithTwoOwners(editor).join(u'\n').toStdString(), "");
+    EXPECT_EQ(mnemonicsWithTwoOwners(editor, language).join(u'\n').toStdString(), "");
   });
 }
 
@@ -425,16 +427,18 @@ TEST_F(ReadDialogTest, IsWithinReachAndCutsNothing) {
   open(kFullReader);
   expectGood(*m_editor);
   const LargeFonts fonts(2.0);
+  const Translation translation({"de"});
   open(kFullReader);
-  expectGood(*m_editor);
+  expectGood(*m_editor, QStringLiteral("de"));
 }
 
 TEST_F(WriteDialogTest, IsWithinReachAndCutsNothing) {
   open(kFullWriter);
   expectGood(*m_editor);
   const LargeFonts fonts(2.0);
+  const Translation translation({"de"});
   open(kFullWriter);
-  expectGood(*m_editor);
+  expectGood(*m_editor, QStringLiteral("de"));
 }
 
 TEST_F(ReadDialogTest, SurvivesRandomEvents) {

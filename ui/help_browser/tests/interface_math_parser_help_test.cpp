@@ -124,6 +124,7 @@ TEST(MathParserHelp, CanBeUsedByEverybody) {
       EXPECT_EQ(joined(testing::controlsOutOfTabReach(browser.help)), "");
       EXPECT_EQ(joined(testing::cutTexts(browser.help)), "");
       EXPECT_EQ(joined(testing::keysWithTwoOwners(browser.help)), "");
+      EXPECT_EQ(joined(testing::mnemonicsWithTwoOwners(browser.help, language)), "");
     }
   }
 }
