@@ -1,7 +1,7 @@
 // The keys that a window and the widgets in it answer to, for those who work without a mouse.
 //
-// Actions and shortcuts are found by themselves: an action says what it does by its text, a shortcut
-// by its whatsThis. A widget that handles keys itself describes them here.
+// Actions and shortcuts are found by themselves: an action says what it does by its text, a
+// shortcut by its whatsThis. A widget that handles keys itself describes them here.
 // Threads: the user-interface thread.
 #pragma once
 

@@ -37,12 +37,16 @@ class DebuggerPanel : public QWidget {
                 QWidget* parent = nullptr);
   ~DebuggerPanel() override;
 
+  // Stands before the panel's own buttons.
+  void addCheckButton(QPushButton* check) { m_controls->addCheckButton(check); }
   // The keys act where the focus is in this widget or below it; at first in the panel itself.
   void setKeyOwner(QWidget* owner);
   // The debug controls work in the expert mode only.
   void setExpertMode(bool isExpert);
   // Variables that a debug run lacks, since they come from a table that it does not read.
   void setLackingVariables(const QStringList& names);
+  // What the action computes, as the condition of a breakpoint may name it before the first row.
+  void setOutputs(const std::vector<OutputVariable>& outputs);
   // Another expression is looked at, or it was edited.
   void formulaChanged();
 
@@ -55,7 +59,8 @@ class DebuggerPanel : public QWidget {
   void finishComputations();
 
  signals:
-  // The values of the row that is shown now, for the column "Value (debug):"; empty: none.
+  // The values of the row that is shown now, for the column "Value (debug):" and the parts under the
+  // pointer, of vectors those of the chosen element; empty: none.
   void rowShown(const std::vector<kelvarin::VariableValue>& variables);
   // pbStartStop was pressed where nothing ran; the editor commits its fields first.
   void aboutToStart();
@@ -86,6 +91,8 @@ class DebuggerPanel : public QWidget {
   void showParts(const PartValues& values);
   void showNotes();
   QString engineNote() const;
+  void showConditionNames();
+  std::vector<VariableValue> knownResults() const;
   int shownElement() const { return m_elementCount > 0 ? m_controls->element() : -1; }
 
   DebugSession& m_session;
@@ -97,7 +104,9 @@ class DebuggerPanel : public QWidget {
   int m_elementCount = 0;
   bool m_isExpert = true;
   bool m_hasEnded = false;
+  bool m_isStopping = false;
   QStringList m_lacking;
+  std::vector<OutputVariable> m_outputs;
   QuickFix m_fix;  // of an expression that cannot be debugged
   std::vector<QShortcut*> m_keys;
 

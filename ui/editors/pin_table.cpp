@@ -67,6 +67,16 @@ Result<VectorTable, QString> PinTable::readTable() const {
   return m_isVectorized ? vectorTableOf(definitions) : scalarsOf(definitions);
 }
 
+int PinTable::longestVector() const {
+  int longest = 0;
+  if (m_table) {
+    for (const InputVariable& variable : m_table->variables) {
+      longest = std::max(longest, static_cast<int>(variable.columns.size()));
+    }
+  }
+  return longest;
+}
+
 std::vector<InputVariable> PinTable::variablesOf(int element) const {
   std::vector<InputVariable> variables;
   if (!m_table) {

@@ -29,6 +29,7 @@ class PinTable : public QObject {
   QString whyUnknown() const { return m_rows.columns().whyUnknown; }
   // The error is what a run would log.
   const Result<VectorTable, QString>& table() const { return m_table; }
+  int longestVector() const;
   // The variables with the columns that they have for an element.
   std::vector<InputVariable> variablesOf(int element) const;
 

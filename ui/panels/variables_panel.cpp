@@ -20,7 +20,7 @@ namespace kelvarin {
 
 namespace {
 
-constexpr int kShownRows = 4;  // at least
+constexpr int kShownRows = 2;  // at least
 
 }  // namespace
 
@@ -204,6 +204,7 @@ void VariablesPanel::Parts::updateMissingColumns() {
 
 void VariablesPanel::Parts::setInputColumns(const PinColumns& columns, bool isComing) {
   m_model.setInputColumns(columns);
+  m_table->fitColumns();
   m_copyNames->setEnabled(!columns.columns.empty());
   m_addColumns->setEnabled(!columns.columns.empty());
   updateMissingColumns();

@@ -7,6 +7,7 @@
 #include <QFontDatabase>
 #include <QHelpEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QScrollBar>
 
 #include "host/widgets/key_list.h"
@@ -17,7 +18,7 @@ namespace kelvarin {
 
 namespace {
 
-constexpr int kMinimumLines = 3;
+constexpr int kMinimumLines = 2;
 constexpr int kUsualLines = 6;
 
 // The field's own sheet reaches its scroll bars, which would then be drawn as bare boxes.
@@ -87,6 +88,16 @@ void ExpressionEditor::describeKeys() {
   describeKey(*this, Qt::CTRL | Qt::Key_0, tr("Usual text size"));
 }
 
+void ExpressionEditor::useOneLine() {
+  m_isOneLine = true;
+  setLineWrapMode(NoWrap);
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  connect(this, &ZoomPlainTextEdit::zoomed, this, &ExpressionEditor::fitHeight);
+  fitHeight();
+}
+
 void ExpressionEditor::setNames(const KnownNames& names) {
   m_highlighter->setNames(names);
 }
@@ -154,6 +165,10 @@ void ExpressionEditor::keyPressEvent(QKeyEvent* event) {
   }
   const bool isPlain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
   const QString text = event->text();
+  if (isReturn(*event) && m_isOneLine) {
+    emit returnPressed();
+    return;
+  }
   if (isReturn(*event) && event->modifiers() == Qt::ShiftModifier) {
     // The base class would insert a separator that is no new line.
     textCursor().insertBlock();
@@ -233,11 +248,31 @@ void ExpressionEditor::useFixedFont() {
     fixed.setPointSizeF(QApplication::font().pointSizeF());
   }
   setFont(fixed);
-  const int lines = kMinimumLines * fontMetrics().lineSpacing();
-  setMinimumHeight(lines + 2 * frameWidth() + 2 * static_cast<int>(document()->documentMargin()));
+  fitHeight();
+}
+
+void ExpressionEditor::fitHeight() {
+  const QFontMetrics metrics(m_isOneLine ? document()->defaultFont() : font());
+  const int lines = (m_isOneLine ? 1 : kMinimumLines) * metrics.lineSpacing();
+  const int height = lines + 2 * frameWidth() + 2 * static_cast<int>(document()->documentMargin());
+  setMinimumHeight(height);
+  if (m_isOneLine) {
+    setMaximumHeight(height);
+  }
+}
+
+void ExpressionEditor::insertFromMimeData(const QMimeData* source) {
+  if (!m_isOneLine || !source->hasText()) {
+    KPlainTextEdit::insertFromMimeData(source);
+    return;
+  }
+  insertPlainText(source->text().replace(u'\n', u' '));
 }
 
 QSize ExpressionEditor::sizeHint() const {
+  if (m_isOneLine) {
+    return {KPlainTextEdit::sizeHint().width(), minimumHeight()};
+  }
   const int more = (kUsualLines - kMinimumLines) * fontMetrics().lineSpacing();
   return {KPlainTextEdit::sizeHint().width(), minimumHeight() + more};
 }

@@ -29,7 +29,7 @@ class MyTable : public QTableView {
   void showUnsorted();
   void setHeaderSorts(bool isEnabled) { m_sortingEnabled = isEnabled; }
 
-  // To what they hold now; for when the model has got its rows.
+  // To what they hold now, for when the model has got its rows. Those that the user has set stay.
   void fitColumns();
 
   // A few rows: pages that scroll take it for what a table needs.
@@ -52,6 +52,7 @@ class MyTable : public QTableView {
  protected:
   void changeEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   QModelIndex shownIndexOf(int row, int column) const;
@@ -60,6 +61,8 @@ class MyTable : public QTableView {
   bool m_sortOrder = false;  // false: ascending
   bool m_sortingEnabled = true;
   int m_sortedColumn = -1;
+  bool m_isFitting = false;
+  bool m_hasUserWidths = false;
 };
 
 }  // namespace kelvarin

@@ -342,8 +342,10 @@ TEST_F(WriteDialogTest, DeletesOnlyAfterItWasAllowedTo) {
   };
   answer(false);
   EXPECT_EQ(files().size(), 2);
+  EXPECT_TRUE(shown("oldFile").startsWith("There is a table: 10"));
   answer(true);
   EXPECT_EQ(files().size(), 0);
+  EXPECT_TRUE(shown("oldFile").startsWith("There is no such file"));
   EXPECT_TRUE(shown("deletion").startsWith("SUCCESS: File '"));
   ASSERT_EQ(m_harness->log().size(), 2u);
   EXPECT_TRUE(m_harness->log()[0].starts_with("info: SUCCESS: File '"));

@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QListWidget>
+#include <QSpinBox>
 #include <QTabBar>
 #include <QTableView>
 
@@ -51,7 +52,7 @@ TEST_F(CalculatorEditorTest, EachControlWritesItsAttributeAndReportsIt) {
       {"abortWhenError", " abortWhenError='0'",
        [&] { widget<QComboBox>("cmbError").setCurrentIndex(0); }},
       {"name", "name='sum'", [&] { type("leName", QStringLiteral("sum")); }},
-      {"notes", "notes='new'", [&] { type("leNotes", QStringLiteral("new")); }},
+      {"notes", "notes='new'", [&] { typeNotes("leNotes", QStringLiteral("new")); }},
       {"meta", "name='a' meta='K'", [&] { click("rb2"); }},
       {"update", "isInput='1' update='1'", [&] { click("cbUpdate"); }},
       {"expression", ">x * 3<", [&] { write(QStringLiteral("x * 3")); }}};
@@ -140,6 +141,32 @@ TEST_F(CalculatorEditorTest, KnowsTheVariablesOfTheTable) {
   EXPECT_FALSE(action().hasFailed());
 }
 
+TEST_F(CalculatorEditorTest, TypedTextsComeBack) {
+  open();
+  field().setExpression(QStringLiteral("x +"));
+  widget<QLineEdit>("leName").setText(QStringLiteral("sum"));
+  widget<NotesField>("leNotes").setPlainText(QStringLiteral("line\nline"));
+  const QMap<QString, QString> typed = m_editor->uncommittedState();
+  EXPECT_EQ(typed.size(), 3);
+  open();
+  m_editor->restoreUncommitted(typed);
+  EXPECT_EQ(m_editor->uncommittedState(), typed);
+  EXPECT_FALSE(hasSaved("sum"));
+  m_editor->commit();
+  EXPECT_TRUE(hasSaved("name='sum'"));
+  EXPECT_TRUE(hasSaved(">x +<"));
+  EXPECT_TRUE(hasSaved("notes='line&#10;line'"));
+}
+
+TEST_F(CalculatorEditorTest, LeadsToThePositionThatTheLogNames) {
+  open();
+  m_editor->showPosition(QStringLiteral("b"), -1);
+  EXPECT_EQ(tabs().currentIndex(), 1);
+  m_editor->showPosition(QStringLiteral("a"), 4);
+  EXPECT_EQ(tabs().currentIndex(), 0);
+  EXPECT_EQ(field().editor()->textCursor().selectedText(), "1");
+}
+
 using VectorizedTest = EditorTest<Interface_actionMathParser, CalculatorVectorized>;
 
 TEST_F(VectorizedTest, ListsTheColumnsThatItWillCreate) {
@@ -164,6 +191,8 @@ TEST_F(VectorizedTest, ListsTheColumnsThatItWillCreate) {
   ASSERT_EQ(vectors.rowCount(), 1);
   EXPECT_EQ(vectors.index(0, 1).data().toInt(), 2);
   EXPECT_EQ(vectors.index(0, 2).data().toString(), "a1, a2");
+
+  EXPECT_EQ(widget<QSpinBox>("sbShownElement").maximum(), 1);
 
   write(QStringLiteral("v // \"_new\""), "nameExpression");
   EXPECT_TRUE(comes({"a1_new", "a2_new"})) << listed().join(u' ').toStdString();

@@ -1,6 +1,8 @@
 // What anyone expects of the editors as a whole: they can be used without a mouse, cut nothing,
 // survive whatever is done to them, and debug the action while it is edited.
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 
 #include "actions/calculator_vectorized/calculator_vectorized.h"
 #include "host/widget_testing/random_events.h"
@@ -27,6 +29,7 @@ const std::string kVectorized =
     "<CalculatorVectorized" + std::string(kOutputs) + "</CalculatorVectorized>";
 
 constexpr int kNarrow = 380;
+constexpr QSize kInWindow(1020, 574);  // of 1280 x 800
 constexpr int kRandomEvents = 2000;
 
 template <typename Editor, typename Action>
@@ -41,10 +44,22 @@ class WalkTest : public EditorTest<Editor, Action> {
   void expectNone(const QStringList& faults) {
     EXPECT_TRUE(faults.isEmpty()) << faults.join(u'\n').toStdString();
   }
+  // Of the page of the expression.
+  int scrolledHeight() {
+    for (const QScrollArea* area : this->m_editor->template findChildren<QScrollArea*>()) {
+      if (area->isAncestorOf(&this->field())) {
+        return area->verticalScrollBar()->maximum();
+      }
+    }
+    return -1;
+  }
   template <typename... Arguments>
   void walk(const std::string& xml, Arguments... arguments) {
     this->open(xml, arguments...);
     QWidget& editor = *this->m_editor;
+    editor.resize(kInWindow);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return scrolledHeight() == 0; })) << scrolledHeight();
     onEveryPage(editor, [&] {
       expectNone(controlsWithoutName(editor));
       expectNone(controlsOutOfTabReach(editor));
