@@ -92,7 +92,10 @@ QWidget* DebuggerControls::makeSteps(const DebuggerTexts& texts) {
   connect(m_pause, &QPushButton::clicked, this, &DebuggerControls::pauseWanted);
   connect(m_back, &IconButton::clicked, this, &DebuggerControls::backWanted);
   connect(m_forward, &IconButton::clicked, this, &DebuggerControls::forwardWanted);
-  connect(m_element, &QSpinBox::valueChanged, this, &DebuggerControls::elementChanged);
+  connect(m_element, &QSpinBox::valueChanged, this, [this](int element) {
+    m_chosenElement = element;
+    emit elementChanged(element);
+  });
   return line;
 }
 
@@ -170,9 +173,17 @@ void DebuggerControls::setPossible(const Possible& possible) {
   m_forward->setEnabled(possible.hasLaterRow);
 }
 
+// Shorter vectors of another run do not change what was chosen.
 void DebuggerControls::setElementCount(int count) {
+  const QSignalBlocker notChosen(m_element);
   m_element->setMaximum(std::max(0, count - 1));
+  m_element->setValue(m_chosenElement);
   m_elementGroup->setVisible(count > 0);
+}
+
+void DebuggerControls::setElement(int element) {
+  m_element->setMaximum(std::max(m_element->maximum(), element));
+  m_element->setValue(element);
 }
 
 int DebuggerControls::element() const {

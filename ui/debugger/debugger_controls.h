@@ -50,6 +50,8 @@ class DebuggerControls : public QWidget {
   // Of vectors; 0: there are none, and no choice.
   void setElementCount(int count);
   int element() const;
+  // Chosen elsewhere, before or after it is known how many there are.
+  void setElement(int element);
   // Of the breakpoint; empty where it is off.
   QString condition() const;
   // What the condition may refer to.
@@ -70,7 +72,7 @@ class DebuggerControls : public QWidget {
   void runToWanted();
   // Of a condition that is being typed at the end of editing.
   void conditionChanged();
-  void elementChanged();
+  void elementChanged(int element);
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -95,6 +97,7 @@ class DebuggerControls : public QWidget {
   QPushButton* m_runTo = nullptr;
   QWidget* m_elementGroup = nullptr;
   QSpinBox* m_element = nullptr;
+  int m_chosenElement = 0;
   std::vector<QWidget*> m_expertOnly;
 };
 

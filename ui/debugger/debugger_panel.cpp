@@ -69,6 +69,7 @@ void DebuggerPanel::connectControls() {
     m_session.setCondition(m_controls->condition(), m_controls->element());
     showRow(m_shown);
   });
+  connect(m_controls, &DebuggerControls::elementChanged, this, &DebuggerPanel::elementChosen);
   connect(m_views, &DebuggerViews::edited, this, [this] {
     showNotes();
     askForParts();

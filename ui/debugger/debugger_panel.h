@@ -47,6 +47,8 @@ class DebuggerPanel : public QWidget {
   void setLackingVariables(const QStringList& names);
   // What the action computes, as the condition of a breakpoint may name it before the first row.
   void setOutputs(const std::vector<OutputVariable>& outputs);
+  // Of vectors, whose values are shown.
+  void setElement(int element) { m_controls->setElement(element); }
   // Another expression is looked at, or it was edited.
   void formulaChanged();
 
@@ -59,11 +61,12 @@ class DebuggerPanel : public QWidget {
   void finishComputations();
 
  signals:
-  // The values of the row that is shown now, for the column "Value (debug):" and the parts under the
-  // pointer, of vectors those of the chosen element; empty: none.
+  // The values of the row that is shown now, for the column "Value (debug):" and the parts under
+  // the pointer, of vectors those of the chosen element; empty: none.
   void rowShown(const std::vector<kelvarin::VariableValue>& variables);
   // pbStartStop was pressed where nothing ran; the editor commits its fields first.
   void aboutToStart();
+  void elementChosen(int element);
   // A part of the expression was chosen in the tree.
   void partChosen(qsizetype start, qsizetype size);
   // The variables of setLackingVariables() are to be read from their table.

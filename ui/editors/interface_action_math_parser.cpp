@@ -110,6 +110,10 @@ void Interface_actionMathParser::connectOutputs() {
   connect(m_pinTable, &PinTable::changed, this, &Interface_actionMathParser::updatePinTable);
   connect(m_debugger, &DebuggerPanel::lackingVariablesWanted, this,
           &Interface_actionMathParser::takeTableOver);
+  if (isVectorized()) {
+    connect(m_element, &QSpinBox::valueChanged, m_debugger, &DebuggerPanel::setElement);
+    connect(m_debugger, &DebuggerPanel::elementChosen, m_element, &QSpinBox::setValue);
+  }
   connect(m_fields, &OutputFields::typeChosen, this, [this](MetaTypeColumn meta) {
     m_outputs.current().meta = meta;
     outputsEdited();

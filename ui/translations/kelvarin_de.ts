@@ -2109,7 +2109,7 @@
     </message>
     <message>
         <source>&amp;Breakpoint where</source>
-        <translation>&amp;Haltepunkt, wo</translation>
+        <translation>Hal&amp;tepunkt, wo</translation>
     </message>
     <message>
         <source>Condition of the breakpoint</source>
@@ -2226,6 +2226,10 @@
         <source>Debug: breakpoint</source>
         <translation>Debuggen: Haltepunkt</translation>
     </message>
+    <message>
+        <source>Stopping: the run ends as soon as its source answers.</source>
+        <translation>Der Lauf wird beendet, sobald seine Quelle antwortet.</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::DebuggerViews</name>
@@ -2256,6 +2260,10 @@
     <message>
         <source>&amp;Copy as CSV</source>
         <translation>Als &amp;CSV kopieren</translation>
+    </message>
+    <message>
+        <source>Results of the row</source>
+        <translation>Ergebnisse der Zeile</translation>
     </message>
 </context>
 <context>
@@ -2433,6 +2441,10 @@
     <message>
         <source>Save them before closing?</source>
         <translation>Vor dem Schließen speichern?</translation>
+    </message>
+    <message>
+        <source>%1 (output %2)</source>
+        <translation>%1 (Ausgabe %2)</translation>
     </message>
 </context>
 <context>
@@ -3576,7 +3588,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
 </context>
 <context>
-    <name>kelvarin::RowVariablesModel</name>
+    <name>kelvarin::RowValuesModel</name>
     <message>
         <source>%1, edited for this row. The data stay as they are.</source>
         <translation>%1, für diese Zeile geändert. Die Daten bleiben, wie sie sind.</translation>
@@ -3596,6 +3608,14 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>Before</source>
         <translation>Davor</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>Fehler</translation>
     </message>
 </context>
 <context>

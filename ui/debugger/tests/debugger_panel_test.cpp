@@ -175,6 +175,38 @@ TEST_F(DebuggerPanelTest, AnEditedValueIsEvaluatedAndTheRunIsLeftAlone) {
   EXPECT_EQ(notes(), "");
 }
 
+// What each key does while nothing runs, at a row, and while rows go by.
+TEST_F(DebuggerPanelTest, KeysActInEveryState) {
+  branch.rows = [](FakeInputPin& pin) { pin.push({2, 0.5}, 100'000'000); };
+  press(Qt::Key_F5, Qt::ShiftModifier);
+  press(Qt::Key_F10);
+  press(Qt::Key_F10, Qt::ShiftModifier);
+  EXPECT_FALSE(session.isRunning());
+  press(Qt::Key_F9);  // no condition yet: leads to its field
+  EXPECT_TRUE(find<QPlainTextEdit>("leBreakpoint")->hasFocus());
+  press(Qt::Key_F5);
+  ASSERT_TRUE(waitFor("Row 0."));
+  press(Qt::Key_F10, Qt::ControlModifier);  // on to a breakpoint that there is not
+  ASSERT_TRUE(waitFor("Running: "));
+  press(Qt::Key_F5);  // goes on
+  press(Qt::Key_F10);
+  ASSERT_TRUE(waitFor("Row "));
+  const QString paused = status();
+  press(Qt::Key_F10, Qt::ShiftModifier);
+  EXPECT_TRUE(status().contains("The newest row is"));
+  press(Qt::Key_F10, Qt::ShiftModifier | Qt::ControlModifier);
+  EXPECT_EQ(status(), paused);
+  press(Qt::Key_F5);
+  ASSERT_TRUE(waitFor("Running: "));
+  press(Qt::Key_F5, Qt::ShiftModifier);
+  EXPECT_TRUE(status().startsWith("Stopping: "));
+  ASSERT_TRUE(waitFor("The run has ended after "));
+  find<QComboBox>("cbRunTo")->setCurrentIndex(1);
+  find<QSpinBox>("sbRunToRow")->setValue(3);
+  press(Qt::Key_F10, Qt::ControlModifier);  // starts, and obeys at once
+  ASSERT_TRUE(waitFor("Row 3, the one that was asked for."));
+}
+
 TEST_F(DebuggerPanelTest, RunsToABreakpointARowAndTheNextNull) {
   find<QPlainTextEdit>("leBreakpoint")->setFocus();
   QTest::keyClicks(find<QPlainTextEdit>("leBreakpoint"), "price == 40");
@@ -323,7 +355,10 @@ TEST(DebuggerPanelOfVectors, ShowsTheChosenElement) {
   std::vector<VariableValue> shown;
   QObject::connect(&panel, &DebuggerPanel::rowShown,
                    [&](const std::vector<VariableValue>& values) { shown = values; });
+  int chosen = -1;
+  QObject::connect(&panel, &DebuggerPanel::elementChosen, [&](int number) { chosen = number; });
   element->setValue(1);
+  EXPECT_EQ(chosen, 1);
   EXPECT_EQ(value(), "10");
   EXPECT_EQ(result(0, 0), "o1");
   EXPECT_EQ(result(0, 1), "20");
@@ -342,7 +377,7 @@ TEST(DebuggerPanelOfVectors, ShowsTheChosenElement) {
   };
   EXPECT_EQ(result(1, 1), "null");
   EXPECT_TRUE(failure());
-  element->setValue(0);
+  panel.setElement(0);
   EXPECT_EQ(result(1, 1), "2");
   EXPECT_FALSE(failure());
 }
