@@ -98,6 +98,7 @@ ExpressionActionEditor::~ExpressionActionEditor() {
   m_session->end();
   m_field->disconnect(this);
   m_variables->disconnect(this);
+  delete m_variablesPanel;
   m_settings->disconnect(this);
   m_notes->disconnect(this);
   delete std::exchange(m_variablesPanel, nullptr);  // it asks for the expressions
@@ -368,14 +369,18 @@ void ExpressionActionEditor::reload() {
 }
 
 QMap<QString, QString> ExpressionActionEditor::uncommittedState() const {
-  return m_texts.uncommitted();
+  QMap<QString, QString> texts = m_texts.uncommitted();
+  texts.insert(m_variablesPanel->uncommitted());
+  return texts;
 }
 
 void ExpressionActionEditor::restoreUncommitted(const QMap<QString, QString>& texts) {
+  m_variablesPanel->restore(texts);  // takes the focus, by which fields commit what they have
   m_texts.restore(texts);
 }
 
 void ExpressionActionEditor::commit() {
+  m_variablesPanel->commit();
   commitChanges();
   if (!isDebugging() && !m_texts.isCommitted(kExpressionField)) {
     commitExpression();

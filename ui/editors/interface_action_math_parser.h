@@ -67,7 +67,7 @@ class Interface_actionMathParser : public ExpressionActionEditor {
   void writeOutputs();
 
   Formula formulaOf(const OutputVariable& output) const;
-  Formula nameFormula() const;
+  Formula nameFormula(const QString& expression) const;
   // Whose values are shown below the expression.
   int shownElement() const;
   // Those of the table that expressions name and that are no input variables of the action.

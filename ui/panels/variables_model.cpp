@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
+#include "expression/backends/expression_text.h"
 #include "expression/help/expression_hint.h"
 #include "expression/tokens/expression_tokens.h"
 #include "host/contract/nearest_names.h"
 #include "ui/language/column_variable.h"
-#include "ui/language/outside_sources.h"
 #include "ui/language/shown_value.h"
 #include "ui/panels/variable_cells.h"
 #include "ui/widgets/cell_roles.h"
@@ -175,7 +175,7 @@ void VariablesModel::move(const std::vector<int>& rows, bool isUp) {
 QStringList VariablesModel::missingColumns(const QStringList& expressions) const {
   QStringList missing;
   for (const QString& expression : expressions) {
-    for (const QString& name : namesIn(expression)) {
+    for (const QString& name : valueNames(expression)) {
       const auto isMeant = [&](const PinColumns::Column& column) {
         return column.name == name || variableNameFor(column.name) == name;
       };

@@ -6,6 +6,7 @@
 #include <QCollator>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMetaProperty>
 #include <QResizeEvent>
 #include <QScopedValueRollback>
 #include <QSortFilterProxyModel>
@@ -193,6 +194,34 @@ std::vector<int> MyTable::selectedRows() const {
   }
   std::sort(rows.begin(), rows.end());
   return rows;
+}
+
+QWidget* MyTable::openEditor() const {
+  return state() == EditingState ? indexWidget(currentIndex()) : nullptr;
+}
+
+std::optional<MyTable::OpenCell> MyTable::openCell() const {
+  const QWidget* editor = openEditor();
+  if (editor == nullptr) {
+    return std::nullopt;
+  }
+  const QModelIndex index = sourceIndexOf(currentIndex());
+  const QMetaProperty text = editor->metaObject()->userProperty();
+  return OpenCell{index.row(), index.column(), text.read(editor).toString()};
+}
+
+void MyTable::reopen(const OpenCell& cell) {
+  editCell(cell.row, cell.column);
+  if (QWidget* editor = openEditor()) {
+    editor->metaObject()->userProperty().write(editor, cell.text);
+  }
+}
+
+void MyTable::commitOpenCell() {
+  if (QWidget* editor = openEditor()) {
+    commitData(editor);
+    closeEditor(editor, QAbstractItemDelegate::NoHint);
+  }
 }
 
 void MyTable::changeEvent(QEvent* event) {

@@ -5,6 +5,7 @@
 // model's.
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include <QTableView>
@@ -42,6 +43,18 @@ class MyTable : public QTableView {
   // In the order of the model.
   std::vector<int> selectedRows() const;
 
+  // The cell whose editor is open, with what is typed in it.
+  struct OpenCell {
+    int row = 0;
+    int column = 0;
+    QString text;
+  };
+  std::optional<OpenCell> openCell() const;
+  // Opens its editor with that text.
+  void reopen(const OpenCell& cell);
+  // As if the focus had left the editor.
+  void commitOpenCell();
+
  signals:
   void sortingChanged();
 
@@ -56,6 +69,8 @@ class MyTable : public QTableView {
 
  private:
   QModelIndex shownIndexOf(int row, int column) const;
+  // Null where none is open.
+  QWidget* openEditor() const;
 
   QSortFilterProxyModel* m_proxy;
   bool m_sortOrder = false;  // false: ascending

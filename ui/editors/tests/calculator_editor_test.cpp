@@ -10,6 +10,7 @@
 #include "actions/calculator_vectorized/calculator_vectorized.h"
 #include "ui/editors/interface_action_math_parser.h"
 #include "ui/editors/tests/editor_fixture.h"
+#include "ui/widgets/my_table.h"
 
 namespace kelvarin::testing {
 
@@ -143,17 +144,21 @@ TEST_F(CalculatorEditorTest, KnowsTheVariablesOfTheTable) {
 
 TEST_F(CalculatorEditorTest, TypedTextsComeBack) {
   open();
+  auto& table = widget<MyTable>("twVariables");
+  table.editCell(0, VariablesModel::kAlias);
+  QTest::keyClicks(table.indexWidget(table.currentIndex()), QStringLiteral("alias"));
   field().setExpression(QStringLiteral("x +"));
   widget<QLineEdit>("leName").setText(QStringLiteral("sum"));
   widget<NotesField>("leNotes").setPlainText(QStringLiteral("line\nline"));
   const QMap<QString, QString> typed = m_editor->uncommittedState();
-  EXPECT_EQ(typed.size(), 3);
+  EXPECT_EQ(typed.size(), 4);
   open();
   m_editor->restoreUncommitted(typed);
   EXPECT_EQ(m_editor->uncommittedState(), typed);
   EXPECT_FALSE(hasSaved("sum"));
   m_editor->commit();
   EXPECT_TRUE(hasSaved("name='sum'"));
+  EXPECT_EQ(variables().variables()[0].name(), "alias");
   EXPECT_TRUE(hasSaved(">x +<"));
   EXPECT_TRUE(hasSaved("notes='line&#10;line'"));
 }
@@ -197,6 +202,8 @@ TEST_F(VectorizedTest, ListsTheColumnsThatItWillCreate) {
   write(QStringLiteral("v // \"_new\""), "nameExpression");
   EXPECT_TRUE(comes({"a1_new", "a2_new"})) << listed().join(u' ').toStdString();
   EXPECT_TRUE(hasSaved("name='v // &quot;_new&quot;'"));
+  write(QStringLiteral("load(\"names\")"), "nameExpression");
+  EXPECT_TRUE(comes({})) << "a file is not read while somebody types";
   write(QStringLiteral("1"), "nameExpression");
   EXPECT_TRUE(comes({}));
 }
