@@ -11,6 +11,7 @@
 
 #include "columnar/actions/split_names.h"
 #include "host/widgets/info_line.h"
+#include "host/widgets/path_field.h"
 #include "ui/columnar/column_box.h"
 #include "ui/columnar/columnar_editor.h"
 #include "ui/columnar/committed_verdict.h"
@@ -139,6 +140,10 @@ std::optional<QString> WriteFilePage::fileWithNaming() const {
     return m_file->path();
   }
   return text.withExpression(typed.isEmpty() ? kSplitValue : typed);
+}
+
+QString WriteFilePage::typedFile() const {
+  return fileWithNaming().value_or(m_file->path());
 }
 
 // A name without an expression gets the default one, and loses it again.

@@ -6,7 +6,6 @@
 
 #include "columnar/actions/write_settings.h"
 #include "host/contract/pin_columns.h"
-#include "host/widgets/path_field.h"
 #include "ui/columnar/summary_texts.h"
 #include "ui/panels/settings_page.h"
 #include "ui/widgets/expression_field.h"
@@ -19,6 +18,7 @@ namespace kelvarin {
 
 class CommittedVerdict;
 class InfoLine;
+class PathField;
 
 class WriteFilePage : public SettingsPage {
   Q_OBJECT
@@ -33,7 +33,7 @@ class WriteFilePage : public SettingsPage {
   // With which the naming expression is tried.
   void setSplitValue(const QString& value);
   // The file name with the naming expression as it is typed, not yet the action's.
-  QString typedFile() const { return fileWithNaming().value_or(m_file->path()); }
+  QString typedFile() const;
   // The names of the files; a failure has no names.
   void showExamples(const QStringList& names, const ShownText& note);
 

@@ -84,7 +84,7 @@ QWidget* Interface_actionMathParser::makeVectors() {
   auto* layout = new QHBoxLayout(group);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(kControlSpacing);
-  auto* label = new QLabel(tr("E&lement:"), group);
+  auto* label = new QLabel(tr("Elemen&t:"), group);
   m_element = new QSpinBox(group);
   m_element->setObjectName(QStringLiteral("sbShownElement"));
   m_element->setAccessibleName(tr("Element of the vectors whose values are shown"));
