@@ -98,10 +98,9 @@ ExpressionActionEditor::~ExpressionActionEditor() {
   m_session->end();
   m_field->disconnect(this);
   m_variables->disconnect(this);
-  delete m_variablesPanel;
+  delete std::exchange(m_variablesPanel, nullptr);  // it asks for the expressions
   m_settings->disconnect(this);
   m_notes->disconnect(this);
-  delete std::exchange(m_variablesPanel, nullptr);  // it asks for the expressions
 }
 
 void ExpressionActionEditor::connectField() {

@@ -2969,7 +2969,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
     <message>
         <source>Elemen&amp;t:</source>
-        <translation>Elemen&amp;t:</translation>
+        <translation>&amp;Vektorelement:</translation>
     </message>
 </context>
 <context>
