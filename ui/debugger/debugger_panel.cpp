@@ -1,5 +1,6 @@
 #include "ui/debugger/debugger_panel.h"
 
+#include <QSet>
 #include <QShortcut>
 
 #include "expression/errors/backend_kind.h"
@@ -34,13 +35,15 @@ DebuggerPanel::DebuggerPanel(DebugSession& session, const DebuggerTexts& texts,
   m_notes->setObjectName(QStringLiteral("debuggerNotes"));
   m_status->setReservedLines(1);
   connectControls();
-  addKey(Qt::Key_F5, [this] { startOrGoOn(); });
-  addKey(Qt::SHIFT | Qt::Key_F5, [this] { stop(); });
-  addKey(Qt::Key_F10, [this] { next(); });
-  addKey(Qt::SHIFT | Qt::Key_F10, [this] { moveBy(-1); });
-  addKey(Qt::CTRL | Qt::SHIFT | Qt::Key_F10, [this] { moveBy(1); });
-  addKey(Qt::CTRL | Qt::Key_F10, [this] { runTo(); });
-  addKey(Qt::Key_F9, [this] { m_controls->toggleBreakpoint(); });
+  addKey(Qt::Key_F5, tr("Debug: start, or go on"), [this] { startOrGoOn(); });
+  addKey(Qt::SHIFT | Qt::Key_F5, tr("Debug: stop"), [this] { stop(); });
+  addKey(Qt::Key_F10, tr("Debug: next row"), [this] { next(); });
+  addKey(Qt::SHIFT | Qt::Key_F10, tr("Debug: back in the last rows"), [this] { moveBy(-1); });
+  addKey(Qt::CTRL | Qt::SHIFT | Qt::Key_F10, tr("Debug: forth in the last rows"),
+         [this] { moveBy(1); });
+  addKey(Qt::CTRL | Qt::Key_F10, tr("Debug: run to a row, an error or a null"),
+         [this] { runTo(); });
+  addKey(Qt::Key_F9, tr("Debug: breakpoint"), [this] { m_controls->toggleBreakpoint(); });
   connect(&m_session, &DebugSession::rowDataUpdated, this, &DebuggerPanel::updateOutputVars,
           Qt::QueuedConnection);
   connect(&m_session, &DebugSession::computationFinished, this, &DebuggerPanel::finishComputations,
@@ -66,6 +69,7 @@ void DebuggerPanel::connectControls() {
     m_session.setCondition(m_controls->condition(), m_controls->element());
     showRow(m_shown);
   });
+  connect(m_controls, &DebuggerControls::elementChanged, this, &DebuggerPanel::elementChosen);
   connect(m_views, &DebuggerViews::edited, this, [this] {
     showNotes();
     askForParts();
@@ -86,13 +90,15 @@ void DebuggerPanel::connectControls() {
   });
 }
 
-void DebuggerPanel::addKey(const QKeySequence& key, const std::function<void()>& act) {
+void DebuggerPanel::addKey(const QKeySequence& key, const QString& what,
+                           const std::function<void()>& act) {
   auto* shortcut = new QShortcut(key, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
   connect(shortcut, &QShortcut::activated, this, [this, act] {
     if (m_isExpert) {
       act();
     }
   });
+  shortcut->setWhatsThis(what);
   m_keys.push_back(shortcut);
 }
 
@@ -115,9 +121,57 @@ void DebuggerPanel::setLackingVariables(const QStringList& names) {
   showNotes();
 }
 
+void DebuggerPanel::setOutputs(const std::vector<OutputVariable>& outputs) {
+  m_outputs = outputs;
+  showConditionNames();
+}
+
 void DebuggerPanel::formulaChanged() {
   askForParts();
   showNotes();
+  showConditionNames();
+}
+
+// Of the row that is shown; before the first one without values.
+std::vector<VariableValue> DebuggerPanel::knownResults() const {
+  if (m_shown < m_state.rows.size()) {
+    return valuesToShow(m_state.rows.at(m_shown)->row, shownElement()).results;
+  }
+  std::vector<VariableValue> results;
+  for (const OutputVariable& output : m_outputs) {
+    VariableValue result;
+    result.name = output.name;
+    result.value = output.meta == MetaTypeColumn::text ? ExpressionValue::ofText("")
+                                                       : ExpressionValue::ofNumber(0);
+    results.push_back(std::move(result));
+  }
+  return results;
+}
+
+// A condition sees variables and results, but no columns that are none of them; of two with one
+// name the variable.
+void DebuggerPanel::showConditionNames() {
+  Formula formula = m_formula();
+  formula.output = {};
+  formula.use = ResultUse::truth;
+  formula.columns = {};
+  formula.rows = nullptr;
+  formula.current = m_views->values();
+  QSet<QString> names;
+  for (const InputVariable& variable : formula.variables) {
+    names += variable.name();
+  }
+  for (VariableValue& result : knownResults()) {
+    if (names.contains(result.name)) {
+      continue;
+    }
+    InputVariable variable;
+    variable.label = result.name;
+    variable.isNumber = result.value.type != ExpressionValue::Type::text;
+    formula.variables.push_back(std::move(variable));
+    formula.current.push_back(std::move(result));
+  }
+  m_controls->setConditionFormula(formula);
 }
 
 void DebuggerPanel::startOrStop() {
@@ -267,14 +321,16 @@ void DebuggerPanel::showRow(std::size_t index) {
   m_controls->setElementCount(m_elementCount);
   const RowValues before =
       index > 0 ? valuesToShow(m_state.rows.at(index - 1)->row, shownElement()) : RowValues();
-  m_views->showRow(index, valuesToShow(row, shownElement()), before);
-  emit rowShown(variableValues(row));
+  const RowValues values = valuesToShow(row, shownElement());
+  m_views->showRow(index, values, before);
+  emit rowShown(values.variables);
   showStatus();
   showControls();
   showNotes();
   if (!m_session.isRunning() || m_state.isWaiting) {
     m_views->fitColumns();
     askForParts();
+    showConditionNames();
   }
 }
 

@@ -4,25 +4,16 @@
 
 namespace kelvarin {
 
-std::vector<VariableValue> variableValues(const ObservedRow& row) {
-  std::vector<VariableValue> values;
-  values.reserve(row.variables.size());
-  for (std::size_t i = 0; i < row.variables.size(); ++i) {
-    const ShownVariable& variable = row.names->variables[i];
-    values.push_back({variable.name, variable.element, variable.column, row.variables[i]});
-  }
-  return values;
-}
-
 namespace {
 
 // The element of each vector stands for the vector; those that have fewer are missing.
 std::vector<VariableValue> variablesOfElement(const ObservedRow& row, int element) {
   std::vector<VariableValue> values;
-  for (VariableValue& value : variableValues(row)) {
-    if (value.element < 0 || value.element == element) {
-      value.element = -1;
-      values.push_back(std::move(value));
+  values.reserve(row.variables.size());
+  for (std::size_t i = 0; i < row.variables.size(); ++i) {
+    const ShownVariable& variable = row.names->variables[i];
+    if (variable.element < 0 || variable.element == element) {
+      values.push_back({variable.name, -1, variable.column, row.variables[i]});
     }
   }
   return values;

@@ -25,8 +25,6 @@ struct RowValues {
 // Of vectors those of one element; -1: the row has none.
 RowValues valuesToShow(const ObservedRow& row, int element);
 
-// All of them, as the observer was shown them.
-std::vector<VariableValue> variableValues(const ObservedRow& row);
 // Of the longest vector; 0: there is none.
 int elementCount(const ObservedRow& row);
 // Bit by bit, so that null and NaN differ.

@@ -62,7 +62,7 @@ const ResultFault* RowValuesModel::faultAt(std::size_t row) const {
   return row < m_faults.size() && !m_faults[row].text.isEmpty() ? &m_faults[row] : nullptr;
 }
 
-// Changed values are bold, edited and failed ones have an icon, so that neither depends on a colour.
+// Changed values are bold, edited and failed ones have an icon, so that none depends on a colour.
 QVariant RowValuesModel::mark(std::size_t row, int role) const {
   if (role == Qt::FontRole) {
     QFont font;

@@ -99,7 +99,7 @@ ExpressionActionEditor::~ExpressionActionEditor() {
   m_session->end();
   m_field->disconnect(this);
   m_variables->disconnect(this);
-  delete m_variablesPanel;
+  delete std::exchange(m_variablesPanel, nullptr);  // it asks for the expressions
   m_settings->disconnect(this);
   m_notes->disconnect(this);
 }
@@ -219,6 +219,7 @@ QPushButton* ExpressionActionEditor::makeCheckButton() {
   connect(button, &QPushButton::clicked, this, &ExpressionActionEditor::checkNow);
   auto* shortcut = new QShortcut(QKeySequence(Qt::Key_F7), this);
   shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+  shortcut->setWhatsThis(tr("Check what is written"));
   connect(shortcut, &QShortcut::activated, this, &ExpressionActionEditor::checkNow);
   return button;
 }
@@ -261,6 +262,7 @@ QWidget* ExpressionActionEditor::makeDebugger(const DebuggerTexts& texts) {
   connect(m_debugger, &DebuggerPanel::rowShown, this,
           [this](const std::vector<VariableValue>& values) {
             m_currentRow = values;
+            m_field->setCurrentRow(values);
             m_variables->setDebugValues(values);
           });
   connect(m_debugger, &DebuggerPanel::partChosen, m_field, &ExpressionField::selectPart);

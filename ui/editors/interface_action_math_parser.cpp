@@ -85,7 +85,7 @@ QWidget* Interface_actionMathParser::makeVectors() {
   auto* layout = new QHBoxLayout(group);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(kControlSpacing);
-  auto* label = new QLabel(tr("E&lement:"), group);
+  auto* label = new QLabel(tr("Elemen&t:"), group);
   m_element = new QSpinBox(group);
   m_element->setObjectName(QStringLiteral("sbShownElement"));
   m_element->setAccessibleName(tr("Element of the vectors whose values are shown"));
@@ -111,6 +111,10 @@ void Interface_actionMathParser::connectOutputs() {
   connect(m_pinTable, &PinTable::changed, this, &Interface_actionMathParser::updatePinTable);
   connect(m_debugger, &DebuggerPanel::lackingVariablesWanted, this,
           &Interface_actionMathParser::takeTableOver);
+  if (isVectorized()) {
+    connect(m_element, &QSpinBox::valueChanged, m_debugger, &DebuggerPanel::setElement);
+    connect(m_debugger, &DebuggerPanel::elementChosen, m_element, &QSpinBox::setValue);
+  }
   connect(m_fields, &OutputFields::typeChosen, this, [this](MetaTypeColumn meta) {
     m_outputs.current().meta = meta;
     outputsEdited();
@@ -341,6 +345,9 @@ void Interface_actionMathParser::updateFormula() {
     names += variable.name();
   }
   m_debugger->setLackingVariables(names);
+  if (!isVectorized()) {
+    m_debugger->setOutputs(m_action.outputVariables());
+  }
 }
 
 void Interface_actionMathParser::takeTableOver() {

@@ -53,6 +53,8 @@ class VariablesPanel::Parts {
   void copyNames();
   void updateButtons();
 
+  // A field that loses the focus while it is destroyed may signal after this object's end.
+  QObject m_lifetime;
   VariablesPanel& m_panel;
   VariablesModel& m_model;
   std::function<QStringList()> m_expressions;
@@ -78,15 +80,15 @@ VariablesPanel::Parts::Parts(VariablesPanel& panel, VariablesModel& model,
   layout->addLayout(columnButtons());
   m_note = new InfoLine(&panel);
   layout->addWidget(m_note);
-  connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, &panel,
+  connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, &m_lifetime,
           [this] { updateButtons(); });
-  connect(m_table, &MyTable::sortingChanged, &panel, [this] { updateButtons(); });
-  connect(&model, &VariablesModel::edited, &panel, [this] {
+  connect(m_table, &MyTable::sortingChanged, &m_lifetime, [this] { updateButtons(); });
+  connect(&model, &VariablesModel::edited, &m_lifetime, [this] {
     updateButtons();
     updateMissingColumns();
   });
   connect(&model, &QAbstractItemModel::rowsInserted, m_table, &MyTable::fitColumns);
-  connect(&model, &QAbstractItemModel::modelReset, &panel, [this] {
+  connect(&model, &QAbstractItemModel::modelReset, &m_lifetime, [this] {
     m_table->fitColumns();
     updateButtons();
   });
@@ -120,7 +122,7 @@ QToolButton* VariablesPanel::Parts::button(const char* name, IconName iconName, 
   made->setToolTip(text);
   made->setAccessibleName(text);
   made->setFocusPolicy(Qt::TabFocus);
-  connect(made, &QToolButton::clicked, &m_panel, [this, act] { (this->*act)(); });
+  connect(made, &QToolButton::clicked, &m_lifetime, [this, act] { (this->*act)(); });
   return made;
 }
 
@@ -153,8 +155,8 @@ QVBoxLayout* VariablesPanel::Parts::columnButtons() {
   m_addMissing->setObjectName(QStringLiteral("pbAddNamed"));
   m_copyNames = new QPushButton(VariablesPanel::tr("Copy all Column Names to Clipboard"), &m_panel);
   m_copyNames->setObjectName(QStringLiteral("pbGetColumnNames"));
-  connect(m_addMissing, &QPushButton::clicked, &m_panel, [this] { addMissing(); });
-  connect(m_copyNames, &QPushButton::clicked, &m_panel, [this] { copyNames(); });
+  connect(m_addMissing, &QPushButton::clicked, &m_lifetime, [this] { addMissing(); });
+  connect(m_copyNames, &QPushButton::clicked, &m_lifetime, [this] { copyNames(); });
   column->addWidget(m_addMissing);
   column->addWidget(m_copyNames);
   return column;

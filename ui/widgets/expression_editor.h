@@ -59,6 +59,8 @@ class ExpressionEditor : public KPlainTextEdit {
 
  private:
   bool askByKey(const QKeyEvent& event);
+  // For the list of keys.
+  void describeKeys();
   bool typeBracket(const QString& text);
   void showMarks();
   void useFixedFont();

@@ -54,6 +54,7 @@ class ExpressionField::Parts : public QObject {
   ExpressionVerdict& verdict() { return *m_verdict; }
   const FormulaAnswer& answer() const { return m_answer; }
   void setFormula(const Formula& formula);
+  void setCurrentRow(const std::vector<VariableValue>& values) { m_formula.current = values; }
   void setRefused(bool isRefused);
   void setHistoryKey(const QString& key);
   void setValuesShown(bool isShown) { m_values->setVisible(isShown); }
@@ -382,6 +383,10 @@ void ExpressionField::setExpression(const QString& expression) {
 
 void ExpressionField::setFormula(const Formula& formula) {
   m_parts->setFormula(formula);
+}
+
+void ExpressionField::setCurrentRow(const std::vector<VariableValue>& values) {
+  m_parts->setCurrentRow(values);
 }
 
 const FormulaAnswer& ExpressionField::answer() const {

@@ -36,6 +36,8 @@ class ExpressionField : public QWidget {
   void setExpression(const QString& expression);
   // What it may refer to; the expression in it is not looked at. Asks for a new verdict.
   void setFormula(const Formula& formula);
+  // The row of the debugger in it, which parts under the pointer are evaluated with.
+  void setCurrentRow(const std::vector<VariableValue>& values);
   const FormulaAnswer& answer() const;
 
   // Replaces the default expression "1", else puts the alias between blanks at the cursor.
