@@ -29,8 +29,8 @@ struct NamingRules {
   std::function<bool()> isStopped = {};           // asked for each element; empty: never
 };
 
-// Element by element, the outputs in their order. `nameExpressions` has one an output. Empty text as
-// the error: it was stopped.
+// Element by element, the outputs in their order. `nameExpressions` has one an output. The error is
+// empty where it was stopped.
 Result<QStringList, QString> nameColumns(const VectorTable& vectors,
                                          const QStringList& nameExpressions,
                                          const NamingRules& rules);

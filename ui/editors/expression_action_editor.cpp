@@ -16,6 +16,7 @@
 #include "host/widgets/info_line.h"
 #include "ui/editors/side_by_side.h"
 #include "ui/help_browser/interface_math_parser_help.h"
+#include "ui/language/renaming.h"
 #include "ui/panels/form_layout.h"
 #include "ui/panels/notes_field.h"
 #include "ui/panels/variables_panel.h"
@@ -141,8 +142,25 @@ void ExpressionActionEditor::connectVariables() {
     commitChanges();
     updateFormula();
   });
+  connect(m_variables, &VariablesModel::renamed, this, &ExpressionActionEditor::followRenaming);
   connect(m_variablesPanel, &VariablesPanel::insertWanted, this,
           &ExpressionActionEditor::on_insertVar);
+}
+
+// Where the user is not typing, the new text is committed with the new name.
+void ExpressionActionEditor::followRenaming(const QString& from, const QString& to) {
+  renameVariable(from, to);
+  const bool isCommitted = m_texts.isCommitted(kExpressionField);
+  const QString renamed = withRenamedVariable(m_field->expression(), from, to);
+  if (renamed == m_field->expression()) {
+    return;
+  }
+  m_field->replaceExpression(renamed);
+  if (isCommitted && !isDebugging()) {
+    m_areVariablesEdited = true;
+    commitChanges();
+    commitExpression();
+  }
 }
 
 void ExpressionActionEditor::connectSettings() {
@@ -178,7 +196,7 @@ void ExpressionActionEditor::setErrorPolicy(bool abortWhenError) {
 QVBoxLayout* ExpressionActionEditor::addExpressionPage(const QString& title) {
   auto* page = new QWidget(this);
   auto* layout = new ShrinkingColumn(page);
-  layout->setContentsMargins(12, 8, 12, 8);
+  layout->setContentsMargins(12, 8, 12, 4);
   layout->setSpacing(8);
   m_tabs->addTab(scrolled(page, this), title);
   return layout;

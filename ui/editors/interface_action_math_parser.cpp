@@ -12,6 +12,7 @@
 #include "ui/editors/output_bar.h"
 #include "ui/editors/output_fields.h"
 #include "ui/editors/vectors_panel.h"
+#include "ui/language/renaming.h"
 #include "ui/panels/form_layout.h"
 #include "ui/panels/notes_field.h"
 #include "ui/panels/settings_page.h"
@@ -246,6 +247,16 @@ void Interface_actionMathParser::chooseOutput(int output) {
 
 void Interface_actionMathParser::showOutputNamed(const QString& name) {
   chooseOutput(static_cast<int>(m_outputs.names().indexOf(name)));
+}
+
+void Interface_actionMathParser::renameVariable(const QString& from, const QString& to) {
+  for (int i = 0; i < m_outputs.size(); ++i) {
+    const QString renamed = withRenamedVariable(m_outputs.at(i).expression, from, to);
+    if (i != m_outputs.currentIndex() && renamed != m_outputs.at(i).expression) {
+      m_outputs.setExpression(i, renamed);
+      m_areOutputsEdited = true;
+    }
+  }
 }
 
 void Interface_actionMathParser::addOutput() {

@@ -46,6 +46,7 @@ class Interface_actionMathParser : public ExpressionActionEditor {
   QStringList expressions() const override;
   void updateFormula() override;
   void showVerdict(int index, const FormulaAnswer* failure) override;
+  void renameVariable(const QString& from, const QString& to) override;
   void showOutputNamed(const QString& name) override;
 
  private:

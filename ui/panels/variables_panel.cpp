@@ -101,6 +101,7 @@ void VariablesPanel::Parts::makeTable() {
   m_table->setObjectName(QStringLiteral("twVariables"));
   m_table->setAccessibleName(VariablesPanel::tr("Input variables"));
   m_table->setModel(&m_model);
+  m_table->setRowsDraggable();
   m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
   m_table->setTabKeyNavigation(false);
   m_table->verticalHeader()->hide();

@@ -13,6 +13,7 @@
 #include "host/widgets/key_list.h"
 #include "ui/widgets/expression_colors.h"
 #include "ui/widgets/expression_highlighter.h"
+#include "ui/widgets/variable_drag.h"
 
 namespace kelvarin {
 
@@ -262,6 +263,10 @@ void ExpressionEditor::fitHeight() {
 }
 
 void ExpressionEditor::insertFromMimeData(const QMimeData* source) {
+  if (source->hasFormat(kVariableNamesFormat)) {
+    emit variablesDropped(QString::fromUtf8(source->data(kVariableNamesFormat)).split(u'\n'));
+    return;
+  }
   if (!m_isOneLine || !source->hasText()) {
     KPlainTextEdit::insertFromMimeData(source);
     return;

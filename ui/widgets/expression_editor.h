@@ -38,6 +38,8 @@ class ExpressionEditor : public KPlainTextEdit {
   void erased();
   // Of one line.
   void returnPressed();
+  // At the cursor, which is where they were dropped.
+  void variablesDropped(const QStringList& names);
   void completionAsked();
   void callTipAsked();
   void fixAsked();

@@ -4,9 +4,11 @@
 #include <numeric>
 
 #include <QCollator>
+#include <QDrag>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMetaProperty>
+#include <QMimeData>
 #include <QResizeEvent>
 #include <QScopedValueRollback>
 #include <QSortFilterProxyModel>
@@ -171,6 +173,26 @@ void MyTable::isDoubleClicked(const QModelIndex& index) {
   if (index.flags() & Qt::ItemIsEditable) {
     edit(index);
   }
+}
+
+void MyTable::setRowsDraggable() {
+  setDragDropOverwriteMode(false);
+  setDropIndicatorShown(true);
+  setDefaultDropAction(Qt::MoveAction);
+  const auto followSorting = [this] { setDragDropMode(isSorted() ? DragOnly : DragDrop); };
+  connect(this, &MyTable::sortingChanged, this, followSorting);
+  followSorting();
+}
+
+// The base class would remove the rows that were dropped elsewhere.
+void MyTable::startDrag(Qt::DropActions supportedActions) {
+  QMimeData* dragged = m_proxy->mimeData(selectionModel()->selectedRows());
+  if (dragged == nullptr) {
+    return;
+  }
+  auto* drag = new QDrag(this);
+  drag->setMimeData(dragged);
+  drag->exec(supportedActions, Qt::MoveAction);
 }
 
 int MyTable::currentRow() const {

@@ -29,6 +29,8 @@ class MyTable : public QTableView {
   bool isSorted() const;
   void showUnsorted();
   void setHeaderSorts(bool isEnabled) { m_sortingEnabled = isEnabled; }
+  // Rows can be dragged, and dropped between others where nothing is sorted; the model moves them.
+  void setRowsDraggable();
 
   // To what they hold now, for when the model has got its rows. Those that the user has set stay.
   void fitColumns();
@@ -66,6 +68,7 @@ class MyTable : public QTableView {
   void changeEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void startDrag(Qt::DropActions supportedActions) override;
 
  private:
   QModelIndex shownIndexOf(int row, int column) const;

@@ -159,8 +159,19 @@ TEST_F(CalculatorEditorTest, TypedTextsComeBack) {
   m_editor->commit();
   EXPECT_TRUE(hasSaved("name='sum'"));
   EXPECT_EQ(variables().variables()[0].name(), "alias");
-  EXPECT_TRUE(hasSaved(">x +<"));
+  EXPECT_TRUE(hasSaved(">alias +<"));
   EXPECT_TRUE(hasSaved("notes='line&#10;line'"));
+}
+
+TEST_F(CalculatorEditorTest, ExpressionsFollowTheNewNameOfAVariable) {
+  open(
+      "<Calculator name='c'><InputVars><InputVar column='x'/></InputVars><OutputVars><OutputVar "
+      "name='a'>x + x(1)</OutputVar><OutputVar name='b'>2 * x // \"x\"</OutputVar></OutputVars>"
+      "</Calculator>");
+  variables().setData(variables().index(0, VariablesModel::kAlias), QStringLiteral("price"),
+                      Qt::EditRole);
+  EXPECT_TRUE(hasSaved(">price + x(1)<")) << saved();
+  EXPECT_TRUE(hasSaved(">2 * price // \"x\"<") || hasSaved(">2 * price // &quot;x&quot;<"));
 }
 
 TEST_F(CalculatorEditorTest, LeadsToThePositionThatTheLogNames) {
