@@ -67,7 +67,7 @@ void DebuggerControls::changeEvent(QEvent* event) {
 
 QWidget* DebuggerControls::makeSteps(const DebuggerTexts& texts) {
   auto* line = new QWidget(this);
-  auto* layout = new FlowLayout(line);
+  m_steps = new FlowLayout(line);
   m_startStop = new QPushButton(texts.start, line);
   m_startStop->setObjectName(QStringLiteral("pbStartStop"));
   m_next = new QPushButton(texts.next, line);
@@ -86,7 +86,7 @@ QWidget* DebuggerControls::makeSteps(const DebuggerTexts& texts) {
   m_elementGroup = grouped(line, {elementLabel, m_element});
   for (QWidget* widget : std::initializer_list<QWidget*>{m_startStop, m_next, m_pause, m_back,
                                                          m_forward, m_elementGroup}) {
-    layout->addWidget(widget);
+    m_steps->addWidget(widget);
   }
   connect(m_startStop, &QPushButton::clicked, this, &DebuggerControls::startOrStopWanted);
   connect(m_next, &QPushButton::clicked, this, &DebuggerControls::nextWanted);
@@ -133,6 +133,19 @@ QWidget* DebuggerControls::makeRules() {
 
 void DebuggerControls::showTarget() {
   m_row->setVisible(m_target->currentIndex() == toRow);
+}
+
+void DebuggerControls::addCheckButton(QPushButton* check) {
+  std::vector<QLayoutItem*> behind;
+  while (QLayoutItem* item = m_steps->takeAt(0)) {
+    behind.push_back(item);
+  }
+  m_steps->addWidget(check);
+  for (QLayoutItem* item : behind) {
+    m_steps->addItem(item);
+  }
+  setTabOrder(m_startStop, check);  // from wherever it was made to this pair, and then its order
+  setTabOrder(check, m_startStop);
 }
 
 void DebuggerControls::setPossible(const Possible& possible) {

@@ -18,6 +18,7 @@ class QSpinBox;
 
 namespace kelvarin {
 
+class FlowLayout;
 class IconButton;
 
 // What the buttons read in one editor.
@@ -42,6 +43,8 @@ class DebuggerControls : public QWidget {
 
   DebuggerControls(const DebuggerTexts& texts, QWidget* parent);
 
+  // Puts the editor's own button before the others.
+  void addCheckButton(QPushButton* check);
   void setPossible(const Possible& possible);
   // Of vectors; 0: there are none, and no choice.
   void setElementCount(int count);
@@ -75,6 +78,7 @@ class DebuggerControls : public QWidget {
   void showTarget();
 
   DebuggerTexts m_texts;
+  FlowLayout* m_steps = nullptr;
   QPushButton* m_startStop = nullptr;
   QPushButton* m_next = nullptr;
   QPushButton* m_pause = nullptr;

@@ -37,6 +37,8 @@ class DebuggerPanel : public QWidget {
                 QWidget* parent = nullptr);
   ~DebuggerPanel() override;
 
+  // Stands before the panel's own buttons.
+  void addCheckButton(QPushButton* check) { m_controls->addCheckButton(check); }
   // The keys act where the focus is in this widget or below it; at first in the panel itself.
   void setKeyOwner(QWidget* owner);
   // The debug controls work in the expert mode only.

@@ -37,8 +37,8 @@ Interface_actionFilterRows::Interface_actionFilterRows(QWidget* parent, FilterRo
   label->setBuddy(m_field->editor());
   layout->addWidget(label);
   layout->addWidget(fieldAndVariables(), 1);
-  layout->addWidget(checkButton(), 0, Qt::AlignLeft);
   layout->addWidget(makeDebugger({tr("Start"), tr("STOP"), tr("Eval Next")}));
+  m_debugger->addCheckButton(checkButton());
   m_comments = noteField("leComments", tr("Comments"));
   auto* commentsLabel = new QLabel(tr("Co&mments:"), this);
   commentsLabel->setBuddy(m_comments);

@@ -63,8 +63,8 @@ Interface_actionMathParser::Interface_actionMathParser(QWidget* parent, Calculat
   if (isVectorized()) {
     layout->addWidget(new VectorsPanel(*m_pinTable, this));
   }
-  layout->addWidget(checkButton(), 0, Qt::AlignLeft);
   layout->addWidget(makeDebugger({tr("Debug Start"), tr("Debug STOP"), tr("Debug - Next (F10)")}));
+  m_debugger->addCheckButton(checkButton());
   m_notes = noteField("leNotes", tr("Notes"));
   auto* notesLabel = new QLabel(tr("N&otes:"), this);
   notesLabel->setBuddy(m_notes);

@@ -7,6 +7,7 @@
 #include <QFontDatabase>
 #include <QHelpEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QScrollBar>
 
 #include "ui/widgets/expression_colors.h"
@@ -71,6 +72,16 @@ ExpressionEditor::ExpressionEditor(QWidget* parent)
   verticalScrollBar()->setStyleSheet(QLatin1String(kScrollBarStyle));
   horizontalScrollBar()->setStyleSheet(QLatin1String(kScrollBarStyle));
   connect(this, &QPlainTextEdit::cursorPositionChanged, this, &ExpressionEditor::showMarks);
+}
+
+void ExpressionEditor::useOneLine() {
+  m_isOneLine = true;
+  setLineWrapMode(NoWrap);
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  connect(this, &ZoomPlainTextEdit::zoomed, this, &ExpressionEditor::fitHeight);
+  fitHeight();
 }
 
 void ExpressionEditor::setNames(const KnownNames& names) {
@@ -140,6 +151,10 @@ void ExpressionEditor::keyPressEvent(QKeyEvent* event) {
   }
   const bool isPlain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
   const QString text = event->text();
+  if (isReturn(*event) && m_isOneLine) {
+    emit returnPressed();
+    return;
+  }
   if (isReturn(*event) && event->modifiers() == Qt::ShiftModifier) {
     // The base class would insert a separator that is no new line.
     textCursor().insertBlock();
@@ -219,11 +234,31 @@ void ExpressionEditor::useFixedFont() {
     fixed.setPointSizeF(QApplication::font().pointSizeF());
   }
   setFont(fixed);
-  const int lines = kMinimumLines * fontMetrics().lineSpacing();
-  setMinimumHeight(lines + 2 * frameWidth() + 2 * static_cast<int>(document()->documentMargin()));
+  fitHeight();
+}
+
+void ExpressionEditor::fitHeight() {
+  const QFontMetrics metrics(m_isOneLine ? document()->defaultFont() : font());
+  const int lines = (m_isOneLine ? 1 : kMinimumLines) * metrics.lineSpacing();
+  const int height = lines + 2 * frameWidth() + 2 * static_cast<int>(document()->documentMargin());
+  setMinimumHeight(height);
+  if (m_isOneLine) {
+    setMaximumHeight(height);
+  }
+}
+
+void ExpressionEditor::insertFromMimeData(const QMimeData* source) {
+  if (!m_isOneLine || !source->hasText()) {
+    KPlainTextEdit::insertFromMimeData(source);
+    return;
+  }
+  insertPlainText(source->text().replace(u'\n', u' '));
 }
 
 QSize ExpressionEditor::sizeHint() const {
+  if (m_isOneLine) {
+    return {KPlainTextEdit::sizeHint().width(), minimumHeight()};
+  }
   const int more = (kUsualLines - kMinimumLines) * fontMetrics().lineSpacing();
   return {KPlainTextEdit::sizeHint().width(), minimumHeight() + more};
 }

@@ -46,11 +46,12 @@ bool isInMenuOf(const QWidget& field) {
 
 class ExpressionField::Parts : public QObject {
  public:
-  explicit Parts(ExpressionField& field);
+  Parts(ExpressionField& field, Form form);
 
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   ExpressionEditor& editor() { return *m_editor; }
+  ExpressionVerdict& verdict() { return *m_verdict; }
   const FormulaAnswer& answer() const { return m_answer; }
   void setFormula(const Formula& formula);
   void setRefused(bool isRefused);
@@ -59,6 +60,7 @@ class ExpressionField::Parts : public QObject {
   void change(const QuickFix& fix);
 
  private:
+  bool isLine() const { return m_form == Form::line; }
   void layOut();
   void connectEditor();
   Formula currentFormula() const;
@@ -77,6 +79,7 @@ class ExpressionField::Parts : public QObject {
   void closeWindows();
 
   ExpressionField& m_field;
+  const Form m_form;
   FormulaService* m_service;
   ExpressionEditor* m_editor;
   ExpressionVerdict* m_verdict;
@@ -94,8 +97,9 @@ class ExpressionField::Parts : public QObject {
   bool m_isRefused = false;
 };
 
-ExpressionField::Parts::Parts(ExpressionField& field)
+ExpressionField::Parts::Parts(ExpressionField& field, Form form)
     : m_field(field),
+      m_form(form),
       m_service(new FormulaService(&field)),
       m_editor(new ExpressionEditor(&field)),
       m_verdict(new ExpressionVerdict(&field)),
@@ -117,18 +121,27 @@ ExpressionField::Parts::Parts(ExpressionField& field)
 }
 
 void ExpressionField::Parts::layOut() {
+  auto* layout = new QVBoxLayout(&m_field);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(isLine() ? 4 : 8);
+  layout->addWidget(m_editor, 1);
+  m_field.setFocusProxy(m_editor);
+  if (isLine()) {
+    m_field.setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    m_editor->useOneLine();
+    m_verdict->showFaultsOnly();
+    m_historyButton->hide();
+    m_values->hide();
+    layout->addWidget(m_verdict);
+    return;
+  }
   auto* below = new QHBoxLayout;
   below->setSpacing(8);
   m_verdict->setContentsMargins(0, 4, 0, 0);  // its first line stands beside the button's icon
   below->addWidget(m_verdict, 1, Qt::AlignTop);
   below->addWidget(m_historyButton, 0, Qt::AlignTop);
-  auto* layout = new QVBoxLayout(&m_field);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(8);
-  layout->addWidget(m_editor, 1);
   layout->addLayout(below);
   layout->addWidget(m_values);
-  m_field.setFocusProxy(m_editor);
 }
 
 void ExpressionField::Parts::connectEditor() {
@@ -144,6 +157,10 @@ void ExpressionField::Parts::connectEditor() {
     emit m_field.helpWanted(word.text);
   });
   connect(m_editor, &KPlainTextEdit::editingFinished, this, &Parts::finishEditing);
+  connect(m_editor, &ExpressionEditor::returnPressed, this, [this] {
+    finishEditing();
+    emit m_field.returnPressed();
+  });
   connect(m_completion, &ExpressionCompletion::columnWanted, &m_field,
           &ExpressionField::columnWanted);
   connect(m_completion, &ExpressionCompletion::callInserted, this, &Parts::showCallTip);
@@ -251,8 +268,13 @@ void ExpressionField::Parts::take(const FormulaAnswer& answer) {
   }
   m_answer = answer;
   m_answeredExpression = m_editor->expression();
-  m_editor->setFault(answer.faultStart, answer.faultSize);
-  m_verdict->setAnswer(answer);
+  const bool isUnused = isLine() && m_answeredExpression.trimmed().isEmpty();
+  m_editor->setFault(isUnused ? -1 : answer.faultStart, answer.faultSize);
+  if (isUnused) {
+    m_verdict->clear();
+  } else {
+    m_verdict->setAnswer(answer);
+  }
   m_values->setAnswer(currentFormula(), answer);
   emit m_field.answered(answer);
   if (std::exchange(m_isFixWanted, false)) {
@@ -328,8 +350,8 @@ void ExpressionField::Parts::closeWindows() {
   m_callTip->hide();
 }
 
-ExpressionField::ExpressionField(QWidget* parent)
-    : QWidget(parent), m_parts(std::make_unique<Parts>(*this)) {}
+ExpressionField::ExpressionField(QWidget* parent, Form form)
+    : QWidget(parent), m_parts(std::make_unique<Parts>(*this, form)) {}
 
 ExpressionField::~ExpressionField() = default;
 
@@ -392,6 +414,10 @@ void ExpressionField::selectPart(qsizetype start, qsizetype size) {
                      QTextCursor::KeepAnchor);
   editor.setTextCursor(cursor);
   editor.ensureCursorVisible();
+}
+
+QWidget* ExpressionField::verdict() const {
+  return &m_parts->verdict();
 }
 
 void ExpressionField::setValuesShown(bool isShown) {

@@ -6,6 +6,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
@@ -200,6 +201,16 @@ TEST_F(DebuggerPanelTest, WorksInTheExpertModeOnly) {
     EXPECT_FALSE(find<QPushButton>(name)->isEnabled());
     EXPECT_EQ(find<QPushButton>(name)->toolTip(), "Switch To Expert Mode to Activate");
   }
+}
+
+TEST_F(DebuggerPanelTest, TheEditorsCheckButtonIsTheFirstInSightAndForTab) {
+  auto* check = new QPushButton(QStringLiteral("? (F7)"));
+  panel.addCheckButton(check);
+  panel.layout()->activate();
+  auto* start = find<QPushButton>("pbStartStop");
+  EXPECT_EQ(check->nextInFocusChain(), start);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return check->isVisible() && check->x() < start->x(); }));
+  EXPECT_EQ(check->y(), start->y());
 }
 
 TEST_F(DebuggerPanelTest, NamesTheVariablesOfATableThatIsNotRead) {

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 #include <QApplication>
+#include <QClipboard>
 #include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -136,6 +137,34 @@ TEST_F(ExpressionFieldTest, TabLeavesEnterMakesALine) {
   press(Qt::Key_Tab);
   EXPECT_FALSE(editor()->hasFocus());
   EXPECT_EQ(finished.count(), 1);
+}
+
+TEST_F(ExpressionFieldTest, OneLineFinishesOnEnterAndSpeaksOnlyOfWhatIsWrong) {
+  ExpressionField line(&m_window, ExpressionField::Form::line);
+  m_window.layout()->addWidget(&line);
+  line.setFormula(formulaOf());
+  QTest::qWait(1);
+  const int height = line.height();
+  EXPECT_LT(height, 2 * m_other.height());
+  QApplication::clipboard()->setText(QStringLiteral("price\n> 1"));
+  line.editor()->setFocus();
+  line.editor()->paste();
+  EXPECT_EQ(line.expression().toStdString(), "price > 1");
+  QSignalSpy finished(&line, &ExpressionField::editingFinished);
+  QSignalSpy returned(&line, &ExpressionField::returnPressed);
+  QTest::keyClick(line.editor(), Qt::Key_Return);
+  EXPECT_EQ(finished.count(), 1);
+  EXPECT_EQ(returned.count(), 1);
+  EXPECT_EQ(line.expression().toStdString(), "price > 1");
+  QTRY_VERIFY(line.answer().check.isCompiled());
+  EXPECT_FALSE(line.verdict()->isVisible());
+  line.setExpression(QStringLiteral("prise > 1"));
+  QTRY_VERIFY(line.verdict()->isVisible());
+  QTRY_VERIFY(line.height() > height);
+  line.setExpression({});
+  QTRY_VERIFY(!line.verdict()->isVisible());
+  QTest::qWait(1);
+  EXPECT_EQ(line.height(), height);
 }
 
 TEST_F(ExpressionFieldTest, CompletionOpensAfterTwoLettersAndEnterTakesTheLine) {
