@@ -41,7 +41,12 @@ Interface_writeColumnarGel::Interface_writeColumnarGel(QWidget* parent, WriteCol
   addPage(m_columnsPage, tr("Rows and columns"));
   addPage(m_blocksPage, tr("Blocks"));
   addPage(m_previousPage, tr("Old file"));
+  addHelpPage();
   watch(m_filePage->namingField(), "naming");
+  connect(m_filePage, &WriteFilePage::helpWanted, this, &Interface_writeColumnarGel::showHelp);
+  connect(m_filePage, &WriteFilePage::pageWanted, this, [this] { showPage(m_filePage); });
+  connect(m_filePage, &WriteFilePage::examplesWanted, this,
+          &Interface_writeColumnarGel::showExamples);
   connect(&m_input, &InputRows::changed, this, &Interface_writeColumnarGel::takeInput);
   connect(m_previousPage, &PreviousFilePage::deletionWanted, this,
           &Interface_writeColumnarGel::prepareDeletion);
@@ -79,6 +84,13 @@ bool Interface_writeColumnarGel::store() {
     isChanged = true;
   }
   return isChanged;
+}
+
+void Interface_writeColumnarGel::insertIntoExpression(const QString& text) {
+  showPage(m_filePage);
+  if (m_filePage->namingField()->isVisible()) {
+    m_filePage->namingField()->insertText(text);
+  }
 }
 
 void Interface_writeColumnarGel::committed() {
@@ -128,6 +140,9 @@ void Interface_writeColumnarGel::showExamples() {
   const QStringList known = splitValues();
   const bool isInvented = known.isEmpty();
   const auto copy = std::make_shared<ActionCopy<WriteColumnarGel>>(m_action);
+  WriteColumnarSettings settings = m_action.settings();
+  settings.file = m_filePage->typedFile();
+  (*copy)->setSettings(settings);
   m_examplesTask.start<QStringList>(
       [copy, values = isInvented ? kInventedValues : known](const BackgroundTask::IsStopped&) {
         return exampleNames(**copy, values);

@@ -29,6 +29,7 @@ class Interface_writeColumnarGel : public ColumnarEditor {
   void load() override;
   bool store() override;
   void committed() override;
+  void insertIntoExpression(const QString& text) override;
 
  private:
   void takeInput();

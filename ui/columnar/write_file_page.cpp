@@ -11,9 +11,9 @@
 
 #include "columnar/actions/split_names.h"
 #include "host/widgets/info_line.h"
-#include "host/widgets/path_field.h"
 #include "ui/columnar/column_box.h"
 #include "ui/columnar/columnar_editor.h"
+#include "ui/columnar/committed_verdict.h"
 #include "ui/panels/wrapping_choice.h"
 #include "ui/widgets/k_plain_text_edit.h"
 
@@ -100,7 +100,6 @@ void WriteFilePage::addNaming(const QGroupBox& box) {
   QLayout* layout = box.layout();
   m_advancedNaming = new QCheckBox(this);
   m_advancedNaming->setObjectName(QStringLiteral("cbAdvancedNaming"));
-  m_advancedNaming->setToolTip(tr("SplitVal is the value of the column, as a text."));
   putBesideText(*m_advancedNaming, tr("&Name the files by an expression over SplitVal:"), this);
   connect(m_advancedNaming, &QCheckBox::clicked, this, &WriteFilePage::toggleNaming);
   m_naming = new ExpressionField(this);
@@ -112,13 +111,33 @@ void WriteFilePage::addNaming(const QGroupBox& box) {
   layout->addWidget(choiceRow(m_advancedNaming));
   layout->addWidget(m_naming);
   layout->addWidget(m_namingNote);
+  connectNaming();
+}
+
+void WriteFilePage::connectNaming() {
+  m_verdict = new CommittedVerdict(*m_naming, *this);
+  connect(m_verdict, &CommittedVerdict::fieldWanted, this, &WriteFilePage::pageWanted);
+  connect(m_verdict, &CommittedVerdict::checkWanted, this, [this] {
+    setNamingExpression();
+    m_naming->setFormula(namingFormula(m_action));
+  });
+  connect(m_naming, &ExpressionField::helpWanted, this, &WriteFilePage::helpWanted);
   connect(m_naming, &ExpressionField::editingFinished, this, &WriteFilePage::setNamingExpression);
   connect(m_naming, &ExpressionField::answered, this, [this](const FormulaAnswer& answer) {
-    if (m_isVerdictDue) {
-      m_isVerdictDue = false;
-      m_naming->setRefused(answer.check.kind == ExpressionCheck::Kind::error);
+    showNamingNote();
+    if (!m_verdict->isRefused(answer)) {
+      emit examplesWanted();
     }
   });
+}
+
+std::optional<QString> WriteFilePage::fileWithNaming() const {
+  const NamingText text = NamingText::of(m_file->path());
+  const QString typed = m_naming->expression().trimmed();
+  if (text.expressions.size() != 1 || m_naming->isHidden() || typed == m_loadedNaming.trimmed()) {
+    return m_file->path();
+  }
+  return text.withExpression(typed.isEmpty() ? kSplitValue : typed);
 }
 
 // A name without an expression gets the default one, and loses it again.
@@ -133,15 +152,10 @@ void WriteFilePage::toggleNaming(bool isOn) {
 }
 
 void WriteFilePage::setNamingExpression() {
-  NamingText text = NamingText::of(m_file->path());
-  if (text.expressions.size() != 1) {
-    return;
+  const QString file = typedFile();
+  if (file != m_file->path()) {
+    m_verdict->expect(NamingText::of(file).expressions.first());
   }
-  const QString typed = m_naming->expression().trimmed();
-  const QString wanted = typed.isEmpty() ? kSplitValue : typed;
-  m_isVerdictDue = wanted != text.expressions.first();
-  text.expressions.first() = wanted;
-  m_file->setPath(text.joined());
   emit changed();
 }
 
@@ -184,27 +198,41 @@ void WriteFilePage::showNaming(const WriteColumnarSettings& settings) {
   m_advancedNaming->setChecked(settings.advancedNaming);
   choiceRow(m_advancedNaming)->setEnabled(isByValue);
   m_naming->setVisible(isShown && expressions.size() == 1);
-  m_namingNote->clear();
-  if (!isShown) {
-    return;
-  }
-  if (expressions.size() == 1) {
-    if (m_naming->expression() != expressions.first()) {
+  if (isShown && expressions.size() == 1) {
+    if (fileWithNaming()) {
       m_naming->setExpression(expressions.first());
     }
+    m_loadedNaming = expressions.first();
     m_naming->setFormula(namingFormula(m_action));
-    return;
   }
-  m_namingNote->setMessage(
-      expressions.isEmpty() ? Severity::warning : Severity::information,
-      expressions.isEmpty()
-          ? tr("The name has no expression. Put %1 where the value belongs.").arg(kDefaultNaming)
-          : tr("The name has %1 expressions. Change them in the name itself.")
-                .arg(expressions.size()));
+  showNamingNote();
+}
+
+void WriteFilePage::showNamingNote() {
+  const auto count = NamingText::of(m_file->path()).expressions.size();
+  if (!m_byValue->isChecked() || !m_advancedNaming->isChecked()) {
+    m_namingNote->clear();
+  } else if (count == 0) {
+    m_namingNote->setMessage(
+        Severity::warning,
+        tr("The name has no expression. Put %1 where the value belongs.").arg(kDefaultNaming));
+  } else if (count > 1) {
+    m_namingNote->setMessage(
+        Severity::information,
+        tr("The name has %1 expressions. Change them in the name itself.").arg(count));
+  } else if (!fileWithNaming()) {
+    m_namingNote->setMessage(
+        Severity::warning,
+        tr("The name keeps its old expression: no text in the new one can begin or end with a "
+           "plus sign, since that is where expressions in names begin and end."));
+  } else {
+    m_namingNote->setMessage(Severity::information,
+                             tr("SplitVal is the value of the column, as a text."));
+  }
 }
 
 void WriteFilePage::store(WriteColumnarSettings& settings) const {
-  settings.file = m_file->path();
+  settings.file = typedFile();
   settings.createDirectory = m_createDirectory->isChecked();
   const auto split = m_bySize->isChecked()    ? WriteColumnarSettings::Split::bySize
                      : m_byValue->isChecked() ? WriteColumnarSettings::Split::byValue

@@ -2,8 +2,11 @@
 // names that they get.
 #pragma once
 
+#include <optional>
+
 #include "columnar/actions/write_settings.h"
 #include "host/contract/pin_columns.h"
+#include "host/widgets/path_field.h"
 #include "ui/columnar/summary_texts.h"
 #include "ui/panels/settings_page.h"
 #include "ui/widgets/expression_field.h"
@@ -14,8 +17,8 @@ class QLabel;
 
 namespace kelvarin {
 
+class CommittedVerdict;
 class InfoLine;
-class PathField;
 
 class WriteFilePage : public SettingsPage {
   Q_OBJECT
@@ -27,8 +30,17 @@ class WriteFilePage : public SettingsPage {
   void load(const WriteColumnarSettings& settings);
   void store(WriteColumnarSettings& settings) const;
   void setColumns(const PinColumns& columns);
+  // The file name with the naming expression as it is typed, not yet the action's.
+  QString typedFile() const { return fileWithNaming().value_or(m_file->path()); }
   // The names of the files; a failure has no names.
   void showExamples(const QStringList& names, const ShownText& note);
+
+ signals:
+  // The naming expression was checked, and is right: its names can be shown.
+  void examplesWanted();
+  void helpWanted(const QString& name);
+  // The page is to be shown.
+  void pageWanted();
 
  private:
   void addFileGroup();
@@ -37,8 +49,12 @@ class WriteFilePage : public SettingsPage {
   void addExampleGroup();
   void takePath(const QString& path);
   void toggleNaming(bool isOn);
+  void connectNaming();
   void setNamingExpression();
+  // None where the name cannot hold the naming expression that is typed.
+  std::optional<QString> fileWithNaming() const;
   void showNaming(const WriteColumnarSettings& settings);
+  void showNamingNote();
 
   const ActionItem& m_action;
   PathField* m_file;
@@ -51,10 +67,11 @@ class WriteFilePage : public SettingsPage {
   QComboBox* m_splitColumn;
   QCheckBox* m_advancedNaming;
   ExpressionField* m_naming;
+  CommittedVerdict* m_verdict;
   InfoLine* m_namingNote;
   QLabel* m_examples;
   InfoLine* m_exampleNote;
-  bool m_isVerdictDue = false;  // of a committed naming expression
+  QString m_loadedNaming;  // the naming expression as the action has it
 };
 
 }  // namespace kelvarin
