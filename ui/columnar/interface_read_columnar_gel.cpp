@@ -1,10 +1,9 @@
 #include "ui/columnar/interface_read_columnar_gel.h"
 
-#include <QFileDialog>
-
 #include "columnar/actions/messages.h"
 #include "columnar/actions/read_columnar_gel.h"
 #include "columnar/format/file_names.h"
+#include "host/widgets/file_question.h"
 #include "ui/columnar/action_copy.h"
 #include "ui/columnar/block_filter_page.h"
 #include "ui/columnar/read_columns_page.h"
@@ -39,10 +38,14 @@ Interface_readColumnarGel::Interface_readColumnarGel(QWidget* parent, ReadColumn
   addPage(m_reliabilityPage, tr("Reliability"));
   addHelpPage();
   watch(m_filterPage->field(), "expression");
-  m_askForNewFile = [this](const QString& proposal) {
-    return QFileDialog::getSaveFileName(this, tr("Salvage to a new table"), proposal,
-                                        tr("Columnar files (*.cgel_kelvarin)"), nullptr,
-                                        QFileDialog::DontConfirmOverwrite);
+  m_askForNewFile = [this](const QString& proposal, std::function<void(const QString&)> chosen) {
+    askForFile(this,
+               {.kind = FileQuestion::Kind::saveFile,
+                .caption = tr("Salvage to a new table"),
+                .start = proposal,
+                .filter = tr("Columnar files (*.cgel_kelvarin)"),
+                .confirmsOverwrite = false},
+               std::move(chosen));
   };
   connectPages();
   reload();
@@ -208,10 +211,10 @@ void Interface_readColumnarGel::verify() {
 }
 
 void Interface_readColumnarGel::salvage() {
-  const QString newFile = m_askForNewFile(proposalFor(file()));
-  if (newFile.isEmpty()) {
-    return;
-  }
+  m_askForNewFile(proposalFor(file()), [this](const QString& newFile) { salvageTo(newFile); });
+}
+
+void Interface_readColumnarGel::salvageTo(const QString& newFile) {
   auto* dialog = new TableWorkDialog(this);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->open();

@@ -27,8 +27,9 @@ class Interface_readColumnarGel : public ColumnarEditor {
   Interface_readColumnarGel(QWidget* parent, ReadColumnarGel& action);
   ~Interface_readColumnarGel() override;
 
-  // Asks where a salvaged table goes, with a proposal; empty: nowhere. A file dialog unless set.
-  using AskForFile = std::function<QString(const QString& proposal)>;
+  // Asks where a salvaged table goes, with a proposal. A file dialog unless set.
+  using AskForFile =
+      std::function<void(const QString& proposal, std::function<void(const QString& file)> chosen)>;
   void setAskForNewFile(AskForFile ask) { m_askForNewFile = std::move(ask); }
   // Something is being found out about the file.
   bool isBusy() const { return m_summaryTask.isRunning() || m_trialTask.isRunning(); }
@@ -51,6 +52,7 @@ class Interface_readColumnarGel : public ColumnarEditor {
   void showExtent();
   void verify();
   void salvage();
+  void salvageTo(const QString& newFile);
   std::uint64_t knownRows() const { return m_summary ? m_summary->rows : 0; }
 
   ReadColumnarGel& m_action;

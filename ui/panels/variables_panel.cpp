@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -174,9 +175,12 @@ void VariablesPanel::Parts::addColumns() {
   if (kelvarin::screen() == nullptr) {
     return;
   }
-  QStringList chosen =
+  const QPointer<QObject> lifetime(&m_lifetime);  // it may end while the user chooses
+  const QStringList chosen =
       kelvarin::screen()->pickColumns(m_model.inputColumnNames(), QStringList(), &m_panel);
-  m_model.addColumns(chosen);
+  if (lifetime != nullptr) {
+    m_model.addColumns(chosen);
+  }
 }
 
 void VariablesPanel::Parts::addMissing() {

@@ -1,7 +1,5 @@
 #include "ui/widgets/expression_editor.h"
 
-#include <memory>
-
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QFontDatabase>
@@ -237,9 +235,10 @@ bool ExpressionEditor::typeBracket(const QString& text) {
 
 void ExpressionEditor::contextMenuEvent(QContextMenuEvent* event) {
   // Below the editor in the tree of widgets, the menu would get its white background.
-  std::unique_ptr<QMenu> menu(createStandardContextMenu());
+  QMenu* menu = createStandardContextMenu();
   menu->setParent(parentWidget(), menu->windowFlags());
-  menu->exec(event->globalPos());
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  menu->popup(event->globalPos());
 }
 
 // As large as the texts around it, which the system's own fixed font need not be.

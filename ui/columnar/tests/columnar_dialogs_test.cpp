@@ -311,9 +311,9 @@ TEST_F(ReadDialogTest, VerifiesAndSalvages) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return m_editor->findChild<TableWorkDialog*>() == nullptr; }));
 
   QString proposal;
-  m_editor->setAskForNewFile([&](const QString& proposed) {
+  m_editor->setAskForNewFile([&](const QString& proposed, const auto& chosen) {
     proposal = proposed;
-    return m_folder.filePath(QStringLiteral("new.cgel_kelvarin"));
+    chosen(m_folder.filePath(QStringLiteral("new.cgel_kelvarin")));
   });
   click("pbSalvage");
   EXPECT_TRUE(proposal.endsWith("made_salvaged.cgel_kelvarin"));
