@@ -74,13 +74,14 @@ class EditedExample : public ::testing::TestWithParam<const char*> {
 };
 
 TEST_P(EditedExample, SurvivesRandomEvents) {
-  EditedGraph graph;
+  EditedGraph graph(catalogue());
+  GraphCommands commands(graph);
   EditServices services(graph, catalogue());
   HostSession session(&services);
   const HostSession::Scope scope(&session);
   GraphFiles files(file(GetParam()), {}, catalogue(), session);
   Theme theme;
-  EditWindow window(graph, services, files, catalogue(), theme, {});
+  EditWindow window(commands, services, files, catalogue(), theme, {});
   const QSignalSpy shown(&window, &EditWindow::graphShown);
   window.show();
   ASSERT_TRUE(QTest::qWaitFor([&shown] { return !shown.isEmpty(); }));
@@ -90,7 +91,7 @@ TEST_P(EditedExample, SurvivesRandomEvents) {
   testing::sendRandomEvents(window, kRandomEvents, [&](int event) {
     if (event % kEventsForAnAction == 0 && graph.actionCount() > 0) {
       window.show();  // it may have been closed
-      window.openAction(event / kEventsForAnAction % graph.actionCount());
+      window.openAction(graph.actions()[event / kEventsForAnAction % graph.actionCount()]);
     }
   });
 
@@ -101,16 +102,16 @@ TEST_P(EditedExample, SurvivesRandomEvents) {
     EXPECT_EQ(otherFaults(refused.error()), "");
     return;
   }
-  window.openAction(0);
-  const QByteArray document = graph.snapshot().document;
-  auto again = parseGraph(document, files.file(), catalogue());
+  window.openAction(graph.actions().front());
+  const QByteArray document = graph.document();
+  const auto again = parseGraph(document, files.file(), catalogue());
   if (!again) {
     EXPECT_EQ(otherFaults(again.error()), "") << document.toStdString();
     return;
   }
-  EditedGraph reread;
-  reread.setGraph(std::move(*again));
-  EXPECT_EQ(reread.snapshot().document.toStdString(), document.toStdString());
+  EditedGraph reread(catalogue());
+  ASSERT_TRUE(reread.load(document, files.file()));
+  EXPECT_EQ(reread.document().toStdString(), document.toStdString());
 }
 
 INSTANTIATE_TEST_SUITE_P(All, EditedExample,
