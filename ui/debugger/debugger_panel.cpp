@@ -1,5 +1,7 @@
 #include "ui/debugger/debugger_panel.h"
 
+#include <utility>
+
 #include <QSet>
 #include <QShortcut>
 
@@ -176,6 +178,7 @@ void DebuggerPanel::showConditionNames() {
 }
 
 void DebuggerPanel::startOrStop() {
+  m_rowAfterStop = -1;
   if (m_session.isRunning()) {
     stop();
   } else {
@@ -250,6 +253,18 @@ void DebuggerPanel::runTo() {
   updateOutputVars();
 }
 
+void DebuggerPanel::runToRow(long long row) {
+  if (m_session.isRunning()) {
+    m_rowAfterStop = row;
+    stop();
+    return;
+  }
+  DebugRules rules;
+  rules.everyRow = false;
+  rules.row = row;
+  start(rules);
+}
+
 void DebuggerPanel::next() {
   if (m_session.isRunning()) {
     m_session.step();
@@ -274,6 +289,9 @@ void DebuggerPanel::finishComputations() {
   }
   m_hasEnded = true;
   updateOutputVars();
+  if (const long long row = std::exchange(m_rowAfterStop, -1); row >= 0) {
+    runToRow(row);
+  }
 }
 
 void DebuggerPanel::showControls() {

@@ -55,6 +55,8 @@ class DebuggerPanel : public QWidget {
   // What pbStartStop and pbNext do.
   void startOrStop();
   void next();
+  // Starts and stops at the row with this number, counted from 0; a run that goes on ends first.
+  void runToRow(long long row);
   // Shows the latest row; the values go to the variable table, too. Both are connected to the
   // session.
   void updateOutputVars();
@@ -108,6 +110,7 @@ class DebuggerPanel : public QWidget {
   bool m_isExpert = true;
   bool m_hasEnded = false;
   bool m_isStopping = false;
+  long long m_rowAfterStop = -1;  // to run to when the run has ended; -1: none
   QStringList m_lacking;
   std::vector<OutputVariable> m_outputs;
   QuickFix m_fix;  // of an expression that cannot be debugged

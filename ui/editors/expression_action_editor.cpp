@@ -414,6 +414,12 @@ void ExpressionActionEditor::showPosition(const QString& output, int position) {
   m_field->showPart(position, tokenSizeAt(m_field->expression(), position));
 }
 
+bool ExpressionActionEditor::stepToRow(long long row) {
+  showExpressionPage();
+  m_debugger->runToRow(row);
+  return true;
+}
+
 bool ExpressionActionEditor::storeCommon() {
   const bool areVariablesEdited = std::exchange(m_areVariablesEdited, false);
   const bool areOptionsEdited = std::exchange(m_areOptionsEdited, false);

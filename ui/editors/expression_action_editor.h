@@ -40,6 +40,7 @@ class ExpressionActionEditor : public UpdateClassWidget {
   void restoreUncommitted(const QMap<QString, QString>& texts) override;
   void commit() override;
   void showPosition(const QString& output, int position) override;
+  bool stepToRow(long long row) override;
   // Columns, rows or a verdict are being found out.
   virtual bool isBusy() const { return m_inputRows->isBusy() || m_validation->isBusy(); }
 

@@ -118,6 +118,15 @@ TEST_F(DebuggerPanelTest, KeysStartStepGoBackAndStop) {
   EXPECT_EQ(shown.size(), 3u);  // the last row stays in sight
 }
 
+TEST_F(DebuggerPanelTest, RunsToARowOfAPreviewAlsoBackwards) {
+  panel.runToRow(50);
+  ASSERT_TRUE(waitFor("Row 50."));
+  EXPECT_EQ(shown[0].value.number, 50);
+  panel.runToRow(7);  // which the run has passed
+  ASSERT_TRUE(waitFor("Row 7."));
+  EXPECT_EQ(shown[0].value.number, 7);
+}
+
 TEST_F(DebuggerPanelTest, ResultsStandBesideTheRowAndTheirChangesAreMarked) {
   const auto isBold = [this] {
     const auto* model = find<QTableView>("resultsOfRow")->model();
