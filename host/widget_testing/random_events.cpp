@@ -38,6 +38,11 @@ std::uint32_t seedOfRun() {
   return seed;
 }
 
+int countOfRun(int usual) {
+  const QByteArray given = qgetenv("RANDOM_EVENTS_COUNT");
+  return given.isEmpty() ? usual : given.toInt();
+}
+
 class RandomEvents {
   int below(std::size_t bound) { return static_cast<int>(m_engine() % bound); }
   template <typename List>
@@ -143,7 +148,8 @@ void sendRandomEvents(QWidget& root, int count, const std::function<void(int)>& 
     QTest::keySequence(view, QKeySequence::Copy);  // also where nothing is chosen
   }
   RandomEvents events(root, seedOfRun());
-  for (int i = 0; i < count; ++i) {
+  const int total = countOfRun(count);
+  for (int i = 0; i < total; ++i) {
     events.send();
     if (afterEach) {
       afterEach(i);

@@ -62,8 +62,8 @@ void Interface_readColumnarGel::connectPages() {
   connect(m_filePage, &ReadFilePage::salvageWanted, this, &Interface_readColumnarGel::salvage);
   connect(m_filePage, &ReadFilePage::columnsWanted, this, [this] { showPage(m_columnsPage); });
   connect(m_filePage, &ReadFilePage::blocksWanted, this, [this] { showPage(m_filterPage); });
-  connect(m_filterPage, &BlockFilterPage::helpWanted, this,
-          [this](const QString& name) { showHelp(name); });
+  connect(m_filterPage, &BlockFilterPage::helpWanted, this, &Interface_readColumnarGel::showHelp);
+  connect(m_filterPage, &BlockFilterPage::pageWanted, this, [this] { showPage(m_filterPage); });
   connect(m_filterPage, &BlockFilterPage::trialWanted, this, &Interface_readColumnarGel::tryFilter);
 }
 
@@ -159,15 +159,9 @@ void Interface_readColumnarGel::forgetSummary(const QString& reason, bool isFail
 // The expression as it is typed, not yet the action's.
 void Interface_readColumnarGel::tryFilter() {
   const BlockFilter filter = m_filterPage->filter();
-  if (filter.expression.trimmed().isEmpty()) {
-    m_trialTask.forget();
-    m_filterPage->showTrial(
-        {Severity::information, tr("Without an expression every block is read.")});
-    return;
-  }
   if (const OutsideSources sources(filter.expression, {}); sources.readsFile()) {
     m_trialTask.forget();
-    m_filterPage->showTrial(
+    m_filterPage->showNoTrial(
         {Severity::information, tr("What it skips is known in a run only, since %1 reads a file.")
                                     .arg(sources.fileFunction())});
     return;
@@ -178,15 +172,25 @@ void Interface_readColumnarGel::tryFilter() {
       [copy](const BackgroundTask::IsStopped& isStopped) {
         return tryBlockFilter(**copy, isStopped);
       },
-      [this](const Result<BlockFilterTrial, QString>& trial) {
-        ShownText shown =
-            trial ? trialText(*trial) : ShownText{Severity::information, trial.error()};
-        if (!m_action.settings().filterRows) {
-          shown = {Severity::warning,
-                   tr("The filter is switched off: every block is read. %1").arg(shown.text)};
+      [this, isEmpty = filter.expression.trimmed().isEmpty()](
+          const Result<BlockFilterTrial, QString>& trial) {
+        if (!trial) {
+          m_filterPage->showNoTrial(wordsOnTrial({Severity::information, trial.error()}, isEmpty));
+          return;
         }
-        m_filterPage->showTrial(shown);
+        m_filterPage->showTrial(*trial, wordsOnTrial(trialText(*trial), isEmpty));
       });
+}
+
+ShownText Interface_readColumnarGel::wordsOnTrial(const ShownText& words, bool isEmpty) const {
+  if (isEmpty) {
+    return {Severity::information, tr("Without an expression every block is read.")};
+  }
+  if (m_action.settings().filterRows) {
+    return words;
+  }
+  return {Severity::warning,
+          tr("The filter is switched off: every block is read. %1").arg(words.text)};
 }
 
 void Interface_readColumnarGel::showExtent() {

@@ -11,6 +11,7 @@
 #include "columnar/actions/table_summary.h"
 #include "ui/columnar/background_task.h"
 #include "ui/columnar/columnar_editor.h"
+#include "ui/columnar/summary_texts.h"
 
 namespace kelvarin {
 
@@ -45,6 +46,8 @@ class Interface_readColumnarGel : public ColumnarEditor {
   void takeSummary(const Result<TableSummary, QString>& summary);
   void forgetSummary(const QString& reason, bool isFailure);
   void tryFilter();
+  // Of an empty filter, and one that is switched off, there is more to say.
+  ShownText wordsOnTrial(const ShownText& words, bool isEmpty) const;
   void showExtent();
   void verify();
   void salvage();

@@ -35,13 +35,15 @@ DebuggerPanel::DebuggerPanel(DebugSession& session, const DebuggerTexts& texts,
   m_notes->setObjectName(QStringLiteral("debuggerNotes"));
   m_status->setReservedLines(1);
   connectControls();
-  addKey(Qt::Key_F5, [this] { startOrGoOn(); });
-  addKey(Qt::SHIFT | Qt::Key_F5, [this] { stop(); });
-  addKey(Qt::Key_F10, [this] { next(); });
-  addKey(Qt::SHIFT | Qt::Key_F10, [this] { moveBy(-1); });
-  addKey(Qt::CTRL | Qt::SHIFT | Qt::Key_F10, [this] { moveBy(1); });
-  addKey(Qt::CTRL | Qt::Key_F10, [this] { runTo(); });
-  addKey(Qt::Key_F9, [this] { m_controls->toggleBreakpoint(); });
+  addKey(Qt::Key_F5, tr("Debug: start, or go on"), [this] { startOrGoOn(); });
+  addKey(Qt::SHIFT | Qt::Key_F5, tr("Debug: stop"), [this] { stop(); });
+  addKey(Qt::Key_F10, tr("Debug: next row"), [this] { next(); });
+  addKey(Qt::SHIFT | Qt::Key_F10, tr("Debug: back in the last rows"), [this] { moveBy(-1); });
+  addKey(Qt::CTRL | Qt::SHIFT | Qt::Key_F10, tr("Debug: forth in the last rows"),
+         [this] { moveBy(1); });
+  addKey(Qt::CTRL | Qt::Key_F10, tr("Debug: run to a row, an error or a null"),
+         [this] { runTo(); });
+  addKey(Qt::Key_F9, tr("Debug: breakpoint"), [this] { m_controls->toggleBreakpoint(); });
   connect(&m_session, &DebugSession::rowDataUpdated, this, &DebuggerPanel::updateOutputVars,
           Qt::QueuedConnection);
   connect(&m_session, &DebugSession::computationFinished, this, &DebuggerPanel::finishComputations,
@@ -88,13 +90,15 @@ void DebuggerPanel::connectControls() {
   });
 }
 
-void DebuggerPanel::addKey(const QKeySequence& key, const std::function<void()>& act) {
+void DebuggerPanel::addKey(const QKeySequence& key, const QString& what,
+                           const std::function<void()>& act) {
   auto* shortcut = new QShortcut(key, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
   connect(shortcut, &QShortcut::activated, this, [this, act] {
     if (m_isExpert) {
       act();
     }
   });
+  shortcut->setWhatsThis(what);
   m_keys.push_back(shortcut);
 }
 

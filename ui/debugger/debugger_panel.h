@@ -76,7 +76,7 @@ class DebuggerPanel : public QWidget {
 
  private:
   void connectControls();
-  void addKey(const QKeySequence& key, const std::function<void()>& act);
+  void addKey(const QKeySequence& key, const QString& what, const std::function<void()>& act);
 
   // With the rules of the panel, or stepping.
   void start(const std::optional<DebugRules>& rules);

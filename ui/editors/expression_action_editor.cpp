@@ -16,6 +16,7 @@
 #include "host/widgets/info_line.h"
 #include "ui/editors/side_by_side.h"
 #include "ui/help_browser/interface_math_parser_help.h"
+#include "ui/language/renaming.h"
 #include "ui/panels/form_layout.h"
 #include "ui/panels/notes_field.h"
 #include "ui/panels/variables_panel.h"
@@ -98,6 +99,7 @@ ExpressionActionEditor::~ExpressionActionEditor() {
   m_session->end();
   m_field->disconnect(this);
   m_variables->disconnect(this);
+  delete std::exchange(m_variablesPanel, nullptr);  // it asks for the expressions
   m_settings->disconnect(this);
   m_notes->disconnect(this);
 }
@@ -140,8 +142,25 @@ void ExpressionActionEditor::connectVariables() {
     commitChanges();
     updateFormula();
   });
+  connect(m_variables, &VariablesModel::renamed, this, &ExpressionActionEditor::followRenaming);
   connect(m_variablesPanel, &VariablesPanel::insertWanted, this,
           &ExpressionActionEditor::on_insertVar);
+}
+
+// Where the user is not typing, the new text is committed with the new name.
+void ExpressionActionEditor::followRenaming(const QString& from, const QString& to) {
+  renameVariable(from, to);
+  const bool isCommitted = m_texts.isCommitted(kExpressionField);
+  const QString renamed = withRenamedVariable(m_field->expression(), from, to);
+  if (renamed == m_field->expression()) {
+    return;
+  }
+  m_field->replaceExpression(renamed);
+  if (isCommitted && !isDebugging()) {
+    m_areVariablesEdited = true;
+    commitChanges();
+    commitExpression();
+  }
 }
 
 void ExpressionActionEditor::connectSettings() {
@@ -177,7 +196,7 @@ void ExpressionActionEditor::setErrorPolicy(bool abortWhenError) {
 QVBoxLayout* ExpressionActionEditor::addExpressionPage(const QString& title) {
   auto* page = new QWidget(this);
   auto* layout = new ShrinkingColumn(page);
-  layout->setContentsMargins(12, 8, 12, 8);
+  layout->setContentsMargins(12, 8, 12, 4);
   layout->setSpacing(8);
   m_tabs->addTab(scrolled(page, this), title);
   return layout;
@@ -200,6 +219,7 @@ QPushButton* ExpressionActionEditor::makeCheckButton() {
   connect(button, &QPushButton::clicked, this, &ExpressionActionEditor::checkNow);
   auto* shortcut = new QShortcut(QKeySequence(Qt::Key_F7), this);
   shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+  shortcut->setWhatsThis(tr("Check what is written"));
   connect(shortcut, &QShortcut::activated, this, &ExpressionActionEditor::checkNow);
   return button;
 }
@@ -366,14 +386,18 @@ void ExpressionActionEditor::reload() {
 }
 
 QMap<QString, QString> ExpressionActionEditor::uncommittedState() const {
-  return m_texts.uncommitted();
+  QMap<QString, QString> texts = m_texts.uncommitted();
+  texts.insert(m_variablesPanel->uncommitted());
+  return texts;
 }
 
 void ExpressionActionEditor::restoreUncommitted(const QMap<QString, QString>& texts) {
+  m_variablesPanel->restore(texts);  // takes the focus, by which fields commit what they have
   m_texts.restore(texts);
 }
 
 void ExpressionActionEditor::commit() {
+  m_variablesPanel->commit();
   commitChanges();
   if (!isDebugging() && !m_texts.isCommitted(kExpressionField)) {
     commitExpression();

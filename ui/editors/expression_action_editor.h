@@ -74,6 +74,8 @@ class ExpressionActionEditor : public UpdateClassWidget {
   // All that may name columns.
   virtual QStringList expressions() const { return {m_field->expression()}; }
   virtual void showVerdict(int index, const FormulaAnswer* failure) = 0;
+  // In the expressions that are not in the field.
+  virtual void renameVariable(const QString&, const QString&) {}
   // Shows the expression of an output.
   virtual void showOutputNamed(const QString&) {}
 
@@ -119,6 +121,7 @@ class ExpressionActionEditor : public UpdateClassWidget {
  private:
   void connectField();
   void connectVariables();
+  void followRenaming(const QString& from, const QString& to);
   void connectSettings();
   void takeInput();
   bool storeCommon();

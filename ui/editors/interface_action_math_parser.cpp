@@ -8,10 +8,11 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
+#include "expression/backends/expression_text.h"
 #include "ui/editors/output_bar.h"
 #include "ui/editors/output_fields.h"
 #include "ui/editors/vectors_panel.h"
-#include "ui/language/outside_sources.h"
+#include "ui/language/renaming.h"
 #include "ui/panels/form_layout.h"
 #include "ui/panels/notes_field.h"
 #include "ui/panels/settings_page.h"
@@ -84,7 +85,7 @@ QWidget* Interface_actionMathParser::makeVectors() {
   auto* layout = new QHBoxLayout(group);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(kControlSpacing);
-  auto* label = new QLabel(tr("E&lement:"), group);
+  auto* label = new QLabel(tr("Elemen&t:"), group);
   m_element = new QSpinBox(group);
   m_element->setObjectName(QStringLiteral("sbShownElement"));
   m_element->setAccessibleName(tr("Element of the vectors whose values are shown"));
@@ -148,7 +149,7 @@ void Interface_actionMathParser::showOutput() {
   m_field->setExpression(output.expression);
   m_field->setRefused(m_outputs.isRefused(m_outputs.currentIndex()));
   m_fields->showOutput(output);
-  m_fields->setNameFormula(nameFormula());
+  m_fields->setNameFormula(nameFormula(m_fields->name()));
   m_notes->setNotes(output.notes);
   for (const QString& field : {kExpressionField, kNameField, m_notes->objectName()}) {
     texts().setCommitted(field);
@@ -248,6 +249,16 @@ void Interface_actionMathParser::showOutputNamed(const QString& name) {
   chooseOutput(static_cast<int>(m_outputs.names().indexOf(name)));
 }
 
+void Interface_actionMathParser::renameVariable(const QString& from, const QString& to) {
+  for (int i = 0; i < m_outputs.size(); ++i) {
+    const QString renamed = withRenamedVariable(m_outputs.at(i).expression, from, to);
+    if (i != m_outputs.currentIndex() && renamed != m_outputs.at(i).expression) {
+      m_outputs.setExpression(i, renamed);
+      m_areOutputsEdited = true;
+    }
+  }
+}
+
 void Interface_actionMathParser::addOutput() {
   leaveOutput();
   m_outputs.add();
@@ -315,7 +326,7 @@ std::vector<InputVariable> Interface_actionMathParser::lackingVariables() const 
   }
   QSet<QString> named;
   for (const QString& expression : expressions()) {
-    named += namesIn(expression);
+    named += valueNames(expression);
   }
   const std::vector<InputVariable>& own = m_variables->variables();
   for (const InputVariable& variable : m_pinTable->table()->variables) {
@@ -344,11 +355,11 @@ void Interface_actionMathParser::takeTableOver() {
 }
 
 // The names of columns are computed from those of the first element's columns.
-Formula Interface_actionMathParser::nameFormula() const {
+Formula Interface_actionMathParser::nameFormula(const QString& expression) const {
   Formula formula;
   formula.use = ResultUse::column;
   formula.output.meta = MetaTypeColumn::text;
-  formula.output.expression = m_fields->name();
+  formula.output.expression = expression;
   formula.options = options();
   formula.options.addN = false;
   if (m_action.globalParameters() != nullptr) {
@@ -367,7 +378,7 @@ void Interface_actionMathParser::updatePinTable() {
     m_element->setMaximum(std::max(0, m_pinTable->longestVector() - 1));
   }
   updateFormula();
-  m_fields->setNameFormula(nameFormula());
+  m_fields->setNameFormula(nameFormula(m_fields->name()));
   updateNames();
   if (m_isCheckDue && !m_pinTable->isBusy()) {
     checkCommitted();
@@ -378,11 +389,12 @@ void Interface_actionMathParser::updateNames() {
   if (!isVectorized()) {
     return;
   }
-  QStringList names = m_outputs.names();
-  names[m_outputs.currentIndex()] = m_fields->name();
-  const GlobalParameters* parameters = m_action.globalParameters();
-  m_pinTable->nameColumns(names, options(),
-                          parameters != nullptr ? *parameters : GlobalParameters());
+  std::vector<Formula> names;
+  for (int i = 0; i < m_outputs.size(); ++i) {
+    const bool isCurrent = i == m_outputs.currentIndex();
+    names.push_back(nameFormula(isCurrent ? m_fields->name() : m_outputs.at(i).name));
+  }
+  m_pinTable->nameColumns(names);
 }
 
 void Interface_actionMathParser::checkCurrentOutputVars() {

@@ -46,6 +46,7 @@ class Interface_actionMathParser : public ExpressionActionEditor {
   QStringList expressions() const override;
   void updateFormula() override;
   void showVerdict(int index, const FormulaAnswer* failure) override;
+  void renameVariable(const QString& from, const QString& to) override;
   void showOutputNamed(const QString& name) override;
 
  private:
@@ -67,7 +68,7 @@ class Interface_actionMathParser : public ExpressionActionEditor {
   void writeOutputs();
 
   Formula formulaOf(const OutputVariable& output) const;
-  Formula nameFormula() const;
+  Formula nameFormula(const QString& expression) const;
   // Whose values are shown below the expression.
   int shownElement() const;
   // Those of the table that expressions name and that are no input variables of the action.

@@ -33,6 +33,9 @@ class OutputList {
   OutputVariable& current() { return entry(m_current).variable; }
   const OutputVariable& current() const { return entry(m_current).variable; }
 
+  void setExpression(int index, const QString& expression) {
+    entry(index).variable.expression = expression;
+  }
   bool isRefused(int index) const { return entry(index).isRefused; }
   void setRefused(int index, bool isRefused) { entry(index).isRefused = isRefused; }
   bool isAnyRefused() const;

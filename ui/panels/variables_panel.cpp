@@ -22,6 +22,9 @@ namespace {
 
 constexpr int kShownRows = 2;  // at least
 
+// Of the row and the column of a cell, counted from 0.
+const QString kCellKey = QStringLiteral("inputVariable/%1/%2");
+
 }  // namespace
 
 class VariablesPanel::Parts {
@@ -30,6 +33,10 @@ class VariablesPanel::Parts {
 
   void setInputColumns(const PinColumns& columns, bool isComing);
   void updateMissingColumns();
+  QMap<QString, QString> uncommitted() const;
+  void restore(const QMap<QString, QString>& texts);
+  void commit() { m_table->commitOpenCell(); }
+  void disconnectModel() { m_model.disconnect(&m_panel); }
 
  private:
   QToolButton* button(const char* name, IconName icon, const QString& text, void (Parts::*act)());
@@ -46,6 +53,8 @@ class VariablesPanel::Parts {
   void copyNames();
   void updateButtons();
 
+  // A field that loses the focus while it is destroyed may signal after this object's end.
+  QObject m_lifetime;
   VariablesPanel& m_panel;
   VariablesModel& m_model;
   std::function<QStringList()> m_expressions;
@@ -71,15 +80,15 @@ VariablesPanel::Parts::Parts(VariablesPanel& panel, VariablesModel& model,
   layout->addLayout(columnButtons());
   m_note = new InfoLine(&panel);
   layout->addWidget(m_note);
-  connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, &panel,
+  connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, &m_lifetime,
           [this] { updateButtons(); });
-  connect(m_table, &MyTable::sortingChanged, &panel, [this] { updateButtons(); });
-  connect(&model, &VariablesModel::edited, &panel, [this] {
+  connect(m_table, &MyTable::sortingChanged, &m_lifetime, [this] { updateButtons(); });
+  connect(&model, &VariablesModel::edited, &m_lifetime, [this] {
     updateButtons();
     updateMissingColumns();
   });
   connect(&model, &QAbstractItemModel::rowsInserted, m_table, &MyTable::fitColumns);
-  connect(&model, &QAbstractItemModel::modelReset, &panel, [this] {
+  connect(&model, &QAbstractItemModel::modelReset, &m_lifetime, [this] {
     m_table->fitColumns();
     updateButtons();
   });
@@ -92,6 +101,7 @@ void VariablesPanel::Parts::makeTable() {
   m_table->setObjectName(QStringLiteral("twVariables"));
   m_table->setAccessibleName(VariablesPanel::tr("Input variables"));
   m_table->setModel(&m_model);
+  m_table->setRowsDraggable();
   m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
   m_table->setTabKeyNavigation(false);
   m_table->verticalHeader()->hide();
@@ -112,7 +122,7 @@ QToolButton* VariablesPanel::Parts::button(const char* name, IconName iconName, 
   made->setToolTip(text);
   made->setAccessibleName(text);
   made->setFocusPolicy(Qt::TabFocus);
-  connect(made, &QToolButton::clicked, &m_panel, [this, act] { (this->*act)(); });
+  connect(made, &QToolButton::clicked, &m_lifetime, [this, act] { (this->*act)(); });
   return made;
 }
 
@@ -145,8 +155,8 @@ QVBoxLayout* VariablesPanel::Parts::columnButtons() {
   m_addMissing->setObjectName(QStringLiteral("pbAddNamed"));
   m_copyNames = new QPushButton(VariablesPanel::tr("Copy all Column Names to Clipboard"), &m_panel);
   m_copyNames->setObjectName(QStringLiteral("pbGetColumnNames"));
-  connect(m_addMissing, &QPushButton::clicked, &m_panel, [this] { addMissing(); });
-  connect(m_copyNames, &QPushButton::clicked, &m_panel, [this] { copyNames(); });
+  connect(m_addMissing, &QPushButton::clicked, &m_lifetime, [this] { addMissing(); });
+  connect(m_copyNames, &QPushButton::clicked, &m_lifetime, [this] { copyNames(); });
   column->addWidget(m_addMissing);
   column->addWidget(m_copyNames);
   return column;
@@ -225,14 +235,51 @@ void VariablesPanel::Parts::setInputColumns(const PinColumns& columns, bool isCo
   }
 }
 
+QMap<QString, QString> VariablesPanel::Parts::uncommitted() const {
+  const auto cell = m_table->openCell();
+  if (!cell) {
+    return {};
+  }
+  const QModelIndex index = m_model.index(cell->row, cell->column);
+  return index.data(Qt::EditRole).toString() == cell->text
+             ? QMap<QString, QString>()
+             : QMap<QString, QString>{{kCellKey.arg(cell->row).arg(cell->column), cell->text}};
+}
+
+void VariablesPanel::Parts::restore(const QMap<QString, QString>& texts) {
+  for (int row = 0; row < m_model.rowCount(); ++row) {
+    for (int column = 0; column < VariablesModel::kDebugValue; ++column) {
+      const auto text = texts.find(kCellKey.arg(row).arg(column));
+      if (text != texts.end()) {
+        m_table->reopen({row, column, *text});
+      }
+    }
+  }
+}
+
 VariablesPanel::VariablesPanel(VariablesModel& model, std::function<QStringList()> expressions,
                                QWidget* parent)
     : QWidget(parent), m_parts(std::make_unique<Parts>(*this, model, std::move(expressions))) {}
 
-VariablesPanel::~VariablesPanel() = default;
+// A cell that is being edited loses the focus while its table goes away, after the parts.
+VariablesPanel::~VariablesPanel() {
+  m_parts->disconnectModel();
+}
 
 void VariablesPanel::setInputColumns(const PinColumns& columns, bool isComing) {
   m_parts->setInputColumns(columns, isComing);
+}
+
+QMap<QString, QString> VariablesPanel::uncommitted() const {
+  return m_parts->uncommitted();
+}
+
+void VariablesPanel::restore(const QMap<QString, QString>& texts) {
+  m_parts->restore(texts);
+}
+
+void VariablesPanel::commit() {
+  m_parts->commit();
 }
 
 void VariablesPanel::updateMissingColumns() {

@@ -2448,6 +2448,13 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::EditorOfOtherBuild</name>
+    <message>
+        <source>The property editors cannot be shown: libKelvarinEditors.so is not of the same build as libKelvarinMathParser.so beside it. Install both from one build, and start again. The graph and its actions are not affected.</source>
+        <translation>Die Editoren können nicht gezeigt werden: libKelvarinEditors.so stammt nicht aus demselben Build wie libKelvarinMathParser.so daneben. Installieren Sie beide aus einem Build und starten Sie neu. Der Graph und seine Aktionen sind nicht betroffen.</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::ElementTree</name>
     <message>
         <source>Elements</source>
@@ -2949,52 +2956,20 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>N&amp;otizen:</translation>
     </message>
     <message>
-        <source>&amp;Name expression:</source>
-        <translation>&amp;Namensausdruck:</translation>
+        <source>Variables</source>
+        <translation>Variablen</translation>
     </message>
     <message>
-        <source>&amp;Name:</source>
-        <translation>&amp;Name:</translation>
+        <source>Element of the vectors whose values are shown</source>
+        <translation>Element der Vektoren, dessen Werte gezeigt werden</translation>
     </message>
     <message>
-        <source>Name</source>
-        <translation>Name</translation>
+        <source>The values below are those of this element of each vector.</source>
+        <translation>Die Werte darunter sind die dieses Elements jedes Vektors.</translation>
     </message>
     <message>
-        <source>The name of the column that the expression makes.</source>
-        <translation>Der Name der Spalte, die der Ausdruck berechnet.</translation>
-    </message>
-    <message>
-        <source>Name expression</source>
-        <translation>Namensausdruck</translation>
-    </message>
-    <message>
-        <source>A text for each element: _n is its number, an alias the name of its column.</source>
-        <translation>Ein Text für jedes Element: _n ist seine Nummer, ein Alias der Name seiner Spalte.</translation>
-    </message>
-    <message>
-        <source>Nu&amp;mber</source>
-        <translation>&amp;Zahl</translation>
-    </message>
-    <message>
-        <source>&amp;Key</source>
-        <translation>&amp;Schlüssel</translation>
-    </message>
-    <message>
-        <source>Te&amp;xt</source>
-        <translation>Te&amp;xt</translation>
-    </message>
-    <message>
-        <source>Type:</source>
-        <translation>Typ:</translation>
-    </message>
-    <message>
-        <source>&amp;update the column</source>
-        <translation>die Spalte aktualisie&amp;ren</translation>
-    </message>
-    <message>
-        <source>The result replaces the column of the input that has this name.</source>
-        <translation>Das Ergebnis ersetzt die Spalte der Eingabe, die so heißt.</translation>
+        <source>Elemen&amp;t:</source>
+        <translation>&amp;Vektorelement:</translation>
     </message>
 </context>
 <context>
@@ -3161,6 +3136,14 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>For values in the first rows.</source>
         <translation>Für Werte in den ersten Zeilen.</translation>
     </message>
+    <message>
+        <source>There is no such file yet.</source>
+        <translation>Diese Datei gibt es noch nicht.</translation>
+    </message>
+    <message>
+        <source>There is a table: %1</source>
+        <translation>Es gibt eine Tabelle: %1</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::LogModel</name>
@@ -3257,6 +3240,57 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>Remove the output</source>
         <translation>Ausgabe entfernen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::OutputFields</name>
+    <message>
+        <source>&amp;Name:</source>
+        <translation>&amp;Name:</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>The name of the column that the expression makes.</source>
+        <translation>Der Name der Spalte, die der Ausdruck berechnet.</translation>
+    </message>
+    <message>
+        <source>&amp;Name expression:</source>
+        <translation>&amp;Namensausdruck:</translation>
+    </message>
+    <message>
+        <source>Name expression</source>
+        <translation>Namensausdruck</translation>
+    </message>
+    <message>
+        <source>A text for each element: _n is its number, an alias the name of its column.</source>
+        <translation>Ein Text für jedes Element: _n ist seine Nummer, ein Alias der Name seiner Spalte.</translation>
+    </message>
+    <message>
+        <source>Nu&amp;mber</source>
+        <translation>&amp;Zahl</translation>
+    </message>
+    <message>
+        <source>&amp;Key</source>
+        <translation>&amp;Schlüssel</translation>
+    </message>
+    <message>
+        <source>Te&amp;xt</source>
+        <translation>Te&amp;xt</translation>
+    </message>
+    <message>
+        <source>Type:</source>
+        <translation>Typ:</translation>
+    </message>
+    <message>
+        <source>&amp;update the column</source>
+        <translation>die Spalte aktualisie&amp;ren</translation>
+    </message>
+    <message>
+        <source>The result replaces the column of the input that has this name.</source>
+        <translation>Das Ergebnis ersetzt die Spalte der Eingabe, die so heißt.</translation>
     </message>
 </context>
 <context>
@@ -4020,10 +4054,6 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
 <context>
     <name>kelvarin::VectorsPanel</name>
     <message>
-        <source>Vectors of the table on pin &amp;1</source>
-        <translation>Vektoren der Tabelle an Anschluss &amp;1</translation>
-    </message>
-    <message>
         <source>Vectors</source>
         <translation>Vektoren</translation>
     </message>
@@ -4044,12 +4074,24 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>Nur die ersten %1 Zeilen der Tabelle werden gezeigt.</translation>
     </message>
     <message>
-        <source>Columns that will be created (%1):</source>
-        <translation>Spalten, die entstehen werden (%1):</translation>
-    </message>
-    <message>
         <source>and %1 more</source>
         <translation>und %1 weitere</translation>
+    </message>
+    <message>
+        <source>Vectors and variables</source>
+        <translation>Vektoren und Variablen</translation>
+    </message>
+    <message>
+        <source>The vectors of the table on pin 1</source>
+        <translation>Die Vektoren der Tabelle an Anschluss 1</translation>
+    </message>
+    <message>
+        <source>New columns</source>
+        <translation>Neue Spalten</translation>
+    </message>
+    <message>
+        <source>New columns (%1)</source>
+        <translation>Neue Spalten (%1)</translation>
     </message>
 </context>
 <context>

@@ -38,6 +38,8 @@ class ExpressionEditor : public KPlainTextEdit {
   void erased();
   // Of one line.
   void returnPressed();
+  // At the cursor, which is where they were dropped.
+  void variablesDropped(const QStringList& names);
   void completionAsked();
   void callTipAsked();
   void fixAsked();
@@ -57,6 +59,8 @@ class ExpressionEditor : public KPlainTextEdit {
 
  private:
   bool askByKey(const QKeyEvent& event);
+  // For the list of keys.
+  void describeKeys();
   bool typeBracket(const QString& text);
   void showMarks();
   void useFixedFont();

@@ -164,6 +164,11 @@ void ExpressionField::Parts::connectEditor() {
     emit m_field.helpWanted(word.text);
   });
   connect(m_editor, &KPlainTextEdit::editingFinished, this, &Parts::finishEditing);
+  connect(m_editor, &ExpressionEditor::variablesDropped, this, [this](const QStringList& names) {
+    for (const QString& name : names) {
+      m_field.insertVariable(name);
+    }
+  });
   connect(m_editor, &ExpressionEditor::returnPressed, this, [this] {
     finishEditing();
     emit m_field.returnPressed();
@@ -396,6 +401,12 @@ void ExpressionField::insertVariable(const QString& alias) {
   }
   editor.setFocus();
   editor.insertPlainText(u' ' + alias + u' ');
+}
+
+void ExpressionField::replaceExpression(const QString& expression) {
+  const qsizetype cursor = m_parts->editor().textCursor().position();
+  m_parts->editor().replace(0, this->expression().size(), expression,
+                            qMin(cursor, expression.size()));
 }
 
 void ExpressionField::insertText(const QString& text) {

@@ -43,6 +43,8 @@ class ExpressionField : public QWidget {
   // Replaces the default expression "1", else puts the alias between blanks at the cursor.
   void insertVariable(const QString& alias);
   void insertText(const QString& text);
+  // The whole text; one step of undo.
+  void replaceExpression(const QString& expression);
   // The style of a field whose expression was refused, or the normal one.
   void setRefused(bool isRefused);
   // Selects a part and takes the focus.

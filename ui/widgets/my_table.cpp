@@ -4,8 +4,11 @@
 #include <numeric>
 
 #include <QCollator>
+#include <QDrag>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMetaProperty>
+#include <QMimeData>
 #include <QResizeEvent>
 #include <QScopedValueRollback>
 #include <QSortFilterProxyModel>
@@ -172,6 +175,26 @@ void MyTable::isDoubleClicked(const QModelIndex& index) {
   }
 }
 
+void MyTable::setRowsDraggable() {
+  setDragDropOverwriteMode(false);
+  setDropIndicatorShown(true);
+  setDefaultDropAction(Qt::MoveAction);
+  const auto followSorting = [this] { setDragDropMode(isSorted() ? DragOnly : DragDrop); };
+  connect(this, &MyTable::sortingChanged, this, followSorting);
+  followSorting();
+}
+
+// The base class would remove the rows that were dropped elsewhere.
+void MyTable::startDrag(Qt::DropActions supportedActions) {
+  QMimeData* dragged = m_proxy->mimeData(selectionModel()->selectedRows());
+  if (dragged == nullptr) {
+    return;
+  }
+  auto* drag = new QDrag(this);
+  drag->setMimeData(dragged);
+  drag->exec(supportedActions, Qt::MoveAction);
+}
+
 int MyTable::currentRow() const {
   return sourceIndexOf(currentIndex()).row();
 }
@@ -193,6 +216,34 @@ std::vector<int> MyTable::selectedRows() const {
   }
   std::sort(rows.begin(), rows.end());
   return rows;
+}
+
+QWidget* MyTable::openEditor() const {
+  return state() == EditingState ? indexWidget(currentIndex()) : nullptr;
+}
+
+std::optional<MyTable::OpenCell> MyTable::openCell() const {
+  const QWidget* editor = openEditor();
+  if (editor == nullptr) {
+    return std::nullopt;
+  }
+  const QModelIndex index = sourceIndexOf(currentIndex());
+  const QMetaProperty text = editor->metaObject()->userProperty();
+  return OpenCell{index.row(), index.column(), text.read(editor).toString()};
+}
+
+void MyTable::reopen(const OpenCell& cell) {
+  editCell(cell.row, cell.column);
+  if (QWidget* editor = openEditor()) {
+    editor->metaObject()->userProperty().write(editor, cell.text);
+  }
+}
+
+void MyTable::commitOpenCell() {
+  if (QWidget* editor = openEditor()) {
+    commitData(editor);
+    closeEditor(editor, QAbstractItemDelegate::NoHint);
+  }
 }
 
 void MyTable::changeEvent(QEvent* event) {

@@ -10,6 +10,7 @@
 #include "actions/calculator_vectorized/calculator_vectorized.h"
 #include "ui/editors/interface_action_math_parser.h"
 #include "ui/editors/tests/editor_fixture.h"
+#include "ui/widgets/my_table.h"
 
 namespace kelvarin::testing {
 
@@ -143,19 +144,34 @@ TEST_F(CalculatorEditorTest, KnowsTheVariablesOfTheTable) {
 
 TEST_F(CalculatorEditorTest, TypedTextsComeBack) {
   open();
+  auto& table = widget<MyTable>("twVariables");
+  table.editCell(0, VariablesModel::kAlias);
+  QTest::keyClicks(table.indexWidget(table.currentIndex()), QStringLiteral("alias"));
   field().setExpression(QStringLiteral("x +"));
   widget<QLineEdit>("leName").setText(QStringLiteral("sum"));
   widget<NotesField>("leNotes").setPlainText(QStringLiteral("line\nline"));
   const QMap<QString, QString> typed = m_editor->uncommittedState();
-  EXPECT_EQ(typed.size(), 3);
+  EXPECT_EQ(typed.size(), 4);
   open();
   m_editor->restoreUncommitted(typed);
   EXPECT_EQ(m_editor->uncommittedState(), typed);
   EXPECT_FALSE(hasSaved("sum"));
   m_editor->commit();
   EXPECT_TRUE(hasSaved("name='sum'"));
-  EXPECT_TRUE(hasSaved(">x +<"));
+  EXPECT_EQ(variables().variables()[0].name(), "alias");
+  EXPECT_TRUE(hasSaved(">alias +<"));
   EXPECT_TRUE(hasSaved("notes='line&#10;line'"));
+}
+
+TEST_F(CalculatorEditorTest, ExpressionsFollowTheNewNameOfAVariable) {
+  open(
+      "<Calculator name='c'><InputVars><InputVar column='x'/></InputVars><OutputVars><OutputVar "
+      "name='a'>x + x(1)</OutputVar><OutputVar name='b'>2 * x // \"x\"</OutputVar></OutputVars>"
+      "</Calculator>");
+  variables().setData(variables().index(0, VariablesModel::kAlias), QStringLiteral("price"),
+                      Qt::EditRole);
+  EXPECT_TRUE(hasSaved(">price + x(1)<")) << saved();
+  EXPECT_TRUE(hasSaved(">2 * price // \"x\"<") || hasSaved(">2 * price // &quot;x&quot;<"));
 }
 
 TEST_F(CalculatorEditorTest, LeadsToThePositionThatTheLogNames) {
@@ -197,6 +213,8 @@ TEST_F(VectorizedTest, ListsTheColumnsThatItWillCreate) {
   write(QStringLiteral("v // \"_new\""), "nameExpression");
   EXPECT_TRUE(comes({"a1_new", "a2_new"})) << listed().join(u' ').toStdString();
   EXPECT_TRUE(hasSaved("name='v // &quot;_new&quot;'"));
+  write(QStringLiteral("load(\"names\")"), "nameExpression");
+  EXPECT_TRUE(comes({})) << "a file is not read while somebody types";
   write(QStringLiteral("1"), "nameExpression");
   EXPECT_TRUE(comes({}));
 }

@@ -8,6 +8,7 @@
 #include "host/widget_testing/random_events.h"
 #include "host/widget_testing/widget_walk.h"
 #include "host/widgets/info_line.h"
+#include "host/widgets/translation.h"
 #include "ui/debugger/tests/debugged_branch.h"
 #include "ui/editors/interface_action_filter_rows.h"
 #include "ui/editors/interface_action_math_parser.h"
@@ -63,6 +64,7 @@ class WalkTest : public EditorTest<Editor, Action> {
       expectNone(controlsWithoutName(editor));
       expectNone(controlsOutOfTabReach(editor));
       expectNone(keysWithTwoOwners(editor));
+      expectNone(mnemonicsWithTwoOwners(editor));
       expectNone(cutTexts(editor));
     });
     EXPECT_LE(editor.minimumSizeHint().width(), kNarrow);
@@ -71,8 +73,12 @@ class WalkTest : public EditorTest<Editor, Action> {
     onEveryPage(editor, [&] { expectNone(cutTexts(editor)); });
 
     const LargeFonts fonts(2.0);
+    const Translation translation({"de"});
     this->open(xml, arguments...);
-    onEveryPage(*this->m_editor, [&] { expectNone(cutTexts(*this->m_editor)); });
+    onEveryPage(*this->m_editor, [&] {
+      expectNone(cutTexts(*this->m_editor));
+      expectNone(mnemonicsWithTwoOwners(*this->m_editor, QStringLiteral("de")));
+    });
   }
   template <typename... Arguments>
   void shake(const std::string& xml, Arguments... arguments) {

@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QTableView>
 #include <QTabWidget>
 
 #include "host/widgets/info_line.h"
@@ -209,6 +210,25 @@ TEST_F(FilterEditorTest, EditsTheVariables) {
   write(QStringLiteral("x"));
   click("pbAddNamed");
   EXPECT_TRUE(hasSaved("<InputVar column='x'"));
+}
+
+TEST_F(FilterEditorTest, GoesAwayWhileACellOrASettingIsEdited) {
+  for (const bool isCell : {true, false}) {
+    open(kFilter);
+    QApplication::setActiveWindow(m_editor.get());
+    if (isCell) {
+      auto& table = widget<QTableView>("twVariables");
+      table.setFocus();
+      table.edit(table.model()->index(0, VariablesModel::kAlias));
+    } else {
+      widget<QTabWidget>("tabs").setCurrentIndex(1);
+      widget<QSpinBox>("sbSeed").setFocus();
+      widget<QSpinBox>("sbSeed").selectAll();
+    }
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("7"));
+    m_editor.reset();
+    EXPECT_TRUE(hasSaved("<InputVar column='x'"));
+  }
 }
 
 TEST_F(FilterEditorTest, WorksWithoutAnInput) {
