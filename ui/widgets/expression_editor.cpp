@@ -246,7 +246,12 @@ void ExpressionEditor::fitHeight() {
   }
 }
 
+// Laying out a text that is much longer would keep the thread for minutes.
 void ExpressionEditor::insertFromMimeData(const QMimeData* source) {
+  if (const qsizetype size = source->text().size(); size > kLongestPaste) {
+    emit pasteRefused(size);
+    return;
+  }
   if (!m_isOneLine || !source->hasText()) {
     KPlainTextEdit::insertFromMimeData(source);
     return;
