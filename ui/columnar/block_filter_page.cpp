@@ -75,7 +75,7 @@ void BlockFilterPage::addExpression() {
   connect(m_field, &ExpressionField::columnWanted, m_model, &BlockVariablesModel::addOffered);
 
   m_blocksAhead = spinBox("sbBlocksAhead", 0, 1000, tr("Blocks read ahead"));
-  auto* label = new QLabel(tr("Blocks read a&head:"), box);
+  auto* label = new QLabel(tr("Blocks &read ahead:"), box);
   label->setBuddy(m_blocksAhead);
   m_blocksAhead->setToolTip(tr("Read on a thread of their own while rows are computed; 0: none."));
   box->layout()->addWidget(rowOf({label, m_blocksAhead}, box));

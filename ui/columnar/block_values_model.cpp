@@ -91,7 +91,8 @@ QVariant BlockValuesModel::fixedData(const BlockFilterTrial::Block& block, int c
     font.setBold(true);
     return font;
   }
-  return role == Qt::ToolTipRole && block.values.empty()
+  const bool isUnknown = block.values.empty() && !m_trial.variables.isEmpty();
+  return role == Qt::ToolTipRole && isUnknown
              ? tr("Read in any case, since its statistics say nothing about its values.")
              : QVariant();
 }

@@ -13,8 +13,8 @@ CommittedVerdict::CommittedVerdict(ExpressionField& field, QWidget& page)
   check->setWhatsThis(tr("Check the expression"));
   connect(check, &QShortcut::activated, this, [this] {
     m_reported = QString();
-    expect(m_field.expression());
     emit checkWanted();
+    expect(m_field.expression());  // which the commit may have trimmed
   });
   connect(&field, &ExpressionField::answered, this, &CommittedVerdict::take);
 }

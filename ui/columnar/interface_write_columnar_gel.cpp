@@ -2,12 +2,14 @@
 
 #include <algorithm>
 
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
 
 #include "columnar/actions/messages.h"
 #include "columnar/actions/split_examples.h"
 #include "columnar/actions/table_deletion.h"
+#include "columnar/actions/table_summary.h"
 #include "host/contract/main_ui.h"
 #include "ui/columnar/action_copy.h"
 #include "ui/columnar/previous_file_page.h"
@@ -99,6 +101,36 @@ void Interface_writeColumnarGel::committed() {
   m_previousPage->setDeletable(
       isOneFile && !file().isEmpty(),
       isOneFile ? QString() : tr("The names of several files are known in a run only."));
+  lookAtOldFile();
+}
+
+void Interface_writeColumnarGel::lookAtOldFile() {
+  const bool isOneFile = m_action.settings().splitKind() == WriteColumnarSettings::Split::none;
+  const QString name = isOneFile ? file() : QString();
+  if (name == m_shownOldFile) {
+    return;
+  }
+  m_shownOldFile = name;
+  m_previousPage->showOldFile({});
+  if (name.isEmpty()) {
+    m_oldFileTask.forget();
+    return;
+  }
+  m_oldFileTask.start<ShownText>(
+      [name](const BackgroundTask::IsStopped& isStopped) -> Result<ShownText, QString> {
+        if (!QFileInfo::exists(name)) {
+          return ShownText{Severity::information, tr("There is no such file yet.")};
+        }
+        const auto summary = summaryOf(name, isStopped);
+        if (!summary) {
+          return Failure{summary.error()};
+        }
+        return ShownText{Severity::information,
+                         tr("There is a table: %1").arg(contentsText(*summary))};
+      },
+      [this](const Result<ShownText, QString>& found) {
+        m_previousPage->showOldFile(found ? *found : ShownText{Severity::warning, found.error()});
+      });
 }
 
 void Interface_writeColumnarGel::takeInput() {
@@ -139,14 +171,14 @@ QStringList Interface_writeColumnarGel::splitValues() const {
 void Interface_writeColumnarGel::showExamples() {
   const QStringList known = splitValues();
   const bool isInvented = known.isEmpty();
+  const QStringList values = isInvented ? kInventedValues : known;
+  m_filePage->setSplitValue(values.first());
   const auto copy = std::make_shared<ActionCopy<WriteColumnarGel>>(m_action);
   WriteColumnarSettings settings = m_action.settings();
   settings.file = m_filePage->typedFile();
   (*copy)->setSettings(settings);
   m_examplesTask.start<QStringList>(
-      [copy, values = isInvented ? kInventedValues : known](const BackgroundTask::IsStopped&) {
-        return exampleNames(**copy, values);
-      },
+      [copy, values](const BackgroundTask::IsStopped&) { return exampleNames(**copy, values); },
       [this, isInvented](const Result<QStringList, QString>& names) {
         using Split = WriteColumnarSettings::Split;
         const Split split = m_action.settings().splitKind();
@@ -211,6 +243,8 @@ void Interface_writeColumnarGel::deleteFiles(const QString& name) {
         return deleteTable(name);
       },
       [this](const Result<TableDeletion, QString>& deletion) {
+        m_shownOldFile = QString();
+        lookAtOldFile();
         if (!deletion) {
           m_previousPage->showDeletion({Severity::error, deletion.error()});
           return;

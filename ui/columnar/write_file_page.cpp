@@ -11,6 +11,7 @@
 
 #include "columnar/actions/split_names.h"
 #include "host/widgets/info_line.h"
+#include "host/widgets/path_field.h"
 #include "ui/columnar/column_box.h"
 #include "ui/columnar/columnar_editor.h"
 #include "ui/columnar/committed_verdict.h"
@@ -26,14 +27,14 @@ const QString kSplitValue = QStringLiteral("SplitVal");
 const QString kDefaultNaming = QStringLiteral("\"+SplitVal+\"");
 const QString kDefaultName = QStringLiteral("\"+SplitVal+\".cgel_kelvarin");
 
-Formula namingFormula(const ActionItem& action) {
+Formula namingFormula(const ActionItem& action, const QString& sample) {
   Formula formula;
   formula.use = ResultUse::anyValue;
   formula.output.meta = MetaTypeColumn::text;
   InputVariable value;
   value.label = kSplitValue;
   value.isNumber = false;
-  value.text = QStringLiteral("value");
+  value.text = sample;
   formula.variables = {value};
   formula.columns.isKnown = true;
   if (action.globalParameters() != nullptr) {
@@ -81,7 +82,7 @@ void WriteFilePage::addSplitGroup() {
   m_oneFile = radioButton("rbOneFile", tr("&One file"));
   m_bySize = radioButton("rbSplitBySize",
                          tr("Split into several Kelvarin Gel files. Each file is &maximum:"));
-  m_byValue = radioButton("rbSplitByValue", tr("One file for each &value of the column:"));
+  m_byValue = radioButton("rbSplitByValue", tr("One file for each value of the col&umn:"));
   makeExclusive({m_oneFile, m_bySize, m_byValue}, box);
   m_segmentSize = spinBox("sbSegmentSize", 0, kLargestSegment, tr("Largest size of a file"));
   m_segmentSize->setSuffix(tr(" MiB"));
@@ -100,6 +101,7 @@ void WriteFilePage::addNaming(const QGroupBox& box) {
   QLayout* layout = box.layout();
   m_advancedNaming = new QCheckBox(this);
   m_advancedNaming->setObjectName(QStringLiteral("cbAdvancedNaming"));
+  m_advancedNaming->setToolTip(tr("SplitVal is the value of the column, as a text."));
   putBesideText(*m_advancedNaming, tr("&Name the files by an expression over SplitVal:"), this);
   connect(m_advancedNaming, &QCheckBox::clicked, this, &WriteFilePage::toggleNaming);
   m_naming = new ExpressionField(this);
@@ -119,7 +121,7 @@ void WriteFilePage::connectNaming() {
   connect(m_verdict, &CommittedVerdict::fieldWanted, this, &WriteFilePage::pageWanted);
   connect(m_verdict, &CommittedVerdict::checkWanted, this, [this] {
     setNamingExpression();
-    m_naming->setFormula(namingFormula(m_action));
+    m_naming->setFormula(namingFormula(m_action, m_splitValue));
   });
   connect(m_naming, &ExpressionField::helpWanted, this, &WriteFilePage::helpWanted);
   connect(m_naming, &ExpressionField::editingFinished, this, &WriteFilePage::setNamingExpression);
@@ -138,6 +140,10 @@ std::optional<QString> WriteFilePage::fileWithNaming() const {
     return m_file->path();
   }
   return text.withExpression(typed.isEmpty() ? kSplitValue : typed);
+}
+
+QString WriteFilePage::typedFile() const {
+  return fileWithNaming().value_or(m_file->path());
 }
 
 // A name without an expression gets the default one, and loses it again.
@@ -203,7 +209,7 @@ void WriteFilePage::showNaming(const WriteColumnarSettings& settings) {
       m_naming->setExpression(expressions.first());
     }
     m_loadedNaming = expressions.first();
-    m_naming->setFormula(namingFormula(m_action));
+    m_naming->setFormula(namingFormula(m_action, m_splitValue));
   }
   showNamingNote();
 }
@@ -226,8 +232,7 @@ void WriteFilePage::showNamingNote() {
         tr("The name keeps its old expression: no text in the new one can begin or end with a "
            "plus sign, since that is where expressions in names begin and end."));
   } else {
-    m_namingNote->setMessage(Severity::information,
-                             tr("SplitVal is the value of the column, as a text."));
+    m_namingNote->clear();
   }
 }
 
@@ -247,6 +252,13 @@ void WriteFilePage::store(WriteColumnarSettings& settings) const {
 
 void WriteFilePage::setColumns(const PinColumns& columns) {
   offerColumns(*m_splitColumn, columns);
+}
+
+void WriteFilePage::setSplitValue(const QString& value) {
+  if (value != m_splitValue) {
+    m_splitValue = value;
+    m_naming->setFormula(namingFormula(m_action, m_splitValue));
+  }
 }
 
 void WriteFilePage::showExamples(const QStringList& names, const ShownText& note) {

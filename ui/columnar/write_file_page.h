@@ -6,7 +6,6 @@
 
 #include "columnar/actions/write_settings.h"
 #include "host/contract/pin_columns.h"
-#include "host/widgets/path_field.h"
 #include "ui/columnar/summary_texts.h"
 #include "ui/panels/settings_page.h"
 #include "ui/widgets/expression_field.h"
@@ -19,6 +18,7 @@ namespace kelvarin {
 
 class CommittedVerdict;
 class InfoLine;
+class PathField;
 
 class WriteFilePage : public SettingsPage {
   Q_OBJECT
@@ -30,8 +30,10 @@ class WriteFilePage : public SettingsPage {
   void load(const WriteColumnarSettings& settings);
   void store(WriteColumnarSettings& settings) const;
   void setColumns(const PinColumns& columns);
+  // With which the naming expression is tried.
+  void setSplitValue(const QString& value);
   // The file name with the naming expression as it is typed, not yet the action's.
-  QString typedFile() const { return fileWithNaming().value_or(m_file->path()); }
+  QString typedFile() const;
   // The names of the files; a failure has no names.
   void showExamples(const QStringList& names, const ShownText& note);
 
@@ -71,6 +73,7 @@ class WriteFilePage : public SettingsPage {
   InfoLine* m_namingNote;
   QLabel* m_examples;
   InfoLine* m_exampleNote;
+  QString m_splitValue;
   QString m_loadedNaming;  // the naming expression as the action has it
 };
 

@@ -45,6 +45,10 @@ class DebuggerPanel : public QWidget {
   void setExpertMode(bool isExpert);
   // Variables that a debug run lacks, since they come from a table that it does not read.
   void setLackingVariables(const QStringList& names);
+  // What the action computes, as the condition of a breakpoint may name it before the first row.
+  void setOutputs(const std::vector<OutputVariable>& outputs);
+  // Of vectors, whose values are shown.
+  void setElement(int element) { m_controls->setElement(element); }
   // Another expression is looked at, or it was edited.
   void formulaChanged();
 
@@ -57,10 +61,12 @@ class DebuggerPanel : public QWidget {
   void finishComputations();
 
  signals:
-  // The values of the row that is shown now, for the column "Value (debug):"; empty: none.
+  // The values of the row that is shown now, for the column "Value (debug):" and the parts under
+  // the pointer, of vectors those of the chosen element; empty: none.
   void rowShown(const std::vector<kelvarin::VariableValue>& variables);
   // pbStartStop was pressed where nothing ran; the editor commits its fields first.
   void aboutToStart();
+  void elementChosen(int element);
   // A part of the expression was chosen in the tree.
   void partChosen(qsizetype start, qsizetype size);
   // The variables of setLackingVariables() are to be read from their table.
@@ -70,7 +76,7 @@ class DebuggerPanel : public QWidget {
 
  private:
   void connectControls();
-  void addKey(const QKeySequence& key, const std::function<void()>& act);
+  void addKey(const QKeySequence& key, const QString& what, const std::function<void()>& act);
 
   // With the rules of the panel, or stepping.
   void start(const std::optional<DebugRules>& rules);
@@ -88,6 +94,8 @@ class DebuggerPanel : public QWidget {
   void showParts(const PartValues& values);
   void showNotes();
   QString engineNote() const;
+  void showConditionNames();
+  std::vector<VariableValue> knownResults() const;
   int shownElement() const { return m_elementCount > 0 ? m_controls->element() : -1; }
 
   DebugSession& m_session;
@@ -99,7 +107,9 @@ class DebuggerPanel : public QWidget {
   int m_elementCount = 0;
   bool m_isExpert = true;
   bool m_hasEnded = false;
+  bool m_isStopping = false;
   QStringList m_lacking;
+  std::vector<OutputVariable> m_outputs;
   QuickFix m_fix;  // of an expression that cannot be debugged
   std::vector<QShortcut*> m_keys;
 

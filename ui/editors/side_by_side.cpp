@@ -9,8 +9,8 @@ namespace kelvarin {
 namespace {
 
 constexpr int kCharactersOfBoth = 88;
-constexpr int kLeftShare = 4;
-constexpr int kRightShare = 3;
+constexpr int kLeftShare = 8;
+constexpr int kRightShare = 7;
 
 }  // namespace
 

@@ -21,7 +21,10 @@ namespace kelvarin {
 
 namespace {
 
-constexpr int kShownRows = 4;  // at least
+constexpr int kShownRows = 2;  // at least
+
+// Of the row and the column of a cell, counted from 0.
+const QString kCellKey = QStringLiteral("inputVariable/%1/%2");
 
 }  // namespace
 
@@ -31,6 +34,10 @@ class VariablesPanel::Parts {
 
   void setInputColumns(const PinColumns& columns, bool isComing);
   void updateMissingColumns();
+  QMap<QString, QString> uncommitted() const;
+  void restore(const QMap<QString, QString>& texts);
+  void commit() { m_table->commitOpenCell(); }
+  void disconnectModel() { m_model.disconnect(&m_panel); }
 
  private:
   QToolButton* button(const char* name, IconName icon, const QString& text, void (Parts::*act)());
@@ -95,6 +102,7 @@ void VariablesPanel::Parts::makeTable() {
   m_table->setObjectName(QStringLiteral("twVariables"));
   m_table->setAccessibleName(VariablesPanel::tr("Input variables"));
   m_table->setModel(&m_model);
+  m_table->setRowsDraggable();
   m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
   m_table->setTabKeyNavigation(false);
   m_table->verticalHeader()->hide();
@@ -208,6 +216,7 @@ void VariablesPanel::Parts::updateMissingColumns() {
 
 void VariablesPanel::Parts::setInputColumns(const PinColumns& columns, bool isComing) {
   m_model.setInputColumns(columns);
+  m_table->fitColumns();
   m_copyNames->setEnabled(!columns.columns.empty());
   m_addColumns->setEnabled(!columns.columns.empty());
   updateMissingColumns();
@@ -230,14 +239,51 @@ void VariablesPanel::Parts::setInputColumns(const PinColumns& columns, bool isCo
   }
 }
 
+QMap<QString, QString> VariablesPanel::Parts::uncommitted() const {
+  const auto cell = m_table->openCell();
+  if (!cell) {
+    return {};
+  }
+  const QModelIndex index = m_model.index(cell->row, cell->column);
+  return index.data(Qt::EditRole).toString() == cell->text
+             ? QMap<QString, QString>()
+             : QMap<QString, QString>{{kCellKey.arg(cell->row).arg(cell->column), cell->text}};
+}
+
+void VariablesPanel::Parts::restore(const QMap<QString, QString>& texts) {
+  for (int row = 0; row < m_model.rowCount(); ++row) {
+    for (int column = 0; column < VariablesModel::kDebugValue; ++column) {
+      const auto text = texts.find(kCellKey.arg(row).arg(column));
+      if (text != texts.end()) {
+        m_table->reopen({row, column, *text});
+      }
+    }
+  }
+}
+
 VariablesPanel::VariablesPanel(VariablesModel& model, std::function<QStringList()> expressions,
                                QWidget* parent)
     : QWidget(parent), m_parts(std::make_unique<Parts>(*this, model, std::move(expressions))) {}
 
-VariablesPanel::~VariablesPanel() = default;
+// A cell that is being edited loses the focus while its table goes away, after the parts.
+VariablesPanel::~VariablesPanel() {
+  m_parts->disconnectModel();
+}
 
 void VariablesPanel::setInputColumns(const PinColumns& columns, bool isComing) {
   m_parts->setInputColumns(columns, isComing);
+}
+
+QMap<QString, QString> VariablesPanel::uncommitted() const {
+  return m_parts->uncommitted();
+}
+
+void VariablesPanel::restore(const QMap<QString, QString>& texts) {
+  m_parts->restore(texts);
+}
+
+void VariablesPanel::commit() {
+  m_parts->commit();
 }
 
 void VariablesPanel::updateMissingColumns() {

@@ -8,14 +8,16 @@
 #include <QMimeData>
 #include <QScrollBar>
 
+#include "host/widgets/key_list.h"
 #include "ui/widgets/expression_colors.h"
 #include "ui/widgets/expression_highlighter.h"
+#include "ui/widgets/variable_drag.h"
 
 namespace kelvarin {
 
 namespace {
 
-constexpr int kMinimumLines = 3;
+constexpr int kMinimumLines = 2;
 constexpr int kUsualLines = 6;
 
 // The field's own sheet reaches its scroll bars, which would then be drawn as bare boxes.
@@ -70,6 +72,19 @@ ExpressionEditor::ExpressionEditor(QWidget* parent)
   verticalScrollBar()->setStyleSheet(QLatin1String(kScrollBarStyle));
   horizontalScrollBar()->setStyleSheet(QLatin1String(kScrollBarStyle));
   connect(this, &QPlainTextEdit::cursorPositionChanged, this, &ExpressionEditor::showMarks);
+  describeKeys();
+}
+
+void ExpressionEditor::describeKeys() {
+  describeKey(*this, Qt::CTRL | Qt::Key_Space, tr("Complete the word"));
+  describeKey(*this, Qt::CTRL | Qt::SHIFT | Qt::Key_Space, tr("Show the arguments of the call"));
+  describeKey(*this, Qt::ALT | Qt::Key_Return, tr("Mend the fault"));
+  describeKey(*this, Qt::Key_F1, tr("Help on the word"));
+  describeKey(*this, Qt::ALT | Qt::Key_Up, tr("Earlier expression"));
+  describeKey(*this, Qt::ALT | Qt::Key_Down, tr("Later expression"));
+  describeKey(*this, Qt::CTRL | Qt::Key_Plus, tr("Larger text"));
+  describeKey(*this, Qt::CTRL | Qt::Key_Minus, tr("Smaller text"));
+  describeKey(*this, Qt::CTRL | Qt::Key_0, tr("Usual text size"));
 }
 
 void ExpressionEditor::useOneLine() {
@@ -250,6 +265,10 @@ void ExpressionEditor::fitHeight() {
 void ExpressionEditor::insertFromMimeData(const QMimeData* source) {
   if (const qsizetype size = source->text().size(); size > kLongestPaste) {
     emit pasteRefused(size);
+    return;
+  }
+  if (source->hasFormat(kVariableNamesFormat)) {
+    emit variablesDropped(QString::fromUtf8(source->data(kVariableNamesFormat)).split(u'\n'));
     return;
   }
   if (!m_isOneLine || !source->hasText()) {

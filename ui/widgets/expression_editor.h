@@ -42,6 +42,8 @@ class ExpressionEditor : public KPlainTextEdit {
   void pasteRefused(qsizetype size);
   // Of one line.
   void returnPressed();
+  // At the cursor, which is where they were dropped.
+  void variablesDropped(const QStringList& names);
   void completionAsked();
   void callTipAsked();
   void fixAsked();
@@ -61,6 +63,8 @@ class ExpressionEditor : public KPlainTextEdit {
 
  private:
   bool askByKey(const QKeyEvent& event);
+  // For the list of keys.
+  void describeKeys();
   bool typeBracket(const QString& text);
   void showMarks();
   void useFixedFont();

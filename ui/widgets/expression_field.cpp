@@ -54,9 +54,11 @@ class ExpressionField::Parts : public QObject {
   ExpressionVerdict& verdict() { return *m_verdict; }
   const FormulaAnswer& answer() const { return m_answer; }
   void setFormula(const Formula& formula);
+  void setCurrentRow(const std::vector<VariableValue>& values) { m_formula.current = values; }
   void setRefused(bool isRefused);
   void setHistoryKey(const QString& key);
   void setValuesShown(bool isShown) { m_values->setVisible(isShown); }
+  void addBesideVerdict(QWidget* control);
   void change(const QuickFix& fix);
 
  private:
@@ -86,6 +88,7 @@ class ExpressionField::Parts : public QObject {
   ExpressionVerdict* m_verdict;
   IconButton* m_historyButton;
   ValueStrip* m_values;
+  QHBoxLayout* m_below = nullptr;  // of the verdict; null in a field of one line
   CallTipWindow* m_callTip;
   ExpressionCompletion* m_completion;
   HistoryKeys* m_history;
@@ -124,7 +127,7 @@ ExpressionField::Parts::Parts(ExpressionField& field, Form form)
 void ExpressionField::Parts::layOut() {
   auto* layout = new QVBoxLayout(&m_field);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(isLine() ? 4 : 8);
+  layout->setSpacing(4);
   layout->addWidget(m_editor, 1);
   m_field.setFocusProxy(m_editor);
   if (isLine()) {
@@ -136,13 +139,17 @@ void ExpressionField::Parts::layOut() {
     layout->addWidget(m_verdict);
     return;
   }
-  auto* below = new QHBoxLayout;
-  below->setSpacing(8);
+  m_below = new QHBoxLayout;
   m_verdict->setContentsMargins(0, 4, 0, 0);  // its first line stands beside the button's icon
-  below->addWidget(m_verdict, 1, Qt::AlignTop);
-  below->addWidget(m_historyButton, 0, Qt::AlignTop);
-  layout->addLayout(below);
+  m_below->setSpacing(8);
+  m_below->addWidget(m_verdict, 1, Qt::AlignTop);
+  m_below->addWidget(m_historyButton, 0, Qt::AlignTop);
+  layout->addLayout(m_below);
   layout->addWidget(m_values);
+}
+
+void ExpressionField::Parts::addBesideVerdict(QWidget* control) {
+  m_below->insertWidget(m_below->indexOf(m_historyButton), control, 0, Qt::AlignTop);
 }
 
 void ExpressionField::Parts::connectEditor() {
@@ -159,6 +166,11 @@ void ExpressionField::Parts::connectEditor() {
     emit m_field.helpWanted(word.text);
   });
   connect(m_editor, &KPlainTextEdit::editingFinished, this, &Parts::finishEditing);
+  connect(m_editor, &ExpressionEditor::variablesDropped, this, [this](const QStringList& names) {
+    for (const QString& name : names) {
+      m_field.insertVariable(name);
+    }
+  });
   connect(m_editor, &ExpressionEditor::returnPressed, this, [this] {
     finishEditing();
     emit m_field.returnPressed();
@@ -385,6 +397,10 @@ void ExpressionField::setFormula(const Formula& formula) {
   m_parts->setFormula(formula);
 }
 
+void ExpressionField::setCurrentRow(const std::vector<VariableValue>& values) {
+  m_parts->setCurrentRow(values);
+}
+
 const FormulaAnswer& ExpressionField::answer() const {
   return m_parts->answer();
 }
@@ -397,6 +413,12 @@ void ExpressionField::insertVariable(const QString& alias) {
   }
   editor.setFocus();
   editor.insertPlainText(u' ' + alias + u' ');
+}
+
+void ExpressionField::replaceExpression(const QString& expression) {
+  const qsizetype cursor = m_parts->editor().textCursor().position();
+  m_parts->editor().replace(0, this->expression().size(), expression,
+                            qMin(cursor, expression.size()));
 }
 
 void ExpressionField::insertText(const QString& text) {
@@ -430,6 +452,10 @@ void ExpressionField::selectPart(qsizetype start, qsizetype size) {
 
 QWidget* ExpressionField::verdict() const {
   return &m_parts->verdict();
+}
+
+void ExpressionField::addBesideVerdict(QWidget* control) {
+  m_parts->addBesideVerdict(control);
 }
 
 void ExpressionField::setValuesShown(bool isShown) {

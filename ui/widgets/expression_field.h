@@ -36,11 +36,15 @@ class ExpressionField : public QWidget {
   void setExpression(const QString& expression);
   // What it may refer to; the expression in it is not looked at. Asks for a new verdict.
   void setFormula(const Formula& formula);
+  // The row of the debugger in it, which parts under the pointer are evaluated with.
+  void setCurrentRow(const std::vector<VariableValue>& values);
   const FormulaAnswer& answer() const;
 
   // Replaces the default expression "1", else puts the alias between blanks at the cursor.
   void insertVariable(const QString& alias);
   void insertText(const QString& text);
+  // The whole text; one step of undo.
+  void replaceExpression(const QString& expression);
   // The style of a field whose expression was refused, or the normal one.
   void setRefused(bool isRefused);
   // Selects a part and takes the focus.
@@ -51,6 +55,8 @@ class ExpressionField : public QWidget {
   void apply(const QuickFix& fix);
   // Below the field; where a line is too narrow for it, its owner puts it into another layout.
   QWidget* verdict() const;
+  // Further controls on the verdict's line, of what the values are about.
+  void addBesideVerdict(QWidget* control);
   // Where there are never rows, the table of their values only takes height.
   void setValuesShown(bool isShown);
   // Whose earlier expressions are offered: those of this kind of action. The field adds what was

@@ -18,6 +18,7 @@ namespace kelvarin {
 namespace {
 
 constexpr int kShownRows = 3;
+constexpr int kMinimumRows = 2;
 constexpr int kColumnGap = 12;
 
 struct UsedVariable {
@@ -205,7 +206,8 @@ void ValueStrip::fitHeight() {
   m_table->verticalHeader()->setDefaultSectionSize(row);
   m_table->verticalHeader()->setMinimumSectionSize(row);
   m_table->horizontalHeader()->setFixedHeight(row);
-  setFixedHeight((1 + kShownRows) * row + 2 * m_table->frameWidth());
+  setMinimumHeight((1 + kMinimumRows) * row + 2 * m_table->frameWidth());
+  setMaximumHeight((1 + kShownRows) * row + 2 * m_table->frameWidth());
 }
 
 QString noteWithoutRows(const Formula& formula, const FormulaAnswer& answer) {

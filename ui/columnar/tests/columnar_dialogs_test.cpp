@@ -24,10 +24,11 @@
 #include "columnar/actions/read_columnar_gel.h"
 #include "columnar/actions/write_columnar_gel.h"
 #include "columnar/reader/tests/made_file.h"
-#include "host/widget_testing/action_editor_test.h"
+#include "host/widget_testing/edited_action.h"
 #include "host/widget_testing/random_events.h"
 #include "host/widget_testing/widget_walk.h"
 #include "host/widgets/info_line.h"
+#include "host/widgets/translation.h"
 #include "ui/columnar/block_variables_model.h"
 #include "ui/columnar/columns_to_read_model.h"
 #include "ui/columnar/interface_read_columnar_gel.h"
@@ -72,9 +73,9 @@ const char kFullWriter[] =
 
 // One dialog over one action, which finds its files in a folder of the test.
 template <typename Editor, typename Action>
-class DialogTest : public ActionEditorTest<Editor, Action> {
+class DialogTest : public EditedActionTest<Editor, Action> {
  protected:
-  using ActionEditorTest<Editor, Action>::m_editor;
+  using EditedActionTest<Editor, Action>::m_editor;
 
   void open(const std::string& xml) {
     this->makeAction(xml);
@@ -341,8 +342,10 @@ TEST_F(WriteDialogTest, DeletesOnlyAfterItWasAllowedTo) {
   };
   answer(false);
   EXPECT_EQ(files().size(), 2);
+  EXPECT_TRUE(shown("oldFile").startsWith("There is a table: 10"));
   answer(true);
   EXPECT_EQ(files().size(), 0);
+  EXPECT_TRUE(shown("oldFile").startsWith("There is no such file"));
   EXPECT_TRUE(shown("deletion").startsWith("SUCCESS: File '"));
   ASSERT_EQ(m_harness->log().size(), 2u);
   EXPECT_TRUE(m_harness->log()[0].starts_with("info: SUCCESS: File '"));
@@ -410,13 +413,14 @@ TEST_F(WriteDialogTest, ChecksTheNamingExpression) {
 }
 
 // What anyone may expect of a window, on each tab.
-void expectGood(QWidget& editor) {
+void expectGood(QWidget& editor, const QString& language = QStringLiteral("en")) {
   onEveryPage(editor, [&] {
     QTest::qWait(50);  // the layouts take their turn
     EXPECT_EQ(controlsWithoutName(editor).join(u'\n').toStdString(), "");
     EXPECT_EQ(controlsOutOfTabReach(editor).join(u'\n').toStdString(), "");
     EXPECT_EQ(cutTexts(editor).join(u'\n').toStdString(), "");
     EXPECT_EQ(keysWithTwoOwners(editor).join(u'\n').toStdString(), "");
+    EXPECT_EQ(mnemonicsWithTwoOwners(editor, language).join(u'\n').toStdString(), "");
   });
 }
 
@@ -425,16 +429,18 @@ TEST_F(ReadDialogTest, IsWithinReachAndCutsNothing) {
   open(kFullReader);
   expectGood(*m_editor);
   const LargeFonts fonts(2.0);
+  const Translation translation({"de"});
   open(kFullReader);
-  expectGood(*m_editor);
+  expectGood(*m_editor, QStringLiteral("de"));
 }
 
 TEST_F(WriteDialogTest, IsWithinReachAndCutsNothing) {
   open(kFullWriter);
   expectGood(*m_editor);
   const LargeFonts fonts(2.0);
+  const Translation translation({"de"});
   open(kFullWriter);
-  expectGood(*m_editor);
+  expectGood(*m_editor, QStringLiteral("de"));
 }
 
 TEST_F(ReadDialogTest, SurvivesRandomEvents) {

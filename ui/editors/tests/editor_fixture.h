@@ -8,8 +8,9 @@
 #include <QPlainTextEdit>
 
 #include "host/contract/row_buffer.h"
-#include "host/widget_testing/action_editor_test.h"
+#include "host/widget_testing/edited_action.h"
 #include "ui/editors/expression_action_editor.h"
+#include "ui/panels/notes_field.h"
 #include "ui/widgets/k_plain_text_edit.h"
 
 namespace kelvarin::testing {
@@ -80,9 +81,9 @@ class Counted : public Editor {
 };
 
 template <typename Editor, typename Action>
-class EditorTest : public ActionEditorTest<Counted<Editor>, Action> {
+class EditorTest : public EditedActionTest<Counted<Editor>, Action> {
  protected:
-  using Base = ActionEditorTest<Counted<Editor>, Action>;
+  using Base = EditedActionTest<Counted<Editor>, Action>;
   using Base::m_editor;
 
   ~EditorTest() override { close(); }
@@ -109,6 +110,13 @@ class EditorTest : public ActionEditorTest<Counted<Editor>, Action> {
 
   ExpressionField& field(const char* name = "expression") {
     return this->template widget<ExpressionField>(name);
+  }
+  void typeNotes(const char* name, const QString& text) {
+    auto& notes = this->template widget<NotesField>(name);
+    notes.setFocus();
+    notes.selectAll();
+    QTest::keyClicks(&notes, text);
+    QTest::keyClick(&notes, Qt::Key_Tab);
   }
   // As a user does who then goes elsewhere.
   void write(const QString& expression, const char* name = "expression") {

@@ -49,7 +49,7 @@ TEST_F(FilterEditorTest, EachControlWritesItsAttributeAndReportsIt) {
       {"addN", " addN='0'", [&] { click("cbAddN"); }},
       {"useJIT", " useJIT='0'", [&] { click("cbUseJIT"); }},
       {"abortWhenError", " abortWhenError='0'", [&] { choose("cmbError", 0); }},
-      {"comments", " comments='why'", [&] { type("leComments", QStringLiteral("why")); }},
+      {"comments", " comments='why'", [&] { typeNotes("leComments", QStringLiteral("why")); }},
       {"addNow", " addNow='1'", [&] { click("cbAddNow"); }},
       {"addNowS", " addNowS='1'", [&] { click("cbAddNowDate"); }},
       {"seed", " seed='7'", [&] { widget<QSpinBox>("sbSeed").setValue(7); }},

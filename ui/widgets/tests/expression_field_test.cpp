@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMimeData>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
@@ -25,6 +26,7 @@
 #include "ui/widgets/expression_colors.h"
 #include "ui/widgets/expression_field.h"
 #include "ui/widgets/k_plain_text_edit.h"
+#include "ui/widgets/variable_drag.h"
 
 namespace kelvarin {
 namespace {
@@ -125,6 +127,21 @@ TEST_F(ExpressionFieldTest, VariablesReplaceTheDefaultAndElseStandBetweenBlanksA
   m_field.insertVariable(QStringLiteral("price"));
   EXPECT_EQ(text(), "a+ price b");
   EXPECT_TRUE(editor()->hasFocus());
+}
+
+TEST_F(ExpressionFieldTest, VariablesAreDroppedWhereThePointerIs) {
+  m_field.setExpression(QStringLiteral("a+b"));
+  QMimeData names;
+  names.setData(kVariableNamesFormat, "price");
+  names.setText(QStringLiteral("as text"));
+  QTextCursor cursor = editor()->textCursor();
+  cursor.setPosition(1);
+  const QPointF position = editor()->cursorRect(cursor).center();
+  QDragEnterEvent enter(position.toPoint(), Qt::MoveAction, &names, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(editor()->viewport(), &enter);
+  QDropEvent drop(position, Qt::MoveAction, &names, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(editor()->viewport(), &drop);
+  EXPECT_EQ(text(), "a price +b");
 }
 
 TEST_F(ExpressionFieldTest, TabLeavesEnterMakesALine) {

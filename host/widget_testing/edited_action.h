@@ -20,9 +20,9 @@
 namespace kelvarin::testing {
 
 template <typename Editor, typename Action>
-class ActionEditorTest : public ::testing::Test {
+class EditedActionTest : public ::testing::Test {
  protected:
-  ~ActionEditorTest() override { close(); }
+  ~EditedActionTest() override { close(); }
 
   void close() {
     m_editor.reset();
