@@ -123,6 +123,7 @@ void DebuggerPanel::setLackingVariables(const QStringList& names) {
 
 void DebuggerPanel::setOutputs(const std::vector<OutputVariable>& outputs) {
   m_outputs = outputs;
+  m_views->setExpectedResults(static_cast<int>(outputs.size()));
   showConditionNames();
 }
 

@@ -25,6 +25,7 @@ namespace {
 constexpr int kOpenedDepth = 4;
 constexpr int kColumnGap = 12;
 constexpr int kMaxResultsInSight = 4;
+constexpr int kMinResultsInSight = 3;
 constexpr int kCharactersSideBySide = 90;
 
 void setUp(QAbstractItemView* view, QAbstractItemModel* model, const QString& name) {
@@ -130,6 +131,7 @@ QWidget* DebuggerViews::makeRowPage() {
   m_resultTable = makeTable(computed, m_results, tr("Results of the row"));
   m_resultTable->setObjectName(QStringLiteral("resultsOfRow"));
   m_tree = new SizedView<QTreeView>(computed);
+  m_tree->setWantedRows(4, 2);  // beside the results
   layout->addWidget(m_resultTable);
   layout->addWidget(m_tree, 1);
   m_tree->setObjectName(QStringLiteral("partsOfExpression"));
@@ -222,10 +224,17 @@ void DebuggerViews::fitRows() {
   fitResults();
 }
 
-// As high as its rows; those beyond the first few are scrolled to.
+void DebuggerViews::setExpectedResults(int count) {
+  m_expectedResults = count;
+  fitResults();
+}
+
+// As high as its rows, before the first ones come, too; of many results some are scrolled to.
 void DebuggerViews::fitResults() {
-  const int rows = std::clamp(m_results->rowCount(), 1, kMaxResultsInSight);
-  m_resultTable->setFixedHeight(m_resultTable->heightOfRows(rows));
+  const int results = std::max(m_results->rowCount(), m_expectedResults);
+  const int rows = std::clamp(results, 1, kMaxResultsInSight);
+  m_resultTable->setWantedRows(rows, std::min(rows, kMinResultsInSight));
+  m_resultTable->setMaximumHeight(m_resultTable->heightOfRows(rows));
 }
 
 }  // namespace kelvarin

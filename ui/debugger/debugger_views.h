@@ -34,6 +34,8 @@ class DebuggerViews : public QTabWidget {
   void showRow(std::size_t index, const RowValues& values, const RowValues& before);
   void showParts(const PartValues& values);
   void clear();
+  // Takes the height for so many, so that nothing moves when they come.
+  void setExpectedResults(int count);
   // To what they show now.
   void fitColumns();
 
@@ -72,6 +74,7 @@ class DebuggerViews : public QTabWidget {
   SizedView<QTableView>* m_historyTable = nullptr;
   std::vector<SizedView<QTableView>*> m_tables;
   std::vector<ColumnFit*> m_columnFits;
+  int m_expectedResults = 0;
 };
 
 }  // namespace kelvarin

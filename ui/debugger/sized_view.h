@@ -27,14 +27,20 @@ class SizedView : public View {
     return headerOf(*this).sizeHint().height() + rows * rowHeight() + 2 * this->frameWidth();
   }
 
-  QSize sizeHint() const override {
-    constexpr int kRows = 6;
-    return {View::sizeHint().width(), heightOfRows(kRows)};
+  void setWantedRows(int wanted, int minimum) {
+    m_wantedRows = wanted;
+    m_minimumRows = minimum;
+    this->updateGeometry();
   }
+
+  QSize sizeHint() const override { return {View::sizeHint().width(), heightOfRows(m_wantedRows)}; }
   QSize minimumSizeHint() const override {
-    constexpr int kRows = 4;
-    return {View::minimumSizeHint().width(), heightOfRows(kRows)};
+    return {View::minimumSizeHint().width(), heightOfRows(m_minimumRows)};
   }
+
+ private:
+  int m_wantedRows = 6;
+  int m_minimumRows = 3;
 };
 
 }  // namespace kelvarin
