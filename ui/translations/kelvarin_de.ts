@@ -3734,6 +3734,49 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
 </context>
 <context>
+    <name>kelvarin::TimeExample</name>
+    <message>
+        <source>seconds</source>
+        <translation>Sekunden</translation>
+    </message>
+    <message>
+        <source>minutes</source>
+        <translation>Minuten</translation>
+    </message>
+    <message>
+        <source>hours</source>
+        <translation>Stunden</translation>
+    </message>
+    <message>
+        <source>days</source>
+        <translation>Tage</translation>
+    </message>
+    <message>
+        <source>weeks</source>
+        <translation>Wochen</translation>
+    </message>
+    <message>
+        <source>The unit is unknown: every elapsed time is 0.</source>
+        <translation>Die Einheit ist unbekannt: jede verstrichene Zeit ist 0.</translation>
+    </message>
+    <message>
+        <source>Now it is %1 %2 later.</source>
+        <translation>Jetzt ist es %1 %2 später.</translation>
+    </message>
+    <message>
+        <source>No format is given: dates can be neither read nor written.</source>
+        <translation>Es ist kein Format angegeben: Datumsangaben lassen sich weder lesen noch schreiben.</translation>
+    </message>
+    <message>
+        <source>Now in this format: %1</source>
+        <translation>Jetzt in diesem Format: %1</translation>
+    </message>
+    <message>
+        <source>Elapsed times count from %1 %2.</source>
+        <translation>Verstrichene Zeiten zählen ab %1 %2.</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::TimeParametersPanel</name>
     <message>
         <source>%1 (unknown)</source>
@@ -3983,6 +4026,22 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>The value in the row that the step debugger shows</source>
         <translation>Der Wert in der Zeile, die der Debugger zeigt</translation>
+    </message>
+    <message>
+        <source>Number</source>
+        <translation>Zahl</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Date</source>
+        <translation>Datum</translation>
+    </message>
+    <message>
+        <source>Columns: %1. The last one is read.</source>
+        <translation>Spalten: %1. Gelesen wird die letzte.</translation>
     </message>
 </context>
 <context>
