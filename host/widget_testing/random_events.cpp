@@ -167,7 +167,9 @@ class RandomEvents {
       dialog->reject();
       return;
     }
-    buttons[below(static_cast<std::size_t>(buttons.size()))]->click();
+    // Later, since what it opens may be a question again, which needs this timer.
+    QPointer<QAbstractButton> button = buttons[below(static_cast<std::size_t>(buttons.size()))];
+    QTimer::singleShot(0, button, [button] { button->click(); });
   }
 
   QWidget& m_root;

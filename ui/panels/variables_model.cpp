@@ -268,7 +268,7 @@ QVariant VariablesModel::data(const QModelIndex& index, int role) const {
   const bool isText = role == Qt::DisplayRole || role == Qt::EditRole;
   switch (index.column()) {
     case kAlias:
-      return isText ? QVariant(variable.name()) : QVariant();
+      return isText || role == Qt::ToolTipRole ? QVariant(variable.name()) : QVariant();
     case kColumn:
       if (role == kChoicesRole) {
         return inputColumnNames();
@@ -284,7 +284,7 @@ QVariant VariablesModel::data(const QModelIndex& index, int role) const {
              : isText             ? QVariant(typeNameOf(variable))
                                   : QVariant();
     case kSample:
-      return isText ? QVariant(sampleText(variable)) : QVariant();
+      return isText || role == Qt::ToolTipRole ? QVariant(sampleText(variable)) : QVariant();
     default:
       return debugData(index.row(), role);
   }

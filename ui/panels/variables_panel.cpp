@@ -13,6 +13,7 @@
 #include "host/contract/screen.h"
 #include "host/widgets/icons.h"
 #include "host/widgets/info_line.h"
+#include "ui/language/sentence.h"
 #include "ui/panels/form_layout.h"
 #include "ui/widgets/enhanced_table_delegate.h"
 #include "ui/widgets/my_table.h"
@@ -235,7 +236,7 @@ void VariablesPanel::Parts::setInputColumns(const PinColumns& columns, bool isCo
         Severity::warning,
         VariablesPanel::tr("The columns of the input are not known, so there are no values. %1 "
                            "Names of columns can be typed.")
-            .arg(why));
+            .arg(asSentence(why)));
   }
 }
 

@@ -2722,6 +2722,10 @@
         <source>Earlier expressions (Alt+Up, Alt+Down)</source>
         <translation>Frühere Ausdrücke (Alt+Auf, Alt+Ab)</translation>
     </message>
+    <message>
+        <source>Nothing was pasted: the text has %1 characters, and at most %2 can be pasted at a time.</source>
+        <translation>Nichts wurde eingefügt: Der Text hat %1 Zeichen, und höchstens %2 können auf einmal eingefügt werden.</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::ExpressionVerdict</name>

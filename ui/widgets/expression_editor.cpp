@@ -261,7 +261,12 @@ void ExpressionEditor::fitHeight() {
   }
 }
 
+// Laying out a text that is much longer would keep the thread for minutes.
 void ExpressionEditor::insertFromMimeData(const QMimeData* source) {
+  if (const qsizetype size = source->text().size(); size > kLongestPaste) {
+    emit pasteRefused(size);
+    return;
+  }
   if (source->hasFormat(kVariableNamesFormat)) {
     emit variablesDropped(QString::fromUtf8(source->data(kVariableNamesFormat)).split(u'\n'));
     return;

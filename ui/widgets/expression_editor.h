@@ -16,6 +16,8 @@ class ExpressionEditor : public KPlainTextEdit {
   Q_OBJECT
 
  public:
+  static constexpr qsizetype kLongestPaste = 100'000;  // in characters
+
   explicit ExpressionEditor(QWidget* parent = nullptr);
 
   // Without line breaks, pasted ones included; Enter finishes editing.
@@ -36,6 +38,8 @@ class ExpressionEditor : public KPlainTextEdit {
   // Text was typed, not pasted nor undone.
   void typed(const QString& text);
   void erased();
+  // It is too long, and was not inserted.
+  void pasteRefused(qsizetype size);
   // Of one line.
   void returnPressed();
   // At the cursor, which is where they were dropped.

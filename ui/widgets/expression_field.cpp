@@ -72,6 +72,7 @@ class ExpressionField::Parts : public QObject {
   // The answer is about the text as it is.
   bool isAnswered() const;
   void finishEditing();
+  void showPasteRefused(qsizetype size);
   void fix();
   void apply(const QuickFix& fix);
   void followTyping(const QString& text);
@@ -155,6 +156,7 @@ void ExpressionField::Parts::connectEditor() {
   connect(m_editor, &QPlainTextEdit::textChanged, this, &Parts::textChanged);
   connect(m_editor, &ExpressionEditor::typed, this, &Parts::followTyping);
   connect(m_editor, &ExpressionEditor::erased, this, [this] { m_completion->follow(false); });
+  connect(m_editor, &ExpressionEditor::pasteRefused, this, &Parts::showPasteRefused);
   connect(m_editor, &ExpressionEditor::completionAsked, m_completion, &ExpressionCompletion::ask);
   connect(m_editor, &ExpressionEditor::callTipAsked, this, &Parts::showCallTip);
   connect(m_editor, &QPlainTextEdit::cursorPositionChanged, this, &Parts::followCallTip);
@@ -231,6 +233,16 @@ void ExpressionField::Parts::finishEditing() {
   m_history->add(m_editor->expression());
   m_completion->setUses(m_history->history().nameCounts());
   emit m_field.editingFinished();
+}
+
+// Until the next answer.
+void ExpressionField::Parts::showPasteRefused(qsizetype size) {
+  const QLocale locale;
+  m_verdict->setMessage(
+      Severity::error,
+      ExpressionField::tr("Nothing was pasted: the text has %1 characters, and at most %2 can be "
+                          "pasted at a time.")
+          .arg(locale.toString(size), locale.toString(ExpressionEditor::kLongestPaste)));
 }
 
 void ExpressionField::Parts::setHistoryKey(const QString& key) {

@@ -10,6 +10,7 @@
 
 #include "expression/tokens/expression_tokens.h"
 #include "host/widgets/icons.h"
+#include "ui/language/sentence.h"
 #include "ui/widgets/cell_roles.h"
 #include "ui/widgets/enhanced_table_delegate.h"
 
@@ -222,7 +223,7 @@ QString noteWithoutRows(const Formula& formula, const FormulaAnswer& answer) {
   } else if (why.isEmpty()) {
     why = ValueStrip::tr("the input of the action is not known.");
   }
-  QString note = ValueStrip::tr("No rows yet: %1").arg(why);
+  QString note = ValueStrip::tr("No rows yet: %1").arg(asSentence(why));
   if (answer.check.value) {
     note += u' ' + ValueStrip::tr("With the samples of the variables, the result is %1.")
                        .arg(shownValue(*answer.check.value).text);
