@@ -81,6 +81,7 @@ ALLOWED = {
     "fuzz": ["columnar/reader"],
     "benchmarks/gel": ["columnar/reader", "columnar/writer"],
     "benchmarks/expressions": ["expression/backends"],
+    "benchmarks/preview": ["gui/preview", "host/tables"],
     "benchmarks": ["expression/evaluator", "host/engine", "host/tables"],
 }
 
@@ -90,6 +91,7 @@ OF_TESTS = {"expression/help": ["expression/evaluator"], "host/widgets": ["host/
 OF_TESTS |= {module: ["host/widget_testing"] for module in ALLOWED if module.startswith(("ui", "gui"))}
 OF_TESTS["ui/debugger"] += ["actions/calculator_vectorized", "actions/filter_rows"]
 OF_TESTS["gui/edit"] += ["host/tables"]
+OF_TESTS["gui/preview"] += ["expression/evaluator", "host/tables"]
 
 
 THIS_FILE = os.path.join("scripts", "check_includes.py")
