@@ -1,6 +1,6 @@
 // How soon a preview shows rows, how smoothly it scrolls, and the memory that it takes.
 //
-//   preview_benchmark rows GRAPH ACTION [--limit N] [--plugin FILE]
+//   preview_benchmark rows GRAPH ACTION [--limit N] [--library FILE]
 //   preview_benchmark scroll [--rows N] [--columns N]
 //
 // Offscreen, at 1280 x 800, without a graphics card.
@@ -71,9 +71,8 @@ class ComputedRows final : public PreviewRows {
   }
   bool visit(int column, std::span<const std::uint32_t> rows,
              const Visitor& visitor) const override {
-    return std::all_of(rows.begin(), rows.end(), [&](std::uint32_t row) {
-      return visitor(row, make(row, column).data());
-    });
+    return std::all_of(rows.begin(), rows.end(),
+                       [&](std::uint32_t row) { return visitor(row, make(row, column).data()); });
   }
 
  private:
@@ -141,9 +140,7 @@ int scroll(long long rows, int columns, int frames) {
   fmt::print("{} rows, {} columns shown after {} ms\n", rows, columns, timer.elapsed());
   QScrollBar& down = *table.view().verticalScrollBar();
   QScrollBar& right = *table.view().horizontalScrollBar();
-  printFrames("wheel down", measuredFrames(frames, [&](int) {
-                down.setValue(down.value() + 3);
-              }));
+  printFrames("wheel down", measuredFrames(frames, [&](int) { down.setValue(down.value() + 3); }));
   printFrames("drag the bar down", measuredFrames(frames, [&](int i) {
                 down.setValue(static_cast<int>(1.0 * i / frames * down.maximum()));
               }));
@@ -203,23 +200,23 @@ int rows(const RowsRequested& wanted) {
   bool hasRows = false;
   double longestStep = 0.0;
   QObject::connect(preview.get(), &PinPreview::changed, &table, [&] {
-    QElapsedTimer step;
-    step.start();
+    const double start = cpuMilliseconds();
     table.setPreview(preview.get(), wanted.limit);
     if (!hasRows && preview->rowCount() > 0) {
       hasRows = true;
       table.grab();
       fmt::print("first {} rows shown after {} ms\n", preview->rowCount(), timer.elapsed());
     }
-    longestStep = std::max(longestStep, static_cast<double>(step.nsecsElapsed()) / 1e6);
+    longestStep = std::max(longestStep, cpuMilliseconds() - start);
     if (preview->state() != PinPreview::State::computing) {
       QApplication::quit();
     }
   });
   QApplication::exec();
-  fmt::print("{} rows after {} ms, longest step {:.1f} ms; {:.0f} MiB above idle now, {:.0f} at most\n",
-             preview->rowCount(), timer.elapsed(), longestStep, mebibytes("VmRSS") - idle,
-             mebibytes("VmHWM") - idle);
+  fmt::print(
+      "{} rows after {} ms, longest step {:.1f} ms; {:.0f} MiB above idle now, {:.0f} at most\n",
+      preview->rowCount(), timer.elapsed(), longestStep, mebibytes("VmRSS") - idle,
+      mebibytes("VmHWM") - idle);
   if (!preview->message().isEmpty()) {
     fmt::print("{}\n", preview->message().toStdString());
   }
@@ -270,7 +267,7 @@ int main(int argc, char** argv) {
   rows->add_option("graph", wanted.graph)->required();
   rows->add_option("action", wanted.action)->required();
   rows->add_option("--limit", wanted.limit);
-  rows->add_option("--plugin", wanted.plugin);
+  rows->add_option("--library", wanted.plugin);
 
   long long rowCount = 1'000'000;
   int columnCount = 1'000;
@@ -281,6 +278,5 @@ int main(int argc, char** argv) {
   scroll->add_option("--frames", frames);
 
   CLI11_PARSE(program, argc, argv);
-  return rows->parsed() ? kelvarin::rows(wanted)
-                        : kelvarin::scroll(rowCount, columnCount, frames);
+  return rows->parsed() ? kelvarin::rows(wanted) : kelvarin::scroll(rowCount, columnCount, frames);
 }
