@@ -202,7 +202,7 @@ TEST_F(FilterEditorTest, EditsTheVariables) {
   click("pbGetColumnNames");
   EXPECT_EQ(QApplication::clipboard()->text(), "x\nunit price");
   m_editor->on_insertVar(1);
-  EXPECT_EQ(field().expression(), " unit_price x > 1");
+  EXPECT_EQ(field().expression(), " unit_price gone > 1");
   write(QStringLiteral("1"));
   m_editor->on_insertVar(1);
   EXPECT_EQ(field().expression(), "unit_price");
