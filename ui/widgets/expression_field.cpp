@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLocale>
 #include <QTimer>
 #include <QVBoxLayout>
 
