@@ -36,8 +36,12 @@ void EditedGraph::markSaved(const QByteArray& document, const QString& file) {
   m_parts->takeFolders();
   const auto snapshot =
       std::ranges::find(m_parts->snapshots, document, &std::pair<QByteArray, SavedGraph>::first);
-  m_parts->saved =
-      snapshot != m_parts->snapshots.end() ? snapshot->second : savedGraph(*m_parts, document);
+  if (snapshot != m_parts->snapshots.end()) {
+    m_parts->saved = snapshot->second;
+  } else {
+    m_parts->saved = m_parts->now();
+    m_parts->saved.isOther = document != graphText(*m_parts);
+  }
   m_parts->compareAll();
   const GraphChanges changes(*this);
 }
@@ -103,6 +107,16 @@ QPointF EditedGraph::position(ActionId id) const {
 
 bool EditedGraph::hasPosition(ActionId id) const {
   return m_parts->records.at(id).hasPosition;
+}
+
+void EditedGraph::showAt(const QHash<ActionId, QPointF>& positions) {
+  for (const auto& [id, position] : positions.asKeyValueRange()) {
+    ActionRecord& record = m_parts->records.at(id);
+    if (!record.hasPosition) {
+      record.position = position;
+      emit actionMoved(id);
+    }
+  }
 }
 
 bool EditedGraph::isDisabled(ActionId id) const {

@@ -12,24 +12,19 @@ namespace kelvarin {
 
 namespace {
 
-// True when the element has the attribute.
-bool readCoordinate(const XMLNode& node, const char16_t* name, const GlobalParameters& settings,
-                    double& coordinate) {
-  readAttribute(node, name, coordinate, &settings);
-  return node.getAttribute(utf16(name)) != nullptr;
-}
-
-void readPosition(const XMLNode& node, const GlobalParameters& settings, ActionRecord& record) {
-  double x = 0.0;
-  double y = 0.0;
-  const bool hasX = readCoordinate(node, u"x", settings, x);
-  const bool hasY = readCoordinate(node, u"y", settings, y);
-  record.position = {x, y};
-  record.sourcePosition = record.position;
-  record.hasPosition = hasX || hasY;
+bool hasCoordinates(const XMLNode& node) {
+  return node.getAttribute(utf16(u"x")) != nullptr || node.getAttribute(utf16(u"y")) != nullptr;
 }
 
 }  // namespace
+
+ActionInFile inFile(const ActionItem& item, const ActionContent& content) {
+  double x = 0.0;
+  double y = 0.0;
+  readAttribute(item.node(), u"x", x, item.globalParameters());
+  readAttribute(item.node(), u"y", y, item.globalParameters());
+  return {.content = content, .position = {x, y}, .isDisabled = item.isDisabled()};
+}
 
 bool EditedGraph::load(const QByteArray& document, const QString& file,
                        const std::vector<ParameterOverride>& settings) {
@@ -45,8 +40,7 @@ bool EditedGraph::load(const QByteArray& document, const QString& file,
   m_parts->nextId = old->nextId;
   m_parts->version = old->version + 1;
   m_parts->overrides = settings;
-  m_parts->take(std::move(*opened));
-  m_parts->takeNotes(document);
+  m_parts->take(document, std::move(*opened));
   m_parts->saved = m_parts->now();
   m_parts->snapshots.emplace_back(document, m_parts->saved);
   emit loaded();
@@ -59,40 +53,52 @@ void EditedGraph::clear() {
   load(newGraphText(), {});
 }
 
-void EditedGraph::Parts::take(OpenedGraph opened) {
+void EditedGraph::Parts::take(const QByteArray& document, OpenedGraph opened) {
+  source.emplace(document);
   graph = std::move(opened.graph);
   faults = std::move(opened.faults);
   for (const GraphParameter& parameter : graph.parameters) {
     parameters.append({parameter.name, parameter.value});
   }
   for (std::size_t i = 0; i < graph.actions.size(); ++i) {
-    takeAction(graph.actions[i], opened.whyActionCannotRun[i]);
+    takeAction(graph.actions[i], opened.whyActionCannotRun[i],
+               source->elements(GraphSource::actions)[i]);
   }
-  for (const LinkInFile& link : opened.links) {
-    takeLink(link);
+  for (std::size_t i = 0; i < opened.links.size(); ++i) {
+    takeLink(opened.links[i], source->elements(GraphSource::links)[i]);
+  }
+  for (std::size_t i = 0; i < graph.notes.size(); ++i) {
+    takeNote(graph.notes[i], source->elements(GraphSource::notes)[i]);
   }
   breakCycles();
 }
 
-void EditedGraph::Parts::takeAction(const GraphAction& action, const QString& whyCannotRun) {
+void EditedGraph::Parts::takeAction(const GraphAction& action, const QString& whyCannotRun,
+                                    int child) {
   const ActionId id = nextId++;
   ActionItem& item = *action.item;
   ActionRecord record;
   record.name = action.name;
   record.typeName = QString::fromUtf8(item.typeName());
   record.whyCannotRun = whyCannotRun;
-  readPosition(item.node(), *graph.settings, record);
-  record.isDisabled = isOn(qString(item.node().getAttribute(utf16(u"disabled"))));
-  record.content = contentOf(item);
-  record.element = elementOf(record);
+  record.content = {.text = source->element(GraphSource::actions, child),
+                    .settings = contentOf(item).settings};
+  record.source = inFile(item, record.content);
+  record.source.lineStart = source->lineStart(GraphSource::actions, child);
+  record.position = record.source.position;
+  record.hasPosition = hasCoordinates(item.node());
+  record.isDisabled = record.source.isDisabled;
+  record.element = record.content.text;
+  childrenOfSource.insert(id, child);
   order.push_back(id);
   idsOfItems.insert(&item, id);
   idsOfNames[record.name].append(id);
   records.emplace_hint(records.end(), id, std::move(record));
 }
 
-void EditedGraph::Parts::takeLink(const LinkInFile& inFile) {
+void EditedGraph::Parts::takeLink(const LinkInFile& inFile, int child) {
   const LinkId id = nextId++;
+  childrenOfSource.insert(id, child);
   LinkRecord link{
       {id, idOf(inFile.from), inFile.fromPin, idOf(inFile.to), inFile.toPin, {}}, {}, {}};
   if (link.drawn.from == kNoId) {
@@ -119,6 +125,15 @@ void EditedGraph::Parts::takeLink(const LinkInFile& inFile) {
     }
   }
   links.emplace_hint(links.end(), id, std::move(link));
+}
+
+void EditedGraph::Parts::takeNote(const GraphNote& inFile, int child) {
+  const NoteId id = nextId++;
+  const DrawnNote note{id, QRectF(inFile.x, inFile.y, inFile.width, inFile.height),
+                       inFile.colour.isEmpty() ? QColor() : QColor(inFile.colour), inFile.text};
+  childrenOfSource.insert(id, child);
+  notesInSource.insert(id, note);
+  notes.emplace_hint(notes.end(), id, note);
 }
 
 // Of each cycle, the link that closes it.

@@ -1,17 +1,20 @@
 #include "gui/document/edited_graph_parts.h"
 
 #include <algorithm>
-#include <cmath>
 #include <sstream>
 
-#include "gui/document/xml_tag.h"
+#include <QLocale>
+
+#include "gui/document/xml_patch.h"
+#include "gui/document/xml_text.h"
 
 namespace kelvarin {
 
 namespace {
 
+// Commands leave whole numbers; files may have others.
 QString coordinate(double value) {
-  return QString::number(std::lround(value));
+  return QString::number(value, 'g', QLocale::FloatingPointShortest);
 }
 
 }  // namespace
@@ -21,7 +24,8 @@ QString elementOf(const ActionRecord& record) {
   if (tag.value(u"name").value_or(QString()) != record.name) {
     tag.set(QStringLiteral("name"), record.name);
   }
-  const bool isWhereItWas = record.position == record.sourcePosition && tag.value(u"x").has_value();
+  const bool hasCoordinate = tag.value(u"x").has_value() || tag.value(u"y").has_value();
+  const bool isWhereItWas = record.position == record.source.position && hasCoordinate;
   if (record.hasPosition && !isWhereItWas) {
     tag.set(QStringLiteral("x"), coordinate(record.position.x()));
     tag.set(QStringLiteral("y"), coordinate(record.position.y()));
@@ -30,17 +34,16 @@ QString elementOf(const ActionRecord& record) {
     tag.remove(u"x");
     tag.remove(u"y");
   }
-  const bool saysDisabled = isOn(tag.value(u"disabled").value_or(QString()));
-  if (record.isDisabled && !saysDisabled) {
+  const bool saysDisabled = tag.value(u"disabled").has_value();
+  if (saysDisabled && record.isDisabled == record.source.isDisabled) {
+    return tag.textWithRest(record.content.text);
+  }
+  if (record.isDisabled) {
     tag.set(QStringLiteral("disabled"), QStringLiteral("1"));
-  } else if (!record.isDisabled && saysDisabled) {
+  } else {
     tag.remove(u"disabled");
   }
   return tag.textWithRest(record.content.text);
-}
-
-bool isOn(const QString& flag) {
-  return flag.trimmed() == u"1";
 }
 
 ActionContent contentOf(ActionItem& item) {
@@ -53,6 +56,21 @@ ActionContent contentOf(ActionItem& item) {
   }
   const QString settings = tag.textWithRest(saved);
   return {.text = settings, .settings = settings};
+}
+
+ActionContent keptContent(const ActionInFile& source, const ActionContent& now) {
+  if (source.content.text.isEmpty()) {
+    return now;
+  }
+  if (now.settings == source.content.settings) {
+    return source.content;
+  }
+  std::optional<QString> text;
+  if (XmlTag(source.content.text).name() == XmlTag(now.text).name()) {
+    text = patchedElement(source.content.text, source.content.settings, now.settings,
+                          source.lineStart);
+  }
+  return {.text = text ? *text : indented(now.text, source.lineStart), .settings = now.settings};
 }
 
 int EditedGraph::Parts::indexOf(ActionId id) const {

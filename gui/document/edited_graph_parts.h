@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "gui/document/edited_graph.h"
+#include "gui/document/graph_source.h"
 #include "host/engine/action_catalogue.h"
 
 namespace kelvarin {
@@ -25,16 +26,24 @@ struct ActionContent {
   bool operator==(const ActionContent&) const = default;
 };
 
+// What the file had; without texts for an action that is not from there.
+struct ActionInFile {
+  ActionContent content;
+  QPointF position;
+  bool isDisabled = false;
+  // The line break and the indentation in front of the element.
+  QString lineStart = QStringLiteral("\n");
+};
+
 struct ActionRecord {
   QString name;
   QString typeName;
   QPointF position;
   bool hasPosition = false;
-  QPointF sourcePosition;  // as the file had it
   bool isDisabled = false;
   QString whyCannotRun;
-  ActionContent source;  // as the file had it; empty texts for an action that is not from there
   ActionContent content;
+  ActionInFile source;
   QString element;  // as it is saved now
 };
 
@@ -58,7 +67,7 @@ struct SavedGraph {
   QSet<LinkId> links;
   QHash<NoteId, DrawnNote> notes;
   QList<DrawnParameter> parameters;
-  bool isOther = false;  // the file has something that has no counterpart in the graph
+  bool isOther = false;  // the file has another document than this graph ever had
 };
 
 class EditedGraph::Parts {
@@ -90,8 +99,7 @@ class EditedGraph::Parts {
   // The file's name and folder are known to the actions.
   void takeFolders();
   // For load().
-  void take(OpenedGraph opened);
-  void takeNotes(const QByteArray& document);
+  void take(const QByteArray& document, OpenedGraph opened);
 
   const ActionCatalogue& catalogue;
   Graph graph;  // its links are made when they are asked for
@@ -104,9 +112,13 @@ class EditedGraph::Parts {
   QHash<ActionId, QList<LinkId>> linksOfActions;
   QSet<LinkId> linksWithAbsentEnds;
   std::map<NoteId, DrawnNote> notes;
+  QHash<NoteId, DrawnNote> notesInSource;
   QList<DrawnParameter> parameters;
   std::vector<GraphError> faults;
   std::vector<ParameterOverride> overrides;
+
+  std::optional<GraphSource> source;
+  QHash<int, int> childrenOfSource;  // of each id that is from there, its index in its section
 
   SavedGraph saved;
   QSet<ActionId> modifiedActions;
@@ -124,8 +136,9 @@ class EditedGraph::Parts {
   bool hasModifiedChanged = false;  // of an action
 
  private:
-  void takeAction(const GraphAction& action, const QString& whyCannotRun);
-  void takeLink(const LinkInFile& inFile);
+  void takeAction(const GraphAction& action, const QString& whyCannotRun, int child);
+  void takeLink(const LinkInFile& inFile, int child);
+  void takeNote(const GraphNote& inFile, int child);
   void breakCycles();
 
   QHash<std::pair<ActionId, int>, ActionId> m_takers;  // of input pins, while a graph is loaded
@@ -135,6 +148,9 @@ class EditedGraph::Parts {
 QString elementOf(const ActionRecord& record);
 // As the action itself saves it.
 ActionContent contentOf(ActionItem& item);
-bool isOn(const QString& flag);
+// What an action has from its element, of which `content` is known.
+ActionInFile inFile(const ActionItem& item, const ActionContent& content);
+// What a file gets for an action that saves `now`: as much as can be of what it had.
+ActionContent keptContent(const ActionInFile& source, const ActionContent& now);
 
 }  // namespace kelvarin

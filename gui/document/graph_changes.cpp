@@ -47,7 +47,7 @@ std::unique_ptr<ActionItem> GraphChanges::newItem(const QString& typeName,
 }
 
 DetachedAction GraphChanges::newAction(const QString& typeName, const QString& name,
-                                       QPointF position, const QString& element) {
+                                       QPointF position, const QString& element, bool isDisabled) {
   DetachedAction action;
   const QString text = element.isEmpty() ? QStringLiteral("<%1/>").arg(typeName) : element;
   action.item = newItem(typeName, text);
@@ -59,7 +59,12 @@ DetachedAction GraphChanges::newAction(const QString& typeName, const QString& n
   action.record.typeName = typeName;
   action.record.position = position;
   action.record.hasPosition = true;
+  action.record.isDisabled = isDisabled;
   action.record.content = contentOf(*action.item);
+  if (!element.isEmpty()) {
+    action.record.content.text = element;
+    action.record.source = inFile(*action.item, action.record.content);
+  }
   action.record.element = elementOf(action.record);
   // Anew, so that the action knows its name.
   action.item = newItem(typeName, action.record.element);
@@ -72,8 +77,9 @@ void GraphChanges::addAction(DetachedAction action) {
   m_parts.order.insert(m_parts.order.begin() + index, id);
   m_parts.idsOfItems.insert(action.item.get(), id);
   m_parts.addName(id, action.record.name);
-  m_parts.graph.actions.insert(m_parts.graph.actions.begin() + index,
-                               {action.record.name, {}, std::move(action.item)});
+  m_parts.graph.actions.insert(
+      m_parts.graph.actions.begin() + index,
+      {action.record.name, {}, std::move(action.item), action.record.isDisabled});
   m_parts.records.insert_or_assign(id, std::move(action.record));
   m_parts.hasLinksOfGraph = false;
   m_parts.compareAction(id);
@@ -133,10 +139,13 @@ void GraphChanges::rename(ActionId id, const QString& name) {
 }
 
 void GraphChanges::setDisabled(ActionId id, bool isDisabled) {
-  m_parts.records.at(id).isDisabled = isDisabled;
+  ActionRecord& record = m_parts.records.at(id);
+  record.isDisabled = isDisabled;
   noteActionChange(id);
+  replaceItem(id, newItem(record.typeName, record.element));
+  m_parts.graphAction(id).isDisabled = isDisabled;
   noteRowsChange();
-  emit m_graph.actionChanged(id, false);
+  emit m_graph.actionChanged(id, true);
 }
 
 void GraphChanges::move(ActionId id, QPointF position, bool hasPosition) {
@@ -162,16 +171,26 @@ bool GraphChanges::setContent(ActionId id, const QString& typeName, const QStrin
   if (item == nullptr) {
     return false;
   }
-  restoreContent(id, typeName, contentOf(*item));
+  restoreContent(id, typeName, newContent(id, typeName, contentOf(*item)));
   return true;
+}
+
+// An action that is made of what is kept must be the one that was asked for.
+ActionContent GraphChanges::newContent(ActionId id, const QString& typeName,
+                                       const ActionContent& now) const {
+  ActionContent content = keptContent(m_parts.records.at(id).source, now);
+  const std::unique_ptr<ActionItem> item = newItem(typeName, content.text);
+  return item != nullptr && contentOf(*item).settings == now.settings ? content : now;
 }
 
 ActionContent GraphChanges::takeEdit(ActionId id) {
   ActionRecord& record = m_parts.records.at(id);
-  ActionContent before = std::exchange(record.content, contentOf(m_parts.item(id)));
-  if (before == record.content) {
+  ActionContent before = record.content;
+  const ActionContent now = contentOf(m_parts.item(id));
+  if (before.settings == now.settings) {
     return before;
   }
+  record.content = newContent(id, record.typeName, now);
   noteActionChange(id);
   noteContentChange(id, false);
   return before;

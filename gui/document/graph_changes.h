@@ -21,7 +21,7 @@ class GraphChanges {
   std::unique_ptr<ActionItem> newItem(const QString& typeName, const QString& element) const;
   // An action that is not in the graph yet.
   DetachedAction newAction(const QString& typeName, const QString& name, QPointF position,
-                           const QString& element);
+                           const QString& element, bool isDisabled = false);
   const ActionRecord& record(ActionId id) const { return m_parts.records.at(id); }
   const LinkRecord& link(LinkId id) const { return m_parts.links.at(id); }
   const DrawnNote& note(NoteId id) const { return m_parts.notes.at(id); }
@@ -48,6 +48,7 @@ class GraphChanges {
   void setParameters(const QList<DrawnParameter>& parameters);
 
  private:
+  ActionContent newContent(ActionId id, const QString& typeName, const ActionContent& now) const;
   void replaceItem(ActionId id, std::unique_ptr<ActionItem> item);
   void noteActionChange(ActionId id);
   void noteContentChange(ActionId id, bool isReplaced);

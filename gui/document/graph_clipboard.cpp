@@ -111,14 +111,12 @@ GraphSelection GraphCommands::paste(const QByteArray& document, QPointF position
 ActionId GraphCommands::pasteAction(const EditedGraph& piece, ActionId id, QPointF offset) {
   Step step(*this, {});
   const QString wish = piece.name(id).isEmpty() ? piece.typeName(id) : piece.name(id);
-  DetachedAction action = step.changes().newAction(piece.typeName(id), m_graph.freeName(wish),
-                                                   onGrid(piece.position(id) + offset),
-                                                   QString::fromUtf8(piece.element(id)));
+  DetachedAction action = step.changes().newAction(
+      piece.typeName(id), m_graph.freeName(wish), onGrid(piece.position(id) + offset),
+      QString::fromUtf8(piece.element(id)), piece.isDisabled(id));
   if (action.item == nullptr) {
     return kNoId;
   }
-  action.record.isDisabled = piece.isDisabled(id);
-  action.record.element = elementOf(action.record);
   const ActionId copy = action.id;
   step.append(kelvarin::addAction(step.changes(), std::move(action)));
   return copy;

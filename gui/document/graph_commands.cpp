@@ -13,6 +13,10 @@ namespace {
 
 constexpr int kLongestPauseWhileTyping = 2000;  // milliseconds
 
+bool isWhole(const EditedGraph& graph, LinkId link) {
+  return graph.hasLink(link) && graph.link(link).whyBroken.isEmpty();
+}
+
 }  // namespace
 
 GraphCommands::GraphCommands(EditedGraph& graph, QObject* parent)
@@ -61,7 +65,7 @@ ActionId GraphCommands::addLinked(const QString& typeName, const PinRef& pin,
 
 ActionId GraphCommands::insertIntoLink(const QString& typeName, LinkId link) {
   const CatalogueEntry* entry = m_graph.catalogue().find(typeName);
-  if (entry == nullptr || entry->pinsIn == 0 || entry->pinsOut == 0 || !m_graph.hasLink(link)) {
+  if (entry == nullptr || entry->pinsIn == 0 || entry->pinsOut == 0 || !isWhole(m_graph, link)) {
     return kNoId;
   }
   const Step step(*this, tr("Insert %1").arg(typeName));
@@ -76,7 +80,7 @@ ActionId GraphCommands::insertIntoLink(const QString& typeName, LinkId link) {
 
 bool GraphCommands::moveIntoLink(ActionId action, LinkId link) {
   if (m_graph.pinCount(action, false) == 0 || m_graph.pinCount(action, true) == 0 ||
-      !m_graph.linksOf(action).isEmpty()) {
+      !m_graph.linksOf(action).isEmpty() || !isWhole(m_graph, link)) {
     return false;
   }
   Step step(*this, tr("Insert '%1' into a link").arg(m_graph.name(action)));

@@ -1,7 +1,7 @@
 #include "gui/document/graph_text.h"
 
-#include "gui/document/xml_tag.h"
-#include "host/contract/attribute_table.h"
+#include "gui/document/xml_text.h"
+#include "host/xml/xml_node.h"
 
 namespace kelvarin {
 
@@ -19,15 +19,25 @@ QString linkText(const QString& from, const QString& to, const DrawnLink& link) 
          attributeText("to", to) + pin("toPin", link.toPin) + QStringLiteral("/>");
 }
 
+QList<std::pair<QString, QString>> attributesOf(const DrawnNote& note) {
+  const QRectF& area = note.rectangle;
+  QList<std::pair<QString, QString>> attributes{
+      {QStringLiteral("x"), QString::number(area.x())},
+      {QStringLiteral("y"), QString::number(area.y())},
+      {QStringLiteral("w"), QString::number(area.width())},
+      {QStringLiteral("h"), QString::number(area.height())}};
+  if (note.colour.isValid()) {
+    const bool isOpaque = note.colour.alpha() == 255;
+    attributes.append(
+        {QStringLiteral("color"), note.colour.name(isOpaque ? QColor::HexRgb : QColor::HexArgb)});
+  }
+  return attributes;
+}
+
 QString noteText(const DrawnNote& note) {
   QString text = QStringLiteral("<Note");
-  const QRectF& area = note.rectangle;
-  text += attributeText("x", QString::number(area.x()));
-  text += attributeText("y", QString::number(area.y()));
-  text += attributeText("w", QString::number(area.width()));
-  text += attributeText("h", QString::number(area.height()));
-  if (note.colour.isValid()) {
-    text += attributeText("color", note.colour.name());
+  for (const auto& [name, value] : attributesOf(note)) {
+    text += attributeText(qPrintable(name), value);
   }
   return text + u'>' + QString::fromStdWString(elementText(note.text)) + QStringLiteral("</Note>");
 }
@@ -40,9 +50,97 @@ QString section(const char* name, const QStringList& lines) {
   return text + QStringLiteral("  </%1>\n").arg(QLatin1String(name));
 }
 
+int childOf(const EditedGraph::Parts& parts, int id) {
+  return parts.childrenOfSource.value(id, -1);
+}
+
+// An element of the source, with other names of actions where they are called otherwise.
+QString changedLinkText(const QString& source, const EditedGraph::Parts& parts,
+                        const LinkRecord& link) {
+  XmlTag tag(source);
+  if (link.absentFrom.isNull()) {
+    tag.set(QStringLiteral("from"), parts.nameOf(link.drawn.from));
+  }
+  if (link.absentTo.isNull()) {
+    tag.set(QStringLiteral("to"), parts.nameOf(link.drawn.to));
+  }
+  return tag.textWithRest(source);
+}
+
+QString changedNoteText(const QString& source, const DrawnNote& before, const DrawnNote& now) {
+  XmlText text(source);
+  for (const auto& [name, value] : attributesOf(now)) {
+    text.tag.set(name, value);
+  }
+  if (!now.colour.isValid()) {
+    text.tag.remove(u"color");
+  }
+  if (now.text != before.text) {
+    text.setPlainText(now.text);
+  }
+  return text.text();
+}
+
+std::vector<XmlEntry> actionEntries(const EditedGraph::Parts& parts) {
+  std::vector<XmlEntry> entries;
+  for (const auto& [id, record] : parts.records) {
+    entries.push_back({childOf(parts, id), record.element});
+  }
+  return entries;
+}
+
+std::vector<XmlEntry> linkEntries(const EditedGraph::Parts& parts) {
+  std::vector<XmlEntry> entries;
+  for (const auto& [id, link] : parts.links) {
+    const int child = childOf(parts, id);
+    entries.push_back(
+        {child,
+         child < 0
+             ? linkText(parts.nameOf(link.drawn.from), parts.nameOf(link.drawn.to), link.drawn)
+             : changedLinkText(parts.source->element(GraphSource::links, child), parts, link)});
+  }
+  return entries;
+}
+
+std::vector<XmlEntry> noteEntries(const EditedGraph::Parts& parts) {
+  std::vector<XmlEntry> entries;
+  for (const auto& [id, note] : parts.notes) {
+    const int child = childOf(parts, id);
+    if (child < 0) {
+      entries.push_back({child, noteText(note)});
+      continue;
+    }
+    const QString& source = parts.source->element(GraphSource::notes, child);
+    const DrawnNote before = parts.notesInSource.value(id);
+    entries.push_back({child, note == before ? source : changedNoteText(source, before, note)});
+  }
+  return entries;
+}
+
+// Parameters are known by their names.
+std::vector<XmlEntry> parameterEntries(const EditedGraph::Parts& parts) {
+  QHash<QString, int> children;
+  for (const int child : parts.source->elements(GraphSource::parameters)) {
+    const XmlTag tag(parts.source->element(GraphSource::parameters, child));
+    if (const auto name = tag.value(u"name"); name && !children.contains(*name)) {
+      children.insert(*name, child);
+    }
+  }
+  std::vector<XmlEntry> entries;
+  for (const DrawnParameter& parameter : parts.parameters) {
+    const int child = children.value(parameter.name, -1);
+    QString text = child < 0 ? QStringLiteral("<Parameter/>")
+                             : parts.source->element(GraphSource::parameters, child);
+    XmlTag tag(text);
+    tag.set(QStringLiteral("name"), parameter.name);
+    tag.set(QStringLiteral("value"), parameter.value);
+    entries.push_back({child, tag.textWithRest(text)});
+  }
+  return entries;
+}
+
 // A document, an element a line.
 struct GraphLines {
-  QStringList parameters;
   QStringList actions;
   QStringList links;
   QStringList notes;
@@ -50,7 +148,6 @@ struct GraphLines {
   QByteArray document() const {
     QString text =
         QStringLiteral("<?xml version='1.0' encoding='UTF-8'?>\n<KelvarinGraph version='1.0'>\n");
-    text += parameters.isEmpty() ? QString() : section("Parameters", parameters);
     text += section("Actions", actions) + section("Links", links);
     text += notes.isEmpty() ? QString() : section("Notes", notes);
     return (text + QStringLiteral("</KelvarinGraph>\n")).toUtf8();
@@ -60,23 +157,8 @@ struct GraphLines {
 }  // namespace
 
 QByteArray graphText(const EditedGraph::Parts& parts) {
-  GraphLines lines;
-  for (const DrawnParameter& each : parts.parameters) {
-    lines.parameters += QStringLiteral("<Parameter") + attributeText("name", each.name) +
-                        attributeText("value", each.value) + QStringLiteral("/>");
-  }
-  for (const auto& [id, record] : parts.records) {
-    lines.actions += record.element;
-  }
-  for (const auto& [id, link] : parts.links) {
-    lines.links +=
-        linkText(link.absentFrom.isNull() ? parts.nameOf(link.drawn.from) : link.absentFrom,
-                 link.absentTo.isNull() ? parts.nameOf(link.drawn.to) : link.absentTo, link.drawn);
-  }
-  for (const auto& [id, note] : parts.notes) {
-    lines.notes += noteText(note);
-  }
-  return lines.document();
+  return parts.source->document(
+      {parameterEntries(parts), actionEntries(parts), linkEntries(parts), noteEntries(parts)});
 }
 
 QByteArray newGraphText() {
@@ -102,32 +184,6 @@ QByteArray graphText(const EditedGraph& graph, const GraphSelection& selection) 
     }
   }
   return lines.document();
-}
-
-SavedGraph savedGraph(const EditedGraph::Parts& parts, const QByteArray& document) {
-  EditedGraph file(parts.catalogue);
-  SavedGraph saved;
-  saved.isOther = !file.load(document, parts.graph.file) || file.document() != graphText(parts);
-  return saved.isOther ? saved : parts.now();
-}
-
-void EditedGraph::Parts::takeNotes(const QByteArray& document) {
-  const auto root = parseXml(document);
-  const XMLNode section = root ? root->getChildNode(utf16(u"Notes")) : XMLNode();
-  for (int i = 0; i < section.nChildNode(); ++i) {
-    const XMLNode node = section.getChildNode(i);
-    if (node.name() != u"Note") {
-      continue;
-    }
-    const auto number = [&](const char16_t* name, double otherwise) {
-      readAttribute(node, name, otherwise, graph.settings.get());
-      return otherwise;
-    };
-    const NoteId id = nextId++;
-    const QRectF area(number(u"x", 0), number(u"y", 0), number(u"w", 160), number(u"h", 80));
-    const QColor colour(qString(node.getAttribute(utf16(u"color"))));
-    notes.emplace_hint(notes.end(), id, DrawnNote{id, area, colour, node.text()});
-  }
 }
 
 }  // namespace kelvarin

@@ -12,7 +12,5 @@ QByteArray graphText(const EditedGraph::Parts& parts);
 QByteArray newGraphText();
 // Of a piece of the graph.
 QByteArray graphText(const EditedGraph& graph, const GraphSelection& selection);
-// What of the graph a document has, by names, to be compared with it.
-SavedGraph savedGraph(const EditedGraph::Parts& parts, const QByteArray& document);
 
 }  // namespace kelvarin

@@ -91,4 +91,8 @@ RowCondition conditionFor(const std::vector<ChosenValues>& chosen) {
   return condition;
 }
 
+RowCondition::Variable variableFor(const PinColumns::Column& column) {
+  return {column.name, canBeName(column.name) ? column.name : QStringLiteral("value"), column.meta};
+}
+
 }  // namespace kelvarin

@@ -32,6 +32,9 @@ struct ChosenValues {
 // In each column one of its chosen values.
 RowCondition conditionFor(const std::vector<ChosenValues>& chosen);
 
+// The variable for a column that an expression names alone.
+RowCondition::Variable variableFor(const PinColumns::Column& column);
+
 }  // namespace kelvarin
 
 Q_DECLARE_METATYPE(kelvarin::RowCondition)
