@@ -22,7 +22,6 @@ namespace kelvarin {
 class CanvasGesture;
 class CanvasScene;
 class DirectEditor;
-class Minimap;
 class Theme;
 
 // What a user sees again after closing and opening a graph.
@@ -171,7 +170,6 @@ class CanvasView : public QGraphicsView {
   GraphCommands& m_commands;
   CanvasScene* m_scene;
   DirectEditor* m_directEditor;
-  Minimap* m_minimap;
   std::unique_ptr<Press> m_press;
   std::unique_ptr<CanvasGesture> m_gesture;
   std::optional<LinkByKeys> m_linkByKeys;

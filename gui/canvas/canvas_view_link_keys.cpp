@@ -97,7 +97,7 @@ void CanvasView::actOnLinkKey(const QKeyEvent& event) {
       drawLinkByKeys();
       return;
     default:
-      return;
+      break;
   }
 }
 
