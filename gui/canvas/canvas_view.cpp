@@ -126,6 +126,12 @@ QHash<ActionId, QSizeF> CanvasView::boxSizes() const {
   return sizes;
 }
 
+PinSpacing CanvasView::pinSpacing() const {
+  const CanvasMetrics& metrics = m_scene->metrics();
+  const double first = metrics.pinOffset(0, false).y();
+  return {first, metrics.pinOffset(1, false).y() - first};
+}
+
 // ---- What is seen.
 
 QRectF CanvasView::seenArea() const {

@@ -51,6 +51,7 @@ class CanvasView : public QGraphicsView {
   QRectF seenArea() const;
   // Of every box, for layouts.
   QHash<ActionId, QSizeF> boxSizes() const;
+  PinSpacing pinSpacing() const;
   // Where quick add and paste go when nobody points at anything.
   QPointF pointOfInterest() const;
 

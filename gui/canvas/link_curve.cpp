@@ -17,10 +17,12 @@ namespace {
 
 constexpr double kStubLength = 56.0;  // of a link whose other end does not exist
 constexpr double kMaximumReach = 160.0;
-constexpr int kMinimumPoints = 9;
+constexpr int kMinimumPoints = 17;
 constexpr int kMaximumPoints = 33;
-constexpr double kLineLength = 16.0;  // of the lines that a curve is made of
+constexpr double kLineLength = 12.0;  // of the lines that a curve is made of
 constexpr double kCurveScale = 1.25;  // above it, the lines could be seen
+constexpr double kNearScale = 0.7;    // short curves are smooth above it
+constexpr double kShortLength = 400.0;
 constexpr double kSmoothScale = 0.4;
 constexpr double kLabelScale = 0.5;
 constexpr double kWidth = 2.0;
@@ -219,7 +221,7 @@ QPen LinkCurve::pen(double scale) const {
   return {color, width(), isBroken ? Qt::DashLine : Qt::SolidLine, Qt::FlatCap};
 }
 
-// Line by line, and only those that are seen: a stroked curve takes ten times as long.
+// Line by line, and only those that are seen: a long stroked curve takes ten times as long.
 void LinkCurve::paintLines(QPainter& painter, const QRectF& seen) const {
   QVarLengthArray<QLineF, kMaximumPoints> lines;
   for (qsizetype i = 1; i < m_points.size(); ++i) {
@@ -239,7 +241,10 @@ void LinkCurve::paint(QPainter* painter, const QStyleOptionGraphicsItem* option,
   painter->setPen(pen(scale));
   painter->setBrush(Qt::NoBrush);
   painter->setRenderHint(QPainter::Antialiasing, scale >= kSmoothScale);
-  if ((isBroken && scale >= kSmoothScale) || scale > kCurveScale || m_scene.isPlain()) {
+  const bool isShort = m_bounds.width() + m_bounds.height() < kShortLength;
+  const bool isSmooth = scale > kCurveScale || m_scene.isPlain() ||
+                        (isShort && scale >= kNearScale) || (isBroken && scale >= kSmoothScale);
+  if (isSmooth) {
     painter->drawPath(m_path);
   } else {
     paintLines(*painter, option->exposedRect);
