@@ -2,9 +2,13 @@
 // one way, a line for each position the other way.
 //
 //   pins FIRST STEP
-//   box ID WIDTH HEIGHT PINS_IN PINS_OUT     link FROM PIN TO PIN     position ID X Y
+//   box ID WIDTH HEIGHT PINS_IN PINS_OUT
+//   link FROM PIN TO PIN
 //
-// `pins` says how far below the top of a box its first pin is, and the next one below that. Lengths are logical pixels, positions are top left corners. `box` lines come first.
+//   position ID X Y
+//
+// `pins` says how far below the top of a box its first pin is, and the next one below that; links
+// come after their boxes. Lengths are logical pixels, positions those of top left corners.
 // Threads: values only.
 #pragma once
 

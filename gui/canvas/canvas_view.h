@@ -3,8 +3,8 @@
 //
 // It acts on every key that no shortcut of the window takes: arrows walk along links and among
 // siblings (Shift selects on the way, Ctrl moves what is selected), Alt and an arrow go to a link,
-// Tab walks in the order of reading and leaves the canvas at the end, Ctrl+L draws a link. All changes are commands of
-// GraphCommands, and it shows what EditedGraph signals.
+// Tab walks in the order of reading and leaves the canvas at the end, Ctrl+L draws a link. All
+// changes are commands of GraphCommands, and it shows what EditedGraph signals.
 // Threads: the user-interface thread.
 #pragma once
 
