@@ -82,6 +82,7 @@ ALLOWED = {
     "fuzz": ["columnar/reader"],
     "benchmarks/gel": ["columnar/reader", "columnar/writer"],
     "benchmarks/expressions": ["expression/backends"],
+    "benchmarks/preview": ["gui/preview", "host/tables"],
     "benchmarks": ["expression/evaluator", "host/engine", "host/tables"],
 }
 
@@ -92,6 +93,7 @@ OF_TESTS |= {module: ["host/widget_testing"] for module in ALLOWED if module.sta
 OF_TESTS["ui/debugger"] += ["actions/calculator_vectorized", "actions/filter_rows"]
 for module in ("gui/edit", "gui/palette", "gui/window"):
     OF_TESTS[module] += ["host/tables"]
+OF_TESTS["gui/preview"] += ["actions/filter_rows", "host/tables"]
 
 
 THIS_FILE = os.path.join("scripts", "check_includes.py")

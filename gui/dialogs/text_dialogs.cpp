@@ -1,6 +1,5 @@
 #include "gui/dialogs/text_dialogs.h"
 
-#include <QAction>
 #include <QCoreApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -9,6 +8,8 @@
 #include <QTextBrowser>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+
+#include "host/widgets/key_list.h"
 
 namespace kelvarin {
 
@@ -53,21 +54,15 @@ void showKeys(QWidget* window) {
   auto* keys = new QTreeWidget;
   keys->setAccessibleName(TextDialogs::tr("Keys"));
   keys->setRootIsDecorated(false);
-  keys->setHeaderLabels({TextDialogs::tr("What it does"), TextDialogs::tr("Key")});
+  keys->setHeaderLabels(
+      {TextDialogs::tr("What it does"), TextDialogs::tr("Key"), TextDialogs::tr("Where")});
   keys->header()->setStretchLastSection(false);
   keys->header()->setSectionResizeMode(0, QHeaderView::Stretch);
   keys->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
-  for (const QAction* action : window->findChildren<QAction*>()) {
-    if (action->shortcut().isEmpty() || action->text().isEmpty()) {
-      continue;
-    }
-    QStringList shortcuts;
-    for (const QKeySequence& shortcut : action->shortcuts()) {
-      shortcuts += shortcut.toString(QKeySequence::NativeText);
-    }
-    new QTreeWidgetItem(keys, {QString(action->text()).remove(u'&'), shortcuts.join(u", ")});
+  keys->header()->setSectionResizeMode(2, QHeaderView::ResizeToContents);
+  for (const KeyMeaning& key : keysOf(*window)) {
+    new QTreeWidgetItem(keys, {key.what, key.keys, key.where});
   }
-  keys->sortItems(0, Qt::AscendingOrder);
   showWith(keys, TextDialogs::tr("Keyboard"), window);
 }
 

@@ -11,7 +11,7 @@ namespace kelvarin {
 
 // The page of the action type, from the documentation; false when there is none.
 bool showActionPage(const QString& typeName, QWidget* parent);
-// All actions in `window` that have a key.
+// What `window` and the editor in it answer to.
 void showKeys(QWidget* window);
 
 }  // namespace kelvarin

@@ -14,6 +14,10 @@
 
 namespace kelvarin {
 
+// For the rows of all previews of a window. They may take 256 MiB: the rest is for what is sorted,
+// profiled and copied, and for the branch at work.
+inline constexpr std::size_t kPreviewMemory = std::size_t{96} << 20;
+
 // What all previews of a window share.
 struct PreviewShare {
   std::shared_ptr<PreviewMemory> memory;

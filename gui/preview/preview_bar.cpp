@@ -1,11 +1,11 @@
 #include "gui/preview/preview_bar.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLocale>
-#include <QToolButton>
 
 #include "gui/preview/preview_model.h"
 #include "host/widgets/icon_button.h"
@@ -48,9 +48,9 @@ PreviewBar::PreviewBar(QWidget* parent)
   m_reload->setObjectName(QStringLiteral("previewReload"));
   m_stop->setObjectName(QStringLiteral("previewStop"));
   m_export->setObjectName(QStringLiteral("previewExport"));
-  m_profiles = addSwitch(tr("Profiles"), tr("Show what the values of each column are like"), true);
-  m_filters = addSwitch(tr("Filter"), tr("Filter the rows that are shown (Ctrl+F)"), false);
-  m_details = addSwitch(tr("Details"), tr("Show the profile of one column in full"), false);
+  m_profiles = addSwitch(tr("&Profiles"), tr("Show what the values of each column are like"), true);
+  m_filters = addSwitch(tr("F&ilter"), tr("Filter the rows that are shown (Ctrl+F)"), false);
+  m_details = addSwitch(tr("&Details"), tr("Show the profile of one column in full"), false);
 
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(8, 4, 8, 4);
@@ -71,24 +71,19 @@ PreviewBar::PreviewBar(QWidget* parent)
   connect(m_reload, &QToolButton::clicked, this, &PreviewBar::reloadWanted);
   connect(m_stop, &QToolButton::clicked, this, &PreviewBar::stopWanted);
   connect(m_export, &QToolButton::clicked, this, &PreviewBar::exportWanted);
-  connect(m_profiles, &QToolButton::toggled, this, &PreviewBar::profilesToggled);
-  connect(m_filters, &QToolButton::toggled, this, &PreviewBar::filtersToggled);
-  connect(m_details, &QToolButton::toggled, this, &PreviewBar::detailsToggled);
+  connect(m_profiles, &QCheckBox::toggled, this, &PreviewBar::profilesToggled);
+  connect(m_filters, &QCheckBox::toggled, this, &PreviewBar::filtersToggled);
+  connect(m_details, &QCheckBox::toggled, this, &PreviewBar::detailsToggled);
   setComputing(false);
   setReady(false, false);
 }
 
-QToolButton* PreviewBar::addSwitch(const QString& label, const QString& toolTip, bool isOn) {
-  auto* button = new QToolButton;
-  button->setText(label);
-  button->setToolTip(toolTip);
-  button->setAccessibleName(label);
-  button->setAccessibleDescription(toolTip);
-  button->setCheckable(true);
-  button->setChecked(isOn);
-  button->setAutoRaise(true);
-  button->setFocusPolicy(Qt::StrongFocus);
-  return button;
+QCheckBox* PreviewBar::addSwitch(const QString& label, const QString& toolTip, bool isOn) {
+  auto* box = new QCheckBox(label);
+  box->setToolTip(toolTip);
+  box->setAccessibleDescription(toolTip);
+  box->setChecked(isOn);
+  return box;
 }
 
 void PreviewBar::setTitle(const QString& title) {

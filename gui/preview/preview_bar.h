@@ -5,9 +5,9 @@
 
 #include <QWidget>
 
+class QCheckBox;
 class QComboBox;
 class QLabel;
-class QToolButton;
 
 namespace kelvarin {
 
@@ -37,7 +37,7 @@ class PreviewBar : public QWidget {
   void detailsToggled(bool areShown);
 
  private:
-  QToolButton* addSwitch(const QString& label, const QString& toolTip, bool isOn);
+  QCheckBox* addSwitch(const QString& label, const QString& toolTip, bool isOn);
   void changeEvent(QEvent* event) override;
   void showTitle();
   void resizeEvent(QResizeEvent* event) override;
@@ -49,9 +49,9 @@ class PreviewBar : public QWidget {
   IconButton* m_reload;
   IconButton* m_stop;
   IconButton* m_export;
-  QToolButton* m_profiles;
-  QToolButton* m_filters;
-  QToolButton* m_details;
+  QCheckBox* m_profiles;
+  QCheckBox* m_filters;
+  QCheckBox* m_details;
 };
 
 }  // namespace kelvarin

@@ -34,15 +34,19 @@ void PreviewCells::paint(QPainter* painter, const QStyleOptionViewItem& option,
   const bool isRight = fixedSizeOf(m_model.typeOf(index.column())) != 0;
   QString text = cell.isThere ? cell.value.text : QStringLiteral("\u2026");
   const QFontMetrics metrics(font);
-  // Most texts are too short to be measured.
-  if (text.size() * metrics.maxWidth() > area.width() &&
-      metrics.horizontalAdvance(text) > area.width()) {
-    text = metrics.elidedText(text, Qt::ElideRight, area.width());
+  // Short texts on the left, which most are, need not be measured. Drawing at a point takes half as
+  // long as drawing into a rectangle.
+  int left = area.left();
+  if (isRight || text.size() * metrics.maxWidth() > area.width()) {
+    const int width = metrics.horizontalAdvance(text);
+    if (width > area.width()) {
+      text = metrics.elidedText(text, Qt::ElideRight, area.width());
+    } else if (isRight) {
+      left = area.right() + 1 - width;
+    }
   }
-  painter->drawText(area,
-                    int(isRight ? Qt::AlignRight : Qt::AlignLeft) | int(Qt::AlignVCenter) |
-                        int(Qt::TextSingleLine),
-                    text);
+  const int baseline = area.top() + (area.height() - metrics.height()) / 2 + metrics.ascent();
+  painter->drawText(QPoint(left, baseline), text);
   if ((option.state & QStyle::State_HasFocus) != 0) {
     painter->setPen(
         option.palette.color(group, isSelected ? QPalette::HighlightedText : QPalette::Highlight));

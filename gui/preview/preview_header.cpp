@@ -136,7 +136,7 @@ int PreviewHeader::profileHeight() const {
 }
 
 int PreviewHeader::filterHeight() const {
-  return m_showsFilters ? lineHeight() + 12 : 0;
+  return m_showsFilters ? lineHeight() + 8 + 2 * kGap : 0;
 }
 
 QSize PreviewHeader::sizeHint() const {
@@ -268,8 +268,8 @@ void PreviewHeader::layOutFields() {
   QWidget* before = nullptr;
   for (const auto& [column, field] : m_fields) {
     const int left = sectionViewportPosition(column) + kGap;
-    field->setGeometry(left, viewport()->height() - filterHeight() + 2,
-                       std::max(0, sectionSize(column) - 2 * kGap), filterHeight() - 6);
+    field->setGeometry(left, viewport()->height() - filterHeight() + kGap,
+                       std::max(0, sectionSize(column) - 2 * kGap), filterHeight() - 2 * kGap);
     field->show();
     if (before != nullptr) {
       setTabOrder(before, field);

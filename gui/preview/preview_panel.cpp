@@ -24,8 +24,6 @@ namespace {
 
 using State = PinPreview::State;
 
-// Of 256 MiB: the rest is for what is sorted, profiled and copied, and for the branch at work.
-constexpr std::size_t kMemoryForRows = std::size_t{96} << 20;
 // After the last change: whoever types has a new graph with every key.
 constexpr std::chrono::milliseconds kRestAfterChange{400};
 
@@ -93,7 +91,7 @@ PreviewPanel::Parts::Parts(PreviewPanel& panel, EditedGraph& graph, EditServices
     : m_panel(panel),
       m_graph(graph),
       m_cache(graph, services,
-              {std::make_shared<PreviewMemory>(kMemoryForRows), m_loader, m_computing}),
+              {std::make_shared<PreviewMemory>(kPreviewMemory), m_loader, m_computing}),
       m_bar(new PreviewBar),
       m_message(new InfoLine),
       m_report(new InfoLine),

@@ -17,7 +17,7 @@ namespace kelvarin {
 namespace {
 
 constexpr int kMeasuredRows = 40;
-constexpr int kNarrowest = 12;  // characters of a column
+constexpr int kNarrowest = 18;  // characters of a column; a profile needs them
 constexpr int kWidest = 40;
 
 }  // namespace
@@ -37,9 +37,6 @@ PreviewTable::PreviewTable(BackgroundQueue& queue, QWidget* parent)
   m_view->setModel(m_model);
   m_view->setItemDelegate(new PreviewCells(*m_model, this));
   m_view->setContextMenuPolicy(Qt::CustomContextMenu);
-  m_view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  m_view->verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  m_view->verticalHeader()->setHighlightSections(false);
   m_view->verticalHeader()->setToolTip(tr("The number of the row at this pin, counted from 0"));
   layOut();
   connect(m_model, &PreviewModel::valuesCame, m_view->viewport(), qOverload<>(&QWidget::update));

@@ -191,7 +191,7 @@ void PreviewTable::exportTo(const QString& file) {
     return [this, isWritten, file, count, reason = target.errorString()] {
       emit reported(isWritten, isWritten ? tr("%1 rows were written to %2.").arg(count, file)
                                          : tr("%1 was not written: %2. Choose another file, or "
-                                              "make room on the disk.")
+                                              "free some space on the disk.")
                                                .arg(file, reason));
     };
   };

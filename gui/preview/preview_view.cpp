@@ -1,6 +1,7 @@
 #include "gui/preview/preview_view.h"
 
 #include <QKeyEvent>
+#include <QPainter>
 
 namespace kelvarin {
 
@@ -25,12 +26,31 @@ OwnKey ownKeyOf(const QKeyEvent& event) {
 
 }  // namespace
 
+RowNumbersHeader::RowNumbersHeader(QWidget* parent) : QHeaderView(Qt::Vertical, parent) {
+  setSectionsClickable(true);
+  setSectionResizeMode(QHeaderView::Fixed);
+  setHighlightSections(false);
+}
+
+void RowNumbersHeader::paintSection(QPainter* painter, const QRect& rectangle, int row) const {
+  painter->fillRect(rectangle, palette().color(QPalette::Button));
+  QColor line = palette().color(QPalette::ButtonText);
+  line.setAlphaF(0.2F);
+  painter->fillRect(QRect(rectangle.right(), rectangle.top(), 1, rectangle.height()), line);
+  const bool isCurrent =
+      selectionModel() != nullptr && selectionModel()->currentIndex().row() == row;
+  painter->setPen(palette().color(QPalette::Active,
+                                  isCurrent ? QPalette::ButtonText : QPalette::PlaceholderText));
+  painter->drawText(rectangle.adjusted(0, 0, -6, 0), Qt::AlignRight | Qt::AlignVCenter,
+                    model()->headerData(row, Qt::Vertical, Qt::DisplayRole).toString());
+}
+
 PreviewView::PreviewView(QWidget* parent) : QTableView(parent) {
+  setVerticalHeader(new RowNumbersHeader(this));
   setEditTriggers(QAbstractItemView::NoEditTriggers);
   setTabKeyNavigation(false);
   setWordWrap(false);
   setShowGrid(false);
-  setCornerButtonEnabled(true);
   setSelectionMode(QAbstractItemView::ExtendedSelection);
   setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
   setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);

@@ -3,9 +3,21 @@
 // Threads: the user-interface thread.
 #pragma once
 
+#include <QHeaderView>
 #include <QTableView>
 
 namespace kelvarin {
+
+// The numbers of the rows, as flat as the header of the columns.
+class RowNumbersHeader : public QHeaderView {
+  Q_OBJECT
+
+ public:
+  explicit RowNumbersHeader(QWidget* parent = nullptr);
+
+ protected:
+  void paintSection(QPainter* painter, const QRect& rectangle, int row) const override;
+};
 
 class PreviewView : public QTableView {
   Q_OBJECT

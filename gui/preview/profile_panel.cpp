@@ -1,5 +1,6 @@
 #include "gui/preview/profile_panel.h"
 
+#include <QEvent>
 #include <QFormLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -14,6 +15,8 @@
 namespace kelvarin {
 
 namespace {
+
+constexpr qsizetype kLongestFact = 28;  // characters
 
 QString shareText(long long count, long long of) {
   const double percent =
@@ -111,11 +114,11 @@ void ProfilePanel::setColumn(const QString& name, MetaTypeColumn type,
 }
 
 void ProfilePanel::addFact(const QString& name, const QString& value) {
-  auto* label = new QLabel(value);
+  const bool isLong = value.size() > kLongestFact;
+  auto* label = new QLabel(isLong ? value.first(kLongestFact) + u'\u2026' : value);
   label->setTextFormat(Qt::PlainText);
-  label->setWordWrap(true);
   label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  label->setToolTip(isLong ? value : QString());
   m_factLayout->addRow(name, label);
 }
 
@@ -171,6 +174,13 @@ void ProfilePanel::showFrequent(const ColumnProfile& profile) {
   m_frequent->setVisible(isShown);
   m_frequentTitle->setVisible(isShown);
   fitFrequent();
+}
+
+void ProfilePanel::changeEvent(QEvent* event) {
+  QScrollArea::changeEvent(event);
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+    fitFrequent();
+  }
 }
 
 void ProfilePanel::fitFrequent() {

@@ -26,6 +26,9 @@ class ProfilePanel : public QScrollArea {
   void setColumn(const QString& name, MetaTypeColumn type, const ColumnProfile* profile);
   void clear();
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
   void addFact(const QString& name, const QString& value);
   void addCount(const QString& name, long long count, long long of);

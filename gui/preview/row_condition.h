@@ -1,6 +1,6 @@
 // An expression that is true for rows like those that a user has chosen.
 //
-// Used for "Keep rows like this": whoever makes the filter gives it these variables.
+// Used for "Keep rows like this": the filter that is made of it has these input variables.
 #pragma once
 
 #include <optional>

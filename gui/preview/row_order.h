@@ -1,7 +1,7 @@
 // Which rows a preview shows and in which order: filters on columns, and a column to sort by.
 //
-// Missing values come first ascending and last descending, NaN after all numbers, texts in the order
-// of their UTF-8 bytes; equal values keep the order of the rows.
+// Missing values come first ascending and last descending, NaN after all numbers, texts in the
+// order of their UTF-8 bytes; equal values keep the order of the rows.
 // Threads: any.
 #pragma once
 

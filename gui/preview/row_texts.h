@@ -1,7 +1,7 @@
 // Rows of a preview as text: for the clipboard with tabs, which spreadsheets take apart right, and
 // as CSV.
 //
-// Missing values are empty; an empty text is a pair of quotes where CSV can tell them apart.
+// Missing values are empty; an empty text is a pair of quotes in CSV, which has both.
 // Threads: any; the values may come from the disk.
 #pragma once
 

@@ -17,6 +17,7 @@ QMap<QString, QString> UpdateClassWidget::uncommittedState() const {
 }
 
 void UpdateClassWidget::commit() {}
+void UpdateClassWidget::restoreUncommitted(const QMap<QString, QString>&) {}
 void UpdateClassWidget::showPosition(const QString&, int) {}
 bool UpdateClassWidget::stepToRow(long long) {
   return false;

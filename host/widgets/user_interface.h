@@ -20,6 +20,9 @@ class KELVARIN_CORE UpdateClassWidget : public QWidget {
   // What the user has typed and not yet committed to the action, for a recovery file: names of
   // fields and their texts. Empty when there is nothing.
   virtual QMap<QString, QString> uncommittedState() const;
+  // Puts such texts back into their fields, not committed. Names of fields that it does not have
+  // are passed over.
+  virtual void restoreUncommitted(const QMap<QString, QString>& texts);
   // Commits it as if the focus had left the field.
   virtual void commit();
   // Leads to what a line of the log is about: a position in the expression of an output, -1 where

@@ -5,17 +5,23 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 
+#include "actions/filter_rows/filter_rows.h"
 #include "gui/preview/column_profile.h"
+#include "gui/preview/row_condition.h"
 #include "gui/preview/row_order.h"
+#include "gui/preview/row_store.h"
+#include "gui/preview/row_texts.h"
 #include "gui/preview/tests/made_rows.h"
+#include "host/testing/row_harness.h"
+#include "host/xml/xml_node.h"
 
 namespace kelvarin::testing {
 namespace {
 
-using Rows = std::vector<std::vector<MadeValue>>;
+using Rows = std::vector<Values>;
 using Numbers = std::vector<std::uint32_t>;
 
-constexpr auto null = std::nullopt;
+constexpr auto null = nullptr;
 const StopFlag kGoOn{false};
 
 class PreviewRowsTest : public ::testing::Test {
@@ -53,37 +59,29 @@ TEST_F(PreviewRowsTest, ValuesComeBackFromMemoryAndFromTheFile) {
                                      {QStringLiteral("t"), MetaTypeColumn::text}};
   Rows rows;
   for (int i = 0; i < 50; ++i) {
-    rows.push_back({i / 8.0, i == 7 || i == 30 ? MadeValue(null) : MadeValue(i),
-                    i % 5 == 0 ? MadeValue(null) : MadeValue(std::string(i % 7, 'a' + i % 26))});
+    rows.push_back({i / 8.0, i == 7 || i == 30 ? Value(null) : Value(i),
+                    i % 5 == 0 ? Value(null) : Value(std::string(i % 7, 'a'))});
   }
   const auto made = store(columns, rows, 300);
   std::atomic<int> calls{0};
   made->setListener([&calls] { ++calls; });
   EXPECT_TRUE(made->value(0, 0).isThere);
-  EXPECT_FALSE(made->value(40, 2).isThere);
+  EXPECT_FALSE(made->value(41, 2).isThere);
   QElapsedTimer timer;
   timer.start();
   while (calls == 0 && timer.elapsed() < 10'000) {
     std::this_thread::yield();
   }
-  const PreviewValue loaded = made->value(40, 2);
+  const PreviewValue loaded = made->value(41, 2);
   EXPECT_TRUE(loaded.isThere);
-  EXPECT_EQ(textFromBytes(loaded.bytes), rows[40][2].text);
+  EXPECT_EQ(valueFromBytes(loaded.bytes, MetaTypeColumn::text), rows[41][2]);
   made->setListener({});
 
   for (int column = 0; column < 3; ++column) {
     const MetaTypeColumn type = columns[static_cast<std::size_t>(column)].meta;
     const auto check = [&](long long row, const unsigned char* bytes) {
-      const MadeValue& expected =
-          rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
-      if (type == MetaTypeColumn::text) {
-        EXPECT_EQ(isNullText(bytes), expected.isMissing);
-        EXPECT_EQ(textFromBytes(bytes), expected.text);
-      } else if (type == MetaTypeColumn::key) {
-        EXPECT_EQ(isNullKey(keyFromBytes(bytes)), expected.isMissing);
-      } else {
-        EXPECT_EQ(numberFromBytes(bytes), expected.number);
-      }
+      const Values& expected = rows[static_cast<std::size_t>(row)];
+      EXPECT_EQ(valueFromBytes(bytes, type), expected[static_cast<std::size_t>(column)]);
       return true;
     };
     EXPECT_TRUE(made->visit(column, 2, 50, check));
@@ -195,6 +193,70 @@ TEST_F(PreviewRowsTest, WorkThatIsNotWantedAnyMoreEnds) {
   const StopFlag stop{true};
   EXPECT_FALSE(profileOf(*made, 0, 100'000, stop));
   EXPECT_FALSE(rowsInOrder(*made, 100'000, {{}, 0, false}, stop));
+}
+
+TEST_F(PreviewRowsTest, TextsAreTakenApartAgainBySpreadsheetsAndReadersOfCsv) {
+  const auto rows = store({{QStringLiteral("a,b"), MetaTypeColumn::text},
+                           {QStringLiteral("n"), MetaTypeColumn::number}},
+                          {{"x\ty", 0.1}, {"say \"no\"", null}, {null, kNotANumber}, {"", 1e22}});
+  const auto textOf = [&](RowTextRequest request) {
+    QByteArray all;
+    EXPECT_TRUE(writeRowTexts(*rows, request, kGoOn, [&all](const QByteArray& piece) {
+      all += piece;
+      return true;
+    }));
+    return all.toStdString();
+  };
+  EXPECT_EQ(textOf({TextFormat::tabs, false, {0, 1}, 0, 2, nullptr}),
+            "\"x\ty\"\t0.1\n\"say \"\"no\"\"\"\t\n");
+  const auto backwards = std::make_shared<const RowNumbers>(RowNumbers{3, 2, 1, 0});
+  EXPECT_EQ(textOf({TextFormat::csv, true, {0, 1}, 0, 3, backwards}),
+            "\"a,b\",n\n\"\",1e+22\n,nan\n\"say \"\"no\"\"\",\n");
+}
+
+// The condition of each row, in a filter, lets that row through and no other.
+TEST_F(PreviewRowsTest, RowsLikeAChosenOneAreKeptByItsCondition) {
+  const PreviewRows::Columns columns{{QStringLiteral("my text"), MetaTypeColumn::text},
+                                     {QStringLiteral("v1"), MetaTypeColumn::number},
+                                     {QStringLiteral("_n"), MetaTypeColumn::key}};
+  const Rows rows{{"Lyon", 0.1, 3},        {null, 0.1, 3},          {"", 0.1, 3},
+                  {"a\"b\\c\n\td", -4, 3}, {"Lyon", null, 3},       {"Lyon", kNotANumber, 3},
+                  {"Lyon", kInfinity, 3},  {"Lyon", -kInfinity, 3}, {"Lyon", 0.1, null}};
+  for (const Values& row : rows) {
+    std::vector<ChosenValues> chosen;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      chosen.push_back({columns[i], {}});
+      chosen.back().values.push_back(row[i].isNull() ? std::vector<unsigned char>()
+                                                     : bytesOf(row[i], columns[i].meta));
+    }
+    const RowCondition condition = conditionFor(chosen);
+    ToXMLStringTool escape;
+    std::wstring xml = L"<FilterRows name='f'><Expression>";
+    xml += escape.toXML(condition.expression);
+    xml += L"</Expression><InputVars>";
+    for (const RowCondition::Variable& variable : condition.variables) {
+      xml += L"<InputVar column='" + variable.column.toStdWString() + L"' label='" +
+             variable.name.toStdWString() +
+             (variable.type == MetaTypeColumn::text ? L"' isNumber='0'/>" : L"'/>");
+    }
+    xml += L"</InputVars></FilterRows>";
+    auto filter = RowHarness::of<FilterRows>(QString::fromStdWString(xml).toStdString());
+    PinOutMetaData metaData;
+    metaData.setColumnCount(3);
+    for (int i = 0; i < 3; ++i) {
+      metaData.setName(i, columns[static_cast<std::size_t>(i)].name);
+      metaData.setMeta(i, MetaInfo(columns[static_cast<std::size_t>(i)].meta, 0));
+    }
+    filter.columnsOfPin(0, metaData);
+    filter.push(rows);
+    EXPECT_EQ(filter.rows(0), Rows{row}) << condition.expression.toStdString();
+    EXPECT_EQ(filter.log(), Strings{});
+  }
+  const RowCondition several =
+      conditionFor({{columns[1],
+                     {bytesOf(1, MetaTypeColumn::number), bytesOf(2, MetaTypeColumn::number),
+                      bytesOf(1, MetaTypeColumn::number)}}});
+  EXPECT_EQ(several.expression, QStringLiteral("v1 == 1 || v1 == 2"));
 }
 
 }  // namespace

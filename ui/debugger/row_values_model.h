@@ -1,7 +1,8 @@
-// The variables of the debugged row: name, value, and the value before where it has changed.
+// The variables or the results of the debugged row: name, value, and the value before where it has
+// changed.
 //
-// A value can be edited, for this row and for the debugger's own evaluation alone.
-// Used by DebuggerPanel.
+// The value of a variable can be edited, for this row and for the debugger's own evaluation alone.
+// Used by DebuggerViews.
 #pragma once
 
 #include <set>
@@ -9,20 +10,23 @@
 
 #include <QAbstractTableModel>
 
-#include "expression/evaluator/expression_value.h"
+#include "ui/debugger/row_values.h"
 
 namespace kelvarin {
 
-class RowVariablesModel : public QAbstractTableModel {
+class RowValuesModel : public QAbstractTableModel {
   Q_OBJECT
 
  public:
   enum Column { nameColumn, valueColumn, beforeColumn, columnTotal };
 
-  using QAbstractTableModel::QAbstractTableModel;
+  enum class Kind { variables, results };
+
+  RowValuesModel(Kind kind, QObject* parent);
 
   // `before`: those of the row before it; empty: there is none. What was edited is forgotten.
-  void setRow(std::vector<VariableValue> values, const std::vector<VariableValue>& before);
+  void setRow(std::vector<VariableValue> values, const std::vector<VariableValue>& before,
+              std::vector<ResultFault> faults = {});
 
   // With what was edited.
   const std::vector<VariableValue>& values() const { return m_values; }
@@ -45,10 +49,15 @@ class RowVariablesModel : public QAbstractTableModel {
   // Of the row before, or of this row before it was edited; null: the value is the same.
   const ExpressionValue* valueBefore(std::size_t row) const;
   QVariant mark(std::size_t row, int role) const;
+  // Of a value without fault.
+  QVariant valueData(std::size_t row, int column, int role) const;
+  const ResultFault* faultAt(std::size_t row) const;
 
+  const Kind m_kind;
   std::vector<VariableValue> m_values;
   std::vector<ExpressionValue> m_own;     // of the row, before editing
   std::vector<ExpressionValue> m_before;  // of the row before; empty: there is none
+  std::vector<ResultFault> m_faults;      // one a result; none of variables
   std::set<std::size_t> m_edited;
 };
 

@@ -1,4 +1,4 @@
-#include "ui/debugger/row_variables_model.h"
+#include "ui/debugger/row_values_model.h"
 
 #include <algorithm>
 
@@ -6,16 +6,20 @@
 
 #include "expression/evaluator/number_text.h"
 #include "host/widgets/icons.h"
-#include "ui/debugger/row_values.h"
 #include "ui/language/shown_value.h"
 #include "ui/widgets/cell_roles.h"
 
 namespace kelvarin {
 
-void RowVariablesModel::setRow(std::vector<VariableValue> values,
-                               const std::vector<VariableValue>& before) {
+RowValuesModel::RowValuesModel(Kind kind, QObject* parent)
+    : QAbstractTableModel(parent), m_kind(kind) {}
+
+void RowValuesModel::setRow(std::vector<VariableValue> values,
+                            const std::vector<VariableValue>& before,
+                            std::vector<ResultFault> faults) {
   beginResetModel();
   m_values = std::move(values);
+  m_faults = std::move(faults);
   m_edited.clear();
   m_own.clear();
   m_before.clear();
@@ -30,7 +34,7 @@ void RowVariablesModel::setRow(std::vector<VariableValue> values,
   endResetModel();
 }
 
-void RowVariablesModel::undoEdits() {
+void RowValuesModel::undoEdits() {
   for (const std::size_t row : std::exchange(m_edited, {})) {
     m_values[row].value = m_own[row];
   }
@@ -38,15 +42,15 @@ void RowVariablesModel::undoEdits() {
   emit edited();
 }
 
-int RowVariablesModel::rowCount(const QModelIndex& parent) const {
+int RowValuesModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(m_values.size());
 }
 
-int RowVariablesModel::columnCount(const QModelIndex& parent) const {
+int RowValuesModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : columnTotal;
 }
 
-const ExpressionValue* RowVariablesModel::valueBefore(std::size_t row) const {
+const ExpressionValue* RowValuesModel::valueBefore(std::size_t row) const {
   if (m_edited.contains(row)) {
     return &m_own[row];
   }
@@ -54,17 +58,24 @@ const ExpressionValue* RowVariablesModel::valueBefore(std::size_t row) const {
   return hasChanged ? &m_before[row] : nullptr;
 }
 
-// Changed values are bold, edited ones have an icon, so that neither depends on a colour.
-QVariant RowVariablesModel::mark(std::size_t row, int role) const {
+const ResultFault* RowValuesModel::faultAt(std::size_t row) const {
+  return row < m_faults.size() && !m_faults[row].text.isEmpty() ? &m_faults[row] : nullptr;
+}
+
+// Changed values are bold, edited and failed ones have an icon, so that none depends on a colour.
+QVariant RowValuesModel::mark(std::size_t row, int role) const {
   if (role == Qt::FontRole) {
     QFont font;
     font.setBold(valueBefore(row) != nullptr);
     return font;
   }
+  if (faultAt(row) != nullptr) {
+    return icon(Severity::error);
+  }
   return m_edited.contains(row) ? QVariant(icon(Severity::information)) : QVariant();
 }
 
-QVariant RowVariablesModel::data(const QModelIndex& index, int role) const {
+QVariant RowValuesModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) {
     return {};  // a view copies its current item, even where it has none
   }
@@ -77,7 +88,18 @@ QVariant RowVariablesModel::data(const QModelIndex& index, int role) const {
   if (index.column() == valueColumn && (role == Qt::FontRole || role == Qt::DecorationRole)) {
     return mark(row, role);
   }
-  const ExpressionValue* value = index.column() == valueColumn ? &variable.value : valueBefore(row);
+  const ResultFault* fault = index.column() == valueColumn ? faultAt(row) : nullptr;
+  if (fault != nullptr && role == Qt::ToolTipRole) {
+    return fault->text;
+  }
+  if (fault != nullptr && !fault->hasValue) {
+    return role == Qt::DisplayRole ? QVariant(tr("error")) : QVariant();
+  }
+  return valueData(row, index.column(), role);
+}
+
+QVariant RowValuesModel::valueData(std::size_t row, int column, int role) const {
+  const ExpressionValue* value = column == valueColumn ? &m_values[row].value : valueBefore(row);
   if (value == nullptr) {
     return {};
   }
@@ -88,7 +110,7 @@ QVariant RowVariablesModel::data(const QModelIndex& index, int role) const {
     case Qt::EditRole:
       return value->isNull() ? shown.text : shown.whole;
     case Qt::ToolTipRole:
-      return index.column() == valueColumn && m_edited.contains(row)
+      return column == valueColumn && m_edited.contains(row)
                  ? tr("%1, edited for this row. The data stay as they are.").arg(shown.whole)
                  : shown.whole;
     case kValueKindRole:
@@ -98,7 +120,7 @@ QVariant RowVariablesModel::data(const QModelIndex& index, int role) const {
   }
 }
 
-QVariant RowVariablesModel::headerData(int section, Qt::Orientation orientation, int role) const {
+QVariant RowValuesModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal) {
     return {};
   }
@@ -110,7 +132,7 @@ QVariant RowVariablesModel::headerData(int section, Qt::Orientation orientation,
   }
   switch (section) {
     case nameColumn:
-      return tr("Variable");
+      return m_kind == Kind::variables ? tr("Variable") : tr("Result");
     case valueColumn:
       return tr("Value");
     default:
@@ -118,13 +140,14 @@ QVariant RowVariablesModel::headerData(int section, Qt::Orientation orientation,
   }
 }
 
-Qt::ItemFlags RowVariablesModel::flags(const QModelIndex& index) const {
+Qt::ItemFlags RowValuesModel::flags(const QModelIndex& index) const {
   const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
-  return index.column() == valueColumn ? flags | Qt::ItemIsEditable : flags;
+  const bool isEditable = m_kind == Kind::variables && index.column() == valueColumn;
+  return isEditable ? flags | Qt::ItemIsEditable : flags;
 }
 
-bool RowVariablesModel::setData(const QModelIndex& index, const QVariant& value, int role) {
-  if (role != Qt::EditRole || index.column() != valueColumn) {
+bool RowValuesModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  if (role != Qt::EditRole || !flags(index).testFlag(Qt::ItemIsEditable)) {
     return false;
   }
   const auto row = static_cast<std::size_t>(index.row());
