@@ -53,6 +53,8 @@ class GraphChanges {
   void noteActionChange(ActionId id);
   void noteContentChange(ActionId id, bool isReplaced);
   void judgeAction(ActionId id);
+  void judgeActionsCalled(const QString& name);
+  void judgeRivalsOf(ActionId id);
   void addToEnds(const DrawnLink& link);
   void removeFromEnds(const DrawnLink& link);
   void noteLinkChange(const DrawnLink& link);

@@ -68,3 +68,5 @@ struct EditorPosition {
 };
 
 }  // namespace kelvarin
+
+Q_DECLARE_METATYPE(kelvarin::EditorPosition)

@@ -12,19 +12,10 @@
 #include <QRegularExpression>
 
 #include "gui/document/graph_commands.h"
-#include "host/tables/table_actions.h"
+#include "gui/document/tests/loaded_catalogue.h"
 
 namespace kelvarin {
 namespace {
-
-const ActionCatalogue& catalogue() {
-  static const auto made = [] {
-    auto plugin = PluginLibrary::load(QStringLiteral(KELVARIN_PLUGIN));
-    EXPECT_TRUE(plugin);
-    return std::make_unique<ActionCatalogue>(std::move(*plugin), makeTableActions());
-  }();
-  return *made;
-}
 
 QByteArray contentOf(const QString& file) {
   QFile source(file);
@@ -134,7 +125,7 @@ class RandomCommands {
   ActionId action() { return one(m_graph.actions()); }
   LinkId link() { return one(m_graph.links()); }
   QString type() {
-    const QStringList types = catalogue().typeNames();
+    const QStringList types = loadedCatalogue().typeNames();
     return types[number(static_cast<int>(types.size()))];
   }
 
@@ -244,7 +235,7 @@ TEST(RandomCommands, AreUndoneAndRedoneToTheSameDocument) {
   const std::vector<QByteArray> all = documents();
   ASSERT_GE(all.size(), 5U);
   for (const QByteArray& document : all) {
-    EditedGraph graph(catalogue());
+    EditedGraph graph(loadedCatalogue());
     GraphCommands commands(graph);
     ASSERT_TRUE(graph.load(document, QStringLiteral("g.kelvarin")));
     ASSERT_EQ(graph.document(), document);
@@ -263,7 +254,7 @@ TEST(RandomCommands, AreUndoneAndRedoneToTheSameDocument) {
       }
       ASSERT_EQ(graph.document(), after) << "command " << i;
       if (i % 20 == 0) {
-        EditedGraph read(catalogue());
+        EditedGraph read(loadedCatalogue());
         ASSERT_TRUE(read.load(after, QStringLiteral("g.kelvarin")))
             << qPrintable(read.faults().front().text());
         ASSERT_EQ(meaningOf(read).join(u'\n').toStdString(),
