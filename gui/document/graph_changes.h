@@ -60,7 +60,7 @@ class GraphChanges {
   void noteLinkChange(const DrawnLink& link);
   void judgeLinksOf(ActionId id);
   void judgeLinksInto(ActionId id, int pin);
-  // Ends that the file gives by names which no action has, or had.
+  // Ends that are names in the file which no action has, or had.
   void resolveAbsentEnds();
   void noteRowsChange() { m_parts.mayRowsDiffer = true; }
 

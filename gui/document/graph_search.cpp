@@ -35,7 +35,7 @@ bool isSearched(const QString& attribute, bool isAction) {
 }
 
 // `change` sees every text of an element with its attribute's or element's name; what it returns
-// takes the place of the text, null leaves it.
+// replaces the text, null leaves it.
 using ChangeText = std::function<QString(const QString& where, const QString& text)>;
 
 QString withChangedTexts(const QString& element, const ChangeText& change, bool isAction) {

@@ -26,7 +26,7 @@ struct GraphMatch {
 
 // In document order; of each text the first occurrence.
 QList<GraphMatch> findInGraph(const EditedGraph& graph, const GraphSearch& search);
-// All occurrences, as one step. Returns the actions that were changed. Names of actions stay unique.
+// All occurrences, as one step. Names of actions stay unique. Returns the actions that changed.
 QList<ActionId> replaceInGraph(GraphCommands& commands, const GraphSearch& search,
                                const QString& replacement);
 

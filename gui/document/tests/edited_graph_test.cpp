@@ -5,7 +5,7 @@
 #include <QSignalSpy>
 
 #include "gui/document/graph_search.h"
-#include "gui/document/tests/loaded_catalogue.h"
+#include "gui/document/tests/test_catalogue.h"
 
 namespace kelvarin {
 namespace {
@@ -85,7 +85,7 @@ TEST_F(EditedGraphTest, OnlyWhatChangedIsWrittenAnew) {
   EXPECT_EQ(m_graph.document(), kFlights);
 }
 
-TEST_F(EditedGraphTest, EditsInPlaceAreStepsOfAFieldAndLeadBackToIt) {
+TEST_F(EditedGraphTest, EditsOfAnEditorAreStepsOfAFieldAndLeadBackToIt) {
   load();
   const QSignalSpy positions(&m_commands, &GraphCommands::editorPositionWanted);
   const QSignalSpy rows(&m_graph, &EditedGraph::rowsMayDiffer);

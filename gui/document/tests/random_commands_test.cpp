@@ -12,7 +12,7 @@
 #include <QRegularExpression>
 
 #include "gui/document/graph_commands.h"
-#include "gui/document/tests/loaded_catalogue.h"
+#include "gui/document/tests/test_catalogue.h"
 
 namespace kelvarin {
 namespace {
@@ -35,7 +35,8 @@ const QByteArray kStrange =
     "\t\t<Calculator name='b' x='200' y='0' useJIT='1'><OutputVars><!-- sum --><OutputVar "
     "name='m'><![CDATA[n < 5 && n > 1]]></OutputVar></OutputVars>\r\n"
     "\t\t\t<InputVars><InputVar column='n' future='1'/></InputVars></Calculator>\r\n"
-    "\t\t<Calculator name='bad' addN='perhaps'/> <Absent name='gone' key='1'><!-- inner --></Absent>\r\n"
+    "\t\t<Calculator name='bad' addN='perhaps'/> <Absent name='gone' key='1'>"
+    "<!-- inner --></Absent>\r\n"
     "\t\t<WriteCSV name='a' file='twice.csv'/>\r\n"
     "\t</Actions>\r\n\t<Links><!-- none yet --><Link from='a' to='b'/>\r\n"
     "\t\t<Link from='gone' fromPin='2' to='bad'/> <Link from='nobody' to='gone'/>\r\n"
