@@ -68,19 +68,21 @@ ALLOWED = {
     "gui/log": ["gui/services", "host/widgets"],
     "gui/forms": ["host/engine", "host/widgets"],
     "gui/canvas": ["gui/document", "host/pictures", "host/widgets"],
-    "gui/palette": ["host/engine", "host/pictures", "host/widgets"],
+    "gui/palette": ["gui/document", "host/widgets"],
     "gui/arrange": ["gui/document"],
     "gui/preview": ["gui/services", "host/widgets"],
     "gui/run": ["gui/log"],
     "gui/host_editors": ["gui/forms", "host/tables"],
-    "gui/edit": ["gui/forms", "gui/log", "host/pictures"],
-    "gui/window": ["gui/arrange", "gui/canvas", "gui/forms", "gui/log", "gui/palette", "gui/preview", "gui/run"],
+    "gui/dialogs": ["host/widgets"],
+    "gui/edit": ["gui/dialogs", "gui/forms", "gui/log", "host/pictures"],
+    "gui/window": ["gui/arrange", "gui/canvas", "gui/dialogs", "gui/forms", "gui/log", "gui/palette", "gui/preview", "gui/run"],
     "gui": ["gui/edit", "gui/host_editors", "gui/window"],
     "cli": ["expression/help", "expression/options", "host/engine", "host/tables"],
     "cli/gel": ["cli", "columnar/reader", "columnar/writer"],
     "fuzz": ["columnar/reader"],
     "benchmarks/gel": ["columnar/reader", "columnar/writer"],
     "benchmarks/expressions": ["expression/backends"],
+    "benchmarks/preview": ["gui/preview", "host/tables"],
     "benchmarks": ["expression/evaluator", "host/engine", "host/tables"],
 }
 
@@ -89,7 +91,9 @@ OF_ALL_TESTS = ["host/testing"]
 OF_TESTS = {"expression/help": ["expression/evaluator"], "host/widgets": ["host/pictures"]}
 OF_TESTS |= {module: ["host/widget_testing"] for module in ALLOWED if module.startswith(("ui", "gui"))}
 OF_TESTS["ui/debugger"] += ["actions/calculator_vectorized", "actions/filter_rows"]
-OF_TESTS["gui/edit"] += ["host/tables"]
+for module in ("gui/edit", "gui/palette", "gui/window"):
+    OF_TESTS[module] += ["host/tables"]
+OF_TESTS["gui/preview"] += ["actions/filter_rows", "host/tables"]
 
 
 THIS_FILE = os.path.join("scripts", "check_includes.py")

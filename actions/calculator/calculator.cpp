@@ -163,6 +163,15 @@ FailureLocation Calculator::locationOf(const RowFailure& failure) const {
   return {rowNumber(), QString::fromLatin1(typeName()), failure.backend};
 }
 
+void Calculator::addValueCounts(std::vector<OutputReport>& outputs) const {
+  const std::vector<ValueCounts> counts =
+      m_rows == nullptr ? std::vector<ValueCounts>() : m_rows->valueCounts();
+  for (std::size_t i = 0; i < std::min(counts.size(), outputs.size()); ++i) {
+    outputs[i].nulls = counts[i].nulls;
+    outputs[i].nans = counts[i].nans;
+  }
+}
+
 QString Calculator::checkText(const QString& output, const QString& text) const {
   return messages::calculatorOpening(output) + text;
 }

@@ -69,6 +69,7 @@ class Calculator : public Catalogued<Calculator, ExpressionAction>,
   QString checkText(const QString& output, const QString& text) const override;
   QString referenceTimeWarning() const override;
   LogDetails detailsOfOutput(int output) const override;
+  void addValueCounts(std::vector<OutputReport>& outputs) const override;
   QStringList resultNames() override;
 
   FailureLocation locationOf(const RowFailure& failure) const;

@@ -31,13 +31,19 @@ class Arrangement : public QObject {
              const QHash<ActionId, QSizeF>& sizes);
   void cancel();
   bool isRunning() const;
+  // Another one than that beside the libraries.
+  void setProgram(const QString& file);
 
  signals:
-  // Top left corners, on the canvas's grid.
+  // Top left corners, on the canvas's grid. Actions may have gone from the graph meanwhile.
   void arranged(const QHash<kelvarin::ActionId, QPointF>& positions);
   void failed(const QString& reason);
 
  private:
+  void run(const QByteArray& input);
+  void take();
+  static QString programMissing();
+
   class Parts;
   std::unique_ptr<Parts> m_parts;
 };

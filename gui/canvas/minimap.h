@@ -1,9 +1,12 @@
 // A small picture of the whole canvas with the part that is seen, to move about in graphs of more
 // than 50 actions.
 //
+// Made by canvas_view.h, in its corner.
 // Threads: the user-interface thread.
 #pragma once
 
+#include <QPixmap>
+#include <QTimer>
 #include <QWidget>
 
 namespace kelvarin {
@@ -18,6 +21,24 @@ class Minimap : public QWidget {
   explicit Minimap(CanvasView& canvas);
 
   QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void adapt();
+  void draw();
+  void moveCanvasTo(QPointF position);
+  QTransform toCanvas() const;
+
+  CanvasView& m_canvas;
+  QPixmap m_picture;
+  QRectF m_area;  // of the canvas that the picture shows
+  QTimer m_timer;
 };
 
 }  // namespace kelvarin

@@ -113,6 +113,16 @@ bool EditedGraph::hasPosition(ActionId id) const {
   return m_parts->records.at(id).hasPosition;
 }
 
+void EditedGraph::showAt(const QHash<ActionId, QPointF>& positions) {
+  for (const auto& [id, position] : positions.asKeyValueRange()) {
+    ActionRecord& record = m_parts->records.at(id);
+    if (!record.hasPosition) {
+      record.position = position;
+      emit actionMoved(id);
+    }
+  }
+}
+
 bool EditedGraph::isDisabled(ActionId id) const {
   return m_parts->records.at(id).isDisabled;
 }

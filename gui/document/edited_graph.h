@@ -69,6 +69,8 @@ class EditedGraph : public QObject {
   QString typeName(ActionId id) const;
   QPointF position(ActionId id) const;
   bool hasPosition(ActionId id) const;  // false: the file has none, and it waits to be arranged
+  // Where actions without a position are shown until somebody moves them: nothing to save or undo.
+  void showAt(const QHash<ActionId, QPointF>& positions);
   bool isDisabled(ActionId id) const;
   QString whyCannotRun(ActionId id) const;  // empty for a good one
   QByteArray element(ActionId id) const;    // as it would be saved

@@ -2,12 +2,10 @@
 
 #include <QLabel>
 #include <QListView>
-#include <QPainter>
-#include <QPixmap>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
-#include "host/widgets/icons.h"
+#include "host/widgets/action_icon.h"
 #include "host/widgets/search_field.h"
 
 namespace kelvarin {
@@ -28,24 +26,6 @@ class FoundActions final : public QSortFilterProxyModel {
            index.data(ActionListModel::typeRole).toString().contains(filterRegularExpression());
   }
 };
-
-// Pictures have colours of their own, which a selection would swallow: there they get paper.
-QIcon selectableIcon(const QPixmap& picture) {
-  QPixmap selected(picture.size());
-  selected.setDevicePixelRatio(picture.devicePixelRatio());
-  selected.fill(Qt::transparent);
-  QPainter painter(&selected);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(Qt::white);
-  const QRectF area(QPointF(), picture.deviceIndependentSize());
-  painter.drawRoundedRect(area, 4, 4);
-  painter.drawPixmap(area.marginsRemoved({2, 2, 2, 2}), picture, picture.rect());
-  painter.end();
-  QIcon icon(picture);
-  icon.addPixmap(selected, QIcon::Selected);
-  return icon;
-}
 
 }  // namespace
 
@@ -74,14 +54,6 @@ QModelIndex ActionListModel::indexOf(ActionId id) const {
   return index(static_cast<int>(m_shown.indexOf(id)));
 }
 
-QVariant ActionListModel::pictureOf(const ActionItem& action) const {
-  if (const QPixmap* picture = action.getImage(kPictureSize)) {
-    return selectableIcon(*picture);
-  }
-  return icon(action.endpoint() == ActionItem::Endpoint::writer ? IconName::save
-                                                                : IconName::browse);
-}
-
 QVariant ActionListModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) {
     return {};  // a view copies its current item, even where it has none
@@ -107,7 +79,7 @@ QVariant ActionListModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole:
       return action.toolTip();
     case Qt::DecorationRole:
-      return pictureOf(action);
+      return actionIcon(action, kPictureSize);
     default:
       return {};
   }

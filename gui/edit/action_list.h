@@ -30,7 +30,6 @@ class ActionListModel : public QAbstractListModel {
 
  private:
   void refresh();
-  QVariant pictureOf(const ActionItem& action) const;
 
   EditedGraph& m_graph;
   QList<ActionId> m_shown;

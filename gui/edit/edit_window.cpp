@@ -16,9 +16,9 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 
+#include "gui/dialogs/text_dialogs.h"
 #include "gui/edit/action_list.h"
 #include "gui/edit/fault_page.h"
-#include "gui/edit/text_dialogs.h"
 #include "gui/forms/action_form.h"
 #include "gui/log/log_panel.h"
 #include "host/contract/nearest_names.h"
@@ -31,6 +31,25 @@ namespace {
 
 constexpr int kPictureSize = 32;
 const QString kGeometryKey = QStringLiteral("edit/geometry");
+
+// Each engine once, with the numbers of its outputs where there are several engines.
+QString enginesText(const QStringList& engineOfOutput) {
+  QStringList engines = engineOfOutput;
+  engines.removeDuplicates();
+  if (engines.size() == 1) {
+    return engines.first();
+  }
+  for (QString& engine : engines) {
+    QStringList outputs;
+    for (qsizetype i = 0; i < engineOfOutput.size(); ++i) {
+      if (engineOfOutput[i] == engine) {
+        outputs += QString::number(i + 1);
+      }
+    }
+    engine = EditWindow::tr("%1 (output %2)").arg(engine, outputs.join(QStringLiteral(", ")));
+  }
+  return engines.join(QStringLiteral(", "));
+}
 
 }  // namespace
 
@@ -160,7 +179,7 @@ void EditWindow::connectServices() {
   connect(&m_services, &EditServices::helpWanted, this, &EditWindow::showHelp);
   connect(&m_services, &EditServices::backendsKnown, this,
           [this](const QString& action, const QStringList& labels) {
-            statusBar()->showMessage(tr("%1 is computed by: %2").arg(action, labels.join(u", ")));
+            statusBar()->showMessage(tr("%1 is computed by: %2").arg(action, enginesText(labels)));
           });
 }
 

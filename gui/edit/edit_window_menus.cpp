@@ -4,8 +4,8 @@
 #include <QSettings>
 #include <QToolBar>
 
+#include "gui/dialogs/text_dialogs.h"
 #include "gui/edit/edit_window.h"
-#include "gui/edit/text_dialogs.h"
 #include "host/widgets/icons.h"
 #include "host/widgets/theme.h"
 

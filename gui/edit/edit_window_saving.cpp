@@ -1,40 +1,12 @@
 // How the window saves, reads again and closes, and what it asks before anything would be lost.
 #include <QCloseEvent>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QStatusBar>
 
+#include "gui/dialogs/question.h"
 #include "gui/edit/edit_window.h"
 #include "host/widgets/info_line.h"
 
 namespace kelvarin {
-
-namespace {
-
-// A question that does not stop the window; `answer` gets the button that was pressed.
-template <typename Answer>
-void ask(QWidget* window, const QString& text, const QString& further,
-         const std::vector<std::pair<QMessageBox::StandardButton, QString>>& choices,
-         Answer answer) {
-  auto* box =
-      new QMessageBox(QMessageBox::Warning, window->windowTitle().remove(QStringLiteral("[*]")),
-                      text, QMessageBox::NoButton, window);
-  box->setAttribute(Qt::WA_DeleteOnClose);
-  box->setInformativeText(further);
-  for (const auto& [button, label] : choices) {
-    QPushButton* added = box->addButton(button);
-    if (!label.isEmpty()) {
-      added->setText(label);
-    }
-  }
-  box->setDefaultButton(choices.front().first);
-  QObject::connect(box, &QMessageBox::finished, window, [answer](int button) {
-    answer(static_cast<QMessageBox::StandardButton>(button));
-  });
-  box->open();
-}
-
-}  // namespace
 
 void EditWindow::save() {
   if (!m_isSaving && m_graph.actionCount() > 0) {
@@ -61,11 +33,12 @@ void EditWindow::afterSaving() {
 }
 
 void EditWindow::askAboutOtherFile() {
-  ask(this, tr("The graph was changed on the disk meanwhile."),
-      tr("Another program has written %1 since it was read here.").arg(m_files.file()),
-      {{QMessageBox::Save, tr("&Keep mine")},
-       {QMessageBox::Reset, tr("&Load theirs")},
-       {QMessageBox::Cancel, {}}},
+  ask(this,
+      {tr("The graph was changed on the disk meanwhile."),
+       tr("Another program has written %1 since it was read here.").arg(m_files.file()),
+       {{QMessageBox::Save, tr("&Keep mine")},
+        {QMessageBox::Reset, tr("&Load theirs")},
+        {QMessageBox::Cancel, {}}}},
       [this](QMessageBox::StandardButton button) {
         m_isSaving = false;
         if (button == QMessageBox::Save) {
@@ -95,8 +68,10 @@ void EditWindow::reload() {
 }
 
 void EditWindow::askBeforeReloading() {
-  ask(this, tr("Reading the file again discards your changes."), {},
-      {{QMessageBox::Cancel, {}}, {QMessageBox::Discard, tr("&Discard and read")}},
+  ask(this,
+      {tr("Reading the file again discards your changes."),
+       {},
+       {{QMessageBox::Cancel, {}}, {QMessageBox::Discard, tr("&Discard and read")}}},
       [this](QMessageBox::StandardButton button) {
         if (button == QMessageBox::Discard) {
           m_files.load();
@@ -123,8 +98,10 @@ void EditWindow::closeEvent(QCloseEvent* event) {
 }
 
 void EditWindow::askBeforeClosing() {
-  ask(this, tr("The graph has changes that are not saved."), tr("Save them before closing?"),
-      {{QMessageBox::Save, {}}, {QMessageBox::Discard, {}}, {QMessageBox::Cancel, {}}},
+  ask(this,
+      {tr("The graph has changes that are not saved."),
+       tr("Save them before closing?"),
+       {{QMessageBox::Save, {}}, {QMessageBox::Discard, {}}, {QMessageBox::Cancel, {}}}},
       [this](QMessageBox::StandardButton button) {
         if (button == QMessageBox::Save) {
           m_closesAfterSaving = true;

@@ -46,7 +46,7 @@ QString sentence(const QString& meaning) {
 
 ActionForm::ActionForm(ActionItem& action, ActionItem& prototype, GlobalParameters& parameters,
                        QWidget* parent)
-    : UpdateClassWidget(parent),
+    : ElementEditor(parent),
       m_prototype(prototype),
       m_parameters(parameters),
       m_isWriter(action.endpoint() == ActionItem::Endpoint::writer),

@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "gui/forms/edited_element.h"
+#include "gui/forms/element_editor.h"
 #include "host/contract/described_action.h"
-#include "host/widgets/user_interface.h"
 
 class QFormLayout;
 
@@ -22,7 +22,7 @@ namespace kelvarin {
 class ElementTree;
 class InfoLine;
 
-class ActionForm : public UpdateClassWidget {
+class ActionForm : public ElementEditor {
   Q_OBJECT
 
  public:
@@ -33,9 +33,6 @@ class ActionForm : public UpdateClassWidget {
 
   QMap<QString, QString> uncommittedState() const override;
   void commit() override;
-
- signals:
-  void committed(const QByteArray& element);
 
  private:
   struct Field {

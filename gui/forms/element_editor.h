@@ -1,8 +1,9 @@
 // The base of editors that hold an action's XML element and report another one, for actions that
 // have no setters.
 //
-// The owner puts an action made of the element into the graph; the editor stays, and refers to the
-// action no more after it was made.
+// The owner puts an action made of the element into the graph, and the editor stays. It refers to
+// the action it was made for no more once it is made; where the element has changed without it (by
+// undo), the owner makes another editor.
 // Threads: the user-interface thread.
 #pragma once
 
@@ -17,9 +18,6 @@ class ElementEditor : public UpdateClassWidget {
 
  public:
   using UpdateClassWidget::UpdateClassWidget;
-
-  // The element is another one, by undo or by another editor: shows it, unless it is as reported.
-  virtual void setElement(const QByteArray& element) = 0;
 
  signals:
   void committed(const QByteArray& element);

@@ -88,6 +88,8 @@ QVariant LogModel::data(const QModelIndex& index, int role) const {
                                                : tr("Note");
     case action:
       return line.action;
+    case time:
+      return line.time.toString(QStringLiteral("HH:mm:ss"));
     default:
       // A cell shows one line; the tool tip has all of them.
       return role == Qt::DisplayRole ? QString(line.text).replace(u'\n', u' ') : line.text;
@@ -98,7 +100,16 @@ QVariant LogModel::headerData(int section, Qt::Orientation orientation, int role
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole) {
     return {};
   }
-  return section == level ? tr("Level") : section == action ? tr("Action") : tr("Text");
+  switch (section) {
+    case level:
+      return tr("Level");
+    case action:
+      return tr("Action");
+    case time:
+      return tr("Time");
+    default:
+      return tr("Text");
+  }
 }
 
 }  // namespace kelvarin

@@ -1,4 +1,4 @@
-// The lines of the log as a table: level, action, text. The oldest ones go when there are too many.
+// The lines of the log as a table: level, action, time, text. The oldest ones go when there are too many.
 //
 // Threads: the user-interface thread.
 #pragma once
@@ -7,7 +7,7 @@
 
 #include <QAbstractTableModel>
 
-#include "gui/services/edit_services.h"
+#include "gui/services/log_entry.h"
 
 namespace kelvarin {
 
@@ -15,7 +15,7 @@ class LogModel : public QAbstractTableModel {
   Q_OBJECT
 
  public:
-  enum Column { level, action, text, columnCountOfLog };
+  enum Column { level, action, time, text, columnCountOfLog };
   static constexpr int kMaxLines = 10'000;
 
   using QAbstractTableModel::QAbstractTableModel;

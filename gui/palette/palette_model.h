@@ -1,20 +1,34 @@
-// The actions that a graph may use, in groups, searched by name, tool tip and keywords.
+// The actions that a graph may use as a tree: groups and their actions, or what a search has found.
 //
-// Used by: palette_panel.h, quick_add.h. Threads: the user-interface thread.
+// Threads: the user-interface thread.
 #pragma once
 
-#include <QAbstractItemModel>
+#include <QStandardItemModel>
 
-#include "host/engine/action_catalogue.h"
+#include "gui/palette/action_search.h"
 
 namespace kelvarin {
 
-// The name of a group without the number that orders it.
-QString shownGroupName(const QString& tag);
-// Best first; all of the catalogue for an empty text. An action whose name begins with the text
-// comes before one that only mentions it.
-QStringList searchActions(const ActionCatalogue& catalogue, const QString& text);
-// The type that reads the file by its extension; empty when there is none.
-QString readerOf(const ActionCatalogue& catalogue, const QString& file);
+class PaletteModel : public QStandardItemModel {
+  Q_OBJECT
+
+ public:
+  enum Role { typeRole = Qt::UserRole };  // of a group, empty
+
+  // The catalogue outlives the model.
+  PaletteModel(const ActionCatalogue& catalogue, ActionFilter fits, QObject* parent = nullptr);
+
+  // All groups for an empty text.
+  void search(const QString& text);
+  // The first action in the order in which they are shown; invalid where there is none.
+  QModelIndex firstAction() const;
+
+  QStringList mimeTypes() const override;
+  QMimeData* mimeData(const QModelIndexList& indexes) const override;
+
+ private:
+  const ActionCatalogue& m_catalogue;
+  ActionFilter m_fits;
+};
 
 }  // namespace kelvarin

@@ -1,5 +1,4 @@
-// The list of actions at the left of the canvas, with a search; drag, double click or Enter adds
-// one.
+// The list of actions at the left of the canvas; drag, double click or Enter adds one.
 //
 // Threads: the user-interface thread.
 #pragma once
@@ -10,8 +9,7 @@
 
 namespace kelvarin {
 
-// Of a drag from the palette: the type name as UTF-8.
-inline constexpr char kActionTypeMime[] = "application/x-kelvarin-action-type";
+class ActionChooser;
 
 class PalettePanel : public QWidget {
   Q_OBJECT
@@ -25,7 +23,7 @@ class PalettePanel : public QWidget {
   void chosen(const QString& typeName);
 
  private:
-  class Parts;
+  ActionChooser* m_chooser;
 };
 
 }  // namespace kelvarin

@@ -4,27 +4,29 @@
 // Threads: the user-interface thread.
 #pragma once
 
-#include <functional>
-
 #include <QFrame>
 
-#include "host/engine/action_catalogue.h"
+#include "gui/palette/action_search.h"
 
 namespace kelvarin {
+
+class ActionChooser;
 
 class QuickAdd : public QFrame {
   Q_OBJECT
 
  public:
-  // Only types that `fits` accepts are offered, the best match first. It closes itself, and is
-  // deleted then.
-  QuickAdd(const ActionCatalogue& catalogue, std::function<bool(const CatalogueEntry&)> fits,
-           QWidget* parent);
+  // Offers the types that fit. It closes itself, and is deleted then.
+  QuickAdd(const ActionCatalogue& catalogue, ActionFilter fits, QWidget* parent);
 
+  // `typed` begins the search.
   void open(QPoint globalPosition, const QString& typed);
 
  signals:
   void chosen(const QString& typeName);
+
+ private:
+  ActionChooser* m_chooser;
 };
 
 }  // namespace kelvarin

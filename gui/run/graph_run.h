@@ -35,7 +35,8 @@ class GraphRun : public QObject {
   const QHash<ActionId, ActionState>& states() const;
   // Of the last run that has ended; null before.
   const RunResult* result() const;
-  QString commandLine() const;  // that does the same run
+  // That runs the graph with the same parameters; empty where the graph has no file.
+  QString commandLine() const;
 
  signals:
   void started();

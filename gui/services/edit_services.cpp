@@ -28,7 +28,8 @@ void EditServices::logDetailed(LogLevel level, const QString& text, const Action
     ++m_lostCount;
     return;
   }
-  m_waiting.push_back({level, action == nullptr ? QString() : action->name(), text, details});
+  m_waiting.push_back(
+      {level, action == nullptr ? QString() : action->name(), text, details, QTime::currentTime()});
   if (m_waiting.size() == 1) {
     QMetaObject::invokeMethod(this, [this] { passLog(); }, Qt::QueuedConnection);
   }
@@ -44,7 +45,8 @@ void EditServices::passLog() {
           {LogLevel::information,
            {},
            tr("%n more line(s) came at once and are not shown.", nullptr, static_cast<int>(count)),
-           {}});
+           {},
+           QTime::currentTime()});
     }
   }
   emit logged(entries);
@@ -69,6 +71,11 @@ void EditServices::openHelp(const QString& helpId, const QString& anchor) {
 }
 
 PinColumns EditServices::columnsOfInputPin(const ActionItem& action, int pin) {
+  if (m_knownColumns) {
+    if (const auto known = m_knownColumns(action, pin)) {
+      return *known;
+    }
+  }
   return m_columns.columns(m_graph.graph(), action, pin, m_graph.version());
 }
 

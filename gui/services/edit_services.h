@@ -6,23 +6,19 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 #include <QObject>
 
 #include "gui/document/edited_graph.h"
+#include "gui/services/log_entry.h"
 #include "host/contract/host_services.h"
 #include "host/engine/input_columns_cache.h"
 
 namespace kelvarin {
-
-struct LogEntry {
-  LogLevel level = LogLevel::information;
-  QString action;  // its name; empty where no action's call logged
-  QString text;
-  LogDetails details;
-};
 
 class EditServices final : public QObject, public HostServices {
   Q_OBJECT
@@ -33,6 +29,10 @@ class EditServices final : public QObject, public HostServices {
   void setUserMode(GlobalUserMode mode) { m_userMode = mode; }
   // The graph was replaced: what is known of its columns is not true any more.
   void forgetColumns() { m_columns.clear(); }
+  // Somebody who knows columns already: nothing where their version is not that of the graph. Null:
+  // nobody does.
+  using KnownColumns = std::function<std::optional<PinColumns>(const ActionItem& action, int pin)>;
+  void setKnownColumns(KnownColumns known) { m_knownColumns = std::move(known); }
 
   void log(LogLevel level, const QString& text, const ActionItem* action) override;
   void logDetailed(LogLevel level, const QString& text, const ActionItem* action,
@@ -61,6 +61,7 @@ class EditServices final : public QObject, public HostServices {
   const ActionCatalogue& m_catalogue;
   PinRowsRequests m_requests;
   InputColumnsCache m_columns;
+  KnownColumns m_knownColumns;
   std::atomic<GlobalUserMode> m_userMode{GlobalUserMode::expert};
   std::mutex m_mutex;  // guards what follows
   std::vector<LogEntry> m_waiting;

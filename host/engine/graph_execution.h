@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+#include "host/engine/activity_sampler.h"
 #include "host/engine/disabled_action.h"
 #include "host/engine/execution_options.h"
 #include "host/engine/graph_links.h"
@@ -45,6 +46,7 @@ class GraphExecution {
   const std::vector<int>& order() const { return m_order; }
   std::vector<long long> rowsIn(int index) const;
   std::vector<long long> rowsOut(int index) const;
+  ActionProgress progressOf(int index) const;
 
  private:
   void makeAction(int index);
@@ -55,6 +57,7 @@ class GraphExecution {
   Fork& forkOf(RunningAction& producer, OutputPin& pin);
   void closeAction(int index);
   void wakeAll();
+  void startSampler();
   RunProgress progress() const;
 
   const Graph& m_graph;
@@ -69,6 +72,7 @@ class GraphExecution {
   std::vector<std::vector<const RowLink*>> m_linkOfPin;  // [action][pin], null when not linked
   std::vector<std::unique_ptr<RunningAction>> m_actions;
   SinkSchedule m_schedule;
+  std::unique_ptr<ActivitySampler> m_sampler;  // null where nobody asks for progress
 };
 
 }  // namespace kelvarin

@@ -1654,7 +1654,7 @@
     </message>
     <message>
         <source>&amp;Actions</source>
-        <translation>&amp;Aktionen</translation>
+        <translation>A&amp;ktionen</translation>
     </message>
     <message>
         <source>Search names and types</source>
@@ -1696,10 +1696,6 @@
     <message>
         <source>Blocks read ahead</source>
         <translation>Im Voraus gelesene Blöcke</translation>
-    </message>
-    <message>
-        <source>Blocks read a&amp;head:</source>
-        <translation>Im &amp;Voraus gelesene Blöcke:</translation>
     </message>
     <message>
         <source>Read on a thread of their own while rows are computed; 0: none.</source>
@@ -1744,6 +1740,45 @@
     <message>
         <source>&amp;Dates and times</source>
         <translation>&amp;Datum und Zeit</translation>
+    </message>
+    <message>
+        <source>Blocks &amp;read ahead:</source>
+        <translation>Im &amp;Voraus gelesene Blöcke:</translation>
+    </message>
+    <message>
+        <source>The first blocks of the file</source>
+        <translation>Die ersten Blöcke der Datei</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::BlockValuesModel</name>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 bis %2</translation>
+    </message>
+    <message>
+        <source>skipped</source>
+        <translation>übersprungen</translation>
+    </message>
+    <message>
+        <source>read</source>
+        <translation>gelesen</translation>
+    </message>
+    <message>
+        <source>Read in any case, since its statistics say nothing about its values.</source>
+        <translation>Wird in jedem Fall gelesen, da seine Statistik nichts über seine Werte sagt.</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>unbekannt</translation>
+    </message>
+    <message>
+        <source>Rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>Block</source>
+        <translation>Block</translation>
     </message>
 </context>
 <context>
@@ -2037,6 +2072,13 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::CommittedVerdict</name>
+    <message>
+        <source>Check the expression</source>
+        <translation>Ausdruck prüfen</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::CompletionPopup</name>
     <message>
         <source>Completions</source>
@@ -2047,7 +2089,7 @@
     <name>kelvarin::DebuggerControls</name>
     <message>
         <source>&amp;Pause</source>
-        <translation>&amp;Pause</translation>
+        <translation>Paus&amp;e</translation>
     </message>
     <message>
         <source>The row before (Shift+F10)</source>
@@ -2059,7 +2101,7 @@
     </message>
     <message>
         <source>&amp;Element:</source>
-        <translation>&amp;Element:</translation>
+        <translation>Ele&amp;ment:</translation>
     </message>
     <message>
         <source>Element of the vectors</source>
@@ -2067,7 +2109,7 @@
     </message>
     <message>
         <source>&amp;Breakpoint where</source>
-        <translation>&amp;Haltepunkt, wo</translation>
+        <translation>Hal&amp;tepunkt, wo</translation>
     </message>
     <message>
         <source>Condition of the breakpoint</source>
@@ -2156,6 +2198,38 @@
         <source>Read the table once and take its variables over</source>
         <translation>Die Tabelle einmal lesen und ihre Variablen übernehmen</translation>
     </message>
+    <message>
+        <source>Debug: start, or go on</source>
+        <translation>Debuggen: starten oder weiterlaufen</translation>
+    </message>
+    <message>
+        <source>Debug: stop</source>
+        <translation>Debuggen: beenden</translation>
+    </message>
+    <message>
+        <source>Debug: next row</source>
+        <translation>Debuggen: nächste Zeile</translation>
+    </message>
+    <message>
+        <source>Debug: back in the last rows</source>
+        <translation>Debuggen: in den letzten Zeilen zurück</translation>
+    </message>
+    <message>
+        <source>Debug: forth in the last rows</source>
+        <translation>Debuggen: in den letzten Zeilen vor</translation>
+    </message>
+    <message>
+        <source>Debug: run to a row, an error or a null</source>
+        <translation>Debuggen: weiter bis zu einer Zeile, einem Fehler oder Null</translation>
+    </message>
+    <message>
+        <source>Debug: breakpoint</source>
+        <translation>Debuggen: Haltepunkt</translation>
+    </message>
+    <message>
+        <source>Stopping: the run ends as soon as its source answers.</source>
+        <translation>Der Lauf wird beendet, sobald seine Quelle antwortet.</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::DebuggerViews</name>
@@ -2186,6 +2260,10 @@
     <message>
         <source>&amp;Copy as CSV</source>
         <translation>Als &amp;CSV kopieren</translation>
+    </message>
+    <message>
+        <source>Results of the row</source>
+        <translation>Ergebnisse der Zeile</translation>
     </message>
 </context>
 <context>
@@ -2364,6 +2442,17 @@
         <source>Save them before closing?</source>
         <translation>Vor dem Schließen speichern?</translation>
     </message>
+    <message>
+        <source>%1 (output %2)</source>
+        <translation>%1 (Ausgabe %2)</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::EditorOfOtherBuild</name>
+    <message>
+        <source>The property editors cannot be shown: libKelvarinEditors.so is not of the same build as libKelvarinMathParser.so beside it. Install both from one build, and start again. The graph and its actions are not affected.</source>
+        <translation>Die Editoren können nicht gezeigt werden: libKelvarinEditors.so stammt nicht aus demselben Build wie libKelvarinMathParser.so daneben. Installieren Sie beide aus einem Build und starten Sie neu. Der Graph und seine Aktionen sind nicht betroffen.</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::ElementTree</name>
@@ -2515,7 +2604,7 @@
     </message>
     <message>
         <source>&amp;Try it:</source>
-        <translation>&amp;Ausprobieren:</translation>
+        <translation>Ausp&amp;robieren:</translation>
     </message>
 </context>
 <context>
@@ -2547,6 +2636,10 @@
     <message>
         <source>Help</source>
         <translation>Hilfe</translation>
+    </message>
+    <message>
+        <source>Check what is written</source>
+        <translation>Prüfen, was geschrieben ist</translation>
     </message>
 </context>
 <context>
@@ -2586,12 +2679,52 @@
         <source>For instance: price * quantity</source>
         <translation>Zum Beispiel: Preis * Menge</translation>
     </message>
+    <message>
+        <source>Complete the word</source>
+        <translation>Wort vervollständigen</translation>
+    </message>
+    <message>
+        <source>Show the arguments of the call</source>
+        <translation>Argumente des Aufrufs zeigen</translation>
+    </message>
+    <message>
+        <source>Mend the fault</source>
+        <translation>Fehler beheben</translation>
+    </message>
+    <message>
+        <source>Help on the word</source>
+        <translation>Hilfe zum Wort</translation>
+    </message>
+    <message>
+        <source>Earlier expression</source>
+        <translation>Früherer Ausdruck</translation>
+    </message>
+    <message>
+        <source>Later expression</source>
+        <translation>Späterer Ausdruck</translation>
+    </message>
+    <message>
+        <source>Larger text</source>
+        <translation>Größere Schrift</translation>
+    </message>
+    <message>
+        <source>Smaller text</source>
+        <translation>Kleinere Schrift</translation>
+    </message>
+    <message>
+        <source>Usual text size</source>
+        <translation>Übliche Schriftgröße</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::ExpressionField</name>
     <message>
         <source>Earlier expressions (Alt+Up, Alt+Down)</source>
         <translation>Frühere Ausdrücke (Alt+Auf, Alt+Ab)</translation>
+    </message>
+    <message>
+        <source>Nothing was pasted: the text has %1 characters, and at most %2 can be pasted at a time.</source>
+        <translation>Nichts wurde eingefügt: Der Text hat %1 Zeichen, und höchstens %2 können auf einmal eingefügt werden.</translation>
     </message>
 </context>
 <context>
@@ -2629,7 +2762,7 @@
     </message>
     <message>
         <source>&amp;Copy all</source>
-        <translation>Alles &amp;kopieren</translation>
+        <translation>Alles k&amp;opieren</translation>
     </message>
     <message numerus="yes">
         <source>%1 cannot be opened: %n fault(s). Mend the file with a text editor, then read it again.</source>
@@ -2650,16 +2783,16 @@
         <translation>Hinweis:</translation>
     </message>
     <message>
-        <source>Example:</source>
-        <translation>Beispiel:</translation>
-    </message>
-    <message>
         <source>Engines:</source>
         <translation>Rechenwerke:</translation>
     </message>
     <message>
         <source>Insert:</source>
         <translation>Einfügen:</translation>
+    </message>
+    <message>
+        <source>Examples:</source>
+        <translation>Beispiele:</translation>
     </message>
 </context>
 <context>
@@ -2827,52 +2960,20 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>N&amp;otizen:</translation>
     </message>
     <message>
-        <source>&amp;Name expression:</source>
-        <translation>&amp;Namensausdruck:</translation>
+        <source>Variables</source>
+        <translation>Variablen</translation>
     </message>
     <message>
-        <source>&amp;Name:</source>
-        <translation>&amp;Name:</translation>
+        <source>Element of the vectors whose values are shown</source>
+        <translation>Element der Vektoren, dessen Werte gezeigt werden</translation>
     </message>
     <message>
-        <source>Name</source>
-        <translation>Name</translation>
+        <source>The values below are those of this element of each vector.</source>
+        <translation>Die Werte darunter sind die dieses Elements jedes Vektors.</translation>
     </message>
     <message>
-        <source>The name of the column that the expression makes.</source>
-        <translation>Der Name der Spalte, die der Ausdruck berechnet.</translation>
-    </message>
-    <message>
-        <source>Name expression</source>
-        <translation>Namensausdruck</translation>
-    </message>
-    <message>
-        <source>A text for each element: _n is its number, an alias the name of its column.</source>
-        <translation>Ein Text für jedes Element: _n ist seine Nummer, ein Alias der Name seiner Spalte.</translation>
-    </message>
-    <message>
-        <source>Nu&amp;mber</source>
-        <translation>&amp;Zahl</translation>
-    </message>
-    <message>
-        <source>&amp;Key</source>
-        <translation>&amp;Schlüssel</translation>
-    </message>
-    <message>
-        <source>Te&amp;xt</source>
-        <translation>Te&amp;xt</translation>
-    </message>
-    <message>
-        <source>Type:</source>
-        <translation>Typ:</translation>
-    </message>
-    <message>
-        <source>&amp;update the column</source>
-        <translation>die Spalte aktualisie&amp;ren</translation>
-    </message>
-    <message>
-        <source>The result replaces the column of the input that has this name.</source>
-        <translation>Das Ergebnis ersetzt die Spalte der Eingabe, die so heißt.</translation>
+        <source>Elemen&amp;t:</source>
+        <translation>&amp;Vektorelement:</translation>
     </message>
 </context>
 <context>
@@ -3039,6 +3140,14 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>For values in the first rows.</source>
         <translation>Für Werte in den ersten Zeilen.</translation>
     </message>
+    <message>
+        <source>There is no such file yet.</source>
+        <translation>Diese Datei gibt es noch nicht.</translation>
+    </message>
+    <message>
+        <source>There is a table: %1</source>
+        <translation>Es gibt eine Tabelle: %1</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::LogModel</name>
@@ -3127,6 +3236,65 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>The expression is wrong.</source>
         <translation>Der Ausdruck ist falsch.</translation>
+    </message>
+    <message>
+        <source>Rename the output</source>
+        <translation>Ausgabe umbenennen</translation>
+    </message>
+    <message>
+        <source>Remove the output</source>
+        <translation>Ausgabe entfernen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::OutputFields</name>
+    <message>
+        <source>&amp;Name:</source>
+        <translation>&amp;Name:</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>The name of the column that the expression makes.</source>
+        <translation>Der Name der Spalte, die der Ausdruck berechnet.</translation>
+    </message>
+    <message>
+        <source>&amp;Name expression:</source>
+        <translation>&amp;Namensausdruck:</translation>
+    </message>
+    <message>
+        <source>Name expression</source>
+        <translation>Namensausdruck</translation>
+    </message>
+    <message>
+        <source>A text for each element: _n is its number, an alias the name of its column.</source>
+        <translation>Ein Text für jedes Element: _n ist seine Nummer, ein Alias der Name seiner Spalte.</translation>
+    </message>
+    <message>
+        <source>Nu&amp;mber</source>
+        <translation>&amp;Zahl</translation>
+    </message>
+    <message>
+        <source>&amp;Key</source>
+        <translation>&amp;Schlüssel</translation>
+    </message>
+    <message>
+        <source>Te&amp;xt</source>
+        <translation>Te&amp;xt</translation>
+    </message>
+    <message>
+        <source>Type:</source>
+        <translation>Typ:</translation>
+    </message>
+    <message>
+        <source>&amp;update the column</source>
+        <translation>die Spalte aktualisie&amp;ren</translation>
+    </message>
+    <message>
+        <source>The result replaces the column of the input that has this name.</source>
+        <translation>Das Ergebnis ersetzt die Spalte der Eingabe, die so heißt.</translation>
     </message>
 </context>
 <context>
@@ -3232,10 +3400,6 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>In diesem Graphen</translation>
     </message>
     <message>
-        <source>Refuse a name that another &amp;action reads or writes</source>
-        <translation>Einen Namen ablehnen, den eine andere &amp;Aktion liest oder schreibt</translation>
-    </message>
-    <message>
         <source>Covers the column-set files as well.</source>
         <translation>Gilt auch für die Dateien der Spaltensätze.</translation>
     </message>
@@ -3247,16 +3411,16 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>Delete the file and its &amp;column sets...</source>
         <translation>Datei und ihre &amp;Spaltensätze löschen...</translation>
     </message>
+    <message>
+        <source>Refuse a na&amp;me that another action reads or writes</source>
+        <translation>Einen &amp;Namen ablehnen, den eine andere Aktion liest oder schreibt</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::ReadColumnsPage</name>
     <message>
-        <source>&amp;All columns</source>
-        <translation>&amp;Alle Spalten</translation>
-    </message>
-    <message>
         <source>Only the columns that are &amp;ticked, in this order</source>
-        <translation>Nur die an&amp;gekreuzten Spalten, in dieser Reihenfolge</translation>
+        <translation>Nur die angekreu&amp;zten Spalten, in dieser Reihenfolge</translation>
     </message>
     <message>
         <source>The columns &amp;named in the first column of input pin 1</source>
@@ -3330,6 +3494,10 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>%1, %2</source>
         <translation>%1, %2</translation>
     </message>
+    <message>
+        <source>All &amp;columns</source>
+        <translation>Alle &amp;Spalten</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::ReadFilePage</name>
@@ -3362,14 +3530,6 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>In dieser Datei</translation>
     </message>
     <message>
-        <source>&amp;Look again</source>
-        <translation>&amp;Erneut nachsehen</translation>
-    </message>
-    <message>
-        <source>&amp;Verify...</source>
-        <translation>&amp;Prüfen...</translation>
-    </message>
-    <message>
         <source>Checks every block and every value.</source>
         <translation>Prüft jeden Block und jeden Wert.</translation>
     </message>
@@ -3397,6 +3557,14 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>Looking into the file...</source>
         <translation>Die Datei wird angesehen...</translation>
     </message>
+    <message>
+        <source>Loo&amp;k again</source>
+        <translation>&amp;Erneut nachsehen</translation>
+    </message>
+    <message>
+        <source>Verif&amp;y...</source>
+        <translation>Prü&amp;fen...</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::ReadReliabilityPage</name>
@@ -3405,16 +3573,12 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>Wenn eine Datei fehlt</translation>
     </message>
     <message>
-        <source>When the source file is unreadable, keep trying to read the file &amp;for</source>
-        <translation>Wenn die Quelldatei nicht lesbar ist, weiter &amp;versuchen für</translation>
-    </message>
-    <message>
         <source>Seconds to wait for a missing file</source>
         <translation>Sekunden, die auf eine fehlende Datei gewartet wird</translation>
     </message>
     <message>
         <source>Then s&amp;top the run</source>
-        <translation>Dann den Lauf &amp;anhalten</translation>
+        <translation>Dann den Lauf anhal&amp;ten</translation>
     </message>
     <message>
         <source>Then s&amp;kip it with a warning</source>
@@ -3456,9 +3620,13 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>Looks into all files before the first row. Otherwise the files are counted.</source>
         <translation>Sieht vor der ersten Zeile in alle Dateien. Sonst werden die Dateien gezählt.</translation>
     </message>
+    <message>
+        <source>&amp;When the source file is unreadable, keep trying to read the file for</source>
+        <translation>&amp;Wenn die Quelldatei nicht lesbar ist, weiter versuchen für</translation>
+    </message>
 </context>
 <context>
-    <name>kelvarin::RowVariablesModel</name>
+    <name>kelvarin::RowValuesModel</name>
     <message>
         <source>%1, edited for this row. The data stay as they are.</source>
         <translation>%1, für diese Zeile geändert. Die Daten bleiben, wie sie sind.</translation>
@@ -3478,6 +3646,14 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>Before</source>
         <translation>Davor</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>Fehler</translation>
     </message>
 </context>
 <context>
@@ -3551,6 +3727,53 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>Keyboard</source>
         <translation>Tastatur</translation>
+    </message>
+    <message>
+        <source>Where</source>
+        <translation>Wo</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::TimeExample</name>
+    <message>
+        <source>seconds</source>
+        <translation>Sekunden</translation>
+    </message>
+    <message>
+        <source>minutes</source>
+        <translation>Minuten</translation>
+    </message>
+    <message>
+        <source>hours</source>
+        <translation>Stunden</translation>
+    </message>
+    <message>
+        <source>days</source>
+        <translation>Tage</translation>
+    </message>
+    <message>
+        <source>weeks</source>
+        <translation>Wochen</translation>
+    </message>
+    <message>
+        <source>The unit is unknown: every elapsed time is 0.</source>
+        <translation>Die Einheit ist unbekannt: jede verstrichene Zeit ist 0.</translation>
+    </message>
+    <message>
+        <source>Now it is %1 %2 later.</source>
+        <translation>Jetzt ist es %1 %2 später.</translation>
+    </message>
+    <message>
+        <source>No format is given: dates can be neither read nor written.</source>
+        <translation>Es ist kein Format angegeben: Datumsangaben lassen sich weder lesen noch schreiben.</translation>
+    </message>
+    <message>
+        <source>Now in this format: %1</source>
+        <translation>Jetzt in diesem Format: %1</translation>
+    </message>
+    <message>
+        <source>Elapsed times count from %1 %2.</source>
+        <translation>Verstrichene Zeiten zählen ab %1 %2.</translation>
     </message>
 </context>
 <context>
@@ -3804,6 +4027,22 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>The value in the row that the step debugger shows</source>
         <translation>Der Wert in der Zeile, die der Debugger zeigt</translation>
     </message>
+    <message>
+        <source>Number</source>
+        <translation>Zahl</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Date</source>
+        <translation>Datum</translation>
+    </message>
+    <message>
+        <source>Columns: %1. The last one is read.</source>
+        <translation>Spalten: %1. Gelesen wird die letzte.</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::VariablesPanel</name>
@@ -3878,10 +4117,6 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
 <context>
     <name>kelvarin::VectorsPanel</name>
     <message>
-        <source>Vectors of the table on pin &amp;1</source>
-        <translation>Vektoren der Tabelle an Anschluss &amp;1</translation>
-    </message>
-    <message>
         <source>Vectors</source>
         <translation>Vektoren</translation>
     </message>
@@ -3902,12 +4137,24 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>Nur die ersten %1 Zeilen der Tabelle werden gezeigt.</translation>
     </message>
     <message>
-        <source>Columns that will be created (%1):</source>
-        <translation>Spalten, die entstehen werden (%1):</translation>
-    </message>
-    <message>
         <source>and %1 more</source>
         <translation>und %1 weitere</translation>
+    </message>
+    <message>
+        <source>Vectors and variables</source>
+        <translation>Vektoren und Variablen</translation>
+    </message>
+    <message>
+        <source>The vectors of the table on pin 1</source>
+        <translation>Die Vektoren der Tabelle an Anschluss 1</translation>
+    </message>
+    <message>
+        <source>New columns</source>
+        <translation>Neue Spalten</translation>
+    </message>
+    <message>
+        <source>New columns (%1)</source>
+        <translation>Neue Spalten (%1)</translation>
     </message>
 </context>
 <context>
@@ -3984,32 +4231,16 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>(fehlt oder leer)</translation>
     </message>
     <message>
-        <source>&amp;has the value</source>
-        <translation>den &amp;Wert hat</translation>
-    </message>
-    <message>
         <source>Column sets</source>
         <translation>Spaltensätze</translation>
-    </message>
-    <message>
-        <source>&amp;All columns in one set</source>
-        <translation>&amp;Alle Spalten in einem Satz</translation>
     </message>
     <message>
         <source>One file beside the main file: best where rows are read whole.</source>
         <translation>Eine Datei neben der Hauptdatei: am besten, wo ganze Zeilen gelesen werden.</translation>
     </message>
     <message>
-        <source>A set for &amp;each column</source>
-        <translation>Ein Satz für &amp;jede Spalte</translation>
-    </message>
-    <message>
         <source>A file for each column: written on several threads, read column by column.</source>
         <translation>Eine Datei für jede Spalte: in mehreren Threads geschrieben, Spalte für Spalte gelesen.</translation>
-    </message>
-    <message>
-        <source>The sets of this &amp;list:</source>
-        <translation>Die Sätze dieser &amp;Liste:</translation>
     </message>
     <message>
         <source>Columns and their sets</source>
@@ -4034,6 +4265,22 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>The columns that reach this action are not known yet.</source>
         <translation>Die Spalten, die diese Aktion erreichen, sind noch nicht bekannt.</translation>
+    </message>
+    <message>
+        <source>has the val&amp;ue</source>
+        <translation>den &amp;Wert hat</translation>
+    </message>
+    <message>
+        <source>All columns in one &amp;set</source>
+        <translation>Alle Spalten in &amp;einem Satz</translation>
+    </message>
+    <message>
+        <source>A set for each &amp;column</source>
+        <translation>Ein Satz für &amp;jede Spalte</translation>
+    </message>
+    <message>
+        <source>The sets of &amp;this list:</source>
+        <translation>Die Sätze dieser &amp;Liste:</translation>
     </message>
 </context>
 <context>
@@ -4072,11 +4319,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
     <message>
         <source>Split into several Kelvarin Gel files. Each file is &amp;maximum:</source>
-        <translation>In mehrere Kelvarin-Gel-Dateien aufteilen. Jede Datei ist &amp;höchstens:</translation>
-    </message>
-    <message>
-        <source>One file for each &amp;value of the column:</source>
-        <translation>Eine Datei für jeden &amp;Wert der Spalte:</translation>
+        <translation>In mehrere Kelvarin-Gel-Dateien aufteilen. Jede Datei ist höchs&amp;tens:</translation>
     </message>
     <message>
         <source>Largest size of a file</source>
@@ -4113,6 +4356,14 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>The name has %1 expressions. Change them in the name itself.</source>
         <translation>Der Name hat %1 Ausdrücke. Ändern Sie sie im Namen selbst.</translation>
+    </message>
+    <message>
+        <source>One file for each value of the col&amp;umn:</source>
+        <translation>Eine Datei für jeden &amp;Wert der Spalte:</translation>
+    </message>
+    <message>
+        <source>The name keeps its old expression: no text in the new one can begin or end with a plus sign, since that is where expressions in names begin and end.</source>
+        <translation>Der Name behält seinen alten Ausdruck: Kein Text im neuen kann mit einem Pluszeichen beginnen oder enden, denn dort beginnen und enden Ausdrücke in Namen.</translation>
     </message>
 </context>
 </TS>

@@ -12,6 +12,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QStatusBar>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
@@ -278,6 +279,19 @@ TEST_F(EditWindowTest, ALineOfTheLogLeadsToItsPositionInTheExpression) {
   ASSERT_TRUE(waitUntil([log] { return log->model()->rowCount() == 1; }));
   emit log->activated(log->model()->index(0, LogModel::text));
   EXPECT_EQ(static_cast<RunningEditor*>(window.editor())->shown, u"share:7");
+}
+
+TEST_F(EditWindowTest, TheEnginesOfTheOutputsAreSaidInFewWords) {
+  const EditWindow& window = open();
+  const auto said = [&](const QStringList& labels) {
+    m_services.backendsChosen(m_graph.action(1), labels);
+    QCoreApplication::processEvents();
+    return window.statusBar()->currentMessage().toStdString();
+  };
+  EXPECT_EQ(said({"String Parser", "String Parser", "String Parser"}),
+            "out is computed by: String Parser");
+  EXPECT_EQ(said({"Fastest Parser", "String Parser", "Fastest Parser"}),
+            "out is computed by: Fastest Parser (output 1, 3), String Parser (output 2)");
 }
 
 TEST_F(EditWindowTest, LeavingAnEditorEndsItsRun) {

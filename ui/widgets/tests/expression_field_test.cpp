@@ -5,10 +5,12 @@
 
 #include <gtest/gtest.h>
 #include <QApplication>
+#include <QClipboard>
 #include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMimeData>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
@@ -24,6 +26,7 @@
 #include "ui/widgets/expression_colors.h"
 #include "ui/widgets/expression_field.h"
 #include "ui/widgets/k_plain_text_edit.h"
+#include "ui/widgets/variable_drag.h"
 
 namespace kelvarin {
 namespace {
@@ -126,6 +129,21 @@ TEST_F(ExpressionFieldTest, VariablesReplaceTheDefaultAndElseStandBetweenBlanksA
   EXPECT_TRUE(editor()->hasFocus());
 }
 
+TEST_F(ExpressionFieldTest, VariablesAreDroppedWhereThePointerIs) {
+  m_field.setExpression(QStringLiteral("a+b"));
+  QMimeData names;
+  names.setData(kVariableNamesFormat, "price");
+  names.setText(QStringLiteral("as text"));
+  QTextCursor cursor = editor()->textCursor();
+  cursor.setPosition(1);
+  const QPointF position = editor()->cursorRect(cursor).center();
+  QDragEnterEvent enter(position.toPoint(), Qt::MoveAction, &names, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(editor()->viewport(), &enter);
+  QDropEvent drop(position, Qt::MoveAction, &names, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(editor()->viewport(), &drop);
+  EXPECT_EQ(text(), "a price +b");
+}
+
 TEST_F(ExpressionFieldTest, TabLeavesEnterMakesALine) {
   type("1 +");
   press(Qt::Key_Return);
@@ -136,6 +154,34 @@ TEST_F(ExpressionFieldTest, TabLeavesEnterMakesALine) {
   press(Qt::Key_Tab);
   EXPECT_FALSE(editor()->hasFocus());
   EXPECT_EQ(finished.count(), 1);
+}
+
+TEST_F(ExpressionFieldTest, OneLineFinishesOnEnterAndSpeaksOnlyOfWhatIsWrong) {
+  ExpressionField line(&m_window, ExpressionField::Form::line);
+  m_window.layout()->addWidget(&line);
+  line.setFormula(formulaOf());
+  QTest::qWait(1);
+  const int height = line.height();
+  EXPECT_LT(height, 2 * m_other.height());
+  QApplication::clipboard()->setText(QStringLiteral("price\n> 1"));
+  line.editor()->setFocus();
+  line.editor()->paste();
+  EXPECT_EQ(line.expression().toStdString(), "price > 1");
+  QSignalSpy finished(&line, &ExpressionField::editingFinished);
+  QSignalSpy returned(&line, &ExpressionField::returnPressed);
+  QTest::keyClick(line.editor(), Qt::Key_Return);
+  EXPECT_EQ(finished.count(), 1);
+  EXPECT_EQ(returned.count(), 1);
+  EXPECT_EQ(line.expression().toStdString(), "price > 1");
+  QTRY_VERIFY(line.answer().check.isCompiled());
+  EXPECT_FALSE(line.verdict()->isVisible());
+  line.setExpression(QStringLiteral("prise > 1"));
+  QTRY_VERIFY(line.verdict()->isVisible());
+  QTRY_VERIFY(line.height() > height);
+  line.setExpression({});
+  QTRY_VERIFY(!line.verdict()->isVisible());
+  QTest::qWait(1);
+  EXPECT_EQ(line.height(), height);
 }
 
 TEST_F(ExpressionFieldTest, CompletionOpensAfterTwoLettersAndEnterTakesTheLine) {
