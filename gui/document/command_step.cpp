@@ -24,12 +24,16 @@ GraphCommands::Step::~Step() {
   }
 }
 
-void GraphCommands::Step::appendEdit(std::unique_ptr<GraphChange> change, const EditOfAction& edit,
-                                     int longestPauseMilliseconds) {
-  append(std::move(change));
+void GraphCommands::Step::setText(const QString& text) {
+  if (m_step != nullptr) {
+    m_step->setText(text);
+  }
+}
+
+void GraphCommands::Step::setEdit(const EditOfAction& edit, const QString& key,
+                                  int longestPauseMilliseconds) {
   outermost().m_step->append(edit);
-  setJoining({QStringLiteral("edit %1 %2").arg(edit.action).arg(edit.position.field),
-              longestPauseMilliseconds});
+  setJoining({key, longestPauseMilliseconds});
 }
 
 }  // namespace kelvarin

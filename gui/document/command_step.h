@@ -24,9 +24,10 @@ class GraphCommands::Step {
   void append(std::unique_ptr<GraphChange> change) {
     outermost().m_step->append(std::move(change));
   }
-  // An edit that is joined with an earlier one of the same field.
-  void appendEdit(std::unique_ptr<GraphChange> change, const EditOfAction& edit,
-                  int longestPauseMilliseconds);
+  // Of a step of its own: what the step is called when more is known than at its beginning.
+  void setText(const QString& text);
+  // Where an editor stood; edits with the same key that follow closely are joined.
+  void setEdit(const EditOfAction& edit, const QString& key, int longestPauseMilliseconds);
   void setJoining(const GraphStep::Joining& joining) { outermost().m_step->setJoining(joining); }
 
  private:

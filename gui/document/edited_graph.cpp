@@ -3,9 +3,13 @@
 #include <algorithm>
 #include <utility>
 
+#include <QRegularExpression>
+
 #include "gui/document/graph_changes.h"
 #include "gui/document/graph_text.h"
 #include "gui/document/link_rules.h"
+#include "host/contract/column_user.h"
+#include "host/contract/named_pins.h"
 
 namespace kelvarin {
 
@@ -135,8 +139,9 @@ bool EditedGraph::isModified(ActionId id) const {
   return m_parts->modifiedActions.contains(id);
 }
 
-QString EditedGraph::pinName(const PinRef&) const {
-  return {};
+QString EditedGraph::pinName(const PinRef& pin) const {
+  const auto* named = dynamic_cast<const NamedPins*>(&m_parts->item(pin.action));
+  return named == nullptr ? QString() : named->pinName(pin.pin, pin.isOutput);
 }
 
 int EditedGraph::pinCount(ActionId id, bool isOutput) const {
@@ -224,9 +229,17 @@ QList<DrawnParameter> EditedGraph::parameters() const {
 
 QList<ActionId> EditedGraph::usersOfParameter(const QString& name) const {
   const QString reference = QStringLiteral("${%1}").arg(name);
+  const QRegularExpression bareName(
+      QStringLiteral("(?<![\\w.])%1(?!\\w)").arg(QRegularExpression::escape(name)),
+      QRegularExpression::UseUnicodePropertiesOption);
   QList<ActionId> users;
-  for (const auto& [id, record] : m_parts->records) {
-    if (record.element.contains(reference)) {
+  for (const ActionId id : m_parts->order) {
+    const auto* user = dynamic_cast<const ColumnUser*>(&m_parts->item(id));
+    const QStringList expressions = user == nullptr ? QStringList() : user->expressions();
+    if (m_parts->records.at(id).element.contains(reference) ||
+        std::ranges::any_of(expressions, [&bareName](const QString& expression) {
+          return expression.contains(bareName);
+        })) {
       users.append(id);
     }
   }

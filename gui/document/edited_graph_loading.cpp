@@ -156,6 +156,29 @@ void EditedGraph::Parts::breakCycles() {
   }
 }
 
+QString EditedGraph::Parts::whyCannotRun(ActionId id) {
+  const ActionRecord& record = records.at(id);
+  const QList<ActionId> sameNames = idsOfNames.value(record.name);
+  if (record.name.isEmpty() || sameNames.front() != id) {
+    return record.name.isEmpty() ? LinkRules::actionWithoutName()
+                                 : LinkRules::actionTwice(record.name);
+  }
+  return faultOf(record.element);
+}
+
+QString EditedGraph::Parts::faultOf(const QString& element) const {
+  QString document = QStringLiteral("<KelvarinGraph><Parameters>");
+  for (const DrawnParameter& parameter : parameters) {
+    document += parameterText(parameter);
+  }
+  XmlTag tag(element);
+  tag.set(QStringLiteral("name"), QStringLiteral("action"));
+  document += QStringLiteral("</Parameters><Actions>") + tag.textWithRest(element) +
+              QStringLiteral("</Actions></KelvarinGraph>");
+  const auto opened = openGraph(document.toUtf8(), graph.file, catalogue);
+  return opened ? opened->whyActionCannotRun.front() : opened.error().front().message;
+}
+
 void EditedGraph::Parts::takeParameters() {
   graph.parameters.clear();
   QMap<QString, QString> given;

@@ -94,6 +94,10 @@ class EditedGraph::Parts {
   bool leadsTo(ActionId from, ActionId to) const;
   // Empty when both pins are there.
   QString whyEndsAreBroken(const LinkRecord& link);
+  // Empty for an action that can; its name is one of the reasons.
+  QString whyCannotRun(ActionId id);
+  // What a reader of graph files has against an action's element, its name aside; else empty.
+  QString faultOf(const QString& element) const;
   // Puts the parameters into the graph, with those of the session over them.
   void takeParameters();
   // The file's name and folder are known to the actions.

@@ -66,6 +66,7 @@ DetachedAction GraphChanges::newAction(const QString& typeName, const QString& n
     action.record.source = inFile(*action.item, action.record.content);
   }
   action.record.element = elementOf(action.record);
+  action.record.whyCannotRun = m_parts.faultOf(action.record.element);
   // Anew, so that the action knows its name.
   action.item = newItem(typeName, action.record.element);
   return action;
@@ -85,6 +86,7 @@ void GraphChanges::addAction(DetachedAction action) {
   m_parts.compareAction(id);
   noteRowsChange();
   emit m_graph.actionAdded(id);
+  judgeRivalsOf(id);
   resolveAbsentEnds();
 }
 
@@ -103,6 +105,7 @@ DetachedAction GraphChanges::removeAction(ActionId id) {
   m_parts.compareAction(id);
   noteRowsChange();
   emit m_graph.actionRemoved(id);
+  judgeActionsCalled(action.record.name);
   resolveAbsentEnds();
   return action;
 }
@@ -123,18 +126,16 @@ void GraphChanges::replaceItem(ActionId id, std::unique_ptr<ActionItem> item) {
 
 void GraphChanges::rename(ActionId id, const QString& name) {
   ActionRecord& record = m_parts.records.at(id);
-  m_parts.removeName(id, record.name);
+  const QString before = std::exchange(record.name, name);
+  m_parts.removeName(id, before);
   m_parts.addName(id, name);
-  record.name = name;
   noteActionChange(id);
   replaceItem(id, newItem(record.typeName, record.element));
   m_parts.graphAction(id).name = name;
-  for (const LinkId link : m_parts.linksOfActions.value(id)) {
-    m_parts.compareLink(link);
-  }
   noteRowsChange();
   judgeAction(id);
   emit m_graph.actionChanged(id, true);
+  judgeActionsCalled(before);
   resolveAbsentEnds();
 }
 
@@ -180,7 +181,13 @@ ActionContent GraphChanges::newContent(ActionId id, const QString& typeName,
                                        const ActionContent& now) const {
   ActionContent content = keptContent(m_parts.records.at(id).source, now);
   const std::unique_ptr<ActionItem> item = newItem(typeName, content.text);
-  return item != nullptr && contentOf(*item).settings == now.settings ? content : now;
+  if (item == nullptr || contentOf(*item).settings != now.settings) {
+    return now;
+  }
+  // A value that the action cannot use goes when the action is edited.
+  const bool isMended =
+      !m_parts.faultOf(content.text).isEmpty() && m_parts.faultOf(now.text).isEmpty();
+  return isMended ? now : content;
 }
 
 ActionContent GraphChanges::takeEdit(ActionId id) {
@@ -205,9 +212,25 @@ void GraphChanges::noteContentChange(ActionId id, bool isReplaced) {
 
 void GraphChanges::judgeAction(ActionId id) {
   ActionRecord& record = m_parts.records.at(id);
-  record.whyCannotRun = dynamic_cast<MissingAction*>(&m_parts.item(id)) == nullptr
-                            ? QString()
-                            : m_parts.item(id).toolTip();
+  record.whyCannotRun = m_parts.whyCannotRun(id);
+}
+
+// Another one may have had the same name, or has it now.
+void GraphChanges::judgeRivalsOf(ActionId id) {
+  const QString name = m_parts.records.at(id).name;
+  if (m_parts.idsOfNames.value(name).size() > 1) {
+    judgeActionsCalled(name);
+  }
+}
+
+void GraphChanges::judgeActionsCalled(const QString& name) {
+  for (const ActionId id : m_parts.idsOfNames.value(name)) {
+    const QString before = m_parts.records.at(id).whyCannotRun;
+    judgeAction(id);
+    if (m_parts.records.at(id).whyCannotRun != before) {
+      emit m_graph.actionChanged(id, false);
+    }
+  }
 }
 
 void GraphChanges::addLink(const LinkRecord& link) {
@@ -338,6 +361,11 @@ void GraphChanges::setParameters(const QList<DrawnParameter>& parameters) {
   m_parts.takeParameters();
   m_parts.compareParameters();
   noteRowsChange();
+  for (const auto& [id, record] : m_parts.records) {
+    if (record.element.contains(QStringLiteral("${"))) {
+      judgeActionsCalled(record.name);
+    }
+  }
   emit m_graph.parametersChanged();
 }
 

@@ -53,12 +53,14 @@ class GraphChanges {
   void noteActionChange(ActionId id);
   void noteContentChange(ActionId id, bool isReplaced);
   void judgeAction(ActionId id);
+  void judgeActionsCalled(const QString& name);
+  void judgeRivalsOf(ActionId id);
   void addToEnds(const DrawnLink& link);
   void removeFromEnds(const DrawnLink& link);
   void noteLinkChange(const DrawnLink& link);
   void judgeLinksOf(ActionId id);
   void judgeLinksInto(ActionId id, int pin);
-  // Ends that the file gives by names which no action has, or had.
+  // Ends that are names in the file which no action has, or had.
   void resolveAbsentEnds();
   void noteRowsChange() { m_parts.mayRowsDiffer = true; }
 

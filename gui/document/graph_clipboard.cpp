@@ -128,8 +128,4 @@ GraphSelection GraphCommands::duplicate(const GraphSelection& selection) {
   return paste(copy(selection), corner + kOffsetOfDuplicate);
 }
 
-QList<ActionId> GraphCommands::renameColumn(ActionId, const QString&, const QString&) {
-  return {};
-}
-
 }  // namespace kelvarin

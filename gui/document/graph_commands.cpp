@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "gui/document/changed_part.h"
 #include "gui/document/command_step.h"
 #include "gui/document/graph_layout.h"
-#include "gui/document/xml_tag.h"
 
 namespace kelvarin {
 
@@ -137,23 +137,44 @@ void GraphCommands::moveActions(const QHash<ActionId, QPointF>& positions,
 }
 
 void GraphCommands::noteEdit(ActionId action, const EditorPosition& position) {
-  Step step(*this, tr("Change '%1'").arg(m_graph.name(action)));
-  std::unique_ptr<GraphChange> change = takeEdit(step.changes(), action);
-  if (change != nullptr) {
-    step.appendEdit(std::move(change), {action, position}, kLongestPauseWhileTyping);
+  Step step(*this, {});
+  const QString before = step.changes().record(action).content.settings;
+  if (std::unique_ptr<GraphChange> change = takeEdit(step.changes(), action)) {
+    step.append(std::move(change));
+    describeEdit(step, before, {action, position});
   }
 }
 
 bool GraphCommands::setElement(ActionId action, const QByteArray& element,
                                const EditorPosition& position) {
-  Step step(*this, tr("Change '%1'").arg(m_graph.name(action)));
+  Step step(*this, {});
+  const ActionContent before = step.changes().record(action).content;
   std::unique_ptr<GraphChange> change =
       setContent(step.changes(), action, m_graph.typeName(action), QString::fromUtf8(element));
   if (change == nullptr) {
     return false;
   }
-  step.appendEdit(std::move(change), {action, position}, kLongestPauseWhileTyping);
+  if (step.changes().record(action).content != before) {
+    step.append(std::move(change));
+    describeEdit(step, before.settings, {action, position});
+  }
   return true;
+}
+
+// Edits of one field that follow each other closely are one step. Where the editor does not say
+// which field it was, what has changed does.
+void GraphCommands::describeEdit(Step& step, const QString& settingsBefore,
+                                 const EditOfAction& edit) {
+  const QString name = m_graph.name(edit.action);
+  const QString part =
+      changedPart(settingsBefore, step.changes().record(edit.action).content.settings);
+  const QString field =
+      edit.position.field.isEmpty() ? part : edit.position.page + u'/' + edit.position.field;
+  step.setText(part.isEmpty() ? tr("Change '%1'").arg(name)
+                              : tr("Change %1 of '%2'").arg(part, name));
+  step.setEdit(
+      edit, field.isEmpty() ? QString() : QStringLiteral("edit %1 %2").arg(edit.action).arg(field),
+      kLongestPauseWhileTyping);
 }
 
 LinkId GraphCommands::addLink(ActionId from, int fromPin, ActionId to, int toPin) {

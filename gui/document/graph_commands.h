@@ -12,6 +12,8 @@
 
 namespace kelvarin {
 
+struct EditOfAction;
+
 class GraphCommands : public QObject {
   Q_OBJECT
 
@@ -80,6 +82,7 @@ class GraphCommands : public QObject {
  private:
   class Step;  // command_step.h
 
+  void describeEdit(Step& step, const QString& settingsBefore, const EditOfAction& edit);
   ActionId pasteAction(const EditedGraph& piece, ActionId id, QPointF offset);
 
   EditedGraph& m_graph;

@@ -74,3 +74,5 @@ struct EditorPosition {
 };
 
 }  // namespace kelvarin
+
+Q_DECLARE_METATYPE(kelvarin::EditorPosition)

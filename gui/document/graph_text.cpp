@@ -161,6 +161,11 @@ QByteArray graphText(const EditedGraph::Parts& parts) {
       {parameterEntries(parts), actionEntries(parts), linkEntries(parts), noteEntries(parts)});
 }
 
+QString parameterText(const DrawnParameter& parameter) {
+  return QStringLiteral("<Parameter") + attributeText("name", parameter.name) +
+         attributeText("value", parameter.value) + QStringLiteral("/>");
+}
+
 QByteArray newGraphText() {
   return GraphLines().document();
 }

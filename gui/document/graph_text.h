@@ -8,6 +8,8 @@
 namespace kelvarin {
 
 QByteArray graphText(const EditedGraph::Parts& parts);
+// An element.
+QString parameterText(const DrawnParameter& parameter);
 // Of a graph without anything in it.
 QByteArray newGraphText();
 // Of a piece of the graph.

@@ -1,4 +1,4 @@
-// Why a link cannot be used, for the user.
+// Why a link or an action cannot be used, for the user.
 //
 // Used by: graph_changes.cpp, edited_graph.cpp.
 #pragma once
@@ -12,6 +12,10 @@ class LinkRules {
   Q_DECLARE_TR_FUNCTIONS(kelvarin::LinkRules)
 
  public:
+  static QString actionWithoutName() { return tr("The action has no name."); }
+  static QString actionTwice(const QString& name) {
+    return tr("Another action is called '%1' already: links mean that one.").arg(name);
+  }
   static QString absentAction(const QString& name) {
     return tr("The graph has no action '%1'.").arg(name);
   }

@@ -12,19 +12,10 @@
 #include <QRegularExpression>
 
 #include "gui/document/graph_commands.h"
-#include "host/tables/table_actions.h"
+#include "gui/document/tests/test_catalogue.h"
 
 namespace kelvarin {
 namespace {
-
-const ActionCatalogue& catalogue() {
-  static const auto made = [] {
-    auto plugin = PluginLibrary::load(QStringLiteral(KELVARIN_PLUGIN));
-    EXPECT_TRUE(plugin);
-    return std::make_unique<ActionCatalogue>(std::move(*plugin), makeTableActions());
-  }();
-  return *made;
-}
 
 QByteArray contentOf(const QString& file) {
   QFile source(file);
@@ -44,7 +35,8 @@ const QByteArray kStrange =
     "\t\t<Calculator name='b' x='200' y='0' useJIT='1'><OutputVars><!-- sum --><OutputVar "
     "name='m'><![CDATA[n < 5 && n > 1]]></OutputVar></OutputVars>\r\n"
     "\t\t\t<InputVars><InputVar column='n' future='1'/></InputVars></Calculator>\r\n"
-    "\t\t<Calculator name='bad' addN='perhaps'/> <Absent name='gone' key='1'><!-- inner --></Absent>\r\n"
+    "\t\t<Calculator name='bad' addN='perhaps'/> <Absent name='gone' key='1'>"
+    "<!-- inner --></Absent>\r\n"
     "\t\t<WriteCSV name='a' file='twice.csv'/>\r\n"
     "\t</Actions>\r\n\t<Links><!-- none yet --><Link from='a' to='b'/>\r\n"
     "\t\t<Link from='gone' fromPin='2' to='bad'/> <Link from='nobody' to='gone'/>\r\n"
@@ -134,7 +126,7 @@ class RandomCommands {
   ActionId action() { return one(m_graph.actions()); }
   LinkId link() { return one(m_graph.links()); }
   QString type() {
-    const QStringList types = catalogue().typeNames();
+    const QStringList types = loadedCatalogue().typeNames();
     return types[number(static_cast<int>(types.size()))];
   }
 
@@ -244,7 +236,7 @@ TEST(RandomCommands, AreUndoneAndRedoneToTheSameDocument) {
   const std::vector<QByteArray> all = documents();
   ASSERT_GE(all.size(), 5U);
   for (const QByteArray& document : all) {
-    EditedGraph graph(catalogue());
+    EditedGraph graph(loadedCatalogue());
     GraphCommands commands(graph);
     ASSERT_TRUE(graph.load(document, QStringLiteral("g.kelvarin")));
     ASSERT_EQ(graph.document(), document);
@@ -263,7 +255,7 @@ TEST(RandomCommands, AreUndoneAndRedoneToTheSameDocument) {
       }
       ASSERT_EQ(graph.document(), after) << "command " << i;
       if (i % 20 == 0) {
-        EditedGraph read(catalogue());
+        EditedGraph read(loadedCatalogue());
         ASSERT_TRUE(read.load(after, QStringLiteral("g.kelvarin")))
             << qPrintable(read.faults().front().text());
         ASSERT_EQ(meaningOf(read).join(u'\n').toStdString(),

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include <QRegularExpression>
 #include <QSet>
 
 #include "host/contract/attribute_table.h"
@@ -94,6 +95,25 @@ InlineTable::InlineTable(XMLNode node, GlobalParameters* parameters) : Described
       readRow(child);
     }
   }
+}
+
+// It has no input.
+ColumnFate InlineTable::followColumn(const QString&, const QString&) {
+  return ColumnFate::ends;
+}
+
+bool InlineTable::renameMadeColumn(const QString& oldName, const QString& newName) {
+  const auto made = std::ranges::find(m_columns, oldName, &Column::name);
+  if (made == m_columns.end()) {
+    return false;
+  }
+  made->name = newName;
+  const QRegularExpression entry(QStringLiteral("(?:^|,\\s*)(%1)\\s+[09AZ]\\s*(?:,|$)")
+                                     .arg(QRegularExpression::escape(oldName)));
+  if (const QRegularExpressionMatch match = entry.match(m_sortedOn); match.hasMatch()) {
+    m_sortedOn.replace(match.capturedStart(1), match.capturedLength(1), newName);
+  }
+  return true;
 }
 
 void InlineTable::readRow(const XMLNode& node) {
