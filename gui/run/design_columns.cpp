@@ -6,6 +6,7 @@
 
 #include "gui/run/downstream.h"
 #include "gui/run/run_thread.h"
+#include "gui/services/posted_calls.h"
 #include "host/engine/branch_copy.h"
 
 namespace kelvarin {
@@ -55,6 +56,7 @@ class DesignColumns::Parts {
   QHash<ActionId, std::vector<PinColumns>> m_columns;
   std::vector<ActionId> m_ids;  // in the order of the copy that is checked
   bool m_isOutdated = false;    // the graph has changed since its check began
+  PostedCalls m_posted;
   std::unique_ptr<RunThread> m_thread;
 };
 
@@ -99,9 +101,7 @@ void DesignColumns::Parts::startCheck() {
        catalogue = &graph.catalogue()](RunRecord& record) {
         Checked checked{version, false, checkSnapshot(snapshot, *catalogue, record)};
         checked.isComplete = record.status.load() != GlobalParameters::RunningState::stoppedByUser;
-        QMetaObject::invokeMethod(
-            &m_owner, [this, checked = std::move(checked)] { take(checked); },
-            Qt::QueuedConnection);
+        m_posted.post([this, checked = std::move(checked)] { take(checked); });
       });
 }
 

@@ -6,6 +6,7 @@
 #include "gui/run/action_states.h"
 #include "gui/run/run_thread.h"
 #include "gui/run/stale_actions.h"
+#include "gui/services/posted_calls.h"
 #include "host/contract/host_session.h"
 #include "host/contract/log_details.h"
 #include "host/engine/branch_copy.h"
@@ -60,7 +61,7 @@ class GraphRun::Parts {
  private:
   void report(const RunProgress& progress);
   void takeProgress();
-  void end(RunResult ended);
+  void end(const RunResult& ended);
   void setStates(std::vector<ActionState> ofActions);
   void updateStaleness();
   void noteLink(LinkId id);
@@ -81,6 +82,7 @@ class GraphRun::Parts {
   std::mutex m_mutex;                      // guards the two below
   RunProgress m_progress;
   bool m_isProgressPosted = false;
+  PostedCalls m_posted;
   std::unique_ptr<RunThread> m_thread;  // uses all of the above; null while nothing runs
 };
 
@@ -142,9 +144,7 @@ bool GraphRun::Parts::start(std::vector<ActionId> ids, const QByteArray& documen
                   catalogue = &graph.catalogue()](RunRecord& record) {
         RunResult ended = runSnapshot(snapshot, isWhole, *catalogue, record, options);
         ended.state = record.status;
-        QMetaObject::invokeMethod(
-            &m_owner, [this, ended = std::move(ended)]() mutable { end(std::move(ended)); },
-            Qt::QueuedConnection);
+        m_posted.post([this, ended = std::move(ended)] { end(ended); });
       });
   emit m_owner.started();
   emit m_owner.statesChanged();
@@ -162,7 +162,7 @@ void GraphRun::Parts::report(const RunProgress& progress) {
   const std::lock_guard lock(m_mutex);
   m_progress = progress;
   if (!std::exchange(m_isProgressPosted, true)) {
-    QMetaObject::invokeMethod(&m_owner, [this] { takeProgress(); }, Qt::QueuedConnection);
+    m_posted.post([this] { takeProgress(); });
   }
 }
 
@@ -178,14 +178,14 @@ void GraphRun::Parts::takeProgress() {
   }
 }
 
-void GraphRun::Parts::end(RunResult ended) {
+void GraphRun::Parts::end(const RunResult& ended) {
   m_thread.reset();  // its work is done
   if (ended.actions.empty()) {
     states.clear();  // it was refused and has run nothing
   }
   if (!m_ids.empty()) {  // else another graph has been loaded meanwhile
     setStates(statesOf(ended));
-    result = std::make_unique<RunResult>(std::move(ended));
+    result = std::make_unique<RunResult>(ended);
   }
   emit m_owner.statesChanged();
   emit m_owner.ended();

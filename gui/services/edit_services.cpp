@@ -31,7 +31,7 @@ void EditServices::logDetailed(LogLevel level, const QString& text, const Action
   m_waiting.push_back(
       {level, action == nullptr ? QString() : action->name(), text, details, QTime::currentTime()});
   if (m_waiting.size() == 1) {
-    QMetaObject::invokeMethod(this, [this] { passLog(); }, Qt::QueuedConnection);
+    m_posted.post([this] { passLog(); });
   }
 }
 
@@ -53,9 +53,7 @@ void EditServices::passLog() {
 }
 
 void EditServices::backendsChosen(const ActionItem& action, const QStringList& labels) {
-  QMetaObject::invokeMethod(
-      this, [this, name = action.name(), labels] { emit backendsKnown(name, labels); },
-      Qt::QueuedConnection);
+  m_posted.post([this, name = action.name(), labels] { emit backendsKnown(name, labels); });
 }
 
 void EditServices::documentWasModified() {

@@ -15,6 +15,7 @@
 
 #include "gui/document/edited_graph.h"
 #include "gui/services/log_entry.h"
+#include "gui/services/posted_calls.h"
 #include "host/contract/host_services.h"
 #include "host/engine/input_columns_cache.h"
 
@@ -63,6 +64,7 @@ class EditServices final : public QObject, public HostServices {
   InputColumnsCache m_columns;
   KnownColumns m_knownColumns;
   std::atomic<GlobalUserMode> m_userMode{GlobalUserMode::expert};
+  PostedCalls m_posted;
   std::mutex m_mutex;  // guards what follows
   std::vector<LogEntry> m_waiting;
   long long m_lostCount = 0;  // lines that came faster than they can be shown

@@ -48,7 +48,7 @@ TEST(GraphRun, CountsRowsAndTimesActionsWhileItGoesOn) {
           "s w");
   t.seen.onSourceRow = [](long long) {
     volatile double work = 1.0;
-    for (int i = 0; i < 200; ++i) {
+    for (int i = 0; i < 2000; ++i) {
       work = work * 1.5;
     }
   };
