@@ -121,13 +121,6 @@ void ReadColumnarGel::setColumnsToRead(QStringList columns) {
 char ReadColumnarGel::init() {
   ActionItem::init();
   m_block = nullptr;
-  if (HostServices* services = hostServices();
-      services != nullptr && m_read != nullptr && mustComputeFull()) {
-    ActionReport report;
-    report.blocksRead = m_read->blocksRead();
-    report.blocksSkipped = m_read->blocksSkipped();
-    services->actionReported(*this, report);
-  }
   m_read.reset();
   m_names.giveBack();
   warnOfIdleSettings();
@@ -169,6 +162,13 @@ void ReadColumnarGel::warnOfIdleSettings() const {
 }
 
 char ReadColumnarGel::close() {
+  if (HostServices* services = hostServices();
+      services != nullptr && m_read != nullptr && mustComputeFull()) {
+    ActionReport report;
+    report.blocksRead = m_read->blocksRead();
+    report.blocksSkipped = m_read->blocksSkipped();
+    services->actionReported(*this, report);
+  }
   m_block = nullptr;
   m_read.reset();
   m_names.giveBack();

@@ -44,9 +44,11 @@ QString programFile() {
 }
 
 LayoutGraph layoutGraphOf(const EditedGraph& graph, const QList<ActionId>& actions,
-                          const QHash<ActionId, QSizeF>& sizes) {
+                          const QHash<ActionId, QSizeF>& sizes, const PinSpacing& pins) {
   const QSet<ActionId> wanted(actions.cbegin(), actions.cend());
   LayoutGraph layout;
+  layout.firstPin = pins.first;
+  layout.pinStep = pins.step;
   for (const ActionId id : actions) {
     const QSizeF size = sizes.value(id);
     layout.boxes.push_back(
@@ -113,7 +115,7 @@ void Arrangement::cancel() {
 }
 
 void Arrangement::start(const EditedGraph& graph, const QSet<ActionId>& actions,
-                        const QHash<ActionId, QSizeF>& sizes) {
+                        const QHash<ActionId, QSizeF>& sizes, const PinSpacing& pins) {
   cancel();
   QList<ActionId> wanted;
   m_parts->others.clear();
@@ -138,7 +140,7 @@ void Arrangement::start(const EditedGraph& graph, const QSet<ActionId>& actions,
     return;
   }
   std::ostringstream text;
-  write(text, layoutGraphOf(graph, wanted, sizes));
+  write(text, layoutGraphOf(graph, wanted, sizes, pins));
   run(QByteArray::fromStdString(text.str()));
 }
 

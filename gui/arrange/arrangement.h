@@ -28,7 +28,7 @@ class Arrangement : public QObject {
   // Of `actions`, or of all where it is empty; those around them stay where they are. An earlier
   // request is given up. `sizes` are the boxes' on the canvas.
   void start(const EditedGraph& graph, const QSet<ActionId>& actions,
-             const QHash<ActionId, QSizeF>& sizes);
+             const QHash<ActionId, QSizeF>& sizes, const PinSpacing& pins = {});
   void cancel();
   bool isRunning() const;
   // Another one than that beside the libraries.

@@ -1,6 +1,7 @@
 #include "gui/arrange/layered_layout.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 #include <string>
 #include <unordered_map>
@@ -12,7 +13,7 @@ namespace kelvarin {
 namespace {
 
 constexpr double kPointsPerInch = 72.0;
-constexpr double kBetweenLayers = 88.0;  // enough for the number of rows on a link
+constexpr double kBetweenLayers = 0.58;  // of a box's width: enough for the count on a link
 constexpr double kBetweenBoxes = 32.0;
 constexpr double kBetweenParts = 56.0;
 constexpr double kMinimumWidth = 1'200.0;  // of rows of single boxes
@@ -47,69 +48,75 @@ std::vector<std::vector<int>> partsOf(const LayoutGraph& graph,
   return parts;
 }
 
-char* text(const char* constant) {
-  return const_cast<char*>(constant);  // Graphviz copies it
-}
-
-void set(void* object, const char* name, const std::string& value) {
-  agsafeset(object, text(name), text(value.c_str()), text(""));
-}
-
 std::string inches(double pixels) {
   return std::to_string(pixels / kPointsPerInch);
 }
 
-std::string ports(char side, int count) {
-  std::string fields;
-  for (int pin = 0; pin < count; ++pin) {
-    fields += (pin == 0 ? "<" : "|<") + std::string(1, side) + std::to_string(pin) + ">";
+std::string cell(const std::string& attributes, double width, double height) {
+  return "<td " + attributes + " fixedsize='true' width='" + std::to_string(std::lround(width)) +
+         "' height='" + std::to_string(std::lround(height)) + "'></td>";
+}
+
+// A table with a row for each pin, so that links begin and end where the canvas has the pins.
+std::string tableOf(const LayoutGraph& graph, const LayoutBox& box) {
+  const int pins = std::max({box.pinsIn, box.pinsOut, 1});
+  const double above = std::max(graph.firstPin - graph.pinStep / 2, 0.0);
+  const double below = std::max(box.height - above - pins * graph.pinStep, 0.0);
+  std::string table = "<table border='0' cellborder='0' cellspacing='0' cellpadding='0'><tr>" +
+                      cell("colspan='2'", box.width, above) + "</tr>";
+  for (int pin = 0; pin < pins; ++pin) {
+    const std::string number = std::to_string(pin);
+    table += "<tr>" + cell("port='i" + number + "'", box.width / 2, graph.pinStep) +
+             cell("port='o" + number + "'", box.width / 2, graph.pinStep) + "</tr>";
   }
-  return fields;
+  return table + "<tr>" + cell("colspan='2'", box.width, below) + "</tr></table>";
 }
 
 // One Graphviz graph of boxes that are linked with one another.
 class PartLayout {
  public:
-  explicit PartLayout(GVC_t* context)
-      : m_context(context), m_drawn(agopen(text("part"), Agdirected, nullptr)) {
-    agattr(m_drawn, AGRAPH, text("rankdir"), text("LR"));
-    agattr(m_drawn, AGRAPH, text("ranksep"), text(inches(kBetweenLayers).c_str()));
-    agattr(m_drawn, AGRAPH, text("nodesep"), text(inches(kBetweenBoxes).c_str()));
+  PartLayout(GVC_t* context, const LayoutGraph& graph) : m_context(context), m_graph(graph) {
+    double width = 0.0;
+    for (const LayoutBox& box : graph.boxes) {
+      width = std::max(width, box.width);
+    }
     // Only positions are wanted, and routing takes most of the time.
-    agattr(m_drawn, AGRAPH, text("splines"), text("false"));
+    m_text = "digraph part { rankdir=LR; splines=false; ranksep=" + inches(kBetweenLayers * width) +
+             "; nodesep=" + inches(kBetweenBoxes) + "; node [shape=plain];\n";
   }
   ~PartLayout() {
-    gvFreeLayout(m_context, m_drawn);
-    agclose(m_drawn);
+    if (m_drawn != nullptr) {
+      gvFreeLayout(m_context, m_drawn);
+      agclose(m_drawn);
+    }
   }
   PartLayout(const PartLayout&) = delete;
   PartLayout& operator=(const PartLayout&) = delete;
 
   void addBox(const LayoutBox& box) {
-    Agnode_t* node = agnode(m_drawn, text(std::to_string(box.id).c_str()), 1);
-    set(node, "shape", "record");
-    set(node, "fixedsize", "true");
-    set(node, "width", inches(box.width));
-    set(node, "height", inches(box.height));
-    set(node, "label", "{{" + ports('i', box.pinsIn) + "}|{" + ports('o', box.pinsOut) + "}}");
-    m_nodes.emplace(box.id, node);
+    m_text += std::to_string(box.id) + " [label=<" + tableOf(m_graph, box) + ">];\n";
   }
   void addLink(const LayoutLink& link) {
-    Agedge_t* edge = agedge(m_drawn, m_nodes.at(link.from), m_nodes.at(link.to), nullptr, 1);
-    set(edge, "tailport", "o" + std::to_string(link.fromPin));
-    set(edge, "headport", "i" + std::to_string(link.toPin));
+    m_text += std::to_string(link.from) + ":o" + std::to_string(link.fromPin) + ":e -> " +
+              std::to_string(link.to) + ":i" + std::to_string(link.toPin) + ":w;\n";
   }
-  bool compute() { return gvLayout(m_context, m_drawn, "dot") == 0; }
+  bool compute() {
+    m_text += "}";
+    m_drawn = agmemread(m_text.c_str());
+    return m_drawn != nullptr && gvLayout(m_context, m_drawn, "dot") == 0;
+  }
   // The top left corner; Graphviz counts upwards and from the centre.
   LayoutPosition positionOf(const LayoutBox& box) const {
-    const pointf centre = ND_coord(m_nodes.at(box.id));
+    std::string name = std::to_string(box.id);
+    const pointf centre = ND_coord(agnode(m_drawn, name.data(), 0));
     return {box.id, centre.x - box.width / 2, -centre.y - box.height / 2};
   }
 
  private:
   GVC_t* m_context;
-  Agraph_t* m_drawn;
-  std::unordered_map<int, Agnode_t*> m_nodes;
+  const LayoutGraph& m_graph;
+  std::string m_text;
+  Agraph_t* m_drawn = nullptr;
 };
 
 // Puts the layouts of the parts below one another.
@@ -174,7 +181,7 @@ std::vector<WholeLayout::Links> WholeLayout::linksOf(
 }
 
 bool WholeLayout::addPart(const std::vector<int>& part, const Links& links) {
-  PartLayout layout(m_context);
+  PartLayout layout(m_context, m_graph);
   for (const int index : part) {
     layout.addBox(box(index));
   }

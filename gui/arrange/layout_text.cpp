@@ -8,6 +8,7 @@
 namespace kelvarin {
 
 void write(std::ostream& out, const LayoutGraph& graph) {
+  out << "pins " << graph.firstPin << ' ' << graph.pinStep << '\n';
   for (const LayoutBox& box : graph.boxes) {
     out << "box " << box.id << ' ' << box.width << ' ' << box.height << ' ' << box.pinsIn << ' '
         << box.pinsOut << '\n';
@@ -22,7 +23,11 @@ bool read(std::istream& in, LayoutGraph& graph) {
   std::unordered_set<int> ids;
   std::string kind;
   while (in >> kind) {
-    if (kind == "box") {
+    if (kind == "pins") {
+      if (!(in >> graph.firstPin >> graph.pinStep)) {
+        return false;
+      }
+    } else if (kind == "box") {
       LayoutBox box;
       if (!(in >> box.id >> box.width >> box.height >> box.pinsIn >> box.pinsOut) ||
           !ids.insert(box.id).second) {

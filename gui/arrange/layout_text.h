@@ -1,9 +1,14 @@
 // What Arrangement and the program kelvarin-arrange say to each other: a line for each box and link
 // one way, a line for each position the other way.
 //
-//   box ID WIDTH HEIGHT PINS_IN PINS_OUT     link FROM PIN TO PIN     position ID X Y
+//   pins FIRST STEP
+//   box ID WIDTH HEIGHT PINS_IN PINS_OUT
+//   link FROM PIN TO PIN
 //
-// Lengths are logical pixels, positions are top left corners. `box` lines come first.
+//   position ID X Y
+//
+// `pins` says how far below the top of a box its first pin is, and the next one below that; links
+// come after their boxes. Lengths are logical pixels, positions those of top left corners.
 // Threads: values only.
 #pragma once
 
@@ -34,6 +39,8 @@ struct LayoutPosition {
 };
 
 struct LayoutGraph {
+  double firstPin = 22.0;
+  double pinStep = 24.0;
   std::vector<LayoutBox> boxes;
   std::vector<LayoutLink> links;
 };

@@ -18,6 +18,7 @@ constexpr double kPinRadius = 5.0;
 constexpr double kLitPinRadius = 7.5;
 constexpr double kMargin = 12.0;  // for pins, marks and the outline of what is selected
 constexpr double kPinNameGap = 8.0;
+constexpr double kMarkGap = 4.0;
 // Below these scales there is no use in drawing texts, or anything but the outline.
 constexpr double kTextScale = 0.5;
 constexpr double kNameScale = 0.24;
@@ -77,8 +78,8 @@ void ActionBox::cutTexts() {
   const CanvasMetrics& metrics = m_scene.metrics();
   m_nameLines = wrappedLines(m_name, metrics.nameFont(), metrics.nameArea().width(), 2);
   m_shownType = shortenedLine(m_typeName, metrics.textFont(), metrics.typeArea().width());
-  const double statusWidth =
-      metrics.statusArea(m_size).width() - metrics.lineHeight() - kPinNameGap / 2;
+  const double marks = (m_state.hasWarning ? 2 : 1) * (metrics.lineHeight() + kMarkGap);
+  const double statusWidth = metrics.statusArea(m_size).width() - marks;
   m_shownStatus = shortenedLine(m_heat.text.isEmpty() ? m_status.text : m_heat.text,
                                 metrics.textFont(), statusWidth);
   m_hasTexts = true;
@@ -180,7 +181,7 @@ QColor ActionBox::fill() const {
 QPen ActionBox::outline(double scale) const {
   const CanvasColors& colors = m_scene.colors();
   const double width = std::max(1.0, 1.0 / scale);
-  if (m_isSelected) {
+  if (m_isSelected && !m_scene.isPlain()) {
     return {colors.accent, 2.5 * width};
   }
   if (!m_canRun) {
@@ -208,7 +209,7 @@ void ActionBox::paintSmall(QPainter& painter, double scale) const {
 void ActionBox::paintBody(QPainter& painter, double scale) const {
   const CanvasColors& colors = m_scene.colors();
   const QRectF body(QPointF(), m_size);
-  if (m_hasFocusMark) {
+  if (m_hasFocusMark && !m_scene.isPlain()) {
     painter.setPen(QPen(colors.text, 1.0 / std::min(scale, 1.0), Qt::DotLine));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(body.adjusted(-5, -5, 5, 5), kCorner + 4, kCorner + 4);
@@ -274,11 +275,7 @@ void ActionBox::paintStatus(QPainter& painter) const {
   const CanvasMetrics& metrics = m_scene.metrics();
   const CanvasColors& colors = m_scene.colors();
   if (m_state.hasWarning) {
-    const QRectF area = metrics.markArea();
-    painter.setPen(QPen(colors.border, 1));
-    painter.setBrush(colors.box);
-    painter.drawEllipse(area);
-    drawStateMark(painter, area.marginsRemoved({3, 2, 3, 4}), StateMark::warning, colors.warning);
+    drawStateMark(painter, metrics.warningArea(m_size), StateMark::warning, colors.warning);
   }
   if (m_status.mark == StateMark::none) {
     return;
@@ -289,7 +286,7 @@ void ActionBox::paintStatus(QPainter& painter) const {
   drawStateMark(painter, {area.left(), area.top() + 1.5, markSize, markSize}, m_status.mark,
                 isFault ? colors.error : colors.ofState(m_state.kind), m_state.fractionDone);
   painter.setPen(isFault ? colors.error : m_isDisabled ? colors.faintText : colors.text);
-  painter.drawText(area.adjusted(metrics.lineHeight() + kPinNameGap / 2, 0, kPinNameGap, 0),
+  painter.drawText(area.adjusted(metrics.lineHeight() + kMarkGap, 0, 0, 0),
                    Qt::AlignLeft | Qt::AlignVCenter, m_shownStatus);
 }
 

@@ -17,33 +17,20 @@ namespace {
 constexpr double kMargin = 24.0;
 constexpr double kMaximumSide = 16'384.0;  // pixels of an image; larger ones fail in many programs
 
-// While it lives nothing is marked that is no part of the graph.
-class Unmarked {
- public:
-  explicit Unmarked(CanvasScene& scene) : m_scene(scene), m_selection(scene.selection()) {
-    m_scene.blockSignals(true);
-    m_scene.setSelection({});
-  }
-  ~Unmarked() {
-    m_scene.setSelection(m_selection);
-    m_scene.blockSignals(false);
-  }
-  Unmarked(const Unmarked&) = delete;
-  Unmarked& operator=(const Unmarked&) = delete;
-
- private:
-  CanvasScene& m_scene;
-  const GraphSelection m_selection;
-};
-
 QRectF areaOf(const CanvasScene& scene) {
   return scene.contentArea().adjusted(-kMargin, -kMargin, kMargin, kMargin);
+}
+
+void drawPlain(CanvasScene& scene, QPainter& painter, const QRectF& target, const QRectF& area) {
+  painter.fillRect(target, scene.colors().background);
+  scene.setPlain(true);
+  scene.render(&painter, target, area);
+  scene.setPlain(false);
 }
 
 }  // namespace
 
 QByteArray CanvasView::asSvg() const {
-  const Unmarked unmarked(*m_scene);
   const QRectF area = areaOf(*m_scene);
   QBuffer buffer;
   QSvgGenerator generator;
@@ -54,14 +41,12 @@ QByteArray CanvasView::asSvg() const {
   generator.setViewBox(QRectF(QPointF(), area.size()));
   generator.setTitle(tr("Graph"));
   QPainter painter(&generator);
-  painter.fillRect(QRectF(QPointF(), area.size()), m_scene->colors().background);
-  m_scene->render(&painter, QRectF(QPointF(), area.size()), area);
+  drawPlain(*m_scene, painter, QRectF(QPointF(), area.size()), area);
   painter.end();
   return buffer.data();
 }
 
 QImage CanvasView::asImage(double scale) const {
-  const Unmarked unmarked(*m_scene);
   const QRectF area = areaOf(*m_scene);
   const double side = std::max(area.width(), area.height());
   const double used = std::min(scale, kMaximumSide / side);
@@ -74,7 +59,7 @@ QImage CanvasView::asImage(double scale) const {
   image.fill(m_scene->colors().background);
   QPainter painter(&image);
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
-  m_scene->render(&painter, QRectF(QPointF(), QSizeF(size)), area);
+  drawPlain(*m_scene, painter, QRectF(QPointF(), QSizeF(size)), area);
   painter.end();
   return image;
 }

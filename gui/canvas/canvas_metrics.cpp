@@ -62,9 +62,9 @@ QRectF CanvasMetrics::statusArea(const QSizeF& box) const {
   return {left, box.height() - kPadding - m_lineHeight, m_width - left - kPadding, m_lineHeight};
 }
 
-QRectF CanvasMetrics::markArea() const {
-  const double size = m_lineHeight + 4;
-  return {m_width - size + 6, -size / 2 + 2, size, size};
+QRectF CanvasMetrics::warningArea(const QSizeF& box) const {
+  const QRectF status = statusArea(box);
+  return {status.right() - m_lineHeight, status.top(), m_lineHeight, m_lineHeight};
 }
 
 QPointF snappedToGrid(QPointF point) {

@@ -33,8 +33,8 @@ class CanvasMetrics {
   QRectF nameArea() const;
   QRectF typeArea() const;
   QRectF statusArea(const QSizeF& box) const;
-  // Where a warning is marked.
-  QRectF markArea() const;
+  // At the end of the line of the status: where a warning is marked.
+  QRectF warningArea(const QSizeF& box) const;
 
  private:
   QFont m_textFont;

@@ -81,6 +81,10 @@ class CanvasScene : public QGraphicsScene {
   const PinRef& litPin() const { return m_litPin; }
   void setLitLink(LinkId link);
 
+  // While it is drawn for a document: nothing is marked that is no part of the graph.
+  bool isPlain() const { return m_isPlain; }
+  void setPlain(bool isPlain) { m_isPlain = isPlain; }
+
  signals:
   void selectionEdited();
   // Something came, went or moved.
@@ -116,6 +120,7 @@ class CanvasScene : public QGraphicsScene {
   std::function<bool(const PinRef&)> m_pinFilter;
   PinRef m_litPin;
   LinkId m_litLink = kNoId;
+  bool m_isPlain = false;
 };
 
 }  // namespace kelvarin

@@ -13,7 +13,6 @@
 #include "gui/canvas/canvas_press.h"
 #include "gui/canvas/direct_editor.h"
 #include "gui/canvas/link_curve.h"
-#include "gui/canvas/minimap.h"
 #include "gui/canvas/note_box.h"
 #include "host/widgets/theme.h"
 
@@ -31,8 +30,7 @@ CanvasView::CanvasView(GraphCommands& commands, Theme& theme, QWidget* parent)
     : QGraphicsView(parent),
       m_commands(commands),
       m_scene(new CanvasScene(commands.graph(), this)),
-      m_directEditor(new DirectEditor(*this, commands)),
-      m_minimap(nullptr) {
+      m_directEditor(new DirectEditor(*this, commands)) {
   installCanvasAccessibility();
   setObjectName(QStringLiteral("canvas"));
   setAccessibleName(tr("Canvas"));
@@ -57,7 +55,6 @@ CanvasView::CanvasView(GraphCommands& commands, Theme& theme, QWidget* parent)
   connect(&theme, &Theme::changed, this, [this] { m_scene->setLook(palette(), font()); });
   connectScene();
   m_scene->setLook(palette(), font());
-  m_minimap = new Minimap(*this);
   updateReach();
 }
 
@@ -127,6 +124,12 @@ QHash<ActionId, QSizeF> CanvasView::boxSizes() const {
     sizes.insert(box->id(), box->body().size());
   }
   return sizes;
+}
+
+PinSpacing CanvasView::pinSpacing() const {
+  const CanvasMetrics& metrics = m_scene->metrics();
+  const double first = metrics.pinOffset(0, false).y();
+  return {first, metrics.pinOffset(1, false).y() - first};
 }
 
 // ---- What is seen.

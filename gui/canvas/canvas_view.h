@@ -3,8 +3,8 @@
 //
 // It acts on every key that no shortcut of the window takes: arrows walk along links and among
 // siblings (Shift selects on the way, Ctrl moves what is selected), Alt and an arrow go to a link,
-// Tab walks in the order of reading and leaves the canvas at the end, Ctrl+L draws a link. All changes are commands of
-// GraphCommands, and it shows what EditedGraph signals.
+// Tab walks in the order of reading and leaves the canvas at the end, Ctrl+L draws a link. All
+// changes are commands of GraphCommands, and it shows what EditedGraph signals.
 // Threads: the user-interface thread.
 #pragma once
 
@@ -22,7 +22,6 @@ namespace kelvarin {
 class CanvasGesture;
 class CanvasScene;
 class DirectEditor;
-class Minimap;
 class Theme;
 
 // What a user sees again after closing and opening a graph.
@@ -52,6 +51,7 @@ class CanvasView : public QGraphicsView {
   QRectF seenArea() const;
   // Of every box, for layouts.
   QHash<ActionId, QSizeF> boxSizes() const;
+  PinSpacing pinSpacing() const;
   // Where quick add and paste go when nobody points at anything.
   QPointF pointOfInterest() const;
 
@@ -171,7 +171,6 @@ class CanvasView : public QGraphicsView {
   GraphCommands& m_commands;
   CanvasScene* m_scene;
   DirectEditor* m_directEditor;
-  Minimap* m_minimap;
   std::unique_ptr<Press> m_press;
   std::unique_ptr<CanvasGesture> m_gesture;
   std::optional<LinkByKeys> m_linkByKeys;

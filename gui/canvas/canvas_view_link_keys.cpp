@@ -1,5 +1,5 @@
 // Links are drawn without a mouse, too: Ctrl+L begins at the selected action, Tab and the arrows go
-// from one pin that can take the link to the next, Enter links, Esc gives up.
+// from one pin that can take the link to the next, Enter links, Esc cancels.
 #include <algorithm>
 #include <cmath>
 
@@ -69,7 +69,7 @@ void CanvasView::showLinkByKeys(int step) {
   const ActionBox* box = m_scene->box(target.action);
   showArea(box->body());
   m_gesture->moveTo(box->pinPosition(target.pin, false), {});
-  emit hint(tr("Link from %1 to %2: Enter links, Tab goes to the next pin, Esc gives up.")
+  emit hint(tr("Link from %1 to %2: Enter links, Tab goes to the next pin, Esc cancels.")
                 .arg(pinText(graph(), link.start), pinText(graph(), target)));
 }
 
@@ -97,7 +97,7 @@ void CanvasView::actOnLinkKey(const QKeyEvent& event) {
       drawLinkByKeys();
       return;
     default:
-      return;
+      break;
   }
 }
 

@@ -83,7 +83,7 @@ void DirectEditor::follow() {
   if (const ActionBox* box = scene.box(m_action)) {
     QRect area = onViewport(m_view, scene.metrics().nameArea().translated(box->pos()));
     const int width = std::max(area.width() + 8, kMinimumNameWidth);
-    const int height = m_field->sizeHint().height();
+    const int height = std::max(m_field->sizeHint().height(), area.height() + 2);
     m_field->setGeometry(area.left() - 4, area.center().y() - height / 2, width, height);
   } else if (const NoteBox* note = scene.note(m_note)) {
     m_field->setGeometry(onViewport(m_view, note->textArea()).adjusted(-4, -4, 4, 4));

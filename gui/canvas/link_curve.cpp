@@ -17,7 +17,12 @@ namespace {
 
 constexpr double kStubLength = 56.0;  // of a link whose other end does not exist
 constexpr double kMaximumReach = 160.0;
-constexpr int kPointCount = 33;
+constexpr int kMinimumPoints = 17;
+constexpr int kMaximumPoints = 33;
+constexpr double kLineLength = 12.0;  // of the lines that a curve is made of
+constexpr double kCurveScale = 1.25;  // above it, the lines could be seen
+constexpr double kNearScale = 0.7;    // short curves are smooth above it
+constexpr double kShortLength = 400.0;
 constexpr double kSmoothScale = 0.4;
 constexpr double kLabelScale = 0.5;
 constexpr double kWidth = 2.0;
@@ -88,11 +93,9 @@ class LinkCurve::RowsLabel final : public QGraphicsItem {
     if (scale < kLabelScale || m_scene.pinFilter()) {
       return;
     }
-    QColor background = m_scene.colors().background;
-    background.setAlpha(220);
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(Qt::NoPen);
-    painter->setBrush(background);
+    painter->setBrush(m_scene.colors().background);
     painter->drawRoundedRect(m_area, 4, 4);
     painter->setRenderHint(QPainter::Antialiasing, false);
     painter->setPen(m_scene.colors().text);
@@ -140,11 +143,16 @@ void LinkCurve::follow() {
   const QPointF to = below != nullptr ? below->pinPosition(m_link.toPin, false)
                                       : above->pinPosition(m_link.fromPin, true) + stub;
   m_path = curveBetween(from, to);
-  m_points.reserve(kPointCount);
-  for (int i = 0; i < kPointCount; ++i) {
-    m_points.append(pointOfCurve(m_path, i / (kPointCount - 1.0)));
+  m_middle = pointOfCurve(m_path, 0.5);
+  const double distance = std::hypot(to.x() - from.x(), to.y() - from.y());
+  const int count =
+      from.y() == to.y() && from.x() <= to.x()
+          ? 2
+          : std::clamp(static_cast<int>(distance / kLineLength), kMinimumPoints, kMaximumPoints);
+  m_points.reserve(count);
+  for (int i = 0; i < count; ++i) {
+    m_points.append(pointOfCurve(m_path, i / (count - 1.0)));
   }
-  m_middle = m_points[kPointCount / 2];
   const double margin = kMarkSize / 2 + 2;
   m_bounds = m_path.controlPointRect().adjusted(-margin, -margin, margin, margin);
   setRows(m_rows, m_heat);
@@ -199,7 +207,7 @@ double LinkCurve::width() const {
 QPen LinkCurve::pen(double scale) const {
   const CanvasColors& colors = m_scene.colors();
   const bool isBroken = !m_link.whyBroken.isEmpty();
-  const bool standsOut = m_isSelected || m_isLit;
+  const bool standsOut = (m_isSelected || m_isLit) && !m_scene.isPlain();
   const QColor color = standsOut  ? colors.accent
                        : isBroken ? colors.error
                        : m_heat < 0
@@ -213,9 +221,9 @@ QPen LinkCurve::pen(double scale) const {
   return {color, width(), isBroken ? Qt::DashLine : Qt::SolidLine, Qt::FlatCap};
 }
 
-// Line by line, and only those that are seen: a stroked curve takes ten times as long.
+// Line by line, and only those that are seen: a long stroked curve takes ten times as long.
 void LinkCurve::paintLines(QPainter& painter, const QRectF& seen) const {
-  QVarLengthArray<QLineF, kPointCount> lines;
+  QVarLengthArray<QLineF, kMaximumPoints> lines;
   for (qsizetype i = 1; i < m_points.size(); ++i) {
     const QLineF line(m_points[i - 1], m_points[i]);
     const QRectF area = QRectF(line.p1(), line.p2()).normalized().adjusted(-8, -8, 8, 8);
@@ -233,11 +241,16 @@ void LinkCurve::paint(QPainter* painter, const QStyleOptionGraphicsItem* option,
   painter->setPen(pen(scale));
   painter->setBrush(Qt::NoBrush);
   painter->setRenderHint(QPainter::Antialiasing, scale >= kSmoothScale);
-  if (isBroken && scale >= kSmoothScale) {
+  const bool isShort = m_bounds.width() + m_bounds.height() < kShortLength;
+  const bool isSmooth = scale > kCurveScale || m_scene.isPlain() ||
+                        (isShort && scale >= kNearScale) || (isBroken && scale >= kSmoothScale);
+  if (isSmooth) {
     painter->drawPath(m_path);
-    paintBrokenMark(*painter);
   } else {
     paintLines(*painter, option->exposedRect);
+  }
+  if (isBroken && scale >= kSmoothScale) {
+    paintBrokenMark(*painter);
   }
   painter->setRenderHint(QPainter::Antialiasing, false);
 }

@@ -1,7 +1,7 @@
 // A small picture of the whole canvas with the part that is seen, to move about in graphs of more
 // than 50 actions.
 //
-// Made by canvas_view.h, in its corner.
+// Used by: windows with a canvas, in whose corner it lies.
 // Threads: the user-interface thread.
 #pragma once
 

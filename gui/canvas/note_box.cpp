@@ -71,17 +71,19 @@ void NoteBox::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*
       QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
   const QColor ink = textColorOn(m_color);
   const double line = std::max(1.0, 1.0 / scale);
-  painter->setPen(m_isSelected ? QPen(m_scene.colors().accent, 2.5 * line)
-                               : QPen(mixed(m_color, ink, 0.25), line));
+  painter->setPen(m_isSelected && !m_scene.isPlain() ? QPen(m_scene.colors().accent, 2.5 * line)
+                                                     : QPen(mixed(m_color, ink, 0.25), line));
   painter->setBrush(m_color);
   painter->drawRect(QRectF(QPointF(), m_size));
   if (scale < kTextScale) {
     return;
   }
-  painter->setPen(QPen(mixed(m_color, ink, 0.45), 1));
-  const QPointF end(m_size.width() - 3, m_size.height() - 3);
-  for (const double length : {4.0, 8.0}) {
-    painter->drawLine(end - QPointF(length, 0), end - QPointF(0, length));
+  if (!m_scene.isPlain()) {
+    painter->setPen(QPen(mixed(m_color, ink, 0.45), 1));
+    const QPointF end(m_size.width() - 3, m_size.height() - 3);
+    for (const double length : {4.0, 8.0}) {
+      painter->drawLine(end - QPointF(length, 0), end - QPointF(0, length));
+    }
   }
   if (m_showsText) {
     painter->setFont(m_scene.metrics().textFont());

@@ -60,6 +60,12 @@ struct GraphSelection {
   bool operator==(const GraphSelection&) const = default;
 };
 
+// Where the pins of boxes are, below their top edges, for layouts that make links straight.
+struct PinSpacing {
+  double first = 22.0;
+  double step = 24.0;
+};
+
 // Where an editor stood when it made a change, so that undo leads back to it.
 struct EditorPosition {
   QString page;   // the objectName of the page that was shown
@@ -68,5 +74,3 @@ struct EditorPosition {
 };
 
 }  // namespace kelvarin
-
-Q_DECLARE_METATYPE(kelvarin::EditorPosition)

@@ -1,4 +1,5 @@
-// The lines of the log as a table: level, action, time, text. The oldest ones go when there are too many.
+// The lines of the log as a table: level, action, time, text. The oldest ones go when there are too
+// many.
 //
 // Threads: the user-interface thread.
 #pragma once

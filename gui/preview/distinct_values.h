@@ -1,8 +1,8 @@
 // How many different values there are among those that were added, and which ones come most often.
 //
-// Values count as the same where their hashes of 64 bits are. Up to a bound all are counted; beyond it their number
-// is estimated (HyperLogLog, within some 2 %), and only values that may be frequent are kept, with
-// counts that are too low.
+// Values count as the same where their hashes of 64 bits are. Up to a bound all are counted; beyond
+// it their number is estimated (HyperLogLog, within some 2 %), and only values that may be frequent
+// are kept, with counts that are too low.
 // Used by: column_profile.cpp.
 #pragma once
 

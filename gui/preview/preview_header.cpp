@@ -62,6 +62,9 @@ PreviewHeader::PreviewHeader(QWidget* parent)
 }
 
 void PreviewHeader::setProfiles(ColumnProfiles* profiles) {
+  if (m_profiles == profiles) {
+    return;
+  }
   if (m_profiles != nullptr) {
     m_profiles->disconnect(this);
   }

@@ -216,6 +216,10 @@ void PreviewPanel::Parts::connectGraph() {
 
 void PreviewPanel::Parts::showPin(const PinRef& pin) {
   const bool isOther = m_pin != pin;
+  // Nobody waits for the rest of it any more.
+  if (isOther && m_pin && m_preview != nullptr && m_preview->state() == State::computing) {
+    m_cache.forget(*m_pin);
+  }
   m_pin = pin;
   if (isOther) {
     m_shown.reset();

@@ -53,6 +53,7 @@ PreviewTable::PreviewTable(BackgroundQueue& queue, QWidget* parent)
 PreviewTable::~PreviewTable() {
   stop(m_ordering);
   stop(m_copying);
+  stop(m_choosing);
   for (auto& work : m_exports) {
     stop(work);
   }

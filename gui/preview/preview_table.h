@@ -83,7 +83,7 @@ class PreviewTable : public QWidget {
   void addSortActions(QMenu& menu, int column);
   RowTextRequest selectedTexts() const;
   void copyTexts(RowTextRequest request);
-  std::vector<ChosenValues> chosenValues() const;
+  void keepRowsLikeChosen();
 
   void changeEvent(QEvent* event) override;
 
@@ -96,6 +96,7 @@ class PreviewTable : public QWidget {
   long long m_orderedRows = 0;  // of the order that is shown or being made
   std::shared_ptr<StopFlag> m_ordering;
   std::shared_ptr<StopFlag> m_copying;
+  std::shared_ptr<StopFlag> m_choosing;
   std::vector<std::shared_ptr<StopFlag>> m_exports;
   int m_sortColumn = -1;
   bool m_isDescending = false;

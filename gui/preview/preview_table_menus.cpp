@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <map>
 #include <set>
 #include <utility>
 
@@ -49,8 +50,8 @@ void PreviewTable::showCellMenu(const QPoint& position) {
   QAction* step =
       menu->addAction(tr("&Step to this row"), [this, row] { emit stepToRowWanted(row); });
   step->setEnabled(m_canStep);
-  QAction* keep = menu->addAction(tr("&Keep rows like this"),
-                                  [this] { emit keepRowsWanted(conditionFor(chosenValues())); });
+  QAction* keep =
+      menu->addAction(tr("&Keep rows like this"), this, &PreviewTable::keepRowsLikeChosen);
   keep->setEnabled(cellCount(m_view->selectionModel()->selection()) <= kChosenCells);
   menu->addAction(tr("&New column from this"), [this, column] { emit newColumnWanted(column); });
   menu->addAction(tr("&Rename column \u2026"), [this, column] { emit renameColumnWanted(column); });
@@ -198,25 +199,32 @@ void PreviewTable::exportTo(const QString& file) {
   m_exports.push_back(m_queue.add(work));
 }
 
-// Of each column that has a chosen cell, the values of these cells.
-std::vector<ChosenValues> PreviewTable::chosenValues() const {
-  std::map<int, std::vector<std::vector<unsigned char>>> values;
+// In each column that has a chosen cell, one of the values of its chosen cells. They may have to be
+// read from the disk.
+void PreviewTable::keepRowsLikeChosen() {
+  std::map<int, RowNumbers> cells;
   for (const QModelIndex& index : m_view->selectionModel()->selectedIndexes()) {
-    const PreviewValue value =
-        m_model->rows()->value(m_model->sourceRow(index.row()), index.column());
-    std::vector<unsigned char> bytes;
-    if (value.bytes != nullptr) {
-      const std::size_t size = sizeOfValue(m_model->typeOf(index.column()), value.bytes);
-      bytes.assign(value.bytes, value.bytes + size);
-    }
-    values[index.column()].push_back(std::move(bytes));
+    cells[index.column()].push_back(static_cast<std::uint32_t>(m_model->sourceRow(index.row())));
   }
-  std::vector<ChosenValues> chosen;
-  for (auto& [column, ofColumn] : values) {
-    chosen.push_back(
-        {m_model->rows()->columns()[static_cast<std::size_t>(column)], std::move(ofColumn)});
-  }
-  return chosen;
+  stop(m_choosing);
+  m_choosing = m_queue.add(
+      [this, cells, rows = m_model->rows()](const StopFlag&) -> BackgroundQueue::Report {
+        std::vector<ChosenValues> chosen;
+        for (const auto& [column, numbers] : cells) {
+          chosen.push_back({rows->columns()[static_cast<std::size_t>(column)], {}});
+          ChosenValues& values = chosen.back();
+          const auto keep = [&values](long long, const unsigned char* bytes) {
+            const std::size_t size = bytes == nullptr ? 0 : sizeOfValue(values.column.meta, bytes);
+            values.values.emplace_back(bytes, bytes + size);
+            return true;
+          };
+          if (!rows->visit(column, numbers, keep)) {
+            return nullptr;
+          }
+        }
+        return [this, condition = conditionFor(chosen)] { emit keepRowsWanted(condition); };
+      },
+      true);
 }
 
 }  // namespace kelvarin

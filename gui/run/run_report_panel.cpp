@@ -12,6 +12,7 @@
 #include <QLocale>
 #include <QSortFilterProxyModel>
 #include <QStackedWidget>
+#include <QStyledItemDelegate>
 #include <QToolButton>
 #include <QTreeView>
 #include <QUrl>
@@ -36,6 +37,15 @@ class SortedReport final : public QSortFilterProxyModel {
                                                : left.row() > right.row();
     }
     return QSortFilterProxyModel::lessThan(left, right);
+  }
+};
+
+// Rows with some air between them.
+class AiryRows final : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 8);
   }
 };
 
@@ -125,6 +135,7 @@ void RunReportPanel::makeTree() {
   m_tree->setModel(m_sorted);
   m_tree->setSortingEnabled(true);
   m_tree->sortByColumn(-1, Qt::AscendingOrder);  // as in the graph
+  m_tree->setItemDelegate(new AiryRows(m_tree));
   m_tree->setUniformRowHeights(true);
   m_tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
   m_tree->setTextElideMode(Qt::ElideMiddle);

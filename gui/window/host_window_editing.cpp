@@ -251,7 +251,7 @@ void HostWindow::arrange() {
   const QSet<ActionId> selected = m_canvas->selection().actions;
   m_arrangesUnasked = false;
   m_arrangement.start(m_graph, selected.size() > 1 ? selected : QSet<ActionId>(),
-                      m_canvas->boxSizes());
+                      m_canvas->boxSizes(), m_canvas->pinSpacing());
 }
 
 void HostWindow::run() {

@@ -305,7 +305,7 @@ void HostWindow::arrangeUnplaced() {
   }
   if (!unplaced.isEmpty()) {
     m_arrangesUnasked = true;
-    m_arrangement.start(m_graph, unplaced, m_canvas->boxSizes());
+    m_arrangement.start(m_graph, unplaced, m_canvas->boxSizes(), m_canvas->pinSpacing());
   }
 }
 

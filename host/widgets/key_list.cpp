@@ -11,7 +11,7 @@ namespace kelvarin {
 
 namespace {
 
-constexpr char kDescriptions[] = "kelvarinKeys";  // a list: key, what, key, what, ...
+constexpr char kDescriptions[] = "kelvarinKeys";  // a list: key, what, where, key, what, where, ...
 
 QString shown(const QKeySequence& key) {
   return key.toString(QKeySequence::NativeText);
@@ -56,17 +56,18 @@ void addShortcuts(const QWidget& window, QList<KeyMeaning>& keys) {
 void addDescribed(const QWidget& window, QList<KeyMeaning>& keys) {
   for (const QWidget* widget : window.findChildren<QWidget*>()) {
     const QStringList described = widget->property(kDescriptions).toStringList();
-    for (qsizetype i = 0; i + 1 < described.size(); i += 2) {
-      keys.push_back({described[i + 1], described[i], nameAround(widget)});
+    for (qsizetype i = 0; i + 2 < described.size(); i += 3) {
+      keys.push_back({described[i + 1], described[i], described[i + 2]});
     }
   }
 }
 
 }  // namespace
 
-void describeKey(QWidget& widget, const QKeySequence& key, const QString& what) {
-  widget.setProperty(kDescriptions,
-                     widget.property(kDescriptions).toStringList() + QStringList{shown(key), what});
+void describeKey(QWidget& widget, const QKeySequence& key, const QString& what,
+                 const QString& where) {
+  widget.setProperty(kDescriptions, widget.property(kDescriptions).toStringList() +
+                                        QStringList{shown(key), what, where});
 }
 
 QList<KeyMeaning> keysOf(const QWidget& window) {

@@ -18,11 +18,13 @@ namespace kelvarin {
 struct KeyMeaning {
   QString what;
   QString keys;   // as the desktop writes them, several separated by commas
-  QString where;  // the accessible name of the control that must have the focus; empty: anywhere
+  QString where;  // what must have the focus; empty: anything
   bool operator==(const KeyMeaning&) const = default;
 };
 
-KELVARIN_CORE void describeKey(QWidget& widget, const QKeySequence& key, const QString& what);
+// `where` is what users call such a widget.
+KELVARIN_CORE void describeKey(QWidget& widget, const QKeySequence& key, const QString& what,
+                               const QString& where);
 
 // Each once, those of the whole window first, then by what they do.
 KELVARIN_CORE QList<KeyMeaning> keysOf(const QWidget& window);

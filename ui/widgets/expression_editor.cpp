@@ -76,15 +76,18 @@ ExpressionEditor::ExpressionEditor(QWidget* parent)
 }
 
 void ExpressionEditor::describeKeys() {
-  describeKey(*this, Qt::CTRL | Qt::Key_Space, tr("Complete the word"));
-  describeKey(*this, Qt::CTRL | Qt::SHIFT | Qt::Key_Space, tr("Show the arguments of the call"));
-  describeKey(*this, Qt::ALT | Qt::Key_Return, tr("Mend the fault"));
-  describeKey(*this, Qt::Key_F1, tr("Help on the word"));
-  describeKey(*this, Qt::ALT | Qt::Key_Up, tr("Earlier expression"));
-  describeKey(*this, Qt::ALT | Qt::Key_Down, tr("Later expression"));
-  describeKey(*this, Qt::CTRL | Qt::Key_Plus, tr("Larger text"));
-  describeKey(*this, Qt::CTRL | Qt::Key_Minus, tr("Smaller text"));
-  describeKey(*this, Qt::CTRL | Qt::Key_0, tr("Usual text size"));
+  const auto describe = [this](const QKeySequence& key, const QString& what) {
+    describeKey(*this, key, what, tr("Expression"));
+  };
+  describe(Qt::CTRL | Qt::Key_Space, tr("Complete the word"));
+  describe(Qt::CTRL | Qt::SHIFT | Qt::Key_Space, tr("Show the arguments of the call"));
+  describe(Qt::ALT | Qt::Key_Return, tr("Mend the fault"));
+  describe(Qt::Key_F1, tr("Help on the word"));
+  describe(Qt::ALT | Qt::Key_Up, tr("Earlier expression"));
+  describe(Qt::ALT | Qt::Key_Down, tr("Later expression"));
+  describe(Qt::CTRL | Qt::Key_Plus, tr("Larger text"));
+  describe(Qt::CTRL | Qt::Key_Minus, tr("Smaller text"));
+  describe(Qt::CTRL | Qt::Key_0, tr("Usual text size"));
 }
 
 void ExpressionEditor::useOneLine() {

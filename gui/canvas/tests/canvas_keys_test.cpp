@@ -76,7 +76,7 @@ TEST(CanvasKeys, LettersAskForAnActionBehindTheCurrentOne) {
   EXPECT_EQ(wanted[0][3].toString(), QStringLiteral("f"));
 }
 
-TEST(CanvasKeys, RenamesInPlaceAndRefusesANameThatIsTaken) {
+TEST(CanvasKeys, RenamesOnTheBoxAndRefusesANameThatIsTaken) {
   Canvas canvas;
   canvas.select("b");
   canvas.key(Qt::Key_F2);

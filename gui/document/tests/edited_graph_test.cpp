@@ -6,7 +6,7 @@
 #include <QStringEncoder>
 
 #include "gui/document/graph_search.h"
-#include "gui/document/tests/test_catalogue.h"
+#include "gui/document/tests/loaded_catalogue.h"
 
 namespace kelvarin {
 namespace {

@@ -22,9 +22,8 @@ TEST(KeyList, HasActionsShortcutsAndWhatWidgetsDescribe) {
   check->setWhatsThis(QStringLiteral("Check"));
   for (int i = 0; i < 2; ++i) {
     auto* field = new QLineEdit(panel);
-    field->setAccessibleName(QStringLiteral("Field"));
-    describeKey(*field, Qt::Key_F1, QStringLiteral("Help"));
-    describeKey(*field, Qt::ALT | Qt::Key_Up, QStringLiteral("Earlier"));
+    describeKey(*field, Qt::Key_F1, QStringLiteral("Help"), QStringLiteral("Field"));
+    describeKey(*field, Qt::ALT | Qt::Key_Up, QStringLiteral("Earlier"), QStringLiteral("Field"));
   }
   EXPECT_EQ(keysOf(window), (QList<KeyMeaning>{{"Save", "Ctrl+S, F12", ""},
                                                {"Earlier", "Alt+Up", "Field"},

@@ -2,7 +2,6 @@
 // over 1,000 columns is typed, with a debug run that stands or goes on; and by hostile expressions.
 #include <algorithm>
 #include <chrono>
-#include <ctime>
 
 #include <sys/stat.h>
 
@@ -10,6 +9,7 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 
+#include "host/widget_testing/key_times.h"
 #include "host/widgets/info_line.h"
 #include "ui/debugger/tests/debugged_branch.h"
 #include "ui/editors/interface_action_filter_rows.h"
@@ -28,12 +28,6 @@ constexpr int kKeys = 1000;
 constexpr double kLongestBlock = 4 * 20.0;
 constexpr double kLongestVerdict = 4 * 300.0;
 constexpr double kLongestHostileVerdict = 4 * 1000.0;
-
-double processorMilliseconds() {
-  timespec time{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-}
 
 QString columnName(int column) {
   return QStringLiteral("column_%1").arg(column % kColumns);
@@ -81,25 +75,17 @@ class WideEditor : public ::testing::Test {
 
   // Types, and says how long a key and all that follows it takes of the thread.
   void expectQuickKeys(const char* what) {
-    const QString keys = QStringLiteral(" colu nvl(12.5,\"a\")");
-    std::vector<double> blocked;
-    for (int i = 0; i < kKeys; ++i) {
-      const double begin = processorMilliseconds();
-      QTest::keyClicks(field.editor(), keys[i % keys.size()]);
-      QApplication::processEvents();
-      blocked.push_back(processorMilliseconds() - begin);
-    }
+    const KeyTimes times =
+        timeOfKeys(*field.editor(), QStringLiteral(" colu nvl(12.5,\"a\")"), kKeys);
     const auto last = std::chrono::steady_clock::now();
     bool isAnswered = false;
     QObject::connect(&field, &ExpressionField::answered, &editor, [&] { isAnswered = true; });
     EXPECT_TRUE(QTest::qWaitFor([&] { return isAnswered; }, 20'000));
     const double verdict = Milliseconds(std::chrono::steady_clock::now() - last).count();
-    std::ranges::sort(blocked);
-    const double worst = blocked[kKeys * 999 / 1000 - 1];
     std::printf(
         "%s: a key takes %.1f ms, 99.9th percentile %.1f ms; the verdict comes after %.0f ms\n",
-        what, blocked[kKeys / 2], worst, verdict);
-    EXPECT_LT(worst, kLongestBlock);
+        what, times.median, times.percentile999, verdict);
+    EXPECT_LT(times.percentile999, kLongestBlock);
     EXPECT_LT(verdict, kLongestVerdict);
   }
 

@@ -1,7 +1,6 @@
 // The field of an expression with real keys; the service's answers are those of the test where they
 // must come at a certain moment.
 #include <algorithm>
-#include <ctime>
 
 #include <gtest/gtest.h>
 #include <QApplication>
@@ -18,6 +17,7 @@
 #include <QToolTip>
 #include <QVBoxLayout>
 
+#include "host/widget_testing/key_times.h"
 #include "host/widgets/icon_button.h"
 #include "host/widgets/info_line.h"
 #include "ui/language/formula_service.h"
@@ -418,13 +418,6 @@ TEST_F(ExpressionFieldTest, LaterLinesAreColoredAnewWhenAnEarlierOneChanges) {
   EXPECT_NE(colorOfSecondLine(), expression_colors::kVariable);
 }
 
-// Of this thread, which other programs on the machine do not slow down.
-double processorMilliseconds() {
-  timespec time{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-}
-
 TEST_F(ExpressionFieldTest, NoKeyBlocksInALongExpressionOverManyColumns) {
   m_field.setFormula(formulaOf(1000));
   QString expression;
@@ -436,18 +429,11 @@ TEST_F(ExpressionFieldTest, NoKeyBlocksInALongExpressionOverManyColumns) {
   cursor.setPosition(5000);
   editor()->setTextCursor(cursor);
   QTest::qWait(300);  // until the first answer is there, and all colours are known
-  std::vector<double> milliseconds;
-  const QString keys = QStringLiteral(" colu nvl(12.5,\"a\")");
-  for (int i = 0; i < 1000; ++i) {
-    const double begin = processorMilliseconds();
-    QTest::keyClicks(editor(), keys[i % keys.size()]);
-    QApplication::processEvents();
-    milliseconds.push_back(processorMilliseconds() - begin);
-  }
-  std::sort(milliseconds.begin(), milliseconds.end());
-  std::printf("a key takes %.1f ms, 99.9th percentile %.1f ms\n", milliseconds[500],
-              milliseconds[998]);
-  EXPECT_LT(milliseconds[998], 20.0);
+  const testing::KeyTimes times =
+      testing::timeOfKeys(*editor(), QStringLiteral(" colu nvl(12.5,\"a\")"), 1000);
+  std::printf("a key takes %.1f ms, 99.9th percentile %.1f ms\n", times.median,
+              times.percentile999);
+  EXPECT_LT(times.percentile999, 20.0);
 }
 
 }  // namespace
