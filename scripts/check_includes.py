@@ -91,7 +91,7 @@ OF_ALL_TESTS = ["host/testing"]
 OF_TESTS = {"expression/help": ["expression/evaluator"], "host/widgets": ["host/pictures"]}
 OF_TESTS |= {module: ["host/widget_testing"] for module in ALLOWED if module.startswith(("ui", "gui"))}
 OF_TESTS["ui/debugger"] += ["actions/calculator_vectorized", "actions/filter_rows"]
-for module in ("gui/edit", "gui/palette", "gui/window"):
+for module in ("gui/document", "gui/edit", "gui/palette", "gui/window"):
     OF_TESTS[module] += ["host/tables"]
 OF_TESTS["gui/preview"] += ["actions/filter_rows", "host/tables"]
 

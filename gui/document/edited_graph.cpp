@@ -15,7 +15,9 @@ namespace kelvarin {
 
 EditedGraph::EditedGraph(const ActionCatalogue& catalogue, QObject* parent)
     : QObject(parent), m_parts(std::make_unique<Parts>(catalogue)) {
-  m_parts->graph.settings = std::make_unique<GlobalParameters>();
+  const QByteArray document = newGraphText();
+  m_parts->take(document, std::move(*openGraph(document, {}, catalogue)));
+  m_parts->saved = m_parts->now();
 }
 
 EditedGraph::~EditedGraph() = default;
@@ -36,8 +38,10 @@ QByteArray EditedGraph::document() const {
 }
 
 void EditedGraph::markSaved(const QByteArray& document, const QString& file) {
-  m_parts->graph.file = file;
-  m_parts->takeFolders();
+  GraphChanges changes(*this);
+  if (m_parts->graph.file != file) {
+    changes.setFile(file);
+  }
   const auto snapshot =
       std::ranges::find(m_parts->snapshots, document, &std::pair<QByteArray, SavedGraph>::first);
   if (snapshot != m_parts->snapshots.end()) {
@@ -47,7 +51,6 @@ void EditedGraph::markSaved(const QByteArray& document, const QString& file) {
     m_parts->saved.isOther = document != graphText(*m_parts);
   }
   m_parts->compareAll();
-  const GraphChanges changes(*this);
 }
 
 bool EditedGraph::isModified() const {

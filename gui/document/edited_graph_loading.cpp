@@ -1,6 +1,4 @@
 // How an EditedGraph is made of a document.
-#include <QFileInfo>
-
 #include "gui/document/graph_changes.h"
 #include "gui/document/graph_text.h"
 #include "gui/document/link_rules.h"
@@ -195,11 +193,6 @@ void EditedGraph::Parts::takeParameters() {
         parameter.name,
         given.value(parameter.name, graph.settings->expandString2(parameter.value)));
   }
-}
-
-void EditedGraph::Parts::takeFolders() {
-  graph.settings->setGraphFile(QFileInfo(graph.file).absoluteFilePath());
-  graph.settings->setWorkingDir(QFileInfo(graph.file).absolutePath());
 }
 
 }  // namespace kelvarin

@@ -100,8 +100,6 @@ class EditedGraph::Parts {
   QString faultOf(const QString& element) const;
   // Puts the parameters into the graph, with those of the session over them.
   void takeParameters();
-  // The file's name and folder are known to the actions.
-  void takeFolders();
   // For load().
   void take(const QByteArray& document, OpenedGraph opened);
 
@@ -135,6 +133,7 @@ class EditedGraph::Parts {
   int nextId = 0;
   quint64 version = 1;
   int openChanges = 0;  // GraphChanges that live
+  bool isReplaying = false;
   bool mayRowsDiffer = false;
   bool wasModified = false;
   bool hasModifiedChanged = false;  // of an action

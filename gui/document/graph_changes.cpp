@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include <QCoreApplication>
+#include <QFileInfo>
 
 #include "gui/document/link_rules.h"
 #include "host/engine/missing_action.h"
@@ -15,6 +15,9 @@ GraphChanges::GraphChanges(EditedGraph& graph) : m_graph(graph), m_parts(*graph.
 }
 
 GraphChanges::~GraphChanges() {
+  if (m_isReplay) {
+    m_parts.isReplaying = false;
+  }
   if (--m_parts.openChanges > 0) {
     return;
   }
@@ -27,6 +30,11 @@ GraphChanges::~GraphChanges() {
   if (std::exchange(m_parts.hasModifiedChanged, false) || isModified != wasModified) {
     emit m_graph.modifiedChanged();
   }
+}
+
+void GraphChanges::beginReplay() {
+  m_isReplay = true;
+  m_parts.isReplaying = true;
 }
 
 int GraphChanges::newId() {
@@ -116,8 +124,12 @@ void GraphChanges::noteActionChange(ActionId id) {
   m_parts.compareAction(id);
 }
 
-void GraphChanges::replaceItem(ActionId id, std::unique_ptr<ActionItem> item) {
+// An editor that goes may report what was typed last: before anything changes.
+void GraphChanges::announceReplacement(ActionId id) {
   emit m_graph.actionAboutToBeReplaced(id);
+}
+
+void GraphChanges::replaceItem(ActionId id, std::unique_ptr<ActionItem> item) {
   GraphAction& action = m_parts.graphAction(id);
   m_parts.idsOfItems.remove(action.item.get());
   m_parts.idsOfItems.insert(item.get(), id);
@@ -125,6 +137,7 @@ void GraphChanges::replaceItem(ActionId id, std::unique_ptr<ActionItem> item) {
 }
 
 void GraphChanges::rename(ActionId id, const QString& name) {
+  announceReplacement(id);
   ActionRecord& record = m_parts.records.at(id);
   const QString before = std::exchange(record.name, name);
   m_parts.removeName(id, before);
@@ -140,6 +153,7 @@ void GraphChanges::rename(ActionId id, const QString& name) {
 }
 
 void GraphChanges::setDisabled(ActionId id, bool isDisabled) {
+  announceReplacement(id);
   ActionRecord& record = m_parts.records.at(id);
   record.isDisabled = isDisabled;
   noteActionChange(id);
@@ -159,6 +173,7 @@ void GraphChanges::move(ActionId id, QPointF position, bool hasPosition) {
 
 void GraphChanges::restoreContent(ActionId id, const QString& typeName,
                                   const ActionContent& content) {
+  announceReplacement(id);
   ActionRecord& record = m_parts.records.at(id);
   record.typeName = typeName;
   record.content = content;
@@ -367,6 +382,13 @@ void GraphChanges::setParameters(const QList<DrawnParameter>& parameters) {
     }
   }
   emit m_graph.parametersChanged();
+}
+
+void GraphChanges::setFile(const QString& file) {
+  m_parts.graph.file = file;
+  m_parts.graph.settings->setGraphFile(QFileInfo(file).absoluteFilePath());
+  m_parts.graph.settings->setWorkingDir(QFileInfo(file).absolutePath());
+  noteRowsChange();
 }
 
 }  // namespace kelvarin

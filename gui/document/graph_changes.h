@@ -16,6 +16,10 @@ class GraphChanges {
   GraphChanges(const GraphChanges&) = delete;
   GraphChanges& operator=(const GraphChanges&) = delete;
 
+  // Until this object goes, steps are taken back or made again: editors that go with their actions
+  // have nothing to say.
+  void beginReplay();
+  bool isReplaying() const { return m_parts.isReplaying; }
   int newId();
   // Null when the element cannot be read or is of another type than `typeName`.
   std::unique_ptr<ActionItem> newItem(const QString& typeName, const QString& element) const;
@@ -46,9 +50,12 @@ class GraphChanges {
   DrawnNote removeNote(NoteId id);
   void setNote(const DrawnNote& note);
   void setParameters(const QList<DrawnParameter>& parameters);
+  // Relative paths begin at its folder.
+  void setFile(const QString& file);
 
  private:
   ActionContent newContent(ActionId id, const QString& typeName, const ActionContent& now) const;
+  void announceReplacement(ActionId id);
   void replaceItem(ActionId id, std::unique_ptr<ActionItem> item);
   void noteActionChange(ActionId id);
   void noteContentChange(ActionId id, bool isReplaced);
@@ -66,6 +73,7 @@ class GraphChanges {
 
   EditedGraph& m_graph;
   EditedGraph::Parts& m_parts;
+  bool m_isReplay = false;
 };
 
 }  // namespace kelvarin

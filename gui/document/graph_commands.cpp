@@ -11,7 +11,7 @@ namespace kelvarin {
 
 namespace {
 
-constexpr int kLongestPauseWhileTyping = 2000;  // milliseconds
+constexpr int kLongestPause = 2000;  // milliseconds, between edits that are one step
 
 bool isWhole(const EditedGraph& graph, LinkId link) {
   return graph.hasLink(link) && graph.link(link).whyBroken.isEmpty();
@@ -70,6 +70,7 @@ ActionId GraphCommands::insertIntoLink(const QString& typeName, LinkId link) {
   }
   const Step step(*this, tr("Insert %1").arg(typeName));
   const DrawnLink before = m_graph.link(link);
+  moveActions(positionsWithSpace(m_graph, before), {});
   const QPointF middle = (m_graph.position(before.from) + m_graph.position(before.to)) / 2;
   const ActionId id = addAction(typeName, middle);
   if (id != kNoId) {
@@ -117,6 +118,9 @@ void GraphCommands::setDisabled(const QSet<ActionId>& actions, bool isDisabled) 
 
 void GraphCommands::moveActions(const QHash<ActionId, QPointF>& positions,
                                 const QHash<NoteId, QPointF>& notes, bool isDragging) {
+  if (positions.isEmpty() && notes.isEmpty()) {
+    return;
+  }
   Step step(*this, positions.size() == 1 && notes.isEmpty()
                        ? tr("Move '%1'").arg(m_graph.name(positions.keyBegin().operator*()))
                        : tr("Move"));
@@ -132,12 +136,15 @@ void GraphCommands::moveActions(const QHash<ActionId, QPointF>& positions,
     key += QStringLiteral(" note ") + QString::number(id);
   }
   if (isDragging) {
-    step.setJoining({key, -1});
+    step.setJoining({key, kLongestPause});
   }
 }
 
 void GraphCommands::noteEdit(ActionId action, const EditorPosition& position) {
   Step step(*this, {});
+  if (step.changes().isReplaying()) {
+    return;
+  }
   const QString before = step.changes().record(action).content.settings;
   if (std::unique_ptr<GraphChange> change = takeEdit(step.changes(), action)) {
     step.append(std::move(change));
@@ -174,7 +181,7 @@ void GraphCommands::describeEdit(Step& step, const QString& settingsBefore,
                               : tr("Change %1 of '%2'").arg(part, name));
   step.setEdit(
       edit, field.isEmpty() ? QString() : QStringLiteral("edit %1 %2").arg(edit.action).arg(field),
-      kLongestPauseWhileTyping);
+      kLongestPause);
 }
 
 LinkId GraphCommands::addLink(ActionId from, int fromPin, ActionId to, int toPin) {

@@ -35,7 +35,8 @@ class GraphCommands : public QObject {
   // Added and linked to the first pins that fit, at the next free position at the right of `pin`
   // (or left of it for an input pin).
   ActionId addLinked(const QString& typeName, const PinRef& pin, const QByteArray& element = {});
-  // In between, on the first pins that fit; kNoId for a broken link.
+  // In between, on the first pins that fit; what is behind the link moves to the right where
+  // there is no space. kNoId for a broken link.
   ActionId insertIntoLink(const QString& typeName, LinkId link);
   // An action that is there, without links, is put in between.
   bool moveIntoLink(ActionId action, LinkId link);

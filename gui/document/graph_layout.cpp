@@ -46,6 +46,30 @@ QPointF freePositionBeside(const EditedGraph& graph, const PinRef& pin) {
   return position;
 }
 
+QHash<ActionId, QPointF> positionsWithSpace(const EditedGraph& graph, const DrawnLink& link) {
+  const double left = graph.position(link.to).x();
+  const double distance = left - graph.position(link.from).x();
+  QHash<ActionId, QPointF> positions;
+  if (distance <= 0 || distance >= 2 * kColumnStep) {
+    return positions;
+  }
+  const QPointF shift(2 * kColumnStep - distance, 0);
+  QList<ActionId> open{link.to};
+  while (!open.isEmpty()) {
+    const ActionId current = open.takeLast();
+    if (positions.contains(current) || graph.position(current).x() < left) {
+      continue;
+    }
+    positions.insert(current, graph.position(current) + shift);
+    for (const LinkId id : graph.linksOf(current)) {
+      if (graph.link(id).from == current && graph.link(id).whyBroken.isEmpty()) {
+        open.append(graph.link(id).to);
+      }
+    }
+  }
+  return positions;
+}
+
 PinRef sourceAbove(const EditedGraph& graph, ActionId action, const QSet<ActionId>& removed) {
   QSet<ActionId> seen;
   while (!seen.contains(action)) {

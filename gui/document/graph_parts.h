@@ -74,5 +74,3 @@ struct EditorPosition {
 };
 
 }  // namespace kelvarin
-
-Q_DECLARE_METATYPE(kelvarin::EditorPosition)

@@ -136,6 +136,7 @@ std::unique_ptr<GraphChange> change(GraphChanges& changes, Value before, Value a
 void GraphStep::undo() {
   {
     GraphChanges changes(m_graph);
+    changes.beginReplay();
     for (auto change = m_changes.rbegin(); change != m_changes.rend(); ++change) {
       (*change)->undo(changes);
     }
@@ -150,6 +151,7 @@ void GraphStep::redo() {
   }
   {
     GraphChanges changes(m_graph);
+    changes.beginReplay();
     for (const auto& change : m_changes) {
       change->redo(changes);
     }

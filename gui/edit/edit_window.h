@@ -66,6 +66,9 @@ class EditWindow : public QMainWindow {
   void closeEditor();
   void showHeader(const ActionItem& action);
   void commitEditor();
+  void undo();
+  void redo();
+  void makeEditMenu();
   void noteEdit();
   void leaveReplacedAction(ActionId action);
   void showAgain(ActionId action, const EditorPosition& position);

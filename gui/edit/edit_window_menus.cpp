@@ -32,6 +32,7 @@ void EditWindow::makeMenus() {
   QAction* closeAction = graph->addAction(tr("C&lose"), this, &QWidget::close);
   closeAction->setShortcut(QKeySequence::Close);
 
+  makeEditMenu();
   QMenu* view = menuBar()->addMenu(tr("&View"));
   makeThemeMenu(*view);
   QAction* expert = view->addAction(tr("&Expert mode"));
@@ -53,6 +54,36 @@ void EditWindow::makeMenus() {
   bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   bar->setMovable(false);
   bar->addActions({m_saveAction, reloadAction, m_checkAction});
+}
+
+// The texts name the step: "Undo: Change separator of 'out'".
+void EditWindow::makeEditMenu() {
+  QMenu* menu = menuBar()->addMenu(tr("&Edit"));
+  QAction* undoAction = menu->addAction(tr("&Undo"), this, &EditWindow::undo);
+  QAction* redoAction = menu->addAction(tr("&Redo"), this, &EditWindow::redo);
+  undoAction->setShortcut(QKeySequence::Undo);
+  redoAction->setShortcut(QKeySequence::Redo);
+  undoAction->setEnabled(false);
+  redoAction->setEnabled(false);
+  const QUndoStack& stack = m_commands.stack();
+  connect(&stack, &QUndoStack::canUndoChanged, undoAction, &QAction::setEnabled);
+  connect(&stack, &QUndoStack::canRedoChanged, redoAction, &QAction::setEnabled);
+  connect(&stack, &QUndoStack::undoTextChanged, undoAction, [undoAction](const QString& step) {
+    undoAction->setText(step.isEmpty() ? tr("&Undo") : tr("&Undo: %1").arg(step));
+  });
+  connect(&stack, &QUndoStack::redoTextChanged, redoAction, [redoAction](const QString& step) {
+    redoAction->setText(step.isEmpty() ? tr("&Redo") : tr("&Redo: %1").arg(step));
+  });
+}
+
+void EditWindow::undo() {
+  commitEditor();
+  m_commands.stack().undo();
+}
+
+void EditWindow::redo() {
+  commitEditor();
+  m_commands.stack().redo();
 }
 
 void EditWindow::makeThemeMenu(QMenu& view) {

@@ -332,7 +332,7 @@ GraphDocument::EndOfLink GraphDocument::endOfLink(const XMLNode& node, const cha
   }
   EndOfLink end{m_indexOfAction.value(name, -1), 0};
   if (end.action < 0) {
-    if (m_hasAllActions) {
+    if (m_hasAllActions || m_faults == Faults::keep) {
       refuse(node, engine_messages::linkToAbsentAction(name, nearestNames(name, actionNames())));
     }
     return {};

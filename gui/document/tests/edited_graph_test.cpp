@@ -3,9 +3,10 @@
 #include <gtest/gtest.h>
 #include <QElapsedTimer>
 #include <QSignalSpy>
+#include <QStringEncoder>
 
 #include "gui/document/graph_search.h"
-#include "gui/document/tests/test_catalogue.h"
+#include "gui/document/tests/loaded_catalogue.h"
 
 namespace kelvarin {
 namespace {
@@ -85,6 +86,16 @@ TEST_F(EditedGraphTest, OnlyWhatChangedIsWrittenAnew) {
   EXPECT_EQ(m_graph.document(), kFlights);
 }
 
+TEST_F(EditedGraphTest, TheEncodingOfAFileStays) {
+  QStringEncoder encoder(QStringConverter::Utf16BE, QStringConverter::Flag::WriteBom);
+  const QByteArray document = encoder(QString::fromUtf8(kFlights));
+  load(document);
+  EXPECT_EQ(m_document, document);
+  m_commands.rename(id("late"), QStringLiteral("sp\u00e4t"));
+  EXPECT_TRUE(m_graph.document().startsWith("\xFE\xFF"));
+  EXPECT_TRUE(parseXml(m_graph.document()));
+}
+
 TEST_F(EditedGraphTest, EditsOfAnEditorAreStepsOfAFieldAndLeadBackToIt) {
   load();
   const QSignalSpy positions(&m_commands, &GraphCommands::editorPositionWanted);
@@ -137,7 +148,8 @@ TEST_F(EditedGraphTest, ActionsGoIntoLinksAndLeaveThemClosed) {
   load();
   const LinkId link = m_graph.linkInto(id("late"), 0);
   const ActionId added = m_commands.insertIntoLink(QStringLiteral("FilterRows"), link);
-  EXPECT_EQ(m_graph.position(added), QPointF(100, 0));
+  EXPECT_EQ(m_graph.position(added), QPointF(240, 0));
+  EXPECT_EQ(m_graph.position(id("late?")), QPointF(680, 0));
   EXPECT_EQ(m_graph.link(m_graph.linkInto(id("late"), 0)).from, added);
   EXPECT_EQ(m_graph.link(m_graph.linkInto(added, 0)).from, id("flights"));
   m_commands.removeClosingGaps({{added, id("late")}, {}, {}});

@@ -12,7 +12,7 @@
 #include <QRegularExpression>
 
 #include "gui/document/graph_commands.h"
-#include "gui/document/tests/test_catalogue.h"
+#include "gui/document/tests/loaded_catalogue.h"
 
 namespace kelvarin {
 namespace {

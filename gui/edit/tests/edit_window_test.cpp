@@ -169,6 +169,25 @@ TEST_F(EditWindowTest, AnEditTakenBackIsNoChange) {
   EXPECT_FALSE(window.isWindowModified());
 }
 
+TEST_F(EditWindowTest, UndoBringsTheActionBackAndShowsItsEditor) {
+  EditWindow& window = open();
+  type("file", QStringLiteral("other.csv"));
+  m_commands.noteEdit(m_graph.idOf(QStringLiteral("out")));
+  window.openAction(m_graph.idOf(QStringLiteral("none")));
+  EXPECT_TRUE(window.isWindowModified());
+  QAction* undo = nullptr;
+  for (QAction* action : window.findChildren<QAction*>()) {
+    undo = action->shortcut() == QKeySequence(QKeySequence::Undo) ? action : undo;
+  }
+  ASSERT_NE(undo, nullptr);
+  EXPECT_TRUE(undo->text().contains(u"file of 'out'")) << qPrintable(undo->text());
+  undo->trigger();
+  EXPECT_FALSE(window.isWindowModified());
+  EXPECT_TRUE(window.windowTitle().endsWith(u"out"));
+  EXPECT_EQ(window.editor()->findChild<QLineEdit*>(QStringLiteral("file"))->text(), u"result.csv");
+  EXPECT_FALSE(undo->isEnabled());
+}
+
 TEST_F(EditWindowTest, WhatTheActionCannotUseStaysInItsFieldWithTheReason) {
   EditWindow& window = open();
   enter("separator", QStringLiteral("too long"));

@@ -230,5 +230,30 @@ TEST_F(GraphReader, KeepsNotesAndRefusesThoseThatCannotBeDrawn) {
             "g.kelvarin:5:1: <Text> is not known inside <Notes>; known: Note.\n");
 }
 
+// Nothing of the file is missing, and what is wrong is said of each part.
+TEST_F(GraphReader, OpensAGraphToBeMended) {
+  const auto opened = openGraph(
+      "<KelvarinGraph><Actions><Vanished name='v' key='&lt;'><In>ner</In></Vanished>"
+      "<Pass name='s'/><Pass name='s'/></Actions>"
+      "<Links><Link from='v' fromPin='2' to='s'/><Link from='s' to='nobody'/></Links>"
+      "</KelvarinGraph>",
+      QStringLiteral("g.kelvarin"), catalogue);
+  ASSERT_TRUE(opened);
+  ASSERT_EQ(opened->graph.actions.size(), 3u);
+  ASSERT_EQ(opened->links.size(), 2u);
+  EXPECT_EQ(opened->links[1].to, u"nobody");
+  EXPECT_GE(opened->faults.size(), 3u);
+  EXPECT_TRUE(opened->whyActionCannotRun[0].contains(u"Vanished"));
+  EXPECT_TRUE(opened->whyActionCannotRun[1].isEmpty());
+  EXPECT_TRUE(opened->whyActionCannotRun[2].contains(u"'s'"));
+  ActionItem& missing = *opened->graph.actions[0].item;
+  EXPECT_EQ(missing.outputPinCount(), 3);
+  EXPECT_NE(missing.init(), 0);
+  std::wostringstream out;
+  missing.saveXML(out, QStringLiteral("w"));
+  EXPECT_EQ(out.str(), L"<Vanished name='w' key='&lt;'><In>ner</In></Vanished>\n");
+  EXPECT_FALSE(openGraph("<Graph/>", {}, catalogue));
+}
+
 }  // namespace
 }  // namespace kelvarin::testing
