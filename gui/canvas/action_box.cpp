@@ -312,7 +312,11 @@ void ActionBox::paintPins(QPainter& painter, double scale) const {
   for (const bool isOutput : {false, true}) {
     for (int pin = 0; pin < pinCount(isOutput); ++pin) {
       paintPin(painter, {m_id, pin, isOutput});
-      if (scale >= kTextScale && !pinNames(isOutput)[pin].isEmpty()) {
+      // Input pins have long names, and boxes are near one another: only who draws a link or points
+      // at a pin wants them.
+      const bool isWanted = isOutput || m_scene.litPin() == PinRef{m_id, pin, isOutput} ||
+                            (m_scene.pinFilter() && m_scene.pinFilter()({m_id, pin, isOutput}));
+      if (scale >= kTextScale && isWanted && !pinNames(isOutput)[pin].isEmpty()) {
         paintPinName(painter, pin, isOutput);
       }
     }
@@ -347,6 +351,11 @@ void ActionBox::paintPinName(QPainter& painter, int pin, bool isOutput) const {
       isOutput ? m_bounds.right() - at.x() - kPinNameGap : at.x() - m_bounds.left() - kPinNameGap;
   const QRectF area(isOutput ? at.x() + kPinNameGap : at.x() - kPinNameGap - width,
                     at.y() - metrics.lineHeight() - 1, width, metrics.lineHeight());
+  if (!isOutput) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(m_scene.colors().background);
+    painter.drawRect(area);
+  }
   painter.setFont(metrics.textFont());
   painter.setPen(m_scene.colors().faintText);
   painter.drawText(area, (isOutput ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter,
