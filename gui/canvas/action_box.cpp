@@ -204,6 +204,11 @@ void ActionBox::paintSmall(QPainter& painter, double scale) const {
         QRectF(0, m_size.height() - height, m_size.width(), height),
         m_problem.isEmpty() ? m_scene.colors().ofState(m_state.kind) : m_scene.colors().error);
   }
+  if (m_status.mark == StateMark::failed) {
+    painter.setPen(QPen(m_scene.colors().error, 1.0 / scale));
+    painter.drawLine(QPointF(), QPointF(m_size.width(), m_size.height()));
+    painter.drawLine(QPointF(m_size.width(), 0), QPointF(0, m_size.height()));
+  }
 }
 
 void ActionBox::paintBody(QPainter& painter, double scale) const {
@@ -249,12 +254,21 @@ void ActionBox::paintTexts(QPainter& painter, double scale) {
   paintStatus(painter);
 }
 
-// Larger than it is near by, so that it can still be read.
+// The name and the mark of the state are larger than they are near by, so that they can be read.
 void ActionBox::paintFarName(QPainter& painter, double scale) const {
   QFont font = m_scene.metrics().textFont();
   font.setPixelSize(static_cast<int>(std::ceil(kFarNamePixels / scale)));
   painter.setFont(font);
-  const QRectF area = QRectF(QPointF(), m_size).adjusted(6, 4, -6, -4);
+  QRectF area = QRectF(QPointF(), m_size).adjusted(6, 4, -6, -4);
+  if (m_status.mark != StateMark::none) {
+    const double size = kFarNamePixels / scale;
+    const QColor color = m_status.mark == StateMark::failed
+                             ? m_scene.colors().error
+                             : m_scene.colors().ofState(m_state.kind);
+    drawStateMark(painter, {area.left(), area.center().y() - size / 2, size, size}, m_status.mark,
+                  color, m_state.fractionDone);
+    area.setLeft(area.left() + size + kMarkGap);
+  }
   const QString name = QFontMetricsF(font).elidedText(m_name, Qt::ElideMiddle, area.width());
   painter.drawText(area, Qt::AlignCenter, name);
 }
@@ -298,7 +312,11 @@ void ActionBox::paintPins(QPainter& painter, double scale) const {
   for (const bool isOutput : {false, true}) {
     for (int pin = 0; pin < pinCount(isOutput); ++pin) {
       paintPin(painter, {m_id, pin, isOutput});
-      if (scale >= kTextScale && !pinNames(isOutput)[pin].isEmpty()) {
+      // Input pins have long names, and boxes are near one another: only who draws a link or points
+      // at a pin wants them.
+      const bool isWanted = isOutput || m_scene.litPin() == PinRef{m_id, pin, isOutput} ||
+                            (m_scene.pinFilter() && m_scene.pinFilter()({m_id, pin, isOutput}));
+      if (scale >= kTextScale && isWanted && !pinNames(isOutput)[pin].isEmpty()) {
         paintPinName(painter, pin, isOutput);
       }
     }
@@ -333,6 +351,11 @@ void ActionBox::paintPinName(QPainter& painter, int pin, bool isOutput) const {
       isOutput ? m_bounds.right() - at.x() - kPinNameGap : at.x() - m_bounds.left() - kPinNameGap;
   const QRectF area(isOutput ? at.x() + kPinNameGap : at.x() - kPinNameGap - width,
                     at.y() - metrics.lineHeight() - 1, width, metrics.lineHeight());
+  if (!isOutput) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(m_scene.colors().background);
+    painter.drawRect(area);
+  }
   painter.setFont(metrics.textFont());
   painter.setPen(m_scene.colors().faintText);
   painter.drawText(area, (isOutput ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter,

@@ -1,5 +1,5 @@
 // What screen readers find on the canvas: a child for each action, with its name, type, state and
-// links.
+// links, and one for each note.
 //
 // Used by: canvas_view.h.
 // Threads: the user-interface thread.

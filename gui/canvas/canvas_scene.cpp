@@ -25,6 +25,17 @@ QRectF around(QPointF point, double distance) {
   return QRectF(point, point).adjusted(-distance, -distance, distance, distance);
 }
 
+template <typename Item>
+QSet<int> present(const QSet<int>& ids, const QHash<int, Item*>& items) {
+  QSet<int> found;
+  for (const int id : ids) {
+    if (items.contains(id)) {
+      found.insert(id);
+    }
+  }
+  return found;
+}
+
 // Marks the items that are selected now and were not, or the other way round.
 template <typename Item>
 void remark(const QHash<int, Item*>& items, const QSet<int>& before, const QSet<int>& now) {
@@ -54,7 +65,10 @@ CanvasScene::CanvasScene(EditedGraph& graph, QObject* parent)
   rebuild();
 }
 
-CanvasScene::~CanvasScene() = default;
+// Curves delete their labels, so they go before the scene deletes what is left.
+CanvasScene::~CanvasScene() {
+  qDeleteAll(m_curves);
+}
 
 void CanvasScene::connectGraph() {
   connect(&m_graph, &EditedGraph::loaded, this, &CanvasScene::rebuild);
@@ -140,7 +154,6 @@ void CanvasScene::readBox(ActionId id) {
   }
   changed->read();
   followBox(id);
-  emit actionTextChanged(id);
   emit contentChanged();
 }
 
@@ -261,7 +274,9 @@ LinkId CanvasScene::linkNear(QPointF point, double tolerance) const {
   return found;
 }
 
-void CanvasScene::setSelection(const GraphSelection& selection) {
+void CanvasScene::setSelection(const GraphSelection& wanted) {
+  const GraphSelection selection{present(wanted.actions, m_boxes), present(wanted.links, m_curves),
+                                 present(wanted.notes, m_notes)};
   if (selection == m_selection) {
     return;
   }

@@ -63,7 +63,8 @@ class CanvasScene : public QGraphicsScene {
   LinkId linkNear(QPointF point, double tolerance) const;
 
   const GraphSelection& selection() const { return m_selection; }
-  void setSelection(const GraphSelection& selection);
+  // What is not in the graph is left out.
+  void setSelection(const GraphSelection& wanted);
 
   const ActionState& state(ActionId id) const;
   QString problem(ActionId id) const { return m_problems.value(id); }
@@ -90,7 +91,6 @@ class CanvasScene : public QGraphicsScene {
   // Something came, went or moved.
   void contentChanged();
   void aboutToRebuild();
-  void actionTextChanged(kelvarin::ActionId id);
 
  private:
   void connectGraph();

@@ -75,6 +75,9 @@ void CanvasView::connectScene() {
     const ActionId current = currentAction();
     if (current != kNoId) {
       setFocusAction(current);
+    } else if (!selection().isEmpty() && selection().actions.isEmpty()) {
+      showFocusMark(false);
+      announceFocus();
     }
     emit selectionChanged();
   });
@@ -106,6 +109,17 @@ void CanvasView::showLink(LinkId link) {
   if (const LinkCurve* curve = m_scene->curve(link)) {
     setSelection({{}, {link}, {}});
     showArea(curve->boundingRect());
+  }
+}
+
+void CanvasView::showOnly(const GraphSelection& item) {
+  if (!item.actions.isEmpty()) {
+    showAction(*item.actions.cbegin());
+  } else if (!item.links.isEmpty()) {
+    showLink(*item.links.cbegin());
+  } else if (!item.notes.isEmpty() && m_scene->note(*item.notes.cbegin()) != nullptr) {
+    setSelection(item);
+    showArea(m_scene->note(*item.notes.cbegin())->body());
   }
 }
 

@@ -47,6 +47,8 @@ class CanvasView : public QGraphicsView {
   // Selects it and makes it visible.
   void showAction(ActionId action);
   void showLink(LinkId link);
+  // The same for one item of any kind.
+  void showOnly(const GraphSelection& item);
   // The part of the canvas that the view shows.
   QRectF seenArea() const;
   // Of every box, for layouts.
@@ -81,7 +83,7 @@ class CanvasView : public QGraphicsView {
   void paste();
   void duplicateSelection();
   void selectAll();
-  // An action's name or a note's text, in place.
+  // An action's name or a note's text, where it stands.
   void renameCurrent();
   void toggleDisabled();
   void addNoteHere();
@@ -162,10 +164,12 @@ class CanvasView : public QGraphicsView {
   void walk(int arrowKey, bool extends);
   bool walkToLink(int arrowKey);
   void moveByKey(int arrowKey);
+  QList<GraphSelection> tabOrder() const;
   bool quickAddByLetter(const QKeyEvent& event);
   void showLinkByKeys(int step);
   void actOnLinkKey(const QKeyEvent& event);
   void setFocusAction(ActionId action);
+  void showFocusMark(bool shows);
   void announceFocus();
 
   GraphCommands& m_commands;

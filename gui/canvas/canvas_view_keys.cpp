@@ -229,29 +229,44 @@ bool CanvasView::quickAddByLetter(const QKeyEvent& event) {
   return true;
 }
 
-// Tab leaves the canvas behind the last action, so that nobody is caught in it.
+// Row by row; notes come last.
+QList<GraphSelection> CanvasView::tabOrder() const {
+  QList<GraphSelection> order;
+  for (const ActionId id : readingOrder(*m_scene)) {
+    order.append({{id}, {}, {}});
+  }
+  for (const NoteId id : graph().notes()) {
+    order.append({{}, {}, {id}});
+  }
+  return order;
+}
+
+// Tab leaves the canvas behind the last item, so that nobody is caught in it.
 bool CanvasView::focusNextPrevChild(bool next) {
   if (m_linkByKeys) {
     showLinkByKeys(next ? 1 : -1);
     return true;
   }
-  const QList<ActionId> order = readingOrder(*m_scene);
-  const qsizetype now = order.indexOf(m_focusAction);
+  const QList<GraphSelection> order = tabOrder();
+  const bool isOnNote = selection().notes.size() == 1 && selection().actions.isEmpty();
+  const GraphSelection focused = isOnNote ? GraphSelection{{}, {}, selection().notes}
+                                          : GraphSelection{{m_focusAction}, {}, {}};
+  const qsizetype now = order.indexOf(focused);
   const qsizetype wanted = now < 0 ? (next ? 0 : -1) : now + (next ? 1 : -1);
   if (!hasFocus() || wanted < 0 || wanted >= order.size()) {
     return QGraphicsView::focusNextPrevChild(next);
   }
-  showAction(order[wanted]);
+  showOnly(order[wanted]);
   return true;
 }
 
 void CanvasView::focusInEvent(QFocusEvent* event) {
   QGraphicsView::focusInEvent(event);
-  // Tab from elsewhere begins at the first action, Shift+Tab at the last one.
+  // Tab from elsewhere begins at the first item, Shift+Tab at the last one.
   if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason) {
-    const QList<ActionId> order = readingOrder(*m_scene);
+    const QList<GraphSelection> order = tabOrder();
     if (selection().isEmpty() && !order.isEmpty()) {
-      showAction(event->reason() == Qt::TabFocusReason ? order.front() : order.back());
+      showOnly(event->reason() == Qt::TabFocusReason ? order.front() : order.back());
     }
   }
   setFocusAction(m_focusAction);
@@ -264,33 +279,39 @@ void CanvasView::focusOutEvent(QFocusEvent* event) {
   if (m_linkByKeys) {
     cancelGesture();
   }
-  if (ActionBox* box = m_scene->box(m_focusAction)) {
-    box->setHasFocusMark(false);
-  }
+  showFocusMark(false);
 }
 
 void CanvasView::setFocusAction(ActionId action) {
-  if (ActionBox* before = m_scene->box(m_focusAction)) {
-    before->setHasFocusMark(false);
-  }
+  showFocusMark(false);
   const bool isOther = m_focusAction != action;
   m_focusAction = action;
-  if (ActionBox* box = m_scene->box(action)) {
-    box->setHasFocusMark(hasFocus());
-  }
+  showFocusMark(hasFocus());
   if (isOther) {
     announceFocus();
   }
 }
 
+void CanvasView::showFocusMark(bool shows) {
+  if (ActionBox* box = m_scene->box(m_focusAction)) {
+    box->setHasFocusMark(shows);
+  }
+}
+
 void CanvasView::announceFocus() {
-  const qsizetype index = QAccessible::isActive() ? graph().actions().indexOf(m_focusAction) : -1;
-  if (index < 0 || !hasFocus()) {
+  if (!QAccessible::isActive() || !hasFocus()) {
     return;
   }
-  QAccessibleEvent focus(this, QAccessible::Focus);
-  focus.setChild(static_cast<int>(index));
-  QAccessible::updateAccessibility(&focus);
+  const QList<ActionId> actions = graph().actions();
+  const QSet<NoteId>& notes = selection().notes;
+  const bool isOnNote = notes.size() == 1 && selection().actions.isEmpty();
+  const qsizetype index = isOnNote ? actions.size() + graph().notes().indexOf(*notes.cbegin())
+                                   : actions.indexOf(m_focusAction);
+  if (index >= 0) {
+    QAccessibleEvent focus(this, QAccessible::Focus);
+    focus.setChild(static_cast<int>(index));
+    QAccessible::updateAccessibility(&focus);
+  }
 }
 
 }  // namespace kelvarin

@@ -143,7 +143,10 @@ void LinkCurve::follow() {
   const QPointF to = below != nullptr ? below->pinPosition(m_link.toPin, false)
                                       : above->pinPosition(m_link.fromPin, true) + stub;
   m_path = curveBetween(from, to);
-  m_middle = pointOfCurve(m_path, 0.5);
+  // Beside the name of the pin, where it has one.
+  const PinRef source{m_link.from, m_link.fromPin, true};
+  const bool isNamed = above != nullptr && !m_scene.graph().pinName(source).isEmpty();
+  m_middle = pointOfCurve(m_path, isNamed ? 0.65 : 0.5);
   const double distance = std::hypot(to.x() - from.x(), to.y() - from.y());
   const int count =
       from.y() == to.y() && from.x() <= to.x()

@@ -11,7 +11,7 @@ namespace kelvarin::testing {
 
 struct CanvasFigure {
   QString name;
-  double milliseconds = 0.0;  // of the 99th percentile of the frames, or of the whole
+  double milliseconds = 0.0;  // the 99th percentile of frames, or the whole, or the mean of moves
   double goal = 0.0;
 };
 

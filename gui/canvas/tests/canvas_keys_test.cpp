@@ -63,6 +63,10 @@ TEST(CanvasKeys, TabReadsRowByRowAndLeavesAtTheEnd) {
     canvas.key(Qt::Key_Tab);
   }
   EXPECT_EQ(names.join(u' '), QStringLiteral("a b c alone"));
+  EXPECT_EQ(canvas.view.selection().notes.size(), 1);
+  canvas.key(Qt::Key_Tab);
+  EXPECT_EQ(canvas.view.selection().notes.size(), 1);
+  canvas.key(Qt::Key_Backtab);
   EXPECT_EQ(canvas.view.currentAction(), canvas.id("alone"));
 }
 
@@ -156,7 +160,8 @@ TEST(CanvasKeys, ScreenReadersFindEveryActionWithStateAndLinks) {
   canvas.view.setStates({{canvas.id("b"), done}});
   QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&canvas.view);
   ASSERT_NE(list, nullptr);
-  ASSERT_EQ(list->childCount(), 4);
+  ASSERT_EQ(list->childCount(), 5);
+  EXPECT_EQ(list->child(4)->text(QAccessible::Name), QStringLiteral("Note: about the data"));
   QAccessibleInterface* action = list->child(1);
   const QString rows = QLocale().toString(19811);
   EXPECT_EQ(action->text(QAccessible::Name),
@@ -169,7 +174,7 @@ TEST(CanvasKeys, ScreenReadersFindEveryActionWithStateAndLinks) {
   EXPECT_EQ(opened.size(), 1);
   canvas.select("b");
   canvas.key(Qt::Key_Delete);
-  EXPECT_EQ(list->childCount(), 3);
+  EXPECT_EQ(list->childCount(), 4);
   EXPECT_FALSE(action->isValid());
 }
 
