@@ -37,11 +37,11 @@ RenamedVariables renamedVariables(std::vector<InputVariable> variables, const QS
 QString withRenamedVariable(const QString& expression, const QString& oldName,
                             const QString& newName) {
   const ExpressionTokens tokens(expression);
-  QString renamed;
-  for (std::size_t i = 0; i < tokens.size(); ++i) {
-    const bool isVariable =
-        isFreeName(tokens.all(), i) && !isCall(tokens.all(), i) && tokens.textAt(i) == oldName;
-    renamed += isVariable ? QStringView(newName) : tokens.text(tokens[i]);
+  QString renamed = expression;
+  for (std::size_t i = tokens.size(); i-- > 0;) {
+    if (tokens.textAt(i) == oldName && isFreeName(tokens.all(), i) && !isCall(tokens.all(), i)) {
+      renamed.replace(positionOf(tokens[i]), sizeOf(tokens[i]), newName);
+    }
   }
   return renamed;
 }

@@ -11,12 +11,12 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include "actions/frame/renamed_variables.h"
 #include "expression/tokens/expression_tokens.h"
 #include "host/contract/main_ui.h"
 #include "host/widgets/info_line.h"
 #include "ui/editors/side_by_side.h"
 #include "ui/help_browser/interface_math_parser_help.h"
-#include "ui/language/renaming.h"
 #include "ui/panels/form_layout.h"
 #include "ui/panels/notes_field.h"
 #include "ui/panels/variables_panel.h"

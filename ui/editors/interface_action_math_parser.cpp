@@ -8,11 +8,11 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
+#include "actions/frame/renamed_variables.h"
 #include "expression/backends/expression_text.h"
 #include "ui/editors/output_bar.h"
 #include "ui/editors/output_fields.h"
 #include "ui/editors/vectors_panel.h"
-#include "ui/language/renaming.h"
 #include "ui/panels/form_layout.h"
 #include "ui/panels/notes_field.h"
 #include "ui/panels/settings_page.h"
