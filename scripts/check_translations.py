@@ -12,7 +12,7 @@ import sys
 import xml.etree.ElementTree
 
 ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
-SOURCES = ("ui", "gui", os.path.join("host", "widgets"))
+SOURCES = ("ui", "gui", os.path.join("host", "contract"), os.path.join("host", "widgets"))
 TRANSLATING_FUNCTION = re.compile(
     r"QString (\w+)\(const char\* \w+\) \{\s*return QCoreApplication::translate\(")
 PLACEHOLDER = re.compile(r"%(?:L?\d+|n)")

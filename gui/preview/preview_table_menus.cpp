@@ -78,7 +78,7 @@ void PreviewTable::showHeaderMenu(const QPoint& position) {
   menu->addAction(tr("&New column from this"), [this, name] { emit newColumnWanted(name); });
   menu->addAction(tr("&Rename column \u2026"), [this, name] { emit renameColumnWanted(name); });
   menu->addSeparator();
-  menu->addAction(tr("Copy the &name"), [name] { QGuiApplication::clipboard()->setText(name); });
+  menu->addAction(tr("Copy the na&me"), [name] { QGuiApplication::clipboard()->setText(name); });
   menu->addAction(icon(IconName::copy), tr("&Copy the column"), [this, column] {
     copyTexts({TextFormat::tabs, true, {column}, 0, m_model->rowCount(), m_model->order()});
   });
@@ -95,7 +95,7 @@ void PreviewTable::addSortActions(QMenu& menu, int column) {
   };
   add(tr("Sort &ascending"), column, false);
   add(tr("Sort &descending"), column, true);
-  add(tr("As the rows &came"), -1, false);
+  add(tr("&Unsorted"), -1, false);
 }
 
 // The columns and rows that have a chosen cell.

@@ -151,10 +151,11 @@ void ProfilePanel::showFacts(const ColumnProfile& profile) {
     return;
   }
   addFact(tr("Mean"), QString::number(profile.mean, 'g', 6));
-  const QString about = profile.areQuantilesExact ? QString() : tr("about ");
   for (const ColumnProfile::Quantile& quantile : profile.quantiles) {
     if (quantile.share > 0.0 && quantile.share < 1.0) {
-      addFact(nameOfShare(quantile.share), about + shownNumber(quantile.value).text);
+      const QString value = shownNumber(quantile.value).text;
+      addFact(nameOfShare(quantile.share),
+              profile.areQuantilesExact ? value : tr("about %1").arg(value));
     }
   }
 }

@@ -2,6 +2,13 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en">
 <context>
+    <name>CellFilter</name>
+    <message>
+        <source>&apos;%1&apos; is no number. Write a number, a comparison such as &gt; 5, a range such as 1..5, null or nan.</source>
+        <translation>„%1“ ist keine Zahl. Schreiben Sie eine Zahl, einen Vergleich wie &gt; 5, einen Bereich wie 1..5, null oder nan.</translation>
+    </message>
+</context>
+<context>
     <name>Debugger</name>
     <message>
         <source>Row %1, stopped at a breakpoint.</source>
@@ -1431,6 +1438,17 @@
     </message>
 </context>
 <context>
+    <name>PreviewCache</name>
+    <message>
+        <source>Nothing is linked to this pin, so no rows come here. Draw a link to it.</source>
+        <translation>Mit diesem Anschluss ist nichts verbunden, also kommen hier keine Zeilen an. Ziehen Sie eine Verbindung zu ihm.</translation>
+    </message>
+    <message>
+        <source>The action has no such output pin any more. Choose another one.</source>
+        <translation>Die Aktion hat diesen Ausgang nicht mehr. Wählen Sie einen anderen.</translation>
+    </message>
+</context>
+<context>
     <name>QAbstractSpinBox</name>
     <message>
         <source>&amp;Select All</source>
@@ -2796,6 +2814,25 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::HistogramView</name>
+    <message>
+        <source>%1 different</source>
+        <translation>%1 verschiedene</translation>
+    </message>
+    <message>
+        <source>about %1 different</source>
+        <translation>etwa %1 verschiedene</translation>
+    </message>
+    <message>
+        <source>%1: %2 rows</source>
+        <translation>%1: %2 Zeilen</translation>
+    </message>
+    <message>
+        <source>%1 to %2: %3 rows</source>
+        <translation>%1 bis %2: %3 Zeilen</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::HistoryKeys</name>
     <message>
         <source>&amp;Remove the star of this expression</source>
@@ -3355,6 +3392,13 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
 </context>
 <context>
+    <name>kelvarin::PinPreview</name>
+    <message>
+        <source>Nothing is linked to this pin, so no rows come here. Link an action to it.</source>
+        <translation>Mit diesem Anschluss ist nichts verbunden, also kommen hier keine Zeilen an. Verbinden Sie eine Aktion mit ihm.</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::PinTable</name>
     <message>
         <source>An earlier expression is still running.</source>
@@ -3363,6 +3407,312 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>The names take longer than a second to compute.</source>
         <translation>Die Namen zu berechnen dauert länger als eine Sekunde.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::PreviewBar</name>
+    <message>
+        <source>Compute the rows again</source>
+        <translation>Die Zeilen neu berechnen</translation>
+    </message>
+    <message>
+        <source>Stop computing rows</source>
+        <translation>Das Berechnen der Zeilen anhalten</translation>
+    </message>
+    <message>
+        <source>Export the rows as CSV …</source>
+        <translation>Die Zeilen als CSV exportieren …</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+    <message>
+        <source>At most %1</source>
+        <translation>Höchstens %1</translation>
+    </message>
+    <message>
+        <source>How many of the first rows are computed</source>
+        <translation>Wie viele der ersten Zeilen berechnet werden</translation>
+    </message>
+    <message>
+        <source>First ro&amp;ws:</source>
+        <translation>Erste &amp;Zeilen:</translation>
+    </message>
+    <message>
+        <source>First rows</source>
+        <translation>Erste Zeilen</translation>
+    </message>
+    <message>
+        <source>&amp;Profiles</source>
+        <translation>&amp;Profile</translation>
+    </message>
+    <message>
+        <source>Show what the values of each column are like</source>
+        <translation>Zeigen, wie die Werte jeder Spalte beschaffen sind</translation>
+    </message>
+    <message>
+        <source>F&amp;ilter</source>
+        <translation>F&amp;ilter</translation>
+    </message>
+    <message>
+        <source>Filter the rows that are shown (Ctrl+F)</source>
+        <translation>Die gezeigten Zeilen filtern (Strg+F)</translation>
+    </message>
+    <message>
+        <source>&amp;Details</source>
+        <translation>&amp;Details</translation>
+    </message>
+    <message>
+        <source>Show the profile of one column in full</source>
+        <translation>Das Profil einer Spalte ganz zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::PreviewHeader</name>
+    <message>
+        <source>%1 null</source>
+        <translation>%1 null</translation>
+    </message>
+    <message>
+        <source>%1 NaN</source>
+        <translation>%1 NaN</translation>
+    </message>
+    <message>
+        <source>no values</source>
+        <translation>keine Werte</translation>
+    </message>
+    <message>
+        <source>of %1 rows</source>
+        <translation>von %1 Zeilen</translation>
+    </message>
+    <message>
+        <source>Filter of the column %1</source>
+        <translation>Filter der Spalte %1</translation>
+    </message>
+    <message>
+        <source>filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>A text, a comparison such as &gt; 5 or = Lyon, a range such as 1..5, null, !null, nan or empty</source>
+        <translation>Ein Text, ein Vergleich wie &gt; 5 oder = Lyon, ein Bereich wie 1..5, null, !null, nan oder empty</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::PreviewModel</name>
+    <message>
+        <source>reading</source>
+        <translation>wird gelesen</translation>
+    </message>
+    <message>
+        <source>number</source>
+        <translation>Zahl</translation>
+    </message>
+    <message>
+        <source>key</source>
+        <translation>Schlüssel</translation>
+    </message>
+    <message>
+        <source>text</source>
+        <translation>Text</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::PreviewPanel::Parts</name>
+    <message>
+        <source>There is not enough memory for this. Look at fewer rows, or close other programs.</source>
+        <translation>Dafür reicht der Speicher nicht. Sehen Sie weniger Zeilen an, oder schließen Sie andere Programme.</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Click an action or one of its pins, and its first rows appear here.</source>
+        <translation>Klicken Sie auf eine Aktion oder einen ihrer Anschlüsse, dann erscheinen hier ihre ersten Zeilen.</translation>
+    </message>
+    <message>
+        <source>The first rows are being computed …</source>
+        <translation>Die ersten Zeilen werden berechnet …</translation>
+    </message>
+    <message>
+        <source>Stopped before the first row came.</source>
+        <translation>Angehalten, bevor die erste Zeile kam.</translation>
+    </message>
+    <message>
+        <source>Compute the rows</source>
+        <translation>Die Zeilen berechnen</translation>
+    </message>
+    <message>
+        <source>There are no rows to show. The message above says why.</source>
+        <translation>Es gibt keine Zeilen zu zeigen. Die Meldung darüber sagt, warum.</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>Noch einmal versuchen</translation>
+    </message>
+    <message>
+        <source>The rows end here because of an error: %1</source>
+        <translation>Die Zeilen enden hier wegen eines Fehlers: %1</translation>
+    </message>
+    <message>
+        <source>Go to the action</source>
+        <translation>Zur Aktion</translation>
+    </message>
+    <message>
+        <source>No rows come out of this pin; its columns are known.</source>
+        <translation>Aus diesem Anschluss kommen keine Zeilen; seine Spalten sind bekannt.</translation>
+    </message>
+    <message>
+        <source>sorting and filtering …</source>
+        <translation>wird sortiert und gefiltert …</translation>
+    </message>
+    <message>
+        <source>%1 of %2 rows</source>
+        <translation>%1 von %2 Zeilen</translation>
+    </message>
+    <message>
+        <source>computing …</source>
+        <translation>wird berechnet …</translation>
+    </message>
+    <message>
+        <source>%1 rows so far</source>
+        <translation>bisher %1 Zeilen</translation>
+    </message>
+    <message>
+        <source>the first %1 rows</source>
+        <translation>die ersten %1 Zeilen</translation>
+    </message>
+    <message>
+        <source>all %1 rows</source>
+        <translation>alle %1 Zeilen</translation>
+    </message>
+    <message>
+        <source>stopped after %1 rows</source>
+        <translation>nach %1 Zeilen angehalten</translation>
+    </message>
+    <message>
+        <source>%1 rows, then an error</source>
+        <translation>%1 Zeilen, dann ein Fehler</translation>
+    </message>
+    <message>
+        <source>failed</source>
+        <translation>fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>%1, what comes in</source>
+        <translation>%1, was ankommt</translation>
+    </message>
+    <message>
+        <source>%1, pin %2</source>
+        <translation>%1, Anschluss %2</translation>
+    </message>
+    <message>
+        <source>Export the rows as CSV</source>
+        <translation>Die Zeilen als CSV exportieren</translation>
+    </message>
+    <message>
+        <source>CSV files (*.csv);;All files (*)</source>
+        <translation>CSV-Dateien (*.csv);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Vorschau</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::PreviewTable</name>
+    <message>
+        <source>Rows of the preview</source>
+        <translation>Zeilen der Vorschau</translation>
+    </message>
+    <message>
+        <source>The number of the row at this pin, counted from 0</source>
+        <translation>Die Nummer der Zeile an diesem Anschluss, gezählt ab 0</translation>
+    </message>
+    <message>
+        <source>The rows cannot be read back from the temporary file. Reload them.</source>
+        <translation>Die Zeilen lassen sich nicht aus der temporären Datei zurücklesen. Berechnen Sie sie neu.</translation>
+    </message>
+    <message>
+        <source>%1, row %2</source>
+        <translation>%1, Zeile %2</translation>
+    </message>
+    <message>
+        <source>&amp;Step to this row</source>
+        <translation>&amp;Schritt zu dieser Zeile</translation>
+    </message>
+    <message>
+        <source>&amp;Keep rows like this</source>
+        <translation>Zeilen wie diese &amp;behalten</translation>
+    </message>
+    <message>
+        <source>&amp;New column from this</source>
+        <translation>&amp;Neue Spalte hieraus</translation>
+    </message>
+    <message>
+        <source>&amp;Rename column …</source>
+        <translation>Spalte &amp;umbenennen …</translation>
+    </message>
+    <message>
+        <source>Show the &amp;whole value	Enter</source>
+        <translation>Den &amp;ganzen Wert zeigen	Eingabe</translation>
+    </message>
+    <message>
+        <source>&amp;Copy	Ctrl+C</source>
+        <translation>&amp;Kopieren	Strg+C</translation>
+    </message>
+    <message>
+        <source>Copy with &amp;headers	Ctrl+Shift+C</source>
+        <translation>&amp;Mit Überschriften kopieren	Strg+Umschalt+C</translation>
+    </message>
+    <message>
+        <source>&amp;Filter …	Ctrl+F</source>
+        <translation>&amp;Filtern …	Strg+F</translation>
+    </message>
+    <message>
+        <source>Copy the na&amp;me</source>
+        <translation>Den Namen ko&amp;pieren</translation>
+    </message>
+    <message>
+        <source>&amp;Copy the column</source>
+        <translation>Die Spalte &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>Sort &amp;ascending</source>
+        <translation>&amp;Aufsteigend sortieren</translation>
+    </message>
+    <message>
+        <source>Sort &amp;descending</source>
+        <translation>Absteigen&amp;d sortieren</translation>
+    </message>
+    <message>
+        <source>&amp;Unsorted</source>
+        <translation>Uns&amp;ortiert</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n row(s) copied.</source>
+        <translation>
+            <numerusform>%n Zeile kopiert.</numerusform>
+            <numerusform>%n Zeilen kopiert.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>This is more than a clipboard holds well (64 MiB). Export the rows as CSV, or choose fewer of them.</source>
+        <translation>Das ist mehr, als eine Zwischenablage gut fasst (64 MiB). Exportieren Sie die Zeilen als CSV, oder wählen Sie weniger.</translation>
+    </message>
+    <message>
+        <source>Nothing was copied: the rows cannot be read back from the temporary file. Reload them.</source>
+        <translation>Nichts wurde kopiert: Die Zeilen lassen sich nicht aus der temporären Datei zurücklesen. Berechnen Sie sie neu.</translation>
+    </message>
+    <message>
+        <source>%1 rows were written to %2.</source>
+        <translation>%1 Zeilen wurden nach %2 geschrieben.</translation>
+    </message>
+    <message>
+        <source>%1 was not written: %2. Choose another file, or free some space on the disk.</source>
+        <translation>%1 wurde nicht geschrieben: %2. Wählen Sie eine andere Datei, oder schaffen Sie Platz auf dem Datenträger.</translation>
     </message>
 </context>
 <context>
@@ -3414,6 +3764,101 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>Refuse a na&amp;me that another action reads or writes</source>
         <translation>Einen &amp;Namen ablehnen, den eine andere Aktion liest oder schreibt</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ProfilePanel</name>
+    <message>
+        <source>Median</source>
+        <translation>Median</translation>
+    </message>
+    <message>
+        <source>%1 % are at most</source>
+        <translation>%1 % sind höchstens</translation>
+    </message>
+    <message>
+        <source>Most &amp;frequent values</source>
+        <translation>&amp;Häufigste Werte</translation>
+    </message>
+    <message>
+        <source>Profile of the column</source>
+        <translation>Profil der Spalte</translation>
+    </message>
+    <message>
+        <source>Most frequent values</source>
+        <translation>Häufigste Werte</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>Share</source>
+        <translation>Anteil</translation>
+    </message>
+    <message>
+        <source>Profile</source>
+        <translation>Profil</translation>
+    </message>
+    <message>
+        <source>Choose a cell or a column, and what its values are like appears here.</source>
+        <translation>Wählen Sie eine Zelle oder eine Spalte, dann erscheint hier, wie ihre Werte beschaffen sind.</translation>
+    </message>
+    <message>
+        <source>The profile is being computed.</source>
+        <translation>Das Profil wird berechnet.</translation>
+    </message>
+    <message>
+        <source>Of %1 rows at hand</source>
+        <translation>Von %1 vorliegenden Zeilen</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+    <message>
+        <source>Null</source>
+        <translation>Null</translation>
+    </message>
+    <message>
+        <source>Empty</source>
+        <translation>Leer</translation>
+    </message>
+    <message>
+        <source>NaN</source>
+        <translation>NaN</translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation>Werte</translation>
+    </message>
+    <message>
+        <source>Minimum</source>
+        <translation>Minimum</translation>
+    </message>
+    <message>
+        <source>Maximum</source>
+        <translation>Maximum</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>Länge</translation>
+    </message>
+    <message>
+        <source>%1 to %2 bytes</source>
+        <translation>%1 bis %2 Bytes</translation>
+    </message>
+    <message>
+        <source>Mean</source>
+        <translation>Mittelwert</translation>
+    </message>
+    <message>
+        <source>about %1</source>
+        <translation>etwa %1</translation>
     </message>
 </context>
 <context>
@@ -3959,6 +4404,17 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>error</source>
         <translation>Fehler</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ValueWindow</name>
+    <message>
+        <source>%1 characters</source>
+        <translation>%1 Zeichen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
     </message>
 </context>
 <context>
