@@ -19,8 +19,8 @@ struct ActionProgress {
 };
 
 struct RunProgress {
-  long long rowsRead = 0;               // by the sources that have begun
-  double fractionDone = -1.0;           // 0 to 1; -1 when unknown
+  long long rowsRead = 0;                 // by the sources that have begun
+  double fractionDone = -1.0;             // 0 to 1; -1 when unknown
   std::vector<ActionProgress> actions{};  // in the graph's order; where `reportsActions` is set
 };
 
