@@ -3,7 +3,8 @@
 //
 // The engine does nothing for it: the action at work is known anyway. Short intervals at the
 // beginning, so that short runs get their share, longer ones later; a run takes some hundred
-// samples. Used by: graph_execution.cpp.
+// samples.
+// Used by: graph_execution.cpp.
 // Threads: made, asked and destroyed on the engine thread; it looks from one of its own.
 #pragma once
 
