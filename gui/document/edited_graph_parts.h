@@ -2,7 +2,7 @@
 //
 // Ids grow along the document, so the order of ids is the order of the document, and what an undo
 // brings back comes to where it was.
-// Used by: edited_graph*.cpp, graph_changes.cpp.
+// Used by: edited_graph*.cpp, graph_changes.h, graph_text.h.
 // Threads: the user-interface thread.
 #pragma once
 

@@ -122,7 +122,7 @@ void GraphCommands::moveActions(const QHash<ActionId, QPointF>& positions,
     return;
   }
   Step step(*this, positions.size() == 1 && notes.isEmpty()
-                       ? tr("Move '%1'").arg(m_graph.name(positions.keyBegin().operator*()))
+                       ? tr("Move '%1'").arg(m_graph.name(inOrder(positions).front()))
                        : tr("Move"));
   QString key = QStringLiteral("move");
   for (const ActionId id : inOrder(positions)) {

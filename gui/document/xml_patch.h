@@ -2,7 +2,7 @@
 // so that all else of the file's element stays: comments, unknown attributes and elements, order,
 // spelling.
 //
-// Used by: graph_changes.cpp.
+// Used by: edited_graph_parts.cpp.
 #pragma once
 
 #include <optional>
