@@ -9,6 +9,7 @@
 #include "gui/canvas/canvas_gesture.h"
 #include "gui/canvas/canvas_view.h"
 #include "gui/canvas/keyboard_walk.h"
+#include "gui/canvas/link_targets.h"
 
 namespace kelvarin {
 
@@ -33,10 +34,11 @@ void CanvasView::drawLinkByKeys() {
   const int pin = isNext ? (m_linkByKeys->start.pin + 1) % outputs : 0;
   cancelGesture();
   LinkByKeys link{{current, pin, true}, {}, 0};
+  const LinkTargets allowed(graph(), link.start);
   for (const ActionId id : readingOrder(*m_scene)) {
     for (int input = 0; input < graph().pinCount(id, false); ++input) {
-      if (graph().refusal(current, pin, id, input).isEmpty()) {
-        link.targets.append({id, input, false});
+      if (const PinRef target{id, input, false}; allowed.accepts(target)) {
+        link.targets.append(target);
       }
     }
   }

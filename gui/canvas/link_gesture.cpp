@@ -1,4 +1,5 @@
 #include <memory>
+#include <optional>
 
 #include <QGraphicsPathItem>
 #include <QPen>
@@ -7,6 +8,7 @@
 #include "gui/canvas/canvas_gesture.h"
 #include "gui/canvas/canvas_view.h"
 #include "gui/canvas/link_curve.h"
+#include "gui/canvas/link_targets.h"
 
 namespace kelvarin {
 
@@ -23,7 +25,7 @@ class LinkGesture final : public CanvasGesture {
 
  private:
   QString refusal(const PinRef& end) const;
-  bool accepts(const PinRef& end);
+  bool accepts(const PinRef& end) const;
   PinRef pinAt(QPointF point);
   void connectTo(const PinRef& end);
   void end();
@@ -31,7 +33,7 @@ class LinkGesture final : public CanvasGesture {
   GestureParts m_parts;
   PinRef m_start;
   LinkId m_moved = kNoId;  // whose end is moved
-  QHash<QPair<ActionId, int>, bool> m_accepted;
+  std::optional<LinkTargets> m_targets;
   PinRef m_target;
   QString m_refusal;
   bool m_isOnBox = false;
@@ -48,6 +50,7 @@ LinkGesture::LinkGesture(const GestureParts& parts, const PinRef& pin)
     m_start = {link.from, link.fromPin, true};
     m_parts.scene.curve(m_moved)->setOpacity(0.25);
   }
+  m_targets.emplace(graph, m_start);
   m_curve->setPen(QPen(m_parts.scene.colors().accent, 2.5, Qt::SolidLine, Qt::RoundCap));
   m_curve->setZValue(4);
   m_parts.scene.addItem(m_curve.get());
@@ -64,16 +67,8 @@ QString LinkGesture::refusal(const PinRef& end) const {
                           : graph.refusal(end.action, end.pin, m_start.action, m_start.pin);
 }
 
-bool LinkGesture::accepts(const PinRef& end) {
-  if (end == m_start) {
-    return true;
-  }
-  if (end.isOutput == m_start.isOutput) {
-    return false;
-  }
-  const QPair<ActionId, int> key(end.action, end.pin);
-  const auto found = m_accepted.constFind(key);
-  return found != m_accepted.constEnd() ? *found : *m_accepted.insert(key, refusal(end).isEmpty());
+bool LinkGesture::accepts(const PinRef& end) const {
+  return end == m_start || m_targets->accepts(end);
 }
 
 // On the body of a box, its first pin that can take the link and is free, else the first one.

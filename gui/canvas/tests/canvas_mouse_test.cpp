@@ -54,6 +54,12 @@ TEST(CanvasMouse, MakesNoCycleAndSaysWhy) {
   // The input of `b` is dimmed, that of an action below is not.
   EXPECT_FALSE(canvas.scene().pinFilter()({canvas.id("b"), 0, false}));
   EXPECT_TRUE(canvas.scene().pinFilter()({canvas.id("c"), 0, false}));
+  for (const ActionId id : canvas.graph.actions()) {
+    if (canvas.graph.pinCount(id, false) > 0) {
+      EXPECT_EQ(canvas.scene().pinFilter()({id, 0, false}),
+                canvas.graph.refusal(canvas.id("alone"), 0, id, 0).isEmpty());
+    }
+  }
   canvas.move(canvas.pin("b", 0, false));
   const QString reason = canvas.graph.refusal(canvas.id("alone"), 0, canvas.id("b"), 0);
   EXPECT_FALSE(reason.isEmpty());
