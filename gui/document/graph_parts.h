@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QColor>
 #include <QList>
+#include <QMetaType>
 #include <QRectF>
 #include <QSet>
 #include <QString>
