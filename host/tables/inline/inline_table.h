@@ -66,4 +66,7 @@ class InlineTable final : public Described<InlineTable, ActionItem> {
   std::size_t m_nextRow = 0;
 };
 
+// Why a text is no value of a column with this type, for the user; empty where it is one.
+QString inlineValueFault(const QString& column, MetaTypeColumn type, const QString& text);
+
 }  // namespace kelvarin
