@@ -162,6 +162,7 @@ CsvGuess guessCsv(std::string_view start, bool isWhole) {
   }
   guess.separator = separator == '\t' ? QStringLiteral("\\t") : QString(QLatin1Char(separator));
   guess.quote = QLatin1Char(quote);
+  guess.hasQuotes = start.find(quote) != start.npos;
   guess.columnCount = best.front().size();
   guess.hasHeader = looksLikeHeader(best);
   guess.nullText = guessNullText(best);

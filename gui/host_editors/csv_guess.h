@@ -16,6 +16,7 @@ struct CsvGuess {
   QString quote = QStringLiteral("\"");
   bool hasHeader = true;
   QString nullText;
+  bool hasQuotes = false;       // else the quote does not matter
   std::size_t columnCount = 0;  // 0: there is nothing to guess from
   QString lineEnd;              // "LF", "CR LF", "CR"; empty where there is none
   bool hasByteOrderMark = false;

@@ -1,6 +1,7 @@
 #include "gui/host_editors/host_editor.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QCheckBox>
 #include <QGroupBox>
@@ -35,6 +36,7 @@ HostEditor::HostEditor(ActionItem& action, QWidget* parent)
     : ElementEditor(parent),
       m_parameters(action.globalParameters()),
       m_element(EditedElement::of(action)),
+      m_document(m_element.document()),
       m_page(new QVBoxLayout(this)),
       m_faults(new InfoLine) {
   if (m_parameters == nullptr) {
@@ -145,9 +147,9 @@ EditedElement HostEditor::typed() const {
 }
 
 void HostEditor::commit() {
-  const EditedElement element = typed();
+  EditedElement element = typed();
   const QByteArray document = element.document();
-  if (document == m_element.document()) {
+  if (document == m_document) {
     m_faults->clear();
     return;
   }
@@ -160,7 +162,8 @@ void HostEditor::commit() {
   if (!check.canBeUsed()) {
     return;
   }
-  m_element = element;
+  m_element = std::move(element);
+  m_document = document;
   m_action = std::move(check.action);
   emit committed(document);
   settingsChanged();

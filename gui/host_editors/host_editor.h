@@ -78,6 +78,7 @@ class HostEditor : public ElementEditor {
   std::unique_ptr<GlobalParameters> m_noParameters;  // of an action without a graph
   std::unique_ptr<ActionItem> m_action;
   EditedElement m_element;
+  QByteArray m_document;  // of the element
   QVBoxLayout* m_page;
   InfoLine* m_faults;
   std::vector<Field> m_fields;

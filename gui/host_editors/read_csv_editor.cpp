@@ -106,14 +106,14 @@ void ReadCsvEditor::showStart(const Start& start) {
     m_found->clear();
     return;
   }
-  const bool isInUse = isGuessInUse();
-  const bool hasHint = m_guess.hasDecimalCommas;
+  const auto now = dialect();
+  const bool areFieldsRight = now && areFieldsAsGuessed(*now);
   std::vector<InfoLink> links;
-  if (!isInUse) {
+  if (!areFieldsRight || !areValuesAsGuessed(*now)) {
     links.push_back({QStringLiteral("take"), tr("Use these settings")});
   }
-  m_found->setMessage(isInUse && !hasHint ? Severity::information : Severity::warning,
-                      guessInWords(), links);
+  const bool isFine = areFieldsRight && !m_guess.hasDecimalCommas;
+  m_found->setMessage(isFine ? Severity::information : Severity::warning, guessInWords(), links);
 }
 
 QString ReadCsvEditor::guessInWords() const {
@@ -135,18 +135,18 @@ QString ReadCsvEditor::guessInWords() const {
   return text;
 }
 
-bool ReadCsvEditor::isGuessInUse() const {
-  const auto now = dialect();
-  if (!now) {
-    return false;
-  }
+bool ReadCsvEditor::areFieldsAsGuessed(const CsvDialect& now) const {
   const QString separator =
-      now->separator == '\t' ? QStringLiteral("\\t") : QString(QLatin1Char(now->separator));
-  const bool isQuoteInUse = now->hasQuote && m_guess.quote == QLatin1Char(now->quote);
-  const bool isNullInUse =
-      m_guess.nullText.isEmpty() || m_guess.nullText.toStdString() == now->nullText;
-  return separator == m_guess.separator && isQuoteInUse && isNullInUse &&
-         now->hasHeader == m_guess.hasHeader;
+      now.separator == '\t' ? QStringLiteral("\\t") : QString(QLatin1Char(now.separator));
+  const bool isQuoteRight = now.hasQuote && m_guess.quote == QLatin1Char(now.quote);
+  return (m_guess.columnCount == 1 || separator == m_guess.separator) &&
+         (!m_guess.hasQuotes || isQuoteRight);
+}
+
+bool ReadCsvEditor::areValuesAsGuessed(const CsvDialect& now) const {
+  const bool isNullRight =
+      m_guess.nullText.isEmpty() || m_guess.nullText.toStdString() == now.nullText;
+  return isNullRight && now.hasHeader == m_guess.hasHeader;
 }
 
 void ReadCsvEditor::takeGuess() {

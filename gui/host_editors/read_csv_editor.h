@@ -33,7 +33,9 @@ class ReadCsvEditor : public ReadTableEditor {
   Result<CsvDialect, QString> dialect() const;
   void showStart(const Start& start);
   QString guessInWords() const;
-  bool isGuessInUse() const;
+  // What decides how lines are cut into fields.
+  bool areFieldsAsGuessed(const CsvDialect& now) const;
+  bool areValuesAsGuessed(const CsvDialect& now) const;
   void takeGuess();
 
   CsvGuess m_guess;
