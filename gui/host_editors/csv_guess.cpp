@@ -50,7 +50,7 @@ std::size_t recordsAlike(const std::vector<Record>& records) {
   return static_cast<std::size_t>(std::ranges::count_if(records, isAlike));
 }
 
-// Quotes at both ends of fields; only `'` is told from the usual one.
+// Quotes at both ends of fields; only `'` is looked for beside the usual one.
 char guessQuote(std::string_view text) {
   if (text.find('"') != text.npos) {
     return '"';
