@@ -3,6 +3,7 @@
 
 #include "base/export.h"
 #include "gui/edit/edit_window.h"
+#include "gui/host_editors/host_editors.h"
 #include "gui/window_session.h"
 #include "host/widgets/theme.h"
 
@@ -38,6 +39,7 @@ extern "C" KELVARIN_CORE int kelvarinEdit(int argc, char** argv,
     return 1;
   }
   const kelvarin::WindowSession windows(argc, argv);
+  kelvarin::addHostEditors(kelvarin::EditorRegistry::instance());
   const auto catalogue = kelvarin::loadCatalogue(request);
   return catalogue == nullptr ? 1 : kelvarin::showEditWindow(request, *catalogue);
 }

@@ -2,6 +2,7 @@
 #include <QTimer>
 
 #include "base/export.h"
+#include "gui/host_editors/host_editors.h"
 #include "gui/window/host_window.h"
 #include "gui/window_session.h"
 #include "host/contract/host_session.h"
@@ -46,6 +47,7 @@ extern "C" KELVARIN_CORE int kelvarinGui(int argc, char** argv,
     return 1;
   }
   const kelvarin::WindowSession windows(argc, argv);
+  kelvarin::addHostEditors(kelvarin::EditorRegistry::instance());
   const auto catalogue = kelvarin::loadCatalogue(request);
   if (catalogue == nullptr) {
     return 1;

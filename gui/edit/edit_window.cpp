@@ -20,6 +20,7 @@
 #include "gui/edit/action_list.h"
 #include "gui/edit/fault_page.h"
 #include "gui/forms/action_form.h"
+#include "gui/forms/element_editor.h"
 #include "gui/log/log_panel.h"
 #include "host/contract/nearest_names.h"
 #include "host/widgets/empty_state.h"
@@ -257,18 +258,18 @@ void EditWindow::openAction(ActionId action) {
 
 UpdateClassWidget* EditWindow::newEditor(ActionItem& action) {
   UpdateClassWidget* editor = action.editPropertyFrame(m_scroll->viewport());
-  return editor == nullptr ? newForm(action) : editor;
-}
-
-UpdateClassWidget* EditWindow::newForm(ActionItem& action) {
-  const QString type = QString::fromLatin1(action.typeName());
-  auto* form = new ActionForm(action, *m_catalogue.find(type)->prototype, *m_graph.graph().settings,
-                              m_scroll->viewport());
-  connect(form, &ActionForm::committed, this, [this](const QByteArray& element) {
-    const QScopedValueRollback isCommitting(m_isFormCommitting, true);
-    m_commands.setElement(m_action, element);
-  });
-  return form;
+  if (editor == nullptr) {
+    const QString type = QString::fromLatin1(action.typeName());
+    editor = new ActionForm(action, *m_catalogue.find(type)->prototype, *m_graph.graph().settings,
+                            m_scroll->viewport());
+  }
+  if (auto* elements = qobject_cast<ElementEditor*>(editor)) {
+    connect(elements, &ElementEditor::committed, this, [this](const QByteArray& element) {
+      const QScopedValueRollback isCommitting(m_isElementCommitting, true);
+      m_commands.setElement(m_action, element);
+    });
+  }
+  return editor;
 }
 
 // At once, since it refers to the action, and may be running it. A field that loses the focus
@@ -302,9 +303,9 @@ void EditWindow::noteEdit() {
   }
 }
 
-// An editor must not outlive its action. A form does, since it holds the element only.
+// An editor must not outlive its action, but for one that holds an element only.
 void EditWindow::leaveReplacedAction(ActionId action) {
-  if (action == m_action && !m_isFormCommitting) {
+  if (action == m_action && !m_isElementCommitting) {
     closeEditor();
     m_pages->setCurrentWidget(m_startPage);
   }

@@ -62,7 +62,6 @@ class EditWindow : public QMainWindow {
   void rememberAction();
   void openActionNamed(const QString& name);
   UpdateClassWidget* newEditor(ActionItem& action);
-  UpdateClassWidget* newForm(ActionItem& action);
   void closeEditor();
   void showHeader(const ActionItem& action);
   void commitEditor();
@@ -92,7 +91,7 @@ class EditWindow : public QMainWindow {
   QString m_wantedAction;     // to be shown when the graph has been read
   ActionId m_action = kNoId;  // whose editor is shown
   UpdateClassWidget* m_editor = nullptr;
-  bool m_isFormCommitting = false;
+  bool m_isElementCommitting = false;
   QByteArray m_saving;
   bool m_isSaving = false;
   bool m_closesAfterSaving = false;

@@ -1,7 +1,6 @@
 #include "gui/forms/action_form.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -11,6 +10,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "gui/forms/element_check.h"
 #include "gui/forms/element_tree.h"
 #include "host/contract/declared_content.h"
 #include "host/widgets/info_line.h"
@@ -86,13 +86,8 @@ void ActionForm::addFields(const ActionDescription* description) {
   }
 }
 
-QString ActionForm::valueOf(const AttributeDescription& attribute) const {
-  const QString value = m_element.attribute(attribute.name);
-  return value.isNull() ? attribute.defaultText : value;
-}
-
 void ActionForm::addField(QFormLayout& form, const AttributeDescription& attribute) {
-  const QString value = valueOf(attribute);
+  const QString value = m_element.shownValue(attribute);
   if (isFileName(attribute)) {
     addFileField(form, attribute);
   } else if (attribute.kind == AttributeKind::flag && (value == u"0" || value == u"1")) {
@@ -117,7 +112,7 @@ void ActionForm::addField(QFormLayout& form, const AttributeDescription& attribu
 
 void ActionForm::addFileField(QFormLayout& form, const AttributeDescription& attribute) {
   auto* path = new PathField(m_isWriter ? PathField::Mode::saveFile : PathField::Mode::openFile);
-  path->setPath(valueOf(attribute));
+  path->setPath(m_element.shownValue(attribute));
   path->setFolder(m_parameters.workingDir());
   path->setParameters(m_parameters.values().keys());
   connect(path, &PathField::pathChanged, this, &ActionForm::commit);
@@ -152,46 +147,12 @@ void ActionForm::addRow(QFormLayout& form, const AttributeDescription& attribute
 EditedElement ActionForm::typed() const {
   EditedElement element = m_element;
   for (const Field& field : m_fields) {
-    const QString text = field.text();
-    const bool isDefault =
-        field.attribute.defaultText.isNull() ? text.isEmpty() : text == field.attribute.defaultText;
-    // Where the file spells a default out, it stays.
-    const QString before = m_element.attribute(field.attribute.name);
-    const bool isAsBefore = !before.isNull() && text == before;
-    element.setAttribute(field.attribute.name, isDefault && !isAsBefore ? QString() : text);
+    element.setShownValue(field.attribute, field.text());
   }
   if (m_tree != nullptr) {
     element.children = m_tree->elements();
   }
   return element;
-}
-
-std::vector<ElementFault> ActionForm::faultsOf(const XMLNode& element) const {
-  const ActionDescription* description = descriptionOf(m_prototype);
-  if (description == nullptr) {
-    return {};
-  }
-  std::vector<ElementFault> faults = contentFaults(element, *description, m_parameters);
-  const std::unique_ptr<ActionItem> made(m_prototype.createFromXML(element, &m_parameters));
-  if (const auto* described = dynamic_cast<const DescribedAction*>(made.get())) {
-    std::ranges::move(described->settingFaults(), std::back_inserter(faults));
-  }
-  std::ranges::stable_sort(faults, {}, &ElementFault::level);
-  return faults;
-}
-
-void ActionForm::show(const std::vector<ElementFault>& faults) {
-  if (faults.empty()) {
-    m_faults->clear();
-    return;
-  }
-  QStringList texts;
-  for (const ElementFault& fault : faults) {
-    texts += fault.message;
-  }
-  m_faults->setMessage(
-      faults.front().level == LogLevel::error ? Severity::error : Severity::warning,
-      texts.join(u'\n'));
 }
 
 void ActionForm::commit() {
@@ -201,10 +162,9 @@ void ActionForm::commit() {
   if (!node) {
     return;
   }
-  const std::vector<ElementFault> faults = faultsOf(*node);
-  show(faults);
-  const bool canBeUsed = faults.empty() || faults.front().level != LogLevel::error;
-  if (canBeUsed && document != m_element.document()) {
+  const ElementCheck check = checkElement(*node, m_prototype, m_parameters);
+  showFaults(check, *m_faults);
+  if (check.canBeUsed() && document != m_element.document()) {
     m_element = element;
     emit committed(document);
   }
@@ -213,7 +173,7 @@ void ActionForm::commit() {
 QMap<QString, QString> ActionForm::uncommittedState() const {
   QMap<QString, QString> texts;
   for (const Field& field : m_fields) {
-    if (field.text() != valueOf(field.attribute)) {
+    if (field.text() != m_element.shownValue(field.attribute)) {
       texts[field.attribute.name] = field.text();
     }
   }

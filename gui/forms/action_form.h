@@ -13,7 +13,7 @@
 
 #include "gui/forms/edited_element.h"
 #include "gui/forms/element_editor.h"
-#include "host/contract/described_action.h"
+#include "host/contract/action_item.h"
 
 class QFormLayout;
 
@@ -46,9 +46,6 @@ class ActionForm : public ElementEditor {
   void addRow(QFormLayout& form, const AttributeDescription& attribute, QWidget* field,
               QWidget* buddy);
   EditedElement typed() const;
-  std::vector<ElementFault> faultsOf(const XMLNode& element) const;
-  void show(const std::vector<ElementFault>& faults);
-  QString valueOf(const AttributeDescription& attribute) const;
 
   ActionItem& m_prototype;
   GlobalParameters& m_parameters;

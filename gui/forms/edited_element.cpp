@@ -68,6 +68,20 @@ void EditedElement::setAttribute(const QString& attributeName, const QString& va
   }
 }
 
+QString EditedElement::shownValue(const AttributeDescription& described) const {
+  const QString value = attribute(described.name);
+  return value.isNull() ? described.defaultText : value;
+}
+
+void EditedElement::setShownValue(const AttributeDescription& described, const QString& typed) {
+  const bool isDefault =
+      described.defaultText.isNull() ? typed.isEmpty() : typed == described.defaultText;
+  const QString before = attribute(described.name);
+  const bool isAsBefore = !before.isNull() && typed == before;
+  const QString given = typed.isNull() ? QStringLiteral("") : typed;  // null takes it away
+  setAttribute(described.name, isDefault && !isAsBefore ? QString() : given);
+}
+
 QByteArray EditedElement::document() const {
   std::wostringstream out;
   write(*this, out);

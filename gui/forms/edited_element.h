@@ -1,6 +1,6 @@
 // An XML element that can be changed, and written again.
 //
-// Used by: action_form.cpp, for actions that have no setters of their own.
+// Used by: the editors of actions that have no setters of their own.
 #pragma once
 
 #include <utility>
@@ -9,6 +9,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include "host/contract/action_description.h"
 #include "host/xml/xml_node.h"
 
 class ActionItem;
@@ -29,6 +30,10 @@ struct EditedElement {
   QString attribute(const QString& attributeName) const;
   // A null value takes the attribute away.
   void setAttribute(const QString& attributeName, const QString& value);
+  // What a field shows: the default where the attribute is absent.
+  QString shownValue(const AttributeDescription& described) const;
+  // What was typed into that field. A default is not written, but stays where the file has it.
+  void setShownValue(const AttributeDescription& described, const QString& typed);
   QByteArray document() const;
 };
 

@@ -2,8 +2,8 @@
 // have no setters.
 //
 // The owner puts an action made of the element into the graph, and the editor stays. It refers to
-// the action it was made for no more once it is made; where the element has changed without it (by
-// undo), the owner makes another editor.
+// the action it was made for no more once it has reported a change; where the element has changed
+// without it (by undo), the owner makes another editor.
 // Threads: the user-interface thread.
 #pragma once
 

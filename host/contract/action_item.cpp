@@ -8,6 +8,7 @@
 #include <QFileInfo>
 
 #include "host/contract/attribute_table.h"
+#include "host/contract/editor_registry.h"
 #include "host/contract/host_services.h"
 
 using kelvarin::utf16;
@@ -61,8 +62,8 @@ ActionItem::ActionItem(XMLNode node, GlobalParameters* parameters)
 
 ActionItem::~ActionItem() = default;
 
-UpdateClassWidget* ActionItem::editPropertyFrame(QWidget*) {
-  return nullptr;
+UpdateClassWidget* ActionItem::editPropertyFrame(QWidget* parent) {
+  return kelvarin::EditorRegistry::instance().create(typeName(), parent, this);
 }
 QPixmap* ActionItem::getImage(double) const {
   return nullptr;

@@ -9,7 +9,7 @@
 
 #include "columnar/actions/block_filter_trial.h"
 #include "columnar/actions/table_summary.h"
-#include "ui/columnar/background_task.h"
+#include "host/widgets/background_task.h"
 #include "ui/columnar/columnar_editor.h"
 #include "ui/columnar/summary_texts.h"
 

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "columnar/actions/write_columnar_gel.h"
-#include "ui/columnar/background_task.h"
+#include "host/widgets/background_task.h"
 #include "ui/columnar/columnar_editor.h"
 #include "ui/language/input_rows.h"
 

@@ -22,6 +22,7 @@
 #include "gui/edit/edit_window.h"
 #include "gui/forms/action_form.h"
 #include "gui/log/log_model.h"
+#include "host/contract/described_action.h"
 #include "host/contract/engine_runner.h"
 #include "host/tables/table_actions.h"
 #include "host/widgets/info_line.h"

@@ -68,6 +68,19 @@ bool parse(const QString& text, Number* number) {
 
 }  // namespace
 
+QString inlineValueFault(const QString& column, MetaTypeColumn type, const QString& text) {
+  if (type == MetaTypeColumn::text || text.trimmed().isEmpty()) {
+    return {};
+  }
+  if (type == MetaTypeColumn::key) {
+    std::uint32_t key = 0;
+    const bool isKey = parse(text, &key) && !isNullKey(key);
+    return isKey ? QString() : messages::notAKey(column, text);
+  }
+  double number = 0.0;
+  return parse(text, &number) ? QString() : messages::notANumber(column, text);
+}
+
 const ActionDescription& InlineTable::catalogue() {
   static const ActionDescription entry{
       .typeName = "InlineTable",
@@ -248,19 +261,18 @@ unsigned char* InlineTable::encode(const Value& value, int column, MetaTypeColum
     return nullptr;
   }
   const QString& name = m_metaData.names()[column];
+  if (const QString fault = inlineValueFault(name, type, value.text); !fault.isEmpty()) {
+    refuse(value.position, fault);
+    *isOk = false;
+    return nullptr;
+  }
   if (type == MetaTypeColumn::key) {
     std::uint32_t key = 0;
-    if (!parse(value.text, &key) || isNullKey(key)) {
-      refuse(value.position, messages::notAKey(name, value.text));
-      *isOk = false;
-    }
+    parse(value.text, &key);
     return bytesFromKey(&m_values, key);
   }
   double number = 0.0;
-  if (!parse(value.text, &number)) {
-    refuse(value.position, messages::notANumber(name, value.text));
-    *isOk = false;
-  }
+  parse(value.text, &number);
   return bytesFromDouble(&m_values, number, 0);
 }
 

@@ -69,4 +69,7 @@ class InlineTable final : public Described<InlineTable, ActionItem>, public Colu
   std::size_t m_nextRow = 0;
 };
 
+// Why a text is no value of a column with this type, for the user; empty where it is one.
+QString inlineValueFault(const QString& column, MetaTypeColumn type, const QString& text);
+
 }  // namespace kelvarin

@@ -1,4 +1,4 @@
-#include "ui/columnar/background_task.h"
+#include "host/widgets/background_task.h"
 
 #include <chrono>
 #include <condition_variable>

@@ -14,11 +14,12 @@
 #include <QCoreApplication>
 #include <QObject>
 
+#include "base/export.h"
 #include "base/result.h"
 
 namespace kelvarin {
 
-class BackgroundTask : public QObject {
+class KELVARIN_CORE BackgroundTask : public QObject {
   Q_OBJECT
 
  public:
