@@ -45,7 +45,6 @@ ActionChooser::ActionChooser(const ActionCatalogue& catalogue, ActionFilter fits
   m_list->setHeaderHidden(true);
   m_list->setIndentation(16);
   m_list->setIconSize({kPictureSize, kPictureSize});
-  m_list->setUniformRowHeights(true);
   m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
   m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   m_list->setTextElideMode(Qt::ElideMiddle);

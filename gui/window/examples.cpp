@@ -58,7 +58,7 @@ QPixmap pictureOf(const QByteArray& document, const QString& path, const ActionC
   const CanvasView canvas(commands, theme);
   const QImage drawn = canvas.asImage(1.0);
   QPixmap picture(kPictureSize);
-  picture.fill(canvas.palette().color(QPalette::Base));
+  picture.fill(canvas.palette().color(QPalette::Window));
   QPainter painter(&picture);
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
   const QSize inner = kPictureSize - QSize(2 * kMargin, 2 * kMargin);

@@ -181,12 +181,25 @@ void HostWindow::showPage() {
       QMetaObject::invokeMethod(this, &HostWindow::showExamples, Qt::QueuedConnection);
     }
   }
-  for (QDockWidget* dock :
-       {m_paletteDock, m_propertiesDock, m_previewDock, m_logDock, m_reportDock}) {
-    dock->setEnabled(m_hasGraph);
-  }
+  showPanels(m_hasGraph);
   enableActions();
   showTitle();
+}
+
+// The start page has the window for itself.
+void HostWindow::showPanels(bool areShown) {
+  if (areShown == m_hidden.isEmpty()) {
+    return;
+  }
+  if (areShown) {
+    QMainWindow::restoreState(std::exchange(m_hidden, {}));
+    return;
+  }
+  m_hidden = QMainWindow::saveState();
+  m_bar->hide();
+  for (QDockWidget* dock : findChildren<QDockWidget*>()) {
+    dock->hide();
+  }
 }
 
 void HostWindow::showTitle() {

@@ -272,7 +272,7 @@ void HostWindow::keepState() {
   const CanvasExtract extract = m_canvas->extract();
   const ActionId current = m_canvas->currentAction();
   keepWindowState(m_hasGraph ? m_file.path() : QString(),
-                  {saveGeometry(), QMainWindow::saveState(), extract.zoom, extract.centre.x(),
+                  {saveGeometry(), m_hidden.isEmpty() ? QMainWindow::saveState() : m_hidden, extract.zoom, extract.centre.x(),
                    extract.centre.y(), current == kNoId ? QString() : m_graph.name(current)});
 }
 
@@ -280,7 +280,11 @@ void HostWindow::restoreState() {
   const WindowState state = windowStateOf(m_file.path());
   if (!state.panels.isEmpty()) {
     restoreGeometry(state.geometry);
-    QMainWindow::restoreState(state.panels);
+    if (m_hidden.isEmpty()) {
+      QMainWindow::restoreState(state.panels);
+    } else {
+      m_hidden = state.panels;
+    }
   }
   if (!m_hasGraph) {
     return;

@@ -73,15 +73,12 @@ QWidget* StartPage::newHeader() {
   auto* make = new QPushButton(icon(IconName::add), tr("&New graph"));
   make->setDefault(true);
   auto* open = new QPushButton(icon(IconName::browse), tr("&Open ..."));
-  auto* tour = new QPushButton(icon(IconName::play), tr("&Tour in five steps"));
   connect(make, &QPushButton::clicked, this, &StartPage::newWanted);
   connect(open, &QPushButton::clicked, this, &StartPage::openWanted);
-  connect(tour, &QPushButton::clicked, this, &StartPage::tourWanted);
   auto* buttons = new QHBoxLayout;
   buttons->setSpacing(8);
   buttons->addWidget(make);
   buttons->addWidget(open);
-  buttons->addWidget(tour);
   buttons->addStretch(1);
   auto* hint = new QLabel(
       tr("Or drop a data file here: CSV, Parquet, Arrow or a columnar file. You see its first "

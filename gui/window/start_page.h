@@ -27,7 +27,6 @@ class StartPage : public QWidget {
   void newWanted();
   void openWanted();
   void graphWanted(const QString& path);
-  void tourWanted();
 
  private:
   QWidget* newHeader();
