@@ -19,7 +19,7 @@ class DifferenceTexts {
   Q_DECLARE_TR_FUNCTIONS(kelvarin::DifferenceTexts)
 };
 
-// With the sign in front, so that colour is not all that tells them apart.
+// With the sign in front, so that more than their colour distinguishes them.
 void appendLine(QTextCursor& cursor, const DifferenceLine& line, const QPalette& palette) {
   QTextCharFormat format;
   QString sign = QStringLiteral("  ");

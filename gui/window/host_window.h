@@ -143,7 +143,7 @@ class HostWindow : public QMainWindow {
   bool m_isSaving = false;
   bool m_hasGraph = false;  // else the start page is shown
   bool m_closesWithoutAsking = false;
-  QByteArray m_hidden;     // the state of the panels, while they are hidden
+  QByteArray m_hidden;  // the state of the panels, while they are hidden
   bool m_hasExamples = false;
   bool m_arrangesUnasked = false;  // actions of a file without positions
 

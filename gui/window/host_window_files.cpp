@@ -272,8 +272,9 @@ void HostWindow::keepState() {
   const CanvasExtract extract = m_canvas->extract();
   const ActionId current = m_canvas->currentAction();
   keepWindowState(m_hasGraph ? m_file.path() : QString(),
-                  {saveGeometry(), m_hidden.isEmpty() ? QMainWindow::saveState() : m_hidden, extract.zoom, extract.centre.x(),
-                   extract.centre.y(), current == kNoId ? QString() : m_graph.name(current)});
+                  {saveGeometry(), m_hidden.isEmpty() ? QMainWindow::saveState() : m_hidden,
+                   extract.zoom, extract.centre.x(), extract.centre.y(),
+                   current == kNoId ? QString() : m_graph.name(current)});
 }
 
 void HostWindow::restoreState() {

@@ -24,7 +24,7 @@ TEST(LineDifference, ShowsOnlyWhatOneOfBothHas) {
   EXPECT_EQ(shown("a\na", "a"), " a\n-a\n");
 }
 
-// Reading it from either side gives that side's text, also where the texts are too long to match.
+// Reading it from either side yields that text, also where the texts are too long to match.
 TEST(LineDifference, BothTextsCanBeReadBackFromIt) {
   QStringList first;
   QStringList second;
