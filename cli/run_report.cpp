@@ -58,19 +58,6 @@ std::string aligned(const std::vector<std::vector<std::string>>& rows) {
   return text;
 }
 
-Json jsonOfAction(const ActionResult& action) {
-  Json entry = {{"name", action.name.toStdString()},
-                {"type", action.typeName.toStdString()},
-                {"rowsIn", action.rowsIn},
-                {"rowsOut", action.rowsOut},
-                {"backends", jsonOf(action.backends)}};
-  if (!action.namedColumns.isEmpty()) {
-    entry["newColumns"] = jsonOf(action.namedColumns);
-  }
-  addRunDetails(action, entry);
-  return entry;
-}
-
 Json countOrNull(long long count) {
   return count < 0 ? Json(nullptr) : Json(count);
 }
@@ -96,6 +83,19 @@ void addRunDetails(const ActionResult& action, Json& entry) {
   for (const WrittenFile& file : action.files) {
     entry["files"].push_back({{"path", file.path.toStdString()}, {"bytes", file.bytes}});
   }
+}
+
+Json jsonOfAction(const ActionResult& action) {
+  Json entry = {{"name", action.name.toStdString()},
+                {"type", action.typeName.toStdString()},
+                {"rowsIn", action.rowsIn},
+                {"rowsOut", action.rowsOut},
+                {"backends", jsonOf(action.backends)}};
+  if (!action.namedColumns.isEmpty()) {
+    entry["newColumns"] = jsonOf(action.namedColumns);
+  }
+  addRunDetails(action, entry);
+  return entry;
 }
 
 Json jsonOfColumns(const std::vector<PinColumns::Column>& columns) {
