@@ -4,6 +4,7 @@
 #include "base/export.h"
 #include "gui/edit/edit_window.h"
 #include "gui/window_session.h"
+#include "host/contract/host_session.h"
 #include "host/widgets/theme.h"
 
 namespace kelvarin {

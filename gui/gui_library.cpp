@@ -4,6 +4,7 @@
 #include "base/export.h"
 #include "gui/window/host_window.h"
 #include "gui/window_session.h"
+#include "host/contract/host_session.h"
 #include "host/widgets/theme.h"
 
 namespace kelvarin {
@@ -29,6 +30,7 @@ int showHostWindow(const WindowRequest& request, const ActionCatalogue& catalogu
     }
   }
   window.show();
+  window.offerRecovery();
   if (!request.graph.isEmpty()) {
     window.open(request.graph);
   }

@@ -1,4 +1,4 @@
-#include "gui/window/document_file.h"
+#include "gui/document/document_file.h"
 
 #include <functional>
 #include <utility>
@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "gui/document/recovery_record.h"
 #include "host/engine/graph_writer.h"
 #include "host/files/file_hints.h"
 
@@ -37,6 +38,14 @@ void DocumentFile::forget() {
   m_path.clear();
 }
 
+void DocumentFile::resume(const QString& path, const QByteArray& digest) {
+  m_path = path;
+  m_jobs.start([this, path, digest] {
+    m_pathOnDisk = path;
+    m_digestOnDisk = digest;
+  });
+}
+
 void DocumentFile::open(const QString& path) {
   m_jobs.start([this, path] {
     QFile file(path);
@@ -55,7 +64,7 @@ void DocumentFile::open(const QString& path) {
       return;
     }
     m_pathOnDisk = path;
-    m_onDisk = document;
+    m_digestOnDisk = contentDigest(document);
     post([this, path, document] {
       m_path = path;
       emit opened(path, document);
@@ -65,7 +74,8 @@ void DocumentFile::open(const QString& path) {
 
 // A file that exists where none was read or saved is somebody else's, but the user chose it.
 bool DocumentFile::isOtherOnDisk(const QString& path) const {
-  return path == m_pathOnDisk && QFile::exists(path) && contentOf(path) != m_onDisk;
+  return path == m_pathOnDisk && QFile::exists(path) &&
+         contentDigest(contentOf(path)) != m_digestOnDisk;
 }
 
 void DocumentFile::save(const QByteArray& document, const QString& path, SaveMode mode) {
@@ -80,7 +90,7 @@ void DocumentFile::save(const QByteArray& document, const QString& path, SaveMod
       return;
     }
     m_pathOnDisk = path;
-    m_onDisk = document;
+    m_digestOnDisk = contentDigest(document);
     post([this, path, document] {
       m_path = path;
       emit saved(document);
@@ -102,7 +112,7 @@ void DocumentFile::compareWithDisk() {
 void DocumentFile::acceptDisk() {
   m_jobs.start([this, path = m_path] {
     m_pathOnDisk = path;
-    m_onDisk = contentOf(path);
+    m_digestOnDisk = contentDigest(contentOf(path));
   });
 }
 

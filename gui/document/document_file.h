@@ -25,6 +25,8 @@ class DocumentFile : public QObject {
   // Empty for a graph that was never saved.
   const QString& path() const { return m_path; }
   void forget();
+  // A graph is shown that was recovered; the digest is of the file's content that it came from.
+  void resume(const QString& path, const QByteArray& digest);
   void open(const QString& path);
   void save(const QByteArray& document, const QString& path, SaveMode mode);
   // Looks whether somebody else has written the file since it was read or saved here.
@@ -47,8 +49,8 @@ class DocumentFile : public QObject {
   bool isOtherOnDisk(const QString& path) const;
 
   QString m_path;
-  QString m_pathOnDisk;  // used by jobs only, as what follows
-  QByteArray m_onDisk;   // as last read or saved
+  QString m_pathOnDisk;       // used by jobs only, as what follows
+  QByteArray m_digestOnDisk;  // of the content that was last read or saved
   QThreadPool m_jobs;
 };
 

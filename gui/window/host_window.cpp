@@ -18,6 +18,7 @@
 #include "gui/preview/preview_panel.h"
 #include "gui/run/run_report_panel.h"
 #include "gui/window/property_panel.h"
+#include "gui/window/recovery_offer.h"
 #include "gui/window/shortcut_precedence.h"
 #include "gui/window/start_page.h"
 #include "host/widgets/info_line.h"
@@ -56,12 +57,14 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
       m_pages(new QStackedWidget),
       m_start(new StartPage),
       m_canvas(new CanvasView(commands, theme)),
+      m_recovery(new RecoveryOffer),
       m_notice(new InfoLine),
       m_palette(new PalettePanel(m_graph.catalogue())),
       m_properties(new PropertyPanel(commands)),
       m_preview(new PreviewPanel(m_graph, services)),
       m_log(new LogPanel),
       m_report(new RunReportPanel(m_run)),
+      m_unsaved(commands, *m_properties),
       m_outcome(new QLabel) {
   setAcceptDrops(true);
   setDockOptions(AnimatedDocks | AllowTabbedDocks | AllowNestedDocks);
@@ -93,6 +96,7 @@ void HostWindow::makeCentre() {
   auto* layout = new QVBoxLayout(centre);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
+  layout->addWidget(m_recovery);
   layout->addWidget(m_notice);
   layout->addWidget(m_pages, 1);
   setCentralWidget(centre);

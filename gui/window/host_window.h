@@ -10,11 +10,12 @@
 #include <QMainWindow>
 
 #include "gui/arrange/arrangement.h"
+#include "gui/document/document_file.h"
 #include "gui/document/graph_commands.h"
 #include "gui/run/design_columns.h"
 #include "gui/run/graph_run.h"
 #include "gui/services/edit_services.h"
-#include "gui/window/document_file.h"
+#include "gui/window/unsaved_work.h"
 
 class QDockWidget;
 class QLabel;
@@ -30,6 +31,7 @@ class LogPanel;
 class PalettePanel;
 class PreviewPanel;
 class PropertyPanel;
+class RecoveryOffer;
 class RunReportPanel;
 class StartPage;
 class Theme;
@@ -46,6 +48,8 @@ class HostWindow : public QMainWindow {
   // Asks first where changes would be lost.
   void newGraph();
   void open(const QString& path);
+  // Looks for graphs that were not saved when a program ended, and offers them over the canvas.
+  void offerRecovery();
   void save();
   void saveAs();
   void run();
@@ -101,6 +105,8 @@ class HostWindow : public QMainWindow {
   // host_window_files.cpp
   void connectFile();
   void showDocument(const QString& path, const QByteArray& document);
+  void restoreGraph();
+  void showTyped(const RecoveryRecord& record);
   void startSaving(const QString& path, DocumentFile::SaveMode mode);
   void afterSaving(const QByteArray& document);
   void askAboutOtherFile(const QByteArray& onDisk);
@@ -148,12 +154,14 @@ class HostWindow : public QMainWindow {
   QStackedWidget* m_pages;
   StartPage* m_start;
   CanvasView* m_canvas;
+  RecoveryOffer* m_recovery;
   InfoLine* m_notice;
   PalettePanel* m_palette;
   PropertyPanel* m_properties;
   PreviewPanel* m_preview;
   LogPanel* m_log;
   RunReportPanel* m_report;
+  UnsavedWork m_unsaved;
   QDockWidget* m_paletteDock = nullptr;
   QDockWidget* m_propertiesDock = nullptr;
   QDockWidget* m_previewDock = nullptr;

@@ -16,9 +16,11 @@
 #include "gui/window/examples.h"
 #include "gui/window/host_window.h"
 #include "gui/window/property_panel.h"
+#include "gui/window/recovery_offer.h"
 #include "gui/window/start_page.h"
 #include "gui/window/window_state.h"
 #include "host/widgets/info_line.h"
+#include "host/widgets/user_interface.h"
 
 namespace kelvarin {
 
@@ -37,6 +39,10 @@ void HostWindow::connectFile() {
   connect(m_start, &StartPage::newWanted, this, &HostWindow::newGraph);
   connect(m_start, &StartPage::openWanted, this, &HostWindow::chooseFileToOpen);
   connect(m_start, &StartPage::graphWanted, this, &HostWindow::open);
+  connect(m_recovery, &RecoveryOffer::restoreWanted, this, &HostWindow::restoreGraph);
+  connect(&m_unsaved, &UnsavedWork::failed, this, [this](const QString& why) {
+    showNotice(tr("No recovery file can be written: %1. Save often until there is one.").arg(why));
+  });
   connect(&m_file, &DocumentFile::opened, this, &HostWindow::showDocument);
   connect(&m_file, &DocumentFile::openFailed, this,
           [this](const QString& path, const QString& why) {
@@ -67,6 +73,7 @@ void HostWindow::newGraph() {
     m_file.forget();
     m_graph.load(QByteArrayLiteral("<KelvarinGraph version='1.0'>\n</KelvarinGraph>\n"), {});
     m_hasGraph = true;
+    m_unsaved.begin({}, {});
     showPage();
     m_canvas->setFocus();
     emit graphShown();
@@ -94,10 +101,12 @@ void HostWindow::showDocument(const QString& path, const QByteArray& document) {
   showPage();
   if (!isGraph) {
     m_file.forget();
+    m_unsaved.end();
     showNotice(
         tr("%1 is no graph: %2")
             .arg(path, m_graph.faults().empty() ? QString() : m_graph.faults().front().text()));
   } else {
+    m_unsaved.begin(path, document);
     noteRecentGraph(path);
     restoreState();
     m_canvas->setFocus();
@@ -106,6 +115,64 @@ void HostWindow::showDocument(const QString& path, const QByteArray& document) {
     }
   }
   emit graphShown();
+}
+
+void HostWindow::offerRecovery() {
+  m_recovery->search();
+}
+
+// The graph counts as changed, whatever its file has.
+void HostWindow::restoreGraph() {
+  afterUnsavedChanges([this] {
+    std::unique_ptr<RecoveryFile> file = m_recovery->take();
+    if (file == nullptr) {
+      return;
+    }
+    const RecoveryRecord record = file->found();
+    keepState();
+    m_notice->clear();
+    m_services.forgetColumns();
+    if (!m_graph.load(record.document, record.graphFile, m_settings)) {
+      showNotice(tr("%1 cannot be restored: its recovery file is %2")
+                     .arg(shownName(record), file->path()));
+      return;
+    }
+    m_graph.markSaved({}, record.graphFile);
+    m_file.resume(record.graphFile, record.savedDigest);
+    m_hasGraph = true;
+    m_unsaved.resume(std::move(file));
+    showPage();
+    restoreState();
+    showTyped(record);
+    emit graphShown();
+  });
+}
+
+// What no field takes is shown, to be copied.
+void HostWindow::showTyped(const RecoveryRecord& record) {
+  const ActionId action = m_graph.idOf(record.action);
+  if (action != kNoId) {
+    select(action, false);
+  }
+  if (record.typed.isEmpty()) {
+    m_canvas->setFocus();
+    return;
+  }
+  QMap<QString, QString> taken;
+  if (UpdateClassWidget* editor = m_properties->editor()) {
+    editor->restoreUncommitted(record.typed);
+    taken = editor->uncommittedState();
+  }
+  QStringList lines;
+  for (auto field = record.typed.begin(); field != record.typed.end(); ++field) {
+    if (taken.value(field.key()) != field.value()) {
+      lines += QStringLiteral("%1: %2").arg(field.key(), field.value());
+    }
+  }
+  if (!lines.isEmpty()) {
+    lines.prepend(tr("This was being typed into '%1':").arg(record.action));
+    showNotice(lines.join(u'\n'));
+  }
 }
 
 void HostWindow::save() {
@@ -145,6 +212,7 @@ void HostWindow::startSaving(const QString& path, DocumentFile::SaveMode mode) {
 void HostWindow::afterSaving(const QByteArray& document) {
   m_isSaving = false;
   m_graph.markSaved(document, m_file.path());
+  m_unsaved.begin(m_file.path(), document);
   m_notice->clear();
   noteRecentGraph(m_file.path());
   showTitle();
@@ -208,6 +276,7 @@ void HostWindow::closeEvent(QCloseEvent* event) {
     return;
   }
   keepState();
+  m_unsaved.end();
   m_run.stop();
   m_properties->showAction(kNoId);
   event->accept();
