@@ -17,9 +17,9 @@ int showEditWindow(const WindowRequest& request, const ActionCatalogue& catalogu
   EditServices services(graph, catalogue);
   HostSession session(&services);
   const HostSession::Scope scope(&session);
-  GraphFiles files(request.graph, overridesOf(request), catalogue, session);
   Theme theme;
-  EditWindow window(commands, services, files, catalogue, theme, request.action);
+  EditWindow window(commands, services, session, theme, request.graph, request.action,
+                    overridesOf(request));
   if (request.closeAfterMilliseconds >= 0) {
     QObject::connect(&window, &EditWindow::graphShown, &window, [&] {
       QTimer::singleShot(request.closeAfterMilliseconds, &window, &QWidget::close);

@@ -165,14 +165,6 @@ void HostWindow::connectWork() {
   connect(&m_arrangement, &Arrangement::failed, this, &HostWindow::showNotice);
   connect(m_report, &RunReportPanel::actionWanted, this,
           [this](const QString& name) { select(m_graph.idOf(name), false); });
-  connect(m_notice, &InfoLine::linkActivated, this, [this](const QString& id) {
-    m_notice->clear();
-    if (id == u"load") {
-      m_file.open(m_file.path());
-    } else if (id == u"keep") {
-      m_file.acceptDisk();
-    }
-  });
 }
 
 void HostWindow::showPage() {
@@ -269,7 +261,11 @@ void HostWindow::showNotice(const QString& text) {
 }
 
 QString HostWindow::graphName() const {
-  return m_file.path().isEmpty() ? tr("New graph") : QFileInfo(m_file.path()).fileName();
+  const QString& origin = m_graph.graph().file;
+  if (!m_file.path().isEmpty() || origin.isEmpty()) {
+    return m_file.path().isEmpty() ? tr("New graph") : QFileInfo(m_file.path()).fileName();
+  }
+  return tr("Copy of %1").arg(QFileInfo(origin).fileName());
 }
 
 }  // namespace kelvarin

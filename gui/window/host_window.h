@@ -35,6 +35,7 @@ class RecoveryOffer;
 class RunReportPanel;
 class StartPage;
 class Theme;
+enum class OtherFileChoice;
 
 class HostWindow : public QMainWindow {
   Q_OBJECT
@@ -110,6 +111,9 @@ class HostWindow : public QMainWindow {
   void startSaving(const QString& path, DocumentFile::SaveMode mode);
   void afterSaving(const QByteArray& document);
   void askAboutOtherFile(const QByteArray& onDisk);
+  void settleOtherFile(OtherFileChoice choice);
+  void askAboutLock(const QString& path, const QString& holder);
+  QString suggestedName() const;
   void afterUnsavedChanges(const std::function<void()>& next);
   void chooseFileToOpen();
   void exportCanvas();
@@ -145,6 +149,7 @@ class HostWindow : public QMainWindow {
   DesignColumns m_columns;
   Arrangement m_arrangement;
   std::function<void()> m_afterSaving;  // what waits until the graph is saved
+  QByteArray m_onDisk;                  // what another program has written
   bool m_isSaving = false;
   bool m_hasGraph = false;  // else the start page is shown
   bool m_closesWithoutAsking = false;

@@ -9,7 +9,7 @@ namespace kelvarin {
 
 namespace {
 
-constexpr qsizetype kMostRecent = 20;
+constexpr qsizetype kMaxRecent = 20;
 const QString kRecentKey = QStringLiteral("graphs/recent");
 const QString kLastGroup = QStringLiteral("window");
 
@@ -77,7 +77,7 @@ void noteRecentGraph(const QString& graphFile) {
   graphs.removeAll(path);
   graphs.prepend(path);
   QSettings settings;
-  while (graphs.size() > kMostRecent) {
+  while (graphs.size() > kMaxRecent) {
     settings.remove(groupOf(graphs.takeLast()));
   }
   settings.setValue(kRecentKey, graphs);
