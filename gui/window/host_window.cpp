@@ -1,6 +1,7 @@
 #include "gui/window/host_window.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <utility>
 
 #include <QDockWidget>
@@ -96,6 +97,9 @@ void HostWindow::makeCentre() {
   auto* layout = new QVBoxLayout(centre);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
+  for (InfoLine* line : std::initializer_list<InfoLine*>{m_recovery, m_notice}) {
+    line->setContentsMargins(12, 8, 12, 8);
+  }
   layout->addWidget(m_recovery);
   layout->addWidget(m_notice);
   layout->addWidget(m_pages, 1);

@@ -2,7 +2,8 @@
 //
 // The window owns what works beside it: the run, the check of the graph while it is edited, the
 // arrangement, the file. Every change of the graph is a command.
-// Threads: the user-interface thread. Files, rows, checks, runs and layouts are worked on beside it.
+// Threads: the user-interface thread; files, rows, checks, runs and layouts are worked on beside
+// it.
 #pragma once
 
 #include <functional>

@@ -7,7 +7,7 @@
 #include <QWidget>
 
 class QListWidget;
-class QHBoxLayout;
+class QGridLayout;
 
 namespace kelvarin {
 
@@ -27,7 +27,6 @@ class StartPage : public QWidget {
   void newWanted();
   void openWanted();
   void graphWanted(const QString& path);
-  void tourWanted();
 
  private:
   QWidget* newHeader();
@@ -37,7 +36,7 @@ class StartPage : public QWidget {
   QListWidget* m_recent;
   QWidget* m_recentPart;
   QWidget* m_examplesPart;
-  QHBoxLayout* m_examples;
+  QGridLayout* m_examples;
 };
 
 }  // namespace kelvarin
