@@ -5,6 +5,7 @@
 #include "gui/edit/edit_window.h"
 #include "gui/host_editors/host_editors.h"
 #include "gui/window_session.h"
+#include "host/contract/host_session.h"
 #include "host/widgets/theme.h"
 
 namespace kelvarin {
@@ -17,9 +18,9 @@ int showEditWindow(const WindowRequest& request, const ActionCatalogue& catalogu
   EditServices services(graph, catalogue);
   HostSession session(&services);
   const HostSession::Scope scope(&session);
-  GraphFiles files(request.graph, overridesOf(request), catalogue, session);
   Theme theme;
-  EditWindow window(commands, services, files, catalogue, theme, request.action);
+  EditWindow window(commands, services, session, theme, request.graph, request.action,
+                    overridesOf(request));
   if (request.closeAfterMilliseconds >= 0) {
     QObject::connect(&window, &EditWindow::graphShown, &window, [&] {
       QTimer::singleShot(request.closeAfterMilliseconds, &window, &QWidget::close);

@@ -31,6 +31,7 @@ int showHostWindow(const WindowRequest& request, const ActionCatalogue& catalogu
     }
   }
   window.show();
+  window.offerRecovery();
   if (!request.graph.isEmpty()) {
     window.open(request.graph);
   }

@@ -157,6 +157,9 @@ struct GraphLines {
 }  // namespace
 
 QByteArray graphText(const EditedGraph::Parts& parts) {
+  if (!parts.source) {
+    return newGraphText();  // none was loaded yet
+  }
   return parts.source->document(
       {parameterEntries(parts), actionEntries(parts), linkEntries(parts), noteEntries(parts)});
 }

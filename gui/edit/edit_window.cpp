@@ -7,7 +7,6 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QMessageBox>
 #include <QScopedValueRollback>
 #include <QScrollArea>
 #include <QSettings>
@@ -16,6 +15,7 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 
+#include "gui/dialogs/file_questions.h"
 #include "gui/dialogs/text_dialogs.h"
 #include "gui/edit/action_list.h"
 #include "gui/edit/fault_page.h"
@@ -54,14 +54,17 @@ QString enginesText(const QStringList& engineOfOutput) {
 
 }  // namespace
 
-EditWindow::EditWindow(GraphCommands& commands, EditServices& services, GraphFiles& files,
-                       const ActionCatalogue& catalogue, Theme& theme, const QString& action)
+EditWindow::EditWindow(GraphCommands& commands, EditServices& services, HostSession& session,
+                       Theme& theme, const QString& file, const QString& action,
+                       std::vector<ParameterOverride> settings)
     : m_commands(commands),
       m_graph(commands.graph()),
       m_services(services),
-      m_files(files),
-      m_catalogue(catalogue),
+      m_catalogue(m_graph.catalogue()),
       m_theme(theme),
+      m_fileName(file),
+      m_settings(std::move(settings)),
+      m_check(m_settings, m_catalogue, session),
       m_wantedAction(action) {
   makePages();
   makeMenus();
@@ -73,8 +76,8 @@ EditWindow::EditWindow(GraphCommands& commands, EditServices& services, GraphFil
   resize(1280, 800);
   restoreGeometry(QSettings().value(kGeometryKey).toByteArray());
   showState();
-  m_startPage->setSentence(tr("Reading %1 ...").arg(m_files.file()));
-  m_files.load();
+  m_startPage->setSentence(tr("Reading %1 ...").arg(m_fileName));
+  m_file.open(m_fileName);
 }
 
 EditWindow::~EditWindow() {
@@ -149,28 +152,32 @@ void EditWindow::makePages() {
 }
 
 void EditWindow::connectFiles() {
-  connect(&m_files, &GraphFiles::loaded, this, &EditWindow::showGraph);
-  connect(&m_files, &GraphFiles::refused, this, &EditWindow::showFaults);
-  connect(&m_files, &GraphFiles::saved, this, &EditWindow::afterSaving);
-  connect(&m_files, &GraphFiles::saveFailed, this, [this](const QString& reason) {
-    m_isSaving = false;
-    m_closesAfterSaving = false;
-    QMessageBox::critical(this, tr("The graph is not saved"), reason);
+  connect(&m_file, &DocumentFile::opened, this,
+          [this](const QString&, const QByteArray& document) { showGraph(document); });
+  connect(&m_file, &DocumentFile::openFailed, this,
+          [this](const QString&, const std::vector<GraphError>& faults) { showFaults(faults); });
+  connect(&m_file, &DocumentFile::saved, this, &EditWindow::afterSaving);
+  connect(&m_file, &DocumentFile::foundLock, this, &EditWindow::askAboutLock);
+  connect(&m_file, &DocumentFile::saveFailed, this,
+          [this](const QString&, const QString& reason) { noteFailedSave(reason); });
+  connect(&m_file, &DocumentFile::saveFoundOtherFile, this, &EditWindow::askAboutOtherFile);
+  connect(&m_file, &DocumentFile::changedOnDisk, this, [this](const QByteArray& onDisk) {
+    m_onDisk = onDisk;
+    showOtherFile(*m_notice);
   });
-  connect(&m_files, &GraphFiles::saveFoundOtherFile, this, &EditWindow::askAboutOtherFile);
-  connect(&m_files, &GraphFiles::changedOnDisk, this, &EditWindow::warnOfOtherFile);
-  connect(&m_files, &GraphFiles::checked, this, [this](bool isOk) {
+  connect(&m_file, &DocumentFile::goneFromDisk, this,
+          [this](const QString& path) { showFileIsGone(*m_notice, path); });
+  connect(&m_check, &BackgroundCheck::ended, this, [this](bool isOk) {
     showState();
     statusBar()->showMessage(isOk ? tr("The check found no error.")
                                   : tr("The check found errors: see the log."));
   });
-  connect(m_notice, &InfoLine::linkActivated, this, [this](const QString& id) {
-    m_notice->clear();
-    if (id == u"load") {
-      m_files.load();
-    } else if (id == u"keep") {
-      m_files.acceptDisk();
+  connect(m_notice, &InfoLine::linkActivated, this, [this](const QString& link) {
+    const OtherFileChoice choice = otherFileChoice(link);
+    if (choice != OtherFileChoice::compare) {
+      m_notice->clear();
     }
+    settleOtherFile(choice);
   });
 }
 
@@ -188,7 +195,7 @@ void EditWindow::showGraph(const QByteArray& document) {
   rememberAction();
   closeEditor();
   m_services.forgetColumns();
-  if (!m_graph.load(document, m_files.file(), m_files.settings()) || !m_graph.faults().empty()) {
+  if (!m_graph.load(document, m_fileName, m_settings) || !m_graph.faults().empty()) {
     showFaults(std::vector<GraphError>(m_graph.faults()));
     return;
   }
@@ -220,7 +227,7 @@ void EditWindow::showFaults(const std::vector<GraphError>& faults) {
   closeEditor();
   m_graph.clear();
   m_list->setEnabled(false);
-  m_faultPage->setFaults(m_files.file(), faults);
+  m_faultPage->setFaults(m_fileName, faults);
   m_pages->setCurrentWidget(m_faultPage);
   emit graphShown();
 }
@@ -316,13 +323,13 @@ void EditWindow::showAgain(ActionId action, const EditorPosition&) {
 }
 
 void EditWindow::showState() {
-  const QString graph = QFileInfo(m_files.file()).fileName();
+  const QString graph = QFileInfo(m_fileName).fileName();
   const QString title = m_action == kNoId ? graph + QStringLiteral("[*]")
                                           : tr("%1[*] - %2").arg(graph, m_graph.name(m_action));
   setWindowTitle(title);
   setWindowModified(m_graph.isModified());
   m_saveAction->setEnabled(m_graph.actionCount() > 0);
-  m_checkAction->setEnabled(m_graph.actionCount() > 0 && !m_files.isChecking());
+  m_checkAction->setEnabled(m_graph.actionCount() > 0 && !m_check.isRunning());
 }
 
 void EditWindow::showNotice(const QString& text) {
@@ -342,13 +349,13 @@ void EditWindow::showHelp(const QString& helpId) {
 void EditWindow::check() {
   commitEditor();
   statusBar()->showMessage(tr("Checking the graph ..."));
-  m_files.check(m_graph.document());
+  m_check.start(m_graph.document(), m_fileName);
   showState();
 }
 
 void EditWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::ActivationChange && isActiveWindow() && !m_isSaving) {
-    m_files.compareWithDisk();
+    m_file.compareWithDisk();
   }
   QMainWindow::changeEvent(event);
 }

@@ -6,8 +6,9 @@
 
 #include <QMainWindow>
 
+#include "gui/document/document_file.h"
 #include "gui/document/graph_commands.h"
-#include "gui/document/graph_files.h"
+#include "gui/edit/background_check.h"
 #include "gui/services/edit_services.h"
 
 class QLabel;
@@ -24,15 +25,17 @@ class FaultPage;
 class InfoLine;
 class LogPanel;
 class Theme;
+enum class OtherFileChoice;
 
 class EditWindow : public QMainWindow {
   Q_OBJECT
 
  public:
-  // Reads the graph; `action` is the one to begin with, empty for none. What is passed outlives the
-  // window.
-  EditWindow(GraphCommands& commands, EditServices& services, GraphFiles& files,
-             const ActionCatalogue& catalogue, Theme& theme, const QString& action);
+  // Reads the graph; `action` is the one to begin with, empty for none. What is passed by reference
+  // outlives the window.
+  EditWindow(GraphCommands& commands, EditServices& services, HostSession& session, Theme& theme,
+             const QString& file, const QString& action,
+             std::vector<ParameterOverride> settings = {});
   // Stops what the editor runs.
   ~EditWindow() override;
 
@@ -73,26 +76,33 @@ class EditWindow : public QMainWindow {
   void showAgain(ActionId action, const EditorPosition& position);
   void showState();
   void showNotice(const QString& text);
-  void startSaving(GraphFiles::SaveMode mode);
-  void afterSaving();
-  void askAboutOtherFile();
-  void warnOfOtherFile();
+  void saveAs();
+  void startSaving(const QString& path, DocumentFile::SaveMode mode);
+  void afterSaving(const QByteArray& document);
+  void noteFailedSave(const QString& reason);
+  void askAboutOtherFile(const QByteArray& onDisk);
+  void settleOtherFile(OtherFileChoice choice);
+  void askAboutLock(const QString& path, const QString& holder);
   void askBeforeClosing();
   void askBeforeReloading();
+  void readAgain();
   void setExpertMode(bool isExpert);
   void showHelp(const QString& helpId);
 
   GraphCommands& m_commands;
   EditedGraph& m_graph;
   EditServices& m_services;
-  GraphFiles& m_files;
   const ActionCatalogue& m_catalogue;
   Theme& m_theme;
+  QString m_fileName;  // as the user wrote it, also of a copy
+  const std::vector<ParameterOverride> m_settings;
+  DocumentFile m_file;
+  BackgroundCheck m_check;
   QString m_wantedAction;     // to be shown when the graph has been read
   ActionId m_action = kNoId;  // whose editor is shown
   UpdateClassWidget* m_editor = nullptr;
   bool m_isElementCommitting = false;
-  QByteArray m_saving;
+  QByteArray m_onDisk;  // what another program has written
   bool m_isSaving = false;
   bool m_closesAfterSaving = false;
   bool m_closesWithoutAsking = false;

@@ -180,4 +180,13 @@ QMap<QString, QString> ActionForm::uncommittedState() const {
   return texts;
 }
 
+void ActionForm::restoreUncommitted(const QMap<QString, QString>& texts) {
+  for (const Field& field : m_fields) {
+    auto* line = findChild<QLineEdit*>(field.attribute.name);
+    if (line != nullptr && texts.contains(field.attribute.name)) {
+      line->setText(texts.value(field.attribute.name));
+    }
+  }
+}
+
 }  // namespace kelvarin

@@ -32,6 +32,7 @@ class ActionForm : public ElementEditor {
   ~ActionForm() override;
 
   QMap<QString, QString> uncommittedState() const override;
+  void restoreUncommitted(const QMap<QString, QString>& texts) override;
   void commit() override;
 
  private:

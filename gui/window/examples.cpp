@@ -1,5 +1,7 @@
 #include "gui/window/examples.h"
 
+#include <algorithm>
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -15,6 +17,8 @@ namespace {
 
 constexpr QSize kPictureSize{416, 224};  // twice what is shown, for fine screens
 constexpr int kMargin = 16;
+constexpr double kColumnWidth = 220.0;
+constexpr double kRowHeight = 112.0;
 
 class Examples {
   Q_DECLARE_TR_FUNCTIONS(kelvarin::Examples)
@@ -48,18 +52,48 @@ QString examplesFolder() {
   return {};
 }
 
+// Of a file without positions: behind what each action reads from.
+QHash<ActionId, QPointF> inColumns(const EditedGraph& graph) {
+  QHash<ActionId, int> columns;
+  for (int pass = 0; pass < graph.actionCount(); ++pass) {
+    for (const LinkId id : graph.links()) {
+      const DrawnLink& link = graph.link(id);
+      if (link.whyBroken.isEmpty()) {
+        columns[link.to] = std::max(columns.value(link.to), columns.value(link.from) + 1);
+      }
+    }
+  }
+  QHash<ActionId, QPointF> positions;
+  QHash<int, int> heights;
+  for (const ActionId action : graph.actions()) {
+    const int column = columns.value(action);
+    positions[action] = {column * kColumnWidth, heights[column]++ * kRowHeight};
+  }
+  return positions;
+}
+
+bool hasPositions(const EditedGraph& graph) {
+  return std::ranges::all_of(graph.actions(),
+                             [&](ActionId action) { return graph.hasPosition(action); });
+}
+
 QPixmap pictureOf(const QByteArray& document, const QString& path, const ActionCatalogue& catalogue,
                   Theme& theme) {
   EditedGraph graph(catalogue);
   if (!graph.load(document, path)) {
     return {};
   }
+  if (!hasPositions(graph)) {
+    graph.showAt(inColumns(graph));
+  }
   GraphCommands commands(graph);
   const CanvasView canvas(commands, theme);
   const QImage drawn = canvas.asImage(1.0);
   QPixmap picture(kPictureSize);
-  picture.fill(canvas.palette().color(QPalette::Window));
+  picture.fill(drawn.pixelColor(0, 0));  // the margin as the canvas
   QPainter painter(&picture);
+  painter.setPen(QPen(canvas.palette().color(QPalette::Mid), 2.0));
+  painter.drawRect(picture.rect().adjusted(1, 1, -1, -1));
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
   const QSize inner = kPictureSize - QSize(2 * kMargin, 2 * kMargin);
   QRect target(QPoint(), drawn.size().scaled(inner, Qt::KeepAspectRatio));

@@ -1,6 +1,7 @@
 #include "gui/window/host_window.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <utility>
 
 #include <QDockWidget>
@@ -18,6 +19,7 @@
 #include "gui/preview/preview_panel.h"
 #include "gui/run/run_report_panel.h"
 #include "gui/window/property_panel.h"
+#include "gui/window/recovery_offer.h"
 #include "gui/window/shortcut_precedence.h"
 #include "gui/window/start_page.h"
 #include "host/widgets/info_line.h"
@@ -56,12 +58,14 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
       m_pages(new QStackedWidget),
       m_start(new StartPage),
       m_canvas(new CanvasView(commands, theme)),
+      m_recovery(new RecoveryOffer),
       m_notice(new InfoLine),
       m_palette(new PalettePanel(m_graph.catalogue())),
       m_properties(new PropertyPanel(commands)),
       m_preview(new PreviewPanel(m_graph, services)),
       m_log(new LogPanel),
       m_report(new RunReportPanel(m_run)),
+      m_unsaved(commands, *m_properties),
       m_outcome(new QLabel) {
   setAcceptDrops(true);
   setDockOptions(AnimatedDocks | AllowTabbedDocks | AllowNestedDocks);
@@ -93,6 +97,10 @@ void HostWindow::makeCentre() {
   auto* layout = new QVBoxLayout(centre);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
+  for (InfoLine* line : std::initializer_list<InfoLine*>{m_recovery, m_notice}) {
+    line->setContentsMargins(12, 8, 12, 8);
+  }
+  layout->addWidget(m_recovery);
   layout->addWidget(m_notice);
   layout->addWidget(m_pages, 1);
   setCentralWidget(centre);
@@ -161,14 +169,6 @@ void HostWindow::connectWork() {
   connect(&m_arrangement, &Arrangement::failed, this, &HostWindow::showNotice);
   connect(m_report, &RunReportPanel::actionWanted, this,
           [this](const QString& name) { select(m_graph.idOf(name), false); });
-  connect(m_notice, &InfoLine::linkActivated, this, [this](const QString& id) {
-    m_notice->clear();
-    if (id == u"load") {
-      m_file.open(m_file.path());
-    } else if (id == u"keep") {
-      m_file.acceptDisk();
-    }
-  });
 }
 
 void HostWindow::showPage() {
@@ -278,7 +278,11 @@ void HostWindow::showNotice(const QString& text) {
 }
 
 QString HostWindow::graphName() const {
-  return m_file.path().isEmpty() ? tr("New graph") : QFileInfo(m_file.path()).fileName();
+  const QString& origin = m_graph.graph().file;
+  if (!m_file.path().isEmpty() || origin.isEmpty()) {
+    return m_file.path().isEmpty() ? tr("New graph") : QFileInfo(m_file.path()).fileName();
+  }
+  return tr("Copy of %1").arg(QFileInfo(origin).fileName());
 }
 
 }  // namespace kelvarin

@@ -2,7 +2,8 @@
 //
 // The window owns what works beside it: the run, the check of the graph while it is edited, the
 // arrangement, the file. Every change of the graph is a command.
-// Threads: the user-interface thread. Files, rows, checks, runs and layouts are worked on beside it.
+// Threads: the user-interface thread; files, rows, checks, runs and layouts are worked on beside
+// it.
 #pragma once
 
 #include <functional>
@@ -10,11 +11,12 @@
 #include <QMainWindow>
 
 #include "gui/arrange/arrangement.h"
+#include "gui/document/document_file.h"
 #include "gui/document/graph_commands.h"
 #include "gui/run/design_columns.h"
 #include "gui/run/graph_run.h"
 #include "gui/services/edit_services.h"
-#include "gui/window/document_file.h"
+#include "gui/window/unsaved_work.h"
 
 class QDockWidget;
 class QLabel;
@@ -30,9 +32,11 @@ class LogPanel;
 class PalettePanel;
 class PreviewPanel;
 class PropertyPanel;
+class RecoveryOffer;
 class RunReportPanel;
 class StartPage;
 class Theme;
+enum class OtherFileChoice;
 
 class HostWindow : public QMainWindow {
   Q_OBJECT
@@ -46,6 +50,8 @@ class HostWindow : public QMainWindow {
   // Asks first where changes would be lost.
   void newGraph();
   void open(const QString& path);
+  // Looks for graphs that were not saved when a program ended, and offers them over the canvas.
+  void offerRecovery();
   void save();
   void saveAs();
   void run();
@@ -102,9 +108,14 @@ class HostWindow : public QMainWindow {
   // host_window_files.cpp
   void connectFile();
   void showDocument(const QString& path, const QByteArray& document);
+  void restoreGraph();
+  void showTyped(const RecoveryRecord& record);
   void startSaving(const QString& path, DocumentFile::SaveMode mode);
   void afterSaving(const QByteArray& document);
   void askAboutOtherFile(const QByteArray& onDisk);
+  void settleOtherFile(OtherFileChoice choice);
+  void askAboutLock(const QString& path, const QString& holder);
+  QString suggestedName() const;
   void afterUnsavedChanges(const std::function<void()>& next);
   void chooseFileToOpen();
   void exportCanvas();
@@ -140,6 +151,7 @@ class HostWindow : public QMainWindow {
   DesignColumns m_columns;
   Arrangement m_arrangement;
   std::function<void()> m_afterSaving;  // what waits until the graph is saved
+  QByteArray m_onDisk;                  // what another program has written
   bool m_isSaving = false;
   bool m_hasGraph = false;  // else the start page is shown
   bool m_closesWithoutAsking = false;
@@ -150,12 +162,14 @@ class HostWindow : public QMainWindow {
   QStackedWidget* m_pages;
   StartPage* m_start;
   CanvasView* m_canvas;
+  RecoveryOffer* m_recovery;
   InfoLine* m_notice;
   PalettePanel* m_palette;
   PropertyPanel* m_properties;
   PreviewPanel* m_preview;
   LogPanel* m_log;
   RunReportPanel* m_report;
+  UnsavedWork m_unsaved;
   QDockWidget* m_paletteDock = nullptr;
   QDockWidget* m_propertiesDock = nullptr;
   QDockWidget* m_previewDock = nullptr;

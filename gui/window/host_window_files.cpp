@@ -12,13 +12,16 @@
 
 #include "gui/canvas/canvas_view.h"
 #include "gui/dialogs/difference_dialog.h"
+#include "gui/dialogs/file_questions.h"
 #include "gui/dialogs/question.h"
 #include "gui/window/examples.h"
 #include "gui/window/host_window.h"
 #include "gui/window/property_panel.h"
+#include "gui/window/recovery_offer.h"
 #include "gui/window/start_page.h"
 #include "gui/window/window_state.h"
 #include "host/widgets/info_line.h"
+#include "host/widgets/user_interface.h"
 
 namespace kelvarin {
 
@@ -27,37 +30,59 @@ namespace {
 const QString kGraphSuffix = QStringLiteral(".kelvarin");
 constexpr double kPictureScale = 2.0;
 
-QString graphFilter() {
-  return HostWindow::tr("Graphs (*%1);;All files (*)").arg(kGraphSuffix);
-}
-
 }  // namespace
 
 void HostWindow::connectFile() {
   connect(m_start, &StartPage::newWanted, this, &HostWindow::newGraph);
   connect(m_start, &StartPage::openWanted, this, &HostWindow::chooseFileToOpen);
   connect(m_start, &StartPage::graphWanted, this, &HostWindow::open);
+  connect(m_recovery, &RecoveryOffer::restoreWanted, this, &HostWindow::restoreGraph);
+  connect(&m_unsaved, &UnsavedWork::failed, this, [this](const QString& why) {
+    showNotice(tr("No recovery file can be written: %1. Save often until there is one.").arg(why));
+  });
   connect(&m_file, &DocumentFile::opened, this, &HostWindow::showDocument);
   connect(&m_file, &DocumentFile::openFailed, this,
-          [this](const QString& path, const QString& why) {
+          [this](const QString& path, const std::vector<GraphError>& faults) {
             forgetRecentGraph(path);
             showPage();
-            showNotice(tr("%1 cannot be opened: %2").arg(path, why));
+            showNotice(faults.front().text());
             emit graphShown();
           });
+  connect(&m_file, &DocumentFile::foundLock, this, &HostWindow::askAboutLock);
   connect(&m_file, &DocumentFile::saved, this, &HostWindow::afterSaving);
-  connect(&m_file, &DocumentFile::saveFailed, this,
-          [this](const QString& path, const QString& why) {
-            m_isSaving = false;
-            m_afterSaving = nullptr;
-            QMessageBox::critical(this, tr("The graph is not saved"),
-                                  tr("%1 cannot be written: %2").arg(path, why));
-          });
+  connect(&m_file, &DocumentFile::saveFailed, this, [this](const QString&, const QString& why) {
+    m_isSaving = false;
+    askAboutFailedSave(this, why, [this](FailedSaveChoice choice) {
+      if (choice == FailedSaveChoice::otherName) {
+        saveAs();
+      } else {
+        m_afterSaving = nullptr;
+      }
+    });
+  });
   connect(&m_file, &DocumentFile::saveFoundOtherFile, this, &HostWindow::askAboutOtherFile);
-  connect(&m_file, &DocumentFile::changedOnDisk, this, [this] {
-    m_notice->setMessage(
-        Severity::warning, tr("The graph was changed on the disk meanwhile."),
-        {{QStringLiteral("load"), tr("Load theirs")}, {QStringLiteral("keep"), tr("Keep mine")}});
+  connect(&m_file, &DocumentFile::changedOnDisk, this, [this](const QByteArray& onDisk) {
+    m_onDisk = onDisk;
+    showOtherFile(*m_notice);
+  });
+  connect(&m_file, &DocumentFile::goneFromDisk, this,
+          [this](const QString& path) { showFileIsGone(*m_notice, path); });
+  connect(m_notice, &InfoLine::linkActivated, this, [this](const QString& link) {
+    const OtherFileChoice choice = otherFileChoice(link);
+    if (choice != OtherFileChoice::compare) {
+      m_notice->clear();
+    }
+    settleOtherFile(choice);
+  });
+}
+
+void HostWindow::askAboutLock(const QString& path, const QString& holder) {
+  kelvarin::askAboutLock(this, path, holder, [this, path](LockChoice choice) {
+    if (choice == LockChoice::openCopy) {
+      m_file.open(path, DocumentFile::OpenMode::copy);
+    } else if (choice == LockChoice::openAnyway) {
+      m_file.open(path, DocumentFile::OpenMode::shared);
+    }
   });
 }
 
@@ -67,6 +92,7 @@ void HostWindow::newGraph() {
     m_file.forget();
     m_graph.load(QByteArrayLiteral("<KelvarinGraph version='1.0'>\n</KelvarinGraph>\n"), {});
     m_hasGraph = true;
+    m_unsaved.begin({}, {});
     showPage();
     m_canvas->setFocus();
     emit graphShown();
@@ -79,7 +105,7 @@ void HostWindow::open(const QString& path) {
 
 void HostWindow::chooseFileToOpen() {
   const QString path = QFileDialog::getOpenFileName(
-      this, tr("Open a graph"), QFileInfo(m_file.path()).absolutePath(), graphFilter());
+      this, tr("Open a graph"), QFileInfo(m_file.path()).absolutePath(), graphFileFilter());
   if (!path.isEmpty()) {
     open(path);
   }
@@ -94,10 +120,12 @@ void HostWindow::showDocument(const QString& path, const QByteArray& document) {
   showPage();
   if (!isGraph) {
     m_file.forget();
+    m_unsaved.end();
     showNotice(
         tr("%1 is no graph: %2")
             .arg(path, m_graph.faults().empty() ? QString() : m_graph.faults().front().text()));
   } else {
+    m_unsaved.begin(m_file.path(), document);
     noteRecentGraph(path);
     restoreState();
     m_canvas->setFocus();
@@ -106,6 +134,64 @@ void HostWindow::showDocument(const QString& path, const QByteArray& document) {
     }
   }
   emit graphShown();
+}
+
+void HostWindow::offerRecovery() {
+  m_recovery->search();
+}
+
+// The graph counts as changed, whatever its file has.
+void HostWindow::restoreGraph() {
+  afterUnsavedChanges([this] {
+    std::unique_ptr<RecoveryFile> file = m_recovery->take();
+    if (file == nullptr) {
+      return;
+    }
+    const RecoveryRecord record = file->found();
+    keepState();
+    m_notice->clear();
+    m_services.forgetColumns();
+    if (!m_graph.load(record.document, record.graphFile, m_settings)) {
+      showNotice(tr("%1 cannot be restored: its recovery file is %2")
+                     .arg(shownName(record), file->path()));
+      return;
+    }
+    m_graph.markSaved({}, record.graphFile);
+    m_file.resume(record.graphFile, record.savedDigest);
+    m_hasGraph = true;
+    m_unsaved.resume(std::move(file));
+    showPage();
+    restoreState();
+    showTyped(record);
+    emit graphShown();
+  });
+}
+
+// What no field takes is shown, to be copied.
+void HostWindow::showTyped(const RecoveryRecord& record) {
+  const ActionId action = m_graph.idOf(record.action);
+  if (action != kNoId) {
+    select(action, false);
+  }
+  if (record.typed.isEmpty()) {
+    m_canvas->setFocus();
+    return;
+  }
+  QMap<QString, QString> taken;
+  if (UpdateClassWidget* editor = m_properties->editor()) {
+    editor->restoreUncommitted(record.typed);
+    taken = editor->uncommittedState();
+  }
+  QStringList lines;
+  for (auto field = record.typed.begin(); field != record.typed.end(); ++field) {
+    if (taken.value(field.key()) != field.value()) {
+      lines += QStringLiteral("%1: %2").arg(field.key(), field.value());
+    }
+  }
+  if (!lines.isEmpty()) {
+    lines.prepend(tr("This was being typed into '%1':").arg(record.action));
+    showNotice(lines.join(u'\n'));
+  }
 }
 
 void HostWindow::save() {
@@ -122,19 +208,22 @@ void HostWindow::save() {
 
 void HostWindow::saveAs() {
   m_properties->commit();
-  QString path = QFileDialog::getSaveFileName(
-      this, tr("Save the graph"),
-      m_file.path().isEmpty() ? QDir::current().filePath(tr("graph") + kGraphSuffix)
-                              : m_file.path(),
-      graphFilter());
+  const QString path = askForGraphName(this, suggestedName());
   if (path.isEmpty()) {
     m_afterSaving = nullptr;
     return;
   }
-  if (QFileInfo(path).suffix().isEmpty()) {
-    path += kGraphSuffix;
-  }
   startSaving(path, DocumentFile::SaveMode::always);
+}
+
+// Of a copy, where its original lies.
+QString HostWindow::suggestedName() const {
+  const QString& origin = m_graph.graph().file;
+  if (!m_file.path().isEmpty()) {
+    return m_file.path();
+  }
+  return origin.isEmpty() ? QDir::current().filePath(tr("graph"))
+                          : QFileInfo(origin).dir().filePath(graphName());
 }
 
 void HostWindow::startSaving(const QString& path, DocumentFile::SaveMode mode) {
@@ -145,6 +234,7 @@ void HostWindow::startSaving(const QString& path, DocumentFile::SaveMode mode) {
 void HostWindow::afterSaving(const QByteArray& document) {
   m_isSaving = false;
   m_graph.markSaved(document, m_file.path());
+  m_unsaved.begin(m_file.path(), document);
   m_notice->clear();
   noteRecentGraph(m_file.path());
   showTitle();
@@ -155,26 +245,32 @@ void HostWindow::afterSaving(const QByteArray& document) {
 }
 
 void HostWindow::askAboutOtherFile(const QByteArray& onDisk) {
-  ask(this,
-      {tr("The graph was changed on the disk meanwhile."),
-       tr("Another program has written %1 since it was read here.").arg(m_file.path()),
-       {{QMessageBox::Save, tr("&Keep mine")},
-        {QMessageBox::Reset, tr("&Load theirs")},
-        {QMessageBox::Help, tr("&Compare")},
-        {QMessageBox::Cancel, {}}}},
-      [this, onDisk](QMessageBox::StandardButton button) {
-        m_isSaving = false;
-        if (button == QMessageBox::Save) {
-          startSaving(m_file.path(), DocumentFile::SaveMode::always);
-          return;
-        }
-        m_afterSaving = nullptr;
-        if (button == QMessageBox::Reset) {
-          m_file.open(m_file.path());
-        } else if (button == QMessageBox::Help) {
-          showDifference(onDisk, m_graph.document(), this);
-        }
-      });
+  m_onDisk = onDisk;
+  kelvarin::askAboutOtherFile(this, m_file.path(), [this](OtherFileChoice choice) {
+    m_isSaving = false;
+    if (choice == OtherFileChoice::keepMine) {
+      startSaving(m_file.path(), DocumentFile::SaveMode::always);
+      return;
+    }
+    m_afterSaving = nullptr;
+    settleOtherFile(choice);
+  });
+}
+
+void HostWindow::settleOtherFile(OtherFileChoice choice) {
+  switch (choice) {
+    case OtherFileChoice::keepMine:
+      m_file.acceptDisk();
+      return;
+    case OtherFileChoice::loadTheirs:
+      m_file.reload();
+      return;
+    case OtherFileChoice::compare:
+      showDifference(m_onDisk, m_graph.document(), this);
+      return;
+    case OtherFileChoice::cancel:
+      return;
+  }
 }
 
 void HostWindow::afterUnsavedChanges(const std::function<void()>& next) {
@@ -208,6 +304,7 @@ void HostWindow::closeEvent(QCloseEvent* event) {
     return;
   }
   keepState();
+  m_unsaved.end();
   m_run.stop();
   m_properties->showAction(kNoId);
   event->accept();

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
@@ -19,6 +20,7 @@ namespace {
 
 constexpr int kShownRecent = 8;
 constexpr QSize kPictureSize{208, 112};
+constexpr int kExamplesInRow = 2;  // beside the panels of a window of usual size
 constexpr int kWidth = 760;
 
 QLabel* heading(const QString& text, double factor) {
@@ -116,10 +118,10 @@ QWidget* StartPage::newRecent() {
 QWidget* StartPage::newExamples() {
   auto* part = new QWidget;
   auto* row = new QWidget;
-  m_examples = new QHBoxLayout(row);
+  m_examples = new QGridLayout(row);
   m_examples->setContentsMargins(0, 0, 0, 0);
   m_examples->setSpacing(12);
-  m_examples->addStretch(1);
+  m_examples->setColumnStretch(kExamplesInRow, 1);
   auto* layout = new QVBoxLayout(part);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(8);
@@ -154,7 +156,8 @@ void StartPage::addExample(const QString& path, const QString& title, const QStr
   button->setAccessibleDescription(description);
   button->setAutoRaise(true);
   connect(button, &QToolButton::clicked, this, [this, path] { emit graphWanted(path); });
-  m_examples->insertWidget(m_examples->count() - 1, button);
+  const int index = m_examples->count();
+  m_examples->addWidget(button, index / kExamplesInRow, index % kExamplesInRow);
   m_examplesPart->show();
 }
 

@@ -7,7 +7,7 @@
 #include <QWidget>
 
 class QListWidget;
-class QHBoxLayout;
+class QGridLayout;
 
 namespace kelvarin {
 
@@ -36,7 +36,7 @@ class StartPage : public QWidget {
   QListWidget* m_recent;
   QWidget* m_recentPart;
   QWidget* m_examplesPart;
-  QHBoxLayout* m_examples;
+  QGridLayout* m_examples;
 };
 
 }  // namespace kelvarin

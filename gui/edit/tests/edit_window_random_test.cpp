@@ -79,9 +79,9 @@ TEST_P(EditedExample, SurvivesRandomEvents) {
   EditServices services(graph, catalogue());
   HostSession session(&services);
   const HostSession::Scope scope(&session);
-  GraphFiles files(file(GetParam()), {}, catalogue(), session);
+  const QString graphFile = file(GetParam());
   Theme theme;
-  EditWindow window(commands, services, files, catalogue(), theme, {});
+  EditWindow window(commands, services, session, theme, graphFile, {});
   const QSignalSpy shown(&window, &EditWindow::graphShown);
   window.show();
   ASSERT_TRUE(QTest::qWaitFor([&shown] { return !shown.isEmpty(); }));
@@ -97,20 +97,20 @@ TEST_P(EditedExample, SurvivesRandomEvents) {
 
   const auto isRead = [&] { return graph.actionCount() == actions; };
   if (!QTest::qWaitFor(isRead)) {
-    const auto refused = readGraph(files.file(), catalogue());
+    const auto refused = readGraph(graphFile, catalogue());
     ASSERT_FALSE(refused);
     EXPECT_EQ(otherFaults(refused.error()), "");
     return;
   }
   window.openAction(graph.actions().front());
   const QByteArray document = graph.document();
-  const auto again = parseGraph(document, files.file(), catalogue());
+  const auto again = parseGraph(document, graphFile, catalogue());
   if (!again) {
     EXPECT_EQ(otherFaults(again.error()), "") << document.toStdString();
     return;
   }
   EditedGraph reread(catalogue());
-  ASSERT_TRUE(reread.load(document, files.file()));
+  ASSERT_TRUE(reread.load(document, graphFile));
   EXPECT_EQ(reread.document().toStdString(), document.toStdString());
 }
 

@@ -100,9 +100,8 @@ class EditWindowTest : public ::testing::Test {
   // Shows the graph, and the editor of `action`.
   EditWindow& open(const QByteArray& graph = kGraph, const char* action = "out") {
     write(graph);
-    m_files = std::make_unique<GraphFiles>(file(), std::vector<ParameterOverride>(), m_catalogue,
-                                           m_session);
-    m_window = std::make_unique<EditWindow>(m_commands, m_services, *m_files, m_catalogue, m_theme,
+    m_window.reset();  // with its lock
+    m_window = std::make_unique<EditWindow>(m_commands, m_services, m_session, m_theme, file(),
                                             QString::fromLatin1(action));
     const QSignalSpy shown(m_window.get(), &EditWindow::graphShown);
     m_window->show();
@@ -144,7 +143,6 @@ class EditWindowTest : public ::testing::Test {
   HostSession m_session{&m_services};
   const HostSession::Scope m_scope{&m_session};
   Theme m_theme;
-  std::unique_ptr<GraphFiles> m_files;
   std::unique_ptr<EditWindow> m_window;
 };
 
