@@ -40,7 +40,12 @@ def fault_of(source, translation):
 
 
 def shared_mnemonics(context):
-    """Keys that two texts of a window share in the translation, but not in the source."""
+    """Keys that two texts of a form share in the translation, but not in the source.
+
+    The texts of a main window are of several menus, each with keys of its own; its test looks at them.
+    """
+    if (context.findtext("name") or "").endswith("Window"):
+        return
     owners = {}
     for message in context.iter("message"):
         source, form = message.findtext("source") or "", message.findtext("translation") or ""
