@@ -120,10 +120,10 @@ TEST_F(DebuggerPanelTest, KeysStartStepGoBackAndStop) {
 
 TEST_F(DebuggerPanelTest, RunsToARowOfAPreviewAlsoBackwards) {
   panel.runToRow(50);
-  ASSERT_TRUE(waitFor("Row 50."));
+  ASSERT_TRUE(waitFor("Row 50,"));
   EXPECT_EQ(shown[0].value.number, 50);
   panel.runToRow(7);  // which the run has passed
-  ASSERT_TRUE(waitFor("Row 7."));
+  ASSERT_TRUE(waitFor("Row 7,"));
   EXPECT_EQ(shown[0].value.number, 7);
 }
 
