@@ -10,6 +10,7 @@
 #include <QSettings>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QToolButton>
 
 #include "gui/canvas/canvas_view.h"
 #include "gui/dialogs/text_dialogs.h"
@@ -96,10 +97,10 @@ QAction* HostWindow::canvasAction(QMenu& menu, const QString& text, const QKeySe
 void HostWindow::makeEditMenu() {
   QMenu* edit = menuBar()->addMenu(tr("&Edit"));
   m_undoAction = m_commands.stack().createUndoAction(this, tr("Undo"));
-  m_undoAction->setIcon(icon(IconName::back));
+  m_undoAction->setIcon(icon(IconName::undo));
   m_undoAction->setShortcut(QKeySequence::Undo);
   m_redoAction = m_commands.stack().createRedoAction(this, tr("Redo"));
-  m_redoAction->setIcon(icon(IconName::next));
+  m_redoAction->setIcon(icon(IconName::redo));
   m_redoAction->setShortcuts(
       {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
   edit->addActions({m_undoAction, m_redoAction});
@@ -248,6 +249,11 @@ void HostWindow::makeToolBar() {
   m_bar->addActions({m_runAction, m_stopAction});
   m_bar->addSeparator();
   m_bar->addActions({m_saveAction, m_undoAction, m_redoAction});
+  // Their texts name what they undo, so the buttons would never stay where they are.
+  for (QAction* action : {m_undoAction, m_redoAction}) {
+    qobject_cast<QToolButton*>(m_bar->widgetForAction(action))
+        ->setToolButtonStyle(Qt::ToolButtonIconOnly);
+  }
   m_bar->addSeparator();
   m_bar->addAction(m_parametersAction);
   m_bar->addWidget(stretch());
