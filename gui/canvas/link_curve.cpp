@@ -81,7 +81,8 @@ class LinkCurve::RowsLabel final : public QGraphicsItem {
       prepareGeometryChange();
       m_digits = digits;
       const CanvasMetrics& metrics = m_scene.metrics();
-      const double width = (digits + (digits - 1) / 3 * 0.6) * metrics.digitWidth() + 8;
+      const int separators = (digits - 1) / 3;
+      const double width = (digits + separators * 0.6) * metrics.digitWidth() + 8;
       m_area = {-width / 2, -metrics.lineHeight() - 5, width, metrics.lineHeight()};
     }
     update();

@@ -118,6 +118,7 @@ void GraphSource::addSection(Section section, const std::vector<XmlEntry>& entri
 
 QByteArray GraphSource::document(const Content& content) const {
   std::vector<XmlEntry> ofRoot;
+  ofRoot.reserve(m_root.children.size());
   for (std::size_t i = 0; i < m_root.children.size(); ++i) {
     ofRoot.push_back({static_cast<int>(i), m_root.children[i].element});
   }

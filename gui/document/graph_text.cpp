@@ -83,6 +83,7 @@ QString changedNoteText(const QString& source, const DrawnNote& before, const Dr
 
 std::vector<XmlEntry> actionEntries(const EditedGraph::Parts& parts) {
   std::vector<XmlEntry> entries;
+  entries.reserve(parts.records.size());
   for (const auto& [id, record] : parts.records) {
     entries.push_back({childOf(parts, id), record.element});
   }

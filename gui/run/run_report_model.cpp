@@ -69,6 +69,7 @@ QString RunReportModel::wordFor(const ActionState& state) {
 
 std::vector<RunReportModel::Detail> RunReportModel::detailsOf(const ActionResult& action) {
   std::vector<Detail> details;
+  details.reserve(action.report.outputs.size());
   for (const OutputReport& output : action.report.outputs) {
     details.push_back({textOf(output), {}});
   }

@@ -39,6 +39,7 @@ EditedElement elementAround(const QString& name, std::vector<EditedElement> chil
 
 QByteArray filterElement(const RowCondition& condition) {
   std::vector<EditedElement> variables;
+  variables.reserve(condition.variables.size());
   for (const RowCondition::Variable& variable : condition.variables) {
     variables.push_back(elementOf(variable));
   }

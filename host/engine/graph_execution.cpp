@@ -43,6 +43,7 @@ GraphExecution::GraphExecution(const Graph& graph, std::vector<RunRecord*> recor
 
 void GraphExecution::startSampler() {
   std::vector<const ActionItem*> items;
+  items.reserve(m_actions.size());
   for (const auto& running : m_actions) {
     items.push_back(running == nullptr ? nullptr : &running->item());
   }
