@@ -66,6 +66,9 @@ void PreviewTable::connectHeader() {
   m_header->setContextMenuPolicy(Qt::CustomContextMenu);
   connect(m_header, &QHeaderView::sectionClicked, this, &PreviewTable::cycleSorting);
   connect(m_header, &QHeaderView::sectionDoubleClicked, this, [this](int column) {
+    if (column < 0) {
+      return;  // beside the last one
+    }
     std::tie(m_sortColumn, m_isDescending) = m_sortBeforeClick;
     applyOrder();
     emit renameColumnWanted(m_model->nameOf(column));
