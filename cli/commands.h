@@ -27,6 +27,7 @@ void addEvalCommand(CLI::App& program, ChosenCommand& chosen);
 void addFunctionsCommand(CLI::App& program, ChosenCommand& chosen);
 void addActionsCommand(CLI::App& program, ChosenCommand& chosen);
 void addGelCommand(CLI::App& program, ChosenCommand& chosen);
+void addGuiCommand(CLI::App& program, ChosenCommand& chosen, ProgramArguments programArguments);
 void addEditCommand(CLI::App& program, ChosenCommand& chosen, ProgramArguments programArguments);
 
 }  // namespace kelvarin

@@ -103,7 +103,9 @@ void printWhole(const LanguageEntry& entry) {
                                               : "");
   printField("Back-ends", labelsOf(entry.backends).join(QLatin1String(", ")).toStdString());
   printField("Null", help.nulls == nullptr ? "" : help.nulls);
-  printField("Example", fmt::format("{}  gives  {}", help.example, help.result));
+  for (const HelpExample& example : examplesOf(help)) {
+    printField("Example", fmt::format("{}  gives  {}", example.expression, example.result));
+  }
   printField("Settings", settingsOf(entry));
   printField("Note", help.note == nullptr ? "" : help.note);
 }

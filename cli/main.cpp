@@ -151,7 +151,9 @@ ExitStatus runProgram(int argc, char** argv) {
   kelvarin::addFunctionsCommand(program, chosen);
   kelvarin::addActionsCommand(program, chosen);
   kelvarin::addGelCommand(program, chosen);
-  kelvarin::addEditCommand(program, chosen, {argv, [&application] { application.reset(); }});
+  const kelvarin::ProgramArguments programArguments{argv, [&application] { application.reset(); }};
+  kelvarin::addGuiCommand(program, chosen, programArguments);
+  kelvarin::addEditCommand(program, chosen, programArguments);
 
   if (reportUnknownCommand(program, argc, argv)) {
     return ExitStatus::wrongUsage;

@@ -20,7 +20,8 @@ void reportRun(const GraphArguments&, const RunResult& result, Console& console)
 // The rows of a sink and the JSON object would mix.
 const GraphAction* sinkOnStandardOutput(const Graph& graph) {
   for (const GraphAction& action : graph.actions) {
-    if (const auto* user = dynamic_cast<const FileUser*>(action.item.get())) {
+    const auto* user = dynamic_cast<const FileUser*>(action.item.get());
+    if (user != nullptr && !action.isDisabled) {
       for (const UsedFile& file : user->usedFiles()) {
         if (file.use == FileUse::writes && isStandardOutput(file.path)) {
           return &action;
@@ -34,7 +35,10 @@ const GraphAction* sinkOnStandardOutput(const Graph& graph) {
 RunResult runBesideJson(Graph& graph, RunRecord& record, const ExecutionOptions& options) {
   const GraphAction* sink = sinkOnStandardOutput(graph);
   if (sink == nullptr) {
-    return runGraph(graph, record, options);
+    ExecutionOptions detailed = options;
+    detailed.reportsActions = true;
+    detailed.countsValues = true;
+    return runGraph(graph, record, detailed);
   }
   const QString text = program_messages::rowsBesideJson(sink->name);
   MainUI::addLog(LogLevel::error, text);

@@ -58,6 +58,33 @@ std::string aligned(const std::vector<std::vector<std::string>>& rows) {
   return text;
 }
 
+Json countOrNull(long long count) {
+  return count < 0 ? Json(nullptr) : Json(count);
+}
+
+// What a run knows beyond the rows; a check has nothing of it.
+void addRunDetails(const ActionResult& action, Json& entry) {
+  if (action.seconds >= 0.0) {
+    entry["seconds"] = action.seconds;
+  }
+  for (const OutputReport& output : action.report.outputs) {
+    entry["outputs"].push_back({{"name", output.name.toStdString()},
+                                {"engine", output.engine.toStdString()},
+                                {"slowedBy", output.slowedBy.toStdString()},
+                                {"reason", output.reason.toStdString()},
+                                {"nulls", countOrNull(output.nulls)},
+                                {"nans", countOrNull(output.nans)},
+                                {"failures", countOrNull(output.failures)}});
+  }
+  if (action.report.blocksRead >= 0) {
+    entry["blocksRead"] = action.report.blocksRead;
+    entry["blocksSkipped"] = action.report.blocksSkipped;
+  }
+  for (const WrittenFile& file : action.files) {
+    entry["files"].push_back({{"path", file.path.toStdString()}, {"bytes", file.bytes}});
+  }
+}
+
 Json jsonOfAction(const ActionResult& action) {
   Json entry = {{"name", action.name.toStdString()},
                 {"type", action.typeName.toStdString()},
@@ -67,6 +94,7 @@ Json jsonOfAction(const ActionResult& action) {
   if (!action.namedColumns.isEmpty()) {
     entry["newColumns"] = jsonOf(action.namedColumns);
   }
+  addRunDetails(action, entry);
   return entry;
 }
 

@@ -5,8 +5,9 @@
 #   kelvarin_label(NAME label...)
 #
 # A test is one executable of GoogleTest cases and one line of ctest. Tests run under a sanitizer by
-# their labels: `files` (what reads bytes that may be wrong) under the one for addresses, `threads`
-# under the one for threads. The target `files_tests` builds all tests with the label `files`.
+# their labels: `files` (what reads bytes that may be wrong, or gets random events) under the one
+# for addresses, `threads` under the one for threads. The target `files_tests` builds all tests with
+# the label `files`.
 
 set(kelvarin_labels files threads)
 foreach(label ${kelvarin_labels})

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "actions/frame/build_identity.h"
 #include "actions/frame/editors_library.h"
 #include "actions/frame/messages.h"
 #include "base/sibling_library.h"
@@ -33,7 +34,7 @@ UpdateClassWidget* createEditor(QWidget* parent, ActionItem* action) {
     return nullptr;
   }
   static const CreateEditorFunction create = loadLibrary();
-  return create == nullptr ? nullptr : create(parent, action);
+  return create == nullptr ? nullptr : create(parent, action, buildIdentity());
 }
 
 }  // namespace kelvarin

@@ -63,13 +63,26 @@ ALLOWED = {
     "ui/columnar": ["columnar/actions", "ui/error_dialog", "ui/help_browser", "ui/panels"],
     "ui": ["ui/columnar", "ui/editors"],
     "plugin": ["actions/calculator_vectorized", "actions/filter_rows", "columnar/actions"],
-    "gui/edit": ["host/engine", "host/pictures", "host/tables", "host/widgets"],
-    "gui": ["gui/edit"],
+    "gui/document": ["host/engine"],
+    "gui/services": ["gui/document"],
+    "gui/log": ["gui/services", "host/widgets"],
+    "gui/forms": ["host/engine", "host/widgets"],
+    "gui/canvas": ["gui/document", "host/pictures", "host/widgets"],
+    "gui/palette": ["gui/document", "host/widgets"],
+    "gui/arrange": ["gui/document"],
+    "gui/preview": ["gui/services", "host/widgets"],
+    "gui/run": ["gui/log"],
+    "gui/host_editors": ["gui/forms", "host/tables"],
+    "gui/dialogs": ["host/widgets"],
+    "gui/edit": ["gui/dialogs", "gui/forms", "gui/log", "host/pictures"],
+    "gui/window": ["gui/arrange", "gui/canvas", "gui/dialogs", "gui/forms", "gui/log", "gui/palette", "gui/preview", "gui/run"],
+    "gui": ["gui/edit", "gui/host_editors", "gui/window"],
     "cli": ["expression/help", "expression/options", "host/engine", "host/tables"],
     "cli/gel": ["cli", "columnar/reader", "columnar/writer"],
     "fuzz": ["columnar/reader"],
     "benchmarks/gel": ["columnar/reader", "columnar/writer"],
     "benchmarks/expressions": ["expression/backends"],
+    "benchmarks/preview": ["gui/preview", "host/tables"],
     "benchmarks": ["expression/evaluator", "host/engine", "host/tables"],
 }
 
@@ -78,6 +91,9 @@ OF_ALL_TESTS = ["host/testing"]
 OF_TESTS = {"expression/help": ["expression/evaluator"], "host/widgets": ["host/pictures"]}
 OF_TESTS |= {module: ["host/widget_testing"] for module in ALLOWED if module.startswith(("ui", "gui"))}
 OF_TESTS["ui/debugger"] += ["actions/calculator_vectorized", "actions/filter_rows"]
+for module in ("gui/document", "gui/edit", "gui/palette", "gui/window"):
+    OF_TESTS[module] += ["host/tables"]
+OF_TESTS["gui/preview"] += ["actions/filter_rows", "host/tables"]
 
 
 THIS_FILE = os.path.join("scripts", "check_includes.py")

@@ -1,10 +1,12 @@
 // The entry of the library with the editors, asked by the plug-in.
 #include <string_view>
 
+#include "actions/frame/build_identity.h"
 #include "actions/frame/editors_library.h"
 #include "base/export.h"
 #include "ui/columnar/interface_read_columnar_gel.h"
 #include "ui/columnar/interface_write_columnar_gel.h"
+#include "ui/editors/editor_of_other_build.h"
 #include "ui/editors/interface_action_filter_rows.h"
 #include "ui/editors/interface_action_math_parser.h"
 
@@ -39,8 +41,12 @@ constexpr EditorEntry kEditors[] = {
 
 }  // namespace kelvarin
 
-extern "C" KELVARIN_CORE UpdateClassWidget* kelvarinCreateEditor(QWidget* parent,
-                                                                 ActionItem* action) {
+extern "C" KELVARIN_CORE UpdateClassWidget* kelvarinCreateEditorOfBuild(QWidget* parent,
+                                                                        ActionItem* action,
+                                                                        const char* buildIdentity) {
+  if (std::string_view(buildIdentity) != kelvarin::buildIdentity()) {
+    return new kelvarin::EditorOfOtherBuild(parent);
+  }
   for (const kelvarin::EditorEntry& entry : kelvarin::kEditors) {
     if (std::string_view(action->typeName()) == entry.typeName) {
       return entry.create(parent, *action);

@@ -1,7 +1,10 @@
 #include "actions/calculator/calculator.h"
 
+#include <algorithm>
+
 #include "actions/frame/messages.h"
 #include "actions/frame/read_back.h"
+#include "actions/frame/renamed_variables.h"
 #include "actions/frame/variables_xml.h"
 #include "expression/errors/messages.h"
 #include "expression/options/evaluation_attributes.h"
@@ -68,6 +71,49 @@ void Calculator::setOutputVariables(std::vector<OutputVariable> outputs) {
   m_areOutputsEdited = true;
 }
 
+ColumnFate Calculator::followColumn(const QString& oldName, const QString& newName) {
+  RenamedVariables renamed = renamedVariables(m_inputs, oldName, newName);
+  setInputVariables(std::move(renamed.variables));
+  ColumnFate fate = ColumnFate::passedOn;
+  std::vector<OutputVariable> outputs = m_outputs;
+  for (OutputVariable& output : outputs) {
+    if (renamed.mustExpressionsFollow) {
+      output.expression = withRenamedVariable(output.expression, oldName, newName);
+    }
+    if (output.name == oldName && output.update) {
+      output.name = newName;
+    } else if (output.name == oldName) {
+      fate = ColumnFate::ends;
+    }
+  }
+  setOutputVariables(std::move(outputs));
+  return fate;
+}
+
+bool Calculator::renameMadeColumn(const QString& oldName, const QString& newName) {
+  std::vector<OutputVariable> outputs = m_outputs;
+  const auto made = std::ranges::find(outputs, oldName, &OutputVariable::name);
+  // An update has its column from above.
+  if (made == outputs.end() || made->update) {
+    return false;
+  }
+  made->name = newName;
+  setOutputVariables(std::move(outputs));
+  return true;
+}
+
+QStringList Calculator::expressions() const {
+  QStringList expressions;
+  for (const OutputVariable& output : m_outputs) {
+    expressions += output.expression;
+  }
+  return expressions;
+}
+
+QString Calculator::pinName(int pin, bool isOutput) const {
+  return !isOutput && pin == 1 ? QStringLiteral("table of variables") : QString();
+}
+
 char Calculator::init() {
   m_rows.reset();
   m_computedColumns.clear();
@@ -115,6 +161,15 @@ QString Calculator::expressionFailureText(const RowFailure& failure) const {
 
 FailureLocation Calculator::locationOf(const RowFailure& failure) const {
   return {rowNumber(), QString::fromLatin1(typeName()), failure.backend};
+}
+
+void Calculator::addValueCounts(std::vector<OutputReport>& outputs) const {
+  const std::vector<ValueCounts> counts =
+      m_rows == nullptr ? std::vector<ValueCounts>() : m_rows->valueCounts();
+  for (std::size_t i = 0; i < std::min(counts.size(), outputs.size()); ++i) {
+    outputs[i].nulls = counts[i].nulls;
+    outputs[i].nans = counts[i].nans;
+  }
 }
 
 QString Calculator::checkText(const QString& output, const QString& text) const {

@@ -18,10 +18,14 @@
 #include "actions/frame/catalogued.h"
 #include "actions/frame/expression_action.h"
 #include "expression/errors/error_texts.h"
+#include "host/contract/column_user.h"
+#include "host/contract/named_pins.h"
 
 namespace kelvarin {
 
-class Calculator : public Catalogued<Calculator, ExpressionAction> {
+class Calculator : public Catalogued<Calculator, ExpressionAction>,
+                   public ColumnUser,
+                   public NamedPins {
  public:
   Calculator(XMLNode node, GlobalParameters* parameters);
 
@@ -35,6 +39,11 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   // For editors; see ExpressionAction. At least one output is left.
   const std::vector<OutputVariable>& outputVariables() const { return m_outputs; }
   void setOutputVariables(std::vector<OutputVariable> outputs);
+
+  ColumnFate followColumn(const QString& oldName, const QString& newName) override;
+  bool renameMadeColumn(const QString& oldName, const QString& newName) override;
+  QStringList expressions() const override;
+  QString pinName(int pin, bool isOutput) const override;
 
   // For row computations: the routine of one whose type is known, without a virtual call a row.
   template <typename Rows, bool (Rows::*kCompute)(const OneRow&)>
@@ -60,6 +69,7 @@ class Calculator : public Catalogued<Calculator, ExpressionAction> {
   QString checkText(const QString& output, const QString& text) const override;
   QString referenceTimeWarning() const override;
   LogDetails detailsOfOutput(int output) const override;
+  void addValueCounts(std::vector<OutputReport>& outputs) const override;
   QStringList resultNames() override;
 
   FailureLocation locationOf(const RowFailure& failure) const;

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "actions/calculator/value_counts.h"
 #include "expression/evaluator/row_evaluation.h"
 #include "host/contract/action_item.h"
 
@@ -17,7 +18,10 @@ class RowComputation {
   RowComputation(ActionItem& action, RowEvaluation& evaluation, int outputCount)
       : m_evaluation(evaluation),
         m_outputCount(outputCount),
-        m_columns(action.getOutputRowForOutputPin(0)->getAllColForWrite()) {}
+        m_columns(action.getOutputRowForOutputPin(0)->getAllColForWrite()),
+        m_counts(action.run() != nullptr && action.run()->countsValues
+                     ? static_cast<std::size_t>(outputCount)
+                     : 0) {}
   virtual ~RowComputation() = default;
 
   // Works with any plan and remembers the failures; the routine does the rest faster. False: the
@@ -25,6 +29,8 @@ class RowComputation {
   [[nodiscard]] virtual bool compute(const OneRow& row) = 0;
   // Of the last compute(), the evaluations that failed and did not stop the run.
   const std::vector<RowFailure>& failures() const { return m_failures; }
+  // Of each output, when the action is closed; empty where nobody asks for them.
+  virtual std::vector<ValueCounts> valueCounts() const { return m_counts; }
   // The action's routine for all rows after the first one.
   virtual ActionItem::ComputeRoutine routine() const = 0;
 
@@ -59,6 +65,7 @@ class RowComputation {
   const int m_outputCount;
   unsigned char** const m_columns;  // of the output row
   std::vector<RowFailure> m_failures;
+  std::vector<ValueCounts> m_counts;  // one an output; empty where nobody asks for them
 };
 
 }  // namespace kelvarin

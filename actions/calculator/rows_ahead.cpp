@@ -15,6 +15,9 @@ bool ScalarRows::evaluateAhead() {
   }
   m_mustLoadRows = m_batches.mustLoadRows();
   connectResultsAhead();
+  if (!m_counts.empty()) {
+    countResultsAhead();
+  }
   m_computedRows.setInput(rows);
   const bool canBeTaken = rows.canBeTaken && !m_mustLoadRows && m_outputsByRow.empty();
   m_action.offerRowsOnOutputPin(0, m_computedRows, m_rowsEvaluated,
@@ -45,7 +48,7 @@ void ScalarRows::connectResultsAhead() {
       m_outputsByRow.push_back(output);
     } else {
       m_columnsAhead.push_back(
-          {results.values, results.step, column, m_evaluation.resultCell(output)});
+          {output, results.values, results.step, column, m_evaluation.resultCell(output)});
     }
   }
 }

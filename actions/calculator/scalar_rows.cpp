@@ -15,6 +15,7 @@ ScalarRows::ScalarRows(ActionItem& action, ExpressionEvaluator& evaluator,
   for (std::size_t i = 0; i < outputs.size(); ++i) {
     const int output = static_cast<int>(i);
     const int column = m_columnOfOutput[i];
+    m_typeOfOutput.push_back(columns.metas[column].type());
     if (!isNumeric(outputs[i])) {
       m_evaluation.setTextTarget(output, &m_columns[column]);
     } else if (outputs[i].update) {
@@ -40,6 +41,9 @@ bool ScalarRows::computeRow(const OneRow& row) {
       m_columns[updated.column] = updated.result;
     }
   }
+  for (std::size_t i = 0; i < m_counts.size(); ++i) {
+    countResults(static_cast<int>(i));
+  }
   return true;
 }
 
@@ -61,8 +65,32 @@ bool ScalarRows::takeEvaluatedRow(const OneRow& row) {
     m_columns[ahead.column] = ahead.next;
     ahead.next += ahead.step;
   }
+  if (!m_counts.empty()) {
+    for (const int output : m_outputsByRow) {
+      countResults(output);
+    }
+  }
   --m_rowsEvaluated;
   return true;
+}
+
+// When the results have been computed, so all at once.
+void ScalarRows::countResultsAhead() {
+  for (const ColumnAhead& ahead : m_columnsAhead) {
+    const auto output = static_cast<std::size_t>(ahead.output);
+    m_counts[output].addAll(m_typeOfOutput[output], ahead.next, m_rowsEvaluated);
+  }
+}
+
+std::vector<ValueCounts> ScalarRows::valueCounts() const {
+  std::vector<ValueCounts> counts = m_counts;
+  for (const ColumnAhead& ahead : m_columnsAhead) {
+    const auto output = static_cast<std::size_t>(ahead.output);
+    if (output < counts.size()) {
+      counts[output] -= ValueCounts().addAll(m_typeOfOutput[output], ahead.next, m_rowsEvaluated);
+    }
+  }
+  return counts;
 }
 
 ActionItem::ComputeRoutine ScalarRows::routine() const {

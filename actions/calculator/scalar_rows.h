@@ -24,6 +24,8 @@ class ScalarRows final : public RowComputation {
     m_failures.clear();
     return computeRow<kAnyNumberWithFailures, true>(row);
   }
+  // Without those of rows that were evaluated and never asked for.
+  std::vector<ValueCounts> valueCounts() const override;
   ActionItem::ComputeRoutine routine() const override;
 
  private:
@@ -36,6 +38,7 @@ class ScalarRows final : public RowComputation {
 
   // The results of an output for the rows evaluated ahead.
   struct ColumnAhead {
+    int output;
     unsigned char* next;
     std::size_t step;
     int column;
@@ -52,6 +55,11 @@ class ScalarRows final : public RowComputation {
   bool isEvaluatedAhead() { return m_rowsEvaluated > 0 || (m_lookout.isDue() && evaluateAhead()); }
   bool evaluateAhead();
   [[nodiscard]] bool takeEvaluatedRow(const OneRow& row);
+  void countResults(int output) {
+    const auto index = static_cast<std::size_t>(output);
+    m_counts[index].add(m_typeOfOutput[index], m_columns[m_columnOfOutput[index]]);
+  }
+  void countResultsAhead();
   static void takeRows(ActionItem* action, std::size_t count);
   void connectResultsAhead();
   void disconnectResultsAhead();
@@ -59,6 +67,7 @@ class ScalarRows final : public RowComputation {
   ActionItem& m_action;
   BatchEvaluation& m_batches;
   std::vector<int> m_columnOfOutput;
+  std::vector<MetaTypeColumn> m_typeOfOutput;
   std::vector<UpdatedNumber> m_updatedNumbers;
 
   Lookout m_lookout;

@@ -22,6 +22,8 @@ class CalculatorVectorized : public Catalogued<CalculatorVectorized, Calculator>
   char init() override;
   char close() override;
   void wakeAll() override;
+  // Its outputs have expressions for names.
+  bool renameMadeColumn(const QString&, const QString&) override { return false; }
 
  protected:
   std::unique_ptr<CalculatorPlan> makePlan() override;

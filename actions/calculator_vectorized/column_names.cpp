@@ -39,6 +39,7 @@ class ColumnNamer {
     EvaluationOptions options = m_rules.options;
     options.addN = false;
     m_evaluator.expressions.configure(options, texts, m_rules.parameters, false);
+    m_evaluator.expressions.setBounds(m_rules.bounds);
     m_evaluator.expressions.requireBackend(BackendKind::string);
     const DateStatus dates = m_evaluator.expressions.prepareDateContext(m_expressions);
     if (dates == DateStatus::dateFormatUnknown) {
@@ -112,6 +113,9 @@ Result<QStringList, QString> nameColumns(const VectorTable& vectors,
   }
   QStringList names;
   for (int element = 0; element < vectors.elementCount; ++element) {
+    if (rules.isStopped && rules.isStopped()) {
+      return Failure{QString()};
+    }
     if (const auto added = namer.addNamesOf(element, names); !added) {
       return Failure{added.error()};
     }

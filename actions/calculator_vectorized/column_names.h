@@ -15,6 +15,7 @@
 #include "actions/calculator_vectorized/vector_table.h"
 #include "base/result.h"
 #include "expression/evaluator/variables.h"
+#include "expression/functions/function_context.h"
 #include "host/contract/global_parameters.h"
 
 namespace kelvarin {
@@ -24,9 +25,12 @@ struct NamingRules {
   const GlobalParameters* parameters = nullptr;   // may be null
   std::function<QString(const QString&)> expand;  // replaces graph parameters in column names
   QString dateFormatUnknown;                      // the text to log about dates without a format
+  EvaluationBounds bounds = {};                   // for names that are shown before any run
+  std::function<bool()> isStopped = {};           // asked for each element; empty: never
 };
 
-// Element by element, the outputs in their order. `nameExpressions` has one an output.
+// Element by element, the outputs in their order. `nameExpressions` has one an output. The error is
+// empty where it was stopped.
 Result<QStringList, QString> nameColumns(const VectorTable& vectors,
                                          const QStringList& nameExpressions,
                                          const NamingRules& rules);

@@ -16,7 +16,8 @@ VectorRows::VectorRows(ActionItem& action, RowEvaluation& evaluation, int output
       m_numberCells(columns.columnOfOutput.size(), kNullNumber) {
   for (std::size_t i = 0; i < m_results.size(); ++i) {
     const int output = static_cast<int>(i);
-    if (columns.metas[columns.columnOfOutput[i]].type() == MetaTypeColumn::text) {
+    m_types.push_back(columns.metas[columns.columnOfOutput[i]].type());
+    if (m_types.back() == MetaTypeColumn::text) {
       m_evaluation.setTextTarget(output, &m_results[i].text);
     } else {
       m_results[i].cell = m_evaluation.resultCell(output);
@@ -52,6 +53,10 @@ bool VectorRows::computeRow(const OneRow& row) {
 void VectorRows::storeResults(int element, unsigned char** newColumns) {
   std::size_t column = static_cast<std::size_t>(element) * m_results.size();
   for (const ElementResult& result : m_results) {
+    const std::size_t output = column % m_results.size();
+    if (!m_counts.empty()) [[unlikely]] {
+      m_counts[output].add(m_types[output], result.cell != nullptr ? result.cell : result.text);
+    }
     if (result.cell != nullptr) {
       std::memcpy(&m_numberCells[column], result.cell, sizeof(NumberCell));
     } else {

@@ -33,6 +33,7 @@ class VectorRows final : public RowComputation {
   void storeResults(int element, unsigned char** newColumns);
 
   int m_elementCount;
+  std::vector<MetaTypeColumn> m_types;    // one an output
   std::vector<ElementResult> m_results;   // of the current element, one an output
   std::vector<NumberCell> m_numberCells;  // of the row, element by element
 };

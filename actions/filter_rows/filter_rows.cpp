@@ -5,6 +5,7 @@
 #include "actions/filter_rows/sampling.h"
 #include "actions/frame/messages.h"
 #include "actions/frame/read_back.h"
+#include "actions/frame/renamed_variables.h"
 #include "actions/frame/variables_xml.h"
 #include "expression/errors/error_texts.h"
 #include "expression/errors/messages.h"
@@ -112,6 +113,28 @@ void FilterRows::setSettings(FilterSettings settings) {
   const bool truncates = settings.truncate;
   setAsReadBack(*this, &FilterRows::m_settings, std::move(settings));
   m_settings.truncate = truncates;
+}
+
+ColumnFate FilterRows::followColumn(const QString& oldName, const QString& newName) {
+  RenamedVariables renamed = renamedVariables(m_inputs, oldName, newName);
+  setInputVariables(std::move(renamed.variables));
+  if (renamed.mustExpressionsFollow) {
+    FilterSettings settings = m_settings;
+    settings.expression = withRenamedVariable(settings.expression, oldName, newName);
+    setSettings(std::move(settings));
+  }
+  return ColumnFate::passedOn;
+}
+
+QStringList FilterRows::expressions() const {
+  return {m_settings.expression};
+}
+
+QString FilterRows::pinName(int pin, bool isOutput) const {
+  if (isOutput) {
+    return pin == 0 ? QStringLiteral("true") : QStringLiteral("false");
+  }
+  return pin == 1 ? QStringLiteral("table of variables") : QString();
 }
 
 char FilterRows::init() {

@@ -14,7 +14,9 @@
 #include "actions/filter_rows/kept_rows.h"
 #include "actions/frame/catalogued.h"
 #include "actions/frame/expression_action.h"
+#include "host/contract/column_user.h"
 #include "host/contract/lookout.h"
+#include "host/contract/named_pins.h"
 
 namespace kelvarin {
 
@@ -25,7 +27,9 @@ struct FilterSettings {
   QString comments = QStringLiteral("");
 };
 
-class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
+class FilterRows : public Catalogued<FilterRows, ExpressionAction>,
+                   public ColumnUser,
+                   public NamedPins {
  public:
   FilterRows(XMLNode node, GlobalParameters* parameters);
 
@@ -41,6 +45,10 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction> {
   // says so: an editor has asked the user.
   const FilterSettings& settings() const { return m_settings; }
   void setSettings(FilterSettings settings);
+
+  ColumnFate followColumn(const QString& oldName, const QString& newName) override;
+  QStringList expressions() const override;
+  QString pinName(int pin, bool isOutput) const override;
 
   // The run ended at a row for which the expression was false.
   bool wasTruncated() const { return m_wasTruncated; }

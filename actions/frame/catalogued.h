@@ -1,9 +1,8 @@
-// What the plug-in's actions have beyond the declaration of every action: an editor, a picture and
-// a page of the help.
+// What the plug-in's actions have beyond the declaration of every action: a picture and a page of
+// the help.
 #pragma once
 
 #include "host/contract/described_action.h"
-#include "host/contract/editor_registry.h"
 #include "host/contract/main_ui.h"
 #include "host/pictures/pictures.h"
 
@@ -12,10 +11,6 @@ namespace kelvarin {
 template <typename Action, typename Base>
 class Catalogued : public Described<Action, Base> {
  public:
-  UpdateClassWidget* editPropertyFrame(QWidget* parent) override {
-    return EditorRegistry::instance().create(Action::catalogue().typeName, parent, this);
-  }
-
   // The host keeps the picture, one for each action class. A pixmap of our own could not exist in a
   // program without a screen.
   QPixmap* getImage(double size) const override {

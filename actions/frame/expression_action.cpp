@@ -51,8 +51,35 @@ char ExpressionAction::close() {
   for (const QString& warning : warnings) {
     MainUI::addLog(LogLevel::warning, warning);
   }
+  reportRun();
   m_evaluator.clear();
   return 0;
+}
+
+void ExpressionAction::reportRun() const {
+  HostServices* services = hostServices();
+  const int count = m_evaluator.expressions.outputCount();
+  if (services == nullptr || isChecking() || count == 0 || !m_evaluator.rows.isStarted()) {
+    return;
+  }
+  ActionReport report;
+  for (int i = 0; i < count; ++i) {
+    const EngineChoice& choice = m_evaluator.expressions.output(i).engine;
+    OutputReport output;
+    output.name = reportedName(i);
+    output.engine = QString::fromLatin1(backendLabel(choice.engine));
+    output.slowedBy = choice.token;
+    output.reason = action_messages::reasonForEngine(choice.reason);
+    output.failures = m_evaluator.rows.failureCount(i);
+    report.outputs.push_back(output);
+  }
+  addValueCounts(report.outputs);
+  services->actionReported(*this, report);
+}
+
+QString ExpressionAction::reportedName(int output) const {
+  const QString name = detailsOfOutput(output).output;
+  return name.isEmpty() ? action_messages::condition() : name;
 }
 
 char ExpressionAction::canRunInParallel(QString, bool* reason) {

@@ -14,6 +14,7 @@
 #include "expression/errors/eval_command.h"
 #include "expression/evaluator/expression_evaluator.h"
 #include "host/contract/action_item.h"
+#include "host/contract/action_report.h"
 #include "host/contract/log_details.h"
 
 namespace kelvarin {
@@ -94,6 +95,8 @@ class ExpressionAction : public ActionItem {
   virtual LogDetails detailsOfOutput(int output) const = 0;
   // What became of rows that failed and did not stop the run, for the warning at the end.
   virtual QString failedRowsText(const FailureCount& failures) const;
+  // For the report of the run, whose outputs are in the order of the expressions.
+  virtual void addValueCounts(std::vector<OutputReport>& /*outputs*/) const {}
   // What the results that an observer sees are called.
   virtual QStringList resultNames() = 0;
   // A row that fails stops the run, at least where it is the first one.
@@ -125,6 +128,8 @@ class ExpressionAction : public ActionItem {
   TriedExpression triedExpression(int output) const;
   QString explanation(int output, const ExpressionError& error, const QString& note) const;
   void reportBackends();
+  void reportRun() const;
+  QString reportedName(int output) const;
   QString failureText(const RowFailure& failure) const;
 
   RowObserver* m_observer = nullptr;

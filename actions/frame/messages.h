@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include "expression/evaluator/engine_choice.h"
+
 namespace kelvarin::action_messages {
 
 inline QString textEntersAsNumber(const QString& column) {
@@ -19,6 +21,26 @@ inline QString editorsNotLoaded(const QString& file, const QString& reason) {
              "The property editors cannot be opened: %1 could not be loaded (%2). Install it "
              "beside the plug-in, from the same build; until then actions are edited in forms.")
       .arg(file, reason);
+}
+// In the report of a run, of the output of a filter.
+inline QString condition() {
+  return QStringLiteral("condition");
+}
+// Why an output is evaluated by no faster engine; empty where a token says it, or there is none.
+inline QString reasonForEngine(EngineChoice::Reason reason) {
+  switch (reason) {
+    case EngineChoice::Reason::textResult:
+      return QStringLiteral("its result is a text");
+    case EngineChoice::Reason::observed:
+      return QStringLiteral("a step debugger looks on");
+    case EngineChoice::Reason::nativeIsOff:
+      return QStringLiteral("native code is turned off");
+    case EngineChoice::Reason::fastest:
+    case EngineChoice::Reason::token:
+    case EngineChoice::Reason::required:
+      break;
+  }
+  return {};
 }
 inline QString outputWithoutName(int index) {
   return QStringLiteral(

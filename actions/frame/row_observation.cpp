@@ -1,4 +1,6 @@
 // An expression action's rows as a step debugger is shown them.
+#include <algorithm>
+
 #include "actions/frame/expression_action.h"
 
 namespace kelvarin {
@@ -6,8 +8,10 @@ namespace kelvarin {
 ObservedRow& ExpressionAction::observedRow(const OneRow& input) {
   ObservedRow& shown = m_observedRow;
   if (shown.names == nullptr) {
-    shown.names =
-        std::make_shared<RowNames>(RowNames{m_evaluator.rows.shownVariables(input), resultNames()});
+    // Sampling shows a result, though nothing is compiled.
+    const int outputs = std::max(1, m_evaluator.expressions.outputCount());
+    shown.names = std::make_shared<RowNames>(
+        RowNames{m_evaluator.rows.shownVariables(input), resultNames(), outputs});
   }
   shown.number = rowNumber();
   m_evaluator.rows.showValues(input, shown.names->variables, shown.variables);
@@ -17,7 +21,7 @@ ObservedRow& ExpressionAction::observedRow(const OneRow& input) {
 }
 
 ObservedFailure ExpressionAction::observedFailure(const RowFailure& failure) const {
-  return {failureText(failure), failure.output, failure.error};
+  return {failureText(failure), failure.output, failure.name, failure.error};
 }
 
 bool ExpressionAction::showRow(const ObservedRow& row) {

@@ -19,13 +19,15 @@ namespace kelvarin {
 // What the values of a row belong to, the same for all rows of a run.
 struct RowNames {
   std::vector<ShownVariable> variables;
-  QStringList results;  // names of columns; of a filter, its type name
+  QStringList results;  // names of columns, of vectors element by element; of a filter, its type
+  int outputCount = 1;  // each yields one result, of vectors one for each element
 };
 
 // An output that failed on a row.
 struct ObservedFailure {
   QString text;     // as the log shows it where it stops the run
   int output = -1;  // -1: no output, but a variable could not be loaded
+  QString name;     // of the result that it lacks, or of that variable
   ExpressionError error;
 };
 

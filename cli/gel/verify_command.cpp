@@ -40,7 +40,7 @@ ExitStatus verify(const std::string& path, bool isQuiet) {
     const double share = file->rowCount() > 0
                              ? static_cast<double>(rows) / static_cast<double>(file->rowCount())
                              : -1.0;
-    progress.show({static_cast<long long>(rows), share});
+    progress.show({static_cast<long long>(rows), share, {}});
   };
   std::uint64_t reported = 0;
   const auto report = [&](const GelDamage& damage) {

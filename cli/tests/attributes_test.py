@@ -35,7 +35,7 @@ class AttributesTest(ProgramTest):
             (2, "f", "meta='Float' of <InputVar> is not F (number), K (key), U (text) or D (date). Its first letter counts.")]
         log = self.log(text)
         self.assertEqual(log[:-1], expected)
-        self.assertIn("'colour' is not known in <writeColumnarGel> and has no effect. Known: name, version, x, y, nThread",
+        self.assertIn("'colour' is not known in <writeColumnarGel> and has no effect. Known: name, version, x, y, disabled, nThread",
                       log[-1][2])
         checked = self.kelvarin("check", "g.kelvarin")
         self.assertIn("warning: g.kelvarin:4:1: the attribute 'sep'", checked.stderr)
@@ -144,7 +144,7 @@ class AttributesTest(ProgramTest):
                      "The text counts; take the attribute away."),
             (2, "f", "The filter has an expression in the attribute 'Expression' and another one in the element <Expression>. "
                      "The attribute counts; take one of them away."),
-            (2, "d", "the attribute 'colour' is not known in <Discard> and has no effect. Known: name, version, x, y.")])
+            (2, "d", "the attribute 'colour' is not known in <Discard> and has no effect. Known: name, version, x, y, disabled.")])
 
     def test_known_attributes_are_not(self):
         variable = "<InputVar column='id' label='id' label2='' isNumber='1' meta='U' value='1'/>"

@@ -35,6 +35,51 @@ class RunTest(ProgramTest):
             hour = int(flight["hour"])
             self.assertEqual(flight["time_of_day"], ["night", "morning", "afternoon", "evening"][hour // 6])
 
+    def test_reports_engines_missing_values_and_files(self):
+        # Blocks of rows, where native code evaluates them together, and a text that goes row by row.
+        self.write("in.csv", "a,t\n" + "".join(f"{i if i % 4 else ''},{'x' if i % 3 else ''}\n"
+                                               for i in range(9000)))
+        self.write("g.kelvarin", graph(
+            "<ReadCSV name='in' file='in.csv'/>"
+            "<Calculator name='c' abortWhenError='0'><InputVars><InputVar column='a'/>"
+            "<InputVar column='t' isNumber='0'/></InputVars><OutputVars>"
+            "<OutputVar name='twice'>a * 2</OutputVar><OutputVar name='root'>sqrt(100 - a)</OutputVar>"
+            "<OutputVar name='key' meta='K'>nvl(a, 0)</OutputVar>"
+            "<OutputVar name='text' meta='U'>toupper(t)</OutputVar></OutputVars></Calculator>"
+            "<FilterRows name='f'><InputVars><InputVar column='a'/></InputVars>"
+            "<Expression>a &gt;= 0</Expression></FilterRows>"
+            "<WriteCSV name='out' file='out.csv'/><WriteCSV name='off' file='off.csv' disabled='1'/>",
+            ["in c", "c f", "f out", "c off"]))
+        actions = {action["name"]: action for action in self.kelvarin_json("run", "g.kelvarin")["actions"]}
+        outputs = {output["name"]: output for output in actions["c"]["outputs"]}
+        missing = 2250
+        self.assertEqual([(name, output["nulls"]) for name, output in outputs.items()],
+                         [("twice", missing), ("root", missing), ("key", 0), ("text", 3000)])
+        self.assertEqual(outputs["root"]["nans"], sum(1 for i in range(101, 9000) if i % 4))
+        self.assertEqual(outputs["twice"]["nans"], 0)
+        self.assertEqual(outputs["text"]["engine"], "String Parser")
+        self.assertEqual(outputs["text"]["reason"], "its result is a text")
+        self.assertEqual(actions["f"]["outputs"][0]["name"], "condition")
+        self.assertIsNone(actions["f"]["outputs"][0]["nulls"])
+        self.assertEqual(actions["out"]["files"],
+                         [{"path": self.path("out.csv"), "bytes": os.path.getsize(self.path("out.csv"))}])
+        self.assertNotIn("files", actions["off"])
+        self.assertFalse(os.path.exists(self.path("off.csv")))
+        self.assertGreaterEqual(actions["in"]["seconds"], 0)
+
+    def test_reports_blocks_that_a_filter_skips(self):
+        self.write("in.csv", "n\n" + "".join(f"{i}\n" for i in range(5000)))
+        self.write("make.kelvarin", graph(
+            "<ReadCSV name='in' file='in.csv'/>"
+            "<writeColumnarGel name='out' file='t.cgel_kelvarin' nRowsInBlock='1000'/>", ["in out"]))
+        self.kelvarin("run", "make.kelvarin")
+        self.write("g.kelvarin", graph(
+            "<ReadColumnarGel name='in' fileName='t.cgel_kelvarin' filterRows='1'><CFilterRows>"
+            "<Expression>n_min &lt; 1500</Expression><InputVars><CInputVar column='n'/></InputVars>"
+            "</CFilterRows></ReadColumnarGel><Discard name='out'/>", ["in out"]))
+        read = self.kelvarin_json("run", "g.kelvarin")["actions"][0]
+        self.assertEqual((read["blocksRead"], read["blocksSkipped"]), (2, 3))
+
     def test_parameters_and_table_of_rows(self):
         self.write("in.csv", "a,b\n1,x\n2,y\n")
         self.write("copy.kelvarin", COPY)

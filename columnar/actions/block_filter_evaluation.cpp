@@ -114,9 +114,7 @@ QStringList BlockFilterEvaluation::explanations() const {
     return {};
   }
   HintNames names;
-  for (const InputVariable& input : inputsOf(m_filter)) {
-    names.variables += input.name();
-  }
+  names.variables = variableNames();
   QStringList explanations{messages::here() + u'\n' +
                            markedExpression(m_filter.expression, m_error)};
   explanations.back().replace(u'\n', QStringLiteral("\n    "));
@@ -154,6 +152,27 @@ bool BlockFilterEvaluation::wantsBlock(const GelFile& file, const BlockInfo& blo
   }
   m_evaluator.rows.startRow();
   return m_evaluator.rows.evaluate(0) != RowOutcome::ok || !isFalse(m_evaluator.rows.value(0));
+}
+
+QStringList BlockFilterEvaluation::variableNames() const {
+  QStringList names;
+  for (const InputVariable& input : inputsOf(m_filter)) {
+    names += input.name();
+  }
+  return names;
+}
+
+std::vector<ExpressionValue> BlockFilterEvaluation::variableValues(const GelFile& file,
+                                                                   const BlockInfo& block) {
+  std::vector<ExpressionValue> values;
+  if (!loadVariables(file, block)) {
+    return values;
+  }
+  const auto count = static_cast<int>(inputsOf(m_filter).size());
+  for (int input = 0; input < count; ++input) {
+    values.push_back(m_evaluator.expressions.inputValue(input));
+  }
+  return values;
 }
 
 bool BlockFilterEvaluation::loadVariables(const GelFile& file, const BlockInfo& block) {

@@ -5,7 +5,8 @@
 // false. It is read when the expression has no value or fails, and when a bound is useless because
 // the expression sees the values in another order, as numbers seen as texts and dates in a format
 // like dd.MM.yyyy.
-// Used by ColumnarRead: compile() once, bindTo() for every file, then wantsBlock().
+// Used by ColumnarRead: compile() once, bindTo() for every file, then wantsBlock(). An editor shows
+// the values of the variables, too.
 // Threads: the engine's until the reading thread starts, then that one.
 // Errors: texts to log.
 #pragma once
@@ -36,6 +37,11 @@ class BlockFilterEvaluation {
   // Finds the variables' columns. The error names one that is missing or has the wrong type.
   Status<QString> bindTo(const GelFile& file);
   bool wantsBlock(const GelFile& file, const BlockInfo& block);
+
+  // Of the expression, as it names them.
+  QStringList variableNames() const;
+  // In the order of the names; none where a statistics of the block cannot be used.
+  std::vector<ExpressionValue> variableValues(const GelFile& file, const BlockInfo& block);
 
  private:
   // A bound of a column: none, a number, or UTF-8.

@@ -10,6 +10,7 @@ namespace {
 BlockFilterTrial countSkipped(BlockFilterEvaluation& filter, const GelFile& file,
                               const std::function<bool()>& isStopped) {
   BlockFilterTrial trial;
+  trial.variables = filter.variableNames();
   BlockScan scan(file);
   for (BlockInfo block; !isStopped || !isStopped();) {
     const BlockScan::Step step = scan.next(block);
@@ -26,6 +27,12 @@ BlockFilterTrial countSkipped(BlockFilterEvaluation& filter, const GelFile& file
     trial.rows += block.rowCount;
     trial.skippedBlocks += isSkipped ? 1 : 0;
     trial.skippedRows += isSkipped ? block.rowCount : 0;
+    if (trial.firstBlocks.size() < BlockFilterTrial::kFirstBlocks) {
+      trial.firstBlocks.push_back({.firstRow = block.firstRow,
+                                   .rowCount = block.rowCount,
+                                   .isSkipped = isSkipped,
+                                   .values = filter.variableValues(file, block)});
+    }
   }
   return trial;
 }

@@ -276,7 +276,9 @@ bool ColumnarRead::startBlocks() {
   BlockReader::WantsBlock wantsBlock;
   if (m_settings.filterRows) {
     wantsBlock = [this](const GelFile& file, const BlockInfo& block) {
-      return m_filter.wantsBlock(file, block);
+      const bool isWanted = m_filter.wantsBlock(file, block);
+      m_blocksSkipped += isWanted ? 0 : 1;
+      return isWanted;
     };
   }
   auto reader = BlockReader::open(*m_gelFile, m_columns, std::move(wantsBlock));
@@ -322,6 +324,7 @@ DecodedBlock* ColumnarRead::take(ReadEvent event) {
     case ReadEvent::Kind::block:
       reportProgress(event.firstRow);
       m_block = std::move(event.block);
+      ++m_blocksRead;
       return m_block.get();
     case ReadEvent::Kind::corrupted:
       follow(m_damage.corrupted(m_file, event.firstRow, event.lastRow, event.cause));

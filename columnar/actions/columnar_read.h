@@ -34,6 +34,8 @@ class ColumnarRead {
   DecodedBlock* nextBlock();
   // 0 to 1, -1 when unknown.
   float fractionDone() const { return m_fractionDone; }
+  long long blocksRead() const { return m_blocksRead; }
+  long long blocksSkipped() const { return m_blocksSkipped; }
 
  private:
   enum class Opening { opened, skipped, failed };
@@ -90,6 +92,8 @@ class ColumnarRead {
   std::uint64_t m_rowsExpected = 0;  // of all files; 0: unknown, and progress counts files
   std::uint64_t m_rowsOfFilesDone = 0;
   std::atomic<float> m_fractionDone{0.0f};
+  long long m_blocksRead = 0;
+  std::atomic<long long> m_blocksSkipped{0};  // by the block filter, on the reading thread
 
   std::optional<BlocksAhead> m_blocksAhead;  // its thread is the first to go
 };

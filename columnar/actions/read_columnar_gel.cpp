@@ -6,6 +6,7 @@
 #include "columnar/actions/messages.h"
 #include "columnar/reader/block_rows.h"
 #include "host/contract/attribute_table.h"
+#include "host/contract/host_services.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
@@ -161,6 +162,13 @@ void ReadColumnarGel::warnOfIdleSettings() const {
 }
 
 char ReadColumnarGel::close() {
+  if (HostServices* services = hostServices();
+      services != nullptr && m_read != nullptr && mustComputeFull()) {
+    ActionReport report;
+    report.blocksRead = m_read->blocksRead();
+    report.blocksSkipped = m_read->blocksSkipped();
+    services->actionReported(*this, report);
+  }
   m_block = nullptr;
   m_read.reset();
   m_names.giveBack();

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "expression/errors/error_texts.h"
+#include "expression/tokens/expression_tokens.h"
 
 namespace kelvarin {
 
@@ -13,6 +14,23 @@ const QString kExpressionEnd = QStringLiteral("+\"");
 
 QString textOf(const ExpressionValue& value) {
   return value.type == ExpressionValue::Type::text ? value.text : shortestText(value.number);
+}
+
+// With a blank between a text and a plus sign, which side by side begin or end an expression.
+QString withPlusApart(const QString& expression) {
+  QString apart;
+  bool wasText = false;
+  bool wasPlus = false;
+  const ExpressionTokens tokens(expression);
+  for (const Token& token : tokens) {
+    const bool isText = token.kind == TokenKind::text;
+    const bool isPlus = tokens.text(token) == u'+';
+    apart += (isText && wasPlus) || (isPlus && wasText) ? QStringLiteral(" ") : QString();
+    apart += tokens.text(token);
+    wasText = isText;
+    wasPlus = isPlus;
+  }
+  return apart;
 }
 
 }  // namespace
@@ -63,6 +81,14 @@ QString NamingText::joined() const {
     file += kExpressionBegin + expressions[i] + kExpressionEnd + literals[i + 1];
   }
   return file;
+}
+
+std::optional<QString> NamingText::withExpression(const QString& expression) const {
+  NamingText changed = *this;
+  changed.expressions.first() = withPlusApart(expression);
+  const QString name = changed.joined();
+  return NamingText::of(name).expressions == changed.expressions ? std::optional(name)
+                                                                 : std::nullopt;
 }
 
 Status<NamingExpressions::Error> NamingExpressions::compile(const QString& file,

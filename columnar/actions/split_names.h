@@ -4,6 +4,8 @@
 // Errors: texts for the user; nothing logs.
 #pragma once
 
+#include <optional>
+
 #include <QString>
 #include <QStringList>
 
@@ -32,6 +34,9 @@ struct NamingText {
 
   static NamingText of(const QString& file);
   QString joined() const;
+  // The name with its only expression replaced by `expression`. None where that would be read as
+  // another expression, since a text in it begins or ends with a plus sign.
+  std::optional<QString> withExpression(const QString& expression) const;
 };
 
 // A name with expressions: each "+expression+" with its quotes is replaced by the expression's

@@ -142,6 +142,20 @@ void WriteColumnarGel::setColumnSets(ListedColumnSets sets) {
   setAsReadBack(*this, &WriteColumnarGel::m_columnSets, std::move(sets));
 }
 
+ColumnFate WriteColumnarGel::followColumn(const QString& oldName, const QString& newName) {
+  WriteColumnarSettings settings = m_settings;
+  for (QString* column : {&settings.splitColumn, &settings.testColumn}) {
+    *column = *column == oldName ? newName : *column;
+  }
+  setSettings(std::move(settings));
+  ListedColumnSets sets = m_columnSets;
+  for (auto& [column, set] : sets) {
+    column = column == oldName ? newName : column;
+  }
+  setColumnSets(std::move(sets));
+  return ColumnFate::ends;
+}
+
 char WriteColumnarGel::init() {
   ActionItem::init();
   m_write.reset();

@@ -12,13 +12,15 @@
 #include "columnar/actions/write_settings.h"
 #include "host/contract/action_item.h"
 #include "host/contract/claimed_names.h"
+#include "host/contract/column_user.h"
 #include "host/files/output_check.h"
 
 namespace kelvarin {
 
 class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem>,
                          public FileUser,
-                         public OutputCheck {
+                         public OutputCheck,
+                         public ColumnUser {
  public:
   WriteColumnarGel(XMLNode node, GlobalParameters* parameters);
 
@@ -31,6 +33,7 @@ class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem>,
   QList<UsedFile> usedFiles() const override;
   QStringList warningsAboutFiles() const override;
   void checkOutput() override;
+  ColumnFate followColumn(const QString& oldName, const QString& newName) override;
 
   // For tests: replaces the sleep while a locked file is waited for.
   void setPause(Pause pause) { m_pause = std::move(pause); }

@@ -20,6 +20,7 @@ struct ResultSlot {
   unsigned char** textTarget = nullptr;  // receives the pointer to a text's bytes
   ExpressionValue value;                 // for ResultUse::anyValue
   bool wasTextCondition = false;         // for ResultUse::truth
+  long long failureCount = 0;            // evaluations that did not stop the run
 };
 
 class ResultWriter {

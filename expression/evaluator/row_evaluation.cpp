@@ -118,6 +118,7 @@ RowOutcome RowEvaluation::failToEvaluate(int output) {
 RowOutcome RowEvaluation::fail(int output, const ExpressionError& error) {
   m_lastFailure = failureOf(output, RowFailure::Kind::evaluation);
   m_lastFailure.error = withPosition(error, slot(output).output->text);
+  ++slot(output).failureCount;
   if (m_failures.count++ == 0) {
     m_failures.firstName = m_lastFailure.name;
     m_failures.firstMessage = error.message;

@@ -52,6 +52,9 @@ class RowEvaluation {
   // Makes the cells of all results; null values are in them.
   void start();
 
+  // Since start(), until clear().
+  bool isStarted() const { return !m_slots.empty(); }
+
   RowOutcome loadRow(const OneRow& row);
   // The row's next element: vectors change to their next column, results are computed anew, and
   // texts made for earlier elements stay.
@@ -84,6 +87,10 @@ class RowEvaluation {
 
   const RowFailure& lastFailure() const { return m_lastFailure; }
   const FailureCount& failures() const { return m_failures; }
+  // Evaluations of the output that failed and did not stop the run.
+  long long failureCount(int output) const {
+    return m_slots[static_cast<std::size_t>(output)].failureCount;
+  }
 
   // What the outputs of each element are called in messages, element by element; without it they
   // have their own names.

@@ -209,7 +209,8 @@ QString expressionHint(const ExpressionError& error, const QString& expression,
       return hint;
     }
   }
-  return unknownNameHint(error, expression, names.variables, names.columns, names.adviceOnUnknown);
+  return unknownNameHint(error, expression, names.variables, names.columns, names.adviceOnUnknown,
+                         names.languageList);
 }
 
 }  // namespace kelvarin

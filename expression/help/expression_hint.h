@@ -16,6 +16,8 @@ struct HintNames {
   // Where a value for an unknown name comes from, with %1 for the name; null where this needs no
   // word.
   const char* adviceOnUnknown = nullptr;
+  // Which command or page lists the names of the language.
+  const char* languageList = "'kelvarin functions'";
 };
 
 // The name under which expressions can use a column: its own, or one that is like it.

@@ -1,10 +1,11 @@
-// One line of the help: what a user types, what it does, and an example.
+// One line of the help: what a user types, what it does, and examples.
 //
-// Drawn by the help browser (signature and comment) and by `kelvarin functions` (all of it). A test
-// evaluates every example, on each back-end that has the function.
+// Drawn by the help browser and by `kelvarin functions`. A test evaluates every example, on each
+// back-end that has the function.
 #pragma once
 
 #include <span>
+#include <vector>
 
 namespace kelvarin {
 
@@ -16,10 +17,20 @@ struct HelpEntry {
   const char* nulls;    // what becomes of a missing value; null where nothing can be missing
   const char* example;  // with the settings of kExampleSettings
   const char* result;   // of the example, as a text
+  // Shows what the first example does not: a missing value, a limit, another use. May be null.
+  const char* secondExample = nullptr;
+  const char* secondResult = nullptr;
   const char* note = nullptr;
   // Several are separated by blanks. Null: the signature up to its bracket.
   const char* names = nullptr;
 };
+
+struct HelpExample {
+  const char* expression;
+  const char* result;
+};
+// One or two.
+std::vector<HelpExample> examplesOf(const HelpEntry& entry);
 
 struct HelpGroup {
   const char* title;

@@ -5,6 +5,14 @@
 
 namespace kelvarin {
 
+std::vector<HelpExample> examplesOf(const HelpEntry& entry) {
+  std::vector<HelpExample> examples{{entry.example, entry.result}};
+  if (entry.secondExample != nullptr) {
+    examples.push_back({entry.secondExample, entry.secondResult});
+  }
+  return examples;
+}
+
 std::span<const HelpGroup> helpGroups() {
   static const std::array groups = {
       HelpGroup{"On Numbers", HelpKind::function, helpOnNumbers()},

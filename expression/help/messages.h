@@ -97,11 +97,11 @@ inline QString nearNames(const QString& name, const QString& names) {
              "%2?")
       .arg(name, names);
 }
-inline QString nothingNear(const QString& name) {
+inline QString nothingNear(const QString& name, const char* languageList) {
   return QStringLiteral(
-             "'%1' is neither an input variable nor part of the language, which "
-             "'kelvarin functions' lists. A text of that wording is written \"%1\".")
-      .arg(name);
+             "'%1' is neither an input variable nor part of the language, which %2 lists. A text "
+             "of that wording is written \"%1\".")
+      .arg(name, QString::fromLatin1(languageList));
 }
 inline QString variables(const QString& names) {
   return QStringLiteral(" The variables are: %1.").arg(names);

@@ -48,7 +48,7 @@ QString joinedNames(const std::vector<const LanguageEntry*>& entries) {
 
 QString unknownNameHint(const ExpressionError& error, const QString& expression,
                         const QStringList& variables, const QStringList& columns,
-                        const char* advice) {
+                        const char* advice, const char* languageList) {
   const QString name = unknownName(error, expression);
   if (name.isEmpty() || !(name.front().isLetter() || name.front() == u'_')) {
     return {};
@@ -88,7 +88,7 @@ QString unknownNameHint(const ExpressionError& error, const QString& expression,
   }
   constexpr qsizetype kFew = 20;
   const bool areShown = !variables.isEmpty() && variables.size() <= kFew;
-  return messages::nothingNear(name) +
+  return messages::nothingNear(name, languageList) +
          (areShown ? messages::variables(variables.join(QLatin1String(", "))) : QString()) +
          (advice == nullptr ? QString() : u' ' + QString::fromLatin1(advice).arg(name));
 }

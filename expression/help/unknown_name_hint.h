@@ -12,9 +12,11 @@ namespace kelvarin {
 
 // Empty when the error is about something else. `columns` are those of the input, whether the
 // action has made variables of them or not.
-// `advice` stands behind the hint about a name that is near to no other; null for none.
+// `advice` stands behind the hint about a name that is near to no other, null for none;
+// `languageList` lists the names of the language.
 QString unknownNameHint(const ExpressionError& error, const QString& expression,
                         const QStringList& variables, const QStringList& columns,
-                        const char* advice = nullptr);
+                        const char* advice = nullptr,
+                        const char* languageList = "'kelvarin functions'");
 
 }  // namespace kelvarin

@@ -2,12 +2,10 @@
 
 #include <QLabel>
 #include <QListView>
-#include <QPainter>
-#include <QPixmap>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
-#include "host/widgets/icons.h"
+#include "host/widgets/action_icon.h"
 #include "host/widgets/search_field.h"
 
 namespace kelvarin {
@@ -29,62 +27,45 @@ class FoundActions final : public QSortFilterProxyModel {
   }
 };
 
-// Pictures have colours of their own, which a selection would swallow: there they get paper.
-QIcon selectableIcon(const QPixmap& picture) {
-  QPixmap selected(picture.size());
-  selected.setDevicePixelRatio(picture.devicePixelRatio());
-  selected.fill(Qt::transparent);
-  QPainter painter(&selected);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(Qt::white);
-  const QRectF area(QPointF(), picture.deviceIndependentSize());
-  painter.drawRoundedRect(area, 4, 4);
-  painter.drawPixmap(area.marginsRemoved({2, 2, 2, 2}), picture, picture.rect());
-  painter.end();
-  QIcon icon(picture);
-  icon.addPixmap(selected, QIcon::Selected);
-  return icon;
-}
-
 }  // namespace
 
 ActionListModel::ActionListModel(EditedGraph& graph, QObject* parent)
-    : QAbstractListModel(parent), m_graph(graph), m_shownCount(graph.actionCount()) {
-  connect(&graph, &EditedGraph::changed, this, &ActionListModel::refresh);
+    : QAbstractListModel(parent), m_graph(graph), m_shown(graph.actions()) {
+  for (const auto change : {&EditedGraph::loaded, &EditedGraph::modifiedChanged}) {
+    connect(&graph, change, this, &ActionListModel::refresh);
+  }
 }
 
 void ActionListModel::refresh() {
-  if (m_graph.actionCount() != m_shownCount) {
+  if (const QList<ActionId> actions = m_graph.actions(); actions != m_shown) {
     beginResetModel();
-    m_shownCount = m_graph.actionCount();
+    m_shown = actions;
     endResetModel();
-  } else if (m_shownCount > 0) {
-    emit dataChanged(index(0), index(m_shownCount - 1));
+  } else if (!m_shown.isEmpty()) {
+    emit dataChanged(index(0), index(static_cast<int>(m_shown.size()) - 1));
   }
 }
 
 int ActionListModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : m_shownCount;
+  return parent.isValid() ? 0 : static_cast<int>(m_shown.size());
 }
 
-QVariant ActionListModel::pictureOf(const ActionItem& action) const {
-  if (const QPixmap* picture = action.getImage(kPictureSize)) {
-    return selectableIcon(*picture);
-  }
-  return icon(action.endpoint() == ActionItem::Endpoint::writer ? IconName::save
-                                                                : IconName::browse);
+QModelIndex ActionListModel::indexOf(ActionId id) const {
+  return index(static_cast<int>(m_shown.indexOf(id)));
 }
 
 QVariant ActionListModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) {
     return {};  // a view copies its current item, even where it has none
   }
-  const ActionItem& action = m_graph.action(index.row());
-  const QString type = QString::fromLatin1(action.typeName());
-  const QString& name = m_graph.graph().actions[static_cast<std::size_t>(index.row())].name;
-  const bool isModified = m_graph.isModified(index.row());
+  const ActionId id = m_shown[index.row()];
+  const ActionItem& action = m_graph.action(id);
+  const QString type = m_graph.typeName(id);
+  const QString name = m_graph.name(id);
+  const bool isModified = m_graph.isModified(id);
   switch (role) {
+    case idRole:
+      return id;
     case nameRole:
       return name;
     case typeRole:
@@ -98,7 +79,7 @@ QVariant ActionListModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole:
       return action.toolTip();
     case Qt::DecorationRole:
-      return pictureOf(action);
+      return actionIcon(action, kPictureSize);
     default:
       return {};
   }
@@ -144,16 +125,16 @@ void ActionList::search(const QString& text) {
   m_found->setFilterFixedString(text);
 }
 
-void ActionList::setCurrent(int action) {
+void ActionList::setCurrent(ActionId action) {
   const QSignalBlocker noChoice(m_list->selectionModel());
-  const QModelIndex index = m_found->mapFromSource(m_model->index(action));
+  const QModelIndex index = m_found->mapFromSource(m_model->indexOf(action));
   m_list->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
   m_list->viewport()->update();
 }
 
 void ActionList::choose(const QModelIndex& index) {
   if (index.isValid()) {
-    emit chosen(m_found->mapToSource(index).row());
+    emit chosen(index.data(ActionListModel::idRole).toInt());
   }
 }
 

@@ -8,7 +8,7 @@
 #include <QSortFilterProxyModel>
 #include <QWidget>
 
-#include "gui/edit/edited_graph.h"
+#include "gui/document/edited_graph.h"
 
 class QListView;
 
@@ -20,19 +20,19 @@ class ActionListModel : public QAbstractListModel {
   Q_OBJECT
 
  public:
-  enum Role { nameRole = Qt::UserRole, typeRole };
+  enum Role { idRole = Qt::UserRole, nameRole, typeRole };
 
   explicit ActionListModel(EditedGraph& graph, QObject* parent = nullptr);
 
+  QModelIndex indexOf(ActionId id) const;
   int rowCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
 
  private:
   void refresh();
-  QVariant pictureOf(const ActionItem& action) const;
 
   EditedGraph& m_graph;
-  int m_shownCount = 0;
+  QList<ActionId> m_shown;
 };
 
 class ActionList : public QWidget {
@@ -41,11 +41,11 @@ class ActionList : public QWidget {
  public:
   explicit ActionList(EditedGraph& graph, QWidget* parent = nullptr);
 
-  // Shows the action as the chosen one and reports nothing; -1: none.
-  void setCurrent(int action);
+  // Shows the action as the chosen one and reports nothing; kNoId: none.
+  void setCurrent(ActionId action);
 
  signals:
-  void chosen(int action);
+  void chosen(kelvarin::ActionId action);
 
  private:
   void choose(const QModelIndex& index);

@@ -7,7 +7,7 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QMessageBox>
+#include <QScopedValueRollback>
 #include <QScrollArea>
 #include <QSettings>
 #include <QSplitter>
@@ -15,11 +15,13 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 
-#include "gui/edit/action_form.h"
+#include "gui/dialogs/file_questions.h"
+#include "gui/dialogs/text_dialogs.h"
 #include "gui/edit/action_list.h"
 #include "gui/edit/fault_page.h"
-#include "gui/edit/log_panel.h"
-#include "gui/edit/text_dialogs.h"
+#include "gui/forms/action_form.h"
+#include "gui/forms/element_editor.h"
+#include "gui/log/log_panel.h"
 #include "host/contract/nearest_names.h"
 #include "host/widgets/empty_state.h"
 #include "host/widgets/info_line.h"
@@ -31,26 +33,51 @@ namespace {
 constexpr int kPictureSize = 32;
 const QString kGeometryKey = QStringLiteral("edit/geometry");
 
+// Each engine once, with the numbers of its outputs where there are several engines.
+QString enginesText(const QStringList& engineOfOutput) {
+  QStringList engines = engineOfOutput;
+  engines.removeDuplicates();
+  if (engines.size() == 1) {
+    return engines.first();
+  }
+  for (QString& engine : engines) {
+    QStringList outputs;
+    for (qsizetype i = 0; i < engineOfOutput.size(); ++i) {
+      if (engineOfOutput[i] == engine) {
+        outputs += QString::number(i + 1);
+      }
+    }
+    engine = EditWindow::tr("%1 (output %2)").arg(engine, outputs.join(QStringLiteral(", ")));
+  }
+  return engines.join(QStringLiteral(", "));
+}
+
 }  // namespace
 
-EditWindow::EditWindow(EditedGraph& graph, EditServices& services, GraphFiles& files,
-                       const ActionCatalogue& catalogue, Theme& theme, const QString& action)
-    : m_graph(graph),
+EditWindow::EditWindow(GraphCommands& commands, EditServices& services, HostSession& session,
+                       Theme& theme, const QString& file, const QString& action,
+                       std::vector<ParameterOverride> settings)
+    : m_commands(commands),
+      m_graph(commands.graph()),
       m_services(services),
-      m_files(files),
-      m_catalogue(catalogue),
+      m_catalogue(m_graph.catalogue()),
       m_theme(theme),
+      m_fileName(file),
+      m_settings(std::move(settings)),
+      m_check(m_settings, m_catalogue, session),
       m_wantedAction(action) {
   makePages();
   makeMenus();
   connectFiles();
   connectServices();
-  connect(&m_graph, &EditedGraph::changed, this, &EditWindow::showState);
+  connect(&m_graph, &EditedGraph::modifiedChanged, this, &EditWindow::showState);
+  connect(&m_graph, &EditedGraph::actionAboutToBeReplaced, this, &EditWindow::leaveReplacedAction);
+  connect(&m_commands, &GraphCommands::editorPositionWanted, this, &EditWindow::showAgain);
   resize(1280, 800);
   restoreGeometry(QSettings().value(kGeometryKey).toByteArray());
   showState();
-  m_startPage->setSentence(tr("Reading %1 ...").arg(m_files.file()));
-  m_files.load();
+  m_startPage->setSentence(tr("Reading %1 ...").arg(m_fileName));
+  m_file.open(m_fileName);
 }
 
 EditWindow::~EditWindow() {
@@ -116,7 +143,7 @@ void EditWindow::makePages() {
   connect(m_log, &LogPanel::actionWanted, this, [this](const LogEntry& entry) {
     openActionNamed(entry.action);
     const LogDetails& details = entry.details;
-    const bool isOpen = m_action >= 0 && m_action == m_graph.graph().indexOf(entry.action);
+    const bool isOpen = m_action != kNoId && m_action == m_graph.idOf(entry.action);
     if (isOpen && (details.position >= 0 || !details.output.isEmpty())) {
       m_editor->showPosition(details.output, details.position);
     }
@@ -125,29 +152,32 @@ void EditWindow::makePages() {
 }
 
 void EditWindow::connectFiles() {
-  connect(&m_files, &GraphFiles::loaded, this,
-          [this](const std::shared_ptr<Graph>& graph) { showGraph(std::move(*graph)); });
-  connect(&m_files, &GraphFiles::refused, this, &EditWindow::showFaults);
-  connect(&m_files, &GraphFiles::saved, this, &EditWindow::afterSaving);
-  connect(&m_files, &GraphFiles::saveFailed, this, [this](const QString& reason) {
-    m_isSaving = false;
-    m_closesAfterSaving = false;
-    QMessageBox::critical(this, tr("The graph is not saved"), reason);
+  connect(&m_file, &DocumentFile::opened, this,
+          [this](const QString&, const QByteArray& document) { showGraph(document); });
+  connect(&m_file, &DocumentFile::openFailed, this,
+          [this](const QString&, const std::vector<GraphError>& faults) { showFaults(faults); });
+  connect(&m_file, &DocumentFile::saved, this, &EditWindow::afterSaving);
+  connect(&m_file, &DocumentFile::foundLock, this, &EditWindow::askAboutLock);
+  connect(&m_file, &DocumentFile::saveFailed, this,
+          [this](const QString&, const QString& reason) { noteFailedSave(reason); });
+  connect(&m_file, &DocumentFile::saveFoundOtherFile, this, &EditWindow::askAboutOtherFile);
+  connect(&m_file, &DocumentFile::changedOnDisk, this, [this](const QByteArray& onDisk) {
+    m_onDisk = onDisk;
+    showOtherFile(*m_notice);
   });
-  connect(&m_files, &GraphFiles::saveFoundOtherFile, this, &EditWindow::askAboutOtherFile);
-  connect(&m_files, &GraphFiles::changedOnDisk, this, &EditWindow::warnOfOtherFile);
-  connect(&m_files, &GraphFiles::checked, this, [this](bool isOk) {
+  connect(&m_file, &DocumentFile::goneFromDisk, this,
+          [this](const QString& path) { showFileIsGone(*m_notice, path); });
+  connect(&m_check, &BackgroundCheck::ended, this, [this](bool isOk) {
     showState();
     statusBar()->showMessage(isOk ? tr("The check found no error.")
                                   : tr("The check found errors: see the log."));
   });
-  connect(m_notice, &InfoLine::linkActivated, this, [this](const QString& id) {
-    m_notice->clear();
-    if (id == u"load") {
-      m_files.load();
-    } else if (id == u"keep") {
-      m_files.acceptDisk();
+  connect(m_notice, &InfoLine::linkActivated, this, [this](const QString& link) {
+    const OtherFileChoice choice = otherFileChoice(link);
+    if (choice != OtherFileChoice::compare) {
+      m_notice->clear();
     }
+    settleOtherFile(choice);
   });
 }
 
@@ -157,23 +187,27 @@ void EditWindow::connectServices() {
   connect(&m_services, &EditServices::helpWanted, this, &EditWindow::showHelp);
   connect(&m_services, &EditServices::backendsKnown, this,
           [this](const QString& action, const QStringList& labels) {
-            statusBar()->showMessage(tr("%1 is computed by: %2").arg(action, labels.join(u", ")));
+            statusBar()->showMessage(tr("%1 is computed by: %2").arg(action, enginesText(labels)));
           });
 }
 
-void EditWindow::showGraph(Graph graph) {
+void EditWindow::showGraph(const QByteArray& document) {
   rememberAction();
   closeEditor();
   m_services.forgetColumns();
-  m_graph.setGraph(std::move(graph));
+  if (!m_graph.load(document, m_fileName, m_settings) || !m_graph.faults().empty()) {
+    showFaults(std::vector<GraphError>(m_graph.faults()));
+    return;
+  }
   m_list->setEnabled(true);
   m_startPage->setSentence(m_graph.actionCount() == 0
                                ? tr("This graph has no actions yet.")
                                : tr("Choose an action at the left to edit its properties."));
   m_pages->setCurrentWidget(m_startPage);
+  const QList<ActionId> actions = m_graph.actions();
   for (const GraphWarning& warning : m_graph.graph().warnings) {
     m_services.log(LogLevel::warning, warning.text,
-                   warning.action < 0 ? nullptr : &m_graph.action(warning.action));
+                   warning.action < 0 ? nullptr : &m_graph.action(actions[warning.action]));
   }
   if (const QString wanted = std::exchange(m_wantedAction, {}); !wanted.isEmpty()) {
     openActionNamed(wanted);
@@ -183,25 +217,24 @@ void EditWindow::showGraph(Graph graph) {
 
 // To be shown again when the file has been read.
 void EditWindow::rememberAction() {
-  if (m_action >= 0) {
-    m_wantedAction = m_graph.graph().actions[static_cast<std::size_t>(m_action)].name;
+  if (m_action != kNoId) {
+    m_wantedAction = m_graph.name(m_action);
   }
 }
 
 void EditWindow::showFaults(const std::vector<GraphError>& faults) {
   rememberAction();
   closeEditor();
-  m_graph.setGraph({});
+  m_graph.clear();
   m_list->setEnabled(false);
-  m_faultPage->setFaults(m_files.file(), faults);
+  m_faultPage->setFaults(m_fileName, faults);
   m_pages->setCurrentWidget(m_faultPage);
   emit graphShown();
 }
 
 void EditWindow::openActionNamed(const QString& name) {
-  const int index = m_graph.graph().indexOf(name);
-  if (index >= 0) {
-    openAction(index);
+  if (const ActionId action = m_graph.idOf(name); action != kNoId) {
+    openAction(action);
     return;
   }
   QStringList names;
@@ -214,7 +247,7 @@ void EditWindow::openActionNamed(const QString& name) {
                  : tr("The graph has no action '%1'. Did you mean '%2'?").arg(name, near.front()));
 }
 
-void EditWindow::openAction(int action) {
+void EditWindow::openAction(ActionId action) {
   if (action == m_action) {
     return;
   }
@@ -232,19 +265,18 @@ void EditWindow::openAction(int action) {
 
 UpdateClassWidget* EditWindow::newEditor(ActionItem& action) {
   UpdateClassWidget* editor = action.editPropertyFrame(m_scroll->viewport());
-  return editor == nullptr ? newForm(action) : editor;
-}
-
-UpdateClassWidget* EditWindow::newForm(ActionItem& action) {
-  const QString type = QString::fromLatin1(action.typeName());
-  auto* form = new ActionForm(action, *m_catalogue.find(type)->prototype, *m_graph.graph().settings,
-                              m_scroll->viewport());
-  connect(form, &ActionForm::committed, this, [this](const QByteArray& element) {
-    if (const auto node = parseXml(element)) {
-      m_graph.replaceAction(m_action, *node);
-    }
-  });
-  return form;
+  if (editor == nullptr) {
+    const QString type = QString::fromLatin1(action.typeName());
+    editor = new ActionForm(action, *m_catalogue.find(type)->prototype, *m_graph.graph().settings,
+                            m_scroll->viewport());
+  }
+  if (auto* elements = qobject_cast<ElementEditor*>(editor)) {
+    connect(elements, &ElementEditor::committed, this, [this](const QByteArray& element) {
+      const QScopedValueRollback isCommitting(m_isElementCommitting, true);
+      m_commands.setElement(m_action, element);
+    });
+  }
+  return editor;
 }
 
 // At once, since it refers to the action, and may be running it. A field that loses the focus
@@ -256,7 +288,7 @@ void EditWindow::closeEditor() {
   }
   delete m_editor;
   m_editor = nullptr;
-  m_action = -1;
+  m_action = kNoId;
 }
 
 void EditWindow::showHeader(const ActionItem& action) {
@@ -273,22 +305,31 @@ void EditWindow::commitEditor() {
 }
 
 void EditWindow::noteEdit() {
-  if (m_action >= 0) {
-    m_graph.noteEdit(m_action);
+  if (m_action != kNoId) {
+    m_commands.noteEdit(m_action);
   }
 }
 
+// An editor must not outlive its action, but for one that holds an element only.
+void EditWindow::leaveReplacedAction(ActionId action) {
+  if (action == m_action && !m_isElementCommitting) {
+    closeEditor();
+    m_pages->setCurrentWidget(m_startPage);
+  }
+}
+
+void EditWindow::showAgain(ActionId action, const EditorPosition&) {
+  openAction(action);
+}
+
 void EditWindow::showState() {
-  const QString graph = QFileInfo(m_files.file()).fileName();
-  const QString title =
-      m_action < 0
-          ? graph + QStringLiteral("[*]")
-          : tr("%1[*] - %2")
-                .arg(graph, m_graph.graph().actions[static_cast<std::size_t>(m_action)].name);
+  const QString graph = QFileInfo(m_fileName).fileName();
+  const QString title = m_action == kNoId ? graph + QStringLiteral("[*]")
+                                          : tr("%1[*] - %2").arg(graph, m_graph.name(m_action));
   setWindowTitle(title);
   setWindowModified(m_graph.isModified());
   m_saveAction->setEnabled(m_graph.actionCount() > 0);
-  m_checkAction->setEnabled(m_graph.actionCount() > 0 && !m_files.isChecking());
+  m_checkAction->setEnabled(m_graph.actionCount() > 0 && !m_check.isRunning());
 }
 
 void EditWindow::showNotice(const QString& text) {
@@ -308,13 +349,13 @@ void EditWindow::showHelp(const QString& helpId) {
 void EditWindow::check() {
   commitEditor();
   statusBar()->showMessage(tr("Checking the graph ..."));
-  m_files.check(m_graph.snapshot().document);
+  m_check.start(m_graph.document(), m_fileName);
   showState();
 }
 
 void EditWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::ActivationChange && isActiveWindow() && !m_isSaving) {
-    m_files.compareWithDisk();
+    m_file.compareWithDisk();
   }
   QMainWindow::changeEvent(event);
 }

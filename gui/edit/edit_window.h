@@ -6,9 +6,10 @@
 
 #include <QMainWindow>
 
-#include "gui/edit/edit_services.h"
-#include "gui/edit/edited_graph.h"
-#include "gui/edit/graph_files.h"
+#include "gui/document/document_file.h"
+#include "gui/document/graph_commands.h"
+#include "gui/edit/background_check.h"
+#include "gui/services/edit_services.h"
 
 class QLabel;
 class QMenu;
@@ -24,15 +25,17 @@ class FaultPage;
 class InfoLine;
 class LogPanel;
 class Theme;
+enum class OtherFileChoice;
 
 class EditWindow : public QMainWindow {
   Q_OBJECT
 
  public:
-  // Reads the graph; `action` is the one to begin with, empty for none. What is passed outlives the
-  // window.
-  EditWindow(EditedGraph& graph, EditServices& services, GraphFiles& files,
-             const ActionCatalogue& catalogue, Theme& theme, const QString& action);
+  // Reads the graph; `action` is the one to begin with, empty for none. What is passed by reference
+  // outlives the window.
+  EditWindow(GraphCommands& commands, EditServices& services, HostSession& session, Theme& theme,
+             const QString& file, const QString& action,
+             std::vector<ParameterOverride> settings = {});
   // Stops what the editor runs.
   ~EditWindow() override;
 
@@ -40,7 +43,7 @@ class EditWindow : public QMainWindow {
   void reload();
   void check();
   // Shows its editor; the field that is being edited is committed first.
-  void openAction(int action);
+  void openAction(ActionId action);
   UpdateClassWidget* editor() const { return m_editor; }
 
  signals:
@@ -57,36 +60,49 @@ class EditWindow : public QMainWindow {
   void connectFiles();
   void connectServices();
 
-  void showGraph(Graph graph);
+  void showGraph(const QByteArray& document);
   void showFaults(const std::vector<GraphError>& faults);
   void rememberAction();
   void openActionNamed(const QString& name);
   UpdateClassWidget* newEditor(ActionItem& action);
-  UpdateClassWidget* newForm(ActionItem& action);
   void closeEditor();
   void showHeader(const ActionItem& action);
   void commitEditor();
+  void undo();
+  void redo();
+  void makeEditMenu();
   void noteEdit();
+  void leaveReplacedAction(ActionId action);
+  void showAgain(ActionId action, const EditorPosition& position);
   void showState();
   void showNotice(const QString& text);
-  void startSaving(GraphFiles::SaveMode mode);
-  void afterSaving();
-  void askAboutOtherFile();
-  void warnOfOtherFile();
+  void saveAs();
+  void startSaving(const QString& path, DocumentFile::SaveMode mode);
+  void afterSaving(const QByteArray& document);
+  void noteFailedSave(const QString& reason);
+  void askAboutOtherFile(const QByteArray& onDisk);
+  void settleOtherFile(OtherFileChoice choice);
+  void askAboutLock(const QString& path, const QString& holder);
   void askBeforeClosing();
   void askBeforeReloading();
+  void readAgain();
   void setExpertMode(bool isExpert);
   void showHelp(const QString& helpId);
 
+  GraphCommands& m_commands;
   EditedGraph& m_graph;
   EditServices& m_services;
-  GraphFiles& m_files;
   const ActionCatalogue& m_catalogue;
   Theme& m_theme;
-  QString m_wantedAction;  // to be shown when the graph has been read
-  int m_action = -1;       // whose editor is shown
+  QString m_fileName;  // as the user wrote it, also of a copy
+  const std::vector<ParameterOverride> m_settings;
+  DocumentFile m_file;
+  BackgroundCheck m_check;
+  QString m_wantedAction;     // to be shown when the graph has been read
+  ActionId m_action = kNoId;  // whose editor is shown
   UpdateClassWidget* m_editor = nullptr;
-  EditedGraph::Snapshot m_saving;
+  bool m_isElementCommitting = false;
+  QByteArray m_onDisk;  // what another program has written
   bool m_isSaving = false;
   bool m_closesAfterSaving = false;
   bool m_closesWithoutAsking = false;

@@ -4,8 +4,8 @@
 #include <QSettings>
 #include <QToolBar>
 
+#include "gui/dialogs/text_dialogs.h"
 #include "gui/edit/edit_window.h"
-#include "gui/edit/text_dialogs.h"
 #include "host/widgets/icons.h"
 #include "host/widgets/theme.h"
 
@@ -32,6 +32,7 @@ void EditWindow::makeMenus() {
   QAction* closeAction = graph->addAction(tr("C&lose"), this, &QWidget::close);
   closeAction->setShortcut(QKeySequence::Close);
 
+  makeEditMenu();
   QMenu* view = menuBar()->addMenu(tr("&View"));
   makeThemeMenu(*view);
   QAction* expert = view->addAction(tr("&Expert mode"));
@@ -42,8 +43,8 @@ void EditWindow::makeMenus() {
 
   QMenu* help = menuBar()->addMenu(tr("&Help"));
   help->addAction(icon(IconName::help), tr("&This action"), this, [this] {
-    if (m_action >= 0) {
-      showHelp(QString::fromLatin1(m_graph.action(m_action).typeName()));
+    if (m_action != kNoId) {
+      showHelp(m_graph.typeName(m_action));
     }
   });
   help->addAction(tr("&Keyboard"), this, [this] { showKeys(this); });
@@ -53,6 +54,36 @@ void EditWindow::makeMenus() {
   bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   bar->setMovable(false);
   bar->addActions({m_saveAction, reloadAction, m_checkAction});
+}
+
+// The texts name the step: "Undo: Change separator of 'out'".
+void EditWindow::makeEditMenu() {
+  QMenu* menu = menuBar()->addMenu(tr("&Edit"));
+  QAction* undoAction = menu->addAction(tr("&Undo"), this, &EditWindow::undo);
+  QAction* redoAction = menu->addAction(tr("&Redo"), this, &EditWindow::redo);
+  undoAction->setShortcut(QKeySequence::Undo);
+  redoAction->setShortcut(QKeySequence::Redo);
+  undoAction->setEnabled(false);
+  redoAction->setEnabled(false);
+  const QUndoStack& stack = m_commands.stack();
+  connect(&stack, &QUndoStack::canUndoChanged, undoAction, &QAction::setEnabled);
+  connect(&stack, &QUndoStack::canRedoChanged, redoAction, &QAction::setEnabled);
+  connect(&stack, &QUndoStack::undoTextChanged, undoAction, [undoAction](const QString& step) {
+    undoAction->setText(step.isEmpty() ? tr("&Undo") : tr("&Undo: %1").arg(step));
+  });
+  connect(&stack, &QUndoStack::redoTextChanged, redoAction, [redoAction](const QString& step) {
+    redoAction->setText(step.isEmpty() ? tr("&Redo") : tr("&Redo: %1").arg(step));
+  });
+}
+
+void EditWindow::undo() {
+  commitEditor();
+  m_commands.stack().undo();
+}
+
+void EditWindow::redo() {
+  commitEditor();
+  m_commands.stack().redo();
 }
 
 void EditWindow::makeThemeMenu(QMenu& view) {
@@ -75,7 +106,7 @@ void EditWindow::makeThemeMenu(QMenu& view) {
 void EditWindow::setExpertMode(bool isExpert) {
   QSettings().setValue(kExpertKey, isExpert);
   m_services.setUserMode(isExpert ? GlobalUserMode::expert : GlobalUserMode::simple);
-  if (const int action = m_action; action >= 0) {
+  if (const ActionId action = m_action; action != kNoId) {
     commitEditor();
     closeEditor();
     openAction(action);

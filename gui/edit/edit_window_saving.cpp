@@ -1,88 +1,103 @@
 // How the window saves, reads again and closes, and what it asks before anything would be lost.
 #include <QCloseEvent>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QStatusBar>
 
+#include "gui/dialogs/difference_dialog.h"
+#include "gui/dialogs/file_questions.h"
+#include "gui/dialogs/question.h"
 #include "gui/edit/edit_window.h"
 #include "host/widgets/info_line.h"
 
 namespace kelvarin {
 
-namespace {
-
-// A question that does not stop the window; `answer` gets the button that was pressed.
-template <typename Answer>
-void ask(QWidget* window, const QString& text, const QString& further,
-         const std::vector<std::pair<QMessageBox::StandardButton, QString>>& choices,
-         Answer answer) {
-  auto* box =
-      new QMessageBox(QMessageBox::Warning, window->windowTitle().remove(QStringLiteral("[*]")),
-                      text, QMessageBox::NoButton, window);
-  box->setAttribute(Qt::WA_DeleteOnClose);
-  box->setInformativeText(further);
-  for (const auto& [button, label] : choices) {
-    QPushButton* added = box->addButton(button);
-    if (!label.isEmpty()) {
-      added->setText(label);
-    }
-  }
-  box->setDefaultButton(choices.front().first);
-  QObject::connect(box, &QMessageBox::finished, window, [answer](int button) {
-    answer(static_cast<QMessageBox::StandardButton>(button));
-  });
-  box->open();
-}
-
-}  // namespace
-
 void EditWindow::save() {
-  if (!m_isSaving && m_graph.actionCount() > 0) {
-    commitEditor();
-    startSaving(GraphFiles::SaveMode::ifUnchangedOnDisk);
+  if (m_isSaving || m_graph.actionCount() == 0) {
+    return;
+  }
+  commitEditor();
+  if (m_file.path().isEmpty()) {
+    saveAs();
+  } else {
+    startSaving(m_file.path(), DocumentFile::SaveMode::ifUnchangedOnDisk);
   }
 }
 
-void EditWindow::startSaving(GraphFiles::SaveMode mode) {
-  m_isSaving = true;
-  m_saving = m_graph.snapshot();
-  m_files.save(m_saving.document, mode);
+void EditWindow::saveAs() {
+  const QString path = askForGraphName(this, m_fileName);
+  if (path.isEmpty()) {
+    m_closesAfterSaving = false;
+    return;
+  }
+  startSaving(path, DocumentFile::SaveMode::always);
 }
 
-void EditWindow::afterSaving() {
+void EditWindow::startSaving(const QString& path, DocumentFile::SaveMode mode) {
+  m_isSaving = true;
+  m_file.save(m_graph.document(), path, mode);
+}
+
+void EditWindow::afterSaving(const QByteArray& document) {
   m_isSaving = false;
-  m_graph.markSaved(m_saving);
+  m_fileName = m_file.path();
+  m_graph.markSaved(document, m_fileName);
   m_notice->clear();
-  statusBar()->showMessage(tr("Saved %1.").arg(m_files.file()));
+  statusBar()->showMessage(tr("Saved %1.").arg(m_fileName));
+  showState();
   if (m_closesAfterSaving) {
     m_closesAfterSaving = false;
     close();
   }
 }
 
-void EditWindow::askAboutOtherFile() {
-  ask(this, tr("The graph was changed on the disk meanwhile."),
-      tr("Another program has written %1 since it was read here.").arg(m_files.file()),
-      {{QMessageBox::Save, tr("&Keep mine")},
-       {QMessageBox::Reset, tr("&Load theirs")},
-       {QMessageBox::Cancel, {}}},
-      [this](QMessageBox::StandardButton button) {
-        m_isSaving = false;
-        if (button == QMessageBox::Save) {
-          startSaving(GraphFiles::SaveMode::always);
-          return;
-        }
-        m_closesAfterSaving = false;
-        if (button == QMessageBox::Reset) {
-          m_files.load();
-        }
-      });
+void EditWindow::noteFailedSave(const QString& reason) {
+  m_isSaving = false;
+  askAboutFailedSave(this, reason, [this](FailedSaveChoice choice) {
+    if (choice == FailedSaveChoice::otherName) {
+      saveAs();
+    } else {
+      m_closesAfterSaving = false;
+    }
+  });
 }
 
-void EditWindow::warnOfOtherFile() {
-  m_notice->setMessage(
-      Severity::warning, tr("The graph was changed on the disk meanwhile."),
-      {{QStringLiteral("load"), tr("Load theirs")}, {QStringLiteral("keep"), tr("Keep mine")}});
+void EditWindow::askAboutOtherFile(const QByteArray& onDisk) {
+  m_onDisk = onDisk;
+  kelvarin::askAboutOtherFile(this, m_file.path(), [this](OtherFileChoice choice) {
+    m_isSaving = false;
+    if (choice == OtherFileChoice::keepMine) {
+      startSaving(m_file.path(), DocumentFile::SaveMode::always);
+      return;
+    }
+    m_closesAfterSaving = false;
+    settleOtherFile(choice);
+  });
+}
+
+void EditWindow::settleOtherFile(OtherFileChoice choice) {
+  switch (choice) {
+    case OtherFileChoice::keepMine:
+      m_file.acceptDisk();
+      return;
+    case OtherFileChoice::loadTheirs:
+      m_file.reload();
+      return;
+    case OtherFileChoice::compare:
+      showDifference(m_onDisk, m_graph.document(), this);
+      return;
+    case OtherFileChoice::cancel:
+      return;
+  }
+}
+
+void EditWindow::askAboutLock(const QString& path, const QString& holder) {
+  kelvarin::askAboutLock(this, path, holder, [this, path](LockChoice choice) {
+    if (choice == LockChoice::cancel) {
+      close();
+      return;
+    }
+    m_file.open(path, choice == LockChoice::openCopy ? DocumentFile::OpenMode::copy
+                                                     : DocumentFile::OpenMode::shared);
+  });
 }
 
 void EditWindow::reload() {
@@ -90,16 +105,27 @@ void EditWindow::reload() {
   if (m_graph.isModified()) {
     askBeforeReloading();
   } else {
-    m_files.load();
+    readAgain();
+  }
+}
+
+// Also after a file that could not be read.
+void EditWindow::readAgain() {
+  if (m_file.path().isEmpty()) {
+    m_file.open(m_fileName);
+  } else {
+    m_file.reload();
   }
 }
 
 void EditWindow::askBeforeReloading() {
-  ask(this, tr("Reading the file again discards your changes."), {},
-      {{QMessageBox::Cancel, {}}, {QMessageBox::Discard, tr("&Discard and read")}},
+  ask(this,
+      {tr("Reading the file again discards your changes."),
+       {},
+       {{QMessageBox::Cancel, {}}, {QMessageBox::Discard, tr("&Discard and read")}}},
       [this](QMessageBox::StandardButton button) {
         if (button == QMessageBox::Discard) {
-          m_files.load();
+          readAgain();
         }
       });
 }
@@ -123,12 +149,14 @@ void EditWindow::closeEvent(QCloseEvent* event) {
 }
 
 void EditWindow::askBeforeClosing() {
-  ask(this, tr("The graph has changes that are not saved."), tr("Save them before closing?"),
-      {{QMessageBox::Save, {}}, {QMessageBox::Discard, {}}, {QMessageBox::Cancel, {}}},
+  ask(this,
+      {tr("The graph has changes that are not saved."),
+       tr("Save them before closing?"),
+       {{QMessageBox::Save, {}}, {QMessageBox::Discard, {}}, {QMessageBox::Cancel, {}}}},
       [this](QMessageBox::StandardButton button) {
         if (button == QMessageBox::Save) {
           m_closesAfterSaving = true;
-          startSaving(GraphFiles::SaveMode::ifUnchangedOnDisk);
+          save();
         } else if (button == QMessageBox::Discard) {
           m_closesWithoutAsking = true;
           close();

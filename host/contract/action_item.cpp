@@ -8,6 +8,7 @@
 #include <QFileInfo>
 
 #include "host/contract/attribute_table.h"
+#include "host/contract/editor_registry.h"
 #include "host/contract/host_services.h"
 
 using kelvarin::utf16;
@@ -61,8 +62,8 @@ ActionItem::ActionItem(XMLNode node, GlobalParameters* parameters)
 
 ActionItem::~ActionItem() = default;
 
-UpdateClassWidget* ActionItem::editPropertyFrame(QWidget*) {
-  return nullptr;
+UpdateClassWidget* ActionItem::editPropertyFrame(QWidget* parent) {
+  return kelvarin::EditorRegistry::instance().create(typeName(), parent, this);
 }
 QPixmap* ActionItem::getImage(double) const {
   return nullptr;
@@ -194,6 +195,12 @@ QString ActionItem::name() const {
   return kelvarin::qString(m_node.getAttribute(utf16(u"name")));
 }
 
+bool ActionItem::isDisabled() const {
+  bool isDisabled = false;
+  kelvarin::readAttribute(m_node, u"disabled", isDisabled, m_globalParameters);
+  return isDisabled;
+}
+
 void ActionItem::attach(RunRecord* run, ActionPorts* ports) {
   m_hasFailed = m_hasFailed && run == nullptr;
   m_run = run;
@@ -207,5 +214,8 @@ void ActionItem::saveAI(std::wostringstream& out, QString name, double version) 
       << L'\'';
   if (m_hasPosition) {
     out << L" x='" << m_x << L"' y='" << m_y << L'\'';
+  }
+  if (isDisabled()) {
+    out << L" disabled='1'";
   }
 }

@@ -124,6 +124,8 @@ class KELVARIN_CORE ActionItem {
   // The user's name for the action in its graph; empty for a prototype.
   QString name() const;
   const XMLNode& node() const { return m_node; }
+  // Switched off by the user: in a run its rows go through unchanged.
+  bool isDisabled() const;
   GlobalParameters* globalParameters() const { return m_globalParameters; }
   int inputPinCount() const { return m_inputPinCount; }
   int outputPinCount() const { return m_outputPinCount; }

@@ -26,6 +26,11 @@ const std::vector<AttributeDescription>& attributesOfEveryAction() {
       {.name = QStringLiteral("y"),
        .kind = AttributeKind::number,
        .meaning = QStringLiteral("the position on the canvas, from the top"),
+       .defaultText = QStringLiteral("0")},
+      {.name = QStringLiteral("disabled"),
+       .kind = AttributeKind::flag,
+       .meaning = QStringLiteral("1: switched off; rows of input pin 0 go through unchanged to "
+                                 "output pin 0, a source has none, a sink writes nothing"),
        .defaultText = QStringLiteral("0")}};
   return attributes;
 }

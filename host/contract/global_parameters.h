@@ -59,6 +59,8 @@ struct KELVARIN_CORE RunRecord {
   std::atomic<GlobalParameters::RunningState> status{GlobalParameters::RunningState::running};
   // False where a check asks for the columns only: sources announce their columns and give no row.
   bool mustComputeFull = true;
+  // Actions that compute columns count the missing values in them for their report.
+  bool countsValues = false;
 
   bool isRunning() const {
     return status.load(std::memory_order_relaxed) == GlobalParameters::RunningState::running;

@@ -7,6 +7,7 @@ namespace kelvarin {
 
 HostServices::~HostServices() = default;
 void HostServices::backendsChosen(const ActionItem&, const QStringList&) {}
+void HostServices::actionReported(const ActionItem&, const ActionReport&) {}
 void HostServices::columnsNamed(const ActionItem&, const QStringList&) {}
 void HostServices::logDetailed(LogLevel level, const QString& text, const ActionItem* action,
                                const LogDetails&) {

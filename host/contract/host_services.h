@@ -6,6 +6,7 @@
 #pragma once
 
 #include "host/contract/action_item.h"
+#include "host/contract/action_report.h"
 #include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 #include "host/contract/pin_columns.h"
@@ -23,6 +24,8 @@ class KELVARIN_CORE HostServices {
   virtual void log(LogLevel level, const QString& text, const ActionItem* action) = 0;
   // The back-end labels of an expression action's outputs, once a run, when they are chosen.
   virtual void backendsChosen(const ActionItem& action, const QStringList& labels);
+  // At the end of a run, when the action is closed; from the engine's threads.
+  virtual void actionReported(const ActionItem& action, const ActionReport& report);
   virtual bool outOfDiskSpace(const QString& file, int missingBytes, bool canRetry);
   virtual GlobalUserMode userMode();
   virtual EditedGraph* editedGraph();

@@ -1,5 +1,7 @@
 #include "host/contract/host_session.h"
 
+#include <utility>
+
 namespace kelvarin {
 
 namespace {

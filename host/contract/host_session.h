@@ -8,7 +8,7 @@
 // Threads: any number may work in one session; a thread works in one at a time.
 #pragma once
 
-#include <utility>
+#include <atomic>
 
 #include "base/export.h"
 #include "host/contract/claimed_names.h"
@@ -57,17 +57,22 @@ class KELVARIN_CORE CurrentAction {
  public:
   explicit CurrentAction(const ActionItem* action) : CurrentAction(action, slot()) {}
   // For those who set it once a row: `slot` is the thread's own.
-  CurrentAction(const ActionItem* action, const ActionItem*& slot)
-      : m_slot(slot), m_outer(std::exchange(slot, action)) {}
-  ~CurrentAction() { m_slot = m_outer; }
+  CurrentAction(const ActionItem* action, const ActionItem*& slot) : m_slot(slot), m_outer(slot) {
+    set(action);
+  }
+  ~CurrentAction() { set(m_outer); }
   CurrentAction(const CurrentAction&) = delete;
   CurrentAction& operator=(const CurrentAction&) = delete;
 
   static const ActionItem* get() { return slot(); }
-  // The thread's variable itself.
+  // The thread's variable itself. Other threads may look at it by std::atomic_ref.
   static const ActionItem*& slot();
 
  private:
+  void set(const ActionItem* action) {
+    std::atomic_ref(m_slot).store(action, std::memory_order_relaxed);
+  }
+
   const ActionItem*& m_slot;
   const ActionItem* m_outer;
 };

@@ -26,16 +26,10 @@ void PinRows::append(const OneRow& row) {
     values.starts.push_back(static_cast<std::uint32_t>(values.bytes.size()));
     const std::size_t size = sizeOfValue(m_columns.columns[i].meta, bytes);
     values.bytes.insert(values.bytes.end(), bytes, bytes + size);
+    m_byteCount += size;
   }
+  m_byteCount += m_values.size() * sizeof(std::uint32_t);
   ++m_rowCount;
-}
-
-std::size_t PinRows::byteCount() const {
-  std::size_t count = 0;
-  for (const Values& values : m_values) {
-    count += values.bytes.size() + values.starts.size() * sizeof(std::uint32_t);
-  }
-  return count;
 }
 
 RowsReceiver::~RowsReceiver() = default;

@@ -33,7 +33,7 @@ class KELVARIN_CORE PinRows {
 
   // Copies the values of a row with these columns.
   void append(const OneRow& row);
-  std::size_t byteCount() const;
+  std::size_t byteCount() const { return m_byteCount; }
 
  private:
   static constexpr std::uint32_t kMissing = 0xFFFFFFFFu;
@@ -47,6 +47,7 @@ class KELVARIN_CORE PinRows {
   PinColumns m_columns;
   long long m_firstRow;
   std::size_t m_rowCount = 0;
+  std::size_t m_byteCount = 0;
   std::vector<Values> m_values;  // one a column
 };
 
@@ -67,6 +68,8 @@ class KELVARIN_CORE RowsReceiver {
     cancelled
   };
   virtual void rowsEnded(End end, const QString& message) = 0;
+  // Just before a failed end: the name of the action that reported it, where one did.
+  virtual void actionFailed(const QString&) {}
 };
 
 // Destroying it cancels what has not ended; neither waits for anything.

@@ -1,6 +1,7 @@
-// The part of a graph above one of its actions, made anew for work beside the graph that is edited.
+// A graph, or the part of it above one of its actions, made anew for work beside the graph that is
+// edited.
 //
-// Used by: branch_run.cpp, pin_rows_request.cpp.
+// Used by: branch_run.cpp, pin_rows_request.cpp, and programs that run what is edited.
 // Threads: the document is taken on the thread that edits the graph; the copy is made, and worked
 // with, on another one.
 #pragma once
@@ -13,6 +14,24 @@
 
 namespace kelvarin {
 
+// A document of a graph, with the values that the graph's parameters have now.
+class GraphSnapshot {
+ public:
+  GraphSnapshot(const Graph& graph, QByteArray document);
+
+  Result<Graph, GraphErrors> makeCopy(const ActionCatalogue& catalogue) const;
+  // With all that is wrong in it.
+  Result<OpenedGraph, GraphErrors> open(const ActionCatalogue& catalogue) const;
+
+  bool operator==(const GraphSnapshot& other) const { return m_document == other.m_document; }
+
+ private:
+  QByteArray m_document;
+  QString m_file;
+  std::vector<ParameterOverride> m_parameters;
+  GlobalParameters m_settings;
+};
+
 // One action and all that feed it, as they would be saved now.
 class BranchDocument {
  public:
@@ -24,15 +43,12 @@ class BranchDocument {
   const QString& lastAction() const { return m_lastAction; }
 
   bool operator==(const BranchDocument& other) const {
-    return m_document == other.m_document && m_lastAction == other.m_lastAction;
+    return m_snapshot == other.m_snapshot && m_lastAction == other.m_lastAction;
   }
 
  private:
-  QByteArray m_document;
+  GraphSnapshot m_snapshot;
   QString m_lastAction;
-  QString m_file;
-  std::vector<ParameterOverride> m_parameters;  // with the values that they have now
-  GlobalParameters m_settings;
 };
 
 }  // namespace kelvarin

@@ -73,6 +73,7 @@ void runCopy(const BranchDocument& document, const ActionCatalogue& catalogue, A
   }
   const auto index = static_cast<std::size_t>(branch->indexOf(document.lastAction()));
   const BorrowedAction borrowed(branch->actions[index].item, *edited);
+  branch->actions[index].isDisabled = false;  // who debugs it wants to see it at work
   run();
 }
 

@@ -55,7 +55,7 @@ void checkSinks(const Graph& graph, CheckRun& run) {
   for (std::size_t i = 0; i < graph.actions.size(); ++i) {
     ActionItem& item = *graph.actions[i].item;
     auto* sink = dynamic_cast<OutputCheck*>(&item);
-    if (sink == nullptr || !isSink(item)) {
+    if (sink == nullptr || !isSink(item) || graph.actions[i].isDisabled) {
       continue;
     }
     const CurrentAction onBehalf(&item);

@@ -2,14 +2,26 @@
 #pragma once
 
 #include <functional>
+#include <vector>
 
 #include <QString>
 
 namespace kelvarin {
 
+enum class ActionPhase { waiting, running, finished, failed };
+
+struct ActionProgress {
+  ActionPhase phase = ActionPhase::waiting;
+  std::vector<long long> rowsIn;   // one number a pin
+  std::vector<long long> rowsOut;  // one number a pin
+  double fractionDone = -1.0;      // 0 to 1; -1 when unknown
+  double seconds = -1.0;           // of work in the action itself; -1 when not measured
+};
+
 struct RunProgress {
-  long long rowsRead = 0;      // by the sources that have begun
-  double fractionDone = -1.0;  // 0 to 1; -1 when unknown
+  long long rowsRead = 0;                 // by the sources that have begun
+  double fractionDone = -1.0;             // 0 to 1; -1 when unknown
+  std::vector<ActionProgress> actions{};  // in the graph's order; where `reportsActions` is set
 };
 
 struct ExecutionOptions {
@@ -21,8 +33,12 @@ struct ExecutionOptions {
   // Actions compute for many rows at once where a source knows them together. The results are the
   // same without.
   bool looksAhead = true;
-  // Called on the engine thread from time to time during the run; may be empty.
+  // Called on the engine thread some ten times a second during the run; may be empty.
   std::function<void(const RunProgress&)> progress;
+  // Progress and results have what became of each action, with its time.
+  bool reportsActions = false;
+  // Actions that compute columns count the missing values in them.
+  bool countsValues = false;
 };
 
 }  // namespace kelvarin

@@ -11,7 +11,7 @@ bool checkUsedFiles(const Graph& graph) {
   bool areFree = true;
   for (const GraphAction& action : graph.actions) {
     const auto* user = dynamic_cast<const FileUser*>(action.item.get());
-    if (user == nullptr) {
+    if (user == nullptr || action.isDisabled) {
       continue;
     }
     const CurrentAction current(action.item.get());
@@ -27,7 +27,8 @@ bool checkUsedFiles(const Graph& graph) {
 
 void reportFileWarnings(const Graph& graph) {
   for (const GraphAction& action : graph.actions) {
-    if (const auto* user = dynamic_cast<const FileUser*>(action.item.get())) {
+    const auto* user = dynamic_cast<const FileUser*>(action.item.get());
+    if (user != nullptr && !action.isDisabled) {
       const CurrentAction current(action.item.get());
       for (const QString& warning : user->warningsAboutFiles()) {
         MainUI::addLog(LogLevel::warning, warning);

@@ -34,6 +34,15 @@ void warn(const ActionItem& item, const QString& text, XMLNode::Position positio
 
 }  // namespace
 
+bool isNoteColour(const QString& text) {
+  const auto isHexadecimal = [](QChar digit) {
+    return QLatin1String("0123456789abcdef").contains(digit.toLower());
+  };
+  const qsizetype digits = text.size() - 1;
+  return text.startsWith(u'#') && (digits == 3 || digits == 6 || digits == 8) &&
+         std::all_of(text.begin() + 1, text.end(), isHexadecimal);
+}
+
 int Graph::indexOf(const QString& actionName) const {
   const auto found =
       std::find_if(actions.begin(), actions.end(),
@@ -63,7 +72,7 @@ void reportWarnings(const Graph& graph) {
   const GraphLinks links(graph);
   for (int i = 0; i < links.actionCount(); ++i) {
     const GraphAction& action = graph.actions[at(i)];
-    if (needsFirstPin(*action.item) && !isFirstPinLinked(links.to(i))) {
+    if (!action.isDisabled && needsFirstPin(*action.item) && !isFirstPinLinked(links.to(i))) {
       warn(*action.item, engine_messages::firstPinNotLinked(action.name));
     }
   }

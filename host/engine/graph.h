@@ -22,6 +22,7 @@ struct GraphAction {
   QString name;
   XMLNode::Position position;
   std::unique_ptr<ActionItem> item;
+  bool isDisabled = false;  // runs and checks let rows go through it unchanged
 };
 
 // Actions are named by their index in Graph::actions.
@@ -31,6 +32,19 @@ struct GraphLink {
   int to = 0;
   int toPin = 0;
 };
+
+// A text box on the canvas; it has no effect on a run.
+struct GraphNote {
+  double x = 0.0;
+  double y = 0.0;
+  double width = 0.0;
+  double height = 0.0;
+  QString colour;  // #RRGGBB and the other forms of isNoteColour(); empty: the canvas's own
+  QString text;
+};
+
+// "#" with 3 or 6 hexadecimal digits, or 8 of which the first two are the opacity.
+bool isNoteColour(const QString& text);
 
 // What a user should know about a graph that can be run.
 struct GraphWarning {
@@ -45,6 +59,7 @@ struct Graph {
   std::unique_ptr<GlobalParameters> settings;  // the actions refer to it
   std::vector<GraphAction> actions;
   std::vector<GraphLink> links;
+  std::vector<GraphNote> notes;
   std::vector<GraphWarning> warnings;
 
   // -1 when absent.

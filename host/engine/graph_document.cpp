@@ -1,6 +1,7 @@
 #include "host/engine/graph_document.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
 #include <QFileInfo>
@@ -10,6 +11,7 @@
 #include "host/contract/parameter_expansion.h"
 #include "host/engine/graph_links.h"
 #include "host/engine/messages.h"
+#include "host/engine/missing_action.h"
 
 namespace kelvarin {
 
@@ -32,8 +34,8 @@ bool isFreeText(const QString& attributeName) {
 
 }  // namespace
 
-GraphDocument::GraphDocument(const QString& file, const ActionCatalogue& catalogue)
-    : m_catalogue(catalogue) {
+GraphDocument::GraphDocument(const QString& file, const ActionCatalogue& catalogue, Faults faults)
+    : m_catalogue(catalogue), m_faults(faults) {
   m_graph.file = file;
   m_graph.settings = std::make_unique<GlobalParameters>();
   m_graph.settings->setGraphFile(QFileInfo(file).absoluteFilePath());
@@ -54,9 +56,10 @@ void GraphDocument::read(const XMLNode& root, const std::vector<ParameterOverrid
     refuse(root, engine_messages::unknownGraphVersion(version));
     return;
   }
+  m_isGraph = true;
   checkContent(root, {QStringLiteral("version")});
   const QStringList sections{QStringLiteral("Parameters"), QStringLiteral("Actions"),
-                             QStringLiteral("Links")};
+                             QStringLiteral("Links"), QStringLiteral("Notes")};
   for (int i = 0; i < root.nChildNode(); ++i) {
     const XMLNode section = root.getChildNode(i);
     if (!sections.contains(section.name())) {
@@ -68,17 +71,22 @@ void GraphDocument::read(const XMLNode& root, const std::vector<ParameterOverrid
   applyOverrides(parameters.isEmpty() ? root : parameters, overrides);
   readActions(onlyChild(root, u"Actions"));
   readLinks(onlyChild(root, u"Links"));
+  readNotes(onlyChild(root, u"Notes"));
 }
 
 void GraphDocument::checkContent(const XMLNode& node, const QStringList& attributes) {
+  checkAttributes(node, attributes);
+  if (!node.text().trimmed().isEmpty()) {
+    refuse(node, engine_messages::strayText(node.name()));
+  }
+}
+
+void GraphDocument::checkAttributes(const XMLNode& node, const QStringList& attributes) {
   for (int i = 0; i < node.nAttribute(); ++i) {
     if (!attributes.contains(node.attributeName(i))) {
       refuse(node,
              engine_messages::unknownAttribute(node.attributeName(i), node.name(), attributes));
     }
-  }
-  if (!node.text().trimmed().isEmpty()) {
-    refuse(node, engine_messages::strayText(node.name()));
   }
 }
 
@@ -175,7 +183,12 @@ void GraphDocument::readActions(const XMLNode& node) {
   }
   checkContent(node, {});
   for (int i = 0; i < node.nChildNode(); ++i) {
+    const std::size_t errorsBefore = m_errors.size();
     readAction(node.getChildNode(i));
+    if (m_faults == Faults::keep) {
+      m_whyActionCannotRun.push_back(
+          m_errors.size() == errorsBefore ? QString() : m_errors[errorsBefore].message);
+    }
   }
 }
 
@@ -191,9 +204,7 @@ void GraphDocument::readAction(const XMLNode& node) {
   const QString name = neededAttribute(node, u"name");
   if (name.isNull()) {
     m_hasAllActions = false;
-    return;
-  }
-  if (name.isEmpty()) {
+  } else if (name.isEmpty()) {
     refuse(node, engine_messages::emptyActionName());
   }
   const int taken = m_indexOfAction.value(name, -1);
@@ -201,14 +212,26 @@ void GraphDocument::readAction(const XMLNode& node) {
     refuse(node, engine_messages::actionTwice(
                      name, m_graph.actions[static_cast<std::size_t>(taken)].position.line));
   }
-  if (entry == nullptr) {
-    return;
+  if (m_faults == Faults::keep || (entry != nullptr && !name.isNull())) {
+    addAction(node, name, entry);
   }
-  std::unique_ptr<ActionItem> item(entry->prototype->createFromXML(node, m_graph.settings.get()));
-  if (taken < 0) {
+}
+
+// A null entry: nobody offers the type.
+void GraphDocument::addAction(const XMLNode& node, const QString& name,
+                              const CatalogueEntry* entry) {
+  GlobalParameters* settings = m_graph.settings.get();
+  std::unique_ptr<ActionItem> item;
+  if (entry == nullptr) {
+    item = std::make_unique<MissingAction>(node, settings);
+  } else {
+    item.reset(entry->prototype->createFromXML(node, settings));
+  }
+  if (!name.isNull() && !m_indexOfAction.contains(name)) {
     m_indexOfAction.insert(name, static_cast<int>(m_graph.actions.size()));
   }
-  m_graph.actions.push_back({name, node.position(), std::move(item)});
+  const bool isDisabled = item->isDisabled();
+  m_graph.actions.push_back({name, node.position(), std::move(item), isDisabled});
   reportFaults(node, *m_graph.actions.back().item);
 }
 
@@ -266,6 +289,7 @@ void GraphDocument::readLinks(const XMLNode& node) {
   for (int i = 0; i < node.nChildNode(); ++i) {
     const XMLNode child = node.getChildNode(i);
     if (child.name() == QLatin1String("Link")) {
+      keepLink(child);
       readLink(child);
     } else {
       refuse(child,
@@ -273,6 +297,12 @@ void GraphDocument::readLinks(const XMLNode& node) {
     }
   }
   checkCycles(node);
+}
+
+void GraphDocument::keepLink(const XMLNode& node) {
+  m_linksInFile.push_back({attribute(node, u"from"),
+                           xmltoi(node.getAttribute(utf16(u"fromPin")), 0), attribute(node, u"to"),
+                           xmltoi(node.getAttribute(utf16(u"toPin")), 0)});
 }
 
 void GraphDocument::readLink(const XMLNode& node) {
@@ -302,7 +332,7 @@ GraphDocument::EndOfLink GraphDocument::endOfLink(const XMLNode& node, const cha
   }
   EndOfLink end{m_indexOfAction.value(name, -1), 0};
   if (end.action < 0) {
-    if (m_hasAllActions) {
+    if (m_hasAllActions || m_faults == Faults::keep) {
       refuse(node, engine_messages::linkToAbsentAction(name, nearestNames(name, actionNames())));
     }
     return {};
@@ -314,13 +344,58 @@ GraphDocument::EndOfLink GraphDocument::endOfLink(const XMLNode& node, const cha
     refuse(node, engine_messages::pinNotANumber(QString::fromUtf16(nameOfPin), pin));
     return {};
   }
-  const ActionItem& item = *m_graph.actions[static_cast<std::size_t>(end.action)].item;
+  ActionItem& item = *m_graph.actions[static_cast<std::size_t>(end.action)].item;
+  if (auto* missing = dynamic_cast<MissingAction*>(&item)) {
+    missing->needPin(isInput, end.pin);
+  }
   const int count = isInput ? item.inputPinCount() : item.outputPinCount();
   if (end.pin < 0 || end.pin >= count) {
     refuse(node, engine_messages::linkToAbsentPin(name, isInput, end.pin, count));
     return {};
   }
   return end;
+}
+
+void GraphDocument::readNotes(const XMLNode& node) {
+  if (node.isEmpty()) {
+    return;
+  }
+  checkContent(node, {});
+  for (int i = 0; i < node.nChildNode(); ++i) {
+    const XMLNode child = node.getChildNode(i);
+    if (child.name() == QLatin1String("Note")) {
+      readNote(child);
+    } else {
+      refuse(child,
+             engine_messages::unknownElement(child.name(), node.name(), {QStringLiteral("Note")}));
+    }
+  }
+}
+
+void GraphDocument::readNote(const XMLNode& node) {
+  checkAttributes(node, {QStringLiteral("x"), QStringLiteral("y"), QStringLiteral("w"),
+                         QStringLiteral("h"), QStringLiteral("color")});
+  for (int i = 0; i < node.nChildNode(); ++i) {
+    const XMLNode child = node.getChildNode(i);
+    refuse(child, engine_messages::unknownElement(child.name(), node.name(), {}));
+  }
+  const QString colour = attribute(node, u"color");
+  if (!colour.isEmpty() && !isNoteColour(colour)) {
+    refuse(node, engine_messages::notAColour(colour));
+  }
+  m_graph.notes.push_back({numberOf(node, u"x"), numberOf(node, u"y"), numberOf(node, u"w"),
+                           numberOf(node, u"h"), colour, node.text()});
+}
+
+double GraphDocument::numberOf(const XMLNode& node, const char16_t* name) {
+  const QString text = attribute(node, name);
+  bool isNumber = true;
+  const double number = text.isEmpty() ? 0.0 : text.toDouble(&isNumber);
+  if (!isNumber || !std::isfinite(number)) {
+    refuse(node, engine_messages::notANumber(QString::fromUtf16(name), text, node.name()));
+    return 0.0;
+  }
+  return number;
 }
 
 void GraphDocument::checkCycles(const XMLNode& links) {
@@ -340,6 +415,11 @@ void GraphDocument::checkCycles(const XMLNode& links) {
   const bool isFound = closing != m_graph.links.end();
   refuse(isFound ? m_linkNodes[static_cast<std::size_t>(closing - m_graph.links.begin())] : links,
          engine_messages::cycle(names));
+}
+
+OpenedGraph GraphDocument::takeOpenedGraph() {
+  return {std::move(m_graph), std::move(m_whyActionCannotRun), std::move(m_linksInFile),
+          std::move(m_errors)};
 }
 
 QStringList GraphDocument::parameterNames() const {

@@ -18,19 +18,17 @@ GraphExecution::GraphExecution(const Graph& graph, std::vector<RunRecord*> recor
       m_records(std::move(records)),
       m_stopSwitch(stopSwitch),
       m_options(options),
-      m_progress(options.progress
-                     ? std::function<void()>([this] { m_options.progress(progress()); })
-                     : nullptr),
+      m_progress([this] {
+        if (m_options.progress) {
+          m_options.progress(progress());
+        }
+      }),
       m_links(graph),
       m_order(m_links.order()),
       m_schedule(m_links, m_order, m_actions) {
   for (int i = 0; i < static_cast<int>(graph.actions.size()); ++i) {
     m_linkOfPin.emplace_back(at(graph.actions[at(i)].item->inputPinCount()));
-    m_actions.push_back(m_records[at(i)] == nullptr
-                            ? nullptr
-                            : std::make_unique<RunningAction>(*graph.actions[at(i)].item, i,
-                                                              *m_records[at(i)], stopSwitch,
-                                                              m_progress));
+    makeAction(i);
   }
   for (const GraphLink& link : graph.links) {
     if (takesPart(link)) {
@@ -38,11 +36,38 @@ GraphExecution::GraphExecution(const Graph& graph, std::vector<RunRecord*> recor
     }
   }
   m_stopSwitch.setWaker([this] { wakeAll(); });
+  if (m_options.progress || m_options.reportsActions) {
+    startSampler();
+  }
+}
+
+void GraphExecution::startSampler() {
+  std::vector<const ActionItem*> items;
+  items.reserve(m_actions.size());
+  for (const auto& running : m_actions) {
+    items.push_back(running == nullptr ? nullptr : &running->item());
+  }
+  m_sampler = std::make_unique<ActivitySampler>(items, m_progress);
 }
 
 GraphExecution::~GraphExecution() {
   m_stopSwitch.setWaker(nullptr);
   close();
+}
+
+void GraphExecution::makeAction(int index) {
+  if (m_records[at(index)] == nullptr) {
+    m_actions.push_back(nullptr);
+    return;
+  }
+  const GraphAction& action = m_graph.actions[at(index)];
+  ActionItem* item = action.item.get();
+  if (action.isDisabled) {
+    m_disabledActions.push_back(std::make_unique<DisabledAction>(*item));
+    item = m_disabledActions.back().get();
+  }
+  m_actions.push_back(std::make_unique<RunningAction>(*item, index, *m_records[at(index)],
+                                                      m_stopSwitch, m_progress));
 }
 
 bool GraphExecution::takesPart(const GraphLink& link) const {
@@ -152,8 +177,25 @@ std::vector<long long> GraphExecution::rowsOut(int index) const {
   return rows;
 }
 
+ActionProgress GraphExecution::progressOf(int index) const {
+  ActionProgress progress;
+  const RunningAction* running = action(index);
+  progress.rowsIn = rowsIn(index);
+  progress.rowsOut = rowsOut(index);
+  if (running == nullptr) {
+    return progress;
+  }
+  progress.phase = running->phase();
+  progress.fractionDone = running->hasBegun() ? running->item().completion() : 0.0;
+  progress.seconds = m_sampler == nullptr ? -1.0 : m_sampler->seconds(index);
+  return progress;
+}
+
 RunProgress GraphExecution::progress() const {
   RunProgress progress;
+  for (int i = 0; m_options.reportsActions && i < static_cast<int>(m_actions.size()); ++i) {
+    progress.actions.push_back(progressOf(i));
+  }
   for (std::size_t i = 0; i < m_actions.size(); ++i) {
     const bool isSource = std::none_of(m_linkOfPin[i].begin(), m_linkOfPin[i].end(),
                                        [](const RowLink* link) { return link != nullptr; });

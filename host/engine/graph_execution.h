@@ -9,6 +9,8 @@
 #include <memory>
 #include <vector>
 
+#include "host/engine/activity_sampler.h"
+#include "host/engine/disabled_action.h"
 #include "host/engine/execution_options.h"
 #include "host/engine/graph_links.h"
 #include "host/engine/row_links.h"
@@ -44,8 +46,10 @@ class GraphExecution {
   const std::vector<int>& order() const { return m_order; }
   std::vector<long long> rowsIn(int index) const;
   std::vector<long long> rowsOut(int index) const;
+  ActionProgress progressOf(int index) const;
 
  private:
+  void makeAction(int index);
   bool takesPart(const GraphLink& link) const;
   void makeLink(const GraphLink& link);
   bool isForked(int action) const;
@@ -53,6 +57,7 @@ class GraphExecution {
   Fork& forkOf(RunningAction& producer, OutputPin& pin);
   void closeAction(int index);
   void wakeAll();
+  void startSampler();
   RunProgress progress() const;
 
   const Graph& m_graph;
@@ -62,10 +67,12 @@ class GraphExecution {
   ProgressMeter m_progress;
   GraphLinks m_links;
   std::vector<int> m_order;
+  std::vector<std::unique_ptr<DisabledAction>> m_disabledActions;
   std::vector<std::unique_ptr<Fork>> m_forks;
   std::vector<std::vector<const RowLink*>> m_linkOfPin;  // [action][pin], null when not linked
   std::vector<std::unique_ptr<RunningAction>> m_actions;
   SinkSchedule m_schedule;
+  std::unique_ptr<ActivitySampler> m_sampler;  // null where nobody asks for progress
 };
 
 }  // namespace kelvarin

@@ -20,8 +20,7 @@ QString GraphError::text() const {
       .arg(message);
 }
 
-Result<Graph, GraphErrors> readGraph(const QString& file, const ActionCatalogue& catalogue,
-                                     const std::vector<ParameterOverride>& overrides) {
+Result<QByteArray, GraphErrors> readGraphFile(const QString& file) {
   QFile source(file);
   if (QFileInfo(file).isDir()) {
     return Failure{GraphErrors{
@@ -32,10 +31,20 @@ Result<Graph, GraphErrors> readGraph(const QString& file, const ActionCatalogue&
     const QString text = engine_messages::cannotReadGraph(source.errorString());
     return Failure{GraphErrors{{file, {}, hint.isEmpty() ? text : text + u' ' + hint}}};
   }
-  const QByteArray document = source.readAll();
+  QByteArray document = source.readAll();
   if (source.error() != QFileDevice::NoError) {
     return Failure{GraphErrors{{file, {}, engine_messages::cannotReadGraph(source.errorString())}}};
   }
+  return document;
+}
+
+Result<Graph, GraphErrors> readGraph(const QString& file, const ActionCatalogue& catalogue,
+                                     const std::vector<ParameterOverride>& overrides) {
+  const auto content = readGraphFile(file);
+  if (!content) {
+    return Failure{content.error()};
+  }
+  const QByteArray& document = *content;
   auto graph = parseGraph(document, file, catalogue, overrides);
   const bool isXml = document.trimmed().startsWith('<') || document.startsWith("\xEF\xBB\xBF<");
   if (const QString hint = foreignFormatHint(file, FileFormat::graph);
@@ -60,6 +69,21 @@ Result<Graph, GraphErrors> parseGraph(const QByteArray& document, const QString&
     return Failure{reader.errors()};
   }
   return reader.takeGraph();
+}
+
+Result<OpenedGraph, GraphErrors> openGraph(const QByteArray& document, const QString& file,
+                                           const ActionCatalogue& catalogue,
+                                           const std::vector<ParameterOverride>& overrides) {
+  const auto root = parseXml(document);
+  if (!root) {
+    return Failure{GraphErrors{{file, root.error().position, root.error().message}}};
+  }
+  GraphDocument reader(file, catalogue, GraphDocument::Faults::keep);
+  reader.read(*root, overrides);
+  if (!reader.isGraph()) {
+    return Failure{reader.errors()};
+  }
+  return reader.takeOpenedGraph();
 }
 
 }  // namespace kelvarin

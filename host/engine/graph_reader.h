@@ -40,4 +40,30 @@ Result<Graph, GraphErrors> parseGraph(const QByteArray& document, const QString&
                                       const ActionCatalogue& catalogue,
                                       const std::vector<ParameterOverride>& overrides = {});
 
+// A link as a file has it, whether it can be used or not.
+struct LinkInFile {
+  QString from;
+  int fromPin = 0;  // 0 where the file has no number
+  QString to;
+  int toPin = 0;
+};
+
+// A graph that is opened to be mended: nothing of the file is missing.
+struct OpenedGraph {
+  // An action for each element of the file's actions: one that stands for it (missing_action.h)
+  // where nobody offers the type. Only links without faults.
+  Graph graph;
+  std::vector<QString> whyActionCannotRun;  // by action; empty for one without faults
+  std::vector<LinkInFile> links;            // one for each element of the file's links
+  GraphErrors faults;
+};
+
+// The errors are those of a document that is no graph at all.
+Result<OpenedGraph, GraphErrors> openGraph(const QByteArray& document, const QString& file,
+                                           const ActionCatalogue& catalogue,
+                                           const std::vector<ParameterOverride>& overrides = {});
+
+// The content of a graph file, without a look into it.
+Result<QByteArray, GraphErrors> readGraphFile(const QString& file);
+
 }  // namespace kelvarin

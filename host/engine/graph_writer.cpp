@@ -4,6 +4,7 @@
 
 #include <QSaveFile>
 
+#include "host/contract/attribute_table.h"
 #include "host/engine/messages.h"
 
 namespace kelvarin {
@@ -45,13 +46,27 @@ void writeLinks(const Graph& graph, const std::vector<char>& isWritten, std::wos
   out << L"  </Links>\n";
 }
 
-}  // namespace
-
-QByteArray graphDocument(const Graph& graph) {
-  return graphDocument(graph, std::vector<char>(graph.actions.size(), 1));
+void writeNotes(const Graph& graph, std::wostringstream& out) {
+  if (graph.notes.empty()) {
+    return;
+  }
+  out << L"  <Notes>\n";
+  for (const GraphNote& note : graph.notes) {
+    out << L"    <Note";
+    writeAttribute(out, u"x", textOfValue(note.x));
+    writeAttribute(out, u"y", textOfValue(note.y));
+    writeAttribute(out, u"w", textOfValue(note.width));
+    writeAttribute(out, u"h", textOfValue(note.height));
+    if (!note.colour.isEmpty()) {
+      writeAttribute(out, u"color", note.colour);
+    }
+    out << L'>' << elementText(note.text) << L"</Note>\n";
+  }
+  out << L"  </Notes>\n";
 }
 
-QByteArray graphDocument(const Graph& graph, const std::vector<char>& isWritten) {
+// Of the actions with a 1 in `isWritten` and the links between them; all notes, or none.
+QByteArray documentOf(const Graph& graph, const std::vector<char>& isWritten, bool hasNotes) {
   std::wostringstream out;
   out << L"<?xml version='1.0' encoding='UTF-8'?>\n<KelvarinGraph version='1.0'>\n";
   writeParameters(graph, out);
@@ -63,8 +78,21 @@ QByteArray graphDocument(const Graph& graph, const std::vector<char>& isWritten)
   }
   out << L"  </Actions>\n";
   writeLinks(graph, isWritten, out);
+  if (hasNotes) {
+    writeNotes(graph, out);
+  }
   out << L"</KelvarinGraph>\n";
   return QString::fromStdWString(out.str()).toUtf8();
+}
+
+}  // namespace
+
+QByteArray graphDocument(const Graph& graph) {
+  return documentOf(graph, std::vector<char>(graph.actions.size(), 1), true);
+}
+
+QByteArray graphDocument(const Graph& graph, const std::vector<char>& isWritten) {
+  return documentOf(graph, isWritten, false);
 }
 
 Status<QString> saveGraph(const Graph& graph, const QString& file) {

@@ -31,7 +31,7 @@ PinColumns columnsOfInputPin(const Graph& graph, const ActionItem& action, int p
   RunRecord stopSwitch;
   columns = announcedColumns(graph, link->from, link->fromPin, stopSwitch, options);
   if (!columns.isKnown) {
-    columns.whyUnknown = firstErrorOf(services.takeLog());
+    columns.whyUnknown = firstErrorOf(services.takeLog()).text;
   }
   return columns;
 }

@@ -214,6 +214,13 @@ inline QString unknownOverride(const QString& name, const QStringList& known) {
                    .arg(name, known.join(QStringLiteral(", ")));
 }
 
+inline QString missingActionType(const QString& type) {
+  return QStringLiteral(
+             "Nobody offers actions of the type '%1'. Load the plug-in that has it, or put another "
+             "action in its place.")
+      .arg(type);
+}
+
 inline QString unknownAction(const QString& typeName, const QStringList& nearest,
                              const QStringList& all) {
   return nearest.isEmpty() ? QStringLiteral("there is no action <%1>; the actions are: %2.")
@@ -241,6 +248,17 @@ inline QString linkToAbsentAction(const QString& name, const QStringList& neares
 inline QString pinNotANumber(const QString& attribute, const QString& value) {
   return QStringLiteral("%1='%2' is not a pin number; pins are counted from 0.")
       .arg(attribute, value);
+}
+
+inline QString notANumber(const QString& attribute, const QString& value, const QString& element) {
+  return QStringLiteral("%1='%2' in <%3> is not a number.").arg(attribute, value, element);
+}
+
+inline QString notAColour(const QString& value) {
+  return QStringLiteral(
+             "color='%1' is not a colour; write it as red, green and blue in hexadecimal digits, "
+             "such as #FFF4C2.")
+      .arg(value);
 }
 
 inline QString linkToAbsentPin(const QString& action, bool isInput, int pin, int count) {

@@ -90,7 +90,7 @@ class PinRowsRequests::Task {
       failure = engine_messages::exceptionOutOfAction(m_document.lastAction(),
                                                       QString::fromLocal8Bit(exception.what()));
     }
-    end(failure.isEmpty() ? firstErrorOf(services.takeLog()) : failure);
+    end(failure, firstErrorOf(services.takeLog()));
     m_receiver.reset();
     m_hasEnded = true;
   }
@@ -151,7 +151,8 @@ class PinRowsRequests::Task {
     execution.close();
   }
 
-  void end(const QString& failure) {
+  void end(const QString& failureOfCopy, const LogLine& firstError) {
+    const QString failure = failureOfCopy.isEmpty() ? firstError.text : failureOfCopy;
     const bool hasFailed = m_record->status == RunningState::failed && !m_isLimited;
     if (!m_hasColumns && hasFailed) {
       PinColumns unknown;
@@ -165,6 +166,9 @@ class PinRowsRequests::Task {
                     : hasFailed   ? End::failed
                     : m_isLimited ? End::limit
                                   : End::complete;
+    if (end == End::failed && !firstError.action.isEmpty()) {
+      m_receiver->actionFailed(firstError.action);
+    }
     m_receiver->rowsEnded(end, end == End::failed ? failure : QString());
   }
 

@@ -1,43 +1,33 @@
-// Asks now and then how far a run is.
+// Reports how far a run is when somebody has asked for it.
 //
-// Counting costs an increment a call; the clock is read every few hundred calls, each of which may
-// be for many rows.
-// Used by: running_action.cpp.
-// Threads: the engine thread.
+// The engine looks at a flag after every call of an action; nothing else is done for it.
+// Used by: running_action.cpp, activity_sampler.cpp.
+// Threads: the engine thread; askForReport() is called on any.
 #pragma once
 
-#include <chrono>
+#include <atomic>
 #include <functional>
+#include <utility>
 
 namespace kelvarin {
 
 class ProgressMeter {
  public:
-  // An empty report is never called.
   explicit ProgressMeter(std::function<void()> report) : m_report(std::move(report)) {}
 
-  void countCall() {
-    if ((++m_calls & kCallsBetweenLooks) == 0) [[unlikely]] {
-      look();
-    }
-  }
+  // At the end of the call that is under way.
+  void askForReport() { m_isDue.store(true, std::memory_order_relaxed); }
 
- private:
-  using Clock = std::chrono::steady_clock;
-  static constexpr unsigned kCallsBetweenLooks = 0xFF;
-  static constexpr std::chrono::milliseconds kInterval{100};
-
-  void look() {
-    const Clock::time_point now = Clock::now();
-    if (m_report && now - m_lastReport >= kInterval) {
-      m_lastReport = now;
+  void reportWhenDue() {
+    if (m_isDue.load(std::memory_order_relaxed)) [[unlikely]] {
+      m_isDue.store(false, std::memory_order_relaxed);
       m_report();
     }
   }
 
+ private:
   std::function<void()> m_report;
-  unsigned m_calls = 0;
-  Clock::time_point m_lastReport = Clock::now();
+  std::atomic<bool> m_isDue{false};
 };
 
 }  // namespace kelvarin

@@ -15,6 +15,12 @@ QStringList RecordingServices::backendsOf(const ActionItem& action) {
   return found == m_backends.end() ? QStringList() : found->second;
 }
 
+ActionReport RecordingServices::reportOf(const ActionItem& action) {
+  const std::lock_guard lock(m_mutex);
+  const auto found = m_reports.find(&action);
+  return found == m_reports.end() ? ActionReport() : found->second;
+}
+
 QStringList RecordingServices::columnsNamedBy(const ActionItem& action) {
   const std::lock_guard lock(m_mutex);
   const auto found = m_namedColumns.find(&action);
@@ -47,6 +53,16 @@ void RecordingServices::backendsChosen(const ActionItem& action, const QStringLi
   }
   if (m_program != nullptr) {
     m_program->backendsChosen(action, labels);
+  }
+}
+
+void RecordingServices::actionReported(const ActionItem& action, const ActionReport& report) {
+  {
+    const std::lock_guard lock(m_mutex);
+    m_reports[&action] = report;
+  }
+  if (m_program != nullptr) {
+    m_program->actionReported(action, report);
   }
 }
 

@@ -21,9 +21,11 @@ class RecordingServices final : public HostServices {
   std::vector<LogLine> takeLog();
   QStringList backendsOf(const ActionItem& action);
   QStringList columnsNamedBy(const ActionItem& action);
+  ActionReport reportOf(const ActionItem& action);
 
   void log(LogLevel level, const QString& text, const ActionItem* action) override;
   void backendsChosen(const ActionItem& action, const QStringList& labels) override;
+  void actionReported(const ActionItem& action, const ActionReport& report) override;
   bool outOfDiskSpace(const QString& file, int missingBytes, bool canRetry) override;
   GlobalUserMode userMode() override;
   EditedGraph* editedGraph() override;
@@ -45,6 +47,7 @@ class RecordingServices final : public HostServices {
   std::vector<LogLine> m_log;
   std::map<const ActionItem*, QStringList> m_backends;
   std::map<const ActionItem*, QStringList> m_namedColumns;
+  std::map<const ActionItem*, ActionReport> m_reports;
 };
 
 }  // namespace kelvarin

@@ -21,7 +21,7 @@ const OneRow* StraightLink::next() {
 }
 
 void StraightLink::take(std::size_t count) {
-  m_pin.takeRows(&m_producer.item(), count);
+  m_producer.takeRows(m_pin, count);
   m_pin.rowsPublished += static_cast<long long>(count);
   m_rowsRead += static_cast<long long>(count);
 }

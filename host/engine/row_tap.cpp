@@ -11,16 +11,23 @@ void RowTap::receive(const OneRow& row) {
   passColumns();
   if (m_batch == nullptr) {
     m_batch = std::make_shared<PinRows>(m_columns, m_rowCount);
+    m_batchStart = Clock::now();
   }
   m_batch->append(row);
   ++m_rowCount;
-  if (isFull() || m_batch->rowCount() == kRowsInBatch || m_batch->byteCount() >= kBytesInBatch) {
+  if (isBatchFull()) {
     flush();
   }
 }
 
+bool RowTap::isBatchFull() const {
+  return isFull() || (!m_hasPassedRows && m_rowCount == kFirstRows) ||
+         m_batch->rowCount() == kRowsInBatch || m_batch->byteCount() >= kBytesInBatch;
+}
+
 void RowTap::flushWhenDue() {
-  if (m_batch != nullptr && Clock::now() - m_lastFlush > kLongestWait) {
+  const auto longestWait = m_hasPassedRows ? kWaitOfRows : kWaitOfFirstRows;
+  if (m_batch != nullptr && Clock::now() - m_batchStart > longestWait) {
     flush();
   }
 }
@@ -47,7 +54,7 @@ void RowTap::passColumns() {
 void RowTap::flush() {
   m_receiver.rowsArrived(std::move(m_batch));
   m_batch = nullptr;
-  m_lastFlush = Clock::now();
+  m_hasPassedRows = true;
 }
 
 }  // namespace kelvarin

@@ -21,7 +21,8 @@ class RowTap final : public RowReceiver {
   bool isFull() const { return m_rowCount == m_limit; }
   // Whether the receiver has got the columns.
   bool hasColumns() const { return m_hasColumns; }
-  // Passes on what has waited for a while, so that slow branches show something.
+  // Passes on what has waited for a while, the first rows sooner, so that slow branches show
+  // something.
   void flushWhenDue();
   // Passes on what there is; of an announced pin without rows, the columns.
   void finish();
@@ -30,9 +31,13 @@ class RowTap final : public RowReceiver {
   using Clock = std::chrono::steady_clock;
   static constexpr std::size_t kRowsInBatch = 1000;
   static constexpr std::size_t kBytesInBatch = 4 << 20;
-  static constexpr std::chrono::milliseconds kLongestWait{100};
+  // Enough to fill a window; they need not wait for the rest of a batch.
+  static constexpr long long kFirstRows = 100;
+  static constexpr std::chrono::milliseconds kWaitOfFirstRows{20};
+  static constexpr std::chrono::milliseconds kWaitOfRows{100};
 
   void passColumns();
+  bool isBatchFull() const;
   void flush();
 
   const OutputPin& m_pin;
@@ -43,7 +48,8 @@ class RowTap final : public RowReceiver {
   bool m_hasColumns = false;
   std::shared_ptr<PinRows> m_batch;
   long long m_rowCount = 0;
-  Clock::time_point m_lastFlush = Clock::now();
+  bool m_hasPassedRows = false;
+  Clock::time_point m_batchStart;
 };
 
 }  // namespace kelvarin

@@ -4,14 +4,25 @@
 #include "host/engine/graph_execution.h"
 #include "host/engine/recording_services.h"
 #include "host/engine/run_results.h"
+#include "host/engine/written_files.h"
 
 namespace kelvarin {
 
 namespace {
 
+void addWrittenFiles(const Graph& graph, const QDateTime& startOfRun, RunResult& result) {
+  for (std::size_t i = 0; i < graph.actions.size(); ++i) {
+    if (!graph.actions[i].isDisabled) {
+      result.actions[i].files = writtenFiles(*graph.actions[i].item, startOfRun);
+    }
+  }
+}
+
 RunResult runOnThisStack(const Graph& graph, RunRecord& record, const ExecutionOptions& options,
                          RecordingServices& services) {
   reportWarnings(graph);
+  record.countsValues = options.countsValues;
+  const QDateTime start = QDateTime::currentDateTime();
   GraphExecution execution(graph, std::vector<RunRecord*>(graph.actions.size(), &record), record,
                            options);
   if (!checkUsedFiles(graph)) {
@@ -23,7 +34,11 @@ RunResult runOnThisStack(const Graph& graph, RunRecord& record, const ExecutionO
   // their names.
   record.endNormally();
   execution.close();
-  return resultOf(graph, execution, services);
+  RunResult result = resultOf(graph, execution, services);
+  if (record.status == GlobalParameters::RunningState::endedNormally) {
+    addWrittenFiles(graph, start, result);
+  }
+  return result;
 }
 
 }  // namespace

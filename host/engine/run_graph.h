@@ -12,6 +12,7 @@
 #include <QString>
 #include <QStringList>
 
+#include "host/contract/action_report.h"
 #include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 #include "host/contract/pin_columns.h"
@@ -27,14 +28,23 @@ struct LogLine {
   LogDetails details;  // the position is known wherever an action is
 };
 
+struct WrittenFile {
+  QString path;
+  long long bytes = 0;
+};
+
 struct ActionResult {
   QString name;
   QString typeName;
-  std::vector<long long> rowsIn;   // one number a pin
-  std::vector<long long> rowsOut;  // one number a pin
-  QStringList backends;            // of an expression action, one label an output
-  QStringList namedColumns;        // in a check, the new columns whose names the action computed
-  std::vector<PinColumns> pins;    // its output pins; unknown where it announced nothing
+  ActionPhase phase = ActionPhase::waiting;  // when the run ended
+  double seconds = -1.0;                     // of work in the action itself; -1 when not measured
+  std::vector<long long> rowsIn;             // one number a pin
+  std::vector<long long> rowsOut;            // one number a pin
+  QStringList backends;                      // of an expression action, one label an output
+  QStringList namedColumns;      // in a check, the new columns whose names the action computed
+  std::vector<PinColumns> pins;  // its output pins; unknown where it announced nothing
+  ActionReport report;
+  std::vector<WrittenFile> files;  // by a run that ended well
   int source = -1;                 // the action linked to its first input pin
   int sourcePin = 0;
 };

@@ -23,10 +23,10 @@ std::vector<PinColumns> columnsOfPins(const RunningAction* action) {
 
 }  // namespace
 
-QString firstErrorOf(const std::vector<LogLine>& log) {
+LogLine firstErrorOf(const std::vector<LogLine>& log) {
   const auto found = std::find_if(
       log.begin(), log.end(), [](const LogLine& line) { return line.level == LogLevel::error; });
-  return found == log.end() ? QString() : found->text;
+  return found == log.end() ? LogLine() : *found;
 }
 
 PinColumns columnsOf(const OutputPin& pin) {
@@ -60,10 +60,19 @@ RunResult resultOf(const Graph& graph, const GraphExecution& execution,
   for (std::size_t i = 0; i < graph.actions.size(); ++i) {
     const ActionItem& item = *graph.actions[i].item;
     const int index = static_cast<int>(i);
-    result.actions.push_back({graph.actions[i].name, QString::fromLatin1(item.typeName()),
-                              execution.rowsIn(index), execution.rowsOut(index),
-                              services.backendsOf(item), services.columnsNamedBy(item),
-                              columnsOfPins(execution.action(index))});
+    const ActionProgress progress = execution.progressOf(index);
+    ActionResult action;
+    action.name = graph.actions[i].name;
+    action.typeName = QString::fromLatin1(item.typeName());
+    action.phase = progress.phase;
+    action.seconds = progress.seconds;
+    action.rowsIn = progress.rowsIn;
+    action.rowsOut = progress.rowsOut;
+    action.backends = services.backendsOf(item);
+    action.namedColumns = services.columnsNamedBy(item);
+    action.pins = columnsOfPins(execution.action(index));
+    action.report = services.reportOf(item);
+    result.actions.push_back(std::move(action));
   }
   for (const GraphLink& link : graph.links) {
     if (link.toPin == 0) {

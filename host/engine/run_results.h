@@ -16,8 +16,8 @@ namespace kelvarin {
 RunResult resultOfWork(const Graph& graph, RunRecord& record,
                        const std::function<RunResult(RecordingServices&)>& work);
 
-// The text of the first error; empty where there is none.
-QString firstErrorOf(const std::vector<LogLine>& log);
+// One without a text where there is none.
+LogLine firstErrorOf(const std::vector<LogLine>& log);
 
 // What the pin has announced.
 PinColumns columnsOf(const OutputPin& pin);

@@ -75,13 +75,29 @@ void RunningAction::compute() {
   m_isComputing = true;
   m_item.setFinished(guarded([this] { return m_item.compute(); }, true));
   m_isComputing = false;
-  m_progress.countCall();
+  m_progress.reportWhenDue();
   if (m_awaitsFirstRow) {
     noteFirstRow();
   }
   if (isFinished()) {
+    m_hasCompleted = m_record.isRunning() && m_stopSwitch.isRunning();
     letRowsGo();
   }
+}
+
+void RunningAction::takeRows(OutputPin& pin, std::size_t count) {
+  const CurrentAction current(&m_item, m_currentAction);
+  pin.takeRows(&m_item, count);
+}
+
+ActionPhase RunningAction::phase() const {
+  if (m_item.hasFailed()) {
+    return ActionPhase::failed;
+  }
+  if (m_hasCompleted) {
+    return ActionPhase::finished;
+  }
+  return m_hasBegun ? ActionPhase::running : ActionPhase::waiting;
 }
 
 // An action that has published a row without ever asking a pin does not read that pin.

@@ -10,6 +10,7 @@
 
 #include "host/contract/action_item.h"
 #include "host/contract/host_session.h"
+#include "host/engine/execution_options.h"
 #include "host/engine/progress_meter.h"
 
 namespace kelvarin {
@@ -53,6 +54,11 @@ class RunningAction {
     return true;
   }
 
+  // Has the rows of the last offer go by, as many as that.
+  void takeRows(OutputPin& pin, std::size_t count);
+
+  ActionPhase phase() const;
+
   // Logs an error on behalf of the action and fails its run.
   void fail(const QString& text);
 
@@ -77,6 +83,7 @@ class RunningAction {
   std::vector<QueueLink*> m_queues;  // of this action's input pins
   bool m_hasBegun = false;
   bool m_isComputing = false;
+  bool m_hasCompleted = false;  // it finished, and not because the run was over
   bool m_awaitsFirstRow;
 };
 

@@ -9,6 +9,8 @@
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QDialog>
+#include <QMouseEvent>
+#include <QPointer>
 #include <QTest>
 #include <QTimer>
 #include <QWheelEvent>
@@ -38,6 +40,11 @@ std::uint32_t seedOfRun() {
   return seed;
 }
 
+int countOfRun(int usual) {
+  const QByteArray given = qgetenv("RANDOM_EVENTS_COUNT");
+  return given.isEmpty() ? usual : given.toInt();
+}
+
 class RandomEvents {
   int below(std::size_t bound) { return static_cast<int>(m_engine() % bound); }
   template <typename List>
@@ -59,25 +66,25 @@ class RandomEvents {
     }
     switch (below(8)) {
       case 0:
-        QTest::mouseClick(target, Qt::LeftButton, anyModifier(), pointIn(*target));
+        click(*target, Qt::LeftButton, anyModifier());
         break;
       case 1:
-        QTest::mouseDClick(target, Qt::LeftButton, Qt::NoModifier, pointIn(*target));
+        doubleClick(*target);
         break;
       case 2:
-        QTest::mouseClick(target, Qt::RightButton, Qt::NoModifier, pointIn(*target));
+        click(*target, Qt::RightButton, Qt::NoModifier);
         break;
       case 3:
         turnWheel(*target);
         break;
       case 4:
-        QTest::keyClick(withFocus(target), pick(kKeys), anyModifier());
+        press(*withFocus(target), pick(kKeys), anyModifier());
         break;
       case 5:
         target->setFocus();
         break;
       default:
-        QTest::keyClick(withFocus(target), kLetters[below(sizeof kLetters - 1)]);
+        press(*withFocus(target), kLetters[below(sizeof kLetters - 1)], Qt::NoModifier);
     }
     QApplication::processEvents();
   }
@@ -105,6 +112,39 @@ class RandomEvents {
             below(static_cast<std::size_t>(std::max(1, widget.height())))};
   }
 
+  // What an event of a click does may delete the widget.
+  void click(QWidget& widget, Qt::MouseButton button, Qt::KeyboardModifier modifier) {
+    const QPointer<QWidget> target(&widget);
+    const QPoint at = pointIn(widget);
+    QTest::mousePress(target, button, modifier, at);
+    if (target != nullptr) {
+      QTest::mouseRelease(target, button, modifier, at);
+    }
+  }
+
+  void doubleClick(QWidget& widget) {
+    const QPointer<QWidget> target(&widget);
+    const QPoint at = pointIn(widget);
+    click(widget, Qt::LeftButton, Qt::NoModifier);
+    if (target != nullptr) {
+      QMouseEvent event(QEvent::MouseButtonDblClick, at, target->mapToGlobal(at), Qt::LeftButton,
+                        Qt::LeftButton, Qt::NoModifier);
+      QApplication::sendEvent(target, &event);
+    }
+    if (target != nullptr) {
+      QTest::mouseRelease(target, Qt::LeftButton, Qt::NoModifier, at);
+    }
+  }
+
+  template <typename Key>
+  static void press(QWidget& widget, Key key, Qt::KeyboardModifier modifier) {
+    const QPointer<QWidget> target(&widget);
+    QTest::keyPress(target, key, modifier);
+    if (target != nullptr) {
+      QTest::keyRelease(target, key, modifier);
+    }
+  }
+
   void turnWheel(QWidget& widget) {
     const QPoint at = pointIn(widget);
     const int angle = below(2) == 0 ? 120 : -120;
@@ -127,7 +167,9 @@ class RandomEvents {
       dialog->reject();
       return;
     }
-    buttons[below(static_cast<std::size_t>(buttons.size()))]->click();
+    // Later, since what it opens may be a question again, which needs this timer.
+    QPointer<QAbstractButton> button = buttons[below(static_cast<std::size_t>(buttons.size()))];
+    QTimer::singleShot(0, button, [button] { button->click(); });
   }
 
   QWidget& m_root;
@@ -143,7 +185,8 @@ void sendRandomEvents(QWidget& root, int count, const std::function<void(int)>& 
     QTest::keySequence(view, QKeySequence::Copy);  // also where nothing is chosen
   }
   RandomEvents events(root, seedOfRun());
-  for (int i = 0; i < count; ++i) {
+  const int total = countOfRun(count);
+  for (int i = 0; i < total; ++i) {
     events.send();
     if (afterEach) {
       afterEach(i);

@@ -12,7 +12,7 @@ namespace kelvarin::testing {
 
 // Sends `count` events to visible children of `root`; questions that come up are answered at
 // random. `afterEach` is called between them, with the number of the event; it may end the test by
-// an assertion. The seed is printed, and taken from RANDOM_EVENTS_SEED where that is set.
+// an assertion. The seed is printed. RANDOM_EVENTS_SEED and RANDOM_EVENTS_COUNT set other values.
 void sendRandomEvents(QWidget& root, int count,
                       const std::function<void(int)>& afterEach = nullptr);
 

@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QHash>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -132,6 +133,33 @@ QList<OwnedKey> keysOf(const QWidget& root) {
   return keys;
 }
 
+// Actions, File, Edit, Graph, Help, Log, View.
+const QString kWindowLetters = QStringLiteral("afeghlv");
+// Ansicht, Aktionen, Graph, Hilfe, Protokoll.
+const QString kGermanWindowLetters = QStringLiteral("akghp");
+
+// That may have a mnemonic.
+QStringList visibleTexts(const QWidget& root) {
+  QStringList texts;
+  for (const QWidget* widget : root.findChildren<QWidget*>()) {
+    if (!widget->isVisibleTo(&root)) {
+      continue;
+    }
+    if (const auto* button = qobject_cast<const QAbstractButton*>(widget)) {
+      texts += button->text();
+    } else if (const auto* label = qobject_cast<const QLabel*>(widget)) {
+      texts += label->buddy() != nullptr ? label->text() : QString();
+    } else if (const auto* box = qobject_cast<const QGroupBox*>(widget)) {
+      texts += box->title();
+    } else if (const auto* tabs = qobject_cast<const QTabBar*>(widget)) {
+      for (int i = 0; i < tabs->count(); ++i) {
+        texts += tabs->tabText(i);
+      }
+    }
+  }
+  return texts;
+}
+
 bool isWithin(const QWidget* inner, const QWidget* outer) {
   return inner == outer || (outer != nullptr && outer->isAncestorOf(inner));
 }
@@ -219,6 +247,26 @@ QStringList keysWithTwoOwners(QWidget& root) {
                              .arg(keys[i].key.toString(), keys[i].owner, keys[k].owner));
       }
     }
+  }
+  return faults;
+}
+
+QStringList mnemonicsWithTwoOwners(QWidget& root, const QString& language) {
+  QHash<QChar, QString> owners;
+  for (const QChar letter : language == u"de" ? kGermanWindowLetters : kWindowLetters) {
+    owners.insert(letter, QStringLiteral("the window"));
+  }
+  QStringList faults;
+  for (const QString& text : visibleTexts(root)) {
+    const QKeySequence key = QKeySequence::mnemonic(text);
+    if (key.isEmpty()) {
+      continue;
+    }
+    const QChar letter = key.toString().back().toLower();
+    if (owners.contains(letter)) {
+      faults.push_back(QStringLiteral("%1: '%2' and '%3'").arg(letter).arg(owners[letter], text));
+    }
+    owners.insert(letter, text);
   }
   return faults;
 }

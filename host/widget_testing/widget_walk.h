@@ -24,6 +24,9 @@ QStringList controlsOutOfTabReach(QWidget& root);
 QStringList cutTexts(QWidget& root);
 // Keys that belong to two actions, shortcuts or buttons which can be active at the same time.
 QStringList keysWithTwoOwners(QWidget& root);
+// Letters that are the mnemonic of two texts which are visible now. Those of the menus and lists
+// around an editor count as texts, in the language ("de") of the translation that is installed.
+QStringList mnemonicsWithTwoOwners(QWidget& root, const QString& language = QStringLiteral("en"));
 
 // While it lives, all texts are so many times as large.
 class LargeFonts {

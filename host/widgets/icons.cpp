@@ -66,6 +66,10 @@ const char* drawingOf(IconName name) {
              "<path d='M9.6 9.7a2.4 2.4 0 1 1 3.6 2.200c-.8.5-1.2.9-1.2 1.800M12 16.600v.2'/>";
     case IconName::history:
       return "<path d='M5 12a7.5 7.5 0 1 0 2.2-5.300M6 3.500v4h4M12.5 8v4.500l3 2'/>";
+    case IconName::undo:
+      return "<path d='M9 5L4.5 9.500L9 14M5 9.500h9a5 5 0 0 1 0 10h-3'/>";
+    case IconName::redo:
+      return "<path d='M15 5l4.500 4.500L15 14M19 9.500h-9a5 5 0 0 0 0 10h3'/>";
   }
   return "";
 }

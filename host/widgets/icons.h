@@ -36,7 +36,9 @@ enum class IconName {
   save,
   reload,
   help,
-  history
+  history,
+  undo,
+  redo
 };
 
 KELVARIN_CORE QIcon icon(IconName name);

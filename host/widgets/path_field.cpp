@@ -2,7 +2,6 @@
 
 #include <QAbstractItemView>
 #include <QCompleter>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -99,23 +98,10 @@ void PathField::browse() {
   if (QFileInfo(start).isRelative()) {
     start = m_folder + QLatin1Char('/') + start;
   }
-  QString chosen;
-  switch (m_mode) {
-    case Mode::openFile:
-      chosen = QFileDialog::getOpenFileName(this, m_caption, start, m_filter);
-      break;
-    case Mode::saveFile:
-      chosen = QFileDialog::getSaveFileName(this, m_caption, start, m_filter);
-      break;
-    case Mode::folder:
-      chosen = QFileDialog::getExistingDirectory(this, m_caption, start);
-      break;
-  }
-  if (chosen.isEmpty()) {
-    return;
-  }
-  m_edit->setText(chosen);
-  reportChange();
+  askForFile(this, {m_mode, m_caption, start, m_filter}, [this](const QString& chosen) {
+    m_edit->setText(chosen);
+    reportChange();
+  });
 }
 
 void PathField::reportChange() {

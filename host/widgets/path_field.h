@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <QWidget>
 
-#include "base/export.h"
+#include "host/widgets/file_question.h"
 
 class QLineEdit;
 
@@ -17,7 +17,7 @@ class KELVARIN_CORE PathField : public QWidget {
   Q_OBJECT
 
  public:
-  enum class Mode { openFile, saveFile, folder };
+  using Mode = FileQuestion::Kind;
 
   explicit PathField(Mode mode, QWidget* parent = nullptr);
 

@@ -17,7 +17,11 @@ QMap<QString, QString> UpdateClassWidget::uncommittedState() const {
 }
 
 void UpdateClassWidget::commit() {}
+void UpdateClassWidget::restoreUncommitted(const QMap<QString, QString>&) {}
 void UpdateClassWidget::showPosition(const QString&, int) {}
+bool UpdateClassWidget::stepToRow(long long) {
+  return false;
+}
 
 QString tGetOpenFileName(QWidget* parent, QString caption, QString folder, QString filter) {
   if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {

@@ -20,11 +20,17 @@ class KELVARIN_CORE UpdateClassWidget : public QWidget {
   // What the user has typed and not yet committed to the action, for a recovery file: names of
   // fields and their texts. Empty when there is nothing.
   virtual QMap<QString, QString> uncommittedState() const;
+  // Puts such texts back into their fields, not committed. Names of fields that it does not have
+  // are passed over.
+  virtual void restoreUncommitted(const QMap<QString, QString>& texts);
   // Commits it as if the focus had left the field.
   virtual void commit();
   // Leads to what a line of the log is about: a position in the expression of an output, -1 where
   // only the output is known; an empty output is the action's one expression.
   virtual void showPosition(const QString& output, int position);
+  // Begins to debug and stops at this row of the action's input, counted from 0. False where the
+  // editor has no debugger.
+  virtual bool stepToRow(long long row);
 };
 
 // Asks for a file that exists; empty when the user gave up or when there is no screen, which is

@@ -1,5 +1,4 @@
 #include "ui/columnar/block_filter_page.h"
-#include "ui/panels/wrapping_choice.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -7,24 +6,35 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
-#include <QShortcut>
 #include <QSpinBox>
+#include <QTableView>
 #include <QToolButton>
 #include <QVBoxLayout>
 
 #include "host/widgets/icons.h"
 #include "host/widgets/info_line.h"
-#include "ui/error_dialog/expression_report.h"
-#include "ui/error_dialog/interface_math_parser_check.h"
+#include "ui/columnar/block_values_model.h"
+#include "ui/columnar/committed_verdict.h"
 #include "ui/panels/time_parameters_panel.h"
+#include "ui/panels/wrapping_choice.h"
 #include "ui/widgets/enhanced_table_delegate.h"
 #include "ui/widgets/k_plain_text_edit.h"
 #include "ui/widgets/my_table.h"
 
 namespace kelvarin {
 
+namespace {
+
+constexpr int kShownBlocks = 4;
+constexpr int kColumnGap = 12;
+
+}  // namespace
+
 BlockFilterPage::BlockFilterPage(const ActionItem& action, QWidget* parent)
-    : SettingsPage(parent), m_action(action), m_model(new BlockVariablesModel(this)) {
+    : SettingsPage(parent),
+      m_action(action),
+      m_values(new BlockValuesModel(this)),
+      m_model(new BlockVariablesModel(this)) {
   addExpression();
   addVariables();
   addTime();
@@ -40,33 +50,65 @@ void BlockFilterPage::addExpression() {
   m_field->setHistoryKey(QStringLiteral("blockFilter"));
   m_field->setAccessibleName(tr("Block filter"));
   m_field->setValuesShown(false);
-  m_field->editor()->setMaximumHeight(7 * fontMetrics().height());
+  m_field->editor()->setMaximumHeight(5 * fontMetrics().height());
   m_trial = new InfoLine(this);
   m_trial->setObjectName(QStringLiteral("trial"));
   m_trial->setReservedLines(1);
   box->layout()->addWidget(choiceRow(m_isApplied));
   box->layout()->addWidget(m_field);
   box->layout()->addWidget(m_trial);
-  connect(m_field, &ExpressionField::editingFinished, this, [this] {
-    m_isVerdictDue = m_field->expression() != m_loaded;
+  addBlockValues(*box);
+  m_verdict = new CommittedVerdict(*m_field, *this);
+  connect(m_verdict, &CommittedVerdict::fieldWanted, this, &BlockFilterPage::pageWanted);
+  connect(m_verdict, &CommittedVerdict::checkWanted, this, [this] {
     emit changed();
-  });
-  auto* check = new QShortcut(Qt::Key_F7, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
-  connect(check, &QShortcut::activated, this, [this] {
-    emit changed();
-    m_isVerdictDue = true;
-    m_reported = QString();
     setFormula();
+  });
+  connect(m_field, &ExpressionField::editingFinished, this, [this] {
+    if (m_field->expression() != m_loaded) {
+      m_verdict->expect(m_field->expression());
+    }
+    emit changed();
   });
   connect(m_field, &ExpressionField::answered, this, &BlockFilterPage::takeAnswer);
   connect(m_field, &ExpressionField::helpWanted, this, &BlockFilterPage::helpWanted);
   connect(m_field, &ExpressionField::columnWanted, m_model, &BlockVariablesModel::addOffered);
 
   m_blocksAhead = spinBox("sbBlocksAhead", 0, 1000, tr("Blocks read ahead"));
-  auto* label = new QLabel(tr("Blocks read a&head:"), box);
+  auto* label = new QLabel(tr("Blocks &read ahead:"), box);
   label->setBuddy(m_blocksAhead);
   m_blocksAhead->setToolTip(tr("Read on a thread of their own while rows are computed; 0: none."));
   box->layout()->addWidget(rowOf({label, m_blocksAhead}, box));
+}
+
+void BlockFilterPage::addBlockValues(QGroupBox& box) {
+  m_valuesTable = new QTableView(&box);
+  m_valuesTable->setObjectName(QStringLiteral("blockValues"));
+  m_valuesTable->setAccessibleName(tr("The first blocks of the file"));
+  m_valuesTable->setModel(m_values);
+  m_valuesTable->setItemDelegate(new EnhancedTableDelegate(m_valuesTable));
+  m_valuesTable->setSelectionMode(QAbstractItemView::SingleSelection);
+  m_valuesTable->setTabKeyNavigation(false);
+  m_valuesTable->setShowGrid(false);
+  m_valuesTable->setAlternatingRowColors(true);
+  m_valuesTable->setWordWrap(false);
+  m_valuesTable->verticalHeader()->hide();
+  m_valuesTable->horizontalHeader()->setHighlightSections(false);
+  m_valuesTable->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  const int row = fontMetrics().height() + 6;
+  m_valuesTable->verticalHeader()->setMinimumSectionSize(row);
+  m_valuesTable->verticalHeader()->setDefaultSectionSize(row);
+  m_valuesTable->horizontalHeader()->setFixedHeight(row);
+  m_valuesTable->setFixedHeight((1 + kShownBlocks) * row + 2 * m_valuesTable->frameWidth());
+  m_valuesTable->hide();
+  box.layout()->addWidget(m_valuesTable);
+}
+
+void BlockFilterPage::fitBlockValues() {
+  m_valuesTable->resizeColumnsToContents();
+  for (int column = 0; column < m_values->columnCount(); ++column) {
+    m_valuesTable->setColumnWidth(column, m_valuesTable->columnWidth(column) + kColumnGap);
+  }
 }
 
 void BlockFilterPage::addVariables() {
@@ -202,31 +244,14 @@ void BlockFilterPage::setFormula() {
 }
 
 void BlockFilterPage::takeAnswer(const FormulaAnswer& answer) {
-  const bool isRefused = answer.check.kind == ExpressionCheck::Kind::error;
-  if (m_isVerdictDue && m_field->expression() == m_loaded) {
-    m_isVerdictDue = false;
-    m_field->setRefused(isRefused);
-    if (isRefused) {
-      report(answer);
-    }
-  }
-  if (isRefused || !answer.isComplete) {
+  m_values->setExpression(m_field->expression());
+  fitBlockValues();
+  if (m_verdict->isRefused(answer) || !answer.isComplete) {
     m_trial->clear();
+    m_values->forgetVerdicts();
     return;
   }
   emit trialWanted();
-}
-
-void BlockFilterPage::report(const FormulaAnswer& answer) {
-  const QString expression = m_field->expression();
-  if (expression == m_reported) {
-    return;
-  }
-  m_reported = expression;
-  auto* dialog = new Interface_MathParserCheck(reportOf(expression, answer), this);
-  dialog->setAttribute(Qt::WA_DeleteOnClose);
-  connect(dialog, &Interface_MathParserCheck::goThere, m_field, &ExpressionField::showPart);
-  dialog->show();
 }
 
 void BlockFilterPage::setFile(const TableSummary* summary) {
@@ -241,12 +266,21 @@ void BlockFilterPage::setFile(const TableSummary* summary) {
     m_newColumn->setCurrentText(typed);
   }
   m_model->setFile(summary);
+  m_values->clear();
+  m_valuesTable->setVisible(summary != nullptr);
   m_table->resizeColumnsToContents();
   setFormula();
 }
 
-void BlockFilterPage::showTrial(const ShownText& trial) {
-  m_trial->setMessage(trial.severity, trial.text);
+void BlockFilterPage::showTrial(const BlockFilterTrial& trial, const ShownText& words) {
+  m_values->setTrial(trial);
+  fitBlockValues();
+  m_trial->setMessage(words.severity, words.text);
+}
+
+void BlockFilterPage::showNoTrial(const ShownText& why) {
+  m_values->forgetVerdicts();
+  m_trial->setMessage(why.severity, why.text);
 }
 
 }  // namespace kelvarin

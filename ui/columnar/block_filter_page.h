@@ -3,6 +3,7 @@
 #pragma once
 
 #include "columnar/actions/block_filter.h"
+#include "columnar/actions/block_filter_trial.h"
 #include "columnar/actions/read_settings.h"
 #include "ui/columnar/block_variables_model.h"
 #include "ui/columnar/summary_texts.h"
@@ -10,10 +11,13 @@
 #include "ui/widgets/expression_field.h"
 
 class QComboBox;
+class QTableView;
 class QToolButton;
 
 namespace kelvarin {
 
+class BlockValuesModel;
+class CommittedVerdict;
 class InfoLine;
 class MyTable;
 class TimeParametersPanel;
@@ -32,28 +36,35 @@ class BlockFilterPage : public SettingsPage {
   // The user changed it since load().
   bool isEdited(const BlockFilter& loaded) const;
   void setFile(const TableSummary* summary);
-  void showTrial(const ShownText& trial);
+  void showTrial(const BlockFilterTrial& trial, const ShownText& words);
+  // Nothing was tried.
+  void showNoTrial(const ShownText& why);
 
  signals:
   // The expression can be tried: it was checked, and is right.
   void trialWanted();
   void helpWanted(const QString& name);
+  // The page is to be shown.
+  void pageWanted();
 
  private:
   void addExpression();
+  void addBlockValues(QGroupBox& box);
+  void fitBlockValues();
   void addVariables();
   void addTime();
   void setFormula();
   void takeAnswer(const FormulaAnswer& answer);
-  // Shows the fault of the expression in a dialog, once a text.
-  void report(const FormulaAnswer& answer);
   void edit();
   void addColumn();
 
   const ActionItem& m_action;
   QCheckBox* m_isApplied;
   ExpressionField* m_field;
+  CommittedVerdict* m_verdict;
   InfoLine* m_trial;
+  BlockValuesModel* m_values;
+  QTableView* m_valuesTable;
   BlockVariablesModel* m_model;
   MyTable* m_table;
   QComboBox* m_newColumn;
@@ -61,10 +72,8 @@ class BlockFilterPage : public SettingsPage {
   QToolButton* m_timeButton;
   TimeParametersPanel* m_time;
   QSpinBox* m_blocksAhead;
-  bool m_isEdited = false;      // the variables or the time parameters
-  bool m_isVerdictDue = false;  // of a committed expression, or one that is to be checked
-  QString m_loaded;             // the expression as the action has it
-  QString m_reported;           // the one whose fault was shown last
+  bool m_isEdited = false;  // the variables or the time parameters
+  QString m_loaded;         // the expression as the action has it
 };
 
 }  // namespace kelvarin

@@ -1,10 +1,9 @@
 #include "ui/columnar/interface_read_columnar_gel.h"
 
-#include <QFileDialog>
-
 #include "columnar/actions/messages.h"
 #include "columnar/actions/read_columnar_gel.h"
 #include "columnar/format/file_names.h"
+#include "host/widgets/file_question.h"
 #include "ui/columnar/action_copy.h"
 #include "ui/columnar/block_filter_page.h"
 #include "ui/columnar/read_columns_page.h"
@@ -39,10 +38,14 @@ Interface_readColumnarGel::Interface_readColumnarGel(QWidget* parent, ReadColumn
   addPage(m_reliabilityPage, tr("Reliability"));
   addHelpPage();
   watch(m_filterPage->field(), "expression");
-  m_askForNewFile = [this](const QString& proposal) {
-    return QFileDialog::getSaveFileName(this, tr("Salvage to a new table"), proposal,
-                                        tr("Columnar files (*.cgel_kelvarin)"), nullptr,
-                                        QFileDialog::DontConfirmOverwrite);
+  m_askForNewFile = [this](const QString& proposal, std::function<void(const QString&)> chosen) {
+    askForFile(this,
+               {.kind = FileQuestion::Kind::saveFile,
+                .caption = tr("Salvage to a new table"),
+                .start = proposal,
+                .filter = tr("Columnar files (*.cgel_kelvarin)"),
+                .confirmsOverwrite = false},
+               std::move(chosen));
   };
   connectPages();
   reload();
@@ -62,8 +65,8 @@ void Interface_readColumnarGel::connectPages() {
   connect(m_filePage, &ReadFilePage::salvageWanted, this, &Interface_readColumnarGel::salvage);
   connect(m_filePage, &ReadFilePage::columnsWanted, this, [this] { showPage(m_columnsPage); });
   connect(m_filePage, &ReadFilePage::blocksWanted, this, [this] { showPage(m_filterPage); });
-  connect(m_filterPage, &BlockFilterPage::helpWanted, this,
-          [this](const QString& name) { showHelp(name); });
+  connect(m_filterPage, &BlockFilterPage::helpWanted, this, &Interface_readColumnarGel::showHelp);
+  connect(m_filterPage, &BlockFilterPage::pageWanted, this, [this] { showPage(m_filterPage); });
   connect(m_filterPage, &BlockFilterPage::trialWanted, this, &Interface_readColumnarGel::tryFilter);
 }
 
@@ -159,15 +162,9 @@ void Interface_readColumnarGel::forgetSummary(const QString& reason, bool isFail
 // The expression as it is typed, not yet the action's.
 void Interface_readColumnarGel::tryFilter() {
   const BlockFilter filter = m_filterPage->filter();
-  if (filter.expression.trimmed().isEmpty()) {
-    m_trialTask.forget();
-    m_filterPage->showTrial(
-        {Severity::information, tr("Without an expression every block is read.")});
-    return;
-  }
   if (const OutsideSources sources(filter.expression, {}); sources.readsFile()) {
     m_trialTask.forget();
-    m_filterPage->showTrial(
+    m_filterPage->showNoTrial(
         {Severity::information, tr("What it skips is known in a run only, since %1 reads a file.")
                                     .arg(sources.fileFunction())});
     return;
@@ -178,15 +175,25 @@ void Interface_readColumnarGel::tryFilter() {
       [copy](const BackgroundTask::IsStopped& isStopped) {
         return tryBlockFilter(**copy, isStopped);
       },
-      [this](const Result<BlockFilterTrial, QString>& trial) {
-        ShownText shown =
-            trial ? trialText(*trial) : ShownText{Severity::information, trial.error()};
-        if (!m_action.settings().filterRows) {
-          shown = {Severity::warning,
-                   tr("The filter is switched off: every block is read. %1").arg(shown.text)};
+      [this, isEmpty = filter.expression.trimmed().isEmpty()](
+          const Result<BlockFilterTrial, QString>& trial) {
+        if (!trial) {
+          m_filterPage->showNoTrial(wordsOnTrial({Severity::information, trial.error()}, isEmpty));
+          return;
         }
-        m_filterPage->showTrial(shown);
+        m_filterPage->showTrial(*trial, wordsOnTrial(trialText(*trial), isEmpty));
       });
+}
+
+ShownText Interface_readColumnarGel::wordsOnTrial(const ShownText& words, bool isEmpty) const {
+  if (isEmpty) {
+    return {Severity::information, tr("Without an expression every block is read.")};
+  }
+  if (m_action.settings().filterRows) {
+    return words;
+  }
+  return {Severity::warning,
+          tr("The filter is switched off: every block is read. %1").arg(words.text)};
 }
 
 void Interface_readColumnarGel::showExtent() {
@@ -204,10 +211,10 @@ void Interface_readColumnarGel::verify() {
 }
 
 void Interface_readColumnarGel::salvage() {
-  const QString newFile = m_askForNewFile(proposalFor(file()));
-  if (newFile.isEmpty()) {
-    return;
-  }
+  m_askForNewFile(proposalFor(file()), [this](const QString& newFile) { salvageTo(newFile); });
+}
+
+void Interface_readColumnarGel::salvageTo(const QString& newFile) {
   auto* dialog = new TableWorkDialog(this);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->open();

@@ -9,8 +9,9 @@
 
 #include "columnar/actions/block_filter_trial.h"
 #include "columnar/actions/table_summary.h"
-#include "ui/columnar/background_task.h"
+#include "host/widgets/background_task.h"
 #include "ui/columnar/columnar_editor.h"
+#include "ui/columnar/summary_texts.h"
 
 namespace kelvarin {
 
@@ -26,8 +27,9 @@ class Interface_readColumnarGel : public ColumnarEditor {
   Interface_readColumnarGel(QWidget* parent, ReadColumnarGel& action);
   ~Interface_readColumnarGel() override;
 
-  // Asks where a salvaged table goes, with a proposal; empty: nowhere. A file dialog unless set.
-  using AskForFile = std::function<QString(const QString& proposal)>;
+  // Asks where a salvaged table goes, with a proposal. A file dialog unless set.
+  using AskForFile =
+      std::function<void(const QString& proposal, std::function<void(const QString& file)> chosen)>;
   void setAskForNewFile(AskForFile ask) { m_askForNewFile = std::move(ask); }
   // Something is being found out about the file.
   bool isBusy() const { return m_summaryTask.isRunning() || m_trialTask.isRunning(); }
@@ -45,9 +47,12 @@ class Interface_readColumnarGel : public ColumnarEditor {
   void takeSummary(const Result<TableSummary, QString>& summary);
   void forgetSummary(const QString& reason, bool isFailure);
   void tryFilter();
+  // Of an empty filter, and one that is switched off, there is more to say.
+  ShownText wordsOnTrial(const ShownText& words, bool isEmpty) const;
   void showExtent();
   void verify();
   void salvage();
+  void salvageTo(const QString& newFile);
   std::uint64_t knownRows() const { return m_summary ? m_summary->rows : 0; }
 
   ReadColumnarGel& m_action;

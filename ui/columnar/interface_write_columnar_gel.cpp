@@ -2,12 +2,14 @@
 
 #include <algorithm>
 
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
 
 #include "columnar/actions/messages.h"
 #include "columnar/actions/split_examples.h"
 #include "columnar/actions/table_deletion.h"
+#include "columnar/actions/table_summary.h"
 #include "host/contract/main_ui.h"
 #include "ui/columnar/action_copy.h"
 #include "ui/columnar/previous_file_page.h"
@@ -41,7 +43,12 @@ Interface_writeColumnarGel::Interface_writeColumnarGel(QWidget* parent, WriteCol
   addPage(m_columnsPage, tr("Rows and columns"));
   addPage(m_blocksPage, tr("Blocks"));
   addPage(m_previousPage, tr("Old file"));
+  addHelpPage();
   watch(m_filePage->namingField(), "naming");
+  connect(m_filePage, &WriteFilePage::helpWanted, this, &Interface_writeColumnarGel::showHelp);
+  connect(m_filePage, &WriteFilePage::pageWanted, this, [this] { showPage(m_filePage); });
+  connect(m_filePage, &WriteFilePage::examplesWanted, this,
+          &Interface_writeColumnarGel::showExamples);
   connect(&m_input, &InputRows::changed, this, &Interface_writeColumnarGel::takeInput);
   connect(m_previousPage, &PreviousFilePage::deletionWanted, this,
           &Interface_writeColumnarGel::prepareDeletion);
@@ -81,12 +88,49 @@ bool Interface_writeColumnarGel::store() {
   return isChanged;
 }
 
+void Interface_writeColumnarGel::insertIntoExpression(const QString& text) {
+  showPage(m_filePage);
+  if (m_filePage->namingField()->isVisible()) {
+    m_filePage->namingField()->insertText(text);
+  }
+}
+
 void Interface_writeColumnarGel::committed() {
   showExamples();
   const bool isOneFile = m_action.settings().splitKind() == WriteColumnarSettings::Split::none;
   m_previousPage->setDeletable(
       isOneFile && !file().isEmpty(),
       isOneFile ? QString() : tr("The names of several files are known in a run only."));
+  lookAtOldFile();
+}
+
+void Interface_writeColumnarGel::lookAtOldFile() {
+  const bool isOneFile = m_action.settings().splitKind() == WriteColumnarSettings::Split::none;
+  const QString name = isOneFile ? file() : QString();
+  if (name == m_shownOldFile) {
+    return;
+  }
+  m_shownOldFile = name;
+  m_previousPage->showOldFile({});
+  if (name.isEmpty()) {
+    m_oldFileTask.forget();
+    return;
+  }
+  m_oldFileTask.start<ShownText>(
+      [name](const BackgroundTask::IsStopped& isStopped) -> Result<ShownText, QString> {
+        if (!QFileInfo::exists(name)) {
+          return ShownText{Severity::information, tr("There is no such file yet.")};
+        }
+        const auto summary = summaryOf(name, isStopped);
+        if (!summary) {
+          return Failure{summary.error()};
+        }
+        return ShownText{Severity::information,
+                         tr("There is a table: %1").arg(contentsText(*summary))};
+      },
+      [this](const Result<ShownText, QString>& found) {
+        m_previousPage->showOldFile(found ? *found : ShownText{Severity::warning, found.error()});
+      });
 }
 
 void Interface_writeColumnarGel::takeInput() {
@@ -127,11 +171,14 @@ QStringList Interface_writeColumnarGel::splitValues() const {
 void Interface_writeColumnarGel::showExamples() {
   const QStringList known = splitValues();
   const bool isInvented = known.isEmpty();
+  const QStringList values = isInvented ? kInventedValues : known;
+  m_filePage->setSplitValue(values.first());
   const auto copy = std::make_shared<ActionCopy<WriteColumnarGel>>(m_action);
+  WriteColumnarSettings settings = m_action.settings();
+  settings.file = m_filePage->typedFile();
+  (*copy)->setSettings(settings);
   m_examplesTask.start<QStringList>(
-      [copy, values = isInvented ? kInventedValues : known](const BackgroundTask::IsStopped&) {
-        return exampleNames(**copy, values);
-      },
+      [copy, values](const BackgroundTask::IsStopped&) { return exampleNames(**copy, values); },
       [this, isInvented](const Result<QStringList, QString>& names) {
         using Split = WriteColumnarSettings::Split;
         const Split split = m_action.settings().splitKind();
@@ -196,6 +243,8 @@ void Interface_writeColumnarGel::deleteFiles(const QString& name) {
         return deleteTable(name);
       },
       [this](const Result<TableDeletion, QString>& deletion) {
+        m_shownOldFile = QString();
+        lookAtOldFile();
         if (!deletion) {
           m_previousPage->showDeletion({Severity::error, deletion.error()});
           return;

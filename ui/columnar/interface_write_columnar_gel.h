@@ -5,7 +5,7 @@
 #pragma once
 
 #include "columnar/actions/write_columnar_gel.h"
-#include "ui/columnar/background_task.h"
+#include "host/widgets/background_task.h"
 #include "ui/columnar/columnar_editor.h"
 #include "ui/language/input_rows.h"
 
@@ -23,18 +23,23 @@ class Interface_writeColumnarGel : public ColumnarEditor {
   Interface_writeColumnarGel(QWidget* parent, WriteColumnarGel& action);
   ~Interface_writeColumnarGel() override;
 
-  bool isBusy() const { return m_examplesTask.isRunning() || m_deletionTask.isRunning(); }
+  bool isBusy() const {
+    return m_examplesTask.isRunning() || m_oldFileTask.isRunning() || m_deletionTask.isRunning();
+  }
 
  protected:
   void load() override;
   bool store() override;
   void committed() override;
+  void insertIntoExpression(const QString& text) override;
 
  private:
   void takeInput();
   // Of the split column in the first rows; a few that differ.
   QStringList splitValues() const;
   void showExamples();
+  // What is there under the name of the file, where there is one file.
+  void lookAtOldFile();
   void prepareDeletion();
   void askBeforeDeletion(const QString& file, const QStringList& files);
   void deleteFiles(const QString& file);
@@ -46,7 +51,9 @@ class Interface_writeColumnarGel : public ColumnarEditor {
   WriteBlocksPage* m_blocksPage;
   PreviousFilePage* m_previousPage;
   InputRows m_input;
+  QString m_shownOldFile;  // which was looked at; null: none
   BackgroundTask m_examplesTask;
+  BackgroundTask m_oldFileTask;
   BackgroundTask m_deletionTask;
 };
 

@@ -29,6 +29,10 @@ PreviousFilePage::PreviousFilePage(QWidget* parent) : SettingsPage(parent) {
   auto* label = new QLabel(tr("When the old file is in use, &wait for"), box);
   label->setBuddy(m_timeOut);
   label->setWordWrap(true);
+  m_oldFile = new InfoLine(box);
+  m_oldFile->setObjectName(QStringLiteral("oldFile"));
+  m_oldFile->setReservedLines(1);
+  box->layout()->addWidget(m_oldFile);
   box->layout()->addWidget(choiceRow(m_replaceAtEnd));
   box->layout()->addWidget(choiceRow(m_alwaysDelete));
   box->layout()->addWidget(label);
@@ -36,7 +40,7 @@ PreviousFilePage::PreviousFilePage(QWidget* parent) : SettingsPage(parent) {
 
   QGroupBox* graph = group(tr("In this graph"));
   m_checkNames =
-      checkBox("cbCheckNameCollision", tr("Refuse a name that another &action reads or writes"),
+      checkBox("cbCheckNameCollision", tr("Refuse a na&me that another action reads or writes"),
                tr("Covers the column-set files as well."));
   graph->layout()->addWidget(choiceRow(m_checkNames));
 
@@ -62,6 +66,14 @@ void PreviousFilePage::store(WriteColumnarSettings& settings) const {
   settings.alwaysDelete = m_alwaysDelete->isChecked();
   storeNumber(*m_timeOut, settings.deleteTimeOutSeconds);
   settings.checkNameCollision = m_checkNames->isChecked();
+}
+
+void PreviousFilePage::showOldFile(const ShownText& text) {
+  if (text.text.isEmpty()) {
+    m_oldFile->clear();
+  } else {
+    m_oldFile->setMessage(text.severity, text.text);
+  }
 }
 
 void PreviousFilePage::setDeletable(bool isDeletable, const QString& reason) {

@@ -17,6 +17,8 @@ class PreviousFilePage : public SettingsPage {
 
   void load(const WriteColumnarSettings& settings);
   void store(WriteColumnarSettings& settings) const;
+  // What is there under the name now; no text: it is not known.
+  void showOldFile(const ShownText& text);
   void setDeletable(bool isDeletable, const QString& reason);
   void showDeletion(const ShownText& text);
 
@@ -24,6 +26,7 @@ class PreviousFilePage : public SettingsPage {
   void deletionWanted();
 
  private:
+  InfoLine* m_oldFile;
   QCheckBox* m_replaceAtEnd;
   QCheckBox* m_alwaysDelete;
   QCheckBox* m_checkNames;

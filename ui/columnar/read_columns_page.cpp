@@ -30,7 +30,7 @@ ReadColumnsPage::ReadColumnsPage(QWidget* parent)
 }
 
 void ReadColumnsPage::addChoice() {
-  m_all = radioButton("rbAllColumns", tr("&All columns"));
+  m_all = radioButton("rbAllColumns", tr("All &columns"));
   m_listed = radioButton("rbListedColumns", tr("Only the columns that are &ticked, in this order"));
   m_fromPin =
       radioButton("rbColumnsFromPin", tr("The columns &named in the first column of input pin 1"));

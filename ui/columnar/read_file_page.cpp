@@ -68,9 +68,9 @@ void ReadFilePage::addContentsGroup() {
   m_state = new InfoLine(box);
   m_state->setObjectName(QStringLiteral("state"));
   m_contents = plainLabel("contents", box);
-  m_lookAgain = pushButton("pbLookAgain", tr("&Look again"));
+  m_lookAgain = pushButton("pbLookAgain", tr("Loo&k again"));
   m_lookAgain->setIcon(icon(IconName::reload));
-  m_verify = pushButton("pbVerify", tr("&Verify..."));
+  m_verify = pushButton("pbVerify", tr("Verif&y..."));
   m_verify->setToolTip(tr("Checks every block and every value."));
   m_salvage = pushButton("pbSalvage", tr("&Salvage..."));
   m_salvage->setToolTip(tr("Writes what is whole to a new table."));

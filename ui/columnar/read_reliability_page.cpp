@@ -19,7 +19,7 @@ constexpr int kLongestWait = 1'000'000;  // seconds
 ReadReliabilityPage::ReadReliabilityPage(QWidget* parent) : SettingsPage(parent) {
   QGroupBox* missing = group(tr("When a file is missing"));
   auto* label =
-      new QLabel(tr("When the source file is unreadable, keep trying to read the file &for"), this);
+      new QLabel(tr("&When the source file is unreadable, keep trying to read the file for"), this);
   label->setWordWrap(true);
   m_timeOut = spinBox("sbTimeOut", 0, kLongestWait, tr("Seconds to wait for a missing file"));
   label->setBuddy(m_timeOut);

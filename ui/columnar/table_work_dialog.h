@@ -10,7 +10,7 @@
 #include <QDialog>
 #include <QTimer>
 
-#include "ui/columnar/background_task.h"
+#include "host/widgets/background_task.h"
 #include "ui/columnar/summary_texts.h"
 
 class QLabel;

@@ -34,7 +34,7 @@ void WriteColumnsPage::addRowGroup() {
   connect(m_testColumn->lineEdit(), &QLineEdit::editingFinished, this, &WriteColumnsPage::changed);
   m_testValue = watch(new QLineEdit(box), "leTestValue", tr("Value that it has"));
   m_testValue->setPlaceholderText(tr("(missing or empty)"));
-  auto* has = new QLabel(tr("&has the value"), box);
+  auto* has = new QLabel(tr("has the val&ue"), box);
   has->setBuddy(m_testValue);
   auto* grid = new QGridLayout;
   grid->setContentsMargins(24, 0, 0, 0);
@@ -49,12 +49,12 @@ void WriteColumnsPage::addRowGroup() {
 
 void WriteColumnsPage::addSetGroup() {
   QGroupBox* box = group(tr("Column sets"));
-  m_oneSet = radioButton("rbOneSet", tr("&All columns in one set"),
+  m_oneSet = radioButton("rbOneSet", tr("All columns in one &set"),
                          tr("One file beside the main file: best where rows are read whole."));
   m_setForEach =
-      radioButton("rbSetForEach", tr("A set for &each column"),
+      radioButton("rbSetForEach", tr("A set for each &column"),
                   tr("A file for each column: written on several threads, read column by column."));
-  m_listedSets = radioButton("rbListedSets", tr("The sets of this &list:"));
+  m_listedSets = radioButton("rbListedSets", tr("The sets of &this list:"));
   makeExclusive({m_oneSet, m_setForEach, m_listedSets}, box);
   m_table = new MyTable(box);
   m_table->setObjectName(QStringLiteral("columnSets"));

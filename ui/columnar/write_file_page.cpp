@@ -14,6 +14,7 @@
 #include "host/widgets/path_field.h"
 #include "ui/columnar/column_box.h"
 #include "ui/columnar/columnar_editor.h"
+#include "ui/columnar/committed_verdict.h"
 #include "ui/panels/wrapping_choice.h"
 #include "ui/widgets/k_plain_text_edit.h"
 
@@ -26,14 +27,14 @@ const QString kSplitValue = QStringLiteral("SplitVal");
 const QString kDefaultNaming = QStringLiteral("\"+SplitVal+\"");
 const QString kDefaultName = QStringLiteral("\"+SplitVal+\".cgel_kelvarin");
 
-Formula namingFormula(const ActionItem& action) {
+Formula namingFormula(const ActionItem& action, const QString& sample) {
   Formula formula;
   formula.use = ResultUse::anyValue;
   formula.output.meta = MetaTypeColumn::text;
   InputVariable value;
   value.label = kSplitValue;
   value.isNumber = false;
-  value.text = QStringLiteral("value");
+  value.text = sample;
   formula.variables = {value};
   formula.columns.isKnown = true;
   if (action.globalParameters() != nullptr) {
@@ -81,7 +82,7 @@ void WriteFilePage::addSplitGroup() {
   m_oneFile = radioButton("rbOneFile", tr("&One file"));
   m_bySize = radioButton("rbSplitBySize",
                          tr("Split into several Kelvarin Gel files. Each file is &maximum:"));
-  m_byValue = radioButton("rbSplitByValue", tr("One file for each &value of the column:"));
+  m_byValue = radioButton("rbSplitByValue", tr("One file for each value of the col&umn:"));
   makeExclusive({m_oneFile, m_bySize, m_byValue}, box);
   m_segmentSize = spinBox("sbSegmentSize", 0, kLargestSegment, tr("Largest size of a file"));
   m_segmentSize->setSuffix(tr(" MiB"));
@@ -112,13 +113,37 @@ void WriteFilePage::addNaming(const QGroupBox& box) {
   layout->addWidget(choiceRow(m_advancedNaming));
   layout->addWidget(m_naming);
   layout->addWidget(m_namingNote);
+  connectNaming();
+}
+
+void WriteFilePage::connectNaming() {
+  m_verdict = new CommittedVerdict(*m_naming, *this);
+  connect(m_verdict, &CommittedVerdict::fieldWanted, this, &WriteFilePage::pageWanted);
+  connect(m_verdict, &CommittedVerdict::checkWanted, this, [this] {
+    setNamingExpression();
+    m_naming->setFormula(namingFormula(m_action, m_splitValue));
+  });
+  connect(m_naming, &ExpressionField::helpWanted, this, &WriteFilePage::helpWanted);
   connect(m_naming, &ExpressionField::editingFinished, this, &WriteFilePage::setNamingExpression);
   connect(m_naming, &ExpressionField::answered, this, [this](const FormulaAnswer& answer) {
-    if (m_isVerdictDue) {
-      m_isVerdictDue = false;
-      m_naming->setRefused(answer.check.kind == ExpressionCheck::Kind::error);
+    showNamingNote();
+    if (!m_verdict->isRefused(answer)) {
+      emit examplesWanted();
     }
   });
+}
+
+std::optional<QString> WriteFilePage::fileWithNaming() const {
+  const NamingText text = NamingText::of(m_file->path());
+  const QString typed = m_naming->expression().trimmed();
+  if (text.expressions.size() != 1 || m_naming->isHidden() || typed == m_loadedNaming.trimmed()) {
+    return m_file->path();
+  }
+  return text.withExpression(typed.isEmpty() ? kSplitValue : typed);
+}
+
+QString WriteFilePage::typedFile() const {
+  return fileWithNaming().value_or(m_file->path());
 }
 
 // A name without an expression gets the default one, and loses it again.
@@ -133,15 +158,10 @@ void WriteFilePage::toggleNaming(bool isOn) {
 }
 
 void WriteFilePage::setNamingExpression() {
-  NamingText text = NamingText::of(m_file->path());
-  if (text.expressions.size() != 1) {
-    return;
+  const QString file = typedFile();
+  if (file != m_file->path()) {
+    m_verdict->expect(NamingText::of(file).expressions.first());
   }
-  const QString typed = m_naming->expression().trimmed();
-  const QString wanted = typed.isEmpty() ? kSplitValue : typed;
-  m_isVerdictDue = wanted != text.expressions.first();
-  text.expressions.first() = wanted;
-  m_file->setPath(text.joined());
   emit changed();
 }
 
@@ -184,27 +204,40 @@ void WriteFilePage::showNaming(const WriteColumnarSettings& settings) {
   m_advancedNaming->setChecked(settings.advancedNaming);
   choiceRow(m_advancedNaming)->setEnabled(isByValue);
   m_naming->setVisible(isShown && expressions.size() == 1);
-  m_namingNote->clear();
-  if (!isShown) {
-    return;
-  }
-  if (expressions.size() == 1) {
-    if (m_naming->expression() != expressions.first()) {
+  if (isShown && expressions.size() == 1) {
+    if (fileWithNaming()) {
       m_naming->setExpression(expressions.first());
     }
-    m_naming->setFormula(namingFormula(m_action));
-    return;
+    m_loadedNaming = expressions.first();
+    m_naming->setFormula(namingFormula(m_action, m_splitValue));
   }
-  m_namingNote->setMessage(
-      expressions.isEmpty() ? Severity::warning : Severity::information,
-      expressions.isEmpty()
-          ? tr("The name has no expression. Put %1 where the value belongs.").arg(kDefaultNaming)
-          : tr("The name has %1 expressions. Change them in the name itself.")
-                .arg(expressions.size()));
+  showNamingNote();
+}
+
+void WriteFilePage::showNamingNote() {
+  const auto count = NamingText::of(m_file->path()).expressions.size();
+  if (!m_byValue->isChecked() || !m_advancedNaming->isChecked()) {
+    m_namingNote->clear();
+  } else if (count == 0) {
+    m_namingNote->setMessage(
+        Severity::warning,
+        tr("The name has no expression. Put %1 where the value belongs.").arg(kDefaultNaming));
+  } else if (count > 1) {
+    m_namingNote->setMessage(
+        Severity::information,
+        tr("The name has %1 expressions. Change them in the name itself.").arg(count));
+  } else if (!fileWithNaming()) {
+    m_namingNote->setMessage(
+        Severity::warning,
+        tr("The name keeps its old expression: no text in the new one can begin or end with a "
+           "plus sign, since that is where expressions in names begin and end."));
+  } else {
+    m_namingNote->clear();
+  }
 }
 
 void WriteFilePage::store(WriteColumnarSettings& settings) const {
-  settings.file = m_file->path();
+  settings.file = typedFile();
   settings.createDirectory = m_createDirectory->isChecked();
   const auto split = m_bySize->isChecked()    ? WriteColumnarSettings::Split::bySize
                      : m_byValue->isChecked() ? WriteColumnarSettings::Split::byValue
@@ -219,6 +252,13 @@ void WriteFilePage::store(WriteColumnarSettings& settings) const {
 
 void WriteFilePage::setColumns(const PinColumns& columns) {
   offerColumns(*m_splitColumn, columns);
+}
+
+void WriteFilePage::setSplitValue(const QString& value) {
+  if (value != m_splitValue) {
+    m_splitValue = value;
+    m_naming->setFormula(namingFormula(m_action, m_splitValue));
+  }
 }
 
 void WriteFilePage::showExamples(const QStringList& names, const ShownText& note) {

@@ -18,17 +18,17 @@ void BreakpointCondition::addSource(const Source& source, const QString& name, b
 }
 
 Status<QString> BreakpointCondition::compile(const ObservedRow& row) {
-  const QSet<QString> used = valueNames(m_expression);
+  QSet<QString> unknown = valueNames(m_expression);
   for (std::size_t i = 0; i < row.variables.size(); ++i) {
     const ShownVariable& variable = row.names->variables[i];
     const bool isSeen = variable.element < 0 || variable.element == m_element;
-    if (isSeen && !variable.column.isEmpty() && used.contains(variable.name)) {
+    if (isSeen && !variable.column.isEmpty() && unknown.remove(variable.name)) {
       addSource({false, i}, variable.name, variable.isText);
     }
   }
   for (std::size_t i = 0; i < row.results.size(); ++i) {
     const QString& name = row.names->results[static_cast<qsizetype>(i)];
-    if (used.contains(name)) {
+    if (unknown.remove(name)) {
       addSource({true, i}, name, row.results[i].type == ExpressionValue::Type::text);
     }
   }

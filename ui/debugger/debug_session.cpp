@@ -19,7 +19,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds kBetweenUpdates{100};
 // For a row to come and end the run by itself.
-constexpr std::chrono::milliseconds kBeforeHardStop{50};
+constexpr std::chrono::milliseconds kBeforeHardStop{20};
 
 ConditionSettings settingsOf(const ExpressionAction& action) {
   ConditionSettings settings;

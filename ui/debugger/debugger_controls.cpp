@@ -7,14 +7,14 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QVBoxLayout>
 
 #include "host/widgets/icon_button.h"
-#include "ui/widgets/fixed_font.h"
+#include "ui/widgets/expression_field.h"
 #include "ui/widgets/flow_layout.h"
+#include "ui/widgets/k_plain_text_edit.h"
 
 namespace kelvarin {
 
@@ -22,7 +22,7 @@ namespace {
 
 enum Target { toBreakpoint, toRow, toFailure, toNull, toEnd };
 
-constexpr int kConditionCharacters = 24;
+constexpr int kConditionCharacters = 36;
 
 // Controls that stay side by side.
 QWidget* grouped(QWidget* parent, std::initializer_list<QWidget*> widgets) {
@@ -45,6 +45,7 @@ DebuggerControls::DebuggerControls(const DebuggerTexts& texts, QWidget* parent)
   layout->setSpacing(8);
   layout->addWidget(makeSteps(texts));
   layout->addWidget(makeRules());
+  layout->addWidget(m_condition->verdict());
   m_expertOnly = {m_startStop, m_next, m_pause, m_breaks, m_condition, m_target, m_row, m_runTo};
   fitCondition();
   showTarget();
@@ -53,9 +54,7 @@ DebuggerControls::DebuggerControls(const DebuggerTexts& texts, QWidget* parent)
 }
 
 void DebuggerControls::fitCondition() {
-  m_condition->setFont(fixedFont());
-  m_condition->setMinimumWidth(kConditionCharacters *
-                               m_condition->fontMetrics().averageCharWidth());
+  m_condition->setMinimumWidth(kConditionCharacters * fontMetrics().averageCharWidth());
 }
 
 void DebuggerControls::changeEvent(QEvent* event) {
@@ -67,7 +66,7 @@ void DebuggerControls::changeEvent(QEvent* event) {
 
 QWidget* DebuggerControls::makeSteps(const DebuggerTexts& texts) {
   auto* line = new QWidget(this);
-  auto* layout = new FlowLayout(line);
+  m_steps = new FlowLayout(line);
   m_startStop = new QPushButton(texts.start, line);
   m_startStop->setObjectName(QStringLiteral("pbStartStop"));
   m_next = new QPushButton(texts.next, line);
@@ -86,14 +85,17 @@ QWidget* DebuggerControls::makeSteps(const DebuggerTexts& texts) {
   m_elementGroup = grouped(line, {elementLabel, m_element});
   for (QWidget* widget : std::initializer_list<QWidget*>{m_startStop, m_next, m_pause, m_back,
                                                          m_forward, m_elementGroup}) {
-    layout->addWidget(widget);
+    m_steps->addWidget(widget);
   }
   connect(m_startStop, &QPushButton::clicked, this, &DebuggerControls::startOrStopWanted);
   connect(m_next, &QPushButton::clicked, this, &DebuggerControls::nextWanted);
   connect(m_pause, &QPushButton::clicked, this, &DebuggerControls::pauseWanted);
   connect(m_back, &IconButton::clicked, this, &DebuggerControls::backWanted);
   connect(m_forward, &IconButton::clicked, this, &DebuggerControls::forwardWanted);
-  connect(m_element, &QSpinBox::valueChanged, this, &DebuggerControls::elementChanged);
+  connect(m_element, &QSpinBox::valueChanged, this, [this](int element) {
+    m_chosenElement = element;
+    emit elementChanged(element);
+  });
   return line;
 }
 
@@ -102,10 +104,12 @@ QWidget* DebuggerControls::makeRules() {
   auto* layout = new FlowLayout(line);
   m_breaks = new QCheckBox(tr("&Breakpoint where"), line);
   m_breaks->setObjectName(QStringLiteral("cbBreakpoint"));
-  m_condition = new QLineEdit(line);
-  m_condition->setObjectName(QStringLiteral("leBreakpoint"));
-  m_condition->setAccessibleName(tr("Condition of the breakpoint"));
-  m_condition->setPlaceholderText(tr("price > 100"));
+  m_condition = new ExpressionField(line, ExpressionField::Form::line);
+  m_condition->setHistoryKey(QStringLiteral("breakpoint"));
+  KPlainTextEdit* editor = m_condition->editor();
+  editor->setObjectName(QStringLiteral("leBreakpoint"));
+  editor->setAccessibleName(tr("Condition of the breakpoint"));
+  editor->setPlaceholderText(tr("price > 100"));
   auto* runToLabel = new QLabel(tr("&Run to:"), line);
   m_target = new QComboBox(line);
   m_target->setObjectName(QStringLiteral("cbRunTo"));
@@ -122,10 +126,11 @@ QWidget* DebuggerControls::makeRules() {
   m_runTo->setObjectName(QStringLiteral("pbRunTo"));
   layout->addWidget(grouped(line, {m_breaks, m_condition}));
   layout->addWidget(grouped(line, {runToLabel, m_target, m_row, m_runTo}));
-  connect(m_breaks, &QCheckBox::toggled, this, &DebuggerControls::conditionChanged);
-  connect(m_condition, &QLineEdit::editingFinished, this, &DebuggerControls::conditionChanged);
-  connect(m_condition, &QLineEdit::textEdited, this,
-          [this](const QString& text) { m_breaks->setChecked(!text.trimmed().isEmpty()); });
+  connect(m_breaks, &QCheckBox::clicked, this, &DebuggerControls::conditionChanged);
+  connect(m_condition, &ExpressionField::editingFinished, this,
+          &DebuggerControls::conditionChanged);
+  connect(editor, &QPlainTextEdit::textChanged, this,
+          [this] { m_breaks->setChecked(!m_condition->expression().trimmed().isEmpty()); });
   connect(m_target, &QComboBox::currentIndexChanged, this, &DebuggerControls::showTarget);
   connect(m_runTo, &QPushButton::clicked, this, &DebuggerControls::runToWanted);
   return line;
@@ -133,6 +138,19 @@ QWidget* DebuggerControls::makeRules() {
 
 void DebuggerControls::showTarget() {
   m_row->setVisible(m_target->currentIndex() == toRow);
+}
+
+void DebuggerControls::addCheckButton(QPushButton* check) {
+  std::vector<QLayoutItem*> behind;
+  while (QLayoutItem* item = m_steps->takeAt(0)) {
+    behind.push_back(item);
+  }
+  m_steps->addWidget(check);
+  for (QLayoutItem* item : behind) {
+    m_steps->addItem(item);
+  }
+  setTabOrder(m_startStop, check);  // from wherever it was made to this pair, and then its order
+  setTabOrder(check, m_startStop);
 }
 
 void DebuggerControls::setPossible(const Possible& possible) {
@@ -155,9 +173,17 @@ void DebuggerControls::setPossible(const Possible& possible) {
   m_forward->setEnabled(possible.hasLaterRow);
 }
 
+// Shorter vectors of another run do not change what was chosen.
 void DebuggerControls::setElementCount(int count) {
+  const QSignalBlocker notChosen(m_element);
   m_element->setMaximum(std::max(0, count - 1));
+  m_element->setValue(m_chosenElement);
   m_elementGroup->setVisible(count > 0);
+}
+
+void DebuggerControls::setElement(int element) {
+  m_element->setMaximum(std::max(m_element->maximum(), element));
+  m_element->setValue(element);
 }
 
 int DebuggerControls::element() const {
@@ -165,7 +191,7 @@ int DebuggerControls::element() const {
 }
 
 QString DebuggerControls::condition() const {
-  return m_breaks->isChecked() ? m_condition->text().trimmed() : QString();
+  return m_breaks->isChecked() ? m_condition->expression().trimmed() : QString();
 }
 
 DebugRules DebuggerControls::breakpointRules() const {
@@ -189,12 +215,16 @@ DebugRules DebuggerControls::rules() const {
   return rules;
 }
 
+void DebuggerControls::setConditionFormula(const Formula& formula) {
+  m_condition->setFormula(formula);
+}
+
 void DebuggerControls::toggleBreakpoint() {
-  if (m_condition->text().trimmed().isEmpty()) {
+  if (m_condition->expression().trimmed().isEmpty()) {
     m_condition->setFocus(Qt::ShortcutFocusReason);
     return;
   }
-  m_breaks->toggle();
+  m_breaks->click();
 }
 
 }  // namespace kelvarin

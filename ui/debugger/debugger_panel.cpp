@@ -1,7 +1,9 @@
 #include "ui/debugger/debugger_panel.h"
 
+#include <utility>
+
+#include <QSet>
 #include <QShortcut>
-#include <QVBoxLayout>
 
 #include "expression/errors/backend_kind.h"
 #include "expression/functions/called_functions.h"
@@ -11,6 +13,7 @@
 #include "ui/debugger/row_values.h"
 #include "ui/language/messages.h"
 #include "ui/language/shown_value.h"
+#include "ui/widgets/shrinking_column.h"
 
 namespace kelvarin {
 
@@ -23,7 +26,7 @@ DebuggerPanel::DebuggerPanel(DebugSession& session, const DebuggerTexts& texts,
       m_status(new InfoLine(this)),
       m_notes(new InfoLine(this)),
       m_views(new DebuggerViews(this)) {
-  auto* layout = new QVBoxLayout(this);
+  auto* layout = new ShrinkingColumn(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(8);
   layout->addWidget(m_controls);
@@ -34,13 +37,15 @@ DebuggerPanel::DebuggerPanel(DebugSession& session, const DebuggerTexts& texts,
   m_notes->setObjectName(QStringLiteral("debuggerNotes"));
   m_status->setReservedLines(1);
   connectControls();
-  addKey(Qt::Key_F5, [this] { startOrGoOn(); });
-  addKey(Qt::SHIFT | Qt::Key_F5, [this] { stop(); });
-  addKey(Qt::Key_F10, [this] { next(); });
-  addKey(Qt::SHIFT | Qt::Key_F10, [this] { moveBy(-1); });
-  addKey(Qt::CTRL | Qt::SHIFT | Qt::Key_F10, [this] { moveBy(1); });
-  addKey(Qt::CTRL | Qt::Key_F10, [this] { runTo(); });
-  addKey(Qt::Key_F9, [this] { m_controls->toggleBreakpoint(); });
+  addKey(Qt::Key_F5, tr("Debug: start, or go on"), [this] { startOrGoOn(); });
+  addKey(Qt::SHIFT | Qt::Key_F5, tr("Debug: stop"), [this] { stop(); });
+  addKey(Qt::Key_F10, tr("Debug: next row"), [this] { next(); });
+  addKey(Qt::SHIFT | Qt::Key_F10, tr("Debug: back in the last rows"), [this] { moveBy(-1); });
+  addKey(Qt::CTRL | Qt::SHIFT | Qt::Key_F10, tr("Debug: forth in the last rows"),
+         [this] { moveBy(1); });
+  addKey(Qt::CTRL | Qt::Key_F10, tr("Debug: run to a row, an error or a null"),
+         [this] { runTo(); });
+  addKey(Qt::Key_F9, tr("Debug: breakpoint"), [this] { m_controls->toggleBreakpoint(); });
   connect(&m_session, &DebugSession::rowDataUpdated, this, &DebuggerPanel::updateOutputVars,
           Qt::QueuedConnection);
   connect(&m_session, &DebugSession::computationFinished, this, &DebuggerPanel::finishComputations,
@@ -66,6 +71,7 @@ void DebuggerPanel::connectControls() {
     m_session.setCondition(m_controls->condition(), m_controls->element());
     showRow(m_shown);
   });
+  connect(m_controls, &DebuggerControls::elementChanged, this, &DebuggerPanel::elementChosen);
   connect(m_views, &DebuggerViews::edited, this, [this] {
     showNotes();
     askForParts();
@@ -86,13 +92,15 @@ void DebuggerPanel::connectControls() {
   });
 }
 
-void DebuggerPanel::addKey(const QKeySequence& key, const std::function<void()>& act) {
+void DebuggerPanel::addKey(const QKeySequence& key, const QString& what,
+                           const std::function<void()>& act) {
   auto* shortcut = new QShortcut(key, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
   connect(shortcut, &QShortcut::activated, this, [this, act] {
     if (m_isExpert) {
       act();
     }
   });
+  shortcut->setWhatsThis(what);
   m_keys.push_back(shortcut);
 }
 
@@ -115,12 +123,62 @@ void DebuggerPanel::setLackingVariables(const QStringList& names) {
   showNotes();
 }
 
+void DebuggerPanel::setOutputs(const std::vector<OutputVariable>& outputs) {
+  m_outputs = outputs;
+  m_views->setExpectedResults(static_cast<int>(outputs.size()));
+  showConditionNames();
+}
+
 void DebuggerPanel::formulaChanged() {
   askForParts();
   showNotes();
+  showConditionNames();
+}
+
+// Of the row that is shown; before the first one without values.
+std::vector<VariableValue> DebuggerPanel::knownResults() const {
+  if (m_shown < m_state.rows.size()) {
+    return valuesToShow(m_state.rows.at(m_shown)->row, shownElement()).results;
+  }
+  std::vector<VariableValue> results;
+  for (const OutputVariable& output : m_outputs) {
+    VariableValue result;
+    result.name = output.name;
+    result.value = output.meta == MetaTypeColumn::text ? ExpressionValue::ofText("")
+                                                       : ExpressionValue::ofNumber(0);
+    results.push_back(std::move(result));
+  }
+  return results;
+}
+
+// A condition sees variables and results, but no columns that are none of them; of two with one
+// name the variable.
+void DebuggerPanel::showConditionNames() {
+  Formula formula = m_formula();
+  formula.output = {};
+  formula.use = ResultUse::truth;
+  formula.columns = {};
+  formula.rows = nullptr;
+  formula.current = m_views->values();
+  QSet<QString> names;
+  for (const InputVariable& variable : formula.variables) {
+    names += variable.name();
+  }
+  for (VariableValue& result : knownResults()) {
+    if (names.contains(result.name)) {
+      continue;
+    }
+    InputVariable variable;
+    variable.label = result.name;
+    variable.isNumber = result.value.type != ExpressionValue::Type::text;
+    formula.variables.push_back(std::move(variable));
+    formula.current.push_back(std::move(result));
+  }
+  m_controls->setConditionFormula(formula);
 }
 
 void DebuggerPanel::startOrStop() {
+  m_rowAfterStop = -1;
   if (m_session.isRunning()) {
     stop();
   } else {
@@ -136,6 +194,7 @@ void DebuggerPanel::start(const std::optional<DebugRules>& rules) {
   m_session.setCondition(m_controls->condition(), m_controls->element());
   showNoRow();
   m_hasEnded = false;
+  m_isStopping = false;
   if (!(rules ? m_session.start(*rules) : m_session.startOrStop())) {
     m_status->setMessage(Severity::error, tr("This action cannot be run here. The log says why."));
   } else {
@@ -146,7 +205,9 @@ void DebuggerPanel::start(const std::optional<DebugRules>& rules) {
 
 void DebuggerPanel::stop() {
   if (m_session.isRunning()) {
+    m_isStopping = true;
     m_session.startOrStop();
+    showStatus();
   }
 }
 
@@ -192,6 +253,18 @@ void DebuggerPanel::runTo() {
   updateOutputVars();
 }
 
+void DebuggerPanel::runToRow(long long row) {
+  if (m_session.isRunning()) {
+    m_rowAfterStop = row;
+    stop();
+    return;
+  }
+  DebugRules rules;
+  rules.everyRow = false;
+  rules.row = row;
+  start(rules);
+}
+
 void DebuggerPanel::next() {
   if (m_session.isRunning()) {
     m_session.step();
@@ -216,6 +289,9 @@ void DebuggerPanel::finishComputations() {
   }
   m_hasEnded = true;
   updateOutputVars();
+  if (const long long row = std::exchange(m_rowAfterStop, -1); row >= 0) {
+    runToRow(row);
+  }
 }
 
 void DebuggerPanel::showControls() {
@@ -227,6 +303,11 @@ void DebuggerPanel::showControls() {
 }
 
 void DebuggerPanel::showStatus() {
+  if (m_session.isRunning() && m_isStopping) {
+    m_status->setMessage(Severity::information,
+                         tr("Stopping: the run ends as soon as its source answers."));
+    return;
+  }
   if (m_session.isRunning() && !m_state.isWaiting) {
     m_status->setMessage(Severity::information, debugger_texts::running(m_state));
     return;
@@ -257,18 +338,18 @@ void DebuggerPanel::showRow(std::size_t index) {
   const ObservedRow& row = m_state.rows.at(index)->row;
   m_elementCount = elementCount(row);
   m_controls->setElementCount(m_elementCount);
-  std::vector<VariableValue> before;
-  if (index > 0) {
-    before = valuesOfElement(m_state.rows.at(index - 1)->row, shownElement());
-  }
-  m_views->showRow(index, valuesOfElement(row, shownElement()), before);
-  emit rowShown(variableValues(row));
+  const RowValues before =
+      index > 0 ? valuesToShow(m_state.rows.at(index - 1)->row, shownElement()) : RowValues();
+  const RowValues values = valuesToShow(row, shownElement());
+  m_views->showRow(index, values, before);
+  emit rowShown(values.variables);
   showStatus();
   showControls();
   showNotes();
   if (!m_session.isRunning() || m_state.isWaiting) {
     m_views->fitColumns();
     askForParts();
+    showConditionNames();
   }
 }
 

@@ -37,28 +37,38 @@ class DebuggerPanel : public QWidget {
                 QWidget* parent = nullptr);
   ~DebuggerPanel() override;
 
+  // Stands before the panel's own buttons.
+  void addCheckButton(QPushButton* check) { m_controls->addCheckButton(check); }
   // The keys act where the focus is in this widget or below it; at first in the panel itself.
   void setKeyOwner(QWidget* owner);
   // The debug controls work in the expert mode only.
   void setExpertMode(bool isExpert);
   // Variables that a debug run lacks, since they come from a table that it does not read.
   void setLackingVariables(const QStringList& names);
+  // What the action computes, as the condition of a breakpoint may name it before the first row.
+  void setOutputs(const std::vector<OutputVariable>& outputs);
+  // Of vectors, whose values are shown.
+  void setElement(int element) { m_controls->setElement(element); }
   // Another expression is looked at, or it was edited.
   void formulaChanged();
 
   // What pbStartStop and pbNext do.
   void startOrStop();
   void next();
+  // Starts and stops at the row with this number, counted from 0; a run that goes on ends first.
+  void runToRow(long long row);
   // Shows the latest row; the values go to the variable table, too. Both are connected to the
   // session.
   void updateOutputVars();
   void finishComputations();
 
  signals:
-  // The values of the row that is shown now, for the column "Value (debug):"; empty: none.
+  // The values of the row that is shown now, for the column "Value (debug):" and the parts under
+  // the pointer, of vectors those of the chosen element; empty: none.
   void rowShown(const std::vector<kelvarin::VariableValue>& variables);
   // pbStartStop was pressed where nothing ran; the editor commits its fields first.
   void aboutToStart();
+  void elementChosen(int element);
   // A part of the expression was chosen in the tree.
   void partChosen(qsizetype start, qsizetype size);
   // The variables of setLackingVariables() are to be read from their table.
@@ -68,7 +78,7 @@ class DebuggerPanel : public QWidget {
 
  private:
   void connectControls();
-  void addKey(const QKeySequence& key, const std::function<void()>& act);
+  void addKey(const QKeySequence& key, const QString& what, const std::function<void()>& act);
 
   // With the rules of the panel, or stepping.
   void start(const std::optional<DebugRules>& rules);
@@ -86,6 +96,8 @@ class DebuggerPanel : public QWidget {
   void showParts(const PartValues& values);
   void showNotes();
   QString engineNote() const;
+  void showConditionNames();
+  std::vector<VariableValue> knownResults() const;
   int shownElement() const { return m_elementCount > 0 ? m_controls->element() : -1; }
 
   DebugSession& m_session;
@@ -97,7 +109,10 @@ class DebuggerPanel : public QWidget {
   int m_elementCount = 0;
   bool m_isExpert = true;
   bool m_hasEnded = false;
+  bool m_isStopping = false;
+  long long m_rowAfterStop = -1;  // to run to when the run has ended; -1: none
   QStringList m_lacking;
+  std::vector<OutputVariable> m_outputs;
   QuickFix m_fix;  // of an expression that cannot be debugged
   std::vector<QShortcut*> m_keys;
 

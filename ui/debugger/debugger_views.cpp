@@ -8,14 +8,13 @@
 #include <QHeaderView>
 #include <QPushButton>
 #include <QSplitter>
-#include <QTableView>
-#include <QTreeView>
 #include <QVBoxLayout>
 
 #include "host/widgets/icons.h"
+#include "ui/debugger/column_fit.h"
 #include "ui/debugger/history_model.h"
 #include "ui/debugger/parts_model.h"
-#include "ui/debugger/row_variables_model.h"
+#include "ui/debugger/row_values_model.h"
 #include "ui/widgets/enhanced_table_delegate.h"
 
 namespace kelvarin {
@@ -25,9 +24,8 @@ namespace {
 // Deeper parts are opened by the user, or where a missing value arises in them.
 constexpr int kOpenedDepth = 4;
 constexpr int kColumnGap = 12;
-constexpr int kRowGap = 4;
-constexpr int kMaxCharacters = 40;
-constexpr int kFittedColumns = 50;
+constexpr int kMaxResultsInSight = 4;
+constexpr int kMinResultsInSight = 3;
 constexpr int kCharactersSideBySide = 90;
 
 void setUp(QAbstractItemView* view, QAbstractItemModel* model, const QString& name) {
@@ -38,21 +36,12 @@ void setUp(QAbstractItemView* view, QAbstractItemModel* model, const QString& na
   view->setAlternatingRowColors(true);
 }
 
-void setUp(QTableView* table) {
-  table->setShowGrid(false);
-  table->setWordWrap(false);
-  table->verticalHeader()->hide();
-  table->horizontalHeader()->setHighlightSections(false);
-  table->horizontalHeader()->setResizeContentsPrecision(0);
-  table->horizontalHeader()->setStretchLastSection(true);
-  table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-}
-
 }  // namespace
 
 DebuggerViews::DebuggerViews(QWidget* parent)
     : QTabWidget(parent),
-      m_variables(new RowVariablesModel(this)),
+      m_variables(new RowValuesModel(RowValuesModel::Kind::variables, this)),
+      m_results(new RowValuesModel(RowValuesModel::Kind::results, this)),
       m_parts(new PartsModel(this)),
       m_history(new HistoryModel(this)) {
   setDocumentMode(true);
@@ -60,16 +49,18 @@ DebuggerViews::DebuggerViews(QWidget* parent)
   addTab(makeRowPage(), tr("This Row"));
   addTab(makeHistoryPage(), tr("Last Rows"));
   fitRows();
-  connect(m_variables, &RowVariablesModel::edited, this, &DebuggerViews::edited);
+  connect(m_variables, &RowValuesModel::edited, this, &DebuggerViews::edited);
+  connect(this, &QTabWidget::currentChanged, this, &DebuggerViews::fitColumns);
 }
 
 void DebuggerViews::setHistory(const RowHistory& rows) {
   m_history->setRows(rows);
 }
 
-void DebuggerViews::showRow(std::size_t index, std::vector<VariableValue> values,
-                            const std::vector<VariableValue>& before) {
-  m_variables->setRow(std::move(values), before);
+void DebuggerViews::showRow(std::size_t index, const RowValues& values, const RowValues& before) {
+  m_variables->setRow(values.variables, before.variables);
+  m_results->setRow(values.results, before.results, values.faults);
+  fitResults();
   m_historyTable->setCurrentIndex(m_history->index(static_cast<int>(index), 0));
 }
 
@@ -88,8 +79,11 @@ void DebuggerViews::showParts(const PartValues& values) {
 void DebuggerViews::clear() {
   m_history->setRows({});
   m_variables->setRow({}, {});
+  m_results->setRow({}, {});
   m_parts->clear();
-  m_isFitted = false;
+  for (ColumnFit* columns : m_columnFits) {
+    columns->restart();
+  }
 }
 
 const std::vector<VariableValue>& DebuggerViews::values() const {
@@ -108,17 +102,42 @@ void DebuggerViews::undoEdits() {
   m_variables->undoEdits();
 }
 
+SizedView<QTableView>* DebuggerViews::makeTable(QWidget* parent, QAbstractItemModel* model,
+                                                const QString& name) {
+  auto* table = new SizedView<QTableView>(parent);
+  setUp(table, model, name);
+  table->setShowGrid(false);
+  table->setWordWrap(false);
+  table->verticalHeader()->hide();
+  table->horizontalHeader()->setHighlightSections(false);
+  table->horizontalHeader()->setStretchLastSection(true);
+  table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  m_tables.push_back(table);
+  m_columnFits.push_back(new ColumnFit(table));
+  return table;
+}
+
+// The results stand above the parts that they come from.
 QWidget* DebuggerViews::makeRowPage() {
   m_rowPage = new QSplitter(Qt::Horizontal, this);
   m_rowPage->setChildrenCollapsible(false);
-  m_variableTable = new QTableView(m_rowPage);
+  m_variableTable =
+      makeTable(m_rowPage, m_variables, tr("Variables of the row; a value can be edited"));
   m_variableTable->setObjectName(QStringLiteral("variablesOfRow"));
-  setUp(m_variableTable, m_variables, tr("Variables of the row; a value can be edited"));
-  setUp(m_variableTable);
-  m_tree = new QTreeView(m_rowPage);
+  auto* computed = new QWidget(m_rowPage);
+  auto* layout = new QVBoxLayout(computed);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(4);
+  m_resultTable = makeTable(computed, m_results, tr("Results of the row"));
+  m_resultTable->setObjectName(QStringLiteral("resultsOfRow"));
+  m_tree = new SizedView<QTreeView>(computed);
+  m_tree->setWantedRows(4, 2);  // beside the results
+  layout->addWidget(m_resultTable);
+  layout->addWidget(m_tree, 1);
   m_tree->setObjectName(QStringLiteral("partsOfExpression"));
   setUp(m_tree, m_parts, tr("Parts of the expression with their values"));
   m_tree->setUniformRowHeights(true);
+  m_tree->installEventFilter(this);
   m_rowPage->setStretchFactor(0, 2);
   m_rowPage->setStretchFactor(1, 3);
   connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
@@ -136,10 +155,9 @@ QWidget* DebuggerViews::makeHistoryPage() {
   auto* layout = new QVBoxLayout(page);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(8);
-  m_historyTable = new QTableView(page);
+  m_historyTable =
+      makeTable(page, m_history, tr("The last rows, up to %1").arg(RowHistory::kMaxRows));
   m_historyTable->setObjectName(QStringLiteral("lastRows"));
-  setUp(m_historyTable, m_history, tr("The last rows, up to %1").arg(RowHistory::kMaxRows));
-  setUp(m_historyTable);
   m_historyTable->setSelectionBehavior(QAbstractItemView::SelectRows);
   m_historyTable->setSelectionMode(QAbstractItemView::SingleSelection);
   auto* copy = new QPushButton(icon(IconName::copy), tr("&Copy as CSV"), page);
@@ -157,32 +175,23 @@ QWidget* DebuggerViews::makeHistoryPage() {
   return page;
 }
 
-// The first column may take what the others leave, but for half of the width.
+// The first column has half of the width before the first row, too, so that nothing moves then.
 void DebuggerViews::fitTree() {
-  m_tree->resizeColumnToContents(PartsModel::partColumn);
+  const int half = m_tree->viewport()->width() / 2;
+  if (m_parts->isEmpty()) {
+    m_tree->setColumnWidth(PartsModel::partColumn, half);
+    return;
+  }
   m_tree->resizeColumnToContents(PartsModel::valueColumn);
-  const int most = m_tree->viewport()->width() / 2;
-  m_tree->setColumnWidth(PartsModel::partColumn,
-                         std::min(m_tree->columnWidth(PartsModel::partColumn) + kColumnGap, most));
   m_tree->setColumnWidth(
       PartsModel::valueColumn,
-      std::min(m_tree->columnWidth(PartsModel::valueColumn) + kColumnGap, most / 2));
+      std::min(m_tree->columnWidth(PartsModel::valueColumn) + kColumnGap, half / 2));
 }
 
-// Columns become wider, never smaller, so that nothing jumps from row to row. Of many columns the
-// first ones are looked at, and of many rows those in sight.
 void DebuggerViews::fitColumns() {
-  for (QTableView* table : {m_variableTable, m_historyTable}) {
-    const int columns = std::min(table->model()->columnCount() - 1, kFittedColumns);
-    const int widest = table->fontMetrics().averageCharWidth() * kMaxCharacters;
-    for (int column = 0; column < columns; ++column) {
-      const int before = m_isFitted ? table->columnWidth(column) : 0;
-      table->resizeColumnToContents(column);
-      const int content = std::min(table->columnWidth(column) + kColumnGap, widest);
-      table->setColumnWidth(column, std::max(before, content));
-    }
+  for (ColumnFit* columns : m_columnFits) {
+    columns->fit();
   }
-  m_isFitted = true;
 }
 
 // A narrow panel shows the variables above the parts.
@@ -190,6 +199,13 @@ void DebuggerViews::resizeEvent(QResizeEvent* event) {
   QTabWidget::resizeEvent(event);
   const bool isNarrow = width() < fontMetrics().averageCharWidth() * kCharactersSideBySide;
   m_rowPage->setOrientation(isNarrow ? Qt::Vertical : Qt::Horizontal);
+}
+
+bool DebuggerViews::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == m_tree && event->type() == QEvent::Resize && m_parts->isEmpty()) {
+    fitTree();
+  }
+  return QTabWidget::eventFilter(watched, event);
 }
 
 void DebuggerViews::changeEvent(QEvent* event) {
@@ -200,12 +216,25 @@ void DebuggerViews::changeEvent(QEvent* event) {
 }
 
 void DebuggerViews::fitRows() {
-  for (QTableView* table : {m_variableTable, m_historyTable}) {
-    const int height = fontMetrics().height() + kRowGap;
-    table->verticalHeader()->setMinimumSectionSize(height);
-    table->verticalHeader()->setDefaultSectionSize(height);
+  for (std::size_t i = 0; i < m_tables.size(); ++i) {
+    m_tables[i]->verticalHeader()->setMinimumSectionSize(m_tables[i]->rowHeight());
+    m_tables[i]->verticalHeader()->setDefaultSectionSize(m_tables[i]->rowHeight());
+    m_columnFits[i]->restart();
   }
-  m_isFitted = false;
+  fitResults();
+}
+
+void DebuggerViews::setExpectedResults(int count) {
+  m_expectedResults = count;
+  fitResults();
+}
+
+// As high as its rows, before the first ones come, too; of many results some are scrolled to.
+void DebuggerViews::fitResults() {
+  const int results = std::max(m_results->rowCount(), m_expectedResults);
+  const int rows = std::clamp(results, 1, kMaxResultsInSight);
+  m_resultTable->setWantedRows(rows, std::min(rows, kMinResultsInSight));
+  m_resultTable->setMaximumHeight(m_resultTable->heightOfRows(rows));
 }
 
 }  // namespace kelvarin

@@ -1,5 +1,5 @@
-// The tables of a step debugger: the variables and the parts of the expression in the row that is
-// shown, and on a page of their own the rows that went by.
+// The tables of a step debugger: the variables, the results and the parts of the expression in the
+// row that is shown, and on a page of their own the rows that went by.
 //
 // Used by DebuggerPanel, which decides what is shown.
 // Threads: the user-interface thread.
@@ -10,17 +10,18 @@
 #include <QTabWidget>
 
 #include "ui/debugger/row_history.h"
+#include "ui/debugger/row_values.h"
+#include "ui/debugger/sized_view.h"
 #include "ui/language/part_evaluation.h"
 
 class QSplitter;
-class QTableView;
-class QTreeView;
 
 namespace kelvarin {
 
+class ColumnFit;
 class HistoryModel;
 class PartsModel;
-class RowVariablesModel;
+class RowValuesModel;
 
 class DebuggerViews : public QTabWidget {
   Q_OBJECT
@@ -30,11 +31,12 @@ class DebuggerViews : public QTabWidget {
 
   void setHistory(const RowHistory& rows);
   // `index`: of the row in the history. `before`: the values of the row before it, if any.
-  void showRow(std::size_t index, std::vector<VariableValue> values,
-               const std::vector<VariableValue>& before);
+  void showRow(std::size_t index, const RowValues& values, const RowValues& before);
   void showParts(const PartValues& values);
   void clear();
-  // To what they show now, and to the font.
+  // Takes the height for so many, so that nothing moves when they come.
+  void setExpectedResults(int count);
+  // To what they show now.
   void fitColumns();
 
   // Of the variables of the row, as the user edited them.
@@ -49,23 +51,30 @@ class DebuggerViews : public QTabWidget {
   void rowChosen(std::size_t index);
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:
   QWidget* makeRowPage();
   QWidget* makeHistoryPage();
+  SizedView<QTableView>* makeTable(QWidget* parent, QAbstractItemModel* model, const QString& name);
   void fitTree();
   void fitRows();
+  void fitResults();
 
-  RowVariablesModel* m_variables;
+  RowValuesModel* m_variables;
+  RowValuesModel* m_results;
   PartsModel* m_parts;
   HistoryModel* m_history;
   QSplitter* m_rowPage = nullptr;
-  QTableView* m_variableTable = nullptr;
-  QTreeView* m_tree = nullptr;
-  QTableView* m_historyTable = nullptr;
-  bool m_isFitted = false;  // columns have the width of what they showed
+  SizedView<QTableView>* m_variableTable = nullptr;
+  SizedView<QTableView>* m_resultTable = nullptr;
+  SizedView<QTreeView>* m_tree = nullptr;
+  SizedView<QTableView>* m_historyTable = nullptr;
+  std::vector<SizedView<QTableView>*> m_tables;
+  std::vector<ColumnFit*> m_columnFits;
+  int m_expectedResults = 0;
 };
 
 }  // namespace kelvarin

@@ -9,10 +9,22 @@
 
 namespace kelvarin {
 
-// All of them, as the observer was shown them.
-std::vector<VariableValue> variableValues(const ObservedRow& row);
-// The element of each vector stands for the vector; those that have fewer are missing.
-std::vector<VariableValue> valuesOfElement(const ObservedRow& row, int element);
+// Why a result is not what its expression should yield.
+struct ResultFault {
+  QString text;          // empty: there is none
+  bool hasValue = true;  // false: the row ended the run before there was one
+};
+
+// One row as its tables show it.
+struct RowValues {
+  std::vector<VariableValue> variables;
+  std::vector<VariableValue> results;
+  std::vector<ResultFault> faults;  // one a result
+};
+
+// Of vectors those of one element; -1: the row has none.
+RowValues valuesToShow(const ObservedRow& row, int element);
+
 // Of the longest vector; 0: there is none.
 int elementCount(const ObservedRow& row);
 // Bit by bit, so that null and NaN differ.

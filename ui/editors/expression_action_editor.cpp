@@ -2,7 +2,8 @@
 
 #include <utility>
 
-#include <QLineEdit>
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QScrollArea>
@@ -10,13 +11,17 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include "actions/frame/renamed_variables.h"
+#include "expression/tokens/expression_tokens.h"
 #include "host/contract/main_ui.h"
 #include "host/widgets/info_line.h"
 #include "ui/editors/side_by_side.h"
 #include "ui/help_browser/interface_math_parser_help.h"
 #include "ui/panels/form_layout.h"
+#include "ui/panels/notes_field.h"
 #include "ui/panels/variables_panel.h"
 #include "ui/widgets/k_plain_text_edit.h"
+#include "ui/widgets/shrinking_column.h"
 
 namespace kelvarin {
 
@@ -39,6 +44,16 @@ void scrollTo(QWidget* part) {
       return;
     }
   }
+}
+
+// At least one character.
+qsizetype tokenSizeAt(const QString& expression, qsizetype position) {
+  for (const Token& token : ExpressionTokens(expression)) {
+    if (positionOf(token) == position) {
+      return sizeOf(token);
+    }
+  }
+  return 1;
 }
 
 }  // namespace
@@ -67,8 +82,10 @@ ExpressionActionEditor::ExpressionActionEditor(QWidget* parent, ExpressionAction
   m_tabs->setAccessibleName(tr("Parts of the editor"));
   m_tabs->setDocumentMode(true);
   m_field->setObjectName(kExpressionField);
-  m_field->setMinimumHeight(m_field->fontMetrics().lineSpacing() * 8);
   m_settings->setExpansion([this](const QString& text) { return m_action.expandString(text); });
+  watch(
+      kExpressionField, [this] { return m_field->expression(); },
+      [this](const QString& text) { m_field->setExpression(text); });
   connectField();
   connectVariables();
   connectSettings();
@@ -82,10 +99,9 @@ ExpressionActionEditor::~ExpressionActionEditor() {
   m_session->end();
   m_field->disconnect(this);
   m_variables->disconnect(this);
+  delete std::exchange(m_variablesPanel, nullptr);  // it asks for the expressions
   m_settings->disconnect(this);
-  for (QLineEdit* note : std::as_const(m_notes)) {
-    note->disconnect(this);
-  }
+  m_notes->disconnect(this);
 }
 
 void ExpressionActionEditor::connectField() {
@@ -126,8 +142,25 @@ void ExpressionActionEditor::connectVariables() {
     commitChanges();
     updateFormula();
   });
+  connect(m_variables, &VariablesModel::renamed, this, &ExpressionActionEditor::followRenaming);
   connect(m_variablesPanel, &VariablesPanel::insertWanted, this,
           &ExpressionActionEditor::on_insertVar);
+}
+
+// Where the user is not typing, the new text is committed with the new name.
+void ExpressionActionEditor::followRenaming(const QString& from, const QString& to) {
+  renameVariable(from, to);
+  const bool isCommitted = m_texts.isCommitted(kExpressionField);
+  const QString renamed = withRenamedVariable(m_field->expression(), from, to);
+  if (renamed == m_field->expression()) {
+    return;
+  }
+  m_field->replaceExpression(renamed);
+  if (isCommitted && !isDebugging()) {
+    m_areVariablesEdited = true;
+    commitChanges();
+    commitExpression();
+  }
 }
 
 void ExpressionActionEditor::connectSettings() {
@@ -162,18 +195,22 @@ void ExpressionActionEditor::setErrorPolicy(bool abortWhenError) {
 
 QVBoxLayout* ExpressionActionEditor::addExpressionPage(const QString& title) {
   auto* page = new QWidget(this);
-  auto* layout = new QVBoxLayout(page);
-  layout->setContentsMargins(12, 12, 12, 12);
+  auto* layout = new ShrinkingColumn(page);
+  layout->setContentsMargins(12, 8, 12, 4);
   layout->setSpacing(8);
   m_tabs->addTab(scrolled(page, this), title);
   return layout;
 }
 
-QWidget* ExpressionActionEditor::fieldAndVariables() {
-  return new SideBySide(m_field, m_variablesPanel, this);
+QWidget* ExpressionActionEditor::fieldBeside(QWidget* other) {
+  return new SideBySide(m_field, other, this);
 }
 
-QPushButton* ExpressionActionEditor::checkButton() {
+QWidget* ExpressionActionEditor::variablesPanel() const {
+  return m_variablesPanel;
+}
+
+QPushButton* ExpressionActionEditor::makeCheckButton() {
   auto* button = new QPushButton(tr("? (F7)"), this);
   button->setObjectName(QStringLiteral("pbCheck"));
   button->setAccessibleName(tr("Check (F7)"));
@@ -182,6 +219,7 @@ QPushButton* ExpressionActionEditor::checkButton() {
   connect(button, &QPushButton::clicked, this, &ExpressionActionEditor::checkNow);
   auto* shortcut = new QShortcut(QKeySequence(Qt::Key_F7), this);
   shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+  shortcut->setWhatsThis(tr("Check what is written"));
   connect(shortcut, &QShortcut::activated, this, &ExpressionActionEditor::checkNow);
   return button;
 }
@@ -193,23 +231,38 @@ void ExpressionActionEditor::checkNow() {
   checkExpressions();
 }
 
-QLineEdit* ExpressionActionEditor::noteField(const char* name, const QString& accessibleName) {
-  auto* field = new QLineEdit(this);
-  field->setObjectName(QLatin1String(name));
-  field->setAccessibleName(accessibleName);
-  connect(field, &QLineEdit::editingFinished, this, &ExpressionActionEditor::commitChanges);
-  m_notes += field;
-  return field;
+QWidget* ExpressionActionEditor::makeNotes(const char* name, const QString& labelText,
+                                           const QString& accessibleName) {
+  auto* line = new QWidget(this);
+  auto* layout = new QHBoxLayout(line);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(2 * kControlSpacing);
+  auto* label = new QLabel(labelText, line);
+  m_notes = new NotesField(line);
+  m_notes->setObjectName(QLatin1String(name));
+  m_notes->setAccessibleName(accessibleName);
+  label->setBuddy(m_notes);
+  layout->addWidget(label, 0, Qt::AlignTop);
+  layout->addWidget(m_notes, 1);
+  // On one line with the first line of the notes.
+  label->setContentsMargins(0, kControlSpacing, 0, 0);
+  watch(
+      m_notes->objectName(), [this] { return m_notes->toPlainText(); },
+      [this](const QString& text) { m_notes->setNotes(text); });
+  connect(m_notes, &NotesField::editingFinished, this, &ExpressionActionEditor::commitChanges);
+  return line;
 }
 
 QWidget* ExpressionActionEditor::makeDebugger(const DebuggerTexts& texts) {
   m_debugger = new DebuggerPanel(*m_session, texts, [this] { return formula(); }, this);
   m_debugger->setKeyOwner(this);
+  m_debugger->addCheckButton(makeCheckButton());
   connect(m_debugger, &DebuggerPanel::aboutToStart, this, &ExpressionActionEditor::commit);
   connect(m_debugger, &DebuggerPanel::aboutToStart, this, [this] { scrollTo(m_debugger); });
   connect(m_debugger, &DebuggerPanel::rowShown, this,
           [this](const std::vector<VariableValue>& values) {
             m_currentRow = values;
+            m_field->setCurrentRow(values);
             m_variables->setDebugValues(values);
           });
   connect(m_debugger, &DebuggerPanel::partChosen, m_field, &ExpressionField::selectPart);
@@ -328,34 +381,43 @@ void ExpressionActionEditor::reload() {
   m_variables->setVariables(m_action.inputVariables());
   m_variables->setRowNumberOffered(m_action.options().addN);
   load();
-  m_committed = texts();
+  m_texts.setAllCommitted();
   takeInput();
 }
 
-QMap<QString, QString> ExpressionActionEditor::texts() const {
-  QMap<QString, QString> texts{{kExpressionField, m_field->expression()}};
-  for (const QLineEdit* note : m_notes) {
-    texts[note->objectName()] = note->text();
-  }
+QMap<QString, QString> ExpressionActionEditor::uncommittedState() const {
+  QMap<QString, QString> texts = m_texts.uncommitted();
+  texts.insert(m_variablesPanel->uncommitted());
   return texts;
 }
 
-QMap<QString, QString> ExpressionActionEditor::uncommittedState() const {
-  const QMap<QString, QString> current = texts();
-  QMap<QString, QString> uncommitted;
-  for (auto text = current.begin(); text != current.end(); ++text) {
-    if (!isCommitted(text.key(), text.value())) {
-      uncommitted[text.key()] = text.value();
-    }
-  }
-  return uncommitted;
+void ExpressionActionEditor::restoreUncommitted(const QMap<QString, QString>& texts) {
+  m_variablesPanel->restore(texts);  // takes the focus, by which fields commit what they have
+  m_texts.restore(texts);
 }
 
 void ExpressionActionEditor::commit() {
+  m_variablesPanel->commit();
   commitChanges();
-  if (!isDebugging() && !isCommitted(kExpressionField, m_field->expression())) {
+  if (!isDebugging() && !m_texts.isCommitted(kExpressionField)) {
     commitExpression();
   }
+}
+
+void ExpressionActionEditor::showPosition(const QString& output, int position) {
+  showOutputNamed(output);
+  showExpressionPage();
+  if (position < 0) {
+    m_field->setFocus();
+    return;
+  }
+  m_field->showPart(position, tokenSizeAt(m_field->expression(), position));
+}
+
+bool ExpressionActionEditor::stepToRow(long long row) {
+  showExpressionPage();
+  m_debugger->runToRow(row);
+  return true;
 }
 
 bool ExpressionActionEditor::storeCommon() {
@@ -380,9 +442,6 @@ void ExpressionActionEditor::commitChanges() {
   }
   const bool isCommonStored = storeCommon();
   const bool isOwnStored = store();
-  for (const QLineEdit* note : std::as_const(m_notes)) {
-    setCommitted(note->objectName(), note->text());
-  }
   if (isCommonStored || isOwnStored) {
     propertiesChanged();
   }

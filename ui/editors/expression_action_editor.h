@@ -10,13 +10,13 @@
 #include "actions/frame/expression_action.h"
 #include "host/widgets/user_interface.h"
 #include "ui/debugger/debugger_panel.h"
+#include "ui/editors/committed_texts.h"
 #include "ui/editors/evaluation_page.h"
 #include "ui/editors/expression_validation.h"
 #include "ui/language/input_rows.h"
 #include "ui/panels/variables_model.h"
 #include "ui/widgets/expression_field.h"
 
-class QLineEdit;
 class QPushButton;
 class QTabWidget;
 class QVBoxLayout;
@@ -25,6 +25,7 @@ namespace kelvarin {
 
 class InfoLine;
 class Interface_mathParserHelp;
+class NotesField;
 class VariablesPanel;
 
 class ExpressionActionEditor : public UpdateClassWidget {
@@ -36,7 +37,10 @@ class ExpressionActionEditor : public UpdateClassWidget {
   ~ExpressionActionEditor() override;
 
   QMap<QString, QString> uncommittedState() const override;
+  void restoreUncommitted(const QMap<QString, QString>& texts) override;
   void commit() override;
+  void showPosition(const QString& output, int position) override;
+  bool stepToRow(long long row) override;
   // Columns, rows or a verdict are being found out.
   virtual bool isBusy() const { return m_inputRows->isBusy() || m_validation->isBusy(); }
 
@@ -71,15 +75,27 @@ class ExpressionActionEditor : public UpdateClassWidget {
   // All that may name columns.
   virtual QStringList expressions() const { return {m_field->expression()}; }
   virtual void showVerdict(int index, const FormulaAnswer* failure) = 0;
+  // In the expressions that are not in the field.
+  virtual void renameVariable(const QString&, const QString&) {}
+  // Shows the expression of an output.
+  virtual void showOutputNamed(const QString&) {}
 
   // For the constructors of derived editors: the page of the first tab, then the other tabs.
   QVBoxLayout* addExpressionPage(const QString& title);
-  QWidget* fieldAndVariables();
-  QPushButton* checkButton();
+  QWidget* fieldBeside(QWidget* other);
+  QWidget* variablesPanel() const;
+  // Of the height that the page has for both.
+  static constexpr int kFieldShare = 3;
+  static constexpr int kDebuggerShare = 2;
+  // With the editor's check button before its own.
   QWidget* makeDebugger(const DebuggerTexts& texts);
-  // A line of text that is committed at the end of editing.
-  QLineEdit* noteField(const char* name, const QString& accessibleName);
+  // A field with its label, committed at the end of editing.
+  QWidget* makeNotes(const char* name, const QString& label, const QString& accessibleName);
   void addOtherPages();
+  // Its text is part of uncommittedState() until it is committed.
+  void watch(const QString& field, CommittedTexts::Read text, CommittedTexts::Show show) {
+    m_texts.add(field, std::move(text), std::move(show));
+  }
 
   void reload();
   void commitChanges();
@@ -92,11 +108,8 @@ class ExpressionActionEditor : public UpdateClassWidget {
   bool isDebugging() const { return m_session->isRunning(); }
   void showExpressionPage();
   bool isLoading() const { return m_isLoading; }
-  // Of fields: what differs from the text that was committed last is not committed yet.
-  void setCommitted(const QString& field, const QString& text) { m_committed[field] = text; }
-  bool isCommitted(const QString& field, const QString& text) const {
-    return m_committed.value(field) == text;
-  }
+  void showHelp(const QString& name);
+  CommittedTexts& texts() { return m_texts; }
   EvaluationPage& settingsPage() { return *m_settings; }
 
   ExpressionField* m_field;
@@ -104,20 +117,21 @@ class ExpressionActionEditor : public UpdateClassWidget {
   ExpressionValidation* m_validation;
   InputRows* m_inputRows;
   DebuggerPanel* m_debugger = nullptr;
+  NotesField* m_notes = nullptr;
 
  private:
   void connectField();
   void connectVariables();
+  void followRenaming(const QString& from, const QString& to);
   void connectSettings();
   void takeInput();
   bool storeCommon();
   void setErrorPolicy(bool abortWhenError);
   void showPending();
-  void showHelp(const QString& name);
   bool isHelpShown() const;
   // F7: the verdict is wanted, wherever the user is.
   void checkNow();
-  QMap<QString, QString> texts() const;
+  QPushButton* makeCheckButton();
 
   ExpressionAction& m_action;
   DebugSession* m_session;
@@ -126,8 +140,7 @@ class ExpressionActionEditor : public UpdateClassWidget {
   EvaluationPage* m_settings;
   VariablesPanel* m_variablesPanel;
   Interface_mathParserHelp* m_help;
-  QList<QLineEdit*> m_notes;
-  QMap<QString, QString> m_committed;
+  CommittedTexts m_texts;
   bool m_isLoading = false;
   bool m_areVariablesEdited = false;
   bool m_areOptionsEdited = false;

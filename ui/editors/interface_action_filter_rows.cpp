@@ -3,13 +3,12 @@
 #include <utility>
 
 #include <QLabel>
-#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 #include "actions/filter_rows/sampling.h"
-#include "ui/panels/form_layout.h"
+#include "ui/panels/notes_field.h"
 #include "ui/widgets/k_plain_text_edit.h"
 
 namespace kelvarin {
@@ -36,14 +35,9 @@ Interface_actionFilterRows::Interface_actionFilterRows(QWidget* parent, FilterRo
   auto* label = new QLabel(tr("E&xpression:"), this);
   label->setBuddy(m_field->editor());
   layout->addWidget(label);
-  layout->addWidget(fieldAndVariables(), 1);
-  layout->addWidget(checkButton(), 0, Qt::AlignLeft);
-  layout->addWidget(makeDebugger({tr("Start"), tr("STOP"), tr("Eval Next")}));
-  m_comments = noteField("leComments", tr("Comments"));
-  auto* commentsLabel = new QLabel(tr("Co&mments:"), this);
-  commentsLabel->setBuddy(m_comments);
-  layout->addWidget(commentsLabel);
-  layout->addWidget(m_comments);
+  layout->addWidget(fieldBeside(variablesPanel()), kFieldShare);
+  layout->addWidget(makeDebugger({tr("Start"), tr("STOP"), tr("Eval Next")}), kDebuggerShare);
+  layout->addWidget(makeNotes("leComments", tr("Co&mments:"), tr("Comments")));
   addOtherPages();
   m_field->editor()->setAccessibleName(tr("Expression"));
   m_field->setHistoryKey(QStringLiteral("filter"));
@@ -60,19 +54,20 @@ void Interface_actionFilterRows::load() {
   const FilterSettings& settings = m_action.settings();
   m_field->setExpression(settings.expression);
   settingsPage().setTruncates(settings.truncate);
-  m_comments->setText(settings.comments);
+  m_notes->setNotes(settings.comments);
 }
 
 // A comment that the field cannot show as it is stays until the user changes it.
 bool Interface_actionFilterRows::store() {
   FilterSettings settings = m_action.settings();
-  const bool isCommentNew = !isCommitted(m_comments->objectName(), m_comments->text());
+  const bool isCommentNew = !texts().isCommitted(m_notes->objectName());
   if (!isCommentNew && settings.truncate == settingsPage().truncates()) {
     return false;
   }
   settings.truncate = settingsPage().truncates();
   if (isCommentNew) {
-    settings.comments = m_comments->text();
+    settings.comments = m_notes->toPlainText();
+    texts().setCommitted(m_notes->objectName());
   }
   m_action.setSettings(settings);
   return true;
@@ -89,8 +84,8 @@ void Interface_actionFilterRows::commitExpression() {
     expression = kKeepAll;
     m_field->setExpression(expression);
   }
-  if (!isCommitted(kExpressionField, expression)) {
-    setCommitted(kExpressionField, expression);
+  if (!texts().isCommitted(kExpressionField)) {
+    texts().setCommitted(kExpressionField);
     FilterSettings settings = m_action.settings();
     settings.expression = expression;
     m_action.setSettings(settings);

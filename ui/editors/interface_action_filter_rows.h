@@ -28,7 +28,6 @@ class Interface_actionFilterRows : public ExpressionActionEditor {
   void validate(ExpressionValidation::Occasion occasion);
 
   FilterRows& m_action;
-  QLineEdit* m_comments;
   QString m_checkedExpression;
   bool m_mayAskAboutSampling = true;
   bool m_isExpressionDirty = false;

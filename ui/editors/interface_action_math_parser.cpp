@@ -3,29 +3,30 @@
 #include <algorithm>
 #include <utility>
 
-#include <QCheckBox>
+#include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
+#include <QSpinBox>
 #include <QVBoxLayout>
 
+#include "actions/frame/renamed_variables.h"
+#include "expression/backends/expression_text.h"
 #include "ui/editors/output_bar.h"
+#include "ui/editors/output_fields.h"
 #include "ui/editors/vectors_panel.h"
-#include "ui/language/outside_sources.h"
 #include "ui/panels/form_layout.h"
+#include "ui/panels/notes_field.h"
 #include "ui/panels/settings_page.h"
-#include "ui/widgets/flow_layout.h"
 #include "ui/widgets/k_plain_text_edit.h"
 
 namespace kelvarin {
 
 namespace {
 
-const QString kNameField = QStringLiteral("nameExpression");
-const QString kNewExpression = QStringLiteral("1");
-constexpr MetaTypeColumn kTypes[] = {MetaTypeColumn::number, MetaTypeColumn::key,
-                                     MetaTypeColumn::text};
+// Among the fields of uncommittedState().
+const QString kNameField = QStringLiteral("name");
+// How new outputs are called; the second one is an expression.
+const QString kNewName = QStringLiteral("NewVar%1");
+const QString kNewNameExpression = QStringLiteral("\"NewVar%1_\"//_n");
 
 EvaluationPage::Sections sections() {
   EvaluationPage::Sections sections;
@@ -51,89 +52,54 @@ Interface_actionMathParser::Interface_actionMathParser(QWidget* parent, Calculat
       m_action(action),
       m_mode(mode),
       m_pinTable(new PinTable(action, mode == kVectorized, this)),
-      m_bar(new OutputBar(this)) {
+      m_bar(new OutputBar(this)),
+      m_fields(new OutputFields(mode == kVectorized, this)),
+      m_outputs(mode == kVectorized ? kNewNameExpression : kNewName) {
   setObjectName(QStringLiteral("Interface_actionMathParser"));
   QVBoxLayout* layout = addExpressionPage(tr("Expressions"));
   layout->addWidget(m_bar);
-  layout->addWidget(makeNameRow());
-  layout->addWidget(makeTypeRow());
+  layout->addWidget(m_fields);
   m_field->editor()->setAccessibleName(tr("Expression"));
   m_field->setHistoryKey(QStringLiteral("calculator"));
-  layout->addWidget(fieldAndVariables(), 1);
-  if (isVectorized()) {
-    layout->addWidget(new VectorsPanel(*m_pinTable, this));
-  }
-  layout->addWidget(checkButton(), 0, Qt::AlignLeft);
-  layout->addWidget(makeDebugger({tr("Debug Start"), tr("Debug STOP"), tr("Debug - Next (F10)")}));
-  m_notes = noteField("leNotes", tr("Notes"));
-  auto* notesLabel = new QLabel(tr("N&otes:"), this);
-  notesLabel->setBuddy(m_notes);
-  layout->addWidget(notesLabel);
-  layout->addWidget(m_notes);
+  layout->addWidget(fieldBeside(isVectorized() ? makeVectors() : variablesPanel()), kFieldShare);
+  layout->addWidget(makeDebugger({tr("Debug Start"), tr("Debug STOP"), tr("Debug - Next (F10)")}),
+                    kDebuggerShare);
+  layout->addWidget(makeNotes("leNotes", tr("N&otes:"), tr("Notes")));
   addOtherPages();
+  watch(
+      kNameField, [this] { return m_fields->name(); },
+      [this](const QString& name) { m_fields->setName(name); });
   connectOutputs();
   reload();
   updatePinTable();
 }
 
 Interface_actionMathParser::~Interface_actionMathParser() {
-  if (m_nameField != nullptr) {
-    m_nameField->disconnect(this);
-  }
+  m_fields->disconnect(this);
 }
 
-QWidget* Interface_actionMathParser::makeNameRow() {
-  auto* row = new QWidget(this);
-  auto* layout =
-      new QBoxLayout(isVectorized() ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, row);
+QWidget* Interface_actionMathParser::makeVectors() {
+  auto* panel = new VectorsPanel(*m_pinTable, this);
+  panel->addTab(variablesPanel(), tr("Variables"));
+  auto* group = new QWidget(this);
+  auto* layout = new QHBoxLayout(group);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(isVectorized() ? kControlSpacing : 2 * kControlSpacing);
-  auto* label = new QLabel(isVectorized() ? tr("&Name expression:") : tr("&Name:"), row);
+  layout->setSpacing(kControlSpacing);
+  auto* label = new QLabel(tr("Elemen&t:"), group);
+  m_element = new QSpinBox(group);
+  m_element->setObjectName(QStringLiteral("sbShownElement"));
+  m_element->setAccessibleName(tr("Element of the vectors whose values are shown"));
+  m_element->setToolTip(tr("The values below are those of this element of each vector."));
+  label->setBuddy(m_element);
   layout->addWidget(label);
-  if (!isVectorized()) {
-    m_name = noteField("leName", tr("Name"));
-    m_name->setToolTip(tr("The name of the column that the expression makes."));
-    label->setBuddy(m_name);
-    layout->addWidget(m_name);
-    return row;
-  }
-  m_nameField = new ExpressionField(row);
-  m_nameField->setObjectName(kNameField);
-  m_nameField->setHistoryKey(QStringLiteral("columnNames"));
-  m_nameField->setValuesShown(false);
-  KPlainTextEdit* editor = m_nameField->editor();
-  editor->setAccessibleName(tr("Name expression"));
-  editor->setToolTip(
-      tr("A text for each element: _n is its number, an alias the name of its "
-         "column."));
-  editor->setFixedHeight(editor->fontMetrics().lineSpacing() * 2 + 12);
-  label->setBuddy(editor);
-  layout->addWidget(m_nameField);
-  return row;
+  layout->addWidget(m_element);
+  m_field->addBesideVerdict(group);
+  connect(m_element, &QSpinBox::valueChanged, this, &Interface_actionMathParser::updateFormula);
+  return panel;
 }
 
-QWidget* Interface_actionMathParser::makeTypeRow() {
-  const QString texts[] = {tr("Nu&mber"), tr("&Key"), tr("Te&xt")};
-  auto* row = new QWidget(this);
-  auto* layout = new FlowLayout(row);
-  layout->addWidget(new QLabel(tr("Type:"), row));
-  for (std::size_t i = 0; i < std::size(kTypes); ++i) {
-    auto* button = new QRadioButton(texts[i], row);
-    button->setObjectName(QStringLiteral("rb%1").arg(i + 1));
-    connect(button, &QRadioButton::clicked, this, [this, i] { setType(kTypes[i]); });
-    layout->addWidget(button);
-    m_types.push_back(button);
-  }
-  m_update = new QCheckBox(tr("&update the column"), row);
-  m_update->setObjectName(QStringLiteral("cbUpdate"));
-  m_update->setToolTip(tr("The result replaces the column of the input that has this name."));
-  m_update->setVisible(!isVectorized());
-  connect(m_update, &QCheckBox::clicked, this, [this](bool isUpdate) {
-    current().variable.update = isUpdate;
-    outputsEdited();
-  });
-  layout->addWidget(m_update);
-  return row;
+int Interface_actionMathParser::shownElement() const {
+  return m_element != nullptr ? m_element->value() : 0;
 }
 
 void Interface_actionMathParser::connectOutputs() {
@@ -146,86 +112,58 @@ void Interface_actionMathParser::connectOutputs() {
   connect(m_debugger, &DebuggerPanel::lackingVariablesWanted, this,
           &Interface_actionMathParser::takeTableOver);
   if (isVectorized()) {
-    connect(m_nameField, &ExpressionField::editingFinished, this,
-            &Interface_actionMathParser::commitName);
-    connect(m_nameField->editor(), &QPlainTextEdit::textChanged, this,
-            &Interface_actionMathParser::updateNames);
-  } else {
-    connect(m_name, &QLineEdit::textEdited, this,
-            [this](const QString& name) { m_bar->setName(m_current, name); });
+    connect(m_element, &QSpinBox::valueChanged, m_debugger, &DebuggerPanel::setElement);
+    connect(m_debugger, &DebuggerPanel::elementChosen, m_element, &QSpinBox::setValue);
   }
+  connect(m_fields, &OutputFields::typeChosen, this, [this](MetaTypeColumn meta) {
+    m_outputs.current().meta = meta;
+    outputsEdited();
+  });
+  connect(m_fields, &OutputFields::updateChosen, this, [this](bool isUpdate) {
+    m_outputs.current().update = isUpdate;
+    outputsEdited();
+  });
+  connect(m_fields, &OutputFields::nameEdited, this, &Interface_actionMathParser::followName);
+  connect(m_fields, &OutputFields::nameFinished, this, [this] {
+    commitChanges();
+    updateFormula();
+  });
+  connect(m_fields, &OutputFields::helpWanted, this, &Interface_actionMathParser::showHelp);
 }
 
 void Interface_actionMathParser::load() {
-  m_outputs.clear();
-  for (const OutputVariable& variable : m_action.outputVariables()) {
-    m_outputs.push_back({variable});
-  }
-  m_current = 0;
+  m_outputs.set(m_action.outputVariables());
   showTabs();
   showOutput();
 }
 
 void Interface_actionMathParser::showTabs() {
-  QStringList names;
-  for (const Output& output : m_outputs) {
-    names += output.variable.name;
-  }
-  m_bar->setOutputs(names, m_current);
-  for (std::size_t i = 0; i < m_outputs.size(); ++i) {
-    m_bar->setRefused(static_cast<int>(i), m_outputs[i].isRefused);
+  m_bar->setOutputs(m_outputs.names(), m_outputs.currentIndex());
+  for (int i = 0; i < m_outputs.size(); ++i) {
+    m_bar->setRefused(i, m_outputs.isRefused(i));
   }
 }
 
 void Interface_actionMathParser::showOutput() {
-  const OutputVariable& output = current().variable;
+  const OutputVariable& output = m_outputs.current();
   m_field->setExpression(output.expression);
-  m_field->setRefused(current().isRefused);
-  setCommitted(kExpressionField, m_field->expression());
-  if (isVectorized()) {
-    m_nameField->setExpression(output.name);
-    setCommitted(kNameField, m_nameField->expression());
-    m_nameField->setFormula(nameFormula());
-  } else {
-    m_name->setText(output.name);
-    setCommitted(m_name->objectName(), m_name->text());
+  m_field->setRefused(m_outputs.isRefused(m_outputs.currentIndex()));
+  m_fields->showOutput(output);
+  m_fields->setNameFormula(nameFormula(m_fields->name()));
+  m_notes->setNotes(output.notes);
+  for (const QString& field : {kExpressionField, kNameField, m_notes->objectName()}) {
+    texts().setCommitted(field);
   }
-  m_notes->setText(output.notes);
-  setCommitted(m_notes->objectName(), m_notes->text());
-  for (std::size_t i = 0; i < m_types.size(); ++i) {
-    m_types[i]->setAutoExclusive(false);  // another type has no button
-    m_types[i]->setChecked(output.meta == kTypes[i]);
-    m_types[i]->setAutoExclusive(true);
-  }
-  m_update->setChecked(output.update);
   updateFormula();
 }
 
-QMap<QString, QString> Interface_actionMathParser::uncommittedState() const {
-  QMap<QString, QString> state = ExpressionActionEditor::uncommittedState();
-  if (isVectorized() && !isCommitted(kNameField, m_nameField->expression())) {
-    state[kNameField] = m_nameField->expression();
-  }
-  return state;
+void Interface_actionMathParser::followName() {
+  m_bar->setName(m_outputs.currentIndex(), m_fields->name());
+  updateNames();
 }
 
-void Interface_actionMathParser::commit() {
-  ExpressionActionEditor::commit();
-  if (isVectorized()) {
-    commitName();
-  }
-}
-
-// Texts that a field cannot show as they are stay until the user changes them.
 bool Interface_actionMathParser::store() {
-  if (!isVectorized() && !isCommitted(m_name->objectName(), m_name->text())) {
-    current().variable.name = m_name->text();
-    m_areOutputsEdited = true;
-  }
-  if (!isCommitted(m_notes->objectName(), m_notes->text())) {
-    current().variable.notes = m_notes->text();
-    m_areOutputsEdited = true;
-  }
+  takeNameAndNotes();
   if (!std::exchange(m_areOutputsEdited, false)) {
     return false;
   }
@@ -233,18 +171,37 @@ bool Interface_actionMathParser::store() {
   return true;
 }
 
+// Texts that a field cannot show as they are stay until the user changes them.
+void Interface_actionMathParser::takeNameAndNotes() {
+  if (!texts().isCommitted(kNameField)) {
+    m_outputs.current().name = m_fields->name();
+    texts().setCommitted(kNameField);
+    m_areOutputsEdited = true;
+  }
+  if (!texts().isCommitted(m_notes->objectName())) {
+    m_outputs.current().notes = m_notes->toPlainText();
+    texts().setCommitted(m_notes->objectName());
+    m_areOutputsEdited = true;
+  }
+}
+
+// Before another output is shown in the fields. A debug run keeps them from the action for now.
+void Interface_actionMathParser::leaveOutput() {
+  commit();
+  if (!isDebugging()) {
+    return;
+  }
+  takeNameAndNotes();
+  if (!texts().isCommitted(kExpressionField)) {
+    m_outputs.current().expression = m_field->expression();
+    m_areOutputsEdited = true;
+  }
+}
+
 // What the action makes of them is shown: an empty expression is a missing value.
 void Interface_actionMathParser::writeOutputs() {
-  std::vector<OutputVariable> variables;
-  variables.reserve(m_outputs.size());
-  for (const Output& output : m_outputs) {
-    variables.push_back(output.variable);
-  }
-  m_action.setOutputVariables(std::move(variables));
-  const std::vector<OutputVariable>& stored = m_action.outputVariables();
-  for (std::size_t i = 0; i < m_outputs.size() && i < stored.size(); ++i) {
-    m_outputs[i].variable = stored[i];
-  }
+  m_action.setOutputVariables(m_outputs.variables());
+  m_outputs.update(m_action.outputVariables());
 }
 
 void Interface_actionMathParser::outputsEdited() {
@@ -253,22 +210,16 @@ void Interface_actionMathParser::outputsEdited() {
   updateFormula();
 }
 
-void Interface_actionMathParser::setType(MetaTypeColumn meta) {
-  current().variable.meta = meta;
-  outputsEdited();
-}
-
 void Interface_actionMathParser::commitExpression() {
-  const QString expression = m_field->expression();
-  if (isCommitted(kExpressionField, expression)) {
+  if (texts().isCommitted(kExpressionField)) {
     return;
   }
-  current().variable.expression = expression;
+  m_outputs.current().expression = m_field->expression();
   m_areOutputsEdited = true;
   commitChanges();
-  m_field->setExpression(current().variable.expression);
+  m_field->setExpression(m_outputs.current().expression);
   updateFormula();
-  setCommitted(kExpressionField, m_field->expression());
+  texts().setCommitted(kExpressionField);
   checkCommitted();
 }
 
@@ -278,81 +229,62 @@ void Interface_actionMathParser::checkCommitted() {
   if (m_isCheckDue) {
     return;
   }
-  m_checked = {m_current};
+  m_checked = {m_outputs.currentIndex()};
   m_checkedExpressions = {m_field->expression()};
   m_isFailureShown = false;
   m_validation->check({formula()}, ExpressionValidation::Occasion::commit);
 }
 
-void Interface_actionMathParser::commitName() {
-  const QString name = m_nameField->expression();
-  if (isLoading() || isCommitted(kNameField, name)) {
-    return;
-  }
-  setCommitted(kNameField, name);
-  current().variable.name = name;
-  m_bar->setName(m_current, name);
-  outputsEdited();
-}
-
 void Interface_actionMathParser::chooseOutput(int output) {
-  if (output < 0 || output == m_current) {
+  if (!m_outputs.has(output) || output == m_outputs.currentIndex()) {
     return;
   }
-  commit();
-  m_current = output;
+  leaveOutput();
+  m_outputs.setCurrent(output);
   m_bar->setCurrent(output);
   showOutput();
 }
 
-QString Interface_actionMathParser::newName() const {
-  for (int number = 1;; ++number) {
-    const QString plain =
-        number == 1 ? QStringLiteral("NewVar") : QStringLiteral("NewVar%1").arg(number);
-    const QString name = isVectorized() ? QStringLiteral("\"%1_\"//_n").arg(plain) : plain;
-    const auto hasName = [&](const Output& output) { return output.variable.name == name; };
-    if (std::none_of(m_outputs.begin(), m_outputs.end(), hasName)) {
-      return name;
+void Interface_actionMathParser::showOutputNamed(const QString& name) {
+  chooseOutput(static_cast<int>(m_outputs.names().indexOf(name)));
+}
+
+void Interface_actionMathParser::renameVariable(const QString& from, const QString& to) {
+  for (int i = 0; i < m_outputs.size(); ++i) {
+    const QString renamed = withRenamedVariable(m_outputs.at(i).expression, from, to);
+    if (i != m_outputs.currentIndex() && renamed != m_outputs.at(i).expression) {
+      m_outputs.setExpression(i, renamed);
+      m_areOutputsEdited = true;
     }
   }
 }
 
 void Interface_actionMathParser::addOutput() {
-  commit();
-  Output output;
-  output.variable.name = newName();
-  output.variable.expression = kNewExpression;
-  m_outputs.push_back(output);
-  m_current = static_cast<int>(m_outputs.size()) - 1;
+  leaveOutput();
+  m_outputs.add();
   showTabs();
   showOutput();
   outputsEdited();
-  name_outputVar(m_current);
+  name_outputVar(m_outputs.currentIndex());
 }
 
 void Interface_actionMathParser::moveOutput(bool isLeft) {
-  const int target = isLeft ? m_current - 1 : m_current + 1;
-  if (target < 0 || target >= static_cast<int>(m_outputs.size())) {
+  leaveOutput();
+  if (!m_outputs.moveCurrent(isLeft)) {
     return;
   }
-  commit();
   m_validation->check({}, ExpressionValidation::Occasion::commit);
-  std::swap(m_outputs[static_cast<std::size_t>(target)], current());
-  m_current = target;
   showTabs();
   outputsEdited();
 }
 
 void Interface_actionMathParser::delete_outputVar(int output) {
-  if (m_outputs.size() < 2 || output < 0 || output >= static_cast<int>(m_outputs.size())) {
+  if (m_outputs.size() < 2 || !m_outputs.has(output)) {
     return;
   }
-  commit();
+  leaveOutput();
   m_validation->check({}, ExpressionValidation::Occasion::commit);
-  m_outputs.erase(m_outputs.begin() + output);
-  if (m_current > output || m_current == static_cast<int>(m_outputs.size())) {
-    --m_current;
-  }
+  m_outputs.remove(output);
   showTabs();
   showOutput();
   outputsEdited();
@@ -360,20 +292,14 @@ void Interface_actionMathParser::delete_outputVar(int output) {
 
 void Interface_actionMathParser::name_outputVar(int output) {
   chooseOutput(output);
-  if (isVectorized()) {
-    m_nameField->setFocus();
-    m_nameField->editor()->selectAll();
-    return;
-  }
-  m_name->setFocus();
-  m_name->selectAll();
+  m_fields->editName();
 }
 
 QStringList Interface_actionMathParser::expressions() const {
   QStringList expressions;
-  for (std::size_t i = 0; i < m_outputs.size(); ++i) {
-    expressions +=
-        static_cast<int>(i) == m_current ? m_field->expression() : m_outputs[i].variable.expression;
+  for (int i = 0; i < m_outputs.size(); ++i) {
+    const bool isCurrent = i == m_outputs.currentIndex();
+    expressions += isCurrent ? m_field->expression() : m_outputs.at(i).expression;
   }
   return expressions;
 }
@@ -381,13 +307,13 @@ QStringList Interface_actionMathParser::expressions() const {
 Formula Interface_actionMathParser::formulaOf(const OutputVariable& output) const {
   Formula formula = ExpressionActionEditor::formula();
   formula.output = output;
-  const std::vector<InputVariable> ofTable = m_pinTable->variablesOf(0);
+  const std::vector<InputVariable> ofTable = m_pinTable->variablesOf(shownElement());
   formula.variables.insert(formula.variables.end(), ofTable.begin(), ofTable.end());
   return formula;
 }
 
 Formula Interface_actionMathParser::formula() const {
-  OutputVariable output = m_outputs.empty() ? OutputVariable() : current().variable;
+  OutputVariable output = m_outputs.size() == 0 ? OutputVariable() : m_outputs.current();
   output.expression = m_field->expression();
   return formulaOf(output);
 }
@@ -400,7 +326,7 @@ std::vector<InputVariable> Interface_actionMathParser::lackingVariables() const 
   }
   QSet<QString> named;
   for (const QString& expression : expressions()) {
-    named += namesIn(expression);
+    named += valueNames(expression);
   }
   const std::vector<InputVariable>& own = m_variables->variables();
   for (const InputVariable& variable : m_pinTable->table()->variables) {
@@ -419,6 +345,9 @@ void Interface_actionMathParser::updateFormula() {
     names += variable.name();
   }
   m_debugger->setLackingVariables(names);
+  if (!isVectorized()) {
+    m_debugger->setOutputs(m_action.outputVariables());
+  }
 }
 
 void Interface_actionMathParser::takeTableOver() {
@@ -426,11 +355,11 @@ void Interface_actionMathParser::takeTableOver() {
 }
 
 // The names of columns are computed from those of the first element's columns.
-Formula Interface_actionMathParser::nameFormula() const {
+Formula Interface_actionMathParser::nameFormula(const QString& expression) const {
   Formula formula;
   formula.use = ResultUse::column;
   formula.output.meta = MetaTypeColumn::text;
-  formula.output.expression = m_nameField->expression();
+  formula.output.expression = expression;
   formula.options = options();
   formula.options.addN = false;
   if (m_action.globalParameters() != nullptr) {
@@ -445,25 +374,27 @@ Formula Interface_actionMathParser::nameFormula() const {
 }
 
 void Interface_actionMathParser::updatePinTable() {
-  updateFormula();
   if (isVectorized()) {
-    m_nameField->setFormula(nameFormula());
-    updateNames();
+    m_element->setMaximum(std::max(0, m_pinTable->longestVector() - 1));
   }
+  updateFormula();
+  m_fields->setNameFormula(nameFormula(m_fields->name()));
+  updateNames();
   if (m_isCheckDue && !m_pinTable->isBusy()) {
     checkCommitted();
   }
 }
 
 void Interface_actionMathParser::updateNames() {
-  QStringList names;
-  for (std::size_t i = 0; i < m_outputs.size(); ++i) {
-    names +=
-        static_cast<int>(i) == m_current ? m_nameField->expression() : m_outputs[i].variable.name;
+  if (!isVectorized()) {
+    return;
   }
-  const GlobalParameters* parameters = m_action.globalParameters();
-  m_pinTable->nameColumns(names, options(),
-                          parameters != nullptr ? *parameters : GlobalParameters());
+  std::vector<Formula> names;
+  for (int i = 0; i < m_outputs.size(); ++i) {
+    const bool isCurrent = i == m_outputs.currentIndex();
+    names.push_back(nameFormula(isCurrent ? m_fields->name() : m_outputs.at(i).name));
+  }
+  m_pinTable->nameColumns(names);
 }
 
 void Interface_actionMathParser::checkCurrentOutputVars() {
@@ -472,10 +403,10 @@ void Interface_actionMathParser::checkCurrentOutputVars() {
   m_checked.clear();
   m_checkedExpressions.clear();
   m_isFailureShown = false;
-  for (std::size_t i = 0; i < m_outputs.size(); ++i) {
-    formulas.push_back(formulaOf(m_outputs[i].variable));
-    m_checked.push_back(static_cast<int>(i));
-    m_checkedExpressions.push_back(m_outputs[i].variable.expression);
+  for (int i = 0; i < m_outputs.size(); ++i) {
+    formulas.push_back(formulaOf(m_outputs.at(i)));
+    m_checked.push_back(i);
+    m_checkedExpressions.push_back(m_outputs.at(i).expression);
   }
   m_validation->check(std::move(formulas), ExpressionValidation::Occasion::asked);
 }
@@ -483,15 +414,15 @@ void Interface_actionMathParser::checkCurrentOutputVars() {
 void Interface_actionMathParser::showVerdict(int index, const FormulaAnswer* failure) {
   const auto position = static_cast<std::size_t>(index);
   const int output = m_checked[position];
-  m_outputs[static_cast<std::size_t>(output)].isRefused = failure != nullptr;
+  m_outputs.setRefused(output, failure != nullptr);
   m_bar->setRefused(output, failure != nullptr);
-  m_action.setErrorFlag(std::any_of(m_outputs.begin(), m_outputs.end(),
-                                    [](const Output& each) { return each.isRefused; }));
+  m_action.setErrorFlag(m_outputs.isAnyRefused());
   const bool isFirstFailure = failure != nullptr && !std::exchange(m_isFailureShown, true);
   if (isFirstFailure && m_checked.size() > 1 && !m_validation->hasTypedElsewhere()) {
     chooseOutput(output);
   }
-  if (output != m_current || m_field->expression() != m_checkedExpressions[position]) {
+  if (output != m_outputs.currentIndex() ||
+      m_field->expression() != m_checkedExpressions[position]) {
     return;
   }
   if (failure == nullptr || isFirstFailure) {

@@ -9,15 +9,15 @@
 
 #include "actions/calculator/calculator.h"
 #include "ui/editors/expression_action_editor.h"
+#include "ui/editors/output_list.h"
 #include "ui/editors/pin_table.h"
 
-class QCheckBox;
-class QRadioButton;
+class QSpinBox;
 
 namespace kelvarin {
 
 class OutputBar;
-class VectorsPanel;
+class OutputFields;
 
 class Interface_actionMathParser : public ExpressionActionEditor {
   Q_OBJECT
@@ -28,8 +28,6 @@ class Interface_actionMathParser : public ExpressionActionEditor {
   Interface_actionMathParser(QWidget* parent, Calculator& action, int mode);
   ~Interface_actionMathParser() override;
 
-  QMap<QString, QString> uncommittedState() const override;
-  void commit() override;
   bool isBusy() const override { return ExpressionActionEditor::isBusy() || m_pinTable->isBusy(); }
 
  public slots:
@@ -48,18 +46,12 @@ class Interface_actionMathParser : public ExpressionActionEditor {
   QStringList expressions() const override;
   void updateFormula() override;
   void showVerdict(int index, const FormulaAnswer* failure) override;
+  void renameVariable(const QString& from, const QString& to) override;
+  void showOutputNamed(const QString& name) override;
 
  private:
-  struct Output {
-    OutputVariable variable;
-    bool isRefused = false;
-  };
-
   bool isVectorized() const { return m_mode == kVectorized; }
-  Output& current() { return m_outputs[static_cast<std::size_t>(m_current)]; }
-  const Output& current() const { return m_outputs[static_cast<std::size_t>(m_current)]; }
-  QWidget* makeNameRow();
-  QWidget* makeTypeRow();
+  QWidget* makeVectors();
   void connectOutputs();
 
   // Fills the fields with the current output.
@@ -68,15 +60,17 @@ class Interface_actionMathParser : public ExpressionActionEditor {
   void chooseOutput(int output);
   void addOutput();
   void moveOutput(bool isLeft);
-  QString newName() const;
-  void setType(MetaTypeColumn meta);
+  void leaveOutput();
+  void takeNameAndNotes();
+  void followName();
   void checkCommitted();
-  void commitName();
   void outputsEdited();
   void writeOutputs();
 
   Formula formulaOf(const OutputVariable& output) const;
-  Formula nameFormula() const;
+  Formula nameFormula(const QString& expression) const;
+  // Whose values are shown below the expression.
+  int shownElement() const;
   // Those of the table that expressions name and that are no input variables of the action.
   std::vector<InputVariable> lackingVariables() const;
   void takeTableOver();
@@ -87,14 +81,10 @@ class Interface_actionMathParser : public ExpressionActionEditor {
   const int m_mode;
   PinTable* m_pinTable;
   OutputBar* m_bar;
-  QLineEdit* m_name = nullptr;             // null where it is an expression
-  ExpressionField* m_nameField = nullptr;  // null where it is none
-  std::vector<QRadioButton*> m_types;
-  QCheckBox* m_update;
-  QLineEdit* m_notes;
-  std::vector<Output> m_outputs;
-  int m_current = 0;
-  std::vector<int> m_checked;  // the outputs that the validation has, in its order
+  OutputFields* m_fields;
+  OutputList m_outputs;
+  QSpinBox* m_element = nullptr;  // null where there are no vectors
+  std::vector<int> m_checked;     // the outputs that the validation has, in its order
   std::vector<QString> m_checkedExpressions;
   bool m_isFailureShown = false;  // of the check under way
   bool m_isCheckDue = false;      // as soon as the table is read

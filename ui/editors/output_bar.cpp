@@ -7,6 +7,7 @@
 
 #include "host/widgets/icon_button.h"
 #include "host/widgets/icons.h"
+#include "host/widgets/key_list.h"
 
 namespace kelvarin {
 
@@ -48,6 +49,8 @@ OutputBar::OutputBar(QWidget* parent)
   m_tabs->setElideMode(Qt::ElideRight);
   m_tabs->setFocusPolicy(Qt::StrongFocus);
   m_tabs->installEventFilter(this);
+  describeKey(*m_tabs, Qt::Key_F2, tr("Rename the output"), m_tabs->accessibleName());
+  describeKey(*m_tabs, Qt::Key_Delete, tr("Remove the output"), m_tabs->accessibleName());
   connect(m_tabs, &QTabBar::currentChanged, this, [this](int output) {
     updateButtons();
     emit chosen(output);

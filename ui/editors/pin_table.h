@@ -8,6 +8,7 @@
 
 #include "actions/calculator_vectorized/column_names.h"
 #include "ui/language/bounded_worker.h"
+#include "ui/language/formula.h"
 #include "ui/language/input_rows.h"
 
 namespace kelvarin {
@@ -29,12 +30,13 @@ class PinTable : public QObject {
   QString whyUnknown() const { return m_rows.columns().whyUnknown; }
   // The error is what a run would log.
   const Result<VectorTable, QString>& table() const { return m_table; }
+  int longestVector() const;
   // The variables with the columns that they have for an element.
   std::vector<InputVariable> variablesOf(int element) const;
 
-  // Computes the names anew; columnsNamed() brings them.
-  void nameColumns(const QStringList& nameExpressions, const EvaluationOptions& options,
-                   const GlobalParameters& parameters);
+  // Computes the names anew, of each output by its formula; columnsNamed() brings them. What does
+  // not pass the check of expressions that are being typed, or reads files, has no names.
+  void nameColumns(const std::vector<Formula>& names);
 
  signals:
   void changed();

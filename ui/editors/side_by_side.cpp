@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QLayout>
 #include <QResizeEvent>
 
 namespace kelvarin {
@@ -9,8 +10,8 @@ namespace kelvarin {
 namespace {
 
 constexpr int kCharactersOfBoth = 88;
-constexpr int kLeftShare = 4;
-constexpr int kRightShare = 3;
+constexpr int kLeftShare = 8;
+constexpr int kRightShare = 7;
 
 }  // namespace
 
@@ -28,13 +29,18 @@ int SideBySide::neededWidth() const {
   return kCharactersOfBoth * fontMetrics().averageCharWidth();
 }
 
-// It can always become as narrow as the wider of the two.
+// It can always become as narrow as the wider of the two. Texts that wrap need the more height the
+// narrower they are, which splitters do not know.
 QSize SideBySide::minimumSizeHint() const {
-  int width = 0;
+  QSize size(0, QSplitter::minimumSizeHint().height());
   for (int i = 0; i < count(); ++i) {
-    width = std::max(width, widget(i)->minimumSizeHint().width());
+    const QWidget& part = *widget(i);
+    size = size.expandedTo({part.minimumSizeHint().width(), 0});
+    if (orientation() == Qt::Horizontal && part.layout() != nullptr) {
+      size = size.expandedTo({0, part.layout()->totalMinimumHeightForWidth(part.width())});
+    }
   }
-  return {width, QSplitter::minimumSizeHint().height()};
+  return size;
 }
 
 void SideBySide::resizeEvent(QResizeEvent* event) {
@@ -47,9 +53,9 @@ void SideBySide::resizeEvent(QResizeEvent* event) {
       setSizes({width * kLeftShare / (kLeftShare + kRightShare),
                 width * kRightShare / (kLeftShare + kRightShare)});
     }
-    updateGeometry();
   }
   QSplitter::resizeEvent(event);
+  updateGeometry();
 }
 
 }  // namespace kelvarin

@@ -1,13 +1,14 @@
-// The vectors of a vectorized calculator, and the columns that it will create, before any run.
+// The vectors of a vectorized calculator, and the columns that it will create, before any run: the
+// first two pages beside its expression.
 //
+// Used by Interface_actionMathParser, which adds further pages.
 // Threads: the user-interface thread.
 #pragma once
 
-#include <QWidget>
+#include <QTabWidget>
 
 #include "ui/editors/pin_table.h"
 
-class QLabel;
 class QListWidget;
 
 namespace kelvarin {
@@ -16,24 +17,24 @@ class InfoLine;
 class MyTable;
 class VectorsModel;
 
-class VectorsPanel : public QWidget {
+class VectorsPanel : public QTabWidget {
   Q_OBJECT
 
  public:
   explicit VectorsPanel(PinTable& table, QWidget* parent = nullptr);
 
  private:
-  QWidget* makeVectors();
-  QWidget* makeNames();
+  void addVectors();
+  void addNames();
   void showTable();
   void showNames(const Result<QStringList, QString>& names);
 
   PinTable& m_pinTable;
   VectorsModel* m_model;
   MyTable* m_vectors;
-  InfoLine* m_note;
-  QLabel* m_namesLabel;
+  InfoLine* m_tableNote;
   QListWidget* m_names;
+  InfoLine* m_namesNote;
 };
 
 }  // namespace kelvarin

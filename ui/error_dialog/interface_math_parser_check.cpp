@@ -12,6 +12,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStyle>
 
 #include "expression/errors/error_texts.h"
 #include "expression/errors/expression_mark.h"
@@ -193,7 +194,10 @@ void Interface_MathParserCheck::fitToScreen(const QWidget& content, int buttonsH
   const int width = std::min(available.width(), std::max(wanted, content.sizeHint().width()));
   const int height = content.layout()->totalHeightForWidth(width);
   const int contentHeight = height < 0 ? content.sizeHint().height() : height;
-  resize(width, std::min(available.height(), contentHeight + buttonsHeight));
+  const bool scrolls = contentHeight + buttonsHeight > available.height();
+  const int bar = scrolls ? style()->pixelMetric(QStyle::PM_ScrollBarExtent) : 0;
+  resize(std::min(available.width(), width + bar),
+         std::min(available.height(), contentHeight + buttonsHeight));
 }
 
 QString Interface_MathParserCheck::plainText() const {

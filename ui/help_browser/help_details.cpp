@@ -41,6 +41,18 @@ QString code(const QString& text) {
   return QStringLiteral("<code>%1</code>").arg(text.toHtmlEscaped());
 }
 
+// Each with a link that lets it be tried.
+QString exampleLines(const HelpEntry& help) {
+  QStringList lines;
+  for (const HelpExample& example : examplesOf(help)) {
+    lines += QStringLiteral("<a href='%1%2'>%3</a> = %4")
+                 .arg(kExampleLink, QString::number(lines.size()),
+                      code(QString::fromUtf8(example.expression)),
+                      code(QString::fromUtf8(example.result)));
+  }
+  return lines.join(QStringLiteral("<br>"));
+}
+
 QString insertLinks(const LanguageEntry& entry) {
   const QStringList insertions = insertionsOf(entry);
   QStringList links;
@@ -88,9 +100,7 @@ QString detailsOf(const LanguageEntry& entry) {
   QString rows =
       row(HelpDetails::tr("Missing values:"), translatedHelp(help.nulls).toHtmlEscaped());
   rows += row(HelpDetails::tr("Note:"), translatedHelp(help.note).toHtmlEscaped());
-  rows += row(HelpDetails::tr("Example:"), code(QString::fromUtf8(help.example)) +
-                                               QStringLiteral(" = ") +
-                                               code(QString::fromUtf8(help.result)));
+  rows += row(HelpDetails::tr("Examples:"), exampleLines(help));
   rows += row(HelpDetails::tr("Engines:"), engineLabels(entry.backends).toHtmlEscaped());
   rows += row(HelpDetails::tr("Insert:"), insertLinks(entry));
   return QStringLiteral("<p><b><code>%1</code></b></p><p>%2</p><table cellpadding='2'>%3</table>")

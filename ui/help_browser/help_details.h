@@ -19,7 +19,10 @@ bool isFurther(const LanguageEntry& entry);
 // What can be inserted for an entry: its names, a function's with brackets, of a row of signs each.
 QStringList insertionsOf(const LanguageEntry& entry);
 
-// As rich text. A link has the index of the insertion that it stands for.
+// What the link of an example begins with, before the example's index.
+inline const QString kExampleLink = QStringLiteral("example");
+
+// As rich text. Other links have the index of the insertion that they stand for.
 QString detailsOf(const LanguageEntry& entry);
 
 }  // namespace kelvarin

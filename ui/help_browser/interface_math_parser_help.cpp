@@ -167,11 +167,7 @@ QWidget* Interface_mathParserHelp::makeDetails() {
   m_details->setAccessibleName(tr("About the selected entry"));
   m_details->setOpenLinks(false);
   m_details->setTabChangesFocus(false);
-  connect(m_details, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) {
-    if (m_shown != nullptr) {
-      emit insertWanted(insertionsOf(*m_shown).value(link.toString().toInt()));
-    }
-  });
+  connect(m_details, &QTextBrowser::anchorClicked, this, &Interface_mathParserHelp::follow);
   m_trial = new ExampleTrial;
   auto* layout = new QVBoxLayout(widget);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -179,6 +175,20 @@ QWidget* Interface_mathParserHelp::makeDetails() {
   layout->addWidget(m_details, 1);
   layout->addWidget(m_trial);
   return widget;
+}
+
+void Interface_mathParserHelp::follow(const QUrl& link) {
+  if (m_shown == nullptr) {
+    return;
+  }
+  const QString target = link.toString();
+  if (target.startsWith(kExampleLink)) {
+    const std::vector<HelpExample> examples = examplesOf(*m_shown->entry);
+    const auto index = target.mid(kExampleLink.size()).toUInt();
+    m_trial->setExample(QString::fromUtf8(examples.at(index).expression));
+    return;
+  }
+  emit insertWanted(insertionsOf(*m_shown).value(target.toInt()));
 }
 
 QTreeWidget* Interface_mathParserHelp::shownTree() const {

@@ -46,6 +46,8 @@ class Interface_mathParserHelp : public QWidget {
   QTreeWidget* makeTree(const QString& objectName, const QString& accessibleName);
   void fillFunctions();
   QWidget* makeDetails();
+  // A link of the details: inserts, or lets an example be tried.
+  void follow(const QUrl& link);
   // One of the results' groups; nothing where it would be empty.
   void addResults(const QString& heading, const std::vector<const LanguageEntry*>& entries);
   void search();

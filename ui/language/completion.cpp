@@ -194,6 +194,9 @@ Completion::Completion(const Formula& formula) : m_variables(formula.variables) 
 }
 
 void Completion::add(Candidate candidate) {
+  if (candidate.name.isEmpty()) {
+    return;  // a variable that has no column yet
+  }
   if (candidate.insertion.isEmpty()) {
     candidate.insertion = candidate.name;
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "expression/backends/expression_text.h"
 #include "expression/evaluator/expression_warnings.h"
 #include "expression/evaluator/variable_names.h"
 #include "expression/functions/called_functions.h"
@@ -19,6 +20,8 @@ namespace kelvarin {
 namespace {
 
 using CheckKind = ExpressionCheck::Kind;
+
+constexpr char kLanguageList[] = "the help (F1)";
 
 QStringList namesOf(const std::vector<InputVariable>& variables) {
   QStringList names;
@@ -67,7 +70,7 @@ QString missingColumn(const Formula& formula) {
     return {};
   }
   const QStringList columns = namesOf(formula.columns);
-  const QSet<QString> used = namesIn(formula.output.expression);
+  const QSet<QString> used = valueNames(formula.output.expression);
   for (const InputVariable& variable : formula.variables) {
     for (const QString& unexpanded : variable.columns) {
       const QString column = formula.parameters.expandString2(unexpanded);
@@ -90,7 +93,8 @@ QString messageAbout(const ExpressionCheck& check, const Formula& formula,
   if (check.error.kind == ExpressionError::Kind::textForNumber) {
     return language_messages::textForNumber();
   }
-  const HintNames names{namesOf(formula.variables), namesOf(formula.columns), nullptr};
+  const HintNames names{namesOf(formula.variables), namesOf(formula.columns), nullptr,
+                        kLanguageList};
   QString hint = expressionHint(check.error, expression, names);
   const QString text = check.error.message.isEmpty() ? check.text : check.error.message;
   const FaultRange unknown = unknownNameOf(check, formula);

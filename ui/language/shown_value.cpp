@@ -1,72 +1,8 @@
 #include "ui/language/shown_value.h"
 
-#include <cmath>
-
-#include <QCoreApplication>
-
-#include "expression/evaluator/number_text.h"
 #include "host/contract/column_bytes.h"
 
 namespace kelvarin {
-
-namespace {
-
-using Kind = ShownValue::Kind;
-
-constexpr qsizetype kLongestLine = 300;
-
-// What one line shows of a character that is none: line ends, tabs and blanks at the ends.
-QChar marked(QChar c) {
-  switch (c.unicode()) {
-    case u'\n':
-      return u'\u21B5';
-    case u'\t':
-      return u'\u2192';
-    case u'\u00A0':
-    case u' ':
-      return u'\u00B7';
-    default:
-      return c.isPrint() || c.isSurrogate() ? c : u'\u2423';
-  }
-}
-
-QString oneLine(const QString& text) {
-  QString line = text.size() > kLongestLine ? text.first(kLongestLine) + u'\u2026' : text;
-  for (QChar& c : line) {
-    c = c == u' ' ? c : marked(c);
-  }
-  for (qsizetype i = 0; i < line.size() && line[i] == u' '; ++i) {
-    line[i] = marked(line[i]);
-  }
-  for (qsizetype i = line.size(); i > 0 && line[i - 1] == u' '; --i) {
-    line[i - 1] = marked(line[i - 1]);
-  }
-  return line;
-}
-
-ShownValue shownNull() {
-  return {Kind::null, QStringLiteral("null"), {}};
-}
-
-ShownValue shownText(const QString& text) {
-  if (text.isEmpty()) {
-    return {Kind::emptyText, QCoreApplication::translate("ShownValue", "(empty)"), text};
-  }
-  return {Kind::text, oneLine(text), text};
-}
-
-ShownValue shownNumber(double number) {
-  if (isNullNumber(number)) {
-    return shownNull();
-  }
-  if (std::isnan(number)) {
-    return {Kind::notANumber, QStringLiteral("NaN"), QStringLiteral("nan")};
-  }
-  const QString text = shortestText(number);
-  return {Kind::number, text, text};
-}
-
-}  // namespace
 
 ShownValue shownValue(const ExpressionValue& value) {
   if (value.isNull()) {
@@ -77,7 +13,7 @@ ShownValue shownValue(const ExpressionValue& value) {
       return shownNumber(value.number);
     case ExpressionValue::Type::boolean: {
       const QString text = value.number != 0.0 ? QStringLiteral("true") : QStringLiteral("false");
-      return {Kind::boolean, text, text};
+      return {ShownValue::Kind::boolean, text, text};
     }
     case ExpressionValue::Type::text:
       break;
@@ -86,7 +22,7 @@ ShownValue shownValue(const ExpressionValue& value) {
 }
 
 ShownValue shownValue(const PinRows& rows, std::size_t row, std::size_t column) {
-  return shownValue(valueOfBytes(rows.columns().columns[column].meta, rows.value(row, column)));
+  return shownBytes(rows.columns().columns[column].meta, rows.value(row, column));
 }
 
 ExpressionValue valueOfBytes(MetaTypeColumn meta, const unsigned char* bytes) {

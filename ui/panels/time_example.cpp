@@ -11,22 +11,22 @@ namespace kelvarin {
 
 namespace {
 
-QString translated(const char* text) {
-  return QCoreApplication::translate("kelvarin::TimeExample", text);
-}
+struct TimeExampleTexts {
+  Q_DECLARE_TR_FUNCTIONS(kelvarin::TimeExample)
+};
 
 QString unitText(int unit) {
   switch (unit) {
     case 0:
-      return translated("seconds");
+      return TimeExampleTexts::tr("seconds");
     case 1:
-      return translated("minutes");
+      return TimeExampleTexts::tr("minutes");
     case 2:
-      return translated("hours");
+      return TimeExampleTexts::tr("hours");
     case 3:
-      return translated("days");
+      return TimeExampleTexts::tr("days");
     case 4:
-      return translated("weeks");
+      return TimeExampleTexts::tr("weeks");
     default:
       return {};
   }
@@ -35,9 +35,9 @@ QString unitText(int unit) {
 QString elapsedText(const DateContext& dates) {
   const QString unit = unitText(dates.parameters().elapsedTimeUnit);
   if (unit.isEmpty()) {
-    return translated("The unit is unknown: every elapsed time is 0.");
+    return TimeExampleTexts::tr("The unit is unknown: every elapsed time is 0.");
   }
-  return translated("Now it is %1 %2 later.")
+  return TimeExampleTexts::tr("Now it is %1 %2 later.")
       .arg(QLocale().toString(dates.currentElapsedTime(), 'f', 0), unit);
 }
 
@@ -46,10 +46,11 @@ void addFormat(const TimeParameters& parameters, TimeExample& example) {
   dates.configure(parameters);
   example.isFormatKnown = dates.prepare({.format = true}) != DateStatus::dateFormatUnknown;
   if (!example.isFormatKnown) {
-    example.dateText = translated("No format is given: dates can be neither read nor written.");
+    example.dateText =
+        TimeExampleTexts::tr("No format is given: dates can be neither read nor written.");
     return;
   }
-  example.dateText = translated("Now in this format: %1").arg(dates.currentDateString());
+  example.dateText = TimeExampleTexts::tr("Now in this format: %1").arg(dates.currentDateString());
   if (!dates.formatAdvice().isEmpty()) {
     example.dateText += u'\n' + dates.formatAdvice();
   }
@@ -68,7 +69,7 @@ void addReference(const TimeParameters& parameters, TimeExample& example) {
   const QDateTime reference =
       QDateTime::fromMSecsSinceEpoch(dates.reference(), parameters.isUTC ? Qt::UTC : Qt::LocalTime);
   const QString zone = parameters.isUTC ? QStringLiteral("UTC") : reference.timeZoneAbbreviation();
-  example.reference = translated("Elapsed times count from %1 %2.")
+  example.reference = TimeExampleTexts::tr("Elapsed times count from %1 %2.")
                           .arg(reference.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")), zone) +
                       u' ' + elapsedText(dates);
 }

@@ -75,6 +75,8 @@ class TimeParametersPanel::Parts {
     emit m_panel.changed();
   }
 
+  // A field that loses the focus while it is destroyed may signal after this object's end.
+  QObject m_lifetime;
   TimeParametersPanel& m_panel;
   bool m_isFilling = false;
   QCheckBox* m_addNow;
@@ -109,7 +111,7 @@ TimeParametersPanel::Parts::Parts(TimeParametersPanel& panel) : m_panel(panel) {
 QCheckBox* TimeParametersPanel::Parts::checkBox(const char* name, const QString& text,
                                                 bool TimeParameters::* member) {
   auto* box = named(new QCheckBox(text, &m_panel), name);
-  connect(box, &QCheckBox::toggled, &m_panel, [this, member](bool isOn) { set(member, isOn); });
+  connect(box, &QCheckBox::toggled, &m_lifetime, [this, member](bool isOn) { set(member, isOn); });
   return box;
 }
 
@@ -146,7 +148,7 @@ QWidget* TimeParametersPanel::Parts::zeroChoice(QRadioButton*& null, QRadioButto
   zero->setObjectName(QStringLiteral("rbETToRefTime") + QLatin1String(suffix));
   layout->addWidget(null);
   layout->addWidget(zero);
-  connect(zero, &QRadioButton::toggled, &m_panel, [this, member](bool isZero) {
+  connect(zero, &QRadioButton::toggled, &m_lifetime, [this, member](bool isZero) {
     if (isZero != (parameters.*member != 0)) {  // a flag other than 1 stays what it is
       set(member, isZero ? 1 : 0);
     }
@@ -159,14 +161,14 @@ QGroupBox* TimeParametersPanel::Parts::elapsedGroup() {
   auto* form = wrappingForm(group);
   m_unit = named(new QComboBox(group), "cbETUnit");
   addUnits();
-  connect(m_unit, &QComboBox::currentIndexChanged, &m_panel,
+  connect(m_unit, &QComboBox::currentIndexChanged, &m_lifetime,
           [this] { set(&TimeParameters::elapsedTimeUnit, m_unit->currentData().toInt()); });
   m_referenceTime = named(new QLineEdit(group), "leRefTime");
   m_referenceTime->setPlaceholderText(QStringLiteral("20000101 00:00:00"));
   m_referenceTime->setToolTip(
       tr("The instant from which elapsed times count, as "
          "yyyyMMdd hh:mm:ss."));
-  connect(m_referenceTime, &QLineEdit::textEdited, &m_panel,
+  connect(m_referenceTime, &QLineEdit::textEdited, &m_lifetime,
           [this](const QString& text) { set(&TimeParameters::referenceTime, text); });
   m_utc =
       checkBox("cbUTC", tr("It is a time in UTC (otherwise: local time)"), &TimeParameters::isUTC);
@@ -202,14 +204,14 @@ QGroupBox* TimeParametersPanel::Parts::formatGroup() {
   auto* form = wrappingForm(group);
   m_formatType = named(new QComboBox(group), "cbDateFormat");
   addFormats();
-  connect(m_formatType, &QComboBox::currentIndexChanged, &m_panel,
+  connect(m_formatType, &QComboBox::currentIndexChanged, &m_lifetime,
           [this] { set(&TimeParameters::dateFormatType, m_formatType->currentData().toInt()); });
   m_format = named(new QLineEdit(group), "leDateFormat");
   m_format->setPlaceholderText(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
   m_format->setToolTip(
       tr("Years are yyyy, months MM, days dd, hours hh, minutes mm, seconds ss, "
          "a time zone t."));
-  connect(m_format, &QLineEdit::textEdited, &m_panel,
+  connect(m_format, &QLineEdit::textEdited, &m_lifetime,
           [this](const QString& text) { set(&TimeParameters::dateFormat, text); });
   m_utc2 =
       checkBox("cbUTC2", tr("Dates are in UTC (otherwise: local time)"), &TimeParameters::isUTC);
@@ -226,7 +228,7 @@ QGroupBox* TimeParametersPanel::Parts::seedGroup() {
   auto* form = wrappingForm(group);
   m_seed = named(new QSpinBox(group), "sbSeed");
   m_seed->setRange(std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
-  connect(m_seed, &QSpinBox::valueChanged, &m_panel,
+  connect(m_seed, &QSpinBox::valueChanged, &m_lifetime,
           [this](int seed) { set(&TimeParameters::seed, seed); });
   form->addRow(tr("seed (-1=always a different seed)="), m_seed);
   return group;

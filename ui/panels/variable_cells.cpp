@@ -8,14 +8,14 @@ namespace kelvarin {
 
 namespace {
 
-QString translated(const char* text) {
-  return QCoreApplication::translate("kelvarin::VariablesModel", text);
-}
+struct VariableTexts {
+  Q_DECLARE_TR_FUNCTIONS(kelvarin::VariablesModel)
+};
 
 }  // namespace
 
 QStringList variableTypeNames() {
-  return {translated("Number"), translated("Text"), translated("Date")};
+  return {VariableTexts::tr("Number"), VariableTexts::tr("Text"), VariableTexts::tr("Date")};
 }
 
 QString typeNameOf(const InputVariable& variable) {
@@ -41,9 +41,9 @@ QString columnText(const InputVariable& variable) {
 }
 
 QString columnToolTip(const InputVariable& variable) {
-  return variable.columns.size() < 2
-             ? columnText(variable)
-             : translated("Columns: %1. The last one is read.").arg(variable.columns.join(", "));
+  return variable.columns.size() < 2 ? columnText(variable)
+                                     : VariableTexts::tr("Columns: %1. The last one is read.")
+                                           .arg(variable.columns.join(", "));
 }
 
 QString sampleText(const InputVariable& variable) {

@@ -1,21 +1,28 @@
 #include "ui/panels/variables_model.h"
 
 #include <algorithm>
+#include <memory>
+#include <set>
 
+#include <QMimeData>
+
+#include "expression/backends/expression_text.h"
 #include "expression/help/expression_hint.h"
 #include "expression/tokens/expression_tokens.h"
 #include "host/contract/nearest_names.h"
 #include "ui/language/column_variable.h"
-#include "ui/language/outside_sources.h"
 #include "ui/language/shown_value.h"
 #include "ui/panels/variable_cells.h"
 #include "ui/widgets/cell_roles.h"
+#include "ui/widgets/variable_drag.h"
 
 namespace kelvarin {
 
 namespace {
 
 const QString kRowNumber = QStringLiteral("_n");
+// The model, then the rows.
+const QString kRowsFormat = QStringLiteral("application/x-kelvarin-variable-rows");
 
 }  // namespace
 
@@ -173,15 +180,15 @@ void VariablesModel::move(const std::vector<int>& rows, bool isUp) {
 }
 
 QStringList VariablesModel::missingColumns(const QStringList& expressions) const {
-  QStringList missing;
+  QSet<QString> named;
   for (const QString& expression : expressions) {
-    for (const QString& name : namesIn(expression)) {
-      const auto isMeant = [&](const PinColumns::Column& column) {
-        return column.name == name || variableNameFor(column.name) == name;
-      };
-      const auto column = std::find_if(m_input.columns.begin(), m_input.columns.end(), isMeant);
-      if (column != m_input.columns.end() && !hasAlias(name) && !missing.contains(column->name)) {
-        missing += column->name;
+    named += valueNames(expression);
+  }
+  QStringList missing;
+  for (const PinColumns::Column& column : m_input.columns) {
+    for (const QString& name : {column.name, variableNameFor(column.name)}) {
+      if (named.contains(name) && !hasAlias(name) && !missing.contains(column.name)) {
+        missing += column.name;
       }
     }
   }
@@ -261,7 +268,7 @@ QVariant VariablesModel::data(const QModelIndex& index, int role) const {
   const bool isText = role == Qt::DisplayRole || role == Qt::EditRole;
   switch (index.column()) {
     case kAlias:
-      return isText ? QVariant(variable.name()) : QVariant();
+      return isText || role == Qt::ToolTipRole ? QVariant(variable.name()) : QVariant();
     case kColumn:
       if (role == kChoicesRole) {
         return inputColumnNames();
@@ -277,7 +284,7 @@ QVariant VariablesModel::data(const QModelIndex& index, int role) const {
              : isText             ? QVariant(typeNameOf(variable))
                                   : QVariant();
     case kSample:
-      return isText ? QVariant(sampleText(variable)) : QVariant();
+      return isText || role == Qt::ToolTipRole ? QVariant(sampleText(variable)) : QVariant();
     default:
       return debugData(index.row(), role);
   }
@@ -290,31 +297,43 @@ bool VariablesModel::setData(const QModelIndex& index, const QVariant& value, in
     return false;
   }
   InputVariable& variable = m_variables[static_cast<std::size_t>(index.row())];
-  switch (index.column()) {
+  const QString name = variable.name();
+  if (!setCell(variable, index.column(), text)) {
+    return false;
+  }
+  reportRenaming(name, variable.name());
+  reportEdit();
+  return true;
+}
+
+bool VariablesModel::setCell(InputVariable& variable, int column, const QString& text) {
+  switch (column) {
     case kAlias:
       variable.label = text.trimmed() == columnText(variable) ? QString() : text.trimmed();
-      break;
+      return true;
     case kColumn:
       setColumn(variable, text);
-      break;
+      return true;
     case kType: {
       const auto kind = variableTypeNames().indexOf(text);
-      if (kind < 0) {
-        return false;
+      if (kind >= 0) {
+        setType(variable, static_cast<VariableKind>(kind));
       }
-      setType(variable, static_cast<VariableKind>(kind));
-      break;
+      return kind >= 0;
     }
     case kSample:
-      if (!setSample(variable, text)) {
-        return false;
-      }
-      break;
+      return setSample(variable, text);
     default:
       return false;
   }
-  reportEdit();
-  return true;
+}
+
+void VariablesModel::reportRenaming(const QString& from, const QString& to) {
+  const auto users = std::count_if(m_variables.begin(), m_variables.end(),
+                                   [&](const auto& variable) { return variable.name() == to; });
+  if (from != to && isVariableName(from) && isVariableName(to) && !hasAlias(from) && users == 1) {
+    emit renamed(from, to);
+  }
 }
 
 QVariant VariablesModel::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -337,7 +356,92 @@ QVariant VariablesModel::headerData(int section, Qt::Orientation orientation, in
 
 Qt::ItemFlags VariablesModel::flags(const QModelIndex& index) const {
   const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
-  return index.column() == kDebugValue ? flags : flags | Qt::ItemIsEditable;
+  if (!index.isValid()) {
+    return flags | Qt::ItemIsDropEnabled;  // between the rows
+  }
+  return flags | Qt::ItemIsDragEnabled |
+         (index.column() == kDebugValue ? Qt::NoItemFlags : Qt::ItemIsEditable);
+}
+
+void VariablesModel::moveRow(int row, int before) {
+  if (before == row || before == row + 1) {
+    return;
+  }
+  beginMoveRows({}, row, row, {}, before);
+  const auto begin = m_variables.begin();
+  if (before < row) {
+    std::rotate(begin + before, begin + row, begin + row + 1);
+  } else {
+    std::rotate(begin + row, begin + row + 1, begin + before);
+  }
+  endMoveRows();
+}
+
+void VariablesModel::moveTo(const std::vector<int>& rows, int before) {
+  int above = before;
+  for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
+    if (*row < before) {
+      moveRow(*row, above--);
+    }
+  }
+  int below = before;
+  for (const int row : rows) {
+    if (row >= before) {
+      moveRow(row, below++);
+    }
+  }
+  reportEdit();
+}
+
+QStringList VariablesModel::mimeTypes() const {
+  return {kRowsFormat, kVariableNamesFormat, QStringLiteral("text/plain")};
+}
+
+QMimeData* VariablesModel::mimeData(const QModelIndexList& indexes) const {
+  std::set<int> rows;
+  for (const QModelIndex& index : indexes) {
+    rows.insert(index.row());
+  }
+  QStringList names;
+  QByteArray numbers = QByteArray::number(reinterpret_cast<quintptr>(this));
+  for (const int row : rows) {
+    names += at(row).name();
+    numbers += ' ' + QByteArray::number(row);
+  }
+  auto data = std::make_unique<QMimeData>();
+  data->setData(kRowsFormat, numbers);
+  data->setData(kVariableNamesFormat, names.join(u'\n').toUtf8());
+  data->setText(names.join(u' '));
+  return data.release();
+}
+
+std::vector<int> VariablesModel::draggedRows(const QMimeData* data) const {
+  QList<QByteArray> numbers = data->data(kRowsFormat).split(' ');
+  if (numbers.takeFirst() != QByteArray::number(reinterpret_cast<quintptr>(this))) {
+    return {};
+  }
+  std::vector<int> rows;
+  for (const QByteArray& number : numbers) {
+    rows.push_back(number.toInt());
+  }
+  return rows;
+}
+
+bool VariablesModel::canDropMimeData(const QMimeData* data, Qt::DropAction, int, int,
+                                     const QModelIndex&) const {
+  const std::vector<int> rows = draggedRows(data);
+  return !rows.empty() && rows.back() < rowCount();
+}
+
+// On a row counts as in front of it.
+bool VariablesModel::dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
+                                  const QModelIndex& parent) {
+  if (!canDropMimeData(data, action, row, column, parent)) {
+    return false;
+  }
+  const int before = row >= 0 ? row : parent.isValid() ? parent.row() : rowCount();
+  moveTo(draggedRows(data), before);
+  return true;
 }
 
 }  // namespace kelvarin

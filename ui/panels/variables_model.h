@@ -46,8 +46,11 @@ class VariablesModel : public QAbstractTableModel {
   void removeVariables(const std::vector<int>& rows);
   // The row above or below changes sides; rows at the edge stay. Ascending rows.
   void move(const std::vector<int>& rows, bool isUp);
+  // In front of a row, or behind the last one. Ascending rows.
+  void moveTo(const std::vector<int>& rows, int before);
 
-  // Those of the input's columns that the expressions name and that are no variables yet.
+  // Those of the input's columns that the expressions name and that are no variables yet, in the
+  // input's order.
   QStringList missingColumns(const QStringList& expressions) const;
   // Why a variable is of no use as it is; empty where it is.
   QString fault(int row) const;
@@ -58,10 +61,21 @@ class VariablesModel : public QAbstractTableModel {
   bool setData(const QModelIndex& index, const QVariant& value, int role) override;
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
   Qt::ItemFlags flags(const QModelIndex& index) const override;
+  // Of the names for expressions, and of the rows for this model.
+  QStringList mimeTypes() const override;
+  QMimeData* mimeData(const QModelIndexList& indexes) const override;
+  Qt::DropActions supportedDropActions() const override { return Qt::MoveAction; }
+  Qt::DropActions supportedDragActions() const override { return Qt::MoveAction | Qt::CopyAction; }
+  bool canDropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
+                       const QModelIndex& parent) const override;
+  bool dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
+                    const QModelIndex& parent) override;
 
  signals:
   // The user changed the variables.
   void edited();
+  // Before edited(): no variable has the old name any more, and no other one had the new one.
+  void renamed(const QString& from, const QString& to);
 
  private:
   const InputVariable& at(int row) const { return m_variables[static_cast<std::size_t>(row)]; }
@@ -74,6 +88,11 @@ class VariablesModel : public QAbstractTableModel {
   void setColumn(InputVariable& variable, const QString& column) const;
   QVariant debugData(int row, int role) const;
   void reportEdit();
+  bool setCell(InputVariable& variable, int column, const QString& text);
+  void reportRenaming(const QString& from, const QString& to);
+  void moveRow(int row, int before);
+  // Empty where others dragged something.
+  std::vector<int> draggedRows(const QMimeData* data) const;
 
   std::vector<InputVariable> m_variables;
   PinColumns m_input;

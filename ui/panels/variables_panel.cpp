@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -12,6 +13,7 @@
 #include "host/contract/screen.h"
 #include "host/widgets/icons.h"
 #include "host/widgets/info_line.h"
+#include "ui/language/sentence.h"
 #include "ui/panels/form_layout.h"
 #include "ui/widgets/enhanced_table_delegate.h"
 #include "ui/widgets/my_table.h"
@@ -20,7 +22,10 @@ namespace kelvarin {
 
 namespace {
 
-constexpr int kShownRows = 4;  // at least
+constexpr int kShownRows = 2;  // at least
+
+// Of the row and the column of a cell, counted from 0.
+const QString kCellKey = QStringLiteral("inputVariable/%1/%2");
 
 }  // namespace
 
@@ -30,6 +35,10 @@ class VariablesPanel::Parts {
 
   void setInputColumns(const PinColumns& columns, bool isComing);
   void updateMissingColumns();
+  QMap<QString, QString> uncommitted() const;
+  void restore(const QMap<QString, QString>& texts);
+  void commit() { m_table->commitOpenCell(); }
+  void disconnectModel() { m_model.disconnect(&m_panel); }
 
  private:
   QToolButton* button(const char* name, IconName icon, const QString& text, void (Parts::*act)());
@@ -46,6 +55,8 @@ class VariablesPanel::Parts {
   void copyNames();
   void updateButtons();
 
+  // A field that loses the focus while it is destroyed may signal after this object's end.
+  QObject m_lifetime;
   VariablesPanel& m_panel;
   VariablesModel& m_model;
   std::function<QStringList()> m_expressions;
@@ -71,15 +82,15 @@ VariablesPanel::Parts::Parts(VariablesPanel& panel, VariablesModel& model,
   layout->addLayout(columnButtons());
   m_note = new InfoLine(&panel);
   layout->addWidget(m_note);
-  connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, &panel,
+  connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, &m_lifetime,
           [this] { updateButtons(); });
-  connect(m_table, &MyTable::sortingChanged, &panel, [this] { updateButtons(); });
-  connect(&model, &VariablesModel::edited, &panel, [this] {
+  connect(m_table, &MyTable::sortingChanged, &m_lifetime, [this] { updateButtons(); });
+  connect(&model, &VariablesModel::edited, &m_lifetime, [this] {
     updateButtons();
     updateMissingColumns();
   });
   connect(&model, &QAbstractItemModel::rowsInserted, m_table, &MyTable::fitColumns);
-  connect(&model, &QAbstractItemModel::modelReset, &panel, [this] {
+  connect(&model, &QAbstractItemModel::modelReset, &m_lifetime, [this] {
     m_table->fitColumns();
     updateButtons();
   });
@@ -92,6 +103,7 @@ void VariablesPanel::Parts::makeTable() {
   m_table->setObjectName(QStringLiteral("twVariables"));
   m_table->setAccessibleName(VariablesPanel::tr("Input variables"));
   m_table->setModel(&m_model);
+  m_table->setRowsDraggable();
   m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
   m_table->setTabKeyNavigation(false);
   m_table->verticalHeader()->hide();
@@ -112,7 +124,7 @@ QToolButton* VariablesPanel::Parts::button(const char* name, IconName iconName, 
   made->setToolTip(text);
   made->setAccessibleName(text);
   made->setFocusPolicy(Qt::TabFocus);
-  connect(made, &QToolButton::clicked, &m_panel, [this, act] { (this->*act)(); });
+  connect(made, &QToolButton::clicked, &m_lifetime, [this, act] { (this->*act)(); });
   return made;
 }
 
@@ -145,8 +157,8 @@ QVBoxLayout* VariablesPanel::Parts::columnButtons() {
   m_addMissing->setObjectName(QStringLiteral("pbAddNamed"));
   m_copyNames = new QPushButton(VariablesPanel::tr("Copy all Column Names to Clipboard"), &m_panel);
   m_copyNames->setObjectName(QStringLiteral("pbGetColumnNames"));
-  connect(m_addMissing, &QPushButton::clicked, &m_panel, [this] { addMissing(); });
-  connect(m_copyNames, &QPushButton::clicked, &m_panel, [this] { copyNames(); });
+  connect(m_addMissing, &QPushButton::clicked, &m_lifetime, [this] { addMissing(); });
+  connect(m_copyNames, &QPushButton::clicked, &m_lifetime, [this] { copyNames(); });
   column->addWidget(m_addMissing);
   column->addWidget(m_copyNames);
   return column;
@@ -164,9 +176,12 @@ void VariablesPanel::Parts::addColumns() {
   if (kelvarin::screen() == nullptr) {
     return;
   }
-  QStringList chosen =
+  const QPointer<QObject> lifetime(&m_lifetime);  // it may end while the user chooses
+  const QStringList chosen =
       kelvarin::screen()->pickColumns(m_model.inputColumnNames(), QStringList(), &m_panel);
-  m_model.addColumns(chosen);
+  if (lifetime != nullptr) {
+    m_model.addColumns(chosen);
+  }
 }
 
 void VariablesPanel::Parts::addMissing() {
@@ -202,6 +217,7 @@ void VariablesPanel::Parts::updateMissingColumns() {
 
 void VariablesPanel::Parts::setInputColumns(const PinColumns& columns, bool isComing) {
   m_model.setInputColumns(columns);
+  m_table->fitColumns();
   m_copyNames->setEnabled(!columns.columns.empty());
   m_addColumns->setEnabled(!columns.columns.empty());
   updateMissingColumns();
@@ -220,7 +236,29 @@ void VariablesPanel::Parts::setInputColumns(const PinColumns& columns, bool isCo
         Severity::warning,
         VariablesPanel::tr("The columns of the input are not known, so there are no values. %1 "
                            "Names of columns can be typed.")
-            .arg(why));
+            .arg(asSentence(why)));
+  }
+}
+
+QMap<QString, QString> VariablesPanel::Parts::uncommitted() const {
+  const auto cell = m_table->openCell();
+  if (!cell) {
+    return {};
+  }
+  const QModelIndex index = m_model.index(cell->row, cell->column);
+  return index.data(Qt::EditRole).toString() == cell->text
+             ? QMap<QString, QString>()
+             : QMap<QString, QString>{{kCellKey.arg(cell->row).arg(cell->column), cell->text}};
+}
+
+void VariablesPanel::Parts::restore(const QMap<QString, QString>& texts) {
+  for (int row = 0; row < m_model.rowCount(); ++row) {
+    for (int column = 0; column < VariablesModel::kDebugValue; ++column) {
+      const auto text = texts.find(kCellKey.arg(row).arg(column));
+      if (text != texts.end()) {
+        m_table->reopen({row, column, *text});
+      }
+    }
   }
 }
 
@@ -228,10 +266,25 @@ VariablesPanel::VariablesPanel(VariablesModel& model, std::function<QStringList(
                                QWidget* parent)
     : QWidget(parent), m_parts(std::make_unique<Parts>(*this, model, std::move(expressions))) {}
 
-VariablesPanel::~VariablesPanel() = default;
+// A cell that is being edited loses the focus while its table goes away, after the parts.
+VariablesPanel::~VariablesPanel() {
+  m_parts->disconnectModel();
+}
 
 void VariablesPanel::setInputColumns(const PinColumns& columns, bool isComing) {
   m_parts->setInputColumns(columns, isComing);
+}
+
+QMap<QString, QString> VariablesPanel::uncommitted() const {
+  return m_parts->uncommitted();
+}
+
+void VariablesPanel::restore(const QMap<QString, QString>& texts) {
+  m_parts->restore(texts);
+}
+
+void VariablesPanel::commit() {
+  m_parts->commit();
 }
 
 void VariablesPanel::updateMissingColumns() {

@@ -2,6 +2,13 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en">
 <context>
+    <name>CellFilter</name>
+    <message>
+        <source>&apos;%1&apos; is no number. Write a number, a comparison such as &gt; 5, a range such as 1..5, null or nan.</source>
+        <translation>„%1“ ist keine Zahl. Schreiben Sie eine Zahl, einen Vergleich wie &gt; 5, einen Bereich wie 1..5, null oder nan.</translation>
+    </message>
+</context>
+<context>
     <name>Debugger</name>
     <message>
         <source>Row %1, stopped at a breakpoint.</source>
@@ -1431,6 +1438,17 @@
     </message>
 </context>
 <context>
+    <name>PreviewCache</name>
+    <message>
+        <source>Nothing is linked to this pin, so no rows come here. Draw a link to it.</source>
+        <translation>Mit diesem Anschluss ist nichts verbunden, also kommen hier keine Zeilen an. Ziehen Sie eine Verbindung zu ihm.</translation>
+    </message>
+    <message>
+        <source>The action has no such output pin any more. Choose another one.</source>
+        <translation>Die Aktion hat diesen Ausgang nicht mehr. Wählen Sie einen anderen.</translation>
+    </message>
+</context>
+<context>
     <name>QAbstractSpinBox</name>
     <message>
         <source>&amp;Select All</source>
@@ -1625,10 +1643,51 @@
     </message>
 </context>
 <context>
+    <name>ReadCsvEditor</name>
+    <message>
+        <source>TAB</source>
+        <translation>TAB</translation>
+    </message>
+</context>
+<context>
+    <name>RunReport</name>
+    <message>
+        <source>ok</source>
+        <translation>ok</translation>
+    </message>
+    <message>
+        <source>stopped</source>
+        <translation>angehalten</translation>
+    </message>
+    <message>
+        <source>failed</source>
+        <translation>fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>%1, %2 rows, %3 s</source>
+        <translation>%1, %2 Zeilen, %3 s</translation>
+    </message>
+</context>
+<context>
     <name>ShownValue</name>
     <message>
         <source>(empty)</source>
         <translation>(leer)</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ActionChooser</name>
+    <message>
+        <source>Search actions</source>
+        <translation>Aktionen suchen</translation>
+    </message>
+    <message>
+        <source>Enter adds the first action that is found</source>
+        <translation>Enter fügt die erste gefundene Aktion hinzu</translation>
+    </message>
+    <message>
+        <source>Actions to add</source>
+        <translation>Aktionen zum Hinzufügen</translation>
     </message>
 </context>
 <context>
@@ -1647,6 +1706,21 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::ActionGroup</name>
+    <message>
+        <source>Input</source>
+        <translation>Eingabe</translation>
+    </message>
+    <message>
+        <source>Output</source>
+        <translation>Ausgabe</translation>
+    </message>
+    <message>
+        <source>Other</source>
+        <translation>Andere</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::ActionList</name>
     <message>
         <source>Actions of the graph</source>
@@ -1654,7 +1728,7 @@
     </message>
     <message>
         <source>&amp;Actions</source>
-        <translation>&amp;Aktionen</translation>
+        <translation>A&amp;ktionen</translation>
     </message>
     <message>
         <source>Search names and types</source>
@@ -1670,6 +1744,21 @@
     <message>
         <source>%1, %2, changed</source>
         <translation>%1, %2, geändert</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::Arrangement</name>
+    <message>
+        <source>Nothing was moved: no layout was found within a minute. Arrange a part of the graph: select its actions first.</source>
+        <translation>Nichts wurde verschoben: Innerhalb einer Minute fand sich keine Anordnung. Einen Teil des Graphen anordnen: zuerst seine Aktionen auswählen.</translation>
+    </message>
+    <message>
+        <source>Nothing was moved: Graphviz found no layout for this graph. Arrange a part of it: select its actions first.</source>
+        <translation>Nichts wurde verschoben: Graphviz fand keine Anordnung für diesen Graphen. Einen Teil davon anordnen: zuerst seine Aktionen auswählen.</translation>
+    </message>
+    <message>
+        <source>Nothing was moved: arranging needs Graphviz and the program %1, which lies beside the program&apos;s libraries. Install Graphviz (on Debian: apt install libgvc6) and, if the program is not there, install this product again.</source>
+        <translation>Nichts wurde verschoben: Das Anordnen braucht Graphviz und das Programm %1, das neben den Bibliotheken des Programms liegt. Graphviz installieren (unter Debian: apt install libgvc6) und, falls das Programm fehlt, dieses Produkt neu installieren.</translation>
     </message>
 </context>
 <context>
@@ -1696,10 +1785,6 @@
     <message>
         <source>Blocks read ahead</source>
         <translation>Im Voraus gelesene Blöcke</translation>
-    </message>
-    <message>
-        <source>Blocks read a&amp;head:</source>
-        <translation>Im &amp;Voraus gelesene Blöcke:</translation>
     </message>
     <message>
         <source>Read on a thread of their own while rows are computed; 0: none.</source>
@@ -1744,6 +1829,45 @@
     <message>
         <source>&amp;Dates and times</source>
         <translation>&amp;Datum und Zeit</translation>
+    </message>
+    <message>
+        <source>Blocks &amp;read ahead:</source>
+        <translation>Im &amp;Voraus gelesene Blöcke:</translation>
+    </message>
+    <message>
+        <source>The first blocks of the file</source>
+        <translation>Die ersten Blöcke der Datei</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::BlockValuesModel</name>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 bis %2</translation>
+    </message>
+    <message>
+        <source>skipped</source>
+        <translation>übersprungen</translation>
+    </message>
+    <message>
+        <source>read</source>
+        <translation>gelesen</translation>
+    </message>
+    <message>
+        <source>Read in any case, since its statistics say nothing about its values.</source>
+        <translation>Wird in jedem Fall gelesen, da seine Statistik nichts über seine Werte sagt.</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>unbekannt</translation>
+    </message>
+    <message>
+        <source>Rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>Block</source>
+        <translation>Block</translation>
     </message>
 </context>
 <context>
@@ -1833,6 +1957,164 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::CanvasScene</name>
+    <message>
+        <source>%1, %2 %</source>
+        <translation>%1, %2 %</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::CanvasView</name>
+    <message>
+        <source>Note: %1</source>
+        <translation>Notiz: %1</translation>
+    </message>
+    <message>
+        <source>Graph</source>
+        <translation>Graph</translation>
+    </message>
+    <message>
+        <source>Canvas</source>
+        <translation>Zeichenfläche</translation>
+    </message>
+    <message>
+        <source>Colour notes</source>
+        <translation>Notizen färben</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos;, pin %2</source>
+        <translation>&apos;%1&apos;, Anschluss %2</translation>
+    </message>
+    <message>
+        <source>Select an action with an output first; the link begins there.</source>
+        <translation>Zuerst eine Aktion mit einem Ausgang auswählen; dort beginnt die Verbindung.</translation>
+    </message>
+    <message>
+        <source>No pin can take a link from %1.</source>
+        <translation>Kein Anschluss kann eine Verbindung von %1 aufnehmen.</translation>
+    </message>
+    <message>
+        <source>Link from %1 to %2: Enter links, Tab goes to the next pin, Esc cancels.</source>
+        <translation>Verbindung von %1 nach %2: Enter verbindet, Tab geht zum nächsten Anschluss, Esc bricht ab.</translation>
+    </message>
+    <message>
+        <source>A link ends at an input pin of another action.</source>
+        <translation>Eine Verbindung endet an einem Eingang einer anderen Aktion.</translation>
+    </message>
+    <message>
+        <source>A link comes from an output pin of another action.</source>
+        <translation>Eine Verbindung kommt von einem Ausgang einer anderen Aktion.</translation>
+    </message>
+    <message>
+        <source>Move link</source>
+        <translation>Verbindung verschieben</translation>
+    </message>
+    <message>
+        <source>Insert &apos;%1&apos;</source>
+        <translation>&apos;%1&apos; einfügen</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>waiting</source>
+        <translation>wartet</translation>
+    </message>
+    <message>
+        <source>running</source>
+        <translation>läuft</translation>
+    </message>
+    <message>
+        <source>done</source>
+        <translation>fertig</translation>
+    </message>
+    <message>
+        <source>failed</source>
+        <translation>fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>stopped</source>
+        <translation>angehalten</translation>
+    </message>
+    <message>
+        <source>an absent action</source>
+        <translation>eine fehlende Aktion</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>1 row</source>
+        <translation>1 Zeile</translation>
+    </message>
+    <message>
+        <source>%1 rows</source>
+        <translation>%1 Zeilen</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s</source>
+        <translation>%1 min %2 s</translation>
+    </message>
+    <message>
+        <source>cannot run</source>
+        <translation>kann nicht laufen</translation>
+    </message>
+    <message>
+        <source>switched off</source>
+        <translation>ausgeschaltet</translation>
+    </message>
+    <message>
+        <source>cannot run: %1</source>
+        <translation>kann nicht laufen: %1</translation>
+    </message>
+    <message>
+        <source>changed since the last run</source>
+        <translation>seit dem letzten Lauf geändert</translation>
+    </message>
+    <message>
+        <source>reads from %1</source>
+        <translation>liest von %1</translation>
+    </message>
+    <message>
+        <source>feeds %1</source>
+        <translation>liefert an %1</translation>
+    </message>
+    <message>
+        <source>Switched off: rows go through unchanged.</source>
+        <translation>Ausgeschaltet: Zeilen laufen unverändert durch.</translation>
+    </message>
+    <message>
+        <source>The graph has changed since.</source>
+        <translation>Der Graph wurde seither geändert.</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 nach %2</translation>
+    </message>
+    <message>
+        <source>Output %1</source>
+        <translation>Ausgang %1</translation>
+    </message>
+    <message>
+        <source>Input %1</source>
+        <translation>Eingang %1</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>Drag from here to draw a link.</source>
+        <translation>Von hier ziehen, um eine Verbindung zu zeichnen.</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::ColumnSetsModel</name>
     <message>
         <source>The column &apos;%1&apos; does not reach this action.</source>
@@ -1853,6 +2135,21 @@
     <message>
         <source>Set</source>
         <translation>Satz</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ColumnTypeDelegate</name>
+    <message>
+        <source>Type</source>
+        <translation>Typ</translation>
+    </message>
+    <message>
+        <source>As found</source>
+        <translation>Wie gefunden</translation>
+    </message>
+    <message>
+        <source>%1 (found)</source>
+        <translation>%1 (gefunden)</translation>
     </message>
 </context>
 <context>
@@ -2037,6 +2334,13 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::CommittedVerdict</name>
+    <message>
+        <source>Check the expression</source>
+        <translation>Ausdruck prüfen</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::CompletionPopup</name>
     <message>
         <source>Completions</source>
@@ -2044,10 +2348,49 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::CsvSettingsFields</name>
+    <message>
+        <source>Comma  ,</source>
+        <translation>Komma  ,</translation>
+    </message>
+    <message>
+        <source>Semicolon  ;</source>
+        <translation>Semikolon  ;</translation>
+    </message>
+    <message>
+        <source>Tab  \t</source>
+        <translation>Tabulator  \t</translation>
+    </message>
+    <message>
+        <source>Bar  |</source>
+        <translation>Senkrechter Strich  |</translation>
+    </message>
+    <message>
+        <source>Space</source>
+        <translation>Leerzeichen</translation>
+    </message>
+    <message>
+        <source>Double quote  &quot;</source>
+        <translation>Doppeltes Anführungszeichen  &quot;</translation>
+    </message>
+    <message>
+        <source>Single quote  &apos;</source>
+        <translation>Einfaches Anführungszeichen  &apos;</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keines</translation>
+    </message>
+    <message>
+        <source>(empty field)</source>
+        <translation>(leeres Feld)</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::DebuggerControls</name>
     <message>
         <source>&amp;Pause</source>
-        <translation>&amp;Pause</translation>
+        <translation>Paus&amp;e</translation>
     </message>
     <message>
         <source>The row before (Shift+F10)</source>
@@ -2059,7 +2402,7 @@
     </message>
     <message>
         <source>&amp;Element:</source>
-        <translation>&amp;Element:</translation>
+        <translation>Ele&amp;ment:</translation>
     </message>
     <message>
         <source>Element of the vectors</source>
@@ -2067,7 +2410,7 @@
     </message>
     <message>
         <source>&amp;Breakpoint where</source>
-        <translation>&amp;Haltepunkt, wo</translation>
+        <translation>Hal&amp;tepunkt, wo</translation>
     </message>
     <message>
         <source>Condition of the breakpoint</source>
@@ -2156,6 +2499,38 @@
         <source>Read the table once and take its variables over</source>
         <translation>Die Tabelle einmal lesen und ihre Variablen übernehmen</translation>
     </message>
+    <message>
+        <source>Debug: start, or go on</source>
+        <translation>Debuggen: starten oder weiterlaufen</translation>
+    </message>
+    <message>
+        <source>Debug: stop</source>
+        <translation>Debuggen: beenden</translation>
+    </message>
+    <message>
+        <source>Debug: next row</source>
+        <translation>Debuggen: nächste Zeile</translation>
+    </message>
+    <message>
+        <source>Debug: back in the last rows</source>
+        <translation>Debuggen: in den letzten Zeilen zurück</translation>
+    </message>
+    <message>
+        <source>Debug: forth in the last rows</source>
+        <translation>Debuggen: in den letzten Zeilen vor</translation>
+    </message>
+    <message>
+        <source>Debug: run to a row, an error or a null</source>
+        <translation>Debuggen: weiter bis zu einer Zeile, einem Fehler oder Null</translation>
+    </message>
+    <message>
+        <source>Debug: breakpoint</source>
+        <translation>Debuggen: Haltepunkt</translation>
+    </message>
+    <message>
+        <source>Stopping: the run ends as soon as its source answers.</source>
+        <translation>Der Lauf wird beendet, sobald seine Quelle antwortet.</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::DebuggerViews</name>
@@ -2187,6 +2562,77 @@
         <source>&amp;Copy as CSV</source>
         <translation>Als &amp;CSV kopieren</translation>
     </message>
+    <message>
+        <source>Results of the row</source>
+        <translation>Ergebnisse der Zeile</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::DesignColumns</name>
+    <message>
+        <source>Not checked: reading the table of variables that it depends on takes too long. Run the graph to see its columns.</source>
+        <translation>Nicht geprüft: Die Tabelle der Variablen zu lesen, von der die Aktion abhängt, dauert zu lange. Den Graphen ausführen, um ihre Spalten zu sehen.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::DifferenceTexts</name>
+    <message>
+        <source>What differs</source>
+        <translation>Was sich unterscheidet</translation>
+    </message>
+    <message>
+        <source>Lines of both versions</source>
+        <translation>Zeilen beider Fassungen</translation>
+    </message>
+    <message>
+        <source>- is in the file on the disk, + is in this window.</source>
+        <translation>- steht in der Datei auf der Festplatte, + in diesem Fenster.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::DirectEditor</name>
+    <message>
+        <source>Name of the action</source>
+        <translation>Name der Aktion</translation>
+    </message>
+    <message>
+        <source>Text of the note</source>
+        <translation>Text der Notiz</translation>
+    </message>
+    <message>
+        <source>An action needs a name.</source>
+        <translation>Eine Aktion braucht einen Namen.</translation>
+    </message>
+    <message>
+        <source>There is another action named &apos;%1&apos;. Choose another name.</source>
+        <translation>Eine andere Aktion heißt schon &apos;%1&apos;. Einen anderen Namen wählen.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::DiscardEditor</name>
+    <message>
+        <source>Rows are read and counted here, and kept nowhere. There is nothing to set.</source>
+        <translation>Zeilen werden hier gelesen und gezählt und nirgends aufbewahrt. Es gibt nichts einzustellen.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::DocumentFile</name>
+    <message>
+        <source>Somebody</source>
+        <translation>Jemand</translation>
+    </message>
+    <message>
+        <source>%1 has it open</source>
+        <translation>%1 hat ihn geöffnet</translation>
+    </message>
+    <message>
+        <source>%1 has it open on %2 (%3, process %4)</source>
+        <translation>%1 hat ihn auf %2 geöffnet (%3, Prozess %4)</translation>
+    </message>
+    <message>
+        <source>%1 cannot be replaced. %2.</source>
+        <translation>%1 kann nicht ersetzt werden. %2.</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::EditServices</name>
@@ -2203,10 +2649,6 @@
     <message>
         <source>Reading %1 ...</source>
         <translation>%1 wird gelesen ...</translation>
-    </message>
-    <message>
-        <source>The graph is not saved</source>
-        <translation>Der Graph ist nicht gespeichert</translation>
     </message>
     <message>
         <source>The check found no error.</source>
@@ -2325,30 +2767,6 @@
         <translation>%1 gespeichert.</translation>
     </message>
     <message>
-        <source>The graph was changed on the disk meanwhile.</source>
-        <translation>Der Graph wurde inzwischen auf der Festplatte geändert.</translation>
-    </message>
-    <message>
-        <source>Another program has written %1 since it was read here.</source>
-        <translation>Ein anderes Programm hat %1 geschrieben, seit die Datei hier gelesen wurde.</translation>
-    </message>
-    <message>
-        <source>&amp;Keep mine</source>
-        <translation>&amp;Meinen behalten</translation>
-    </message>
-    <message>
-        <source>&amp;Load theirs</source>
-        <translation>Ande&amp;ren laden</translation>
-    </message>
-    <message>
-        <source>Load theirs</source>
-        <translation>Anderen laden</translation>
-    </message>
-    <message>
-        <source>Keep mine</source>
-        <translation>Meinen behalten</translation>
-    </message>
-    <message>
         <source>Reading the file again discards your changes.</source>
         <translation>Erneutes Lesen der Datei verwirft Ihre Änderungen.</translation>
     </message>
@@ -2363,6 +2781,37 @@
     <message>
         <source>Save them before closing?</source>
         <translation>Vor dem Schließen speichern?</translation>
+    </message>
+    <message>
+        <source>%1 (output %2)</source>
+        <translation>%1 (Ausgabe %2)</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>Wieder&amp;herstellen</translation>
+    </message>
+    <message>
+        <source>&amp;Undo: %1</source>
+        <translation>&amp;Rückgängig: %1</translation>
+    </message>
+    <message>
+        <source>&amp;Redo: %1</source>
+        <translation>Wieder&amp;herstellen: %1</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::EditorOfOtherBuild</name>
+    <message>
+        <source>The property editors cannot be shown: libKelvarinEditors.so is not of the same build as libKelvarinMathParser.so beside it. Install both from one build, and start again. The graph and its actions are not affected.</source>
+        <translation>Die Editoren können nicht gezeigt werden: libKelvarinEditors.so stammt nicht aus demselben Build wie libKelvarinMathParser.so daneben. Installieren Sie beide aus einem Build und starten Sie neu. Der Graph und seine Aktionen sind nicht betroffen.</translation>
     </message>
 </context>
 <context>
@@ -2515,7 +2964,34 @@
     </message>
     <message>
         <source>&amp;Try it:</source>
-        <translation>&amp;Ausprobieren:</translation>
+        <translation>Ausp&amp;robieren:</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::Examples</name>
+    <message>
+        <source>Late flights</source>
+        <translation>Verspätete Flüge</translation>
+    </message>
+    <message>
+        <source>Reads a CSV file, computes speeds and delays, and writes late flights and others apart.</source>
+        <translation>Liest eine CSV-Datei, berechnet Geschwindigkeiten und Verspätungen und schreibt verspätete und andere Flüge getrennt.</translation>
+    </message>
+    <message>
+        <source>Sensors</source>
+        <translation>Sensoren</translation>
+    </message>
+    <message>
+        <source>Many columns computed by few expressions.</source>
+        <translation>Viele Spalten, durch wenige Ausdrücke berechnet.</translation>
+    </message>
+    <message>
+        <source>Columnar file</source>
+        <translation>Spaltendatei</translation>
+    </message>
+    <message>
+        <source>Stores a table compactly, block by block.</source>
+        <translation>Speichert eine Tabelle kompakt, Block für Block.</translation>
     </message>
 </context>
 <context>
@@ -2547,6 +3023,10 @@
     <message>
         <source>Help</source>
         <translation>Hilfe</translation>
+    </message>
+    <message>
+        <source>Check what is written</source>
+        <translation>Prüfen, was geschrieben ist</translation>
     </message>
 </context>
 <context>
@@ -2586,12 +3066,52 @@
         <source>For instance: price * quantity</source>
         <translation>Zum Beispiel: Preis * Menge</translation>
     </message>
+    <message>
+        <source>Complete the word</source>
+        <translation>Wort vervollständigen</translation>
+    </message>
+    <message>
+        <source>Show the arguments of the call</source>
+        <translation>Argumente des Aufrufs zeigen</translation>
+    </message>
+    <message>
+        <source>Mend the fault</source>
+        <translation>Fehler beheben</translation>
+    </message>
+    <message>
+        <source>Help on the word</source>
+        <translation>Hilfe zum Wort</translation>
+    </message>
+    <message>
+        <source>Earlier expression</source>
+        <translation>Früherer Ausdruck</translation>
+    </message>
+    <message>
+        <source>Later expression</source>
+        <translation>Späterer Ausdruck</translation>
+    </message>
+    <message>
+        <source>Larger text</source>
+        <translation>Größere Schrift</translation>
+    </message>
+    <message>
+        <source>Smaller text</source>
+        <translation>Kleinere Schrift</translation>
+    </message>
+    <message>
+        <source>Usual text size</source>
+        <translation>Übliche Schriftgröße</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::ExpressionField</name>
     <message>
         <source>Earlier expressions (Alt+Up, Alt+Down)</source>
         <translation>Frühere Ausdrücke (Alt+Auf, Alt+Ab)</translation>
+    </message>
+    <message>
+        <source>Nothing was pasted: the text has %1 characters, and at most %2 can be pasted at a time.</source>
+        <translation>Nichts wurde eingefügt: Der Text hat %1 Zeichen, und höchstens %2 können auf einmal eingefügt werden.</translation>
     </message>
 </context>
 <context>
@@ -2629,7 +3149,7 @@
     </message>
     <message>
         <source>&amp;Copy all</source>
-        <translation>Alles &amp;kopieren</translation>
+        <translation>Alles k&amp;opieren</translation>
     </message>
     <message numerus="yes">
         <source>%1 cannot be opened: %n fault(s). Mend the file with a text editor, then read it again.</source>
@@ -2637,6 +3157,210 @@
             <numerusform>%1 kann nicht geöffnet werden: %n Fehler. Bessern Sie die Datei in einem Texteditor aus, und lesen Sie sie dann erneut.</numerusform>
             <numerusform>%1 kann nicht geöffnet werden: %n Fehler. Bessern Sie die Datei in einem Texteditor aus, und lesen Sie sie dann erneut.</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::FileQuestions</name>
+    <message>
+        <source>The graph was changed on the disk meanwhile.</source>
+        <translation>Der Graph wurde inzwischen auf der Festplatte geändert.</translation>
+    </message>
+    <message>
+        <source>Another program has written %1 since it was read here.</source>
+        <translation>Ein anderes Programm hat %1 geschrieben, seit die Datei hier gelesen wurde.</translation>
+    </message>
+    <message>
+        <source>&amp;Keep mine</source>
+        <translation>&amp;Meinen behalten</translation>
+    </message>
+    <message>
+        <source>&amp;Load theirs</source>
+        <translation>Ande&amp;ren laden</translation>
+    </message>
+    <message>
+        <source>&amp;Compare</source>
+        <translation>&amp;Vergleichen</translation>
+    </message>
+    <message>
+        <source>Load theirs</source>
+        <translation>Anderen laden</translation>
+    </message>
+    <message>
+        <source>Keep mine</source>
+        <translation>Meinen behalten</translation>
+    </message>
+    <message>
+        <source>Compare</source>
+        <translation>Vergleichen</translation>
+    </message>
+    <message>
+        <source>%1 is no longer there. Saving writes it anew, under another name if its folder has gone as well.</source>
+        <translation>%1 ist nicht mehr da. Speichern schreibt die Datei neu, unter anderem Namen, wenn auch ihr Ordner fehlt.</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>%1 is open already.</source>
+        <translation>%1 ist schon geöffnet.</translation>
+    </message>
+    <message>
+        <source>%1. Whoever saves last replaces what the other one saved.</source>
+        <translation>%1. Wer zuletzt speichert, ersetzt, was der andere gespeichert hat.</translation>
+    </message>
+    <message>
+        <source>Open a &amp;copy</source>
+        <translation>Eine &amp;Kopie öffnen</translation>
+    </message>
+    <message>
+        <source>Open &amp;anyway</source>
+        <translation>&amp;Trotzdem öffnen</translation>
+    </message>
+    <message>
+        <source>The graph is not saved</source>
+        <translation>Der Graph ist nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>Save under another &amp;name ...</source>
+        <translation>Unter anderem &amp;Namen speichern ...</translation>
+    </message>
+    <message>
+        <source>Save the graph</source>
+        <translation>Graph speichern</translation>
+    </message>
+    <message>
+        <source>Graphs (*%1);;All files (*)</source>
+        <translation>Graphen (*%1);;Alle Dateien (*)</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::GraphCommands</name>
+    <message>
+        <source>Replace &apos;%1&apos; by %2</source>
+        <translation>&apos;%1&apos; durch %2 ersetzen</translation>
+    </message>
+    <message>
+        <source>What is in the clipboard has %1 MiB; at most 16 MiB can be pasted.</source>
+        <translation>Der Inhalt der Zwischenablage hat %1 MiB; höchstens 16 MiB lassen sich einfügen.</translation>
+    </message>
+    <message>
+        <source>What is in the clipboard is no piece of a graph: %1</source>
+        <translation>Der Inhalt der Zwischenablage ist kein Stück eines Graphen: %1</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>Duplicate</source>
+        <translation>Duplizieren</translation>
+    </message>
+    <message>
+        <source>Rename column &apos;%1&apos;</source>
+        <translation>Spalte &apos;%1&apos; umbenennen</translation>
+    </message>
+    <message>
+        <source>Add %1</source>
+        <translation>%1 hinzufügen</translation>
+    </message>
+    <message>
+        <source>Insert %1</source>
+        <translation>%1 einfügen</translation>
+    </message>
+    <message>
+        <source>Insert &apos;%1&apos; into a link</source>
+        <translation>&apos;%1&apos; in eine Verbindung einfügen</translation>
+    </message>
+    <message>
+        <source>Rename &apos;%1&apos;</source>
+        <translation>&apos;%1&apos; umbenennen</translation>
+    </message>
+    <message>
+        <source>Switch &apos;%1&apos; off</source>
+        <translation>&apos;%1&apos; ausschalten</translation>
+    </message>
+    <message numerus="yes">
+        <source>Switch %n action(s) off</source>
+        <translation>
+            <numerusform>%n Aktion ausschalten</numerusform>
+            <numerusform>%n Aktionen ausschalten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Switch &apos;%1&apos; on</source>
+        <translation>&apos;%1&apos; einschalten</translation>
+    </message>
+    <message numerus="yes">
+        <source>Switch %n action(s) on</source>
+        <translation>
+            <numerusform>%n Aktion einschalten</numerusform>
+            <numerusform>%n Aktionen einschalten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Move &apos;%1&apos;</source>
+        <translation>&apos;%1&apos; verschieben</translation>
+    </message>
+    <message>
+        <source>Move</source>
+        <translation>Verschieben</translation>
+    </message>
+    <message>
+        <source>Change &apos;%1&apos;</source>
+        <translation>&apos;%1&apos; ändern</translation>
+    </message>
+    <message>
+        <source>Change %1 of &apos;%2&apos;</source>
+        <translation>%1 von &apos;%2&apos; ändern</translation>
+    </message>
+    <message>
+        <source>Link &apos;%1&apos; to &apos;%2&apos;</source>
+        <translation>&apos;%1&apos; mit &apos;%2&apos; verbinden</translation>
+    </message>
+    <message>
+        <source>Add a note</source>
+        <translation>Notiz hinzufügen</translation>
+    </message>
+    <message>
+        <source>Change a note</source>
+        <translation>Notiz ändern</translation>
+    </message>
+    <message>
+        <source>Change the parameters</source>
+        <translation>Parameter ändern</translation>
+    </message>
+    <message>
+        <source>Delete &apos;%1&apos;</source>
+        <translation>&apos;%1&apos; löschen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n action(s)</source>
+        <translation>
+            <numerusform>%n Aktion löschen</numerusform>
+            <numerusform>%n Aktionen löschen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n link(s)</source>
+        <translation>
+            <numerusform>%n Verbindung löschen</numerusform>
+            <numerusform>%n Verbindungen löschen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n note(s)</source>
+        <translation>
+            <numerusform>%n Notiz löschen</numerusform>
+            <numerusform>%n Notizen löschen</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::GraphSearch</name>
+    <message>
+        <source>Replace &apos;%1&apos;</source>
+        <translation>&apos;%1&apos; ersetzen</translation>
     </message>
 </context>
 <context>
@@ -2650,16 +3374,35 @@
         <translation>Hinweis:</translation>
     </message>
     <message>
-        <source>Example:</source>
-        <translation>Beispiel:</translation>
-    </message>
-    <message>
         <source>Engines:</source>
         <translation>Rechenwerke:</translation>
     </message>
     <message>
         <source>Insert:</source>
         <translation>Einfügen:</translation>
+    </message>
+    <message>
+        <source>Examples:</source>
+        <translation>Beispiele:</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::HistogramView</name>
+    <message>
+        <source>%1 different</source>
+        <translation>%1 verschiedene</translation>
+    </message>
+    <message>
+        <source>about %1 different</source>
+        <translation>etwa %1 verschiedene</translation>
+    </message>
+    <message>
+        <source>%1: %2 rows</source>
+        <translation>%1: %2 Zeilen</translation>
+    </message>
+    <message>
+        <source>%1 to %2: %3 rows</source>
+        <translation>%1 bis %2: %3 Zeilen</translation>
     </message>
 </context>
 <context>
@@ -2690,6 +3433,485 @@
     <message>
         <source>Failure</source>
         <translation>Fehler</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::HostWindow</name>
+    <message>
+        <source>Actions</source>
+        <translation>Aktionen</translation>
+    </message>
+    <message>
+        <source>Properties</source>
+        <translation>Eigenschaften</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Vorschau</translation>
+    </message>
+    <message>
+        <source>Log</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>Run report</source>
+        <translation>Laufbericht</translation>
+    </message>
+    <message>
+        <source>%1[*] - kelvarin</source>
+        <translation>%1[*] - kelvarin</translation>
+    </message>
+    <message>
+        <source>%1 &quot;%2&quot;</source>
+        <translation>%1 &quot;%2&quot;</translation>
+    </message>
+    <message>
+        <source>Running ...</source>
+        <translation>Läuft ...</translation>
+    </message>
+    <message>
+        <source>ok, %1 rows, %2 s</source>
+        <translation>ok, %1 Zeilen, %2 s</translation>
+    </message>
+    <message>
+        <source>stopped after %1 s</source>
+        <translation>angehalten nach %1 s</translation>
+    </message>
+    <message>
+        <source>failed after %1 s: see the log</source>
+        <translation>fehlgeschlagen nach %1 s: siehe Protokoll</translation>
+    </message>
+    <message>
+        <source>There is no help page &quot;%1&quot;.</source>
+        <translation>Es gibt keine Hilfeseite &quot;%1&quot;.</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>New graph</source>
+        <translation>Neuer Graph</translation>
+    </message>
+    <message>
+        <source>Copy of %1</source>
+        <translation>Kopie von %1</translation>
+    </message>
+    <message>
+        <source>Add %1</source>
+        <translation>%1 hinzufügen</translation>
+    </message>
+    <message>
+        <source>No action reads %1. Files of these types can be read: %2.</source>
+        <translation>Keine Aktion liest %1. Dateien dieser Typen sind lesbar: %2.</translation>
+    </message>
+    <message>
+        <source>No expression reads these rows yet: add a Calculator or a filter to step through them.</source>
+        <translation>Noch liest kein Ausdruck diese Zeilen: einen Calculator oder Filter hinzufügen, um sie schrittweise zu durchlaufen.</translation>
+    </message>
+    <message>
+        <source>Rename a column</source>
+        <translation>Spalte umbenennen</translation>
+    </message>
+    <message>
+        <source>&amp;New name of &apos;%1&apos;, here and wherever it is used:</source>
+        <translation>&amp;Neuer Name von &apos;%1&apos;, hier und überall, wo die Spalte verwendet wird:</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n action(s) follow.</source>
+        <translation>
+            <numerusform>%n Aktion wurde angepasst.</numerusform>
+            <numerusform>%n Aktionen wurden angepasst.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There is nothing to run yet.</source>
+        <translation>Es gibt noch nichts auszuführen.</translation>
+    </message>
+    <message>
+        <source>No recovery file can be written: %1. Save often until there is one.</source>
+        <translation>Es kann keine Sicherungsdatei geschrieben werden: %1. Bis es eine gibt, oft speichern.</translation>
+    </message>
+    <message>
+        <source>Open a graph</source>
+        <translation>Graph öffnen</translation>
+    </message>
+    <message>
+        <source>%1 is no graph: %2</source>
+        <translation>%1 ist kein Graph: %2</translation>
+    </message>
+    <message>
+        <source>%1 cannot be restored: its recovery file is %2</source>
+        <translation>%1 kann nicht wiederhergestellt werden: die Sicherungsdatei ist %2</translation>
+    </message>
+    <message>
+        <source>This was being typed into &apos;%1&apos;:</source>
+        <translation>Das wurde gerade in &apos;%1&apos; eingegeben:</translation>
+    </message>
+    <message>
+        <source>graph</source>
+        <translation>graph</translation>
+    </message>
+    <message>
+        <source>Saved %1.</source>
+        <translation>%1 gespeichert.</translation>
+    </message>
+    <message>
+        <source>The graph has changes that are not saved.</source>
+        <translation>Der Graph hat Änderungen, die nicht gespeichert sind.</translation>
+    </message>
+    <message>
+        <source>Save them first?</source>
+        <translation>Zuerst speichern?</translation>
+    </message>
+    <message>
+        <source>Export the canvas</source>
+        <translation>Zeichenfläche exportieren</translation>
+    </message>
+    <message>
+        <source>Pictures (*.svg *.png)</source>
+        <translation>Bilder (*.svg *.png)</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2</source>
+        <translation>%1 lässt sich nicht schreiben: %2</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>&amp;New</source>
+        <translation>&amp;Neu</translation>
+    </message>
+    <message>
+        <source>&amp;Open ...</source>
+        <translation>&amp;Öffnen ...</translation>
+    </message>
+    <message>
+        <source>Open &amp;recent</source>
+        <translation>&amp;Zuletzt geöffnet</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Speichern</translation>
+    </message>
+    <message>
+        <source>Save &amp;as ...</source>
+        <translation>Speichern &amp;unter ...</translation>
+    </message>
+    <message>
+        <source>&amp;Export as picture ...</source>
+        <translation>Als &amp;Bild exportieren ...</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+    <message>
+        <source>None yet</source>
+        <translation>Noch keine</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Cu&amp;t</source>
+        <translation>&amp;Ausschneiden</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>&amp;Einfügen</translation>
+    </message>
+    <message>
+        <source>&amp;Duplicate</source>
+        <translation>&amp;Duplizieren</translation>
+    </message>
+    <message>
+        <source>D&amp;elete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>Delete and close the &amp;gap</source>
+        <translation>Löschen und Lücke &amp;schließen</translation>
+    </message>
+    <message>
+        <source>Select &amp;all</source>
+        <translation>Alles aus&amp;wählen</translation>
+    </message>
+    <message>
+        <source>&amp;Graph</source>
+        <translation>&amp;Graph</translation>
+    </message>
+    <message>
+        <source>&amp;Run</source>
+        <translation>&amp;Ausführen</translation>
+    </message>
+    <message>
+        <source>Run to &amp;here</source>
+        <translation>Bis &amp;hier ausführen</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>A&amp;nhalten</translation>
+    </message>
+    <message>
+        <source>Copy as command &amp;line</source>
+        <translation>Als &amp;Befehlszeile kopieren</translation>
+    </message>
+    <message>
+        <source>Copied: %1</source>
+        <translation>Kopiert: %1</translation>
+    </message>
+    <message>
+        <source>&amp;Parameters ...</source>
+        <translation>&amp;Parameter ...</translation>
+    </message>
+    <message>
+        <source>&amp;Open in a window</source>
+        <translation>In einem &amp;Fenster öffnen</translation>
+    </message>
+    <message>
+        <source>Pre&amp;view</source>
+        <translation>&amp;Vorschau</translation>
+    </message>
+    <message>
+        <source>Re&amp;name</source>
+        <translation>&amp;Umbenennen</translation>
+    </message>
+    <message>
+        <source>Switch on or o&amp;ff</source>
+        <translation>&amp;Ein- oder ausschalten</translation>
+    </message>
+    <message>
+        <source>Replace &amp;by</source>
+        <translation>Er&amp;setzen durch</translation>
+    </message>
+    <message>
+        <source>Add a no&amp;te</source>
+        <translation>Noti&amp;z hinzufügen</translation>
+    </message>
+    <message>
+        <source>&amp;Arrange</source>
+        <translation>An&amp;ordnen</translation>
+    </message>
+    <message>
+        <source>A&amp;lign</source>
+        <translation>Aus&amp;richten</translation>
+    </message>
+    <message>
+        <source>&amp;Left edges</source>
+        <translation>&amp;Linke Kanten</translation>
+    </message>
+    <message>
+        <source>&amp;Right edges</source>
+        <translation>&amp;Rechte Kanten</translation>
+    </message>
+    <message>
+        <source>&amp;Top edges</source>
+        <translation>&amp;Obere Kanten</translation>
+    </message>
+    <message>
+        <source>&amp;Bottom edges</source>
+        <translation>&amp;Untere Kanten</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;in</source>
+        <translation>Ver&amp;größern</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;out</source>
+        <translation>Ver&amp;kleinern</translation>
+    </message>
+    <message>
+        <source>&amp;Whole graph</source>
+        <translation>Gan&amp;zer Graph</translation>
+    </message>
+    <message>
+        <source>&amp;Heat map of the last run</source>
+        <translation>&amp;Wärmekarte des letzten Laufs</translation>
+    </message>
+    <message>
+        <source>&amp;Theme</source>
+        <translation>&amp;Farben</translation>
+    </message>
+    <message>
+        <source>&amp;System</source>
+        <translation>&amp;System</translation>
+    </message>
+    <message>
+        <source>&amp;Light</source>
+        <translation>&amp;Hell</translation>
+    </message>
+    <message>
+        <source>&amp;Dark</source>
+        <translation>&amp;Dunkel</translation>
+    </message>
+    <message>
+        <source>E&amp;xpert mode</source>
+        <translation>E&amp;xpertenmodus</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;This action</source>
+        <translation>&amp;Diese Aktion</translation>
+    </message>
+    <message>
+        <source>&amp;Keyboard</source>
+        <translation>&amp;Tastatur</translation>
+    </message>
+    <message>
+        <source>Graph</source>
+        <translation>Graph</translation>
+    </message>
+    <message>
+        <source>Outcome of the last run</source>
+        <translation>Ergebnis des letzten Laufs</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::InlineContent</name>
+    <message>
+        <source>Row %1: %2</source>
+        <translation>Zeile %1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::InlineTableEditor</name>
+    <message>
+        <source>S&amp;orted on:</source>
+        <translation>S&amp;ortiert nach:</translation>
+    </message>
+    <message>
+        <source>for instance: id 0, name A</source>
+        <translation>zum Beispiel: id 0, name A</translation>
+    </message>
+    <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>Make null</source>
+        <translation>Auf NULL setzen</translation>
+    </message>
+    <message>
+        <source>Add a row</source>
+        <translation>Zeile hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove rows</source>
+        <translation>Zeilen entfernen</translation>
+    </message>
+    <message>
+        <source>Rows:</source>
+        <translation>Zeilen:</translation>
+    </message>
+    <message>
+        <source>Add a row below this one</source>
+        <translation>Eine Zeile unter dieser hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove the selected rows</source>
+        <translation>Die ausgewählten Zeilen entfernen</translation>
+    </message>
+    <message>
+        <source>Move the row up</source>
+        <translation>Die Zeile nach oben schieben</translation>
+    </message>
+    <message>
+        <source>Move the row down</source>
+        <translation>Die Zeile nach unten schieben</translation>
+    </message>
+    <message>
+        <source>Col&amp;umn:</source>
+        <translation>S&amp;palte:</translation>
+    </message>
+    <message>
+        <source>Name of the column</source>
+        <translation>Name der Spalte</translation>
+    </message>
+    <message>
+        <source>Type of the column</source>
+        <translation>Typ der Spalte</translation>
+    </message>
+    <message>
+        <source>Add a column behind this one</source>
+        <translation>Eine Spalte hinter dieser hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove the column</source>
+        <translation>Die Spalte entfernen</translation>
+    </message>
+    <message>
+        <source>Move the column left</source>
+        <translation>Die Spalte nach links schieben</translation>
+    </message>
+    <message>
+        <source>Move the column right</source>
+        <translation>Die Spalte nach rechts schieben</translation>
+    </message>
+    <message>
+        <source>Paste a table from a spreadsheet, or add a column.</source>
+        <translation>Eine Tabelle aus einer Tabellenkalkulation einfügen oder eine Spalte hinzufügen.</translation>
+    </message>
+    <message>
+        <source>Pasted values look like numbers with a decimal comma: %1, for instance &apos;%2&apos;.</source>
+        <translation>Eingefügte Werte sehen aus wie Zahlen mit Dezimalkomma: %1, zum Beispiel &apos;%2&apos;.</translation>
+    </message>
+    <message>
+        <source>Make them numbers</source>
+        <translation>In Zahlen umwandeln</translation>
+    </message>
+    <message>
+        <source>Keep the texts</source>
+        <translation>Die Texte behalten</translation>
+    </message>
+    <message>
+        <source>The first line gave the columns their names.</source>
+        <translation>Die erste Zeile hat den Spalten ihre Namen gegeben.</translation>
+    </message>
+    <message>
+        <source>Make it a row</source>
+        <translation>Zu einer Zeile machen</translation>
+    </message>
+    <message>
+        <source>Keep the names</source>
+        <translation>Die Namen behalten</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::InlineTableModel</name>
+    <message>
+        <source>Column %1, type %2</source>
+        <translation>Spalte %1, Typ %2</translation>
     </message>
 </context>
 <context>
@@ -2827,52 +4049,20 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>N&amp;otizen:</translation>
     </message>
     <message>
-        <source>&amp;Name expression:</source>
-        <translation>&amp;Namensausdruck:</translation>
+        <source>Variables</source>
+        <translation>Variablen</translation>
     </message>
     <message>
-        <source>&amp;Name:</source>
-        <translation>&amp;Name:</translation>
+        <source>Element of the vectors whose values are shown</source>
+        <translation>Element der Vektoren, dessen Werte gezeigt werden</translation>
     </message>
     <message>
-        <source>Name</source>
-        <translation>Name</translation>
+        <source>The values below are those of this element of each vector.</source>
+        <translation>Die Werte darunter sind die dieses Elements jedes Vektors.</translation>
     </message>
     <message>
-        <source>The name of the column that the expression makes.</source>
-        <translation>Der Name der Spalte, die der Ausdruck berechnet.</translation>
-    </message>
-    <message>
-        <source>Name expression</source>
-        <translation>Namensausdruck</translation>
-    </message>
-    <message>
-        <source>A text for each element: _n is its number, an alias the name of its column.</source>
-        <translation>Ein Text für jedes Element: _n ist seine Nummer, ein Alias der Name seiner Spalte.</translation>
-    </message>
-    <message>
-        <source>Nu&amp;mber</source>
-        <translation>&amp;Zahl</translation>
-    </message>
-    <message>
-        <source>&amp;Key</source>
-        <translation>&amp;Schlüssel</translation>
-    </message>
-    <message>
-        <source>Te&amp;xt</source>
-        <translation>Te&amp;xt</translation>
-    </message>
-    <message>
-        <source>Type:</source>
-        <translation>Typ:</translation>
-    </message>
-    <message>
-        <source>&amp;update the column</source>
-        <translation>die Spalte aktualisie&amp;ren</translation>
-    </message>
-    <message>
-        <source>The result replaces the column of the input that has this name.</source>
-        <translation>Das Ergebnis ersetzt die Spalte der Eingabe, die so heißt.</translation>
+        <source>Elemen&amp;t:</source>
+        <translation>&amp;Vektorelement:</translation>
     </message>
 </context>
 <context>
@@ -3039,6 +4229,49 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>For values in the first rows.</source>
         <translation>Für Werte in den ersten Zeilen.</translation>
     </message>
+    <message>
+        <source>There is no such file yet.</source>
+        <translation>Diese Datei gibt es noch nicht.</translation>
+    </message>
+    <message>
+        <source>There is a table: %1</source>
+        <translation>Es gibt eine Tabelle: %1</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::LinkRules</name>
+    <message>
+        <source>The action has no name.</source>
+        <translation>Die Aktion hat keinen Namen.</translation>
+    </message>
+    <message>
+        <source>Another action is called &apos;%1&apos; already: links mean that one.</source>
+        <translation>Eine andere Aktion heißt schon &apos;%1&apos;: Verbindungen meinen jene.</translation>
+    </message>
+    <message>
+        <source>The graph has no action &apos;%1&apos;.</source>
+        <translation>Der Graph hat keine Aktion &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; has no output pin %2.</source>
+        <translation>&apos;%1&apos; hat keinen Ausgang %2.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; has no input pin %2.</source>
+        <translation>&apos;%1&apos; hat keinen Eingang %2.</translation>
+    </message>
+    <message>
+        <source>Input pin %1 of &apos;%2&apos; gets its rows from &apos;%3&apos; already.</source>
+        <translation>Eingang %1 von &apos;%2&apos; bekommt seine Zeilen schon von &apos;%3&apos;.</translation>
+    </message>
+    <message>
+        <source>An action cannot read its own rows.</source>
+        <translation>Eine Aktion kann nicht ihre eigenen Zeilen lesen.</translation>
+    </message>
+    <message>
+        <source>Rows would go round in a circle: &apos;%1&apos; gets rows from &apos;%2&apos; already.</source>
+        <translation>Die Zeilen würden im Kreis laufen: &apos;%1&apos; bekommt schon Zeilen von &apos;%2&apos;.</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::LogModel</name>
@@ -3065,6 +4298,10 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>Text</source>
         <translation>Text</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
     </message>
 </context>
 <context>
@@ -3097,6 +4334,41 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>Copy log lines</source>
         <translation>Protokollzeilen kopieren</translation>
     </message>
+    <message>
+        <source>Lines to show</source>
+        <translation>Zu zeigende Zeilen</translation>
+    </message>
+    <message>
+        <source>All lines</source>
+        <translation>Alle Zeilen</translation>
+    </message>
+    <message>
+        <source>Warnings and errors</source>
+        <translation>Warnungen und Fehler</translation>
+    </message>
+    <message>
+        <source>Errors</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Filter the log</source>
+        <translation>Das Protokoll filtern</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::Minimap</name>
+    <message>
+        <source>Overview of the graph</source>
+        <translation>Übersicht über den Graphen</translation>
+    </message>
+    <message>
+        <source>Overview of the graph: click or drag to move about</source>
+        <translation>Übersicht über den Graphen: klicken oder ziehen, um den Ausschnitt zu verschieben</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::OutputBar</name>
@@ -3127,6 +4399,112 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>The expression is wrong.</source>
         <translation>Der Ausdruck ist falsch.</translation>
+    </message>
+    <message>
+        <source>Rename the output</source>
+        <translation>Ausgabe umbenennen</translation>
+    </message>
+    <message>
+        <source>Remove the output</source>
+        <translation>Ausgabe entfernen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::OutputFields</name>
+    <message>
+        <source>&amp;Name:</source>
+        <translation>&amp;Name:</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>The name of the column that the expression makes.</source>
+        <translation>Der Name der Spalte, die der Ausdruck berechnet.</translation>
+    </message>
+    <message>
+        <source>&amp;Name expression:</source>
+        <translation>&amp;Namensausdruck:</translation>
+    </message>
+    <message>
+        <source>Name expression</source>
+        <translation>Namensausdruck</translation>
+    </message>
+    <message>
+        <source>A text for each element: _n is its number, an alias the name of its column.</source>
+        <translation>Ein Text für jedes Element: _n ist seine Nummer, ein Alias der Name seiner Spalte.</translation>
+    </message>
+    <message>
+        <source>Nu&amp;mber</source>
+        <translation>&amp;Zahl</translation>
+    </message>
+    <message>
+        <source>&amp;Key</source>
+        <translation>&amp;Schlüssel</translation>
+    </message>
+    <message>
+        <source>Te&amp;xt</source>
+        <translation>Te&amp;xt</translation>
+    </message>
+    <message>
+        <source>Type:</source>
+        <translation>Typ:</translation>
+    </message>
+    <message>
+        <source>&amp;update the column</source>
+        <translation>die Spalte aktualisie&amp;ren</translation>
+    </message>
+    <message>
+        <source>The result replaces the column of the input that has this name.</source>
+        <translation>Das Ergebnis ersetzt die Spalte der Eingabe, die so heißt.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ParametersDialog</name>
+    <message>
+        <source>Parameters of the graph</source>
+        <translation>Parameter des Graphen</translation>
+    </message>
+    <message>
+        <source>Parameters</source>
+        <translation>Parameter</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Used by</source>
+        <translation>Verwendet von</translation>
+    </message>
+    <message>
+        <source>Write ${name} in a file name or any other setting; in expressions, the name alone.</source>
+        <translation>In einem Dateinamen oder einer anderen Einstellung ${name} schreiben; in Ausdrücken nur den Namen.</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Hinzufügen</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;Use these</source>
+        <translation>Diese &amp;verwenden</translation>
+    </message>
+    <message>
+        <source>A value has no name: &quot;%1&quot;.</source>
+        <translation>Ein Wert hat keinen Namen: &quot;%1&quot;.</translation>
+    </message>
+    <message>
+        <source>Two parameters are called &apos;%1&apos;.</source>
+        <translation>Zwei Parameter heißen &apos;%1&apos;.</translation>
     </message>
 </context>
 <context>
@@ -3187,6 +4565,13 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
 </context>
 <context>
+    <name>kelvarin::PinPreview</name>
+    <message>
+        <source>Nothing is linked to this pin, so no rows come here. Link an action to it.</source>
+        <translation>Mit diesem Anschluss ist nichts verbunden, also kommen hier keine Zeilen an. Verbinden Sie eine Aktion mit ihm.</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::PinTable</name>
     <message>
         <source>An earlier expression is still running.</source>
@@ -3195,6 +4580,312 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>The names take longer than a second to compute.</source>
         <translation>Die Namen zu berechnen dauert länger als eine Sekunde.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::PreviewBar</name>
+    <message>
+        <source>Compute the rows again</source>
+        <translation>Die Zeilen neu berechnen</translation>
+    </message>
+    <message>
+        <source>Stop computing rows</source>
+        <translation>Das Berechnen der Zeilen anhalten</translation>
+    </message>
+    <message>
+        <source>Export the rows as CSV …</source>
+        <translation>Die Zeilen als CSV exportieren …</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+    <message>
+        <source>At most %1</source>
+        <translation>Höchstens %1</translation>
+    </message>
+    <message>
+        <source>How many of the first rows are computed</source>
+        <translation>Wie viele der ersten Zeilen berechnet werden</translation>
+    </message>
+    <message>
+        <source>First ro&amp;ws:</source>
+        <translation>Erste &amp;Zeilen:</translation>
+    </message>
+    <message>
+        <source>First rows</source>
+        <translation>Erste Zeilen</translation>
+    </message>
+    <message>
+        <source>&amp;Profiles</source>
+        <translation>&amp;Profile</translation>
+    </message>
+    <message>
+        <source>Show what the values of each column are like</source>
+        <translation>Zeigen, wie die Werte jeder Spalte beschaffen sind</translation>
+    </message>
+    <message>
+        <source>F&amp;ilter</source>
+        <translation>F&amp;ilter</translation>
+    </message>
+    <message>
+        <source>Filter the rows that are shown (Ctrl+F)</source>
+        <translation>Die gezeigten Zeilen filtern (Strg+F)</translation>
+    </message>
+    <message>
+        <source>&amp;Details</source>
+        <translation>&amp;Details</translation>
+    </message>
+    <message>
+        <source>Show the profile of one column in full</source>
+        <translation>Das Profil einer Spalte ganz zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::PreviewHeader</name>
+    <message>
+        <source>%1 null</source>
+        <translation>%1 null</translation>
+    </message>
+    <message>
+        <source>%1 NaN</source>
+        <translation>%1 NaN</translation>
+    </message>
+    <message>
+        <source>no values</source>
+        <translation>keine Werte</translation>
+    </message>
+    <message>
+        <source>of %1 rows</source>
+        <translation>von %1 Zeilen</translation>
+    </message>
+    <message>
+        <source>Filter of the column %1</source>
+        <translation>Filter der Spalte %1</translation>
+    </message>
+    <message>
+        <source>filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>A text, a comparison such as &gt; 5 or = Lyon, a range such as 1..5, null, !null, nan or empty</source>
+        <translation>Ein Text, ein Vergleich wie &gt; 5 oder = Lyon, ein Bereich wie 1..5, null, !null, nan oder empty</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::PreviewModel</name>
+    <message>
+        <source>reading</source>
+        <translation>wird gelesen</translation>
+    </message>
+    <message>
+        <source>number</source>
+        <translation>Zahl</translation>
+    </message>
+    <message>
+        <source>key</source>
+        <translation>Schlüssel</translation>
+    </message>
+    <message>
+        <source>text</source>
+        <translation>Text</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::PreviewPanel::Parts</name>
+    <message>
+        <source>There is not enough memory for this. Look at fewer rows, or close other programs.</source>
+        <translation>Dafür reicht der Speicher nicht. Sehen Sie weniger Zeilen an, oder schließen Sie andere Programme.</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Click an action or one of its pins, and its first rows appear here.</source>
+        <translation>Klicken Sie auf eine Aktion oder einen ihrer Anschlüsse, dann erscheinen hier ihre ersten Zeilen.</translation>
+    </message>
+    <message>
+        <source>The first rows are being computed …</source>
+        <translation>Die ersten Zeilen werden berechnet …</translation>
+    </message>
+    <message>
+        <source>Stopped before the first row came.</source>
+        <translation>Angehalten, bevor die erste Zeile kam.</translation>
+    </message>
+    <message>
+        <source>Compute the rows</source>
+        <translation>Die Zeilen berechnen</translation>
+    </message>
+    <message>
+        <source>There are no rows to show. The message above says why.</source>
+        <translation>Es gibt keine Zeilen zu zeigen. Die Meldung darüber sagt, warum.</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>Noch einmal versuchen</translation>
+    </message>
+    <message>
+        <source>The rows end here because of an error: %1</source>
+        <translation>Die Zeilen enden hier wegen eines Fehlers: %1</translation>
+    </message>
+    <message>
+        <source>Go to the action</source>
+        <translation>Zur Aktion</translation>
+    </message>
+    <message>
+        <source>No rows come out of this pin; its columns are known.</source>
+        <translation>Aus diesem Anschluss kommen keine Zeilen; seine Spalten sind bekannt.</translation>
+    </message>
+    <message>
+        <source>sorting and filtering …</source>
+        <translation>wird sortiert und gefiltert …</translation>
+    </message>
+    <message>
+        <source>%1 of %2 rows</source>
+        <translation>%1 von %2 Zeilen</translation>
+    </message>
+    <message>
+        <source>computing …</source>
+        <translation>wird berechnet …</translation>
+    </message>
+    <message>
+        <source>%1 rows so far</source>
+        <translation>bisher %1 Zeilen</translation>
+    </message>
+    <message>
+        <source>the first %1 rows</source>
+        <translation>die ersten %1 Zeilen</translation>
+    </message>
+    <message>
+        <source>all %1 rows</source>
+        <translation>alle %1 Zeilen</translation>
+    </message>
+    <message>
+        <source>stopped after %1 rows</source>
+        <translation>nach %1 Zeilen angehalten</translation>
+    </message>
+    <message>
+        <source>%1 rows, then an error</source>
+        <translation>%1 Zeilen, dann ein Fehler</translation>
+    </message>
+    <message>
+        <source>failed</source>
+        <translation>fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>%1, what comes in</source>
+        <translation>%1, was ankommt</translation>
+    </message>
+    <message>
+        <source>%1, pin %2</source>
+        <translation>%1, Anschluss %2</translation>
+    </message>
+    <message>
+        <source>Export the rows as CSV</source>
+        <translation>Die Zeilen als CSV exportieren</translation>
+    </message>
+    <message>
+        <source>CSV files (*.csv);;All files (*)</source>
+        <translation>CSV-Dateien (*.csv);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Vorschau</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::PreviewTable</name>
+    <message>
+        <source>Rows of the preview</source>
+        <translation>Zeilen der Vorschau</translation>
+    </message>
+    <message>
+        <source>The number of the row at this pin, counted from 0</source>
+        <translation>Die Nummer der Zeile an diesem Anschluss, gezählt ab 0</translation>
+    </message>
+    <message>
+        <source>The rows cannot be read back from the temporary file. Reload them.</source>
+        <translation>Die Zeilen lassen sich nicht aus der temporären Datei zurücklesen. Berechnen Sie sie neu.</translation>
+    </message>
+    <message>
+        <source>%1, row %2</source>
+        <translation>%1, Zeile %2</translation>
+    </message>
+    <message>
+        <source>&amp;Step to this row</source>
+        <translation>&amp;Schritt zu dieser Zeile</translation>
+    </message>
+    <message>
+        <source>&amp;Keep rows like this</source>
+        <translation>Zeilen wie diese &amp;behalten</translation>
+    </message>
+    <message>
+        <source>&amp;New column from this</source>
+        <translation>&amp;Neue Spalte hieraus</translation>
+    </message>
+    <message>
+        <source>&amp;Rename column …</source>
+        <translation>Spalte &amp;umbenennen …</translation>
+    </message>
+    <message>
+        <source>Show the &amp;whole value	Enter</source>
+        <translation>Den &amp;ganzen Wert zeigen	Eingabe</translation>
+    </message>
+    <message>
+        <source>&amp;Copy	Ctrl+C</source>
+        <translation>&amp;Kopieren	Strg+C</translation>
+    </message>
+    <message>
+        <source>Copy with &amp;headers	Ctrl+Shift+C</source>
+        <translation>&amp;Mit Überschriften kopieren	Strg+Umschalt+C</translation>
+    </message>
+    <message>
+        <source>&amp;Filter …	Ctrl+F</source>
+        <translation>&amp;Filtern …	Strg+F</translation>
+    </message>
+    <message>
+        <source>Copy the na&amp;me</source>
+        <translation>Den Namen ko&amp;pieren</translation>
+    </message>
+    <message>
+        <source>&amp;Copy the column</source>
+        <translation>Die Spalte &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>Sort &amp;ascending</source>
+        <translation>&amp;Aufsteigend sortieren</translation>
+    </message>
+    <message>
+        <source>Sort &amp;descending</source>
+        <translation>Absteigen&amp;d sortieren</translation>
+    </message>
+    <message>
+        <source>&amp;Unsorted</source>
+        <translation>Uns&amp;ortiert</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n row(s) copied.</source>
+        <translation>
+            <numerusform>%n Zeile kopiert.</numerusform>
+            <numerusform>%n Zeilen kopiert.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>This is more than a clipboard holds well (64 MiB). Export the rows as CSV, or choose fewer of them.</source>
+        <translation>Das ist mehr, als eine Zwischenablage gut fasst (64 MiB). Exportieren Sie die Zeilen als CSV, oder wählen Sie weniger.</translation>
+    </message>
+    <message>
+        <source>Nothing was copied: the rows cannot be read back from the temporary file. Reload them.</source>
+        <translation>Nichts wurde kopiert: Die Zeilen lassen sich nicht aus der temporären Datei zurücklesen. Berechnen Sie sie neu.</translation>
+    </message>
+    <message>
+        <source>%1 rows were written to %2.</source>
+        <translation>%1 Zeilen wurden nach %2 geschrieben.</translation>
+    </message>
+    <message>
+        <source>%1 was not written: %2. Choose another file, or free some space on the disk.</source>
+        <translation>%1 wurde nicht geschrieben: %2. Wählen Sie eine andere Datei, oder schaffen Sie Platz auf dem Datenträger.</translation>
     </message>
 </context>
 <context>
@@ -3232,10 +4923,6 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>In diesem Graphen</translation>
     </message>
     <message>
-        <source>Refuse a name that another &amp;action reads or writes</source>
-        <translation>Einen Namen ablehnen, den eine andere &amp;Aktion liest oder schreibt</translation>
-    </message>
-    <message>
         <source>Covers the column-set files as well.</source>
         <translation>Gilt auch für die Dateien der Spaltensätze.</translation>
     </message>
@@ -3247,16 +4934,140 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>Delete the file and its &amp;column sets...</source>
         <translation>Datei und ihre &amp;Spaltensätze löschen...</translation>
     </message>
+    <message>
+        <source>Refuse a na&amp;me that another action reads or writes</source>
+        <translation>Einen &amp;Namen ablehnen, den eine andere Aktion liest oder schreibt</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ProfilePanel</name>
+    <message>
+        <source>Median</source>
+        <translation>Median</translation>
+    </message>
+    <message>
+        <source>%1 % are at most</source>
+        <translation>%1 % sind höchstens</translation>
+    </message>
+    <message>
+        <source>Most &amp;frequent values</source>
+        <translation>&amp;Häufigste Werte</translation>
+    </message>
+    <message>
+        <source>Profile of the column</source>
+        <translation>Profil der Spalte</translation>
+    </message>
+    <message>
+        <source>Most frequent values</source>
+        <translation>Häufigste Werte</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>Share</source>
+        <translation>Anteil</translation>
+    </message>
+    <message>
+        <source>Profile</source>
+        <translation>Profil</translation>
+    </message>
+    <message>
+        <source>Choose a cell or a column, and what its values are like appears here.</source>
+        <translation>Wählen Sie eine Zelle oder eine Spalte, dann erscheint hier, wie ihre Werte beschaffen sind.</translation>
+    </message>
+    <message>
+        <source>The profile is being computed.</source>
+        <translation>Das Profil wird berechnet.</translation>
+    </message>
+    <message>
+        <source>Of %1 rows at hand</source>
+        <translation>Von %1 vorliegenden Zeilen</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+    <message>
+        <source>Null</source>
+        <translation>Null</translation>
+    </message>
+    <message>
+        <source>Empty</source>
+        <translation>Leer</translation>
+    </message>
+    <message>
+        <source>NaN</source>
+        <translation>NaN</translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation>Werte</translation>
+    </message>
+    <message>
+        <source>Minimum</source>
+        <translation>Minimum</translation>
+    </message>
+    <message>
+        <source>Maximum</source>
+        <translation>Maximum</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>Länge</translation>
+    </message>
+    <message>
+        <source>%1 to %2 bytes</source>
+        <translation>%1 bis %2 Bytes</translation>
+    </message>
+    <message>
+        <source>Mean</source>
+        <translation>Mittelwert</translation>
+    </message>
+    <message>
+        <source>about %1</source>
+        <translation>etwa %1</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::PropertyPanel</name>
+    <message>
+        <source>Select an action to see and change its properties.</source>
+        <translation>Eine Aktion auswählen, um ihre Eigenschaften zu sehen und zu ändern.</translation>
+    </message>
+    <message>
+        <source>This action is switched off: rows go through it unchanged.</source>
+        <translation>Diese Aktion ist ausgeschaltet: Zeilen gehen unverändert hindurch.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::QuickAdd</name>
+    <message>
+        <source>Add an action</source>
+        <translation>Eine Aktion hinzufügen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ReadArrowEditor</name>
+    <message>
+        <source>Parquet files (*.parquet);;All files (*)</source>
+        <translation>Parquet-Dateien (*.parquet);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Arrow files (*.arrow *.feather *.ipc);;All files (*)</source>
+        <translation>Arrow-Dateien (*.arrow *.feather *.ipc);;Alle Dateien (*)</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::ReadColumnsPage</name>
     <message>
-        <source>&amp;All columns</source>
-        <translation>&amp;Alle Spalten</translation>
-    </message>
-    <message>
         <source>Only the columns that are &amp;ticked, in this order</source>
-        <translation>Nur die an&amp;gekreuzten Spalten, in dieser Reihenfolge</translation>
+        <translation>Nur die angekreu&amp;zten Spalten, in dieser Reihenfolge</translation>
     </message>
     <message>
         <source>The columns &amp;named in the first column of input pin 1</source>
@@ -3330,6 +5141,93 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>%1, %2</source>
         <translation>%1, %2</translation>
     </message>
+    <message>
+        <source>All &amp;columns</source>
+        <translation>Alle &amp;Spalten</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ReadCsvEditor</name>
+    <message>
+        <source>First lines of the file</source>
+        <translation>Erste Zeilen der Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Separator:</source>
+        <translation>&amp;Trennzeichen:</translation>
+    </message>
+    <message>
+        <source>&amp;Quote:</source>
+        <translation>&amp;Anführungszeichen:</translation>
+    </message>
+    <message>
+        <source>The first line &amp;names the columns</source>
+        <translation>Die erste Zeile be&amp;nennt die Spalten</translation>
+    </message>
+    <message>
+        <source>N&amp;ull is written as:</source>
+        <translation>N&amp;ULL steht als:</translation>
+    </message>
+    <message>
+        <source>S&amp;orted on:</source>
+        <translation>S&amp;ortiert nach:</translation>
+    </message>
+    <message>
+        <source>for instance: id 0, name A</source>
+        <translation>zum Beispiel: id 0, name A</translation>
+    </message>
+    <message>
+        <source>As it s&amp;tands</source>
+        <translation>&amp;Rohtext</translation>
+    </message>
+    <message>
+        <source>CSV files (*.csv *.tsv *.txt);;All files (*)</source>
+        <translation>CSV-Dateien (*.csv *.tsv *.txt);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Use these settings</source>
+        <translation>Diese Einstellungen verwenden</translation>
+    </message>
+    <message>
+        <source>separator &apos;%1&apos;</source>
+        <translation>Trennzeichen &apos;%1&apos;</translation>
+    </message>
+    <message>
+        <source>quote &apos;%1&apos;</source>
+        <translation>Anführungszeichen &apos;%1&apos;</translation>
+    </message>
+    <message>
+        <source>with a line of names</source>
+        <translation>mit einer Zeile für die Namen</translation>
+    </message>
+    <message>
+        <source>without a line of names</source>
+        <translation>ohne eine Zeile für die Namen</translation>
+    </message>
+    <message>
+        <source>UTF-8 with byte order mark</source>
+        <translation>UTF-8 mit Byte-Reihenfolge-Marke (BOM)</translation>
+    </message>
+    <message>
+        <source>UTF-8</source>
+        <translation>UTF-8</translation>
+    </message>
+    <message>
+        <source>line ends %1</source>
+        <translation>Zeilenenden %1</translation>
+    </message>
+    <message>
+        <source>null is written as &apos;%1&apos;</source>
+        <translation>NULL steht als &apos;%1&apos;</translation>
+    </message>
+    <message>
+        <source>The file looks like: %1.</source>
+        <translation>Die Datei sieht so aus: %1.</translation>
+    </message>
+    <message>
+        <source>It has numbers with a decimal comma. They are read as text; a Calculator behind this action makes numbers of them.</source>
+        <translation>Sie enthält Zahlen mit Dezimalkomma. Sie werden als Text gelesen; ein Calculator hinter dieser Aktion macht Zahlen daraus.</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::ReadFilePage</name>
@@ -3362,14 +5260,6 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>In dieser Datei</translation>
     </message>
     <message>
-        <source>&amp;Look again</source>
-        <translation>&amp;Erneut nachsehen</translation>
-    </message>
-    <message>
-        <source>&amp;Verify...</source>
-        <translation>&amp;Prüfen...</translation>
-    </message>
-    <message>
         <source>Checks every block and every value.</source>
         <translation>Prüft jeden Block und jeden Wert.</translation>
     </message>
@@ -3397,6 +5287,14 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>Looking into the file...</source>
         <translation>Die Datei wird angesehen...</translation>
     </message>
+    <message>
+        <source>Loo&amp;k again</source>
+        <translation>&amp;Erneut nachsehen</translation>
+    </message>
+    <message>
+        <source>Verif&amp;y...</source>
+        <translation>Prü&amp;fen...</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::ReadReliabilityPage</name>
@@ -3405,16 +5303,12 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>Wenn eine Datei fehlt</translation>
     </message>
     <message>
-        <source>When the source file is unreadable, keep trying to read the file &amp;for</source>
-        <translation>Wenn die Quelldatei nicht lesbar ist, weiter &amp;versuchen für</translation>
-    </message>
-    <message>
         <source>Seconds to wait for a missing file</source>
         <translation>Sekunden, die auf eine fehlende Datei gewartet wird</translation>
     </message>
     <message>
         <source>Then s&amp;top the run</source>
-        <translation>Dann den Lauf &amp;anhalten</translation>
+        <translation>Dann den Lauf anhal&amp;ten</translation>
     </message>
     <message>
         <source>Then s&amp;kip it with a warning</source>
@@ -3456,9 +5350,117 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>Looks into all files before the first row. Otherwise the files are counted.</source>
         <translation>Sieht vor der ersten Zeile in alle Dateien. Sonst werden die Dateien gezählt.</translation>
     </message>
+    <message>
+        <source>&amp;When the source file is unreadable, keep trying to read the file for</source>
+        <translation>&amp;Wenn die Quelldatei nicht lesbar ist, weiter versuchen für</translation>
+    </message>
 </context>
 <context>
-    <name>kelvarin::RowVariablesModel</name>
+    <name>kelvarin::ReadTableEditor</name>
+    <message>
+        <source>Values that &amp;do not fit:</source>
+        <translation>&amp;Werte, die nicht passen:</translation>
+    </message>
+    <message>
+        <source>Stop the run</source>
+        <translation>Den Lauf anhalten</translation>
+    </message>
+    <message>
+        <source>Make them null</source>
+        <translation>Auf NULL setzen</translation>
+    </message>
+    <message>
+        <source>Colu&amp;mns</source>
+        <translation>&amp;Spalten</translation>
+    </message>
+    <message>
+        <source>&amp;Rows</source>
+        <translation>&amp;Zeilen</translation>
+    </message>
+    <message>
+        <source>F&amp;ile:</source>
+        <translation>Date&amp;i:</translation>
+    </message>
+    <message>
+        <source>Loo&amp;k again</source>
+        <translation>&amp;Erneut nachsehen</translation>
+    </message>
+    <message>
+        <source>Looks into the file again, after it has changed.</source>
+        <translation>Sieht noch einmal in die Datei, nachdem sie sich geändert hat.</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>Spalten</translation>
+    </message>
+    <message>
+        <source>Double-click a type, or press F2, to fix it.</source>
+        <translation>Auf einen Typ doppelklicken oder F2 drücken, um ihn festzulegen.</translation>
+    </message>
+    <message>
+        <source>Search columns</source>
+        <translation>Spalten suchen</translation>
+    </message>
+    <message>
+        <source>First rows</source>
+        <translation>Erste Zeilen</translation>
+    </message>
+    <message>
+        <source>Choose the file to read.</source>
+        <translation>Die zu lesende Datei wählen.</translation>
+    </message>
+    <message>
+        <source>Looking into the file...</source>
+        <translation>Die Datei wird angesehen...</translation>
+    </message>
+    <message>
+        <source>Columns: %1</source>
+        <translation>Spalten: %1</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::RecoveryFile</name>
+    <message>
+        <source>the folder %1 cannot be made</source>
+        <translation>der Ordner %1 kann nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>the folder %1 cannot be written to</source>
+        <translation>in den Ordner %1 kann nicht geschrieben werden</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::RecoveryOffer</name>
+    <message>
+        <source>A graph was not saved when the program ended: %1, %2.</source>
+        <translation>Ein Graph war nicht gespeichert, als das Programm endete: %1, %2.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n further</source>
+        <translation>
+            <numerusform>%n weiterer</numerusform>
+            <numerusform>%n weitere</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>Wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>Verwerfen</translation>
+    </message>
+    <message>
+        <source>What was not saved of %1 will be lost.</source>
+        <translation>Was von %1 nicht gespeichert war, geht verloren.</translation>
+    </message>
+    <message>
+        <source>a new graph</source>
+        <translation>ein neuer Graph</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::RowValuesModel</name>
     <message>
         <source>%1, edited for this row. The data stay as they are.</source>
         <translation>%1, für diese Zeile geändert. Die Daten bleiben, wie sie sind.</translation>
@@ -3479,12 +5481,215 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>Before</source>
         <translation>Davor</translation>
     </message>
+    <message>
+        <source>Result</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>Fehler</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::RunReportModel</name>
+    <message>
+        <source>done, with a warning</source>
+        <translation>fertig, mit einer Warnung</translation>
+    </message>
+    <message>
+        <source>done</source>
+        <translation>fertig</translation>
+    </message>
+    <message>
+        <source>failed</source>
+        <translation>fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>stopped</source>
+        <translation>angehalten</translation>
+    </message>
+    <message>
+        <source>%1 blocks read, %2 skipped by the block filter</source>
+        <translation>%1 Blöcke gelesen, %2 vom Blockfilter übersprungen</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>, because of &apos;%1&apos;</source>
+        <translation>, wegen &apos;%1&apos;</translation>
+    </message>
+    <message>
+        <source>nulls: %1</source>
+        <translation>NULL: %1</translation>
+    </message>
+    <message>
+        <source>NaN: %1</source>
+        <translation>NaN: %1</translation>
+    </message>
+    <message>
+        <source>failures: %1</source>
+        <translation>Fehler: %1</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>Time that the action itself was at work, reading and writing included; work on other threads is not counted</source>
+        <translation>Zeit, in der die Aktion selbst gearbeitet hat, Lesen und Schreiben eingeschlossen; Arbeit in anderen Threads zählt nicht</translation>
+    </message>
+    <message>
+        <source>Action</source>
+        <translation>Aktion</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Zustand</translation>
+    </message>
+    <message>
+        <source>Rows in</source>
+        <translation>Zeilen am Eingang</translation>
+    </message>
+    <message>
+        <source>Rows out</source>
+        <translation>Zeilen am Ausgang</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Rows a second</source>
+        <translation>Zeilen je Sekunde</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::RunReportPanel</name>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy the report as text</source>
+        <translation>Den Bericht als Text kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Open folder</source>
+        <translation>&amp;Ordner öffnen</translation>
+    </message>
+    <message>
+        <source>Open the folder of the selected file</source>
+        <translation>Den Ordner der ausgewählten Datei öffnen</translation>
+    </message>
+    <message>
+        <source>Nothing has been run yet. Run the graph with F5: this shows the rows, the time and the files of each action.</source>
+        <translation>Noch ist nichts gelaufen. Den Graphen mit F5 ausführen: Hier erscheinen dann die Zeilen, die Zeit und die Dateien jeder Aktion.</translation>
+    </message>
+    <message>
+        <source>Run report</source>
+        <translation>Laufbericht</translation>
+    </message>
+    <message>
+        <source>Copy the report</source>
+        <translation>Den Bericht kopieren</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::SearchField</name>
     <message>
         <source>Search</source>
         <translation>Suchen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::StartPage</name>
+    <message>
+        <source>&amp;New graph</source>
+        <translation>&amp;Neuer Graph</translation>
+    </message>
+    <message>
+        <source>&amp;Open ...</source>
+        <translation>&amp;Öffnen ...</translation>
+    </message>
+    <message>
+        <source>Or drop a data file here: CSV, Parquet, Arrow or a columnar file. You see its first rows at once.</source>
+        <translation>Oder eine Datendatei hier ablegen: CSV, Parquet, Arrow oder eine Spaltendatei. Ihre ersten Zeilen erscheinen sofort.</translation>
+    </message>
+    <message>
+        <source>Draw a graph of actions</source>
+        <translation>Einen Graphen aus Aktionen zeichnen</translation>
+    </message>
+    <message>
+        <source>Recent graphs</source>
+        <translation>Zuletzt geöffnete Graphen</translation>
+    </message>
+    <message>
+        <source>&amp;Recent graphs</source>
+        <translation>&amp;Zuletzt geöffnete Graphen</translation>
+    </message>
+    <message>
+        <source>Examples</source>
+        <translation>Beispiele</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::TableColumnsModel</name>
+    <message>
+        <source>Number</source>
+        <translation>Zahl</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Schlüssel</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>%1 (found)</source>
+        <translation>%1 (erkannt)</translation>
+    </message>
+    <message>
+        <source>The file has no column of this name.</source>
+        <translation>Die Datei hat keine Spalte mit diesem Namen.</translation>
+    </message>
+    <message>
+        <source>Column</source>
+        <translation>Spalte</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Typ</translation>
+    </message>
+    <message>
+        <source>First values</source>
+        <translation>Erste Werte</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::TableLook</name>
+    <message>
+        <source>There is no file &apos;%1&apos;.</source>
+        <translation>Es gibt keine Datei &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is a folder. Name a file in it.</source>
+        <translation>&apos;%1&apos; ist ein Ordner. Eine Datei darin angeben.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is a pipe or a device: only a run reads it.</source>
+        <translation>&apos;%1&apos; ist eine Pipe oder ein Gerät: nur ein Lauf liest daraus.</translation>
+    </message>
+    <message>
+        <source>You may not read the file &apos;%1&apos;. Ask its owner for the permission.</source>
+        <translation>Die Datei &apos;%1&apos; darf nicht gelesen werden. Den Eigentümer um die Berechtigung bitten.</translation>
     </message>
 </context>
 <context>
@@ -3551,6 +5756,53 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>Keyboard</source>
         <translation>Tastatur</translation>
+    </message>
+    <message>
+        <source>Where</source>
+        <translation>Wo</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::TimeExample</name>
+    <message>
+        <source>seconds</source>
+        <translation>Sekunden</translation>
+    </message>
+    <message>
+        <source>minutes</source>
+        <translation>Minuten</translation>
+    </message>
+    <message>
+        <source>hours</source>
+        <translation>Stunden</translation>
+    </message>
+    <message>
+        <source>days</source>
+        <translation>Tage</translation>
+    </message>
+    <message>
+        <source>weeks</source>
+        <translation>Wochen</translation>
+    </message>
+    <message>
+        <source>The unit is unknown: every elapsed time is 0.</source>
+        <translation>Die Einheit ist unbekannt: jede verstrichene Zeit ist 0.</translation>
+    </message>
+    <message>
+        <source>Now it is %1 %2 later.</source>
+        <translation>Jetzt ist es %1 %2 später.</translation>
+    </message>
+    <message>
+        <source>No format is given: dates can be neither read nor written.</source>
+        <translation>Es ist kein Format angegeben: Datumsangaben lassen sich weder lesen noch schreiben.</translation>
+    </message>
+    <message>
+        <source>Now in this format: %1</source>
+        <translation>Jetzt in diesem Format: %1</translation>
+    </message>
+    <message>
+        <source>Elapsed times count from %1 %2.</source>
+        <translation>Verstrichene Zeiten zählen ab %1 %2.</translation>
     </message>
 </context>
 <context>
@@ -3739,6 +5991,17 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
 </context>
 <context>
+    <name>kelvarin::ValueWindow</name>
+    <message>
+        <source>%1 characters</source>
+        <translation>%1 Zeichen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::VariablesModel</name>
     <message>
         <source>No column is chosen.</source>
@@ -3803,6 +6066,22 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>The value in the row that the step debugger shows</source>
         <translation>Der Wert in der Zeile, die der Debugger zeigt</translation>
+    </message>
+    <message>
+        <source>Number</source>
+        <translation>Zahl</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Date</source>
+        <translation>Datum</translation>
+    </message>
+    <message>
+        <source>Columns: %1. The last one is read.</source>
+        <translation>Spalten: %1. Gelesen wird die letzte.</translation>
     </message>
 </context>
 <context>
@@ -3878,10 +6157,6 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
 <context>
     <name>kelvarin::VectorsPanel</name>
     <message>
-        <source>Vectors of the table on pin &amp;1</source>
-        <translation>Vektoren der Tabelle an Anschluss &amp;1</translation>
-    </message>
-    <message>
         <source>Vectors</source>
         <translation>Vektoren</translation>
     </message>
@@ -3902,12 +6177,24 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>Nur die ersten %1 Zeilen der Tabelle werden gezeigt.</translation>
     </message>
     <message>
-        <source>Columns that will be created (%1):</source>
-        <translation>Spalten, die entstehen werden (%1):</translation>
-    </message>
-    <message>
         <source>and %1 more</source>
         <translation>und %1 weitere</translation>
+    </message>
+    <message>
+        <source>Vectors and variables</source>
+        <translation>Vektoren und Variablen</translation>
+    </message>
+    <message>
+        <source>The vectors of the table on pin 1</source>
+        <translation>Die Vektoren der Tabelle an Anschluss 1</translation>
+    </message>
+    <message>
+        <source>New columns</source>
+        <translation>Neue Spalten</translation>
+    </message>
+    <message>
+        <source>New columns (%1)</source>
+        <translation>Neue Spalten (%1)</translation>
     </message>
 </context>
 <context>
@@ -3984,32 +6271,16 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>(fehlt oder leer)</translation>
     </message>
     <message>
-        <source>&amp;has the value</source>
-        <translation>den &amp;Wert hat</translation>
-    </message>
-    <message>
         <source>Column sets</source>
         <translation>Spaltensätze</translation>
-    </message>
-    <message>
-        <source>&amp;All columns in one set</source>
-        <translation>&amp;Alle Spalten in einem Satz</translation>
     </message>
     <message>
         <source>One file beside the main file: best where rows are read whole.</source>
         <translation>Eine Datei neben der Hauptdatei: am besten, wo ganze Zeilen gelesen werden.</translation>
     </message>
     <message>
-        <source>A set for &amp;each column</source>
-        <translation>Ein Satz für &amp;jede Spalte</translation>
-    </message>
-    <message>
         <source>A file for each column: written on several threads, read column by column.</source>
         <translation>Eine Datei für jede Spalte: in mehreren Threads geschrieben, Spalte für Spalte gelesen.</translation>
-    </message>
-    <message>
-        <source>The sets of this &amp;list:</source>
-        <translation>Die Sätze dieser &amp;Liste:</translation>
     </message>
     <message>
         <source>Columns and their sets</source>
@@ -4034,6 +6305,22 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>The columns that reach this action are not known yet.</source>
         <translation>Die Spalten, die diese Aktion erreichen, sind noch nicht bekannt.</translation>
+    </message>
+    <message>
+        <source>has the val&amp;ue</source>
+        <translation>den &amp;Wert hat</translation>
+    </message>
+    <message>
+        <source>All columns in one &amp;set</source>
+        <translation>Alle Spalten in &amp;einem Satz</translation>
+    </message>
+    <message>
+        <source>A set for each &amp;column</source>
+        <translation>Ein Satz für &amp;jede Spalte</translation>
+    </message>
+    <message>
+        <source>The sets of &amp;this list:</source>
+        <translation>Die Sätze dieser &amp;Liste:</translation>
     </message>
 </context>
 <context>
@@ -4072,11 +6359,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
     <message>
         <source>Split into several Kelvarin Gel files. Each file is &amp;maximum:</source>
-        <translation>In mehrere Kelvarin-Gel-Dateien aufteilen. Jede Datei ist &amp;höchstens:</translation>
-    </message>
-    <message>
-        <source>One file for each &amp;value of the column:</source>
-        <translation>Eine Datei für jeden &amp;Wert der Spalte:</translation>
+        <translation>In mehrere Kelvarin-Gel-Dateien aufteilen. Jede Datei ist höchs&amp;tens:</translation>
     </message>
     <message>
         <source>Largest size of a file</source>
@@ -4113,6 +6396,94 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>The name has %1 expressions. Change them in the name itself.</source>
         <translation>Der Name hat %1 Ausdrücke. Ändern Sie sie im Namen selbst.</translation>
+    </message>
+    <message>
+        <source>One file for each value of the col&amp;umn:</source>
+        <translation>Eine Datei für jeden &amp;Wert der Spalte:</translation>
+    </message>
+    <message>
+        <source>The name keeps its old expression: no text in the new one can begin or end with a plus sign, since that is where expressions in names begin and end.</source>
+        <translation>Der Name behält seinen alten Ausdruck: Kein Text im neuen kann mit einem Pluszeichen beginnen oder enden, denn dort beginnen und enden Ausdrücke in Namen.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::WriteTableEditor</name>
+    <message>
+        <source>F&amp;ile:</source>
+        <translation>Date&amp;i:</translation>
+    </message>
+    <message>
+        <source>CSV files (*.csv *.tsv *.txt);;All files (*)</source>
+        <translation>CSV-Dateien (*.csv *.tsv *.txt);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Parquet files (*.parquet);;All files (*)</source>
+        <translation>Parquet-Dateien (*.parquet);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Arrow files (*.arrow *.feather *.ipc);;All files (*)</source>
+        <translation>Arrow-Dateien (*.arrow *.feather *.ipc);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>&amp;Separator:</source>
+        <translation>&amp;Trennzeichen:</translation>
+    </message>
+    <message>
+        <source>&amp;Quote:</source>
+        <translation>&amp;Anführungszeichen:</translation>
+    </message>
+    <message>
+        <source>The first line &amp;names the columns</source>
+        <translation>Die erste Zeile be&amp;nennt die Spalten</translation>
+    </message>
+    <message>
+        <source>N&amp;ull is written as:</source>
+        <translation>N&amp;ULL steht als:</translation>
+    </message>
+    <message>
+        <source>Search columns</source>
+        <translation>Spalten suchen</translation>
+    </message>
+    <message>
+        <source>Columns that are written</source>
+        <translation>Spalten, die geschrieben werden</translation>
+    </message>
+    <message>
+        <source>Choose the file to write.</source>
+        <translation>Die zu schreibende Datei wählen.</translation>
+    </message>
+    <message>
+        <source>The rows go to the standard output of the program.</source>
+        <translation>Die Zeilen gehen an die Standardausgabe des Programms.</translation>
+    </message>
+    <message>
+        <source>The rows go to the device or pipe &apos;%1&apos;.</source>
+        <translation>Die Zeilen gehen an das Gerät oder die Pipe &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>The file &apos;%1&apos; is replaced when a run has ended well.</source>
+        <translation>Die Datei &apos;%1&apos; wird ersetzt, wenn ein Lauf gut beendet ist.</translation>
+    </message>
+    <message>
+        <source>A run makes the file &apos;%1&apos;.</source>
+        <translation>Ein Lauf legt die Datei &apos;%1&apos; an.</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <comment>a column and its type</comment>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>Columns that are written, in this order: %1</source>
+        <translation>Spalten, die geschrieben werden, in dieser Reihenfolge: %1</translation>
+    </message>
+    <message>
+        <source>Finding out which columns are written...</source>
+        <translation>Es wird ermittelt, welche Spalten geschrieben werden...</translation>
+    </message>
+    <message>
+        <source>Which columns are written shows when rows are linked to this action.</source>
+        <translation>Welche Spalten geschrieben werden, zeigt sich, wenn Zeilen mit dieser Aktion verbunden sind.</translation>
     </message>
 </context>
 </TS>

@@ -1,22 +1,23 @@
 #include "ui/widgets/expression_editor.h"
 
-#include <memory>
-
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QFontDatabase>
 #include <QHelpEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QScrollBar>
 
+#include "host/widgets/key_list.h"
 #include "ui/widgets/expression_colors.h"
 #include "ui/widgets/expression_highlighter.h"
+#include "ui/widgets/variable_drag.h"
 
 namespace kelvarin {
 
 namespace {
 
-constexpr int kMinimumLines = 3;
+constexpr int kMinimumLines = 2;
 constexpr int kUsualLines = 6;
 
 // The field's own sheet reaches its scroll bars, which would then be drawn as bare boxes.
@@ -71,6 +72,32 @@ ExpressionEditor::ExpressionEditor(QWidget* parent)
   verticalScrollBar()->setStyleSheet(QLatin1String(kScrollBarStyle));
   horizontalScrollBar()->setStyleSheet(QLatin1String(kScrollBarStyle));
   connect(this, &QPlainTextEdit::cursorPositionChanged, this, &ExpressionEditor::showMarks);
+  describeKeys();
+}
+
+void ExpressionEditor::describeKeys() {
+  const auto describe = [this](const QKeySequence& key, const QString& what) {
+    describeKey(*this, key, what, tr("Expression"));
+  };
+  describe(Qt::CTRL | Qt::Key_Space, tr("Complete the word"));
+  describe(Qt::CTRL | Qt::SHIFT | Qt::Key_Space, tr("Show the arguments of the call"));
+  describe(Qt::ALT | Qt::Key_Return, tr("Mend the fault"));
+  describe(Qt::Key_F1, tr("Help on the word"));
+  describe(Qt::ALT | Qt::Key_Up, tr("Earlier expression"));
+  describe(Qt::ALT | Qt::Key_Down, tr("Later expression"));
+  describe(Qt::CTRL | Qt::Key_Plus, tr("Larger text"));
+  describe(Qt::CTRL | Qt::Key_Minus, tr("Smaller text"));
+  describe(Qt::CTRL | Qt::Key_0, tr("Usual text size"));
+}
+
+void ExpressionEditor::useOneLine() {
+  m_isOneLine = true;
+  setLineWrapMode(NoWrap);
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  connect(this, &ZoomPlainTextEdit::zoomed, this, &ExpressionEditor::fitHeight);
+  fitHeight();
 }
 
 void ExpressionEditor::setNames(const KnownNames& names) {
@@ -140,6 +167,10 @@ void ExpressionEditor::keyPressEvent(QKeyEvent* event) {
   }
   const bool isPlain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
   const QString text = event->text();
+  if (isReturn(*event) && m_isOneLine) {
+    emit returnPressed();
+    return;
+  }
   if (isReturn(*event) && event->modifiers() == Qt::ShiftModifier) {
     // The base class would insert a separator that is no new line.
     textCursor().insertBlock();
@@ -207,9 +238,10 @@ bool ExpressionEditor::typeBracket(const QString& text) {
 
 void ExpressionEditor::contextMenuEvent(QContextMenuEvent* event) {
   // Below the editor in the tree of widgets, the menu would get its white background.
-  std::unique_ptr<QMenu> menu(createStandardContextMenu());
+  QMenu* menu = createStandardContextMenu();
   menu->setParent(parentWidget(), menu->windowFlags());
-  menu->exec(event->globalPos());
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  menu->popup(event->globalPos());
 }
 
 // As large as the texts around it, which the system's own fixed font need not be.
@@ -219,11 +251,40 @@ void ExpressionEditor::useFixedFont() {
     fixed.setPointSizeF(QApplication::font().pointSizeF());
   }
   setFont(fixed);
-  const int lines = kMinimumLines * fontMetrics().lineSpacing();
-  setMinimumHeight(lines + 2 * frameWidth() + 2 * static_cast<int>(document()->documentMargin()));
+  fitHeight();
+}
+
+void ExpressionEditor::fitHeight() {
+  const QFontMetrics metrics(m_isOneLine ? document()->defaultFont() : font());
+  const int lines = (m_isOneLine ? 1 : kMinimumLines) * metrics.lineSpacing();
+  const int height = lines + 2 * frameWidth() + 2 * static_cast<int>(document()->documentMargin());
+  setMinimumHeight(height);
+  if (m_isOneLine) {
+    setMaximumHeight(height);
+  }
+}
+
+// Laying out a text that is much longer would keep the thread for minutes.
+void ExpressionEditor::insertFromMimeData(const QMimeData* source) {
+  if (const qsizetype size = source->text().size(); size > kLongestPaste) {
+    emit pasteRefused(size);
+    return;
+  }
+  if (source->hasFormat(kVariableNamesFormat)) {
+    emit variablesDropped(QString::fromUtf8(source->data(kVariableNamesFormat)).split(u'\n'));
+    return;
+  }
+  if (!m_isOneLine || !source->hasText()) {
+    KPlainTextEdit::insertFromMimeData(source);
+    return;
+  }
+  insertPlainText(source->text().replace(u'\n', u' '));
 }
 
 QSize ExpressionEditor::sizeHint() const {
+  if (m_isOneLine) {
+    return {KPlainTextEdit::sizeHint().width(), minimumHeight()};
+  }
   const int more = (kUsualLines - kMinimumLines) * fontMetrics().lineSpacing();
   return {KPlainTextEdit::sizeHint().width(), minimumHeight() + more};
 }

@@ -16,7 +16,12 @@ class ExpressionEditor : public KPlainTextEdit {
   Q_OBJECT
 
  public:
+  static constexpr qsizetype kLongestPaste = 100'000;  // in characters
+
   explicit ExpressionEditor(QWidget* parent = nullptr);
+
+  // Without line breaks, pasted ones included; Enter finishes editing.
+  void useOneLine();
 
   QString expression() const { return toPlainText(); }
   // A few lines: pages that scroll take it for what the field needs.
@@ -33,6 +38,12 @@ class ExpressionEditor : public KPlainTextEdit {
   // Text was typed, not pasted nor undone.
   void typed(const QString& text);
   void erased();
+  // It is too long, and was not inserted.
+  void pasteRefused(qsizetype size);
+  // Of one line.
+  void returnPressed();
+  // At the cursor, which is where they were dropped.
+  void variablesDropped(const QStringList& names);
   void completionAsked();
   void callTipAsked();
   void fixAsked();
@@ -48,14 +59,19 @@ class ExpressionEditor : public KPlainTextEdit {
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void insertFromMimeData(const QMimeData* source) override;
 
  private:
   bool askByKey(const QKeyEvent& event);
+  // For the list of keys.
+  void describeKeys();
   bool typeBracket(const QString& text);
   void showMarks();
   void useFixedFont();
+  void fitHeight();
 
   ExpressionHighlighter* m_highlighter;
+  bool m_isOneLine = false;
   QTextCursor m_fault;  // the characters above the squiggle
 };
 

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLocale>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -46,19 +47,23 @@ bool isInMenuOf(const QWidget& field) {
 
 class ExpressionField::Parts : public QObject {
  public:
-  explicit Parts(ExpressionField& field);
+  Parts(ExpressionField& field, Form form);
 
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   ExpressionEditor& editor() { return *m_editor; }
+  ExpressionVerdict& verdict() { return *m_verdict; }
   const FormulaAnswer& answer() const { return m_answer; }
   void setFormula(const Formula& formula);
+  void setCurrentRow(const std::vector<VariableValue>& values) { m_formula.current = values; }
   void setRefused(bool isRefused);
   void setHistoryKey(const QString& key);
   void setValuesShown(bool isShown) { m_values->setVisible(isShown); }
+  void addBesideVerdict(QWidget* control);
   void change(const QuickFix& fix);
 
  private:
+  bool isLine() const { return m_form == Form::line; }
   void layOut();
   void connectEditor();
   Formula currentFormula() const;
@@ -68,6 +73,7 @@ class ExpressionField::Parts : public QObject {
   // The answer is about the text as it is.
   bool isAnswered() const;
   void finishEditing();
+  void showPasteRefused(qsizetype size);
   void fix();
   void apply(const QuickFix& fix);
   void followTyping(const QString& text);
@@ -77,11 +83,13 @@ class ExpressionField::Parts : public QObject {
   void closeWindows();
 
   ExpressionField& m_field;
+  const Form m_form;
   FormulaService* m_service;
   ExpressionEditor* m_editor;
   ExpressionVerdict* m_verdict;
   IconButton* m_historyButton;
   ValueStrip* m_values;
+  QHBoxLayout* m_below = nullptr;  // of the verdict; null in a field of one line
   CallTipWindow* m_callTip;
   ExpressionCompletion* m_completion;
   HistoryKeys* m_history;
@@ -94,8 +102,9 @@ class ExpressionField::Parts : public QObject {
   bool m_isRefused = false;
 };
 
-ExpressionField::Parts::Parts(ExpressionField& field)
+ExpressionField::Parts::Parts(ExpressionField& field, Form form)
     : m_field(field),
+      m_form(form),
       m_service(new FormulaService(&field)),
       m_editor(new ExpressionEditor(&field)),
       m_verdict(new ExpressionVerdict(&field)),
@@ -117,24 +126,38 @@ ExpressionField::Parts::Parts(ExpressionField& field)
 }
 
 void ExpressionField::Parts::layOut() {
-  auto* below = new QHBoxLayout;
-  below->setSpacing(8);
-  m_verdict->setContentsMargins(0, 4, 0, 0);  // its first line stands beside the button's icon
-  below->addWidget(m_verdict, 1, Qt::AlignTop);
-  below->addWidget(m_historyButton, 0, Qt::AlignTop);
   auto* layout = new QVBoxLayout(&m_field);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(8);
+  layout->setSpacing(4);
   layout->addWidget(m_editor, 1);
-  layout->addLayout(below);
-  layout->addWidget(m_values);
   m_field.setFocusProxy(m_editor);
+  if (isLine()) {
+    m_field.setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    m_editor->useOneLine();
+    m_verdict->showFaultsOnly();
+    m_historyButton->hide();
+    m_values->hide();
+    layout->addWidget(m_verdict);
+    return;
+  }
+  m_below = new QHBoxLayout;
+  m_verdict->setContentsMargins(0, 4, 0, 0);  // its first line stands beside the button's icon
+  m_below->setSpacing(8);
+  m_below->addWidget(m_verdict, 1, Qt::AlignTop);
+  m_below->addWidget(m_historyButton, 0, Qt::AlignTop);
+  layout->addLayout(m_below);
+  layout->addWidget(m_values);
+}
+
+void ExpressionField::Parts::addBesideVerdict(QWidget* control) {
+  m_below->insertWidget(m_below->indexOf(m_historyButton), control, 0, Qt::AlignTop);
 }
 
 void ExpressionField::Parts::connectEditor() {
   connect(m_editor, &QPlainTextEdit::textChanged, this, &Parts::textChanged);
   connect(m_editor, &ExpressionEditor::typed, this, &Parts::followTyping);
   connect(m_editor, &ExpressionEditor::erased, this, [this] { m_completion->follow(false); });
+  connect(m_editor, &ExpressionEditor::pasteRefused, this, &Parts::showPasteRefused);
   connect(m_editor, &ExpressionEditor::completionAsked, m_completion, &ExpressionCompletion::ask);
   connect(m_editor, &ExpressionEditor::callTipAsked, this, &Parts::showCallTip);
   connect(m_editor, &QPlainTextEdit::cursorPositionChanged, this, &Parts::followCallTip);
@@ -144,6 +167,15 @@ void ExpressionField::Parts::connectEditor() {
     emit m_field.helpWanted(word.text);
   });
   connect(m_editor, &KPlainTextEdit::editingFinished, this, &Parts::finishEditing);
+  connect(m_editor, &ExpressionEditor::variablesDropped, this, [this](const QStringList& names) {
+    for (const QString& name : names) {
+      m_field.insertVariable(name);
+    }
+  });
+  connect(m_editor, &ExpressionEditor::returnPressed, this, [this] {
+    finishEditing();
+    emit m_field.returnPressed();
+  });
   connect(m_completion, &ExpressionCompletion::columnWanted, &m_field,
           &ExpressionField::columnWanted);
   connect(m_completion, &ExpressionCompletion::callInserted, this, &Parts::showCallTip);
@@ -204,6 +236,16 @@ void ExpressionField::Parts::finishEditing() {
   emit m_field.editingFinished();
 }
 
+// Until the next answer.
+void ExpressionField::Parts::showPasteRefused(qsizetype size) {
+  const QLocale locale;
+  m_verdict->setMessage(
+      Severity::error,
+      ExpressionField::tr("Nothing was pasted: the text has %1 characters, and at most %2 can be "
+                          "pasted at a time.")
+          .arg(locale.toString(size), locale.toString(ExpressionEditor::kLongestPaste)));
+}
+
 void ExpressionField::Parts::setHistoryKey(const QString& key) {
   m_history->setKey(key);
   m_completion->setUses(m_history->history().nameCounts());
@@ -251,8 +293,13 @@ void ExpressionField::Parts::take(const FormulaAnswer& answer) {
   }
   m_answer = answer;
   m_answeredExpression = m_editor->expression();
-  m_editor->setFault(answer.faultStart, answer.faultSize);
-  m_verdict->setAnswer(answer);
+  const bool isUnused = isLine() && m_answeredExpression.trimmed().isEmpty();
+  m_editor->setFault(isUnused ? -1 : answer.faultStart, answer.faultSize);
+  if (isUnused) {
+    m_verdict->clear();
+  } else {
+    m_verdict->setAnswer(answer);
+  }
   m_values->setAnswer(currentFormula(), answer);
   emit m_field.answered(answer);
   if (std::exchange(m_isFixWanted, false)) {
@@ -328,8 +375,8 @@ void ExpressionField::Parts::closeWindows() {
   m_callTip->hide();
 }
 
-ExpressionField::ExpressionField(QWidget* parent)
-    : QWidget(parent), m_parts(std::make_unique<Parts>(*this)) {}
+ExpressionField::ExpressionField(QWidget* parent, Form form)
+    : QWidget(parent), m_parts(std::make_unique<Parts>(*this, form)) {}
 
 ExpressionField::~ExpressionField() = default;
 
@@ -351,6 +398,10 @@ void ExpressionField::setFormula(const Formula& formula) {
   m_parts->setFormula(formula);
 }
 
+void ExpressionField::setCurrentRow(const std::vector<VariableValue>& values) {
+  m_parts->setCurrentRow(values);
+}
+
 const FormulaAnswer& ExpressionField::answer() const {
   return m_parts->answer();
 }
@@ -363,6 +414,12 @@ void ExpressionField::insertVariable(const QString& alias) {
   }
   editor.setFocus();
   editor.insertPlainText(u' ' + alias + u' ');
+}
+
+void ExpressionField::replaceExpression(const QString& expression) {
+  const qsizetype cursor = m_parts->editor().textCursor().position();
+  m_parts->editor().replace(0, this->expression().size(), expression,
+                            qMin(cursor, expression.size()));
 }
 
 void ExpressionField::insertText(const QString& text) {
@@ -392,6 +449,14 @@ void ExpressionField::selectPart(qsizetype start, qsizetype size) {
                      QTextCursor::KeepAnchor);
   editor.setTextCursor(cursor);
   editor.ensureCursorVisible();
+}
+
+QWidget* ExpressionField::verdict() const {
+  return &m_parts->verdict();
+}
+
+void ExpressionField::addBesideVerdict(QWidget* control) {
+  m_parts->addBesideVerdict(control);
 }
 
 void ExpressionField::setValuesShown(bool isShown) {

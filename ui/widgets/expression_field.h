@@ -2,8 +2,8 @@
 // completion, call tips, and below it the verdict in words, the result's type and engine, and the
 // values of the first rows.
 //
-// Used by the expression editors, the block filter and the naming of files. Nothing in it changes
-// an action; that is the editor's, at editingFinished().
+// Used by the expression editors, the block filter, the naming of files and the condition of a
+// breakpoint. Nothing in it changes an action; that is the editor's, at editingFinished().
 // Threads: the user-interface thread.
 #pragma once
 
@@ -22,7 +22,12 @@ class ExpressionField : public QWidget {
   Q_OBJECT
 
  public:
-  explicit ExpressionField(QWidget* parent = nullptr);
+  enum class Form {
+    page,  // lines, their verdict and the values of the first rows
+    line,  // one line among other controls; of the verdict only what is wrong, and no values
+  };
+
+  explicit ExpressionField(QWidget* parent = nullptr, Form form = Form::page);
   ~ExpressionField() override;
 
   KPlainTextEdit* editor() const;
@@ -31,11 +36,15 @@ class ExpressionField : public QWidget {
   void setExpression(const QString& expression);
   // What it may refer to; the expression in it is not looked at. Asks for a new verdict.
   void setFormula(const Formula& formula);
+  // The row of the debugger in it, which parts under the pointer are evaluated with.
+  void setCurrentRow(const std::vector<VariableValue>& values);
   const FormulaAnswer& answer() const;
 
   // Replaces the default expression "1", else puts the alias between blanks at the cursor.
   void insertVariable(const QString& alias);
   void insertText(const QString& text);
+  // The whole text; one step of undo.
+  void replaceExpression(const QString& expression);
   // The style of a field whose expression was refused, or the normal one.
   void setRefused(bool isRefused);
   // Selects a part and takes the focus.
@@ -44,6 +53,10 @@ class ExpressionField : public QWidget {
   void selectPart(qsizetype start, qsizetype size);
   // Makes a change that was proposed for the expression as it is.
   void apply(const QuickFix& fix);
+  // Below the field; where a line is too narrow for it, its owner puts it into another layout.
+  QWidget* verdict() const;
+  // Further controls on the verdict's line, of what the values are about.
+  void addBesideVerdict(QWidget* control);
   // Where there are never rows, the table of their values only takes height.
   void setValuesShown(bool isShown);
   // Whose earlier expressions are offered: those of this kind of action. The field adds what was
@@ -52,6 +65,8 @@ class ExpressionField : public QWidget {
 
  signals:
   void editingFinished();
+  // Enter was pressed in a field of one line; its editing is finished then.
+  void returnPressed();
   void answered(const kelvarin::FormulaAnswer& answer);
   // Completion or a quick fix names a column that is no variable yet.
   void columnWanted(const QString& column);

@@ -39,13 +39,18 @@ ExpressionVerdict::ExpressionVerdict(QWidget* parent) : InfoLine(parent) {
   });
 }
 
+void ExpressionVerdict::showFaultsOnly() {
+  m_isResultShown = false;
+  setReservedLines(0);
+}
+
 void ExpressionVerdict::setAnswer(const FormulaAnswer& answer) {
   m_fixes = answer.fixes;
   QStringList lines;
   if (!answer.message.isEmpty()) {
     lines += answer.message;
   }
-  if (answer.check.isCompiled()) {
+  if (answer.check.isCompiled() && m_isResultShown) {
     lines += resultOf(answer);
   }
   std::vector<InfoLink> links;

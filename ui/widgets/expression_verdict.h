@@ -16,6 +16,8 @@ class ExpressionVerdict : public InfoLine {
  public:
   explicit ExpressionVerdict(QWidget* parent = nullptr);
 
+  // Nothing about the result and its engine, and no height while nothing is wrong.
+  void showFaultsOnly();
   void setAnswer(const FormulaAnswer& answer);
   // Chooses the only change, or shows a menu of several at the position.
   void chooseFix(const QPoint& onScreen);
@@ -25,6 +27,7 @@ class ExpressionVerdict : public InfoLine {
 
  private:
   std::vector<QuickFix> m_fixes;
+  bool m_isResultShown = true;
 };
 
 }  // namespace kelvarin

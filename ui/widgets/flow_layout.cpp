@@ -10,6 +10,10 @@ namespace {
 
 constexpr int kSpacing = 8;
 
+bool isExpanding(const std::unique_ptr<QLayoutItem>& item) {
+  return item->expandingDirections() & Qt::Horizontal;
+}
+
 }  // namespace
 
 FlowLayout::FlowLayout(QWidget* parent) : QLayout(parent) {
@@ -34,6 +38,11 @@ QLayoutItem* FlowLayout::takeAt(int index) {
   QLayoutItem* item = m_items[static_cast<std::size_t>(index)].release();
   m_items.erase(m_items.begin() + index);
   return item;
+}
+
+Qt::Orientations FlowLayout::expandingDirections() const {
+  return std::any_of(m_items.begin(), m_items.end(), isExpanding) ? Qt::Horizontal
+                                                                  : Qt::Orientations();
 }
 
 int FlowLayout::heightForWidth(int width) const {
@@ -99,9 +108,19 @@ int FlowLayout::layOut(const QRect& area, bool isApplied) const {
 void FlowLayout::layOutLine(std::size_t begin, std::size_t end, QPoint position, int height) const {
   const QRect area = contentsRect();
   const auto direction = parentWidget()->layoutDirection();
+  int spare = area.width() + spacing();
+  int expanding = 0;
+  for (std::size_t i = begin; i < end; ++i) {
+    spare -= m_items[i]->sizeHint().width() + spacing();
+    expanding += isExpanding(m_items[i]) ? 1 : 0;
+  }
   for (std::size_t i = begin; i < end; ++i) {
     const QSize hint = m_items[i]->sizeHint();
-    const QSize size(std::min(hint.width(), area.width()), hint.height());
+    int width = hint.width();
+    if (spare > 0 && isExpanding(m_items[i])) {
+      width += spare / expanding;
+    }
+    const QSize size(std::min(width, area.width()), hint.height());
     const QRect box({position.x(), position.y() + (height - size.height()) / 2}, size);
     m_items[i]->setGeometry(direction == Qt::RightToLeft
                                 ? QRect({area.left() + area.right() - box.right(), box.top()}, size)

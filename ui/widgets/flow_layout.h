@@ -1,4 +1,5 @@
 // Puts widgets side by side, and those for which the width does not suffice into further lines.
+// Widgets that expand share what is left of their line.
 //
 // Used for rows of buttons and fields, which must fit narrow panels with large fonts.
 // Threads: the user-interface thread.
@@ -24,7 +25,7 @@ class FlowLayout : public QLayout {
   QLayoutItem* itemAt(int index) const override;
   QLayoutItem* takeAt(int index) override;
 
-  Qt::Orientations expandingDirections() const override { return {}; }
+  Qt::Orientations expandingDirections() const override;
   bool hasHeightForWidth() const override { return true; }
   int heightForWidth(int width) const override;
   QSize sizeHint() const override;

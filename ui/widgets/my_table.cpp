@@ -1,10 +1,16 @@
 #include "ui/widgets/my_table.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include <QCollator>
+#include <QDrag>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMetaProperty>
+#include <QMimeData>
+#include <QResizeEvent>
+#include <QScopedValueRollback>
 #include <QSortFilterProxyModel>
 
 #include "ui/widgets/enhanced_table_delegate.h"
@@ -14,6 +20,24 @@ namespace kelvarin {
 namespace {
 
 constexpr int kMaxColumnCharacters = 32;
+constexpr int kMinColumnCharacters = 8;
+
+// Takes width from the widest ones that have more than the least, until their sum fits.
+void narrow(std::vector<int>& widths, const std::vector<int>& least, int sum) {
+  int excess = std::accumulate(widths.begin(), widths.end(), -sum);
+  while (excess-- > 0) {
+    std::size_t widest = widths.size();
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+      if (widths[i] > least[i] && (widest == widths.size() || widths[i] > widths[widest])) {
+        widest = i;
+      }
+    }
+    if (widest == widths.size()) {
+      return;
+    }
+    --widths[widest];
+  }
+}
 
 // Numbers inside texts count as numbers, so that "x10" comes after "x9".
 class SortedRows : public QSortFilterProxyModel {
@@ -73,6 +97,10 @@ MyTable::MyTable(QWidget* parent) : QTableView(parent), m_proxy(new SortedRows(t
   horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   QTableView::setModel(m_proxy);
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &MyTable::columnClicked);
+  connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column) {
+    const bool isStretched = column == horizontalHeader()->count() - 1;
+    m_hasUserWidths = m_hasUserWidths || (!m_isFitting && !isStretched && isVisible());
+  });
   connect(this, &QAbstractItemView::doubleClicked, this, &MyTable::isDoubleClicked);
 }
 
@@ -82,12 +110,33 @@ void MyTable::setModel(QAbstractItemModel* model) {
   fitColumns();
 }
 
+// Where they need more width than there is, the widest ones are cut first: what they hold is in
+// their tool tips.
 void MyTable::fitColumns() {
-  const int character = fontMetrics().averageCharWidth();
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+  if (m_hasUserWidths) {
+    return;
+  }
+  const int character = fontMetrics().averageCharWidth();
+  std::vector<int> widths;
+  std::vector<int> least;
   for (int column = 0; column < m_proxy->columnCount(); ++column) {
-    const int wanted = qMax(sizeHintForColumn(column), horizontalHeader()->sectionSizeHint(column));
-    setColumnWidth(column, qMin(wanted + 2 * character, kMaxColumnCharacters * character));
+    const int ofHeader = horizontalHeader()->sectionSizeHint(column);
+    const int wanted = qMax(sizeHintForColumn(column) + character, ofHeader);
+    widths.push_back(qMin(wanted, kMaxColumnCharacters * character));
+    least.push_back(qMax(ofHeader, qMin(wanted, kMinColumnCharacters * character)));
+  }
+  narrow(widths, least, viewport()->width());
+  const QScopedValueRollback fitting(m_isFitting, true);
+  for (std::size_t column = 0; column < widths.size(); ++column) {
+    setColumnWidth(static_cast<int>(column), widths[column]);
+  }
+}
+
+void MyTable::resizeEvent(QResizeEvent* event) {
+  QTableView::resizeEvent(event);
+  if (event->size().width() != event->oldSize().width()) {
+    fitColumns();
   }
 }
 
@@ -126,6 +175,26 @@ void MyTable::isDoubleClicked(const QModelIndex& index) {
   }
 }
 
+void MyTable::setRowsDraggable() {
+  setDragDropOverwriteMode(false);
+  setDropIndicatorShown(true);
+  setDefaultDropAction(Qt::MoveAction);
+  const auto followSorting = [this] { setDragDropMode(isSorted() ? DragOnly : DragDrop); };
+  connect(this, &MyTable::sortingChanged, this, followSorting);
+  followSorting();
+}
+
+// The base class would remove the rows that were dropped elsewhere.
+void MyTable::startDrag(Qt::DropActions supportedActions) {
+  QMimeData* dragged = m_proxy->mimeData(selectionModel()->selectedRows());
+  if (dragged == nullptr) {
+    return;
+  }
+  auto* drag = new QDrag(this);
+  drag->setMimeData(dragged);
+  drag->exec(supportedActions, Qt::MoveAction);
+}
+
 int MyTable::currentRow() const {
   return sourceIndexOf(currentIndex()).row();
 }
@@ -147,6 +216,34 @@ std::vector<int> MyTable::selectedRows() const {
   }
   std::sort(rows.begin(), rows.end());
   return rows;
+}
+
+QWidget* MyTable::openEditor() const {
+  return state() == EditingState ? indexWidget(currentIndex()) : nullptr;
+}
+
+std::optional<MyTable::OpenCell> MyTable::openCell() const {
+  const QWidget* editor = openEditor();
+  if (editor == nullptr) {
+    return std::nullopt;
+  }
+  const QModelIndex index = sourceIndexOf(currentIndex());
+  const QMetaProperty text = editor->metaObject()->userProperty();
+  return OpenCell{index.row(), index.column(), text.read(editor).toString()};
+}
+
+void MyTable::reopen(const OpenCell& cell) {
+  editCell(cell.row, cell.column);
+  if (QWidget* editor = openEditor()) {
+    editor->metaObject()->userProperty().write(editor, cell.text);
+  }
+}
+
+void MyTable::commitOpenCell() {
+  if (QWidget* editor = openEditor()) {
+    commitData(editor);
+    closeEditor(editor, QAbstractItemDelegate::NoHint);
+  }
 }
 
 void MyTable::changeEvent(QEvent* event) {

@@ -5,6 +5,7 @@
 // model's.
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include <QTableView>
@@ -28,8 +29,10 @@ class MyTable : public QTableView {
   bool isSorted() const;
   void showUnsorted();
   void setHeaderSorts(bool isEnabled) { m_sortingEnabled = isEnabled; }
+  // Rows can be dragged, and dropped between others where nothing is sorted; the model moves them.
+  void setRowsDraggable();
 
-  // To what they hold now; for when the model has got its rows.
+  // To what they hold now, for when the model has got its rows. Those that the user has set stay.
   void fitColumns();
 
   // A few rows: pages that scroll take it for what a table needs.
@@ -42,6 +45,18 @@ class MyTable : public QTableView {
   // In the order of the model.
   std::vector<int> selectedRows() const;
 
+  // The cell whose editor is open, with what is typed in it.
+  struct OpenCell {
+    int row = 0;
+    int column = 0;
+    QString text;
+  };
+  std::optional<OpenCell> openCell() const;
+  // Opens its editor with that text.
+  void reopen(const OpenCell& cell);
+  // As if the focus had left the editor.
+  void commitOpenCell();
+
  signals:
   void sortingChanged();
 
@@ -52,14 +67,20 @@ class MyTable : public QTableView {
  protected:
   void changeEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void startDrag(Qt::DropActions supportedActions) override;
 
  private:
   QModelIndex shownIndexOf(int row, int column) const;
+  // Null where none is open.
+  QWidget* openEditor() const;
 
   QSortFilterProxyModel* m_proxy;
   bool m_sortOrder = false;  // false: ascending
   bool m_sortingEnabled = true;
   int m_sortedColumn = -1;
+  bool m_isFitting = false;
+  bool m_hasUserWidths = false;
 };
 
 }  // namespace kelvarin

@@ -10,6 +10,7 @@
 
 #include "expression/tokens/expression_tokens.h"
 #include "host/widgets/icons.h"
+#include "ui/language/sentence.h"
 #include "ui/widgets/cell_roles.h"
 #include "ui/widgets/enhanced_table_delegate.h"
 
@@ -18,6 +19,7 @@ namespace kelvarin {
 namespace {
 
 constexpr int kShownRows = 3;
+constexpr int kMinimumRows = 2;
 constexpr int kColumnGap = 12;
 
 struct UsedVariable {
@@ -205,7 +207,8 @@ void ValueStrip::fitHeight() {
   m_table->verticalHeader()->setDefaultSectionSize(row);
   m_table->verticalHeader()->setMinimumSectionSize(row);
   m_table->horizontalHeader()->setFixedHeight(row);
-  setFixedHeight((1 + kShownRows) * row + 2 * m_table->frameWidth());
+  setMinimumHeight((1 + kMinimumRows) * row + 2 * m_table->frameWidth());
+  setMaximumHeight((1 + kShownRows) * row + 2 * m_table->frameWidth());
 }
 
 QString noteWithoutRows(const Formula& formula, const FormulaAnswer& answer) {
@@ -220,7 +223,7 @@ QString noteWithoutRows(const Formula& formula, const FormulaAnswer& answer) {
   } else if (why.isEmpty()) {
     why = ValueStrip::tr("the input of the action is not known.");
   }
-  QString note = ValueStrip::tr("No rows yet: %1").arg(why);
+  QString note = ValueStrip::tr("No rows yet: %1").arg(asSentence(why));
   if (answer.check.value) {
     note += u' ' + ValueStrip::tr("With the samples of the variables, the result is %1.")
                        .arg(shownValue(*answer.check.value).text);

@@ -46,7 +46,8 @@ TEST(WriteColumnarGelXml, ASegmentSizeLosesItsFraction) {
 TEST(ColumnarActions, SettersLeaveWhatReadingWould) {
   const std::string readerText = savedAction("ReadColumnarGel_all");
   auto reader = RowHarness::of<ReadColumnarGel>(readerText);
-  auto setReader = RowHarness::of<ReadColumnarGel>("<ReadColumnarGel name='r' x='3' y='-4'/>");
+  auto setReader =
+      RowHarness::of<ReadColumnarGel>("<ReadColumnarGel name='r' x='3' y='-4' disabled='1'/>");
   const auto& readFrom = reader.actionAs<ReadColumnarGel>();
   auto& readTo = setReader.actionAs<ReadColumnarGel>();
   readTo.setColumnsToRead(readFrom.columnsToRead());
@@ -62,7 +63,8 @@ TEST(ColumnarActions, SettersLeaveWhatReadingWould) {
 
   const std::string writerText = savedAction("writeColumnarGel_all");
   auto writer = RowHarness::of<WriteColumnarGel>(writerText);
-  auto setWriter = RowHarness::of<WriteColumnarGel>("<writeColumnarGel name='w' x='3' y='-4'/>");
+  auto setWriter =
+      RowHarness::of<WriteColumnarGel>("<writeColumnarGel name='w' x='3' y='-4' disabled='1'/>");
   setWriter.actionAs<WriteColumnarGel>().setColumnSets(
       writer.actionAs<WriteColumnarGel>().columnSets());
   setWriter.actionAs<WriteColumnarGel>().setSettings(

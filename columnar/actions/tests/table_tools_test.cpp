@@ -6,6 +6,7 @@
 
 #include "columnar/actions/block_filter_trial.h"
 #include "columnar/actions/split_examples.h"
+#include "columnar/actions/split_names.h"
 #include "columnar/actions/table_deletion.h"
 #include "columnar/actions/table_salvage.h"
 #include "columnar/actions/table_summary.h"
@@ -189,6 +190,13 @@ TEST(SplitExamples, AreTheNamesThatARunMakes) {
   EXPECT_TRUE(names("file='\"+toupper(+\".gel' split='2' advancedNaming='1'", values)
                   .first()
                   .contains("toupper("));
+}
+
+TEST(NamingText, TakesOnlyExpressionsThatCanBeReadBack) {
+  const NamingText text = NamingText::of(QStringLiteral("s\"+SplitVal+\".gel"));
+  EXPECT_EQ(text.withExpression(QStringLiteral("\"a\"+SplitVal+\"b\"")).value_or(QString()),
+            QStringLiteral("s\"+\"a\" +SplitVal+ \"b\"+\".gel"));
+  EXPECT_FALSE(text.withExpression(QStringLiteral("replace(SplitVal, \" \", \"+\")")));
 }
 
 }  // namespace

@@ -38,30 +38,46 @@ class ExampleFolder {
   const QTemporaryDir m_folder;
 };
 
+void expectResult(const LanguageEntry& entry, const HelpExample& example) {
+  if (isKnownException(entry)) {
+    EXPECT_EQ(evaluateExample(example.expression, BackendKind::fast), example.result);
+    EXPECT_TRUE(
+        evaluateExample(example.expression, BackendKind::string).starts_with(kRefused + "Too"));
+    return;
+  }
+  for (const auto& [flag, kind] :
+       {std::pair{kInNative, BackendKind::native}, std::pair{kInFast, BackendKind::fast},
+        std::pair{kInString, BackendKind::string}}) {
+    const std::string actual = evaluateExample(example.expression, kind);
+    if (actual.starts_with(kNoNativeCode)) {
+      continue;
+    }
+    if ((entry.backends & flag) != 0) {
+      EXPECT_EQ(actual, example.result)
+          << entry.name << ": " << example.expression << " on " << backendLabel(kind);
+    } else {
+      EXPECT_TRUE(actual.starts_with(kRefused))
+          << entry.name << ": " << example.expression << " on " << backendLabel(kind)
+          << " results in " << actual;
+    }
+  }
+}
+
 TEST(Help, EveryExampleGivesItsResultWhereTheEntrySaysSo) {
   const ExampleFolder folder;
   for (const LanguageEntry& entry : languageEntries()) {
-    if (isKnownException(entry)) {
-      EXPECT_EQ(evaluateExample(entry.entry->example, BackendKind::fast), entry.entry->result);
-      EXPECT_TRUE(
-          evaluateExample(entry.entry->example, BackendKind::string).starts_with(kRefused + "Too"));
-      continue;
+    for (const HelpExample& example : examplesOf(*entry.entry)) {
+      expectResult(entry, example);
     }
-    for (const auto& [flag, kind] :
-         {std::pair{kInNative, BackendKind::native}, std::pair{kInFast, BackendKind::fast},
-          std::pair{kInString, BackendKind::string}}) {
-      const std::string actual = evaluateExample(entry.entry->example, kind);
-      if (actual.starts_with(kNoNativeCode)) {
-        continue;
-      }
-      if ((entry.backends & flag) != 0) {
-        EXPECT_EQ(actual, entry.entry->result)
-            << entry.name << ": " << entry.entry->example << " on " << backendLabel(kind);
-      } else {
-        EXPECT_TRUE(actual.starts_with(kRefused))
-            << entry.name << ": " << entry.entry->example << " on " << backendLabel(kind)
-            << " results in " << actual;
-      }
+  }
+}
+
+TEST(Help, EntriesOfTheTreeHaveTwoExamplesThatDiffer) {
+  for (const HelpGroup& group : helpGroups()) {
+    for (const HelpEntry& entry : group.entries) {
+      ASSERT_EQ(examplesOf(entry).size(), 2u) << entry.signature;
+      EXPECT_STRNE(entry.example, entry.secondExample);
+      EXPECT_NE(entry.secondResult, nullptr) << entry.signature;
     }
   }
 }

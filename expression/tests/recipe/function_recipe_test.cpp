@@ -20,6 +20,7 @@ TEST(FunctionRecipe, MakesAFunctionOfAllEnginesWithItsHelp) {
   EXPECT_EQ(entry.argumentCount, 3);
   EXPECT_EQ(entry.help, "clamp(x,low,high) - x, or the bound that it lies beyond");
   EXPECT_STREQ(entry.entry->result, "5");
+  EXPECT_STREQ(entry.entry->secondResult, "1");
 }
 
 }  // namespace

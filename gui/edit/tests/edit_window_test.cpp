@@ -12,15 +12,17 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QStatusBar>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
 #include <QTreeWidget>
 
-#include "gui/edit/action_form.h"
 #include "gui/edit/edit_window.h"
-#include "gui/edit/log_model.h"
+#include "gui/forms/action_form.h"
+#include "gui/log/log_model.h"
+#include "host/contract/described_action.h"
 #include "host/contract/engine_runner.h"
 #include "host/tables/table_actions.h"
 #include "host/widgets/info_line.h"
@@ -98,9 +100,8 @@ class EditWindowTest : public ::testing::Test {
   // Shows the graph, and the editor of `action`.
   EditWindow& open(const QByteArray& graph = kGraph, const char* action = "out") {
     write(graph);
-    m_files = std::make_unique<GraphFiles>(file(), std::vector<ParameterOverride>(), m_catalogue,
-                                           m_session);
-    m_window = std::make_unique<EditWindow>(m_graph, m_services, *m_files, m_catalogue, m_theme,
+    m_window.reset();  // with its lock
+    m_window = std::make_unique<EditWindow>(m_commands, m_services, m_session, m_theme, file(),
                                             QString::fromLatin1(action));
     const QSignalSpy shown(m_window.get(), &EditWindow::graphShown);
     m_window->show();
@@ -136,12 +137,12 @@ class EditWindowTest : public ::testing::Test {
 
   QTemporaryDir m_folder;
   const ActionCatalogue m_catalogue{nullptr, prototypes()};
-  EditedGraph m_graph;
+  EditedGraph m_graph{m_catalogue};
+  GraphCommands m_commands{m_graph};
   EditServices m_services{m_graph, m_catalogue};
   HostSession m_session{&m_services};
   const HostSession::Scope m_scope{&m_session};
   Theme m_theme;
-  std::unique_ptr<GraphFiles> m_files;
   std::unique_ptr<EditWindow> m_window;
 };
 
@@ -155,8 +156,7 @@ TEST_F(EditWindowTest, ASaveCommitsTheFieldThatIsBeingEdited) {
   window.save();
   EXPECT_TRUE(window.isWindowModified());
   EXPECT_TRUE(waitUntil([&] { return !window.isWindowModified(); }));
-  EXPECT_TRUE(onDisk().contains("<WriteCSV name='out' version='1' file='other.csv'"))
-      << onDisk().constData();
+  EXPECT_EQ(onDisk(), QByteArray(kGraph).replace("result.csv", "other.csv"));
   EXPECT_TRUE(window.editor()->uncommittedState().isEmpty());
 }
 
@@ -166,6 +166,25 @@ TEST_F(EditWindowTest, AnEditTakenBackIsNoChange) {
   EXPECT_TRUE(window.isWindowModified());
   enter("file", QStringLiteral("result.csv"));
   EXPECT_FALSE(window.isWindowModified());
+}
+
+TEST_F(EditWindowTest, UndoBringsTheActionBackAndShowsItsEditor) {
+  EditWindow& window = open();
+  type("file", QStringLiteral("other.csv"));
+  m_commands.noteEdit(m_graph.idOf(QStringLiteral("out")));
+  window.openAction(m_graph.idOf(QStringLiteral("none")));
+  EXPECT_TRUE(window.isWindowModified());
+  QAction* undo = nullptr;
+  for (QAction* action : window.findChildren<QAction*>()) {
+    undo = action->shortcut() == QKeySequence(QKeySequence::Undo) ? action : undo;
+  }
+  ASSERT_NE(undo, nullptr);
+  EXPECT_TRUE(undo->text().contains(u"file of 'out'")) << qPrintable(undo->text());
+  undo->trigger();
+  EXPECT_FALSE(window.isWindowModified());
+  EXPECT_TRUE(window.windowTitle().endsWith(u"out"));
+  EXPECT_EQ(window.editor()->findChild<QLineEdit*>(QStringLiteral("file"))->text(), u"result.csv");
+  EXPECT_FALSE(undo->isEnabled());
 }
 
 TEST_F(EditWindowTest, WhatTheActionCannotUseStaysInItsFieldWithTheReason) {
@@ -184,11 +203,11 @@ TEST_F(EditWindowTest, ElementsAreEditedAddedAndRemoved) {
   QTreeWidgetItem* value = tree->topLevelItem(1)->child(0);
   ASSERT_EQ(value->text(0), u"V");
   value->setText(1, QStringLiteral("42"));
-  EXPECT_TRUE(m_graph.snapshot().document.contains("<Row><V>42</V></Row>"));
+  EXPECT_TRUE(m_graph.document().contains("<Row><V>42</V></Row>"));
   tree->setCurrentItem(tree->topLevelItem(1));
   const auto buttons = tree->parentWidget()->findChildren<QToolButton*>();
   buttons[1]->click();
-  EXPECT_FALSE(m_graph.snapshot().document.contains("<Row>"));
+  EXPECT_FALSE(m_graph.document().contains("<Row>"));
 }
 
 TEST_F(EditWindowTest, FaultsAreShownWithTheirPositionsAndTheFileCanBeMended) {
@@ -239,7 +258,7 @@ TEST_F(EditWindowTest, AGraphChangedOnTheDiskIsNotOverwrittenUnasked) {
   write(theirs);
   window.save();
   answer(QMessageBox::Reset);
-  EXPECT_TRUE(waitUntil([&] { return m_graph.snapshot().document.contains("theirs.csv"); }));
+  EXPECT_TRUE(waitUntil([&] { return m_graph.document().contains("theirs.csv"); }));
   EXPECT_FALSE(window.isWindowModified());
 }
 
@@ -272,12 +291,25 @@ TEST_F(EditWindowTest, ALineOfTheLogLeadsToItsPositionInTheExpression) {
   LogDetails details;
   details.output = QStringLiteral("share");
   details.position = 7;
-  m_services.logDetailed(LogLevel::error, QStringLiteral("no such name"), &m_graph.action(0),
-                         details);
+  m_services.logDetailed(LogLevel::error, QStringLiteral("no such name"),
+                         &m_graph.action(m_graph.actions()[0]), details);
   auto* log = window.findChild<QTableView*>(QStringLiteral("log"));
   ASSERT_TRUE(waitUntil([log] { return log->model()->rowCount() == 1; }));
   emit log->activated(log->model()->index(0, LogModel::text));
   EXPECT_EQ(static_cast<RunningEditor*>(window.editor())->shown, u"share:7");
+}
+
+TEST_F(EditWindowTest, TheEnginesOfTheOutputsAreSaidInFewWords) {
+  const EditWindow& window = open();
+  const auto said = [&](const QStringList& labels) {
+    m_services.backendsChosen(m_graph.action(1), labels);
+    QCoreApplication::processEvents();
+    return window.statusBar()->currentMessage().toStdString();
+  };
+  EXPECT_EQ(said({"String Parser", "String Parser", "String Parser"}),
+            "out is computed by: String Parser");
+  EXPECT_EQ(said({"Fastest Parser", "String Parser", "Fastest Parser"}),
+            "out is computed by: Fastest Parser (output 1, 3), String Parser (output 2)");
 }
 
 TEST_F(EditWindowTest, LeavingAnEditorEndsItsRun) {
@@ -285,12 +317,13 @@ TEST_F(EditWindowTest, LeavingAnEditorEndsItsRun) {
       "<KelvarinGraph><Actions><Endless name='e'/><Discard name='d'/></Actions>"
       "<Links><Link from='e' to='d'/></Links></KelvarinGraph>",
       "e");
+  const ActionId endless = m_graph.idOf(QStringLiteral("e"));
   for (int i = 0; i < 20; ++i) {
-    window.openAction(0);
+    window.openAction(endless);
     ASSERT_TRUE(static_cast<RunningEditor*>(window.editor())->isRunning());
-    window.openAction(1);
-    EXPECT_EQ(m_graph.action(0).run(), nullptr);
-    window.openAction(0);
+    window.openAction(m_graph.idOf(QStringLiteral("d")));
+    EXPECT_EQ(m_graph.action(endless).run(), nullptr);
+    window.openAction(endless);
   }
   const QSignalSpy readAgain(&window, &EditWindow::graphShown);
   window.reload();
@@ -298,7 +331,7 @@ TEST_F(EditWindowTest, LeavingAnEditorEndsItsRun) {
   EXPECT_TRUE(static_cast<RunningEditor*>(window.editor())->isRunning());
   window.close();
   EXPECT_EQ(window.editor(), nullptr);
-  EXPECT_EQ(m_graph.action(0).run(), nullptr);
+  EXPECT_EQ(m_graph.action(m_graph.idOf(QStringLiteral("e"))).run(), nullptr);
 }
 
 // Every control can be reached and has a name, and nothing is cut with fonts of twice the size.
@@ -335,13 +368,13 @@ TEST_F(EditWindowTest, EveryActionOfTheHostHasAForm) {
   EditWindow& window =
       open("<KelvarinGraph><Actions>" + actions + "</Actions></KelvarinGraph>", "");
   EXPECT_EQ(window.editor(), nullptr);
-  for (int i = 0; i < m_graph.actionCount(); ++i) {
-    window.openAction(i);
-    if (std::string(m_graph.action(i).typeName()) == "Endless") {
+  for (const ActionId action : m_graph.actions()) {
+    window.openAction(action);
+    if (m_graph.typeName(action) == u"Endless") {
       continue;
     }
     ASSERT_NE(dynamic_cast<ActionForm*>(window.editor()), nullptr);
-    const ActionDescription* description = descriptionOf(m_graph.action(i));
+    const ActionDescription* description = descriptionOf(m_graph.action(action));
     for (const AttributeDescription& attribute : description->attributes) {
       const auto* field = window.editor()->findChild<QWidget*>(attribute.name);
       ASSERT_NE(field, nullptr) << attribute.name.toStdString();

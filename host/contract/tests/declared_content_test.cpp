@@ -87,8 +87,8 @@ TEST(DeclaredContent, AttributesThatAreNotDeclaredAreWarnings) {
                         "effect. Did you mean referenceTime?"));
   EXPECT_EQ(faultsOfAttribute("colour='1'"),
             QStringList("1 warning: the attribute 'colour' is not known in <Mill> and has no "
-                        "effect. Known: name, version, x, y, stones, unit, isWet, size, "
-                        "referenceTime."));
+                        "effect. Known: name, version, x, y, disabled, stones, unit, "
+                        "isWet, size, referenceTime."));
   EXPECT_EQ(faultsOf("<Mill><Sacks name='s'/></Mill>"),
             QStringList("1 warning: the attribute 'name' is not known in <Sacks> and has no "
                         "effect. The element has no attributes."));

@@ -54,7 +54,7 @@ TEST_F(GraphReader, RefusesUnknownElementsAttributesAndText) {
       "g.kelvarin:1:1: the attribute 'kind' is not known in <KelvarinGraph>; known: version.\n"
       "g.kelvarin:1:1: there is text inside <KelvarinGraph>, where only elements are expected.\n"
       "g.kelvarin:2:2: <Action> is not known inside <KelvarinGraph>; known: Parameters, Actions, "
-      "Links.\n"
+      "Links, Notes.\n"
       "g.kelvarin:4:2: <Actions> stands here a second time; a graph has one.\n");
   EXPECT_EQ(errors(withActions("", "<Lnk/>\n")),
             "g.kelvarin:5:1: <Lnk> is not known inside <Links>; known: Link.\n");
@@ -205,6 +205,54 @@ TEST_F(GraphReader, SavesWhatItReads) {
   ASSERT_EQ(second->links.size(), 2u);
   EXPECT_EQ(second->links[1].fromPin, 1);
   EXPECT_FALSE(saveGraph(*second, QStringLiteral("/nonexistent/g.kelvarin")));
+}
+
+TEST_F(GraphReader, KeepsNotesAndRefusesThoseThatCannotBeDrawn) {
+  const std::string notes =
+      "  <Notes>\n"
+      "    <Note x='-12.5' y='40' w='200' h='80' color='#FFF4C2'>a &lt; b\n  second line</Note>\n"
+      "    <Note x='0' y='0' w='120' h='60'></Note>\n"
+      "  </Notes>\n";
+  const auto graph = parse("<KelvarinGraph><Actions/>" + notes + "</KelvarinGraph>");
+  ASSERT_TRUE(graph);
+  ASSERT_EQ(graph.value().notes.size(), 2u);
+  EXPECT_EQ(graph.value().notes[0].text, QStringLiteral("a < b\n  second line"));
+  EXPECT_EQ(graph.value().notes[0].x, -12.5);
+  EXPECT_TRUE(graphDocument(graph.value()).contains(QByteArray::fromStdString(notes)));
+  EXPECT_EQ(errors("<KelvarinGraph><Notes>\n<Note x='left'/>\n<Note w='inf' color='red'/>\n"
+                   "<Note z='1'><b/></Note>\n<Text/></Notes></KelvarinGraph>"),
+            "g.kelvarin:2:1: x='left' in <Note> is not a number.\n"
+            "g.kelvarin:3:1: color='red' is not a colour; write it as red, green and blue in "
+            "hexadecimal digits, such as #FFF4C2.\n"
+            "g.kelvarin:3:1: w='inf' in <Note> is not a number.\n"
+            "g.kelvarin:4:1: the attribute 'z' is not known in <Note>; known: x, y, w, h, color.\n"
+            "g.kelvarin:4:13: <b> is not known inside <Note>; known: nothing.\n"
+            "g.kelvarin:5:1: <Text> is not known inside <Notes>; known: Note.\n");
+}
+
+// Nothing of the file is missing, and what is wrong is said of each part.
+TEST_F(GraphReader, OpensAGraphToBeMended) {
+  const auto opened = openGraph(
+      "<KelvarinGraph><Actions><Vanished name='v' key='&lt;'><In>ner</In></Vanished>"
+      "<Pass name='s'/><Pass name='s'/></Actions>"
+      "<Links><Link from='v' fromPin='2' to='s'/><Link from='s' to='nobody'/></Links>"
+      "</KelvarinGraph>",
+      QStringLiteral("g.kelvarin"), catalogue);
+  ASSERT_TRUE(opened);
+  ASSERT_EQ(opened->graph.actions.size(), 3u);
+  ASSERT_EQ(opened->links.size(), 2u);
+  EXPECT_EQ(opened->links[1].to, u"nobody");
+  EXPECT_GE(opened->faults.size(), 3u);
+  EXPECT_TRUE(opened->whyActionCannotRun[0].contains(u"Vanished"));
+  EXPECT_TRUE(opened->whyActionCannotRun[1].isEmpty());
+  EXPECT_TRUE(opened->whyActionCannotRun[2].contains(u"'s'"));
+  ActionItem& missing = *opened->graph.actions[0].item;
+  EXPECT_EQ(missing.outputPinCount(), 3);
+  EXPECT_NE(missing.init(), 0);
+  std::wostringstream out;
+  missing.saveXML(out, QStringLiteral("w"));
+  EXPECT_EQ(out.str(), L"<Vanished name='w' key='&lt;'><In>ner</In></Vanished>\n");
+  EXPECT_FALSE(openGraph("<Graph/>", {}, catalogue));
 }
 
 }  // namespace

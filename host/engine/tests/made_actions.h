@@ -35,7 +35,7 @@ class TestAction : public ActionItem {
     m_outputPinCount = pinsOut;
   }
   void saveXML(std::wostringstream& out, QString name) override {
-    static const QStringList kWrittenForAll{"name", "version", "x", "y"};
+    static const QStringList kWrittenForAll{"name", "version", "x", "y", "disabled"};
     ToXMLStringTool escape;
     saveAI(out, name, 1.0);
     for (int i = 0; i < node().nAttribute(); ++i) {

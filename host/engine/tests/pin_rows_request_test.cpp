@@ -35,6 +35,7 @@ class Receiver final : public RowsReceiver {
     message = text.toStdString();
     m_ended.notify_all();
   }
+  void actionFailed(const QString& name) override { failedAction = name.toStdString(); }
   // The answer is complete then.
   End await() {
     std::unique_lock lock(m_mutex);
@@ -54,6 +55,7 @@ class Receiver final : public RowsReceiver {
   long long rowCount = 0;
   End end = End::complete;
   std::string message;
+  std::string failedAction;
 
  private:
   std::mutex m_mutex;
@@ -88,7 +90,8 @@ TEST_F(PinRowsTest, ComeInBatchesUpToTheLimitAndOpenNoSink) {
   const Asked all = ask(t, "w", 0, false, 100000);
   EXPECT_EQ(all.receiver->await(), End::complete);
   EXPECT_EQ(all.receiver->rowCount, 2500);
-  EXPECT_EQ(all.receiver->number(2, 499), 2499);
+  EXPECT_EQ(all.receiver->batches[0]->rowCount(), 100u);  // do not wait for the others
+  EXPECT_EQ(all.receiver->number(3, 399), 2499);
   EXPECT_EQ(all.receiver->batches[0]->value(2, 1), nullptr);
   EXPECT_NE(all.receiver->batches[0]->value(3, 1), nullptr);
   EXPECT_EQ(all.receiver->columns.version, 7u);
@@ -124,6 +127,7 @@ TEST_F(PinRowsTest, AFailureComesWithItsRowsAndItsReason) {
   EXPECT_EQ(asked.receiver->await(), End::failed);
   EXPECT_EQ(asked.receiver->rowCount, 4);
   EXPECT_NE(asked.receiver->message.find("out of luck"), std::string::npos);
+  EXPECT_EQ(asked.receiver->failedAction, "s");
   EXPECT_EQ(t.host.log(), Strings{});
 
   TestGraph refused("<Count name='s' rows='9' refuse='1'/><Pass name='p'/>", "s p");

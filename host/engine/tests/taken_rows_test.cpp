@@ -98,6 +98,14 @@ TEST(TakenRows, CountAsIfTheyHadComeOneByOne) {
   EXPECT_EQ(t.of(result, "w").rowsIn, std::vector<long long>{60});
 }
 
+TEST(TakenRows, GoTogetherThroughADisabledAction) {
+  TestGraph t("<Tens name='s' rows='40'/><Pass name='p' disabled='1'/><TakeAll name='w'/>",
+              "s p, p w", prototypes());
+  EXPECT_TRUE(t.run().isOk());
+  EXPECT_EQ(t.seen.values["w"], countedTo(40));
+  EXPECT_EQ(takesOf(t, "w"), std::vector<std::string>(4, "took 10"));
+}
+
 // Behind an action that takes rows one by one, where the values are hidden, where other readers
 // wait for the same rows, below such a point, and where nobody is to look ahead.
 TEST(TakenRows, ComeOneByOneElsewhere) {

@@ -77,7 +77,7 @@ Result<std::size_t, QString> CsvFile::readNext(char* bytes, std::size_t size) co
 }
 
 bool CsvFile::waitForBytes() const {
-  constexpr int kMillisecondsBetweenLooks = 100;
+  constexpr int kMillisecondsBetweenLooks = 20;
   pollfd entry{m_descriptor, POLLIN, 0};
   while (!m_isCancelled.load(std::memory_order_relaxed)) {
     if (::poll(&entry, 1, kMillisecondsBetweenLooks) != 0) {

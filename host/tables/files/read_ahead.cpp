@@ -9,7 +9,7 @@
 namespace kelvarin {
 
 namespace {
-constexpr auto kBetweenLooks = std::chrono::milliseconds(100);
+constexpr auto kBetweenLooks = std::chrono::milliseconds(20);
 }
 
 ReadAhead::ReadAhead(BatchReader& reader, const ActionItem* action)

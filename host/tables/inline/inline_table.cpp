@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include <QRegularExpression>
 #include <QSet>
 
 #include "host/contract/attribute_table.h"
@@ -67,6 +68,19 @@ bool parse(const QString& text, Number* number) {
 
 }  // namespace
 
+QString inlineValueFault(const QString& column, MetaTypeColumn type, const QString& text) {
+  if (type == MetaTypeColumn::text || text.trimmed().isEmpty()) {
+    return {};
+  }
+  if (type == MetaTypeColumn::key) {
+    std::uint32_t key = 0;
+    const bool isKey = parse(text, &key) && !isNullKey(key);
+    return isKey ? QString() : messages::notAKey(column, text);
+  }
+  double number = 0.0;
+  return parse(text, &number) ? QString() : messages::notANumber(column, text);
+}
+
 const ActionDescription& InlineTable::catalogue() {
   static const ActionDescription entry{
       .typeName = "InlineTable",
@@ -94,6 +108,25 @@ InlineTable::InlineTable(XMLNode node, GlobalParameters* parameters) : Described
       readRow(child);
     }
   }
+}
+
+// It has no input.
+ColumnFate InlineTable::followColumn(const QString&, const QString&) {
+  return ColumnFate::ends;
+}
+
+bool InlineTable::renameMadeColumn(const QString& oldName, const QString& newName) {
+  const auto made = std::ranges::find(m_columns, oldName, &Column::name);
+  if (made == m_columns.end()) {
+    return false;
+  }
+  made->name = newName;
+  const QRegularExpression entry(QStringLiteral("(?:^|,\\s*)(%1)\\s+[09AZ]\\s*(?:,|$)")
+                                     .arg(QRegularExpression::escape(oldName)));
+  if (const QRegularExpressionMatch match = entry.match(m_sortedOn); match.hasMatch()) {
+    m_sortedOn.replace(match.capturedStart(1), match.capturedLength(1), newName);
+  }
+  return true;
 }
 
 void InlineTable::readRow(const XMLNode& node) {
@@ -228,19 +261,18 @@ unsigned char* InlineTable::encode(const Value& value, int column, MetaTypeColum
     return nullptr;
   }
   const QString& name = m_metaData.names()[column];
+  if (const QString fault = inlineValueFault(name, type, value.text); !fault.isEmpty()) {
+    refuse(value.position, fault);
+    *isOk = false;
+    return nullptr;
+  }
   if (type == MetaTypeColumn::key) {
     std::uint32_t key = 0;
-    if (!parse(value.text, &key) || isNullKey(key)) {
-      refuse(value.position, messages::notAKey(name, value.text));
-      *isOk = false;
-    }
+    parse(value.text, &key);
     return bytesFromKey(&m_values, key);
   }
   double number = 0.0;
-  if (!parse(value.text, &number)) {
-    refuse(value.position, messages::notANumber(name, value.text));
-    *isOk = false;
-  }
+  parse(value.text, &number);
   return bytesFromDouble(&m_values, number, 0);
 }
 

@@ -16,11 +16,12 @@
 
 #include <vector>
 
+#include "host/contract/column_user.h"
 #include "host/contract/described_action.h"
 
 namespace kelvarin {
 
-class InlineTable final : public Described<InlineTable, ActionItem> {
+class InlineTable final : public Described<InlineTable, ActionItem>, public ColumnUser {
  public:
   InlineTable(XMLNode node, GlobalParameters* parameters);
 
@@ -31,6 +32,8 @@ class InlineTable final : public Described<InlineTable, ActionItem> {
   char close() override;
   void setComputeRoutine() override;
   float computeCompletion() const override;
+  ColumnFate followColumn(const QString& oldName, const QString& newName) override;
+  bool renameMadeColumn(const QString& oldName, const QString& newName) override;
 
  private:
   struct Value {
@@ -65,5 +68,8 @@ class InlineTable final : public Described<InlineTable, ActionItem> {
   std::vector<unsigned char*> m_pointers;  // row after row
   std::size_t m_nextRow = 0;
 };
+
+// Why a text is no value of a column with this type, for the user; empty where it is one.
+QString inlineValueFault(const QString& column, MetaTypeColumn type, const QString& text);
 
 }  // namespace kelvarin

@@ -15,6 +15,7 @@ using kelvarin::testing::controlsWithoutName;
 using kelvarin::testing::cutTexts;
 using kelvarin::testing::keysWithTwoOwners;
 using kelvarin::testing::LargeFonts;
+using kelvarin::testing::mnemonicsWithTwoOwners;
 using kelvarin::testing::onEveryPage;
 using kelvarin::testing::sendRandomEvents;
 
@@ -56,6 +57,10 @@ TEST(Walk, FindsEachFault) {
   form.button->setShortcut(QKeySequence(Qt::Key_F7));
   new QShortcut(QKeySequence(Qt::Key_F7), form.field, nullptr, nullptr, Qt::WidgetShortcut);
   EXPECT_EQ(keysWithTwoOwners(form.window).size(), 1);
+  EXPECT_EQ(mnemonicsWithTwoOwners(form.window), QStringList());
+  form.button->setText(QStringLiteral("Both && &View"));
+  EXPECT_EQ(mnemonicsWithTwoOwners(form.window).size(), 1);
+  EXPECT_EQ(mnemonicsWithTwoOwners(form.window, QStringLiteral("de")), QStringList());
 }
 
 TEST(Walk, SeesHiddenPagesAndLargeFonts) {

@@ -17,21 +17,25 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include "columnar/actions/read_columnar_gel.h"
 #include "columnar/actions/write_columnar_gel.h"
 #include "columnar/reader/tests/made_file.h"
-#include "host/testing/row_harness.h"
+#include "host/widget_testing/edited_action.h"
+#include "host/widget_testing/random_events.h"
 #include "host/widget_testing/widget_walk.h"
 #include "host/widgets/info_line.h"
+#include "host/widgets/translation.h"
 #include "ui/columnar/block_variables_model.h"
 #include "ui/columnar/columns_to_read_model.h"
 #include "ui/columnar/interface_read_columnar_gel.h"
 #include "ui/columnar/interface_write_columnar_gel.h"
 #include "ui/columnar/table_work_dialog.h"
 #include "ui/error_dialog/interface_math_parser_check.h"
+#include "ui/help_browser/interface_math_parser_help.h"
 #include "ui/widgets/expression_field.h"
 #include "ui/widgets/k_plain_text_edit.h"
 
@@ -55,90 +59,58 @@ std::vector<Values> someRows(int count) {
   return rows;
 }
 
-// One dialog over one action, and how many times it said that the document was modified.
+constexpr int kRandomEvents = 1000;
+
+const char kFullReader[] =
+    "<ReadColumnarGel name='r' fileName='made.cgel_kelvarin' filterRows='1' readAllColumns='0'>"
+    "<CFilterRows><Expression>id_max &gt;= 8</Expression><InputVars><CInputVar column='id'/>"
+    "</InputVars></CFilterRows><ColumnsToRead><SL><S>price</S></SL></ColumnsToRead>"
+    "</ReadColumnarGel>";
+const char kFullWriter[] =
+    "<writeColumnarGel name='w' file='a&quot;+SplitVal+&quot;.gel' split='2' splitVar='shop' "
+    "advancedNaming='1' columnStrategy='1'><ColumnStrategy><C n='shop' s='1'/></ColumnStrategy>"
+    "</writeColumnarGel>";
+
+// One dialog over one action, which finds its files in a folder of the test.
 template <typename Editor, typename Action>
-class DialogTest : public ::testing::Test {
+class DialogTest : public EditedActionTest<Editor, Action> {
  protected:
-  ~DialogTest() override {
-    m_editor.reset();
-    m_harness.reset();
-  }
+  using EditedActionTest<Editor, Action>::m_editor;
 
   void open(const std::string& xml) {
-    m_editor.reset();
-    m_harness.reset();  // before the next one makes its session
-    m_harness = std::make_unique<RowHarness>(
-        [](XMLNode node, GlobalParameters* parameters) -> ActionItem* {
-          return new Action(node, parameters);
-        },
-        xml);
-    m_harness->parameters().setWorkingDir(m_folder.path());
-    m_editor = std::make_unique<Editor>(nullptr, m_harness->actionAs<Action>());
+    this->makeAction(xml);
+    this->m_harness->parameters().setWorkingDir(m_folder.path());
+    m_editor = std::make_unique<Editor>(nullptr, this->action());
     m_editor->resize(500, 700);
     m_editor->show();
     m_editor->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(m_editor.get()));
-    settle();
+    this->settle();
   }
-  void settle() {
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !m_editor->isBusy(); }, 10'000));
+  // What is typed meanwhile is saved at the commit, and the file as it is opened again.
+  void shake(const std::string& xml) {
+    open(xml);
+    sendRandomEvents(*m_editor, kRandomEvents);
+    m_editor->commit();
+    EXPECT_TRUE(m_editor->uncommittedState().isEmpty());
+    const std::string after = this->saved();
+    open(after);
+    m_editor->commit();
+    EXPECT_EQ(this->saved(), after);
   }
-
-  template <typename Widget>
-  Widget& widget(const char* name) {
-    auto* found = m_editor->template findChild<Widget*>(QLatin1String(name));
-    EXPECT_NE(found, nullptr) << name;
-    return *found;
-  }
-  void click(const char* name) { widget<QAbstractButton>(name).click(); }
-  void type(const char* name, const QString& text) {
-    auto& field = widget<QLineEdit>(name);
-    field.setFocus();
-    field.selectAll();
-    QTest::keyClicks(&field, text);
-    QTest::keyClick(&field, Qt::Key_Return);
-  }
-  QString shown(const char* name) { return widget<InfoLine>(name).text(); }
-  Action& action() { return m_harness->actionAs<Action>(); }
-  std::string saved() { return m_harness->saved(); }
-  bool hasSaved(const std::string& text) { return saved().find(text) != std::string::npos; }
+  QString shown(const char* name) { return this->template widget<InfoLine>(name).text(); }
   void save(const MemoryFiles& files) const { files.saveTo(m_folder.path().toStdString()); }
   QStringList files() const { return QDir(m_folder.path()).entryList(QDir::Files); }
 
   QTemporaryDir m_folder;
-  std::unique_ptr<RowHarness> m_harness;
-  std::unique_ptr<Editor> m_editor;
 };
 
 using ReadDialogTest = DialogTest<Interface_readColumnarGel, ReadColumnarGel>;
 using WriteDialogTest = DialogTest<Interface_writeColumnarGel, WriteColumnarGel>;
 
-// An attribute, and what a user does to give it another value.
-struct Edit {
-  const char* attribute;
-  const char* written;  // then in the XML
-  std::function<void()> edit;
-};
-
-// Every attribute that the action declares has its edit, and each writes its own and nothing else.
-void expectEdits(const std::vector<Edit>& edits, const ActionDescription& description,
-                 const std::function<void()>& reopen, const std::function<std::string()>& saved) {
-  for (const AttributeDescription& attribute : description.attributes) {
-    const auto isOfIt = [&](const Edit& edit) {
-      return attribute.name == QLatin1String(edit.attribute);
-    };
-    EXPECT_TRUE(std::ranges::any_of(edits, isOfIt)) << attribute.name.toStdString();
-  }
-  for (const Edit& edit : edits) {
-    reopen();
-    edit.edit();
-    EXPECT_NE(saved().find(edit.written), std::string::npos) << edit.written << "\n" << saved();
-  }
-}
-
 TEST_F(ReadDialogTest, EachControlWritesItsAttribute) {
   const auto reopen = [&] { open("<ReadColumnarGel name='r'/>"); };
-  const std::vector<Edit> edits{
+  const std::vector<ControlEdit> edits{
       {"fileName", " fileName='a.gel'", [&] { type("leFileName", QStringLiteral("a.gel")); }},
       {"fileNameFromPin", " fileNameFromPin='1'", [&] { click("rbFileNameFromPin"); }},
       {"abortIfMissing", " abortIfMissing='0'", [&] { click("rbSkipMissing"); }},
@@ -151,7 +123,7 @@ TEST_F(ReadDialogTest, EachControlWritesItsAttribute) {
       {"columnSelection", " columnSelection='2'", [&] { click("rbColumnsFromPin"); }},
       {"timeOut", " timeOut='30'", [&] { widget<QSpinBox>("sbTimeOut").setValue(30); }},
       {"readAllColumns", " columnSelection='1'", [&] { click("rbListedColumns"); }}};
-  expectEdits(edits, ReadColumnarGel::catalogue(), reopen, [&] { return saved(); });
+  expectEdits(edits, {}, ReadColumnarGel::catalogue(), reopen, [&] { return saved(); });
   reopen();
   click("cbAddN");
   EXPECT_TRUE(hasSaved("<CFilterRows addN='0'"));
@@ -161,7 +133,7 @@ TEST_F(ReadDialogTest, EachControlWritesItsAttribute) {
 
 TEST_F(WriteDialogTest, EachControlWritesItsAttribute) {
   const auto reopen = [&] { open("<writeColumnarGel name='w' file='a.gel' split='2'/>"); };
-  const std::vector<Edit> edits{
+  const std::vector<ControlEdit> edits{
       {"file", " file='b.gel'", [&] { type("leFile", QStringLiteral("b.gel")); }},
       {"split", " split='1'", [&] { click("rbSplitBySize"); }},
       {"segmentSize", " segmentSize='7'",
@@ -191,7 +163,7 @@ TEST_F(WriteDialogTest, EachControlWritesItsAttribute) {
       {"alwaysDelete", " alwaysDelete='1'", [&] { click("cbAlwaysDelete"); }},
       {"createDir", " createDir='1'", [&] { click("cbCreateDir"); }},
       {"replaceAtEnd", " replaceAtEnd='1'", [&] { click("cbReplaceAtEnd"); }}};
-  expectEdits(edits, WriteColumnarGel::catalogue(), reopen, [&] { return saved(); });
+  expectEdits(edits, {}, WriteColumnarGel::catalogue(), reopen, [&] { return saved(); });
   // Switched off again, the default expression goes.
   reopen();
   click("cbAdvancedNaming");
@@ -287,6 +259,12 @@ TEST_F(ReadDialogTest, TriesTheFilterOnTheFile) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return shown("trial").startsWith("skips 1 of 3"); }, 10'000))
       << shown("trial").toStdString();
   EXPECT_TRUE(hasSaved("id_max >= 8"));
+  const QAbstractItemModel& blocks = *widget<QTableView>("blockValues").model();
+  EXPECT_FALSE(widget<QTableView>("blockValues").isHidden());
+  ASSERT_EQ(blocks.columnCount(), 3);
+  EXPECT_EQ(blocks.index(0, 1).data().toString(), "skipped");
+  EXPECT_EQ(blocks.index(0, 2).data().toString(), "3");
+  EXPECT_EQ(blocks.index(2, 2).data().toString(), "9");
   // Nothing is read for a trial but the file itself.
   editor->setPlainText(QStringLiteral("load(\"/dev/zero\") == \"a\""));
   EXPECT_TRUE(QTest::qWaitFor([&] { return shown("trial").contains("reads a file"); }, 10'000))
@@ -333,9 +311,9 @@ TEST_F(ReadDialogTest, VerifiesAndSalvages) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return m_editor->findChild<TableWorkDialog*>() == nullptr; }));
 
   QString proposal;
-  m_editor->setAskForNewFile([&](const QString& proposed) {
+  m_editor->setAskForNewFile([&](const QString& proposed, const auto& chosen) {
     proposal = proposed;
-    return m_folder.filePath(QStringLiteral("new.cgel_kelvarin"));
+    chosen(m_folder.filePath(QStringLiteral("new.cgel_kelvarin")));
   });
   click("pbSalvage");
   EXPECT_TRUE(proposal.endsWith("made_salvaged.cgel_kelvarin"));
@@ -364,8 +342,10 @@ TEST_F(WriteDialogTest, DeletesOnlyAfterItWasAllowedTo) {
   };
   answer(false);
   EXPECT_EQ(files().size(), 2);
+  EXPECT_TRUE(shown("oldFile").startsWith("There is a table: 10"));
   answer(true);
   EXPECT_EQ(files().size(), 0);
+  EXPECT_TRUE(shown("oldFile").startsWith("There is no such file"));
   EXPECT_TRUE(shown("deletion").startsWith("SUCCESS: File '"));
   ASSERT_EQ(m_harness->log().size(), 2u);
   EXPECT_TRUE(m_harness->log()[0].starts_with("info: SUCCESS: File '"));
@@ -390,48 +370,90 @@ TEST_F(WriteDialogTest, ShowsTheNamesOfTheFiles) {
   naming->setFocus();
   naming->selectAll();
   QTest::keyClicks(naming, QStringLiteral("tolower(SplitVal)"));
+  const auto showsLowerNames = [&] {
+    return widget<QLabel>("examples").text() == QStringLiteral("sa.gel\nsb.gel");
+  };
+  EXPECT_TRUE(QTest::qWaitFor(showsLowerNames, 10'000));  // while it is typed
+  EXPECT_FALSE(hasSaved("tolower"));
   widget<QLineEdit>("leFile").setFocus();
   EXPECT_TRUE(hasSaved(" file='s&quot;+tolower(SplitVal)+&quot;.gel'"));
-  settle();
-  EXPECT_EQ(widget<QLabel>("examples").text(), QStringLiteral("sa.gel\nsb.gel"));
+  EXPECT_TRUE(QTest::qWaitFor(showsLowerNames, 10'000));
+}
+
+TEST_F(WriteDialogTest, ChecksTheNamingExpression) {
+  open(kFullWriter);
+  auto& field = widget<ExpressionField>("naming");
+  const auto write = [&](const char* expression) {
+    field.editor()->setFocus();
+    field.editor()->setPlainText(QString::fromLatin1(expression));
+  };
+  // What would be read as another expression stays typed, and the name as it was.
+  write("replace(SplitVal, \"+\", \"\")");
+  m_editor->commit();
+  widget<QLineEdit>("leFile").setFocus();
+  EXPECT_TRUE(hasSaved("a&quot;+SplitVal+&quot;.gel"));
+  EXPECT_TRUE(field.expression().startsWith("replace"));
+
+  write("tolower(SplitVa)");
+  QTest::keyClick(field.editor(), Qt::Key_F7);
+  const auto report = [&] { return m_editor->findChild<Interface_MathParserCheck*>(); };
+  ASSERT_TRUE(QTest::qWaitFor([&] { return report() != nullptr; }, 10'000));
+  emit report() -> nameChosen(QStringLiteral("SplitVal"));
+  EXPECT_EQ(field.expression(), QStringLiteral("tolower(SplitVal)"));
+  m_editor->commit();
+  EXPECT_TRUE(hasSaved("a&quot;+tolower(SplitVal)+&quot;.gel"));
+
+  QTest::keyClick(field.editor(), Qt::Key_F1);
+  auto* help = m_editor->findChild<Interface_mathParserHelp*>();
+  ASSERT_NE(help, nullptr);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return help->isVisible(); }));
+  emit help->insertWanted(QStringLiteral("toupper()"));
+  EXPECT_TRUE(field.expression().contains("toupper()"));
+  EXPECT_TRUE(field.isVisible());
 }
 
 // What anyone may expect of a window, on each tab.
-void expectGood(QWidget& editor) {
+void expectGood(QWidget& editor, const QString& language = QStringLiteral("en")) {
   onEveryPage(editor, [&] {
     QTest::qWait(50);  // the layouts take their turn
     EXPECT_EQ(controlsWithoutName(editor).join(u'\n').toStdString(), "");
     EXPECT_EQ(controlsOutOfTabReach(editor).join(u'\n').toStdString(), "");
     EXPECT_EQ(cutTexts(editor).join(u'\n').toStdString(), "");
     EXPECT_EQ(keysWithTwoOwners(editor).join(u'\n').toStdString(), "");
+    EXPECT_EQ(mnemonicsWithTwoOwners(editor, language).join(u'\n').toStdString(), "");
   });
 }
-
-const char kFullReader[] =
-    "<ReadColumnarGel name='r' fileName='made.cgel_kelvarin' filterRows='1' readAllColumns='0'>"
-    "<CFilterRows><Expression>id_max &gt;= 8</Expression><InputVars><CInputVar column='id'/>"
-    "</InputVars></CFilterRows><ColumnsToRead><SL><S>price</S></SL></ColumnsToRead>"
-    "</ReadColumnarGel>";
-const char kFullWriter[] =
-    "<writeColumnarGel name='w' file='a&quot;+SplitVal+&quot;.gel' split='2' splitVar='shop' "
-    "advancedNaming='1' columnStrategy='1'><ColumnStrategy><C n='shop' s='1'/></ColumnStrategy>"
-    "</writeColumnarGel>";
 
 TEST_F(ReadDialogTest, IsWithinReachAndCutsNothing) {
   save(makeFile(kColumns, someRows(10)));
   open(kFullReader);
   expectGood(*m_editor);
   const LargeFonts fonts(2.0);
+  const Translation translation({"de"});
   open(kFullReader);
-  expectGood(*m_editor);
+  expectGood(*m_editor, QStringLiteral("de"));
 }
 
 TEST_F(WriteDialogTest, IsWithinReachAndCutsNothing) {
   open(kFullWriter);
   expectGood(*m_editor);
   const LargeFonts fonts(2.0);
+  const Translation translation({"de"});
   open(kFullWriter);
-  expectGood(*m_editor);
+  expectGood(*m_editor, QStringLiteral("de"));
+}
+
+TEST_F(ReadDialogTest, SurvivesRandomEvents) {
+  save(makeFile(kColumns, someRows(10)));
+  shake(kFullReader);
+  shake("<ReadColumnarGel name='r'/>");
+}
+
+TEST_F(WriteDialogTest, SurvivesRandomEvents) {
+  save(makeFile(kColumns, someRows(10), {.name = "a"}));
+  shake(kFullWriter);
+  shake("<writeColumnarGel name='w' file='a.cgel_kelvarin'/>");
+  shake("<writeColumnarGel name='w'/>");
 }
 
 TEST_F(ReadDialogTest, ReportsAFaultOnceAndNotWhileTyping) {

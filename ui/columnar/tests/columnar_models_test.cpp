@@ -4,6 +4,7 @@
 #include <QSignalSpy>
 
 #include "ui/columnar/block_memory.h"
+#include "ui/columnar/block_values_model.h"
 #include "ui/columnar/block_variables_model.h"
 #include "ui/columnar/column_sets_model.h"
 #include "ui/columnar/columnar_editor.h"
@@ -115,6 +116,34 @@ TEST(BlockVariables, OfferTheNamesOfColumnsThatAreNone) {
   EXPECT_EQ(model.variables().front().column, QStringLiteral("price"));
 }
 
+TEST(BlockValues, ShowWhatTheExpressionNames) {
+  BlockFilterTrial trial;
+  trial.variables = QStringList{"id_max", "id_min", "id_hasNull"};
+  const auto number = [](double value) { return ExpressionValue::ofNumber(value); };
+  trial.firstBlocks = {{0, 5000, true, {number(7), number(1), number(0)}}, {5000, 1, false, {}}};
+  BlockValuesModel model;
+  const auto text = [&](int row, int column) {
+    return model.index(row, column).data().toString().toStdString();
+  };
+  const auto header = [&](int column) {
+    return model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString().toStdString();
+  };
+  model.setTrial(trial);
+  EXPECT_EQ(model.columnCount(), 5);  // the expression names none of the variables
+  model.setExpression(QStringLiteral("\"id_max\" == nvl(id_min, id_min)"));
+  ASSERT_EQ(model.columnCount(), 3);
+  EXPECT_EQ(header(2), "id_min");
+  EXPECT_EQ(text(0, 0), "0 to 4,999");
+  EXPECT_EQ(text(0, 1), "skipped");
+  EXPECT_EQ(text(0, 2), "1");
+  EXPECT_EQ(text(1, 1), "read");
+  EXPECT_EQ(text(1, 2), "unknown");
+  EXPECT_FALSE(model.index(1, 1).data(Qt::ToolTipRole).toString().isEmpty());
+  model.forgetVerdicts();
+  EXPECT_EQ(text(0, 1), "");
+  EXPECT_EQ(text(0, 2), "1");
+}
+
 TEST(ColumnSets, KeepWhatIsListed) {
   ColumnSetsModel model;
   model.setSets({{QStringLiteral("gone"), 2}, {QStringLiteral("id"), 1}});
@@ -161,9 +190,12 @@ TEST(Words, SayHowATableIs) {
   EXPECT_EQ(stateText(table).severity, Severity::error);
   EXPECT_TRUE(stateText(table).text.contains("1 row cannot"));
 
-  EXPECT_TRUE(trialText({.blocks = 50, .skippedBlocks = 47, .rows = 500, .skippedRows = 470})
-                  .text.startsWith("skips 47 of 50 blocks of this file"));
-  EXPECT_EQ(trialText({.blocks = 2, .skippedBlocks = 2}).severity, Severity::warning);
+  BlockFilterTrial trial;
+  trial.blocks = 50;
+  trial.skippedBlocks = 47;
+  EXPECT_TRUE(trialText(trial).text.startsWith("skips 47 of 50 blocks of this file"));
+  trial.skippedBlocks = 50;
+  EXPECT_EQ(trialText(trial).severity, Severity::warning);
   EXPECT_EQ(salvageText({.blocks = 1, .rows = 4, .lostBlocks = 1}, QStringLiteral("n")).severity,
             Severity::warning);
   EXPECT_EQ(verificationText({.rows = 1, .blocks = 1, .damages = 2}, true).severity,

@@ -121,20 +121,6 @@ TEST_F(DebugSessionTest, ASecondStartEndsTheRunAtItsRow) {
   ASSERT_TRUE(waitForRow(1));
 }
 
-TEST_F(DebugSessionTest, StopEndsARunThatWaitsForARow) {
-  branch.beforeRow = [](const RunRecord& record) {
-    while (record.isRunning()) {
-      std::this_thread::sleep_for(milliseconds(1));
-    }
-  };
-  session.startOrStop();
-  const Clock::time_point begin = Clock::now();
-  session.startOrStop();
-  ASSERT_TRUE(waitForEnd());
-  EXPECT_LT(Clock::now() - begin, milliseconds(400));  // 100 are promised; the test is busy, too
-  EXPECT_EQ(session.state().rowCount, 0);
-}
-
 TEST_F(DebugSessionTest, AHostThatCannotRunLeavesNothingBehind) {
   branch.canRun = false;
   EXPECT_FALSE(session.startOrStop());

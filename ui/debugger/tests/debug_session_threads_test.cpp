@@ -99,5 +99,23 @@ TEST_F(ManyDebugRuns, EndInEveryWay) {
   EXPECT_EQ(text, qsizetype{3} * kRuns * kStepsOfRun);
 }
 
+// Not run but under the thread sanitizer, which must find it: the signal comes from the engine's
+// thread, and the counter is neither atomic nor under a lock.
+TEST_F(ManyDebugRuns, DISABLED_APlantedRaceIsFound) {
+  auto session = openSession();
+  long long planted = 0;
+  QObject::connect(
+      session.get(), &DebugSession::rowDataUpdated, session.get(), [&] { ++planted; },
+      Qt::DirectConnection);
+  ASSERT_TRUE(session->startOrStop());
+  for (int step = 1; step <= kStepsOfRun; ++step) {
+    waitForRow(*session, step);
+    text += planted;
+    session->step();
+  }
+  session->end();
+  EXPECT_GT(text, 0);
+}
+
 }  // namespace
 }  // namespace kelvarin::testing

@@ -6,7 +6,8 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
-#include <QLineEdit>
+#include <QLayout>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTableView>
@@ -19,6 +20,7 @@
 #include "host/widgets/info_line.h"
 #include "host/widgets/translation.h"
 #include "ui/debugger/tests/debugged_branch.h"
+#include "ui/widgets/expression_field.h"
 
 namespace kelvarin::testing {
 namespace {
@@ -116,6 +118,34 @@ TEST_F(DebuggerPanelTest, KeysStartStepGoBackAndStop) {
   EXPECT_EQ(shown.size(), 3u);  // the last row stays in sight
 }
 
+TEST_F(DebuggerPanelTest, RunsToARowOfAPreviewAlsoBackwards) {
+  panel.runToRow(50);
+  ASSERT_TRUE(waitFor("Row 50,"));
+  EXPECT_EQ(shown[0].value.number, 50);
+  panel.runToRow(7);  // which the run has passed
+  ASSERT_TRUE(waitFor("Row 7,"));
+  EXPECT_EQ(shown[0].value.number, 7);
+}
+
+TEST_F(DebuggerPanelTest, ResultsStandBesideTheRowAndTheirChangesAreMarked) {
+  const auto isBold = [this] {
+    const auto* model = find<QTableView>("resultsOfRow")->model();
+    return model->index(0, 1).data(Qt::FontRole).value<QFont>().bold();
+  };
+  press(Qt::Key_F5);
+  ASSERT_TRUE(waitFor("Row 0."));
+  EXPECT_EQ(cell("resultsOfRow", 0, 0), "FilterRows");
+  EXPECT_EQ(cell("resultsOfRow", 0, 1), "true");
+  EXPECT_FALSE(isBold());
+  press(Qt::Key_F10);
+  ASSERT_TRUE(waitFor("Row 1."));
+  EXPECT_EQ(cell("resultsOfRow", 0, 1), "false");
+  EXPECT_EQ(cell("resultsOfRow", 0, 2), "true");
+  EXPECT_TRUE(isBold());
+  const auto* model = find<QTableView>("resultsOfRow")->model();
+  EXPECT_FALSE(model->flags(model->index(0, 1)).testFlag(Qt::ItemIsEditable));
+}
+
 TEST_F(DebuggerPanelTest, TheTreeSaysWhereANullArises) {
   press(Qt::Key_F5);
   ASSERT_TRUE(waitFor("Row 0."));
@@ -154,9 +184,41 @@ TEST_F(DebuggerPanelTest, AnEditedValueIsEvaluatedAndTheRunIsLeftAlone) {
   EXPECT_EQ(notes(), "");
 }
 
+// What each key does while nothing runs, at a row, and while rows go by.
+TEST_F(DebuggerPanelTest, KeysActInEveryState) {
+  branch.rows = [](FakeInputPin& pin) { pin.push({2, 0.5}, 100'000'000); };
+  press(Qt::Key_F5, Qt::ShiftModifier);
+  press(Qt::Key_F10);
+  press(Qt::Key_F10, Qt::ShiftModifier);
+  EXPECT_FALSE(session.isRunning());
+  press(Qt::Key_F9);  // no condition yet: leads to its field
+  EXPECT_TRUE(find<QPlainTextEdit>("leBreakpoint")->hasFocus());
+  press(Qt::Key_F5);
+  ASSERT_TRUE(waitFor("Row 0."));
+  press(Qt::Key_F10, Qt::ControlModifier);  // on to a breakpoint that there is not
+  ASSERT_TRUE(waitFor("Running: "));
+  press(Qt::Key_F5);  // goes on
+  press(Qt::Key_F10);
+  ASSERT_TRUE(waitFor("Row "));
+  const QString paused = status();
+  press(Qt::Key_F10, Qt::ShiftModifier);
+  EXPECT_TRUE(status().contains("The newest row is"));
+  press(Qt::Key_F10, Qt::ShiftModifier | Qt::ControlModifier);
+  EXPECT_EQ(status(), paused);
+  press(Qt::Key_F5);
+  ASSERT_TRUE(waitFor("Running: "));
+  press(Qt::Key_F5, Qt::ShiftModifier);
+  EXPECT_TRUE(status().startsWith("Stopping: "));
+  ASSERT_TRUE(waitFor("The run has ended after "));
+  find<QComboBox>("cbRunTo")->setCurrentIndex(1);
+  find<QSpinBox>("sbRunToRow")->setValue(3);
+  press(Qt::Key_F10, Qt::ControlModifier);  // starts, and obeys at once
+  ASSERT_TRUE(waitFor("Row 3, the one that was asked for."));
+}
+
 TEST_F(DebuggerPanelTest, RunsToABreakpointARowAndTheNextNull) {
-  find<QLineEdit>("leBreakpoint")->setFocus();
-  QTest::keyClicks(find<QLineEdit>("leBreakpoint"), "price == 40");
+  find<QPlainTextEdit>("leBreakpoint")->setFocus();
+  QTest::keyClicks(find<QPlainTextEdit>("leBreakpoint"), "price == 40");
   EXPECT_TRUE(find<QCheckBox>("cbBreakpoint")->isChecked());
   press(Qt::Key_F10, Qt::ControlModifier);
   ASSERT_TRUE(waitFor("Row 40, stopped at a breakpoint."));
@@ -176,6 +238,30 @@ TEST_F(DebuggerPanelTest, RunsToABreakpointARowAndTheNextNull) {
   EXPECT_TRUE(lines[0].startsWith("\"Row\",\"Stopped\",\"price\",\"quantity\""));
   EXPECT_TRUE(lines[2].startsWith("1,\"\",12.5,,"));
   EXPECT_TRUE(lines[41].startsWith("40,\"breakpoint\",40,0.5,"));
+}
+
+// It knows the results, too, and a row under way is not judged by half of a condition.
+TEST_F(DebuggerPanelTest, TheConditionIsCheckedWhileItIsTyped) {
+  auto* field = find<QPlainTextEdit>("leBreakpoint");
+  const auto verdict = [&] {
+    const auto* owner = qobject_cast<ExpressionField*>(field->parentWidget());
+    return qobject_cast<const InfoLine*>(owner->verdict());
+  };
+  press(Qt::Key_F5);
+  ASSERT_TRUE(waitFor("Row 0."));
+  field->setFocus();
+  QTest::keyClicks(field, "FilterRows == 1 and pricy > 3");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return verdict()->text().contains("pricy"); }));
+  EXPECT_TRUE(verdict()->isVisible());
+  EXPECT_EQ(session.rules().condition, "");
+  QTest::keyClick(field, Qt::Key_Return, Qt::AltModifier);  // the nearest name
+  EXPECT_TRUE(QTest::qWaitFor([&] { return verdict()->text().isEmpty(); }));
+  EXPECT_EQ(field->toPlainText(), "FilterRows == 1 and price > 3");
+  QTest::keyClick(field, Qt::Key_Escape);
+  QTest::keyClick(field, Qt::Key_Return);
+  EXPECT_EQ(session.rules().condition, "FilterRows == 1 and price > 3");
+  press(Qt::Key_F5);
+  EXPECT_TRUE(waitFor("Row 41, stopped at a breakpoint.")) << status().toStdString();
 }
 
 TEST_F(DebuggerPanelTest, SaysBeforeStartWhatTheStringParserRefuses) {
@@ -202,6 +288,16 @@ TEST_F(DebuggerPanelTest, WorksInTheExpertModeOnly) {
   }
 }
 
+TEST_F(DebuggerPanelTest, TheEditorsCheckButtonIsTheFirstInSightAndForTab) {
+  auto* check = new QPushButton(QStringLiteral("? (F7)"));
+  panel.addCheckButton(check);
+  panel.layout()->activate();
+  auto* start = find<QPushButton>("pbStartStop");
+  EXPECT_EQ(check->nextInFocusChain(), start);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return check->isVisible() && check->x() < start->x(); }));
+  EXPECT_EQ(check->y(), start->y());
+}
+
 TEST_F(DebuggerPanelTest, NamesTheVariablesOfATableThatIsNotRead) {
   bool isWanted = false;
   QObject::connect(&panel, &DebuggerPanel::lackingVariablesWanted, [&] { isWanted = true; });
@@ -226,8 +322,10 @@ TEST_F(DebuggerPanelTest, SaysThatSamplingOnlyCounts) {
 // The run stops once a row; the breakpoint and the variables are those of the chosen element.
 TEST(DebuggerPanelOfVectors, ShowsTheChosenElement) {
   DebuggedBranch branch(
-      makeAction<CalculatorVectorized>("<CalculatorVectorized><OutputVars><OutputVar name='\"o\"//"
-                                       "_n'>x*2</OutputVar></OutputVars></CalculatorVectorized>"),
+      makeAction<CalculatorVectorized>(
+          "<CalculatorVectorized abortWhenError='0'><OutputVars><OutputVar name='\"o\"//_n'>x*2"
+          "</OutputVar><OutputVar name='\"p\"//_n'>(x &gt; 15 ? \"t\" : 1) + 1</OutputVar>"
+          "</OutputVars></CalculatorVectorized>"),
       "a1:F a2:F");
   branch.rows = [](FakeInputPin& pin) {
     pin.push({1, 10});
@@ -247,7 +345,7 @@ TEST(DebuggerPanelOfVectors, ShowsTheChosenElement) {
   panel.show();
   auto* element = panel.findChild<QSpinBox*>("sbElement");
   EXPECT_FALSE(element->isVisible());
-  QTest::keyClicks(panel.findChild<QLineEdit*>("leBreakpoint"), "x == 20");
+  QTest::keyClicks(panel.findChild<QPlainTextEdit*>("leBreakpoint"), "x == 20 and o1 == 40");
   panel.findChild<QPushButton*>("pbStartStop")->click();
   const auto value = [&] {
     const auto* model = panel.findChild<QTableView*>("variablesOfRow")->model();
@@ -258,13 +356,39 @@ TEST(DebuggerPanelOfVectors, ShowsTheChosenElement) {
   };
   ASSERT_TRUE(QTest::qWaitFor([&] { return value() == "1" && whole() == "2"; }));
   EXPECT_TRUE(element->isVisible());
+  const auto result = [&](int output, int column) {
+    return panel.findChild<QTableView*>("resultsOfRow")->model()->index(output, column).data();
+  };
+  EXPECT_EQ(result(0, 0), "o0");
+  EXPECT_EQ(result(0, 1), "2");
+  std::vector<VariableValue> shown;
+  QObject::connect(&panel, &DebuggerPanel::rowShown,
+                   [&](const std::vector<VariableValue>& values) { shown = values; });
+  int chosen = -1;
+  QObject::connect(&panel, &DebuggerPanel::elementChosen, [&](int number) { chosen = number; });
   element->setValue(1);
+  EXPECT_EQ(chosen, 1);
   EXPECT_EQ(value(), "10");
+  EXPECT_EQ(result(0, 0), "o1");
+  EXPECT_EQ(result(0, 1), "20");
+  EXPECT_EQ(result(1, 0), "p1");
+  ASSERT_EQ(shown.size(), 2u);  // x of this element, and _n
+  EXPECT_EQ(shown[0].value.number, 10);
   EXPECT_TRUE(QTest::qWaitFor([&] { return whole() == "20"; }));
   panel.findChild<QPushButton*>("pbRunTo")->click();
   const auto* status = panel.findChild<InfoLine*>("debuggerStatus");
   EXPECT_TRUE(QTest::qWaitFor(
       [&] { return status->text().startsWith("Row 1, stopped at a breakpoint."); }));
+  // What failed for one element is marked there alone.
+  const auto failure = [&] {
+    const auto* model = panel.findChild<QTableView*>("resultsOfRow")->model();
+    return model->index(1, 1).data(Qt::ToolTipRole).toString().contains("p1");
+  };
+  EXPECT_EQ(result(1, 1), "null");
+  EXPECT_TRUE(failure());
+  panel.setElement(0);
+  EXPECT_EQ(result(1, 1), "2");
+  EXPECT_FALSE(failure());
 }
 
 TEST_F(DebuggerPanelTest, CanBeUsedByEveryone) {

@@ -3,12 +3,14 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QListWidget>
+#include <QSpinBox>
 #include <QTabBar>
 #include <QTableView>
 
 #include "actions/calculator_vectorized/calculator_vectorized.h"
 #include "ui/editors/interface_action_math_parser.h"
 #include "ui/editors/tests/editor_fixture.h"
+#include "ui/widgets/my_table.h"
 
 namespace kelvarin::testing {
 
@@ -51,7 +53,7 @@ TEST_F(CalculatorEditorTest, EachControlWritesItsAttributeAndReportsIt) {
       {"abortWhenError", " abortWhenError='0'",
        [&] { widget<QComboBox>("cmbError").setCurrentIndex(0); }},
       {"name", "name='sum'", [&] { type("leName", QStringLiteral("sum")); }},
-      {"notes", "notes='new'", [&] { type("leNotes", QStringLiteral("new")); }},
+      {"notes", "notes='new'", [&] { typeNotes("leNotes", QStringLiteral("new")); }},
       {"meta", "name='a' meta='K'", [&] { click("rb2"); }},
       {"update", "isInput='1' update='1'", [&] { click("cbUpdate"); }},
       {"expression", ">x * 3<", [&] { write(QStringLiteral("x * 3")); }}};
@@ -140,6 +142,47 @@ TEST_F(CalculatorEditorTest, KnowsTheVariablesOfTheTable) {
   EXPECT_FALSE(action().hasFailed());
 }
 
+TEST_F(CalculatorEditorTest, TypedTextsComeBack) {
+  open();
+  auto& table = widget<MyTable>("twVariables");
+  table.editCell(0, VariablesModel::kAlias);
+  QTest::keyClicks(table.indexWidget(table.currentIndex()), QStringLiteral("alias"));
+  field().setExpression(QStringLiteral("x +"));
+  widget<QLineEdit>("leName").setText(QStringLiteral("sum"));
+  widget<NotesField>("leNotes").setPlainText(QStringLiteral("line\nline"));
+  const QMap<QString, QString> typed = m_editor->uncommittedState();
+  EXPECT_EQ(typed.size(), 4);
+  open();
+  m_editor->restoreUncommitted(typed);
+  EXPECT_EQ(m_editor->uncommittedState(), typed);
+  EXPECT_FALSE(hasSaved("sum"));
+  m_editor->commit();
+  EXPECT_TRUE(hasSaved("name='sum'"));
+  EXPECT_EQ(variables().variables()[0].name(), "alias");
+  EXPECT_TRUE(hasSaved(">alias +<"));
+  EXPECT_TRUE(hasSaved("notes='line&#10;line'"));
+}
+
+TEST_F(CalculatorEditorTest, ExpressionsFollowTheNewNameOfAVariable) {
+  open(
+      "<Calculator name='c'><InputVars><InputVar column='x'/></InputVars><OutputVars><OutputVar "
+      "name='a'>x + x(1)</OutputVar><OutputVar name='b'>2 * x // \"x\"</OutputVar></OutputVars>"
+      "</Calculator>");
+  variables().setData(variables().index(0, VariablesModel::kAlias), QStringLiteral("price"),
+                      Qt::EditRole);
+  EXPECT_TRUE(hasSaved(">price + x(1)<")) << saved();
+  EXPECT_TRUE(hasSaved(">2 * price // \"x\"<") || hasSaved(">2 * price // &quot;x&quot;<"));
+}
+
+TEST_F(CalculatorEditorTest, LeadsToThePositionThatTheLogNames) {
+  open();
+  m_editor->showPosition(QStringLiteral("b"), -1);
+  EXPECT_EQ(tabs().currentIndex(), 1);
+  m_editor->showPosition(QStringLiteral("a"), 4);
+  EXPECT_EQ(tabs().currentIndex(), 0);
+  EXPECT_EQ(field().editor()->textCursor().selectedText(), "1");
+}
+
 using VectorizedTest = EditorTest<Interface_actionMathParser, CalculatorVectorized>;
 
 TEST_F(VectorizedTest, ListsTheColumnsThatItWillCreate) {
@@ -165,9 +208,13 @@ TEST_F(VectorizedTest, ListsTheColumnsThatItWillCreate) {
   EXPECT_EQ(vectors.index(0, 1).data().toInt(), 2);
   EXPECT_EQ(vectors.index(0, 2).data().toString(), "a1, a2");
 
+  EXPECT_EQ(widget<QSpinBox>("sbShownElement").maximum(), 1);
+
   write(QStringLiteral("v // \"_new\""), "nameExpression");
   EXPECT_TRUE(comes({"a1_new", "a2_new"})) << listed().join(u' ').toStdString();
   EXPECT_TRUE(hasSaved("name='v // &quot;_new&quot;'"));
+  write(QStringLiteral("load(\"names\")"), "nameExpression");
+  EXPECT_TRUE(comes({})) << "a file is not read while somebody types";
   write(QStringLiteral("1"), "nameExpression");
   EXPECT_TRUE(comes({}));
 }

@@ -1,11 +1,14 @@
 // What anyone expects of the editors as a whole: they can be used without a mouse, cut nothing,
 // survive whatever is done to them, and debug the action while it is edited.
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 
 #include "actions/calculator_vectorized/calculator_vectorized.h"
 #include "host/widget_testing/random_events.h"
 #include "host/widget_testing/widget_walk.h"
 #include "host/widgets/info_line.h"
+#include "host/widgets/translation.h"
 #include "ui/debugger/tests/debugged_branch.h"
 #include "ui/editors/interface_action_filter_rows.h"
 #include "ui/editors/interface_action_math_parser.h"
@@ -26,6 +29,7 @@ const std::string kVectorized =
     "<CalculatorVectorized" + std::string(kOutputs) + "</CalculatorVectorized>";
 
 constexpr int kNarrow = 380;
+constexpr QSize kInWindow(1020, 574);  // of 1280 x 800
 constexpr int kRandomEvents = 2000;
 
 template <typename Editor, typename Action>
@@ -40,14 +44,27 @@ class WalkTest : public EditorTest<Editor, Action> {
   void expectNone(const QStringList& faults) {
     EXPECT_TRUE(faults.isEmpty()) << faults.join(u'\n').toStdString();
   }
+  // Of the page of the expression.
+  int scrolledHeight() {
+    for (const QScrollArea* area : this->m_editor->template findChildren<QScrollArea*>()) {
+      if (area->isAncestorOf(&this->field())) {
+        return area->verticalScrollBar()->maximum();
+      }
+    }
+    return -1;
+  }
   template <typename... Arguments>
   void walk(const std::string& xml, Arguments... arguments) {
     this->open(xml, arguments...);
     QWidget& editor = *this->m_editor;
+    editor.resize(kInWindow);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return scrolledHeight() == 0; })) << scrolledHeight();
     onEveryPage(editor, [&] {
       expectNone(controlsWithoutName(editor));
       expectNone(controlsOutOfTabReach(editor));
       expectNone(keysWithTwoOwners(editor));
+      expectNone(mnemonicsWithTwoOwners(editor));
       expectNone(cutTexts(editor));
     });
     EXPECT_LE(editor.minimumSizeHint().width(), kNarrow);
@@ -56,8 +73,12 @@ class WalkTest : public EditorTest<Editor, Action> {
     onEveryPage(editor, [&] { expectNone(cutTexts(editor)); });
 
     const LargeFonts fonts(2.0);
+    const Translation translation({"de"});
     this->open(xml, arguments...);
-    onEveryPage(*this->m_editor, [&] { expectNone(cutTexts(*this->m_editor)); });
+    onEveryPage(*this->m_editor, [&] {
+      expectNone(cutTexts(*this->m_editor));
+      expectNone(mnemonicsWithTwoOwners(*this->m_editor, QStringLiteral("de")));
+    });
   }
   template <typename... Arguments>
   void shake(const std::string& xml, Arguments... arguments) {

@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QTableView>
 #include <QTabWidget>
 
 #include "host/widgets/info_line.h"
@@ -48,7 +49,7 @@ TEST_F(FilterEditorTest, EachControlWritesItsAttributeAndReportsIt) {
       {"addN", " addN='0'", [&] { click("cbAddN"); }},
       {"useJIT", " useJIT='0'", [&] { click("cbUseJIT"); }},
       {"abortWhenError", " abortWhenError='0'", [&] { choose("cmbError", 0); }},
-      {"comments", " comments='why'", [&] { type("leComments", QStringLiteral("why")); }},
+      {"comments", " comments='why'", [&] { typeNotes("leComments", QStringLiteral("why")); }},
       {"addNow", " addNow='1'", [&] { click("cbAddNow"); }},
       {"addNowS", " addNowS='1'", [&] { click("cbAddNowDate"); }},
       {"seed", " seed='7'", [&] { widget<QSpinBox>("sbSeed").setValue(7); }},
@@ -201,7 +202,7 @@ TEST_F(FilterEditorTest, EditsTheVariables) {
   click("pbGetColumnNames");
   EXPECT_EQ(QApplication::clipboard()->text(), "x\nunit price");
   m_editor->on_insertVar(1);
-  EXPECT_EQ(field().expression(), " unit_price x > 1");
+  EXPECT_EQ(field().expression(), " unit_price gone > 1") << "as the variable is called now";
   write(QStringLiteral("1"));
   m_editor->on_insertVar(1);
   EXPECT_EQ(field().expression(), "unit_price");
@@ -209,6 +210,25 @@ TEST_F(FilterEditorTest, EditsTheVariables) {
   write(QStringLiteral("x"));
   click("pbAddNamed");
   EXPECT_TRUE(hasSaved("<InputVar column='x'"));
+}
+
+TEST_F(FilterEditorTest, GoesAwayWhileACellOrASettingIsEdited) {
+  for (const bool isCell : {true, false}) {
+    open(kFilter);
+    QApplication::setActiveWindow(m_editor.get());
+    if (isCell) {
+      auto& table = widget<QTableView>("twVariables");
+      table.setFocus();
+      table.edit(table.model()->index(0, VariablesModel::kAlias));
+    } else {
+      widget<QTabWidget>("tabs").setCurrentIndex(1);
+      widget<QSpinBox>("sbSeed").setFocus();
+      widget<QSpinBox>("sbSeed").selectAll();
+    }
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("7"));
+    m_editor.reset();
+    EXPECT_TRUE(hasSaved("<InputVar column='x'"));
+  }
 }
 
 TEST_F(FilterEditorTest, WorksWithoutAnInput) {

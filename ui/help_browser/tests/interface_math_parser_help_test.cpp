@@ -98,6 +98,9 @@ TEST(MathParserHelp, EvaluatesTheExampleAndWhatIsMadeOfIt) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return browser.value->text().startsWith("= 264.59 "); }))
       << browser.value->text().toStdString();
   auto* expression = browser.help.findChild<QLineEdit*>("leTry");
+  emit browser.help.findChild<QTextBrowser*>("tbDetails")->anchorClicked(QUrl("example1"));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return browser.value->text().startsWith("= 20015.09 "); }))
+      << browser.value->text().toStdString();
   expression->setText("dateDiffInDay(\"2024-01-01\", \"2024-01-31\")");
   EXPECT_TRUE(QTest::qWaitFor([&] { return browser.value->text().startsWith("= 30 "); }))
       << browser.value->text().toStdString();
@@ -121,6 +124,7 @@ TEST(MathParserHelp, CanBeUsedByEverybody) {
       EXPECT_EQ(joined(testing::controlsOutOfTabReach(browser.help)), "");
       EXPECT_EQ(joined(testing::cutTexts(browser.help)), "");
       EXPECT_EQ(joined(testing::keysWithTwoOwners(browser.help)), "");
+      EXPECT_EQ(joined(testing::mnemonicsWithTwoOwners(browser.help, language)), "");
     }
   }
 }

@@ -56,6 +56,16 @@ TEST(Completion, RanksByMatchAndUse) {
   EXPECT_EQ(firstOf(at(completion, "1 + pri|")), "priceLimit");
 }
 
+TEST(Completion, OffersNoVariableWithoutAName) {
+  Formula formula = shopFormula();
+  formula.variables.emplace_back();
+  const Completion completion(formula);
+  for (const Candidate& candidate : at(completion, "|", true).candidates) {
+    EXPECT_FALSE(candidate.name.isEmpty());
+  }
+  EXPECT_EQ(firstOf(at(completion, "sbstr|")), "substr");
+}
+
 TEST(Completion, InsertsWhatFits) {
   const Completion completion(shopFormula());
   EXPECT_EQ(chosen(completion, "x + strle|"), "x + strlen(|)");

@@ -1,0 +1,14 @@
+// The fields of a CSV file's settings, which reading and writing share.
+//
+// Used by: read_csv_editor.cpp, write_table_editor.cpp.
+#pragma once
+
+#include "gui/host_editors/choice_field.h"
+
+namespace kelvarin {
+
+ChoiceField* newSeparatorField();
+ChoiceField* newQuoteField();
+ChoiceField* newNullTextField();
+
+}  // namespace kelvarin

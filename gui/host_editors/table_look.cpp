@@ -1,0 +1,115 @@
+#include "gui/host_editors/table_look.h"
+
+#include <algorithm>
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include "host/files/file_hints.h"
+
+namespace kelvarin {
+
+namespace {
+
+constexpr std::size_t kRows = 50;
+
+// The first error ends it.
+Status<QString> readRows(BatchReader& reader, const TableColumns& columns, TableLook& look,
+                         const std::function<bool()>& isStopped) {
+  RowBatch batch;
+  batch.setColumns(columns.types);
+  std::vector<unsigned char*> values(columns.types.size());
+  while (look.rows.size() < kRows && !isStopped()) {
+    const auto outcome = reader.next(batch);
+    if (!outcome) {
+      return Failure{outcome.error()};
+    }
+    if (*outcome == ReadOutcome::end) {
+      break;
+    }
+    while (look.rows.size() < kRows && batch.takeRow(values.data())) {
+      std::vector<ShownValue>& row = look.rows.emplace_back();
+      for (std::size_t i = 0; i < values.size(); ++i) {
+        row.push_back(shownBytes(columns.types[i], values[i]));
+      }
+    }
+  }
+  return Done{};
+}
+
+TableLook lookOnce(const MakeBatchReader& makeReader, const ColumnRules& rules,
+                   const std::function<bool()>& isStopped) {
+  TableLook look;
+  auto reader = makeReader(rules);
+  if (!reader) {
+    look.fault = reader.error();
+    return look;
+  }
+  const auto columns = (*reader)->open();
+  look.notes = (*reader)->notes();
+  if (!columns) {
+    look.fault = columns.error();
+    return look;
+  }
+  for (std::size_t i = 0; i < columns->types.size(); ++i) {
+    const MetaTypeColumn type = columns->types[i];
+    look.columns.push_back({columns->names[static_cast<qsizetype>(i)], type, type});
+  }
+  if (const auto status = readRows(**reader, *columns, look, isStopped); !status) {
+    look.fault = status.error();
+  }
+  look.notes += (*reader)->warnings();
+  return look;
+}
+
+}  // namespace
+
+TableLook lookIntoTable(const MakeBatchReader& makeReader, const ColumnRules& rules,
+                        const std::function<bool()>& isStopped) {
+  TableLook look = lookOnce(makeReader, rules, isStopped);
+  if (!look.fault.isEmpty() && !look.columns.empty() && !rules.areBadValuesNull) {
+    ColumnRules tolerant = rules;
+    tolerant.areBadValuesNull = true;
+    look.rows = lookOnce(makeReader, tolerant, isStopped).rows;
+  }
+  if (rules.declared.empty() || isStopped()) {
+    return look;
+  }
+  const TableLook undeclared = lookOnce(makeReader, {rules.areBadValuesNull, {}}, isStopped);
+  if (look.columns.empty()) {
+    look.columns = undeclared.columns;
+  }
+  for (std::size_t i = 0; i < std::min(look.columns.size(), undeclared.columns.size()); ++i) {
+    look.columns[i].found = undeclared.columns[i].found;
+  }
+  return look;
+}
+
+QString whyNotLookedInto(const QString& path) {
+  const QFileInfo file(path);
+  if (!file.exists()) {
+    const QString hint = missingFileHint(path);
+    const QString text =
+        QCoreApplication::translate("kelvarin::TableLook", "There is no file '%1'.").arg(path);
+    return hint.isEmpty() ? text : text + u' ' + hint;
+  }
+  if (file.isDir()) {
+    return QCoreApplication::translate("kelvarin::TableLook",
+                                       "'%1' is a folder. Name a file in it.")
+        .arg(path);
+  }
+  if (!file.isFile()) {
+    return QCoreApplication::translate("kelvarin::TableLook",
+                                       "'%1' is a pipe or a device: only a run reads it.")
+        .arg(path);
+  }
+  if (!file.isReadable()) {
+    return QCoreApplication::translate(
+               "kelvarin::TableLook",
+               "You may not read the file '%1'. Ask its owner for the permission.")
+        .arg(path);
+  }
+  return {};
+}
+
+}  // namespace kelvarin

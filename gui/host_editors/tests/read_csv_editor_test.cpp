@@ -1,0 +1,172 @@
+// The editor of ReadCSV: what it finds in a file, and what a user makes of it.
+#include <QPlainTextEdit>
+#include <QTableView>
+
+#include "gui/host_editors/csv_guess.h"
+#include "gui/host_editors/csv_raw_lines.h"
+#include "gui/host_editors/table_columns_model.h"
+#include "gui/host_editors/tests/editor_fixture.h"
+#include "host/widgets/info_line.h"
+
+namespace kelvarin {
+namespace {
+
+class ReadCsvEditorTest : public testing::HostEditorTest {
+ protected:
+  void openFile(const QByteArray& bytes, const QByteArray& settings = {},
+                const QByteArray& children = {}) {
+    write("a.csv", bytes);
+    open("<ReadCSV name='a' file='a.csv' " + settings + ">" + children + "</ReadCSV>");
+  }
+  QString cell(const char* table, int row, int column) {
+    return widget<QTableView>(table).model()->index(row, column).data().toString();
+  }
+  void setCell(const char* table, int row, int column, const QString& value) {
+    QAbstractItemModel& model = *widget<QTableView>(table).model();
+    EXPECT_TRUE(model.setData(model.index(row, column), value));
+    QCoreApplication::processEvents();
+    settle();
+  }
+  QString state() { return widget<InfoLine>("state").text(); }
+  QString found() { return widget<InfoLine>("found").text(); }
+};
+
+TEST_F(ReadCsvEditorTest, ShowsColumnsTypesRowsAndTheFileAsItStands) {
+  openFile("id,name\r\n1,\"a, b\"\r\n2,\r\n");
+  EXPECT_EQ(state(), QStringLiteral("Columns: 2"));
+  EXPECT_EQ(cell("columns", 0, TableColumnsModel::kType), QStringLiteral("Number (found)"));
+  EXPECT_EQ(cell("columns", 1, TableColumnsModel::kValues), QStringLiteral("a, b, null"));
+  EXPECT_EQ(cell("rows", 0, 1), QStringLiteral("a, b"));
+  EXPECT_EQ(widget<QPlainTextEdit>("raw").toPlainText(),
+            QStringLiteral("id,name\u2003[CR LF]\n1,\"a, b\"\u2003[CR LF]\n2,\u2003[CR LF]"));
+  EXPECT_TRUE(found().contains(QStringLiteral("CR LF"))) << found().toStdString();
+}
+
+TEST_F(ReadCsvEditorTest, ProposesSettingsThatFitAndTakesThemAtOneClick) {
+  openFile("\xEF\xBB\xBFid;price\n1;1,5\n2;NA\n3;4\n");
+  EXPECT_TRUE(found().contains(QStringLiteral("separator ';'"))) << found().toStdString();
+  EXPECT_TRUE(found().contains(QStringLiteral("decimal comma")));
+  emit widget<InfoLine>("found").linkActivated(QStringLiteral("take"));
+  settle();
+  ASSERT_EQ(m_committed.size(), 1);
+  const EditedElement element = EditedElement::of(*parseXml(m_committed[0]));
+  EXPECT_EQ(element.attribute(QStringLiteral("separator")), QStringLiteral(";"));
+  EXPECT_EQ(element.attribute(QStringLiteral("nullText")), QStringLiteral("NA"));
+  EXPECT_TRUE(element.attribute(QStringLiteral("header")).isNull());
+  EXPECT_EQ(cell("rows", 1, 1), QStringLiteral("null"));
+}
+
+TEST_F(ReadCsvEditorTest, ATypeIsFixedAndLeftToTheFileAgain) {
+  openFile("id,name\n1,one\n");
+  setCell("columns", 0, TableColumnsModel::kType, QStringLiteral("K"));
+  ASSERT_EQ(m_committed.size(), 1);
+  EXPECT_TRUE(m_committed[0].contains("<Column name='id' meta='K'/>")) << m_committed[0].data();
+  EXPECT_EQ(cell("columns", 0, TableColumnsModel::kType), QStringLiteral("Key"));
+  setCell("columns", 0, TableColumnsModel::kType, QString());
+  ASSERT_EQ(m_committed.size(), 2);
+  EXPECT_FALSE(m_committed[1].contains("<Column")) << m_committed[1].data();
+  EXPECT_EQ(cell("columns", 0, TableColumnsModel::kType), QStringLiteral("Number (found)"));
+}
+
+TEST_F(ReadCsvEditorTest, AValueThatDoesNotFitIsNamedAndTheRowsAreShownAllTheSame) {
+  openFile("id,name\n1,one\nx,two\n", {}, "<Column name='id' meta='F'/>");
+  EXPECT_TRUE(state().contains(QStringLiteral("line 3"))) << state().toStdString();
+  EXPECT_EQ(cell("rows", 1, 0), QStringLiteral("null"));
+  EXPECT_EQ(cell("rows", 1, 1), QStringLiteral("two"));
+}
+
+TEST_F(ReadCsvEditorTest, ColumnsOfAFileWithoutHeaderAreNamed) {
+  openFile("1,one\n2,two\n", "header='0'");
+  setCell("columns", 1, TableColumnsModel::kName, QStringLiteral("name"));
+  ASSERT_EQ(m_committed.size(), 1);
+  EXPECT_TRUE(
+      m_committed[0].contains("<Column name='col1' meta='F'/><Column name='name' meta='U'/>"))
+      << m_committed[0].data();
+  EXPECT_EQ(cell("columns", 1, TableColumnsModel::kName), QStringLiteral("name"));
+  setCell("columns", 0, TableColumnsModel::kType, QStringLiteral("U"));
+  EXPECT_TRUE(m_committed.last().contains("<Column name='col1' meta='U'/>"));
+  setCell("columns", 0, TableColumnsModel::kType, QString());
+  EXPECT_TRUE(m_committed.last().contains("<Column name='col1' meta='F'/>"))
+      << "an element in the midst names its column, and stays";
+}
+
+TEST_F(ReadCsvEditorTest, ADeclaredColumnThatTheFileLacksStaysAndCanBeTakenOut) {
+  openFile("id\n1\n", {}, "<Column name='gone' meta='F'/>");
+  EXPECT_TRUE(state().contains(QStringLiteral("gone")));
+  EXPECT_EQ(cell("columns", 1, TableColumnsModel::kName), QStringLiteral("gone"));
+  setCell("columns", 1, TableColumnsModel::kType, QString());
+  ASSERT_EQ(m_committed.size(), 1);
+  EXPECT_FALSE(m_committed[0].contains("gone"));
+}
+
+TEST_F(ReadCsvEditorTest, SaysWhatIsWrongWithAFileAndWhatToDo) {
+  const std::vector<std::pair<QByteArray, const char*>> files{
+      {"", "is empty"},
+      {QByteArray("\xFF\xFEi\0d\0", 6), "Convert it to UTF-8"},
+      {QByteArray("a,b\0\n", 5), "zero bytes"},
+      {"na\xEFve,b\n1,2\n", "not UTF-8"},
+      {"PAR1\x15 and more", "ReadParquet"},
+      {"a,b\n1,2,3\n", "line 2"}};
+  for (const auto& [bytes, text] : files) {
+    openFile(bytes);
+    EXPECT_TRUE(state().contains(QLatin1String(text))) << text << ": " << state().toStdString();
+  }
+  open("<ReadCSV name='a' file='none.csv'/>");
+  EXPECT_TRUE(state().contains(QStringLiteral("no file"))) << state().toStdString();
+  open("<ReadCSV name='a' file='/'/>");
+  EXPECT_TRUE(state().contains(QStringLiteral("folder"))) << state().toStdString();
+  open("<ReadCSV name='a' file='/dev/stdin'/>");
+  EXPECT_FALSE(state().isEmpty());
+  open("<ReadCSV name='a'/>");
+  EXPECT_TRUE(state().contains(QStringLiteral("Choose"))) << state().toStdString();
+  write("a.csv", "a,b\n1,2\n");
+  open("<ReadParquet name='a' file='a.csv'/>");
+  EXPECT_TRUE(state().contains(QStringLiteral("ReadCSV"))) << state().toStdString();
+}
+
+TEST(CsvGuess, FindsHowFilesAreWritten) {
+  struct Case {
+    std::string_view text;
+    const char* separator;
+    bool hasHeader;
+    const char* nullText;
+  };
+  const Case cases[] = {{"a,b\n1,2\n", ",", true, ""},
+                        {"a;b\n1,5;2\n1,7;3\n", ";", true, ""},
+                        {"a\tb c, d\n1\tx, y\n", "\\t", true, ""},
+                        {"1|2\n3|4\n", "|", false, ""},
+                        {"\"x;y\",\"b\"\n1,NULL\n2,3\n", ",", true, "NULL"},
+                        {"alone\n1\n2\n", ",", true, ""}};
+  for (const Case& file : cases) {
+    const CsvGuess guess = guessCsv(file.text, true);
+    EXPECT_EQ(guess.separator.toStdString(), file.separator) << file.text;
+    EXPECT_EQ(guess.hasHeader, file.hasHeader) << file.text;
+    EXPECT_EQ(guess.nullText.toStdString(), file.nullText) << file.text;
+  }
+  EXPECT_EQ(guessCsv("'a','b'\r\n'1','x'\r\n", true).quote, QStringLiteral("'"));
+  EXPECT_EQ(guessCsv("", true).columnCount, 0U);
+  EXPECT_TRUE(guessCsv("a\xC3", false).isUtf8) << "cut within a character";
+  EXPECT_FALSE(guessCsv("a\xE9,b", true).isUtf8);
+}
+
+TEST(CsvRawLines, SeparatorsInQuotesAreNone) {
+  const std::vector<CsvRawLine> lines =
+      csvRawLines("\xC3\xA4,\"x,\"\"y\"\nb,\"two\r\nlines\"\n1,2,3\n", {}, true);
+  ASSERT_EQ(lines.size(), 4U);
+  std::vector<int> separators;
+  int quotes = 0;
+  for (const CsvRawLine::Mark& mark : lines[0].marks) {
+    quotes += mark.isQuote ? 1 : 0;
+    if (!mark.isQuote) {
+      separators.push_back(mark.position);
+    }
+  }
+  EXPECT_EQ(separators, std::vector<int>{1});
+  EXPECT_EQ(quotes, 4);
+  EXPECT_EQ(lines[1].lineEnd, QStringLiteral("CR LF"));
+  EXPECT_EQ(lines[2].marks.size(), 1U);
+  EXPECT_TRUE(lines[3].marks.empty()) << "not a record of this table";
+}
+
+}  // namespace
+}  // namespace kelvarin

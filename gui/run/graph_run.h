@@ -1,0 +1,51 @@
+// A run of the open graph on threads of its own: of a copy, while the graph is edited.
+//
+// Threads: the user-interface thread; signals come on it, at most 10 a second while a run goes on.
+#pragma once
+
+#include <memory>
+
+#include <QHash>
+#include <QObject>
+
+#include "gui/document/action_state.h"
+#include "gui/document/edited_graph.h"
+#include "gui/services/edit_services.h"
+#include "host/engine/run_graph.h"
+
+namespace kelvarin {
+
+class GraphRun : public QObject {
+  Q_OBJECT
+
+ public:
+  // What is passed outlives the run.
+  GraphRun(EditedGraph& graph, EditServices& services, QObject* parent = nullptr);
+  // Stops what runs and waits for its end.
+  ~GraphRun() override;
+
+  // False while a run goes on, or where the graph has nothing to run.
+  bool start();
+  // Only this action and what is above it; its sinks below are left alone.
+  bool startTo(ActionId action);
+  void stop();
+  bool isRunning() const;
+
+  // By action; the last run's until the next one. Stale where the graph changed since.
+  const QHash<ActionId, ActionState>& states() const;
+  // Of the last run that has ended; null before.
+  const RunResult* result() const;
+  // That runs the graph with the same parameters; empty where the graph has no file.
+  QString commandLine() const;
+
+ signals:
+  void started();
+  void statesChanged();
+  void ended();
+
+ private:
+  class Parts;
+  std::unique_ptr<Parts> m_parts;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,289 @@
+#include "gui/window/host_window.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <utility>
+
+#include <QDockWidget>
+#include <QFileInfo>
+#include <QLabel>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include "gui/canvas/canvas_view.h"
+#include "gui/canvas/minimap.h"
+#include "gui/dialogs/text_dialogs.h"
+#include "gui/log/log_panel.h"
+#include "gui/palette/palette_panel.h"
+#include "gui/preview/preview_panel.h"
+#include "gui/run/run_report_panel.h"
+#include "gui/window/property_panel.h"
+#include "gui/window/recovery_offer.h"
+#include "gui/window/shortcut_precedence.h"
+#include "gui/window/start_page.h"
+#include "host/widgets/info_line.h"
+#include "host/widgets/user_interface.h"
+
+namespace kelvarin {
+
+namespace {
+
+// Those that sinks have taken; of a graph without sinks, those that sources have made.
+long long rowCountOf(const RunResult& result) {
+  long long taken = 0;
+  long long made = 0;
+  for (const ActionResult& action : result.actions) {
+    for (const long long count : action.rowsIn) {
+      taken += action.rowsOut.empty() ? count : 0;
+    }
+    for (const long long count : action.rowsOut) {
+      made += action.rowsIn.empty() ? count : 0;
+    }
+  }
+  return taken > 0 ? taken : made;
+}
+
+}  // namespace
+
+HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& theme,
+                       std::vector<ParameterOverride> settings)
+    : m_commands(commands),
+      m_graph(commands.graph()),
+      m_services(services),
+      m_theme(theme),
+      m_settings(std::move(settings)),
+      m_run(m_graph, services),
+      m_columns(m_graph, services),
+      m_pages(new QStackedWidget),
+      m_start(new StartPage),
+      m_canvas(new CanvasView(commands, theme)),
+      m_recovery(new RecoveryOffer),
+      m_notice(new InfoLine),
+      m_palette(new PalettePanel(m_graph.catalogue())),
+      m_properties(new PropertyPanel(commands)),
+      m_preview(new PreviewPanel(m_graph, services)),
+      m_log(new LogPanel),
+      m_report(new RunReportPanel(m_run)),
+      m_unsaved(commands, *m_properties),
+      m_outcome(new QLabel) {
+  setAcceptDrops(true);
+  setDockOptions(AnimatedDocks | AllowTabbedDocks | AllowNestedDocks);
+  makeCentre();
+  makeDocks();
+  makeMenus();
+  connectGraph();
+  connectWork();
+  connectCanvas();
+  connectPreview();
+  connectFile();
+  new ShortcutPrecedence(*m_propertiesDock, *this);
+  resize(1280, 800);
+  restoreState();
+  showPage();
+  showRunState();
+}
+
+HostWindow::~HostWindow() {
+  m_run.stop();
+  m_properties->showAction(kNoId);
+}
+
+void HostWindow::makeCentre() {
+  new Minimap(*m_canvas);
+  m_pages->addWidget(m_start);
+  m_pages->addWidget(m_canvas);
+  auto* centre = new QWidget;
+  auto* layout = new QVBoxLayout(centre);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  for (InfoLine* line : std::initializer_list<InfoLine*>{m_recovery, m_notice}) {
+    line->setContentsMargins(12, 8, 12, 8);
+  }
+  layout->addWidget(m_recovery);
+  layout->addWidget(m_notice);
+  layout->addWidget(m_pages, 1);
+  setCentralWidget(centre);
+}
+
+QDockWidget* HostWindow::newDock(const QString& name, const QString& title, QWidget* content,
+                                 Qt::DockWidgetArea area) {
+  auto* dock = new QDockWidget(title, this);
+  dock->setObjectName(name);
+  dock->setWidget(content);
+  addDockWidget(area, dock);
+  return dock;
+}
+
+void HostWindow::makeDocks() {
+  setCorner(Qt::BottomLeftCorner, Qt::BottomDockWidgetArea);
+  setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+  setTabPosition(Qt::BottomDockWidgetArea, QTabWidget::North);
+  m_paletteDock =
+      newDock(QStringLiteral("palette"), tr("Actions"), m_palette, Qt::LeftDockWidgetArea);
+  m_propertiesDock = newDock(QStringLiteral("properties"), tr("Properties"), m_properties,
+                             Qt::RightDockWidgetArea);
+  m_previewDock =
+      newDock(QStringLiteral("preview"), tr("Preview"), m_preview, Qt::BottomDockWidgetArea);
+  m_logDock = newDock(QStringLiteral("log"), tr("Log"), m_log, Qt::BottomDockWidgetArea);
+  m_reportDock =
+      newDock(QStringLiteral("report"), tr("Run report"), m_report, Qt::BottomDockWidgetArea);
+  tabifyDockWidget(m_previewDock, m_logDock);
+  tabifyDockWidget(m_logDock, m_reportDock);
+  m_previewDock->raise();
+  resizeDocks({m_paletteDock, m_propertiesDock}, {208, 480}, Qt::Horizontal);
+  resizeDocks({m_previewDock}, {240}, Qt::Vertical);
+}
+
+void HostWindow::connectGraph() {
+  connect(&m_graph, &EditedGraph::modifiedChanged, this, &HostWindow::showTitle);
+  connect(&m_graph, &EditedGraph::loaded, this, &HostWindow::showTitle);
+  connect(&m_graph, &EditedGraph::actionChanged, this, &HostWindow::showTitle);
+  connect(&m_graph, &EditedGraph::rowsMayDiffer, this, &HostWindow::showStates);
+  connect(&m_commands, &GraphCommands::editorPositionWanted, this,
+          [this](ActionId action, const EditorPosition& position) {
+            select(action, false);
+            m_properties->showPosition(position);
+          });
+  connect(&m_services, &EditServices::modified, m_properties, &PropertyPanel::noteEdit);
+  connect(&m_services, &EditServices::helpWanted, this, &HostWindow::showHelp);
+  connect(&m_services, &EditServices::logged, m_log, &LogPanel::append);
+  connect(m_log, &LogPanel::actionWanted, this, &HostWindow::openLogEntry);
+}
+
+void HostWindow::connectWork() {
+  connect(&m_run, &GraphRun::started, this, &HostWindow::showRunState);
+  connect(&m_run, &GraphRun::statesChanged, this, &HostWindow::showStates);
+  connect(&m_run, &GraphRun::ended, this, &HostWindow::showRunState);
+  connect(&m_columns, &DesignColumns::changed, this,
+          [this] { m_canvas->setProblems(m_columns.problems()); });
+  connect(&m_arrangement, &Arrangement::arranged, this,
+          [this](const QHash<ActionId, QPointF>& positions) {
+            if (std::exchange(m_arrangesUnasked, false)) {
+              m_graph.showAt(positions);
+            } else {
+              m_commands.moveActions(positions, {});
+            }
+            m_canvas->zoomToAll();
+          });
+  connect(&m_arrangement, &Arrangement::failed, this, &HostWindow::showNotice);
+  connect(m_report, &RunReportPanel::actionWanted, this,
+          [this](const QString& name) { select(m_graph.idOf(name), false); });
+}
+
+void HostWindow::showPage() {
+  if (m_hasGraph) {
+    m_pages->setCurrentWidget(m_canvas);
+  } else {
+    m_start->refresh();
+    m_pages->setCurrentWidget(m_start);
+    if (!std::exchange(m_hasExamples, true)) {
+      QMetaObject::invokeMethod(this, &HostWindow::showExamples, Qt::QueuedConnection);
+    }
+  }
+  showPanels(m_hasGraph);
+  enableActions();
+  showTitle();
+}
+
+// The start page has the window for itself.
+void HostWindow::showPanels(bool areShown) {
+  if (areShown == m_hidden.isEmpty()) {
+    return;
+  }
+  if (areShown) {
+    QMainWindow::restoreState(std::exchange(m_hidden, {}));
+    return;
+  }
+  m_hidden = QMainWindow::saveState();
+  m_bar->hide();
+  for (QDockWidget* dock : findChildren<QDockWidget*>()) {
+    dock->hide();
+  }
+}
+
+void HostWindow::showTitle() {
+  setWindowTitle(m_hasGraph ? tr("%1[*] - kelvarin").arg(graphName())
+                            : QStringLiteral("kelvarin[*]"));
+  setWindowModified(m_hasGraph && m_graph.isModified());
+  const ActionId current = m_properties->action();
+  m_propertiesDock->setWindowTitle(
+      current == kNoId ? tr("Properties")
+                       : tr("%1 \"%2\"").arg(m_graph.typeName(current), m_graph.name(current)));
+}
+
+void HostWindow::showCurrentAction() {
+  m_properties->showAction(m_canvas->currentAction());
+  showTitle();
+  enableActions();
+  previewSelection();
+}
+
+void HostWindow::showStates() {
+  m_canvas->setStates(m_run.states());
+}
+
+void HostWindow::showRunState() {
+  enableActions();
+  showStates();
+  if (m_run.isRunning()) {
+    m_outcome->setText(tr("Running ..."));
+  } else if (const RunResult* result = m_run.result()) {
+    showOutcome(*result);
+  } else {
+    m_outcome->clear();
+  }
+}
+
+void HostWindow::showOutcome(const RunResult& result) {
+  const QLocale locale;
+  const QString seconds = locale.toString(result.seconds, 'f', 2);
+  switch (result.state) {
+    case GlobalParameters::RunningState::endedNormally:
+      m_outcome->setText(tr("ok, %1 rows, %2 s").arg(locale.toString(rowCountOf(result)), seconds));
+      return;
+    case GlobalParameters::RunningState::stoppedByUser:
+      m_outcome->setText(tr("stopped after %1 s").arg(seconds));
+      return;
+    default:
+      m_outcome->setText(tr("failed after %1 s: see the log").arg(seconds));
+      m_logDock->raise();
+  }
+}
+
+void HostWindow::openLogEntry(const LogEntry& entry) {
+  const ActionId action = m_graph.idOf(entry.action);
+  if (action == kNoId) {
+    return;
+  }
+  select(action, false);
+  if (m_properties->editor() != nullptr &&
+      (entry.details.position >= 0 || !entry.details.output.isEmpty())) {
+    m_properties->editor()->showPosition(entry.details.output, entry.details.position);
+  }
+}
+
+void HostWindow::showHelp(const QString& helpId) {
+  for (const CatalogueEntry& entry : m_graph.catalogue().entries()) {
+    if ((entry.helpId == helpId || entry.typeName == helpId) &&
+        showActionPage(entry.typeName, this)) {
+      return;
+    }
+  }
+  statusBar()->showMessage(tr("There is no help page \"%1\".").arg(helpId));
+}
+
+void HostWindow::showNotice(const QString& text) {
+  m_notice->setMessage(Severity::warning, text, {{QStringLiteral("close"), tr("Close")}});
+}
+
+QString HostWindow::graphName() const {
+  const QString& origin = m_graph.graph().file;
+  if (!m_file.path().isEmpty() || origin.isEmpty()) {
+    return m_file.path().isEmpty() ? tr("New graph") : QFileInfo(m_file.path()).fileName();
+  }
+  return tr("Copy of %1").arg(QFileInfo(origin).fileName());
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,197 @@
+// The window of `kelvarin gui`: palette, canvas, property panel; preview, log and run report below.
+//
+// The window owns what works beside it: the run, the check of the graph while it is edited, the
+// arrangement, the file. Every change of the graph is a command.
+// Threads: the user-interface thread; files, rows, checks, runs and layouts are worked on beside
+// it.
+#pragma once
+
+#include <functional>
+
+#include <QMainWindow>
+
+#include "gui/arrange/arrangement.h"
+#include "gui/document/document_file.h"
+#include "gui/document/graph_commands.h"
+#include "gui/run/design_columns.h"
+#include "gui/run/graph_run.h"
+#include "gui/services/edit_services.h"
+#include "gui/window/unsaved_work.h"
+
+class QDockWidget;
+class QLabel;
+class QMenu;
+class QStackedWidget;
+class QToolBar;
+
+namespace kelvarin {
+
+class CanvasView;
+class InfoLine;
+class LogPanel;
+class PalettePanel;
+class PreviewPanel;
+class PropertyPanel;
+class RecoveryOffer;
+class RunReportPanel;
+class StartPage;
+class Theme;
+enum class OtherFileChoice;
+
+class HostWindow : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  // What is passed outlives the window. `settings` are values for parameters of graphs.
+  HostWindow(GraphCommands& commands, EditServices& services, Theme& theme,
+             std::vector<ParameterOverride> settings = {});
+  ~HostWindow() override;
+
+  // Asks first where changes would be lost.
+  void newGraph();
+  void open(const QString& path);
+  // Looks for graphs that were not saved when a program ended, and offers them over the canvas.
+  void offerRecovery();
+  void save();
+  void saveAs();
+  void run();
+  void runToCurrent();
+  void arrange();
+  CanvasView& canvas() { return *m_canvas; }
+  PropertyPanel& properties() { return *m_properties; }
+  GraphRun& graphRun() { return m_run; }
+
+ signals:
+  // A graph, or its absence, is shown.
+  void graphShown();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  // host_window.cpp
+  void makeCentre();
+  void makeDocks();
+  QDockWidget* newDock(const QString& name, const QString& title, QWidget* content,
+                       Qt::DockWidgetArea area);
+  void connectGraph();
+  void connectWork();
+  void showCurrentAction();
+  void showTitle();
+  void showPage();
+  void showPanels(bool areShown);
+  void showRunState();
+  void showStates();
+  void showOutcome(const RunResult& result);
+  void openLogEntry(const LogEntry& entry);
+  void showHelp(const QString& helpId);
+  void showNotice(const QString& text);
+
+  // host_window_menus.cpp
+  void makeMenus();
+  void makeFileMenu();
+  void makeEditMenu();
+  void makeGraphMenu();
+  void makeViewMenu();
+  void makeHelpMenu();
+  void makeToolBar();
+  QAction* canvasAction(QMenu& menu, const QString& text, const QKeySequence& key,
+                        const std::function<void()>& work);
+  void showRecentGraphs();
+  void enableActions();
+  void showContextMenu(QPoint globalPosition);
+  void setExpertMode(bool isExpert);
+
+  // host_window_files.cpp
+  void connectFile();
+  void showDocument(const QString& path, const QByteArray& document);
+  void restoreGraph();
+  void showTyped(const RecoveryRecord& record);
+  void startSaving(const QString& path, DocumentFile::SaveMode mode);
+  void afterSaving(const QByteArray& document);
+  void askAboutOtherFile(const QByteArray& onDisk);
+  void settleOtherFile(OtherFileChoice choice);
+  void askAboutLock(const QString& path, const QString& holder);
+  QString suggestedName() const;
+  void afterUnsavedChanges(const std::function<void()>& next);
+  void chooseFileToOpen();
+  void exportCanvas();
+  void keepState();
+  void restoreState();
+  void arrangeUnplaced();
+  QString graphName() const;
+  void showExamples();
+
+  // host_window_editing.cpp
+  void connectCanvas();
+  void connectPreview();
+  void addChosen(const QString& typeName);
+  void offerActions(const PinRef& pin, QPointF scenePosition, QPoint globalPosition,
+                    const QString& typed);
+  void addAt(const QString& typeName, const PinRef& pin, QPointF scenePosition);
+  void addReaders(const QStringList& files, QPointF scenePosition);
+  void select(ActionId action, bool opensEditor);
+  void openEditorWindow(ActionId action);
+  void previewSelection();
+  void stepToRow(const PinRef& pin, long long row);
+  void replaceCurrent(const QString& typeName);
+  void askForColumnName(const PinRef& pin, const QString& column);
+  void editParameters();
+
+  GraphCommands& m_commands;
+  EditedGraph& m_graph;
+  EditServices& m_services;
+  Theme& m_theme;
+  const std::vector<ParameterOverride> m_settings;
+  DocumentFile m_file;
+  GraphRun m_run;
+  DesignColumns m_columns;
+  Arrangement m_arrangement;
+  std::function<void()> m_afterSaving;  // what waits until the graph is saved
+  QByteArray m_onDisk;                  // what another program has written
+  bool m_isSaving = false;
+  bool m_hasGraph = false;  // else the start page is shown
+  bool m_closesWithoutAsking = false;
+  QByteArray m_hidden;  // the state of the panels, while they are hidden
+  bool m_hasExamples = false;
+  bool m_arrangesUnasked = false;  // actions of a file without positions
+
+  QStackedWidget* m_pages;
+  StartPage* m_start;
+  CanvasView* m_canvas;
+  RecoveryOffer* m_recovery;
+  InfoLine* m_notice;
+  PalettePanel* m_palette;
+  PropertyPanel* m_properties;
+  PreviewPanel* m_preview;
+  LogPanel* m_log;
+  RunReportPanel* m_report;
+  UnsavedWork m_unsaved;
+  QDockWidget* m_paletteDock = nullptr;
+  QDockWidget* m_propertiesDock = nullptr;
+  QDockWidget* m_previewDock = nullptr;
+  QDockWidget* m_logDock = nullptr;
+  QDockWidget* m_reportDock = nullptr;
+  QLabel* m_outcome;
+  QMenu* m_recentMenu = nullptr;
+  QMenu* m_contextMenu = nullptr;
+  QMenu* m_replaceMenu = nullptr;
+  QToolBar* m_bar = nullptr;
+  QAction* m_newAction = nullptr;
+  QAction* m_openAction = nullptr;
+  QAction* m_saveAction = nullptr;
+  QAction* m_saveAsAction = nullptr;
+  QAction* m_undoAction = nullptr;
+  QAction* m_redoAction = nullptr;
+  QAction* m_runAction = nullptr;
+  QAction* m_runToAction = nullptr;
+  QAction* m_stopAction = nullptr;
+  QAction* m_parametersAction = nullptr;
+  std::vector<QAction*> m_graphActions;   // that need a graph
+  std::vector<QAction*> m_actionActions;  // that need one selected action
+};
+
+}  // namespace kelvarin

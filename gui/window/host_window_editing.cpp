@@ -1,0 +1,271 @@
+// How actions come into the graph: from the palette, by letters typed on the canvas, from links and
+// dropped files, and from what is chosen in the preview.
+#include <algorithm>
+
+#include <QDockWidget>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QStatusBar>
+
+#include "gui/canvas/canvas_view.h"
+#include "gui/forms/edited_element.h"
+#include "gui/palette/action_search.h"
+#include "gui/palette/palette_panel.h"
+#include "gui/palette/quick_add.h"
+#include "gui/preview/preview_panel.h"
+#include "gui/window/expression_step.h"
+#include "gui/window/host_window.h"
+#include "gui/window/parameters_dialog.h"
+#include "gui/window/property_panel.h"
+#include "host/contract/described_action.h"
+#include "host/widgets/user_interface.h"
+
+namespace kelvarin {
+
+namespace {
+
+constexpr QSize kEditorWindow{1120, 760};
+constexpr double kBetweenReaders = 96.0;
+
+// The attribute that names the file which a reader reads; empty when it has none.
+QString fileAttributeOf(const ActionItem& reader) {
+  const ActionDescription* description = descriptionOf(reader);
+  if (description == nullptr) {
+    return {};
+  }
+  for (const AttributeDescription& attribute : description->attributes) {
+    if (attribute.name == u"file" || attribute.name == u"fileName") {
+      return attribute.name;
+    }
+  }
+  return {};
+}
+
+// A number where nothing is known of it.
+PinColumns::Column columnOf(const PinColumns& known, const QString& name) {
+  const auto found = std::ranges::find(known.columns, name, &PinColumns::Column::name);
+  return found == known.columns.end() ? PinColumns::Column{name, MetaTypeColumn::number} : *found;
+}
+
+}  // namespace
+
+void HostWindow::connectCanvas() {
+  connect(m_canvas, &CanvasView::selectionChanged, this, &HostWindow::showCurrentAction);
+  connect(m_canvas, &CanvasView::openWanted, this, &HostWindow::openEditorWindow);
+  connect(m_canvas, &CanvasView::previewWanted, this, [this](const PinRef& pin) {
+    m_previewDock->show();
+    m_previewDock->raise();
+    m_preview->showPin(pin);
+  });
+  connect(m_canvas, &CanvasView::quickAddWanted, this, &HostWindow::offerActions);
+  connect(m_canvas, &CanvasView::filesDropped, this, &HostWindow::addReaders);
+  connect(m_canvas, &CanvasView::contextMenuWanted, this, &HostWindow::showContextMenu);
+  connect(m_canvas, &CanvasView::hint, this,
+          [this](const QString& text) { statusBar()->showMessage(text); });
+  connect(m_palette, &PalettePanel::chosen, this, &HostWindow::addChosen);
+}
+
+void HostWindow::connectPreview() {
+  connect(m_preview, &PreviewPanel::keepRowsWanted, this,
+          [this](const PinRef& pin, const RowCondition& condition) {
+            select(
+                m_commands.addLinked(QStringLiteral("FilterRows"), pin, filterElement(condition)),
+                true);
+          });
+  connect(m_preview, &PreviewPanel::newColumnWanted, this,
+          [this](const PinRef& pin, const QString& column) {
+            select(
+                m_commands.addLinked(QStringLiteral("Calculator"), pin,
+                                     calculatorElement(columnOf(m_columns.columns(pin), column))),
+                true);
+          });
+  connect(m_preview, &PreviewPanel::actionWanted, this,
+          [this](ActionId action) { select(action, true); });
+  connect(m_preview, &PreviewPanel::renameColumnWanted, this, &HostWindow::askForColumnName);
+  connect(m_preview, &PreviewPanel::stepToRowWanted, this, &HostWindow::stepToRow);
+}
+
+// Behind the selected action where that has an output, else in the middle of what is seen.
+void HostWindow::addChosen(const QString& typeName) {
+  const ActionId current = m_canvas->currentAction();
+  const CatalogueEntry* entry = m_graph.catalogue().find(typeName);
+  const bool canFollow = current != kNoId && entry != nullptr && entry->pinsIn > 0 &&
+                         m_graph.pinCount(current, true) > 0;
+  const ActionId added = canFollow ? m_commands.addLinked(typeName, {current, 0, true})
+                                   : m_commands.addAction(typeName, m_canvas->pointOfInterest());
+  select(added, true);
+}
+
+void HostWindow::offerActions(const PinRef& pin, QPointF scenePosition, QPoint globalPosition,
+                              const QString& typed) {
+  const auto fits = [pin](const CatalogueEntry& entry) {
+    return pin.action == kNoId || (pin.isOutput ? entry.pinsIn > 0 : entry.pinsOut > 0);
+  };
+  auto* offer = new QuickAdd(m_graph.catalogue(), fits, this);
+  const bool isBehindAction = !typed.isEmpty();
+  connect(offer, &QuickAdd::chosen, this,
+          [this, pin, scenePosition, isBehindAction](const QString& typeName) {
+            if (isBehindAction && pin.action != kNoId) {
+              select(m_commands.addLinked(typeName, pin), true);
+            } else {
+              addAt(typeName, pin, scenePosition);
+            }
+          });
+  offer->open(globalPosition, typed);
+}
+
+void HostWindow::addAt(const QString& typeName, const PinRef& pin, QPointF scenePosition) {
+  ActionId added = kNoId;
+  m_commands.together(tr("Add %1").arg(typeName), [&] {
+    added = m_commands.addAction(typeName, scenePosition);
+    if (added == kNoId || pin.action == kNoId) {
+      return;
+    }
+    if (pin.isOutput) {
+      m_commands.addLink(pin.action, pin.pin, added, 0);
+    } else {
+      m_commands.addLink(added, 0, pin.action, pin.pin);
+    }
+  });
+  select(added, true);
+}
+
+void HostWindow::addReaders(const QStringList& files, QPointF scenePosition) {
+  QStringList unknown;
+  ActionId added = kNoId;
+  for (const QString& file : files) {
+    const CatalogueEntry* entry = readerOf(m_graph.catalogue(), file);
+    const QString attribute = entry == nullptr ? QString() : fileAttributeOf(*entry->prototype);
+    if (attribute.isEmpty()) {
+      unknown += QFileInfo(file).fileName();
+      continue;
+    }
+    EditedElement element;
+    element.name = entry->typeName;
+    element.setAttribute(attribute, m_graph.graph().settings->contractFile(file));
+    added = m_commands.addAction(entry->typeName, scenePosition, QFileInfo(file).completeBaseName(),
+                                 element.document());
+    scenePosition.ry() += kBetweenReaders;
+  }
+  if (!unknown.isEmpty()) {
+    showNotice(tr("No action reads %1. Files of these types can be read: %2.")
+                   .arg(unknown.join(u", "), readableFileTypes(m_graph.catalogue()).join(u", ")));
+  }
+  if (added != kNoId) {
+    m_previewDock->show();
+    m_previewDock->raise();
+    select(added, false);
+  }
+}
+
+void HostWindow::select(ActionId action, bool opensEditor) {
+  if (action == kNoId || !m_graph.hasAction(action)) {
+    return;
+  }
+  GraphSelection selection;
+  selection.actions = {action};
+  m_canvas->setSelection(selection);
+  m_canvas->showAction(action);
+  if (opensEditor) {
+    m_propertiesDock->show();
+    m_propertiesDock->raise();
+    m_properties->focusEditor();
+  }
+}
+
+void HostWindow::openEditorWindow(ActionId action) {
+  select(action, false);
+  m_propertiesDock->show();
+  if (!m_propertiesDock->isFloating()) {
+    m_propertiesDock->setFloating(true);
+    m_propertiesDock->resize(kEditorWindow);
+    m_propertiesDock->move(geometry().center() - m_propertiesDock->rect().center());
+  }
+  m_propertiesDock->raise();
+  m_propertiesDock->activateWindow();
+  m_properties->focusEditor();
+}
+
+// Of a sink, what it is going to write.
+void HostWindow::previewSelection() {
+  const ActionId current = m_canvas->currentAction();
+  if (current == kNoId || !m_previewDock->isVisible()) {
+    return;
+  }
+  const bool hasOutput = m_graph.pinCount(current, true) > 0;
+  m_preview->showPin({current, 0, hasOutput});
+}
+
+// In the action itself where its output has a row for each row of its input, else in one that reads
+// the pin.
+void HostWindow::stepToRow(const PinRef& pin, long long row) {
+  QList<ActionId> candidates;
+  if (!pin.isOutput ||
+      (m_graph.pinCount(pin.action, true) == 1 && m_graph.pinCount(pin.action, false) > 0)) {
+    candidates += pin.action;
+  }
+  for (const LinkId id : m_graph.linksOf(pin.action)) {
+    const DrawnLink& link = m_graph.link(id);
+    if (pin.isOutput && link.from == pin.action && link.fromPin == pin.pin && link.toPin == 0) {
+      candidates += link.to;
+    }
+  }
+  for (const ActionId candidate : candidates) {
+    select(candidate, true);
+    if (m_properties->editor() != nullptr && m_properties->editor()->stepToRow(row)) {
+      return;
+    }
+  }
+  select(pin.action, false);
+  statusBar()->showMessage(
+      tr("No expression reads these rows yet: add a Calculator or a filter to step through them."));
+}
+
+void HostWindow::replaceCurrent(const QString& typeName) {
+  if (const ActionId current = m_canvas->currentAction(); current != kNoId) {
+    m_commands.replaceAction(current, typeName);
+  }
+}
+
+void HostWindow::askForColumnName(const PinRef& pin, const QString& column) {
+  bool isGiven = false;
+  const QString name =
+      QInputDialog::getText(this, tr("Rename a column"),
+                            tr("&New name of '%1', here and wherever it is used:").arg(column),
+                            QLineEdit::Normal, column, &isGiven);
+  if (!isGiven || name.isEmpty() || name == column) {
+    return;
+  }
+  const QList<ActionId> changed = m_commands.renameColumn(pin.action, column, name);
+  statusBar()->showMessage(tr("%n action(s) follow.", nullptr, static_cast<int>(changed.size())));
+}
+
+void HostWindow::editParameters() {
+  auto* dialog = new ParametersDialog(m_commands, this);
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->open();
+}
+
+// The selected actions, or all where fewer than two are selected.
+void HostWindow::arrange() {
+  const QSet<ActionId> selected = m_canvas->selection().actions;
+  m_arrangesUnasked = false;
+  m_arrangement.start(m_graph, selected.size() > 1 ? selected : QSet<ActionId>(),
+                      m_canvas->boxSizes(), m_canvas->pinSpacing());
+}
+
+void HostWindow::run() {
+  m_properties->commit();
+  if (!m_run.start()) {
+    statusBar()->showMessage(tr("There is nothing to run yet."));
+  }
+}
+
+void HostWindow::runToCurrent() {
+  m_properties->commit();
+  if (const ActionId current = m_canvas->currentAction(); current != kNoId) {
+    m_run.startTo(current);
+  }
+}
+
+}  // namespace kelvarin

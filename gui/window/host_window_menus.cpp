@@ -1,0 +1,279 @@
+// The menus of the window, its tool bar and the menu of the canvas.
+#include <QActionGroup>
+#include <QApplication>
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QDockWidget>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenuBar>
+#include <QSettings>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QToolButton>
+
+#include "gui/canvas/canvas_view.h"
+#include "gui/dialogs/text_dialogs.h"
+#include "gui/log/log_panel.h"
+#include "gui/palette/action_search.h"
+#include "gui/palette/palette_panel.h"
+#include "gui/window/host_window.h"
+#include "gui/window/property_panel.h"
+#include "gui/window/window_state.h"
+#include "host/widgets/action_icon.h"
+#include "host/widgets/icons.h"
+#include "host/widgets/theme.h"
+
+namespace kelvarin {
+
+namespace {
+
+const QString kExpertKey = QStringLiteral("view/expertMode");
+constexpr int kPictureSize = 16;
+
+QWidget* stretch() {
+  auto* space = new QWidget;
+  space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  return space;
+}
+
+}  // namespace
+
+void HostWindow::makeMenus() {
+  makeFileMenu();
+  makeEditMenu();
+  makeGraphMenu();
+  makeViewMenu();
+  makeHelpMenu();
+  makeToolBar();
+}
+
+void HostWindow::makeFileMenu() {
+  QMenu* file = menuBar()->addMenu(tr("&File"));
+  m_newAction = file->addAction(icon(IconName::add), tr("&New"), this, &HostWindow::newGraph);
+  m_newAction->setShortcut(QKeySequence::New);
+  m_openAction =
+      file->addAction(icon(IconName::browse), tr("&Open ..."), this, &HostWindow::chooseFileToOpen);
+  m_openAction->setShortcut(QKeySequence::Open);
+  m_recentMenu = file->addMenu(tr("Open &recent"));
+  connect(m_recentMenu, &QMenu::aboutToShow, this, &HostWindow::showRecentGraphs);
+  file->addSeparator();
+  m_saveAction = file->addAction(icon(IconName::save), tr("&Save"), this, &HostWindow::save);
+  m_saveAction->setShortcut(QKeySequence::Save);
+  m_saveAsAction = file->addAction(tr("Save &as ..."), this, &HostWindow::saveAs);
+  m_saveAsAction->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_S);
+  QAction* picture = file->addAction(tr("&Export as picture ..."), this, &HostWindow::exportCanvas);
+  file->addSeparator();
+  QAction* close = file->addAction(tr("&Close"), this, &QWidget::close);
+  close->setShortcut(QKeySequence::Close);
+  m_graphActions.insert(m_graphActions.end(), {m_saveAction, m_saveAsAction, picture});
+}
+
+void HostWindow::showRecentGraphs() {
+  m_recentMenu->clear();
+  const QStringList graphs = recentGraphs();
+  for (const QString& path : graphs) {
+    QAction* action =
+        m_recentMenu->addAction(QFileInfo(path).fileName(), this, [this, path] { open(path); });
+    action->setToolTip(path);
+  }
+  m_recentMenu->setToolTipsVisible(true);
+  if (graphs.isEmpty()) {
+    m_recentMenu->addAction(tr("None yet"))->setEnabled(false);
+  }
+}
+
+// Its key works while the canvas has the focus: text fields have keys of their own for the same.
+QAction* HostWindow::canvasAction(QMenu& menu, const QString& text, const QKeySequence& key,
+                                  const std::function<void()>& work) {
+  QAction* action = menu.addAction(text, this, work);
+  action->setShortcut(key);
+  action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  m_canvas->addAction(action);
+  m_graphActions.push_back(action);
+  return action;
+}
+
+void HostWindow::makeEditMenu() {
+  QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+  m_undoAction = m_commands.stack().createUndoAction(this, tr("Undo"));
+  m_undoAction->setIcon(icon(IconName::undo));
+  m_undoAction->setShortcut(QKeySequence::Undo);
+  m_redoAction = m_commands.stack().createRedoAction(this, tr("Redo"));
+  m_redoAction->setIcon(icon(IconName::redo));
+  m_redoAction->setShortcuts(
+      {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
+  edit->addActions({m_undoAction, m_redoAction});
+  edit->addSeparator();
+  canvasAction(*edit, tr("Cu&t"), QKeySequence::Cut, [this] { m_canvas->cutSelection(); });
+  canvasAction(*edit, tr("&Copy"), QKeySequence::Copy, [this] { m_canvas->copySelection(); });
+  canvasAction(*edit, tr("&Paste"), QKeySequence::Paste, [this] { m_canvas->paste(); });
+  canvasAction(*edit, tr("&Duplicate"), Qt::CTRL | Qt::Key_D,
+               [this] { m_canvas->duplicateSelection(); });
+  canvasAction(*edit, tr("D&elete"), QKeySequence::Delete, [this] { m_canvas->deleteSelection(); });
+  canvasAction(*edit, tr("Delete and close the &gap"), Qt::CTRL | Qt::Key_Delete,
+               [this] { m_canvas->deleteSelectionClosingGaps(); });
+  edit->addSeparator();
+  canvasAction(*edit, tr("Select &all"), QKeySequence::SelectAll,
+               [this] { m_canvas->selectAll(); });
+}
+
+void HostWindow::makeGraphMenu() {
+  QMenu* graph = menuBar()->addMenu(tr("&Graph"));
+  m_runAction = graph->addAction(icon(IconName::play), tr("&Run"), this, &HostWindow::run);
+  m_runAction->setShortcut(Qt::Key_F5);
+  m_runToAction = graph->addAction(tr("Run to &here"), this, &HostWindow::runToCurrent);
+  m_stopAction =
+      graph->addAction(icon(IconName::stop), tr("&Stop"), this, [this] { m_run.stop(); });
+  m_stopAction->setShortcut(Qt::SHIFT | Qt::Key_F5);
+  QAction* command =
+      graph->addAction(icon(IconName::copy), tr("Copy as command &line"), this, [this] {
+        QApplication::clipboard()->setText(m_run.commandLine());
+        statusBar()->showMessage(tr("Copied: %1").arg(m_run.commandLine()));
+      });
+  m_parametersAction = graph->addAction(tr("&Parameters ..."), this, &HostWindow::editParameters);
+  graph->addSeparator();
+
+  QAction* openEditor = graph->addAction(tr("&Open in a window"), this,
+                                         [this] { openEditorWindow(m_canvas->currentAction()); });
+  QAction* preview = canvasAction(*graph, tr("Pre&view"), Qt::CTRL | Qt::Key_Return, [this] {
+    m_previewDock->show();
+    m_previewDock->raise();
+    previewSelection();
+  });
+  QAction* rename =
+      canvasAction(*graph, tr("Re&name"), Qt::Key_F2, [this] { m_canvas->renameCurrent(); });
+  QAction* disable = canvasAction(*graph, tr("Switch on or o&ff"), Qt::CTRL | Qt::Key_E,
+                                  [this] { m_canvas->toggleDisabled(); });
+  m_replaceMenu = graph->addMenu(tr("Replace &by"));
+  for (const CatalogueEntry& entry : m_graph.catalogue().entries()) {
+    m_replaceMenu->addAction(actionIcon(*entry.prototype, kPictureSize), entry.typeName, this,
+                             [this, type = entry.typeName] { replaceCurrent(type); });
+  }
+  graph->addSeparator();
+  QAction* note = graph->addAction(tr("Add a no&te"), this, [this] { m_canvas->addNoteHere(); });
+  QAction* arranged = graph->addAction(tr("&Arrange"), this, &HostWindow::arrange);
+  arranged->setShortcut(Qt::CTRL | Qt::Key_L);
+  QMenu* align = graph->addMenu(tr("A&lign"));
+  const std::pair<Qt::Edge, QString> edges[] = {{Qt::LeftEdge, tr("&Left edges")},
+                                                {Qt::RightEdge, tr("&Right edges")},
+                                                {Qt::TopEdge, tr("&Top edges")},
+                                                {Qt::BottomEdge, tr("&Bottom edges")}};
+  for (const auto& [edge, label] : edges) {
+    align->addAction(label, this, [this, side = edge] { m_canvas->alignSelection(side); });
+  }
+  m_graphActions.insert(m_graphActions.end(),
+                        {command, m_parametersAction, note, arranged, align->menuAction()});
+  m_actionActions.insert(m_actionActions.end(), {openEditor, preview, rename, disable,
+                                                 m_runToAction, m_replaceMenu->menuAction()});
+
+  m_contextMenu = new QMenu(this);
+  m_contextMenu->addActions(
+      {openEditor, preview, m_runToAction, rename, disable, m_replaceMenu->menuAction()});
+  m_contextMenu->addSeparator();
+  m_contextMenu->addActions({note, arranged});
+}
+
+void HostWindow::showContextMenu(QPoint globalPosition) {
+  m_contextMenu->popup(globalPosition);
+}
+
+void HostWindow::makeViewMenu() {
+  QMenu* view = menuBar()->addMenu(tr("&View"));
+  const std::pair<QDockWidget*, Qt::Key> panels[] = {{m_paletteDock, Qt::Key_E},
+                                                     {m_propertiesDock, Qt::Key_R},
+                                                     {m_previewDock, Qt::Key_P},
+                                                     {m_logDock, Qt::Key_L}};
+  for (const auto& [dock, key] : panels) {
+    QAction* action = view->addAction(dock->windowTitle(), this, [shown = dock] {
+      const bool isSeen = shown->isVisible() && !shown->visibleRegion().isEmpty();
+      shown->setVisible(!isSeen);
+      shown->raise();
+    });
+    action->setShortcut(Qt::CTRL | Qt::SHIFT | key);
+  }
+  view->addAction(m_reportDock->toggleViewAction());
+  view->addSeparator();
+  QAction* larger = view->addAction(tr("Zoom &in"), this, [this] { m_canvas->zoomBy(1.25); });
+  larger->setShortcuts({QKeySequence::ZoomIn, QKeySequence(Qt::CTRL | Qt::Key_Equal)});
+  QAction* smaller = view->addAction(tr("Zoom &out"), this, [this] { m_canvas->zoomBy(0.8); });
+  smaller->setShortcut(QKeySequence::ZoomOut);
+  QAction* whole = view->addAction(tr("&Whole graph"), this, [this] { m_canvas->zoomToAll(); });
+  whole->setShortcut(Qt::CTRL | Qt::Key_0);
+  QAction* heat = view->addAction(tr("&Heat map of the last run"));
+  heat->setCheckable(true);
+  connect(heat, &QAction::toggled, this, [this](bool shows) { m_canvas->setShowsHeatMap(shows); });
+  m_graphActions.insert(m_graphActions.end(), {larger, smaller, whole, heat});
+  view->addSeparator();
+
+  QMenu* themes = view->addMenu(tr("&Theme"));
+  auto* group = new QActionGroup(themes);
+  const std::pair<ThemeChoice, QString> choices[] = {{ThemeChoice::system, tr("&System")},
+                                                     {ThemeChoice::light, tr("&Light")},
+                                                     {ThemeChoice::dark, tr("&Dark")}};
+  for (const auto& [choice, label] : choices) {
+    QAction* action = themes->addAction(label);
+    action->setCheckable(true);
+    action->setChecked(m_theme.choice() == choice);
+    group->addAction(action);
+    connect(action, &QAction::triggered, this,
+            [this, chosen = choice] { m_theme.setChoice(chosen); });
+  }
+  QAction* expert = view->addAction(tr("E&xpert mode"));
+  expert->setCheckable(true);
+  expert->setChecked(QSettings().value(kExpertKey, true).toBool());
+  setExpertMode(expert->isChecked());
+  connect(expert, &QAction::toggled, this, &HostWindow::setExpertMode);
+}
+
+// Editors ask for the mode when they are made.
+void HostWindow::setExpertMode(bool isExpert) {
+  QSettings().setValue(kExpertKey, isExpert);
+  m_services.setUserMode(isExpert ? GlobalUserMode::expert : GlobalUserMode::simple);
+  m_properties->renewEditor();
+}
+
+void HostWindow::makeHelpMenu() {
+  QMenu* help = menuBar()->addMenu(tr("&Help"));
+  QAction* action = help->addAction(icon(IconName::help), tr("&This action"), this,
+                                    [this] { showHelp(m_graph.typeName(m_properties->action())); });
+  m_actionActions.push_back(action);
+  help->addAction(tr("&Keyboard"), this, [this] { showKeys(this); });
+}
+
+void HostWindow::makeToolBar() {
+  m_bar = addToolBar(tr("Graph"));
+  m_bar->setObjectName(QStringLiteral("graphBar"));
+  m_bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  m_bar->setMovable(false);
+  m_bar->addActions({m_runAction, m_stopAction});
+  m_bar->addSeparator();
+  m_bar->addActions({m_saveAction, m_undoAction, m_redoAction});
+  // Their texts name what they undo, so the buttons would never stay where they are.
+  for (QAction* action : {m_undoAction, m_redoAction}) {
+    qobject_cast<QToolButton*>(m_bar->widgetForAction(action))
+        ->setToolButtonStyle(Qt::ToolButtonIconOnly);
+  }
+  m_bar->addSeparator();
+  m_bar->addAction(m_parametersAction);
+  m_bar->addWidget(stretch());
+  m_outcome->setContentsMargins(8, 0, 12, 0);
+  m_outcome->setAccessibleName(tr("Outcome of the last run"));
+  m_bar->addWidget(m_outcome);
+}
+
+void HostWindow::enableActions() {
+  const bool hasAction = m_hasGraph && m_canvas->currentAction() != kNoId;
+  for (QAction* action : m_graphActions) {
+    action->setEnabled(m_hasGraph);
+  }
+  for (QAction* action : m_actionActions) {
+    action->setEnabled(hasAction);
+  }
+  const bool isRunning = m_run.isRunning();
+  m_runAction->setEnabled(m_hasGraph && !isRunning);
+  m_runToAction->setEnabled(hasAction && !isRunning);
+  m_stopAction->setEnabled(isRunning);
+}
+
+}  // namespace kelvarin

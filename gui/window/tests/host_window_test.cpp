@@ -1,0 +1,149 @@
+// The window of the graphical host with real widgets: a graph made, run and undone by keys, and
+// what anyone may expect of a window.
+#include <gtest/gtest.h>
+#include <QDir>
+#include <QFile>
+#include <QLineEdit>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "gui/canvas/canvas_view.h"
+#include "gui/palette/quick_add.h"
+#include "gui/window/host_window.h"
+#include "gui/window/property_panel.h"
+#include "host/contract/host_session.h"
+#include "host/tables/table_actions.h"
+#include "host/widget_testing/random_events.h"
+#include "host/widget_testing/widget_walk.h"
+#include "host/widgets/theme.h"
+
+namespace kelvarin {
+namespace {
+
+constexpr int kRandomEvents = 500;
+
+constexpr char kGraph[] =
+    "<KelvarinGraph version='1.0'>\n"
+    "  <!-- kept -->\n"
+    "  <Actions>\n"
+    "    <ReadCSV name='in' x='0' y='0' file='in.csv'/>\n"
+    "    <WriteCSV name='out' x='240' y='0' file='out.csv'/>\n"
+    "  </Actions>\n"
+    "  <Links>\n"
+    "    <Link from='in' to='out'/>\n"
+    "  </Links>\n"
+    "</KelvarinGraph>\n";
+
+class HostWindowTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    QSettings().clear();
+    write("in.csv", "a,b\n1,x\n2,y\n3,z\n");
+    write("g.kelvarin", kGraph);
+    window.show();
+    window.activateWindow();
+  }
+
+  QString path(const QString& name) const { return m_folder.filePath(name); }
+  void write(const QString& name, const QByteArray& content) const {
+    QFile file(path(name));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(content);
+  }
+  QByteArray read(const QString& name) const {
+    QFile file(path(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+  }
+  void openGraph() {
+    QSignalSpy shown(&window, &HostWindow::graphShown);
+    window.open(path("g.kelvarin"));
+    ASSERT_TRUE(QTest::qWaitFor([&shown] { return !shown.isEmpty(); }));
+    ASSERT_EQ(graph.actionCount(), 2);
+  }
+  void select(const QString& name) {
+    GraphSelection selection;
+    selection.actions = {graph.idOf(name)};
+    window.canvas().setSelection(selection);
+    window.canvas().setFocus();
+  }
+  bool runToEnd() {
+    QSignalSpy ended(&window.graphRun(), &GraphRun::ended);
+    window.run();
+    return QTest::qWaitFor([&ended] { return !ended.isEmpty(); });
+  }
+
+  QTemporaryDir m_folder;
+  ActionCatalogue catalogue{nullptr, makeTableActions()};
+  EditedGraph graph{catalogue};
+  EditServices services{graph, catalogue};
+  HostSession session{&services};
+  HostSession::Scope scope{&session};
+  GraphCommands commands{graph};
+  Theme theme;
+  HostWindow window{commands, services, theme};
+};
+
+TEST_F(HostWindowTest, OpensRunsAndSavesAGraphAsItWas) {
+  openGraph();
+  ASSERT_TRUE(runToEnd());
+  EXPECT_EQ(read("out.csv"), "a,b\n1,x\n2,y\n3,z\n");
+  const ActionState state = window.graphRun().states().value(graph.idOf("in"));
+  EXPECT_EQ(state.kind, ActionState::Kind::done);
+  EXPECT_EQ(state.rowsOut, std::vector<long long>{3});
+
+  EXPECT_FALSE(window.isWindowModified());
+  window.save();
+  ASSERT_TRUE(QTest::qWaitFor([this] { return read("g.kelvarin") == kGraph; }));
+}
+
+TEST_F(HostWindowTest, LettersOnTheCanvasAddAnActionBehindTheSelectedOneAndUndoTakesItBack) {
+  openGraph();
+  select("in");
+  QTest::keyClicks(&window.canvas(), "d");
+  auto* offer = window.findChild<QuickAdd*>();
+  ASSERT_NE(offer, nullptr);
+  auto* field = offer->findChild<QLineEdit*>("searchActions");
+  QTest::keyClicks(field, "isc");
+  QTest::keyClick(field, Qt::Key_Return);
+  ASSERT_EQ(graph.actionCount(), 3);
+  const ActionId added = graph.idOf("Discard");
+  ASSERT_NE(added, kNoId);
+  EXPECT_EQ(graph.link(graph.linkInto(added, 0)).from, graph.idOf("in"));
+  EXPECT_EQ(window.properties().action(), added);
+  EXPECT_TRUE(window.isWindowModified());
+
+  commands.stack().undo();
+  EXPECT_EQ(graph.actionCount(), 2);
+  EXPECT_EQ(graph.document(), kGraph);
+  EXPECT_FALSE(window.isWindowModified());
+}
+
+TEST_F(HostWindowTest, ARunThatFailsSaysWhereAndKeepsTheOldFile) {
+  write("out.csv", "old");
+  openGraph();
+  QFile::remove(path("in.csv"));
+  ASSERT_TRUE(runToEnd());
+  EXPECT_EQ(window.graphRun().states().value(graph.idOf("in")).kind, ActionState::Kind::failed);
+  EXPECT_EQ(read("out.csv"), "old");
+}
+
+TEST_F(HostWindowTest, EverythingHasANameAndAKeyOneOwner) {
+  openGraph();
+  select("in");
+  EXPECT_EQ(testing::controlsWithoutName(window).join(u'\n').toStdString(), "");
+  EXPECT_EQ(testing::keysWithTwoOwners(window).join(u'\n').toStdString(), "");
+}
+
+TEST_F(HostWindowTest, SurvivesRandomEvents) {
+  openGraph();
+  testing::sendRandomEvents(window, kRandomEvents, [this](int) { window.show(); });
+  const QByteArray document = graph.document();
+  EditedGraph again(catalogue);
+  ASSERT_TRUE(again.load(document, path("g.kelvarin")));
+  EXPECT_EQ(again.document(), document);
+}
+
+}  // namespace
+}  // namespace kelvarin

@@ -1,0 +1,15 @@
+#include "host/contract/column_user.h"
+
+namespace kelvarin {
+
+ColumnUser::~ColumnUser() = default;
+
+bool ColumnUser::renameMadeColumn(const QString&, const QString&) {
+  return false;
+}
+
+QStringList ColumnUser::expressions() const {
+  return {};
+}
+
+}  // namespace kelvarin

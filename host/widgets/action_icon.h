@@ -1,0 +1,18 @@
+// The picture of an action as an icon for lists and boxes.
+//
+// Threads: the user-interface thread.
+#pragma once
+
+#include <QIcon>
+
+#include "base/export.h"
+
+class ActionItem;
+
+namespace kelvarin {
+
+// Pictures have colours of their own, which a selection would swallow: there they get paper.
+// Where an action has none, a folder or a disk says what it does.
+KELVARIN_CORE QIcon actionIcon(const ActionItem& action, int size);
+
+}  // namespace kelvarin
