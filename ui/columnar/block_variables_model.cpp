@@ -46,16 +46,28 @@ void setKind(BlockVariable& variable, Kind kind) {
 
 }  // namespace
 
+// Committing a cell loads what was committed and forgets the file, while the view still holds
+// indexes of the model: a reset is left to what adds or removes variables.
 void Model::setVariables(const std::vector<BlockVariable>& variables) {
+  if (variables.size() == m_variables.size()) {
+    m_variables = variables;
+    noteAllChanged();
+    return;
+  }
   beginResetModel();
   m_variables = variables;
   endResetModel();
 }
 
 void Model::setFile(const TableSummary* summary) {
-  beginResetModel();
   m_file = summary == nullptr ? std::nullopt : std::optional(summary->columns);
-  endResetModel();
+  noteAllChanged();
+}
+
+void Model::noteAllChanged() {
+  if (!m_variables.empty()) {
+    emit dataChanged(index(0, 0), index(rowCount() - 1, kColumnCount - 1));
+  }
 }
 
 const TableSummary::Column* Model::columnOfFile(const QString& name) const {

@@ -59,6 +59,7 @@ class BlockVariablesModel : public QAbstractTableModel {
   void edited();
 
  private:
+  void noteAllChanged();
   BlockVariable variableOf(const QString& column) const;
   QStringList choicesOf(int column) const;
   QString faultOf(const BlockVariable& variable) const;

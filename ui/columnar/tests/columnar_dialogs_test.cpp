@@ -16,6 +16,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSignalSpy>
 #include <QSpinBox>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -284,9 +285,11 @@ TEST_F(ReadDialogTest, AddsVariablesOfTheFilesColumns) {
   click("pbAddInput");
   EXPECT_TRUE(hasSaved("<CInputVar column='name' isNumber='0'/>"));
   auto& model = *m_editor->findChild<BlockVariablesModel*>();
+  const QSignalSpy resets(&model, &BlockVariablesModel::modelReset);
   model.setData(model.index(0, BlockVariablesModel::kMinimum), QStringLiteral("first"),
                 Qt::EditRole);
   EXPECT_TRUE(hasSaved("<CInputVar column='name' varNameMin='first' isNumber='0'/>"));
+  EXPECT_TRUE(resets.isEmpty()) << "a view that commits a cell holds indexes of the model";
 }
 
 TEST_F(ReadDialogTest, VerifiesAndSalvages) {
