@@ -13,6 +13,7 @@
 #include <QVBoxLayout>
 
 #include "gui/canvas/canvas_view.h"
+#include "gui/canvas/empty_canvas.h"
 #include "gui/canvas/minimap.h"
 #include "gui/dialogs/text_dialogs.h"
 #include "gui/log/log_panel.h"
@@ -92,6 +93,7 @@ HostWindow::~HostWindow() {
 
 void HostWindow::makeCentre() {
   new Minimap(*m_canvas);
+  new EmptyCanvas(*m_canvas);
   m_pages->addWidget(m_start);
   m_pages->addWidget(m_canvas);
   auto* centre = new QWidget;
