@@ -5,6 +5,7 @@
 
 #include <QAccessible>
 #include <QEvent>
+#include <QPainter>
 #include <QScrollBar>
 
 #include "gui/canvas/action_box.h"
@@ -20,9 +21,12 @@ namespace kelvarin {
 
 namespace {
 
-constexpr double kMarginAround = 40.0;     // of what is to be seen
-constexpr int kEdgeInterval = 30;          // milliseconds between two steps at the edge
-constexpr double kMaximumZoomToAll = 1.0;  // a graph of two boxes does not fill the window
+constexpr double kMarginAround = 40.0;  // of what is to be seen
+constexpr int kEdgeInterval = 30;       // milliseconds between two steps at the edge
+constexpr double kPointStep = 3 * kGridStep;
+constexpr double kPointSize = 2.0;            // pixels
+constexpr double kLeastZoomWithPoints = 0.4;  // below it they would be a carpet
+constexpr double kMaximumZoomToAll = 1.0;     // a graph of two boxes does not fill the window
 
 }  // namespace
 
@@ -273,6 +277,29 @@ void CanvasView::setShowsHeatMap(bool shows) {
 
 void CanvasView::setProblems(const QHash<ActionId, QString>& problems) {
   m_scene->setProblems(problems);
+}
+
+// Points of every third grid line: what is drawn can be seen to be moved and enlarged by them.
+// They lie on whole pixels, so that all look alike at every zoom.
+void CanvasView::drawBackground(QPainter* painter, const QRectF& area) {
+  QGraphicsView::drawBackground(painter, area);
+  if (transform().m11() < kLeastZoomWithPoints) {
+    return;
+  }
+  const QTransform toPixels = painter->worldTransform();
+  QList<QPoint> points;
+  for (double y = std::floor(area.top() / kPointStep) * kPointStep; y <= area.bottom();
+       y += kPointStep) {
+    for (double x = std::floor(area.left() / kPointStep) * kPointStep; x <= area.right();
+         x += kPointStep) {
+      points.push_back(toPixels.map(QPointF(x, y)).toPoint());
+    }
+  }
+  painter->setRenderHint(QPainter::Antialiasing, false);
+  painter->setWorldTransform({});
+  painter->setPen(QPen(m_scene->colors().grid, kPointSize));
+  painter->drawPoints(points.data(), static_cast<int>(points.size()));
+  painter->setWorldTransform(toPixels);
 }
 
 }  // namespace kelvarin

@@ -111,6 +111,7 @@ class CanvasView : public QGraphicsView {
   void extractChanged();
 
  protected:
+  void drawBackground(QPainter* painter, const QRectF& area) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;

@@ -135,7 +135,7 @@ void HostWindow::makeDocks() {
   tabifyDockWidget(m_logDock, m_reportDock);
   m_previewDock->raise();
   resizeDocks({m_paletteDock, m_propertiesDock}, {208, 480}, Qt::Horizontal);
-  resizeDocks({m_previewDock}, {240}, Qt::Vertical);
+  resizeDocks({m_previewDock}, {288}, Qt::Vertical);
 }
 
 void HostWindow::connectGraph() {
