@@ -31,6 +31,7 @@ class ColumnRename {
 
   // Looks at one more action; false when there is none left.
   bool advance();
+  const QString& oldName() const { return m_oldName; }
   // In the order in which rows go through the actions.
   const std::vector<Change>& changes() const { return m_changes; }
   // Whether an action makes the column; else it comes out of what a source reads.
