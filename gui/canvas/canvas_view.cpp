@@ -267,8 +267,8 @@ void CanvasView::setStates(const QHash<ActionId, ActionState>& states) {
   m_scene->setStates(states);
 }
 
-void CanvasView::setShowsHeatMap(bool shows) {
-  m_scene->setShowsHeatMap(shows);
+void CanvasView::setHeatMap(HeatMap map) {
+  m_scene->setHeatMap(map);
 }
 
 void CanvasView::setProblems(const QHash<ActionId, QString>& problems) {

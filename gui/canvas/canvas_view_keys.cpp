@@ -68,7 +68,7 @@ const KeyCommand kKeyCommands[] = {
     {Qt::CTRL | Qt::Key_V, &CanvasView::paste},
     {Qt::CTRL | Qt::Key_D, &CanvasView::duplicateSelection},
     {Qt::CTRL | Qt::Key_E, &CanvasView::toggleDisabled},
-    {Qt::CTRL | Qt::Key_L, &CanvasView::drawLinkByKeys},
+    {Qt::CTRL | Qt::Key_K, &CanvasView::drawLinkByKeys},
 };
 
 }  // namespace

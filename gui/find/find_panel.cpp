@@ -1,5 +1,7 @@
 #include "gui/find/find_panel.h"
 
+#include <algorithm>
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -66,7 +68,10 @@ FindPanel::FindPanel(GraphCommands& commands, QWidget* parent)
   m_replaceRow->hide();
   layout->addWidget(m_replaceRow);
   layout->addWidget(m_table, 1);
-  connect(m_model, &FindModel::ended, this, &FindPanel::showOutcome);
+  connect(m_model, &FindModel::ended, this, [this] {
+    m_table->selectRow(m_row);  // the same search, after a change of the graph
+    showOutcome();
+  });
   connect(m_model, &FindModel::chosenChanged, this, &FindPanel::showReplaceButton);
   showOutcome();
 }
@@ -183,8 +188,10 @@ FindQuery::Task FindPanel::task() const {
 void FindPanel::search() {
   m_report.clear();
   m_table->setColumnHidden(FindModel::now, task() == FindQuery::Task::find);
-  m_model->setQuery(
-      {{m_text->text(), m_case->isChecked(), m_word->isChecked()}, task(), m_replacement->text()});
+  const FindQuery query{
+      {m_text->text(), m_case->isChecked(), m_word->isChecked()}, task(), m_replacement->text()};
+  m_row = query.search == m_model->query().search ? m_row : -1;
+  m_model->setQuery(query);
   showOutcome();
 }
 
@@ -253,6 +260,7 @@ void FindPanel::renameColumn() {
 
 void FindPanel::want(int row, bool takesFocus) {
   if (row >= 0 && row < m_model->rowCount()) {
+    m_row = row;
     emit textWanted(FoundText(m_model->found(row)), takesFocus);
   }
 }
@@ -264,8 +272,7 @@ void FindPanel::step(int direction) {
     m_text->selectAll();
     return;
   }
-  const QModelIndex current = m_table->currentIndex();
-  const int from = current.isValid() ? current.row() : direction > 0 ? -1 : 0;
+  const int from = m_row < 0 && direction < 0 ? 0 : std::min(m_row, count - 1);
   const int row = (from + direction + count) % count;
   m_table->selectRow(row);
   m_table->scrollTo(m_model->index(row, FindModel::action));

@@ -70,6 +70,7 @@ class FindPanel : public QWidget {
   QComboBox* m_what;
   QPushButton* m_replace;
   QTableView* m_table;
+  int m_row = -1;    // to which the user went last
   QString m_report;  // of the last replacement, until something else is searched
 };
 
