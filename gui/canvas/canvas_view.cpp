@@ -58,6 +58,7 @@ CanvasView::CanvasView(GraphCommands& commands, Theme& theme, QWidget* parent)
   connect(&m_edgeTimer, &QTimer::timeout, this, &CanvasView::scrollAtEdge);
   connect(&theme, &Theme::changed, this, [this] { m_scene->setLook(palette(), font()); });
   connectScene();
+  describeKeys();
   m_scene->setLook(palette(), font());
   updateReach();
 }
@@ -271,8 +272,8 @@ void CanvasView::setStates(const QHash<ActionId, ActionState>& states) {
   m_scene->setStates(states);
 }
 
-void CanvasView::setShowsHeatMap(bool shows) {
-  m_scene->setShowsHeatMap(shows);
+void CanvasView::setHeatMap(HeatMap map) {
+  m_scene->setHeatMap(map);
 }
 
 void CanvasView::setProblems(const QHash<ActionId, QString>& problems) {

@@ -14,12 +14,16 @@
 
 #include "gui/canvas/canvas_view.h"
 #include "gui/canvas/empty_canvas.h"
+#include "gui/canvas/heat_legend.h"
 #include "gui/canvas/minimap.h"
 #include "gui/dialogs/text_dialogs.h"
 #include "gui/log/log_panel.h"
 #include "gui/palette/palette_panel.h"
 #include "gui/preview/preview_panel.h"
 #include "gui/run/run_report_panel.h"
+#include "gui/window/canvas_menus.h"
+#include "gui/window/find_dock.h"
+#include "gui/window/problem_walk.h"
 #include "gui/window/property_panel.h"
 #include "gui/window/recovery_offer.h"
 #include "gui/window/shortcut_precedence.h"
@@ -68,6 +72,9 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
       m_log(new LogPanel),
       m_report(new RunReportPanel(m_run)),
       m_unsaved(commands, *m_properties),
+      m_find(new FindDock(commands)),
+      m_canvasMenus(new CanvasMenus(*m_canvas, this)),
+      m_problems(new ProblemWalk(m_graph, m_columns, m_run, m_log->model(), this)),
       m_outcome(new QLabel) {
   setAcceptDrops(true);
   setDockOptions(AnimatedDocks | AllowTabbedDocks | AllowNestedDocks);
@@ -78,6 +85,7 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
   connectWork();
   connectCanvas();
   connectPreview();
+  connectFinding();
   connectFile();
   new ShortcutPrecedence(*m_propertiesDock, *this);
   resize(1280, 800);
@@ -94,6 +102,7 @@ HostWindow::~HostWindow() {
 void HostWindow::makeCentre() {
   new Minimap(*m_canvas);
   new EmptyCanvas(*m_canvas);
+  new HeatLegend(*m_canvas);
   m_pages->addWidget(m_start);
   m_pages->addWidget(m_canvas);
   auto* centre = new QWidget;
@@ -133,6 +142,9 @@ void HostWindow::makeDocks() {
       newDock(QStringLiteral("report"), tr("Run report"), m_report, Qt::BottomDockWidgetArea);
   tabifyDockWidget(m_previewDock, m_logDock);
   tabifyDockWidget(m_logDock, m_reportDock);
+  addDockWidget(Qt::BottomDockWidgetArea, m_find);
+  tabifyDockWidget(m_reportDock, m_find);
+  m_find->hide();
   m_previewDock->raise();
   resizeDocks({m_paletteDock, m_propertiesDock}, {208, 480}, Qt::Horizontal);
   resizeDocks({m_previewDock}, {288}, Qt::Vertical);
@@ -151,7 +163,6 @@ void HostWindow::connectGraph() {
   connect(&m_services, &EditServices::modified, m_properties, &PropertyPanel::noteEdit);
   connect(&m_services, &EditServices::helpWanted, this, &HostWindow::showHelp);
   connect(&m_services, &EditServices::logged, m_log, &LogPanel::append);
-  connect(m_log, &LogPanel::actionWanted, this, &HostWindow::openLogEntry);
 }
 
 void HostWindow::connectWork() {
@@ -251,18 +262,6 @@ void HostWindow::showOutcome(const RunResult& result) {
     default:
       m_outcome->setText(tr("failed after %1 s: see the log").arg(seconds));
       m_logDock->raise();
-  }
-}
-
-void HostWindow::openLogEntry(const LogEntry& entry) {
-  const ActionId action = m_graph.idOf(entry.action);
-  if (action == kNoId) {
-    return;
-  }
-  select(action, false);
-  if (m_properties->editor() != nullptr &&
-      (entry.details.position >= 0 || !entry.details.output.isEmpty())) {
-    m_properties->editor()->showPosition(entry.details.output, entry.details.position);
   }
 }
 

@@ -26,16 +26,21 @@ class QToolBar;
 
 namespace kelvarin {
 
+class CanvasMenus;
 class CanvasView;
+class FindDock;
 class InfoLine;
 class LogPanel;
 class PalettePanel;
 class PreviewPanel;
+class ProblemWalk;
 class PropertyPanel;
 class RecoveryOffer;
 class RunReportPanel;
 class StartPage;
 class Theme;
+struct FoundText;
+struct Problem;
 enum class OtherFileChoice;
 
 class HostWindow : public QMainWindow {
@@ -86,7 +91,6 @@ class HostWindow : public QMainWindow {
   void showRunState();
   void showStates();
   void showOutcome(const RunResult& result);
-  void openLogEntry(const LogEntry& entry);
   void showHelp(const QString& helpId);
   void showNotice(const QString& text);
 
@@ -98,12 +102,19 @@ class HostWindow : public QMainWindow {
   void makeViewMenu();
   void makeHelpMenu();
   void makeToolBar();
-  QAction* canvasAction(QMenu& menu, const QString& text, const QKeySequence& key,
-                        const std::function<void()>& work);
   void showRecentGraphs();
   void enableActions();
   void showContextMenu(QPoint globalPosition);
   void setExpertMode(bool isExpert);
+
+  // host_window_finding.cpp
+  void connectFinding();
+  void addFindActions(QMenu& menu);
+  void addProblemActions(QMenu& menu);
+  void openLogEntry(const LogEntry& entry);
+  void goTo(ActionId action, const QString& output, int position);
+  void showFound(const FoundText& found, bool takesFocus);
+  void showProblem(const Problem& problem);
 
   // host_window_files.cpp
   void connectFile();
@@ -170,6 +181,9 @@ class HostWindow : public QMainWindow {
   LogPanel* m_log;
   RunReportPanel* m_report;
   UnsavedWork m_unsaved;
+  FindDock* m_find;
+  CanvasMenus* m_canvasMenus;
+  ProblemWalk* m_problems;
   QDockWidget* m_paletteDock = nullptr;
   QDockWidget* m_propertiesDock = nullptr;
   QDockWidget* m_previewDock = nullptr;

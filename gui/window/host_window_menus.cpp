@@ -17,6 +17,7 @@
 #include "gui/log/log_panel.h"
 #include "gui/palette/action_search.h"
 #include "gui/palette/palette_panel.h"
+#include "gui/window/canvas_menus.h"
 #include "gui/window/host_window.h"
 #include "gui/window/property_panel.h"
 #include "gui/window/window_state.h"
@@ -83,17 +84,6 @@ void HostWindow::showRecentGraphs() {
   }
 }
 
-// Its key works while the canvas has the focus: text fields have keys of their own for the same.
-QAction* HostWindow::canvasAction(QMenu& menu, const QString& text, const QKeySequence& key,
-                                  const std::function<void()>& work) {
-  QAction* action = menu.addAction(text, this, work);
-  action->setShortcut(key);
-  action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-  m_canvas->addAction(action);
-  m_graphActions.push_back(action);
-  return action;
-}
-
 void HostWindow::makeEditMenu() {
   QMenu* edit = menuBar()->addMenu(tr("&Edit"));
   m_undoAction = m_commands.stack().createUndoAction(this, tr("Undo"));
@@ -105,17 +95,9 @@ void HostWindow::makeEditMenu() {
       {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
   edit->addActions({m_undoAction, m_redoAction});
   edit->addSeparator();
-  canvasAction(*edit, tr("Cu&t"), QKeySequence::Cut, [this] { m_canvas->cutSelection(); });
-  canvasAction(*edit, tr("&Copy"), QKeySequence::Copy, [this] { m_canvas->copySelection(); });
-  canvasAction(*edit, tr("&Paste"), QKeySequence::Paste, [this] { m_canvas->paste(); });
-  canvasAction(*edit, tr("&Duplicate"), Qt::CTRL | Qt::Key_D,
-               [this] { m_canvas->duplicateSelection(); });
-  canvasAction(*edit, tr("D&elete"), QKeySequence::Delete, [this] { m_canvas->deleteSelection(); });
-  canvasAction(*edit, tr("Delete and close the &gap"), Qt::CTRL | Qt::Key_Delete,
-               [this] { m_canvas->deleteSelectionClosingGaps(); });
+  m_canvasMenus->fillEdit(*edit);
   edit->addSeparator();
-  canvasAction(*edit, tr("Select &all"), QKeySequence::SelectAll,
-               [this] { m_canvas->selectAll(); });
+  addFindActions(*edit);
 }
 
 void HostWindow::makeGraphMenu() {
@@ -136,46 +118,26 @@ void HostWindow::makeGraphMenu() {
 
   QAction* openEditor = graph->addAction(tr("&Open in a window"), this,
                                          [this] { openEditorWindow(m_canvas->currentAction()); });
-  QAction* preview = canvasAction(*graph, tr("Pre&view"), Qt::CTRL | Qt::Key_Return, [this] {
-    m_previewDock->show();
-    m_previewDock->raise();
-    previewSelection();
-  });
-  QAction* rename =
-      canvasAction(*graph, tr("Re&name"), Qt::Key_F2, [this] { m_canvas->renameCurrent(); });
-  QAction* disable = canvasAction(*graph, tr("Switch on or o&ff"), Qt::CTRL | Qt::Key_E,
-                                  [this] { m_canvas->toggleDisabled(); });
   m_replaceMenu = graph->addMenu(tr("Replace &by"));
   for (const CatalogueEntry& entry : m_graph.catalogue().entries()) {
     m_replaceMenu->addAction(actionIcon(*entry.prototype, kPictureSize), entry.typeName, this,
                              [this, type = entry.typeName] { replaceCurrent(type); });
   }
   graph->addSeparator();
-  QAction* note = graph->addAction(tr("Add a no&te"), this, [this] { m_canvas->addNoteHere(); });
   QAction* arranged = graph->addAction(tr("&Arrange"), this, &HostWindow::arrange);
   arranged->setShortcut(Qt::CTRL | Qt::Key_L);
-  QMenu* align = graph->addMenu(tr("A&lign"));
-  const std::pair<Qt::Edge, QString> edges[] = {{Qt::LeftEdge, tr("&Left edges")},
-                                                {Qt::RightEdge, tr("&Right edges")},
-                                                {Qt::TopEdge, tr("&Top edges")},
-                                                {Qt::BottomEdge, tr("&Bottom edges")}};
-  for (const auto& [edge, label] : edges) {
-    align->addAction(label, this, [this, side = edge] { m_canvas->alignSelection(side); });
-  }
-  m_graphActions.insert(m_graphActions.end(),
-                        {command, m_parametersAction, note, arranged, align->menuAction()});
-  m_actionActions.insert(m_actionActions.end(), {openEditor, preview, rename, disable,
-                                                 m_runToAction, m_replaceMenu->menuAction()});
-
+  m_canvasMenus->fillGraph(*graph, {openEditor, m_runToAction, m_replaceMenu->menuAction()},
+                           arranged);
+  graph->addSeparator();
+  addProblemActions(*graph);
+  m_graphActions.insert(m_graphActions.end(), {command, m_parametersAction, arranged});
+  m_actionActions.insert(m_actionActions.end(),
+                         {openEditor, m_runToAction, m_replaceMenu->menuAction()});
   m_contextMenu = new QMenu(this);
-  m_contextMenu->addActions(
-      {openEditor, preview, m_runToAction, rename, disable, m_replaceMenu->menuAction()});
-  m_contextMenu->addSeparator();
-  m_contextMenu->addActions({note, arranged});
 }
 
 void HostWindow::showContextMenu(QPoint globalPosition) {
-  m_contextMenu->popup(globalPosition);
+  m_canvasMenus->popup(*m_contextMenu, globalPosition);
 }
 
 void HostWindow::makeViewMenu() {
@@ -194,16 +156,7 @@ void HostWindow::makeViewMenu() {
   }
   view->addAction(m_reportDock->toggleViewAction());
   view->addSeparator();
-  QAction* larger = view->addAction(tr("Zoom &in"), this, [this] { m_canvas->zoomBy(1.25); });
-  larger->setShortcuts({QKeySequence::ZoomIn, QKeySequence(Qt::CTRL | Qt::Key_Equal)});
-  QAction* smaller = view->addAction(tr("Zoom &out"), this, [this] { m_canvas->zoomBy(0.8); });
-  smaller->setShortcut(QKeySequence::ZoomOut);
-  QAction* whole = view->addAction(tr("&Whole graph"), this, [this] { m_canvas->zoomToAll(); });
-  whole->setShortcut(Qt::CTRL | Qt::Key_0);
-  QAction* heat = view->addAction(tr("&Heat map of the last run"));
-  heat->setCheckable(true);
-  connect(heat, &QAction::toggled, this, [this](bool shows) { m_canvas->setShowsHeatMap(shows); });
-  m_graphActions.insert(m_graphActions.end(), {larger, smaller, whole, heat});
+  m_canvasMenus->fillView(*view);
   view->addSeparator();
 
   QMenu* themes = view->addMenu(tr("&Theme"));
@@ -237,6 +190,7 @@ void HostWindow::makeHelpMenu() {
   QMenu* help = menuBar()->addMenu(tr("&Help"));
   QAction* action = help->addAction(icon(IconName::help), tr("&This action"), this,
                                     [this] { showHelp(m_graph.typeName(m_properties->action())); });
+  action->setShortcut(Qt::Key_F1);
   m_actionActions.push_back(action);
   help->addAction(tr("&Keyboard"), this, [this] { showKeys(this); });
 }
@@ -270,6 +224,7 @@ void HostWindow::enableActions() {
   for (QAction* action : m_actionActions) {
     action->setEnabled(hasAction);
   }
+  m_canvasMenus->enable(m_hasGraph);
   const bool isRunning = m_run.isRunning();
   m_runAction->setEnabled(m_hasGraph && !isRunning);
   m_runToAction->setEnabled(hasAction && !isRunning);

@@ -49,6 +49,18 @@ class EditedGraphTest : public ::testing::Test {
                                       QByteArray(m_graph.element(id(name))).replace(before, now)));
   }
   void undo() { m_commands.stack().undo(); }
+  QList<SearchedText> textsWith(const GraphSearch& search) const {
+    const TextPattern pattern(search);
+    QList<SearchedText> matches;
+    for (const ActionId action : m_graph.actions()) {
+      for (const SearchedText& text : textsOf(m_graph, action)) {
+        if (pattern.positionIn(text.text) >= 0) {
+          matches.append(text);
+        }
+      }
+    }
+    return matches;
+  }
 
   EditedGraph m_graph{loadedCatalogue()};
   GraphCommands m_commands{m_graph};
@@ -207,19 +219,22 @@ TEST_F(EditedGraphTest, ARenamedColumnIsFollowed) {
 TEST_F(EditedGraphTest, TextsAreFoundAndReplacedInOneStep) {
   load();
   const GraphSearch word{QStringLiteral("islate"), false, true};
-  const QList<GraphMatch> matches = findInGraph(m_graph, word);
+  const QList<SearchedText> matches = textsWith(word);
   ASSERT_EQ(matches.size(), 3);
-  EXPECT_EQ(matches[0], (GraphMatch{id("late"), GraphMatch::Kind::setting, QStringLiteral("name"),
-                                    QStringLiteral("isLate"), 0}));
-  EXPECT_EQ(matches[1].kind, GraphMatch::Kind::expression);
+  EXPECT_EQ(matches[0].where, u"name");
+  EXPECT_EQ(matches[1].kind, SearchedText::Kind::expression);
   EXPECT_EQ(matches[2].where, u"column");
-  EXPECT_EQ(replaceInGraph(m_commands, word, QStringLiteral("a\\b")),
+  EXPECT_EQ(replaceInGraph(m_commands, word, QStringLiteral("a\\b"), matches).changed,
             (QList{id("late"), id("late?")}));
   EXPECT_EQ(m_graph.document().toStdString(),
             QByteArray(kFlights).replace("isLate", "a\\b").toStdString());
   undo();
   EXPECT_EQ(m_graph.document(), kFlights);
-  replaceInGraph(m_commands, {QStringLiteral("late?"), true, false}, QStringLiteral("out"));
+  // What is left out stays.
+  replaceInGraph(m_commands, word, QStringLiteral("x"), {matches[1]});
+  EXPECT_EQ(m_graph.document(), with("<Expression>isLate", "<Expression>x"));
+  const GraphSearch name{QStringLiteral("late?"), true, false};
+  replaceInGraph(m_commands, name, QStringLiteral("out"), textsWith(name));
   EXPECT_NE(id("out 2"), kNoId);
 }
 
