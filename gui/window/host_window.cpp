@@ -23,12 +23,15 @@
 #include "gui/window/recovery_offer.h"
 #include "gui/window/shortcut_precedence.h"
 #include "gui/window/start_page.h"
+#include "gui/window/tab_order.h"
 #include "host/widgets/info_line.h"
 #include "host/widgets/user_interface.h"
 
 namespace kelvarin {
 
 namespace {
+
+constexpr QSize kUsualSize(1280, 800);
 
 // Those that sinks have taken; of a graph without sinks, those that sources have made.
 long long rowCountOf(const RunResult& result) {
@@ -79,7 +82,7 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
   connectPreview();
   connectFile();
   new ShortcutPrecedence(*m_propertiesDock, *this);
-  resize(1280, 800);
+  resize(kUsualSize);
   restoreState();
   showPage();
   showRunState();
@@ -132,7 +135,12 @@ void HostWindow::makeDocks() {
   tabifyDockWidget(m_previewDock, m_logDock);
   tabifyDockWidget(m_logDock, m_reportDock);
   m_previewDock->raise();
-  resizeDocks({m_paletteDock, m_propertiesDock}, {208, 480}, Qt::Horizontal);
+  // As many characters as their texts need, as far as the canvas keeps enough.
+  const int character = fontMetrics().averageCharWidth();
+  resizeDocks({m_paletteDock, m_propertiesDock},
+              {std::min(34 * character, kUsualSize.width() / 4),
+               std::min(80 * character, kUsualSize.width() * 2 / 5)},
+              Qt::Horizontal);
   resizeDocks({m_previewDock}, {240}, Qt::Vertical);
 }
 
@@ -170,6 +178,14 @@ void HostWindow::connectWork() {
   connect(&m_arrangement, &Arrangement::failed, this, &HostWindow::showNotice);
   connect(m_report, &RunReportPanel::actionWanted, this,
           [this](const QString& name) { select(m_graph.idOf(name), false); });
+}
+
+bool HostWindow::focusNextPrevChild(bool isForward) {
+  QWidget* next = nextInTabOrder(*this, isForward);
+  if (next != nullptr) {
+    next->setFocus(isForward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  }
+  return next != nullptr;
 }
 
 void HostWindow::showPage() {
