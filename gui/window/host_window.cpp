@@ -19,6 +19,7 @@
 #include "gui/palette/palette_panel.h"
 #include "gui/preview/preview_panel.h"
 #include "gui/run/run_report_panel.h"
+#include "gui/window/panel_layout.h"
 #include "gui/window/property_panel.h"
 #include "gui/window/recovery_offer.h"
 #include "gui/window/shortcut_precedence.h"
@@ -72,7 +73,7 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
       m_unsaved(commands, *m_properties),
       m_outcome(new QLabel) {
   setAcceptDrops(true);
-  setDockOptions(AnimatedDocks | AllowTabbedDocks | AllowNestedDocks);
+  setDockOptions(AllowTabbedDocks | AllowNestedDocks);
   makeCentre();
   makeDocks();
   makeMenus();
@@ -209,7 +210,7 @@ void HostWindow::showPanels(bool areShown) {
     return;
   }
   if (areShown) {
-    QMainWindow::restoreState(std::exchange(m_hidden, {}));
+    restorePanels(*this, std::exchange(m_hidden, {}));
     return;
   }
   m_hidden = QMainWindow::saveState();
