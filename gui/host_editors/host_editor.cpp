@@ -15,11 +15,17 @@
 
 namespace kelvarin {
 
+namespace {
+
+constexpr int kLabelSpacing = 12;
+
+}  // namespace
+
 QFormLayout* newForm() {
   auto* form = new QFormLayout;
   form->setRowWrapPolicy(QFormLayout::WrapLongRows);
   form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
-  form->setHorizontalSpacing(12);
+  form->setHorizontalSpacing(0);  // labels have it: a form does not count it when it wraps rows
   form->setVerticalSpacing(8);
   return form;
 }
@@ -123,6 +129,7 @@ void HostEditor::addField(QFormLayout& form, const QString& attribute, const QSt
     return;
   }
   auto* text = new QLabel(label);
+  text->setContentsMargins(0, 0, kLabelSpacing, 0);
   text->setBuddy(buddy);
   QString name = label;
   buddy->setAccessibleName(name.remove(u'&').remove(u':'));

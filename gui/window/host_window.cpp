@@ -24,16 +24,20 @@
 #include "gui/window/canvas_menus.h"
 #include "gui/window/find_dock.h"
 #include "gui/window/problem_walk.h"
+#include "gui/window/panel_layout.h"
 #include "gui/window/property_panel.h"
 #include "gui/window/recovery_offer.h"
 #include "gui/window/shortcut_precedence.h"
 #include "gui/window/start_page.h"
+#include "gui/window/tab_order.h"
 #include "host/widgets/info_line.h"
 #include "host/widgets/user_interface.h"
 
 namespace kelvarin {
 
 namespace {
+
+constexpr QSize kUsualSize(1280, 800);
 
 // Those that sinks have taken; of a graph without sinks, those that sources have made.
 long long rowCountOf(const RunResult& result) {
@@ -77,7 +81,7 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
       m_problems(new ProblemWalk(m_graph, m_columns, m_run, m_log->model(), this)),
       m_outcome(new QLabel) {
   setAcceptDrops(true);
-  setDockOptions(AnimatedDocks | AllowTabbedDocks | AllowNestedDocks);
+  setDockOptions(AllowTabbedDocks | AllowNestedDocks);
   makeCentre();
   makeDocks();
   makeMenus();
@@ -88,7 +92,7 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
   connectFinding();
   connectFile();
   new ShortcutPrecedence(*m_propertiesDock, *this);
-  resize(1280, 800);
+  resize(kUsualSize);
   restoreState();
   showPage();
   showRunState();
@@ -146,7 +150,12 @@ void HostWindow::makeDocks() {
   tabifyDockWidget(m_reportDock, m_find);
   m_find->hide();
   m_previewDock->raise();
-  resizeDocks({m_paletteDock, m_propertiesDock}, {208, 480}, Qt::Horizontal);
+  // As many characters as their texts need, as far as the canvas keeps enough.
+  const int character = fontMetrics().averageCharWidth();
+  resizeDocks({m_paletteDock, m_propertiesDock},
+              {std::min(34 * character, kUsualSize.width() / 4),
+               std::min(80 * character, kUsualSize.width() * 2 / 5)},
+              Qt::Horizontal);
   resizeDocks({m_previewDock}, {288}, Qt::Vertical);
 }
 
@@ -185,6 +194,14 @@ void HostWindow::connectWork() {
           [this](const QString& name) { select(m_graph.idOf(name), false); });
 }
 
+bool HostWindow::focusNextPrevChild(bool isForward) {
+  QWidget* next = nextInTabOrder(*this, isForward);
+  if (next != nullptr) {
+    next->setFocus(isForward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  }
+  return next != nullptr;
+}
+
 void HostWindow::showPage() {
   if (m_hasGraph) {
     m_pages->setCurrentWidget(m_canvas);
@@ -206,7 +223,7 @@ void HostWindow::showPanels(bool areShown) {
     return;
   }
   if (areShown) {
-    QMainWindow::restoreState(std::exchange(m_hidden, {}));
+    restorePanels(*this, std::exchange(m_hidden, {}));
     return;
   }
   m_hidden = QMainWindow::saveState();

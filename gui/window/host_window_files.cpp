@@ -16,6 +16,7 @@
 #include "gui/dialogs/question.h"
 #include "gui/window/examples.h"
 #include "gui/window/host_window.h"
+#include "gui/window/panel_layout.h"
 #include "gui/window/property_panel.h"
 #include "gui/window/recovery_offer.h"
 #include "gui/window/start_page.h"
@@ -379,7 +380,7 @@ void HostWindow::restoreState() {
   if (!state.panels.isEmpty()) {
     restoreGeometry(state.geometry);
     if (m_hidden.isEmpty()) {
-      QMainWindow::restoreState(state.panels);
+      restorePanels(*this, state.panels);
     } else {
       m_hidden = state.panels;
     }

@@ -210,6 +210,9 @@ void HostWindow::makeToolBar() {
   }
   m_bar->addSeparator();
   m_bar->addAction(m_parametersAction);
+  for (auto* button : m_bar->findChildren<QToolButton*>()) {
+    button->setFocusPolicy(Qt::TabFocus);
+  }
   m_bar->addWidget(stretch());
   m_outcome->setContentsMargins(8, 0, 12, 0);
   m_outcome->setAccessibleName(tr("Outcome of the last run"));

@@ -25,6 +25,7 @@ constexpr int kWidth = 760;
 
 QLabel* heading(const QString& text, double factor) {
   auto* label = new QLabel(text);
+  label->setWordWrap(true);
   QFont font = label->font();
   font.setPointSizeF(font.pointSizeF() * factor);
   label->setFont(font);
