@@ -74,8 +74,10 @@ ALLOWED = {
     "gui/run": ["gui/log"],
     "gui/host_editors": ["gui/forms", "host/tables"],
     "gui/dialogs": ["host/widgets"],
-    "gui/edit": ["gui/dialogs", "gui/forms", "gui/log", "host/pictures"],
-    "gui/window": ["gui/arrange", "gui/canvas", "gui/dialogs", "gui/forms", "gui/log", "gui/palette", "gui/preview", "gui/run"],
+    "gui/properties": ["gui/document", "gui/forms"],
+    "gui/recovery": ["gui/dialogs", "gui/properties"],
+    "gui/edit": ["gui/log", "gui/recovery"],
+    "gui/window": ["gui/arrange", "gui/canvas", "gui/log", "gui/palette", "gui/preview", "gui/recovery", "gui/run"],
     "gui": ["gui/edit", "gui/host_editors", "gui/window"],
     "cli": ["expression/help", "expression/options", "host/engine", "host/tables"],
     "cli/gel": ["cli", "columnar/reader", "columnar/writer"],
@@ -94,6 +96,7 @@ OF_TESTS["ui/debugger"] += ["actions/calculator_vectorized", "actions/filter_row
 for module in ("gui/document", "gui/edit", "gui/palette", "gui/window"):
     OF_TESTS[module] += ["host/tables"]
 OF_TESTS["gui/preview"] += ["actions/filter_rows", "host/tables"]
+OF_TESTS["gui/window"] += ["gui/host_editors"]
 
 
 THIS_FILE = os.path.join("scripts", "check_includes.py")

@@ -18,10 +18,11 @@
 #include "gui/log/log_panel.h"
 #include "gui/palette/palette_panel.h"
 #include "gui/preview/preview_panel.h"
+#include "gui/properties/property_panel.h"
+#include "gui/properties/shortcut_precedence.h"
+#include "gui/properties/undo_keys.h"
+#include "gui/recovery/recovery_offer.h"
 #include "gui/run/run_report_panel.h"
-#include "gui/window/property_panel.h"
-#include "gui/window/recovery_offer.h"
-#include "gui/window/shortcut_precedence.h"
 #include "gui/window/start_page.h"
 #include "host/widgets/info_line.h"
 #include "host/widgets/user_interface.h"
@@ -79,6 +80,7 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
   connectPreview();
   connectFile();
   new ShortcutPrecedence(*m_propertiesDock, *this);
+  new UndoKeys(*this);
   resize(1280, 800);
   restoreState();
   showPage();

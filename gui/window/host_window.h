@@ -13,10 +13,10 @@
 #include "gui/arrange/arrangement.h"
 #include "gui/document/document_file.h"
 #include "gui/document/graph_commands.h"
+#include "gui/recovery/unsaved_work.h"
 #include "gui/run/design_columns.h"
 #include "gui/run/graph_run.h"
 #include "gui/services/edit_services.h"
-#include "gui/window/unsaved_work.h"
 
 class QDockWidget;
 class QLabel;
@@ -54,6 +54,9 @@ class HostWindow : public QMainWindow {
   void offerRecovery();
   void save();
   void saveAs();
+  // What is being typed is committed first, and is then the step that is undone.
+  void undo();
+  void redo();
   void run();
   void runToCurrent();
   void arrange();
@@ -127,6 +130,8 @@ class HostWindow : public QMainWindow {
 
   // host_window_editing.cpp
   void connectCanvas();
+  // In the editor and on the canvas.
+  void commitTyping();
   void connectPreview();
   void addChosen(const QString& typeName);
   void offerActions(const PinRef& pin, QPointF scenePosition, QPoint globalPosition,

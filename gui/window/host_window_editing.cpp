@@ -2,6 +2,7 @@
 // dropped files, and from what is chosen in the preview.
 #include <algorithm>
 
+#include <QApplication>
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QInputDialog>
@@ -13,10 +14,11 @@
 #include "gui/palette/palette_panel.h"
 #include "gui/palette/quick_add.h"
 #include "gui/preview/preview_panel.h"
+#include "gui/properties/editor_focus.h"
+#include "gui/properties/property_panel.h"
 #include "gui/window/expression_step.h"
 #include "gui/window/host_window.h"
 #include "gui/window/parameters_dialog.h"
-#include "gui/window/property_panel.h"
 #include "host/contract/described_action.h"
 #include "host/widgets/user_interface.h"
 
@@ -55,6 +57,7 @@ void HostWindow::connectCanvas() {
   connect(m_canvas, &CanvasView::previewWanted, this, [this](const PinRef& pin) {
     m_previewDock->show();
     m_previewDock->raise();
+    commitTyping();
     m_preview->showPin(pin);
   });
   connect(m_canvas, &CanvasView::quickAddWanted, this, &HostWindow::offerActions);
@@ -192,6 +195,7 @@ void HostWindow::previewSelection() {
   if (current == kNoId || !m_previewDock->isVisible()) {
     return;
   }
+  m_properties->commit();
   const bool hasOutput = m_graph.pinCount(current, true) > 0;
   m_preview->showPin({current, 0, hasOutput});
 }
@@ -254,15 +258,32 @@ void HostWindow::arrange() {
                       m_canvas->boxSizes(), m_canvas->pinSpacing());
 }
 
-void HostWindow::run() {
+void HostWindow::commitTyping() {
+  if (isInside(QApplication::focusWidget(), *m_canvas)) {
+    m_canvas->setFocus();
+  }
   m_properties->commit();
+}
+
+void HostWindow::undo() {
+  commitTyping();
+  m_commands.stack().undo();
+}
+
+void HostWindow::redo() {
+  commitTyping();
+  m_commands.stack().redo();
+}
+
+void HostWindow::run() {
+  commitTyping();
   if (!m_run.start()) {
     statusBar()->showMessage(tr("There is nothing to run yet."));
   }
 }
 
 void HostWindow::runToCurrent() {
-  m_properties->commit();
+  commitTyping();
   if (const ActionId current = m_canvas->currentAction(); current != kNoId) {
     m_run.startTo(current);
   }
