@@ -57,6 +57,7 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
       m_settings(std::move(settings)),
       m_run(m_graph, services),
       m_columns(m_graph, services),
+      m_drops(commands),
       m_pages(new QStackedWidget),
       m_start(new StartPage),
       m_canvas(new CanvasView(commands, theme)),
@@ -78,6 +79,7 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
   connectWork();
   connectCanvas();
   connectPreview();
+  connectDrops();
   connectFile();
   new ShortcutPrecedence(*m_propertiesDock, *this);
   new UndoKeys(*this);

@@ -13,6 +13,7 @@
 #include "gui/arrange/arrangement.h"
 #include "gui/document/document_file.h"
 #include "gui/document/graph_commands.h"
+#include "gui/drops/file_drop.h"
 #include "gui/recovery/unsaved_work.h"
 #include "gui/run/design_columns.h"
 #include "gui/run/graph_run.h"
@@ -137,7 +138,7 @@ class HostWindow : public QMainWindow {
   void offerActions(const PinRef& pin, QPointF scenePosition, QPoint globalPosition,
                     const QString& typed);
   void addAt(const QString& typeName, const PinRef& pin, QPointF scenePosition);
-  void addReaders(const QStringList& files, QPointF scenePosition);
+  void connectDrops();
   void select(ActionId action, bool opensEditor);
   void openEditorWindow(ActionId action);
   void previewSelection();
@@ -155,6 +156,7 @@ class HostWindow : public QMainWindow {
   GraphRun m_run;
   DesignColumns m_columns;
   Arrangement m_arrangement;
+  FileDrop m_drops;
   std::function<void()> m_afterSaving;  // what waits until the graph is saved
   QByteArray m_onDisk;                  // what another program has written
   bool m_isSaving = false;

@@ -4,13 +4,10 @@
 
 #include <QApplication>
 #include <QDockWidget>
-#include <QFileInfo>
 #include <QInputDialog>
 #include <QStatusBar>
 
 #include "gui/canvas/canvas_view.h"
-#include "gui/forms/edited_element.h"
-#include "gui/palette/action_search.h"
 #include "gui/palette/palette_panel.h"
 #include "gui/palette/quick_add.h"
 #include "gui/preview/preview_panel.h"
@@ -19,7 +16,6 @@
 #include "gui/window/expression_step.h"
 #include "gui/window/host_window.h"
 #include "gui/window/parameters_dialog.h"
-#include "host/contract/described_action.h"
 #include "host/widgets/user_interface.h"
 
 namespace kelvarin {
@@ -27,21 +23,6 @@ namespace kelvarin {
 namespace {
 
 constexpr QSize kEditorWindow{1120, 760};
-constexpr double kBetweenReaders = 96.0;
-
-// The attribute that names the file which a reader reads; empty when it has none.
-QString fileAttributeOf(const ActionItem& reader) {
-  const ActionDescription* description = descriptionOf(reader);
-  if (description == nullptr) {
-    return {};
-  }
-  for (const AttributeDescription& attribute : description->attributes) {
-    if (attribute.name == u"file" || attribute.name == u"fileName") {
-      return attribute.name;
-    }
-  }
-  return {};
-}
 
 // A number where nothing is known of it.
 PinColumns::Column columnOf(const PinColumns& known, const QString& name) {
@@ -61,7 +42,7 @@ void HostWindow::connectCanvas() {
     m_preview->showPin(pin);
   });
   connect(m_canvas, &CanvasView::quickAddWanted, this, &HostWindow::offerActions);
-  connect(m_canvas, &CanvasView::filesDropped, this, &HostWindow::addReaders);
+  connect(m_canvas, &CanvasView::filesDropped, &m_drops, &FileDrop::take);
   connect(m_canvas, &CanvasView::contextMenuWanted, this, &HostWindow::showContextMenu);
   connect(m_canvas, &CanvasView::hint, this,
           [this](const QString& text) { statusBar()->showMessage(text); });
@@ -133,32 +114,19 @@ void HostWindow::addAt(const QString& typeName, const PinRef& pin, QPointF scene
   select(added, true);
 }
 
-void HostWindow::addReaders(const QStringList& files, QPointF scenePosition) {
-  QStringList unknown;
-  ActionId added = kNoId;
-  for (const QString& file : files) {
-    const CatalogueEntry* entry = readerOf(m_graph.catalogue(), file);
-    const QString attribute = entry == nullptr ? QString() : fileAttributeOf(*entry->prototype);
-    if (attribute.isEmpty()) {
-      unknown += QFileInfo(file).fileName();
-      continue;
+void HostWindow::connectDrops() {
+  connect(&m_drops, &FileDrop::graphWanted, this, &HostWindow::open);
+  connect(&m_drops, &FileDrop::tablesFound, this, [this] {
+    if (!m_hasGraph) {
+      newGraph();
     }
-    EditedElement element;
-    element.name = entry->typeName;
-    element.setAttribute(attribute, m_graph.graph().settings->contractFile(file));
-    added = m_commands.addAction(entry->typeName, scenePosition, QFileInfo(file).completeBaseName(),
-                                 element.document());
-    scenePosition.ry() += kBetweenReaders;
-  }
-  if (!unknown.isEmpty()) {
-    showNotice(tr("No action reads %1. Files of these types can be read: %2.")
-                   .arg(unknown.join(u", "), readableFileTypes(m_graph.catalogue()).join(u", ")));
-  }
-  if (added != kNoId) {
+  });
+  connect(&m_drops, &FileDrop::refused, this, &HostWindow::showNotice);
+  connect(&m_drops, &FileDrop::added, this, [this](ActionId reader) {
     m_previewDock->show();
     m_previewDock->raise();
-    select(added, false);
-  }
+    select(reader, false);
+  });
 }
 
 void HostWindow::select(ActionId action, bool opensEditor) {

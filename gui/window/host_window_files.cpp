@@ -28,7 +28,6 @@ namespace kelvarin {
 
 namespace {
 
-const QString kGraphSuffix = QStringLiteral(".kelvarin");
 constexpr double kPictureScale = 2.0;
 
 }  // namespace
@@ -319,14 +318,8 @@ void HostWindow::dropEvent(QDropEvent* event) {
       files += url.toLocalFile();
     }
   }
-  if (files.size() == 1 && files.front().endsWith(kGraphSuffix)) {
-    open(files.front());
-    return;
-  }
-  if (!m_hasGraph) {
-    newGraph();
-  }
-  addReaders(files, m_canvas->pointOfInterest());
+  event->acceptProposedAction();
+  m_drops.take(files, m_canvas->pointOfInterest());
 }
 
 void HostWindow::exportCanvas() {
