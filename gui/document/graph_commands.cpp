@@ -168,19 +168,19 @@ bool GraphCommands::setElement(ActionId action, const QByteArray& element,
   return true;
 }
 
-// Edits of one field that follow each other closely are one step. Where the editor does not say
-// which field it was, what has changed does.
+// Edits of the same part in one field that follow each other closely are one step.
 void GraphCommands::describeEdit(Step& step, const QString& settingsBefore,
                                  const EditOfAction& edit) {
   const QString name = m_graph.name(edit.action);
   const QString part =
       changedPart(settingsBefore, step.changes().record(edit.action).content.settings);
-  const QString field =
-      edit.position.field.isEmpty() ? part : edit.position.page + u'/' + edit.position.field;
+  const QStringList field{part, edit.position.page, edit.position.field};
+  const bool isKnown = !part.isEmpty() || !edit.position.field.isEmpty();
   step.setText(part.isEmpty() ? tr("Change '%1'").arg(name)
                               : tr("Change %1 of '%2'").arg(part, name));
   step.setEdit(
-      edit, field.isEmpty() ? QString() : QStringLiteral("edit %1 %2").arg(edit.action).arg(field),
+      edit,
+      isKnown ? QStringLiteral("edit %1 %2").arg(edit.action).arg(field.join(u'/')) : QString(),
       kLongestPause);
 }
 

@@ -5,8 +5,8 @@
 #include <QTest>
 
 #include "gui/canvas/canvas_view.h"
+#include "gui/properties/property_panel.h"
 #include "gui/tests/host_program.h"
-#include "gui/window/property_panel.h"
 #include "host/widget_testing/widget_walk.h"
 #include "host/widgets/translation.h"
 

@@ -20,14 +20,15 @@
 #include "gui/log/log_panel.h"
 #include "gui/palette/palette_panel.h"
 #include "gui/preview/preview_panel.h"
+#include "gui/properties/property_panel.h"
+#include "gui/properties/shortcut_precedence.h"
+#include "gui/properties/undo_keys.h"
+#include "gui/recovery/recovery_offer.h"
 #include "gui/run/run_report_panel.h"
 #include "gui/window/canvas_menus.h"
 #include "gui/window/find_dock.h"
-#include "gui/window/problem_walk.h"
 #include "gui/window/panel_layout.h"
-#include "gui/window/property_panel.h"
-#include "gui/window/recovery_offer.h"
-#include "gui/window/shortcut_precedence.h"
+#include "gui/window/problem_walk.h"
 #include "gui/window/start_page.h"
 #include "gui/window/tab_order.h"
 #include "host/widgets/info_line.h"
@@ -65,6 +66,7 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
       m_settings(std::move(settings)),
       m_run(m_graph, services),
       m_columns(m_graph, services),
+      m_drops(commands),
       m_pages(new QStackedWidget),
       m_start(new StartPage),
       m_canvas(new CanvasView(commands, theme)),
@@ -90,8 +92,10 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
   connectCanvas();
   connectPreview();
   connectFinding();
+  connectDrops();
   connectFile();
   new ShortcutPrecedence(*m_propertiesDock, *this);
+  new UndoKeys(*this);
   resize(kUsualSize);
   restoreState();
   showPage();

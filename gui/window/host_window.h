@@ -13,10 +13,11 @@
 #include "gui/arrange/arrangement.h"
 #include "gui/document/document_file.h"
 #include "gui/document/graph_commands.h"
+#include "gui/drops/file_drop.h"
+#include "gui/recovery/unsaved_work.h"
 #include "gui/run/design_columns.h"
 #include "gui/run/graph_run.h"
 #include "gui/services/edit_services.h"
-#include "gui/window/unsaved_work.h"
 
 class QDockWidget;
 class QLabel;
@@ -59,6 +60,9 @@ class HostWindow : public QMainWindow {
   void offerRecovery();
   void save();
   void saveAs();
+  // What is being typed is committed first, and is then the step that is undone.
+  void undo();
+  void redo();
   void run();
   void runToCurrent();
   void arrange();
@@ -139,12 +143,14 @@ class HostWindow : public QMainWindow {
 
   // host_window_editing.cpp
   void connectCanvas();
+  // In the editor and on the canvas.
+  void commitTyping();
   void connectPreview();
   void addChosen(const QString& typeName);
   void offerActions(const PinRef& pin, QPointF scenePosition, QPoint globalPosition,
                     const QString& typed);
   void addAt(const QString& typeName, const PinRef& pin, QPointF scenePosition);
-  void addReaders(const QStringList& files, QPointF scenePosition);
+  void connectDrops();
   void select(ActionId action, bool opensEditor);
   void openEditorWindow(ActionId action);
   void previewSelection();
@@ -162,6 +168,7 @@ class HostWindow : public QMainWindow {
   GraphRun m_run;
   DesignColumns m_columns;
   Arrangement m_arrangement;
+  FileDrop m_drops;
   std::function<void()> m_afterSaving;  // what waits until the graph is saved
   QByteArray m_onDisk;                  // what another program has written
   bool m_isSaving = false;

@@ -2,22 +2,20 @@
 // dropped files, and from what is chosen in the preview.
 #include <algorithm>
 
+#include <QApplication>
 #include <QDockWidget>
-#include <QFileInfo>
 #include <QInputDialog>
 #include <QStatusBar>
 
 #include "gui/canvas/canvas_view.h"
-#include "gui/forms/edited_element.h"
-#include "gui/palette/action_search.h"
 #include "gui/palette/palette_panel.h"
 #include "gui/palette/quick_add.h"
 #include "gui/preview/preview_panel.h"
+#include "gui/properties/editor_focus.h"
+#include "gui/properties/property_panel.h"
 #include "gui/window/expression_step.h"
 #include "gui/window/host_window.h"
 #include "gui/window/parameters_dialog.h"
-#include "gui/window/property_panel.h"
-#include "host/contract/described_action.h"
 #include "host/widgets/user_interface.h"
 
 namespace kelvarin {
@@ -25,21 +23,6 @@ namespace kelvarin {
 namespace {
 
 constexpr QSize kEditorWindow{1120, 760};
-constexpr double kBetweenReaders = 96.0;
-
-// The attribute that names the file which a reader reads; empty when it has none.
-QString fileAttributeOf(const ActionItem& reader) {
-  const ActionDescription* description = descriptionOf(reader);
-  if (description == nullptr) {
-    return {};
-  }
-  for (const AttributeDescription& attribute : description->attributes) {
-    if (attribute.name == u"file" || attribute.name == u"fileName") {
-      return attribute.name;
-    }
-  }
-  return {};
-}
 
 // A number where nothing is known of it.
 PinColumns::Column columnOf(const PinColumns& known, const QString& name) {
@@ -55,10 +38,11 @@ void HostWindow::connectCanvas() {
   connect(m_canvas, &CanvasView::previewWanted, this, [this](const PinRef& pin) {
     m_previewDock->show();
     m_previewDock->raise();
+    commitTyping();
     m_preview->showPin(pin);
   });
   connect(m_canvas, &CanvasView::quickAddWanted, this, &HostWindow::offerActions);
-  connect(m_canvas, &CanvasView::filesDropped, this, &HostWindow::addReaders);
+  connect(m_canvas, &CanvasView::filesDropped, &m_drops, &FileDrop::take);
   connect(m_canvas, &CanvasView::contextMenuWanted, this, &HostWindow::showContextMenu);
   connect(m_canvas, &CanvasView::hint, this,
           [this](const QString& text) { statusBar()->showMessage(text); });
@@ -130,32 +114,19 @@ void HostWindow::addAt(const QString& typeName, const PinRef& pin, QPointF scene
   select(added, true);
 }
 
-void HostWindow::addReaders(const QStringList& files, QPointF scenePosition) {
-  QStringList unknown;
-  ActionId added = kNoId;
-  for (const QString& file : files) {
-    const CatalogueEntry* entry = readerOf(m_graph.catalogue(), file);
-    const QString attribute = entry == nullptr ? QString() : fileAttributeOf(*entry->prototype);
-    if (attribute.isEmpty()) {
-      unknown += QFileInfo(file).fileName();
-      continue;
+void HostWindow::connectDrops() {
+  connect(&m_drops, &FileDrop::graphWanted, this, &HostWindow::open);
+  connect(&m_drops, &FileDrop::tablesFound, this, [this] {
+    if (!m_hasGraph) {
+      newGraph();
     }
-    EditedElement element;
-    element.name = entry->typeName;
-    element.setAttribute(attribute, m_graph.graph().settings->contractFile(file));
-    added = m_commands.addAction(entry->typeName, scenePosition, QFileInfo(file).completeBaseName(),
-                                 element.document());
-    scenePosition.ry() += kBetweenReaders;
-  }
-  if (!unknown.isEmpty()) {
-    showNotice(tr("No action reads %1. Files of these types can be read: %2.")
-                   .arg(unknown.join(u", "), readableFileTypes(m_graph.catalogue()).join(u", ")));
-  }
-  if (added != kNoId) {
+  });
+  connect(&m_drops, &FileDrop::refused, this, &HostWindow::showNotice);
+  connect(&m_drops, &FileDrop::added, this, [this](ActionId reader) {
     m_previewDock->show();
     m_previewDock->raise();
-    select(added, false);
-  }
+    select(reader, false);
+  });
 }
 
 void HostWindow::select(ActionId action, bool opensEditor) {
@@ -192,6 +163,7 @@ void HostWindow::previewSelection() {
   if (current == kNoId || !m_previewDock->isVisible()) {
     return;
   }
+  m_properties->commit();
   const bool hasOutput = m_graph.pinCount(current, true) > 0;
   m_preview->showPin({current, 0, hasOutput});
 }
@@ -254,15 +226,32 @@ void HostWindow::arrange() {
                       m_canvas->boxSizes(), m_canvas->pinSpacing());
 }
 
-void HostWindow::run() {
+void HostWindow::commitTyping() {
+  if (isInside(QApplication::focusWidget(), *m_canvas)) {
+    m_canvas->setFocus();
+  }
   m_properties->commit();
+}
+
+void HostWindow::undo() {
+  commitTyping();
+  m_commands.stack().undo();
+}
+
+void HostWindow::redo() {
+  commitTyping();
+  m_commands.stack().redo();
+}
+
+void HostWindow::run() {
+  commitTyping();
   if (!m_run.start()) {
     statusBar()->showMessage(tr("There is nothing to run yet."));
   }
 }
 
 void HostWindow::runToCurrent() {
-  m_properties->commit();
+  commitTyping();
   if (const ActionId current = m_canvas->currentAction(); current != kNoId) {
     m_run.startTo(current);
   }

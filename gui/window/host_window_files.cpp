@@ -14,11 +14,12 @@
 #include "gui/dialogs/difference_dialog.h"
 #include "gui/dialogs/file_questions.h"
 #include "gui/dialogs/question.h"
+#include "gui/properties/property_panel.h"
+#include "gui/recovery/recovery_offer.h"
+#include "gui/recovery/restored_texts.h"
 #include "gui/window/examples.h"
 #include "gui/window/host_window.h"
 #include "gui/window/panel_layout.h"
-#include "gui/window/property_panel.h"
-#include "gui/window/recovery_offer.h"
 #include "gui/window/start_page.h"
 #include "gui/window/window_state.h"
 #include "host/widgets/info_line.h"
@@ -28,7 +29,6 @@ namespace kelvarin {
 
 namespace {
 
-const QString kGraphSuffix = QStringLiteral(".kelvarin");
 constexpr double kPictureScale = 2.0;
 
 }  // namespace
@@ -38,9 +38,8 @@ void HostWindow::connectFile() {
   connect(m_start, &StartPage::openWanted, this, &HostWindow::chooseFileToOpen);
   connect(m_start, &StartPage::graphWanted, this, &HostWindow::open);
   connect(m_recovery, &RecoveryOffer::restoreWanted, this, &HostWindow::restoreGraph);
-  connect(&m_unsaved, &UnsavedWork::failed, this, [this](const QString& why) {
-    showNotice(tr("No recovery file can be written: %1. Save often until there is one.").arg(why));
-  });
+  connect(&m_unsaved, &UnsavedWork::failed, this,
+          [this](const QString& why) { showNotice(noRecoveryText(why)); });
   connect(&m_file, &DocumentFile::opened, this, &HostWindow::showDocument);
   connect(&m_file, &DocumentFile::openFailed, this,
           [this](const QString& path, const std::vector<GraphError>& faults) {
@@ -178,20 +177,8 @@ void HostWindow::showTyped(const RecoveryRecord& record) {
     m_canvas->setFocus();
     return;
   }
-  QMap<QString, QString> taken;
-  if (UpdateClassWidget* editor = m_properties->editor()) {
-    editor->restoreUncommitted(record.typed);
-    taken = editor->uncommittedState();
-  }
-  QStringList lines;
-  for (auto field = record.typed.begin(); field != record.typed.end(); ++field) {
-    if (taken.value(field.key()) != field.value()) {
-      lines += QStringLiteral("%1: %2").arg(field.key(), field.value());
-    }
-  }
-  if (!lines.isEmpty()) {
-    lines.prepend(tr("This was being typed into '%1':").arg(record.action));
-    showNotice(lines.join(u'\n'));
+  if (const QString left = restoreTexts(record, *m_properties); !left.isEmpty()) {
+    showNotice(left);
   }
 }
 
@@ -199,7 +186,7 @@ void HostWindow::save() {
   if (!m_hasGraph || m_isSaving) {
     return;
   }
-  m_properties->commit();
+  commitTyping();
   if (m_file.path().isEmpty()) {
     saveAs();
   } else {
@@ -208,7 +195,7 @@ void HostWindow::save() {
 }
 
 void HostWindow::saveAs() {
-  m_properties->commit();
+  commitTyping();
   const QString path = askForGraphName(this, suggestedName());
   if (path.isEmpty()) {
     m_afterSaving = nullptr;
@@ -275,7 +262,7 @@ void HostWindow::settleOtherFile(OtherFileChoice choice) {
 }
 
 void HostWindow::afterUnsavedChanges(const std::function<void()>& next) {
-  m_properties->commit();
+  commitTyping();
   if (!m_hasGraph || !m_graph.isModified()) {
     next();
     return;
@@ -295,7 +282,7 @@ void HostWindow::afterUnsavedChanges(const std::function<void()>& next) {
 }
 
 void HostWindow::closeEvent(QCloseEvent* event) {
-  m_properties->commit();
+  commitTyping();
   if (!m_closesWithoutAsking && m_hasGraph && m_graph.isModified()) {
     event->ignore();
     afterUnsavedChanges([this] {
@@ -332,14 +319,8 @@ void HostWindow::dropEvent(QDropEvent* event) {
       files += url.toLocalFile();
     }
   }
-  if (files.size() == 1 && files.front().endsWith(kGraphSuffix)) {
-    open(files.front());
-    return;
-  }
-  if (!m_hasGraph) {
-    newGraph();
-  }
-  addReaders(files, m_canvas->pointOfInterest());
+  event->acceptProposedAction();
+  m_drops.take(files, m_canvas->pointOfInterest());
 }
 
 void HostWindow::exportCanvas() {

@@ -7,10 +7,10 @@
 
 #include "gui/canvas/canvas_view.h"
 #include "gui/log/log_panel.h"
+#include "gui/properties/property_panel.h"
 #include "gui/window/find_dock.h"
 #include "gui/window/host_window.h"
 #include "gui/window/problem_walk.h"
-#include "gui/window/property_panel.h"
 #include "host/widgets/icons.h"
 #include "host/widgets/user_interface.h"
 

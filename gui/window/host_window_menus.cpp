@@ -17,9 +17,9 @@
 #include "gui/log/log_panel.h"
 #include "gui/palette/action_search.h"
 #include "gui/palette/palette_panel.h"
+#include "gui/properties/property_panel.h"
 #include "gui/window/canvas_menus.h"
 #include "gui/window/host_window.h"
-#include "gui/window/property_panel.h"
 #include "gui/window/window_state.h"
 #include "host/widgets/action_icon.h"
 #include "host/widgets/icons.h"
@@ -87,9 +87,14 @@ void HostWindow::showRecentGraphs() {
 void HostWindow::makeEditMenu() {
   QMenu* edit = menuBar()->addMenu(tr("&Edit"));
   m_undoAction = m_commands.stack().createUndoAction(this, tr("Undo"));
+  const QUndoStack& stack = m_commands.stack();
+  disconnect(m_undoAction, &QAction::triggered, &stack, &QUndoStack::undo);
+  connect(m_undoAction, &QAction::triggered, this, &HostWindow::undo);
   m_undoAction->setIcon(icon(IconName::undo));
   m_undoAction->setShortcut(QKeySequence::Undo);
   m_redoAction = m_commands.stack().createRedoAction(this, tr("Redo"));
+  disconnect(m_redoAction, &QAction::triggered, &stack, &QUndoStack::redo);
+  connect(m_redoAction, &QAction::triggered, this, &HostWindow::redo);
   m_redoAction->setIcon(icon(IconName::redo));
   m_redoAction->setShortcuts(
       {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});

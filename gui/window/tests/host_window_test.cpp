@@ -14,8 +14,8 @@
 
 #include "gui/canvas/canvas_view.h"
 #include "gui/palette/quick_add.h"
+#include "gui/properties/property_panel.h"
 #include "gui/window/host_window.h"
-#include "gui/window/property_panel.h"
 #include "host/contract/host_session.h"
 #include "host/tables/table_actions.h"
 #include "host/widget_testing/widget_walk.h"

@@ -10,9 +10,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "gui/properties/property_panel.h"
+#include "gui/recovery/recovery_offer.h"
 #include "gui/window/host_window.h"
-#include "gui/window/property_panel.h"
-#include "gui/window/recovery_offer.h"
 #include "host/contract/host_session.h"
 #include "host/tables/table_actions.h"
 #include "host/widgets/theme.h"

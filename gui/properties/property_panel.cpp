@@ -1,4 +1,4 @@
-#include "gui/window/property_panel.h"
+#include "gui/properties/property_panel.h"
 
 #include <utility>
 
@@ -11,7 +11,7 @@
 
 #include "gui/forms/action_form.h"
 #include "gui/forms/element_editor.h"
-#include "gui/window/editor_focus.h"
+#include "gui/properties/editor_focus.h"
 #include "host/widgets/action_icon.h"
 #include "host/widgets/empty_state.h"
 #include "host/widgets/info_line.h"
@@ -71,6 +71,8 @@ PropertyPanel::PropertyPanel(GraphCommands& commands, QWidget* parent)
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_pages);
 
+  connect(qApp, &QApplication::focusChanged, this,
+          [this](const QWidget*, QWidget* focused) { followFocus(focused); });
   connect(&m_graph, &EditedGraph::loaded, this, [this] { showAction(kNoId); });
   connect(&m_graph, &EditedGraph::actionAboutToBeRemoved, this, [this](ActionId id) {
     if (id == m_action) {
@@ -155,7 +157,8 @@ void PropertyPanel::showHeader() {
 void PropertyPanel::forgetReplaced(ActionId action) {
   if (action == m_action && !m_isCommitting) {
     m_lastPosition = position();
-    m_hadFocus = !m_lastPosition.field.isEmpty();
+    m_hadFocus = isInside(QApplication::focusWidget(), *m_editor);
+    m_lastTexts = m_editor->uncommittedState();
     closeEditor();
   }
 }
@@ -174,10 +177,38 @@ void PropertyPanel::renewReplaced(ActionId action) {
     position.field.clear();
   }
   goTo(position, *m_editor);
+  m_editor->restoreUncommitted(std::exchange(m_lastTexts, {}));
 }
 
+// A field commits after it has lost the focus, and perhaps its page, to another one.
 EditorPosition PropertyPanel::position() const {
-  return m_editor == nullptr ? EditorPosition() : positionIn(*m_editor);
+  if (m_editor == nullptr) {
+    return {};
+  }
+  EditorPosition position = positionIn(*m_editor, m_field);
+  if (m_field != nullptr) {
+    position.page = m_fieldPages;
+  }
+  return position;
+}
+
+void PropertyPanel::followFocus(QWidget* focused) {
+  if (m_editor == nullptr || !isInside(focused, *m_editor)) {
+    return;
+  }
+  if (m_field != nullptr) {
+    m_field->removeEventFilter(this);
+  }
+  m_field = focused;
+  m_field->installEventFilter(this);
+  m_fieldPages = pagesOf(*m_editor);
+}
+
+bool PropertyPanel::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == m_field && event->type() == QEvent::KeyPress && m_editor != nullptr) {
+    m_fieldPages = pagesOf(*m_editor);
+  }
+  return QWidget::eventFilter(watched, event);
 }
 
 void PropertyPanel::commit() {
@@ -203,10 +234,10 @@ void PropertyPanel::renewEditor() {
     return;
   }
   commit();
-  const EditorPosition position = positionIn(*m_editor);
+  const EditorPosition shown = position();
   closeEditor();
   openEditor();
-  goTo(position, *m_editor);
+  goTo(shown, *m_editor);
 }
 
 void PropertyPanel::focusEditor() {

@@ -1,9 +1,11 @@
-#include "gui/window/shortcut_precedence.h"
+#include "gui/properties/shortcut_precedence.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QShortcut>
 #include <QWidget>
+
+#include "gui/properties/editor_focus.h"
 
 namespace kelvarin {
 
@@ -28,13 +30,13 @@ ShortcutPrecedence::ShortcutPrecedence(QWidget& inner, QWidget& window)
           [this](const QWidget*, const QWidget* focused) { followFocus(focused); });
 }
 
-// Outside of the window, in a menu for instance, nothing changes.
+// Elsewhere, in another window for instance, nothing changes.
 void ShortcutPrecedence::followFocus(const QWidget* focused) {
-  if (focused == nullptr || !m_window.isAncestorOf(focused)) {
+  if (!isInside(focused, m_window)) {
     return;
   }
   takeBack();
-  if (m_inner.isAncestorOf(focused)) {
+  if (isInside(focused, m_inner)) {
     yieldTo(m_inner);
   }
 }

@@ -21,7 +21,8 @@ class RecoveryOffer : public InfoLine {
   explicit RecoveryOffer(QString folder = recoveryFolder(), QWidget* parent = nullptr);
   ~RecoveryOffer() override;
 
-  void search();
+  // Where a graph file is given, for this one only.
+  void search(const QString& graphFile = {});
   // The one that is shown, which is offered no longer.
   std::unique_ptr<RecoveryFile> take();
 
@@ -40,5 +41,7 @@ class RecoveryOffer : public InfoLine {
 
 // The file's name for the user, also of a graph that was never saved.
 QString shownName(const RecoveryRecord& record);
+// For the user: nothing would outlive the program now.
+QString noRecoveryText(const QString& reason);
 
 }  // namespace kelvarin

@@ -1,11 +1,11 @@
-#include "gui/window/unsaved_work.h"
+#include "gui/recovery/unsaved_work.h"
 
 #include <chrono>
 #include <utility>
 
 #include <QFileInfo>
 
-#include "gui/window/property_panel.h"
+#include "gui/properties/property_panel.h"
 #include "host/widgets/user_interface.h"
 
 namespace kelvarin {

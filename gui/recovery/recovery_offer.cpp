@@ -1,4 +1,4 @@
-#include "gui/window/recovery_offer.h"
+#include "gui/recovery/recovery_offer.h"
 
 #include <algorithm>
 #include <iterator>
@@ -35,10 +35,15 @@ RecoveryOffer::~RecoveryOffer() {
   m_jobs.waitForDone();
 }
 
-void RecoveryOffer::search() {
-  m_jobs.start([this] {
+void RecoveryOffer::search(const QString& graphFile) {
+  m_jobs.start([this, graphFile] {
     using Files = std::vector<std::unique_ptr<RecoveryFile>>;
     auto files = std::make_shared<Files>(RecoveryFile::takeAbandoned(m_folder));
+    if (!graphFile.isEmpty()) {
+      std::erase_if(*files, [&](const std::unique_ptr<RecoveryFile>& file) {
+        return file->found().graphFile != graphFile;
+      });
+    }
     QMetaObject::invokeMethod(
         this,
         [this, files] {
@@ -95,6 +100,11 @@ void RecoveryOffer::discardFirst() {
 QString shownName(const RecoveryRecord& record) {
   return record.graphFile.isEmpty() ? RecoveryOffer::tr("a new graph")
                                     : QFileInfo(record.graphFile).fileName();
+}
+
+QString noRecoveryText(const QString& reason) {
+  return RecoveryOffer::tr("No recovery file can be written: %1. Save often until there is one.")
+      .arg(reason);
 }
 
 }  // namespace kelvarin

@@ -6,6 +6,7 @@
 // Threads: the user-interface thread.
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 
 #include "gui/document/graph_commands.h"
@@ -41,7 +42,10 @@ class PropertyPanel : public QWidget {
   void renewEditor();
   void focusEditor();
 
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
+  void followFocus(QWidget* focused);
   void openEditor();
   void closeEditor();
   UpdateClassWidget* newEditor();
@@ -56,7 +60,10 @@ class PropertyPanel : public QWidget {
   UpdateClassWidget* m_editor = nullptr;
   EditorPosition m_lastPosition;  // of the editor that was closed because its action is made anew
   bool m_hadFocus = false;        // that editor
-  bool m_isCommitting = false;    // an editor that holds an element reports another one
+  QMap<QString, QString> m_lastTexts;  // that it did not take
+  QPointer<QWidget> m_field;           // of the editor, which had the focus last
+  QString m_fieldPages;                // that were shown when the user typed into it
+  bool m_isCommitting = false;         // an editor that holds an element reports another one
 
   QStackedWidget* m_pages;
   EmptyState* m_nothing;
