@@ -18,6 +18,7 @@
 #include "gui/log/log_panel.h"
 #include "gui/palette/palette_panel.h"
 #include "gui/preview/preview_panel.h"
+#include "gui/run/disk_question_line.h"
 #include "gui/run/run_report_panel.h"
 #include "gui/window/property_panel.h"
 #include "gui/window/recovery_offer.h"
@@ -61,6 +62,7 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
       m_canvas(new CanvasView(commands, theme)),
       m_recovery(new RecoveryOffer),
       m_notice(new InfoLine),
+      m_diskQuestion(new DiskQuestionLine(m_run)),
       m_palette(new PalettePanel(m_graph.catalogue())),
       m_properties(new PropertyPanel(commands)),
       m_preview(new PreviewPanel(m_graph, services)),
@@ -98,11 +100,12 @@ void HostWindow::makeCentre() {
   auto* layout = new QVBoxLayout(centre);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  for (InfoLine* line : std::initializer_list<InfoLine*>{m_recovery, m_notice}) {
+  for (InfoLine* line : std::initializer_list<InfoLine*>{m_recovery, m_notice, m_diskQuestion}) {
     line->setContentsMargins(12, 8, 12, 8);
   }
   layout->addWidget(m_recovery);
   layout->addWidget(m_notice);
+  layout->addWidget(m_diskQuestion);
   layout->addWidget(m_pages, 1);
   setCentralWidget(centre);
 }

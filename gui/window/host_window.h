@@ -27,6 +27,7 @@ class QToolBar;
 namespace kelvarin {
 
 class CanvasView;
+class DiskQuestionLine;
 class InfoLine;
 class LogPanel;
 class PalettePanel;
@@ -164,6 +165,7 @@ class HostWindow : public QMainWindow {
   CanvasView* m_canvas;
   RecoveryOffer* m_recovery;
   InfoLine* m_notice;
+  DiskQuestionLine* m_diskQuestion;
   PalettePanel* m_palette;
   PropertyPanel* m_properties;
   PreviewPanel* m_preview;
