@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include <QHash>
-
 namespace kelvarin {
 
 namespace {
@@ -33,37 +31,33 @@ ActionState::Kind kindAfter(const ActionResult& action, bool isOk) {
   return isDone ? ActionState::Kind::done : ActionState::Kind::stopped;
 }
 
-// The first error of each action, or its first warning.
-class Messages {
- public:
-  explicit Messages(const std::vector<LogLine>& log) {
-    for (const LogLine& line : log) {
-      if (line.level == LogLevel::information || line.action.isEmpty()) {
-        continue;
-      }
-      auto& texts = line.level == LogLevel::error ? m_errors : m_warnings;
-      if (!texts.contains(line.action)) {
-        texts.insert(line.action, line.text);
-      }
-    }
-  }
-
-  void addTo(ActionState& state, const QString& action) const {
-    state.hasWarning = m_warnings.contains(action);
-    state.message = m_errors.value(action, m_warnings.value(action));
-    if (m_errors.contains(action)) {
-      state.kind = ActionState::Kind::failed;
-    }
-  }
-
- private:
-  QHash<QString, QString> m_errors;
-  QHash<QString, QString> m_warnings;
-};
-
 }  // namespace
 
-std::vector<ActionState> statesOf(const RunProgress& progress) {
+bool ActionMessages::note(LogLevel level, const QString& action, const QString& text) {
+  if (level == LogLevel::information || action.isEmpty()) {
+    return false;
+  }
+  auto& texts = level == LogLevel::error ? m_errors : m_warnings;
+  if (texts.contains(action)) {
+    return false;
+  }
+  texts.insert(action, text);
+  return true;
+}
+
+// An action that has a warning is at work, even if it has not come to the end of its first call.
+void ActionMessages::addTo(ActionState& state, const QString& action) const {
+  state.hasWarning = m_warnings.contains(action);
+  state.message = m_errors.value(action, m_warnings.value(action));
+  if (m_errors.contains(action)) {
+    state.kind = ActionState::Kind::failed;
+  } else if (state.hasWarning && state.kind == ActionState::Kind::waiting) {
+    state.kind = ActionState::Kind::running;
+  }
+}
+
+std::vector<ActionState> statesOf(const RunProgress& progress, const QStringList& names,
+                                  const ActionMessages& messages) {
   std::vector<ActionState> states;
   states.reserve(progress.actions.size());
   for (const ActionProgress& action : progress.actions) {
@@ -73,13 +67,17 @@ std::vector<ActionState> statesOf(const RunProgress& progress) {
     state.rowsIn = action.rowsIn;
     state.rowsOut = action.rowsOut;
     state.seconds = std::max(0.0, action.seconds);
+    messages.addTo(state, names.value(static_cast<qsizetype>(states.size())));
     states.push_back(std::move(state));
   }
   return states;
 }
 
 std::vector<ActionState> statesOf(const RunResult& result) {
-  const Messages messages(result.log);
+  ActionMessages messages;
+  for (const LogLine& line : result.log) {
+    messages.note(line.level, line.action, line.text);
+  }
   std::vector<ActionState> states;
   states.reserve(result.actions.size());
   for (const ActionResult& action : result.actions) {

@@ -4,12 +4,14 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include <QHash>
 #include <QObject>
 
 #include "gui/document/action_state.h"
 #include "gui/document/edited_graph.h"
+#include "gui/run/run_services.h"
 #include "gui/services/edit_services.h"
 #include "host/engine/run_graph.h"
 
@@ -31,6 +33,11 @@ class GraphRun : public QObject {
   void stop();
   bool isRunning() const;
 
+  // What the run waits for: the user's answer, or stop().
+  std::optional<DiskQuestion> diskQuestion() const;
+  // Where nothing is asked, nothing happens.
+  void tryDiskAgain();
+
   // By action; the last run's until the next one. Stale where the graph changed since.
   const QHash<ActionId, ActionState>& states() const;
   // Of the last run that has ended; null before.
@@ -41,6 +48,7 @@ class GraphRun : public QObject {
  signals:
   void started();
   void statesChanged();
+  void diskQuestionChanged();
   void ended();
 
  private:

@@ -24,6 +24,7 @@
 #include "gui/properties/shortcut_precedence.h"
 #include "gui/properties/undo_keys.h"
 #include "gui/recovery/recovery_offer.h"
+#include "gui/run/disk_question_line.h"
 #include "gui/run/run_report_panel.h"
 #include "gui/window/canvas_menus.h"
 #include "gui/window/find_dock.h"
@@ -72,6 +73,7 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
       m_canvas(new CanvasView(commands, theme)),
       m_recovery(new RecoveryOffer),
       m_notice(new InfoLine),
+      m_diskQuestion(new DiskQuestionLine(m_run)),
       m_palette(new PalettePanel(m_graph.catalogue())),
       m_properties(new PropertyPanel(commands)),
       m_preview(new PreviewPanel(m_graph, services)),
@@ -117,11 +119,12 @@ void HostWindow::makeCentre() {
   auto* layout = new QVBoxLayout(centre);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  for (InfoLine* line : std::initializer_list<InfoLine*>{m_recovery, m_notice}) {
+  for (InfoLine* line : std::initializer_list<InfoLine*>{m_recovery, m_notice, m_diskQuestion}) {
     line->setContentsMargins(12, 8, 12, 8);
   }
   layout->addWidget(m_recovery);
   layout->addWidget(m_notice);
+  layout->addWidget(m_diskQuestion);
   layout->addWidget(m_pages, 1);
   setCentralWidget(centre);
 }

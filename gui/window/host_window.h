@@ -30,6 +30,7 @@ namespace kelvarin {
 class CanvasMenus;
 class CanvasView;
 class FindDock;
+class DiskQuestionLine;
 class InfoLine;
 class LogPanel;
 class PalettePanel;
@@ -183,6 +184,7 @@ class HostWindow : public QMainWindow {
   CanvasView* m_canvas;
   RecoveryOffer* m_recovery;
   InfoLine* m_notice;
+  DiskQuestionLine* m_diskQuestion;
   PalettePanel* m_palette;
   PropertyPanel* m_properties;
   PreviewPanel* m_preview;

@@ -19,6 +19,13 @@ inline QString outOfMemory(const QString& action) {
       .arg(action);
 }
 
+inline QString diskFull(const QString& file, int missingBytes) {
+  return QStringLiteral(
+             "The disk is full: %2 more bytes are needed for the file '%1'. Free some space "
+             "on its disk.")
+      .arg(file, QString::number(missingBytes));
+}
+
 inline QString severalRowsInOneCall(const QString& action) {
   return QStringLiteral(
              "Internal error in action '%1': it gave several rows in one step. The run is stopped.")
