@@ -133,7 +133,8 @@ void HostWindow::makeDocks() {
   tabifyDockWidget(m_logDock, m_reportDock);
   m_previewDock->raise();
   resizeDocks({m_paletteDock, m_propertiesDock}, {208, 480}, Qt::Horizontal);
-  resizeDocks({m_previewDock}, {240}, Qt::Vertical);
+  resizeDocks({m_previewDock}, {256}, Qt::Vertical);
+  statusBar()->setSizeGripEnabled(false);  // from the start, so that its first text moves nothing
 }
 
 void HostWindow::connectGraph() {

@@ -331,14 +331,20 @@ void HostWindow::dropEvent(QDropEvent* event) {
       files += url.toLocalFile();
     }
   }
+  event->acceptProposedAction();
   if (files.size() == 1 && files.front().endsWith(kGraphSuffix)) {
     open(files.front());
     return;
   }
-  if (!m_hasGraph) {
+  const bool isFirst = !m_hasGraph;
+  if (isFirst) {
     newGraph();
   }
   addReaders(files, m_canvas->pointOfInterest());
+  if (isFirst) {
+    // The panels take their part of the window first.
+    QMetaObject::invokeMethod(m_canvas, &CanvasView::zoomToAll, Qt::QueuedConnection);
+  }
 }
 
 void HostWindow::exportCanvas() {
