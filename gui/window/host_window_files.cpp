@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QImage>
+#include <QLayout>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QSaveFile>
@@ -397,6 +398,7 @@ void HostWindow::restoreState() {
     select(action, false);
   }
   arrangeUnplaced();
+  centralWidget()->layout()->activate();  // lines above the canvas may have come or gone
   if (state.zoom > 0.0) {
     m_canvas->setExtract({state.zoom, {state.centreX, state.centreY}});
   } else {
