@@ -107,6 +107,20 @@ class Screen:
             return None
         return self._wait(found, f"a window with the title '{title}'")
 
+    def popup(self):
+        """Waits for a window without a frame and a title of its own, such as a menu."""
+        def found():
+            for window in (self._ask("xdotool", "search", "--onlyvisible", "--class", ".") or "").split():
+                if (self._ask("xdotool", "getwindowname", window) or "").strip() == "kelvarin":
+                    return window
+            return None
+        return self._wait(found, "a menu")
+
+    def geometry(self, window):
+        """X, Y, WIDTH and HEIGHT on the screen."""
+        lines = self._ask("xdotool", "getwindowgeometry", "--shell", window).split()
+        return {name: int(value) for name, value in (line.split("=") for line in lines)}
+
     def keys(self, *keys):
         self._order("key", "--clearmodifiers", *keys)
         self.calm()

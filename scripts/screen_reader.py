@@ -92,6 +92,11 @@ class ReadScreen(Screen):
         area = widget.get_extents(Atspi.CoordType.SCREEN)
         self.click(area.x + area.width // 2, area.y + area.height // 2, count, button)
 
+    def click_first_entry(self):
+        """Of the menu that is open, which is no widget that a screen reader finds."""
+        area = self.geometry(self.popup())
+        self.click(area["X"] + area["WIDTH"] // 4, area["Y"] + 12)
+
     def focus_first_link(self, label):
         """By a click beside the text, and the key that goes to the first link."""
         area = label.get_extents(Atspi.CoordType.SCREEN)
