@@ -19,6 +19,7 @@ class ReadCsvEditor : public ReadTableEditor {
   ReadCsvEditor(ActionItem& action, QWidget* parent);
 
   bool isBusy() const override { return ReadTableEditor::isBusy() || m_startTask.isRunning(); }
+  void takeSuggestions() override { m_takesSuggestions = true; }
 
  protected:
   MakeBatchReader reader(const QString& path) const override;
@@ -40,6 +41,7 @@ class ReadCsvEditor : public ReadTableEditor {
 
   CsvGuess m_guess;
   BackgroundTask m_startTask;
+  bool m_takesSuggestions = false;
   InfoLine* m_found;
   CsvRawView* m_raw;
 };
