@@ -179,10 +179,11 @@ class Screen:
                 "XDG_RUNTIME_DIR": self.folder, "QT_QPA_PLATFORM": "xcb"}
 
     def _start_server(self):
+        """It must not begin anew when its first client goes before the second one comes."""
         reading, writing = os.pipe()
         server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{self.size}x24", "-dpi", "96",
-             "-nolisten", "tcp"], pass_fds=[writing], stderr=subprocess.DEVNULL)
+             "-nolisten", "tcp", "-noreset"], pass_fds=[writing], stderr=subprocess.DEVNULL)
         self.processes.append(server)
         os.close(writing)
         with os.fdopen(reading) as number:
