@@ -19,10 +19,6 @@ class ElementEditor : public UpdateClassWidget {
  public:
   using UpdateClassWidget::UpdateClassWidget;
 
-  // Takes the settings over that a file suggests, as soon as they are known: those of a file that a
-  // user has just dropped.
-  virtual void takeSuggestions() {}
-
  signals:
   void committed(const QByteArray& element);
 };

@@ -1,7 +1,5 @@
 #include "gui/host_editors/read_csv_editor.h"
 
-#include <utility>
-
 #include <QLineEdit>
 #include <QTabWidget>
 
@@ -113,10 +111,6 @@ void ReadCsvEditor::showStart(const Start& start) {
   std::vector<InfoLink> links;
   if (!areFieldsRight || !areValuesAsGuessed(*now)) {
     links.push_back({QStringLiteral("take"), tr("Use these settings")});
-  }
-  if (std::exchange(m_takesSuggestions, false) && !links.empty()) {
-    takeGuess();  // looks again
-    return;
   }
   const bool isFine = areFieldsRight && !m_guess.hasDecimalCommas;
   m_found->setMessage(isFine ? Severity::information : Severity::warning, guessInWords(), links);

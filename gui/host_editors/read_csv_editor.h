@@ -19,7 +19,6 @@ class ReadCsvEditor : public ReadTableEditor {
   ReadCsvEditor(ActionItem& action, QWidget* parent);
 
   bool isBusy() const override { return ReadTableEditor::isBusy() || m_startTask.isRunning(); }
-  void takeSuggestions() override { m_takesSuggestions = true; }
 
  protected:
   MakeBatchReader reader(const QString& path) const override;
@@ -41,7 +40,6 @@ class ReadCsvEditor : public ReadTableEditor {
 
   CsvGuess m_guess;
   BackgroundTask m_startTask;
-  bool m_takesSuggestions = false;
   InfoLine* m_found;
   CsvRawView* m_raw;
 };

@@ -9,7 +9,6 @@
 
 #include "gui/canvas/canvas_view.h"
 #include "gui/forms/edited_element.h"
-#include "gui/forms/element_editor.h"
 #include "gui/palette/action_search.h"
 #include "gui/palette/palette_panel.h"
 #include "gui/palette/quick_add.h"
@@ -156,9 +155,6 @@ void HostWindow::addReaders(const QStringList& files, QPointF scenePosition) {
     m_previewDock->show();
     m_previewDock->raise();
     select(added, false);
-    if (auto* editor = qobject_cast<ElementEditor*>(m_properties->editor())) {
-      editor->takeSuggestions();
-    }
   }
 }
 

@@ -326,26 +326,21 @@ void HostWindow::dragEnterEvent(QDragEnterEvent* event) {
 
 // A graph is opened; data files are read, in a new graph where none is open.
 void HostWindow::dropEvent(QDropEvent* event) {
+  event->acceptProposedAction();
   QStringList files;
   for (const QUrl& url : event->mimeData()->urls()) {
     if (url.isLocalFile()) {
       files += url.toLocalFile();
     }
   }
-  event->acceptProposedAction();
   if (files.size() == 1 && files.front().endsWith(kGraphSuffix)) {
     open(files.front());
     return;
   }
-  const bool isFirst = !m_hasGraph;
-  if (isFirst) {
+  if (!m_hasGraph) {
     newGraph();
   }
   addReaders(files, m_canvas->pointOfInterest());
-  if (isFirst) {
-    // The panels take their part of the window first.
-    QMetaObject::invokeMethod(m_canvas, &CanvasView::zoomToAll, Qt::QueuedConnection);
-  }
 }
 
 void HostWindow::exportCanvas() {
