@@ -48,7 +48,7 @@ CanvasView::CanvasView(GraphCommands& commands, Theme& theme, QWidget* parent)
   setViewportUpdateMode(QGraphicsView::MinimalViewportUpdate);
   setOptimizationFlags(DontSavePainterState | DontAdjustForAntialiasing);
   setTransformationAnchor(QGraphicsView::NoAnchor);
-  setResizeAnchor(QGraphicsView::NoAnchor);
+  setResizeAnchor(QGraphicsView::AnchorViewCenter);
   setAlignment(Qt::AlignLeft | Qt::AlignTop);
   viewport()->grabGesture(Qt::PinchGesture);
   m_reachTimer.setSingleShot(true);

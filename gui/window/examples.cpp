@@ -92,8 +92,8 @@ QPixmap pictureOf(const QByteArray& document, const QString& path, const ActionC
   QPixmap picture(kPictureSize);
   picture.fill(drawn.pixelColor(0, 0));  // the margin as the canvas
   QPainter painter(&picture);
-  painter.setPen(QPen(canvas.palette().color(QPalette::Mid), 2.0));
-  painter.drawRect(picture.rect().adjusted(1, 1, -1, -1));
+  painter.setPen(QPen(canvas.palette().color(QPalette::PlaceholderText), 1.0));
+  painter.drawRect(picture.rect().adjusted(0, 0, -1, -1));
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
   const QSize inner = kPictureSize - QSize(2 * kMargin, 2 * kMargin);
   QRect target(QPoint(), drawn.size().scaled(inner, Qt::KeepAspectRatio));

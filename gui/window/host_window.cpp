@@ -164,6 +164,7 @@ void HostWindow::makeDocks() {
                std::min(80 * character, kUsualSize.width() * 2 / 5)},
               Qt::Horizontal);
   resizeDocks({m_previewDock}, {288}, Qt::Vertical);
+  statusBar()->setSizeGripEnabled(false);  // from the start, so that its first text moves nothing
 }
 
 void HostWindow::connectGraph() {

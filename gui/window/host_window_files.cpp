@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QImage>
+#include <QLayout>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QSaveFile>
@@ -313,6 +314,7 @@ void HostWindow::dragEnterEvent(QDragEnterEvent* event) {
 
 // A graph is opened; data files are read, in a new graph where none is open.
 void HostWindow::dropEvent(QDropEvent* event) {
+  event->acceptProposedAction();
   QStringList files;
   for (const QUrl& url : event->mimeData()->urls()) {
     if (url.isLocalFile()) {
@@ -373,6 +375,7 @@ void HostWindow::restoreState() {
     select(action, false);
   }
   arrangeUnplaced();
+  centralWidget()->layout()->activate();  // lines above the canvas may have come or gone
   if (state.zoom > 0.0) {
     m_canvas->setExtract({state.zoom, {state.centreX, state.centreY}});
   } else {

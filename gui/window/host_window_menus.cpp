@@ -220,7 +220,7 @@ void HostWindow::makeToolBar() {
   }
   m_bar->addWidget(stretch());
   m_outcome->setContentsMargins(8, 0, 12, 0);
-  m_outcome->setAccessibleName(tr("Outcome of the last run"));
+  m_outcome->setAccessibleDescription(tr("Outcome of the last run"));
   m_bar->addWidget(m_outcome);
 }
 

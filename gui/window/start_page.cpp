@@ -20,7 +20,7 @@ namespace {
 
 constexpr int kShownRecent = 8;
 constexpr QSize kPictureSize{208, 112};
-constexpr int kExamplesInRow = 2;  // beside the panels of a window of usual size
+constexpr int kExamplesInRow = 3;
 constexpr int kWidth = 760;
 
 QLabel* heading(const QString& text, double factor) {

@@ -258,7 +258,7 @@ QWidget* ExpressionActionEditor::makeDebugger(const DebuggerTexts& texts) {
   m_debugger->setKeyOwner(this);
   m_debugger->addCheckButton(makeCheckButton());
   connect(m_debugger, &DebuggerPanel::aboutToStart, this, &ExpressionActionEditor::commit);
-  connect(m_debugger, &DebuggerPanel::aboutToStart, this, [this] { scrollTo(m_debugger); });
+  connect(m_debugger, &DebuggerPanel::aboutToStart, this, &ExpressionActionEditor::showDebugger);
   connect(m_debugger, &DebuggerPanel::rowShown, this,
           [this](const std::vector<VariableValue>& values) {
             m_currentRow = values;
@@ -273,6 +273,12 @@ QWidget* ExpressionActionEditor::makeDebugger(const DebuggerTexts& texts) {
   connect(this, &ExpressionActionEditor::computationFinished, this,
           &ExpressionActionEditor::finishComputations, Qt::QueuedConnection);
   return m_debugger;
+}
+
+// The expression above all: pointing at its parts shows their values in the row.
+void ExpressionActionEditor::showDebugger() {
+  scrollTo(m_debugger);
+  scrollTo(m_field);
 }
 
 void ExpressionActionEditor::on_pbStartStop_clicked() {
