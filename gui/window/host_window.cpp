@@ -27,6 +27,7 @@
 #include "gui/run/disk_question_line.h"
 #include "gui/run/run_report_panel.h"
 #include "gui/window/canvas_menus.h"
+#include "gui/window/example_copy.h"
 #include "gui/window/find_dock.h"
 #include "gui/window/panel_layout.h"
 #include "gui/window/problem_walk.h"
@@ -83,6 +84,7 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
       m_find(new FindDock(commands)),
       m_canvasMenus(new CanvasMenus(*m_canvas, this)),
       m_problems(new ProblemWalk(m_graph, m_columns, m_run, m_log->model(), this)),
+      m_example(new ExampleCopy(m_graph, this)),
       m_outcome(new QLabel) {
   setAcceptDrops(true);
   setDockOptions(AllowTabbedDocks | AllowNestedDocks);
@@ -96,6 +98,7 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
   connectFinding();
   connectDrops();
   connectFile();
+  connectExample();
   new ShortcutPrecedence(*m_propertiesDock, *this);
   new UndoKeys(*this);
   resize(kUsualSize);

@@ -18,6 +18,7 @@
 #include "gui/properties/property_panel.h"
 #include "gui/recovery/recovery_offer.h"
 #include "gui/recovery/restored_texts.h"
+#include "gui/window/example_copy.h"
 #include "gui/window/examples.h"
 #include "gui/window/host_window.h"
 #include "gui/window/panel_layout.h"
@@ -38,6 +39,8 @@ void HostWindow::connectFile() {
   connect(m_start, &StartPage::newWanted, this, &HostWindow::newGraph);
   connect(m_start, &StartPage::openWanted, this, &HostWindow::chooseFileToOpen);
   connect(m_start, &StartPage::graphWanted, this, &HostWindow::open);
+  connect(m_start, &StartPage::exampleWanted, this, &HostWindow::openExample);
+  connect(m_start, &StartPage::tourWanted, this, &HostWindow::startTour);
   connect(m_recovery, &RecoveryOffer::restoreWanted, this, &HostWindow::restoreGraph);
   connect(&m_unsaved, &UnsavedWork::failed, this,
           [this](const QString& why) { showNotice(noRecoveryText(why)); });
@@ -93,6 +96,7 @@ void HostWindow::newGraph() {
     m_file.forget();
     m_graph.load(QByteArrayLiteral("<KelvarinGraph version='1.0'>\n</KelvarinGraph>\n"), {});
     m_hasGraph = true;
+    m_example->begin({});
     m_unsaved.begin({}, {});
     showPage();
     m_canvas->setFocus();
@@ -118,6 +122,8 @@ void HostWindow::showDocument(const QString& path, const QByteArray& document) {
   m_services.forgetColumns();
   const bool isGraph = m_graph.load(document, path, m_settings);
   m_hasGraph = isGraph;
+  m_example->begin(isGraph && path == m_exampleToOpen ? path : QString());
+  m_exampleToOpen.clear();
   showPage();
   if (!isGraph) {
     m_file.forget();
@@ -127,7 +133,9 @@ void HostWindow::showDocument(const QString& path, const QByteArray& document) {
             .arg(path, m_graph.faults().empty() ? QString() : m_graph.faults().front().text()));
   } else {
     m_unsaved.begin(m_file.path(), document);
-    noteRecentGraph(path);
+    if (!m_file.path().isEmpty()) {
+      noteRecentGraph(path);
+    }
     restoreState();
     m_canvas->setFocus();
     for (const GraphError& fault : m_graph.faults()) {
@@ -160,6 +168,7 @@ void HostWindow::restoreGraph() {
     m_graph.markSaved({}, record.graphFile);
     m_file.resume(record.graphFile, record.savedDigest);
     m_hasGraph = true;
+    m_example->begin({});
     m_unsaved.resume(std::move(file));
     showPage();
     restoreState();
@@ -211,6 +220,9 @@ QString HostWindow::suggestedName() const {
   if (!m_file.path().isEmpty()) {
     return m_file.path();
   }
+  if (m_example->isOpen()) {
+    return QDir::home().filePath(QFileInfo(origin).fileName());
+  }
   return origin.isEmpty() ? QDir::current().filePath(tr("graph"))
                           : QFileInfo(origin).dir().filePath(graphName());
 }
@@ -228,6 +240,7 @@ void HostWindow::afterSaving(const QByteArray& document) {
   noteRecentGraph(m_file.path());
   showTitle();
   statusBar()->showMessage(tr("Saved %1.").arg(m_file.path()));
+  m_example->takeFilesTo(m_file.path());
   if (const auto next = std::exchange(m_afterSaving, nullptr)) {
     next();
   }
