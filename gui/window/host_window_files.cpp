@@ -21,6 +21,7 @@
 #include "gui/window/recovery_offer.h"
 #include "gui/window/start_page.h"
 #include "gui/window/window_state.h"
+#include "host/contract/host_session.h"
 #include "host/widgets/info_line.h"
 #include "host/widgets/user_interface.h"
 
@@ -41,7 +42,17 @@ void HostWindow::connectFile() {
   connect(&m_unsaved, &UnsavedWork::failed, this, [this](const QString& why) {
     showNotice(tr("No recovery file can be written: %1. Save often until there is one.").arg(why));
   });
-  connect(&m_file, &DocumentFile::opened, this, &HostWindow::showDocument);
+  m_file.setPreparation(
+      [&catalogue = m_graph.catalogue(), settings = m_settings, session = HostSession::current()](
+          const QString& path, const QByteArray& document) {
+        const HostSession::Scope scope(session);
+        return std::make_shared<PreparedGraph>(document, path, catalogue, settings);
+      });
+  connect(&m_file, &DocumentFile::opened, this,
+          [this](const QString& path, const QByteArray& document,
+                 const std::shared_ptr<PreparedGraph>& prepared) {
+            showDocument(path, document, *prepared);
+          });
   connect(&m_file, &DocumentFile::openFailed, this,
           [this](const QString& path, const std::vector<GraphError>& faults) {
             forgetRecentGraph(path);
@@ -112,27 +123,20 @@ void HostWindow::chooseFileToOpen() {
   }
 }
 
-void HostWindow::showDocument(const QString& path, const QByteArray& document) {
+void HostWindow::showDocument(const QString& path, const QByteArray& document,
+                              PreparedGraph& prepared) {
   keepState();
   m_notice->clear();
   m_services.forgetColumns();
-  const bool isGraph = m_graph.load(document, path, m_settings);
-  m_hasGraph = isGraph;
+  m_graph.load(std::move(prepared));
+  m_hasGraph = true;
   showPage();
-  if (!isGraph) {
-    m_file.forget();
-    m_unsaved.end();
-    showNotice(
-        tr("%1 is no graph: %2")
-            .arg(path, m_graph.faults().empty() ? QString() : m_graph.faults().front().text()));
-  } else {
-    m_unsaved.begin(m_file.path(), document);
-    noteRecentGraph(path);
-    restoreState();
-    m_canvas->setFocus();
-    for (const GraphError& fault : m_graph.faults()) {
-      m_services.log(LogLevel::error, fault.text(), nullptr);
-    }
+  m_unsaved.begin(m_file.path(), document);
+  noteRecentGraph(path);
+  restoreState();
+  m_canvas->setFocus();
+  for (const GraphError& fault : m_graph.faults()) {
+    m_services.log(LogLevel::error, fault.text(), nullptr);
   }
   emit graphShown();
 }
@@ -369,14 +373,14 @@ void HostWindow::exportCanvas() {
 void HostWindow::keepState() {
   const CanvasExtract extract = m_canvas->extract();
   const ActionId current = m_canvas->currentAction();
-  keepWindowState(m_hasGraph ? m_file.path() : QString(),
+  keepWindowState(m_hasGraph ? m_graph.graph().file : QString(),
                   {saveGeometry(), m_hidden.isEmpty() ? QMainWindow::saveState() : m_hidden,
                    extract.zoom, extract.centre.x(), extract.centre.y(),
                    current == kNoId ? QString() : m_graph.name(current)});
 }
 
 void HostWindow::restoreState() {
-  const WindowState state = windowStateOf(m_file.path());
+  const WindowState state = windowStateOf(m_graph.graph().file);
   if (!state.panels.isEmpty()) {
     restoreGeometry(state.geometry);
     if (m_hidden.isEmpty()) {
