@@ -1,5 +1,6 @@
 // How the window opens, saves and closes, what it asks before anything would be lost, and what it
 // remembers of a graph.
+#include <QBuffer>
 #include <QCloseEvent>
 #include <QDir>
 #include <QFileDialog>
@@ -7,7 +8,6 @@
 #include <QImage>
 #include <QMessageBox>
 #include <QMimeData>
-#include <QSaveFile>
 #include <QStatusBar>
 
 #include "gui/canvas/canvas_view.h"
@@ -22,6 +22,7 @@
 #include "gui/window/start_page.h"
 #include "gui/window/window_state.h"
 #include "host/contract/host_session.h"
+#include "host/files/replace_file.h"
 #include "host/widgets/info_line.h"
 #include "host/widgets/user_interface.h"
 
@@ -355,18 +356,18 @@ void HostWindow::exportCanvas() {
   if (path.isEmpty()) {
     return;
   }
-  QSaveFile file(path);
-  bool isWritten = file.open(QIODevice::WriteOnly);
-  if (isWritten && path.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
-    isWritten = m_canvas->asImage(kPictureScale).save(&file, "PNG");
-  } else if (isWritten) {
-    const QByteArray drawing = m_canvas->asSvg();
-    isWritten = file.write(drawing) == drawing.size();
+  QByteArray picture;
+  if (path.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
+    QBuffer buffer(&picture);
+    buffer.open(QIODevice::WriteOnly);
+    m_canvas->asImage(kPictureScale).save(&buffer, "PNG");
+  } else {
+    picture = m_canvas->asSvg();
   }
-  if (isWritten && file.commit()) {
+  if (const auto outcome = replaceFile(path, picture); outcome) {
     statusBar()->showMessage(tr("Saved %1.").arg(path));
   } else {
-    showNotice(tr("%1 cannot be written: %2").arg(path, file.errorString()));
+    showNotice(tr("%1 cannot be written: %2").arg(path, outcome.error()));
   }
 }
 
