@@ -182,7 +182,8 @@ void PreviewTable::exportTo(const QString& file) {
   const auto work = [this, request, file,
                      rows = m_model->rows()](const StopFlag& isStopped) -> BackgroundQueue::Report {
     QSaveFile target(file);
-    const bool isWritten = target.open(QIODevice::WriteOnly) &&
+    // A buffer would hide from commit() that the disk is full.
+    const bool isWritten = target.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
                            writeRowTexts(*rows, request, isStopped,
                                          [&target](const QByteArray& piece) {
                                            return target.write(piece) == piece.size();

@@ -3,7 +3,8 @@
 #include <QTableView>
 #include <QTest>
 
-#include "gui/tests/host_program.h"
+#include "gui/tests/all_actions.h"
+#include "gui/window/tests/host_program.h"
 #include "host/widget_testing/random_events.h"
 
 namespace kelvarin::testing {
@@ -72,7 +73,7 @@ class Game {
   }
 
   const QString m_file;
-  HostProgram m_program;
+  HostProgram m_program{wholeCatalogue()};
   int m_runs = 0;
   int m_commands = 0;
 };

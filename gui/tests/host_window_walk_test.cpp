@@ -6,7 +6,8 @@
 
 #include "gui/canvas/canvas_view.h"
 #include "gui/properties/property_panel.h"
-#include "gui/tests/host_program.h"
+#include "gui/tests/all_actions.h"
+#include "gui/window/tests/host_program.h"
 #include "host/widget_testing/widget_walk.h"
 #include "host/widgets/translation.h"
 
@@ -39,7 +40,7 @@ class HostWindowWalk : public ::testing::Test {
     visit("rows");
   }
   void expectNothingCut() {
-    HostProgram program;
+    HostProgram program{wholeCatalogue()};
     EXPECT_EQ(joined(cutTexts(program.window)), "") << "start page";
     onEveryView(program, [&](const QString& view) {
       onEveryPage(program.window, [&] {
@@ -51,7 +52,7 @@ class HostWindowWalk : public ::testing::Test {
   }
 
   void expectOneOwner() {
-    HostProgram program;
+    HostProgram program{wholeCatalogue()};
     onEveryView(program, [&](const QString& view) {
       for (QWidget* widget : program.window.findChildren<QWidget*>()) {
         if ((widget->focusPolicy() & Qt::TabFocus) == 0 || !widget->isVisible()) {
@@ -89,7 +90,7 @@ TEST_F(HostWindowWalk, CutsNothingWithLargeFontsInGerman) {
 }
 
 TEST_F(HostWindowWalk, TabLeadsThroughAllThatIsSeenAndNothingElse) {
-  HostProgram program;
+  HostProgram program{wholeCatalogue()};
   onEveryView(program, [&](const QString& view) {
     EXPECT_EQ(joined(controlsPassedByTab(program.window)), "") << view.toStdString();
   });
@@ -100,7 +101,7 @@ TEST_F(HostWindowWalk, AKeyHasOneOwnerWhereverTheFocusIs) {
 }
 
 TEST_F(HostWindowWalk, EveryControlHasANameAndIsReached) {
-  HostProgram program;
+  HostProgram program{wholeCatalogue()};
   onEveryView(program, [&](const QString& view) {
     EXPECT_EQ(joined(controlsWithoutName(program.window)), "") << view.toStdString();
     EXPECT_EQ(joined(controlsOutOfTabReach(program.window)), "") << view.toStdString();

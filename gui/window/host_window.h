@@ -130,7 +130,7 @@ class HostWindow : public QMainWindow {
 
   // host_window_files.cpp
   void connectFile();
-  void showDocument(const QString& path, const QByteArray& document);
+  void showDocument(const QString& path, const QByteArray& document, PreparedGraph& prepared);
   void restoreGraph();
   void showTyped(const RecoveryRecord& record);
   void startSaving(const QString& path, DocumentFile::SaveMode mode);

@@ -1,5 +1,6 @@
 // How the window opens, saves and closes, what it asks before anything would be lost, and what it
 // remembers of a graph.
+#include <QBuffer>
 #include <QCloseEvent>
 #include <QDir>
 #include <QFileDialog>
@@ -8,7 +9,6 @@
 #include <QLayout>
 #include <QMessageBox>
 #include <QMimeData>
-#include <QSaveFile>
 #include <QStatusBar>
 
 #include "gui/canvas/canvas_view.h"
@@ -24,6 +24,8 @@
 #include "gui/window/panel_layout.h"
 #include "gui/window/start_page.h"
 #include "gui/window/window_state.h"
+#include "host/contract/host_session.h"
+#include "host/files/replace_file.h"
 #include "host/widgets/info_line.h"
 #include "host/widgets/user_interface.h"
 
@@ -44,7 +46,17 @@ void HostWindow::connectFile() {
   connect(m_recovery, &RecoveryOffer::restoreWanted, this, &HostWindow::restoreGraph);
   connect(&m_unsaved, &UnsavedWork::failed, this,
           [this](const QString& why) { showNotice(noRecoveryText(why)); });
-  connect(&m_file, &DocumentFile::opened, this, &HostWindow::showDocument);
+  m_file.setPreparation(
+      [&catalogue = m_graph.catalogue(), settings = m_settings, session = HostSession::current()](
+          const QString& path, const QByteArray& document) {
+        const HostSession::Scope scope(session);
+        return std::make_shared<PreparedGraph>(document, path, catalogue, settings);
+      });
+  connect(&m_file, &DocumentFile::opened, this,
+          [this](const QString& path, const QByteArray& document,
+                 const std::shared_ptr<PreparedGraph>& prepared) {
+            showDocument(path, document, *prepared);
+          });
   connect(&m_file, &DocumentFile::openFailed, this,
           [this](const QString& path, const std::vector<GraphError>& faults) {
             forgetRecentGraph(path);
@@ -116,31 +128,24 @@ void HostWindow::chooseFileToOpen() {
   }
 }
 
-void HostWindow::showDocument(const QString& path, const QByteArray& document) {
+void HostWindow::showDocument(const QString& path, const QByteArray& document,
+                              PreparedGraph& prepared) {
   keepState();
   m_notice->clear();
   m_services.forgetColumns();
-  const bool isGraph = m_graph.load(document, path, m_settings);
-  m_hasGraph = isGraph;
-  m_example->begin(isGraph && path == m_exampleToOpen ? path : QString());
+  m_graph.load(std::move(prepared));
+  m_hasGraph = true;
+  m_example->begin(path == m_exampleToOpen ? path : QString());
   m_exampleToOpen.clear();
   showPage();
-  if (!isGraph) {
-    m_file.forget();
-    m_unsaved.end();
-    showNotice(
-        tr("%1 is no graph: %2")
-            .arg(path, m_graph.faults().empty() ? QString() : m_graph.faults().front().text()));
-  } else {
-    m_unsaved.begin(m_file.path(), document);
-    if (!m_file.path().isEmpty()) {
-      noteRecentGraph(path);
-    }
-    restoreState();
-    m_canvas->setFocus();
-    for (const GraphError& fault : m_graph.faults()) {
-      m_services.log(LogLevel::error, fault.text(), nullptr);
-    }
+  m_unsaved.begin(m_file.path(), document);
+  if (!m_file.path().isEmpty()) {
+    noteRecentGraph(path);
+  }
+  restoreState();
+  m_canvas->setFocus();
+  for (const GraphError& fault : m_graph.faults()) {
+    m_services.log(LogLevel::error, fault.text(), nullptr);
   }
   emit graphShown();
 }
@@ -347,32 +352,32 @@ void HostWindow::exportCanvas() {
   if (path.isEmpty()) {
     return;
   }
-  QSaveFile file(path);
-  bool isWritten = file.open(QIODevice::WriteOnly);
-  if (isWritten && path.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
-    isWritten = m_canvas->asImage(kPictureScale).save(&file, "PNG");
-  } else if (isWritten) {
-    const QByteArray drawing = m_canvas->asSvg();
-    isWritten = file.write(drawing) == drawing.size();
+  QByteArray picture;
+  if (path.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
+    QBuffer buffer(&picture);
+    buffer.open(QIODevice::WriteOnly);
+    m_canvas->asImage(kPictureScale).save(&buffer, "PNG");
+  } else {
+    picture = m_canvas->asSvg();
   }
-  if (isWritten && file.commit()) {
+  if (const auto outcome = replaceFile(path, picture); outcome) {
     statusBar()->showMessage(tr("Saved %1.").arg(path));
   } else {
-    showNotice(tr("%1 cannot be written: %2").arg(path, file.errorString()));
+    showNotice(tr("%1 cannot be written: %2").arg(path, outcome.error()));
   }
 }
 
 void HostWindow::keepState() {
   const CanvasExtract extract = m_canvas->extract();
   const ActionId current = m_canvas->currentAction();
-  keepWindowState(m_hasGraph ? m_file.path() : QString(),
+  keepWindowState(m_hasGraph ? m_graph.graph().file : QString(),
                   {saveGeometry(), m_hidden.isEmpty() ? QMainWindow::saveState() : m_hidden,
                    extract.zoom, extract.centre.x(), extract.centre.y(),
                    current == kNoId ? QString() : m_graph.name(current)});
 }
 
 void HostWindow::restoreState() {
-  const WindowState state = windowStateOf(m_file.path());
+  const WindowState state = windowStateOf(m_graph.graph().file);
   if (!state.panels.isEmpty()) {
     restoreGeometry(state.geometry);
     if (m_hidden.isEmpty()) {

@@ -9,7 +9,7 @@ class QMainWindow;
 
 namespace kelvarin {
 
-// As QMainWindow::restoreState(), which crashes where a panel is being dragged: the drag ends first.
+// Ends the drag of a panel first, in which QMainWindow::restoreState() crashes.
 void restorePanels(QMainWindow& window, const QByteArray& state);
 
 }  // namespace kelvarin

@@ -334,7 +334,7 @@ TEST_F(EditWindowTest, ALineOfTheLogLeadsToItsPositionInTheExpression) {
 TEST_F(EditWindowTest, TheEnginesOfTheOutputsAreSaidInFewWords) {
   const EditWindow& window = open();
   const auto said = [&](const QStringList& labels) {
-    m_services.backendsChosen(m_graph.action(1), labels);
+    m_services.backendsChosen(m_graph.action(m_graph.idOf(QStringLiteral("out"))), labels);
     QCoreApplication::processEvents();
     return window.statusBar()->currentMessage().toStdString();
   };

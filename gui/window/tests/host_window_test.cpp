@@ -8,18 +8,12 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QSettings>
-#include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 
-#include "gui/canvas/canvas_view.h"
 #include "gui/palette/quick_add.h"
 #include "gui/properties/property_panel.h"
-#include "gui/window/host_window.h"
-#include "host/contract/host_session.h"
-#include "host/tables/table_actions.h"
+#include "gui/window/tests/host_program.h"
 #include "host/widget_testing/widget_walk.h"
-#include "host/widgets/theme.h"
 
 namespace kelvarin {
 namespace {
@@ -38,12 +32,10 @@ constexpr char kGraph[] =
 
 class HostWindowTest : public ::testing::Test {
  protected:
-  void SetUp() override {
+  HostWindowTest() {
     QSettings().clear();
     write("in.csv", "a,b\n1,x\n2,y\n3,z\n");
     write("g.kelvarin", kGraph);
-    window.show();
-    window.activateWindow();
   }
 
   QString path(const QString& name) const { return m_folder.filePath(name); }
@@ -57,15 +49,11 @@ class HostWindowTest : public ::testing::Test {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
   }
   void openGraph() {
-    QSignalSpy shown(&window, &HostWindow::graphShown);
-    window.open(path("g.kelvarin"));
-    ASSERT_TRUE(QTest::qWaitFor([&shown] { return !shown.isEmpty(); }));
+    program.open(path("g.kelvarin"));
     ASSERT_EQ(graph.actionCount(), 2);
   }
   void select(const QString& name) {
-    GraphSelection selection;
-    selection.actions = {graph.idOf(name)};
-    window.canvas().setSelection(selection);
+    program.select(name);
     window.canvas().setFocus();
   }
   bool runToEnd() {
@@ -75,14 +63,10 @@ class HostWindowTest : public ::testing::Test {
   }
 
   QTemporaryDir m_folder;
-  ActionCatalogue catalogue{nullptr, makeTableActions()};
-  EditedGraph graph{catalogue};
-  EditServices services{graph, catalogue};
-  HostSession session{&services};
-  HostSession::Scope scope{&session};
-  GraphCommands commands{graph};
-  Theme theme;
-  HostWindow window{commands, services, theme};
+  testing::HostProgram program;
+  EditedGraph& graph = program.graph;
+  GraphCommands& commands = program.commands;
+  HostWindow& window = program.window;
 };
 
 TEST_F(HostWindowTest, OpensRunsAndSavesAGraphAsItWas) {

@@ -1,13 +1,11 @@
-#include "gui/tests/host_program.h"
+#include "gui/tests/all_actions.h"
 
+#include <gtest/gtest.h>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QSettings>
-#include <QSignalSpy>
-#include <QTest>
 
-#include "gui/canvas/canvas_view.h"
 #include "gui/host_editors/host_editors.h"
 #include "host/tables/table_actions.h"
 
@@ -20,26 +18,6 @@ const ActionCatalogue& wholeCatalogue() {
                            makeTableActions());
   }();
   return catalogue;
-}
-
-HostProgram::HostProgram() {
-  window.resize(1280, 800);
-  window.show();
-  window.activateWindow();
-}
-
-void HostProgram::open(const QString& file) {
-  const QSignalSpy shown(&window, &HostWindow::graphShown);
-  window.open(file);
-  ASSERT_TRUE(QTest::qWaitFor([&shown] { return !shown.isEmpty(); }));
-  ASSERT_GT(graph.actionCount(), 0);
-}
-
-void HostProgram::select(const QString& action) {
-  GraphSelection selection;
-  selection.actions = {graph.idOf(action)};
-  window.canvas().setSelection(selection);
-  QCoreApplication::processEvents();
 }
 
 ExampleFolder::ExampleFolder() : m_workingFolder(QDir::currentPath()) {
