@@ -59,7 +59,9 @@ class GraphCommands : public QObject {
   LinkId addLink(ActionId from, int fromPin, ActionId to, int toPin);
   NoteId addNote(const QRectF& rectangle, const QString& text = {}, const QColor& colour = {});
   void setNote(NoteId note, const QRectF& rectangle, const QString& text, const QColor& colour);
-  void setParameters(const QList<DrawnParameter>& parameters);
+  // `newNames` are by the old ones: settings and expressions of all actions follow.
+  void setParameters(const QList<DrawnParameter>& parameters,
+                     const QHash<QString, QString>& newNames = {});
 
   void remove(const GraphSelection& selection);
   // What the deleted actions read from is linked to what read from them.
@@ -86,6 +88,7 @@ class GraphCommands : public QObject {
   class Step;  // command_step.h
 
   void describeEdit(Step& step, const QString& settingsBefore, const EditOfAction& edit);
+  void followParameters(Step& step, ActionId action, const QHash<QString, QString>& newNames);
   ActionId pasteAction(const EditedGraph& piece, ActionId id, QPointF offset);
 
   EditedGraph& m_graph;

@@ -11,6 +11,7 @@
 #include "gui/forms/element_check.h"
 #include "gui/host_editors/choice_field.h"
 #include "host/widgets/info_line.h"
+#include "host/widgets/parameter_completion.h"
 #include "host/widgets/path_field.h"
 
 namespace kelvarin {
@@ -94,6 +95,7 @@ ChoiceField* HostEditor::addChoice(QFormLayout& form, const QString& attribute,
 
 QLineEdit* HostEditor::addLine(QFormLayout& form, const QString& attribute, const QString& label) {
   auto* field = new QLineEdit;
+  completeParameters(*field, m_parameters->values().keys());
   m_fields.push_back({described(attribute), [field] { return field->text(); },
                       [field](const QString& text) { field->setText(text); }});
   connect(field, &QLineEdit::editingFinished, this, &HostEditor::commit);

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -22,6 +23,9 @@ namespace kelvarin {
 namespace {
 
 constexpr int kRestMilliseconds = 400;
+constexpr int kLongestRestMilliseconds = 10'000;
+// A large table is committed only when its user rests for so many times as long as that takes.
+constexpr qint64 kRestShare = 20;
 const QString kCells = QStringLiteral("cells");  // in the state that is not committed
 
 template <typename Act>
@@ -242,7 +246,11 @@ void InlineTableEditor::commit() {
   renameColumn();
   m_rest.stop();
   showFaults();
+  QElapsedTimer timer;
+  timer.start();
   HostEditor::commit();
+  m_rest.setInterval(static_cast<int>(std::clamp<qint64>(
+      kRestShare * timer.elapsed(), kRestMilliseconds, kLongestRestMilliseconds)));
 }
 
 QMap<QString, QString> InlineTableEditor::uncommittedState() const {

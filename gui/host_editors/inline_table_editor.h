@@ -1,6 +1,6 @@
 // The editor of InlineTable: the table itself, edited in place.
 //
-// Cells are committed after a short rest, so that typing into a large table stays quick.
+// Cells are committed after a rest, longer for large tables, so that typing into them stays quick.
 // Threads: the user-interface thread.
 #pragma once
 

@@ -81,6 +81,9 @@ PropertyPanel::PropertyPanel(GraphCommands& commands, QWidget* parent)
   });
   connect(&m_graph, &EditedGraph::actionAboutToBeReplaced, this, &PropertyPanel::forgetReplaced);
   connect(&m_graph, &EditedGraph::actionChanged, this, &PropertyPanel::renewReplaced);
+  // Later, since the editor commits first, which is a command of its own.
+  connect(&m_graph, &EditedGraph::parametersChanged, this, &PropertyPanel::renewEditor,
+          Qt::QueuedConnection);
 }
 
 PropertyPanel::~PropertyPanel() {
@@ -234,10 +237,15 @@ void PropertyPanel::renewEditor() {
     return;
   }
   commit();
-  const EditorPosition shown = position();
+  EditorPosition shown = position();
+  if (!isInside(QApplication::focusWidget(), *m_editor)) {
+    shown.field.clear();
+  }
+  const QMap<QString, QString> texts = m_editor->uncommittedState();
   closeEditor();
   openEditor();
   goTo(shown, *m_editor);
+  m_editor->restoreUncommitted(texts);
 }
 
 void PropertyPanel::focusEditor() {

@@ -26,12 +26,6 @@ QString attribute(const XMLNode& node, const char16_t* name) {
 
 // Texts that the user reads or that expressions are made of; "${" in them is no reference to a
 // parameter.
-bool isFreeText(const QString& attributeName) {
-  static const QStringList kFreeTexts{QStringLiteral("expression"), QStringLiteral("Expression"),
-                                      QStringLiteral("notes"), QStringLiteral("comments")};
-  return kFreeTexts.contains(attributeName);
-}
-
 }  // namespace
 
 GraphDocument::GraphDocument(const QString& file, const ActionCatalogue& catalogue, Faults faults)

@@ -17,6 +17,7 @@
 #include "ui/panels/variables_model.h"
 #include "ui/widgets/expression_field.h"
 
+class QBoxLayout;
 class QPushButton;
 class QTabWidget;
 class QVBoxLayout;
@@ -88,7 +89,7 @@ class ExpressionActionEditor : public UpdateClassWidget {
   static constexpr int kFieldShare = 1;
   static constexpr int kDebuggerShare = 1;
   // With the editor's check button before its own.
-  QWidget* makeDebugger(const DebuggerTexts& texts);
+  void addDebugger(QBoxLayout& page, const DebuggerTexts& texts);
   // A field with its label, committed at the end of editing.
   QWidget* makeNotes(const char* name, const QString& label, const QString& accessibleName);
   void addOtherPages();

@@ -312,6 +312,27 @@ TEST_F(EditedGraphTest, ParametersAreKnownToActionsAndTheirUsers) {
   EXPECT_EQ(m_graph.document(), kFlights);
 }
 
+TEST_F(EditedGraphTest, ARenamedParameterIsFollowedWhereverItIsUsed) {
+  load();
+  set("flights", "'delay 0'", "'${limit} ${other}'");
+  const QByteArray before = m_graph.document();
+  m_commands.setParameters({{QStringLiteral("most"), QStringLiteral("30")}},
+                           {{QStringLiteral("limit"), QStringLiteral("most")}});
+  EXPECT_EQ(m_commands.stack().undoText(), u"Rename parameter 'limit'");
+  const QByteArray now = m_graph.document();
+  EXPECT_TRUE(now.contains("delay > most")) << now.constData();
+  EXPECT_TRUE(now.contains("comments='${most}'"));
+  EXPECT_TRUE(now.contains("sortedOn='${most} ${other}'"));
+  EXPECT_FALSE(now.contains("limit"));
+  undo();
+  EXPECT_EQ(m_graph.document(), before);
+  // A variable of the same name is not the parameter.
+  set("late", "column='delay'/>", "column='delay' label='limit'/>");
+  m_commands.setParameters({{QStringLiteral("most"), QStringLiteral("30")}},
+                           {{QStringLiteral("limit"), QStringLiteral("most")}});
+  EXPECT_TRUE(m_graph.document().contains("delay &gt; limit")) << m_graph.document().constData();
+}
+
 // The bounds are four times what is wanted of a user's machine.
 TEST_F(EditedGraphTest, AThousandActionsAreQuick) {
   constexpr int kActions = 1000;

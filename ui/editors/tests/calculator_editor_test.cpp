@@ -150,13 +150,15 @@ TEST_F(CalculatorEditorTest, TypedTextsComeBack) {
   field().setExpression(QStringLiteral("x +"));
   widget<QLineEdit>("leName").setText(QStringLiteral("sum"));
   widget<NotesField>("leNotes").setPlainText(QStringLiteral("line\nline"));
-  const QMap<QString, QString> typed = m_editor->uncommittedState();
+  QMap<QString, QString> typed = m_editor->uncommittedState();
   EXPECT_EQ(typed.size(), 4);
+  typed["useJIT"] = "0";  // as edited during a debug run
   open();
   m_editor->restoreUncommitted(typed);
   EXPECT_EQ(m_editor->uncommittedState(), typed);
   EXPECT_FALSE(hasSaved("sum"));
   m_editor->commit();
+  EXPECT_TRUE(hasSaved("useJIT='0'"));
   EXPECT_TRUE(hasSaved("name='sum'"));
   EXPECT_EQ(variables().variables()[0].name(), "alias");
   EXPECT_TRUE(hasSaved(">alias +<"));
