@@ -1,6 +1,5 @@
 #include "gui/window/host_window.h"
 
-#include <algorithm>
 #include <initializer_list>
 #include <utility>
 
@@ -28,25 +27,6 @@
 #include "host/widgets/user_interface.h"
 
 namespace kelvarin {
-
-namespace {
-
-// Those that sinks have taken; of a graph without sinks, those that sources have made.
-long long rowCountOf(const RunResult& result) {
-  long long taken = 0;
-  long long made = 0;
-  for (const ActionResult& action : result.actions) {
-    for (const long long count : action.rowsIn) {
-      taken += action.rowsOut.empty() ? count : 0;
-    }
-    for (const long long count : action.rowsOut) {
-      made += action.rowsIn.empty() ? count : 0;
-    }
-  }
-  return taken > 0 ? taken : made;
-}
-
-}  // namespace
 
 HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& theme,
                        std::vector<ParameterOverride> settings)
@@ -240,11 +220,10 @@ void HostWindow::showRunState() {
 }
 
 void HostWindow::showOutcome(const RunResult& result) {
-  const QLocale locale;
-  const QString seconds = locale.toString(result.seconds, 'f', 2);
+  const QString seconds = QLocale().toString(result.seconds, 'f', 2);
   switch (result.state) {
     case GlobalParameters::RunningState::endedNormally:
-      m_outcome->setText(tr("ok, %1 rows, %2 s").arg(locale.toString(rowCountOf(result)), seconds));
+      m_outcome->setText(summaryOf(result));
       return;
     case GlobalParameters::RunningState::stoppedByUser:
       m_outcome->setText(tr("stopped after %1 s").arg(seconds));

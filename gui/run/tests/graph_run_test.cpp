@@ -218,8 +218,10 @@ TEST(GraphRun, KnowsItsCommandLine) {
   RunOf t("<Count name='s'/>", "");
   EXPECT_EQ(t.run.commandLine(), QStringLiteral("kelvarin run '/tests/it'\\''s a graph.kelvarin'"));
   t.load("<Count name='s'/>", "", {{QStringLiteral("p"), QStringLiteral("a b")}});
-  EXPECT_EQ(t.run.commandLine(), QStringLiteral("kelvarin run '/tests/it'\\''s a graph.kelvarin' "
-                                                "--set 'p=a b'"));
+  const QString whole =
+      QStringLiteral("kelvarin run '/tests/it'\\''s a graph.kelvarin' --set 'p=a b'");
+  EXPECT_EQ(t.run.commandLine(), whole);
+  EXPECT_EQ(t.run.commandLine(t.id("s")), whole + QStringLiteral(" --to 's'"));
 }
 
 TEST(GraphRun, EndsWithTheGraphThatIsReplacedAndWithItself) {
