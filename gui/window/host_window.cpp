@@ -14,11 +14,13 @@
 #include "gui/canvas/canvas_view.h"
 #include "gui/canvas/minimap.h"
 #include "gui/dialogs/text_dialogs.h"
+#include "gui/log/log_model.h"
 #include "gui/log/log_panel.h"
 #include "gui/palette/palette_panel.h"
 #include "gui/preview/preview_panel.h"
 #include "gui/run/disk_question_line.h"
 #include "gui/run/run_report_panel.h"
+#include "gui/window/log_title.h"
 #include "gui/window/property_panel.h"
 #include "gui/window/recovery_offer.h"
 #include "gui/window/shortcut_precedence.h"
@@ -110,6 +112,7 @@ void HostWindow::makeDocks() {
   m_previewDock =
       newDock(QStringLiteral("preview"), tr("Preview"), m_preview, Qt::BottomDockWidgetArea);
   m_logDock = newDock(QStringLiteral("log"), tr("Log"), m_log, Qt::BottomDockWidgetArea);
+  new LogTitle(*m_logDock, m_log->model());
   m_reportDock =
       newDock(QStringLiteral("report"), tr("Run report"), m_report, Qt::BottomDockWidgetArea);
   tabifyDockWidget(m_previewDock, m_logDock);
@@ -138,6 +141,7 @@ void HostWindow::connectGraph() {
 void HostWindow::connectWork() {
   connect(&m_run, &GraphRun::started, this, &HostWindow::showRunState);
   connect(&m_run, &GraphRun::statesChanged, this, &HostWindow::showStates);
+  connect(&m_run, &GraphRun::diskQuestionChanged, this, &HostWindow::showRunState);
   connect(&m_run, &GraphRun::ended, this, &HostWindow::showRunState);
   connect(&m_columns, &DesignColumns::changed, this,
           [this] { m_canvas->setProblems(m_columns.problems()); });
@@ -211,7 +215,8 @@ void HostWindow::showRunState() {
   enableActions();
   showStates();
   if (m_run.isRunning()) {
-    m_outcome->setText(tr("Running ..."));
+    m_outcome->setText(m_run.diskQuestion() ? tr("Waiting for space on the disk")
+                                            : tr("Running ..."));
   } else if (const RunResult* result = m_run.result()) {
     showOutcome(*result);
   } else {

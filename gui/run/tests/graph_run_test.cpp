@@ -45,6 +45,7 @@ class Waits final : public TestAction {
     while (run()->isRunning()) {
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
+    MainUI::addLog(LogLevel::error, QStringLiteral("The file never came."));
     return true;
   }
 };
@@ -138,6 +139,7 @@ TEST(GraphRun, ShowsThatAnActionWaitsWhileItWaits) {
   EXPECT_EQ(t.state("w").message, QString());
   t.run.stop();
   ASSERT_TRUE(t.finish());
+  EXPECT_EQ(t.state("s").kind, Kind::stopped);
 }
 
 TEST(GraphRun, AsksWhereADiskIsFullAndGoesOnOrStops) {

@@ -3,25 +3,22 @@
 #include <QAbstractItemView>
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QDockWidget>
 #include <QFile>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QSettings>
 #include <QSignalSpy>
-#include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QToolButton>
 
 #include "gui/canvas/canvas_view.h"
 #include "gui/document/tests/loaded_catalogue.h"
-#include "gui/preview/preview_panel.h"
 #include "gui/preview/preview_table.h"
 #include "gui/preview/preview_view.h"
 #include "gui/window/host_window.h"
 #include "gui/window/property_panel.h"
 #include "host/contract/host_session.h"
-#include "host/widgets/info_line.h"
 #include "host/widgets/theme.h"
 
 namespace kelvarin {
@@ -188,6 +185,18 @@ TEST_F(PreviewStepsTest, StepToThisRowStopsTheDebuggerThere) {
         20'000));
     window.properties().showAction(kNoId);
   }
+}
+
+TEST_F(PreviewStepsTest, TheLogCountsInItsTitleWhatWentWrong) {
+  ASSERT_TRUE(commands.setElement(
+      id("twice"),
+      "<Calculator name='twice'><InputVars><InputVar column='gone'/></InputVars>"
+      "<OutputVars><OutputVar name='twice'>gone * 2</OutputVar></OutputVars></Calculator>"));
+  auto* dock = window.findChild<QDockWidget*>("log");
+  EXPECT_EQ(dock->windowTitle(), QStringLiteral("Log"));
+  window.run();
+  EXPECT_TRUE(QTest::qWaitFor([dock] { return dock->windowTitle() == "Log: 1 error(s)"; }))
+      << dock->windowTitle().toStdString();
 }
 
 TEST_F(PreviewStepsTest, TheCommandLineIsThatOfTheFile) {
