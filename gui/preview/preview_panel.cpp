@@ -45,7 +45,6 @@ class PreviewPanel::Parts : public QObject {
   void showPin(const PinRef& pin);
   const std::optional<PinRef>& pin() const { return m_pin; }
   void panelShown();
-  PreviewTable& table() { return *m_table; }
 
  private:
   void layOut();
@@ -181,7 +180,9 @@ void PreviewPanel::Parts::connectTable() {
     emit m_panel.keepRowsWanted(*m_pin, condition);
   });
   connect(m_table, &PreviewTable::newColumnWanted, this,
-          [this](const QString& column) { emit m_panel.newColumnWanted(*m_pin, column); });
+          [this](const PinColumns::Column& column, const QString& name) {
+            emit m_panel.newColumnWanted(*m_pin, column, name);
+          });
   connect(m_table, &PreviewTable::renameColumnWanted, this,
           [this](const QString& column) { emit m_panel.renameColumnWanted(*m_pin, column); });
   connect(m_table, &PreviewTable::orderChanged, this, &Parts::showState);
@@ -425,10 +426,6 @@ void PreviewPanel::showPin(const PinRef& pin) {
 
 std::optional<PinRef> PreviewPanel::pin() const {
   return m_parts->pin();
-}
-
-void PreviewPanel::setCanStep(bool can) {
-  m_parts->table().setCanStep(can);
 }
 
 void PreviewPanel::showEvent(QShowEvent* event) {

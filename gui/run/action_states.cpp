@@ -22,12 +22,13 @@ ActionState::Kind kindOf(ActionPhase phase) {
 
 // A run that ended well has done all that was asked of it, also of actions whose last rows nobody
 // wanted. One that did not has kept nothing that its sinks had written.
-ActionState::Kind kindAfter(const ActionResult& action, bool isOk) {
-  if (action.phase == ActionPhase::failed) {
+ActionState::Kind kindAfter(const ActionResult& action, const RunResult& result) {
+  if (action.phase == ActionPhase::failed &&
+      result.state != GlobalParameters::RunningState::stoppedByUser) {
     return ActionState::Kind::failed;
   }
   const bool isSink = action.rowsOut.empty();
-  const bool isDone = isOk || (action.phase == ActionPhase::finished && !isSink);
+  const bool isDone = result.isOk() || (action.phase == ActionPhase::finished && !isSink);
   return isDone ? ActionState::Kind::done : ActionState::Kind::stopped;
 }
 
@@ -82,11 +83,15 @@ std::vector<ActionState> statesOf(const RunResult& result) {
   states.reserve(result.actions.size());
   for (const ActionResult& action : result.actions) {
     ActionState state;
-    state.kind = kindAfter(action, result.isOk());
+    const ActionState::Kind kind = kindAfter(action, result);
+    state.kind = kind;
     state.rowsIn = action.rowsIn;
     state.rowsOut = action.rowsOut;
     state.seconds = std::max(0.0, action.seconds);
     messages.addTo(state, action.name);
+    if (result.state == GlobalParameters::RunningState::stoppedByUser) {
+      state.kind = kind;  // errors that follow from the stop are no failures
+    }
     states.push_back(std::move(state));
   }
   return states;

@@ -294,7 +294,7 @@ const RunResult* GraphRun::result() const {
   return m_parts->result.get();
 }
 
-QString GraphRun::commandLine() const {
+QString GraphRun::commandLine(ActionId action) const {
   const Graph& graph = m_parts->graph.graph();
   if (graph.file.isEmpty()) {
     return {};
@@ -305,6 +305,9 @@ QString GraphRun::commandLine() const {
     if (value != graph.settings->expandString2(parameter.value)) {
       line += QStringLiteral(" --set ") + shellWord(parameter.name + u'=' + value);
     }
+  }
+  if (action != kNoId) {
+    line += QStringLiteral(" --to ") + shellWord(m_parts->graph.name(action));
   }
   return line;
 }

@@ -42,8 +42,9 @@ class GraphRun : public QObject {
   const QHash<ActionId, ActionState>& states() const;
   // Of the last run that has ended; null before.
   const RunResult* result() const;
-  // That runs the graph with the same parameters; empty where the graph has no file.
-  QString commandLine() const;
+  // That does the same as start(), or as startTo(), with the file of the graph as it was saved and
+  // the same parameters; empty where the graph has no file.
+  QString commandLine(ActionId action = kNoId) const;
 
  signals:
   void started();

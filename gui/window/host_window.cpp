@@ -1,6 +1,5 @@
 #include "gui/window/host_window.h"
 
-#include <algorithm>
 #include <initializer_list>
 #include <utility>
 
@@ -17,6 +16,7 @@
 #include "gui/canvas/heat_legend.h"
 #include "gui/canvas/minimap.h"
 #include "gui/dialogs/text_dialogs.h"
+#include "gui/log/log_model.h"
 #include "gui/log/log_panel.h"
 #include "gui/palette/palette_panel.h"
 #include "gui/preview/preview_panel.h"
@@ -29,6 +29,7 @@
 #include "gui/window/canvas_menus.h"
 #include "gui/window/example_copy.h"
 #include "gui/window/find_dock.h"
+#include "gui/window/log_title.h"
 #include "gui/window/panel_layout.h"
 #include "gui/window/problem_walk.h"
 #include "gui/window/start_page.h"
@@ -41,21 +42,6 @@ namespace kelvarin {
 namespace {
 
 constexpr QSize kUsualSize(1280, 800);
-
-// Those that sinks have taken; of a graph without sinks, those that sources have made.
-long long rowCountOf(const RunResult& result) {
-  long long taken = 0;
-  long long made = 0;
-  for (const ActionResult& action : result.actions) {
-    for (const long long count : action.rowsIn) {
-      taken += action.rowsOut.empty() ? count : 0;
-    }
-    for (const long long count : action.rowsOut) {
-      made += action.rowsIn.empty() ? count : 0;
-    }
-  }
-  return taken > 0 ? taken : made;
-}
 
 }  // namespace
 
@@ -152,6 +138,7 @@ void HostWindow::makeDocks() {
   m_previewDock =
       newDock(QStringLiteral("preview"), tr("Preview"), m_preview, Qt::BottomDockWidgetArea);
   m_logDock = newDock(QStringLiteral("log"), tr("Log"), m_log, Qt::BottomDockWidgetArea);
+  new LogTitle(*m_logDock, m_log->model());
   m_reportDock =
       newDock(QStringLiteral("report"), tr("Run report"), m_report, Qt::BottomDockWidgetArea);
   tabifyDockWidget(m_previewDock, m_logDock);
@@ -188,6 +175,7 @@ void HostWindow::connectGraph() {
 void HostWindow::connectWork() {
   connect(&m_run, &GraphRun::started, this, &HostWindow::showRunState);
   connect(&m_run, &GraphRun::statesChanged, this, &HostWindow::showStates);
+  connect(&m_run, &GraphRun::diskQuestionChanged, this, &HostWindow::showRunState);
   connect(&m_run, &GraphRun::ended, this, &HostWindow::showRunState);
   connect(&m_columns, &DesignColumns::changed, this,
           [this] { m_canvas->setProblems(m_columns.problems()); });
@@ -269,7 +257,8 @@ void HostWindow::showRunState() {
   enableActions();
   showStates();
   if (m_run.isRunning()) {
-    m_outcome->setText(tr("Running ..."));
+    m_outcome->setText(m_run.diskQuestion() ? tr("Waiting for space on the disk")
+                                            : tr("Running ..."));
   } else if (const RunResult* result = m_run.result()) {
     showOutcome(*result);
   } else {
@@ -278,11 +267,10 @@ void HostWindow::showRunState() {
 }
 
 void HostWindow::showOutcome(const RunResult& result) {
-  const QLocale locale;
-  const QString seconds = locale.toString(result.seconds, 'f', 2);
+  const QString seconds = QLocale().toString(result.seconds, 'f', 2);
   switch (result.state) {
     case GlobalParameters::RunningState::endedNormally:
-      m_outcome->setText(tr("ok, %1 rows, %2 s").arg(locale.toString(rowCountOf(result)), seconds));
+      m_outcome->setText(summaryOf(result));
       return;
     case GlobalParameters::RunningState::stoppedByUser:
       m_outcome->setText(tr("stopped after %1 s").arg(seconds));

@@ -169,6 +169,7 @@ class HostWindow : public QMainWindow {
   void replaceCurrent(const QString& typeName);
   void askForColumnName(const PinRef& pin, const QString& column);
   void editParameters();
+  void copyCommandLine(ActionId lastAction);
 
   GraphCommands& m_commands;
   EditedGraph& m_graph;

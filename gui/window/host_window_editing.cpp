@@ -1,8 +1,8 @@
 // How actions come into the graph: from the palette, by letters typed on the canvas, from links and
 // dropped files, and from what is chosen in the preview.
-#include <algorithm>
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDockWidget>
 #include <QInputDialog>
 #include <QStatusBar>
@@ -24,12 +24,6 @@ namespace {
 
 constexpr QSize kEditorWindow{1120, 760};
 
-// A number where nothing is known of it.
-PinColumns::Column columnOf(const PinColumns& known, const QString& name) {
-  const auto found = std::ranges::find(known.columns, name, &PinColumns::Column::name);
-  return found == known.columns.end() ? PinColumns::Column{name, MetaTypeColumn::number} : *found;
-}
-
 }  // namespace
 
 void HostWindow::connectCanvas() {
@@ -50,18 +44,16 @@ void HostWindow::connectCanvas() {
 }
 
 void HostWindow::connectPreview() {
+  const auto add = [this](const PinRef& pin, const QString& typeName, const QByteArray& element) {
+    select(addStepAt(m_commands, pin, typeName, element), true);
+  };
   connect(m_preview, &PreviewPanel::keepRowsWanted, this,
-          [this](const PinRef& pin, const RowCondition& condition) {
-            select(
-                m_commands.addLinked(QStringLiteral("FilterRows"), pin, filterElement(condition)),
-                true);
+          [add](const PinRef& pin, const RowCondition& condition) {
+            add(pin, QStringLiteral("FilterRows"), filterElement(condition));
           });
   connect(m_preview, &PreviewPanel::newColumnWanted, this,
-          [this](const PinRef& pin, const QString& column) {
-            select(
-                m_commands.addLinked(QStringLiteral("Calculator"), pin,
-                                     calculatorElement(columnOf(m_columns.columns(pin), column))),
-                true);
+          [add](const PinRef& pin, const PinColumns::Column& column, const QString& name) {
+            add(pin, QStringLiteral("Calculator"), calculatorElement(column, name));
           });
   connect(m_preview, &PreviewPanel::actionWanted, this,
           [this](ActionId action) { select(action, true); });
@@ -169,7 +161,7 @@ void HostWindow::previewSelection() {
 }
 
 // In the action itself where its output has a row for each row of its input, else in one that reads
-// the pin.
+// the pin, or from which it reads.
 void HostWindow::stepToRow(const PinRef& pin, long long row) {
   QList<ActionId> candidates;
   if (!pin.isOutput ||
@@ -187,6 +179,12 @@ void HostWindow::stepToRow(const PinRef& pin, long long row) {
     if (m_properties->editor() != nullptr && m_properties->editor()->stepToRow(row)) {
       return;
     }
+  }
+  const LinkId above = pin.isOutput ? kNoId : m_graph.linkInto(pin.action, pin.pin);
+  if (above != kNoId) {
+    const DrawnLink link = m_graph.link(above);
+    stepToRow({link.from, link.fromPin, true}, row);
+    return;
   }
   select(pin.action, false);
   statusBar()->showMessage(
@@ -216,6 +214,21 @@ void HostWindow::editParameters() {
   auto* dialog = new ParametersDialog(m_commands, this);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->open();
+}
+
+// A command runs the file, not what is in the window. kNoId: the whole graph.
+void HostWindow::copyCommandLine(ActionId lastAction) {
+  const QString line = m_file.path().isEmpty() ? QString() : m_run.commandLine(lastAction);
+  if (line.isEmpty()) {
+    showNotice(
+        tr("A command line runs the file of a graph, and this graph has none yet. Save it, "
+           "then copy the command."));
+    return;
+  }
+  QGuiApplication::clipboard()->setText(line);
+  statusBar()->showMessage(m_graph.isModified()
+                               ? tr("Copied; it runs the graph as last saved: %1").arg(line)
+                               : tr("Copied: %1").arg(line));
 }
 
 // The selected actions, or all where fewer than two are selected.

@@ -1,14 +1,11 @@
 // The menus of the window, its tool bar and the menu of the canvas.
 #include <QActionGroup>
-#include <QApplication>
-#include <QClipboard>
 #include <QDesktopServices>
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
 #include <QSettings>
-#include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -113,11 +110,10 @@ void HostWindow::makeGraphMenu() {
   m_stopAction =
       graph->addAction(icon(IconName::stop), tr("&Stop"), this, [this] { m_run.stop(); });
   m_stopAction->setShortcut(Qt::SHIFT | Qt::Key_F5);
-  QAction* command =
-      graph->addAction(icon(IconName::copy), tr("Copy as command &line"), this, [this] {
-        QApplication::clipboard()->setText(m_run.commandLine());
-        statusBar()->showMessage(tr("Copied: %1").arg(m_run.commandLine()));
-      });
+  QAction* command = graph->addAction(icon(IconName::copy), tr("Copy as command &line"), this,
+                                      [this] { copyCommandLine(kNoId); });
+  QAction* commandToHere = graph->addAction(tr("Copy run to here as &command line"), this,
+                                            [this] { copyCommandLine(m_canvas->currentAction()); });
   m_parametersAction = graph->addAction(tr("&Parameters ..."), this, &HostWindow::editParameters);
   graph->addSeparator();
 
@@ -137,7 +133,7 @@ void HostWindow::makeGraphMenu() {
   addProblemActions(*graph);
   m_graphActions.insert(m_graphActions.end(), {command, m_parametersAction, arranged});
   m_actionActions.insert(m_actionActions.end(),
-                         {openEditor, m_runToAction, m_replaceMenu->menuAction()});
+                         {openEditor, m_runToAction, commandToHere, m_replaceMenu->menuAction()});
   m_contextMenu = new QMenu(this);
 }
 

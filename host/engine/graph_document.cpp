@@ -327,7 +327,7 @@ GraphDocument::EndOfLink GraphDocument::endOfLink(const XMLNode& node, const cha
   EndOfLink end{m_indexOfAction.value(name, -1), 0};
   if (end.action < 0) {
     if (m_hasAllActions || m_faults == Faults::keep) {
-      refuse(node, engine_messages::linkToAbsentAction(name, nearestNames(name, actionNames())));
+      refuse(node, engine_messages::absentAction(name, nearestNames(name, actionNames())));
     }
     return {};
   }

@@ -246,7 +246,7 @@ inline QString emptyActionName() {
   return QStringLiteral("the action's name is empty; links refer to actions by their names.");
 }
 
-inline QString linkToAbsentAction(const QString& name, const QStringList& nearest) {
+inline QString absentAction(const QString& name, const QStringList& nearest) {
   return nearest.isEmpty() ? QStringLiteral("there is no action named '%1'.").arg(name)
                            : QStringLiteral("there is no action named '%1'; did you mean '%2'?")
                                  .arg(name, nearest.join(QStringLiteral("' or '")));

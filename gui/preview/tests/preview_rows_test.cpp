@@ -220,7 +220,7 @@ TEST_F(PreviewRowsTest, RowsLikeAChosenOneAreKeptByItsCondition) {
                                      {QStringLiteral("v1"), MetaTypeColumn::number},
                                      {QStringLiteral("_n"), MetaTypeColumn::key}};
   const Rows rows{{"Lyon", 0.1, 3},        {null, 0.1, 3},          {"", 0.1, 3},
-                  {"a\"b\\c\n\td", -4, 3}, {"Lyon", null, 3},       {"Lyon", kNotANumber, 3},
+                  {"a\"b\\c\n\td", -4, 3}, {"Lyon", null, 3},       {"Lyon", -kNotANumber, 3},
                   {"Lyon", kInfinity, 3},  {"Lyon", -kInfinity, 3}, {"Lyon", 0.1, null}};
   for (const Values& row : rows) {
     std::vector<ChosenValues> chosen;

@@ -45,6 +45,7 @@ class Waits final : public TestAction {
     while (run()->isRunning()) {
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
+    MainUI::addLog(LogLevel::error, QStringLiteral("The file never came."));
     return true;
   }
 };
@@ -138,6 +139,7 @@ TEST(GraphRun, ShowsThatAnActionWaitsWhileItWaits) {
   EXPECT_EQ(t.state("w").message, QString());
   t.run.stop();
   ASSERT_TRUE(t.finish());
+  EXPECT_EQ(t.state("s").kind, Kind::stopped);
 }
 
 TEST(GraphRun, AsksWhereADiskIsFullAndGoesOnOrStops) {
@@ -218,8 +220,10 @@ TEST(GraphRun, KnowsItsCommandLine) {
   RunOf t("<Count name='s'/>", "");
   EXPECT_EQ(t.run.commandLine(), QStringLiteral("kelvarin run '/tests/it'\\''s a graph.kelvarin'"));
   t.load("<Count name='s'/>", "", {{QStringLiteral("p"), QStringLiteral("a b")}});
-  EXPECT_EQ(t.run.commandLine(), QStringLiteral("kelvarin run '/tests/it'\\''s a graph.kelvarin' "
-                                                "--set 'p=a b'"));
+  const QString whole =
+      QStringLiteral("kelvarin run '/tests/it'\\''s a graph.kelvarin' --set 'p=a b'");
+  EXPECT_EQ(t.run.commandLine(), whole);
+  EXPECT_EQ(t.run.commandLine(t.id("s")), whole + QStringLiteral(" --to 's'"));
 }
 
 TEST(GraphRun, EndsWithTheGraphThatIsReplacedAndWithItself) {
