@@ -95,6 +95,7 @@ void HostWindow::newGraph() {
     m_hasGraph = true;
     m_unsaved.begin({}, {});
     showPage();
+    m_canvas->zoomToAll();
     m_canvas->setFocus();
     emit graphShown();
   });
