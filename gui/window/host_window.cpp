@@ -105,6 +105,7 @@ void HostWindow::makeCentre() {
   layout->addWidget(m_notice);
   layout->addWidget(m_pages, 1);
   setCentralWidget(centre);
+  statusBar()->setSizeGripEnabled(false);  // from the start, so that its first text moves nothing
 }
 
 QDockWidget* HostWindow::newDock(const QString& name, const QString& title, QWidget* content,
@@ -134,7 +135,6 @@ void HostWindow::makeDocks() {
   m_previewDock->raise();
   resizeDocks({m_paletteDock, m_propertiesDock}, {208, 480}, Qt::Horizontal);
   resizeDocks({m_previewDock}, {256}, Qt::Vertical);
-  statusBar()->setSizeGripEnabled(false);  // from the start, so that its first text moves nothing
 }
 
 void HostWindow::connectGraph() {
