@@ -158,6 +158,9 @@ QRectF CanvasView::seenArea() const {
 }
 
 QPointF CanvasView::pointOfInterest() const {
+  if (!isVisible()) {
+    return {};  // a graph to come is shown around it
+  }
   const QPoint pointer = viewport()->mapFromGlobal(QCursor::pos());
   return viewport()->underMouse() && viewport()->rect().contains(pointer) ? mapToScene(pointer)
                                                                           : seenArea().center();

@@ -1,5 +1,6 @@
 #include "gui/window/host_window.h"
 
+#include <algorithm>
 #include <initializer_list>
 #include <utility>
 
@@ -116,6 +117,7 @@ void HostWindow::makeCentre() {
   layout->addWidget(m_diskQuestion);
   layout->addWidget(m_pages, 1);
   setCentralWidget(centre);
+  statusBar()->setSizeGripEnabled(false);  // from the start, so that its first text moves nothing
 }
 
 QDockWidget* HostWindow::newDock(const QString& name, const QString& title, QWidget* content,
@@ -154,7 +156,6 @@ void HostWindow::makeDocks() {
                std::min(80 * character, kUsualSize.width() * 2 / 5)},
               Qt::Horizontal);
   resizeDocks({m_previewDock}, {288}, Qt::Vertical);
-  statusBar()->setSizeGripEnabled(false);  // from the start, so that its first text moves nothing
 }
 
 void HostWindow::connectGraph() {

@@ -111,6 +111,7 @@ void HostWindow::newGraph() {
     m_example->begin({});
     m_unsaved.begin({}, {});
     showPage();
+    m_canvas->zoomToAll();
     m_canvas->setFocus();
     emit graphShown();
   });

@@ -16,8 +16,8 @@
 #include "gui/document/tests/loaded_catalogue.h"
 #include "gui/preview/preview_table.h"
 #include "gui/preview/preview_view.h"
+#include "gui/properties/property_panel.h"
 #include "gui/window/host_window.h"
-#include "gui/window/property_panel.h"
 #include "host/contract/host_session.h"
 #include "host/widgets/theme.h"
 

@@ -112,6 +112,20 @@ TEST_F(CalculatorEditorTest, AddsMovesRenamesAndDeletesOutputs) {
   EXPECT_TRUE(hasSaved("isInput='1'"));
 }
 
+TEST_F(CalculatorEditorTest, NamesOfManyOutputsCanBeReadInANarrowPanel) {
+  open();
+  for (const char* name : {"ground_speed", "time_of_day", "made_up_minutes"}) {
+    click("pbAdd");
+    type("leName", QString::fromLatin1(name));
+  }
+  m_editor->resize(400, 600);
+  const int letters = 8 * tabs().fontMetrics().averageCharWidth();
+  for (int i = 3; i < tabs().count(); ++i) {
+    EXPECT_GE(tabs().tabRect(i).width(), letters) << i;
+  }
+  EXPECT_TRUE(tabs().rect().intersects(tabs().tabRect(tabs().currentIndex())));
+}
+
 TEST_F(CalculatorEditorTest, ChecksAllOutputsAndLeadsToTheFirstFault) {
   open();
   tabs().setCurrentIndex(1);
