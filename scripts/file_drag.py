@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """A file that can be dragged: scripts/file_drag.py FILE, as a file manager shows it.
 
-Started by scripts/gui_scenario. Shows a small window in the corner of the screen; a button that is
+Started by scripts/example_screen.py. Shows a small window in the corner of the screen; a button that is
 pressed in it drags the file by the XDND protocol, the way X programs exchange what is dragged,
 until the button is released. Ends when the window it was dropped on has taken it, with status 1
 where none has.

@@ -11,6 +11,7 @@ import time
 
 from example_screen import PROGRAM
 from screen import StepFailed
+from screen_reader import GLib
 
 
 def program():
@@ -34,7 +35,7 @@ def play(scenario):
             begin = time.monotonic()
             try:
                 said = step()
-            except StepFailed as failure:
+            except (StepFailed, GLib.Error) as failure:  # the latter of a widget that has just gone
                 _give_up(scenario, f"{title}: {failure}")
             seconds = f"{time.monotonic() - begin:.1f} s"
             print(f"{title}: {f'{said}, {seconds}' if said else seconds}", flush=True)

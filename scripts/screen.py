@@ -1,6 +1,6 @@
 """A screen of its own with a program on it: real windows, keys and mouse.
 
-Used by scripts/pictures and scripts/screen_reader.py. A screen has Xvfb, the window manager openbox and a folder that serves as
+Used by scripts/screen_reader.py. A screen has Xvfb, the window manager openbox and a folder that serves as
 the program's home; nothing of the user's settings is read or changed. What a program shows is
 waited for, never slept for: a StepFailed says which window or picture did not come.
 """

@@ -1,8 +1,8 @@
 """A screen whose program is seen as a screen reader sees it: widgets by their roles and names.
 
-Used by the scenarios and scripts/recovery_test. Widgets are found by what users read, wherever a layout puts them,
-and then clicked and typed into by real events. Nothing is looked at once: each operation waits
-until what it needs is there.
+Used by the scenarios, scripts/pictures and scripts/recovery_test. Widgets are found by what users
+read, wherever a layout puts them, and then clicked and typed into by real events. Nothing is looked
+at once: each operation waits until what it needs is there.
 """
 
 import math
