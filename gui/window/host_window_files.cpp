@@ -333,7 +333,6 @@ void HostWindow::dragEnterEvent(QDragEnterEvent* event) {
 
 // A graph is opened; data files are read, in a new graph where none is open.
 void HostWindow::dropEvent(QDropEvent* event) {
-  event->acceptProposedAction();
   QStringList files;
   for (const QUrl& url : event->mimeData()->urls()) {
     if (url.isLocalFile()) {
