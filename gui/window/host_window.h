@@ -112,6 +112,7 @@ class HostWindow : public QMainWindow {
   void makeEditMenu();
   void makeGraphMenu();
   void makeViewMenu();
+  QAction* newPanelAction(QDockWidget& panel, const QKeySequence& key);
   void makeHelpMenu();
   void makeToolBar();
   void showRecentGraphs();

@@ -141,21 +141,30 @@ void HostWindow::showContextMenu(QPoint globalPosition) {
   m_canvasMenus->popup(*m_contextMenu, globalPosition);
 }
 
+// A panel behind others in its tabs counts as not shown, and comes to the front.
+QAction* HostWindow::newPanelAction(QDockWidget& panel, const QKeySequence& key) {
+  auto* action = new QAction(panel.windowTitle(), this);
+  action->setCheckable(true);
+  action->setShortcut(key);
+  connect(&panel, &QDockWidget::visibilityChanged, action, &QAction::setChecked);
+  connect(action, &QAction::triggered, &panel, [&panel](bool isShown) {
+    panel.setVisible(isShown);
+    panel.raise();
+  });
+  return action;
+}
+
 void HostWindow::makeViewMenu() {
   QMenu* view = menuBar()->addMenu(tr("&View"));
-  const std::pair<QDockWidget*, Qt::Key> panels[] = {{m_paletteDock, Qt::Key_E},
-                                                     {m_propertiesDock, Qt::Key_R},
-                                                     {m_previewDock, Qt::Key_P},
-                                                     {m_logDock, Qt::Key_L}};
+  const std::pair<QDockWidget*, QKeySequence> panels[] = {
+      {m_paletteDock, Qt::CTRL | Qt::SHIFT | Qt::Key_E},
+      {m_propertiesDock, Qt::CTRL | Qt::SHIFT | Qt::Key_R},
+      {m_previewDock, Qt::CTRL | Qt::SHIFT | Qt::Key_P},
+      {m_logDock, Qt::CTRL | Qt::SHIFT | Qt::Key_L},
+      {m_reportDock, {}}};
   for (const auto& [dock, key] : panels) {
-    QAction* action = view->addAction(dock->windowTitle(), this, [shown = dock] {
-      const bool isSeen = shown->isVisible() && !shown->visibleRegion().isEmpty();
-      shown->setVisible(!isSeen);
-      shown->raise();
-    });
-    action->setShortcut(Qt::CTRL | Qt::SHIFT | key);
+    view->addAction(newPanelAction(*dock, key));
   }
-  view->addAction(m_reportDock->toggleViewAction());
   view->addSeparator();
   m_canvasMenus->fillView(*view);
   view->addSeparator();
