@@ -54,6 +54,7 @@ CanvasView::CanvasView(GraphCommands& commands, Theme& theme, QWidget* parent)
   connect(&m_edgeTimer, &QTimer::timeout, this, &CanvasView::scrollAtEdge);
   connect(&theme, &Theme::changed, this, [this] { m_scene->setLook(palette(), font()); });
   connectScene();
+  describeKeys();
   m_scene->setLook(palette(), font());
   updateReach();
 }

@@ -160,6 +160,7 @@ class CanvasView : public QGraphicsView {
   bool showToolTip(QHelpEvent& event);
   bool pinch(QEvent& event);
 
+  void describeKeys();
   bool actOnKey(QKeyEvent& event);
   bool actOnArrow(QKeyEvent& event);
   void walk(int arrowKey, bool extends);

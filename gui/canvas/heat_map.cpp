@@ -28,10 +28,6 @@ double figureOf(HeatMap map, const ActionState& state) {
   return map == HeatMap::time ? state.seconds : static_cast<double>(rowsOf(state));
 }
 
-QString figureText(HeatMap map, double figure) {
-  return map == HeatMap::time ? timeText(figure) : rowsText(std::llround(figure));
-}
-
 }  // namespace
 
 HeatScale::HeatScale(HeatMap map, const QHash<ActionId, ActionState>& states) : m_map(map) {
@@ -49,16 +45,18 @@ HeatScale::HeatScale(HeatMap map, const QHash<ActionId, ActionState>& states) : 
 }
 
 QString HeatScale::largestText() const {
-  return figureText(m_map, m_largest);
+  return m_map == HeatMap::time ? timeText(m_largest) : rowsText(std::llround(m_largest));
 }
 
 ActionHeat HeatScale::of(const ActionState& state) const {
   if (!hasFigures() || state.kind == ActionState::Kind::none) {
     return {};
   }
+  // Boxes are too small for the word "rows" as well; the legend says it.
   const double figure = figureOf(m_map, state);
-  return {figure / m_largest,
-          Texts::tr("%1, %2 %").arg(figureText(m_map, figure)).arg(qRound(100 * figure / m_total))};
+  const QString text =
+      m_map == HeatMap::time ? timeText(figure) : groupedCount(std::llround(figure));
+  return {figure / m_largest, Texts::tr("%1, %2 %").arg(text).arg(qRound(100 * figure / m_total))};
 }
 
 }  // namespace kelvarin

@@ -15,6 +15,7 @@
 
 #include "gui/find/found_text_delegate.h"
 #include "host/widgets/icon_button.h"
+#include "host/widgets/info_line.h"
 #include "host/widgets/key_list.h"
 
 namespace kelvarin {
@@ -51,11 +52,12 @@ FindPanel::FindPanel(GraphCommands& commands, QWidget* parent)
       m_text(new QLineEdit),
       m_case(new QCheckBox(tr("Match case"))),
       m_word(new QCheckBox(tr("Whole words"))),
-      m_outcome(new QLabel),
+      m_count(new QLabel),
       m_replaceRow(nullptr),
       m_replacement(new QLineEdit),
       m_what(new QComboBox),
       m_replace(new QPushButton),
+      m_note(new InfoLine),
       m_table(new QTableView) {
   setObjectName(QStringLiteral("find"));
   setAccessibleName(tr("Find"));
@@ -67,6 +69,7 @@ FindPanel::FindPanel(GraphCommands& commands, QWidget* parent)
   m_replaceRow = newReplaceRow();
   m_replaceRow->hide();
   layout->addWidget(m_replaceRow);
+  layout->addWidget(m_note);
   layout->addWidget(m_table, 1);
   connect(m_model, &FindModel::ended, this, [this] {
     m_table->selectRow(m_row);  // the same search, after a change of the graph
@@ -89,6 +92,7 @@ void FindPanel::makeTable() {
   m_table->setWordWrap(false);
   m_table->verticalHeader()->hide();
   m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
   m_table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   m_table->horizontalHeader()->setHighlightSections(false);
   m_table->horizontalHeader()->setStretchLastSection(true);
@@ -113,8 +117,7 @@ QWidget* FindPanel::newFindRow() {
   m_table->installEventFilter(this);
   m_case->setObjectName(QStringLiteral("matchCase"));
   m_word->setObjectName(QStringLiteral("wholeWords"));
-  m_outcome->setTextFormat(Qt::PlainText);
-  m_outcome->setMinimumWidth(1);
+  m_count->setTextFormat(Qt::PlainText);
   auto* before = new IconButton(IconName::up, tr("Previous (Shift+F3)"));
   auto* after = new IconButton(IconName::down, tr("Next (F3)"));
   connect(before, &QToolButton::clicked, this, [this] { step(-1); });
@@ -133,7 +136,7 @@ QWidget* FindPanel::newFindRow() {
   layout->addWidget(after);
   layout->addWidget(m_case);
   layout->addWidget(m_word);
-  layout->addWidget(m_outcome, 3);
+  layout->addWidget(m_count, 3);
   return row;
 }
 
@@ -186,7 +189,7 @@ FindQuery::Task FindPanel::task() const {
 }
 
 void FindPanel::search() {
-  m_report.clear();
+  m_note->clear();
   m_table->setColumnHidden(FindModel::now, task() == FindQuery::Task::find);
   const FindQuery query{
       {m_text->text(), m_case->isChecked(), m_word->isChecked()}, task(), m_replacement->text()};
@@ -195,30 +198,39 @@ void FindPanel::search() {
   showOutcome();
 }
 
+// While nothing is about to change, the note of the last change stays.
 void FindPanel::showOutcome() {
+  m_count->setText(countText());
+  showReplaceButton();
+  if (m_model->chosenCount() == 0) {
+    return;
+  }
+  if (const QStringList sources = m_model->sourcesToRename(); !sources.isEmpty()) {
+    m_note->setMessage(Severity::warning,
+                       tr("No action makes this column: what %1 reads has to have the new name.")
+                           .arg(listed(sources)));
+  } else {
+    m_note->clear();
+  }
+}
+
+QString FindPanel::countText() const {
   const int count = m_model->rowCount();
   const bool isRename = task() == FindQuery::Task::renameColumn;
-  QString outcome;
-  if (!m_report.isEmpty()) {
-    outcome = m_report;
-  } else if (m_text->text().isEmpty()) {
-    outcome = QString();
-  } else if (m_model->isSearching()) {
-    outcome = tr("Searching \u2026");
-  } else if (count == 0) {
-    outcome = isRename ? tr("No column is called '%1'.").arg(m_text->text()) : tr("Nothing found.");
-  } else if (count == FindModel::kMaxRows) {
-    outcome = tr("The first %1 texts").arg(QLocale().toString(count));
-  } else {
-    outcome =
-        isRename ? tr("%n change(s)", nullptr, count) : tr("%n text(s) found", nullptr, count);
-    if (const QStringList sources = m_model->sourcesToRename(); isRename && !sources.isEmpty()) {
-      outcome += tr("; what %1 reads must have the new name").arg(listed(sources));
-    }
+  if (m_text->text().isEmpty()) {
+    return {};
   }
-  m_outcome->setText(outcome);
-  m_outcome->setToolTip(outcome);
-  showReplaceButton();
+  if (m_model->isSearching()) {
+    return tr("Searching \u2026");
+  }
+  if (count == 0) {
+    return isRename ? tr("No such column is used") : tr("Nothing found");
+  }
+  const QString shown = QLocale().toString(count);
+  if (count == FindModel::kMaxRows) {
+    return tr("The first %1").arg(shown);
+  }
+  return isRename ? tr("%1 would change").arg(shown) : tr("%1 found").arg(shown);
 }
 
 void FindPanel::showReplaceButton() {
@@ -232,30 +244,27 @@ void FindPanel::showReplaceButton() {
 void FindPanel::replace() {
   emit aboutToReplace();
   if (task() == FindQuery::Task::renameColumn) {
-    renameColumn();
-  } else {
-    replaceTexts();
+    const qsizetype count = m_model->renameColumns().size();
+    m_note->setMessage(Severity::success,
+                       tr("Actions in which the column was renamed: %1.").arg(count));
+    return;
   }
-  showOutcome();
-}
-
-void FindPanel::replaceTexts() {
   const ReplacedTexts replaced = m_model->replaceChosen();
-  const auto count = static_cast<int>(replaced.changed.size()) + replaced.noteCount;
-  m_report = tr("Replaced in %n action(s) and notes.", nullptr, count);
+  const qsizetype count = replaced.changed.size() + replaced.noteCount;
   if (replaced.refused.isEmpty()) {
+    m_note->setMessage(Severity::success,
+                       tr("Actions and notes that were changed: %1.").arg(count));
     return;
   }
   QStringList names;
   for (const ActionId action : replaced.refused) {
     names.append(m_graph.name(action));
   }
-  m_report += u' ' + tr("%1 cannot have the new text.").arg(listed(names));
-}
-
-void FindPanel::renameColumn() {
-  const auto count = static_cast<int>(m_model->renameColumns().size());
-  m_report = tr("Renamed in %n action(s).", nullptr, count);
+  m_note->setMessage(Severity::warning,
+                     tr("Actions and notes that were changed: %1. Not %2: the new text is no valid "
+                        "setting there.")
+                         .arg(count)
+                         .arg(listed(names)));
 }
 
 void FindPanel::want(int row, bool takesFocus) {

@@ -20,6 +20,8 @@ class QTableView;
 
 namespace kelvarin {
 
+class InfoLine;
+
 class FindPanel : public QWidget {
   Q_OBJECT
 
@@ -52,10 +54,9 @@ class FindPanel : public QWidget {
   FindQuery::Task task() const;
   void search();
   void showOutcome();
+  QString countText() const;
   void showReplaceButton();
   void replace();
-  void replaceTexts();
-  void renameColumn();
   bool actOnFieldKey(int key, Qt::KeyboardModifiers modifiers);
   void want(int row, bool takesFocus);
 
@@ -64,14 +65,14 @@ class FindPanel : public QWidget {
   QLineEdit* m_text;
   QCheckBox* m_case;
   QCheckBox* m_word;
-  QLabel* m_outcome;
+  QLabel* m_count;
   QWidget* m_replaceRow;
   QLineEdit* m_replacement;
   QComboBox* m_what;
   QPushButton* m_replace;
+  InfoLine* m_note;  // about what would be replaced, and what was
   QTableView* m_table;
-  int m_row = -1;    // to which the user went last
-  QString m_report;  // of the last replacement, until something else is searched
+  int m_row = -1;  // to which the user went last
 };
 
 }  // namespace kelvarin

@@ -190,6 +190,7 @@ void HostWindow::makeHelpMenu() {
   QMenu* help = menuBar()->addMenu(tr("&Help"));
   QAction* action = help->addAction(icon(IconName::help), tr("&This action"), this,
                                     [this] { showHelp(m_graph.typeName(m_properties->action())); });
+  action->setShortcut(Qt::Key_F1);
   m_actionActions.push_back(action);
   help->addAction(tr("&Keyboard"), this, [this] { showKeys(this); });
 }

@@ -14,10 +14,16 @@ ProblemWalk::ProblemWalk(const EditedGraph& graph, const DesignColumns& columns,
   connect(&run, &GraphRun::started, this, [this] { m_firstLogRow = m_log.rowCount(); });
   connect(&log, &QAbstractItemModel::rowsRemoved, this,
           [this](const QModelIndex&, int first, int last) {
-            m_firstLogRow = std::max(0, m_firstLogRow - (last - first + 1));
+            if (m_firstLogRow) {
+              m_firstLogRow = std::max(0, *m_firstLogRow - (last - first + 1));
+            }
           });
-  connect(&log, &QAbstractItemModel::modelReset, this, [this] { m_firstLogRow = 0; });
-  connect(&graph, &EditedGraph::loaded, this, [this] { m_firstLogRow = m_log.rowCount(); });
+  connect(&log, &QAbstractItemModel::modelReset, this, [this] {
+    if (m_firstLogRow) {
+      m_firstLogRow = 0;
+    }
+  });
+  connect(&graph, &EditedGraph::loaded, this, [this] { m_firstLogRow.reset(); });
 }
 
 std::vector<Problem> ProblemWalk::problems() const {
@@ -47,7 +53,7 @@ void ProblemWalk::appendOfCanvas(std::vector<Problem>& problems) const {
 }
 
 void ProblemWalk::appendOfLog(std::vector<Problem>& problems) const {
-  for (int row = m_firstLogRow; row < m_log.rowCount(); ++row) {
+  for (int row = m_firstLogRow.value_or(m_log.rowCount()); row < m_log.rowCount(); ++row) {
     const LogEntry& line = m_log.entry(row);
     if (line.level == LogLevel::information) {
       continue;
@@ -79,11 +85,11 @@ void ProblemWalk::step(int direction) {
   const std::ptrdiff_t from = current != all.end() ? current - all.begin() : direction > 0 ? -1 : 0;
   const std::ptrdiff_t index = (from + direction + count) % count;
   m_current = all[static_cast<std::size_t>(index)];
-  const QString what = m_current.action == kNoId
-                           ? m_current.text
-                           : tr("%1: %2").arg(m_graph.name(m_current.action), m_current.text);
+  const QString text = m_current.text.section(u'\n', 0, 0);
+  const QString what =
+      m_current.action == kNoId ? text : tr("%1: %2").arg(m_graph.name(m_current.action), text);
   emit problemWanted(m_current);
-  emit status(tr("Problem %1 of %2: %3").arg(index + 1).arg(count).arg(what.section(u'\n', 0, 0)));
+  emit status(tr("Problem %1 of %2: %3").arg(index + 1).arg(count).arg(what));
 }
 
 }  // namespace kelvarin

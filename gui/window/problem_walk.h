@@ -5,6 +5,7 @@
 // Threads: the user-interface thread.
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include <QObject>
@@ -56,7 +57,7 @@ class ProblemWalk : public QObject {
   const EditedGraph& m_graph;
   const DesignColumns& m_columns;
   const LogModel& m_log;
-  int m_firstLogRow = 0;  // of the last run
+  std::optional<int> m_firstLogRow;  // of the last run of this graph
   Problem m_current;
 };
 

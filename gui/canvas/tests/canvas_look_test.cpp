@@ -85,7 +85,7 @@ TEST(CanvasLook, TheHeatMapSaysItsFiguresInWords) {
   EXPECT_EQ(canvas.scene().heatScale().of(source), (ActionHeat{0.25 / 0.75, "0.25 s, 25 %"}));
   EXPECT_NE(canvas.view.grab().toImage(), without);
   canvas.view.setHeatMap(HeatMap::rows);
-  EXPECT_EQ(canvas.scene().heatScale().of(sink), (ActionHeat{0.25, "1,000 rows, 25 %"}));
+  EXPECT_EQ(canvas.scene().heatScale().of(sink), (ActionHeat{0.25, "1,000, 25 %"}));
   EXPECT_EQ(canvas.scene().heatScale().largestText(), u"4,000 rows");
   canvas.view.setHeatMap(HeatMap::off);
   EXPECT_TRUE(legend.isHidden());
