@@ -21,6 +21,7 @@
 #include "gui/preview/preview_panel.h"
 #include "gui/run/run_report_panel.h"
 #include "gui/window/canvas_menus.h"
+#include "gui/window/example_copy.h"
 #include "gui/window/find_dock.h"
 #include "gui/window/problem_walk.h"
 #include "gui/window/property_panel.h"
@@ -74,6 +75,7 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
       m_find(new FindDock(commands)),
       m_canvasMenus(new CanvasMenus(*m_canvas, this)),
       m_problems(new ProblemWalk(m_graph, m_columns, m_run, m_log->model(), this)),
+      m_example(new ExampleCopy(m_graph, this)),
       m_outcome(new QLabel) {
   setAcceptDrops(true);
   setDockOptions(AnimatedDocks | AllowTabbedDocks | AllowNestedDocks);
@@ -86,6 +88,7 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
   connectPreview();
   connectFinding();
   connectFile();
+  connectExample();
   new ShortcutPrecedence(*m_propertiesDock, *this);
   resize(1280, 800);
   restoreState();

@@ -28,6 +28,7 @@ namespace kelvarin {
 
 class CanvasMenus;
 class CanvasView;
+class ExampleCopy;
 class FindDock;
 class InfoLine;
 class LogPanel;
@@ -55,6 +56,8 @@ class HostWindow : public QMainWindow {
   // Asks first where changes would be lost.
   void newGraph();
   void open(const QString& path);
+  // As a copy: it is saved under another name, and what was installed stays as it is.
+  void openExample(const QString& path);
   // Looks for graphs that were not saved when a program ended, and offers them over the canvas.
   void offerRecovery();
   void save();
@@ -135,6 +138,7 @@ class HostWindow : public QMainWindow {
   void arrangeUnplaced();
   QString graphName() const;
   void showExamples();
+  void connectExample();
 
   // host_window_editing.cpp
   void connectCanvas();
@@ -163,6 +167,7 @@ class HostWindow : public QMainWindow {
   Arrangement m_arrangement;
   std::function<void()> m_afterSaving;  // what waits until the graph is saved
   QByteArray m_onDisk;                  // what another program has written
+  QString m_exampleToOpen;
   bool m_isSaving = false;
   bool m_hasGraph = false;  // else the start page is shown
   bool m_closesWithoutAsking = false;
@@ -184,6 +189,7 @@ class HostWindow : public QMainWindow {
   FindDock* m_find;
   CanvasMenus* m_canvasMenus;
   ProblemWalk* m_problems;
+  ExampleCopy* m_example;
   QDockWidget* m_paletteDock = nullptr;
   QDockWidget* m_propertiesDock = nullptr;
   QDockWidget* m_previewDock = nullptr;

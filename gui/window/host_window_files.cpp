@@ -14,6 +14,7 @@
 #include "gui/dialogs/difference_dialog.h"
 #include "gui/dialogs/file_questions.h"
 #include "gui/dialogs/question.h"
+#include "gui/window/example_copy.h"
 #include "gui/window/examples.h"
 #include "gui/window/host_window.h"
 #include "gui/window/property_panel.h"
@@ -29,6 +30,7 @@ namespace {
 
 const QString kGraphSuffix = QStringLiteral(".kelvarin");
 constexpr double kPictureScale = 2.0;
+const QString kSaveLink = QStringLiteral("saveExample");
 
 }  // namespace
 
@@ -36,6 +38,7 @@ void HostWindow::connectFile() {
   connect(m_start, &StartPage::newWanted, this, &HostWindow::newGraph);
   connect(m_start, &StartPage::openWanted, this, &HostWindow::chooseFileToOpen);
   connect(m_start, &StartPage::graphWanted, this, &HostWindow::open);
+  connect(m_start, &StartPage::exampleWanted, this, &HostWindow::openExample);
   connect(m_recovery, &RecoveryOffer::restoreWanted, this, &HostWindow::restoreGraph);
   connect(&m_unsaved, &UnsavedWork::failed, this, [this](const QString& why) {
     showNotice(tr("No recovery file can be written: %1. Save often until there is one.").arg(why));
@@ -68,6 +71,10 @@ void HostWindow::connectFile() {
   connect(&m_file, &DocumentFile::goneFromDisk, this,
           [this](const QString& path) { showFileIsGone(*m_notice, path); });
   connect(m_notice, &InfoLine::linkActivated, this, [this](const QString& link) {
+    if (link == kSaveLink) {
+      saveAs();
+      return;
+    }
     const OtherFileChoice choice = otherFileChoice(link);
     if (choice != OtherFileChoice::compare) {
       m_notice->clear();
@@ -92,6 +99,7 @@ void HostWindow::newGraph() {
     m_file.forget();
     m_graph.load(QByteArrayLiteral("<KelvarinGraph version='1.0'>\n</KelvarinGraph>\n"), {});
     m_hasGraph = true;
+    m_example->begin({});
     m_unsaved.begin({}, {});
     showPage();
     m_canvas->setFocus();
@@ -101,6 +109,28 @@ void HostWindow::newGraph() {
 
 void HostWindow::open(const QString& path) {
   afterUnsavedChanges([this, path] { m_file.open(path); });
+}
+
+void HostWindow::openExample(const QString& path) {
+  afterUnsavedChanges([this, path] {
+    m_exampleToOpen = path;
+    m_file.open(path, DocumentFile::OpenMode::copy);
+  });
+}
+
+void HostWindow::connectExample() {
+  connect(m_example, &ExampleCopy::folderIsReadOnly, this, [this](const QString& folder) {
+    m_notice->setMessage(
+        Severity::information,
+        tr("This example lies in %1, where nothing can be written. Before you run it, save it in a "
+           "folder of your own; the data that it reads is copied with it.")
+            .arg(folder),
+        {{kSaveLink, tr("Save as ...")}, {QStringLiteral("close"), tr("Close")}});
+  });
+  connect(m_example, &ExampleCopy::filesTaken, this, [this](const QStringList& files) {
+    statusBar()->showMessage(tr("Saved %1, and copied %2.").arg(m_file.path(), files.join(u", ")));
+  });
+  connect(m_example, &ExampleCopy::failed, this, &HostWindow::showNotice);
 }
 
 void HostWindow::chooseFileToOpen() {
@@ -117,6 +147,8 @@ void HostWindow::showDocument(const QString& path, const QByteArray& document) {
   m_services.forgetColumns();
   const bool isGraph = m_graph.load(document, path, m_settings);
   m_hasGraph = isGraph;
+  m_example->begin(isGraph && path == m_exampleToOpen ? path : QString());
+  m_exampleToOpen.clear();
   showPage();
   if (!isGraph) {
     m_file.forget();
@@ -126,7 +158,9 @@ void HostWindow::showDocument(const QString& path, const QByteArray& document) {
             .arg(path, m_graph.faults().empty() ? QString() : m_graph.faults().front().text()));
   } else {
     m_unsaved.begin(m_file.path(), document);
-    noteRecentGraph(path);
+    if (!m_file.path().isEmpty()) {
+      noteRecentGraph(path);
+    }
     restoreState();
     m_canvas->setFocus();
     for (const GraphError& fault : m_graph.faults()) {
@@ -159,6 +193,7 @@ void HostWindow::restoreGraph() {
     m_graph.markSaved({}, record.graphFile);
     m_file.resume(record.graphFile, record.savedDigest);
     m_hasGraph = true;
+    m_example->begin({});
     m_unsaved.resume(std::move(file));
     showPage();
     restoreState();
@@ -222,6 +257,9 @@ QString HostWindow::suggestedName() const {
   if (!m_file.path().isEmpty()) {
     return m_file.path();
   }
+  if (m_example->isOpen()) {
+    return QDir::home().filePath(QFileInfo(origin).fileName());
+  }
   return origin.isEmpty() ? QDir::current().filePath(tr("graph"))
                           : QFileInfo(origin).dir().filePath(graphName());
 }
@@ -239,6 +277,7 @@ void HostWindow::afterSaving(const QByteArray& document) {
   noteRecentGraph(m_file.path());
   showTitle();
   statusBar()->showMessage(tr("Saved %1.").arg(m_file.path()));
+  m_example->takeFilesTo(m_file.path());
   if (const auto next = std::exchange(m_afterSaving, nullptr)) {
     next();
   }

@@ -155,7 +155,7 @@ void StartPage::addExample(const QString& path, const QString& title, const QStr
   button->setAccessibleName(title);
   button->setAccessibleDescription(description);
   button->setAutoRaise(true);
-  connect(button, &QToolButton::clicked, this, [this, path] { emit graphWanted(path); });
+  connect(button, &QToolButton::clicked, this, [this, path] { emit exampleWanted(path); });
   const int index = m_examples->count();
   m_examples->addWidget(button, index / kExamplesInRow, index % kExamplesInRow);
   m_examplesPart->show();
