@@ -40,6 +40,7 @@ class RecoveryOffer;
 class RunReportPanel;
 class StartPage;
 class Theme;
+class Tour;
 struct FoundText;
 struct Problem;
 enum class OtherFileChoice;
@@ -58,6 +59,8 @@ class HostWindow : public QMainWindow {
   void open(const QString& path);
   // As a copy: it is saved under another name, and what was installed stays as it is.
   void openExample(const QString& path);
+  // Of the flights example, which is opened where it is not open.
+  void startTour();
   // Looks for graphs that were not saved when a program ended, and offers them over the canvas.
   void offerRecovery();
   void save();
@@ -138,7 +141,10 @@ class HostWindow : public QMainWindow {
   void arrangeUnplaced();
   QString graphName() const;
   void showExamples();
+
+  // host_window_examples.cpp
   void connectExample();
+  void beginTour();
 
   // host_window_editing.cpp
   void connectCanvas();
@@ -169,7 +175,8 @@ class HostWindow : public QMainWindow {
   QByteArray m_onDisk;                  // what another program has written
   QString m_exampleToOpen;
   bool m_isSaving = false;
-  bool m_hasGraph = false;  // else the start page is shown
+  bool m_startsTour = false;  // as soon as the example is shown
+  bool m_hasGraph = false;    // else the start page is shown
   bool m_closesWithoutAsking = false;
   QByteArray m_hidden;  // the state of the panels, while they are hidden
   bool m_hasExamples = false;
@@ -190,6 +197,7 @@ class HostWindow : public QMainWindow {
   CanvasMenus* m_canvasMenus;
   ProblemWalk* m_problems;
   ExampleCopy* m_example;
+  Tour* m_tour = nullptr;  // made when it is asked for
   QDockWidget* m_paletteDock = nullptr;
   QDockWidget* m_propertiesDock = nullptr;
   QDockWidget* m_previewDock = nullptr;

@@ -30,7 +30,6 @@ namespace {
 
 const QString kGraphSuffix = QStringLiteral(".kelvarin");
 constexpr double kPictureScale = 2.0;
-const QString kSaveLink = QStringLiteral("saveExample");
 
 }  // namespace
 
@@ -39,6 +38,7 @@ void HostWindow::connectFile() {
   connect(m_start, &StartPage::openWanted, this, &HostWindow::chooseFileToOpen);
   connect(m_start, &StartPage::graphWanted, this, &HostWindow::open);
   connect(m_start, &StartPage::exampleWanted, this, &HostWindow::openExample);
+  connect(m_start, &StartPage::tourWanted, this, &HostWindow::startTour);
   connect(m_recovery, &RecoveryOffer::restoreWanted, this, &HostWindow::restoreGraph);
   connect(&m_unsaved, &UnsavedWork::failed, this, [this](const QString& why) {
     showNotice(tr("No recovery file can be written: %1. Save often until there is one.").arg(why));
@@ -71,10 +71,6 @@ void HostWindow::connectFile() {
   connect(&m_file, &DocumentFile::goneFromDisk, this,
           [this](const QString& path) { showFileIsGone(*m_notice, path); });
   connect(m_notice, &InfoLine::linkActivated, this, [this](const QString& link) {
-    if (link == kSaveLink) {
-      saveAs();
-      return;
-    }
     const OtherFileChoice choice = otherFileChoice(link);
     if (choice != OtherFileChoice::compare) {
       m_notice->clear();
@@ -109,28 +105,6 @@ void HostWindow::newGraph() {
 
 void HostWindow::open(const QString& path) {
   afterUnsavedChanges([this, path] { m_file.open(path); });
-}
-
-void HostWindow::openExample(const QString& path) {
-  afterUnsavedChanges([this, path] {
-    m_exampleToOpen = path;
-    m_file.open(path, DocumentFile::OpenMode::copy);
-  });
-}
-
-void HostWindow::connectExample() {
-  connect(m_example, &ExampleCopy::folderIsReadOnly, this, [this](const QString& folder) {
-    m_notice->setMessage(
-        Severity::information,
-        tr("This example lies in %1, where nothing can be written. Before you run it, save it in a "
-           "folder of your own; the data that it reads is copied with it.")
-            .arg(folder),
-        {{kSaveLink, tr("Save as ...")}, {QStringLiteral("close"), tr("Close")}});
-  });
-  connect(m_example, &ExampleCopy::filesTaken, this, [this](const QStringList& files) {
-    statusBar()->showMessage(tr("Saved %1, and copied %2.").arg(m_file.path(), files.join(u", ")));
-  });
-  connect(m_example, &ExampleCopy::failed, this, &HostWindow::showNotice);
 }
 
 void HostWindow::chooseFileToOpen() {

@@ -192,6 +192,7 @@ void HostWindow::makeHelpMenu() {
                                     [this] { showHelp(m_graph.typeName(m_properties->action())); });
   action->setShortcut(Qt::Key_F1);
   m_actionActions.push_back(action);
+  help->addAction(tr("T&our of an example"), this, &HostWindow::startTour);
   help->addAction(tr("&Keyboard"), this, [this] { showKeys(this); });
 }
 

@@ -77,10 +77,15 @@ QWidget* StartPage::newHeader() {
   auto* open = new QPushButton(icon(IconName::browse), tr("&Open ..."));
   connect(make, &QPushButton::clicked, this, &StartPage::newWanted);
   connect(open, &QPushButton::clicked, this, &StartPage::openWanted);
+  auto* tour = new QPushButton(icon(IconName::help), tr("Take the &tour"));
+  tour->setObjectName(QStringLiteral("takeTour"));
+  tour->setToolTip(tr("Five steps through an example; you can leave at any time."));
+  connect(tour, &QPushButton::clicked, this, &StartPage::tourWanted);
   auto* buttons = new QHBoxLayout;
   buttons->setSpacing(8);
   buttons->addWidget(make);
   buttons->addWidget(open);
+  buttons->addWidget(tour);
   buttons->addStretch(1);
   auto* hint = new QLabel(
       tr("Or drop a data file here: CSV, Parquet, Arrow or a columnar file. You see its first "
