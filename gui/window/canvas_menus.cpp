@@ -60,7 +60,9 @@ CanvasMenus::CanvasMenus(CanvasView& canvas, QObject* parent) : QObject(parent),
 
 QAction* CanvasMenus::add(QMenu& menu, const QString& text, const QKeySequence& key,
                           void (CanvasView::*work)(), Condition condition) {
-  QAction* action = menu.addAction(text, &m_canvas, work);
+  auto* action = new QAction(text, &m_canvas);  // whose key it is
+  connect(action, &QAction::triggered, &m_canvas, work);
+  menu.addAction(action);
   action->setShortcut(key);
   action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
   m_canvas.addAction(action);
@@ -185,7 +187,11 @@ void CanvasMenus::popup(QMenu& menu, QPoint globalPosition) const {
   menu.clear();
   const auto append = [&menu](const QList<QAction*>& actions) {
     menu.addSeparator();
-    menu.addActions(actions);
+    for (QAction* action : actions) {
+      if (action->isEnabled()) {
+        menu.addAction(action);
+      }
+    }
   };
   if (isOneAction(selection)) {
     append(m_ofActions);

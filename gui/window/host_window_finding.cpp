@@ -35,6 +35,11 @@ void HostWindow::connectFinding() {
   connect(&panel, &FindPanel::aboutToReplace, m_properties, &PropertyPanel::commit);
   connect(m_find, &FindDock::focusLost, this, [this] { m_canvas->setFocus(); });
   connect(m_log, &LogPanel::actionWanted, this, &HostWindow::openLogEntry);
+  connect(&m_graph, &EditedGraph::linkChanged, this, [this](LinkId link) {
+    if (const QString& why = m_graph.link(link).whyBroken; !why.isEmpty()) {
+      statusBar()->showMessage(tr("A link is broken, and kept: %1").arg(why));
+    }
+  });
   connect(m_problems, &ProblemWalk::problemWanted, this, &HostWindow::showProblem);
   connect(m_problems, &ProblemWalk::status, this,
           [this](const QString& text) { statusBar()->showMessage(text); });

@@ -2,12 +2,20 @@
 // saved.
 #include <gtest/gtest.h>
 #include <QFile>
+#include <QPushButton>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "gui/canvas/canvas_view.h"
 #include "gui/window/example_copy.h"
+#include "gui/window/host_window.h"
+#include "gui/window/window_state.h"
+#include "host/contract/host_session.h"
 #include "host/tables/table_actions.h"
+#include "host/widget_testing/widget_walk.h"
+#include "host/widgets/theme.h"
 
 namespace kelvarin {
 namespace {
@@ -54,6 +62,40 @@ TEST(ExampleCopy, TakesTheDataThatItReadsAlongAndNothingElse) {
   example.takeFilesTo(path("e.kelvarin"));
   ASSERT_TRUE(QTest::qWaitFor([&] { return !failed.isEmpty(); }));
   EXPECT_TRUE(failed[0][0].toString().contains("in.csv"));
+}
+
+TEST(ExampleCopy, TheTourIsOfACopyOfTheExample) {
+  QSettings().clear();
+  ActionCatalogue catalogue{nullptr, makeTableActions()};
+  EditedGraph graph(catalogue);
+  EditServices services(graph, catalogue);
+  HostSession session(&services);
+  const HostSession::Scope scope(&session);
+  GraphCommands commands(graph);
+  Theme theme;
+  HostWindow window(commands, services, theme);
+  window.show();
+  window.activateWindow();
+  window.findChild<QPushButton*>("takeTour")->click();
+  QWidget* bubble = nullptr;
+  ASSERT_TRUE(QTest::qWaitFor([&window, &bubble] {
+    bubble = window.findChild<QWidget*>("tourBubble");
+    return bubble != nullptr;
+  }));
+  EXPECT_TRUE(window.windowTitle().startsWith(u"Copy of flights"));
+  EXPECT_TRUE(recentGraphs().isEmpty());
+  QSet<QPoint> positions;
+  for (int step = 0; step < 5; ++step) {
+    ASSERT_TRUE(bubble->isVisible()) << step;
+    EXPECT_TRUE(window.rect().contains(bubble->geometry())) << step;
+    EXPECT_EQ(testing::cutTexts(*bubble).join(u'\n').toStdString(), "");
+    positions.insert(bubble->pos());
+    QTest::keyClick(window.focusWidget(), Qt::Key_Space);
+  }
+  EXPECT_GE(positions.size(), 4);
+  EXPECT_FALSE(bubble->isVisible());
+  EXPECT_TRUE(window.canvas().hasFocus());
+  EXPECT_FALSE(graph.isModified());
 }
 
 }  // namespace
