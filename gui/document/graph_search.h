@@ -45,7 +45,7 @@ struct SearchedText {
   bool operator==(const SearchedText&) const = default;
 };
 
-// In the order of the file. Settings that are `column` names are not told from others here.
+// In the order of the file. Settings that name columns count as any others here.
 QList<SearchedText> textsOf(const EditedGraph& graph, ActionId action);
 SearchedText textOf(const EditedGraph& graph, NoteId note);
 

@@ -53,8 +53,8 @@ QRect movedInto(const QRect& window, QRect rectangle) {
 
 }  // namespace
 
-BubblePlacement placeBubble(const QRect& window, const QRect& target, QSize bubble, int arrow,
-                            Qt::LayoutDirection direction) {
+BubblePlacement bubbleBeside(const QRect& window, const QRect& target, QSize bubble, int arrow,
+                             Qt::LayoutDirection direction) {
   const bool isMirrored = direction == Qt::RightToLeft;
   const QRect seen = target.intersected(window);
   if (!seen.isEmpty()) {

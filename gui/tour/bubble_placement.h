@@ -17,7 +17,7 @@ struct BubblePlacement {
 
 // On the first side with enough space inside of `window`: below, above, then in the direction of
 // reading. A target that is absent, or leaves no space, has the bubble in the middle.
-BubblePlacement placeBubble(const QRect& window, const QRect& target, QSize bubble, int arrow,
-                            Qt::LayoutDirection direction);
+BubblePlacement bubbleBeside(const QRect& window, const QRect& target, QSize bubble, int arrow,
+                             Qt::LayoutDirection direction);
 
 }  // namespace kelvarin

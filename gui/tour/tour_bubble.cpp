@@ -121,8 +121,8 @@ void TourBubble::pointAt(const QRect& target) {
                                             ? layout()->totalHeightForWidth(sizeHint().width())
                                             : sizeHint().height());
   const QSize body = outer - QSize(2 * kArrow, 2 * kArrow);
-  m_placement = placeBubble(m_window.rect().adjusted(kArrow, kArrow, -kArrow, -kArrow), target,
-                            body, kArrow, layoutDirection());
+  m_placement = bubbleBeside(m_window.rect().adjusted(kArrow, kArrow, -kArrow, -kArrow), target,
+                             body, kArrow, layoutDirection());
   setGeometry(m_placement.rectangle.adjusted(-kArrow, -kArrow, kArrow, kArrow));
   m_frame->setGeometry(target.adjusted(-kFrame, -kFrame, kFrame, kFrame));
   m_frame->setVisible(!target.isEmpty());

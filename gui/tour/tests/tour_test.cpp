@@ -18,26 +18,26 @@ using Side = BubblePlacement::Side;
 TEST(BubblePlacement, IsBesideTheTargetAndInsideTheWindow) {
   const QRect window(0, 0, 1024, 700);
   const QSize bubble(360, 160);
-  const auto place = [&](const QRect& target, Qt::LayoutDirection direction = Qt::LeftToRight) {
-    return placeBubble(window, target, bubble, 12, direction);
+  const auto beside = [&](const QRect& target, Qt::LayoutDirection direction = Qt::LeftToRight) {
+    return bubbleBeside(window, target, bubble, 12, direction);
   };
   const QRect targets[] = {{0, 20, 60, 30},     {400, 300, 120, 60}, {0, 520, 760, 180},
                            {600, 40, 424, 660}, {0, 40, 200, 660},   {960, 0, 64, 24}};
   for (const QRect& target : targets) {
     for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
-      const BubblePlacement placed = place(target, direction);
+      const BubblePlacement placed = beside(target, direction);
       EXPECT_TRUE(window.contains(placed.rectangle));
       EXPECT_FALSE(placed.rectangle.intersects(target));
       EXPECT_NE(placed.side, Side::none);
     }
   }
-  EXPECT_EQ(place(targets[0]).side, Side::below);
-  EXPECT_EQ(place(targets[2]).side, Side::above);
-  EXPECT_EQ(place(targets[3]).side, Side::left);
-  EXPECT_EQ(place({450, 0, 40, 700}, Qt::LeftToRight).side, Side::right);
-  EXPECT_EQ(place({450, 0, 40, 700}, Qt::RightToLeft).side, Side::left);
-  EXPECT_EQ(place(window).side, Side::none);
-  EXPECT_EQ(place({}).side, Side::none);
+  EXPECT_EQ(beside(targets[0]).side, Side::below);
+  EXPECT_EQ(beside(targets[2]).side, Side::above);
+  EXPECT_EQ(beside(targets[3]).side, Side::left);
+  EXPECT_EQ(beside({450, 0, 40, 700}, Qt::LeftToRight).side, Side::right);
+  EXPECT_EQ(beside({450, 0, 40, 700}, Qt::RightToLeft).side, Side::left);
+  EXPECT_EQ(beside(window).side, Side::none);
+  EXPECT_EQ(beside({}).side, Side::none);
 }
 
 class TourTest : public ::testing::Test {
