@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <QKeyEvent>
 #include <QWidget>
 
 #include "gui/tour/tour_bubble.h"
@@ -19,6 +20,7 @@ Tour::Tour(QWidget& window, std::vector<TourStep> steps)
       m_window(window),
       m_steps(std::move(steps)),
       m_bubble(new TourBubble(window)) {
+  window.installEventFilter(this);
   m_follow.setInterval(kFollowMilliseconds);
   connect(&m_follow, &QTimer::timeout, this, &Tour::follow);
   connect(m_bubble, &TourBubble::leaveWanted, this, &Tour::leave);
@@ -30,6 +32,16 @@ Tour::Tour(QWidget& window, std::vector<TourStep> steps)
       leave();
     }
   });
+}
+
+// Keys that no widget has taken come to the window.
+bool Tour::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress && isOpen() &&
+      static_cast<const QKeyEvent&>(*event).key() == Qt::Key_Escape) {
+    leave();
+    return true;
+  }
+  return QObject::eventFilter(watched, event);
 }
 
 void Tour::start() {

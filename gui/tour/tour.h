@@ -1,7 +1,7 @@
 // A tour of a window: step by step a bubble points at a part of it and says what one can do there.
 //
 // Nothing is modal, and the window stays as usable as without it. A step goes on only when the user
-// says so.
+// says so. Esc leaves it wherever the focus is, unless what has the focus needs the key itself.
 // Used by: gui/window.
 // Threads: the user-interface thread.
 #pragma once
@@ -39,6 +39,9 @@ class Tour : public QObject {
 
  signals:
   void left();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void show(int index);

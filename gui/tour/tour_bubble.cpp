@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
@@ -148,14 +147,6 @@ void TourBubble::paintEvent(QPaintEvent*) {
   painter.setPen(QPen(palette().color(QPalette::Highlight), 1.5));
   painter.setBrush(palette().color(QPalette::Base));
   painter.drawPath(path);
-}
-
-void TourBubble::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape) {
-    emit leaveWanted();
-    return;
-  }
-  QWidget::keyPressEvent(event);
 }
 
 }  // namespace kelvarin

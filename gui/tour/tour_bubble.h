@@ -44,7 +44,6 @@ class TourBubble : public QWidget {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   QWidget& m_window;

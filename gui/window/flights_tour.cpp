@@ -30,8 +30,9 @@ QRect boxOf(const TourParts& parts, const QString& name) {
   return seen.isEmpty() ? QRect() : partOfWindow(viewport, seen);
 }
 
+// A panel that floats is a window of its own.
 QRect dockOf(const QDockWidget& dock) {
-  return partOfWindow(dock, dock.rect());
+  return dock.isFloating() ? QRect() : partOfWindow(dock, dock.rect());
 }
 
 void select(const TourParts& parts, const QString& name) {

@@ -127,8 +127,10 @@ TEST_F(FindPanelTest, TickedTextsAreReplacedInOneStepAsTheListShowed) {
   EXPECT_EQ(rows(), (QStringList{"speed|name|far|way off", "far?|name|far?|way off?",
                                  "far?|expression|far and distance|way off and distance",
                                  "far?|column|far|way off"}));
-  FindModel& model = panel.model();
-  EXPECT_TRUE(model.setData(model.index(2, 0), Qt::Unchecked, Qt::CheckStateRole));
+  auto& table = child<QTableView>("foundTexts");
+  table.selectRow(2);
+  QTest::keyClick(&table, Qt::Key_Space);
+  EXPECT_EQ(child<QPushButton>("replace").text(), u"Replace (3)");
   child<QPushButton>("replace").click();
   EXPECT_EQ(graph.document().toStdString(), with("name='far'", "name='way off'")
                                                 .replace("'far?'", "'way off?'")
