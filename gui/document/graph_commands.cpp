@@ -163,7 +163,9 @@ bool GraphCommands::setElement(ActionId action, const QByteArray& element,
   }
   if (step.changes().record(action).content != before) {
     step.append(std::move(change));
-    describeEdit(step, before.settings, {action, position});
+    if (step.isOutermost()) {
+      describeEdit(step, before.settings, {action, position});
+    }
   }
   return true;
 }

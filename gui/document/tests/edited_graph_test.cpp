@@ -233,6 +233,11 @@ TEST_F(EditedGraphTest, TextsAreFoundAndReplacedInOneStep) {
   // What is left out stays.
   replaceInGraph(m_commands, word, QStringLiteral("x"), {matches[1]});
   EXPECT_EQ(m_graph.document(), with("<Expression>isLate", "<Expression>x"));
+  // However fast the next one follows, it is a step of its own.
+  const GraphSearch next{QStringLiteral("x"), true, true};
+  replaceInGraph(m_commands, next, QStringLiteral("y"), textsWith(next));
+  undo();
+  EXPECT_EQ(m_graph.document(), with("<Expression>isLate", "<Expression>x"));
   const GraphSearch name{QStringLiteral("late?"), true, false};
   replaceInGraph(m_commands, name, QStringLiteral("out"), textsWith(name));
   EXPECT_NE(id("out 2"), kNoId);
