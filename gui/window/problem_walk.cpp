@@ -85,7 +85,7 @@ void ProblemWalk::step(int direction) {
   const std::ptrdiff_t from = current != all.end() ? current - all.begin() : direction > 0 ? -1 : 0;
   const std::ptrdiff_t index = (from + direction + count) % count;
   m_current = all[static_cast<std::size_t>(index)];
-  const QString text = m_current.text.section(u'\n', 0, 0);
+  const QString text = m_current.text.simplified();  // a status bar has one line
   const QString what =
       m_current.action == kNoId ? text : tr("%1: %2").arg(m_graph.name(m_current.action), text);
   emit problemWanted(m_current);
