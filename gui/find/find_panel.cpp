@@ -173,10 +173,13 @@ QWidget* FindPanel::newReplaceRow() {
   return row;
 }
 
-void FindPanel::open(FindQuery::Task task) {
+void FindPanel::open(FindQuery::Task task, const QString& text) {
   m_replaceRow->setVisible(task != FindQuery::Task::find);
   if (task == FindQuery::Task::renameColumn) {
     m_what->setCurrentIndex(m_what->findData(static_cast<int>(task)));
+  }
+  if (!text.isEmpty()) {
+    m_text->setText(text);
   }
   m_text->setFocus(Qt::ShortcutFocusReason);
   m_text->selectAll();
