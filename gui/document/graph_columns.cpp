@@ -5,12 +5,15 @@
 namespace kelvarin {
 
 QList<ActionId> GraphCommands::renameColumn(ActionId action, const QString& oldName,
-                                            const QString& newName,
-                                            const std::function<bool(ActionId)>& hasColumn) {
-  ColumnRename rename(m_graph, action, oldName, newName, hasColumn);
+                                            const QString& newName) {
+  ColumnRename rename(m_graph, action, oldName, newName);
+  return renameColumn(rename);
+}
+
+QList<ActionId> GraphCommands::renameColumn(ColumnRename& rename) {
   while (rename.advance()) {
   }
-  Step step(*this, tr("Rename column '%1'").arg(oldName));
+  Step step(*this, tr("Rename column '%1'").arg(rename.oldName()));
   QList<ActionId> changed;
   for (const ColumnRename::Change& found : rename.changes()) {
     std::unique_ptr<GraphChange> change =

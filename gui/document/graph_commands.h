@@ -12,6 +12,7 @@
 
 namespace kelvarin {
 
+class ColumnRename;
 struct EditOfAction;
 
 class GraphCommands : public QObject {
@@ -76,9 +77,9 @@ class GraphCommands : public QObject {
 
   // A column of `action`'s output is called otherwise from now on: the settings and expressions of
   // all actions that read it follow. Returns the actions that were changed.
-  // Where nothing makes the column, `hasColumn` is asked as in column_rename.h.
-  QList<ActionId> renameColumn(ActionId action, const QString& oldName, const QString& newName,
-                               const std::function<bool(ActionId)>& hasColumn = {});
+  QList<ActionId> renameColumn(ActionId action, const QString& oldName, const QString& newName);
+  // What was found for the graph as it is now.
+  QList<ActionId> renameColumn(ColumnRename& rename);
 
  signals:
   // An undo or redo brought another content of this action: its editor is to be shown there.

@@ -92,13 +92,16 @@ void appendChanges(const QString& elementBefore, const QString& elementNow,
   }
 }
 
-// The texts of one action, of which those at `indexes` are replaced.
-bool replaceSettings(GraphCommands& commands, ActionId action, const QSet<int>& indexes,
+// The texts of one action by their indexes; one that is another text by now stays.
+using TextsOfAction = QHash<int, QString>;
+
+bool replaceSettings(GraphCommands& commands, ActionId action, const TextsOfAction& texts,
                      const std::function<QString(const QString&)>& replaced) {
   int index = 0;
   const QString element = QString::fromUtf8(commands.graph().element(action));
   const QString now = withChangedTexts(element, [&](const ElementText& text) {
-    return indexes.contains(index++) ? replaced(text.text) : QString();
+    const auto wanted = texts.constFind(index++);
+    return wanted != texts.constEnd() && *wanted == text.text ? replaced(text.text) : QString();
   });
   return now == element || commands.setElement(action, now.toUtf8());
 }
@@ -169,7 +172,7 @@ ReplacedTexts replaceInGraph(GraphCommands& commands, const GraphSearch& search,
   const EditedGraph& graph = commands.graph();
   const TextPattern pattern(search);
   const auto replaced = [&](const QString& text) { return pattern.replaced(text, replacement); };
-  QHash<ActionId, QSet<int>> settings;
+  QHash<ActionId, TextsOfAction> settings;
   ReplacedTexts result;
   const auto note = [&result](ActionId action, bool isDone) {
     QList<ActionId>& list = isDone ? result.changed : result.refused;
@@ -189,7 +192,7 @@ ReplacedTexts replaceInGraph(GraphCommands& commands, const GraphSearch& search,
              name == graph.name(text.action) ||
                  (!name.isEmpty() && commands.rename(text.action, graph.freeName(name))));
       } else if (text.index >= 0 && graph.hasAction(text.action)) {
-        settings[text.action].insert(text.index);
+        settings[text.action].insert(text.index, text.text);
       }
     }
     for (const ActionId action : graph.actions()) {

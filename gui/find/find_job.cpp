@@ -90,7 +90,6 @@ bool FindJob::renameNext() {
     m_renames.push_back(std::make_unique<ColumnRename>(
         m_texts.graph(), text.action, text.text, m_query.replacement,
         [this, column = text.text](ActionId at) { return m_texts.mayHaveColumn(at, column); }));
-    m_columns.push_back({text.action, text.text, kNoId});
     m_isRenaming = true;
     return true;
   }
@@ -99,9 +98,6 @@ bool FindJob::renameNext() {
 
 void FindJob::takeRename() {
   const ColumnRename& rename = *m_renames.back();
-  if (!rename.hasMaker()) {
-    m_columns.back().unnamedSource = rename.origin();
-  }
   for (const ColumnRename::Change& change : rename.changes()) {
     for (const ChangedText& text : changedTexts(change.elementBefore, change.element)) {
       m_found.push_back({{.kind = SearchedText::Kind::column,

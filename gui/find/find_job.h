@@ -33,13 +33,6 @@ struct FoundText {
 
 class FindJob {
  public:
-  // A column that is to be called otherwise from an action on.
-  struct Column {
-    ActionId action = kNoId;
-    QString name;
-    ActionId unnamedSource = kNoId;  // that gets it out of a file, which must have the new name
-  };
-
   FindJob(SearchedTexts& texts, const FindQuery& query);
   ~FindJob();
 
@@ -47,8 +40,8 @@ class FindJob {
   bool advance();
   // What was found since the last call, in the order of the file, notes last.
   std::vector<FoundText> take();
-  // When all is done; of a search for a column to rename.
-  const std::vector<Column>& columns() const { return m_columns; }
+  // When all is done: what is to be renamed, of a search for a column.
+  const std::vector<std::unique_ptr<ColumnRename>>& renames() const { return m_renames; }
 
  private:
   void look(ActionId action);
@@ -67,7 +60,6 @@ class FindJob {
   std::vector<SearchedText> m_candidates;  // columns of the searched name
   std::size_t m_nextCandidate = 0;
   std::vector<std::unique_ptr<ColumnRename>> m_renames;
-  std::vector<Column> m_columns;
   bool m_isRenaming = false;  // the last one of m_renames is not at its end
 };
 

@@ -68,7 +68,6 @@ void FindModel::start() {
   m_rest.stop();
   beginResetModel();
   m_found.clear();
-  m_columns.clear();
   m_job = std::make_unique<FindJob>(m_texts, m_query);
   endResetModel();
   m_work.start();
@@ -83,8 +82,6 @@ void FindModel::work() {
   }
   append(m_job->take());
   if (!isLeft || m_found.size() >= kMaxRows) {
-    m_columns = m_job->columns();
-    m_job.reset();
     m_work.stop();
     emit ended();
   }
@@ -107,9 +104,12 @@ int FindModel::chosenCount() const {
 
 QStringList FindModel::sourcesToRename() const {
   QStringList names;
-  for (const FindJob::Column& column : m_columns) {
-    if (m_commands.graph().hasAction(column.unnamedSource)) {
-      names.append(m_commands.graph().name(column.unnamedSource));
+  if (m_job == nullptr || isSearching()) {
+    return names;
+  }
+  for (const auto& rename : m_job->renames()) {
+    if (!rename->hasMaker()) {
+      names.append(m_commands.graph().name(rename->origin()));
     }
   }
   return names;
@@ -125,14 +125,22 @@ ReplacedTexts FindModel::replaceChosen() {
   return replaceInGraph(m_commands, m_query.search, m_query.replacement, texts);
 }
 
+// An editor may have committed a change since the search ended.
+void FindModel::finishJob() {
+  if (m_job == nullptr) {
+    m_job = std::make_unique<FindJob>(m_texts, m_query);
+  }
+  while (m_job->advance()) {
+  }
+}
+
 QList<ActionId> FindModel::renameColumns() {
   QList<ActionId> changed;
-  const std::vector<FindJob::Column> columns = m_columns;
+  finishJob();
+  const std::unique_ptr<FindJob> job = std::move(m_job);  // the graph changes below
   m_commands.together(tr("Rename column '%1'").arg(m_query.search.text), [&] {
-    for (const FindJob::Column& column : columns) {
-      changed += m_commands.renameColumn(
-          column.action, column.name, m_query.replacement,
-          [this, &column](ActionId at) { return m_texts.mayHaveColumn(at, column.name); });
+    for (const auto& rename : job->renames()) {
+      changed += m_commands.renameColumn(*rename);
     }
   });
   return changed;

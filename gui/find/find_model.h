@@ -31,7 +31,7 @@ class FindModel : public QAbstractTableModel {
   const FindQuery& query() const { return m_query; }
   // While nobody looks, changes of the graph do not search it again.
   void setActive(bool isActive);
-  bool isSearching() const { return m_job != nullptr; }
+  bool isSearching() const { return m_work.isActive(); }
 
   const FoundText& found(int row) const { return m_found[static_cast<std::size_t>(row)]; }
   // Changes that are chosen.
@@ -57,6 +57,7 @@ class FindModel : public QAbstractTableModel {
  private:
   void start();
   void work();
+  void finishJob();
   void append(std::vector<FoundText> found);
   QString whereText(const FoundText& found) const;
   QVariant shown(const FoundText& found, int column) const;
@@ -68,8 +69,7 @@ class FindModel : public QAbstractTableModel {
   bool m_isOutdated = false;  // the graph has changed since, and nobody looked
   QTimer m_work;
   QTimer m_rest;
-  std::unique_ptr<FindJob> m_job;
-  std::vector<FindJob::Column> m_columns;
+  std::unique_ptr<FindJob> m_job;  // under way, or done for the graph as it is; else null
   std::vector<FoundText> m_found;
 };
 

@@ -114,7 +114,6 @@ QWidget* FindPanel::newFindRow() {
   m_text->setClearButtonEnabled(true);
   m_text->setMinimumWidth(fontMetrics().averageCharWidth() * 16);
   m_text->installEventFilter(this);
-  m_table->installEventFilter(this);
   m_case->setObjectName(QStringLiteral("matchCase"));
   m_word->setObjectName(QStringLiteral("wholeWords"));
   m_count->setTextFormat(Qt::PlainText);
@@ -173,10 +172,13 @@ QWidget* FindPanel::newReplaceRow() {
   return row;
 }
 
-void FindPanel::open(FindQuery::Task task) {
+void FindPanel::open(FindQuery::Task task, const QString& text) {
   m_replaceRow->setVisible(task != FindQuery::Task::find);
-  if (task == FindQuery::Task::renameColumn) {
+  if (task != FindQuery::Task::find) {
     m_what->setCurrentIndex(m_what->findData(static_cast<int>(task)));
+  }
+  if (!text.isEmpty()) {
+    m_text->setText(text);
   }
   m_text->setFocus(Qt::ShortcutFocusReason);
   m_text->selectAll();
@@ -312,11 +314,16 @@ bool FindPanel::eventFilter(QObject* watched, QEvent* event) {
     return QWidget::eventFilter(watched, event);
   }
   const auto& key = static_cast<const QKeyEvent&>(*event);
-  if (key.key() == Qt::Key_Escape) {
+  return actOnFieldKey(key.key(), key.modifiers());
+}
+
+// Of any control in the panel that has no use for the key itself.
+void FindPanel::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) {
     emit closeWanted();
-    return true;
+    return;
   }
-  return watched != m_table && actOnFieldKey(key.key(), key.modifiers());
+  QWidget::keyPressEvent(event);
 }
 
 void FindPanel::showEvent(QShowEvent* event) {

@@ -29,8 +29,8 @@ class FindPanel : public QWidget {
   explicit FindPanel(GraphCommands& commands, QWidget* parent = nullptr);
 
   FindModel& model() { return *m_model; }
-  // Shows the fields for what is meant, with the focus in the first one.
-  void open(FindQuery::Task task);
+  // Shows the fields for what is meant, with the focus in the first one. A text is put there.
+  void open(FindQuery::Task task, const QString& text = {});
   // Leads to the next text that was found, or the one before; from the end to the beginning.
   // Without what to search for, the focus goes to the field.
   void step(int direction);
@@ -44,6 +44,7 @@ class FindPanel : public QWidget {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 

@@ -117,7 +117,9 @@ TEST_F(FindPanelTest, EveryKindOfTextIsFoundAndEnterStepsThroughIt) {
   EXPECT_EQ(wanted.last().front().value<FoundText>().text.output, u"far");
   QSignalSpy closed(&panel, &FindPanel::closeWanted);
   QTest::keyClick(&field, Qt::Key_Escape);
-  EXPECT_EQ(closed.size(), 1);
+  QTest::keyClick(&child<QTableView>("foundTexts"), Qt::Key_Escape);
+  QTest::keyClick(&child<QCheckBox>("matchCase"), Qt::Key_Escape);
+  EXPECT_EQ(closed.size(), 3);
 }
 
 TEST_F(FindPanelTest, TickedTextsAreReplacedInOneStepAsTheListShowed) {
