@@ -1,6 +1,8 @@
 // Undo by its key while the focus is in a field of an editor: typing first, then the graph.
 #include <gtest/gtest.h>
+#include <QAction>
 #include <QApplication>
+#include <QDockWidget>
 #include <QFile>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -51,6 +53,7 @@ class UndoInFields : public ::testing::Test {
     QSignalSpy shown(&window, &HostWindow::graphShown);
     window.show();
     window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     window.open(file.fileName());
     ASSERT_TRUE(QTest::qWaitFor([&shown] { return !shown.isEmpty(); }));
     ASSERT_EQ(graph.actionCount(), 3);
@@ -187,6 +190,26 @@ TEST_F(UndoInFields, ASpinBoxAndATextOnTheCanvasAreFields) {
   window.canvas().renameCurrent();
   undo();  // nothing is typed yet
   EXPECT_EQ(graph.document(), kGraph);
+}
+
+TEST_F(UndoInFields, AnEditorInAWindowOfItsOwnHasTheSameKeys) {
+  emit window.canvas().openWanted(graph.idOf(QStringLiteral("calc")));
+  auto* dock = window.findChild<QDockWidget*>("properties");
+  ASSERT_TRUE(dock->isFloating());
+  ASSERT_TRUE(QTest::qWaitFor([dock] { return QApplication::activeWindow() == dock; }));
+  EXPECT_TRUE(dock->isAncestorOf(QApplication::focusWidget()));
+  retype(field<QLineEdit>("leName"), "sum");
+  for (const QAction* action : window.findChildren<QAction*>()) {
+    EXPECT_FALSE(action->shortcuts().contains(QKeySequence(Qt::Key_F5))) << "is the debugger's";
+  }
+  press(Qt::Key_Tab);
+  EXPECT_TRUE(element("calc").contains("name='sum'"));
+  undo();
+  EXPECT_EQ(graph.document(), kGraph);
+  EXPECT_EQ(QApplication::focusWidget(), &field<QLineEdit>("leName"));
+  field<QLineEdit>("leName").setText("typed");
+  select("out");  // commits
+  EXPECT_TRUE(element("calc").contains("name='typed'"));
 }
 
 TEST_F(UndoInFields, WhatCannotBeUsedIsKeptBesideAnUndo) {
