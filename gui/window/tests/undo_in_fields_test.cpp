@@ -1,4 +1,6 @@
 // Undo by its key while the focus is in a field of an editor: typing first, then the graph.
+#include <functional>
+
 #include <gtest/gtest.h>
 #include <QAction>
 #include <QApplication>
@@ -210,6 +212,24 @@ TEST_F(UndoInFields, AnEditorInAWindowOfItsOwnHasTheSameKeys) {
   field<QLineEdit>("leName").setText("typed");
   select("out");  // commits
   EXPECT_TRUE(element("calc").contains("name='typed'"));
+}
+
+TEST_F(UndoInFields, WhateverLooksAtTheGraphCommitsWhatIsTyped) {
+  select("out");
+  const auto commits = [&](const char* text, const std::function<void()>& act) {
+    retype(field<QLineEdit>("file"), text);
+    act();
+    return element("out").contains(text);
+  };
+  EXPECT_TRUE(commits("1.csv", [&] {
+    emit window.canvas().previewWanted({graph.idOf(QStringLiteral("calc")), 0, true});
+  }));
+  EXPECT_TRUE(commits("2.csv", [&] { window.save(); }));
+  QSignalSpy ended(&window.graphRun(), &GraphRun::ended);
+  EXPECT_TRUE(commits("3.csv", [&] { window.run(); }));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !ended.isEmpty(); }));
+  EXPECT_TRUE(QFile::exists(m_folder.filePath("3.csv")));
+  EXPECT_TRUE(commits("4.csv", [&] { window.close(); }));
 }
 
 TEST_F(UndoInFields, WhatCannotBeUsedIsKeptBesideAnUndo) {
