@@ -1,5 +1,5 @@
-// A line at the top of a window that offers graphs which were not saved when a program ended, one after
-// the other, the latest first.
+// A line at the top of a window that offers graphs which were not saved when a program ended, one
+// after the other, the latest first.
 //
 // Used by: both windows. Threads: the user-interface thread; files are looked for beside it.
 #pragma once
