@@ -156,26 +156,31 @@ EditedElement HostEditor::typed() const {
 }
 
 void HostEditor::commit() {
+  commitTyped();
+}
+
+bool HostEditor::commitTyped() {
   EditedElement element = typed();
   const QByteArray document = element.document();
   if (document == m_document) {
     m_faults->clear();
-    return;
+    return true;
   }
   const auto node = parseXml(document);
   if (!node) {
-    return;
+    return false;
   }
   ElementCheck check = checkElement(*node, *m_action, *m_parameters);
   showFaults(check, *m_faults);
   if (!check.canBeUsed()) {
-    return;
+    return false;
   }
   m_element = std::move(element);
   m_document = document;
   m_action = std::move(check.action);
   emit committed(document);
   settingsChanged();
+  return true;
 }
 
 QMap<QString, QString> HostEditor::uncommittedState() const {

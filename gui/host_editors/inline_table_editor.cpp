@@ -215,6 +215,7 @@ void InlineTableEditor::showButtons() {
 void InlineTableEditor::noteEdit() {
   m_question->clear();
   m_withDecimalCommas.clear();
+  m_areCellsCommitted = false;
   m_rest.start();
   showButtons();
 }
@@ -245,17 +246,20 @@ void InlineTableEditor::commit() {
   }
   renameColumn();
   m_rest.stop();
+  if (m_areCellsCommitted && HostEditor::uncommittedState().isEmpty()) {
+    return;  // a large table takes long to be compared
+  }
   showFaults();
   QElapsedTimer timer;
   timer.start();
-  HostEditor::commit();
+  m_areCellsCommitted = commitTyped();
   m_rest.setInterval(static_cast<int>(std::clamp<qint64>(
       kRestShare * timer.elapsed(), kRestMilliseconds, kLongestRestMilliseconds)));
 }
 
 QMap<QString, QString> InlineTableEditor::uncommittedState() const {
   QMap<QString, QString> texts = HostEditor::uncommittedState();
-  if (m_rest.isActive()) {
+  if (!m_areCellsCommitted) {
     EditedElement edited = element();
     collect(edited);
     texts[kCells] = QString::fromUtf8(edited.document());

@@ -66,6 +66,7 @@ class InlineTableEditor : public HostEditor {
   QLineEdit* m_name;
   QComboBox* m_type;
   QTimer m_rest;
+  bool m_areCellsCommitted = true;
   QModelIndexList m_withDecimalCommas;
   IconButton* m_removeRows = nullptr;
   IconButton* m_rowUp = nullptr;

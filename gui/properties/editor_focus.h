@@ -13,9 +13,9 @@ namespace kelvarin {
 
 // Parts of the root in windows of their own count, too: floating panels, lists of drop-down fields.
 bool isInside(const QWidget* widget, const QWidget& root);
-// `field` is the one with the focus; null for none.
 // Which pages of its tabs are shown.
 QString pagesOf(const QWidget& editor);
+// `field` is the one with the focus; null for none.
 EditorPosition positionIn(const QWidget& editor, const QWidget* field);
 // As far as the editor has these pages and this field.
 void goTo(const EditorPosition& position, QWidget& editor);

@@ -1,7 +1,7 @@
-// A line over the canvas that offers graphs which were not saved when a program ended, one after
-// the other, the latest first.
+// A line at the top of a window that offers graphs which were not saved when a program ended, one
+// after the other, the latest first.
 //
-// Used by: HostWindow. Threads: the user-interface thread; files are looked for beside it.
+// Used by: both windows. Threads: the user-interface thread; files are looked for beside it.
 #pragma once
 
 #include <deque>

@@ -1,7 +1,7 @@
 // Keeps the recovery file of the open graph up to date: after each command, and every two seconds
 // with what is being typed.
 //
-// Used by: HostWindow. Threads: the user-interface thread.
+// Used by: both windows. Threads: the user-interface thread.
 #pragma once
 
 #include <QTimer>

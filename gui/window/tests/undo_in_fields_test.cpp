@@ -1,6 +1,10 @@
 // Undo by its key while the focus is in a field of an editor: typing first, then the graph.
+#include <functional>
+
 #include <gtest/gtest.h>
+#include <QAction>
 #include <QApplication>
+#include <QDockWidget>
 #include <QFile>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -51,6 +55,7 @@ class UndoInFields : public ::testing::Test {
     QSignalSpy shown(&window, &HostWindow::graphShown);
     window.show();
     window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     window.open(file.fileName());
     ASSERT_TRUE(QTest::qWaitFor([&shown] { return !shown.isEmpty(); }));
     ASSERT_EQ(graph.actionCount(), 3);
@@ -187,6 +192,44 @@ TEST_F(UndoInFields, ASpinBoxAndATextOnTheCanvasAreFields) {
   window.canvas().renameCurrent();
   undo();  // nothing is typed yet
   EXPECT_EQ(graph.document(), kGraph);
+}
+
+TEST_F(UndoInFields, AnEditorInAWindowOfItsOwnHasTheSameKeys) {
+  emit window.canvas().openWanted(graph.idOf(QStringLiteral("calc")));
+  auto* dock = window.findChild<QDockWidget*>("properties");
+  ASSERT_TRUE(dock->isFloating());
+  ASSERT_TRUE(QTest::qWaitFor([dock] { return QApplication::activeWindow() == dock; }));
+  EXPECT_TRUE(dock->isAncestorOf(QApplication::focusWidget()));
+  retype(field<QLineEdit>("leName"), "sum");
+  for (const QAction* action : window.findChildren<QAction*>()) {
+    EXPECT_FALSE(action->shortcuts().contains(QKeySequence(Qt::Key_F5))) << "is the debugger's";
+  }
+  press(Qt::Key_Tab);
+  EXPECT_TRUE(element("calc").contains("name='sum'"));
+  undo();
+  EXPECT_EQ(graph.document(), kGraph);
+  EXPECT_EQ(QApplication::focusWidget(), &field<QLineEdit>("leName"));
+  field<QLineEdit>("leName").setText("typed");
+  select("out");  // commits
+  EXPECT_TRUE(element("calc").contains("name='typed'"));
+}
+
+TEST_F(UndoInFields, WhateverLooksAtTheGraphCommitsWhatIsTyped) {
+  select("out");
+  const auto commits = [&](const char* text, const std::function<void()>& act) {
+    retype(field<QLineEdit>("file"), text);
+    act();
+    return element("out").contains(text);
+  };
+  EXPECT_TRUE(commits("1.csv", [&] {
+    emit window.canvas().previewWanted({graph.idOf(QStringLiteral("calc")), 0, true});
+  }));
+  EXPECT_TRUE(commits("2.csv", [&] { window.save(); }));
+  QSignalSpy ended(&window.graphRun(), &GraphRun::ended);
+  EXPECT_TRUE(commits("3.csv", [&] { window.run(); }));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !ended.isEmpty(); }));
+  EXPECT_TRUE(QFile::exists(m_folder.filePath("3.csv")));
+  EXPECT_TRUE(commits("4.csv", [&] { window.close(); }));
 }
 
 TEST_F(UndoInFields, WhatCannotBeUsedIsKeptBesideAnUndo) {
