@@ -195,7 +195,7 @@ TEST_F(PreviewStepsTest, TheLogCountsInItsTitleWhatWentWrong) {
   auto* dock = window.findChild<QDockWidget*>("log");
   EXPECT_EQ(dock->windowTitle(), QStringLiteral("Log"));
   window.run();
-  EXPECT_TRUE(QTest::qWaitFor([dock] { return dock->windowTitle() == "Log: 1 error(s)"; }))
+  EXPECT_TRUE(QTest::qWaitFor([dock] { return dock->windowTitle() == "Log (errors: 1)"; }))
       << dock->windowTitle().toStdString();
 }
 
