@@ -110,7 +110,8 @@ TEST_F(PreviewComputingTest, AChangeAboveOvertakesWhatIsBeingComputed) {
 
 TEST_F(PreviewComputingTest, WithoutRowsThereAreColumnsAndNothingToCopy) {
   open(
-      "<InlineTable name='none'><Column name='a' meta='F'/><Column name='b' meta='U'/></InlineTable>");
+      "<InlineTable name='none'><Column name='a' meta='F'/>"
+      "<Column name='b' meta='U'/></InlineTable>");
   panel.showPin(pinOf("none"));
   ASSERT_TRUE(QTest::qWaitFor([this] { return status() == QStringLiteral("all 0 rows"); }));
   EXPECT_EQ(table().model().columnCount(), 2);
