@@ -170,7 +170,7 @@ void PreviewTable::copyTexts(RowTextRequest request) {
     return [this, isWritten, isTooLong, count, text = QString::fromUtf8(text)] {
       if (isWritten) {
         QGuiApplication::clipboard()->setText(text);
-        emit reported(true, tr("%n row(s) copied.", nullptr, static_cast<int>(count)));
+        emit reported(true, tr("Rows copied: %1").arg(QLocale().toString(count)));
       } else if (isTooLong) {
         emit reported(false, tr("This is more than a clipboard holds well (64 MiB). Export the "
                                 "rows as CSV, or choose fewer of them."));

@@ -1,5 +1,5 @@
-// What the actions of one run in a window get from it: their log lines, of which it keeps those that
-// their states show, and the user's answer where a disk is full.
+// What the actions of one run in a window have around them: it passes their log lines on, keeps
+// those that their states show, and has the user's answer where a disk is full.
 //
 // A thread of the run that asks about a full disk waits until the user has answered or stopped the
 // run; the questions of several threads are asked one after the other.

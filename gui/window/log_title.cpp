@@ -32,13 +32,13 @@ void LogTitle::addRows(int first, int last) {
 void LogTitle::show() {
   QStringList counts;
   if (m_errors > 0) {
-    counts += tr("%n error(s)", nullptr, m_errors);
+    counts += tr("errors: %1").arg(m_errors);
   }
   if (m_warnings > 0) {
-    counts += tr("%n warning(s)", nullptr, m_warnings);
+    counts += tr("warnings: %1").arg(m_warnings);
   }
   m_dock.setWindowTitle(counts.isEmpty() ? tr("Log")
-                                         : tr("Log: %1").arg(counts.join(QStringLiteral(", "))));
+                                         : tr("Log (%1)").arg(counts.join(QStringLiteral(", "))));
 }
 
 }  // namespace kelvarin

@@ -1,5 +1,7 @@
 // A preview while its rows are computed: stopped in the middle, overtaken by a change, without rows
 // or columns, and with texts as long as they come.
+#include <algorithm>
+#include <atomic>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -94,6 +96,26 @@ TEST_F(PreviewComputingTest, StopsAtARowAndKeepsTheRowsThatCame) {
   EXPECT_EQ(table().model().index(count - 1, 0).data().toInt(), count - 1);
 }
 
+TEST_F(PreviewComputingTest, SaysThatNoRowHasComeAndCanBeStopped) {
+  std::atomic<bool> mayGoOn{false};
+  seen.onSourceRow = [&mayGoOn](long long) { mayGoOn.wait(false); };
+  open("<Count name='s'/>");
+  panel.showPin(pinOf("s"));
+  const auto isSaid = [this](const char* text) {
+    const QList<QLabel*> labels = panel.findChildren<QLabel*>();
+    return std::any_of(labels.begin(), labels.end(), [text](const QLabel* label) {
+      return label->isVisible() && label->text().contains(QLatin1String(text));
+    });
+  };
+  EXPECT_TRUE(isSaid("being computed"));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return isSaid("No row has come yet"); }, 10'000));
+  QTest::mouseClick(&stopButton(), Qt::LeftButton);
+  mayGoOn = true;
+  mayGoOn.notify_all();
+  ASSERT_TRUE(awaitEnd());
+  EXPECT_TRUE(status().startsWith(QStringLiteral("stopped"))) << status().toStdString();
+}
+
 // The rows of the graph as it was never come into the view of the new one.
 TEST_F(PreviewComputingTest, AChangeAboveOvertakesWhatIsBeingComputed) {
   seen.onSourceRow = takeAWhile;
@@ -110,7 +132,8 @@ TEST_F(PreviewComputingTest, AChangeAboveOvertakesWhatIsBeingComputed) {
 
 TEST_F(PreviewComputingTest, WithoutRowsThereAreColumnsAndNothingToCopy) {
   open(
-      "<InlineTable name='none'><Column name='a' meta='F'/><Column name='b' meta='U'/></InlineTable>");
+      "<InlineTable name='none'><Column name='a' meta='F'/>"
+      "<Column name='b' meta='U'/></InlineTable>");
   panel.showPin(pinOf("none"));
   ASSERT_TRUE(QTest::qWaitFor([this] { return status() == QStringLiteral("all 0 rows"); }));
   EXPECT_EQ(table().model().columnCount(), 2);

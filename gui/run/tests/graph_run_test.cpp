@@ -91,6 +91,10 @@ TEST(GraphRun, CountsRowsAndTimesActionsWhileItGoesOn) {
   EXPECT_EQ(t.state("s").kind, Kind::running);
   EXPECT_GT(t.state("s").rowsOut.at(0), 0);
   EXPECT_GT(t.state("s").seconds, 2 * t.state("w").seconds);
+  QSignalSpy changes(&t.run, &GraphRun::statesChanged);
+  QTest::qWait(1000);
+  EXPECT_GE(changes.size(), 1);
+  EXPECT_LE(changes.size(), 11);  // ten a second, and one that was due
   QElapsedTimer clock;
   clock.start();
   t.run.stop();

@@ -1,9 +1,10 @@
 // Steps from a cell of the preview, by its menu: to the debugger, to a filter, to a new column; and
-// what the window says of a run.
+// what the window says of a run, its log and its command line.
 #include <QAbstractItemView>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QDockWidget>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
 #include <QMenu>
@@ -187,6 +188,24 @@ TEST_F(PreviewStepsTest, StepToThisRowStopsTheDebuggerThere) {
   }
 }
 
+TEST_F(PreviewStepsTest, ARunThatWaitsForAFileSaysSoAndStopsAtOnce) {
+  const ActionId reader =
+      commands.addAction(QStringLiteral("ReadColumnarGel"), {0, 200}, QStringLiteral("later"),
+                         "<ReadColumnarGel fileName='later.cgel_kelvarin' timeOut='600'/>");
+  window.run();
+  const auto state = [&] { return window.graphRun().states().value(reader); };
+  ASSERT_TRUE(QTest::qWaitFor([&] { return state().hasWarning; }, 20'000));
+  EXPECT_EQ(state().kind, ActionState::Kind::running);
+  EXPECT_TRUE(state().message.contains(QStringLiteral("Waiting for the file")))
+      << state().message.toStdString();
+  QElapsedTimer clock;
+  clock.start();
+  QTest::keyClick(&window, Qt::Key_F5, Qt::ShiftModifier);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return !window.graphRun().isRunning(); }, 20'000));
+  EXPECT_LT(clock.elapsed(), 1500);
+  EXPECT_EQ(state().kind, ActionState::Kind::stopped);
+}
+
 TEST_F(PreviewStepsTest, TheLogCountsInItsTitleWhatWentWrong) {
   ASSERT_TRUE(commands.setElement(
       id("twice"),
@@ -195,7 +214,7 @@ TEST_F(PreviewStepsTest, TheLogCountsInItsTitleWhatWentWrong) {
   auto* dock = window.findChild<QDockWidget*>("log");
   EXPECT_EQ(dock->windowTitle(), QStringLiteral("Log"));
   window.run();
-  EXPECT_TRUE(QTest::qWaitFor([dock] { return dock->windowTitle() == "Log: 1 error(s)"; }))
+  EXPECT_TRUE(QTest::qWaitFor([dock] { return dock->windowTitle() == "Log (errors: 1)"; }))
       << dock->windowTitle().toStdString();
 }
 
