@@ -180,15 +180,7 @@ void HostWindow::connectWork() {
   connect(&m_run, &GraphRun::ended, this, &HostWindow::showRunState);
   connect(&m_columns, &DesignColumns::changed, this,
           [this] { m_canvas->setProblems(m_columns.problems()); });
-  connect(&m_arrangement, &Arrangement::arranged, this,
-          [this](const QHash<ActionId, QPointF>& positions) {
-            if (std::exchange(m_arrangesUnasked, false)) {
-              m_graph.showAt(positions);
-            } else {
-              m_commands.moveActions(positions, {});
-            }
-            m_canvas->zoomToAll();
-          });
+  connect(&m_arrangement, &Arrangement::arranged, this, &HostWindow::showArranged);
   connect(&m_arrangement, &Arrangement::failed, this, &HostWindow::showNotice);
   connect(m_report, &RunReportPanel::actionWanted, this,
           [this](const QString& name) { select(m_graph.idOf(name), false); });
@@ -200,6 +192,21 @@ bool HostWindow::focusNextPrevChild(bool isForward) {
     next->setFocus(isForward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
   }
   return next != nullptr;
+}
+
+// Actions may have been deleted since it was asked for, or the whole graph be another one.
+void HostWindow::showArranged(QHash<ActionId, QPointF> positions) {
+  positions.removeIf([this](const auto& each) { return !m_graph.hasAction(each.key()); });
+  const bool isUnasked = std::exchange(m_arrangesUnasked, false);
+  if (positions.isEmpty()) {
+    return;
+  }
+  if (isUnasked) {
+    m_graph.showAt(positions);
+  } else {
+    m_commands.moveActions(positions, {});
+  }
+  m_canvas->zoomToAll();
 }
 
 void HostWindow::showPage() {

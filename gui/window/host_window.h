@@ -103,6 +103,7 @@ class HostWindow : public QMainWindow {
   void showRunState();
   void showStates();
   void showOutcome(const RunResult& result);
+  void showArranged(QHash<ActionId, QPointF> positions);
   void showHelp(const QString& helpId);
   void showNotice(const QString& text);
 

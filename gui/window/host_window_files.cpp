@@ -60,6 +60,7 @@ void HostWindow::connectFile() {
   connect(&m_file, &DocumentFile::openFailed, this,
           [this](const QString& path, const std::vector<GraphError>& faults) {
             forgetRecentGraph(path);
+            m_exampleToOpen.clear();
             showPage();
             showNotice(faults.front().text());
             emit graphShown();

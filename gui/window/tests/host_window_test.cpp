@@ -104,6 +104,17 @@ TEST_F(HostWindowTest, LettersOnTheCanvasAddAnActionBehindTheSelectedOneAndUndoT
   EXPECT_FALSE(window.isWindowModified());
 }
 
+TEST_F(HostWindowTest, WhatIsDeletedWhileTheGraphIsArrangedStaysDeleted) {
+  openGraph();
+  commands.moveActions({{graph.idOf("out"), QPointF(500, 700)}}, {});
+  window.arrange();
+  select("in");
+  window.canvas().deleteSelection();
+  ASSERT_TRUE(QTest::qWaitFor(
+      [&] { return graph.position(graph.idOf("out")) != QPointF(500, 700); }, 20'000));
+  EXPECT_EQ(graph.actionCount(), 1);
+}
+
 TEST_F(HostWindowTest, ARunThatFailsSaysWhereAndKeepsTheOldFile) {
   write("out.csv", "old");
   openGraph();
