@@ -24,9 +24,9 @@ namespace {
 constexpr double kMarginAround = 40.0;  // of what is to be seen
 constexpr int kEdgeInterval = 30;       // milliseconds between two steps at the edge
 constexpr double kPointStep = 3 * kGridStep;
-constexpr double kPointSize = 2.0;            // pixels
-constexpr double kLeastZoomWithPoints = 0.4;  // below it they would be a carpet
-constexpr double kMaximumZoomToAll = 1.0;     // a graph of two boxes does not fill the window
+constexpr double kPointSize = 2.0;          // pixels
+constexpr double kMinZoomWithPoints = 0.4;  // below it they would be a carpet
+constexpr double kMaximumZoomToAll = 1.0;   // a graph of two boxes does not fill the window
 
 }  // namespace
 
@@ -287,7 +287,7 @@ void CanvasView::setProblems(const QHash<ActionId, QString>& problems) {
 // They lie on whole pixels, so that all look alike at every zoom.
 void CanvasView::drawBackground(QPainter* painter, const QRectF& area) {
   QGraphicsView::drawBackground(painter, area);
-  if (transform().m11() < kLeastZoomWithPoints) {
+  if (transform().m11() < kMinZoomWithPoints) {
     return;
   }
   const QTransform toPixels = painter->worldTransform();

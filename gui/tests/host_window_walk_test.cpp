@@ -100,6 +100,11 @@ TEST_F(HostWindowWalk, AKeyHasOneOwnerWhereverTheFocusIs) {
   expectOneOwner();
 }
 
+TEST_F(HostWindowWalk, AKeyHasOneOwnerInGerman) {
+  const Translation german({"de"});
+  expectOneOwner();
+}
+
 TEST_F(HostWindowWalk, EveryControlHasANameAndIsReached) {
   HostProgram program{wholeCatalogue()};
   onEveryView(program, [&](const QString& view) {

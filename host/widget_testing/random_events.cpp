@@ -13,6 +13,7 @@
 #include <QDrag>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QSizeGrip>
 #include <QTest>
 #include <QTimer>
 #include <QWheelEvent>
@@ -101,10 +102,12 @@ class RandomEvents {
  private:
   Qt::KeyboardModifier anyModifier() { return pick(kModifiers); }
 
+  // Grips ask the window system to resize, which needs a window that no event has closed.
   QWidget* anyVisible() {
     QList<QWidget*> visible;
     for (QWidget* widget : m_root.findChildren<QWidget*>()) {
-      if (widget->isVisibleTo(&m_root) && widget->isEnabled()) {
+      const bool isGrip = qobject_cast<QSizeGrip*>(widget) != nullptr;
+      if (widget->isVisibleTo(&m_root) && widget->isEnabled() && !isGrip) {
         visible.push_back(widget);
       }
     }

@@ -75,7 +75,8 @@ const char* drawingOf(IconName name) {
     case IconName::step:
       return "<path d='M8 7h8v10H8zM3 12h5M16 12h5M18.500 9.500L21 12l-2.500 2.500'/>";
     case IconName::discard:
-      return "<path d='M5 7.5h14M9.5 7.500V4.500h5v3M7 7.500l.8 12h8.400l.8-12M10.5 11v5M13.5 11v5'/>";
+      return "<path d='M5 7.5h14M9.5 7.500V4.500h5v3M7 7.500l.8 12h8.400l.8-12'/>"
+             "<path d='M10.5 11v5M13.5 11v5'/>";
   }
   return "";
 }

@@ -4302,7 +4302,7 @@
     </message>
     <message>
         <source>Col&amp;umn:</source>
-        <translation>S&amp;palte:</translation>
+        <translation>Spal&amp;te:</translation>
     </message>
     <message>
         <source>Name of the column</source>
@@ -4811,27 +4811,21 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
 </context>
 <context>
     <name>kelvarin::LogTitle</name>
-    <message numerus="yes">
-        <source>%n error(s)</source>
-        <translation>
-            <numerusform>%n Fehler</numerusform>
-            <numerusform>%n Fehler</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n warning(s)</source>
-        <translation>
-            <numerusform>%n Warnung</numerusform>
-            <numerusform>%n Warnungen</numerusform>
-        </translation>
-    </message>
     <message>
         <source>Log</source>
         <translation>Protokoll</translation>
     </message>
     <message>
-        <source>Log: %1</source>
-        <translation>Protokoll: %1</translation>
+        <source>errors: %1</source>
+        <translation>Fehler: %1</translation>
+    </message>
+    <message>
+        <source>warnings: %1</source>
+        <translation>Warnungen: %1</translation>
+    </message>
+    <message>
+        <source>Log (%1)</source>
+        <translation>Protokoll (%1)</translation>
     </message>
 </context>
 <context>
@@ -5291,6 +5285,10 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>Preview</source>
         <translation>Vorschau</translation>
     </message>
+    <message>
+        <source>No row has come yet: an action above this pin is still at work, or waits for its file.</source>
+        <translation>Noch keine Zeile: Eine Aktion davor arbeitet noch oder wartet auf ihre Datei.</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::PreviewTable</name>
@@ -5362,13 +5360,6 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>&amp;Unsorted</source>
         <translation>Uns&amp;ortiert</translation>
     </message>
-    <message numerus="yes">
-        <source>%n row(s) copied.</source>
-        <translation>
-            <numerusform>%n Zeile kopiert.</numerusform>
-            <numerusform>%n Zeilen kopiert.</numerusform>
-        </translation>
-    </message>
     <message>
         <source>This is more than a clipboard holds well (64 MiB). Export the rows as CSV, or choose fewer of them.</source>
         <translation>Das ist mehr, als eine Zwischenablage gut fasst (64 MiB). Exportieren Sie die Zeilen als CSV, oder wählen Sie weniger.</translation>
@@ -5384,6 +5375,10 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>%1 was not written: %2. Choose another file, or free some space on the disk.</source>
         <translation>%1 wurde nicht geschrieben: %2. Wählen Sie eine andere Datei, oder schaffen Sie Platz auf dem Datenträger.</translation>
+    </message>
+    <message>
+        <source>Rows copied: %1</source>
+        <translation>Kopierte Zeilen: %1</translation>
     </message>
 </context>
 <context>
@@ -5671,7 +5666,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
     <message>
         <source>&amp;Quote:</source>
-        <translation>&amp;Anführungszeichen:</translation>
+        <translation>Anfüh&amp;rungszeichen:</translation>
     </message>
     <message>
         <source>The first line &amp;names the columns</source>
@@ -5754,7 +5749,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
     <message>
         <source>&amp;This file:</source>
-        <translation>&amp;Diese Datei:</translation>
+        <translation>Diese Da&amp;tei:</translation>
     </message>
     <message>
         <source>Columnar file</source>
@@ -5798,7 +5793,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
     <message>
         <source>Skip &amp;blocks</source>
-        <translation>&amp;Blöcke überspringen</translation>
+        <translation>Blöc&amp;ke überspringen</translation>
     </message>
     <message>
         <source>Looking into the file...</source>
@@ -6121,8 +6116,8 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>Laufbericht</translation>
     </message>
     <message>
-        <source>Copy the report</source>
-        <translation>Den Bericht kopieren</translation>
+        <source>&amp;Copy the report</source>
+        <translation>Bericht &amp;kopieren</translation>
     </message>
 </context>
 <context>
@@ -6986,7 +6981,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
     <message>
         <source>&amp;Quote:</source>
-        <translation>&amp;Anführungszeichen:</translation>
+        <translation>Anfüh&amp;rungszeichen:</translation>
     </message>
     <message>
         <source>The first line &amp;names the columns</source>
