@@ -175,6 +175,7 @@ void CanvasView::setExtract(const CanvasExtract& extract) {
   setTransform(QTransform::fromScale(zoom, zoom));
   updateReach();
   centerOn(extract.centre);
+  scrollUntilAt(extract.centre, QRectF(viewport()->rect()).center());  // Qt cuts off the fraction
   m_directEditor->follow();
   emit extractChanged();
 }
@@ -202,11 +203,16 @@ void CanvasView::zoomAbout(double zoom, QPointF viewportPoint) {
   const QPointF fixed = viewportTransform().inverted().map(viewportPoint);
   setTransform(QTransform::fromScale(clamped, clamped));
   updateReach();
-  const QPointF moved = viewportTransform().map(fixed) - viewportPoint;
-  horizontalScrollBar()->setValue(horizontalScrollBar()->value() + qRound(moved.x()));
-  verticalScrollBar()->setValue(verticalScrollBar()->value() + qRound(moved.y()));
+  scrollUntilAt(fixed, viewportPoint);
   m_directEditor->follow();
   emit extractChanged();
+}
+
+// To the nearest pixel.
+void CanvasView::scrollUntilAt(QPointF scenePoint, QPointF viewportPoint) {
+  const QPointF missing = viewportTransform().map(scenePoint) - viewportPoint;
+  horizontalScrollBar()->setValue(horizontalScrollBar()->value() + qRound(missing.x()));
+  verticalScrollBar()->setValue(verticalScrollBar()->value() + qRound(missing.y()));
 }
 
 void CanvasView::zoomToAll() {

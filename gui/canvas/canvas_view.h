@@ -145,6 +145,7 @@ class CanvasView : public QGraphicsView {
 
   void connectScene();
   void updateReach();
+  void scrollUntilAt(QPointF scenePoint, QPointF viewportPoint);
   void zoomAbout(double zoom, QPointF viewportPoint);
   void showArea(const QRectF& area);
   double reachOfPointer() const;  // on the canvas
