@@ -6,6 +6,7 @@
 #include <QAccessible>
 #include <QEvent>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 
 #include "gui/canvas/action_box.h"
@@ -48,7 +49,7 @@ CanvasView::CanvasView(GraphCommands& commands, Theme& theme, QWidget* parent)
   setViewportUpdateMode(QGraphicsView::MinimalViewportUpdate);
   setOptimizationFlags(DontSavePainterState | DontAdjustForAntialiasing);
   setTransformationAnchor(QGraphicsView::NoAnchor);
-  setResizeAnchor(QGraphicsView::AnchorViewCenter);
+  setResizeAnchor(QGraphicsView::NoAnchor);
   setAlignment(Qt::AlignLeft | Qt::AlignTop);
   viewport()->grabGesture(Qt::PinchGesture);
   m_reachTimer.setSingleShot(true);
@@ -167,15 +168,19 @@ QPointF CanvasView::pointOfInterest() const {
 }
 
 CanvasExtract CanvasView::extract() const {
-  return {transform().m11(), seenArea().center()};
+  return {transform().m11(), m_centre};
 }
 
 void CanvasView::setExtract(const CanvasExtract& extract) {
   const double zoom = std::clamp(extract.zoom, kMinimumZoom, kMaximumZoom);
-  setTransform(QTransform::fromScale(zoom, zoom));
-  updateReach();
-  centerOn(extract.centre);
-  scrollUntilAt(extract.centre, QRectF(viewport()->rect()).center());  // Qt cuts off the fraction
+  {
+    const QScopedValueRollback showing(m_isShowingExtract, true);
+    setTransform(QTransform::fromScale(zoom, zoom));
+    updateReach();
+    centerOn(extract.centre);
+    scrollUntilAt(extract.centre, QRectF(viewport()->rect()).center());  // Qt cuts off the fraction
+  }
+  m_centre = extract.centre;
   m_directEditor->follow();
   emit extractChanged();
 }
@@ -204,6 +209,7 @@ void CanvasView::zoomAbout(double zoom, QPointF viewportPoint) {
   setTransform(QTransform::fromScale(clamped, clamped));
   updateReach();
   scrollUntilAt(fixed, viewportPoint);
+  m_centre = seenArea().center();
   m_directEditor->follow();
   emit extractChanged();
 }
@@ -258,14 +264,18 @@ double CanvasView::reachOfPointer() const {
 
 void CanvasView::scrollContentsBy(int dx, int dy) {
   QGraphicsView::scrollContentsBy(dx, dy);
+  if (!m_isShowingExtract) {
+    m_centre = seenArea().center();
+  }
   m_directEditor->follow();
   emit extractChanged();
 }
 
+// What is in the middle stays there, without the halves of pixels that each size would cost.
 void CanvasView::resizeEvent(QResizeEvent* event) {
+  const CanvasExtract seen = extract();
   QGraphicsView::resizeEvent(event);
-  updateReach();
-  emit extractChanged();
+  setExtract(seen);
 }
 
 void CanvasView::changeEvent(QEvent* event) {

@@ -177,6 +177,8 @@ class CanvasView : public QGraphicsView {
   void announceFocus();
 
   GraphCommands& m_commands;
+  QPointF m_centre;  // of what is seen, exactly as it was asked for
+  bool m_isShowingExtract = false;
   CanvasScene* m_scene;
   DirectEditor* m_directEditor;
   std::unique_ptr<Press> m_press;
