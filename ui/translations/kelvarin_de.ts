@@ -5666,7 +5666,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
     <message>
         <source>&amp;Quote:</source>
-        <translation>Anführung&amp;szeichen:</translation>
+        <translation>An&amp;führungszeichen:</translation>
     </message>
     <message>
         <source>The first line &amp;names the columns</source>
@@ -6981,7 +6981,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
     <message>
         <source>&amp;Quote:</source>
-        <translation>Anführung&amp;szeichen:</translation>
+        <translation>An&amp;führungszeichen:</translation>
     </message>
     <message>
         <source>The first line &amp;names the columns</source>
