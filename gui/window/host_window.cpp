@@ -152,7 +152,7 @@ void HostWindow::makeDocks() {
   // As many characters as their texts need, as far as the canvas keeps enough.
   const int character = fontMetrics().averageCharWidth();
   resizeDocks({m_paletteDock, m_propertiesDock},
-              {std::min(34 * character, kUsualSize.width() / 4),
+              {std::min(37 * character, kUsualSize.width() / 4),
                std::min(80 * character, kUsualSize.width() * 2 / 5)},
               Qt::Horizontal);
   resizeDocks({m_previewDock}, {288}, Qt::Vertical);
