@@ -5793,7 +5793,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
     <message>
         <source>Skip &amp;blocks</source>
-        <translation>Blöc&amp;ke überspringen</translation>
+        <translation>Blö&amp;cke überspringen</translation>
     </message>
     <message>
         <source>Looking into the file...</source>
