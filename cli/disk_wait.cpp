@@ -7,6 +7,7 @@
 
 #include "cli/interrupt.h"
 #include "cli/messages.h"
+#include "host/engine/messages.h"
 
 namespace kelvarin {
 
@@ -36,7 +37,7 @@ void DiskWait::report(const QString& file, int missingBytes, bool willWait) {
     return;
   }
   m_reported.insert(file);
-  m_console.writeLog(LogLevel::error, program_messages::diskFull(file, missingBytes));
+  m_console.writeLog(LogLevel::error, engine_messages::diskFull(file, missingBytes));
   if (willWait) {
     m_console.writeLog(LogLevel::information, program_messages::diskFullWaiting(m_seconds));
   }

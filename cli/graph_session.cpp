@@ -5,7 +5,10 @@
 #include "cli/last_resort.h"
 #include "cli/name_value.h"
 #include "cli/program_services.h"
+#include "host/contract/nearest_names.h"
+#include "host/engine/graph_links.h"
 #include "host/engine/graph_reader.h"
+#include "host/engine/messages.h"
 
 namespace kelvarin {
 
@@ -31,6 +34,20 @@ RunResult resultOfFaults(Faults faults) {
   return result;
 }
 
+Status<QString> keepBranchOf(const QString& lastAction, Graph& graph) {
+  const int index = graph.indexOf(lastAction);
+  if (index < 0) {
+    QStringList names;
+    for (const GraphAction& action : graph.actions) {
+      names += action.name;
+    }
+    const QString text = engine_messages::absentAction(lastAction, nearestNames(lastAction, names));
+    return Failure{GraphError{graph.file, {}, text}.text()};
+  }
+  graph.keepOnly(GraphLinks(graph).withUpstream({index}));
+  return Done{};
+}
+
 // The error has a line for every fault found.
 Result<LoadedGraph, Faults> loadGraph(const GraphArguments& arguments) {
   auto catalogue = loadCatalogue(arguments.options.plugin);
@@ -52,6 +69,12 @@ Result<LoadedGraph, Faults> loadGraph(const GraphArguments& arguments) {
       faults.push_back(faultLine(error.text(), error.position));
     }
     return Failure{std::move(faults)};
+  }
+  if (arguments.lastAction) {
+    const auto kept = keepBranchOf(QString::fromStdString(*arguments.lastAction), *graph);
+    if (!kept) {
+      return Failure{Faults{faultLine(kept.error())}};
+    }
   }
   return LoadedGraph{std::move(*catalogue), std::move(*graph)};
 }

@@ -2,6 +2,7 @@
 // file from loading it to the exit status.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ namespace kelvarin {
 struct GraphArguments {
   std::string graph;
   std::vector<std::string> settings;
+  std::optional<std::string> lastAction;  // worked on with what feeds it; otherwise all are
   RunOptions options;
   bool isJson = false;
 

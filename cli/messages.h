@@ -89,13 +89,6 @@ inline QString didYouMean(const QString& names) {
   return QStringLiteral("Did you mean %1?").arg(names);
 }
 
-inline QString diskFull(const QString& file, int missingBytes) {
-  return QStringLiteral(
-             "The disk is full: %2 more bytes are needed for the file '%1'. Free some space "
-             "on its disk.")
-      .arg(file, QString::number(missingBytes));
-}
-
 inline const char* diskFullQuestion() {
   return "Retry or stop? [r/s] ";
 }

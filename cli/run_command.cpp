@@ -53,7 +53,13 @@ void addRunCommand(CLI::App& program, ChosenCommand& chosen) {
   auto arguments = std::make_shared<GraphArguments>();
   CLI::App* command = program.add_subcommand("run", "Run a graph");
   arguments->addTo(*command);
-  command->footer("Example:\n  kelvarin run examples/flights/flights.kelvarin --set minDelay=60");
+  command
+      ->add_option("--to", arguments->lastAction,
+                   "run this action and what feeds it, and open nothing else")
+      ->type_name("ACTION");
+  command->footer(
+      "Example:\n  kelvarin run examples/flights/flights.kelvarin --set minDelay=60\n"
+      "  kelvarin run examples/flights/flights.kelvarin --to 'late?' --json");
   command->callback([arguments, &chosen] {
     chosen = [arguments] {
       return workOnGraph(*arguments, arguments->isJson ? runBesideJson : runGraph, reportRun,

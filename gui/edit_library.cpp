@@ -27,6 +27,7 @@ int showEditWindow(const WindowRequest& request, const ActionCatalogue& catalogu
     });
   }
   window.show();
+  window.offerRecovery();
   return QApplication::exec();
 }
 

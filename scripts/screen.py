@@ -1,6 +1,6 @@
 """A screen of its own with a program on it: real windows, keys and mouse.
 
-Used by scripts/pictures and scripts/screen_reader.py. A screen has Xvfb, the window manager openbox and a folder that serves as
+Used by scripts/screen_reader.py. A screen has Xvfb, the window manager openbox and a folder that serves as
 the program's home; nothing of the user's settings is read or changed. What a program shows is
 waited for, never slept for: a StepFailed says which window or picture did not come.
 """
@@ -107,6 +107,20 @@ class Screen:
             return None
         return self._wait(found, f"a window with the title '{title}'")
 
+    def popup(self):
+        """Waits for a window without a frame and a title of its own, such as a menu."""
+        def found():
+            for window in (self._ask("xdotool", "search", "--onlyvisible", "--class", ".") or "").split():
+                if (self._ask("xdotool", "getwindowname", window) or "").strip() == "kelvarin":
+                    return window
+            return None
+        return self._wait(found, "a menu")
+
+    def geometry(self, window):
+        """X, Y, WIDTH and HEIGHT on the screen."""
+        lines = self._ask("xdotool", "getwindowgeometry", "--shell", window).split()
+        return {name: int(value) for name, value in (line.split("=") for line in lines)}
+
     def keys(self, *keys):
         self._order("key", "--clearmodifiers", *keys)
         self.calm()
@@ -165,10 +179,11 @@ class Screen:
                 "XDG_RUNTIME_DIR": self.folder, "QT_QPA_PLATFORM": "xcb"}
 
     def _start_server(self):
+        """It must not begin anew when its first client goes before the second one comes."""
         reading, writing = os.pipe()
         server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{self.size}x24", "-dpi", "96",
-             "-nolisten", "tcp"], pass_fds=[writing], stderr=subprocess.DEVNULL)
+             "-nolisten", "tcp", "-noreset"], pass_fds=[writing], stderr=subprocess.DEVNULL)
         self.processes.append(server)
         os.close(writing)
         with os.fdopen(reading) as number:

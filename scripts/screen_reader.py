@@ -1,8 +1,8 @@
 """A screen whose program is seen as a screen reader sees it: widgets by their roles and names.
 
-Used by scripts/edit_scenario. Widgets are found by what users read, wherever a layout puts them,
-and then clicked and typed into by real events. Nothing is looked at once: each operation waits
-until what it needs is there.
+Used by the scenarios, scripts/pictures and scripts/recovery_test. Widgets are found by what users
+read, wherever a layout puts them, and then clicked and typed into by real events. Nothing is looked
+at once: each operation waits until what it needs is there.
 """
 
 import math
@@ -88,9 +88,20 @@ class ReadScreen(Screen):
     def click_on(self, role, name, count=1):
         self.click_widget(self.widget(role, name), count)
 
-    def click_widget(self, widget, count=1):
+    def click_widget(self, widget, count=1, button=1):
         area = widget.get_extents(Atspi.CoordType.SCREEN)
-        self.click(area.x + area.width // 2, area.y + area.height // 2, count)
+        self.click(area.x + area.width // 2, area.y + area.height // 2, count, button)
+
+    def click_first_entry(self):
+        """Of the menu that is open, which is no widget that a screen reader finds."""
+        area = self.geometry(self.popup())
+        self.click(area["X"] + area["WIDTH"] // 4, area["Y"] + 12)
+
+    def focus_first_link(self, label):
+        """By a click beside the text, and the key that goes to the first link."""
+        area = label.get_extents(Atspi.CoordType.SCREEN)
+        self.click(area.x + 2, area.y + area.height - 1)
+        self.keys("Tab")
 
     def cell(self, role, name, row, column):
         """Of a table or tree: `row` is a number or the text of its first cell, `column` its header."""

@@ -102,6 +102,17 @@ bool Calculator::renameMadeColumn(const QString& oldName, const QString& newName
   return true;
 }
 
+void Calculator::renameParameter(const QString& oldName, const QString& newName) {
+  if (isVariable(m_inputs, oldName)) {
+    return;
+  }
+  std::vector<OutputVariable> outputs = m_outputs;
+  for (OutputVariable& output : outputs) {
+    output.expression = withRenamedVariable(output.expression, oldName, newName);
+  }
+  setOutputVariables(std::move(outputs));
+}
+
 QStringList Calculator::expressions() const {
   QStringList expressions;
   for (const OutputVariable& output : m_outputs) {

@@ -42,6 +42,7 @@ class Calculator : public Catalogued<Calculator, ExpressionAction>,
 
   ColumnFate followColumn(const QString& oldName, const QString& newName) override;
   bool renameMadeColumn(const QString& oldName, const QString& newName) override;
+  void renameParameter(const QString& oldName, const QString& newName) override;
   QStringList expressions() const override;
   QString pinName(int pin, bool isOutput) const override;
 

@@ -126,6 +126,14 @@ ColumnFate FilterRows::followColumn(const QString& oldName, const QString& newNa
   return ColumnFate::passedOn;
 }
 
+void FilterRows::renameParameter(const QString& oldName, const QString& newName) {
+  if (!isVariable(m_inputs, oldName)) {
+    FilterSettings settings = m_settings;
+    settings.expression = withRenamedVariable(settings.expression, oldName, newName);
+    setSettings(std::move(settings));
+  }
+}
+
 QStringList FilterRows::expressions() const {
   return {m_settings.expression};
 }

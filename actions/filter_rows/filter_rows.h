@@ -47,6 +47,7 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction>,
   void setSettings(FilterSettings settings);
 
   ColumnFate followColumn(const QString& oldName, const QString& newName) override;
+  void renameParameter(const QString& oldName, const QString& newName) override;
   QStringList expressions() const override;
   QString pinName(int pin, bool isOutput) const override;
 

@@ -6,18 +6,14 @@
 
 namespace kelvarin {
 
-namespace {
-
-bool isNameTaken(const std::vector<InputVariable>& variables, const QString& name) {
+bool isVariable(const std::vector<InputVariable>& variables, const QString& name) {
   return std::ranges::any_of(
       variables, [&name](const InputVariable& variable) { return variable.name() == name; });
 }
 
-}  // namespace
-
 RenamedVariables renamedVariables(std::vector<InputVariable> variables, const QString& oldName,
                                   const QString& newName) {
-  const bool canBeCalledSo = isVariableName(newName) && !isNameTaken(variables, newName);
+  const bool canBeCalledSo = isVariableName(newName) && !isVariable(variables, newName);
   RenamedVariables renamed;
   for (InputVariable& variable : variables) {
     const bool isCalledLikeColumn = !variable.columns.isEmpty() &&

@@ -19,6 +19,7 @@ struct RenamedVariables {
 // stand in an expression, or is the name of another variable.
 RenamedVariables renamedVariables(std::vector<InputVariable> variables, const QString& oldName,
                                   const QString& newName);
+bool isVariable(const std::vector<InputVariable>& variables, const QString& name);
 // The expression with a variable called otherwise; functions of its name stay.
 QString withRenamedVariable(const QString& expression, const QString& oldName,
                             const QString& newName);

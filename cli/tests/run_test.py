@@ -92,6 +92,24 @@ class RunTest(ProgramTest):
         unknown = self.kelvarin("run", "copy.kelvarin", "--set", "nope=1", status=1)
         self.assertRegex(unknown.stderr, "'nope'.*declares: out")
 
+    def test_to_an_action_runs_what_feeds_it_and_opens_nothing_else(self):
+        self.write("in.csv", "a\n1\n2\n")
+        self.write("g.kelvarin", graph(
+            "<WriteCSV name='whole' file='whole.csv'/><ReadCSV name='in' file='in.csv'/>"
+            "<FilterRows name='f'><InputVars><InputVar column='a'/></InputVars>"
+            "<Expression>a &gt; limit</Expression></FilterRows><ReadCSV name='lost' file='lost.csv'/>"
+            "<WriteCSV name='out' file='out.csv'/><Discard name='rest' surprise='1'/>",
+            ["in whole", "in f", "f out", "lost rest"], [("limit", "0")]))
+        report = self.kelvarin_json("run", "g.kelvarin", "--to", "f", "--set", "limit=1")
+        rows = {action["name"]: (action["rowsIn"], action["rowsOut"]) for action in report["actions"]}
+        self.assertEqual(rows, {"in": ([], [2]), "f": ([2, 0], [1, 1])})
+        self.assertEqual(report["log"], [])
+        self.assertFalse(os.path.exists(self.path("whole.csv")) or os.path.exists(self.path("out.csv")))
+        self.kelvarin("run", "g.kelvarin", "--to", "out")
+        self.assertEqual(self.read("out.csv"), "a\n1\n2\n")
+        self.assertFalse(os.path.exists(self.path("whole.csv")))
+        self.assertIn("did you mean 'whole'?", self.kelvarin("run", "g.kelvarin", "--to", "hole", status=1).stderr)
+
     def test_standard_output_carries_the_rows_only(self):
         self.write("in.csv", "a\n1\n")
         self.write("copy.kelvarin", COPY)

@@ -13,13 +13,6 @@
 
 namespace kelvarin {
 
-// What the heat map shows of an action.
-struct ActionHeat {
-  double share = -1.0;  // of the slowest action's time; below 0: nothing is known
-  QString text;         // "0.42 s, 38 %"
-  bool operator==(const ActionHeat&) const = default;
-};
-
 class ActionBox final : public QGraphicsItem {
  public:
   enum { Type = UserType + 1 };

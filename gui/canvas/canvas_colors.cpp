@@ -11,6 +11,7 @@ CanvasColors CanvasColors::of(const QPalette& palette) {
   const QColor window = palette.color(QPalette::Active, QPalette::Window);
   CanvasColors colors;
   colors.background = window;
+  colors.grid = mixed(window, text, 0.22);
   colors.box = palette.color(QPalette::Active, QPalette::Base);
   colors.boxDisabled = mixed(colors.box, window, 0.6);
   colors.border = mixed(window, text, 0.3);

@@ -10,6 +10,7 @@ namespace kelvarin {
 
 struct CanvasColors {
   QColor background;
+  QColor grid;
   QColor box;
   QColor boxDisabled;
   QColor border;

@@ -311,28 +311,18 @@ void CanvasScene::setProblems(const QHash<ActionId, QString>& problems) {
   showResults();
 }
 
-void CanvasScene::setShowsHeatMap(bool shows) {
-  m_showsHeatMap = shows;
+void CanvasScene::setHeatMap(HeatMap map) {
+  m_heat = HeatScale(map, {});
   showResults();
 }
 
 void CanvasScene::showResults() {
   // Once for all: thousands of small areas would take longer than the picture.
   update();
-  double slowest = 0.0;
-  double total = 0.0;
-  for (const ActionState& state : std::as_const(m_states)) {
-    slowest = std::max(slowest, state.seconds);
-    total += state.seconds;
-  }
+  m_heat = HeatScale(m_heat.map(), m_states);
   for (auto box = m_boxes.cbegin(); box != m_boxes.cend(); ++box) {
     const ActionState& at = state(box.key());
-    ActionHeat heat;
-    if (m_showsHeatMap && total > 0.0 && at.kind != ActionState::Kind::none) {
-      heat.share = at.seconds / slowest;
-      heat.text = tr("%1, %2 %").arg(timeText(at.seconds)).arg(qRound(100 * at.seconds / total));
-    }
-    (*box)->setResult(at, problem(box.key()), heat);
+    (*box)->setResult(at, problem(box.key()), m_heat.of(at));
   }
   long long most = 0;
   for (const LinkCurve* curve : std::as_const(m_curves)) {
@@ -341,9 +331,10 @@ void CanvasScene::showResults() {
   for (LinkCurve* curve : std::as_const(m_curves)) {
     const bool isWhole = curve->link().whyBroken.isEmpty();
     const long long rows = isWhole ? rowsAt({curve->link().from, curve->link().fromPin, true}) : -1;
-    const bool hasHeat = m_showsHeatMap && rows >= 0 && most > 0;
+    const bool hasHeat = m_heat.map() == HeatMap::rows && rows >= 0 && most > 0;
     curve->setRows(rows, hasHeat ? static_cast<double>(rows) / static_cast<double>(most) : -1.0);
   }
+  emit resultsShown();
 }
 
 void CanvasScene::setPinFilter(std::function<bool(const PinRef&)> accepts) {

@@ -12,6 +12,7 @@
 
 #include "gui/canvas/canvas_colors.h"
 #include "gui/canvas/canvas_metrics.h"
+#include "gui/canvas/heat_map.h"
 #include "gui/canvas/pictures_of_types.h"
 #include "gui/document/action_state.h"
 #include "gui/document/edited_graph.h"
@@ -72,7 +73,8 @@ class CanvasScene : public QGraphicsScene {
   long long rowsAt(const PinRef& pin) const;
   void setStates(const QHash<ActionId, ActionState>& states);
   void setProblems(const QHash<ActionId, QString>& problems);
-  void setShowsHeatMap(bool shows);
+  void setHeatMap(HeatMap map);
+  const HeatScale& heatScale() const { return m_heat; }
 
   // While a link is drawn: pins that can take it are lit, all others are dimmed. A null function
   // ends it.
@@ -90,6 +92,8 @@ class CanvasScene : public QGraphicsScene {
   void selectionEdited();
   // Something came, went or moved.
   void contentChanged();
+  // States, problems or the heat map.
+  void resultsShown();
   void aboutToRebuild();
 
  private:
@@ -116,7 +120,7 @@ class CanvasScene : public QGraphicsScene {
   QTimer m_selectionTimer;  // one signal for all that a command removes
   QHash<ActionId, ActionState> m_states;
   QHash<ActionId, QString> m_problems;
-  bool m_showsHeatMap = false;
+  HeatScale m_heat;
   std::function<bool(const PinRef&)> m_pinFilter;
   PinRef m_litPin;
   LinkId m_litLink = kNoId;

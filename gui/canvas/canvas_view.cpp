@@ -5,6 +5,8 @@
 
 #include <QAccessible>
 #include <QEvent>
+#include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 
 #include "gui/canvas/action_box.h"
@@ -20,9 +22,12 @@ namespace kelvarin {
 
 namespace {
 
-constexpr double kMarginAround = 40.0;     // of what is to be seen
-constexpr int kEdgeInterval = 30;          // milliseconds between two steps at the edge
-constexpr double kMaximumZoomToAll = 1.0;  // a graph of two boxes does not fill the window
+constexpr double kMarginAround = 40.0;  // of what is to be seen
+constexpr int kEdgeInterval = 30;       // milliseconds between two steps at the edge
+constexpr double kPointStep = 3 * kGridStep;
+constexpr double kPointSize = 2.0;          // pixels
+constexpr double kMinZoomWithPoints = 0.4;  // below it they would be a carpet
+constexpr double kMaximumZoomToAll = 1.0;   // a graph of two boxes does not fill the window
 
 }  // namespace
 
@@ -54,6 +59,7 @@ CanvasView::CanvasView(GraphCommands& commands, Theme& theme, QWidget* parent)
   connect(&m_edgeTimer, &QTimer::timeout, this, &CanvasView::scrollAtEdge);
   connect(&theme, &Theme::changed, this, [this] { m_scene->setLook(palette(), font()); });
   connectScene();
+  describeKeys();
   m_scene->setLook(palette(), font());
   updateReach();
 }
@@ -153,20 +159,28 @@ QRectF CanvasView::seenArea() const {
 }
 
 QPointF CanvasView::pointOfInterest() const {
+  if (!isVisible()) {
+    return {};  // a graph to come is shown around it
+  }
   const QPoint pointer = viewport()->mapFromGlobal(QCursor::pos());
   return viewport()->underMouse() && viewport()->rect().contains(pointer) ? mapToScene(pointer)
                                                                           : seenArea().center();
 }
 
 CanvasExtract CanvasView::extract() const {
-  return {transform().m11(), seenArea().center()};
+  return {transform().m11(), m_centre};
 }
 
 void CanvasView::setExtract(const CanvasExtract& extract) {
   const double zoom = std::clamp(extract.zoom, kMinimumZoom, kMaximumZoom);
-  setTransform(QTransform::fromScale(zoom, zoom));
-  updateReach();
-  centerOn(extract.centre);
+  {
+    const QScopedValueRollback showing(m_isShowingExtract, true);
+    setTransform(QTransform::fromScale(zoom, zoom));
+    updateReach();
+    centerOn(extract.centre);
+    scrollUntilAt(extract.centre, QRectF(viewport()->rect()).center());  // Qt cuts off the fraction
+  }
+  m_centre = extract.centre;
   m_directEditor->follow();
   emit extractChanged();
 }
@@ -194,11 +208,17 @@ void CanvasView::zoomAbout(double zoom, QPointF viewportPoint) {
   const QPointF fixed = viewportTransform().inverted().map(viewportPoint);
   setTransform(QTransform::fromScale(clamped, clamped));
   updateReach();
-  const QPointF moved = viewportTransform().map(fixed) - viewportPoint;
-  horizontalScrollBar()->setValue(horizontalScrollBar()->value() + qRound(moved.x()));
-  verticalScrollBar()->setValue(verticalScrollBar()->value() + qRound(moved.y()));
+  scrollUntilAt(fixed, viewportPoint);
+  m_centre = seenArea().center();
   m_directEditor->follow();
   emit extractChanged();
+}
+
+// To the nearest pixel.
+void CanvasView::scrollUntilAt(QPointF scenePoint, QPointF viewportPoint) {
+  const QPointF missing = viewportTransform().map(scenePoint) - viewportPoint;
+  horizontalScrollBar()->setValue(horizontalScrollBar()->value() + qRound(missing.x()));
+  verticalScrollBar()->setValue(verticalScrollBar()->value() + qRound(missing.y()));
 }
 
 void CanvasView::zoomToAll() {
@@ -244,14 +264,18 @@ double CanvasView::reachOfPointer() const {
 
 void CanvasView::scrollContentsBy(int dx, int dy) {
   QGraphicsView::scrollContentsBy(dx, dy);
+  if (!m_isShowingExtract) {
+    m_centre = seenArea().center();
+  }
   m_directEditor->follow();
   emit extractChanged();
 }
 
+// What is in the middle stays there, without the halves of pixels that each size would cost.
 void CanvasView::resizeEvent(QResizeEvent* event) {
+  const CanvasExtract seen = extract();
   QGraphicsView::resizeEvent(event);
-  updateReach();
-  emit extractChanged();
+  setExtract(seen);
 }
 
 void CanvasView::changeEvent(QEvent* event) {
@@ -267,12 +291,35 @@ void CanvasView::setStates(const QHash<ActionId, ActionState>& states) {
   m_scene->setStates(states);
 }
 
-void CanvasView::setShowsHeatMap(bool shows) {
-  m_scene->setShowsHeatMap(shows);
+void CanvasView::setHeatMap(HeatMap map) {
+  m_scene->setHeatMap(map);
 }
 
 void CanvasView::setProblems(const QHash<ActionId, QString>& problems) {
   m_scene->setProblems(problems);
+}
+
+// Points of every third grid line: what is drawn can be seen to be moved and enlarged by them.
+// They lie on whole pixels, so that all look alike at every zoom.
+void CanvasView::drawBackground(QPainter* painter, const QRectF& area) {
+  QGraphicsView::drawBackground(painter, area);
+  if (transform().m11() < kMinZoomWithPoints) {
+    return;
+  }
+  const QTransform toPixels = painter->worldTransform();
+  QList<QPoint> points;
+  for (double y = std::floor(area.top() / kPointStep) * kPointStep; y <= area.bottom();
+       y += kPointStep) {
+    for (double x = std::floor(area.left() / kPointStep) * kPointStep; x <= area.right();
+         x += kPointStep) {
+      points.push_back(toPixels.map(QPointF(x, y)).toPoint());
+    }
+  }
+  painter->setRenderHint(QPainter::Antialiasing, false);
+  painter->setWorldTransform({});
+  painter->setPen(QPen(m_scene->colors().grid, kPointSize));
+  painter->drawPoints(points.data(), static_cast<int>(points.size()));
+  painter->setWorldTransform(toPixels);
 }
 
 }  // namespace kelvarin

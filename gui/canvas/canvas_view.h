@@ -3,7 +3,7 @@
 //
 // It acts on every key that no shortcut of the window takes: arrows walk along links and among
 // siblings (Shift selects on the way, Ctrl moves what is selected), Alt and an arrow go to a link,
-// Tab walks in the order of reading and leaves the canvas at the end, Ctrl+L draws a link. All
+// Tab walks in the order of reading and leaves the canvas at the end, Ctrl+K draws a link. All
 // changes are commands of GraphCommands, and it shows what EditedGraph signals.
 // Threads: the user-interface thread.
 #pragma once
@@ -14,6 +14,7 @@
 #include <QGraphicsView>
 #include <QTimer>
 
+#include "gui/canvas/heat_map.h"
 #include "gui/document/action_state.h"
 #include "gui/document/graph_commands.h"
 
@@ -65,7 +66,7 @@ class CanvasView : public QGraphicsView {
 
   // Called at most 10 times a second in a run.
   void setStates(const QHash<ActionId, ActionState>& states);
-  void setShowsHeatMap(bool shows);
+  void setHeatMap(HeatMap map);
   // Columns of links that are not what their readers expect, and so on: shown as a mark on the box.
   void setProblems(const QHash<ActionId, QString>& problems);
 
@@ -111,6 +112,7 @@ class CanvasView : public QGraphicsView {
   void extractChanged();
 
  protected:
+  void drawBackground(QPainter* painter, const QRectF& area) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
@@ -143,6 +145,7 @@ class CanvasView : public QGraphicsView {
 
   void connectScene();
   void updateReach();
+  void scrollUntilAt(QPointF scenePoint, QPointF viewportPoint);
   void zoomAbout(double zoom, QPointF viewportPoint);
   void showArea(const QRectF& area);
   double reachOfPointer() const;  // on the canvas
@@ -159,6 +162,7 @@ class CanvasView : public QGraphicsView {
   bool showToolTip(QHelpEvent& event);
   bool pinch(QEvent& event);
 
+  void describeKeys();
   bool actOnKey(QKeyEvent& event);
   bool actOnArrow(QKeyEvent& event);
   void walk(int arrowKey, bool extends);
@@ -173,6 +177,8 @@ class CanvasView : public QGraphicsView {
   void announceFocus();
 
   GraphCommands& m_commands;
+  QPointF m_centre;  // of what is seen, exactly as it was asked for
+  bool m_isShowingExtract = false;
   CanvasScene* m_scene;
   DirectEditor* m_directEditor;
   std::unique_ptr<Press> m_press;

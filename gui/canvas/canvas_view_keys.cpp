@@ -9,6 +9,7 @@
 #include "gui/canvas/keyboard_walk.h"
 #include "gui/canvas/link_curve.h"
 #include "gui/canvas/note_box.h"
+#include "host/widgets/key_list.h"
 
 namespace kelvarin {
 
@@ -68,10 +69,26 @@ const KeyCommand kKeyCommands[] = {
     {Qt::CTRL | Qt::Key_V, &CanvasView::paste},
     {Qt::CTRL | Qt::Key_D, &CanvasView::duplicateSelection},
     {Qt::CTRL | Qt::Key_E, &CanvasView::toggleDisabled},
-    {Qt::CTRL | Qt::Key_L, &CanvasView::drawLinkByKeys},
+    {Qt::CTRL | Qt::Key_K, &CanvasView::drawLinkByKeys},
 };
 
 }  // namespace
+
+// Keys that no entry of a menu shows.
+void CanvasView::describeKeys() {
+  const std::pair<QKeySequence, QString> keys[] = {
+      {Qt::Key_Tab, tr("Next action, in the order of reading")},
+      {Qt::Key_Right, tr("Along the links; left, up and down as well")},
+      {Qt::SHIFT | Qt::Key_Right, tr("Select along the links")},
+      {Qt::ALT | Qt::Key_Right, tr("To a link of the action")},
+      {Qt::CTRL | Qt::Key_Right, tr("Move what is selected")},
+      {Qt::Key_Return, tr("Open the action, or edit the note")},
+      {Qt::Key_Escape, tr("Give up what was begun, or the selection")},
+      {Qt::Key_Space, tr("Hold it down to move about with the mouse")}};
+  for (const auto& [key, what] : keys) {
+    describeKey(*this, key, what, tr("Canvas"));
+  }
+}
 
 void CanvasView::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Space && !event->isAutoRepeat()) {

@@ -1,4 +1,4 @@
-// Links are drawn without a mouse, too: Ctrl+L begins at the selected action, Tab and the arrows go
+// Links are drawn without a mouse, too: Ctrl+K begins at the selected action, Tab and the arrows go
 // from one pin that can take the link to the next, Enter links, Esc cancels.
 #include <algorithm>
 #include <cmath>
@@ -95,7 +95,7 @@ void CanvasView::actOnLinkKey(const QKeyEvent& event) {
       gesture->finish({});
       return;
     }
-    case Qt::Key_L:
+    case Qt::Key_K:
       drawLinkByKeys();
       return;
     default:

@@ -3,7 +3,7 @@
 #include <QPainter>
 
 #include "host/contract/action_item.h"
-#include "host/widgets/icons.h"
+#include "host/widgets/action_icon.h"
 
 namespace kelvarin {
 
@@ -24,8 +24,7 @@ QPixmap draw(const ActionItem& action, int size) {
     copy.setDevicePixelRatio(1.0);
     return copy;
   }
-  const bool isWriter = action.endpoint() == ActionItem::Endpoint::writer;
-  return icon(isWriter ? IconName::save : IconName::browse).pixmap(QSize(size, size), 1.0);
+  return icon(iconNameOf(action)).pixmap(QSize(size, size), 1.0);
 }
 
 }  // namespace

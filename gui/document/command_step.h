@@ -20,6 +20,8 @@ class GraphCommands::Step {
   Step(const Step&) = delete;
   Step& operator=(const Step&) = delete;
 
+  // False within another command, whose text and joining are left alone.
+  bool isOutermost() const { return m_step != nullptr; }
   GraphChanges& changes() { return m_changes; }
   void append(std::unique_ptr<GraphChange> change) {
     outermost().m_step->append(std::move(change));

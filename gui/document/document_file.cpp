@@ -81,6 +81,11 @@ void DocumentFile::read(const QString& path, OpenMode mode) {
     post([this, path, faults = document.error()] { emit openFailed(path, faults); });
     return;
   }
+  const auto prepared = m_preparation ? m_preparation(path, *document) : nullptr;
+  if (prepared != nullptr && !prepared->isGraph()) {
+    post([this, path, faults = prepared->faults()] { emit openFailed(path, faults); });
+    return;
+  }
   if (mode != OpenMode::alone) {
     m_lock.reset();
   } else if (const auto locked = lock(path); !locked) {
@@ -89,10 +94,10 @@ void DocumentFile::read(const QString& path, OpenMode mode) {
   }
   m_sharedPath = mode == OpenMode::shared ? path : QString();
   noteDisk(path, *document);
-  post([this, path, mode, content = *document] {
+  post([this, path, mode, content = *document, prepared] {
     m_path = mode == OpenMode::copy ? QString() : path;
     m_mode = mode;
-    emit opened(path, content);
+    emit opened(path, content, prepared);
   });
 }
 

@@ -19,6 +19,7 @@
 
 #include "base/result.h"
 #include "gui/document/graph_lock.h"
+#include "gui/document/prepared_graph.h"
 #include "host/engine/graph_reader.h"
 
 namespace kelvarin {
@@ -38,6 +39,11 @@ class DocumentFile : public QObject {
   };
   enum class SaveMode { ifUnchangedOnDisk, always };
 
+  // What is done with a document beside the user-interface thread before it is reported as opened.
+  using Preparation = std::function<std::shared_ptr<PreparedGraph>(const QString& path,
+                                                                   const QByteArray& document)>;
+  void setPreparation(Preparation preparation) { m_preparation = std::move(preparation); }
+
   // Empty for a graph that was never saved, and for a copy.
   const QString& path() const { return m_path; }
   void forget();
@@ -54,8 +60,10 @@ class DocumentFile : public QObject {
   void acceptDisk();
 
  signals:
-  // `path` is the file that was read, also for a copy.
-  void opened(const QString& path, const QByteArray& document);
+  // `path` is the file that was read, also for a copy; `prepared` is null without a preparation.
+  void opened(const QString& path, const QByteArray& document,
+              const std::shared_ptr<kelvarin::PreparedGraph>& prepared);
+  // Also of a document that is no graph, where there is a preparation. What was open still is.
   void openFailed(const QString& path, const std::vector<kelvarin::GraphError>& faults);
   void foundLock(const QString& path, const QString& holder);
   void saved(const QByteArray& document);
@@ -85,6 +93,7 @@ class DocumentFile : public QObject {
   void noteDisk(const QString& path, const QByteArray& content);
   bool isOtherOnDisk(const QString& path) const;
 
+  Preparation m_preparation;
   QString m_path;
   OpenMode m_mode = OpenMode::alone;
   QTimer m_watch;

@@ -26,6 +26,7 @@
 namespace kelvarin {
 
 class ActionCatalogue;
+class PreparedGraph;
 
 class EditedGraph : public QObject {
   Q_OBJECT
@@ -41,6 +42,8 @@ class EditedGraph : public QObject {
   // what is wrong is in faults(). `settings` are parameters given for this session.
   bool load(const QByteArray& document, const QString& file,
             const std::vector<ParameterOverride>& settings = {});
+  // The same of what was made beside this thread.
+  bool load(PreparedGraph&& prepared);
   // A new graph without actions and without a file.
   void clear();
   const std::vector<GraphError>& faults() const;
@@ -125,6 +128,7 @@ class EditedGraph : public QObject {
 
  private:
   friend class GraphChanges;  // the primitive changes that commands are made of
+  friend class PreparedGraph;
   std::unique_ptr<Parts> m_parts;
 };
 

@@ -1,7 +1,11 @@
 // How an EditedGraph is made of a document.
+#include <atomic>
+#include <utility>
+
 #include "gui/document/graph_changes.h"
 #include "gui/document/graph_text.h"
 #include "gui/document/link_rules.h"
+#include "gui/document/prepared_graph.h"
 #include "gui/document/xml_tag.h"
 #include "host/contract/attribute_table.h"
 #include "host/engine/graph_links.h"
@@ -26,25 +30,27 @@ ActionInFile inFile(const ActionItem& item, const ActionContent& content) {
 
 bool EditedGraph::load(const QByteArray& document, const QString& file,
                        const std::vector<ParameterOverride>& settings) {
-  auto opened = openGraph(document, file, m_parts->catalogue, settings);
-  if (!opened) {
-    m_parts->faults = opened.error();
+  return load(PreparedGraph(document, file, m_parts->catalogue, settings));
+}
+
+bool EditedGraph::load(PreparedGraph&& prepared) {
+  if (!prepared.isGraph()) {
+    m_parts->faults = prepared.faults();
     return false;
   }
   // Commands, which are forgotten when the new graph is announced, may hold actions of the old one,
   // which refer to its settings.
-  auto old = std::make_unique<Parts>(m_parts->catalogue);
-  std::swap(old, m_parts);
-  m_parts->nextId = old->nextId;
+  const std::unique_ptr<Parts> old = std::exchange(m_parts, std::move(prepared.m_parts));
   m_parts->version = old->version + 1;
-  m_parts->overrides = settings;
-  m_parts->take(document, std::move(*opened));
-  m_parts->saved = m_parts->now();
-  m_parts->snapshots.emplace_back(document, m_parts->saved);
   emit loaded();
   emit rowsMayDiffer();
   emit modifiedChanged();
   return true;
+}
+
+int EditedGraph::Parts::newId() {
+  static std::atomic<int> next = 0;
+  return next++;
 }
 
 void EditedGraph::clear() {
@@ -73,7 +79,7 @@ void EditedGraph::Parts::take(const QByteArray& document, OpenedGraph opened) {
 
 void EditedGraph::Parts::takeAction(const GraphAction& action, const QString& whyCannotRun,
                                     int child) {
-  const ActionId id = nextId++;
+  const ActionId id = newId();
   ActionItem& item = *action.item;
   ActionRecord record;
   record.name = action.name;
@@ -95,7 +101,7 @@ void EditedGraph::Parts::takeAction(const GraphAction& action, const QString& wh
 }
 
 void EditedGraph::Parts::takeLink(const LinkInFile& inFile, int child) {
-  const LinkId id = nextId++;
+  const LinkId id = newId();
   childrenOfSource.insert(id, child);
   LinkRecord link{
       {id, idOf(inFile.from), inFile.fromPin, idOf(inFile.to), inFile.toPin, {}}, {}, {}};
@@ -126,7 +132,7 @@ void EditedGraph::Parts::takeLink(const LinkInFile& inFile, int child) {
 }
 
 void EditedGraph::Parts::takeNote(const GraphNote& inFile, int child) {
-  const NoteId id = nextId++;
+  const NoteId id = newId();
   const DrawnNote note{id, QRectF(inFile.x, inFile.y, inFile.width, inFile.height),
                        inFile.colour.isEmpty() ? QColor() : QColor(inFile.colour), inFile.text};
   childrenOfSource.insert(id, child);

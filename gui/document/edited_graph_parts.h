@@ -3,7 +3,7 @@
 // Ids grow along the document, so the order of ids is the order of the document, and what an undo
 // brings back comes to where it was.
 // Used by: edited_graph*.cpp, graph_changes.h, graph_text.h.
-// Threads: the user-interface thread.
+// Threads: the user-interface thread, once a graph is shown.
 #pragma once
 
 #include <map>
@@ -74,6 +74,9 @@ class EditedGraph::Parts {
  public:
   explicit Parts(const ActionCatalogue& ofActions) : catalogue(ofActions) {}
 
+  // No two parts of any graph of this process have the same, so that none of a graph that went is
+  // taken for one of the next.
+  static int newId();
   int indexOf(ActionId id) const;  // -1 when absent
   GraphAction& graphAction(ActionId id);
   ActionItem& item(ActionId id) { return *graphAction(id).item; }
@@ -130,7 +133,6 @@ class EditedGraph::Parts {
   // Documents that were made lately, and what they were made of.
   std::vector<std::pair<QByteArray, SavedGraph>> snapshots;
 
-  int nextId = 0;
   quint64 version = 1;
   int openChanges = 0;  // GraphChanges that live
   bool isReplaying = false;

@@ -38,7 +38,7 @@ void GraphChanges::beginReplay() {
 }
 
 int GraphChanges::newId() {
-  return m_parts.nextId++;
+  return EditedGraph::Parts::newId();
 }
 
 std::unique_ptr<ActionItem> GraphChanges::newItem(const QString& typeName,

@@ -1,11 +1,14 @@
 #include "gui/document/graph_commands.h"
 
 #include <algorithm>
+#include <sstream>
 #include <utility>
 
 #include "gui/document/changed_part.h"
 #include "gui/document/command_step.h"
 #include "gui/document/graph_layout.h"
+#include "gui/document/parameter_uses.h"
+#include "host/contract/column_user.h"
 
 namespace kelvarin {
 
@@ -163,24 +166,26 @@ bool GraphCommands::setElement(ActionId action, const QByteArray& element,
   }
   if (step.changes().record(action).content != before) {
     step.append(std::move(change));
-    describeEdit(step, before.settings, {action, position});
+    if (step.isOutermost()) {
+      describeEdit(step, before.settings, {action, position});
+    }
   }
   return true;
 }
 
-// Edits of one field that follow each other closely are one step. Where the editor does not say
-// which field it was, what has changed does.
+// Edits of the same part in one field that follow each other closely are one step.
 void GraphCommands::describeEdit(Step& step, const QString& settingsBefore,
                                  const EditOfAction& edit) {
   const QString name = m_graph.name(edit.action);
   const QString part =
       changedPart(settingsBefore, step.changes().record(edit.action).content.settings);
-  const QString field =
-      edit.position.field.isEmpty() ? part : edit.position.page + u'/' + edit.position.field;
+  const QStringList field{part, edit.position.page, edit.position.field};
+  const bool isKnown = !part.isEmpty() || !edit.position.field.isEmpty();
   step.setText(part.isEmpty() ? tr("Change '%1'").arg(name)
                               : tr("Change %1 of '%2'").arg(part, name));
   step.setEdit(
-      edit, field.isEmpty() ? QString() : QStringLiteral("edit %1 %2").arg(edit.action).arg(field),
+      edit,
+      isKnown ? QStringLiteral("edit %1 %2").arg(edit.action).arg(field.join(u'/')) : QString(),
       kLongestPause);
 }
 
@@ -218,12 +223,51 @@ void GraphCommands::setNote(NoteId note, const QRectF& rectangle, const QString&
   step.append(kelvarin::setNote(step.changes(), changed));
 }
 
-void GraphCommands::setParameters(const QList<DrawnParameter>& parameters) {
+void GraphCommands::setParameters(const QList<DrawnParameter>& parameters,
+                                  const QHash<QString, QString>& newNames) {
   if (parameters == m_graph.parameters()) {
     return;
   }
-  Step step(*this, tr("Change the parameters"));
+  Step step(*this, newNames.size() == 1
+                       ? tr("Rename parameter '%1'").arg(newNames.constBegin().key())
+                       : tr("Change the parameters"));
   step.append(kelvarin::setParameters(step.changes(), parameters));
+  if (!newNames.isEmpty()) {
+    for (const ActionId id : m_graph.actions()) {
+      followParameters(step, id, newNames);
+    }
+  }
+}
+
+// Bare names change all at once, too: two parameters may have exchanged their names.
+void GraphCommands::followParameters(Step& step, ActionId action,
+                                     const QHash<QString, QString>& newNames) {
+  const ActionRecord& record = step.changes().record(action);
+  const QString before = record.element;
+  QString element = withRenamedParameters(before, newNames);
+  const std::unique_ptr<ActionItem> copy = step.changes().newItem(record.typeName, element);
+  if (auto* user = dynamic_cast<ColumnUser*>(copy.get())) {
+    const QString settings = contentOf(*copy).settings;
+    const auto passing = [](int number) { return QStringLiteral("_renamed_%1_").arg(number); };
+    int number = 0;
+    for (auto name = newNames.begin(); name != newNames.end(); ++name) {
+      user->renameParameter(name.key(), passing(number++));
+    }
+    number = 0;
+    for (const QString& name : newNames) {
+      user->renameParameter(passing(number++), name);
+    }
+    if (contentOf(*copy).settings != settings) {
+      std::wostringstream saved;
+      copy->saveXML(saved, copy->name());
+      element = QString::fromStdWString(saved.str());
+    }
+  }
+  if (element != before) {
+    if (auto change = setContent(step.changes(), action, record.typeName, element)) {
+      step.append(std::move(change));
+    }
+  }
 }
 
 void GraphCommands::remove(const GraphSelection& selection) {

@@ -12,6 +12,7 @@
 
 namespace kelvarin {
 
+class ColumnRename;
 struct EditOfAction;
 
 class GraphCommands : public QObject {
@@ -59,7 +60,9 @@ class GraphCommands : public QObject {
   LinkId addLink(ActionId from, int fromPin, ActionId to, int toPin);
   NoteId addNote(const QRectF& rectangle, const QString& text = {}, const QColor& colour = {});
   void setNote(NoteId note, const QRectF& rectangle, const QString& text, const QColor& colour);
-  void setParameters(const QList<DrawnParameter>& parameters);
+  // `newNames` are by the old ones: settings and expressions of all actions follow.
+  void setParameters(const QList<DrawnParameter>& parameters,
+                     const QHash<QString, QString>& newNames = {});
 
   void remove(const GraphSelection& selection);
   // What the deleted actions read from is linked to what read from them.
@@ -75,6 +78,8 @@ class GraphCommands : public QObject {
   // A column of `action`'s output is called otherwise from now on: the settings and expressions of
   // all actions that read it follow. Returns the actions that were changed.
   QList<ActionId> renameColumn(ActionId action, const QString& oldName, const QString& newName);
+  // What was found for the graph as it is now.
+  QList<ActionId> renameColumn(ColumnRename& rename);
 
  signals:
   // An undo or redo brought another content of this action: its editor is to be shown there.
@@ -84,6 +89,7 @@ class GraphCommands : public QObject {
   class Step;  // command_step.h
 
   void describeEdit(Step& step, const QString& settingsBefore, const EditOfAction& edit);
+  void followParameters(Step& step, ActionId action, const QHash<QString, QString>& newNames);
   ActionId pasteAction(const EditedGraph& piece, ActionId id, QPointF offset);
 
   EditedGraph& m_graph;

@@ -39,7 +39,10 @@ QRectF onGrid(const QRectF& rectangle) {
 
 QPointF freePositionBeside(const EditedGraph& graph, const PinRef& pin) {
   const double step = pin.isOutput ? kColumnStep : -kColumnStep;
-  QPointF position = graph.position(pin.action) + QPointF(step, pin.pin * kRowStep);
+  return freePositionBelow(graph, graph.position(pin.action) + QPointF(step, pin.pin * kRowStep));
+}
+
+QPointF freePositionBelow(const EditedGraph& graph, QPointF position) {
   while (!isFree(graph, position)) {
     position += QPointF(0, kRowStep);
   }

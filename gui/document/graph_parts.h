@@ -69,9 +69,10 @@ struct PinSpacing {
 
 // Where an editor stood when it made a change, so that undo leads back to it.
 struct EditorPosition {
-  QString page;   // the objectName of the page that was shown
-  QString field;  // the objectName of the field with the focus
-  int cursor = -1;
+  QString page;     // the objectName of the page that was shown
+  QString field;    // the objectName of the field with the focus
+  int cursor = -1;  // in a text; the row in a table
+  int column = -1;
 };
 
 }  // namespace kelvarin

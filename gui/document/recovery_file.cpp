@@ -5,10 +5,11 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 #include <QSet>
 #include <QStandardPaths>
 #include <QUuid>
+
+#include "host/files/replace_file.h"
 
 namespace kelvarin {
 
@@ -89,14 +90,8 @@ bool RecoveryFile::read() {
   return true;
 }
 
-// QSaveFile brings the content to the disk before it renames.
 Status<QString> RecoveryFile::write(const RecoveryRecord& record) const {
-  const QByteArray text = recoveryText(record);
-  QSaveFile file(m_path);
-  if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
-    return Failure{file.errorString()};
-  }
-  return Done{};
+  return replaceFile(m_path, recoveryText(record));
 }
 
 void RecoveryFile::remove() const {

@@ -1,7 +1,7 @@
 // A recovery file that belongs to this process, and the search for those whose process has died.
 //
 // A lock file beside each names its process, so files of programs that still run stay theirs.
-// Used by: recovery_journal.h, gui/window.
+// Used by: recovery_journal.h, gui/recovery.
 // Threads: one at a time. All operations wait for the disk.
 #pragma once
 

@@ -2,13 +2,8 @@
 
 #include <utility>
 
-#include <QApplication>
 #include <QEvent>
 #include <QFileInfo>
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QScopedValueRollback>
-#include <QScrollArea>
 #include <QSettings>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -19,18 +14,19 @@
 #include "gui/dialogs/text_dialogs.h"
 #include "gui/edit/action_list.h"
 #include "gui/edit/fault_page.h"
-#include "gui/forms/action_form.h"
-#include "gui/forms/element_editor.h"
 #include "gui/log/log_panel.h"
+#include "gui/properties/property_panel.h"
+#include "gui/properties/undo_keys.h"
+#include "gui/recovery/recovery_offer.h"
 #include "host/contract/nearest_names.h"
 #include "host/widgets/empty_state.h"
 #include "host/widgets/info_line.h"
+#include "host/widgets/user_interface.h"
 
 namespace kelvarin {
 
 namespace {
 
-constexpr int kPictureSize = 32;
 const QString kGeometryKey = QStringLiteral("edit/geometry");
 
 // Each engine once, with the numbers of its outputs where there are several engines.
@@ -65,13 +61,16 @@ EditWindow::EditWindow(GraphCommands& commands, EditServices& services, HostSess
       m_fileName(file),
       m_settings(std::move(settings)),
       m_check(m_settings, m_catalogue, session),
-      m_wantedAction(action) {
+      m_wantedAction(action),
+      m_properties(new PropertyPanel(commands)),
+      m_recovery(new RecoveryOffer),
+      m_unsaved(commands, *m_properties) {
   makePages();
   makeMenus();
+  new UndoKeys(*this);
   connectFiles();
   connectServices();
   connect(&m_graph, &EditedGraph::modifiedChanged, this, &EditWindow::showState);
-  connect(&m_graph, &EditedGraph::actionAboutToBeReplaced, this, &EditWindow::leaveReplacedAction);
   connect(&m_commands, &GraphCommands::editorPositionWanted, this, &EditWindow::showAgain);
   resize(1280, 800);
   restoreGeometry(QSettings().value(kGeometryKey).toByteArray());
@@ -82,7 +81,7 @@ EditWindow::EditWindow(GraphCommands& commands, EditServices& services, HostSess
 
 EditWindow::~EditWindow() {
   QSettings().setValue(kGeometryKey, saveGeometry());
-  closeEditor();
+  m_properties->showAction(kNoId);
 }
 
 void EditWindow::makePages() {
@@ -92,29 +91,8 @@ void EditWindow::makePages() {
   m_faultPage = new FaultPage;
   m_startPage = new EmptyState(IconName::information, QString());
   m_notice = new InfoLine;
-  m_picture = new QLabel;
-  m_title = new QLabel;
-  m_title->setTextFormat(Qt::PlainText);
-  m_title->setWordWrap(true);
-  QFont font = m_title->font();
-  font.setPointSizeF(font.pointSizeF() * 1.25);
-  m_title->setFont(font);
-  m_scroll = new QScrollArea;
-  m_scroll->setWidgetResizable(true);
-  m_scroll->setFrameShape(QFrame::NoFrame);
-
-  m_editorPage = new QWidget;
-  auto* header = new QHBoxLayout;
-  header->setSpacing(12);
-  header->addWidget(m_picture);
-  header->addWidget(m_title, 1);
-  auto* page = new QVBoxLayout(m_editorPage);
-  page->setContentsMargins(12, 8, 12, 8);
-  page->setSpacing(8);
-  page->addLayout(header);
-  page->addWidget(m_scroll, 1);
-  for (QWidget* each :
-       {static_cast<QWidget*>(m_startPage), static_cast<QWidget*>(m_faultPage), m_editorPage}) {
+  for (QWidget* each : {static_cast<QWidget*>(m_startPage), static_cast<QWidget*>(m_faultPage),
+                        static_cast<QWidget*>(m_properties)}) {
     m_pages->addWidget(each);
   }
 
@@ -136,6 +114,7 @@ void EditWindow::makePages() {
   auto* layout = new QVBoxLayout(central);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
+  layout->addWidget(m_recovery);
   layout->addWidget(m_notice);
   layout->addWidget(parts, 1);
   setCentralWidget(central);
@@ -143,9 +122,10 @@ void EditWindow::makePages() {
   connect(m_log, &LogPanel::actionWanted, this, [this](const LogEntry& entry) {
     openActionNamed(entry.action);
     const LogDetails& details = entry.details;
-    const bool isOpen = m_action != kNoId && m_action == m_graph.idOf(entry.action);
+    const ActionId shown = m_properties->action();
+    const bool isOpen = shown != kNoId && shown == m_graph.idOf(entry.action);
     if (isOpen && (details.position >= 0 || !details.output.isEmpty())) {
-      m_editor->showPosition(details.output, details.position);
+      editor()->showPosition(details.output, details.position);
     }
   });
   connect(m_faultPage, &FaultPage::reloadWanted, this, &EditWindow::reload);
@@ -157,6 +137,9 @@ void EditWindow::connectFiles() {
   connect(&m_file, &DocumentFile::openFailed, this,
           [this](const QString&, const std::vector<GraphError>& faults) { showFaults(faults); });
   connect(&m_file, &DocumentFile::saved, this, &EditWindow::afterSaving);
+  connect(m_recovery, &RecoveryOffer::restoreWanted, this, &EditWindow::restoreGraph);
+  connect(&m_unsaved, &UnsavedWork::failed, this,
+          [this](const QString& why) { showNotice(noRecoveryText(why)); });
   connect(&m_file, &DocumentFile::foundLock, this, &EditWindow::askAboutLock);
   connect(&m_file, &DocumentFile::saveFailed, this,
           [this](const QString&, const QString& reason) { noteFailedSave(reason); });
@@ -183,7 +166,7 @@ void EditWindow::connectFiles() {
 
 void EditWindow::connectServices() {
   connect(&m_services, &EditServices::logged, m_log, &LogPanel::append);
-  connect(&m_services, &EditServices::modified, this, &EditWindow::noteEdit);
+  connect(&m_services, &EditServices::modified, m_properties, &PropertyPanel::noteEdit);
   connect(&m_services, &EditServices::helpWanted, this, &EditWindow::showHelp);
   connect(&m_services, &EditServices::backendsKnown, this,
           [this](const QString& action, const QStringList& labels) {
@@ -193,17 +176,14 @@ void EditWindow::connectServices() {
 
 void EditWindow::showGraph(const QByteArray& document) {
   rememberAction();
-  closeEditor();
   m_services.forgetColumns();
   if (!m_graph.load(document, m_fileName, m_settings) || !m_graph.faults().empty()) {
     showFaults(std::vector<GraphError>(m_graph.faults()));
     return;
   }
+  m_unsaved.begin(m_file.path(), document);
   m_list->setEnabled(true);
-  m_startPage->setSentence(m_graph.actionCount() == 0
-                               ? tr("This graph has no actions yet.")
-                               : tr("Choose an action at the left to edit its properties."));
-  m_pages->setCurrentWidget(m_startPage);
+  showStartPage();
   const QList<ActionId> actions = m_graph.actions();
   for (const GraphWarning& warning : m_graph.graph().warnings) {
     m_services.log(LogLevel::warning, warning.text,
@@ -215,16 +195,23 @@ void EditWindow::showGraph(const QByteArray& document) {
   emit graphShown();
 }
 
+void EditWindow::showStartPage() {
+  m_startPage->setSentence(m_graph.actionCount() == 0
+                               ? tr("This graph has no actions yet.")
+                               : tr("Choose an action at the left to edit its properties."));
+  m_pages->setCurrentWidget(m_startPage);
+}
+
 // To be shown again when the file has been read.
 void EditWindow::rememberAction() {
-  if (m_action != kNoId) {
-    m_wantedAction = m_graph.name(m_action);
+  if (const ActionId shown = m_properties->action(); shown != kNoId) {
+    m_wantedAction = m_graph.name(shown);
   }
 }
 
 void EditWindow::showFaults(const std::vector<GraphError>& faults) {
   rememberAction();
-  closeEditor();
+  m_unsaved.end();
   m_graph.clear();
   m_list->setEnabled(false);
   m_faultPage->setFaults(m_fileName, faults);
@@ -248,84 +235,26 @@ void EditWindow::openActionNamed(const QString& name) {
 }
 
 void EditWindow::openAction(ActionId action) {
-  if (action == m_action) {
-    return;
-  }
-  commitEditor();
-  closeEditor();
-  m_action = action;
+  m_properties->showAction(action);
   m_list->setCurrent(action);
-  ActionItem& item = m_graph.action(action);
-  m_editor = newEditor(item);
-  m_scroll->setWidget(m_editor);
-  showHeader(item);
-  m_pages->setCurrentWidget(m_editorPage);
+  m_pages->setCurrentWidget(m_properties);
   showState();
 }
 
-UpdateClassWidget* EditWindow::newEditor(ActionItem& action) {
-  UpdateClassWidget* editor = action.editPropertyFrame(m_scroll->viewport());
-  if (editor == nullptr) {
-    const QString type = QString::fromLatin1(action.typeName());
-    editor = new ActionForm(action, *m_catalogue.find(type)->prototype, *m_graph.graph().settings,
-                            m_scroll->viewport());
-  }
-  if (auto* elements = qobject_cast<ElementEditor*>(editor)) {
-    connect(elements, &ElementEditor::committed, this, [this](const QByteArray& element) {
-      const QScopedValueRollback isCommitting(m_isElementCommitting, true);
-      m_commands.setElement(m_action, element);
-    });
-  }
-  return editor;
+UpdateClassWidget* EditWindow::editor() const {
+  return m_properties->editor();
 }
 
-// At once, since it refers to the action, and may be running it. A field that loses the focus
-// reports what is in it, which must not come out of an editor that is half destroyed.
-void EditWindow::closeEditor() {
-  QWidget* focused = QApplication::focusWidget();
-  if (m_editor != nullptr && focused != nullptr && m_editor->isAncestorOf(focused)) {
-    focused->clearFocus();
-  }
-  delete m_editor;
-  m_editor = nullptr;
-  m_action = kNoId;
-}
-
-void EditWindow::showHeader(const ActionItem& action) {
-  const QPixmap* picture = action.getImage(kPictureSize);
-  m_picture->setPixmap(picture == nullptr ? QPixmap() : *picture);
-  m_picture->setVisible(picture != nullptr);
-  m_title->setText(QStringLiteral("%1: %2").arg(action.name(), action.toolTip()));
-}
-
-void EditWindow::commitEditor() {
-  if (m_editor != nullptr) {
-    m_editor->commit();
-  }
-}
-
-void EditWindow::noteEdit() {
-  if (m_action != kNoId) {
-    m_commands.noteEdit(m_action);
-  }
-}
-
-// An editor must not outlive its action, but for one that holds an element only.
-void EditWindow::leaveReplacedAction(ActionId action) {
-  if (action == m_action && !m_isElementCommitting) {
-    closeEditor();
-    m_pages->setCurrentWidget(m_startPage);
-  }
-}
-
-void EditWindow::showAgain(ActionId action, const EditorPosition&) {
+void EditWindow::showAgain(ActionId action, const EditorPosition& position) {
   openAction(action);
+  m_properties->showPosition(position);
 }
 
 void EditWindow::showState() {
   const QString graph = QFileInfo(m_fileName).fileName();
-  const QString title = m_action == kNoId ? graph + QStringLiteral("[*]")
-                                          : tr("%1[*] - %2").arg(graph, m_graph.name(m_action));
+  const ActionId shown = m_properties->action();
+  const QString title = shown == kNoId ? graph + QStringLiteral("[*]")
+                                       : tr("%1[*] - %2").arg(graph, m_graph.name(shown));
   setWindowTitle(title);
   setWindowModified(m_graph.isModified());
   m_saveAction->setEnabled(m_graph.actionCount() > 0);
@@ -347,7 +276,7 @@ void EditWindow::showHelp(const QString& helpId) {
 }
 
 void EditWindow::check() {
-  commitEditor();
+  m_properties->commit();
   statusBar()->showMessage(tr("Checking the graph ..."));
   m_check.start(m_graph.document(), m_fileName);
   showState();

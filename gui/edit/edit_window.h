@@ -9,11 +9,10 @@
 #include "gui/document/document_file.h"
 #include "gui/document/graph_commands.h"
 #include "gui/edit/background_check.h"
+#include "gui/recovery/unsaved_work.h"
 #include "gui/services/edit_services.h"
 
-class QLabel;
 class QMenu;
-class QScrollArea;
 class QStackedWidget;
 class UpdateClassWidget;
 
@@ -24,6 +23,8 @@ class EmptyState;
 class FaultPage;
 class InfoLine;
 class LogPanel;
+class PropertyPanel;
+class RecoveryOffer;
 class Theme;
 enum class OtherFileChoice;
 
@@ -44,7 +45,9 @@ class EditWindow : public QMainWindow {
   void check();
   // Shows its editor; the field that is being edited is committed first.
   void openAction(ActionId action);
-  UpdateClassWidget* editor() const { return m_editor; }
+  UpdateClassWidget* editor() const;
+  // Looks for changes of this graph that were not saved when a program ended, and offers them.
+  void offerRecovery();
 
  signals:
   void graphShown();
@@ -64,16 +67,12 @@ class EditWindow : public QMainWindow {
   void showFaults(const std::vector<GraphError>& faults);
   void rememberAction();
   void openActionNamed(const QString& name);
-  UpdateClassWidget* newEditor(ActionItem& action);
-  void closeEditor();
-  void showHeader(const ActionItem& action);
-  void commitEditor();
   void undo();
   void redo();
   void makeEditMenu();
-  void noteEdit();
-  void leaveReplacedAction(ActionId action);
   void showAgain(ActionId action, const EditorPosition& position);
+  void showStartPage();
+  void restoreGraph();
   void showState();
   void showNotice(const QString& text);
   void saveAs();
@@ -98,11 +97,8 @@ class EditWindow : public QMainWindow {
   const std::vector<ParameterOverride> m_settings;
   DocumentFile m_file;
   BackgroundCheck m_check;
-  QString m_wantedAction;     // to be shown when the graph has been read
-  ActionId m_action = kNoId;  // whose editor is shown
-  UpdateClassWidget* m_editor = nullptr;
-  bool m_isElementCommitting = false;
-  QByteArray m_onDisk;  // what another program has written
+  QString m_wantedAction;  // to be shown when the graph has been read
+  QByteArray m_onDisk;     // what another program has written
   bool m_isSaving = false;
   bool m_closesAfterSaving = false;
   bool m_closesWithoutAsking = false;
@@ -113,10 +109,9 @@ class EditWindow : public QMainWindow {
   FaultPage* m_faultPage;
   EmptyState* m_startPage;
   InfoLine* m_notice;
-  QWidget* m_editorPage;
-  QLabel* m_picture;
-  QLabel* m_title;
-  QScrollArea* m_scroll;
+  PropertyPanel* m_properties;
+  RecoveryOffer* m_recovery;
+  UnsavedWork m_unsaved;
   QAction* m_saveAction = nullptr;
   QAction* m_checkAction = nullptr;
 };

@@ -6,6 +6,7 @@
 
 #include "gui/dialogs/text_dialogs.h"
 #include "gui/edit/edit_window.h"
+#include "gui/properties/property_panel.h"
 #include "host/widgets/icons.h"
 #include "host/widgets/theme.h"
 
@@ -43,8 +44,8 @@ void EditWindow::makeMenus() {
 
   QMenu* help = menuBar()->addMenu(tr("&Help"));
   help->addAction(icon(IconName::help), tr("&This action"), this, [this] {
-    if (m_action != kNoId) {
-      showHelp(m_graph.typeName(m_action));
+    if (const ActionId shown = m_properties->action(); shown != kNoId) {
+      showHelp(m_graph.typeName(shown));
     }
   });
   help->addAction(tr("&Keyboard"), this, [this] { showKeys(this); });
@@ -77,12 +78,12 @@ void EditWindow::makeEditMenu() {
 }
 
 void EditWindow::undo() {
-  commitEditor();
+  m_properties->commit();
   m_commands.stack().undo();
 }
 
 void EditWindow::redo() {
-  commitEditor();
+  m_properties->commit();
   m_commands.stack().redo();
 }
 
@@ -106,11 +107,7 @@ void EditWindow::makeThemeMenu(QMenu& view) {
 void EditWindow::setExpertMode(bool isExpert) {
   QSettings().setValue(kExpertKey, isExpert);
   m_services.setUserMode(isExpert ? GlobalUserMode::expert : GlobalUserMode::simple);
-  if (const ActionId action = m_action; action != kNoId) {
-    commitEditor();
-    closeEditor();
-    openAction(action);
-  }
+  m_properties->renewEditor();
 }
 
 }  // namespace kelvarin

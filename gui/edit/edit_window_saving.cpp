@@ -1,11 +1,17 @@
-// How the window saves, reads again and closes, and what it asks before anything would be lost.
+// How the window saves, reads again, restores and closes, and what it asks before anything would be
+// lost.
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QStatusBar>
 
 #include "gui/dialogs/difference_dialog.h"
 #include "gui/dialogs/file_questions.h"
 #include "gui/dialogs/question.h"
+#include "gui/edit/action_list.h"
 #include "gui/edit/edit_window.h"
+#include "gui/properties/property_panel.h"
+#include "gui/recovery/recovery_offer.h"
+#include "gui/recovery/restored_texts.h"
 #include "host/widgets/info_line.h"
 
 namespace kelvarin {
@@ -14,7 +20,7 @@ void EditWindow::save() {
   if (m_isSaving || m_graph.actionCount() == 0) {
     return;
   }
-  commitEditor();
+  m_properties->commit();
   if (m_file.path().isEmpty()) {
     saveAs();
   } else {
@@ -40,6 +46,7 @@ void EditWindow::afterSaving(const QByteArray& document) {
   m_isSaving = false;
   m_fileName = m_file.path();
   m_graph.markSaved(document, m_fileName);
+  m_unsaved.begin(m_fileName, document);
   m_notice->clear();
   statusBar()->showMessage(tr("Saved %1.").arg(m_fileName));
   showState();
@@ -101,12 +108,43 @@ void EditWindow::askAboutLock(const QString& path, const QString& holder) {
 }
 
 void EditWindow::reload() {
-  commitEditor();
+  m_properties->commit();
   if (m_graph.isModified()) {
     askBeforeReloading();
   } else {
     readAgain();
   }
+}
+
+void EditWindow::offerRecovery() {
+  m_recovery->search(QFileInfo(m_fileName).absoluteFilePath());
+}
+
+// The graph counts as changed, whatever its file has.
+void EditWindow::restoreGraph() {
+  std::unique_ptr<RecoveryFile> file = m_recovery->take();
+  if (file == nullptr) {
+    return;
+  }
+  const RecoveryRecord record = file->found();
+  m_services.forgetColumns();
+  if (!m_graph.load(record.document, record.graphFile, m_settings)) {
+    showFaults(std::vector<GraphError>(m_graph.faults()));
+    return;
+  }
+  m_graph.markSaved({}, record.graphFile);
+  m_file.resume(record.graphFile, record.savedDigest);
+  m_unsaved.resume(std::move(file));
+  m_list->setEnabled(true);
+  showStartPage();
+  if (const ActionId action = m_graph.idOf(record.action); action != kNoId) {
+    openAction(action);
+  }
+  if (const QString left = restoreTexts(record, *m_properties); !left.isEmpty()) {
+    showNotice(left);
+  }
+  showState();
+  emit graphShown();
 }
 
 // Also after a file that could not be read.
@@ -132,7 +170,7 @@ void EditWindow::askBeforeReloading() {
 
 void EditWindow::closeEvent(QCloseEvent* event) {
   if (!m_closesWithoutAsking) {
-    commitEditor();
+    m_properties->commit();
     if (m_isSaving) {
       m_closesAfterSaving = true;
       event->ignore();
@@ -144,7 +182,8 @@ void EditWindow::closeEvent(QCloseEvent* event) {
       return;
     }
   }
-  closeEditor();
+  m_unsaved.end();
+  m_properties->showAction(kNoId);
   event->accept();
 }
 

@@ -14,6 +14,7 @@
 #include "gui/forms/element_tree.h"
 #include "host/contract/declared_content.h"
 #include "host/widgets/info_line.h"
+#include "host/widgets/parameter_completion.h"
 #include "host/widgets/path_field.h"
 
 namespace kelvarin {
@@ -101,6 +102,7 @@ void ActionForm::addField(QFormLayout& form, const AttributeDescription& attribu
     addRow(form, attribute, box, box);
   } else {
     auto* line = new QLineEdit(value);
+    completeParameters(*line, m_parameters.values().keys());
     if (attribute.kind != AttributeKind::text) {
       line->setPlaceholderText(valuesInWords(attribute));
     }

@@ -5,6 +5,7 @@
 #include <map>
 #include <set>
 
+#include "host/tables/csv/csv_file.h"
 #include "host/tables/csv/csv_scanner.h"
 #include "host/tables/csv/csv_values.h"
 
@@ -13,6 +14,7 @@ namespace kelvarin {
 namespace {
 
 constexpr std::size_t kMaxRecords = 200;
+constexpr std::size_t kStartSize = 64 * 1024;
 
 using Record = std::vector<std::string>;
 
@@ -134,6 +136,21 @@ bool isUtf8Start(std::string_view text, bool isWhole) {
 }
 
 }  // namespace
+
+Result<CsvStart, QString> readCsvStart(const QString& path) {
+  CsvFile file;
+  if (const auto status = file.open(path); !status) {
+    return Failure{status.error()};
+  }
+  CsvStart start{std::string(kStartSize, '\0')};
+  const auto size = file.readAt(0, start.bytes.data(), start.bytes.size());
+  if (!size) {
+    return Failure{size.error()};
+  }
+  start.isWhole = *size < start.bytes.size();
+  start.bytes.resize(*size);
+  return start;
+}
 
 CsvGuess guessCsv(std::string_view start, bool isWhole) {
   CsvGuess guess;

@@ -2,12 +2,15 @@
 //
 // The fields are cut by the reader's own scanner, once for each separator; a guess is one of the
 // settings with which the rows come out alike.
-// Used by: the editor of ReadCSV, to propose settings.
+// Used by: the editor of ReadCSV, to propose settings; a drop of files, to read them at once.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include <QString>
+
+#include "base/result.h"
 
 namespace kelvarin {
 
@@ -24,6 +27,13 @@ struct CsvGuess {
   bool hasDecimalCommas = false;
 };
 
+struct CsvStart {
+  std::string bytes;
+  bool isWhole = false;  // nothing follows
+};
+
+// Waits for the disk; any thread. An error is a text for the user.
+Result<CsvStart, QString> readCsvStart(const QString& path);
 // `isWhole`: nothing follows, so that the last line counts, too.
 CsvGuess guessCsv(std::string_view start, bool isWhole);
 

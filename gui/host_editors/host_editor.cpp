@@ -11,15 +11,22 @@
 #include "gui/forms/element_check.h"
 #include "gui/host_editors/choice_field.h"
 #include "host/widgets/info_line.h"
+#include "host/widgets/parameter_completion.h"
 #include "host/widgets/path_field.h"
 
 namespace kelvarin {
+
+namespace {
+
+constexpr int kLabelSpacing = 12;
+
+}  // namespace
 
 QFormLayout* newForm() {
   auto* form = new QFormLayout;
   form->setRowWrapPolicy(QFormLayout::WrapLongRows);
   form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
-  form->setHorizontalSpacing(12);
+  form->setHorizontalSpacing(0);  // labels have it: a form does not count it when it wraps rows
   form->setVerticalSpacing(8);
   return form;
 }
@@ -88,6 +95,7 @@ ChoiceField* HostEditor::addChoice(QFormLayout& form, const QString& attribute,
 
 QLineEdit* HostEditor::addLine(QFormLayout& form, const QString& attribute, const QString& label) {
   auto* field = new QLineEdit;
+  completeParameters(*field, m_parameters->values().keys());
   m_fields.push_back({described(attribute), [field] { return field->text(); },
                       [field](const QString& text) { field->setText(text); }});
   connect(field, &QLineEdit::editingFinished, this, &HostEditor::commit);
@@ -123,6 +131,7 @@ void HostEditor::addField(QFormLayout& form, const QString& attribute, const QSt
     return;
   }
   auto* text = new QLabel(label);
+  text->setContentsMargins(0, 0, kLabelSpacing, 0);
   text->setBuddy(buddy);
   QString name = label;
   buddy->setAccessibleName(name.remove(u'&').remove(u':'));
@@ -147,26 +156,31 @@ EditedElement HostEditor::typed() const {
 }
 
 void HostEditor::commit() {
+  commitTyped();
+}
+
+bool HostEditor::commitTyped() {
   EditedElement element = typed();
   const QByteArray document = element.document();
   if (document == m_document) {
     m_faults->clear();
-    return;
+    return true;
   }
   const auto node = parseXml(document);
   if (!node) {
-    return;
+    return false;
   }
   ElementCheck check = checkElement(*node, *m_action, *m_parameters);
   showFaults(check, *m_faults);
   if (!check.canBeUsed()) {
-    return;
+    return false;
   }
   m_element = std::move(element);
   m_document = document;
   m_action = std::move(check.action);
   emit committed(document);
   settingsChanged();
+  return true;
 }
 
 QMap<QString, QString> HostEditor::uncommittedState() const {

@@ -42,6 +42,8 @@ class HostEditor : public ElementEditor {
  protected:
   // As committed.
   const EditedElement& element() const { return m_element; }
+  // False where what has been typed cannot be used.
+  bool commitTyped();
   // Made of what has been typed, where that can be used; no part of any graph.
   ActionItem& action() const { return *m_action; }
   GlobalParameters& parameters() const { return *m_parameters; }

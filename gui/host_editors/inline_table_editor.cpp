@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -22,6 +23,9 @@ namespace kelvarin {
 namespace {
 
 constexpr int kRestMilliseconds = 400;
+constexpr int kLongestRestMilliseconds = 10'000;
+// A large table is committed only when its user rests for so many times as long as that takes.
+constexpr qint64 kRestShare = 20;
 const QString kCells = QStringLiteral("cells");  // in the state that is not committed
 
 template <typename Act>
@@ -211,6 +215,7 @@ void InlineTableEditor::showButtons() {
 void InlineTableEditor::noteEdit() {
   m_question->clear();
   m_withDecimalCommas.clear();
+  m_areCellsCommitted = false;
   m_rest.start();
   showButtons();
 }
@@ -241,13 +246,20 @@ void InlineTableEditor::commit() {
   }
   renameColumn();
   m_rest.stop();
+  if (m_areCellsCommitted && HostEditor::uncommittedState().isEmpty()) {
+    return;  // a large table takes long to be compared
+  }
   showFaults();
-  HostEditor::commit();
+  QElapsedTimer timer;
+  timer.start();
+  m_areCellsCommitted = commitTyped();
+  m_rest.setInterval(static_cast<int>(std::clamp<qint64>(
+      kRestShare * timer.elapsed(), kRestMilliseconds, kLongestRestMilliseconds)));
 }
 
 QMap<QString, QString> InlineTableEditor::uncommittedState() const {
   QMap<QString, QString> texts = HostEditor::uncommittedState();
-  if (m_rest.isActive()) {
+  if (!m_areCellsCommitted) {
     EditedElement edited = element();
     collect(edited);
     texts[kCells] = QString::fromUtf8(edited.document());

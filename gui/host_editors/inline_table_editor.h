@@ -1,6 +1,6 @@
 // The editor of InlineTable: the table itself, edited in place.
 //
-// Cells are committed after a short rest, so that typing into a large table stays quick.
+// Cells are committed after a rest, longer for large tables, so that typing into them stays quick.
 // Threads: the user-interface thread.
 #pragma once
 
@@ -66,6 +66,7 @@ class InlineTableEditor : public HostEditor {
   QLineEdit* m_name;
   QComboBox* m_type;
   QTimer m_rest;
+  bool m_areCellsCommitted = true;
   QModelIndexList m_withDecimalCommas;
   IconButton* m_removeRows = nullptr;
   IconButton* m_rowUp = nullptr;

@@ -12,8 +12,6 @@ namespace kelvarin {
 
 namespace {
 
-constexpr std::size_t kStartSize = 64 * 1024;
-
 QString separatorInWords(const QString& separator) {
   return separator == u"\\t" ? ReadCsvEditor::tr("TAB") : separator;
 }
@@ -83,18 +81,12 @@ void ReadCsvEditor::look() {
         if (const QString why = whyNotLookedInto(file); !why.isEmpty()) {
           return Failure{why};
         }
-        CsvFile bytes;
-        if (const auto status = bytes.open(file); !status) {
-          return Failure{status.error()};
+        const auto start = readCsvStart(file);
+        if (!start) {
+          return Failure{start.error()};
         }
-        std::string start(kStartSize, '\0');
-        const auto size = bytes.readAt(0, start.data(), start.size());
-        if (!size) {
-          return Failure{size.error()};
-        }
-        start.resize(*size);
-        const bool isWhole = *size < kStartSize;
-        return Start{guessCsv(start, isWhole), csvRawLines(start, dialect, isWhole)};
+        return Start{guessCsv(start->bytes, start->isWhole),
+                     csvRawLines(start->bytes, dialect, start->isWhole)};
       },
       [this](const Result<Start, QString>& start) { showStart(start ? *start : Start()); });
 }

@@ -1,5 +1,6 @@
 #include "gui/host_editors/read_table_editor.h"
 
+#include <QEvent>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLineEdit>
@@ -160,7 +161,9 @@ void ReadTableEditor::look() {
         if (const QString why = whyNotLookedInto(file); !why.isEmpty()) {
           return Failure{why};
         }
+        const FileState state = stateOfFile(file);
         TableLook look = lookIntoTable(reader, rules, isStopped);
+        look.state = state;
         if (look.columns.empty() && format != FileFormat::csv) {  // whose reader names others
           const QString hint = foreignFormatHint(file, format);
           look.fault += hint.isEmpty() ? QString() : u' ' + hint;
@@ -172,6 +175,29 @@ void ReadTableEditor::look() {
           showLook(*result);
         } else {
           showNoLook(result.error(), true);
+        }
+      });
+}
+
+void ReadTableEditor::changeEvent(QEvent* event) {
+  HostEditor::changeEvent(event);
+  if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+    compareWithDisk();
+  }
+}
+
+void ReadTableEditor::compareWithDisk() {
+  const QString file = path();
+  if (file.isEmpty() || isBusy()) {
+    return;
+  }
+  m_stateTask.start<FileState>(
+      [file](const BackgroundTask::IsStopped&) -> Result<FileState, QString> {
+        return stateOfFile(file);
+      },
+      [this](const Result<FileState, QString>& state) {
+        if (state && *state != m_look.state && !isBusy()) {
+          look();
         }
       });
 }

@@ -44,12 +44,15 @@ class ReadTableEditor : public HostEditor {
   void collect(EditedElement& element) const override;
   void settingsChanged() override { look(); }
   virtual void look();
+  // Somebody who comes back to the window may have changed the file.
+  void changeEvent(QEvent* event) override;
 
  private:
   void addFileGroup();
   QWidget* newColumnsPage();
   QWidget* newRowsPage();
   void showLook(const TableLook& look);
+  void compareWithDisk();
   void showNoLook(const QString& why, bool isFault);
   void setType(const QString& name, const QString& meta);
   void rename(int column, const QString& name);
@@ -57,6 +60,7 @@ class ReadTableEditor : public HostEditor {
   EditedElement m_columns;  // whose children are those of the action
   TableLook m_look;
   BackgroundTask m_task;
+  BackgroundTask m_stateTask;
   QFormLayout* m_settings;
   QTabWidget* m_pages;
   InfoLine* m_state;

@@ -85,6 +85,11 @@ TableLook lookIntoTable(const MakeBatchReader& makeReader, const ColumnRules& ru
   return look;
 }
 
+FileState stateOfFile(const QString& path) {
+  const QFileInfo file(path);
+  return file.isFile() ? FileState{file.size(), file.lastModified()} : FileState();
+}
+
 QString whyNotLookedInto(const QString& path) {
   const QFileInfo file(path);
   if (!file.exists()) {

@@ -7,11 +7,21 @@
 #include <functional>
 #include <memory>
 
+#include <QDateTime>
+
 #include "host/contract/shown_value.h"
 #include "host/tables/files/batch_reader.h"
 #include "host/tables/settings/column_settings.h"
 
 namespace kelvarin {
+
+// A state of a file on the disk, to be compared.
+struct FileState {
+  qint64 size = -1;
+  QDateTime modified;
+  bool operator==(const FileState&) const = default;
+};
+FileState stateOfFile(const QString& path);
 
 struct TableLook {
   struct Column {
@@ -21,6 +31,7 @@ struct TableLook {
   };
   std::vector<Column> columns;
   std::vector<std::vector<ShownValue>> rows;
+  FileState state;  // before it was looked into
   QStringList notes;
   QString fault;  // why a run would fail; empty where nothing is known against it
 };

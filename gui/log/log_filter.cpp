@@ -17,17 +17,6 @@ void LogFilter::setText(const QString& text) {
   invalidateFilter();
 }
 
-int LogFilter::nextProblem(int row) const {
-  const int count = rowCount();
-  for (int step = 1; step <= count; ++step) {
-    const int candidate = (row + step) % count;
-    if (entry(candidate).level != LogLevel::information) {
-      return candidate;
-    }
-  }
-  return -1;
-}
-
 bool LogFilter::filterAcceptsRow(int row, const QModelIndex&) const {
   const LogEntry& line = m_model.entry(row);
   return line.level <= m_leastLevel &&  // the gravest one has the lowest number

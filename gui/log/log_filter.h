@@ -21,8 +21,6 @@ class LogFilter : public QSortFilterProxyModel {
   void setText(const QString& text);
 
   const LogEntry& entry(int row) const { return m_model.entry(mapToSource(index(row, 0)).row()); }
-  // The next error or warning after `row`, from the top again after the last one; -1 for none.
-  int nextProblem(int row) const;
 
  protected:
   bool filterAcceptsRow(int row, const QModelIndex& parent) const override;

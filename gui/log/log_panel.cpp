@@ -117,16 +117,12 @@ void LogPanel::append(const std::vector<LogEntry>& entries) {
   }
 }
 
-bool LogPanel::showNextProblem() {
-  const QModelIndex current = m_table->currentIndex();
-  const int row = m_filter->nextProblem(current.isValid() ? current.row() : -1);
-  if (row < 0) {
-    return false;
+void LogPanel::showLine(int row) {
+  const QModelIndex shown = m_filter->mapFromSource(m_model->index(row, 0));
+  if (shown.isValid()) {
+    m_table->selectRow(shown.row());
+    m_table->scrollTo(shown);
   }
-  m_table->selectRow(row);
-  m_table->scrollTo(m_filter->index(row, 0));
-  open(m_filter->index(row, 0));
-  return true;
 }
 
 void LogPanel::copy() {

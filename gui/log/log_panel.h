@@ -25,8 +25,8 @@ class LogPanel : public QWidget {
 
   void append(const std::vector<LogEntry>& entries);
   LogModel& model() { return *m_model; }
-  // Goes on to the next error or warning that is shown, and opens it. False where there is none.
-  bool showNextProblem();
+  // Selects a line, by its row in the model; nothing where the filter hides it.
+  void showLine(int row);
 
  signals:
   // The user opened a line about an action.

@@ -68,13 +68,16 @@ void ActionChooser::startSearch(const QString& text) {
   m_field->setText(text);
   m_field->setFocus(Qt::OtherFocusReason);
   m_field->deselect();
+  m_list->setCurrentIndex(m_model->firstAction());
 }
 
+// Enter adds what was searched for; where nothing was, nothing is marked.
 void ActionChooser::search() {
+  const bool isSearched = !m_field->text().trimmed().isEmpty();
   m_model->search(m_field->text());
-  m_list->setRootIsDecorated(m_field->text().trimmed().isEmpty());
+  m_list->setRootIsDecorated(!isSearched);
   m_list->expandAll();
-  m_list->setCurrentIndex(m_model->firstAction());
+  m_list->setCurrentIndex(isSearched ? m_model->firstAction() : QModelIndex());
 }
 
 void ActionChooser::choose(const QModelIndex& index) {

@@ -130,7 +130,8 @@ class Profiling {
       m_leastFinite = std::min(m_leastFinite, number);
       m_largestFinite = std::max(m_largestFinite, number);
       ++m_finiteCount;
-      m_profile.mean += (number - m_profile.mean) / static_cast<double>(m_finiteCount);
+      const auto count = static_cast<double>(m_finiteCount);
+      m_profile.mean += number / count - m_profile.mean / count;
       m_isWhole = m_isWhole && number == std::floor(number);
     }
   }

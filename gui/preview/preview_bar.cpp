@@ -42,15 +42,15 @@ PreviewBar::PreviewBar(QWidget* parent)
                        Qt::ToolTipRole);
   m_limit->setCurrentIndex(kUsualLimit);
   m_limit->setToolTip(tr("How many of the first rows are computed"));
-  auto* limitLabel = new QLabel(tr("First ro&ws:"));
+  auto* limitLabel = new QLabel(tr("First rows:"));
   limitLabel->setBuddy(m_limit);
   m_limit->setAccessibleName(tr("First rows"));
   m_reload->setObjectName(QStringLiteral("previewReload"));
   m_stop->setObjectName(QStringLiteral("previewStop"));
   m_export->setObjectName(QStringLiteral("previewExport"));
-  m_profiles = addSwitch(tr("&Profiles"), tr("Show what the values of each column are like"), true);
-  m_filters = addSwitch(tr("F&ilter"), tr("Filter the rows that are shown (Ctrl+F)"), false);
-  m_details = addSwitch(tr("&Details"), tr("Show the profile of one column in full"), false);
+  m_profiles = addSwitch(tr("Profiles"), tr("Show what the values of each column are like"), true);
+  m_filters = addSwitch(tr("Filter"), tr("Filter the rows that are shown (Ctrl+F)"), false);
+  m_details = addSwitch(tr("Details"), tr("Show the profile of one column in full"), false);
 
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(8, 4, 8, 4);

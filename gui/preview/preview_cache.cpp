@@ -19,12 +19,12 @@ bool isEnough(const PinPreview& preview, long long limit) {
 
 std::shared_ptr<PinPreview> PreviewCache::preview(const PinRef& pin, long long limit,
                                                   QString* reason) {
-  const int source = sourceOf(pin, reason);
-  if (source < 0) {
+  const ActionId source = sourceOf(pin, reason);
+  if (source == kNoId) {
     forget(pin);
     return nullptr;
   }
-  BranchDocument branch(m_graph.graph(), source);
+  BranchDependencies branch = dependenciesOfBranch(m_graph, source);
   const auto found = std::find_if(m_entries.begin(), m_entries.end(),
                                   [&](const Entry& entry) { return entry.pin == pin; });
   if (found != m_entries.end() && found->branch == branch && isEnough(*found->preview, limit)) {
@@ -47,7 +47,7 @@ void PreviewCache::forget(const PinRef& pin) {
   m_entries.remove_if([&pin](const Entry& entry) { return entry.pin == pin; });
 }
 
-int PreviewCache::sourceOf(const PinRef& pin, QString* reason) const {
+ActionId PreviewCache::sourceOf(const PinRef& pin, QString* reason) const {
   ActionId source = pin.action;
   if (!pin.isOutput) {
     const LinkId link = m_graph.linkInto(pin.action, pin.pin);
@@ -55,16 +55,16 @@ int PreviewCache::sourceOf(const PinRef& pin, QString* reason) const {
       *reason = QCoreApplication::translate(
           "PreviewCache",
           "Nothing is linked to this pin, so no rows come here. Draw a link to it.");
-      return -1;
+      return kNoId;
     }
     source = m_graph.link(link).from;
   } else if (pin.pin >= m_graph.pinCount(pin.action, true)) {
     *reason = QCoreApplication::translate("PreviewCache",
                                           "The action has no such output pin any more. Choose "
                                           "another one.");
-    return -1;
+    return kNoId;
   }
-  return m_graph.indexOf(source);
+  return source;
 }
 
 }  // namespace kelvarin

@@ -1,18 +1,17 @@
 // The previews of the pins that a user has looked at, each as long as nothing above its pin has
 // changed.
 //
-// A change below or beside a pin leaves its rows alone: the branch that was computed is compared
-// with the one that is there now.
+// A change below or beside a pin leaves its rows alone, and so do names and positions: the branch
+// that was computed is compared with the one that is there now.
 // Used by the preview panel.
 // Threads: the user-interface thread.
 #pragma once
 
 #include <list>
 
-#include "gui/document/edited_graph.h"
+#include "gui/document/row_dependencies.h"
 #include "gui/preview/pin_preview.h"
 #include "gui/services/edit_services.h"
-#include "host/engine/branch_copy.h"
 
 namespace kelvarin {
 
@@ -31,13 +30,13 @@ class PreviewCache {
  private:
   struct Entry {
     PinRef pin;
-    BranchDocument branch;
+    BranchDependencies branch;
     std::shared_ptr<PinPreview> preview;
   };
   static constexpr std::size_t kCapacity = 8;
 
-  // The index of the action whose rows these are; -1 where there is none.
-  int sourceOf(const PinRef& pin, QString* reason) const;
+  // The action whose rows these are; kNoId where there is none.
+  ActionId sourceOf(const PinRef& pin, QString* reason) const;
 
   EditedGraph& m_graph;
   EditServices& m_services;

@@ -27,6 +27,9 @@ using State = PinPreview::State;
 // After the last change: whoever types has a new graph with every key.
 constexpr std::chrono::milliseconds kRestAfterChange{400};
 
+// Without a row for so long, a preview says that it waits.
+constexpr std::chrono::milliseconds kPatience{2000};
+
 const QString kGoToAction = QStringLiteral("action");
 
 QString grouped(long long count) {
@@ -45,7 +48,6 @@ class PreviewPanel::Parts : public QObject {
   void showPin(const PinRef& pin);
   const std::optional<PinRef>& pin() const { return m_pin; }
   void panelShown();
-  PreviewTable& table() { return *m_table; }
 
  private:
   void layOut();
@@ -75,6 +77,7 @@ class PreviewPanel::Parts : public QObject {
   std::shared_ptr<PinPreview> m_shown;  // in the table; the one before until rows of the next come
   QString m_whyNoRows;
   QTimer m_rest;
+  QTimer m_patience;           // runs while it is too early to wonder where the first row is
   bool m_mustCompare = false;  // the graph changed while the panel was not seen
 
   PreviewBar* m_bar;
@@ -103,6 +106,9 @@ PreviewPanel::Parts::Parts(PreviewPanel& panel, EditedGraph& graph, EditServices
   m_rest.setSingleShot(true);
   m_rest.setInterval(kRestAfterChange);
   connect(&m_rest, &QTimer::timeout, this, &Parts::compute);
+  m_patience.setSingleShot(true);
+  m_patience.setInterval(kPatience);
+  connect(&m_patience, &QTimer::timeout, this, &Parts::showState);
   connect(&m_computing, &BackgroundQueue::ranOutOfMemory, this, [this] {
     m_report->setMessage(Severity::error, tr("There is not enough memory for this. Look at fewer "
                                              "rows, or close other programs."));
@@ -181,7 +187,9 @@ void PreviewPanel::Parts::connectTable() {
     emit m_panel.keepRowsWanted(*m_pin, condition);
   });
   connect(m_table, &PreviewTable::newColumnWanted, this,
-          [this](const QString& column) { emit m_panel.newColumnWanted(*m_pin, column); });
+          [this](const PinColumns::Column& column, const QString& name) {
+            emit m_panel.newColumnWanted(*m_pin, column, name);
+          });
   connect(m_table, &PreviewTable::renameColumnWanted, this,
           [this](const QString& column) { emit m_panel.renameColumnWanted(*m_pin, column); });
   connect(m_table, &PreviewTable::orderChanged, this, &Parts::showState);
@@ -256,6 +264,7 @@ void PreviewPanel::Parts::compute() {
       m_preview->disconnect(this);
     }
     m_preview = preview;
+    m_patience.start();
     if (preview != nullptr) {
       connect(preview.get(), &PinPreview::changed, this, &Parts::take);
       connect(&preview->profiles(), &ColumnProfiles::changed, this, [this](int column) {
@@ -300,7 +309,11 @@ void PreviewPanel::Parts::showState() {
   } else if (m_preview == nullptr) {
     showEmpty(m_whyNoRows, {});
   } else if (isComputing) {
-    showEmpty(tr("The first rows are being computed \u2026"), {});
+    showEmpty(m_patience.isActive()
+                  ? tr("The first rows are being computed \u2026")
+                  : tr("No row has come yet: an action above this pin is still at work, or waits "
+                       "for its file."),
+              {});
   } else if (m_preview->state() == State::stopped) {
     showEmpty(tr("Stopped before the first row came."), tr("Compute the rows"));
   } else {
@@ -425,10 +438,6 @@ void PreviewPanel::showPin(const PinRef& pin) {
 
 std::optional<PinRef> PreviewPanel::pin() const {
   return m_parts->pin();
-}
-
-void PreviewPanel::setCanStep(bool can) {
-  m_parts->table().setCanStep(can);
 }
 
 void PreviewPanel::showEvent(QShowEvent* event) {

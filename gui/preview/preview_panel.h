@@ -24,16 +24,15 @@ class PreviewPanel : public QWidget {
   // Shows the pin from now on; what was computed for it is kept until something above changes.
   void showPin(const PinRef& pin);
   std::optional<PinRef> pin() const;
-  // Whether "Step to this row" is offered: the action of the pin, or of its reader, evaluates
-  // expressions.
-  void setCanStep(bool can);
 
  signals:
   // Of the row as the pin has it, counted from 0.
   void stepToRowWanted(const kelvarin::PinRef& pin, long long row);
   // A condition that is true for the values of the cells that were chosen.
   void keepRowsWanted(const kelvarin::PinRef& pin, const kelvarin::RowCondition& condition);
-  void newColumnWanted(const kelvarin::PinRef& pin, const QString& column);
+  // `name` is one that no column of the pin has.
+  void newColumnWanted(const kelvarin::PinRef& pin, const kelvarin::PinColumns::Column& column,
+                       const QString& name);
   // Double click on a header: rename it in all that use it.
   void renameColumnWanted(const kelvarin::PinRef& pin, const QString& column);
   // The rows could not be computed: the user wants to see the action that failed.

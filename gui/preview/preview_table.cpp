@@ -275,13 +275,15 @@ void PreviewTable::layOut() {
 void PreviewTable::fitColumns() {
   m_areColumnsFitted = true;
   const int rows = std::min(kMeasuredRows, m_model->rowCount());
-  const int unit = fontMetrics().averageCharWidth();
+  const int letter = fontMetrics().averageCharWidth();
+  const int digit = fontMetrics().horizontalAdvance(u'0');
   for (int column = 0; column < m_model->columnCount(); ++column) {
     qsizetype longest = m_model->nameOf(column).size() + 2;
     for (int row = 0; row < rows; ++row) {
       longest = std::max(longest, m_model->cell(row, column).value.text.size());
     }
     const int characters = std::clamp(static_cast<int>(longest) + 1, kNarrowest, kWidest);
+    const int unit = fixedSizeOf(m_model->typeOf(column)) != 0 ? digit : letter;
     m_header->resizeSection(column, characters * unit + 2 * PreviewCells::kMargin);
   }
 }

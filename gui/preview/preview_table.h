@@ -45,8 +45,6 @@ class PreviewTable : public QWidget {
   bool isOrdering() const { return m_ordering != nullptr; }
   bool isOrdered() const { return m_model->order() != nullptr; }
   int currentColumn() const { return m_currentColumn; }
-  // Whether "Step to this row" is offered.
-  void setCanStep(bool can) { m_canStep = can; }
 
   void copy(bool withHeader);
   // All that is shown, as CSV.
@@ -57,7 +55,8 @@ class PreviewTable : public QWidget {
  signals:
   void stepToRowWanted(long long row);
   void keepRowsWanted(const kelvarin::RowCondition& condition);
-  void newColumnWanted(const QString& column);
+  // `name` is one that no column has.
+  void newColumnWanted(const kelvarin::PinColumns::Column& column, const QString& name);
   void renameColumnWanted(const QString& column);
   // Other rows are shown, or will be: isOrdering(), the model's rows.
   void orderChanged();
@@ -81,6 +80,7 @@ class PreviewTable : public QWidget {
   void showCellMenu(const QPoint& position);
   void showHeaderMenu(const QPoint& position);
   void addSortActions(QMenu& menu, int column);
+  void wantNewColumn(int column);
   RowTextRequest selectedTexts() const;
   void copyTexts(RowTextRequest request);
   void keepRowsLikeChosen();
@@ -103,7 +103,6 @@ class PreviewTable : public QWidget {
   std::pair<int, bool> m_sortBeforeClick{-1, false};
   int m_currentColumn = -1;
   bool m_areColumnsFitted = false;
-  bool m_canStep = true;
 };
 
 }  // namespace kelvarin

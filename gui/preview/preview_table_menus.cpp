@@ -47,13 +47,11 @@ void PreviewTable::showCellMenu(const QPoint& position) {
   menu->setAttribute(Qt::WA_DeleteOnClose);
   const long long row = m_model->sourceRow(index.row());
   const QString column = m_model->nameOf(index.column());
-  QAction* step =
-      menu->addAction(tr("&Step to this row"), [this, row] { emit stepToRowWanted(row); });
-  step->setEnabled(m_canStep);
+  menu->addAction(tr("&Step to this row"), [this, row] { emit stepToRowWanted(row); });
   QAction* keep =
       menu->addAction(tr("&Keep rows like this"), this, &PreviewTable::keepRowsLikeChosen);
   keep->setEnabled(cellCount(m_view->selectionModel()->selection()) <= kChosenCells);
-  menu->addAction(tr("&New column from this"), [this, column] { emit newColumnWanted(column); });
+  menu->addAction(tr("&New column from this"), [this, at = index.column()] { wantNewColumn(at); });
   menu->addAction(tr("&Rename column \u2026"), [this, column] { emit renameColumnWanted(column); });
   menu->addSeparator();
   menu->addAction(tr("Show the &whole value\tEnter"), [this] { showWholeValue(); });
@@ -75,7 +73,7 @@ void PreviewTable::showHeaderMenu(const QPoint& position) {
   menu->addAction(icon(IconName::search), tr("&Filter \u2026\tCtrl+F"), [this] { editFilter(); });
   menu->addSeparator();
   const QString name = m_model->nameOf(column);
-  menu->addAction(tr("&New column from this"), [this, name] { emit newColumnWanted(name); });
+  menu->addAction(tr("&New column from this"), [this, column] { wantNewColumn(column); });
   menu->addAction(tr("&Rename column \u2026"), [this, name] { emit renameColumnWanted(name); });
   menu->addSeparator();
   menu->addAction(tr("Copy the na&me"), [name] { QGuiApplication::clipboard()->setText(name); });
@@ -96,6 +94,17 @@ void PreviewTable::addSortActions(QMenu& menu, int column) {
   add(tr("Sort &ascending"), column, false);
   add(tr("Sort &descending"), column, true);
   add(tr("&Unsorted"), -1, false);
+}
+
+void PreviewTable::wantNewColumn(int column) {
+  const PreviewRows::Columns& columns = m_model->rows()->columns();
+  const PinColumns::Column& source = columns[static_cast<std::size_t>(column)];
+  const QString stem = QStringLiteral("new_%1").arg(source.name);
+  QString name = stem;
+  for (int number = 2; std::ranges::count(columns, name, &PinColumns::Column::name) > 0; ++number) {
+    name = QStringLiteral("%1_%2").arg(stem).arg(number);
+  }
+  emit newColumnWanted(source, name);
 }
 
 // The columns and rows that have a chosen cell.
@@ -161,7 +170,7 @@ void PreviewTable::copyTexts(RowTextRequest request) {
     return [this, isWritten, isTooLong, count, text = QString::fromUtf8(text)] {
       if (isWritten) {
         QGuiApplication::clipboard()->setText(text);
-        emit reported(true, tr("%n row(s) copied.", nullptr, static_cast<int>(count)));
+        emit reported(true, tr("Rows copied: %1").arg(QLocale().toString(count)));
       } else if (isTooLong) {
         emit reported(false, tr("This is more than a clipboard holds well (64 MiB). Export the "
                                 "rows as CSV, or choose fewer of them."));
@@ -182,7 +191,8 @@ void PreviewTable::exportTo(const QString& file) {
   const auto work = [this, request, file,
                      rows = m_model->rows()](const StopFlag& isStopped) -> BackgroundQueue::Report {
     QSaveFile target(file);
-    const bool isWritten = target.open(QIODevice::WriteOnly) &&
+    // A buffer would hide from commit() that the disk is full.
+    const bool isWritten = target.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
                            writeRowTexts(*rows, request, isStopped,
                                          [&target](const QByteArray& piece) {
                                            return target.write(piece) == piece.size();

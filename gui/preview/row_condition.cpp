@@ -37,8 +37,8 @@ QString testOfNumber(const QString& name, double number) {
   if (isNullNumber(number)) {
     return QStringLiteral("isNull(%1)").arg(name);
   }
-  if (std::isnan(number)) {
-    return QStringLiteral("isNan(%1)").arg(name);
+  if (std::isnan(number)) {  // of which there are several; isNan() knows one
+    return QStringLiteral("isNull(%1) == 0 && isNull(nanvl(%1, _null))").arg(name);
   }
   if (std::isinf(number)) {
     return QStringLiteral("%1 == %2")

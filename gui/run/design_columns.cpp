@@ -41,6 +41,7 @@ class DesignColumns::Parts {
   EditedGraph& graph;
   EditServices& services;
   QHash<ActionId, QString> problems;
+  QHash<ActionId, LogDetails> details;  // of those that a check found
 
  private:
   void startCheck();
@@ -115,6 +116,7 @@ void DesignColumns::Parts::take(const Checked& checked) {
   m_version = checked.version;
   m_columns.clear();
   problems.clear();
+  details.clear();
   QHash<QString, ActionId> idsOfNames;
   const auto& actions = checked.result.actions;
   for (std::size_t i = 0; i < actions.size() && i < m_ids.size(); ++i) {
@@ -128,6 +130,7 @@ void DesignColumns::Parts::take(const Checked& checked) {
     const auto id = idsOfNames.constFind(line.action);
     if (line.level == LogLevel::error && id != idsOfNames.constEnd() && !problems.contains(*id)) {
       problems.insert(*id, line.text);
+      details.insert(*id, line.details);
     }
   }
   emit m_owner.changed();
@@ -194,6 +197,10 @@ PinColumns DesignColumns::columns(const PinRef& pin) const {
 
 const QHash<ActionId, QString>& DesignColumns::problems() const {
   return m_parts->problems;
+}
+
+LogDetails DesignColumns::problemDetails(ActionId action) const {
+  return m_parts->details.value(action);
 }
 
 }  // namespace kelvarin

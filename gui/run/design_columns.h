@@ -11,6 +11,7 @@
 
 #include "gui/document/edited_graph.h"
 #include "gui/services/edit_services.h"
+#include "host/contract/log_details.h"
 
 namespace kelvarin {
 
@@ -25,6 +26,8 @@ class DesignColumns : public QObject {
   PinColumns columns(const PinRef& pin) const;
   // The first error of each action that has one, for the user.
   const QHash<ActionId, QString>& problems() const;
+  // Where the problem of an action is, as far as it is known.
+  LogDetails problemDetails(ActionId action) const;
 
  signals:
   void changed();

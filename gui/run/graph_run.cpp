@@ -52,6 +52,7 @@ class GraphRun::Parts {
  public:
   Parts(GraphRun& owner, EditedGraph& ofGraph, EditServices& ofServices)
       : m_owner(owner), graph(ofGraph), services(ofServices), m_stale(ofGraph) {}
+  ~Parts() { stop(); }
 
   void follow();
   bool start(std::vector<ActionId> ids, const QByteArray& document, bool isWhole);
@@ -60,7 +61,8 @@ class GraphRun::Parts {
 
  private:
   void report(const RunProgress& progress);
-  void takeProgress();
+  void postNews();
+  void takeNews();
   void end(const RunResult& ended);
   void setStates(std::vector<ActionState> ofActions);
   void updateStaleness();
@@ -74,14 +76,17 @@ class GraphRun::Parts {
   EditServices& services;
   QHash<ActionId, ActionState> states;
   std::unique_ptr<RunResult> result;
+  std::unique_ptr<RunServices> runServices;  // of the run that goes on, or of the last one
 
  private:
   StaleActions m_stale;
   QHash<LinkId, ActionId> m_readerOfLink;  // of links that were there since the run began
   std::vector<ActionId> m_ids;             // in the order of the copy that runs
+  QStringList m_names;                     // as they were when the run began
+  int m_diskQuestion = 0;                  // its number; 0 while nothing is asked
   std::mutex m_mutex;                      // guards the two below
   RunProgress m_progress;
-  bool m_isProgressPosted = false;
+  bool m_areNewsPosted = false;
   PostedCalls m_posted;
   std::unique_ptr<RunThread> m_thread;  // uses all of the above; null while nothing runs
 };
@@ -132,16 +137,21 @@ bool GraphRun::Parts::start(std::vector<ActionId> ids, const QByteArray& documen
     m_readerOfLink.insert(id, graph.link(id).to);
   }
   states.clear();
+  m_names.clear();
   for (const ActionId id : m_ids) {
+    m_names += graph.name(id);
     states[id].kind = ActionState::Kind::waiting;
   }
+  m_progress = {};
+  m_progress.actions.resize(m_ids.size());
+  runServices = std::make_unique<RunServices>(&services, [this] { postNews(); });
   ExecutionOptions options;
   options.reportsActions = true;
   options.countsValues = true;
   options.progress = [this](const RunProgress& progress) { report(progress); };
   m_thread = std::make_unique<RunThread>(
-      &services, [this, isWhole, options, snapshot = GraphSnapshot(graph.graph(), document),
-                  catalogue = &graph.catalogue()](RunRecord& record) {
+      runServices.get(), [this, isWhole, options, snapshot = GraphSnapshot(graph.graph(), document),
+                          catalogue = &graph.catalogue()](RunRecord& record) {
         RunResult ended = runSnapshot(snapshot, isWhole, *catalogue, record, options);
         ended.state = record.status;
         m_posted.post([this, ended = std::move(ended)] { end(ended); });
@@ -154,32 +164,48 @@ bool GraphRun::Parts::start(std::vector<ActionId> ids, const QByteArray& documen
 void GraphRun::Parts::stop() {
   if (isRunning()) {
     m_thread->stop();
+    runServices->stopAsking();
   }
 }
 
-// On the run's thread. The window takes the newest one when it has time.
+// On the run's thread.
 void GraphRun::Parts::report(const RunProgress& progress) {
+  {
+    const std::lock_guard lock(m_mutex);
+    m_progress = progress;
+  }
+  postNews();
+}
+
+// On any thread of the run. The window takes the newest state of things when it has time.
+void GraphRun::Parts::postNews() {
   const std::lock_guard lock(m_mutex);
-  m_progress = progress;
-  if (!std::exchange(m_isProgressPosted, true)) {
-    m_posted.post([this] { takeProgress(); });
+  if (!std::exchange(m_areNewsPosted, true)) {
+    m_posted.post([this] { takeNews(); });
   }
 }
 
-void GraphRun::Parts::takeProgress() {
+void GraphRun::Parts::takeNews() {
   RunProgress progress;
   {
     const std::lock_guard lock(m_mutex);
-    progress = std::move(m_progress);
-    m_isProgressPosted = false;
+    progress = m_progress;
+    m_areNewsPosted = false;
   }
-  if (isRunning()) {
-    setStates(statesOf(progress));
+  if (!isRunning()) {
+    return;
+  }
+  setStates(statesOf(progress, m_names, runServices->messages()));
+  const auto question = runServices->question();
+  const int number = question ? question->number : 0;
+  if (std::exchange(m_diskQuestion, number) != number) {
+    emit m_owner.diskQuestionChanged();
   }
 }
 
 void GraphRun::Parts::end(const RunResult& ended) {
   m_thread.reset();  // its work is done
+  m_diskQuestion = 0;
   if (ended.actions.empty()) {
     states.clear();  // it was refused and has run nothing
   }
@@ -250,6 +276,16 @@ bool GraphRun::isRunning() const {
   return m_parts->isRunning();
 }
 
+std::optional<DiskQuestion> GraphRun::diskQuestion() const {
+  return isRunning() ? m_parts->runServices->question() : std::nullopt;
+}
+
+void GraphRun::tryDiskAgain() {
+  if (isRunning()) {
+    m_parts->runServices->answer(true);
+  }
+}
+
 const QHash<ActionId, ActionState>& GraphRun::states() const {
   return m_parts->states;
 }
@@ -258,7 +294,7 @@ const RunResult* GraphRun::result() const {
   return m_parts->result.get();
 }
 
-QString GraphRun::commandLine() const {
+QString GraphRun::commandLine(ActionId action) const {
   const Graph& graph = m_parts->graph.graph();
   if (graph.file.isEmpty()) {
     return {};
@@ -269,6 +305,9 @@ QString GraphRun::commandLine() const {
     if (value != graph.settings->expandString2(parameter.value)) {
       line += QStringLiteral(" --set ") + shellWord(parameter.name + u'=' + value);
     }
+  }
+  if (action != kNoId) {
+    line += QStringLiteral(" --to ") + shellWord(m_parts->graph.name(action));
   }
   return line;
 }

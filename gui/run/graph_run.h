@@ -4,12 +4,14 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include <QHash>
 #include <QObject>
 
 #include "gui/document/action_state.h"
 #include "gui/document/edited_graph.h"
+#include "gui/run/run_services.h"
 #include "gui/services/edit_services.h"
 #include "host/engine/run_graph.h"
 
@@ -31,16 +33,23 @@ class GraphRun : public QObject {
   void stop();
   bool isRunning() const;
 
+  // What the run waits for: the user's answer, or stop().
+  std::optional<DiskQuestion> diskQuestion() const;
+  // Where nothing is asked, nothing happens.
+  void tryDiskAgain();
+
   // By action; the last run's until the next one. Stale where the graph changed since.
   const QHash<ActionId, ActionState>& states() const;
   // Of the last run that has ended; null before.
   const RunResult* result() const;
-  // That runs the graph with the same parameters; empty where the graph has no file.
-  QString commandLine() const;
+  // That does the same as start(), or as startTo(), with the file of the graph as it was saved and
+  // the same parameters; empty where the graph has no file.
+  QString commandLine(ActionId action = kNoId) const;
 
  signals:
   void started();
   void statesChanged();
+  void diskQuestionChanged();
   void ended();
 
  private:

@@ -93,6 +93,7 @@ RunReportPanel::RunReportPanel(GraphRun& run, QWidget* parent)
       m_summary(new QLabel),
       m_copy(newButton(tr("&Copy"), tr("Copy the report as text"))),
       m_openFolder(newButton(tr("&Open folder"), tr("Open the folder of the selected file"))),
+      m_openFolderHere(new QAction(tr("&Open folder"), this)),
       m_pages(new QStackedWidget) {
   makeTree();
   auto* report = new QWidget;
@@ -153,25 +154,34 @@ void RunReportPanel::makeTree() {
       openFolder();
     }
   });
-  connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
-          [this] { m_openFolder->setEnabled(!currentFile().isEmpty()); });
-  auto* copyKey = new QAction(tr("Copy the report"), m_tree);
+  auto* copyKey = new QAction(tr("&Copy the report"), m_tree);
   copyKey->setShortcut(QKeySequence::Copy);
   copyKey->setShortcutContext(Qt::WidgetShortcut);
   connect(copyKey, &QAction::triggered, this, &RunReportPanel::copy);
-  m_tree->addAction(copyKey);
+  m_tree->addActions({m_openFolderHere, copyKey});
+  m_tree->setContextMenuPolicy(Qt::ActionsContextMenu);
+  connect(m_openFolderHere, &QAction::triggered, this, &RunReportPanel::openFolder);
+  connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
+          &RunReportPanel::enableOpenFolder);
+}
+
+void RunReportPanel::enableOpenFolder() {
+  const bool isFile = !currentFile().isEmpty();
+  m_openFolder->setEnabled(isFile);
+  m_openFolderHere->setEnabled(isFile);
 }
 
 void RunReportPanel::showResult() {
   const RunResult* result = m_run.result();
   m_pages->setCurrentIndex(result == nullptr ? 0 : 1);
-  m_openFolder->setEnabled(false);
   if (result == nullptr) {
     m_model->clear();
+    enableOpenFolder();
     return;
   }
   m_summary->setText(summaryOf(*result));
   m_model->setResult(*result);
+  enableOpenFolder();
   for (int row = 0; row < m_sorted->rowCount(); ++row) {
     const QModelIndex action = m_sorted->index(row, 0);
     for (int detail = 0; detail < m_sorted->rowCount(action); ++detail) {

@@ -8,6 +8,7 @@
 
 #include "gui/run/graph_run.h"
 
+class QAction;
 class QLabel;
 class QSortFilterProxyModel;
 class QStackedWidget;
@@ -34,6 +35,7 @@ class RunReportPanel : public QWidget {
   void copy() const;
   void chooseAction(const QModelIndex& index);
   void openFolder() const;
+  void enableOpenFolder();
   QString currentFile() const;
 
   GraphRun& m_run;
@@ -43,6 +45,7 @@ class RunReportPanel : public QWidget {
   QLabel* m_summary;
   QToolButton* m_copy;
   QToolButton* m_openFolder;
+  QAction* m_openFolderHere;  // in the menu of a file
   QStackedWidget* m_pages;
 };
 

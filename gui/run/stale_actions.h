@@ -6,13 +6,10 @@
 // Threads: the user-interface thread.
 #pragma once
 
-#include <set>
-#include <tuple>
-
 #include <QHash>
 #include <QSet>
 
-#include "gui/document/edited_graph.h"
+#include "gui/document/row_dependencies.h"
 
 namespace kelvarin {
 
@@ -31,22 +28,11 @@ class StaleActions {
   QSet<ActionId> withThoseBelow() const;
 
  private:
-  struct Content {
-    QByteArray settings;
-    std::set<std::tuple<ActionId, int, int>> inputs;  // action, its pin, input pin
-    bool operator==(const Content&) const = default;
-  };
-
-  Content contentOf(ActionId action) const;
-
   const EditedGraph& m_graph;
-  QHash<ActionId, Content> m_snapshot;
+  QHash<ActionId, ActionDependencies> m_snapshot;
   QList<DrawnParameter> m_parameters;
   bool m_haveParametersChanged = false;
   QSet<ActionId> m_changed;
 };
-
-// An action's element without its name and its position.
-QByteArray settingsOf(const QByteArray& element);
 
 }  // namespace kelvarin

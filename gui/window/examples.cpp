@@ -19,6 +19,7 @@ constexpr QSize kPictureSize{416, 224};  // twice what is shown, for fine screen
 constexpr int kMargin = 16;
 constexpr double kColumnWidth = 220.0;
 constexpr double kRowHeight = 112.0;
+constexpr char kFlights[] = "flights/flights.kelvarin";
 
 class Examples {
   Q_DECLARE_TR_FUNCTIONS(kelvarin::Examples)
@@ -31,7 +32,7 @@ struct KnownExample {
 };
 
 std::vector<KnownExample> knownExamples() {
-  return {{"flights/flights.kelvarin", Examples::tr("Late flights"),
+  return {{kFlights, Examples::tr("Late flights"),
            Examples::tr("Reads a CSV file, computes speeds and delays, and writes late flights and "
                         "others apart.")},
           {"sensors/sensors.kelvarin", Examples::tr("Sensors"),
@@ -92,8 +93,8 @@ QPixmap pictureOf(const QByteArray& document, const QString& path, const ActionC
   QPixmap picture(kPictureSize);
   picture.fill(drawn.pixelColor(0, 0));  // the margin as the canvas
   QPainter painter(&picture);
-  painter.setPen(QPen(canvas.palette().color(QPalette::Mid), 2.0));
-  painter.drawRect(picture.rect().adjusted(1, 1, -1, -1));
+  painter.setPen(QPen(canvas.palette().color(QPalette::PlaceholderText), 1.0));
+  painter.drawRect(picture.rect().adjusted(0, 0, -1, -1));
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
   const QSize inner = kPictureSize - QSize(2 * kMargin, 2 * kMargin);
   QRect target(QPoint(), drawn.size().scaled(inner, Qt::KeepAspectRatio));
@@ -103,6 +104,11 @@ QPixmap pictureOf(const QByteArray& document, const QString& path, const ActionC
 }
 
 }  // namespace
+
+QString tourExample() {
+  const QString folder = examplesFolder();
+  return folder.isEmpty() ? QString() : QDir(folder).absoluteFilePath(QLatin1String(kFlights));
+}
 
 std::vector<Example> findExamples(const ActionCatalogue& catalogue, Theme& theme) {
   std::vector<Example> examples;

@@ -23,4 +23,7 @@ struct Example {
 // Those that are installed; none where the examples are not.
 std::vector<Example> findExamples(const ActionCatalogue& catalogue, Theme& theme);
 
+// The graph file of the tour; empty where the examples are not installed.
+QString tourExample();
+
 }  // namespace kelvarin

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include <QCoreApplication>
+
 #include "gui/forms/edited_element.h"
 
 namespace kelvarin {
@@ -49,17 +51,32 @@ QByteArray filterElement(const RowCondition& condition) {
       .document();
 }
 
-QByteArray calculatorElement(const PinColumns::Column& column) {
+QByteArray calculatorElement(const PinColumns::Column& column, const QString& name) {
   const RowCondition::Variable variable = variableFor(column);
   EditedElement output = elementWithText(QStringLiteral("OutputVar"), variable.name);
-  output.setAttribute(QStringLiteral("name"), QStringLiteral("new_%1").arg(column.name));
-  if (column.meta == MetaTypeColumn::text) {
-    output.setAttribute(QStringLiteral("meta"), QStringLiteral("U"));
+  output.setAttribute(QStringLiteral("name"), name);
+  if (column.meta != MetaTypeColumn::number) {
+    output.setAttribute(QStringLiteral("meta"), QString(QChar(static_cast<char>(column.meta))));
   }
   return elementAround(QStringLiteral("Calculator"),
                        {elementAround(QStringLiteral("InputVars"), {elementOf(variable)}),
                         elementAround(QStringLiteral("OutputVars"), {output})})
       .document();
+}
+
+ActionId addStepAt(GraphCommands& commands, const PinRef& pin, const QString& typeName,
+                   const QByteArray& element) {
+  if (pin.isOutput) {
+    return commands.addLinked(typeName, pin, element);
+  }
+  ActionId added = kNoId;
+  commands.together(QCoreApplication::translate("ExpressionStep", "Insert %1").arg(typeName), [&] {
+    added = commands.insertIntoLink(typeName, commands.graph().linkInto(pin.action, pin.pin));
+    if (added != kNoId) {
+      commands.setElement(added, element);
+    }
+  });
+  return added;
 }
 
 }  // namespace kelvarin

@@ -13,16 +13,28 @@
 #include <QVBoxLayout>
 
 #include "gui/canvas/canvas_view.h"
+#include "gui/canvas/empty_canvas.h"
+#include "gui/canvas/heat_legend.h"
 #include "gui/canvas/minimap.h"
 #include "gui/dialogs/text_dialogs.h"
+#include "gui/log/log_model.h"
 #include "gui/log/log_panel.h"
 #include "gui/palette/palette_panel.h"
 #include "gui/preview/preview_panel.h"
+#include "gui/properties/property_panel.h"
+#include "gui/properties/shortcut_precedence.h"
+#include "gui/properties/undo_keys.h"
+#include "gui/recovery/recovery_offer.h"
+#include "gui/run/disk_question_line.h"
 #include "gui/run/run_report_panel.h"
-#include "gui/window/property_panel.h"
-#include "gui/window/recovery_offer.h"
-#include "gui/window/shortcut_precedence.h"
+#include "gui/window/canvas_menus.h"
+#include "gui/window/example_copy.h"
+#include "gui/window/find_dock.h"
+#include "gui/window/log_title.h"
+#include "gui/window/panel_layout.h"
+#include "gui/window/problem_walk.h"
 #include "gui/window/start_page.h"
+#include "gui/window/tab_order.h"
 #include "host/widgets/info_line.h"
 #include "host/widgets/user_interface.h"
 
@@ -30,20 +42,7 @@ namespace kelvarin {
 
 namespace {
 
-// Those that sinks have taken; of a graph without sinks, those that sources have made.
-long long rowCountOf(const RunResult& result) {
-  long long taken = 0;
-  long long made = 0;
-  for (const ActionResult& action : result.actions) {
-    for (const long long count : action.rowsIn) {
-      taken += action.rowsOut.empty() ? count : 0;
-    }
-    for (const long long count : action.rowsOut) {
-      made += action.rowsIn.empty() ? count : 0;
-    }
-  }
-  return taken > 0 ? taken : made;
-}
+constexpr QSize kUsualSize(1280, 800);
 
 }  // namespace
 
@@ -56,20 +55,26 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
       m_settings(std::move(settings)),
       m_run(m_graph, services),
       m_columns(m_graph, services),
+      m_drops(commands),
       m_pages(new QStackedWidget),
       m_start(new StartPage),
       m_canvas(new CanvasView(commands, theme)),
       m_recovery(new RecoveryOffer),
       m_notice(new InfoLine),
+      m_diskQuestion(new DiskQuestionLine(m_run)),
       m_palette(new PalettePanel(m_graph.catalogue())),
       m_properties(new PropertyPanel(commands)),
       m_preview(new PreviewPanel(m_graph, services)),
       m_log(new LogPanel),
       m_report(new RunReportPanel(m_run)),
       m_unsaved(commands, *m_properties),
+      m_find(new FindDock(commands)),
+      m_canvasMenus(new CanvasMenus(*m_canvas, this)),
+      m_problems(new ProblemWalk(m_graph, m_columns, m_run, m_log->model(), this)),
+      m_example(new ExampleCopy(m_graph, this)),
       m_outcome(new QLabel) {
   setAcceptDrops(true);
-  setDockOptions(AnimatedDocks | AllowTabbedDocks | AllowNestedDocks);
+  setDockOptions(AllowTabbedDocks | AllowNestedDocks);
   makeCentre();
   makeDocks();
   makeMenus();
@@ -77,9 +82,13 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
   connectWork();
   connectCanvas();
   connectPreview();
+  connectFinding();
+  connectDrops();
   connectFile();
+  connectExample();
   new ShortcutPrecedence(*m_propertiesDock, *this);
-  resize(1280, 800);
+  new UndoKeys(*this);
+  resize(kUsualSize);
   restoreState();
   showPage();
   showRunState();
@@ -92,19 +101,23 @@ HostWindow::~HostWindow() {
 
 void HostWindow::makeCentre() {
   new Minimap(*m_canvas);
+  new EmptyCanvas(*m_canvas);
+  new HeatLegend(*m_canvas);
   m_pages->addWidget(m_start);
   m_pages->addWidget(m_canvas);
   auto* centre = new QWidget;
   auto* layout = new QVBoxLayout(centre);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  for (InfoLine* line : std::initializer_list<InfoLine*>{m_recovery, m_notice}) {
+  for (InfoLine* line : std::initializer_list<InfoLine*>{m_recovery, m_notice, m_diskQuestion}) {
     line->setContentsMargins(12, 8, 12, 8);
   }
   layout->addWidget(m_recovery);
   layout->addWidget(m_notice);
+  layout->addWidget(m_diskQuestion);
   layout->addWidget(m_pages, 1);
   setCentralWidget(centre);
+  statusBar()->setSizeGripEnabled(false);  // from the start, so that its first text moves nothing
 }
 
 QDockWidget* HostWindow::newDock(const QString& name, const QString& title, QWidget* content,
@@ -127,13 +140,22 @@ void HostWindow::makeDocks() {
   m_previewDock =
       newDock(QStringLiteral("preview"), tr("Preview"), m_preview, Qt::BottomDockWidgetArea);
   m_logDock = newDock(QStringLiteral("log"), tr("Log"), m_log, Qt::BottomDockWidgetArea);
+  new LogTitle(*m_logDock, m_log->model());
   m_reportDock =
       newDock(QStringLiteral("report"), tr("Run report"), m_report, Qt::BottomDockWidgetArea);
   tabifyDockWidget(m_previewDock, m_logDock);
   tabifyDockWidget(m_logDock, m_reportDock);
+  addDockWidget(Qt::BottomDockWidgetArea, m_find);
+  tabifyDockWidget(m_reportDock, m_find);
+  m_find->hide();
   m_previewDock->raise();
-  resizeDocks({m_paletteDock, m_propertiesDock}, {208, 480}, Qt::Horizontal);
-  resizeDocks({m_previewDock}, {240}, Qt::Vertical);
+  // As many characters as their texts need, as far as the canvas keeps enough.
+  const int character = fontMetrics().averageCharWidth();
+  resizeDocks({m_paletteDock, m_propertiesDock},
+              {std::min(37 * character, kUsualSize.width() / 4),
+               std::min(80 * character, kUsualSize.width() * 2 / 5)},
+              Qt::Horizontal);
+  resizeDocks({m_previewDock}, {288}, Qt::Vertical);
 }
 
 void HostWindow::connectGraph() {
@@ -149,27 +171,42 @@ void HostWindow::connectGraph() {
   connect(&m_services, &EditServices::modified, m_properties, &PropertyPanel::noteEdit);
   connect(&m_services, &EditServices::helpWanted, this, &HostWindow::showHelp);
   connect(&m_services, &EditServices::logged, m_log, &LogPanel::append);
-  connect(m_log, &LogPanel::actionWanted, this, &HostWindow::openLogEntry);
 }
 
 void HostWindow::connectWork() {
   connect(&m_run, &GraphRun::started, this, &HostWindow::showRunState);
   connect(&m_run, &GraphRun::statesChanged, this, &HostWindow::showStates);
+  connect(&m_run, &GraphRun::diskQuestionChanged, this, &HostWindow::showRunState);
   connect(&m_run, &GraphRun::ended, this, &HostWindow::showRunState);
   connect(&m_columns, &DesignColumns::changed, this,
           [this] { m_canvas->setProblems(m_columns.problems()); });
-  connect(&m_arrangement, &Arrangement::arranged, this,
-          [this](const QHash<ActionId, QPointF>& positions) {
-            if (std::exchange(m_arrangesUnasked, false)) {
-              m_graph.showAt(positions);
-            } else {
-              m_commands.moveActions(positions, {});
-            }
-            m_canvas->zoomToAll();
-          });
+  connect(&m_arrangement, &Arrangement::arranged, this, &HostWindow::showArranged);
   connect(&m_arrangement, &Arrangement::failed, this, &HostWindow::showNotice);
   connect(m_report, &RunReportPanel::actionWanted, this,
           [this](const QString& name) { select(m_graph.idOf(name), false); });
+}
+
+bool HostWindow::focusNextPrevChild(bool isForward) {
+  QWidget* next = nextInTabOrder(*this, isForward);
+  if (next != nullptr) {
+    next->setFocus(isForward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  }
+  return next != nullptr;
+}
+
+// Actions may have been deleted since it was asked for, or the whole graph be another one.
+void HostWindow::showArranged(QHash<ActionId, QPointF> positions) {
+  positions.removeIf([this](const auto& each) { return !m_graph.hasAction(each.key()); });
+  const bool isUnasked = std::exchange(m_arrangesUnasked, false);
+  if (positions.isEmpty()) {
+    return;
+  }
+  if (isUnasked) {
+    m_graph.showAt(positions);
+  } else {
+    m_commands.moveActions(positions, {});
+  }
+  m_canvas->zoomToAll();
 }
 
 void HostWindow::showPage() {
@@ -193,7 +230,7 @@ void HostWindow::showPanels(bool areShown) {
     return;
   }
   if (areShown) {
-    QMainWindow::restoreState(std::exchange(m_hidden, {}));
+    restorePanels(*this, std::exchange(m_hidden, {}));
     return;
   }
   m_hidden = QMainWindow::saveState();
@@ -228,7 +265,8 @@ void HostWindow::showRunState() {
   enableActions();
   showStates();
   if (m_run.isRunning()) {
-    m_outcome->setText(tr("Running ..."));
+    m_outcome->setText(m_run.diskQuestion() ? tr("Waiting for space on the disk")
+                                            : tr("Running ..."));
   } else if (const RunResult* result = m_run.result()) {
     showOutcome(*result);
   } else {
@@ -237,11 +275,10 @@ void HostWindow::showRunState() {
 }
 
 void HostWindow::showOutcome(const RunResult& result) {
-  const QLocale locale;
-  const QString seconds = locale.toString(result.seconds, 'f', 2);
+  const QString seconds = QLocale().toString(result.seconds, 'f', 2);
   switch (result.state) {
     case GlobalParameters::RunningState::endedNormally:
-      m_outcome->setText(tr("ok, %1 rows, %2 s").arg(locale.toString(rowCountOf(result)), seconds));
+      m_outcome->setText(summaryOf(result));
       return;
     case GlobalParameters::RunningState::stoppedByUser:
       m_outcome->setText(tr("stopped after %1 s").arg(seconds));
@@ -249,18 +286,6 @@ void HostWindow::showOutcome(const RunResult& result) {
     default:
       m_outcome->setText(tr("failed after %1 s: see the log").arg(seconds));
       m_logDock->raise();
-  }
-}
-
-void HostWindow::openLogEntry(const LogEntry& entry) {
-  const ActionId action = m_graph.idOf(entry.action);
-  if (action == kNoId) {
-    return;
-  }
-  select(action, false);
-  if (m_properties->editor() != nullptr &&
-      (entry.details.position >= 0 || !entry.details.output.isEmpty())) {
-    m_properties->editor()->showPosition(entry.details.output, entry.details.position);
   }
 }
 

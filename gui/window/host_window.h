@@ -13,10 +13,11 @@
 #include "gui/arrange/arrangement.h"
 #include "gui/document/document_file.h"
 #include "gui/document/graph_commands.h"
+#include "gui/drops/file_drop.h"
+#include "gui/recovery/unsaved_work.h"
 #include "gui/run/design_columns.h"
 #include "gui/run/graph_run.h"
 #include "gui/services/edit_services.h"
-#include "gui/window/unsaved_work.h"
 
 class QDockWidget;
 class QLabel;
@@ -26,16 +27,24 @@ class QToolBar;
 
 namespace kelvarin {
 
+class CanvasMenus;
 class CanvasView;
+class ExampleCopy;
+class FindDock;
+class DiskQuestionLine;
 class InfoLine;
 class LogPanel;
 class PalettePanel;
 class PreviewPanel;
+class ProblemWalk;
 class PropertyPanel;
 class RecoveryOffer;
 class RunReportPanel;
 class StartPage;
 class Theme;
+class Tour;
+struct FoundText;
+struct Problem;
 enum class OtherFileChoice;
 
 class HostWindow : public QMainWindow {
@@ -50,10 +59,17 @@ class HostWindow : public QMainWindow {
   // Asks first where changes would be lost.
   void newGraph();
   void open(const QString& path);
+  // As a copy: it is saved under another name, and what was installed stays as it is.
+  void openExample(const QString& path);
+  // Of the flights example, which is opened where it is not open.
+  void startTour();
   // Looks for graphs that were not saved when a program ended, and offers them over the canvas.
   void offerRecovery();
   void save();
   void saveAs();
+  // What is being typed is committed first, and is then the step that is undone.
+  void undo();
+  void redo();
   void run();
   void runToCurrent();
   void arrange();
@@ -68,6 +84,7 @@ class HostWindow : public QMainWindow {
  protected:
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
+  bool focusNextPrevChild(bool isForward) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
@@ -86,7 +103,7 @@ class HostWindow : public QMainWindow {
   void showRunState();
   void showStates();
   void showOutcome(const RunResult& result);
-  void openLogEntry(const LogEntry& entry);
+  void showArranged(QHash<ActionId, QPointF> positions);
   void showHelp(const QString& helpId);
   void showNotice(const QString& text);
 
@@ -96,18 +113,26 @@ class HostWindow : public QMainWindow {
   void makeEditMenu();
   void makeGraphMenu();
   void makeViewMenu();
+  QAction* newPanelAction(QDockWidget& panel, const QKeySequence& key);
   void makeHelpMenu();
   void makeToolBar();
-  QAction* canvasAction(QMenu& menu, const QString& text, const QKeySequence& key,
-                        const std::function<void()>& work);
   void showRecentGraphs();
   void enableActions();
   void showContextMenu(QPoint globalPosition);
   void setExpertMode(bool isExpert);
 
+  // host_window_finding.cpp
+  void connectFinding();
+  void addFindActions(QMenu& menu);
+  void addProblemActions(QMenu& menu);
+  void openLogEntry(const LogEntry& entry);
+  void goTo(ActionId action, const QString& output, int position);
+  void showFound(const FoundText& found, bool takesFocus);
+  void showProblem(const Problem& problem);
+
   // host_window_files.cpp
   void connectFile();
-  void showDocument(const QString& path, const QByteArray& document);
+  void showDocument(const QString& path, const QByteArray& document, PreparedGraph& prepared);
   void restoreGraph();
   void showTyped(const RecoveryRecord& record);
   void startSaving(const QString& path, DocumentFile::SaveMode mode);
@@ -125,14 +150,20 @@ class HostWindow : public QMainWindow {
   QString graphName() const;
   void showExamples();
 
+  // host_window_examples.cpp
+  void connectExample();
+  void beginTour();
+
   // host_window_editing.cpp
   void connectCanvas();
+  // In the editor and on the canvas.
+  void commitTyping();
   void connectPreview();
   void addChosen(const QString& typeName);
   void offerActions(const PinRef& pin, QPointF scenePosition, QPoint globalPosition,
                     const QString& typed);
   void addAt(const QString& typeName, const PinRef& pin, QPointF scenePosition);
-  void addReaders(const QStringList& files, QPointF scenePosition);
+  void connectDrops();
   void select(ActionId action, bool opensEditor);
   void openEditorWindow(ActionId action);
   void previewSelection();
@@ -140,6 +171,7 @@ class HostWindow : public QMainWindow {
   void replaceCurrent(const QString& typeName);
   void askForColumnName(const PinRef& pin, const QString& column);
   void editParameters();
+  void copyCommandLine(ActionId lastAction);
 
   GraphCommands& m_commands;
   EditedGraph& m_graph;
@@ -150,10 +182,13 @@ class HostWindow : public QMainWindow {
   GraphRun m_run;
   DesignColumns m_columns;
   Arrangement m_arrangement;
+  FileDrop m_drops;
   std::function<void()> m_afterSaving;  // what waits until the graph is saved
   QByteArray m_onDisk;                  // what another program has written
+  QString m_exampleToOpen;
   bool m_isSaving = false;
-  bool m_hasGraph = false;  // else the start page is shown
+  bool m_startsTour = false;  // as soon as the example is shown
+  bool m_hasGraph = false;    // else the start page is shown
   bool m_closesWithoutAsking = false;
   QByteArray m_hidden;  // the state of the panels, while they are hidden
   bool m_hasExamples = false;
@@ -164,12 +199,18 @@ class HostWindow : public QMainWindow {
   CanvasView* m_canvas;
   RecoveryOffer* m_recovery;
   InfoLine* m_notice;
+  DiskQuestionLine* m_diskQuestion;
   PalettePanel* m_palette;
   PropertyPanel* m_properties;
   PreviewPanel* m_preview;
   LogPanel* m_log;
   RunReportPanel* m_report;
   UnsavedWork m_unsaved;
+  FindDock* m_find;
+  CanvasMenus* m_canvasMenus;
+  ProblemWalk* m_problems;
+  ExampleCopy* m_example;
+  Tour* m_tour = nullptr;  // made when it is asked for
   QDockWidget* m_paletteDock = nullptr;
   QDockWidget* m_propertiesDock = nullptr;
   QDockWidget* m_previewDock = nullptr;

@@ -1,23 +1,21 @@
 // How actions come into the graph: from the palette, by letters typed on the canvas, from links and
 // dropped files, and from what is chosen in the preview.
-#include <algorithm>
 
+#include <QApplication>
+#include <QClipboard>
 #include <QDockWidget>
-#include <QFileInfo>
 #include <QInputDialog>
 #include <QStatusBar>
 
 #include "gui/canvas/canvas_view.h"
-#include "gui/forms/edited_element.h"
-#include "gui/palette/action_search.h"
 #include "gui/palette/palette_panel.h"
 #include "gui/palette/quick_add.h"
 #include "gui/preview/preview_panel.h"
+#include "gui/properties/editor_focus.h"
+#include "gui/properties/property_panel.h"
 #include "gui/window/expression_step.h"
 #include "gui/window/host_window.h"
 #include "gui/window/parameters_dialog.h"
-#include "gui/window/property_panel.h"
-#include "host/contract/described_action.h"
 #include "host/widgets/user_interface.h"
 
 namespace kelvarin {
@@ -25,27 +23,6 @@ namespace kelvarin {
 namespace {
 
 constexpr QSize kEditorWindow{1120, 760};
-constexpr double kBetweenReaders = 96.0;
-
-// The attribute that names the file which a reader reads; empty when it has none.
-QString fileAttributeOf(const ActionItem& reader) {
-  const ActionDescription* description = descriptionOf(reader);
-  if (description == nullptr) {
-    return {};
-  }
-  for (const AttributeDescription& attribute : description->attributes) {
-    if (attribute.name == u"file" || attribute.name == u"fileName") {
-      return attribute.name;
-    }
-  }
-  return {};
-}
-
-// A number where nothing is known of it.
-PinColumns::Column columnOf(const PinColumns& known, const QString& name) {
-  const auto found = std::ranges::find(known.columns, name, &PinColumns::Column::name);
-  return found == known.columns.end() ? PinColumns::Column{name, MetaTypeColumn::number} : *found;
-}
 
 }  // namespace
 
@@ -55,10 +32,11 @@ void HostWindow::connectCanvas() {
   connect(m_canvas, &CanvasView::previewWanted, this, [this](const PinRef& pin) {
     m_previewDock->show();
     m_previewDock->raise();
+    commitTyping();
     m_preview->showPin(pin);
   });
   connect(m_canvas, &CanvasView::quickAddWanted, this, &HostWindow::offerActions);
-  connect(m_canvas, &CanvasView::filesDropped, this, &HostWindow::addReaders);
+  connect(m_canvas, &CanvasView::filesDropped, &m_drops, &FileDrop::take);
   connect(m_canvas, &CanvasView::contextMenuWanted, this, &HostWindow::showContextMenu);
   connect(m_canvas, &CanvasView::hint, this,
           [this](const QString& text) { statusBar()->showMessage(text); });
@@ -66,18 +44,16 @@ void HostWindow::connectCanvas() {
 }
 
 void HostWindow::connectPreview() {
+  const auto add = [this](const PinRef& pin, const QString& typeName, const QByteArray& element) {
+    select(addStepAt(m_commands, pin, typeName, element), true);
+  };
   connect(m_preview, &PreviewPanel::keepRowsWanted, this,
-          [this](const PinRef& pin, const RowCondition& condition) {
-            select(
-                m_commands.addLinked(QStringLiteral("FilterRows"), pin, filterElement(condition)),
-                true);
+          [add](const PinRef& pin, const RowCondition& condition) {
+            add(pin, QStringLiteral("FilterRows"), filterElement(condition));
           });
   connect(m_preview, &PreviewPanel::newColumnWanted, this,
-          [this](const PinRef& pin, const QString& column) {
-            select(
-                m_commands.addLinked(QStringLiteral("Calculator"), pin,
-                                     calculatorElement(columnOf(m_columns.columns(pin), column))),
-                true);
+          [add](const PinRef& pin, const PinColumns::Column& column, const QString& name) {
+            add(pin, QStringLiteral("Calculator"), calculatorElement(column, name));
           });
   connect(m_preview, &PreviewPanel::actionWanted, this,
           [this](ActionId action) { select(action, true); });
@@ -130,32 +106,19 @@ void HostWindow::addAt(const QString& typeName, const PinRef& pin, QPointF scene
   select(added, true);
 }
 
-void HostWindow::addReaders(const QStringList& files, QPointF scenePosition) {
-  QStringList unknown;
-  ActionId added = kNoId;
-  for (const QString& file : files) {
-    const CatalogueEntry* entry = readerOf(m_graph.catalogue(), file);
-    const QString attribute = entry == nullptr ? QString() : fileAttributeOf(*entry->prototype);
-    if (attribute.isEmpty()) {
-      unknown += QFileInfo(file).fileName();
-      continue;
+void HostWindow::connectDrops() {
+  connect(&m_drops, &FileDrop::graphWanted, this, &HostWindow::open);
+  connect(&m_drops, &FileDrop::tablesFound, this, [this] {
+    if (!m_hasGraph) {
+      newGraph();
     }
-    EditedElement element;
-    element.name = entry->typeName;
-    element.setAttribute(attribute, m_graph.graph().settings->contractFile(file));
-    added = m_commands.addAction(entry->typeName, scenePosition, QFileInfo(file).completeBaseName(),
-                                 element.document());
-    scenePosition.ry() += kBetweenReaders;
-  }
-  if (!unknown.isEmpty()) {
-    showNotice(tr("No action reads %1. Files of these types can be read: %2.")
-                   .arg(unknown.join(u", "), readableFileTypes(m_graph.catalogue()).join(u", ")));
-  }
-  if (added != kNoId) {
+  });
+  connect(&m_drops, &FileDrop::refused, this, &HostWindow::showNotice);
+  connect(&m_drops, &FileDrop::added, this, [this](ActionId reader) {
     m_previewDock->show();
     m_previewDock->raise();
-    select(added, false);
-  }
+    select(reader, false);
+  });
 }
 
 void HostWindow::select(ActionId action, bool opensEditor) {
@@ -192,12 +155,13 @@ void HostWindow::previewSelection() {
   if (current == kNoId || !m_previewDock->isVisible()) {
     return;
   }
+  m_properties->commit();
   const bool hasOutput = m_graph.pinCount(current, true) > 0;
   m_preview->showPin({current, 0, hasOutput});
 }
 
 // In the action itself where its output has a row for each row of its input, else in one that reads
-// the pin.
+// the pin, or from which it reads.
 void HostWindow::stepToRow(const PinRef& pin, long long row) {
   QList<ActionId> candidates;
   if (!pin.isOutput ||
@@ -215,6 +179,12 @@ void HostWindow::stepToRow(const PinRef& pin, long long row) {
     if (m_properties->editor() != nullptr && m_properties->editor()->stepToRow(row)) {
       return;
     }
+  }
+  const LinkId above = pin.isOutput ? kNoId : m_graph.linkInto(pin.action, pin.pin);
+  if (above != kNoId) {
+    const DrawnLink link = m_graph.link(above);
+    stepToRow({link.from, link.fromPin, true}, row);
+    return;
   }
   select(pin.action, false);
   statusBar()->showMessage(
@@ -246,6 +216,21 @@ void HostWindow::editParameters() {
   dialog->open();
 }
 
+// A command runs the file, not what is in the window. kNoId: the whole graph.
+void HostWindow::copyCommandLine(ActionId lastAction) {
+  const QString line = m_file.path().isEmpty() ? QString() : m_run.commandLine(lastAction);
+  if (line.isEmpty()) {
+    showNotice(
+        tr("A command line runs the file of a graph, and this graph has none yet. Save it, "
+           "then copy the command."));
+    return;
+  }
+  QGuiApplication::clipboard()->setText(line);
+  statusBar()->showMessage(m_graph.isModified()
+                               ? tr("Copied; it runs the graph as last saved: %1").arg(line)
+                               : tr("Copied: %1").arg(line));
+}
+
 // The selected actions, or all where fewer than two are selected.
 void HostWindow::arrange() {
   const QSet<ActionId> selected = m_canvas->selection().actions;
@@ -254,15 +239,32 @@ void HostWindow::arrange() {
                       m_canvas->boxSizes(), m_canvas->pinSpacing());
 }
 
-void HostWindow::run() {
+void HostWindow::commitTyping() {
+  if (isInside(QApplication::focusWidget(), *m_canvas)) {
+    m_canvas->setFocus();
+  }
   m_properties->commit();
+}
+
+void HostWindow::undo() {
+  commitTyping();
+  m_commands.stack().undo();
+}
+
+void HostWindow::redo() {
+  commitTyping();
+  m_commands.stack().redo();
+}
+
+void HostWindow::run() {
+  commitTyping();
   if (!m_run.start()) {
     statusBar()->showMessage(tr("There is nothing to run yet."));
   }
 }
 
 void HostWindow::runToCurrent() {
-  m_properties->commit();
+  commitTyping();
   if (const ActionId current = m_canvas->currentAction(); current != kNoId) {
     m_run.startTo(current);
   }

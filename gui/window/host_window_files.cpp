@@ -1,25 +1,31 @@
 // How the window opens, saves and closes, what it asks before anything would be lost, and what it
 // remembers of a graph.
+#include <QBuffer>
 #include <QCloseEvent>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QImage>
+#include <QLayout>
 #include <QMessageBox>
 #include <QMimeData>
-#include <QSaveFile>
 #include <QStatusBar>
 
 #include "gui/canvas/canvas_view.h"
 #include "gui/dialogs/difference_dialog.h"
 #include "gui/dialogs/file_questions.h"
 #include "gui/dialogs/question.h"
+#include "gui/properties/property_panel.h"
+#include "gui/recovery/recovery_offer.h"
+#include "gui/recovery/restored_texts.h"
+#include "gui/window/example_copy.h"
 #include "gui/window/examples.h"
 #include "gui/window/host_window.h"
-#include "gui/window/property_panel.h"
-#include "gui/window/recovery_offer.h"
+#include "gui/window/panel_layout.h"
 #include "gui/window/start_page.h"
 #include "gui/window/window_state.h"
+#include "host/contract/host_session.h"
+#include "host/files/replace_file.h"
 #include "host/widgets/info_line.h"
 #include "host/widgets/user_interface.h"
 
@@ -27,7 +33,6 @@ namespace kelvarin {
 
 namespace {
 
-const QString kGraphSuffix = QStringLiteral(".kelvarin");
 constexpr double kPictureScale = 2.0;
 
 }  // namespace
@@ -36,14 +41,26 @@ void HostWindow::connectFile() {
   connect(m_start, &StartPage::newWanted, this, &HostWindow::newGraph);
   connect(m_start, &StartPage::openWanted, this, &HostWindow::chooseFileToOpen);
   connect(m_start, &StartPage::graphWanted, this, &HostWindow::open);
+  connect(m_start, &StartPage::exampleWanted, this, &HostWindow::openExample);
+  connect(m_start, &StartPage::tourWanted, this, &HostWindow::startTour);
   connect(m_recovery, &RecoveryOffer::restoreWanted, this, &HostWindow::restoreGraph);
-  connect(&m_unsaved, &UnsavedWork::failed, this, [this](const QString& why) {
-    showNotice(tr("No recovery file can be written: %1. Save often until there is one.").arg(why));
-  });
-  connect(&m_file, &DocumentFile::opened, this, &HostWindow::showDocument);
+  connect(&m_unsaved, &UnsavedWork::failed, this,
+          [this](const QString& why) { showNotice(noRecoveryText(why)); });
+  m_file.setPreparation(
+      [&catalogue = m_graph.catalogue(), settings = m_settings, session = HostSession::current()](
+          const QString& path, const QByteArray& document) {
+        const HostSession::Scope scope(session);
+        return std::make_shared<PreparedGraph>(document, path, catalogue, settings);
+      });
+  connect(&m_file, &DocumentFile::opened, this,
+          [this](const QString& path, const QByteArray& document,
+                 const std::shared_ptr<PreparedGraph>& prepared) {
+            showDocument(path, document, *prepared);
+          });
   connect(&m_file, &DocumentFile::openFailed, this,
           [this](const QString& path, const std::vector<GraphError>& faults) {
             forgetRecentGraph(path);
+            m_exampleToOpen.clear();
             showPage();
             showNotice(faults.front().text());
             emit graphShown();
@@ -92,8 +109,10 @@ void HostWindow::newGraph() {
     m_file.forget();
     m_graph.load(QByteArrayLiteral("<KelvarinGraph version='1.0'>\n</KelvarinGraph>\n"), {});
     m_hasGraph = true;
+    m_example->begin({});
     m_unsaved.begin({}, {});
     showPage();
+    m_canvas->zoomToAll();
     m_canvas->setFocus();
     emit graphShown();
   });
@@ -111,27 +130,24 @@ void HostWindow::chooseFileToOpen() {
   }
 }
 
-void HostWindow::showDocument(const QString& path, const QByteArray& document) {
+void HostWindow::showDocument(const QString& path, const QByteArray& document,
+                              PreparedGraph& prepared) {
   keepState();
   m_notice->clear();
   m_services.forgetColumns();
-  const bool isGraph = m_graph.load(document, path, m_settings);
-  m_hasGraph = isGraph;
+  m_graph.load(std::move(prepared));
+  m_hasGraph = true;
+  m_example->begin(path == m_exampleToOpen ? path : QString());
+  m_exampleToOpen.clear();
   showPage();
-  if (!isGraph) {
-    m_file.forget();
-    m_unsaved.end();
-    showNotice(
-        tr("%1 is no graph: %2")
-            .arg(path, m_graph.faults().empty() ? QString() : m_graph.faults().front().text()));
-  } else {
-    m_unsaved.begin(m_file.path(), document);
+  m_unsaved.begin(m_file.path(), document);
+  if (!m_file.path().isEmpty()) {
     noteRecentGraph(path);
-    restoreState();
-    m_canvas->setFocus();
-    for (const GraphError& fault : m_graph.faults()) {
-      m_services.log(LogLevel::error, fault.text(), nullptr);
-    }
+  }
+  restoreState();
+  m_canvas->setFocus();
+  for (const GraphError& fault : m_graph.faults()) {
+    m_services.log(LogLevel::error, fault.text(), nullptr);
   }
   emit graphShown();
 }
@@ -159,6 +175,7 @@ void HostWindow::restoreGraph() {
     m_graph.markSaved({}, record.graphFile);
     m_file.resume(record.graphFile, record.savedDigest);
     m_hasGraph = true;
+    m_example->begin({});
     m_unsaved.resume(std::move(file));
     showPage();
     restoreState();
@@ -177,20 +194,8 @@ void HostWindow::showTyped(const RecoveryRecord& record) {
     m_canvas->setFocus();
     return;
   }
-  QMap<QString, QString> taken;
-  if (UpdateClassWidget* editor = m_properties->editor()) {
-    editor->restoreUncommitted(record.typed);
-    taken = editor->uncommittedState();
-  }
-  QStringList lines;
-  for (auto field = record.typed.begin(); field != record.typed.end(); ++field) {
-    if (taken.value(field.key()) != field.value()) {
-      lines += QStringLiteral("%1: %2").arg(field.key(), field.value());
-    }
-  }
-  if (!lines.isEmpty()) {
-    lines.prepend(tr("This was being typed into '%1':").arg(record.action));
-    showNotice(lines.join(u'\n'));
+  if (const QString left = restoreTexts(record, *m_properties); !left.isEmpty()) {
+    showNotice(left);
   }
 }
 
@@ -198,7 +203,7 @@ void HostWindow::save() {
   if (!m_hasGraph || m_isSaving) {
     return;
   }
-  m_properties->commit();
+  commitTyping();
   if (m_file.path().isEmpty()) {
     saveAs();
   } else {
@@ -207,7 +212,7 @@ void HostWindow::save() {
 }
 
 void HostWindow::saveAs() {
-  m_properties->commit();
+  commitTyping();
   const QString path = askForGraphName(this, suggestedName());
   if (path.isEmpty()) {
     m_afterSaving = nullptr;
@@ -221,6 +226,9 @@ QString HostWindow::suggestedName() const {
   const QString& origin = m_graph.graph().file;
   if (!m_file.path().isEmpty()) {
     return m_file.path();
+  }
+  if (m_example->isOpen()) {
+    return QDir::home().filePath(QFileInfo(origin).fileName());
   }
   return origin.isEmpty() ? QDir::current().filePath(tr("graph"))
                           : QFileInfo(origin).dir().filePath(graphName());
@@ -239,6 +247,7 @@ void HostWindow::afterSaving(const QByteArray& document) {
   noteRecentGraph(m_file.path());
   showTitle();
   statusBar()->showMessage(tr("Saved %1.").arg(m_file.path()));
+  m_example->takeFilesTo(m_file.path());
   if (const auto next = std::exchange(m_afterSaving, nullptr)) {
     next();
   }
@@ -274,7 +283,7 @@ void HostWindow::settleOtherFile(OtherFileChoice choice) {
 }
 
 void HostWindow::afterUnsavedChanges(const std::function<void()>& next) {
-  m_properties->commit();
+  commitTyping();
   if (!m_hasGraph || !m_graph.isModified()) {
     next();
     return;
@@ -294,7 +303,7 @@ void HostWindow::afterUnsavedChanges(const std::function<void()>& next) {
 }
 
 void HostWindow::closeEvent(QCloseEvent* event) {
-  m_properties->commit();
+  commitTyping();
   if (!m_closesWithoutAsking && m_hasGraph && m_graph.isModified()) {
     event->ignore();
     afterUnsavedChanges([this] {
@@ -331,14 +340,8 @@ void HostWindow::dropEvent(QDropEvent* event) {
       files += url.toLocalFile();
     }
   }
-  if (files.size() == 1 && files.front().endsWith(kGraphSuffix)) {
-    open(files.front());
-    return;
-  }
-  if (!m_hasGraph) {
-    newGraph();
-  }
-  addReaders(files, m_canvas->pointOfInterest());
+  event->acceptProposedAction();
+  m_drops.take(files, m_canvas->pointOfInterest());
 }
 
 void HostWindow::exportCanvas() {
@@ -350,36 +353,36 @@ void HostWindow::exportCanvas() {
   if (path.isEmpty()) {
     return;
   }
-  QSaveFile file(path);
-  bool isWritten = file.open(QIODevice::WriteOnly);
-  if (isWritten && path.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
-    isWritten = m_canvas->asImage(kPictureScale).save(&file, "PNG");
-  } else if (isWritten) {
-    const QByteArray drawing = m_canvas->asSvg();
-    isWritten = file.write(drawing) == drawing.size();
+  QByteArray picture;
+  if (path.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
+    QBuffer buffer(&picture);
+    buffer.open(QIODevice::WriteOnly);
+    m_canvas->asImage(kPictureScale).save(&buffer, "PNG");
+  } else {
+    picture = m_canvas->asSvg();
   }
-  if (isWritten && file.commit()) {
+  if (const auto outcome = replaceFile(path, picture); outcome) {
     statusBar()->showMessage(tr("Saved %1.").arg(path));
   } else {
-    showNotice(tr("%1 cannot be written: %2").arg(path, file.errorString()));
+    showNotice(tr("%1 cannot be written: %2").arg(path, outcome.error()));
   }
 }
 
 void HostWindow::keepState() {
   const CanvasExtract extract = m_canvas->extract();
   const ActionId current = m_canvas->currentAction();
-  keepWindowState(m_hasGraph ? m_file.path() : QString(),
+  keepWindowState(m_hasGraph ? m_graph.graph().file : QString(),
                   {saveGeometry(), m_hidden.isEmpty() ? QMainWindow::saveState() : m_hidden,
                    extract.zoom, extract.centre.x(), extract.centre.y(),
                    current == kNoId ? QString() : m_graph.name(current)});
 }
 
 void HostWindow::restoreState() {
-  const WindowState state = windowStateOf(m_file.path());
+  const WindowState state = windowStateOf(m_graph.graph().file);
   if (!state.panels.isEmpty()) {
     restoreGeometry(state.geometry);
     if (m_hidden.isEmpty()) {
-      QMainWindow::restoreState(state.panels);
+      restorePanels(*this, state.panels);
     } else {
       m_hidden = state.panels;
     }
@@ -391,6 +394,7 @@ void HostWindow::restoreState() {
     select(action, false);
   }
   arrangeUnplaced();
+  centralWidget()->layout()->activate();  // lines above the canvas may have come or gone
   if (state.zoom > 0.0) {
     m_canvas->setExtract({state.zoom, {state.centreX, state.centreY}});
   } else {

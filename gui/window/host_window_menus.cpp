@@ -1,14 +1,11 @@
 // The menus of the window, its tool bar and the menu of the canvas.
 #include <QActionGroup>
-#include <QApplication>
-#include <QClipboard>
 #include <QDesktopServices>
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
 #include <QSettings>
-#include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -17,8 +14,9 @@
 #include "gui/log/log_panel.h"
 #include "gui/palette/action_search.h"
 #include "gui/palette/palette_panel.h"
+#include "gui/properties/property_panel.h"
+#include "gui/window/canvas_menus.h"
 #include "gui/window/host_window.h"
-#include "gui/window/property_panel.h"
 #include "gui/window/window_state.h"
 #include "host/widgets/action_icon.h"
 #include "host/widgets/icons.h"
@@ -83,39 +81,25 @@ void HostWindow::showRecentGraphs() {
   }
 }
 
-// Its key works while the canvas has the focus: text fields have keys of their own for the same.
-QAction* HostWindow::canvasAction(QMenu& menu, const QString& text, const QKeySequence& key,
-                                  const std::function<void()>& work) {
-  QAction* action = menu.addAction(text, this, work);
-  action->setShortcut(key);
-  action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-  m_canvas->addAction(action);
-  m_graphActions.push_back(action);
-  return action;
-}
-
 void HostWindow::makeEditMenu() {
   QMenu* edit = menuBar()->addMenu(tr("&Edit"));
   m_undoAction = m_commands.stack().createUndoAction(this, tr("Undo"));
+  const QUndoStack& stack = m_commands.stack();
+  disconnect(m_undoAction, &QAction::triggered, &stack, &QUndoStack::undo);
+  connect(m_undoAction, &QAction::triggered, this, &HostWindow::undo);
   m_undoAction->setIcon(icon(IconName::undo));
   m_undoAction->setShortcut(QKeySequence::Undo);
   m_redoAction = m_commands.stack().createRedoAction(this, tr("Redo"));
+  disconnect(m_redoAction, &QAction::triggered, &stack, &QUndoStack::redo);
+  connect(m_redoAction, &QAction::triggered, this, &HostWindow::redo);
   m_redoAction->setIcon(icon(IconName::redo));
   m_redoAction->setShortcuts(
       {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
   edit->addActions({m_undoAction, m_redoAction});
   edit->addSeparator();
-  canvasAction(*edit, tr("Cu&t"), QKeySequence::Cut, [this] { m_canvas->cutSelection(); });
-  canvasAction(*edit, tr("&Copy"), QKeySequence::Copy, [this] { m_canvas->copySelection(); });
-  canvasAction(*edit, tr("&Paste"), QKeySequence::Paste, [this] { m_canvas->paste(); });
-  canvasAction(*edit, tr("&Duplicate"), Qt::CTRL | Qt::Key_D,
-               [this] { m_canvas->duplicateSelection(); });
-  canvasAction(*edit, tr("D&elete"), QKeySequence::Delete, [this] { m_canvas->deleteSelection(); });
-  canvasAction(*edit, tr("Delete and close the &gap"), Qt::CTRL | Qt::Key_Delete,
-               [this] { m_canvas->deleteSelectionClosingGaps(); });
+  m_canvasMenus->fillEdit(*edit);
   edit->addSeparator();
-  canvasAction(*edit, tr("Select &all"), QKeySequence::SelectAll,
-               [this] { m_canvas->selectAll(); });
+  addFindActions(*edit);
 }
 
 void HostWindow::makeGraphMenu() {
@@ -126,84 +110,63 @@ void HostWindow::makeGraphMenu() {
   m_stopAction =
       graph->addAction(icon(IconName::stop), tr("&Stop"), this, [this] { m_run.stop(); });
   m_stopAction->setShortcut(Qt::SHIFT | Qt::Key_F5);
-  QAction* command =
-      graph->addAction(icon(IconName::copy), tr("Copy as command &line"), this, [this] {
-        QApplication::clipboard()->setText(m_run.commandLine());
-        statusBar()->showMessage(tr("Copied: %1").arg(m_run.commandLine()));
-      });
+  QAction* command = graph->addAction(icon(IconName::copy), tr("Copy as command &line"), this,
+                                      [this] { copyCommandLine(kNoId); });
+  QAction* commandToHere = graph->addAction(tr("Copy run to here as &command line"), this,
+                                            [this] { copyCommandLine(m_canvas->currentAction()); });
   m_parametersAction = graph->addAction(tr("&Parameters ..."), this, &HostWindow::editParameters);
   graph->addSeparator();
 
   QAction* openEditor = graph->addAction(tr("&Open in a window"), this,
                                          [this] { openEditorWindow(m_canvas->currentAction()); });
-  QAction* preview = canvasAction(*graph, tr("Pre&view"), Qt::CTRL | Qt::Key_Return, [this] {
-    m_previewDock->show();
-    m_previewDock->raise();
-    previewSelection();
-  });
-  QAction* rename =
-      canvasAction(*graph, tr("Re&name"), Qt::Key_F2, [this] { m_canvas->renameCurrent(); });
-  QAction* disable = canvasAction(*graph, tr("Switch on or o&ff"), Qt::CTRL | Qt::Key_E,
-                                  [this] { m_canvas->toggleDisabled(); });
   m_replaceMenu = graph->addMenu(tr("Replace &by"));
   for (const CatalogueEntry& entry : m_graph.catalogue().entries()) {
     m_replaceMenu->addAction(actionIcon(*entry.prototype, kPictureSize), entry.typeName, this,
                              [this, type = entry.typeName] { replaceCurrent(type); });
   }
   graph->addSeparator();
-  QAction* note = graph->addAction(tr("Add a no&te"), this, [this] { m_canvas->addNoteHere(); });
   QAction* arranged = graph->addAction(tr("&Arrange"), this, &HostWindow::arrange);
   arranged->setShortcut(Qt::CTRL | Qt::Key_L);
-  QMenu* align = graph->addMenu(tr("A&lign"));
-  const std::pair<Qt::Edge, QString> edges[] = {{Qt::LeftEdge, tr("&Left edges")},
-                                                {Qt::RightEdge, tr("&Right edges")},
-                                                {Qt::TopEdge, tr("&Top edges")},
-                                                {Qt::BottomEdge, tr("&Bottom edges")}};
-  for (const auto& [edge, label] : edges) {
-    align->addAction(label, this, [this, side = edge] { m_canvas->alignSelection(side); });
-  }
-  m_graphActions.insert(m_graphActions.end(),
-                        {command, m_parametersAction, note, arranged, align->menuAction()});
-  m_actionActions.insert(m_actionActions.end(), {openEditor, preview, rename, disable,
-                                                 m_runToAction, m_replaceMenu->menuAction()});
-
+  m_canvasMenus->fillGraph(*graph, {openEditor, m_runToAction, m_replaceMenu->menuAction()},
+                           arranged);
+  graph->addSeparator();
+  addProblemActions(*graph);
+  m_graphActions.insert(m_graphActions.end(), {command, m_parametersAction, arranged});
+  m_actionActions.insert(m_actionActions.end(),
+                         {openEditor, m_runToAction, commandToHere, m_replaceMenu->menuAction()});
   m_contextMenu = new QMenu(this);
-  m_contextMenu->addActions(
-      {openEditor, preview, m_runToAction, rename, disable, m_replaceMenu->menuAction()});
-  m_contextMenu->addSeparator();
-  m_contextMenu->addActions({note, arranged});
 }
 
 void HostWindow::showContextMenu(QPoint globalPosition) {
-  m_contextMenu->popup(globalPosition);
+  m_canvasMenus->popup(*m_contextMenu, globalPosition);
+}
+
+// A panel behind others in its tabs counts as not shown, and comes to the front.
+QAction* HostWindow::newPanelAction(QDockWidget& panel, const QKeySequence& key) {
+  auto* action = new QAction(panel.windowTitle(), this);
+  action->setCheckable(true);
+  action->setShortcut(key);
+  connect(&panel, &QDockWidget::visibilityChanged, action, &QAction::setChecked);
+  connect(action, &QAction::triggered, &panel, [&panel](bool isShown) {
+    panel.setVisible(isShown);
+    panel.raise();
+  });
+  return action;
 }
 
 void HostWindow::makeViewMenu() {
   QMenu* view = menuBar()->addMenu(tr("&View"));
-  const std::pair<QDockWidget*, Qt::Key> panels[] = {{m_paletteDock, Qt::Key_E},
-                                                     {m_propertiesDock, Qt::Key_R},
-                                                     {m_previewDock, Qt::Key_P},
-                                                     {m_logDock, Qt::Key_L}};
+  const std::pair<QDockWidget*, QKeySequence> panels[] = {
+      {m_paletteDock, Qt::CTRL | Qt::SHIFT | Qt::Key_E},
+      {m_propertiesDock, Qt::CTRL | Qt::SHIFT | Qt::Key_R},
+      {m_previewDock, Qt::CTRL | Qt::SHIFT | Qt::Key_P},
+      {m_logDock, Qt::CTRL | Qt::SHIFT | Qt::Key_L},
+      {m_reportDock, {}}};
   for (const auto& [dock, key] : panels) {
-    QAction* action = view->addAction(dock->windowTitle(), this, [shown = dock] {
-      const bool isSeen = shown->isVisible() && !shown->visibleRegion().isEmpty();
-      shown->setVisible(!isSeen);
-      shown->raise();
-    });
-    action->setShortcut(Qt::CTRL | Qt::SHIFT | key);
+    view->addAction(newPanelAction(*dock, key));
   }
-  view->addAction(m_reportDock->toggleViewAction());
   view->addSeparator();
-  QAction* larger = view->addAction(tr("Zoom &in"), this, [this] { m_canvas->zoomBy(1.25); });
-  larger->setShortcuts({QKeySequence::ZoomIn, QKeySequence(Qt::CTRL | Qt::Key_Equal)});
-  QAction* smaller = view->addAction(tr("Zoom &out"), this, [this] { m_canvas->zoomBy(0.8); });
-  smaller->setShortcut(QKeySequence::ZoomOut);
-  QAction* whole = view->addAction(tr("&Whole graph"), this, [this] { m_canvas->zoomToAll(); });
-  whole->setShortcut(Qt::CTRL | Qt::Key_0);
-  QAction* heat = view->addAction(tr("&Heat map of the last run"));
-  heat->setCheckable(true);
-  connect(heat, &QAction::toggled, this, [this](bool shows) { m_canvas->setShowsHeatMap(shows); });
-  m_graphActions.insert(m_graphActions.end(), {larger, smaller, whole, heat});
+  m_canvasMenus->fillView(*view);
   view->addSeparator();
 
   QMenu* themes = view->addMenu(tr("&Theme"));
@@ -237,7 +200,9 @@ void HostWindow::makeHelpMenu() {
   QMenu* help = menuBar()->addMenu(tr("&Help"));
   QAction* action = help->addAction(icon(IconName::help), tr("&This action"), this,
                                     [this] { showHelp(m_graph.typeName(m_properties->action())); });
+  action->setShortcut(Qt::Key_F1);
   m_actionActions.push_back(action);
+  help->addAction(tr("T&our of an example"), this, &HostWindow::startTour);
   help->addAction(tr("&Keyboard"), this, [this] { showKeys(this); });
 }
 
@@ -256,9 +221,12 @@ void HostWindow::makeToolBar() {
   }
   m_bar->addSeparator();
   m_bar->addAction(m_parametersAction);
+  for (auto* button : m_bar->findChildren<QToolButton*>()) {
+    button->setFocusPolicy(Qt::TabFocus);
+  }
   m_bar->addWidget(stretch());
   m_outcome->setContentsMargins(8, 0, 12, 0);
-  m_outcome->setAccessibleName(tr("Outcome of the last run"));
+  m_outcome->setAccessibleDescription(tr("Outcome of the last run"));
   m_bar->addWidget(m_outcome);
 }
 
@@ -270,6 +238,7 @@ void HostWindow::enableActions() {
   for (QAction* action : m_actionActions) {
     action->setEnabled(hasAction);
   }
+  m_canvasMenus->enable(m_hasGraph);
   const bool isRunning = m_run.isRunning();
   m_runAction->setEnabled(m_hasGraph && !isRunning);
   m_runToAction->setEnabled(hasAction && !isRunning);

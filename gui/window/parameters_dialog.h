@@ -1,4 +1,4 @@
-// The parameters of the graph as a table: name, value, and which actions use it.
+// The parameters of the graph as a table: name, value, and what uses them.
 //
 // Threads: the user-interface thread.
 #pragma once
@@ -7,11 +7,12 @@
 
 #include "gui/document/graph_commands.h"
 
-class QTableWidget;
+class QTableView;
 
 namespace kelvarin {
 
 class InfoLine;
+class ParametersModel;
 
 class ParametersDialog : public QDialog {
   Q_OBJECT
@@ -20,18 +21,20 @@ class ParametersDialog : public QDialog {
   explicit ParametersDialog(GraphCommands& commands, QWidget* parent = nullptr);
 
  private:
-  void addRow(const DrawnParameter& parameter);
+  void makeTable();
+  QLayout* newButtons();
+  void edit(const QModelIndex& cell);
   void removeCurrent();
-  QList<DrawnParameter> typed() const;
-  // Empty when the graph can have them.
-  QString faultOf(const QList<DrawnParameter>& parameters) const;
   void validate();
   void apply();
 
   GraphCommands& m_commands;
-  QTableWidget* m_table;
+  ParametersModel* m_model;
+  QTableView* m_table;
   InfoLine* m_fault;
-  QPushButton* m_apply;
+  InfoLine* m_missing;
+  QPushButton* m_remove;
+  QPushButton* m_apply = nullptr;
 };
 
 }  // namespace kelvarin

@@ -20,11 +20,12 @@ namespace {
 
 constexpr int kShownRecent = 8;
 constexpr QSize kPictureSize{208, 112};
-constexpr int kExamplesInRow = 2;  // beside the panels of a window of usual size
+constexpr int kExamplesInRow = 3;
 constexpr int kWidth = 760;
 
 QLabel* heading(const QString& text, double factor) {
   auto* label = new QLabel(text);
+  label->setWordWrap(true);
   QFont font = label->font();
   font.setPointSizeF(font.pointSizeF() * factor);
   label->setFont(font);
@@ -77,10 +78,15 @@ QWidget* StartPage::newHeader() {
   auto* open = new QPushButton(icon(IconName::browse), tr("&Open ..."));
   connect(make, &QPushButton::clicked, this, &StartPage::newWanted);
   connect(open, &QPushButton::clicked, this, &StartPage::openWanted);
+  auto* tour = new QPushButton(icon(IconName::help), tr("Take the &tour"));
+  tour->setObjectName(QStringLiteral("takeTour"));
+  tour->setToolTip(tr("Five steps through an example; you can leave at any time."));
+  connect(tour, &QPushButton::clicked, this, &StartPage::tourWanted);
   auto* buttons = new QHBoxLayout;
   buttons->setSpacing(8);
   buttons->addWidget(make);
   buttons->addWidget(open);
+  buttons->addWidget(tour);
   buttons->addStretch(1);
   auto* hint = new QLabel(
       tr("Or drop a data file here: CSV, Parquet, Arrow or a columnar file. You see its first "
@@ -155,7 +161,7 @@ void StartPage::addExample(const QString& path, const QString& title, const QStr
   button->setAccessibleName(title);
   button->setAccessibleDescription(description);
   button->setAutoRaise(true);
-  connect(button, &QToolButton::clicked, this, [this, path] { emit graphWanted(path); });
+  connect(button, &QToolButton::clicked, this, [this, path] { emit exampleWanted(path); });
   const int index = m_examples->count();
   m_examples->addWidget(button, index / kExamplesInRow, index % kExamplesInRow);
   m_examplesPart->show();

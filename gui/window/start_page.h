@@ -27,6 +27,8 @@ class StartPage : public QWidget {
   void newWanted();
   void openWanted();
   void graphWanted(const QString& path);
+  void exampleWanted(const QString& path);
+  void tourWanted();
 
  private:
   QWidget* newHeader();

@@ -8,6 +8,8 @@ bool ColumnUser::renameMadeColumn(const QString&, const QString&) {
   return false;
 }
 
+void ColumnUser::renameParameter(const QString&, const QString&) {}
+
 QStringList ColumnUser::expressions() const {
   return {};
 }

@@ -26,6 +26,9 @@ class KELVARIN_CORE ColumnUser {
   virtual ColumnFate followColumn(const QString& oldName, const QString& newName) = 0;
   // Gives a column that the action makes another name; false when it makes none of this name.
   virtual bool renameMadeColumn(const QString& oldName, const QString& newName);
+  // A graph parameter is called otherwise from now on: its bare name in expressions follows, but
+  // for an action with a variable of that name.
+  virtual void renameParameter(const QString& oldName, const QString& newName);
   // Those in which columns and graph parameters stand by their names.
   virtual QStringList expressions() const;
 };

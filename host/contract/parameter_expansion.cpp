@@ -1,5 +1,7 @@
 #include "host/contract/parameter_expansion.h"
 
+#include <QStringList>
+
 namespace kelvarin {
 
 ParameterExpansion::ParameterExpansion(const QString& text, const QMap<QString, QString>& values) {
@@ -27,6 +29,12 @@ ParameterExpansion::ParameterExpansion(const QString& text, const QMap<QString, 
       m_text += *value;
     }
   }
+}
+
+bool isFreeText(const QString& attributeName) {
+  static const QStringList kFreeTexts{QStringLiteral("expression"), QStringLiteral("Expression"),
+                                      QStringLiteral("notes"), QStringLiteral("comments")};
+  return kFreeTexts.contains(attributeName);
 }
 
 }  // namespace kelvarin

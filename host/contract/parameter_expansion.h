@@ -32,4 +32,7 @@ class KELVARIN_CORE ParameterExpansion {
   bool m_isTooLong = false;
 };
 
+// Of attributes in which `${` is nothing but text: formulas and notes.
+KELVARIN_CORE bool isFreeText(const QString& attributeName);
+
 }  // namespace kelvarin

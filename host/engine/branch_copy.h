@@ -23,8 +23,6 @@ class GraphSnapshot {
   // With all that is wrong in it.
   Result<OpenedGraph, GraphErrors> open(const ActionCatalogue& catalogue) const;
 
-  bool operator==(const GraphSnapshot& other) const { return m_document == other.m_document; }
-
  private:
   QByteArray m_document;
   QString m_file;
@@ -41,10 +39,6 @@ class BranchDocument {
   Result<Graph, QString> makeCopy(const ActionCatalogue& catalogue) const;
   // The last action in the copy, by its name.
   const QString& lastAction() const { return m_lastAction; }
-
-  bool operator==(const BranchDocument& other) const {
-    return m_snapshot == other.m_snapshot && m_lastAction == other.m_lastAction;
-  }
 
  private:
   GraphSnapshot m_snapshot;

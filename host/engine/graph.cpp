@@ -1,6 +1,7 @@
 #include "host/engine/graph.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "host/contract/host_session.h"
 #include "host/contract/log_details.h"
@@ -63,6 +64,27 @@ const GraphLink* Graph::linkTo(const ActionItem& item, int pin) const {
     return link.to == index && link.toPin == pin;
   });
   return found == links.end() ? nullptr : &*found;
+}
+
+void Graph::keepOnly(const std::vector<char>& isKept) {
+  std::vector<int> newIndex;  // by the old one; -1: taken out
+  std::vector<GraphAction> kept;
+  for (std::size_t i = 0; i < actions.size(); ++i) {
+    newIndex.push_back(isKept[i] != 0 ? static_cast<int>(kept.size()) : -1);
+    if (isKept[i] != 0) {
+      kept.push_back(std::move(actions[i]));
+    }
+  }
+  actions = std::move(kept);
+  for (GraphLink& link : links) {
+    link.from = newIndex[at(link.from)];
+    link.to = newIndex[at(link.to)];
+  }
+  std::erase_if(links, [](const GraphLink& link) { return link.from < 0 || link.to < 0; });
+  for (GraphWarning& warning : warnings) {
+    warning.action = newIndex[at(warning.action)];
+  }
+  std::erase_if(warnings, [](const GraphWarning& warning) { return warning.action < 0; });
 }
 
 void reportWarnings(const Graph& graph) {

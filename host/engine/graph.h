@@ -67,6 +67,8 @@ struct Graph {
   int indexOf(const ActionItem& item) const;
   // Null when nothing is linked to the input pin.
   const GraphLink* linkTo(const ActionItem& item, int pin) const;
+  // Takes out the actions with a 0, their links and their warnings.
+  void keepOnly(const std::vector<char>& isKept);
 };
 
 // Logs its warnings, and which actions get no rows, each on behalf of its action.

@@ -26,12 +26,6 @@ QString attribute(const XMLNode& node, const char16_t* name) {
 
 // Texts that the user reads or that expressions are made of; "${" in them is no reference to a
 // parameter.
-bool isFreeText(const QString& attributeName) {
-  static const QStringList kFreeTexts{QStringLiteral("expression"), QStringLiteral("Expression"),
-                                      QStringLiteral("notes"), QStringLiteral("comments")};
-  return kFreeTexts.contains(attributeName);
-}
-
 }  // namespace
 
 GraphDocument::GraphDocument(const QString& file, const ActionCatalogue& catalogue, Faults faults)
@@ -333,7 +327,7 @@ GraphDocument::EndOfLink GraphDocument::endOfLink(const XMLNode& node, const cha
   EndOfLink end{m_indexOfAction.value(name, -1), 0};
   if (end.action < 0) {
     if (m_hasAllActions || m_faults == Faults::keep) {
-      refuse(node, engine_messages::linkToAbsentAction(name, nearestNames(name, actionNames())));
+      refuse(node, engine_messages::absentAction(name, nearestNames(name, actionNames())));
     }
     return {};
   }

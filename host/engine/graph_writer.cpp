@@ -2,10 +2,9 @@
 
 #include <sstream>
 
-#include <QSaveFile>
-
 #include "host/contract/attribute_table.h"
 #include "host/engine/messages.h"
+#include "host/files/replace_file.h"
 
 namespace kelvarin {
 
@@ -100,10 +99,8 @@ Status<QString> saveGraph(const Graph& graph, const QString& file) {
 }
 
 Status<QString> saveGraphDocument(const QByteArray& document, const QString& file) {
-  QSaveFile target(file);
-  if (!target.open(QIODevice::WriteOnly) || target.write(document) != document.size() ||
-      !target.commit()) {
-    return Failure{engine_messages::cannotSaveGraph(file, target.errorString())};
+  if (const auto outcome = replaceFile(file, document); !outcome) {
+    return Failure{engine_messages::cannotSaveGraph(file, outcome.error())};
   }
   return Done{};
 }

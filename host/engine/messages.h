@@ -19,6 +19,13 @@ inline QString outOfMemory(const QString& action) {
       .arg(action);
 }
 
+inline QString diskFull(const QString& file, int missingBytes) {
+  return QStringLiteral(
+             "The disk is full: %2 more bytes are needed for the file '%1'. Free some space "
+             "on its disk.")
+      .arg(file, QString::number(missingBytes));
+}
+
 inline QString severalRowsInOneCall(const QString& action) {
   return QStringLiteral(
              "Internal error in action '%1': it gave several rows in one step. The run is stopped.")
@@ -239,7 +246,7 @@ inline QString emptyActionName() {
   return QStringLiteral("the action's name is empty; links refer to actions by their names.");
 }
 
-inline QString linkToAbsentAction(const QString& name, const QStringList& nearest) {
+inline QString absentAction(const QString& name, const QStringList& nearest) {
   return nearest.isEmpty() ? QStringLiteral("there is no action named '%1'.").arg(name)
                            : QStringLiteral("there is no action named '%1'; did you mean '%2'?")
                                  .arg(name, nearest.join(QStringLiteral("' or '")));

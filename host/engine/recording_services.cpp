@@ -27,10 +27,6 @@ QStringList RecordingServices::columnsNamedBy(const ActionItem& action) {
   return found == m_namedColumns.end() ? QStringList() : found->second;
 }
 
-void RecordingServices::log(LogLevel level, const QString& text, const ActionItem* action) {
-  logDetailed(level, text, action, {});
-}
-
 void RecordingServices::logDetailed(LogLevel level, const QString& text, const ActionItem* action,
                                     const LogDetails& details) {
   LogLine line{level, action == nullptr ? QString() : action->name(), text, details};
@@ -41,9 +37,7 @@ void RecordingServices::logDetailed(LogLevel level, const QString& text, const A
     const std::lock_guard lock(m_mutex);
     m_log.push_back(line);
   }
-  if (m_program != nullptr) {
-    m_program->logDetailed(level, text, action, line.details);
-  }
+  ForwardingServices::logDetailed(level, text, action, line.details);
 }
 
 void RecordingServices::backendsChosen(const ActionItem& action, const QStringList& labels) {
@@ -51,9 +45,7 @@ void RecordingServices::backendsChosen(const ActionItem& action, const QStringLi
     const std::lock_guard lock(m_mutex);
     m_backends[&action] = labels;
   }
-  if (m_program != nullptr) {
-    m_program->backendsChosen(action, labels);
-  }
+  ForwardingServices::backendsChosen(action, labels);
 }
 
 void RecordingServices::actionReported(const ActionItem& action, const ActionReport& report) {
@@ -61,9 +53,7 @@ void RecordingServices::actionReported(const ActionItem& action, const ActionRep
     const std::lock_guard lock(m_mutex);
     m_reports[&action] = report;
   }
-  if (m_program != nullptr) {
-    m_program->actionReported(action, report);
-  }
+  ForwardingServices::actionReported(action, report);
 }
 
 void RecordingServices::columnsNamed(const ActionItem& action, const QStringList& names) {
@@ -71,55 +61,7 @@ void RecordingServices::columnsNamed(const ActionItem& action, const QStringList
     const std::lock_guard lock(m_mutex);
     m_namedColumns[&action] = names;
   }
-  if (m_program != nullptr) {
-    m_program->columnsNamed(action, names);
-  }
-}
-
-bool RecordingServices::outOfDiskSpace(const QString& file, int missingBytes, bool canRetry) {
-  return m_program != nullptr && m_program->outOfDiskSpace(file, missingBytes, canRetry);
-}
-
-GlobalUserMode RecordingServices::userMode() {
-  return m_program == nullptr ? HostServices::userMode() : m_program->userMode();
-}
-
-EditedGraph* RecordingServices::editedGraph() {
-  return m_program == nullptr ? HostServices::editedGraph() : m_program->editedGraph();
-}
-
-void RecordingServices::documentWasModified() {
-  if (m_program != nullptr) {
-    m_program->documentWasModified();
-  }
-}
-
-void RecordingServices::invalidate() {
-  if (m_program != nullptr) {
-    m_program->invalidate();
-  }
-}
-
-bool RecordingServices::runBranch(EngineRunner& runner, ActionItem& action, int pin) {
-  return m_program != nullptr && m_program->runBranch(runner, action, pin);
-}
-
-PinColumns RecordingServices::columnsOfInputPin(const ActionItem& action, int pin) {
-  return m_program == nullptr ? PinColumns() : m_program->columnsOfInputPin(action, pin);
-}
-
-std::unique_ptr<RowsRequest> RecordingServices::requestRows(
-    const ActionItem& action, int pin, bool isOutput, long long limit,
-    std::shared_ptr<RowsReceiver> receiver) {
-  return m_program == nullptr
-             ? nullptr
-             : m_program->requestRows(action, pin, isOutput, limit, std::move(receiver));
-}
-
-void RecordingServices::openHelp(const QString& helpId, const QString& anchor) {
-  if (m_program != nullptr) {
-    m_program->openHelp(helpId, anchor);
-  }
+  ForwardingServices::columnsNamed(action, names);
 }
 
 }  // namespace kelvarin

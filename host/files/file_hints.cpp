@@ -59,6 +59,20 @@ bool isText(const QByteArray& start) {
   });
 }
 
+// Names the first part of the path that does not exist.
+QString missingFolderHint(const QString& folder) {
+  QString missing = folder;
+  QString parent = QFileInfo(missing).path();
+  while (!QFileInfo::exists(parent) && parent != missing) {
+    missing = parent;
+    parent = QFileInfo(missing).path();
+  }
+  return QFileInfo(parent).isDir() ? messages::noFolder(missing)
+                                   : messages::noFolderButFile(parent);
+}
+
+}  // namespace
+
 FileFormat formatOfContent(const QString& path) {
   constexpr qint64 kStart = 4096;
   QFile file(path);
@@ -76,20 +90,6 @@ FileFormat formatOfContent(const QString& path) {
   }
   return !start.isEmpty() && isText(start) ? FileFormat::text : FileFormat::unknown;
 }
-
-// Names the first part of the path that does not exist.
-QString missingFolderHint(const QString& folder) {
-  QString missing = folder;
-  QString parent = QFileInfo(missing).path();
-  while (!QFileInfo::exists(parent) && parent != missing) {
-    missing = parent;
-    parent = QFileInfo(missing).path();
-  }
-  return QFileInfo(parent).isDir() ? messages::noFolder(missing)
-                                   : messages::noFolderButFile(parent);
-}
-
-}  // namespace
 
 QString missingFileHint(const QString& path) {
   const QFileInfo file(path);

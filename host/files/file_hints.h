@@ -1,7 +1,8 @@
 // What a user may want to know about a file that cannot be read as it was named, or that is about
 // to get the name of another format.
 //
-// Used by the sources, the sinks, the reader of graph files and the commands, behind their errors.
+// Used by the sources, the sinks, the reader of graph files and the commands, behind their errors,
+// and by the window on which files are dropped.
 // Threads: any.
 #pragma once
 
@@ -16,6 +17,10 @@ namespace kelvarin {
 // names with its extension; or the part of the path that is missing. Empty where the file exists,
 // or there is nothing of that.
 KELVARIN_CORE QString missingFileHint(const QString& path);
+
+// By its first bytes; `text` where they are nothing but text, `unknown` also for what cannot be
+// read.
+KELVARIN_CORE FileFormat formatOfContent(const QString& path);
 
 // Of a file that is not what `wanted` says: what its first bytes look like and what reads it. Empty
 // where they say nothing, or look like `wanted`.

@@ -7,10 +7,13 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAbstractScrollArea>
+#include <QAction>
 #include <QApplication>
 #include <QDialog>
+#include <QDrag>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QSizeGrip>
 #include <QTest>
 #include <QTimer>
 #include <QWheelEvent>
@@ -20,6 +23,7 @@ namespace kelvarin::testing {
 namespace {
 
 constexpr int kMillisecondsBetweenAnswers = 5;
+constexpr int kStepsOfDrag = 4;
 
 constexpr std::array kKeys = {Qt::Key_Tab,    Qt::Key_Backtab,   Qt::Key_Return, Qt::Key_Escape,
                               Qt::Key_Space,  Qt::Key_Left,      Qt::Key_Right,  Qt::Key_Up,
@@ -64,7 +68,7 @@ class RandomEvents {
     if (target == nullptr) {
       return;
     }
-    switch (below(8)) {
+    switch (below(10)) {
       case 0:
         click(*target, Qt::LeftButton, anyModifier());
         break;
@@ -83,6 +87,12 @@ class RandomEvents {
       case 5:
         target->setFocus();
         break;
+      case 6:
+        drag(*target, *anyVisible());
+        break;
+      case 7:
+        triggerAny();
+        break;
       default:
         press(*withFocus(target), kLetters[below(sizeof kLetters - 1)], Qt::NoModifier);
     }
@@ -92,10 +102,12 @@ class RandomEvents {
  private:
   Qt::KeyboardModifier anyModifier() { return pick(kModifiers); }
 
+  // Grips ask the window system to resize, which needs a window that no event has closed.
   QWidget* anyVisible() {
     QList<QWidget*> visible;
     for (QWidget* widget : m_root.findChildren<QWidget*>()) {
-      if (widget->isVisibleTo(&m_root) && widget->isEnabled()) {
+      const bool isGrip = qobject_cast<QSizeGrip*>(widget) != nullptr;
+      if (widget->isVisibleTo(&m_root) && widget->isEnabled() && !isGrip) {
         visible.push_back(widget);
       }
     }
@@ -119,6 +131,38 @@ class RandomEvents {
     QTest::mousePress(target, button, modifier, at);
     if (target != nullptr) {
       QTest::mouseRelease(target, button, modifier, at);
+    }
+  }
+
+  static void move(QWidget& widget, QPoint global) {
+    QMouseEvent event(QEvent::MouseMove, widget.mapFromGlobal(global), global, Qt::NoButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &event);
+  }
+
+  // From the middle of nowhere into another widget, mostly a part of the same one.
+  void drag(QWidget& widget, const QWidget& other) {
+    const QPointer<QWidget> target(&widget);
+    const QPoint from = pointIn(widget);
+    const QWidget& goal = below(3) == 0 ? other : widget;
+    const QPoint way = goal.mapToGlobal(pointIn(goal)) - widget.mapToGlobal(from);
+    const QPoint start = widget.mapToGlobal(from);
+    QTest::mousePress(target, Qt::LeftButton, anyModifier(), from);
+    for (int step = 1; step <= kStepsOfDrag && target != nullptr; ++step) {
+      move(*target, start + way * step / kStepsOfDrag);
+      QApplication::processEvents();
+    }
+    if (target != nullptr) {
+      QTest::mouseRelease(target, Qt::LeftButton, Qt::NoModifier,
+                          target->mapFromGlobal(start + way));
+    }
+  }
+
+  void triggerAny() {
+    QList<QAction*> actions = m_root.findChildren<QAction*>();
+    actions.removeIf([](const QAction* action) { return !action->isEnabled(); });
+    if (!actions.isEmpty()) {
+      actions[below(static_cast<std::size_t>(actions.size()))]->trigger();
     }
   }
 
@@ -154,6 +198,7 @@ class RandomEvents {
   }
 
   void answerQuestion() {
+    QDrag::cancel();  // which waits for events of a real screen
     if (QWidget* popup = QApplication::activePopupWidget()) {
       popup->close();
       return;

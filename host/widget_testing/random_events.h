@@ -1,4 +1,4 @@
-// Keys, clicks and wheels at random, as a child at the keyboard would send them.
+// Keys, clicks, drags, wheels and commands at random, as a child at the keyboard would send them.
 //
 // Used by the tests of windows and editors, under the address sanitizer, too.
 // Threads: the user-interface thread.

@@ -9,16 +9,20 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QDockWidget>
 #include <QGroupBox>
 #include <QHash>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QSet>
 #include <QShortcut>
+#include <QShortcutEvent>
 #include <QStackedWidget>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTest>
 #include <QTextEdit>
 
 namespace kelvarin::testing {
@@ -65,6 +69,16 @@ bool isHidden(const QWidget& widget, const QWidget& root) {
     const bool isPage = at->parentWidget() != nullptr &&
                         qobject_cast<const QStackedWidget*>(at->parentWidget()) != nullptr;
     if (!isPage && at->isHidden()) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// In a panel that lies behind others of the same area: Qt lays it out beside the window.
+bool isInPanelBehind(const QWidget& widget, const QWidget& root) {
+  for (const QWidget* at = &widget; at != nullptr && at != &root; at = at->parentWidget()) {
+    if (isOneOf<QDockWidget>(*at) && !at->isWindow() && !root.rect().intersects(at->geometry())) {
       return true;
     }
   }
@@ -132,6 +146,29 @@ QList<OwnedKey> keysOf(const QWidget& root) {
   }
   return keys;
 }
+
+// Takes all keys while it lives, and notes those that Qt finds several shortcuts for.
+class ShortcutRecord : public QObject {
+ public:
+  ShortcutRecord() { qApp->installEventFilter(this); }
+  const QStringList& ambiguous() const { return m_ambiguous; }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Shortcut && static_cast<QShortcutEvent*>(event)->isAmbiguous()) {
+      const QString text = watched->property("text").toString();
+      m_ambiguous.push_back(QStringLiteral("%1: %2 '%3'")
+                                .arg(static_cast<QShortcutEvent*>(event)->key().toString(),
+                                     QString::fromLatin1(watched->metaObject()->className()),
+                                     text.isEmpty() ? watched->objectName() : text));
+    }
+    return event->type() == QEvent::Shortcut || event->type() == QEvent::KeyPress ||
+           event->type() == QEvent::KeyRelease;
+  }
+
+ private:
+  QStringList m_ambiguous;
+};
 
 // Actions, File, Edit, Graph, Help, Log, View.
 const QString kWindowLetters = QStringLiteral("afeghlv");
@@ -221,10 +258,40 @@ QStringList controlsOutOfTabReach(QWidget& root) {
   return faults;
 }
 
+QStringList controlsPassedByTab(QWidget& window) {
+  constexpr int kMaxPresses = 500;
+  QSet<const QWidget*> reached;
+  const QWidget* last = nullptr;
+  QStringList faults;
+  for (int i = 0; i < kMaxPresses; ++i) {
+    QTest::keyClick(QApplication::focusWidget() == nullptr ? &window : QApplication::focusWidget(),
+                    Qt::Key_Tab);
+    QWidget* focused = QApplication::focusWidget();
+    if (focused == nullptr || (focused != last && reached.contains(focused))) {
+      break;
+    }
+    last = focused;  // which may have stops of its own
+    reached.insert(focused);
+    if (!focused->isVisible() || isInPanelBehind(*focused, window)) {
+      faults.push_back(QStringLiteral("unseen: ") + pathOf(*focused));
+    }
+  }
+  for (const QWidget* control : controlsOf(window)) {
+    const bool takesTab = (control->focusPolicy() & Qt::TabFocus) != 0 && control->isEnabled() &&
+                          control->focusProxy() == nullptr;
+    if (takesTab && control->isVisible() && !isInPanelBehind(*control, window) &&
+        !reached.contains(control)) {
+      faults.push_back(QStringLiteral("passed: ") + pathOf(*control));
+    }
+  }
+  return faults;
+}
+
 QStringList cutTexts(QWidget& root) {
   QStringList faults;
   for (const QWidget* widget : root.findChildren<QWidget*>()) {
-    if (widget->isVisibleTo(&root) && !isPartOfControl(*widget) && isCut(*widget)) {
+    if (widget->isVisibleTo(&root) && !isPartOfControl(*widget) &&
+        !isInPanelBehind(*widget, root) && isCut(*widget)) {
       const QSize hint = widget->sizeHint();
       faults.push_back(QStringLiteral("%1 is %2 x %3, not %4 x %5")
                            .arg(pathOf(*widget))
@@ -249,6 +316,26 @@ QStringList keysWithTwoOwners(QWidget& root) {
     }
   }
   return faults;
+}
+
+QStringList ambiguousKeys(QWidget& window) {
+  QSet<QKeySequence> keys;
+  for (const OwnedKey& owned : keysOf(window)) {
+    keys.insert(owned.key);
+  }
+  for (int letter = Qt::Key_A; letter <= Qt::Key_Z; ++letter) {
+    keys.insert(QKeySequence(Qt::ALT | static_cast<Qt::Key>(letter)));
+  }
+  ShortcutRecord record;
+  for (const QKeySequence& key : keys) {
+    QWidget* focused = QApplication::focusWidget();
+    // Qt asks one owner after the other.
+    for (int time = 0; key.count() == 1 && time < 2; ++time) {
+      QTest::keyClick(focused == nullptr ? &window : focused, key[0].key(),
+                      key[0].keyboardModifiers());
+    }
+  }
+  return record.ambiguous();
 }
 
 QStringList mnemonicsWithTwoOwners(QWidget& root, const QString& language) {

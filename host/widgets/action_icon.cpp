@@ -4,7 +4,6 @@
 #include <QPixmap>
 
 #include "host/contract/action_item.h"
-#include "host/widgets/icons.h"
 
 namespace kelvarin {
 
@@ -33,8 +32,19 @@ QIcon actionIcon(const ActionItem& action, int size) {
   if (const QPixmap* picture = action.getImage(size)) {
     return selectableIcon(*picture);
   }
-  return icon(action.endpoint() == ActionItem::Endpoint::writer ? IconName::save
-                                                                : IconName::browse);
+  return icon(iconNameOf(action));
+}
+
+IconName iconNameOf(const ActionItem& action) {
+  switch (action.endpoint()) {
+    case ActionItem::Endpoint::reader:
+      return IconName::table;
+    case ActionItem::Endpoint::writer:
+      return IconName::save;
+    case ActionItem::Endpoint::transform:
+      return action.outputPinCount() == 0 ? IconName::discard : IconName::step;
+  }
+  return IconName::step;
 }
 
 }  // namespace kelvarin

@@ -5,6 +5,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "host/widgets/wrapped_height.h"
+
 namespace kelvarin {
 
 EmptyState::EmptyState(IconName name, const QString& sentence, QWidget* parent)
@@ -25,6 +27,7 @@ EmptyState::EmptyState(IconName name, const QString& sentence, QWidget* parent)
   m_sentence->setAlignment(Qt::AlignHCenter);
   m_sentence->setTextFormat(Qt::PlainText);
   m_button->hide();
+  new WrappedHeight(*this);
   connect(m_button, &QPushButton::clicked, this, &EmptyState::actionTriggered);
   showIcon();
 }

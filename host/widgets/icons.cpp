@@ -70,6 +70,13 @@ const char* drawingOf(IconName name) {
       return "<path d='M9 5L4.5 9.500L9 14M5 9.500h9a5 5 0 0 1 0 10h-3'/>";
     case IconName::redo:
       return "<path d='M15 5l4.500 4.500L15 14M19 9.500h-9a5 5 0 0 0 0 10h3'/>";
+    case IconName::table:
+      return "<path d='M4 5h16v14H4zM4 10h16M4 14.5h16M10 10v9'/>";
+    case IconName::step:
+      return "<path d='M8 7h8v10H8zM3 12h5M16 12h5M18.500 9.500L21 12l-2.500 2.500'/>";
+    case IconName::discard:
+      return "<path d='M5 7.5h14M9.5 7.500V4.500h5v3M7 7.500l.8 12h8.400l.8-12'/>"
+             "<path d='M10.5 11v5M13.5 11v5'/>";
   }
   return "";
 }

@@ -38,7 +38,10 @@ enum class IconName {
   help,
   history,
   undo,
-  redo
+  redo,
+  table,
+  step,
+  discard
 };
 
 KELVARIN_CORE QIcon icon(IconName name);

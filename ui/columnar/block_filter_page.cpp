@@ -50,7 +50,7 @@ void BlockFilterPage::addExpression() {
   m_field->setHistoryKey(QStringLiteral("blockFilter"));
   m_field->setAccessibleName(tr("Block filter"));
   m_field->setValuesShown(false);
-  m_field->editor()->setMaximumHeight(5 * fontMetrics().height());
+  m_field->editor()->setMaximumHeight(4 * fontMetrics().height());
   m_trial = new InfoLine(this);
   m_trial->setObjectName(QStringLiteral("trial"));
   m_trial->setReservedLines(1);
@@ -121,7 +121,7 @@ void BlockFilterPage::addVariables() {
   m_table->setTabKeyNavigation(false);
   m_table->verticalHeader()->hide();
   m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
-  m_table->setMinimumHeight(7 * fontMetrics().height());
+  m_table->setFixedHeight(7 * fontMetrics().height());  // its buttons stay in sight
   m_newColumn = new QComboBox(box);
   m_newColumn->setObjectName(QStringLiteral("cmbNewVariable"));
   m_newColumn->setAccessibleName(tr("Column of the file"));

@@ -100,6 +100,16 @@ QMap<QString, QString> ColumnarEditor::uncommittedState() const {
   return uncommitted;
 }
 
+void ColumnarEditor::restoreUncommitted(const QMap<QString, QString>& texts) {
+  for (auto text = texts.begin(); text != texts.end(); ++text) {
+    if (ExpressionField* expression = m_expressions.value(text.key())) {
+      expression->setExpression(*text);
+    } else if (auto* line = findChild<QLineEdit*>(text.key())) {
+      line->setText(*text);
+    }
+  }
+}
+
 void ColumnarEditor::commit() {
   for (QAbstractSpinBox* box : findChildren<QAbstractSpinBox*>()) {
     box->interpretText();

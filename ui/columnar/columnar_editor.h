@@ -24,6 +24,7 @@ class ColumnarEditor : public UpdateClassWidget {
   explicit ColumnarEditor(QWidget* parent);
 
   QMap<QString, QString> uncommittedState() const override;
+  void restoreUncommitted(const QMap<QString, QString>& texts) override;
   void commit() override;
 
  protected:

@@ -36,6 +36,7 @@ DebuggerPanel::DebuggerPanel(DebugSession& session, const DebuggerTexts& texts,
   m_status->setObjectName(QStringLiteral("debuggerStatus"));
   m_notes->setObjectName(QStringLiteral("debuggerNotes"));
   m_status->setReservedLines(1);
+  m_views->hide();
   connectControls();
   addKey(Qt::Key_F5, tr("Debug: start, or go on"), [this] { startOrGoOn(); });
   addKey(Qt::SHIFT | Qt::Key_F5, tr("Debug: stop"), [this] { stop(); });
@@ -294,7 +295,12 @@ void DebuggerPanel::finishComputations() {
   }
 }
 
+// Before the first run the tables are empty, and only take the height from what is below them.
 void DebuggerPanel::showControls() {
+  if (m_session.isRunning() && m_views->isHidden()) {
+    m_views->show();
+    emit tablesShown();
+  }
   m_controls->setPossible({.isExpert = m_isExpert,
                            .isRunning = m_session.isRunning(),
                            .isWaiting = m_state.isWaiting,

@@ -68,6 +68,8 @@ class DebuggerPanel : public QWidget {
   void rowShown(const std::vector<kelvarin::VariableValue>& variables);
   // pbStartStop was pressed where nothing ran; the editor commits its fields first.
   void aboutToStart();
+  // At the first run: there is use for more height.
+  void tablesShown();
   void elementChosen(int element);
   // A part of the expression was chosen in the tree.
   void partChosen(qsizetype start, qsizetype size);

@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include "actions/frame/renamed_variables.h"
+#include "expression/options/evaluation_attributes.h"
 #include "expression/tokens/expression_tokens.h"
 #include "host/contract/main_ui.h"
 #include "host/widgets/info_line.h"
@@ -253,12 +254,12 @@ QWidget* ExpressionActionEditor::makeNotes(const char* name, const QString& labe
   return line;
 }
 
-QWidget* ExpressionActionEditor::makeDebugger(const DebuggerTexts& texts) {
+void ExpressionActionEditor::addDebugger(QBoxLayout& page, const DebuggerTexts& texts) {
   m_debugger = new DebuggerPanel(*m_session, texts, [this] { return formula(); }, this);
   m_debugger->setKeyOwner(this);
   m_debugger->addCheckButton(makeCheckButton());
   connect(m_debugger, &DebuggerPanel::aboutToStart, this, &ExpressionActionEditor::commit);
-  connect(m_debugger, &DebuggerPanel::aboutToStart, this, [this] { scrollTo(m_debugger); });
+  connect(m_debugger, &DebuggerPanel::aboutToStart, this, &ExpressionActionEditor::showDebugger);
   connect(m_debugger, &DebuggerPanel::rowShown, this,
           [this](const std::vector<VariableValue>& values) {
             m_currentRow = values;
@@ -272,7 +273,15 @@ QWidget* ExpressionActionEditor::makeDebugger(const DebuggerTexts& texts) {
           &ExpressionActionEditor::computationFinished);
   connect(this, &ExpressionActionEditor::computationFinished, this,
           &ExpressionActionEditor::finishComputations, Qt::QueuedConnection);
-  return m_debugger;
+  page.addWidget(m_debugger);
+  connect(m_debugger, &DebuggerPanel::tablesShown, &page,
+          [this, &page] { page.setStretchFactor(m_debugger, kDebuggerShare); });
+}
+
+// The expression above all: pointing at its parts shows their values in the row.
+void ExpressionActionEditor::showDebugger() {
+  scrollTo(m_debugger);
+  scrollTo(m_field);
 }
 
 void ExpressionActionEditor::on_pbStartStop_clicked() {
@@ -388,12 +397,30 @@ void ExpressionActionEditor::reload() {
 QMap<QString, QString> ExpressionActionEditor::uncommittedState() const {
   QMap<QString, QString> texts = m_texts.uncommitted();
   texts.insert(m_variablesPanel->uncommitted());
+  // They wait for the end of a debug run.
+  const EvaluationOptions edited = options();
+  for (const auto& option : evaluationAttributes()) {
+    if (const QString text = option.text(edited); text != option.text(m_action.options())) {
+      texts[QString::fromUtf16(option.name)] = text;
+    }
+  }
   return texts;
 }
 
 void ExpressionActionEditor::restoreUncommitted(const QMap<QString, QString>& texts) {
   m_variablesPanel->restore(texts);  // takes the focus, by which fields commit what they have
   m_texts.restore(texts);
+  EvaluationOptions restored = options();
+  for (const auto& option : evaluationAttributes()) {
+    if (const auto text = texts.find(QString::fromUtf16(option.name)); text != texts.end()) {
+      option.set(restored, *text);
+      m_areOptionsEdited = true;
+    }
+  }
+  if (m_areOptionsEdited) {
+    const QScopedValueRollback loading(m_isLoading, true);
+    m_settings->load(restored);
+  }
 }
 
 void ExpressionActionEditor::commit() {

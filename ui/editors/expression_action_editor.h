@@ -17,6 +17,7 @@
 #include "ui/panels/variables_model.h"
 #include "ui/widgets/expression_field.h"
 
+class QBoxLayout;
 class QPushButton;
 class QTabWidget;
 class QVBoxLayout;
@@ -85,10 +86,10 @@ class ExpressionActionEditor : public UpdateClassWidget {
   QWidget* fieldBeside(QWidget* other);
   QWidget* variablesPanel() const;
   // Of the height that the page has for both.
-  static constexpr int kFieldShare = 3;
-  static constexpr int kDebuggerShare = 2;
+  static constexpr int kFieldShare = 1;
+  static constexpr int kDebuggerShare = 1;
   // With the editor's check button before its own.
-  QWidget* makeDebugger(const DebuggerTexts& texts);
+  void addDebugger(QBoxLayout& page, const DebuggerTexts& texts);
   // A field with its label, committed at the end of editing.
   QWidget* makeNotes(const char* name, const QString& label, const QString& accessibleName);
   void addOtherPages();
@@ -107,6 +108,7 @@ class ExpressionActionEditor : public UpdateClassWidget {
   // Its edits are committed at the end of the run.
   bool isDebugging() const { return m_session->isRunning(); }
   void showExpressionPage();
+  void showDebugger();
   bool isLoading() const { return m_isLoading; }
   void showHelp(const QString& name);
   CommittedTexts& texts() { return m_texts; }

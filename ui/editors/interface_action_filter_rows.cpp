@@ -36,7 +36,7 @@ Interface_actionFilterRows::Interface_actionFilterRows(QWidget* parent, FilterRo
   label->setBuddy(m_field->editor());
   layout->addWidget(label);
   layout->addWidget(fieldBeside(variablesPanel()), kFieldShare);
-  layout->addWidget(makeDebugger({tr("Start"), tr("STOP"), tr("Eval Next")}), kDebuggerShare);
+  addDebugger(*layout, {tr("Start"), tr("STOP"), tr("Eval Next")});
   layout->addWidget(makeNotes("leComments", tr("Co&mments:"), tr("Comments")));
   addOtherPages();
   m_field->editor()->setAccessibleName(tr("Expression"));

@@ -62,8 +62,7 @@ Interface_actionMathParser::Interface_actionMathParser(QWidget* parent, Calculat
   m_field->editor()->setAccessibleName(tr("Expression"));
   m_field->setHistoryKey(QStringLiteral("calculator"));
   layout->addWidget(fieldBeside(isVectorized() ? makeVectors() : variablesPanel()), kFieldShare);
-  layout->addWidget(makeDebugger({tr("Debug Start"), tr("Debug STOP"), tr("Debug - Next (F10)")}),
-                    kDebuggerShare);
+  addDebugger(*layout, {tr("Debug Start"), tr("Debug STOP"), tr("Debug - Next (F10)")});
   layout->addWidget(makeNotes("leNotes", tr("N&otes:"), tr("Notes")));
   addOtherPages();
   watch(

@@ -14,10 +14,27 @@ namespace kelvarin {
 namespace {
 
 // An ampersand would be read as a mnemonic.
-QString tabText(const QString& name) {
+QString shownName(const QString& name) {
   return name.isEmpty() ? OutputBar::tr("(no name)")
                         : QString(name).replace(u'&', QStringLiteral("&&"));
 }
+
+constexpr int kLettersInSight = 8;
+
+// Of many outputs some are scrolled to, rather than that no name can be read.
+class OutputTabs : public QTabBar {
+ public:
+  using QTabBar::QTabBar;
+
+ protected:
+  QSize minimumTabSizeHint(int index) const override {
+    const int letters = fontMetrics().averageCharWidth() * kLettersInSight;
+    const int text = fontMetrics().horizontalAdvance(tabText(index));
+    QSize size = tabSizeHint(index);
+    size.rwidth() -= qMax(0, text - letters);
+    return size;
+  }
+};
 
 IconButton* namedButton(const char* name, IconName icon, const QString& text, QWidget* parent) {
   auto* button = new IconButton(icon, text, parent);
@@ -29,7 +46,7 @@ IconButton* namedButton(const char* name, IconName icon, const QString& text, QW
 
 OutputBar::OutputBar(QWidget* parent)
     : QWidget(parent),
-      m_tabs(new QTabBar(this)),
+      m_tabs(new OutputTabs(this)),
       m_add(namedButton("pbAdd", IconName::add, tr("Add an output"), this)),
       m_left(namedButton("pbLeft", IconName::left, tr("Move the output to the left"), this)),
       m_right(namedButton("pbRight", IconName::right, tr("Move the output to the right"), this)) {
@@ -83,7 +100,7 @@ void OutputBar::setOutputs(const QStringList& names, int current) {
 }
 
 void OutputBar::setName(int output, const QString& name) {
-  m_tabs->setTabText(output, tabText(name));
+  m_tabs->setTabText(output, shownName(name));
 }
 
 void OutputBar::setRefused(int output, bool isRefused) {

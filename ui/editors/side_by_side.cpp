@@ -5,6 +5,8 @@
 #include <QLayout>
 #include <QResizeEvent>
 
+#include "host/widgets/wrapped_height.h"
+
 namespace kelvarin {
 
 namespace {
@@ -23,22 +25,22 @@ SideBySide::SideBySide(QWidget* left, QWidget* right, QWidget* parent)
   addWidget(right);
   setStretchFactor(0, kLeftShare);
   setStretchFactor(1, kRightShare);
+  for (QWidget* part : {left, right}) {
+    if (part->layout() != nullptr) {
+      new WrappedHeight(*part);
+    }
+  }
 }
 
 int SideBySide::neededWidth() const {
   return kCharactersOfBoth * fontMetrics().averageCharWidth();
 }
 
-// It can always become as narrow as the wider of the two. Texts that wrap need the more height the
-// narrower they are, which splitters do not know.
+// It can always become as narrow as the wider of the two.
 QSize SideBySide::minimumSizeHint() const {
   QSize size(0, QSplitter::minimumSizeHint().height());
   for (int i = 0; i < count(); ++i) {
-    const QWidget& part = *widget(i);
-    size = size.expandedTo({part.minimumSizeHint().width(), 0});
-    if (orientation() == Qt::Horizontal && part.layout() != nullptr) {
-      size = size.expandedTo({0, part.layout()->totalMinimumHeightForWidth(part.width())});
-    }
+    size = size.expandedTo({widget(i)->minimumSizeHint().width(), 0});
   }
   return size;
 }

@@ -13,6 +13,7 @@
 #include "host/contract/screen.h"
 #include "host/widgets/icons.h"
 #include "host/widgets/info_line.h"
+#include "host/widgets/wrapped_height.h"
 #include "ui/language/sentence.h"
 #include "ui/panels/form_layout.h"
 #include "ui/widgets/enhanced_table_delegate.h"
@@ -264,7 +265,9 @@ void VariablesPanel::Parts::restore(const QMap<QString, QString>& texts) {
 
 VariablesPanel::VariablesPanel(VariablesModel& model, std::function<QStringList()> expressions,
                                QWidget* parent)
-    : QWidget(parent), m_parts(std::make_unique<Parts>(*this, model, std::move(expressions))) {}
+    : QWidget(parent), m_parts(std::make_unique<Parts>(*this, model, std::move(expressions))) {
+  new WrappedHeight(*this);
+}
 
 // A cell that is being edited loses the focus while its table goes away, after the parts.
 VariablesPanel::~VariablesPanel() {

@@ -92,6 +92,13 @@
     </message>
 </context>
 <context>
+    <name>ExpressionStep</name>
+    <message>
+        <source>Insert %1</source>
+        <translation>%1 einfügen</translation>
+    </message>
+</context>
+<context>
     <name>Help</name>
     <message>
         <source>All Graph-Global-Parameters are also available to use.</source>
@@ -1643,13 +1650,6 @@
     </message>
 </context>
 <context>
-    <name>ReadCsvEditor</name>
-    <message>
-        <source>TAB</source>
-        <translation>TAB</translation>
-    </message>
-</context>
-<context>
     <name>RunReport</name>
     <message>
         <source>ok</source>
@@ -1957,10 +1957,138 @@
     </message>
 </context>
 <context>
-    <name>kelvarin::CanvasScene</name>
+    <name>kelvarin::CanvasMenus</name>
     <message>
-        <source>%1, %2 %</source>
-        <translation>%1, %2 %</translation>
+        <source>Cu&amp;t</source>
+        <translation>&amp;Ausschneiden</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>&amp;Einfügen</translation>
+    </message>
+    <message>
+        <source>&amp;Duplicate</source>
+        <translation>&amp;Verdoppeln</translation>
+    </message>
+    <message>
+        <source>D&amp;elete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>Delete and close the &amp;gap</source>
+        <translation>Löschen und Lücke s&amp;chließen</translation>
+    </message>
+    <message>
+        <source>Select &amp;all</source>
+        <translation>Alles aus&amp;wählen</translation>
+    </message>
+    <message>
+        <source>Pre&amp;view</source>
+        <translation>&amp;Vorschau</translation>
+    </message>
+    <message>
+        <source>Re&amp;name</source>
+        <translation>&amp;Umbenennen</translation>
+    </message>
+    <message>
+        <source>Switch on or o&amp;ff</source>
+        <translation>E&amp;in- oder ausschalten</translation>
+    </message>
+    <message>
+        <source>Draw a lin&amp;k</source>
+        <translation>Verbindung &amp;ziehen</translation>
+    </message>
+    <message>
+        <source>Add a no&amp;te</source>
+        <translation>&amp;Notiz anlegen</translation>
+    </message>
+    <message>
+        <source>Note &amp;colour</source>
+        <translation>&amp;Farbe der Notiz</translation>
+    </message>
+    <message>
+        <source>&amp;Yellow</source>
+        <translation>&amp;Gelb</translation>
+    </message>
+    <message>
+        <source>&amp;Green</source>
+        <translation>G&amp;rün</translation>
+    </message>
+    <message>
+        <source>&amp;Blue</source>
+        <translation>&amp;Blau</translation>
+    </message>
+    <message>
+        <source>&amp;Pink</source>
+        <translation>&amp;Rosa</translation>
+    </message>
+    <message>
+        <source>P&amp;urple</source>
+        <translation>&amp;Violett</translation>
+    </message>
+    <message>
+        <source>G&amp;rey</source>
+        <translation>Gra&amp;u</translation>
+    </message>
+    <message>
+        <source>Ali&amp;gn</source>
+        <translation>Aus&amp;richten</translation>
+    </message>
+    <message>
+        <source>&amp;Left edges</source>
+        <translation>&amp;Linke Kanten</translation>
+    </message>
+    <message>
+        <source>&amp;Right edges</source>
+        <translation>&amp;Rechte Kanten</translation>
+    </message>
+    <message>
+        <source>&amp;Top edges</source>
+        <translation>&amp;Obere Kanten</translation>
+    </message>
+    <message>
+        <source>&amp;Bottom edges</source>
+        <translation>&amp;Untere Kanten</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;in</source>
+        <translation>Ver&amp;größern</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;out</source>
+        <translation>Ver&amp;kleinern</translation>
+    </message>
+    <message>
+        <source>&amp;100 %</source>
+        <translation>&amp;100 %</translation>
+    </message>
+    <message>
+        <source>&amp;Whole graph</source>
+        <translation>&amp;Ganzer Graph</translation>
+    </message>
+    <message>
+        <source>What is &amp;selected</source>
+        <translation>Das Aus&amp;gewählte</translation>
+    </message>
+    <message>
+        <source>&amp;Heat map of the last run</source>
+        <translation>&amp;Wärmebild des letzten Laufs</translation>
+    </message>
+    <message>
+        <source>&amp;Off</source>
+        <translation>&amp;Aus</translation>
+    </message>
+    <message>
+        <source>&amp;Time of each action</source>
+        <translation>&amp;Zeit jeder Aktion</translation>
+    </message>
+    <message>
+        <source>&amp;Rows of each action</source>
+        <translation>Z&amp;eilen jeder Aktion</translation>
     </message>
 </context>
 <context>
@@ -2112,6 +2240,42 @@
     <message>
         <source>Drag from here to draw a link.</source>
         <translation>Von hier ziehen, um eine Verbindung zu zeichnen.</translation>
+    </message>
+    <message>
+        <source>Next action, in the order of reading</source>
+        <translation>Nächste Aktion in Leserichtung</translation>
+    </message>
+    <message>
+        <source>Along the links; left, up and down as well</source>
+        <translation>Die Verbindungen entlang; ebenso nach links, oben und unten</translation>
+    </message>
+    <message>
+        <source>Select along the links</source>
+        <translation>Entlang der Verbindungen auswählen</translation>
+    </message>
+    <message>
+        <source>To a link of the action</source>
+        <translation>Zu einer Verbindung der Aktion</translation>
+    </message>
+    <message>
+        <source>Move what is selected</source>
+        <translation>Das Ausgewählte verschieben</translation>
+    </message>
+    <message>
+        <source>Open the action, or edit the note</source>
+        <translation>Aktion öffnen oder Notiz bearbeiten</translation>
+    </message>
+    <message>
+        <source>Give up what was begun, or the selection</source>
+        <translation>Begonnenes oder die Auswahl aufgeben</translation>
+    </message>
+    <message>
+        <source>Hold it down to move about with the mouse</source>
+        <translation>Gedrückt halten, um sich mit der Maus zu bewegen</translation>
+    </message>
+    <message>
+        <source>%1, %2 %</source>
+        <translation>%1, %2 %</translation>
     </message>
 </context>
 <context>
@@ -2616,6 +2780,25 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::DiskQuestionLine</name>
+    <message>
+        <source>The disk is still full, and the run waits: %1 more are needed for %2. Free more space on its disk, then try again.</source>
+        <translation>Der Datenträger ist noch immer voll, und der Lauf wartet: Für %2 fehlen %1. Schaffen Sie dort mehr Platz und versuchen Sie es dann erneut.</translation>
+    </message>
+    <message>
+        <source>The disk is full, and the run waits: %1 more are needed for %2. Free some space on its disk, then try again.</source>
+        <translation>Der Datenträger ist voll, und der Lauf wartet: Für %2 fehlen %1. Schaffen Sie dort Platz und versuchen Sie es dann erneut.</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>Stop the run</source>
+        <translation>Lauf anhalten</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::DocumentFile</name>
     <message>
         <source>Somebody</source>
@@ -2858,6 +3041,13 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::EmptyCanvas</name>
+    <message>
+        <source>Type the first letters of an action, drag one here from the list, or drop a data file.</source>
+        <translation>Tippen Sie die ersten Buchstaben einer Aktion, ziehen Sie eine aus der Liste hierher, oder lassen Sie eine Datendatei fallen.</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::EvaluationPage</name>
     <message>
         <source>Rows</source>
@@ -2946,6 +3136,13 @@
     <message>
         <source>counts as 0</source>
         <translation>gilt als 0</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ExampleCopy</name>
+    <message>
+        <source>%1 cannot be copied to %2: %3</source>
+        <translation>%1 kann nicht nach %2 kopiert werden: %3</translation>
     </message>
 </context>
 <context>
@@ -3160,6 +3357,40 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::FileDrop</name>
+    <message>
+        <source>&apos;%1&apos; is compressed. Unpack it, and drop what was in it.</source>
+        <translation>„%1“ ist komprimiert. Entpacken Sie die Datei und ziehen Sie ihren Inhalt hierher.</translation>
+    </message>
+    <message>
+        <source>No action reads &apos;%1&apos;. Files of these types can be read: %2.</source>
+        <translation>Keine Aktion liest „%1“. Gelesen werden Dateien dieser Arten: %2.</translation>
+    </message>
+    <message>
+        <source>The folder &apos;%1&apos; has no file that an action reads.</source>
+        <translation>Der Ordner „%1“ enthält keine Datei, die eine Aktion liest.</translation>
+    </message>
+    <message>
+        <source>The folder &apos;%1&apos; has %2 files that can be read. Drop those that you need.</source>
+        <translation>Der Ordner „%1“ enthält %2 lesbare Dateien. Ziehen Sie die hierher, die Sie brauchen.</translation>
+    </message>
+    <message>
+        <source>Add a reader</source>
+        <translation>Leseaktion anlegen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Add %n readers</source>
+        <translation>
+            <numerusform>%n Leseaktion anlegen</numerusform>
+            <numerusform>%n Leseaktionen anlegen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is a graph. Drop it alone to open it.</source>
+        <translation>„%1“ ist ein Graph. Ziehen Sie ihn allein hierher, um ihn zu öffnen.</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::FileQuestions</name>
     <message>
         <source>The graph was changed on the disk meanwhile.</source>
@@ -3232,6 +3463,234 @@
     <message>
         <source>Graphs (*%1);;All files (*)</source>
         <translation>Graphen (*%1);;Alle Dateien (*)</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::FindDock</name>
+    <message>
+        <source>Find</source>
+        <translation>Suchen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::FindModel</name>
+    <message>
+        <source>Rename column &apos;%1&apos;</source>
+        <translation>Spalte „%1“ umbenennen</translation>
+    </message>
+    <message>
+        <source>name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>type</source>
+        <translation>Art</translation>
+    </message>
+    <message>
+        <source>note</source>
+        <translation>Notiz</translation>
+    </message>
+    <message>
+        <source>expression</source>
+        <translation>Ausdruck</translation>
+    </message>
+    <message>
+        <source>expression of %1</source>
+        <translation>Ausdruck von %1</translation>
+    </message>
+    <message>
+        <source>column of the file</source>
+        <translation>Spalte der Datei</translation>
+    </message>
+    <message>
+        <source>(note)</source>
+        <translation>(Notiz)</translation>
+    </message>
+    <message>
+        <source>(stays)</source>
+        <translation>(bleibt)</translation>
+    </message>
+    <message>
+        <source>Action</source>
+        <translation>Aktion</translation>
+    </message>
+    <message>
+        <source>Where</source>
+        <translation>Wo</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Becomes</source>
+        <translation>Wird zu</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::FindPanel</name>
+    <message>
+        <source>Match case</source>
+        <translation>Groß- und Kleinschreibung</translation>
+    </message>
+    <message>
+        <source>Whole words</source>
+        <translation>Ganze Wörter</translation>
+    </message>
+    <message>
+        <source>Find</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>What was found</source>
+        <translation>Gefundenes</translation>
+    </message>
+    <message>
+        <source>Actions, columns, expressions, settings, notes</source>
+        <translation>Aktionen, Spalten, Ausdrücke, Einstellungen, Notizen</translation>
+    </message>
+    <message>
+        <source>Previous (Shift+F3)</source>
+        <translation>Vorheriges (Umschalt+F3)</translation>
+    </message>
+    <message>
+        <source>Next (F3)</source>
+        <translation>Nächstes (F3)</translation>
+    </message>
+    <message>
+        <source>Next text that was found</source>
+        <translation>Nächster gefundener Text</translation>
+    </message>
+    <message>
+        <source>Text before it</source>
+        <translation>Text davor</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Find:</source>
+        <translation>Suchen:</translation>
+    </message>
+    <message>
+        <source>Replace by</source>
+        <translation>Ersetzen durch</translation>
+    </message>
+    <message>
+        <source>What to replace</source>
+        <translation>Was ersetzt wird</translation>
+    </message>
+    <message>
+        <source>In texts</source>
+        <translation>In Texten</translation>
+    </message>
+    <message>
+        <source>Column everywhere</source>
+        <translation>Spalte überall</translation>
+    </message>
+    <message>
+        <source>Replaces the text in names, expressions, settings and notes that are ticked in the list.</source>
+        <translation>Ersetzt den Text in den Namen, Ausdrücken, Einstellungen und Notizen, die in der Liste angehakt sind.</translation>
+    </message>
+    <message>
+        <source>The column of exactly this name gets another one, and all actions that use it follow.</source>
+        <translation>Die Spalte mit genau diesem Namen bekommt einen anderen, und alle Aktionen, die sie verwenden, folgen.</translation>
+    </message>
+    <message>
+        <source>Replace by:</source>
+        <translation>Ersetzen durch:</translation>
+    </message>
+    <message>
+        <source>No action makes this column: what %1 reads has to have the new name.</source>
+        <translation>Keine Aktion erzeugt diese Spalte: Was %1 liest, muss den neuen Namen haben.</translation>
+    </message>
+    <message>
+        <source>Searching …</source>
+        <translation>Suche läuft …</translation>
+    </message>
+    <message>
+        <source>No such column is used</source>
+        <translation>Keine solche Spalte wird verwendet</translation>
+    </message>
+    <message>
+        <source>Nothing found</source>
+        <translation>Nichts gefunden</translation>
+    </message>
+    <message>
+        <source>The first %1</source>
+        <translation>Die ersten %1</translation>
+    </message>
+    <message>
+        <source>%1 would change</source>
+        <translation>%1 würden geändert</translation>
+    </message>
+    <message>
+        <source>%1 found</source>
+        <translation>%1 gefunden</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>Umbenennen</translation>
+    </message>
+    <message>
+        <source>Replace (%1)</source>
+        <translation>Ersetzen (%1)</translation>
+    </message>
+    <message>
+        <source>Actions in which the column was renamed: %1.</source>
+        <translation>Aktionen, in denen die Spalte umbenannt wurde: %1.</translation>
+    </message>
+    <message>
+        <source>Actions and notes that were changed: %1.</source>
+        <translation>Geänderte Aktionen und Notizen: %1.</translation>
+    </message>
+    <message>
+        <source>Actions and notes that were changed: %1. Not %2: the new text is no valid setting there.</source>
+        <translation>Geänderte Aktionen und Notizen: %1. Nicht %2: Der neue Text ist dort keine gültige Einstellung.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::FlightsTour</name>
+    <message>
+        <source>Draw</source>
+        <translation>Zeichnen</translation>
+    </message>
+    <message>
+        <source>This graph reads flights, computes their speed, and writes late flights and others apart. Rows go along the links, from left to right. To add an action, select the one in front of it, type the first letters of its name and press Enter; or drag it here from the list of actions.</source>
+        <translation>Dieser Graph liest Flüge, berechnet ihre Geschwindigkeit und schreibt verspätete und andere getrennt. Zeilen laufen von links nach rechts die Verbindungen entlang. Um eine Aktion anzulegen, wählen Sie die davor aus, tippen die ersten Buchstaben ihres Namens und drücken die Eingabetaste; oder Sie ziehen sie aus der Liste der Aktionen hierher.</translation>
+    </message>
+    <message>
+        <source>See the rows</source>
+        <translation>Zeilen ansehen</translation>
+    </message>
+    <message>
+        <source>Here are the first rows that leave the selected action, and what each column has in it. Nothing is written for that. Select another action, or double-click one of its pins, to see the rows there.</source>
+        <translation>Hier stehen die ersten Zeilen, die aus der ausgewählten Aktion kommen, und was jede Spalte enthält. Dafür wird nichts geschrieben. Wählen Sie eine andere Aktion aus, oder klicken Sie doppelt auf einen ihrer Anschlüsse, um die Zeilen dort zu sehen.</translation>
+    </message>
+    <message>
+        <source>Change a formula</source>
+        <translation>Eine Formel ändern</translation>
+    </message>
+    <message>
+        <source>What the selected action does is set here. Change the formula: names complete while you type, and its values in the first rows are below it at once. Everything can be undone.</source>
+        <translation>Was die ausgewählte Aktion tut, wird hier eingestellt. Ändern Sie die Formel: Namen werden beim Tippen ergänzt, und ihre Werte in den ersten Zeilen stehen sofort darunter. Alles lässt sich rückgängig machen.</translation>
+    </message>
+    <message>
+        <source>Run</source>
+        <translation>Ausführen</translation>
+    </message>
+    <message>
+        <source>Run, or F5, computes all rows and writes the files. Counts grow on the links meanwhile. A step that fails turns red, and its message is in the log.</source>
+        <translation>Ausführen oder F5 berechnet alle Zeilen und schreibt die Dateien. Dabei wachsen die Zahlen an den Verbindungen. Ein Schritt, der scheitert, wird rot, und seine Meldung steht im Protokoll.</translation>
+    </message>
+    <message>
+        <source>Find why a row is filtered</source>
+        <translation>Herausfinden, warum eine Zeile ausgefiltert wird</translation>
+    </message>
+    <message>
+        <source>These rows reach the filter &apos;%1&apos;. Right-click one and choose &quot;Step to this row&quot;: the formula is computed for it part by part, at the right, and you see why the row stays or goes.</source>
+        <translation>Diese Zeilen erreichen den Filter „%1“. Klicken Sie eine mit der rechten Taste an und wählen Sie „Zu dieser Zeile gehen“: Rechts wird die Formel für sie Teil für Teil berechnet, und Sie sehen, warum die Zeile bleibt oder geht.</translation>
     </message>
 </context>
 <context>
@@ -3355,12 +3814,35 @@
             <numerusform>%n Notizen löschen</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Rename parameter &apos;%1&apos;</source>
+        <translation>Parameter „%1“ umbenennen</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::GraphSearch</name>
     <message>
         <source>Replace &apos;%1&apos;</source>
         <translation>&apos;%1&apos; ersetzen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::HeatLegend</name>
+    <message>
+        <source>Run the graph to see where time goes.</source>
+        <translation>Führen Sie den Graphen aus, um zu sehen, wo die Zeit bleibt.</translation>
+    </message>
+    <message>
+        <source>Run the graph to see where rows go.</source>
+        <translation>Führen Sie den Graphen aus, um zu sehen, wo die Zeilen bleiben.</translation>
+    </message>
+    <message>
+        <source>Time of each action, and its share of all time</source>
+        <translation>Zeit jeder Aktion und ihr Anteil an der ganzen Zeit</translation>
+    </message>
+    <message>
+        <source>Rows of each action, compared with the most</source>
+        <translation>Zeilen jeder Aktion, verglichen mit den meisten</translation>
     </message>
 </context>
 <context>
@@ -3470,10 +3952,6 @@
         <translation>Läuft ...</translation>
     </message>
     <message>
-        <source>ok, %1 rows, %2 s</source>
-        <translation>ok, %1 Zeilen, %2 s</translation>
-    </message>
-    <message>
         <source>stopped after %1 s</source>
         <translation>angehalten nach %1 s</translation>
     </message>
@@ -3502,10 +3980,6 @@
         <translation>%1 hinzufügen</translation>
     </message>
     <message>
-        <source>No action reads %1. Files of these types can be read: %2.</source>
-        <translation>Keine Aktion liest %1. Dateien dieser Typen sind lesbar: %2.</translation>
-    </message>
-    <message>
         <source>No expression reads these rows yet: add a Calculator or a filter to step through them.</source>
         <translation>Noch liest kein Ausdruck diese Zeilen: einen Calculator oder Filter hinzufügen, um sie schrittweise zu durchlaufen.</translation>
     </message>
@@ -3529,24 +4003,12 @@
         <translation>Es gibt noch nichts auszuführen.</translation>
     </message>
     <message>
-        <source>No recovery file can be written: %1. Save often until there is one.</source>
-        <translation>Es kann keine Sicherungsdatei geschrieben werden: %1. Bis es eine gibt, oft speichern.</translation>
-    </message>
-    <message>
         <source>Open a graph</source>
         <translation>Graph öffnen</translation>
     </message>
     <message>
-        <source>%1 is no graph: %2</source>
-        <translation>%1 ist kein Graph: %2</translation>
-    </message>
-    <message>
         <source>%1 cannot be restored: its recovery file is %2</source>
         <translation>%1 kann nicht wiederhergestellt werden: die Sicherungsdatei ist %2</translation>
-    </message>
-    <message>
-        <source>This was being typed into &apos;%1&apos;:</source>
-        <translation>Das wurde gerade in &apos;%1&apos; eingegeben:</translation>
     </message>
     <message>
         <source>graph</source>
@@ -3625,34 +4087,6 @@
         <translation>Wiederherstellen</translation>
     </message>
     <message>
-        <source>Cu&amp;t</source>
-        <translation>&amp;Ausschneiden</translation>
-    </message>
-    <message>
-        <source>&amp;Copy</source>
-        <translation>&amp;Kopieren</translation>
-    </message>
-    <message>
-        <source>&amp;Paste</source>
-        <translation>&amp;Einfügen</translation>
-    </message>
-    <message>
-        <source>&amp;Duplicate</source>
-        <translation>&amp;Duplizieren</translation>
-    </message>
-    <message>
-        <source>D&amp;elete</source>
-        <translation>&amp;Löschen</translation>
-    </message>
-    <message>
-        <source>Delete and close the &amp;gap</source>
-        <translation>Löschen und Lücke &amp;schließen</translation>
-    </message>
-    <message>
-        <source>Select &amp;all</source>
-        <translation>Alles aus&amp;wählen</translation>
-    </message>
-    <message>
         <source>&amp;Graph</source>
         <translation>&amp;Graph</translation>
     </message>
@@ -3685,68 +4119,16 @@
         <translation>In einem &amp;Fenster öffnen</translation>
     </message>
     <message>
-        <source>Pre&amp;view</source>
-        <translation>&amp;Vorschau</translation>
-    </message>
-    <message>
-        <source>Re&amp;name</source>
-        <translation>&amp;Umbenennen</translation>
-    </message>
-    <message>
-        <source>Switch on or o&amp;ff</source>
-        <translation>&amp;Ein- oder ausschalten</translation>
-    </message>
-    <message>
         <source>Replace &amp;by</source>
         <translation>Er&amp;setzen durch</translation>
-    </message>
-    <message>
-        <source>Add a no&amp;te</source>
-        <translation>Noti&amp;z hinzufügen</translation>
     </message>
     <message>
         <source>&amp;Arrange</source>
         <translation>An&amp;ordnen</translation>
     </message>
     <message>
-        <source>A&amp;lign</source>
-        <translation>Aus&amp;richten</translation>
-    </message>
-    <message>
-        <source>&amp;Left edges</source>
-        <translation>&amp;Linke Kanten</translation>
-    </message>
-    <message>
-        <source>&amp;Right edges</source>
-        <translation>&amp;Rechte Kanten</translation>
-    </message>
-    <message>
-        <source>&amp;Top edges</source>
-        <translation>&amp;Obere Kanten</translation>
-    </message>
-    <message>
-        <source>&amp;Bottom edges</source>
-        <translation>&amp;Untere Kanten</translation>
-    </message>
-    <message>
         <source>&amp;View</source>
         <translation>&amp;Ansicht</translation>
-    </message>
-    <message>
-        <source>Zoom &amp;in</source>
-        <translation>Ver&amp;größern</translation>
-    </message>
-    <message>
-        <source>Zoom &amp;out</source>
-        <translation>Ver&amp;kleinern</translation>
-    </message>
-    <message>
-        <source>&amp;Whole graph</source>
-        <translation>Gan&amp;zer Graph</translation>
-    </message>
-    <message>
-        <source>&amp;Heat map of the last run</source>
-        <translation>&amp;Wärmekarte des letzten Laufs</translation>
     </message>
     <message>
         <source>&amp;Theme</source>
@@ -3787,6 +4169,74 @@
     <message>
         <source>Outcome of the last run</source>
         <translation>Ergebnis des letzten Laufs</translation>
+    </message>
+    <message>
+        <source>Waiting for space on the disk</source>
+        <translation>Wartet auf Platz auf dem Datenträger</translation>
+    </message>
+    <message>
+        <source>A command line runs the file of a graph, and this graph has none yet. Save it, then copy the command.</source>
+        <translation>Eine Befehlszeile führt die Datei eines Graphen aus, und dieser hat noch keine. Speichern Sie ihn und kopieren Sie dann den Befehl.</translation>
+    </message>
+    <message>
+        <source>Copied; it runs the graph as last saved: %1</source>
+        <translation>Kopiert; der Befehl führt den Graphen aus, wie er zuletzt gespeichert wurde: %1</translation>
+    </message>
+    <message>
+        <source>The examples are not installed, and the tour is of one of them.</source>
+        <translation>Die Beispiele sind nicht installiert, und die Führung braucht eines davon.</translation>
+    </message>
+    <message>
+        <source>This example lies in %1, where nothing can be written. Before you run it, save it in a folder of your own; the data that it reads is copied with it.</source>
+        <translation>Dieses Beispiel liegt in %1, wo nichts geschrieben werden kann. Speichern Sie es vor dem Ausführen in einem eigenen Ordner; die Daten, die es liest, werden mitkopiert.</translation>
+    </message>
+    <message>
+        <source>Save as ...</source>
+        <translation>Speichern unter ...</translation>
+    </message>
+    <message>
+        <source>Saved %1, and copied %2.</source>
+        <translation>%1 gespeichert und %2 kopiert.</translation>
+    </message>
+    <message>
+        <source>A link is broken, and kept: %1</source>
+        <translation>Eine Verbindung ist unterbrochen und bleibt erhalten: %1</translation>
+    </message>
+    <message>
+        <source>&amp;Find ...</source>
+        <translation>&amp;Suchen ...</translation>
+    </message>
+    <message>
+        <source>&amp;Replace ...</source>
+        <translation>E&amp;rsetzen ...</translation>
+    </message>
+    <message>
+        <source>Rena&amp;me a column everywhere ...</source>
+        <translation>Eine Spalte überall u&amp;mbenennen ...</translation>
+    </message>
+    <message>
+        <source>Find &amp;next</source>
+        <translation>&amp;Nächstes suchen</translation>
+    </message>
+    <message>
+        <source>Find pre&amp;vious</source>
+        <translation>V&amp;origes suchen</translation>
+    </message>
+    <message>
+        <source>Next proble&amp;m</source>
+        <translation>Nächstes Proble&amp;m</translation>
+    </message>
+    <message>
+        <source>Previo&amp;us problem</source>
+        <translation>Vorheriges Pro&amp;blem</translation>
+    </message>
+    <message>
+        <source>Copy run to here as &amp;command line</source>
+        <translation>Ausführen bis hier als &amp;Befehlszeile kopieren</translation>
+    </message>
+    <message>
+        <source>T&amp;our of an example</source>
+        <translation>Führung durch ein &amp;Beispiel</translation>
     </message>
 </context>
 <context>
@@ -3852,7 +4302,7 @@
     </message>
     <message>
         <source>Col&amp;umn:</source>
-        <translation>S&amp;palte:</translation>
+        <translation>Spal&amp;te:</translation>
     </message>
     <message>
         <source>Name of the column</source>
@@ -4360,6 +4810,25 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
 </context>
 <context>
+    <name>kelvarin::LogTitle</name>
+    <message>
+        <source>Log</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>errors: %1</source>
+        <translation>Fehler: %1</translation>
+    </message>
+    <message>
+        <source>warnings: %1</source>
+        <translation>Warnungen: %1</translation>
+    </message>
+    <message>
+        <source>Log (%1)</source>
+        <translation>Protokoll (%1)</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::Minimap</name>
     <message>
         <source>Overview of the graph</source>
@@ -4471,22 +4940,6 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>Parameter</translation>
     </message>
     <message>
-        <source>Name</source>
-        <translation>Name</translation>
-    </message>
-    <message>
-        <source>Value</source>
-        <translation>Wert</translation>
-    </message>
-    <message>
-        <source>Used by</source>
-        <translation>Verwendet von</translation>
-    </message>
-    <message>
-        <source>Write ${name} in a file name or any other setting; in expressions, the name alone.</source>
-        <translation>In einem Dateinamen oder einer anderen Einstellung ${name} schreiben; in Ausdrücken nur den Namen.</translation>
-    </message>
-    <message>
         <source>&amp;Add</source>
         <translation>&amp;Hinzufügen</translation>
     </message>
@@ -4499,12 +4952,51 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>Diese &amp;verwenden</translation>
     </message>
     <message>
+        <source>Write ${name} in a file name or any other setting; in expressions, the name alone. Settings and expressions follow a new name.</source>
+        <translation>Schreiben Sie ${name} in einen Dateinamen oder eine andere Einstellung; in Ausdrücken den Namen allein. Einstellungen und Ausdrücke folgen einem neuen Namen.</translation>
+    </message>
+    <message>
+        <source>There is no parameter &apos;%1&apos;, and these actions cannot run without it: %2.</source>
+        <translation>Es gibt keinen Parameter „%1“, und ohne ihn können diese Aktionen nicht laufen: %2.</translation>
+    </message>
+    <message>
+        <source>Add &apos;%1&apos;</source>
+        <translation>„%1“ anlegen</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ParametersModel</name>
+    <message>
         <source>A value has no name: &quot;%1&quot;.</source>
-        <translation>Ein Wert hat keinen Namen: &quot;%1&quot;.</translation>
+        <translation>Ein Wert hat keinen Namen: „%1“.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; cannot be referred to: a name has no &apos;}&apos;.</source>
+        <translation>Auf „%1“ kann nicht verwiesen werden: Ein Name enthält kein „}“.</translation>
     </message>
     <message>
         <source>Two parameters are called &apos;%1&apos;.</source>
-        <translation>Zwei Parameter heißen &apos;%1&apos;.</translation>
+        <translation>Zwei Parameter heißen „%1“.</translation>
+    </message>
+    <message>
+        <source>The value of &apos;%1&apos; refers to &apos;%2&apos;, which is no parameter.</source>
+        <translation>Der Wert von „%1“ verweist auf „%2“, das kein Parameter ist.</translation>
+    </message>
+    <message>
+        <source>The value of &apos;%1&apos; refers to &apos;%2&apos;, which must stand above it.</source>
+        <translation>Der Wert von „%1“ verweist auf „%2“, das darüber stehen muss.</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Used by</source>
+        <translation>Verwendet von</translation>
     </message>
 </context>
 <context>
@@ -4609,36 +5101,36 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>Wie viele der ersten Zeilen berechnet werden</translation>
     </message>
     <message>
-        <source>First ro&amp;ws:</source>
-        <translation>Erste &amp;Zeilen:</translation>
-    </message>
-    <message>
         <source>First rows</source>
         <translation>Erste Zeilen</translation>
-    </message>
-    <message>
-        <source>&amp;Profiles</source>
-        <translation>&amp;Profile</translation>
     </message>
     <message>
         <source>Show what the values of each column are like</source>
         <translation>Zeigen, wie die Werte jeder Spalte beschaffen sind</translation>
     </message>
     <message>
-        <source>F&amp;ilter</source>
-        <translation>F&amp;ilter</translation>
-    </message>
-    <message>
         <source>Filter the rows that are shown (Ctrl+F)</source>
         <translation>Die gezeigten Zeilen filtern (Strg+F)</translation>
     </message>
     <message>
-        <source>&amp;Details</source>
-        <translation>&amp;Details</translation>
-    </message>
-    <message>
         <source>Show the profile of one column in full</source>
         <translation>Das Profil einer Spalte ganz zeigen</translation>
+    </message>
+    <message>
+        <source>First rows:</source>
+        <translation>Erste Zeilen:</translation>
+    </message>
+    <message>
+        <source>Profiles</source>
+        <translation>Profile</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>Einzelheiten</translation>
     </message>
 </context>
 <context>
@@ -4793,6 +5285,10 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>Preview</source>
         <translation>Vorschau</translation>
     </message>
+    <message>
+        <source>No row has come yet: an action above this pin is still at work, or waits for its file.</source>
+        <translation>Noch keine Zeile: Eine Aktion davor arbeitet noch oder wartet auf ihre Datei.</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::PreviewTable</name>
@@ -4864,13 +5360,6 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>&amp;Unsorted</source>
         <translation>Uns&amp;ortiert</translation>
     </message>
-    <message numerus="yes">
-        <source>%n row(s) copied.</source>
-        <translation>
-            <numerusform>%n Zeile kopiert.</numerusform>
-            <numerusform>%n Zeilen kopiert.</numerusform>
-        </translation>
-    </message>
     <message>
         <source>This is more than a clipboard holds well (64 MiB). Export the rows as CSV, or choose fewer of them.</source>
         <translation>Das ist mehr, als eine Zwischenablage gut fasst (64 MiB). Exportieren Sie die Zeilen als CSV, oder wählen Sie weniger.</translation>
@@ -4886,6 +5375,10 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>%1 was not written: %2. Choose another file, or free some space on the disk.</source>
         <translation>%1 wurde nicht geschrieben: %2. Wählen Sie eine andere Datei, oder schaffen Sie Platz auf dem Datenträger.</translation>
+    </message>
+    <message>
+        <source>Rows copied: %1</source>
+        <translation>Kopierte Zeilen: %1</translation>
     </message>
 </context>
 <context>
@@ -4937,6 +5430,21 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>Refuse a na&amp;me that another action reads or writes</source>
         <translation>Einen &amp;Namen ablehnen, den eine andere Aktion liest oder schreibt</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ProblemWalk</name>
+    <message>
+        <source>There are no problems.</source>
+        <translation>Es gibt keine Probleme.</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>Problem %1 of %2: %3</source>
+        <translation>Problem %1 von %2: %3</translation>
     </message>
 </context>
 <context>
@@ -5158,7 +5666,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
     <message>
         <source>&amp;Quote:</source>
-        <translation>&amp;Anführungszeichen:</translation>
+        <translation>An&amp;führungszeichen:</translation>
     </message>
     <message>
         <source>The first line &amp;names the columns</source>
@@ -5228,6 +5736,10 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>It has numbers with a decimal comma. They are read as text; a Calculator behind this action makes numbers of them.</source>
         <translation>Sie enthält Zahlen mit Dezimalkomma. Sie werden als Text gelesen; ein Calculator hinter dieser Aktion macht Zahlen daraus.</translation>
     </message>
+    <message>
+        <source>TAB</source>
+        <translation>TAB</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::ReadFilePage</name>
@@ -5237,7 +5749,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
     <message>
         <source>&amp;This file:</source>
-        <translation>&amp;Diese Datei:</translation>
+        <translation>Diese Da&amp;tei:</translation>
     </message>
     <message>
         <source>Columnar file</source>
@@ -5281,7 +5793,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
     <message>
         <source>Skip &amp;blocks</source>
-        <translation>&amp;Blöcke überspringen</translation>
+        <translation>Blö&amp;cke überspringen</translation>
     </message>
     <message>
         <source>Looking into the file...</source>
@@ -5458,6 +5970,14 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <source>a new graph</source>
         <translation>ein neuer Graph</translation>
     </message>
+    <message>
+        <source>No recovery file can be written: %1. Save often until there is one.</source>
+        <translation>Es kann keine Wiederherstellungsdatei geschrieben werden: %1. Speichern Sie oft, bis es eine gibt.</translation>
+    </message>
+    <message>
+        <source>This was being typed into &apos;%1&apos;:</source>
+        <translation>Das wurde gerade in „%1“ getippt:</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::RowValuesModel</name>
@@ -5596,8 +6116,8 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>Laufbericht</translation>
     </message>
     <message>
-        <source>Copy the report</source>
-        <translation>Den Bericht kopieren</translation>
+        <source>&amp;Copy the report</source>
+        <translation>Bericht &amp;kopieren</translation>
     </message>
 </context>
 <context>
@@ -5636,6 +6156,14 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>Examples</source>
         <translation>Beispiele</translation>
+    </message>
+    <message>
+        <source>Take the &amp;tour</source>
+        <translation>&amp;Führung beginnen</translation>
+    </message>
+    <message>
+        <source>Five steps through an example; you can leave at any time.</source>
+        <translation>Fünf Schritte durch ein Beispiel; Sie können jederzeit aufhören.</translation>
     </message>
 </context>
 <context>
@@ -5946,6 +6474,29 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>seed (-1=always a different seed)=</source>
         <translation>Startwert (-1=immer ein anderer)=</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::TourBubble</name>
+    <message>
+        <source>Leave (Esc)</source>
+        <translation>Aufhören (Esc)</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>Zurück</translation>
+    </message>
+    <message>
+        <source>Tour, step %1 of %2</source>
+        <translation>Führung, Schritt %1 von %2</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>Weiter</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
     </message>
 </context>
 <context>
@@ -6430,7 +6981,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
     <message>
         <source>&amp;Quote:</source>
-        <translation>&amp;Anführungszeichen:</translation>
+        <translation>An&amp;führungszeichen:</translation>
     </message>
     <message>
         <source>The first line &amp;names the columns</source>

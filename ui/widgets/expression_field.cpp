@@ -52,6 +52,7 @@ class ExpressionField::Parts : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   ExpressionEditor& editor() { return *m_editor; }
+  PartValueTip& tip() const { return *m_tip; }
   ExpressionVerdict& verdict() { return *m_verdict; }
   const FormulaAnswer& answer() const { return m_answer; }
   void setFormula(const Formula& formula);
@@ -93,6 +94,7 @@ class ExpressionField::Parts : public QObject {
   CallTipWindow* m_callTip;
   ExpressionCompletion* m_completion;
   HistoryKeys* m_history;
+  PartValueTip* m_tip;
   QTimer m_rest;
   Formula m_formula;
   FormulaAnswer m_answer;
@@ -122,7 +124,7 @@ ExpressionField::Parts::Parts(ExpressionField& field, Form form)
   connectEditor();
   connect(&m_rest, &QTimer::timeout, this, &Parts::ask);
   connect(m_service, &FormulaService::answered, this, &Parts::take);
-  new PartValueTip(*m_editor, *m_service, [this] { return currentFormula(); }, &field);
+  m_tip = new PartValueTip(*m_editor, *m_service, [this] { return currentFormula(); }, &field);
 }
 
 void ExpressionField::Parts::layOut() {
@@ -448,6 +450,7 @@ void ExpressionField::selectPart(qsizetype start, qsizetype size) {
   cursor.setPosition(static_cast<int>(qBound<qsizetype>(0, start + size, length)),
                      QTextCursor::KeepAnchor);
   editor.setTextCursor(cursor);
+  m_parts->tip().passOverSelection();
   editor.ensureCursorVisible();
 }
 

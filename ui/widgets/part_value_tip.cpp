@@ -27,6 +27,10 @@ PartValueTip::PartValueTip(ExpressionEditor& editor, FormulaService& service,
   m_rest.setInterval(kRestMilliseconds);
   connect(&m_rest, &QTimer::timeout, this, &PartValueTip::askAboutSelection);
   connect(&editor, &QPlainTextEdit::selectionChanged, this, [this] { m_rest.start(); });
+  connect(&editor, &QPlainTextEdit::textChanged, this, [this] {
+    passOverSelection();
+    QToolTip::hideText();  // it was about the text before, and covers what is said about this one
+  });
   connect(&editor, &ExpressionEditor::pointed, this,
           [this](int position, const QPoint& onScreen) { ask(position, 1, onScreen); });
   connect(&service, &FormulaService::partAnswered, this, &PartValueTip::showAnswer);
@@ -62,6 +66,11 @@ void PartValueTip::showAnswer(const PartAnswer& answer) {
   if (!text.isEmpty()) {
     QToolTip::showText(m_onScreen, text, m_editor.parentWidget());
   }
+}
+
+void PartValueTip::passOverSelection() {
+  m_rest.stop();
+  m_version = 0;
 }
 
 QString partValueText(const QString& expression, const PartAnswer& answer) {

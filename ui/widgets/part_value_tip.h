@@ -27,6 +27,9 @@ class PartValueTip : public QObject {
   PartValueTip(ExpressionEditor& editor, FormulaService& service, std::function<Formula()> formula,
                QWidget* owner);
 
+  // Of what was selected by no user, no value is shown.
+  void passOverSelection();
+
  private:
   void ask(qsizetype start, qsizetype size, const QPoint& onScreen);
   void askAboutSelection();

@@ -39,17 +39,17 @@ TEST(CanvasKeys, ALinkIsDrawnWithoutAMouse) {
   Canvas canvas;
   canvas.select("a");
   QSignalSpy hints(&canvas.view, &CanvasView::hint);
-  canvas.key(Qt::Key_L, Qt::ControlModifier);
+  canvas.key(Qt::Key_K, Qt::ControlModifier);
   EXPECT_TRUE(hints.last()[0].toString().contains(QStringLiteral("'alone'")));
   canvas.key(Qt::Key_Tab);
   canvas.key(Qt::Key_Left);
   canvas.key(Qt::Key_Return);
   EXPECT_NE(canvas.link("a", "alone"), kNoId);
-  canvas.key(Qt::Key_L, Qt::ControlModifier);
+  canvas.key(Qt::Key_K, Qt::ControlModifier);
   canvas.key(Qt::Key_Escape);
   EXPECT_FALSE(canvas.scene().pinFilter());
   canvas.select("c");
-  canvas.key(Qt::Key_L, Qt::ControlModifier);
+  canvas.key(Qt::Key_K, Qt::ControlModifier);
   EXPECT_FALSE(hints.last()[0].toString().isEmpty());
   EXPECT_EQ(canvas.graph.links().size(), 3);
 }

@@ -3,6 +3,7 @@
 #include <QSvgRenderer>
 
 #include "gui/canvas/alignment_guides.h"
+#include "gui/canvas/heat_legend.h"
 #include "gui/canvas/minimap.h"
 #include "gui/canvas/state_text.h"
 #include "gui/canvas/tests/canvas_fixture.h"
@@ -60,9 +61,34 @@ TEST(CanvasLook, CountsAppearOnLinksAndGoWithTheirRun) {
   EXPECT_EQ(canvas.scene().rowsAt({canvas.id("b"), 0, true}), -1);
   const QImage counted = canvas.view.grab().toImage();
   EXPECT_NE(counted, before);
-  canvas.view.setShowsHeatMap(true);
   canvas.view.setStates({});
   EXPECT_EQ(canvas.view.grab().toImage(), before);
+}
+
+TEST(CanvasLook, TheHeatMapSaysItsFiguresInWords) {
+  Canvas canvas;
+  HeatLegend legend(canvas.view);
+  EXPECT_TRUE(legend.isHidden());
+  canvas.view.setHeatMap(HeatMap::time);
+  EXPECT_TRUE(legend.isVisible());
+  EXPECT_TRUE(legend.accessibleName().contains(u"Run the graph"));
+  const QImage without = canvas.view.grab().toImage();
+  ActionState source;
+  source.kind = ActionState::Kind::done;
+  source.rowsOut = {4000};
+  source.seconds = 0.25;
+  ActionState sink = source;
+  sink.rowsOut = {};
+  sink.rowsIn = {1000};
+  sink.seconds = 0.75;
+  canvas.view.setStates({{canvas.id("a"), source}, {canvas.id("c"), sink}});
+  EXPECT_EQ(canvas.scene().heatScale().of(source), (ActionHeat{0.25 / 0.75, "0.25 s, 25 %"}));
+  EXPECT_NE(canvas.view.grab().toImage(), without);
+  canvas.view.setHeatMap(HeatMap::rows);
+  EXPECT_EQ(canvas.scene().heatScale().of(sink), (ActionHeat{0.25, "1,000, 25 %"}));
+  EXPECT_EQ(canvas.scene().heatScale().largestText(), u"4,000 rows");
+  canvas.view.setHeatMap(HeatMap::off);
+  EXPECT_TRUE(legend.isHidden());
 }
 
 TEST(CanvasLook, ExportsAreWholeAndReadable) {

@@ -202,6 +202,17 @@ TEST(CanvasMouse, ZoomsAboutThePointerWithinItsLimits) {
   EXPECT_EQ(canvas.view.extract().zoom, 1.0);
 }
 
+TEST(CanvasMouse, WhatIsInTheMiddleStaysThereWhenPanelsTakeAndGiveBackTheirPart) {
+  Canvas canvas;
+  canvas.view.setExtract({1.5, {200, 30}});
+  const QSize size = canvas.view.size();
+  for (const QSize next : {QSize(size.width() / 2, size.height() - 31), size}) {
+    canvas.view.resize(next);
+    const QPointF moved = canvas.view.extract().centre - QPointF(200, 30);
+    EXPECT_LT(moved.manhattanLength(), 2.0) << moved.x() << ' ' << moved.y();
+  }
+}
+
 TEST(CanvasMouse, PansWithTheMiddleButtonAndWithSpace) {
   Canvas canvas;
   const QPointF before = canvas.view.extract().centre;

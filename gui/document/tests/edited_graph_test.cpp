@@ -49,6 +49,18 @@ class EditedGraphTest : public ::testing::Test {
                                       QByteArray(m_graph.element(id(name))).replace(before, now)));
   }
   void undo() { m_commands.stack().undo(); }
+  QList<SearchedText> textsWith(const GraphSearch& search) const {
+    const TextPattern pattern(search);
+    QList<SearchedText> matches;
+    for (const ActionId action : m_graph.actions()) {
+      for (const SearchedText& text : textsOf(m_graph, action)) {
+        if (pattern.positionIn(text.text) >= 0) {
+          matches.append(text);
+        }
+      }
+    }
+    return matches;
+  }
 
   EditedGraph m_graph{loadedCatalogue()};
   GraphCommands m_commands{m_graph};
@@ -207,19 +219,27 @@ TEST_F(EditedGraphTest, ARenamedColumnIsFollowed) {
 TEST_F(EditedGraphTest, TextsAreFoundAndReplacedInOneStep) {
   load();
   const GraphSearch word{QStringLiteral("islate"), false, true};
-  const QList<GraphMatch> matches = findInGraph(m_graph, word);
+  const QList<SearchedText> matches = textsWith(word);
   ASSERT_EQ(matches.size(), 3);
-  EXPECT_EQ(matches[0], (GraphMatch{id("late"), GraphMatch::Kind::setting, QStringLiteral("name"),
-                                    QStringLiteral("isLate"), 0}));
-  EXPECT_EQ(matches[1].kind, GraphMatch::Kind::expression);
+  EXPECT_EQ(matches[0].where, u"name");
+  EXPECT_EQ(matches[1].kind, SearchedText::Kind::expression);
   EXPECT_EQ(matches[2].where, u"column");
-  EXPECT_EQ(replaceInGraph(m_commands, word, QStringLiteral("a\\b")),
+  EXPECT_EQ(replaceInGraph(m_commands, word, QStringLiteral("a\\b"), matches).changed,
             (QList{id("late"), id("late?")}));
   EXPECT_EQ(m_graph.document().toStdString(),
             QByteArray(kFlights).replace("isLate", "a\\b").toStdString());
   undo();
   EXPECT_EQ(m_graph.document(), kFlights);
-  replaceInGraph(m_commands, {QStringLiteral("late?"), true, false}, QStringLiteral("out"));
+  // What is left out stays.
+  replaceInGraph(m_commands, word, QStringLiteral("x"), {matches[1]});
+  EXPECT_EQ(m_graph.document(), with("<Expression>isLate", "<Expression>x"));
+  // However fast the next one follows, it is a step of its own.
+  const GraphSearch next{QStringLiteral("x"), true, true};
+  replaceInGraph(m_commands, next, QStringLiteral("y"), textsWith(next));
+  undo();
+  EXPECT_EQ(m_graph.document(), with("<Expression>isLate", "<Expression>x"));
+  const GraphSearch name{QStringLiteral("late?"), true, false};
+  replaceInGraph(m_commands, name, QStringLiteral("out"), textsWith(name));
   EXPECT_NE(id("out 2"), kNoId);
 }
 
@@ -290,6 +310,27 @@ TEST_F(EditedGraphTest, ParametersAreKnownToActionsAndTheirUsers) {
             with("value='30'/>\n", "value='60'/>\n    <Parameter name='b' value='${limit}0'/>\n"));
   undo();
   EXPECT_EQ(m_graph.document(), kFlights);
+}
+
+TEST_F(EditedGraphTest, ARenamedParameterIsFollowedWhereverItIsUsed) {
+  load();
+  set("flights", "'delay 0'", "'${limit} ${other}'");
+  const QByteArray before = m_graph.document();
+  m_commands.setParameters({{QStringLiteral("most"), QStringLiteral("30")}},
+                           {{QStringLiteral("limit"), QStringLiteral("most")}});
+  EXPECT_EQ(m_commands.stack().undoText(), u"Rename parameter 'limit'");
+  const QByteArray now = m_graph.document();
+  EXPECT_TRUE(now.contains("delay > most")) << now.constData();
+  EXPECT_TRUE(now.contains("comments='${most}'"));
+  EXPECT_TRUE(now.contains("sortedOn='${most} ${other}'"));
+  EXPECT_FALSE(now.contains("limit"));
+  undo();
+  EXPECT_EQ(m_graph.document(), before);
+  // A variable of the same name is not the parameter.
+  set("late", "column='delay'/>", "column='delay' label='limit'/>");
+  m_commands.setParameters({{QStringLiteral("most"), QStringLiteral("30")}},
+                           {{QStringLiteral("limit"), QStringLiteral("most")}});
+  EXPECT_TRUE(m_graph.document().contains("delay &gt; limit")) << m_graph.document().constData();
 }
 
 // The bounds are four times what is wanted of a user's machine.

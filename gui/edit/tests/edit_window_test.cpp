@@ -1,10 +1,12 @@
 // The window of `kelvarin edit` with real widgets: editing by forms, saving, reading again, and
 // closing.
+#include <algorithm>
 #include <functional>
 
 #include <gtest/gtest.h>
 #include <QAction>
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -22,6 +24,7 @@
 #include "gui/edit/edit_window.h"
 #include "gui/forms/action_form.h"
 #include "gui/log/log_model.h"
+#include "gui/recovery/recovery_offer.h"
 #include "host/contract/described_action.h"
 #include "host/contract/engine_runner.h"
 #include "host/tables/table_actions.h"
@@ -74,6 +77,15 @@ ActionCatalogue::Prototypes prototypes() {
   ActionCatalogue::Prototypes actions = makeTableActions();
   actions.push_back(std::make_unique<Endless>(XMLNode::emptyNode(), nullptr));
   return actions;
+}
+
+bool isInRecoveryFolder(const QByteArray& text) {
+  const QDir folder(recoveryFolder());
+  const QStringList names = folder.entryList(QDir::Files);
+  return std::ranges::any_of(names, [&](const QString& name) {
+    QFile file(folder.filePath(name));
+    return file.open(QIODevice::ReadOnly) && file.readAll().contains(text);
+  });
 }
 
 constexpr char kGraph[] =
@@ -185,6 +197,26 @@ TEST_F(EditWindowTest, UndoBringsTheActionBackAndShowsItsEditor) {
   EXPECT_TRUE(window.windowTitle().endsWith(u"out"));
   EXPECT_EQ(window.editor()->findChild<QLineEdit*>(QStringLiteral("file"))->text(), u"result.csv");
   EXPECT_FALSE(undo->isEnabled());
+}
+
+TEST_F(EditWindowTest, WhatWasNotSavedWhenTheProgramEndedIsOfferedAgain) {
+  open();
+  enter("file", QStringLiteral("kept.csv"));
+  type("separator", QStringLiteral("too long"));
+  ASSERT_TRUE(waitUntil([] { return isInRecoveryFolder("too long"); }));
+  EditWindow& again = open(kGraph, "");  // the one before has ended without closing
+  again.offerRecovery();
+  auto* offer = again.findChild<RecoveryOffer*>();
+  ASSERT_TRUE(waitUntil([offer] { return offer->isVisible(); }));
+  emit offer->linkActivated(QStringLiteral("restore"));
+  EXPECT_TRUE(m_graph.document().contains("kept.csv"));
+  EXPECT_TRUE(again.isWindowModified());
+  EXPECT_EQ(again.editor()->findChild<QLineEdit*>(QStringLiteral("separator"))->text(),
+            u"too long");
+  enter("separator", QStringLiteral(","));
+  again.save();
+  EXPECT_TRUE(waitUntil([&] { return !again.isWindowModified(); }));
+  EXPECT_EQ(onDisk(), QByteArray(kGraph).replace("result.csv", "kept.csv"));
 }
 
 TEST_F(EditWindowTest, WhatTheActionCannotUseStaysInItsFieldWithTheReason) {
@@ -302,7 +334,7 @@ TEST_F(EditWindowTest, ALineOfTheLogLeadsToItsPositionInTheExpression) {
 TEST_F(EditWindowTest, TheEnginesOfTheOutputsAreSaidInFewWords) {
   const EditWindow& window = open();
   const auto said = [&](const QStringList& labels) {
-    m_services.backendsChosen(m_graph.action(1), labels);
+    m_services.backendsChosen(m_graph.action(m_graph.idOf(QStringLiteral("out"))), labels);
     QCoreApplication::processEvents();
     return window.statusBar()->currentMessage().toStdString();
   };

@@ -28,7 +28,15 @@ class HostEditorTest : public ::testing::Test {
     m_parameters.setWorkingDir(m_folder.path());
     m_parameters.setValue(QStringLiteral("p"), QStringLiteral(";"));
   }
-  ~HostEditorTest() override { m_editor.reset(); }
+  ~HostEditorTest() override { close(); }
+
+  // A field that loses the focus reports what is in it, for which its editor must still be whole.
+  void close() {
+    if (m_editor != nullptr) {
+      m_editor->hide();
+    }
+    m_editor.reset();
+  }
 
   QString write(const char* name, const QByteArray& bytes) {
     QFile file(m_folder.filePath(QLatin1String(name)));
@@ -43,7 +51,7 @@ class HostEditorTest : public ::testing::Test {
   }
 
   void open(const QByteArray& xml) {
-    m_editor.reset();
+    close();
     m_committed.clear();
     const auto node = parseXml(xml);
     ASSERT_TRUE(node) << xml.constData();

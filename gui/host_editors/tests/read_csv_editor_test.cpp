@@ -1,4 +1,5 @@
 // The editor of ReadCSV: what it finds in a file, and what a user makes of it.
+#include <QElapsedTimer>
 #include <QPlainTextEdit>
 #include <QTableView>
 
@@ -122,6 +123,37 @@ TEST_F(ReadCsvEditorTest, SaysWhatIsWrongWithAFileAndWhatToDo) {
   write("a.csv", "a,b\n1,2\n");
   open("<ReadParquet name='a' file='a.csv'/>");
   EXPECT_TRUE(state().contains(QStringLiteral("ReadCSV"))) << state().toStdString();
+}
+
+TEST_F(ReadCsvEditorTest, AFileThatHasChangedIsLookedIntoAgainWhenItsUserComesBack) {
+  const QString file = write("a.csv", "a,b\n1,2\n");
+  open("<ReadCSV name='r' file='a.csv'/>");
+  const auto columnCount = [this] { return widget<QTableView>("columns").model()->rowCount(); };
+  ASSERT_EQ(columnCount(), 2);
+  m_editor->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(m_editor.get()));
+  QEvent comesBack(QEvent::ActivationChange);
+  write("a.csv", "a,b,c\n1,2,3\n");
+  QCoreApplication::sendEvent(m_editor.get(), &comesBack);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return columnCount() == 3; }));
+  QFile::remove(file);
+  QCoreApplication::sendEvent(m_editor.get(), &comesBack);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return columnCount() == 0; }));
+}
+
+TEST_F(ReadCsvEditorTest, AHugeFileIsSeenAtOnce) {
+  QByteArray rows = "a,b\n";
+  for (int i = 0; i < 200'000; ++i) {
+    rows += "1,some text\n";
+  }
+  QFile file(write("huge.csv", rows));
+  ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+  ASSERT_TRUE(file.resize(qint64(3) << 30));  // with a hole
+  QElapsedTimer timer;
+  timer.start();
+  open("<ReadCSV name='r' file='huge.csv'/>");
+  EXPECT_EQ(widget<QTableView>("columns").model()->rowCount(), 2);
+  EXPECT_LT(timer.elapsed(), 4000);
 }
 
 TEST(CsvGuess, FindsHowFilesAreWritten) {

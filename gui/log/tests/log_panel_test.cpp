@@ -63,18 +63,14 @@ TEST_F(LogPanelTest, ShowsWhatTheFilterAsksFor) {
             QStringLiteral("warning: 3 values are missing\nerror: unknown name 'x'"));
 }
 
-TEST_F(LogPanelTest, WalksAlongErrorsAndWarningsAndBeginsAnew) {
-  QSignalSpy wanted(&panel, &LogPanel::actionWanted);
-  std::vector<int> rows;
-  for (int i = 0; i < 3; ++i) {
-    EXPECT_TRUE(panel.showNextProblem());
-    rows.push_back(table->currentIndex().row());
-  }
-  EXPECT_EQ(rows, (std::vector<int>{1, 3, 1}));
-  EXPECT_EQ(wanted.size(), 3);
-  EXPECT_EQ(wanted[1][0].value<LogEntry>().text, QStringLiteral("unknown name 'x'"));
-  panel.model().clear();
-  EXPECT_FALSE(panel.showNextProblem());
+TEST_F(LogPanelTest, LeadsToALineThatTheFilterShows) {
+  panel.showLine(3);
+  EXPECT_EQ(table->currentIndex().row(), 3);
+  chooseLevel(2);
+  panel.showLine(3);
+  EXPECT_EQ(table->currentIndex().row(), 0);
+  panel.showLine(1);
+  EXPECT_EQ(table->currentIndex().row(), 0);
 }
 
 TEST_F(LogPanelTest, StaysWhereItIsReadWhenLinesAreAdded) {

@@ -135,6 +135,11 @@ TEST_F(PreviewPanelTest, RowsStayUntilSomethingAboveChanges) {
   EXPECT_EQ(status(), QStringLiteral("the first 1,000 rows"));
   const std::shared_ptr<PreviewRows> before = table().model().rows();
   commands.rename(graph.idOf(QStringLiteral("none")), QStringLiteral("nothing"));
+  const ActionId towns = graph.idOf(QStringLiteral("towns"));
+  commands.moveActions({{towns, QPointF(300, 200)}}, {});
+  commands.rename(towns, QStringLiteral("cities"));
+  commands.rename(towns, QStringLiteral("towns"));
+  commands.addNote(QRectF(0, 0, 50, 50), QStringLiteral("a note"), Qt::yellow);
   commands.remove({{graph.idOf(QStringLiteral("lost"))}, {}, {}});
   QTest::qWait(600);
   await();
@@ -252,7 +257,8 @@ TEST_F(PreviewPanelTest, TheMenuOfACellLeadsToActions) {
   EXPECT_EQ(steps[0][1].toLongLong(), 3);
   ASSERT_TRUE(kept.size() == 1 || kept.wait());
   EXPECT_EQ(kept[0][1].value<RowCondition>().expression, QStringLiteral("isNull(town)"));
-  EXPECT_EQ(columns[0][1].toString(), QStringLiteral("town"));
+  EXPECT_EQ(columns[0][1].value<PinColumns::Column>().name, QStringLiteral("town"));
+  EXPECT_EQ(columns[0][2].toString(), QStringLiteral("new_town"));
 
   table().view().setCurrentIndex(table().model().index(6, 0));
   QTest::keyClick(&table().view(), Qt::Key_Return);

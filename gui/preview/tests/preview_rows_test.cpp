@@ -1,5 +1,7 @@
 // Stores of rows, orders and profiles of them, without a widget.
 #include <cmath>
+#include <random>
+#include <thread>
 
 #include <gtest/gtest.h>
 #include <QCoreApplication>
@@ -12,6 +14,7 @@
 #include "gui/preview/row_store.h"
 #include "gui/preview/row_texts.h"
 #include "gui/preview/tests/made_rows.h"
+#include "host/testing/full_disk.h"
 #include "host/testing/row_harness.h"
 #include "host/xml/xml_node.h"
 
@@ -187,6 +190,50 @@ TEST_F(PreviewRowsTest, AProfileOfManyValuesIsAnEstimateButForTheFrequentOnes) {
   EXPECT_EQ(inBins, kRows);
 }
 
+TEST_F(PreviewRowsTest, AFullDiskIsSaidAndTheRowsBeforeItStay) {
+  const PreviewRows::Columns columns{{QStringLiteral("n"), MetaTypeColumn::number}};
+  const auto made = store(columns, Rows(100, {1.0}), 300);
+  const FullDisk disk(0);
+  EXPECT_FALSE(made->append(*madeRows(columns, 100, Rows(100, {2.0}))));
+  EXPECT_FALSE(made->errorText().isEmpty());
+  EXPECT_EQ(made->rowCount(), 100);
+  EXPECT_TRUE(made->visit(0, 0, 100, [](long long, const unsigned char* bytes) {
+    return valueFromBytes(bytes, MetaTypeColumn::number) == Value(1.0);
+  }));
+}
+
+// As somebody does who does not wait: rows still come from the disk's side while they are sorted,
+// filtered, profiled and looked at, and the preview is closed in the middle.
+TEST_F(PreviewRowsTest, EverythingAtOnceIsLeftAtAnyMoment) {
+  constexpr int kTimes = 200;
+  const PreviewRows::Columns columns{{QStringLiteral("n"), MetaTypeColumn::number}};
+  std::mt19937 random(7);
+  for (int time = 0; time < kTimes; ++time) {
+    auto made = std::make_shared<RowStore>(columns, std::make_shared<PreviewMemory>(2000), queue);
+    made->setListener([] {});
+    std::jthread source([made, &columns](const std::stop_token& stop) {
+      for (int i = 0; i < 200 && !stop.stop_requested(); ++i) {
+        EXPECT_TRUE(made->append(*madeRows(columns, 10LL * i, Rows(10, {i / 8.0}))));
+      }
+    });
+    while (made->rowCount() == 0) {
+      std::this_thread::yield();
+    }
+    const long long count = made->rowCount();
+    const auto sorting = queue.add([made, count](const StopFlag& stop) -> BackgroundQueue::Report {
+      (void)rowsInOrder(*made, count, {{}, 0, true}, stop);
+      (void)profileOf(*made, 0, count, stop);
+      return nullptr;
+    });
+    for (unsigned look = random() % 20; look > 0; --look) {
+      (void)made->value(static_cast<long long>(random() % static_cast<unsigned>(count)), 0);
+    }
+    *sorting = random() % 2 == 0;
+    made->setListener({});
+    made.reset();
+  }
+}
+
 TEST_F(PreviewRowsTest, WorkThatIsNotWantedAnyMoreEnds) {
   const PreviewRows::Columns columns{{QStringLiteral("k"), MetaTypeColumn::key}};
   const auto made = store(columns, Rows(100'000, {1.0}), 1 << 22, 1000);
@@ -220,7 +267,7 @@ TEST_F(PreviewRowsTest, RowsLikeAChosenOneAreKeptByItsCondition) {
                                      {QStringLiteral("v1"), MetaTypeColumn::number},
                                      {QStringLiteral("_n"), MetaTypeColumn::key}};
   const Rows rows{{"Lyon", 0.1, 3},        {null, 0.1, 3},          {"", 0.1, 3},
-                  {"a\"b\\c\n\td", -4, 3}, {"Lyon", null, 3},       {"Lyon", kNotANumber, 3},
+                  {"a\"b\\c\n\td", -4, 3}, {"Lyon", null, 3},       {"Lyon", -kNotANumber, 3},
                   {"Lyon", kInfinity, 3},  {"Lyon", -kInfinity, 3}, {"Lyon", 0.1, null}};
   for (const Values& row : rows) {
     std::vector<ChosenValues> chosen;

@@ -1,9 +1,11 @@
 // Runs of the graph that is open: what is shown while they go on and after, and how they are
 // stopped.
 #include <random>
+#include <thread>
 
 #include <QElapsedTimer>
 
+#include "gui/run/disk_question_line.h"
 #include "gui/run/graph_run.h"
 #include "gui/run/stale_actions.h"
 #include "gui/run/tests/open_graph.h"
@@ -15,6 +17,38 @@ using Kind = ActionState::Kind;
 using Counts = std::vector<long long>;
 
 constexpr char kEndless[] = "1000000000";
+
+// Asks about a full disk before its first row, as an action that writes does.
+class NeedsDisk final : public TestAction {
+ public:
+  KELVARIN_TEST_ACTION(NeedsDisk, 1, 0)
+  bool step() {
+    while (MainUI::displayOutOfDiskSpace(QStringLiteral("/data/big.gel"), 4096, true)) {
+      if (++m_tries == 2) {
+        return true;
+      }
+    }
+    failRun();
+    return true;
+  }
+
+ private:
+  int m_tries = 0;
+};
+
+// Says that it waits, and does so until the run is stopped.
+class Waits final : public TestAction {
+ public:
+  KELVARIN_TEST_ACTION(Waits, 0, 1)
+  bool step() {
+    MainUI::addLog(LogLevel::warning, QStringLiteral("Waiting for the file..."));
+    while (run()->isRunning()) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    MainUI::addLog(LogLevel::error, QStringLiteral("The file never came."));
+    return true;
+  }
+};
 
 struct RunOf : OpenGraph {
   using OpenGraph::OpenGraph;
@@ -57,6 +91,10 @@ TEST(GraphRun, CountsRowsAndTimesActionsWhileItGoesOn) {
   EXPECT_EQ(t.state("s").kind, Kind::running);
   EXPECT_GT(t.state("s").rowsOut.at(0), 0);
   EXPECT_GT(t.state("s").seconds, 2 * t.state("w").seconds);
+  QSignalSpy changes(&t.run, &GraphRun::statesChanged);
+  QTest::qWait(1000);
+  EXPECT_GE(changes.size(), 1);
+  EXPECT_LE(changes.size(), 11);  // ten a second, and one that was due
   QElapsedTimer clock;
   clock.start();
   t.run.stop();
@@ -92,6 +130,48 @@ TEST(GraphRun, ShowsTheActionThatFailedAndWhy) {
   EXPECT_TRUE(t.state("s").message.contains(QStringLiteral("out of luck")));
   EXPECT_EQ(t.state("w").kind, Kind::stopped);
   EXPECT_EQ(logged.size(), 1);
+}
+
+TEST(GraphRun, ShowsThatAnActionWaitsWhileItWaits) {
+  RunOf t("<Waits name='s'/><Collect name='w'/>", "s w", prototypesWith<Waits>());
+  QSignalSpy logged(&t.services, &EditServices::logged);
+  ASSERT_TRUE(t.run.start());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return t.state("s").hasWarning && !logged.isEmpty(); }));
+  EXPECT_TRUE(t.run.isRunning());
+  EXPECT_EQ(t.state("s").kind, Kind::running);
+  EXPECT_EQ(t.state("s").message, QStringLiteral("Waiting for the file..."));
+  EXPECT_EQ(t.state("w").message, QString());
+  t.run.stop();
+  ASSERT_TRUE(t.finish());
+  EXPECT_EQ(t.state("s").kind, Kind::stopped);
+}
+
+TEST(GraphRun, AsksWhereADiskIsFullAndGoesOnOrStops) {
+  RunOf t("<Count name='s'/><NeedsDisk name='w'/>", "s w", prototypesWith<NeedsDisk>());
+  DiskQuestionLine line(t.run);
+  const auto awaitLine = [&line](const char* text) {
+    return QTest::qWaitFor([&] { return line.text().contains(QLatin1String(text)); });
+  };
+  ASSERT_TRUE(t.run.start());
+  ASSERT_TRUE(awaitLine("The disk is full"));
+  EXPECT_TRUE(line.text().contains(QStringLiteral("/data/big.gel"))) << line.text().toStdString();
+  EXPECT_TRUE(t.state("w").hasWarning);
+  emit line.linkActivated(QStringLiteral("again"));
+  ASSERT_TRUE(awaitLine("The disk is still full"));
+  emit line.linkActivated(QStringLiteral("again"));
+  ASSERT_TRUE(t.finish());
+  EXPECT_TRUE(t.run.result()->isOk());
+  EXPECT_EQ(line.text(), QString());
+
+  ASSERT_TRUE(t.run.start());
+  ASSERT_TRUE(awaitLine("The disk is full"));
+  emit line.linkActivated(QStringLiteral("stop"));
+  ASSERT_TRUE(t.finish());
+  EXPECT_EQ(t.run.result()->state, GlobalParameters::RunningState::stoppedByUser);
+  EXPECT_EQ(line.text(), QString());
+
+  ASSERT_TRUE(t.run.start());  // ends with its graph although nobody answers
+  ASSERT_TRUE(awaitLine("The disk is full"));
 }
 
 TEST(GraphRun, LogsWhyAGraphCannotBeRun) {
@@ -144,8 +224,10 @@ TEST(GraphRun, KnowsItsCommandLine) {
   RunOf t("<Count name='s'/>", "");
   EXPECT_EQ(t.run.commandLine(), QStringLiteral("kelvarin run '/tests/it'\\''s a graph.kelvarin'"));
   t.load("<Count name='s'/>", "", {{QStringLiteral("p"), QStringLiteral("a b")}});
-  EXPECT_EQ(t.run.commandLine(), QStringLiteral("kelvarin run '/tests/it'\\''s a graph.kelvarin' "
-                                                "--set 'p=a b'"));
+  const QString whole =
+      QStringLiteral("kelvarin run '/tests/it'\\''s a graph.kelvarin' --set 'p=a b'");
+  EXPECT_EQ(t.run.commandLine(), whole);
+  EXPECT_EQ(t.run.commandLine(t.id("s")), whole + QStringLiteral(" --to 's'"));
 }
 
 TEST(GraphRun, EndsWithTheGraphThatIsReplacedAndWithItself) {

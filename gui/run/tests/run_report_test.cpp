@@ -31,6 +31,8 @@ RunResult madeResult() {
   speed.report.outputs = {
       {QStringLiteral("kmh"), QStringLiteral("Fast Parser"), QStringLiteral("nvl"), {}, 12, 0, 3}};
   speed.files = {{QStringLiteral("/tests/out/speed.csv"), 2'500'000}};
+  source.report.blocksRead = 3;
+  source.report.blocksSkipped = 47;
   result.actions = {source, speed};
   return result;
 }
@@ -43,6 +45,8 @@ TEST(RunReport, UnfoldsOutputsAndFilesBelowTheirAction) {
   ASSERT_EQ(model.rowCount(speed), 2);
   EXPECT_EQ(model.index(0, 0, speed).data().toString(),
             QStringLiteral("kmh: Fast Parser, because of 'nvl'; nulls: 12, NaN: 0, failures: 3"));
+  EXPECT_EQ(model.index(0, 0, model.index(0, 0)).data().toString(),
+            QStringLiteral("3 blocks read, 47 skipped by the block filter"));
   EXPECT_EQ(model.index(1, 0, speed).data(RunReportModel::fileRole).toString(),
             QStringLiteral("/tests/out/speed.csv"));
   EXPECT_EQ(model.index(1, 0, speed).parent(), speed);

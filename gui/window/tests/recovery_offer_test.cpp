@@ -5,17 +5,12 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QTest>
 
-#include "gui/window/host_window.h"
-#include "gui/window/property_panel.h"
-#include "gui/window/recovery_offer.h"
-#include "host/contract/host_session.h"
-#include "host/tables/table_actions.h"
-#include "host/widgets/theme.h"
+#include "gui/properties/property_panel.h"
+#include "gui/recovery/recovery_offer.h"
+#include "gui/window/tests/host_program.h"
 #include "host/widgets/user_interface.h"
 
 namespace kelvarin {
@@ -27,25 +22,8 @@ constexpr char kGraph[] =
     "<WriteCSV name='out' x='200' y='0' file='result.csv'/>"
     "</Actions></KelvarinGraph>";
 
-// A window with all that it works on, as one run of the program has it.
-struct Program {
-  const ActionCatalogue catalogue{nullptr, makeTableActions()};
-  EditedGraph graph{catalogue};
-  EditServices services{graph, catalogue};
-  HostSession session{&services};
-  const HostSession::Scope scope{&session};
-  GraphCommands commands{graph};
-  Theme theme;
-  HostWindow window{commands, services, theme};
-
-  void open(const QString& file) {
-    const QSignalSpy shown(&window, &HostWindow::graphShown);
-    window.show();
-    window.open(file);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !shown.isEmpty(); }));
-  }
+struct Program : testing::HostProgram {
   RecoveryOffer& offer() {
-    window.show();
     window.offerRecovery();
     auto& line = *window.findChild<RecoveryOffer*>();
     (void)QTest::qWaitFor([&line] { return line.isVisible(); }, 1000);

@@ -192,11 +192,16 @@ TEST_F(PinRowsTest, ColumnsAreAnsweredAtOnceAndComputedAnewForAnotherVersion) {
     }
     return columns;
   };
-  EXPECT_TRUE(cache.columns(t.graph, action, 0, 1).isBeingComputed);
+  // What the actions of the branch note about themselves waits for the lock, and so do the columns.
+  const auto atOnce = [&](quint64 version) {
+    const std::lock_guard held(witness->mutex);
+    return cache.columns(t.graph, action, 0, version);
+  };
+  EXPECT_TRUE(atOnce(1).isBeingComputed);
   EXPECT_EQ(awaited(1).columns.size(), 1u);
   t.graph.actions[0].item.reset(t.graph.actions[0].item->createFromXML(
       *parseXml("<Count name='s' texts='1'/>"), t.graph.settings.get()));
-  const PinColumns old = cache.columns(t.graph, action, 0, 2);
+  const PinColumns old = atOnce(2);
   EXPECT_TRUE(old.isKnown);
   EXPECT_EQ(old.version, 1u);
   const PinColumns now = awaited(2);

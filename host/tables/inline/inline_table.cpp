@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 
 #include <QRegularExpression>
 #include <QSet>
 
+#include "base/null_number.h"
 #include "host/contract/attribute_table.h"
 #include "host/contract/main_ui.h"
 #include "host/tables/inline/messages.h"
@@ -63,6 +65,9 @@ bool parse(const QString& text, Number* number) {
     }
   }
   const auto [end, error] = std::from_chars(bytes.data(), bytes.data() + bytes.size(), *number);
+  if constexpr (std::is_floating_point_v<Number>) {
+    *number = std::isnan(*number) ? kNotANumber : *number;  // the one that expressions know
+  }
   return error == std::errc() && end == bytes.data() + bytes.size();
 }
 

@@ -204,6 +204,10 @@ TEST_F(ReadDialogTest, WhatIsTypedIsUncommittedUntilTheEndOfEditing) {
   EXPECT_EQ(m_editor->uncommittedState(),
             (QMap<QString, QString>{{QStringLiteral("leFileName"), QStringLiteral("new.gel")}}));
   EXPECT_FALSE(hasSaved("new.gel"));
+  const QMap<QString, QString> typed = m_editor->uncommittedState();
+  open("<ReadColumnarGel name='r'/>");
+  m_editor->restoreUncommitted(typed);
+  EXPECT_EQ(m_editor->uncommittedState(), typed);
   m_editor->commit();
   EXPECT_TRUE(hasSaved(" fileName='new.gel'"));
   EXPECT_TRUE(m_editor->uncommittedState().isEmpty());

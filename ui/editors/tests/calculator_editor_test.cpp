@@ -112,6 +112,20 @@ TEST_F(CalculatorEditorTest, AddsMovesRenamesAndDeletesOutputs) {
   EXPECT_TRUE(hasSaved("isInput='1'"));
 }
 
+TEST_F(CalculatorEditorTest, NamesOfManyOutputsCanBeReadInANarrowPanel) {
+  open();
+  for (const char* name : {"ground_speed", "time_of_day", "made_up_minutes"}) {
+    click("pbAdd");
+    type("leName", QString::fromLatin1(name));
+  }
+  m_editor->resize(400, 600);
+  const int letters = 8 * tabs().fontMetrics().averageCharWidth();
+  for (int i = 3; i < tabs().count(); ++i) {
+    EXPECT_GE(tabs().tabRect(i).width(), letters) << i;
+  }
+  EXPECT_TRUE(tabs().rect().intersects(tabs().tabRect(tabs().currentIndex())));
+}
+
 TEST_F(CalculatorEditorTest, ChecksAllOutputsAndLeadsToTheFirstFault) {
   open();
   tabs().setCurrentIndex(1);
@@ -150,13 +164,15 @@ TEST_F(CalculatorEditorTest, TypedTextsComeBack) {
   field().setExpression(QStringLiteral("x +"));
   widget<QLineEdit>("leName").setText(QStringLiteral("sum"));
   widget<NotesField>("leNotes").setPlainText(QStringLiteral("line\nline"));
-  const QMap<QString, QString> typed = m_editor->uncommittedState();
+  QMap<QString, QString> typed = m_editor->uncommittedState();
   EXPECT_EQ(typed.size(), 4);
+  typed["useJIT"] = "0";  // as edited during a debug run
   open();
   m_editor->restoreUncommitted(typed);
   EXPECT_EQ(m_editor->uncommittedState(), typed);
   EXPECT_FALSE(hasSaved("sum"));
   m_editor->commit();
+  EXPECT_TRUE(hasSaved("useJIT='0'"));
   EXPECT_TRUE(hasSaved("name='sum'"));
   EXPECT_EQ(variables().variables()[0].name(), "alias");
   EXPECT_TRUE(hasSaved(">alias +<"));

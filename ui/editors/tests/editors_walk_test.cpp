@@ -1,5 +1,6 @@
 // What anyone expects of the editors as a whole: they can be used without a mouse, cut nothing,
 // survive whatever is done to them, and debug the action while it is edited.
+#include <QCheckBox>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -145,8 +146,11 @@ TEST_F(DebugRunTest, ShowsValuesAndCommitsEditsAtTheEnd) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return shownValue() == "5"; }));
 
   field.editor()->setPlainText(QStringLiteral("x > 3"));
+  editor.findChild<QCheckBox*>(QStringLiteral("cbUseJIT"))->click();
   editor.commit();
   EXPECT_EQ(action().settings().expression, "x > 2");
+  EXPECT_EQ(editor.uncommittedState(),
+            (QMap<QString, QString>{{"expression", "x > 3"}, {"useJIT", "0"}}));
   bool isMarked = false;
   for (const InfoLine* line : editor.findChildren<InfoLine*>()) {
     isMarked = isMarked || line->text().contains("takes effect at the next Start");
@@ -156,6 +160,7 @@ TEST_F(DebugRunTest, ShowsValuesAndCommitsEditsAtTheEnd) {
   editor.on_pbStartStop_clicked();
   EXPECT_TRUE(QTest::qWaitFor([&] { return action().settings().expression == "x > 3"; }));
   EXPECT_EQ(button("pbStartStop").text(), "Start");
+  EXPECT_TRUE(editor.uncommittedState().isEmpty());
 }
 
 TEST_F(DebugRunTest, NeedsTheExpertMode) {

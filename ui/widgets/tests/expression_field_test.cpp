@@ -303,6 +303,17 @@ TEST_F(ExpressionFieldTest, PointingAtASignShowsTheValueOfItsPart) {
   ASSERT_TRUE(QTest::qWaitFor([] { return !QToolTip::text().isEmpty(); }, 5000));
   EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("price * 2 = 49.8")))
       << QToolTip::text().toStdString();
+  type("0");
+  EXPECT_TRUE(QTest::qWaitFor([] { return QToolTip::text().isEmpty(); }, 5000));
+}
+
+TEST_F(ExpressionFieldTest, OnlyWhatAUserSelectsShowsItsValue) {
+  m_field.setExpression(QStringLiteral("price * 2"));
+  m_field.showPart(0, 5);
+  EXPECT_FALSE(QTest::qWaitFor([] { return !QToolTip::text().isEmpty(); }, 600));
+  press(Qt::Key_End);
+  press(Qt::Key_Home, Qt::ShiftModifier);
+  EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::text().isEmpty(); }, 5000));
 }
 
 TEST_F(ExpressionFieldTest, F1AsksAboutTheWordAtTheCursor) {
