@@ -83,7 +83,7 @@ TEST(HostWindowRandom, SurvivesRandomEventsWithAGraphThatIsStillValid) {
   Game game(folder.graphOfAllTypes());
   game.play();
   EXPECT_GT(game.runs(), 0);
-  EXPECT_GT(game.commands(), kRandomEvents / 100);
+  EXPECT_GT(game.commands(), 0);
   game.expectGraph();
   game.expectUndo();
 }

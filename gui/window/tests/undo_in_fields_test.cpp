@@ -194,6 +194,18 @@ TEST_F(UndoInFields, ASpinBoxAndATextOnTheCanvasAreFields) {
   EXPECT_EQ(graph.document(), kGraph);
 }
 
+// The name that is typed on the canvas replaces the action, and so the editor that was pressed.
+TEST_F(UndoInFields, APressInTheEditorEndsANameThatIsTypedOnTheCanvas) {
+  select("calc");
+  window.canvas().setFocus();
+  window.canvas().renameCurrent();
+  QTest::keyClicks(QApplication::focusWidget(), "sum");
+  const QPointer<QLineEdit> pressed = &field<QLineEdit>("leName");
+  QTest::mousePress(pressed, Qt::LeftButton);
+  ASSERT_NE(pressed, nullptr) << "was destroyed while it took the press";
+  EXPECT_TRUE(QTest::qWaitFor([this] { return graph.idOf(QStringLiteral("sum")) != kNoId; }));
+}
+
 TEST_F(UndoInFields, AnEditorInAWindowOfItsOwnHasTheSameKeys) {
   emit window.canvas().openWanted(graph.idOf(QStringLiteral("calc")));
   auto* dock = window.findChild<QDockWidget*>("properties");
@@ -201,6 +213,7 @@ TEST_F(UndoInFields, AnEditorInAWindowOfItsOwnHasTheSameKeys) {
   ASSERT_TRUE(QTest::qWaitFor([dock] { return QApplication::activeWindow() == dock; }));
   EXPECT_TRUE(dock->isAncestorOf(QApplication::focusWidget()));
   retype(field<QLineEdit>("leName"), "sum");
+  QCoreApplication::processEvents();  // keys follow the focus
   for (const QAction* action : window.findChildren<QAction*>()) {
     EXPECT_FALSE(action->shortcuts().contains(QKeySequence(Qt::Key_F5))) << "is the debugger's";
   }
