@@ -116,6 +116,9 @@ void PropertyPanel::openEditor() {
 // At once, since it refers to the action, and may be running it. A field that loses the focus
 // reports what is in it, which must not come out of an editor that is half destroyed.
 void PropertyPanel::closeEditor() {
+  if (m_editor != nullptr && !m_graph.hasAction(m_action)) {
+    m_editor->disconnect(this);  // there is nothing left to be changed
+  }
   QWidget* focused = QApplication::focusWidget();
   if (m_editor != nullptr && focused != nullptr && m_editor->isAncestorOf(focused)) {
     focused->clearFocus();
@@ -221,7 +224,7 @@ void PropertyPanel::commit() {
 }
 
 void PropertyPanel::noteEdit() {
-  if (m_editor != nullptr) {
+  if (m_editor != nullptr && m_graph.hasAction(m_action)) {
     m_commands.noteEdit(m_action, position());
   }
 }
