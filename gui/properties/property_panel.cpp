@@ -71,8 +71,10 @@ PropertyPanel::PropertyPanel(GraphCommands& commands, QWidget* parent)
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_pages);
 
-  connect(qApp, &QApplication::focusChanged, this,
-          [this](const QWidget*, QWidget* focused) { followFocus(focused); });
+  // Later, for the focus also changes while widgets are being destroyed.
+  connect(
+      qApp, &QApplication::focusChanged, this, [this] { followFocus(QApplication::focusWidget()); },
+      Qt::QueuedConnection);
   connect(&m_graph, &EditedGraph::loaded, this, [this] { showAction(kNoId); });
   connect(&m_graph, &EditedGraph::actionAboutToBeRemoved, this, [this](ActionId id) {
     if (id == m_action) {
@@ -199,7 +201,7 @@ EditorPosition PropertyPanel::position() const {
 }
 
 void PropertyPanel::followFocus(QWidget* focused) {
-  if (m_editor == nullptr || !isInside(focused, *m_editor)) {
+  if (m_editor == nullptr || focused == nullptr || !isInside(focused, *m_editor)) {
     return;
   }
   if (m_field != nullptr) {
