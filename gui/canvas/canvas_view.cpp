@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollBar>
+#include <QSignalBlocker>
 
 #include "gui/canvas/action_box.h"
 #include "gui/canvas/canvas_accessibility.h"
@@ -64,7 +65,9 @@ CanvasView::CanvasView(GraphCommands& commands, Theme& theme, QWidget* parent)
   updateReach();
 }
 
+// Who listens may be gone already.
 CanvasView::~CanvasView() {
+  const QSignalBlocker silence(this);
   cancelGesture();
   // The scene would report what goes with it.
   m_scene->disconnect(this);

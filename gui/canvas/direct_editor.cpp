@@ -123,6 +123,19 @@ void DirectEditor::commit() {
   close();
 }
 
+// When the event that takes the focus is over: a new name replaces the action, and with it its
+// editor, in which the mouse may just have been pressed.
+void DirectEditor::commitSoon() {
+  QMetaObject::invokeMethod(
+      this,
+      [this, left = m_field] {
+        if (left != nullptr && left == m_field) {
+          commit();
+        }
+      },
+      Qt::QueuedConnection);
+}
+
 void DirectEditor::discard() {
   close();
 }
@@ -153,7 +166,7 @@ bool DirectEditor::eventFilter(QObject* watched, QEvent* event) {
   }
   if (event->type() == QEvent::FocusOut &&
       static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason) {
-    commit();
+    commitSoon();
     return false;
   }
   if (event->type() != QEvent::KeyPress) {

@@ -34,6 +34,7 @@ class DirectEditor : public QObject {
 
  private:
   void open(QWidget* field);
+  void commitSoon();
   bool commitName(bool staysOpen);
   void close();
 

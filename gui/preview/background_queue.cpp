@@ -48,14 +48,11 @@ void BackgroundQueue::work() {
       continue;
     }
     if (Report report = reportOf(piece); report != nullptr) {
-      QMetaObject::invokeMethod(
-          this,
-          [report = std::move(report), isStopped = piece.isStopped] {
-            if (!*isStopped) {
-              report();
-            }
-          },
-          Qt::QueuedConnection);
+      m_reports.post([report = std::move(report), isStopped = piece.isStopped] {
+        if (!*isStopped) {
+          report();
+        }
+      });
     }
   }
 }

@@ -15,6 +15,8 @@
 
 #include <QObject>
 
+#include "gui/services/posted_calls.h"
+
 namespace kelvarin {
 
 using StopFlag = std::atomic<bool>;
@@ -46,6 +48,7 @@ class BackgroundQueue : public QObject {
   void work();
   Report reportOf(const Piece& piece);
 
+  PostedCalls m_reports;
   std::mutex m_mutex;  // guards what follows, up to the thread
   std::condition_variable m_changed;
   std::deque<Piece> m_waiting;

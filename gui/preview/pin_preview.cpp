@@ -85,7 +85,7 @@ class PinPreview::Receiver final : public RowsReceiver {
  private:
   void report() {
     if (m_owner != nullptr && !std::exchange(m_isReported, true)) {
-      QMetaObject::invokeMethod(m_owner, &PinPreview::look, Qt::QueuedConnection);
+      m_owner->m_calls.post([owner = m_owner] { owner->look(); });
     }
   }
 

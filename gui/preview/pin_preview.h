@@ -11,6 +11,7 @@
 
 #include "gui/preview/column_profiles.h"
 #include "gui/preview/row_store.h"
+#include "gui/services/posted_calls.h"
 
 namespace kelvarin {
 
@@ -65,6 +66,7 @@ class PinPreview : public QObject {
 
   const long long m_limit;
   ColumnProfiles m_profiles;
+  PostedCalls m_calls;  // of the receiver
   std::shared_ptr<Receiver> m_receiver;
   std::unique_ptr<RowsRequest> m_request;
   QTimer m_timer;

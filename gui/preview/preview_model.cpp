@@ -35,9 +35,7 @@ void PreviewModel::setRows(std::shared_ptr<PreviewRows> rows, long long rowCount
   m_sourceRowCount = std::min(rowCount, kMaximumRows);
   m_order.reset();
   if (m_rows != nullptr) {
-    m_rows->setListener([this] {
-      QMetaObject::invokeMethod(this, &PreviewModel::valuesCame, Qt::QueuedConnection);
-    });
+    m_rows->setListener([this] { m_calls.post([this] { valuesCame(); }); });
   }
   endResetModel();
 }

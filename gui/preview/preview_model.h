@@ -9,6 +9,7 @@
 #include <QAbstractTableModel>
 
 #include "gui/preview/preview_rows.h"
+#include "gui/services/posted_calls.h"
 #include "host/contract/shown_value.h"
 
 namespace kelvarin {
@@ -62,6 +63,7 @@ class PreviewModel : public QAbstractTableModel {
  private:
   int shownRowCount() const;
 
+  PostedCalls m_calls;  // of the rows, from any thread
   std::shared_ptr<PreviewRows> m_rows;
   long long m_sourceRowCount = 0;
   std::shared_ptr<const RowNumbers> m_order;

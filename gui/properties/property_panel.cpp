@@ -71,8 +71,10 @@ PropertyPanel::PropertyPanel(GraphCommands& commands, QWidget* parent)
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_pages);
 
-  connect(qApp, &QApplication::focusChanged, this,
-          [this](const QWidget*, QWidget* focused) { followFocus(focused); });
+  // Later, for the focus also changes while widgets are being destroyed.
+  connect(
+      qApp, &QApplication::focusChanged, this, [this] { followFocus(QApplication::focusWidget()); },
+      Qt::QueuedConnection);
   connect(&m_graph, &EditedGraph::loaded, this, [this] { showAction(kNoId); });
   connect(&m_graph, &EditedGraph::actionAboutToBeRemoved, this, [this](ActionId id) {
     if (id == m_action) {
@@ -116,6 +118,9 @@ void PropertyPanel::openEditor() {
 // At once, since it refers to the action, and may be running it. A field that loses the focus
 // reports what is in it, which must not come out of an editor that is half destroyed.
 void PropertyPanel::closeEditor() {
+  if (m_editor != nullptr && !m_graph.hasAction(m_action)) {
+    m_editor->disconnect(this);  // there is nothing left to be changed
+  }
   QWidget* focused = QApplication::focusWidget();
   if (m_editor != nullptr && focused != nullptr && m_editor->isAncestorOf(focused)) {
     focused->clearFocus();
@@ -196,7 +201,7 @@ EditorPosition PropertyPanel::position() const {
 }
 
 void PropertyPanel::followFocus(QWidget* focused) {
-  if (m_editor == nullptr || !isInside(focused, *m_editor)) {
+  if (m_editor == nullptr || focused == nullptr || !isInside(focused, *m_editor)) {
     return;
   }
   if (m_field != nullptr) {
@@ -221,7 +226,7 @@ void PropertyPanel::commit() {
 }
 
 void PropertyPanel::noteEdit() {
-  if (m_editor != nullptr) {
+  if (m_editor != nullptr && m_graph.hasAction(m_action)) {
     m_commands.noteEdit(m_action, position());
   }
 }

@@ -26,8 +26,10 @@ QList<QKeySequence> keysOf(const QWidget& owner) {
 
 ShortcutPrecedence::ShortcutPrecedence(QWidget& inner, QWidget& window)
     : QObject(&window), m_inner(inner), m_window(window) {
-  connect(qApp, &QApplication::focusChanged, this,
-          [this](const QWidget*, const QWidget* focused) { followFocus(focused); });
+  // Later, for the focus also changes while widgets are being destroyed.
+  connect(
+      qApp, &QApplication::focusChanged, this, [this] { followFocus(QApplication::focusWidget()); },
+      Qt::QueuedConnection);
 }
 
 // Elsewhere, in another window for instance, nothing changes.

@@ -59,6 +59,7 @@ class HostWindowWalk : public ::testing::Test {
           continue;
         }
         widget->setFocus();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);  // keys follow the focus
         EXPECT_EQ(joined(ambiguousKeys(program.window)), "")
             << view.toStdString() << " " << widget->metaObject()->className() << " "
             << widget->objectName().toStdString();

@@ -76,8 +76,13 @@ class UndoInFields : public ::testing::Test {
     return *found;
   }
   QPlainTextEdit* expression() { return field<QWidget>("expression").findChild<QPlainTextEdit*>(); }
+  // What follows the focus does so when the event is over.
+  static void focus(QWidget& field) {
+    field.setFocus();
+    QCoreApplication::processEvents();
+  }
   static void retype(QLineEdit& line, const char* text) {
-    line.setFocus();
+    focus(line);
     line.selectAll();
     QTest::keyClicks(&line, text);
   }
@@ -136,7 +141,7 @@ TEST_F(UndoInFields, AnExpressionComesBackWithItsTabAndCursor) {
   select("calc");
   auto* tabs = window.properties().editor()->findChild<QTabWidget*>("tabs");
   QPlainTextEdit* text = expression();
-  text->setFocus();
+  focus(*text);
   text->moveCursor(QTextCursor::End);
   QTest::keyClicks(text, "+2");
   undo();
@@ -156,7 +161,7 @@ TEST_F(UndoInFields, AnExpressionComesBackWithItsTabAndCursor) {
 TEST_F(UndoInFields, CellsOfATableComeBackOneByOne) {
   select("t");
   QTableView* table = &field<QTableView>("table");
-  table->setFocus();
+  focus(*table);
   table->setCurrentIndex(table->model()->index(1, 0));
   QTest::keyClicks(table->viewport(), "7");
   press(Qt::Key_Return);
@@ -192,6 +197,18 @@ TEST_F(UndoInFields, ASpinBoxAndATextOnTheCanvasAreFields) {
   window.canvas().renameCurrent();
   undo();  // nothing is typed yet
   EXPECT_EQ(graph.document(), kGraph);
+}
+
+// The name that is typed on the canvas replaces the action, and so the editor that was pressed.
+TEST_F(UndoInFields, APressInTheEditorEndsANameThatIsTypedOnTheCanvas) {
+  select("calc");
+  window.canvas().setFocus();
+  window.canvas().renameCurrent();
+  QTest::keyClicks(QApplication::focusWidget(), "sum");
+  const QPointer<QLineEdit> pressed = &field<QLineEdit>("leName");
+  QTest::mousePress(pressed, Qt::LeftButton);
+  ASSERT_NE(pressed, nullptr) << "was destroyed while it took the press";
+  EXPECT_TRUE(QTest::qWaitFor([this] { return graph.idOf(QStringLiteral("sum")) != kNoId; }));
 }
 
 TEST_F(UndoInFields, AnEditorInAWindowOfItsOwnHasTheSameKeys) {
