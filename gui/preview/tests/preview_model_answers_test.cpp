@@ -131,7 +131,8 @@ TEST_F(PreviewAnswersTest, OrdersAreThoseOfAPlainSortOfPlainlyFilteredRows) {
     const bool isText = type == MetaTypeColumn::text;
     const Values& pool = isText ? texts : type == MetaTypeColumn::key ? keys : numbers;
     const Values values = drawnFrom(pool, random() % 600);
-    const auto& [filter, accepts] = (isText ? textFilters : numberFilters)[random() % 5];
+    const auto* filters = isText ? &textFilters : &numberFilters;
+    const auto& [filter, accepts] = (*filters)[random() % 5];
     RowOrder order{{}, random() % 3 == 0 ? -1 : 0, random() % 2 == 0};
     if (*filter != 0) {
       order.filters.push_back({0, *CellFilter::parse(QString::fromUtf8(filter), type)});
