@@ -80,6 +80,14 @@ void CanvasView::connectScene() {
     m_directEditor->discard();
     setFocusAction(kNoId);
   });
+  // Pins to choose from may go with it.
+  const auto endLinkByKeys = [this] {
+    if (m_linkByKeys) {
+      cancelGesture();
+    }
+  };
+  connect(&graph(), &EditedGraph::actionAboutToBeRemoved, this, endLinkByKeys);
+  connect(&graph(), &EditedGraph::actionChanged, this, endLinkByKeys);
   connect(m_scene, &CanvasScene::selectionEdited, this, [this] {
     const ActionId current = currentAction();
     if (current != kNoId) {

@@ -52,6 +52,13 @@ TEST(CanvasKeys, ALinkIsDrawnWithoutAMouse) {
   canvas.key(Qt::Key_K, Qt::ControlModifier);
   EXPECT_FALSE(hints.last()[0].toString().isEmpty());
   EXPECT_EQ(canvas.graph.links().size(), 3);
+
+  canvas.select("a");
+  canvas.key(Qt::Key_K, Qt::ControlModifier);
+  ASSERT_TRUE(canvas.scene().pinFilter());
+  canvas.commands.remove({{canvas.id("a")}, {}, {}});
+  EXPECT_FALSE(canvas.scene().pinFilter()) << "the action at its beginning is gone";
+  canvas.key(Qt::Key_Tab);
 }
 
 TEST(CanvasKeys, TabReadsRowByRowAndLeavesAtTheEnd) {
