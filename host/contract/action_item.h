@@ -83,21 +83,16 @@ class KELVARIN_CORE ActionItem {
   void announceColumnsOfOutputPin(int pin) {
     m_ports->outputs[static_cast<std::size_t>(pin)]->isAnnounced = true;
   }
-  // Looks ahead of the row that the pin returned last, which is the first of them.
-  RowsAhead rowsAheadOnInPin(int pin) const {
-    return m_ports->inputs[static_cast<std::size_t>(pin)]->rowsAhead();
+  // The rows after that one, as a batch, which is null when there are no more; for sinks.
+  kelvarin::TakenBatch getNextBatchFromInPin(int pin) {
+    return isInputPinLinked(pin) ? m_ports->inputs[static_cast<std::size_t>(pin)]->nextBatch()
+                                 : kelvarin::TakenBatch{};
   }
-  // Takes the `count` rows after the one that the pin returned last; see InputPin::take().
-  void takeRowsOfInPin(int pin, std::size_t count) {
-    m_ports->inputs[static_cast<std::size_t>(pin)]->take(count);
+  // Whether anybody takes the rows of an output pin.
+  bool isOutputPinRead(int pin) const {
+    return m_ports->outputs[static_cast<std::size_t>(pin)]->isRead;
   }
-  // Lets consumers look at the row to be published next and the `count - 1` after it, and take them
-  // together where the action has a way to go on after them.
-  void offerRowsOnOutputPin(int pin, const RowsInHand& rows, std::size_t count,
-                            TakeRows take = nullptr) {
-    m_ports->outputs[static_cast<std::size_t>(pin)]->offer(rows, count, take);
-  }
-  // Rows of a pin that nothing reads, which went by while those of another were taken together.
+  // Rows of a pin that nothing reads, which were never made.
   void countRowsOfOutputPin(int pin, std::size_t count) {
     m_ports->outputs[static_cast<std::size_t>(pin)]->rowsPublished += static_cast<long long>(count);
   }

@@ -6,13 +6,10 @@
 #include <memory>
 #include <vector>
 
+#include "host/contract/batch_steps.h"
 #include "host/contract/one_row.h"
-#include "host/contract/rows_in_hand.h"
 
 class ActionItem;
-
-// Goes on as if `count` more rows of the last offer had been computed and published.
-using TakeRows = void (*)(ActionItem* action, std::size_t count);
 
 // The reading end of a link.
 class InputPin {
@@ -23,12 +20,9 @@ class InputPin {
   // The columns that the upstream pin has announced, without values; null while it has not.
   virtual const OneRow* announcedColumns() = 0;
   virtual ActionItem* upstreamAction() const = 0;
-  // The row that next() returned and those after it, where the producer knows them already.
-  virtual RowsAhead rowsAhead() const { return {}; }
-  // Takes the `count` rows after the one that next() returned, as if it had returned them one by
-  // one. They are among rowsAhead(), which says that they can be taken; their values stay where
-  // they are.
-  virtual void take(std::size_t /*count*/) {}
+  // The rows after the one that next() returned, as a batch; for sinks. Rows that come one by one
+  // are collected.
+  virtual kelvarin::TakenBatch nextBatch() = 0;
 };
 
 // Receives the rows of an output pin that do not go straight to the consumer.
@@ -36,6 +30,7 @@ class RowReceiver {
  public:
   virtual ~RowReceiver() = default;
   virtual void receive(const OneRow& row) = 0;
+  virtual void receive(const kelvarin::RowBatchPointer& batch) = 0;
 };
 
 // The writing end: the row to fill, and what became of the last one.
@@ -46,10 +41,7 @@ struct OutputPin {
   bool isRowReady = false;          // a published row waits for the one consumer
   RowReceiver* receiver = nullptr;  // where rows go when there is not exactly one consumer waiting
   long long rowsPublished = 0;
-  // What was offered last: so many rows, the first of them published as this number.
-  RowsAhead offered;
-  long long firstOffered = 0;
-  TakeRows takeRows = nullptr;  // null: they come one by one
+  bool isRead = true;  // somebody takes the rows; else they are counted only
 
   OutputPin() = default;
   OutputPin(const OutputPin&) = delete;
@@ -63,21 +55,6 @@ struct OutputPin {
     } else {
       receiver->receive(row);
     }
-  }
-
-  // The next row to be published and the `count - 1` after it are those of `rows`.
-  void offer(const RowsInHand& rows, std::size_t count, TakeRows take) {
-    offered = {&rows, 0, count, take != nullptr};
-    firstOffered = rowsPublished;
-    takeRows = take;
-  }
-  // Of the offer, the rows from the one published as that number on.
-  RowsAhead rowsAheadFrom(long long number) const {
-    const auto skipped =
-        static_cast<std::size_t>(number - firstOffered);  // huge when it came before
-    return skipped < offered.count
-               ? RowsAhead{offered.rows, skipped, offered.count - skipped, offered.canBeTaken}
-               : RowsAhead{};
   }
 };
 
