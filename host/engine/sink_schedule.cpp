@@ -6,8 +6,10 @@ namespace kelvarin {
 
 namespace {
 
-// Calls of one sink before the others get their turn.
-constexpr int kCallsInATurn = 256;
+// Rows that one sink takes before the others get their turn.
+constexpr std::size_t kRowsInATurn = 64 * 1024;
+// The same for one that takes no rows from its first pin.
+constexpr std::size_t kCallsInATurn = 256;
 
 constexpr std::size_t at(int index) {
   return static_cast<std::size_t>(index);
@@ -20,7 +22,8 @@ void SinkSchedule::drive() {
   m_isDriving = true;
   std::vector<int> unfinished = m_sinks;
   while (!unfinished.empty()) {
-    std::erase_if(unfinished, [this](int sink) { return !takeTurn(sink); });
+    const bool isAlone = unfinished.size() == 1;
+    std::erase_if(unfinished, [&](int sink) { return !takeTurn(sink, isAlone); });
   }
   m_isDriving = false;
 }
@@ -39,10 +42,17 @@ void SinkSchedule::findSinks() {
 }
 
 // False when it was the last one.
-bool SinkSchedule::takeTurn(int sink) {
+bool SinkSchedule::takeTurn(int sink, bool isAlone) {
   RunningAction& running = *action(sink);
   relieveWhenAsked();
-  for (int i = 0; i < kCallsInATurn && running.advance(); ++i) {
+  if (RowLink* input = running.input()) {
+    input->setRowLimit(isAlone ? RowLink::kNoLimit : kRowsInATurn);
+    while (input->rowLimit() > 0 && running.advance()) {
+    }
+    input->setRowLimit(RowLink::kNoLimit);
+  } else {
+    for (std::size_t i = 0; i < kCallsInATurn && running.advance(); ++i) {
+    }
   }
   if (running.canGoOn()) {
     return true;

@@ -36,7 +36,7 @@ class SinkSchedule final : public CongestionRelief {
     return action(link.from) != nullptr && action(link.to) != nullptr;
   }
   void findSinks();
-  bool takeTurn(int sink);
+  bool takeTurn(int sink, bool isAlone);
   void dismiss(int sink);
   void relieve() override;
   void findSinksThatCanRun();
