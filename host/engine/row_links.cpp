@@ -250,15 +250,27 @@ std::size_t Fork::rowsInStep() {
 }
 
 bool Fork::makeRows() {
-  while (m_rowsHeld < rowsInStep() && m_producer.advance()) {
+  const long long before = m_queue.rowsPushed();
+  bool hasAdvanced = false;
+  if (m_isOnly) {
+    while (m_rowsHeld < rowsInStep() && m_producer.advance()) {
+      hasAdvanced = true;
+    }
+  } else {
+    // Meanwhile the other pin's rows pile up.
+    for (std::size_t calls = 0; calls < kSingleRowsInStep && m_producer.advance(); ++calls) {
+      hasAdvanced = true;
+      if (m_queue.rowsPushed() - before >= static_cast<long long>(kSingleRowsInStep)) {
+        break;
+      }
+    }
   }
   closeCollector();
-  if (m_rowsHeld == 0) {
-    return false;
+  if (m_rowsHeld > 0) {
+    release(std::min(m_rowsHeld, rowsInStep()));
+    askRelief();
   }
-  release(std::min(m_rowsHeld, rowsInStep()));
-  askRelief();
-  return true;
+  return hasAdvanced || m_queue.rowsPushed() > before;
 }
 
 void Fork::receive(const OneRow& row) {

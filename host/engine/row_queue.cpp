@@ -10,7 +10,8 @@ RowQueue::RowQueue(const ExecutionOptions& options)
     : m_memoryLimit(static_cast<std::size_t>(std::max(0LL, options.queueMemoryBytes))),
       m_spill(options.temporaryFolder) {}
 
-// Once batches are on disk, every further one goes there, since those in memory are taken before.
+// The newest batch stays in memory, since most often somebody takes it at once. Once batches are on
+// disk, all that follow go there, since those in memory are taken before.
 bool RowQueue::push(RowBatchPointer batch) {
   m_rowsPushed += static_cast<long long>(batch->rowCount());
   if (m_readers.empty()) {
@@ -19,19 +20,21 @@ bool RowQueue::push(RowBatchPointer batch) {
   if (m_types.empty()) {
     m_types = typesOf(*batch);
   }
+  const bool isFull = m_bytesInMemory >= m_memoryLimit || m_entriesOnDisk > 0;
+  if (isFull && !m_entries.empty() && !spill(m_entries.back())) {
+    return false;
+  }
   const std::size_t rowCount = batch->rowCount();
   const std::size_t byteCount = batch->byteCount();
   m_entries.push_back({std::move(batch), rowCount, byteCount, readerCount()});
   m_rowsWaiting += static_cast<long long>(rowCount);
   m_bytesInMemory += byteCount;
-  const auto added = std::prev(m_entries.end());
   for (Reader* reader : m_readers) {
     if (reader->m_next == m_entries.end()) {
-      reader->m_next = added;
+      reader->m_next = std::prev(m_entries.end());
     }
   }
-  const bool isFull = m_bytesInMemory > m_memoryLimit || m_entriesOnDisk > 0;
-  return !isFull || spill(*added);
+  return true;
 }
 
 bool RowQueue::spill(Entry& entry) {

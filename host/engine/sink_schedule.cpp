@@ -1,6 +1,7 @@
 #include "host/engine/sink_schedule.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kelvarin {
 
@@ -31,6 +32,7 @@ void SinkSchedule::drive() {
 void SinkSchedule::findSinks() {
   m_sinks.clear();
   m_readersLeft.assign(m_actions.size(), 0);
+  m_isDismissed.assign(m_actions.size(), 0);
   for (const int index : m_order) {
     const auto& links = m_links.from(index);
     m_readersLeft[at(index)] = static_cast<int>(std::count_if(
@@ -63,6 +65,9 @@ bool SinkSchedule::takeTurn(int sink, bool isAlone) {
 
 // Actions that no other sink needs get no more rows: kept for them, these would fill the disk.
 void SinkSchedule::dismiss(int sink) {
+  if (std::exchange(m_isDismissed[at(sink)], 1) != 0) {
+    return;
+  }
   std::vector<int> dismissed{sink};
   while (!dismissed.empty()) {
     const int index = dismissed.back();
@@ -132,6 +137,9 @@ void SinkSchedule::help(const QueueLink& reader) {
   }
   for (long long calls = reader.rowsWaiting();
        calls > 0 && reader.rowsWaiting() > 0 && sink->advance(); --calls) {
+  }
+  if (sink->isFinished()) {
+    dismiss(sink->index());
   }
 }
 

@@ -47,6 +47,7 @@ class SinkSchedule final : public CongestionRelief {
   const Actions& m_actions;
   std::vector<int> m_sinks;
   std::vector<int> m_readersLeft;           // [action]: links to readers that still want rows
+  std::vector<char> m_isDismissed;          // [action]: a sink that needs no more rows
   std::vector<RunningAction*> m_sinkBelow;  // [action]: one that can run now, or null
   bool m_isDriving = false;
   bool m_isRelieving = false;
