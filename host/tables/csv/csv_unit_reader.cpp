@@ -1,0 +1,76 @@
+#include "host/tables/csv/csv_unit_reader.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "host/tables/csv/csv_scanner.h"
+
+namespace kelvarin {
+
+CsvUnitReader::CsvUnitReader(const CsvFile& file, const CsvDialect& dialect,
+                             std::size_t columnCount, std::string bytesRead,
+                             std::shared_ptr<CsvBlockStore> store, std::size_t unitSize)
+    : m_file(file),
+      m_cutter(dialect),
+      m_indexer(dialect, columnCount),
+      m_left(std::move(bytesRead)),
+      m_store(std::move(store)),
+      m_unitSize(unitSize) {}
+
+bool CsvUnitReader::read(CsvPiece& piece) {
+  if (m_hasEnded) {
+    return false;
+  }
+  piece.block = m_store->take();
+  piece.block.reserve(std::max(m_unitSize, m_left.size()), 0);
+  piece.size = m_left.size();
+  std::memcpy(piece.block.bytes(), m_left.data(), piece.size);
+  m_left.clear();
+  for (;;) {
+    if (!fill(piece)) {
+      return true;
+    }
+    if (m_isFileRead) {
+      m_hasEnded = true;
+      piece.isLast = true;
+      return piece.size > 0;
+    }
+    const char* bytes = piece.block.bytes();
+    const std::size_t whole = m_cutter.wholeRecords(bytes, piece.size);
+    if (whole > 0) {
+      m_left.assign(bytes + whole, piece.size - whole);
+      piece.size = whole;
+      return true;
+    }
+    if (isHopeless(piece)) {
+      m_hasEnded = true;
+      piece.isWhole = false;
+      return true;
+    }
+  }
+}
+
+// False when reading has failed.
+bool CsvUnitReader::fill(CsvPiece& piece) {
+  const std::size_t size = piece.size;
+  const std::size_t wanted = size < m_unitSize ? m_unitSize - size : size;
+  piece.block.reserve(size + wanted, size);
+  const Result<std::size_t, QString> got = m_file.readNext(piece.block.bytes() + size, wanted);
+  if (!got) {
+    m_hasEnded = true;
+    piece.failure = got.error();
+    piece.size = 0;
+    return false;
+  }
+  m_isFileRead = *got < wanted;
+  piece.size = size + *got;
+  return true;
+}
+
+// The record that the piece is the start of is too long, or none whatever follows.
+bool CsvUnitReader::isHopeless(CsvPiece& piece) {
+  return piece.size > static_cast<std::size_t>(kLongestRecord) ||
+         m_indexer.index(piece.block, piece.size, false).hasFault;
+}
+
+}  // namespace kelvarin
