@@ -12,8 +12,9 @@ namespace {
 constexpr long long kInferredRows = 10000;
 }  // namespace
 
-CsvBatchReader::CsvBatchReader(const QString& path, const CsvDialect& dialect, ColumnRules rules)
-    : m_rules(std::move(rules)), m_table(std::make_shared<CsvTable>()) {
+CsvBatchReader::CsvBatchReader(const QString& path, const CsvDialect& dialect, ColumnRules rules,
+                               std::size_t unitSize)
+    : m_rules(std::move(rules)), m_unitSize(unitSize), m_table(std::make_shared<CsvTable>()) {
   m_table->path = path;
   m_table->dialect = dialect;
   m_table->areBadValuesNull = m_rules.areBadValuesNull;
@@ -39,7 +40,7 @@ Result<TableColumns, QString> CsvBatchReader::open(IsStopped isStopped) {
   m_badFields.resize(columnCount);
   m_locator.emplace(m_file, m_table->dialect, m_head);
   m_units.emplace(m_file, m_table->dialect, columnCount, std::move(m_head.bytesRead),
-                  m_table->blocks);
+                  m_table->blocks, m_unitSize);
   if (const auto status = inferTypes(); !status) {
     return Failure{status.error()};
   }

@@ -17,7 +17,8 @@ namespace kelvarin {
 
 class CsvBatchReader : public BatchReader {
  public:
-  CsvBatchReader(const QString& path, const CsvDialect& dialect, ColumnRules rules);
+  CsvBatchReader(const QString& path, const CsvDialect& dialect, ColumnRules rules,
+                 std::size_t unitSize = CsvUnitReader::kUnitSize);
 
   Result<TableColumns, QString> open(IsStopped isStopped) override;
   std::unique_ptr<TableUnit> readUnit() override;
@@ -37,6 +38,7 @@ class CsvBatchReader : public BatchReader {
   std::unique_ptr<CsvUnit> readPiece();
 
   ColumnRules m_rules;
+  std::size_t m_unitSize;
   CsvFile m_file;
   CsvHead m_head;
   std::shared_ptr<CsvTable> m_table;  // unchanged after open(), when units are parsed

@@ -22,10 +22,6 @@ bool CsvUnitReader::read(CsvPiece& piece) {
     return false;
   }
   piece.block = m_store->take();
-  piece.block.reserve(std::max(m_unitSize, m_left.size()), 0);
-  piece.size = m_left.size();
-  std::memcpy(piece.block.bytes(), m_left.data(), piece.size);
-  m_left.clear();
   for (;;) {
     if (!fill(piece)) {
       return true;
@@ -38,7 +34,7 @@ bool CsvUnitReader::read(CsvPiece& piece) {
     const char* bytes = piece.block.bytes();
     const std::size_t whole = m_cutter.wholeRecords(bytes, piece.size);
     if (whole > 0) {
-      m_left.assign(bytes + whole, piece.size - whole);
+      m_left.insert(0, bytes + whole, piece.size - whole);
       piece.size = whole;
       return true;
     }
@@ -52,10 +48,15 @@ bool CsvUnitReader::read(CsvPiece& piece) {
 
 // False when reading has failed.
 bool CsvUnitReader::fill(CsvPiece& piece) {
-  const std::size_t size = piece.size;
-  const std::size_t wanted = size < m_unitSize ? m_unitSize - size : size;
-  piece.block.reserve(size + wanted, size);
-  const Result<std::size_t, QString> got = m_file.readNext(piece.block.bytes() + size, wanted);
+  const std::size_t size = std::max(m_unitSize, 2 * piece.size);
+  piece.block.reserve(size, piece.size);
+  const std::size_t left = std::min(m_left.size(), size - piece.size);
+  std::memcpy(piece.block.bytes() + piece.size, m_left.data(), left);
+  m_left.erase(0, left);
+  piece.size += left;
+  const std::size_t wanted = size - piece.size;
+  const Result<std::size_t, QString> got =
+      m_file.readNext(piece.block.bytes() + piece.size, wanted);
   if (!got) {
     m_hasEnded = true;
     piece.failure = got.error();
@@ -63,7 +64,7 @@ bool CsvUnitReader::fill(CsvPiece& piece) {
     return false;
   }
   m_isFileRead = *got < wanted;
-  piece.size = size + *got;
+  piece.size += *got;
   return true;
 }
 

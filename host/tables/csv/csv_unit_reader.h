@@ -34,8 +34,7 @@ class CsvUnitReader {
 
   // `bytesRead` stand before what `file` yields. `store` has used blocks.
   CsvUnitReader(const CsvFile& file, const CsvDialect& dialect, std::size_t columnCount,
-                std::string bytesRead, std::shared_ptr<CsvBlockStore> store,
-                std::size_t unitSize = kUnitSize);
+                std::string bytesRead, std::shared_ptr<CsvBlockStore> store, std::size_t unitSize);
 
   // False: the end.
   bool read(CsvPiece& piece);
