@@ -8,7 +8,7 @@ namespace kelvarin {
 // Numbers and keys have memory for all rows of a batch, so that nothing is asked for each; the
 // bytes of texts grow.
 struct BatchCollector::Column {
-  std::shared_ptr<unsigned char[]> values;    // numbers or keys
+  std::shared_ptr<unsigned char[]> values;  // numbers or keys
   std::shared_ptr<std::vector<unsigned char>> texts;
   std::shared_ptr<std::uint32_t[]> positions;  // of texts
 };

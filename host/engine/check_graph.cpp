@@ -18,6 +18,7 @@ class CheckedPin final : public InputPin {
       : m_upstream(upstream), m_action(action) {}
 
   const OneRow* next() override { return nullptr; }
+  TakenBatch nextBatch() override { return {}; }
   const OneRow* announcedColumns() override {
     return m_upstream.isAnnounced ? &m_upstream.row : nullptr;
   }

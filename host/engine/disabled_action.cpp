@@ -10,7 +10,6 @@ DisabledAction::DisabledAction(const ActionItem& action)
 
 void DisabledAction::setComputeRoutine() {
   m_hasColumns = false;
-  m_rowsOffered = 0;
   if (m_action.endpoint() == Endpoint::reader || inputPinCount() == 0) {
     computeRoutine = [](ActionItem*) { return true; };
   } else if (outputPinCount() == 0) {
@@ -40,7 +39,6 @@ bool DisabledAction::passRow() {
   if (row == nullptr) {
     return true;
   }
-  offerRowsAhead();
   getOutputRowForOutputPin(0)->showValuesOf(row);
   setRowReadyForOutput(0);
   return false;
@@ -56,27 +54,6 @@ void DisabledAction::announceColumns(const OneRow& columns) {
     row->setSortInfos(columns.getSortInfosDeep());
     announceColumnsOfOutputPin(pin);
   }
-}
-
-// What follows may go on as it would without this action: many rows at once.
-void DisabledAction::offerRowsAhead() {
-  if (m_rowsOffered > 0) {
-    --m_rowsOffered;
-    return;
-  }
-  const RowsAhead rows = rowsAheadOnInPin(0);
-  if (rows.count < 2) {
-    return;
-  }
-  m_rowsPassed.setRows(rows);
-  m_rowsOffered = rows.count - 1;
-  offerRowsOnOutputPin(0, m_rowsPassed, rows.count,
-                       rows.canBeTaken ? &DisabledAction::takeRows : nullptr);
-}
-
-void DisabledAction::takeRows(ActionItem* action, std::size_t count) {
-  static_cast<DisabledAction*>(action)->m_rowsOffered -= count;
-  action->takeRowsOfInPin(0, count);
 }
 
 }  // namespace kelvarin

@@ -11,7 +11,7 @@
 
 namespace kelvarin {
 
-class DisabledAction final : public ActionItem {
+class DisabledAction final : public ActionItem, public BatchTransform {
  public:
   explicit DisabledAction(const ActionItem& action);
 
@@ -19,38 +19,29 @@ class DisabledAction final : public ActionItem {
   void setComputeRoutine() override;
   ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
 
- private:
-  // What is known ahead, counted from the row that was taken last.
-  class RowsPassed final : public RowsInHand {
-   public:
-    void setRows(const RowsAhead& rows) { m_rows = rows; }
-    const double* numbers(int column, std::size_t first, std::size_t count,
-                          double* buffer) const override {
-      return m_rows.numbers(column, first, count, buffer);
-    }
-    const std::uint32_t* keys(int column, std::size_t first, std::size_t count,
-                              std::uint32_t* buffer) const override {
-      return m_rows.keys(column, first, count, buffer);
-    }
-    const unsigned char* const* texts(int column, std::size_t first, std::size_t count,
-                                      const unsigned char** buffer) const override {
-      return m_rows.texts(column, first, count, buffer);
-    }
+  const BatchStage* stage() const override { return m_hasColumns ? &m_stage : nullptr; }
+  void passRows(std::size_t) override {}
 
-   private:
-    RowsAhead m_rows;
+ private:
+  // Passes every batch on as it is.
+  class Passing final : public BatchStage {
+   public:
+    StageResult process(const RowBatch& batch, long long) const override {
+      StageResult result;
+      result.rowsDone = batch.rowCount();
+      result.outputs[0] = std::make_shared<RowBatch>(batch);
+      return result;
+    }
+    bool needsRowNumbers() const override { return false; }
   };
 
   bool discardRow() { return getNextRowFromInPin(0) == nullptr; }
   bool passRow();
   void announceColumns(const OneRow& columns);
-  void offerRowsAhead();
-  static void takeRows(ActionItem* action, std::size_t count);
 
   const ActionItem& m_action;
   bool m_hasColumns = false;
-  RowsPassed m_rowsPassed;
-  std::size_t m_rowsOffered = 0;  // of the last offer, those that have not gone by
+  Passing m_stage;
 };
 
 }  // namespace kelvarin

@@ -6,6 +6,8 @@
 
 #include <QString>
 
+#include "host/contract/batch_collector.h"
+
 namespace kelvarin {
 
 enum class ActionPhase { waiting, running, finished, failed };
@@ -30,9 +32,17 @@ struct ExecutionOptions {
   long long queueMemoryBytes = 64LL << 20;
   // Where temporary files are made; empty: the system's folder for them.
   QString temporaryFolder;
-  // Actions compute for many rows at once where a source knows them together. The results are the
-  // same without.
-  bool looksAhead = true;
+  // Rows in a batch at most, however small; 0: as many as suit the processor's caches. The results
+  // are the same.
+  int rowsInBatch = 0;
+
+  BatchSize batchSize() const {
+    BatchSize size;
+    if (rowsInBatch > 0) {
+      size.rows = static_cast<std::size_t>(rowsInBatch);
+    }
+    return size;
+  }
   // Called on the engine thread some ten times a second during the run; may be empty.
   std::function<void(const RunProgress&)> progress;
   // Progress and results have what became of each action, with its time.

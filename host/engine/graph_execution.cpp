@@ -35,6 +35,11 @@ GraphExecution::GraphExecution(const Graph& graph, std::vector<RunRecord*> recor
       makeLink(link);
     }
   }
+  for (const auto& running : m_actions) {
+    if (running != nullptr) {
+      findReadPins(*running);
+    }
+  }
   m_stopSwitch.setWaker([this] { wakeAll(); });
   if (m_options.progress || m_options.reportsActions) {
     startSampler();
@@ -51,6 +56,11 @@ void GraphExecution::startSampler() {
 }
 
 GraphExecution::~GraphExecution() {
+  for (const auto& running : m_actions) {
+    if (running != nullptr) {
+      findReadPins(*running);
+    }
+  }
   m_stopSwitch.setWaker(nullptr);
   close();
 }
@@ -67,7 +77,7 @@ void GraphExecution::makeAction(int index) {
     item = m_disabledActions.back().get();
   }
   m_actions.push_back(std::make_unique<RunningAction>(*item, index, *m_records[at(index)],
-                                                      m_stopSwitch, m_progress));
+                                                      m_stopSwitch, m_progress, m_options));
 }
 
 bool GraphExecution::takesPart(const GraphLink& link) const {
@@ -78,23 +88,25 @@ void GraphExecution::makeLink(const GraphLink& link) {
   RunningAction& to = *action(link.to);
   std::unique_ptr<RowLink> made = newLink(link, *action(link.from), to);
   m_linkOfPin[at(link.to)][at(link.toPin)] = made.get();
+  if (link.toPin == 0) {
+    to.setInput(made.get());
+  }
   to.ports().inputs[at(link.toPin)] = std::move(made);
 }
 
 std::unique_ptr<RowLink> GraphExecution::newLink(const GraphLink& link, RunningAction& from,
                                                  RunningAction& to) {
-  OutputPin& pin = from.output(link.fromPin);
   if (from.record().mustComputeFull && !to.record().mustComputeFull && link.toPin == 0) {
-    return std::make_unique<ColumnsLink>(from, pin, m_options);
+    return std::make_unique<ColumnsLink>(from, link.fromPin, m_options);
   }
   if (isForked(link.from)) {
-    Fork& fork = forkOf(from, pin);
-    auto made = std::make_unique<QueueLink>(from, pin, to, fork, m_options);
+    Fork& fork = forkOf(from, link.fromPin);
+    auto made = std::make_unique<QueueLink>(from, link.fromPin, to, fork, m_options);
     fork.addReader(made.get());
     to.addQueue(made.get());
     return made;
   }
-  return std::make_unique<StraightLink>(from, pin, m_options);
+  return std::make_unique<StraightLink>(from, link.fromPin, m_options);
 }
 
 // The action's rows go to several readers, of one of its pins or of several.
@@ -109,12 +121,29 @@ bool GraphExecution::isForked(int action) const {
   return false;
 }
 
-Fork& GraphExecution::forkOf(RunningAction& producer, OutputPin& pin) {
-  if (pin.receiver == nullptr) {
-    m_forks.push_back(std::make_unique<Fork>(producer, m_options, m_schedule));
-    pin.receiver = m_forks.back().get();
+Fork& GraphExecution::forkOf(RunningAction& producer, int pin) {
+  OutputPin& output = producer.output(pin);
+  if (output.receiver == nullptr) {
+    const auto& links = m_links.from(producer.index());
+    const bool isOnly = std::all_of(links.begin(), links.end(), [&](const GraphLink& link) {
+      return !takesPart(link) || link.fromPin == pin;
+    });
+    m_forks.push_back(std::make_unique<Fork>(producer, output, isOnly, m_options, m_schedule));
+    output.receiver = m_forks.back().get();
+    producer.setFork(pin, m_forks.back().get());
   }
-  return static_cast<Fork&>(*pin.receiver);
+  return static_cast<Fork&>(*output.receiver);
+}
+
+void GraphExecution::findReadPins(RunningAction& action) const {
+  for (const auto& output : action.ports().outputs) {
+    output->isRead = false;
+  }
+  for (const GraphLink& link : m_links.from(action.index())) {
+    if (takesPart(link)) {
+      action.output(link.fromPin).isRead = true;
+    }
+  }
 }
 
 bool GraphExecution::open() {
@@ -129,6 +158,13 @@ bool GraphExecution::open() {
 }
 
 void GraphExecution::close() {
+  for (const auto& links : m_linkOfPin) {
+    for (RowLink* link : links) {
+      if (link != nullptr) {
+        link->settleAtEnd();
+      }
+    }
+  }
   for (const int index : m_order) {
     if (action(index) != nullptr && action(index)->item().outputPinCount() > 0) {
       closeAction(index);

@@ -54,7 +54,8 @@ class GraphExecution {
   void makeLink(const GraphLink& link);
   bool isForked(int action) const;
   std::unique_ptr<RowLink> newLink(const GraphLink& link, RunningAction& from, RunningAction& to);
-  Fork& forkOf(RunningAction& producer, OutputPin& pin);
+  Fork& forkOf(RunningAction& producer, int pin);
+  void findReadPins(RunningAction& action) const;
   void closeAction(int index);
   void wakeAll();
   void startSampler();
@@ -69,7 +70,7 @@ class GraphExecution {
   std::vector<int> m_order;
   std::vector<std::unique_ptr<DisabledAction>> m_disabledActions;
   std::vector<std::unique_ptr<Fork>> m_forks;
-  std::vector<std::vector<const RowLink*>> m_linkOfPin;  // [action][pin], null when not linked
+  std::vector<std::vector<RowLink*>> m_linkOfPin;  // [action][pin], null when not linked
   std::vector<std::unique_ptr<RunningAction>> m_actions;
   SinkSchedule m_schedule;
   std::unique_ptr<ActivitySampler> m_sampler;  // null where nobody asks for progress

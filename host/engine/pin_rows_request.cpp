@@ -139,6 +139,7 @@ class PinRowsRequests::Task {
     RowTap tap(pin, *m_receiver, m_limit, m_version);
     openTap = &tap;
     pin.receiver = &tap;
+    pin.isRead = true;
     if (execution.open()) {
       while (!tap.isFull() && last.advance()) {
         tap.flushWhenDue();

@@ -6,12 +6,137 @@
 
 namespace kelvarin {
 
-const OneRow* StraightLink::next() {
-  while (!m_pin.isRowReady) {
-    if (!m_producer.advance()) {
+RowLink::RowLink(RunningAction& producer, int pin, const ExecutionOptions& options)
+    : m_producer(producer),
+      m_pinIndex(pin),
+      m_pin(producer.output(pin)),
+      m_batchSize(options.batchSize()) {}
+
+const OneRow* RowLink::next() {
+  if (!hasBatch()) {
+    const Supply supply = fetch();
+    if (supply == Supply::row) {
+      noteTaken(1);
+      return takeRow();
+    }
+    if (supply == Supply::end) {
       return nullptr;
     }
   }
+  noteTaken(1);
+  return rowOfBatch();
+}
+
+const OneRow* RowLink::rowOfBatch() {
+  if (!m_hasColumns) [[unlikely]] {
+    m_metaData = m_pin.metaData;
+    m_row.setNumberOfColumns(m_pin.row.sz());
+    m_hasColumns = true;
+  }
+  m_rows.take(m_row.getAllColForWrite());
+  if (m_isPassed) {
+    settle();
+  }
+  return &m_row;
+}
+
+TakenBatch RowLink::nextBatch() {
+  for (;;) {
+    const Supply supply = hasBatch() ? Supply::batch : fetch();
+    const bool isCollecting = m_collector && !m_collector->isEmpty();
+    if (supply == Supply::row) {
+      const OneRow* row = takeRow();
+      if (row == nullptr) {
+        return {};
+      }
+      if (!m_collector) {
+        m_collector.emplace(typesOf(*row), m_batchSize);
+      }
+      m_collector->append(*row);
+      noteTaken(1);
+      if (m_collector->isFull() || m_rowLimit == 0) {
+        return {m_collector->take(), nullptr};
+      }
+      continue;
+    }
+    if (isCollecting) {
+      return {m_collector->take(), nullptr};
+    }
+    if (supply == Supply::end) {
+      return {};
+    }
+    const std::size_t count = std::min(m_rows.rowsLeft(), std::max<std::size_t>(1, m_rowLimit));
+    TakenBatch taken{batchAtWork(), nullptr};
+    if (count < m_rows.rowsLeft()) {
+      taken.batch = taken.batch->slice(0, count);
+    } else if (m_rows.rowsTaken() == 0) {
+      taken.encoded = std::move(m_encoded);
+    }
+    m_rows.skip(count);
+    noteTaken(count);
+    settle();
+    return taken;
+  }
+}
+
+RowBatchPointer RowLink::batchAtWork() {
+  if (!hasBatch() && fetch() != Supply::batch) {
+    return nullptr;
+  }
+  const RowBatchPointer& batch = m_rows.batch();
+  return m_rows.rowsTaken() == 0 ? batch : batch->slice(m_rows.rowsTaken(), batch->rowCount());
+}
+
+void RowLink::pass(std::size_t count) {
+  m_isPassed = true;
+  m_rows.skip(count);
+  noteTaken(count);
+}
+
+bool RowLink::isDrained() const {
+  return !hasBatch();
+}
+
+void RowLink::settle() {
+  if (m_trail != nullptr) {
+    m_trail->settle(m_rows.rowsTaken());
+  }
+}
+
+void RowLink::settleAtEnd() {
+  if (!m_isPassed) {
+    settle();
+  }
+}
+
+void RowLink::startBatch(PublishedBatch published) {
+  m_rows.start(std::move(published.batch));
+  m_trail = std::move(published.trail);
+  m_encoded = std::move(published.encoded);
+  m_isPassed = false;
+  m_trail->arriveAt(m_rowsRead);
+}
+
+RowLink::Supply StraightLink::fetch() {
+  for (;;) {
+    if (m_trail != nullptr) {
+      settle();
+      m_trail = nullptr;
+    }
+    if (m_producer.hasBatch(m_pinIndex)) {
+      startBatch(m_producer.takeBatch(m_pinIndex));
+      if (hasBatch()) {
+        return Supply::batch;
+      }
+    } else if (m_pin.isRowReady) {
+      return Supply::row;
+    } else if (!m_producer.advance()) {
+      return Supply::end;
+    }
+  }
+}
+
+const OneRow* StraightLink::takeRow() {
   m_pin.isRowReady = false;
   if (++m_rowsRead != m_pin.rowsPublished) [[unlikely]] {
     m_producer.fail(engine_messages::severalRowsInOneCall(m_producer.item().name()));
@@ -20,49 +145,47 @@ const OneRow* StraightLink::next() {
   return &m_pin.row;
 }
 
-void StraightLink::take(std::size_t count) {
-  m_producer.takeRows(m_pin, count);
-  m_pin.rowsPublished += static_cast<long long>(count);
-  m_rowsRead += static_cast<long long>(count);
+bool StraightLink::isDrained() const {
+  return RowLink::isDrained() && !m_pin.isRowReady && !m_producer.hasBatch(m_pinIndex);
 }
 
-const OneRow* ColumnsLink::next() {
+RowLink::Supply ColumnsLink::fetch() {
   while (!m_pin.isAnnounced && m_producer.advance()) {
   }
-  return nullptr;
+  return Supply::end;
 }
 
-QueueLink::QueueLink(RunningAction& producer, OutputPin& pin, RunningAction& consumer, Fork& fork,
+QueueLink::QueueLink(RunningAction& producer, int pin, RunningAction& consumer, Fork& fork,
                      const ExecutionOptions& options)
     : RowLink(producer, pin, options), m_consumer(consumer), m_fork(fork), m_reader(fork.queue()) {
   m_reader.join();
 }
 
-const OneRow* QueueLink::next() {
+RowLink::Supply QueueLink::fetch() {
   m_wasAsked = true;
+  settle();
+  m_trail = nullptr;
   if (m_isLetGo && !askAgain()) {
-    return nullptr;
+    return Supply::end;
   }
-  if (!waitForRow()) {
-    return end();
+  if (!waitForBatch()) {
+    m_reader.leave();
+    m_rows.clear();
+    return Supply::end;
   }
-  if (!m_hasColumns) [[unlikely]] {
-    m_metaData = m_pin.metaData;
-    m_row.setNumberOfColumns(m_pin.row.sz());
-    m_hasColumns = true;
-  }
-  if (!m_reader.next(m_row.getAllColForWrite())) {
+  RowBatchPointer batch = m_reader.next();
+  if (batch == nullptr) {
     m_consumer.fail(m_fork.queue().errorText());
-    return nullptr;
+    return Supply::end;
   }
-  ++m_rowsRead;
-  return &m_row;
+  startBatch({std::move(batch), std::make_shared<BatchTrail>(nullptr), nullptr});
+  return Supply::batch;
 }
 
-bool QueueLink::waitForRow() {
-  while (!m_reader.hasRow()) {
+bool QueueLink::waitForBatch() {
+  while (!m_reader.hasBatch()) {
     m_fork.relief().relieveWhenAsked();
-    if (!m_reader.hasRow() && !m_producer.advance()) {
+    if (!m_reader.hasBatch() && !m_fork.makeRows()) {
       return false;
     }
   }
@@ -72,8 +195,9 @@ bool QueueLink::waitForRow() {
 // A pin that was not asked by the first row of its action is let go; it may be asked all the same
 // before any row has gone by.
 bool QueueLink::askAgain() {
-  if (m_pin.rowsPublished > m_rowsRead) {
-    m_consumer.fail(engine_messages::rowsLetGo(m_consumer.item().name(), m_producer.item().name()));
+  if (m_fork.queue().rowsPushed() > m_rowsRead) {
+    m_consumer.fail(
+        engine_messages::rowsLetGo(m_consumer.item().name(), m_producer.item().name()));
     return false;
   }
   m_isLetGo = false;
@@ -81,34 +205,153 @@ bool QueueLink::askAgain() {
   return true;
 }
 
-const OneRow* QueueLink::end() {
-  m_reader.leave();
-  m_reader.release();
-  return nullptr;
-}
-
 void QueueLink::letGo() {
   m_isLetGo = true;
   m_reader.leave();
 }
 
+void QueueLink::release() {
+  settle();
+  m_trail = nullptr;
+  m_rows.clear();
+}
+
+namespace {
+
+// Rows between two looks at who should work next. Readers of batches have enough in them for all
+// processors; from a producer of single rows nobody should have to wait for so many.
+constexpr std::size_t kRowsInStep = 64 * 1024;
+constexpr std::size_t kSingleRowsInStep = 1024;
+constexpr std::size_t kFewestRowsInStep = 256;
+constexpr std::size_t kValuesInStep = 512 * 1024;
+// Steps that may wait for readers that could be helped.
+constexpr long long kCongestedSteps = 2;
+
+}  // namespace
+
+Fork::Fork(RunningAction& producer, OutputPin& pin, bool isOnly, const ExecutionOptions& options,
+           CongestionRelief& relief)
+    : m_producer(producer),
+      m_pin(pin),
+      m_isOnly(isOnly),
+      m_options(options),
+      m_queue(options),
+      m_relief(relief) {}
+
+// Wide rows are fewer, so that a step takes little memory.
+std::size_t Fork::rowsInStep() {
+  if (m_rowsInStep == 0 && m_pin.isAnnounced) {
+    const std::size_t rows = m_producer.mayPublishBatches() ? kRowsInStep : kSingleRowsInStep;
+    const auto columns = static_cast<std::size_t>(std::max(1, m_pin.row.sz()));
+    m_rowsInStep = std::clamp(kValuesInStep / columns, kFewestRowsInStep, rows);
+    m_rowsToAskRelief = kCongestedSteps * static_cast<long long>(m_rowsInStep);
+  }
+  return m_rowsInStep == 0 ? kSingleRowsInStep : m_rowsInStep;
+}
+
+bool Fork::makeRows() {
+  const long long before = m_queue.rowsPushed();
+  bool hasAdvanced = false;
+  if (m_isOnly) {
+    while (m_rowsHeld < rowsInStep() && m_producer.advance()) {
+      hasAdvanced = true;
+    }
+  } else {
+    // Meanwhile the other pin's rows pile up.
+    for (std::size_t calls = 0; calls < kSingleRowsInStep && m_producer.advance(); ++calls) {
+      hasAdvanced = true;
+      if (m_queue.rowsPushed() - before >= static_cast<long long>(kSingleRowsInStep)) {
+        break;
+      }
+    }
+  }
+  closeCollector();
+  if (m_rowsHeld > 0) {
+    release(std::min(m_rowsHeld, rowsInStep()));
+    askRelief();
+  }
+  return hasAdvanced || m_queue.rowsPushed() > before;
+}
+
 void Fork::receive(const OneRow& row) {
-  if (!m_queue.push(row)) {
-    m_producer.fail(m_queue.errorText());
+  if (m_queue.readerCount() == 0) {
     return;
   }
-  const long long bytes = m_queue.bytesWaiting();
-  if (bytes > m_bytesToAskRelief) [[unlikely]] {
+  if (!m_collector) [[unlikely]] {
+    m_collector.emplace(typesOf(row), m_options.batchSize());
+  }
+  m_collector->append(row);
+  ++m_rowsHeld;
+  if (m_collector->isFull()) {
+    closeCollector();
+  }
+}
+
+void Fork::receive(const RowBatchPointer& batch) {
+  receive({batch, nullptr, nullptr});
+}
+
+void Fork::receive(const PublishedBatch& published) {
+  closeCollector();
+  m_held.push_back({published.batch, published.trail});
+  m_rowsHeld += published.batch->rowCount();
+  // Of a producer with other readers, rows come when these ask, and wait in the queue.
+  if (!m_isOnly) {
+    release(published.batch->rowCount());
+    askRelief();
+  }
+}
+
+void Fork::closeCollector() {
+  if (!m_collector || m_collector->isEmpty()) {
+    return;
+  }
+  const std::size_t rows = m_collector->rowCount();
+  m_held.push_back({m_collector->take(), nullptr});
+  if (!m_isOnly) {
+    release(rows);
+    askRelief();
+  }
+}
+
+// Passes the first rows on to the readers.
+void Fork::release(std::size_t rows) {
+  m_rowsHeld -= rows;
+  while (rows > 0) {
+    Held& held = m_held.front();
+    const std::size_t count = std::min(rows, held.batch->rowCount() - held.rowsReleased);
+    const bool isWhole = count == held.batch->rowCount();
+    RowBatchPointer part =
+        isWhole ? held.batch : held.batch->slice(held.rowsReleased, held.rowsReleased + count);
+    held.rowsReleased += count;
+    rows -= count;
+    if (held.trail != nullptr) {
+      held.trail->settle(held.rowsReleased);
+    }
+    if (!m_queue.push(std::move(part))) {
+      m_producer.fail(m_queue.errorText());
+    }
+    if (held.rowsReleased == held.batch->rowCount()) {
+      m_held.pop_front();
+    }
+  }
+}
+
+void Fork::askRelief() {
+  const long long rows = m_queue.rowsWaiting();
+  const long long few = kCongestedSteps * static_cast<long long>(rowsInStep());
+  if (rows > m_rowsToAskRelief) [[unlikely]] {
     // Where nobody can help, asking again and again would cost more than the queue.
-    m_bytesToAskRelief *= 2;
+    m_rowsToAskRelief *= 2;
     m_relief.ask(*this);
-  } else if (bytes < kCongestedBytes) {
-    m_bytesToAskRelief = kCongestedBytes;
+  } else if (rows < few) {
+    m_rowsToAskRelief = few;
   }
 }
 
 void Fork::noteRelief() {
-  m_bytesToAskRelief = std::max(kCongestedBytes, 2 * m_queue.bytesWaiting());
+  m_rowsToAskRelief = std::max(kCongestedSteps * static_cast<long long>(rowsInStep()),
+                               2 * m_queue.rowsWaiting());
 }
 
 }  // namespace kelvarin

@@ -2,165 +2,101 @@
 
 #include <algorithm>
 
+#include "host/engine/batch_bytes.h"
+
 namespace kelvarin {
-
-namespace {
-
-// Where readers keep up, rows are passed on in the nearer caches of the processor; where they lag,
-// batches grow up to what is written to a disk at one time.
-constexpr std::size_t kSmallestBatch = 32 * 1024;
-constexpr std::size_t kLargestBatch = 256 * 1024;
-
-}  // namespace
 
 RowQueue::RowQueue(const ExecutionOptions& options)
     : m_memoryLimit(static_cast<std::size_t>(std::max(0LL, options.queueMemoryBytes))),
       m_spill(options.temporaryFolder) {}
 
-bool RowQueue::push(const OneRow& row) {
-  if (m_readerCount == 0) {
+// The newest batch stays in memory, since most often somebody takes it at once. Once batches are on
+// disk, all that follow go there, since those in memory are taken before.
+bool RowQueue::push(RowBatchPointer batch) {
+  m_rowsPushed += static_cast<long long>(batch->rowCount());
+  if (m_readers.empty()) {
     return true;
   }
-  if (!m_layout) [[unlikely]] {
-    m_layout.emplace(row);
+  if (m_types.empty()) {
+    m_types = typesOf(*batch);
   }
-  const std::size_t size = m_layout->sizeOf(row);
-  if (m_batches.empty() || !m_batches.back().rows.hasSpaceFor(size)) {
-    if (!startBatch(size)) {
-      return false;
+  const bool isFull = m_bytesInMemory >= m_memoryLimit || m_entriesOnDisk > 0;
+  if (isFull && !m_entries.empty() && !spill(m_entries.back())) {
+    return false;
+  }
+  const std::size_t rowCount = batch->rowCount();
+  const std::size_t byteCount = batch->byteCount();
+  m_entries.push_back({std::move(batch), rowCount, byteCount, readerCount()});
+  m_rowsWaiting += static_cast<long long>(rowCount);
+  m_bytesInMemory += byteCount;
+  for (Reader* reader : m_readers) {
+    if (reader->m_next == m_entries.end()) {
+      reader->m_next = std::prev(m_entries.end());
     }
   }
-  Batch& batch = m_batches.back();
-  batch.rows.append(row, size);
-  m_bytesWaiting += batch.readersToCome > 0 ? static_cast<long long>(size) : 0;
   return true;
 }
 
-// Once rows are on disk, every full batch goes there, since those in memory are read before them.
-bool RowQueue::startBatch(std::size_t rowSize) {
-  const bool isFull = m_bytesInMemory >= m_memoryLimit || m_batchesOnDisk > 0;
-  if (!m_batches.empty() && m_batches.back().readersToCome > 0 && isFull &&
-      !spill(m_batches.back())) {
+bool RowQueue::spill(Entry& entry) {
+  m_bytes.clear();
+  appendBytes(*entry.batch, m_bytes);
+  if (!m_spill.append(m_bytes.data(), m_bytes.size(), &entry.fileOffset)) {
     return false;
   }
-  const std::size_t capacity = std::max(nextCapacity(), rowSize);
-  m_batches.push_back({QueueBatch(*m_layout, takeMemory(capacity), capacity), m_readerCount});
+  entry.fileSize = m_bytes.size();
+  entry.batch = nullptr;
+  m_bytesInMemory -= entry.byteCount;
+  ++m_entriesOnDisk;
   return true;
 }
 
-std::size_t RowQueue::nextCapacity() const {
-  if (m_batches.empty() || m_batches.back().readersToCome == 0) {
-    return kSmallestBatch;
+RowBatchPointer RowQueue::load(Entry& entry) {
+  if (entry.batch != nullptr) {
+    return entry.batch;
   }
-  return std::clamp(2 * m_batches.back().rows.capacity(), kSmallestBatch, kLargestBatch);
-}
-
-std::unique_ptr<unsigned char[]> RowQueue::takeMemory(std::size_t capacity) {
-  m_bytesInMemory += capacity;
-  return std::make_unique_for_overwrite<unsigned char[]>(capacity);
-}
-
-bool RowQueue::spill(Batch& batch) {
-  if (!m_spill.append(batch.rows.bytes(), batch.rows.size(), &batch.fileOffset)) {
-    return false;
+  std::shared_ptr<unsigned char[]> bytes =
+      std::make_shared_for_overwrite<unsigned char[]>(entry.fileSize);
+  if (!m_spill.read(entry.fileOffset, bytes.get(), entry.fileSize)) {
+    return nullptr;
   }
-  ++m_batchesOnDisk;
-  if (batch.readersInside == 0) {
-    unload(batch);
-  }
-  return true;
-}
-
-bool RowQueue::load(Batch& batch) {
-  batch.rows.putBytes(takeMemory(batch.rows.capacity()));
-  if (!m_spill.read(batch.fileOffset, batch.rows.bytes(), batch.rows.size())) {
-    unload(batch);
-    return false;
-  }
-  return true;
-}
-
-void RowQueue::unload(Batch& batch) {
-  if (batch.rows.bytes() != nullptr) {
-    batch.rows.putBytes(nullptr);
-    m_bytesInMemory -= batch.rows.capacity();
-  }
+  return batchFromBytes(m_types, entry.rowCount, std::move(bytes));
 }
 
 // One reader fewer will come to the batch.
-void RowQueue::noteArrival(Batch& batch) {
-  if (--batch.readersToCome > 0) {
+void RowQueue::noteTaken(Entries::iterator entry) {
+  if (--entry->readersToCome > 0) {
     return;
   }
-  m_bytesWaiting -= static_cast<long long>(batch.rows.size());
-  if (batch.fileOffset < 0) {
-    return;
-  }
-  if (--m_batchesOnDisk == 0) {
+  m_rowsWaiting -= static_cast<long long>(entry->rowCount);
+  if (entry->batch != nullptr) {
+    m_bytesInMemory -= entry->byteCount;
+  } else if (--m_entriesOnDisk == 0) {
     m_spill.restart();
   } else {
-    m_spill.forget(batch.fileOffset, batch.rows.size());
+    m_spill.forget(entry->fileOffset, entry->fileSize);
   }
-  batch.fileOffset = -1;
-}
-
-void RowQueue::dropWhenRead(Batches::iterator batch) {
-  if (batch->readersInside > 0) {
-    return;
-  }
-  if (batch->readersToCome == 0) {
-    unload(*batch);
-    m_batches.erase(batch);
-  } else if (batch->fileOffset >= 0) {
-    unload(*batch);
-  }
+  m_entries.erase(entry);
 }
 
 void RowQueue::Reader::join() {
   m_isJoined = true;
-  ++m_queue.m_readerCount;
+  m_rowsTaken = m_queue.m_rowsPushed;
+  m_queue.m_readers.push_back(this);
 }
 
-bool RowQueue::Reader::hasRow() const {
-  return m_isJoined && ((isInside() && m_rowsTaken < m_batch->rows.rowCount()) ||
-                        nextBatch() != m_queue.m_batches.end());
+bool RowQueue::Reader::hasBatch() const {
+  return m_isJoined && m_next != m_queue.m_entries.end();
 }
 
-bool RowQueue::Reader::next(unsigned char** values) {
-  if (!isInside() || m_rowsTaken == m_batch->rows.rowCount()) {
-    if (!enterNextBatch()) {
-      return false;
-    }
+RowBatchPointer RowQueue::Reader::next() {
+  RowBatchPointer batch = m_queue.load(*m_next);
+  if (batch == nullptr) {
+    return nullptr;
   }
-  m_position = m_queue.m_layout->pointAt(m_position, values);
-  ++m_rowsTaken;
-  return true;
-}
-
-bool RowQueue::Reader::enterNextBatch() {
-  const Batches::iterator left = m_batch;
-  const bool wasInside = isInside();
-  m_batch = nextBatch();
-  if (m_batch->rows.bytes() == nullptr && !m_queue.load(*m_batch)) {
-    m_batch = left;
-    return false;
-  }
-  ++m_batch->readersInside;
-  m_queue.noteArrival(*m_batch);
-  m_rowsTaken = 0;
-  m_position = m_batch->rows.bytes();
-  if (wasInside) {
-    --left->readersInside;
-    m_queue.dropWhenRead(left);
-  }
-  return true;
-}
-
-RowsAhead RowQueue::Reader::rowsAhead() const {
-  if (m_rowsTaken == 0 || m_queue.m_layout->rowSize() == 0) {
-    return {};
-  }
-  return {&m_batch->rows, m_rowsTaken - 1, m_batch->rows.rowCount() - m_rowsTaken + 1};
+  const Entries::iterator taken = m_next++;
+  m_rowsTaken += static_cast<long long>(taken->rowCount);
+  m_queue.noteTaken(taken);
+  return batch;
 }
 
 void RowQueue::Reader::leave() {
@@ -168,23 +104,10 @@ void RowQueue::Reader::leave() {
     return;
   }
   m_isJoined = false;
-  --m_queue.m_readerCount;
-  for (Batches::iterator batch = nextBatch(); batch != m_queue.m_batches.end();) {
-    const Batches::iterator left = batch++;
-    m_queue.noteArrival(*left);
-    m_queue.dropWhenRead(left);
+  std::erase(m_queue.m_readers, this);
+  while (m_next != m_queue.m_entries.end()) {
+    m_queue.noteTaken(m_next++);
   }
-}
-
-void RowQueue::Reader::release() {
-  if (!isInside()) {
-    return;
-  }
-  const Batches::iterator left = m_batch;
-  m_batch = m_queue.m_batches.end();
-  m_rowsTaken = 0;
-  --left->readersInside;
-  m_queue.dropWhenRead(left);
 }
 
 }  // namespace kelvarin

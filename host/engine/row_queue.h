@@ -1,96 +1,87 @@
-// The rows of one output pin for its readers: each takes all of them, in order, at its own pace.
+// The batches of one output pin for its readers: each takes all of them, in order, at its own pace.
 //
-// A row is copied in once, whatever the number of readers, and lies in a batch. A batch stays in
-// memory as long as a reader stands in it, so a row that a reader has taken stays what it is until
-// that reader takes its next one or releases it, whatever the producer and the other readers do
-// meanwhile. Beyond the memory limit, batches that nobody stands in and somebody still has to read
-// lie in a temporary file. What all have read is dropped. Used by: row_links.cpp.
+// A batch is there once, whatever the number of readers, and whoever has taken it keeps it as long
+// as needed. Beyond the memory limit, batches that somebody still has to take lie in a temporary
+// file. What all have taken is dropped.
+// Used by: row_links.cpp.
 // Threads: one.
-// Errors: false from push() and Reader::next(), and errorText() says why.
+// Errors: false from push(), null from Reader::next(), and errorText() says why.
 #pragma once
 
 #include <cstddef>
 #include <list>
-#include <memory>
-#include <optional>
 
+#include "host/contract/row_batch.h"
 #include "host/engine/execution_options.h"
-#include "host/engine/queue_batch.h"
 #include "host/engine/spill_file.h"
 
 namespace kelvarin {
 
 class RowQueue {
  private:
-  struct Batch {
-    QueueBatch rows;
-    int readersToCome = 0;      // have not entered it yet
-    int readersInside = 0;      // last took one of its rows
-    long long fileOffset = -1;  // of its rows in the temporary file; -1 when they are not there
+  struct Entry {
+    RowBatchPointer batch;  // null while it is on the disk
+    std::size_t rowCount;
+    std::size_t byteCount;
+    int readersToCome;
+    long long fileOffset = -1;  // -1 when it is not there
+    std::size_t fileSize = 0;
   };
-  using Batches = std::list<Batch>;
+  using Entries = std::list<Entry>;
 
  public:
   class Reader {
    public:
-    // Takes part from the next row on.
-    explicit Reader(RowQueue& queue) : m_queue(queue), m_batch(queue.m_batches.end()) {}
+    // Takes part from the next batch on.
+    explicit Reader(RowQueue& queue) : m_queue(queue), m_next(queue.m_entries.end()) {}
     Reader(const Reader&) = delete;
     Reader& operator=(const Reader&) = delete;
 
-    // Before the first row of the queue.
+    // Before the first batch of the queue.
     void join();
-    bool hasRow() const;
-    // Points `values` at the next row; there is one.
-    [[nodiscard]] bool next(unsigned char** values);
-    // The row taken last and those after it in its batch.
-    RowsAhead rowsAhead() const;
-    // Takes no more rows. The one taken last stays.
+    bool hasBatch() const;
+    // There is one; null: it could not be read.
+    RowBatchPointer next();
+    // In batches that it has not taken.
+    long long rowsWaiting() const { return m_isJoined ? m_queue.m_rowsPushed - m_rowsTaken : 0; }
+    // Takes no more.
     void leave();
-    // The row taken last is not looked at any more; after leave().
-    void release();
 
    private:
-    bool isInside() const { return m_batch != m_queue.m_batches.end(); }
-    Batches::iterator nextBatch() const {
-      return isInside() ? std::next(m_batch) : m_queue.m_batches.begin();
-    }
-    [[nodiscard]] bool enterNextBatch();
+    friend class RowQueue;
 
     RowQueue& m_queue;
     bool m_isJoined = false;
-    Batches::iterator m_batch;            // the one that the row taken last is in
-    std::size_t m_rowsTaken = 0;          // of the batch
-    unsigned char* m_position = nullptr;  // of the next row in it
+    Entries::iterator m_next;  // the end when all have been taken
+    long long m_rowsTaken = 0;
   };
 
   explicit RowQueue(const ExecutionOptions& options);
   RowQueue(const RowQueue&) = delete;
   RowQueue& operator=(const RowQueue&) = delete;
 
-  // All rows of a queue have the columns of its first. Without readers the row is dropped.
-  [[nodiscard]] bool push(const OneRow& row);
-  // Of the batches that some reader has not come to, in memory and on disk.
-  long long bytesWaiting() const { return m_bytesWaiting; }
+  // Without readers the batch is dropped.
+  [[nodiscard]] bool push(RowBatchPointer batch);
+  int readerCount() const { return static_cast<int>(m_readers.size()); }
+  long long rowsPushed() const { return m_rowsPushed; }
+  // In batches that some reader has not taken.
+  long long rowsWaiting() const { return m_rowsWaiting; }
   const QString& errorText() const { return m_spill.errorText(); }
 
  private:
-  bool startBatch(std::size_t rowSize);
-  std::size_t nextCapacity() const;
-  std::unique_ptr<unsigned char[]> takeMemory(std::size_t capacity);
-  bool spill(Batch& batch);
-  bool load(Batch& batch);
-  void unload(Batch& batch);
-  void noteArrival(Batch& batch);
-  void dropWhenRead(Batches::iterator batch);
+  bool spill(Entry& entry);
+  RowBatchPointer load(Entry& entry);
+  void noteTaken(Entries::iterator entry);
 
   std::size_t m_memoryLimit;
-  std::optional<RowLayout> m_layout;
-  Batches m_batches;  // the oldest in front; the one being filled at the back
-  int m_readerCount = 0;
+  Entries m_entries;  // the oldest in front
+  std::vector<Reader*> m_readers;
+  std::vector<MetaTypeColumn> m_types;
+  long long m_rowsPushed = 0;
+  long long m_rowsWaiting = 0;
   std::size_t m_bytesInMemory = 0;
-  long long m_bytesWaiting = 0;
-  int m_batchesOnDisk = 0;
+  int m_entriesOnDisk = 0;
+  std::vector<unsigned char> m_bytes;  // of the batch that goes to the disk or comes from there
   SpillFile m_spill;
 };
 

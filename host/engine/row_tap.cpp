@@ -1,5 +1,6 @@
 #include "host/engine/row_tap.h"
 
+#include "host/contract/batch_rows.h"
 #include "host/engine/run_results.h"
 
 namespace kelvarin {
@@ -17,6 +18,18 @@ void RowTap::receive(const OneRow& row) {
   ++m_rowCount;
   if (isBatchFull()) {
     flush();
+  }
+}
+
+void RowTap::receive(const RowBatchPointer& batch) {
+  if (m_view.sz() == 0) {
+    m_view.setNumberOfColumns(m_pin.row.sz());
+  }
+  BatchRows rows;
+  rows.start(batch);
+  while (rows.rowsLeft() > 0 && !isFull()) {
+    rows.take(m_view.getAllColForWrite());
+    receive(m_view);
   }
 }
 

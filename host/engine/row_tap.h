@@ -18,6 +18,7 @@ class RowTap final : public RowReceiver {
       : m_pin(pin), m_receiver(receiver), m_limit(limit), m_version(version) {}
 
   void receive(const OneRow& row) override;
+  void receive(const RowBatchPointer& batch) override;
   bool isFull() const { return m_rowCount == m_limit; }
   // Whether the receiver has got the columns.
   bool hasColumns() const { return m_hasColumns; }
@@ -50,6 +51,8 @@ class RowTap final : public RowReceiver {
   long long m_rowCount = 0;
   bool m_hasPassedRows = false;
   Clock::time_point m_batchStart;
+  PinOutMetaData m_columnsOfView;
+  OneRow m_view{&m_columnsOfView};  // the rows of batches
 };
 
 }  // namespace kelvarin

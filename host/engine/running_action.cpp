@@ -11,13 +11,19 @@
 namespace kelvarin {
 
 RunningAction::RunningAction(ActionItem& item, int index, RunRecord& record,
-                             const RunRecord& stopSwitch, ProgressMeter& progress)
+                             const RunRecord& stopSwitch, ProgressMeter& progress,
+                             const ExecutionOptions& options)
     : m_item(item),
       m_index(index),
       m_record(record),
       m_stopSwitch(stopSwitch),
       m_progress(progress),
       m_currentAction(CurrentAction::slot()),
+      m_source(dynamic_cast<BatchSource*>(&item)),
+      m_transform(dynamic_cast<BatchTransform*>(&item)),
+      m_rowsInBatch(options.rowsInBatch),
+      m_forks(static_cast<std::size_t>(item.outputPinCount())),
+      m_published(static_cast<std::size_t>(item.outputPinCount())),
       m_awaitsFirstRow(item.outputPinCount() > 0) {
   m_ports.inputs.resize(static_cast<std::size_t>(item.inputPinCount()));
   for (int i = 0; i < item.outputPinCount(); ++i) {
@@ -73,7 +79,7 @@ bool RunningAction::close() {
 void RunningAction::compute() {
   m_hasBegun = true;
   m_isComputing = true;
-  m_item.setFinished(guarded([this] { return m_item.compute(); }, true));
+  m_item.setFinished(guarded([this] { return step(); }, true));
   m_isComputing = false;
   m_progress.reportWhenDue();
   if (m_awaitsFirstRow) {
@@ -85,9 +91,127 @@ void RunningAction::compute() {
   }
 }
 
-void RunningAction::takeRows(OutputPin& pin, std::size_t count) {
-  const CurrentAction current(&m_item, m_currentAction);
-  pin.takeRows(&m_item, count);
+// True when the action has finished.
+bool RunningAction::step() {
+  if (m_source != nullptr && m_source->canReadUnits() && readBatch()) {
+    return false;
+  }
+  if (m_transform != nullptr && transformBatch()) {
+    return false;
+  }
+  return m_item.compute();
+}
+
+// False: the source has no more units.
+bool RunningAction::readBatch() {
+  if (m_unitRows.rowsLeft() > 0) {
+    publishUnit();
+    return true;
+  }
+  const std::unique_ptr<BatchUnit> unit = m_source->readUnit();
+  if (unit == nullptr) {
+    return m_source->readOn();
+  }
+  unit->parse();
+  m_unitRows.start(m_source->accept(*unit));
+  if (m_unitRows.rowsLeft() > 0) {
+    publishUnit();
+  }
+  return true;
+}
+
+void RunningAction::publishUnit() {
+  const std::size_t begin = m_unitRows.rowsTaken();
+  const std::size_t most = m_rowsInBatch > 0 ? static_cast<std::size_t>(m_rowsInBatch)
+                                             : m_unitRows.rowsLeft();
+  const std::size_t count = std::min(most, m_unitRows.rowsLeft());
+  RowBatchPointer batch = m_unitRows.batch();
+  if (count < batch->rowCount()) {
+    batch = batch->slice(begin, begin + count);
+  }
+  m_unitRows.skip(count);
+  if (m_unitRows.rowsLeft() == 0) {
+    m_unitRows.clear();
+  }
+  publish(0, {std::move(batch), std::make_shared<BatchTrail>(&output(0)), nullptr});
+}
+
+// False: a single row comes next, or none.
+bool RunningAction::transformBatch() {
+  const BatchStage* stage = m_transform->stage();
+  if (stage == nullptr || m_input == nullptr) {
+    return false;
+  }
+  RowBatchPointer batch = m_input->batchAtWork();
+  if (batch == nullptr) {
+    return false;
+  }
+  if (batch->rowCount() > m_input->rowLimit()) {
+    batch = batch->slice(0, std::max<std::size_t>(1, m_input->rowLimit()));
+  }
+  BatchTrail::Origin origin{.maker = m_transform,
+                            .result = stage->process(*batch, m_input->rowsTaken()),
+                            .parent = m_input->trail(),
+                            .firstInParent = m_input->rowsTakenOfBatch()};
+  if (origin.result.rowsDone == 0) {
+    return false;
+  }
+  m_input->pass(origin.result.rowsDone);
+  m_transform->passRows(origin.result.rowsDone);
+  publish(std::move(origin));
+  return true;
+}
+
+void RunningAction::publish(BatchTrail::Origin origin) {
+  int pinsRead = 0;
+  int lastRead = -1;
+  for (int pin = 0; pin < m_item.outputPinCount(); ++pin) {
+    output(pin).isAnnounced = true;
+    if (output(pin).isRead) {
+      ++pinsRead;
+      lastRead = pin;
+    }
+  }
+  const StageResult& result = origin.result;
+  const auto rowsOf = [&result](int pin) {
+    const auto index = static_cast<std::size_t>(pin);
+    return index < StageResult::kMaxPins && result.outputs[index] != nullptr &&
+                   result.outputs[index]->rowCount() > 0
+               ? result.outputs[index]
+               : RowBatchPointer();
+  };
+  if (pinsRead == 1 && rowsOf(lastRead) != nullptr) {
+    RowBatchPointer batch = rowsOf(lastRead);
+    auto trail = std::make_shared<BatchTrail>(&output(lastRead), lastRead, std::move(origin));
+    publish(lastRead, {std::move(batch), std::move(trail), nullptr});
+    return;
+  }
+  // Rows for several pins wait in queues, whoever takes them first.
+  settleInput(origin);
+  for (int pin = 0; pin < m_item.outputPinCount(); ++pin) {
+    RowBatchPointer batch = output(pin).isRead ? rowsOf(pin) : nullptr;
+    if (batch != nullptr) {
+      output(pin).rowsPublished += static_cast<long long>(batch->rowCount());
+      publish(pin, {std::move(batch), nullptr, nullptr});
+    }
+  }
+}
+
+void RunningAction::publish(int pin, PublishedBatch published) {
+  OutputPin& to = output(pin);
+  to.isAnnounced = true;
+  if (Fork* fork = m_forks[static_cast<std::size_t>(pin)]) {
+    fork->receive(published);
+  } else if (to.receiver != nullptr) {
+    if (published.trail != nullptr) {
+      published.trail->settle(published.batch->rowCount());
+    }
+    to.receiver->receive(published.batch);
+  } else if (to.isRead) {
+    m_published[static_cast<std::size_t>(pin)] = std::move(published);
+  } else if (published.trail != nullptr) {
+    published.trail->settle(published.batch->rowCount());
+  }
 }
 
 ActionPhase RunningAction::phase() const {

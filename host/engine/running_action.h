@@ -1,4 +1,5 @@
-// One action in one run: its pins, its row routine, and whether it has finished.
+// One action in one run: its pins, its row routine, what it does with whole batches, and whether it
+// has finished.
 //
 // Used by: graph_execution.cpp, row_links.cpp.
 // Threads: the engine thread.
@@ -6,23 +7,28 @@
 // logged with the action's name and fails the run.
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "host/contract/action_item.h"
 #include "host/contract/host_session.h"
+#include "host/contract/batch_rows.h"
+#include "host/engine/batch_trail.h"
 #include "host/engine/execution_options.h"
 #include "host/engine/progress_meter.h"
 
 namespace kelvarin {
 
+class Fork;
 class QueueLink;
+class RowLink;
 
 class RunningAction {
  public:
   // `index` is the action's in its graph. `record` is what the action sees; `stopSwitch` is the
   // record through which the user stops, often the same.
   RunningAction(ActionItem& item, int index, RunRecord& record, const RunRecord& stopSwitch,
-                ProgressMeter& progress);
+                ProgressMeter& progress, const ExecutionOptions& options);
   ~RunningAction();
   RunningAction(const RunningAction&) = delete;
   RunningAction& operator=(const RunningAction&) = delete;
@@ -44,7 +50,7 @@ class RunningAction {
   bool isComputing() const { return m_isComputing; }
   bool canGoOn() const { return !isFinished() && m_record.isRunning() && m_stopSwitch.isRunning(); }
 
-  // Calls the row routine once; false when the action will not produce anything more.
+  // Works on one batch or one row; false when the action will not produce anything more.
   bool advance() {
     if (!canGoOn()) [[unlikely]] {
       releaseRows();
@@ -54,8 +60,18 @@ class RunningAction {
     return true;
   }
 
-  // Has the rows of the last offer go by, as many as that.
-  void takeRows(OutputPin& pin, std::size_t count);
+  // The link of input pin 0; null when nothing is linked to it.
+  void setInput(RowLink* link) { m_input = link; }
+  RowLink* input() const { return m_input; }
+  void setFork(int pin, Fork* fork) { m_forks[static_cast<std::size_t>(pin)] = fork; }
+  // A batch waits for the one link of the pin.
+  bool hasBatch(int pin) const {
+    return m_published[static_cast<std::size_t>(pin)].batch != nullptr;
+  }
+  PublishedBatch takeBatch(int pin) {
+    return std::exchange(m_published[static_cast<std::size_t>(pin)], {});
+  }
+  bool mayPublishBatches() const { return m_source != nullptr || m_transform != nullptr; }
 
   ActionPhase phase() const;
 
@@ -68,6 +84,12 @@ class RunningAction {
 
  private:
   void compute();
+  bool step();
+  bool readBatch();
+  void publishUnit();
+  bool transformBatch();
+  void publish(BatchTrail::Origin origin);
+  void publish(int pin, PublishedBatch published);
   void noteFirstRow();
   void releaseRows();
   template <typename Call>
@@ -79,8 +101,15 @@ class RunningAction {
   const RunRecord& m_stopSwitch;
   ProgressMeter& m_progress;
   const ActionItem*& m_currentAction;  // of this thread
+  BatchSource* const m_source;        // the action, where it is one
+  BatchTransform* const m_transform;  // the same
+  const int m_rowsInBatch;            // at most; 0: as they come
   ActionPorts m_ports;
+  RowLink* m_input = nullptr;
   std::vector<QueueLink*> m_queues;  // of this action's input pins
+  std::vector<Fork*> m_forks;        // of the output pins, null where there is none
+  std::vector<PublishedBatch> m_published;  // by output pin
+  BatchRows m_unitRows;                     // of a source, to be published in parts
   bool m_hasBegun = false;
   bool m_isComputing = false;
   bool m_hasCompleted = false;  // it finished, and not because the run was over

@@ -1,13 +1,16 @@
 #include "host/engine/sink_schedule.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kelvarin {
 
 namespace {
 
-// Calls of one sink before the others get their turn.
-constexpr int kCallsInATurn = 256;
+// Rows that one sink takes before the others get their turn.
+constexpr std::size_t kRowsInATurn = 64 * 1024;
+// The same for one that takes no rows from its first pin.
+constexpr std::size_t kCallsInATurn = 256;
 
 constexpr std::size_t at(int index) {
   return static_cast<std::size_t>(index);
@@ -20,7 +23,8 @@ void SinkSchedule::drive() {
   m_isDriving = true;
   std::vector<int> unfinished = m_sinks;
   while (!unfinished.empty()) {
-    std::erase_if(unfinished, [this](int sink) { return !takeTurn(sink); });
+    const bool isAlone = unfinished.size() == 1;
+    std::erase_if(unfinished, [&](int sink) { return !takeTurn(sink, isAlone); });
   }
   m_isDriving = false;
 }
@@ -28,6 +32,7 @@ void SinkSchedule::drive() {
 void SinkSchedule::findSinks() {
   m_sinks.clear();
   m_readersLeft.assign(m_actions.size(), 0);
+  m_isDismissed.assign(m_actions.size(), 0);
   for (const int index : m_order) {
     const auto& links = m_links.from(index);
     m_readersLeft[at(index)] = static_cast<int>(std::count_if(
@@ -39,10 +44,17 @@ void SinkSchedule::findSinks() {
 }
 
 // False when it was the last one.
-bool SinkSchedule::takeTurn(int sink) {
+bool SinkSchedule::takeTurn(int sink, bool isAlone) {
   RunningAction& running = *action(sink);
   relieveWhenAsked();
-  for (int i = 0; i < kCallsInATurn && running.advance(); ++i) {
+  if (RowLink* input = running.input()) {
+    input->setRowLimit(isAlone ? RowLink::kNoLimit : kRowsInATurn);
+    while (input->rowLimit() > 0 && running.advance()) {
+    }
+    input->setRowLimit(RowLink::kNoLimit);
+  } else {
+    for (std::size_t i = 0; i < kCallsInATurn && running.advance(); ++i) {
+    }
   }
   if (running.canGoOn()) {
     return true;
@@ -53,6 +65,9 @@ bool SinkSchedule::takeTurn(int sink) {
 
 // Actions that no other sink needs get no more rows: kept for them, these would fill the disk.
 void SinkSchedule::dismiss(int sink) {
+  if (std::exchange(m_isDismissed[at(sink)], 1) != 0) {
+    return;
+  }
   std::vector<int> dismissed{sink};
   while (!dismissed.empty()) {
     const int index = dismissed.back();
@@ -122,6 +137,9 @@ void SinkSchedule::help(const QueueLink& reader) {
   }
   for (long long calls = reader.rowsWaiting();
        calls > 0 && reader.rowsWaiting() > 0 && sink->advance(); --calls) {
+  }
+  if (sink->isFinished()) {
+    dismiss(sink->index());
   }
 }
 

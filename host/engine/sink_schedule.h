@@ -36,7 +36,7 @@ class SinkSchedule final : public CongestionRelief {
     return action(link.from) != nullptr && action(link.to) != nullptr;
   }
   void findSinks();
-  bool takeTurn(int sink);
+  bool takeTurn(int sink, bool isAlone);
   void dismiss(int sink);
   void relieve() override;
   void findSinksThatCanRun();
@@ -47,6 +47,7 @@ class SinkSchedule final : public CongestionRelief {
   const Actions& m_actions;
   std::vector<int> m_sinks;
   std::vector<int> m_readersLeft;           // [action]: links to readers that still want rows
+  std::vector<char> m_isDismissed;          // [action]: a sink that needs no more rows
   std::vector<RunningAction*> m_sinkBelow;  // [action]: one that can run now, or null
   bool m_isDriving = false;
   bool m_isRelieving = false;

@@ -1,9 +1,10 @@
 #include "host/testing/fake_input_pin.h"
 
 #include <algorithm>
-#include <cstring>
 #include <sstream>
 #include <stdexcept>
+
+#include "host/contract/batch_collector.h"
 
 namespace kelvarin::testing {
 
@@ -20,7 +21,6 @@ void FakeInputPin::push(const Values& values, long long times) {
   TypedRow row;
   row.times = times;
   row.timesLeft = times;
-  m_rowCount += static_cast<std::size_t>(times);
   for (std::size_t i = 0; i < values.size(); ++i) {
     row.offsets.push_back(row.bytes.size());
     appendBytes(row.bytes, values[i], m_metaData.metas()[static_cast<qsizetype>(i)].type());
@@ -29,49 +29,91 @@ void FakeInputPin::push(const Values& values, long long times) {
   m_rows.push_back(std::move(row));
 }
 
-const OneRow* FakeInputPin::next() {
-  std::swap(m_bytes[0], m_bytes[1]);
-  std::fill(m_bytes[1].begin(), m_bytes[1].end(), kSpoilt);
+const FakeInputPin::TypedRow* FakeInputPin::takeTypedRow() {
   while (m_current < m_rows.size() && m_rows[m_current].timesLeft == 0) {
     ++m_current;
   }
   if (m_current == m_rows.size()) {
     return nullptr;
   }
-  TypedRow& row = m_rows[m_current];
-  --row.timesLeft;
+  --m_rows[m_current].timesLeft;
+  return &m_rows[m_current];
+}
+
+const OneRow* FakeInputPin::next() {
+  std::swap(m_bytes[0], m_bytes[1]);
+  std::fill(m_bytes[1].begin(), m_bytes[1].end(), kSpoilt);
+  if (m_batch.rowsLeft() > 0) {
+    ++m_rowsPulled;
+    m_batch.take(m_row.getAllColForWrite());
+    return &m_row;
+  }
+  m_batch.clear();
+  const TypedRow* row = takeTypedRow();
+  if (row == nullptr) {
+    return nullptr;
+  }
   ++m_rowsPulled;
   m_bytes[0].resize(m_largestRow);
-  std::copy(row.bytes.begin(), row.bytes.end(), m_bytes[0].begin());
+  std::copy(row->bytes.begin(), row->bytes.end(), m_bytes[0].begin());
   unsigned char** columns = m_row.getAllColForWrite();
-  for (std::size_t i = 0; i < row.offsets.size(); ++i) {
-    columns[i] = m_bytes[0].data() + row.offsets[i];
+  for (std::size_t i = 0; i < row->offsets.size(); ++i) {
+    columns[i] = m_bytes[0].data() + row->offsets[i];
   }
   return &m_row;
 }
 
-RowsAhead FakeInputPin::rowsAhead() const {
-  const auto current = static_cast<std::size_t>(m_rowsPulled - 1);
-  return m_isOffering ? RowsAhead{this, current, m_rowCount - current} : RowsAhead{};
+TakenBatch FakeInputPin::nextBatch() {
+  RowBatchPointer batch = restOfBatch();
+  passRows(batch == nullptr ? 0 : batch->rowCount());
+  return {std::move(batch), nullptr};
 }
 
-template <typename Value>
-const Value* FakeInputPin::valuesAhead(int column, std::size_t first, std::size_t count,
-                                       Value* buffer) const {
-  if (std::count(m_hiddenColumns.begin(), m_hiddenColumns.end(), column) > 0) {
+RowBatchPointer FakeInputPin::restOfBatch() {
+  if (m_batch.rowsLeft() == 0) {
+    m_batch.start(collectBatch());
+  }
+  const RowBatchPointer& batch = m_batch.batch();
+  return m_batch.rowsTaken() == 0 ? batch : batch->slice(m_batch.rowsTaken(), batch->rowCount());
+}
+
+void FakeInputPin::passRows(std::size_t count) {
+  m_batch.skip(count);
+  m_rowsPulled += static_cast<long long>(count);
+}
+
+RowBatchPointer FakeInputPin::collectBatch() {
+  const std::size_t stored = m_shape.hasStrayRows ? 2 : 1;  // for each row
+  BatchCollector collector(typesOf(m_row), {.rows = stored * m_shape.rows});
+  std::vector<const unsigned char*> values(static_cast<std::size_t>(m_metaData.columnCount()));
+  std::size_t count = 0;
+  for (; count < m_shape.rows && !collector.isFull(); ++count) {
+    const TypedRow* row = takeTypedRow();
+    if (row == nullptr) {
+      break;
+    }
+    if (m_shape.hasStrayRows) {
+      std::fill(values.begin(), values.end(), nullptr);
+      collector.append(values.data());
+    }
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      values[i] = row->bytes.data() + row->offsets[i];
+    }
+    collector.append(values.data());
+  }
+  if (count == 0) {
     return nullptr;
   }
-  std::size_t number = 0;
-  for (const TypedRow& row : m_rows) {
-    const std::size_t end = number + static_cast<std::size_t>(row.times);
-    for (std::size_t i = std::max(number, first); i < std::min(end, first + count); ++i) {
-      std::memcpy(buffer + (i - first),
-                  row.bytes.data() + row.offsets[static_cast<std::size_t>(column)], sizeof(Value));
-    }
-    number = end;
+  const RowBatchPointer batch = collector.take();
+  if (!m_shape.hasStrayRows) {
+    return batch;
   }
-  m_valuesLookedAt += static_cast<long long>(count);
-  return buffer;
+  auto selection = std::make_shared<std::uint32_t[]>(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    selection[i] = static_cast<std::uint32_t>(2 * i + 1);
+  }
+  return std::make_shared<RowBatch>(batch->storedRows(), batch->columns(), std::move(selection),
+                                    count);
 }
 
 PinOutMetaData columnsFromText(const std::string& text) {

@@ -2,15 +2,23 @@
 //
 // As strict as a running graph: one row object for all rows, and the bytes of a row are overwritten
 // at the next pull from the same pin, so that an action that holds on to them is found out. Steady
-// pulling allocates nothing. Rows can be looked at ahead only where the test says so.
+// pulling allocates nothing. Where batches are asked for, the same rows are collected.
 #pragma once
 
+#include "host/contract/batch_rows.h"
 #include "host/contract/pin_ports.h"
 #include "host/testing/value.h"
 
 namespace kelvarin::testing {
 
-class FakeInputPin : public InputPin, public RowsInHand {
+// How rows are put into batches.
+struct BatchShape {
+  std::size_t rows = 4096;
+  // Rows of nulls that do not count are stored between those that do.
+  bool hasStrayRows = false;
+};
+
+class FakeInputPin : public InputPin {
  public:
   explicit FakeInputPin(const PinOutMetaData& columns);
 
@@ -19,26 +27,18 @@ class FakeInputPin : public InputPin, public RowsInHand {
   void setUpstreamAction(ActionItem* action) { m_upstream = action; }
   // The upstream action has not announced its columns; they come with the first row.
   void hideColumns() { m_isAnnounced = false; }
-  // All rows may be looked at ahead, which is counted, but for the columns in `hidden`.
-  void offerRows(std::vector<int> hidden = {}) {
-    m_isOffering = true;
-    m_hiddenColumns = std::move(hidden);
-  }
+  void setBatchShape(BatchShape shape) { m_shape = shape; }
   long long rowsPulled() const { return m_rowsPulled; }
-  long long valuesLookedAt() const { return m_valuesLookedAt; }
 
   const OneRow* next() override;
   const OneRow* announcedColumns() override { return m_isAnnounced ? &m_row : nullptr; }
   ActionItem* upstreamAction() const override { return m_upstream; }
-  RowsAhead rowsAhead() const override;
-  const double* numbers(int column, std::size_t first, std::size_t count,
-                        double* buffer) const override {
-    return valuesAhead(column, first, count, buffer);
-  }
-  const std::uint32_t* keys(int column, std::size_t first, std::size_t count,
-                            std::uint32_t* buffer) const override {
-    return valuesAhead(column, first, count, buffer);
-  }
+  TakenBatch nextBatch() override;
+
+  // As an engine that drives a stage: the rows to come, up to the end of their batch, or null at the
+  // end; and how many of them are done.
+  RowBatchPointer restOfBatch();
+  void passRows(std::size_t count);
 
  private:
   struct TypedRow {
@@ -48,8 +48,9 @@ class FakeInputPin : public InputPin, public RowsInHand {
     long long timesLeft;
   };
 
-  template <typename Value>
-  const Value* valuesAhead(int column, std::size_t first, std::size_t count, Value* buffer) const;
+  // Null at the end.
+  const TypedRow* takeTypedRow();
+  RowBatchPointer collectBatch();
 
   PinOutMetaData m_metaData;
   OneRow m_row{&m_metaData};
@@ -58,10 +59,8 @@ class FakeInputPin : public InputPin, public RowsInHand {
   std::vector<unsigned char> m_bytes[2];  // of the current row and, spoilt, of the one before
   std::size_t m_largestRow = 0;
   bool m_isAnnounced = true;
-  bool m_isOffering = false;
-  std::vector<int> m_hiddenColumns;
-  mutable long long m_valuesLookedAt = 0;
-  std::size_t m_rowCount = 0;
+  BatchShape m_shape;
+  BatchRows m_batch;
   long long m_rowsPulled = 0;
   ActionItem* m_upstream = nullptr;
 };

@@ -22,12 +22,23 @@ XMLNode parsed(const std::string& xml) {
 class RowHarness::Collector : public RowReceiver {
  public:
   std::deque<Values> rows;
+  long long rowsInBatches = 0;
 
   void receive(const OneRow& row) override {
     Values& values = rows.emplace_back();
     for (int i = 0; i < row.sz(); ++i) {
       values.push_back(valueFromBytes(row.getAllColForRead()[i], row.getMetaType(i)));
     }
+  }
+
+  void receive(const RowBatchPointer& batch) override {
+    rowsInBatches += static_cast<long long>(batch->rowCount());
+    forEachRow(*batch, 0, batch->rowCount(), [&](std::size_t, std::size_t storedRow) {
+      Values& values = rows.emplace_back();
+      for (const BatchColumn& column : batch->columns()) {
+        values.push_back(valueFromBytes(column.value(storedRow), column.type()));
+      }
+    });
   }
 };
 
@@ -101,11 +112,70 @@ bool RowHarness::step() {
   }
   const HostSession::Scope scope(&m_host.session());
   const CurrentAction current(m_action.get());
+  if (m_isRoutineCalled && (stepOverUnit() || stepOverBatch())) {
+    return true;
+  }
+  m_isRoutineCalled = true;
   if (m_action->compute()) {
     close();
     return false;
   }
   return true;
+}
+
+bool RowHarness::stepOverUnit() {
+  auto* source = dynamic_cast<BatchSource*>(m_action.get());
+  if (source == nullptr) {
+    return false;
+  }
+  while (m_run.isRunning() && source->canReadUnits()) {
+    const std::unique_ptr<BatchUnit> unit = source->readUnit();
+    if (unit != nullptr) {
+      unit->parse();
+      publish(0, source->accept(*unit));
+      return true;
+    }
+    if (!source->readOn()) {
+      return false;
+    }
+  }
+  return false;
+}
+
+// Results are counted in two parts, as by a consumer that takes a few rows first.
+bool RowHarness::stepOverBatch() {
+  auto* transform = m_usesStage ? dynamic_cast<BatchTransform*>(m_action.get()) : nullptr;
+  const BatchStage* stage = transform == nullptr ? nullptr : transform->stage();
+  const RowBatchPointer batch = stage == nullptr ? nullptr : input(0).restOfBatch();
+  if (batch == nullptr) {
+    return false;
+  }
+  const long long firstRow = stage->needsRowNumbers() ? input(0).rowsPulled() : -1;
+  const StageResult result = stage->process(*batch, firstRow);
+  input(0).passRows(result.rowsDone);
+  transform->passRows(result.rowsDone);
+  transform->countRows(result, 0, result.rowsDone / 3);
+  transform->countRows(result, result.rowsDone / 3, result.rowsDone);
+  for (int pin = 0; pin < m_action->outputPinCount(); ++pin) {
+    publish(pin, result.outputs[static_cast<std::size_t>(pin)]);
+  }
+  return result.rowsDone > 0;
+}
+
+void RowHarness::publish(int pin, const RowBatchPointer& batch) {
+  if (batch == nullptr) {
+    return;
+  }
+  OutputPin& output = *m_ports.outputs[static_cast<std::size_t>(pin)];
+  output.rowsPublished += static_cast<long long>(batch->rowCount());
+  if (output.receiver != nullptr) {
+    output.receiver->receive(batch);
+  }
+}
+
+void RowHarness::pullInBatches(BatchShape shape) {
+  m_usesStage = true;
+  input(0).setBatchShape(shape);
 }
 
 void RowHarness::close() {
@@ -160,6 +230,10 @@ void RowHarness::finish() {
 
 std::string RowHarness::columns(int pin) const {
   return output(pin).isAnnounced ? textFromColumns(output(pin).metaData) : std::string();
+}
+
+long long RowHarness::rowsInBatches(int pin) const {
+  return m_collectors[static_cast<std::size_t>(pin)]->rowsInBatches;
 }
 
 std::string RowHarness::saved() {

@@ -7,7 +7,9 @@
 //   EXPECT_EQ(h.log(), Strings{});
 //
 // The action goes through the engine's calling order: init(), setComputeRoutine(), the row routine,
-// close(). It is closed when its row routine has answered true, or at the end of the harness.
+// close(). It is closed when its row routine has answered true, or at the end of the harness. A
+// BatchSource is driven by its units behind the first call of its routine, as an engine does; a
+// BatchTransform by the batches of its stage where a test says so.
 #pragma once
 
 #include <concepts>
@@ -56,6 +58,10 @@ class RowHarness {
     }
   }
   void pushRepeated(const Values& values, long long times) { input(0).push(values, times); }
+  // Rows of pin 0 go through the action's stage in batches, where it has one. Before the first row.
+  void pullInBatches(BatchShape shape);
+  // Nobody takes the rows of an output pin. Before the first row.
+  void leaveUnread(int pin) { m_ports.outputs[static_cast<std::size_t>(pin)]->isRead = false; }
 
   // The next row of an output pin; nothing at the end. Rows of the other pins wait for their turn.
   std::optional<Values> pull(int pin);
@@ -73,6 +79,8 @@ class RowHarness {
 
   // "name:F other:U" once the action has announced them, else empty.
   std::string columns(int pin) const;
+  // Of the rows so far, those that came as batches.
+  long long rowsInBatches(int pin) const;
   const OutputPin& output(int pin) const { return *m_ports.outputs[static_cast<std::size_t>(pin)]; }
   QVector<SortInfos> sortOrder(int pin) const { return output(pin).metaData.sortOrder(); }
 
@@ -101,8 +109,12 @@ class RowHarness {
   RowHarness(const RowHarness&) = delete;
   RowHarness& operator=(const RowHarness&) = delete;
   void attach();
-  // Calls the row routine once; false when there is nothing more to call.
+  // A unit, a batch or a call of the row routine; false when there is nothing more to call.
   bool step();
+  // False: the row routine has its turn.
+  bool stepOverUnit();
+  bool stepOverBatch();
+  void publish(int pin, const RowBatchPointer& batch);
 
   RecordingHost m_host;
   GlobalParameters m_parameters;
@@ -111,6 +123,8 @@ class RowHarness {
   ActionPorts m_ports;
   std::vector<std::unique_ptr<Collector>> m_collectors;  // one an output pin
   Stage m_stage = Stage::created;
+  bool m_isRoutineCalled = false;
+  bool m_usesStage = false;
   char m_initAnswer = 0;
 };
 

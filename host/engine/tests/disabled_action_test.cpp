@@ -1,7 +1,6 @@
 // Actions that are switched off, in runs, checks and debug runs.
 #include <gtest/gtest.h>
 
-#include "host/contract/columns_in_hand.h"
 #include "host/contract/file_user.h"
 #include "host/engine/branch_run.h"
 #include "host/engine/graph_writer.h"

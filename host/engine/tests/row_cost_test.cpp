@@ -67,7 +67,7 @@ TEST(RowCost, AStraightChainNeitherCopiesNorAllocates) {
   EXPECT_EQ(atEnd - atStart, 0);
 }
 
-TEST(RowCost, TwoReadersInTurnsAllocateNothingARow) {
+TEST(RowCost, TwoReadersInTurnsAllocateForBatchesOnly) {
   TestGraph t(
       "<Count name='s' rows='101000' texts='0'/><Collect name='a' quiet='1'/><Collect name='b' "
       "quiet='1'/>",
@@ -82,7 +82,7 @@ TEST(RowCost, TwoReadersInTurnsAllocateNothingARow) {
     }
   };
   EXPECT_TRUE(t.run().isOk());
-  EXPECT_LT(atEnd - atStart, 100);  // a queue takes a new block of batches now and then
+  EXPECT_LT(atEnd - atStart, 1000);  // some for each batch
 }
 
 TEST(RowCost, ADiamondStaysSmall) {

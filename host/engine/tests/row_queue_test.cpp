@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "host/contract/batch_collector.h"
+#include "host/contract/batch_rows.h"
 #include "host/engine/row_queue.h"
 #include "host/testing/full_disk.h"
 #include "host/testing/recording_host.h"
@@ -56,21 +58,41 @@ class ThreeValues {
   RowBuffer buffer{1024};
 };
 
+// Some rows as a batch; with others between them that do not count.
+RowBatchPointer batchOf(int first, int count) {
+  BatchCollector collector({MetaTypeColumn::number, MetaTypeColumn::key, MetaTypeColumn::text}, {});
+  ThreeValues values;
+  auto selection = std::make_shared<std::uint32_t[]>(static_cast<std::size_t>(count));
+  for (int i = 0; i < count; ++i) {
+    collector.append(values.of(first / 2));  // is not selected
+    collector.append(values.of(first + i));
+    selection[i] = static_cast<std::uint32_t>(2 * i + 1);
+  }
+  const RowBatchPointer all = collector.take();
+  return std::make_shared<RowBatch>(all->storedRows(), all->columns(), std::move(selection),
+                                    static_cast<std::size_t>(count));
+}
+
 struct TestReader {
   explicit TestReader(RowQueue& queue) : reader(queue) { reader.join(); }
 
   bool next() {
+    if (rows.rowsLeft() == 0) {
+      rows.start(reader.next());
+    }
     ++taken;
-    return reader.next(row.values());
+    rows.take(row.values());
+    return rows.batch() != nullptr;
   }
+  bool hasRow() const { return rows.rowsLeft() > 0 || reader.hasBatch(); }
   // Of the row taken last.
-  bool isIntact() const { return taken < 0 || hasReleased || row.is(taken); }
+  bool isIntact() const { return taken < 0 || row.is(taken); }
 
   RowQueue::Reader reader;
+  BatchRows rows;
   ThreeValues row;
   int taken = -1;
   bool hasLeft = false;
-  bool hasReleased = false;
 };
 
 TEST(RowQueue, GivesEveryReaderEveryRowAtItsPaceAndLeavesTheLastOneAlone) {
@@ -86,20 +108,18 @@ TEST(RowQueue, GivesEveryReaderEveryRowAtItsPaceAndLeavesTheLastOneAlone) {
     for (int i = 0; i < 1 + seed % 5; ++i) {
       readers.emplace_back(queue);
     }
-    ThreeValues pushed;
     int count = 0;
     for (int step = 0; step < 3000; ++step) {
       TestReader& one = readers[static_cast<std::size_t>(below(static_cast<int>(readers.size())))];
       if (below(3) == 0 && count < 500) {
-        ASSERT_TRUE(queue.push(pushed.of(count++)));
+        const int rows = 1 + below(7);
+        ASSERT_TRUE(queue.push(batchOf(count, rows)));
+        count += rows;
       } else if (below(700) == 0) {
         one.reader.leave();
         one.hasLeft = true;
-      } else if (one.hasLeft && below(20) == 0) {
-        one.reader.release();
-        one.hasReleased = true;
       } else if (below(9) == 0 || &one == &readers.front()) {  // the others lag
-        for (int rows = below(40); rows > 0 && one.reader.hasRow(); --rows) {
+        for (int rows = below(40); rows > 0 && one.hasRow(); --rows) {
           ASSERT_TRUE(one.next());
         }
       }
@@ -108,46 +128,13 @@ TEST(RowQueue, GivesEveryReaderEveryRowAtItsPaceAndLeavesTheLastOneAlone) {
       }
     }
     for (TestReader& reader : readers) {
-      while (reader.reader.hasRow()) {
+      while (reader.hasRow()) {
         ASSERT_TRUE(reader.next());
         ASSERT_TRUE(reader.isIntact()) << "seed " << seed << " row " << reader.taken;
       }
       EXPECT_TRUE(reader.hasLeft || reader.taken == count - 1);
     }
-    EXPECT_EQ(queue.bytesWaiting(), 0);
-  }
-}
-
-// The offer of rows ahead is one of the batch that the reader stands in.
-TEST(RowQueue, ShowsRowsAheadOfNumbersAlone) {
-  PinOutMetaData numbers;
-  numbers.setColumnCount(2);
-  OneRow row(&numbers);
-  row.setMetaType(0, MetaInfo(MetaTypeColumn::number, 0));
-  row.setMetaType(1, MetaInfo(MetaTypeColumn::key, 0));
-  RowBuffer buffer(64);
-  RowQueue queue{ExecutionOptions()};
-  RowQueue::Reader reader(queue);
-  reader.join();
-  constexpr int kRows = 5000;  // of several batches
-  for (int i = 0; i < kRows; ++i) {
-    buffer.reset();
-    row.getAllColForWrite()[0] = bytesFromDouble(&buffer, i / 2.0, 0);
-    row.getAllColForWrite()[1] = bytesFromKey(&buffer, static_cast<unsigned>(i));
-    ASSERT_TRUE(queue.push(row));
-  }
-  EXPECT_EQ(reader.rowsAhead().count, 0u);  // no row was taken yet
-  std::vector<double> values(kRows);
-  std::vector<std::uint32_t> keys(kRows);
-  for (int i = 0; i < kRows; ++i) {
-    ASSERT_TRUE(reader.hasRow());
-    ASSERT_TRUE(reader.next(row.getAllColForWrite()));
-    const RowsAhead ahead = reader.rowsAhead();
-    ASSERT_GE(ahead.count, 1u);
-    const std::size_t last = ahead.count - 1;
-    EXPECT_EQ(ahead.numbers(0, 0, ahead.count, values.data())[0], i / 2.0);
-    EXPECT_EQ(values[last], (i + static_cast<double>(last)) / 2.0);
-    EXPECT_EQ(ahead.keys(1, last, 1, keys.data())[0], static_cast<unsigned>(i) + last);
+    EXPECT_EQ(queue.rowsWaiting(), 0);
   }
 }
 
@@ -159,10 +146,9 @@ TEST(RowQueue, AsksWhenTheDiskIsFull) {
   RowQueue queue(options);
   RowQueue::Reader reader(queue);
   reader.join();
-  ThreeValues rows;
   const FullDisk disk(100'000);
   int pushed = 1;
-  while (pushed < 1000 && queue.push(rows.of(pushed))) {
+  while (pushed < 1000 && queue.push(batchOf(pushed, 1))) {
     ++pushed;
   }
   EXPECT_LT(pushed, 1000);

@@ -1,18 +1,22 @@
-// Reads a table file batch by batch.
+// Reads a table file piece by piece; the rows of each piece are a batch.
 //
-// Made by a source for one run: open() once, then next() until the end. Warnings and locations are
-// asked for when the reading is over.
-// Threads: one at a time, except fractionDone().
+// Made by a source for one run: open() once, then readUnit() until the end. Each unit is parsed on
+// any thread, and then accepted in the order in which it was read. Warnings and locations are asked
+// for when the reading is over.
+// Threads: open() and accept() on the engine thread, readUnit() on one thread at a time,
+// fractionDone() on any.
 // Errors: texts for the user, with the location; nothing logs.
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <vector>
 
 #include <QString>
 #include <QStringList>
 
 #include "base/result.h"
-#include "host/tables/files/row_batch.h"
+#include "host/contract/batch_steps.h"
 
 namespace kelvarin {
 
@@ -21,17 +25,35 @@ struct TableColumns {
   std::vector<MetaTypeColumn> types;
 };
 
-enum class ReadOutcome { rows, end };
+// A piece of a table file.
+class TableUnit : public BatchUnit {
+ public:
+  // Known when the unit has been accepted: why nothing after batch() can be read. Empty where
+  // nothing is wrong.
+  const QString& failure() const { return m_failure; }
+
+ protected:
+  QString m_failure;
+};
 
 class BatchReader {
  public:
+  // Asked from time to time by whoever waits for another program; true ends the waiting. Any
+  // thread.
+  using IsStopped = std::function<bool()>;
+
   virtual ~BatchReader() = default;
-  virtual Result<TableColumns, QString> open() = 0;
-  // `batch` has the columns that open() gave. A batch may have no rows before the end.
-  virtual Result<ReadOutcome, QString> next(RowBatch& batch) = 0;
-  // Of a check, after open() and instead of next(): converts the rows that open() has read.
+  // `isStopped` is for readUnit(), too. When it has answered true, the error is one that nobody
+  // shows.
+  virtual Result<TableColumns, QString> open(IsStopped isStopped) = 0;
+  // Batches have the columns that open() returned. An error of reading is the failure of a unit
+  // without rows. Null: the end; never asked again after that or after a failure was accepted.
+  virtual std::unique_ptr<TableUnit> readUnit() = 0;
+  // A parsed unit whose rows are used: counts what was tolerated in it, and settles its failure.
+  virtual void accept(TableUnit& /*unit*/) {}
+  // Of a check, after open() and instead of readUnit(): converts the rows that open() has read.
   virtual Status<QString> tryFirstRows() { return Done{}; }
-  // 0 to 1, -1 when unknown; any thread.
+  // 0 to 1, -1 when unknown.
   virtual float fractionDone() const = 0;
   // Where a row, counted from 0, stands: "file 'a.csv', line 17".
   virtual QString locationOfRow(long long row) const = 0;
@@ -39,8 +61,8 @@ class BatchReader {
   virtual QStringList notes() const { return {}; }
   // What was tolerated.
   virtual QStringList warnings() const { return {}; }
-  // Ends a waiting next() soon, with an error that nobody shows; any thread.
-  virtual void cancel() {}
+  // readUnit() may wait for another program.
+  virtual bool mayWait() const { return false; }
 };
 
 }  // namespace kelvarin

@@ -110,14 +110,6 @@ Status<QString> TableSink::claimFile() {
 
 char TableSink::close() {
   char result = 0;
-  if (m_behind) {
-    m_behind->stop();
-    if (const QString failure = m_behind->takeFailure(); !failure.isEmpty()) {
-      endWithError(failure);  // it came when nobody asked for rows any more
-      result = 1;
-    }
-    m_behind.reset();
-  }
   if (m_output.isComplete() && !hasFailed() && hasRunEndedNormally()) {
     if (const Status<QString> status = m_output.publish(); !status) {
       endWithError(status.error());
@@ -126,6 +118,7 @@ char TableSink::close() {
   }
   m_output.discard();
   m_names.giveBack();
+  m_encoder.reset();
   release();
   return result;
 }
@@ -137,54 +130,48 @@ char TableSink::canRunInParallel(QString, bool* reason) {
   return 0;
 }
 
-bool TableSink::takeFirstRow(ActionItem* action) {
+bool TableSink::takeFirstBatch(ActionItem* action) {
   auto* sink = static_cast<TableSink*>(action);
   if (!sink->isInputPinLinked(0)) {
     return sink->endWithError(table_messages::inputNotLinked(QLatin1String(sink->typeName())));
   }
-  const OneRow* row = sink->getNextRowFromInPin(0);
-  if (row == nullptr && sink->run() != nullptr && !sink->run()->isRunning()) {
+  TakenBatch taken = sink->getNextBatchFromInPin(0);
+  if (taken.batch == nullptr && sink->run() != nullptr && !sink->run()->isRunning()) {
     return true;
   }
-  const OneRow* columns = row != nullptr ? row : sink->announcedColumnsOfInPin(0);
   PinOutMetaData noColumns;
   const OneRow emptyRow(&noColumns);
-  const OneRow& described = columns != nullptr ? *columns : emptyRow;
-  if (const Status<QString> status = sink->begin(described); !status) {
+  const OneRow* announced = sink->announcedColumnsOfInPin(0);
+  const OneRow& columns = announced != nullptr ? *announced : emptyRow;
+  if (const Status<QString> status = sink->begin(columns); !status) {
     return sink->endWithError(status.error());
   }
-  sink->m_behind = std::make_unique<WriteBehind>(
-      described, sink, [sink](const OneRow& written) { return sink->writeRow(written); });
-  sink->m_columns.emplace(sink->m_behind->types());
-  sink->computeRoutine = &TableSink::takeRow;
-  return sink->write(row);
+  sink->m_encoder = sink->makeEncoder();
+  sink->computeRoutine = &TableSink::takeBatch;
+  return sink->write(std::move(taken));
 }
 
-bool TableSink::takeRow(ActionItem* action) {
+bool TableSink::takeBatch(ActionItem* action) {
   auto* sink = static_cast<TableSink*>(action);
-  return sink->write(sink->getNextRowFromInPin(0));
+  return sink->write(sink->getNextBatchFromInPin(0));
 }
 
-bool TableSink::write(const OneRow* row) {
-  if (row == nullptr) [[unlikely]] {
+bool TableSink::write(TakenBatch taken) {
+  if (taken.batch == nullptr) {
     return endOfInput();
   }
-  const std::size_t count = m_columns->takeRows(*this, 0);
-  const bool isPushed = count == 0 ? m_behind->push(*row) : m_behind->push(*m_columns, count);
-  if (!isPushed) [[unlikely]] {
-    return endWithError(m_behind->finish().error());
+  if (m_encoder != nullptr && taken.encoded == nullptr) {
+    taken.encoded = m_encoder->encode(*taken.batch);
   }
-  return false;
+  const Status<QString> status = m_encoder != nullptr ? write(*taken.encoded) : write(*taken.batch);
+  return status ? false : endWithError(status.error());
 }
 
 bool TableSink::endOfInput() {
   if (run() != nullptr && !run()->isRunning()) {
     return true;
   }
-  Status<QString> status = m_behind->finish();
-  if (status) {
-    status = finish();
-  }
+  Status<QString> status = finish();
   if (status) {
     status = m_output.complete();
   }

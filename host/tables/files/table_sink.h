@@ -2,32 +2,29 @@
 //
 // init() creates the temporary file, so that a folder that cannot be written stops the run before
 // it reads anything. The file is complete when the input ends, and gets its name in close() when
-// the run has ended normally. Rows are written behind, so that formatting and compressing overlap
-// with making the next rows.
-// Threads: the engine's, but for writeRow(), which runs on the thread of a WriteBehind between
-// begin() and finish().
+// the run has ended normally. Batches are encoded by any thread, where the format has an encoder,
+// and written by the engine's.
 // Errors: logged, and the run fails.
 #pragma once
 
-#include <optional>
+#include <memory>
 
 #include "host/contract/claimed_names.h"
-#include "host/contract/columns_in_hand.h"
 #include "host/contract/described_action.h"
 #include "host/files/file_hints.h"
 #include "host/files/output_check.h"
 #include "host/tables/files/output_file.h"
-#include "host/tables/files/write_behind.h"
 
 namespace kelvarin {
 
-class TableSink : public ActionItem, public FileUser, public OutputCheck {
+class TableSink : public ActionItem, public BatchSink, public FileUser, public OutputCheck {
  public:
   char init() override;
   char close() override;
-  void setComputeRoutine() override { computeRoutine = &TableSink::takeFirstRow; }
+  void setComputeRoutine() override { computeRoutine = &TableSink::takeFirstBatch; }
   char canRunInParallel(QString what, bool* reason) override;
   void checkOutput() override;
+  const BatchEncoder* encoder() const override { return m_encoder.get(); }
 
   QList<UsedFile> usedFiles() const override;
   QStringList warningsAboutFiles() const override;
@@ -44,8 +41,12 @@ class TableSink : public ActionItem, public FileUser, public OutputCheck {
   virtual Status<QString> checkSettings() { return Done{}; }
   // `columns` has the names and types of all rows to come.
   virtual Status<QString> begin(const OneRow& columns) = 0;
-  // On the writing thread. `row` has the names and types of the columns and nothing else of theirs.
-  virtual Status<QString> writeRow(const OneRow& row) = 0;
+  // After begin(). Null: batches are written as they are.
+  virtual std::unique_ptr<BatchEncoder> makeEncoder() { return nullptr; }
+  // Of sinks without an encoder.
+  virtual Status<QString> write(const RowBatch& /*batch*/) { return Done{}; }
+  // Of sinks with an encoder, which has made `batch`.
+  virtual Status<QString> write(EncodedBatch& /*batch*/) { return Done{}; }
   // Passes everything to output().
   virtual Status<QString> finish() = 0;
   // Forgets what belongs to one run.
@@ -57,10 +58,10 @@ class TableSink : public ActionItem, public FileUser, public OutputCheck {
   QString expandedFile() const;
 
  private:
-  static bool takeFirstRow(ActionItem* action);
-  static bool takeRow(ActionItem* action);
+  static bool takeFirstBatch(ActionItem* action);
+  static bool takeBatch(ActionItem* action);
 
-  bool write(const OneRow* row);
+  bool write(TakenBatch taken);
   bool endOfInput();
   // Unless the reader of standard output has seen enough, which only ends this action.
   bool endWithError(const QString& text);
@@ -70,8 +71,7 @@ class TableSink : public ActionItem, public FileUser, public OutputCheck {
   QString m_file;
   ClaimedNames m_names;
   OutputFile m_output;
-  std::unique_ptr<WriteBehind> m_behind;
-  std::optional<ColumnsInHand> m_columns;
+  std::unique_ptr<BatchEncoder> m_encoder;
 };
 
 }  // namespace kelvarin

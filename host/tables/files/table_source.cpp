@@ -1,6 +1,7 @@
 #include "host/tables/files/table_source.h"
 
 #include "host/contract/attribute_table.h"
+#include "host/contract/batch_rows.h"
 #include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 #include "host/tables/files/messages.h"
@@ -36,7 +37,10 @@ void TableSource::saveHead(std::wostringstream& out, const QString& name) const 
 
 char TableSource::init() {
   ActionItem::init();
-  m_rowsPublished = 0;
+  m_isReading = false;
+  m_failure.clear();
+  m_isWoken = false;
+  m_rowsAccepted = 0;
   if (m_file.isEmpty()) {
     endWithError(table_messages::noFileGiven(QLatin1String(typeName())));
     return 1;
@@ -62,11 +66,7 @@ QList<UsedFile> TableSource::usedFiles() const {
 
 char TableSource::close() {
   m_names.giveBack();
-  m_batch = nullptr;
-  if (m_readAhead) {
-    m_readAhead->stop();
-    m_readAhead.reset();
-  }
+  m_isReading = false;
   if (m_reader) {
     for (const QString& warning : m_reader->warnings()) {
       MainUI::addLog(LogLevel::warning, warning);
@@ -93,8 +93,7 @@ Status<QString> TableSource::open() {
     return Failure{reader.error()};
   }
   m_reader = std::move(*reader);
-  m_readAhead = std::make_unique<ReadAhead>(*m_reader, this);
-  const Result<TableColumns, QString> columns = m_readAhead->open([this] { return !isStopped(); });
+  const Result<TableColumns, QString> columns = m_reader->open([this] { return isStopped(); });
   for (const QString& note : m_reader->notes()) {
     MainUI::addLog(LogLevel::information, note);
   }
@@ -104,11 +103,7 @@ Status<QString> TableSource::open() {
   if (const Status<QString> status = announce(*columns); !status) {
     return status;
   }
-  if (!mustComputeFull()) {
-    return m_reader->tryFirstRows();
-  }
-  m_readAhead->start(columns->types);
-  return Done{};
+  return mustComputeFull() ? Done{} : m_reader->tryFirstRows();
 }
 
 void TableSource::explainFailureToOpen() const {
@@ -132,15 +127,15 @@ Status<QString> TableSource::announce(const TableColumns& columns) {
   row->setColName(columns.names);
   row->setMetaData(metas);
 
-  PinOutMetaData described;
-  described.setColumnCount(static_cast<int>(metas.size()));
-  described.setNames(columns.names);
-  described.setMetas(metas);
-  const Result<QVector<SortInfos>, QString> order = parseSortOrder(m_sortedOn, described);
+  m_checkedRow.setNumberOfColumns(static_cast<int>(metas.size()));
+  m_columns.setNames(columns.names);
+  m_columns.setMetas(metas);
+  const Result<QVector<SortInfos>, QString> order = parseSortOrder(m_sortedOn, m_columns);
   if (!order) {
     return Failure{order.error()};
   }
   row->setSortInfos(*order);
+  m_columns.setSortOrder(*order);
   m_orderChecker = SortOrderChecker(*order);
   m_isOrderChecked = !order->isEmpty();
   announceColumnsOfOutputPin(0);
@@ -160,44 +155,54 @@ bool TableSource::openAndAnnounce(ActionItem* action) {
   if (!source->mustComputeFull()) {
     return true;
   }
-  source->computeRoutine = &TableSource::publishRow;
-  return !source->takeNextBatch();
-}
-
-bool TableSource::publishRow(ActionItem* action) {
-  auto* source = static_cast<TableSource*>(action);
-  OneRow* row = source->getOutputRowForOutputPin(0);
-  while (!source->m_batch->takeRow(row->getAllColForWrite())) [[unlikely]] {
-    if (!source->takeNextBatch()) {
-      return true;
-    }
-  }
-  if (source->m_isOrderChecked && !source->m_orderChecker.accepts(*row)) [[unlikely]] {
-    return source->endWithError(source->outOfOrderText());
-  }
-  ++source->m_rowsPublished;
-  source->setRowReadyForOutput(0);
+  source->m_isReading = true;
+  source->computeRoutine = &TableSource::endReading;
   return false;
 }
 
-bool TableSource::takeNextBatch() {
-  m_batch = m_readAhead->next([this] { return !isStopped(); });
-  if (m_batch == nullptr && !m_readAhead->failure().isEmpty()) {
-    endWithError(m_readAhead->failure());
+RowBatchPointer TableSource::accept(BatchUnit& unit) {
+  if (!m_isReading) {
+    return nullptr;
   }
-  if (m_batch == nullptr) {
-    return false;
+  auto& read = static_cast<TableUnit&>(unit);
+  m_reader->accept(read);
+  m_failure = read.failure();
+  m_isReading = m_failure.isEmpty();
+  RowBatchPointer batch = read.batch();
+  if (batch != nullptr && m_isOrderChecked) {
+    batch = rowsInOrder(batch);
   }
-  offerRowsOnOutputPin(0, *m_batch, m_batch->rowsLeft(),
-                       m_isOrderChecked ? nullptr : &TableSource::skipRows);
-  return true;
+  m_rowsAccepted += batch != nullptr ? static_cast<long long>(batch->rowCount()) : 0;
+  return batch;
 }
 
-// Of rows whose order nobody has asked to check.
-void TableSource::skipRows(ActionItem* action, std::size_t count) {
+// The rows before the first one that is out of order, which ends the reading.
+RowBatchPointer TableSource::rowsInOrder(const RowBatchPointer& batch) {
+  BatchRows rows;
+  rows.start(batch);
+  while (rows.rowsLeft() > 0) {
+    rows.take(m_checkedRow.getAllColForWrite());
+    if (!m_orderChecker.accepts(m_checkedRow)) [[unlikely]] {
+      const std::size_t rowsBefore = rows.rowsTaken() - 1;
+      m_failure = outOfOrderText(m_rowsAccepted + static_cast<long long>(rowsBefore));
+      m_isReading = false;
+      return rowsBefore == 0 ? nullptr : batch->slice(0, rowsBefore);
+    }
+  }
+  return batch;
+}
+
+bool TableSource::readOn() {
+  m_isReading = false;
+  return false;
+}
+
+bool TableSource::endReading(ActionItem* action) {
   auto* source = static_cast<TableSource*>(action);
-  source->m_batch->skip(count);
-  source->m_rowsPublished += static_cast<long long>(count);
+  if (source->m_failure.isEmpty() || source->isStopped()) {
+    return true;
+  }
+  return source->endWithError(source->m_failure);
 }
 
 bool TableSource::endWithError(const QString& text) {
@@ -206,14 +211,13 @@ bool TableSource::endWithError(const QString& text) {
   return true;
 }
 
-QString TableSource::outOfOrderText() {
-  m_readAhead->stop();
+QString TableSource::outOfOrderText(long long row) const {
   const int column = m_orderChecker.refusedColumn();
-  const OneRow* row = getOutputRowForOutputPin(0);
-  for (const SortInfos& entry : row->sortInfos()) {
+  for (const SortInfos& entry : m_columns.sortOrder()) {
     if (entry.column() == column) {
-      return table_messages::atLocation(m_reader->locationOfRow(m_rowsPublished),
-                                        sortOrderBrokenText(row->colName(column), entry.type()));
+      return table_messages::atLocation(
+          m_reader->locationOfRow(row),
+          sortOrderBrokenText(m_columns.names()[column], entry.type()));
     }
   }
   return {};

@@ -1,29 +1,39 @@
 // The base of the actions that read a table from a file: no pin in, one out.
 //
-// The first call of the row routine opens the file and announces the columns; the later ones
-// publish the rows of the batches that a ReadAhead fills. A check ends after the announcement.
-// Threads: the engine's; a ReadAhead opens and reads on one of its own.
+// The first call of the row routine opens the file and announces the columns; a check ends there.
+// In a run the host then reads the units of the file, and calls the routine again when there are no
+// more: what ended the reading is logged then, after the rows before it.
+// Threads: the engine's, but for readUnit() and wakeAll().
 // Errors: logged, and the run fails.
 #pragma once
 
+#include <atomic>
 #include <memory>
 
 #include "host/contract/action_item.h"
 #include "host/contract/claimed_names.h"
 #include "host/contract/described_action.h"
 #include "host/files/file_hints.h"
-#include "host/tables/files/read_ahead.h"
+#include "host/tables/files/batch_reader.h"
 #include "host/tables/sort_order/sort_order.h"
 
 namespace kelvarin {
 
-class TableSource : public ActionItem, public FileUser {
+class TableSource : public ActionItem, public BatchSource, public FileUser {
  public:
   char init() override;
   char close() override;
   void setComputeRoutine() override { computeRoutine = &TableSource::openAndAnnounce; }
+  // Ends a waiting readUnit() soon; any thread.
+  void wakeAll() override { m_isWoken = true; }
   float computeCompletion() const override;
   char canRunInParallel(QString what, bool* reason) override;
+
+  bool canReadUnits() const override { return m_isReading; }
+  std::unique_ptr<BatchUnit> readUnit() override { return m_reader->readUnit(); }
+  RowBatchPointer accept(BatchUnit& unit) override;
+  bool readOn() override;
+  bool mayWait() const override { return m_reader != nullptr && m_reader->mayWait(); }
 
   QList<UsedFile> usedFiles() const override;
 
@@ -46,27 +56,30 @@ class TableSource : public ActionItem, public FileUser {
 
  private:
   static bool openAndAnnounce(ActionItem* action);
-  static bool publishRow(ActionItem* action);
-  static void skipRows(ActionItem* action, std::size_t count);
+  static bool endReading(ActionItem* action);
 
   Status<QString> open();
   void explainFailureToOpen() const;
   Status<QString> announce(const TableColumns& columns);
-  bool isStopped() const { return run() != nullptr && !run()->isRunning(); }
-  bool takeNextBatch();
+  bool isStopped() const { return m_isWoken || (run() != nullptr && !run()->isRunning()); }
+  RowBatchPointer rowsInOrder(const RowBatchPointer& batch);
   bool endWithError(const QString& text);
-  QString outOfOrderText();
+  QString outOfOrderText(long long row) const;
 
   QString m_file;
   QString m_sortedOn;
   ClaimedNames m_names;
 
   std::unique_ptr<BatchReader> m_reader;
-  std::unique_ptr<ReadAhead> m_readAhead;
-  RowBatch* m_batch = nullptr;
+  bool m_isReading = false;
+  QString m_failure;  // what ended the reading, to be logged after the rows before it
+  std::atomic<bool> m_isWoken{false};
+
   SortOrderChecker m_orderChecker;
   bool m_isOrderChecked = false;
-  long long m_rowsPublished = 0;
+  PinOutMetaData m_columns;
+  OneRow m_checkedRow{&m_columns};
+  long long m_rowsAccepted = 0;
 };
 
 }  // namespace kelvarin

@@ -87,6 +87,29 @@ TEST(RowHarness, BytesHeldBeyondTheNextPullAreSpoilt) {
   EXPECT_NE(std::string(reinterpret_cast<const char*>(held) + 4, 5), "first");
 }
 
+// Whatever its shape, a batch has the rows that next() would have shown; rows and batches of one pin
+// may take turns.
+TEST(FakeInputPin, BatchesHaveTheRowsThatWereTyped) {
+  for (const bool hasStrayRows : {false, true}) {
+    kelvarin::testing::FakeInputPin pin(kelvarin::testing::columnsFromText("a:F t:U"));
+    pin.setBatchShape({.rows = 2, .hasStrayRows = hasStrayRows});
+    pin.push({1, "x"});
+    pin.push({2, nullptr}, 4);
+    ASSERT_NE(pin.next(), nullptr);
+    EXPECT_EQ(pin.restOfBatch()->rowCount(), 2u);
+    pin.passRows(1);
+    EXPECT_EQ(pin.restOfBatch()->rowCount(), 1u);
+    ASSERT_NE(pin.next(), nullptr);
+    const kelvarin::RowBatchPointer batch = pin.nextBatch().batch;
+    ASSERT_EQ(batch->rowCount(), 2u);
+    EXPECT_EQ(batch->column(0).numbers()[batch->storedRow(1)], 2.0);
+    EXPECT_TRUE(kelvarin::isNullText(batch->column(1).value(batch->storedRow(0))));
+    EXPECT_EQ(pin.rowsPulled(), 5);
+    EXPECT_EQ(pin.nextBatch().batch, nullptr);
+    EXPECT_EQ(pin.next(), nullptr);
+  }
+}
+
 TEST(RowHarness, RefusalsAndFailuresEndTheRun) {
   auto refused = RowHarness::of<Splitter>("<Splitter mode='refuse'/>", "a:F");
   refused.push({1});
