@@ -196,8 +196,7 @@ bool QueueLink::waitForBatch() {
 // before any row has gone by.
 bool QueueLink::askAgain() {
   if (m_fork.queue().rowsPushed() > m_rowsRead) {
-    m_consumer.fail(
-        engine_messages::rowsLetGo(m_consumer.item().name(), m_producer.item().name()));
+    m_consumer.fail(engine_messages::rowsLetGo(m_consumer.item().name(), m_producer.item().name()));
     return false;
   }
   m_isLetGo = false;
@@ -350,8 +349,8 @@ void Fork::askRelief() {
 }
 
 void Fork::noteRelief() {
-  m_rowsToAskRelief = std::max(kCongestedSteps * static_cast<long long>(rowsInStep()),
-                               2 * m_queue.rowsWaiting());
+  m_rowsToAskRelief =
+      std::max(kCongestedSteps * static_cast<long long>(rowsInStep()), 2 * m_queue.rowsWaiting());
 }
 
 }  // namespace kelvarin

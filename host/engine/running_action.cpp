@@ -122,8 +122,8 @@ bool RunningAction::readBatch() {
 
 void RunningAction::publishUnit() {
   const std::size_t begin = m_unitRows.rowsTaken();
-  const std::size_t most = m_rowsInBatch > 0 ? static_cast<std::size_t>(m_rowsInBatch)
-                                             : m_unitRows.rowsLeft();
+  const std::size_t most =
+      m_rowsInBatch > 0 ? static_cast<std::size_t>(m_rowsInBatch) : m_unitRows.rowsLeft();
   const std::size_t count = std::min(most, m_unitRows.rowsLeft());
   RowBatchPointer batch = m_unitRows.batch();
   if (count < batch->rowCount()) {

@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "host/contract/action_item.h"
-#include "host/contract/host_session.h"
 #include "host/contract/batch_rows.h"
+#include "host/contract/host_session.h"
 #include "host/engine/batch_trail.h"
 #include "host/engine/execution_options.h"
 #include "host/engine/progress_meter.h"
@@ -101,13 +101,13 @@ class RunningAction {
   const RunRecord& m_stopSwitch;
   ProgressMeter& m_progress;
   const ActionItem*& m_currentAction;  // of this thread
-  BatchSource* const m_source;        // the action, where it is one
-  BatchTransform* const m_transform;  // the same
-  const int m_rowsInBatch;            // at most; 0: as they come
+  BatchSource* const m_source;         // the action, where it is one
+  BatchTransform* const m_transform;   // the same
+  const int m_rowsInBatch;             // at most; 0: as they come
   ActionPorts m_ports;
   RowLink* m_input = nullptr;
-  std::vector<QueueLink*> m_queues;  // of this action's input pins
-  std::vector<Fork*> m_forks;        // of the output pins, null where there is none
+  std::vector<QueueLink*> m_queues;         // of this action's input pins
+  std::vector<Fork*> m_forks;               // of the output pins, null where there is none
   std::vector<PublishedBatch> m_published;  // by output pin
   BatchRows m_unitRows;                     // of a source, to be published in parts
   bool m_hasBegun = false;
