@@ -233,7 +233,9 @@ class DrawnGraphs : public ::testing::Test {
     }
   }
 
+  // Without rows there is no columnar file.
   void writeTables(Dice& dice, int rows) {
+    removeFiles({"in.*"});
     QFile file(m_folder.filePath("in.csv"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("id,a,b,k,t\n");
@@ -289,7 +291,7 @@ class DrawnGraphs : public ::testing::Test {
 };
 
 // The first lines in which two texts differ, with those around them.
-inline QByteArray firstDifference(const QByteArray& expected, const QByteArray& seen) {
+inline std::string firstDifference(const QByteArray& expected, const QByteArray& seen) {
   const QList<QByteArray> left = expected.split('\n');
   const QList<QByteArray> right = seen.split('\n');
   qsizetype line = 0;
@@ -297,8 +299,9 @@ inline QByteArray firstDifference(const QByteArray& expected, const QByteArray& 
     ++line;
   }
   const qsizetype from = std::max<qsizetype>(0, line - 3);
-  return "expected:\n" + left.mid(from, 12).join('\n').left(3000) + "\nseen:\n" +
-         right.mid(from, 12).join('\n').left(3000);
+  QByteArray shown = "expected:\n" + left.mid(from, 12).join('\n').left(3000) + "\nseen:\n" +
+                     right.mid(from, 12).join('\n').left(3000);
+  return shown.replace('\0', '.').toStdString();
 }
 
 // How many graphs a test draws; the environment variable overrules.
