@@ -93,8 +93,9 @@ class BatchGraphs : public DrawnGraphs {
     }
   }
 
-  // Everything by which a user can distinguish one run from another.
-  QByteArray traceOf(const QByteArray& text, int threads, int rowsInBatch) {
+  // Everything by which a user can distinguish one run from another; without `countsAll` nothing of
+  // actions above an early end.
+  QByteArray traceOf(const QByteArray& text, int threads, int rowsInBatch, bool countsAll = false) {
     removeFiles(kWritten);
     ExecutionOptions options;
     options.rowsInBatch = rowsInBatch;
@@ -107,7 +108,7 @@ class BatchGraphs : public DrawnGraphs {
     for (const ActionResult& action : result.actions) {
       trace +=
           action.name.toUtf8() + " phase " + QByteArray::number(static_cast<int>(action.phase));
-      if (result.isOk() && action.phase == ActionPhase::running) {
+      if (!countsAll && result.isOk() && action.phase == ActionPhase::running) {
         trace += "\n";
         continue;
       }
@@ -180,6 +181,24 @@ TEST_F(BatchGraphs, DependNeitherOnThreadsNorOnTheSizeOfBatches) {
     complete += expected.startsWith("state 0") ? 1 : 0;
   }
   EXPECT_GT(complete, graphs / 3);  // the others fail in the midst
+}
+
+// The filter gets a batch of ten rows, keeps every second one, and the last action ends at the
+// fifth of these; row by row nobody reads the tenth.
+TEST_F(BatchGraphs, DISABLED_CountRowsAboveAnEarlyEndAsRowByRow) {
+  QByteArray source = "<InlineTable name='source'><Column name='a' meta='F'/>";
+  for (int i = 0; i < 10; ++i) {
+    source += "<Row><V>" + QByteArray::number(i) + "</V></Row>";
+  }
+  const QByteArray text =
+      document(source +
+                   "</InlineTable><FilterRows name='n0'><Expression>a%2==0</Expression><InputVars>"
+                   "<InputVar column='a'/></InputVars></FilterRows><RowAction name='n1' ends='5'/>"
+                   "<Discard name='x'/>",
+               link("source", "n0") + link("n0", "n1") + link("n1", "x"));
+  const QByteArray expected = traceOf(text, 1, 1, true);
+  const QByteArray seen = traceOf(text, 1, 0, true);
+  EXPECT_TRUE(seen == expected) << firstDifference(expected, seen);
 }
 
 }  // namespace
