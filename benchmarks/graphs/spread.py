@@ -22,7 +22,7 @@ STACK_BYTES = 16384
 PROCESSORS = (4, 8, 16, 64)
 MOST_SERIAL = 8  # per cent; of columnar files it is stated only
 # The function that tells what a thread was at; the first one that is found in its stack counts.
-STAGES = (("reading", "::readUnit"), ("tasks", "BatchPipeline::Task::run"), ("tasks", "TaskPool::"),
+STAGES = (("reading", "::readUnit"), ("tasks", "BatchPipeline::Task::"), ("tasks", "TaskPool::"),
           ("columns of the writer", "ColumnSetWorker::"), ("descriptors of the writer", "::writeMeta"),
           ("tasks", "GroupEncoding::"), ("serial: writing", "OutputFile::"), ("serial: judging", "::accept"),
           ("serial: all else", "runOnThisStack"))
