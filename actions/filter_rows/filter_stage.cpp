@@ -10,25 +10,70 @@ namespace kelvarin {
 namespace {
 
 constexpr std::uint32_t kNoRow = 0xFFFFFFFF;
+constexpr std::size_t kGroup = 8;  // rows whose truths are looked up together
+
+// Of each set of rows of a group, those in it, and behind them anything.
+struct RowsOfSet {
+  std::uint8_t rows[kGroup] = {};
+  std::uint8_t count = 0;
+};
+
+constexpr std::array<RowsOfSet, 1u << kGroup> rowsOfSets() {
+  std::array<RowsOfSet, 1u << kGroup> sets{};
+  for (unsigned set = 0; set < sets.size(); ++set) {
+    for (unsigned row = 0; row < kGroup; ++row) {
+      if ((set >> row & 1u) != 0) {
+        sets[set].rows[sets[set].count++] = static_cast<std::uint8_t>(row);
+      }
+    }
+  }
+  return sets;
+}
+
+constexpr std::array<RowsOfSet, 1u << kGroup> kRowsOfSets = rowsOfSets();
+
+unsigned setOfTrueRows(const double* numbers, std::size_t size) {
+  unsigned set = 0;
+  for (std::size_t i = 0; i < size; ++i) {
+    set |= static_cast<unsigned>(isTrueNumber(numbers[i])) << i;
+  }
+  return set;
+}
 
 // Rows of a batch, in their order.
 struct ChosenRows {
   std::shared_ptr<std::uint32_t[]> rows;  // null where nobody wants them
   std::size_t count = 0;
 
-  void reserve(std::size_t size) { rows = std::make_shared_for_overwrite<std::uint32_t[]>(size); }
+  // Whole groups are written, and a row that is none behind the last.
+  void reserve(std::size_t size) {
+    rows = std::make_shared_for_overwrite<std::uint32_t[]>(size + kGroup);
+  }
 
-  // Adds the rows from `first` on whose truth is `wanted`. Without a branch, which would be guessed
-  // wrong at every other row.
-  void append(const double* numbers, std::size_t first, std::size_t size, bool wanted) {
+  // Without a branch, which would be guessed wrong at every other row.
+  void append(std::size_t first, unsigned set) {
+    const RowsOfSet& ofSet = kRowsOfSets[set];
     std::uint32_t* next = rows.get() + count;
-    for (std::size_t i = 0; i < size; ++i) {
-      *next = static_cast<std::uint32_t>(first + i);
-      next += isTrueNumber(numbers[i]) == wanted ? 1 : 0;
+    for (std::size_t i = 0; i < kGroup; ++i) {
+      next[i] = static_cast<std::uint32_t>(first) + ofSet.rows[i];
     }
-    count = static_cast<std::size_t>(next - rows.get());
+    count += ofSet.count;
   }
 };
+
+// `numbers` are the results of the rows from `first` on.
+void choose(const double* numbers, std::size_t first, std::size_t size, ChosenRows (&ofPins)[2]) {
+  for (std::size_t i = 0; i < size; i += kGroup) {
+    const std::size_t rows = std::min(kGroup, size - i);
+    const unsigned trueRows = setOfTrueRows(numbers + i, rows);
+    if (ofPins[0].rows != nullptr) {
+      ofPins[0].append(first + i, trueRows);
+    }
+    if (ofPins[1].rows != nullptr) {
+      ofPins[1].append(first + i, trueRows ^ ((1u << rows) - 1u));
+    }
+  }
+}
 
 RowSelection storedRowsOf(const RowBatch& batch, const ChosenRows& chosen) {
   if (batch.selection() == nullptr) {
@@ -104,17 +149,12 @@ StageResult FilterStage::splitRows(const RowBatch& batch, BatchEvaluation& rows,
   ChosenRows chosen[2];
   for (std::size_t pin = 0; pin < 2; ++pin) {
     if (m_isRead[pin] || pin == knownPin()) {
-      chosen[pin].reserve(end + 1);
+      chosen[pin].reserve(end);
     }
   }
   for (std::size_t done = 0; done < end; done += rows.rowCount()) {
     rows.load(done, end);
-    const double* numbers = rows.numbers(0);
-    for (std::size_t pin = 0; pin < 2; ++pin) {
-      if (chosen[pin].rows != nullptr) {
-        chosen[pin].append(numbers, done, rows.rowCount(), pin == 0);
-      }
-    }
+    choose(rows.numbers(0), done, rows.rowCount(), chosen);
   }
   StageResult result;
   result.rowsDone = end;
