@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "host/tables/arrow_formats/column_memory.h"
 #include "host/tables/arrow_formats/run_lengths.h"
 #include "parquet/column_page.h"
 #include "parquet/exception.h"
@@ -48,14 +49,14 @@ ColumnPages::ColumnPages(const parquet::ColumnDescriptor* column,
     : m_isSigned(column->sort_order() == parquet::SortOrder::SIGNED),
       m_properties(properties),
       m_metadata(parquet::ColumnChunkMetaDataBuilder::Make(properties, column)) {
-  PARQUET_ASSIGN_OR_THROW(m_stream, arrow::io::BufferOutputStream::Create(kFirstCapacity));
-  PARQUET_ASSIGN_OR_THROW(m_compressed, arrow::AllocateResizableBuffer(0));
+  PARQUET_ASSIGN_OR_THROW(m_stream,
+                          arrow::io::BufferOutputStream::Create(kFirstCapacity, columnPool()));
+  PARQUET_ASSIGN_OR_THROW(m_compressed, arrow::AllocateResizableBuffer(0, columnPool()));
   m_chunk.columnIndex = parquet::ColumnIndexBuilder::Make(column);
   m_chunk.offsetIndex = parquet::OffsetIndexBuilder::Make();
-  m_writer =
-      parquet::PageWriter::Open(m_stream, properties->compression(column->path()), m_metadata.get(),
-                                -1, -1, arrow::default_memory_pool(), false, nullptr, nullptr,
-                                false, m_chunk.columnIndex.get(), m_chunk.offsetIndex.get());
+  m_writer = parquet::PageWriter::Open(
+      m_stream, properties->compression(column->path()), m_metadata.get(), -1, -1, columnPool(),
+      false, nullptr, nullptr, false, m_chunk.columnIndex.get(), m_chunk.offsetIndex.get());
 }
 
 void ColumnPages::appendDictionary(const std::uint8_t* bytes, std::size_t size, std::size_t count) {

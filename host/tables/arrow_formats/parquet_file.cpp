@@ -6,9 +6,9 @@
 
 #include "arrow/array/concatenate.h"
 #include "arrow/io/file.h"
-#include "arrow/memory_pool.h"
 #include "arrow/record_batch.h"
 #include "host/tables/arrow_formats/arrow_file.h"
+#include "host/tables/arrow_formats/column_memory.h"
 #include "parquet/arrow/reader.h"
 #include "parquet/file_reader.h"
 #include "parquet/metadata.h"
@@ -40,7 +40,7 @@ class OpenParquetFile {
  public:
   arrow::Status open(const std::string& path) {
     ARROW_ASSIGN_OR_RAISE(auto file, arrow::io::ReadableFile::Open(path));
-    parquet::ReaderProperties properties;
+    parquet::ReaderProperties properties(columnPool());
     properties.enable_buffered_stream();
     properties.set_buffer_size(kReadBuffer);
     auto values = parquet::ParquetFileReader::Open(file, properties);
@@ -80,8 +80,7 @@ class OpenParquetFile {
   static arrow::Result<std::unique_ptr<parquet::arrow::FileReader>> readerOf(
       std::unique_ptr<parquet::ParquetFileReader> file,
       const parquet::ArrowReaderProperties& properties) {
-    return parquet::arrow::FileReader::Make(arrow::default_memory_pool(), std::move(file),
-                                            properties);
+    return parquet::arrow::FileReader::Make(columnPool(), std::move(file), properties);
   }
 
   // All its texts are in a dictionary: without, each would take four bytes and its own.
@@ -161,7 +160,7 @@ class ParquetGroup : public ArrowFileGroup {
     for (const auto& part : parts) {
       ARROW_RETURN_NOT_OK(part->ValidateFull());
     }
-    return arrow::Concatenate(parts);
+    return arrow::Concatenate(parts, columnPool());
   }
 
   std::shared_ptr<OpenParquetFile> m_file;
