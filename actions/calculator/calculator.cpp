@@ -126,6 +126,7 @@ QString Calculator::pinName(int pin, bool isOutput) const {
 }
 
 char Calculator::init() {
+  m_stage.reset();
   m_rows.reset();
   m_computedColumns.clear();
   const bool isRefused = ExpressionAction::init() != 0;
@@ -180,6 +181,12 @@ void Calculator::addValueCounts(std::vector<OutputReport>& outputs) const {
   for (std::size_t i = 0; i < std::min(counts.size(), outputs.size()); ++i) {
     outputs[i].nulls = counts[i].nulls;
     outputs[i].nans = counts[i].nans;
+  }
+}
+
+void Calculator::countRows(const StageResult& result, std::size_t begin, std::size_t end) {
+  if (m_rows->countsValues()) {
+    m_stage->countValues(result, begin, end, m_rows->valueCounts());
   }
 }
 

@@ -4,7 +4,8 @@
 // Pin 0 takes the rows, pin 1 an optional table of further variables. calculator.cpp has the
 // parameters and their XML, plan.cpp the first row, row.cpp the rows that a step debugger watches.
 // CalculatorVectorized derives from it: what each of the two does in its own way is in the
-// CalculatorPlan and the RowComputation that it makes for a run.
+// CalculatorPlan and the RowComputation that it makes for a run. Whole batches go through the
+// CalculatorStage of both.
 // Threads: those of ActionItem.
 // Errors: logged at level 1, the run fails.
 #pragma once
@@ -13,17 +14,20 @@
 #include <vector>
 
 #include "actions/calculator/calculator_plan.h"
+#include "actions/calculator/calculator_stage.h"
 #include "actions/calculator/output_columns.h"
 #include "actions/calculator/row_computation.h"
 #include "actions/frame/catalogued.h"
 #include "actions/frame/expression_action.h"
 #include "expression/errors/error_texts.h"
+#include "host/contract/batch_steps.h"
 #include "host/contract/column_user.h"
 #include "host/contract/named_pins.h"
 
 namespace kelvarin {
 
 class Calculator : public Catalogued<Calculator, ExpressionAction>,
+                   public BatchTransform,
                    public ColumnUser,
                    public NamedPins {
  public:
@@ -45,6 +49,10 @@ class Calculator : public Catalogued<Calculator, ExpressionAction>,
   void renameParameter(const QString& oldName, const QString& newName) override;
   QStringList expressions() const override;
   QString pinName(int pin, bool isOutput) const override;
+
+  const BatchStage* stage() const override { return m_stage.get(); }
+  void passRows(std::size_t count) override { m_evaluator.rows.advanceRows(count); }
+  void countRows(const StageResult& result, std::size_t begin, std::size_t end) override;
 
   // For row computations: the routine of one whose type is known, without a virtual call a row.
   template <typename Rows, bool (Rows::*kCompute)(const OneRow&)>
@@ -104,7 +112,8 @@ class Calculator : public Catalogued<Calculator, ExpressionAction>,
 
   bool m_areOutputsEdited = false;  // no longer those of the graph file
   std::unique_ptr<RowComputation> m_rows;
-  std::vector<int> m_computedColumns;  // of the output row
+  std::unique_ptr<const CalculatorStage> m_stage;  // of the run; null: row by row
+  std::vector<int> m_computedColumns;              // of the output row
 };
 
 }  // namespace kelvarin

@@ -13,9 +13,9 @@ namespace {
 class ScalarPlan final : public CalculatorPlan {
  public:
   // `outputs` outlive the plan. Without `readsTable` the table is left alone.
-  ScalarPlan(ActionItem& action, ExpressionEvaluator& evaluator,
+  ScalarPlan(ActionItem& action, RowEvaluation& evaluation,
              const std::vector<OutputVariable>& outputs, bool readsTable)
-      : m_action(action), m_evaluator(evaluator), m_outputs(outputs), m_readsTable(readsTable) {}
+      : m_action(action), m_evaluation(evaluation), m_outputs(outputs), m_readsTable(readsTable) {}
 
   Result<TableVariables, QString> readTable() override;
   Result<std::vector<OutputVariable>, QString> columnsOf(
@@ -26,7 +26,7 @@ class ScalarPlan final : public CalculatorPlan {
 
  private:
   ActionItem& m_action;
-  ExpressionEvaluator& m_evaluator;
+  RowEvaluation& m_evaluation;
   const std::vector<OutputVariable>& m_outputs;
   bool m_readsTable;
 };
@@ -43,7 +43,7 @@ Result<TableVariables, QString> ScalarPlan::readTable() {
 }
 
 std::unique_ptr<RowComputation> ScalarPlan::connect(const OutputColumns& columns) {
-  return std::make_unique<ScalarRows>(m_action, m_evaluator, m_outputs, columns);
+  return std::make_unique<ScalarRows>(m_action, m_evaluation, m_outputs, columns);
 }
 
 }  // namespace
@@ -73,7 +73,7 @@ bool Calculator::computeFirstRow(ActionItem* action) {
 }
 
 std::unique_ptr<CalculatorPlan> Calculator::makePlan() {
-  return std::make_unique<ScalarPlan>(*this, m_evaluator, m_outputs, !isObserved());
+  return std::make_unique<ScalarPlan>(*this, m_evaluator.rows, m_outputs, !isObserved());
 }
 
 bool Calculator::plan(const OneRow& columns) {
@@ -111,6 +111,7 @@ bool Calculator::plan(const OneRow& columns) {
   }
   if (!isChecking()) {
     m_rows = plan->connect(outputColumns.value());
+    m_stage = CalculatorStage::of(m_evaluator.expressions, outputColumns.value());
   }
   return true;
 }

@@ -29,8 +29,9 @@ class RowComputation {
   [[nodiscard]] virtual bool compute(const OneRow& row) = 0;
   // Of the last compute(), the evaluations that failed and did not stop the run.
   const std::vector<RowFailure>& failures() const { return m_failures; }
-  // Of each output, when the action is closed; empty where nobody asks for them.
-  virtual std::vector<ValueCounts> valueCounts() const { return m_counts; }
+  // Of each output; empty where nobody asks for them.
+  std::vector<ValueCounts>& valueCounts() { return m_counts; }
+  bool countsValues() const { return !m_counts.empty(); }
   // The action's routine for all rows after the first one.
   virtual ActionItem::ComputeRoutine routine() const = 0;
 

@@ -1,6 +1,6 @@
 // How many results of an output are missing and how many are NaN, for the report of a run.
 //
-// Used by: scalar_rows.cpp, vector_rows.cpp.
+// Used by: scalar_rows.cpp, vector_rows.cpp, calculator_stage.cpp.
 // Threads: the engine thread.
 #pragma once
 
@@ -28,20 +28,13 @@ struct ValueCounts {
   }
 
   // Contiguous numbers or keys.
-  ValueCounts& addAll(MetaTypeColumn type, const unsigned char* values, std::size_t count) {
+  void addAll(MetaTypeColumn type, const unsigned char* values, std::size_t count) {
     if (type == MetaTypeColumn::number && areFinite(values, count)) {
-      return *this;
+      return;
     }
     for (std::size_t i = 0; i < count; ++i) {
       add(type, values + i * fixedSizeOf(type));
     }
-    return *this;
-  }
-
-  ValueCounts& operator-=(const ValueCounts& other) {
-    nulls -= other.nulls;
-    nans -= other.nans;
-    return *this;
   }
 
  private:

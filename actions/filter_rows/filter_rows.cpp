@@ -149,9 +149,7 @@ char FilterRows::init() {
   m_sampleSize = 0;
   m_rowsSampled = 0;
   m_wasTruncated = false;
-  m_lookout.close();
-  m_decided = {};
-  m_nextDecided = 0;
+  m_stage.reset();
   if (m_settings.expression.trimmed().isEmpty()) {
     MainUI::addLog(LogLevel::warning, action_messages::filterWithoutExpression());
   }
@@ -167,6 +165,13 @@ LogDetails FilterRows::detailsOfOutput(int) const {
 QString FilterRows::failedRowsText(const FailureCount& failures) const {
   return messages::failedFilterRows(failures.count, failures.firstName, failures.firstRow,
                                     failures.firstMessage);
+}
+
+void FilterRows::countRows(const StageResult& result, std::size_t begin, std::size_t end) {
+  const std::array<std::size_t, 2> unread = m_stage->unreadRows(result, begin, end);
+  for (std::size_t pin = 0; pin < unread.size(); ++pin) {
+    countRowsOfOutputPin(static_cast<int>(pin), unread[pin]);
+  }
 }
 
 void FilterRows::setComputeRoutine() {

@@ -3,19 +3,18 @@
 //
 // It can stop at the first row that fails; an expression that only limits the row number (`_n <
 // 100`) then takes the first rows without evaluating anything. plan.cpp works at the first row,
-// row.cpp at every row. Where the producer has rows in hand, rows_ahead.cpp decides on many of them
-// at once, and the rows then go their ways.
+// row.cpp at every row; whole batches go through the FilterStage.
 // Threads: those of ActionItem.
 // Errors: logged at level 1, the run fails.
 #pragma once
 
 #include <cstdint>
 
-#include "actions/filter_rows/kept_rows.h"
+#include "actions/filter_rows/filter_stage.h"
 #include "actions/frame/catalogued.h"
 #include "actions/frame/expression_action.h"
+#include "host/contract/batch_steps.h"
 #include "host/contract/column_user.h"
-#include "host/contract/lookout.h"
 #include "host/contract/named_pins.h"
 
 namespace kelvarin {
@@ -28,6 +27,7 @@ struct FilterSettings {
 };
 
 class FilterRows : public Catalogued<FilterRows, ExpressionAction>,
+                   public BatchTransform,
                    public ColumnUser,
                    public NamedPins {
  public:
@@ -50,6 +50,10 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction>,
   void renameParameter(const QString& oldName, const QString& newName) override;
   QStringList expressions() const override;
   QString pinName(int pin, bool isOutput) const override;
+
+  const BatchStage* stage() const override { return m_stage.get(); }
+  void passRows(std::size_t count) override { m_evaluator.rows.advanceRows(count); }
+  void countRows(const StageResult& result, std::size_t begin, std::size_t end) override;
 
   // The run ended at a row for which the expression was false.
   bool wasTruncated() const { return m_wasTruncated; }
@@ -81,24 +85,7 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction>,
   static bool computeRow(ActionItem* action);
   template <bool kTruncates>
   RowStep filterRow(const OneRow& row);
-  RowOutcome decideOnRow(const OneRow& row, bool& isKept) {
-    if (!isDecidedAhead()) {
-      return evaluateRow(row, isKept);
-    }
-    if (m_mustLoadRows && m_evaluator.rows.loadRow(row) == RowOutcome::stop) {
-      return RowOutcome::stop;
-    }
-    isKept = m_decided[m_nextDecided++] != 0;
-    return RowOutcome::ok;
-  }
   RowOutcome evaluateRow(const OneRow& row, bool& isKept);
-  // The row was decided on before, or it and others are now.
-  bool isDecidedAhead() {
-    return m_nextDecided < m_decided.size() || (m_lookout.isDue() && decideAhead());
-  }
-  bool decideAhead();
-  template <bool kWanted>
-  static void takeRows(ActionItem* action, std::size_t count);
   static bool computeSampledRow(ActionItem* action);
   RowStep sampleRow(const OneRow& row);
   static bool computeObservedRow(ActionItem* action);
@@ -109,13 +96,7 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction>,
   std::uint64_t m_sampleSize = 0;  // 0: not sampling
   std::uint64_t m_rowsSampled = 0;
   bool m_wasTruncated = false;
-
-  Lookout m_lookout;
-  bool m_mustLoadRows = true;                // those decided on ahead
-  std::vector<unsigned char> m_decisions;    // the memory of m_decided
-  std::span<const unsigned char> m_decided;  // 1: the row is kept
-  std::size_t m_nextDecided = 0;
-  KeptRows m_rowsOfPin[2];
+  std::unique_ptr<const FilterStage> m_stage;  // of the run; null: row by row
 };
 
 }  // namespace kelvarin

@@ -75,7 +75,8 @@ bool FilterRows::startRows(const OneRow& firstRow) {
     computeRoutine = &FilterRows::computeSampledRow;
     return sampleRow(firstRow) != RowStep::more || m_sampleSize == 1;
   }
-  m_lookout.open(m_evaluator.batches.isPossible());
+  m_stage = FilterStage::of(m_evaluator.expressions, {isOutputPinRead(0), isOutputPinRead(1)},
+                            m_settings.truncate);
   if (m_settings.truncate) {
     computeRoutine = &FilterRows::computeRow<true>;
     return filterRow<true>(firstRow) != RowStep::more;

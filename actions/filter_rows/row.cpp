@@ -22,7 +22,7 @@ RowOutcome FilterRows::evaluateRow(const OneRow& row, bool& isKept) {
 template <bool kTruncates>
 ExpressionAction::RowStep FilterRows::filterRow(const OneRow& row) {
   bool isKept = false;
-  if (decideOnRow(row, isKept) == RowOutcome::stop) [[unlikely]] {
+  if (evaluateRow(row, isKept) == RowOutcome::stop) [[unlikely]] {
     return failAtRow();
   }
   passTo(isKept ? 0 : 1, row);

@@ -1,80 +1,61 @@
-// Evaluates the expressions of one action for many rows at once.
+// Evaluates a program for the rows of one batch, some of them at a time.
 //
-// For expressions of native code: their results depend on numbers of the row alone, and they
-// cannot fail. A number that is no key ends the rows that are evaluated before its own, so that it
-// fails when its turn comes, row by row. RowEvaluation evaluates all other expressions.
-// Part of ExpressionEvaluator. Order of calls: start() when the last output has been compiled, then
-// evaluate() for the rows to come.
+//   BatchEvaluation evaluation(program, batch, firstRow);
+//   for (std::size_t row = 0; row < batch.rowCount(); row += evaluation.rowCount()) {
+//     evaluation.load(row, batch.rowCount());
+//     use(evaluation.numbers(0));
+//   }
+//
+// Results are those of RowEvaluation, bit for bit. Memory is taken once for each batch.
+// Used by the stages of the expression actions.
+// Threads: one at a time; any number of evaluations share a program.
 #pragma once
 
-#include <cstdint>
+#include <memory>
 #include <vector>
 
-#include "expression/backends/compiled_expression.h"
-#include "expression/evaluator/expression_set.h"
-#include "host/contract/rows_in_hand.h"
+#include "expression/evaluator/batch_program.h"
 
 namespace kelvarin {
 
-// The results of one output, contiguous in the bytes of its column.
-struct ColumnResults {
-  unsigned char* values = nullptr;  // null: row by row
-  std::size_t step = 0;
-
-  const double* numbers() const { return reinterpret_cast<const double*>(values); }
-};
-
 class BatchEvaluation {
  public:
-  explicit BatchEvaluation(ExpressionSet& expressions) : m_expressions(expressions) {}
-  BatchEvaluation(const BatchEvaluation&) = delete;
-  BatchEvaluation& operator=(const BatchEvaluation&) = delete;
+  // Program and batch outlive it. `firstRow` is the number of the batch's first row.
+  BatchEvaluation(const BatchProgram& program, const RowBatch& batch, long long firstRow);
 
-  void clear();
-  // Finds the outputs that can be evaluated so.
-  void start();
+  // Loads the rows from `begin` on, at least one and none from `end` on, with the first element of
+  // each vector.
+  void load(std::size_t begin, std::size_t end);
+  // The same rows with another element of each vector.
+  void loadElement(int element);
 
-  // False when no output can be evaluated so, which then holds for all rows to come.
-  bool isPossible() const { return !m_outputs.empty(); }
-  // Evaluates what can be for the row to be loaded next and as many of those after it as it
-  // returns, with the results that loading and evaluating them one by one would have. 0: there are
-  // no such rows, or it does not pay.
-  std::size_t evaluate(const RowsAhead& rows);
-  // Results of the rows of the last evaluate(), the same until the next one.
-  ColumnResults results(int output);
-  // The rows must be loaded nevertheless, since some outputs are evaluated row by row, or loading
-  // has effects.
-  bool mustLoadRows() const;
+  // Of the rows that are loaded.
+  std::size_t rowCount() const { return m_rowCount; }
+  std::size_t storedRow(std::size_t row) const {
+    return m_selection == nullptr ? m_firstStoredRow + row : m_selection[row];
+  }
+  // They are stored one after another.
+  bool isContiguous() const { return m_selection == nullptr; }
+
+  // The results of an output for these rows, one after another, valid until the next call.
+  const double* numbers(int output);
+  void evaluateInto(int output, double* numbers) const;
 
  private:
-  struct Output {
-    int index = 0;
-    ColumnsCall call;
-    const KeyCast* keyCast = nullptr;  // where the results are keys
-    std::vector<double> numbers;
-    std::vector<std::uint32_t> keys;
-  };
-  struct Variable {
-    NumberSource source;
-    std::vector<double> numbers;  // where the producer's are not contiguous
-    std::vector<std::uint32_t> keys;
-  };
+  void loadVariable(std::size_t index, int element);
+  template <typename Value, typename Convert>
+  const double* converted(std::size_t index, const Value* values, Convert convert);
+  double* buffer(std::size_t index) { return m_buffers.get() + index * m_program.rowsAtOnce(); }
 
-  void add(int index);
-  const NumberSource* sourceOf(std::size_t variable) const;
-  void reserve();
-  bool load(const RowsAhead& rows, std::size_t count, double rowNumber);
-  static const double* numbersOf(Variable& variable, const RowsAhead& rows, std::size_t count);
-  static const double* numbersOfKeys(Variable& variable, const RowsAhead& rows, std::size_t count);
-  void giveUp(std::size_t variable);
-  static std::size_t castToKeys(Output& output, std::size_t count);
-
-  ExpressionSet& m_expressions;
-  std::vector<NumberSource> m_sources;  // of all variables
-  std::vector<Output> m_outputs;
-  std::vector<Variable> m_variables;     // those that the outputs use
+  const BatchProgram& m_program;
+  const RowBatch& m_batch;
+  const double m_firstRow;
   std::vector<const double*> m_columns;  // by the variable's index in the store
-  std::size_t m_rowsAtOnce = 0;          // 0 until the buffers are reserved
+  std::unique_ptr<double[]> m_buffers;   // one a variable, and one for results
+  std::size_t m_begin = 0;
+  std::size_t m_rowCount = 0;
+  std::size_t m_firstStoredRow = 0;
+  const std::uint32_t* m_selection = nullptr;  // null where the rows are contiguous
 };
 
 }  // namespace kelvarin

@@ -4,6 +4,9 @@
 // row.
 #pragma once
 
+#include <bit>
+#include <cstdint>
+
 #include "expression/backends/compiled_expression.h"
 #include "expression/evaluator/compiled_output.h"
 #include "expression/evaluator/expression_value.h"
@@ -48,10 +51,10 @@ class ResultWriter {
 
 // Zero, null and the empty text are false; all else is true.
 bool isTrueValue(const EvaluatedValue& value);
-// Without a branch, which would be guessed wrong on the rows of a filter.
+// Without a branch, which would be guessed wrong on the rows of a filter: with the sign as the
+// lowest bit, the zeros are 0 and 1, and null is the largest number.
 inline bool isTrueNumber(double number) {
-  return static_cast<bool>(static_cast<int>(number != 0.0) &
-                           static_cast<int>(!isNullNumber(number)));
+  return std::rotl(std::bit_cast<std::uint64_t>(number), 1) - 2 < kNullNumberBits - 2;
 }
 
 }  // namespace kelvarin

@@ -191,27 +191,45 @@ std::vector<NumberSource> RowBinding::numberSources(const DateContext& dates,
   using Origin = NumberSource::Origin;
   const double nullKey = nullKeyMode == kNullKeyIsZero ? 0.0 : kNullNumber;
   const double nullDate = elapsedTimeOfNumber(kNullNumber, dates);
-  std::vector<NumberSource> sources;
+  std::vector<NumberSource> sources(1);  // the row number
   for (std::size_t i = 0; i < m_entries.size(); ++i) {
     const Entry& entry = m_entries[i];
     if (entry.route == Route::numberToNumber) {
-      sources.push_back({entry.index, Origin::numbers, m_columns[i], kNullNumber});
+      sources.push_back({entry.index, Origin::numbers, kNullNumber, columnsOf(i)});
     } else if (entry.route == Route::keyToNumber) {
-      sources.push_back({entry.index, Origin::keys, m_columns[i], nullKey});
+      sources.push_back({entry.index, Origin::keys, nullKey, columnsOf(i)});
     } else if (entry.route == Route::numberToDate) {
-      sources.push_back({entry.index, Origin::numbers, m_columns[i], nullDate});
+      sources.push_back({entry.index, Origin::numbers, nullDate, columnsOf(i)});
     } else if (entry.route == Route::keyToDate) {
-      sources.push_back({entry.index, Origin::keys, m_columns[i], nullDate});
+      sources.push_back({entry.index, Origin::keys, nullDate, columnsOf(i)});
     }
   }
   return sources;
 }
 
-bool RowBinding::hasEffects(int nullKeyMode) const {
-  return std::any_of(m_entries.begin(), m_entries.end(), [&](const Entry& entry) {
-    return entry.route == Route::textToNumber || entry.route == Route::textToDate ||
-           (entry.route == Route::keyToNumber && nullKeyMode == kNullKeyStops);
+std::vector<int> RowBinding::columnsOf(std::size_t entry) const {
+  std::vector<int> columns;
+  for (int element = 0; element < elementsOf(m_entries[entry]); ++element) {
+    columns.push_back(columnOf(entry, element));
+  }
+  return columns;
+}
+
+bool RowBinding::countsValues() const {
+  return std::any_of(m_entries.begin(), m_entries.end(), [](const Entry& entry) {
+    return entry.route == Route::textToNumber || entry.route == Route::textToDate;
   });
+}
+
+std::vector<int> RowBinding::columnsOfStoppingKeys(int nullKeyMode) const {
+  std::vector<int> columns;
+  for (std::size_t i = 0; i < m_entries.size(); ++i) {
+    if (m_entries[i].route == Route::keyToNumber && nullKeyMode == kNullKeyStops) {
+      const std::vector<int> ofEntry = columnsOf(i);
+      columns.insert(columns.end(), ofEntry.begin(), ofEntry.end());
+    }
+  }
+  return columns;
 }
 
 QStringList RowBinding::warnings(const DateContext& dates) const {

@@ -34,14 +34,14 @@ struct BindingFailure {
   QString text;    // to log
 };
 
-// Where the numbers of a variable come from when many rows are evaluated at once.
+// Where the numbers of a variable come from when whole batches are evaluated.
 struct NumberSource {
   enum class Origin : unsigned char { rowNumber, numbers, keys };
 
   std::size_t variable = 0;  // its index in the store
   Origin origin = Origin::rowNumber;
-  int column = 0;
   double ofNull = kNullNumber;  // what stands for a missing value
+  std::vector<int> columns;     // one, or of each element of a vector; none for the row number
 };
 
 class RowBinding {
@@ -67,10 +67,12 @@ class RowBinding {
   void appendValues(const OneRow& row, const DateContext& dates, int nullKeyMode,
                     std::vector<ExpressionValue>& values) const;
 
-  // Of the variables that numbers and keys enter as they are.
+  // Of the row number, and of the variables that numbers and keys enter as they are.
   std::vector<NumberSource> numberSources(const DateContext& dates, int nullKeyMode) const;
-  // Loading a row may stop the run, or count values to warn about.
-  bool hasEffects(int nullKeyMode) const;
+  // Loading a row counts values to warn about.
+  bool countsValues() const;
+  // The columns of keys in which a null stops the run.
+  std::vector<int> columnsOfStoppingKeys(int nullKeyMode) const;
 
   // About values that were no numbers or no dates.
   QStringList warnings(const DateContext& dates) const;
@@ -114,7 +116,8 @@ class RowBinding {
                                           const DateContext& dates, int nullKeyMode);
   static bool loadEntry(Entry& entry, const unsigned char* bytes, int element, VariableStore& store,
                         const DateContext& dates, int nullKeyMode);
-  int shownElements(const Entry& entry) const { return entry.isVector ? elementCount() : 1; }
+  std::vector<int> columnsOf(std::size_t entry) const;
+  int elementsOf(const Entry& entry) const { return entry.isVector ? elementCount() : 1; }
   int columnOf(std::size_t entry, int element) const {
     return m_columns[static_cast<std::size_t>(element) * m_entries.size() + entry];
   }

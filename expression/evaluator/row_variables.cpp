@@ -51,7 +51,7 @@ std::vector<ShownVariable> RowBinding::shownVariables(const OneRow& columns) con
   std::vector<ShownVariable> variables;
   for (std::size_t i = 0; i < m_entries.size(); ++i) {
     const Entry& entry = m_entries[i];
-    for (int element = 0; element < shownElements(entry); ++element) {
+    for (int element = 0; element < elementsOf(entry); ++element) {
       variables.push_back({entry.variable, entry.isVector ? element : -1,
                            columns.colName(columnOf(i, element)), yieldsText(entry.route)});
     }
@@ -64,7 +64,7 @@ void RowBinding::appendValues(const OneRow& row, const DateContext& dates, int n
   unsigned char* const* bytes = row.getAllColForRead();
   for (std::size_t i = 0; i < m_entries.size(); ++i) {
     const Entry& entry = m_entries[i];
-    for (int element = 0; element < shownElements(entry); ++element) {
+    for (int element = 0; element < elementsOf(entry); ++element) {
       values.push_back(valueOf(entry.route, bytes[columnOf(i, element)], dates, nullKeyMode));
     }
   }

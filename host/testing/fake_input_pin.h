@@ -35,8 +35,8 @@ class FakeInputPin : public InputPin {
   ActionItem* upstreamAction() const override { return m_upstream; }
   TakenBatch nextBatch() override;
 
-  // As an engine that drives a stage: the rows to come, up to the end of their batch, or null at the
-  // end; and how many of them are done.
+  // For who drives a stage: the rows to come, up to the end of their batch, or null at the end; and
+  // how many of them are done.
   RowBatchPointer restOfBatch();
   void passRows(std::size_t count);
 

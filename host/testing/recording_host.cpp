@@ -48,6 +48,10 @@ void RecordingHost::log(LogLevel level, const QString& text, const ActionItem* a
   m_lines.push_back({level, text.toStdString(), action});
 }
 
+void RecordingHost::actionReported(const ActionItem&, const ActionReport& report) {
+  m_report = report;
+}
+
 void RecordingHost::backendsChosen(const ActionItem&, const QStringList& labels) {
   m_backends.clear();
   for (const QString& label : labels) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "host/contract/action_report.h"
 #include "host/contract/host_services.h"
 #include "host/contract/host_session.h"
 
@@ -39,10 +40,13 @@ class RecordingHost : public HostServices {
   // The files for which a full disk was reported.
   Strings fullDiskFiles() const;
 
+  // Of the action that was closed last.
+  const ActionReport& report() const { return m_report; }
   const Strings& backends() const { return m_backends; }
   const Strings& helpPages() const { return m_helpPages; }
 
   void log(LogLevel level, const QString& text, const ActionItem* action) override;
+  void actionReported(const ActionItem& action, const ActionReport& report) override;
   void backendsChosen(const ActionItem& action, const QStringList& labels) override;
   bool outOfDiskSpace(const QString& file, int missingBytes, bool canRetry) override;
   void openHelp(const QString& helpId, const QString& anchor) override;
@@ -55,6 +59,7 @@ class RecordingHost : public HostServices {
   Strings m_explanations;
   Strings m_fullDiskFiles;
   int m_diskRetries = 0;
+  ActionReport m_report;
   Strings m_backends;
   Strings m_helpPages;
   HostSession m_session{this};

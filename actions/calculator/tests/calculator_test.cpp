@@ -277,71 +277,20 @@ TEST(Calculator, AnObserverSeesEveryFailureOfARow) {
 }
 
 TEST(Calculator, NumericRowsAllocateNothing) {
-  for (const bool isOffered : {false, true}) {
-    auto h = harness(calculator(output("x", "a*2+_n") + output("a", "a+1", "update='1'") +
-                                    output("k", "7", "meta='K'"),
-                                "", kTextInput + "<InputVar column='k2'/>"),
-                     "a:F t:U k2:K");
-    h.pushRepeated({1.5, "a text that no short-string buffer would hold", 3}, 100'200);
-    if (isOffered) {
-      h.input(0).offerRows();
-    }
-    h.runWithoutReading(100);
-    const long long before = allocationsSoFar();
-    h.runWithoutReading(100'000);
-    EXPECT_EQ(allocationsSoFar() - before, 0) << isOffered;
-    EXPECT_EQ(h.input(0).valuesLookedAt() > 0, isOffered);
-  }
-}
-
-TEST(Calculator, AKeyThatFailsAheadFailsInItsRow) {
-  auto h = harness(
-      calculator(output("k", "a", "meta='K'") + output("x", "rand1()*0+a") + output("b", "a/2"),
-                 "castToKey1='2'"),
-      "a:F");
-  h.input(0).offerRows();
-  Rows expected;
-  for (int i = 0; i < 40; ++i) {
-    h.push({i == 25 ? -1 : i});
-    if (i < 25) {
-      expected.push_back({i, i, i, i / 2.0});
-    }
-  }
-  EXPECT_EQ(h.rows(0), expected);
-  EXPECT_EQ(h.log(), Strings{"error: Out of range: variable 'k' cannot be converted to key on row "
-                             "25 (value=-1)."});
-  EXPECT_GE(h.input(0).valuesLookedAt(), 24);
-}
-
-TEST(Calculator, OffersWhatItKnowsAhead) {
-  auto h = harness(
-      calculator(output("x", "a*2") + output("k2", "k+1", "meta='K'") + output("r", "round2(a,0)") +
-                     output("h", "hidden+1"),
-                 "", "<InputVar column='a'/><InputVar column='k'/><InputVar column='hidden'/>"),
-      "a:F k:K hidden:F");
-  h.input(0).offerRows({2});
-  for (int i = 0; i < 40; ++i) {
-    h.push({i + 0.5, i, i});
-  }
-  for (int i = 0; i < 25; ++i) {  // the column that cannot be seen has been given up
-    EXPECT_EQ(h.pull(0), (Values{i + 0.5, i, i, i * 2 + 1, i + 1, i + 1, i + 1}));
-  }
-  const RowsAhead ahead = h.output(0).rowsAheadFrom(24);
-  ASSERT_EQ(ahead.count, 16u);
-  double numbers[3];
-  std::uint32_t keys[3];
-  EXPECT_EQ(ahead.numbers(0, 1, 3, numbers)[0], 25.5);
-  EXPECT_EQ(ahead.numbers(3, 1, 3, numbers)[2], 55);
-  EXPECT_EQ(ahead.keys(1, 0, 3, keys)[0], 24u);
-  EXPECT_EQ(ahead.keys(4, 0, 3, keys)[2], 27u);
-  EXPECT_EQ(ahead.numbers(5, 0, 3, numbers), nullptr);  // by the Fast back-end
-  EXPECT_EQ(ahead.numbers(6, 0, 3, numbers), nullptr);
+  auto h = harness(calculator(output("x", "a*2+_n") + output("a", "a+1", "update='1'") +
+                                  output("k", "7", "meta='K'"),
+                              "", kTextInput + "<InputVar column='k2'/>"),
+                   "a:F t:U k2:K");
+  h.pushRepeated({1.5, "a text that no short-string buffer would hold", 3}, 100'200);
+  h.runWithoutReading(100);
+  const long long before = allocationsSoFar();
+  h.runWithoutReading(100'000);
+  EXPECT_EQ(allocationsSoFar() - before, 0);
 }
 
 TEST(Calculator, AnAssignmentIsNotSeenByLaterOutputs) {
   auto h =
       harness(calculator(output("x", "a*10") + output("y", "a=a+1") + output("z", "a*100")), "a:F");
-  h.input(0).offerRows();
   Rows expected;
   for (int i = 0; i < 20; ++i) {
     h.push({i});

@@ -8,7 +8,7 @@
 #include "actions/frame/tests/allocation_counter.h"
 #include "actions/frame/tests/expression_elements.h"
 #include "actions/frame/tests/fake_observer.h"
-#include "host/testing/row_harness.h"
+#include "host/testing/batch_comparison.h"
 
 namespace kelvarin::testing {
 namespace {
@@ -377,6 +377,27 @@ TEST(CalculatorVectorized, ATableOfAHundredThousandRowsIsReadInNoTime) {
   const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
   EXPECT_EQ(h.output(0).metaData.columnCount(), 2 * kElements);
   EXPECT_LT(seconds.count(), 5.0);  // a fraction of a second, but ten minutes where it is quadratic
+}
+
+// Vectors, a variable of all elements and the row number; a key that fails in one element.
+TEST(CalculatorVectorized, BatchesYieldTheRowsOfSingleOnes) {
+  Rows rows;
+  for (int i = 0; i < 2500; ++i) {
+    rows.push_back({i, i % 9 == 0 ? Value(nullptr) : Value(i / 2.0), 3 * i, i == 2000 ? -4 : 1, i});
+  }
+  const std::string outputs = output("x//\"_s\"", "x*y+c+_n") + output("y//\"_c\"", "c-y") +
+                              output("y//\"_k\"", "y", "meta='K'");
+  const auto setTable = [](RowHarness& h) { setVectors(h, kTwoPairs); };
+  for (const char* mode : {"castToKey1='1'", "castToKey1='2'"}) {
+    const std::string xml = vectorized(outputs, mode, "<InputVar column='c'/>");
+    const std::string columns = std::string(kPairColumns) + " c:K";
+    const RunOutcome rowByRow = outcomeOf<CalculatorVectorized>(xml, columns, rows, {}, setTable);
+    EXPECT_EQ(rowByRow.rows[0].size(), mode == std::string("castToKey1='1'") ? 2500u : 2000u);
+    for (const BatchShape& shape : kBatchShapes) {
+      EXPECT_EQ(outcomeOf<CalculatorVectorized>(xml, columns, rows, shape, setTable), rowByRow)
+          << mode << " in batches of " << shape.rows;
+    }
+  }
 }
 
 }  // namespace kelvarin::testing

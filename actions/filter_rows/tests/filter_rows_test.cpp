@@ -253,49 +253,13 @@ TEST(FilterRows, TruncationAndSamplingHoldUnderAnObserver) {
 
 TEST(FilterRows, RowsAllocateNothing) {
   for (const std::string truncate : {"", "truncate='1'"}) {
-    for (const bool isOffered : {false, true}) {
-      auto h = harness(filter("a+_n &gt; 0", truncate), "a:F t:U");
-      h.pushRepeated({1.5, "a text that no short-string buffer would hold"}, 100'200);
-      if (isOffered) {
-        h.input(0).offerRows();
-      }
-      h.runWithoutReading(100);
-      const long long before = allocationsSoFar();
-      h.runWithoutReading(100'000);
-      EXPECT_EQ(allocationsSoFar() - before, 0) << truncate;
-      EXPECT_EQ(h.input(0).valuesLookedAt() > 0, isOffered);
-    }
+    auto h = harness(filter("a+_n &gt; 0", truncate), "a:F t:U");
+    h.pushRepeated({1.5, "a text that no short-string buffer would hold"}, 100'200);
+    h.runWithoutReading(100);
+    const long long before = allocationsSoFar();
+    h.runWithoutReading(100'000);
+    EXPECT_EQ(allocationsSoFar() - before, 0) << truncate;
   }
-}
-
-TEST(FilterRows, OffersTheRowsOfEachPin) {
-  auto h = harness(filter("a % 3 == 0"), "a:F k:K");
-  h.input(0).offerRows();
-  for (int i = 0; i < 30; ++i) {
-    h.push({i, 100 + i});
-  }
-  EXPECT_EQ(h.pull(0), (Values{0, 100}));
-  EXPECT_EQ(h.pull(0), (Values{3, 103}));
-  double numbers[9];
-  std::uint32_t keys[19];
-  const RowsAhead kept = h.output(0).rowsAheadFrom(1);
-  ASSERT_EQ(kept.count, 9u);
-  EXPECT_EQ(kept.numbers(0, 0, 9, numbers)[8], 27);
-  const RowsAhead others = h.output(1).rowsAheadFrom(1);
-  ASSERT_EQ(others.count, 19u);
-  EXPECT_EQ(others.keys(1, 1, 18, keys)[0], 104u);
-}
-
-TEST(FilterRows, TruncatesAheadAtTheSameRow) {
-  auto h = harness(filter("a &lt; 12", "truncate='1'"));
-  h.input(0).offerRows();
-  for (int i = 0; i < 30; ++i) {
-    h.push({i});
-  }
-  EXPECT_EQ(h.rows(0).size(), 12u);
-  EXPECT_EQ(h.rows(1), (Rows{{12}}));
-  EXPECT_EQ(h.input(0).rowsPulled(), 13);
-  EXPECT_EQ(h.output(0).rowsAheadFrom(0).count + h.output(1).rowsAheadFrom(0).count, 13u);
 }
 
 }  // namespace kelvarin::testing

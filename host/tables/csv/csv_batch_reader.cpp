@@ -192,7 +192,8 @@ Status<QString> CsvBatchReader::tryFirstRows() {
     if (!unit->failure().isEmpty()) {
       return Failure{unit->failure()};
     }
-    rowsLeft -= static_cast<long long>(unit->batch()->rowCount());
+    const RowBatchPointer& batch = unit->batch();
+    rowsLeft -= batch == nullptr ? 0 : static_cast<long long>(batch->rowCount());
   }
   m_held.clear();
   return Done{};

@@ -109,6 +109,9 @@ void CsvUnit::convert(long long rowCount) {
     }
     done = end;
   }
+  if (done == 0) {
+    return;
+  }
   std::vector<BatchColumn> columns;
   columns.reserve(columnCount);
   for (const FieldConverter& converter : converters) {

@@ -87,8 +87,8 @@ TEST(RowHarness, BytesHeldBeyondTheNextPullAreSpoilt) {
   EXPECT_NE(std::string(reinterpret_cast<const char*>(held) + 4, 5), "first");
 }
 
-// Whatever its shape, a batch has the rows that next() would have shown; rows and batches of one pin
-// may take turns.
+// Whatever its shape, a batch has the rows that next() would have shown. Rows and batches of one
+// pin may take turns.
 TEST(FakeInputPin, BatchesHaveTheRowsThatWereTyped) {
   for (const bool hasStrayRows : {false, true}) {
     kelvarin::testing::FakeInputPin pin(kelvarin::testing::columnsFromText("a:F t:U"));

@@ -45,7 +45,9 @@ Reading reading(const std::string& path, const CsvDialect& dialect, std::size_t 
     unit->parse();
     reader.accept(*unit);
     result.error = unit->failure().toStdString();
-    addRows(*unit->batch(), result.rows);
+    if (unit->batch() != nullptr) {
+      addRows(*unit->batch(), result.rows);
+    }
   }
   result.said = (reader.notes() + reader.warnings()).join(u'\n').toStdString();
   return result;

@@ -1,0 +1,164 @@
+// Batches through a calculator: the same rows, counts and log as row by row.
+#include <cstring>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "actions/calculator/calculator.h"
+#include "actions/frame/tests/expression_elements.h"
+#include "actions/frame/tests/random_expression.h"
+#include "host/testing/batch_comparison.h"
+
+namespace kelvarin::testing {
+namespace {
+
+const char kColumns[] = "a:F b:F k:K t:U";
+const std::string kInputs =
+    "<InputVar column='a'/><InputVar column='b'/><InputVar column='k'/>"
+    "<InputVar column='t' isNumber='0'/>";
+
+void expectSameInBatches(const std::string& xml, const std::string& columns, const Rows& rows) {
+  const RunOutcome rowByRow = outcomeOf<Calculator>(xml, columns, rows);
+  for (const BatchShape& shape : kBatchShapes) {
+    EXPECT_EQ(outcomeOf<Calculator>(xml, columns, rows, shape), rowByRow)
+        << xml << " in batches of " << shape.rows << (shape.hasStrayRows ? ", selected" : "");
+  }
+}
+
+Rows randomRows(unsigned seed, int count) {
+  RandomExpressions random(seed);
+  Rows rows;
+  for (int i = 0; i < count; ++i) {
+    rows.push_back(random.row());
+  }
+  return rows;
+}
+
+}  // namespace
+
+TEST(CalculatorStage, RandomOutputsAreThoseOfSingleRows) {
+  for (unsigned seed = 0; seed < 12; ++seed) {
+    RandomExpressions random(seed);
+    const std::string nullKeys = std::to_string(seed % 2);
+    const std::string outputs = output("x", random.next()) +
+                                output("b", random.next(), "update='1'") +
+                                output("y", random.next(), "meta='K'") +
+                                output("k", random.next(2), "update='1' meta='F'") +
+                                output("t", random.next(1), "update='1' meta='K'");
+    expectSameInBatches(
+        calculator(outputs, "castToKey1='1' castToKey2='1' castToKey3='" + nullKeys + "'", kInputs),
+        kColumns, randomRows(seed, 2500));
+  }
+}
+
+TEST(CalculatorStage, ANumberThatIsNoKeyStopsAtItsRow) {
+  Rows rows;
+  for (int i = 0; i < 1500; ++i) {
+    rows.push_back({i % 100});
+  }
+  for (const int badRow : {0, 1, 6, 7, 1030, 1499}) {
+    for (const double bad : {-1.0, 0.5, 5e9}) {
+      Rows withOne = rows;
+      withOne[static_cast<std::size_t>(badRow)] = {bad};
+      for (const char* modes : {"castToKey1='2' castToKey2='2'", "castToKey1='0' castToKey2='0'"}) {
+        expectSameInBatches(
+            calculator(output("x", "a*2") + output("k", "a", "meta='K'") + output("n", "_n"),
+                       modes),
+            "a:F", withOne);
+      }
+    }
+  }
+}
+
+// Of a column that no expression uses, too.
+TEST(CalculatorStage, ANullKeyStopsAtItsRow) {
+  for (const int badRow : {0, 1, 13, 1200, 1999}) {
+    Rows rows;
+    for (int i = 0; i < 2000; ++i) {
+      rows.push_back({i, i == badRow ? Value(nullptr) : Value(i), nullptr});
+    }
+    for (const char* expression : {"a+1", "k+a"}) {
+      for (const char* mode : {"0", "1", "2"}) {
+        expectSameInBatches(
+            calculator(output("x", expression), std::string("castToKey3='") + mode + "'",
+                       "<InputVar column='a'/><InputVar column='k'/>"),
+            "a:F k:K other:K", rows);
+      }
+    }
+  }
+}
+
+TEST(CalculatorStage, DatesThatAreNumbersKeepTheirNulls) {
+  Rows rows(40, {5, nullptr});
+  rows.insert(rows.end(), 40, {nullptr, 9});
+  for (const char* option : {"0", "1"}) {
+    expectSameInBatches(calculator(output("x", "d+1") + output("y", "e+1"),
+                                   std::string("emptyETToNull='") + option + "'",
+                                   "<InputVar column='d' meta='D'/>"
+                                   "<InputVar column='e' meta='D'/>"),
+                        "d:F e:K", rows);
+  }
+}
+
+// Random numbers, assignments, texts, and texts that enter as numbers, which are counted.
+TEST(CalculatorStage, ThereIsNoneWhereRowsMatter) {
+  const std::pair<std::string, std::string> kOneByOne[] = {
+      {output("x", "rand1()"), kTextInput},
+      {output("x", "a=a+1"), kTextInput},
+      {output("x", "t", "meta='U'"), kTextInput},
+      {output("x", "a+1"), kNumberInput + "<InputVar column='t'/>"}};
+  for (const auto& [first, inputs] : kOneByOne) {
+    auto h =
+        RowHarness::of<Calculator>(calculator(first + output("y", "a"), "", inputs), "a:F t:U");
+    h.push(Rows{{1, "2"}, {4, "x"}});
+    EXPECT_TRUE(h.pull(0).has_value());
+    EXPECT_EQ(h.actionAs<Calculator>().stage(), nullptr) << first;
+  }
+}
+
+TEST(CalculatorStage, ColumnsThatAreNotMadeArePassedOn) {
+  auto h = RowHarness::of<Calculator>(calculator(output("x", "a*2")), "a:F t:U");
+  h.pushRepeated({1, "text"}, 100);
+  ASSERT_TRUE(h.pull(0).has_value());
+  const BatchStage* stage = h.actionAs<Calculator>().stage();
+  ASSERT_NE(stage, nullptr);
+  EXPECT_FALSE(stage->needsRowNumbers());
+  const RowBatchPointer batch = h.input(0).restOfBatch();
+  const StageResult result = stage->process(*batch, -1);
+  EXPECT_EQ(result.rowsDone, 99u);
+  EXPECT_EQ(result.outputs[0]->column(0).numbers(), batch->column(0).numbers());
+  EXPECT_EQ(result.outputs[0]->column(1).textBytes(), batch->column(1).textBytes());
+}
+
+TEST(CalculatorStage, ManyThreadsShareOne) {
+  auto h = RowHarness::of<Calculator>(
+      calculator(output("x", "(a+b)^2.5*_n + nvl(k,3)") + output("y", "_n % 7", "meta='K'"), "",
+                 kInputs),
+      kColumns);
+  h.push(randomRows(1, 4000));
+  ASSERT_TRUE(h.pull(0).has_value());
+  const BatchStage* stage = h.actionAs<Calculator>().stage();
+  ASSERT_NE(stage, nullptr);
+  const RowBatchPointer batch = h.input(0).restOfBatch();
+  const auto bytesOf = [&](long long firstRow) {
+    const RowBatchPointer made = stage->process(*batch, firstRow).outputs[0];
+    std::string bytes(made->rowCount() * sizeof(double), '\0');
+    std::memcpy(bytes.data(), made->column(4).numbers(), bytes.size());
+    return bytes;
+  };
+  const std::string expected[] = {bytesOf(0), bytesOf(1000)};
+  std::vector<int> wrong(4);
+  {
+    std::vector<std::jthread> threads;
+    for (std::size_t i = 0; i < wrong.size(); ++i) {
+      threads.emplace_back([&, i] {
+        for (int round = 0; round < 50; ++round) {
+          wrong[i] += bytesOf(static_cast<long long>(i % 2) * 1000) != expected[i % 2] ? 1 : 0;
+        }
+      });
+    }
+  }
+  EXPECT_EQ(wrong, std::vector<int>(4));
+}
+
+}  // namespace kelvarin::testing

@@ -1,0 +1,111 @@
+// Batches through a filter: the same rows on both pins, and the same counts and log, as row by row.
+#include <gtest/gtest.h>
+
+#include "actions/filter_rows/filter_rows.h"
+#include "actions/frame/tests/random_expression.h"
+#include "host/testing/batch_comparison.h"
+
+namespace kelvarin::testing {
+namespace {
+
+const char kColumns[] = "a:F b:F k:K t:U";
+
+std::string filter(const std::string& expression, const std::string& attributes = "") {
+  return "<FilterRows name='f' " + attributes + "><Expression>" + expression +
+         "</Expression><InputVars><InputVar column='a'/><InputVar column='b'/>"
+         "<InputVar column='k'/></InputVars></FilterRows>";
+}
+
+void expectSameInBatches(const std::string& xml, const Rows& rows) {
+  const RunOutcome rowByRow = outcomeOf<FilterRows>(xml, kColumns, rows);
+  for (const BatchShape& shape : kBatchShapes) {
+    EXPECT_EQ(outcomeOf<FilterRows>(xml, kColumns, rows, shape), rowByRow)
+        << xml << " in batches of " << shape.rows << (shape.hasStrayRows ? ", selected" : "");
+  }
+}
+
+Rows countedRows(int count) {
+  Rows rows;
+  for (int i = 0; i < count; ++i) {
+    rows.push_back({i, i % 10, i, std::to_string(i)});
+  }
+  return rows;
+}
+
+}  // namespace
+
+TEST(FilterStage, RandomConditionsAreThoseOfSingleRows) {
+  for (unsigned seed = 0; seed < 30; ++seed) {
+    RandomExpressions random(seed);
+    const std::string condition = random.next();
+    Rows rows;
+    for (int i = 0; i < 2500; ++i) {
+      rows.push_back(random.row());
+    }
+    expectSameInBatches(filter(condition, "castToKey3='0'"), rows);
+  }
+}
+
+TEST(FilterStage, TruncatesBehindTheFirstFalseRow) {
+  const Rows rows = countedRows(2500);
+  for (const char* last : {"0", "1", "6", "7", "999", "1000", "1024", "2499", "9999"}) {
+    expectSameInBatches(filter(std::string("a &lt; ") + last, "truncate='1'"), rows);
+    expectSameInBatches(filter(std::string("_n+0 &lt; ") + last, "truncate='1'"), rows);
+  }
+}
+
+TEST(FilterStage, ANullKeyStopsAtItsRow) {
+  for (const int badRow : {0, 1, 13, 1999}) {
+    Rows rows = countedRows(2000);
+    rows[static_cast<std::size_t>(badRow)][2] = nullptr;
+    for (const char* truncate : {"0", "1"}) {
+      expectSameInBatches(
+          filter("b &lt; 9", std::string("castToKey3='2' truncate='") + truncate + "'"), rows);
+    }
+  }
+}
+
+TEST(FilterStage, RowsThatNobodyReadsAreCounted) {
+  const Rows rows = countedRows(2500);
+  for (const char* condition : {"b &gt; 6", "1", "0", "_n % 2"}) {
+    const std::string xml = filter(condition);
+    const std::vector<long long> expected = outcomeOf<FilterRows>(xml, kColumns, rows).published;
+    for (const BatchShape& shape : {BatchShape{7}, BatchShape{1000, true}, BatchShape{3000}}) {
+      for (const std::vector<int>& unread : {std::vector{0}, {1}, {0, 1}}) {
+        const auto leave = [&unread](RowHarness& h) {
+          std::ranges::for_each(unread, [&h](int pin) { h.leaveUnread(pin); });
+        };
+        EXPECT_EQ(outcomeOf<FilterRows>(xml, kColumns, rows, shape, leave).published, expected)
+            << condition << " in batches of " << shape.rows << ", " << unread.size() << " unread";
+      }
+    }
+  }
+}
+
+TEST(FilterStage, ColumnsStayAsTheyAre) {
+  auto h = RowHarness::of<FilterRows>(filter("b &gt; 4"), kColumns);
+  h.pullInBatches({1000, true});
+  h.push(countedRows(500));
+  ASSERT_TRUE(h.pull(1).has_value());
+  const RowBatchPointer batch = h.input(0).restOfBatch();
+  const StageResult result = h.actionAs<FilterRows>().stage()->process(*batch, -1);
+  for (const RowBatchPointer& output : result.outputs) {
+    ASSERT_NE(output, nullptr);
+    for (std::size_t i = 0; i < batch->columnCount(); ++i) {
+      EXPECT_EQ(output->column(i).value(0), batch->column(i).value(0));
+    }
+  }
+  EXPECT_EQ(result.outputs[0]->rowCount() + result.outputs[1]->rowCount(), batch->rowCount());
+  EXPECT_EQ(result.inputRows[0][0], 4u);
+  EXPECT_EQ(result.outputs[0]->storedRow(0), batch->storedRow(4));
+}
+
+TEST(FilterStage, SamplingGoesRowByRow) {
+  auto h = RowHarness::of<FilterRows>(filter("_n &lt; 3"), kColumns);
+  h.pullInBatches({1000});
+  h.push(countedRows(10));
+  EXPECT_EQ(h.rows(0).size(), 3u);
+  EXPECT_EQ(h.actionAs<FilterRows>().stage(), nullptr);
+}
+
+}  // namespace kelvarin::testing
