@@ -15,7 +15,6 @@ using parquet::Encoding;
 
 // Longer ones are left out of the file.
 constexpr std::size_t kMaxRangeSize = 4096;
-constexpr std::int64_t kFirstCapacity = 256 * 1024;
 // Before the values of a page: the size of what says which are present, and that.
 constexpr std::size_t kSizeOfSize = 4;
 constexpr std::size_t kMaxPresenceSize = maxRunLengthsSize(kRowsInPage, 1);
@@ -45,12 +44,13 @@ std::shared_ptr<arrow::Buffer> viewOf(const std::uint8_t* bytes, std::size_t siz
 }  // namespace
 
 ColumnPages::ColumnPages(const parquet::ColumnDescriptor* column,
-                         const std::shared_ptr<parquet::WriterProperties>& properties)
+                         const std::shared_ptr<parquet::WriterProperties>& properties,
+                         std::size_t expectedSize)
     : m_isSigned(column->sort_order() == parquet::SortOrder::SIGNED),
       m_properties(properties),
       m_metadata(parquet::ColumnChunkMetaDataBuilder::Make(properties, column)) {
-  PARQUET_ASSIGN_OR_THROW(m_stream,
-                          arrow::io::BufferOutputStream::Create(kFirstCapacity, columnPool()));
+  PARQUET_ASSIGN_OR_THROW(m_stream, arrow::io::BufferOutputStream::Create(
+                                        static_cast<std::int64_t>(expectedSize), columnPool()));
   PARQUET_ASSIGN_OR_THROW(m_compressed, arrow::AllocateResizableBuffer(0, columnPool()));
   m_chunk.columnIndex = parquet::ColumnIndexBuilder::Make(column);
   m_chunk.offsetIndex = parquet::OffsetIndexBuilder::Make();
