@@ -48,7 +48,8 @@ ColumnPages::ColumnPages(const parquet::ColumnDescriptor* column,
                          std::size_t expectedSize)
     : m_isSigned(column->sort_order() == parquet::SortOrder::SIGNED),
       m_properties(properties),
-      m_metadata(parquet::ColumnChunkMetaDataBuilder::Make(properties, column)) {
+      m_metadata(parquet::ColumnChunkMetaDataBuilder::Make(properties, column)),
+      m_page(kValuesAt) {
   PARQUET_ASSIGN_OR_THROW(m_stream, arrow::io::BufferOutputStream::Create(
                                         static_cast<std::int64_t>(expectedSize), columnPool()));
   PARQUET_ASSIGN_OR_THROW(m_compressed, arrow::AllocateResizableBuffer(0, columnPool()));
