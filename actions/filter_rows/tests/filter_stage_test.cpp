@@ -35,11 +35,11 @@ Rows countedRows(int count) {
 }  // namespace
 
 TEST(FilterStage, RandomConditionsAreThoseOfSingleRows) {
-  for (unsigned seed = 0; seed < 30; ++seed) {
+  for (unsigned seed = 0; seed < 20; ++seed) {
     RandomExpressions random(seed);
     const std::string condition = random.next();
     Rows rows;
-    for (int i = 0; i < 2500; ++i) {
+    for (int i = 0; i < 1500; ++i) {
       rows.push_back(random.row());
     }
     expectSameInBatches(filter(condition, "castToKey3='0'"), rows);
