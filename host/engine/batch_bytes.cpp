@@ -83,18 +83,17 @@ RowBatchPointer batchFromBytes(const std::vector<MetaTypeColumn>& types, std::si
   for (const MetaTypeColumn type : types) {
     const std::size_t fixed = fixedSizeOf(type);
     if (fixed != 0) {
-      columns.push_back(type == MetaTypeColumn::number
-                            ? BatchColumn::ofNumbers(bytes, reinterpret_cast<const double*>(next))
-                            : BatchColumn::ofKeys(bytes,
-                                                  reinterpret_cast<const std::uint32_t*>(next)));
+      columns.push_back(
+          type == MetaTypeColumn::number
+              ? BatchColumn::ofNumbers(bytes, reinterpret_cast<const double*>(next))
+              : BatchColumn::ofKeys(bytes, reinterpret_cast<const std::uint32_t*>(next)));
       next += aligned(rowCount * fixed);
       continue;
     }
     std::uint64_t size = 0;
     std::memcpy(&size, next, sizeof size);
     const auto* positions = reinterpret_cast<const std::uint32_t*>(next + sizeof size);
-    const unsigned char* texts =
-        next + sizeof size + aligned(rowCount * sizeof(std::uint32_t));
+    const unsigned char* texts = next + sizeof size + aligned(rowCount * sizeof(std::uint32_t));
     columns.push_back(BatchColumn::ofTexts(type, bytes, texts, positions, size));
     next = texts + aligned(size);
   }

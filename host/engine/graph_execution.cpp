@@ -10,6 +10,12 @@ constexpr std::size_t at(int index) {
   return static_cast<std::size_t>(index);
 }
 
+// Null: everything is done on the engine thread, which is one of the threads in any case.
+std::unique_ptr<TaskPool> poolFor(const Graph& graph) {
+  const int threads = graph.settings == nullptr ? 1 : graph.settings->threadCount();
+  return threads > 1 ? std::make_unique<TaskPool>(threads - 1) : nullptr;
+}
+
 }  // namespace
 
 GraphExecution::GraphExecution(const Graph& graph, std::vector<RunRecord*> records,
@@ -23,6 +29,7 @@ GraphExecution::GraphExecution(const Graph& graph, std::vector<RunRecord*> recor
           m_options.progress(progress());
         }
       }),
+      m_pool(poolFor(graph)),
       m_links(graph),
       m_order(m_links.order()),
       m_schedule(m_links, m_order, m_actions) {
@@ -78,6 +85,9 @@ void GraphExecution::makeAction(int index) {
   }
   m_actions.push_back(std::make_unique<RunningAction>(*item, index, *m_records[at(index)],
                                                       m_stopSwitch, m_progress, m_options));
+  if (m_records[at(index)]->mustComputeFull) {
+    m_actions.back()->setPool(m_pool.get());
+  }
 }
 
 bool GraphExecution::takesPart(const GraphLink& link) const {
@@ -88,6 +98,9 @@ void GraphExecution::makeLink(const GraphLink& link) {
   RunningAction& to = *action(link.to);
   std::unique_ptr<RowLink> made = newLink(link, *action(link.from), to);
   m_linkOfPin[at(link.to)][at(link.toPin)] = made.get();
+  if (made->isStraight()) {
+    action(link.from)->setReader(made.get());
+  }
   if (link.toPin == 0) {
     to.setInput(made.get());
   }
@@ -97,7 +110,7 @@ void GraphExecution::makeLink(const GraphLink& link) {
 std::unique_ptr<RowLink> GraphExecution::newLink(const GraphLink& link, RunningAction& from,
                                                  RunningAction& to) {
   if (from.record().mustComputeFull && !to.record().mustComputeFull && link.toPin == 0) {
-    return std::make_unique<ColumnsLink>(from, link.fromPin, m_options);
+    return std::make_unique<ColumnsLink>(from, link.fromPin, to, m_options);
   }
   if (isForked(link.from)) {
     Fork& fork = forkOf(from, link.fromPin);
@@ -106,7 +119,7 @@ std::unique_ptr<RowLink> GraphExecution::newLink(const GraphLink& link, RunningA
     to.addQueue(made.get());
     return made;
   }
-  return std::make_unique<StraightLink>(from, link.fromPin, m_options);
+  return std::make_unique<StraightLink>(from, link.fromPin, to, m_options);
 }
 
 // The action's rows go to several readers, of one of its pins or of several.
@@ -158,9 +171,15 @@ bool GraphExecution::open() {
 }
 
 void GraphExecution::close() {
+  for (const auto& running : m_actions) {
+    if (running != nullptr) {
+      running->stopWorkingAhead();
+    }
+  }
   for (const auto& links : m_linkOfPin) {
     for (RowLink* link : links) {
       if (link != nullptr) {
+        link->stopEncoding();
         link->settleAtEnd();
       }
     }

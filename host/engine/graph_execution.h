@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+#include "base/task_pool.h"
 #include "host/engine/activity_sampler.h"
 #include "host/engine/disabled_action.h"
 #include "host/engine/execution_options.h"
@@ -66,6 +67,7 @@ class GraphExecution {
   RunRecord& m_stopSwitch;
   ExecutionOptions m_options;
   ProgressMeter m_progress;
+  std::unique_ptr<TaskPool> m_pool;  // null where everything is done on the engine thread
   GraphLinks m_links;
   std::vector<int> m_order;
   std::vector<std::unique_ptr<DisabledAction>> m_disabledActions;

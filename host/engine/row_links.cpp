@@ -2,12 +2,15 @@
 
 #include <algorithm>
 
+#include "host/engine/action_chain.h"
 #include "host/engine/messages.h"
 
 namespace kelvarin {
 
-RowLink::RowLink(RunningAction& producer, int pin, const ExecutionOptions& options)
+RowLink::RowLink(RunningAction& producer, int pin, RunningAction& consumer,
+                 const ExecutionOptions& options)
     : m_producer(producer),
+      m_consumer(consumer),
       m_pinIndex(pin),
       m_pin(producer.output(pin)),
       m_batchSize(options.batchSize()) {}
@@ -41,6 +44,44 @@ const OneRow* RowLink::rowOfBatch() {
 }
 
 TakenBatch RowLink::nextBatch() {
+  if (m_encoding == nullptr && m_consumer.pool() != nullptr) {
+    if (const BatchEncoder* encoder = m_consumer.encoder()) {
+      m_encoding = std::make_unique<BatchPipeline>(
+          *m_consumer.pool(),
+          BatchPipeline::Chain{.source = nullptr, .stages = {}, .encoder = encoder},
+          std::vector<int>());
+    }
+  }
+  return m_encoding == nullptr ? takeBatch() : takeEncodedBatch();
+}
+
+// Rows of producers that do not compute whole batches are encoded while they make more.
+TakenBatch RowLink::takeEncodedBatch() {
+  encodeAhead();
+  if (m_encoding->isEmpty()) {
+    return std::exchange(m_afterEncoding, {});
+  }
+  const auto result = m_encoding->next([] { return true; });
+  if (result->exception) {
+    std::rethrow_exception(result->exception);
+  }
+  return {std::move(result->batch), std::move(result->encoded)};
+}
+
+void RowLink::encodeAhead() {
+  while (m_afterEncoding.batch == nullptr && !m_isInputOver && m_encoding->hasSpace() &&
+         m_rowLimit > 0) {
+    TakenBatch taken = takeBatch();
+    m_isInputOver = taken.batch == nullptr;
+    if (taken.encoded != nullptr) {
+      m_afterEncoding = std::move(taken);
+    } else if (taken.batch != nullptr) {
+      m_encoding->push(std::move(taken.batch), nullptr, -1);
+    }
+  }
+}
+
+TakenBatch RowLink::takeBatch() {
   for (;;) {
     const Supply supply = hasBatch() ? Supply::batch : fetch();
     const bool isCollecting = m_collector && !m_collector->isEmpty();
@@ -93,8 +134,22 @@ void RowLink::pass(std::size_t count) {
   noteTaken(count);
 }
 
-bool RowLink::isDrained() const {
-  return !hasBatch();
+PublishedBatch RowLink::borrowBatch() {
+  PublishedBatch borrowed{batchAtWork(), nullptr, nullptr};
+  if (borrowed.batch != nullptr) {
+    borrowed.trail = std::exchange(m_trail, nullptr);
+    m_rows.clear();
+  }
+  return borrowed;
+}
+
+void RowLink::passBatch(const BatchTrailPointer& trail, std::size_t rows) {
+  trail->arriveAt(m_rowsRead);
+  noteTaken(rows);
+}
+
+void RowLink::putBack(RowBatchPointer batch, BatchTrailPointer trail) {
+  startBatch({std::move(batch), std::move(trail), nullptr});
 }
 
 void RowLink::settle() {
@@ -117,11 +172,27 @@ void RowLink::startBatch(PublishedBatch published) {
   m_trail->arriveAt(m_rowsRead);
 }
 
+// What a chain has borrowed comes before anything else.
+bool RowLink::takeBorrowedBatch() {
+  while (m_borrower != nullptr && m_borrower->isAtWork()) {
+    PublishedBatch borrowed = m_borrower->takeBack();
+    if (borrowed.batch == nullptr) {
+      return false;
+    }
+    startBatch(std::move(borrowed));
+    if (hasBatch()) {
+      return true;
+    }
+  }
+  return false;
+}
+
 RowLink::Supply StraightLink::fetch() {
   for (;;) {
-    if (m_trail != nullptr) {
-      settle();
-      m_trail = nullptr;
+    settleAtEnd();
+    m_trail = nullptr;
+    if (takeBorrowedBatch()) {
+      return Supply::batch;
     }
     if (m_producer.hasBatch(m_pinIndex)) {
       startBatch(m_producer.takeBatch(m_pinIndex));
@@ -145,6 +216,10 @@ const OneRow* StraightLink::takeRow() {
   return &m_pin.row;
 }
 
+bool StraightLink::isBatchAvailable() const {
+  return m_producer.hasPartOfUnit();
+}
+
 bool StraightLink::isDrained() const {
   return RowLink::isDrained() && !m_pin.isRowReady && !m_producer.hasBatch(m_pinIndex);
 }
@@ -157,14 +232,17 @@ RowLink::Supply ColumnsLink::fetch() {
 
 QueueLink::QueueLink(RunningAction& producer, int pin, RunningAction& consumer, Fork& fork,
                      const ExecutionOptions& options)
-    : RowLink(producer, pin, options), m_consumer(consumer), m_fork(fork), m_reader(fork.queue()) {
+    : RowLink(producer, pin, consumer, options), m_fork(fork), m_reader(fork.queue()) {
   m_reader.join();
 }
 
 RowLink::Supply QueueLink::fetch() {
   m_wasAsked = true;
-  settle();
+  settleAtEnd();
   m_trail = nullptr;
+  if (takeBorrowedBatch()) {
+    return Supply::batch;
+  }
   if (m_isLetGo && !askAgain()) {
     return Supply::end;
   }
@@ -196,8 +274,7 @@ bool QueueLink::waitForBatch() {
 // before any row has gone by.
 bool QueueLink::askAgain() {
   if (m_fork.queue().rowsPushed() > m_rowsRead) {
-    m_consumer.fail(
-        engine_messages::rowsLetGo(m_consumer.item().name(), m_producer.item().name()));
+    m_consumer.fail(engine_messages::rowsLetGo(m_consumer.item().name(), m_producer.item().name()));
     return false;
   }
   m_isLetGo = false;
@@ -211,7 +288,7 @@ void QueueLink::letGo() {
 }
 
 void QueueLink::release() {
-  settle();
+  settleAtEnd();
   m_trail = nullptr;
   m_rows.clear();
 }
@@ -350,8 +427,8 @@ void Fork::askRelief() {
 }
 
 void Fork::noteRelief() {
-  m_rowsToAskRelief = std::max(kCongestedSteps * static_cast<long long>(rowsInStep()),
-                               2 * m_queue.rowsWaiting());
+  m_rowsToAskRelief =
+      std::max(kCongestedSteps * static_cast<long long>(rowsInStep()), 2 * m_queue.rowsWaiting());
 }
 
 }  // namespace kelvarin

@@ -19,6 +19,7 @@
 #include "host/contract/batch_collector.h"
 #include "host/contract/batch_rows.h"
 #include "host/contract/pin_ports.h"
+#include "host/engine/batch_pipeline.h"
 #include "host/engine/batch_trail.h"
 #include "host/engine/row_queue.h"
 #include "host/engine/running_action.h"
@@ -27,14 +28,18 @@ namespace kelvarin {
 
 class RowLink : public InputPin {
  public:
-  RowLink(RunningAction& producer, int pin, const ExecutionOptions& options);
+  RowLink(RunningAction& producer, int pin, RunningAction& consumer,
+          const ExecutionOptions& options);
 
   const OneRow* next() override;
   TakenBatch nextBatch() override;
   const OneRow* announcedColumns() override { return m_pin.isAnnounced ? &m_pin.row : nullptr; }
   ActionItem* upstreamAction() const override { return &m_producer.item(); }
   RunningAction& producer() const { return m_producer; }
-  OutputPin& pin() const { return m_pin; }
+  RunningAction& consumer() const { return m_consumer; }
+  int pinIndex() const { return m_pinIndex; }
+  virtual bool isQueue() const { return false; }
+  virtual bool isStraight() const { return false; }
   // Those that have been taken at the end of the chain.
   long long rowsRead() const { return m_rowsRead; }
 
@@ -48,7 +53,23 @@ class RowLink : public InputPin {
   // By the consumer itself, from the first row on.
   long long rowsTaken() const { return m_rowsTaken; }
   // Nothing has been published and not been taken.
-  virtual bool isDrained() const;
+  virtual bool isDrained() const { return !hasBatch(); }
+
+  // For chains: a batch that comes without anybody having to go on for it.
+  virtual bool isBatchAvailable() const { return false; }
+  // What batchAtWork() would be, with its trail. It is not taken before passBatch(), in order, or
+  // comes back.
+  PublishedBatch borrowBatch();
+  void passBatch(const BatchTrailPointer& trail, std::size_t rows);
+  void putBack(RowBatchPointer batch, BatchTrailPointer trail);
+  // The chain that has borrowed batches.
+  ActionChain* borrower() const { return m_borrower; }
+  void setBorrower(ActionChain* chain) { m_borrower = chain; }
+
+  // Batches are encoded for the consumer, which has not taken them.
+  bool hasPending() const { return m_encoding != nullptr && !m_encoding->isEmpty(); }
+  // What encodes batches uses its tasks; before close().
+  void stopEncoding() { m_encoding.reset(); }
   // The rows that were taken count, at the end of the run; those that went on from here count where
   // they have arrived.
   void settleAtEnd();
@@ -68,6 +89,7 @@ class RowLink : public InputPin {
 
   bool hasBatch() const { return m_rows.rowsLeft() > 0; }
   void startBatch(PublishedBatch published);
+  bool takeBorrowedBatch();
   const OneRow* rowOfBatch();
   void settle();
   void noteTaken(std::size_t count) {
@@ -76,14 +98,20 @@ class RowLink : public InputPin {
   }
 
   RunningAction& m_producer;
+  RunningAction& m_consumer;
   const int m_pinIndex;
   OutputPin& m_pin;
   const BatchSize m_batchSize;
+  ActionChain* m_borrower = nullptr;
   long long m_rowsRead = 0;
   BatchRows m_rows;
   BatchTrailPointer m_trail;  // of these
 
  private:
+  TakenBatch takeBatch();
+  TakenBatch takeEncodedBatch();
+  void encodeAhead();
+
   std::unique_ptr<EncodedBatch> m_encoded;  // the batch as a whole
   bool m_isPassed = false;                  // some of its rows were transformed
   PinOutMetaData m_metaData;
@@ -92,12 +120,17 @@ class RowLink : public InputPin {
   std::optional<BatchCollector> m_collector;
   long long m_rowsTaken = 0;
   std::size_t m_rowLimit = kNoLimit;
+  std::unique_ptr<BatchPipeline> m_encoding;  // of batches that come without
+  TakenBatch m_afterEncoding;                 // a batch that came encoded meanwhile
+  bool m_isInputOver = false;
 };
 
 class StraightLink final : public RowLink {
  public:
   using RowLink::RowLink;
+  bool isStraight() const override { return true; }
   bool isDrained() const override;
+  bool isBatchAvailable() const override;
 
  private:
   Supply fetch() override;
@@ -139,8 +172,8 @@ class QueueLink final : public RowLink {
   QueueLink(RunningAction& producer, int pin, RunningAction& consumer, Fork& fork,
             const ExecutionOptions& options);
 
-  bool isDrained() const override { return false; }
-  RunningAction& consumer() const { return m_consumer; }
+  bool isQueue() const override { return true; }
+  bool isBatchAvailable() const override { return m_reader.hasBatch(); }
   bool wasAsked() const { return m_wasAsked; }
   long long rowsWaiting() const { return m_isLetGo ? 0 : m_reader.rowsWaiting(); }
   // The consumer takes no more rows. What it makes of the last one may still be read.
@@ -154,7 +187,6 @@ class QueueLink final : public RowLink {
   bool waitForBatch();
   bool askAgain();
 
-  RunningAction& m_consumer;
   Fork& m_fork;
   RowQueue::Reader m_reader;
   bool m_wasAsked = false;

@@ -5,6 +5,7 @@
 #include <new>
 
 #include "host/contract/main_ui.h"
+#include "host/engine/action_chain.h"
 #include "host/engine/messages.h"
 #include "host/engine/row_links.h"
 
@@ -21,6 +22,7 @@ RunningAction::RunningAction(ActionItem& item, int index, RunRecord& record,
       m_currentAction(CurrentAction::slot()),
       m_source(dynamic_cast<BatchSource*>(&item)),
       m_transform(dynamic_cast<BatchTransform*>(&item)),
+      m_sink(dynamic_cast<BatchSink*>(&item)),
       m_rowsInBatch(options.rowsInBatch),
       m_forks(static_cast<std::size_t>(item.outputPinCount())),
       m_published(static_cast<std::size_t>(item.outputPinCount())),
@@ -93,7 +95,10 @@ void RunningAction::compute() {
 
 // True when the action has finished.
 bool RunningAction::step() {
-  if (m_source != nullptr && m_source->canReadUnits() && readBatch()) {
+  if (m_pool != nullptr && mayPublishBatches() && workAhead()) {
+    return false;
+  }
+  if (m_source != nullptr && (hasPartOfUnit() || m_source->canReadUnits()) && readBatch()) {
     return false;
   }
   if (m_transform != nullptr && transformBatch()) {
@@ -102,10 +107,59 @@ bool RunningAction::step() {
   return m_item.compute();
 }
 
+// False: it has to go on by itself.
+bool RunningAction::workAhead() {
+  if (m_chain != nullptr && !m_chain->isIntact()) {
+    m_chain->retire();
+    if (!m_chain->isAtWork()) {
+      m_chain.reset();
+    }
+  }
+  if (m_isCovered) {
+    return false;
+  }
+  // Where rows come one by one there is none, and looking for it at each would cost too much.
+  constexpr int kCallsBetweenLooks = 64;
+  if (m_chain == nullptr && --m_callsToLook < 0) {
+    m_chain = ActionChain::endingWith(*this, *m_pool);
+    m_callsToLook = m_callsAtFirst > 0 ? 0 : kCallsBetweenLooks;
+    m_callsAtFirst -= m_callsAtFirst > 0 ? 1 : 0;
+  }
+  return m_chain != nullptr && m_chain->isDrained() && m_chain->advance();
+}
+
+// The rows before a failure, which are encoded already.
+bool RunningAction::mustTakePending() const {
+  return m_input != nullptr && m_input->hasPending() && !isFinished() && !m_item.hasFailed() &&
+         m_stopSwitch.status != GlobalParameters::RunningState::stoppedByUser;
+}
+
+void RunningAction::stopWorkingAhead() {
+  if (m_source != nullptr) {
+    m_item.wakeAll();
+  }
+  m_chain.reset();
+}
+
+RowBatchPointer RunningAction::accept(BatchUnit& unit) {
+  return guarded([&] { return m_source->accept(unit); }, RowBatchPointer());
+}
+
+void RunningAction::failWith(const std::exception_ptr& exception) {
+  (void)guarded([&]() -> bool { std::rethrow_exception(exception); }, false);
+}
+
 // False: the source has no more units.
 bool RunningAction::readBatch() {
   if (m_unitRows.rowsLeft() > 0) {
     publishUnit();
+    return true;
+  }
+  if (m_unitHolder != nullptr && m_unitHolder->isAtWork()) {
+    m_unitRows.start(m_unitHolder->takeBack().batch);
+    if (m_unitRows.rowsLeft() > 0) {
+      publishUnit();
+    }
     return true;
   }
   const std::unique_ptr<BatchUnit> unit = m_source->readUnit();
@@ -122,8 +176,8 @@ bool RunningAction::readBatch() {
 
 void RunningAction::publishUnit() {
   const std::size_t begin = m_unitRows.rowsTaken();
-  const std::size_t most = m_rowsInBatch > 0 ? static_cast<std::size_t>(m_rowsInBatch)
-                                             : m_unitRows.rowsLeft();
+  const std::size_t most =
+      m_rowsInBatch > 0 ? static_cast<std::size_t>(m_rowsInBatch) : m_unitRows.rowsLeft();
   const std::size_t count = std::min(most, m_unitRows.rowsLeft());
   RowBatchPointer batch = m_unitRows.batch();
   if (count < batch->rowCount()) {
@@ -162,7 +216,7 @@ bool RunningAction::transformBatch() {
   return true;
 }
 
-void RunningAction::publish(BatchTrail::Origin origin) {
+void RunningAction::publish(BatchTrail::Origin origin, std::unique_ptr<EncodedBatch> encoded) {
   int pinsRead = 0;
   int lastRead = -1;
   for (int pin = 0; pin < m_item.outputPinCount(); ++pin) {
@@ -183,7 +237,7 @@ void RunningAction::publish(BatchTrail::Origin origin) {
   if (pinsRead == 1 && rowsOf(lastRead) != nullptr) {
     RowBatchPointer batch = rowsOf(lastRead);
     auto trail = std::make_shared<BatchTrail>(&output(lastRead), lastRead, std::move(origin));
-    publish(lastRead, {std::move(batch), std::move(trail), nullptr});
+    publish(lastRead, {std::move(batch), std::move(trail), std::move(encoded)});
     return;
   }
   // Rows for several pins wait in queues, whoever takes them first.

@@ -7,21 +7,25 @@
 // logged with the action's name and fails the run.
 #pragma once
 
+#include <exception>
+#include <memory>
 #include <utility>
 #include <vector>
 
 #include "host/contract/action_item.h"
-#include "host/contract/host_session.h"
 #include "host/contract/batch_rows.h"
+#include "host/contract/host_session.h"
 #include "host/engine/batch_trail.h"
 #include "host/engine/execution_options.h"
 #include "host/engine/progress_meter.h"
 
 namespace kelvarin {
 
+class ActionChain;
 class Fork;
 class QueueLink;
 class RowLink;
+class TaskPool;
 
 class RunningAction {
  public:
@@ -42,6 +46,8 @@ class RunningAction {
 
   // False when the action refuses to run.
   bool open();
+  // Tasks in its name end; before any action is closed.
+  void stopWorkingAhead();
   // False when the action failed, now or before.
   bool close();
 
@@ -52,7 +58,7 @@ class RunningAction {
 
   // Works on one batch or one row; false when the action will not produce anything more.
   bool advance() {
-    if (!canGoOn()) [[unlikely]] {
+    if (!canGoOn() && !mustTakePending()) [[unlikely]] {
       releaseRows();
       return false;
     }
@@ -71,6 +77,33 @@ class RunningAction {
   PublishedBatch takeBatch(int pin) {
     return std::exchange(m_published[static_cast<std::size_t>(pin)], {});
   }
+  BatchSource* source() const { return m_source; }
+  BatchTransform* transform() const { return m_transform; }
+  bool isBatchSink() const { return m_sink != nullptr; }
+  // Null: it is no sink of batches, or has none, or none yet.
+  const BatchEncoder* encoder() const { return m_sink == nullptr ? nullptr : m_sink->encoder(); }
+  // Null: everything is done on the engine thread.
+  void setPool(TaskPool* pool) { m_pool = pool; }
+  TaskPool* pool() const { return m_pool; }
+  // The link that reads its only pin that is read; null where rows go elsewhere.
+  void setReader(RowLink* link) { m_reader = link; }
+  RowLink* reader() const { return m_reader; }
+  // It is part of a chain that ends with another action.
+  void setCovered(bool isCovered) { m_isCovered = isCovered; }
+  // Of a source: the chain that has begun some of its units.
+  ActionChain* unitHolder() const { return m_unitHolder; }
+  void setUnitHolder(ActionChain* chain) { m_unitHolder = chain; }
+  // Of a source whose units are published in parts.
+  bool hasPartOfUnit() const { return m_unitRows.rowsLeft() > 0; }
+  int rowsInBatch() const { return m_rowsInBatch; }
+
+  // For chains, in the order of the rows.
+  RowBatchPointer accept(BatchUnit& unit);
+  void publish(BatchTrail::Origin origin, std::unique_ptr<EncodedBatch> encoded = nullptr);
+  void publish(int pin, PublishedBatch published);
+  // As if its row routine had thrown it.
+  void failWith(const std::exception_ptr& exception);
+
   bool mayPublishBatches() const { return m_source != nullptr || m_transform != nullptr; }
 
   ActionPhase phase() const;
@@ -85,11 +118,11 @@ class RunningAction {
  private:
   void compute();
   bool step();
+  bool mustTakePending() const;
   bool readBatch();
   void publishUnit();
   bool transformBatch();
-  void publish(BatchTrail::Origin origin);
-  void publish(int pin, PublishedBatch published);
+  bool workAhead();
   void noteFirstRow();
   void releaseRows();
   template <typename Call>
@@ -101,13 +134,21 @@ class RunningAction {
   const RunRecord& m_stopSwitch;
   ProgressMeter& m_progress;
   const ActionItem*& m_currentAction;  // of this thread
-  BatchSource* const m_source;        // the action, where it is one
-  BatchTransform* const m_transform;  // the same
-  const int m_rowsInBatch;            // at most; 0: as they come
+  BatchSource* const m_source;         // the action, where it is one
+  BatchTransform* const m_transform;   // the same
+  BatchSink* const m_sink;             // the same
+  const int m_rowsInBatch;             // at most; 0: as they come
   ActionPorts m_ports;
   RowLink* m_input = nullptr;
-  std::vector<QueueLink*> m_queues;  // of this action's input pins
-  std::vector<Fork*> m_forks;        // of the output pins, null where there is none
+  RowLink* m_reader = nullptr;
+  TaskPool* m_pool = nullptr;
+  std::unique_ptr<ActionChain> m_chain;  // the one that ends with this action
+  ActionChain* m_unitHolder = nullptr;
+  bool m_isCovered = false;
+  int m_callsToLook = 0;                    // for such a chain
+  int m_callsAtFirst = 8;                   // at each of which it is looked for
+  std::vector<QueueLink*> m_queues;         // of this action's input pins
+  std::vector<Fork*> m_forks;               // of the output pins, null where there is none
   std::vector<PublishedBatch> m_published;  // by output pin
   BatchRows m_unitRows;                     // of a source, to be published in parts
   bool m_hasBegun = false;

@@ -1,0 +1,70 @@
+#include "base/task_pool.h"
+
+namespace kelvarin {
+
+TaskPool::~TaskPool() {
+  m_threads.clear();
+}
+
+void TaskPool::start() {
+  m_threads.reserve(static_cast<std::size_t>(m_threadCount));
+  for (int i = 0; i < m_threadCount; ++i) {
+    m_threads.emplace_back([this](const std::stop_token& stop) { work(stop); });
+  }
+}
+
+void TaskPool::submit(std::shared_ptr<PoolTask> task) {
+  std::call_once(m_start, [this] { start(); });
+  {
+    const std::lock_guard lock(m_mutex);
+    m_tasks.push_back(std::move(task));
+  }
+  m_changed.notify_one();
+}
+
+bool TaskPool::runOne() {
+  std::shared_ptr<PoolTask> task;
+  {
+    const std::lock_guard lock(m_mutex);
+    task = takeClaimed(false);
+  }
+  if (task == nullptr) {
+    return false;
+  }
+  task->run();
+  return true;
+}
+
+// The oldest that nobody has begun; those that somebody has are forgotten on the way.
+std::shared_ptr<PoolTask> TaskPool::takeClaimed(bool mayWait) {
+  for (auto task = m_tasks.begin(); task != m_tasks.end();) {
+    if (!mayWait && (*task)->mayWait()) {
+      ++task;
+      continue;
+    }
+    std::shared_ptr<PoolTask> taken = std::move(*task);
+    task = m_tasks.erase(task);
+    if (taken->claim()) {
+      return taken;
+    }
+  }
+  return nullptr;
+}
+
+void TaskPool::work(const std::stop_token& stop) {
+  std::unique_lock lock(m_mutex);
+  while (m_changed.wait(lock, stop, [this] { return !m_tasks.empty(); })) {
+    if (stop.stop_requested()) {
+      return;
+    }
+    const std::shared_ptr<PoolTask> task = takeClaimed(true);
+    if (task == nullptr) {
+      continue;
+    }
+    lock.unlock();
+    task->run();
+    lock.lock();
+  }
+}
+
+}  // namespace kelvarin

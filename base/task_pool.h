@@ -1,0 +1,62 @@
+// Threads that carry out tasks, beside the thread that waits for their results.
+//
+// A task is carried out once, by whoever claims it first: a thread of the pool, or the waiting
+// thread itself, which so never waits for a task that nobody has begun.
+// Used by: host/engine, through the pipelines of a run.
+// Threads: any.
+// Errors: tasks keep their exceptions to themselves.
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <stop_token>
+#include <thread>
+#include <vector>
+
+namespace kelvarin {
+
+class PoolTask {
+ public:
+  virtual ~PoolTask() = default;
+  // Must not throw.
+  virtual void run() = 0;
+  // It may wait for another program, so that only threads of the pool should begin it unasked.
+  virtual bool mayWait() const { return false; }
+  // True for the one that is to run it.
+  bool claim() { return !m_isClaimed.exchange(true); }
+
+ private:
+  std::atomic<bool> m_isClaimed{false};
+};
+
+class TaskPool {
+ public:
+  // They are started with the first task.
+  explicit TaskPool(int threads) : m_threadCount(threads) {}
+  // Tasks that nobody has begun are dropped.
+  ~TaskPool();
+  TaskPool(const TaskPool&) = delete;
+  TaskPool& operator=(const TaskPool&) = delete;
+
+  int threadCount() const { return m_threadCount; }
+  void submit(std::shared_ptr<PoolTask> task);
+  // Carries out one of the tasks that wait; false when there is none that may be begun here.
+  bool runOne();
+
+ private:
+  void start();
+  void work(const std::stop_token& stop);
+  std::shared_ptr<PoolTask> takeClaimed(bool mayWait);
+
+  const int m_threadCount;
+  std::once_flag m_start;
+  std::mutex m_mutex;  // guards m_tasks
+  std::condition_variable_any m_changed;
+  std::deque<std::shared_ptr<PoolTask>> m_tasks;
+  std::vector<std::jthread> m_threads;  // use all of the above
+};
+
+}  // namespace kelvarin

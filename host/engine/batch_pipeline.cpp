@@ -1,0 +1,222 @@
+#include "host/engine/batch_pipeline.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace kelvarin {
+
+namespace {
+
+constexpr auto kBetweenLooks = std::chrono::milliseconds(20);
+// For each thread: while one batch is worked on, the results of another one wait.
+constexpr std::size_t kUnitsForAThread = 2;
+constexpr std::size_t kBytesForAThread = 4 << 20;
+
+}  // namespace
+
+// One batch on its way through the chain.
+class BatchPipeline::Task final : public PoolTask {
+ public:
+  explicit Task(BatchPipeline& pipeline)
+      : m_pipeline(pipeline), m_mayWait(pipeline.m_chain.source->mayWait()) {}
+  Task(BatchPipeline& pipeline, RowBatchPointer batch, BatchTrailPointer trail, long long firstRow)
+      : m_pipeline(pipeline), m_firstRow(firstRow) {
+    result->batch = std::move(batch);
+    result->trail = std::move(trail);
+    bytes = result->batch->byteCount();
+  }
+
+  void run() override {
+    try {
+      if (result->batch != nullptr || readUnit()) {
+        work();
+      }
+    } catch (...) {
+      result->exception = std::current_exception();
+    }
+    const std::lock_guard lock(m_pipeline.m_mutex);
+    if (m_isReading) {  // an exception came before the next task could be armed
+      m_pipeline.m_isReading = false;
+    }
+    isDone = true;
+    m_pipeline.m_changed.notify_all();
+  }
+  // Asked by the pool, perhaps when the pipeline is gone.
+  bool mayWait() const override { return m_mayWait; }
+
+  // Written before isDone, which the pipeline's mutex guards.
+  std::unique_ptr<Result> result = std::make_unique<Result>();
+  bool isEnd = false;  // there was no unit
+  bool isDone = false;
+  std::size_t bytes = 0;
+
+ private:
+  // False: there is none. The next one is read by another thread, while this one goes on.
+  bool readUnit() {
+    m_isReading = true;
+    result->unit = m_pipeline.m_chain.source->readUnit();
+    std::shared_ptr<Task> following;
+    {
+      const std::lock_guard lock(m_pipeline.m_mutex);
+      m_isReading = false;
+      m_pipeline.m_isReading = false;
+      isEnd = result->unit == nullptr;
+      m_pipeline.m_isDry |= isEnd;
+      bytes = isEnd ? 0 : result->unit->byteCount();
+      m_pipeline.m_bytesAlive += bytes;
+      following = m_pipeline.arm();
+    }
+    if (following != nullptr) {
+      m_pipeline.m_pool.submit(std::move(following));
+    }
+    return !isEnd;
+  }
+
+  void work() {
+    Result& made = *result;
+    if (made.unit != nullptr) {
+      made.unit->parse();
+      made.batch = made.unit->batch();
+      if (made.batch == nullptr) {
+        return;
+      }
+    }
+    RowBatchPointer batch = made.batch;
+    const Chain& chain = m_pipeline.m_chain;
+    for (std::size_t i = 0; i < chain.stages.size() && batch != nullptr && batch->rowCount() > 0;
+         ++i) {
+      ++made.step;
+      made.stages.push_back(chain.stages[i]->process(*batch, i == 0 ? m_firstRow : -1));
+      if (made.stages.back().rowsDone < batch->rowCount()) {
+        made.stages.clear();
+        made.isWhole = false;
+        return;
+      }
+      batch = made.stages.back().outputs[static_cast<std::size_t>(m_pipeline.m_outputPins[i])];
+    }
+    if (chain.encoder != nullptr && batch != nullptr && batch->rowCount() > 0) {
+      ++made.step;
+      made.encoded = chain.encoder->encode(*batch);
+    }
+  }
+
+  BatchPipeline& m_pipeline;
+  const bool m_mayWait = false;
+  const long long m_firstRow = -1;
+  bool m_isReading = false;
+};
+
+BatchPipeline::BatchPipeline(TaskPool& pool, Chain chain, std::vector<int> outputPins)
+    : m_pool(pool), m_chain(std::move(chain)), m_outputPins(std::move(outputPins)) {}
+
+BatchPipeline::~BatchPipeline() {
+  std::unique_lock lock(m_mutex);
+  m_isDry = true;
+  for (const std::shared_ptr<Task>& task : m_window) {
+    if (task->claim()) {
+      task->isDone = true;
+    }
+  }
+  m_changed.wait(lock, [this] {
+    return std::all_of(m_window.begin(), m_window.end(),
+                       [](const std::shared_ptr<Task>& task) { return task->isDone; });
+  });
+}
+
+std::size_t BatchPipeline::maxUnits() const {
+  const auto threads = static_cast<std::size_t>(m_pool.threadCount()) + 1;
+  const std::size_t units = kUnitsForAThread * threads + 1;
+  if (m_chain.source == nullptr) {
+    return units;
+  }
+  return std::min(units, static_cast<std::size_t>(std::max(1, m_chain.source->maxUnitsAhead())));
+}
+
+bool BatchPipeline::canArm() const {
+  const auto threads = static_cast<std::size_t>(m_pool.threadCount()) + 1;
+  return m_window.size() < maxUnits() &&
+         (m_window.empty() || m_bytesAlive < kBytesForAThread * threads);
+}
+
+// With the mutex locked. Null: nothing is to be read now.
+std::shared_ptr<BatchPipeline::Task> BatchPipeline::arm() {
+  if (m_chain.source == nullptr || m_isReading || m_isDry || !canArm()) {
+    return nullptr;
+  }
+  m_isReading = true;
+  m_window.push_back(std::make_shared<Task>(*this));
+  return m_window.back();
+}
+
+bool BatchPipeline::hasSpace() const {
+  const std::lock_guard lock(m_mutex);
+  return canArm();
+}
+
+bool BatchPipeline::isEmpty() const {
+  const std::lock_guard lock(m_mutex);
+  return m_window.empty();
+}
+
+void BatchPipeline::push(RowBatchPointer batch, BatchTrailPointer trail, long long firstRow) {
+  auto task = std::make_shared<Task>(*this, std::move(batch), std::move(trail), firstRow);
+  {
+    const std::lock_guard lock(m_mutex);
+    m_bytesAlive += task->bytes;
+    m_window.push_back(task);
+  }
+  m_pool.submit(std::move(task));
+}
+
+void BatchPipeline::readOn() {
+  const std::lock_guard lock(m_mutex);
+  m_isDry = false;
+}
+
+void BatchPipeline::stopReading() {
+  const std::lock_guard lock(m_mutex);
+  m_isDry = true;
+}
+
+std::unique_ptr<BatchPipeline::Result> BatchPipeline::next(const std::function<bool()>& mayWait) {
+  std::unique_lock lock(m_mutex);
+  if (m_window.empty()) {
+    if (auto first = arm()) {
+      lock.unlock();
+      m_pool.submit(std::move(first));
+      lock.lock();
+    }
+  }
+  if (m_window.empty()) {
+    return nullptr;
+  }
+  const std::shared_ptr<Task> oldest = m_window.front();
+  while (!oldest->isDone) {
+    lock.unlock();
+    // What is waited for comes first; then anything else that can be done meanwhile.
+    bool hasWorked = true;
+    if (oldest->claim()) {
+      oldest->run();
+    } else {
+      hasWorked = m_pool.runOne();
+    }
+    lock.lock();
+    if (!hasWorked) {
+      m_changed.wait_for(lock, kBetweenLooks, [&] { return oldest->isDone; });
+    }
+    if (!oldest->isDone && !mayWait()) {
+      return nullptr;
+    }
+  }
+  m_window.pop_front();
+  m_bytesAlive -= oldest->bytes;
+  std::shared_ptr<Task> following = arm();
+  lock.unlock();
+  if (following != nullptr) {
+    m_pool.submit(std::move(following));
+  }
+  return oldest->isEnd ? nullptr : std::move(oldest->result);
+}
+
+}  // namespace kelvarin
