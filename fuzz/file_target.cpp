@@ -7,6 +7,7 @@
 #include "columnar/reader/verification.h"
 #include "fuzz/fuzz_target.h"
 #include "fuzz/packed_files.h"
+#include "host/contract/batch_rows.h"
 
 namespace kelvarin {
 
@@ -64,12 +65,13 @@ void repairChunks(const GelFile& file, std::string& side) {
 template <typename Rows>
 void takeAll(Rows& rows, const GelFile& file) {
   std::vector<unsigned char*> values(file.columns().size());
-  for (ReadEvent event;;) {
-    event = rows.next(std::move(event.block));
+  for (BatchRows batch;;) {
+    const ReadEvent event = rows.next();
     if (event.isLast()) {
       return;
     }
-    while (event.block && event.block->takeRow(values.data())) {
+    for (batch.start(event.batch); batch.rowsLeft() > 0;) {
+      batch.take(values.data());
     }
   }
 }

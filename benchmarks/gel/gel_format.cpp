@@ -1,14 +1,16 @@
-// This product's side of the benchmark: rows go to the writer one by one; blocks come from the
-// reader as a reading action gets them.
+// This product's side of the benchmark: batches go to the writer and come from the reader as the
+// actions pass them on.
 #include <algorithm>
+#include <deque>
+#include <future>
 #include <stdexcept>
 
 #include "benchmarks/gel/digest.h"
 #include "benchmarks/gel/table_format.h"
-#include "columnar/codecs/byte_buffer.h"
-#include "columnar/reader/block_reader.h"
-#include "columnar/reader/blocks_ahead.h"
+#include "columnar/reader/block_units.h"
 #include "columnar/writer/columnar_hd_writer.h"
+#include "host/contract/batch_collector.h"
+#include "host/contract/batch_rows.h"
 
 namespace kelvarin {
 
@@ -20,60 +22,28 @@ std::string pathOf(const SampleTable& table, const std::string& folder) {
   return folder + "/" + table.name + ".cgel_kelvarin";
 }
 
-// A table in memory, row by row: the numbers and keys of a row, then its texts.
-class StoredRows {
- public:
-  void fill(const SampleTable& table) {
-    m_fixed.clear();
-    m_texts.clear();
-    m_fixedSize = 0;
-    for (std::size_t i = 0; i < table.columns.size(); ++i) {
-      const std::size_t size = table.columns[i].step();
-      if (size == 0) {
-        m_texts.push_back(i);
-      } else {
-        m_fixed.push_back({i, m_fixedSize});
-        m_fixedSize += size;
-      }
+std::vector<RowBatchPointer> batchesOf(const SampleTable& table) {
+  std::vector<MetaTypeColumn> types;
+  for (const SampleColumn& column : table.columns) {
+    types.push_back(column.type());
+  }
+  std::vector<RowBatchPointer> batches;
+  std::vector<const unsigned char*> values(types.size());
+  BatchCollector collector(types, BatchSize{});
+  for (std::size_t row = 0; row < table.rows; ++row) {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      values[i] = table.columns[i].value(row);
     }
-    m_bytes.clear();
-    for (std::size_t row = 0; row < table.rows; ++row) {
-      for (const Fixed& fixed : m_fixed) {
-        const SampleColumn& column = table.columns[fixed.column];
-        m_bytes.append(Bytes(column.value(row), column.step()));
-      }
-      for (const std::size_t text : m_texts) {
-        const unsigned char* value = table.columns[text].value(row);
-        m_bytes.append(Bytes(value, sizeof(std::uint32_t) + textFromBytes(value).size()));
-      }
+    collector.append(values.data());
+    if (collector.isFull()) {
+      batches.push_back(collector.take());
     }
   }
-
-  const unsigned char* begin() const { return m_bytes.data(); }
-  // Points `values` at the values of the row that begins there; returns its end.
-  const unsigned char* point(const unsigned char* row, unsigned char** values) const {
-    for (const Fixed& fixed : m_fixed) {
-      values[fixed.column] = const_cast<unsigned char*>(row) + fixed.offset;
-    }
-    row += m_fixedSize;
-    for (const std::size_t text : m_texts) {
-      values[text] = const_cast<unsigned char*>(row);
-      row += sizeof(std::uint32_t) + textFromBytes(row).size();
-    }
-    return row;
+  if (!collector.isEmpty()) {
+    batches.push_back(collector.take());
   }
-
- private:
-  struct Fixed {
-    std::size_t column;
-    std::size_t offset;
-  };
-
-  std::vector<Fixed> m_fixed;
-  std::size_t m_fixedSize = 0;
-  std::vector<std::size_t> m_texts;  // columns
-  ByteBuffer m_bytes;
-};
+  return batches;
+}
 
 // The columns of a table's rows, sorted by the first of the three.
 void describeColumns(const SampleTable& table, OneRow& row) {
@@ -90,35 +60,49 @@ void describeColumns(const SampleTable& table, OneRow& row) {
   row.setSortInfos({{row.getIndexOfColumn(sorted), SortType::numberAscending}});
 }
 
-// The numbers from `low` to below `high` of a block's key column choose the rows.
-void addRange(DecodedBlock& block, std::uint32_t low, std::uint32_t high, Found& found) {
-  const unsigned char* keys = block.column(0).values.data();
-  const unsigned char* numbers = block.column(2).values.data();
-  for (std::uint64_t row = 0; row < block.rowCount(); ++row) {
-    const auto key = loadPacked<std::uint32_t>(keys + row * sizeof(std::uint32_t));
-    if (key < low || key >= high) {
-      continue;
+// The numbers from `low` to below `high` of a batch's key column choose the rows.
+void addRange(const RowBatch& batch, std::uint32_t low, std::uint32_t high, Found& found) {
+  const std::uint32_t* keys = batch.column(0).keys();
+  const double* numbers = batch.column(2).numbers();
+  for (std::size_t row = 0; row < batch.rowCount(); ++row) {
+    if (keys[row] >= low && keys[row] < high) {
+      ++found.rows;
+      found.sum += isNullNumber(numbers[row]) ? 0.0 : numbers[row];
     }
-    const auto number = loadPacked<double>(numbers + row * sizeof(double));
-    ++found.rows;
-    found.sum += isNullNumber(number) ? 0.0 : number;
   }
 }
 
-std::uint64_t sumOfColumn(GelType type, const DecodedColumn& column, std::size_t rows) {
-  switch (type) {
-    case GelType::number:
-      return sumOf<std::uint64_t>(column.values.data(), rows);
-    case GelType::key:
-      return sumOf<std::uint32_t>(column.values.data(), rows);
-    case GelType::text:
+void addDigest(const RowBatchPointer& batch, Found& found) {
+  std::vector<unsigned char*> row(batch->columnCount());
+  BatchRows rows;
+  for (rows.start(batch); rows.rowsLeft() > 0;) {
+    rows.take(row.data());
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      found.digest += digestOf(batch->column(i).type(), row[i]) * (i + 1);
+    }
+  }
+}
+
+std::uint64_t sumOfColumn(const BatchColumn& column, std::size_t rows) {
+  switch (column.type()) {
+    case MetaTypeColumn::number:
+      return sumOf<std::uint64_t>(column.value(0), rows);
+    case MetaTypeColumn::key:
+      return sumOf<std::uint32_t>(column.value(0), rows);
+    default:
       break;
   }
   std::uint64_t sum = 0;
-  for (const std::uint32_t offset : column.texts.offsets) {
-    sum += loadPacked<std::uint32_t>(column.texts.bytes.data() + offset);
+  for (std::size_t row = 0; row < rows; ++row) {
+    sum += lengthFromBytes(column.text(row));
   }
   return sum;
+}
+
+void addValues(const RowBatch& batch, Found& found) {
+  for (const BatchColumn& column : batch.columns()) {
+    found.added += sumOfColumn(column, batch.rowCount());
+  }
 }
 
 class GelFormat : public TableFormat {
@@ -126,7 +110,7 @@ class GelFormat : public TableFormat {
   explicit GelFormat(int threads) : m_threads(threads) {}
 
   std::string name() const override { return "gel"; }
-  void prepare(const SampleTable& table) override { m_rows.fill(table); }
+  void prepare(const SampleTable& table) override { m_batches = batchesOf(table); }
 
   void write(const SampleTable& table, const std::string& folder) override {
     GlobalParameters parameters;
@@ -136,10 +120,9 @@ class GelFormat : public TableFormat {
     PinOutMetaData columns;
     OneRow row(&columns);
     describeColumns(table, row);
-    const unsigned char* next = m_rows.begin();
-    for (std::size_t count = 0; isWritten && count < table.rows; ++count) {
-      next = m_rows.point(next, row.getAllColForWrite());
-      isWritten = writer.writeToHD(&row);
+    isWritten = isWritten && writer.layOut(&row);
+    for (const RowBatchPointer& batch : m_batches) {
+      isWritten = isWritten && writer.writeToHD(*batch, 0, batch->rowCount());
     }
     if (!writer.closeHD(GlobalParameters::RunningState::endedNormally) || !isWritten) {
       throw std::runtime_error("cannot write " + pathOf(table, folder));
@@ -151,12 +134,12 @@ class GelFormat : public TableFormat {
     const auto file = open(table, folder);
     const std::vector<std::size_t> indices = columnIndices(*file, columns);
     Found found;
-    forEachBlock(*file, indices, {}, [&](DecodedBlock& block) {
-      found.rows += block.rowCount();
+    forEachBatch(*file, indices, {}, [&](const RowBatchPointer& batch) {
+      found.rows += batch->rowCount();
       if (values == Values::digested) {
-        addDigest(*file, indices, block, found);
+        addDigest(batch, found);
       } else {
-        addValues(*file, indices, block, found);
+        addValues(*batch, found);
       }
     });
     return found;
@@ -173,8 +156,8 @@ class GelFormat : public TableFormat {
              (statistics.high >= low && statistics.low < high);
     };
     Found found;
-    forEachBlock(*file, indices, mayHaveRows,
-                 [&](DecodedBlock& block) { addRange(block, low, high, found); });
+    forEachBatch(*file, indices, mayHaveRows,
+                 [&](const RowBatchPointer& batch) { addRange(*batch, low, high, found); });
     return found;
   }
 
@@ -202,45 +185,42 @@ class GelFormat : public TableFormat {
     return indices;
   }
 
-  static void addDigest(const GelFile& file, const std::vector<std::size_t>& indices,
-                        DecodedBlock& block, Found& found) {
-    std::vector<unsigned char*> row(indices.size());
-    while (block.takeRow(row.data())) {
-      for (std::size_t i = 0; i < row.size(); ++i) {
-        found.digest += digestOf(file.meta(indices[i]).type(), row[i]) * (i + 1);
-      }
-    }
-  }
-
-  static void addValues(const GelFile& file, const std::vector<std::size_t>& indices,
-                        DecodedBlock& block, Found& found) {
-    for (std::size_t i = 0; i < indices.size(); ++i) {
-      found.added += sumOfColumn(file.column(indices[i]).type, block.column(i), block.rowCount());
-    }
-  }
-
+  // Units are decoded on as many threads.
   template <typename Use>
-  void forEachBlock(const GelFile& file, const std::vector<std::size_t>& indices,
-                    BlockReader::WantsBlock wantsBlock, Use use) const {
-    auto reader = BlockReader::open(file, indices, std::move(wantsBlock));
-    if (!reader) {
-      throw std::runtime_error("cannot open " + reader.error());
+  void forEachBatch(const GelFile& file, const std::vector<std::size_t>& indices,
+                    BlockUnits::WantsBlock wantsBlock, Use use) const {
+    auto units = BlockUnits::open(file, indices, std::move(wantsBlock));
+    if (!units) {
+      throw std::runtime_error("cannot open " + units.error());
     }
-    constexpr int kBlocksAhead = 2;
-    BlocksAhead blocks([&](auto spare) { return (*reader)->next(std::move(spare)); },
-                       m_threads > 1 ? kBlocksAhead : 0);
-    for (ReadEvent event = blocks.next(); event.kind != ReadEvent::Kind::end;
-         event = blocks.next()) {
-      if (event.kind != ReadEvent::Kind::block) {
-        throw std::runtime_error(file.path() + " is damaged");
+    const auto launch = m_threads > 1 ? std::launch::async : std::launch::deferred;
+    std::deque<std::future<std::vector<ReadEvent>>> decoded;
+    const auto readAhead = [&] {
+      std::unique_ptr<BlockUnit> unit;
+      while (decoded.size() < static_cast<std::size_t>(m_threads) &&
+             (unit = (*units)->next()) != nullptr) {
+        decoded.push_back(std::async(launch, [read = std::move(unit)] {
+          read->parse();
+          return std::move(read->events());
+        }));
       }
-      use(*event.block);
-      blocks.recycle(std::move(event.block));
+    };
+    for (readAhead(); !decoded.empty(); readAhead()) {
+      for (const ReadEvent& event : decoded.front().get()) {
+        if (event.kind != ReadEvent::Kind::rows) {
+          throw std::runtime_error(file.path() + " is damaged");
+        }
+        use(event.batch);
+      }
+      decoded.pop_front();
+    }
+    if ((*units)->end().kind != ReadEvent::Kind::end) {
+      throw std::runtime_error(file.path() + " is damaged");
     }
   }
 
   const int m_threads;
-  StoredRows m_rows;
+  std::vector<RowBatchPointer> m_batches;
 };
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "cli/gel/messages.h"
 #include "cli/printable_text.h"
 #include "columnar/reader/block_reader.h"
+#include "host/contract/batch_rows.h"
 #include "host/tables/csv/csv_row_format.h"
 
 namespace kelvarin {
@@ -47,7 +48,7 @@ QString damageText(const QString& file, const ReadEvent& event) {
       return gel_messages::fileCut(file, event.firstRow);
     case ReadEvent::Kind::noMemory:
       return gel_messages::noMemory(file);
-    case ReadEvent::Kind::block:
+    case ReadEvent::Kind::rows:
     case ReadEvent::Kind::end:
       break;
   }
@@ -70,9 +71,10 @@ bool printRows(const GelFile& file, BlockReader& reader, PinOutMetaData& columns
   CsvRowFormat format(CsvDialect{}, typesOf(columns));
   (void)format.appendNames(row);
   std::size_t damages = 0;
-  for (ReadEvent event; rowsLeft > 0 && !isOutputClosed();) {
-    event = reader.next(std::move(event.block));
-    if (event.kind != ReadEvent::Kind::block) {
+  BatchRows rows;
+  while (rowsLeft > 0 && !isOutputClosed()) {
+    const ReadEvent event = reader.next();
+    if (event.kind != ReadEvent::Kind::rows) {
       const QString text = damageText(QString::fromStdString(file.path()), event);
       damages += text.isEmpty() ? 0 : 1;
       if (!text.isEmpty() && damages <= kMaxLines) {
@@ -83,7 +85,8 @@ bool printRows(const GelFile& file, BlockReader& reader, PinOutMetaData& columns
       }
       continue;
     }
-    for (; rowsLeft > 0 && event.block->takeRow(row.getAllColForWrite()); --rowsLeft) {
+    for (rows.start(event.batch); rowsLeft > 0 && rows.rowsLeft() > 0; --rowsLeft) {
+      rows.take(row.getAllColForWrite());
       (void)format.appendRow(row);
     }
     print(format);

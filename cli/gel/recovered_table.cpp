@@ -1,17 +1,24 @@
 #include "cli/gel/recovered_table.h"
 
 #include "cli/gel/messages.h"
-#include "columnar/reader/block_rows.h"
 #include "columnar/reader/stored_order.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
 
-namespace {
+// Rows that the recovery has found, or its last event. Finding them is what takes time, and that
+// goes block after block.
+class RecoveredTable::Unit final : public BatchUnit {
+ public:
+  explicit Unit(const ReadEvent& event) : m_kind(event.kind) { m_batch = event.batch; }
 
-constexpr int kBlocksAhead = 2;
+  void parse() override {}
+  std::size_t byteCount() const override { return m_batch ? m_batch->byteCount() : 0; }
+  ReadEvent::Kind kind() const { return m_kind; }
 
-}  // namespace
+ private:
+  const ReadEvent::Kind m_kind;
+};
 
 RecoveredTable::RecoveredTable(XMLNode node, GlobalParameters* parameters, const GelFile& file,
                                TableRecovery& recovery)
@@ -23,12 +30,6 @@ RecoveredTable::RecoveredTable(XMLNode node, GlobalParameters* parameters, const
 
 ActionItem* RecoveredTable::createFromXML(XMLNode node, GlobalParameters* parameters) {
   return new RecoveredTable(node, parameters, m_file, m_recovery);
-}
-
-char RecoveredTable::close() {
-  m_blocksAhead.reset();
-  m_block.reset();
-  return 0;
 }
 
 bool RecoveredTable::announce(ActionItem* action) {
@@ -50,29 +51,28 @@ bool RecoveredTable::announce(ActionItem* action) {
     return true;
   }
   self.m_recovery.stopWhen([&self] { return self.run() != nullptr && !self.run()->isRunning(); });
-  self.m_blocksAhead.emplace(
-      [&self](std::unique_ptr<DecodedBlock> spare) {
-        return self.m_recovery.next(std::move(spare));
-      },
-      kBlocksAhead);
-  self.computeRoutine = &publishRowOfBlock<RecoveredTable>;
-  return !self.takeNextBlock();
+  self.m_isReading = true;
+  self.computeRoutine = &RecoveredTable::end;
+  return false;
 }
 
-bool RecoveredTable::takeNextBlock() {
-  if (m_block) {
-    m_blocksAhead->recycle(std::move(m_block));
-  }
-  ReadEvent event = m_blocksAhead->next();
-  m_block = std::move(event.block);
-  if (event.kind == ReadEvent::Kind::noMemory) {
+std::unique_ptr<BatchUnit> RecoveredTable::readUnit() {
+  const ReadEvent event = m_recovery.next();
+  return event.kind == ReadEvent::Kind::end ? nullptr : std::make_unique<Unit>(event);
+}
+
+RowBatchPointer RecoveredTable::accept(BatchUnit& unit) {
+  if (static_cast<Unit&>(unit).kind() == ReadEvent::Kind::noMemory) {
     MainUI::addLog(LogLevel::error, gel_messages::noMemory(QString::fromStdString(m_file.path())));
     failRun();
+    m_isReading = false;
   }
-  if (m_block) {
-    offerRowsOfBlock(*this);
-  }
-  return m_block != nullptr;
+  return unit.batch();
+}
+
+int RecoveredTable::maxUnitsAhead() const {
+  constexpr int kUnitsAhead = 4;
+  return kUnitsAhead;
 }
 
 }  // namespace kelvarin

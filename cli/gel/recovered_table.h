@@ -3,19 +3,16 @@
 //
 // It is in no catalogue but that command's. The recovery belongs to the command, which asks it for
 // the outcome when the run is over.
-// Threads: the engine's, beside one reading thread.
+// Threads: those of ActionItem and BatchSource.
 // Errors: logged, and the run fails.
 #pragma once
 
-#include <optional>
-
-#include "columnar/reader/blocks_ahead.h"
 #include "columnar/reader/table_recovery.h"
 #include "host/contract/action_item.h"
 
 namespace kelvarin {
 
-class RecoveredTable final : public ActionItem {
+class RecoveredTable final : public ActionItem, public BatchSource {
  public:
   static constexpr char kTypeName[] = "RecoveredTable";
 
@@ -24,22 +21,23 @@ class RecoveredTable final : public ActionItem {
                  TableRecovery& recovery);
 
   const char* typeName() const override { return kTypeName; }
-  char close() override;
   void setComputeRoutine() override { computeRoutine = &RecoveredTable::announce; }
   ActionItem* createFromXML(XMLNode node, GlobalParameters* parameters) override;
 
-  // The one whose rows are published; null when there is none.
-  DecodedBlock* block() const { return m_block.get(); }
-  // False at the end and after a failure.
-  bool takeNextBlock();
+  bool canReadUnits() const override { return m_isReading; }
+  std::unique_ptr<BatchUnit> readUnit() override;
+  RowBatchPointer accept(BatchUnit& unit) override;
+  int maxUnitsAhead() const override;
 
  private:
+  class Unit;
+
   static bool announce(ActionItem* action);
+  static bool end(ActionItem*) { return true; }
 
   const GelFile& m_file;
   TableRecovery& m_recovery;
-  std::unique_ptr<DecodedBlock> m_block;
-  std::optional<BlocksAhead> m_blocksAhead;  // its thread is the first to go
+  bool m_isReading = false;
 };
 
 }  // namespace kelvarin

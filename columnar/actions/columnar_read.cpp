@@ -1,6 +1,7 @@
 #include "columnar/actions/columnar_read.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include <QFile>
 
@@ -165,7 +166,7 @@ ColumnarRead::Opening ColumnarRead::openFile(const QString& path) {
       MainUI::addLog(LogLevel::information, columnar_messages::stoppedWriterAdvice(path));
     }
   }
-  return chooseColumns() && prepareFilter() && startBlocks() ? Opening::opened : Opening::failed;
+  return chooseColumns() && prepareFilter() && startUnits() ? Opening::opened : Opening::failed;
 }
 
 ColumnarRead::Opening ColumnarRead::missFile() {
@@ -272,8 +273,8 @@ bool ColumnarRead::prepareFilter() {
   return bound || fail(bound.error());
 }
 
-bool ColumnarRead::startBlocks() {
-  BlockReader::WantsBlock wantsBlock;
+bool ColumnarRead::startUnits() {
+  BlockUnits::WantsBlock wantsBlock;
   if (m_settings.filterRows) {
     wantsBlock = [this](const GelFile& file, const BlockInfo& block) {
       const bool isWanted = m_filter.wantsBlock(file, block);
@@ -281,51 +282,75 @@ bool ColumnarRead::startBlocks() {
       return isWanted;
     };
   }
-  auto reader = BlockReader::open(*m_gelFile, m_columns, std::move(wantsBlock));
-  if (!reader) {
+  auto units = BlockUnits::open(*m_gelFile, m_columns, std::move(wantsBlock));
+  if (!units) {
     return fail(columnar_messages::cannotOpenSideFile(
-        QFile::decodeName(QByteArray::fromStdString(reader.error()))));
+        QFile::decodeName(QByteArray::fromStdString(units.error()))));
   }
-  if (!m_action.mustComputeFull()) {
-    return true;
+  if (m_action.mustComputeFull()) {
+    m_units = std::move(*units);
+    m_isFileOver = false;
   }
-  m_blockReader = std::move(*reader);
-  m_blocksAhead.emplace(
-      [this](std::unique_ptr<DecodedBlock> spare) { return m_blockReader->next(std::move(spare)); },
-      m_settings.blocksAhead);
   return true;
 }
 
-// The reading thread ends first.
 void ColumnarRead::closeFile() {
-  m_blocksAhead.reset();
-  m_block.reset();
-  m_blockReader.reset();
+  m_units.reset();
   if (m_gelFile) {
     m_rowsOfFilesDone += m_gelFile->rowCount();
     m_gelFile.reset();
   }
 }
 
-DecodedBlock* ColumnarRead::nextBlock() {
-  if (m_block && m_blocksAhead) {
-    m_blocksAhead->recycle(std::move(m_block));
+bool ColumnarRead::canReadUnits() const {
+  return m_units && m_events.empty() && isRunning();
+}
+
+std::unique_ptr<BatchUnit> ColumnarRead::readUnit() {
+  return m_isFileOver ? nullptr : m_units->next();
+}
+
+// Nothing of the file is on its way any more, since all units have been accepted.
+bool ColumnarRead::readOn() {
+  if (!m_isFileOver) {
+    (void)take(m_units->end());
   }
-  while (m_blocksAhead && isRunning()) {
-    if (DecodedBlock* block = take(m_blocksAhead->next())) {
-      return block;
+  return isRunning() && openNextFile();
+}
+
+// Small blocks of one unit count together.
+int ColumnarRead::maxUnitsAhead() const {
+  constexpr std::size_t kMany = 1 << 20;
+  const auto blocks = static_cast<std::size_t>(std::max(m_settings.blocksAhead, 0));
+  return m_units ? static_cast<int>(std::min(blocks * m_units->unitsOfBlock(), kMany)) : 0;
+}
+
+RowBatchPointer ColumnarRead::accept(BlockUnit& unit) {
+  if (m_isFileOver) {
+    return nullptr;
+  }
+  const bool isNext = m_events.empty();
+  std::move(unit.events().begin(), unit.events().end(), std::back_inserter(m_events));
+  return isNext ? nextRows() : nullptr;
+}
+
+RowBatchPointer ColumnarRead::nextRows() {
+  while (!m_events.empty() && isRunning()) {
+    const ReadEvent event = std::move(m_events.front());
+    m_events.pop_front();
+    if (RowBatchPointer rows = take(event)) {
+      return rows;
     }
   }
   return nullptr;
 }
 
-DecodedBlock* ColumnarRead::take(ReadEvent event) {
+RowBatchPointer ColumnarRead::take(const ReadEvent& event) {
   switch (event.kind) {
-    case ReadEvent::Kind::block:
+    case ReadEvent::Kind::rows:
       reportProgress(event.firstRow);
-      m_block = std::move(event.block);
-      ++m_blocksRead;
-      return m_block.get();
+      m_blocksRead += static_cast<long long>(event.blocks);
+      return event.batch;
     case ReadEvent::Kind::corrupted:
       follow(m_damage.corrupted(m_file, event.firstRow, event.lastRow, event.cause));
       return nullptr;
@@ -340,23 +365,20 @@ DecodedBlock* ColumnarRead::take(ReadEvent event) {
       if (event.cause == ReadStatus::incomplete) {
         MainUI::addLog(LogLevel::information, columnar_messages::stillWritten(m_file));
       }
-      openNextFile();
       return nullptr;
   }
   return nullptr;
 }
 
+// Units of the file may still be under way, so it is closed later.
 void ColumnarRead::follow(AfterDamage decision) {
-  switch (decision) {
-    case AfterDamage::goOn:
-      return;
-    case AfterDamage::endFile:
-      openNextFile();
-      return;
-    case AfterDamage::stopRun:
-      m_action.failRun();
-      closeFile();
-      return;
+  if (decision == AfterDamage::goOn) {
+    return;
+  }
+  m_isFileOver = true;
+  m_events.clear();
+  if (decision == AfterDamage::stopRun) {
+    m_action.failRun();
   }
 }
 

@@ -1,12 +1,14 @@
-// One run of ReadColumnarGel: its files in order, and their blocks.
+// One run of ReadColumnarGel: its files in order, and their rows.
 //
 // Made by the action at its first row and destroyed when it is closed. Opening, columns and
-// messages are here; damage_policy.h decides about damage.
-// Threads: the engine's; fractionDone() from any.
+// messages are here; damage_policy.h decides about damage. Rows come by units; where a unit has
+// damage between its rows, those after it come by nextRows(), so that all is judged in its order.
+// Threads: the engine's; readUnit() on any, one at a time; fractionDone() from any.
 // Errors: logged here, and the run is marked as failed.
 #pragma once
 
 #include <atomic>
+#include <deque>
 #include <memory>
 #include <optional>
 
@@ -15,8 +17,7 @@
 #include "columnar/actions/damage_policy.h"
 #include "columnar/actions/read_settings.h"
 #include "columnar/actions/waiting.h"
-#include "columnar/reader/block_reader.h"
-#include "columnar/reader/blocks_ahead.h"
+#include "columnar/reader/block_units.h"
 #include "host/contract/claimed_names.h"
 
 namespace kelvarin {
@@ -30,8 +31,15 @@ class ColumnarRead {
   // Finds the names, opens the first file and announces its columns. False: no file to read, or a
   // failure.
   bool begin();
-  // The next rows; null at the end and after a failure. The previous block is filled again.
-  DecodedBlock* nextBlock();
+  // See BatchSource.
+  bool canReadUnits() const;
+  std::unique_ptr<BatchUnit> readUnit();
+  RowBatchPointer accept(BlockUnit& unit);
+  bool readOn();
+  int maxUnitsAhead() const;
+  // The next rows of the units that have been accepted; null when there are none.
+  RowBatchPointer nextRows();
+
   // 0 to 1, -1 when unknown.
   float fractionDone() const { return m_fractionDone; }
   long long blocksRead() const { return m_blocksRead; }
@@ -57,12 +65,12 @@ class ColumnarRead {
   bool fail(const QString& line);
   bool chooseColumns();
   bool prepareFilter();
-  bool startBlocks();
+  bool startUnits();
   void announceColumns();
   void closeFile();
 
-  // Handles the next event of a file; null when it has no block.
-  DecodedBlock* take(ReadEvent event);
+  // Handles the next event of a file; null when it has no rows.
+  RowBatchPointer take(const ReadEvent& event);
   void follow(AfterDamage decision);
   void reportProgress(std::uint64_t rowsOfFile);
   bool isRunning() const;
@@ -86,16 +94,15 @@ class ColumnarRead {
   QString m_file;
   ChosenColumns m_columns;
   std::unique_ptr<GelFile> m_gelFile;
-  std::unique_ptr<BlockReader> m_blockReader;
-  std::unique_ptr<DecodedBlock> m_block;
+  std::unique_ptr<BlockUnits> m_units;     // units that are being parsed need it
+  std::atomic<bool> m_isFileOver = false;  // what has been read of it beyond does not count
+  std::deque<ReadEvent> m_events;          // of accepted units
 
   std::uint64_t m_rowsExpected = 0;  // of all files; 0: unknown, and progress counts files
   std::uint64_t m_rowsOfFilesDone = 0;
   std::atomic<float> m_fractionDone{0.0f};
   long long m_blocksRead = 0;
-  std::atomic<long long> m_blocksSkipped{0};  // by the block filter, on the reading thread
-
-  std::optional<BlocksAhead> m_blocksAhead;  // its thread is the first to go
+  std::atomic<long long> m_blocksSkipped{0};  // by the block filter, in readUnit()
 };
 
 }  // namespace kelvarin

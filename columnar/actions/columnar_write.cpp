@@ -40,15 +40,6 @@ QHash<QString, int> columnSetsFor(const ActionItem& action, const OneRow& column
   return sets;
 }
 
-std::vector<MetaTypeColumn> typesOf(const OneRow& columns) {
-  std::vector<MetaTypeColumn> types;
-  types.reserve(static_cast<std::size_t>(columns.sz()));
-  for (int i = 0; i < columns.sz(); ++i) {
-    types.push_back(columns.getMetaType(i));
-  }
-  return types;
-}
-
 bool isSortedOn(const OneRow& columns, int column) {
   return !columns.sortInfos().isEmpty() && columns.sortInfos().first().column() == column;
 }
@@ -91,6 +82,7 @@ ColumnarWrite::ColumnarWrite(ActionItem& action, const WriteColumnarSettings& se
       m_file(action.expandOutputFile(settings.file, QString())) {}
 
 bool ColumnarWrite::plan(const OneRow& columns) {
+  m_row.copyFrom(&columns);
   m_files.emplace(m_action, m_settings,
                   columnSetsFor(m_action, columns, m_settings.columnSets(), m_listedSets), m_names,
                   m_pause);
@@ -119,9 +111,7 @@ bool ColumnarWrite::planSplit(const OneRow& columns) {
   switch (m_settings.splitKind()) {
     case Split::none:
       m_write = &ColumnarWrite::writeInOneFile;
-      if (!m_test) {
-        m_rowsTogether.emplace(typesOf(columns));
-      }
+      m_takesBatches = !m_test;
       return true;
     case Split::bySize:
       m_write = &ColumnarWrite::writeBySize;
@@ -168,17 +158,30 @@ bool ColumnarWrite::write(const OneRow& row) {
   return (this->*m_write)(row);
 }
 
+bool ColumnarWrite::write(const RowBatchPointer& batch) {
+  return m_takesBatches ? m_files->write(m_table, *batch) : writeEachRow(batch);
+}
+
+bool ColumnarWrite::writeEachRow(const RowBatchPointer& batch) {
+  m_rows.start(batch);
+  while (m_rows.rowsLeft() > 0) {
+    m_rows.take(m_row.getAllColForWrite());
+    if (!write(m_row)) {
+      return false;
+    }
+  }
+  m_rows.clear();
+  return true;
+}
+
 bool ColumnarWrite::writeInOneFile(const OneRow& row) {
   if (m_table == nullptr) [[unlikely]] {
     m_table = m_files->open(m_file);
     if (m_table == nullptr) {
       return false;
     }
-    return m_files->write(m_table, row);
   }
-  const std::size_t count = m_rowsTogether ? m_rowsTogether->takeRows(m_action, 0) : 0;
-  return count == 0 ? m_files->write(m_table, row)
-                    : m_files->write(m_table, *m_rowsTogether, count);
+  return m_files->write(m_table, row);
 }
 
 // A file ends with the first block before which its blocks are large enough.

@@ -11,6 +11,7 @@
 #include "columnar/actions/output_files.h"
 #include "columnar/actions/row_condition.h"
 #include "columnar/actions/split_names.h"
+#include "host/contract/batch_rows.h"
 
 namespace kelvarin {
 
@@ -21,9 +22,9 @@ class ColumnarWrite {
 
   // Finds the columns that the settings name. False: logged.
   [[nodiscard]] bool plan(const OneRow& columns);
-  // Writes the current row of pin 0, and the following rows with it where possible. False: the run
-  // ends.
+  // These write rows of pin 0. False: the run ends.
   [[nodiscard]] bool write(const OneRow& row);
+  [[nodiscard]] bool write(const RowBatchPointer& batch);
   // The input has no more rows.
   void endOfRows();
   // Closes every file with the run's state. False: what was written is not all on the disk.
@@ -37,6 +38,7 @@ class ColumnarWrite {
   bool planSplitByValue(const OneRow& columns);
   bool planNaming();
   bool writeInOneFile(const OneRow& row);
+  bool writeEachRow(const RowBatchPointer& batch);
   bool writeBySize(const OneRow& row);
   bool writeByValue(const OneRow& row);
   bool changeSplit(const OneRow& row);
@@ -55,7 +57,11 @@ class ColumnarWrite {
   std::optional<OutputFiles> m_files;
   std::optional<RowCondition> m_test;
   Write m_write = nullptr;
-  std::optional<ColumnsInHand> m_rowsTogether;  // when all rows go into one file
+  bool m_takesBatches = false;  // all rows go into one file
+  // Of a batch that is looked at row by row: the rows, and the current one with its columns.
+  BatchRows m_rows;
+  PinOutMetaData m_columns;
+  OneRow m_row{&m_columns};
 
   Table m_table;      // the current file, unless m_openSplits has it
   int m_segment = 0;  // the next one, when splitting by size

@@ -82,8 +82,8 @@ bool OutputFiles::write(Table& table, const OneRow& row) {
   return table->writer().writeToHD(&row) || dropFailed(table);
 }
 
-bool OutputFiles::write(Table& table, const ColumnsInHand& rows, std::size_t count) {
-  return table->writer().writeToHD(rows, count) || dropFailed(table);
+bool OutputFiles::write(Table& table, const RowBatch& batch) {
+  return table->writer().writeToHD(batch, 0, batch.rowCount()) || dropFailed(table);
 }
 
 bool OutputFiles::dropFailed(Table& table) {

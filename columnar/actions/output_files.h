@@ -32,7 +32,8 @@ class OutputFiles {
   Table open(const QString& file);
   // A table that fails is destroyed.
   [[nodiscard]] bool write(Table& table, const OneRow& row);
-  [[nodiscard]] bool write(Table& table, const ColumnsInHand& rows, std::size_t count);
+  // After the first row of the table.
+  [[nodiscard]] bool write(Table& table, const RowBatch& batch);
   bool hasOpened() const { return m_hasOpened; }
   // With the state of the run.
   bool close(Table& table);

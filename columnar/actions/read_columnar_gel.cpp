@@ -4,7 +4,6 @@
 #include "actions/frame/variables_xml.h"
 #include "columnar/actions/claimed_tables.h"
 #include "columnar/actions/messages.h"
-#include "columnar/reader/block_rows.h"
 #include "host/contract/attribute_table.h"
 #include "host/contract/host_services.h"
 #include "host/contract/main_ui.h"
@@ -120,7 +119,7 @@ void ReadColumnarGel::setColumnsToRead(QStringList columns) {
 
 char ReadColumnarGel::init() {
   ActionItem::init();
-  m_block = nullptr;
+  m_rows.clear();
   m_read.reset();
   m_names.giveBack();
   warnOfIdleSettings();
@@ -169,7 +168,7 @@ char ReadColumnarGel::close() {
     report.blocksSkipped = m_read->blocksSkipped();
     services->actionReported(*this, report);
   }
-  m_block = nullptr;
+  m_rows.clear();
   m_read.reset();
   m_names.giveBack();
   return 0;
@@ -201,17 +200,23 @@ bool ReadColumnarGel::computeFirstRow(ActionItem* action) {
   if (!self.m_read->begin() || !self.mustComputeFull()) {
     return true;
   }
-  self.computeRoutine = &publishRowOfBlock<ReadColumnarGel>;
-  return !self.takeNextBlock();
+  self.computeRoutine = &ReadColumnarGel::computeRow;
+  return false;
 }
 
-bool ReadColumnarGel::takeNextBlock() {
-  m_block = m_read->nextBlock();
-  if (m_block == nullptr) {
-    return false;
+// Called where no unit can be read: at the end, or for rows that follow damage.
+bool ReadColumnarGel::computeRow(ActionItem* action) {
+  auto& self = static_cast<ReadColumnarGel&>(*action);
+  while (self.m_rows.rowsLeft() == 0) {
+    const RowBatchPointer rows = self.m_read->nextRows();
+    if (rows == nullptr) {
+      return !self.canReadUnits();
+    }
+    self.m_rows.start(rows);
   }
-  offerRowsOfBlock(*this);
-  return true;
+  self.m_rows.take(self.getOutputRowForOutputPin(0)->getAllColForWrite());
+  self.setRowReadyForOutput(0);
+  return false;
 }
 
 }  // namespace kelvarin

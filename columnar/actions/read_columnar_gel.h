@@ -1,8 +1,8 @@
 // Reads columnar files and outputs their rows.
 //
-// The first call of the row routine finds the files and opens the first one, later calls output
-// rows; the rest is in columnar_read.h.
-// Threads: those of ActionItem, and one reading thread.
+// The first call of the row routine finds the files and opens the first one, rows come by units; the
+// rest is in columnar_read.h.
+// Threads: those of ActionItem and BatchSource.
 // Errors: logged, and the run fails.
 #pragma once
 
@@ -13,10 +13,13 @@
 #include "columnar/actions/columnar_read.h"
 #include "columnar/actions/read_settings.h"
 #include "host/contract/action_item.h"
+#include "host/contract/batch_rows.h"
 
 namespace kelvarin {
 
-class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem>, public FileUser {
+class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem>,
+                        public FileUser,
+                        public BatchSource {
  public:
   ReadColumnarGel(XMLNode node, GlobalParameters* parameters);
 
@@ -30,6 +33,16 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem>, public F
   char fullTableRequiredToComputeMetas(int pin, bool* isKnown) override;
   QList<UsedFile> usedFiles() const override;
 
+  bool canReadUnits() const override {
+    return m_read && m_rows.rowsLeft() == 0 && m_read->canReadUnits();
+  }
+  std::unique_ptr<BatchUnit> readUnit() override { return m_read->readUnit(); }
+  RowBatchPointer accept(BatchUnit& unit) override {
+    return m_read->accept(static_cast<BlockUnit&>(unit));
+  }
+  bool readOn() override { return m_read->readOn(); }
+  int maxUnitsAhead() const override { return m_read->maxUnitsAhead(); }
+
   // For editors, between runs. A setter leaves what saving and reading the action's XML would; the
   // settings decide the number of input pins.
   const ReadColumnarSettings& settings() const { return m_settings; }
@@ -39,16 +52,12 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem>, public F
   const QStringList& columnsToRead() const { return m_columnsToRead; }
   void setColumnsToRead(QStringList columns);
 
-  // The block whose rows are published; null when there is none.
-  DecodedBlock* block() const { return m_block; }
-  // False at the end and after a failure.
-  bool takeNextBlock();
-
   // For tests: replaces the sleep while a missing file is waited for.
   void setPause(Pause pause) { m_pause = std::move(pause); }
 
  private:
   static bool computeFirstRow(ActionItem* action);
+  static bool computeRow(ActionItem* action);
   [[nodiscard]] bool claimFiles();  // false: logged
   // Warns of a filter that is set but not applied, or the reverse, and of an unused list of
   // columns.
@@ -61,7 +70,7 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem>, public F
   ClaimedNames m_names;
 
   std::unique_ptr<ColumnarRead> m_read;
-  DecodedBlock* m_block = nullptr;  // the source of the current rows
+  BatchRows m_rows;  // that are published one by one
 };
 
 }  // namespace kelvarin

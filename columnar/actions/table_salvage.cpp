@@ -16,6 +16,20 @@ namespace {
 
 using RunningState = GlobalParameters::RunningState;
 
+PinOutMetaData columnsOf(const GelFile& file, const std::vector<std::size_t>& columns) {
+  QVector<QString> names;
+  QVector<MetaInfo> metas;
+  for (const std::size_t column : columns) {
+    names += QString::fromStdString(file.column(column).name);
+    metas += file.meta(column);
+  }
+  PinOutMetaData metaData;
+  metaData.setNames(names);
+  metaData.setMetas(metas);
+  metaData.setSortOrder(storedOrder(file, columns));
+  return metaData;
+}
+
 // The new table while it is written: its writer, and its files until it is whole.
 class NewTable {
  public:
@@ -49,10 +63,13 @@ class NewTable {
     }
     m_isCreated =
         m_writer.openHD(m_file, static_cast<int>(source.rowsInBlock()), sets, &m_parameters, 0);
-    return m_isCreated ? Status<QString>(Done{}) : Failure{failureText()};
+    PinOutMetaData metaData = columnsOf(source, columns);
+    const OneRow row(&metaData);
+    return m_isCreated && m_writer.layOut(&row) ? Status<QString>(Done{}) : Failure{failureText()};
   }
-  Status<QString> append(const OneRow& row) {
-    return m_writer.writeToHD(&row) ? Status<QString>(Done{}) : Failure{failureText()};
+  Status<QString> append(const RowBatch& batch) {
+    return m_writer.writeToHD(batch, 0, batch.rowCount()) ? Status<QString>(Done{})
+                                                          : Failure{failureText()};
   }
   Status<QString> finish() {
     m_isWhole = m_writer.closeHD(RunningState::endedNormally);
@@ -76,29 +93,6 @@ class NewTable {
   bool m_isWhole = false;
 };
 
-PinOutMetaData columnsOf(const GelFile& file, const std::vector<std::size_t>& columns) {
-  QVector<QString> names;
-  QVector<MetaInfo> metas;
-  for (const std::size_t column : columns) {
-    names += QString::fromStdString(file.column(column).name);
-    metas += file.meta(column);
-  }
-  PinOutMetaData metaData;
-  metaData.setNames(names);
-  metaData.setMetas(metas);
-  metaData.setSortOrder(storedOrder(file, columns));
-  return metaData;
-}
-
-Status<QString> appendBlock(NewTable& table, OneRow& row, DecodedBlock& block) {
-  while (block.takeRow(row.getAllColForWrite())) {
-    if (const Status<QString> appended = table.append(row); !appended) {
-      return appended;
-    }
-  }
-  return Done{};
-}
-
 }  // namespace
 
 Result<RecoveryOutcome, QString> salvageTable(const QString& damaged, const QString& newFile,
@@ -114,26 +108,22 @@ Result<RecoveryOutcome, QString> salvageTable(const QString& damaged, const QStr
   }
   (*recovery)->stopWhen(isStopped);
   const std::vector<std::size_t> columns = (*file)->columnsInRowOrder();
-  PinOutMetaData metaData = columnsOf(**file, columns);
-  OneRow row(&metaData);
   NewTable table(newFile);
   if (const Status<QString> created = table.create(**file, columns); !created) {
     return Failure{created.error()};
   }
-  std::unique_ptr<DecodedBlock> spare;
   while (!isStopped()) {
-    ReadEvent event = (*recovery)->next(std::move(spare));
+    const ReadEvent event = (*recovery)->next();
     if (event.kind == ReadEvent::Kind::noMemory) {
       return Failure{columnar_messages::noMemory(damaged, (*file)->rowsInBlock(), columns.size())};
     }
-    if (event.kind != ReadEvent::Kind::block) {
+    if (event.kind != ReadEvent::Kind::rows) {
       break;
     }
-    if (const Status<QString> appended = appendBlock(table, row, *event.block); !appended) {
+    if (const Status<QString> appended = table.append(*event.batch); !appended) {
       return Failure{appended.error()};
     }
     progress((*recovery)->outcome().rows);
-    spare = std::move(event.block);
   }
   const RecoveryOutcome outcome = (*recovery)->outcome();
   if (isStopped() || outcome.rows == 0) {

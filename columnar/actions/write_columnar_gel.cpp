@@ -256,18 +256,18 @@ bool WriteColumnarGel::computeFirstRow(ActionItem* action) {
     self.m_write->endOfRows();
     return true;
   }
-  self.computeRoutine = &WriteColumnarGel::computeRow;
+  self.computeRoutine = &WriteColumnarGel::computeBatch;
   return !self.m_write->plan(*row) || !self.m_write->write(*row);
 }
 
-bool WriteColumnarGel::computeRow(ActionItem* action) {
+bool WriteColumnarGel::computeBatch(ActionItem* action) {
   auto& self = static_cast<WriteColumnarGel&>(*action);
-  const OneRow* row = self.getNextRowFromInPin(0);
-  if (row == nullptr) {
+  const TakenBatch taken = self.getNextBatchFromInPin(0);
+  if (taken.batch == nullptr) {
     self.m_write->endOfRows();
     return true;
   }
-  return !self.m_write->write(*row);
+  return !self.m_write->write(taken.batch);
 }
 
 }  // namespace kelvarin

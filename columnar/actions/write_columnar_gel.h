@@ -18,6 +18,7 @@
 namespace kelvarin {
 
 class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem>,
+                         public BatchSink,
                          public FileUser,
                          public OutputCheck,
                          public ColumnUser {
@@ -47,7 +48,7 @@ class WriteColumnarGel : public Catalogued<WriteColumnarGel, ActionItem>,
 
  private:
   static bool computeFirstRow(ActionItem* action);
-  static bool computeRow(ActionItem* action);
+  static bool computeBatch(ActionItem* action);
   [[nodiscard]] bool claimFiles();  // false: logged
   QString warningAboutExtension() const;
   void warnOfSettingsWithoutEffect() const;

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "columnar/codecs/chunk_codec.h"
 #include "columnar/codecs/snappy_stream.h"
-#include "columnar/reader/column_decoding.h"
 
 namespace kelvarin {
 
@@ -70,17 +70,26 @@ Status<std::string> ChunkReader::openSets(const std::vector<std::size_t>& column
 }
 
 void ChunkReader::locate(const BlockInfo& block) {
-  m_rowCount = block.rowCount;
   for (Set& set : m_sets) {
     locateChunks(set, block);
   }
 }
 
-void ChunkReader::load(const BlockInfo& block) {
+FetchedBlock ChunkReader::fetch(const BlockInfo& block) {
   locate(block);
+  FetchedBlock fetched(block, m_file.descriptorLayout().width());
+  fetched.buffers.reserve(m_sets.size());
   for (Set& set : m_sets) {
     readChunks(set);
+    fetched.buffers.push_back(set.bytes);
   }
+  fetched.chunks.reserve(m_chunks.size());
+  for (const Chunk& chunk : m_chunks) {
+    const bool isThere = chunk.status == ReadStatus::ok;
+    fetched.chunks.push_back(
+        {chunk.column, chunk.status, chunk.begin, isThere ? bytesOf(chunk) : Bytes()});
+  }
+  return fetched;
 }
 
 std::optional<std::uint64_t> ChunkReader::chunkSize(std::size_t index) const {
@@ -154,7 +163,7 @@ void ChunkReader::readChunks(Set& set) {
   if (takeReadAhead(set)) {
     return;
   }
-  set.bytes.clear();
+  set.bytes = std::make_shared<ByteBuffer>();
   set.isAhead = false;
   const auto isReadable = [&](std::size_t i) {
     const Chunk& chunk = m_chunks[set.chunks[i]];
@@ -184,7 +193,7 @@ void ChunkReader::readChunks(Set& set) {
 }
 
 bool ChunkReader::takeReadAhead(Set& set) {
-  const std::uint64_t endOfBytes = set.aheadBegin + set.bytes.size();
+  const std::uint64_t endOfBytes = set.aheadBegin + set.bytes->size();
   for (const std::size_t chosen : set.chunks) {
     const Chunk& chunk = m_chunks[chosen];
     if (!set.isAhead || chunk.status != ReadStatus::ok || !chunk.hasEnd ||
@@ -209,14 +218,14 @@ void ChunkReader::locateInBuffer(Chunk& chunk, std::size_t bufferOffset, std::ui
 void ChunkReader::readRun(Set& set, std::size_t first, std::size_t end) {
   const std::uint64_t begin = m_chunks[set.chunks[first]].begin;
   std::uint64_t size = m_chunks[set.chunks[end - 1]].end - begin;
-  const std::size_t bufferOffset = set.bytes.size();
+  const std::size_t bufferOffset = set.bytes->size();
   if (size < kSmallBlock && end - first == set.endColumn - set.firstColumn) {
     size = std::clamp(set.knownSize - begin, size, kAhead);
     set.isAhead = true;
     set.aheadBegin = begin;
   }
-  const std::size_t count = set.source->readAt(begin, set.bytes.append(size), size);
-  set.bytes.resize(bufferOffset + count);
+  const std::size_t count = set.source->readAt(begin, set.bytes->append(size), size);
+  set.bytes->resize(bufferOffset + count);
   for (std::size_t i = first; i < end; ++i) {
     Chunk& chunk = m_chunks[set.chunks[i]];
     locateInBuffer(chunk, bufferOffset + (chunk.begin - begin), begin + count);
@@ -224,7 +233,7 @@ void ChunkReader::readRun(Set& set, std::size_t first, std::size_t end) {
 }
 
 void ChunkReader::readToStreamEnd(Set& set, Chunk& chunk) {
-  chunk.bufferOffset = set.bytes.size();
+  chunk.bufferOffset = set.bytes->size();
   const std::uint64_t available = set.source->size() - chunk.begin;
   for (std::uint64_t window = kFirstWindow;; window *= 2) {
     const std::size_t wanted = static_cast<std::size_t>(std::min(window, available));
@@ -233,14 +242,14 @@ void ChunkReader::readToStreamEnd(Set& set, Chunk& chunk) {
       return;
     }
     set.searchLimit -= wanted;
-    set.bytes.resize(chunk.bufferOffset + wanted);
+    set.bytes->resize(chunk.bufferOffset + wanted);
     const std::size_t count =
-        set.source->readAt(chunk.begin, set.bytes.data() + chunk.bufferOffset, wanted);
+        set.source->readAt(chunk.begin, set.bytes->data() + chunk.bufferOffset, wanted);
     if (count <= kChunkChecksumSize) {
       chunk.status = ReadStatus::truncated;
       return;
     }
-    const Bytes stream(set.bytes.data() + chunk.bufferOffset + kChunkChecksumSize,
+    const Bytes stream(set.bytes->data() + chunk.bufferOffset + kChunkChecksumSize,
                        count - kChunkChecksumSize);
     std::size_t length = 0;
     chunk.status = findSnappyEnd(stream, length);
@@ -260,15 +269,7 @@ bool ChunkReader::isCut(const Chunk& chunk) const {
 
 Bytes ChunkReader::bytesOf(const Chunk& chunk) const {
   const Set& set = m_sets[m_setOfChunk[static_cast<std::size_t>(&chunk - m_chunks.data())]];
-  return {set.bytes.data() + chunk.bufferOffset, static_cast<std::size_t>(chunk.end - chunk.begin)};
-}
-
-ReadStatus ChunkReader::decode(std::size_t index, DecodedColumn& column) {
-  const Chunk& chunk = m_chunks[index];
-  if (chunk.status != ReadStatus::ok) {
-    return chunk.status;
-  }
-  return decodeColumn(m_decoder, m_file.column(chunk.column), bytesOf(chunk), m_rowCount, column);
+  return {set.bytes->data() + chunk.bufferOffset, static_cast<std::size_t>(chunk.end - chunk.begin)};
 }
 
 }  // namespace kelvarin

@@ -1,7 +1,8 @@
-// Reads and decodes the chunks of chosen columns, a block at a time.
+// Reads the chunks of chosen columns, a block at a time.
 //
 // Only the bytes of these columns are read, neighbouring chunks with one call. Used by
-// block_reader.cpp and verification.
+// block_units.cpp, by verification and by the recovery of tables.
+// Threads: one at a time; a fetched block is on its own.
 // Errors: ReadStatus; never logs, throws only std::bad_alloc.
 #pragma once
 
@@ -11,10 +12,8 @@
 #include <vector>
 
 #include "base/result.h"
-#include "columnar/codecs/chunk_codec.h"
 #include "columnar/reader/block_scan.h"
-#include "columnar/reader/decoded_block.h"
-#include "columnar/reader/gel_file.h"
+#include "columnar/reader/fetched_block.h"
 
 namespace kelvarin {
 
@@ -26,26 +25,20 @@ class ChunkReader {
       const GelFile& file, const std::vector<std::size_t>& columns);
 
   std::size_t columnCount() const { return m_chunks.size(); }
-  // Locates the chunks of a block without reading them. Blocks are located or loaded in order, each
-  // once: no byte of a file belongs to two of them.
+  // Locates the chunks of a block without reading them. Blocks are located or fetched in order,
+  // each once: no byte of a file belongs to two of them.
   void locate(const BlockInfo& block);
   // Locates and reads them.
-  void load(const BlockInfo& block);
-  // `index` is that of the column in the list for open(). The values of the loaded chunk replace
-  // the content of `column`; after any status but ok they are unspecified.
-  [[nodiscard]] ReadStatus decode(std::size_t index, DecodedColumn& column);
-  // Whether the bytes of the loaded chunk have been read; decoding shows whether they are sound.
-  ReadStatus loadStatus(std::size_t index) const { return m_chunks[index].status; }
-  // The encoding byte of the chunk decoded last when it was refused for being unknown, else -1.
-  int unknownEncoding() const { return m_decoder.unknownEncoding(); }
-  // The offset of the loaded chunk in its side file.
+  FetchedBlock fetch(const BlockInfo& block);
+  // The offset of the located chunk in its side file; `index` is that of the column in the list for
+  // open().
   std::uint64_t chunkOffset(std::size_t index) const { return m_chunks[index].begin; }
   // Nothing for a chunk out of bounds, and for one that was only located and whose end only its own
   // bytes show.
   std::optional<std::uint64_t> chunkSize(std::size_t index) const;
 
  private:
-  // A column's chunk of the loaded block.
+  // A column's chunk of the current block.
   struct Chunk {
     std::uint64_t begin = 0;  // in the side file
     std::uint64_t end = 0;
@@ -68,7 +61,9 @@ class ChunkReader {
     std::uint64_t searchLimit = 0;  // bytes that may still be read to find the ends of streams
     std::uint64_t knownSize = 0;    // of the source, which may grow meanwhile
     std::uint64_t largestPart = 0;  // of the source
-    ByteBuffer bytes;               // of the loaded chunks
+    // Of the chunks that were read last, shared with fetched blocks. It is not changed any more once
+    // a block has been fetched.
+    std::shared_ptr<ByteBuffer> bytes = std::make_shared<ByteBuffer>();
     std::uint64_t aheadBegin = 0;   // of `bytes` in the source, when contiguous
     bool isAhead = false;           // they are, and may contain the following chunks
   };
@@ -93,8 +88,6 @@ class ChunkReader {
   std::vector<Chunk> m_chunks;
   std::vector<Set> m_sets;
   std::vector<std::size_t> m_setOfChunk;
-  std::uint32_t m_rowCount = 0;
-  ChunkDecoder m_decoder;
 };
 
 }  // namespace kelvarin

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "columnar/reader/column_decoding.h"
 
 namespace kelvarin {
 

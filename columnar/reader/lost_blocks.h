@@ -15,7 +15,7 @@
 
 #include "columnar/codecs/chunk_codec.h"
 #include "columnar/reader/chunk_chain.h"
-#include "columnar/reader/decoded_block.h"
+#include "columnar/reader/column_decoding.h"
 #include "columnar/reader/gel_file.h"
 
 namespace kelvarin {

@@ -1,19 +1,18 @@
-// What comes next in a columnar file: a block of rows, rows that are lost, or the end.
+// What comes next in a columnar file: rows, rows that are lost, or the end.
 //
-// Made by reader/block_reader.cpp, judged by the reading action.
+// Made by reader/block_unit.cpp and reader/table_recovery.cpp, judged by the reading action.
 #pragma once
 
 #include <cstdint>
-#include <memory>
 
 #include "columnar/format/read_status.h"
-#include "columnar/reader/decoded_block.h"
+#include "host/contract/row_batch.h"
 
 namespace kelvarin {
 
 struct ReadEvent {
   enum class Kind {
-    block,      // `block` has rows
+    rows,       // `batch` has those from firstRow to lastRow, but for blocks that nobody wants
     corrupted,  // rows firstRow to lastRow cannot be read; what follows can
     truncated,  // the file ends inside the block at firstRow; nothing follows
     noMemory,   // for the block at firstRow; nothing follows
@@ -23,7 +22,8 @@ struct ReadEvent {
   Kind kind = Kind::end;
   std::uint64_t firstRow = 0;  // counted from 0
   std::uint64_t lastRow = 0;
-  std::unique_ptr<DecodedBlock> block = nullptr;
+  RowBatchPointer batch = nullptr;
+  std::uint64_t blocks = 0;  // that begin in the batch
   // Why the rows are corrupted. At the end: `incomplete` while the writer is still at work.
   ReadStatus cause = ReadStatus::ok;
 

@@ -63,26 +63,26 @@ TextStatistics statisticsOfTexts(const DecodedTexts& texts) {
 }
 
 template <typename Statistics>
-bool isStored(const GelFile& file, const BlockInfo& block, std::size_t column,
+bool isStored(const GelFile& file, const unsigned char* descriptor, std::size_t column,
               const Statistics& statistics) {
   Statistics stored;
-  return file.descriptorLayout().readStatistics(block.descriptor, column, stored) &&
+  return file.descriptorLayout().readStatistics(descriptor, column, stored) &&
          stored == statistics;
 }
 
 }  // namespace
 
-bool matchesStatistics(const GelFile& file, const BlockInfo& block, std::size_t column,
+bool matchesStatistics(const GelFile& file, const unsigned char* descriptor, std::size_t column,
                        const DecodedColumn& values) {
   switch (file.column(column).type) {
     case GelType::key:
-      return isStored(file, block, column, statisticsOfKeys(values.values));
+      return isStored(file, descriptor, column, statisticsOfKeys(values.values));
     case GelType::number:
-      return isStored(file, block, column, statisticsOfNumbers(values.values));
+      return isStored(file, descriptor, column, statisticsOfNumbers(values.values));
     case GelType::text:
       break;
   }
-  return isStored(file, block, column, statisticsOfTexts(values.texts));
+  return isStored(file, descriptor, column, statisticsOfTexts(values.texts));
 }
 
 }  // namespace kelvarin

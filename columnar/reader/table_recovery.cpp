@@ -19,21 +19,20 @@ Result<std::unique_ptr<TableRecovery>, std::string> TableRecovery::open(const Ge
   if (const Status<std::string> status = recovery->openSides(); !status) {
     return Failure{status.error()};
   }
-  auto reader = BlockReader::open(file, recovery->m_columns);
-  if (!reader) {
-    return Failure{reader.error()};
+  auto chunks = ChunkReader::open(file, recovery->m_columns);
+  if (!chunks) {
+    return Failure{chunks.error()};
   }
-  recovery->m_reader = std::move(*reader);
+  recovery->m_chunks = std::move(*chunks);
   recovery->findGaps();
   return recovery;
 }
 
 TableRecovery::TableRecovery(const GelFile& file)
-    : m_file(file), m_columns(file.columnsInRowOrder()), m_scan(file) {
-  for (const std::size_t column : m_columns) {
-    m_types.push_back(file.meta(column).type());
-  }
-}
+    : m_file(file),
+      m_columns(file.columnsInRowOrder()),
+      m_blockDecoder(file, m_columns),
+      m_scan(file) {}
 
 Status<std::string> TableRecovery::openSides() {
   const std::vector<GelColumn>& columns = m_file.columns();
@@ -132,60 +131,64 @@ void TableRecovery::endGap(DescriptorGap gap, const unsigned char* following) {
   m_gaps.push_back(std::move(gap));
 }
 
-ReadEvent TableRecovery::next(std::unique_ptr<DecodedBlock> spare) {
+ReadEvent TableRecovery::next() {
   try {
-    return nextEvent(std::move(spare));
+    return nextEvent();
   } catch (const std::bad_alloc&) {
     m_isEnded = true;
     m_outcome.hasUncountedLoss = true;
-    return {ReadEvent::Kind::noMemory, m_outcome.rows, 0, nullptr};
+    return {.kind = ReadEvent::Kind::noMemory, .firstRow = m_outcome.rows};
   }
 }
 
-ReadEvent TableRecovery::nextEvent(std::unique_ptr<DecodedBlock> spare) {
+ReadEvent TableRecovery::nextEvent() {
   while (!m_isEnded && !m_isStopped()) {
-    if (m_lost) {
-      LostBlocks::Block block;
-      if (!m_lost->next(block)) {
-        leaveGap();
-      } else if (auto decoded = decodeFound(block, std::move(spare))) {
-        ++m_foundInGap;
-        ++m_outcome.foundBlocks;
-        return eventOf(std::move(decoded));
-      }
-      continue;
+    if (m_block) {
+      return nextBatch();
     }
-    BlockInfo block;
-    switch (m_scan.next(block)) {
-      case BlockScan::Step::block:
-        ++m_describedBlocks;
-        block.endsWithFile = false;  // other bytes may follow it
-        if (ReadEvent event = readDescribed(block, std::move(spare)); event.block) {
-          return eventOf(std::move(event.block));
-        }
-        break;
-      case BlockScan::Step::corrupted:
-      case BlockScan::Step::truncated:
-        (void)enterGap();
-        break;
-      case BlockScan::Step::end:
-        if (!enterGap()) {
-          return finish();
-        }
-        break;
+    if (!findBlock()) {
+      return finish();
     }
   }
   return {};
 }
 
-ReadEvent TableRecovery::readDescribed(const BlockInfo& block,
-                                       std::unique_ptr<DecodedBlock> spare) {
-  ReadEvent event = m_reader->read(block, std::move(spare));
-  if (!event.block) {
-    ++m_outcome.lostBlocks;
-    m_outcome.lostRows += block.rowCount;
+// Sets m_block, unless what comes next is damaged. False: at the end.
+bool TableRecovery::findBlock() {
+  if (m_lost) {
+    LostBlocks::Block block;
+    if (m_lost->next(block)) {
+      readFound(block);
+    } else {
+      leaveGap();
+    }
+    return true;
   }
-  return event;
+  BlockInfo block;
+  switch (m_scan.next(block)) {
+    case BlockScan::Step::block:
+      ++m_describedBlocks;
+      block.endsWithFile = false;  // other bytes may follow it
+      readDescribed(block);
+      return true;
+    case BlockScan::Step::corrupted:
+    case BlockScan::Step::truncated:
+      (void)enterGap();
+      return true;
+    case BlockScan::Step::end:
+      break;
+  }
+  return enterGap();
+}
+
+void TableRecovery::readDescribed(const BlockInfo& block) {
+  const auto decoding = std::make_shared<BlockDecoding>(m_blockDecoder, m_chunks->fetch(block));
+  if (decoding->decode() == ReadStatus::ok) {
+    m_block = std::shared_ptr<const BlockColumns>(decoding, &decoding->columns());
+    return;
+  }
+  ++m_outcome.lostBlocks;
+  m_outcome.lostRows += block.rowCount;
 }
 
 // False: there is no gap after the blocks so far.
@@ -211,46 +214,39 @@ void TableRecovery::leaveGap() {
   m_lost.reset();
 }
 
-std::unique_ptr<DecodedBlock> TableRecovery::decodeFound(const LostBlocks::Block& block,
-                                                         std::unique_ptr<DecodedBlock> spare) {
-  if (!spare) {
-    spare = std::make_unique<DecodedBlock>();
-    spare->setColumns(m_types);
+void TableRecovery::readFound(const LostBlocks::Block& block) {
+  const std::uint32_t full = m_file.rowsInBlock();
+  if (block.isLast && m_file.isComplete() && m_file.rowCount() % full != 0) {
+    m_block = decoded(block, static_cast<std::uint32_t>(m_file.rowCount() % full));
   }
-  std::vector<std::uint32_t> counts;
-  if (block.isLast && m_file.isComplete() && m_file.rowCount() % m_file.rowsInBlock() != 0) {
-    counts.push_back(static_cast<std::uint32_t>(m_file.rowCount() % m_file.rowsInBlock()));
+  if (!m_block) {
+    m_block = decoded(block, full);
   }
-  counts.push_back(m_file.rowsInBlock());
-  for (const std::uint32_t rows : counts) {
-    if (decode(block, rows, *spare)) {
-      spare->start(m_outcome.rows, rows);
-      return spare;
-    }
+  if (const auto rows = m_block || !block.isLast ? std::nullopt : countRows(block)) {
+    m_block = decoded(block, *rows);
   }
-  if (const auto rows = block.isLast ? countRows(block) : std::nullopt) {
-    if (decode(block, *rows, *spare)) {
-      spare->start(m_outcome.rows, *rows);
-      return spare;
-    }
-  }
-  if (!m_lost->blockCount()) {
+  if (m_block) {
+    ++m_foundInGap;
+    ++m_outcome.foundBlocks;
+  } else if (!m_lost->blockCount()) {
     ++m_outcome.lostBlocks;
-    m_outcome.lostRows += m_file.rowsInBlock();
+    m_outcome.lostRows += full;
   }
-  return nullptr;
 }
 
-bool TableRecovery::decode(const LostBlocks::Block& block, std::uint32_t rows,
-                           DecodedBlock& decoded) {
+std::shared_ptr<BlockColumns> TableRecovery::decoded(const LostBlocks::Block& block,
+                                                     std::uint32_t rows) {
+  auto columns = std::make_shared<BlockColumns>(m_blockDecoder.types(), rows);
   for (std::size_t i = 0; i < m_columns.size(); ++i) {
     const std::size_t column = m_columns[i];
-    if (decodeColumn(m_decoder, m_file.column(column), chunkOf(block, column), rows,
-                     decoded.column(i)) != ReadStatus::ok) {
-      return false;
+    DecodedColumn values;
+    if (decodeColumn(m_decoder, m_file.column(column), chunkOf(block, column), rows, values) !=
+        ReadStatus::ok) {
+      return nullptr;
     }
+    columns->set(i, std::move(values));
   }
-  return true;
+  return columns;
 }
 
 // The only count with which all columns decode; nothing when there are several.
@@ -261,8 +257,6 @@ std::optional<std::uint32_t> TableRecovery::countRows(const LostBlocks::Block& b
     counts = m_decoder.possibleRowCounts(chunkOf(block, column), type, counts);
   }
   std::optional<std::uint32_t> found;
-  DecodedBlock trial;
-  trial.setColumns(m_types);
   std::uint64_t rowsLeft = kRowsToTry;
   for (std::uint64_t rows = counts.min; rows <= counts.max; ++rows) {
     const std::uint64_t cost = (rows + 1) * m_columns.size();
@@ -270,7 +264,7 @@ std::optional<std::uint32_t> TableRecovery::countRows(const LostBlocks::Block& b
       return std::nullopt;
     }
     rowsLeft -= cost;
-    if (!decode(block, static_cast<std::uint32_t>(rows), trial)) {
+    if (!decoded(block, static_cast<std::uint32_t>(rows))) {
       continue;
     }
     if (found) {
@@ -286,12 +280,20 @@ Bytes TableRecovery::chunkOf(const LostBlocks::Block& block, std::size_t column)
   return m_sides[m_sideOfColumn[column]].finder->bytes(chunk.begin, chunk.end);
 }
 
-ReadEvent TableRecovery::eventOf(std::unique_ptr<DecodedBlock> block) {
-  const std::uint64_t rows = block->rowCount();
-  const std::uint64_t first = m_outcome.rows;
-  m_outcome.rows += rows;
-  ++m_outcome.blocks;
-  return {ReadEvent::Kind::block, first, first + rows - 1, std::move(block)};
+ReadEvent TableRecovery::nextBatch() {
+  ReadEvent event{.kind = ReadEvent::Kind::rows,
+                  .firstRow = m_outcome.rows,
+                  .batch = m_block->batch(m_nextBatch),
+                  .blocks = m_nextBatch == 0 ? 1u : 0u};
+  m_outcome.rows += event.batch->rowCount();
+  m_outcome.blocks += event.blocks;
+  event.lastRow = m_outcome.rows - 1;
+  ++m_nextBatch;
+  if (m_nextBatch == m_block->batchCount()) {
+    m_nextBatch = 0;
+    m_block.reset();
+  }
+  return event;
 }
 
 // The header of a finished file has the number of all rows.

@@ -3,12 +3,15 @@
 //
 // Blocks with sound descriptors are read as usual. The chunks of all others are found in the side
 // files (lost_blocks.h). A block is returned only when all its columns are whole.
-// Used by `kelvarin gel recover`.
+// Used by `kelvarin gel recover`, and by the editor of the reading action.
+// Threads: one at a time.
 // Errors: the outcome; a lack of memory is an event; never logs, never throws.
 #pragma once
 
-#include "columnar/reader/block_reader.h"
+#include "columnar/reader/block_decoding.h"
+#include "columnar/reader/chunk_reader.h"
 #include "columnar/reader/lost_blocks.h"
+#include "columnar/reader/read_event.h"
 
 namespace kelvarin {
 
@@ -32,8 +35,8 @@ class TableRecovery {
   // Before the first event: `isStopped` is asked on the thread that calls next(), and ends it
   // early, as at the end of the table, when it is true.
   void stopWhen(IsStopped isStopped) { m_isStopped = std::move(isStopped); }
-  // A block, the end, or a lack of memory. Row numbers count the returned rows.
-  ReadEvent next(std::unique_ptr<DecodedBlock> spare);
+  // Rows, the end, or a lack of memory. Row numbers count the returned rows.
+  ReadEvent next();
   // Final after the last event.
   const RecoveryOutcome& outcome() const { return m_outcome; }
 
@@ -45,25 +48,26 @@ class TableRecovery {
   DescriptorGap gapAfter(const unsigned char* descriptor) const;
   bool isEmpty(const DescriptorGap& gap);
   void endGap(DescriptorGap gap, const unsigned char* following);
-  ReadEvent nextEvent(std::unique_ptr<DecodedBlock> spare);
-  ReadEvent readDescribed(const BlockInfo& block, std::unique_ptr<DecodedBlock> spare);
+  ReadEvent nextEvent();
+  bool findBlock();
+  void readDescribed(const BlockInfo& block);
   bool enterGap();
   void leaveGap();
-  std::unique_ptr<DecodedBlock> decodeFound(const LostBlocks::Block& block,
-                                            std::unique_ptr<DecodedBlock> spare);
-  bool decode(const LostBlocks::Block& block, std::uint32_t rows, DecodedBlock& decoded);
+  void readFound(const LostBlocks::Block& block);
+  // Null: it has another number of rows, or is damaged.
+  std::shared_ptr<BlockColumns> decoded(const LostBlocks::Block& block, std::uint32_t rows);
   std::optional<std::uint32_t> countRows(const LostBlocks::Block& block);
   Bytes chunkOf(const LostBlocks::Block& block, std::size_t column);
-  ReadEvent eventOf(std::unique_ptr<DecodedBlock> block);
+  ReadEvent nextBatch();
   ReadEvent finish();
 
   const GelFile& m_file;
   IsStopped m_isStopped = [] { return false; };
   const std::vector<std::size_t> m_columns;  // in the order of the rows
-  std::vector<MetaTypeColumn> m_types;       // of them
   std::vector<SideFile> m_sides;
   std::vector<std::size_t> m_sideOfColumn;
-  std::unique_ptr<BlockReader> m_reader;
+  std::unique_ptr<ChunkReader> m_chunks;
+  BlockDecoder m_blockDecoder;
   BlockScan m_scan;
   std::uint64_t m_describedBlocks = 0;  // of the scan so far
 
@@ -72,6 +76,9 @@ class TableRecovery {
   std::unique_ptr<LostBlocks> m_lost;  // of the gap that is being read
   std::uint64_t m_foundInGap = 0;
   ChunkDecoder m_decoder;
+
+  std::shared_ptr<const BlockColumns> m_block;  // whose rows are returned
+  std::size_t m_nextBatch = 0;
   RecoveryOutcome m_outcome;
   bool m_isEnded = false;
 };

@@ -76,9 +76,9 @@ class Verifier {
 
   void checkBlock(const BlockInfo& block) {
     for (Reader& reader : m_readers) {
-      reader.chunks->load(block);
-      for (std::size_t index = 0; index < reader.columns.size(); ++index) {
-        checkChunk(reader, index, block);
+      const FetchedBlock fetched = reader.chunks->fetch(block);
+      for (const FetchedBlock::Chunk& chunk : fetched.chunks) {
+        checkChunk(reader, chunk, fetched);
       }
     }
     m_result.blocks = block.index + 1;
@@ -88,16 +88,22 @@ class Verifier {
     }
   }
 
-  void checkChunk(Reader& reader, std::size_t index, const BlockInfo& block) {
-    const std::size_t column = reader.columns[index];
-    const ReadStatus status = reader.chunks->decode(index, m_column);
+  ReadStatus decode(const FetchedBlock::Chunk& chunk, std::uint32_t rows) {
+    return chunk.status == ReadStatus::ok
+               ? decodeColumn(m_decoder, m_file.column(chunk.column), chunk.bytes, rows, m_values)
+               : chunk.status;
+  }
+
+  void checkChunk(Reader& reader, const FetchedBlock::Chunk& chunk, const FetchedBlock& block) {
+    const ReadStatus status = decode(chunk, block.rowCount);
     GelDamage damage{.file = reader.path,
-                     .offset = reader.chunks->chunkOffset(index),
+                     .offset = chunk.offset,
                      .block = block.index,
                      .firstRow = block.firstRow,
                      .lastRow = block.lastRow(),
-                     .column = m_file.column(column).name,
-                     .encoding = reader.chunks->unknownEncoding(),
+                     .column = m_file.column(chunk.column).name,
+                     .encoding =
+                         chunk.status == ReadStatus::ok ? m_decoder.unknownEncoding() : -1,
                      .cause = status};
     if (status == ReadStatus::truncated) {
       damage.kind = GelDamage::Kind::sideFileCut;
@@ -113,7 +119,7 @@ class Verifier {
       return;
     }
     ++m_result.chunks;
-    if (!matchesStatistics(m_file, block, column, m_column)) {
+    if (!matchesStatistics(m_file, block.descriptor.data(), chunk.column, m_values)) {
       damage.kind = GelDamage::Kind::statistics;
       report(damage);
     }
@@ -142,7 +148,8 @@ class Verifier {
   const std::function<bool()>& m_isStopped;
   BlockScan m_scan;
   std::vector<Reader> m_readers;
-  DecodedColumn m_column;
+  ChunkDecoder m_decoder;
+  DecodedColumn m_values;
   GelVerification m_result;
 };
 

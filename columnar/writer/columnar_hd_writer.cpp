@@ -183,19 +183,18 @@ bool ColumnarHDWriter::append(const OneRow& row) {
   }
 }
 
-bool ColumnarHDWriter::writeToHD(const ColumnsInHand& rows, std::size_t count) {
-  for (std::size_t begin = 0; begin < count;) {
-    const std::size_t part =
-        std::min<std::size_t>(count - begin, m_rowsInBlock - m_appender.rows());
+bool ColumnarHDWriter::writeToHD(const RowBatch& batch, std::size_t begin, std::size_t end) {
+  while (begin < end) {
+    const std::size_t count = std::min<std::size_t>(end - begin, m_rowsInBlock - m_appender.rows());
     try {
-      if (!m_appender.append(rows, begin, part)) {
+      if (!m_appender.append(batch, begin, begin + count)) {
         return fail(WriteFailure::Kind::tooLarge);
       }
     } catch (const std::bad_alloc&) {
       return fail(WriteFailure::Kind::tooLarge);
     }
-    begin += part;
-    m_rowCount += static_cast<long long>(part);
+    begin += count;
+    m_rowCount += static_cast<long long>(count);
     if (m_appender.rows() == m_rowsInBlock && !submitBlock()) {
       return false;
     }

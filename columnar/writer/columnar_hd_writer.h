@@ -5,7 +5,7 @@
 // the number of threads. Until closeHD() has synchronized everything, the file is marked
 // incomplete.
 //
-// Calls: constructor, setPoDP() (optional), openHD(), writeToHD() for each row, closeHD(),
+// Calls: constructor, setPoDP() (optional), openHD(), writeToHD() for each row or batch, closeHD(),
 // destructor, which leaves a file that was never closed incomplete.
 // Layout: docs/gel-format.md.
 // Errors: false, and failure() says why; nothing logs.
@@ -41,8 +41,8 @@ class ColumnarHDWriter {
   [[nodiscard]] bool openHD(const QString& fileName, int rowsInBlock,
                             const QHash<QString, int>& columnSets,
                             const GlobalParameters* parameters, int threadCount);
-  // Writes the head of the file and starts the threads. The first row does it unless it has been
-  // done. When it fails, the opened files are removed.
+  // Writes the head of the file and starts the threads. The first single row does it unless it has
+  // been done. When it fails, the opened files are removed.
   [[nodiscard]] bool layOut(const OneRow* row);
   // False after the first failure that any thread has reported.
   [[nodiscard]] bool writeToHD(const OneRow* row) {
@@ -55,8 +55,8 @@ class ColumnarHDWriter {
     ++m_rowCount;
     return m_appender.rows() < m_rowsInBlock || submitBlock();
   }
-  // The same for `count` rows of a batch. The first row of a file comes by itself.
-  [[nodiscard]] bool writeToHD(const ColumnsInHand& rows, std::size_t count);
+  // The same for the rows of a batch from `begin` to before `end`, after layOut().
+  [[nodiscard]] bool writeToHD(const RowBatch& batch, std::size_t begin, std::size_t end);
   // Finishes the file, which becomes complete when the run has ended normally or still goes on, and
   // nothing has failed. A file without layOut() stays empty. True: all data is on the disk.
   bool closeHD(GlobalParameters::RunningState state);

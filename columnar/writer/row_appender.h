@@ -1,16 +1,15 @@
 // Appends the values of rows to the column buffers of a block.
 //
-// The buffers are listed by type, so that a row is three short loops without branches. Rows of a
-// batch are appended column by column. Used by ColumnarHDWriter.
+// The buffers are listed by type, so that a row is three short loops without branches. A batch is
+// appended column by column. Used by ColumnarHDWriter.
 // Threads: the filling thread.
 #pragma once
 
-#include <algorithm>
 #include <vector>
 
 #include "columnar/codecs/chunk_codec.h"
 #include "columnar/writer/block_values.h"
-#include "host/contract/columns_in_hand.h"
+#include "host/contract/row_batch.h"
 
 namespace kelvarin {
 
@@ -42,26 +41,8 @@ class RowAppender {
     ++m_row;
     return true;
   }
-  // The same for `count` rows from row `begin` on.
-  [[nodiscard]] bool append(const ColumnsInHand& rows, std::size_t begin, std::size_t count) {
-    const std::vector<ColumnsInHand::Column>& columns = rows.columns();
-    for (const KeyTarget& target : m_keys) {
-      std::copy_n(columns[target.position].keys + begin, count, target.keys + m_row);
-    }
-    for (const NumberTarget& target : m_numbers) {
-      std::memcpy(target.numbers + m_row, columns[target.position].numbers + begin,
-                  count * sizeof(double));
-    }
-    for (const TextTarget& target : m_texts) {
-      for (std::size_t i = 0; i < count; ++i) {
-        if (!appendText(target, m_row + i, columns[target.position].texts[begin + i])) {
-          return false;
-        }
-      }
-    }
-    m_row += static_cast<std::uint32_t>(count);
-    return true;
-  }
+  // The same for the rows of a batch from `begin` to before `end`.
+  [[nodiscard]] bool append(const RowBatch& batch, std::size_t begin, std::size_t end);
   std::uint32_t rows() const { return m_row; }
 
  private:
@@ -79,6 +60,8 @@ class RowAppender {
     ByteBuffer* bytes;
   };
 
+  [[nodiscard]] bool appendTexts(const TextTarget& target, const RowBatch& batch, std::size_t begin,
+                                 std::size_t end) const;
   static bool appendText(const TextTarget& target, std::size_t row, const unsigned char* value) {
     if (isNullText(value)) {
       target.lengths[row] = kNullLength;
@@ -95,19 +78,5 @@ class RowAppender {
   std::vector<TextTarget> m_texts;
   std::uint32_t m_row = 0;
 };
-
-inline void RowAppender::addTarget(const GelColumn& column, ColumnValues& values) {
-  switch (column.type) {
-    case GelType::key:
-      m_keys.push_back({column.inputPosition, values.keys.get()});
-      return;
-    case GelType::number:
-      m_numbers.push_back({column.inputPosition, values.numbers.get()});
-      return;
-    case GelType::text:
-      values.bytes.clear();
-      m_texts.push_back({column.inputPosition, values.keys.get(), &values.bytes});
-  }
-}
 
 }  // namespace kelvarin

@@ -13,25 +13,31 @@ namespace {
 
 constexpr std::size_t kRows = 50;
 
-// The first error ends it.
-Status<QString> readRows(BatchReader& reader, const TableColumns& columns, TableLook& look,
-                         const std::function<bool()>& isStopped) {
-  RowBatch batch;
-  batch.setColumns(columns.types);
-  std::vector<unsigned char*> values(columns.types.size());
-  while (look.rows.size() < kRows && !isStopped()) {
-    const auto outcome = reader.next(batch);
-    if (!outcome) {
-      return Failure{outcome.error()};
+void showRows(const RowBatch& batch, TableLook& look) {
+  const std::size_t end = std::min(batch.rowCount(), kRows - look.rows.size());
+  forEachRow(batch, 0, end, [&](std::size_t, std::size_t storedRow) {
+    std::vector<ShownValue>& row = look.rows.emplace_back();
+    for (const BatchColumn& column : batch.columns()) {
+      row.push_back(shownBytes(column.type(), column.value(storedRow)));
     }
-    if (*outcome == ReadOutcome::end) {
+  });
+}
+
+// The first error ends it.
+Status<QString> readRows(BatchReader& reader, TableLook& look,
+                         const std::function<bool()>& isStopped) {
+  while (look.rows.size() < kRows && !isStopped()) {
+    const std::unique_ptr<TableUnit> unit = reader.readUnit();
+    if (unit == nullptr) {
       break;
     }
-    while (look.rows.size() < kRows && batch.takeRow(values.data())) {
-      std::vector<ShownValue>& row = look.rows.emplace_back();
-      for (std::size_t i = 0; i < values.size(); ++i) {
-        row.push_back(shownBytes(columns.types[i], values[i]));
-      }
+    unit->parse();
+    reader.accept(*unit);
+    if (unit->batch() != nullptr) {
+      showRows(*unit->batch(), look);
+    }
+    if (!unit->failure().isEmpty()) {
+      return Failure{unit->failure()};
     }
   }
   return Done{};
@@ -45,7 +51,7 @@ TableLook lookOnce(const MakeBatchReader& makeReader, const ColumnRules& rules,
     look.fault = reader.error();
     return look;
   }
-  const auto columns = (*reader)->open();
+  const auto columns = (*reader)->open(isStopped);
   look.notes = (*reader)->notes();
   if (!columns) {
     look.fault = columns.error();
@@ -55,7 +61,7 @@ TableLook lookOnce(const MakeBatchReader& makeReader, const ColumnRules& rules,
     const MetaTypeColumn type = columns->types[i];
     look.columns.push_back({columns->names[static_cast<qsizetype>(i)], type, type});
   }
-  if (const auto status = readRows(**reader, *columns, look, isStopped); !status) {
+  if (const auto status = readRows(**reader, look, isStopped); !status) {
     look.fault = status.error();
   }
   look.notes += (*reader)->warnings();

@@ -16,6 +16,7 @@
 #include "columnar/reader/block_reader.h"
 #include "columnar/reader/tests/made_file.h"
 #include "columnar/reader/verification.h"
+#include "host/contract/batch_rows.h"
 #include "host/contract/column_bytes.h"
 
 namespace kelvarin {
@@ -81,8 +82,10 @@ TEST(GoldenFiles, HaveTheirValuesAndNoDamage) {
     unsigned char* values[11];
     ReadEvent event;
     do {
-      event = reader.value()->next(std::move(event.block));
-      for (; event.block && event.block->takeRow(values); ++row) {
+      event = reader.value()->next();
+      BatchRows rows;
+      for (rows.start(event.batch); rows.rowsLeft() > 0; ++row) {
+        rows.take(values);
         expectRow(row, values);
       }
     } while (!event.isLast());
@@ -132,13 +135,10 @@ TEST(GoldenFiles, AChunkBeyond32BitsIsFound) {
   ASSERT_NE(file, nullptr);
   auto reader = BlockReader::open(*file, {2});
   ASSERT_TRUE(reader);
-  const ReadEvent event = reader.value()->next(nullptr);
-  ASSERT_EQ(event.kind, ReadEvent::Kind::block);
-  for (const std::uint32_t key : keys) {
-    unsigned char* value = nullptr;
-    ASSERT_TRUE(event.block->takeRow(&value));
-    EXPECT_EQ(keyFromBytes(value), key);
-  }
+  const ReadEvent event = reader.value()->next();
+  ASSERT_EQ(event.kind, ReadEvent::Kind::rows);
+  ASSERT_EQ(event.batch->rowCount(), std::size(keys));
+  EXPECT_TRUE(std::equal(std::begin(keys), std::end(keys), event.batch->column(0).keys()));
 }
 
 }  // namespace kelvarin

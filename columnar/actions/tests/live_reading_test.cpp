@@ -17,6 +17,7 @@
 
 #include "columnar/reader/block_reader.h"
 #include "columnar/writer/columnar_hd_writer.h"
+#include "host/contract/batch_rows.h"
 #include "host/contract/row_buffer.h"
 
 namespace kelvarin {
@@ -78,10 +79,11 @@ class LiveReading : public ::testing::Test {
     }
     std::uint64_t rows = 0;
     unsigned char* values[2];
-    for (ReadEvent event;;) {
-      event = reader.value()->next(std::move(event.block));
+    for (BatchRows batch;;) {
+      const ReadEvent event = reader.value()->next();
       EXPECT_NE(event.kind, ReadEvent::Kind::corrupted);
-      for (; event.block && event.block->takeRow(values); ++rows) {
+      for (batch.start(event.batch); batch.rowsLeft() > 0; ++rows) {
+        batch.take(values);
         EXPECT_EQ(keyFromBytes(values[0]), rows);
         EXPECT_EQ(textFromBytes(values[1]), std::to_string(rows));
       }

@@ -86,9 +86,9 @@ TEST_F(ReadColumnarGelTest, ReadsRowsColumnsAndOrder) {
 }
 
 TEST_F(ReadColumnarGelTest, ReportsProgress) {
-  saveRows(8);
+  saveRows(6000, {.rowsInBlock = 3000});
   auto h = reader();
-  for (int i = 0; i < 5; ++i) {
+  for (int i = 0; i < 3001; ++i) {
     ASSERT_TRUE(h.pull(0));
   }
   EXPECT_FLOAT_EQ(h.action().completion(), 0.5f);

@@ -22,6 +22,8 @@
 #include "columnar/reader/block_reader.h"
 #include "columnar/reader/verification.h"
 #include "columnar/writer/columnar_hd_writer.h"
+#include "host/contract/batch_collector.h"
+#include "host/contract/batch_rows.h"
 #include "host/contract/column_bytes.h"
 
 namespace kelvarin {
@@ -266,10 +268,11 @@ class RoundTrip : public ::testing::Test {
     ASSERT_TRUE(static_cast<bool>(reader));
     std::size_t row = 0;
     std::vector<unsigned char*> values(columns.size());
-    for (ReadEvent event;;) {
-      event = (*reader)->next(std::move(event.block));
-      ASSERT_TRUE(event.kind == ReadEvent::Kind::block || event.kind == ReadEvent::Kind::end);
-      for (; event.block && event.block->takeRow(values.data()); ++row) {
+    for (BatchRows rows;;) {
+      const ReadEvent event = (*reader)->next();
+      ASSERT_TRUE(event.kind == ReadEvent::Kind::rows || event.kind == ReadEvent::Kind::end);
+      for (rows.start(event.batch); rows.rowsLeft() > 0; ++row) {
+        rows.take(values.data());
         ASSERT_LT(row, table.rows);
         for (std::size_t i = 0; i < columns.size(); ++i) {
           const MetaTypeColumn type = file.meta(columns[i]).type();

@@ -141,11 +141,11 @@ std::vector<int> everyMask() {
 // The metadata block has no checksum.
 void expectEveryChangeNoticed(const MemoryFiles& whole, const std::vector<Values>& rows,
                               const std::vector<int>& masks) {
-  const std::size_t slots = kHeaderSize + rows[0].size() * kSlotSize;
+  const std::size_t slotTable = kHeaderSize + rows[0].size() * kSlotSize;
   const std::size_t records = firstRecord(whole.at(kMain));
   for (const auto& [name, bytes] : whole.all()) {
     for (std::size_t offset = 0; offset < bytes.size(); ++offset) {
-      if (name == kMain && offset >= slots && offset < records) {
+      if (name == kMain && offset >= slotTable && offset < records) {
         continue;
       }
       for (const int mask : masks) {

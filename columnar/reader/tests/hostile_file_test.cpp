@@ -2,6 +2,8 @@
 // memory in proportion to their size and to their real values.
 #include <gtest/gtest.h>
 
+#include <deque>
+
 #include <malloc.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
@@ -14,7 +16,6 @@
 #include "columnar/format/block_descriptor.h"
 #include "columnar/format/file_header.h"
 #include "columnar/format/file_names.h"
-#include "columnar/reader/blocks_ahead.h"
 #include "columnar/reader/tests/read_rows.h"
 #include "columnar/reader/verification.h"
 
@@ -41,21 +42,31 @@ struct Cost {
 };
 
 void readAll(const GelFile& file, Cost& cost) {
-  auto reader = BlockReader::open(file, file.columnsInRowOrder());
-  if (!reader) {
+  const auto units = BlockUnits::open(file, file.columnsInRowOrder());
+  if (!units) {
     return;
   }
-  BlocksAhead blocks(
-      [&](std::unique_ptr<DecodedBlock> spare) { return (*reader)->next(std::move(spare)); },
-      kBlocksAhead);
-  for (ReadEvent event = blocks.next(); !event.isLast(); event = blocks.next()) {
-    if (event.block) {
-      const std::uint64_t values = event.block->rowCount() * file.columns().size();
-      cost.values += values;
-      cost.largestBlock = std::max(cost.largestBlock, values);
-      blocks.recycle(std::move(event.block));
+  std::deque<std::unique_ptr<BlockUnit>> ahead;
+  const auto readAhead = [&] {
+    while (ahead.size() <= kBlocksAhead * (*units)->unitsOfBlock()) {
+      std::unique_ptr<BlockUnit> unit = (*units)->next();
+      if (unit == nullptr) {
+        return;
+      }
+      unit->parse();
+      ahead.push_back(std::move(unit));
     }
+  };
+  for (readAhead(); !ahead.empty(); readAhead()) {
+    for (const ReadEvent& event : ahead.front()->events()) {
+      if (event.isLast()) {
+        return;
+      }
+      cost.values += event.batch ? event.batch->rowCount() * event.batch->columnCount() : 0;
+    }
+    ahead.pop_front();
   }
+  cost.largestBlock = std::min(cost.values, file.rowsInBlock() * file.columns().size());
 }
 
 void verify(const GelFile& file, Cost& cost) {

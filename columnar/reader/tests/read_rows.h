@@ -6,6 +6,7 @@
 
 #include "columnar/reader/block_reader.h"
 #include "columnar/reader/tests/made_file.h"
+#include "host/contract/batch_rows.h"
 
 namespace kelvarin::testing {
 
@@ -16,31 +17,31 @@ struct ReadResult {
   std::vector<std::string> damage;
 };
 
-inline std::vector<Values> rowsOf(DecodedBlock& block, const std::vector<MetaTypeColumn>& types) {
+inline std::vector<Values> rowsOf(const RowBatchPointer& batch) {
   std::vector<Values> rows;
-  std::vector<unsigned char*> values(types.size());
-  while (block.takeRow(values.data())) {
+  std::vector<unsigned char*> values(batch->columnCount());
+  BatchRows all;
+  for (all.start(batch); all.rowsLeft() > 0;) {
+    all.take(values.data());
     Values row;
-    for (std::size_t i = 0; i < types.size(); ++i) {
-      row.push_back(valueFromBytes(values[i], types[i]));
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      row.push_back(valueFromBytes(values[i], batch->column(i).type()));
     }
     rows.push_back(row);
   }
   return rows;
 }
 
-inline void readEvents(const GelFile& file, BlockReader& reader,
-                       const std::vector<MetaTypeColumn>& types, ReadResult& result) {
-  for (std::unique_ptr<DecodedBlock> spare;;) {
-    ReadEvent event = reader.next(std::move(spare));
+inline void readEvents(const GelFile& file, BlockReader& reader, ReadResult& result) {
+  for (;;) {
+    const ReadEvent event = reader.next();
     const std::string first = std::to_string(event.firstRow);
     switch (event.kind) {
-      case ReadEvent::Kind::block: {
+      case ReadEvent::Kind::rows: {
         std::uint64_t row = event.firstRow;
-        for (Values& values : rowsOf(*event.block, types)) {
+        for (Values& values : rowsOf(event.batch)) {
           result.rows[row++] = std::move(values);
         }
-        spare = std::move(event.block);
         break;
       }
       case ReadEvent::Kind::corrupted:
@@ -71,16 +72,12 @@ inline ReadResult readRows(const MemoryFiles& files,
   }
   const GelFile& gelFile = **file;
   const auto chosen = columns.value_or(gelFile.columnsInRowOrder());
-  std::vector<MetaTypeColumn> types;
-  for (const std::size_t column : chosen) {
-    types.push_back(gelFile.meta(column).type());
-  }
   auto reader = BlockReader::open(gelFile, chosen, wantsBlock);
   if (!reader) {
     result.damage.push_back("cannot open " + reader.error());
     return result;
   }
-  readEvents(gelFile, **reader, types, result);
+  readEvents(gelFile, **reader, result);
   return result;
 }
 

@@ -78,7 +78,8 @@ Status<QString> ArrowSink::checkSettings() {
 
 Status<QString> ArrowSink::begin(const OneRow& columns) {
   const auto formats = ArrowFormats::load();
-  m_writer = (*formats)->makeWriter(arrowFormatOf(format()), output(), expandedFile());
+  m_writer = (*formats)->makeWriter(arrowFormatOf(format()), output(), expandedFile(),
+                                    globalParameters()->threadCount());
   return m_writer->begin(columns);
 }
 

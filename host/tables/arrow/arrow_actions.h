@@ -31,7 +31,8 @@ class ArrowSink : public TableSink {
  protected:
   Status<QString> checkSettings() override;
   Status<QString> begin(const OneRow& columns) override;
-  Status<QString> writeRow(const OneRow& row) override { return m_writer->writeRow(row); }
+  std::unique_ptr<BatchEncoder> makeEncoder() override { return m_writer->makeEncoder(); }
+  Status<QString> writeEncoded(EncodedBatch& batch) override { return m_writer->write(batch); }
   Status<QString> finish() override { return m_writer->finish(); }
   void release() override { m_writer.reset(); }
 

@@ -8,6 +8,7 @@
 
 #include <memory>
 
+#include "host/contract/batch_steps.h"
 #include "host/contract/one_row.h"
 #include "host/tables/files/batch_reader.h"
 #include "host/tables/files/output_file.h"
@@ -23,7 +24,9 @@ class ArrowTableWriter {
   virtual ~ArrowTableWriter() = default;
   // `columns` has the names and types of all rows to come.
   virtual Status<QString> begin(const OneRow& columns) = 0;
-  virtual Status<QString> writeRow(const OneRow& row) = 0;
+  virtual std::unique_ptr<BatchEncoder> makeEncoder() = 0;
+  // `batch` is of the encoder.
+  virtual Status<QString> write(EncodedBatch& batch) = 0;
   virtual Status<QString> finish() = 0;
 };
 
@@ -32,9 +35,11 @@ class ArrowFormats {
   virtual ~ArrowFormats() = default;
   virtual std::unique_ptr<BatchReader> makeReader(ArrowFormat format, const QString& path,
                                                   ColumnRules rules) const = 0;
-  // `file` outlives the writer; `path` is its name in messages.
+  // `file` outlives the writer; `path` is its name in messages. With more than one thread, threads
+  // of the writer encode columns.
   virtual std::unique_ptr<ArrowTableWriter> makeWriter(ArrowFormat format, OutputFile& file,
-                                                       const QString& path) const = 0;
+                                                       const QString& path,
+                                                       int threadCount) const = 0;
 
   // The failure says why the library cannot be loaded.
   static Result<const ArrowFormats*, QString> load();

@@ -1,4 +1,4 @@
-// The values of an array one by one, and what is noticed about them.
+// The values of an array one by one, what is made of them, and what is noticed about them.
 //
 // A dictionary array has codes in its rows and the values apart.
 #pragma once
@@ -8,7 +8,7 @@
 
 #include "arrow/array/array_base.h"
 #include "arrow/array/array_dict.h"
-#include "host/tables/files/row_batch.h"
+#include "host/contract/row_batch.h"
 
 namespace kelvarin {
 
@@ -17,7 +17,9 @@ struct ArraySource {
   const arrow::Array& values;
   const arrow::DictionaryArray* dictionary = nullptr;  // null where rows and values are one
 
-  long long rowCount() const { return rows.length(); }
+  std::int64_t rowCount() const { return rows.length(); }
+  // Every row has a value of its own.
+  bool isPlain() const { return dictionary == nullptr && rows.null_count() == 0; }
   // Of the row's value among `values`.
   std::int64_t positionOf(std::int64_t row) const {
     return dictionary == nullptr ? row : dictionary->GetValueIndex(row);
@@ -29,8 +31,14 @@ struct ArraySource {
 
 // A value that its column's type cannot hold.
 struct BadValue {
-  long long row;  // in the array
+  std::int64_t row;  // in the array
   std::string text;
+};
+
+// The values of an array as rows have them.
+struct ConvertedArray {
+  BatchColumn values;
+  std::optional<BadValue> bad;  // the values from this one on are not there
 };
 
 // Rows of one kind: how many, and which is the first of the file.
@@ -39,9 +47,14 @@ struct RowCount {
   long long firstRow = -1;
 
   void add(long long row) { firstRow = count++ == 0 ? row : firstRow; }
+  // Rows that come after these.
+  void add(const RowCount& later) {
+    firstRow = count == 0 ? later.firstRow : firstRow;
+    count += later.count;
+  }
 };
 
-// What has been read of a column so far.
+// What has been noticed in the values of a column.
 struct ColumnTally {
   bool areBadValuesNull = false;
   long long rowsBefore = 0;  // the array's first row
@@ -49,16 +62,19 @@ struct ColumnTally {
   RowCount finerTimes;  // timestamps with digits below the millisecond
 
   // True when the value becomes missing.
-  bool takesAsMissing(long long row) {
+  bool takesAsMissing(std::int64_t row) {
     if (areBadValuesNull) {
       badValues.add(rowsBefore + row);
     }
     return areBadValuesNull;
   }
+  void add(const ColumnTally& later) {
+    badValues.add(later.badValues);
+    finerTimes.add(later.finerTimes);
+  }
 };
 
-// Fills a column with the values of an array.
-using ArrayFill = std::optional<BadValue> (*)(const ArraySource& source, ValueColumn& column,
-                                              ColumnTally& tally);
+// Makes a column of the values of an array.
+using ArrayConversion = ConvertedArray (*)(const ArraySource& source, ColumnTally& tally);
 
 }  // namespace kelvarin

@@ -1,5 +1,6 @@
 #include "host/tables/arrow_formats/arrow_numbers.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <concepts>
@@ -9,6 +10,7 @@
 
 #include "arrow/array.h"
 #include "arrow/util/float16.h"
+#include "host/tables/arrow_formats/column_memory.h"
 #include "host/tables/arrow_formats/decimal_text.h"
 
 namespace kelvarin {
@@ -22,41 +24,50 @@ double presentNumber(double number) {
   return std::isnan(number) ? kNotANumber : number;
 }
 
+BatchColumn columnOf(const ColumnMemory<double>& numbers) {
+  return BatchColumn::ofNumbers(numbers.owner, numbers.values);
+}
+
+BatchColumn columnOf(const ColumnMemory<std::uint32_t>& keys) {
+  return BatchColumn::ofKeys(keys.owner, keys.values);
+}
+
 // `read(position, value)` is false where the column cannot hold the value, whose text is
 // `textAt(position)`.
 template <typename Value, typename Read, typename TextAt>
-std::optional<BadValue> fill(const ArraySource& source, Value* values, Value missing,
-                             ColumnTally& tally, Read read, TextAt textAt) {
+ConvertedArray converted(const ArraySource& source, Value missing, ColumnTally& tally, Read read,
+                         TextAt textAt) {
+  const ColumnMemory<Value> memory(static_cast<std::size_t>(source.rowCount()));
+  Value* values = memory.values;
+  const bool isPlain = source.isPlain();
   for (std::int64_t row = 0; row < source.rowCount(); ++row) {
-    if (source.isMissing(row)) {
+    if (!isPlain && source.isMissing(row)) {
       values[row] = missing;
       continue;
     }
-    const std::int64_t position = source.positionOf(row);
+    const std::int64_t position = isPlain ? row : source.positionOf(row);
     if (read(position, values[row])) [[likely]] {
       continue;
     }
     if (!tally.takesAsMissing(row)) {
-      return BadValue{row, textAt(position)};
+      return {columnOf(memory), BadValue{row, textAt(position)}};
     }
     values[row] = missing;
   }
-  return std::nullopt;
+  return {columnOf(memory), std::nullopt};
 }
 
 template <typename Read, typename TextAt>
-std::optional<BadValue> fillNumbers(const ArraySource& source, ValueColumn& column,
-                                    ColumnTally& tally, Read read, TextAt textAt) {
-  double* numbers = column.replaceNumbers(static_cast<std::size_t>(source.rowCount()));
-  return fill(source, numbers, kNullNumber, tally, read, textAt);
+ConvertedArray convertedNumbers(const ArraySource& source, ColumnTally& tally, Read read,
+                                TextAt textAt) {
+  return converted<double>(source, kNullNumber, tally, read, textAt);
 }
 
 // Of values that always are numbers.
 template <typename NumberAt>
-std::optional<BadValue> fillHeldNumbers(const ArraySource& source, ValueColumn& column,
-                                        ColumnTally& tally, NumberAt numberAt) {
-  return fillNumbers(
-      source, column, tally,
+ConvertedArray heldNumbers(const ArraySource& source, ColumnTally& tally, NumberAt numberAt) {
+  return convertedNumbers(
+      source, tally,
       [&](std::int64_t position, double& number) {
         number = presentNumber(numberAt(position));
         return true;
@@ -74,23 +85,40 @@ bool integerAsNumber(Integer integer, double& number) {
   return number < kBeyond && static_cast<Integer>(number) == integer;
 }
 
+// Doubles hold all integers up to 2^53, and most columns have no others.
+template <typename Integer>
+bool areHeldByNumbers(const Integer* integers, std::int64_t count) {
+  if constexpr (sizeof(Integer) < 8) {
+    return true;
+  }
+  constexpr std::uint64_t kLargest = 1ull << 53;
+  constexpr std::uint64_t kShift = std::signed_integral<Integer> ? kLargest : 0;
+  std::uint64_t largest = 0;
+  for (std::int64_t row = 0; row < count; ++row) {
+    largest = std::max(largest, static_cast<std::uint64_t>(integers[row]) + kShift);
+  }
+  return largest <= kLargest + kShift;
+}
+
 template <typename Array>
-std::optional<BadValue> numbersOfIntegers(const ArraySource& source, ValueColumn& column,
-                                          ColumnTally& tally) {
+ConvertedArray numbersOfIntegers(const ArraySource& source, ColumnTally& tally) {
   const auto* raw = static_cast<const Array&>(source.values).raw_values();
-  return fillNumbers(
-      source, column, tally,
+  if (source.isPlain() && areHeldByNumbers(raw, source.rowCount())) {
+    const ColumnMemory<double> memory(static_cast<std::size_t>(source.rowCount()));
+    std::copy_n(raw, source.rowCount(), memory.values);
+    return {columnOf(memory), std::nullopt};
+  }
+  return convertedNumbers(
+      source, tally,
       [raw](std::int64_t at, double& number) { return integerAsNumber(raw[at], number); },
       [raw](std::int64_t at) { return std::to_string(raw[at]); });
 }
 
 template <typename Array>
-std::optional<BadValue> keysOfIntegers(const ArraySource& source, ValueColumn& column,
-                                       ColumnTally& tally) {
+ConvertedArray keysOfIntegers(const ArraySource& source, ColumnTally& tally) {
   const auto* raw = static_cast<const Array&>(source.values).raw_values();
-  std::uint32_t* keys = column.replaceKeys(static_cast<std::size_t>(source.rowCount()));
-  return fill(
-      source, keys, kNullKey, tally,
+  return converted<std::uint32_t>(
+      source, kNullKey, tally,
       [raw](std::int64_t at, std::uint32_t& key) {
         key = static_cast<std::uint32_t>(raw[at]);
         return std::in_range<std::uint32_t>(raw[at]) && !isNullKey(key);
@@ -98,38 +126,56 @@ std::optional<BadValue> keysOfIntegers(const ArraySource& source, ValueColumn& c
       [raw](std::int64_t at) { return std::to_string(raw[at]); });
 }
 
-template <typename Array>
-std::optional<BadValue> numbersOfFloats(const ArraySource& source, ValueColumn& column,
-                                        ColumnTally& tally) {
-  const auto* raw = static_cast<const Array&>(source.values).raw_values();
-  return fillHeldNumbers(source, column, tally,
-                         [raw](std::int64_t at) { return static_cast<double>(raw[at]); });
+// The buffer of an array's values, which may begin before the first one.
+std::shared_ptr<const void> bufferOf(const arrow::Array& array) {
+  return array.data()->buffers[1];
 }
 
-std::optional<BadValue> numbersOfHalfFloats(const ArraySource& source, ValueColumn& column,
-                                            ColumnTally& tally) {
+ConvertedArray keysOfKeys(const ArraySource& source, ColumnTally& tally) {
+  const auto* raw = static_cast<const arrow::UInt32Array&>(source.values).raw_values();
+  if (source.isPlain() && std::none_of(raw, raw + source.rowCount(), isNullKey)) {
+    return {BatchColumn::ofKeys(bufferOf(source.values), raw), std::nullopt};
+  }
+  return keysOfIntegers<arrow::UInt32Array>(source, tally);
+}
+
+template <typename Array>
+ConvertedArray numbersOfFloats(const ArraySource& source, ColumnTally& tally) {
+  const auto* raw = static_cast<const Array&>(source.values).raw_values();
+  return heldNumbers(source, tally,
+                     [raw](std::int64_t at) { return static_cast<double>(raw[at]); });
+}
+
+ConvertedArray numbersOfDoubles(const ArraySource& source, ColumnTally& tally) {
+  const double* raw = static_cast<const arrow::DoubleArray&>(source.values).raw_values();
+  const auto isNaN = [](double number) { return std::isnan(number); };
+  if (source.isPlain() && std::none_of(raw, raw + source.rowCount(), isNaN)) {
+    return {BatchColumn::ofNumbers(bufferOf(source.values), raw), std::nullopt};
+  }
+  return numbersOfFloats<arrow::DoubleArray>(source, tally);
+}
+
+ConvertedArray numbersOfHalfFloats(const ArraySource& source, ColumnTally& tally) {
   const auto& halves = static_cast<const arrow::HalfFloatArray&>(source.values);
-  return fillHeldNumbers(source, column, tally, [&halves](std::int64_t at) {
+  return heldNumbers(source, tally, [&halves](std::int64_t at) {
     return arrow::util::Float16::FromBits(halves.Value(at)).ToDouble();
   });
 }
 
-std::optional<BadValue> numbersOfBooleans(const ArraySource& source, ValueColumn& column,
-                                          ColumnTally& tally) {
+ConvertedArray numbersOfBooleans(const ArraySource& source, ColumnTally& tally) {
   const auto& booleans = static_cast<const arrow::BooleanArray&>(source.values);
-  return fillHeldNumbers(source, column, tally,
-                         [&booleans](std::int64_t at) { return booleans.Value(at) ? 1.0 : 0.0; });
+  return heldNumbers(source, tally,
+                     [&booleans](std::int64_t at) { return booleans.Value(at) ? 1.0 : 0.0; });
 }
 
 // Through the decimal's text, so that it is rounded once. Doubles from 2^53 on are whole numbers,
 // of which the decimal must be one.
 template <typename Array>
-std::optional<BadValue> numbersOfDecimals(const ArraySource& source, ValueColumn& column,
-                                          ColumnTally& tally) {
+ConvertedArray numbersOfDecimals(const ArraySource& source, ColumnTally& tally) {
   constexpr double kFirstWithoutDecimals = 0x1p53;
   const DecimalTexts<Array> texts(source.values);
-  return fillNumbers(
-      source, column, tally,
+  return convertedNumbers(
+      source, tally,
       [&texts](std::int64_t at, double& number) {
         const std::string text = texts.at(at);
         std::from_chars(text.data(), text.data() + text.size(), number);
@@ -141,7 +187,7 @@ std::optional<BadValue> numbersOfDecimals(const ArraySource& source, ValueColumn
 
 }  // namespace
 
-ArrayFill numberFillOf(Type::type type) {
+ArrayConversion numberConversionOf(Type::type type) {
   switch (type) {
     case Type::BOOL:
       return numbersOfBooleans;
@@ -166,7 +212,7 @@ ArrayFill numberFillOf(Type::type type) {
     case Type::FLOAT:
       return numbersOfFloats<arrow::FloatArray>;
     case Type::DOUBLE:
-      return numbersOfFloats<arrow::DoubleArray>;
+      return numbersOfDoubles;
     case Type::DECIMAL32:
       return numbersOfDecimals<arrow::Decimal32Array>;
     case Type::DECIMAL64:
@@ -180,7 +226,7 @@ ArrayFill numberFillOf(Type::type type) {
   }
 }
 
-ArrayFill keyFillOf(Type::type type) {
+ArrayConversion keyConversionOf(Type::type type) {
   switch (type) {
     case Type::INT8:
       return keysOfIntegers<arrow::Int8Array>;
@@ -195,7 +241,7 @@ ArrayFill keyFillOf(Type::type type) {
     case Type::UINT16:
       return keysOfIntegers<arrow::UInt16Array>;
     case Type::UINT32:
-      return keysOfIntegers<arrow::UInt32Array>;
+      return keysOfKeys;
     case Type::UINT64:
       return keysOfIntegers<arrow::UInt64Array>;
     default:

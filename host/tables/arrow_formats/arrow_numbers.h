@@ -1,7 +1,8 @@
-// Fills number and key columns from arrays of the Arrow library.
+// Makes number and key columns of arrays of the Arrow library.
 //
 // A number column holds doubles: an integer, or the whole part of a decimal, that no double holds
-// is a bad value; further decimals are rounded.
+// is a bad value; further decimals are rounded. Values that have the bytes of a column already are
+// not copied.
 #pragma once
 
 #include "arrow/type_fwd.h"
@@ -10,7 +11,7 @@
 namespace kelvarin {
 
 // Null for a type of values that cannot be numbers, or keys.
-ArrayFill numberFillOf(arrow::Type::type type);
-ArrayFill keyFillOf(arrow::Type::type type);
+ArrayConversion numberConversionOf(arrow::Type::type type);
+ArrayConversion keyConversionOf(arrow::Type::type type);
 
 }  // namespace kelvarin

@@ -1,8 +1,10 @@
 #include "host/tables/arrow_formats/arrow_texts.h"
 
 #include <charconv>
+#include <vector>
 
 #include "arrow/array.h"
+#include "host/tables/arrow_formats/counted_texts.h"
 #include "host/tables/arrow_formats/decimal_text.h"
 #include "host/tables/arrow_formats/iso_time.h"
 
@@ -14,49 +16,79 @@ using arrow::Type;
 
 static_assert(arrow::TimeUnit::SECOND == 0 && arrow::TimeUnit::NANO == 3, "decimals of a tick");
 
-// `view` returns the bytes of a value; they are valid until it is called again.
+constexpr std::int64_t kMillisecondsPerDay = 86400000;
+
+// `view` returns the bytes of a value; they are valid until it is called again. The bytes of all
+// values are expected to be about `size`.
 template <typename View>
-void fillTexts(const ArraySource& source, ValueColumn& column, View view) {
-  std::size_t size = 0;
+BatchColumn textsOfRows(const ArraySource& source, std::size_t size, View view) {
+  const auto rowCount = static_cast<std::size_t>(source.rowCount());
+  const ColumnMemory<std::uint32_t> positions(rowCount);
+  CountedTexts texts(size + 4 * rowCount);
+  const bool isPlain = source.isPlain();
   for (std::int64_t row = 0; row < source.rowCount(); ++row) {
-    size += 4 + (source.isMissing(row) ? 0 : view(source.positionOf(row)).size());
+    positions.values[row] = !isPlain && source.isMissing(row)
+                                ? texts.null()
+                                : texts.add(view(isPlain ? row : source.positionOf(row)));
   }
-  unsigned char* next = column.replace(size);
+  return texts.column(positions);
+}
+
+// Rows with the same code share a text.
+template <typename View>
+BatchColumn textsOfDictionary(const ArraySource& source, View view) {
+  const auto valueCount = static_cast<std::size_t>(source.values.length());
+  CountedTexts texts(16 * valueCount);
+  std::vector<std::uint32_t> positionsOfValues(valueCount);
+  for (std::size_t value = 0; value < valueCount; ++value) {
+    const auto at = static_cast<std::int64_t>(value);
+    positionsOfValues[value] = source.values.IsNull(at) ? texts.null() : texts.add(view(at));
+  }
+  const ColumnMemory<std::uint32_t> positions(static_cast<std::size_t>(source.rowCount()));
+  const bool isEveryRowPresent = source.rows.null_count() == 0;
   for (std::int64_t row = 0; row < source.rowCount(); ++row) {
-    if (source.isMissing(row)) {
-      next = putNullText(next);
-      continue;
-    }
-    const std::string_view text = view(source.positionOf(row));
-    next = putText(next, text.data(), text.size());
+    positions.values[row] =
+        isEveryRowPresent || !source.rows.IsNull(row)
+            ? positionsOfValues[static_cast<std::size_t>(source.positionOf(row))]
+            : texts.null();
   }
+  return texts.column(positions);
+}
+
+template <typename View>
+ConvertedArray convertedTexts(const ArraySource& source, std::size_t size, View view) {
+  const bool isShort = source.dictionary != nullptr && source.values.length() <= source.rowCount();
+  return {isShort ? textsOfDictionary(source, view) : textsOfRows(source, size, view),
+          std::nullopt};
 }
 
 template <typename Array>
-std::optional<BadValue> textsOfViews(const ArraySource& source, ValueColumn& column, ColumnTally&) {
+ConvertedArray textsOfViews(const ArraySource& source, ColumnTally&) {
   const auto& texts = static_cast<const Array&>(source.values);
-  fillTexts(source, column, [&](std::int64_t at) -> std::string_view { return texts.GetView(at); });
-  return std::nullopt;
+  std::size_t size = 0;
+  if constexpr (requires { texts.total_values_length(); }) {
+    size = static_cast<std::size_t>(texts.total_values_length());
+  }
+  return convertedTexts(source, size,
+                        [&](std::int64_t at) -> std::string_view { return texts.GetView(at); });
 }
 
-// `append(text, position)` makes the text of a value.
+// `append(text, position)` makes the text of a value, of about `size` bytes.
 template <typename Append>
-std::optional<BadValue> fillMadeTexts(const ArraySource& source, ValueColumn& column,
-                                      Append append) {
+ConvertedArray madeTexts(const ArraySource& source, std::size_t size, Append append) {
   std::string text;
-  fillTexts(source, column, [&](std::int64_t at) -> std::string_view {
-    text.clear();
-    append(text, at);
-    return text;
-  });
-  return std::nullopt;
+  return convertedTexts(source, size * static_cast<std::size_t>(source.rowCount()),
+                        [&](std::int64_t at) -> std::string_view {
+                          text.clear();
+                          append(text, at);
+                          return text;
+                        });
 }
 
 template <typename Array>
-std::optional<BadValue> textsOfIntegers(const ArraySource& source, ValueColumn& column,
-                                        ColumnTally&) {
+ConvertedArray textsOfIntegers(const ArraySource& source, ColumnTally&) {
   const auto* raw = static_cast<const Array&>(source.values).raw_values();
-  return fillMadeTexts(source, column, [raw](std::string& text, std::int64_t at) {
+  return madeTexts(source, 8, [raw](std::string& text, std::int64_t at) {
     char digits[24];
     const auto end = std::to_chars(digits, digits + sizeof digits, raw[at]).ptr;
     text.assign(digits, end);
@@ -64,25 +96,22 @@ std::optional<BadValue> textsOfIntegers(const ArraySource& source, ValueColumn& 
 }
 
 template <typename Array>
-std::optional<BadValue> textsOfDecimals(const ArraySource& source, ValueColumn& column,
-                                        ColumnTally&) {
+ConvertedArray textsOfDecimals(const ArraySource& source, ColumnTally&) {
   const DecimalTexts<Array> decimals(source.values);
-  return fillMadeTexts(source, column,
-                       [&decimals](std::string& text, std::int64_t at) { text = decimals.at(at); });
+  return madeTexts(source, 12,
+                   [&decimals](std::string& text, std::int64_t at) { text = decimals.at(at); });
 }
 
-std::optional<BadValue> textsOfDays(const ArraySource& source, ValueColumn& column, ColumnTally&) {
+ConvertedArray textsOfDays(const ArraySource& source, ColumnTally&) {
   const auto& dates = static_cast<const arrow::Date32Array&>(source.values);
-  return fillMadeTexts(source, column, [&](std::string& text, std::int64_t at) {
+  return madeTexts(source, 10, [&](std::string& text, std::int64_t at) {
     appendIsoDate(text, dates.Value(at));
   });
 }
 
-std::optional<BadValue> textsOfMillisecondDates(const ArraySource& source, ValueColumn& column,
-                                                ColumnTally&) {
-  constexpr std::int64_t kMillisecondsPerDay = 86400000;
+ConvertedArray textsOfMillisecondDates(const ArraySource& source, ColumnTally&) {
   const auto& dates = static_cast<const arrow::Date64Array&>(source.values);
-  return fillMadeTexts(source, column, [&](std::string& text, std::int64_t at) {
+  return madeTexts(source, 10, [&](std::string& text, std::int64_t at) {
     const std::int64_t milliseconds = dates.Value(at);
     const bool roundsUp = milliseconds < 0 && milliseconds % kMillisecondsPerDay != 0;
     appendIsoDate(text, milliseconds / kMillisecondsPerDay - (roundsUp ? 1 : 0));
@@ -99,15 +128,14 @@ void countFinerTimes(const ArraySource& source, std::int64_t ticksPerMillisecond
   }
 }
 
-std::optional<BadValue> textsOfTimestamps(const ArraySource& source, ValueColumn& column,
-                                          ColumnTally& tally) {
+ConvertedArray textsOfTimestamps(const ArraySource& source, ColumnTally& tally) {
   const auto form =
       TimestampForm::of(static_cast<const arrow::TimestampType&>(*source.values.type()));
   if (form.decimals > 3) {
     countFinerTimes(source, form.decimals == 6 ? 1'000 : 1'000'000, tally);
   }
   const auto& times = static_cast<const arrow::TimestampArray&>(source.values);
-  return fillMadeTexts(source, column, [&](std::string& text, std::int64_t at) {
+  return madeTexts(source, 30, [&](std::string& text, std::int64_t at) {
     appendIsoTimestamp(text, times.Value(at), form.decimals, form.isUtc);
   });
 }
@@ -134,7 +162,7 @@ QString TimestampForm::dateFormat() const {
          (isUtc ? QStringLiteral("Z") : QString());
 }
 
-ArrayFill textFillOf(Type::type type) {
+ArrayConversion textConversionOf(Type::type type) {
   switch (type) {
     case Type::STRING:
       return textsOfViews<arrow::StringArray>;

@@ -1,4 +1,4 @@
-// Fills text columns from arrays of the Arrow library.
+// Makes text columns of arrays of the Arrow library.
 //
 // Texts come as they are; integers and decimals with all digits; dates and timestamps in ISO 8601,
 // in a form that the column's type alone decides.
@@ -12,7 +12,7 @@
 namespace kelvarin {
 
 // Null for a type of values that cannot be texts.
-ArrayFill textFillOf(arrow::Type::type type);
+ArrayConversion textConversionOf(arrow::Type::type type);
 
 // How the timestamps of one type are written.
 struct TimestampForm {

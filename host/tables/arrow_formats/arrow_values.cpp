@@ -1,5 +1,6 @@
 #include "host/tables/arrow_formats/arrow_values.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "arrow/type_traits.h"
@@ -10,14 +11,14 @@ namespace kelvarin {
 
 namespace {
 
-ArrayFill fillOf(arrow::Type::type type, MetaTypeColumn column) {
+ArrayConversion conversionOf(arrow::Type::type type, MetaTypeColumn column) {
   switch (column) {
     case MetaTypeColumn::number:
-      return numberFillOf(type);
+      return numberConversionOf(type);
     case MetaTypeColumn::key:
-      return keyFillOf(type);
+      return keyConversionOf(type);
     default:
-      return textFillOf(type);
+      return textConversionOf(type);
   }
 }
 
@@ -42,7 +43,7 @@ std::vector<MetaTypeColumn> columnTypesOf(const arrow::DataType& type) {
     return types;
   }
   for (const auto column : {MetaTypeColumn::number, MetaTypeColumn::key, MetaTypeColumn::text}) {
-    if (fillOf(values, column) == nullptr) {
+    if (conversionOf(values, column) == nullptr) {
       continue;
     }
     const bool isDefault = values == arrow::Type::UINT32 && column == MetaTypeColumn::key;
@@ -51,14 +52,27 @@ std::vector<MetaTypeColumn> columnTypesOf(const arrow::DataType& type) {
   return types;
 }
 
-std::optional<BadValue> convertArray(const arrow::Array& array, ValueColumn& column,
-                                     ColumnTally& tally) {
+ConvertedArray convertArray(const arrow::Array& array, MetaTypeColumn type, ColumnTally& tally) {
   if (array.type_id() != arrow::Type::DICTIONARY) {
-    return fillOf(array.type_id(), column.type())(ArraySource{array, array}, column, tally);
+    return conversionOf(array.type_id(), type)(ArraySource{array, array}, tally);
   }
   const auto& coded = static_cast<const arrow::DictionaryArray&>(array);
   const arrow::Array& values = *coded.dictionary();
-  return fillOf(values.type_id(), column.type())(ArraySource{array, values, &coded}, column, tally);
+  return conversionOf(values.type_id(), type)(ArraySource{array, values, &coded}, tally);
+}
+
+BatchColumn unreadColumn(MetaTypeColumn type, std::size_t rowCount) {
+  const auto zeros = std::make_shared<double[]>(std::max<std::size_t>(rowCount, 1));
+  const auto* bytes = reinterpret_cast<const unsigned char*>(zeros.get());
+  switch (type) {
+    case MetaTypeColumn::number:
+      return BatchColumn::ofNumbers(zeros, zeros.get());
+    case MetaTypeColumn::key:
+      return BatchColumn::ofKeys(zeros, reinterpret_cast<const std::uint32_t*>(bytes));
+    default:
+      return BatchColumn::ofTexts(type, zeros, bytes, reinterpret_cast<const std::uint32_t*>(bytes),
+                                  4);
+  }
 }
 
 }  // namespace kelvarin

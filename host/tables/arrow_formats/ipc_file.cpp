@@ -1,11 +1,38 @@
 // The Arrow side of reading.
+#include <vector>
+
 #include "arrow/io/file.h"
 #include "arrow/ipc/reader.h"
-#include "host/tables/arrow_formats/arrow_batch_reader.h"
+#include "arrow/record_batch.h"
+#include "host/tables/arrow_formats/arrow_file.h"
 
 namespace kelvarin {
 
 namespace {
+
+constexpr std::int64_t kRowsInUnit = 16 * 1024;
+
+class IpcGroup : public ArrowFileGroup {
+ public:
+  explicit IpcGroup(std::shared_ptr<arrow::RecordBatch> batch)
+      : m_batch(std::move(batch)),
+        m_rowsDone(static_cast<std::size_t>(m_batch->num_columns()), 0) {}
+
+  std::int64_t rowCount() const override { return m_batch->num_rows(); }
+  arrow::Result<std::shared_ptr<arrow::Array>> next(int column, std::int64_t rowCount) override {
+    const auto& array = m_batch->column(column);
+    std::int64_t& rowsDone = m_rowsDone[static_cast<std::size_t>(column)];
+    if (rowsDone == 0) {
+      ARROW_RETURN_NOT_OK(array->ValidateFull());
+    }
+    rowsDone += rowCount;
+    return array->Slice(rowsDone - rowCount, rowCount);
+  }
+
+ private:
+  std::shared_ptr<arrow::RecordBatch> m_batch;
+  std::vector<std::int64_t> m_rowsDone;  // of each column
+};
 
 class IpcFile : public ArrowFile {
  public:
@@ -13,16 +40,19 @@ class IpcFile : public ArrowFile {
     ARROW_ASSIGN_OR_RAISE(auto file, arrow::io::ReadableFile::Open(path));
     auto options = arrow::ipc::IpcReadOptions::Defaults();
     options.use_threads = false;
+    options.ensure_alignment = arrow::ipc::Alignment::kDataTypeSpecificAlignment;
     ARROW_ASSIGN_OR_RAISE(m_reader, arrow::ipc::RecordBatchFileReader::Open(file, options));
     return m_reader->CountRows().Value(&m_rowCount);
   }
   std::shared_ptr<arrow::Schema> schema() const override { return m_reader->schema(); }
-  long long rowCount() const override { return m_rowCount; }
-  arrow::Result<std::shared_ptr<arrow::RecordBatch>> nextBatch() override {
+  std::int64_t rowCount() const override { return m_rowCount; }
+  std::int64_t rowsInUnit() const override { return kRowsInUnit; }
+  arrow::Result<std::unique_ptr<ArrowFileGroup>> nextGroup() override {
     if (m_nextBatch == m_reader->num_record_batches()) {
       return nullptr;
     }
-    return m_reader->ReadRecordBatch(m_nextBatch++);
+    ARROW_ASSIGN_OR_RAISE(auto batch, m_reader->ReadRecordBatch(m_nextBatch++));
+    return std::make_unique<IpcGroup>(std::move(batch));
   }
 
  private:

@@ -1,7 +1,7 @@
 // The one function that the shared library offers.
 #include "base/export.h"
-#include "host/tables/arrow_formats/arrow_batch_reader.h"
-#include "host/tables/arrow_formats/batched_arrow_writer.h"
+#include "host/tables/arrow_formats/arrow_table_reader.h"
+#include "host/tables/arrow_formats/row_group_writer.h"
 
 namespace kelvarin {
 
@@ -12,12 +12,13 @@ class Formats final : public ArrowFormats {
   std::unique_ptr<BatchReader> makeReader(ArrowFormat format, const QString& path,
                                           ColumnRules rules) const override {
     auto file = format == ArrowFormat::parquet ? makeParquetFile() : makeIpcFile();
-    return std::make_unique<ArrowBatchReader>(path, std::move(file), std::move(rules));
+    return std::make_unique<ArrowTableReader>(path, std::move(file), std::move(rules));
   }
   std::unique_ptr<ArrowTableWriter> makeWriter(ArrowFormat format, OutputFile& file,
-                                               const QString& path) const override {
+                                               const QString& path,
+                                               int threadCount) const override {
     auto writer = format == ArrowFormat::parquet ? makeParquetWriter() : makeIpcWriter();
-    return std::make_unique<BatchedArrowWriter>(std::move(writer), file, path);
+    return std::make_unique<RowGroupWriter>(std::move(writer), file, path, threadCount);
   }
 };
 

@@ -1,63 +1,198 @@
 // The Parquet side of reading.
+#include <algorithm>
 #include <exception>
+#include <mutex>
+#include <vector>
 
+#include "arrow/array/concatenate.h"
 #include "arrow/io/file.h"
 #include "arrow/memory_pool.h"
-#include "host/tables/arrow_formats/arrow_batch_reader.h"
+#include "arrow/record_batch.h"
+#include "host/tables/arrow_formats/arrow_file.h"
 #include "parquet/arrow/reader.h"
 #include "parquet/file_reader.h"
+#include "parquet/metadata.h"
 #include "parquet/properties.h"
 
 namespace kelvarin {
 
 namespace {
 
-constexpr std::int64_t kRowsInBatch = 16 * 1024;
+constexpr std::int64_t kMaxRowsInUnit = 16 * 1024;
+constexpr std::int64_t kMinRowsInUnit = 1024;
+constexpr std::int64_t kUnitBytes = 2 << 20;
+constexpr std::int64_t kReadBuffer = 64 * 1024;
+
+// A damaged file makes the library throw here and there.
+template <typename Call>
+arrow::Status guarded(Call call) {
+  try {
+    return call();
+  } catch (const std::exception& exception) {
+    return arrow::Status::Invalid(exception.what());
+  }
+}
+
+// An open file, once for columns that are read value by value and once for texts that are read as
+// codes and dictionaries.
+// Threads: any, in turns; the columns that it opens are independent.
+class OpenParquetFile {
+ public:
+  arrow::Status open(const std::string& path) {
+    ARROW_ASSIGN_OR_RAISE(auto file, arrow::io::ReadableFile::Open(path));
+    parquet::ReaderProperties properties;
+    properties.enable_buffered_stream();
+    properties.set_buffer_size(kReadBuffer);
+    auto values = parquet::ParquetFileReader::Open(file, properties);
+    m_metadata = values->metadata();
+    auto texts = parquet::ParquetFileReader::Open(file, properties, m_metadata);
+    auto arrowProperties = parquet::default_arrow_reader_properties();
+    arrowProperties.set_batch_size(rowsInUnit());
+    arrowProperties.set_use_threads(false);
+    ARROW_ASSIGN_OR_RAISE(m_values, readerOf(std::move(values), arrowProperties));
+    for (int column = 0; column < m_metadata->num_columns(); ++column) {
+      arrowProperties.set_read_dictionary(column, true);
+    }
+    ARROW_ASSIGN_OR_RAISE(m_texts, readerOf(std::move(texts), arrowProperties));
+    return m_values->GetSchema(&m_schema);
+  }
+
+  const std::shared_ptr<arrow::Schema>& schema() const { return m_schema; }
+  const parquet::FileMetaData& metadata() const { return *m_metadata; }
+
+  // Fewer where rows are long.
+  std::int64_t rowsInUnit() const {
+    std::int64_t bytes = 0;
+    for (int group = 0; group < m_metadata->num_row_groups(); ++group) {
+      bytes += std::max<std::int64_t>(m_metadata->RowGroup(group)->total_byte_size(), 0);
+    }
+    const std::int64_t bytesOfRow = bytes / std::max<std::int64_t>(m_metadata->num_rows(), 1) + 1;
+    return std::clamp(kUnitBytes / bytesOfRow, kMinRowsInUnit, kMaxRowsInUnit);
+  }
+
+  arrow::Result<std::unique_ptr<arrow::RecordBatchReader>> column(int group, int column) {
+    const std::lock_guard lock(m_mutex);
+    auto& reader = hasRepeatedTexts(group, column) ? m_texts : m_values;
+    return reader->GetRecordBatchReader({group}, {column});
+  }
+
+ private:
+  static arrow::Result<std::unique_ptr<parquet::arrow::FileReader>> readerOf(
+      std::unique_ptr<parquet::ParquetFileReader> file,
+      const parquet::ArrowReaderProperties& properties) {
+    return parquet::arrow::FileReader::Make(arrow::default_memory_pool(), std::move(file),
+                                            properties);
+  }
+
+  // All its texts are in a dictionary: without, each would take four bytes and its own.
+  bool hasRepeatedTexts(int group, int column) const {
+    const auto chunk = m_metadata->RowGroup(group)->ColumnChunk(column);
+    return chunk->type() == parquet::Type::BYTE_ARRAY && chunk->has_dictionary_page() &&
+           chunk->total_uncompressed_size() / 4 < chunk->num_values();
+  }
+
+  std::mutex m_mutex;
+  std::shared_ptr<parquet::FileMetaData> m_metadata;
+  std::unique_ptr<parquet::arrow::FileReader> m_values;
+  std::unique_ptr<parquet::arrow::FileReader> m_texts;
+  std::shared_ptr<arrow::Schema> m_schema;
+};
+
+class ParquetGroup : public ArrowFileGroup {
+ public:
+  ParquetGroup(std::shared_ptr<OpenParquetFile> file, int group)
+      : m_file(std::move(file)),
+        m_group(group),
+        m_rowCount(m_file->metadata().RowGroup(group)->num_rows()),
+        m_columns(static_cast<std::size_t>(m_file->schema()->num_fields())) {}
+
+  std::int64_t rowCount() const override { return m_rowCount; }
+  arrow::Result<std::shared_ptr<arrow::Array>> next(int column, std::int64_t rowCount) override {
+    std::shared_ptr<arrow::Array> rows;
+    ARROW_RETURN_NOT_OK(guarded([&] { return read(column, rowCount).Value(&rows); }));
+    ARROW_RETURN_NOT_OK(rows->ValidateFull());
+    return rows;
+  }
+
+ private:
+  struct Column {
+    std::unique_ptr<arrow::RecordBatchReader> reader;
+    std::shared_ptr<arrow::Array> rest;  // read, and not asked for yet
+    std::int64_t rowsLeft;
+  };
+
+  // Most often the library reads as many rows as are asked for.
+  arrow::Result<std::shared_ptr<arrow::Array>> read(int index, std::int64_t rowCount) {
+    Column& column = m_columns[static_cast<std::size_t>(index)];
+    if (column.reader == nullptr) {
+      ARROW_ASSIGN_OR_RAISE(column.reader, m_file->column(m_group, index));
+      column.rowsLeft = m_rowCount;
+    }
+    arrow::ArrayVector parts;
+    std::int64_t missing = rowCount;
+    while (missing > 0) {
+      if (column.rest == nullptr) {
+        std::shared_ptr<arrow::RecordBatch> batch;
+        ARROW_RETURN_NOT_OK(column.reader->ReadNext(&batch));
+        if (batch == nullptr) {
+          break;
+        }
+        column.rest = batch->column(0);
+      }
+      const std::int64_t length = column.rest->length();
+      parts.push_back(length > missing ? column.rest->Slice(0, missing) : column.rest);
+      column.rest = length > missing ? column.rest->Slice(missing) : nullptr;
+      missing -= parts.back()->length();
+    }
+    column.rowsLeft -= rowCount;
+    if (column.rowsLeft <= 0) {
+      column = {};  // its buffers are large
+    }
+    return joined(parts);
+  }
+
+  static arrow::Result<std::shared_ptr<arrow::Array>> joined(const arrow::ArrayVector& parts) {
+    if (parts.size() == 1) {
+      return parts.front();
+    }
+    if (parts.empty()) {
+      return arrow::Status::Invalid("a column has fewer rows than its row group");
+    }
+    for (const auto& part : parts) {
+      ARROW_RETURN_NOT_OK(part->ValidateFull());
+    }
+    return arrow::Concatenate(parts);
+  }
+
+  std::shared_ptr<OpenParquetFile> m_file;
+  int m_group;
+  std::int64_t m_rowCount;
+  std::vector<Column> m_columns;
+};
 
 class ParquetFile : public ArrowFile {
  public:
   arrow::Status open(const std::string& path) override {
-    return guarded([&] { return openFile(path); });
+    return guarded([&] { return m_file->open(path); });
   }
-  std::shared_ptr<arrow::Schema> schema() const override { return m_schema; }
-  long long rowCount() const override { return m_rowCount; }
-  arrow::Result<std::shared_ptr<arrow::RecordBatch>> nextBatch() override {
-    std::shared_ptr<arrow::RecordBatch> batch;
-    ARROW_RETURN_NOT_OK(guarded([&] { return m_batches->ReadNext(&batch); }));
-    return batch;
+  std::shared_ptr<arrow::Schema> schema() const override { return m_file->schema(); }
+  std::int64_t rowCount() const override { return m_file->metadata().num_rows(); }
+  std::int64_t rowsInUnit() const override { return m_file->rowsInUnit(); }
+  arrow::Result<std::unique_ptr<ArrowFileGroup>> nextGroup() override {
+    if (m_nextGroup == m_file->metadata().num_row_groups()) {
+      return nullptr;
+    }
+    std::unique_ptr<ArrowFileGroup> group;
+    ARROW_RETURN_NOT_OK(guarded([&] {
+      group = std::make_unique<ParquetGroup>(m_file, m_nextGroup++);
+      return arrow::Status::OK();
+    }));
+    return group;
   }
 
  private:
-  // A damaged file makes the library throw here and there.
-  template <typename Call>
-  static arrow::Status guarded(Call call) {
-    try {
-      return call();
-    } catch (const std::exception& exception) {
-      return arrow::Status::Invalid(exception.what());
-    }
-  }
-
-  arrow::Status openFile(const std::string& path) {
-    ARROW_ASSIGN_OR_RAISE(auto file, arrow::io::ReadableFile::Open(path));
-    parquet::ReaderProperties properties;
-    properties.enable_buffered_stream();
-    auto arrowProperties = parquet::default_arrow_reader_properties();
-    arrowProperties.set_batch_size(kRowsInBatch);
-    arrowProperties.set_use_threads(false);
-    parquet::arrow::FileReaderBuilder builder;
-    ARROW_RETURN_NOT_OK(builder.Open(file, properties));
-    builder.properties(arrowProperties);
-    ARROW_ASSIGN_OR_RAISE(m_reader, builder.Build());
-    m_rowCount = m_reader->parquet_reader()->metadata()->num_rows();
-    ARROW_RETURN_NOT_OK(m_reader->GetSchema(&m_schema));
-    return m_reader->GetRecordBatchReader().Value(&m_batches);
-  }
-
-  std::unique_ptr<parquet::arrow::FileReader> m_reader;
-  std::shared_ptr<arrow::Schema> m_schema;
-  std::unique_ptr<arrow::RecordBatchReader> m_batches;
-  long long m_rowCount = -1;
+  std::shared_ptr<OpenParquetFile> m_file = std::make_shared<OpenParquetFile>();
+  int m_nextGroup = 0;
 };
 
 }  // namespace

@@ -1,71 +1,187 @@
-// The Parquet side of writing: one row group a batch, Snappy.
+// The Parquet side of writing: Snappy, with the ranges of values of columns and of pages.
 #include <exception>
 
-#include "arrow/memory_pool.h"
-#include "arrow/table.h"
-#include "host/tables/arrow_formats/batched_arrow_writer.h"
-#include "parquet/arrow/writer.h"
+#include "host/tables/arrow_formats/parquet_columns.h"
+#include "host/tables/arrow_formats/row_group_writer.h"
+#include "parquet/exception.h"
+#include "parquet/file_writer.h"
+#include "parquet/index_location.h"
+#include "parquet/metadata.h"
 #include "parquet/properties.h"
+#include "parquet/schema.h"
 
 namespace kelvarin {
 
 namespace {
 
-// A column with more values than these in a batch hardly repeats any; looking each of them up costs
-// more than the rest of the writing. 20 thousand different numbers still fit.
-constexpr std::int64_t kLargestDictionary = 256 * 1024;
+using parquet::Encoding;
 
-class ParquetWriter : public ArrowBatchWriter {
+constexpr std::string_view kMagic = "PAR1";
+
+struct EncodedChunk final : EncodedColumn {
+  ParquetColumnChunk chunk;
+};
+
+parquet::schema::NodePtr nodeOf(const std::string& name, MetaTypeColumn type) {
+  using parquet::LogicalType;
+  constexpr auto kOptional = parquet::Repetition::OPTIONAL;
+  switch (type) {
+    case MetaTypeColumn::number:
+      return parquet::schema::PrimitiveNode::Make(name, kOptional, LogicalType::None(),
+                                                  parquet::Type::DOUBLE);
+    case MetaTypeColumn::key:
+      return parquet::schema::PrimitiveNode::Make(name, kOptional, LogicalType::Int(32, false),
+                                                  parquet::Type::INT32);
+    default:
+      return parquet::schema::PrimitiveNode::Make(name, kOptional, LogicalType::String(),
+                                                  parquet::Type::BYTE_ARRAY);
+  }
+}
+
+parquet::schema::NodePtr schemaOf(const OneRow& columns) {
+  parquet::schema::NodeVector nodes;
+  for (int i = 0; i < columns.sz(); ++i) {
+    nodes.push_back(nodeOf(columns.colName(i).toStdString(), columns.getMetaType(i)));
+  }
+  return parquet::schema::GroupNode::Make("schema", parquet::Repetition::REQUIRED, nodes);
+}
+
+template <typename Index>
+std::shared_ptr<arrow::Buffer> serialized(const Index& index) {
+  PARQUET_ASSIGN_OR_THROW(auto stream, arrow::io::BufferOutputStream::Create(512));
+  index.WriteTo(stream.get());
+  PARQUET_ASSIGN_OR_THROW(auto bytes, stream->Finish());
+  return bytes;
+}
+
+// A failing stream and a lack of memory make the library throw here and there.
+template <typename Call>
+arrow::Status guarded(Call call) {
+  try {
+    call();
+    return arrow::Status::OK();
+  } catch (const std::exception& exception) {
+    return arrow::Status::IOError(exception.what());
+  }
+}
+
+class ParquetWriter : public RowGroupFormat {
  public:
-  // Where memory did not suffice, the library's writer crashes in its destructor, which writes on.
-  ~ParquetWriter() override {
-    if (m_isUnfit) {
-      (void)m_writer.release();
-    }
-  }
-  arrow::Status open(std::shared_ptr<ArrowOutputStream> stream,
-                     std::shared_ptr<arrow::Schema> schema) override {
+  arrow::Status open(std::shared_ptr<ArrowOutputStream> stream, const OneRow& columns) override {
     return guarded([&] {
-      const auto properties = parquet::WriterProperties::Builder()
-                                  .compression(parquet::Compression::SNAPPY)
-                                  ->dictionary_pagesize_limit(kLargestDictionary)
-                                  ->build();
-      return parquet::arrow::FileWriter::Open(*schema, arrow::default_memory_pool(), stream,
-                                              properties)
-          .Value(&m_writer);
+      m_stream = std::move(stream);
+      m_properties =
+          parquet::WriterProperties::Builder().compression(parquet::Compression::SNAPPY)->build();
+      m_schema.Init(schemaOf(columns));
+      m_metadata = parquet::FileMetaDataBuilder::Make(&m_schema, m_properties);
+      PARQUET_THROW_NOT_OK(m_stream->Write(kMagic.data(), kMagic.size()));
     });
   }
-  arrow::Status write(const arrow::RecordBatch& batch) override {
+
+  arrow::Status encode(const RowGroup& group, std::size_t column,
+                       std::unique_ptr<EncodedColumn>& encoded) const override {
+    ColumnPages pages(m_schema.Column(static_cast<int>(column)), m_properties);
+    const ValueRange range = encodePages(group.columns()[column], group.rowCount(), pages);
+    auto made = std::make_unique<EncodedChunk>();
+    made->chunk = pages.finish(range);
+    encoded = std::move(made);
+    return arrow::Status::OK();
+  }
+
+  arrow::Status write(std::size_t rowCount,
+                      std::vector<std::unique_ptr<EncodedColumn>> columns) override {
     return guarded([&] {
-      const auto table = arrow::Table::Make(batch.schema(), batch.columns(), batch.num_rows());
-      return m_writer->WriteTable(*table, batch.num_rows());
+      parquet::RowGroupMetaDataBuilder& group = *m_metadata->AppendRowGroup();
+      group.set_num_rows(static_cast<std::int64_t>(rowCount));
+      std::int64_t size = 0;
+      for (std::size_t i = 0; i < columns.size(); ++i) {
+        auto& chunk = static_cast<EncodedChunk&>(*columns[i]).chunk;
+        writeChunk(chunk, *group.NextColumnChunk());
+        size += chunk.uncompressedSize;
+        keepIndices({m_groupCount, static_cast<std::int32_t>(i)}, chunk);
+      }
+      group.Finish(size);
+      ++m_groupCount;
     });
   }
+
   arrow::Status close() override {
-    return guarded([&] { return m_writer->Close(); });
+    return guarded([&] {
+      writeIndices(parquet::IndexKind::kColumnIndex, &PageIndices::column);
+      writeIndices(parquet::IndexKind::kOffsetIndex, &PageIndices::offset);
+      parquet::WriteFileMetaData(*m_metadata->Finish(), m_stream.get());
+      PARQUET_THROW_NOT_OK(m_stream->Close());
+    });
   }
 
  private:
-  // A failing stream makes the library throw here and there.
-  template <typename Call>
-  arrow::Status guarded(Call call) {
-    try {
-      const arrow::Status status = call();
-      m_isUnfit |= status.IsOutOfMemory();
-      return status;
-    } catch (const std::exception& exception) {
-      m_isUnfit = true;
-      return arrow::Status::IOError(exception.what());
+  // By which readers find the pages of a column, and skip those whose values they do not want, as
+  // they come at the end of the file.
+  struct PageIndices {
+    parquet::ColumnChunkId id;
+    std::shared_ptr<arrow::Buffer> column;
+    std::shared_ptr<arrow::Buffer> offset;
+  };
+
+  static ValueRange encodePages(const GroupColumn& column, std::size_t rowCount,
+                                ColumnPages& pages) {
+    switch (column.type) {
+      case MetaTypeColumn::number:
+        return encodeNumbers(column, rowCount, pages);
+      case MetaTypeColumn::key:
+        return encodeKeys(column, rowCount, pages);
+      default:
+        return encodeTexts(column, rowCount, pages);
     }
   }
 
-  std::unique_ptr<parquet::arrow::FileWriter> m_writer;
-  bool m_isUnfit = false;
+  void writeChunk(ParquetColumnChunk& chunk, parquet::ColumnChunkMetaDataBuilder& metadata) {
+    const std::int64_t position = *m_stream->Tell();
+    PARQUET_THROW_NOT_OK(m_stream->Write(chunk.bytes->data(), chunk.bytes->size()));
+    const bool isCoded = chunk.dictionarySize > 0;
+    std::map<Encoding::type, std::int32_t> dictionaryEncodings;
+    if (isCoded) {
+      dictionaryEncodings[m_properties->dictionary_page_encoding()] = 1;
+    }
+    metadata.SetStatistics(chunk.statistics);
+    metadata.Finish(
+        chunk.rowCount, isCoded ? position : 0, -1, position + chunk.dictionarySize,
+        chunk.bytes->size(), chunk.uncompressedSize, isCoded, false, dictionaryEncodings,
+        {{isCoded ? m_properties->dictionary_index_encoding() : Encoding::PLAIN, chunk.pageCount}});
+    chunk.bytes.reset();
+    chunk.columnIndex->Finish();
+    chunk.offsetIndex->Finish(position);
+  }
+
+  void keepIndices(parquet::ColumnChunkId id, const ParquetColumnChunk& chunk) {
+    m_indices.push_back({id, serialized(*chunk.columnIndex), serialized(*chunk.offsetIndex)});
+  }
+
+  void writeIndices(parquet::IndexKind kind, std::shared_ptr<arrow::Buffer> PageIndices::* member) {
+    parquet::IndexLocations locations;
+    for (const PageIndices& indices : m_indices) {
+      const arrow::Buffer& bytes = *(indices.*member);
+      const std::int64_t position = *m_stream->Tell();
+      PARQUET_THROW_NOT_OK(m_stream->Write(bytes.data(), bytes.size()));
+      if (bytes.size() > 0) {
+        locations.emplace_back(
+            indices.id, parquet::IndexLocation{position, static_cast<std::int32_t>(bytes.size())});
+      }
+    }
+    m_metadata->SetIndexLocations(kind, locations);
+  }
+
+  std::shared_ptr<ArrowOutputStream> m_stream;
+  std::shared_ptr<parquet::WriterProperties> m_properties;
+  parquet::SchemaDescriptor m_schema;
+  std::unique_ptr<parquet::FileMetaDataBuilder> m_metadata;
+  std::int32_t m_groupCount = 0;
+  std::vector<PageIndices> m_indices;
 };
 
 }  // namespace
 
-std::unique_ptr<ArrowBatchWriter> makeParquetWriter() {
+std::unique_ptr<RowGroupFormat> makeParquetWriter() {
   return std::make_unique<ParquetWriter>();
 }
 

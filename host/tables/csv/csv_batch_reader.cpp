@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/tables/csv/csv_field_texts.h"
 #include "host/tables/csv/messages.h"
 #include "host/tables/files/messages.h"
 
@@ -9,56 +10,41 @@ namespace kelvarin {
 
 namespace {
 constexpr long long kInferredRows = 10000;
-
-QString lostDigitsText(std::string_view field, double number) {
-  return lostDigits(field, number) == LostDigits::leadingZero ? table_messages::hasLeadingZero()
-                                                              : table_messages::hasTooManyDigits();
-}
-
-QString badNumberText(const std::string& field, const QString& column) {
-  const QString value = QString::fromStdString(field);
-  double number = 0;
-  return parseNumber(field, number)
-             ? table_messages::numberLosesDigits(value, lostDigitsText(field, number), column)
-             : table_messages::badNumber(value);
-}
-
-// Why a column that looks like numbers is text.
-QString textColumnText(const std::string& field, const QString& column) {
-  const QString value = QString::fromStdString(field);
-  double number = 0;
-  if (parseNumber(field, number)) {
-    return table_messages::numbersAreText(value, lostDigitsText(field, number), column);
-  }
-  return isMissingWord(field) ? table_messages::missingWordIsText(value)
-                              : table_messages::peoplesNumbersAreText(value);
-}
-
 }  // namespace
 
-CsvBatchReader::CsvBatchReader(const QString& path, const CsvDialect& dialect, ColumnRules rules)
-    : m_path(path), m_dialect(dialect), m_rules(std::move(rules)) {}
+CsvBatchReader::CsvBatchReader(const QString& path, const CsvDialect& dialect, ColumnRules rules,
+                               std::size_t unitSize)
+    : m_rules(std::move(rules)), m_unitSize(unitSize), m_table(std::make_shared<CsvTable>()) {
+  m_table->path = path;
+  m_table->dialect = dialect;
+  m_table->areBadValuesNull = m_rules.areBadValuesNull;
+}
 
-Result<TableColumns, QString> CsvBatchReader::open() {
-  if (const auto status = m_file.open(m_path); !status) {
+Result<TableColumns, QString> CsvBatchReader::open(IsStopped isStopped) {
+  if (const auto status = m_file.open(m_table->path, std::move(isStopped)); !status) {
     return Failure{status.error()};
   }
-  Result<CsvHead, QString> head = readCsvHead(m_file, m_dialect);
+  Result<CsvHead, QString> head = readCsvHead(m_file, m_table->dialect);
   if (!head) {
     return Failure{head.error()};
   }
   m_head = std::move(*head);
   m_notes = m_head.notes;
+  m_line = m_head.dataLine;
+  m_bytesDone = m_head.dataOffset;
   if (const auto status = settleColumns(); !status) {
     return Failure{status.error()};
   }
-  m_nulls.emplace(m_dialect, m_columns.types.size());
-  m_locator.emplace(m_file, m_dialect, m_head);
-  m_blocks.emplace(m_file, m_dialect, m_head, m_columns.names);
+  const std::size_t columnCount = m_table->columns.types.size();
+  m_table->nulls.emplace(m_table->dialect, columnCount);
+  m_badFields.resize(columnCount);
+  m_locator.emplace(m_file, m_table->dialect, m_head);
+  m_units.emplace(m_file, m_table->dialect, columnCount, std::move(m_head.bytesRead),
+                  m_table->blocks, m_unitSize);
   if (const auto status = inferTypes(); !status) {
     return Failure{status.error()};
   }
-  return m_columns;
+  return m_table->columns;
 }
 
 Status<QString> CsvBatchReader::settleColumns() {
@@ -67,13 +53,13 @@ Status<QString> CsvBatchReader::settleColumns() {
   }
   const QVector<QString>& names = m_head.names;
   if (names.isEmpty()) {
-    return Failure{table_messages::noColumns(m_path)};
+    return Failure{table_messages::noColumns(m_table->path)};
   }
   const auto columnCount = static_cast<std::size_t>(names.size());
-  m_columns.names = names;
-  m_columns.types.assign(columnCount, MetaTypeColumn::text);
-  m_isDeclared.assign(columnCount, false);
-  m_badFields.assign(columnCount, BadFieldCount{m_rules.areBadValuesNull, 0, -1});
+  std::vector<MetaTypeColumn>& types = m_table->columns.types;
+  m_table->columns.names = names;
+  types.assign(columnCount, MetaTypeColumn::text);
+  m_table->isDeclared.assign(columnCount, false);
   if (m_rules.declared.empty()) {
     return Done{};
   }
@@ -81,10 +67,11 @@ Status<QString> CsvBatchReader::settleColumns() {
   for (const DeclaredColumn& column : m_rules.declared) {
     const qsizetype index = positions.value(column.name, -1);
     if (index < 0) {
-      return Failure{table_messages::declaredColumnAbsent(m_path, column.name, shownNames(names))};
+      return Failure{
+          table_messages::declaredColumnAbsent(m_table->path, column.name, shownNames(names))};
     }
-    m_columns.types[static_cast<std::size_t>(index)] = column.type;
-    m_isDeclared[static_cast<std::size_t>(index)] = true;
+    types[static_cast<std::size_t>(index)] = column.type;
+    m_table->isDeclared[static_cast<std::size_t>(index)] = true;
   }
   return Done{};
 }
@@ -94,7 +81,7 @@ Status<QString> CsvBatchReader::settleColumns() {
 Status<QString> CsvBatchReader::nameByDeclarations() {
   QVector<QString>& names = m_head.names;
   const std::vector<DeclaredColumn>& declared = m_rules.declared;
-  if (m_dialect.hasHeader || declared.empty()) {
+  if (m_table->dialect.hasHeader || declared.empty()) {
     return Done{};
   }
   const QHash<QString, qsizetype> generated = positionsOf(names);
@@ -107,38 +94,44 @@ Status<QString> CsvBatchReader::nameByDeclarations() {
     names.resize(declaredCount);
   }
   if (declaredCount > names.size()) {
-    return Failure{table_messages::tooManyDeclared(m_path, declaredCount, names.size())};
+    return Failure{table_messages::tooManyDeclared(m_table->path, declaredCount, names.size())};
   }
   for (qsizetype i = 0; i < declaredCount; ++i) {
     const QString& name = declared[static_cast<std::size_t>(i)].name;
     if (generated.value(name, -1) >= declaredCount) {
-      return Failure{table_messages::duplicateColumn(m_path, name)};
+      return Failure{table_messages::duplicateColumn(m_table->path, name)};
     }
     names[i] = name;
   }
   return Done{};
 }
 
+// A bad record ends the first rows; the rows before it come first.
 Status<QString> CsvBatchReader::inferTypes() {
-  std::vector<TypeInference> inferences(m_columns.types.size());
-  for (long long rows = 0; rows < kInferredRows;) {
-    CsvBlock block;
-    const Result<ReadOutcome, QString> outcome = m_blocks->next(block);
-    if (!outcome) {
-      return Failure{outcome.error()};
-    }
-    if (*outcome == ReadOutcome::end) {
+  std::vector<TypeInference> inferences(m_table->columns.types.size());
+  long long line = m_line;
+  bool hasBadRecord = false;
+  for (long long rows = 0; rows < kInferredRows && !hasBadRecord;) {
+    std::unique_ptr<CsvUnit> unit = readPiece();
+    if (unit == nullptr) {
       break;
     }
-    for (std::size_t i = 0; i < inferences.size(); ++i) {
-      inferences[i].look(block, i, *m_nulls, kInferredRows - rows);
+    unit->index();
+    hasBadRecord = unit->hasBadRecord();
+    if (hasBadRecord && rows + unit->block().rowCount() == 0) {
+      unit->settle(line);
+      return Failure{unit->failure()};
     }
-    rows += block.rowCount();
-    m_held.push_back(std::move(block));
+    for (std::size_t i = 0; i < inferences.size(); ++i) {
+      inferences[i].look(unit->block(), i, *m_table->nulls, kInferredRows - rows, line);
+    }
+    rows += unit->block().rowCount();
+    line += unit->lineCount();
+    m_held.push_back(std::move(unit));
   }
   for (std::size_t i = 0; i < inferences.size(); ++i) {
-    if (!m_isDeclared[i]) {
-      m_columns.types[i] = inferences[i].type();
+    if (!m_table->isDeclared[i]) {
+      m_table->columns.types[i] = inferences[i].type();
     }
   }
   noteTextColumns(inferences);
@@ -149,95 +142,61 @@ void CsvBatchReader::noteTextColumns(const std::vector<TypeInference>& inference
   constexpr int kMaxNotes = 100;
   int columns = 0;
   for (std::size_t i = 0; i < inferences.size(); ++i) {
-    const FieldForText* field = m_isDeclared[i] ? nullptr : inferences[i].fieldForText();
+    const FieldForText* field = m_table->isDeclared[i] ? nullptr : inferences[i].fieldForText();
     if (field == nullptr || ++columns > kMaxNotes) {
       continue;
     }
-    const QString name = m_columns.names[static_cast<qsizetype>(i)];
+    const QString name = m_table->columns.names[static_cast<qsizetype>(i)];
     m_notes += table_messages::atLocation(
-        table_messages::inColumn(table_messages::atLine(m_path, field->line), name),
+        table_messages::inColumn(table_messages::atLine(m_table->path, field->line), name),
         textColumnText(field->text, name));
   }
   if (columns > kMaxNotes) {
-    m_notes += table_messages::moreNumbersAreText(m_path, columns - kMaxNotes);
+    m_notes += table_messages::moreNumbersAreText(m_table->path, columns - kMaxNotes);
   }
 }
 
-Result<ReadOutcome, QString> CsvBatchReader::next(RowBatch& batch) {
-  if (!m_held.empty()) {
-    m_block = std::move(m_held.front());
-    m_held.pop_front();
-  } else {
-    const Result<ReadOutcome, QString> outcome = m_blocks->next(m_block);
-    if (!outcome || *outcome == ReadOutcome::end) {
-      return outcome;
+std::unique_ptr<TableUnit> CsvBatchReader::readUnit() {
+  if (m_held.empty()) {
+    return readPiece();
+  }
+  std::unique_ptr<CsvUnit> unit = std::move(m_held.front());
+  m_held.pop_front();
+  return unit;
+}
+
+std::unique_ptr<CsvUnit> CsvBatchReader::readPiece() {
+  CsvPiece piece;
+  return m_units->read(piece) ? std::make_unique<CsvUnit>(m_table, std::move(piece)) : nullptr;
+}
+
+void CsvBatchReader::accept(TableUnit& unit) {
+  auto& accepted = static_cast<CsvUnit&>(unit);
+  accepted.settle(m_line);
+  const std::vector<BadFieldCount>& badFields = accepted.badFields();
+  for (std::size_t i = 0; i < badFields.size(); ++i) {
+    if (m_badFields[i].count == 0) {
+      m_badFields[i].firstLine = m_line + badFields[i].firstLine;
     }
+    m_badFields[i].count += badFields[i].count;
   }
-  m_bytesDone = m_blocks->offset();
-  if (const auto status = convert(m_block, m_block.rowCount(), batch); !status) {
-    return Failure{status.error()};
-  }
-  return ReadOutcome::rows;
+  m_line += accepted.lineCount();
+  m_bytesDone += static_cast<long long>(accepted.byteCount());
 }
 
 Status<QString> CsvBatchReader::tryFirstRows() {
-  RowBatch batch;
-  batch.setColumns(m_columns.types);
   long long rowsLeft = kInferredRows;
-  for (const CsvBlock& block : m_held) {
-    const long long rowCount = std::min<long long>(block.rowCount(), rowsLeft);
-    if (const auto status = convert(block, rowCount, batch); !status) {
-      return status;
+  for (const std::unique_ptr<CsvUnit>& unit : m_held) {
+    unit->parseFirst(rowsLeft);
+    accept(*unit);
+    if (!unit->failure().isEmpty()) {
+      return Failure{unit->failure()};
     }
-    rowsLeft -= rowCount;
+    const RowBatchPointer& batch = unit->batch();
+    rowsLeft -= batch == nullptr ? 0 : static_cast<long long>(batch->rowCount());
   }
   m_held.clear();
   return Done{};
-}
-
-Status<QString> CsvBatchReader::convert(const CsvBlock& block, long long rowCount,
-                                        RowBatch& batch) {
-  const std::size_t columnCount = batch.columnCount();
-  m_converters.clear();
-  for (std::size_t i = 0; i < columnCount; ++i) {
-    const DigitRule digits = m_isDeclared[i] ? DigitRule::mayBeLost : DigitRule::mustBeKept;
-    m_converters.emplace_back(block, i, digits, batch.column(i));
-  }
-  // All columns of some rows, so that their bytes are fetched once.
-  constexpr long long kRowsAtOnce = 512;
-  for (long long begin = 0; begin < rowCount; begin += kRowsAtOnce) {
-    std::optional<BadField> first;
-    std::size_t columnOfFirst = 0;
-    long long end = std::min(rowCount, begin + kRowsAtOnce);
-    for (std::size_t i = 0; i < columnCount; ++i) {
-      if (auto bad = m_converters[i].convert(begin, end, *m_nulls, m_badFields[i])) {
-        end = bad->row;
-        first = std::move(bad);
-        columnOfFirst = i;
-      }
-    }
-    if (first) {
-      return Failure{badFieldText(block, columnOfFirst, *first)};
-    }
-  }
-  batch.setRowCount(rowCount);
-  return Done{};
-}
-
-QString CsvBatchReader::badFieldText(const CsvBlock& block, std::size_t column,
-                                     const BadField& field) const {
-  const QString name = m_columns.names[static_cast<qsizetype>(column)];
-  const QString location =
-      table_messages::inColumn(table_messages::atLine(m_path, block.lineOfRow(field.row)), name);
-  const QString value = QString::fromStdString(field.text);
-  switch (m_columns.types[column]) {
-    case MetaTypeColumn::number:
-      return table_messages::atLocation(location, badNumberText(field.text, name));
-    case MetaTypeColumn::key:
-      return table_messages::atLocation(location, table_messages::badKey(value));
-    default:
-      return table_messages::atLocation(location, table_messages::notUtf8());
-  }
 }
 
 float CsvBatchReader::fractionDone() const {
@@ -259,8 +218,8 @@ QStringList CsvBatchReader::warnings() const {
   std::sort(columnsByLine.begin(), columnsByLine.end());
   QStringList warnings;
   for (const auto& [line, column] : columnsByLine) {
-    warnings += table_messages::readAsNull(table_messages::atLine(m_path, line),
-                                           m_columns.names[static_cast<qsizetype>(column)],
+    warnings += table_messages::readAsNull(table_messages::atLine(m_table->path, line),
+                                           m_table->columns.names[static_cast<qsizetype>(column)],
                                            m_badFields[column].count);
   }
   return warnings;

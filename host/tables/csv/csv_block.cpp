@@ -44,15 +44,14 @@ void CsvBlock::reserve(std::size_t size, std::size_t kept) {
   m_capacity = size;
 }
 
-void CsvBlock::setRows(long long rowCount, std::size_t columnCount, long long firstLine) {
+void CsvBlock::setRows(long long rowCount, std::size_t columnCount) {
   m_rowCount = rowCount;
   m_marksInRow = columnCount + 1;
-  m_firstLine = firstLine;
 }
 
-long long CsvBlock::lineOfRow(long long row) const {
+long long CsvBlock::linesBefore(long long row) const {
   const std::uint32_t begin = marksOfRow(row)[0] & ~kQuotedMark;
-  return m_firstLine + countLineEnds(bytes(), begin);
+  return countLineEnds(bytes(), begin);
 }
 
 }  // namespace kelvarin

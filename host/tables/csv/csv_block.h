@@ -1,6 +1,6 @@
 // Some whole records of a CSV file, and where their fields are.
 //
-// Filled by CsvBlockReader, which lets CsvIndexer set the marks; read column by column. A record
+// Filled by CsvUnitReader; CsvIndexer sets the marks, and a unit reads it column by column. A record
 // has a mark for its first byte and one after the end of each field; the mark before a quoted field
 // carries a flag. Memory is kept from one filling to the next.
 #pragma once
@@ -38,13 +38,12 @@ class CsvBlock {
   const char* bytes() const { return m_bytes.get() + kPadding; }
 
   std::vector<std::uint32_t>& marks() { return m_marks; }
-  // The marks hold `rowCount` records of `columnCount` fields; the first byte stands in
-  // `firstLine`.
-  void setRows(long long rowCount, std::size_t columnCount, long long firstLine);
+  // The marks hold `rowCount` records of `columnCount` fields.
+  void setRows(long long rowCount, std::size_t columnCount);
 
   long long rowCount() const { return m_rowCount; }
-  long long firstLine() const { return m_firstLine; }
-  long long lineOfRow(long long row) const;
+  // How many lines of the block end before the row.
+  long long linesBefore(long long row) const;
   CsvField field(long long row, std::size_t column) const {
     return fieldAt(marksOfRow(row) + column);
   }
@@ -68,7 +67,6 @@ class CsvBlock {
   std::vector<std::uint32_t> m_marks;
   std::size_t m_marksInRow = 1;
   long long m_rowCount = 0;
-  long long m_firstLine = 1;
 };
 
 }  // namespace kelvarin

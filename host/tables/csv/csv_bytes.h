@@ -12,6 +12,26 @@
 
 namespace kelvarin {
 
+inline constexpr std::size_t kCsvStep = 64;
+
+// Where `byte` is among the kCsvStep bytes at `bytes`: one bit a byte, the lowest is the first.
+inline std::uint64_t bitsOfByte(char byte, const char* bytes) {
+  std::uint64_t bits = 0;
+#ifdef __SSE2__
+  constexpr std::size_t kWidth = sizeof(__m128i);
+  for (std::size_t at = 0; at < kCsvStep; at += kWidth) {
+    const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + at));
+    const __m128i equal = _mm_cmpeq_epi8(chunk, _mm_set1_epi8(byte));
+    bits |= static_cast<std::uint64_t>(_mm_movemask_epi8(equal)) << at;
+  }
+#else
+  for (std::size_t at = 0; at < kCsvStep; ++at) {
+    bits |= static_cast<std::uint64_t>(bytes[at] == byte) << at;
+  }
+#endif
+  return bits;
+}
+
 // One bit a byte, the lowest is the first byte.
 struct CsvByteBits {
   std::uint64_t special;  // separators, line ends and quotes
@@ -20,7 +40,7 @@ struct CsvByteBits {
 
 class CsvByteFinder {
  public:
-  static constexpr std::size_t kStep = 64;
+  static constexpr std::size_t kStep = kCsvStep;
 
   explicit CsvByteFinder(const CsvDialect& dialect)
       : m_separator(dialect.separator), m_quote(dialect.hasQuote ? dialect.quote : '\r') {}

@@ -19,8 +19,9 @@ CsvFile::~CsvFile() {
   }
 }
 
-Status<QString> CsvFile::open(const QString& path) {
+Status<QString> CsvFile::open(const QString& path, std::function<bool()> isStopped) {
   m_path = path;
+  m_isStopped = std::move(isStopped);
   // A pipe is not waited for here, where nobody could end the wait, but in readNext().
   m_descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (m_descriptor < 0) {
@@ -61,7 +62,7 @@ Result<std::size_t, QString> CsvFile::readAt(long long offset, char* bytes,
 Result<std::size_t, QString> CsvFile::readNext(char* bytes, std::size_t size) const {
   std::size_t done = 0;
   while (done < size) {
-    if (!waitForBytes()) {
+    if (!m_isRegular && !waitForBytes()) {
       return Failure{table_messages::cannotRead(m_path, qt_error_string(ECANCELED))};
     }
     const ssize_t got = ::read(m_descriptor, bytes + done, size - done);
@@ -79,7 +80,7 @@ Result<std::size_t, QString> CsvFile::readNext(char* bytes, std::size_t size) co
 bool CsvFile::waitForBytes() const {
   constexpr int kMillisecondsBetweenLooks = 20;
   pollfd entry{m_descriptor, POLLIN, 0};
-  while (!m_isCancelled.load(std::memory_order_relaxed)) {
+  while (!m_isStopped()) {
     if (::poll(&entry, 1, kMillisecondsBetweenLooks) != 0) {
       return true;
     }

@@ -2,12 +2,12 @@
 //
 // A regular file can be read again at any offset, so that the lines of an error can be counted; a
 // pipe is read once.
-// Threads: readAt() any; readNext() one at a time; cancel() any.
+// Threads: readAt() any; readNext() one at a time.
 // Errors: texts for the user.
 #pragma once
 
-#include <atomic>
 #include <cstddef>
+#include <functional>
 
 #include <QString>
 
@@ -22,7 +22,8 @@ class CsvFile {
   CsvFile(const CsvFile&) = delete;
   CsvFile& operator=(const CsvFile&) = delete;
 
-  Status<QString> open(const QString& path);
+  // `isStopped` is asked while readNext() waits for a pipe; true makes it fail.
+  Status<QString> open(const QString& path, std::function<bool()> isStopped);
   const QString& path() const { return m_path; }
   bool canReadAgain() const { return m_isRegular; }
   // -1 for a pipe.
@@ -31,8 +32,6 @@ class CsvFile {
   // Fewer bytes than `size` are read only at the end.
   Result<std::size_t, QString> readAt(long long offset, char* bytes, std::size_t size) const;
   Result<std::size_t, QString> readNext(char* bytes, std::size_t size) const;
-  // Ends a waiting readNext() with a failure.
-  void cancel() { m_isCancelled = true; }
 
  private:
   bool waitForBytes() const;
@@ -41,7 +40,7 @@ class CsvFile {
   int m_descriptor = -1;
   bool m_isRegular = false;
   long long m_size = -1;
-  std::atomic<bool> m_isCancelled{false};
+  std::function<bool()> m_isStopped;
 };
 
 }  // namespace kelvarin

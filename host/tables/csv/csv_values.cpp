@@ -66,10 +66,11 @@ bool copyShort(unsigned char* target, const char* bytes, std::size_t size) {
   return ((words[0] & highBits[0]) | (words[1] & highBits[1])) == 0;
 }
 
-std::size_t bytesOfTexts(const CsvBlock& block, std::size_t index) {
+// For the texts of the first rows, with their counts.
+std::size_t capacityForTexts(const CsvBlock& block, std::size_t index, long long rowCount) {
   const std::uint32_t* mark = block.marksOfRow(0) + index;
-  std::size_t size = 4 * static_cast<std::size_t>(block.rowCount());
-  for (long long row = 0; row < block.rowCount(); ++row, mark += block.marksInRow()) {
+  std::size_t size = 4 * static_cast<std::size_t>(rowCount) + kEager;
+  for (long long row = 0; row < rowCount; ++row, mark += block.marksInRow()) {
     size += (mark[1] & ~CsvBlock::kQuotedMark) - (mark[0] & ~CsvBlock::kQuotedMark) - 1;
   }
   return size;
@@ -81,32 +82,24 @@ bool isUtf8(std::string_view text) {
   return QUtf8StringView(text.data(), static_cast<qsizetype>(text.size())).isValidUtf8();
 }
 
-FieldConverter::FieldConverter(const CsvBlock& block, std::size_t index, DigitRule digits,
-                               ValueColumn& column)
-    : m_block(&block), m_index(index), m_type(column.type()), m_digits(digits) {
-  const auto rowCount = static_cast<std::size_t>(block.rowCount());
-  switch (m_type) {
-    case MetaTypeColumn::number:
-      m_next = column.replace(rowCount * sizeof(double));
-      return;
-    case MetaTypeColumn::key:
-      m_next = column.replace(rowCount * sizeof(std::uint32_t));
-      return;
-    default:
-      m_next = column.replace(bytesOfTexts(block, index) + kEager);
-  }
-}
+FieldConverter::FieldConverter(const CsvBlock& block, std::size_t index, MetaTypeColumn type,
+                               DigitRule digits, long long rowCount)
+    : m_block(&block),
+      m_index(index),
+      m_digits(digits),
+      m_memory(type, static_cast<std::size_t>(rowCount),
+               fixedSizeOf(type) != 0 ? 0 : capacityForTexts(block, index, rowCount)) {}
 
 std::optional<BadField> FieldConverter::convert(long long begin, long long end,
                                                 const CsvNullRule& nulls,
-                                                BadFieldCount& badFields) {
-  switch (m_type) {
+                                                BadFieldCount* tolerated) {
+  switch (m_memory.type()) {
     case MetaTypeColumn::number:
       return m_digits == DigitRule::mustBeKept
-                 ? parse<ExactNumberType>(begin, end, nulls, badFields)
-                 : parse<NumberType>(begin, end, nulls, badFields);
+                 ? parse<ExactNumberType>(begin, end, nulls, tolerated, m_memory.numbers())
+                 : parse<NumberType>(begin, end, nulls, tolerated, m_memory.numbers());
     case MetaTypeColumn::key:
-      return parse<KeyType>(begin, end, nulls, badFields);
+      return parse<KeyType>(begin, end, nulls, tolerated, m_memory.keys());
     default:
       return copyTexts(begin, end, nulls);
   }
@@ -114,9 +107,10 @@ std::optional<BadField> FieldConverter::convert(long long begin, long long end,
 
 template <typename Type>
 std::optional<BadField> FieldConverter::parse(long long begin, long long end,
-                                              const CsvNullRule& nulls, BadFieldCount& badFields) {
+                                              const CsvNullRule& nulls, BadFieldCount* tolerated,
+                                              typename Type::Value* value) {
   std::string unquoted;
-  auto* value = reinterpret_cast<typename Type::Value*>(m_next);
+  value += begin;
   const std::uint32_t* mark = m_block->marksOfRow(begin) + m_index;
   for (long long row = begin; row < end; ++row, ++value, mark += m_block->marksInRow()) {
     const CsvField field = m_block->fieldAt(mark);
@@ -133,23 +127,25 @@ std::optional<BadField> FieldConverter::parse(long long begin, long long end,
     if (field.isQuoted && Type::parse(text, *value)) {
       continue;
     }
-    if (!badFields.isTolerated) {
+    if (tolerated == nullptr) {
       return BadField{row, std::string(text)};
     }
     *value = Type::kMissing;
-    badFields.firstLine = badFields.count == 0 ? m_block->lineOfRow(row) : badFields.firstLine;
-    ++badFields.count;
+    if (tolerated->count++ == 0) {
+      tolerated->firstLine = m_block->linesBefore(row);
+    }
   }
-  m_next = reinterpret_cast<unsigned char*>(value);
   return std::nullopt;
 }
 
 std::optional<BadField> FieldConverter::copyTexts(long long begin, long long end,
                                                   const CsvNullRule& nulls) {
   std::string unquoted;
-  unsigned char* next = m_next;
+  unsigned char* next = m_memory.texts() + m_textSize;
+  std::uint32_t* position = m_memory.positions() + begin;
   const std::uint32_t* mark = m_block->marksOfRow(begin) + m_index;
   for (long long row = begin; row < end; ++row, mark += m_block->marksInRow()) {
+    *position++ = static_cast<std::uint32_t>(next - m_memory.texts());
     const CsvField field = m_block->fieldAt(mark);
     if (nulls.isNullText(field)) [[unlikely]] {
       next = putNullText(next);
@@ -170,12 +166,12 @@ std::optional<BadField> FieldConverter::copyTexts(long long begin, long long end
       return BadField{row, std::string(text)};
     }
   }
-  m_next = next;
+  m_textSize = static_cast<std::size_t>(next - m_memory.texts());
   return std::nullopt;
 }
 
 void TypeInference::look(const CsvBlock& block, std::size_t index, const CsvNullRule& nulls,
-                         long long rowCount) {
+                         long long rowCount, long long firstLine) {
   std::string unquoted;
   const long long end = std::min(rowCount, block.rowCount());
   for (long long row = 0; row < end && !m_hasText; ++row) {
@@ -191,7 +187,7 @@ void TypeInference::look(const CsvBlock& block, std::size_t index, const CsvNull
     m_hasNumber = m_hasNumber || isNumber || isNumberForPeople(text);
     m_hasText = !isNumber && !isNumberForPeople(text) && !isMissingWord(text);
     if (!isPlain && !m_forText) {
-      m_forText = FieldForText{block.lineOfRow(row), std::string(text)};
+      m_forText = FieldForText{firstLine + block.linesBefore(row), std::string(text)};
     }
   }
 }

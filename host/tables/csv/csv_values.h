@@ -10,7 +10,7 @@
 #include "host/tables/csv/csv_block.h"
 #include "host/tables/csv/csv_dialect.h"
 #include "host/tables/csv/csv_number.h"
-#include "host/tables/files/row_batch.h"
+#include "host/tables/files/column_memory.h"
 
 namespace kelvarin {
 
@@ -26,9 +26,8 @@ struct BadField {
   std::string text;
 };
 
-// What becomes of the fields that are no number or key.
+// The fields that are no number or key, and were read as missing.
 struct BadFieldCount {
-  bool isTolerated = false;
   long long count = 0;
   long long firstLine = 0;  // where the record of the first one begins
 };
@@ -53,24 +52,28 @@ struct CsvNullRule {
 // missing and are counted when they are tolerated; else the first one ends the work.
 class FieldConverter {
  public:
-  // Reserves memory for all rows of `block`.
-  FieldConverter(const CsvBlock& block, std::size_t index, DigitRule digits, ValueColumn& column);
+  // Reserves memory for the first `rowCount` rows of `block`.
+  FieldConverter(const CsvBlock& block, std::size_t index, MetaTypeColumn type, DigitRule digits,
+                 long long rowCount);
 
-  // The rows from `begin`, where it ended before, to before `end`.
+  // The rows from `begin`, where it ended before, to before `end`. `tolerated` counts bad fields,
+  // with the lines before them in the block; null: there may be none.
   std::optional<BadField> convert(long long begin, long long end, const CsvNullRule& nulls,
-                                  BadFieldCount& badFields);
+                                  BadFieldCount* tolerated);
+  // The rows so far.
+  BatchColumn column() const { return m_memory.column(m_textSize); }
 
  private:
   template <typename Type>
   std::optional<BadField> parse(long long begin, long long end, const CsvNullRule& nulls,
-                                BadFieldCount& badFields);
+                                BadFieldCount* tolerated, typename Type::Value* value);
   std::optional<BadField> copyTexts(long long begin, long long end, const CsvNullRule& nulls);
 
   const CsvBlock* m_block;
   std::size_t m_index;
-  MetaTypeColumn m_type;
   DigitRule m_digits;
-  unsigned char* m_next;  // of the next value
+  ColumnMemory m_memory;
+  std::size_t m_textSize = 0;
 };
 
 bool isUtf8(std::string_view text);
@@ -84,8 +87,9 @@ struct FieldForText {
 // Infers whether the fields of a column are numbers.
 class TypeInference {
  public:
-  // Looks at no more than `rowCount` fields.
-  void look(const CsvBlock& block, std::size_t index, const CsvNullRule& nulls, long long rowCount);
+  // Looks at no more than `rowCount` fields. The block begins in `firstLine`.
+  void look(const CsvBlock& block, std::size_t index, const CsvNullRule& nulls, long long rowCount,
+            long long firstLine);
   MetaTypeColumn type() const {
     return m_hasNumber && !m_hasText && !m_forText ? MetaTypeColumn::number : MetaTypeColumn::text;
   }

@@ -1,13 +1,14 @@
 #include "host/tables/csv/write_csv.h"
 
+#include "host/contract/batch_collector.h"
+#include "host/tables/csv/csv_batch_format.h"
 #include "host/tables/csv/messages.h"
 
 namespace kelvarin {
 
 namespace {
-// Below the format's first capacity, so that its buffer grows for long rows only, and small enough
-// to be in the processor's cache still.
-constexpr std::size_t kFlushSize = 128 * 1024;
+// Texts below this size wait for more.
+constexpr std::size_t kWrittenAtOnce = 32 * 1024;
 
 std::vector<AttributeDescription> describedAttributes() {
   std::vector<AttributeDescription> attributes = CsvSettings::describedAttributes();
@@ -54,33 +55,53 @@ Status<QString> WriteCsv::checkSettings() {
 }
 
 Status<QString> WriteCsv::begin(const OneRow& columns) {
-  std::vector<MetaTypeColumn> types;
-  types.reserve(static_cast<std::size_t>(columns.sz()));
-  for (int i = 0; i < columns.sz(); ++i) {
-    types.push_back(columns.getMetaType(i));
-  }
+  m_types = typesOf(columns);
+  m_names = columns.getColNamesDeep();
   m_rowsWritten = 0;
-  m_format = std::make_unique<CsvRowFormat>(m_dialect, std::move(types));
-  if (m_dialect.hasHeader && columns.sz() > 0) {
-    if (const auto column = m_format->appendNames(columns)) {
-      return Failure{needsQuoteText(columns, *column, true)};
-    }
+  m_waiting.clear();
+  if (!m_dialect.hasHeader || m_types.empty()) {
+    return Done{};
   }
-  return Done{};
+  const std::unique_ptr<CsvText> header = CsvBatchFormat(m_dialect, m_types).encodeNames(columns);
+  if (header->unwritable()) {
+    return Failure{needsQuoteText(0, *header->unwritable())};
+  }
+  return append(header->text());
 }
 
-Status<QString> WriteCsv::writeRow(const OneRow& row) {
-  if (const auto column = m_format->appendRow(row)) [[unlikely]] {
-    return Failure{needsQuoteText(row, *column, false)};
+std::unique_ptr<BatchEncoder> WriteCsv::makeEncoder() {
+  return std::make_unique<CsvBatchFormat>(m_dialect, m_types);
+}
+
+Status<QString> WriteCsv::writeEncoded(EncodedBatch& batch) {
+  const auto& text = static_cast<const CsvText&>(batch);
+  Status<QString> status = append(text.text());
+  m_rowsWritten += text.rowCount();
+  if (!text.unwritable()) {
+    return status;
   }
-  ++m_rowsWritten;
-  return m_format->text().size() >= kFlushSize ? flush() : Status<QString>(Done{});
+  if (status) {
+    status = flush();
+  }
+  return status ? Failure{needsQuoteText(m_rowsWritten + 1, *text.unwritable())} : status;
+}
+
+Status<QString> WriteCsv::append(std::string_view text) {
+  if (text.size() < kWrittenAtOnce) {
+    m_waiting += text;
+    return m_waiting.size() < kWrittenAtOnce ? Status<QString>(Done{}) : flush();
+  }
+  if (const auto status = flush(); !status) {
+    return status;
+  }
+  return output().write(text.data(), text.size());
 }
 
 Status<QString> WriteCsv::flush() {
-  const std::string_view text = m_format->text();
-  Status<QString> status = output().write(text.data(), text.size());
-  m_format->clear();
+  const Status<QString> status = m_waiting.empty()
+                                     ? Status<QString>(Done{})
+                                     : output().write(m_waiting.data(), m_waiting.size());
+  m_waiting.clear();
   return status;
 }
 
@@ -89,13 +110,11 @@ Status<QString> WriteCsv::finish() {
 }
 
 void WriteCsv::release() {
-  m_format.reset();
+  m_waiting = {};
 }
 
-QString WriteCsv::needsQuoteText(const OneRow& row, int column, bool isName) const {
-  const QString name = row.colName(column);
-  return table_messages::needsQuote(expandedFile(), isName ? 0 : m_rowsWritten + 1, name,
-                                    isName ? name : row.col(column, nullptr));
+QString WriteCsv::needsQuoteText(long long row, const UnwritableField& field) const {
+  return table_messages::needsQuote(expandedFile(), row, m_names[field.column], field.value);
 }
 
 }  // namespace kelvarin

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/tables/csv/csv_dialect.h"
-#include "host/tables/csv/csv_row_format.h"
+#include "host/tables/csv/csv_text.h"
 #include "host/tables/files/table_sink.h"
 
 namespace kelvarin {
@@ -20,17 +20,21 @@ class WriteCsv : public Described<WriteCsv, TableSink> {
   FileFormat format() const override { return FileFormat::csv; }
   Status<QString> checkSettings() override;
   Status<QString> begin(const OneRow& columns) override;
-  Status<QString> writeRow(const OneRow& row) override;
+  std::unique_ptr<BatchEncoder> makeEncoder() override;
+  Status<QString> writeEncoded(EncodedBatch& batch) override;
   Status<QString> finish() override;
   void release() override;
 
  private:
+  Status<QString> append(std::string_view text);
   Status<QString> flush();
-  QString needsQuoteText(const OneRow& row, int column, bool isName) const;
+  QString needsQuoteText(long long row, const UnwritableField& field) const;
 
   CsvSettings m_settings;
   CsvDialect m_dialect;
-  std::unique_ptr<CsvRowFormat> m_format;
+  std::vector<MetaTypeColumn> m_types;
+  QVector<QString> m_names;
+  std::string m_waiting;  // short texts, to be written together
   long long m_rowsWritten = 0;
 };
 

@@ -148,22 +148,23 @@ bool TableSink::takeFirstBatch(ActionItem* action) {
   }
   sink->m_encoder = sink->makeEncoder();
   sink->computeRoutine = &TableSink::takeBatch;
-  return sink->write(std::move(taken));
+  return sink->take(std::move(taken));
 }
 
 bool TableSink::takeBatch(ActionItem* action) {
   auto* sink = static_cast<TableSink*>(action);
-  return sink->write(sink->getNextBatchFromInPin(0));
+  return sink->take(sink->getNextBatchFromInPin(0));
 }
 
-bool TableSink::write(TakenBatch taken) {
+bool TableSink::take(TakenBatch taken) {
   if (taken.batch == nullptr) {
     return endOfInput();
   }
   if (m_encoder != nullptr && taken.encoded == nullptr) {
     taken.encoded = m_encoder->encode(*taken.batch);
   }
-  const Status<QString> status = m_encoder != nullptr ? write(*taken.encoded) : write(*taken.batch);
+  const Status<QString> status =
+      m_encoder != nullptr ? writeEncoded(*taken.encoded) : write(*taken.batch);
   return status ? false : endWithError(status.error());
 }
 

@@ -46,7 +46,7 @@ class TableSink : public ActionItem, public BatchSink, public FileUser, public O
   // Of sinks without an encoder.
   virtual Status<QString> write(const RowBatch& /*batch*/) { return Done{}; }
   // Of sinks with an encoder, which has made `batch`.
-  virtual Status<QString> write(EncodedBatch& /*batch*/) { return Done{}; }
+  virtual Status<QString> writeEncoded(EncodedBatch& /*batch*/) { return Done{}; }
   // Passes everything to output().
   virtual Status<QString> finish() = 0;
   // Forgets what belongs to one run.
@@ -61,7 +61,7 @@ class TableSink : public ActionItem, public BatchSink, public FileUser, public O
   static bool takeFirstBatch(ActionItem* action);
   static bool takeBatch(ActionItem* action);
 
-  bool write(TakenBatch taken);
+  bool take(TakenBatch taken);
   bool endOfInput();
   // Unless the reader of standard output has seen enough, which only ends this action.
   bool endWithError(const QString& text);

@@ -14,6 +14,29 @@ constexpr char16_t kFile[] = u"file";
 
 }  // namespace
 
+// Compares its rows among themselves while it is parsed.
+class TableSource::OrderedUnit final : public BatchUnit {
+ public:
+  OrderedUnit(std::unique_ptr<TableUnit> unit, const SortOrderChecker& checker)
+      : m_unit(std::move(unit)), m_checker(checker) {}
+
+  void parse() override {
+    m_unit->parse();
+    m_batch = m_unit->batch();
+    if (m_batch != nullptr) {
+      m_orderBreak = m_checker.breakIn(*m_batch);
+    }
+  }
+  std::size_t byteCount() const override { return m_unit->byteCount(); }
+  TableUnit& read() { return *m_unit; }
+  const std::optional<OrderBreak>& orderBreak() const { return m_orderBreak; }
+
+ private:
+  std::unique_ptr<TableUnit> m_unit;
+  const SortOrderChecker& m_checker;
+  std::optional<OrderBreak> m_orderBreak;
+};
+
 AttributeDescription TableSource::describedFile() {
   return {QString::fromUtf16(kFile), AttributeKind::text,
           QStringLiteral("the file; relative names start at the graph's folder"),
@@ -160,36 +183,59 @@ bool TableSource::openAndAnnounce(ActionItem* action) {
   return false;
 }
 
+std::unique_ptr<BatchUnit> TableSource::readUnit() {
+  std::unique_ptr<TableUnit> unit = m_reader->readUnit();
+  if (unit == nullptr || !m_isOrderChecked) {
+    return unit;
+  }
+  return std::make_unique<OrderedUnit>(std::move(unit), m_orderChecker);
+}
+
 RowBatchPointer TableSource::accept(BatchUnit& unit) {
   if (!m_isReading) {
     return nullptr;
   }
-  auto& read = static_cast<TableUnit&>(unit);
-  m_reader->accept(read);
-  m_failure = read.failure();
-  m_isReading = m_failure.isEmpty();
-  RowBatchPointer batch = read.batch();
-  if (batch != nullptr && m_isOrderChecked) {
-    batch = rowsInOrder(batch);
+  RowBatchPointer batch;
+  if (m_isOrderChecked) {
+    auto& ordered = static_cast<OrderedUnit&>(unit);
+    batch = acceptRead(ordered.read());
+    if (const std::optional<OrderBreak> found = firstBreak(ordered)) {
+      m_failure = outOfOrderText(*found);
+      m_isReading = false;
+      batch = found->row == 0 ? nullptr : batch->slice(0, found->row);
+    }
+  } else {
+    batch = acceptRead(static_cast<TableUnit&>(unit));
   }
   m_rowsAccepted += batch != nullptr ? static_cast<long long>(batch->rowCount()) : 0;
   return batch;
 }
 
-// The rows before the first one that is out of order, which ends the reading.
-RowBatchPointer TableSource::rowsInOrder(const RowBatchPointer& batch) {
-  BatchRows rows;
-  rows.start(batch);
-  while (rows.rowsLeft() > 0) {
-    rows.take(m_checkedRow.getAllColForWrite());
-    if (!m_orderChecker.accepts(m_checkedRow)) [[unlikely]] {
-      const std::size_t rowsBefore = rows.rowsTaken() - 1;
-      m_failure = outOfOrderText(m_rowsAccepted + static_cast<long long>(rowsBefore));
-      m_isReading = false;
-      return rowsBefore == 0 ? nullptr : batch->slice(0, rowsBefore);
-    }
+RowBatchPointer TableSource::acceptRead(TableUnit& unit) {
+  m_reader->accept(unit);
+  m_failure = unit.failure();
+  m_isReading = m_failure.isEmpty();
+  return unit.batch();
+}
+
+// In the rows of the unit, of which the first follows those that were accepted before.
+std::optional<OrderBreak> TableSource::firstBreak(const OrderedUnit& unit) {
+  if (unit.batch() == nullptr) {
+    return std::nullopt;
   }
-  return batch;
+  BatchRows rows;
+  rows.start(unit.batch());
+  unsigned char** values = m_checkedRow.getAllColForWrite();
+  rows.take(values);
+  if (!m_orderChecker.accepts(m_checkedRow)) {
+    return OrderBreak{0, m_orderChecker.refusedColumn()};
+  }
+  if (!unit.orderBreak() && rows.rowsLeft() > 0) {
+    rows.skip(rows.rowsLeft() - 1);
+    rows.take(values);
+    (void)m_orderChecker.accepts(m_checkedRow);
+  }
+  return unit.orderBreak();
 }
 
 bool TableSource::readOn() {
@@ -211,13 +257,13 @@ bool TableSource::endWithError(const QString& text) {
   return true;
 }
 
-QString TableSource::outOfOrderText(long long row) const {
-  const int column = m_orderChecker.refusedColumn();
+QString TableSource::outOfOrderText(const OrderBreak& found) const {
+  const long long row = m_rowsAccepted + static_cast<long long>(found.row);
   for (const SortInfos& entry : m_columns.sortOrder()) {
-    if (entry.column() == column) {
+    if (entry.column() == found.column) {
       return table_messages::atLocation(
           m_reader->locationOfRow(row),
-          sortOrderBrokenText(m_columns.names()[column], entry.type()));
+          sortOrderBrokenText(m_columns.names()[found.column], entry.type()));
     }
   }
   return {};

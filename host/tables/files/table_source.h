@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
 
 #include "host/contract/action_item.h"
 #include "host/contract/claimed_names.h"
@@ -30,7 +31,7 @@ class TableSource : public ActionItem, public BatchSource, public FileUser {
   char canRunInParallel(QString what, bool* reason) override;
 
   bool canReadUnits() const override { return m_isReading; }
-  std::unique_ptr<BatchUnit> readUnit() override { return m_reader->readUnit(); }
+  std::unique_ptr<BatchUnit> readUnit() override;
   RowBatchPointer accept(BatchUnit& unit) override;
   bool readOn() override;
   bool mayWait() const override { return m_reader != nullptr && m_reader->mayWait(); }
@@ -62,9 +63,11 @@ class TableSource : public ActionItem, public BatchSource, public FileUser {
   void explainFailureToOpen() const;
   Status<QString> announce(const TableColumns& columns);
   bool isStopped() const { return m_isWoken || (run() != nullptr && !run()->isRunning()); }
-  RowBatchPointer rowsInOrder(const RowBatchPointer& batch);
+  class OrderedUnit;
+  RowBatchPointer acceptRead(TableUnit& unit);
+  std::optional<OrderBreak> firstBreak(const OrderedUnit& unit);
   bool endWithError(const QString& text);
-  QString outOfOrderText(long long row) const;
+  QString outOfOrderText(const OrderBreak& found) const;
 
   QString m_file;
   QString m_sortedOn;

@@ -17,13 +17,8 @@ Discard::Discard(XMLNode node, GlobalParameters* parameters) : Described(node, p
 }
 
 void Discard::setComputeRoutine() {
-  m_rows.emplace(std::vector<MetaTypeColumn>());
   computeRoutine = [](ActionItem* action) {
-    const bool isAtEnd = action->getNextRowFromInPin(0) == nullptr;
-    if (!isAtEnd) {
-      static_cast<Discard*>(action)->m_rows->takeRows(*action, 0);
-    }
-    return isAtEnd;
+    return action->getNextBatchFromInPin(0).batch == nullptr;
   };
 }
 

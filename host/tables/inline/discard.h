@@ -2,23 +2,18 @@
 // action's.
 #pragma once
 
-#include <optional>
-
-#include "host/contract/columns_in_hand.h"
+#include "host/contract/batch_steps.h"
 #include "host/contract/described_action.h"
 
 namespace kelvarin {
 
-class Discard final : public Described<Discard, ActionItem> {
+class Discard final : public Described<Discard, ActionItem>, public BatchSink {
  public:
   Discard(XMLNode node, GlobalParameters* parameters);
 
   static const ActionDescription& catalogue();
 
   void setComputeRoutine() override;
-
- private:
-  std::optional<ColumnsInHand> m_rows;  // none of their columns
 };
 
 }  // namespace kelvarin

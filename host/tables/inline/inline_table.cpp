@@ -71,6 +71,13 @@ bool parse(const QString& text, Number* number) {
   return error == std::errc() && end == bytes.data() + bytes.size();
 }
 
+class TypedInRows final : public BatchUnit {
+ public:
+  explicit TypedInRows(RowBatchPointer batch) { m_batch = std::move(batch); }
+  void parse() override {}
+  std::size_t byteCount() const override { return m_batch->byteCount(); }
+};
+
 }  // namespace
 
 QString inlineValueFault(const QString& column, MetaTypeColumn type, const QString& text) {
@@ -186,6 +193,8 @@ void InlineTable::refuse(XMLNode::Position position, const QString& message) {
 char InlineTable::init() {
   ActionItem::init();
   m_nextRow = 0;
+  m_rowsAccepted = 0;
+  m_isReading = false;
   m_values.reset();
   m_pointers.clear();
   m_metaData = {};
@@ -306,6 +315,7 @@ bool InlineTable::checkOrder(PinOutMetaData& columns) {
 }
 
 char InlineTable::close() {
+  m_isReading = false;
   m_pointers.clear();
   m_values.deepReset(0);
   return 0;
@@ -314,32 +324,47 @@ char InlineTable::close() {
 void InlineTable::setComputeRoutine() {
   computeRoutine = [](ActionItem* action) {
     auto* table = static_cast<InlineTable*>(action);
-    OneRow* row = table->getOutputRowForOutputPin(0);
-    row->setNumberOfColumns(table->m_metaData.columnCount());
-    row->setColName(table->m_metaData.names());
-    row->setMetaData(table->m_metaData.metas());
-    row->setSortInfos(table->m_metaData.sortOrder());
-    table->announceColumnsOfOutputPin(0);
-    table->computeRoutine = [](ActionItem* later) {
-      return static_cast<InlineTable*>(later)->giveRow();
-    };
-    return !table->mustComputeFull() || table->giveRow();
+    table->announce();
+    table->m_isReading = table->mustComputeFull();
+    table->computeRoutine = [](ActionItem*) { return true; };
+    return !table->m_isReading;
   };
 }
 
-bool InlineTable::giveRow() {
+void InlineTable::announce() {
+  OneRow* row = getOutputRowForOutputPin(0);
+  row->setNumberOfColumns(m_metaData.columnCount());
+  row->setColName(m_metaData.names());
+  row->setMetaData(m_metaData.metas());
+  row->setSortInfos(m_metaData.sortOrder());
+  m_types = typesOf(*row);
+  announceColumnsOfOutputPin(0);
+}
+
+std::unique_ptr<BatchUnit> InlineTable::readUnit() {
   if (m_nextRow == m_rows.size()) {
-    return true;
+    return nullptr;
   }
-  std::copy_n(m_pointers.data() + m_nextRow * m_columns.size(), m_columns.size(),
-              getOutputRowForOutputPin(0)->getAllColForWrite());
-  ++m_nextRow;
-  setRowReadyForOutput(0);
+  BatchCollector collector(m_types, {});
+  while (m_nextRow < m_rows.size() && !collector.isFull()) {
+    collector.append(m_pointers.data() + m_nextRow++ * m_columns.size());
+  }
+  return std::make_unique<TypedInRows>(collector.take());
+}
+
+RowBatchPointer InlineTable::accept(BatchUnit& unit) {
+  m_rowsAccepted += unit.batch()->rowCount();
+  return unit.batch();
+}
+
+bool InlineTable::readOn() {
+  m_isReading = false;
   return false;
 }
 
 float InlineTable::computeCompletion() const {
-  return m_rows.empty() ? 1.0f : static_cast<float>(m_nextRow) / static_cast<float>(m_rows.size());
+  return m_rows.empty() ? 1.0f
+                        : static_cast<float>(m_rowsAccepted) / static_cast<float>(m_rows.size());
 }
 
 }  // namespace kelvarin

@@ -9,19 +9,24 @@
 //
 // A column without meta holds texts. Values are taken as they stand, blanks of numbers and keys
 // aside; an empty number or key is missing.
-// Threads: the engine thread.
+// Threads: the engine thread, but for readUnit().
 // Errors: init() checks the whole table, logs every fault with its position in the graph file and
 // refuses.
 #pragma once
 
+#include <memory>
 #include <vector>
 
+#include "host/contract/batch_collector.h"
+#include "host/contract/batch_steps.h"
 #include "host/contract/column_user.h"
 #include "host/contract/described_action.h"
 
 namespace kelvarin {
 
-class InlineTable final : public Described<InlineTable, ActionItem>, public ColumnUser {
+class InlineTable final : public Described<InlineTable, ActionItem>,
+                          public BatchSource,
+                          public ColumnUser {
  public:
   InlineTable(XMLNode node, GlobalParameters* parameters);
 
@@ -32,6 +37,10 @@ class InlineTable final : public Described<InlineTable, ActionItem>, public Colu
   char close() override;
   void setComputeRoutine() override;
   float computeCompletion() const override;
+  bool canReadUnits() const override { return m_isReading; }
+  std::unique_ptr<BatchUnit> readUnit() override;
+  RowBatchPointer accept(BatchUnit& unit) override;
+  bool readOn() override;
   ColumnFate followColumn(const QString& oldName, const QString& newName) override;
   bool renameMadeColumn(const QString& oldName, const QString& newName) override;
 
@@ -57,7 +66,7 @@ class InlineTable final : public Described<InlineTable, ActionItem>, public Colu
   bool encodeRows(const PinOutMetaData& columns);
   unsigned char* encode(const Value& value, int column, MetaTypeColumn type, bool* isOk);
   bool checkOrder(PinOutMetaData& columns);
-  bool giveRow();
+  void announce();
 
   QString m_sortedOn;
   std::vector<Column> m_columns;
@@ -66,7 +75,10 @@ class InlineTable final : public Described<InlineTable, ActionItem>, public Colu
   PinOutMetaData m_metaData;
   RowBuffer m_values{4096};                // the bytes of all rows
   std::vector<unsigned char*> m_pointers;  // row after row
-  std::size_t m_nextRow = 0;
+  std::vector<MetaTypeColumn> m_types;
+  std::size_t m_nextRow = 0;  // to be read
+  std::size_t m_rowsAccepted = 0;
+  bool m_isReading = false;
 };
 
 // Why a text is no value of a column with this type, for the user; empty where it is one.

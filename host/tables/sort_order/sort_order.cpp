@@ -89,6 +89,35 @@ int compareNumbers(double left, double right, bool isDescending) {
   return (left < right) != isDescending ? -1 : 1;
 }
 
+struct Text {
+  bool isMissing;
+  std::string_view text;
+};
+
+int compareTexts(const Text& left, const Text& right, bool isDescending) {
+  if (left.isMissing || right.isMissing) {
+    if (left.isMissing == right.isMissing) {
+      return 0;
+    }
+    return left.isMissing != isDescending ? -1 : 1;
+  }
+  const int comparison = left.text.compare(right.text);
+  return isDescending ? -comparison : comparison;
+}
+
+double numberOf(const BatchColumn& column, std::size_t storedRow) {
+  if (column.type() == MetaTypeColumn::number) {
+    return column.numbers()[storedRow];
+  }
+  const std::uint32_t key = column.keys()[storedRow];
+  return isNullKey(key) ? kNullNumber : key;
+}
+
+Text textOf(const BatchColumn& column, std::size_t storedRow) {
+  const unsigned char* text = column.text(storedRow);
+  return {isNullText(text), textFromBytes(text)};
+}
+
 }  // namespace
 
 Result<QVector<SortInfos>, QString> parseSortOrder(const QString& text,
@@ -177,14 +206,31 @@ int SortOrderChecker::compareWith(const Key& last, const OneRow& row) {
   }
   bool isMissing = false;
   const std::string_view text = row.colAsUtf8(column, &isMissing);
-  if (last.isMissing || isMissing) {
-    if (last.isMissing == isMissing) {
-      return 0;
+  return compareTexts({last.isMissing, last.text}, {isMissing, text}, isDescending);
+}
+
+int SortOrderChecker::compareRows(const SortInfos& order, const BatchColumn& column,
+                                  std::size_t left, std::size_t right) {
+  return fixedSizeOf(column.type()) != 0
+             ? compareNumbers(numberOf(column, left), numberOf(column, right), order.isDescending())
+             : compareTexts(textOf(column, left), textOf(column, right), order.isDescending());
+}
+
+std::optional<OrderBreak> SortOrderChecker::breakIn(const RowBatch& batch) const {
+  for (std::size_t row = 1; row < batch.rowCount(); ++row) {
+    for (const Key& key : m_keys) {
+      const int column = key.order.column();
+      const int comparison = compareRows(key.order, batch.column(static_cast<std::size_t>(column)),
+                                         batch.storedRow(row - 1), batch.storedRow(row));
+      if (comparison > 0) {
+        return OrderBreak{row, column};
+      }
+      if (comparison < 0) {
+        break;
+      }
     }
-    return last.isMissing != isDescending ? -1 : 1;
   }
-  const int comparison = std::string_view(last.text).compare(text);
-  return isDescending ? -comparison : comparison;
+  return std::nullopt;
 }
 
 void SortOrderChecker::keep(Key& key, const OneRow& row) {

@@ -8,6 +8,7 @@
 // Errors: texts for the user, without a location; nothing logs.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,7 @@
 
 #include "base/result.h"
 #include "host/contract/one_row.h"
+#include "host/contract/row_batch.h"
 
 namespace kelvarin {
 
@@ -27,6 +29,12 @@ Result<QVector<SortInfos>, QString> parseSortOrder(const QString& text,
 // The text that parseSortOrder() reads as `order`.
 QString sortOrderText(const QVector<SortInfos>& order, const PinOutMetaData& columns);
 
+// The first row of a batch that may not stand after the one before it.
+struct OrderBreak {
+  std::size_t row;
+  int column;
+};
+
 // Compares each row with the one before.
 class SortOrderChecker {
  public:
@@ -37,6 +45,8 @@ class SortOrderChecker {
   // False when `row` may not stand after the row of the last call. Only the values of the order's
   // columns are kept, so the row may change afterwards; a steady stream of rows allocates nothing.
   bool accepts(const OneRow& row);
+  // Compares the rows of a batch among themselves; on any thread, while others use the checker.
+  std::optional<OrderBreak> breakIn(const RowBatch& batch) const;
   // The column in which the last refused row is out of order, -1 when none was refused.
   int refusedColumn() const { return m_refusedColumn; }
   // Forgets the last row.
@@ -52,6 +62,8 @@ class SortOrderChecker {
   };
 
   static int compareWith(const Key& last, const OneRow& row);
+  static int compareRows(const SortInfos& order, const BatchColumn& column, std::size_t left,
+                         std::size_t right);
   static void keep(Key& key, const OneRow& row);
 
   std::vector<Key> m_keys;

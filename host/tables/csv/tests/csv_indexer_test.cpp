@@ -41,12 +41,12 @@ Records indexed(CsvBlock& block, const std::string& text, const CsvDialect& dial
   block.reserve(text.size(), 0);
   std::copy(text.begin(), text.end(), block.bytes());
   index = CsvIndexer(dialect, columnCount).index(block, text.size(), isEnd);
-  block.setRows(index.rowCount, columnCount, 1);
+  block.setRows(index.rowCount, columnCount);
   Records records;
   records.hasFault = index.hasFault;
   for (long long row = 0; row < index.rowCount; ++row) {
     Fields& fields = records.rows.emplace_back();
-    records.lines.push_back(block.lineOfRow(row));
+    records.lines.push_back(1 + block.linesBefore(row));
     for (std::size_t i = 0; i < columnCount; ++i) {
       const CsvField field = block.field(row, i);
       if (field.isQuoted) {

@@ -116,7 +116,7 @@ TEST(WriteCsv, theFileAppearsAtANormalEndOnly) {
        {GlobalParameters::RunningState::failed, GlobalParameters::RunningState::stoppedByUser}) {
     auto sink = RowHarness::of<WriteCsv>(sinkXml(folder.path("out.csv")), "a:F");
     sink.pushRepeated({1}, 300000);
-    sink.runWithoutReading(200000);
+    sink.runWithoutReading(20);  // of more batches
     sink.run().status = end;
     sink.close();
     EXPECT_EQ(folder.read("out.csv"), "old");

@@ -3,6 +3,7 @@
 
 #include <limits>
 
+#include "host/contract/batch_collector.h"
 #include "host/tables/sort_order/sort_order.h"
 
 namespace kelvarin {
@@ -63,11 +64,27 @@ class Column {
     OneRow row(&m_metaData);
     row.getAllColForWrite()[0] = bytes;
     const bool isTaken = m_checker.accepts(row);
+    EXPECT_EQ(isTaken, !isBreakInBatch(row));
+    if (isTaken) {
+      m_last.copyFrom(&row);
+      m_hasLast = true;
+    }
     m_buffer.reset();  // the checker keeps what it needs
     return isTaken;
   }
 
+  bool isBreakInBatch(const OneRow& row) const {
+    BatchCollector collector(typesOf(row), {});
+    if (m_hasLast) {
+      collector.append(m_last);
+    }
+    collector.append(row);
+    return m_checker.breakIn(*collector.take()).has_value();
+  }
+
   PinOutMetaData m_metaData;
+  OneRow m_last{&m_metaData};
+  bool m_hasLast = false;
   RowBuffer m_buffer{64};
   SortOrderChecker m_checker;
 };
@@ -117,6 +134,18 @@ TEST(SortOrder, ComparesLaterColumnsWhereEarlierOnesAgree) {
   EXPECT_EQ(checker.refusedColumn(), 0);
   EXPECT_FALSE(accepts(1, 0));
   EXPECT_EQ(checker.refusedColumn(), 2);
+
+  BatchCollector collector(typesOf(row), {});
+  for (const auto& [key, number] : {std::pair{1u, 5.0}, {1u, 4.0}, {2u, 9.0}, {2u, 10.0}}) {
+    buffer.reset();
+    row.getAllColForWrite()[2] = bytesFromKey(&buffer, key);
+    row.getAllColForWrite()[0] = bytesFromDouble(&buffer, number, 0);
+    collector.append(row);
+  }
+  const auto found = checker.breakIn(*collector.take());
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->row, 3u);
+  EXPECT_EQ(found->column, 0);
 }
 
 }  // namespace

@@ -1,0 +1,55 @@
+// What a columnar file is read by: a block, a part of a large one, or several small ones.
+//
+// Made by block_units.h; the reading action takes its events in order.
+// Threads: those of BatchUnit.
+// Errors: events; never logs, never throws.
+#pragma once
+
+#include <vector>
+
+#include "columnar/reader/block_decoding.h"
+#include "columnar/reader/read_event.h"
+#include "host/contract/batch_steps.h"
+
+namespace kelvarin {
+
+class BlockUnit final : public BatchUnit {
+ public:
+  // One of the batches of a block.
+  struct Part {
+    std::shared_ptr<BlockDecoding> block;
+    std::size_t batch = 0;
+  };
+
+  void add(Part part);
+  // Rows whose descriptors are lost.
+  void add(const ReadEvent& damage) { m_items.push_back({{}, damage}); }
+  // Small blocks come together, since passing a unit on costs more than reading one.
+  bool isFull() const;
+  bool isEmpty() const { return m_items.empty(); }
+
+  void parse() override;
+  std::size_t byteCount() const override { return m_byteCount; }
+  // After parse(). Rows between two damages are one event.
+  std::vector<ReadEvent>& events() { return m_events; }
+
+ private:
+  // A part, or a damage where it has no block.
+  struct Item {
+    Part part;
+    ReadEvent damage;
+  };
+  class Rows;
+
+  static ReadEvent eventOf(const Part& part);
+  void parseItems();
+
+  std::vector<Item> m_items;
+  std::size_t m_byteCount = 0;
+  std::uint64_t m_firstRow = 0;
+  std::uint64_t m_rowCount = 0;
+  std::uint64_t m_valueCount = 0;
+  std::vector<ReadEvent> m_events;
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,87 @@
+#include "columnar/reader/block_units.h"
+
+#include <new>
+#include <utility>
+
+namespace kelvarin {
+
+Result<std::unique_ptr<BlockUnits>, std::string> BlockUnits::open(
+    const GelFile& file, const std::vector<std::size_t>& columns, WantsBlock wantsBlock) {
+  Result<std::unique_ptr<ChunkReader>, std::string> chunks = ChunkReader::open(file, columns);
+  if (!chunks) {
+    return Failure{chunks.error()};
+  }
+  return std::unique_ptr<BlockUnits>(
+      new BlockUnits(file, columns, std::move(*chunks), std::move(wantsBlock)));
+}
+
+BlockUnits::BlockUnits(const GelFile& file, const std::vector<std::size_t>& columns,
+                       std::unique_ptr<ChunkReader> chunks, WantsBlock wantsBlock)
+    : m_file(file),
+      m_chunks(std::move(chunks)),
+      m_wantsBlock(std::move(wantsBlock)),
+      m_decoder(file, columns),
+      m_scan(file) {}
+
+std::size_t BlockUnits::unitsOfBlock() const {
+  return batchesOfBlock(m_file.rowsInBlock(), m_chunks->columnCount());
+}
+
+std::unique_ptr<BlockUnit> BlockUnits::next() {
+  std::unique_ptr<BlockUnit> unit;
+  try {
+    unit = std::make_unique<BlockUnit>();
+    fill(*unit);
+  } catch (const std::bad_alloc&) {
+    endWith({.kind = ReadEvent::Kind::noMemory, .firstRow = m_scan.rowsPassed()});
+  }
+  return unit && !unit->isEmpty() ? std::move(unit) : nullptr;
+}
+
+void BlockUnits::fill(BlockUnit& unit) {
+  if (m_nextPart.block) {
+    unit.add(m_nextPart);
+    ++m_nextPart.batch;
+    if (m_nextPart.batch == m_nextPart.block->columns().batchCount()) {
+      m_nextPart = {};
+    }
+    return;
+  }
+  while (!m_isEnded && !unit.isFull() && !m_nextPart.block) {
+    BlockInfo block;
+    switch (m_scan.next(block)) {
+      case BlockScan::Step::block:
+        if (!m_wantsBlock || m_wantsBlock(m_file, block)) {
+          addBlock(unit, block);
+        }
+        break;
+      case BlockScan::Step::corrupted:
+        unit.add({.kind = ReadEvent::Kind::corrupted,
+                  .firstRow = m_scan.lostFirstRow(),
+                  .lastRow = m_scan.lostLastRow(),
+                  .cause = m_scan.damage()});
+        break;
+      case BlockScan::Step::truncated:
+        endWith({.kind = ReadEvent::Kind::truncated, .firstRow = m_scan.lostFirstRow()});
+        break;
+      case BlockScan::Step::end:
+        endWith({.cause = m_scan.isUnfinished() ? ReadStatus::incomplete : ReadStatus::ok});
+        break;
+    }
+  }
+}
+
+void BlockUnits::addBlock(BlockUnit& unit, const BlockInfo& block) {
+  auto decoding = std::make_shared<BlockDecoding>(m_decoder, m_chunks->fetch(block));
+  unit.add({decoding, 0});
+  if (decoding->columns().batchCount() > 1) {
+    m_nextPart = {std::move(decoding), 1};
+  }
+}
+
+void BlockUnits::endWith(const ReadEvent& event) {
+  m_isEnded = true;
+  m_end = event;
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,44 @@
+// A Parquet or an Arrow file as the Arrow library reads it.
+//
+// A file has groups of rows one after another: row groups, or record batches. The columns of a
+// group are read on their own, from its first row on.
+// Used by: ArrowTableReader.
+// Errors: statuses; exceptions of the libraries end here.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "arrow/array/array_base.h"
+#include "arrow/result.h"
+#include "arrow/type.h"
+
+namespace kelvarin {
+
+// Threads: any; calls for one column one at a time, calls for different ones at the same time.
+class ArrowFileGroup {
+ public:
+  virtual ~ArrowFileGroup() = default;
+  virtual std::int64_t rowCount() const = 0;
+  // The next rows of a column, of which there are so many: an array that has been validated, and
+  // that is shorter where the file is damaged.
+  virtual arrow::Result<std::shared_ptr<arrow::Array>> next(int column, std::int64_t rowCount) = 0;
+};
+
+// Threads: one at a time. Groups may outlive the file.
+class ArrowFile {
+ public:
+  virtual ~ArrowFile() = default;
+  virtual arrow::Status open(const std::string& path) = 0;
+  virtual std::shared_ptr<arrow::Schema> schema() const = 0;
+  virtual std::int64_t rowCount() const = 0;
+  // How many rows of a group are read at a time.
+  virtual std::int64_t rowsInUnit() const = 0;
+  // Null at the end.
+  virtual arrow::Result<std::unique_ptr<ArrowFileGroup>> nextGroup() = 0;
+};
+
+std::unique_ptr<ArrowFile> makeParquetFile();
+std::unique_ptr<ArrowFile> makeIpcFile();
+
+}  // namespace kelvarin

@@ -1,0 +1,48 @@
+// Reads a Parquet file or an Arrow file (the file form of the Arrow inter-process format).
+//
+// Threads: see BatchReader.
+#pragma once
+
+#include <atomic>
+#include <memory>
+
+#include "arrow/type_fwd.h"
+#include "host/tables/arrow_formats/group_decoding.h"
+#include "host/tables/settings/column_settings.h"
+
+namespace kelvarin {
+
+class ArrowTableReader : public BatchReader {
+ public:
+  ArrowTableReader(const QString& path, std::unique_ptr<ArrowFile> file, ColumnRules rules);
+
+  Result<TableColumns, QString> open(IsStopped isStopped) override;
+  void useColumns(const std::vector<bool>& isUsed) override { m_plan->isUsed = isUsed; }
+  std::unique_ptr<TableUnit> readUnit() override;
+  void accept(TableUnit& unit) override;
+  float fractionDone() const override;
+  QString locationOfRow(long long row) const override;
+  QStringList notes() const override { return m_notes; }
+  QStringList warnings() const override;
+
+ private:
+  Status<QString> settleColumns(const arrow::Schema& schema);
+  Status<QString> takeDeclaredTypes(const arrow::Schema& schema);
+  void noteTimestamps(const arrow::Schema& schema);
+  arrow::Status beginGroup();
+  QString failureText(const arrow::Status& status) const;
+
+  std::unique_ptr<ArrowFile> m_file;
+  ColumnRules m_rules;
+  std::shared_ptr<DecodingPlan> m_plan;
+  QStringList m_notes;
+
+  std::shared_ptr<GroupDecoding> m_group;  // null at the end
+  std::size_t m_nextUnit = 0;              // of the group
+  long long m_rowsBefore = 0;              // the group
+
+  std::vector<ColumnTally> m_tallies;
+  std::atomic<long long> m_rowsAccepted{0};
+};
+
+}  // namespace kelvarin

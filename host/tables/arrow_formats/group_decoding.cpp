@@ -1,0 +1,113 @@
+#include "host/tables/arrow_formats/group_decoding.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "host/tables/arrow_formats/arrow_values.h"
+#include "host/tables/arrow_formats/messages.h"
+#include "host/tables/files/messages.h"
+
+namespace kelvarin {
+
+GroupDecoding::GroupDecoding(std::shared_ptr<const DecodingPlan> plan,
+                             std::unique_ptr<ArrowFileGroup> group, long long firstRow)
+    : m_plan(std::move(plan)),
+      m_group(std::move(group)),
+      m_firstRow(firstRow),
+      m_columns(m_plan->columns.types.size()) {}
+
+std::size_t GroupDecoding::unitCount() const {
+  const std::int64_t rows = std::max<std::int64_t>(m_group->rowCount(), 0);
+  return static_cast<std::size_t>((rows + m_plan->rowsInUnit - 1) / m_plan->rowsInUnit);
+}
+
+std::size_t GroupDecoding::bytesOfUnit() const {
+  return static_cast<std::size_t>(m_plan->rowsInUnit) * m_columns.size() * sizeof(double);
+}
+
+std::int64_t GroupDecoding::rowsOfUnit(std::size_t unit) const {
+  const std::int64_t before = static_cast<std::int64_t>(unit) * m_plan->rowsInUnit;
+  return std::min(m_plan->rowsInUnit, m_group->rowCount() - before);
+}
+
+std::vector<DecodedColumn> GroupDecoding::decode(std::size_t unit) {
+  std::vector<DecodedColumn> decoded(m_columns.size());
+  std::vector<std::size_t> left(m_columns.size());
+  std::iota(left.begin(), left.end(), 0);
+  while (!left.empty()) {
+    const std::size_t before = left.size();
+    std::erase_if(left, [&](std::size_t index) {
+      const std::unique_lock lock(m_columns[index].mutex, std::try_to_lock);
+      if (lock.owns_lock()) {
+        decoded[index] = take(index, unit);
+      }
+      return lock.owns_lock();
+    });
+    if (left.size() == before) {  // other threads have them all
+      const std::lock_guard lock(m_columns[left.back()].mutex);
+      decoded[left.back()] = take(left.back(), unit);
+      left.pop_back();
+    }
+  }
+  return decoded;
+}
+
+DecodedColumn GroupDecoding::take(std::size_t index, std::size_t unit) {
+  Column& column = m_columns[index];
+  for (; column.unitsDone <= unit; ++column.unitsDone) {
+    column.ready[column.unitsDone] = decodeNext(index, column.unitsDone);
+  }
+  return std::move(column.ready.extract(unit).mapped());
+}
+
+DecodedColumn GroupDecoding::decodeNext(std::size_t index, std::size_t unit) {
+  const std::int64_t rowCount = rowsOfUnit(unit);
+  if (!m_plan->isUsed[index]) {
+    const auto rows = static_cast<std::size_t>(rowCount);
+    return {unreadColumn(m_plan->columns.types[index], rows), rowCount, {}, {}};
+  }
+  const long long firstRow = m_firstRow + static_cast<long long>(unit) * m_plan->rowsInUnit;
+  const auto array = m_group->next(static_cast<int>(index), rowCount);
+  const bool isWhole = array.ok() && (*array)->length() == rowCount;
+  if (isWhole) {
+    return converted(**array, index, firstRow);
+  }
+  const std::string reason =
+      array.ok() ? "a column has fewer rows than its row group" : array.status().message();
+  DecodedColumn failed;
+  failed.failure = table_messages::damaged(
+      m_plan->path,
+      table_messages::atLocation(locationOf(index, firstRow), QString::fromStdString(reason)));
+  return failed;
+}
+
+DecodedColumn GroupDecoding::converted(const arrow::Array& array, std::size_t index,
+                                       long long firstRow) const {
+  DecodedColumn decoded;
+  decoded.tally.areBadValuesNull = m_plan->areBadValuesNull;
+  decoded.tally.rowsBefore = firstRow;
+  ConvertedArray made = convertArray(array, m_plan->columns.types[index], decoded.tally);
+  decoded.values = std::move(made.values);
+  decoded.rowCount = made.bad ? made.bad->row : array.length();
+  if (made.bad) {
+    decoded.failure = badValueText(index, *made.bad, firstRow);
+  }
+  return decoded;
+}
+
+QString GroupDecoding::badValueText(std::size_t index, const BadValue& bad,
+                                    long long firstRow) const {
+  const QString& name = m_plan->columns.names[static_cast<qsizetype>(index)];
+  const QString value = QString::fromStdString(bad.text);
+  return table_messages::atLocation(locationOf(index, firstRow + bad.row),
+                                    m_plan->columns.types[index] == MetaTypeColumn::key
+                                        ? table_messages::integerIsNoKey(value, name)
+                                        : table_messages::numberNotHeld(value, name));
+}
+
+QString GroupDecoding::locationOf(std::size_t index, long long row) const {
+  return table_messages::inColumn(table_messages::atRow(m_plan->path, row + 1),
+                                  m_plan->columns.names[static_cast<qsizetype>(index)]);
+}
+
+}  // namespace kelvarin

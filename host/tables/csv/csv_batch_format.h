@@ -1,0 +1,57 @@
+// Writes the rows of batches as CSV text.
+//
+// Numbers take the shortest form that reads back to the same double; fields are quoted where they
+// would otherwise be read back as something else.
+// Threads: any, at the same time.
+// Errors: the field that needs a quote where there is none ends a batch's text.
+#pragma once
+
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "host/contract/one_row.h"
+#include "host/tables/csv/csv_dialect.h"
+#include "host/tables/csv/csv_text.h"
+
+namespace kelvarin {
+
+class CsvBatchFormat final : public BatchEncoder {
+ public:
+  // The types of the columns of all batches.
+  CsvBatchFormat(const CsvDialect& dialect, std::vector<MetaTypeColumn> types);
+
+  std::unique_ptr<EncodedBatch> encode(const RowBatch& batch) const override;
+  // The header; of an unwritable name only the column counts.
+  std::unique_ptr<CsvText> encodeNames(const OneRow& columns) const;
+
+ private:
+  // A column of the batch at work.
+  struct Cursor {
+    MetaTypeColumn type;
+    const BatchColumn* column;
+    const unsigned char* textEnd;  // texts before it may be read 16 bytes at a time
+  };
+
+  void appendRows(CsvText& text, const RowBatch& batch, const std::vector<Cursor>& columns) const;
+  // These write at `target` and return the end; null when the field needs a quote that does not
+  // exist.
+  char* appendValue(CsvText& text, char* target, const Cursor& column, std::size_t row) const;
+  char* quotedIfNeeded(char* target, char* end) const;
+  char* appendText(CsvText& text, char* target, std::string_view value,
+                   const unsigned char* end) const;
+  bool copyPlain(char* target, std::string_view value, const unsigned char* end) const;
+  char* appendQuoted(char* target, std::string_view text) const;
+  char* appendNull(char* target) const;
+  bool needsQuote(std::string_view text) const;
+
+  CsvDialect m_dialect;
+  std::vector<MetaTypeColumn> m_types;
+  bool m_isSpecial[256] = {};  // bytes that make a field need quotes
+  // A printed number may be the null text, or hold the separator or the quote.
+  bool m_needsNumberCheck = false;
+  std::size_t m_fixedCapacity;  // for a row but its texts
+  std::shared_ptr<CsvTextStore> m_store = std::make_shared<CsvTextStore>();
+};
+
+}  // namespace kelvarin

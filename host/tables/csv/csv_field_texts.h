@@ -1,0 +1,18 @@
+// Why a field is no value of its column, or made its column text, for the user.
+#pragma once
+
+#include <string>
+
+#include <QString>
+
+#include "host/contract/meta_info.h"
+
+namespace kelvarin {
+
+// A field that does not fit the type of `column`.
+QString badFieldText(MetaTypeColumn type, const std::string& field, const QString& column);
+
+// A field that made `column` text, though it looks like numbers.
+QString textColumnText(const std::string& field, const QString& column);
+
+}  // namespace kelvarin

@@ -1,0 +1,142 @@
+// A file that is cut into units of any size has the rows and errors of one that is not cut.
+#include <algorithm>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "host/tables/csv/csv_batch_reader.h"
+#include "host/tables/files/tests/table_folder.h"
+#include "host/testing/value.h"
+
+namespace kelvarin {
+
+using testing::TableFolder;
+using testing::Values;
+
+namespace {
+
+struct Reading {
+  std::vector<Values> rows;
+  std::string error;
+  std::string said;
+  int units = 0;
+};
+
+void addRows(const RowBatch& batch, std::vector<Values>& rows) {
+  forEachRow(batch, 0, batch.rowCount(), [&](std::size_t, std::size_t storedRow) {
+    Values& values = rows.emplace_back();
+    for (const BatchColumn& column : batch.columns()) {
+      values.push_back(testing::valueFromBytes(column.value(storedRow), column.type()));
+    }
+  });
+}
+
+Reading reading(const std::string& path, const CsvDialect& dialect, std::size_t unitSize) {
+  Reading result;
+  CsvBatchReader reader(QString::fromStdString(path), dialect, {true, {}}, unitSize);
+  const auto columns = reader.open([] { return false; });
+  result.error = columns ? "" : columns.error().toStdString();
+  while (result.error.empty()) {
+    const std::unique_ptr<TableUnit> unit = reader.readUnit();
+    if (unit == nullptr) {
+      break;
+    }
+    ++result.units;
+    unit->parse();
+    reader.accept(*unit);
+    result.error = unit->failure().toStdString();
+    if (unit->batch() != nullptr) {
+      addRows(*unit->batch(), result.rows);
+    }
+  }
+  result.said = (reader.notes() + reader.warnings()).join(u'\n').toStdString();
+  return result;
+}
+
+void expectSameRowsInUnitsOf(std::size_t unitSize, const std::string& path, const std::string& text,
+                             const CsvDialect& dialect, const Reading& whole) {
+  const Reading cut = reading(path, dialect, unitSize);
+  const std::string where = ::testing::PrintToString(text) + " by " + std::to_string(unitSize);
+  ASSERT_EQ(cut.rows, whole.rows) << where;
+  ASSERT_EQ(cut.error, whole.error) << where;
+  ASSERT_EQ(cut.said, whole.said) << where;
+}
+
+// Texts in which quotes, separators and line ends meet often, also where words of bytes end.
+std::string randomText(std::mt19937& random) {
+  static constexpr std::string_view kPieces[] = {"a", ",", "\n", "\r\n", "\"", "\"\"", "\r", "bcd"};
+  static constexpr std::string_view kRows[] = {"x,y\n",
+                                               "12.5,\"q,\n\"\"r\"\n",
+                                               "\"\",\r\n",
+                                               "a\"b,c\"\n",
+                                               "\"a\"b\",\"\r\n\"\r\n",
+                                               "\n",
+                                               "p,q\r",
+                                               "0123456789012345678901234567890123456789,z\n"};
+  std::string text = "n,m\n";
+  for (auto rows = random() % 8; rows > 0; --rows) {
+    text += kRows[random() % std::size(kRows)];
+  }
+  for (auto pieces = random() % 8; pieces > 0; --pieces) {
+    text += kPieces[random() % std::size(kPieces)];
+  }
+  return text;
+}
+
+}  // namespace
+
+TEST(CsvUnits, ofAnySizeHaveTheSameRows) {
+  const TableFolder folder;
+  const std::string texts[] = {
+      "a,b\n1,x\n2,\"y\nz\"\n\n3,\"\"\"\"\r\n4,\"a\"\"\r\n\"\"b\",\n",
+      "\xEF\xBB\xBF\"a\na\",b\r\n1,\"l\nl\n\"\r\n\r\n2,x\r\n3,y",
+      "a\n1\n\n\"\"\n\r\n2\n\n",                     // one column: an empty line is a value
+      "a,b\r1,2\r\r3,\"4\r5\"\r",                    // CR alone
+      "a,b\n1,2\rx,y\r\n\r3,\"\n\"\r4,5",            // every line end
+      "a,b\n1,st\"ray\n2,\"q\"t\"ail\n3,\"x\n\"\n",  // quotes that are none
+      "a,b\n1,x\n2,y\n3,z,surplus\n4,v\n",           // rows before a bad record
+      "a,b\n1,x\n2,\"never\nclosed\n3,y\n",
+      "a,b\n1,x\n2,\xFFy\n3,z\n",
+      "a,b\n" + std::string(300, '\n') + "1," + std::string(200, 'x') + "\n2\n",
+  };
+  for (const std::string& text : texts) {
+    const std::string path = folder.write("t.csv", text);
+    const Reading whole = reading(path, {}, 1000);
+    for (std::size_t size = 1; size <= std::min<std::size_t>(text.size() + 1, 150); ++size) {
+      expectSameRowsInUnitsOf(size, path, text, {}, whole);
+    }
+  }
+  EXPECT_EQ(reading(folder.write("t.csv", texts[6]), {}, 1000).rows.size(), 2u);
+}
+
+TEST(CsvUnits, ofAnySizeHaveTheSameRowsAtRandom) {
+  const TableFolder folder;
+  std::mt19937 random(23);
+  CsvDialect noQuote;
+  noQuote.hasQuote = false;
+  for (int i = 0; i < 1500; ++i) {
+    const std::string text = randomText(random);
+    const std::string path = folder.write(std::to_string(i), text);
+    const CsvDialect dialect = i % 5 == 0 ? noQuote : CsvDialect();
+    const Reading whole = reading(path, dialect, 1000);
+    for (int j = 0; j < 4; ++j) {
+      expectSameRowsInUnitsOf(1 + random() % 90, path, text, dialect, whole);
+    }
+  }
+}
+
+// What is cut at every record can be parsed by many.
+TEST(CsvUnits, endWithTheLastWholeRecord) {
+  const TableFolder folder;
+  std::string text = "a,b\n";
+  for (int i = 0; i < 1000; ++i) {
+    text += "\"x,\n\"\"\",st\"ray\n";
+  }
+  const std::string path = folder.write("t.csv", text);
+  const Reading cut = reading(path, {}, 160);
+  EXPECT_EQ(cut.rows.size(), 1000u);
+  EXPECT_EQ(cut.error, "");
+  EXPECT_LT(cut.units, 125);
+}
+
+}  // namespace kelvarin
