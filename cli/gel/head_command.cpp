@@ -1,4 +1,5 @@
 // `kelvarin gel head`: the first rows of a columnar file, as CSV.
+#include <algorithm>
 #include <cstdio>
 #include <limits>
 
@@ -8,8 +9,7 @@
 #include "cli/gel/messages.h"
 #include "cli/printable_text.h"
 #include "columnar/reader/block_reader.h"
-#include "host/contract/batch_rows.h"
-#include "host/tables/csv/csv_row_format.h"
+#include "host/tables/csv/csv_batch_format.h"
 
 namespace kelvarin {
 
@@ -56,22 +56,19 @@ QString damageText(const QString& file, const ReadEvent& event) {
 }
 
 // A file or a pipe gets the data as they are.
-void print(CsvRowFormat& format) {
+void print(const EncodedBatch& rows) {
   static const bool isForTerminal = ::isatty(STDOUT_FILENO) != 0;
-  const std::string_view text(format.text().data(), format.text().size());
+  const std::string_view text = static_cast<const CsvText&>(rows).text();
   const std::string shown = isForTerminal ? printable(text, LineBreaks::keep) : std::string();
   const std::string_view output = isForTerminal ? std::string_view(shown) : text;
   std::fwrite(output.data(), 1, output.size(), stdout);
-  format.clear();
 }
 
 bool printRows(const GelFile& file, BlockReader& reader, PinOutMetaData& columns,
                std::int64_t rowsLeft, Console& console) {
-  OneRow row(&columns);
-  CsvRowFormat format(CsvDialect{}, typesOf(columns));
-  (void)format.appendNames(row);
+  const CsvBatchFormat format(CsvDialect{}, typesOf(columns));
+  print(*format.encodeNames(OneRow(&columns)));
   std::size_t damages = 0;
-  BatchRows rows;
   while (rowsLeft > 0 && !isOutputClosed()) {
     const ReadEvent event = reader.next();
     if (event.kind != ReadEvent::Kind::rows) {
@@ -85,13 +82,11 @@ bool printRows(const GelFile& file, BlockReader& reader, PinOutMetaData& columns
       }
       continue;
     }
-    for (rows.start(event.batch); rowsLeft > 0 && rows.rowsLeft() > 0; --rowsLeft) {
-      rows.take(row.getAllColForWrite());
-      (void)format.appendRow(row);
-    }
-    print(format);
+    const auto count =
+        std::min<std::int64_t>(rowsLeft, static_cast<std::int64_t>(event.batch->rowCount()));
+    rowsLeft -= count;
+    print(*format.encode(*event.batch->slice(0, static_cast<std::size_t>(count))));
   }
-  print(format);
   if (damages > kMaxLines) {
     console.writeLog(LogLevel::error, gel_messages::moreLost(QString::fromStdString(file.path()),
                                                              damages - kMaxLines));
