@@ -1,8 +1,8 @@
 // Encodes and stores the blocks of one column set on a thread of its own.
 //
 // Each block is encoded column by column (block_encoder.h), its slice of the descriptor is written,
-// and the chunks are appended to the side file. Two buffers circulate through two queues: the filling thread fills one
-// while the worker stores the other. Made by ColumnarHDWriter.
+// and the chunks are appended to the side file. Two buffers circulate through two queues: the
+// filling thread fills one while the worker stores the other. Made by ColumnarHDWriter.
 // Layout: docs/gel-format.md, "Blocks of rows".
 // Threads: the worker's own between start() and join(); all public operations on the filling
 // thread.

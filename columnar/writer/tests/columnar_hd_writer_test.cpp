@@ -137,7 +137,7 @@ TEST(ColumnarHDWriter, GoldenFile) {
   EXPECT_EQ(loadPacked<std::uint64_t>(main.data() + main.size() - 8), kEndMarker);
 }
 
-// Blocks that are large enough for helpers, with one set, and with fewer and more sets than threads.
+// The blocks are large enough for helpers, and there are more sets than threads, or fewer.
 TEST(ColumnarHDWriter, TheBytesDoNotDependOnWhoEncodesAColumn) {
   const Folder folder;
   const std::string file = folder.file("h.cgel_kelvarin");
