@@ -80,7 +80,7 @@ std::uint8_t* ColumnPages::putPresence(std::size_t rowCount, std::size_t missing
                           ? putRun(encodedPresence, 1, rowCount, 1)
                           : putRunLengths(encodedPresence, m_presence.data(), rowCount, 1);
   const auto size = static_cast<std::uint32_t>(end - encodedPresence);
-  std::uint8_t* start = m_page.data() + kValuesAt - size - kSizeOfSize;
+  std::uint8_t* start = valuesOfPage(0) - size - kSizeOfSize;
   std::memcpy(start, &size, kSizeOfSize);
   std::memcpy(start + kSizeOfSize, encodedPresence, size);
   return start;
