@@ -9,7 +9,7 @@
 #include "arrow/type.h"
 #include "arrow/util/decimal.h"
 #include "host/tables/arrow/arrow_actions.h"
-#include "host/tables/arrow/tests/test_arrays.h"
+#include "host/tables/arrow/tests/typed_arrays.h"
 #include "host/tables/files/tests/table_folder.h"
 #include "host/testing/full_disk.h"
 #include "host/testing/row_harness.h"
