@@ -52,6 +52,9 @@ std::shared_ptr<PoolTask> TaskPool::takeClaimed(bool mayWait) {
 }
 
 void TaskPool::work(const std::stop_token& stop) {
+  if (m_begin) {
+    m_begin();
+  }
   std::unique_lock lock(m_mutex);
   while (m_changed.wait(lock, stop, [this] { return !m_tasks.empty(); })) {
     if (stop.stop_requested()) {

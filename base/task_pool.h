@@ -10,10 +10,12 @@
 #include <atomic>
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <stop_token>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace kelvarin {
@@ -34,8 +36,9 @@ class PoolTask {
 
 class TaskPool {
  public:
-  // They are started with the first task.
-  explicit TaskPool(int threads) : m_threadCount(threads) {}
+  // They are started with the first task; each calls `begin`, where there is one, before its own.
+  explicit TaskPool(int threads, std::function<void()> begin = {})
+      : m_threadCount(threads), m_begin(std::move(begin)) {}
   // Tasks that nobody has begun are dropped.
   ~TaskPool();
   TaskPool(const TaskPool&) = delete;
@@ -52,6 +55,7 @@ class TaskPool {
   std::shared_ptr<PoolTask> takeClaimed(bool mayWait);
 
   const int m_threadCount;
+  const std::function<void()> m_begin;
   std::once_flag m_start;
   std::mutex m_mutex;  // guards m_tasks
   std::condition_variable_any m_changed;

@@ -21,6 +21,15 @@ void addDiskWaitOption(CLI::App& command, int& seconds) {
       ->capture_default_str();
 }
 
+void addThreadsOption(CLI::App& command, int& threads) {
+  constexpr int kMaxThreads = 1024;
+  command
+      .add_option("--threads", threads,
+                  "how many threads compute; the result is the same [as many as processors]")
+      ->check(CLI::Range(1, kMaxThreads))
+      ->type_name("N");
+}
+
 }  // namespace
 
 void addPluginOption(CLI::App& command, std::string& plugin) {
@@ -32,6 +41,7 @@ void addPluginOption(CLI::App& command, std::string& plugin) {
 
 void RunOptions::addTo(CLI::App& command) {
   addPluginOption(command, plugin);
+  addThreadsOption(command, threads);
   addDiskWaitOption(command, diskWaitSeconds);
   command.add_flag("--quiet", isQuiet, "only errors and warnings on standard error");
 }
@@ -49,7 +59,9 @@ Result<std::unique_ptr<ActionCatalogue>, QString> loadCatalogue(
   return std::make_unique<ActionCatalogue>(std::move(*library), std::move(actions));
 }
 
-RunResult workInterruptibly(Graph& graph, GraphWork work, Console& console) {
+RunResult workInterruptibly(Graph& graph, GraphWork work, const RunOptions& runOptions,
+                            Console& console) {
+  graph.settings->setThreadCount(runOptions.threads);
   RunRecord record;
   const InterruptibleRun interruptible(record);
   ProgressLine progress(console);

@@ -22,9 +22,10 @@ namespace kelvarin {
 struct RunOptions {
   std::string plugin;
   int diskWaitSeconds = 60;
+  int threads = 0;  // 0: as many as there are processors
   bool isQuiet = false;
 
-  // --plugin, --disk-wait and --quiet.
+  // --plugin, --threads, --disk-wait and --quiet.
   void addTo(CLI::App& command);
 };
 
@@ -38,7 +39,8 @@ using GraphWork = RunResult (*)(Graph& graph, RunRecord& record, const Execution
 
 // Runs or checks the graph, as `work` does, with a progress line, and so that a signal ends it in
 // order.
-RunResult workInterruptibly(Graph& graph, GraphWork work, Console& console);
+RunResult workInterruptibly(Graph& graph, GraphWork work, const RunOptions& options,
+                            Console& console);
 
 ExitStatus exitStatusOf(const RunResult& result);
 

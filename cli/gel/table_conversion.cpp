@@ -51,7 +51,7 @@ ExitStatus runConversion(const TableConversion& conversion, ConversionGraph grap
     }
     return ExitStatus::failed;
   }
-  const RunResult result = workInterruptibly(*parsed, runGraph, console);
+  const RunResult result = workInterruptibly(*parsed, runGraph, conversion.options, console);
   return result.isOk() ? finish(result) : exitStatusOf(result);
 }
 

@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include "cli/tests/row_action.h"
 #include "host/engine/graph_reader.h"
 #include "host/engine/run_graph.h"
 #include "host/tables/table_actions.h"
@@ -34,8 +35,12 @@ class Dice {
 };
 
 inline const ActionCatalogue& catalogue() {
-  static const auto* loaded =
-      new ActionCatalogue(std::move(*PluginLibrary::load(KELVARIN_PLUGIN)), makeTableActions());
+  static const auto* loaded = [] {
+    ActionCatalogue::Prototypes actions = makeTableActions();
+    actions.push_back(std::make_unique<RowAction>(XMLNode::emptyNode(), nullptr));
+    return new ActionCatalogue(std::move(*PluginLibrary::load(KELVARIN_PLUGIN)),
+                               std::move(actions));
+  }();
   return *loaded;
 }
 
@@ -145,6 +150,38 @@ inline QByteArray filterXml(Dice& dice, const Drawn& drawn, const QByteArray& na
          "</FilterRows>";
 }
 
+// Of numbers and of keys; their elements are columns of the drawn tables.
+constexpr char kVectors[] =
+    "<InlineTable name='vectors'><Column name='alias' meta='U'/><Column name='column' meta='U'/>"
+    "<Row><V>v</V><V>a</V></Row><Row><V>v</V><V>b</V></Row><Row><V>w</V><V>b</V></Row>"
+    "<Row><V>w</V><V>id</V></Row><Row><V>y</V><V>k</V></Row></InlineTable>";
+
+// Its second input pin takes the vectors.
+inline QByteArray vectorizedXml(Dice& dice, const Drawn& drawn, const QByteArray& name) {
+  static constexpr const char* kOfVectors[] = {"v*2+w",    "v>w ? v : -y", "v+_n",        "v/0",
+                                               "nvl(v,3)", "isNuLL(v)+y",  "rand1(10)+v", "tn+v"};
+  static constexpr const char* kKeysOfVectors[] = {"abs(v)", "y*2", "w", "_n"};
+  QByteArray xml = "<CalculatorVectorized name='" + name + "' seed='3' dateFormat='yyyy'";
+  xml += " castToKey1='" + castMode(dice, drawn, 4) + "'";
+  xml += " castToKey2='" + castMode(dice, drawn, 4) + "'";
+  xml += " castToKey3='" + castMode(dice, drawn, 6) + "'";
+  xml += !drawn.canFail || dice.oneIn(3) ? " abortWhenError='0'" : "";
+  xml += ">" + drawn.inputs() + "<OutputVars>";
+  for (int i = dice.below(3); i >= 0; --i) {
+    const bool isKey = dice.oneIn(4);
+    xml += "<OutputVar name='\"" + name + QByteArray::number(i) + "_\"//_n'" +
+           (isKey ? " meta='K'>" : ">") +
+           drawn.expression(isKey ? dice.oneOf(kKeysOfVectors) : dice.oneOf(kOfVectors)) +
+           "</OutputVar>";
+  }
+  return xml + "</OutputVars></CalculatorVectorized>";
+}
+
+inline QByteArray rowActionXml(Dice& dice, const QByteArray& name) {
+  return "<RowAction name='" + name + "' drops='" + QByteArray::number(dice.below(5)) + "'" +
+         (dice.oneIn(6) ? " ends='700'" : "") + "/>";
+}
+
 inline QByteArray sinkXml(Dice& dice, const QByteArray& name) {
   switch (dice.below(7)) {
     case 0:
@@ -168,12 +205,14 @@ class DrawnGraphs : public ::testing::Test {
            "</Links></KelvarinGraph>";
   }
 
-  RunResult run(const QByteArray& document, const ExecutionOptions& options = {}) {
+  // With `threads`; 0: as many as the machine has processors.
+  RunResult run(const QByteArray& document, const ExecutionOptions& options = {}, int threads = 0) {
     auto graph = parseGraph(document, m_folder.filePath("graph.kelvarin"), catalogue());
     if (!graph) {
       ADD_FAILURE() << graph.error().front().text().toStdString();
       return {};
     }
+    graph->settings->setThreadCount(threads);
     RunRecord record;
     return runGraph(*graph, record, options);
   }
@@ -194,15 +233,16 @@ class DrawnGraphs : public ::testing::Test {
     }
   }
 
+  // Without rows there is no columnar file.
   void writeTables(Dice& dice, int rows) {
+    removeFiles({"in.*"});
     QFile file(m_folder.filePath("in.csv"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("id,a,b,k,t\n");
     for (int i = 0; i < rows; ++i) {
       file.write(QByteArray::number(i) + "," + number(dice) + "," + number(dice) + "," +
                  (dice.oneIn(60) ? QByteArray() : QByteArray::number(dice.below(6))) + "," +
-                 (dice.oneIn(5) ? QByteArray("t\u00e9xt") : QByteArray::number(dice.below(9))) +
-                 "\n");
+                 (dice.oneIn(5) ? dice.oneOf(kTexts) : QByteArray::number(dice.below(9))) + "\n");
     }
     file.close();
     const char* const sinks[] = {"<WriteParquet name='sink' file='in.parquet'/>",
@@ -221,6 +261,10 @@ class DrawnGraphs : public ::testing::Test {
     return QByteArray::number((dice.below(2001) - 1000) / 8.0);
   }
 
+  // Line breaks in quotes are where a reader must not cut a file.
+  static constexpr const char* kTexts[] = {
+      "t\u00e9xt", "text", "\"a,\n\"\"b\"\"\"",
+      "",          "\"\"", "a text that is longer than the others"};
   static constexpr char kCsv[] =
       "<ReadCSV name='source' file='in.csv' sortedOn='id 0'><Column name='id' meta='F'/>"
       "<Column name='a' meta='F'/><Column name='b' meta='F'/><Column name='k' meta='K'/>"
@@ -245,6 +289,20 @@ class DrawnGraphs : public ::testing::Test {
     return QDir(m_folder.path()).entryList(patterns, QDir::Files, QDir::Name);
   }
 };
+
+// The first lines in which two texts differ, with those around them.
+inline std::string firstDifference(const QByteArray& expected, const QByteArray& seen) {
+  const QList<QByteArray> left = expected.split('\n');
+  const QList<QByteArray> right = seen.split('\n');
+  qsizetype line = 0;
+  while (line < std::min(left.size(), right.size()) && left[line] == right[line]) {
+    ++line;
+  }
+  const qsizetype from = std::max<qsizetype>(0, line - 3);
+  QByteArray shown = "expected:\n" + left.mid(from, 12).join('\n').left(3000) + "\nseen:\n" +
+                     right.mid(from, 12).join('\n').left(3000);
+  return shown.replace('\0', '.').toStdString();
+}
 
 // How many graphs a test draws; the environment variable overrules.
 inline int graphCount(const char* variable, int usual) {

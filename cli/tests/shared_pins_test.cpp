@@ -163,10 +163,10 @@ class SharedPins : public DrawnGraphs {
   // What the run left of each sink: its files, and the rows that it got; empty when it failed.
   std::map<QByteArray, QByteArray> outcome(const SharedGraph& graph,
                                            const std::set<QByteArray>& actions,
-                                           const ExecutionOptions& options) {
+                                           const ExecutionOptions& options, int threads) {
     removeFiles({"x*.*"});
     const RunResult result =
-        run(document(graph.actionsXml(actions), graph.linksXml(actions)), options);
+        run(document(graph.actionsXml(actions), graph.linksXml(actions)), options, threads);
     std::map<QByteArray, QByteArray> left;
     for (const ActionResult& action : result.actions) {
       if (result.isOk() && action.name.startsWith('x')) {
@@ -182,6 +182,7 @@ class SharedPins : public DrawnGraphs {
 TEST_F(SharedPins, EverySinkGetsWhatItGetsAlone) {
   constexpr int kRowCounts[] = {0, 1, 7, 40, 300, 1026, 2500, 6000};
   constexpr long long kMemory[] = {64LL << 20, 0, 100'000};
+  constexpr int kRowsInBatch[] = {0, 0, 1, 300};
   const int graphs = graphCount("KELVARIN_SHARED_PIN_GRAPHS", 150);
   int complete = 0;
   for (int seed = 0; seed < graphs && !HasFailure(); ++seed) {
@@ -194,14 +195,14 @@ TEST_F(SharedPins, EverySinkGetsWhatItGetsAlone) {
                             {.hasTexts = hasTexts, .canFail = false});
     ExecutionOptions options;
     options.queueMemoryBytes = kMemory[dice.below(3)];
-    options.looksAhead = !dice.oneIn(4);
-    const auto together = outcome(graph, graph.all(), options);
+    options.rowsInBatch = kRowsInBatch[dice.below(4)];
+    const auto together = outcome(graph, graph.all(), options, 1 + dice.below(4));
     if (together.empty()) {
       continue;
     }
     ++complete;
     for (const QByteArray& sink : graph.sinks()) {
-      const auto alone = outcome(graph, graph.neededBy(sink), {});
+      const auto alone = outcome(graph, graph.neededBy(sink), {}, 1);
       EXPECT_TRUE(alone == std::map({std::pair(sink, together.at(sink))}))
           << "seed " << seed << ", sink " << sink.data() << "\n"
           << document(graph.actionsXml(graph.all()), graph.linksXml(graph.all())).data();

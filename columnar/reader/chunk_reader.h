@@ -64,8 +64,8 @@ class ChunkReader {
     // Of the chunks that were read last, shared with fetched blocks. It is not changed any more once
     // a block has been fetched.
     std::shared_ptr<ByteBuffer> bytes = std::make_shared<ByteBuffer>();
-    std::uint64_t aheadBegin = 0;   // of `bytes` in the source, when contiguous
-    bool isAhead = false;           // they are, and may contain the following chunks
+    std::uint64_t aheadBegin = 0;  // of `bytes` in the source, when contiguous
+    bool isAhead = false;          // they are, and may contain the following chunks
   };
 
   explicit ChunkReader(const GelFile& file) : m_file(file) {}

@@ -10,6 +10,10 @@
 
 #include "base/export.h"
 
+namespace kelvarin {
+class TaskPool;
+}
+
 class KELVARIN_CORE GlobalParameters {
  public:
   enum class RunningState { endedNormally = 0, running = 2, stoppedByUser = 3, failed = 5 };
@@ -61,6 +65,8 @@ struct KELVARIN_CORE RunRecord {
   bool mustComputeFull = true;
   // Actions that compute columns count the missing values in them for their report.
   bool countsValues = false;
+  // Carries out tasks of actions beside the engine thread, during the run; null: nothing does.
+  kelvarin::TaskPool* tasks = nullptr;
 
   bool isRunning() const {
     return status.load(std::memory_order_relaxed) == GlobalParameters::RunningState::running;

@@ -48,6 +48,7 @@ bool ActionChain::findActions() {
     m_actions.insert(m_actions.begin(), action);
     m_outputPins.insert(m_outputPins.begin(), outputPin);
     m_chain.stages.insert(m_chain.stages.begin(), stage);
+    m_chain.stageActions.insert(m_chain.stageActions.begin(), &action->item());
     const bool isFirst = input->isQueue() || input->producer().hasPartOfUnit();
     if (isFirst) {
       m_input = input;
@@ -65,6 +66,7 @@ bool ActionChain::findActions() {
   }
   m_source = action;
   m_chain.source = action->source();
+  m_chain.sourceAction = &action->item();
   return true;
 }
 
@@ -76,6 +78,7 @@ bool ActionChain::findEncoder() {
     return true;
   }
   m_chain.encoder = reader->consumer().encoder();
+  m_chain.sinkAction = &reader->consumer().item();
   return reader->rowsTaken() > 0;
 }
 

@@ -20,7 +20,7 @@ constexpr milliseconds kReportInterval{100};
 
 ActivitySampler::ActivitySampler(const std::vector<const ActionItem*>& actions,
                                  ProgressMeter& meter)
-    : m_current(CurrentAction::slot()), m_nanoseconds(actions.size()), m_meter(meter) {
+    : m_nanoseconds(actions.size()), m_meter(meter), m_threads{&CurrentAction::slot()} {
   for (std::size_t i = 0; i < actions.size(); ++i) {
     if (actions[i] != nullptr) {
       m_indexOfAction.emplace(actions[i], i);
@@ -36,6 +36,11 @@ ActivitySampler::~ActivitySampler() {
   }
   m_ending.notify_one();
   m_thread.join();
+}
+
+void ActivitySampler::watchThisThread() {
+  const std::lock_guard lock(m_mutex);
+  m_threads.push_back(&CurrentAction::slot());
 }
 
 double ActivitySampler::seconds(int action) const {
@@ -64,10 +69,12 @@ void ActivitySampler::watch() {
 }
 
 void ActivitySampler::addTime(nanoseconds time) {
-  const ActionItem* current = std::atomic_ref(m_current).load(std::memory_order_relaxed);
-  const auto found = m_indexOfAction.find(current);
-  if (found != m_indexOfAction.end()) {
-    m_nanoseconds[found->second].fetch_add(time.count(), std::memory_order_relaxed);
+  for (const ActionItem** thread : m_threads) {
+    const auto found =
+        m_indexOfAction.find(std::atomic_ref(*thread).load(std::memory_order_relaxed));
+    if (found != m_indexOfAction.end()) {
+      m_nanoseconds[found->second].fetch_add(time.count(), std::memory_order_relaxed);
+    }
   }
 }
 

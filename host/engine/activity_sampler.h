@@ -1,5 +1,5 @@
-// Finds out how long each action of a run computes by itself, by looking now and then at which one
-// is at work.
+// Finds out how long each action of a run computes by itself, by looking now and then at which ones
+// are at work, on the engine thread and on those of the pool.
 //
 // The engine does nothing for it: the action at work is known anyway. Short intervals at the
 // beginning, so that short runs get their share, longer ones later; a run takes some hundred
@@ -31,7 +31,9 @@ class ActivitySampler {
   ActivitySampler(const ActivitySampler&) = delete;
   ActivitySampler& operator=(const ActivitySampler&) = delete;
 
-  // Of the action with that index so far.
+  // Watches the calling thread as well, which lives as long as the sampler. Any thread.
+  void watchThisThread();
+  // Of the action with that index so far; of several threads the sum.
   double seconds(int action) const;
 
  private:
@@ -40,11 +42,11 @@ class ActivitySampler {
   void watch();
   void addTime(std::chrono::nanoseconds time);
 
-  const ActionItem*& m_current;  // of the watched thread
   std::unordered_map<const ActionItem*, std::size_t> m_indexOfAction;
   std::vector<std::atomic<long long>> m_nanoseconds;
   ProgressMeter& m_meter;
-  std::mutex m_mutex;  // guards m_mustEnd
+  std::mutex m_mutex;  // guards m_threads and m_mustEnd
+  std::vector<const ActionItem**> m_threads;  // where they have the action at work
   std::condition_variable m_ending;
   bool m_mustEnd = false;
   std::thread m_thread;  // uses all of the above

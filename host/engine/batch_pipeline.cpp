@@ -4,6 +4,8 @@
 #include <chrono>
 #include <utility>
 
+#include "host/contract/host_session.h"
+
 namespace kelvarin {
 
 namespace {
@@ -54,6 +56,7 @@ class BatchPipeline::Task final : public PoolTask {
  private:
   // False: there is none. The next one is read by another thread, while this one goes on.
   bool readUnit() {
+    const CurrentAction current(m_pipeline.m_chain.sourceAction);
     m_isReading = true;
     result->unit = m_pipeline.m_chain.source->readUnit();
     std::shared_ptr<Task> following;
@@ -75,7 +78,9 @@ class BatchPipeline::Task final : public PoolTask {
 
   void work() {
     Result& made = *result;
+    const Chain& chain = m_pipeline.m_chain;
     if (made.unit != nullptr) {
+      const CurrentAction current(chain.sourceAction);
       made.unit->parse();
       made.batch = made.unit->batch();
       if (made.batch == nullptr) {
@@ -83,10 +88,10 @@ class BatchPipeline::Task final : public PoolTask {
       }
     }
     RowBatchPointer batch = made.batch;
-    const Chain& chain = m_pipeline.m_chain;
     for (std::size_t i = 0; i < chain.stages.size() && batch != nullptr && batch->rowCount() > 0;
          ++i) {
       ++made.step;
+      const CurrentAction current(chain.stageActions[i]);
       made.stages.push_back(chain.stages[i]->process(*batch, i == 0 ? m_firstRow : -1));
       if (made.stages.back().rowsDone < batch->rowCount()) {
         made.stages.clear();
@@ -97,6 +102,7 @@ class BatchPipeline::Task final : public PoolTask {
     }
     if (chain.encoder != nullptr && batch != nullptr && batch->rowCount() > 0) {
       ++made.step;
+      const CurrentAction current(chain.sinkAction);
       made.encoded = chain.encoder->encode(*batch);
     }
   }
@@ -203,6 +209,7 @@ std::unique_ptr<BatchPipeline::Result> BatchPipeline::next(const std::function<b
     }
     lock.lock();
     if (!hasWorked) {
+      const CurrentAction nobody(nullptr);
       m_changed.wait_for(lock, kBetweenLooks, [&] { return oldest->isDone; });
     }
     if (!oldest->isDone && !mayWait()) {

@@ -30,7 +30,10 @@ class BatchPipeline {
     std::vector<const BatchStage*> stages;
     const BatchEncoder* encoder = nullptr;  // of the output of the last stage; null: nobody's
 
-    bool operator==(const Chain&) const = default;
+    // Whose work it is: of the source, each stage and the encoder.
+    const ActionItem* sourceAction = nullptr;
+    std::vector<const ActionItem*> stageActions;
+    const ActionItem* sinkAction = nullptr;
   };
 
   // What has become of a batch.

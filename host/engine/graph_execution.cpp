@@ -11,9 +11,9 @@ constexpr std::size_t at(int index) {
 }
 
 // Null: everything is done on the engine thread, which is one of the threads in any case.
-std::unique_ptr<TaskPool> poolFor(const Graph& graph) {
+std::unique_ptr<TaskPool> poolFor(const Graph& graph, std::function<void()> begin) {
   const int threads = graph.settings == nullptr ? 1 : graph.settings->threadCount();
-  return threads > 1 ? std::make_unique<TaskPool>(threads - 1) : nullptr;
+  return threads > 1 ? std::make_unique<TaskPool>(threads - 1, std::move(begin)) : nullptr;
 }
 
 }  // namespace
@@ -29,7 +29,12 @@ GraphExecution::GraphExecution(const Graph& graph, std::vector<RunRecord*> recor
           m_options.progress(progress());
         }
       }),
-      m_pool(poolFor(graph)),
+      m_pool(poolFor(graph,
+                     [this] {
+                       if (m_sampler != nullptr) {
+                         m_sampler->watchThisThread();
+                       }
+                     })),
       m_links(graph),
       m_order(m_links.order()),
       m_schedule(m_links, m_order, m_actions) {
@@ -63,13 +68,13 @@ void GraphExecution::startSampler() {
 }
 
 GraphExecution::~GraphExecution() {
-  for (const auto& running : m_actions) {
-    if (running != nullptr) {
-      findReadPins(*running);
-    }
-  }
   m_stopSwitch.setWaker(nullptr);
   close();
+  for (RunRecord* record : m_records) {
+    if (record != nullptr) {
+      record->tasks = nullptr;
+    }
+  }
 }
 
 void GraphExecution::makeAction(int index) {
@@ -87,6 +92,7 @@ void GraphExecution::makeAction(int index) {
                                                       m_stopSwitch, m_progress, m_options));
   if (m_records[at(index)]->mustComputeFull) {
     m_actions.back()->setPool(m_pool.get());
+    m_records[at(index)]->tasks = m_pool.get();
   }
 }
 

@@ -45,11 +45,12 @@ const OneRow* RowLink::rowOfBatch() {
 
 TakenBatch RowLink::nextBatch() {
   if (m_encoding == nullptr && m_consumer.pool() != nullptr) {
-    if (const BatchEncoder* encoder = m_consumer.encoder()) {
-      m_encoding = std::make_unique<BatchPipeline>(
-          *m_consumer.pool(),
-          BatchPipeline::Chain{.source = nullptr, .stages = {}, .encoder = encoder},
-          std::vector<int>());
+    BatchPipeline::Chain chain;
+    chain.encoder = m_consumer.encoder();
+    chain.sinkAction = &m_consumer.item();
+    if (chain.encoder != nullptr) {
+      m_encoding = std::make_unique<BatchPipeline>(*m_consumer.pool(), std::move(chain),
+                                                   std::vector<int>());
     }
   }
   return m_encoding == nullptr ? takeBatch() : takeEncodedBatch();

@@ -42,8 +42,10 @@ struct ParquetColumnChunk {
 
 class ColumnPages {
  public:
+  // The pages are expected to take `expectedSize` bytes; more need copying.
   ColumnPages(const parquet::ColumnDescriptor* column,
-              const std::shared_ptr<parquet::WriterProperties>& properties);
+              const std::shared_ptr<parquet::WriterProperties>& properties,
+              std::size_t expectedSize);
 
   // Plain values that codes stand for; before all pages.
   void appendDictionary(const std::uint8_t* bytes, std::size_t size, std::size_t count);

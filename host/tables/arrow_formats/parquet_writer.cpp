@@ -17,6 +17,8 @@ namespace {
 using parquet::Encoding;
 
 constexpr std::string_view kMagic = "PAR1";
+// Of most columns, compressed.
+constexpr std::size_t kBytesOfValue = 8;
 
 struct EncodedChunk final : EncodedColumn {
   ParquetColumnChunk chunk;
@@ -80,7 +82,8 @@ class ParquetWriter : public RowGroupFormat {
 
   arrow::Status encode(const RowGroup& group, std::size_t column,
                        std::unique_ptr<EncodedColumn>& encoded) const override {
-    ColumnPages pages(m_schema.Column(static_cast<int>(column)), m_properties);
+    ColumnPages pages(m_schema.Column(static_cast<int>(column)), m_properties,
+                      (group.rowCount() + kRowsInPage) * kBytesOfValue);
     const ValueRange range = encodePages(group.columns()[column], group.rowCount(), pages);
     auto made = std::make_unique<EncodedChunk>();
     made->chunk = pages.finish(range);

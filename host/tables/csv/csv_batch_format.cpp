@@ -63,7 +63,7 @@ CsvBatchFormat::CsvBatchFormat(const CsvDialect& dialect, std::vector<MetaTypeCo
   m_fixedCapacity = m_types.size() * fieldCapacity + 1;
 }
 
-std::unique_ptr<EncodedBatch> CsvBatchFormat::encode(const RowBatch& batch) const {
+std::unique_ptr<CsvText> CsvBatchFormat::encodeRows(const RowBatch& batch) const {
   auto text = std::make_unique<CsvText>(m_store);
   std::vector<Cursor> columns;
   columns.reserve(m_types.size());

@@ -21,7 +21,10 @@ class CsvBatchFormat final : public BatchEncoder {
   // The types of the columns of all batches.
   CsvBatchFormat(const CsvDialect& dialect, std::vector<MetaTypeColumn> types);
 
-  std::unique_ptr<EncodedBatch> encode(const RowBatch& batch) const override;
+  std::unique_ptr<EncodedBatch> encode(const RowBatch& batch) const override {
+    return encodeRows(batch);
+  }
+  std::unique_ptr<CsvText> encodeRows(const RowBatch& batch) const;
   // The header; of an unwritable name only the column counts.
   std::unique_ptr<CsvText> encodeNames(const OneRow& columns) const;
 

@@ -1,0 +1,186 @@
+// A run yields the same for any number of threads and any size of batches: the same bytes in its
+// files, the same numbers of rows and of missing values, the same log.
+//
+// Random graphs with the plug-in's actions, between every kind of source and of sink: chains that
+// fork and go on from both pins of filters, rows that fail and files that are wrong.
+#include "cli/tests/drawn_graphs.h"
+
+namespace kelvarin {
+namespace {
+
+class Drawing {
+ public:
+  Drawing(Dice& dice, QByteArray source, const Drawn& drawn) : m_dice(dice), m_drawn(drawn) {
+    m_actions = std::move(source);
+    draw("source", 0, 1 + m_dice.below(5));
+    if (m_dice.oneIn(4)) {
+      draw("source", 0, m_dice.below(3));
+    }
+  }
+
+  QByteArray actions() const { return (m_hasVectors ? kVectors : QByteArray()) + m_actions; }
+  const QByteArray& links() const { return m_links; }
+
+ private:
+  // So many actions below a pin, with what branches off them, and sinks at the ends.
+  void draw(const QByteArray& from, int fromPin, int actions) {
+    const QByteArray name = (actions == 0 ? "x" : "n") + QByteArray::number(m_names++);
+    m_links += link(from, name, fromPin) + "\n";
+    if (actions == 0) {
+      m_actions += sinkXml(m_dice, name) + "\n";
+      return;
+    }
+    const int kind = m_dice.below(16);
+    if (kind < 7) {
+      m_actions += filterXml(m_dice, m_drawn, name);
+    } else if (kind < 13) {
+      m_actions += calculatorXml(m_dice, m_drawn, name);
+    } else if (kind < 14) {
+      m_actions += rowActionXml(m_dice, name);
+    } else {
+      m_actions += vectorizedXml(m_dice, m_drawn, name);
+      m_links += link("vectors", name, 0, 1) + "\n";
+      m_hasVectors = true;
+    }
+    m_actions += "\n";
+    draw(name, kind < 7 && m_dice.oneIn(4) ? 1 : 0, actions - 1);
+    if (m_dice.oneIn(9)) {
+      draw(name, kind < 7 ? m_dice.below(2) : 0, m_dice.below(actions));
+    }
+  }
+
+  Dice& m_dice;
+  const Drawn m_drawn;
+  int m_names = 0;
+  bool m_hasVectors = false;
+  QByteArray m_actions;
+  QByteArray m_links;
+};
+
+class BatchGraphs : public DrawnGraphs {
+ protected:
+  void writeAllTables(Dice& dice, int rows) {
+    writeTables(dice, rows);
+    writeFaultyTable(dice, rows);
+    m_inline = "<InlineTable name='source' sortedOn='id 0'>";
+    for (const char* column : {"id", "a", "b"}) {
+      m_inline += "<Column name='" + QByteArray(column) + "' meta='F'/>";
+    }
+    m_inline += "<Column name='k' meta='K'/><Column name='t' meta='U'/>";
+    for (int i = 0; i < std::min(rows, 100); ++i) {
+      m_inline += "<Row><V>" + QByteArray::number(i) + "</V><V>" + number(dice) + "</V><V>" +
+                  number(dice) + "</V><V>" + QByteArray::number(dice.below(6)) +
+                  (dice.oneIn(5) ? "</V><V null='1'>" : "</V><V>") +
+                  QByteArray::number(dice.below(9)) + "</V></Row>";
+    }
+    m_inline += "</InlineTable>";
+  }
+
+  Drawing drawGraph(Dice& dice) const {
+    switch (dice.below(8)) {
+      case 0:
+        return {dice, kNumbersAlone, {.hasTexts = false}};
+      case 1:
+        return {dice, m_inline, {}};
+      case 2:
+        return {dice,
+                QByteArray("<ReadCSV name='source' file='faulty.csv'") +
+                    (dice.oneIn(2) ? "" : " onBadValue='null'") +
+                    (dice.oneIn(2) ? "" : " sortedOn='id 0'") + kColumns,
+                {}};
+      default:
+        return {dice, dice.oneOf(kSources), {}};
+    }
+  }
+
+  // Everything by which a user can distinguish one run from another.
+  QByteArray traceOf(const QByteArray& text, int threads, int rowsInBatch) {
+    removeFiles(kWritten);
+    ExecutionOptions options;
+    options.rowsInBatch = rowsInBatch;
+    options.countsValues = true;
+    const RunResult result = run(text, options, threads);
+    QByteArray trace = "state " + QByteArray::number(static_cast<int>(result.state)) + "\n";
+    for (const LogLine& line : result.log) {
+      trace += line.action.toUtf8() + ": " + line.text.toUtf8() + "\n";
+    }
+    for (const ActionResult& action : result.actions) {
+      trace +=
+          action.name.toUtf8() + " phase " + QByteArray::number(static_cast<int>(action.phase));
+      if (result.isOk() && action.phase == ActionPhase::running) {
+        trace += "\n";
+        continue;
+      }
+      for (const auto* counts : {&action.rowsIn, &action.rowsOut}) {
+        for (const long long count : *counts) {
+          trace += " " + QByteArray::number(count);
+        }
+      }
+      for (const OutputReport& output : action.report.outputs) {
+        trace += ", " + output.name.toUtf8() + " " + output.engine.toUtf8();
+        for (const long long count : {output.nulls, output.nans, output.failures}) {
+          trace += " " + QByteArray::number(count);
+        }
+      }
+      trace += "\n";
+    }
+    return trace + contentOf(kWritten);
+  }
+
+ private:
+  // One of the faults that a file may have, somewhere in it.
+  void writeFaultyTable(Dice& dice, int rows) const {
+    constexpr const char* kFaulty[] = {"7,x1,2,3,t\n", "7,1,2,-3,t\n",  "-1,1,2,3,t\n",
+                                       "7,1,2,3\n",    "7,1,2,3,t,u\n", "7,1,2,3,\"t\n"};
+    QFile file(m_folder.filePath("faulty.csv"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("id,a,b,k,t\n");
+    const int faulty = rows == 0 ? 0 : dice.below(rows);
+    for (int i = 0; i < rows; ++i) {
+      file.write(QByteArray::number(i) + "," + number(dice) + ",1.5,2,some text\n");
+      if (i == faulty) {
+        file.write(dice.oneOf(kFaulty));
+      }
+    }
+  }
+
+  static constexpr char kColumns[] =
+      "><Column name='id' meta='F'/><Column name='a' meta='F'/><Column name='b' meta='F'/>"
+      "<Column name='k' meta='K'/><Column name='t' meta='U'/></ReadCSV>";
+  const QStringList kWritten{"x*.*"};
+  QByteArray m_inline;
+};
+
+// More of them with KELVARIN_BATCH_GRAPHS; KELVARIN_BATCH_GRAPHS_FROM is the number of the first.
+TEST_F(BatchGraphs, DependNeitherOnThreadsNorOnTheSizeOfBatches) {
+  constexpr int kRowCounts[] = {0, 1, 7, 9, 40, 1023, 2500, 9000, 30000};
+  constexpr int kThreads[] = {1, 2, 3, 8};
+  constexpr int kRowsInBatch[] = {0, 1, 2, 7, 1000};
+  constexpr int kRunsOfEach = 6;
+  const int first = graphCount("KELVARIN_BATCH_GRAPHS_FROM", 0) / 8 * 8;
+  const int graphs = graphCount("KELVARIN_BATCH_GRAPHS", 160);
+  int complete = 0;
+  for (int seed = first; seed < first + graphs && !HasFailure(); ++seed) {
+    Dice dice(static_cast<unsigned>(seed));
+    if (seed % 8 == 0) {
+      writeAllTables(dice, kRowCounts[(seed / 8) % 9]);
+    }
+    const Drawing drawing = drawGraph(dice);
+    const QByteArray text = document(drawing.actions(), drawing.links());
+    const QByteArray expected = traceOf(text, 1, 1);
+    for (int i = seed * kRunsOfEach; i < (seed + 1) * kRunsOfEach && !HasFailure(); ++i) {
+      const int threads = kThreads[i % 4];
+      const int rowsInBatch = kRowsInBatch[i % 5];
+      const QByteArray seen = traceOf(text, threads, rowsInBatch);
+      EXPECT_TRUE(seen == expected)
+          << "seed " << seed << ", " << threads << " threads, batches of " << rowsInBatch << "\n"
+          << text.data() << "\n"
+          << firstDifference(expected, seen);
+    }
+    complete += expected.startsWith("state 0") ? 1 : 0;
+  }
+  EXPECT_GT(complete, graphs / 3);  // the others fail in the midst
+}
+
+}  // namespace
+}  // namespace kelvarin
