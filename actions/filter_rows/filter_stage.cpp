@@ -174,9 +174,11 @@ std::array<std::size_t, 2> FilterStage::unreadRows(const StageResult& result, st
   if (m_isRead[0] && m_isRead[1]) {
     return {0, 0};
   }
-  std::array<std::size_t, 2> rows{};
-  rows[knownPin()] = m_truncates ? end - begin : rowsOfKnownPin(result, begin, end);
-  rows[1 - knownPin()] = end - begin - rows[knownPin()];
+  std::array<std::size_t, 2> rows{end - begin, 0};
+  if (!m_truncates) {
+    rows[knownPin()] = rowsOfKnownPin(result, begin, end);
+    rows[1 - knownPin()] = end - begin - rows[knownPin()];
+  }
   for (std::size_t pin = 0; pin < 2; ++pin) {
     rows[pin] = m_isRead[pin] ? 0 : rows[pin];
   }

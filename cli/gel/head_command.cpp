@@ -56,9 +56,9 @@ QString damageText(const QString& file, const ReadEvent& event) {
 }
 
 // A file or a pipe gets the data as they are.
-void print(const EncodedBatch& rows) {
+void print(const CsvText& csv) {
   static const bool isForTerminal = ::isatty(STDOUT_FILENO) != 0;
-  const std::string_view text = static_cast<const CsvText&>(rows).text();
+  const std::string_view text = csv.text();
   const std::string shown = isForTerminal ? printable(text, LineBreaks::keep) : std::string();
   const std::string_view output = isForTerminal ? std::string_view(shown) : text;
   std::fwrite(output.data(), 1, output.size(), stdout);
@@ -84,8 +84,8 @@ bool printRows(const GelFile& file, BlockReader& reader, PinOutMetaData& columns
     }
     const auto count =
         std::min<std::int64_t>(rowsLeft, static_cast<std::int64_t>(event.batch->rowCount()));
+    print(*format.encodeRows(*event.batch->slice(0, static_cast<std::size_t>(count))));
     rowsLeft -= count;
-    print(*format.encode(*event.batch->slice(0, static_cast<std::size_t>(count))));
   }
   if (damages > kMaxLines) {
     console.writeLog(LogLevel::error, gel_messages::moreLost(QString::fromStdString(file.path()),

@@ -29,9 +29,8 @@ ReadStatus BlockDecoder::decode(const FetchedBlock& block, std::size_t index,
   const ReadStatus status =
       decodeColumn(*decoder, m_file.column(chunk.column), chunk.bytes, block.rowCount, values);
   giveBack(std::move(decoder));
-  const bool isRight =
-      status != ReadStatus::ok || !isToCompare(block, m_types[index]) ||
-      matchesStatistics(m_file, block.descriptor.data(), chunk.column, values);
+  const bool isRight = status != ReadStatus::ok || !isToCompare(block, m_types[index]) ||
+                       matchesStatistics(m_file, block.descriptor.data(), chunk.column, values);
   return isRight ? status : ReadStatus::foreign;
 }
 

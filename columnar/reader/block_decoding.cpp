@@ -64,8 +64,7 @@ void BlockDecoding::decodeColumn(std::size_t index) {
 ReadStatus BlockDecoding::worstStatus() const {
   ReadStatus worst = ReadStatus::ok;
   for (std::size_t i = 0; i < m_statuses.size() && worst != ReadStatus::truncated; ++i) {
-    const ReadStatus status =
-        worst == ReadStatus::ok ? m_statuses[i] : m_block.chunks[i].status;
+    const ReadStatus status = worst == ReadStatus::ok ? m_statuses[i] : m_block.chunks[i].status;
     worst = status == ReadStatus::ok ? worst : status;
   }
   return worst;

@@ -104,12 +104,14 @@ ReadEvent BlockUnit::eventOf(const Part& part) {
   const FetchedBlock& block = decoding.block();
   const ReadStatus status = decoding.decode();
   if (status == ReadStatus::truncated) {
-    return {.kind = ReadEvent::Kind::truncated, .firstRow = block.firstRow,
-            .lastRow = block.lastRow()};
+    return {
+        .kind = ReadEvent::Kind::truncated, .firstRow = block.firstRow, .lastRow = block.lastRow()};
   }
   if (status != ReadStatus::ok) {
-    return {.kind = ReadEvent::Kind::corrupted, .firstRow = block.firstRow,
-            .lastRow = block.lastRow(), .cause = status};
+    return {.kind = ReadEvent::Kind::corrupted,
+            .firstRow = block.firstRow,
+            .lastRow = block.lastRow(),
+            .cause = status};
   }
   RowBatchPointer batch = decoding.columns().batch(part.batch);
   const std::uint64_t first = block.firstRow + decoding.columns().rowsBefore(part.batch);

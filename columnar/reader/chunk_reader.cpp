@@ -269,7 +269,8 @@ bool ChunkReader::isCut(const Chunk& chunk) const {
 
 Bytes ChunkReader::bytesOf(const Chunk& chunk) const {
   const Set& set = m_sets[m_setOfChunk[static_cast<std::size_t>(&chunk - m_chunks.data())]];
-  return {set.bytes->data() + chunk.bufferOffset, static_cast<std::size_t>(chunk.end - chunk.begin)};
+  return {set.bytes->data() + chunk.bufferOffset,
+          static_cast<std::size_t>(chunk.end - chunk.begin)};
 }
 
 }  // namespace kelvarin

@@ -66,8 +66,7 @@ template <typename Statistics>
 bool isStored(const GelFile& file, const unsigned char* descriptor, std::size_t column,
               const Statistics& statistics) {
   Statistics stored;
-  return file.descriptorLayout().readStatistics(descriptor, column, stored) &&
-         stored == statistics;
+  return file.descriptorLayout().readStatistics(descriptor, column, stored) && stored == statistics;
 }
 
 }  // namespace

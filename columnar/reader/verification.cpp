@@ -102,8 +102,7 @@ class Verifier {
                      .firstRow = block.firstRow,
                      .lastRow = block.lastRow(),
                      .column = m_file.column(chunk.column).name,
-                     .encoding =
-                         chunk.status == ReadStatus::ok ? m_decoder.unknownEncoding() : -1,
+                     .encoding = chunk.status == ReadStatus::ok ? m_decoder.unknownEncoding() : -1,
                      .cause = status};
     if (status == ReadStatus::truncated) {
       damage.kind = GelDamage::Kind::sideFileCut;

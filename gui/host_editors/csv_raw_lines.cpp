@@ -35,7 +35,7 @@ std::vector<Byte> meaningfulBytes(std::string_view text, const CsvDialect& diale
   block.reserve(text.size(), 0);
   std::memcpy(block.bytes(), text.data(), text.size());
   const CsvIndex index = CsvIndexer(dialect, columnCount).index(block, text.size(), isWhole);
-  block.setRows(index.rowCount, columnCount, 1);
+  block.setRows(index.rowCount, columnCount);
   std::vector<Byte> bytes;
   for (long long row = 0; row < index.rowCount; ++row) {
     for (std::size_t column = 0; column < columnCount; ++column) {

@@ -56,8 +56,8 @@ class KELVARIN_CORE BatchSource {
   // Engine thread, when readUnit() has returned null and all units have been accepted: goes on with
   // the next input, where there is one. False: the end.
   virtual bool readOn() { return false; }
-  // Engine thread, asked again after readOn(). Of the units that were read, how many may not have
-  // been accepted yet; 0: each is read when the rows of the previous one have been taken.
+  // Any thread, asked again after readOn(). Of the units that were read, how many may not have been
+  // accepted yet; 0: each is read when the rows of the previous one have been taken.
   virtual int maxUnitsAhead() const { return std::numeric_limits<int>::max(); }
   // readUnit() may wait for another program, which then needs a thread of its own.
   virtual bool mayWait() const { return false; }

@@ -254,6 +254,21 @@ TEST_F(ReadColumnarGelTest, DamageStopsTheRunOrIsSkipped) {
   EXPECT_TRUE(cutStrict.hasFailed());
 }
 
+// Small blocks are read together, and yet a warning comes when its rows would.
+TEST_F(ReadColumnarGelTest, DamageIsReportedInTheOrderOfTheRows) {
+  MemoryFiles files = makeFile(kColumns, someRows(11));
+  std::string& side = files["made.000.cs_kelvarin"];
+  side[side.size() / 2] ^= 1;
+  save(files);
+  auto h = reader("skipCorruptedBlocks='1'");
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_EQ(h.pull(0), someRows(4)[static_cast<std::size_t>(i)]);
+  }
+  EXPECT_EQ(h.log(), Strings{});
+  EXPECT_EQ(h.pull(0), someRows(9)[8]);
+  EXPECT_EQ(h.log().size(), 2u);
+}
+
 TEST_F(ReadColumnarGelTest, AHundredWarningsAreEnough) {
   MemoryFiles files =
       makeFile({{"id", 'K'}}, std::vector<Values>(130, Values{1}), {.rowsInBlock = 1});

@@ -12,10 +12,13 @@
 
 namespace kelvarin {
 
+struct DictionaryTexts;
+
 struct ArraySource {
   const arrow::Array& rows;
   const arrow::Array& values;
   const arrow::DictionaryArray* dictionary = nullptr;  // null where rows and values are one
+  DictionaryTexts* texts = nullptr;                    // with a dictionary
 
   std::int64_t rowCount() const { return rows.length(); }
   // Every row has a value of its own.

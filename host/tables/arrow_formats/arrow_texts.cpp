@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "arrow/array.h"
-#include "host/tables/arrow_formats/counted_texts.h"
 #include "host/tables/arrow_formats/decimal_text.h"
+#include "host/tables/arrow_formats/dictionary_texts.h"
 #include "host/tables/arrow_formats/iso_time.h"
 
 namespace kelvarin {
@@ -34,25 +34,59 @@ BatchColumn textsOfRows(const ArraySource& source, std::size_t size, View view) 
   return texts.column(positions);
 }
 
+template <typename View>
+void makeTexts(const arrow::Array& values, View view, DictionaryTexts& made) {
+  const auto count = static_cast<std::size_t>(values.length());
+  made.values = arrow::MakeArray(values.data());
+  made.texts.emplace(16 * count);
+  made.positions.resize(count);
+  made.nullPosition = made.texts->null();
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto at = static_cast<std::int64_t>(i);
+    made.positions[i] = values.IsNull(at) ? made.nullPosition : made.texts->add(view(at));
+  }
+}
+
+// Calls visit(codes) with the codes of the rows in their type.
+template <typename Visit>
+void visitCodes(const arrow::Array& codes, Visit visit) {
+  switch (codes.type_id()) {
+    case Type::INT8:
+      return visit(static_cast<const arrow::Int8Array&>(codes).raw_values());
+    case Type::INT16:
+      return visit(static_cast<const arrow::Int16Array&>(codes).raw_values());
+    case Type::INT32:
+      return visit(static_cast<const arrow::Int32Array&>(codes).raw_values());
+    case Type::INT64:
+      return visit(static_cast<const arrow::Int64Array&>(codes).raw_values());
+    case Type::UINT8:
+      return visit(static_cast<const arrow::UInt8Array&>(codes).raw_values());
+    case Type::UINT16:
+      return visit(static_cast<const arrow::UInt16Array&>(codes).raw_values());
+    case Type::UINT32:
+      return visit(static_cast<const arrow::UInt32Array&>(codes).raw_values());
+    default:
+      return visit(static_cast<const arrow::UInt64Array&>(codes).raw_values());
+  }
+}
+
 // Rows with the same code share a text.
 template <typename View>
 BatchColumn textsOfDictionary(const ArraySource& source, View view) {
-  const auto valueCount = static_cast<std::size_t>(source.values.length());
-  CountedTexts texts(16 * valueCount);
-  std::vector<std::uint32_t> positionsOfValues(valueCount);
-  for (std::size_t value = 0; value < valueCount; ++value) {
-    const auto at = static_cast<std::int64_t>(value);
-    positionsOfValues[value] = source.values.IsNull(at) ? texts.null() : texts.add(view(at));
+  DictionaryTexts& known = *source.texts;
+  if (known.values == nullptr || !known.values->Equals(source.values)) {
+    makeTexts(source.values, view, known);
   }
   const ColumnMemory<std::uint32_t> positions(static_cast<std::size_t>(source.rowCount()));
   const bool isEveryRowPresent = source.rows.null_count() == 0;
-  for (std::int64_t row = 0; row < source.rowCount(); ++row) {
-    positions.values[row] =
-        isEveryRowPresent || !source.rows.IsNull(row)
-            ? positionsOfValues[static_cast<std::size_t>(source.positionOf(row))]
-            : texts.null();
-  }
-  return texts.column(positions);
+  visitCodes(*source.dictionary->indices(), [&](const auto* codes) {
+    for (std::int64_t row = 0; row < source.rowCount(); ++row) {
+      positions.values[row] = isEveryRowPresent || source.rows.IsValid(row)
+                                  ? known.positions[static_cast<std::size_t>(codes[row])]
+                                  : known.nullPosition;
+    }
+  });
+  return known.texts->column(positions);
 }
 
 template <typename View>

@@ -52,13 +52,14 @@ std::vector<MetaTypeColumn> columnTypesOf(const arrow::DataType& type) {
   return types;
 }
 
-ConvertedArray convertArray(const arrow::Array& array, MetaTypeColumn type, ColumnTally& tally) {
+ConvertedArray convertArray(const arrow::Array& array, MetaTypeColumn type, ColumnTally& tally,
+                            DictionaryTexts& texts) {
   if (array.type_id() != arrow::Type::DICTIONARY) {
     return conversionOf(array.type_id(), type)(ArraySource{array, array}, tally);
   }
   const auto& coded = static_cast<const arrow::DictionaryArray&>(array);
   const arrow::Array& values = *coded.dictionary();
-  return conversionOf(values.type_id(), type)(ArraySource{array, values, &coded}, tally);
+  return conversionOf(values.type_id(), type)(ArraySource{array, values, &coded, &texts}, tally);
 }
 
 BatchColumn unreadColumn(MetaTypeColumn type, std::size_t rowCount) {

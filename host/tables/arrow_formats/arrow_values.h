@@ -18,8 +18,10 @@ std::vector<MetaTypeColumn> columnTypesOf(const arrow::DataType& type);
 // The type of the values: of a dictionary, that of its values.
 const arrow::DataType& valueTypeOf(const arrow::DataType& type);
 
-// A column of `type`, which is one of columnTypesOf(). The array has been validated.
-ConvertedArray convertArray(const arrow::Array& array, MetaTypeColumn type, ColumnTally& tally);
+// A column of `type`, which is one of columnTypesOf(). The array has been validated. `texts` are
+// those of the arrays before.
+ConvertedArray convertArray(const arrow::Array& array, MetaTypeColumn type, ColumnTally& tally,
+                            DictionaryTexts& texts);
 
 // A column of a type for rows of which nobody reads it: zeros or empty texts.
 BatchColumn unreadColumn(MetaTypeColumn type, std::size_t rowCount);

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "host/tables/arrow_formats/column_memory.h"
 #include "host/tables/arrow_formats/run_lengths.h"
 #include "parquet/column_page.h"
 #include "parquet/exception.h"
@@ -14,7 +15,6 @@ using parquet::Encoding;
 
 // Longer ones are left out of the file.
 constexpr std::size_t kMaxRangeSize = 4096;
-constexpr std::int64_t kFirstCapacity = 256 * 1024;
 // Before the values of a page: the size of what says which are present, and that.
 constexpr std::size_t kSizeOfSize = 4;
 constexpr std::size_t kMaxPresenceSize = maxRunLengthsSize(kRowsInPage, 1);
@@ -44,18 +44,19 @@ std::shared_ptr<arrow::Buffer> viewOf(const std::uint8_t* bytes, std::size_t siz
 }  // namespace
 
 ColumnPages::ColumnPages(const parquet::ColumnDescriptor* column,
-                         const std::shared_ptr<parquet::WriterProperties>& properties)
+                         const std::shared_ptr<parquet::WriterProperties>& properties,
+                         std::size_t expectedSize)
     : m_isSigned(column->sort_order() == parquet::SortOrder::SIGNED),
       m_properties(properties),
-      m_metadata(parquet::ColumnChunkMetaDataBuilder::Make(properties, column)) {
-  PARQUET_ASSIGN_OR_THROW(m_stream, arrow::io::BufferOutputStream::Create(kFirstCapacity));
-  PARQUET_ASSIGN_OR_THROW(m_compressed, arrow::AllocateResizableBuffer(0));
+      m_stream(std::make_shared<MemoryStream>(expectedSize)),
+      m_metadata(parquet::ColumnChunkMetaDataBuilder::Make(properties, column)),
+      m_page(kValuesAt) {
+  PARQUET_ASSIGN_OR_THROW(m_compressed, arrow::AllocateResizableBuffer(0, columnPool()));
   m_chunk.columnIndex = parquet::ColumnIndexBuilder::Make(column);
   m_chunk.offsetIndex = parquet::OffsetIndexBuilder::Make();
-  m_writer =
-      parquet::PageWriter::Open(m_stream, properties->compression(column->path()), m_metadata.get(),
-                                -1, -1, arrow::default_memory_pool(), false, nullptr, nullptr,
-                                false, m_chunk.columnIndex.get(), m_chunk.offsetIndex.get());
+  m_writer = parquet::PageWriter::Open(
+      m_stream, properties->compression(column->path()), m_metadata.get(), -1, -1, columnPool(),
+      false, nullptr, nullptr, false, m_chunk.columnIndex.get(), m_chunk.offsetIndex.get());
 }
 
 void ColumnPages::appendDictionary(const std::uint8_t* bytes, std::size_t size, std::size_t count) {
@@ -110,7 +111,7 @@ void ColumnPages::appendPage(std::size_t rowCount, std::size_t missingCount, std
 
 ParquetColumnChunk ColumnPages::finish(const ValueRange& range) {
   m_chunk.statistics = encoded(range, m_chunk.rowCount, m_missingCount, m_isSigned);
-  PARQUET_ASSIGN_OR_THROW(m_chunk.bytes, m_stream->Finish());
+  m_chunk.bytes = m_stream->bytes();
   return std::move(m_chunk);
 }
 

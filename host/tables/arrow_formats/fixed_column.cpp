@@ -1,6 +1,7 @@
 // Columns of numbers and of keys.
 #include <algorithm>
 #include <limits>
+#include <optional>
 
 #include "host/tables/arrow_formats/parquet_columns.h"
 #include "host/tables/arrow_formats/value_dictionary.h"
@@ -88,18 +89,13 @@ template <typename Value>
 class FixedColumn {
  public:
   FixedColumn(const GroupColumn& column, std::size_t rowCount, ColumnPages& pages)
-      : m_column(column),
-        m_rowCount(rowCount),
-        m_pages(pages),
-        m_dictionary(kMaxDictionaryBytes / sizeof(Value)) {}
+      : m_column(column), m_rowCount(rowCount), m_pages(pages) {}
 
   ValueRange encode() {
-    if (doesRepeat() && makeCodes()) {
-      const auto& values = m_dictionary.values();
-      m_pages.appendDictionary(reinterpret_cast<const std::uint8_t*>(values.data()),
-                               values.size() * sizeof(Value), values.size());
-    } else {
-      m_codes.clear();
+    m_isCoded = doesRepeat() && makeCodes();
+    if (m_isCoded) {
+      m_pages.appendDictionary(reinterpret_cast<const std::uint8_t*>(m_dictionary->values()),
+                               m_dictionary->size() * sizeof(Value), m_dictionary->size());
     }
     GroupColumnCursor cursor(m_column);
     for (std::size_t row = 0; row < m_rowCount; row += kRowsInPage) {
@@ -110,36 +106,35 @@ class FixedColumn {
 
  private:
   bool doesRepeat() {
-    ValueDictionary<Value> seen(kMaxDictionaryBytes / sizeof(Value));
+    ValueDictionary<Value> seen(kMaxRowsLookedAt);
     return doValuesRepeat(m_column, m_rowCount, [&](const BatchColumn& values, std::size_t row) {
       const Value value = valuesOf<Value>(values)[row];
-      const std::size_t before = seen.values().size();
+      const std::size_t before = seen.size();
       std::uint32_t code;
-      return isMissing(value) || (seen.find(value, code) && seen.values().size() == before);
+      return isMissing(value) || (seen.find(value, code) && seen.size() == before);
     });
   }
 
   // False: there are too many different values, or none.
   bool makeCodes() {
-    m_codes.reserve(m_rowCount);
+    m_dictionary.emplace(kMaxDictionaryBytes / sizeof(Value));
+    m_codes.emplace(m_rowCount);
+    std::uint32_t* next = m_codes->values;
     for (const GroupColumn::Piece& piece : m_column.pieces) {
       const Value* values = valuesOf<Value>(piece.values);
       for (std::size_t row = 0; row < piece.rowCount; ++row) {
-        std::uint32_t code = kNoCode;
-        if (!isMissing(values[row]) && !m_dictionary.find(values[row], code)) {
+        *next = kNoCode;
+        if (!isMissing(values[row]) && !m_dictionary->find(values[row], *next)) {
           return false;
         }
-        m_codes.push_back(code);
+        ++next;
       }
     }
-    return !m_dictionary.values().empty();
+    return m_dictionary->size() > 0;
   }
 
   void appendPage(GroupColumnCursor& cursor, std::size_t firstRow, std::size_t rowCount) {
-    m_values.resize(rowCount);
-    Value* values = m_codes.empty()
-                        ? reinterpret_cast<Value*>(m_pages.valuesOfPage(rowCount * sizeof(Value)))
-                        : m_values.data();
+    auto* values = reinterpret_cast<Value*>(m_pages.valuesOfPage(rowCount * sizeof(Value)));
     std::size_t filled = 0;
     cursor.next(rowCount, [&](const BatchColumn& piece, std::size_t first, std::size_t count) {
       std::copy_n(valuesOf<Value>(piece) + first, count, values + filled);
@@ -149,10 +144,10 @@ class FixedColumn {
     RangeOf<Value> range;
     range.add(values, present);
     m_range.add(range);
-    if (m_codes.empty()) {
+    if (!m_isCoded) {
       m_pages.appendPage(rowCount, rowCount - present, present * sizeof(Value), range.range());
     } else {
-      appendCodes(m_codes.data() + firstRow, rowCount, bitsOfCodes(m_dictionary.values().size()),
+      appendCodes(m_codes->values + firstRow, rowCount, bitsOfCodes(m_dictionary->size()),
                   range.range(), m_pages);
     }
   }
@@ -179,9 +174,9 @@ class FixedColumn {
   const GroupColumn& m_column;
   std::size_t m_rowCount;
   ColumnPages& m_pages;
-  ValueDictionary<Value> m_dictionary;
-  std::vector<std::uint32_t> m_codes;  // of all rows; empty without a dictionary
-  std::vector<Value> m_values;         // of a page with codes
+  std::optional<ValueDictionary<Value>> m_dictionary;
+  bool m_isCoded = false;
+  std::optional<ColumnMemory<std::uint32_t>> m_codes;  // of all rows
   RangeOf<Value> m_range;
 };
 

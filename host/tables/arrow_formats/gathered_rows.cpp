@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "host/tables/arrow_formats/column_memory.h"
+
 namespace kelvarin {
 
 namespace {
@@ -11,11 +13,11 @@ constexpr std::size_t kMaxUnusedRatio = 4;
 constexpr std::size_t kSmallTextBuffer = 64 * 1024;
 
 template <typename Value>
-std::shared_ptr<Value[]> selected(const Value* values, const RowBatch& batch) {
-  auto gathered = std::make_shared_for_overwrite<Value[]>(batch.rowCount());
+ColumnMemory<Value> selected(const Value* values, const RowBatch& batch) {
+  const ColumnMemory<Value> gathered(batch.rowCount());
   const std::uint32_t* selection = batch.selection();
   for (std::size_t row = 0; row < batch.rowCount(); ++row) {
-    gathered[row] = values[selection[row]];
+    gathered.values[row] = values[selection[row]];
   }
   return gathered;
 }
@@ -29,40 +31,35 @@ std::size_t bytesOfTexts(const BatchColumn& texts, std::size_t rowCount) {
   return bytes;
 }
 
-// What keeps texts alive: their buffer, and the positions that were selected.
-struct SelectedTexts {
-  std::shared_ptr<const void> buffer;
-  std::shared_ptr<std::uint32_t[]> positions;
+// What keeps texts alive.
+struct TextOwner {
+  std::shared_ptr<const void> texts;
+  std::shared_ptr<const void> positions;
 };
 
-BatchColumn copiedTexts(const BatchColumn& texts, std::size_t rowCount, std::size_t textBytes) {
-  struct Copy {
-    std::unique_ptr<unsigned char[]> bytes;
-    std::unique_ptr<std::uint32_t[]> positions;
-  };
-  const std::size_t size = textBytes + 4 * rowCount;
-  auto copy = std::make_shared<Copy>();
-  copy->bytes = std::make_unique_for_overwrite<unsigned char[]>(size);
-  copy->positions = std::make_unique_for_overwrite<std::uint32_t[]>(rowCount);
+BatchColumn textsAt(const BatchColumn& like, const ColumnMemory<std::uint32_t>& positions,
+                    std::shared_ptr<const void> owner, const unsigned char* bytes,
+                    std::size_t size) {
+  auto owners = std::make_shared<TextOwner>(TextOwner{std::move(owner), positions.owner});
+  return BatchColumn::ofTexts(like.type(), std::move(owners), bytes, positions.values, size);
+}
+
+BatchColumn copiedTexts(const BatchColumn& texts, std::size_t rowCount, std::size_t size) {
+  const ColumnMemory<unsigned char> copy(size);
+  const ColumnMemory<std::uint32_t> positions(rowCount);
   std::size_t position = 0;
   for (std::size_t row = 0; row < rowCount; ++row) {
     const std::size_t bytes = sizeOfValue(texts.type(), texts.text(row));
-    std::memcpy(copy->bytes.get() + position, texts.text(row), bytes);
-    copy->positions[row] = static_cast<std::uint32_t>(position);
+    std::memcpy(copy.values + position, texts.text(row), bytes);
+    positions.values[row] = static_cast<std::uint32_t>(position);
     position += bytes;
   }
-  const unsigned char* bytes = copy->bytes.get();
-  const std::uint32_t* positions = copy->positions.get();
-  return BatchColumn::ofTexts(texts.type(), std::move(copy), bytes, positions, size);
+  return textsAt(texts, positions, copy.owner, copy.values, size);
 }
 
 BatchColumn selectedTexts(const BatchColumn& texts, const RowBatch& batch) {
-  auto kept = std::make_shared<SelectedTexts>();
-  kept->buffer = texts.owner();
-  kept->positions = selected(texts.textPositions(), batch);
-  const std::uint32_t* positions = kept->positions.get();
-  return BatchColumn::ofTexts(texts.type(), std::move(kept), texts.textBytes(), positions,
-                              texts.textSize());
+  return textsAt(texts, selected(texts.textPositions(), batch), texts.owner(), texts.textBytes(),
+                 texts.textSize());
 }
 
 BatchColumn gatheredTexts(const BatchColumn& texts, const RowBatch& batch, std::size_t& textBytes) {
@@ -72,7 +69,7 @@ BatchColumn gatheredTexts(const BatchColumn& texts, const RowBatch& batch, std::
   const std::size_t needed = bytes + 4 * batch.rowCount();
   const bool isWasteful =
       texts.textSize() > kSmallTextBuffer && texts.textSize() / kMaxUnusedRatio > needed;
-  return isWasteful ? copiedTexts(gathered, batch.rowCount(), bytes) : gathered;
+  return isWasteful ? copiedTexts(gathered, batch.rowCount(), needed) : gathered;
 }
 
 BatchColumn gatheredColumn(const BatchColumn& column, const RowBatch& batch,
@@ -85,10 +82,10 @@ BatchColumn gatheredColumn(const BatchColumn& column, const RowBatch& batch,
   }
   if (column.type() == MetaTypeColumn::number) {
     const auto numbers = selected(column.numbers(), batch);
-    return BatchColumn::ofNumbers(numbers, numbers.get());
+    return BatchColumn::ofNumbers(numbers.owner, numbers.values);
   }
   const auto keys = selected(column.keys(), batch);
-  return BatchColumn::ofKeys(keys, keys.get());
+  return BatchColumn::ofKeys(keys.owner, keys.values);
 }
 
 }  // namespace

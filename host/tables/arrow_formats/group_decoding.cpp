@@ -82,11 +82,12 @@ DecodedColumn GroupDecoding::decodeNext(std::size_t index, std::size_t unit) {
 }
 
 DecodedColumn GroupDecoding::converted(const arrow::Array& array, std::size_t index,
-                                       long long firstRow) const {
+                                       long long firstRow) {
   DecodedColumn decoded;
   decoded.tally.areBadValuesNull = m_plan->areBadValuesNull;
   decoded.tally.rowsBefore = firstRow;
-  ConvertedArray made = convertArray(array, m_plan->columns.types[index], decoded.tally);
+  ConvertedArray made =
+      convertArray(array, m_plan->columns.types[index], decoded.tally, m_columns[index].texts);
   decoded.values = std::move(made.values);
   decoded.rowCount = made.bad ? made.bad->row : array.length();
   if (made.bad) {

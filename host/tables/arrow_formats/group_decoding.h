@@ -19,6 +19,7 @@
 
 #include "host/tables/arrow_formats/array_source.h"
 #include "host/tables/arrow_formats/arrow_file.h"
+#include "host/tables/arrow_formats/dictionary_texts.h"
 #include "host/tables/files/batch_reader.h"
 
 namespace kelvarin {
@@ -59,12 +60,13 @@ class GroupDecoding {
     std::mutex mutex;
     std::size_t unitsDone = 0;
     std::map<std::size_t, DecodedColumn> ready;  // of units that nobody has asked for yet
+    DictionaryTexts texts;
   };
 
   // With the column's mutex.
   DecodedColumn take(std::size_t index, std::size_t unit);
   DecodedColumn decodeNext(std::size_t index, std::size_t unit);
-  DecodedColumn converted(const arrow::Array& array, std::size_t index, long long firstRow) const;
+  DecodedColumn converted(const arrow::Array& array, std::size_t index, long long firstRow);
   QString badValueText(std::size_t index, const BadValue& bad, long long firstRow) const;
   QString locationOf(std::size_t index, long long row) const;
 

@@ -5,6 +5,7 @@
 #include "arrow/ipc/reader.h"
 #include "arrow/record_batch.h"
 #include "host/tables/arrow_formats/arrow_file.h"
+#include "host/tables/arrow_formats/column_memory.h"
 
 namespace kelvarin {
 
@@ -40,6 +41,7 @@ class IpcFile : public ArrowFile {
     ARROW_ASSIGN_OR_RAISE(auto file, arrow::io::ReadableFile::Open(path));
     auto options = arrow::ipc::IpcReadOptions::Defaults();
     options.use_threads = false;
+    options.memory_pool = columnPool();
     options.ensure_alignment = arrow::ipc::Alignment::kDataTypeSpecificAlignment;
     ARROW_ASSIGN_OR_RAISE(m_reader, arrow::ipc::RecordBatchFileReader::Open(file, options));
     return m_reader->CountRows().Value(&m_rowCount);

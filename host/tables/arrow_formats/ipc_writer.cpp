@@ -8,6 +8,7 @@
 #include "arrow/record_batch.h"
 #include "arrow/type.h"
 #include "arrow/util/bit_util.h"
+#include "host/tables/arrow_formats/column_memory.h"
 #include "host/tables/arrow_formats/row_group_writer.h"
 
 namespace kelvarin {
@@ -46,8 +47,9 @@ struct Presence {
   std::int64_t missing = 0;
 
   arrow::Status begin(std::int64_t rowCount) {
-    ARROW_ASSIGN_OR_RAISE(bits, arrow::AllocateBitmap(rowCount));
-    std::memset(bits->mutable_data(), 0xFF, static_cast<std::size_t>(bits->size()));
+    ARROW_ASSIGN_OR_RAISE(bits, arrow::AllocateBitmap(rowCount, columnPool()));
+    std::memset(bits->mutable_data(), 0, static_cast<std::size_t>(bits->size()));
+    arrow::bit_util::SetBitsTo(bits->mutable_data(), 0, rowCount, true);
     return arrow::Status::OK();
   }
   void clear(std::int64_t row) {
@@ -63,8 +65,9 @@ arrow::Result<std::shared_ptr<arrow::Array>> arrayOfValues(
   Presence presence;
   ARROW_RETURN_NOT_OK(presence.begin(rowCount));
   std::shared_ptr<arrow::Buffer> buffer;
-  ARROW_ASSIGN_OR_RAISE(buffer,
-                        arrow::AllocateBuffer(rowCount * static_cast<std::int64_t>(sizeof(Value))));
+  ARROW_ASSIGN_OR_RAISE(
+      buffer,
+      arrow::AllocateBuffer(rowCount * static_cast<std::int64_t>(sizeof(Value)), columnPool()));
   auto* values = reinterpret_cast<Value*>(buffer->mutable_data());
   forEachValue(column, [&](const unsigned char* bytes, std::int64_t row) {
     const Value value = read(bytes);
@@ -84,7 +87,8 @@ arrow::Result<std::shared_ptr<arrow::Array>> arrayOfTexts(const GroupColumn& col
   std::shared_ptr<arrow::Buffer> offsetBuffer;
   ARROW_ASSIGN_OR_RAISE(
       offsetBuffer,
-      arrow::AllocateBuffer((rowCount + 1) * static_cast<std::int64_t>(sizeof(std::int32_t))));
+      arrow::AllocateBuffer((rowCount + 1) * static_cast<std::int64_t>(sizeof(std::int32_t)),
+                            columnPool()));
   auto* offsets = reinterpret_cast<std::int32_t*>(offsetBuffer->mutable_data());
   std::int64_t size = 0;
   forEachValue(column, [&](const unsigned char* bytes, std::int64_t row) {
@@ -99,7 +103,7 @@ arrow::Result<std::shared_ptr<arrow::Array>> arrayOfTexts(const GroupColumn& col
   }
   offsets[rowCount] = static_cast<std::int32_t>(size);
   std::shared_ptr<arrow::Buffer> texts;
-  ARROW_ASSIGN_OR_RAISE(texts, arrow::AllocateBuffer(size));
+  ARROW_ASSIGN_OR_RAISE(texts, arrow::AllocateBuffer(size, columnPool()));
   forEachValue(column, [&](const unsigned char* bytes, std::int64_t row) {
     const std::string_view text = textFromBytes(bytes);
     text.copy(reinterpret_cast<char*>(texts->mutable_data()) + offsets[row], text.size());

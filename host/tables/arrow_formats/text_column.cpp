@@ -4,6 +4,7 @@
 #include <optional>
 #include <unordered_set>
 
+#include "host/tables/arrow_formats/column_memory.h"
 #include "host/tables/arrow_formats/parquet_columns.h"
 #include "host/tables/arrow_formats/text_dictionary.h"
 
@@ -111,7 +112,8 @@ class TextColumn {
 
   // False: there are too many different texts, or none.
   bool makeCodes() {
-    m_codes.reserve(m_rowCount);
+    m_codes.emplace(m_rowCount);
+    std::uint32_t* next = m_codes->values;
     CodesOfPositions known;
     for (const GroupColumn::Piece& piece : m_column.pieces) {
       known.begin(piece.values, piece.rowCount);
@@ -120,7 +122,7 @@ class TextColumn {
         if (!code) {
           return false;
         }
-        m_codes.push_back(*code);
+        *next++ = *code;
       }
     }
     return !m_dictionary.texts().empty();
@@ -156,7 +158,7 @@ class TextColumn {
   }
 
   void appendCodedPage(std::size_t firstRow, std::size_t rowCount) {
-    const std::uint32_t* codes = m_codes.data() + firstRow;
+    const std::uint32_t* codes = m_codes->values + firstRow;
     m_isInPage.assign(m_dictionary.texts().size(), 0);
     for (std::size_t row = 0; row < rowCount; ++row) {
       if (codes[row] != kNoCode) {
@@ -209,8 +211,8 @@ class TextColumn {
   std::size_t m_rowCount;
   ColumnPages& m_pages;
   TextDictionary m_dictionary;
-  std::vector<std::uint32_t> m_codes;    // of all rows
-  std::vector<std::uint8_t> m_isInPage;  // of each text, for the range of a page
+  std::optional<ColumnMemory<std::uint32_t>> m_codes;  // of all rows
+  std::vector<std::uint8_t> m_isInPage;                // of each text, for the range of a page
   TextRange m_range;
 };
 

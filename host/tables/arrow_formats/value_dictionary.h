@@ -4,9 +4,12 @@
 // Used by: fixed_column.cpp.
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
-#include <vector>
+#include <type_traits>
+
+#include "host/tables/arrow_formats/column_memory.h"
 
 namespace kelvarin {
 
@@ -16,25 +19,28 @@ class ValueDictionary {
  public:
   // Takes up to `capacity` values.
   explicit ValueDictionary(std::size_t capacity)
-      : m_capacity(capacity), m_shift(64 - std::bit_width(2 * capacity - 1)) {
-    m_slots.assign(std::bit_ceil(2 * capacity), 0);
-    m_values.reserve(capacity);
+      : m_capacity(capacity),
+        m_slotCount(std::bit_ceil(2 * capacity)),
+        m_slots(m_slotCount),
+        m_values(capacity) {
+    std::fill_n(m_slots.values, m_slotCount, 0);
   }
 
   // False: the value is new, and there are as many as the dictionary takes.
   bool find(Value value, std::uint32_t& code) {
-    const std::size_t mask = m_slots.size() - 1;
+    const std::size_t mask = m_slotCount - 1;
     for (std::size_t slot = slotOf(value);; slot = (slot + 1) & mask) {
-      code = m_slots[slot] - 1;
-      if (m_slots[slot] == 0) {
+      code = m_slots.values[slot] - 1;
+      if (m_slots.values[slot] == 0) {
         return add(value, slot, code);
       }
-      if (isSame(m_values[code], value)) {
+      if (isSame(m_values.values[code], value)) {
         return true;
       }
     }
   }
-  const std::vector<Value>& values() const { return m_values; }
+  const Value* values() const { return m_values.values; }
+  std::size_t size() const { return m_size; }
 
  private:
   using Bits = std::conditional_t<sizeof(Value) == 8, std::uint64_t, std::uint32_t>;
@@ -43,22 +49,23 @@ class ValueDictionary {
   std::size_t slotOf(Value value) const {
     std::uint64_t bits = std::bit_cast<Bits>(value);
     bits = (bits ^ bits >> 32) * 0x9E3779B97F4A7C15ull;
-    return bits >> m_shift;
+    return bits >> (65 - std::bit_width(m_slotCount));
   }
   bool add(Value value, std::size_t slot, std::uint32_t& code) {
-    if (m_values.size() == m_capacity) {
+    if (m_size == m_capacity) {
       return false;
     }
-    code = static_cast<std::uint32_t>(m_values.size());
-    m_values.push_back(value);
-    m_slots[slot] = code + 1;
+    code = static_cast<std::uint32_t>(m_size);
+    m_values.values[m_size++] = value;
+    m_slots.values[slot] = code + 1;
     return true;
   }
 
   std::size_t m_capacity;
-  int m_shift;
-  std::vector<std::uint32_t> m_slots;  // code + 1; 0 where there is none
-  std::vector<Value> m_values;
+  std::size_t m_slotCount;
+  ColumnMemory<std::uint32_t> m_slots;  // code + 1; 0 where there is none
+  ColumnMemory<Value> m_values;
+  std::size_t m_size = 0;
 };
 
 }  // namespace kelvarin

@@ -21,7 +21,10 @@ class CsvBatchFormat final : public BatchEncoder {
   // The types of the columns of all batches.
   CsvBatchFormat(const CsvDialect& dialect, std::vector<MetaTypeColumn> types);
 
-  std::unique_ptr<EncodedBatch> encode(const RowBatch& batch) const override;
+  std::unique_ptr<EncodedBatch> encode(const RowBatch& batch) const override {
+    return encodeRows(batch);
+  }
+  std::unique_ptr<CsvText> encodeRows(const RowBatch& batch) const;
   // The header; of an unwritable name only the column counts.
   std::unique_ptr<CsvText> encodeNames(const OneRow& columns) const;
 
@@ -30,7 +33,7 @@ class CsvBatchFormat final : public BatchEncoder {
   struct Cursor {
     MetaTypeColumn type;
     const BatchColumn* column;
-    const unsigned char* textEnd;  // texts before it may be read 16 bytes at a time
+    const unsigned char* textEnd;  // bytes before it may be read
   };
 
   void appendRows(CsvText& text, const RowBatch& batch, const std::vector<Cursor>& columns) const;

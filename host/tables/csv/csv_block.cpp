@@ -1,7 +1,10 @@
 #include "host/tables/csv/csv_block.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
+
+#include "host/tables/csv/csv_bytes.h"
 
 namespace kelvarin {
 
@@ -19,9 +22,14 @@ void appendQuotedText(std::string_view field, char quote, std::string& text) {
 }
 
 long long countLineEnds(const char* bytes, std::size_t size) {
-  long long count = std::count(bytes, bytes + size, '\n');
+  long long count = 0;
   const char* end = bytes + size;
   const char* at = bytes;
+  for (; static_cast<std::size_t>(end - at) >= kCsvStep; at += kCsvStep) {
+    count += std::popcount(bitsOfByte('\n', at));
+  }
+  count += std::count(at, end, '\n');
+  at = bytes;
   while (at < end && (at = static_cast<const char*>(
                           std::memchr(at, '\r', static_cast<std::size_t>(end - at)))) != nullptr) {
     ++at;

@@ -23,7 +23,7 @@ class CsvFile {
   CsvFile& operator=(const CsvFile&) = delete;
 
   // `isStopped` is asked while readNext() waits for a pipe; true makes it fail.
-  Status<QString> open(const QString& path, std::function<bool()> isStopped);
+  Status<QString> open(const QString& path, std::function<bool()> isStopped = [] { return false; });
   const QString& path() const { return m_path; }
   bool canReadAgain() const { return m_isRegular; }
   // -1 for a pipe.

@@ -38,10 +38,14 @@ struct KeyType {
   static bool parseInBlock(std::string_view field, Value& value) { return parse(field, value); }
 };
 
-// The text of a field; `unquoted` holds it when it is quoted.
+// The text of a field; `unquoted` holds it where it is not a part of the field.
 std::string_view textOf(const CsvField& field, char quote, std::string& unquoted) {
   if (!field.isQuoted) [[likely]] {
     return field.bytes;
+  }
+  const std::size_t next = field.bytes.find(quote, 1);
+  if (next + 1 == field.bytes.size()) [[likely]] {
+    return field.bytes.substr(1, next - 1);
   }
   unquoted.clear();
   appendQuotedText(field.bytes, quote, unquoted);
@@ -64,6 +68,21 @@ bool copyShort(unsigned char* target, const char* bytes, std::size_t size) {
   std::memcpy(target, words, kEager);
   std::memcpy(highBits, kHighBits + kEager - size, kEager);
   return ((words[0] & highBits[0]) | (words[1] & highBits[1])) == 0;
+}
+
+// Of more than kEager bytes.
+bool isLongAscii(std::string_view text) {
+  std::uint64_t all = 0;
+  const auto look = [&](const char* bytes) {
+    std::uint64_t word;
+    std::memcpy(&word, bytes, sizeof word);
+    all |= word;
+  };
+  for (std::size_t at = 0; at + sizeof all <= text.size(); at += sizeof all) {
+    look(text.data() + at);
+  }
+  look(text.data() + text.size() - sizeof all);
+  return (all & 0x8080808080808080u) == 0;
 }
 
 // For the texts of the first rows, with their counts.
@@ -152,15 +171,15 @@ std::optional<BadField> FieldConverter::copyTexts(long long begin, long long end
       continue;
     }
     bool isAscii = false;
-    std::string_view text = field.bytes;
-    if (!field.isQuoted && text.size() <= kEager) [[likely]] {
+    const std::string_view text = textOf(field, nulls.quote, unquoted);
+    if (text.size() <= kEager && text.data() != unquoted.data()) [[likely]] {
       const auto length = static_cast<std::uint32_t>(text.size());
       std::memcpy(next, &length, 4);
       isAscii = copyShort(next + 4, text.data(), text.size());
       next += 4 + text.size();
     } else {
-      text = textOf(field, nulls.quote, unquoted);
       next = putText(next, text.data(), text.size());
+      isAscii = text.size() > kEager && isLongAscii(text);
     }
     if (!isAscii && !isUtf8(text)) [[unlikely]] {
       return BadField{row, std::string(text)};

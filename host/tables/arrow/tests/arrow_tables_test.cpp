@@ -5,19 +5,20 @@
 #include "arrow/array/builder_decimal.h"
 #include "arrow/array/builder_nested.h"
 #include "arrow/array/builder_primitive.h"
-#include "arrow/io/file.h"
-#include "arrow/ipc/writer.h"
 #include "arrow/table.h"
 #include "arrow/type.h"
 #include "arrow/util/decimal.h"
 #include "host/tables/arrow/arrow_actions.h"
+#include "host/tables/arrow/tests/typed_arrays.h"
 #include "host/tables/files/tests/table_folder.h"
 #include "host/testing/full_disk.h"
 #include "host/testing/row_harness.h"
-#include "parquet/arrow/writer.h"
 
 namespace kelvarin {
 
+using testing::array;
+using testing::arrayBy;
+using testing::Format;
 using testing::FullDisk;
 using testing::RowHarness;
 using testing::Rows;
@@ -25,8 +26,6 @@ using testing::Strings;
 using testing::TableFolder;
 
 namespace {
-
-enum class Format { parquet, ipc };
 
 std::string xml(const char* action, const std::string& path) {
   return std::string("<") + action + " name='a' file='" + path + "'/>";
@@ -47,37 +46,12 @@ RowHarness sink(Format format, const std::string& path, const std::string& colum
              : RowHarness::of<WriteArrow>(xml("WriteArrow", path), columns);
 }
 
-// An array of the builder's type; an absent value is a null.
-template <typename Builder, typename Value>
-std::shared_ptr<arrow::Array> arrayBy(Builder&& builder,
-                                      const std::vector<std::optional<Value>>& values) {
-  for (const auto& value : values) {
-    const arrow::Status status = value ? builder.Append(*value) : builder.AppendNull();
-    EXPECT_TRUE(status.ok()) << status.ToString();
-  }
-  return *builder.Finish();
-}
-
-template <typename Builder, typename Value>
-std::shared_ptr<arrow::Array> array(const std::vector<std::optional<Value>>& values) {
-  return arrayBy<Builder, Value>(Builder(arrow::default_memory_pool()), values);
-}
-
 std::string writeColumn(const TableFolder& folder, Format format,
                         const std::shared_ptr<arrow::Array>& values) {
   const std::string path = folder.path("t");
   const auto table =
       arrow::Table::Make(arrow::schema({arrow::field("x", values->type())}), {values});
-  auto stream = *arrow::io::FileOutputStream::Open(path);
-  if (format == Format::parquet) {
-    EXPECT_TRUE(
-        parquet::arrow::WriteTable(*table, arrow::default_memory_pool(), stream, 1 << 20).ok());
-  } else {
-    auto writer = *arrow::ipc::MakeFileWriter(stream, table->schema());
-    EXPECT_TRUE(writer->WriteTable(*table).ok());
-    EXPECT_TRUE(writer->Close().ok());
-  }
-  EXPECT_TRUE(stream->Close().ok());
+  testing::writeFile(path, format, *table);
   return path;
 }
 
