@@ -67,7 +67,8 @@ class GraphExecution {
   RunRecord& m_stopSwitch;
   ExecutionOptions m_options;
   ProgressMeter m_progress;
-  std::unique_ptr<TaskPool> m_pool;  // null where everything is done on the engine thread
+  std::unique_ptr<ActivitySampler> m_sampler;  // null where nobody asks for progress
+  std::unique_ptr<TaskPool> m_pool;            // null where everything is done on the engine thread
   GraphLinks m_links;
   std::vector<int> m_order;
   std::vector<std::unique_ptr<DisabledAction>> m_disabledActions;
@@ -75,7 +76,6 @@ class GraphExecution {
   std::vector<std::vector<RowLink*>> m_linkOfPin;  // [action][pin], null when not linked
   std::vector<std::unique_ptr<RunningAction>> m_actions;
   SinkSchedule m_schedule;
-  std::unique_ptr<ActivitySampler> m_sampler;  // null where nobody asks for progress
 };
 
 }  // namespace kelvarin
