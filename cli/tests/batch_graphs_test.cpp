@@ -114,6 +114,7 @@ class BatchGraphs : public DrawnGraphs {
           trace += " " + QByteArray::number(count);
         }
       }
+      trace += " " + QByteArray::number(action.report.blocksRead);
       for (const OutputReport& output : action.report.outputs) {
         trace += ", " + output.name.toUtf8() + " " + output.engine.toUtf8();
         for (const long long count : {output.nulls, output.nans, output.failures}) {
