@@ -11,6 +11,7 @@
 #include <new>
 #include <optional>
 
+#include <malloc.h>
 #include <poll.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -166,9 +167,19 @@ ExitStatus runProgram(int argc, char** argv) {
   return chosen();
 }
 
+// Batches are freed and allocated all the time, and memory that goes back to the system in between
+// comes as new pages, which takes longer than many a step of the work.
+void keepFreedMemory() {
+  constexpr int kKeptBytes = 64 << 20;
+  constexpr int kBytesMappedAlone = 32 << 20;
+  (void)::mallopt(M_TRIM_THRESHOLD, kKeptBytes);
+  (void)::mallopt(M_MMAP_THRESHOLD, kBytesMappedAlone);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  keepFreedMemory();
   kelvarin::endOnInterrupt();
   kelvarin::endInOrderOnFaults();
   // A reader of our output that went away is an error of a write, not the end of the process.
