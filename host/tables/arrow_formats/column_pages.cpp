@@ -48,10 +48,9 @@ ColumnPages::ColumnPages(const parquet::ColumnDescriptor* column,
                          std::size_t expectedSize)
     : m_isSigned(column->sort_order() == parquet::SortOrder::SIGNED),
       m_properties(properties),
+      m_stream(std::make_shared<MemoryStream>(expectedSize)),
       m_metadata(parquet::ColumnChunkMetaDataBuilder::Make(properties, column)),
       m_page(kValuesAt) {
-  PARQUET_ASSIGN_OR_THROW(m_stream, arrow::io::BufferOutputStream::Create(
-                                        static_cast<std::int64_t>(expectedSize), columnPool()));
   PARQUET_ASSIGN_OR_THROW(m_compressed, arrow::AllocateResizableBuffer(0, columnPool()));
   m_chunk.columnIndex = parquet::ColumnIndexBuilder::Make(column);
   m_chunk.offsetIndex = parquet::OffsetIndexBuilder::Make();
@@ -112,7 +111,7 @@ void ColumnPages::appendPage(std::size_t rowCount, std::size_t missingCount, std
 
 ParquetColumnChunk ColumnPages::finish(const ValueRange& range) {
   m_chunk.statistics = encoded(range, m_chunk.rowCount, m_missingCount, m_isSigned);
-  PARQUET_ASSIGN_OR_THROW(m_chunk.bytes, m_stream->Finish());
+  m_chunk.bytes = m_stream->bytes();
   return std::move(m_chunk);
 }
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "arrow/buffer.h"
-#include "arrow/io/memory.h"
+#include "host/tables/arrow_formats/memory_stream.h"
 #include "parquet/column_writer.h"
 #include "parquet/metadata.h"
 #include "parquet/page_index.h"
@@ -67,7 +67,7 @@ class ColumnPages {
   ParquetColumnChunk m_chunk;
   bool m_isSigned;  // the order of the values
   std::shared_ptr<parquet::WriterProperties> m_properties;
-  std::shared_ptr<arrow::io::BufferOutputStream> m_stream;
+  std::shared_ptr<MemoryStream> m_stream;
   std::unique_ptr<parquet::ColumnChunkMetaDataBuilder> m_metadata;  // of no use but to m_writer
   std::unique_ptr<parquet::PageWriter> m_writer;
   std::shared_ptr<arrow::ResizableBuffer> m_compressed;

@@ -89,16 +89,13 @@ template <typename Value>
 class FixedColumn {
  public:
   FixedColumn(const GroupColumn& column, std::size_t rowCount, ColumnPages& pages)
-      : m_column(column),
-        m_rowCount(rowCount),
-        m_pages(pages),
-        m_dictionary(kMaxDictionaryBytes / sizeof(Value)) {}
+      : m_column(column), m_rowCount(rowCount), m_pages(pages) {}
 
   ValueRange encode() {
     m_isCoded = doesRepeat() && makeCodes();
     if (m_isCoded) {
-      m_pages.appendDictionary(reinterpret_cast<const std::uint8_t*>(m_dictionary.values()),
-                               m_dictionary.size() * sizeof(Value), m_dictionary.size());
+      m_pages.appendDictionary(reinterpret_cast<const std::uint8_t*>(m_dictionary->values()),
+                               m_dictionary->size() * sizeof(Value), m_dictionary->size());
     }
     GroupColumnCursor cursor(m_column);
     for (std::size_t row = 0; row < m_rowCount; row += kRowsInPage) {
@@ -109,7 +106,7 @@ class FixedColumn {
 
  private:
   bool doesRepeat() {
-    ValueDictionary<Value> seen(kMaxDictionaryBytes / sizeof(Value));
+    ValueDictionary<Value> seen(kMaxRowsLookedAt);
     return doValuesRepeat(m_column, m_rowCount, [&](const BatchColumn& values, std::size_t row) {
       const Value value = valuesOf<Value>(values)[row];
       const std::size_t before = seen.size();
@@ -120,19 +117,20 @@ class FixedColumn {
 
   // False: there are too many different values, or none.
   bool makeCodes() {
+    m_dictionary.emplace(kMaxDictionaryBytes / sizeof(Value));
     m_codes.emplace(m_rowCount);
     std::uint32_t* next = m_codes->values;
     for (const GroupColumn::Piece& piece : m_column.pieces) {
       const Value* values = valuesOf<Value>(piece.values);
       for (std::size_t row = 0; row < piece.rowCount; ++row) {
         *next = kNoCode;
-        if (!isMissing(values[row]) && !m_dictionary.find(values[row], *next)) {
+        if (!isMissing(values[row]) && !m_dictionary->find(values[row], *next)) {
           return false;
         }
         ++next;
       }
     }
-    return m_dictionary.size() > 0;
+    return m_dictionary->size() > 0;
   }
 
   void appendPage(GroupColumnCursor& cursor, std::size_t firstRow, std::size_t rowCount) {
@@ -149,7 +147,7 @@ class FixedColumn {
     if (!m_isCoded) {
       m_pages.appendPage(rowCount, rowCount - present, present * sizeof(Value), range.range());
     } else {
-      appendCodes(m_codes->values + firstRow, rowCount, bitsOfCodes(m_dictionary.size()),
+      appendCodes(m_codes->values + firstRow, rowCount, bitsOfCodes(m_dictionary->size()),
                   range.range(), m_pages);
     }
   }
@@ -176,7 +174,7 @@ class FixedColumn {
   const GroupColumn& m_column;
   std::size_t m_rowCount;
   ColumnPages& m_pages;
-  ValueDictionary<Value> m_dictionary;
+  std::optional<ValueDictionary<Value>> m_dictionary;
   bool m_isCoded = false;
   std::optional<ColumnMemory<std::uint32_t>> m_codes;  // of all rows
   RangeOf<Value> m_range;

@@ -48,7 +48,8 @@ struct Presence {
 
   arrow::Status begin(std::int64_t rowCount) {
     ARROW_ASSIGN_OR_RAISE(bits, arrow::AllocateBitmap(rowCount, columnPool()));
-    std::memset(bits->mutable_data(), 0xFF, static_cast<std::size_t>(bits->size()));
+    std::memset(bits->mutable_data(), 0, static_cast<std::size_t>(bits->size()));
+    arrow::bit_util::SetBitsTo(bits->mutable_data(), 0, rowCount, true);
     return arrow::Status::OK();
   }
   void clear(std::int64_t row) {

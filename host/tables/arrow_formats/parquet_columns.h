@@ -26,15 +26,17 @@ int bitsOfCodes(std::size_t dictionarySize);
 void appendCodes(const std::uint32_t* codes, std::size_t rowCount, int bits,
                  const ValueRange& range, ColumnPages& pages);
 
+// By doValuesRepeat().
+inline constexpr std::size_t kMaxRowsLookedAt = 4096;
+
 // Calls look(values, row) for rows from all over a column, or for all where there are few; look()
 // returns whether the row's value has been seen before. True when a dictionary is worth a try.
 template <typename Look>
 bool doValuesRepeat(const GroupColumn& column, std::size_t rowCount, Look look) {
   constexpr std::size_t kStretches = 16;
-  constexpr std::size_t kRowsInStretch = 256;
-  const bool isSmall = rowCount <= kStretches * kRowsInStretch;
+  const bool isSmall = rowCount <= kMaxRowsLookedAt;
   const std::size_t stretches = isSmall ? 1 : kStretches;
-  const std::size_t rows = isSmall ? rowCount : kRowsInStretch;
+  const std::size_t rows = isSmall ? rowCount : kMaxRowsLookedAt / kStretches;
   GroupColumnCursor cursor(column);
   std::size_t seen = 0;
   for (std::size_t stretch = 0; stretch < stretches; ++stretch) {

@@ -19,6 +19,7 @@ using parquet::Encoding;
 constexpr std::string_view kMagic = "PAR1";
 // Of most columns, compressed.
 constexpr std::size_t kBytesOfValue = 8;
+constexpr std::size_t kExpectedIndexSize = 400;
 
 struct EncodedChunk final : EncodedColumn {
   ParquetColumnChunk chunk;
@@ -50,10 +51,9 @@ parquet::schema::NodePtr schemaOf(const OneRow& columns) {
 
 template <typename Index>
 std::shared_ptr<arrow::Buffer> serialized(const Index& index) {
-  PARQUET_ASSIGN_OR_THROW(auto stream, arrow::io::BufferOutputStream::Create(512));
-  index.WriteTo(stream.get());
-  PARQUET_ASSIGN_OR_THROW(auto bytes, stream->Finish());
-  return bytes;
+  MemoryStream stream(kExpectedIndexSize);
+  index.WriteTo(&stream);
+  return stream.bytes();
 }
 
 // A failing stream and a lack of memory make the library throw here and there.

@@ -20,7 +20,7 @@ struct EncodedColumn {
   virtual ~EncodedColumn() = default;
 };
 
-// What the two formats differ in. Exceptions of their libraries end here, but for those of encode().
+// What the two formats differ in. Exceptions of their libraries end here, but for encode().
 class RowGroupFormat {
  public:
   virtual ~RowGroupFormat() = default;

@@ -5,7 +5,7 @@
 #include "arrow/array/builder_binary.h"
 #include "arrow/array/builder_primitive.h"
 #include "host/tables/arrow/arrow_formats.h"
-#include "host/tables/arrow/tests/test_arrays.h"
+#include "host/tables/arrow/tests/typed_arrays.h"
 #include "host/tables/files/tests/table_folder.h"
 #include "host/testing/value.h"
 
