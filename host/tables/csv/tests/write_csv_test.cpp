@@ -142,13 +142,13 @@ TEST(WriteCsv, batchesOfAnyShapeMakeTheSameFile) {
     }
   }
   for (const std::size_t size : {1u, 2u, 7u, 4096u}) {
-    for (const bool hasStrayRows : {false, true}) {
+    for (const std::size_t strayRows : {0u, 1u}) {
       const TableFolder folder;
       auto sink = RowHarness::of<WriteCsv>(sinkXml(folder.path("out.csv")), "a:F b:U c:K");
-      sink.input(0).setBatchShape({.rows = size, .hasStrayRows = hasStrayRows});
+      sink.input(0).setBatchShape({.rows = size, .strayRows = strayRows});
       sink.push(rows);
       sink.finish();
-      EXPECT_TRUE(folder.read("out.csv") == expected) << size << hasStrayRows;
+      EXPECT_TRUE(folder.read("out.csv") == expected) << size << ' ' << strayRows;
     }
   }
 }
