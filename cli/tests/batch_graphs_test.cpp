@@ -93,9 +93,8 @@ class BatchGraphs : public DrawnGraphs {
     }
   }
 
-  // Everything by which a user can distinguish one run from another; without `countsAll` nothing of
-  // actions above an early end.
-  QByteArray traceOf(const QByteArray& text, int threads, int rowsInBatch, bool countsAll = true) {
+  // Everything by which a user can distinguish one run from another.
+  QByteArray traceOf(const QByteArray& text, int threads, int rowsInBatch) {
     removeFiles(kWritten);
     ExecutionOptions options;
     options.rowsInBatch = rowsInBatch;
