@@ -30,12 +30,18 @@ ActivitySampler::ActivitySampler(const std::vector<const ActionItem*>& actions,
 }
 
 ActivitySampler::~ActivitySampler() {
+  stop();
+}
+
+void ActivitySampler::stop() {
   {
     const std::lock_guard lock(m_mutex);
     m_mustEnd = true;
   }
   m_ending.notify_one();
-  m_thread.join();
+  if (m_thread.joinable()) {
+    m_thread.join();
+  }
 }
 
 void ActivitySampler::watchThisThread() {

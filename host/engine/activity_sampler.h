@@ -31,8 +31,10 @@ class ActivitySampler {
   ActivitySampler(const ActivitySampler&) = delete;
   ActivitySampler& operator=(const ActivitySampler&) = delete;
 
-  // Watches the calling thread as well, which lives as long as the sampler. Any thread.
+  // Watches the calling thread as well, which must not end before stop(). Any thread.
   void watchThisThread();
+  // Watches nobody any more.
+  void stop();
   // Of the action with that index so far; of several threads the sum.
   double seconds(int action) const;
 

@@ -67,6 +67,8 @@ class GraphExecution {
   RunRecord& m_stopSwitch;
   ExecutionOptions m_options;
   ProgressMeter m_progress;
+  // Null where nobody asks for progress; the threads of the pool know it.
+  std::unique_ptr<ActivitySampler> m_sampler;
   std::unique_ptr<TaskPool> m_pool;  // null where everything is done on the engine thread
   GraphLinks m_links;
   std::vector<int> m_order;
@@ -75,7 +77,6 @@ class GraphExecution {
   std::vector<std::vector<RowLink*>> m_linkOfPin;  // [action][pin], null when not linked
   std::vector<std::unique_ptr<RunningAction>> m_actions;
   SinkSchedule m_schedule;
-  std::unique_ptr<ActivitySampler> m_sampler;  // null where nobody asks for progress
 };
 
 }  // namespace kelvarin
