@@ -261,11 +261,13 @@ TEST(ArrowWriting, readersKnowTheRangesOfColumnsAndPages) {
   const auto file = parquet::ParquetFileReader::OpenFile(folder.path("t"));
   const auto group = file->metadata()->RowGroup(0);
   const auto statistics = [&](int column) { return group->ColumnChunk(column)->statistics(); };
-  const auto& first = static_cast<const parquet::DoubleStatistics&>(*statistics(0));
+  const auto firstColumn = statistics(0);
+  const auto& first = static_cast<const parquet::DoubleStatistics&>(*firstColumn);
   EXPECT_EQ(first.min(), -19998.5);
   EXPECT_EQ(first.max(), 19998.5);
   EXPECT_EQ(first.null_count(), 8000);
-  const auto& zeros = static_cast<const parquet::DoubleStatistics&>(*statistics(1));
+  const auto secondColumn = statistics(1);
+  const auto& zeros = static_cast<const parquet::DoubleStatistics&>(*secondColumn);
   EXPECT_TRUE(std::signbit(zeros.min()));
   EXPECT_FALSE(std::signbit(zeros.max()));
   const std::string largestKey = statistics(2)->EncodeMax();
