@@ -19,6 +19,7 @@ SUITES = {
     "rows": ("programs", "rows"),
     "vectors": ("vectors", "run"),
     "graphs": ("graphs.suite", "run"),
+    "spread": ("graphs.spread", "run"),
     "memory": ("memory", "run"),
     "gel": ("programs", "gel"),
 }
@@ -33,6 +34,8 @@ def parsed_arguments():
     parser.add_argument("--json", metavar="FILE", help="write the table as JSON too")
     parser.add_argument("--rounds", type=int, metavar="N", help="of every measurement")
     parser.add_argument("--build", default="build/release", metavar="FOLDER", help="with the programs; default: %(default)s")
+    parser.add_argument("--base", metavar="FOLDER", help="with the programs of an earlier build, to compare graphs with")
+    parser.add_argument("--threads", type=int, metavar="N", help="of our graphs; default: one for each core")
     parser.add_argument("--folder", metavar="FOLDER", help="for the files of the graphs, up to 2 GB")
     return parser.parse_args()
 

@@ -8,9 +8,11 @@ import subprocess
 import tempfile
 
 from comparison import Comparison
-from graphs.data import computing, orders, write_graph
+from graphs.data import orders, write_graph
+from graphs.work import Work, actions_and_chain
 
 MILLION = 1_000_000
+WORK = Work("orders", (("total", "price*quantity"), ("score", "ln(price+1)*sqrt(quantity)"), (None, "total >= 1000")), None)
 
 
 def run(options):
@@ -21,9 +23,8 @@ def run(options):
     with tempfile.TemporaryDirectory(dir=options.folder) as folder:
         pipe, graph = (os.path.join(folder, name) for name in ("orders.csv", "graph.kelvarin"))
         os.mkfifo(pipe)
-        actions = f"<ReadCSV name='in' file='{pipe}'/>" + computing(
-            {"total": "price*quantity", "score": "ln(price+1)*sqrt(quantity)"}, "total >= 1000")
-        write_graph(graph, actions + "<Discard name='out'/>", ("in", "compute", "keep", "out"))
+        actions, names = actions_and_chain(WORK)
+        write_graph(graph, f"<ReadCSV name='in' file='{pipe}'/>{actions}<Discard name='out'/>", ("in", *names, "out"))
         with subprocess.Popen([program, "run", "--quiet", graph]) as process:
             early, late = fed(process, pipe, ",".join(table.columns).encode() + b"\n", block, millions)
         if process.returncode != 0:

@@ -11,6 +11,7 @@
 #include <new>
 #include <optional>
 
+#include <malloc.h>
 #include <poll.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -166,6 +167,13 @@ ExitStatus runProgram(int argc, char** argv) {
   return chosen();
 }
 
+// The memory of a batch serves for the next one; given back to the system each time, it would have
+// to be cleared and mapped anew.
+void keepMemory() {
+  (void)::mallopt(M_MMAP_THRESHOLD, 32 << 20);
+  (void)::mallopt(M_TRIM_THRESHOLD, 128 << 20);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -174,6 +182,7 @@ int main(int argc, char** argv) {
   // A reader of our output that went away is an error of a write, not the end of the process.
   std::signal(SIGPIPE, SIG_IGN);
   allowManyOpenFiles();
+  keepMemory();
   const auto work = [&] {
     // Qt's own dispatcher: that of another library, for which nothing here has a use, ends the
     // process where memory does not suffice.

@@ -12,8 +12,13 @@ namespace kelvarin::jit {
 
 namespace {
 
+struct CompiledCode {
+  MachineCode code;
+  bool callsFunctions = false;
+};
+
 ExecutableMemory compileExpression(const Expression& expression, InstructionSet instructionSet,
-                                   MachineCode& code) {
+                                   CompiledCode& compiled) {
   if (instructionSet == InstructionSet::none) {
     return {};
   }
@@ -24,8 +29,8 @@ ExecutableMemory compileExpression(const Expression& expression, InstructionSet 
   if (!generated) {
     return {};
   }
-  code = std::move(*generated);
-  return ExecutableMemory::holding(code.bytes());
+  compiled = {std::move(*generated), graph.node(root).isHeavy};
+  return ExecutableMemory::holding(compiled.code.bytes());
 }
 
 void evaluateColumnsByRow(const Expression& expression, const double* const* columns,
@@ -50,11 +55,13 @@ Pointer functionAt(const std::uint8_t* address) {
 
 CompiledFunction::CompiledFunction(Expression expression, InstructionSet instructionSet)
     : m_expression(std::move(expression)) {
-  MachineCode code;
-  m_memory = compileExpression(m_expression, instructionSet, code);
+  CompiledCode compiled;
+  m_memory = compileExpression(m_expression, instructionSet, compiled);
   if (isMachineCode()) {
-    m_evaluateRow = functionAt<EvaluateRow>(m_memory.begin() + code.rowFunction);
-    m_evaluateColumns = functionAt<EvaluateColumns>(m_memory.begin() + code.columnsFunction);
+    m_evaluateRow = functionAt<EvaluateRow>(m_memory.begin() + compiled.code.rowFunction);
+    m_evaluateColumns =
+        functionAt<EvaluateColumns>(m_memory.begin() + compiled.code.columnsFunction);
+    m_isCheap = !compiled.callsFunctions;
     return;
   }
   m_evaluateRow = [](const double* values, const CompiledFunction* self) {

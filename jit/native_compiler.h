@@ -39,6 +39,8 @@ class CompiledFunction {
   // The elements of the variables that the expression uses.
   std::span<const std::size_t> elements() const { return m_expression.elements; }
   bool isMachineCode() const { return !m_memory.isEmpty(); }
+  // Machine code that calls no function: a few instructions a row.
+  bool isCheap() const { return m_isCheap; }
 
  private:
   friend class CompilerContext;
@@ -51,6 +53,7 @@ class CompiledFunction {
 
   EvaluateRow m_evaluateRow;
   EvaluateColumns m_evaluateColumns;
+  bool m_isCheap = false;
   ExecutableMemory m_memory;
   Expression m_expression;
 };

@@ -82,10 +82,29 @@ std::unique_ptr<const CalculatorStage> CalculatorStage::of(const ExpressionSet& 
     stage->m_types.push_back(columns.metas[column].type());
     stage->m_columnOfOutput.push_back(static_cast<std::size_t>(column));
   }
+  stage->m_mayComputeAnyRow = stage->m_program->mayEvaluateAnyRow() &&
+                              std::ranges::count(stage->m_types, MetaTypeColumn::key) == 0;
   return stage;
 }
 
+// Where a quarter of the rows is selected, to pick them takes longer than to compute all.
+bool CalculatorStage::shouldComputeAllRows(const RowBatch& batch) const {
+  return m_mayComputeAnyRow && batch.selection() != nullptr &&
+         4 * batch.rowCount() > batch.storedRows();
+}
+
+StageResult CalculatorStage::processAllRows(const RowBatch& batch) const {
+  StageResult done = process(RowBatch(batch.storedRows(), batch.columns()), 0);
+  done.rowsDone = batch.rowCount();
+  done.outputs[0] = std::make_shared<RowBatch>(batch.storedRows(), done.outputs[0]->columns(),
+                                               batch.sharedSelection(), batch.rowCount());
+  return done;
+}
+
 StageResult CalculatorStage::process(const RowBatch& batch, long long firstRow) const {
+  if (shouldComputeAllRows(batch)) {
+    return processAllRows(batch);
+  }
   std::vector<ResultColumn> results;
   results.reserve(m_types.size());
   for (const MetaTypeColumn type : m_types) {

@@ -1,8 +1,8 @@
 // The outputs of a calculator for whole batches: columns that are made, beside those of the input,
 // which are passed on.
 //
-// Where rows are selected, a column has a value for every stored row, and the others are null, so
-// that all columns share the selection.
+// Where rows are selected, a column has a value for every stored row, so that all columns share the
+// selection. Those of the other rows mean nothing.
 // Used by both calculators, for runs whose outputs are all numbers and keys of native code.
 // Threads: made on the engine's, then read by any number at once.
 #pragma once
@@ -38,6 +38,8 @@ class CalculatorStage final : public BatchStage {
   class ResultColumn;
 
   CalculatorStage() = default;
+  bool shouldComputeAllRows(const RowBatch& batch) const;
+  StageResult processAllRows(const RowBatch& batch) const;
   std::size_t computeRows(const RowBatch& batch, long long firstRow,
                           std::vector<ResultColumn>& results) const;
   std::size_t computeLoadedRows(BatchEvaluation& rows, std::vector<ResultColumn>& results) const;
@@ -46,6 +48,7 @@ class CalculatorStage final : public BatchStage {
   KeyCast m_keyCast;
   std::vector<MetaTypeColumn> m_types;        // of the columns that are made
   std::vector<std::size_t> m_columnOfOutput;  // where each of them is in the output
+  bool m_mayComputeAnyRow = false;
 };
 
 }  // namespace kelvarin

@@ -1,47 +1,72 @@
-"""Runs the graph in DuckDB or in Polars' streaming engine: peer_graph.py duckdb|polars THREADS INPUT OUTPUT.
+"""Does the work of a graph in another engine: peer_graph.py duckdb|polars|arrow WORK THREADS INPUT OUTPUT.
 
 Prints the seconds that it took, by the clock and of the processors, without the start of Python and the loading of the
-library.
+library. `arrow` computes nothing: it reads the input and writes the columns that OUTPUT has already, which is what the
+library of the Parquet files takes for itself.
 """
 
 import os
 import sys
 import time
 
-CONDITION = 1000
+from work import COLUMNS, CONDITION, WORKS
 
 
-def run_duckdb(threads, source, target):
+def run_duckdb(work, threads, source, target):
     import duckdb
     connection = duckdb.connect(config={"threads": threads})
     if source.endswith(".csv"):
-        columns = "{'id':'BIGINT','city':'VARCHAR','price':'DOUBLE','quantity':'BIGINT','date':'VARCHAR'}"
-        table, form = f"read_csv('{source}', header=true, columns={columns})", "FORMAT csv, HEADER"
+        table, form = f"read_csv('{source}', header=true, columns={COLUMNS[work.table]})", "FORMAT csv, HEADER"
     else:
         table, form = f"read_parquet('{source}')", "FORMAT parquet"
-    query = f"""COPY (SELECT *, price*quantity AS total,
-                        price*quantity*(CASE WHEN quantity>10 THEN 0.9::DOUBLE ELSE 1::DOUBLE END) AS disc,
-                        ln(price+1)*sqrt(quantity) AS score
-                      FROM {table} WHERE price*quantity >= {CONDITION}) TO '{target}' ({form})"""
-    return timed(lambda: connection.execute(query))
+    query = f"""SELECT *, price*quantity AS total,
+                  price*quantity*(CASE WHEN quantity>10 THEN 0.9::DOUBLE ELSE 1::DOUBLE END) AS disc,
+                  ln(price+1)*sqrt(quantity) AS score
+                FROM {table} WHERE price*quantity >= {CONDITION}"""
+    if work.peer_steps:
+        query = f"SELECT * FROM {table}"
+        for name, text in work.peer_steps:
+            query = f"SELECT *, {text} AS {name} FROM ({query})" if name else f"SELECT * FROM ({query}) WHERE {text}"
+    return timed(lambda: connection.execute(f"COPY ({query}) TO '{target}' ({form})"))
 
 
-def run_polars(threads, source, target):
+def run_polars(work, threads, source, target):
     os.environ["POLARS_MAX_THREADS"] = str(threads)
     import polars
     from polars import col
     if source.endswith(".csv"):
-        rows = polars.scan_csv(source, schema={"id": polars.Int64, "city": polars.String, "price": polars.Float64,
-                                               "quantity": polars.Int64, "date": polars.String})
+        types = {"BIGINT": polars.Int64, "DOUBLE": polars.Float64, "VARCHAR": polars.String}
+        rows = polars.scan_csv(source, schema={name: types[sql] for name, sql in COLUMNS[work.table].items()})
     else:
         rows = polars.scan_parquet(source)
-    total = col("price") * col("quantity")
-    rows = rows.with_columns(
-        total=total, disc=total * polars.when(col("quantity") > 10).then(0.9).otherwise(1.0),
-        score=(col("price") + 1).log() * col("quantity").sqrt()).filter(col("total") >= CONDITION)
+    if work.peer_steps:
+        for name, text in work.peer_steps:
+            expression = polars.sql_expr(text)
+            rows = rows.with_columns(expression.alias(name)) if name else rows.filter(expression)
+    else:
+        total = col("price") * col("quantity")
+        rows = rows.with_columns(
+            total=total, disc=total * polars.when(col("quantity") > 10).then(0.9).otherwise(1.0),
+            score=(col("price") + 1).log() * col("quantity").sqrt()).filter(col("total") >= CONDITION)
     if target.endswith(".csv"):
         return timed(lambda: rows.sink_csv(target, engine="streaming"))
     return timed(lambda: rows.sink_parquet(target, compression="snappy", engine="streaming"))
+
+
+def run_arrow(_, threads, source, target):
+    import pyarrow
+    from pyarrow import parquet
+    pyarrow.set_cpu_count(threads)
+    result = parquet.read_table(target)
+
+    def work():
+        for _ in parquet.ParquetFile(source).iter_batches(use_threads=threads > 1):
+            pass
+        parquet.write_table(result, target + ".again", compression="snappy")
+
+    taken = timed(work)
+    os.remove(target + ".again")
+    return taken
 
 
 def timed(work):
@@ -51,5 +76,5 @@ def timed(work):
 
 
 if __name__ == "__main__":
-    name, count, *files = sys.argv[1:]
-    print(*{"duckdb": run_duckdb, "polars": run_polars}[name](int(count), *files))
+    engine, name, count, *files = sys.argv[1:]
+    print(*{"duckdb": run_duckdb, "polars": run_polars, "arrow": run_arrow}[engine](WORKS[name], int(count), *files))

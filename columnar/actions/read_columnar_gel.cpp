@@ -38,7 +38,7 @@ constexpr Attribute<Settings> kAttributes[] = {
     attribute<&Settings::abortIfMissing>(
         u"abortIfMissing", "a missing file stops the run; 0: it is skipped with a warning"),
     attribute<&Settings::blocksAhead>(
-        u"nBlockForward", "blocks read ahead on a thread of their own; 0: none", kNotNegative),
+        u"nBlockForward", "blocks read and decoded ahead on other threads; 0: none", kNotNegative),
     attribute<&Settings::columnSelection>(u"columnSelection", "the columns that are read",
                                           kSelections),
     attribute<&Settings::fileName>(u"fileName",

@@ -1,7 +1,7 @@
 // Reads columnar files and outputs their rows.
 //
-// The first call of the row routine finds the files and opens the first one, rows come by units; the
-// rest is in columnar_read.h.
+// The first call of the row routine finds the files and opens the first one; rows come by units,
+// and the rest is in columnar_read.h.
 // Threads: those of ActionItem and BatchSource.
 // Errors: logged, and the run fails.
 #pragma once

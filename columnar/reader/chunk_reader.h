@@ -61,8 +61,8 @@ class ChunkReader {
     std::uint64_t searchLimit = 0;  // bytes that may still be read to find the ends of streams
     std::uint64_t knownSize = 0;    // of the source, which may grow meanwhile
     std::uint64_t largestPart = 0;  // of the source
-    // Of the chunks that were read last, shared with fetched blocks. It is not changed any more once
-    // a block has been fetched.
+    // Of the chunks that were read last, shared with fetched blocks: it stays as it is once a block
+    // has been fetched.
     std::shared_ptr<ByteBuffer> bytes = std::make_shared<ByteBuffer>();
     std::uint64_t aheadBegin = 0;  // of `bytes` in the source, when contiguous
     bool isAhead = false;          // they are, and may contain the following chunks

@@ -4,8 +4,6 @@
 #include <exception>
 #include <new>
 
-#include "columnar/writer/block_statistics.h"
-
 namespace kelvarin {
 
 namespace {
@@ -23,7 +21,8 @@ ColumnSetWorker::ColumnSetWorker(const WorkerSurroundings& surroundings, std::si
       m_firstColumn(firstColumn),
       m_columnSet(surroundings.layout.metadata.columns[firstColumn].columnSet),
       m_sideFile(std::move(ask)),
-      m_stringPools(columnCount),
+      m_encoder(surroundings.layout, firstColumn, columnCount, surroundings.permits,
+                surroundings.helpers),
       m_chunks(kChunkReserve),
       m_positions(columnCount),
       m_largestChunks(columnCount),
@@ -112,8 +111,9 @@ bool ColumnSetWorker::storeBlock(std::uint64_t block, const BlockValues& values)
   }
   {
     const ThreadPermits::Permit permit(m_surroundings.permits);
-    encode(values, descriptor);
+    m_encoder.encode(values, descriptor);
   }
+  joinChunks(values.rows, descriptor);
   const auto status = m_sideFile.append(m_chunks.bytes());
   if (!status) {
     m_surroundings.failure.report({.kind = WriteFailure::Kind::cannotWrite,
@@ -126,52 +126,22 @@ bool ColumnSetWorker::storeBlock(std::uint64_t block, const BlockValues& values)
   return true;
 }
 
-void ColumnSetWorker::encode(const BlockValues& values, unsigned char* descriptor) {
+void ColumnSetWorker::joinChunks(std::uint32_t rows, unsigned char* descriptor) {
   m_chunks.clear();
   for (std::size_t i = 0; i < m_positions.size(); ++i) {
+    const BlockEncoder::Chunk& chunk = m_encoder.chunks()[i];
+    const auto size = static_cast<std::uint32_t>(chunk.bytes.size());
     m_positions[i] = m_chunks.size();
-    const std::size_t size = encodeColumn(i, values, descriptor);
-    m_largestChunks[i] = std::max(m_largestChunks[i], static_cast<std::uint32_t>(size));
+    m_chunks.append(chunk.bytes.bytes());
+    m_largestChunks[i] = std::max(m_largestChunks[i], size);
+    m_largestValues[i] = std::max(m_largestValues[i], chunk.valuesSize);
   }
   const DescriptorLayout& layout = m_surroundings.layout.descriptors;
   layout.setChunks(descriptor, m_columnSet, m_sideFile.size(), m_firstColumn, m_positions);
   // The row count is the same for all sets, so the first one writes it.
   if (m_index == 0) {
-    DescriptorLayout::setRowCount(descriptor, values.rows);
+    DescriptorLayout::setRowCount(descriptor, rows);
   }
-}
-
-std::size_t ColumnSetWorker::encodeColumn(std::size_t index, const BlockValues& values,
-                                          unsigned char* descriptor) {
-  const std::size_t column = m_firstColumn + index;
-  const GelColumn& about = m_surroundings.layout.metadata.columns[column];
-  const DescriptorLayout& layout = m_surroundings.layout.descriptors;
-  const ColumnValues& stored = values.columns[index];
-  const std::uint32_t rowsInBlock = m_surroundings.layout.metadata.rowsInBlock;
-  switch (about.type) {
-    case GelType::key: {
-      const std::span<const std::uint32_t> keys(stored.keys.get(), values.rows);
-      layout.writeStatistics(descriptor, column, statisticsOf(keys));
-      m_largestValues[index] = rowsInBlock * static_cast<std::uint32_t>(sizeof(std::uint32_t));
-      return m_encoder.appendKeys(keys, about.storage, m_chunks);
-    }
-    case GelType::number: {
-      const std::span<const std::uint64_t> numbers(stored.numbers.get(), values.rows);
-      layout.writeStatistics(descriptor, column, statisticsOf(numbers));
-      m_largestValues[index] = rowsInBlock * static_cast<std::uint32_t>(sizeof(double));
-      return m_encoder.appendNumbers(numbers, m_chunks);
-    }
-    case GelType::text:
-      break;
-  }
-  const TextValues texts{{stored.keys.get(), values.rows}, stored.bytes.bytes()};
-  m_largestValues[index] =
-      std::max(m_largestValues[index], static_cast<std::uint32_t>(texts.rawSize()));
-  const std::size_t size = m_encoder.appendTexts(texts, m_stringPools[index], m_chunks);
-  const auto different = m_encoder.differentTexts();
-  layout.writeStatistics(descriptor, column,
-                         different.empty() ? statisticsOf(texts) : statisticsOf(different));
-  return size;
 }
 
 }  // namespace kelvarin

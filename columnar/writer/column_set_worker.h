@@ -1,8 +1,8 @@
 // Encodes and stores the blocks of one column set on a thread of its own.
 //
-// Each block is encoded chunk by chunk, its slice of the descriptor is written, and the chunks are
-// appended to the side file. Two buffers circulate through two queues: the filling thread fills one
-// while the worker stores the other. Made by ColumnarHDWriter.
+// Each block is encoded column by column (block_encoder.h), its slice of the descriptor is written,
+// and the chunks are appended to the side file. Two buffers circulate through two queues: the
+// filling thread fills one while the worker stores the other. Made by ColumnarHDWriter.
 // Layout: docs/gel-format.md, "Blocks of rows".
 // Threads: the worker's own between start() and join(); all public operations on the filling
 // thread.
@@ -14,12 +14,9 @@
 #include <vector>
 
 #include "base/bounded_queue.h"
-#include "columnar/codecs/chunk_codec.h"
-#include "columnar/writer/block_values.h"
+#include "columnar/writer/block_encoder.h"
 #include "columnar/writer/descriptor_double_buffer.h"
 #include "columnar/writer/growing_file.h"
-#include "columnar/writer/table_layout.h"
-#include "columnar/writer/thread_permits.h"
 
 namespace kelvarin {
 
@@ -28,6 +25,7 @@ struct WorkerSurroundings {
   const TableLayout& layout;
   DescriptorDoubleBuffer& descriptors;
   ThreadPermits& permits;
+  TaskPool& helpers;
   FirstFailure& failure;
 };
 
@@ -76,8 +74,8 @@ class ColumnSetWorker {
   void run();
   [[nodiscard]] bool storeBlocks();
   [[nodiscard]] bool storeBlock(std::uint64_t block, const BlockValues& values);
-  void encode(const BlockValues& values, unsigned char* descriptor);
-  std::size_t encodeColumn(std::size_t index, const BlockValues& values, unsigned char* descriptor);
+  // Puts the chunks one after another.
+  void joinChunks(std::uint32_t rows, unsigned char* descriptor);
 
   const WorkerSurroundings m_surroundings;
   const std::size_t m_index;
@@ -90,8 +88,7 @@ class ColumnSetWorker {
   BoundedQueue<BlockValues*> m_free{kBuffers};    // back to the filling thread
 
   // The worker's thread only, until it is joined.
-  ChunkEncoder m_encoder;
-  std::vector<StringPool> m_stringPools;  // one a column, used by text columns
+  BlockEncoder m_encoder;
   ByteBuffer m_chunks;
   std::vector<std::uint64_t> m_positions;  // of the chunks in m_chunks
   std::vector<std::uint32_t> m_largestChunks;

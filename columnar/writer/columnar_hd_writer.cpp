@@ -35,15 +35,19 @@ AskAboutFullDisk orGiveUp(AskAboutFullDisk ask) {
 }  // namespace
 
 struct ColumnarHDWriter::Head {
+  // The workers themselves encode, so that there are helpers only for the threads beyond them.
   Head(TableLayout tableLayout, std::size_t workerCount, int threads)
       : layout(std::move(tableLayout)),
         descriptors(workerCount, layout.descriptors.width(), layout.descriptorsInRecord),
-        permits(threads) {}
+        permits(threads),
+        helpers(std::clamp(threads - static_cast<int>(workerCount), 0,
+                           static_cast<int>(layout.metadata.columns.size()) - 1)) {}
 
   TableLayout layout;
   DescriptorDoubleBuffer descriptors;
   ThreadPermits permits;
   std::vector<std::unique_ptr<ColumnSetWorker>> workers;  // one a set that has columns
+  TaskPool helpers;                                       // use all of the above
 };
 
 ColumnarHDWriter::ColumnarHDWriter(AskAboutFullDisk ask)
@@ -102,7 +106,7 @@ bool ColumnarHDWriter::tryToLayOut(const OneRow& row) {
 void ColumnarHDWriter::createWorkers() {
   const auto& columns = m_head->layout.metadata.columns;
   const WorkerSurroundings surroundings{m_head->layout, m_head->descriptors, m_head->permits,
-                                        m_failure};
+                                        m_head->helpers, m_failure};
   for (std::size_t first = 0; first < columns.size();) {
     const auto end = std::find_if(
         columns.begin() + static_cast<std::ptrdiff_t>(first), columns.end(),

@@ -1,7 +1,8 @@
 // Writes rows into one columnar file: a main file and a side file for each column set.
 //
 // The caller's thread only copies values into blocks; a thread for each column set encodes and
-// stores them, and one more writes descriptor records. The same rows yield the same bytes, whatever
+// stores them, with helpers where more threads are permitted, and one more writes descriptor
+// records. The same rows yield the same bytes, whatever
 // the number of threads. Until closeHD() has synchronized everything, the file is marked
 // incomplete.
 //

@@ -17,13 +17,24 @@ class ThreadPermits {
   // Holds a permit while it lives.
   class Permit {
    public:
+    // Waits for it.
     explicit Permit(ThreadPermits& permits) : m_permits(permits) { m_permits.acquire(); }
-    ~Permit() { m_permits.release(); }
+    // Holds none where there is none left.
+    Permit(ThreadPermits& permits, std::try_to_lock_t)
+        : m_permits(permits), m_isHeld(m_permits.tryToAcquire()) {}
+    ~Permit() {
+      if (m_isHeld) {
+        m_permits.release();
+      }
+    }
     Permit(const Permit&) = delete;
     Permit& operator=(const Permit&) = delete;
 
+    bool isHeld() const { return m_isHeld; }
+
    private:
     ThreadPermits& m_permits;
+    const bool m_isHeld = true;
   };
 
  private:
@@ -31,6 +42,12 @@ class ThreadPermits {
     std::unique_lock lock(m_mutex);
     m_released.wait(lock, [this] { return m_left > 0; });
     --m_left;
+  }
+  bool tryToAcquire() {
+    const std::lock_guard lock(m_mutex);
+    const bool isLeft = m_left > 0;
+    m_left -= isLeft ? 1 : 0;
+    return isLeft;
   }
   void release() {
     const std::lock_guard lock(m_mutex);

@@ -71,6 +71,7 @@ struct ColumnsCall {
                    double* numbers) = nullptr;
   const void* expression = nullptr;
   std::span<const std::size_t> elements;  // of the variables that it uses
+  bool isCheap = false;                   // a few instructions a row
 
   // columns[element] points at the numbers of that variable.
   void operator()(const double* const* columns, std::size_t rowCount, double* numbers) const {

@@ -23,7 +23,7 @@ class NativeExpression final : public NumberExpression {
 
   NumberCall numberCall() override { return {evaluateNow, this}; }
   ColumnsCall columnsCall() const override {
-    return {evaluateColumns, this, m_function->elements()};
+    return {evaluateColumns, this, m_function->elements(), m_function->isCheap()};
   }
 
  private:

@@ -61,6 +61,11 @@ bool BatchProgram::addVariable(std::size_t variable, const std::vector<NumberSou
   return true;
 }
 
+bool BatchProgram::mayEvaluateAnyRow() const {
+  return !m_needsRowNumbers && m_columnsOfKeys.empty() &&
+         std::ranges::all_of(m_calls, &ColumnsCall::isCheap);
+}
+
 std::size_t BatchProgram::rowsBeforeFailure(const RowBatch& batch) const {
   std::size_t rows = batch.rowCount();
   for (const int column : m_columnsOfKeys) {

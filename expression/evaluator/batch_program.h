@@ -25,6 +25,8 @@ class BatchProgram {
   bool needsRowNumbers() const { return m_needsRowNumbers; }
   // The rows before the first one with a null key that stops the run.
   std::size_t rowsBeforeFailure(const RowBatch& batch) const;
+  // Rows that do not count may be evaluated, too, which takes less time than to leave some out.
+  bool mayEvaluateAnyRow() const;
   // So many that their values stay in the processor's nearer caches.
   std::size_t rowsAtOnce() const { return m_rowsAtOnce; }
 

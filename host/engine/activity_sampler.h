@@ -45,7 +45,7 @@ class ActivitySampler {
   std::unordered_map<const ActionItem*, std::size_t> m_indexOfAction;
   std::vector<std::atomic<long long>> m_nanoseconds;
   ProgressMeter& m_meter;
-  std::mutex m_mutex;  // guards m_threads and m_mustEnd
+  std::mutex m_mutex;                         // guards m_threads and m_mustEnd
   std::vector<const ActionItem**> m_threads;  // where they have the action at work
   std::condition_variable m_ending;
   bool m_mustEnd = false;

@@ -49,8 +49,8 @@ TakenBatch RowLink::nextBatch() {
     chain.encoder = m_consumer.encoder();
     chain.sinkAction = &m_consumer.item();
     if (chain.encoder != nullptr) {
-      m_encoding = std::make_unique<BatchPipeline>(*m_consumer.pool(), std::move(chain),
-                                                   std::vector<int>());
+      m_encoding =
+          std::make_unique<BatchPipeline>(*m_consumer.pool(), std::move(chain), std::vector<int>());
     }
   }
   return m_encoding == nullptr ? takeBatch() : takeEncodedBatch();

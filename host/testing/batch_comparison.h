@@ -14,8 +14,8 @@
 
 namespace kelvarin::testing {
 
-inline constexpr BatchShape kBatchShapes[] = {{1},          {2, true}, {7},         {7, true},
-                                              {1000, true}, {1000},    {3000, true}};
+inline constexpr BatchShape kBatchShapes[] = {{1},    {2, 1},    {7},       {7, 5},
+                                              {1000}, {1000, 1}, {1000, 5}, {3000, 1}};
 
 // All that a run shows.
 struct RunOutcome {

@@ -83,7 +83,7 @@ void FakeInputPin::passRows(std::size_t count) {
 }
 
 RowBatchPointer FakeInputPin::collectBatch() {
-  const std::size_t stored = m_shape.hasStrayRows ? 2 : 1;  // for each row
+  const std::size_t stored = m_shape.strayRows + 1;  // for each row
   BatchCollector collector(typesOf(m_row), {.rows = stored * m_shape.rows});
   std::vector<const unsigned char*> values(static_cast<std::size_t>(m_metaData.columnCount()));
   std::size_t count = 0;
@@ -92,8 +92,8 @@ RowBatchPointer FakeInputPin::collectBatch() {
     if (row == nullptr) {
       break;
     }
-    if (m_shape.hasStrayRows) {
-      std::fill(values.begin(), values.end(), nullptr);
+    std::fill(values.begin(), values.end(), nullptr);
+    for (std::size_t i = 0; i < m_shape.strayRows; ++i) {
       collector.append(values.data());
     }
     for (std::size_t i = 0; i < values.size(); ++i) {
@@ -105,12 +105,12 @@ RowBatchPointer FakeInputPin::collectBatch() {
     return nullptr;
   }
   const RowBatchPointer batch = collector.take();
-  if (!m_shape.hasStrayRows) {
+  if (m_shape.strayRows == 0) {
     return batch;
   }
   auto selection = std::make_shared<std::uint32_t[]>(count);
   for (std::size_t i = 0; i < count; ++i) {
-    selection[i] = static_cast<std::uint32_t>(2 * i + 1);
+    selection[i] = static_cast<std::uint32_t>(stored * i + m_shape.strayRows);
   }
   return std::make_shared<RowBatch>(batch->storedRows(), batch->columns(), std::move(selection),
                                     count);

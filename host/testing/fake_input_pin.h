@@ -14,8 +14,8 @@ namespace kelvarin::testing {
 // How rows are put into batches.
 struct BatchShape {
   std::size_t rows = 4096;
-  // Rows of nulls that do not count are stored between those that do.
-  bool hasStrayRows = false;
+  // Rows of nulls that are stored before each row and do not count.
+  std::size_t strayRows = 0;
 };
 
 class FakeInputPin : public InputPin {

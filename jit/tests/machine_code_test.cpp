@@ -184,6 +184,15 @@ TEST(MachineCode, NoPageIsWritableAndExecutable) {
   EXPECT_GT(executableCount, 0u);
 }
 
+TEST(MachineCode, IsCheapUnlessItCallsFunctions) {
+  if (bestInstructionSet() == InstructionSet::none) {
+    GTEST_SKIP() << "no machine code here";
+  }
+  EXPECT_TRUE(compile("v0*2+v1", InstructionSet::sse2)->isCheap());
+  EXPECT_FALSE(compile("v0 > 1 ? sin(v1) : 2", InstructionSet::sse2)->isCheap());
+  EXPECT_FALSE(compile("v0*2+v1", InstructionSet::none)->isCheap());
+}
+
 // In a process of its own, which the system lets make nothing executable any more.
 TEST(MachineCode, EvaluatesWithoutExecutableMemory) {
   constexpr int setMemoryDenyWriteExecute = 65;

@@ -77,7 +77,7 @@ void BlockFilterPage::addExpression() {
   m_blocksAhead = spinBox("sbBlocksAhead", 0, 1000, tr("Blocks read ahead"));
   auto* label = new QLabel(tr("Blocks &read ahead:"), box);
   label->setBuddy(m_blocksAhead);
-  m_blocksAhead->setToolTip(tr("Read on a thread of their own while rows are computed; 0: none."));
+  m_blocksAhead->setToolTip(tr("Decoded on other threads while rows are computed; 0: none."));
   box->layout()->addWidget(rowOf({label, m_blocksAhead}, box));
 }
 

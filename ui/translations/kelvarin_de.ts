@@ -1787,8 +1787,8 @@
         <translation>Im Voraus gelesene Blöcke</translation>
     </message>
     <message>
-        <source>Read on a thread of their own while rows are computed; 0: none.</source>
-        <translation>Werden in einem eigenen Thread gelesen, während Zeilen berechnet werden; 0: keine.</translation>
+        <source>Decoded on other threads while rows are computed; 0: none.</source>
+        <translation>Werden in anderen Threads dekodiert, während Zeilen berechnet werden; 0: keine.</translation>
     </message>
     <message>
         <source>What the expression knows of a block</source>

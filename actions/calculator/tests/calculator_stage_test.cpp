@@ -21,7 +21,8 @@ void expectSameInBatches(const std::string& xml, const std::string& columns, con
   const RunOutcome rowByRow = outcomeOf<Calculator>(xml, columns, rows);
   for (const BatchShape& shape : kBatchShapes) {
     EXPECT_EQ(outcomeOf<Calculator>(xml, columns, rows, shape), rowByRow)
-        << xml << " in batches of " << shape.rows << (shape.hasStrayRows ? ", selected" : "");
+        << xml << " in batches of " << shape.rows << " and " << shape.strayRows
+        << " stray ones for each";
   }
 }
 
@@ -48,6 +49,16 @@ TEST(CalculatorStage, RandomOutputsAreThoseOfSingleRows) {
     expectSameInBatches(
         calculator(outputs, "castToKey1='1' castToKey2='1' castToKey3='" + nullKeys + "'", kInputs),
         kColumns, randomRows(seed, 1500));
+  }
+}
+
+// Cheap ones are computed for all stored rows of a batch, others for the selected ones.
+TEST(CalculatorStage, CheapAndCostlyOutputsAreThoseOfSingleRows) {
+  const Rows rows = randomRows(3, 2500);
+  for (const char* expression : {"a*2+b", "pow(a,1.5)", "a+_n"}) {
+    expectSameInBatches(
+        calculator(output("x", expression) + output("b", "b+k", "update='1'"), "", kInputs),
+        kColumns, rows);
   }
 }
 

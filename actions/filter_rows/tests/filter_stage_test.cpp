@@ -20,7 +20,8 @@ void expectSameInBatches(const std::string& xml, const Rows& rows) {
   const RunOutcome rowByRow = outcomeOf<FilterRows>(xml, kColumns, rows);
   for (const BatchShape& shape : kBatchShapes) {
     EXPECT_EQ(outcomeOf<FilterRows>(xml, kColumns, rows, shape), rowByRow)
-        << xml << " in batches of " << shape.rows << (shape.hasStrayRows ? ", selected" : "");
+        << xml << " in batches of " << shape.rows << " and " << shape.strayRows
+        << " stray ones for each";
   }
 }
 
@@ -70,7 +71,7 @@ TEST(FilterStage, RowsThatNobodyReadsAreCounted) {
   for (const std::string& xml : {filter("b &gt; 6"), filter("1"), filter("0"), filter("_n % 2"),
                                  filter("a &lt; 1500", "truncate='1'")}) {
     const std::vector<long long> expected = outcomeOf<FilterRows>(xml, kColumns, rows).published;
-    for (const BatchShape& shape : {BatchShape{7}, BatchShape{1000, true}, BatchShape{3000}}) {
+    for (const BatchShape& shape : {BatchShape{7}, BatchShape{1000, 1}, BatchShape{3000}}) {
       for (const std::vector<int>& unread : {std::vector{0}, {1}, {0, 1}}) {
         const auto leave = [&unread](RowHarness& h) {
           std::ranges::for_each(unread, [&h](int pin) { h.leaveUnread(pin); });
@@ -84,7 +85,7 @@ TEST(FilterStage, RowsThatNobodyReadsAreCounted) {
 
 TEST(FilterStage, ColumnsStayAsTheyAre) {
   auto h = RowHarness::of<FilterRows>(filter("b &gt; 4"), kColumns);
-  h.pullInBatches({1000, true});
+  h.pullInBatches({1000, 1});
   h.push(countedRows(500));
   ASSERT_TRUE(h.pull(1).has_value());
   const RowBatchPointer batch = h.input(0).restOfBatch();

@@ -12,8 +12,8 @@ namespace kelvarin::testing {
 
 namespace {
 
-const std::vector<MadeColumn> kColumns{{"key", 'K'}, {"same", 'F'}, {"number", 'F'},
-                                       {"same text", 'U'}, {"text", 'U'}};
+const std::vector<MadeColumn> kColumns{
+    {"key", 'K'}, {"same", 'F'}, {"number", 'F'}, {"same text", 'U'}, {"text", 'U'}};
 
 std::vector<Values> someRows(int count) {
   std::vector<Values> rows;

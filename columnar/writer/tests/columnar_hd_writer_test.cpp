@@ -137,6 +137,24 @@ TEST(ColumnarHDWriter, GoldenFile) {
   EXPECT_EQ(loadPacked<std::uint64_t>(main.data() + main.size() - 8), kEndMarker);
 }
 
+// The blocks are large enough for helpers, and there are more sets than threads, or fewer.
+TEST(ColumnarHDWriter, TheBytesDoNotDependOnWhoEncodesAColumn) {
+  const Folder folder;
+  const std::string file = folder.file("h.cgel_kelvarin");
+  for (const QHash<QString, int>& sets : {QHash<QString, int>(), kThreeSets}) {
+    std::vector<ByteList> alone;
+    for (const int threads : {1, 2, 3, 8}) {
+      FakeInputPin pin = wideTable(10'000);
+      ColumnarHDWriter writer;
+      ASSERT_TRUE(
+          writeAll(writer, pin, file, {.rowsInBlock = 3000, .sets = sets, .threads = threads}));
+      const std::vector<ByteList> files = filesOf(file, 3);
+      alone = threads == 1 ? files : alone;
+      EXPECT_EQ(files, alone) << threads << " threads";
+    }
+  }
+}
+
 TEST(ColumnarHDWriter, OnlyANormalEndMakesAFileComplete) {
   const Folder folder;
   const std::string file = folder.file("e.cgel_kelvarin");

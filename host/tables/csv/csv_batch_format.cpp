@@ -13,12 +13,11 @@ namespace kelvarin {
 
 namespace {
 
-constexpr std::size_t kFirstCapacity = 256 * 1024;
 // With quotes around, every byte doubled, and a separator.
 constexpr std::size_t kMaxNumberSize = 2 * kLongestNumberText + 3;
 constexpr std::string_view kNumberBytes = "0123456789.+-einfa";
-// Bytes of a short text that are read and written at once.
-constexpr std::size_t kEager = 16;
+// Bytes of a text that are read and written at once.
+constexpr std::size_t kStep = 16;
 
 std::string_view textAt(const unsigned char* value) {
   return {reinterpret_cast<const char*>(value) + 4, lengthFromBytes(value)};
@@ -36,17 +35,6 @@ QString textOfValue(const BatchColumn& column, std::size_t row) {
 }
 
 }  // namespace
-
-char* CsvText::grow(std::size_t used, std::size_t size) {
-  const std::size_t capacity =
-      std::max(kFirstCapacity, m_buffer.capacity + m_buffer.capacity / 2) + size;
-  std::unique_ptr<char[]> larger(new char[capacity]);
-  if (used > 0) {
-    std::memcpy(larger.get(), m_buffer.bytes.get(), used);
-  }
-  m_buffer = {std::move(larger), capacity};
-  return m_buffer.bytes.get() + used;
-}
 
 CsvBatchFormat::CsvBatchFormat(const CsvDialect& dialect, std::vector<MetaTypeColumn> types)
     : m_dialect(dialect), m_types(std::move(types)) {
@@ -147,7 +135,7 @@ inline char* CsvBatchFormat::quotedIfNeeded(char* target, char* end) const {
 inline char* CsvBatchFormat::appendText(CsvText& text, char* target, std::string_view value,
                                         const unsigned char* end) const {
   target = text.reserve(target, 2 * value.size() + m_fixedCapacity);
-  if (value.size() <= kEager && copyPlain(target, value, end)) {
+  if (copyPlain(target, value, end)) [[likely]] {
     return target + value.size();
   }
   // An empty line would be a missing value.
@@ -158,22 +146,34 @@ inline char* CsvBatchFormat::appendText(CsvText& text, char* target, std::string
   return std::copy(value.begin(), value.end(), target);
 }
 
-// Copies a short text that needs no quotes and is not empty, as can be seen at once. False: it has
-// to be looked at.
-inline bool CsvBatchFormat::copyPlain(char* target, std::string_view value,
-                                      const unsigned char* end) const {
-#ifdef __SSE2__
-  const auto* bytes = reinterpret_cast<const unsigned char*>(value.data());
-  if (value.empty() || !m_dialect.nullText.empty() || end - bytes < std::ptrdiff_t{kEager}) {
+// Copies a text that needs no quotes, as can be seen while it is copied. False: it has to be looked
+// at.
+inline bool CsvBatchFormat::copyPlain([[maybe_unused]] char* target, std::string_view value,
+                                      [[maybe_unused]] const unsigned char* end) const {
+  if (value.empty() || value.size() == m_dialect.nullText.size()) {
     return false;
   }
-  const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
-  const auto is = [&](char c) { return _mm_cmpeq_epi8(chunk, _mm_set1_epi8(c)); };
+#ifdef __SSE2__
+  const char* bytes = value.data();
   const char quote = m_dialect.hasQuote ? m_dialect.quote : m_dialect.separator;
-  const __m128i special = _mm_or_si128(_mm_or_si128(is('\n'), is('\r')),
-                                       _mm_or_si128(is(m_dialect.separator), is(quote)));
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(target), chunk);
-  return (_mm_movemask_epi8(special) & ((1 << value.size()) - 1)) == 0;
+  const auto copyStep = [&](std::size_t at) {
+    const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + at));
+    const auto is = [&](char c) { return _mm_cmpeq_epi8(chunk, _mm_set1_epi8(c)); };
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(target + at), chunk);
+    return _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(is('\n'), is('\r')),
+                                          _mm_or_si128(is(m_dialect.separator), is(quote))));
+  };
+  if (value.size() < kStep) {
+    const bool mayReadStep =
+        end - reinterpret_cast<const unsigned char*>(bytes) >= static_cast<std::ptrdiff_t>(kStep);
+    return mayReadStep && (copyStep(0) & ((1 << value.size()) - 1)) == 0;
+  }
+  const std::size_t last = value.size() - kStep;
+  int special = copyStep(last);
+  for (std::size_t at = 0; at < last; at += kStep) {
+    special |= copyStep(at);
+  }
+  return special == 0;
 #else
   return false;
 #endif

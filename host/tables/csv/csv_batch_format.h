@@ -33,7 +33,7 @@ class CsvBatchFormat final : public BatchEncoder {
   struct Cursor {
     MetaTypeColumn type;
     const BatchColumn* column;
-    const unsigned char* textEnd;  // texts before it may be read 16 bytes at a time
+    const unsigned char* textEnd;  // bytes before it may be read
   };
 
   void appendRows(CsvText& text, const RowBatch& batch, const std::vector<Cursor>& columns) const;

@@ -1,8 +1,8 @@
 // Some whole records of a CSV file, and where their fields are.
 //
-// Filled by CsvUnitReader; CsvIndexer sets the marks, and a unit reads it column by column. A record
-// has a mark for its first byte and one after the end of each field; the mark before a quoted field
-// carries a flag. Memory is kept from one filling to the next.
+// Filled by CsvUnitReader; CsvIndexer sets the marks, and a unit reads it column by column. A
+// record has a mark for its first byte and one after the end of each field; the mark before a
+// quoted field carries a flag. Memory is kept from one filling to the next.
 #pragma once
 
 #include <cstddef>

@@ -3,7 +3,6 @@
 // Threads: one at a time. The memory goes back to a store that is shared by all threads.
 #pragma once
 
-#include <cstring>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -33,7 +32,7 @@ class CsvText final : public EncodedBatch {
  public:
   explicit CsvText(std::shared_ptr<CsvTextStore> store)
       : m_store(std::move(store)), m_buffer(m_store->take()) {}
-  ~CsvText() override { m_store->giveBack(std::move(m_buffer)); }
+  ~CsvText() override;
   CsvText(const CsvText&) = delete;
   CsvText& operator=(const CsvText&) = delete;
 

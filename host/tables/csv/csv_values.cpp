@@ -70,6 +70,21 @@ bool copyShort(unsigned char* target, const char* bytes, std::size_t size) {
   return ((words[0] & highBits[0]) | (words[1] & highBits[1])) == 0;
 }
 
+// Of more than kEager bytes.
+bool isLongAscii(std::string_view text) {
+  std::uint64_t all = 0;
+  const auto look = [&](const char* bytes) {
+    std::uint64_t word;
+    std::memcpy(&word, bytes, sizeof word);
+    all |= word;
+  };
+  for (std::size_t at = 0; at + sizeof all <= text.size(); at += sizeof all) {
+    look(text.data() + at);
+  }
+  look(text.data() + text.size() - sizeof all);
+  return (all & 0x8080808080808080u) == 0;
+}
+
 // For the texts of the first rows, with their counts.
 std::size_t capacityForTexts(const CsvBlock& block, std::size_t index, long long rowCount) {
   const std::uint32_t* mark = block.marksOfRow(0) + index;
@@ -164,6 +179,7 @@ std::optional<BadField> FieldConverter::copyTexts(long long begin, long long end
       next += 4 + text.size();
     } else {
       next = putText(next, text.data(), text.size());
+      isAscii = text.size() > kEager && isLongAscii(text);
     }
     if (!isAscii && !isUtf8(text)) [[unlikely]] {
       return BadField{row, std::string(text)};

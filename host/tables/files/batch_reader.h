@@ -49,7 +49,7 @@ class BatchReader {
   // Before the first unit: the columns that somebody reads; the values of the others may be any.
   virtual void useColumns(const std::vector<bool>& /*isUsed*/) {}
   // Batches have the columns that open() returned. An error of reading is the failure of a unit
-  // without rows. Null: the end; never asked again after that or after a failure was accepted.
+  // without rows. Null: the end, however often it is asked.
   virtual std::unique_ptr<TableUnit> readUnit() = 0;
   // A parsed unit whose rows are used: counts what was tolerated in it, and settles its failure.
   virtual void accept(TableUnit& /*unit*/) {}

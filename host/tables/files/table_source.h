@@ -56,6 +56,8 @@ class TableSource : public ActionItem, public BatchSource, public FileUser {
   void saveHead(std::wostringstream& out, const QString& name) const;
 
  private:
+  class OrderedUnit;
+
   static bool openAndAnnounce(ActionItem* action);
   static bool endReading(ActionItem* action);
 
@@ -63,7 +65,6 @@ class TableSource : public ActionItem, public BatchSource, public FileUser {
   void explainFailureToOpen() const;
   Status<QString> announce(const TableColumns& columns);
   bool isStopped() const { return m_isWoken || (run() != nullptr && !run()->isRunning()); }
-  class OrderedUnit;
   RowBatchPointer acceptRead(TableUnit& unit);
   std::optional<OrderBreak> firstBreak(const OrderedUnit& unit);
   bool endWithError(const QString& text);

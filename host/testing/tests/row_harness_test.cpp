@@ -90,9 +90,9 @@ TEST(RowHarness, BytesHeldBeyondTheNextPullAreSpoilt) {
 // Whatever its shape, a batch has the rows that next() would have shown. Rows and batches of one
 // pin may take turns.
 TEST(FakeInputPin, BatchesHaveTheRowsThatWereTyped) {
-  for (const bool hasStrayRows : {false, true}) {
+  for (const std::size_t strayRows : {0, 1, 5}) {
     kelvarin::testing::FakeInputPin pin(kelvarin::testing::columnsFromText("a:F t:U"));
-    pin.setBatchShape({.rows = 2, .hasStrayRows = hasStrayRows});
+    pin.setBatchShape({.rows = 2, .strayRows = strayRows});
     pin.push({1, "x"});
     pin.push({2, nullptr}, 4);
     ASSERT_NE(pin.next(), nullptr);

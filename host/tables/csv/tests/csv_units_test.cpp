@@ -125,6 +125,20 @@ TEST(CsvUnits, ofAnySizeHaveTheSameRowsAtRandom) {
   }
 }
 
+TEST(CsvUnits, bytesThatAreNoTextAreFoundWhereverTheyAre) {
+  const TableFolder folder;
+  for (std::size_t size = 1; size <= 40; ++size) {
+    for (std::size_t at = 0; at < size; ++at) {
+      std::string text(size, 'x');
+      text[at] = '\xFF';
+      const std::string path = folder.write(std::to_string(100 * size + at), "a,b\n1," + text);
+      ASSERT_NE(reading(path, {}, 1000).error.find("line 2, column 'b': the text is not UTF-8"),
+                std::string::npos)
+          << size << ' ' << at;
+    }
+  }
+}
+
 // What is cut at every record can be parsed by many.
 TEST(CsvUnits, endWithTheLastWholeRecord) {
   const TableFolder folder;

@@ -1,5 +1,6 @@
 #include "host/tables/csv/write_csv.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -106,6 +107,50 @@ TEST(WriteCsv, aFieldThatNeedsAQuoteWhereThereIsNone) {
   EXPECT_NE(sink.log().at(0).find("row 2, column 'b': '1,5'"), std::string::npos) << sink.log()[0];
   EXPECT_EQ(folder.read("out.csv"), "old");
   EXPECT_EQ(folder.listing(), "out.csv");
+
+  // The rows before are written where they can be seen.
+  ASSERT_EQ(::mkfifo(folder.path("pipe").c_str(), 0600), 0);
+  const int pipe = ::open(folder.path("pipe").c_str(), O_RDWR | O_CLOEXEC);
+  auto stream = RowHarness::of<WriteCsv>(sinkXml(folder.path("pipe"), "quote=''"), "a:U");
+  stream.input(0).setBatchShape({.rows = 2});
+  stream.push(Rows{{"1"}, {"2"}, {"3"}, {","}, {"5"}});
+  stream.finish();
+  EXPECT_NE(stream.log().at(0).find("row 4, column 'a': ','"), std::string::npos);
+  char text[16] = {};
+  EXPECT_EQ(::read(pipe, text, sizeof text), 8);
+  EXPECT_STREQ(text, "a\n1\n2\n3\n");
+  ::close(pipe);
+}
+
+// Texts of every length, with a byte that needs quotes at every position or none, in batches that
+// end anywhere and have rows that do not count.
+TEST(WriteCsv, batchesOfAnyShapeMakeTheSameFile) {
+  Rows rows;
+  std::string expected = "a,b,c\n";
+  for (std::size_t size = 0; size <= 40; ++size) {
+    for (std::size_t at = 0; at <= size; ++at) {
+      std::string text(size, 'x');
+      const bool needsQuote = at < size || size == 0;  // an empty text is not null
+      if (at < size) {
+        text[at] = ",\n\r\""[at % 4];
+      }
+      rows.push_back({1.5, text, static_cast<unsigned>(at)});
+      if (at < size && at % 4 == 3) {
+        text.insert(at, 1, '"');
+      }
+      expected += "1.5," + (needsQuote ? '"' + text + '"' : text) + ',' + std::to_string(at) + '\n';
+    }
+  }
+  for (const std::size_t size : {1u, 2u, 7u, 4096u}) {
+    for (const std::size_t strayRows : {0u, 1u}) {
+      const TableFolder folder;
+      auto sink = RowHarness::of<WriteCsv>(sinkXml(folder.path("out.csv")), "a:F b:U c:K");
+      sink.input(0).setBatchShape({.rows = size, .strayRows = strayRows});
+      sink.push(rows);
+      sink.finish();
+      EXPECT_TRUE(folder.read("out.csv") == expected) << size << ' ' << strayRows;
+    }
+  }
 }
 
 TEST(WriteCsv, theFileAppearsAtANormalEndOnly) {
