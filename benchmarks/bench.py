@@ -36,7 +36,7 @@ def parsed_arguments():
     parser.add_argument("--build", default="build/release", metavar="FOLDER", help="with the programs; default: %(default)s")
     parser.add_argument("--base", metavar="FOLDER", help="with the programs of an earlier build, to compare graphs with")
     parser.add_argument("--threads", type=int, metavar="N", help="of our graphs; default: one for each core")
-    parser.add_argument("--folder", metavar="FOLDER", help="for the files of the graphs, up to 2 GB")
+    parser.add_argument("--folder", metavar="FOLDER", help="for the files of the graphs, up to 4 GB")
     return parser.parse_args()
 
 

@@ -1,9 +1,9 @@
 """How much of a graph's work can be spread over many processors, and how fast it would be on them.
 
-Samples of a run with two threads say where its processor time goes. Serial is what the engine's thread does outside of
-tasks: it judges what was read, counts, and writes. What else one thread at a time does (reading, and each thread of the
-columnar writer) goes beside it, but no run is faster than the longest of them. On P processors a run takes the serial
-share and the P-th part of the rest (Amdahl), or that longest share.
+Samples of a run with two threads say where its processor time goes, but for the start of the program. Serial is what the
+engine's thread does outside of tasks: it counts, judges what was read, and writes. What else one thread at a time does
+(reading, and each thread of the columnar writer) goes beside it, but no run is faster than the longest of them. On P
+processors a run takes the serial share and the P-th part of the rest (Amdahl), or that longest share.
 """
 
 import collections
@@ -17,15 +17,16 @@ from comparison import Comparison
 from graphs.data import write_table
 from graphs.suite import FORMS, ROWS, ours_of, write_form
 
-SAMPLES_A_SECOND = 499
+SAMPLES_A_SECOND = 1999
 STACK_BYTES = 16384
 PROCESSORS = (4, 8, 16, 64)
 MOST_SERIAL = 8  # per cent; of columnar files it is stated only
 # The function that says what a thread was at; the first one that is found in its stack counts.
-STAGES = (("reading", "::readUnit"), ("tasks", "BatchPipeline::Task::run"), ("tasks", "TaskPool::"),
+STAGES = (("reading", "::readUnit"), ("tasks", "BatchPipeline::Task::"), ("tasks", "TaskPool::"),
           ("columns of the writer", "ColumnSetWorker::"), ("descriptors of the writer", "::writeMeta"),
-          ("tasks", "GroupEncoding::"), ("serial", "runOnThisStack"))
-REST = "start and end"
+          ("tasks", "GroupEncoding::"), ("serial: writing", "OutputFile::"), ("serial: judging", "::accept"),
+          ("serial: all else", "runOnThisStack"))
+START = "start"
 
 
 def run(options):
@@ -52,23 +53,27 @@ def shares_of(folder, command):
     samples = subprocess.run(["perf", "script", "--input", data, "--no-inline", "--fields", "tid,ip,sym"], check=True,
                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True).stdout
     counts = collections.Counter(stage_of(stack) for stack in samples.split("\n\n") if stack.strip())
+    del counts[START]
     return {stage: count / counts.total() for stage, count in counts.items()}
 
 
 def stage_of(stack):
-    return next((stage for stage, function in STAGES if function in stack), REST)
+    return next((stage for stage, function in STAGES if function in stack), START)
 
 
 def compare(group, shares, most_serial):
-    found = [Comparison(group, "serial", f"{MOST_SERIAL} %", 100 * shares.get("serial", 0), MOST_SERIAL, "%",
+    found = [Comparison(group, "serial", f"{MOST_SERIAL} %", 100 * serial_share(shares), MOST_SERIAL, "%",
                         most_serial and 1.0)]
-    found += [Comparison(group, stage, "all", 100 * share, 100, "%") for stage, share in sorted(shares.items())
-              if stage != "serial"]
+    found += [Comparison(group, stage, "all", 100 * share, 100, "%") for stage, share in sorted(shares.items())]
     return found + [Comparison(group, "speed-up", f"{count} processors", speed_up(shares, count), count, "times")
                     for count in PROCESSORS]
 
 
+def serial_share(shares):
+    return sum(share for stage, share in shares.items() if stage.startswith("serial"))
+
+
 def speed_up(shares, processors):
-    serial = shares.get("serial", 0) + shares.get(REST, 0)
-    longest = max([share for stage, share in shares.items() if stage not in ("serial", "tasks", REST)], default=0)
+    serial = serial_share(shares)
+    longest = max([share for stage, share in shares.items() if not stage.startswith(("serial", "tasks"))], default=0)
     return 1 / max(serial + (1 - serial) / processors, longest)

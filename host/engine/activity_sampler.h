@@ -31,9 +31,9 @@ class ActivitySampler {
   ActivitySampler(const ActivitySampler&) = delete;
   ActivitySampler& operator=(const ActivitySampler&) = delete;
 
-  // Watches the calling thread as well, which must not end before stop(). Any thread.
+  // Watches the calling thread as well, which lives until stop(). Any thread.
   void watchThisThread();
-  // Watches nobody any more.
+  // Looks no more.
   void stop();
   // Of the action with that index so far; of several threads the sum.
   double seconds(int action) const;

@@ -14,25 +14,40 @@ void BatchTrail::settle(std::size_t rows) {
   if (m_rowsRead != nullptr) {
     *m_rowsRead += added;
   }
+  settleInput();
+}
+
+void BatchTrail::settleRest() {
+  m_isRestTaken = true;
+  settleInput();
+}
+
+void BatchTrail::settleInput() {
   if (m_origin.maker == nullptr) {
     return;
   }
-  const std::size_t inputRows = inputRowsFor(rows);
+  const bool isAll = m_isRestTaken && isSettled();
+  const std::size_t inputRows = isAll ? m_origin.result.rowsDone : inputRowsFor(m_rowsSettled);
   m_origin.maker->countRows(m_origin.result, m_inputRowsSettled, inputRows);
   m_inputRowsSettled = inputRows;
   if (m_origin.parent != nullptr) {
     m_origin.parent->settle(m_origin.firstInParent + inputRows);
+    if (isAll && m_origin.parent->isSettled()) {
+      m_origin.parent->settleRest();
+    }
   }
 }
 
-// Whoever takes the last row has seen what comes after it, too.
+bool BatchTrail::isSettled() const {
+  return m_origin.maker != nullptr &&
+         m_rowsSettled == m_origin.result.outputs[m_pinIndex]->rowCount();
+}
+
 std::size_t BatchTrail::inputRowsFor(std::size_t rows) const {
-  const StageResult& result = m_origin.result;
-  const RowBatchPointer& output = result.outputs[m_pinIndex];
-  if (rows == output->rowCount()) {
-    return result.rowsDone;
+  if (rows == 0) {
+    return 0;
   }
-  const RowSelection& inputRows = result.inputRows[m_pinIndex];
+  const RowSelection& inputRows = m_origin.result.inputRows[m_pinIndex];
   return inputRows == nullptr ? rows : inputRows[rows - 1] + 1;
 }
 
@@ -40,6 +55,9 @@ void settleInput(BatchTrail::Origin& origin) {
   origin.maker->countRows(origin.result, 0, origin.result.rowsDone);
   if (origin.parent != nullptr) {
     origin.parent->settle(origin.firstInParent + origin.result.rowsDone);
+    if (origin.parent->isSettled()) {
+      origin.parent->settleRest();
+    }
   }
 }
 

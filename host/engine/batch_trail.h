@@ -32,8 +32,13 @@ class BatchTrail {
   void arriveAt(long long& rowsRead) { m_rowsRead = &rowsRead; }
   // The first `rows` rows have been taken.
   void settle(std::size_t rows);
+  // Somebody has asked for what comes after the last row, and so for the input behind it.
+  void settleRest();
+  // All rows of a result have been taken.
+  bool isSettled() const;
 
  private:
+  void settleInput();
   std::size_t inputRowsFor(std::size_t rows) const;
 
   OutputPin* m_pin;
@@ -42,6 +47,7 @@ class BatchTrail {
   long long* m_rowsRead = nullptr;
   std::size_t m_rowsSettled = 0;
   std::size_t m_inputRowsSettled = 0;
+  bool m_isRestTaken = false;
 };
 
 using BatchTrailPointer = std::shared_ptr<BatchTrail>;

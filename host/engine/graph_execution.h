@@ -67,9 +67,8 @@ class GraphExecution {
   RunRecord& m_stopSwitch;
   ExecutionOptions m_options;
   ProgressMeter m_progress;
-  // Null where nobody asks for progress; the threads of the pool know it.
-  std::unique_ptr<ActivitySampler> m_sampler;
-  std::unique_ptr<TaskPool> m_pool;  // null where everything is done on the engine thread
+  std::unique_ptr<ActivitySampler> m_sampler;  // null where nobody asks for progress
+  std::unique_ptr<TaskPool> m_pool;            // null where everything is done on the engine thread
   GraphLinks m_links;
   std::vector<int> m_order;
   std::vector<std::unique_ptr<DisabledAction>> m_disabledActions;

@@ -165,6 +165,15 @@ void RowLink::settleAtEnd() {
   }
 }
 
+// All rows of the batch have been taken.
+void RowLink::askOn() {
+  if (m_trail != nullptr) {
+    settleAtEnd();
+    m_trail->settleRest();
+    m_trail = nullptr;
+  }
+}
+
 void RowLink::startBatch(PublishedBatch published) {
   m_rows.start(std::move(published.batch));
   m_trail = std::move(published.trail);
@@ -190,8 +199,7 @@ bool RowLink::takeBorrowedBatch() {
 
 RowLink::Supply StraightLink::fetch() {
   for (;;) {
-    settleAtEnd();
-    m_trail = nullptr;
+    askOn();
     if (takeBorrowedBatch()) {
       return Supply::batch;
     }
@@ -239,8 +247,7 @@ QueueLink::QueueLink(RunningAction& producer, int pin, RunningAction& consumer, 
 
 RowLink::Supply QueueLink::fetch() {
   m_wasAsked = true;
-  settleAtEnd();
-  m_trail = nullptr;
+  askOn();
   if (takeBorrowedBatch()) {
     return Supply::batch;
   }
@@ -331,7 +338,7 @@ bool Fork::makeRows() {
   const long long before = m_queue.rowsPushed();
   bool hasAdvanced = false;
   if (m_isOnly) {
-    while (m_rowsHeld < rowsInStep() && m_producer.advance()) {
+    while (m_rowsHeld < rowsInStep() && advanceProducer()) {
       hasAdvanced = true;
     }
   } else {
@@ -349,6 +356,14 @@ bool Fork::makeRows() {
     askRelief();
   }
   return hasAdvanced || m_queue.rowsPushed() > before;
+}
+
+bool Fork::advanceProducer() {
+  if (m_lastTrail != nullptr) {
+    m_lastTrail->settleRest();
+    m_lastTrail = nullptr;
+  }
+  return m_producer.advance();
 }
 
 void Fork::receive(const OneRow& row) {
@@ -372,6 +387,7 @@ void Fork::receive(const RowBatchPointer& batch) {
 void Fork::receive(const PublishedBatch& published) {
   closeCollector();
   m_held.push_back({published.batch, published.trail});
+  m_lastTrail = published.trail;
   m_rowsHeld += published.batch->rowCount();
   // Of a producer with other readers, rows come when these ask, and wait in the queue.
   if (!m_isOnly) {

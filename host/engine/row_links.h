@@ -89,6 +89,7 @@ class RowLink : public InputPin {
 
   bool hasBatch() const { return m_rows.rowsLeft() > 0; }
   void startBatch(PublishedBatch published);
+  void askOn();
   bool takeBorrowedBatch();
   const OneRow* rowOfBatch();
   void settle();
@@ -224,6 +225,7 @@ class Fork final : public RowReceiver {
   };
 
   std::size_t rowsInStep();
+  bool advanceProducer();
   void release(std::size_t rows);
   void closeCollector();
   void askRelief();
@@ -236,7 +238,8 @@ class Fork final : public RowReceiver {
   CongestionRelief& m_relief;
   std::vector<QueueLink*> m_readers;
   std::optional<BatchCollector> m_collector;
-  std::deque<Held> m_held;  // published, and not given to the readers yet
+  std::deque<Held> m_held;        // published, and not given to the readers yet
+  BatchTrailPointer m_lastTrail;  // of the batch after which the producer has not gone on
   std::size_t m_rowsHeld = 0;
   std::size_t m_rowsInStep = 0;
   long long m_rowsToAskRelief = 0;

@@ -259,12 +259,14 @@ void RunningAction::publish(int pin, PublishedBatch published) {
   } else if (to.receiver != nullptr) {
     if (published.trail != nullptr) {
       published.trail->settle(published.batch->rowCount());
+      published.trail->settleRest();
     }
     to.receiver->receive(published.batch);
   } else if (to.isRead) {
     m_published[static_cast<std::size_t>(pin)] = std::move(published);
   } else if (published.trail != nullptr) {
     published.trail->settle(published.batch->rowCount());
+    published.trail->settleRest();
   }
 }
 
