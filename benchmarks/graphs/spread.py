@@ -21,7 +21,7 @@ SAMPLES_A_SECOND = 1999
 STACK_BYTES = 16384
 PROCESSORS = (4, 8, 16, 64)
 MOST_SERIAL = 8  # per cent; of columnar files it is stated only
-# The function that tells what a thread was at; the first one that is found in its stack counts.
+# The function that says what a thread was at; the first one that is found in its stack counts.
 STAGES = (("reading", "::readUnit"), ("tasks", "BatchPipeline::Task::"), ("tasks", "TaskPool::"),
           ("columns of the writer", "ColumnSetWorker::"), ("descriptors of the writer", "::writeMeta"),
           ("tasks", "GroupEncoding::"), ("serial: writing", "OutputFile::"), ("serial: judging", "::accept"),

@@ -70,7 +70,7 @@ def program_of(build):
 
 
 def write_form(form, folder, target):
-    """The graph of a form that writes the file `target`, without its extension; gives the graph's file."""
+    """The graph of a form that writes the file `target`, without its extension; returns the graph's file."""
     work = WORKS[form.work]
     actions, names = actions_and_chain(work)
     graph = os.path.join(folder, f"{target}.kelvarin")

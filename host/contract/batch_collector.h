@@ -1,8 +1,8 @@
 // Gathers single rows into batches.
 //
 // Memory is taken once for each batch.
-// Used by: links whose consumer takes batches from a producer of rows, queues of rows, sources whose
-// rows are typed in.
+// Used by: links whose consumer takes batches from a producer of rows, queues of rows, sources
+// whose rows are typed in.
 // Threads: one at a time.
 #pragma once
 

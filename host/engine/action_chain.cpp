@@ -70,8 +70,8 @@ bool ActionChain::findActions() {
   return true;
 }
 
-// Whoever reads the rows has taken the first ones before: then a sink has its encoder, and an action
-// that can be part of a longer chain is.
+// Whoever reads the rows has taken the first ones before: then a sink has its encoder, and an
+// action that can be part of a longer chain is.
 bool ActionChain::findEncoder() {
   const RowLink* reader = m_last.reader();
   if (reader == nullptr) {

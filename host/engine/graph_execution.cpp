@@ -70,6 +70,9 @@ void GraphExecution::startSampler() {
 GraphExecution::~GraphExecution() {
   m_stopSwitch.setWaker(nullptr);
   close();
+  if (m_sampler != nullptr) {
+    m_sampler->stop();
+  }
   for (RunRecord* record : m_records) {
     if (record != nullptr) {
       record->tasks = nullptr;

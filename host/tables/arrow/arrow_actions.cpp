@@ -79,7 +79,7 @@ Status<QString> ArrowSink::checkSettings() {
 Status<QString> ArrowSink::begin(const OneRow& columns) {
   const auto formats = ArrowFormats::load();
   m_writer = (*formats)->makeWriter(arrowFormatOf(format()), output(), expandedFile(),
-                                    globalParameters()->threadCount());
+                                    run() == nullptr ? nullptr : run()->tasks);
   return m_writer->begin(columns);
 }
 

@@ -16,6 +16,8 @@
 
 namespace kelvarin {
 
+class TaskPool;
+
 enum class ArrowFormat { parquet, arrow };
 
 // Writes one table to a file.
@@ -35,11 +37,11 @@ class ArrowFormats {
   virtual ~ArrowFormats() = default;
   virtual std::unique_ptr<BatchReader> makeReader(ArrowFormat format, const QString& path,
                                                   ColumnRules rules) const = 0;
-  // `file` outlives the writer; `path` is its name in messages. With more than one thread, threads
-  // of the writer encode columns.
+  // `file` and `pool` outlive the writer; `path` is the file's name in messages. Tasks of the pool
+  // encode columns; without one, nothing runs beside the calling thread.
   virtual std::unique_ptr<ArrowTableWriter> makeWriter(ArrowFormat format, OutputFile& file,
                                                        const QString& path,
-                                                       int threadCount) const = 0;
+                                                       TaskPool* pool) const = 0;
 
   // The failure says why the library cannot be loaded.
   static Result<const ArrowFormats*, QString> load();

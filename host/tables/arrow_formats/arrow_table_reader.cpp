@@ -188,7 +188,7 @@ void ArrowTableReader::accept(TableUnit& unit) {
 QStringList ArrowTableReader::warnings() const {
   QStringList warnings;
   for (std::size_t i = 0; i < m_tallies.size(); ++i) {
-    const QString& name = m_plan->columns.names[static_cast<qsizetype>(i)];
+    const QString& name = m_plan->columns.names.at(static_cast<qsizetype>(i));
     if (const RowCount& bad = m_tallies[i].badValues; bad.count > 0) {
       warnings += table_messages::readAsNull(locationOfRow(bad.firstRow), name, bad.count);
     }

@@ -2,11 +2,21 @@
 
 namespace kelvarin {
 
+namespace {
+
+arrow::MemoryPool* chosenPool() {
+#ifdef __SANITIZE_ADDRESS__
+  return arrow::system_memory_pool();  // which the sanitizer watches
+#else
+  arrow::MemoryPool* pool = nullptr;
+  return arrow::jemalloc_memory_pool(&pool).ok() ? pool : arrow::default_memory_pool();
+#endif
+}
+
+}  // namespace
+
 arrow::MemoryPool* columnPool() {
-  static arrow::MemoryPool* const pool = [] {
-    arrow::MemoryPool* found = nullptr;
-    return arrow::jemalloc_memory_pool(&found).ok() ? found : arrow::default_memory_pool();
-  }();
+  static arrow::MemoryPool* const pool = chosenPool();
   return pool;
 }
 

@@ -18,7 +18,7 @@ constexpr std::size_t kMaxRangeSize = 4096;
 // Before the values of a page: the size of what says which are present, and that.
 constexpr std::size_t kSizeOfSize = 4;
 constexpr std::size_t kMaxPresenceSize = maxRunLengthsSize(kRowsInPage, 1);
-constexpr std::size_t kValuesAt = kSizeOfSize + kMaxPresenceSize;
+constexpr std::size_t kValuesAt = (kSizeOfSize + kMaxPresenceSize + 7) / 8 * 8;  // aligned
 
 parquet::EncodedStatistics encoded(const ValueRange& range, std::int64_t rowCount,
                                    std::int64_t missingCount, bool isSigned) {

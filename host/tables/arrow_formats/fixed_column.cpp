@@ -1,7 +1,7 @@
 // Columns of numbers and of keys.
 #include <algorithm>
 #include <limits>
-#include <optional>
+#include <memory>
 
 #include "host/tables/arrow_formats/parquet_columns.h"
 #include "host/tables/arrow_formats/value_dictionary.h"
@@ -117,8 +117,8 @@ class FixedColumn {
 
   // False: there are too many different values, or none.
   bool makeCodes() {
-    m_dictionary.emplace(kMaxDictionaryBytes / sizeof(Value));
-    m_codes.emplace(m_rowCount);
+    m_dictionary = std::make_unique<ValueDictionary<Value>>(kMaxDictionaryBytes / sizeof(Value));
+    m_codes = std::make_unique<ColumnMemory<std::uint32_t>>(m_rowCount);
     std::uint32_t* next = m_codes->values;
     for (const GroupColumn::Piece& piece : m_column.pieces) {
       const Value* values = valuesOf<Value>(piece.values);
@@ -174,9 +174,9 @@ class FixedColumn {
   const GroupColumn& m_column;
   std::size_t m_rowCount;
   ColumnPages& m_pages;
-  std::optional<ValueDictionary<Value>> m_dictionary;
+  std::unique_ptr<ValueDictionary<Value>> m_dictionary;
   bool m_isCoded = false;
-  std::optional<ColumnMemory<std::uint32_t>> m_codes;  // of all rows
+  std::unique_ptr<ColumnMemory<std::uint32_t>> m_codes;  // of all rows
   RangeOf<Value> m_range;
 };
 

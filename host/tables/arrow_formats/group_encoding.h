@@ -1,36 +1,42 @@
-// A row group whose columns are being encoded.
+// A row group whose columns are being encoded, each as a task.
 //
 // Used by: RowGroupWriter.
-// Threads: its own take column after column; the others as they are named.
+// Threads: the engine's; tasks run on any.
 #pragma once
 
-#include <atomic>
-#include <thread>
+#include <condition_variable>
+#include <mutex>
 
+#include "base/task_pool.h"
 #include "host/tables/arrow_formats/row_group_writer.h"
 
 namespace kelvarin {
 
 class GroupEncoding {
  public:
-  // Encodes at once with one thread, else on so many of its own. `format` outlives it.
-  GroupEncoding(std::unique_ptr<RowGroup> group, const RowGroupFormat& format,
-                std::size_t threadCount);
-  // Columns that no thread has begun are left out.
+  // Without a pool, encodes at once. `format` outlives it.
+  GroupEncoding(std::unique_ptr<RowGroup> group, const RowGroupFormat& format, TaskPool* pool);
+  // Columns that nobody has begun are left out.
   ~GroupEncoding();
 
-  // Waits until all columns are encoded, and writes them.
+  // Encodes what nobody has begun, waits for the rest, and writes all columns.
   arrow::Status writeTo(RowGroupFormat& format);
 
  private:
-  void encodeColumns();
+  class ColumnTask;
+
+  void encode(std::size_t column);
+  void waitForTasks();
 
   std::unique_ptr<RowGroup> m_group;
   const RowGroupFormat& m_format;
   std::vector<std::unique_ptr<EncodedColumn>> m_columns;
   std::vector<arrow::Status> m_outcomes;  // of each column
-  std::atomic<std::size_t> m_nextColumn{0};
-  std::vector<std::jthread> m_threads;
+  std::vector<std::shared_ptr<ColumnTask>> m_tasks;
+
+  std::mutex m_mutex;  // guards m_columnsLeft
+  std::condition_variable m_isEncoded;
+  std::size_t m_columnsLeft;
 };
 
 }  // namespace kelvarin

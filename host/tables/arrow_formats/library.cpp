@@ -20,10 +20,9 @@ class Formats final : public ArrowFormats {
     return std::make_unique<ArrowTableReader>(path, std::move(file), std::move(rules));
   }
   std::unique_ptr<ArrowTableWriter> makeWriter(ArrowFormat format, OutputFile& file,
-                                               const QString& path,
-                                               int threadCount) const override {
+                                               const QString& path, TaskPool* pool) const override {
     auto writer = format == ArrowFormat::parquet ? makeParquetWriter() : makeIpcWriter();
-    return std::make_unique<RowGroupWriter>(std::move(writer), file, path, threadCount);
+    return std::make_unique<RowGroupWriter>(std::move(writer), file, path, pool);
   }
 };
 

@@ -20,9 +20,9 @@ namespace kelvarin {
 
 namespace {
 
-constexpr std::int64_t kMaxRowsInUnit = 16 * 1024;
-constexpr std::int64_t kMinRowsInUnit = 1024;
-constexpr std::int64_t kUnitBytes = 2 << 20;
+constexpr double kMaxRowsInUnit = 16 * 1024;
+constexpr double kMinRowsInUnit = 1024;
+constexpr double kUnitBytes = 2 << 20;
 constexpr std::int64_t kReadBuffer = 64 * 1024;
 
 // A damaged file makes the library throw here and there.
@@ -64,12 +64,12 @@ class OpenParquetFile {
 
   // Fewer where rows are long.
   std::int64_t rowsInUnit() const {
-    std::int64_t bytes = 0;
+    double bytes = 1.0;
     for (int group = 0; group < m_metadata->num_row_groups(); ++group) {
-      bytes += std::max<std::int64_t>(m_metadata->RowGroup(group)->total_byte_size(), 0);
+      bytes += std::max(static_cast<double>(m_metadata->RowGroup(group)->total_byte_size()), 0.0);
     }
-    const std::int64_t bytesOfRow = bytes / std::max<std::int64_t>(m_metadata->num_rows(), 1) + 1;
-    return std::clamp(kUnitBytes / bytesOfRow, kMinRowsInUnit, kMaxRowsInUnit);
+    const double rows = kUnitBytes / bytes * static_cast<double>(m_metadata->num_rows());
+    return static_cast<std::int64_t>(std::clamp(rows, kMinRowsInUnit, kMaxRowsInUnit));
   }
 
   arrow::Result<std::unique_ptr<arrow::RecordBatchReader>> column(int group, int column) {
@@ -130,8 +130,11 @@ class ParquetGroup : public ArrowFileGroup {
 
   std::int64_t rowCount() const override { return m_rowCount; }
   arrow::Result<std::shared_ptr<arrow::Array>> next(int column, std::int64_t rowCount) override {
+    arrow::Status& failure = m_columns[static_cast<std::size_t>(column)].failure;
+    ARROW_RETURN_NOT_OK(failure);
     std::shared_ptr<arrow::Array> rows;
-    ARROW_RETURN_NOT_OK(guarded([&] { return read(column, rowCount).Value(&rows); }));
+    failure = guarded([&] { return read(column, rowCount).Value(&rows); });
+    ARROW_RETURN_NOT_OK(failure);
     ARROW_RETURN_NOT_OK(validate(*rows));
     return rows;
   }
@@ -140,7 +143,8 @@ class ParquetGroup : public ArrowFileGroup {
   struct Column {
     std::unique_ptr<arrow::RecordBatchReader> reader;
     std::shared_ptr<arrow::Array> rest;  // read, and not asked for yet
-    std::int64_t rowsLeft;
+    std::int64_t rowsLeft = 0;
+    arrow::Status failure;  // of the library, which is not asked again after it
   };
 
   // Most often the library reads as many rows as are asked for.

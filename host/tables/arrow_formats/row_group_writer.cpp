@@ -7,9 +7,9 @@
 namespace kelvarin {
 
 RowGroupWriter::RowGroupWriter(std::unique_ptr<RowGroupFormat> format, OutputFile& file,
-                               const QString& path, int threadCount)
+                               const QString& path, TaskPool* pool)
     : m_path(path),
-      m_threadCount(static_cast<std::size_t>(threadCount)),
+      m_pool(pool),
       m_stream(std::make_shared<ArrowOutputStream>(file)),
       m_format(std::move(format)) {}
 
@@ -45,16 +45,16 @@ arrow::Status RowGroupWriter::endGroup() {
   ARROW_RETURN_NOT_OK(writeGroups(groupsAhead()));
   auto group = std::make_unique<RowGroup>(m_types);
   std::swap(group, m_group);
-  m_encodings.push_back(
-      std::make_unique<GroupEncoding>(std::move(group), *m_format, m_threadCount));
-  return m_threadCount == 1 ? writeGroups(0) : arrow::Status::OK();
+  m_encodings.push_back(std::make_unique<GroupEncoding>(std::move(group), *m_format, m_pool));
+  return m_pool == nullptr ? writeGroups(0) : arrow::Status::OK();
 }
 
 // So many that no thread is idle while the last columns of one are encoded, and no more, since all
 // of them are in memory.
 std::size_t RowGroupWriter::groupsAhead() const {
   constexpr std::size_t kMaxGroupsAhead = 4;
-  return std::min(m_threadCount / (m_types.size() + 1), kMaxGroupsAhead);
+  const auto threads = static_cast<std::size_t>(m_pool == nullptr ? 0 : m_pool->threadCount());
+  return std::min(threads / (m_types.size() + 1), kMaxGroupsAhead);
 }
 
 arrow::Status RowGroupWriter::writeGroups(std::size_t groupsLeft) {

@@ -1,7 +1,7 @@
 // Writes a Parquet or an Arrow file row group by row group.
 //
-// The columns of a row group are encoded by threads of their own while the rows of the next one
-// come; with one thread, when the row group is full. Which threads did it changes no byte.
+// The columns of a row group are encoded as tasks of the run's pool while the rows of the next one
+// come; without a pool, when the row group is full. Who did it changes no byte.
 // Used by: the sinks, through ArrowTableWriter.
 #pragma once
 
@@ -41,7 +41,7 @@ class GroupEncoding;
 class RowGroupWriter final : public ArrowTableWriter {
  public:
   RowGroupWriter(std::unique_ptr<RowGroupFormat> format, OutputFile& file, const QString& path,
-                 int threadCount);
+                 TaskPool* pool);
   // What has not been written by then is abandoned.
   ~RowGroupWriter() override;
 
@@ -60,7 +60,7 @@ class RowGroupWriter final : public ArrowTableWriter {
   Status<QString> outcome(const arrow::Status& status) const;
 
   QString m_path;
-  std::size_t m_threadCount;
+  TaskPool* m_pool;
   std::shared_ptr<ArrowOutputStream> m_stream;
   std::unique_ptr<RowGroupFormat> m_format;
   std::vector<MetaTypeColumn> m_types;
