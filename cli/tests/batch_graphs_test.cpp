@@ -198,5 +198,22 @@ TEST_F(BatchGraphs, CountRowsAboveAnEarlyEndAsRowByRow) {
   EXPECT_TRUE(seen == expected) << firstDifference(expected, seen);
 }
 
+// The fifth row fails. The reader that asked for it has taken the four before, as it does where it
+// is the only one.
+TEST_F(BatchGraphs, DISABLED_AReaderOfAForkGetsTheRowsBeforeAFailure) {
+  QByteArray source = "<InlineTable name='source'><Column name='a' meta='F'/>";
+  for (const char* value : {"1", "2", "3", "4", "-5", "6"}) {
+    source += "<Row><V>" + QByteArray(value) + "</V></Row>";
+  }
+  const RunResult result = run(document(
+      source +
+          "</InlineTable><Calculator name='n0' castToKey1='2'><InputVars><InputVar column='a'/>"
+          "</InputVars><OutputVars><OutputVar name='k' meta='K'>a</OutputVar></OutputVars>"
+          "</Calculator><Discard name='x1'/><Discard name='x2'/>",
+      link("source", "n0") + link("n0", "x1") + link("n0", "x2")));
+  EXPECT_EQ(result.state, GlobalParameters::RunningState::failed);
+  EXPECT_EQ(result.actions[2].rowsIn, std::vector<long long>{4});
+}
+
 }  // namespace
 }  // namespace kelvarin
