@@ -78,9 +78,6 @@ GraphExecution::~GraphExecution() {
       record->tasks = nullptr;
     }
   }
-  if (m_sampler != nullptr) {
-    m_sampler->stop();
-  }
 }
 
 void GraphExecution::makeAction(int index) {
