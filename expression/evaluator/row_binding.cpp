@@ -208,8 +208,10 @@ std::vector<NumberSource> RowBinding::numberSources(const DateContext& dates,
 }
 
 std::vector<int> RowBinding::columnsOf(std::size_t entry) const {
+  const int elements = elementsOf(m_entries[entry]);
   std::vector<int> columns;
-  for (int element = 0; element < elementsOf(m_entries[entry]); ++element) {
+  columns.reserve(static_cast<std::size_t>(elements));
+  for (int element = 0; element < elements; ++element) {
     columns.push_back(columnOf(entry, element));
   }
   return columns;

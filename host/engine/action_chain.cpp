@@ -112,8 +112,7 @@ bool ActionChain::advance() {
 bool ActionChain::advanceSource() {
   m_source->setUnitHolder(this);
   if (!m_source->source()->canReadUnits()) {
-    m_isRetired = true;
-    return false;
+    return false;  // its routine has to say something first
   }
   const auto result = m_pipeline->next([this] { return mayWait(); });
   if (result != nullptr) {
