@@ -276,7 +276,7 @@ class DrawnGraphs : public ::testing::Test {
       kCsv, kUnsortedCsv, "<ReadParquet name='source' file='in.parquet'/>",
       "<ReadArrow name='source' file='in.arrow'/>",
       "<ReadColumnarGel name='source' fileName='in.cgel_kelvarin'/>"};
-  // Of these a queue knows rows ahead as well.
+  // Without texts, and with columns that are not read.
   static constexpr char kNumbersAlone[] =
       "<ReadColumnarGel name='source' fileName='in.cgel_kelvarin' columnSelection='1'>"
       "<ColumnsToRead><SL><S>id</S><S>a</S><S>b</S><S>k</S></SL></ColumnsToRead>"
