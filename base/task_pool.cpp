@@ -1,5 +1,7 @@
 #include "base/task_pool.h"
 
+#include <algorithm>
+
 namespace kelvarin {
 
 TaskPool::~TaskPool() {
@@ -26,7 +28,7 @@ bool TaskPool::runOne() {
   std::shared_ptr<PoolTask> task;
   {
     const std::lock_guard lock(m_mutex);
-    task = takeClaimed(false);
+    task = takeClaimed(Kind::thatCompute);
   }
   if (task == nullptr) {
     return false;
@@ -36,9 +38,9 @@ bool TaskPool::runOne() {
 }
 
 // The oldest that nobody has begun; those that somebody has are forgotten on the way.
-std::shared_ptr<PoolTask> TaskPool::takeClaimed(bool mayWait) {
+std::shared_ptr<PoolTask> TaskPool::takeClaimed(Kind kind) {
   for (auto task = m_tasks.begin(); task != m_tasks.end();) {
-    if (!mayWait && (*task)->mayWait()) {
+    if (kind != Kind::any && (*task)->mayWait() != (kind == Kind::thatMayWait)) {
       ++task;
       continue;
     }
@@ -51,22 +53,31 @@ std::shared_ptr<PoolTask> TaskPool::takeClaimed(bool mayWait) {
   return nullptr;
 }
 
+bool TaskPool::hasTask(Kind kind) const {
+  return kind == Kind::any ? !m_tasks.empty()
+                           : std::any_of(m_tasks.begin(), m_tasks.end(),
+                                         [](const auto& task) { return task->mayWait(); });
+}
+
 void TaskPool::work(const std::stop_token& stop) {
   if (m_begin) {
     m_begin();
   }
   std::unique_lock lock(m_mutex);
-  while (m_changed.wait(lock, stop, [this] { return !m_tasks.empty(); })) {
+  while (m_changed.wait(lock, stop, [this] { return hasTask(kindForThread()); })) {
     if (stop.stop_requested()) {
       return;
     }
-    const std::shared_ptr<PoolTask> task = takeClaimed(true);
+    const std::shared_ptr<PoolTask> task = takeClaimed(kindForThread());
     if (task == nullptr) {
       continue;
     }
+    const int computing = task->mayWait() ? 0 : 1;
+    m_atWork += computing;
     lock.unlock();
     task->run();
     lock.lock();
+    m_atWork -= computing;
   }
 }
 

@@ -1,13 +1,15 @@
 // Threads that carry out tasks, beside the thread that waits for their results.
 //
 // A task is carried out once, by whoever claims it first: a thread of the pool, or the waiting
-// thread itself, which so never waits for a task that nobody has begun.
+// thread itself, which so never waits for a task that nobody has begun. Threads beyond the processors
+// would only take them from one another, so no more are at work than pays.
 // Used by: host/engine, through the pipelines of a run.
 // Threads: any.
 // Errors: tasks keep their exceptions to themselves.
 #pragma once
 
 #include <atomic>
+#include <climits>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -37,8 +39,9 @@ class PoolTask {
 class TaskPool {
  public:
   // They are started with the first task; each calls `begin`, where there is one, before its own.
-  explicit TaskPool(int threads, std::function<void()> begin = {})
-      : m_threadCount(threads), m_begin(std::move(begin)) {}
+  // At one time `maxAtWork` of them compute; others wait, if only for another program.
+  explicit TaskPool(int threads, std::function<void()> begin = {}, int maxAtWork = INT_MAX)
+      : m_threadCount(threads), m_maxAtWork(maxAtWork), m_begin(std::move(begin)) {}
   // Tasks that nobody has begun are dropped.
   ~TaskPool();
   TaskPool(const TaskPool&) = delete;
@@ -52,14 +55,20 @@ class TaskPool {
  private:
   void start();
   void work(const std::stop_token& stop);
-  std::shared_ptr<PoolTask> takeClaimed(bool mayWait);
+  // Which tasks a thread may begin.
+  enum class Kind { any, thatCompute, thatMayWait };
+  std::shared_ptr<PoolTask> takeClaimed(Kind kind);
+  Kind kindForThread() const { return m_atWork < m_maxAtWork ? Kind::any : Kind::thatMayWait; }
+  bool hasTask(Kind kind) const;
 
   const int m_threadCount;
+  const int m_maxAtWork;
   const std::function<void()> m_begin;
   std::once_flag m_start;
-  std::mutex m_mutex;  // guards m_tasks
+  std::mutex m_mutex;  // guards m_tasks and m_atWork
   std::condition_variable_any m_changed;
   std::deque<std::shared_ptr<PoolTask>> m_tasks;
+  int m_atWork = 0;                     // threads of the pool that compute
   std::vector<std::jthread> m_threads;  // use all of the above
 };
 

@@ -98,6 +98,7 @@ class BatchGraphs : public DrawnGraphs {
     removeFiles(kWritten);
     ExecutionOptions options;
     options.rowsInBatch = rowsInBatch;
+    options.isOversubscribed = true;
     options.countsValues = true;
     options.reportsActions = true;
     const RunResult result = run(text, options, threads);

@@ -41,7 +41,8 @@ struct ColumnarHDWriter::Head {
         descriptors(workerCount, layout.descriptors.width(), layout.descriptorsInRecord),
         permits(threads),
         helpers(std::clamp(threads - static_cast<int>(workerCount), 0,
-                           static_cast<int>(layout.metadata.columns.size()) - 1)) {}
+                           static_cast<int>(layout.metadata.columns.size()) - 1),
+                {}, std::max(1, static_cast<int>(std::thread::hardware_concurrency()) - 1)) {}
 
   TableLayout layout;
   DescriptorDoubleBuffer descriptors;

@@ -36,6 +36,10 @@ struct ExecutionOptions {
   // are the same.
   int rowsInBatch = 0;
 
+  // All threads of a run are at work at the same time, also where there are fewer processors; for
+  // tests.
+  bool isOversubscribed = false;
+
   BatchSize batchSize() const {
     BatchSize size;
     if (rowsInBatch > 0) {

@@ -1,6 +1,7 @@
 #include "host/engine/graph_execution.h"
 
 #include <algorithm>
+#include <thread>
 
 namespace kelvarin {
 
@@ -11,9 +12,15 @@ constexpr std::size_t at(int index) {
 }
 
 // Null: everything is done on the engine thread, which is one of the threads in any case.
-std::unique_ptr<TaskPool> poolFor(const Graph& graph, std::function<void()> begin) {
+std::unique_ptr<TaskPool> poolFor(const Graph& graph, const ExecutionOptions& options,
+                                  std::function<void()> begin) {
   const int threads = graph.settings == nullptr ? 1 : graph.settings->threadCount();
-  return threads > 1 ? std::make_unique<TaskPool>(threads - 1, std::move(begin)) : nullptr;
+  if (threads < 2) {
+    return nullptr;
+  }
+  const int processors = static_cast<int>(std::thread::hardware_concurrency());
+  const int maxAtWork = options.isOversubscribed ? threads : std::max(1, processors - 1);
+  return std::make_unique<TaskPool>(threads - 1, std::move(begin), maxAtWork);
 }
 
 }  // namespace
@@ -29,7 +36,7 @@ GraphExecution::GraphExecution(const Graph& graph, std::vector<RunRecord*> recor
           m_options.progress(progress());
         }
       }),
-      m_pool(poolFor(graph,
+      m_pool(poolFor(graph, options,
                      [this] {
                        if (m_sampler != nullptr) {
                          m_sampler->watchThisThread();

@@ -17,6 +17,7 @@ Trace traceOf(const std::string& actions, const std::string& links, int threads,
   TestGraph t(actions, links, batchPrototypes());
   t.graph.settings->setThreadCount(threads);
   t.options.rowsInBatch = rowsInBatch;
+  t.options.isOversubscribed = true;
   const RunResult result = t.run();
   Trace trace{t.seen.values, "state " + std::to_string(static_cast<int>(result.state)) + "\n"};
   for (const kelvarin::LogLine& line : result.log) {
