@@ -1,8 +1,8 @@
 // Threads that carry out tasks, beside the thread that waits for their results.
 //
 // A task is carried out once, by whoever claims it first: a thread of the pool, or the waiting
-// thread itself, which so never waits for a task that nobody has begun. Threads beyond the processors
-// would only take them from one another, so no more are at work than pays.
+// thread itself, which so never waits for a task that nobody has begun. Threads beyond the
+// processors would only take them from one another, so that their number at work can be limited.
 // Used by: host/engine, through the pipelines of a run.
 // Threads: any.
 // Errors: tasks keep their exceptions to themselves.
