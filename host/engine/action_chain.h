@@ -54,7 +54,7 @@ class ActionChain {
   bool advanceInput();
   void deliver(BatchPipeline::Result& result);
   void deliverWhole(BatchPipeline::Result& result, BatchTrailPointer trail);
-  bool mayWait() const { return m_last.canGoOn(); }
+  bool mayWait() const { return m_last.canGoOn() || m_last.mustTakePending(); }
 
   RunningAction& m_last;
   RunningAction* m_source = nullptr;  // null: batches come through m_input

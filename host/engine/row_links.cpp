@@ -7,6 +7,8 @@
 
 namespace kelvarin {
 
+using RunningState = GlobalParameters::RunningState;
+
 RowLink::RowLink(RunningAction& producer, int pin, RunningAction& consumer,
                  const ExecutionOptions& options)
     : m_producer(producer),
@@ -133,6 +135,10 @@ void RowLink::pass(std::size_t count) {
   m_isPassed = true;
   m_rows.skip(count);
   noteTaken(count);
+}
+
+bool RowLink::hasRowsReady() const {
+  return !isDrained() || isBatchAvailable() || (m_borrower != nullptr && m_borrower->isAtWork());
 }
 
 PublishedBatch RowLink::borrowBatch() {
@@ -268,14 +274,17 @@ RowLink::Supply QueueLink::fetch() {
   return Supply::batch;
 }
 
+// Whoever asked for the rows that ended with a failure takes those before it.
 bool QueueLink::waitForBatch() {
+  const bool wasGoingOn = m_consumer.canGoOn();
   while (!m_reader.hasBatch()) {
     m_fork.relief().relieveWhenAsked();
     if (!m_reader.hasBatch() && !m_fork.makeRows()) {
       return false;
     }
+    m_endsWithFailure = wasGoingOn && m_producer.record().status == RunningState::failed;
   }
-  return m_consumer.canGoOn();
+  return m_consumer.canGoOn() || m_endsWithFailure;
 }
 
 // A pin that was not asked by the first row of its action is let go; it may be asked all the same

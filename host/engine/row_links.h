@@ -66,6 +66,11 @@ class RowLink : public InputPin {
   ActionChain* borrower() const { return m_borrower; }
   void setBorrower(ActionChain* chain) { m_borrower = chain; }
 
+  // There are rows to take without anybody having to make more.
+  bool hasRowsReady() const;
+  // Of a queue: the rows that its consumer waited for ended with the failure of the run.
+  virtual bool endsWithFailure() const { return false; }
+
   // Batches are encoded for the consumer, which has not taken them.
   bool hasPending() const { return m_encoding != nullptr && !m_encoding->isEmpty(); }
   // What encodes batches uses its tasks; before close().
@@ -174,6 +179,7 @@ class QueueLink final : public RowLink {
             const ExecutionOptions& options);
 
   bool isQueue() const override { return true; }
+  bool endsWithFailure() const override { return m_endsWithFailure; }
   bool isBatchAvailable() const override { return m_reader.hasBatch(); }
   bool wasAsked() const { return m_wasAsked; }
   long long rowsWaiting() const { return m_isLetGo ? 0 : m_reader.rowsWaiting(); }
@@ -192,6 +198,7 @@ class QueueLink final : public RowLink {
   RowQueue::Reader m_reader;
   bool m_wasAsked = false;
   bool m_isLetGo = false;
+  bool m_endsWithFailure = false;
 };
 
 // Where the rows of one output pin go to several readers, or wait for the reader of another pin.

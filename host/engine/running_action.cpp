@@ -128,10 +128,31 @@ bool RunningAction::workAhead() {
   return m_chain != nullptr && m_chain->isDrained() && m_chain->advance();
 }
 
-// The rows before a failure, which are encoded already.
+// The rows before a failure: those that are encoded already, and those of a queue below which
+// somebody has asked for them.
 bool RunningAction::mustTakePending() const {
-  return m_input != nullptr && m_input->hasPending() && !isFinished() && !m_item.hasFailed() &&
-         m_stopSwitch.status != GlobalParameters::RunningState::stoppedByUser;
+  if (m_input == nullptr || isFinished() || m_item.hasFailed() ||
+      m_stopSwitch.status == GlobalParameters::RunningState::stoppedByUser) {
+    return false;
+  }
+  bool hasRows = m_input->hasPending();
+  for (const RowLink* link = m_input; !hasRows && link != nullptr;
+       link = link->producer().input()) {
+    hasRows = link->hasRowsReady() && endsWithFailure();
+    if (link->isQueue()) {
+      break;
+    }
+  }
+  return hasRows;
+}
+
+// The queue from which its rows come, if any.
+bool RunningAction::endsWithFailure() const {
+  const RowLink* link = m_input;
+  while (link != nullptr && !link->isQueue()) {
+    link = link->producer().input();
+  }
+  return link != nullptr && link->endsWithFailure();
 }
 
 void RunningAction::stopWorkingAhead() {

@@ -56,6 +56,9 @@ class RunningAction {
   bool isComputing() const { return m_isComputing; }
   bool canGoOn() const { return !isFinished() && m_record.isRunning() && m_stopSwitch.isRunning(); }
 
+  // The run has failed, and there are rows before the failure that it takes nevertheless.
+  bool mustTakePending() const;
+
   // Works on one batch or one row; false when the action will not produce anything more.
   bool advance() {
     if (!canGoOn() && !mustTakePending()) [[unlikely]] {
@@ -118,7 +121,7 @@ class RunningAction {
  private:
   void compute();
   bool step();
-  bool mustTakePending() const;
+  bool endsWithFailure() const;
   bool readBatch();
   void publishUnit();
   bool transformBatch();
