@@ -114,6 +114,7 @@ bool ActionChain::advanceSource() {
   if (!m_source->source()->canReadUnits()) {
     return false;  // its routine has to say something first
   }
+  m_pipeline->setHeld(false);
   const auto result = m_pipeline->next([this] { return mayWait(); });
   if (result != nullptr) {
     deliver(*result);
@@ -181,7 +182,7 @@ void ActionChain::deliver(BatchPipeline::Result& result) {
 }
 
 PublishedBatch ActionChain::takeBack() {
-  m_pipeline->stopReading();
+  m_pipeline->setHeld(true);
   const auto result = m_pipeline->next([this] { return mayWait(); });
   if (result == nullptr) {
     return {};

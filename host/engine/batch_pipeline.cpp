@@ -147,7 +147,7 @@ bool BatchPipeline::canArm() const {
 
 // With the mutex locked. Null: nothing is to be read now.
 std::shared_ptr<BatchPipeline::Task> BatchPipeline::arm() {
-  if (m_chain.source == nullptr || m_isReading || m_isDry || !canArm()) {
+  if (m_chain.source == nullptr || m_isReading || m_isDry || m_isHeld || !canArm()) {
     return nullptr;
   }
   m_isReading = true;
@@ -180,9 +180,9 @@ void BatchPipeline::readOn() {
   m_isDry = false;
 }
 
-void BatchPipeline::stopReading() {
+void BatchPipeline::setHeld(bool isHeld) {
   const std::lock_guard lock(m_mutex);
-  m_isDry = true;
+  m_isHeld = isHeld;
 }
 
 std::unique_ptr<BatchPipeline::Result> BatchPipeline::next(const std::function<bool()>& mayWait) {

@@ -68,8 +68,8 @@ class BatchPipeline {
   std::unique_ptr<Result> next(const std::function<bool()>& mayWait);
   // The source may have more units.
   void readOn();
-  // No more units are to be begun until readOn(), which may be called while some are under way.
-  void stopReading();
+  // While held, no more units are begun.
+  void setHeld(bool isHeld);
 
  private:
   class Task;
@@ -88,6 +88,7 @@ class BatchPipeline {
   std::size_t m_bytesAlive = 0;
   bool m_isReading = false;  // a task that has not read its unit is in the window
   bool m_isDry = false;      // the source has no more units for now
+  bool m_isHeld = false;
 };
 
 }  // namespace kelvarin

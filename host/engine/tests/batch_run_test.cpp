@@ -49,6 +49,10 @@ const Drawing kDrawings[] = {
     {"<CountUnits name='s' rows='50000' unit='300'/><SplitBatches name='f' n='3' every='1000'/>"
      "<SplitBatches name='g' n='7' byRow='1'/><TakeBatches name='w' encoded='1'/>",
      "s f, f:1 g, g:1 w"},
+    // Whole units are dropped while the actions go on by themselves.
+    {"<CountUnits name='s' rows='50000' unit='300'/><SplitBatches name='f' n='2000'/>"
+     "<SplitBatches name='g' n='1' every='4000'/><TakeBatches name='w' encoded='1'/>",
+     "s f, f g, g w"},
     // The second action fails at a row that the first one has passed long before.
     {"<CountUnits name='s' rows='50000' unit='300'/><SplitBatches name='f' n='2' stops='40000'/>"
      "<SplitBatches name='g' n='5' stops='23333'/><TakeBatches name='w' encoded='1'/>",
