@@ -35,6 +35,7 @@ class BoundedQueue {
       return false;
     }
     m_elements.push_back(std::move(element));
+    lock.unlock();  // so that whoever wakes up does not wait for it
     m_changed.notify_all();
     return true;
   }
@@ -56,6 +57,7 @@ class BoundedQueue {
     }
     std::optional<T> element(std::move(m_elements.front()));
     m_elements.pop_front();
+    lock.unlock();
     m_changed.notify_all();
     return element;
   }

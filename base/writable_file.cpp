@@ -1,12 +1,16 @@
 #include "base/writable_file.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <ctime>
+#include <numeric>
 
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 namespace kelvarin {
@@ -59,6 +63,20 @@ ssize_t writeToStream(int descriptor, const char* bytes, std::size_t size) {
   return written;
 }
 
+// All but the first `done` bytes, as far as one call takes them.
+ssize_t writePieces(int descriptor, std::span<const std::string_view> pieces, std::size_t done) {
+  std::array<iovec, 16> rests;
+  std::size_t count = 0;
+  for (const std::string_view piece : pieces) {
+    const std::size_t skipped = std::min(done, piece.size());
+    done -= skipped;
+    if (skipped < piece.size() && count < rests.size()) {
+      rests[count++] = {const_cast<char*>(piece.data()) + skipped, piece.size() - skipped};
+    }
+  }
+  return ::writev(descriptor, rests.data(), static_cast<int>(count));
+}
+
 // A device that takes no more has no disk on which space could be made.
 bool isOnDisk(int descriptor) {
   struct stat written{};
@@ -82,18 +100,18 @@ bool WritableFile::mayTryAgain(int error, std::size_t missingBytes) const {
   return isFullDisk && isOnDisk(m_descriptor) && m_ask(missingBytes);
 }
 
+// `writeOnce` writes some of the bytes behind those that are done already.
 template <typename WriteOnce>
-int WritableFile::writeAll(const void* bytes, std::size_t size, WriteOnce writeOnce) {
-  const char* next = static_cast<const char*>(bytes);
-  while (size > 0) {
-    const ssize_t written = writeOnce(next, size);
+int WritableFile::writeAll(std::size_t size, WriteOnce writeOnce) {
+  std::size_t done = 0;
+  while (done < size) {
+    const ssize_t written = writeOnce(done);
     if (written > 0) {
-      next += written;
-      size -= static_cast<std::size_t>(written);
+      done += static_cast<std::size_t>(written);
       continue;
     }
     const int error = written == 0 ? ENOSPC : errno;
-    if (!mayTryAgain(error, size)) {
+    if (!mayTryAgain(error, size - done)) {
       return error;
     }
   }
@@ -101,16 +119,24 @@ int WritableFile::writeAll(const void* bytes, std::size_t size, WriteOnce writeO
 }
 
 int WritableFile::write(const void* bytes, std::size_t size) {
-  return writeAll(bytes, size, [this](const char* next, std::size_t rest) {
-    return m_kind == Kind::file ? ::write(m_descriptor, next, rest)
-                                : writeToStream(m_descriptor, next, rest);
+  const char* begin = static_cast<const char*>(bytes);
+  return writeAll(size, [=, this](std::size_t done) {
+    return m_kind == Kind::file ? ::write(m_descriptor, begin + done, size - done)
+                                : writeToStream(m_descriptor, begin + done, size - done);
   });
 }
 
+int WritableFile::write(std::span<const std::string_view> pieces) {
+  const std::size_t size =
+      std::accumulate(pieces.begin(), pieces.end(), std::size_t{0},
+                      [](std::size_t sum, std::string_view piece) { return sum + piece.size(); });
+  return writeAll(size, [&](std::size_t done) { return writePieces(m_descriptor, pieces, done); });
+}
+
 int WritableFile::writeAt(std::uint64_t offset, const void* bytes, std::size_t size) {
-  const std::uint64_t end = offset + size;
-  return writeAll(bytes, size, [this, end](const char* next, std::size_t rest) {
-    return ::pwrite(m_descriptor, next, rest, static_cast<off_t>(end - rest));
+  const char* begin = static_cast<const char*>(bytes);
+  return writeAll(size, [=, this](std::size_t done) {
+    return ::pwrite(m_descriptor, begin + done, size - done, static_cast<off_t>(offset + done));
   });
 }
 

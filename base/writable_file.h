@@ -11,6 +11,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <span>
+#include <string_view>
 #include <utility>
 
 namespace kelvarin {
@@ -36,6 +38,8 @@ class WritableFile {
 
   // Where the last one ended.
   [[nodiscard]] int write(const void* bytes, std::size_t size);
+  // One after the other, in as few calls of the system as there can be; not of a stream.
+  [[nodiscard]] int write(std::span<const std::string_view> pieces);
   [[nodiscard]] int writeAt(std::uint64_t offset, const void* bytes, std::size_t size);
   // The file has `size` bytes now: begins to store those that are new, when they are many. Only a
   // hint: a failure shows at sync().
@@ -47,7 +51,7 @@ class WritableFile {
 
  private:
   template <typename WriteOnce>
-  int writeAll(const void* bytes, std::size_t size, WriteOnce writeOnce);
+  int writeAll(std::size_t size, WriteOnce writeOnce);
   bool mayTryAgain(int error, std::size_t missingBytes) const;
 
   const AskAboutFullDisk m_ask;

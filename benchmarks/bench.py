@@ -21,7 +21,7 @@ SUITES = {
     "graphs": ("graphs.suite", "run"),
     "spread": ("graphs.spread", "run"),
     "memory": ("memory", "run"),
-    "gel": ("programs", "gel"),
+    "gel": ("gel.suite", "run"),
 }
 
 

@@ -5,6 +5,7 @@
 #include "cli/column_flow.h"
 #include "cli/commands.h"
 #include "cli/console.h"
+#include "cli/evaluation_plan.h"
 #include "cli/graph_session.h"
 #include "cli/messages.h"
 #include "cli/printable_text.h"
@@ -26,6 +27,9 @@ void reportCheck(const GraphArguments& arguments, const RunResult& result, Conso
     std::fputs(printable(columnFlow(result)).c_str(), stdout);
     std::puts(program_messages::checkRestsOnSamples());
   }
+  if (arguments.isExplained && !arguments.isJson) {
+    std::fputs(printable(evaluationPlan(result)).c_str(), stdout);
+  }
 }
 
 }  // namespace
@@ -35,6 +39,8 @@ void addCheckCommand(CLI::App& program, ChosenCommand& chosen) {
   CLI::App* command = program.add_subcommand(
       "check", "Check a graph, its files, columns and expressions, without running it");
   arguments->addTo(*command);
+  command->add_flag("--explain", arguments->isExplained,
+                    "show how a run evaluates each expression, and why not faster");
   command->footer("Example:\n  kelvarin check examples/flights/flights.kelvarin");
   command->callback([arguments, &chosen] {
     chosen = [arguments] { return workOnGraph(*arguments, checkGraph, reportCheck, jsonOfCheck); };

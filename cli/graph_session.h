@@ -19,6 +19,7 @@ struct GraphArguments {
   std::optional<std::string> lastAction;  // worked on with what feeds it; otherwise all are
   RunOptions options;
   bool isJson = false;
+  bool isExplained = false;  // of a check: how expressions are evaluated
 
   // GRAPH, --set, --json and those of RunOptions.
   void addTo(CLI::App& command);

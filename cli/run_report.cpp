@@ -62,7 +62,7 @@ Json countOrNull(long long count) {
   return count < 0 ? Json(nullptr) : Json(count);
 }
 
-// What a run knows beyond the rows; a check has nothing of it.
+// What actions report beyond the rows. A check has of it how outputs are evaluated.
 void addRunDetails(const ActionResult& action, Json& entry) {
   if (action.seconds >= 0.0) {
     entry["seconds"] = action.seconds;
@@ -72,6 +72,8 @@ void addRunDetails(const ActionResult& action, Json& entry) {
                                 {"engine", output.engine.toStdString()},
                                 {"slowedBy", output.slowedBy.toStdString()},
                                 {"reason", output.reason.toStdString()},
+                                {"byBatch", output.isByBatch},
+                                {"batchRefusal", output.batchRefusal.toStdString()},
                                 {"nulls", countOrNull(output.nulls)},
                                 {"nans", countOrNull(output.nans)},
                                 {"failures", countOrNull(output.failures)}});

@@ -18,6 +18,15 @@ set_target_properties(muparserx::muparserx PROPERTIES
   INTERFACE_SYSTEM_INCLUDE_DIRECTORIES ${MUPARSERX_INCLUDE}
   INTERFACE_INCLUDE_DIRECTORIES ${MUPARSERX_INCLUDE})
 
+# Debian's package has no description for CMake.
+find_path(RE2_INCLUDE re2/re2.h REQUIRED)
+find_library(RE2_LIBRARY re2 REQUIRED)
+add_library(re2::re2 SHARED IMPORTED)
+set_target_properties(re2::re2 PROPERTIES
+  IMPORTED_LOCATION ${RE2_LIBRARY}
+  INTERFACE_SYSTEM_INCLUDE_DIRECTORIES ${RE2_INCLUDE}
+  INTERFACE_INCLUDE_DIRECTORIES ${RE2_INCLUDE})
+
 find_package(Arrow CONFIG QUIET)
 find_package(Parquet CONFIG QUIET)
 if(Arrow_FOUND AND Parquet_FOUND)

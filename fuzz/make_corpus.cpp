@@ -7,6 +7,8 @@
 #include <fstream>
 
 #include "columnar/codecs/chunk_codec.h"
+#include "columnar/codecs/number_integers.h"
+#include "columnar/codecs/short_number.h"
 #include "columnar/codecs/snappy_stream.h"
 #include "fuzz/packed_files.h"
 
@@ -48,6 +50,50 @@ std::string word(int row) {
   return std::string(static_cast<std::size_t>(row % 5) * 70, 'b') + std::to_string(row % 40);
 }
 
+std::string digits(int row, int base) {
+  char text[32];
+  std::snprintf(text, sizeof text, base == 16 ? "%08jx" : "%07ju",
+                static_cast<std::uintmax_t>(mixed(row) % 4'000'000));
+  return text;
+}
+
+std::string moment(int row) {
+  char text[64];
+  std::snprintf(text, sizeof text, "20%02d-%02d-%02d %02d:30:%02d", row % 40, row % 12 + 1,
+                row % 31 + 1, row % 24, row % 60);
+  return text;
+}
+
+std::string name(int row) {
+  std::string letters;
+  for (std::uint64_t rest = mixed(row) % 30'000; rest > 0; rest /= 24) {
+    letters += static_cast<char>('a' + rest % 24);
+  }
+  return letters;
+}
+
+// One of sixty words of a few letters.
+std::string fewLetters(int row) {
+  std::string letters;
+  std::uint64_t rest = mixed(static_cast<int>(mixed(row) % 60));
+  for (int i = 0; i < 14; ++i, rest /= 4) {
+    letters += static_cast<char>('a' + rest % 4);
+  }
+  return letters;
+}
+
+// Frequent words with rare ones between them.
+std::string sentence(int row) {
+  constexpr const char* kWords[] = {"the", "chunk", "of", "a", "column", "has", "no", "end"};
+  std::string text = "When";
+  for (int i = 0; i < row % 7; ++i) {
+    const std::uint64_t pick = mixed(row * 7 + i);
+    text += ' ';
+    text += pick % 9 == 8 ? std::to_string(pick) + "th" : kWords[pick % 9];
+  }
+  return text + (row % 3 == 0 ? "." : "");
+}
+
 // One for each storage code and each layout, in the order of a column set.
 const std::vector<Seed> kSeeds{
     {"key", {"k", 'K'}, [](int row) { return orNull(row, key(row)); }},
@@ -71,13 +117,69 @@ const std::vector<Seed> kSeeds{
     {"differences",
      {"n", 'F'},
      [](int row) { return orNull(row, double(row * 3700 + int(mixed(row) % 90)) / 10); }},
+    {"products",
+     {"q", 'F'},
+     [](int row) {
+       return row % 17 == 3 ? Value(double(mixed(row)) / 3)
+                            : Value(double(mixed(row) % 50'000) / 100 * double(row % 19 + 1));
+     }},
+    {"wide",
+     {"v", 'F'},
+     [](int row) { return orNull(row, double(mixed(row) % (1u << 27)) * 5 / 4096); }},
+    {"single",
+     {"b", 'F'},
+     [](int row) { return Value(double(float(double(mixed(row) >> 20) * 1e-7))); }},
+    {"sums",
+     {"c", 'F'},
+     [](int row) {
+       double sum = 0.1;
+       for (int i = 0; i < row; ++i) {
+         sum += double(mixed(i) % 1000) / 10;
+       }
+       return Value(sum);
+     }},
     {"texts",
      {"t", 'U'},
      [](int row) { return Value(std::to_string(mixed(row)).substr(0, mixed(row) % 17)); }},
     {"words",
      {"w", 'U'},
      [](int row) { return row % 11 == 5 ? Value(nullptr) : Value(word(row)); }},
-    {"one_text", {"x", 'U'}, [](int) { return Value("one"); }}};
+    {"one_text", {"x", 'U'}, [](int) { return Value("one"); }},
+    {"moments", {"m", 'U'}, [](int row) { return Value(moment(row) + ".25Z"); }},
+    {"amounts",
+     {"a", 'U'},
+     [](int row) { return Value(std::to_string(double(mixed(row) % 99'999) / 100)); }},
+    {"identifiers",
+     {"i", 'U'},
+     [](int row) { return Value("0" + digits(row, 16) + "-" + digits(row * 31, 7)); }},
+    {"named",
+     {"y", 'U'},
+     [](int row) {
+       return Value("id " + std::to_string(row * 3) + ": " + name(row) + "." + name(row * 7));
+     }},
+    {"two_shapes",
+     {"z", 'U'},
+     [](int row) {
+       return row % 11 == 5 ? Value(nullptr)
+                            : Value(row % 13 == 2  ? "?"
+                                    : row % 3 == 0 ? moment(row)
+                                                   : name(row));
+     }},
+    {"coded_entries",
+     {"c", 'U'},
+     [](int row) { return row % 11 == 5 ? Value(nullptr) : Value(fewLetters(row)); }},
+    {"endings",
+     {"e", 'U'},
+     [](int row) {
+       return Value(fewLetters(row) + std::to_string(row % 7) + (row % 3 == 0 ? "@a.b.c" : "@a.b"));
+     }},
+    {"skewed",
+     {"q", 'U'},
+     [](int row) { return Value(name(int(mixed(row) % 7 * (mixed(row) % 5) * 3))); }},
+    {"few_moments", {"u", 'U'}, [](int row) { return Value(moment(int(mixed(row) % 60))); }},
+    {"sentences", {"f", 'U'}, [](int row) {
+       return row % 11 == 5 ? Value(nullptr) : Value(sentence(row));
+     }}};
 
 const Seed& seed(std::string_view name) {
   return *std::find_if(kSeeds.begin(), kSeeds.end(),
@@ -161,14 +263,40 @@ void saveWidths(const std::filesystem::path& folder) {
   };
   for (int bits = 0; bits <= 32; ++bits) {
     if (const auto width = codeWidthOf(bits)) {
-      const std::string head = std::string("\1\2", 2) + static_cast<char>(bits);
-      saveNumbers("codes_of_" + std::to_string(bits) + "_bits", head + std::string(9, '\0'),
-                  codesSize(kRows, *width));
+      const std::string head =
+          '\2' + std::string(1, static_cast<char>(bits)) + std::string(9, '\0');
+      const std::string ending = "_of_" + std::to_string(bits) + "_bits";
+      saveNumbers("codes" + ending, '\1' + head, codesSize(kRows, *width));
+      saveNumbers("differences" + ending, '\5' + head, codesSize(kRows, *width));
     }
   }
   for (int planes = 1; planes <= kMaxPlanes; ++planes) {
     saveNumbers("planes_" + std::to_string(planes),
                 '\3' + std::string(1, static_cast<char>(planes)), kRows * sizeof(double));
+  }
+}
+
+// Integers of each kind with marks of every width. Of 9 rows the second one has another number.
+void saveMarks(const std::filesystem::path& folder) {
+  constexpr std::uint32_t kRows = 9;
+  const std::string rows(reinterpret_cast<const char*>(&kRows), sizeof kRows);
+  for (const int bits : {1, 2, 4, 8, 16}) {
+    const auto inItem = static_cast<int>(marksInItem(bits));
+    ByteBuffer items;
+    IntegerColumnEncoder column;
+    std::vector<std::uint64_t> marks((kRows + marksInItem(bits) - 1) / marksInItem(bits));
+    marks[inItem > 1 ? 0 : 1] = std::uint64_t{markOfOthers(bits)} << (inItem > 1 ? bits : 0);
+    column.append(marks, items);
+    for (char kind = 0; kind < 3; ++kind) {
+      ByteBuffer counts;
+      appendShortNumber(7, counts);  // from -4 on
+      appendShortNumber(3, counts);
+      column.append(std::vector<std::uint64_t>{1, 5, 9, 2, 6, 4, 0, 3}, counts);
+      const std::string head = {6, 9, 0, 0, 0, kind, 2, static_cast<char>(bits)};
+      save(folder / "chunk", "marks_of_" + std::to_string(bits) + "_bits_" + std::to_string(kind),
+           '\0' + rows + head + std::string(asText(items.bytes())) +
+               std::string(asText(counts.bytes())) + std::string(9, '\0'));
+    }
   }
 }
 
@@ -192,6 +320,7 @@ int main(int argc, char** argv) {
   kelvarin::saveFiles(argv[1]);
   kelvarin::saveChunks(argv[1]);
   kelvarin::saveWidths(argv[1]);
+  kelvarin::saveMarks(argv[1]);
   kelvarin::saveRecords(argv[1]);
   return 0;
 }

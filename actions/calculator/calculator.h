@@ -50,7 +50,9 @@ class Calculator : public Catalogued<Calculator, ExpressionAction>,
   QStringList expressions() const override;
   QString pinName(int pin, bool isOutput) const override;
 
-  const BatchStage* stage() const override { return m_stage.get(); }
+  const BatchStage* stage() const override {
+    return m_evaluator.rows.shouldGoRowByRow() ? nullptr : m_stage.get();
+  }
   void passRows(std::size_t count) override { m_evaluator.rows.advanceRows(count); }
   void countRows(const StageResult& result, std::size_t begin, std::size_t end) override;
 

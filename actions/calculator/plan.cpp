@@ -111,7 +111,8 @@ bool Calculator::plan(const OneRow& columns) {
   }
   if (!isChecking()) {
     m_rows = plan->connect(outputColumns.value());
-    m_stage = CalculatorStage::of(m_evaluator.expressions, outputColumns.value());
+    m_stage =
+        CalculatorStage::of(m_evaluator.expressions, outputColumns.value(), m_rows->countsValues());
   }
   return true;
 }

@@ -1,7 +1,7 @@
 // How many results of an output are missing and how many are NaN, for the report of a run.
 //
 // Used by: scalar_rows.cpp, vector_rows.cpp, calculator_stage.cpp.
-// Threads: the engine thread.
+// Threads: one at a time.
 #pragma once
 
 #include <cmath>
@@ -25,6 +25,11 @@ struct ValueCounts {
     } else {
       nulls += isNullText(value) ? 1 : 0;
     }
+  }
+
+  void add(const ValueCounts& others) {
+    nulls += others.nulls;
+    nans += others.nans;
   }
 
   // Contiguous numbers or keys.

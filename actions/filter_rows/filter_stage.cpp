@@ -128,9 +128,11 @@ StageResult FilterStage::process(const RowBatch& batch, long long firstRow) cons
 StageResult FilterStage::keepFirstRows(const RowBatch& batch, BatchEvaluation& rows,
                                        std::size_t end) const {
   StageResult result;
-  while (result.rowsDone < end) {
-    rows.load(result.rowsDone, end);
-    const double* numbers = rows.numbers(0);
+  while (result.rowsDone < end && rows.load(result.rowsDone, end)) {
+    const double* numbers = rows.truths(0);
+    if (rows.rowCount() == 0) {
+      break;
+    }
     const double* firstFalse = std::find_if_not(numbers, numbers + rows.rowCount(), isTrueNumber);
     const auto kept = static_cast<std::size_t>(firstFalse - numbers);
     result.rowsDone += kept;
@@ -152,12 +154,15 @@ StageResult FilterStage::splitRows(const RowBatch& batch, BatchEvaluation& rows,
       chosen[pin].reserve(end);
     }
   }
-  for (std::size_t done = 0; done < end; done += rows.rowCount()) {
-    rows.load(done, end);
-    choose(rows.numbers(0), done, rows.rowCount(), chosen);
-  }
   StageResult result;
-  result.rowsDone = end;
+  while (result.rowsDone < end && rows.load(result.rowsDone, end)) {
+    const double* numbers = rows.truths(0);
+    if (rows.rowCount() == 0) {
+      break;
+    }
+    choose(numbers, result.rowsDone, rows.rowCount(), chosen);
+    result.rowsDone += rows.rowCount();
+  }
   for (std::size_t pin = 0; pin < 2; ++pin) {
     if (m_isRead[pin]) {
       publish(result, pin, batch, chosen[pin]);

@@ -1,7 +1,7 @@
 // The condition of a filter for whole batches: which of their rows go to which pin. The columns
 // stay as they are.
 //
-// Used by FilterRows, for runs whose condition is native code.
+// Used by FilterRows, for runs whose condition has a BatchProgram.
 // Threads: made on the engine's, then read by any number at once.
 #pragma once
 
@@ -24,8 +24,9 @@ class FilterStage final : public BatchStage {
   static std::unique_ptr<const FilterStage> of(const ExpressionSet& expressions, ReadPins isRead,
                                                bool truncates);
 
-  // Stops before a row with a null key that stops the run, and of a truncating filter before the
-  // first row that is false.
+  // Stops before a row with a null key that stops the run, texts that may be too long, or a text
+  // that should be a number or a date and is none, and of a truncating filter before the first row
+  // that is false.
   StageResult process(const RowBatch& batch, long long firstRow) const override;
   bool needsRowNumbers() const override { return m_program->needsRowNumbers(); }
 

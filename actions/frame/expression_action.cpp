@@ -1,5 +1,7 @@
 #include "actions/frame/expression_action.h"
 
+#include <algorithm>
+
 #include "actions/frame/messages.h"
 #include "actions/frame/variables_xml.h"
 #include "expression/backends/expression_text.h"
@@ -37,6 +39,7 @@ char ExpressionAction::init() {
   m_evaluator.clear();
   m_variablesOfRun.clear();
   m_outputsOfRun.clear();
+  m_engines.clear();
   m_isRowLoaded = false;
   m_observedRow = {};
   return 0;
@@ -51,29 +54,35 @@ char ExpressionAction::close() {
   for (const QString& warning : warnings) {
     MainUI::addLog(LogLevel::warning, warning);
   }
-  reportRun();
+  reportOutputs();
   m_evaluator.clear();
   return 0;
 }
 
-void ExpressionAction::reportRun() const {
+// Of a check, where everything compiles.
+void ExpressionAction::reportOutputs() const {
   HostServices* services = hostServices();
-  const int count = m_evaluator.expressions.outputCount();
-  if (services == nullptr || isChecking() || count == 0 || !m_evaluator.rows.isStarted()) {
+  const bool isRun = m_evaluator.rows.isStarted();
+  if (services == nullptr || m_engines.empty() || isChecking() == isRun) {
     return;
   }
+  const bool isByBatch = std::ranges::all_of(m_engines, &EngineChoice::takesBatches);
   ActionReport report;
-  for (int i = 0; i < count; ++i) {
-    const EngineChoice& choice = m_evaluator.expressions.output(i).engine;
+  for (int i = 0; i < static_cast<int>(m_engines.size()); ++i) {
+    const EngineChoice& choice = m_engines[static_cast<std::size_t>(i)];
     OutputReport output;
     output.name = reportedName(i);
     output.engine = QString::fromLatin1(backendLabel(choice.engine));
     output.slowedBy = choice.token;
     output.reason = action_messages::reasonForEngine(choice.reason);
-    output.failures = m_evaluator.rows.failureCount(i);
+    output.isByBatch = isByBatch;
+    output.batchRefusal = choice.batchRefusal.token;
+    output.failures = isRun ? m_evaluator.rows.failureCount(i) : -1;
     report.outputs.push_back(output);
   }
-  addValueCounts(report.outputs);
+  if (isRun) {
+    addValueCounts(report.outputs);
+  }
   services->actionReported(*this, report);
 }
 
@@ -234,7 +243,13 @@ bool ExpressionAction::compileOutputs(const std::vector<OutputVariable>& outputs
       failure.error = compiled.error();
       logFailure(LogLevel::error, expressionFailureText(failure), i, failure.error);
       isGood = false;
+    } else {
+      const ExpressionSet& expressions = m_evaluator.expressions;
+      m_engines.push_back(expressions.output(expressions.outputCount() - 1).engine);
     }
+  }
+  if (m_engines.size() < outputs.size()) {
+    m_engines.clear();
   }
   m_isRowLoaded = !isChecking();  // before anything is evaluated
   if (isGood && !isChecking()) {
@@ -249,6 +264,9 @@ bool ExpressionAction::checkOutput(int index, ResultUse use) {
   const ExpressionCheck check = m_evaluator.expressions.check(output(index), use);
   for (const QString& warning : check.warnings) {
     MainUI::addLog(LogLevel::warning, warning);
+  }
+  if (check.isCompiled()) {
+    m_engines.push_back(*check.engine);
   }
   if (check.text.isEmpty() || check.error.kind == ExpressionError::Kind::referenceTimeUnparsable) {
     return true;

@@ -128,7 +128,7 @@ class ExpressionAction : public ActionItem {
   TriedExpression triedExpression(int output) const;
   QString explanation(int output, const ExpressionError& error, const QString& note) const;
   void reportBackends();
-  void reportRun() const;
+  void reportOutputs() const;
   QString reportedName(int output) const;
   QString failureText(const RowFailure& failure) const;
 
@@ -136,8 +136,9 @@ class ExpressionAction : public ActionItem {
   ObservedRow m_observedRow;
   std::vector<InputVariable> m_variablesOfRun;  // table on the second pin included, names expanded
   std::vector<OutputVariable> m_outputsOfRun;
-  bool m_isRowLoaded = false;      // the variables have the values of a row
-  bool m_areInputsEdited = false;  // no longer those of the graph file
+  std::vector<EngineChoice> m_engines;  // of the outputs, when all have been compiled
+  bool m_isRowLoaded = false;           // the variables have the values of a row
+  bool m_areInputsEdited = false;       // no longer those of the graph file
 };
 
 }  // namespace kelvarin

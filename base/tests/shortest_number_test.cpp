@@ -3,10 +3,13 @@
 #include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <random>
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include "base/null_number.h"
 
 namespace kelvarin {
 
@@ -46,6 +49,7 @@ void expectShortest(double number) {
 TEST(ShortestNumber, FormsAtTheirBounds) {
   EXPECT_EQ(shortest(0.0001), "0.0001");
   EXPECT_EQ(shortest(0.000123456789012345), "0.000123456789012345");
+  EXPECT_EQ(shortest(std::nextafter(0.0001, 0)), "9.999999999999999e-05");
   EXPECT_EQ(shortest(0.0000999), "9.99e-05");
   EXPECT_EQ(shortest(1e-100), "1e-100");
   EXPECT_EQ(shortest(-123.456), "-123.456");
@@ -54,7 +58,10 @@ TEST(ShortestNumber, FormsAtTheirBounds) {
   EXPECT_EQ(shortest(100000000), "100000000");
   EXPECT_EQ(shortest(999999999.9999999), "999999999.9999999");
   EXPECT_EQ(shortest(9999999999999998), "9999999999999998");
+  EXPECT_EQ(shortest(9007199254740994), "9007199254740994");
   EXPECT_EQ(shortest(1e16), "1e+16");
+  EXPECT_EQ(shortest(-kInfinity), "-inf");
+  EXPECT_EQ(shortest(-std::nan("")), "nan");
   EXPECT_EQ(shortest(-1.7976931348623157e308), "-1.7976931348623157e+308");
   char text[kLongestNumberText];
   EXPECT_EQ(std::string(text, appendWhole(text, 18446744073709551615u)), "18446744073709551615");
@@ -63,7 +70,7 @@ TEST(ShortestNumber, FormsAtTheirBounds) {
 
 TEST(ShortestNumber, AnyNumberReadsBackAndIsShortest) {
   std::mt19937_64 random(29);
-  for (int i = 0; i < 100000; ++i) {
+  for (int i = 0; i < 400000; ++i) {
     const auto bits = std::bit_cast<double>(random());
     if (std::isfinite(bits)) {
       expectShortest(bits);
@@ -75,6 +82,21 @@ TEST(ShortestNumber, AnyNumberReadsBackAndIsShortest) {
     expectShortest(std::nextafter(decimal, 0));
     expectShortest(
         -std::ldexp(static_cast<double>(random() >> 11), -static_cast<int>(random() % 70)));
+  }
+}
+
+// Powers of two and ten with their neighbours, of all exponents.
+TEST(ShortestNumber, PowersAndTheirNeighbours) {
+  const auto expectAround = [](double number) {
+    for (const double near : {number, std::nextafter(number, 0), std::nextafter(number, 1e308)}) {
+      expectShortest(near);
+    }
+  };
+  for (int exponent = -1074; exponent < 1024; ++exponent) {
+    expectAround(std::ldexp(1, exponent));
+  }
+  for (int exponent = -307; exponent < 308; ++exponent) {
+    expectAround(std::strtod(("1e" + std::to_string(exponent)).c_str(), nullptr));
   }
 }
 

@@ -6,11 +6,13 @@
 #include <cerrno>
 #include <csignal>
 #include <deque>
+#include <span>
 #include <string>
 #include <vector>
 
 #include <fcntl.h>
 #include <sys/syscall.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -41,6 +43,14 @@ extern "C" ssize_t write(int descriptor, const void* bytes, std::size_t size) {
   return faulty(size, [=](std::size_t taken) {
     return static_cast<ssize_t>(::syscall(SYS_write, descriptor, bytes, taken));
   });
+}
+
+extern "C" ssize_t writev(int descriptor, const iovec* parts, int count) {
+  std::string bytes;
+  for (const iovec& part : std::span(parts, static_cast<std::size_t>(count))) {
+    bytes.append(static_cast<const char*>(part.iov_base), part.iov_len);
+  }
+  return write(descriptor, bytes.data(), bytes.size());
 }
 
 extern "C" ssize_t pwrite(int descriptor, const void* bytes, std::size_t size, off_t offset) {
@@ -83,6 +93,15 @@ TEST_F(WritableFileTest, GoesOnAfterInterruptionsAndPartialWrites) {
   EXPECT_EQ(content(), "01abcde789!");
   EXPECT_EQ(m_file.sync(), 0);
   EXPECT_TRUE(m_asked.empty());
+}
+
+TEST_F(WritableFileTest, WritesPiecesAsOne) {
+  const std::vector<std::string_view> pieces{"0", "", "1234", "567", "89"};
+  outcomes = {-3, EINTR, -2, ENOSPC, -4};
+  EXPECT_EQ(m_file.write(pieces), 0);
+  EXPECT_EQ(m_asked, std::vector<std::size_t>{5});
+  EXPECT_EQ(m_file.write(std::vector<std::string_view>(40, "x")), 0);
+  EXPECT_EQ(content(), "0123456789" + std::string(40, 'x'));
 }
 
 TEST_F(WritableFileTest, AsksAboutTheRestThatFoundNoSpace) {

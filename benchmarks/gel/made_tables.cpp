@@ -2,27 +2,20 @@
 
 #include <algorithm>
 #include <cmath>
-#include <random>
 
 #include <fmt/format.h>
+
+#include "base/null_number.h"
+#include "benchmarks/gel/chance.h"
+#include "benchmarks/gel/date_text.h"
+#include "benchmarks/gel/number_columns.h"
+#include "benchmarks/gel/text_columns.h"
 
 namespace kelvarin {
 
 namespace {
 
 constexpr std::uint64_t kSeed = 20130101;
-
-// The library's distributions differ from one standard library to the next; this does not.
-class Chance {
- public:
-  explicit Chance(std::uint64_t seed) : m_engine(seed) {}
-
-  std::uint64_t below(std::uint64_t limit) { return m_engine() % limit; }
-  double fraction() { return static_cast<double>(m_engine() >> 11) * 0x1p-53; }
-
- private:
-  std::mt19937_64 m_engine;
-};
 
 template <typename Make>
 void addNumbers(SampleTable& table, const std::string& name, Make make) {
@@ -64,13 +57,23 @@ std::vector<std::string> madeCities(std::size_t count) {
   return cities;
 }
 
+// Half of the rows have one of 32 cities, a quarter one of 125.
+WeightedChoice frequenciesOfCities(std::size_t count) {
+  const auto rowsUpTo = [&](std::size_t city) {
+    return std::pow(static_cast<double>(city) / static_cast<double>(count), 0.2);
+  };
+  std::vector<double> weights;
+  for (std::size_t city = 0; city < count; ++city) {
+    weights.push_back(rowsUpTo(city + 1) - rowsUpTo(city));
+  }
+  return WeightedChoice(std::move(weights));
+}
+
 }  // namespace
 
 SampleTable makeWide(std::size_t rows) {
-  SampleTable table{.name = "wide",
-                    .rows = rows,
-                    .columns = {},
-                    .threeColumns = {"sorted_2", "price_3", "integer_4"}};
+  SampleTable table{
+      .name = "wide", .rows = rows, .threeColumns = {"sorted_2", "price_3", "integer_4"}};
   for (int i = 0; i < 20; ++i) {
     addNumbers(table, fmt::format("random_{}", i),
                [](Chance& chance) { return chance.fraction(); });
@@ -102,10 +105,11 @@ SampleTable makeWide(std::size_t rows) {
 }
 
 SampleTable makeSales(std::size_t rows) {
-  SampleTable table{
-      .name = "sales", .rows = rows, .columns = {}, .threeColumns = {"id", "city", "price"}};
+  SampleTable table{.name = "sales", .rows = rows, .threeColumns = {"id", "city", "price"}};
   constexpr std::size_t kCities = 1000;
+  constexpr std::uint64_t kDaysOfSales = 3650;
   const std::vector<std::string> cities = madeCities(kCities);
+  const WeightedChoice frequencies = frequenciesOfCities(kCities);
   Chance chance(kSeed);
   for (const char* key : {"id"}) {
     table.add(key, MetaTypeColumn::key);
@@ -116,13 +120,65 @@ SampleTable makeSales(std::size_t rows) {
   table.add("date", MetaTypeColumn::text);
   for (std::size_t row = 0; row < rows; ++row) {
     table.columns[0].addKey(static_cast<std::uint32_t>(row));
-    // Half of the rows have one of 32 cities, a quarter one of 125.
-    const double rank = std::pow(chance.fraction(), 5.0);
-    table.columns[1].addText(cities[static_cast<std::size_t>(rank * kCities)]);
+    table.columns[1].addText(cities[frequencies.draw(chance)]);
     table.columns[2].addNumber(static_cast<double>(50 + chance.below(50'000)) / 100);
     table.columns[3].addNumber(static_cast<double>(1 + chance.below(20)));
-    table.columns[4].addText(fmt::format("{}-{:02}-{:02}", 2023 + chance.below(2),
-                                         1 + chance.below(12), 1 + chance.below(28)));
+    table.columns[4].addText(
+        dateText(firstDayOf(2015) + std::chrono::days(chance.below(kDaysOfSales))));
+  }
+  table.leastBytes = chance.bits() / 8;
+  return table;
+}
+
+std::vector<SampleTable> makeTexts(std::size_t rows) {
+  const auto addColumn = [](SampleTable& table, const TextColumn& made) {
+    SampleColumn& column = table.add(made.name, MetaTypeColumn::text);
+    for (const std::string& value : made.values) {
+      column.addText(value);
+    }
+    table.leastBytes += made.bitsPerValue * static_cast<double>(table.rows) / 8;
+  };
+  std::vector<SampleTable> tables;
+  SampleTable all{.name = "texts", .rows = rows};
+  for (const TextColumn& made : makeTextColumns(rows)) {
+    SampleTable one{.name = "texts." + made.name, .rows = rows};
+    addColumn(one, made);
+    addColumn(all, made);
+    tables.push_back(std::move(one));
+  }
+  tables.push_back(std::move(all));
+  return tables;
+}
+
+std::vector<SampleTable> makeNumbers(std::size_t rows) {
+  std::vector<SampleTable> tables;
+  SampleTable all{.name = "numbers", .rows = rows};
+  for (const NumberColumn& made : makeNumberColumns(rows)) {
+    SampleTable one{.name = "numbers." + made.name, .rows = rows};
+    one.leastBytes = made.bitsPerValue * static_cast<double>(rows) / 8;
+    for (SampleTable* table : {&one, &all}) {
+      SampleColumn& column = table->add(made.name, MetaTypeColumn::number);
+      for (const double value : made.values) {
+        if (isNullNumber(value)) {
+          column.addMissing();
+        } else {
+          column.addNumber(value);
+        }
+      }
+    }
+    tables.push_back(std::move(one));
+  }
+  tables.push_back(std::move(all));
+  return tables;
+}
+
+SampleTable makeTextsById(std::size_t rows) {
+  SampleTable table = std::move(makeTexts(rows).back());
+  table.name = "texts_by_id";
+  table.threeColumns = {"id", "name", "timestamp"};
+  SampleColumn& id = table.add("id", MetaTypeColumn::key);
+  for (std::size_t row = 0; row < rows; ++row) {
+    id.addKey(static_cast<std::uint32_t>(row));
   }
   return table;
 }

@@ -122,17 +122,26 @@ void addValues(const arrow::RecordBatch& batch, Found& found) {
   }
 }
 
+double addendOf(const arrow::Array& array, std::int64_t row) {
+  if (array.IsNull(row)) {
+    return 0.0;
+  }
+  return array.type_id() == arrow::Type::STRING
+             ? static_cast<const arrow::StringArray&>(array).value_length(row)
+             : static_cast<const arrow::DoubleArray&>(array).Value(row);
+}
+
 void addRange(const arrow::RecordBatch& batch, std::uint32_t low, std::uint32_t high,
               Found& found) {
   const auto& keys = static_cast<const arrow::UInt32Array&>(*batch.column(0));
-  const auto& numbers = static_cast<const arrow::DoubleArray&>(*batch.column(2));
+  const arrow::Array& added = *batch.column(2);
   for (std::int64_t row = 0; row < batch.num_rows(); ++row) {
     const std::uint32_t key = keys.Value(row);
     if (key < low || key >= high) {
       continue;
     }
     ++found.rows;
-    found.sum += numbers.IsNull(row) ? 0.0 : numbers.Value(row);
+    found.sum += addendOf(added, row);
   }
 }
 
@@ -142,6 +151,10 @@ class ParquetFormat : public TableFormat {
       : m_isSnappy(compression == ParquetCompression::snappy), m_hasThreads(threads > 1) {}
 
   std::string name() const override { return m_isSnappy ? "parquet+snappy" : "parquet+zstd"; }
+
+  std::string pathOf(const SampleTable& table, const std::string& folder) const override {
+    return folder + "/" + table.name + (m_isSnappy ? ".snappy" : ".zstd") + ".parquet";
+  }
 
   void prepare(const SampleTable& table) override {
     arrow::FieldVector fields;
@@ -206,10 +219,6 @@ class ParquetFormat : public TableFormat {
 
  private:
   using Reader = parquet::arrow::FileReader;
-
-  std::string pathOf(const SampleTable& table, const std::string& folder) const {
-    return folder + "/" + table.name + (m_isSnappy ? ".snappy" : ".zstd") + ".parquet";
-  }
 
   std::unique_ptr<Reader> open(const SampleTable& table, const std::string& folder) const {
     auto properties = parquet::default_arrow_reader_properties();

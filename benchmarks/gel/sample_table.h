@@ -50,9 +50,12 @@ class SampleColumn {
 struct SampleTable {
   std::string name;
   std::size_t rows = 0;
-  std::vector<SampleColumn> columns;
-  // The names of three columns; the first one is a key in ascending order.
-  std::vector<std::string> threeColumns;
+  std::vector<SampleColumn> columns = {};
+  // The names of three columns; the first one is a key in ascending order. A table without has no
+  // range.
+  std::vector<std::string> threeColumns = {};
+  // The information in its values, as far as the maker of the table knows it; else 0.
+  double leastBytes = 0.0;
 
   SampleColumn& add(const std::string& columnName, MetaTypeColumn type);
   const SampleColumn& column(const std::string& columnName) const;

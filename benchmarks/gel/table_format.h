@@ -16,7 +16,7 @@ struct Found {
   std::uint64_t rows = 0;
   std::uint64_t digest = 0;  // of all values when asked for
   std::uint64_t added = 0;   // otherwise; missing values may differ from format to format
-  double sum = 0.0;          // of the numbers in a range
+  double sum = 0.0;          // of the numbers, or the lengths of the texts, in a range
 
   friend bool operator==(const Found&, const Found&) = default;
 };
@@ -31,6 +31,7 @@ class TableFormat {
  public:
   virtual ~TableFormat() = default;
   virtual std::string name() const = 0;
+  virtual std::string pathOf(const SampleTable& table, const std::string& folder) const = 0;
 
   // What is made once for a table and is no part of the writing.
   virtual void prepare(const SampleTable& table) = 0;
@@ -43,7 +44,7 @@ class TableFormat {
 };
 
 // `threads` is 1 or 2.
-std::unique_ptr<TableFormat> makeGelFormat(int threads);
+std::unique_ptr<TableFormat> makeGelFormat(int rowsInBlock, int threads);
 enum class ParquetCompression { snappy, zstd };
 std::unique_ptr<TableFormat> makeParquetFormat(ParquetCompression compression, int threads);
 

@@ -37,15 +37,16 @@ def days(random, rows):
     return polars.Series(found.astype("datetime64[D]")).dt.to_string("%Y-%m-%d")
 
 
-def write_table(folder, name, rows, program):
-    """name.csv, name.parquet and name.cgel_kelvarin in the folder."""
+def write_table(folder, name, rows, programs):
+    """name.csv, name.parquet and, by each program, a columnar file in the folder; {suffix: program}."""
     table = {"orders": orders, "texts": texts}[name](rows)
     table.write_csv(os.path.join(folder, f"{name}.csv"), float_precision=2)
     table.write_parquet(os.path.join(folder, f"{name}.parquet"), compression="snappy")
-    graph = os.path.join(folder, f"{name}.kelvarin")
-    write_graph(graph, f"<ReadCSV name='in' file='{name}.csv'/><writeColumnarGel name='out' file='{name}.cgel_kelvarin'/>",
-                ("in", "out"))
-    subprocess.run([program, "run", "--quiet", graph], check=True)
+    for suffix, program in programs.items():
+        graph = os.path.join(folder, f"{name}{suffix}.kelvarin")
+        write_graph(graph, f"<ReadCSV name='in' file='{name}.csv'/>"
+                           f"<writeColumnarGel name='out' file='{name}{suffix}.cgel_kelvarin'/>", ("in", "out"))
+        subprocess.run([program, "run", "--quiet", graph], check=True)
 
 
 def write_graph(file, actions, chain):

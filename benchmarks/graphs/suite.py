@@ -20,6 +20,7 @@ from graphs.work import WORKS, actions_and_chain
 
 ROWS = 5_000_000
 PEERS = {"DuckDB": "duckdb", "Polars": "polars"}
+SUFFIX_BEFORE = "_before"
 OURS, BEFORE, MANY, LIBRARY = "ours", "before", "16 threads", "the library alone"
 # More of processor time than the program before takes, on one core and on two.
 WANTED_BEFORE = (1.03, 1.05)
@@ -45,12 +46,14 @@ FORMS = (
 def run(options):
     rows = 1_000_000 if options.quick else ROWS
     rounds = options.rounds or (3 if options.quick else 5)
-    program = program_of(options.build)
+    programs = {"": program_of(options.build)}
+    if options.base:  # it may not know what the columnar files of today hold
+        programs[SUFFIX_BEFORE] = program_of(options.base)
     processors = sorted(os.sched_getaffinity(0))
     found = []
     with tempfile.TemporaryDirectory(dir=options.folder) as folder:
         for table in ("orders", "texts"):
-            write_table(folder, table, rows, program)
+            write_table(folder, table, rows, programs)
         for form in FORMS:
             group = f"Graphs, {rows / 1e6:g} million rows, {form.name}"
             measured = []
@@ -61,7 +64,7 @@ def run(options):
             if len(measured) == 2:
                 found.append(Comparison(group, "time, two cores", "one core", measured[1][OURS][0], measured[0][OURS][0], "s",
                                         WANTED_OF_SECOND_CORE if form.speeds_up else None))
-            check_results(form, folder, program, commands)
+            check_results(form, folder, programs[""], commands)
     return found
 
 
@@ -69,12 +72,13 @@ def program_of(build):
     return os.path.abspath(os.path.join(build, "bin", "kelvarin"))
 
 
-def write_form(form, folder, target):
+def write_form(form, folder, target, suffix=""):
     """The graph of a form that writes the file `target`, without its extension; returns the graph's file."""
     work = WORKS[form.work]
+    table = work.table + (suffix if form.sink == GEL[1] else "")
     actions, names = actions_and_chain(work)
     graph = os.path.join(folder, f"{target}.kelvarin")
-    write_graph(graph, form.source.format(work.table) + actions + form.sink.format(target), ("in", *names, "out"))
+    write_graph(graph, form.source.format(table) + actions + form.sink.format(target), ("in", *names, "out"))
     return graph
 
 
@@ -85,7 +89,7 @@ def commands_of(form, folder, options, cores):
     if cores > 1:
         commands[MANY] = ours_of(options.build, write_form(form, folder, "many"), "--threads", "16")
     if options.base:
-        commands[BEFORE] = ours_of(options.base, write_form(form, folder, "before"))
+        commands[BEFORE] = ours_of(options.base, write_form(form, folder, "before", SUFFIX_BEFORE))
     table = os.path.join(folder, WORKS[form.work].table + form.file)
     script = os.path.join(os.path.dirname(__file__), "peer_graph.py")
 

@@ -3,12 +3,20 @@
 #include "cli/gel/messages.h"
 #include "cli/gel/table_conversion.h"
 #include "cli/gel/table_kind.h"
+#include "columnar/codecs/chunk_codec.h"
 #include "columnar/files/table_files.h"
 #include "columnar/format/file_names.h"
 
 namespace kelvarin {
 
 namespace {
+
+// Larger blocks make files smaller, but ranges slower; by the figures of benchmarks/README.md.
+constexpr std::uint32_t kRowsInBlock = 20'000;
+
+struct Import : TableConversion {
+  std::uint32_t rowsInBlock = kRowsInBlock;
+};
 
 // With the extension of main files, which keeps side files of different tables apart, unless there
 // is a table of that very name.
@@ -33,7 +41,7 @@ void reportRows(const TableConversion& conversion, std::uint64_t rows, Console& 
   console.writeLog(LogLevel::information, gel_messages::written(counted(rows, "row"), output));
 }
 
-ExitStatus importTable(TableConversion conversion) {
+ExitStatus importTable(Import conversion) {
   Console console(conversion.options.isQuiet);
   const TableKind* kind = tableKindOf(conversion.input);
   if (kind == nullptr) {
@@ -51,7 +59,9 @@ ExitStatus importTable(TableConversion conversion) {
   }
   ConversionGraph graph{
       .source = kind->readElement(QStringLiteral("input")),
-      .sink = QStringLiteral("<writeColumnarGel name='output' file='${output}' replaceAtEnd='1'/>"),
+      .sink = QStringLiteral("<writeColumnarGel name='output' file='${output}' replaceAtEnd='1' "
+                             "nRowsInBlock='%1'/>")
+                  .arg(conversion.rowsInBlock),
       .ownAction = nullptr};
   return runConversion(conversion, std::move(graph), console, [&](const RunResult& result) {
     reportRows(conversion, rowsWritten(result), console);
@@ -62,7 +72,7 @@ ExitStatus importTable(TableConversion conversion) {
 }  // namespace
 
 void addGelImport(CLI::App& gel, ChosenCommand& chosen) {
-  auto conversion = std::make_shared<TableConversion>();
+  auto conversion = std::make_shared<Import>();
   CLI::App* command = gel.add_subcommand("import", "Make one of a CSV, Parquet or Arrow file");
   command->add_option("IN", conversion->input, "its extension says what it is")
       ->required()
@@ -72,6 +82,12 @@ void addGelImport(CLI::App& gel, ChosenCommand& chosen) {
                    "the main file; .cgel_kelvarin is appended where it is missing")
       ->required()
       ->type_name("");
+  command
+      ->add_option("--rows-in-block", conversion->rowsInBlock,
+                   "more: smaller files; fewer: faster ranges, less memory")
+      ->check(CLI::Range(std::uint32_t{1}, kMaxRowsInBlock))
+      ->type_name("N")
+      ->capture_default_str();
   command->footer("Example:\n  kelvarin gel import sales.csv sales.cgel_kelvarin");
   conversion->options.addTo(*command);
   command->callback(

@@ -28,6 +28,32 @@ class CheckTest(ProgramTest):
         self.assertIn(advice, run)
         self.assertIn("1 value(s) could not be read and count as missing, the first one 'a' on data row 0", run)
 
+    def test_explains_how_expressions_are_evaluated(self):
+        texts = "<Calculator name='t1'><InputVars><InputVar column='x'/><InputVar column='s' isNumber='0'/></InputVars>" \
+                "<OutputVars><OutputVar name='u' meta='U'>toupper(s)</OutputVar>" \
+                "<OutputVar name='r'>%s</OutputVar></OutputVars></Calculator>"
+        condition = "<FilterRows name='f'><InputVars><InputVar column='s' isNumber='0'/></InputVars>" \
+                    "<Expression>strlen(s) &gt; 1</Expression></FilterRows>"
+        links = ["t t1", "t1 f", "f d"]
+        self.write("g.kelvarin", graph(TABLE + texts % "x * 2" + condition + "<Discard name='d'/>", links))
+        shown = self.kelvarin("check", "g.kelvarin", "--explain").stdout
+        self.assertIn("  t1, u: String Parser (its result is a text), by the batch\n"
+                      "  t1, r: Fastest Parser, by the batch\n"
+                      "  f, condition: String Parser because of 'strlen', by the batch\n", shown)
+        self.assertNotIn("by the batch", self.kelvarin("check", "g.kelvarin").stdout)
+        # One expression keeps the others of its action from batches.
+        self.write("g.kelvarin", graph(TABLE + texts % "x + rand1()" + condition + "<Discard name='d'/>", links))
+        shown = self.kelvarin("check", "g.kelvarin", "--explain", "--quiet").stdout
+        self.assertEqual("how a run evaluates the expressions:\n"
+                         "  t1, u: String Parser (its result is a text), row by row as the other outputs of the action\n"
+                         "  t1, r: Fast Parser because of 'rand1', row by row because of 'rand1'\n"
+                         "  f, condition: String Parser because of 'strlen', by the batch\n", shown)
+        for command in "check", "run":
+            outputs = self.kelvarin_json(command, "g.kelvarin")["actions"][1]["outputs"]
+            self.assertEqual([(output["byBatch"], output["batchRefusal"]) for output in outputs],
+                             [(False, ""), (False, "rand1")], command)
+            self.assertEqual(outputs[0]["nulls"], None if command == "check" else 0)
+
     def test_faults_of_the_graph(self):
         cycle = graph(calculator("a", [], [("name='y'", "1")]) + calculator("b", [], [("name='z'", "1")]),
                       ["a b", "b a"])

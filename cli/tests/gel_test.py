@@ -13,7 +13,7 @@ TABLE = "id,price,name\n" + ROWS
 class GelTest(ProgramTest):
     def make(self):
         self.write("t.csv", TABLE)
-        self.kelvarin("gel", "import", "t.csv", "t.cgel_kelvarin", "--quiet")
+        self.kelvarin("gel", "import", "t.csv", "t.cgel_kelvarin", "--quiet", "--rows-in-block", "5000")
 
     def damage(self, name, offset):
         with open(self.path(name), "r+b") as file:
@@ -58,7 +58,7 @@ class GelTest(ProgramTest):
         self.assertIn("info: 3 rows written to 't.cgel_kelvarin'.",
                       self.kelvarin("gel", "import", "t.csv", "t.cgel_kelvarin").stderr)
         shown = self.kelvarin("gel", "info", "t.cgel_kelvarin", "--blocks").stdout
-        self.assertIn("complete, 3 rows, 1 block of up to 5000 rows, 1 column set\n", shown)
+        self.assertIn("complete, 3 rows, 1 block of up to 20000 rows, 1 column set\n", shown)
         self.assertRegex(shown, r"a +\d+ bytes  nulls, -0.5 to 1\n  b +\d+ bytes  \"\" to \"x\"\n")
         self.assertEqual(self.kelvarin("gel", "export", "t.cgel_kelvarin", "-").stdout, "a,b\n1,\"\"\n-0.5,-\n,x\n")
 

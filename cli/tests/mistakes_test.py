@@ -39,7 +39,7 @@ NAMES = [
     ("if(price > 2, 1, 0)", "use ?:"), ("len(name)", "use strlen"), ("length(name)", "use strlen"), ("NULL", "isNull(x)"),
     ("upper(name)", "use toupper"), ("concat(name, \"x\")", "use //"), ("name == Bob", 'written "Bob"'),
     ("today()", "use _nowS"), ("now()", "use _now"), ("none", 'written "none"'), ("TRUE", "use true"),
-    ("date(2024,1,31)", "toDate"), ("coalesce(x,1)", "use nvl"), ("regex(name,\"a\")", "neither"),
+    ("date(2024,1,31)", "toDate"), ("coalesce(x,1)", "use nvl"), ("regex(name,\"a\")", "use regexMatch or"),
     ("other + 1", "--var other=1", "--text other=abc"), ("foo(2)", "--var foo=1"),
 ]
 SIGNS = [

@@ -1,6 +1,7 @@
 """Where results go: readers that have seen enough, full disks, and what a terminal shows."""
 
 import os
+import select
 import subprocess
 import time
 import unittest
@@ -57,6 +58,43 @@ class OutputTest(ProgramTest):
                 result = self.ended(arguments, full)
                 self.assertEqual(result.returncode, 1, result.stderr)
                 self.assertIn("No space left on device", result.stderr)
+
+    def next_line(self, stream):
+        line = b""
+        while not line.endswith(b"\n"):
+            self.assertTrue(select.select([stream], [], [], 30)[0], "the row does not come")
+            line += os.read(stream.fileno(), 1)
+        return line
+
+    def test_rows_of_a_slow_pipe_come_at_once(self):
+        kinds = {"in batches": ("x", "2*a"), "row by row": ("x", "2*a+0*rand(1)")}
+        columns = "<ReadCSV name='in' file='/dev/stdin'><Column name='a' meta='F'/></ReadCSV>"
+        for kind, (name, expression) in kinds.items():
+            self.write("slow.kelvarin", graph(columns + calculator("c", ["a"], [(f"name='{name}'", expression)])
+                                              + "<WriteCSV name='out' file='-'/>", ["in c", "c out"]))
+            for threads in ("1", "2", "3"):
+                with self.subTest(kind, threads=threads), subprocess.Popen(
+                        [PROGRAM, "run", "slow.kelvarin", "--quiet", "--threads", threads], cwd=self.folder, bufsize=0,
+                        stdin=subprocess.PIPE, stdout=subprocess.PIPE) as process:
+                    process.stdin.write(b"a\n1000000000000\n")
+                    self.assertEqual(self.next_line(process.stdout), b"a,x\n")
+                    self.assertEqual(self.next_line(process.stdout), b"1000000000000,2000000000000\n")
+                    for row in range(1, 40):
+                        process.stdin.write(b"%d\n" % row)
+                        self.assertEqual(self.next_line(process.stdout), b"%d,%d\n" % (row, 2 * row))
+                    process.stdin.close()
+                    self.assertEqual(process.wait(), 0)
+
+    def test_rows_before_a_failure_are_on_standard_output(self):
+        self.write("bad.csv", "a\n1\n2\nthree\n")
+        self.write("bad.kelvarin", graph("<ReadCSV name='in' file='bad.csv'><Column name='a' meta='F'/></ReadCSV>"
+                                         "<WriteCSV name='out' file='${out}'/>", ["in out"], [("out", "-")]))
+        for threads in ("1", "3"):
+            result = self.kelvarin("run", "bad.kelvarin", "--threads", threads, status=1)
+            self.assertEqual(result.stdout, "a\n1\n2\n")
+            before = self.files()
+            self.kelvarin("run", "bad.kelvarin", "--threads", threads, "--set", "out=out.csv", status=1)
+            self.assertEqual(self.files(), before)
 
     def shown_on_terminal(self, graph_file, environment, pipe=None):
         reader, terminal = open_terminal()

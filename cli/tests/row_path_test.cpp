@@ -90,7 +90,7 @@ TEST_P(RowPath, AllocatesNothingARow) {
   const long long few = allocationsOfRun("few");
   const long long many = allocationsOfRun("many");
   EXPECT_GT(few, 100) << "the counter does not count";
-  EXPECT_LT(many - few, (kManyRows - kFewRows) / 50);
+  EXPECT_LT(many - few, (kManyRows - kFewRows) / 40);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -132,8 +132,9 @@ class VectorizedTest(ProgramTest):
             self.assertEqual(process.returncode, 0)
             return usage.ru_maxrss  # in KiB
 
-        short = peak(10)
-        self.assertLess(peak(1000), short + 20_000)
+        some = peak(1000)
+        self.assertLess(some, peak(10) + 40_000)
+        self.assertLess(peak(5000), some + 10_000)
 
 
 if __name__ == "__main__":

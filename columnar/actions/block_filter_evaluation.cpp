@@ -226,7 +226,7 @@ bool BlockFilterEvaluation::setBound(int input, const BlockVariable& variable, c
   bool isDate = true;
   if (text != nullptr) {
     const QString date = QString::fromStdString(*text);
-    isDate = m_dates.parse(date).isValid();
+    isDate = m_dates.instantOf(date).has_value();
     value = m_dates.toElapsedTime(date);
   }
   m_evaluator.expressions.setNumber(input, value);

@@ -28,14 +28,15 @@ std::size_t ChunkEncoder::appendNumbers(std::span<const std::uint64_t> numbers, 
 }
 
 std::size_t ChunkEncoder::appendTexts(const TextValues& texts, ByteBuffer& out) {
-  StringPool empty;
+  TextHistory empty;
   return appendTexts(texts, empty, out);
 }
 
-std::size_t ChunkEncoder::appendTexts(const TextValues& texts, StringPool& pool, ByteBuffer& out) {
+std::size_t ChunkEncoder::appendTexts(const TextValues& texts, TextHistory& history,
+                                      ByteBuffer& out) {
   assert(texts.rawSize() <= kMaxTextsSize);
   m_raw.clear();
-  m_texts.append(texts, pool, m_raw);
+  m_texts.append(texts, history, m_raw);
   return appendCompressed(out);
 }
 

@@ -17,6 +17,7 @@
 #include "columnar/codecs/key_codec.h"
 #include "columnar/codecs/number_encoding.h"
 #include "columnar/codecs/row_counts.h"
+#include "columnar/codecs/text_encoder.h"
 #include "columnar/codecs/text_encoding.h"
 #include "columnar/format/read_status.h"
 #include "columnar/format/storage_code.h"
@@ -37,9 +38,8 @@ class ChunkEncoder {
   std::size_t appendKeys(std::span<const std::uint32_t> keys, StorageCode code, ByteBuffer& out);
   std::size_t appendNumbers(std::span<const std::uint64_t> numbers, ByteBuffer& out);
   std::size_t appendTexts(const TextValues& texts, ByteBuffer& out);
-  // The same chunk, in less time where the pool has many of the texts from the column's earlier
-  // blocks.
-  std::size_t appendTexts(const TextValues& texts, StringPool& pool, ByteBuffer& out);
+  // The same with what the column's earlier blocks have shown, in less time.
+  std::size_t appendTexts(const TextValues& texts, TextHistory& history, ByteBuffer& out);
   // The different texts of the last call of appendTexts(), see TextEncoder.
   std::span<const TextDictionary::Entry> differentTexts() const { return m_texts.entries(); }
 

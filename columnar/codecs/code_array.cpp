@@ -1,9 +1,14 @@
 #include "columnar/codecs/code_array.h"
 
+#include <array>
 #include <bit>
 #include <utility>
 
 #include "base/byte_cursor.h"
+
+#if defined(__x86_64__)
+#include <immintrin.h>
+#endif
 
 namespace kelvarin {
 
@@ -52,6 +57,49 @@ void unpackGroups(const unsigned char* packed, std::size_t count, int shift, std
   unpack(bits, whole, count - whole);
 }
 
+#if defined(__x86_64__)
+// Where the codes of a group lie. A code of at most 8 bits lies in two bytes.
+template <int kBits>
+struct GroupLayout {
+  alignas(32) std::array<std::uint8_t, 32> bytes{};      // both bytes of each code, for a shuffle
+  alignas(32) std::array<std::uint32_t, kGroup> shifts;  // of each code in its bytes
+
+  constexpr GroupLayout() : shifts() {
+    constexpr std::uint8_t kZero = 0x80;
+    bytes.fill(kZero);
+    for (std::size_t i = 0; i < kGroup; ++i) {
+      bytes[4 * i] = static_cast<std::uint8_t>(i * kBits / 8);
+      bytes[4 * i + 1] = static_cast<std::uint8_t>(i * kBits / 8 + 1);
+      shifts[i] = i * kBits % 8;
+    }
+  }
+};
+
+// The same, a group with each step.
+template <int kBits>
+[[gnu::target("avx2")]] void unpackWide(const unsigned char* packed, std::size_t count, int shift,
+                                        std::uint32_t* codes) {
+  static constexpr GroupLayout<kBits> kLayout;
+  const __m256i bytes = _mm256_load_si256(reinterpret_cast<const __m256i*>(kLayout.bytes.data()));
+  const __m256i shifts = _mm256_load_si256(reinterpret_cast<const __m256i*>(kLayout.shifts.data()));
+  const __m256i mask = _mm256_set1_epi32((1 << kBits) - 1);
+  const __m128i distance = _mm_cvtsi32_si128(shift);
+  std::size_t first = 0;
+  // A group is read with 8 bytes.
+  for (std::size_t left = packedBitsSize(count, kBits);
+       left >= sizeof(std::uint64_t) && first + kGroup <= count;
+       left -= kBits, packed += kBits, first += kGroup) {
+    const auto bits = loadPacked<std::int64_t>(packed);
+    const __m256i pairs = _mm256_shuffle_epi8(_mm256_set1_epi64x(bits), bytes);
+    const __m256i unpacked = _mm256_and_si256(_mm256_srlv_epi32(pairs, shifts), mask);
+    auto* to = reinterpret_cast<__m256i_u*>(codes + first);
+    _mm256_storeu_si256(
+        to, _mm256_or_si256(_mm256_loadu_si256(to), _mm256_sll_epi32(unpacked, distance)));
+  }
+  unpackGroups<kBits>(packed, count - first, shift, codes + first);
+}
+#endif
+
 using Pack = void (*)(std::span<const std::uint8_t>, unsigned char*);
 using Unpack = void (*)(const unsigned char*, std::size_t, int, std::uint32_t*);
 constexpr Pack kPacks[] = {nullptr,       packGroups<1>, packGroups<2>,
@@ -60,6 +108,20 @@ constexpr Pack kPacks[] = {nullptr,       packGroups<1>, packGroups<2>,
 constexpr Unpack kUnpacks[] = {nullptr,         unpackGroups<1>, unpackGroups<2>,
                                unpackGroups<3>, unpackGroups<4>, unpackGroups<5>,
                                unpackGroups<6>, unpackGroups<7>, unpackGroups<8>};
+#if defined(__x86_64__)
+constexpr Unpack kWideUnpacks[] = {nullptr,       unpackWide<1>, unpackWide<2>,
+                                   unpackWide<3>, unpackWide<4>, unpackWide<5>,
+                                   unpackWide<6>, unpackWide<7>, unpackWide<8>};
+#endif
+
+const Unpack* fastestUnpacks() {
+#if defined(__x86_64__)
+  if (__builtin_cpu_supports("avx2")) {
+    return kWideUnpacks;
+  }
+#endif
+  return kUnpacks;
+}
 
 template <typename Low>
 void storeLow(std::span<const std::uint32_t> codes, unsigned char* out) {
@@ -148,8 +210,9 @@ void LoadedCodes::load(std::size_t first, std::size_t count, std::uint32_t* code
       loadLow<std::uint32_t>(low, count, codes);
   }
   if (m_width.highBits > 0) {
-    kUnpacks[m_width.highBits](m_high + packedBitsSize(first, m_width.highBits), count,
-                               8 * m_width.lowBytes, codes);
+    static const Unpack* const unpacks = fastestUnpacks();
+    unpacks[m_width.highBits](m_high + packedBitsSize(first, m_width.highBits), count,
+                              8 * m_width.lowBytes, codes);
   }
 }
 

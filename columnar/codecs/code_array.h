@@ -76,10 +76,10 @@ class LoadedCodes {
     }
     return true;
   }
-
- private:
+  // `first` is a multiple of kRowsInBatch, `count` at most as large.
   void load(std::size_t first, std::size_t count, std::uint32_t* codes) const;
 
+ private:
   const unsigned char* m_low;
   const unsigned char* m_high;
   std::size_t m_rows;

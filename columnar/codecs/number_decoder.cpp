@@ -79,21 +79,11 @@ bool decodeDelta(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
   return decodeCodes(reader, rows, numbers, kernels::unscaleDeltas);
 }
 
-void repeat(std::size_t count, ByteBuffer& numbers) {
-  const auto number = loadPacked<std::uint64_t>(numbers.data());
-  numbers.resize(count * kNumberSize);
-  for (std::size_t i = 1; i < count; ++i) {
-    storePacked(numbers.data() + i * kNumberSize, number);
-  }
-}
-
 bool decodeInnerFrameOfReference(ByteReader& reader, std::size_t count, ByteBuffer& numbers) {
   if (!decodeFrameOfReference(reader, count, numbers)) {
     return false;
   }
-  if (numbers.size() < count * kNumberSize) {
-    repeat(count, numbers);
-  }
+  repeatToSize(count, numbers);
   return true;
 }
 
@@ -193,9 +183,21 @@ bool decodeSparse(ByteReader& reader, std::size_t rows, ByteBuffer& numbers) {
 using Decode = bool (*)(ByteReader&, std::size_t, ByteBuffer&);
 // In the order of NumberEncoding.
 constexpr Decode kDecoders[] = {decodePlain,           decodeFrameOfReference, decodeDictionary,
-                                decodeByteStreamSplit, decodeSparse,           decodeDelta};
+                                decodeByteStreamSplit, decodeSparse,           decodeDelta,
+                                decodeIntegerNumbers};
 
 }  // namespace
+
+void repeatToSize(std::size_t count, ByteBuffer& numbers) {
+  if (numbers.size() == count * kNumberSize) {
+    return;
+  }
+  const auto number = loadPacked<std::uint64_t>(numbers.data());
+  numbers.resize(count * kNumberSize);
+  for (std::size_t i = 1; i < count; ++i) {
+    storePacked(numbers.data() + i * kNumberSize, number);
+  }
+}
 
 ReadStatus decodeNumbers(Bytes bytes, std::uint32_t rows, ByteBuffer& numbers,
                          int& unknownEncoding) {

@@ -7,6 +7,7 @@
 #include "columnar/codecs/number_encoding.h"
 #include "columnar/codecs/number_kernels.h"
 #include "columnar/codecs/number_sample.h"
+#include "columnar/codecs/number_scale_search.h"
 #include "columnar/codecs/snappy_stream.h"
 
 namespace kelvarin {
@@ -50,8 +51,7 @@ struct NumberEncoder::Choice {
   }
 };
 
-NumberEncoder::Choice NumberEncoder::choose(Numbers numbers) {
-  const NumberSample sample(numbers);
+NumberEncoder::Choice NumberEncoder::choose(Numbers numbers, const NumberSample& sample) {
   const std::size_t rows = numbers.size();
   const bool hasDictionary = fillDictionary(numbers);
   // The different numbers have the same range as all numbers.
@@ -76,7 +76,7 @@ NumberEncoder::Choice NumberEncoder::choose(Numbers numbers) {
     choice.take(NumberEncoding::sparse, sizeof(double) + packedBitsSize(rows, 1) + sizeOf(others));
   }
   // Repeated numbers compress better when their bytes stay together.
-  if (choice.encoding == NumberEncoding::plain && sample.distinct() * 8 > sample.size() * 7) {
+  if (choice.encoding == NumberEncoding::plain && sample.areNearlyAllDifferent()) {
     while (choice.planes < kMaxPlanes && sample.distinctBytes(choice.planes) == 1) {
       ++choice.planes;
     }
@@ -147,12 +147,18 @@ bool NumberEncoder::fillDictionary(Numbers numbers) {
 }
 
 void NumberEncoder::append(Numbers numbers, ByteBuffer& out) {
-  const Choice choice = choose(numbers);
-  if (choice.encoding == NumberEncoding::frameOfReference) {
-    return appendScaled(*choice.scaling, numbers.size(), out);
+  const NumberSample sample(numbers);
+  const Choice choice = choose(numbers, sample);
+  if (!appendIntegers(numbers, sample, choice, out)) {
+    appendChosen(choice, numbers, out);
   }
+}
+
+void NumberEncoder::appendChosen(const Choice& choice, Numbers numbers, ByteBuffer& out) {
   out.put(static_cast<std::uint8_t>(choice.encoding));
   switch (choice.encoding) {
+    case NumberEncoding::frameOfReference:
+      return appendFrameOfReference(*choice.scaling, numbers.size(), out);
     case NumberEncoding::dictionary:
       return appendDictionary(choice.scaling, out);
     case NumberEncoding::byteStreamSplit:
@@ -163,6 +169,63 @@ void NumberEncoder::append(Numbers numbers, ByteBuffer& out) {
     default:
       out.append(bytesOf(numbers));
   }
+}
+
+// Which part of the bytes of the choice is saved at least where integers replace it. Codes of a
+// frame of reference are read faster, above all where many are missing.
+double NumberEncoder::leastSaving(const NumberSample& sample, const Choice& choice) {
+  if (choice.encoding != NumberEncoding::frameOfReference) {
+    return 1.0 / 16;
+  }
+  const Numbers sampled = sample.numbers();
+  const auto missing = std::count(sampled.begin(), sampled.end(), kNullNumberBits);
+  return 1.0 / 12 + static_cast<double>(missing) / static_cast<double>(2 * sampled.size());
+}
+
+// False, and nothing is appended, where integers of any width are not expected to take less than
+// the choice.
+bool NumberEncoder::appendIntegers(Numbers numbers, const NumberSample& sample,
+                                   const Choice& choice, ByteBuffer& out) {
+  constexpr std::size_t kMinNumbers = 32;
+  if (numbers.size() < kMinNumbers || choice.encoding == NumberEncoding::dictionary ||
+      choice.encoding == NumberEncoding::sparse) {
+    return false;
+  }
+  const auto guess = findScale(
+      numbers, sample, choice.scaling ? std::optional(choice.scaling->exponent) : std::nullopt);
+  const double limit = static_cast<double>(choice.size) * (1 - leastSaving(sample, choice));
+  // A sample that shows hardly enough is often wrong.
+  constexpr double kClearly = 0.97;
+  const double expected = guess.bits / 8 * static_cast<double>(numbers.size());
+  if (expected > limit * kClearly ||
+      !m_integerNumbers.encode(numbers, guess.scale, static_cast<std::size_t>(limit))) {
+    return false;
+  }
+  const std::size_t begin = out.size();
+  if (mayCompress(sample, choice)) {
+    appendChosen(choice, numbers, out);
+    if (compressedSize(out.bytes(begin), m_compressed) <= m_integerNumbers.size()) {
+      return true;
+    }
+    out.resize(begin);
+  }
+  out.put(static_cast<std::uint8_t>(NumberEncoding::integers));
+  out.append(m_integerNumbers.bytes());
+  const Numbers others = m_integerNumbers.others();
+  if (!others.empty()) {
+    appendChosen(choose(others, NumberSample(others)), others, out);
+  }
+  return true;
+}
+
+// Whether compression may make the choice smaller than integers: where numbers repeat, or where
+// more than a part of plain ones is saved.
+bool NumberEncoder::mayCompress(const NumberSample& sample, const Choice& choice) const {
+  const std::size_t size = m_integerNumbers.size();
+  if (!sample.areNearlyAllDifferent()) {
+    return size * 4 > choice.size;
+  }
+  return choice.encoding != NumberEncoding::frameOfReference && size * 8 > choice.size * 5;
 }
 
 // Codes of few bits, which are in m_codes, take a byte each where that compresses better.
@@ -189,51 +252,6 @@ void NumberEncoder::appendFrameOfReference(const Scaling& scaling, std::size_t r
   out.put(static_cast<std::uint8_t>(scaling.range.hasMissing));
   out.put(base);
   kernels::storeFrameOfReference(integers, base, width, out.append(codesSize(rows, width)));
-}
-
-void NumberEncoder::appendScaled(const Scaling& scaling, std::size_t rows, ByteBuffer& out) {
-  const std::size_t begin = out.size();
-  const std::span<const std::int64_t> integers(m_integers.data(), rows);
-  const DeltaSize deltas = deltaSizeOf(integers, scaling.width->bits());
-  if (deltas != DeltaSize::large && appendDeltas(scaling, rows, out)) {
-    if (deltas == DeltaSize::tiny) {
-      return;
-    }
-    // The sample does not show which encoding takes less, so both are compressed.
-    m_candidate.clear();
-    m_candidate.append(out.bytes(begin));
-    out.resize(begin);
-  } else {
-    m_candidate.clear();
-  }
-  out.put(static_cast<std::uint8_t>(NumberEncoding::frameOfReference));
-  appendFrameOfReference(scaling, rows, out);
-  if (!m_candidate.isEmpty() && compressedSize(m_candidate.bytes(), m_compressed) <
-                                    compressedSize(out.bytes(begin), m_compressed)) {
-    out.resize(begin);
-    out.append(m_candidate.bytes());
-  }
-}
-
-// False, and nothing is appended, when a delta does not fit a code.
-bool NumberEncoder::appendDeltas(const Scaling& scaling, std::size_t rows, ByteBuffer& out) {
-  m_deltas.resize(rows);
-  std::uint32_t largest = 0;
-  if (!kernels::takeDeltas({m_integers.data(), rows}, scaling.range.lowest, m_deltas.data(),
-                           largest)) {
-    return false;
-  }
-  const CodeWidth width = *codeWidthFor(std::uint64_t{largest} + scaling.range.hasMissing);
-  out.put(static_cast<std::uint8_t>(NumberEncoding::delta));
-  out.put(static_cast<std::uint8_t>(scaling.exponent));
-  out.put(static_cast<std::uint8_t>(width.bits()));
-  out.put(static_cast<std::uint8_t>(scaling.range.hasMissing));
-  out.put(scaling.range.lowest);
-  const StoredCodes codes(out.append(codesSize(rows, width)), rows, width);
-  for (std::size_t first = 0; first < rows; first += kRowsInBatch) {
-    codes.store(first, {m_deltas.data() + first, std::min(kRowsInBatch, rows - first)});
-  }
-  return true;
 }
 
 void NumberEncoder::appendDictionary(const std::optional<Scaling>& scaling, ByteBuffer& out) {

@@ -13,6 +13,8 @@
 
 #include "columnar/codecs/byte_buffer.h"
 #include "columnar/codecs/code_array.h"
+#include "columnar/codecs/number_integers.h"
+#include "columnar/codecs/number_sample.h"
 #include "columnar/format/read_status.h"
 
 namespace kelvarin {
@@ -23,7 +25,9 @@ enum class NumberEncoding : std::uint8_t {
   dictionary = 2,        // the few numbers that occur, and a code for each row
   byteStreamSplit = 3,   // the highest bytes of all numbers, then the next ones, then the rest
   sparse = 4,            // the number that most rows have, and the others
-  delta = 5,             // decimals scaled to integers, each less the previous one
+  delta = 5,             // decimals scaled to integers, each less the previous one; not chosen
+                         // any more, since integers do the same in fewer bytes
+  integers = 6,          // integers of any width, corrections of their quotients, and the others
 };
 
 inline constexpr int kMaxExponent = 15;
@@ -32,6 +36,14 @@ inline constexpr int kMaxExponent = 15;
 inline constexpr int kBaseBits = 50;
 inline constexpr std::size_t kMaxNumberDictionary = 256;
 inline constexpr int kMaxPlanes = 7;
+
+// The numbers that the encoding `integers` may have in so many bytes, in bytes: few bytes may stand
+// for very many equal numbers, but not for all the memory that there is.
+constexpr std::uint64_t maximumIntegerNumbersSize(std::uint64_t encodedSize) {
+  constexpr std::uint64_t kAlways = std::uint64_t{32} << 20;
+  constexpr std::uint64_t kOfEachByte = 256;
+  return kAlways + kOfEachByte * encodedSize;
+}
 
 class NumberEncoder {
  public:
@@ -43,10 +55,14 @@ class NumberEncoder {
   struct Choice;
   struct Scaling;
 
-  Choice choose(std::span<const std::uint64_t> numbers);
+  Choice choose(std::span<const std::uint64_t> numbers, const NumberSample& sample);
+  static double leastSaving(const NumberSample& sample, const Choice& choice);
+  [[nodiscard]] bool appendIntegers(std::span<const std::uint64_t> numbers,
+                                    const NumberSample& sample, const Choice& choice,
+                                    ByteBuffer& out);
+  bool mayCompress(const NumberSample& sample, const Choice& choice) const;
+  void appendChosen(const Choice& choice, std::span<const std::uint64_t> numbers, ByteBuffer& out);
   void appendFrameOfReference(const Scaling& scaling, std::size_t rows, ByteBuffer& out);
-  void appendScaled(const Scaling& scaling, std::size_t rows, ByteBuffer& out);
-  [[nodiscard]] bool appendDeltas(const Scaling& scaling, std::size_t rows, ByteBuffer& out);
   void appendDictionary(const std::optional<Scaling>& scaling, ByteBuffer& out);
   void appendSparse(const Choice& choice, std::span<const std::uint64_t> numbers, ByteBuffer& out);
   void appendInner(const std::optional<Scaling>& outer, std::span<const std::uint64_t> numbers,
@@ -57,11 +73,10 @@ class NumberEncoder {
   std::optional<Scaling> findScaling(std::span<const std::uint64_t> numbers,
                                      std::span<const std::uint64_t> sample);
 
+  IntegerNumbersEncoder m_integerNumbers;
   std::vector<std::int64_t> m_integers;  // numbers times a power of ten
-  std::vector<std::uint32_t> m_deltas;
-  std::vector<std::uint64_t> m_others;  // those that the sparse encoding stores
+  std::vector<std::uint64_t> m_others;   // those that the sparse encoding stores
   std::vector<std::uint64_t> m_dictionary;
-  ByteBuffer m_candidate;
   ByteBuffer m_compressed;
   std::vector<std::uint8_t> m_codes;  // a byte a row, in the dictionary or of few bits
 };
@@ -72,5 +87,8 @@ class NumberEncoder {
 // encoding byte when this version does not know it.
 [[nodiscard]] ReadStatus decodeNumbers(Bytes bytes, std::uint32_t rows, ByteBuffer& numbers,
                                        int& unknownEncoding);
+
+// Where a single number has been decoded for `count` rows, repeats it for each of them.
+void repeatToSize(std::size_t count, ByteBuffer& numbers);
 
 }  // namespace kelvarin

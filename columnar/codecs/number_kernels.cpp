@@ -7,6 +7,10 @@
 #include "base/byte_cursor.h"
 #include "base/null_number.h"
 
+#if defined(__x86_64__)
+#include <immintrin.h>
+#endif
+
 namespace kelvarin::kernels {
 
 namespace {
@@ -87,6 +91,73 @@ void addDeltas(std::span<const std::uint32_t> codes, std::uint64_t missing, doub
     const std::uint64_t bits = std::bit_cast<std::uint64_t>(value);
     storePacked(numbers + i * sizeof bits, isMissing ? kNullNumberBits : bits);
   }
+}
+
+#if defined(__x86_64__)
+constexpr std::size_t kLanes = 4;
+
+[[gnu::target("avx2")]] inline __m256i every(std::uint64_t value) {
+  return _mm256_set1_epi64x(static_cast<std::int64_t>(value));
+}
+
+// Each lane becomes the sum of itself and those before it.
+[[gnu::target("avx2")]] inline __m256i runningSums(__m256i deltas) {
+  const __m256i pairs = _mm256_add_epi64(deltas, _mm256_slli_si256(deltas, sizeof(std::int64_t)));
+  // The upper half gets the sum of the lower one.
+  const __m256i lower = _mm256_permute4x64_epi64(pairs, _MM_SHUFFLE(1, 1, 1, 1));
+  return _mm256_add_epi64(pairs, _mm256_blend_epi32(_mm256_setzero_si256(), lower, 0xF0));
+}
+
+// The same, four numbers with each step. All integers are between -2^51 and 2^51, so that the
+// conversion by adding 1.5 * 2^52 is exact.
+template <bool kDivides>
+[[gnu::target("avx2")]] void addDeltasWide(std::span<const std::uint32_t> codes,
+                                           std::uint64_t missing, double power,
+                                           std::int64_t& integer, unsigned char* numbers) {
+  constexpr double kMiddle = 1.5 * kTwoTo52;
+  const std::size_t wide = codes.size() / kLanes * kLanes;
+  __m256i sum = every(static_cast<std::uint64_t>(integer));
+  for (std::size_t i = 0; i < wide; i += kLanes) {
+    const __m256i code = _mm256_cvtepu32_epi64(
+        _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(codes.data() + i)));
+    const __m256i isMissing = _mm256_cmpeq_epi64(code, every(missing));
+    const __m256i isNegative =
+        _mm256_sub_epi64(_mm256_setzero_si256(), _mm256_and_si256(code, every(1)));
+    const __m256i delta = _mm256_xor_si256(_mm256_srli_epi64(code, 1), isNegative);
+    const __m256i sums = runningSums(_mm256_andnot_si256(isMissing, delta));
+    const __m256i integers = _mm256_add_epi64(sum, sums);
+    sum = _mm256_add_epi64(sum, _mm256_permute4x64_epi64(sums, _MM_SHUFFLE(3, 3, 3, 3)));
+    const __m256i shifted =
+        _mm256_add_epi64(integers, every(std::bit_cast<std::uint64_t>(kMiddle)));
+    __m256d value = _mm256_sub_pd(_mm256_castsi256_pd(shifted), _mm256_set1_pd(kMiddle));
+    if constexpr (kDivides) {
+      value = _mm256_div_pd(value, _mm256_set1_pd(power));
+    }
+    const __m256i bits = _mm256_or_si256(_mm256_castpd_si256(value), isMissing);
+    _mm256_storeu_si256(reinterpret_cast<__m256i_u*>(numbers + i * sizeof(double)), bits);
+  }
+  integer = _mm256_extract_epi64(sum, 0);
+  addDeltas<kDivides>(codes.subspan(wide), missing, power, integer,
+                      numbers + wide * sizeof(double));
+}
+#endif
+
+using AddDeltas = void (*)(std::span<const std::uint32_t>, std::uint64_t, double, std::int64_t&,
+                           unsigned char*);
+
+struct DeltaLoops {
+  AddDeltas forAll;
+  AddDeltas forSmallIntegers;
+};
+
+template <bool kDivides>
+DeltaLoops deltaLoops() {
+#if defined(__x86_64__)
+  if (__builtin_cpu_supports("avx2")) {
+    return {addDeltas<kDivides>, addDeltasWide<kDivides>};
+  }
+#endif
+  return {addDeltas<kDivides>, addDeltas<kDivides>};
 }
 
 template <int kPlanes>
@@ -170,29 +241,17 @@ void unscale(const LoadedCodes& codes, const Scale& scale, unsigned char* number
 
 void unscaleDeltas(const LoadedCodes& codes, const Scale& scale, unsigned char* numbers) {
   const double power = powerOfTen(scale.exponent);
-  const auto add = power == 1.0 ? addDeltas<false> : addDeltas<true>;
+  const DeltaLoops loops = power == 1.0 ? deltaLoops<false>() : deltaLoops<true>();
+  // After a batch, integers are still below 2^51.
+  constexpr std::int64_t kSmall = std::int64_t{1} << 50;
+  static_assert(kRowsInBatch << 32 < kSmall);
   std::int64_t integer = scale.base;
   codes.forEachBatch([&](std::size_t first, std::span<const std::uint32_t> batch) {
+    const bool isSmall = -kSmall < integer && integer < kSmall;
+    const AddDeltas add = isSmall ? loops.forSmallIntegers : loops.forAll;
     add(batch, scale.missing, power, integer, numbers + first * sizeof(double));
     return true;
   });
-}
-
-bool takeDeltas(std::span<const std::int64_t> integers, std::int64_t base, std::uint32_t* deltas,
-                std::uint32_t& largest) {
-  std::int64_t before = base;
-  std::uint64_t all = 0;
-  std::uint64_t max = 0;
-  for (std::size_t i = 0; i < integers.size(); ++i) {
-    const bool isMissing = integers[i] == kMissingInteger;
-    const std::uint64_t delta = isMissing ? 0 : zigzagEncoded(integers[i] - before);
-    before = isMissing ? before : integers[i];
-    all |= delta;
-    max = std::max(max, delta);
-    deltas[i] = isMissing ? UINT32_MAX : static_cast<std::uint32_t>(delta);
-  }
-  largest = static_cast<std::uint32_t>(max);
-  return all < UINT32_MAX;
 }
 
 void split(Numbers numbers, int planes, unsigned char* out) {

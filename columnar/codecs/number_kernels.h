@@ -26,12 +26,6 @@ constexpr std::int64_t zigzagDecoded(std::uint64_t code) {
   return static_cast<std::int64_t>(code >> 1 ^ (0 - (code & 1)));
 }
 
-// The zigzag-encoded delta of each integer to the previous one that is not missing, of the first to
-// `base`. Missing integers become all bits set. False when a delta does not fit. `largest` is the
-// largest encoded delta.
-bool takeDeltas(std::span<const std::int64_t> integers, std::int64_t base, std::uint32_t* deltas,
-                std::uint32_t& largest);
-
 // How codes become numbers.
 struct Scale {
   std::uint64_t missing;  // a code, or more than any code

@@ -84,6 +84,8 @@ void addScaled(Seen& seen, Numbers numbers, double power, std::int64_t* integers
 
 #if defined(__x86_64__)
 constexpr std::size_t kLanes = 4;
+// Two registers in turn, since a bound depends on the one before.
+constexpr std::size_t kStep = 2 * kLanes;
 
 [[gnu::target("avx2")]] inline __m256i loaded(const std::uint64_t* numbers) {
   return _mm256_loadu_si256(reinterpret_cast<const __m256i_u*>(numbers));
@@ -120,60 +122,77 @@ struct SeenLanes {
   seen.highest = chosen(_mm256_cmpgt_epi64(forHighest, seen.highest), forHighest, seen.highest);
 }
 
-[[gnu::target("avx2")]] inline Seen ended(const SeenLanes& lanes) {
-  std::int64_t lowest[kLanes];
-  std::int64_t highest[kLanes];
-  _mm256_storeu_si256(reinterpret_cast<__m256i_u*>(lowest), lanes.lowest);
-  _mm256_storeu_si256(reinterpret_cast<__m256i_u*>(highest), lanes.highest);
-  return {.lowest = *std::min_element(lowest, lowest + kLanes),
-          .highest = *std::max_element(highest, highest + kLanes),
-          .isMissing = isAny(lanes.isMissing),
-          .isOdd = isAny(lanes.isOdd)};
+[[gnu::target("avx2")]] inline Seen ended(const SeenLanes (&seen)[2]) {
+  std::int64_t lowest[kStep];
+  std::int64_t highest[kStep];
+  Seen result;
+  for (std::size_t i = 0; i < 2; ++i) {
+    _mm256_storeu_si256(reinterpret_cast<__m256i_u*>(lowest + i * kLanes), seen[i].lowest);
+    _mm256_storeu_si256(reinterpret_cast<__m256i_u*>(highest + i * kLanes), seen[i].highest);
+    result.isMissing |= isAny(seen[i].isMissing);
+    result.isOdd |= isAny(seen[i].isOdd);
+  }
+  result.lowest = *std::min_element(lowest, lowest + kStep);
+  result.highest = *std::max_element(highest, highest + kStep);
+  return result;
+}
+
+[[gnu::target("avx2")]] inline void addRange(SeenLanes& seen, __m256i bits) {
+  const __m256i unsignedBits = _mm256_and_si256(bits, every(INT64_MAX));
+  const __m256i isNegative = _mm256_cmpgt_epi64(_mm256_setzero_si256(), bits);
+  const __m256i ordered = _mm256_xor_si256(bits, _mm256_srli_epi64(isNegative, 1));
+  const __m256i isNotANumber = _mm256_cmpgt_epi64(unsignedBits, every(kInfinityBits));
+  const __m256i isMissing = _mm256_cmpeq_epi64(bits, every(-1));
+  seen.isMissing = _mm256_or_si256(seen.isMissing, isMissing);
+  seen.isOdd = _mm256_or_si256(seen.isOdd, _mm256_andnot_si256(isMissing, isNotANumber));
+  addBounds(seen, ordered, isNotANumber);
 }
 
 [[gnu::target("avx2")]] Seen rangeOfLanes(Numbers numbers) {
-  SeenLanes seen;
-  begin(seen);
-  for (std::size_t i = 0; i < numbers.size(); i += kLanes) {
-    const __m256i bits = loaded(numbers.data() + i);
-    const __m256i unsignedBits = _mm256_and_si256(bits, every(INT64_MAX));
-    const __m256i isNegative = _mm256_cmpgt_epi64(_mm256_setzero_si256(), bits);
-    const __m256i ordered = _mm256_xor_si256(bits, _mm256_srli_epi64(isNegative, 1));
-    const __m256i isNotANumber = _mm256_cmpgt_epi64(unsignedBits, every(kInfinityBits));
-    const __m256i isMissing = _mm256_cmpeq_epi64(bits, every(-1));
-    seen.isMissing = _mm256_or_si256(seen.isMissing, isMissing);
-    seen.isOdd = _mm256_or_si256(seen.isOdd, _mm256_andnot_si256(isMissing, isNotANumber));
-    addBounds(seen, ordered, isNotANumber);
+  SeenLanes seen[2];
+  begin(seen[0]);
+  begin(seen[1]);
+  for (std::size_t i = 0; i < numbers.size(); i += kStep) {
+    addRange(seen[0], loaded(numbers.data() + i));
+    addRange(seen[1], loaded(numbers.data() + i + kLanes));
   }
   return ended(seen);
 }
 
+// Returns the integers.
+template <bool kDivides>
+[[gnu::target("avx2")]] inline __m256i addScaled(SeenLanes& seen, __m256i bits, __m256d powers) {
+  const __m256d rounding = _mm256_set1_pd(kRounding);
+  const __m256d value = _mm256_castsi256_pd(bits);
+  const __m256d product = kDivides ? _mm256_mul_pd(value, powers) : value;
+  const __m256d shifted = _mm256_add_pd(product, rounding);
+  const __m256i integer = _mm256_sub_epi64(_mm256_castpd_si256(shifted), every(kRoundingBits));
+  const __m256d rounded = _mm256_sub_pd(shifted, rounding);
+  const __m256d back = kDivides ? _mm256_div_pd(rounded, powers) : rounded;
+  const __m256d isSmall = _mm256_cmp_pd(_mm256_andnot_pd(_mm256_set1_pd(-0.0), product),
+                                        _mm256_set1_pd(kLargestScaled), _CMP_LT_OQ);
+  const __m256i isSame = _mm256_cmpeq_epi64(_mm256_castpd_si256(back), bits);
+  const __m256i isExact = _mm256_and_si256(_mm256_castpd_si256(isSmall), isSame);
+  const __m256i isMissing = _mm256_cmpeq_epi64(bits, every(-1));
+  seen.isMissing = _mm256_or_si256(seen.isMissing, isMissing);
+  seen.isOdd = _mm256_or_si256(seen.isOdd,
+                               _mm256_andnot_si256(_mm256_or_si256(isMissing, isExact), every(-1)));
+  addBounds(seen, integer, isMissing);
+  return chosen(isMissing, every(kMissingInteger), integer);
+}
+
 template <bool kDivides>
 [[gnu::target("avx2")]] Seen scaleLanes(Numbers numbers, double power, std::int64_t* integers) {
-  const __m256d rounding = _mm256_set1_pd(kRounding);
   const __m256d powers = _mm256_set1_pd(power);
-  const __m256d sign = _mm256_set1_pd(-0.0);
-  SeenLanes seen;
-  begin(seen);
-  for (std::size_t i = 0; i < numbers.size(); i += kLanes) {
-    const __m256i bits = loaded(numbers.data() + i);
-    const __m256d value = _mm256_castsi256_pd(bits);
-    const __m256d product = kDivides ? _mm256_mul_pd(value, powers) : value;
-    const __m256d shifted = _mm256_add_pd(product, rounding);
-    const __m256i integer = _mm256_sub_epi64(_mm256_castpd_si256(shifted), every(kRoundingBits));
-    const __m256d rounded = _mm256_sub_pd(shifted, rounding);
-    const __m256d back = kDivides ? _mm256_div_pd(rounded, powers) : rounded;
-    const __m256d isSmall =
-        _mm256_cmp_pd(_mm256_andnot_pd(sign, product), _mm256_set1_pd(kLargestScaled), _CMP_LT_OQ);
-    const __m256i isSame = _mm256_cmpeq_epi64(_mm256_castpd_si256(back), bits);
-    const __m256i isExact = _mm256_and_si256(_mm256_castpd_si256(isSmall), isSame);
-    const __m256i isMissing = _mm256_cmpeq_epi64(bits, every(-1));
-    seen.isMissing = _mm256_or_si256(seen.isMissing, isMissing);
-    seen.isOdd = _mm256_or_si256(
-        seen.isOdd, _mm256_andnot_si256(_mm256_or_si256(isMissing, isExact), every(-1)));
-    addBounds(seen, integer, isMissing);
-    _mm256_storeu_si256(reinterpret_cast<__m256i_u*>(integers + i),
-                        chosen(isMissing, every(kMissingInteger), integer));
+  SeenLanes seen[2];
+  begin(seen[0]);
+  begin(seen[1]);
+  for (std::size_t i = 0; i < numbers.size(); i += kStep) {
+    for (std::size_t lanes = 0; lanes < 2; ++lanes) {
+      const std::size_t first = i + lanes * kLanes;
+      _mm256_storeu_si256(reinterpret_cast<__m256i_u*>(integers + first),
+                          addScaled<kDivides>(seen[lanes], loaded(numbers.data() + first), powers));
+    }
   }
   return ended(seen);
 }
@@ -184,7 +203,7 @@ template <bool kDivides>
 std::size_t wideCount([[maybe_unused]] std::size_t count) {
 #if defined(__x86_64__)
   static const bool isWide = __builtin_cpu_supports("avx2");
-  return isWide ? count / kLanes * kLanes : 0;
+  return isWide ? count / kStep * kStep : 0;
 #else
   return 0;
 #endif

@@ -19,8 +19,7 @@ NumberSample::NumberSample(std::span<const std::uint64_t> numbers)
   for (std::size_t i = 0; i < m_size; ++i) {
     m_numbers[i] = numbers[i * numbers.size() / m_size];
   }
-  std::sort(m_numbers.begin(), m_numbers.begin() + static_cast<std::ptrdiff_t>(m_size));
-  countRuns();
+  countNumbers();
 }
 
 std::size_t NumberSample::distinctBytes(int plane) const {
@@ -31,14 +30,27 @@ std::size_t NumberSample::distinctBytes(int plane) const {
   return static_cast<std::size_t>(std::count(isSeen.begin(), isSeen.end(), true));
 }
 
-void NumberSample::countRuns() {
-  std::size_t run = 0;
+void NumberSample::countNumbers() {
+  constexpr int kSlotBits = 8;
+  constexpr std::size_t kSlots = std::size_t{1} << kSlotBits;
+  static_assert(kSlots > 2 * kMaxNumbers);
+  constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15ull;
+  std::array<std::uint8_t, kSlots> slots{};  // indices of numbers, from 1
+  std::array<std::uint8_t, kMaxNumbers> times{};
   for (std::size_t i = 0; i < m_size; ++i) {
-    run = i > 0 && m_numbers[i] == m_numbers[i - 1] ? run + 1 : 1;
-    m_distinct += run == 1;
-    if (run > m_timesOfCommonest) {
-      m_timesOfCommonest = run;
-      m_commonest = m_numbers[i];
+    const std::uint64_t number = m_numbers[i];
+    std::size_t slot = number * kMultiplier >> (64 - kSlotBits);
+    while (slots[slot] != 0 && m_numbers[slots[slot] - 1u] != number) {
+      slot = (slot + 1) % kSlots;
+    }
+    if (slots[slot] == 0) {
+      slots[slot] = static_cast<std::uint8_t>(i + 1);
+      ++m_distinct;
+    }
+    const std::size_t count = ++times[slots[slot] - 1u];
+    if (count > m_timesOfCommonest) {
+      m_timesOfCommonest = count;
+      m_commonest = number;
     }
   }
 }
@@ -52,27 +64,6 @@ std::optional<int> exponentFor(std::span<const std::uint64_t> numbers, int minim
     }
   }
   return std::nullopt;
-}
-
-DeltaSize deltaSizeOf(std::span<const std::int64_t> integers, int bitsOfRange) {
-  constexpr int kFewBits = 4;
-  constexpr std::size_t kPairs = 64;
-  const std::size_t pairs = std::min(integers.size() - 1, kPairs);
-  if (bitsOfRange < kFewBits || pairs == 0) {
-    return DeltaSize::large;
-  }
-  int bits = 0;
-  for (std::size_t i = 0; i < pairs; ++i) {
-    const std::size_t index = i * (integers.size() - 1) / pairs;
-    const std::int64_t left = integers[index];
-    const std::int64_t right = integers[index + 1];
-    const bool isMissing = left == kernels::kMissingInteger || right == kernels::kMissingInteger;
-    bits += isMissing ? bitsOfRange : std::bit_width(kernels::zigzagEncoded(right - left));
-  }
-  const int average = bits / static_cast<int>(pairs) + 1;
-  return average * 4 >= bitsOfRange * 3 ? DeltaSize::large
-         : average * 2 >= bitsOfRange   ? DeltaSize::small
-                                        : DeltaSize::tiny;
 }
 
 }  // namespace kelvarin

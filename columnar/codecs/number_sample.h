@@ -17,9 +17,9 @@ class NumberSample {
 
   std::size_t size() const { return m_size; }
   std::size_t distinct() const { return m_distinct; }
+  bool areNearlyAllDifferent() const { return m_distinct * 8 > m_size * 7; }
   std::uint64_t commonest() const { return m_commonest; }
   std::size_t timesOfCommonest() const { return m_timesOfCommonest; }
-  // Sorted by their bits.
   std::span<const std::uint64_t> numbers() const { return {m_numbers.data(), m_size}; }
   // How many different bytes the numbers have at one position; position 0 is the highest byte.
   std::size_t distinctBytes(int plane) const;
@@ -27,7 +27,7 @@ class NumberSample {
  private:
   static constexpr std::size_t kMaxNumbers = 64;
 
-  void countRuns();
+  void countNumbers();
 
   std::array<std::uint64_t, kMaxNumbers> m_numbers;
   std::size_t m_size;
@@ -38,9 +38,5 @@ class NumberSample {
 
 // The smallest exponent, from `minimum` on, whose power of ten makes all numbers whole.
 std::optional<int> exponentFor(std::span<const std::uint64_t> numbers, int minimum);
-
-// How many bits the deltas of neighbours take, compared with the bits of the range of all integers.
-enum class DeltaSize { large, small, tiny };
-DeltaSize deltaSizeOf(std::span<const std::int64_t> integers, int bitsOfRange);
 
 }  // namespace kelvarin

@@ -6,6 +6,7 @@
 #include "columnar/codecs/code_array.h"
 #include "columnar/codecs/key_words.h"
 #include "columnar/codecs/number_encoding.h"
+#include "columnar/codecs/symbol_texts.h"
 #include "columnar/codecs/text_encoding.h"
 #include "columnar/codecs/text_values.h"
 
@@ -82,6 +83,11 @@ RowCounts countsOfSparse(ByteReader& reader, RowCounts known) {
   return within(known, rowsOfOthers / (kNumberSize + 1), rest * 8);
 }
 
+RowCounts countOfStated(ByteReader& reader, RowCounts known) {
+  std::uint32_t rows = 0;
+  return reader.read(rows) ? within(known, rows, rows) : RowCounts::none();
+}
+
 RowCounts countsOfNumbers(ByteReader& reader, RowCounts known) {
   std::uint8_t encoding = 0;
   std::uint8_t planes = 0;
@@ -101,6 +107,8 @@ RowCounts countsOfNumbers(ByteReader& reader, RowCounts known) {
                                  : RowCounts::none();
     case NumberEncoding::sparse:
       return countsOfSparse(reader, known);
+    case NumberEncoding::integers:
+      return countOfStated(reader, known);
   }
   return RowCounts::none();
 }
@@ -164,6 +172,14 @@ RowCounts countsOfTexts(ByteReader& reader, RowCounts known) {
       return countsOfPlainTexts(reader, known);
     case TextEncoding::dictionary:
       return countsOfTextDictionary(reader, known);
+    case TextEncoding::shaped:
+    case TextEncoding::encodedDictionary:
+      return countOfStated(reader, known);
+    case TextEncoding::symbols:
+      return rowCountOfSymbolTexts(reader, known);
+    case TextEncoding::frontCoded:
+    case TextEncoding::codedEntries:
+      break;
   }
   return RowCounts::none();
 }

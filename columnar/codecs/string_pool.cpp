@@ -15,7 +15,7 @@ using Text = StringPool::Text;
 constexpr std::size_t kPartSize = sizeof(std::uint64_t);
 constexpr std::size_t kComparedSize = 2 * kPartSize;
 constexpr std::size_t kMinSlots = 256;
-constexpr std::size_t kSlotsPerText = 4;
+constexpr std::size_t kSlotsPerText = 8;
 // Beyond this limit, texts are not kept for the next block.
 constexpr std::size_t kMaxKeptBytes = 4 << 20;
 
@@ -95,6 +95,11 @@ bool isBefore(const Text& left, const Text& right) {
   return left.length < right.length;
 }
 
+// From now on it is one of the block's.
+inline bool isNewInBlock(Text& text, std::uint32_t block) {
+  return std::exchange(text.block, block) != block;
+}
+
 std::size_t freeSlot(std::span<const std::uint32_t> slots, std::uint64_t hash) {
   const std::size_t mask = slots.size() - 1;
   std::size_t slot = hash & mask;
@@ -136,37 +141,50 @@ void StringPool::forget() {
   std::fill(m_slots.begin(), m_slots.end(), 0);
 }
 
-[[gnu::always_inline]] inline std::uint32_t StringPool::indexOf(const Text& wanted,
-                                                                std::uint64_t hash) {
+std::uint32_t StringPool::indexOf(const Text& wanted, std::uint64_t hash) {
   const std::size_t mask = m_slots.size() - 1;
   for (std::size_t slot = hash & mask; m_slots[slot] != 0; slot = (slot + 1) & mask) {
     Text& text = m_texts[m_slots[slot] - 1];
     if (isSame(text, wanted)) {
-      m_countInBlock += text.block != m_block;
-      text.block = m_block;
+      m_countInBlock += isNewInBlock(text, m_block);
       return m_slots[slot] - 1;
     }
   }
   return add(wanted, hash);
 }
 
-// Works in batches: first all hashes, which do not wait for memory, then the search.
+// Works in batches: first all hashes and slots, which do not wait for one another, then the texts,
+// most of which are those of their first slots.
 const unsigned char* StringPool::find(std::span<const std::uint32_t> lengths,
                                       const unsigned char* bytes, const unsigned char* end,
                                       std::uint32_t* indices) {
   constexpr std::size_t kBatch = 64;
   Text wanted[kBatch];
   std::uint64_t hashes[kBatch];
+  std::uint32_t slots[kBatch];
   while (!lengths.empty()) {
     const std::size_t count = std::min(lengths.size(), kBatch);
+    const std::size_t mask = m_slots.size() - 1;
     for (std::size_t i = 0; i < count; ++i) {
       wanted[i] = textOf(bytes, lengths[i], end);
       hashes[i] = hashOf(wanted[i]);
+      slots[i] = m_slots[hashes[i] & mask];
       bytes += byteCountOf(lengths[i]);
     }
+    const std::uint32_t block = m_block;
+    std::size_t newInBlock = 0;
     for (std::size_t i = 0; i < count; ++i) {
+      if (slots[i] != 0) [[likely]] {
+        Text& text = m_texts[slots[i] - 1];
+        if (isSame(text, wanted[i])) [[likely]] {
+          newInBlock += isNewInBlock(text, block);
+          indices[i] = slots[i] - 1;
+          continue;
+        }
+      }
       indices[i] = indexOf(wanted[i], hashes[i]);
     }
+    m_countInBlock += newInBlock;
     lengths = lengths.subspan(count);
     indices += count;
   }

@@ -1,77 +1,23 @@
 #include <algorithm>
-#include <numeric>
 
 #include "columnar/codecs/code_array.h"
-#include "columnar/codecs/text_encoding.h"
+#include "columnar/codecs/front_coded_texts.h"
+#include "columnar/codecs/integer_column.h"
+#include "columnar/codecs/nested_texts.h"
+#include "columnar/codecs/shaped_text_decoder.h"
+#include "columnar/codecs/short_number.h"
+#include "columnar/codecs/stored_lengths.h"
+#include "columnar/codecs/symbol_texts.h"
+#include "columnar/codecs/text_limits.h"
+#include "columnar/codecs/text_values.h"
 
 namespace kelvarin {
 
 namespace {
 
-constexpr std::size_t kLengthSize = sizeof(std::uint32_t);
-
-// Lengths as they are stored: one for all, or one each of 1, 2 or 4 bytes.
-class Lengths {
- public:
-  [[nodiscard]] bool take(ByteReader& reader, std::size_t count) {
-    std::uint8_t width = 0;
-    if (!reader.read(width)) {
-      return false;
-    }
-    m_width = width;
-    if (width == 0) {
-      return reader.read(m_same);
-    }
-    return (width == 1 || width == 2 || width == 4) && reader.readBytes(count * width, m_bytes);
-  }
-
-  // Calls use(length) for each of them.
-  template <typename Use>
-  void forEach(std::size_t count, Use use) const {
-    switch (m_width) {
-      case 0:
-        for (std::size_t i = 0; i < count; ++i) {
-          use(m_same);
-        }
-        return;
-      case 1:
-        return forEachOf<std::uint8_t>(count, use);
-      case 2:
-        return forEachOf<std::uint16_t>(count, use);
-      default:
-        return forEachOf<std::uint32_t>(count, use);
-    }
-  }
-
-  bool areEqual() const { return m_width == 0; }
-
-  std::uint64_t byteCount(std::size_t count) const {
-    if (m_width == 0) {
-      return std::uint64_t{byteCountOf(m_same)} * count;
-    }
-    std::uint64_t sum = 0;
-    forEach(count, [&](std::uint32_t length) { sum += byteCountOf(length); });
-    return sum;
-  }
-
- private:
-  template <typename Length, typename Use>
-  void forEachOf(std::size_t count, Use use) const {
-    constexpr auto kNull = static_cast<Length>(kNullLength);
-    for (std::size_t i = 0; i < count; ++i) {
-      const auto length = loadPacked<Length>(m_bytes.data() + i * sizeof(Length));
-      use(length == kNull ? kNullLength : std::uint32_t{length});
-    }
-  }
-
-  int m_width = 0;
-  std::uint32_t m_same = 0;
-  Bytes m_bytes;
-};
-
 // Texts of which only the lengths have been read.
 struct StoredTexts {
-  Lengths lengths;
+  StoredLengths lengths;
   std::size_t count = 0;
   Bytes bytes;
 
@@ -129,87 +75,18 @@ bool decodePlain(ByteReader& reader, std::size_t rows, DecodedTexts& texts) {
   return true;
 }
 
-// The entries of a dictionary in their order, and how many bytes each shares with the previous one.
-struct StoredEntries {
-  Lengths lengths;
-  std::size_t count = 0;
-  std::vector<std::uint8_t> shared;
-  std::uint64_t size = 0;  // of all texts, whole
-  Bytes bytes;             // what is not shared
-
-  [[nodiscard]] bool take(ByteReader& reader, std::size_t textCount) {
-    count = textCount;
-    std::uint8_t bits = 0;
-    Bytes packed;
-    if (!lengths.take(reader, count) || !reader.read(bits) || bits > 8 ||
-        !reader.readBytes(packedBitsSize(count, bits), packed)) {
-      return false;
-    }
-    shared.resize(count);
-    LoadedCodes(packed.data(), count, *codeWidthOf(bits))
-        .forEachBatch([&](std::size_t first, std::span<const std::uint32_t> batch) {
-          std::transform(batch.begin(), batch.end(), shared.data() + first,
-                         [](std::uint32_t code) { return static_cast<std::uint8_t>(code); });
-          return true;
-        });
-    return areSharesSound() && reader.readBytes(reader.remaining(), bytes) &&
-           bytes.size() == size - sharedSize() && fitsDecoded();
-  }
-
- private:
-  // No entry shares more bytes than it or the previous one has.
-  bool areSharesSound() {
-    std::size_t before = 0;
-    std::size_t index = 0;
-    bool isSound = true;
-    lengths.forEach(count, [&](std::uint32_t length) {
-      const std::size_t bytesOfText = byteCountOf(length);
-      isSound &= shared[index] <= std::min(before, bytesOfText);
-      size += bytesOfText;
-      before = bytesOfText;
-      ++index;
-    });
-    return isSound;
-  }
-  std::uint64_t sharedSize() const {
-    return std::accumulate(shared.begin(), shared.end(), std::uint64_t{0});
-  }
-  bool fitsDecoded() const { return count * kLengthSize + size <= 0xFFFFFFFF; }
-};
-
-// Writes each text with its length before it. `offsets` has an element for each.
-void decodeEntries(const StoredEntries& stored, ByteBuffer& decoded, std::uint32_t* offsets) {
-  decoded.resize(stored.count * kLengthSize + stored.size);
-  unsigned char* out = decoded.data();
-  const unsigned char* in = stored.bytes.data();
-  const unsigned char* before = nullptr;
-  const std::uint8_t* shared = stored.shared.data();
-  stored.lengths.forEach(stored.count, [&](std::uint32_t length) {
-    *offsets++ = static_cast<std::uint32_t>(out - decoded.data());
-    storePacked(out, length);
-    out += kLengthSize;
-    const std::size_t rest = byteCountOf(length) - *shared;
-    const unsigned char* text = out;
-    out = std::copy_n(before, *shared++, out);
-    out = std::copy_n(in, rest, out);
-    in += rest;
-    before = text;
-  });
-}
-
 bool decodeDictionary(ByteReader& reader, std::size_t rows, DecodedTexts& texts) {
   std::uint16_t last = 0;
   std::uint8_t bits = 0;
   Bytes codes;
-  StoredEntries entries;
   if (!reader.read(last) || !reader.read(bits) || bits > 16 || last >> bits != 0 ||
       !reader.readBytes(codesSize(rows, *codeWidthOf(bits)), codes) ||
-      !entries.take(reader, last + std::size_t{1})) {
+      !decodeFrontCoded(reader, last + std::size_t{1}, texts)) {
     return false;
   }
   // There is an offset for every value of a code.
-  std::vector<std::uint32_t> entryOffsets(std::size_t{1} << bits);
-  decodeEntries(entries, texts.bytes, entryOffsets.data());
+  std::vector<std::uint32_t> entryOffsets = std::move(texts.offsets);
+  entryOffsets.resize(std::size_t{1} << bits);
   // Codes of 0 bits are all equal, so one text stands for all rows.
   const std::size_t stored = bits == 0 ? 1 : rows;
   texts.offsets.resize(stored);
@@ -222,26 +99,101 @@ bool decodeDictionary(ByteReader& reader, std::size_t rows, DecodedTexts& texts)
       });
 }
 
+// Sets the offset of each row to that of its entry.
+bool resolveCodes(IntegerColumn& codes, std::span<const std::uint32_t> entryOffsets,
+                  std::vector<std::uint32_t>& offsets) {
+  for (std::uint32_t& offset : offsets) {
+    if (!codes.hasNext()) {
+      return false;
+    }
+    offset = entryOffsets[codes.number()];
+  }
+  return true;
+}
+
+bool decodeEncodedDictionary(ByteReader& reader, std::size_t rows, TextLevel level,
+                             DecodedTexts& texts) {
+  const TextLevel inner =
+      level == TextLevel::chunk ? TextLevel::entries : TextLevel::entriesOfField;
+  std::uint32_t statedRows = 0;
+  std::uint16_t last = 0;
+  IntegerColumn codes;
+  DecodedTexts entries;
+  const std::uint64_t maxSize = maxDecodedSize(reader.remaining());
+  if (!reader.read(statedRows) || statedRows != rows || !reader.read(last) ||
+      !codes.take(reader, rows, last) || (!codes.isConstant() && rows * kLengthSize > maxSize) ||
+      !readNestedTexts(reader, last + std::size_t{1}, inner, entries) || reader.remaining() != 0) {
+    return false;
+  }
+  if (entries.offsets.size() == 1) {
+    entries.offsets.resize(last + std::size_t{1}, entries.offsets[0]);
+  }
+  texts.bytes = std::move(entries.bytes);
+  texts.offsets.resize(codes.isConstant() ? 1 : rows);
+  return resolveCodes(codes, entries.offsets, texts.offsets);
+}
+
+bool decode(TextEncoding encoding, ByteReader& reader, std::size_t count, TextLevel level,
+            DecodedTexts& texts) {
+  switch (encoding) {
+    case TextEncoding::plain:
+      return decodePlain(reader, count, texts);
+    case TextEncoding::dictionary:
+      return decodeDictionary(reader, count, texts);
+    case TextEncoding::shaped:
+      return decodeShapedTexts(reader, count, texts);
+    case TextEncoding::symbols:
+      return decodeSymbolTexts(reader, count, texts);
+    case TextEncoding::encodedDictionary:
+      return decodeEncodedDictionary(reader, count, level, texts);
+    case TextEncoding::frontCoded:
+      return decodeFrontCoded(reader, count, texts);
+    case TextEncoding::codedEntries:
+      return decodeCodedEntries(reader, count, texts);
+  }
+  return false;
+}
+
 }  // namespace
 
-ReadStatus decodeTexts(Bytes bytes, std::uint32_t rows, DecodedTexts& texts, int& unknownEncoding) {
+bool isAllowedAt(TextEncoding encoding, TextLevel level) {
+  const bool isInDictionary = level == TextLevel::entries || level == TextLevel::entriesOfField;
+  switch (encoding) {
+    case TextEncoding::plain:
+    case TextEncoding::symbols:
+      return true;
+    case TextEncoding::dictionary:
+    case TextEncoding::encodedDictionary:
+      return !isInDictionary;
+    case TextEncoding::shaped:
+      return level == TextLevel::chunk || level == TextLevel::entries;
+    case TextEncoding::frontCoded:
+    case TextEncoding::codedEntries:
+      return isInDictionary;
+  }
+  return false;
+}
+
+bool decodeTextsAt(Bytes bytes, std::size_t count, TextLevel level, DecodedTexts& texts) {
   ByteReader reader(bytes);
   std::uint8_t encoding = 0;
-  if (!reader.read(encoding)) {
-    return ReadStatus::corrupted;
+  return reader.read(encoding) && isAllowedAt(static_cast<TextEncoding>(encoding), level) &&
+         decode(static_cast<TextEncoding>(encoding), reader, count, level, texts);
+}
+
+bool readNestedTexts(ByteReader& reader, std::size_t count, TextLevel level, DecodedTexts& texts) {
+  std::uint64_t size = 0;
+  Bytes bytes;
+  return readShortNumber(reader, size) && reader.readBytes(size, bytes) &&
+         decodeTextsAt(bytes, count, level, texts);
+}
+
+ReadStatus decodeTexts(Bytes bytes, std::uint32_t rows, DecodedTexts& texts, int& unknownEncoding) {
+  if (!bytes.empty() && !isAllowedAt(static_cast<TextEncoding>(bytes[0]), TextLevel::chunk)) {
+    unknownEncoding = bytes[0];
   }
-  bool isSound = false;
-  switch (static_cast<TextEncoding>(encoding)) {
-    case TextEncoding::plain:
-      isSound = decodePlain(reader, rows, texts);
-      break;
-    case TextEncoding::dictionary:
-      isSound = decodeDictionary(reader, rows, texts);
-      break;
-    default:
-      unknownEncoding = encoding;
-  }
-  return isSound ? ReadStatus::ok : ReadStatus::corrupted;
+  return decodeTextsAt(bytes, rows, TextLevel::chunk, texts) ? ReadStatus::ok
+                                                             : ReadStatus::corrupted;
 }
 
 }  // namespace kelvarin

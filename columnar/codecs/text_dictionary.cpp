@@ -4,9 +4,9 @@
 
 namespace kelvarin {
 
-bool TextDictionary::fill(const TextValues& texts, StringPool& pool) {
+bool TextDictionary::fill(const TextValues& texts, StringPool& pool, std::size_t maxShareOfTrial) {
   m_entries.clear();
-  if (!findIndices(texts, pool)) {
+  if (!findIndices(texts, pool, maxShareOfTrial)) {
     pool.forget();
     return false;
   }
@@ -22,7 +22,8 @@ bool TextDictionary::fill(const TextValues& texts, StringPool& pool) {
 }
 
 // False as soon as too many texts differ.
-bool TextDictionary::findIndices(const TextValues& texts, StringPool& pool) {
+bool TextDictionary::findIndices(const TextValues& texts, StringPool& pool,
+                                 std::size_t maxShareOfTrial) {
   // The search ends after this number of rows when nearly all of their texts differ.
   constexpr std::size_t kTrialRows = 1024;
   const std::size_t rows = texts.lengths.size();
@@ -35,7 +36,7 @@ bool TextDictionary::findIndices(const TextValues& texts, StringPool& pool) {
     const auto lengths = texts.lengths.subspan(first, std::min(kTrialRows, rows - first));
     bytes = pool.find(lengths, bytes, end, m_indices.data() + first);
     if (pool.countInBlock() > maxEntries ||
-        (first == 0 && pool.countInBlock() > kTrialRows * 15 / 16)) {
+        (first == 0 && pool.countInBlock() > kTrialRows * maxShareOfTrial / 16)) {
       return false;
     }
   }

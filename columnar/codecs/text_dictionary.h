@@ -23,14 +23,17 @@ class TextDictionary {
 
   // False, and there are no entries, when too many texts differ for a small dictionary. `pool` has
   // the texts of the column's earlier blocks. It and `texts` outlive the use of the dictionary.
-  [[nodiscard]] bool fill(const TextValues& texts, StringPool& pool);
+  // `maxShareOfTrial` is how many 16ths of the first texts may differ.
+  [[nodiscard]] bool fill(const TextValues& texts, StringPool& pool, std::size_t maxShareOfTrial);
+  void clear() { m_entries.clear(); }
 
   std::span<const Entry> entries() const { return m_entries; }
   // For each row, the index of its text among the entries.
   std::span<const std::uint16_t> codes() const { return m_codes; }
 
  private:
-  [[nodiscard]] bool findIndices(const TextValues& texts, StringPool& pool);
+  [[nodiscard]] bool findIndices(const TextValues& texts, StringPool& pool,
+                                 std::size_t maxShareOfTrial);
 
   std::vector<Entry> m_entries;
   std::vector<std::uint16_t> m_codes;

@@ -1,64 +1,20 @@
+#include "columnar/codecs/text_encoder.h"
+
 #include <algorithm>
+#include <array>
 #include <bit>
+#include <cmath>
 
 #include "columnar/codecs/code_array.h"
+#include "columnar/codecs/shaped_text_encoder.h"
+#include "columnar/codecs/short_number.h"
 #include "columnar/codecs/snappy_stream.h"
-#include "columnar/codecs/text_encoding.h"
+#include "columnar/codecs/stored_lengths.h"
+#include "columnar/codecs/text_limits.h"
 
 namespace kelvarin {
 
 namespace {
-
-// The bytes that each length takes, where the null length has all bits set; 0 when all lengths are
-// equal.
-int widthOfLengths(std::span<const std::uint32_t> lengths) {
-  std::uint32_t longest = 0;
-  std::uint32_t different = 0;
-  for (const std::uint32_t length : lengths) {
-    longest = std::max(longest, length + 1);  // the null length becomes 0
-    different |= length ^ lengths[0];
-  }
-  if (different == 0) {
-    return 0;
-  }
-  return longest <= 0xFF ? 1 : longest <= 0xFFFF ? 2 : 4;
-}
-
-template <typename Length>
-void putLengths(std::span<const std::uint32_t> lengths, ByteBuffer& out) {
-  unsigned char* stored = out.append(lengths.size() * sizeof(Length));
-  for (std::size_t i = 0; i < lengths.size(); ++i) {
-    storePacked(stored + i * sizeof(Length), static_cast<Length>(lengths[i]));
-  }
-}
-
-// The width of the lengths, and the lengths; the texts' bytes follow.
-void appendLengths(std::span<const std::uint32_t> lengths, ByteBuffer& out) {
-  const int width = widthOfLengths(lengths);
-  out.put(static_cast<std::uint8_t>(width));
-  switch (width) {
-    case 0:
-      return out.put(lengths[0]);
-    case 1:
-      return putLengths<std::uint8_t>(lengths, out);
-    case 2:
-      return putLengths<std::uint16_t>(lengths, out);
-    default:
-      return putLengths<std::uint32_t>(lengths, out);
-  }
-}
-
-// How many leading bytes an entry shares with the previous one.
-std::size_t sharedBytes(const TextDictionary::Entry& before, const TextDictionary::Entry& entry) {
-  const std::size_t max =
-      std::min({byteCountOf(before.length), byteCountOf(entry.length), kMaxSharedBytes});
-  return static_cast<std::size_t>(
-      std::mismatch(entry.bytes, entry.bytes + max, before.bytes).first - entry.bytes);
-}
-
-int bitsFor(std::size_t largest) {
-  return static_cast<int>(std::bit_width(largest));
-}
 
 // Codes of less than a byte take a byte each where that compresses better.
 CodeWidth widthOf(std::span<const std::uint16_t> codes, std::size_t entries,
@@ -82,43 +38,300 @@ void appendCodes(std::span<const std::uint16_t> codes, CodeWidth width, ByteBuff
   }
 }
 
-// The lengths, the numbers of bytes shared with the previous entry, and the other bytes.
-void appendEntries(std::span<const TextDictionary::Entry> entries,
-                   std::vector<std::uint32_t>& lengths, std::vector<std::uint8_t>& shared,
-                   ByteBuffer& out) {
-  lengths.clear();
-  shared.clear();
-  std::uint8_t maxShared = 0;
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    const std::size_t count = i == 0 ? 0 : sharedBytes(entries[i - 1], entries[i]);
-    lengths.push_back(entries[i].length);
-    shared.push_back(static_cast<std::uint8_t>(count));
-    maxShared = std::max(maxShared, shared.back());
+// Whether nearly all bytes are equally frequent and nothing repeats, as in encoded keys: then
+// nothing makes them much smaller.
+bool isRandom(Bytes bytes) {
+  constexpr std::size_t kTrialSize = 4096;
+  constexpr double kManyBits = 5.9;  // a byte; letters have about 4.5
+  const Bytes trial = bytes.subspan(bytes.size() / 2).first(std::min(bytes.size() / 2, kTrialSize));
+  std::array<std::uint32_t, 256> counts{};
+  for (const unsigned char byte : trial) {
+    ++counts[byte];
   }
-  appendLengths(lengths, out);
-  const int bits = bitsFor(maxShared);
-  out.put(static_cast<std::uint8_t>(bits));
-  packBits(shared, bits, out.append(packedBitsSize(shared.size(), bits)));
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    out.append(Bytes(entries[i].bytes, byteCountOf(entries[i].length)).subspan(shared[i]));
+  double bits = 0;
+  for (const std::uint32_t count : counts) {
+    bits -= count == 0 ? 0 : count * std::log2(count / static_cast<double>(trial.size()));
   }
+  return bits > kManyBits * static_cast<double>(trial.size()) && !doesCompressBelow(trial, 7);
 }
 
 }  // namespace
 
-void TextEncoder::append(const TextValues& texts, StringPool& pool, ByteBuffer& out) {
-  if (!m_dictionary.fill(texts, pool)) {
-    out.put(static_cast<std::uint8_t>(TextEncoding::plain));
-    appendLengths(texts.lengths, out);
-    return out.append(texts.bytes);
+TextEncoder::TextEncoder() = default;
+TextEncoder::~TextEncoder() = default;
+TextEncoder::TextEncoder(TextEncoder&&) noexcept = default;
+TextEncoder& TextEncoder::operator=(TextEncoder&&) noexcept = default;
+
+void TextEncoder::append(const TextValues& texts, TextHistory& history, ByteBuffer& out) {
+  appendAt(texts, history, TextLevel::chunk, out);
+}
+
+void TextEncoder::appendNested(const TextValues& texts, TextLevel level, TextHistory& history,
+                               ByteBuffer& out) {
+  ByteBuffer encoded;
+  appendAt(texts, history, level, encoded);
+  appendShortNumber(encoded.size(), out);
+  out.append(encoded.bytes());
+}
+
+void TextEncoder::appendAt(const TextValues& texts, TextHistory& history, TextLevel level,
+                           ByteBuffer& out) {
+  m_dictionary.clear();
+  const auto trusted = history.choice.trusted();
+  if (trusted && encodeAs(*trusted, texts, history, level)) {
+    out.append(m_candidate.bytes());
+    history.choice.setUsed(m_candidate.size(), texts.bytes.size());
+    return;
   }
-  const auto entries = m_dictionary.entries();
-  const CodeWidth width = widthOf(m_dictionary.codes(), entries.size(), m_bytes);
-  out.put(static_cast<std::uint8_t>(TextEncoding::dictionary));
-  out.put(static_cast<std::uint16_t>(entries.size() - 1));
-  out.put(static_cast<std::uint8_t>(width.bits()));
-  appendCodes(m_dictionary.codes(), width, out);
-  appendEntries(entries, m_lengths, m_bytes, out);
+  compare(texts, history, level);
+  out.append(m_best.bytes());
+  history.choice.setCompared(static_cast<TextEncoding>(m_best.data()[0]), m_best.size(),
+                             texts.bytes.size());
+}
+
+bool TextEncoder::encodeAs(TextEncoding encoding, const TextValues& texts, TextHistory& history,
+                           TextLevel level) {
+  switch (encoding) {
+    case TextEncoding::plain:
+      encodePlain(texts);
+      return true;
+    case TextEncoding::dictionary:
+      if (!findEntries(texts, history, kMaxShareOfTrial)) {
+        return false;
+      }
+      encodeDictionary();
+      return true;
+    case TextEncoding::shaped:
+      beginCandidate(TextEncoding::shaped);
+      return shapes().appendAsBefore(texts, history, m_candidate);
+    case TextEncoding::symbols:
+      return encodeSymbols(texts, history);
+    case TextEncoding::encodedDictionary:
+      return findEntries(texts, history, kMaxShareOfTrial) &&
+             encodeEncodedDictionary(history, level);
+    case TextEncoding::frontCoded:
+      encodeFrontCoded(texts);
+      return true;
+    case TextEncoding::codedEntries:
+      return encodeCodedEntries(texts);
+  }
+  return false;
+}
+
+void TextEncoder::compare(const TextValues& texts, TextHistory& history, TextLevel level) {
+  const TextSample sample(texts);
+  m_best.clear();
+  m_bestSize = kUnknownSize;
+  m_dictionary.clear();
+  if (isAllowedAt(TextEncoding::frontCoded, level)) {
+    encodeFrontCoded(texts);
+    consider();
+    if (encodeCodedEntries(texts)) {
+      consider(kPercentOfSlower);
+    }
+  }
+  const bool doesRepeat = sample.doesRepeat() && isAllowedAt(TextEncoding::dictionary, level);
+  if (!doesRepeat) {
+    considerShapes(texts, sample, history, level);
+  }
+  if (!sample.doesHardlyRepeat()) {
+    considerDictionaries(texts, history, level);
+  }
+  if (doesRepeat && m_best.isEmpty()) {
+    considerShapes(texts, sample, history, level);
+  }
+  if (m_best.isEmpty() || isPlainSmaller(texts)) {
+    encodePlain(texts);
+    std::swap(m_best, m_candidate);
+    m_bestSize = kUnknownSize;
+  }
+  considerSymbols(texts, history);
+}
+
+void TextEncoder::beginCandidate(TextEncoding encoding) {
+  m_candidate.clear();
+  m_candidate.put(static_cast<std::uint8_t>(encoding));
+}
+
+// Takes the candidate when its compressed size is smaller than that of the others in this
+// proportion.
+void TextEncoder::consider(std::size_t percent) {
+  if (!m_best.isEmpty()) {
+    const std::size_t best = sizeOfBest();
+    const std::size_t size = compressedSize(m_candidate.bytes(), m_scratch);
+    if (size * 100 >= best * percent) {
+      return;
+    }
+    m_bestSize = size;
+  }
+  std::swap(m_best, m_candidate);
+}
+
+// What indices and entries take at least, whatever their form.
+std::size_t TextEncoder::leastSizeOfDictionary() const {
+  constexpr std::size_t kBytesOfEntry = 2;
+  const std::size_t entries = m_dictionary.entries().size();
+  const std::size_t indices = std::bit_width(entries - 1) * m_dictionary.codes().size();
+  return indices / 8 + kBytesOfEntry * entries;
+}
+
+bool TextEncoder::findEntries(const TextValues& texts, TextHistory& history,
+                              std::size_t maxShareOfTrial) {
+  if (!m_dictionary.fill(texts, history.pool, maxShareOfTrial)) {
+    return false;
+  }
+  m_entries.clear();
+  for (const TextDictionary::Entry& entry : m_dictionary.entries()) {
+    m_entries.add(entry.bytes, entry.length);
+  }
+  return true;
+}
+
+void TextEncoder::considerDictionaries(const TextValues& texts, TextHistory& history,
+                                       TextLevel level) {
+  // Where texts have a shape, only a small dictionary can be better.
+  const std::size_t maxShareOfTrial = m_best.isEmpty() ? kMaxShareOfTrial : kMaxShareOfTrial / 2;
+  if (!isAllowedAt(TextEncoding::dictionary, level) ||
+      !findEntries(texts, history, maxShareOfTrial) ||
+      (!m_best.isEmpty() && leastSizeOfDictionary() >= m_best.size())) {
+    return;
+  }
+  encodeDictionary();
+  consider(kPercentOfFaster);
+  const bool isTaken = m_best.data()[0] == static_cast<std::uint8_t>(TextEncoding::dictionary);
+  if (encodeEncodedDictionary(history, level)) {
+    consider(isTaken ? kPercentOfSlower : kPercentOfFaster);
+  }
+}
+
+// The entries are those of the last findEntries().
+void TextEncoder::encodeDictionary() {
+  const CodeWidth width = widthOf(m_dictionary.codes(), m_entries.size(), m_bytes);
+  beginCandidate(TextEncoding::dictionary);
+  m_candidate.put(static_cast<std::uint16_t>(m_entries.size() - 1));
+  m_candidate.put(static_cast<std::uint8_t>(width.bits()));
+  appendCodes(m_dictionary.codes(), width, m_candidate);
+  m_frontCoded.append(m_entries.values(), m_candidate);
+}
+
+// The same entries, as nested texts.
+bool TextEncoder::encodeEncodedDictionary(TextHistory& history, TextLevel level) {
+  constexpr std::size_t kMinRows = 64;
+  const auto codes = m_dictionary.codes();
+  if (codes.size() < kMinRows || m_entries.size() < 2) {
+    return false;
+  }
+  beginCandidate(TextEncoding::encodedDictionary);
+  m_candidate.put(static_cast<std::uint32_t>(codes.size()));
+  m_candidate.put(static_cast<std::uint16_t>(m_entries.size() - 1));
+  m_numbers.assign(codes.begin(), codes.end());
+  m_integers.append(m_numbers, m_candidate);
+  if (!m_nested) {
+    m_nested = std::make_unique<TextEncoder>();
+  }
+  m_nested->appendNested(m_entries.values(),
+                         level == TextLevel::chunk ? TextLevel::entries : TextLevel::entriesOfField,
+                         TextHistory::of(history.entries), m_candidate);
+  return codes.size() * sizeof(std::uint32_t) <= maxDecodedSize(m_candidate.size() - 1);
+}
+
+void TextEncoder::encodeFrontCoded(const TextValues& texts) {
+  beginCandidate(TextEncoding::frontCoded);
+  m_frontCoded.append(texts, m_candidate);
+}
+
+bool TextEncoder::encodeCodedEntries(const TextValues& texts) {
+  beginCandidate(TextEncoding::codedEntries);
+  return m_frontCoded.appendCoded(texts, m_candidate);
+}
+
+ShapedTextEncoder& TextEncoder::shapes() {
+  if (!m_shapes) {
+    m_shapes = std::make_unique<ShapedTextEncoder>();
+  }
+  return *m_shapes;
+}
+
+void TextEncoder::considerShapes(const TextValues& texts, const TextSample& sample,
+                                 TextHistory& history, TextLevel level) {
+  constexpr std::size_t kMinTexts = 24;
+  if (!isAllowedAt(TextEncoding::shaped, level) || texts.lengths.size() < kMinTexts) {
+    return;
+  }
+  beginCandidate(TextEncoding::shaped);
+  if (shapes().append(texts, sample.texts(), history, m_candidate)) {
+    consider(kPercentOfSlower);
+  }
+}
+
+// Whether the texts as they are would compress to less than the best encoding, judged by the first
+// ones: compressing all of them would take long.
+bool TextEncoder::isPlainSmaller(const TextValues& texts) {
+  constexpr std::size_t kTrialSize = 1 << 13;
+  // Snappy hardly gains more where texts do not repeat.
+  constexpr std::size_t kMaxGain = 4;
+  if (m_best.size() * kMaxGain <= texts.bytes.size() || !m_dictionary.entries().empty()) {
+    return false;
+  }
+  const Bytes trial = texts.bytes.first(std::min(texts.bytes.size(), kTrialSize));
+  const std::size_t size = compressedSize(trial, m_scratch) * texts.bytes.size() /
+                           std::max<std::size_t>(trial.size(), 1);
+  return size < m_best.size();
+}
+
+void TextEncoder::encodePlain(const TextValues& texts) {
+  beginCandidate(TextEncoding::plain);
+  appendLengths(texts.lengths, m_candidate);
+  m_candidate.append(texts.bytes);
+}
+
+std::size_t TextEncoder::sizeOfBest() {
+  if (m_bestSize == kUnknownSize) {
+    m_bestSize = compressedSize(m_best.bytes(), m_scratch);
+  }
+  return m_bestSize;
+}
+
+// Judged by the last bytes, since compressing all of them would take long.
+bool TextEncoder::isClearlyBelowBest(std::size_t size) {
+  constexpr std::size_t kTrialSize = 1 << 14;
+  constexpr std::size_t kClearPercent = 70;
+  const Bytes best = m_best.bytes();
+  if (m_bestSize != kUnknownSize || best.size() < 2 * kTrialSize) {
+    return false;
+  }
+  const Bytes trial = best.last(kTrialSize);
+  return size * 100 < compressedSize(trial, m_scratch) * (best.size() / kTrialSize) * kClearPercent;
+}
+
+bool TextEncoder::encodeSymbols(const TextValues& texts, TextHistory& history) {
+  if (m_symbols.fit(texts, history.symbols) == 0) {
+    return false;
+  }
+  beginCandidate(TextEncoding::symbols);
+  m_symbols.append(m_candidate);
+  return true;
+}
+
+// Free texts, and what no other encoding makes small. Shapes have fields that take symbols
+// themselves.
+void TextEncoder::considerSymbols(const TextValues& texts, TextHistory& history) {
+  history.symbols.forget();
+  constexpr std::size_t kMinBytes = 16384;
+  // Symbols hardly take less than this share of the texts.
+  constexpr std::size_t kMaxGain = 4;
+  const bool areShaped = m_best.data()[0] == static_cast<std::uint8_t>(TextEncoding::shaped);
+  const std::size_t entries = m_dictionary.entries().size();
+  const bool areFew = entries > 0 && entries * 4 <= texts.lengths.size();
+  if (areShaped || areFew || texts.bytes.size() < kMinBytes ||
+      m_best.size() * kMaxGain < texts.bytes.size() || isRandom(texts.bytes) ||
+      !encodeSymbols(texts, history)) {
+    return;
+  }
+  const std::size_t size = m_candidate.size();
+  if (isClearlyBelowBest(size) || size * 100 < sizeOfBest() * kPercentOfSlower) {
+    std::swap(m_best, m_candidate);
+  }
 }
 
 }  // namespace kelvarin

@@ -41,23 +41,39 @@ NumberStatistics statisticsOfNumbers(const ByteBuffer& values) {
   return statistics;
 }
 
+// Most texts differ in their beginnings.
+struct ComparedText {
+  std::uint64_t beginning;
+  std::string_view text;
+
+  friend bool operator<(const ComparedText& left, const ComparedText& right) {
+    return left.beginning != right.beginning ? left.beginning < right.beginning
+                                             : left.text < right.text;
+  }
+};
+
 TextStatistics statisticsOfTexts(const DecodedTexts& texts) {
   TextStatistics statistics;
-  std::optional<std::string_view> low;
-  std::optional<std::string_view> high;
+  std::optional<ComparedText> low;
+  std::optional<ComparedText> high;
   for (std::size_t row = 0; row < texts.offsets.size(); ++row) {
     const unsigned char* bytes = texts.text(row);
     if (isNullText(bytes)) {
       statistics.hasNull = true;
       continue;
     }
-    const std::string_view text = textFromBytes(bytes);
-    low = low ? std::min(*low, text) : text;
-    high = high ? std::max(*high, text) : text;
+    const std::uint32_t length = lengthFromBytes(bytes);
+    const ComparedText text{beginningOf(bytes + sizeof length, length), textFromBytes(bytes)};
+    if (!low || text < *low) {
+      low = text;
+    }
+    if (!high || *high < text) {
+      high = text;
+    }
   }
   if (low) {
-    statistics.low = TextBound::of(*low);
-    statistics.high = TextBound::of(*high);
+    statistics.low = TextBound::of(low->text);
+    statistics.high = TextBound::of(high->text);
   }
   return statistics;
 }

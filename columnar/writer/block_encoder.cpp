@@ -60,7 +60,7 @@ BlockEncoder::BlockEncoder(const TableLayout& layout, std::size_t firstColumn,
       m_permits(permits),
       m_helpers(helpers),
       m_chunks(columnCount),
-      m_stringPools(columnCount) {}
+      m_textHistories(columnCount) {}
 
 BlockEncoder::~BlockEncoder() = default;
 
@@ -143,7 +143,7 @@ void BlockEncoder::encodeTexts(const Job& job, std::size_t index, ChunkEncoder& 
   const TextValues texts{{stored.keys.get(), job.values.rows}, stored.bytes.bytes()};
   Chunk& chunk = m_chunks[index];
   chunk.valuesSize = static_cast<std::uint32_t>(texts.rawSize());
-  encoder.appendTexts(texts, m_stringPools[index], chunk.bytes);
+  encoder.appendTexts(texts, m_textHistories[index], chunk.bytes);
   const auto different = encoder.differentTexts();
   m_layout.descriptors.writeStatistics(
       job.descriptor, m_firstColumn + index,

@@ -56,7 +56,7 @@ class BlockEncoder {
   ThreadPermits& m_permits;
   TaskPool& m_helpers;
   std::vector<Chunk> m_chunks;
-  std::vector<StringPool> m_stringPools;  // one a column, used by text columns
+  std::vector<TextHistory> m_textHistories;  // one a column, used by text columns
   std::mutex m_mutex;
   std::vector<std::unique_ptr<ChunkEncoder>> m_idleEncoders;  // under m_mutex
 };

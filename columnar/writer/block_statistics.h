@@ -6,7 +6,7 @@
 
 #include <span>
 
-#include "columnar/codecs/text_encoding.h"
+#include "columnar/codecs/text_dictionary.h"
 #include "columnar/format/column_statistics.h"
 
 namespace kelvarin {

@@ -4,6 +4,7 @@
 #include <new>
 #include <system_error>
 
+#include "base/usable_processors.h"
 #include "columnar/codecs/descriptor_record.h"
 #include "columnar/codecs/snappy_stream.h"
 #include "columnar/format/file_names.h"
@@ -42,7 +43,7 @@ struct ColumnarHDWriter::Head {
         permits(threads),
         helpers(std::clamp(threads - static_cast<int>(workerCount), 0,
                            static_cast<int>(layout.metadata.columns.size()) - 1),
-                {}, std::max(1, static_cast<int>(std::thread::hardware_concurrency()) - 1)) {}
+                {}, std::max(1, usableProcessors() - 1)) {}
 
   TableLayout layout;
   DescriptorDoubleBuffer descriptors;

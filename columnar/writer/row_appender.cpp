@@ -74,8 +74,11 @@ bool RowAppender::appendTexts(const TextTarget& target, const RowBatch& batch, s
   forEachRow(batch, begin, end, [&](std::size_t, std::size_t storedRow) {
     const unsigned char* from = column.text(storedRow) + sizeof(std::uint32_t);
     const std::size_t bytes = byteCountOf(*length++);
-    const bool isShort = bytes <= kShort && static_cast<std::size_t>(endOfTexts - from) >= kShort;
-    std::memcpy(to, from, isShort ? kShort : bytes);
+    if (bytes <= kShort && static_cast<std::size_t>(endOfTexts - from) >= kShort) [[likely]] {
+      std::memcpy(to, from, kShort);
+    } else {
+      std::memcpy(to, from, bytes);
+    }
     to += bytes;
   });
   target.bytes->resize(sizeBefore + size);

@@ -13,44 +13,14 @@ import sys
 from dataclasses import dataclass, field
 from itertools import accumulate
 
+from gel_codes import Bytes, Damaged, codes_of, demand, indices_of, packed_bits
+from gel_integers import integer_column, short_number, zigzag_integer
+from gel_texts import decode_texts
+
 MAGIC = 0x0059F440
 NULL_NUMBER = b"\xff" * 8
 END_MARKER = b"\xff" * 8
 STATISTICS_BYTES = {"K": 8, "F": 17, "U": 164}
-
-
-class Damaged(Exception):
-    pass
-
-
-def demand(condition, message):
-    if not condition:
-        raise Damaged(message)
-
-
-class Bytes:
-    """A cursor that never reads beyond its end."""
-
-    def __init__(self, data):
-        self.data, self.at = data, 0
-
-    def take(self, count):
-        demand(0 <= count <= self.left(), f"{count} bytes wanted, {self.left()} left")
-        self.at += count
-        return self.data[self.at - count:self.at]
-
-    def unpack(self, form):
-        values = struct.unpack("<" + form, self.take(struct.calcsize("<" + form)))
-        return values[0] if len(values) == 1 else values
-
-    def array(self, count, letter):
-        return list(struct.unpack(f"<{count}{letter}", self.take(count * struct.calcsize(letter))))
-
-    def left(self):
-        return len(self.data) - self.at
-
-    def finish(self, what):
-        demand(self.left() == 0, f"{self.left()} bytes are left after {what}")
 
 
 # Checksum and Snappy
@@ -217,33 +187,7 @@ def read_keys(data, rows, storage):
     return keys[::-1] if storage == 3 else keys
 
 
-# Numbers and texts
-
-
-def packed_bits(cursor, bits, count):
-    data = cursor.take(-(-count * bits // 8))
-    mask = (1 << bits) - 1
-    values = []
-    for at in range(0, len(data), bits or 1):  # so many bytes are 8 values
-        group = int.from_bytes(data[at:at + bits], "little")
-        values += [group >> shift & mask for shift in range(0, 8 * bits, bits)]
-    return values[:count] if bits else [0] * count
-
-
-def codes_of(cursor, bits, count):
-    demand(bits <= 24 or bits == 32, f"codes of {bits} bits")
-    low = 0 if bits < 8 else 8 if bits < 16 else 16 if bits <= 24 else 32
-    codes = cursor.array(count, {8: "B", 16: "H", 32: "I"}[low]) if low else [0] * count
-    return [code | high << low for code, high in zip(codes, packed_bits(cursor, bits - low, count))]
-
-
-def indices_of(cursor, most_bits, rows, size):
-    """Codes that are indices of `size` entries."""
-    bits = cursor.unpack("B")
-    demand(bits <= most_bits and size <= 1 << bits, f"{size} entries in codes of {bits} bits")
-    indices = codes_of(cursor, bits, rows)
-    demand(max(indices) < size, "a code beyond the dictionary")
-    return indices
+# Numbers
 
 
 def numbers_of(data):
@@ -273,7 +217,7 @@ def delta_numbers(cursor, rows):
     numbers = []
     for code in codes:
         if code is not None:
-            integer += -(code + 1 >> 1) if code & 1 else code >> 1
+            integer += zigzag_integer(code)
         numbers.append(None if code is None else float(integer) / power)
     return numbers
 
@@ -312,38 +256,61 @@ def sparse_numbers(cursor, rows):
     return [next(rest) if other else common for other in others[:rows]]
 
 
+def marks_of(cursor, bits, rows):
+    if bits == 0:
+        return [0] * rows
+    demand(bits in (1, 2, 4, 8, 16), f"marks of {bits} bits")
+    in_item = max(1, 8 // bits)
+    items = integer_column(cursor, -(-rows // in_item), 1 << bits * in_item)
+    marks = [item >> bits * index & (1 << bits) - 1 for item in items for index in range(in_item)]
+    demand(not any(marks[rows:]), "marks after the last row")
+    return marks[:rows]
+
+
+def integers_of(cursor, count, kind):
+    if count == 0:
+        return []
+    first, step = zigzag_integer(short_number(cursor)), short_number(cursor)
+    demand(step > 0, "no step")
+    if kind == 2:
+        return [first + steps * step & 2**64 - 1 for steps in integer_column(cursor, count, 2**64)]
+    demand(-2**53 <= first <= 2**53, "the first integer is no double")
+    integers = [first + steps * step for steps in integer_column(cursor, count, 2**64)]
+    demand(max(integers) <= 2**53, "an integer that is no double")
+    return integers
+
+
+def number_bits(integer, kind, exponent):
+    if kind == 2:
+        return integer << exponent & 2**64 - 1
+    return struct.unpack("<Q", struct.pack("<d", float(integer) / (10.0, 2.0)[kind] ** exponent))[0]
+
+
+def integer_numbers(cursor, rows):
+    size = cursor.left()
+    stated, kind, exponent, bits = cursor.unpack("IBBB")
+    demand(stated == rows and 8 * rows <= 2**25 + 256 * size, "another number of numbers")
+    demand(kind <= 2 and exponent <= (15, 63, 63)[kind], "a scale of no number")
+    marks = marks_of(cursor, bits, rows)
+    other = (1 << bits) - 1 if bits else None
+    integers = iter(integers_of(cursor, rows - marks.count(other), kind))
+    others = iter(())
+    if other in marks:
+        encoding = cursor.unpack("B")
+        demand(encoding <= 5, f"encoding {encoding} inside another one")
+        others = iter(NUMBER_ENCODINGS[encoding](cursor, marks.count(other)))
+    numbers = []
+    for mark in marks:
+        if mark == other:
+            numbers.append(next(others))
+            continue
+        corrected = number_bits(next(integers), kind, exponent) + zigzag_integer(mark) & 2**64 - 1
+        numbers += numbers_of(struct.pack("<Q", corrected))
+    return numbers
+
+
 NUMBER_ENCODINGS = [plain_numbers, frame_of_reference_numbers, dictionary_numbers, byte_stream_split_numbers,
-                    sparse_numbers, delta_numbers]
-
-
-def lengths_of(cursor, count):
-    """None for the null text."""
-    width = cursor.unpack("B")
-    demand(width in (0, 1, 2, 4), f"lengths of {width} bytes")
-    lengths = [cursor.unpack("I")] * count if width == 0 else cursor.array(count, {1: "B", 2: "H", 4: "I"}[width])
-    null = (1 << 8 * (width or 4)) - 1
-    return [None if length == null else length for length in lengths]
-
-
-def plain_texts(cursor, rows):
-    return [None if length is None else cursor.take(length) for length in lengths_of(cursor, rows)]
-
-
-def dictionary_texts(cursor, rows):
-    size = cursor.unpack("H") + 1
-    indices = indices_of(cursor, 16, rows, size)
-    lengths = lengths_of(cursor, size)
-    bits = cursor.unpack("B")
-    demand(bits <= 8, f"counts of {bits} bits")
-    entries, before = [], b""
-    for length, shared in zip(lengths, codes_of(cursor, bits, size)):
-        demand(shared <= min(len(before), length or 0), "more bytes in common than a text has")
-        before = before[:shared] + cursor.take((length or 0) - shared)
-        entries.append(None if length is None else before)
-    return [entries[index] for index in indices]
-
-
-TEXT_ENCODINGS = [plain_texts, dictionary_texts]
+                    sparse_numbers, delta_numbers, integer_numbers]
 
 
 def decode_chunk(data, rows, column):
@@ -355,10 +322,13 @@ def decode_chunk(data, rows, column):
     if column.storage:
         return read_keys(text, rows, column.storage)
     cursor = Bytes(text)
-    encodings = NUMBER_ENCODINGS if column.type == "F" else TEXT_ENCODINGS
     encoding = cursor.unpack("B")
-    demand(encoding < len(encodings), f"encoding {encoding} of {column.type}")
-    values = encodings[encoding](cursor, rows)
+    if column.type == "F":
+        demand(encoding < len(NUMBER_ENCODINGS), f"encoding {encoding} of numbers")
+        values = NUMBER_ENCODINGS[encoding](cursor, rows)
+    else:
+        demand(encoding <= 4, f"encoding {encoding} of texts")
+        values = decode_texts(cursor, encoding, rows, False)
     cursor.finish("the values")
     return values
 

@@ -15,6 +15,8 @@
 #include "expression/backends/string_values.h"
 #include "expression/errors/error_texts.h"
 #include "expression/errors/messages.h"
+#include "expression/functions/called_functions.h"
+#include "expression/tokens/expression_tokens.h"
 
 namespace kelvarin {
 
@@ -185,6 +187,14 @@ ExpressionError errorOf(const std::exception& error) {
           .kind = isMemory ? ExpressionError::Kind::tooLarge : ExpressionError::Kind::other};
 }
 
+ExpressionError errorOf(const FaultyLiteral& fault, const QString& expression) {
+  const QStringView literal =
+      QStringView(expression).sliced(positionOf(fault.token), sizeOf(fault.token));
+  return {.message = fault.message,
+          .position = static_cast<int>(fault.position),
+          .token = abbreviated(literal.toString())};
+}
+
 class StringExpression final : public CompiledExpression {
  public:
   // Shares the holders of the variables with other expressions unless it assigns to one.
@@ -340,6 +350,9 @@ CompileResult StringBackend::compile(const QString& expression, const Expression
   try {
     compiled = std::make_unique<StringExpression>(prepared, scope, m_state->holders);
     compiled->parse();
+    if (const std::optional<FaultyLiteral> fault = faultyLiteral(expression)) {
+      return Failure{errorOf(*fault, expression)};
+    }
     return std::unique_ptr<CompiledExpression>(std::move(compiled));
   } catch (const mup::ParserError& error) {
     return Failure{compiled == nullptr ? errorOf(error, utf8(prepared))

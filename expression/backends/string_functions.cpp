@@ -175,6 +175,8 @@ class TableFunction final : public mup::ICallback {
       case FunctionResult::Kind::argument:
         setArgument(result, arguments[m_result.argument()]);
         break;
+      case FunctionResult::Kind::failure:
+        refuse(*this, m_result.message());
     }
   }
 

@@ -1,13 +1,12 @@
 #include "expression/dates/date_context.h"
 
-#include <cmath>
 #include <ctime>
 
+#include <QDateTime>
 #include <QLocale>
 
 #include "base/null_number.h"
 #include "expression/dates/date_format_advice.h"
-#include "expression/dates/stated_zone.h"
 
 namespace kelvarin {
 
@@ -59,10 +58,12 @@ void DateContext::configure(const TimeParameters& parameters) {
   m_reference = 0;
   m_format = {};
   m_formatAdvice.clear();
+  m_zone = ClockZone::utc();
 }
 
 DateStatus DateContext::prepare(DateNeeds needs) {
   tzset();
+  m_zone = m_parameters.isUTC ? ClockZone::utc() : ClockZone::local();
   needs.reference |= m_parameters.addNow;
   needs.format |= m_parameters.addNowS;
 
@@ -75,8 +76,8 @@ DateStatus DateContext::prepare(DateNeeds needs) {
 
 bool DateContext::prepareReference() {
   const DateTextFormat format(QStringLiteral("yyyyMMdd hh:mm:ss"), false);
-  const QDateTime clock = format.read(m_parameters.referenceTime).clock;
-  const auto reference = clock.isValid() ? instantInForce(clock) : std::nullopt;
+  const DateReading reading = format.read(utf8Of(m_parameters.referenceTime));
+  const auto reference = reading.isDate() ? m_zone.instantAt(reading.clock()) : std::nullopt;
   m_reference = reference.value_or(0);
   return reference.has_value();
 }
@@ -100,22 +101,22 @@ double DateContext::currentElapsedTime() const {
 }
 
 QString DateContext::currentDateString() const {
-  return print(m_parameters.isUTC ? QDateTime::currentDateTimeUtc() : QDateTime::currentDateTime());
+  return print(QDateTime::currentMSecsSinceEpoch()).toString();
 }
 
-double DateContext::toElapsedTime(const QString& date) const {
-  const double elapsed = toElapsedFraction(date);
-  return isNullNumber(elapsed) ? kNullNumber : std::trunc(elapsed);
+double DateContext::toElapsedTime(std::string_view date) const {
+  const std::optional<Instant> instant = instantOf(date);
+  return instant ? elapsedTimeAt(*instant) : unreadableAsElapsedTime();
 }
 
-double DateContext::toElapsedFraction(const QString& date) const {
+double DateContext::toElapsedFraction(std::string_view date) const {
   const std::optional<Instant> instant = instantOf(date);
   return instant ? elapsedFractionAt(*instant) : unreadableAsElapsedTime();
 }
 
 double DateContext::elapsedTimeAt(Instant instant) const {
-  const double elapsed = elapsedFractionAt(instant);
-  return isNullNumber(elapsed) ? kNullNumber : std::trunc(elapsed);
+  const std::int64_t elapsed = instant - m_reference;
+  return elapsed < 0 ? elapsedFractionAt(instant) : wholeUnits(elapsed);
 }
 
 double DateContext::elapsedFractionAt(Instant instant) const {
@@ -127,30 +128,19 @@ double DateContext::elapsedFractionAt(Instant instant) const {
   return unit == 0 ? 0.0 : static_cast<double>(elapsed) / static_cast<double>(unit);
 }
 
-std::optional<Instant> DateContext::instantInForce(const QDateTime& clock) const {
-  return m_parameters.isUTC ? std::optional<Instant>(clock.toMSecsSinceEpoch())
-                            : localInstant(clock);
-}
-
-std::optional<Instant> DateContext::instantOf(const QString& date) const {
-  if (date.isEmpty()) {
+std::optional<Instant> DateContext::instantOf(std::string_view date) const {
+  if (date.empty()) {
     return std::nullopt;
   }
   const DateReading reading = m_format.read(date);
-  if (!reading.clock.isValid()) {
+  if (!reading.isDate()) {
     return std::nullopt;
   }
-  const bool isLocalClock = !m_parameters.isUTC && !m_format.hasDate();
-  return reading.zone.isNull() ? instantInForce(reading.clock)
-                               : instantInStatedZone(reading.clock, reading.zone, isLocalClock);
-}
-
-QDateTime DateContext::parse(const QString& date) const {
-  const std::optional<Instant> instant = instantOf(date);
-  if (!instant) {
-    return {};
+  if (reading.zone().empty()) {
+    return m_zone.instantAt(reading.clock());
   }
-  return QDateTime::fromMSecsSinceEpoch(*instant, m_parameters.isUTC ? Qt::UTC : Qt::LocalTime);
+  const bool isLocalClock = !m_zone.isUTC() && !m_format.hasDate();
+  return m_statedZones.instantOf(reading.clock(), reading.zone(), isLocalClock, m_zone);
 }
 
 }  // namespace kelvarin

@@ -3,21 +3,25 @@
 //
 // An elapsed time is the number of whole units from the reference instant to a date.
 // Used by the evaluator for date inputs and `_now`, and by the date functions.
-// Threads: read-only after prepare().
+// Texts are UTF-8.
+// Threads: read-only after prepare(), then for any number of threads; copies share what was found
+// out about time zones.
 // Errors: DateStatus; conversions return null or 0.
 #pragma once
 
 #include <cstdint>
 #include <optional>
+#include <string>
+#include <string_view>
 
-#include <QDateTime>
 #include <QString>
 
 #include "base/null_number.h"
+#include "expression/dates/clock_zone.h"
 #include "expression/dates/date_needs.h"
 #include "expression/dates/date_status.h"
 #include "expression/dates/date_text_format.h"
-#include "expression/dates/local_time.h"
+#include "expression/dates/stated_zone.h"
 #include "expression/dates/time_parameters.h"
 
 namespace kelvarin {
@@ -43,28 +47,32 @@ class DateContext {
 
   // An empty or unparsable date and one before the reference instant are null, or 0 as the
   // parameters say.
-  double toElapsedTime(const QString& date) const;
+  double toElapsedTime(std::string_view date) const;
+  double toElapsedTime(const QString& date) const { return toElapsedTime(utf8Of(date)); }
   // The same with the part of a unit that is left.
-  double toElapsedFraction(const QString& date) const;
+  double toElapsedFraction(std::string_view date) const;
   // The instant of a date text: in the zone that it states, else in the zone in force. Nothing when
   // it is no date in the format in force.
-  std::optional<Instant> instantOf(const QString& date) const;
+  std::optional<Instant> instantOf(std::string_view date) const;
+  std::optional<Instant> instantOf(const QString& date) const { return instantOf(utf8Of(date)); }
   double elapsedTimeAt(Instant instant) const;
   // Of an empty or unparsable date.
   double unreadableAsElapsedTime() const { return m_parameters.castToET2 != 0 ? 0.0 : kNullNumber; }
-  // In the zone in force, which is UTC or local time. Invalid when the text is no date.
-  QDateTime parse(const QString& date) const;
-  QString print(const QDateTime& date) const { return m_format.print(date); }
+  // The zone in force, whose days and months count.
+  const ClockZone& zone() const { return m_zone; }
+  DateText print(Instant instant) const { return m_format.print(instant, m_zone); }
 
  private:
+  static std::string utf8Of(const QString& date) { return date.toStdString(); }
   bool prepareReference();
   bool prepareFormat();
-  std::optional<Instant> instantInForce(const QDateTime& clock) const;
   double elapsedFractionAt(Instant instant) const;
   double wholeUnits(std::int64_t milliseconds) const;
 
   TimeParameters m_parameters;
   Instant m_reference = 0;
+  ClockZone m_zone = ClockZone::utc();
+  StatedZones m_statedZones;
   DateTextFormat m_format;
   QString m_formatAdvice;
 };

@@ -1,12 +1,11 @@
 #include "expression/dates/date_text_format.h"
 
 #include <algorithm>
+#include <string>
 
+#include <QDateTime>
 #include <QLocale>
 #include <QStringView>
-
-#include "expression/dates/local_time.h"
-#include "expression/dates/stated_zone.h"
 
 namespace kelvarin {
 
@@ -29,12 +28,14 @@ bool isFixedText(QChar c) {
 
 }  // namespace
 
+DateReading::DateReading(ClockReading clock, std::string_view zone)
+    : m_isDate(true), m_clock(clock), m_zoneSize(zone.copy(m_zone.data(), m_zone.size())) {}
+
 DateTextFormat::DateTextFormat(const QString& format, bool isOfLocale)
     : m_format(format), m_isOfLocale(isOfLocale) {
-  if (!isOfLocale) {
-    m_fixed = FixedDateFormat::of(format);
-  }
   examine();
+  m_reader = DateReader::of(m_format, isOfLocale);
+  m_printer = DatePrinter(m_format, isOfLocale);
 }
 
 void DateTextFormat::examine() {
@@ -71,17 +72,37 @@ void DateTextFormat::examine() {
   m_behindZone = m_format.sliced(m_zone + 1, end - m_zone - 1);
 }
 
-DateReading DateTextFormat::read(const QString& date) const {
-  if (m_fixed) {
-    const QDateTime clock = m_fixed->parse(date);
-    if (clock.isValid()) {
-      return {clock, {}};
-    }
+DateReading DateTextFormat::read(std::string_view date) const {
+  if (!m_reader) {
+    return readGenerally(date);
   }
-  if (date.size() > m_format.size() + kLongestNames) {
+  const DateReader::Reading reading = m_reader->read(date);
+  switch (reading.legibility) {
+    case Legibility::date:
+      return DateReading(reading.clock, reading.zone);
+    case Legibility::noDate:
+      return {};
+    case Legibility::unknown:
+      return readGenerally(date);
+  }
+  return {};
+}
+
+DateReading DateTextFormat::readGenerally(std::string_view date) const {
+  constexpr std::size_t longestCharacter = 4;  // bytes
+  const qsizetype longestDate = m_format.size() + kLongestNames;
+  if (date.size() > longestCharacter * static_cast<std::size_t>(longestDate)) {
     return {};
   }
-  return m_zone < 0 ? DateReading{readClock(date), {}} : readWithZone(date);
+  const QString text = QString::fromUtf8(date.data(), static_cast<qsizetype>(date.size()));
+  if (text.isEmpty() || text.size() > longestDate) {
+    return {};
+  }
+  if (m_zone >= 0) {
+    return readWithZone(text);
+  }
+  const std::optional<ClockReading> clock = readClock(text);
+  return clock ? DateReading(*clock) : DateReading();
 }
 
 // A zone has no fixed length, and some locales have it in the middle: it is where the rest is a
@@ -89,7 +110,7 @@ DateReading DateTextFormat::read(const QString& date) const {
 DateReading DateTextFormat::readWithZone(const QString& date) const {
   for (qsizetype start = 0; start < date.size(); ++start) {
     const DateReading reading = readWithZoneAt(date, start);
-    if (reading.clock.isValid()) {
+    if (reading.isDate()) {
       return reading;
     }
   }
@@ -97,35 +118,33 @@ DateReading DateTextFormat::readWithZone(const QString& date) const {
 }
 
 DateReading DateTextFormat::readWithZoneAt(const QString& date, qsizetype start) const {
-  constexpr qsizetype longestZone = 40;
+  constexpr auto longestZone = static_cast<qsizetype>(kLongestZone);
   if (!QStringView(date).first(start).endsWith(m_beforeZone)) {
     return {};
   }
   const bool isLast = m_zone + 1 == m_format.size();
   const qsizetype nearestEnd = isLast ? date.size() : start + 1;
   for (qsizetype end = std::min(date.size(), start + longestZone); end >= nearestEnd; --end) {
-    const QString zone = date.sliced(start, end - start);
+    const std::string zone = date.sliced(start, end - start).toStdString();
     const QString behind = date.sliced(end);
     if (!behind.startsWith(m_behindZone) || !looksLikeZone(zone)) {
       continue;
     }
-    const QDateTime clock = readClock(date.first(start) + kMark + behind);
-    if (clock.isValid()) {
-      return {clock, zone};
+    if (const auto clock = readClock(date.first(start) + kMark + behind)) {
+      return DateReading(*clock, zone);
     }
   }
   return {};
 }
 
-QDateTime DateTextFormat::readClock(const QString& date) const {
+std::optional<ClockReading> DateTextFormat::readClock(const QString& date) const {
   const QString text = date + kMark + QStringLiteral("UTC");
   const QDateTime parsed = m_isOfLocale ? QLocale::system().toDateTime(text, m_clockPattern)
                                         : QDateTime::fromString(text, m_clockPattern);
-  return parsed.isValid() ? clockReading(parsed.date(), parsed.time()) : QDateTime();
-}
-
-QString DateTextFormat::print(const QDateTime& date) const {
-  return m_isOfLocale ? QLocale::system().toString(date, m_format) : date.toString(m_format);
+  if (!parsed.isValid()) {
+    return std::nullopt;
+  }
+  return ClockReading{QDateTime(parsed.date(), parsed.time(), Qt::UTC).toMSecsSinceEpoch()};
 }
 
 }  // namespace kelvarin

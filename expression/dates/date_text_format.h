@@ -1,23 +1,40 @@
 // A date format, and how a text in it is taken apart: into what the clock shows and the zone that
 // the text states.
 //
-// Formats have the pattern letters of QDateTime; the letter `t` stands for the zone. The parser of
-// QDateTime converts between zones while it reads, so it is only asked for the clock reading.
+// Formats have the pattern letters of QDateTime; the letter `t` stands for the zone. The compiled
+// form of the format is asked first, and QDateTime where that is not sure. The parser of QDateTime
+// converts between zones while it reads, so it is only asked for the clock reading.
 // Threads: read-only after its construction.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <optional>
+#include <string_view>
 
-#include <QDateTime>
 #include <QString>
 
-#include "expression/dates/fixed_date_format.h"
+#include "expression/dates/clock_zone.h"
+#include "expression/dates/date_printer.h"
+#include "expression/dates/date_reader.h"
+#include "expression/dates/stated_zone.h"
 
 namespace kelvarin {
 
-struct DateReading {
-  QDateTime clock;  // see local_time.h; invalid when the text is no date
-  QString zone;     // null where the format has none
+class DateReading {
+ public:
+  DateReading() = default;  // of a text that is no date
+  explicit DateReading(ClockReading clock, std::string_view zone = {});
+
+  bool isDate() const { return m_isDate; }
+  ClockReading clock() const { return m_clock; }
+  std::string_view zone() const { return {m_zone.data(), m_zoneSize}; }  // empty: none is stated
+
+ private:
+  bool m_isDate = false;
+  ClockReading m_clock;
+  std::array<char, kLongestZone> m_zone{};
+  std::size_t m_zoneSize = 0;
 };
 
 class DateTextFormat {
@@ -29,22 +46,26 @@ class DateTextFormat {
   const QString& text() const { return m_format; }
   bool hasDate() const { return m_hasDate; }
 
-  DateReading read(const QString& date) const;
-  QString print(const QDateTime& date) const;
+  DateReading read(std::string_view date) const;
+  DateText print(Instant instant, const ClockZone& zone) const {
+    return m_printer.print(instant, zone);
+  }
 
  private:
   void examine();
+  DateReading readGenerally(std::string_view date) const;
   DateReading readWithZone(const QString& date) const;
   DateReading readWithZoneAt(const QString& date, qsizetype start) const;
-  QDateTime readClock(const QString& date) const;
+  std::optional<ClockReading> readClock(const QString& date) const;
 
   QString m_format;
   bool m_isOfLocale = false;
   bool m_hasDate = false;
-  std::optional<FixedDateFormat> m_fixed;  // the same format, where it is one
-  qsizetype m_zone = -1;                   // index of the letter t
-  QString m_clockPattern;                  // the format with a mark in its stead
-  QString m_beforeZone;                    // what stands there in every text
+  std::optional<DateReader> m_reader;  // the compiled form, where there is one
+  DatePrinter m_printer;
+  qsizetype m_zone = -1;   // index of the letter t
+  QString m_clockPattern;  // the format with a mark in its stead
+  QString m_beforeZone;    // what stands there in every text
   QString m_behindZone;
 };
 

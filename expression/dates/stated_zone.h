@@ -2,25 +2,38 @@
 // name that this machine's zone has, such as CET and CEST.
 //
 // Names of other zones are not known, since the same letters mean different zones in different
-// countries. Used by DateContext.
+// countries. Used by DateTextFormat and DateContext.
+// Threads: any number at once; copies share the zones that were found.
 // Errors: nothing for what is no zone.
 #pragma once
 
+#include <memory>
 #include <optional>
+#include <string_view>
 
-#include <QDateTime>
-#include <QString>
-
-#include "expression/dates/local_time.h"
+#include "expression/dates/clock_zone.h"
 
 namespace kelvarin {
 
-// It may be the text of a zone, by its letters.
-bool looksLikeZone(const QString& text);
+inline constexpr std::size_t kLongestZone = 40;
 
-// The instant at which a clock of that zone shows the reading. `isLocalClock`: the reading has no
-// date and so no summer or winter; under a name of the local zone it is just local time.
-std::optional<Instant> instantInStatedZone(const QDateTime& clock, const QString& zone,
-                                           bool isLocalClock);
+bool isZoneCharacter(char c);
+// It may be the text of a zone, by its letters and length.
+bool looksLikeZone(std::string_view text);
+
+class StatedZones {
+ public:
+  StatedZones();
+
+  // The instant at which a clock of that zone shows the reading. `isLocalClock`: the reading has no
+  // date and so no summer or winter; under a name of the local zone it is just local time.
+  std::optional<Instant> instantOf(ClockReading clock, std::string_view zone, bool isLocalClock,
+                                   const ClockZone& local) const;
+
+ private:
+  class Locations;
+
+  std::shared_ptr<Locations> m_locations;
+};
 
 }  // namespace kelvarin

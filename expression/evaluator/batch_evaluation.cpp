@@ -1,7 +1,12 @@
 #include "expression/evaluator/batch_evaluation.h"
 
 #include <algorithm>
+#include <array>
 #include <numeric>
+
+#include "base/number_texts.h"
+#include "expression/backends/string_values.h"
+#include "expression/evaluator/number_text.h"
 
 namespace kelvarin {
 
@@ -10,33 +15,52 @@ BatchEvaluation::BatchEvaluation(const BatchProgram& program, const RowBatch& ba
     : m_program(program),
       m_batch(batch),
       m_firstRow(static_cast<double>(firstRow)),
-      m_columns(program.m_storeSize),
-      m_buffers(std::make_unique_for_overwrite<double[]>((program.m_variables.size() + 1) *
-                                                         program.rowsAtOnce())) {}
+      m_numbers(program.m_endOfNumbers),
+      m_texts(program.m_endOfTexts),
+      m_buffers(std::make_unique_for_overwrite<double[]>((program.m_numbers.size() + 1) *
+                                                         program.rowsAtOnce())),
+      m_textBuffers(std::make_unique<ColumnText[]>(program.m_texts.size() * program.rowsAtOnce())) {
+  if (program.usesColumnPrograms()) {
+    m_columns.emplace(program.m_functions);
+  }
+  if (program.convertsTexts()) {
+    m_convertedTexts.assign(program.m_numbers.size(), TextColumn({}));
+  }
+}
 
-void BatchEvaluation::load(std::size_t begin, std::size_t end) {
+bool BatchEvaluation::load(std::size_t begin, std::size_t end) {
   m_begin = begin;
   m_rowCount = std::min(end - begin, m_program.rowsAtOnce());
   m_firstStoredRow = m_batch.storedRow(begin);
   const bool isContiguous =
       m_batch.storedRow(begin + m_rowCount - 1) == m_firstStoredRow + m_rowCount - 1;
   m_selection = isContiguous ? nullptr : m_batch.selection() + begin;
-  for (std::size_t i = 0; i < m_program.m_variables.size(); ++i) {
-    loadVariable(i, 0);
+  m_printedNumbers.clear();
+  for (std::size_t i = 0; i < m_program.m_numbers.size(); ++i) {
+    loadNumber(i, 0);
   }
+  for (std::size_t i = 0; i < m_program.m_texts.size(); ++i) {
+    loadText(i, 0);
+  }
+  return m_rowCount > 0;
 }
 
 void BatchEvaluation::loadElement(int element) {
-  for (std::size_t i = 0; i < m_program.m_variables.size(); ++i) {
-    if (m_program.m_variables[i].columns.size() > 1) {
-      loadVariable(i, element);
+  for (std::size_t i = 0; i < m_program.m_numbers.size(); ++i) {
+    if (m_program.m_numbers[i].columns.size() > 1) {
+      loadNumber(i, element);
+    }
+  }
+  for (std::size_t i = 0; i < m_program.m_texts.size(); ++i) {
+    if (m_program.m_texts[i].columns.size() > 1) {
+      loadText(i, element);
     }
   }
 }
 
-void BatchEvaluation::loadVariable(std::size_t index, int element) {
-  const NumberSource& source = m_program.m_variables[index];
-  const double*& numbers = m_columns[source.variable];
+void BatchEvaluation::loadNumber(std::size_t index, int element) {
+  const NumberSource& source = m_program.m_numbers[index];
+  const double*& numbers = m_numbers[source.variable];
   if (source.origin == NumberSource::Origin::rowNumber) {
     double* rowNumbers = buffer(index);
     std::iota(rowNumbers, rowNumbers + m_rowCount, m_firstRow + static_cast<double>(m_begin));
@@ -45,7 +69,9 @@ void BatchEvaluation::loadVariable(std::size_t index, int element) {
   }
   const std::size_t ofElement = source.columns.size() > 1 ? static_cast<std::size_t>(element) : 0;
   const BatchColumn& column = m_batch.column(static_cast<std::size_t>(source.columns[ofElement]));
-  if (source.origin == NumberSource::Origin::keys) {
+  if (source.isConverted()) {
+    numbers = convertedTexts(index, column);
+  } else if (source.origin == NumberSource::Origin::keys) {
     numbers = converted(index, column.keys(), [&source](std::uint32_t key) {
       return isNullKey(key) ? source.ofNull : static_cast<double>(key);
     });
@@ -75,14 +101,111 @@ const double* BatchEvaluation::converted(std::size_t index, const Value* values,
   return numbers;
 }
 
+// Up to the first text that is to be counted.
+const double* BatchEvaluation::convertedTexts(std::size_t index, const BatchColumn& column) {
+  const bool areDates = m_program.m_numbers[index].origin == NumberSource::Origin::textsOfDates;
+  const DateContext& dates = m_program.m_functions.dates;
+  TextColumn& texts = m_convertedTexts[index];
+  double* numbers = buffer(index);
+  for (std::size_t i = 0; i < m_rowCount; ++i) {
+    const std::string_view text = textFromBytes(column.text(storedRow(i)));
+    numbers[i] = areDates ? texts.elapsedTimeOf(text, dates, 0.0) : texts.numberOf(text, 0.0);
+    if (texts.hasRefused()) [[unlikely]] {
+      texts = TextColumn({});
+      keepFirst(i);
+    }
+  }
+  return numbers;
+}
+
+void BatchEvaluation::loadText(std::size_t index, int element) {
+  const TextSource& source = m_program.m_texts[index];
+  const std::size_t ofElement = source.columns.size() > 1 ? static_cast<std::size_t>(element) : 0;
+  const BatchColumn& column = m_batch.column(static_cast<std::size_t>(source.columns[ofElement]));
+  ColumnText* texts = m_textBuffers.get() + index * m_program.rowsAtOnce();
+  m_texts[source.variable] = texts;
+  switch (source.origin) {
+    case TextSource::Origin::texts:
+      return loadTexts(column, texts);
+    case TextSource::Origin::numbers:
+      return printNumbers(column.numbers(), texts);
+    case TextSource::Origin::keys:
+      return printKeys(column.keys(), texts);
+  }
+}
+
+// A text of the String Parser's null bytes is null there.
+void BatchEvaluation::loadTexts(const BatchColumn& column, ColumnText* texts) const {
+  for (std::size_t i = 0; i < m_rowCount; ++i) {
+    const unsigned char* bytes = column.text(storedRow(i));
+    const std::string_view text = textFromBytes(bytes);
+    texts[i] = isNullText(bytes) || text == kNullTextBytes ? ColumnText() : ColumnText(text);
+  }
+}
+
+void BatchEvaluation::printNumbers(const double* numbers, ColumnText* texts) {
+  std::array<double, kNumbersPrinted> gathered;
+  std::array<NumberText, kNumbersPrinted> printed;
+  for (std::size_t begin = 0; begin < m_rowCount; begin += kNumbersPrinted) {
+    const std::size_t count = std::min(kNumbersPrinted, m_rowCount - begin);
+    for (std::size_t i = 0; i < count; ++i) {
+      gathered[i] = numbers[storedRow(begin + i)];
+    }
+    kelvarin::printNumbers(gathered.data(), count, printed.data());
+    for (std::size_t i = 0; i < count; ++i) {
+      texts[begin + i] = printed[i].size == 0
+                             ? ColumnText()
+                             : ColumnText(m_printedNumbers.copy(printed[i].text()));
+    }
+  }
+}
+
+void BatchEvaluation::printKeys(const std::uint32_t* keys, ColumnText* texts) {
+  ShortestNumber printed;
+  for (std::size_t i = 0; i < m_rowCount; ++i) {
+    const std::uint32_t key = keys[storedRow(i)];
+    texts[i] =
+        isNullKey(key) ? ColumnText() : ColumnText(m_printedNumbers.copy(printed.print(key)));
+  }
+}
+
+void BatchEvaluation::evaluateColumns(const ColumnProgram& program) {
+  m_rowCount = m_columns->evaluate(program, {m_numbers.data(), m_texts.data()}, m_rowCount);
+}
+
 const double* BatchEvaluation::numbers(int output) {
-  double* results = buffer(m_program.m_variables.size());
+  if (const ColumnProgram* program = outputAt(output).program) {
+    evaluateColumns(*program);
+    return m_columns->numbers();
+  }
+  double* results = buffer(m_program.m_numbers.size());
   evaluateInto(output, results);
   return results;
 }
 
-void BatchEvaluation::evaluateInto(int output, double* numbers) const {
-  m_program.m_calls[static_cast<std::size_t>(output)](m_columns.data(), m_rowCount, numbers);
+const ColumnText* BatchEvaluation::texts(int output) {
+  evaluateColumns(*outputAt(output).program);
+  return m_columns->texts();
+}
+
+const double* BatchEvaluation::truths(int output) {
+  if (!m_program.yieldsText(output)) {
+    return numbers(output);
+  }
+  const ColumnText* ofOutput = texts(output);
+  double* truths = buffer(m_program.m_numbers.size());
+  std::transform(ofOutput, ofOutput + m_rowCount, truths,
+                 [](const ColumnText& text) { return text.view().empty() ? 0.0 : 1.0; });
+  return truths;
+}
+
+void BatchEvaluation::evaluateInto(int output, double* numbers) {
+  if (outputAt(output).program != nullptr) {
+    const double* results = this->numbers(output);
+    std::copy_n(results, m_rowCount, numbers);
+    return;
+  }
+  outputAt(output).native(m_numbers.data(), m_rowCount, numbers);
 }
 
 }  // namespace kelvarin

@@ -14,56 +14,96 @@ std::size_t rowsThatFit(std::size_t columns) {
   return std::clamp(kMaxValues / columns, kMinRows, kMaxRows);
 }
 
+// False where there is no such source.
+template <typename Source>
+bool addSource(std::size_t variable, const std::vector<Source>& sources, std::vector<Source>& used,
+               std::size_t& end) {
+  if (std::ranges::find(used, variable, &Source::variable) != used.end()) {
+    return true;
+  }
+  const auto source = std::ranges::find(sources, variable, &Source::variable);
+  if (source == sources.end()) {
+    return false;
+  }
+  used.push_back(*source);
+  end = std::max(end, variable + 1);
+  return true;
+}
+
 }  // namespace
 
 std::unique_ptr<const BatchProgram> BatchProgram::of(const ExpressionSet& expressions) {
   const RowBinding& binding = expressions.binding();
-  if (binding.countsValues() || expressions.outputCount() == 0) {
+  if (expressions.outputCount() == 0) {
     return nullptr;
   }
   const int nullKeyMode = expressions.options().keyCast.nullOnInput;
-  const std::vector<NumberSource> sources = binding.numberSources(expressions.dates(), nullKeyMode);
-  std::unique_ptr<BatchProgram> program(new BatchProgram);
+  const Sources sources{binding.numberSources(expressions.dates(), nullKeyMode),
+                        binding.textSources()};
+  std::unique_ptr<BatchProgram> program(new BatchProgram(expressions.functions()));
   for (int i = 0; i < expressions.outputCount(); ++i) {
     if (!program->addOutput(expressions.output(i), sources)) {
       return nullptr;
     }
   }
+  for (const NumberSource& source : sources.numbers) {
+    if (source.isConverted()) {
+      program->addNumber(source.variable, sources.numbers);
+    }
+  }
   program->m_columnsOfKeys = binding.columnsOfStoppingKeys(nullKeyMode);
-  program->m_rowsAtOnce = rowsThatFit(program->m_variables.size() + 1);
+  program->m_rowsAtOnce = rowsThatFit(program->m_numbers.size() + program->m_texts.size() + 1);
+  if (program->usesColumnPrograms()) {
+    program->m_rowsAtOnce = std::min(program->m_rowsAtOnce, ColumnProgram::kMaxRows);
+  }
   return program;
 }
 
-bool BatchProgram::addOutput(const CompiledOutput& output,
-                             const std::vector<NumberSource>& sources) {
+bool BatchProgram::addOutput(const CompiledOutput& output, const Sources& sources) {
+  const auto hasNumber = [&](std::size_t variable) { return addNumber(variable, sources.numbers); };
+  const auto hasText = [&](std::size_t variable) { return addText(variable, sources.texts); };
+  if (const ColumnProgram* program = output.columnProgram.get()) {
+    m_outputs.push_back({{}, program});
+    return std::ranges::all_of(program->numberVariables(), hasNumber) &&
+           std::ranges::all_of(program->textVariables(), hasText);
+  }
   NumberExpression* expression = output.expression->asNumberExpression();
   if (expression == nullptr || output.use == ResultUse::anyValue) {
     return false;
   }
   const ColumnsCall call = expression->columnsCall();
-  m_calls.push_back(call);
-  return call.function != nullptr && std::ranges::all_of(call.elements, [&](std::size_t variable) {
-           return addVariable(variable, sources);
-         });
+  m_outputs.push_back({call, nullptr});
+  return call.function != nullptr && std::ranges::all_of(call.elements, hasNumber);
 }
 
-bool BatchProgram::addVariable(std::size_t variable, const std::vector<NumberSource>& sources) {
-  if (std::ranges::find(m_variables, variable, &NumberSource::variable) != m_variables.end()) {
-    return true;
-  }
-  const auto source = std::ranges::find(sources, variable, &NumberSource::variable);
-  if (source == sources.end()) {
+bool BatchProgram::addNumber(std::size_t variable, const std::vector<NumberSource>& sources) {
+  if (!addSource(variable, sources, m_numbers, m_endOfNumbers)) {
     return false;
   }
-  m_variables.push_back(*source);
-  m_storeSize = std::max(m_storeSize, variable + 1);
-  m_needsRowNumbers |= source->origin == NumberSource::Origin::rowNumber;
+  m_needsRowNumbers = std::ranges::any_of(m_numbers, [](const NumberSource& source) {
+    return source.origin == NumberSource::Origin::rowNumber;
+  });
   return true;
 }
 
+bool BatchProgram::addText(std::size_t variable, const std::vector<TextSource>& sources) {
+  return addSource(variable, sources, m_texts, m_endOfTexts);
+}
+
+bool BatchProgram::usesColumnPrograms() const {
+  return std::ranges::any_of(m_outputs,
+                             [](const Output& output) { return output.program != nullptr; });
+}
+
+bool BatchProgram::convertsTexts() const {
+  return std::ranges::any_of(m_numbers, &NumberSource::isConverted);
+}
+
 bool BatchProgram::mayEvaluateAnyRow() const {
-  return !m_needsRowNumbers && m_columnsOfKeys.empty() &&
-         std::ranges::all_of(m_calls, &ColumnsCall::isCheap);
+  return !m_needsRowNumbers && !convertsTexts() && m_columnsOfKeys.empty() &&
+         std::ranges::all_of(m_outputs, [](const Output& output) {
+           return output.program == nullptr && output.native.isCheap;
+         });
 }
 
 std::size_t BatchProgram::rowsBeforeFailure(const RowBatch& batch) const {

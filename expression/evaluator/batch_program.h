@@ -1,8 +1,7 @@
 // The expressions of one action as they are evaluated for whole batches.
 //
-// Only for expressions of native code whose variables are numbers, keys and the number of the row:
-// their results depend on the row alone, they cannot fail, and loading a row counts nothing.
-// RowEvaluation evaluates all others.
+// Only for expressions of native code or with a ColumnProgram: their results depend on the row
+// alone. Rows that fail, or might, and rows with values to be counted are left to RowEvaluation.
 // Used by the stages of the expression actions, through BatchEvaluation.
 // Threads: made on the engine's, then read by any number at once.
 #pragma once
@@ -21,7 +20,12 @@ class BatchProgram {
   // where rows must be evaluated one by one.
   static std::unique_ptr<const BatchProgram> of(const ExpressionSet& expressions);
 
-  int outputCount() const { return static_cast<int>(m_calls.size()); }
+  int outputCount() const { return static_cast<int>(m_outputs.size()); }
+  // The results of an output are texts, else numbers.
+  bool yieldsText(int output) const {
+    const ColumnProgram* program = m_outputs[static_cast<std::size_t>(output)].program;
+    return program != nullptr && program->yieldsText();
+  }
   bool needsRowNumbers() const { return m_needsRowNumbers; }
   // The rows before the first one with a null key that stops the run.
   std::size_t rowsBeforeFailure(const RowBatch& batch) const;
@@ -33,16 +37,33 @@ class BatchProgram {
  private:
   friend class BatchEvaluation;
 
-  BatchProgram() = default;
-  bool addOutput(const CompiledOutput& output, const std::vector<NumberSource>& sources);
-  bool addVariable(std::size_t variable, const std::vector<NumberSource>& sources);
+  // One of both.
+  struct Output {
+    ColumnsCall native;
+    const ColumnProgram* program = nullptr;
+  };
+  struct Sources {
+    std::vector<NumberSource> numbers;
+    std::vector<TextSource> texts;
+  };
 
-  std::vector<ColumnsCall> m_calls;       // one an output
-  std::vector<NumberSource> m_variables;  // those that the outputs use
-  std::vector<int> m_columnsOfKeys;       // of which a null stops the run
-  std::size_t m_storeSize = 0;            // the largest index of a variable is below
+  explicit BatchProgram(const FunctionContext& functions) : m_functions(functions) {}
+  bool addOutput(const CompiledOutput& output, const Sources& sources);
+  bool addNumber(std::size_t variable, const std::vector<NumberSource>& sources);
+  bool addText(std::size_t variable, const std::vector<TextSource>& sources);
+  bool usesColumnPrograms() const;
+  bool convertsTexts() const;
+
+  std::vector<Output> m_outputs;
+  // Those that the outputs use, and the end of their indices in the store.
+  std::vector<NumberSource> m_numbers;
+  std::vector<TextSource> m_texts;
+  std::size_t m_endOfNumbers = 0;
+  std::size_t m_endOfTexts = 0;
+  std::vector<int> m_columnsOfKeys;  // of which a null stops the run
   std::size_t m_rowsAtOnce = 0;
   bool m_needsRowNumbers = false;
+  const FunctionContext m_functions;
 };
 
 }  // namespace kelvarin

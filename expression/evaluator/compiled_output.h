@@ -7,6 +7,7 @@
 #include <QString>
 
 #include "expression/backends/compiled_expression.h"
+#include "expression/batches/column_program.h"
 #include "expression/evaluator/engine_choice.h"
 #include "host/contract/meta_info.h"
 
@@ -26,6 +27,9 @@ struct CompiledOutput {
   ResultUse use = ResultUse::column;
   std::unique_ptr<CompiledExpression> expression;
   EngineChoice engine;
+  // Where another engine than native code evaluates rows, the same for batches; null: there is no
+  // such program.
+  std::unique_ptr<const ColumnProgram> columnProgram;
 };
 
 inline bool isNumberMeta(MetaTypeColumn meta) {

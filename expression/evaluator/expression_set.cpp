@@ -7,6 +7,8 @@
 #include <QDateTime>
 #include <QSet>
 
+#include "expression/backends/expression_text.h"
+#include "expression/batches/typed_parser.h"
 #include "expression/dates/reference_time_advice.h"
 #include "expression/errors/expression_mark.h"
 #include "expression/evaluator/backend_choice.h"
@@ -110,9 +112,9 @@ ExpressionSet::MadeOutput ExpressionSet::makeOutput(const OutputVariable& variab
   rules.isText = use == ResultUse::column && !isNumberMeta(variable.meta);
   rules.allowsNative = m_options.useJIT;
   rules.required = m_required;
-  ChosenBackend chosen =
-      compileWithFirstFit(withoutEmptiness(variable, use), rules,
-                          ExpressionScope{m_variables, m_constants, m_functions}, *m_stringBackend);
+  const QString expression = withoutEmptiness(variable, use);
+  ChosenBackend chosen = compileWithFirstFit(
+      expression, rules, ExpressionScope{m_variables, m_constants, m_functions}, *m_stringBackend);
   if (!chosen.compiled) {
     return Failure{withPosition(chosen.compiled.error(), variable.expression)};
   }
@@ -123,7 +125,30 @@ ExpressionSet::MadeOutput ExpressionSet::makeOutput(const OutputVariable& variab
   made->use = use;
   made->expression = std::move(*chosen.compiled);
   made->engine = chosen.choice;
+  addColumnProgram(*made, expression);
   return made;
+}
+
+// Bounds of texts are for single evaluations, and a debugger wants to see every row.
+void ExpressionSet::addColumnProgram(CompiledOutput& output, const QString& expression) {
+  const bool isForRows =
+      m_isObserved || output.use == ResultUse::anyValue || m_functions.bounds.textBytes.has_value();
+  const bool isNative = output.engine.engine == BackendKind::native;
+  output.engine.takesBatches = isNative && !isForRows;
+  if (isForRows || isNative) {
+    return;
+  }
+  Result<TypedTree, BatchRefusal> tree = typedTreeOf(
+      withoutLineBreaks(expression), ExpressionScope{m_variables, m_constants, m_functions});
+  if (!tree) {
+    output.engine.batchRefusal = tree.error();
+    return;
+  }
+  const bool isForNumbers = output.use == ResultUse::column && isNumberMeta(output.meta);
+  if (!isForNumbers || tree->type() != ValueType::text) {  // else an error at every row
+    output.columnProgram = ColumnProgram::of(std::move(*tree), m_functions);
+    output.engine.takesBatches = output.columnProgram != nullptr;
+  }
 }
 
 Result<ExpressionValue, ExpressionError> ExpressionSet::evaluateOnce(const QString& expression) {

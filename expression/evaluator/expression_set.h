@@ -85,6 +85,7 @@ class ExpressionSet {
   // `_now` and `_nowS` among them, where they are offered.
   const std::vector<NamedConstant>& constants() const { return m_constants; }
   const DateContext& dates() const { return m_functions.dates; }
+  const FunctionContext& functions() const { return m_functions; }
 
   // For those that load values: where they go.
   VariableStore& variables() { return m_variables; }
@@ -104,6 +105,7 @@ class ExpressionSet {
   using MadeOutput = Result<std::unique_ptr<CompiledOutput>, ExpressionError>;
 
   MadeOutput makeOutput(const OutputVariable& variable, ResultUse use);
+  void addColumnProgram(CompiledOutput& output, const QString& expression);
   ExpressionCheck tryOut(const OutputVariable& output, ResultUse use,
                          std::unique_ptr<CompiledOutput>& made);
   ExpressionCheck evaluateSamples(CompiledOutput& output);

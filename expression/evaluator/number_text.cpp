@@ -6,6 +6,7 @@
 
 #include "base/null_number.h"
 #include "base/shortest_number.h"
+#include "expression/functions/number_scanner.h"
 
 namespace kelvarin {
 
@@ -24,6 +25,9 @@ std::string_view withoutBlanksAround(std::string_view text) {
 }  // namespace
 
 std::optional<double> numberOfWholeText(std::string_view text) {
+  if (const std::optional<double> plain = plainDecimal(text)) {
+    return plain;
+  }
   std::string_view digits = withoutBlanksAround(text);
   if (digits.starts_with('+') && !digits.starts_with("+-")) {
     digits.remove_prefix(1);

@@ -202,6 +202,25 @@ std::vector<NumberSource> RowBinding::numberSources(const DateContext& dates,
       sources.push_back({entry.index, Origin::numbers, nullDate, columnsOf(i)});
     } else if (entry.route == Route::keyToDate) {
       sources.push_back({entry.index, Origin::keys, nullDate, columnsOf(i)});
+    } else if (entry.route == Route::textToNumber) {
+      sources.push_back({entry.index, Origin::textsOfNumbers, kNullNumber, columnsOf(i)});
+    } else if (entry.route == Route::textToDate) {
+      sources.push_back({entry.index, Origin::textsOfDates, kNullNumber, columnsOf(i)});
+    }
+  }
+  return sources;
+}
+
+std::vector<TextSource> RowBinding::textSources() const {
+  using Origin = TextSource::Origin;
+  std::vector<TextSource> sources;
+  for (std::size_t i = 0; i < m_entries.size(); ++i) {
+    const Route route = m_entries[i].route;
+    if (yieldsText(route)) {
+      const Origin origin = route == Route::textToText     ? Origin::texts
+                            : route == Route::numberToText ? Origin::numbers
+                                                           : Origin::keys;
+      sources.push_back({m_entries[i].index, origin, columnsOf(i)});
     }
   }
   return sources;
@@ -217,10 +236,14 @@ std::vector<int> RowBinding::columnsOf(std::size_t entry) const {
   return columns;
 }
 
-bool RowBinding::countsValues() const {
-  return std::any_of(m_entries.begin(), m_entries.end(), [](const Entry& entry) {
-    return entry.route == Route::textToNumber || entry.route == Route::textToDate;
-  });
+long long RowBinding::refusedCount() const {
+  long long count = 0;
+  for (const Entry& entry : m_entries) {
+    for (const TextColumn& text : entry.texts) {
+      count += text.refusedCount();
+    }
+  }
+  return count;
 }
 
 std::vector<int> RowBinding::columnsOfStoppingKeys(int nullKeyMode) const {

@@ -36,12 +36,26 @@ struct BindingFailure {
 
 // Where the numbers of a variable come from when whole batches are evaluated.
 struct NumberSource {
-  enum class Origin : unsigned char { rowNumber, numbers, keys };
+  enum class Origin : unsigned char { rowNumber, numbers, keys, textsOfNumbers, textsOfDates };
 
   std::size_t variable = 0;  // its index in the store
   Origin origin = Origin::rowNumber;
   double ofNull = kNullNumber;  // what stands for a missing value
   std::vector<int> columns;     // one, or of each element of a vector; none for the row number
+
+  // Values that are none are counted, whether or not an expression uses the variable.
+  bool isConverted() const {
+    return origin == Origin::textsOfNumbers || origin == Origin::textsOfDates;
+  }
+};
+
+// The same for the texts of a variable: texts as they are, or the shortest ones of numbers or keys.
+struct TextSource {
+  enum class Origin : unsigned char { texts, numbers, keys };
+
+  std::size_t variable = 0;
+  Origin origin = Origin::texts;
+  std::vector<int> columns;
 };
 
 class RowBinding {
@@ -67,10 +81,11 @@ class RowBinding {
   void appendValues(const OneRow& row, const DateContext& dates, int nullKeyMode,
                     std::vector<ExpressionValue>& values) const;
 
-  // Of the row number, and of the variables that numbers and keys enter as they are.
+  // Of the row number and all variables that are numbers.
   std::vector<NumberSource> numberSources(const DateContext& dates, int nullKeyMode) const;
-  // Loading a row counts values to warn about.
-  bool countsValues() const;
+  std::vector<TextSource> textSources() const;
+  // The values so far that were no numbers or no dates.
+  long long refusedCount() const;
   // The columns of keys in which a null stops the run.
   std::vector<int> columnsOfStoppingKeys(int nullKeyMode) const;
 

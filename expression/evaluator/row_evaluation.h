@@ -85,6 +85,12 @@ class RowEvaluation {
   // Counted from 0; of the row that is loaded next once advanceRow() was called.
   double rowNumber() const { return m_variables.rowNumber(); }
 
+  // So many values were no numbers or no dates that batches, which end at each, take longer.
+  bool shouldGoRowByRow() const {
+    constexpr long long kMaxRefused = 100;
+    return m_expressions.binding().refusedCount() > kMaxRefused;
+  }
+
   const RowFailure& lastFailure() const { return m_lastFailure; }
   const FailureCount& failures() const { return m_failures; }
   // Evaluations of the output that failed and did not stop the run.

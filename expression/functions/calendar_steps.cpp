@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "base/null_number.h"
+#include "expression/dates/civil_calendar.h"
 
 namespace kelvarin {
 
@@ -11,159 +12,154 @@ namespace {
 constexpr double kFarthestMilliseconds = 3.2e15;  // about 100,000 years
 constexpr double kFarthestMonths = 1.2e6;
 constexpr double kFarthestDays = 3.7e7;
-constexpr int kMonthsInYear = 12;
 constexpr int kMonthsInQuarter = 3;
 
 bool isNear(double steps, double farthest) {
   return std::abs(steps) <= farthest;
 }
 
-Qt::TimeSpec zoneOf(const DateContext& dates) {
-  return dates.parameters().isUTC ? Qt::UTC : Qt::LocalTime;
-}
-
-QDateTime unlessTooFar(const QDateTime& date) {
-  const bool isKnown = date.isValid() &&
-                       isNear(static_cast<double>(date.toMSecsSinceEpoch()), kFarthestMilliseconds);
-  return isKnown ? date : QDateTime();
+DateValue unlessTooFar(DateValue date) {
+  return date && isNear(static_cast<double>(*date), kFarthestMilliseconds) ? date : std::nullopt;
 }
 
 // Where the clock leaves this time out, as much later.
-QDateTime dateAt(Qt::TimeSpec zone, const QDate& day, const QTime& time) {
-  return day.isValid() ? unlessTooFar(dateOfReading(clockReading(day, time), zone)) : QDateTime();
+DateValue dateAt(const ClockZone& zone, std::int64_t dayNumber, std::int64_t timeOfDay) {
+  return zone.instantAt(ClockReading::at(dayNumber, timeOfDay), InGap::isLater);
 }
 
-QDateTime onDay(const QDateTime& date, const QDate& day) {
-  return dateAt(date.timeSpec(), day, date.time());
-}
-
-// Counted without a gap; the calendar has no year 0.
-int monthNumber(const QDate& day) {
-  const int year = day.year() < 0 ? day.year() + 1 : day.year();
-  return year * kMonthsInYear + day.month();
-}
-
-QDate lastDayOfMonth(const QDate& day) {
-  return QDate(day.year(), day.month(), day.daysInMonth());
+std::int64_t monthNumber(const CivilDay& day) {
+  return std::int64_t{day.year} * kMonthsOfYear + day.month;
 }
 
 // The estimate is at most one too high.
 template <typename Step>
-double largestStep(qint64 estimate, const QDateTime& to, Step step) {
+double largestStep(std::int64_t estimate, Instant to, Step step) {
   return static_cast<double>(step(estimate) > to ? estimate - 1 : estimate);
 }
 
-double stepsBetween(const QDateTime& from, const QDateTime& to, int monthsInStep) {
-  if (!from.isValid() || !to.isValid()) {
+double stepsBetween(const ClockZone& zone, DateValue from, DateValue to, int monthsInStep) {
+  if (!from || !to) {
     return kNullNumber;
   }
-  const int months = monthNumber(to.date()) - monthNumber(from.date());
-  const int steps = static_cast<int>(std::floor(static_cast<double>(months) / monthsInStep));
-  return largestStep(steps, to, [&](qint64 n) {
-    const int all = static_cast<int>(n) * monthsInStep;
-    return onDay(from, from.date().addMonths(all));
+  const ClockReading clock = zone.readingAt(*from);
+  const CivilDay first = civilDayOf(clock.dayNumber());
+  const CivilDay last = civilDayOf(zone.readingAt(*to).dayNumber());
+  const std::int64_t steps = flooredQuotient(monthNumber(last) - monthNumber(first), monthsInStep);
+  return largestStep(steps, *to, [&](std::int64_t n) {
+    const CivilDay day = withMonthsAdded(first, n * monthsInStep);
+    return dateAt(zone, dayNumberOf(day), clock.timeOfDay());
   });
 }
 
 }  // namespace
 
-QDateTime dateOfElapsed(const DateContext& dates, double elapsed) {
+DateValue dateOfElapsed(const DateContext& dates, double elapsed) {
   const double unit = static_cast<double>(millisecondsOfUnit(dates.parameters().elapsedTimeUnit));
   const double milliseconds = elapsed * unit;
   if (!isNear(milliseconds, kFarthestMilliseconds)) {
-    return {};
+    return std::nullopt;
   }
-  const qint64 sinceEpoch = dates.reference() + std::llround(milliseconds);
-  return unlessTooFar(QDateTime::fromMSecsSinceEpoch(sinceEpoch, zoneOf(dates)));
+  return unlessTooFar(dates.reference() + std::llround(milliseconds));
 }
 
-double elapsedOfDate(const DateContext& dates, const QDateTime& date) {
-  if (!date.isValid()) {
+double elapsedOfDate(const DateContext& dates, DateValue date) {
+  if (!date) {
     return kNullNumber;
   }
   const std::int64_t unit = millisecondsOfUnit(dates.parameters().elapsedTimeUnit);
-  const std::int64_t elapsed = date.toMSecsSinceEpoch() - dates.reference();
+  const std::int64_t elapsed = *date - dates.reference();
   const std::int64_t wholeUnits = unit == 0 ? 0 : elapsed / unit;
   return static_cast<double>(wholeUnits);
 }
 
-QDateTime withAdded(const QDateTime& date, double years, double months, double days) {
-  const double allMonths = std::trunc(years) * kMonthsInYear + std::trunc(months);
-  const bool isPossible =
-      date.isValid() && isNear(allMonths, kFarthestMonths) && isNear(days, kFarthestDays);
+DateValue withAdded(const ClockZone& zone, DateValue date, double years, double months,
+                    double days) {
+  const double allMonths = std::trunc(years) * kMonthsOfYear + std::trunc(months);
+  const bool isPossible = date && isNear(allMonths, kFarthestMonths) && isNear(days, kFarthestDays);
   if (!isPossible) {
-    return {};
+    return std::nullopt;
   }
-  const QDate day = date.date().addMonths(static_cast<int>(allMonths));
-  return onDay(date, day.addDays(static_cast<qint64>(days)));
+  const ClockReading clock = zone.readingAt(*date);
+  const CivilDay day =
+      withMonthsAdded(civilDayOf(clock.dayNumber()), static_cast<std::int64_t>(allMonths));
+  const std::int64_t dayNumber = dayNumberOf(day) + static_cast<std::int64_t>(days);
+  return unlessTooFar(dateAt(zone, dayNumber, clock.timeOfDay()));
 }
 
-QDateTime withAddedSeconds(const QDateTime& date, double seconds) {
+DateValue withAddedSeconds(DateValue date, double seconds) {
   const double milliseconds = seconds * 1000.0;
-  if (!date.isValid() || !isNear(milliseconds, kFarthestMilliseconds)) {
-    return {};
+  if (!date || !isNear(milliseconds, kFarthestMilliseconds)) {
+    return std::nullopt;
   }
-  return unlessTooFar(date.addMSecs(std::llround(milliseconds)));
+  return unlessTooFar(*date + std::llround(milliseconds));
 }
 
-QDateTime endOfMonth(const QDateTime& date, double months) {
-  if (!date.isValid() || !isNear(months, kFarthestMonths)) {
-    return {};
+DateValue endOfMonth(const ClockZone& zone, DateValue date, double months) {
+  if (!date || !isNear(months, kFarthestMonths)) {
+    return std::nullopt;
   }
-  const QDate day = date.date().addMonths(static_cast<int>(months));
-  return dateAt(date.timeSpec(), lastDayOfMonth(day), QTime(0, 0));
+  CivilDay day = withMonthsAdded(civilDayOf(zone.readingAt(*date).dayNumber()),
+                                 static_cast<std::int64_t>(months));
+  day.day = daysInMonth(day.year, day.month);
+  return unlessTooFar(dateAt(zone, dayNumberOf(day), 0));
 }
 
-QDateTime endOfQuarter(const QDateTime& date, double quarters) {
-  if (!date.isValid()) {
-    return {};
+DateValue endOfQuarter(const ClockZone& zone, DateValue date, double quarters) {
+  if (!date) {
+    return std::nullopt;
   }
-  const int monthInQuarter = (date.date().month() - 1) % kMonthsInQuarter;
-  const int monthsToEnd = kMonthsInQuarter - 1 - monthInQuarter;
-  return endOfMonth(date, monthsToEnd + std::trunc(quarters) * kMonthsInQuarter);
+  const int month = civilDayOf(zone.readingAt(*date).dayNumber()).month;
+  const int monthsToEnd = kMonthsInQuarter - 1 - (month - 1) % kMonthsInQuarter;
+  return endOfMonth(zone, date, monthsToEnd + std::trunc(quarters) * kMonthsInQuarter);
 }
 
-QDateTime firstWeekdayOfYear(const DateContext& dates, double year, double weekdayOfYear) {
+// Years before the first one are negative, and there is no year 0.
+DateValue firstWeekdayOfYear(const ClockZone& zone, double year, double weekdayOfYear) {
   const double wanted = std::trunc(weekdayOfYear);
   const bool isPossible =
-      isNear(year, kFarthestMonths / kMonthsInYear) && wanted >= 0 && wanted < 7;
-  const QDate newYear = isPossible ? QDate(static_cast<int>(year), 1, 1) : QDate();
-  if (!newYear.isValid()) {
-    return {};
+      isNear(year, kFarthestMonths / kMonthsOfYear) && wanted >= 0 && wanted < kDaysOfWeek;
+  const auto named = isPossible ? static_cast<std::int32_t>(year) : 0;
+  if (named == 0) {
+    return std::nullopt;
   }
-  const int daysToWanted = (static_cast<int>(wanted) - (newYear.dayOfWeek() - 1) + 7) % 7;
-  return dateAt(zoneOf(dates), newYear.addDays(daysToWanted), QTime(0, 0));
+  const std::int64_t newYear = dayNumberOf({named < 0 ? named + 1 : named, 1, 1});
+  const int daysToWanted =
+      (static_cast<int>(wanted) - weekdayOf(newYear) + kDaysOfWeek) % kDaysOfWeek;
+  return unlessTooFar(dateAt(zone, newYear + daysToWanted, 0));
 }
 
-double monthsBetween(const QDateTime& from, const QDateTime& to) {
-  return stepsBetween(from, to, 1);
+double monthsBetween(const ClockZone& zone, DateValue from, DateValue to) {
+  return stepsBetween(zone, from, to, 1);
 }
 
-double yearsBetween(const QDateTime& from, const QDateTime& to) {
-  return stepsBetween(from, to, kMonthsInYear);
+double yearsBetween(const ClockZone& zone, DateValue from, DateValue to) {
+  return stepsBetween(zone, from, to, kMonthsOfYear);
 }
 
-double daysBetween(const QDateTime& from, const QDateTime& to) {
-  if (!from.isValid() || !to.isValid()) {
+double daysBetween(const ClockZone& zone, DateValue from, DateValue to) {
+  if (!from || !to) {
     return kNullNumber;
   }
-  return largestStep(from.date().daysTo(to.date()), to,
-                     [&](qint64 days) { return onDay(from, from.date().addDays(days)); });
+  const ClockReading clock = zone.readingAt(*from);
+  const std::int64_t days = zone.readingAt(*to).dayNumber() - clock.dayNumber();
+  return largestStep(days, *to, [&](std::int64_t n) {
+    return dateAt(zone, clock.dayNumber() + n, clock.timeOfDay());
+  });
 }
 
-double secondsBetween(const QDateTime& from, const QDateTime& to) {
-  if (!from.isValid() || !to.isValid()) {
+double secondsBetween(const ClockZone&, DateValue from, DateValue to) {
+  if (!from || !to) {
     return kNullNumber;
   }
-  return std::floor(static_cast<double>(from.msecsTo(to)) / 1000.0);
+  return std::floor(static_cast<double>(*to - *from) / 1000.0);
 }
 
-double isoWeek(const QDateTime& date) {
-  return date.isValid() ? date.date().weekNumber() : kNullNumber;
+double isoWeek(const ClockZone& zone, DateValue date) {
+  return date ? isoWeekOf(zone.readingAt(*date).dayNumber()) : kNullNumber;
 }
 
-double weekday(const QDateTime& date) {
-  return date.isValid() ? date.date().dayOfWeek() - 1 : kNullNumber;
+double weekday(const ClockZone& zone, DateValue date) {
+  return date ? weekdayOf(zone.readingAt(*date).dayNumber()) : kNullNumber;
 }
 
 }  // namespace kelvarin

@@ -29,4 +29,13 @@ QString debuggableSpelling(QStringView name);
 // The first name of a function whose results depend on this, if one is called.
 std::optional<Token> callOf(Source source, const QString& expression);
 
+// A text literal that a function cannot compute any row with.
+struct FaultyLiteral {
+  Token token;
+  QString message;
+  std::size_t position = 0;  // in the expression
+};
+// The first one that a function is called with.
+std::optional<FaultyLiteral> faultyLiteral(const QString& expression);
+
 }  // namespace kelvarin

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "expression/functions/calendar_steps.h"
+#include "expression/functions/dates_printed.h"
 #include "expression/functions/text_bodies.h"
 #include "expression/functions/themes.h"
 
@@ -13,54 +14,53 @@ namespace {
 
 using Arguments = std::span<const FunctionArgument>;
 
-// An empty date is not always null, so the null text comes here too.
-double elapsedOfText(FunctionContext& context, const QString& date) {
+double elapsedOfText(FunctionContext& context, std::string_view date) {
   return context.dates.toElapsedTime(date);
 }
 
-void elapsedOfDateText(FunctionContext& context, Arguments arguments, FunctionResult& result) {
-  BodyOf<elapsedOfText>::call(context, arguments, result);
-}
-
-double elapsedFractionOfText(FunctionContext& context, const QString& date) {
+double elapsedFractionOfText(FunctionContext& context, std::string_view date) {
   return context.dates.toElapsedFraction(date);
 }
 
-void elapsedFractionOfDateText(FunctionContext& context, Arguments arguments,
-                               FunctionResult& result) {
-  BodyOf<elapsedFractionOfText>::call(context, arguments, result);
+// An empty date is not always null, so the null text is passed on, too.
+template <auto function>
+void bodyWithNulls(FunctionContext& context, Arguments arguments, FunctionResult& result) {
+  BodyOf<function>::call(context, arguments, result);
 }
 
-// Null when the date has no text in the format in force.
-QString textOfElapsed(FunctionContext& context, double elapsed) {
-  const QDateTime date = dateOfElapsed(context.dates, elapsed);
-  return date.isValid() ? context.dates.print(date) : QString();
+template <auto function>
+constexpr FunctionBody kBodiesWithNulls{
+    bodyWithNulls<function>,
+    ColumnBody{columnsWithNulls<function>, ColumnsOf<function>::textArguments()}};
+
+DateText textOfElapsed(FunctionContext& context, double elapsed) {
+  return printedDate(context.dates, dateOfElapsed(context.dates, elapsed));
 }
 
 double addToElapsed(FunctionContext& context, double elapsed, double years, double months,
                     double days) {
-  const QDateTime date = dateOfElapsed(context.dates, elapsed);
-  return elapsedOfDate(context.dates, withAdded(date, years, months, days));
+  const DateContext& dates = context.dates;
+  return elapsedOfDate(dates,
+                       withAdded(dates.zone(), dateOfElapsed(dates, elapsed), years, months, days));
 }
 
-double monthsBetweenElapsed(FunctionContext& context, double from, double to) {
-  return monthsBetween(dateOfElapsed(context.dates, from), dateOfElapsed(context.dates, to));
+using Property = double (*)(const ClockZone&, DateValue);
+using Difference = double (*)(const ClockZone&, DateValue, DateValue);
+
+template <Property property>
+double propertyOf(FunctionContext& context, double elapsed) {
+  return property(context.dates.zone(), dateOfElapsed(context.dates, elapsed));
 }
 
-double yearsBetweenElapsed(FunctionContext& context, double from, double to) {
-  return yearsBetween(dateOfElapsed(context.dates, from), dateOfElapsed(context.dates, to));
-}
-
-double weekOfElapsed(FunctionContext& context, double elapsed) {
-  return isoWeek(dateOfElapsed(context.dates, elapsed));
-}
-
-double weekdayOfElapsed(FunctionContext& context, double elapsed) {
-  return weekday(dateOfElapsed(context.dates, elapsed));
+template <Difference difference>
+double between(FunctionContext& context, double from, double to) {
+  return difference(context.dates.zone(), dateOfElapsed(context.dates, from),
+                    dateOfElapsed(context.dates, to));
 }
 
 double firstWeekdayAsElapsed(FunctionContext& context, double year, double dayOfWeek) {
-  return elapsedOfDate(context.dates, firstWeekdayOfYear(context.dates, year, dayOfWeek));
+  const DateContext& dates = context.dates;
+  return elapsedOfDate(dates, firstWeekdayOfYear(dates.zone(), year, dayOfWeek));
 }
 
 // kept: every fourth year has a 29 February, 1900 and 2100 too, and a month 0 has no days.
@@ -79,24 +79,24 @@ double daysInMonth(double month, double year) {
 constexpr FunctionLine kLines[] = {
     {"nDaysInMonth", 2, kFastAndString, kNumber, daysInMonth,
      "nDaysInMonth(month,year) - return the number of days in the given month;"},
-    {"toET", 1, kFastAndString, kNumber, elapsedOfDateText,
+    {"toET", 1, kFastAndString, kNumber, kBodiesWithNulls<elapsedOfText>,
      "toET(date) - convert a date (as a string) to an Elapsed Time", kReferenceAndFormat},
-    {"toETF", 1, kInString, kNumber, elapsedFractionOfDateText,
+    {"toETF", 1, kInString, kNumber, kBodiesWithNulls<elapsedFractionOfText>,
      "toETF(date) - convert a date (as a string) to an Elapsed Time (as a "
      "float)", kReferenceAndFormat},
-    {"toDate", 1, kInString, kText, valueBody<textOfElapsed>,
+    {"toDate", 1, kInString, kText, valueBodies<textOfElapsed>,
      "toDate(ET) - convert a date (as an Elapsed Time) to a string", kReferenceAndFormat},
     {"etAdd", 4, kFastAndString, kNumber, addToElapsed,
      "etAdd(ET,y,M,d) - add a duration (in year, month and days) to an Elapsed Time", kReference},
     {"etFirstDayOfYear", 2, kFastAndString, kNumber, firstWeekdayAsElapsed,
      "etFirstDayOfYear(y,dow) - et of the first DayOfWeek(dow) of the year(y)", kReference},
-    {"etWeekNumber", 1, kFastAndString, kNumber, weekOfElapsed,
+    {"etWeekNumber", 1, kFastAndString, kNumber, propertyOf<isoWeek>,
      "etWeekNumber(x) - Returns the week number (1 to 53)", kReference},
-    {"etDayOfWeek", 1, kFastAndString, kNumber, weekdayOfElapsed,
+    {"etDayOfWeek", 1, kFastAndString, kNumber, propertyOf<weekday>,
      "etDayOfWeek(et) - Returns the Day of Week(0=monday; 6=sunday)", kReference},
-    {"etDiffInMonth", 2, kFastAndString, kNumber, monthsBetweenElapsed,
+    {"etDiffInMonth", 2, kFastAndString, kNumber, between<monthsBetween>,
      "etDiffInMonth(x,y) - number of months between x and y", kReference},
-    {"etDiffInYear", 2, kFastAndString, kNumber, yearsBetweenElapsed,
+    {"etDiffInYear", 2, kFastAndString, kNumber, between<yearsBetween>,
      "etDiffInYear(x,y) - number of years between x and y", kReference},
 };
 // clang-format on

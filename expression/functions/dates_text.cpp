@@ -4,6 +4,7 @@
 // parameters say.
 
 #include "expression/functions/calendar_steps.h"
+#include "expression/functions/dates_printed.h"
 #include "expression/functions/text_bodies.h"
 #include "expression/functions/themes.h"
 
@@ -11,113 +12,118 @@ namespace kelvarin {
 
 namespace {
 
-QString printed(const FunctionContext& context, const QDateTime& date) {
-  return date.isValid() ? context.dates.print(date) : QString();
-}
-
-// `number` is null when a date is invalid.
+// `number` is null when there is no date.
 double unlessNoDate(const FunctionContext& context, double number) {
   return isNullNumber(number) && context.dates.parameters().castToET2 != 0 ? 0.0 : number;
 }
 
-QString add(FunctionContext& context, const QString& date, double years, double months,
-            double days) {
-  return printed(context, withAdded(context.dates.parse(date), years, months, days));
+DateText add(FunctionContext& context, std::string_view date, double years, double months,
+             double days) {
+  const DateContext& dates = context.dates;
+  return printedDate(dates, withAdded(dates.zone(), dates.instantOf(date), years, months, days));
 }
 
-QString addSeconds(FunctionContext& context, const QString& date, double seconds) {
-  return printed(context, withAddedSeconds(context.dates.parse(date), seconds));
+DateText addSeconds(FunctionContext& context, std::string_view date, double seconds) {
+  const DateContext& dates = context.dates;
+  return printedDate(dates, withAddedSeconds(dates.instantOf(date), seconds));
 }
 
 // An empty format has an empty text, which is not the null one of an unreadable date.
-QString reformat(FunctionContext& context, const QString& date, const QString& format) {
-  const QDateTime parsed = context.dates.parse(date);
-  if (!parsed.isValid()) {
+DateText reformat(FunctionContext& context, std::string_view date, std::string_view format) {
+  const DateValue instant = context.dates.instantOf(date);
+  if (!instant) {
     return {};
   }
-  return format.isEmpty() ? QStringLiteral("") : parsed.toString(format);
+  return format.empty() ? DateText(QStringLiteral(""))
+                        : context.datePrinters.print(*instant, context.dates.zone(), format);
 }
 
-QString monthEnd(FunctionContext& context, const QString& date, double months) {
-  return printed(context, endOfMonth(context.dates.parse(date), months));
+DateText monthEnd(FunctionContext& context, std::string_view date, double months) {
+  const DateContext& dates = context.dates;
+  return printedDate(dates, endOfMonth(dates.zone(), dates.instantOf(date), months));
 }
 
-QString quarterEnd(FunctionContext& context, const QString& date, double quarters) {
-  return printed(context, endOfQuarter(context.dates.parse(date), quarters));
+DateText quarterEnd(FunctionContext& context, std::string_view date, double quarters) {
+  const DateContext& dates = context.dates;
+  return printedDate(dates, endOfQuarter(dates.zone(), dates.instantOf(date), quarters));
 }
 
-QString firstWeekday(FunctionContext& context, double year, double dayOfWeek) {
-  return printed(context, firstWeekdayOfYear(context.dates, year, dayOfWeek));
+DateText firstWeekday(FunctionContext& context, double year, double dayOfWeek) {
+  const DateContext& dates = context.dates;
+  return printedDate(dates, firstWeekdayOfYear(dates.zone(), year, dayOfWeek));
 }
 
-using Property = double (*)(const QDateTime&);
-using Difference = double (*)(const QDateTime&, const QDateTime&);
+using Property = double (*)(const ClockZone&, DateValue);
+using Difference = double (*)(const ClockZone&, DateValue, DateValue);
 
 template <Property property>
-double propertyOf(FunctionContext& context, const QString& date) {
-  return unlessNoDate(context, property(context.dates.parse(date)));
+double propertyOf(FunctionContext& context, std::string_view date) {
+  const DateContext& dates = context.dates;
+  return unlessNoDate(context, property(dates.zone(), dates.instantOf(date)));
 }
 
 template <Difference difference>
-double between(FunctionContext& context, const QString& from, const QString& to) {
-  return unlessNoDate(context, difference(context.dates.parse(from), context.dates.parse(to)));
+double between(FunctionContext& context, std::string_view from, std::string_view to) {
+  const DateContext& dates = context.dates;
+  return unlessNoDate(context,
+                      difference(dates.zone(), dates.instantOf(from), dates.instantOf(to)));
 }
 
-bool isBefore(const QDateTime& x, const QDateTime& y) {
+bool isBefore(const ClockZone&, Instant x, Instant y) {
   return x < y;
 }
-bool isNotAfter(const QDateTime& x, const QDateTime& y) {
+bool isNotAfter(const ClockZone&, Instant x, Instant y) {
   return x <= y;
 }
-bool isOnDayBefore(const QDateTime& x, const QDateTime& y) {
-  return x.date() < y.date();
+bool isOnDayBefore(const ClockZone& zone, Instant x, Instant y) {
+  return zone.readingAt(x).dayNumber() < zone.readingAt(y).dayNumber();
 }
-bool isNotOnDayAfter(const QDateTime& x, const QDateTime& y) {
-  return x.date() <= y.date();
+bool isNotOnDayAfter(const ClockZone& zone, Instant x, Instant y) {
+  return zone.readingAt(x).dayNumber() <= zone.readingAt(y).dayNumber();
 }
 
-using Order = bool (*)(const QDateTime&, const QDateTime&);
+using Order = bool (*)(const ClockZone&, Instant, Instant);
 
 template <Order order>
-bool areInOrder(FunctionContext& context, const QString& x, const QString& y) {
-  const QDateTime first = context.dates.parse(x);
-  const QDateTime second = context.dates.parse(y);
-  return first.isValid() && second.isValid() && order(first, second);
+bool areInOrder(FunctionContext& context, std::string_view x, std::string_view y) {
+  const DateValue first = context.dates.instantOf(x);
+  const DateValue second = context.dates.instantOf(y);
+  return first && second && order(context.dates.zone(), *first, *second);
 }
 
 // clang-format off
 constexpr FunctionLine kLines[] = {
-    {"dateAdd", 4, kInString, kText, valueBody<add>,
+    {"dateAdd", 4, kInString, kText, valueBodies<add>,
      "dateAdd(date,y,M,d) - add a duration (in year, month and days) to a date", kFormat},
-    {"dateAddS", 2, kInString, kText, valueBody<addSeconds>,
+    {"dateAddS", 2, kInString, kText, valueBodies<addSeconds>,
      "dateAddS(date,s) - add a duration (in seconds) to a date", kFormat},
-    {"datePrint", 2, kInString, kText, valueBody<reformat>,
+    {"datePrint", 2, kInString, kText, valueBodies<reformat>,
      "datePrint(date,format) - reformat a date", kFormat},
-    {"dateEOM", 2, kInString, kText, valueBody<monthEnd>,
+    {"dateEOM", 2, kInString, kText, valueBodies<monthEnd>,
      "dateEOM(date,x) - similar to EOMonth(date,x) from excel", kFormat},
-    {"dateEOQ", 2, kInString, kText, valueBody<quarterEnd>,
+    {"dateEOQ", 2, kInString, kText, valueBodies<quarterEnd>,
      "dateEOQ(date,x) - similar to dateEOM() but for quarters", kFormat},
-    {"dateFirstDayOfYear", 2, kInString, kText, valueBody<firstWeekday>,
+    {"dateFirstDayOfYear", 2, kInString, kText, valueBodies<firstWeekday>,
      "dateFirstDayOfYear(y,dow) - date of the first DayOfWeek(dow) of the year(y)", kFormat},
-    {"dateWeekNumber", 1, kInString, kNumber, valueBody<propertyOf<isoWeek>>,
+    {"dateWeekNumber", 1, kInString, kNumber, valueBodies<propertyOf<isoWeek>>,
      "dateWeekNumber(date) - Returns the week number (1 to 53)", kFormat},
-    {"dateDayOfWeek", 1, kInString, kNumber, valueBody<propertyOf<weekday>>,
+    {"dateDayOfWeek", 1, kInString, kNumber, valueBodies<propertyOf<weekday>>,
      "dateDayOfWeek(date) - Returns the Day of Week(0=monday; 6=sunday)", kFormat},
-    {"dateDiffInMonth", 2, kInString, kNumber, valueBody<between<monthsBetween>>,
+    {"dateDiffInMonth", 2, kInString, kNumber, valueBodies<between<monthsBetween>>,
      "dateDiffInMonth(x,y) - number of months between x and y", kFormat},
-    {"dateDiffInYear", 2, kInString, kNumber, valueBody<between<yearsBetween>>,
+    {"dateDiffInYear", 2, kInString, kNumber, valueBodies<between<yearsBetween>>,
      "dateDiffInYear(x,y) - number of years between x and y", kFormat},
-    {"dateDiffInDay", 2, kInString, kNumber, valueBody<between<daysBetween>>,
+    {"dateDiffInDay", 2, kInString, kNumber, valueBodies<between<daysBetween>>,
      "dateDiffInDay(x,y) - number of days between x and y", kFormat},
-    {"dateDiffInSecond", 2, kInString, kNumber, valueBody<between<secondsBetween>>,
+    {"dateDiffInSecond", 2, kInString, kNumber, valueBodies<between<secondsBetween>>,
      "dateDiffInSecond(x,y) - number of seconds between x and y", kFormat},
-    {"dateLT", 2, kInString, kTest, testBody<areInOrder<isOnDayBefore>>,
+    {"dateLT", 2, kInString, kTest, testBodies<areInOrder<isOnDayBefore>>,
      "dateLT(x,y) - returns date(x)<date(y)", kFormat},
-    {"dateLE", 2, kInString, kTest, testBody<areInOrder<isNotOnDayAfter>>,
+    {"dateLE", 2, kInString, kTest, testBodies<areInOrder<isNotOnDayAfter>>,
      "dateLE(x,y) - returns date(x)<=date(y)", kFormat},
-    {"dateTimeLT", 2, kInString, kTest, testBody<areInOrder<isBefore>>,
+    {"dateTimeLT", 2, kInString, kTest, testBodies<areInOrder<isBefore>>,
      "dateTimeLT(x,y) - returns x<y", kFormat},
-    {"dateTimeLE", 2, kInString, kTest, testBody<areInOrder<isNotAfter>>,
+    {"dateTimeLE", 2, kInString, kTest, testBodies<areInOrder<isNotAfter>>,
      "dateTimeLE(x,y) - returns x<=y", kFormat},
 };
 // clang-format on

@@ -1,85 +1,190 @@
 // Texts in the forms that base64, addresses of the web, XML and JSON give them.
 
-#include <QByteArray>
-#include <QStringDecoder>
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <optional>
+
+#include <QByteArrayView>
 
 #include "expression/functions/text_bodies.h"
 #include "expression/functions/themes.h"
+#include "expression/functions/utf8_units.h"
 
 namespace kelvarin {
 
 namespace {
 
-using Text = std::optional<std::string>;
+constexpr char kBase64Digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+constexpr std::uint8_t kNoDigit = 0xFF;
 
-QByteArray bytesOf(std::string_view text) {
-  return {text.data(), static_cast<qsizetype>(text.size())};
-}
-
-Text base64OfUtf8(std::string_view text) {
-  if (text.size() / 3 * 4 > longestResultOf(text)) {
-    return std::nullopt;
+constexpr std::array<std::uint8_t, 256> base64Values() {
+  std::array<std::uint8_t, 256> values{};
+  values.fill(kNoDigit);
+  for (std::uint8_t i = 0; i < 64; ++i) {
+    values[static_cast<unsigned char>(kBase64Digits[i])] = i;
   }
-  return bytesOf(text).toBase64().toStdString();
+  return values;
 }
 
-// Null for characters beyond Latin-1.
-Text base64OfLatin1(const QString& text) {
-  for (const QChar unit : text) {
+constexpr std::array<std::uint8_t, 256> kBase64Values = base64Values();
+
+// Groups of three bytes as four digits, the last one filled up with "=".
+std::string_view base64Of(TextArena& arena, std::string_view bytes) {
+  const std::size_t size = (bytes.size() + 2) / 3 * 4;
+  char* const digits = arena.allocate(size);
+  char* next = digits;
+  for (std::size_t i = 0; i < bytes.size(); i += 3) {
+    std::uint32_t group = 0;
+    for (std::size_t k = 0; k < 3; ++k) {
+      const char byte = i + k < bytes.size() ? bytes[i + k] : '\0';
+      group = group << 8 | static_cast<unsigned char>(byte);
+    }
+    for (int shift = 18; shift >= 0; shift -= 6) {
+      *next++ = kBase64Digits[group >> shift & 0x3F];
+    }
+  }
+  for (std::size_t filled = bytes.size(); filled % 3 != 0; ++filled) {
+    *--next = '=';
+  }
+  return {digits, size};
+}
+
+ColumnText base64OfUtf8(TextArena& arena, std::string_view text) {
+  if (text.size() / 3 * 4 > longestResultOf(text)) {
+    return {};
+  }
+  return ColumnText(base64Of(arena, text));
+}
+
+// One byte a character; nothing for characters beyond Latin-1.
+std::optional<std::string_view> latin1Of(TextArena& arena, std::string_view text) {
+  if (isAscii(text)) {
+    return text;
+  }
+  const QString units = qstringOf(text);
+  char* const bytes = arena.allocate(static_cast<std::size_t>(units.size()));
+  char* next = bytes;
+  for (const QChar unit : units) {
     if (unit.unicode() > 0xFF) {
       return std::nullopt;
     }
+    *next++ = static_cast<char>(unit.unicode());
   }
-  return text.toLatin1().toBase64().toStdString();
+  return std::string_view(bytes, next);
 }
 
-// A group of one digit holds no byte; the library would drop it.
-std::optional<QByteArray> decodedBase64(std::string_view text) {
-  const QByteArray::FromBase64Result decoded =
-      QByteArray::fromBase64Encoding(bytesOf(text), QByteArray::AbortOnBase64DecodingErrors);
-  if (!decoded || text.size() % 4 == 1) {
+ColumnText base64OfLatin1(TextArena& arena, std::string_view text) {
+  const std::optional<std::string_view> bytes = latin1Of(arena, text);
+  return bytes ? ColumnText(base64Of(arena, *bytes)) : ColumnText();
+}
+
+// Signs that fill up the last group may be missing, but for a group of one digit, which holds no
+// byte.
+std::optional<std::string_view> decodedBase64(TextArena& arena, std::string_view text) {
+  constexpr std::size_t kGroup = 4;
+  if (text.size() % kGroup == 1) {
     return std::nullopt;
   }
-  return decoded.decoded;
-}
-
-Text utf8OfBase64(std::string_view text) {
-  const std::optional<QByteArray> bytes = decodedBase64(text);
-  if (!bytes || !bytes->isValidUtf8()) {
-    return std::nullopt;
-  }
-  return bytes->toStdString();
-}
-
-Text latin1OfBase64(std::string_view text) {
-  const std::optional<QByteArray> bytes = decodedBase64(text);
-  if (!bytes) {
-    return std::nullopt;
-  }
-  return QString::fromLatin1(*bytes).toStdString();
-}
-
-// The unreserved characters of RFC 3986 stay.
-Text encodedForUrl(std::string_view text) {
-  const QByteArray encodedText = bytesOf(text).toPercentEncoding();
-  const bool isTooLong = static_cast<std::size_t>(encodedText.size()) > longestResultOf(text);
-  return isTooLong ? Text() : encodedText.toStdString();
-}
-
-// Writes every character as `replacement` says; an empty one keeps it.
-template <typename Replacement>
-Text encoded(std::string_view text, Replacement replacement) {
-  const std::size_t longest = longestResultOf(text);
-  std::string result;
-  result.reserve(text.size() + text.size() / 8);
-  for (const char& c : text) {
-    const std::string_view other = replacement(c);
-    result.append(other.empty() ? std::string_view(&c, 1) : other);
-    if (result.size() > longest) {
-      return std::nullopt;
+  if (text.size() % kGroup == 0) {
+    for (int i = 0; i < 2 && text.ends_with('='); ++i) {
+      text.remove_suffix(1);
     }
   }
-  return result;
+  char* const bytes = arena.allocate(text.size());
+  char* next = bytes;
+  std::uint32_t bits = 0;
+  int bitCount = 0;
+  for (const char digit : text) {
+    const std::uint8_t value = kBase64Values[static_cast<unsigned char>(digit)];
+    if (value == kNoDigit) {
+      return std::nullopt;
+    }
+    bits = bits << 6 | value;
+    bitCount += 6;
+    if (bitCount >= 8) {
+      bitCount -= 8;
+      *next++ = static_cast<char>(bits >> bitCount);
+    }
+  }
+  const auto size = static_cast<std::size_t>(next - bytes);
+  arena.shrink(text.size() - size);
+  return std::string_view(bytes, size);
+}
+
+ColumnText utf8OfBase64(TextArena& arena, std::string_view text) {
+  const std::optional<std::string_view> bytes = decodedBase64(arena, text);
+  const bool isText =
+      bytes && QByteArrayView(bytes->data(), static_cast<qsizetype>(bytes->size())).isValidUtf8();
+  return isText ? ColumnText(*bytes) : ColumnText();
+}
+
+ColumnText latin1OfBase64(TextArena& arena, std::string_view text) {
+  const std::optional<std::string_view> decoded = decodedBase64(arena, text);
+  if (!decoded) {
+    return {};
+  }
+  char* const bytes = arena.allocate(2 * decoded->size());
+  char* next = bytes;
+  for (const char c : *decoded) {
+    const auto code = static_cast<unsigned char>(c);
+    if (code >= 0x80) {
+      *next++ = static_cast<char>(0xC0 | code >> 6);
+      *next++ = static_cast<char>(0x80 | (code & 0x3F));
+    } else {
+      *next++ = c;
+    }
+  }
+  const auto size = static_cast<std::size_t>(next - bytes);
+  arena.shrink(2 * decoded->size() - size);
+  return ColumnText({bytes, size});
+}
+
+// Every character as `replacement` says, which is longer; an empty one keeps it.
+template <typename Replacement>
+ColumnText encoded(TextArena& arena, std::string_view text, Replacement replacement) {
+  std::size_t size = 0;
+  for (const char c : text) {
+    size += std::max<std::size_t>(replacement(c).size(), 1);
+  }
+  if (size == text.size()) {
+    return ColumnText(text);
+  }
+  if (size > longestResultOf(text)) {
+    return {};
+  }
+  char* const bytes = arena.allocate(size);
+  char* next = bytes;
+  for (const char& c : text) {
+    const std::string_view other = replacement(c);
+    next = other.empty() ? std::copy_n(&c, 1, next) : std::copy(other.begin(), other.end(), next);
+  }
+  return ColumnText({bytes, size});
+}
+
+using UrlEscape = std::array<char, 3>;
+
+constexpr std::array<UrlEscape, 256> urlEscapes() {
+  constexpr char kHexadecimal[] = "0123456789ABCDEF";
+  std::array<UrlEscape, 256> escapes{};
+  for (unsigned code = 0; code < escapes.size(); ++code) {
+    escapes[code] = {'%', kHexadecimal[code >> 4], kHexadecimal[code & 0xF]};
+  }
+  return escapes;
+}
+
+constexpr std::array<UrlEscape, 256> kUrlEscapes = urlEscapes();
+
+// The unreserved characters of RFC 3986 stay.
+std::string_view urlEscape(char c) {
+  const char lower = static_cast<char>(c | 0x20);
+  const bool isUnreserved = (lower >= 'a' && lower <= 'z') || (c >= '0' && c <= '9') || c == '-' ||
+                            c == '.' || c == '_' || c == '~';
+  if (isUnreserved) {
+    return {};
+  }
+  const UrlEscape& escape = kUrlEscapes[static_cast<unsigned char>(c)];
+  return {escape.data(), escape.size()};
 }
 
 std::string_view xmlEntity(char c) {
@@ -116,28 +221,31 @@ std::string_view jsonEscape(char c) {
   return c == '\\' ? std::string_view("\\\\") : std::string_view();
 }
 
-Text encodedForXml(std::string_view text) {
-  return encoded(text, xmlEntity);
+ColumnText encodedForUrl(TextArena& arena, std::string_view text) {
+  return encoded(arena, text, urlEscape);
 }
-Text encodedForJson(std::string_view text) {
-  return encoded(text, jsonEscape);
+ColumnText encodedForXml(TextArena& arena, std::string_view text) {
+  return encoded(arena, text, xmlEntity);
+}
+ColumnText encodedForJson(TextArena& arena, std::string_view text) {
+  return encoded(arena, text, jsonEscape);
 }
 
 // clang-format off
 constexpr FunctionLine kLines[] = {
-    {"atob64", 1, kInString, kText, valueBody<base64OfUtf8>,
+    {"atob64", 1, kInString, kText, valueBodies<base64OfUtf8>,
      "atob64(x) - encode the utf8 string x to base64"},
-    {"b64toa", 1, kInString, kText, valueBody<utf8OfBase64>,
+    {"b64toa", 1, kInString, kText, valueBodies<utf8OfBase64>,
      "b64toa(x) - decode a base64 to a utf8 string"},
-    {"atob642", 1, kInString, kText, valueBody<base64OfLatin1>,
+    {"atob642", 1, kInString, kText, valueBodies<base64OfLatin1>,
      "atob642(x) - encode the latin1 string x to base64"},
-    {"b64toa2", 1, kInString, kText, valueBody<latin1OfBase64>,
+    {"b64toa2", 1, kInString, kText, valueBodies<latin1OfBase64>,
      "b64toa2(x) - decode a base64 to a latin1 string"},
-    {"urlEncode", 1, kInString, kText, valueBody<encodedForUrl>,
+    {"urlEncode", 1, kInString, kText, valueBodies<encodedForUrl>,
      "urlEncode(x) - encode the string x to include in a url"},
-    {"xmlEncode", 1, kInString, kText, valueBody<encodedForXml>,
+    {"xmlEncode", 1, kInString, kText, valueBodies<encodedForXml>,
      "xmlEncode(x) - encode the string x to include in xml"},
-    {"jsonEncode", 1, kInString, kText, valueBody<encodedForJson>,
+    {"jsonEncode", 1, kInString, kText, valueBodies<encodedForJson>,
      "jsonEncode(x) - encode the string x to include in json"},
 };
 // clang-format on

@@ -1,5 +1,5 @@
-// What functions with a memory work on: the random generators, the dates' settings and the files
-// of one evaluator.
+// What functions with a memory work on: the random generators, the dates' settings, compiled
+// patterns and the files of one evaluator.
 //
 // Owned by ExpressionEvaluator; bodies of the function table that need it take it as their first
 // argument.
@@ -11,7 +11,9 @@
 #include <QString>
 
 #include "expression/dates/date_context.h"
+#include "expression/dates/recent_date_printers.h"
 #include "expression/functions/random_generator.h"
+#include "expression/functions/recent_patterns.h"
 
 namespace kelvarin {
 
@@ -32,6 +34,8 @@ struct FunctionContext {
   RandomGenerator random;        // of the numeric random functions
   RandomGenerator secondRandom;  // of the text functions
   DateContext dates;
+  RecentDatePrinters datePrinters;  // for formats that are arguments
+  RecentPatterns patterns;
   QString filesFolder;  // where relative file names start; empty: the working directory
   LoadedFile lastLoaded;
   EvaluationBounds bounds;

@@ -1,18 +1,24 @@
 // One function of the expression language: a line of data and its body.
 //
 // Bodies are plain functions without a type of any expression library; the adapters in
-// expression/backends turn lines into registrations. A body never fails: null, NaN or 0. To add a
-// function, follow CONTRIBUTING.md.
+// expression/backends turn lines into registrations. A body's answer to nonsense is null, NaN or 0;
+// a row fails only where an argument is a program of its own that has a fault, as a regular
+// expression. To add a function, follow CONTRIBUTING.md.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <type_traits>
 #include <variant>
 
+#include <QString>
+
 #include "expression/dates/date_needs.h"
+#include "expression/functions/column_call.h"
 #include "expression/functions/function_context.h"
 #include "expression/functions/function_values.h"
 #include "jit/functions.h"
@@ -75,10 +81,37 @@ class ValueBody {
   bool m_isPresent = false;
 };
 
+// The same for columns of values; it returns how many rows it did, fewer as MadeTexts says. Only
+// for arguments of the types that it was made for: those with a bit in `textArguments` are texts,
+// all others numbers.
+class ColumnBody {
+ public:
+  using Function = std::size_t (*)(const ColumnCall&);
+
+  constexpr ColumnBody() = default;
+  constexpr ColumnBody(Function function, unsigned textArguments)
+      : m_function(function), m_textArguments(textArguments), m_isPresent(true) {}
+
+  bool takes(std::span<const ColumnArgument> arguments) const {
+    unsigned texts = 0;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+      texts |= (arguments[i].texts != nullptr ? 1u : 0u) << i;
+    }
+    return m_isPresent && texts == m_textArguments;
+  }
+  std::size_t operator()(const ColumnCall& call) const { return m_function(call); }
+
+ private:
+  Function m_function = nullptr;
+  unsigned m_textArguments = 0;
+  bool m_isPresent = false;
+};
+
 // One argument or more.
 inline constexpr int kAnyArgumentCount = -1;
 
-// What computes a function: a body of numbers, one of values, or both. The native compiler may know
+// What computes a function: a body of numbers, one of values, or both. One of values may have a
+// faster form for columns, made of the same plain function. The native compiler may know
 // a function of numbers as one whose machine code it writes itself; otherwise it calls the body.
 struct FunctionBody {
   template <typename... Parameters>
@@ -86,18 +119,35 @@ struct FunctionBody {
                          jit::Intrinsic written = jit::Intrinsic::none)
       : number(function), intrinsic(written) {}
   constexpr FunctionBody(ValueBody::Function function) : value(function) {}
+  constexpr FunctionBody(ValueBody::Function function, ColumnBody ofColumns)
+      : value(function), columns(ofColumns) {}
   template <typename... Parameters>
   constexpr FunctionBody(double (*function)(Parameters...), ValueBody::Function ofValues,
                          jit::Intrinsic written = jit::Intrinsic::none)
-      : number(function), value(ofValues), intrinsic(written) {}
+      : FunctionBody(function, ofValues, ColumnBody(), written) {}
+  template <typename... Parameters>
+  constexpr FunctionBody(double (*function)(Parameters...), ValueBody::Function ofValues,
+                         ColumnBody ofColumns, jit::Intrinsic written = jit::Intrinsic::none)
+      : number(function), value(ofValues), columns(ofColumns), intrinsic(written) {}
 
   NumberBody number;
   ValueBody value = nullptr;
+  ColumnBody columns = {};
   jit::Intrinsic intrinsic = jit::Intrinsic::none;
 };
 
 // What a result depends on beside the arguments and the settings.
 enum class Source : unsigned char { arguments, randomNumbers, files };
+
+// What is wrong with an argument that an expression states as a text literal.
+struct ConstantFault {
+  std::size_t argument = 0;
+  QString message;
+  std::optional<std::size_t> position = {};  // in 16-bit units of the text
+};
+// `constants` has a text for each argument that is one. Nothing where rows can be computed.
+using ConstantCheck =
+    std::optional<ConstantFault> (*)(std::span<const std::optional<std::string>> constants);
 
 struct FunctionLine {
   const char* name;
@@ -108,6 +158,7 @@ struct FunctionLine {
   const char* help;
   DateNeeds needs = {};
   Source source = Source::arguments;
+  ConstantCheck checkOfConstants = nullptr;
 
   // The String Parser can compute it, which alone shows an expression step by step.
   constexpr bool isDebuggable() const { return (backends & kInString) != 0; }

@@ -11,7 +11,7 @@ std::vector<FunctionLine> joinThemes() {
   for (const std::span<const FunctionLine> theme :
        {numericTests(), numericLibrary(), geography(), textParts(), numberTexts(), textCase(),
         rounding(), textSearch(), addresses(), encodings(), randomNumbers(), elapsedTimes(),
-        dateTexts(), fileTexts()}) {
+        dateTexts(), fileTexts(), regularExpressions(), textPadding()}) {
     table.insert(table.end(), theme.begin(), theme.end());
   }
   return table;

@@ -10,6 +10,7 @@
 #include <QString>
 
 #include "base/null_number.h"
+#include "expression/functions/text_arena.h"
 
 namespace kelvarin {
 
@@ -43,7 +44,7 @@ class FunctionArgument {
 // One object serves many calls, so that the text keeps its memory.
 class FunctionResult {
  public:
-  enum class Kind { number, text, nullText, argument };
+  enum class Kind { number, text, nullText, argument, failure };
 
   void setNumber(double number) {
     m_kind = Kind::number;
@@ -60,16 +61,28 @@ class FunctionResult {
     m_argument = index;
   }
 
+  // The row fails with this message.
+  void setFailure(const QString& message) {
+    m_kind = Kind::failure;
+    m_message = message;
+  }
+
+  // For texts that a body makes, until the next call.
+  TextArena& arena() { return m_arena; }
+
   Kind kind() const { return m_kind; }
   double number() const { return m_number; }
   const std::string& text() const { return m_text; }
   int argument() const { return m_argument; }
+  const QString& message() const { return m_message; }
 
  private:
   Kind m_kind = Kind::number;
   double m_number = kNullNumber;
   int m_argument = 0;
+  QString m_message;
   std::string m_text;
+  TextArena m_arena;
 };
 
 }  // namespace kelvarin

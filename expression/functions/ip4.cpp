@@ -122,15 +122,15 @@ double highestOfRange(std::string_view text) {
 
 // clang-format off
 constexpr FunctionLine kLines[] = {
-    {"isip4", 1, kInString, kTest, testBody<isAddress>,
+    {"isip4", 1, kInString, kTest, testBodies<isAddress>,
      "isip4(x) - test if x is a TCP-IP v4 address."},
-    {"ip4tof", 1, kInString, kNumber, valueBody<numberOfAddress>,
+    {"ip4tof", 1, kInString, kNumber, valueBodies<numberOfAddress>,
      "ip4tof(x) - convert a tcp-ip v4 address to a number."},
-    {"ip4part", 2, kInString, kNumber, valueBody<partOfAddress>,
+    {"ip4part", 2, kInString, kNumber, valueBodies<partOfAddress>,
      "ip4part(ip,pos) - extract one of the 4 parts of a tcp-ip v4 address."},
-    {"ip4RangeLow", 1, kInString, kNumber, valueBody<lowestOfRange>,
+    {"ip4RangeLow", 1, kInString, kNumber, valueBodies<lowestOfRange>,
      "ip4RangeLow(x) - convert the lower bound of a tcp-ip v4 address-range to a number."},
-    {"ip4RangeHigh", 1, kInString, kNumber, valueBody<highestOfRange>,
+    {"ip4RangeHigh", 1, kInString, kNumber, valueBodies<highestOfRange>,
      "ip4RangeHigh(x) - convert the upper bound of a tcp-ip v4 address-range to a number."},
 };
 // clang-format on

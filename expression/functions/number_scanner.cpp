@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <iterator>
 #include <limits>
 #include <string>
 
@@ -104,7 +106,41 @@ bool isWholeTextNumber(std::string_view text, NumberForm form) {
   return !text.empty() && Scanner(text, form).endOfNumber(0) == text.size();
 }
 
+// Exact, since whole numbers of 15 digits and powers of ten up to 10^15 are doubles, and a division
+// rounds once.
+std::optional<double> plainDecimal(std::string_view text) {
+  static constexpr double kPowers[] = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                       1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  constexpr std::size_t kMaxDigits = std::size(kPowers) - 1;
+  const bool isNegative = text.starts_with('-');
+  text.remove_prefix(isNegative ? 1 : 0);
+  if (text.empty() || text.size() > kMaxDigits + 1 || !isDigit(text.front()) ||
+      !isDigit(text.back())) {
+    return std::nullopt;
+  }
+  std::uint64_t whole = 0;
+  std::size_t point = text.size();  // its index, or the end
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (isDigit(text[i])) {
+      whole = 10 * whole + static_cast<std::uint64_t>(text[i] - '0');
+    } else if (text[i] == '.' && point == text.size()) {
+      point = i;
+    } else {
+      return std::nullopt;
+    }
+  }
+  const std::size_t decimals = point == text.size() ? 0 : text.size() - point - 1;
+  if (decimals == 0 && text.size() > kMaxDigits) {
+    return std::nullopt;
+  }
+  const double magnitude = static_cast<double>(whole) / kPowers[decimals];
+  return isNegative ? -magnitude : magnitude;
+}
+
 double valueOfNumber(std::string_view number) {
+  if (const std::optional<double> plain = plainDecimal(number)) {
+    return *plain;
+  }
   std::string digits(number.starts_with('+') ? number.substr(1) : number);
   std::replace(digits.begin(), digits.end(), ',', '.');
   double value = 0.0;

@@ -3,7 +3,6 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 
 #include <QByteArray>
 
@@ -27,25 +26,35 @@ const char* wordOfSpecial(double x) {
 }
 
 // As printf writes %g, but never with the decimal comma of the process's locale.
-Text textOfReal(double x) {
+ColumnText textOfReal(TextArena& arena, double x) {
   if (!isFiniteNumber(x)) {
-    return wordOfSpecial(x);
+    return ColumnText(wordOfSpecial(x));
   }
   constexpr int significantDigits = 6;
-  char digits[32];
-  const auto end = std::to_chars(digits, digits + sizeof digits, x, std::chars_format::general,
-                                 significantDigits);
-  return std::string(digits, end.ptr);
+  constexpr std::size_t kLongest = 32;
+  char* digits = arena.allocate(kLongest);
+  const auto end =
+      std::to_chars(digits, digits + kLongest, x, std::chars_format::general, significantDigits);
+  const auto size = static_cast<std::size_t>(end.ptr - digits);
+  arena.shrink(kLongest - size);
+  return ColumnText({digits, size});
 }
 
-Text textOfWhole(double x) {
+ColumnText textOfWhole(TextArena& arena, double x) {
   if (!isFiniteNumber(x)) {
-    return wordOfSpecial(x);
+    return ColumnText(wordOfSpecial(x));
   }
   const double whole = std::trunc(x) + 0.0;  // a zero without a sign
-  char digits[400];                          // the largest double has 309 of them
-  const int length = std::snprintf(digits, sizeof digits, "%.0f", whole);
-  return std::string(digits, static_cast<std::size_t>(length));
+  constexpr double kEndOfIntegers = 0x1p63;
+  constexpr std::size_t kLongest = 400;  // the largest double has 309 digits
+  char* digits = arena.allocate(kLongest);
+  const auto end =
+      std::fabs(whole) < kEndOfIntegers
+          ? std::to_chars(digits, digits + kLongest, static_cast<std::int64_t>(whole))
+          : std::to_chars(digits, digits + kLongest, whole, std::chars_format::fixed, 0);
+  const auto size = static_cast<std::size_t>(end.ptr - digits);
+  arena.shrink(kLongest - size);
+  return ColumnText({digits, size});
 }
 
 // Null for what is below zero. Dividing by 16 is exact from 2^64 on.
@@ -129,13 +138,13 @@ void isNumber(FunctionContext&, Arguments arguments, FunctionResult& result) {
 
 // clang-format off
 constexpr FunctionLine kLines[] = {
-    {"ftoa", 1, kInString, kText, valueBody<textOfReal>,
+    {"ftoa", 1, kInString, kText, valueBodies<textOfReal>,
      "ftoa(x) - convert x as a floating point number to a string"},
-    {"itoa", 1, kInString, kText, valueBody<textOfWhole>,
+    {"itoa", 1, kInString, kText, valueBodies<textOfWhole>,
      "itoa(x) - convert x as an int to a string"},
-    {"atof", 1, kInString, kNumber, valueBody<numberInText>,
+    {"atof", 1, kInString, kNumber, valueBodies<numberInText>,
      "atof(x) - convert x as a string to a double"},
-    {"htof", 1, kInString, kNumber, valueBody<numberOfHexadecimal>,
+    {"htof", 1, kInString, kNumber, valueBodies<numberOfHexadecimal>,
      "htof(x) - convert x as a hexadecimal string to a double"},
     {"ftoh", 1, kInString, kText, valueBody<hexadecimal>,
      "ftoh(x) - convert x as a positive integer number to a hexadecimal string"},

@@ -32,6 +32,10 @@ bool hasSurrogate(const QString& text) {
   return std::any_of(text.cbegin(), text.cend(), [](QChar unit) { return unit.isSurrogate(); });
 }
 
+QByteArray utf8Of(const QString& text) {
+  return (hasSurrogate(text) ? withWholePairs(text) : text).toUtf8();
+}
+
 }  // namespace
 
 void setResult(FunctionResult& result, double number) {
@@ -47,8 +51,42 @@ void setResult(FunctionResult& result, const QString& text) {
     result.setNullText();
     return;
   }
-  const QByteArray bytes = (hasSurrogate(text) ? withWholePairs(text) : text).toUtf8();
+  const QByteArray bytes = utf8Of(text);
   result.setText({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+}
+
+void setResult(FunctionResult& result, const ColumnText& text) {
+  if (text.isNull()) {
+    result.setNullText();
+  } else {
+    result.setText(text.view());
+  }
+}
+
+ColumnText textIn(TextArena& arena, const QString& text) {
+  if (text.isNull()) {
+    return {};
+  }
+  const QByteArray bytes = utf8Of(text);
+  return ColumnText(arena.copy({bytes.constData(), static_cast<std::size_t>(bytes.size())}));
+}
+
+// Most printed dates are bytes; those that QDateTime made are not.
+void setResult(FunctionResult& result, const DateText& text) {
+  if (text.isNull()) {
+    result.setNullText();
+  } else if (text.isGeneral()) {
+    setResult(result, text.general());
+  } else {
+    result.setText(text.bytes());
+  }
+}
+
+ColumnText textIn(TextArena& arena, const DateText& text) {
+  if (text.isNull()) {
+    return {};
+  }
+  return text.isGeneral() ? textIn(arena, text.general()) : ColumnText(arena.copy(text.bytes()));
 }
 
 void setResult(FunctionResult& result, const std::optional<std::string>& text) {

@@ -8,7 +8,13 @@
 // counts as null.
 //
 // f takes `const QString&` (16-bit units) or `std::string_view` (UTF-8) and `double`, after an
-// optional FunctionContext&. It returns a double, a bool, a QString or an optional text in UTF-8.
+// optional FunctionContext& and an optional TextArena&. It returns a double, a bool, a QString, a
+// DateText, an optional text in UTF-8, or a ColumnText: a part of an argument or a text in the
+// arena. Where an argument can be one that no row can be computed with, it returns an Outcome of
+// these.
+//
+// Where f takes and returns no QString and no optional text, the body for columns is made of it as
+// well: valueBodies<f>, testBodies<f> and searchBodies<f, miss> have both.
 #pragma once
 
 #include <algorithm>
@@ -23,7 +29,11 @@
 
 #include <QString>
 
+#include "base/result.h"
+#include "expression/dates/date_text.h"
+#include "expression/functions/column_call.h"
 #include "expression/functions/function_context.h"
+#include "expression/functions/function_line.h"
 #include "expression/functions/function_values.h"
 
 namespace kelvarin {
@@ -35,11 +45,33 @@ inline std::size_t longestResultOf(std::string_view text) {
   return std::max(longestGrown, text.size());
 }
 
+// A result, or the message of the row's failure.
+template <typename T>
+using Outcome = Result<T, QString>;
+
 void setResult(FunctionResult& result, double number);
 void setResult(FunctionResult& result, bool isTrue);
 // A null QString is the null text; half a surrogate pair becomes U+FFFD.
 void setResult(FunctionResult& result, const QString& text);
 void setResult(FunctionResult& result, const std::optional<std::string>& text);
+void setResult(FunctionResult& result, const ColumnText& text);
+void setResult(FunctionResult& result, const DateText& text);
+
+template <typename T>
+void setResult(FunctionResult& result, const Outcome<T>& outcome) {
+  if (outcome) {
+    setResult(result, *outcome);
+  } else {
+    result.setFailure(outcome.error());
+  }
+}
+
+// The same for a text in an arena, or one that is there already.
+ColumnText textIn(TextArena& arena, const QString& text);
+ColumnText textIn(TextArena& arena, const DateText& text);
+inline ColumnText textIn(TextArena&, const ColumnText& text) {
+  return text;
+}
 
 // One argument in the form in which a function takes it.
 template <typename Parameter>
@@ -83,19 +115,56 @@ class ArgumentReader<std::string_view> {
 template <typename Function>
 struct FunctionShape;
 
-template <typename R, typename... Parameters>
-struct FunctionShape<R (*)(Parameters...)> {
+template <typename R>
+struct ResultShape {
+  using Value = R;
+  static constexpr bool kMayFail = false;
+};
+template <typename T>
+struct ResultShape<Outcome<T>> {
+  using Value = T;
+  static constexpr bool kMayFail = true;
+};
+
+// What a function takes before its arguments.
+enum class Leading { nothing, context, arena, contextAndArena };
+
+template <Leading leading, typename R, typename... Parameters>
+struct ShapeOf {
+  using Values = std::tuple<std::remove_cvref_t<Parameters>...>;
   using Readers = std::tuple<ArgumentReader<std::remove_cvref_t<Parameters>>...>;
-  using Result = R;
-  static constexpr bool kTakesContext = false;
+  using Value = typename ResultShape<R>::Value;
+  static constexpr bool kMayFail = ResultShape<R>::kMayFail;
+  static constexpr Leading kLeading = leading;
+
+  template <auto function, typename... Arguments>
+  static R call(FunctionContext& context, TextArena& arena, const Arguments&... arguments) {
+    if constexpr (leading == Leading::nothing) {
+      return function(arguments...);
+    } else if constexpr (leading == Leading::context) {
+      return function(context, arguments...);
+    } else if constexpr (leading == Leading::arena) {
+      return function(arena, arguments...);
+    } else {
+      return function(context, arena, arguments...);
+    }
+  }
 };
 
 template <typename R, typename... Parameters>
-struct FunctionShape<R (*)(FunctionContext&, Parameters...)> {
-  using Readers = std::tuple<ArgumentReader<std::remove_cvref_t<Parameters>>...>;
-  using Result = R;
-  static constexpr bool kTakesContext = true;
+struct FunctionShape<R (*)(Parameters...)> : ShapeOf<Leading::nothing, R, Parameters...> {};
+
+template <typename R, typename... Parameters>
+struct FunctionShape<R (*)(FunctionContext&, Parameters...)>
+    : ShapeOf<Leading::context, R, Parameters...> {};
+
+template <typename R, typename... Parameters>
+struct FunctionShape<R (*)(TextArena&, Parameters...)> : ShapeOf<Leading::arena, R, Parameters...> {
 };
+
+template <typename R, typename... Parameters>
+struct FunctionShape<R (*)(FunctionContext&, TextArena&, Parameters...)>
+    : ShapeOf<Leading::contextAndArena, R, Parameters...> {};
 
 template <auto function>
 class BodyOf {
@@ -115,7 +184,7 @@ class BodyOf {
   }
 
   static void setNull(FunctionResult& result) {
-    if constexpr (std::is_same_v<typename Shape::Result, double>) {
+    if constexpr (std::is_same_v<typename Shape::Value, double>) {
       result.setNumber(kNullNumber);
     } else {
       result.setNullText();
@@ -145,11 +214,12 @@ class BodyOf {
   static void callWith(FunctionContext& context, Arguments arguments, FunctionResult& result,
                        std::index_sequence<kIndex...>) {
     const Readers readers{std::tuple_element_t<kIndex, Readers>(arguments[kIndex])...};
-    if constexpr (Shape::kTakesContext) {
-      setResult(result, function(context, std::get<kIndex>(readers).get()...));
-    } else {
-      setResult(result, function(std::get<kIndex>(readers).get()...));
+    if constexpr (Shape::kLeading == Leading::arena ||
+                  Shape::kLeading == Leading::contextAndArena) {
+      result.arena().clear();
     }
+    setResult(result, Shape::template call<function>(context, result.arena(),
+                                                     std::get<kIndex>(readers).get()...));
   }
 };
 
@@ -184,5 +254,130 @@ void searchBody(FunctionContext& context, std::span<const FunctionArgument> argu
     BodyOf<function>::call(context, arguments, result);
   }
 }
+
+// The rows of a column call with a plain function.
+template <auto function>
+class ColumnsOf {
+ public:
+  static constexpr unsigned textArguments() { return textBits(Indices{}); }
+
+  // `ofNull` is the number of a row with a null; none: the function is called for it, too.
+  static std::size_t call(const ColumnCall& call, std::optional<double> ofNull) {
+    return callWith(call, ofNull, Indices{});
+  }
+
+ private:
+  using Shape = FunctionShape<decltype(function)>;
+  using Value = typename Shape::Value;
+  using Values = typename Shape::Values;
+  using Indices = std::make_index_sequence<std::tuple_size_v<Values>>;
+
+  template <std::size_t kIndex>
+  static constexpr bool kIsText = !std::is_same_v<std::tuple_element_t<kIndex, Values>, double>;
+
+  template <std::size_t... kIndex>
+  static constexpr unsigned textBits(std::index_sequence<kIndex...>) {
+    return ((kIsText<kIndex> ? 1u << kIndex : 0u) | ... | 0u);
+  }
+
+  template <std::size_t kIndex>
+  static bool isNull(const ColumnCall& call, std::size_t row) {
+    if constexpr (kIsText<kIndex>) {
+      return call.arguments[kIndex].texts[row].isNull();
+    } else {
+      return isNullNumber(call.arguments[kIndex].numbers[row]);
+    }
+  }
+
+  template <std::size_t kIndex>
+  static auto value(const ColumnCall& call, std::size_t row) {
+    if constexpr (kIsText<kIndex>) {
+      return call.arguments[kIndex].texts[row].view();
+    } else {
+      return call.arguments[kIndex].numbers[row];
+    }
+  }
+
+  // False where the row fails.
+  template <std::size_t... kIndex>
+  static bool evaluate(const ColumnCall& call, std::size_t row, Value& result,
+                       std::index_sequence<kIndex...>) {
+    auto outcome =
+        Shape::template call<function>(call.context, call.arena, value<kIndex>(call, row)...);
+    if constexpr (Shape::kMayFail) {
+      if (!outcome) {
+        return false;
+      }
+      result = *outcome;
+    } else {
+      result = outcome;
+    }
+    return true;
+  }
+
+  template <std::size_t... kIndex>
+  static std::size_t callWith(const ColumnCall& call, std::optional<double> ofNull,
+                              std::index_sequence<kIndex...> indices) {
+    const auto hasNull = [&](std::size_t row) {
+      return ofNull && (isNull<kIndex>(call, row) || ...);
+    };
+    if constexpr (std::is_arithmetic_v<Value>) {
+      for (std::size_t row = 0; row < call.rows; ++row) {
+        Value result{};
+        const bool isNullRow = hasNull(row);
+        if (!isNullRow && !evaluate(call, row, result, indices)) {
+          return row;
+        }
+        call.numbers[row] = isNullRow ? *ofNull : static_cast<double>(result);
+      }
+      return call.rows;
+    } else {
+      MadeTexts made(call);
+      for (std::size_t row = 0; row < call.rows; ++row) {
+        ColumnText text;
+        if (!hasNull(row)) {
+          Value result{};
+          if (!evaluate(call, row, result, indices)) {
+            break;
+          }
+          text = textIn(call.arena, result);
+        }
+        if (!(text.isNull() ? made.addNull() : made.add(text.view()))) {
+          break;
+        }
+      }
+      return made.rows();
+    }
+  }
+};
+
+template <auto function>
+std::size_t valueColumns(const ColumnCall& call) {
+  return ColumnsOf<function>::call(call, kNullNumber);
+}
+
+// A null text comes as the empty one.
+template <auto function>
+std::size_t columnsWithNulls(const ColumnCall& call) {
+  return ColumnsOf<function>::call(call, std::nullopt);
+}
+
+template <auto function>
+std::size_t testColumns(const ColumnCall& call) {
+  return ColumnsOf<function>::call(call, 0.0);
+}
+
+template <auto function>
+inline constexpr FunctionBody valueBodies{
+    valueBody<function>, ColumnBody{valueColumns<function>, ColumnsOf<function>::textArguments()}};
+
+template <auto function>
+inline constexpr FunctionBody testBodies{
+    testBody<function>, ColumnBody{testColumns<function>, ColumnsOf<function>::textArguments()}};
+
+template <auto function, int miss>
+inline constexpr FunctionBody searchBodies{
+    searchBody<function, miss>,
+    ColumnBody{valueColumns<function>, ColumnsOf<function>::textArguments()}};
 
 }  // namespace kelvarin

@@ -1,17 +1,21 @@
-// Parts of texts: lengths, pieces by position, trimming and replacing.
+// Parts of texts: lengths, pieces by position or between separators, trimming and replacing.
 
+#include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "expression/functions/text_bodies.h"
 #include "expression/functions/text_positions.h"
 #include "expression/functions/themes.h"
+#include "expression/functions/utf8_units.h"
 
 namespace kelvarin {
 
 namespace {
 
-double lengthOf(const QString& text) {
-  return static_cast<double>(text.size());
+double lengthOf(std::string_view text) {
+  const std::optional<std::size_t> count = unitCount(text);
+  return static_cast<double>(count ? *count : static_cast<std::size_t>(qstringOf(text).size()));
 }
 
 // Of the last character, which may be a pair of units.
@@ -25,35 +29,79 @@ double codepointOfLast(const QString& text) {
   return isPair ? QChar::surrogateToUcs4(text[text.size() - 2], last) : last.unicode();
 }
 
-double unitAt(const QString& text, double position) {
+double unitAt(std::string_view text, double position) {
   const double index = std::trunc(position);
   if (!(index >= 0 && index < static_cast<double>(text.size()))) {
     return -1.0;
   }
-  return text[static_cast<qsizetype>(index)].unicode();
+  const auto unit = static_cast<std::size_t>(index);
+  if (isAscii(text.substr(0, unit + 1))) {
+    return text[unit];
+  }
+  const QString units = qstringOf(text);
+  return unit < static_cast<std::size_t>(units.size())
+             ? static_cast<double>(units[static_cast<qsizetype>(unit)].unicode())
+             : -1.0;
 }
 
-QString partOfLength(const QString& text, double start, double length) {
-  const qsizetype from = limitedPosition(start, text.size());
-  return text.sliced(from, limitedLength(length, from, text.size()));
+ColumnText part(TextArena& arena, std::string_view text, std::size_t from, std::size_t length) {
+  if (const auto found = partOfUnits(text, from, length)) {
+    return ColumnText(*found);
+  }
+  const QString units = qstringOf(text);
+  const auto begin = std::min(static_cast<qsizetype>(from), units.size());
+  const auto size = std::min(static_cast<qsizetype>(length), units.size() - begin);
+  return textIn(arena, units.sliced(begin, size));
+}
+
+// No text has more units than bytes.
+std::size_t limitedTo(std::string_view text, double position) {
+  return static_cast<std::size_t>(limitedPosition(position, static_cast<qsizetype>(text.size())));
+}
+
+ColumnText partOfLength(TextArena& arena, std::string_view text, double start, double length) {
+  return part(arena, text, limitedTo(text, start), limitedTo(text, length));
 }
 
 // Null, not just empty, when the end is not behind the start.
-QString partBetween(const QString& text, double start, double end) {
+ColumnText partBetween(TextArena& arena, std::string_view text, double start, double end) {
   if (std::trunc(end) <= std::trunc(start)) {
     return {};
   }
-  const qsizetype from = limitedPosition(start, text.size());
-  const qsizetype to = limitedPosition(end, text.size());
-  return from < to ? text.sliced(from, to - from) : QStringLiteral("");
+  const std::size_t from = limitedTo(text, start);
+  const std::size_t to = limitedTo(text, end);
+  return part(arena, text, from, to - std::min(from, to));
 }
 
-QString firstUnits(const QString& text, double length) {
-  return partOfLength(text, 0.0, length);
+ColumnText firstUnits(TextArena& arena, std::string_view text, double length) {
+  return part(arena, text, 0, limitedTo(text, length));
 }
 
-QString lastUnits(const QString& text, double length) {
-  return text.last(limitedPosition(length, text.size()));
+ColumnText lastUnits(TextArena& arena, std::string_view text, double length) {
+  if (const std::optional<std::size_t> count = unitCount(text)) {
+    const std::size_t wanted = std::min(limitedTo(text, length), *count);
+    return part(arena, text, *count - wanted, wanted);
+  }
+  const QString units = qstringOf(text);
+  return textIn(arena, units.last(limitedPosition(length, units.size())));
+}
+
+bool isAsciiSpace(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+std::string_view withoutAsciiSpacesBefore(std::string_view text) {
+  while (!text.empty() && isAsciiSpace(text.front())) {
+    text.remove_prefix(1);
+  }
+  return text;
+}
+
+std::string_view withoutAsciiSpacesBehind(std::string_view text) {
+  while (!text.empty() && isAsciiSpace(text.back())) {
+    text.remove_suffix(1);
+  }
+  return text;
 }
 
 qsizetype endOfTrimmed(const QString& text) {
@@ -72,20 +120,30 @@ qsizetype startOfTrimmed(const QString& text) {
   return start;
 }
 
-QString trimmed(const QString& text) {
-  return text.trimmed();
+// Blanks beyond ASCII, and bytes that are no UTF-8, are QString's business.
+ColumnText trimmed(TextArena& arena, std::string_view text) {
+  return isAscii(text) ? ColumnText(withoutAsciiSpacesBehind(withoutAsciiSpacesBefore(text)))
+                       : textIn(arena, qstringOf(text).trimmed());
 }
-QString trimmedLeft(const QString& text) {
-  return text.sliced(startOfTrimmed(text));
+ColumnText trimmedLeft(TextArena& arena, std::string_view text) {
+  if (isAscii(text)) {
+    return ColumnText(withoutAsciiSpacesBefore(text));
+  }
+  const QString units = qstringOf(text);
+  return textIn(arena, units.sliced(startOfTrimmed(units)));
 }
-QString trimmedRight(const QString& text) {
-  return text.first(endOfTrimmed(text));
+ColumnText trimmedRight(TextArena& arena, std::string_view text) {
+  if (isAscii(text)) {
+    return ColumnText(withoutAsciiSpacesBehind(text));
+  }
+  const QString units = qstringOf(text);
+  return textIn(arena, units.first(endOfTrimmed(units)));
 }
 
 // As often as it stands there.
-std::optional<std::string> withoutEnds(std::string_view text, std::string_view unwanted) {
+ColumnText withoutEnds(TextArena&, std::string_view text, std::string_view unwanted) {
   if (unwanted.empty()) {
-    return std::string(text);
+    return ColumnText(text);
   }
   while (text.starts_with(unwanted)) {
     text.remove_prefix(unwanted.size());
@@ -93,27 +151,68 @@ std::optional<std::string> withoutEnds(std::string_view text, std::string_view u
   while (text.ends_with(unwanted)) {
     text.remove_suffix(unwanted.size());
   }
-  return std::string(text);
+  return ColumnText(text);
 }
 
-std::optional<std::string> replaced(std::string_view text, std::string_view before,
-                                    std::string_view after) {
-  if (before.empty()) {
-    return std::string(text);
+// The part at the index, null where there are not so many. An empty separator stands nowhere.
+ColumnText partBetweenSeparators(std::string_view text, std::string_view separator, double index) {
+  const double wanted = std::trunc(index);
+  if (!(wanted >= 0.0 && wanted <= static_cast<double>(text.size()))) {
+    return {};
   }
-  const std::size_t longest = longestResultOf(text);
-  std::string result;
-  std::size_t from = 0;
-  while (result.size() <= longest) {
-    const std::size_t found = text.find(before, from);
-    result.append(text.substr(from, found - from));
-    if (found == std::string_view::npos) {
-      return result;
+  std::size_t begin = 0;
+  for (auto left = static_cast<std::size_t>(wanted);; --left) {
+    const std::size_t end =
+        separator.empty() ? std::string_view::npos : text.find(separator, begin);
+    if (left == 0) {
+      return ColumnText(text.substr(begin, end - begin));
     }
-    result.append(after);
+    if (end == std::string_view::npos) {
+      return {};
+    }
+    begin = end + separator.size();
+  }
+}
+
+// The bytes that replacing takes; nothing where it would make the text too long.
+std::optional<std::size_t> bytesToReplace(std::string_view text, std::string_view before,
+                                          std::string_view after, std::size_t first) {
+  if (after.size() <= before.size()) {
+    return text.size();
+  }
+  std::size_t size = text.size();
+  std::size_t end = 0;
+  for (std::size_t found = first; found != std::string_view::npos; found = text.find(before, end)) {
+    end = found + before.size();
+    size += after.size() - before.size();
+  }
+  const std::size_t sizeUpToLast = size - (text.size() - end);
+  return sizeUpToLast > longestResultOf(text) ? std::nullopt : std::optional(size);
+}
+
+ColumnText replaced(TextArena& arena, std::string_view text, std::string_view before,
+                    std::string_view after) {
+  const std::size_t first = before.empty() ? std::string_view::npos : text.find(before);
+  if (first == std::string_view::npos) {
+    return ColumnText(text);
+  }
+  const std::optional<std::size_t> size = bytesToReplace(text, before, after, first);
+  if (!size) {
+    return {};
+  }
+  char* const bytes = arena.allocate(*size);
+  char* next = bytes;
+  std::size_t from = 0;
+  for (std::size_t found = first; found != std::string_view::npos;
+       found = text.find(before, from)) {
+    next = std::copy_n(text.data() + from, found - from, next);
+    next = std::copy_n(after.data(), after.size(), next);
     from = found + before.size();
   }
-  return std::nullopt;
+  next = std::copy(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), next);
+  const auto used = static_cast<std::size_t>(next - bytes);
+  arena.shrink(*size - used);
+  return ColumnText({bytes, used});
 }
 
 constexpr const char* kSubstrHelp =
@@ -124,33 +223,35 @@ constexpr const char* kSubstrHelp =
 constexpr FunctionLine kLines[] = {
     {"codepoint", 1, kInString, kNumber, valueBody<codepointOfLast>,
      "codepoint(x) - returns the unicode codepoint of the last char of x"},
-    {"strlen", 1, kInString, kNumber, valueBody<lengthOf>,
+    {"strlen", 1, kInString, kNumber, valueBodies<lengthOf>,
      "strlen(s) - returns the number of characters of the string s"},
-    {"substr", 3, kInString, kText, valueBody<partOfLength>,
+    {"substr", 3, kInString, kText, valueBodies<partOfLength>,
      kSubstrHelp},
-    {"mid", 3, kInString, kText, valueBody<partOfLength>,
+    {"mid", 3, kInString, kText, valueBodies<partOfLength>,
      kSubstrHelp},
-    {"substring", 3, kInString, kText, valueBody<partBetween>,
+    {"substring", 3, kInString, kText, valueBodies<partBetween>,
      "substring(x,s,e) - extract from the string x a substring starting at character of "
      "index 's' and ending at index 'e'"},
-    {"left", 2, kInString, kText, valueBody<firstUnits>,
+    {"left", 2, kInString, kText, valueBodies<firstUnits>,
      "left(x,l) - returns a substring composed of the first 'l' character of string x"},
-    {"right", 2, kInString, kText, valueBody<lastUnits>,
+    {"right", 2, kInString, kText, valueBodies<lastUnits>,
      "right(x,l) - returns a substring composed of the last 'l' character of string x"},
-    {"trim", 1, kInString, kText, valueBody<trimmed>,
+    {"trim", 1, kInString, kText, valueBodies<trimmed>,
      "trim(x) - returns the string x trimmed"},
-    {"ltrim", 1, kInString, kText, valueBody<trimmedLeft>,
+    {"ltrim", 1, kInString, kText, valueBodies<trimmedLeft>,
      "ltrim(x) - returns the string x left-trimmed"},
-    {"rtrim", 1, kInString, kText, valueBody<trimmedRight>,
+    {"rtrim", 1, kInString, kText, valueBodies<trimmedRight>,
      "rtrim(x) - returns the string x right-trimmed"},
     // kept: the help text names the function of one argument.
-    {"trim2", 2, kInString, kText, valueBody<withoutEnds>,
+    {"trim2", 2, kInString, kText, valueBodies<withoutEnds>,
      "trim(x,y) - returns the string x without y at the end/start"},
-    {"charAt", 2, kInString, kNumber, valueBody<unitAt>,
+    {"charAt", 2, kInString, kNumber, valueBodies<unitAt>,
      "charAt(x,i) - returns char at position i"},
-    {"replace", 3, kInString, kText, valueBody<replaced>,
+    {"replace", 3, kInString, kText, valueBodies<replaced>,
      "replace(s,before,after) - Replaces every occurrence of the string <before> with the "
      "string <after> and returns result"},
+    {"split", 3, kInString, kText, valueBodies<partBetweenSeparators>,
+     "split(s,separator,n) - the part n (from 0) of the string s between its separators"},
 };
 // clang-format on
 

@@ -32,5 +32,7 @@ std::span<const FunctionLine> addresses();
 std::span<const FunctionLine> elapsedTimes();
 std::span<const FunctionLine> dateTexts();
 std::span<const FunctionLine> fileTexts();
+std::span<const FunctionLine> regularExpressions();
+std::span<const FunctionLine> textPadding();
 
 }  // namespace kelvarin

@@ -15,6 +15,8 @@ constexpr char kSecondOf[] = "The second of a date: atof(datePrint(date, \"s\"))
 constexpr char kCaseAdvice[] = "Chain them: (a ? 1 : b ? 2 : 3)";
 constexpr char kFindAdvice[] = "Positions count from 0, and -1 means that there is none.";
 constexpr char kMiddleAdvice[] = "Positions count from 0.";
+constexpr char kPartAdvice[] = "Parts count from 0.";
+constexpr char kPadAdvice[] = "A text that is longer already stays as it is.";
 constexpr char kToText[] = "itoa(x) for integers, ftoa(x) for 6 digits.";
 
 constexpr ForeignName kNames[] = {
@@ -41,7 +43,7 @@ constexpr ForeignName kNames[] = {
     {"XOR", {"!="}, "isTrue(a) != isTrue(b)"},
     {"BETWEEN", {"&&"}, "x >= a && x <= b"},
     {"IN", {"||"}, "x == a || x == b"},
-    {"LIKE", {"contains", "startsWith", "endsWith"}},
+    {"LIKE", {"contains", "startsWith", "regexMatch"}},
     {"EXACT", {"=="}},
     {"=", {"=="}, "A single = assigns to a variable; == compares."},
     {"<>", {"!="}},
@@ -106,7 +108,24 @@ constexpr ForeignName kNames[] = {
     {"CONCAT", {"//"}, "a // b // c"},
     {"CONCATENATE", {"//"}, "a // b // c"},
     {"STRING_AGG", {}, kOneRow},
-    {"SUBSTRING_INDEX", {"left", "indexOf"}},
+    {"SUBSTRING_INDEX", {"split", "left", "indexOf"}},
+    {"SPLIT_PART", {"split"}, kPartAdvice},
+    {"STRTOK", {"split"}, kPartAdvice},
+    {"TEXTSPLIT", {"split"}, kPartAdvice},
+    {"LPAD", {"padLeft"}, kPadAdvice},
+    {"RPAD", {"padRight"}, kPadAdvice},
+    {"PADSTART", {"padLeft"}, kPadAdvice},
+    {"PADEND", {"padRight"}, kPadAdvice},
+    {"ZFILL", {"padLeft"}, "padLeft(x, n, \"0\")"},
+    {"REGEX", {"regexMatch", "regexExtract", "regexReplace"}},
+    {"REGEXP", {"regexMatch"}},
+    {"RLIKE", {"regexMatch"}},
+    {"REGEXP_LIKE", {"regexMatch"}},
+    {"REGEXP_MATCHES", {"regexMatch"}},
+    {"REGEXTEST", {"regexMatch"}},
+    {"REGEXP_SUBSTR", {"regexExtract"}, "regexExtract(s, pattern, 0)"},
+    {"REGEXP_EXTRACT", {"regexExtract"}},
+    {"REGEXP_REPLACE", {"regexReplace"}},
     {"SLICE", {"substring"}, kMiddleAdvice},
     {"INSTR", {"indexOf"}, kFindAdvice},
     {"FIND", {"indexOf"}, kFindAdvice},

@@ -60,8 +60,8 @@ inline constexpr char kComparesFalse[] =
 // The groups of the help browser, in their order. The texts are fixed, their slips included; where
 // a comment is wrong, the note says what is true.
 std::span<const HelpGroup> helpGroups();
-// What the help browser leaves out: second names, and what needs no line of its own there. Each
-// comment says which.
+// What the help browser's tree leaves out: functions that are Kelvarin's own, second names, and
+// what needs no line of its own there. Titles and comments say which.
 std::span<const HelpGroup> furtherGroups();
 
 inline constexpr char kParametersRemark[] =

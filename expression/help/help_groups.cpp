@@ -30,6 +30,7 @@ std::span<const HelpGroup> helpGroups() {
 
 std::span<const HelpGroup> furtherGroups() {
   static const std::array groups = {
+      HelpGroup{"Added by Kelvarin", HelpKind::function, addedFunctions()},
       HelpGroup{"Further functions", HelpKind::function, furtherFunctions()},
       HelpGroup{"Further constants", HelpKind::constant, furtherConstants()},
       HelpGroup{"Further operators", HelpKind::sign, furtherOperators()},

@@ -15,6 +15,7 @@ std::span<const HelpEntry> helpOnConstants();
 std::span<const HelpEntry> helpOnPostfixes();
 std::span<const HelpEntry> helpOnSpecials();
 std::span<const HelpEntry> furtherFunctions();
+std::span<const HelpEntry> addedFunctions();
 std::span<const HelpEntry> furtherConstants();
 std::span<const HelpEntry> furtherOperators();
 

@@ -59,6 +59,9 @@ void InlineTableModel::setValue(std::size_t row, std::size_t column, const QStri
 }
 
 QVariant InlineTableModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {
+    return {};  // a view copies its current item, even where it has none
+  }
   const QString text = value(index);
   const InlineContent::Column& column = m_content.columns[static_cast<std::size_t>(index.column())];
   const MetaTypeColumn type = typeOf(column);

@@ -67,6 +67,9 @@ QString TableColumnsModel::typeText(const Row& row) const {
 }
 
 QVariant TableColumnsModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {
+    return {};  // a view copies its current item, even where it has none
+  }
   const Row& row = m_rows[static_cast<std::size_t>(index.row())];
   if (role == kMetaRole) {
     return row.meta;

@@ -25,6 +25,9 @@ int TableRowsModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant TableRowsModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {
+    return {};  // a view copies its current item, even where it has none
+  }
   const auto column = static_cast<std::size_t>(index.column());
   const ShownValue& value = m_look.rows[static_cast<std::size_t>(index.row())][column];
   switch (role) {

@@ -198,8 +198,9 @@ void HostWindow::setExpertMode(bool isExpert) {
 
 void HostWindow::makeHelpMenu() {
   QMenu* help = menuBar()->addMenu(tr("&Help"));
-  QAction* action = help->addAction(icon(IconName::help), tr("&This action"), this,
-                                    [this] { showHelp(m_graph.typeName(m_properties->action())); });
+  QAction* action = help->addAction(icon(IconName::help), tr("&This action"), this, [this] {
+    showHelp(m_graph.typeName(m_canvas->currentAction()));
+  });
   action->setShortcut(Qt::Key_F1);
   m_actionActions.push_back(action);
   help->addAction(tr("T&our of an example"), this, &HostWindow::startTour);

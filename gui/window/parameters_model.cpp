@@ -145,6 +145,9 @@ QStringList ParametersModel::usersOf(const Row& row) const {
 }
 
 QVariant ParametersModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {
+    return {};  // a view copies its current item, even where it has none
+  }
   const Row& row = m_rows[static_cast<std::size_t>(index.row())];
   const auto column = static_cast<Column>(index.column());
   switch (role) {

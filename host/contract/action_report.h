@@ -1,5 +1,5 @@
-// What an action reports about its part of a run when it is closed, beyond the rows that the engine
-// counts.
+// What an action reports about its part of a run or a check when it is closed, beyond the rows that
+// the engine counts.
 //
 // Used by: HostServices::actionReported().
 #pragma once
@@ -16,6 +16,10 @@ struct OutputReport {
   QString engine;    // that evaluated it, as users know it
   QString slowedBy;  // the token that a faster engine does not know; empty where there is none
   QString reason;    // why not a faster engine; empty for the fastest
+  // Rows are evaluated by the batch. If not, the token of this expression that forbids it; empty
+  // where there is none, as where another expression of the action does.
+  bool isByBatch = false;
+  QString batchRefusal;
   long long nulls = -1;
   long long nans = -1;
   long long failures = -1;  // evaluations that failed and did not stop the run

@@ -6,6 +6,7 @@ BatchUnit::~BatchUnit() = default;
 BatchSource::~BatchSource() = default;
 BatchStage::~BatchStage() = default;
 BatchTransform::~BatchTransform() = default;
+StageCounts::~StageCounts() = default;
 EncodedBatch::~EncodedBatch() = default;
 BatchEncoder::~BatchEncoder() = default;
 BatchSink::~BatchSink() = default;

@@ -63,17 +63,26 @@ class KELVARIN_CORE BatchSource {
   virtual bool mayWait() const { return false; }
 };
 
+// What a stage has counted in a result; its action knows the type.
+class KELVARIN_CORE StageCounts {
+ public:
+  virtual ~StageCounts();
+};
+
 // What became of the first rows of a batch.
 struct StageResult {
   static constexpr std::size_t kMaxPins = 2;
 
-  // Rows of the input that are done. Fewer than there are: the row after them cannot be done so.
+  // Rows of the input that are done. Fewer than there are: the rest comes with the next call. None:
+  // the first row cannot be done so.
   std::size_t rowsDone = 0;
   // The rows for each output pin; null for none.
   std::array<RowBatchPointer, kMaxPins> outputs;
   // Of each output's rows, the rows of the input that they came from; null where they are all rows
   // in order.
   std::array<RowSelection, kMaxPins> inputRows;
+  // For countRows(), where all rows are taken; null: nothing was counted.
+  std::shared_ptr<const StageCounts> counts;
 };
 
 // How an action transforms batches in one run, compiled.
@@ -83,6 +92,8 @@ class KELVARIN_CORE BatchStage {
   // A task. `firstRow` is the number of the batch's first row at the action's pin; it is -1 where
   // the stage does not need it.
   virtual StageResult process(const RowBatch& batch, long long firstRow) const = 0;
+  // False: process() would stop early, since the result of all rows would take much memory.
+  virtual bool processesWhole(const RowBatch& /*batch*/) const { return true; }
   // Its expressions depend on the number of the row.
   virtual bool needsRowNumbers() const = 0;
 };

@@ -1,10 +1,8 @@
 #include "host/contract/global_parameters.h"
 
-#include <algorithm>
-#include <thread>
-
 #include <QDir>
 
+#include "base/usable_processors.h"
 #include "host/contract/parameter_expansion.h"
 
 QString GlobalParameters::expandString2(QString text, QString* unknownName) const {
@@ -35,6 +33,5 @@ void RunRecord::setWaker(std::function<void()> wake) {
 }
 
 int GlobalParameters::threadCount() const {
-  return m_threadCount > 0 ? m_threadCount
-                           : std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+  return m_threadCount > 0 ? m_threadCount : kelvarin::usableProcessors();
 }

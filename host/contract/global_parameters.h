@@ -54,7 +54,7 @@ class KELVARIN_CORE GlobalParameters {
   QString m_dataDirWrite;
   QString m_graphFile;
   QMap<QString, QString> m_values;
-  int m_threadCount = 0;  // 0: the machine's processors
+  int m_threadCount = 0;  // 0: one for each processor that it may use
 };
 
 // One run of a graph. Actions read the status between rows and set it to `failed`; a signal handler

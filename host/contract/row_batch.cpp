@@ -1,5 +1,7 @@
 #include "host/contract/row_batch.h"
 
+#include <algorithm>
+
 namespace kelvarin {
 
 RowBatch::RowBatch(std::size_t storedRows, std::vector<BatchColumn> columns)
@@ -23,6 +25,25 @@ RowBatchPointer RowBatch::slice(std::size_t begin, std::size_t end) const {
     columns.push_back(column.from(begin));
   }
   return std::make_shared<RowBatch>(end - begin, std::move(columns));
+}
+
+RowBatchPointer RowBatch::narrowSlice(std::size_t begin, std::size_t end) const {
+  if (m_selection == nullptr || begin == end) {
+    return slice(begin, end);
+  }
+  const std::size_t firstStored = storedRow(begin);
+  std::vector<BatchColumn> columns;
+  columns.reserve(m_columns.size());
+  for (const BatchColumn& column : m_columns) {
+    columns.push_back(column.from(firstStored));
+  }
+  auto selection = std::make_shared_for_overwrite<std::uint32_t[]>(end - begin);
+  std::transform(
+      m_selection.get() + begin, m_selection.get() + end, selection.get(),
+      [firstStored](std::uint32_t row) { return row - static_cast<std::uint32_t>(firstStored); });
+  const std::size_t storedRows = storedRow(end - 1) + 1 - firstStored;
+  return std::make_shared<RowBatch>(storedRows, std::move(columns), std::move(selection),
+                                    end - begin);
 }
 
 std::size_t RowBatch::byteCount() const {

@@ -107,6 +107,8 @@ class KELVARIN_CORE RowBatch {
 
   // Rows from `begin` to before `end`; nothing is copied.
   RowBatchPointer slice(std::size_t begin, std::size_t end) const;
+  // The same without the stored rows before and behind; a selection is copied.
+  RowBatchPointer narrowSlice(std::size_t begin, std::size_t end) const;
   // About as much memory as its columns take, those that it shares included.
   std::size_t byteCount() const;
 

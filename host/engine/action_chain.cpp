@@ -42,7 +42,7 @@ bool ActionChain::findActions() {
     const BatchStage* stage =
         action->transform() == nullptr ? nullptr : action->transform()->stage();
     RowLink* input = action->input();
-    if (stage == nullptr || input == nullptr) {
+    if (stage == nullptr || input == nullptr || action->isFinished()) {
       return false;
     }
     m_actions.insert(m_actions.begin(), action);
@@ -84,7 +84,7 @@ bool ActionChain::findEncoder() {
 
 bool ActionChain::isIntact() const {
   for (std::size_t i = 0; i < m_actions.size(); ++i) {
-    if (m_actions[i]->transform()->stage() != m_chain.stages[i]) {
+    if (m_actions[i]->isFinished() || m_actions[i]->transform()->stage() != m_chain.stages[i]) {
       return false;
     }
   }
@@ -105,6 +105,10 @@ bool ActionChain::mayStart() const {
 bool ActionChain::advance() {
   if (m_isRetired || !mayStart()) {
     return false;
+  }
+  // What comes next may replace the batches that went between its actions, or pass them by.
+  for (const RunningAction* action : m_actions) {
+    action->input()->askOn();
   }
   return m_source != nullptr ? advanceSource() : advanceInput();
 }

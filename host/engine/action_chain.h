@@ -26,7 +26,7 @@ class ActionChain {
   ActionChain(const ActionChain&) = delete;
   ActionChain& operator=(const ActionChain&) = delete;
 
-  // Its actions still compute what they did when it was made.
+  // Its actions still compute what they did when it was made, and none has ended.
   bool isIntact() const;
   // Nothing waits between its actions.
   bool isDrained() const;

@@ -14,6 +14,7 @@ constexpr auto kBetweenLooks = std::chrono::milliseconds(20);
 // For each thread: while one batch is worked on, the results of another one wait.
 constexpr std::size_t kUnitsForAThread = 2;
 constexpr std::size_t kBytesForAThread = 4 << 20;
+constexpr std::size_t kResultBytesForAThread = 16 << 20;
 
 }  // namespace
 
@@ -41,6 +42,10 @@ class BatchPipeline::Task final : public PoolTask {
     if (m_isReading) {  // an exception came before the next task could be armed
       m_pipeline.m_isReading = false;
     }
+    m_pipeline.m_resultBytesAlive += m_bytesOfResult;
+    m_pipeline.m_resultBytesAlive -= resultBytes;
+    m_pipeline.m_bytesOfLastResult = resultBytes = m_bytesOfResult;
+    m_pipeline.m_hasResult = true;
     isDone = true;
     m_pipeline.m_changed.notify_all();
   }
@@ -51,7 +56,8 @@ class BatchPipeline::Task final : public PoolTask {
   std::unique_ptr<Result> result = std::make_unique<Result>();
   bool isEnd = false;  // there was no unit
   bool isDone = false;
-  std::size_t bytes = 0;
+  std::size_t bytes = 0;        // of what it was made of
+  std::size_t resultBytes = 0;  // until it is done, those of an earlier one
 
  private:
   // False: there is none. The next one is read by another thread, while this one goes on.
@@ -92,13 +98,16 @@ class BatchPipeline::Task final : public PoolTask {
          ++i) {
       ++made.step;
       const CurrentAction current(chain.stageActions[i]);
-      made.stages.push_back(chain.stages[i]->process(*batch, i == 0 ? m_firstRow : -1));
-      if (made.stages.back().rowsDone < batch->rowCount()) {
+      if (chain.stages[i]->processesWhole(*batch)) {
+        made.stages.push_back(chain.stages[i]->process(*batch, i == 0 ? m_firstRow : -1));
+      }
+      if (made.stages.size() == i || made.stages.back().rowsDone < batch->rowCount()) {
         made.stages.clear();
         made.isWhole = false;
         return;
       }
       batch = made.stages.back().outputs[static_cast<std::size_t>(m_pipeline.m_outputPins[i])];
+      m_bytesOfResult = batch == nullptr ? m_bytesOfResult : batch->byteCount();
     }
     if (chain.encoder != nullptr && batch != nullptr && batch->rowCount() > 0) {
       ++made.step;
@@ -111,6 +120,7 @@ class BatchPipeline::Task final : public PoolTask {
   const bool m_mayWait = false;
   const long long m_firstRow = -1;
   bool m_isReading = false;
+  std::size_t m_bytesOfResult = 0;
 };
 
 BatchPipeline::BatchPipeline(TaskPool& pool, Chain chain, std::vector<int> outputPins)
@@ -132,7 +142,7 @@ BatchPipeline::~BatchPipeline() {
 
 std::size_t BatchPipeline::maxUnits() const {
   const auto threads = static_cast<std::size_t>(m_pool.threadCount()) + 1;
-  const std::size_t units = kUnitsForAThread * threads + 1;
+  const std::size_t units = m_hasResult ? kUnitsForAThread * threads + 1 : threads;
   if (m_chain.source == nullptr) {
     return units;
   }
@@ -142,7 +152,8 @@ std::size_t BatchPipeline::maxUnits() const {
 bool BatchPipeline::canArm() const {
   const auto threads = static_cast<std::size_t>(m_pool.threadCount()) + 1;
   return m_window.size() < maxUnits() &&
-         (m_window.empty() || m_bytesAlive < kBytesForAThread * threads);
+         (m_window.empty() || (m_bytesAlive < kBytesForAThread * threads &&
+                               m_resultBytesAlive < kResultBytesForAThread * threads));
 }
 
 // With the mutex locked. Null: nothing is to be read now.
@@ -151,8 +162,15 @@ std::shared_ptr<BatchPipeline::Task> BatchPipeline::arm() {
     return nullptr;
   }
   m_isReading = true;
-  m_window.push_back(std::make_shared<Task>(*this));
+  addToWindow(std::make_shared<Task>(*this));
   return m_window.back();
+}
+
+// With the mutex locked.
+void BatchPipeline::addToWindow(std::shared_ptr<Task> task) {
+  task->resultBytes = m_bytesOfLastResult;
+  m_resultBytesAlive += task->resultBytes;
+  m_window.push_back(std::move(task));
 }
 
 bool BatchPipeline::hasSpace() const {
@@ -170,7 +188,7 @@ void BatchPipeline::push(RowBatchPointer batch, BatchTrailPointer trail, long lo
   {
     const std::lock_guard lock(m_mutex);
     m_bytesAlive += task->bytes;
-    m_window.push_back(task);
+    addToWindow(task);
   }
   m_pool.submit(std::move(task));
 }
@@ -218,6 +236,7 @@ std::unique_ptr<BatchPipeline::Result> BatchPipeline::next(const std::function<b
   }
   m_window.pop_front();
   m_bytesAlive -= oldest->bytes;
+  m_resultBytesAlive -= oldest->resultBytes;
   std::shared_ptr<Task> following = arm();
   lock.unlock();
   if (following != nullptr) {

@@ -77,6 +77,7 @@ class BatchPipeline {
   bool canArm() const;
   std::shared_ptr<Task> arm();
   std::size_t maxUnits() const;
+  void addToWindow(std::shared_ptr<Task> task);
 
   TaskPool& m_pool;
   const Chain m_chain;
@@ -85,7 +86,10 @@ class BatchPipeline {
   mutable std::mutex m_mutex;  // guards all members below
   std::condition_variable m_changed;
   std::deque<std::shared_ptr<Task>> m_window;  // the oldest in front
-  std::size_t m_bytesAlive = 0;
+  std::size_t m_bytesAlive = 0;                // of what is worked on, as it was before
+  std::size_t m_resultBytesAlive = 0;          // of what has come out, and is expected to
+  std::size_t m_bytesOfLastResult = 0;
+  bool m_hasResult = false;
   bool m_isReading = false;  // a task that has not read its unit is in the window
   bool m_isDry = false;      // the source has no more units for now
   bool m_isHeld = false;

@@ -1,7 +1,8 @@
 #include "host/engine/graph_execution.h"
 
 #include <algorithm>
-#include <thread>
+
+#include "base/usable_processors.h"
 
 namespace kelvarin {
 
@@ -18,8 +19,7 @@ std::unique_ptr<TaskPool> poolFor(const Graph& graph, const ExecutionOptions& op
   if (threads < 2) {
     return nullptr;
   }
-  const int processors = static_cast<int>(std::thread::hardware_concurrency());
-  const int maxAtWork = options.isOversubscribed ? threads : std::max(1, processors - 1);
+  const int maxAtWork = options.isOversubscribed ? threads : std::max(1, usableProcessors() - 1);
   return std::make_unique<TaskPool>(threads - 1, std::move(begin), maxAtWork);
 }
 

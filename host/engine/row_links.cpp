@@ -73,7 +73,7 @@ TakenBatch RowLink::takeEncodedBatch() {
 
 void RowLink::encodeAhead() {
   while (m_afterEncoding.batch == nullptr && !m_isInputOver && m_encoding->hasSpace() &&
-         m_rowLimit > 0) {
+         m_rowLimit > 0 && (m_encoding->isEmpty() || !mayHaveToWait())) {
     TakenBatch taken = takeBatch();
     m_isInputOver = taken.batch == nullptr;
     if (taken.encoded != nullptr) {
@@ -96,9 +96,12 @@ TakenBatch RowLink::takeBatch() {
       if (!m_collector) {
         m_collector.emplace(typesOf(*row), m_batchSize);
       }
+      if (m_collector->isEmpty()) {
+        m_isBelowWaitingSource = waitingSource() != nullptr;
+      }
       m_collector->append(*row);
       noteTaken(1);
-      if (m_collector->isFull() || m_rowLimit == 0) {
+      if (m_collector->isFull() || m_rowLimit == 0 || (m_isBelowWaitingSource && mayHaveToWait())) {
         return {m_collector->take(), nullptr};
       }
       continue;
@@ -141,6 +144,32 @@ bool RowLink::hasRowsReady() const {
   return !isDrained() || isBatchAvailable() || (m_borrower != nullptr && m_borrower->isAtWork());
 }
 
+// The source above, without a queue in between, if it may wait for another program.
+const RunningAction* RowLink::waitingSource() const {
+  const RowLink* link = this;
+  while (link != nullptr && !link->isQueue()) {
+    const RunningAction& producer = link->producer();
+    if (producer.source() != nullptr) {
+      return producer.source()->mayWait() ? &producer : nullptr;
+    }
+    link = producer.input();
+  }
+  return nullptr;
+}
+
+// Rows that have come are passed on then: it may take long until there are more.
+bool RowLink::mayHaveToWait() const {
+  const RunningAction* source = waitingSource();
+  if (source == nullptr || source->hasPartOfUnit()) {
+    return false;
+  }
+  const RowLink* link = this;
+  while (link != nullptr && !link->hasRowsReady()) {
+    link = link->producer().input();
+  }
+  return link == nullptr;
+}
+
 PublishedBatch RowLink::borrowBatch() {
   PublishedBatch borrowed{batchAtWork(), nullptr, nullptr};
   if (borrowed.batch != nullptr) {
@@ -171,7 +200,6 @@ void RowLink::settleAtEnd() {
   }
 }
 
-// All rows of the batch have been taken.
 void RowLink::askOn() {
   if (m_trail != nullptr) {
     settleAtEnd();
@@ -351,12 +379,11 @@ bool Fork::makeRows() {
       hasAdvanced = true;
     }
   } else {
-    // Meanwhile the other pin's rows pile up.
-    for (std::size_t calls = 0; calls < kSingleRowsInStep && m_producer.advance(); ++calls) {
+    // Meanwhile the other pin's rows pile up. Calls are no measure: what one does depends on
+    // threads.
+    const long long end = m_producer.rowsPublished() + static_cast<long long>(kSingleRowsInStep);
+    while (m_producer.rowsPublished() < end && m_producer.advance()) {
       hasAdvanced = true;
-      if (m_queue.rowsPushed() - before >= static_cast<long long>(kSingleRowsInStep)) {
-        break;
-      }
     }
   }
   closeCollector();

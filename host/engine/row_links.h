@@ -62,6 +62,8 @@ class RowLink : public InputPin {
   PublishedBatch borrowBatch();
   void passBatch(const BatchTrailPointer& trail, std::size_t rows);
   void putBack(RowBatchPointer batch, BatchTrailPointer trail);
+  // All rows of the batch at work have been taken, and its consumer asks for what comes after.
+  void askOn();
   // The chain that has borrowed batches.
   ActionChain* borrower() const { return m_borrower; }
   void setBorrower(ActionChain* chain) { m_borrower = chain; }
@@ -94,7 +96,6 @@ class RowLink : public InputPin {
 
   bool hasBatch() const { return m_rows.rowsLeft() > 0; }
   void startBatch(PublishedBatch published);
-  void askOn();
   bool takeBorrowedBatch();
   const OneRow* rowOfBatch();
   void settle();
@@ -117,6 +118,8 @@ class RowLink : public InputPin {
   TakenBatch takeBatch();
   TakenBatch takeEncodedBatch();
   void encodeAhead();
+  const RunningAction* waitingSource() const;
+  bool mayHaveToWait() const;
 
   std::unique_ptr<EncodedBatch> m_encoded;  // the batch as a whole
   bool m_isPassed = false;                  // some of its rows were transformed
@@ -124,6 +127,7 @@ class RowLink : public InputPin {
   OneRow m_row{&m_metaData};
   bool m_hasColumns = false;
   std::optional<BatchCollector> m_collector;
+  bool m_isBelowWaitingSource = false;  // as long as rows are being collected
   long long m_rowsTaken = 0;
   std::size_t m_rowLimit = kNoLimit;
   std::unique_ptr<BatchPipeline> m_encoding;  // of batches that come without

@@ -51,6 +51,14 @@ auto RunningAction::guarded(Call call, decltype(call()) afterException) {
   }
 }
 
+long long RunningAction::rowsPublished() const {
+  long long rows = 0;
+  for (const auto& pin : m_ports.outputs) {
+    rows += pin->rowsPublished;
+  }
+  return rows;
+}
+
 bool RunningAction::open() {
   m_item.attach(&m_record, &m_ports);
   m_item.setOpen(true);
@@ -172,26 +180,27 @@ void RunningAction::failWith(const std::exception_ptr& exception) {
 
 // False: the source has no more units.
 bool RunningAction::readBatch() {
+  if (m_unitRows.rowsLeft() == 0 && !startUnit()) {
+    return m_source->readOn();
+  }
   if (m_unitRows.rowsLeft() > 0) {
     publishUnit();
-    return true;
   }
+  return true;
+}
+
+// What a chain has begun comes first. False: there is none.
+bool RunningAction::startUnit() {
   if (m_unitHolder != nullptr && m_unitHolder->isAtWork()) {
     m_unitRows.start(m_unitHolder->takeBack().batch);
-    if (m_unitRows.rowsLeft() > 0) {
-      publishUnit();
-    }
     return true;
   }
   const std::unique_ptr<BatchUnit> unit = m_source->readUnit();
   if (unit == nullptr) {
-    return m_source->readOn();
+    return false;
   }
   unit->parse();
   m_unitRows.start(m_source->accept(*unit));
-  if (m_unitRows.rowsLeft() > 0) {
-    publishUnit();
-  }
   return true;
 }
 

@@ -43,6 +43,8 @@ class RunningAction {
   const ActionPorts& ports() const { return m_ports; }
   OutputPin& output(int pin) const { return *m_ports.outputs[static_cast<std::size_t>(pin)]; }
   RunRecord& record() const { return m_record; }
+  // On all its pins.
+  long long rowsPublished() const;
 
   // False when the action refuses to run.
   bool open();
@@ -123,6 +125,7 @@ class RunningAction {
   bool step();
   bool endsWithFailure() const;
   bool readBatch();
+  bool startUnit();
   void publishUnit();
   bool transformBatch();
   bool workAhead();

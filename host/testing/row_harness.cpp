@@ -142,7 +142,7 @@ bool RowHarness::stepOverUnit() {
   return false;
 }
 
-// Results are counted in two parts, as by a consumer that takes a few rows first.
+// Every other result is counted in two parts, as by a consumer that takes a few rows first.
 bool RowHarness::stepOverBatch() {
   auto* transform = m_usesStage ? dynamic_cast<BatchTransform*>(m_action.get()) : nullptr;
   const BatchStage* stage = transform == nullptr ? nullptr : transform->stage();
@@ -154,8 +154,10 @@ bool RowHarness::stepOverBatch() {
   const StageResult result = stage->process(*batch, firstRow);
   input(0).passRows(result.rowsDone);
   transform->passRows(result.rowsDone);
-  transform->countRows(result, 0, result.rowsDone / 3);
-  transform->countRows(result, result.rowsDone / 3, result.rowsDone);
+  m_isCountedInParts = !m_isCountedInParts;
+  const std::size_t firstRows = m_isCountedInParts ? result.rowsDone / 3 : 0;
+  transform->countRows(result, 0, firstRows);
+  transform->countRows(result, firstRows, result.rowsDone);
   for (int pin = 0; pin < m_action->outputPinCount(); ++pin) {
     publish(pin, result.outputs[static_cast<std::size_t>(pin)]);
   }

@@ -125,6 +125,7 @@ class RowHarness {
   Stage m_stage = Stage::created;
   bool m_isRoutineCalled = false;
   bool m_usesStage = false;
+  bool m_isCountedInParts = false;
   char m_initAnswer = 0;
 };
 

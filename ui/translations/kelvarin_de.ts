@@ -1292,6 +1292,54 @@
         <source>The second of a date: atof(datePrint(date, &quot;s&quot;))</source>
         <translation>Die Sekunde eines Datums: atof(datePrint(date, &quot;s&quot;))</translation>
     </message>
+    <message>
+        <source>Added by Kelvarin</source>
+        <translation>Von Kelvarin ergänzt</translation>
+    </message>
+    <message>
+        <source>return 1 if the regular expression matches somewhere in the string s, otherwise return 0</source>
+        <translation>1, wenn der reguläre Ausdruck irgendwo im Text s passt, sonst 0</translation>
+    </message>
+    <message>
+        <source>A backslash is written twice, as in every text of an expression. There are no back-references and no looking ahead or back: searching takes time in proportion to the string. Upper and lower case are the same behind (?i).</source>
+        <translation>Ein Backslash wird doppelt geschrieben, wie in jedem Text eines Ausdrucks. Es gibt keine Rückverweise und kein Vor- oder Zurückschauen: Die Suche dauert so lange, wie es der Länge des Textes entspricht. Hinter (?i) sind Groß- und Kleinbuchstaben gleich.</translation>
+    </message>
+    <message>
+        <source>the part of the string s that a group of the regular expression matches; group 0 is all that it matches</source>
+        <translation>der Teil des Textes s, auf den eine Gruppe des regulären Ausdrucks passt; Gruppe 0 ist alles, worauf er passt</translation>
+    </message>
+    <message>
+        <source>Null where nothing matches and where the pattern has no such group or the group took no part. Groups count from 1 in the order of their opening brackets; (?:x) is none.</source>
+        <translation>NULL, wenn nichts passt, wenn das Muster keine solche Gruppe hat oder wenn sie nicht beteiligt war. Gruppen zählen ab 1 in der Reihenfolge ihrer öffnenden Klammern; (?:x) ist keine.</translation>
+    </message>
+    <message>
+        <source>replaces every match of the regular expression in the string s by &quot;by&quot;</source>
+        <translation>ersetzt jede Stelle des Textes s, auf die der reguläre Ausdruck passt, durch &quot;by&quot;</translation>
+    </message>
+    <message>
+        <source>In the third argument &quot;\\1&quot; to &quot;\\9&quot; are the groups, &quot;\\0&quot; is all of the match and &quot;\\\\&quot; a backslash.</source>
+        <translation>Im dritten Argument sind &quot;\\1&quot; bis &quot;\\9&quot; die Gruppen, &quot;\\0&quot; ist die ganze Stelle und &quot;\\\\&quot; ein Backslash.</translation>
+    </message>
+    <message>
+        <source>part n (from 0) of the string s, whose parts are between separators</source>
+        <translation>Teil n (ab 0) des Textes s, dessen Teile zwischen Trennzeichen stehen</translation>
+    </message>
+    <message>
+        <source>Null where there are not so many parts. An empty separator stands nowhere, so part 0 is the whole string.</source>
+        <translation>NULL, wenn es nicht so viele Teile gibt. Ein leeres Trennzeichen steht nirgends, daher ist Teil 0 der ganze Text.</translation>
+    </message>
+    <message>
+        <source>the string s, filled with c at its start until it has n characters</source>
+        <translation>der Text s, vorn mit c aufgefüllt, bis er n Zeichen hat</translation>
+    </message>
+    <message>
+        <source>A longer string stays as it is. Several characters of c are taken in turn.</source>
+        <translation>Ein längerer Text bleibt, wie er ist. Mehrere Zeichen von c werden der Reihe nach genommen.</translation>
+    </message>
+    <message>
+        <source>the string s, filled with c at its end until it has n characters</source>
+        <translation>der Text s, hinten mit c aufgefüllt, bis er n Zeichen hat</translation>
+    </message>
 </context>
 <context>
     <name>Language</name>

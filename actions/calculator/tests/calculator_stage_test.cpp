@@ -111,13 +111,112 @@ TEST(CalculatorStage, DatesThatAreNumbersKeepTheirNulls) {
   }
 }
 
-// Random numbers, assignments, texts, and texts that enter as numbers, which are counted.
+TEST(CalculatorStage, LargeResultsComeInPieces) {
+  std::string wide;
+  for (int i = 0; i < 150; ++i) {
+    wide += output("x" + std::to_string(i), "a+" + std::to_string(i));
+  }
+  const std::string inputs = "<InputVar column='a'/><InputVar column='t' isNumber='0'/>";
+  Rows rows;
+  for (int i = 0; i < 15000; ++i) {
+    rows.push_back({i, "t"});
+  }
+  expectSameInBatches(calculator(wide, "", inputs), "a:F t:U", rows);
+  const std::string longTexts = output("x", "toUpper(t)", "meta='U'") +
+                                output("y", "t // t", "meta='U'") + output("n", "strlen(t) + a") +
+                                output("z", "t", "meta='U'");
+  rows.resize(500);
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    rows[i][1] = std::string(1000 + i % 7 * 5000, static_cast<char>('a' + i % 26));
+  }
+  expectSameInBatches(calculator(longTexts, "", inputs), "a:F t:U", rows);
+}
+
+TEST(CalculatorStage, RandomOutputsOfTextsAreThoseOfSingleRows) {
+  for (unsigned seed = 0; seed < 12; ++seed) {
+    RandomExpressions random(seed);
+    const std::string outputs =
+        output("x", random.nextText(), "meta='U'") + output("n", random.nextTextNumber()) +
+        output("t", random.nextText(), "update='1' meta='U'") +
+        output("k", "strlen(t)", "update='1' meta='K'") + output("u", "a*2", "meta='U'") +
+        output("v", random.nextTextTest(), "meta='U'") + output("native", random.next());
+    expectSameInBatches(calculator(outputs, "", kInputs), kColumns, randomRows(seed, 1500));
+  }
+}
+
+// Numbers and keys enter as their shortest texts.
+TEST(CalculatorStage, NumbersThatAreTextsAreThoseOfSingleRows) {
+  expectSameInBatches(
+      calculator(output("x", "a//&quot;|&quot;//k//&quot;|&quot;//t", "meta='U'") +
+                     output("y", "strlen(nvl(a,k))"),
+                 "",
+                 "<InputVar column='a' isNumber='0'/><InputVar column='k' isNumber='0'/>"
+                 "<InputVar column='t' isNumber='0'/>"),
+      kColumns, randomRows(5, 1500));
+}
+
+// Its neighbours are computed by the batch.
+TEST(CalculatorStage, ATextThatGrowsTooLongFailsAtItsRow) {
+  Rows rows;
+  for (int i = 0; i < 40; ++i) {
+    rows.push_back({i, i == 17 ? std::string(std::size_t{33} << 20, 'x') : std::to_string(i)});
+  }
+  for (const char* abort : {"0", "1"}) {
+    const std::string xml = calculator(output("x", "strlen(t//t)") + output("y", "a"),
+                                       std::string("abortWhenError='") + abort + "'", kTextInput);
+    const RunOutcome rowByRow = outcomeOf<Calculator>(xml, "a:F t:U", rows);
+    EXPECT_EQ(outcomeOf<Calculator>(xml, "a:F t:U", rows, BatchShape{1000}), rowByRow);
+    EXPECT_EQ(rowByRow.hasFailed, abort == std::string("1"));
+  }
+}
+
+// Texts that are no numbers or no dates are counted, also of columns that no expression uses.
+TEST(CalculatorStage, TextsThatEnterAsNumbersAreCountedAtTheirRows) {
+  for (const int badRow : {0, 1, 6, 300, 1499}) {
+    Rows rows;
+    for (int i = 0; i < 1500; ++i) {
+      const bool isBad = i == badRow;
+      const std::string day = std::to_string(10 + i % 20);
+      rows.push_back({i,
+                      isBad        ? "x"
+                      : i % 3 == 0 ? ""
+                                   : " 12.5 ",
+                      isBad ? "never" : "2024-01-" + day, isBad ? Value("?") : Value(nullptr),
+                      "text"});
+    }
+    for (const char* option : {"0", "1"}) {
+      expectSameInBatches(
+          calculator(output("x", "a+t") + output("y", "d*2") + output("z", "strlen(u)"),
+                     std::string("dateFormat='yyyy-MM-dd' referenceTime='20000101 00:00:00' "
+                                 "emptyETToNull='") +
+                         option + "'",
+                     "<InputVar column='a'/><InputVar column='t'/><InputVar column='d' meta='D'/>"
+                     "<InputVar column='v' meta='D'/><InputVar column='u' isNumber='0'/>"),
+          "a:F t:U d:U v:U u:U", rows);
+    }
+  }
+}
+
+// Ending a batch at every other row would take longer than single rows.
+TEST(CalculatorStage, ThereIsNoneAnyMoreWhereManyTextsAreNoNumbers) {
+  auto h = RowHarness::of<Calculator>(
+      calculator(output("x", "a+t"), "", "<InputVar column='a'/><InputVar column='t'/>"),
+      "a:F t:U");
+  h.pushRepeated({1, "x"}, 200);
+  ASSERT_TRUE(h.pull(0).has_value());
+  EXPECT_NE(h.actionAs<Calculator>().stage(), nullptr);
+  for (int i = 0; i < 150; ++i) {
+    ASSERT_TRUE(h.pull(0).has_value());
+  }
+  EXPECT_EQ(h.actionAs<Calculator>().stage(), nullptr);
+}
+
+// Random numbers and assignments.
 TEST(CalculatorStage, ThereIsNoneWhereRowsMatter) {
   const std::pair<std::string, std::string> kOneByOne[] = {
       {output("x", "rand1()"), kTextInput},
       {output("x", "a=a+1"), kTextInput},
-      {output("x", "t", "meta='U'"), kTextInput},
-      {output("x", "a+1"), kNumberInput + "<InputVar column='t'/>"}};
+      {output("x", "t//ftoa(rand1())", "meta='U'"), kTextInput}};
   for (const auto& [first, inputs] : kOneByOne) {
     auto h =
         RowHarness::of<Calculator>(calculator(first + output("y", "a"), "", inputs), "a:F t:U");

@@ -379,14 +379,15 @@ TEST(CalculatorVectorized, ATableOfAHundredThousandRowsIsReadInNoTime) {
   EXPECT_LT(seconds.count(), 5.0);  // a fraction of a second, but ten minutes where it is quadratic
 }
 
-// Vectors, a variable of all elements and the row number; a key that fails in one element.
+// Vectors, a variable of all elements and the row number; a key that fails in one element; texts.
 TEST(CalculatorVectorized, BatchesYieldTheRowsOfSingleOnes) {
   Rows rows;
   for (int i = 0; i < 2500; ++i) {
     rows.push_back({i, i % 9 == 0 ? Value(nullptr) : Value(i / 2.0), 3 * i, i == 2000 ? -4 : 1, i});
   }
   const std::string outputs = output("x//\"_s\"", "x*y+c+_n") + output("y//\"_c\"", "c-y") +
-                              output("y//\"_k\"", "y", "meta='K'");
+                              output("y//\"_k\"", "y", "meta='K'") +
+                              output("x//\"_t\"", "ftoa(x)//&quot;-&quot;//itoa(y+_n)", "meta='U'");
   const auto setTable = [](RowHarness& h) { setVectors(h, kTwoPairs); };
   for (const char* mode : {"castToKey1='1'", "castToKey1='2'"}) {
     const std::string xml = vectorized(outputs, mode, "<InputVar column='c'/>");

@@ -13,7 +13,7 @@ const char kColumns[] = "a:F b:F k:K t:U";
 std::string filter(const std::string& expression, const std::string& attributes = "") {
   return "<FilterRows name='f' " + attributes + "><Expression>" + expression +
          "</Expression><InputVars><InputVar column='a'/><InputVar column='b'/>"
-         "<InputVar column='k'/></InputVars></FilterRows>";
+         "<InputVar column='k'/><InputVar column='t' isNumber='0'/></InputVars></FilterRows>";
 }
 
 void expectSameInBatches(const std::string& xml, const Rows& rows) {
@@ -47,11 +47,25 @@ TEST(FilterStage, RandomConditionsAreThoseOfSingleRows) {
   }
 }
 
+// A text is true where it is not empty, and warned about.
+TEST(FilterStage, ConditionsWithTextsAreThoseOfSingleRows) {
+  for (unsigned seed = 0; seed < 12; ++seed) {
+    RandomExpressions random(seed);
+    const std::string condition = seed % 4 == 0 ? random.nextText() : random.nextTextTest();
+    Rows rows;
+    for (int i = 0; i < 1500; ++i) {
+      rows.push_back(random.row());
+    }
+    expectSameInBatches(filter(condition), rows);
+  }
+}
+
 TEST(FilterStage, TruncatesBehindTheFirstFalseRow) {
   const Rows rows = countedRows(2500);
   for (const char* last : {"0", "1", "6", "7", "999", "1000", "1024", "2499", "9999"}) {
     expectSameInBatches(filter(std::string("a &lt; ") + last, "truncate='1'"), rows);
     expectSameInBatches(filter(std::string("_n+0 &lt; ") + last, "truncate='1'"), rows);
+    expectSameInBatches(filter(std::string("atof(t) &lt; ") + last, "truncate='1'"), rows);
   }
 }
 

@@ -449,7 +449,7 @@ TEST_F(WriteColumnarGelTest, ASplitBySizeIsTheSameForAnyNumberOfThreads) {
         "split='1' segmentSize='1' nRowsInBlock='1000' nThread='" + std::to_string(threads) + "'",
         "n:F t:U");
     unsigned state = 1;
-    for (int i = 0; i < 150000; ++i) {
+    for (int i = 0; i < 250000; ++i) {
       state = state * 1664525u + 1013904223u;
       h.push({state / 7.0, std::to_string(state)});
     }
@@ -461,7 +461,7 @@ TEST_F(WriteColumnarGelTest, ASplitBySizeIsTheSameForAnyNumberOfThreads) {
       sizes.push_back(name + " " + std::to_string(content(name).size()));
       rows += name.ends_with(".cgel_kelvarin") ? rowsOf(name) : 0;
     }
-    EXPECT_EQ(rows, 150000);
+    EXPECT_EQ(rows, 250000);
     EXPECT_GE(sizes.size(), 6u);
     EXPECT_TRUE(first.empty() || sizes == first);
     first = sizes;

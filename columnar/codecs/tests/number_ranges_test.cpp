@@ -19,7 +19,7 @@ std::uint64_t bits(double value) {
 // One number among others that are all 2.0, at every index of the lanes and of the rest.
 template <typename Use>
 void atEveryIndex(std::uint64_t number, Use use) {
-  for (std::size_t rows = 1; rows <= 13; ++rows) {
+  for (std::size_t rows = 1; rows <= 21; ++rows) {
     for (std::size_t index = 0; index < rows; ++index) {
       std::vector<std::uint64_t> numbers(rows, bits(2.0));
       numbers[index] = number;

@@ -178,6 +178,7 @@ const std::vector<MadeColumn> kEveryKind{{"plain key", 'K', 0},
                                          {"split bytes", 'F', 1},
                                          {"sparse", 'F', 1},
                                          {"plain", 'F', 1},
+                                         {"integers", 'F', 1},
                                          {"texts", 'U', 2},
                                          {"words", 'U', 2},
                                          {"common beginnings", 'U', 2}};
@@ -193,7 +194,8 @@ std::vector<Values> rowsOfEveryKind() {
          i % 9 == 4 ? Value(nullptr) : Value((i * 3700 + mixed % 90) / 10.0), std::sqrt(mixed % 20),
          1 + std::floor(fraction * 0x1p30) * 0x1p-40 / 3,
          i % 10 == 3 ? Value(fraction) : Value(0.0), std::exp(900 * fraction - 450),
-         std::to_string(fraction), i % 7 == 3 ? Value(nullptr) : Value(i % 2 ? "w" : ""),
+         i % 30 == 3 ? fraction : mixed * 0.01 * (i % 19), std::to_string(fraction),
+         i % 7 == 3 ? Value(nullptr) : Value(i % 2 ? "w" : ""),
          std::string(static_cast<std::size_t>(mixed % 4) * 70, 'b') + std::to_string(mixed % 30)});
   }
   return rows;

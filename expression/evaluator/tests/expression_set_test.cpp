@@ -42,6 +42,36 @@ TEST(ExpressionSet, TakesTheFirstBackendThatCompiles) {
   EXPECT_EQ(run.number(4), 7.0);
 }
 
+TEST(ExpressionSet, SaysWhatKeepsAnExpressionFromRunningByTheBatch) {
+  struct Case {
+    const char* expression;
+    const char* token;  // empty: it runs by the batch
+    int position;
+  };
+  const Case cases[] = {{"a*2", "", -1},
+                        {"round(a)", "", -1},
+                        {"strlen(t) + a", "", -1},
+                        {"nvl2(t, 1, 2) > 1 and isNull(t)", "", -1},
+                        {"nvl2(t, 1, isNull(t)) and 2 > a", "and", 22},
+                        {"strlen(t // ftoa(rand1()))", "rand1", 17},
+                        {"strlen(load(t))", "load", 7},
+                        {"strlen(t) + (a = 3)", "=", 15},
+                        {"strlen(a > 1 ? t : 2)", "?", 13},
+                        {"isNull(t) + sqrt(t)", "sqrt", 12},
+                        {"strlen(t) + (int)-3", "-", 17},
+                        {"strlen(t) > 1 and t == 5", "==", 20},
+                        {"max(strlen(t), a == 1)", "max", 0},
+                        {"strlen(t)!", "!", 9}};
+  for (const Case& one : cases) {
+    TableRun run({"a", "t"}, "FU", {inputOf("a"), inputOf("t", 'U')});
+    ASSERT_EQ(run.add(outputOf(one.expression)), QString()) << one.expression;
+    const EngineChoice& engine = run.evaluator.expressions.output(0).engine;
+    EXPECT_EQ(engine.takesBatches, *one.token == '\0') << one.expression;
+    EXPECT_EQ(engine.batchRefusal.token.toStdString(), one.token) << one.expression;
+    EXPECT_EQ(engine.batchRefusal.position, one.position) << one.expression;
+  }
+}
+
 TEST(ExpressionSet, AnObserverForcesTheStringBackend) {
   TableRun run({"a"}, "F", {inputOf("a")}, {}, true);
   ASSERT_EQ(run.add(outputOf("a*2")), QString());

@@ -1,12 +1,14 @@
 // Numbers become the texts that printf writes.
 
 #include <bit>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <random>
 
 #include <gtest/gtest.h>
 
+#include "expression/functions/number_scanner.h"
 #include "expression/functions/tests/table_calls.h"
 
 namespace kelvarin {
@@ -46,6 +48,32 @@ TEST(NumberText, IsAsPrintedForAllFiniteNumbers) {
     // Many ties between two numbers of six digits.
     expectAsPrinted(calls, static_cast<double>(random() % 40'000'000) / 64.0);
   }
+}
+
+// Also of texts that look like one: other signs, two points, more digits than it takes.
+TEST(NumberText, PlainDecimalsAreThoseOfTheStandardLibrary) {
+  constexpr std::string_view kSigns = "0123456789012345678901234567890123456789..-+e,";
+  std::mt19937 random(3);
+  int read = 0;
+  for (int i = 0; i < 400'000; ++i) {
+    std::string text(random() % 2, '-');
+    for (auto left = random() % 19; left > 0; --left) {
+      text += kSigns[random() % kSigns.size()];
+    }
+    double expected = 0.0;
+    const char* const end = text.data() + text.size();
+    const auto parsed = std::from_chars(text.data(), end, expected);
+    const std::optional<double> plain = plainDecimal(text);
+    if (plain) {
+      ++read;
+      ASSERT_TRUE(parsed.ec == std::errc() && parsed.ptr == end) << text;
+      ASSERT_EQ(std::bit_cast<std::uint64_t>(*plain), std::bit_cast<std::uint64_t>(expected))
+          << text;
+    }
+  }
+  EXPECT_GT(read, 100'000);
+  EXPECT_EQ(plainDecimal("-0.125"), -0.125);
+  EXPECT_EQ(plainDecimal("123456789012345"), 123456789012345.0);
 }
 
 }  // namespace

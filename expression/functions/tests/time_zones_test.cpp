@@ -2,6 +2,7 @@
 // hour, and a zone that a text states counts.
 
 #include <gtest/gtest.h>
+#include <QDateTime>
 
 #include "expression/functions/tests/table_calls.h"
 

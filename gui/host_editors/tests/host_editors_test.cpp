@@ -1,4 +1,5 @@
 // What holds for the editors of all host actions.
+#include <QAbstractItemView>
 #include <QLineEdit>
 
 #include "gui/host_editors/tests/editor_fixture.h"
@@ -64,6 +65,21 @@ TEST_F(HostEditorTest, WhatCannotBeUsedStaysInItsFieldWithTheReason) {
   EXPECT_TRUE(m_committed.isEmpty());
   EXPECT_EQ(m_editor->uncommittedState().value(QStringLiteral("separator")), u"ab");
   EXPECT_TRUE(widget<QWidget>("faults").isVisible());
+}
+
+TEST_F(HostEditorTest, CopyingWhereNothingIsCurrentCopiesNothing) {
+  const QString file = write("a.csv", "id,name\n1,one\n");
+  for (const QByteArray& xml :
+       {"<ReadCSV name='a' file='" + file.toUtf8() + "'/>",
+        QByteArray("<InlineTable name='a'><Column name='x' meta='F'/></InlineTable>")}) {
+    open(xml);
+    const auto views = m_editor->findChildren<QAbstractItemView*>();
+    ASSERT_FALSE(views.isEmpty());
+    for (QAbstractItemView* view : views) {
+      view->setCurrentIndex({});
+      QTest::keyClick(view, Qt::Key_C, Qt::ControlModifier);
+    }
+  }
 }
 
 TEST_F(HostEditorTest, ControlsHaveNamesAreReachedByTabAndCutNothing) {

@@ -28,8 +28,14 @@ RunResult madeResult() {
   speed.rowsIn = {19811, 0};
   speed.rowsOut = {19811};
   speed.source = 0;
-  speed.report.outputs = {
-      {QStringLiteral("kmh"), QStringLiteral("Fast Parser"), QStringLiteral("nvl"), {}, 12, 0, 3}};
+  OutputReport kmh;
+  kmh.name = QStringLiteral("kmh");
+  kmh.engine = QStringLiteral("Fast Parser");
+  kmh.slowedBy = QStringLiteral("nvl");
+  kmh.nulls = 12;
+  kmh.nans = 0;
+  kmh.failures = 3;
+  speed.report.outputs = {kmh};
   speed.files = {{QStringLiteral("/tests/out/speed.csv"), 2'500'000}};
   source.report.blocksRead = 3;
   source.report.blocksSkipped = 47;

@@ -53,6 +53,16 @@ const Drawing kDrawings[] = {
     {"<CountUnits name='s' rows='50000' unit='300'/><SplitBatches name='f' n='2000'/>"
      "<SplitBatches name='g' n='1' every='4000'/><TakeBatches name='w' encoded='1'/>",
      "s f, f g, g w"},
+    // Every row goes by itself while those behind it are under way.
+    {"<CountUnits name='s' rows='400' unit='20'/><SplitBatches name='f' n='3' every='1'/>"
+     "<TakeBatches name='w'/>",
+     "s f, f:1 w"},
+    // The last row of a unit that f keeps goes through g by itself. The run ends in the next unit,
+    // which the chain does, and the rows that f dropped in between count.
+    {"<CountUnits name='s' rows='50000' unit='300'/><SplitBatches name='f' n='3'/>"
+     "<SplitBatches name='g' n='1' every='8997'/><Pass name='p' stops='3010'/>"
+     "<TakeBatches name='w'/>",
+     "s f, f g, g p, p w"},
     // The second action fails at a row that the first one has passed long before.
     {"<CountUnits name='s' rows='50000' unit='300'/><SplitBatches name='f' n='2' stops='40000'/>"
      "<SplitBatches name='g' n='5' stops='23333'/><TakeBatches name='w' encoded='1'/>",
@@ -64,6 +74,11 @@ const Drawing kDrawings[] = {
     {"<CountUnits name='s' rows='50000' unit='300'/><SplitBatches name='f' n='3'/>"
      "<SplitBatches name='g' n='1' ends='31000'/><TakeBatches name='w'/>",
      "s f, f:1 g, g w"},
+    // Rows behind the end of an action are nobody's, also where a chain has it in the middle.
+    {"<CountUnits name='s' rows='50000' unit='300'/><SplitBatches name='f' n='3'/>"
+     "<SplitBatches name='g' n='1' ends='31000'/><SplitBatches name='h' n='2'/>"
+     "<TakeBatches name='w'/>",
+     "s f, f:1 g, g h, h:1 w"},
     {"<CountUnits name='s' rows='50000' unit='300'/><SplitBatches name='f' n='3'/><Pass name='p' "
      "stops='1111'/><TakeBatches name='w' encoded='1'/>",
      "s f, f:1 p, p w"},
@@ -84,6 +99,11 @@ const Drawing kDrawings[] = {
     {"<CountUnits name='s' rows='140000' unit='3000'/><SplitBatches name='f' n='3' ends='90000'/>"
      "<Pass name='p'/><TakeBatches name='w' encoded='1'/><Collect name='v'/>",
      "s f, f:1 p, f:1 v, p w"},
+    // Readers of both pins end early; how far the others have come by then counts.
+    {"<CountUnits name='s' rows='9000' unit='20'/><SplitBatches name='f' n='3' every='2'/>"
+     "<Pass name='p' stops='100'/><Pass name='q' stops='1'/><TakeBatches name='w'/>"
+     "<TakeBatches name='v'/>",
+     "s f, f p, f:1 q, p w, q v"},
     // A sink that is none: nobody reads its rows.
     {"<CountUnits name='s' rows='50000' unit='300'/><SplitBatches name='f' n='3'/>", "s f"},
     {"<CountUnits name='s' rows='50000' unit='300'/><SplitBatches name='f' n='3'/><SplitBatches "

@@ -32,7 +32,9 @@ class ArrowSink : public TableSink {
   Status<QString> checkSettings() override;
   Status<QString> begin(const OneRow& columns) override;
   std::unique_ptr<BatchEncoder> makeEncoder() override { return m_writer->makeEncoder(); }
-  Status<QString> writeEncoded(EncodedBatch& batch) override { return m_writer->write(batch); }
+  Status<QString> writeEncoded(std::unique_ptr<EncodedBatch> batch) override {
+    return m_writer->write(*batch);
+  }
   Status<QString> finish() override { return m_writer->finish(); }
   void release() override { m_writer.reset(); }
 

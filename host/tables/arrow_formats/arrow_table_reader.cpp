@@ -87,7 +87,6 @@ Result<TableColumns, QString> ArrowTableReader::open(IsStopped) {
   }
   noteTimestamps(schema);
   m_plan->rowsInUnit = m_file->rowsInUnit();
-  m_plan->isUsed.assign(m_plan->columns.types.size(), true);
   m_tallies.resize(m_plan->columns.types.size());
   return m_plan->columns;
 }

@@ -17,7 +17,6 @@ class ArrowTableReader : public BatchReader {
   ArrowTableReader(const QString& path, std::unique_ptr<ArrowFile> file, ColumnRules rules);
 
   Result<TableColumns, QString> open(IsStopped isStopped) override;
-  void useColumns(const std::vector<bool>& isUsed) override { m_plan->isUsed = isUsed; }
   std::unique_ptr<TableUnit> readUnit() override;
   void accept(TableUnit& unit) override;
   float fractionDone() const override;

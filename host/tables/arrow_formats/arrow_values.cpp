@@ -62,18 +62,4 @@ ConvertedArray convertArray(const arrow::Array& array, MetaTypeColumn type, Colu
   return conversionOf(values.type_id(), type)(ArraySource{array, values, &coded, &texts}, tally);
 }
 
-BatchColumn unreadColumn(MetaTypeColumn type, std::size_t rowCount) {
-  const auto zeros = std::make_shared<double[]>(std::max<std::size_t>(rowCount, 1));
-  const auto* bytes = reinterpret_cast<const unsigned char*>(zeros.get());
-  switch (type) {
-    case MetaTypeColumn::number:
-      return BatchColumn::ofNumbers(zeros, zeros.get());
-    case MetaTypeColumn::key:
-      return BatchColumn::ofKeys(zeros, reinterpret_cast<const std::uint32_t*>(bytes));
-    default:
-      return BatchColumn::ofTexts(type, zeros, bytes, reinterpret_cast<const std::uint32_t*>(bytes),
-                                  4);
-  }
-}
-
 }  // namespace kelvarin

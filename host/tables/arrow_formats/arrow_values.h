@@ -23,7 +23,4 @@ const arrow::DataType& valueTypeOf(const arrow::DataType& type);
 ConvertedArray convertArray(const arrow::Array& array, MetaTypeColumn type, ColumnTally& tally,
                             DictionaryTexts& texts);
 
-// A column of a type for rows of which nobody reads it: zeros or empty texts.
-BatchColumn unreadColumn(MetaTypeColumn type, std::size_t rowCount);
-
 }  // namespace kelvarin

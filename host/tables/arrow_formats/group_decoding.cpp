@@ -62,10 +62,6 @@ DecodedColumn GroupDecoding::take(std::size_t index, std::size_t unit) {
 
 DecodedColumn GroupDecoding::decodeNext(std::size_t index, std::size_t unit) {
   const std::int64_t rowCount = rowsOfUnit(unit);
-  if (!m_plan->isUsed[index]) {
-    const auto rows = static_cast<std::size_t>(rowCount);
-    return {unreadColumn(m_plan->columns.types[index], rows), rowCount, {}, {}};
-  }
   const long long firstRow = m_firstRow + static_cast<long long>(unit) * m_plan->rowsInUnit;
   const auto array = m_group->next(static_cast<int>(index), rowCount);
   const bool isWhole = array.ok() && (*array)->length() == rowCount;

@@ -28,7 +28,6 @@ namespace kelvarin {
 struct DecodingPlan {
   QString path;
   TableColumns columns;
-  std::vector<bool> isUsed;  // the others get zeros and empty texts
   bool areBadValuesNull = false;
   std::int64_t rowsInUnit = 0;
 };

@@ -1,12 +1,12 @@
 #include "host/tables/csv/csv_batch_format.h"
 
 #include <algorithm>
+#include <cstring>
 
 #ifdef __SSE2__
 #include <emmintrin.h>
 #endif
 
-#include "base/shortest_number.h"
 #include "host/contract/text_operations.h"
 
 namespace kelvarin {
@@ -14,7 +14,7 @@ namespace kelvarin {
 namespace {
 
 // With quotes around, every byte doubled, and a separator.
-constexpr std::size_t kMaxNumberSize = 2 * kLongestNumberText + 3;
+constexpr std::size_t kMaxNumberSize = 2 * NumberText::kCopied + 3;
 constexpr std::string_view kNumberBytes = "0123456789.+-einfa";
 // Bytes of a text that are read and written at once.
 constexpr std::size_t kStep = 16;
@@ -53,29 +53,33 @@ CsvBatchFormat::CsvBatchFormat(const CsvDialect& dialect, std::vector<MetaTypeCo
 
 std::unique_ptr<CsvText> CsvBatchFormat::encodeRows(const RowBatch& batch) const {
   auto text = std::make_unique<CsvText>(m_store);
+  PrintedRows rows(batch);
   std::vector<Cursor> columns;
   columns.reserve(m_types.size());
-  for (const BatchColumn& column : batch.columns()) {
-    columns.push_back({column.type(), &column, column.textBytes() + column.textSize()});
+  for (std::size_t i = 0; i < batch.columnCount(); ++i) {
+    const BatchColumn& column = batch.column(i);
+    columns.push_back({rows.numbers(i), &column, column.textBytes() + column.textSize()});
   }
-  appendRows(*text, batch, columns);
+  while (rows.next() && appendRows(*text, rows, columns)) {
+  }
   return text;
 }
 
-void CsvBatchFormat::appendRows(CsvText& text, const RowBatch& batch,
+// False when a field cannot be written.
+bool CsvBatchFormat::appendRows(CsvText& text, const PrintedRows& rows,
                                 const std::vector<Cursor>& columns) const {
-  char* end = text.begin();
-  for (std::size_t row = 0; row < batch.rowCount(); ++row) {
-    const std::size_t stored = batch.storedRow(row);
+  char* end = text.end();
+  for (std::size_t row = rows.begin(); row < rows.end(); ++row) {
     char* target = text.reserve(end, m_fixedCapacity);
     const std::ptrdiff_t start = target - text.begin();
     for (const Cursor& column : columns) {
-      target = appendValue(text, target, column, stored);
+      target = column.numbers != nullptr ? appendNumber(target, column.numbers[row - rows.begin()])
+                                         : appendText(text, target, column, rows.storedRow(row));
       if (target == nullptr) [[unlikely]] {
         const auto index = static_cast<int>(&column - columns.data());
         text.setEnd(text.begin() + start, row);
-        text.setUnwritable({row, index, textOfValue(*column.column, stored)});
-        return;
+        text.setUnwritable({row, index, textOfValue(*column.column, rows.storedRow(row))});
+        return false;
       }
       *target++ = m_dialect.separator;
     }
@@ -83,7 +87,8 @@ void CsvBatchFormat::appendRows(CsvText& text, const RowBatch& batch,
     end = columns.empty() ? target + 1 : target;
     end[-1] = '\n';
   }
-  text.setEnd(end, batch.rowCount());
+  text.setEnd(end, rows.end());
+  return true;
 }
 
 std::unique_ptr<CsvText> CsvBatchFormat::encodeNames(const OneRow& columns) const {
@@ -107,35 +112,29 @@ std::unique_ptr<CsvText> CsvBatchFormat::encodeNames(const OneRow& columns) cons
   return text;
 }
 
-inline char* CsvBatchFormat::appendValue(CsvText& text, char* target, const Cursor& column,
-                                         std::size_t row) const {
-  if (column.type == MetaTypeColumn::number) {
-    const double number = column.column->numbers()[row];
-    return isNullNumber(number) ? appendNull(target)
-                                : quotedIfNeeded(target, appendShortest(target, number));
-  }
-  if (column.type == MetaTypeColumn::key) {
-    const std::uint32_t key = column.column->keys()[row];
-    return isNullKey(key) ? appendNull(target) : quotedIfNeeded(target, appendWhole(target, key));
-  }
-  const unsigned char* value = column.column->text(row);
-  return isNullText(value) ? appendNull(target)
-                           : appendText(text, target, textAt(value), column.textEnd);
-}
-
 // A number that is printed as the null text or holds the separator becomes a quoted field.
-inline char* CsvBatchFormat::quotedIfNeeded(char* target, char* end) const {
-  const std::string_view printed(target, static_cast<std::size_t>(end - target));
-  if (!m_needsNumberCheck || !needsQuote(printed)) [[likely]] {
-    return end;
+inline char* CsvBatchFormat::appendNumber(char* target, const NumberText& number) const {
+  if (m_needsNumberCheck) [[unlikely]] {
+    if (number.size == 0) {
+      return appendNull(target);
+    }
+    if (needsQuote(number.text())) {
+      return appendQuoted(target, number.text());
+    }
   }
-  return appendQuoted(target, std::string(printed));
+  std::memcpy(target, number.data(), NumberText::kCopied);
+  return target + number.size;
 }
 
-inline char* CsvBatchFormat::appendText(CsvText& text, char* target, std::string_view value,
-                                        const unsigned char* end) const {
+inline char* CsvBatchFormat::appendText(CsvText& text, char* target, const Cursor& column,
+                                        std::size_t row) const {
+  const unsigned char* bytes = column.column->text(row);
+  if (isNullText(bytes)) {
+    return appendNull(target);
+  }
+  const std::string_view value = textAt(bytes);
   target = text.reserve(target, 2 * value.size() + m_fixedCapacity);
-  if (copyPlain(target, value, end)) [[likely]] {
+  if (copyPlain(target, value, column.textEnd)) [[likely]] {
     return target + value.size();
   }
   // An empty line would be a missing value.

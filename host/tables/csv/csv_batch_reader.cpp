@@ -106,12 +106,15 @@ Status<QString> CsvBatchReader::nameByDeclarations() {
   return Done{};
 }
 
-// A bad record ends the first rows; the rows before it come first.
+// A bad record ends the first rows; the rows before it come first. Where all types are declared,
+// nobody has to wait for more rows of a pipe.
 Status<QString> CsvBatchReader::inferTypes() {
   std::vector<TypeInference> inferences(m_table->columns.types.size());
   long long line = m_line;
   bool hasBadRecord = false;
-  for (long long rows = 0; rows < kInferredRows && !hasBadRecord;) {
+  const bool isDeclared = std::ranges::count(m_table->isDeclared, false) == 0;
+  const long long mostRows = isDeclared && !m_file.canReadAgain() ? 1 : kInferredRows;
+  for (long long rows = 0; rows < mostRows && !hasBadRecord;) {
     std::unique_ptr<CsvUnit> unit = readPiece();
     if (unit == nullptr) {
       break;

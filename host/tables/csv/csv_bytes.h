@@ -43,20 +43,29 @@ class CsvByteFinder {
   static constexpr std::size_t kStep = kCsvStep;
 
   explicit CsvByteFinder(const CsvDialect& dialect)
-      : m_separator(dialect.separator), m_quote(dialect.hasQuote ? dialect.quote : '\r') {}
+      : m_separator(every(dialect.separator)),
+        m_quote(every(dialect.hasQuote ? dialect.quote : '\r')) {}
 
   // Of the kStep bytes at `bytes`.
   CsvByteBits look(const char* bytes) const {
     CsvByteBits bits{0, 0};
 #ifdef __SSE2__
     constexpr std::size_t kWidth = sizeof(__m128i);
-    for (std::size_t at = 0; at < kStep; at += kWidth) {
-      const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + at));
-      const auto is = [&](char c) { return _mm_cmpeq_epi8(chunk, _mm_set1_epi8(c)); };
-      const __m128i rare = _mm_or_si128(is('\r'), is(m_quote));
-      const __m128i special = _mm_or_si128(_mm_or_si128(is('\n'), is(m_separator)), rare);
-      bits.rare |= static_cast<std::uint64_t>(_mm_movemask_epi8(rare)) << at;
-      bits.special |= static_cast<std::uint64_t>(_mm_movemask_epi8(special)) << at;
+    constexpr std::size_t kChunks = kStep / kWidth;
+    __m128i rare[kChunks];
+#pragma GCC unroll 4
+    for (std::size_t i = 0; i < kChunks; ++i) {
+      const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + i * kWidth));
+      const auto is = [&](__m128i wanted) { return _mm_cmpeq_epi8(chunk, wanted); };
+      rare[i] = _mm_or_si128(is(every('\r')), is(m_quote));
+      const __m128i special = _mm_or_si128(_mm_or_si128(is(every('\n')), is(m_separator)), rare[i]);
+      bits.special |= bitsOf(special) << i * kWidth;
+    }
+    // Most texts have none.
+    if (bitsOf(_mm_or_si128(_mm_or_si128(rare[0], rare[1]), _mm_or_si128(rare[2], rare[3]))) != 0) {
+      for (std::size_t i = 0; i < kChunks; ++i) {
+        bits.rare |= bitsOf(rare[i]) << i * kWidth;
+      }
     }
 #else
     for (std::size_t at = 0; at < kStep; ++at) {
@@ -71,8 +80,19 @@ class CsvByteFinder {
   }
 
  private:
-  char m_separator;
-  char m_quote;
+#ifdef __SSE2__
+  using EveryByte = __m128i;
+  static EveryByte every(char c) { return _mm_set1_epi8(c); }
+  static std::uint64_t bitsOf(__m128i chunk) {
+    return static_cast<std::uint64_t>(_mm_movemask_epi8(chunk));
+  }
+#else
+  using EveryByte = char;
+  static EveryByte every(char c) { return c; }
+#endif
+
+  EveryByte m_separator;
+  EveryByte m_quote;
 };
 
 }  // namespace kelvarin

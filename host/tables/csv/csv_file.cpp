@@ -59,10 +59,15 @@ Result<std::size_t, QString> CsvFile::readAt(long long offset, char* bytes,
   return done;
 }
 
-Result<std::size_t, QString> CsvFile::readNext(char* bytes, std::size_t size) const {
+Result<CsvFile::Piece, QString> CsvFile::readNext(char* bytes, std::size_t size,
+                                                  std::size_t atLeast) const {
   std::size_t done = 0;
   while (done < size) {
-    if (!m_isRegular && !waitForBytes()) {
+    const bool isEnough = !m_isRegular && done >= atLeast;
+    if (isEnough && !hasMoreSoon()) {
+      return Piece{done, false};
+    }
+    if (!m_isRegular && !isEnough && !waitForBytes()) {
       return Failure{table_messages::cannotRead(m_path, qt_error_string(ECANCELED))};
     }
     const ssize_t got = ::read(m_descriptor, bytes + done, size - done);
@@ -70,11 +75,19 @@ Result<std::size_t, QString> CsvFile::readNext(char* bytes, std::size_t size) co
       return Failure{table_messages::cannotRead(m_path, qt_error_string(errno))};
     }
     if (got == 0) {
-      break;
+      return Piece{done, true};
     }
     done += got > 0 ? static_cast<std::size_t>(got) : 0;
   }
-  return done;
+  return Piece{done, false};
+}
+
+// Longer than a program at work takes to write on, and shorter than somebody who looks at the rows
+// would notice.
+bool CsvFile::hasMoreSoon() const {
+  constexpr int kMilliseconds = 10;
+  pollfd entry{m_descriptor, POLLIN, 0};
+  return ::poll(&entry, 1, kMilliseconds) != 0;
 }
 
 bool CsvFile::waitForBytes() const {

@@ -17,6 +17,12 @@ namespace kelvarin {
 
 class CsvFile {
  public:
+  // What was read.
+  struct Piece {
+    std::size_t size;
+    bool isLast;  // nothing follows
+  };
+
   CsvFile() = default;
   ~CsvFile();
   CsvFile(const CsvFile&) = delete;
@@ -31,10 +37,13 @@ class CsvFile {
 
   // Fewer bytes than `size` are read only at the end.
   Result<std::size_t, QString> readAt(long long offset, char* bytes, std::size_t size) const;
-  Result<std::size_t, QString> readNext(char* bytes, std::size_t size) const;
+  // Up to `size` bytes: from a pipe, those that come without much waiting, once there are `atLeast`
+  // of them.
+  Result<Piece, QString> readNext(char* bytes, std::size_t size, std::size_t atLeast = 1) const;
 
  private:
   bool waitForBytes() const;
+  bool hasMoreSoon() const;
 
   QString m_path;
   int m_descriptor = -1;

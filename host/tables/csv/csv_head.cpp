@@ -51,7 +51,7 @@ class HeadReader {
   Result<bool, QString> readFirstRecord() {
     for (;;) {
       const bool isStart = m_bytes.empty();
-      const Result<std::size_t, QString> got = readMore();
+      const Result<CsvFile::Piece, QString> got = readMore();
       if (!got) {
         return Failure{got.error()};
       }
@@ -60,7 +60,7 @@ class HeadReader {
       }
       const char* next = m_bytes.data() + m_used;
       const bool isComplete = m_scanner.scan(next, m_bytes.data() + m_bytes.size());
-      const bool isAtEnd = !isComplete && *got < kStep;
+      const bool isAtEnd = !isComplete && got.value().isLast;
       const bool hasRecord = isComplete || (isAtEnd && m_scanner.finish());
       m_used = static_cast<std::size_t>(next - m_bytes.data());
       if (m_scanner.record().fieldCount > kMaxCsvColumns) {
@@ -89,12 +89,15 @@ class HeadReader {
 
  private:
   static constexpr std::size_t kStep = 64 * 1024;
+  // As many as files of other formats and byte order marks are known by.
+  static constexpr std::size_t kSignature = 16;
 
-  Result<std::size_t, QString> readMore() {
+  Result<CsvFile::Piece, QString> readMore() {
     const std::size_t before = m_bytes.size();
     m_bytes.resize(before + kStep);
-    Result<std::size_t, QString> got = m_file.readNext(m_bytes.data() + before, kStep);
-    m_bytes.resize(before + (got ? *got : 0));
+    Result<CsvFile::Piece, QString> got =
+        m_file.readNext(m_bytes.data() + before, kStep, before == 0 ? kSignature : 1);
+    m_bytes.resize(before + (got ? got->size : 0));
     if (before == 0 && std::string_view(m_bytes).starts_with(kByteOrderMark)) {
       m_start = kByteOrderMark.size();
       m_used = m_start;
@@ -108,11 +111,11 @@ class HeadReader {
       return true;
     }
     const bool endsInReturn = m_bytes.back() == '\r';
-    const Result<std::size_t, QString> got = readMore();
+    const Result<CsvFile::Piece, QString> got = readMore();
     if (!got) {
       return Failure{got.error()};
     }
-    m_used += endsInReturn && *got > 0 && m_bytes[m_used] == '\n' ? 1 : 0;
+    m_used += endsInReturn && got.value().size > 0 && m_bytes[m_used] == '\n' ? 1 : 0;
     return true;
   }
 

@@ -10,6 +10,7 @@ CsvIndex CsvIndexer::index(CsvBlock& block, std::size_t size, bool isEnd) {
   m_size = static_cast<std::uint32_t>(size);
   m_isEnd = isEnd;
   m_record = m_mark = marks.data();
+  m_marksEnd = m_mark + marks.size();
   m_skipTo = 0;
   m_isInQuotes = false;
   m_isStopped = false;
@@ -68,22 +69,20 @@ void CsvIndexer::takePlain(std::uint32_t start, std::uint64_t special) {
   m_mark = next;
 }
 
-// For as many marks as one step can make: a line end makes two. A record that has more fields than
-// columns already is at fault whatever follows, and gets no memory for more.
-void CsvIndexer::ensureCapacity(std::vector<std::uint32_t>& marks) {
-  constexpr std::size_t kMaxInStep = 2 * CsvByteFinder::kStep + 2;
+// A record that has more fields than columns already is at fault whatever follows, and gets no
+// memory for more.
+void CsvIndexer::grow(std::vector<std::uint32_t>& marks) {
   const auto used = static_cast<std::size_t>(m_mark - marks.data());
-  if (marks.size() - used < kMaxInStep) [[unlikely]] {
-    const auto record = static_cast<std::size_t>(m_record - marks.data());
-    if (used - record > m_columnCount + 1) {
-      m_index.hasFault = true;
-      m_isStopped = true;
-      return;
-    }
-    marks.resize(2 * marks.size() + kMaxInStep);
-    m_record = marks.data() + record;
-    m_mark = marks.data() + used;
+  const auto record = static_cast<std::size_t>(m_record - marks.data());
+  if (used - record > m_columnCount + 1) {
+    m_index.hasFault = true;
+    m_isStopped = true;
+    return;
   }
+  marks.resize(2 * marks.size() + kMaxMarksInStep);
+  m_record = marks.data() + record;
+  m_mark = marks.data() + used;
+  m_marksEnd = marks.data() + marks.size();
 }
 
 void CsvIndexer::takeSpecial(std::uint32_t at) {

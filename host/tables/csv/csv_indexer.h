@@ -34,7 +34,16 @@ class CsvIndexer {
   void finish();
   void mark(std::uint32_t offset) { *m_mark++ = offset; }
   std::uint32_t fieldStart() const { return m_mark[-1] & ~CsvBlock::kQuotedMark; }
-  void ensureCapacity(std::vector<std::uint32_t>& marks);
+  // For as many marks as one step can make.
+  void ensureCapacity(std::vector<std::uint32_t>& marks) {
+    if (m_marksEnd - m_mark < kMaxMarksInStep) [[unlikely]] {
+      grow(marks);
+    }
+  }
+  void grow(std::vector<std::uint32_t>& marks);
+
+  // A line end makes two.
+  static constexpr std::ptrdiff_t kMaxMarksInStep = 2 * CsvByteFinder::kStep + 2;
 
   CsvDialect m_dialect;
   CsvByteFinder m_finder;
@@ -46,7 +55,8 @@ class CsvIndexer {
   bool m_isEnd = false;
   std::uint32_t* m_record = nullptr;  // the first mark of the open record
   std::uint32_t* m_mark = nullptr;    // the next mark
-  std::uint32_t m_skipTo = 0;         // special bytes before have been taken with another
+  std::uint32_t* m_marksEnd = nullptr;
+  std::uint32_t m_skipTo = 0;  // special bytes before have been taken with another
   bool m_isInQuotes = false;
   bool m_isStopped = false;  // by a fault, or where it depends on bytes to come
   CsvIndex m_index;

@@ -1,6 +1,7 @@
 // The numbers and keys that the fields of a CSV file are. Blanks around are allowed.
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <charconv>
 #include <clocale>
@@ -10,6 +11,10 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 #include "base/null_number.h"
 #include "host/contract/column_bytes.h"
@@ -31,6 +36,12 @@ inline std::string_view withoutPlus(std::string_view text) {
   const bool hasPlus = text.size() > 1 && text[0] == '+' && text[1] != '-' && text[1] != '+';
   return hasPlus ? text.substr(1) : text;
 }
+
+// Masks for the last of 16 bytes.
+struct MaskBytes {
+  unsigned char bytes[32] = {};
+  constexpr MaskBytes() { std::fill(bytes + 16, bytes + 32, static_cast<unsigned char>(0xFF)); }
+};
 
 // Beyond the range of a double: infinity or (nearly) zero, as rounding has it.
 inline double roundedOutOfRange(std::string_view text) {
@@ -64,64 +75,80 @@ inline bool parseNumber(std::string_view field, double& number) {
   return true;
 }
 
-// Numbers of at most eight bytes: digits, with a minus and a point where they may be. Exact, since
-// whole numbers below 10^8 and powers of ten up to 10^7 are doubles and a division rounds once.
-// False for everything else, and for digits after a leading zero if these are refused. The eight
-// bytes before the end of `field` may be read, whatever its size.
+// Numbers of at most 16 digits (15 after a point that comes first), with a minus and a point where
+// they may be. Exact, since whole numbers below 2^53 and powers of ten up to 10^16 are doubles and
+// a division rounds once. False for everything else, for larger numbers, and for digits after a
+// leading zero if these are refused. The 17 bytes before the end of `field` may be read, whatever
+// its size.
 template <bool refusesLeadingZeros = false>
-[[gnu::always_inline]] inline bool parseShortDecimal(std::string_view field, double& number) {
-  constexpr std::uint64_t kZeros = 0x3030303030303030u;
-  constexpr std::uint64_t kPoints = 0x2E2E2E2E2E2E2E2Eu;
-  constexpr std::uint64_t kLowBits = 0x0101010101010101u;
-  constexpr std::uint64_t kHighBits = 0x8080808080808080u;
-  static constexpr double kPowers[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
-  static constexpr std::uint64_t kWholePowers[] = {1,      10,      100,       1000,
-                                                   10'000, 100'000, 1'000'000, 10'000'000};
-  if (field.empty() || field.size() > 8) {
+[[gnu::always_inline]] inline bool parsePlainDecimal([[maybe_unused]] std::string_view field,
+                                                     [[maybe_unused]] double& number) {
+#ifdef __SSE2__
+  constexpr std::size_t kMaxDigits = 16;
+  static constexpr double kPowers[] = {1,   1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7, 1e8,
+                                       1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16};
+  // Read from the byte n on: 16 - n times 0, then 0xFF.
+  static constexpr MaskBytes kMasks;
+  if (field.empty()) {
     return false;
   }
   const bool isNegative = field.front() == '-';
-  std::size_t digits = field.size() - (isNegative ? 1 : 0);
-  if (digits == 0) {
+  const std::size_t size = field.size() - (isNegative ? 1 : 0);
+  if (size - 1 > kMaxDigits) {
     return false;
   }
-  // The digits at the high end, zeros below.
-  std::uint64_t bytes;
-  std::memcpy(&bytes, field.data() + field.size() - 8, 8);
-  const std::uint64_t present = ~std::uint64_t{0} << (64 - 8 * digits);
-  bytes = (bytes & present) | (kZeros & ~present);
-  std::size_t decimals = 0;
-  const std::uint64_t other = bytes ^ kPoints;
-  const std::uint64_t points = (other - kLowBits) & ~other & kHighBits;
-  if (points != 0) {
-    const int below = std::countr_zero(points) & ~7;  // bits below the point
-    decimals = static_cast<std::size_t>(7 - below / 8);
-    const std::uint64_t whole = bytes & ((std::uint64_t{1} << below) - 1);
-    const std::uint64_t fraction = bytes & ((~std::uint64_t{0} << below) << 8);
-    bytes = fraction | whole << 8 | '0';
-    if (--digits == 0) {
+  const char* end = field.data() + field.size();
+  if constexpr (refusesLeadingZeros) {
+    if (end[-static_cast<std::ptrdiff_t>(size)] == '0' && size > 1 &&
+        end[1 - static_cast<std::ptrdiff_t>(size)] != '.') [[unlikely]] {
       return false;
     }
   }
-  if ((((bytes + 0x4646464646464646u) | (bytes - kZeros)) & kHighBits) != 0) {
+  const auto load = [](const void* bytes) {
+    return _mm_loadu_si128(static_cast<const __m128i*>(bytes));
+  };
+  __m128i bytes = load(end - kMaxDigits);
+  const auto points =
+      static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('.')))) &
+      (0xFFFFu << (kMaxDigits - std::min(size, kMaxDigits)) & 0xFFFFu);
+  const bool hasPoint = points != 0;
+  std::size_t decimals = 0;
+  if (hasPoint) {
+    // The digits before the point are moved to those after it.
+    decimals = kMaxDigits - 1 - static_cast<std::size_t>(std::countr_zero(points));
+    const __m128i isAfter = load(kMasks.bytes + decimals);
+    bytes = _mm_or_si128(_mm_and_si128(isAfter, bytes),
+                         _mm_andnot_si128(isAfter, load(end - kMaxDigits - 1)));
+  }
+  const std::size_t digitCount = size - (hasPoint ? 1 : 0);
+  if (digitCount - 1 >= kMaxDigits) {
+    return false;
+  }
+  const __m128i isDigit = load(kMasks.bytes + digitCount);
+  const __m128i digits = _mm_and_si128(_mm_sub_epi8(bytes, _mm_set1_epi8('0')), isDigit);
+  const __m128i nines = _mm_set1_epi8(9);
+  if (_mm_movemask_epi8(_mm_cmpeq_epi8(_mm_max_epu8(digits, nines), nines)) != 0xFFFF) {
     return false;
   }
   // Neighbours are joined to numbers of two, four and eight digits.
-  bytes = (bytes & 0x0F0F0F0F0F0F0F0Fu) * 2561 >> 8;
-  bytes = (bytes & 0x00FF00FF00FF00FFu) * 6553601 >> 16;
-  bytes = (bytes & 0x0000FFFF0000FFFFu) * 42949672960001 >> 32;
-  if constexpr (refusesLeadingZeros) {
-    // By the value: fewer digits count than there are, and not for the sake of decimals.
-    if (bytes < kWholePowers[digits - 1] && digits > decimals + 1) [[unlikely]] {
-      return false;
-    }
+  const __m128i tens = _mm_and_si128(digits, _mm_set1_epi16(0xFF));
+  const __m128i twos =
+      _mm_add_epi16(_mm_mullo_epi16(tens, _mm_set1_epi16(10)), _mm_srli_epi16(digits, 8));
+  const __m128i fours = _mm_madd_epi16(twos, _mm_set1_epi32(1 << 16 | 100));
+  const __m128i packed = _mm_packs_epi32(fours, fours);
+  const auto eights = static_cast<std::uint64_t>(
+      _mm_cvtsi128_si64(_mm_madd_epi16(packed, _mm_set1_epi32(1 << 16 | 10'000))));
+  const std::uint64_t whole = (eights & 0xFFFFFFFF) * 100'000'000 + (eights >> 32);
+  constexpr int kBitsOfDouble = 53;
+  if (whole >> kBitsOfDouble != 0) {
+    return false;
   }
-  number = static_cast<double>(bytes);
-  if (decimals > 0) {
-    number /= kPowers[decimals];
-  }
-  number = isNegative ? -number : number;
+  const double magnitude = static_cast<double>(whole) / kPowers[decimals];
+  number = isNegative ? -magnitude : magnitude;
   return true;
+#else
+  return false;
+#endif
 }
 
 // How a number's text says more than the number it is read as.

@@ -48,6 +48,7 @@ class CsvText final : public EncodedBatch {
     return m_buffer.capacity - used >= size ? end : grow(used, size);
   }
   char* begin() const { return m_buffer.bytes.get(); }
+  char* end() const { return begin() + m_used; }
   void setEnd(const char* end, std::size_t rowCount) {
     m_used = static_cast<std::size_t>(end - m_buffer.bytes.get());
     m_rowCount = static_cast<long long>(rowCount);

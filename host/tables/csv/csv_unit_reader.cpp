@@ -54,17 +54,17 @@ bool CsvUnitReader::fill(CsvPiece& piece) {
   std::memcpy(piece.block.bytes() + piece.size, m_left.data(), left);
   m_left.erase(0, left);
   piece.size += left;
-  const std::size_t wanted = size - piece.size;
-  const Result<std::size_t, QString> got =
-      m_file.readNext(piece.block.bytes() + piece.size, wanted);
+  // What is left over may have whole records, which wait for nothing.
+  const Result<CsvFile::Piece, QString> got =
+      m_file.readNext(piece.block.bytes() + piece.size, size - piece.size, left > 0 ? 0 : 1);
   if (!got) {
     m_hasEnded = true;
     piece.failure = got.error();
     piece.size = 0;
     return false;
   }
-  m_isFileRead = *got < wanted;
-  piece.size += *got;
+  m_isFileRead = got.value().isLast;
+  piece.size += got.value().size;
   return true;
 }
 

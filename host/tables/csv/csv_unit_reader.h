@@ -1,5 +1,6 @@
 // Reads the data of a CSV file in pieces of whole records.
 //
+// Records of a pipe do not wait for further ones that take their time.
 // A record longer than a piece makes its piece grow, up to the longest record. Regular files and
 // pipes are read alike, once.
 // Threads: one at a time.

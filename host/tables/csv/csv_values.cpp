@@ -1,8 +1,12 @@
 #include "host/tables/csv/csv_values.h"
 
 #include <algorithm>
+#include <bit>
+#include <type_traits>
 
 #include <QUtf8StringView>
+
+#include "host/tables/csv/csv_short_decimals.h"
 
 namespace kelvarin {
 
@@ -13,7 +17,7 @@ struct NumberType {
   static constexpr Value kMissing = kNullNumber;
   static bool parse(std::string_view field, Value& value) { return parseNumber(field, value); }
   static bool parseInBlock(std::string_view field, Value& value) {
-    return parseShortDecimal(field, value) || parseNumber(field, value);
+    return parsePlainDecimal(field, value) || parseNumber(field, value);
   }
 };
 
@@ -25,7 +29,7 @@ struct ExactNumberType {
     return parseNumber(field, value) && lostDigits(field, value) == LostDigits::none;
   }
   static bool parseInBlock(std::string_view field, Value& value) {
-    return parseShortDecimal<true>(field, value) ||
+    return parsePlainDecimal<true>(field, value) ||
            (parseNumber(field, value) &&
             (!mayHaveLostDigits(field) || lostDigits(field, value) == LostDigits::none));
   }
@@ -127,32 +131,51 @@ std::optional<BadField> FieldConverter::convert(long long begin, long long end,
 template <typename Type>
 std::optional<BadField> FieldConverter::parse(long long begin, long long end,
                                               const CsvNullRule& nulls, BadFieldCount* tolerated,
-                                              typename Type::Value* value) {
-  std::string unquoted;
-  value += begin;
-  const std::uint32_t* mark = m_block->marksOfRow(begin) + m_index;
-  for (long long row = begin; row < end; ++row, ++value, mark += m_block->marksInRow()) {
-    const CsvField field = m_block->fieldAt(mark);
-    if (!field.isQuoted && Type::parseInBlock(field.bytes, *value)) [[likely]] {
-      if (nulls.nullText.empty() || !nulls.isNullText(field)) [[likely]] {
-        continue;
+                                              typename Type::Value* values) {
+  constexpr long long kRows = kShortDecimalsAtOnce;
+  for (long long row = begin; row < end; row += kRows) {
+    const auto count = static_cast<int>(std::min(kRows, end - row));
+    std::uint64_t left = ~std::uint64_t{0} >> (kRows - count);
+    if constexpr (std::is_same_v<typename Type::Value, double>) {
+      if (!nulls.isNumber) {
+        left &= ~parseShortDecimals(*m_block, m_index, row, static_cast<std::size_t>(count),
+                                    values + row);
       }
     }
-    *value = Type::kMissing;
-    const std::string_view text = textOf(field, nulls.quote, unquoted);
-    if (text.empty() || nulls.isNullText(field)) {
-      continue;
+    for (; left != 0; left &= left - 1) {
+      const long long next = row + std::countr_zero(left);
+      if (auto bad = parseField<Type>(next, nulls, tolerated, values[next])) {
+        return bad;
+      }
     }
-    if (field.isQuoted && Type::parse(text, *value)) {
-      continue;
+  }
+  return std::nullopt;
+}
+
+template <typename Type>
+std::optional<BadField> FieldConverter::parseField(long long row, const CsvNullRule& nulls,
+                                                   BadFieldCount* tolerated,
+                                                   typename Type::Value& value) {
+  const CsvField field = m_block->field(row, m_index);
+  if (!field.isQuoted && Type::parseInBlock(field.bytes, value)) [[likely]] {
+    if (!nulls.isNumber || !nulls.isNullText(field)) [[likely]] {
+      return std::nullopt;
     }
-    if (tolerated == nullptr) {
-      return BadField{row, std::string(text)};
-    }
-    *value = Type::kMissing;
-    if (tolerated->count++ == 0) {
-      tolerated->firstLine = m_block->linesBefore(row);
-    }
+  }
+  value = Type::kMissing;
+  const std::string_view text = textOf(field, nulls.quote, m_unquoted);
+  if (text.empty() || nulls.isNullText(field)) {
+    return std::nullopt;
+  }
+  if (field.isQuoted && Type::parse(text, value)) {
+    return std::nullopt;
+  }
+  if (tolerated == nullptr) {
+    return BadField{row, std::string(text)};
+  }
+  value = Type::kMissing;
+  if (tolerated->count++ == 0) {
+    tolerated->firstLine = m_block->linesBefore(row);
   }
   return std::nullopt;
 }

@@ -36,11 +36,15 @@ struct CsvNullRule {
   char quote;
   std::string nullText;
   bool isEmptyNull;  // an empty line, which is a missing value in a file with one column
+  bool isNumber;     // the null text would be one
 
   CsvNullRule(const CsvDialect& dialect, std::size_t columnCount)
       : quote(dialect.quote),
         nullText(dialect.nullText),
-        isEmptyNull(columnCount == 1 || dialect.nullText.empty()) {}
+        isEmptyNull(columnCount == 1 || dialect.nullText.empty()) {
+    double number = 0;
+    isNumber = parseNumber(nullText, number);
+  }
 
   bool isNullText(const CsvField& field) const {
     return !field.isQuoted &&
@@ -66,7 +70,10 @@ class FieldConverter {
  private:
   template <typename Type>
   std::optional<BadField> parse(long long begin, long long end, const CsvNullRule& nulls,
-                                BadFieldCount* tolerated, typename Type::Value* value);
+                                BadFieldCount* tolerated, typename Type::Value* values);
+  template <typename Type>
+  std::optional<BadField> parseField(long long row, const CsvNullRule& nulls,
+                                     BadFieldCount* tolerated, typename Type::Value& value);
   std::optional<BadField> copyTexts(long long begin, long long end, const CsvNullRule& nulls);
 
   const CsvBlock* m_block;
@@ -74,6 +81,7 @@ class FieldConverter {
   DigitRule m_digits;
   ColumnMemory m_memory;
   std::size_t m_textSize = 0;
+  std::string m_unquoted;
 };
 
 bool isUtf8(std::string_view text);

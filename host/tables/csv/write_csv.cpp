@@ -7,7 +7,7 @@
 namespace kelvarin {
 
 namespace {
-// Texts below this size wait for more.
+// Texts below this size wait for more, unless somebody may be waiting for them.
 constexpr std::size_t kWrittenAtOnce = 32 * 1024;
 
 std::vector<AttributeDescription> describedAttributes() {
@@ -62,47 +62,46 @@ Status<QString> WriteCsv::begin(const OneRow& columns) {
   if (!m_dialect.hasHeader || m_types.empty()) {
     return Done{};
   }
-  const std::unique_ptr<CsvText> header = CsvBatchFormat(m_dialect, m_types).encodeNames(columns);
+  std::shared_ptr<const CsvText> header = CsvBatchFormat(m_dialect, m_types).encodeNames(columns);
   if (header->unwritable()) {
     return Failure{needsQuoteText(0, *header->unwritable())};
   }
-  return append(header->text());
+  return append(std::move(header));
 }
 
 std::unique_ptr<BatchEncoder> WriteCsv::makeEncoder() {
   return std::make_unique<CsvBatchFormat>(m_dialect, m_types);
 }
 
-Status<QString> WriteCsv::writeEncoded(EncodedBatch& batch) {
-  const auto& text = static_cast<const CsvText&>(batch);
-  Status<QString> status = append(text.text());
-  m_rowsWritten += text.rowCount();
-  if (!text.unwritable()) {
+Status<QString> WriteCsv::writeEncoded(std::unique_ptr<EncodedBatch> batch) {
+  const std::shared_ptr<const CsvText> text(static_cast<const CsvText*>(batch.release()));
+  Status<QString> status = append(text);
+  m_rowsWritten += text->rowCount();
+  if (!text->unwritable()) {
     return status;
   }
   if (status) {
     status = flush();
   }
-  return status ? Failure{needsQuoteText(m_rowsWritten + 1, *text.unwritable())} : status;
+  return status ? Failure{needsQuoteText(m_rowsWritten + 1, *text->unwritable())} : status;
 }
 
-Status<QString> WriteCsv::append(std::string_view text) {
-  if (text.size() < kWrittenAtOnce) {
-    m_waiting += text;
+Status<QString> WriteCsv::append(std::shared_ptr<const CsvText> text) {
+  const std::string_view bytes = text->text();
+  if (bytes.size() < kWrittenAtOnce && !output().isStream()) {
+    m_waiting += bytes;
     return m_waiting.size() < kWrittenAtOnce ? Status<QString>(Done{}) : flush();
   }
-  if (const auto status = flush(); !status) {
-    return status;
-  }
-  return output().write(text.data(), text.size());
+  const Status<QString> status = flush();
+  return status ? write(std::move(text), bytes) : status;
 }
 
 Status<QString> WriteCsv::flush() {
-  const Status<QString> status = m_waiting.empty()
-                                     ? Status<QString>(Done{})
-                                     : output().write(m_waiting.data(), m_waiting.size());
-  m_waiting.clear();
-  return status;
+  if (m_waiting.empty()) {
+    return Done{};
+  }
+  const auto text = std::make_shared<const std::string>(std::exchange(m_waiting, {}));
+  return write(text, *text);
 }
 
 Status<QString> WriteCsv::finish() {

@@ -7,6 +7,9 @@
 
 namespace kelvarin {
 
+class CsvText;
+struct UnwritableField;
+
 class WriteCsv : public Described<WriteCsv, TableSink> {
  public:
   WriteCsv(XMLNode node, GlobalParameters* parameters);
@@ -21,12 +24,12 @@ class WriteCsv : public Described<WriteCsv, TableSink> {
   Status<QString> checkSettings() override;
   Status<QString> begin(const OneRow& columns) override;
   std::unique_ptr<BatchEncoder> makeEncoder() override;
-  Status<QString> writeEncoded(EncodedBatch& batch) override;
+  Status<QString> writeEncoded(std::unique_ptr<EncodedBatch> batch) override;
   Status<QString> finish() override;
   void release() override;
 
  private:
-  Status<QString> append(std::string_view text);
+  Status<QString> append(std::shared_ptr<const CsvText> text);
   Status<QString> flush();
   QString needsQuoteText(long long row, const UnwritableField& field) const;
 

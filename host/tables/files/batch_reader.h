@@ -46,8 +46,6 @@ class BatchReader {
   // `isStopped` is for readUnit(), too. When it has answered true, the error is one that nobody
   // shows.
   virtual Result<TableColumns, QString> open(IsStopped isStopped) = 0;
-  // Before the first unit: the columns that somebody reads; the values of the others may be any.
-  virtual void useColumns(const std::vector<bool>& /*isUsed*/) {}
   // Batches have the columns that open() returned. An error of reading is the failure of a unit
   // without rows. Null: the end, however often it is asked.
   virtual std::unique_ptr<TableUnit> readUnit() = 0;

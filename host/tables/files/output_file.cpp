@@ -151,7 +151,19 @@ Status<QString> OutputFile::openTemporary(const QByteArray& path) {
 }
 
 Status<QString> OutputFile::write(const char* bytes, std::size_t size) {
-  if (const int error = m_file.write(bytes, size); error != 0) {
+  return noteWritten(m_file.write(bytes, size), size);
+}
+
+Status<QString> OutputFile::write(std::span<const std::string_view> pieces) {
+  std::size_t size = 0;
+  for (const std::string_view piece : pieces) {
+    size += piece.size();
+  }
+  return noteWritten(m_file.write(pieces), size);
+}
+
+Status<QString> OutputFile::noteWritten(int error, std::size_t size) {
+  if (error != 0) {
     m_hasReaderLeft = error == EPIPE && isStandardOutput();
     return Failure{writeError(error)};
   }
@@ -170,12 +182,12 @@ bool OutputFile::isStandardOutput() const {
 
 QString OutputFile::writeError(int error) const {
   const QString reason = error == EPIPE ? table_messages::readerWentAway() : systemText(error);
-  return isDirect() ? table_messages::cannotWriteDirectly(m_shownName, reason)
+  return isStream() ? table_messages::cannotWriteDirectly(m_shownName, reason)
                     : table_messages::cannotWrite(m_shownName, reason);
 }
 
 Status<QString> OutputFile::complete() {
-  const int error = isDirect() ? m_file.close() : m_file.sync();
+  const int error = isStream() ? m_file.close() : m_file.sync();
   if (error != 0) {
     return Failure{writeError(error)};
   }
@@ -184,7 +196,7 @@ Status<QString> OutputFile::complete() {
 }
 
 Status<QString> OutputFile::publish() {
-  if (isDirect()) {
+  if (isStream()) {
     return Done{};
   }
   if (!takeFinalName()) {

@@ -9,6 +9,9 @@
 // Errors: texts for the user; nothing logs.
 #pragma once
 
+#include <span>
+#include <string_view>
+
 #include <QByteArray>
 #include <QString>
 
@@ -28,7 +31,11 @@ class OutputFile {
   // An empty path opens nothing and fails.
   Status<QString> open(const QString& path);
   bool isOpen() const { return m_file.isOpen(); }
+  // A pipe, a device or standard output.
+  bool isStream() const { return m_finalPath.isEmpty(); }
   Status<QString> write(const char* bytes, std::size_t size);
+  // One after the other; not of a stream.
+  Status<QString> write(std::span<const std::string_view> pieces);
   long long bytesWritten() const { return m_bytesWritten; }
   // The writing failed since the program that reads standard output has seen enough: no fault.
   bool hasReaderLeft() const { return m_hasReaderLeft; }
@@ -44,8 +51,8 @@ class OutputFile {
   Status<QString> openStream(int descriptor);
   Status<QString> openTemporary(const QByteArray& path);
   bool isStandardOutput() const;
+  Status<QString> noteWritten(int error, std::size_t size);
   QString writeError(int error) const;
-  bool isDirect() const { return m_finalPath.isEmpty(); }
   [[nodiscard]] bool takeFinalName();
 
   QString m_shownName;

@@ -116,6 +116,9 @@ char TableSink::close() {
       result = 1;
     }
   }
+  if (const Status<QString> status = m_queue.drop(); !status) {
+    endWithError(status.error());
+  }
   m_output.discard();
   m_names.giveBack();
   m_encoder.reset();
@@ -143,6 +146,7 @@ bool TableSink::takeFirstBatch(ActionItem* action) {
   const OneRow emptyRow(&noColumns);
   const OneRow* announced = sink->announcedColumnsOfInPin(0);
   const OneRow& columns = announced != nullptr ? *announced : emptyRow;
+  sink->m_queue.start(sink->run() == nullptr ? nullptr : sink->run()->tasks, sink);
   if (const Status<QString> status = sink->begin(columns); !status) {
     return sink->endWithError(status.error());
   }
@@ -164,7 +168,7 @@ bool TableSink::take(TakenBatch taken) {
     taken.encoded = m_encoder->encode(*taken.batch);
   }
   const Status<QString> status =
-      m_encoder != nullptr ? writeEncoded(*taken.encoded) : write(*taken.batch);
+      m_encoder != nullptr ? writeEncoded(std::move(taken.encoded)) : write(*taken.batch);
   return status ? false : endWithError(status.error());
 }
 
@@ -173,6 +177,9 @@ bool TableSink::endOfInput() {
     return true;
   }
   Status<QString> status = finish();
+  if (status) {
+    status = m_queue.finish();
+  }
   if (status) {
     status = m_output.complete();
   }

@@ -2,8 +2,7 @@
 //
 // init() creates the temporary file, so that a folder that cannot be written stops the run before
 // it reads anything. The file is complete when the input ends, and gets its name in close() when
-// the run has ended normally. Batches are encoded by any thread, where the format has an encoder,
-// and written by the engine's.
+// the run has ended normally. Batches are encoded by any thread, where the format has an encoder.
 // Errors: logged, and the run fails.
 #pragma once
 
@@ -14,6 +13,7 @@
 #include "host/files/file_hints.h"
 #include "host/files/output_check.h"
 #include "host/tables/files/output_file.h"
+#include "host/tables/files/output_queue.h"
 
 namespace kelvarin {
 
@@ -46,13 +46,17 @@ class TableSink : public ActionItem, public BatchSink, public FileUser, public O
   // Of sinks without an encoder.
   virtual Status<QString> write(const RowBatch& /*batch*/) { return Done{}; }
   // Of sinks with an encoder, which has made `batch`.
-  virtual Status<QString> writeEncoded(EncodedBatch& /*batch*/) { return Done{}; }
-  // Passes everything to output().
+  virtual Status<QString> writeEncoded(std::unique_ptr<EncodedBatch> /*batch*/) { return Done{}; }
+  // Passes everything to output() or write().
   virtual Status<QString> finish() = 0;
   // Forgets what belongs to one run.
   virtual void release() = 0;
 
   OutputFile& output() { return m_output; }
+  // To the output, in the order of the calls, perhaps by a task; `owner` keeps the bytes.
+  Status<QString> write(std::shared_ptr<const void> owner, std::string_view bytes) {
+    return m_queue.append(std::move(owner), bytes);
+  }
   // Writes the element's head and the attribute `file`.
   void saveHead(std::wostringstream& out, const QString& name) const;
   QString expandedFile() const;
@@ -71,6 +75,7 @@ class TableSink : public ActionItem, public BatchSink, public FileUser, public O
   QString m_file;
   ClaimedNames m_names;
   OutputFile m_output;
+  OutputQueue m_queue{m_output};
   std::unique_ptr<BatchEncoder> m_encoder;
 };
 

@@ -216,26 +216,4 @@ TEST(ArrowUnits, rowsBeforeABadValueAreThere) {
   }
 }
 
-TEST(ArrowUnits, columnsThatNobodyReadsAreNotDecoded) {
-  const TableFolder folder;
-  const Sample small = sample(300);
-  for (const Format format : {Format::parquet, Format::ipc}) {
-    testing::writeFile(folder.path("t"), format, *small.table);
-    const auto reader = readerOf(format, folder.path("t"));
-    reader->useColumns({false, true, false, false, false, false, false, true});
-    auto units = unitsOf(*reader);
-    ASSERT_EQ(units.size(), 1u);
-    units[0]->parse();
-    std::vector<Values> rows;
-    addRows(*units[0], rows);
-    ASSERT_EQ(rows.size(), 300u);
-    for (std::size_t row = 0; row < rows.size(); ++row) {
-      EXPECT_EQ(rows[row][1], small.rows[row][1]);
-      EXPECT_EQ(rows[row][7], small.rows[row][7]);
-      EXPECT_EQ(rows[row][0], testing::Value(0));
-      EXPECT_EQ(rows[row][3], testing::Value(""));
-    }
-  }
-}
-
 }  // namespace kelvarin

@@ -6,6 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include "host/tables/csv/csv_indexer.h"
+#include "host/tables/csv/csv_values.h"
+
 namespace kelvarin {
 
 namespace {
@@ -21,32 +24,92 @@ bool isPlain(std::string_view text) {
 
 }  // namespace
 
-// The short way yields the standard library's bits, and takes every plain number of eight bytes.
-TEST(CsvNumber, shortDecimalsAreExact) {
+// The quick way yields the standard library's bits, and takes every plain number that is a whole
+// one below 2^53 without its point, unless the point is the first of 17 bytes.
+TEST(CsvNumber, plainDecimalsAreExact) {
   constexpr std::string_view kBytes = "00112233445566778899..--+e ,/:\xFF";
+  constexpr std::size_t kBefore = 17;
   std::mt19937 random(23);
-  char text[24] = "\"-9.,e7\n";
-  for (int i = 0; i < 400000; ++i) {
-    const std::size_t size = random() % 10;
-    const std::size_t kinds = i % 2 == 0 ? 22 : kBytes.size();
+  char text[64] = "\"-9.,e7\n\"-9.,e7\n5";
+  for (int i = 0; i < 1000000; ++i) {
+    const std::size_t size = random() % (i % 3 == 0 ? 20 : 10);
+    const std::size_t kinds = i % 2 == 0 ? 21 : kBytes.size();
     for (std::size_t at = 0; at < size; ++at) {
-      text[8 + at] = kBytes[random() % kinds];
+      text[kBefore + at] = kBytes[random() % kinds];
     }
-    const std::string_view field(text + 8, size);
+    const std::string_view field(text + kBefore, size);
     double expected = 0;
     const auto parsed = std::from_chars(field.data(), field.data() + size, expected);
     const bool isNumber = parsed.ec == std::errc() && parsed.ptr == field.data() + size;
     double number = 0;
-    const bool isTaken = parseShortDecimal(field, number);
+    const bool isTaken = parsePlainDecimal(field, number);
     ASSERT_LE(isTaken, isNumber) << field;
     if (isTaken) {
-      ASSERT_EQ(std::bit_cast<std::uint64_t>(number), std::bit_cast<std::uint64_t>(expected))
-          << field;
+      ASSERT_TRUE(hasSameBits(number, expected)) << field;
     }
     double refusing = 0;
-    const bool isRefused = isTaken && !parseShortDecimal<true>(field, refusing);
+    const bool isRefused = isTaken && !parsePlainDecimal<true>(field, refusing);
     ASSERT_EQ(isRefused, isTaken && lostDigits(field, number) == LostDigits::leadingZero) << field;
-    ASSERT_EQ(isTaken, size <= 8 && isPlain(field)) << field;
+    std::string digits(field.starts_with('-') ? field.substr(1) : field);
+    const std::size_t maxDigits = digits.starts_with('.') ? 15 : 16;
+    std::erase(digits, '.');
+    const bool isExact =
+        digits.size() <= maxDigits && std::strtoll(digits.c_str(), nullptr, 10) < 1LL << 53;
+    ASSERT_EQ(isTaken, isPlain(field) && isExact) << field;
+  }
+}
+
+// Most fields of the block are read several at once, in ways that single ones are not.
+TEST(CsvNumber, columnsAreReadAsEachOfTheirFields) {
+  constexpr std::string_view kBytes = "00112233445566778899..--+e x/:\xFF";
+  constexpr std::size_t kColumns = 3;
+  constexpr int kRows = 997;
+  std::mt19937 random(31);
+  for (int round = 0; round < 300; ++round) {
+    CsvDialect dialect;
+    dialect.nullText = std::vector<std::string>{"", "5", "x"}[static_cast<std::size_t>(round % 3)];
+    std::string text;
+    std::vector<std::string> fields;
+    std::vector<bool> areQuoted;
+    for (std::size_t i = 0; i < kColumns * kRows; ++i) {
+      std::string& field = fields.emplace_back();
+      const std::size_t kinds = random() % 4 == 0 ? kBytes.size() : random() % 2 == 0 ? 22 : 20;
+      for (std::size_t size = random() % (round % 4 == 0 ? 19 : 9); size > 0; --size) {
+        field += kBytes[random() % kinds];
+      }
+      areQuoted.push_back(random() % 16 == 0);
+      const char* quote = areQuoted.back() ? "\"" : "";
+      text += quote + field + quote + (i % kColumns + 1 == kColumns ? '\n' : ',');
+    }
+    CsvBlock block;
+    block.reserve(text.size(), 0);
+    std::copy(text.begin(), text.end(), block.bytes());
+    const CsvIndex index = CsvIndexer(dialect, kColumns).index(block, text.size(), true);
+    block.setRows(index.rowCount, kColumns);
+    ASSERT_EQ(index.rowCount, kRows);
+    for (std::size_t column = 0; column < kColumns; ++column) {
+      const bool keepsDigits = round % 2 == 0;
+      FieldConverter converter(block, column, MetaTypeColumn::number,
+                               keepsDigits ? DigitRule::mustBeKept : DigitRule::mayBeLost, kRows);
+      BadFieldCount badFields;
+      const int middle = static_cast<int>(random() % kRows);
+      const CsvNullRule nulls(dialect, kColumns);
+      ASSERT_FALSE(converter.convert(0, middle, nulls, &badFields));
+      ASSERT_FALSE(converter.convert(middle, kRows, nulls, &badFields));
+      const BatchColumn read = converter.column();
+      long long expectedBad = 0;
+      for (std::size_t row = 0; row < kRows; ++row) {
+        const std::string& field = fields[row * kColumns + column];
+        const bool isNull =
+            field.empty() || (field == dialect.nullText && !areQuoted[row * kColumns + column]);
+        double number = 0;
+        const bool isNumber = !isNull && parseNumber(field, number) &&
+                              !(keepsDigits && lostDigits(field, number) != LostDigits::none);
+        expectedBad += isNumber || isNull ? 0 : 1;
+        ASSERT_TRUE(hasSameBits(read.numbers()[row], isNumber ? number : kNullNumber)) << field;
+      }
+      ASSERT_EQ(badFields.count, expectedBad);
+    }
   }
 }
 

@@ -1,0 +1,100 @@
+#include "benchmarks/gel/text_columns.h"
+
+#include <fmt/format.h>
+
+#include "benchmarks/gel/date_text.h"
+#include "benchmarks/gel/written_texts.h"
+
+namespace kelvarin {
+
+namespace {
+
+std::string dateOfTenYears(Chance& chance) {
+  constexpr auto kDays = static_cast<std::uint64_t>((firstDayOf(2025) - firstDayOf(2015)).count());
+  return dateText(firstDayOf(2015) + std::chrono::days(chance.below(kDays)));
+}
+
+// Any second of the leap year 2024.
+std::string timestamp(Chance& chance) {
+  constexpr std::uint64_t kSecondsOfDay = 86'400;
+  const std::uint64_t second = chance.below(366 * kSecondsOfDay);
+  return fmt::format("{} {:02}:{:02}:{:02}",
+                     dateText(firstDayOf(2024) + std::chrono::days(second / kSecondsOfDay)),
+                     second % kSecondsOfDay / 3600, second / 60 % 60, second % 60);
+}
+
+std::string amount(Chance& chance) {
+  const std::uint64_t hundredths = chance.below(100'000);
+  return fmt::format("{}.{:02}", hundredths / 100, hundredths % 100);
+}
+
+// Of version 4: all digits but the version's and half of the variant's bits are random.
+std::string uuid(Chance& chance) {
+  const auto digits = [&](int bits) { return chance.below(std::uint64_t{1} << bits); };
+  const std::uint64_t low = digits(32);
+  const std::uint64_t middle = digits(16);
+  const std::uint64_t version = 0x4000 | digits(12);
+  const std::uint64_t variant = 0x8000 | digits(14);
+  return fmt::format("{:08x}-{:04x}-{:04x}-{:04x}-{:012x}", low, middle, version, variant,
+                     digits(48));
+}
+
+std::string address(Chance& chance) {
+  const std::uint64_t bytes = chance.below(std::uint64_t{1} << 32);
+  return fmt::format("{}.{}.{}.{}", bytes >> 24, bytes >> 16 & 0xFF, bytes >> 8 & 0xFF,
+                     bytes & 0xFF);
+}
+
+std::string nameWithNumber(Chance& chance) {
+  return fmt::format("Customer#{:09}", chance.below(150'000));
+}
+
+std::string city(Chance& chance) {
+  constexpr const char* kCities[] = {"Lisbon", "Hamburg", "Kraków", "Valencia", "Aarhus"};
+  return kCities[chance.below(5)];
+}
+
+std::string record(Chance& chance) {
+  constexpr const char* kStates[] = {"new", "paid", "sent", "returned"};
+  const std::uint64_t id = chance.below(200'000);
+  const char* state = kStates[chance.below(4)];
+  return fmt::format(R"({{"id": {}, "state": "{}", "items": {}}})", id, state, chance.below(1000));
+}
+
+template <typename Make>
+TextColumn madeColumn(const std::string& name, std::size_t rows, Make make) {
+  // Columns of one table have nothing to do with each other.
+  std::seed_seq seeds(name.begin(), name.end());
+  std::uint32_t seed[1];
+  seeds.generate(seed, seed + 1);
+  Chance chance(seed[0]);
+  TextColumn column{.name = name, .values = {}, .bitsPerValue = 0.0};
+  column.values.reserve(rows);
+  for (std::size_t row = 0; row < rows; ++row) {
+    column.values.push_back(make(chance));
+  }
+  column.bitsPerValue = chance.bits() / static_cast<double>(rows);
+  return column;
+}
+
+}  // namespace
+
+std::vector<TextColumn> makeTextColumns(std::size_t rows) {
+  const WrittenTexts written;
+  return {
+      madeColumn("date", rows, dateOfTenYears),
+      madeColumn("amount", rows, amount),
+      madeColumn("sentence", rows, [&](Chance& chance) { return written.sentence(chance); }),
+      madeColumn("code", rows, [&](Chance& chance) { return written.lineOfCode(chance); }),
+      madeColumn("uuid", rows, uuid),
+      madeColumn("timestamp", rows, timestamp),
+      madeColumn("ipv4", rows, address),
+      madeColumn("name", rows, nameWithNumber),
+      madeColumn("url", rows, [&](Chance& chance) { return written.url(chance); }),
+      madeColumn("json", rows, record),
+      madeColumn("email", rows, [&](Chance& chance) { return written.email(chance); }),
+      madeColumn("city", rows, city),
+  };
+}
+
+}  // namespace kelvarin

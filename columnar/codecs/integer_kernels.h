@@ -1,0 +1,21 @@
+// The loops that put integers together from the parts that packed numbers store.
+//
+// Used by PackedNumbers and IntegerColumn.
+// Threads: any.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace kelvarin::kernels {
+
+// numbers[i] = base + codes[i]
+void startIntegers(std::span<const std::uint32_t> codes, std::uint64_t base,
+                   std::uint64_t* numbers);
+// numbers[i] += codes[i] x 2^shift
+void addToIntegers(std::span<const std::uint32_t> codes, int shift, std::uint64_t* numbers);
+void addToIntegers(std::span<const std::uint16_t> codes, int shift, std::uint64_t* numbers);
+
+std::uint64_t largestOf(std::span<const std::uint64_t> numbers);
+
+}  // namespace kelvarin::kernels

@@ -1,0 +1,202 @@
+#include "columnar/codecs/moment_pattern.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "columnar/codecs/digit_printing.h"
+
+namespace kelvarin {
+
+namespace {
+
+constexpr std::uint64_t kMinutesOfDay = 24 * 60;
+constexpr std::uint64_t kSecondsOfDay = kMinutesOfDay * 60;
+constexpr int kLastYear = 9999;
+
+constexpr std::chrono::sys_days kFirstDay =
+    std::chrono::year{0} / std::chrono::January / std::chrono::day{1};
+constexpr std::chrono::sys_days kLastDay =
+    std::chrono::year{kLastYear} / std::chrono::December / std::chrono::day{31};
+constexpr auto kDays = static_cast<std::uint64_t>((kLastDay - kFirstDay).count()) + 1;
+
+int widthOf(unsigned char component) {
+  switch (static_cast<MomentComponent>(component)) {
+    case MomentComponent::year:
+      return 4;
+    case MomentComponent::fractionDigit:
+      return 1;
+    default:
+      return 2;
+  }
+}
+
+void printTwo(std::uint64_t number, unsigned char* out) {
+  static constexpr std::array<std::uint16_t, 100> kPairs = [] {
+    std::array<std::uint16_t, 100> pairs{};
+    for (std::size_t i = 0; i < pairs.size(); ++i) {
+      pairs[i] = static_cast<std::uint16_t>(('0' + i / 10) | ('0' + i % 10) << 8);
+    }
+    return pairs;
+  }();
+  storePacked(out, kPairs[number]);
+}
+
+bool parseBelow(const unsigned char* text, std::uint64_t limit, std::uint64_t& number) {
+  return parseDigits(text, 2, number) && number < limit;
+}
+
+}  // namespace
+
+bool MomentPattern::compile(std::string_view pattern) {
+  m_at.fill(kAbsent);
+  m_characters.fill(0);
+  m_fractionDigits = 0;
+  m_size = 0;
+  for (const char character : pattern) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (byte < kComponents) {
+      if (!add(byte)) {
+        return false;
+      }
+    } else if (m_size < kMaxSize) {
+      m_characters[m_size++] = byte;
+    } else {
+      return false;
+    }
+  }
+  if (!isWhole()) {
+    return false;
+  }
+  m_largest = has(MomentComponent::year) ? kDays : 1;
+  if (has(MomentComponent::hour)) {
+    m_largest *= has(MomentComponent::second) ? kSecondsOfDay : kMinutesOfDay;
+  }
+  m_largest = m_largest * powerOfTen(m_fractionDigits) - 1;
+  return true;
+}
+
+// The digits of a fraction follow each other.
+bool MomentPattern::add(unsigned char component) {
+  const bool isFraction = component == static_cast<unsigned char>(MomentComponent::fractionDigit);
+  const auto end = static_cast<int>(m_size);
+  if (isFraction && m_fractionDigits > 0) {
+    if (at(MomentComponent::fractionDigit) + m_fractionDigits != end) {
+      return false;
+    }
+  } else if (m_at[component] != kAbsent) {
+    return false;
+  } else {
+    m_at[component] = end;
+  }
+  m_fractionDigits += isFraction;
+  m_size += static_cast<std::size_t>(widthOf(component));
+  return m_size <= kMaxSize && m_fractionDigits <= kMaxFractionDigits;
+}
+
+bool MomentPattern::isWhole() const {
+  const bool hasDate = has(MomentComponent::year);
+  const bool hasTime = has(MomentComponent::hour);
+  return (hasDate || hasTime) && has(MomentComponent::month) == hasDate &&
+         has(MomentComponent::day) == hasDate && has(MomentComponent::minute) == hasTime &&
+         (hasTime || !has(MomentComponent::second)) &&
+         (has(MomentComponent::second) || m_fractionDigits == 0);
+}
+
+bool MomentPattern::parseDate(const unsigned char* text, std::uint64_t& days) const {
+  std::uint64_t year = 0;
+  std::uint64_t month = 0;
+  std::uint64_t day = 0;
+  if (!parseDigits(text + at(MomentComponent::year), 4, year) ||
+      !parseDigits(text + at(MomentComponent::month), 2, month) ||
+      !parseDigits(text + at(MomentComponent::day), 2, day)) {
+    return false;
+  }
+  const std::chrono::year_month_day date(std::chrono::year{static_cast<int>(year)},
+                                         std::chrono::month{static_cast<unsigned>(month)},
+                                         std::chrono::day{static_cast<unsigned>(day)});
+  days = static_cast<std::uint64_t>((std::chrono::sys_days(date) - kFirstDay).count());
+  return date.ok();
+}
+
+bool MomentPattern::parseTime(const unsigned char* text, std::uint64_t& time) const {
+  std::uint64_t minute = 0;
+  std::uint64_t second = 0;
+  if (!parseBelow(text + at(MomentComponent::hour), 24, time) ||
+      !parseBelow(text + at(MomentComponent::minute), 60, minute)) {
+    return false;
+  }
+  time = time * 60 + minute;
+  if (!has(MomentComponent::second)) {
+    return true;
+  }
+  time *= 60;
+  if (!parseBelow(text + at(MomentComponent::second), 60, second)) {
+    return false;
+  }
+  time += second;
+  return true;
+}
+
+bool MomentPattern::parse(const unsigned char* text, std::uint64_t& moment) const {
+  for (std::size_t i = 0; i < m_size; ++i) {
+    if (m_characters[i] != 0 && m_characters[i] != text[i]) {
+      return false;
+    }
+  }
+  moment = 0;
+  if (has(MomentComponent::year) && !parseDate(text, moment)) {
+    return false;
+  }
+  if (has(MomentComponent::hour)) {
+    std::uint64_t time = 0;
+    if (!parseTime(text, time)) {
+      return false;
+    }
+    moment = moment * (has(MomentComponent::second) ? kSecondsOfDay : kMinutesOfDay) + time;
+  }
+  if (m_fractionDigits == 0) {
+    return true;
+  }
+  std::uint64_t fraction = 0;
+  if (!parseDigits(text + at(MomentComponent::fractionDigit), m_fractionDigits, fraction)) {
+    return false;
+  }
+  moment = moment * powerOfTen(m_fractionDigits) + fraction;
+  return true;
+}
+
+void MomentPattern::printDate(std::uint64_t days, unsigned char* out) const {
+  const std::chrono::year_month_day date(kFirstDay + std::chrono::days(days));
+  const auto year = static_cast<unsigned>(static_cast<int>(date.year()));
+  unsigned char* const at4 = out + at(MomentComponent::year);
+  printTwo(year / 100, at4);
+  printTwo(year % 100, at4 + 2);
+  printTwo(static_cast<unsigned>(date.month()), out + at(MomentComponent::month));
+  printTwo(static_cast<unsigned>(date.day()), out + at(MomentComponent::day));
+}
+
+void MomentPattern::print(std::uint64_t moment, unsigned char* out) const {
+  std::copy(m_characters.begin(), m_characters.end(), out);
+  if (m_fractionDigits > 0) {
+    const std::uint64_t power = powerOfTen(m_fractionDigits);
+    unsigned char digits[8];
+    printUpToEightDigits(static_cast<std::uint32_t>(moment % power), m_fractionDigits, digits);
+    std::copy_n(digits, m_fractionDigits, out + at(MomentComponent::fractionDigit));
+    moment /= power;
+  }
+  if (has(MomentComponent::second)) {
+    printTwo(moment % 60, out + at(MomentComponent::second));
+    moment /= 60;
+  }
+  if (has(MomentComponent::hour)) {
+    printTwo(moment % 60, out + at(MomentComponent::minute));
+    moment /= 60;
+    printTwo(moment % 24, out + at(MomentComponent::hour));
+    moment /= 24;
+  }
+  if (has(MomentComponent::year)) {
+    printDate(moment, out);
+  }
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,68 @@
+// How dates and times of day are written in the texts of a column, such as 2024-02-29T07:05:00.
+//
+// Every component has a fixed width, so a moment is printed by putting components at fixed
+// positions. Moments are numbers: the days since the beginning of year 0, the minutes or seconds of
+// the day, or both together, and a fraction of a second. Only dates of the Gregorian calendar,
+// extended to years before it, and times below 24:00 are moments.
+// Used by the templates of texts.
+// Layout: docs/gel-format.md, "Shaped texts".
+// Threads: any.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "base/byte_cursor.h"
+
+namespace kelvarin {
+
+// Each stands for its digits: four for a year, one of a fraction, else two.
+enum class MomentComponent : unsigned char {
+  year = 0,
+  month = 1,
+  day = 2,
+  hour = 3,
+  minute = 4,
+  second = 5,
+  fractionDigit = 6,
+};
+
+class MomentPattern {
+ public:
+  static constexpr std::size_t kMaxSize = 32;  // printed
+  static constexpr int kMaxFractionDigits = 7;
+
+  // Components, and all other characters as they are. False where the components make no moment,
+  // or where a number of 64 bits cannot hold it.
+  [[nodiscard]] bool compile(std::string_view pattern);
+
+  std::size_t size() const { return m_size; }
+  std::uint64_t largest() const { return m_largest; }
+
+  // `text` has size() bytes. False when they are no moment in this pattern.
+  [[nodiscard]] bool parse(const unsigned char* text, std::uint64_t& moment) const;
+  // Writes kMaxSize bytes, of which the first size() count.
+  void print(std::uint64_t moment, unsigned char* out) const;
+
+ private:
+  static constexpr int kAbsent = -1;
+  static constexpr std::size_t kComponents = 7;
+
+  [[nodiscard]] bool add(unsigned char component);
+  [[nodiscard]] bool isWhole() const;
+  int at(MomentComponent component) const { return m_at[static_cast<std::size_t>(component)]; }
+  bool has(MomentComponent component) const { return at(component) != kAbsent; }
+  [[nodiscard]] bool parseDate(const unsigned char* text, std::uint64_t& days) const;
+  [[nodiscard]] bool parseTime(const unsigned char* text, std::uint64_t& time) const;
+  void printDate(std::uint64_t days, unsigned char* out) const;
+
+  std::array<int, kComponents> m_at{};
+  int m_fractionDigits = 0;
+  std::size_t m_size = 0;
+  std::uint64_t m_largest = 0;
+  std::array<unsigned char, kMaxSize> m_characters{};  // 0 where components stand
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,75 @@
+// Prints the texts of one template from the columns of its fields.
+//
+// Used by the decoder of shaped texts.
+// Layout: docs/gel-format.md, "Shaped texts".
+// Errors: operations return false where the bytes are damaged.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <vector>
+
+#include "columnar/codecs/integer_column.h"
+#include "columnar/codecs/text_encoding.h"
+#include "columnar/codecs/text_template.h"
+
+namespace kelvarin {
+
+class TemplatePrinter {
+ public:
+  // Behind the end of a text's memory there are so many more bytes that printing may touch.
+  std::size_t margin() const { return m_maxPrinted + kOverrun; }
+
+  [[nodiscard]] bool takeTemplate(ByteReader& reader) { return m_template.take(reader); }
+  // The columns of the fields, for `rows` texts.
+  [[nodiscard]] bool takeColumns(ByteReader& reader, std::size_t rows);
+
+  // Prints the next text to `out`, at most to `end` and the margin behind it. Returns its end, or
+  // nullptr where fields are damaged or a text of a field does not fit.
+  unsigned char* print(unsigned char* out, const unsigned char* end);
+
+  // Texts that repeat need not be printed again: where there are few fields, takeFields() reads the
+  // values of the next text, of which it is a function, and printFields() prints that text.
+  using FieldValues = std::array<std::uint64_t, 2>;
+  bool hasFewFields() const {
+    return m_numbers.size() + m_texts.size() <= std::tuple_size_v<FieldValues>;
+  }
+  [[nodiscard]] bool takeFields(FieldValues& values);
+  unsigned char* printFields(unsigned char* out, const unsigned char* end);
+
+ private:
+  static constexpr std::size_t kOverrun = 64;
+
+  // The texts of a field; a single one where all are the same.
+  struct TextColumn {
+    DecodedTexts texts;
+    const unsigned char* endOfBytes = nullptr;
+    std::size_t next = 0;
+    std::size_t step = 1;
+  };
+  struct Step {
+    PieceKind kind = PieceKind::fixed;
+    int width = 0;
+    unsigned char separator = 0;
+    std::string fixed;
+    MomentPattern moment;
+    IntegerColumn* numbers = nullptr;
+    TextColumn* texts = nullptr;
+    std::uint64_t current = 0;  // number of the next text, or offset of its text in the column
+  };
+
+  static bool takeNext(Step& step);
+  static unsigned char* printCurrent(Step& step, unsigned char* out, const unsigned char* end);
+  static unsigned char* printNumber(Step& step, unsigned char* out);
+  [[nodiscard]] bool takeField(ByteReader& reader, const TemplatePiece& piece, std::size_t rows,
+                               Step& step);
+
+  TextTemplate m_template;
+  std::vector<Step> m_steps;
+  std::deque<IntegerColumn> m_numbers;
+  std::deque<TextColumn> m_texts;
+  std::size_t m_maxPrinted = 0;  // without the texts of fields
+};
+
+}  // namespace kelvarin

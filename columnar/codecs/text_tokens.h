@@ -1,0 +1,85 @@
+// Cuts texts into tokens: words, with the blank before them; runs of digits, of blanks and of other
+// characters.
+//
+// Words come back, so they make good symbols. Bytes beyond ASCII count as letters.
+// Used by SymbolCutter.
+#pragma once
+
+#include <bit>
+#include <vector>
+
+#include "columnar/codecs/symbol.h"
+#include "columnar/codecs/text_values.h"
+
+namespace kelvarin {
+
+class TextTokens {
+ public:
+  // The texts outlive the use of their tokens.
+  void cut(const TextValues& texts);
+
+  // Calls use(token) for all tokens; the last one of each text ends it.
+  template <typename Use>
+  void forEach(Use use) const {
+    const unsigned char* text = m_texts.bytes.data();
+    std::size_t at = 0;
+    for (const std::uint32_t length : m_texts.lengths) {
+      if (length == kNullLength) {
+        use(Symbol::null());
+        continue;
+      }
+      const std::size_t end = at + length;
+      std::size_t size = 0;
+      for (; at + kMaxSymbolSize < end; at += size) {
+        size = sizeAt(at);
+        use(tokenAt(text + at, size, 0));
+      }
+      // The rest of a text is less than a token.
+      while (at < end) {
+        size = std::min(sizeAt(at), end - at);
+        const bool isEnd = at + size == end && size <= kMaxEndingSize && isOther(text[at]);
+        use(tokenAt(text + at, size, isEnd ? Symbol::kEnds : 0));
+        at += size;
+        if (isEnd) {
+          ++at;
+        }
+      }
+      if (at == end) {
+        use(Symbol::end());
+      }
+      at = end;
+    }
+  }
+
+ private:
+  // From the index 16 - n on, the first n of 16 bytes are ones.
+  static constexpr unsigned char kOnesAndZeros[2 * sizeof(Symbol)] = {
+      0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF,
+      0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF};
+
+  static bool isOther(unsigned char byte);
+  // The size of the token at an offset, where no end of a text comes before.
+  std::size_t sizeAt(std::size_t offset) const {
+    const std::size_t next = offset + 1;
+    const std::uint32_t begins = loadPacked<std::uint32_t>(m_begins.data() + next / 8) >> next % 8;
+    constexpr std::uint32_t kLast = 1u << (kMaxSymbolSize - 1);
+    return static_cast<std::size_t>(std::countr_zero(begins | kLast)) + 1;
+  }
+  Symbol tokenAt(const unsigned char* bytes, std::size_t size, std::uint64_t flags) const {
+    unsigned char copy[sizeof(Symbol)] = {};
+    if (static_cast<std::size_t>(m_end - bytes) < sizeof copy) [[unlikely]] {
+      std::memcpy(copy, bytes, size);
+      bytes = copy;
+    }
+    const unsigned char* mask = kOnesAndZeros + sizeof(Symbol) - size;
+    return {loadPacked<std::uint64_t>(bytes) & loadPacked<std::uint64_t>(mask),
+            (loadPacked<std::uint64_t>(bytes + 8) & loadPacked<std::uint64_t>(mask + 8)) |
+                std::uint64_t{size} << Symbol::kSizeShift | flags};
+  }
+
+  TextValues m_texts;
+  const unsigned char* m_end = nullptr;
+  std::vector<unsigned char> m_begins;  // a bit for each byte: a token begins there
+};
+
+}  // namespace kelvarin

@@ -1,0 +1,61 @@
+// Evaluates column programs for some rows at a time. Results are those of the String Parser.
+//
+// Used by BatchEvaluation.
+// Threads: one at a time.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "expression/batches/column_program.h"
+#include "expression/functions/column_call.h"
+#include "expression/functions/text_arena.h"
+
+namespace kelvarin {
+
+// The columns of the variables, by their indices in the store; those that a program does not read
+// are not looked at.
+struct VariableColumns {
+  const double* const* numbers = nullptr;
+  const ColumnText* const* texts = nullptr;
+};
+
+class ColumnEvaluation {
+ public:
+  // `functions` is copied, since bodies may change it.
+  explicit ColumnEvaluation(const FunctionContext& functions) : m_functions(functions) {}
+  ColumnEvaluation(const ColumnEvaluation&) = delete;
+  ColumnEvaluation& operator=(const ColumnEvaluation&) = delete;
+
+  // Returns how many of the rows were evaluated, all or those that come first. 0: the first row
+  // must be left to the String Parser. At most ColumnProgram::kMaxRows at once.
+  std::size_t evaluate(const ColumnProgram& program, const VariableColumns& variables,
+                       std::size_t rowCount);
+
+  // The results of the program evaluated last, until the next evaluation.
+  const double* numbers() const { return m_result.numbers; }
+  const ColumnText* texts() const { return m_result.texts; }
+
+ private:
+  void reserve(const ColumnProgram& program);
+  ColumnArgument columnAt(const ColumnProgram& program, const VariableColumns& variables,
+                          const ColumnProgram::Location& location) const;
+  double* numberRegister(std::size_t index) const {
+    return m_numberRegisters.get() + index * ColumnProgram::kMaxRows;
+  }
+  ColumnText* textRegister(std::size_t index) const {
+    return m_textRegisters.get() + index * ColumnProgram::kMaxRows;
+  }
+
+  std::unique_ptr<double[]> m_numberRegisters;
+  std::unique_ptr<ColumnText[]> m_textRegisters;
+  std::size_t m_numberCapacity = 0;  // in registers
+  std::size_t m_textCapacity = 0;
+  std::vector<ColumnArgument> m_operands;  // of one step
+  ColumnArgument m_result;
+  TextArena m_arena;
+  FunctionContext m_functions;
+};
+
+}  // namespace kelvarin

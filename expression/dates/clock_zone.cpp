@@ -1,0 +1,88 @@
+#include "expression/dates/clock_zone.h"
+
+#include <chrono>
+#include <ctime>
+#include <string_view>
+
+namespace kelvarin {
+
+namespace {
+
+// By the C library, since QDateTime takes the hour that comes twice for the one or the other
+// depending on what it converted before.
+std::tm localTime(std::int64_t seconds) {
+  std::tm local{};
+  const std::time_t time = seconds;
+  localtime_r(&time, &local);
+  return local;
+}
+
+struct LocalZone {
+  Instant offset = 0;  // milliseconds east of UTC
+  bool hasName = false;
+};
+
+LocalZone localZone(Instant instant, std::string_view zoneName) {
+  const std::tm local = localTime(flooredQuotient(instant, 1000));
+  return {local.tm_gmtoff * 1000, local.tm_zone != nullptr && local.tm_zone == zoneName};
+}
+
+Instant currentInstant() {
+  const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
+  return std::chrono::duration_cast<std::chrono::milliseconds>(sinceEpoch).count();
+}
+
+// Under the name at this very time.
+std::optional<Instant> localInstantInForce(Instant reading, std::string_view zoneName) {
+  for (const Instant nearby : {reading - kMillisecondsOfDay, reading + kMillisecondsOfDay}) {
+    const LocalZone zone = localZone(nearby, zoneName);
+    if (!zone.hasName) {
+      continue;
+    }
+    const LocalZone then = localZone(reading - zone.offset, zoneName);
+    if (then.offset == zone.offset && then.hasName) {
+      return reading - zone.offset;
+    }
+  }
+  return std::nullopt;
+}
+
+// Within a year from that time.
+std::optional<Instant> localOffsetNamed(Instant around, std::string_view zoneName) {
+  constexpr int step = 7;  // days; no name is in force for less
+  constexpr int year = 366;
+  for (int days = 0; days <= year; days += step) {
+    for (const int direction : {-1, 1}) {
+      const LocalZone zone = localZone(around + direction * days * kMillisecondsOfDay, zoneName);
+      if (zone.hasName) {
+        return zone.offset;
+      }
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+ClockZone ClockZone::local() {
+  return ClockZone(std::make_shared<const ZoneOffsets>(
+      [](std::int64_t seconds) { return std::int64_t{localTime(seconds).tm_gmtoff}; }));
+}
+
+std::optional<Instant> localInstantNamed(ClockReading clock, std::string_view zoneName) {
+  const Instant reading = clock.milliseconds;
+  if (const auto inForce = localInstantInForce(reading, zoneName)) {
+    return inForce;
+  }
+  std::optional<Instant> offset = localOffsetNamed(reading, zoneName);
+  if (!offset) {
+    offset = localOffsetNamed(currentInstant(), zoneName);
+  }
+  return offset ? std::optional(reading - *offset) : std::nullopt;
+}
+
+bool isLocalZoneNowadays(std::string_view zoneName) {
+  return localOffsetNamed(currentInstant(), zoneName).has_value();
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,146 @@
+#include "expression/dates/date_printer.h"
+
+#include <algorithm>
+#include <array>
+
+#include <QDateTime>
+
+namespace kelvarin {
+
+namespace {
+
+constexpr std::string_view kUTC = "UTC";
+constexpr int kHoursOfHalfDay = 12;
+
+// Up to two digits without leading zeros, or as many as are asked for.
+void appendNumber(DateText& text, int number, int digits) {
+  if (digits == 1 && number < 10) {
+    text.append(static_cast<char>('0' + number));
+    return;
+  }
+  if (digits == 4) {
+    text.appendTwoDigits(number / 100);
+  } else if (digits == 3) {
+    text.append(static_cast<char>('0' + number / 100));
+  }
+  text.appendTwoDigits(number % 100);
+}
+
+std::size_t longestNameOf(const DateNames& names) {
+  return std::max({names.months.longest(), names.shortMonths.longest(), names.weekdays.longest(),
+                   names.shortWeekdays.longest(), names.halfDays.longest(),
+                   names.lowerHalfDays.longest(), kUTC.size()});
+}
+
+}  // namespace
+
+DatePrinter::DatePrinter(const QString& format, bool isOfLocale)
+    : m_format(format), m_isOfLocale(isOfLocale), m_names(dateNames(isOfLocale)) {
+  m_parts = hasLatinDigits(isOfLocale) ? partsOfDateFormat(format) : std::nullopt;
+  if (!m_parts || !isBounded()) {
+    m_parts.reset();
+    return;
+  }
+  const std::vector<DateFormatPart>& parts = m_parts->parts;
+  m_hasZone = std::any_of(parts.begin(), parts.end(),
+                          [](const DateFormatPart& part) { return part.field == DateField::zone; });
+  m_layout = m_hasZone ? std::nullopt : FixedDateLayout::of(*m_parts);
+}
+
+bool DatePrinter::isBounded() const {
+  const std::size_t longestName = longestNameOf(*m_names);
+  constexpr std::size_t longestNumber = 4;
+  std::size_t size = 0;
+  for (const DateFormatPart& part : m_parts->parts) {
+    const bool isText = part.field == DateField::literal;
+    size += isText ? part.size : part.digits > 0 ? longestNumber : longestName;
+  }
+  return size <= DateText::kCapacity;
+}
+
+DateText DatePrinter::print(Instant instant, const ClockZone& zone) const {
+  constexpr std::int64_t lastPlainYear = 9999;
+  if (!m_parts || (m_hasZone && !zone.isUTC())) {
+    return printGenerally(instant, zone);
+  }
+  const ClockReading clock = zone.readingAt(instant);
+  const ClockFields fields = fieldsOf(clock);
+  if (fields.year < 1 || fields.year > lastPlainYear) {
+    return printGenerally(instant, zone);
+  }
+  DateText text;
+  if (m_layout) {
+    m_layout->print(fields, text.next(m_layout->size()));
+  } else {
+    printParts(fields, weekdayOf(clock.dayNumber()), text);
+  }
+  return text;
+}
+
+void DatePrinter::printParts(const ClockFields& fields, int weekday, DateText& text) const {
+  const int half = fields.hour < kHoursOfHalfDay ? 0 : 1;
+  for (const DateFormatPart& part : m_parts->parts) {
+    const auto number = [&](int field) { appendNumber(text, field, part.digits); };
+    switch (part.field) {
+      case DateField::literal:
+        text.append(m_parts->literalOf(part));
+        break;
+      case DateField::year:
+        number(fields.year);
+        break;
+      case DateField::yearOfCentury:
+        number(fields.year % 100);
+        break;
+      case DateField::month:
+        number(fields.month);
+        break;
+      case DateField::monthName:
+        text.append(m_names->months[fields.month - 1]);
+        break;
+      case DateField::shortMonthName:
+        text.append(m_names->shortMonths[fields.month - 1]);
+        break;
+      case DateField::day:
+        number(fields.day);
+        break;
+      case DateField::weekdayName:
+        text.append(m_names->weekdays[weekday]);
+        break;
+      case DateField::shortWeekdayName:
+        text.append(m_names->shortWeekdays[weekday]);
+        break;
+      case DateField::hour:
+        number(fields.hour);
+        break;
+      case DateField::hourOfHalfDay:
+        number((fields.hour + kHoursOfHalfDay - 1) % kHoursOfHalfDay + 1);
+        break;
+      case DateField::minute:
+        number(fields.minute);
+        break;
+      case DateField::second:
+        number(fields.second);
+        break;
+      case DateField::millisecond:
+        number(fields.millisecond);
+        break;
+      case DateField::halfDay:
+        text.append(m_names->halfDays[half]);
+        break;
+      case DateField::lowerHalfDay:
+        text.append(m_names->lowerHalfDays[half]);
+        break;
+      case DateField::zone:
+        text.append(kUTC);
+        break;
+    }
+  }
+}
+
+DateText DatePrinter::printGenerally(Instant instant, const ClockZone& zone) const {
+  const auto date = QDateTime::fromMSecsSinceEpoch(instant, zone.isUTC() ? Qt::UTC : Qt::LocalTime);
+  return DateText(m_isOfLocale ? QLocale::system().toString(date, m_format)
+                               : date.toString(m_format));
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,32 @@
+// The printers of the date formats that an expression names, so that each is compiled once and not
+// for every row.
+//
+// Used by datePrint(). Threads: one; copies are independent.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "expression/dates/date_printer.h"
+
+namespace kelvarin {
+
+class RecentDatePrinters {
+ public:
+  DateText print(Instant instant, const ClockZone& zone, std::string_view format);
+
+ private:
+  struct Entry {
+    std::string format;
+    DatePrinter printer;
+  };
+
+  const DatePrinter& printerOf(std::string_view format);
+
+  std::vector<Entry> m_entries;
+  std::size_t m_oldest = 0;
+};
+
+}  // namespace kelvarin
