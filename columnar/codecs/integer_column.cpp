@@ -180,15 +180,20 @@ bool IntegerColumn::take(ByteReader& reader, std::size_t count, std::uint64_t la
   m_remaining = count;
   m_next = m_loaded = 0;
   m_isBounded = false;
+  m_valueCount = 0;
   std::uint64_t step = 0;
   switch (m_layout) {
     case IntegerLayout::constant:
+      m_valueCount = 1;
       return readShortNumber(reader, m_base) && m_base <= largest;
     case IntegerLayout::frameOfReference:
       if (!readShortNumber(reader, m_base) || !m_packed.take(reader, count)) {
         return false;
       }
-      m_isBounded = m_base <= largest && m_packed.largest() <= largest - m_base;
+      if (m_base <= largest) {
+        m_isBounded = m_packed.largest() <= largest - m_base;
+        m_valueCount = std::min(m_packed.largest(), largest - m_base) + 1;
+      }
       return true;
     case IntegerLayout::delta:
       if (count < 2 || !readShortNumber(reader, m_base) || !readShortNumber(reader, step)) {
@@ -198,7 +203,13 @@ bool IntegerColumn::take(ByteReader& reader, std::size_t count, std::uint64_t la
       m_isFirst = true;
       return m_packed.take(reader, count - 1);
     case IntegerLayout::dictionary:
-      return takeEntries(reader) && m_packed.take(reader, count);
+      if (!takeEntries(reader) || !m_packed.take(reader, count)) {
+        return false;
+      }
+      if (*std::max_element(m_entries.begin(), m_entries.end()) <= largest) {
+        m_valueCount = m_entries.size();
+      }
+      return true;
   }
   return false;
 }
@@ -221,15 +232,31 @@ bool IntegerColumn::takeEntries(ByteReader& reader) {
   return true;
 }
 
+std::span<std::uint64_t> IntegerColumn::beginBatch() {
+  m_loaded = std::min(kRowsInBatch, m_remaining);
+  m_remaining -= m_loaded;
+  m_next = 0;
+  return {m_numbers, m_loaded};
+}
+
+std::span<const std::uint64_t> IntegerColumn::nextIndices() {
+  const std::span indices = beginBatch();
+  m_next = m_loaded;
+  if (m_layout == IntegerLayout::constant) {
+    std::fill(indices.begin(), indices.end(), 0);
+    return indices;
+  }
+  const bool isSound =
+      !indices.empty() && m_packed.next(0, indices) && kernels::largestOf(indices) < m_valueCount;
+  return isSound ? indices : indices.first(0);
+}
+
 bool IntegerColumn::load() {
-  const std::size_t count = std::min(kRowsInBatch, m_remaining);
+  const std::span numbers = beginBatch();
+  const std::size_t count = numbers.size();
   if (count == 0) {
     return false;
   }
-  m_remaining -= count;
-  m_loaded = count;
-  m_next = 0;
-  const std::span numbers(m_numbers, count);
   if (m_layout == IntegerLayout::constant) {
     std::fill(numbers.begin(), numbers.end(), m_base);
     return true;

@@ -65,6 +65,14 @@ class IntegerColumn {
   // Makes sure that number() can be asked for another one. False where they are damaged or end.
   [[nodiscard]] bool hasNext() { return m_next < m_loaded || load(); }
   std::uint64_t number() { return m_numbers[m_next++]; }
+  // Where the numbers are few different ones, they can be read as indices of these instead: all are
+  // below valueCount(), which is 0 where they cannot.
+  std::uint64_t valueCount() const { return m_valueCount; }
+  // The next indices, kRowsInBatch of them until the last ones. None where they are damaged or end.
+  std::span<const std::uint64_t> nextIndices();
+  std::uint64_t valueOf(std::uint64_t index) const {
+    return m_layout == IntegerLayout::dictionary ? m_entries[index] : m_base + index;
+  }
   // The next numbers, some of those that are left. None where they are damaged or end.
   std::span<const std::uint64_t> nextNumbers() {
     const std::size_t first = hasNext() ? m_next : m_loaded;
@@ -77,6 +85,7 @@ class IntegerColumn {
   [[nodiscard]] bool load();
   std::uint64_t addedToEach() const;
   [[nodiscard]] bool restore(std::span<std::uint64_t> numbers);
+  std::span<std::uint64_t> beginBatch();
 
   IntegerLayout m_layout = IntegerLayout::constant;
   PackedNumbers m_packed;
@@ -84,6 +93,7 @@ class IntegerColumn {
   std::uint64_t m_smallestDifference = 0;
   std::uint64_t m_largest = 0;
   bool m_isBounded = false;  // no number can be above the largest one
+  std::uint64_t m_valueCount = 0;
   std::vector<std::uint64_t> m_entries;
   std::size_t m_remaining = 0;  // that are not loaded yet
   bool m_isFirst = false;       // of differences, whose first number is the base itself

@@ -50,6 +50,7 @@ bool parseBelow(const unsigned char* text, std::uint64_t limit, std::uint64_t& n
 bool MomentPattern::compile(std::string_view pattern) {
   m_at.fill(kAbsent);
   m_characters.fill(0);
+  m_fixed.fill(0);
   m_fractionDigits = 0;
   m_size = 0;
   for (const char character : pattern) {
@@ -59,6 +60,7 @@ bool MomentPattern::compile(std::string_view pattern) {
         return false;
       }
     } else if (m_size < kMaxSize) {
+      m_fixed[m_size] = 0xFF;
       m_characters[m_size++] = byte;
     } else {
       return false;
@@ -137,11 +139,27 @@ bool MomentPattern::parseTime(const unsigned char* text, std::uint64_t& time) co
   return true;
 }
 
-bool MomentPattern::parse(const unsigned char* text, std::uint64_t& moment) const {
-  for (std::size_t i = 0; i < m_size; ++i) {
-    if (m_characters[i] != 0 && m_characters[i] != text[i]) {
-      return false;
+// Compares words, the last of which may overlap the one before.
+bool MomentPattern::hasCharacters(const unsigned char* text) const {
+  using Word = std::uint64_t;
+  Word differences = 0;
+  if (m_size < sizeof(Word)) {
+    for (std::size_t i = 0; i < m_size; ++i) {
+      differences |= (text[i] ^ m_characters[i]) & m_fixed[i];
     }
+    return differences == 0;
+  }
+  for (std::size_t i = 0; i < m_size; i += sizeof(Word)) {
+    const std::size_t at = std::min(i, m_size - sizeof(Word));
+    differences |= (loadPacked<Word>(text + at) ^ loadPacked<Word>(m_characters.data() + at)) &
+                   loadPacked<Word>(m_fixed.data() + at);
+  }
+  return differences == 0;
+}
+
+bool MomentPattern::parse(const unsigned char* text, std::uint64_t& moment) const {
+  if (!hasCharacters(text)) {
+    return false;
   }
   moment = 0;
   if (has(MomentComponent::year) && !parseDate(text, moment)) {

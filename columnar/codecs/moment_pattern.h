@@ -54,6 +54,7 @@ class MomentPattern {
   [[nodiscard]] bool isWhole() const;
   int at(MomentComponent component) const { return m_at[static_cast<std::size_t>(component)]; }
   bool has(MomentComponent component) const { return at(component) != kAbsent; }
+  bool hasCharacters(const unsigned char* text) const;
   [[nodiscard]] bool parseDate(const unsigned char* text, std::uint64_t& days) const;
   [[nodiscard]] bool parseTime(const unsigned char* text, std::uint64_t& time) const;
   void printDate(std::uint64_t days, unsigned char* out) const;
@@ -63,6 +64,7 @@ class MomentPattern {
   std::size_t m_size = 0;
   std::uint64_t m_largest = 0;
   std::array<unsigned char, kMaxSize> m_characters{};  // 0 where components stand
+  std::array<unsigned char, kMaxSize> m_fixed{};       // 0 there as well, else all bits set
 };
 
 }  // namespace kelvarin

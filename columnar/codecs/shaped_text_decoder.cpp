@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <deque>
-#include <limits>
-#include <memory>
 #include <optional>
+#include <span>
+#include <vector>
 
 #include "columnar/codecs/nested_texts.h"
 #include "columnar/codecs/template_printer.h"
@@ -17,43 +17,17 @@ namespace {
 
 constexpr std::size_t kLengthSize = sizeof(std::uint32_t);
 
-// Which texts of a template have been printed: dates repeat, and to print one takes longer than to
-// find it.
-class PrintedTexts {
- public:
-  using FieldValues = TemplatePrinter::FieldValues;
+struct PrintedText {
+  std::uint32_t offset = 0;
+  std::uint32_t size = 0;  // with its length; 0 until it is printed
+};
 
-  struct Text {
-    FieldValues values{};
-    std::uint32_t offset = 0;
-    std::uint32_t size = kUnused;
-  };
-
-  PrintedTexts() : m_texts(kSlots) {}
-
-  // Where the text of these fields is, or is to be noted.
-  Text& at(const FieldValues& values) {
-    const std::uint64_t mixed = values[0] + values[1] * 0x9E3779B97F4A7C15u;
-    return m_texts[(mixed ^ mixed >> 32) % kSlots];
-  }
-  bool isThere(const Text& text, const FieldValues& values) {
-    const bool isFound =
-        text.values[0] == values[0] && text.values[1] == values[1] && text.size != kUnused;
-    m_found += isFound;
-    m_printed += !isFound;
-    return isFound;
-  }
-  // Most of the texts so far were there.
-  bool isWorthwhile() const { return m_printed < kTrial || m_printed < m_found; }
-
- private:
-  static constexpr std::size_t kSlots = 2048;  // days of five years
-  static constexpr std::size_t kTrial = 2 * kSlots;
-  static constexpr std::uint32_t kUnused = std::numeric_limits<std::uint32_t>::max();
-
-  std::vector<Text> m_texts;
-  std::size_t m_found = 0;
-  std::size_t m_printed = 0;
+// The texts of a template whose fields have few values: each is printed where it occurs first, and
+// found where it occurs again, since that takes a fraction of the time.
+struct RepeatingTexts {
+  std::vector<std::uint32_t> combinations;  // of the rows that have the template
+  std::size_t next = 0;
+  std::vector<PrintedText> printed;  // by combination
 };
 
 class ShapedTextDecoder {
@@ -68,8 +42,11 @@ class ShapedTextDecoder {
   unsigned char* copyOther(unsigned char* out);
   template <typename Print>
   [[nodiscard]] bool addText(Print print);
-  [[nodiscard]] bool addRow(std::size_t number);
-  std::optional<std::uint32_t> addRepeating(std::size_t index, const unsigned char* begin);
+  [[nodiscard]] bool addRow(std::size_t number, std::uint32_t& offset);
+  [[nodiscard]] bool addPrinted(std::size_t number, std::uint32_t& offset);
+  [[nodiscard]] bool findRepeating();
+  [[nodiscard]] bool printRepeating(std::size_t index, std::uint32_t combination);
+  [[nodiscard]] bool addRepeatingRows(std::size_t index, std::span<std::uint32_t> offsets);
 
   // The numbers of the rows that have no template come after those of the templates.
   std::size_t nullNumber() const { return m_printers.size(); }
@@ -85,7 +62,9 @@ class ShapedTextDecoder {
   std::size_t m_nextOther = 0;
 
   // While texts are printed.
-  std::vector<std::unique_ptr<PrintedTexts>> m_printed;  // of each number; null: not kept
+  std::vector<std::optional<RepeatingTexts>> m_repeating;  // of each number
+  std::vector<PrintedText> m_last;                         // of each number
+  unsigned char* m_begin = nullptr;
   unsigned char* m_out = nullptr;
   const unsigned char* m_end = nullptr;
   std::size_t m_sizeOfRows = 0;  // with their lengths; texts that are shared count for each row
@@ -113,12 +92,15 @@ bool ShapedTextDecoder::takeTemplateNumbers(ByteReader& reader) {
   m_isOneTemplate = column.isConstant();
   const std::size_t stored = m_isOneTemplate ? 1 : m_count;
   m_numbers.resize(stored);
-  for (std::uint8_t& number : m_numbers) {
-    if (!column.hasNext()) {
+  for (std::size_t row = 0; row < stored;) {
+    const auto numbers = column.nextNumbers();
+    if (numbers.empty()) {
       return false;
     }
-    number = static_cast<std::uint8_t>(column.number());
-    ++m_rows[number];
+    for (const std::uint64_t number : numbers.first(std::min(numbers.size(), stored - row))) {
+      m_numbers[row++] = static_cast<std::uint8_t>(number);
+      ++m_rows[number];
+    }
   }
   if (m_isOneTemplate) {
     m_rows[m_numbers[0]] = m_count;
@@ -179,7 +161,29 @@ bool ShapedTextDecoder::addText(Print print) {
   return true;
 }
 
-bool ShapedTextDecoder::addRow(std::size_t number) {
+bool ShapedTextDecoder::addPrinted(std::size_t number, std::uint32_t& offset) {
+  bool isSame = false;
+  if (!m_printers[number].takeFields(isSame)) {
+    return false;
+  }
+  PrintedText& last = m_last[number];
+  if (isSame && last.size != 0) {
+    offset = last.offset;
+    m_sizeOfRows += last.size;
+    return true;
+  }
+  const unsigned char* const before = m_out;
+  if (!addText([this, number](unsigned char* out) {
+        return m_printers[number].printFields(out, m_end);
+      })) {
+    return false;
+  }
+  last = {offset, static_cast<std::uint32_t>(m_out - before)};
+  return true;
+}
+
+bool ShapedTextDecoder::addRow(std::size_t number, std::uint32_t& offset) {
+  offset = static_cast<std::uint32_t>(m_out - m_begin);
   if (number == nullNumber()) {
     if (m_end - m_out < static_cast<std::ptrdiff_t>(kLengthSize)) {
       return false;
@@ -192,65 +196,88 @@ bool ShapedTextDecoder::addRow(std::size_t number) {
   if (number == otherNumber()) {
     return addText([this](unsigned char* out) { return copyOther(out); });
   }
-  return addText(
-      [this, number](unsigned char* out) { return m_printers[number].print(out, m_end); });
+  return addPrinted(number, offset);
 }
 
-// The next text of a template with few fields, printed or found. Returns its offset.
-std::optional<std::uint32_t> ShapedTextDecoder::addRepeating(std::size_t index,
-                                                             const unsigned char* begin) {
-  TemplatePrinter& printer = m_printers[index];
-  PrintedTexts& printed = *m_printed[index];
-  PrintedTexts::FieldValues values;
-  if (!printer.takeFields(values)) {
-    return std::nullopt;
+bool ShapedTextDecoder::findRepeating() {
+  m_repeating.resize(otherNumber() + 1);
+  m_last.resize(m_printers.size());
+  for (std::size_t i = 0; i < m_printers.size(); ++i) {
+    const std::size_t combinations = m_printers[i].combinationCount();
+    // Not worthwhile where most occur once.
+    if (combinations == 0 || combinations > 4 * m_rows[i]) {
+      continue;
+    }
+    RepeatingTexts& repeating = m_repeating[i].emplace();
+    repeating.combinations.resize(m_rows[i]);
+    repeating.printed.resize(combinations);
+    if (!m_printers[i].takeCombinations(repeating.combinations)) {
+      return false;
+    }
   }
-  PrintedTexts::Text& text = printed.at(values);
-  if (printed.isThere(text, values)) {
-    m_sizeOfRows += kLengthSize + text.size;
-    return text.offset;
+  return true;
+}
+
+bool ShapedTextDecoder::printRepeating(std::size_t index, std::uint32_t combination) {
+  PrintedText& text = m_repeating[index]->printed[combination];
+  const unsigned char* const before = m_out;
+  if (!addText([&](unsigned char* out) {
+        return m_printers[index].printCombination(combination, out, m_end);
+      })) {
+    return false;
   }
-  const auto offset = static_cast<std::uint32_t>(m_out - begin);
-  if (!addText([&](unsigned char* out) { return printer.printFields(out, m_end); })) {
-    return std::nullopt;
+  text = {static_cast<std::uint32_t>(before - m_begin), static_cast<std::uint32_t>(m_out - before)};
+  m_sizeOfRows -= text.size;  // counted with the rows that have it
+  return true;
+}
+
+// Rows one after another that have this template.
+bool ShapedTextDecoder::addRepeatingRows(std::size_t index, std::span<std::uint32_t> offsets) {
+  RepeatingTexts& repeating = *m_repeating[index];
+  const std::uint32_t* combination = repeating.combinations.data() + repeating.next;
+  repeating.next += offsets.size();
+  const PrintedText* const printed = repeating.printed.data();
+  std::size_t size = 0;
+  for (std::uint32_t& offset : offsets) {
+    if (printed[*combination].size == 0 && !printRepeating(index, *combination)) {
+      return false;
+    }
+    offset = printed[*combination].offset;
+    size += printed[*combination].size;
+    ++combination;
   }
-  text = {values, offset, static_cast<std::uint32_t>(m_out - begin - offset - kLengthSize)};
-  if (!printed.isWorthwhile()) {
-    m_printed[index].reset();
-  }
-  return offset;
+  m_sizeOfRows += size;
+  return true;
 }
 
 bool ShapedTextDecoder::decode(DecodedTexts& texts) {
-  constexpr std::size_t kRowsForPrinted = 256;
   std::size_t margin = 0;
-  m_printed.resize(otherNumber() + 1);
-  for (std::size_t i = 0; i < m_printers.size(); ++i) {
-    margin = std::max(margin, m_printers[i].margin());
-    if (m_printers[i].hasFewFields() && m_rows[i] >= kRowsForPrinted) {
-      m_printed[i] = std::make_unique<PrintedTexts>();
-    }
+  for (const TemplatePrinter& printer : m_printers) {
+    margin = std::max(margin, printer.margin());
+  }
+  if (!findRepeating()) {
+    return false;
   }
   const std::size_t size = m_size + m_count * kLengthSize;
   texts.offsets.resize(m_count);
   texts.bytes.resize(size + margin);
-  const unsigned char* const begin = texts.bytes.data();
-  m_out = texts.bytes.data();
-  m_end = m_out + size;
-  for (std::size_t row = 0; row < m_count; ++row) {
+  m_begin = m_out = texts.bytes.data();
+  m_end = m_begin + size;
+  for (std::size_t row = 0; row < m_count;) {
     const std::size_t number = m_numbers[m_isOneTemplate ? 0 : row];
-    texts.offsets[row] = static_cast<std::uint32_t>(m_out - begin);
-    if (m_printed[number] != nullptr) {
-      const auto offset = addRepeating(number, begin);
-      if (!offset) {
+    if (m_repeating[number]) {
+      const std::size_t rows = m_isOneTemplate ? m_count : 1;
+      if (!addRepeatingRows(number, std::span(texts.offsets).subspan(row, rows))) {
         return false;
       }
-      texts.offsets[row] = *offset;
-    } else if (!addRow(number)) {
+      row += rows;
+      continue;
+    }
+    if (!addRow(number, texts.offsets[row++])) {
       return false;
     }
   }
-  texts.bytes.resize(static_cast<std::size_t>(m_out - begin));
+  texts.bytes.resize(static_cast<std::size_t>(m_out - m_begin));
   return m_sizeOfRows == size;
 }
 

@@ -1,6 +1,7 @@
 #include "columnar/codecs/shaped_text_encoder.h"
 
 #include <algorithm>
+#include <bit>
 
 #include "columnar/codecs/nested_texts.h"
 #include "columnar/codecs/shape_inference.h"
@@ -13,7 +14,10 @@ ShapedTextEncoder::~ShapedTextEncoder() = default;
 
 // The index of the template that the text follows, or the number of texts of no shape.
 std::size_t ShapedTextEncoder::parse(Bytes text, const unsigned char* endOfMemory) {
-  for (std::size_t i = 0; i < m_parsers.size(); ++i) {
+  std::uint32_t candidates =
+      text.empty() ? (1u << m_parsers.size()) - 1 : m_candidates[text.front()];
+  for (; candidates != 0; candidates &= candidates - 1) {
+    const auto i = static_cast<std::size_t>(std::countr_zero(candidates));
     if (m_parsers[i].parse(text, endOfMemory, m_values)) {
       return i;
     }
@@ -21,20 +25,29 @@ std::size_t ShapedTextEncoder::parse(Bytes text, const unsigned char* endOfMemor
   return otherNumber();
 }
 
-void ShapedTextEncoder::addFields(const TextTemplate& shape, Columns& columns) {
+void ShapedTextEncoder::addFields(Columns& columns) {
   ++columns.rows;
-  std::size_t field = 0;
-  for (const TemplatePiece& piece : shape.pieces) {
-    if (!piece.isField()) {
-      continue;
-    }
-    if (piece.kind == PieceKind::text) {
+  for (std::size_t field = 0; field < columns.areTexts.size(); ++field) {
+    if (columns.areTexts[field]) {
       const Bytes text = m_values[field].text;
       columns.texts[field].add(text.data(), static_cast<std::uint32_t>(text.size()));
     } else {
       columns.numbers[field].push_back(m_values[field].number);
     }
-    ++field;
+  }
+}
+
+void ShapedTextEncoder::findCandidates(std::span<const TextTemplate> templates) {
+  m_candidates.fill(0);
+  for (std::size_t i = 0; i < templates.size(); ++i) {
+    const auto& pieces = templates[i].pieces;
+    if (!pieces.empty() && pieces[0].kind == PieceKind::fixed && !pieces[0].bytes.empty()) {
+      m_candidates[static_cast<unsigned char>(pieces[0].bytes[0])] |= 1u << i;
+      continue;
+    }
+    for (std::uint32_t& candidates : m_candidates) {
+      candidates |= 1u << i;
+    }
   }
 }
 
@@ -49,7 +62,14 @@ void ShapedTextEncoder::beginColumns(std::span<const TextTemplate> templates) {
       m_columns[i].numbers[field].clear();
       m_columns[i].texts[field].clear();
     }
+    m_columns[i].areTexts.clear();
+    for (const TemplatePiece& piece : templates[i].pieces) {
+      if (piece.isField()) {
+        m_columns[i].areTexts.push_back(piece.kind == PieceKind::text);
+      }
+    }
   }
+  findCandidates(templates);
   m_others.clear();
 }
 
@@ -70,7 +90,7 @@ bool ShapedTextEncoder::parseAll(const TextValues& texts, std::span<const TextTe
     const std::size_t number = parse({bytes, length}, end);
     m_numbers[row] = number;
     if (number < templates.size()) {
-      addFields(templates[number], m_columns[number]);
+      addFields(m_columns[number]);
     } else {
       m_others.add(bytes, length);
       const bool areManySoFar = m_others.size() > kTrialRows / 2 && m_others.size() * 2 > row;

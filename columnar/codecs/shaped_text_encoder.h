@@ -37,14 +37,16 @@ class ShapedTextEncoder {
   struct Columns {
     std::vector<std::vector<std::uint64_t>> numbers;
     std::vector<TextList> texts;
+    std::vector<bool> areTexts;  // the fields
     std::size_t rows = 0;
   };
 
   [[nodiscard]] bool parseAll(const TextValues& texts, std::span<const TextTemplate> templates,
                               std::size_t maxOthers);
   void beginColumns(std::span<const TextTemplate> templates);
+  void findCandidates(std::span<const TextTemplate> templates);
   std::size_t parse(Bytes text, const unsigned char* endOfMemory);
-  void addFields(const TextTemplate& shape, Columns& columns);
+  void addFields(Columns& columns);
   void numberUsed();
   [[nodiscard]] bool appendParsed(const TextValues& texts, TextHistory& history, ByteBuffer& out);
   void appendColumns(const TextTemplate& shape, const Columns& columns,
@@ -53,7 +55,9 @@ class ShapedTextEncoder {
   std::uint64_t otherNumber() const { return m_parsers.size() + 1; }
 
   std::vector<TemplateParser> m_parsers;  // of the templates
-  std::vector<std::size_t> m_used;        // the templates that some texts follow
+  // For each byte the templates, as bits, whose texts may begin with it.
+  std::array<std::uint32_t, 256> m_candidates{};
+  std::vector<std::size_t> m_used;  // the templates that some texts follow
   std::array<Columns, kMaxTemplates> m_columns;
   std::vector<std::uint64_t> m_numbers;  // of the templates, for each row
   TextList m_others;

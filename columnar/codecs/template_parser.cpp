@@ -94,7 +94,17 @@ std::size_t parseParts(const Rest& rest, int width, std::uint64_t& number, Parse
 }
 
 std::size_t parseFixedDigits(const Rest& rest, int width, std::uint64_t& number) {
-  return parseParts(rest, width, number, parseUpToEightDigits, powerOfTen);
+  const auto size = static_cast<std::size_t>(width);
+  if (size <= kWord) [[likely]] {
+    const bool areThere = rest.size() >= size && parseUpToEightDigits(rest.eight(), width, number);
+    return areThere ? size : 0;
+  }
+  return parseParts(
+      rest, width, number,
+      [](std::uint64_t eight, int part, std::uint64_t& digits) {
+        return parseUpToEightDigits(eight, part, digits);
+      },
+      powerOfTen);
 }
 
 std::size_t parseFixedHex(const Rest& rest, int width, std::uint64_t letterOffset,

@@ -92,6 +92,7 @@ bool TemplatePrinter::takeField(ByteReader& reader, const TemplatePiece& piece, 
     }
     column.step = column.texts.offsets.size() == 1 ? 0 : 1;
     column.endOfBytes = column.texts.bytes.data() + column.texts.bytes.size();
+    column.findValues();
     return true;
   }
   if (piece.kind == PieceKind::moment && !step.moment.compile(piece.bytes)) {
@@ -122,8 +123,97 @@ bool TemplatePrinter::takeColumns(ByteReader& reader, std::size_t rows) {
       return false;
     }
     m_maxPrinted += kLongestField;
+    const std::uint64_t values = valueCount(step);
+    const bool areFew = values <= kMaxCombinations && m_combinationCount <= kMaxCombinations;
+    m_combinationCount = areFew ? m_combinationCount * values : 0;
+  }
+  if (m_combinationCount > kMaxCombinations) {
+    m_combinationCount = 0;
   }
   return true;
+}
+
+// Where all texts together are short, they are few, or one is many times in the column.
+void TemplatePrinter::TextColumn::findValues() {
+  constexpr std::size_t kMaxBytes = 1 << 12;
+  constexpr std::uint16_t kUnknown = 0xFFFF;
+  if (texts.bytes.size() > kMaxBytes) {
+    return;
+  }
+  indices.assign(texts.bytes.size(), kUnknown);
+  for (const std::uint32_t offset : texts.offsets) {
+    if (indices[offset] == kUnknown) {
+      indices[offset] = static_cast<std::uint16_t>(values.size());
+      values.push_back(offset);
+    }
+  }
+}
+
+bool TemplatePrinter::TextColumn::addIndices(std::size_t factor,
+                                             std::span<std::uint32_t> combinations) {
+  if (step == 0) {
+    return true;  // the index is 0
+  }
+  if (combinations.size() > texts.offsets.size() - next) {
+    return false;
+  }
+  for (std::uint32_t& combination : combinations) {
+    combination += static_cast<std::uint32_t>(indices[texts.offsets[next++]] * factor);
+  }
+  return true;
+}
+
+// How many values the field has; 0 where they are unknown.
+std::uint64_t TemplatePrinter::valueCount(const Step& step) {
+  return step.numbers != nullptr ? step.numbers->valueCount() : step.texts->values.size();
+}
+
+// Each index of a value times the factor.
+bool TemplatePrinter::addIndices(Step& step, std::size_t factor,
+                                 std::span<std::uint32_t> combinations) {
+  if (step.texts != nullptr) {
+    return step.texts->addIndices(factor, combinations);
+  }
+  while (!combinations.empty()) {
+    const auto indices = step.numbers->nextIndices();
+    if (indices.empty() || indices.size() > combinations.size()) {
+      return false;
+    }
+    for (std::size_t i = 0; i < indices.size(); ++i) {
+      combinations[i] += static_cast<std::uint32_t>(indices[i] * factor);
+    }
+    combinations = combinations.subspan(indices.size());
+  }
+  return true;
+}
+
+bool TemplatePrinter::takeCombinations(std::span<std::uint32_t> combinations) {
+  std::fill(combinations.begin(), combinations.end(), 0);
+  std::size_t factor = 1;
+  for (Step& step : m_steps) {
+    if (step.kind == PieceKind::fixed) {
+      continue;
+    }
+    if (!addIndices(step, factor, combinations)) {
+      return false;
+    }
+    factor *= valueCount(step);
+  }
+  return true;
+}
+
+unsigned char* TemplatePrinter::printCombination(std::uint32_t combination, unsigned char* out,
+                                                 const unsigned char* end) {
+  for (Step& step : m_steps) {
+    if (step.kind != PieceKind::fixed) {
+      const auto values = static_cast<std::uint32_t>(valueCount(step));
+      const std::uint32_t index = combination % values;
+      combination /= values;
+      step.current =
+          step.numbers != nullptr ? step.numbers->valueOf(index) : step.texts->values[index];
+    }
+  }
+  return printFields(out, end);
 }
 
 // The field's value in the next text.
@@ -188,30 +278,14 @@ unsigned char* TemplatePrinter::printCurrent(Step& step, unsigned char* out,
   return out + size;
 }
 
-unsigned char* TemplatePrinter::print(unsigned char* out, const unsigned char* end) {
+bool TemplatePrinter::takeFields(bool& isSame) {
+  isSame = true;
   for (Step& step : m_steps) {
-    if (!takeNext(step)) {
-      return nullptr;
-    }
-    out = printCurrent(step, out, end);
-    if (out == nullptr) {
-      return nullptr;
-    }
-  }
-  return out;
-}
-
-bool TemplatePrinter::takeFields(FieldValues& values) {
-  values = {};
-  std::size_t field = 0;
-  for (Step& step : m_steps) {
-    if (step.kind == PieceKind::fixed) {
-      continue;
-    }
+    const std::uint64_t before = step.current;
     if (!takeNext(step)) {
       return false;
     }
-    values[field++] = step.current;
+    isSame &= step.current == before;
   }
   return true;
 }

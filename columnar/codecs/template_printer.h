@@ -5,9 +5,9 @@
 // Errors: operations return false where the bytes are damaged.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <deque>
+#include <span>
 #include <vector>
 
 #include "columnar/codecs/integer_column.h"
@@ -25,18 +25,20 @@ class TemplatePrinter {
   // The columns of the fields, for `rows` texts.
   [[nodiscard]] bool takeColumns(ByteReader& reader, std::size_t rows);
 
-  // Prints the next text to `out`, at most to `end` and the margin behind it. Returns its end, or
-  // nullptr where fields are damaged or a text of a field does not fit.
-  unsigned char* print(unsigned char* out, const unsigned char* end);
-
-  // Texts that repeat need not be printed again: where there are few fields, takeFields() reads the
-  // values of the next text, of which it is a function, and printFields() prints that text.
-  using FieldValues = std::array<std::uint64_t, 2>;
-  bool hasFewFields() const {
-    return m_numbers.size() + m_texts.size() <= std::tuple_size_v<FieldValues>;
-  }
-  [[nodiscard]] bool takeFields(FieldValues& values);
+  // Reads the fields of the next text; `isSame` is set where they are those of the one before.
+  [[nodiscard]] bool takeFields(bool& isSame);
+  // Prints that text to `out`, at most to `end` and the margin behind it. Returns its end, or
+  // nullptr where a text of a field does not fit.
   unsigned char* printFields(unsigned char* out, const unsigned char* end);
+
+  // Texts that repeat need not be printed again. Where the fields have few values each, the texts
+  // can be read as combinations of these instead: all are below combinationCount(), which is 0
+  // where there may be more than kMaxCombinations.
+  static constexpr std::size_t kMaxCombinations = 1 << 15;
+  std::size_t combinationCount() const { return m_combinationCount; }
+  [[nodiscard]] bool takeCombinations(std::span<std::uint32_t> combinations);
+  unsigned char* printCombination(std::uint32_t combination, unsigned char* out,
+                                  const unsigned char* end);
 
  private:
   static constexpr std::size_t kOverrun = 64;
@@ -47,6 +49,12 @@ class TemplatePrinter {
     const unsigned char* endOfBytes = nullptr;
     std::size_t next = 0;
     std::size_t step = 1;
+    // The different texts, where they are found out: their offsets, and the index of each offset's.
+    std::vector<std::uint32_t> values;
+    std::vector<std::uint16_t> indices;
+
+    void findValues();
+    [[nodiscard]] bool addIndices(std::size_t factor, std::span<std::uint32_t> combinations);
   };
   struct Step {
     PieceKind kind = PieceKind::fixed;
@@ -60,6 +68,8 @@ class TemplatePrinter {
   };
 
   static bool takeNext(Step& step);
+  static std::uint64_t valueCount(const Step& step);
+  static bool addIndices(Step& step, std::size_t factor, std::span<std::uint32_t> combinations);
   static unsigned char* printCurrent(Step& step, unsigned char* out, const unsigned char* end);
   static unsigned char* printNumber(Step& step, unsigned char* out);
   [[nodiscard]] bool takeField(ByteReader& reader, const TemplatePiece& piece, std::size_t rows,
@@ -70,6 +80,7 @@ class TemplatePrinter {
   std::deque<IntegerColumn> m_numbers;
   std::deque<TextColumn> m_texts;
   std::size_t m_maxPrinted = 0;  // without the texts of fields
+  std::size_t m_combinationCount = 1;
 };
 
 }  // namespace kelvarin
