@@ -133,6 +133,7 @@ std::optional<FaultyLiteral> faultyLiteral(const QString& expression) {
       return;
     }
     std::vector<std::optional<std::string>> constants;
+    constants.reserve(arguments.size());
     for (const std::size_t argument : arguments) {
       constants.push_back(textOf(tokens, argument));
     }
