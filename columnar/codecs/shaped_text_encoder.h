@@ -37,7 +37,7 @@ class ShapedTextEncoder {
   struct Columns {
     std::vector<std::vector<std::uint64_t>> numbers;
     std::vector<TextList> texts;
-    std::vector<bool> areTexts;  // the fields
+    std::vector<std::uint8_t> areTexts;  // 1 for each field that is one
     std::size_t rows = 0;
   };
 
