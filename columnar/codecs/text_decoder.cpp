@@ -65,7 +65,7 @@ bool decodePlain(ByteReader& reader, std::size_t rows, DecodedTexts& texts) {
     return false;
   }
   if (stored.lengths.areEqual() && stored.bytes.empty()) {
-    stored.count = 1;  // one null or empty text stands for all rows
+    stored.count = std::min<std::size_t>(rows, 1);  // one null or empty text stands for all rows
   }
   if (!stored.fitsDecoded()) {
     return false;
