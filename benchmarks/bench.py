@@ -17,6 +17,7 @@ SUITES = {
     "expressions": ("expressions.suite", "run"),
     "engines": ("programs", "engines"),
     "rows": ("programs", "rows"),
+    "texts": ("texts.suite", "run"),
     "vectors": ("vectors", "run"),
     "graphs": ("graphs.suite", "run"),
     "spread": ("graphs.spread", "run"),
