@@ -1,12 +1,11 @@
 """Expressions over a million rows of texts and dates in memory, one thread."""
 
-import dataclasses
 import os
 import time
 
 import polars
 
-from comparison import Comparison, geometric_mean, medians_of_rounds
+from comparison import Comparison, geometric_mean, largest, medians_of_rounds
 from texts.cases import CASES
 from texts.contenders import Table, contenders_of, library_of
 
@@ -57,8 +56,3 @@ def with_means(found):
         ordered += [*lines, geometric_mean(lines, wanted_of(other)[1]), largest(lines)]
     return ordered
 
-
-def largest(lines):
-    """The comparison of one group that is worst for us."""
-    line = max(lines, key=lambda line: line.ratio)
-    return dataclasses.replace(line, what=f"largest: {line.what}")
