@@ -210,6 +210,9 @@ TEST(CalculatorStage, ThereIsNoneAnyMoreWhereManyTextsAreNoNumbers) {
     ASSERT_TRUE(h.pull(0).has_value());
   }
   EXPECT_EQ(h.actionAs<Calculator>().stage(), nullptr);
+  h.finish();
+  ASSERT_EQ(h.host().report().outputs.size(), 1u);
+  EXPECT_FALSE(h.host().report().outputs[0].isByBatch);
 }
 
 // Random numbers and assignments.
