@@ -17,6 +17,8 @@ SUITES = {
     "expressions": ("expressions.suite", "run"),
     "engines": ("programs", "engines"),
     "rows": ("programs", "rows"),
+    "texts": ("texts.suite", "run"),
+    "text-graphs": ("texts.graph_suite", "run"),
     "vectors": ("vectors", "run"),
     "graphs": ("graphs.suite", "run"),
     "spread": ("graphs.spread", "run"),

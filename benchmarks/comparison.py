@@ -54,6 +54,12 @@ def geometric_mean(comparisons, wanted=None, what="geometric mean"):
     return Comparison(first.group, what, first.against, ours, theirs, first.unit, wanted)
 
 
+def largest(comparisons):
+    """Of the comparisons of one group against one thing the one that is worst for us."""
+    worst = max(comparisons, key=lambda comparison: comparison.ratio)
+    return dataclasses.replace(worst, what=f"largest: {worst.what}")
+
+
 def print_table(comparisons):
     headings = ("what", "against", "ours", "theirs", "ratio", "wanted")
     lines = [(c.what, c.against, f"{c.ours:.4g} {c.unit}", f"{c.theirs:.4g} {c.unit}", f"{c.ratio:.2f}",

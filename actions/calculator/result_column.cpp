@@ -13,6 +13,7 @@ namespace kelvarin {
 namespace {
 
 constexpr std::size_t kSizeOfNull = sizeof kNullTextLength;
+constexpr std::size_t kMaxBytes = std::size_t{64} << 20;  // of texts, so that memory stays bounded
 
 template <typename Value>
 std::shared_ptr<Value[]> valuesOf(const RowBatch& batch, Value ofGaps) {
@@ -28,6 +29,32 @@ template <typename Value, typename Make>
 BatchColumn columnOf(std::shared_ptr<Value[]> values, Make make) {
   const Value* first = values.get();
   return make(std::move(values), first);
+}
+
+template <typename Word>
+void copyEnds(std::string_view text, unsigned char* to) {
+  const std::size_t last = text.size() - sizeof(Word);
+  Word words[2];
+  std::memcpy(&words[0], text.data(), sizeof(Word));
+  std::memcpy(&words[1], text.data() + last, sizeof(Word));
+  std::memcpy(to, &words[0], sizeof(Word));
+  std::memcpy(to + last, &words[1], sizeof(Word));
+}
+
+// Most texts are short, and a call would cost more than the copy.
+void copyText(std::string_view text, unsigned char* to) {
+  const std::size_t size = text.size();
+  if (size > 2 * sizeof(std::uint64_t)) {
+    std::memcpy(to, text.data(), size);
+  } else if (size >= sizeof(std::uint64_t)) {
+    copyEnds<std::uint64_t>(text, to);
+  } else if (size >= sizeof(std::uint32_t)) {
+    copyEnds<std::uint32_t>(text, to);
+  } else {
+    for (std::size_t i = 0; i < size; ++i) {
+      to[i] = static_cast<unsigned char>(text[i]);
+    }
+  }
 }
 
 }  // namespace
@@ -53,7 +80,8 @@ void ResultColumn::store(BatchEvaluation& rows, int output, const KeyCast& keyCa
   } else if (m_keys != nullptr) {
     storeKeys(rows, output, keyCast);
   } else if (rows.yieldsText(output)) {
-    storeTexts(rows, output);
+    const ColumnText* texts = rows.texts(output);  // may leave fewer rows
+    storeTexts(rows, 0, texts, rows.rowCount());
   } else {
     storePrintedNumbers(rows, output);
   }
@@ -79,52 +107,61 @@ void ResultColumn::storeKeys(BatchEvaluation& rows, int output, const KeyCast& k
   }
 }
 
-void ResultColumn::storeTexts(BatchEvaluation& rows, int output) {
-  const ColumnText* texts = rows.texts(output);
-  for (std::size_t i = 0; i < rows.rowCount(); ++i) {
-    if (texts[i].isNull()) {
-      appendNull(rows.storedRow(i));
-    } else if (!appendText(rows.storedRow(i), texts[i].view())) {
-      rows.keepFirst(i);
-    }
-  }
-}
-
 void ResultColumn::storePrintedNumbers(BatchEvaluation& rows, int output) {
   const double* numbers = rows.numbers(output);
   std::array<NumberText, kNumbersPrinted> printed;
-  for (std::size_t i = 0; i < rows.rowCount(); ++i) {
-    const std::size_t ofGroup = i % kNumbersPrinted;
-    if (ofGroup == 0) {
-      printNumbers(numbers + i, std::min(kNumbersPrinted, rows.rowCount() - i), printed.data());
+  std::array<ColumnText, kNumbersPrinted> texts;
+  for (std::size_t begin = 0; begin < rows.rowCount(); begin += kNumbersPrinted) {
+    const std::size_t count = std::min(kNumbersPrinted, rows.rowCount() - begin);
+    printNumbers(numbers + begin, count, printed.data());
+    for (std::size_t i = 0; i < count; ++i) {
+      texts[i] = printed[i].size == 0 ? ColumnText() : ColumnText(printed[i].text());
     }
-    const std::string_view text = printed[ofGroup].text();
-    if (text.empty()) {
-      appendNull(rows.storedRow(i));
-    } else if (!appendText(rows.storedRow(i), text)) {
-      rows.keepFirst(i);
-    }
+    storeTexts(rows, begin, texts.data(), count);
   }
 }
 
-bool ResultColumn::appendText(std::size_t storedRow, std::string_view text) {
-  constexpr std::size_t kMaxBytes = std::size_t{64} << 20;  // memory stays bounded
-  const auto length = static_cast<std::uint32_t>(text.size());
-  const std::size_t end = m_size + sizeof length + text.size();
-  if (end > kMaxBytes) [[unlikely]] {
-    return false;
+// For the rows from `begin` on.
+void ResultColumn::storeTexts(BatchEvaluation& rows, std::size_t begin, const ColumnText* texts,
+                              std::size_t count) {
+  const std::size_t stored = reserveFor(texts, count);
+  for (std::size_t i = 0; i < stored; ++i) {
+    const std::size_t row = rows.storedRow(begin + i);
+    if (texts[i].isNull()) {
+      m_positions[row] = kPositionOfNull;
+    } else {
+      append(row, texts[i].view());
+    }
   }
-  if (end > m_capacity) [[unlikely]] {
+  if (stored < count) [[unlikely]] {
+    rows.keepFirst(begin + stored);
+  }
+}
+
+// Returns how many of the texts the column can hold.
+std::size_t ResultColumn::reserveFor(const ColumnText* texts, std::size_t count) {
+  std::size_t end = m_size;
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::size_t next = end + sizeof kNullTextLength + texts[i].view().size();
+    if (next > kMaxBytes) [[unlikely]] {
+      count = i;
+      break;
+    }
+    end = next;
+  }
+  if (end > m_capacity) {
     reserve(2 * end);
   }
-  m_positions[storedRow] = static_cast<std::uint32_t>(m_size);
+  return count;
+}
+
+void ResultColumn::append(std::size_t storedRow, std::string_view text) {
+  const auto length = static_cast<std::uint32_t>(text.size());
   unsigned char* bytes = m_bytes.get() + m_size;
+  m_positions[storedRow] = static_cast<std::uint32_t>(m_size);
   std::memcpy(bytes, &length, sizeof length);
-  if (!text.empty()) {
-    std::memcpy(bytes + sizeof length, text.data(), text.size());
-  }
-  m_size = end;
-  return true;
+  copyText(text, bytes + sizeof length);
+  m_size += sizeof length + text.size();
 }
 
 // Only texts take memory that would be left behind.

@@ -33,11 +33,11 @@ class ResultColumn {
  private:
   void storeNumbers(BatchEvaluation& rows, int output);
   void storeKeys(BatchEvaluation& rows, int output, const KeyCast& keyCast);
-  void storeTexts(BatchEvaluation& rows, int output);
   void storePrintedNumbers(BatchEvaluation& rows, int output);
-  // Behind the texts of the rows before. False where the column would be too long.
-  bool appendText(std::size_t storedRow, std::string_view text);
-  void appendNull(std::size_t storedRow) { m_positions[storedRow] = kPositionOfNull; }
+  void storeTexts(BatchEvaluation& rows, std::size_t begin, const ColumnText* texts,
+                  std::size_t count);
+  std::size_t reserveFor(const ColumnText* texts, std::size_t count);
+  void append(std::size_t storedRow, std::string_view text);
   void reserve(std::size_t size);
 
   static constexpr std::uint32_t kPositionOfNull = 0;

@@ -13,6 +13,7 @@
 #include "expression/evaluator/variable_names.h"
 #include "expression/help/expression_hint.h"
 #include "expression/options/evaluation_attributes.h"
+#include "host/contract/batch_steps.h"
 #include "host/contract/host_services.h"
 #include "host/contract/missing_column.h"
 
@@ -66,7 +67,10 @@ void ExpressionAction::reportOutputs() const {
   if (services == nullptr || m_engines.empty() || isChecking() == isRun) {
     return;
   }
-  const bool isByBatch = std::ranges::all_of(m_engines, &EngineChoice::takesBatches);
+  // Rows may have shown that they must go one by one.
+  const auto* transform = dynamic_cast<const BatchTransform*>(this);
+  const bool isByBatch = std::ranges::all_of(m_engines, &EngineChoice::takesBatches) &&
+                         (!isRun || (transform != nullptr && transform->stage() != nullptr));
   ActionReport report;
   for (int i = 0; i < static_cast<int>(m_engines.size()); ++i) {
     const EngineChoice& choice = m_engines[static_cast<std::size_t>(i)];

@@ -9,7 +9,7 @@ import os
 import sys
 import time
 
-from work import COLUMNS, CONDITION, WORKS
+from graphs.work import COLUMNS, CONDITION, WORKS
 
 
 def run_duckdb(work, threads, source, target):

@@ -17,7 +17,7 @@ struct OutputReport {
   QString slowedBy;  // the token that a faster engine does not know; empty where there is none
   QString reason;    // why not a faster engine; empty for the fastest
   // Rows are evaluated by the batch. If not, the token of this expression that forbids it; empty
-  // where there is none, as where another expression of the action does.
+  // where there is none, as where another expression of the action does, or rows have.
   bool isByBatch = false;
   QString batchRefusal;
   long long nulls = -1;

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "actions/calculator/calculator.h"
+#include "actions/frame/tests/allocation_counter.h"
 #include "actions/frame/tests/expression_elements.h"
 #include "actions/frame/tests/random_expression.h"
 #include "host/testing/batch_comparison.h"
@@ -209,6 +210,9 @@ TEST(CalculatorStage, ThereIsNoneAnyMoreWhereManyTextsAreNoNumbers) {
     ASSERT_TRUE(h.pull(0).has_value());
   }
   EXPECT_EQ(h.actionAs<Calculator>().stage(), nullptr);
+  h.finish();
+  ASSERT_EQ(h.host().report().outputs.size(), 1u);
+  EXPECT_FALSE(h.host().report().outputs[0].isByBatch);
 }
 
 // Random numbers and assignments.
@@ -238,6 +242,42 @@ TEST(CalculatorStage, ColumnsThatAreNotMadeArePassedOn) {
   EXPECT_EQ(result.rowsDone, 99u);
   EXPECT_EQ(result.outputs[0]->column(0).numbers(), batch->column(0).numbers());
   EXPECT_EQ(result.outputs[0]->column(1).textBytes(), batch->column(1).textBytes());
+}
+
+// Beyond ASCII, too: as many allocations for a batch as for a part of it.
+TEST(CalculatorStage, TextsAndDatesAllocateNothingForARow) {
+  const std::string outputs =
+      output("upper", "toupper(t)", "meta='U'") +
+      output("part", "substr(t,2,5) // right(t,3)", "meta='U'") +
+      output("replaced", "replace(t,&quot;a&quot;,&quot;xy&quot;)", "meta='U'") +
+      output("chosen", "contains(t,&quot;rk&quot;) ? t // &quot;-&quot; // d : d", "meta='U'") +
+      output("compared", "t &gt; &quot;M&quot; ? strlen(t)*2 + a : a") +
+      output("converted", "atof(d) + strlen(itoa(a))") + output("printed", "a", "meta='U'") +
+      output("match", "regexExtract(d,&quot;([0-9]+)-([0-9]+)&quot;,2)", "meta='U'") +
+      output("substituted", "regexReplace(t,&quot;(.)([aeiou]+)&quot;,&quot;_&quot;)", "meta='U'") +
+      output("padded", "padLeft(split(d,&quot;-&quot;,1),5,&quot;0&quot;)", "meta='U'") +
+      output("elapsed", "toET(d)") + output("date", "toDate(a)", "meta='U'") +
+      output("day", "datePrint(d,&quot;dddd d MMMM yyyy&quot;)", "meta='U'") +
+      output("later", "dateAdd(d,0,1,10)", "meta='U'");
+  auto h = RowHarness::of<Calculator>(
+      calculator(outputs,
+                 "dateFormat='yyyy-MM-dd' referenceTime='20000101 00:00:00' elapsedTimeUnit='3'",
+                 "<InputVar column='a'/><InputVar column='t' isNumber='0'/>"
+                 "<InputVar column='d' isNumber='0'/>"),
+      "a:F t:U d:U");
+  const Value kTexts[] = {"Newark", "Ürgüp", nullptr, "", "a text that is longer than most"};
+  for (int i = 0; i < 3000; ++i) {
+    h.push(
+        {i, kTexts[i % 5], "20" + std::to_string(10 + i % 30) + "-02-1" + std::to_string(i % 7)});
+  }
+  ASSERT_TRUE(h.pull(0).has_value());
+  const BatchStage* stage = h.actionAs<Calculator>().stage();
+  ASSERT_NE(stage, nullptr);
+  const RowBatchPointer batch = h.input(0).restOfBatch();
+  (void)allocationsOf(*stage, *batch);  // what is learnt once
+  const long long allocations = allocationsOf(*stage, *batch);
+  EXPECT_GT(allocations, 0);
+  EXPECT_EQ(allocationsOf(*stage, *batch->slice(0, 500)), allocations);
 }
 
 TEST(CalculatorStage, ManyThreadsShareOne) {

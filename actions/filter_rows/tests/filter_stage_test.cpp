@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "actions/filter_rows/filter_rows.h"
+#include "actions/frame/tests/allocation_counter.h"
 #include "actions/frame/tests/random_expression.h"
 #include "host/testing/batch_comparison.h"
 
@@ -113,6 +114,24 @@ TEST(FilterStage, ColumnsStayAsTheyAre) {
   EXPECT_EQ(result.outputs[0]->rowCount() + result.outputs[1]->rowCount(), batch->rowCount());
   EXPECT_EQ(result.inputRows[0][0], 4u);
   EXPECT_EQ(result.outputs[0]->storedRow(0), batch->storedRow(4));
+}
+
+TEST(FilterStage, TextsAllocateNothingForARow) {
+  auto h = RowHarness::of<FilterRows>(
+      filter("contains(tolower(t),&quot;rk&quot;) || regexMatch(t,&quot;^[ÜU]r&quot;) || "
+             "t // &quot;x&quot; &gt; &quot;M&quot;"),
+      kColumns);
+  for (int i = 0; i < 3000; ++i) {
+    h.push({i, i, i, i % 3 == 0 ? "Newark" : i % 3 == 1 ? "Ürgüp" : "Gent"});
+  }
+  ASSERT_TRUE(h.pull(0).has_value());
+  const BatchStage* stage = h.actionAs<FilterRows>().stage();
+  ASSERT_NE(stage, nullptr);
+  const RowBatchPointer batch = h.input(0).restOfBatch();
+  (void)allocationsOf(*stage, *batch);  // what is learnt once
+  const long long allocations = allocationsOf(*stage, *batch);
+  EXPECT_GT(allocations, 0);
+  EXPECT_EQ(allocationsOf(*stage, *batch->slice(0, 500)), allocations);
 }
 
 TEST(FilterStage, SamplingGoesRowByRow) {

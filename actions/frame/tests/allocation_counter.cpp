@@ -1,43 +1,68 @@
 #include "actions/frame/tests/allocation_counter.h"
 
 #include <atomic>
-#include <cstdlib>
-#include <new>
+#include <cstddef>
 
 namespace {
 
 std::atomic<long long> s_allocations{0};
 
-void* counted(std::size_t size) {
+void count() {
   s_allocations.fetch_add(1, std::memory_order_relaxed);
-  void* memory = std::malloc(size == 0 ? 1 : size);
-  if (memory == nullptr) {
-    throw std::bad_alloc();
-  }
-  return memory;
 }
 
 }  // namespace
 
-void* operator new(std::size_t size) {
-  return counted(size);
-}
-void* operator new[](std::size_t size) {
-  return counted(size);
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-  std::free(memory);
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*)(const volatile void*,
+                                                                  std::size_t),
+                                                         void (*)(const volatile void*));
+
+namespace {
+
+[[maybe_unused]] const int s_hooks = __sanitizer_install_malloc_and_free_hooks(
+    [](const volatile void*, std::size_t) { count(); }, [](const volatile void*) {});
+
+}  // namespace
+
+#else
+
+// In front of those of the C library, which operator new and Qt's containers call.
+extern "C" {
+
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t number, std::size_t size);
+void* __libc_realloc(void* memory, std::size_t size);
+
+__attribute__((visibility("default"))) void* malloc(std::size_t size) {
+  count();
+  return __libc_malloc(size);
 }
 
-long long kelvarin::testing::allocationsSoFar() {
+__attribute__((visibility("default"))) void* calloc(std::size_t number, std::size_t size) {
+  count();
+  return __libc_calloc(number, size);
+}
+
+__attribute__((visibility("default"))) void* realloc(void* memory, std::size_t size) {
+  count();
+  return __libc_realloc(memory, size);
+}
+}
+
+#endif
+
+namespace kelvarin::testing {
+
+long long allocationsSoFar() {
   return s_allocations.load();
 }
+
+long long allocationsOf(const BatchStage& stage, const RowBatch& batch) {
+  const long long before = allocationsSoFar();
+  const StageResult result = stage.process(batch, -1);
+  return result.rowsDone < batch.rowCount() ? -1 : allocationsSoFar() - before;
+}
+
+}  // namespace kelvarin::testing
