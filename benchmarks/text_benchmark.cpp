@@ -1,7 +1,7 @@
 // Expressions with texts in memory on one core: nanoseconds a row on the String Parser, which gets
 // one row after the other, and as column programs.
 //
-//   text_benchmark [--rows 100000] [--rounds 5]
+//   text_benchmark [--rows 100000] [--rounds 5] [--only date]
 
 #include <algorithm>
 #include <ctime>
@@ -165,10 +165,14 @@ double timeOf(int rounds, std::size_t rows, double& sum, Run run) {
   return best / static_cast<double>(rows) * 1e9;
 }
 
-int compare(std::size_t rows, int rounds) {
+// Lines whose name contains `only`.
+int compare(std::size_t rows, int rounds, const std::string& only) {
   const Table table = tableOf(rows);
   fmt::print("{:20} {:>8} {:>8} {:>6}\n", "ns a row", "String", "columns", "ratio");
   for (const Line& line : kLines) {
+    if (std::string_view(line.name).find(only) == std::string_view::npos) {
+      continue;
+    }
     Contest contest(line.expression, table);
     if (!contest.isCompiled()) {
       fmt::print("{}: no column program\n", line.expression);
@@ -195,6 +199,8 @@ int main(int argc, char** argv) {
   int rounds = 5;
   app.add_option("--rows", rows)->check(CLI::PositiveNumber);
   app.add_option("--rounds", rounds)->check(CLI::PositiveNumber);
+  std::string only;
+  app.add_option("--only", only);
   CLI11_PARSE(app, argc, argv);
-  return kelvarin::compare(rows, rounds);
+  return kelvarin::compare(rows, rounds, only);
 }
