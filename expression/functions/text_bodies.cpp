@@ -71,14 +71,6 @@ ColumnText textIn(TextArena& arena, const QString& text) {
   return ColumnText(arena.copy({bytes.constData(), static_cast<std::size_t>(bytes.size())}));
 }
 
-void setResult(FunctionResult& result, const std::optional<std::string>& text) {
-  if (text) {
-    result.setText(*text);
-  } else {
-    result.setNullText();
-  }
-}
-
 ArgumentReader<QString>::ArgumentReader(const FunctionContext&, const FunctionArgument& argument)
     : m_text(argument.isText() ? QString::fromUtf8(argument.text().data(),
                                                    static_cast<qsizetype>(argument.text().size()))

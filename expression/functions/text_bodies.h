@@ -7,14 +7,14 @@
 // A number where f of a valueBody takes a text is its shortest text; a text where f takes a number
 // counts as null.
 //
-// f takes `const QString&` (16-bit units), `std::string_view` (UTF-8), `DateValue` (what a text says
-// in the date format in force) and `double`, after an optional FunctionContext& and an optional
-// TextArena&. It returns a double, a bool, a QString, an optional text in UTF-8, or a ColumnText: a
-// part of an argument or a text in the arena. Where an argument can be one that no row can be
-// computed with, it returns an Outcome of these.
+// f takes `const QString&` (16-bit units), `std::string_view` (UTF-8), `DateValue` (what a text
+// says in the date format in force) and `double`, after an optional FunctionContext& and an
+// optional TextArena&. It returns a double, a bool, a QString or a ColumnText: a part of an
+// argument or a text in the arena. Where an argument can be one that no row can be computed with,
+// it returns an Outcome of these.
 //
-// Where f takes and returns no QString and no optional text, the body for columns is made of it as
-// well: valueBodies<f>, testBodies<f> and searchBodies<f, miss> have both.
+// Where f takes and returns no QString, the body for columns is made of it as well: valueBodies<f>,
+// testBodies<f> and searchBodies<f, miss> have both.
 #pragma once
 
 #include <algorithm>
@@ -53,7 +53,6 @@ void setResult(FunctionResult& result, double number);
 void setResult(FunctionResult& result, bool isTrue);
 // A null QString is the null text; half a surrogate pair becomes U+FFFD.
 void setResult(FunctionResult& result, const QString& text);
-void setResult(FunctionResult& result, const std::optional<std::string>& text);
 void setResult(FunctionResult& result, const ColumnText& text);
 
 // What a function returned, or null where the row fails.
@@ -431,5 +430,16 @@ template <auto function, int miss>
 inline constexpr FunctionBody searchBodies{
     searchBody<function, miss>,
     ColumnBody{valueColumns<function>, ColumnsOf<function>::textArguments()}};
+
+// For functions that take one text, the null text too, and never fail.
+template <double (*valueOf)(const ColumnText&)>
+std::size_t numberColumns(const ColumnCall& call) {
+  const ColumnText* texts = call.arguments[0].texts;
+  std::transform(texts, texts + call.rows, call.numbers, valueOf);
+  return call.rows;
+}
+
+template <double (*valueOf)(const ColumnText&)>
+inline constexpr ColumnBody kNumberOfText{numberColumns<valueOf>, 0b1};
 
 }  // namespace kelvarin
