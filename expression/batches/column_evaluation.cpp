@@ -1,5 +1,7 @@
 #include "expression/batches/column_evaluation.h"
 
+#include <algorithm>
+
 #include "expression/batches/function_loops.h"
 #include "expression/batches/number_loops.h"
 #include "expression/batches/text_loops.h"
@@ -15,7 +17,7 @@ std::size_t callLibrary(Number1 function, const ColumnCall& call) {
   return call.rows;
 }
 
-std::size_t compute(Operation operation, const ColumnCall& call) {
+std::size_t computeOperation(Operation operation, const ColumnCall& call) {
   if (operation == Operation::join) {
     return joinTexts(call);
   }
@@ -46,10 +48,11 @@ void ColumnEvaluation::reserve(const ColumnProgram& program) {
     m_textCapacity = program.m_textRegisters;
     m_textRegisters = std::make_unique<ColumnText[]>(m_textCapacity * ColumnProgram::kMaxRows);
   }
+  m_selections.resize(
+      std::max(m_selections.size(), program.m_branchDepth * ColumnProgram::kMaxRows));
 }
 
-ColumnArgument ColumnEvaluation::columnAt(const ColumnProgram& program,
-                                          const VariableColumns& variables,
+ColumnArgument ColumnEvaluation::columnAt(const Source& source,
                                           const ColumnProgram::Location& location) const {
   using Kind = ColumnProgram::Location::Kind;
   ColumnArgument column;
@@ -57,40 +60,90 @@ ColumnArgument ColumnEvaluation::columnAt(const ColumnProgram& program,
   const std::size_t i = location.index;
   if (location.isText) {
     column.texts = location.kind == Kind::computed   ? textRegister(i)
-                   : location.kind == Kind::variable ? variables.texts[i]
-                                                     : program.m_textConstants[i].get();
+                   : location.kind == Kind::variable ? source.variables.texts[i]
+                                                     : source.program.m_textConstants[i].get();
   } else {
     column.numbers = location.kind == Kind::computed   ? numberRegister(i)
-                     : location.kind == Kind::variable ? variables.numbers[i]
-                                                       : program.m_numberConstants[i].get();
+                     : location.kind == Kind::variable ? source.variables.numbers[i]
+                                                       : source.program.m_numberConstants[i].get();
   }
   return column;
+}
+
+RegisterColumn ColumnEvaluation::registerAt(const ColumnProgram::Location& location) const {
+  return {.numbers = location.isText ? nullptr : numberRegister(location.index),
+          .texts = location.isText ? textRegister(location.index) : nullptr};
 }
 
 std::size_t ColumnEvaluation::evaluate(const ColumnProgram& program,
                                        const VariableColumns& variables, std::size_t rowCount) {
   reserve(program);
   m_arena.clear();
-  for (const ColumnProgram::Step& step : program.m_steps) {
-    m_operands.clear();
-    for (const ColumnProgram::Location& operand : step.operands) {
-      m_operands.push_back(columnAt(program, variables, operand));
-    }
-    const bool isText = step.result.isText;
-    const ColumnCall call{.arguments = m_operands,
-                          .rows = rowCount,
-                          .numbers = isText ? nullptr : numberRegister(step.result.index),
-                          .texts = isText ? textRegister(step.result.index) : nullptr,
-                          .context = m_functions,
-                          .arena = m_arena,
-                          .longestText = program.m_longestText,
-                          .maxBytes = program.m_bytesOfStep};
-    rowCount = step.line != nullptr              ? callFunction(*step.line, call)
-               : step.libraryFunction != nullptr ? callLibrary(step.libraryFunction, call)
-                                                 : compute(step.operation, call);
-  }
-  m_result = columnAt(program, variables, program.m_result);
+  const Source source{program, variables};
+  rowCount = run(program.m_steps, source, rowCount);
+  m_result = columnAt(source, program.m_result);
   return rowCount;
+}
+
+std::size_t ColumnEvaluation::run(const std::vector<Step>& steps, const Source& source,
+                                  std::size_t rows) {
+  for (const Step& step : steps) {
+    rows =
+        step.branches.empty() ? compute(step, source, rows) : computeBranches(step, source, rows);
+  }
+  return rows;
+}
+
+std::size_t ColumnEvaluation::compute(const Step& step, const Source& source, std::size_t rows) {
+  m_operands.clear();
+  for (const ColumnProgram::Location& operand : step.operands) {
+    m_operands.push_back(columnAt(source, operand));
+  }
+  const RegisterColumn result = registerAt(step.result);
+  const ColumnCall call{.arguments = m_operands,
+                        .rows = rows,
+                        .numbers = result.numbers,
+                        .texts = result.texts,
+                        .context = m_functions,
+                        .arena = m_arena,
+                        .longestText = source.program.m_longestText,
+                        .maxBytes = source.program.m_bytesOfStep};
+  return step.line != nullptr              ? callFunction(*step.line, call)
+         : step.libraryFunction != nullptr ? callLibrary(step.libraryFunction, call)
+                                           : computeOperation(step.operation, call);
+}
+
+std::size_t ColumnEvaluation::computeBranches(const Step& step, const Source& source,
+                                              std::size_t rows) {
+  if (step.operands.size() > 1) {
+    copyRows(columnAt(source, step.operands[1]), rows, registerAt(step.result));
+  }
+  for (const ColumnProgram::Branch& branch : step.branches) {
+    rows = computeBranch(step, branch, source, rows);
+  }
+  return rows;
+}
+
+std::size_t ColumnEvaluation::computeBranch(const Step& step, const ColumnProgram::Branch& branch,
+                                            const Source& source, std::size_t rows) {
+  const double* condition = columnAt(source, step.operands[0]).numbers;
+  RowIndex* memory = m_selections.data() + (branch.depth - 1) * ColumnProgram::kMaxRows;
+  const SelectedRows selected = selectRows(condition, branch.isOfTrue, rows, memory);
+  if (selected.empty()) {
+    return rows;
+  }
+  for (const ColumnProgram::Branch::Input& input : branch.inputs) {
+    gatherRows(columnAt(source, input.from), selected, registerAt(input.to));
+  }
+  const std::size_t done = run(branch.steps, source, selected.size());
+  const ColumnArgument values = columnAt(source, branch.result);
+  const RegisterColumn results = registerAt(step.result);
+  if (step.operation == Operation::choose) {
+    scatterRows(values, selected.first(done), results);
+  } else {
+    scatterTruths(values.numbers, selected.first(done), results.numbers);
+  }
+  return done < selected.size() ? selected[done] : rows;
 }
 
 }  // namespace kelvarin

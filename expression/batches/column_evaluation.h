@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "expression/batches/column_program.h"
+#include "expression/batches/selected_rows.h"
 #include "expression/functions/column_call.h"
 #include "expression/functions/text_arena.h"
 
@@ -38,9 +39,24 @@ class ColumnEvaluation {
   const ColumnText* texts() const { return m_result.texts; }
 
  private:
+  using Step = ColumnProgram::Step;
+
+  // What the steps of one evaluation read.
+  struct Source {
+    const ColumnProgram& program;
+    const VariableColumns& variables;
+  };
+
   void reserve(const ColumnProgram& program);
-  ColumnArgument columnAt(const ColumnProgram& program, const VariableColumns& variables,
-                          const ColumnProgram::Location& location) const;
+  // These return how many of the rows were evaluated.
+  std::size_t run(const std::vector<Step>& steps, const Source& source, std::size_t rows);
+  std::size_t compute(const Step& step, const Source& source, std::size_t rows);
+  std::size_t computeBranches(const Step& step, const Source& source, std::size_t rows);
+  std::size_t computeBranch(const Step& step, const ColumnProgram::Branch& branch,
+                            const Source& source, std::size_t rows);
+
+  ColumnArgument columnAt(const Source& source, const ColumnProgram::Location& location) const;
+  RegisterColumn registerAt(const ColumnProgram::Location& location) const;
   double* numberRegister(std::size_t index) const {
     return m_numberRegisters.get() + index * ColumnProgram::kMaxRows;
   }
@@ -52,6 +68,7 @@ class ColumnEvaluation {
   std::unique_ptr<ColumnText[]> m_textRegisters;
   std::size_t m_numberCapacity = 0;  // in registers
   std::size_t m_textCapacity = 0;
+  std::vector<RowIndex> m_selections;      // of each depth of branches
   std::vector<ColumnArgument> m_operands;  // of one step
   ColumnArgument m_result;
   TextArena m_arena;

@@ -78,6 +78,10 @@ struct TreeNode {
   std::size_t variable = 0;            // its index in the store
   Number1 libraryFunction = nullptr;   // of the expression library's own
   const FunctionLine* line = nullptr;  // of a tableFunction
+
+  bool isLeaf() const {
+    return operation == Operation::constant || operation == Operation::variable;
+  }
 };
 
 struct TypedTree {

@@ -39,19 +39,19 @@ inline std::optional<ClockReading> readingOf(const ClockFields& fields) {
                           seconds * 1000 + fields.millisecond);
 }
 
-inline ClockFields fieldsOf(ClockReading clock) {
-  const CivilDay civil = civilDayOf(clock.dayNumber());
-  const auto timeOfDay = static_cast<unsigned>(clock.timeOfDay());
-  const unsigned seconds = timeOfDay / 1000;
+// `timeOfDay` in milliseconds.
+inline ClockFields fieldsOf(const CivilDay& day, std::int64_t timeOfDay) {
+  const auto milliseconds = static_cast<unsigned>(timeOfDay);
+  const unsigned seconds = milliseconds / 1000;
   const unsigned minutes = seconds / 60;
   ClockFields fields;
-  fields.year = civil.year;
-  fields.month = civil.month;
-  fields.day = civil.day;
+  fields.year = day.year;
+  fields.month = day.month;
+  fields.day = day.day;
   fields.hour = static_cast<int>(minutes / 60);
   fields.minute = static_cast<int>(minutes % 60);
   fields.second = static_cast<int>(seconds % 60);
-  fields.millisecond = static_cast<int>(timeOfDay % 1000);
+  fields.millisecond = static_cast<int>(milliseconds % 1000);
   return fields;
 }
 

@@ -33,7 +33,7 @@ Instant currentInstant() {
 }
 
 // Under the name at this very time.
-std::optional<Instant> localInstantInForce(Instant reading, std::string_view zoneName) {
+DateValue localInstantInForce(Instant reading, std::string_view zoneName) {
   for (const Instant nearby : {reading - kMillisecondsOfDay, reading + kMillisecondsOfDay}) {
     const LocalZone zone = localZone(nearby, zoneName);
     if (!zone.hasName) {
@@ -69,16 +69,16 @@ ClockZone ClockZone::local() {
       [](std::int64_t seconds) { return std::int64_t{localTime(seconds).tm_gmtoff}; }));
 }
 
-std::optional<Instant> localInstantNamed(ClockReading clock, std::string_view zoneName) {
+DateValue localInstantNamed(ClockReading clock, std::string_view zoneName) {
   const Instant reading = clock.milliseconds;
-  if (const auto inForce = localInstantInForce(reading, zoneName)) {
+  if (const DateValue inForce = localInstantInForce(reading, zoneName)) {
     return inForce;
   }
   std::optional<Instant> offset = localOffsetNamed(reading, zoneName);
   if (!offset) {
     offset = localOffsetNamed(currentInstant(), zoneName);
   }
-  return offset ? std::optional(reading - *offset) : std::nullopt;
+  return offset ? DateValue(reading - *offset) : DateValue();
 }
 
 bool isLocalZoneNowadays(std::string_view zoneName) {

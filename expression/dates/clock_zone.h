@@ -25,7 +25,7 @@ class ClockZone {
   ClockReading readingAt(Instant instant) const {
     return {isUTC() ? instant : instant + m_offsets->at(instant)};
   }
-  std::optional<Instant> instantAt(ClockReading clock, InGap inGap = InGap::isNoTime) const {
+  DateValue instantAt(ClockReading clock, InGap inGap = InGap::isNoTime) const {
     if (isUTC()) {
       return clock.milliseconds;
     }
@@ -41,7 +41,7 @@ class ClockZone {
 
 // Where this machine's zone has this name, as CET or CEST: at that time if it can be, else at
 // another time of that year, else nowadays. Nothing for a name that the zone has at none of these.
-std::optional<Instant> localInstantNamed(ClockReading clock, std::string_view zoneName);
+DateValue localInstantNamed(ClockReading clock, std::string_view zoneName);
 bool isLocalZoneNowadays(std::string_view zoneName);
 
 }  // namespace kelvarin

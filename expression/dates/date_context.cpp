@@ -1,6 +1,7 @@
 #include "expression/dates/date_context.h"
 
 #include <ctime>
+#include <iterator>
 
 #include <QDateTime>
 #include <QLocale>
@@ -34,28 +35,19 @@ QString systemFormat(int type) {
   }
 }
 
-}  // namespace
-
-std::int64_t millisecondsOfUnit(int elapsedTimeUnit) {
-  switch (elapsedTimeUnit) {
-    case 0:
-      return 1000;
-    case 1:
-      return 60'000;
-    case 2:
-      return 3'600'000;
-    case 3:
-      return 86'400'000;
-    case 4:
-      return 604'800'000;
-    default:
-      return 0;
-  }
+// 0 for an unknown unit.
+std::int64_t millisecondsOf(int elapsedTimeUnit) {
+  constexpr std::int64_t units[] = {1000, 60'000, 3'600'000, 86'400'000, 604'800'000};
+  const auto index = static_cast<std::size_t>(elapsedTimeUnit);
+  return index < std::size(units) ? units[index] : 0;
 }
+
+}  // namespace
 
 void DateContext::configure(const TimeParameters& parameters) {
   m_parameters = parameters;
   m_reference = 0;
+  m_millisecondsOfUnit = millisecondsOf(parameters.elapsedTimeUnit);
   m_format = {};
   m_formatAdvice.clear();
   m_zone = ClockZone::utc();
@@ -77,7 +69,7 @@ DateStatus DateContext::prepare(DateNeeds needs) {
 bool DateContext::prepareReference() {
   const DateTextFormat format(QStringLiteral("yyyyMMdd hh:mm:ss"), false);
   const DateReading reading = format.read(utf8Of(m_parameters.referenceTime));
-  const auto reference = reading.isDate() ? m_zone.instantAt(reading.clock()) : std::nullopt;
+  const DateValue reference = reading.isDate() ? m_zone.instantAt(reading.clock()) : DateValue();
   m_reference = reference.value_or(0);
   return reference.has_value();
 }
@@ -90,33 +82,12 @@ bool DateContext::prepareFormat() {
   return !m_format.text().isEmpty();
 }
 
-double DateContext::wholeUnits(std::int64_t milliseconds) const {
-  const std::int64_t unit = millisecondsOfUnit(m_parameters.elapsedTimeUnit);
-  const std::int64_t units = unit == 0 ? 0 : milliseconds / unit;
-  return static_cast<double>(units);
-}
-
 double DateContext::currentElapsedTime() const {
   return wholeUnits(QDateTime::currentMSecsSinceEpoch() - m_reference);
 }
 
 QString DateContext::currentDateString() const {
-  return print(QDateTime::currentMSecsSinceEpoch()).toString();
-}
-
-double DateContext::toElapsedTime(std::string_view date) const {
-  const std::optional<Instant> instant = instantOf(date);
-  return instant ? elapsedTimeAt(*instant) : unreadableAsElapsedTime();
-}
-
-double DateContext::toElapsedFraction(std::string_view date) const {
-  const std::optional<Instant> instant = instantOf(date);
-  return instant ? elapsedFractionAt(*instant) : unreadableAsElapsedTime();
-}
-
-double DateContext::elapsedTimeAt(Instant instant) const {
-  const std::int64_t elapsed = instant - m_reference;
-  return elapsed < 0 ? elapsedFractionAt(instant) : wholeUnits(elapsed);
+  return printer().print(QDateTime::currentMSecsSinceEpoch(), m_zone);
 }
 
 double DateContext::elapsedFractionAt(Instant instant) const {
@@ -124,11 +95,12 @@ double DateContext::elapsedFractionAt(Instant instant) const {
   if (elapsed < 0) {
     return m_parameters.castToET1 != 0 ? 0.0 : kNullNumber;
   }
-  const std::int64_t unit = millisecondsOfUnit(m_parameters.elapsedTimeUnit);
-  return unit == 0 ? 0.0 : static_cast<double>(elapsed) / static_cast<double>(unit);
+  return m_millisecondsOfUnit == 0
+             ? 0.0
+             : static_cast<double>(elapsed) / static_cast<double>(m_millisecondsOfUnit);
 }
 
-std::optional<Instant> DateContext::instantOf(std::string_view date) const {
+DateValue DateContext::instantOfOther(std::string_view date) const {
   if (date.empty()) {
     return std::nullopt;
   }

@@ -26,11 +26,10 @@
 
 namespace kelvarin {
 
-// Milliseconds of one unit of elapsed times; 0 for an unknown unit.
-std::int64_t millisecondsOfUnit(int elapsedTimeUnit);
-
 class DateContext {
  public:
+  DateContext() { configure({}); }
+
   void configure(const TimeParameters& parameters);
   // Fixes the reference instant and the format where the expressions, `_now` or `_nowS` need them.
   // With an unparsable reference time the reference is the epoch.
@@ -47,30 +46,59 @@ class DateContext {
 
   // An empty or unparsable date and one before the reference instant are null, or 0 as the
   // parameters say.
-  double toElapsedTime(std::string_view date) const;
+  double toElapsedTime(DateValue date) const {
+    return date ? elapsedTimeAt(*date) : unreadableAsElapsedTime();
+  }
+  double toElapsedTime(std::string_view date) const { return toElapsedTime(instantOf(date)); }
   double toElapsedTime(const QString& date) const { return toElapsedTime(utf8Of(date)); }
   // The same with the part of a unit that is left.
-  double toElapsedFraction(std::string_view date) const;
+  double toElapsedFraction(DateValue date) const {
+    return date ? elapsedFractionAt(*date) : unreadableAsElapsedTime();
+  }
   // The instant of a date text: in the zone that it states, else in the zone in force. Nothing when
   // it is no date in the format in force.
-  std::optional<Instant> instantOf(std::string_view date) const;
-  std::optional<Instant> instantOf(const QString& date) const { return instantOf(utf8Of(date)); }
-  double elapsedTimeAt(Instant instant) const;
+  DateValue instantOf(std::string_view date) const {
+    const std::optional<ClockReading> clock = m_format.readFixed(date);
+    return clock ? m_zone.instantAt(*clock) : instantOfOther(date);
+  }
+  DateValue instantOf(const QString& date) const { return instantOf(utf8Of(date)); }
+  double elapsedTimeAt(Instant instant) const {
+    const std::int64_t elapsed = instant - m_reference;
+    return elapsed < 0 ? elapsedFractionAt(instant) : wholeUnits(elapsed);
+  }
+  // Of elapsed times; 0 for an unknown one.
+  std::int64_t millisecondsOfUnit() const { return m_millisecondsOfUnit; }
+  // Of so many milliseconds, and 0 where the unit is not known. Divisions by these constants take
+  // the processor less time than one by any number.
+  double wholeUnits(std::int64_t milliseconds) const {
+    switch (m_millisecondsOfUnit) {
+      case 1000:
+        return static_cast<double>(milliseconds / 1000);
+      case kMillisecondsOfDay:
+        return static_cast<double>(milliseconds / kMillisecondsOfDay);
+      case 0:
+        return 0.0;
+      default:
+        return static_cast<double>(milliseconds / m_millisecondsOfUnit);
+    }
+  }
   // Of an empty or unparsable date.
   double unreadableAsElapsedTime() const { return m_parameters.castToET2 != 0 ? 0.0 : kNullNumber; }
   // The zone in force, whose days and months count.
   const ClockZone& zone() const { return m_zone; }
-  DateText print(Instant instant) const { return m_format.print(instant, m_zone); }
+  // In the format in force.
+  const DatePrinter& printer() const { return m_format.printer(); }
 
  private:
   static std::string utf8Of(const QString& date) { return date.toStdString(); }
   bool prepareReference();
   bool prepareFormat();
+  DateValue instantOfOther(std::string_view date) const;
   double elapsedFractionAt(Instant instant) const;
-  double wholeUnits(std::int64_t milliseconds) const;
 
   TimeParameters m_parameters;
   Instant m_reference = 0;
+  std::int64_t m_millisecondsOfUnit = 0;
   ClockZone m_zone = ClockZone::utc();
   StatedZones m_statedZones;
   DateTextFormat m_format;

@@ -55,26 +55,34 @@ bool DatePrinter::isBounded() const {
     const bool isText = part.field == DateField::literal;
     size += isText ? part.size : part.digits > 0 ? longestNumber : longestName;
   }
-  return size <= DateText::kCapacity;
+  return size <= kCapacity;
 }
 
-DateText DatePrinter::print(Instant instant, const ClockZone& zone) const {
+QString DatePrinter::print(Instant instant, const ClockZone& zone) const {
+  char bytes[kCapacity];
+  const std::optional<std::size_t> size = printTo(bytes, instant, zone);
+  return size ? QString::fromUtf8(bytes, static_cast<qsizetype>(*size))
+              : printGenerally(instant, zone);
+}
+
+std::optional<std::size_t> DatePrinter::printTo(char* bytes, Instant instant,
+                                                const ClockZone& zone) const {
   constexpr std::int64_t lastPlainYear = 9999;
   if (!m_parts || (m_hasZone && !zone.isUTC())) {
-    return printGenerally(instant, zone);
+    return std::nullopt;
   }
   const ClockReading clock = zone.readingAt(instant);
-  const ClockFields fields = fieldsOf(clock);
-  if (fields.year < 1 || fields.year > lastPlainYear) {
-    return printGenerally(instant, zone);
+  const CivilDay day = civilDayOf(clock.dayNumber());
+  if (day.year < 1 || day.year > lastPlainYear) {
+    return std::nullopt;
   }
-  DateText text;
   if (m_layout) {
-    m_layout->print(fields, text.next(m_layout->size()));
-  } else {
-    printParts(fields, weekdayOf(clock.dayNumber()), text);
+    m_layout->print(day, clock.timeOfDay(), bytes);
+    return m_layout->size();
   }
-  return text;
+  DateText text(bytes);
+  printParts(fieldsOf(day, clock.timeOfDay()), weekdayOf(clock.dayNumber()), text);
+  return text.size();
 }
 
 void DatePrinter::printParts(const ClockFields& fields, int weekday, DateText& text) const {
@@ -137,10 +145,9 @@ void DatePrinter::printParts(const ClockFields& fields, int weekday, DateText& t
   }
 }
 
-DateText DatePrinter::printGenerally(Instant instant, const ClockZone& zone) const {
+QString DatePrinter::printGenerally(Instant instant, const ClockZone& zone) const {
   const auto date = QDateTime::fromMSecsSinceEpoch(instant, zone.isUTC() ? Qt::UTC : Qt::LocalTime);
-  return DateText(m_isOfLocale ? QLocale::system().toString(date, m_format)
-                               : date.toString(m_format));
+  return m_isOfLocale ? QLocale::system().toString(date, m_format) : date.toString(m_format);
 }
 
 }  // namespace kelvarin

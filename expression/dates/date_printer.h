@@ -5,6 +5,7 @@
 // Threads: read-only after its construction.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 
@@ -20,17 +21,22 @@ namespace kelvarin {
 
 class DatePrinter {
  public:
+  static constexpr std::size_t kCapacity = 120;
+
   DatePrinter() = default;
   // `isOfLocale`: names of days and months are those of the system's locale, else English.
   DatePrinter(const QString& format, bool isOfLocale);
 
   bool isCompiled() const { return m_parts.has_value(); }
-  DateText print(Instant instant, const ClockZone& zone) const;
+  QString print(Instant instant, const ClockZone& zone) const;
+  // Into `bytes`, of which there are kCapacity; returns the size, or nothing where printGenerally()
+  // must be asked.
+  std::optional<std::size_t> printTo(char* bytes, Instant instant, const ClockZone& zone) const;
+  QString printGenerally(Instant instant, const ClockZone& zone) const;
 
  private:
   bool isBounded() const;
   void printParts(const ClockFields& fields, int weekday, DateText& text) const;
-  DateText printGenerally(Instant instant, const ClockZone& zone) const;
 
   QString m_format;
   bool m_isOfLocale = false;

@@ -35,6 +35,13 @@ class DateReader {
     std::string_view zone;  // the end of the text, in a format with a zone
   };
   Reading read(std::string_view text) const;
+  // Of a date in a format without a zone whose fields are at fixed positions; nothing for others.
+  std::optional<ClockReading> readFixed(std::string_view text) const {
+    ClockFields fields;
+    const bool isRead = m_layout && !m_hasZone && text.size() == m_layout->size() &&
+                        m_layout->read(text.data(), fields);
+    return isRead ? readingOf(fields) : std::nullopt;
+  }
 
  private:
   struct Values;

@@ -47,9 +47,12 @@ class DateTextFormat {
   bool hasDate() const { return m_hasDate; }
 
   DateReading read(std::string_view date) const;
-  DateText print(Instant instant, const ClockZone& zone) const {
-    return m_printer.print(instant, zone);
+  // The same for a text that needs no second look: one of the fixed layout of a format that has one
+  // and no zone.
+  std::optional<ClockReading> readFixed(std::string_view date) const {
+    return m_reader ? m_reader->readFixed(date) : std::nullopt;
   }
+  const DatePrinter& printer() const { return m_printer; }
 
  private:
   void examine();

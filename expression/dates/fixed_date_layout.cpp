@@ -18,6 +18,9 @@ std::optional<FixedDateLayout> FixedDateLayout::of(const DateFormatParts& format
   if (layout.m_size < word) {
     return std::nullopt;
   }
+  layout.m_hasTime = std::ranges::any_of(
+      std::array{layout.m_hour, layout.m_minute, layout.m_second, layout.m_millisecond},
+      [](Position position) { return position != kAbsent; });
   // The last words may overlap others, so that no character beyond the text is touched.
   for (std::size_t offset = 0; offset + word <= layout.m_size; offset += word) {
     layout.addWord(offset);
@@ -87,26 +90,34 @@ void FixedDateLayout::addWord(std::size_t offset) {
   std::memcpy(&word.toOverflow, toOverflow.data(), sizeof word.toOverflow);
 }
 
-void FixedDateLayout::print(const ClockFields& fields, char* text) const {
+void FixedDateLayout::print(const CivilDay& day, std::int64_t timeOfDay, char* text) const {
   std::memcpy(text, m_text.data(), kMaxSize);
-  const auto put = [text](Position position, int number) {
-    if (position != kAbsent) {
-      putTwoDigits(text + position, number);
-    }
-  };
   if (m_year != kAbsent) {
-    putTwoDigits(text + m_year, fields.year / 100);
-    putTwoDigits(text + m_year + 2, fields.year % 100);
+    putTwoDigits(text + m_year, day.year / 100);
+    putTwoDigits(text + m_year + 2, day.year % 100);
   }
-  put(m_yearOfCentury, fields.year % 100);
-  put(m_month, fields.month);
-  put(m_day, fields.day);
-  put(m_hour, fields.hour);
-  put(m_minute, fields.minute);
-  put(m_second, fields.second);
+  put(text, m_yearOfCentury, day.year % 100);
+  put(text, m_month, day.month);
+  put(text, m_day, day.day);
+  if (m_hasTime) {
+    printTime(timeOfDay, text);
+  }
+}
+
+void FixedDateLayout::printTime(std::int64_t timeOfDay, char* text) const {
+  const ClockFields fields = fieldsOf({}, timeOfDay);
+  put(text, m_hour, fields.hour);
+  put(text, m_minute, fields.minute);
+  put(text, m_second, fields.second);
   if (m_millisecond != kAbsent) {
     text[m_millisecond] = static_cast<char>('0' + fields.millisecond / 100);
     putTwoDigits(text + m_millisecond + 1, fields.millisecond % 100);
+  }
+}
+
+void FixedDateLayout::put(char* text, Position position, int number) {
+  if (position != kAbsent) {
+    putTwoDigits(text + position, number);
   }
 }
 

@@ -49,8 +49,9 @@ class FixedDateLayout {
     }
     return true;
   }
-  // Writes size() characters of a date of the years 1 to 9999.
-  void print(const ClockFields& fields, char* text) const;
+  // Writes kMaxSize characters, of which the first size() count. For the years 1 to 9999;
+  // `timeOfDay` is in milliseconds.
+  void print(const CivilDay& day, std::int64_t timeOfDay, char* text) const;
 
  private:
   using Position = std::uint8_t;
@@ -78,9 +79,11 @@ class FixedDateLayout {
       number = twoDigits(text + position);
     }
   }
+  static void put(char* text, Position position, int number);
   bool add(const DateFormatPart& part, std::string_view literal);
   Position* positionOf(const DateFormatPart& part);
   void addWord(std::size_t offset);
+  void printTime(std::int64_t timeOfDay, char* text) const;
 
   std::array<Word, 4> m_words;
   std::size_t m_wordCount = 0;
@@ -93,6 +96,7 @@ class FixedDateLayout {
   Position m_minute = kAbsent;
   Position m_second = kAbsent;
   Position m_millisecond = kAbsent;
+  bool m_hasTime = false;
   std::array<char, kMaxSize> m_text{};  // fixed text, and 0 for digits
   std::array<bool, kMaxSize> m_isDigit{};
 };

@@ -14,14 +14,11 @@ DatePrinter printerFor(std::string_view format) {
 }  // namespace
 
 // Long texts as formats are not worth their memory.
-DateText RecentDatePrinters::print(Instant instant, const ClockZone& zone,
-                                   std::string_view format) {
+const DatePrinter& RecentDatePrinters::of(std::string_view format) {
   constexpr std::size_t longest = 1000;
-  return format.size() > longest ? printerFor(format).print(instant, zone)
-                                 : printerOf(format).print(instant, zone);
-}
-
-const DatePrinter& RecentDatePrinters::printerOf(std::string_view format) {
+  if (format.size() > longest) {
+    return m_printerOfLongFormat = printerFor(format);
+  }
   constexpr std::size_t kept = 8;
   for (const Entry& entry : m_entries) {
     if (entry.format == format) {

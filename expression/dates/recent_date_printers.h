@@ -15,7 +15,8 @@ namespace kelvarin {
 
 class RecentDatePrinters {
  public:
-  DateText print(Instant instant, const ClockZone& zone, std::string_view format);
+  // Until the next call.
+  const DatePrinter& of(std::string_view format);
 
  private:
   struct Entry {
@@ -23,10 +24,9 @@ class RecentDatePrinters {
     DatePrinter printer;
   };
 
-  const DatePrinter& printerOf(std::string_view format);
-
   std::vector<Entry> m_entries;
   std::size_t m_oldest = 0;
+  DatePrinter m_printerOfLongFormat;
 };
 
 }  // namespace kelvarin

@@ -115,7 +115,7 @@ bool looksLikeZone(std::string_view text) {
 // rarely more in one table, and what is not kept is asked for each time.
 class StatedZones::Locations {
  public:
-  std::optional<Instant> instantOf(ClockReading clock, std::string_view name) {
+  DateValue instantOf(ClockReading clock, std::string_view name) {
     const ZoneOffsets* kept = find(name);
     if (kept == nullptr) {
       if (!isLocation(name)) {
@@ -172,15 +172,15 @@ class StatedZones::Locations {
 
 StatedZones::StatedZones() : m_locations(std::make_shared<Locations>()) {}
 
-std::optional<Instant> StatedZones::instantOf(ClockReading clock, std::string_view zone,
-                                              bool isLocalClock, const ClockZone& local) const {
+DateValue StatedZones::instantOf(ClockReading clock, std::string_view zone, bool isLocalClock,
+                                 const ClockZone& local) const {
   if (isLocalClock && isLocalZoneNowadays(zone)) {
     return local.instantAt(clock);
   }
   if (const std::optional<Instant> offset = statedOffset(zone)) {
     return clock.milliseconds - *offset;
   }
-  const std::optional<Instant> there = m_locations->instantOf(clock, zone);
+  const DateValue there = m_locations->instantOf(clock, zone);
   return there ? there : localInstantNamed(clock, zone);
 }
 

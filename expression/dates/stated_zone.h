@@ -8,7 +8,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string_view>
 
 #include "expression/dates/clock_zone.h"
@@ -27,8 +26,8 @@ class StatedZones {
 
   // The instant at which a clock of that zone shows the reading. `isLocalClock`: the reading has no
   // date and so no summer or winter; under a name of the local zone it is just local time.
-  std::optional<Instant> instantOf(ClockReading clock, std::string_view zone, bool isLocalClock,
-                                   const ClockZone& local) const;
+  DateValue instantOf(ClockReading clock, std::string_view zone, bool isLocalClock,
+                      const ClockZone& local) const;
 
  private:
   class Locations;

@@ -29,7 +29,7 @@ double TextColumn::elapsedTimeOf(std::string_view text, const DateContext& dates
   if (!m_hasLastDate || m_lastDate != text) {
     m_lastDate.assign(text);
     m_hasLastDate = true;
-    const std::optional<Instant> instant = dates.instantOf(text);
+    const DateValue instant = dates.instantOf(text);
     m_isLastDateReadable = instant.has_value();
     m_lastElapsedTime = instant ? dates.elapsedTimeAt(*instant) : dates.unreadableAsElapsedTime();
   }

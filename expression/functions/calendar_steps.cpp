@@ -14,12 +14,26 @@ constexpr double kFarthestMonths = 1.2e6;
 constexpr double kFarthestDays = 3.7e7;
 constexpr int kMonthsInQuarter = 3;
 
+// As std::trunc() and std::llround(), without a call; numbers from 2^52 on are whole.
+double truncated(double number) {
+  constexpr double allWhole = 0x1p52;
+  return std::abs(number) < allWhole ? static_cast<double>(static_cast<std::int64_t>(number))
+                                     : number;
+}
+
+// Of a number below 2^52.
+std::int64_t rounded(double number) {
+  const auto whole = static_cast<std::int64_t>(number);
+  const double rest = number - static_cast<double>(whole);
+  return whole + (rest >= 0.5 ? 1 : 0) - (rest <= -0.5 ? 1 : 0);
+}
+
 bool isNear(double steps, double farthest) {
   return std::abs(steps) <= farthest;
 }
 
 DateValue unlessTooFar(DateValue date) {
-  return date && isNear(static_cast<double>(*date), kFarthestMilliseconds) ? date : std::nullopt;
+  return date && isNear(static_cast<double>(*date), kFarthestMilliseconds) ? date : DateValue();
 }
 
 // Where the clock leaves this time out, as much later.
@@ -34,7 +48,7 @@ std::int64_t monthNumber(const CivilDay& day) {
 // The estimate is at most one too high.
 template <typename Step>
 double largestStep(std::int64_t estimate, Instant to, Step step) {
-  return static_cast<double>(step(estimate) > to ? estimate - 1 : estimate);
+  return static_cast<double>(*step(estimate) > to ? estimate - 1 : estimate);
 }
 
 double stepsBetween(const ClockZone& zone, DateValue from, DateValue to, int monthsInStep) {
@@ -54,36 +68,36 @@ double stepsBetween(const ClockZone& zone, DateValue from, DateValue to, int mon
 }  // namespace
 
 DateValue dateOfElapsed(const DateContext& dates, double elapsed) {
-  const double unit = static_cast<double>(millisecondsOfUnit(dates.parameters().elapsedTimeUnit));
-  const double milliseconds = elapsed * unit;
+  const double milliseconds = elapsed * static_cast<double>(dates.millisecondsOfUnit());
   if (!isNear(milliseconds, kFarthestMilliseconds)) {
     return std::nullopt;
   }
-  return unlessTooFar(dates.reference() + std::llround(milliseconds));
+  return unlessTooFar(dates.reference() + rounded(milliseconds));
 }
 
 double elapsedOfDate(const DateContext& dates, DateValue date) {
   if (!date) {
     return kNullNumber;
   }
-  const std::int64_t unit = millisecondsOfUnit(dates.parameters().elapsedTimeUnit);
-  const std::int64_t elapsed = *date - dates.reference();
-  const std::int64_t wholeUnits = unit == 0 ? 0 : elapsed / unit;
-  return static_cast<double>(wholeUnits);
+  return dates.wholeUnits(*date - dates.reference());
 }
 
 DateValue withAdded(const ClockZone& zone, DateValue date, double years, double months,
                     double days) {
-  const double allMonths = std::trunc(years) * kMonthsOfYear + std::trunc(months);
+  const double allMonths = truncated(years) * kMonthsOfYear + truncated(months);
   const bool isPossible = date && isNear(allMonths, kFarthestMonths) && isNear(days, kFarthestDays);
   if (!isPossible) {
     return std::nullopt;
   }
   const ClockReading clock = zone.readingAt(*date);
-  const CivilDay day =
-      withMonthsAdded(civilDayOf(clock.dayNumber()), static_cast<std::int64_t>(allMonths));
-  const std::int64_t dayNumber = dayNumberOf(day) + static_cast<std::int64_t>(days);
-  return unlessTooFar(dateAt(zone, dayNumber, clock.timeOfDay()));
+  std::int64_t dayNumber = clock.dayNumber();
+  if (allMonths != 0.0) {
+    dayNumber =
+        dayNumberOf(withMonthsAdded(civilDayOf(dayNumber), static_cast<std::int64_t>(allMonths)));
+  }
+  const ClockReading sum =
+      ClockReading::at(dayNumber + static_cast<std::int64_t>(days), clock.timeOfDay());
+  return unlessTooFar(zone.instantAt(sum, InGap::isLater));
 }
 
 DateValue withAddedSeconds(DateValue date, double seconds) {
@@ -91,7 +105,7 @@ DateValue withAddedSeconds(DateValue date, double seconds) {
   if (!date || !isNear(milliseconds, kFarthestMilliseconds)) {
     return std::nullopt;
   }
-  return unlessTooFar(*date + std::llround(milliseconds));
+  return unlessTooFar(*date + rounded(milliseconds));
 }
 
 DateValue endOfMonth(const ClockZone& zone, DateValue date, double months) {
@@ -110,12 +124,12 @@ DateValue endOfQuarter(const ClockZone& zone, DateValue date, double quarters) {
   }
   const int month = civilDayOf(zone.readingAt(*date).dayNumber()).month;
   const int monthsToEnd = kMonthsInQuarter - 1 - (month - 1) % kMonthsInQuarter;
-  return endOfMonth(zone, date, monthsToEnd + std::trunc(quarters) * kMonthsInQuarter);
+  return endOfMonth(zone, date, monthsToEnd + truncated(quarters) * kMonthsInQuarter);
 }
 
 // Years before the first one are negative, and there is no year 0.
 DateValue firstWeekdayOfYear(const ClockZone& zone, double year, double weekdayOfYear) {
-  const double wanted = std::trunc(weekdayOfYear);
+  const double wanted = truncated(weekdayOfYear);
   const bool isPossible =
       isNear(year, kFarthestMonths / kMonthsOfYear) && wanted >= 0 && wanted < kDaysOfWeek;
   const auto named = isPossible ? static_cast<std::int32_t>(year) : 0;

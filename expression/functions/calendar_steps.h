@@ -6,14 +6,9 @@
 // step from none.
 #pragma once
 
-#include <optional>
-
 #include "expression/dates/date_context.h"
 
 namespace kelvarin {
-
-// An instant, or no date.
-using DateValue = std::optional<Instant>;
 
 // Of an elapsed time from the reference instant. No date for null, NaN and the infinities.
 DateValue dateOfElapsed(const DateContext& dates, double elapsed);

@@ -14,11 +14,11 @@ namespace {
 
 using Arguments = std::span<const FunctionArgument>;
 
-double elapsedOfText(FunctionContext& context, std::string_view date) {
+double elapsedOfText(FunctionContext& context, DateValue date) {
   return context.dates.toElapsedTime(date);
 }
 
-double elapsedFractionOfText(FunctionContext& context, std::string_view date) {
+double elapsedFractionOfText(FunctionContext& context, DateValue date) {
   return context.dates.toElapsedFraction(date);
 }
 
@@ -33,8 +33,8 @@ constexpr FunctionBody kBodiesWithNulls{
     bodyWithNulls<function>,
     ColumnBody{columnsWithNulls<function>, ColumnsOf<function>::textArguments()}};
 
-DateText textOfElapsed(FunctionContext& context, double elapsed) {
-  return printedDate(context.dates, dateOfElapsed(context.dates, elapsed));
+ColumnText textOfElapsed(FunctionContext& context, TextArena& arena, double elapsed) {
+  return printedDate(arena, context.dates, dateOfElapsed(context.dates, elapsed));
 }
 
 double addToElapsed(FunctionContext& context, double elapsed, double years, double months,

@@ -17,56 +17,51 @@ double unlessNoDate(const FunctionContext& context, double number) {
   return isNullNumber(number) && context.dates.parameters().castToET2 != 0 ? 0.0 : number;
 }
 
-DateText add(FunctionContext& context, std::string_view date, double years, double months,
-             double days) {
+ColumnText add(FunctionContext& context, TextArena& arena, DateValue date, double years,
+               double months, double days) {
   const DateContext& dates = context.dates;
-  return printedDate(dates, withAdded(dates.zone(), dates.instantOf(date), years, months, days));
+  return printedDate(arena, dates, withAdded(dates.zone(), date, years, months, days));
 }
 
-DateText addSeconds(FunctionContext& context, std::string_view date, double seconds) {
-  const DateContext& dates = context.dates;
-  return printedDate(dates, withAddedSeconds(dates.instantOf(date), seconds));
+ColumnText addSeconds(FunctionContext& context, TextArena& arena, DateValue date, double seconds) {
+  return printedDate(arena, context.dates, withAddedSeconds(date, seconds));
 }
 
 // An empty format has an empty text, which is not the null one of an unreadable date.
-DateText reformat(FunctionContext& context, std::string_view date, std::string_view format) {
-  const DateValue instant = context.dates.instantOf(date);
-  if (!instant) {
-    return {};
+ColumnText reformat(FunctionContext& context, TextArena& arena, DateValue date,
+                    std::string_view format) {
+  if (date && format.empty()) {
+    return ColumnText("");
   }
-  return format.empty() ? DateText(QStringLiteral(""))
-                        : context.datePrinters.print(*instant, context.dates.zone(), format);
+  return printedDate(arena, context.datePrinters.of(format), context.dates.zone(), date);
 }
 
-DateText monthEnd(FunctionContext& context, std::string_view date, double months) {
+ColumnText monthEnd(FunctionContext& context, TextArena& arena, DateValue date, double months) {
   const DateContext& dates = context.dates;
-  return printedDate(dates, endOfMonth(dates.zone(), dates.instantOf(date), months));
+  return printedDate(arena, dates, endOfMonth(dates.zone(), date, months));
 }
 
-DateText quarterEnd(FunctionContext& context, std::string_view date, double quarters) {
+ColumnText quarterEnd(FunctionContext& context, TextArena& arena, DateValue date, double quarters) {
   const DateContext& dates = context.dates;
-  return printedDate(dates, endOfQuarter(dates.zone(), dates.instantOf(date), quarters));
+  return printedDate(arena, dates, endOfQuarter(dates.zone(), date, quarters));
 }
 
-DateText firstWeekday(FunctionContext& context, double year, double dayOfWeek) {
+ColumnText firstWeekday(FunctionContext& context, TextArena& arena, double year, double dayOfWeek) {
   const DateContext& dates = context.dates;
-  return printedDate(dates, firstWeekdayOfYear(dates.zone(), year, dayOfWeek));
+  return printedDate(arena, dates, firstWeekdayOfYear(dates.zone(), year, dayOfWeek));
 }
 
 using Property = double (*)(const ClockZone&, DateValue);
 using Difference = double (*)(const ClockZone&, DateValue, DateValue);
 
 template <Property property>
-double propertyOf(FunctionContext& context, std::string_view date) {
-  const DateContext& dates = context.dates;
-  return unlessNoDate(context, property(dates.zone(), dates.instantOf(date)));
+double propertyOf(FunctionContext& context, DateValue date) {
+  return unlessNoDate(context, property(context.dates.zone(), date));
 }
 
 template <Difference difference>
-double between(FunctionContext& context, std::string_view from, std::string_view to) {
-  const DateContext& dates = context.dates;
-  return unlessNoDate(context,
-                      difference(dates.zone(), dates.instantOf(from), dates.instantOf(to)));
+double between(FunctionContext& context, DateValue from, DateValue to) {
+  return unlessNoDate(context, difference(context.dates.zone(), from, to));
 }
 
 bool isBefore(const ClockZone&, Instant x, Instant y) {
@@ -85,10 +80,8 @@ bool isNotOnDayAfter(const ClockZone& zone, Instant x, Instant y) {
 using Order = bool (*)(const ClockZone&, Instant, Instant);
 
 template <Order order>
-bool areInOrder(FunctionContext& context, std::string_view x, std::string_view y) {
-  const DateValue first = context.dates.instantOf(x);
-  const DateValue second = context.dates.instantOf(y);
-  return first && second && order(context.dates.zone(), *first, *second);
+bool areInOrder(FunctionContext& context, DateValue x, DateValue y) {
+  return x && y && order(context.dates.zone(), *x, *y);
 }
 
 // clang-format off

@@ -127,13 +127,7 @@ ColumnText latin1OfBase64(TextArena& arena, std::string_view text) {
   char* const bytes = arena.allocate(2 * decoded->size());
   char* next = bytes;
   for (const char c : *decoded) {
-    const auto code = static_cast<unsigned char>(c);
-    if (code >= 0x80) {
-      *next++ = static_cast<char>(0xC0 | code >> 6);
-      *next++ = static_cast<char>(0x80 | (code & 0x3F));
-    } else {
-      *next++ = c;
-    }
+    next = appendLatin1(next, static_cast<unsigned char>(c));
   }
   const auto size = static_cast<std::size_t>(next - bytes);
   arena.shrink(2 * decoded->size() - size);

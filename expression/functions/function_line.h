@@ -92,12 +92,16 @@ class ColumnBody {
   constexpr ColumnBody(Function function, unsigned textArguments)
       : m_function(function), m_textArguments(textArguments), m_isPresent(true) {}
 
+  // Of arguments of any types for which the function has a type.
+  constexpr ColumnBody(Function function)
+      : m_function(function), m_isPresent(true), m_takesAnyTypes(true) {}
+
   bool takes(std::span<const ColumnArgument> arguments) const {
     unsigned texts = 0;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
       texts |= (arguments[i].texts != nullptr ? 1u : 0u) << i;
     }
-    return m_isPresent && texts == m_textArguments;
+    return m_isPresent && (m_takesAnyTypes || texts == m_textArguments);
   }
   std::size_t operator()(const ColumnCall& call) const { return m_function(call); }
 
@@ -105,6 +109,7 @@ class ColumnBody {
   Function m_function = nullptr;
   unsigned m_textArguments = 0;
   bool m_isPresent = false;
+  bool m_takesAnyTypes = false;
 };
 
 // One argument or more.

@@ -8,6 +8,8 @@
 #include <limits>
 #include <string>
 
+#include "base/null_number.h"
+
 namespace kelvarin {
 
 namespace {
@@ -18,6 +20,15 @@ constexpr bool isDigit(char c) {
 constexpr bool isSign(char c) {
   return c == '+' || c == '-';
 }
+// With an exponent or a decimal comma.
+constexpr bool mayGoOn(char c) {
+  return c == 'e' || c == 'E' || c == ',';
+}
+
+struct DecimalAtBegin {
+  double value = 0.0;
+  std::size_t size = 0;  // 0: there is none
+};
 
 class Scanner {
  public:
@@ -106,35 +117,54 @@ bool isWholeTextNumber(std::string_view text, NumberForm form) {
   return !text.empty() && Scanner(text, form).endOfNumber(0) == text.size();
 }
 
+namespace {
+
+// What the text begins with: digits with a minus and a point where they may be.
 // Exact, since whole numbers of 15 digits and powers of ten up to 10^15 are doubles, and a division
 // rounds once.
-std::optional<double> plainDecimal(std::string_view text) {
+DecimalAtBegin decimalAtBegin(std::string_view text) {
   static constexpr double kPowers[] = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                        1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  constexpr std::size_t kMaxDigits = std::size(kPowers) - 1;
+  constexpr std::ptrdiff_t kMaxDigits = std::size(kPowers) - 1;
+  const char* const end = text.data() + text.size();
   const bool isNegative = text.starts_with('-');
-  text.remove_prefix(isNegative ? 1 : 0);
-  if (text.empty() || text.size() > kMaxDigits + 1 || !isDigit(text.front()) ||
-      !isDigit(text.back())) {
-    return std::nullopt;
-  }
+  const char* next = text.data() + (isNegative ? 1 : 0);
   std::uint64_t whole = 0;
-  std::size_t point = text.size();  // its index, or the end
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (isDigit(text[i])) {
-      whole = 10 * whole + static_cast<std::uint64_t>(text[i] - '0');
-    } else if (text[i] == '.' && point == text.size()) {
-      point = i;
-    } else {
-      return std::nullopt;
+  const auto takeDigits = [&] {
+    const char* const first = next;
+    for (; next != end && isDigit(*next); ++next) {
+      whole = 10 * whole + static_cast<std::uint64_t>(*next - '0');
     }
+    return next - first;
+  };
+  const std::ptrdiff_t digits = takeDigits();
+  std::ptrdiff_t decimals = 0;
+  if (digits > 0 && next != end && *next == '.') {
+    ++next;
+    decimals = takeDigits();
   }
-  const std::size_t decimals = point == text.size() ? 0 : text.size() - point - 1;
-  if (decimals == 0 && text.size() > kMaxDigits) {
-    return std::nullopt;
+  if (digits == 0 || digits + decimals > kMaxDigits) {
+    return {};
   }
   const double magnitude = static_cast<double>(whole) / kPowers[decimals];
-  return isNegative ? -magnitude : magnitude;
+  return {isNegative ? -magnitude : magnitude, static_cast<std::size_t>(next - text.data())};
+}
+
+}  // namespace
+
+std::optional<double> plainDecimal(std::string_view text) {
+  const DecimalAtBegin decimal = decimalAtBegin(text);
+  const bool isWhole = decimal.size == text.size() && !text.empty();
+  return isWhole ? std::optional(decimal.value) : std::nullopt;
+}
+
+double numberIn(std::string_view text) {
+  const DecimalAtBegin decimal = decimalAtBegin(text);
+  if (decimal.size > 0 && (decimal.size == text.size() || !mayGoOn(text[decimal.size]))) {
+    return decimal.value;
+  }
+  const std::optional<std::string_view> number = findNumber(text, NumberForm::real);
+  return number ? valueOfNumber(*number) : kNullNumber;
 }
 
 double valueOfNumber(std::string_view number) {

@@ -22,6 +22,8 @@ bool isWholeTextNumber(std::string_view text, NumberForm form);
 // Of digits with a minus and a point where they may be, as the standard library reads them, and
 // much faster; nothing for any other text, and for digits that a double may not hold.
 std::optional<double> plainDecimal(std::string_view text);
+// The first number that stands anywhere in the text, as its value; null without one.
+double numberIn(std::string_view text);
 // Of a text that findNumber() gave. What is too large is infinite, what is too small is zero.
 double valueOfNumber(std::string_view number);
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "expression/functions/text_bodies.h"
 #include "expression/functions/themes.h"
 
 namespace kelvarin {
@@ -120,17 +121,7 @@ void finitevl2OfValues(FunctionContext&, Arguments arguments, FunctionResult& re
   result.setArgument(isFiniteValue(arguments[0]) ? 1 : 2);
 }
 
-// The same for columns of texts alone.
-
-template <double (*valueOf)(const ColumnText&)>
-std::size_t numberColumns(const ColumnCall& call) {
-  const ColumnText* texts = call.arguments[0].texts;
-  std::transform(texts, texts + call.rows, call.numbers, valueOf);
-  return call.rows;
-}
-
-template <double (*valueOf)(const ColumnText&)>
-constexpr ColumnBody kNumberOfText{numberColumns<valueOf>, 0b1};
+// The same for columns.
 
 double isNullText(const ColumnText& text) {
   return text.isNull() ? 1.0 : 0.0;
@@ -145,19 +136,51 @@ double notText(const ColumnText& text) {
   return text.isNull() ? kNullNumber : isEmptyText(text);
 }
 
-// The argument `ofNull` where the first one is null, else the argument `otherwise`.
-template <std::size_t ofNull, std::size_t otherwise>
+double zeroOfText(const ColumnText&) {
+  return 0.0;
+}
+
+// Of two columns of one type the rows of the first where `test` is true of the text or number.
+template <typename Value, typename Test>
+void chooseRows(const Value* first, const Value* second, std::size_t rows, Value* results,
+                Test isFirst) {
+  for (std::size_t row = 0; row < rows; ++row) {
+    results[row] = isFirst(row) ? first[row] : second[row];
+  }
+}
+
+// The argument `ofMissing` where the first one is missing, else the argument `otherwise`.
+template <bool (*isMissing)(double), std::size_t ofMissing, std::size_t otherwise>
 std::size_t chosenColumns(const ColumnCall& call) {
-  const ColumnText* first = call.arguments[0].texts;
-  const ColumnText* chosen[] = {call.arguments[otherwise].texts, call.arguments[ofNull].texts};
-  for (std::size_t row = 0; row < call.rows; ++row) {
-    call.texts[row] = chosen[first[row].isNull() ? 1 : 0][row];
+  const ColumnArgument& asked = call.arguments[0];
+  const ColumnArgument& first = call.arguments[ofMissing];
+  const ColumnArgument& second = call.arguments[otherwise];
+  const auto choose = [&](auto isFirst) {
+    if (call.texts != nullptr) {
+      chooseRows(first.texts, second.texts, call.rows, call.texts, isFirst);
+    } else {
+      chooseRows(first.numbers, second.numbers, call.rows, call.numbers, isFirst);
+    }
+  };
+  if (asked.texts != nullptr) {
+    choose([&](std::size_t row) { return asked.texts[row].isNull(); });
+  } else {
+    choose([&](std::size_t row) { return isMissing(asked.numbers[row]); });
   }
   return call.rows;
 }
 
-constexpr ColumnBody kSecondForNull{chosenColumns<1, 0>, 0b11};
-constexpr ColumnBody kThirdForNull{chosenColumns<2, 1>, 0b111};
+bool isNanNumber(double x) {
+  return std::isnan(x);
+}
+bool isNotFinite(double x) {
+  return !isFiniteNumber(x);
+}
+
+template <bool (*isMissing)(double)>
+constexpr ColumnBody kSecondIf{chosenColumns<isMissing, 1, 0>};
+template <bool (*isMissing)(double)>
+constexpr ColumnBody kThirdIf{chosenColumns<isMissing, 2, 1>};
 
 constexpr const char* kIsNullHelp = "isNull(x) - test if x is null";
 
@@ -169,9 +192,10 @@ constexpr FunctionLine kLines[] = {
     {"isNull", 1, kFastAndString, kTest,
      {isNull, isNullOfValue, kNumberOfText<isNullText>},
      kIsNullHelp},
-    {"isNan", 1, kInAll, kTest, {isNan, zeroOfValue, Intrinsic::isNan},
+    {"isNan", 1, kInAll, kTest, {isNan, zeroOfValue, kNumberOfText<zeroOfText>, Intrinsic::isNan},
      "isNan(x) - test if x is nan"},
-    {"isFinite", 1, kInAll, kTest, {isFinite, zeroOfValue, Intrinsic::isFinite},
+    {"isFinite", 1, kInAll, kTest,
+     {isFinite, zeroOfValue, kNumberOfText<zeroOfText>, Intrinsic::isFinite},
      "isFinite(x) - test if x is finite"},
     // kept: the spelling of the help text.
     {"isMissing", 1, kInAll, kTest,
@@ -185,19 +209,21 @@ constexpr FunctionLine kLines[] = {
      "not(x) - boolean not"},
     {"sqr", 1, kInAll, kNumber, {square, Intrinsic::square},
      "sqr(x) - return x"},  // kept
-    {"nvl", 2, kInAll, kArgument, {nvl, nvlOfValues, kSecondForNull, Intrinsic::nvl},
+    {"nvl", 2, kInAll, kArgument, {nvl, nvlOfValues, kSecondIf<isNullNumber>, Intrinsic::nvl},
      "nvl(a,b) - if a is null return b, otherwise return a"},
-    {"nvl2", 3, kInAll, kArgument, {nvl2, nvl2OfValues, kThirdForNull, Intrinsic::nvl2},
+    {"nvl2", 3, kInAll, kArgument, {nvl2, nvl2OfValues, kThirdIf<isNullNumber>, Intrinsic::nvl2},
      "nvl2(a,b,c) - if a is null return c, otherwise return b"},
-    {"nanvl", 2, kInAll, kArgument, {nanvl, nanvlOfValues, kSecondForNull, Intrinsic::nanvl},
+    {"nanvl", 2, kInAll, kArgument,
+     {nanvl, nanvlOfValues, kSecondIf<isNanNumber>, Intrinsic::nanvl},
      "nanvl(a,b) - if a is nan return b, otherwise return a"},
-    {"nanvl2", 3, kInAll, kArgument, {nanvl2, nanvl2OfValues, kThirdForNull, Intrinsic::nanvl2},
+    {"nanvl2", 3, kInAll, kArgument,
+     {nanvl2, nanvl2OfValues, kThirdIf<isNanNumber>, Intrinsic::nanvl2},
      "nanvl2(a,b,c) -  if a is nan return c, otherwise return b"},
     {"finitevl", 2, kInAll, kArgument,
-     {finitevl, finitevlOfValues, kSecondForNull, Intrinsic::finitevl},
+     {finitevl, finitevlOfValues, kSecondIf<isNotFinite>, Intrinsic::finitevl},
      "finitevl(a,b) - if a is finite return a, otherwise return b"},
     {"finitevl2", 3, kInAll, kArgument,
-     {finitevl2, finitevl2OfValues, kThirdForNull, Intrinsic::finitevl2},
+     {finitevl2, finitevl2OfValues, kThirdIf<isNotFinite>, Intrinsic::finitevl2},
      "finitevl2(a,b,c) - if a is finite return b, otherwise return c"},
 };
 // clang-format on

@@ -71,40 +71,19 @@ ColumnText textIn(TextArena& arena, const QString& text) {
   return ColumnText(arena.copy({bytes.constData(), static_cast<std::size_t>(bytes.size())}));
 }
 
-// Most printed dates are bytes; those that QDateTime made are not.
-void setResult(FunctionResult& result, const DateText& text) {
-  if (text.isNull()) {
-    result.setNullText();
-  } else if (text.isGeneral()) {
-    setResult(result, text.general());
-  } else {
-    result.setText(text.bytes());
-  }
-}
-
-ColumnText textIn(TextArena& arena, const DateText& text) {
-  if (text.isNull()) {
-    return {};
-  }
-  return text.isGeneral() ? textIn(arena, text.general()) : ColumnText(arena.copy(text.bytes()));
-}
-
-void setResult(FunctionResult& result, const std::optional<std::string>& text) {
-  if (text) {
-    result.setText(*text);
-  } else {
-    result.setNullText();
-  }
-}
-
-ArgumentReader<QString>::ArgumentReader(const FunctionArgument& argument)
+ArgumentReader<QString>::ArgumentReader(const FunctionContext&, const FunctionArgument& argument)
     : m_text(argument.isText() ? QString::fromUtf8(argument.text().data(),
                                                    static_cast<qsizetype>(argument.text().size()))
                                : shortestText(argument.number())) {}
 
-ArgumentReader<std::string_view>::ArgumentReader(const FunctionArgument& argument)
+ArgumentReader<std::string_view>::ArgumentReader(const FunctionContext&,
+                                                 const FunctionArgument& argument)
     : m_isNumber(!argument.isText()),
       m_digits(m_isNumber ? shortestText(argument.number()).toStdString() : std::string()),
       m_text(argument.text()) {}
+
+ArgumentReader<DateValue>::ArgumentReader(const FunctionContext& context,
+                                          const FunctionArgument& argument)
+    : m_date(context.dates.instantOf(ArgumentReader<std::string_view>(context, argument).get())) {}
 
 }  // namespace kelvarin

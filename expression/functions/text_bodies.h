@@ -7,14 +7,14 @@
 // A number where f of a valueBody takes a text is its shortest text; a text where f takes a number
 // counts as null.
 //
-// f takes `const QString&` (16-bit units) or `std::string_view` (UTF-8) and `double`, after an
-// optional FunctionContext& and an optional TextArena&. It returns a double, a bool, a QString, a
-// DateText, an optional text in UTF-8, or a ColumnText: a part of an argument or a text in the
-// arena. Where an argument can be one that no row can be computed with, it returns an Outcome of
-// these.
+// f takes `const QString&` (16-bit units), `std::string_view` (UTF-8), `DateValue` (what a text
+// says in the date format in force) and `double`, after an optional FunctionContext& and an
+// optional TextArena&. It returns a double, a bool, a QString or a ColumnText: a part of an
+// argument or a text in the arena. Where an argument can be one that no row can be computed with,
+// it returns an Outcome of these.
 //
-// Where f takes and returns no QString and no optional text, the body for columns is made of it as
-// well: valueBodies<f>, testBodies<f> and searchBodies<f, miss> have both.
+// Where f takes and returns no QString, the body for columns is made of it as well: valueBodies<f>,
+// testBodies<f> and searchBodies<f, miss> have both.
 #pragma once
 
 #include <algorithm>
@@ -30,7 +30,7 @@
 #include <QString>
 
 #include "base/result.h"
-#include "expression/dates/date_text.h"
+#include "expression/dates/clock_reading.h"
 #include "expression/functions/column_call.h"
 #include "expression/functions/function_context.h"
 #include "expression/functions/function_line.h"
@@ -53,14 +53,22 @@ void setResult(FunctionResult& result, double number);
 void setResult(FunctionResult& result, bool isTrue);
 // A null QString is the null text; half a surrogate pair becomes U+FFFD.
 void setResult(FunctionResult& result, const QString& text);
-void setResult(FunctionResult& result, const std::optional<std::string>& text);
 void setResult(FunctionResult& result, const ColumnText& text);
-void setResult(FunctionResult& result, const DateText& text);
+
+// What a function returned, or null where the row fails.
+template <typename T>
+const T* valueIn(const T& value) {
+  return &value;
+}
+template <typename T>
+const T* valueIn(const Outcome<T>& outcome) {
+  return outcome ? &*outcome : nullptr;
+}
 
 template <typename T>
 void setResult(FunctionResult& result, const Outcome<T>& outcome) {
-  if (outcome) {
-    setResult(result, *outcome);
+  if (const T* value = valueIn(outcome)) {
+    setResult(result, *value);
   } else {
     result.setFailure(outcome.error());
   }
@@ -68,7 +76,6 @@ void setResult(FunctionResult& result, const Outcome<T>& outcome) {
 
 // The same for a text in an arena, or one that is there already.
 ColumnText textIn(TextArena& arena, const QString& text);
-ColumnText textIn(TextArena& arena, const DateText& text);
 inline ColumnText textIn(TextArena&, const ColumnText& text) {
   return text;
 }
@@ -81,7 +88,8 @@ template <>
 class ArgumentReader<double> {
  public:
   static constexpr bool kTakesText = false;
-  explicit ArgumentReader(const FunctionArgument& argument) : m_number(argument.number()) {}
+  ArgumentReader(const FunctionContext&, const FunctionArgument& argument)
+      : m_number(argument.number()) {}
   double get() const { return m_number; }
 
  private:
@@ -92,7 +100,7 @@ template <>
 class ArgumentReader<QString> {
  public:
   static constexpr bool kTakesText = true;
-  explicit ArgumentReader(const FunctionArgument& argument);
+  ArgumentReader(const FunctionContext&, const FunctionArgument& argument);
   const QString& get() const { return m_text; }
 
  private:
@@ -103,7 +111,7 @@ template <>
 class ArgumentReader<std::string_view> {
  public:
   static constexpr bool kTakesText = true;
-  explicit ArgumentReader(const FunctionArgument& argument);
+  ArgumentReader(const FunctionContext&, const FunctionArgument& argument);
   std::string_view get() const { return m_isNumber ? std::string_view(m_digits) : m_text; }
 
  private:
@@ -112,18 +120,78 @@ class ArgumentReader<std::string_view> {
   std::string_view m_text;
 };
 
+template <>
+class ArgumentReader<DateValue> {
+ public:
+  static constexpr bool kTakesText = true;
+  ArgumentReader(const FunctionContext& context, const FunctionArgument& argument);
+  DateValue get() const { return m_date; }
+
+ private:
+  DateValue m_date;
+};
+
+// One column of arguments in the form in which a function takes its values.
+template <typename Parameter>
+class ColumnReader;
+
+template <>
+class ColumnReader<double> {
+ public:
+  static constexpr bool kTakesText = false;
+  ColumnReader(const FunctionContext&, const ColumnArgument& argument)
+      : m_numbers(argument.numbers) {}
+  bool isNull(std::size_t row) const { return isNullNumber(m_numbers[row]); }
+  double at(std::size_t row) const { return m_numbers[row]; }
+
+ private:
+  const double* m_numbers;
+};
+
+template <>
+class ColumnReader<std::string_view> {
+ public:
+  static constexpr bool kTakesText = true;
+  ColumnReader(const FunctionContext&, const ColumnArgument& argument) : m_texts(argument.texts) {}
+  bool isNull(std::size_t row) const { return m_texts[row].isNull(); }
+  std::string_view at(std::size_t row) const { return m_texts[row].view(); }
+
+ private:
+  const ColumnText* m_texts;
+};
+
+// A constant is read once.
+template <>
+class ColumnReader<DateValue> {
+ public:
+  static constexpr bool kTakesText = true;
+  ColumnReader(const FunctionContext& context, const ColumnArgument& argument)
+      : m_texts(argument.texts),
+        m_dates(context.dates),
+        m_isConstant(argument.isConstant),
+        m_constant(m_isConstant ? m_dates.instantOf(m_texts[0].view()) : DateValue()) {}
+  bool isNull(std::size_t row) const { return m_texts[row].isNull(); }
+  DateValue at(std::size_t row) const {
+    return m_isConstant ? m_constant : m_dates.instantOf(m_texts[row].view());
+  }
+
+ private:
+  const ColumnText* m_texts;
+  const DateContext& m_dates;
+  const bool m_isConstant;
+  const DateValue m_constant;
+};
+
 template <typename Function>
 struct FunctionShape;
 
 template <typename R>
-struct ResultShape {
-  using Value = R;
-  static constexpr bool kMayFail = false;
+struct ValueOf {
+  using Type = R;
 };
 template <typename T>
-struct ResultShape<Outcome<T>> {
-  using Value = T;
-  static constexpr bool kMayFail = true;
+struct ValueOf<Outcome<T>> {
+  using Type = T;
 };
 
 // What a function takes before its arguments.
@@ -131,10 +199,9 @@ enum class Leading { nothing, context, arena, contextAndArena };
 
 template <Leading leading, typename R, typename... Parameters>
 struct ShapeOf {
-  using Values = std::tuple<std::remove_cvref_t<Parameters>...>;
   using Readers = std::tuple<ArgumentReader<std::remove_cvref_t<Parameters>>...>;
-  using Value = typename ResultShape<R>::Value;
-  static constexpr bool kMayFail = ResultShape<R>::kMayFail;
+  using ColumnReaders = std::tuple<ColumnReader<std::remove_cvref_t<Parameters>>...>;
+  using Value = typename ValueOf<R>::Type;
   static constexpr Leading kLeading = leading;
 
   template <auto function, typename... Arguments>
@@ -213,7 +280,7 @@ class BodyOf {
   template <std::size_t... kIndex>
   static void callWith(FunctionContext& context, Arguments arguments, FunctionResult& result,
                        std::index_sequence<kIndex...>) {
-    const Readers readers{std::tuple_element_t<kIndex, Readers>(arguments[kIndex])...};
+    const Readers readers{std::tuple_element_t<kIndex, Readers>(context, arguments[kIndex])...};
     if constexpr (Shape::kLeading == Leading::arena ||
                   Shape::kLeading == Leading::contextAndArena) {
       result.arena().clear();
@@ -269,85 +336,69 @@ class ColumnsOf {
  private:
   using Shape = FunctionShape<decltype(function)>;
   using Value = typename Shape::Value;
-  using Values = typename Shape::Values;
-  using Indices = std::make_index_sequence<std::tuple_size_v<Values>>;
-
-  template <std::size_t kIndex>
-  static constexpr bool kIsText = !std::is_same_v<std::tuple_element_t<kIndex, Values>, double>;
+  using Readers = typename Shape::ColumnReaders;
+  using Indices = std::make_index_sequence<std::tuple_size_v<Readers>>;
 
   template <std::size_t... kIndex>
   static constexpr unsigned textBits(std::index_sequence<kIndex...>) {
-    return ((kIsText<kIndex> ? 1u << kIndex : 0u) | ... | 0u);
-  }
-
-  template <std::size_t kIndex>
-  static bool isNull(const ColumnCall& call, std::size_t row) {
-    if constexpr (kIsText<kIndex>) {
-      return call.arguments[kIndex].texts[row].isNull();
-    } else {
-      return isNullNumber(call.arguments[kIndex].numbers[row]);
-    }
-  }
-
-  template <std::size_t kIndex>
-  static auto value(const ColumnCall& call, std::size_t row) {
-    if constexpr (kIsText<kIndex>) {
-      return call.arguments[kIndex].texts[row].view();
-    } else {
-      return call.arguments[kIndex].numbers[row];
-    }
-  }
-
-  // False where the row fails.
-  template <std::size_t... kIndex>
-  static bool evaluate(const ColumnCall& call, std::size_t row, Value& result,
-                       std::index_sequence<kIndex...>) {
-    auto outcome =
-        Shape::template call<function>(call.context, call.arena, value<kIndex>(call, row)...);
-    if constexpr (Shape::kMayFail) {
-      if (!outcome) {
-        return false;
-      }
-      result = *outcome;
-    } else {
-      result = outcome;
-    }
-    return true;
+    return ((std::tuple_element_t<kIndex, Readers>::kTakesText ? 1u << kIndex : 0u) | ... | 0u);
   }
 
   template <std::size_t... kIndex>
   static std::size_t callWith(const ColumnCall& call, std::optional<double> ofNull,
-                              std::index_sequence<kIndex...> indices) {
-    const auto hasNull = [&](std::size_t row) {
-      return ofNull && (isNull<kIndex>(call, row) || ...);
+                              std::index_sequence<kIndex...>) {
+    const Readers readers{
+        std::tuple_element_t<kIndex, Readers>(call.context, call.arguments[kIndex])...};
+    const auto isNull = [&](std::size_t row) {
+      return ofNull && (std::get<kIndex>(readers).isNull(row) || ...);
+    };
+    const auto outcome = [&](std::size_t row) {
+      return Shape::template call<function>(call.context, call.arena,
+                                            std::get<kIndex>(readers).at(row)...);
     };
     if constexpr (std::is_arithmetic_v<Value>) {
-      for (std::size_t row = 0; row < call.rows; ++row) {
-        Value result{};
-        const bool isNullRow = hasNull(row);
-        if (!isNullRow && !evaluate(call, row, result, indices)) {
-          return row;
-        }
-        call.numbers[row] = isNullRow ? *ofNull : static_cast<double>(result);
-      }
-      return call.rows;
+      return storeNumbers(call, ofNull.value_or(kNullNumber), isNull, outcome);
     } else {
-      MadeTexts made(call);
-      for (std::size_t row = 0; row < call.rows; ++row) {
-        ColumnText text;
-        if (!hasNull(row)) {
-          Value result{};
-          if (!evaluate(call, row, result, indices)) {
-            break;
-          }
-          text = textIn(call.arena, result);
-        }
-        if (!(text.isNull() ? made.addNull() : made.add(text.view()))) {
+      return storeTexts(call, isNull, outcome);
+    }
+  }
+
+  template <typename IsNull, typename OutcomeAt>
+  static std::size_t storeNumbers(const ColumnCall& call, double ofNull, IsNull isNull,
+                                  OutcomeAt outcomeAt) {
+    for (std::size_t row = 0; row < call.rows; ++row) {
+      if (isNull(row)) {
+        call.numbers[row] = ofNull;
+        continue;
+      }
+      const auto outcome = outcomeAt(row);
+      const Value* value = valueIn(outcome);
+      if (value == nullptr) {
+        return row;
+      }
+      call.numbers[row] = static_cast<double>(*value);
+    }
+    return call.rows;
+  }
+
+  template <typename IsNull, typename OutcomeAt>
+  static std::size_t storeTexts(const ColumnCall& call, IsNull isNull, OutcomeAt outcomeAt) {
+    MadeTexts made(call);
+    for (std::size_t row = 0; row < call.rows; ++row) {
+      ColumnText text;
+      if (!isNull(row)) {
+        const auto outcome = outcomeAt(row);
+        const Value* value = valueIn(outcome);
+        if (value == nullptr) {
           break;
         }
+        text = textIn(call.arena, *value);
       }
-      return made.rows();
+      if (!(text.isNull() ? made.addNull() : made.add(text.view()))) {
+        break;
+      }
     }
+    return made.rows();
   }
 };
 
@@ -379,5 +430,16 @@ template <auto function, int miss>
 inline constexpr FunctionBody searchBodies{
     searchBody<function, miss>,
     ColumnBody{valueColumns<function>, ColumnsOf<function>::textArguments()}};
+
+// For functions that take one text, the null text too, and never fail.
+template <double (*valueOf)(const ColumnText&)>
+std::size_t numberColumns(const ColumnCall& call) {
+  const ColumnText* texts = call.arguments[0].texts;
+  std::transform(texts, texts + call.rows, call.numbers, valueOf);
+  return call.rows;
+}
+
+template <double (*valueOf)(const ColumnText&)>
+inline constexpr ColumnBody kNumberOfText{numberColumns<valueOf>, 0b1};
 
 }  // namespace kelvarin

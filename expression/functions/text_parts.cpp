@@ -19,7 +19,14 @@ double lengthOf(std::string_view text) {
 }
 
 // Of the last character, which may be a pair of units.
-double codepointOfLast(const QString& text) {
+double codepointOfLast(std::string_view utf8) {
+  if (utf8.empty()) {
+    return kNullNumber;
+  }
+  if (isAscii(utf8)) {
+    return utf8.back();
+  }
+  const QString text = qstringOf(utf8);
   if (text.isEmpty()) {
     return kNullNumber;
   }
@@ -221,7 +228,7 @@ constexpr const char* kSubstrHelp =
 
 // clang-format off
 constexpr FunctionLine kLines[] = {
-    {"codepoint", 1, kInString, kNumber, valueBody<codepointOfLast>,
+    {"codepoint", 1, kInString, kNumber, valueBodies<codepointOfLast>,
      "codepoint(x) - returns the unicode codepoint of the last char of x"},
     {"strlen", 1, kInString, kNumber, valueBodies<lengthOf>,
      "strlen(s) - returns the number of characters of the string s"},

@@ -19,6 +19,18 @@ std::size_t sizeOfCharacterAt(std::string_view text, std::size_t index);
 // Of the bytes before the first that are no UTF-8.
 std::size_t sizeOfValidPart(std::string_view text);
 
+// Two bytes at most; returns their end.
+inline char* appendLatin1(char* out, unsigned char character) {
+  constexpr unsigned kAsciiEnd = 0x80;
+  if (character < kAsciiEnd) {
+    *out++ = static_cast<char>(character);
+    return out;
+  }
+  *out++ = static_cast<char>(0xC0 | character >> 6);
+  *out++ = static_cast<char>(0x80 | (character & 0x3F));
+  return out;
+}
+
 // The number of units; nothing for what is left to QString.
 std::optional<std::size_t> unitCount(std::string_view text);
 // `count` units from the unit `from` on, as far as there are so many.

@@ -47,6 +47,10 @@ TEST(NumberText, IsAsPrintedForAllFiniteNumbers) {
     }
     // Many ties between two numbers of six digits.
     expectAsPrinted(calls, static_cast<double>(random() % 40'000'000) / 64.0);
+    // From seven to twelve digits around the point, many of them near such a tie.
+    const double whole = static_cast<double>(random() % 10'000'000 * 10 + 5) * 1e4 +
+                         static_cast<double>(random() % 5) - 2.0;
+    expectAsPrinted(calls, whole / std::pow(10.0, static_cast<double>(random() % 17)));
   }
 }
 
@@ -63,6 +67,10 @@ TEST(NumberText, PlainDecimalsAreThoseOfTheStandardLibrary) {
     double expected = 0.0;
     const char* const end = text.data() + text.size();
     const auto parsed = std::from_chars(text.data(), end, expected);
+    const std::optional<std::string_view> found = findNumber(text, NumberForm::real);
+    ASSERT_EQ(std::bit_cast<std::uint64_t>(numberIn(text)),
+              std::bit_cast<std::uint64_t>(found ? valueOfNumber(*found) : kNullNumber))
+        << text;
     const std::optional<double> plain = plainDecimal(text);
     if (plain) {
       ++read;

@@ -70,7 +70,9 @@ constexpr std::string_view kPieces[] = {"a",
                                         "\xE2\x80\xA8",
                                         "0x7f",
                                         "\\",
-                                        "\xEF\xBB\xBF"};
+                                        "\xEF\xBB\xBF",
+                                        "(",
+                                        "[a"};
 constexpr std::string_view kDates[] = {"2024-02-29", "1999-12-31", "2024-13-01",  "31.12.2020",
                                        "2024-1-1",   "0001-01-01", "2024-02-29 ", "9999-12-31"};
 constexpr double kSpecialNumbers[] = {
@@ -92,12 +94,18 @@ RandomTypedExpression::RandomTypedExpression(unsigned seed) : m_random(seed) {
     switch (line.result) {
       case ResultKind::text:
         m_texts.push_back(&line);
+        if (line.checkOfConstants != nullptr) {
+          m_fallibleTexts.push_back(&line);
+        }
         break;
       case ResultKind::number:
         m_numbers.push_back(&line);
         break;
       case ResultKind::test:
         m_tests.push_back(&line);
+        if (line.checkOfConstants != nullptr) {
+          m_fallibleTests.push_back(&line);
+        }
         break;
       case ResultKind::argument:
         m_choices.push_back(&line);
@@ -127,12 +135,21 @@ std::string RandomTypedExpression::textOf(int depth) {
     case 3:
       return "(" + textOf(depth - 1) + "//" + textOf(depth - 1) + ")";
     case 4:
-      return "(" + conditionOf(depth - 1) + "?" + textOf(depth - 1) + ":" + textOf(depth - 1) + ")";
+      return choice(depth, textOf(depth - 1), textOf(depth - 1));
     case 5:
+      return choice(depth, textOf(depth - 1), call(*oneOf(m_fallibleTexts), depth - 1));
+    case 6:
       return call(*oneOf(m_choices), depth - 1);
     default:
       return call(*oneOf(m_texts), depth - 1);
   }
+}
+
+std::string RandomTypedExpression::choice(int depth, const std::string& first,
+                                          const std::string& second) {
+  const bool isInOrder = isChance(50);
+  return "(" + conditionOf(depth - 1) + "?" + (isInOrder ? first : second) + ":" +
+         (isInOrder ? second : first) + ")";
 }
 
 std::string RandomTypedExpression::numberOf(int depth) {
@@ -152,7 +169,9 @@ std::string RandomTypedExpression::numberOf(int depth) {
     case 4:
       return oneOf(kPrefixes) + numberOf(depth - 1);
     case 5:
-      return conditionOf(depth - 1) + " ? " + numberOf(depth - 1) + " : " + numberOf(depth - 1);
+      return isChance(50) ? choice(depth, numberOf(depth - 1), numberOf(depth - 1))
+                          : conditionOf(depth - 1) + " ? " + numberOf(depth - 1) + " : " +
+                                numberOf(depth - 1);
     case 6:
       return oneOf(kLibraryFunctions) + ("(" + numberOf(depth - 1)) + ")";
     case 7:
@@ -166,7 +185,7 @@ std::string RandomTypedExpression::conditionOf(int depth) {
   if (isChance(3)) {
     return valueOf(depth - 1);
   }
-  switch (below(8)) {
+  switch (below(10)) {
     case 0:
     case 1:
       return textOf(depth - 1) + oneOf(kComparisons) + textOf(depth - 1);
@@ -178,6 +197,11 @@ std::string RandomTypedExpression::conditionOf(int depth) {
                         : conditionOf(depth - 1) + oneOf(kJoins) + conditionOf(depth - 1);
     case 5:
       return depth <= 0 ? call(*oneOf(m_tests), 0) : "(" + conditionOf(depth - 1) + ")";
+    case 6:
+      return choice(depth, conditionOf(depth - 1), call(*oneOf(m_fallibleTests), depth - 1));
+    case 7:
+      return "(" + conditionOf(depth - 1) + oneOf(kJoins) +
+             call(*oneOf(m_fallibleTests), depth - 1) + ")";
     default:
       return call(*oneOf(m_tests), depth - 1);
   }
@@ -199,7 +223,8 @@ std::string RandomTypedExpression::argument(const FunctionLine& line, int index,
     return valueOf(depth);
   }
   if (line.checkOfConstants != nullptr && index > 0 && isChance(80)) {
-    return index == 1     ? quoted(oneOf(kPatterns))
+    return isChance(25)   ? oneOf(kTexts)
+           : index == 1   ? quoted(oneOf(kPatterns))
            : isChance(50) ? quoted(oneOf(kReplacements))
                           : std::to_string(below(3));
   }

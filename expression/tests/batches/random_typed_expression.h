@@ -34,6 +34,8 @@ class RandomTypedExpression {
   std::string numberOf(int depth);
   std::string conditionOf(int depth);
   std::string valueOf(int depth);
+  // Of one of both, in any order.
+  std::string choice(int depth, const std::string& first, const std::string& second);
   std::string call(const FunctionLine& line, int depth);
   std::string argument(const FunctionLine& line, int index, int depth);
   std::string textLiteral();
@@ -48,6 +50,9 @@ class RandomTypedExpression {
   std::vector<const FunctionLine*> m_numbers;
   std::vector<const FunctionLine*> m_tests;
   std::vector<const FunctionLine*> m_choices;
+  // Those that fail at some rows.
+  std::vector<const FunctionLine*> m_fallibleTexts;
+  std::vector<const FunctionLine*> m_fallibleTests;
 };
 
 }  // namespace kelvarin
