@@ -93,20 +93,45 @@ ColumnText lastUnits(TextArena& arena, std::string_view text, double length) {
   return textIn(arena, units.last(limitedPosition(length, units.size())));
 }
 
-bool isAsciiSpace(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
+// Of a character in UTF-8, as QChar has it. Characters of four bytes are none.
+bool isSpace(std::string_view character) {
+  const auto bits = [character](std::size_t index) {
+    return static_cast<unsigned>(static_cast<unsigned char>(character[index]));
+  };
+  switch (character.size()) {
+    case 1:
+      return character[0] == ' ' || (character[0] >= '\t' && character[0] <= '\r');
+    case 2:
+      return QChar::isSpace((bits(0) & 0x1F) << 6 | (bits(1) & 0x3F));
+    case 3:
+      return QChar::isSpace((bits(0) & 0x0F) << 12 | (bits(1) & 0x3F) << 6 | (bits(2) & 0x3F));
+    default:
+      return false;
+  }
 }
 
-std::string_view withoutAsciiSpacesBefore(std::string_view text) {
-  while (!text.empty() && isAsciiSpace(text.front())) {
-    text.remove_prefix(1);
+// These take texts that are UTF-8.
+std::string_view withoutSpacesBefore(std::string_view text) {
+  while (!text.empty()) {
+    const std::size_t size = sizeOfCharacterAt(text, 0);
+    if (!isSpace(text.substr(0, size))) {
+      break;
+    }
+    text.remove_prefix(size);
   }
   return text;
 }
 
-std::string_view withoutAsciiSpacesBehind(std::string_view text) {
-  while (!text.empty() && isAsciiSpace(text.back())) {
-    text.remove_suffix(1);
+std::string_view withoutSpacesBehind(std::string_view text) {
+  while (!text.empty()) {
+    std::size_t begin = text.size() - 1;
+    while (begin > 0 && (static_cast<unsigned char>(text[begin]) & 0xC0) == 0x80) {
+      --begin;
+    }
+    if (!isSpace(text.substr(begin))) {
+      break;
+    }
+    text.remove_suffix(text.size() - begin);
   }
   return text;
 }
@@ -127,21 +152,21 @@ qsizetype startOfTrimmed(const QString& text) {
   return start;
 }
 
-// Blanks beyond ASCII, and bytes that are no UTF-8, are QString's business.
+// Bytes that are no UTF-8 are QString's business.
 ColumnText trimmed(TextArena& arena, std::string_view text) {
-  return isAscii(text) ? ColumnText(withoutAsciiSpacesBehind(withoutAsciiSpacesBefore(text)))
-                       : textIn(arena, qstringOf(text).trimmed());
+  return unitCount(text) ? ColumnText(withoutSpacesBehind(withoutSpacesBefore(text)))
+                         : textIn(arena, qstringOf(text).trimmed());
 }
 ColumnText trimmedLeft(TextArena& arena, std::string_view text) {
-  if (isAscii(text)) {
-    return ColumnText(withoutAsciiSpacesBefore(text));
+  if (unitCount(text)) {
+    return ColumnText(withoutSpacesBefore(text));
   }
   const QString units = qstringOf(text);
   return textIn(arena, units.sliced(startOfTrimmed(units)));
 }
 ColumnText trimmedRight(TextArena& arena, std::string_view text) {
-  if (isAscii(text)) {
-    return ColumnText(withoutAsciiSpacesBehind(text));
+  if (unitCount(text)) {
+    return ColumnText(withoutSpacesBehind(text));
   }
   const QString units = qstringOf(text);
   return textIn(arena, units.first(endOfTrimmed(units)));

@@ -9,7 +9,27 @@ namespace kelvarin {
 
 namespace {
 
+constexpr std::uint64_t kHighBits = 0x8080808080808080ull;
+
 constexpr std::size_t kAllUnits = std::numeric_limits<std::size_t>::max();
+
+template <typename Word>
+Word wordAt(const char* bytes) {
+  Word word;
+  std::memcpy(&word, bytes, sizeof word);
+  return word;
+}
+
+// Of less than 8 bytes.
+bool hasNoHighBit(const char* bytes, std::size_t size) {
+  if (size >= sizeof(std::uint32_t)) {
+    const std::uint32_t all =
+        wordAt<std::uint32_t>(bytes) | wordAt<std::uint32_t>(bytes + size - sizeof(std::uint32_t));
+    return (all & kHighBits) == 0;
+  }
+  const int all = size == 0 ? 0 : bytes[0] | bytes[size / 2] | bytes[size - 1];
+  return (all & 0x80) == 0;
+}
 
 bool hasByteOrderMark(std::string_view text) {
   return text.starts_with("\xEF\xBB\xBF");
@@ -68,17 +88,15 @@ bool advance(std::string_view text, std::size_t& index, std::size_t& units) {
 }  // namespace
 
 bool isAscii(std::string_view text) {
-  constexpr std::uint64_t kHighBits = 0x8080808080808080ull;
   const char* bytes = text.data();
-  std::size_t left = text.size();
-  std::uint64_t all = 0;
-  for (; left >= sizeof all; left -= sizeof all, bytes += sizeof all) {
-    std::uint64_t word;
-    std::memcpy(&word, bytes, sizeof word);
-    all |= word;
+  const std::size_t size = text.size();
+  if (size < sizeof(std::uint64_t)) {
+    return hasNoHighBit(bytes, size);
   }
-  for (; left > 0; --left) {
-    all |= static_cast<std::uint8_t>(*bytes++);
+  // The last word overlaps the one before.
+  std::uint64_t all = wordAt<std::uint64_t>(bytes + size - sizeof all);
+  for (std::size_t i = 0; i + sizeof all <= size; i += sizeof all) {
+    all |= wordAt<std::uint64_t>(bytes + i);
   }
   return (all & kHighBits) == 0;
 }
