@@ -249,6 +249,7 @@ TEST(CalculatorStage, TextsAndDatesAllocateNothingForARow) {
   const std::string outputs =
       output("upper", "toupper(t)", "meta='U'") +
       output("part", "substr(t,2,5) // right(t,3)", "meta='U'") +
+      output("trimmed", "trim(t) // ltrim(t) // rtrim(t)", "meta='U'") +
       output("replaced", "replace(t,&quot;a&quot;,&quot;xy&quot;)", "meta='U'") +
       output("chosen", "contains(t,&quot;rk&quot;) ? t // &quot;-&quot; // d : d", "meta='U'") +
       output("compared", "t &gt; &quot;M&quot; ? strlen(t)*2 + a : a") +
