@@ -8,6 +8,7 @@
 
 #include "columnar/codecs/nested_texts.h"
 #include "columnar/codecs/template_printer.h"
+#include "columnar/codecs/text_entries.h"
 #include "columnar/codecs/text_limits.h"
 #include "columnar/codecs/text_values.h"
 
@@ -17,6 +18,12 @@ namespace {
 
 constexpr std::size_t kLengthSize = sizeof(std::uint32_t);
 
+// A text that is stored, and its number among those that are.
+struct StoredText {
+  std::uint32_t offset = 0;
+  std::uint32_t code = 0;
+};
+
 // Which texts of a template have been printed: dates repeat, and to print one takes longer than to
 // find it.
 class PrintedTexts {
@@ -25,7 +32,7 @@ class PrintedTexts {
 
   struct Text {
     FieldValues values{};
-    std::uint32_t offset = 0;
+    StoredText stored;
     std::uint32_t size = kUnused;
   };
 
@@ -47,8 +54,8 @@ class PrintedTexts {
   bool isWorthwhile() const { return m_printed < kTrial || m_printed < m_found; }
 
  private:
-  static constexpr std::size_t kSlots = 2048;  // days of five years
-  static constexpr std::size_t kTrial = 2 * kSlots;
+  static constexpr std::size_t kSlots = 4096;  // days of eleven years
+  static constexpr std::size_t kTrial = kSlots;
   static constexpr std::uint32_t kUnused = std::numeric_limits<std::uint32_t>::max();
 
   std::vector<Text> m_texts;
@@ -68,8 +75,12 @@ class ShapedTextDecoder {
   unsigned char* copyOther(unsigned char* out);
   template <typename Print>
   [[nodiscard]] bool addText(Print print);
-  [[nodiscard]] bool addRow(std::size_t number);
-  std::optional<std::uint32_t> addRepeating(std::size_t index, const unsigned char* begin);
+  [[nodiscard]] bool addNull();
+  // These set where the text of the next row is. False where it is damaged.
+  [[nodiscard]] bool addRow(std::size_t number, TextEntries& entries, StoredText& added);
+  [[nodiscard]] bool addRepeating(std::size_t index, TextEntries& entries, StoredText& added);
+
+  std::uint32_t offset() const { return static_cast<std::uint32_t>(m_out - m_begin); }
 
   // The numbers of the rows that have no template come after those of the templates.
   std::size_t nullNumber() const { return m_printers.size(); }
@@ -86,6 +97,8 @@ class ShapedTextDecoder {
 
   // While texts are printed.
   std::vector<std::unique_ptr<PrintedTexts>> m_printed;  // of each number; null: not kept
+  std::optional<StoredText> m_null;                      // which all nulls share
+  const unsigned char* m_begin = nullptr;
   unsigned char* m_out = nullptr;
   const unsigned char* m_end = nullptr;
   std::size_t m_sizeOfRows = 0;  // with their lengths; texts that are shared count for each row
@@ -179,46 +192,65 @@ bool ShapedTextDecoder::addText(Print print) {
   return true;
 }
 
-bool ShapedTextDecoder::addRow(std::size_t number) {
-  if (number == nullNumber()) {
-    if (m_end - m_out < static_cast<std::ptrdiff_t>(kLengthSize)) {
-      return false;
-    }
-    storePacked(m_out, kNullLength);
-    m_out += kLengthSize;
-    m_sizeOfRows += kLengthSize;
-    return true;
+bool ShapedTextDecoder::addNull() {
+  if (m_end - m_out < static_cast<std::ptrdiff_t>(kLengthSize)) {
+    return false;
   }
-  if (number == otherNumber()) {
-    return addText([this](unsigned char* out) { return copyOther(out); });
-  }
-  return addText(
-      [this, number](unsigned char* out) { return m_printers[number].print(out, m_end); });
+  storePacked(m_out, kNullLength);
+  m_out += kLengthSize;
+  return true;
 }
 
-// The next text of a template with few fields, printed or found. Returns its offset.
-std::optional<std::uint32_t> ShapedTextDecoder::addRepeating(std::size_t index,
-                                                             const unsigned char* begin) {
+bool ShapedTextDecoder::addRow(std::size_t number, TextEntries& entries, StoredText& added) {
+  const std::uint32_t begin = offset();
+  bool isAdded = false;
+  if (number == nullNumber()) {
+    m_sizeOfRows += kLengthSize;
+    if (m_null) {
+      added = *m_null;
+      return true;
+    }
+    isAdded = addNull();
+  } else if (number == otherNumber()) {
+    isAdded = addText([this](unsigned char* out) { return copyOther(out); });
+  } else {
+    isAdded = addText(
+        [this, number](unsigned char* out) { return m_printers[number].print(out, m_end); });
+  }
+  added.offset = begin;
+  added.code = entries.add(begin);
+  if (number == nullNumber()) {
+    m_null = added;
+  }
+  return isAdded;
+}
+
+// The next text of a template with few fields, printed or found.
+bool ShapedTextDecoder::addRepeating(std::size_t index, TextEntries& entries, StoredText& added) {
   TemplatePrinter& printer = m_printers[index];
   PrintedTexts& printed = *m_printed[index];
   PrintedTexts::FieldValues values;
   if (!printer.takeFields(values)) {
-    return std::nullopt;
+    return false;
   }
   PrintedTexts::Text& text = printed.at(values);
   if (printed.isThere(text, values)) {
     m_sizeOfRows += kLengthSize + text.size;
-    return text.offset;
+    added.offset = text.stored.offset;
+    added.code = text.stored.code;
+    return true;
   }
-  const auto offset = static_cast<std::uint32_t>(m_out - begin);
+  const std::uint32_t begin = offset();
   if (!addText([&](unsigned char* out) { return printer.printFields(out, m_end); })) {
-    return std::nullopt;
+    return false;
   }
-  text = {values, offset, static_cast<std::uint32_t>(m_out - begin - offset - kLengthSize)};
+  added.offset = begin;
+  added.code = entries.add(begin);
+  text = {values, added, offset() - begin - std::uint32_t{kLengthSize}};
   if (!printed.isWorthwhile()) {
     m_printed[index].reset();
   }
-  return offset;
+  return true;
 }
 
 bool ShapedTextDecoder::decode(DecodedTexts& texts) {
@@ -234,23 +266,22 @@ bool ShapedTextDecoder::decode(DecodedTexts& texts) {
   const std::size_t size = m_size + m_count * kLengthSize;
   texts.offsets.resize(m_count);
   texts.bytes.resize(size + margin);
-  const unsigned char* const begin = texts.bytes.data();
-  m_out = texts.bytes.data();
+  m_begin = m_out = texts.bytes.data();
   m_end = m_out + size;
+  const auto mayRepeat = [](const auto& printed) { return printed != nullptr; };
+  TextEntries entries(texts, m_count, std::ranges::any_of(m_printed, mayRepeat));
   for (std::size_t row = 0; row < m_count; ++row) {
     const std::size_t number = m_numbers[m_isOneTemplate ? 0 : row];
-    texts.offsets[row] = static_cast<std::uint32_t>(m_out - begin);
-    if (m_printed[number] != nullptr) {
-      const auto offset = addRepeating(number, begin);
-      if (!offset) {
-        return false;
-      }
-      texts.offsets[row] = *offset;
-    } else if (!addRow(number)) {
+    StoredText text;
+    const bool isAdded = m_printed[number] != nullptr ? addRepeating(number, entries, text)
+                                                      : addRow(number, entries, text);
+    if (!isAdded) {
       return false;
     }
+    texts.offsets[row] = text.offset;
+    entries.setRow(row, text.code);
   }
-  texts.bytes.resize(static_cast<std::size_t>(m_out - begin));
+  texts.bytes.resize(offset());
   return m_sizeOfRows == size;
 }
 

@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+#include "expression/evaluator/entry_values.h"
 #include "expression/evaluator/expression_set.h"
 #include "host/contract/row_batch.h"
 
@@ -36,11 +37,14 @@ class BatchProgram {
 
  private:
   friend class BatchEvaluation;
+  friend class EntryColumns;
 
-  // One of both.
+  // Native code or a column program.
   struct Output {
     ColumnsCall native;
     const ColumnProgram* program = nullptr;
+    const EntryProgram* entries = nullptr;           // of the column program; null: there is none
+    std::unique_ptr<RecentEntryValues> entryValues;  // then, too
   };
   struct Sources {
     std::vector<NumberSource> numbers;
