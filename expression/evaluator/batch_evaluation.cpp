@@ -103,15 +103,16 @@ const double* BatchEvaluation::converted(std::size_t index, const Value* values,
 
 // Up to the first text that is to be counted.
 const double* BatchEvaluation::convertedTexts(std::size_t index, const BatchColumn& column) {
-  const bool areDates = m_program.m_numbers[index].origin == NumberSource::Origin::textsOfDates;
-  const DateContext& dates = m_program.m_functions.dates;
-  TextColumn& texts = m_convertedTexts[index];
   double* numbers = buffer(index);
+  if (const auto count = m_entries.gatherNumbers(index, storedRows(), numbers)) {
+    keepFirst(*count);
+    return numbers;
+  }
+  const NumberSource& source = m_program.m_numbers[index];
+  TextColumn& texts = m_convertedTexts[index];
   for (std::size_t i = 0; i < m_rowCount; ++i) {
-    const std::string_view text = textFromBytes(column.text(storedRow(i)));
-    numbers[i] = areDates ? texts.elapsedTimeOf(text, dates, 0.0) : texts.numberOf(text, 0.0);
-    if (texts.hasRefused()) [[unlikely]] {
-      texts = TextColumn({});
+    if (convertText(source, column.text(storedRow(i)), m_program.m_functions.dates, texts,
+                    numbers[i])) [[unlikely]] {
       keepFirst(i);
     }
   }
@@ -170,8 +171,7 @@ void BatchEvaluation::printKeys(const std::uint32_t* keys, ColumnText* texts) {
 }
 
 void BatchEvaluation::evaluateColumns(int output) {
-  m_entries.gather(output, {m_firstStoredRow, m_selection, m_rowCount}, m_numbers.data(),
-                   m_texts.data());
+  m_entries.gather(output, storedRows(), m_numbers.data(), m_texts.data());
   m_rowCount = m_columns->evaluate(m_entries.program(output), {m_numbers.data(), m_texts.data()},
                                    m_rowCount);
 }

@@ -56,6 +56,7 @@ class BatchEvaluation {
   void evaluateInto(int output, double* numbers);
 
  private:
+  StoredRows storedRows() const { return {m_firstStoredRow, m_selection, m_rowCount}; }
   void loadNumber(std::size_t index, int element);
   void loadText(std::size_t index, int element);
   void loadTexts(const BatchColumn& column, ColumnText* texts) const;

@@ -63,13 +63,10 @@ bool BatchProgram::addOutput(const CompiledOutput& output, const Sources& source
   const auto hasNumber = [&](std::size_t variable) { return addNumber(variable, sources.numbers); };
   const auto hasText = [&](std::size_t variable) { return addText(variable, sources.texts); };
   if (const ColumnProgram* program = output.columnProgram.get()) {
-    const EntryProgram* entries = output.entryProgram.get();
     m_outputs.push_back({.native = {},
                          .program = program,
-                         .entries = entries,
-                         .entryValues = entries == nullptr
-                                            ? nullptr
-                                            : std::make_unique<RecentEntryValues>(*entries)});
+                         .entries = output.entryProgram.get(),
+                         .entryValues = std::make_unique<RecentByDictionary<EntryValues>>()});
     return std::ranges::all_of(program->numberVariables(), hasNumber) &&
            std::ranges::all_of(program->textVariables(), hasText);
   }

@@ -11,6 +11,7 @@
 
 #include "expression/evaluator/entry_values.h"
 #include "expression/evaluator/expression_set.h"
+#include "expression/evaluator/recent_by_dictionary.h"
 #include "host/contract/row_batch.h"
 
 namespace kelvarin {
@@ -43,8 +44,8 @@ class BatchProgram {
   struct Output {
     ColumnsCall native;
     const ColumnProgram* program = nullptr;
-    const EntryProgram* entries = nullptr;           // of the column program; null: there is none
-    std::unique_ptr<RecentEntryValues> entryValues;  // then, too
+    const EntryProgram* entries = nullptr;  // of the column program; null: there is none
+    std::unique_ptr<RecentByDictionary<EntryValues>> entryValues;
   };
   struct Sources {
     std::vector<NumberSource> numbers;
@@ -67,6 +68,8 @@ class BatchProgram {
   std::vector<int> m_columnsOfKeys;  // of which a null stops the run
   std::size_t m_rowsAtOnce = 0;
   bool m_needsRowNumbers = false;
+  const std::unique_ptr<RecentByDictionary<EntryNumbers>> m_entryNumbers =
+      std::make_unique<RecentByDictionary<EntryNumbers>>();
   const FunctionContext m_functions;
 };
 

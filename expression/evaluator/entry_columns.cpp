@@ -29,7 +29,7 @@ EntryColumns::EntryColumns(const BatchProgram& program, const RowBatch& batch)
   std::size_t parts = 0;
   bool hasTexts = false;
   for (const BatchProgram::Output& output : program.m_outputs) {
-    const Output& added = m_outputs.emplace_back(chosen(output, program.m_functions));
+    const Output& added = m_outputs.emplace_back(chosen(output));
     parts = std::max(parts, added.parts.size());
     for (const Part& part : added.parts) {
       m_endOfColumns = std::max(m_endOfColumns, part.column + 1);
@@ -41,6 +41,11 @@ EntryColumns::EntryColumns(const BatchProgram& program, const RowBatch& batch)
   }
   m_numbers = std::make_unique_for_overwrite<double[]>(parts * program.rowsAtOnce());
   m_texts = std::make_unique<ColumnText[]>(hasTexts ? parts * program.rowsAtOnce() : 0);
+  if (program.convertsTexts()) {
+    for (const NumberSource& source : program.m_numbers) {
+      m_variables.push_back(numbersOf(source));
+    }
+  }
 }
 
 // The columns of parts are none of the variables.
@@ -52,22 +57,35 @@ void EntryColumns::noteTexts(const ColumnProgram& program) {
   }
 }
 
-// Null where its texts are not those of one column with a dictionary.
-const BatchColumn* EntryColumns::columnOf(std::size_t variable) const {
-  const auto source = std::ranges::find(m_program.m_texts, variable, &TextSource::variable);
-  if (source == m_program.m_texts.end() || source->columns.size() != 1 ||
-      source->origin != TextSource::Origin::texts) {
+// Null where there are several columns, or one without a dictionary of few entries.
+const BatchColumn* EntryColumns::columnWithEntries(const std::vector<int>& columns) const {
+  if (columns.size() != 1) {
     return nullptr;
   }
-  const BatchColumn& column = m_batch.column(static_cast<std::size_t>(source->columns[0]));
-  const BatchDictionary& dictionary = column.dictionary();
-  return dictionary.isThere() && dictionary.positions.size() * kRowsOfEntry <= m_batch.rowCount()
-             ? &column
-             : nullptr;
+  const BatchColumn& column = m_batch.column(static_cast<std::size_t>(columns[0]));
+  const std::size_t rowsOfEntries = column.dictionary().positions.size() * kRowsOfEntry;
+  return column.dictionary().isThere() && rowsOfEntries <= m_batch.rowCount() ? &column : nullptr;
 }
 
-EntryColumns::Output EntryColumns::chosen(const BatchProgram::Output& output,
-                                          const FunctionContext& functions) const {
+const BatchColumn* EntryColumns::columnOfText(std::size_t variable) const {
+  const auto source = std::ranges::find(m_program.m_texts, variable, &TextSource::variable);
+  return source == m_program.m_texts.end() || source->origin != TextSource::Origin::texts
+             ? nullptr
+             : columnWithEntries(source->columns);
+}
+
+EntryColumns::Numbers EntryColumns::numbersOf(const NumberSource& source) const {
+  const BatchColumn* column = source.isConverted() ? columnWithEntries(source.columns) : nullptr;
+  if (column == nullptr) {
+    return {};
+  }
+  return {column->dictionary().codes, m_program.m_entryNumbers->of(source.variable, *column, [&] {
+            return std::make_shared<const EntryNumbers>(source, *column,
+                                                        m_program.m_functions.dates);
+          })};
+}
+
+EntryColumns::Output EntryColumns::chosen(const BatchProgram::Output& output) const {
   Output chosen{.program = output.program, .parts = {}, .values = {}};
   if (output.entries == nullptr) {
     return chosen;
@@ -76,11 +94,13 @@ EntryColumns::Output EntryColumns::chosen(const BatchProgram::Output& output,
   EntryProgram::Variables taken = 0;
   for (std::size_t i = 0; i < entries.variables().size(); ++i) {
     const std::size_t variable = entries.variables()[i];
-    const BatchColumn* column = columnOf(variable);
+    const BatchColumn* column = columnOfText(variable);
     if (column == nullptr) {
       continue;
     }
-    EntryValuesPointer values = output.entryValues->of(variable, *column, functions);
+    std::shared_ptr<const EntryValues> values = output.entryValues->of(variable, *column, [&] {
+      return std::make_shared<const EntryValues>(entries, variable, *column, m_program.m_functions);
+    });
     if (!values->areKnown()) {
       continue;
     }
@@ -115,6 +135,23 @@ void EntryColumns::gather(int output, const StoredRows& rows, const double** num
       gatherValues(part.codes, rows, part.texts, m_texts.get() + begin);
     }
   }
+}
+
+std::optional<std::size_t> EntryColumns::gatherNumbers(std::size_t index, const StoredRows& rows,
+                                                       double* numbers) const {
+  const Numbers& variable = m_variables[index];
+  if (variable.ofEntries == nullptr) {
+    return std::nullopt;
+  }
+  gatherValues(variable.codes, rows, variable.ofEntries->numbers(), numbers);
+  if (!variable.ofEntries->hasRefused()) {
+    return rows.count;
+  }
+  std::size_t row = 0;
+  while (row < rows.count && !variable.ofEntries->isRefused(variable.codes[rows.at(row)])) {
+    ++row;
+  }
+  return row;
 }
 
 }  // namespace kelvarin

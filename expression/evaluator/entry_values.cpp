@@ -11,10 +11,6 @@ namespace {
 // Of the texts that a part makes; beyond, rows are cheaper to keep.
 constexpr std::size_t kMaxTextBytes = std::size_t{1} << 20;
 
-bool isOwner(const std::weak_ptr<const void>& kept, const std::shared_ptr<const void>& owner) {
-  return !kept.owner_before(owner) && !owner.owner_before(kept);
-}
-
 }  // namespace
 
 // A text of the String Parser's null bytes is null there.
@@ -69,26 +65,30 @@ bool EntryValues::compute(const EntryProgram::Part& part, const BatchColumn& col
   return true;
 }
 
-EntryValuesPointer RecentEntryValues::find(std::size_t variable, const BatchColumn& column) {
-  const std::lock_guard lock(m_mutex);
-  const auto kept = std::ranges::find_if(m_kept, [&](const Kept& each) {
-    return each.variable == variable && each.values != nullptr &&
-           isOwner(each.owner, column.owner());
-  });
-  return kept == m_kept.end() ? nullptr : kept->values;
+bool convertText(const NumberSource& source, const unsigned char* bytes, const DateContext& dates,
+                 TextColumn& texts, double& number) {
+  const std::string_view text = textFromBytes(bytes);
+  number = source.origin == NumberSource::Origin::textsOfDates
+               ? texts.elapsedTimeOf(text, dates, 0.0)
+               : texts.numberOf(text, 0.0);
+  if (!texts.hasRefused()) [[likely]] {
+    return false;
+  }
+  texts = TextColumn({});
+  return true;
 }
 
-// Two threads may compute the same, which takes less time than to let one wait.
-EntryValuesPointer RecentEntryValues::of(std::size_t variable, const BatchColumn& column,
-                                         const FunctionContext& functions) {
-  if (EntryValuesPointer known = find(variable, column)) {
-    return known;
+EntryNumbers::EntryNumbers(const NumberSource& source, const BatchColumn& column,
+                           const DateContext& dates) {
+  const std::span<const std::uint32_t> entries = column.dictionary().positions;
+  m_numbers = std::make_unique_for_overwrite<double[]>(entries.size());
+  m_isRefused.resize(entries.size());
+  TextColumn texts({});
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    const unsigned char* text = column.textBytes() + entries[i];
+    m_isRefused[i] = convertText(source, text, dates, texts, m_numbers[i]);
+    m_hasRefused = m_hasRefused || m_isRefused[i];
   }
-  auto values = std::make_shared<const EntryValues>(m_program, variable, column, functions);
-  const std::lock_guard lock(m_mutex);
-  m_kept[m_next] = {variable, column.owner(), values};
-  m_next = (m_next + 1) % kKept;
-  return values;
 }
 
 }  // namespace kelvarin

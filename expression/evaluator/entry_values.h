@@ -1,17 +1,15 @@
-// What the parts of an expression come to for the entries of a column's dictionary.
+// What expressions and variables come to for the entries of a column's dictionary.
 //
-// Batches of one block share a dictionary, so the values that were computed last are kept.
 // Used by BatchEvaluation.
-// Threads: any.
+// Threads: read-only once they are made.
 #pragma once
 
-#include <array>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 #include "expression/batches/column_evaluation.h"
 #include "expression/batches/entry_program.h"
+#include "expression/evaluator/row_binding.h"
 #include "host/contract/row_batch.h"
 
 namespace kelvarin {
@@ -19,9 +17,14 @@ namespace kelvarin {
 // The text as programs for columns take it.
 ColumnText columnText(const unsigned char* bytes);
 
+// The number or elapsed time that a text is, null for others. True where it is to be counted.
+bool convertText(const NumberSource& source, const unsigned char* bytes, const DateContext& dates,
+                 TextColumn& texts, double& number);
+
+// Of the parts of an expression that depend on one text variable.
 class EntryValues {
  public:
-  // Of the parts with this text variable, which has the texts of the column.
+  // `variable` has the texts of the column.
   EntryValues(const EntryProgram& program, std::size_t variable, const BatchColumn& column,
               const FunctionContext& functions);
 
@@ -45,30 +48,21 @@ class EntryValues {
   bool m_areKnown = false;
 };
 
-using EntryValuesPointer = std::shared_ptr<const EntryValues>;
-
-class RecentEntryValues {
+// The entries as the numbers of a variable over a column of texts.
+class EntryNumbers {
  public:
-  explicit RecentEntryValues(const EntryProgram& program) : m_program(program) {}
+  // `source` is a converted one.
+  EntryNumbers(const NumberSource& source, const BatchColumn& column, const DateContext& dates);
 
-  EntryValuesPointer of(std::size_t variable, const BatchColumn& column,
-                        const FunctionContext& functions);
+  const double* numbers() const { return m_numbers.get(); }
+  // Rows with such an entry are counted.
+  bool isRefused(std::size_t entry) const { return m_hasRefused && m_isRefused[entry]; }
+  bool hasRefused() const { return m_hasRefused; }
 
  private:
-  static constexpr std::size_t kKept = 8;
-
-  struct Kept {
-    std::size_t variable = 0;
-    std::weak_ptr<const void> owner;  // of the dictionary
-    EntryValuesPointer values;
-  };
-
-  EntryValuesPointer find(std::size_t variable, const BatchColumn& column);
-
-  const EntryProgram& m_program;
-  std::mutex m_mutex;
-  std::array<Kept, kKept> m_kept;  // under m_mutex, like the next one
-  std::size_t m_next = 0;          // which is replaced
+  std::unique_ptr<double[]> m_numbers;
+  std::vector<bool> m_isRefused;
+  bool m_hasRefused = false;
 };
 
 }  // namespace kelvarin

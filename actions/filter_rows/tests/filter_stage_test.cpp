@@ -76,6 +76,26 @@ TEST(FilterStage, AnEntryThatFailsIsNoRowThatFails) {
   expectSameInBatches(filter("regexMatch(&quot;2345&quot;,t)"), rows);
 }
 
+// As numbers and as dates; those that are none are counted at their rows.
+TEST(FilterStage, TextsOfADictionaryAreConvertedOnce) {
+  Rows rows = countedRows(1500);
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    rows[i][3] = i % 11 == 0 ? Value(nullptr) : Value("200" + std::to_string(i % 7));
+  }
+  const std::string number = "<InputVar column='t' label='x'/>";
+  const std::string date = "<InputVar column='t' label='x' meta='D'/>";
+  for (const char* wrong : {"2003", "none"}) {
+    rows[900][3] = wrong;
+    for (const std::string& variable : {number, date}) {
+      expectSameInBatches(
+          "<FilterRows name='f' dateFormat='yyyy'><Expression>x &gt; 2004 || "
+          "isNull(x)</Expression><InputVars>" +
+              variable + "</InputVars></FilterRows>",
+          rows);
+    }
+  }
+}
+
 // Codes that say something else than the texts show which of the two is looked at.
 TEST(FilterStage, ConditionsOfOneTextAreDecidedOnEntries) {
   for (const char* expression :
