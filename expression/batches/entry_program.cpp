@@ -56,6 +56,29 @@ std::vector<std::size_t> partsOf(const TypedTree& tree, const std::vector<std::s
   return parts;
 }
 
+// What a node is computed of, as a tree of its own.
+TypedTree subtreeOf(const TypedTree& tree, std::size_t root) {
+  std::vector<bool> isReached(root + 1);
+  isReached[root] = true;
+  for (std::size_t i = root + 1; i-- > 0;) {
+    for (const std::size_t operand : tree.nodes[i].operands) {
+      isReached[operand] = isReached[operand] || isReached[i];
+    }
+  }
+  TypedTree part{.nodes = {}, .root = 0, .madeTexts = tree.madeTexts};
+  std::vector<std::size_t> indices(root + 1);
+  for (std::size_t i = 0; i <= root; ++i) {
+    if (isReached[i]) {
+      indices[i] = part.nodes.size();
+      TreeNode& node = part.nodes.emplace_back(tree.nodes[i]);
+      std::ranges::transform(node.operands, node.operands.begin(),
+                             [&](std::size_t operand) { return indices[operand]; });
+    }
+  }
+  part.root = indices[root];
+  return part;
+}
+
 }  // namespace
 
 std::unique_ptr<const EntryProgram> EntryProgram::of(const TypedTree& tree, std::size_t firstColumn,
@@ -83,9 +106,7 @@ bool EntryProgram::addPart(std::size_t variable, std::size_t node) {
     }
     m_variables.insert(known, variable);
   }
-  TypedTree part = m_tree;
-  part.root = node;
-  m_parts.push_back({variable, node, ColumnProgram::of(std::move(part), m_functions)});
+  m_parts.push_back({variable, node, ColumnProgram::of(subtreeOf(m_tree, node), m_functions)});
   return m_parts.back().program != nullptr;
 }
 
