@@ -221,8 +221,8 @@ ReadStatus decodeTexts(Bytes bytes, std::uint32_t rows, DecodedTexts& texts, int
   if (!bytes.empty() && !isAllowedAt(static_cast<TextEncoding>(bytes[0]), TextLevel::chunk)) {
     unknownEncoding = bytes[0];
   }
-  return decodeTextsAt(bytes, rows, TextLevel::chunk, texts) ? ReadStatus::ok
-                                                             : ReadStatus::corrupted;
+  return rows > 0 && decodeTextsAt(bytes, rows, TextLevel::chunk, texts) ? ReadStatus::ok
+                                                                         : ReadStatus::corrupted;
 }
 
 }  // namespace kelvarin
