@@ -18,10 +18,12 @@ namespace {
 
 constexpr std::size_t kLengthSize = sizeof(std::uint32_t);
 
-// A text that is stored, and its number among those that are.
+// A text that is stored, and its code as TextEntries has it.
 struct StoredText {
+  static constexpr std::uint32_t kNone = std::numeric_limits<std::uint32_t>::max();
+
   std::uint32_t offset = 0;
-  std::uint32_t code = 0;
+  std::uint32_t code = kNone;
 };
 
 // Which texts of a template have been printed: dates repeat, and to print one takes longer than to
@@ -33,7 +35,6 @@ class PrintedTexts {
   struct Text {
     FieldValues values{};
     StoredText stored;
-    std::uint32_t size = kUnused;
   };
 
   PrintedTexts() : m_texts(kSlots) {}
@@ -44,8 +45,8 @@ class PrintedTexts {
     return m_texts[(mixed ^ mixed >> 32) % kSlots];
   }
   bool isThere(const Text& text, const FieldValues& values) {
-    const bool isFound =
-        text.values[0] == values[0] && text.values[1] == values[1] && text.size != kUnused;
+    const bool isFound = text.values[0] == values[0] && text.values[1] == values[1] &&
+                         text.stored.code != StoredText::kNone;
     m_found += isFound;
     m_printed += !isFound;
     return isFound;
@@ -56,7 +57,6 @@ class PrintedTexts {
  private:
   static constexpr std::size_t kSlots = 4096;  // days of eleven years
   static constexpr std::size_t kTrial = kSlots;
-  static constexpr std::uint32_t kUnused = std::numeric_limits<std::uint32_t>::max();
 
   std::vector<Text> m_texts;
   std::size_t m_found = 0;
@@ -235,7 +235,7 @@ bool ShapedTextDecoder::addRepeating(std::size_t index, TextEntries& entries, St
   }
   PrintedTexts::Text& text = printed.at(values);
   if (printed.isThere(text, values)) {
-    m_sizeOfRows += kLengthSize + text.size;
+    m_sizeOfRows += kLengthSize + loadPacked<std::uint32_t>(m_begin + text.stored.offset);
     added.offset = text.stored.offset;
     added.code = text.stored.code;
     return true;
@@ -246,9 +246,10 @@ bool ShapedTextDecoder::addRepeating(std::size_t index, TextEntries& entries, St
   }
   added.offset = begin;
   added.code = entries.add(begin);
-  text = {values, added, offset() - begin - std::uint32_t{kLengthSize}};
+  text = {values, added};
   if (!printed.isWorthwhile()) {
     m_printed[index].reset();
+    entries.drop();
   }
   return true;
 }

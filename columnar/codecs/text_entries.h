@@ -13,23 +13,31 @@ class TextEntries {
  public:
   TextEntries(DecodedTexts& texts, std::size_t rows, bool isWorthwhile)
       : m_texts(texts), m_maxEntries(isWorthwhile ? DecodedTexts::maxEntries(rows) : 0) {
-    m_texts.entries.clear();
-    m_texts.codes.resize(m_maxEntries > 0 ? rows : 0);
+    drop();
+    if (m_maxEntries > 0) {
+      m_texts.codes.resize(rows);
+      m_codes = m_texts.codes.data();
+    }
   }
 
   // A text that has been stored at the offset. Returns its code.
-  std::uint32_t add(std::uint32_t offset) { return m_texts.codes.empty() ? 0 : addToFew(offset); }
+  std::uint32_t add(std::uint32_t offset) { return m_codes == nullptr ? 0 : addToFew(offset); }
   void setRow(std::size_t row, std::uint32_t code) {
-    if (!m_texts.codes.empty()) {
-      m_texts.codes[row] = static_cast<std::uint16_t>(code);
+    if (m_codes != nullptr) {
+      m_codes[row] = static_cast<std::uint16_t>(code);
     }
+  }
+  // There are not few.
+  void drop() {
+    m_codes = nullptr;
+    m_texts.entries.clear();
+    m_texts.codes.clear();
   }
 
  private:
   std::uint32_t addToFew(std::uint32_t offset) {
     if (m_texts.entries.size() == m_maxEntries) {
-      m_texts.entries.clear();
-      m_texts.codes.clear();
+      drop();
       return 0;
     }
     m_texts.entries.push_back(offset);
@@ -38,6 +46,7 @@ class TextEntries {
 
   DecodedTexts& m_texts;
   const std::size_t m_maxEntries;
+  std::uint16_t* m_codes = nullptr;  // null where they are not kept
 };
 
 }  // namespace kelvarin
