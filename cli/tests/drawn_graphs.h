@@ -73,8 +73,9 @@ struct Drawn {
     if (!hasTexts) {
       text.replace("tn", "a").replace("strlen(t)", "k");
     }
-    if (!canFail) {  // what some engines do not know
+    if (!canFail) {  // what some engines do not know, and a pattern that is none
       text.replace("isNuLL", "isNull").replace("rand1(10)", "rand1()");
+      text.replace("regexMatch(\"text\",t)", "t>\"5\"");
     }
     return escaped(text);
   }
@@ -107,6 +108,17 @@ constexpr const char* kConditions[] = {
     "strlen(t)>2", "b>-1e9",  "id>40",          "id<900", "tn>3",    "isNuLL(a)",
     "nvl(a,1)",    "_n<700",  "round2(a,0)==1", "_n<1",   "_n < 20", "_n<1500"};
 
+// Parts of these depend on a text alone, which few values of a columnar file have.
+constexpr const char* kTextConditions[] = {"t==\"text\"",
+                                           "contains(t,\"ex\")",
+                                           "substr(t,0,1)>\"4\" && a>b",
+                                           "isNull(t) || t<\"7\"",
+                                           "t==\"3\" ? k==3 : strlen(t)>3",
+                                           "regexMatch(\"text\",t)",
+                                           "t==\"(\" ? a>b : regexMatch(\"text\",t)"};
+constexpr const char* kTextExpressions[] = {"toupper(t)", "t//\"-\"//substr(t,1,2)",
+                                            "a>b ? left(t,2) : tolower(t)"};
+
 // 2 stops the run at a value that does not fit.
 inline QByteArray castMode(Dice& dice, const Drawn& drawn, int chances) {
   return QByteArray::number(drawn.canFail && dice.oneIn(chances) ? 2 : dice.below(2));
@@ -131,6 +143,7 @@ inline QByteArray calculatorXml(Dice& dice, const Drawn& drawn, const QByteArray
       expression = dice.oneOf(kKeyExpressions);
     } else if (dice.oneIn(5)) {
       attributes = " meta='U'";
+      expression = drawn.hasTexts && dice.oneIn(2) ? dice.oneOf(kTextExpressions) : expression;
     }
     if (i < 2 && dice.oneIn(4)) {
       column = i == 0 ? "a" : "b";
@@ -143,11 +156,12 @@ inline QByteArray calculatorXml(Dice& dice, const Drawn& drawn, const QByteArray
 }
 
 inline QByteArray filterXml(Dice& dice, const Drawn& drawn, const QByteArray& name) {
+  const QByteArray condition =
+      drawn.hasTexts && dice.oneIn(3) ? dice.oneOf(kTextConditions) : dice.oneOf(kConditions);
   return "<FilterRows name='" + name + "' dateFormat='yyyy'" +
          (dice.oneIn(8) ? " truncate='1'" : "") +
          (!drawn.canFail || dice.oneIn(3) ? " abortWhenError='0'" : "") + "><Expression>" +
-         drawn.expression(dice.oneOf(kConditions)) + "</Expression>" + drawn.inputs() +
-         "</FilterRows>";
+         drawn.expression(condition) + "</Expression>" + drawn.inputs() + "</FilterRows>";
 }
 
 // Of numbers and of keys; their elements are columns of the drawn tables.
@@ -263,8 +277,8 @@ class DrawnGraphs : public ::testing::Test {
 
   // Line breaks in quotes are where a reader must not cut a file.
   static constexpr const char* kTexts[] = {
-      "t\u00e9xt", "text", "\"a,\n\"\"b\"\"\"",
-      "",          "\"\"", "a text that is longer than the others"};
+      "t\u00e9xt", "text", "\"a,\n\"\"b\"\"\"", "", "\"\"", "a text that is longer than the others",
+      "("};
   static constexpr char kCsv[] =
       "<ReadCSV name='source' file='in.csv' sortedOn='id 0'><Column name='id' meta='F'/>"
       "<Column name='a' meta='F'/><Column name='b' meta='F'/><Column name='k' meta='K'/>"

@@ -8,6 +8,7 @@
 
 #include "columnar/codecs/nested_texts.h"
 #include "columnar/codecs/template_printer.h"
+#include "columnar/codecs/text_entries.h"
 #include "columnar/codecs/text_limits.h"
 #include "columnar/codecs/text_values.h"
 
@@ -17,9 +18,11 @@ namespace {
 
 constexpr std::size_t kLengthSize = sizeof(std::uint32_t);
 
+// A text that is stored.
 struct PrintedText {
   std::uint32_t offset = 0;
   std::uint32_t size = 0;  // with its length; 0 until it is printed
+  std::uint32_t code = 0;  // as TextEntries has it
 };
 
 // The texts of a template whose fields have few values: each is printed where it occurs first, and
@@ -42,11 +45,17 @@ class ShapedTextDecoder {
   unsigned char* copyOther(unsigned char* out);
   template <typename Print>
   [[nodiscard]] bool addText(Print print);
-  [[nodiscard]] bool addRow(std::size_t number, std::uint32_t& offset);
-  [[nodiscard]] bool addPrinted(std::size_t number, std::uint32_t& offset);
+  // These store the text of the next row, or find it. False where it is damaged.
+  [[nodiscard]] bool addRow(std::size_t number, TextEntries& entries, PrintedText& text);
+  [[nodiscard]] bool addPrinted(std::size_t number, TextEntries& entries, PrintedText& text);
+  [[nodiscard]] bool addNull();
   [[nodiscard]] bool findRepeating();
-  [[nodiscard]] bool printRepeating(std::size_t index, std::uint32_t combination);
-  [[nodiscard]] bool addRepeatingRows(std::size_t index, std::span<std::uint32_t> offsets);
+  [[nodiscard]] bool printRepeating(std::size_t index, std::uint32_t combination,
+                                    TextEntries& entries);
+  [[nodiscard]] bool addRepeatingRows(std::size_t index, std::size_t firstRow,
+                                      std::span<std::uint32_t> offsets, TextEntries& entries);
+
+  std::uint32_t offset() const { return static_cast<std::uint32_t>(m_out - m_begin); }
 
   // The numbers of the rows that have no template come after those of the templates.
   std::size_t nullNumber() const { return m_printers.size(); }
@@ -64,7 +73,8 @@ class ShapedTextDecoder {
   // While texts are printed.
   std::vector<std::optional<RepeatingTexts>> m_repeating;  // of each number
   std::vector<PrintedText> m_last;                         // of each number
-  unsigned char* m_begin = nullptr;
+  PrintedText m_null;                                      // which all nulls share
+  const unsigned char* m_begin = nullptr;
   unsigned char* m_out = nullptr;
   const unsigned char* m_end = nullptr;
   std::size_t m_sizeOfRows = 0;  // with their lengths; texts that are shared count for each row
@@ -156,47 +166,56 @@ bool ShapedTextDecoder::addText(Print print) {
     return false;
   }
   storePacked(m_out, static_cast<std::uint32_t>(textEnd - text));
-  m_sizeOfRows += static_cast<std::size_t>(textEnd - m_out);
   m_out = textEnd;
   return true;
 }
 
-bool ShapedTextDecoder::addPrinted(std::size_t number, std::uint32_t& offset) {
+bool ShapedTextDecoder::addPrinted(std::size_t number, TextEntries& entries, PrintedText& text) {
   bool isSame = false;
   if (!m_printers[number].takeFields(isSame)) {
     return false;
   }
   PrintedText& last = m_last[number];
-  if (isSame && last.size != 0) {
-    offset = last.offset;
-    m_sizeOfRows += last.size;
-    return true;
+  if (!isSame || last.size == 0) {
+    const std::uint32_t begin = offset();
+    if (!addText([this, number](unsigned char* out) {
+          return m_printers[number].printFields(out, m_end);
+        })) {
+      return false;
+    }
+    last = {begin, offset() - begin, entries.add(begin)};
   }
-  const unsigned char* const before = m_out;
-  if (!addText([this, number](unsigned char* out) {
-        return m_printers[number].printFields(out, m_end);
-      })) {
-    return false;
-  }
-  last = {offset, static_cast<std::uint32_t>(m_out - before)};
+  text = last;
   return true;
 }
 
-bool ShapedTextDecoder::addRow(std::size_t number, std::uint32_t& offset) {
-  offset = static_cast<std::uint32_t>(m_out - m_begin);
-  if (number == nullNumber()) {
-    if (m_end - m_out < static_cast<std::ptrdiff_t>(kLengthSize)) {
-      return false;
-    }
-    storePacked(m_out, kNullLength);
-    m_out += kLengthSize;
-    m_sizeOfRows += kLengthSize;
+bool ShapedTextDecoder::addNull() {
+  if (m_end - m_out < static_cast<std::ptrdiff_t>(kLengthSize)) {
+    return false;
+  }
+  storePacked(m_out, kNullLength);
+  m_out += kLengthSize;
+  return true;
+}
+
+bool ShapedTextDecoder::addRow(std::size_t number, TextEntries& entries, PrintedText& text) {
+  if (number < m_printers.size()) {
+    return addPrinted(number, entries, text);
+  }
+  const bool isNull = number == nullNumber();
+  if (isNull && m_null.size != 0) {
+    text = m_null;
     return true;
   }
-  if (number == otherNumber()) {
-    return addText([this](unsigned char* out) { return copyOther(out); });
+  const std::uint32_t begin = offset();
+  if (!(isNull ? addNull() : addText([this](unsigned char* out) { return copyOther(out); }))) {
+    return false;
   }
-  return addPrinted(number, offset);
+  text = {begin, offset() - begin, entries.add(begin)};
+  if (isNull) {
+    m_null = text;
+  }
+  return true;
 }
 
 bool ShapedTextDecoder::findRepeating() {
@@ -218,33 +237,33 @@ bool ShapedTextDecoder::findRepeating() {
   return true;
 }
 
-bool ShapedTextDecoder::printRepeating(std::size_t index, std::uint32_t combination) {
-  PrintedText& text = m_repeating[index]->printed[combination];
-  const unsigned char* const before = m_out;
+bool ShapedTextDecoder::printRepeating(std::size_t index, std::uint32_t combination,
+                                       TextEntries& entries) {
+  const std::uint32_t begin = offset();
   if (!addText([&](unsigned char* out) {
         return m_printers[index].printCombination(combination, out, m_end);
       })) {
     return false;
   }
-  text = {static_cast<std::uint32_t>(before - m_begin), static_cast<std::uint32_t>(m_out - before)};
-  m_sizeOfRows -= text.size;  // counted with the rows that have it
+  m_repeating[index]->printed[combination] = {begin, offset() - begin, entries.add(begin)};
   return true;
 }
 
 // Rows one after another that have this template.
-bool ShapedTextDecoder::addRepeatingRows(std::size_t index, std::span<std::uint32_t> offsets) {
+bool ShapedTextDecoder::addRepeatingRows(std::size_t index, std::size_t firstRow,
+                                         std::span<std::uint32_t> offsets, TextEntries& entries) {
   RepeatingTexts& repeating = *m_repeating[index];
-  const std::uint32_t* combination = repeating.combinations.data() + repeating.next;
+  const std::uint32_t* combinations = repeating.combinations.data() + repeating.next;
   repeating.next += offsets.size();
-  const PrintedText* const printed = repeating.printed.data();
   std::size_t size = 0;
-  for (std::uint32_t& offset : offsets) {
-    if (printed[*combination].size == 0 && !printRepeating(index, *combination)) {
+  for (std::size_t i = 0; i < offsets.size(); ++i) {
+    const PrintedText& text = repeating.printed[combinations[i]];
+    if (text.size == 0 && !printRepeating(index, combinations[i], entries)) {
       return false;
     }
-    offset = printed[*combination].offset;
-    size += printed[*combination].size;
-    ++combination;
+    offsets[i] = text.offset;
+    entries.setRow(firstRow + i, text.code);
+    size += text.size;
   }
   m_sizeOfRows += size;
   return true;
@@ -261,23 +280,30 @@ bool ShapedTextDecoder::decode(DecodedTexts& texts) {
   const std::size_t size = m_size + m_count * kLengthSize;
   texts.offsets.resize(m_count);
   texts.bytes.resize(size + margin);
-  m_begin = m_out = texts.bytes.data();
+  m_out = texts.bytes.data();
+  m_begin = m_out;
   m_end = m_begin + size;
+  const auto doesRepeat = [](const auto& repeating) { return repeating.has_value(); };
+  TextEntries entries(texts, m_count, std::ranges::any_of(m_repeating, doesRepeat));
   for (std::size_t row = 0; row < m_count;) {
     const std::size_t number = m_numbers[m_isOneTemplate ? 0 : row];
     if (m_repeating[number]) {
       const std::size_t rows = m_isOneTemplate ? m_count : 1;
-      if (!addRepeatingRows(number, std::span(texts.offsets).subspan(row, rows))) {
+      if (!addRepeatingRows(number, row, std::span(texts.offsets).subspan(row, rows), entries)) {
         return false;
       }
       row += rows;
       continue;
     }
-    if (!addRow(number, texts.offsets[row++])) {
+    PrintedText text;
+    if (!addRow(number, entries, text)) {
       return false;
     }
+    texts.offsets[row] = text.offset;
+    entries.setRow(row++, text.code);
+    m_sizeOfRows += text.size;
   }
-  texts.bytes.resize(static_cast<std::size_t>(m_out - m_begin));
+  texts.bytes.resize(offset());
   return m_sizeOfRows == size;
 }
 

@@ -65,7 +65,7 @@ bool decodePlain(ByteReader& reader, std::size_t rows, DecodedTexts& texts) {
     return false;
   }
   if (stored.lengths.areEqual() && stored.bytes.empty()) {
-    stored.count = std::min<std::size_t>(rows, 1);  // one null or empty text stands for all rows
+    stored.count = 1;  // one null or empty text stands for all rows
   }
   if (!stored.fitsDecoded()) {
     return false;
@@ -75,7 +75,16 @@ bool decodePlain(ByteReader& reader, std::size_t rows, DecodedTexts& texts) {
   return true;
 }
 
-bool decodeDictionary(ByteReader& reader, std::size_t rows, DecodedTexts& texts) {
+// Notes which text each row has, where that spares looking at most of them.
+void keepEntries(std::span<const std::uint32_t> offsets, std::size_t rows, TextLevel level,
+                 DecodedTexts& texts) {
+  if (level == TextLevel::chunk && offsets.size() <= DecodedTexts::maxEntries(rows)) {
+    texts.entries.assign(offsets.begin(), offsets.end());
+    texts.codes.resize(rows);
+  }
+}
+
+bool decodeDictionary(ByteReader& reader, std::size_t rows, TextLevel level, DecodedTexts& texts) {
   std::uint16_t last = 0;
   std::uint8_t bits = 0;
   Bytes codes;
@@ -86,14 +95,18 @@ bool decodeDictionary(ByteReader& reader, std::size_t rows, DecodedTexts& texts)
   }
   // There is an offset for every value of a code.
   std::vector<std::uint32_t> entryOffsets = std::move(texts.offsets);
-  entryOffsets.resize(std::size_t{1} << bits);
   // Codes of 0 bits are all equal, so one text stands for all rows.
   const std::size_t stored = bits == 0 ? 1 : rows;
+  keepEntries(entryOffsets, stored, level, texts);
+  entryOffsets.resize(std::size_t{1} << bits);
   texts.offsets.resize(stored);
   return LoadedCodes(codes.data(), stored, *codeWidthOf(bits))
       .forEachBatch([&](std::size_t first, std::span<const std::uint32_t> batch) {
         for (std::size_t i = 0; i < batch.size(); ++i) {
           texts.offsets[first + i] = entryOffsets[batch[i]];
+        }
+        if (!texts.codes.empty()) {
+          std::copy(batch.begin(), batch.end(), texts.codes.data() + first);
         }
         return largestOf(batch) <= last;
       });
@@ -101,12 +114,18 @@ bool decodeDictionary(ByteReader& reader, std::size_t rows, DecodedTexts& texts)
 
 // Sets the offset of each row to that of its entry.
 bool resolveCodes(IntegerColumn& codes, std::span<const std::uint32_t> entryOffsets,
-                  std::vector<std::uint32_t>& offsets) {
-  for (std::uint32_t& offset : offsets) {
-    if (!codes.hasNext()) {
+                  DecodedTexts& texts) {
+  for (std::size_t row = 0; row < texts.offsets.size();) {
+    const std::span<const std::uint64_t> next = codes.nextNumbers();
+    if (next.empty()) {
       return false;
     }
-    offset = entryOffsets[codes.number()];
+    std::transform(next.begin(), next.end(), texts.offsets.data() + row,
+                   [&](std::uint64_t code) { return entryOffsets[code]; });
+    if (!texts.codes.empty()) {
+      std::copy(next.begin(), next.end(), texts.codes.data() + row);
+    }
+    row += next.size();
   }
   return true;
 }
@@ -129,8 +148,16 @@ bool decodeEncodedDictionary(ByteReader& reader, std::size_t rows, TextLevel lev
     entries.offsets.resize(last + std::size_t{1}, entries.offsets[0]);
   }
   texts.bytes = std::move(entries.bytes);
-  texts.offsets.resize(codes.isConstant() ? 1 : rows);
-  return resolveCodes(codes, entries.offsets, texts.offsets);
+  if (codes.isConstant()) {
+    if (!codes.hasNext()) {
+      return false;
+    }
+    texts.offsets.assign(1, entries.offsets[codes.number()]);
+    return true;
+  }
+  keepEntries(entries.offsets, rows, level, texts);
+  texts.offsets.resize(rows);
+  return resolveCodes(codes, entries.offsets, texts);
 }
 
 bool decode(TextEncoding encoding, ByteReader& reader, std::size_t count, TextLevel level,
@@ -139,7 +166,7 @@ bool decode(TextEncoding encoding, ByteReader& reader, std::size_t count, TextLe
     case TextEncoding::plain:
       return decodePlain(reader, count, texts);
     case TextEncoding::dictionary:
-      return decodeDictionary(reader, count, texts);
+      return decodeDictionary(reader, count, level, texts);
     case TextEncoding::shaped:
       return decodeShapedTexts(reader, count, texts);
     case TextEncoding::symbols:
@@ -175,6 +202,8 @@ bool isAllowedAt(TextEncoding encoding, TextLevel level) {
 }
 
 bool decodeTextsAt(Bytes bytes, std::size_t count, TextLevel level, DecodedTexts& texts) {
+  texts.entries.clear();
+  texts.codes.clear();
   ByteReader reader(bytes);
   std::uint8_t encoding = 0;
   return reader.read(encoding) && isAllowedAt(static_cast<TextEncoding>(encoding), level) &&
@@ -192,8 +221,8 @@ ReadStatus decodeTexts(Bytes bytes, std::uint32_t rows, DecodedTexts& texts, int
   if (!bytes.empty() && !isAllowedAt(static_cast<TextEncoding>(bytes[0]), TextLevel::chunk)) {
     unknownEncoding = bytes[0];
   }
-  return decodeTextsAt(bytes, rows, TextLevel::chunk, texts) ? ReadStatus::ok
-                                                             : ReadStatus::corrupted;
+  return rows > 0 && decodeTextsAt(bytes, rows, TextLevel::chunk, texts) ? ReadStatus::ok
+                                                                         : ReadStatus::corrupted;
 }
 
 }  // namespace kelvarin

@@ -5,6 +5,7 @@
 // Layout: docs/gel-format.md, "Encodings of texts".
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -30,7 +31,15 @@ struct DecodedTexts {
   // For each row, the offset of its text in `bytes`; a single one where all rows have the same
   // text.
   std::vector<std::uint32_t> offsets;
+  // Where few texts are stored for many rows: their offsets, and for each row which one it has. The
+  // same text may be stored more than once, or for no row. Else both are empty.
+  std::vector<std::uint32_t> entries;
+  std::vector<std::uint16_t> codes;
 
+  // More entries would not spare much.
+  static constexpr std::size_t maxEntries(std::size_t rows) {
+    return std::min<std::size_t>(rows / 2, 1 << 16);
+  }
   const unsigned char* text(std::size_t row) const { return bytes.data() + offsets[row]; }
 };
 

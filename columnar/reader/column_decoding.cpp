@@ -40,6 +40,8 @@ void repeat(DecodedColumn& values, MetaTypeColumn type, std::size_t rows) {
     case sizeof(std::uint32_t):
       return repeatFirst<std::uint32_t>(values.values, rows);
     default:
+      values.texts.entries = values.texts.offsets;
+      values.texts.codes.assign(rows, 0);
       values.texts.offsets.resize(rows, values.texts.offsets.front());
   }
 }
@@ -53,9 +55,14 @@ BatchColumn batchColumn(std::shared_ptr<const DecodedColumn> values, MetaTypeCol
     case MetaTypeColumn::key:
       return BatchColumn::ofKeys(std::move(values), reinterpret_cast<const std::uint32_t*>(fixed));
     default:
-      return BatchColumn::ofTexts(type, std::move(values), texts.bytes.data(), texts.offsets.data(),
-                                  texts.bytes.size());
+      break;
   }
+  BatchColumn column = BatchColumn::ofTexts(type, std::move(values), texts.bytes.data(),
+                                            texts.offsets.data(), texts.bytes.size());
+  if (!texts.codes.empty()) {
+    column.setDictionary({texts.codes.data(), texts.entries});
+  }
+  return column;
 }
 
 }  // namespace kelvarin

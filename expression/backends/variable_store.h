@@ -5,6 +5,7 @@
 // number.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 #include <vector>
@@ -50,6 +51,9 @@ class VariableStore {
   }
   // Lets expressions see the value at the index. Each name at most once.
   void name(const StoredVariable& variable) { m_variables.push_back(variable); }
+
+  // Beyond those of numbers and of texts.
+  std::size_t endOfIndices() const { return std::max(m_numbers.size(), m_texts.size()); }
 
   const std::vector<StoredVariable>& variables() const { return m_variables; }
   double* numbers() { return m_numbers.data(); }

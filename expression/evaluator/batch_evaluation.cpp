@@ -5,7 +5,6 @@
 #include <numeric>
 
 #include "base/number_texts.h"
-#include "expression/backends/string_values.h"
 #include "expression/evaluator/number_text.h"
 
 namespace kelvarin {
@@ -15,8 +14,9 @@ BatchEvaluation::BatchEvaluation(const BatchProgram& program, const RowBatch& ba
     : m_program(program),
       m_batch(batch),
       m_firstRow(static_cast<double>(firstRow)),
-      m_numbers(program.m_endOfNumbers),
-      m_texts(program.m_endOfTexts),
+      m_entries(program, batch),
+      m_numbers(std::max(program.m_endOfNumbers, m_entries.endOfColumns())),
+      m_texts(std::max(program.m_endOfTexts, m_entries.endOfColumns())),
       m_buffers(std::make_unique_for_overwrite<double[]>((program.m_numbers.size() + 1) *
                                                          program.rowsAtOnce())),
       m_textBuffers(std::make_unique<ColumnText[]>(program.m_texts.size() * program.rowsAtOnce())) {
@@ -103,15 +103,16 @@ const double* BatchEvaluation::converted(std::size_t index, const Value* values,
 
 // Up to the first text that is to be counted.
 const double* BatchEvaluation::convertedTexts(std::size_t index, const BatchColumn& column) {
-  const bool areDates = m_program.m_numbers[index].origin == NumberSource::Origin::textsOfDates;
-  const DateContext& dates = m_program.m_functions.dates;
-  TextColumn& texts = m_convertedTexts[index];
   double* numbers = buffer(index);
+  if (const auto count = m_entries.gatherNumbers(index, storedRows(), numbers)) {
+    keepFirst(*count);
+    return numbers;
+  }
+  const NumberSource& source = m_program.m_numbers[index];
+  TextColumn& texts = m_convertedTexts[index];
   for (std::size_t i = 0; i < m_rowCount; ++i) {
-    const std::string_view text = textFromBytes(column.text(storedRow(i)));
-    numbers[i] = areDates ? texts.elapsedTimeOf(text, dates, 0.0) : texts.numberOf(text, 0.0);
-    if (texts.hasRefused()) [[unlikely]] {
-      texts = TextColumn({});
+    if (convertText(source, column.text(storedRow(i)), m_program.m_functions.dates, texts,
+                    numbers[i])) [[unlikely]] {
       keepFirst(i);
     }
   }
@@ -120,6 +121,9 @@ const double* BatchEvaluation::convertedTexts(std::size_t index, const BatchColu
 
 void BatchEvaluation::loadText(std::size_t index, int element) {
   const TextSource& source = m_program.m_texts[index];
+  if (!m_entries.needsText(source.variable)) {
+    return;
+  }
   const std::size_t ofElement = source.columns.size() > 1 ? static_cast<std::size_t>(element) : 0;
   const BatchColumn& column = m_batch.column(static_cast<std::size_t>(source.columns[ofElement]));
   ColumnText* texts = m_textBuffers.get() + index * m_program.rowsAtOnce();
@@ -134,12 +138,9 @@ void BatchEvaluation::loadText(std::size_t index, int element) {
   }
 }
 
-// A text of the String Parser's null bytes is null there.
 void BatchEvaluation::loadTexts(const BatchColumn& column, ColumnText* texts) const {
   for (std::size_t i = 0; i < m_rowCount; ++i) {
-    const unsigned char* bytes = column.text(storedRow(i));
-    const std::string_view text = textFromBytes(bytes);
-    texts[i] = isNullText(bytes) || text == kNullTextBytes ? ColumnText() : ColumnText(text);
+    texts[i] = columnText(column.text(storedRow(i)));
   }
 }
 
@@ -169,13 +170,15 @@ void BatchEvaluation::printKeys(const std::uint32_t* keys, ColumnText* texts) {
   }
 }
 
-void BatchEvaluation::evaluateColumns(const ColumnProgram& program) {
-  m_rowCount = m_columns->evaluate(program, {m_numbers.data(), m_texts.data()}, m_rowCount);
+void BatchEvaluation::evaluateColumns(int output) {
+  m_entries.gather(output, storedRows(), m_numbers.data(), m_texts.data());
+  m_rowCount = m_columns->evaluate(m_entries.program(output), {m_numbers.data(), m_texts.data()},
+                                   m_rowCount);
 }
 
 const double* BatchEvaluation::numbers(int output) {
-  if (const ColumnProgram* program = outputAt(output).program) {
-    evaluateColumns(*program);
+  if (outputAt(output).program != nullptr) {
+    evaluateColumns(output);
     return m_columns->numbers();
   }
   double* results = buffer(m_program.m_numbers.size());
@@ -184,7 +187,7 @@ const double* BatchEvaluation::numbers(int output) {
 }
 
 const ColumnText* BatchEvaluation::texts(int output) {
-  evaluateColumns(*outputAt(output).program);
+  evaluateColumns(output);
   return m_columns->texts();
 }
 

@@ -21,6 +21,7 @@
 
 #include "expression/batches/column_evaluation.h"
 #include "expression/evaluator/batch_program.h"
+#include "expression/evaluator/entry_columns.h"
 
 namespace kelvarin {
 
@@ -55,6 +56,7 @@ class BatchEvaluation {
   void evaluateInto(int output, double* numbers);
 
  private:
+  StoredRows storedRows() const { return {m_firstStoredRow, m_selection, m_rowCount}; }
   void loadNumber(std::size_t index, int element);
   void loadText(std::size_t index, int element);
   void loadTexts(const BatchColumn& column, ColumnText* texts) const;
@@ -67,11 +69,12 @@ class BatchEvaluation {
   const BatchProgram::Output& outputAt(int output) const {
     return m_program.m_outputs[static_cast<std::size_t>(output)];
   }
-  void evaluateColumns(const ColumnProgram& program);
+  void evaluateColumns(int output);
 
   const BatchProgram& m_program;
   const RowBatch& m_batch;
   const double m_firstRow;
+  EntryColumns m_entries;
   std::vector<const double*> m_numbers;  // by the variable's index in the store
   std::vector<const ColumnText*> m_texts;
   std::unique_ptr<double[]> m_buffers;  // one a variable, and one for results

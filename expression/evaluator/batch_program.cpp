@@ -63,7 +63,10 @@ bool BatchProgram::addOutput(const CompiledOutput& output, const Sources& source
   const auto hasNumber = [&](std::size_t variable) { return addNumber(variable, sources.numbers); };
   const auto hasText = [&](std::size_t variable) { return addText(variable, sources.texts); };
   if (const ColumnProgram* program = output.columnProgram.get()) {
-    m_outputs.push_back({{}, program});
+    m_outputs.push_back({.native = {},
+                         .program = program,
+                         .entries = output.entryProgram.get(),
+                         .entryValues = std::make_unique<RecentByDictionary<EntryValues>>()});
     return std::ranges::all_of(program->numberVariables(), hasNumber) &&
            std::ranges::all_of(program->textVariables(), hasText);
   }
@@ -72,7 +75,7 @@ bool BatchProgram::addOutput(const CompiledOutput& output, const Sources& source
     return false;
   }
   const ColumnsCall call = expression->columnsCall();
-  m_outputs.push_back({call, nullptr});
+  m_outputs.push_back({.native = call, .program = nullptr, .entries = nullptr, .entryValues = {}});
   return call.function != nullptr && std::ranges::all_of(call.elements, hasNumber);
 }
 

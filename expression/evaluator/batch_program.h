@@ -9,7 +9,9 @@
 #include <memory>
 #include <vector>
 
+#include "expression/evaluator/entry_values.h"
 #include "expression/evaluator/expression_set.h"
+#include "expression/evaluator/recent_by_dictionary.h"
 #include "host/contract/row_batch.h"
 
 namespace kelvarin {
@@ -36,11 +38,14 @@ class BatchProgram {
 
  private:
   friend class BatchEvaluation;
+  friend class EntryColumns;
 
-  // One of both.
+  // Native code or a column program.
   struct Output {
     ColumnsCall native;
     const ColumnProgram* program = nullptr;
+    const EntryProgram* entries = nullptr;  // of the column program; null: there is none
+    std::unique_ptr<RecentByDictionary<EntryValues>> entryValues;
   };
   struct Sources {
     std::vector<NumberSource> numbers;
@@ -63,6 +68,8 @@ class BatchProgram {
   std::vector<int> m_columnsOfKeys;  // of which a null stops the run
   std::size_t m_rowsAtOnce = 0;
   bool m_needsRowNumbers = false;
+  const std::unique_ptr<RecentByDictionary<EntryNumbers>> m_entryNumbers =
+      std::make_unique<RecentByDictionary<EntryNumbers>>();
   const FunctionContext m_functions;
 };
 

@@ -8,6 +8,7 @@
 
 #include "expression/backends/compiled_expression.h"
 #include "expression/batches/column_program.h"
+#include "expression/batches/entry_program.h"
 #include "expression/evaluator/engine_choice.h"
 #include "host/contract/meta_info.h"
 
@@ -30,6 +31,8 @@ struct CompiledOutput {
   // Where another engine than native code evaluates rows, the same for batches; null: there is no
   // such program.
   std::unique_ptr<const ColumnProgram> columnProgram;
+  // For texts with a dictionary; null: nothing in it depends on one text alone.
+  std::unique_ptr<const EntryProgram> entryProgram;
 };
 
 inline bool isNumberMeta(MetaTypeColumn meta) {

@@ -146,6 +146,7 @@ void ExpressionSet::addColumnProgram(CompiledOutput& output, const QString& expr
   }
   const bool isForNumbers = output.use == ResultUse::column && isNumberMeta(output.meta);
   if (!isForNumbers || tree->type() != ValueType::text) {  // else an error at every row
+    output.entryProgram = EntryProgram::of(*tree, m_variables.endOfIndices(), m_functions);
     output.columnProgram = ColumnProgram::of(std::move(*tree), m_functions);
     output.engine.takesBatches = output.columnProgram != nullptr;
   }

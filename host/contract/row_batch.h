@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "base/export.h"
@@ -17,6 +18,15 @@
 #include "host/contract/meta_info.h"
 
 namespace kelvarin {
+
+// The distinct texts of a column of which many rows are equal. There may be entries that no row
+// has, and entries of the same text.
+struct BatchDictionary {
+  const std::uint16_t* codes = nullptr;      // of each stored row, the index of its entry
+  std::span<const std::uint32_t> positions;  // of the entries, like those of the rows
+
+  bool isThere() const { return codes != nullptr; }
+};
 
 // The values of one column, in the bytes of column_bytes.h: numbers and keys one after another,
 // texts at positions in a buffer.
@@ -51,11 +61,16 @@ class BatchColumn {
   }
   const std::shared_ptr<const void>& owner() const { return m_owner; }
   std::size_t textSize() const { return m_textSize; }
+  // Of texts, where it is known: what depends on the text alone need be computed for entries only.
+  const BatchDictionary& dictionary() const { return m_dictionary; }
+  // The owner keeps it alive, too.
+  void setDictionary(const BatchDictionary& dictionary) { m_dictionary = dictionary; }
   // The same column without its first rows.
   BatchColumn from(std::size_t storedRow) const {
     BatchColumn rest = *this;
     if (m_positions != nullptr) {
       rest.m_positions += storedRow;
+      rest.m_dictionary.codes += m_dictionary.isThere() ? storedRow : 0;
     } else {
       rest.m_values += storedRow * fixedSizeOf(m_type);
     }
@@ -75,6 +90,7 @@ class BatchColumn {
   const unsigned char* m_values;
   const std::uint32_t* m_positions;  // null for numbers and keys
   std::size_t m_textSize;
+  BatchDictionary m_dictionary;
   std::shared_ptr<const void> m_owner;
 };
 

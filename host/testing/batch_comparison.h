@@ -14,8 +14,9 @@
 
 namespace kelvarin::testing {
 
-inline constexpr BatchShape kBatchShapes[] = {{1},    {2, 1},    {7},       {7, 5},
-                                              {1000}, {1000, 1}, {1000, 5}, {3000, 1}};
+inline constexpr BatchShape kBatchShapes[] = {
+    {1},       {2, 1},    {7},       {7, 5},          {1000},
+    {1000, 1}, {1000, 5}, {3000, 1}, {1000, 0, true}, {1000, 1, true}};
 
 // All that a run shows.
 struct RunOutcome {

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "host/contract/batch_collector.h"
+#include "host/testing/text_dictionaries.h"
 
 namespace kelvarin::testing {
 
@@ -104,7 +105,10 @@ RowBatchPointer FakeInputPin::collectBatch() {
   if (count == 0) {
     return nullptr;
   }
-  const RowBatchPointer batch = collector.take();
+  RowBatchPointer batch = collector.take();
+  if (m_shape.hasDictionaries) {
+    batch = withDictionaries(*batch, kEntryWithoutRows);
+  }
   if (m_shape.strayRows == 0) {
     return batch;
   }

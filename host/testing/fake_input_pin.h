@@ -16,7 +16,11 @@ struct BatchShape {
   std::size_t rows = 4096;
   // Rows of nulls that are stored before each row and do not count.
   std::size_t strayRows = 0;
+  // Columns of texts have one, with an entry that no row has.
+  bool hasDictionaries = false;
 };
+
+inline constexpr char kEntryWithoutRows[] = "(";  // which is no regular expression
 
 class FakeInputPin : public InputPin {
  public:

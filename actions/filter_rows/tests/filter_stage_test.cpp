@@ -61,6 +61,63 @@ TEST(FilterStage, ConditionsWithTextsAreThoseOfSingleRows) {
   }
 }
 
+// The entry that no row has is no pattern: rows are evaluated one by one in the column program, and
+// only those that fail by the row routine.
+TEST(FilterStage, AnEntryThatFailsIsNoRowThatFails) {
+  Rows rows = countedRows(1500);
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    rows[i][3] = std::to_string(i % 7);
+  }
+  for (const char* expression :
+       {"regexMatch(&quot;2345&quot;,t)", "t == &quot;3&quot; || regexMatch(t // t,t)",
+        "t == &quot;(&quot; ? 1 : regexMatch(t,&quot;[2-4]&quot;)"}) {
+    expectSameInBatches(filter(expression), rows);
+  }
+  rows[700][3] = "[";
+  expectSameInBatches(filter("regexMatch(&quot;2345&quot;,t)"), rows);
+}
+
+// As numbers and as dates; those that are none are counted at their rows.
+TEST(FilterStage, TextsOfADictionaryAreConvertedOnce) {
+  Rows rows = countedRows(1500);
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    rows[i][3] = i % 11 == 0 ? Value(nullptr) : Value("200" + std::to_string(i % 7));
+  }
+  const std::string number = "<InputVar column='t' label='x'/>";
+  const std::string date = "<InputVar column='t' label='x' meta='D'/>";
+  for (const char* wrong : {"2003", "none"}) {
+    rows[900][3] = wrong;
+    for (const std::string& variable : {number, date}) {
+      expectSameInBatches(
+          "<FilterRows name='f' dateFormat='yyyy'><Expression>x &gt; 2004 || "
+          "isNull(x)</Expression><InputVars>" +
+              variable + "</InputVars></FilterRows>",
+          rows);
+    }
+  }
+}
+
+// Codes that say something else than the texts show which of the two is looked at.
+TEST(FilterStage, ConditionsOfOneTextAreDecidedOnEntries) {
+  for (const char* expression :
+       {"t == &quot;(&quot;", "contains(t,&quot;(&quot;) &amp;&amp; a &gt;= 0",
+        "substr(t // &quot;)&quot;,0,2) == &quot;()&quot;"}) {
+    auto h = RowHarness::of<FilterRows>(filter(expression), kColumns);
+    h.pullInBatches({.rows = 600, .strayRows = 1, .hasDictionaries = true});
+    h.push(Rows(500, {1, 2, 3, "same"}));
+    ASSERT_TRUE(h.pull(1).has_value());
+    const RowBatchPointer batch = h.input(0).restOfBatch();
+    std::vector<BatchColumn> columns = batch->columns();
+    const std::vector<std::uint16_t> codes(batch->storedRows(), 0);  // of kEntryWithoutRows
+    columns[3].setDictionary({codes.data(), columns[3].dictionary().positions});
+    const RowBatch misleading(batch->storedRows(), columns, batch->sharedSelection(),
+                              batch->rowCount());
+    const StageResult result = h.actionAs<FilterRows>().stage()->process(misleading, -1);
+    EXPECT_EQ(result.rowsDone, batch->rowCount());
+    EXPECT_EQ(result.outputs[1], nullptr) << expression;
+  }
+}
+
 TEST(FilterStage, TruncatesBehindTheFirstFalseRow) {
   const Rows rows = countedRows(2500);
   for (const char* last : {"0", "1", "6", "7", "999", "1000", "1024", "2499", "9999"}) {

@@ -90,6 +90,9 @@ TextEncoding encodingAfterRoundTrip(const TextColumn& column, const ByteBuffer& 
     const unsigned char* text = decoded.text(decoded.offsets.size() == 1 ? 0 : row);
     EXPECT_EQ(loadPacked<std::uint32_t>(text), length);
     EXPECT_EQ(std::memcmp(text + 4, column.bytes.data() + offset, byteCountOf(length)), 0);
+    if (!decoded.codes.empty()) {
+      EXPECT_EQ(decoded.entries.at(decoded.codes.at(row)), decoded.offsets[row]);
+    }
     offset += byteCountOf(length);
   }
   ByteBuffer raw;

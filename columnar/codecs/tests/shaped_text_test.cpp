@@ -198,7 +198,9 @@ bool hasTexts(const DecodedTexts& decoded, const TextColumn& column) {
     const unsigned char* text = decoded.text(decoded.offsets.size() == 1 ? 0 : row);
     const std::size_t size = byteCountOf(column.lengths[row]);
     if (loadPacked<std::uint32_t>(text) != column.lengths[row] ||
-        std::memcmp(text + sizeof(std::uint32_t), expected, size) != 0) {
+        std::memcmp(text + sizeof(std::uint32_t), expected, size) != 0 ||
+        (!decoded.codes.empty() &&
+         decoded.entries.at(decoded.codes.at(row)) != decoded.offsets[row])) {
       return false;
     }
     expected += size;

@@ -67,6 +67,34 @@ std::vector<Values> rowsOf(std::vector<std::unique_ptr<BlockUnit>>& units) {
   return rows;
 }
 
+// Blocks that are joined have their dictionaries one after the other.
+TEST(BlockUnits, TextsThatRepeatHaveADictionary) {
+  for (const int rowsInBlock : {50'000, 3000, 400}) {
+    ReadFile read(makeFile(
+        {{"same", 'U'}, {"city", 'U'}, {"date", 'U'}, {"row", 'U'}},
+        [] {
+          std::vector<Values> rows;
+          for (int i = 0; i < 6000; ++i) {
+            const std::string day = std::to_string(10 + i * 7 % 11);
+            rows.push_back({"always",
+                            i % 9 == 0 ? Value(nullptr) : Value("c" + std::to_string(i % 5)),
+                            "2020-03-" + day, "r" + std::to_string(i)});
+          }
+          return rows;
+        }(),
+        {.rowsInBlock = static_cast<std::uint32_t>(rowsInBlock)}));
+    parseTogether(read.all);
+    EXPECT_EQ(rowsOf(read.all).size(), 6000u);
+    for (const auto& unit : read.all) {
+      const RowBatch& batch = *unit->events()[0].batch;
+      for (const std::size_t column : {0, 1, 2}) {
+        EXPECT_TRUE(batch.column(column).dictionary().isThere()) << rowsInBlock << " " << column;
+      }
+      EXPECT_FALSE(batch.column(3).dictionary().isThere());
+    }
+  }
+}
+
 TEST(BlockUnits, AHugeBlockComesInBatchesThatThreadsDecodeTogether) {
   constexpr int kRows = 50'000;
   const std::vector<Values> rows = someRows(kRows);

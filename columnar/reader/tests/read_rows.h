@@ -4,9 +4,12 @@
 #include <map>
 #include <optional>
 
+#include <gtest/gtest.h>
+
 #include "columnar/reader/block_reader.h"
 #include "columnar/reader/tests/made_file.h"
 #include "host/contract/batch_rows.h"
+#include "host/testing/text_dictionaries.h"
 
 namespace kelvarin::testing {
 
@@ -19,6 +22,9 @@ struct ReadResult {
 
 inline std::vector<Values> rowsOf(const RowBatchPointer& batch) {
   std::vector<Values> rows;
+  for (const BatchColumn& column : batch->columns()) {
+    EXPECT_TRUE(!column.dictionary().isThere() || matchesDictionary(column, batch->storedRows()));
+  }
   std::vector<unsigned char*> values(batch->columnCount());
   BatchRows all;
   for (all.start(batch); all.rowsLeft() > 0;) {
