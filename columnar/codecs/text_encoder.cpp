@@ -169,10 +169,18 @@ void TextEncoder::consider(std::size_t percent) {
 
 // What indices and entries take at least, whatever their form.
 std::size_t TextEncoder::leastSizeOfDictionary() const {
-  constexpr std::size_t kBytesOfEntry = 2;
   const std::size_t entries = m_dictionary.entries().size();
   const std::size_t indices = std::bit_width(entries - 1) * m_dictionary.codes().size();
-  return indices / 8 + kBytesOfEntry * entries;
+  return indices / 8 + entries;
+}
+
+// In proportion to the best encoding so far. Texts that are some times in a block are read and
+// written several times as fast by their indices as by their shape.
+std::size_t TextEncoder::maxPercentOfDictionary() const {
+  const bool areShaped =
+      !m_best.isEmpty() && m_best.data()[0] == static_cast<std::uint8_t>(TextEncoding::shaped);
+  const bool areFrequent = m_dictionary.entries().size() * 5 <= m_dictionary.codes().size() * 2;
+  return areShaped && areFrequent ? kPercentOfMuchFaster : kPercentOfFaster;
 }
 
 bool TextEncoder::findEntries(const TextValues& texts, TextHistory& history,
@@ -189,18 +197,19 @@ bool TextEncoder::findEntries(const TextValues& texts, TextHistory& history,
 
 void TextEncoder::considerDictionaries(const TextValues& texts, TextHistory& history,
                                        TextLevel level) {
-  // Where texts have a shape, only a small dictionary can be better.
-  const std::size_t maxShareOfTrial = m_best.isEmpty() ? kMaxShareOfTrial : kMaxShareOfTrial / 2;
   if (!isAllowedAt(TextEncoding::dictionary, level) ||
-      !findEntries(texts, history, maxShareOfTrial) ||
-      (!m_best.isEmpty() && leastSizeOfDictionary() >= m_best.size())) {
+      !findEntries(texts, history, kMaxShareOfTrial)) {
+    return;
+  }
+  const std::size_t percent = maxPercentOfDictionary();
+  if (!m_best.isEmpty() && leastSizeOfDictionary() * 100 >= m_best.size() * percent) {
     return;
   }
   encodeDictionary();
-  consider(kPercentOfFaster);
+  consider(percent);
   const bool isTaken = m_best.data()[0] == static_cast<std::uint8_t>(TextEncoding::dictionary);
   if (encodeEncodedDictionary(history, level)) {
-    consider(isTaken ? kPercentOfSlower : kPercentOfFaster);
+    consider(isTaken ? kPercentOfSlower : percent);
   }
 }
 

@@ -49,6 +49,7 @@ class TextEncoder {
   static constexpr std::size_t kPercentOfSlower = 97;
   // Those that are read faster may be larger in this one.
   static constexpr std::size_t kPercentOfFaster = 103;
+  static constexpr std::size_t kPercentOfMuchFaster = 125;
   static constexpr std::size_t kMaxShareOfTrial = 15;  // of a dictionary, in 16ths
 
   void appendAt(const TextValues& texts, TextHistory& history, TextLevel level, ByteBuffer& out);
@@ -70,6 +71,7 @@ class TextEncoder {
 
   void consider(std::size_t percent = 100);
   std::size_t leastSizeOfDictionary() const;
+  std::size_t maxPercentOfDictionary() const;
   void considerDictionaries(const TextValues& texts, TextHistory& history, TextLevel level);
   void considerShapes(const TextValues& texts, const TextSample& sample, TextHistory& history,
                       TextLevel level);

@@ -264,8 +264,8 @@ TEST(ShapedTexts, FieldsTakeNoMoreThanTheyHold) {
               const std::uint64_t size = below(r, 1000);
               return "file_" + std::to_string(size * size) + ".txt";
             }),
-            logarithm(1000) * 1.35)
-      << "1000 different numbers are a dictionary";
+            logarithm(1000) * 1.45)
+      << "texts that are often in a block are a dictionary";
   // Half of the texts have a minus sign: a bit for each.
   EXPECT_LT(
       bitsOf([](Random& r) { return (below(r, 2) ? "-" : "") + std::to_string(below(r, 4096)); }),
