@@ -71,16 +71,20 @@ class DateContext {
   // Of so many milliseconds, and 0 where the unit is not known. Divisions by these constants take
   // the processor less time than one by any number.
   double wholeUnits(std::int64_t milliseconds) const {
+    std::int64_t units = 0;
     switch (m_millisecondsOfUnit) {
       case 1000:
-        return static_cast<double>(milliseconds / 1000);
+        units = milliseconds / 1000;
+        break;
       case kMillisecondsOfDay:
-        return static_cast<double>(milliseconds / kMillisecondsOfDay);
+        units = milliseconds / kMillisecondsOfDay;
+        break;
       case 0:
-        return 0.0;
+        break;
       default:
-        return static_cast<double>(milliseconds / m_millisecondsOfUnit);
+        units = milliseconds / m_millisecondsOfUnit;
     }
+    return static_cast<double>(units);
   }
   // Of an empty or unparsable date.
   double unreadableAsElapsedTime() const { return m_parameters.castToET2 != 0 ? 0.0 : kNullNumber; }
