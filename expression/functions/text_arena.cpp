@@ -20,7 +20,7 @@ void TextArena::clear() {
     m_chunks.front() = std::move(m_chunks.back());
     m_chunks.resize(1);
   }
-  m_next = m_chunks.empty() ? nullptr : m_chunks.front().get();
+  m_next = m_chunks.empty() ? &s_nothing : m_chunks.front().get();
   m_left = m_capacity;
   m_bytesOfFullChunks = 0;
 }

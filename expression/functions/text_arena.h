@@ -49,8 +49,11 @@ class TextArena {
  private:
   void addChunk(std::size_t size);
 
+  // Where texts without bytes are as long as there is no chunk.
+  inline static char s_nothing = 0;
+
   std::vector<std::unique_ptr<char[]>> m_chunks;
-  char* m_next = nullptr;  // in the last chunk
+  char* m_next = &s_nothing;  // in the last chunk
   std::size_t m_left = 0;
   std::size_t m_capacity = 0;  // of the last chunk
   std::size_t m_bytesOfFullChunks = 0;
