@@ -131,7 +131,7 @@ struct ShortLanes {
 
 [[gnu::target("avx2")]] inline void putDigits(__m128i printed, char* point) {
   _mm_storel_epi64(reinterpret_cast<__m128i*>(point - 8), printed);
-  _mm_storeh_pd(reinterpret_cast<double*>(point + 1), _mm_castsi128_pd(printed));
+  _mm_storel_epi64(reinterpret_cast<__m128i*>(point + 1), _mm_unpackhi_epi64(printed, printed));
   *point = '.';
 }
 
