@@ -7,7 +7,7 @@ namespace kelvarin {
 namespace {
 
 thread_local HostSession* currentSession = nullptr;
-thread_local const ActionItem* currentAction = nullptr;
+thread_local constinit CurrentAction::Slot currentAction = nullptr;
 
 }  // namespace
 
@@ -17,14 +17,16 @@ HostSession* HostSession::current() {
 
 HostSession::Scope::Scope(HostSession* session)
     : m_outer(std::exchange(currentSession, session)),
-      m_actionOfOuter(std::exchange(currentAction, nullptr)) {}
+      m_actionOfOuter(currentAction.load(std::memory_order_relaxed)) {
+  currentAction.store(nullptr, std::memory_order_relaxed);
+}
 
 HostSession::Scope::~Scope() {
   currentSession = m_outer;
-  currentAction = m_actionOfOuter;
+  currentAction.store(m_actionOfOuter, std::memory_order_relaxed);
 }
 
-const ActionItem*& CurrentAction::slot() {
+CurrentAction::Slot& CurrentAction::slot() {
   return currentAction;
 }
 

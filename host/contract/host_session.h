@@ -55,25 +55,24 @@ class KELVARIN_CORE HostSession {
 // an action set it too.
 class KELVARIN_CORE CurrentAction {
  public:
+  // A variable of one thread, at which others may look.
+  using Slot = std::atomic<const ActionItem*>;
+
   explicit CurrentAction(const ActionItem* action) : CurrentAction(action, slot()) {}
   // For those who set it once a row: `slot` is the thread's own.
-  CurrentAction(const ActionItem* action, const ActionItem*& slot) : m_slot(slot), m_outer(slot) {
-    set(action);
+  CurrentAction(const ActionItem* action, Slot& slot)
+      : m_slot(slot), m_outer(slot.load(std::memory_order_relaxed)) {
+    m_slot.store(action, std::memory_order_relaxed);
   }
-  ~CurrentAction() { set(m_outer); }
+  ~CurrentAction() { m_slot.store(m_outer, std::memory_order_relaxed); }
   CurrentAction(const CurrentAction&) = delete;
   CurrentAction& operator=(const CurrentAction&) = delete;
 
-  static const ActionItem* get() { return slot(); }
-  // The thread's variable itself. Other threads may look at it by std::atomic_ref.
-  static const ActionItem*& slot();
+  static const ActionItem* get() { return slot().load(std::memory_order_relaxed); }
+  static Slot& slot();
 
  private:
-  void set(const ActionItem* action) {
-    std::atomic_ref(m_slot).store(action, std::memory_order_relaxed);
-  }
-
-  const ActionItem*& m_slot;
+  Slot& m_slot;
   const ActionItem* m_outer;
 };
 

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "host/contract/host_session.h"
-
 namespace kelvarin {
 
 namespace {
@@ -75,9 +73,8 @@ void ActivitySampler::watch() {
 }
 
 void ActivitySampler::addTime(nanoseconds time) {
-  for (const ActionItem** thread : m_threads) {
-    const auto found =
-        m_indexOfAction.find(std::atomic_ref(*thread).load(std::memory_order_relaxed));
+  for (const CurrentAction::Slot* thread : m_threads) {
+    const auto found = m_indexOfAction.find(thread->load(std::memory_order_relaxed));
     if (found != m_indexOfAction.end()) {
       m_nanoseconds[found->second].fetch_add(time.count(), std::memory_order_relaxed);
     }

@@ -16,6 +16,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "host/contract/host_session.h"
 #include "host/engine/progress_meter.h"
 
 class ActionItem;
@@ -47,8 +48,8 @@ class ActivitySampler {
   std::unordered_map<const ActionItem*, std::size_t> m_indexOfAction;
   std::vector<std::atomic<long long>> m_nanoseconds;
   ProgressMeter& m_meter;
-  std::mutex m_mutex;                         // guards m_threads and m_mustEnd
-  std::vector<const ActionItem**> m_threads;  // where they have the action at work
+  std::mutex m_mutex;                                 // guards m_threads and m_mustEnd
+  std::vector<const CurrentAction::Slot*> m_threads;  // where they have the action at work
   std::condition_variable m_ending;
   bool m_mustEnd = false;
   std::thread m_thread;  // uses all of the above

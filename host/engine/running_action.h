@@ -139,11 +139,11 @@ class RunningAction {
   RunRecord& m_record;
   const RunRecord& m_stopSwitch;
   ProgressMeter& m_progress;
-  const ActionItem*& m_currentAction;  // of this thread
-  BatchSource* const m_source;         // the action, where it is one
-  BatchTransform* const m_transform;   // the same
-  BatchSink* const m_sink;             // the same
-  const int m_rowsInBatch;             // at most; 0: as they come
+  CurrentAction::Slot& m_currentAction;  // of this thread
+  BatchSource* const m_source;           // the action, where it is one
+  BatchTransform* const m_transform;     // the same
+  BatchSink* const m_sink;               // the same
+  const int m_rowsInBatch;               // at most; 0: as they come
   ActionPorts m_ports;
   RowLink* m_input = nullptr;
   RowLink* m_reader = nullptr;
