@@ -34,17 +34,8 @@ QString textOf(const GraphHolder& holder) {
 }  // namespace
 
 DocumentFile::DocumentFile(QObject* parent) : QObject(parent) {
-  m_jobs.setMaxThreadCount(1);
   connect(&m_watch, &QTimer::timeout, this, &DocumentFile::compareWithDisk);
   m_watch.start(kWatchInterval);
-}
-
-DocumentFile::~DocumentFile() {
-  m_jobs.waitForDone();
-}
-
-void DocumentFile::post(std::function<void()> report) {
-  QMetaObject::invokeMethod(this, std::move(report), Qt::QueuedConnection);
 }
 
 void DocumentFile::forget() {
@@ -78,23 +69,23 @@ void DocumentFile::reload() {
 void DocumentFile::read(const QString& path, OpenMode mode) {
   const auto document = readGraphFile(path);
   if (!document) {
-    post([this, path, faults = document.error()] { emit openFailed(path, faults); });
+    m_reports.post([this, path, faults = document.error()] { emit openFailed(path, faults); });
     return;
   }
   const auto prepared = m_preparation ? m_preparation(path, *document) : nullptr;
   if (prepared != nullptr && !prepared->isGraph()) {
-    post([this, path, faults = prepared->faults()] { emit openFailed(path, faults); });
+    m_reports.post([this, path, faults = prepared->faults()] { emit openFailed(path, faults); });
     return;
   }
   if (mode != OpenMode::alone) {
     m_lock.reset();
   } else if (const auto locked = lock(path); !locked) {
-    post([this, path, holder = locked.error()] { emit foundLock(path, holder); });
+    m_reports.post([this, path, holder = locked.error()] { emit foundLock(path, holder); });
     return;
   }
   m_sharedPath = mode == OpenMode::shared ? path : QString();
   noteDisk(path, *document);
-  post([this, path, mode, content = *document, prepared] {
+  m_reports.post([this, path, mode, content = *document, prepared] {
     m_path = mode == OpenMode::copy ? QString() : path;
     m_mode = mode;
     emit opened(path, content, prepared);
@@ -137,19 +128,19 @@ void DocumentFile::save(const QByteArray& document, const QString& path, SaveMod
 void DocumentFile::write(const QByteArray& document, const QString& path, SaveMode mode) {
   if (const auto locked = path == m_sharedPath ? Status<QString>(Done{}) : lock(path); !locked) {
     const QString reason = tr("%1 cannot be replaced. %2.").arg(path, locked.error());
-    post([this, path, reason] { emit saveFailed(path, reason); });
+    m_reports.post([this, path, reason] { emit saveFailed(path, reason); });
     return;
   }
   if (mode == SaveMode::ifUnchangedOnDisk && isOtherOnDisk(path)) {
-    post([this, onDisk = contentOf(path)] { emit saveFoundOtherFile(onDisk); });
+    m_reports.post([this, onDisk = contentOf(path)] { emit saveFoundOtherFile(onDisk); });
     return;
   }
   if (const auto outcome = saveGraphDocument(document, path); !outcome) {
-    post([this, path, reason = outcome.error()] { emit saveFailed(path, reason); });
+    m_reports.post([this, path, reason = outcome.error()] { emit saveFailed(path, reason); });
     return;
   }
   noteDisk(path, document);
-  post([this, path, document] {
+  m_reports.post([this, path, document] {
     m_path = path;
     emit saved(document);
   });
@@ -172,9 +163,9 @@ void DocumentFile::look(const QString& path) {
   }
   m_looked = now;
   if (!now.exists) {
-    post([this, path] { emit goneFromDisk(path); });
+    m_reports.post([this, path] { emit goneFromDisk(path); });
   } else if (const QByteArray onDisk = contentOf(path); contentDigest(onDisk) != m_digestOnDisk) {
-    post([this, onDisk] { emit changedOnDisk(onDisk); });
+    m_reports.post([this, onDisk] { emit changedOnDisk(onDisk); });
   }
 }
 

@@ -14,12 +14,13 @@
 #include <QDateTime>
 #include <QObject>
 #include <QString>
-#include <QThreadPool>
 #include <QTimer>
 
 #include "base/result.h"
 #include "gui/document/graph_lock.h"
 #include "gui/document/prepared_graph.h"
+#include "gui/threads/job_thread.h"
+#include "gui/threads/posted_calls.h"
 #include "host/engine/graph_reader.h"
 
 namespace kelvarin {
@@ -30,7 +31,7 @@ class DocumentFile : public QObject {
  public:
   explicit DocumentFile(QObject* parent = nullptr);
   // Waits for the end of the job.
-  ~DocumentFile() override;
+  ~DocumentFile() override = default;
 
   enum class OpenMode {
     alone,  // foundLock() instead where the graph is open elsewhere
@@ -82,7 +83,6 @@ class DocumentFile : public QObject {
     bool operator==(const DiskState&) const = default;
   };
 
-  void post(std::function<void()> report);
   // For jobs.
   static DiskState stateOf(const QString& path);
   void read(const QString& path, OpenMode mode);
@@ -103,7 +103,8 @@ class DocumentFile : public QObject {
   DiskState m_looked;
   std::unique_ptr<GraphLock> m_lock;
   QString m_sharedPath;  // that the user wanted to open without a lock
-  QThreadPool m_jobs;
+  PostedCalls m_reports;
+  JobThread m_jobs;
 };
 
 }  // namespace kelvarin

@@ -7,13 +7,7 @@
 namespace kelvarin {
 
 RecoveryJournal::RecoveryJournal(QString folder, QObject* parent)
-    : QObject(parent), m_folder(std::move(folder)) {
-  m_jobs.setMaxThreadCount(1);
-}
-
-RecoveryJournal::~RecoveryJournal() {
-  m_jobs.waitForDone();
-}
+    : QObject(parent), m_folder(std::move(folder)) {}
 
 void RecoveryJournal::write(const RecoveryRecord& record) {
   const std::scoped_lock lock(m_mutex);
@@ -59,8 +53,7 @@ void RecoveryJournal::bringWanted() {
   const auto outcome = bring(wanted.record);
   const bool hadFailed = std::exchange(m_hasFailed, !outcome);
   if (!outcome && !hadFailed) {
-    QMetaObject::invokeMethod(
-        this, [this, reason = outcome.error()] { emit failed(reason); }, Qt::QueuedConnection);
+    m_reports.post([this, reason = outcome.error()] { emit failed(reason); });
   }
 }
 

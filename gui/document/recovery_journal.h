@@ -11,9 +11,10 @@
 #include <optional>
 
 #include <QObject>
-#include <QThreadPool>
 
 #include "gui/document/recovery_file.h"
+#include "gui/threads/job_thread.h"
+#include "gui/threads/posted_calls.h"
 
 namespace kelvarin {
 
@@ -24,7 +25,7 @@ class RecoveryJournal : public QObject {
   explicit RecoveryJournal(QString folder = recoveryFolder(), QObject* parent = nullptr);
   // Waits until the latest state is on the disk. A file that was not removed is offered to the
   // next program.
-  ~RecoveryJournal() override;
+  ~RecoveryJournal() override = default;
 
   void write(const RecoveryRecord& record);
   // Nothing is unsaved.
@@ -55,7 +56,8 @@ class RecoveryJournal : public QObject {
   bool m_isScheduled = false;
   std::unique_ptr<RecoveryFile> m_file;  // used by jobs only, as what follows
   bool m_hasFailed = false;
-  QThreadPool m_jobs;
+  PostedCalls m_reports;
+  JobThread m_jobs;
 };
 
 }  // namespace kelvarin

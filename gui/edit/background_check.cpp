@@ -9,13 +9,13 @@ namespace kelvarin {
 BackgroundCheck::BackgroundCheck(std::vector<ParameterOverride> settings,
                                  const ActionCatalogue& catalogue, HostSession& session,
                                  QObject* parent)
-    : QObject(parent), m_settings(std::move(settings)), m_catalogue(catalogue), m_session(session) {
-  m_jobs.setMaxThreadCount(1);
-}
+    : QObject(parent),
+      m_settings(std::move(settings)),
+      m_catalogue(catalogue),
+      m_session(session) {}
 
 BackgroundCheck::~BackgroundCheck() {
   stop();
-  m_jobs.waitForDone();
 }
 
 void BackgroundCheck::start(const QByteArray& document, const QString& file) {
@@ -24,13 +24,10 @@ void BackgroundCheck::start(const QByteArray& document, const QString& file) {
   m_jobs.start([this, document, file, record = m_record] {
     const HostSession::Scope scope(&m_session);
     const bool isOk = check(document, file, *record);
-    QMetaObject::invokeMethod(
-        this,
-        [this, isOk] {
-          m_isRunning = false;
-          emit ended(isOk);
-        },
-        Qt::QueuedConnection);
+    m_reports.post([this, isOk] {
+      m_isRunning = false;
+      emit ended(isOk);
+    });
   });
 }
 

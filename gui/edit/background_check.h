@@ -7,8 +7,9 @@
 #include <vector>
 
 #include <QObject>
-#include <QThreadPool>
 
+#include "gui/threads/job_thread.h"
+#include "gui/threads/posted_calls.h"
 #include "host/contract/host_session.h"
 #include "host/engine/graph_reader.h"
 #include "host/engine/run_graph.h"
@@ -41,7 +42,8 @@ class BackgroundCheck : public QObject {
   HostSession& m_session;
   std::shared_ptr<RunRecord> m_record;
   bool m_isRunning = false;
-  QThreadPool m_jobs;
+  PostedCalls m_reports;
+  JobThread m_jobs;
 };
 
 }  // namespace kelvarin

@@ -15,7 +15,7 @@
 
 #include <QObject>
 
-#include "gui/services/posted_calls.h"
+#include "gui/threads/posted_calls.h"
 
 namespace kelvarin {
 

@@ -11,7 +11,7 @@
 
 #include "gui/preview/column_profiles.h"
 #include "gui/preview/row_store.h"
-#include "gui/services/posted_calls.h"
+#include "gui/threads/posted_calls.h"
 
 namespace kelvarin {
 

@@ -9,7 +9,7 @@
 #include <QAbstractTableModel>
 
 #include "gui/preview/preview_rows.h"
-#include "gui/services/posted_calls.h"
+#include "gui/threads/posted_calls.h"
 #include "host/contract/shown_value.h"
 
 namespace kelvarin {

@@ -21,7 +21,6 @@ const QString kDiscard = QStringLiteral("discard");
 RecoveryOffer::RecoveryOffer(QString folder, QWidget* parent)
     : InfoLine(parent), m_folder(std::move(folder)) {
   setObjectName(QStringLiteral("recoveryOffer"));
-  m_jobs.setMaxThreadCount(1);
   connect(this, &InfoLine::linkActivated, this, [this](const QString& id) {
     if (id == kRestore) {
       emit restoreWanted();
@@ -29,10 +28,6 @@ RecoveryOffer::RecoveryOffer(QString folder, QWidget* parent)
       discardFirst();
     }
   });
-}
-
-RecoveryOffer::~RecoveryOffer() {
-  m_jobs.waitForDone();
 }
 
 void RecoveryOffer::search(const QString& graphFile) {
@@ -44,13 +39,10 @@ void RecoveryOffer::search(const QString& graphFile) {
         return file->found().graphFile != graphFile;
       });
     }
-    QMetaObject::invokeMethod(
-        this,
-        [this, files] {
-          std::ranges::move(*files, std::back_inserter(m_found));
-          showFirst();
-        },
-        Qt::QueuedConnection);
+    m_reports.post([this, files] {
+      std::ranges::move(*files, std::back_inserter(m_found));
+      showFirst();
+    });
   });
 }
 

@@ -7,9 +7,9 @@
 #include <deque>
 #include <memory>
 
-#include <QThreadPool>
-
 #include "gui/document/recovery_file.h"
+#include "gui/threads/job_thread.h"
+#include "gui/threads/posted_calls.h"
 #include "host/widgets/info_line.h"
 
 namespace kelvarin {
@@ -19,7 +19,6 @@ class RecoveryOffer : public InfoLine {
 
  public:
   explicit RecoveryOffer(QString folder = recoveryFolder(), QWidget* parent = nullptr);
-  ~RecoveryOffer() override;
 
   // Where a graph file is given, for this one only.
   void search(const QString& graphFile = {});
@@ -36,7 +35,8 @@ class RecoveryOffer : public InfoLine {
 
   const QString m_folder;
   std::deque<std::unique_ptr<RecoveryFile>> m_found;
-  QThreadPool m_jobs;
+  PostedCalls m_reports;
+  JobThread m_jobs;
 };
 
 // The file's name for the user, also of a graph that was never saved.

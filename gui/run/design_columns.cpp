@@ -6,7 +6,7 @@
 
 #include "gui/run/downstream.h"
 #include "gui/run/run_thread.h"
-#include "gui/services/posted_calls.h"
+#include "gui/threads/posted_calls.h"
 #include "host/engine/branch_copy.h"
 
 namespace kelvarin {

@@ -6,7 +6,7 @@
 #include "gui/run/action_states.h"
 #include "gui/run/run_thread.h"
 #include "gui/run/stale_actions.h"
-#include "gui/services/posted_calls.h"
+#include "gui/threads/posted_calls.h"
 #include "host/contract/host_session.h"
 #include "host/contract/log_details.h"
 #include "host/engine/branch_copy.h"

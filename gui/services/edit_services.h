@@ -15,7 +15,7 @@
 
 #include "gui/document/edited_graph.h"
 #include "gui/services/log_entry.h"
-#include "gui/services/posted_calls.h"
+#include "gui/threads/posted_calls.h"
 #include "host/contract/host_services.h"
 #include "host/engine/input_columns_cache.h"
 

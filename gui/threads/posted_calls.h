@@ -7,9 +7,9 @@
 // post() is for any thread. It outlives those who post.
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <mutex>
-#include <vector>
 
 #include <QObject>
 
@@ -22,11 +22,11 @@ class PostedCalls : public QObject {
   void post(std::function<void()> call);
 
  private slots:
-  void makeCalls();
+  void makeCall();
 
  private:
   std::mutex m_mutex;  // guards m_calls
-  std::vector<std::function<void()>> m_calls;
+  std::deque<std::function<void()>> m_calls;
 };
 
 }  // namespace kelvarin
