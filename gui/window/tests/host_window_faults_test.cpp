@@ -106,6 +106,20 @@ TEST_F(HostWindowFaults, AFullDiskKeepsTheOldFileAndTheChanges) {
   EXPECT_EQ(onDisk(), renamed());
 }
 
+// The window is to be closed when the graph is saved; until then it can be edited.
+TEST_F(HostWindowFaults, AChangeWhileTheGraphIsSavedIsNotLostByClosing) {
+  Program program;
+  program.open(file());
+  program.rename("out", "sink");
+  program.window.close();
+  program.answer(QMessageBox::Save);
+  program.rename("sink", "drain");
+  program.answer(QMessageBox::Cancel);
+  EXPECT_EQ(onDisk(), renamed());
+  EXPECT_TRUE(program.window.isVisible());
+  EXPECT_TRUE(program.window.isWindowModified());
+}
+
 TEST_F(HostWindowFaults, AFullDiskForTheRecoveryFileIsSaidOnceAndEditingGoesOn) {
   Program program;
   program.open(file());
