@@ -5,14 +5,13 @@
 #include <unistd.h>
 
 #include <gtest/gtest.h>
-#include <QAbstractButton>
 #include <QDir>
 #include <QFile>
-#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QSettings>
 #include <QTemporaryDir>
 
+#include "gui/dialogs/tests/answered_question.h"
 #include "gui/window/tests/host_program.h"
 #include "gui/window/window_state.h"
 #include "host/testing/full_disk.h"
@@ -30,20 +29,8 @@ constexpr char kGraph[] =
 struct Program : testing::HostProgram {
   // Makes a change that is not saved.
   void rename(const QString& from, const QString& to) { commands.rename(graph.idOf(from), to); }
-  QMessageBox* question() {
-    QMessageBox* found = nullptr;
-    (void)QTest::qWaitFor([&] {
-      found = window.findChild<QMessageBox*>();
-      return found != nullptr && found->isVisible();
-    });
-    return found;
-  }
-  void answer(QMessageBox::StandardButton button) {
-    QMessageBox* box = question();
-    ASSERT_NE(box, nullptr);
-    box->button(button)->click();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  }
+  QMessageBox* question() { return testing::questionOf(window); }
+  void answer(QMessageBox::StandardButton button) { testing::answerQuestion(window, button); }
   // Of the lines over the canvas.
   InfoLine* line(const QString& text) {
     InfoLine* found = nullptr;
