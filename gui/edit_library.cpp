@@ -1,9 +1,9 @@
 // The entry of the library for `kelvarin edit`.
+#include <QApplication>
 #include <QTimer>
 
 #include "base/export.h"
 #include "gui/edit/edit_window.h"
-#include "gui/host_editors/host_editors.h"
 #include "gui/window_session.h"
 #include "host/contract/host_session.h"
 #include "host/widgets/theme.h"
@@ -37,11 +37,5 @@ int showEditWindow(const WindowRequest& request, const ActionCatalogue& catalogu
 
 extern "C" KELVARIN_CORE int kelvarinEdit(int argc, char** argv,
                                           const kelvarin::WindowRequest& request) {
-  if (!kelvarin::canOpenWindows(request)) {
-    return 1;
-  }
-  const kelvarin::WindowSession windows(argc, argv);
-  kelvarin::addHostEditors(kelvarin::EditorRegistry::instance());
-  const auto catalogue = kelvarin::loadCatalogue(request);
-  return catalogue == nullptr ? 1 : kelvarin::showEditWindow(request, *catalogue);
+  return kelvarin::runWithWindows(argc, argv, request, kelvarin::showEditWindow);
 }

@@ -1,8 +1,8 @@
 // The entry of the library for `kelvarin gui`.
+#include <QApplication>
 #include <QTimer>
 
 #include "base/export.h"
-#include "gui/host_editors/host_editors.h"
 #include "gui/window/host_window.h"
 #include "gui/window_session.h"
 #include "host/contract/host_session.h"
@@ -44,14 +44,5 @@ int showHostWindow(const WindowRequest& request, const ActionCatalogue& catalogu
 
 extern "C" KELVARIN_CORE int kelvarinGui(int argc, char** argv,
                                          const kelvarin::WindowRequest& request) {
-  if (!kelvarin::canOpenWindows(request)) {
-    return 1;
-  }
-  const kelvarin::WindowSession windows(argc, argv);
-  kelvarin::addHostEditors(kelvarin::EditorRegistry::instance());
-  const auto catalogue = kelvarin::loadCatalogue(request);
-  if (catalogue == nullptr) {
-    return 1;
-  }
-  return kelvarin::showHostWindow(request, *catalogue);
+  return kelvarin::runWithWindows(argc, argv, request, kelvarin::showHostWindow);
 }

@@ -1,14 +1,20 @@
 #include "gui/window_session.h"
 
 #include <cstdio>
+#include <optional>
+#include <utility>
 
 #include <unistd.h>
 
+#include <QApplication>
 #include <QFileInfo>
 
+#include "gui/host_editors/host_editors.h"
 #include "gui/messages.h"
 #include "host/files/file_hints.h"
 #include "host/tables/table_actions.h"
+#include "host/widgets/translation.h"
+#include "host/widgets/widget_screen.h"
 
 namespace kelvarin {
 
@@ -39,22 +45,29 @@ void endWithoutScreen(QtMsgType type, const QMessageLogContext&, const QString& 
   }
 }
 
-}  // namespace
+// While it lives, windows can be opened.
+class WindowSession {
+ public:
+  WindowSession(int& argc, char** argv) : m_outer(qInstallMessageHandler(endWithoutScreen)) {
+    m_application.emplace(argc, argv);
+    qInstallMessageHandler(m_outer);
+    QApplication::setOrganizationName(QStringLiteral("kelvarin"));
+    QApplication::setApplicationName(QStringLiteral("kelvarin"));
+    m_translation.emplace();
+    installScreen(&m_screen);
+  }
+  ~WindowSession() { installScreen(nullptr); }
+  WindowSession(const WindowSession&) = delete;
+  WindowSession& operator=(const WindowSession&) = delete;
 
-WindowSession::WindowSession(int& argc, char** argv)
-    : m_outer(qInstallMessageHandler(endWithoutScreen)) {
-  m_application.emplace(argc, argv);
-  qInstallMessageHandler(m_outer);
-  QApplication::setOrganizationName(QStringLiteral("kelvarin"));
-  QApplication::setApplicationName(QStringLiteral("kelvarin"));
-  m_translation.emplace();
-  installScreen(&m_screen);
-}
+ private:
+  QtMessageHandler m_outer;
+  std::optional<QApplication> m_application;
+  std::optional<Translation> m_translation;
+  WidgetScreen m_screen;
+};
 
-WindowSession::~WindowSession() {
-  installScreen(nullptr);
-}
-
+// Says why no window can be opened, where that is so already.
 bool canOpenWindows(const WindowRequest& request) {
   if (!hasScreen()) {
     report(gui_messages::noScreen());
@@ -67,13 +80,22 @@ bool canOpenWindows(const WindowRequest& request) {
   return true;
 }
 
-std::unique_ptr<ActionCatalogue> loadCatalogue(const WindowRequest& request) {
+}  // namespace
+
+int runWithWindows(int argc, char** argv, const WindowRequest& request,
+                   int (*show)(const WindowRequest& request, const ActionCatalogue& catalogue)) {
+  if (!canOpenWindows(request)) {
+    return 1;
+  }
+  const WindowSession session(argc, argv);
+  addHostEditors(EditorRegistry::instance());
   auto plugin = PluginLibrary::load(request.plugin);
   if (!plugin) {
     report(plugin.error());
-    return nullptr;
+    return 1;
   }
-  return std::make_unique<ActionCatalogue>(std::move(*plugin), makeTableActions());
+  const ActionCatalogue catalogue(std::move(*plugin), makeTableActions());
+  return show(request, catalogue);
 }
 
 std::vector<ParameterOverride> overridesOf(const WindowRequest& request) {

@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "base/null_number.h"
-#include "benchmarks/gel/chance.h"
 
 namespace kelvarin {
 
@@ -90,38 +89,29 @@ struct Walks {
   }
 };
 
-template <typename Make>
-NumberColumn madeColumn(const char* name, std::size_t rows, Make make) {
-  constexpr std::uint64_t kSeed = 20240229;
-  Chance chance(kSeed);
-  NumberColumn column{.name = name, .values = {}};
-  column.values.reserve(rows);
-  for (std::size_t row = 0; row < rows; ++row) {
-    column.values.push_back(make(chance));
-  }
-  column.bitsPerValue = chance.bits() / static_cast<double>(rows);
-  return column;
-}
-
 }  // namespace
 
 std::vector<NumberColumn> makeNumberColumns(std::size_t rows) {
+  constexpr std::uint64_t kSeed = 20240229;
+  const auto made = [rows](const char* name, auto make) {
+    return madeColumn<double>(name, rows, kSeed, make);
+  };
   Walks walks;
   return {
-      madeColumn("product", rows, product),
-      madeColumn("shared", rows, shared),
-      madeColumn("skewed", rows, skewed),
-      madeColumn("sometimes", rows, sometimes),
-      madeColumn("total", rows, [&](Chance& chance) { return walks.nextTotal(chance); }),
-      madeColumn("second", rows, second),
-      madeColumn("moment", rows, [&](Chance& chance) { return walks.nextMoment(chance); }),
-      madeColumn("identifier", rows, identifier),
-      madeColumn("sensor", rows, [&](Chance& chance) { return walks.nextSensor(chance); }),
-      madeColumn("converted", rows, converted),
-      madeColumn("level", rows, level),
-      madeColumn("single", rows, single),
-      madeColumn("reading", rows, reading),
-      madeColumn("fraction", rows, fraction),
+      made("product", product),
+      made("shared", shared),
+      made("skewed", skewed),
+      made("sometimes", sometimes),
+      made("total", [&](Chance& chance) { return walks.nextTotal(chance); }),
+      made("second", second),
+      made("moment", [&](Chance& chance) { return walks.nextMoment(chance); }),
+      made("identifier", identifier),
+      made("sensor", [&](Chance& chance) { return walks.nextSensor(chance); }),
+      made("converted", converted),
+      made("level", level),
+      made("single", single),
+      made("reading", reading),
+      made("fraction", fraction),
   };
 }
 

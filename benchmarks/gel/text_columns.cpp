@@ -61,39 +61,34 @@ std::string record(Chance& chance) {
   return fmt::format(R"({{"id": {}, "state": "{}", "items": {}}})", id, state, chance.below(1000));
 }
 
-template <typename Make>
-TextColumn madeColumn(const std::string& name, std::size_t rows, Make make) {
-  // Columns of one table have nothing to do with each other.
+// Columns of one table have nothing to do with each other.
+std::uint32_t seedOf(const std::string& name) {
   std::seed_seq seeds(name.begin(), name.end());
   std::uint32_t seed[1];
   seeds.generate(seed, seed + 1);
-  Chance chance(seed[0]);
-  TextColumn column{.name = name, .values = {}, .bitsPerValue = 0.0};
-  column.values.reserve(rows);
-  for (std::size_t row = 0; row < rows; ++row) {
-    column.values.push_back(make(chance));
-  }
-  column.bitsPerValue = chance.bits() / static_cast<double>(rows);
-  return column;
+  return seed[0];
 }
 
 }  // namespace
 
 std::vector<TextColumn> makeTextColumns(std::size_t rows) {
+  const auto made = [rows](const char* name, auto make) {
+    return madeColumn<std::string>(name, rows, seedOf(name), make);
+  };
   const WrittenTexts written;
   return {
-      madeColumn("date", rows, dateOfTenYears),
-      madeColumn("amount", rows, amount),
-      madeColumn("sentence", rows, [&](Chance& chance) { return written.sentence(chance); }),
-      madeColumn("code", rows, [&](Chance& chance) { return written.lineOfCode(chance); }),
-      madeColumn("uuid", rows, uuid),
-      madeColumn("timestamp", rows, timestamp),
-      madeColumn("ipv4", rows, address),
-      madeColumn("name", rows, nameWithNumber),
-      madeColumn("url", rows, [&](Chance& chance) { return written.url(chance); }),
-      madeColumn("json", rows, record),
-      madeColumn("email", rows, [&](Chance& chance) { return written.email(chance); }),
-      madeColumn("city", rows, city),
+      made("date", dateOfTenYears),
+      made("amount", amount),
+      made("sentence", [&](Chance& chance) { return written.sentence(chance); }),
+      made("code", [&](Chance& chance) { return written.lineOfCode(chance); }),
+      made("uuid", uuid),
+      made("timestamp", timestamp),
+      made("ipv4", address),
+      made("name", nameWithNumber),
+      made("url", [&](Chance& chance) { return written.url(chance); }),
+      made("json", record),
+      made("email", [&](Chance& chance) { return written.email(chance); }),
+      made("city", city),
   };
 }
 

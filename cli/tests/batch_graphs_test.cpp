@@ -199,6 +199,25 @@ TEST_F(BatchGraphs, CountRowsAboveAnEarlyEndAsRowByRow) {
   EXPECT_TRUE(seen == expected) << firstDifference(expected, seen);
 }
 
+// The calculator computes two of the three rows that the filter keeps, and fails at the last one;
+// row by row nobody asks for the row behind it.
+TEST_F(BatchGraphs, CountRowsAboveAFailureAsRowByRow) {
+  QByteArray source = "<InlineTable name='source'><Column name='a' meta='F'/>";
+  for (int i = 0; i < 8; ++i) {
+    source += "<Row><V>" + QByteArray::number(i) + "</V></Row>";
+  }
+  const QByteArray text = document(
+      source +
+          "</InlineTable><FilterRows name='n0'><Expression>a%3==0</Expression><InputVars>"
+          "<InputVar column='a'/></InputVars></FilterRows><Calculator name='n1' castToKey1='2'>"
+          "<InputVars><InputVar column='a'/></InputVars><OutputVars><OutputVar name='k' meta='K'>"
+          "5-a</OutputVar></OutputVars></Calculator><Discard name='x1'/><Discard name='x2'/>",
+      link("source", "n0") + link("n0", "n1") + link("n1", "x1") + link("n1", "x2"));
+  const QByteArray expected = traceOf(text, 1, 1);
+  const QByteArray seen = traceOf(text, 1, 0);
+  EXPECT_TRUE(seen == expected) << firstDifference(expected, seen);
+}
+
 // The fifth row fails. The reader that asked for it has taken the four before, as it does where it
 // is the only one.
 TEST_F(BatchGraphs, AReaderOfAForkGetsTheRowsBeforeAFailure) {

@@ -28,6 +28,54 @@ bool decodeAll(HuffmanDecoder& decoder, ByteReader& reader, std::size_t count,
   return decoder.next(values);
 }
 
+// Symbols in their order, each beginning with bytes of the one before.
+class StoredSymbols {
+ public:
+  bool read(ByteReader& reader, std::size_t count) {
+    HuffmanDecoder decoder;
+    if (!decodeAll(decoder, reader, count, m_sizes)) {
+      return false;
+    }
+    std::size_t byteCount = 0;
+    for (const std::uint16_t size : m_sizes) {
+      byteCount += size & kOwnMask;
+    }
+    return byteCount == 0 || decodeAll(decoder, reader, byteCount, m_bytes);
+  }
+
+  // The next one. False where its size is none that a symbol has.
+  bool decode(bool isEnding, DecodedSymbol& symbol) {
+    const std::size_t shared = m_sizes[m_next] >> kSharedShift;
+    const std::size_t ownSize = m_sizes[m_next] & kOwnMask;
+    const std::size_t size = shared + ownSize;
+    if (shared > m_before.size || size > (isEnding ? kMaxEndingSize : kMaxSymbolSize) ||
+        (size == 0 && !isEnding)) {
+      return false;
+    }
+    std::copy_n(m_before.bytes, shared, symbol.bytes);
+    for (std::size_t i = shared; i < size; ++i) {
+      symbol.bytes[i] = static_cast<unsigned char>(m_bytes[m_nextByte++]);
+    }
+    symbol.bytes[kMaxSymbolSize] =
+        static_cast<unsigned char>(isEnding ? (size + kLengthSize) | DecodedSymbol::kEnds : size);
+    m_before = {symbol.bytes, size};
+    ++m_next;
+    return true;
+  }
+
+ private:
+  struct Known {
+    const unsigned char* bytes = nullptr;
+    std::size_t size = 0;
+  };
+
+  std::vector<std::uint16_t> m_sizes;  // of each symbol, shared and own bytes
+  std::vector<std::uint16_t> m_bytes;  // the own bytes of all symbols
+  std::size_t m_next = 0;
+  std::size_t m_nextByte = 0;
+  Known m_before;  // no symbol before the first one
+};
+
 }  // namespace
 
 void SymbolTableEncoder::append(std::span<const Symbol> symbols, ByteBuffer& out) {
@@ -75,49 +123,19 @@ bool readSymbolTable(ByteReader& reader, std::vector<DecodedSymbol>& symbols, bo
   }
   hasNull = flags == kHasNull;
   const std::size_t count = std::size_t{plain} + ending;
-  if (count + hasNull > kMaxSymbols || count == 0) {
-    return false;
-  }
-  HuffmanDecoder decoder;
-  std::vector<std::uint16_t> sizes;
-  std::vector<std::uint16_t> bytes;
-  if (!decodeAll(decoder, reader, count, sizes)) {
-    return false;
-  }
-  std::size_t byteCount = 0;
-  for (const std::uint16_t size : sizes) {
-    byteCount += size & kOwnMask;
-  }
-  if (byteCount > 0 && !decodeAll(decoder, reader, byteCount, bytes)) {
+  StoredSymbols stored;
+  if (count + hasNull > kMaxSymbols || count == 0 || !stored.read(reader, count)) {
     return false;
   }
   symbols.assign(count + hasNull, DecodedSymbol{});
-  const std::uint16_t* own = bytes.data();
-  std::size_t sizeBefore = 0;
   for (std::size_t i = 0; i < count; ++i) {
-    const bool isEnding = i >= plain;
-    const std::size_t shared = sizes[i] >> kSharedShift;
-    const std::size_t ownSize = sizes[i] & kOwnMask;
-    const std::size_t size = shared + ownSize;
-    if (shared > sizeBefore || size > (isEnding ? kMaxEndingSize : kMaxSymbolSize) ||
-        (size == 0 && !isEnding)) {
+    if (!stored.decode(i >= plain, symbols[i])) {
       return false;
     }
-    unsigned char* out = symbols[i].bytes;
-    if (shared > 0) {
-      std::copy_n(symbols[i - 1].bytes, shared, out);
-    }
-    for (std::size_t k = shared; k < size; ++k) {
-      out[k] = static_cast<unsigned char>(*own++);
-    }
-    out[kMaxSymbolSize] =
-        static_cast<unsigned char>(isEnding ? (size + kLengthSize) | DecodedSymbol::kEnds : size);
-    sizeBefore = size;
   }
   if (hasNull) {
-    unsigned char* out = symbols.back().bytes;
-    storePacked(out, kNullLength);
-    out[kMaxSymbolSize] = kLengthSize | DecodedSymbol::kEnds;
+    storePacked(symbols.back().bytes, kNullLength);
+    symbols.back().bytes[kMaxSymbolSize] = kLengthSize | DecodedSymbol::kEnds;
   }
   return true;
 }

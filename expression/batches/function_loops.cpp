@@ -1,6 +1,7 @@
 #include "expression/batches/function_loops.h"
 
 #include <array>
+#include <memory_resource>
 #include <type_traits>
 #include <utility>
 #include <variant>
@@ -21,8 +22,11 @@ void callRows(Body body, const ColumnCall& call, std::index_sequence<kIndex...>)
   }
 }
 
+// Few arguments take no memory beside the stack.
 void callRows(NumberMany body, const ColumnCall& call) {
-  std::vector<double> numbers(call.arguments.size());
+  std::array<std::byte, 32 * sizeof(double)> few;
+  std::pmr::monotonic_buffer_resource memory(few.data(), few.size());
+  std::pmr::vector<double> numbers(call.arguments.size(), &memory);
   for (std::size_t row = 0; row < call.rows; ++row) {
     for (std::size_t i = 0; i < numbers.size(); ++i) {
       numbers[i] = call.arguments[i].numbers[row];

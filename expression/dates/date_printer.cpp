@@ -26,6 +26,30 @@ void appendNumber(DateText& text, int number, int digits) {
   text.appendTwoDigits(number % 100);
 }
 
+// Of a field that is a number.
+int numberOf(DateField field, const ClockFields& fields) {
+  switch (field) {
+    case DateField::year:
+      return fields.year;
+    case DateField::yearOfCentury:
+      return fields.year % 100;
+    case DateField::month:
+      return fields.month;
+    case DateField::day:
+      return fields.day;
+    case DateField::hour:
+      return fields.hour;
+    case DateField::hourOfHalfDay:
+      return (fields.hour + kHoursOfHalfDay - 1) % kHoursOfHalfDay + 1;
+    case DateField::minute:
+      return fields.minute;
+    case DateField::second:
+      return fields.second;
+    default:
+      return fields.millisecond;
+  }
+}
+
 std::size_t longestNameOf(const DateNames& names) {
   return std::max({names.months.longest(), names.shortMonths.longest(), names.weekdays.longest(),
                    names.shortWeekdays.longest(), names.halfDays.longest(),
@@ -86,62 +110,35 @@ std::optional<std::size_t> DatePrinter::printTo(char* bytes, Instant instant,
 }
 
 void DatePrinter::printParts(const ClockFields& fields, int weekday, DateText& text) const {
-  const int half = fields.hour < kHoursOfHalfDay ? 0 : 1;
   for (const DateFormatPart& part : m_parts->parts) {
-    const auto number = [&](int field) { appendNumber(text, field, part.digits); };
-    switch (part.field) {
-      case DateField::literal:
-        text.append(m_parts->literalOf(part));
-        break;
-      case DateField::year:
-        number(fields.year);
-        break;
-      case DateField::yearOfCentury:
-        number(fields.year % 100);
-        break;
-      case DateField::month:
-        number(fields.month);
-        break;
-      case DateField::monthName:
-        text.append(m_names->months[fields.month - 1]);
-        break;
-      case DateField::shortMonthName:
-        text.append(m_names->shortMonths[fields.month - 1]);
-        break;
-      case DateField::day:
-        number(fields.day);
-        break;
-      case DateField::weekdayName:
-        text.append(m_names->weekdays[weekday]);
-        break;
-      case DateField::shortWeekdayName:
-        text.append(m_names->shortWeekdays[weekday]);
-        break;
-      case DateField::hour:
-        number(fields.hour);
-        break;
-      case DateField::hourOfHalfDay:
-        number((fields.hour + kHoursOfHalfDay - 1) % kHoursOfHalfDay + 1);
-        break;
-      case DateField::minute:
-        number(fields.minute);
-        break;
-      case DateField::second:
-        number(fields.second);
-        break;
-      case DateField::millisecond:
-        number(fields.millisecond);
-        break;
-      case DateField::halfDay:
-        text.append(m_names->halfDays[half]);
-        break;
-      case DateField::lowerHalfDay:
-        text.append(m_names->lowerHalfDays[half]);
-        break;
-      case DateField::zone:
-        text.append(kUTC);
-        break;
+    if (part.digits > 0) {
+      appendNumber(text, numberOf(part.field, fields), part.digits);
+    } else {
+      text.append(textOf(part, fields, weekday));
     }
+  }
+}
+
+std::string_view DatePrinter::textOf(const DateFormatPart& part, const ClockFields& fields,
+                                     int weekday) const {
+  const int half = fields.hour < kHoursOfHalfDay ? 0 : 1;
+  switch (part.field) {
+    case DateField::monthName:
+      return m_names->months[fields.month - 1];
+    case DateField::shortMonthName:
+      return m_names->shortMonths[fields.month - 1];
+    case DateField::weekdayName:
+      return m_names->weekdays[weekday];
+    case DateField::shortWeekdayName:
+      return m_names->shortWeekdays[weekday];
+    case DateField::halfDay:
+      return m_names->halfDays[half];
+    case DateField::lowerHalfDay:
+      return m_names->lowerHalfDays[half];
+    case DateField::zone:
+      return kUTC;
+    default:
+      return m_parts->literalOf(part);
   }
 }
 

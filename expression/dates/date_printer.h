@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <string_view>
 
 #include <QString>
 
@@ -37,6 +38,8 @@ class DatePrinter {
  private:
   bool isBounded() const;
   void printParts(const ClockFields& fields, int weekday, DateText& text) const;
+  // Of a part that is no number.
+  std::string_view textOf(const DateFormatPart& part, const ClockFields& fields, int weekday) const;
 
   QString m_format;
   bool m_isOfLocale = false;

@@ -7,8 +7,7 @@
 // A number where f of a valueBody takes a text is its shortest text; a text where f takes a number
 // counts as null.
 //
-// f takes `const QString&` (16-bit units), `std::string_view` (UTF-8), `DateValue` (what a text
-// says in the date format in force) and `double`, after an optional FunctionContext& and an
+// f takes arguments for which there is an ArgumentReader, after an optional FunctionContext& and an
 // optional TextArena&. It returns a double, a bool, a QString or a ColumnText: a part of an
 // argument or a text in the arena. Where an argument can be one that no row can be computed with,
 // it returns an Outcome of these.
@@ -21,7 +20,6 @@
 #include <cstddef>
 #include <optional>
 #include <span>
-#include <string>
 #include <string_view>
 #include <tuple>
 #include <type_traits>
@@ -30,7 +28,7 @@
 #include <QString>
 
 #include "base/result.h"
-#include "expression/dates/clock_reading.h"
+#include "expression/functions/argument_readers.h"
 #include "expression/functions/column_call.h"
 #include "expression/functions/function_context.h"
 #include "expression/functions/function_line.h"
@@ -79,108 +77,6 @@ ColumnText textIn(TextArena& arena, const QString& text);
 inline ColumnText textIn(TextArena&, const ColumnText& text) {
   return text;
 }
-
-// One argument in the form in which a function takes it.
-template <typename Parameter>
-class ArgumentReader;
-
-template <>
-class ArgumentReader<double> {
- public:
-  static constexpr bool kTakesText = false;
-  ArgumentReader(const FunctionContext&, const FunctionArgument& argument)
-      : m_number(argument.number()) {}
-  double get() const { return m_number; }
-
- private:
-  double m_number;
-};
-
-template <>
-class ArgumentReader<QString> {
- public:
-  static constexpr bool kTakesText = true;
-  ArgumentReader(const FunctionContext&, const FunctionArgument& argument);
-  const QString& get() const { return m_text; }
-
- private:
-  QString m_text;
-};
-
-template <>
-class ArgumentReader<std::string_view> {
- public:
-  static constexpr bool kTakesText = true;
-  ArgumentReader(const FunctionContext&, const FunctionArgument& argument);
-  std::string_view get() const { return m_isNumber ? std::string_view(m_digits) : m_text; }
-
- private:
-  bool m_isNumber;
-  std::string m_digits;
-  std::string_view m_text;
-};
-
-template <>
-class ArgumentReader<DateValue> {
- public:
-  static constexpr bool kTakesText = true;
-  ArgumentReader(const FunctionContext& context, const FunctionArgument& argument);
-  DateValue get() const { return m_date; }
-
- private:
-  DateValue m_date;
-};
-
-// One column of arguments in the form in which a function takes its values.
-template <typename Parameter>
-class ColumnReader;
-
-template <>
-class ColumnReader<double> {
- public:
-  static constexpr bool kTakesText = false;
-  ColumnReader(const FunctionContext&, const ColumnArgument& argument)
-      : m_numbers(argument.numbers) {}
-  bool isNull(std::size_t row) const { return isNullNumber(m_numbers[row]); }
-  double at(std::size_t row) const { return m_numbers[row]; }
-
- private:
-  const double* m_numbers;
-};
-
-template <>
-class ColumnReader<std::string_view> {
- public:
-  static constexpr bool kTakesText = true;
-  ColumnReader(const FunctionContext&, const ColumnArgument& argument) : m_texts(argument.texts) {}
-  bool isNull(std::size_t row) const { return m_texts[row].isNull(); }
-  std::string_view at(std::size_t row) const { return m_texts[row].view(); }
-
- private:
-  const ColumnText* m_texts;
-};
-
-// A constant is read once.
-template <>
-class ColumnReader<DateValue> {
- public:
-  static constexpr bool kTakesText = true;
-  ColumnReader(const FunctionContext& context, const ColumnArgument& argument)
-      : m_texts(argument.texts),
-        m_dates(context.dates),
-        m_isConstant(argument.isConstant),
-        m_constant(m_isConstant ? m_dates.instantOf(m_texts[0].view()) : DateValue()) {}
-  bool isNull(std::size_t row) const { return m_texts[row].isNull(); }
-  DateValue at(std::size_t row) const {
-    return m_isConstant ? m_constant : m_dates.instantOf(m_texts[row].view());
-  }
-
- private:
-  const ColumnText* m_texts;
-  const DateContext& m_dates;
-  const bool m_isConstant;
-  const DateValue m_constant;
-};
 
 template <typename Function>
 struct FunctionShape;

@@ -10,7 +10,6 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 
-#include "gui/dialogs/file_questions.h"
 #include "gui/dialogs/text_dialogs.h"
 #include "gui/edit/action_list.h"
 #include "gui/edit/fault_page.h"
@@ -62,6 +61,8 @@ EditWindow::EditWindow(GraphCommands& commands, EditServices& services, HostSess
       m_settings(std::move(settings)),
       m_check(m_settings, m_catalogue, session),
       m_wantedAction(action),
+      m_notice(new InfoLine),
+      m_saving(*this, m_graph, m_file, *m_notice, [this] { return m_fileName; }),
       m_properties(new PropertyPanel(commands)),
       m_recovery(new RecoveryOffer),
       m_unsaved(commands, *m_properties) {
@@ -90,7 +91,6 @@ void EditWindow::makePages() {
   m_pages = new QStackedWidget;
   m_faultPage = new FaultPage;
   m_startPage = new EmptyState(IconName::information, QString());
-  m_notice = new InfoLine;
   for (QWidget* each : {static_cast<QWidget*>(m_startPage), static_cast<QWidget*>(m_faultPage),
                         static_cast<QWidget*>(m_properties)}) {
     m_pages->addWidget(each);
@@ -136,31 +136,16 @@ void EditWindow::connectFiles() {
           [this](const QString&, const QByteArray& document) { showGraph(document); });
   connect(&m_file, &DocumentFile::openFailed, this,
           [this](const QString&, const std::vector<GraphError>& faults) { showFaults(faults); });
-  connect(&m_file, &DocumentFile::saved, this, &EditWindow::afterSaving);
+  connect(&m_saving, &GraphSaving::saved, this, &EditWindow::noteSaved);
+  connect(&m_saving, &GraphSaving::commitWanted, m_properties, &PropertyPanel::commit);
+  connect(&m_saving, &GraphSaving::openingGivenUp, this, &QWidget::close);
   connect(m_recovery, &RecoveryOffer::restoreWanted, this, &EditWindow::restoreGraph);
   connect(&m_unsaved, &UnsavedWork::failed, this,
           [this](const QString& why) { showNotice(noRecoveryText(why)); });
-  connect(&m_file, &DocumentFile::foundLock, this, &EditWindow::askAboutLock);
-  connect(&m_file, &DocumentFile::saveFailed, this,
-          [this](const QString&, const QString& reason) { noteFailedSave(reason); });
-  connect(&m_file, &DocumentFile::saveFoundOtherFile, this, &EditWindow::askAboutOtherFile);
-  connect(&m_file, &DocumentFile::changedOnDisk, this, [this](const QByteArray& onDisk) {
-    m_onDisk = onDisk;
-    showOtherFile(*m_notice);
-  });
-  connect(&m_file, &DocumentFile::goneFromDisk, this,
-          [this](const QString& path) { showFileIsGone(*m_notice, path); });
   connect(&m_check, &BackgroundCheck::ended, this, [this](bool isOk) {
     showState();
     statusBar()->showMessage(isOk ? tr("The check found no error.")
                                   : tr("The check found errors: see the log."));
-  });
-  connect(m_notice, &InfoLine::linkActivated, this, [this](const QString& link) {
-    const OtherFileChoice choice = otherFileChoice(link);
-    if (choice != OtherFileChoice::compare) {
-      m_notice->clear();
-    }
-    settleOtherFile(choice);
   });
 }
 
@@ -283,7 +268,7 @@ void EditWindow::check() {
 }
 
 void EditWindow::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::ActivationChange && isActiveWindow() && !m_isSaving) {
+  if (event->type() == QEvent::ActivationChange && isActiveWindow() && !m_saving.isSaving()) {
     m_file.compareWithDisk();
   }
   QMainWindow::changeEvent(event);

@@ -10,9 +10,9 @@
 #include "gui/document/graph_commands.h"
 #include "gui/edit/background_check.h"
 #include "gui/recovery/unsaved_work.h"
+#include "gui/saving/graph_saving.h"
 #include "gui/services/edit_services.h"
 
-class QMenu;
 class QStackedWidget;
 class UpdateClassWidget;
 
@@ -26,7 +26,6 @@ class LogPanel;
 class PropertyPanel;
 class RecoveryOffer;
 class Theme;
-enum class OtherFileChoice;
 
 class EditWindow : public QMainWindow {
   Q_OBJECT
@@ -59,7 +58,6 @@ class EditWindow : public QMainWindow {
  private:
   void makePages();
   void makeMenus();
-  void makeThemeMenu(QMenu& view);
   void connectFiles();
   void connectServices();
 
@@ -75,14 +73,7 @@ class EditWindow : public QMainWindow {
   void restoreGraph();
   void showState();
   void showNotice(const QString& text);
-  void saveAs();
-  void startSaving(const QString& path, DocumentFile::SaveMode mode);
-  void afterSaving(const QByteArray& document);
-  void noteFailedSave(const QString& reason);
-  void askAboutOtherFile(const QByteArray& onDisk);
-  void settleOtherFile(OtherFileChoice choice);
-  void askAboutLock(const QString& path, const QString& holder);
-  void askBeforeClosing();
+  void noteSaved(const QByteArray& document);
   void askBeforeReloading();
   void readAgain();
   void setExpertMode(bool isExpert);
@@ -98,10 +89,6 @@ class EditWindow : public QMainWindow {
   DocumentFile m_file;
   BackgroundCheck m_check;
   QString m_wantedAction;  // to be shown when the graph has been read
-  QByteArray m_onDisk;     // what another program has written
-  bool m_isSaving = false;
-  bool m_closesAfterSaving = false;
-  bool m_closesWithoutAsking = false;
 
   ActionList* m_list;
   LogPanel* m_log;
@@ -109,6 +96,7 @@ class EditWindow : public QMainWindow {
   FaultPage* m_faultPage;
   EmptyState* m_startPage;
   InfoLine* m_notice;
+  GraphSaving m_saving;
   PropertyPanel* m_properties;
   RecoveryOffer* m_recovery;
   UnsavedWork m_unsaved;

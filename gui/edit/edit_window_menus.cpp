@@ -1,5 +1,4 @@
 // The menus of the window, its tool bar, and what is remembered of the view.
-#include <QActionGroup>
 #include <QMenuBar>
 #include <QSettings>
 #include <QToolBar>
@@ -8,7 +7,7 @@
 #include "gui/edit/edit_window.h"
 #include "gui/properties/property_panel.h"
 #include "host/widgets/icons.h"
-#include "host/widgets/theme.h"
+#include "host/widgets/theme_menu.h"
 
 namespace kelvarin {
 
@@ -35,7 +34,7 @@ void EditWindow::makeMenus() {
 
   makeEditMenu();
   QMenu* view = menuBar()->addMenu(tr("&View"));
-  makeThemeMenu(*view);
+  addThemeMenu(*view, m_theme);
   QAction* expert = view->addAction(tr("&Expert mode"));
   expert->setCheckable(true);
   expert->setChecked(QSettings().value(kExpertKey, true).toBool());
@@ -85,22 +84,6 @@ void EditWindow::undo() {
 void EditWindow::redo() {
   m_properties->commit();
   m_commands.stack().redo();
-}
-
-void EditWindow::makeThemeMenu(QMenu& view) {
-  QMenu* themes = view.addMenu(tr("&Theme"));
-  auto* group = new QActionGroup(themes);
-  const std::pair<ThemeChoice, QString> choices[] = {{ThemeChoice::system, tr("&System")},
-                                                     {ThemeChoice::light, tr("&Light")},
-                                                     {ThemeChoice::dark, tr("&Dark")}};
-  for (const auto& [choice, label] : choices) {
-    QAction* action = themes->addAction(label);
-    action->setCheckable(true);
-    action->setChecked(m_theme.choice() == choice);
-    group->addAction(action);
-    connect(action, &QAction::triggered, this,
-            [this, chosen = choice] { m_theme.setChoice(chosen); });
-  }
 }
 
 // Editors ask for the mode when they are made, so the one that is shown is made anew.

@@ -61,6 +61,7 @@ HostWindow::HostWindow(GraphCommands& commands, EditServices& services, Theme& t
       m_canvas(new CanvasView(commands, theme)),
       m_recovery(new RecoveryOffer),
       m_notice(new InfoLine),
+      m_saving(*this, m_graph, m_file, *m_notice, [this] { return suggestedName(); }),
       m_diskQuestion(new DiskQuestionLine(m_run)),
       m_palette(new PalettePanel(m_graph.catalogue())),
       m_properties(new PropertyPanel(commands)),

@@ -6,8 +6,6 @@
 // it.
 #pragma once
 
-#include <functional>
-
 #include <QMainWindow>
 
 #include "gui/arrange/arrangement.h"
@@ -17,6 +15,7 @@
 #include "gui/recovery/unsaved_work.h"
 #include "gui/run/design_columns.h"
 #include "gui/run/graph_run.h"
+#include "gui/saving/graph_saving.h"
 #include "gui/services/edit_services.h"
 
 class QDockWidget;
@@ -45,7 +44,6 @@ class Theme;
 class Tour;
 struct FoundText;
 struct Problem;
-enum class OtherFileChoice;
 
 class HostWindow : public QMainWindow {
   Q_OBJECT
@@ -135,13 +133,8 @@ class HostWindow : public QMainWindow {
   void showDocument(const QString& path, const QByteArray& document, PreparedGraph& prepared);
   void restoreGraph();
   void showTyped(const RecoveryRecord& record);
-  void startSaving(const QString& path, DocumentFile::SaveMode mode);
-  void afterSaving(const QByteArray& document);
-  void askAboutOtherFile(const QByteArray& onDisk);
-  void settleOtherFile(OtherFileChoice choice);
-  void askAboutLock(const QString& path, const QString& holder);
+  void noteSaved(const QByteArray& document);
   QString suggestedName() const;
-  void afterUnsavedChanges(const std::function<void()>& next);
   void chooseFileToOpen();
   void exportCanvas();
   void keepState();
@@ -183,14 +176,10 @@ class HostWindow : public QMainWindow {
   DesignColumns m_columns;
   Arrangement m_arrangement;
   FileDrop m_drops;
-  std::function<void()> m_afterSaving;  // what waits until the graph is saved
-  QByteArray m_onDisk;                  // what another program has written
   QString m_exampleToOpen;
-  bool m_isSaving = false;
   bool m_startsTour = false;  // as soon as the example is shown
   bool m_hasGraph = false;    // else the start page is shown
-  bool m_closesWithoutAsking = false;
-  QByteArray m_hidden;  // the state of the panels, while they are hidden
+  QByteArray m_hidden;        // the state of the panels, while they are hidden
   bool m_hasExamples = false;
   bool m_arrangesUnasked = false;  // actions of a file without positions
 
@@ -199,6 +188,7 @@ class HostWindow : public QMainWindow {
   CanvasView* m_canvas;
   RecoveryOffer* m_recovery;
   InfoLine* m_notice;
+  GraphSaving m_saving;
   DiskQuestionLine* m_diskQuestion;
   PalettePanel* m_palette;
   PropertyPanel* m_properties;

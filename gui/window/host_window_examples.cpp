@@ -21,7 +21,7 @@ const QString kSaveLink = QStringLiteral("saveExample");
 }  // namespace
 
 void HostWindow::openExample(const QString& path) {
-  afterUnsavedChanges([this, path] {
+  m_saving.afterUnsavedChanges([this, path] {
     m_exampleToOpen = path;
     m_file.open(path, DocumentFile::OpenMode::copy);
   });
@@ -37,7 +37,7 @@ void HostWindow::startTour() {
     showNotice(tr("The examples are not installed, and the tour is of one of them."));
     return;
   }
-  afterUnsavedChanges([this, example] {
+  m_saving.afterUnsavedChanges([this, example] {
     m_startsTour = true;
     m_exampleToOpen = example;
     m_file.open(example, DocumentFile::OpenMode::copy);

@@ -1,5 +1,4 @@
-// How the window opens, saves and closes, what it asks before anything would be lost, and what it
-// remembers of a graph.
+// How the window opens, restores, saves and closes, and what it remembers of a graph.
 #include <QBuffer>
 #include <QCloseEvent>
 #include <QDir>
@@ -7,14 +6,11 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QLayout>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QStatusBar>
 
 #include "gui/canvas/canvas_view.h"
-#include "gui/dialogs/difference_dialog.h"
 #include "gui/dialogs/file_questions.h"
-#include "gui/dialogs/question.h"
 #include "gui/properties/property_panel.h"
 #include "gui/recovery/recovery_offer.h"
 #include "gui/recovery/restored_texts.h"
@@ -65,46 +61,12 @@ void HostWindow::connectFile() {
             showNotice(faults.front().text());
             emit graphShown();
           });
-  connect(&m_file, &DocumentFile::foundLock, this, &HostWindow::askAboutLock);
-  connect(&m_file, &DocumentFile::saved, this, &HostWindow::afterSaving);
-  connect(&m_file, &DocumentFile::saveFailed, this, [this](const QString&, const QString& why) {
-    m_isSaving = false;
-    askAboutFailedSave(this, why, [this](FailedSaveChoice choice) {
-      if (choice == FailedSaveChoice::otherName) {
-        saveAs();
-      } else {
-        m_afterSaving = nullptr;
-      }
-    });
-  });
-  connect(&m_file, &DocumentFile::saveFoundOtherFile, this, &HostWindow::askAboutOtherFile);
-  connect(&m_file, &DocumentFile::changedOnDisk, this, [this](const QByteArray& onDisk) {
-    m_onDisk = onDisk;
-    showOtherFile(*m_notice);
-  });
-  connect(&m_file, &DocumentFile::goneFromDisk, this,
-          [this](const QString& path) { showFileIsGone(*m_notice, path); });
-  connect(m_notice, &InfoLine::linkActivated, this, [this](const QString& link) {
-    const OtherFileChoice choice = otherFileChoice(link);
-    if (choice != OtherFileChoice::compare) {
-      m_notice->clear();
-    }
-    settleOtherFile(choice);
-  });
-}
-
-void HostWindow::askAboutLock(const QString& path, const QString& holder) {
-  kelvarin::askAboutLock(this, path, holder, [this, path](LockChoice choice) {
-    if (choice == LockChoice::openCopy) {
-      m_file.open(path, DocumentFile::OpenMode::copy);
-    } else if (choice == LockChoice::openAnyway) {
-      m_file.open(path, DocumentFile::OpenMode::shared);
-    }
-  });
+  connect(&m_saving, &GraphSaving::commitWanted, this, &HostWindow::commitTyping);
+  connect(&m_saving, &GraphSaving::saved, this, &HostWindow::noteSaved);
 }
 
 void HostWindow::newGraph() {
-  afterUnsavedChanges([this] {
+  m_saving.afterUnsavedChanges([this] {
     keepState();
     m_file.forget();
     m_graph.load(QByteArrayLiteral("<KelvarinGraph version='1.0'>\n</KelvarinGraph>\n"), {});
@@ -119,7 +81,7 @@ void HostWindow::newGraph() {
 }
 
 void HostWindow::open(const QString& path) {
-  afterUnsavedChanges([this, path] { m_file.open(path); });
+  m_saving.afterUnsavedChanges([this, path] { m_file.open(path); });
 }
 
 void HostWindow::chooseFileToOpen() {
@@ -158,7 +120,7 @@ void HostWindow::offerRecovery() {
 
 // The graph counts as changed, whatever its file has.
 void HostWindow::restoreGraph() {
-  afterUnsavedChanges([this] {
+  m_saving.afterUnsavedChanges([this] {
     std::unique_ptr<RecoveryFile> file = m_recovery->take();
     if (file == nullptr) {
       return;
@@ -200,25 +162,13 @@ void HostWindow::showTyped(const RecoveryRecord& record) {
 }
 
 void HostWindow::save() {
-  if (!m_hasGraph || m_isSaving) {
-    return;
-  }
-  commitTyping();
-  if (m_file.path().isEmpty()) {
-    saveAs();
-  } else {
-    startSaving(m_file.path(), DocumentFile::SaveMode::ifUnchangedOnDisk);
+  if (m_hasGraph) {
+    m_saving.save();
   }
 }
 
 void HostWindow::saveAs() {
-  commitTyping();
-  const QString path = askForGraphName(this, suggestedName());
-  if (path.isEmpty()) {
-    m_afterSaving = nullptr;
-    return;
-  }
-  startSaving(path, DocumentFile::SaveMode::always);
+  m_saving.saveAs();
 }
 
 // Of a copy, where its original lies.
@@ -234,82 +184,17 @@ QString HostWindow::suggestedName() const {
                           : QFileInfo(origin).dir().filePath(graphName());
 }
 
-void HostWindow::startSaving(const QString& path, DocumentFile::SaveMode mode) {
-  m_isSaving = true;
-  m_file.save(m_graph.document(), path, mode);
-}
-
-void HostWindow::afterSaving(const QByteArray& document) {
-  m_isSaving = false;
-  m_graph.markSaved(document, m_file.path());
+void HostWindow::noteSaved(const QByteArray& document) {
   m_unsaved.begin(m_file.path(), document);
-  m_notice->clear();
   noteRecentGraph(m_file.path());
   showTitle();
   statusBar()->showMessage(tr("Saved %1.").arg(m_file.path()));
   m_example->takeFilesTo(m_file.path());
-  if (const auto next = std::exchange(m_afterSaving, nullptr)) {
-    next();
-  }
-}
-
-void HostWindow::askAboutOtherFile(const QByteArray& onDisk) {
-  m_onDisk = onDisk;
-  kelvarin::askAboutOtherFile(this, m_file.path(), [this](OtherFileChoice choice) {
-    m_isSaving = false;
-    if (choice == OtherFileChoice::keepMine) {
-      startSaving(m_file.path(), DocumentFile::SaveMode::always);
-      return;
-    }
-    m_afterSaving = nullptr;
-    settleOtherFile(choice);
-  });
-}
-
-void HostWindow::settleOtherFile(OtherFileChoice choice) {
-  switch (choice) {
-    case OtherFileChoice::keepMine:
-      m_file.acceptDisk();
-      return;
-    case OtherFileChoice::loadTheirs:
-      m_file.reload();
-      return;
-    case OtherFileChoice::compare:
-      showDifference(m_onDisk, m_graph.document(), this);
-      return;
-    case OtherFileChoice::cancel:
-      return;
-  }
-}
-
-void HostWindow::afterUnsavedChanges(const std::function<void()>& next) {
-  commitTyping();
-  if (!m_hasGraph || !m_graph.isModified()) {
-    next();
-    return;
-  }
-  ask(this,
-      {tr("The graph has changes that are not saved."),
-       tr("Save them first?"),
-       {{QMessageBox::Save, {}}, {QMessageBox::Discard, {}}, {QMessageBox::Cancel, {}}}},
-      [this, next](QMessageBox::StandardButton button) {
-        if (button == QMessageBox::Save) {
-          m_afterSaving = next;
-          save();
-        } else if (button == QMessageBox::Discard) {
-          next();
-        }
-      });
 }
 
 void HostWindow::closeEvent(QCloseEvent* event) {
-  commitTyping();
-  if (!m_closesWithoutAsking && m_hasGraph && m_graph.isModified()) {
+  if (!m_saving.mayClose()) {
     event->ignore();
-    afterUnsavedChanges([this] {
-      m_closesWithoutAsking = true;
-      close();
-    });
     return;
   }
   keepState();
@@ -320,7 +205,7 @@ void HostWindow::closeEvent(QCloseEvent* event) {
 }
 
 void HostWindow::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::ActivationChange && isActiveWindow() && !m_isSaving) {
+  if (event->type() == QEvent::ActivationChange && isActiveWindow() && !m_saving.isSaving()) {
     m_file.compareWithDisk();
   }
   QMainWindow::changeEvent(event);

@@ -1,5 +1,4 @@
 // The menus of the window, its tool bar and the menu of the canvas.
-#include <QActionGroup>
 #include <QDesktopServices>
 #include <QDockWidget>
 #include <QFileInfo>
@@ -20,7 +19,7 @@
 #include "gui/window/window_state.h"
 #include "host/widgets/action_icon.h"
 #include "host/widgets/icons.h"
-#include "host/widgets/theme.h"
+#include "host/widgets/theme_menu.h"
 
 namespace kelvarin {
 
@@ -168,20 +167,7 @@ void HostWindow::makeViewMenu() {
   view->addSeparator();
   m_canvasMenus->fillView(*view);
   view->addSeparator();
-
-  QMenu* themes = view->addMenu(tr("&Theme"));
-  auto* group = new QActionGroup(themes);
-  const std::pair<ThemeChoice, QString> choices[] = {{ThemeChoice::system, tr("&System")},
-                                                     {ThemeChoice::light, tr("&Light")},
-                                                     {ThemeChoice::dark, tr("&Dark")}};
-  for (const auto& [choice, label] : choices) {
-    QAction* action = themes->addAction(label);
-    action->setCheckable(true);
-    action->setChecked(m_theme.choice() == choice);
-    group->addAction(action);
-    connect(action, &QAction::triggered, this,
-            [this, chosen = choice] { m_theme.setChoice(chosen); });
-  }
+  addThemeMenu(*view, m_theme);
   QAction* expert = view->addAction(tr("E&xpert mode"));
   expert->setCheckable(true);
   expert->setChecked(QSettings().value(kExpertKey, true).toBool());

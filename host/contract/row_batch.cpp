@@ -52,6 +52,9 @@ std::size_t RowBatch::byteCount() const {
     const std::size_t fixed = fixedSizeOf(column.type());
     bytes += fixed != 0 ? fixed * m_storedRows
                         : column.textSize() + sizeof(std::uint32_t) * m_storedRows;
+    if (const BatchDictionary& dictionary = column.dictionary(); dictionary.isThere()) {
+      bytes += sizeof(std::uint16_t) * m_storedRows + dictionary.positions.size_bytes();
+    }
   }
   return bytes;
 }

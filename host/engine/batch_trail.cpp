@@ -26,21 +26,30 @@ void BatchTrail::settleInput() {
   if (m_origin.maker == nullptr) {
     return;
   }
-  const bool isAll = m_isRestTaken && isSettled();
+  const bool isAll = m_isRestTaken && m_rowsSettled == rowCount();
   const std::size_t inputRows = isAll ? m_origin.result.rowsDone : inputRowsFor(m_rowsSettled);
   m_origin.maker->countRows(m_origin.result, m_inputRowsSettled, inputRows);
   m_inputRowsSettled = inputRows;
   if (m_origin.parent != nullptr) {
-    m_origin.parent->settle(m_origin.firstInParent + inputRows);
-    if (isAll && m_origin.parent->isSettled()) {
-      m_origin.parent->settleRest();
+    const std::size_t end = m_origin.firstInParent + inputRows;
+    if (isAll) {
+      m_origin.parent->settleAndAskOn(end);
+    } else {
+      m_origin.parent->settle(end);
     }
   }
 }
 
-bool BatchTrail::isSettled() const {
-  return m_origin.maker != nullptr &&
-         m_rowsSettled == m_origin.result.outputs[m_pinIndex]->rowCount();
+// Only what an action has made leaves rows out, and so may have taken some behind its last one.
+void BatchTrail::settleAndAskOn(std::size_t rows) {
+  settle(rows);
+  if (m_origin.maker != nullptr && rows == rowCount()) {
+    settleRest();
+  }
+}
+
+std::size_t BatchTrail::rowCount() const {
+  return m_origin.result.outputs[m_pinIndex]->rowCount();
 }
 
 std::size_t BatchTrail::inputRowsFor(std::size_t rows) const {
@@ -54,10 +63,7 @@ std::size_t BatchTrail::inputRowsFor(std::size_t rows) const {
 void settleInput(BatchTrail::Origin& origin) {
   origin.maker->countRows(origin.result, 0, origin.result.rowsDone);
   if (origin.parent != nullptr) {
-    origin.parent->settle(origin.firstInParent + origin.result.rowsDone);
-    if (origin.parent->isSettled()) {
-      origin.parent->settleRest();
-    }
+    origin.parent->settleAndAskOn(origin.firstInParent + origin.result.rowsDone);
   }
 }
 

@@ -34,11 +34,13 @@ class BatchTrail {
   void settle(std::size_t rows);
   // Somebody has asked for what comes after the last row, and so for the input behind it.
   void settleRest();
-  // All rows of a result have been taken.
-  bool isSettled() const;
+  // Somebody has asked for what comes after the first `rows` rows, which have been taken. The rest
+  // counts only where they are all: others may have taken single rows behind them meanwhile.
+  void settleAndAskOn(std::size_t rows);
 
  private:
   void settleInput();
+  std::size_t rowCount() const;  // of a result
   std::size_t inputRowsFor(std::size_t rows) const;
 
   OutputPin* m_pin;

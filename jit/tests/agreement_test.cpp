@@ -6,9 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <bit>
-#include <cstdlib>
 #include <string_view>
 
+#include "jit/tests/expression_draw.h"
 #include "jit/tests/library_parser.h"
 #include "jit/tests/random_expression.h"
 #include "jit/tests/system_functions.h"
@@ -17,8 +17,7 @@ namespace kelvarin::jit {
 
 namespace {
 
-int expressionCount = 10'000;
-unsigned seed = 1;
+ExpressionDraw draw{.count = 10'000};
 
 constexpr std::size_t kRows = 11;  // two times four and a rest
 
@@ -80,10 +79,10 @@ void expectResults(const std::string& expression, const CompiledFunction& functi
 }
 
 TEST(Agreement, RandomExpressionsGiveTheSameBitsEverywhere) {
-  RandomExpression random(seed);
+  RandomExpression random(draw.seed);
   LibraryParser parser;
   int compiledCount = 0;
-  for (int i = 0; i < expressionCount; ++i) {
+  for (int i = 0; i < draw.count; ++i) {
     const std::string expression = random.expression();
     const Rows rows = makeRows(random);
     ASSERT_TRUE(parser.setExpression(expression)) << expression;
@@ -114,26 +113,13 @@ TEST(Agreement, RandomExpressionsGiveTheSameBitsEverywhere) {
       ++compiledCount;
     }
   }
-  EXPECT_GT(compiledCount, expressionCount);
+  EXPECT_GT(compiledCount, draw.count);
 }
 
 }  // namespace
 
-void readArguments(int count, char** arguments) {
-  for (int i = 1; i < count; ++i) {
-    const std::string_view argument = arguments[i];
-    if (argument.starts_with("--expressions=")) {
-      expressionCount = std::atoi(argument.data() + argument.find('=') + 1);
-    } else if (argument.starts_with("--seed=")) {
-      seed = static_cast<unsigned>(std::atoi(argument.data() + argument.find('=') + 1));
-    }
-  }
-}
-
 }  // namespace kelvarin::jit
 
 int main(int argc, char** argv) {
-  testing::InitGoogleTest(&argc, argv);
-  kelvarin::jit::readArguments(argc, argv);
-  return RUN_ALL_TESTS();
+  return kelvarin::runTests(argc, argv, kelvarin::jit::draw);
 }

@@ -1340,6 +1340,18 @@
         <source>the string s, filled with c at its end until it has n characters</source>
         <translation>der Text s, hinten mit c aufgefüllt, bis er n Zeichen hat</translation>
     </message>
+    <message>
+        <source>A text that is longer already stays as it is.</source>
+        <translation>Ein Text, der schon länger ist, bleibt, wie er ist.</translation>
+    </message>
+    <message>
+        <source>padLeft(x, n, &quot;0&quot;)</source>
+        <translation>padLeft(x, n, &quot;0&quot;)</translation>
+    </message>
+    <message>
+        <source>regexExtract(s, pattern, 0)</source>
+        <translation>regexExtract(s, muster, 0)</translation>
+    </message>
 </context>
 <context>
     <name>Language</name>
@@ -2978,22 +2990,6 @@
         <translation>Graph</translation>
     </message>
     <message>
-        <source>&amp;Theme</source>
-        <translation>&amp;Farben</translation>
-    </message>
-    <message>
-        <source>&amp;System</source>
-        <translation>&amp;System</translation>
-    </message>
-    <message>
-        <source>&amp;Light</source>
-        <translation>He&amp;ll</translation>
-    </message>
-    <message>
-        <source>&amp;Dark</source>
-        <translation>D&amp;unkel</translation>
-    </message>
-    <message>
         <source>Saved %1.</source>
         <translation>%1 gespeichert.</translation>
     </message>
@@ -3004,14 +3000,6 @@
     <message>
         <source>&amp;Discard and read</source>
         <translation>&amp;Verwerfen und lesen</translation>
-    </message>
-    <message>
-        <source>The graph has changes that are not saved.</source>
-        <translation>Der Graph hat Änderungen, die nicht gespeichert sind.</translation>
-    </message>
-    <message>
-        <source>Save them before closing?</source>
-        <translation>Vor dem Schließen speichern?</translation>
     </message>
     <message>
         <source>%1 (output %2)</source>
@@ -3868,6 +3856,17 @@
     </message>
 </context>
 <context>
+    <name>kelvarin::GraphSaving</name>
+    <message>
+        <source>The graph has changes that are not saved.</source>
+        <translation>Der Graph hat Änderungen, die nicht gespeichert sind.</translation>
+    </message>
+    <message>
+        <source>Save them first?</source>
+        <translation>Zuerst speichern?</translation>
+    </message>
+</context>
+<context>
     <name>kelvarin::GraphSearch</name>
     <message>
         <source>Replace &apos;%1&apos;</source>
@@ -4067,14 +4066,6 @@
         <translation>%1 gespeichert.</translation>
     </message>
     <message>
-        <source>The graph has changes that are not saved.</source>
-        <translation>Der Graph hat Änderungen, die nicht gespeichert sind.</translation>
-    </message>
-    <message>
-        <source>Save them first?</source>
-        <translation>Zuerst speichern?</translation>
-    </message>
-    <message>
         <source>Export the canvas</source>
         <translation>Zeichenfläche exportieren</translation>
     </message>
@@ -4177,22 +4168,6 @@
     <message>
         <source>&amp;View</source>
         <translation>&amp;Ansicht</translation>
-    </message>
-    <message>
-        <source>&amp;Theme</source>
-        <translation>&amp;Farben</translation>
-    </message>
-    <message>
-        <source>&amp;System</source>
-        <translation>&amp;System</translation>
-    </message>
-    <message>
-        <source>&amp;Light</source>
-        <translation>&amp;Hell</translation>
-    </message>
-    <message>
-        <source>&amp;Dark</source>
-        <translation>&amp;Dunkel</translation>
     </message>
     <message>
         <source>E&amp;xpert mode</source>
@@ -6336,6 +6311,25 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>Where</source>
         <translation>Wo</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::ThemeMenu</name>
+    <message>
+        <source>&amp;Theme</source>
+        <translation>&amp;Farben</translation>
+    </message>
+    <message>
+        <source>&amp;System</source>
+        <translation>&amp;System</translation>
+    </message>
+    <message>
+        <source>&amp;Light</source>
+        <translation>&amp;Hell</translation>
+    </message>
+    <message>
+        <source>&amp;Dark</source>
+        <translation>&amp;Dunkel</translation>
     </message>
 </context>
 <context>

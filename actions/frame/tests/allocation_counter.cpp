@@ -3,6 +3,8 @@
 #include <atomic>
 #include <cstddef>
 
+#include <gtest/gtest.h>
+
 namespace {
 
 std::atomic<long long> s_allocations{0};
@@ -59,10 +61,22 @@ long long allocationsSoFar() {
   return s_allocations.load();
 }
 
+namespace {
+
+// Negative where the stage leaves rows.
 long long allocationsOf(const BatchStage& stage, const RowBatch& batch) {
   const long long before = allocationsSoFar();
   const StageResult result = stage.process(batch, -1);
   return result.rowsDone < batch.rowCount() ? -1 : allocationsSoFar() - before;
+}
+
+}  // namespace
+
+void expectNoAllocationsForRows(const BatchStage& stage, const RowBatch& batch) {
+  (void)allocationsOf(stage, batch);  // what is learnt once
+  const long long allocations = allocationsOf(stage, batch);
+  EXPECT_GT(allocations, 0);
+  EXPECT_EQ(allocationsOf(stage, *batch.slice(0, batch.rowCount() / 6)), allocations);
 }
 
 }  // namespace kelvarin::testing

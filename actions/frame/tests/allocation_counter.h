@@ -6,7 +6,7 @@
 namespace kelvarin::testing {
 
 long long allocationsSoFar();
-// What the stage allocates for all rows of the batch; negative where it leaves some.
-long long allocationsOf(const BatchStage& stage, const RowBatch& batch);
+// The stage takes all rows, and as many allocations for the batch as for a part of it.
+void expectNoAllocationsForRows(const BatchStage& stage, const RowBatch& batch);
 
 }  // namespace kelvarin::testing

@@ -13,6 +13,7 @@
 #include <re2/re2.h>
 
 #include "expression/functions/recent_patterns.h"
+#include "expression/functions/sequence_pattern.h"
 #include "expression/functions/tests/table_calls.h"
 #include "expression/functions/utf8_units.h"
 
@@ -47,13 +48,18 @@ class TextPatterns : public ::testing::Test {
     return m_calls.text("regexReplace",
                         {textArgument(text), textArgument(pattern), textArgument(by)});
   }
+  std::string_view oneOf(std::span<const std::string_view> pieces) {
+    return pieces[m_random() % pieces.size()];
+  }
   std::string randomOf(std::span<const std::string_view> pieces, unsigned count) {
     std::string text;
     for (unsigned left = m_random() % count; left > 0; --left) {
-      text += pieces[m_random() % pieces.size()];
+      text += oneOf(pieces);
     }
     return text;
   }
+  void expectAsByTheLibrary(const std::string& pattern, const std::string& text,
+                            const std::string& by);
 
   TableCalls m_calls;
   std::mt19937 m_random{5};
@@ -72,40 +78,75 @@ std::vector<std::string> groupsByTheLibrary(const re2::RE2& judge, std::string_v
   return groups;
 }
 
+// Matches, groups and replacements. `pattern` is one that the library compiles.
+void TextPatterns::expectAsByTheLibrary(const std::string& pattern, const std::string& text,
+                                        const std::string& by) {
+  SCOPED_TRACE(pattern + " in " + text + " by " + by);
+  const re2::RE2 judge(pattern, re2::RE2::Quiet);
+  ASSERT_EQ(TextPattern(pattern).isIn(text), re2::RE2::PartialMatch(text, judge));
+  const std::vector<std::string> groups = groupsByTheLibrary(judge, text);
+  for (std::size_t group = 0; group < groups.size(); ++group) {
+    ASSERT_EQ(extract(text, pattern, static_cast<double>(group)), groups[group]) << group;
+  }
+  std::string error;
+  if (!judge.CheckRewriteString(by, &error)) {
+    ASSERT_EQ(replace(text, pattern, by), "null");  // a failure
+    return;
+  }
+  std::string expected = text;
+  re2::RE2::GlobalReplace(&expected, judge, by);
+  ASSERT_EQ(replace(text, pattern, by), expected);
+}
+
+constexpr std::string_view kReplacements[] = {"", "-", "\\0", "\\1", "\\\\", "ü"};
+
 TEST_F(TextPatterns, ResultsAreThoseOfTheLibrary) {
   constexpr std::string_view patternPieces[] = {"a", "b", "ab", ".",   "*",   "+",   "?",
                                                 "|", "(", ")",  "^",   "$",   "\\b", "[b",
                                                 "]", "-", "é",  "\\d", "{2}", "x",   "(?i)"};
   constexpr std::string_view textPieces[] = {"a", "b", "ab", "é", "-", "7", "A", "x\n", "日", "😀"};
-  constexpr std::string_view byPieces[] = {"", "-", "\\0", "\\1", "\\\\", "ü"};
   int valid = 0;
-  for (int i = 0; i < 60'000; ++i) {
+  for (int i = 0; i < 60'000 && !HasFailure(); ++i) {
     const std::string pattern = randomOf(patternPieces, 8);
     const std::string text = randomOf(textPieces, 12);
-    const std::string by = randomOf(byPieces, 4);
-    const re2::RE2 judge(pattern, re2::RE2::Quiet);
-    const TextPattern tested(pattern);
-    ASSERT_EQ(tested.fault().has_value(), !judge.ok()) << pattern;
-    if (!judge.ok()) {
-      continue;
+    const std::string by = randomOf(kReplacements, 4);
+    const bool isValid = re2::RE2(pattern, re2::RE2::Quiet).ok();
+    ASSERT_EQ(TextPattern(pattern).fault().has_value(), !isValid) << pattern;
+    if (isValid) {
+      ++valid;
+      expectAsByTheLibrary(pattern, text, by);
     }
-    ++valid;
-    ASSERT_EQ(tested.isIn(text), re2::RE2::PartialMatch(text, judge)) << pattern << " in " << text;
-    const std::vector<std::string> groups = groupsByTheLibrary(judge, text);
-    for (std::size_t group = 0; group < groups.size(); ++group) {
-      ASSERT_EQ(extract(text, pattern, static_cast<double>(group)), groups[group])
-          << pattern << " in " << text << " group " << group;
-    }
-    std::string error;
-    if (!judge.CheckRewriteString(by, &error)) {
-      EXPECT_EQ(replace(text, pattern, by), "null") << by;  // a failure
-      continue;
-    }
-    std::string expected = text;
-    re2::RE2::GlobalReplace(&expected, judge, by);
-    ASSERT_EQ(replace(text, pattern, by), expected) << pattern << " in " << text << " by " << by;
   }
   EXPECT_GT(valid, 15'000);
+}
+
+// Sets of characters with counts, in and between groups, most of which the library only compiles.
+TEST_F(TextPatterns, SequencesAreMatchedAsByTheLibrary) {
+  constexpr std::string_view sets[] = {"a",      "[a-c]",  "[^,]", "[^a-c7]", "[-b]", "[b-]",
+                                       "[\\d-]", "[\\w.]", ".",    "\\d",     "\\D",  "\\w",
+                                       "\\W",    "\\s",    "\\S",  "\\.",     ",",    "é"};
+  constexpr std::string_view counts[] = {"",  "",    "",      "",     "*",     "+",
+                                         "?", "{2}", "{1,2}", "{2,}", "{0,1}", "{0}"};
+  constexpr std::string_view textPieces[] = {"a", "b", "c", "7", "42", ",",
+                                             ",", ".", "-", " ", "\n", "é"};
+  int sequences = 0;
+  for (int i = 0; i < 30'000 && !HasFailure(); ++i) {
+    std::string pattern = m_random() % 8 == 0 ? "^" : "";
+    bool isInGroup = false;
+    for (unsigned left = 1 + m_random() % 5; left > 0; --left) {
+      if (m_random() % 3 == 0) {
+        pattern += isInGroup ? ")" : "(";
+        isInGroup = !isInGroup;
+      }
+      pattern += oneOf(sets);
+      pattern += oneOf(counts);
+    }
+    pattern += isInGroup ? ")" : "";
+    pattern += m_random() % 8 == 0 ? "$" : "";
+    sequences += SequencePattern::of(pattern).has_value() ? 1 : 0;
+    expectAsByTheLibrary(pattern, randomOf(textPieces, 20), randomOf(kReplacements, 4));
+  }
+  EXPECT_GT(sequences, 10'000);
 }
 
 // Such bytes match nothing and stay; what is taken out of a text is always valid.

@@ -8,18 +8,17 @@
 
 #include <array>
 #include <bit>
-#include <cstdlib>
 #include <map>
 #include <optional>
 
 #include "expression/evaluator/expression_evaluator.h"
 #include "expression/tests/agreement/random_expression.h"
+#include "jit/tests/expression_draw.h"
 
 namespace kelvarin {
 namespace {
 
-int expressionCount = 2'000;
-unsigned seed = 1;
+ExpressionDraw draw{.count = 2'000};
 
 constexpr std::array kKinds = {BackendKind::native, BackendKind::fast, BackendKind::string};
 constexpr std::size_t kRows = 6;
@@ -89,9 +88,9 @@ std::string described(const QString& expression, const std::vector<double>& row)
 }
 
 TEST(Agreement, BackendsThatAcceptAnExpressionGiveTheSameBits) {
-  RandomExpression random(seed);
+  RandomExpression random(draw.seed);
   std::map<std::pair<BackendKind, BackendKind>, int> compared;
-  for (int i = 0; i < expressionCount && !HasFailure(); ++i) {
+  for (int i = 0; i < draw.count && !HasFailure(); ++i) {
     const QString expression = QString::fromLatin1(random.expression().c_str());
     Rows rows(kRows);
     for (std::vector<double>& row : rows) {
@@ -115,29 +114,16 @@ TEST(Agreement, BackendsThatAcceptAnExpressionGiveTheSameBits) {
     }
   }
   // The comparison is worth something only where the back-ends take most expressions.
-  EXPECT_GT((compared[{BackendKind::fast, BackendKind::string}]), expressionCount / 3);
+  EXPECT_GT((compared[{BackendKind::fast, BackendKind::string}]), draw.count / 3);
   std::cout << "native and Fast: " << compared[{BackendKind::native, BackendKind::fast}]
             << ", Fast and String: " << compared[{BackendKind::fast, BackendKind::string}]
-            << ", of " << expressionCount << " expressions\n";
+            << ", of " << draw.count << " expressions\n";
 }
 
 }  // namespace
 
-void readArguments(int count, char** arguments) {
-  for (int i = 1; i < count; ++i) {
-    const std::string argument = arguments[i];
-    if (argument.starts_with("--expressions=")) {
-      expressionCount = std::atoi(argument.c_str() + argument.find('=') + 1);
-    } else if (argument.starts_with("--seed=")) {
-      seed = static_cast<unsigned>(std::atoi(argument.c_str() + argument.find('=') + 1));
-    }
-  }
-}
-
 }  // namespace kelvarin
 
 int main(int argc, char** argv) {
-  testing::InitGoogleTest(&argc, argv);
-  kelvarin::readArguments(argc, argv);
-  return RUN_ALL_TESTS();
+  return kelvarin::runTests(argc, argv, kelvarin::draw);
 }

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <bit>
-#include <cstdlib>
 #include <iostream>
 #include <optional>
 
@@ -14,12 +13,12 @@
 #include "expression/batches/entry_program.h"
 #include "expression/evaluator/expression_evaluator.h"
 #include "expression/tests/batches/random_typed_expression.h"
+#include "jit/tests/expression_draw.h"
 
 namespace kelvarin {
 namespace {
 
-int expressionCount = 30'000;
-unsigned seed = 1;
+ExpressionDraw draw{.count = 30'000};
 
 constexpr std::size_t kRows = 5;
 
@@ -199,12 +198,12 @@ Row randomRow(RandomTypedExpression& random) {
 }
 
 TEST(BatchAgreement, ColumnProgramsGiveWhatTheStringParserGives) {
-  RandomTypedExpression random(seed);
+  RandomTypedExpression random(draw.seed);
   int compiled = 0;
   int compared = 0;
   long long rowsLeftOut = 0;
   long long leftOutInVain = 0;  // rows that the String Parser has a value for
-  for (int i = 0; i < expressionCount && !HasFailure(); ++i) {
+  for (int i = 0; i < draw.count && !HasFailure(); ++i) {
     const std::string text = random.expression();
     std::vector<Row> rows;
     for (std::size_t row = 0; row < kRows; ++row) {
@@ -230,11 +229,11 @@ TEST(BatchAgreement, ColumnProgramsGiveWhatTheStringParserGives) {
           << actual[row];
     }
   }
-  std::cout << compiled << " of " << expressionCount << " expressions compiled, " << compared
+  std::cout << compiled << " of " << draw.count << " expressions compiled, " << compared
             << " as column programs; they left out " << rowsLeftOut << " rows, " << leftOutInVain
             << " in vain\n";
   // The comparison is worth something only where programs take most expressions and rows.
-  EXPECT_GT(compared, expressionCount / 3);
+  EXPECT_GT(compared, draw.count / 3);
   EXPECT_LT(rowsLeftOut, compared / 10 + 1);
   EXPECT_LT(leftOutInVain, compared / 1000 + 1);
 }
@@ -275,21 +274,8 @@ TEST(BatchAgreement, RowsFailOnlyInTheBranchThatTheyTake) {
 
 }  // namespace
 
-void readArguments(int count, char** arguments) {
-  for (int i = 1; i < count; ++i) {
-    const std::string argument = arguments[i];
-    if (argument.starts_with("--expressions=")) {
-      expressionCount = std::atoi(argument.c_str() + argument.find('=') + 1);
-    } else if (argument.starts_with("--seed=")) {
-      seed = static_cast<unsigned>(std::atoi(argument.c_str() + argument.find('=') + 1));
-    }
-  }
-}
-
 }  // namespace kelvarin
 
 int main(int argc, char** argv) {
-  testing::InitGoogleTest(&argc, argv);
-  kelvarin::readArguments(argc, argv);
-  return RUN_ALL_TESTS();
+  return kelvarin::runTests(argc, argv, kelvarin::draw);
 }

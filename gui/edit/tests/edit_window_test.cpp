@@ -21,6 +21,7 @@
 #include <QToolButton>
 #include <QTreeWidget>
 
+#include "gui/dialogs/tests/answered_question.h"
 #include "gui/edit/edit_window.h"
 #include "gui/forms/action_form.h"
 #include "gui/log/log_model.h"
@@ -134,16 +135,7 @@ class EditWindowTest : public ::testing::Test {
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
   }
 
-  // Presses the button of the question that appears.
-  void answer(QMessageBox::StandardButton button) {
-    QMessageBox* box = nullptr;
-    ASSERT_TRUE(QTest::qWaitFor([&] {
-      box = m_window->findChild<QMessageBox*>();
-      return box != nullptr && box->isVisible();
-    }));
-    box->button(button)->click();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  }
+  void answer(QMessageBox::StandardButton button) { testing::answerQuestion(*m_window, button); }
 
   bool waitUntil(const std::function<bool()>& isTrue) const { return QTest::qWaitFor(isTrue); }
 

@@ -8,17 +8,12 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QElapsedTimer>
-#include <QLabel>
 #include <QPlainTextEdit>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QToolButton>
 
-#include "gui/document/graph_commands.h"
-#include "gui/preview/preview_panel.h"
-#include "gui/preview/preview_table.h"
 #include "gui/preview/preview_view.h"
-#include "host/contract/host_session.h"
+#include "gui/preview/tests/shown_preview.h"
 #include "host/engine/tests/made_actions.h"
 #include "host/tables/table_actions.h"
 
@@ -32,26 +27,24 @@ void takeAWhile(long long row) {
   }
 }
 
-class PreviewComputingTest : public ::testing::Test {
+ActionCatalogue::Prototypes prototypes() {
+  ActionCatalogue::Prototypes all = testPrototypes();
+  for (auto& prototype : makeTableActions()) {
+    all.push_back(std::move(prototype));
+  }
+  return all;
+}
+
+class PreviewComputingTest : public ::testing::Test, protected ShownPreview {
  protected:
+  PreviewComputingTest() : ShownPreview(prototypes()) {}
   void SetUp() override { witness = &seen; }
   void TearDown() override { witness = nullptr; }
 
   void open(const QByteArray& actions) {
-    ASSERT_TRUE(graph.load(
-        "<KelvarinGraph version='1.0'><Actions>" + actions + "</Actions><Links/></KelvarinGraph>",
-        QStringLiteral("/tests/g.kelvarin")));
-    panel.resize(900, 300);
-    panel.show();
+    openGraph("<KelvarinGraph version='1.0'><Actions>" + actions +
+              "</Actions><Links/></KelvarinGraph>");
   }
-  PinRef pinOf(const char* action) const {
-    return {graph.idOf(QString::fromLatin1(action)), 0, true};
-  }
-  PreviewTable& table() { return *panel.findChild<PreviewTable*>(); }
-  QToolButton& stopButton() {
-    return *panel.findChild<QToolButton*>(QStringLiteral("previewStop"));
-  }
-  QString status() { return panel.findChild<QLabel*>(QStringLiteral("previewStatus"))->text(); }
   bool awaitRows(int count) {
     return QTest::qWaitFor([&] { return table().model().rowCount() >= count; }, 20'000);
   }
@@ -59,22 +52,7 @@ class PreviewComputingTest : public ::testing::Test {
     return QTest::qWaitFor([this] { return stopButton().isHidden(); }, 20'000);
   }
 
-  static ActionCatalogue::Prototypes prototypes() {
-    ActionCatalogue::Prototypes all = testPrototypes();
-    for (auto& prototype : makeTableActions()) {
-      all.push_back(std::move(prototype));
-    }
-    return all;
-  }
-
   Witness seen;
-  ActionCatalogue catalogue{nullptr, prototypes()};
-  EditedGraph graph{catalogue};
-  GraphCommands commands{graph};
-  EditServices services{graph, catalogue};
-  HostSession session{&services};
-  HostSession::Scope scope{&session};
-  PreviewPanel panel{graph, services};
 };
 
 TEST_F(PreviewComputingTest, StopsAtARowAndKeepsTheRowsThatCame) {

@@ -10,15 +10,11 @@
 #include <QPlainTextEdit>
 #include <QSignalSpy>
 #include <QTest>
-#include <QToolButton>
 
-#include "gui/document/graph_commands.h"
 #include "gui/preview/preview_header.h"
-#include "gui/preview/preview_panel.h"
-#include "gui/preview/preview_table.h"
 #include "gui/preview/preview_view.h"
 #include "gui/preview/profile_panel.h"
-#include "host/contract/host_session.h"
+#include "gui/preview/tests/shown_preview.h"
 #include "host/tables/table_actions.h"
 #include "host/widget_testing/widget_walk.h"
 #include "host/widgets/info_line.h"
@@ -57,33 +53,25 @@ void expectNone(const QStringList& faults) {
   EXPECT_EQ(faults.join(u'\n').toStdString(), "");
 }
 
-class PreviewPanelTest : public ::testing::Test {
+class PreviewPanelTest : public ::testing::Test, protected testing::ShownPreview {
  protected:
-  void open(int rows) {
-    ASSERT_TRUE(graph.load(graphOf(rows), QStringLiteral("/tmp/towns.kelvarin")));
-    panel.resize(1000, 400);
-    panel.show();
-  }
-  PinRef pinOf(const char* action, bool isOutput = true) const {
-    return {graph.idOf(QString::fromLatin1(action)), 0, isOutput};
-  }
+  PreviewPanelTest() : ShownPreview(makeTableActions()) {}
+
+  void open(int rows) { openGraph(graphOf(rows)); }
   // Until nothing is computed any more.
   void show(const PinRef& pin) {
     panel.showPin(pin);
     await();
   }
   void await() {
-    auto* stop = panel.findChild<QToolButton*>(QStringLiteral("previewStop"));
     ASSERT_TRUE(QTest::qWaitFor(
-        [&] { return stop->isHidden() && !table().isOrdering() && isQuiet(); }, 20'000));
+        [&] { return stopButton().isHidden() && !table().isOrdering() && isQuiet(); }, 20'000));
   }
   bool isQuiet() {
     QApplication::processEvents();
     return true;
   }
-  PreviewTable& table() { return *panel.findChild<PreviewTable*>(); }
   QString cell(int row, int column) { return table().model().index(row, column).data().toString(); }
-  QString status() { return panel.findChild<QLabel*>(QStringLiteral("previewStatus"))->text(); }
   QString message() {
     QString all;
     for (const InfoLine* line : panel.findChildren<InfoLine*>()) {
@@ -106,14 +94,6 @@ class PreviewPanelTest : public ::testing::Test {
     }
     return nullptr;
   }
-
-  ActionCatalogue catalogue{nullptr, makeTableActions()};
-  EditedGraph graph{catalogue};
-  GraphCommands commands{graph};
-  EditServices services{graph, catalogue};
-  HostSession session{&services};
-  HostSession::Scope scope{&session};
-  PreviewPanel panel{graph, services};
 };
 
 TEST_F(PreviewPanelTest, WhatIsNoOrdinaryValueLooksUnlikeOne) {

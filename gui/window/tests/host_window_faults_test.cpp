@@ -5,14 +5,13 @@
 #include <unistd.h>
 
 #include <gtest/gtest.h>
-#include <QAbstractButton>
 #include <QDir>
 #include <QFile>
-#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QSettings>
 #include <QTemporaryDir>
 
+#include "gui/dialogs/tests/answered_question.h"
 #include "gui/window/tests/host_program.h"
 #include "gui/window/window_state.h"
 #include "host/testing/full_disk.h"
@@ -30,20 +29,8 @@ constexpr char kGraph[] =
 struct Program : testing::HostProgram {
   // Makes a change that is not saved.
   void rename(const QString& from, const QString& to) { commands.rename(graph.idOf(from), to); }
-  QMessageBox* question() {
-    QMessageBox* found = nullptr;
-    (void)QTest::qWaitFor([&] {
-      found = window.findChild<QMessageBox*>();
-      return found != nullptr && found->isVisible();
-    });
-    return found;
-  }
-  void answer(QMessageBox::StandardButton button) {
-    QMessageBox* box = question();
-    ASSERT_NE(box, nullptr);
-    box->button(button)->click();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  }
+  QMessageBox* question() { return testing::questionOf(window); }
+  void answer(QMessageBox::StandardButton button) { testing::answerQuestion(window, button); }
   // Of the lines over the canvas.
   InfoLine* line(const QString& text) {
     InfoLine* found = nullptr;
@@ -104,6 +91,20 @@ TEST_F(HostWindowFaults, AFullDiskKeepsTheOldFileAndTheChanges) {
   program.window.save();
   EXPECT_TRUE(program.waitUntilSaved());
   EXPECT_EQ(onDisk(), renamed());
+}
+
+// The window is to be closed when the graph is saved; until then it can be edited.
+TEST_F(HostWindowFaults, AChangeWhileTheGraphIsSavedIsNotLostByClosing) {
+  Program program;
+  program.open(file());
+  program.rename("out", "sink");
+  program.window.close();
+  program.answer(QMessageBox::Save);
+  program.rename("sink", "drain");
+  program.answer(QMessageBox::Cancel);
+  EXPECT_EQ(onDisk(), renamed());
+  EXPECT_TRUE(program.window.isVisible());
+  EXPECT_TRUE(program.window.isWindowModified());
 }
 
 TEST_F(HostWindowFaults, AFullDiskForTheRecoveryFileIsSaidOnceAndEditingGoesOn) {

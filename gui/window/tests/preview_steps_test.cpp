@@ -13,14 +13,11 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "gui/canvas/canvas_view.h"
 #include "gui/document/tests/loaded_catalogue.h"
 #include "gui/preview/preview_table.h"
 #include "gui/preview/preview_view.h"
 #include "gui/properties/property_panel.h"
-#include "gui/window/host_window.h"
-#include "host/contract/host_session.h"
-#include "host/widgets/theme.h"
+#include "gui/window/tests/host_program.h"
 
 namespace kelvarin {
 namespace {
@@ -49,28 +46,23 @@ constexpr char kGraph[] =
     "  </Links>\n"
     "</KelvarinGraph>\n";
 
-class PreviewStepsTest : public ::testing::Test {
+class PreviewStepsTest : public ::testing::Test, protected testing::HostProgram {
  protected:
+  PreviewStepsTest() : HostProgram(loadedCatalogue()) {}
   void SetUp() override {
     QSettings().clear();
     QFile file(path());
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(kGraph);
     file.close();
-    QSignalSpy shown(&window, &HostWindow::graphShown);
-    window.show();
-    window.activateWindow();
-    window.open(path());
-    ASSERT_TRUE(QTest::qWaitFor([&shown] { return !shown.isEmpty(); }));
+    open(path());
   }
   QString path() const { return m_folder.filePath("g.kelvarin"); }
   ActionId id(const char* name) const { return graph.idOf(QString::fromLatin1(name)); }
   PreviewTable& table() { return *window.findChild<PreviewTable*>(); }
 
   void preview(const char* action) {
-    GraphSelection selection;
-    selection.actions = {id(action)};
-    window.canvas().setSelection(selection);
+    select(action);
     ASSERT_TRUE(QTest::qWaitFor([this] { return table().model().rowCount() == 5; }, 20'000));
   }
   // The menu of a cell by the right button, an entry of it by its letter.
@@ -100,13 +92,6 @@ class PreviewStepsTest : public ::testing::Test {
   }
 
   QTemporaryDir m_folder;
-  EditedGraph graph{loadedCatalogue()};
-  EditServices services{graph, loadedCatalogue()};
-  HostSession session{&services};
-  HostSession::Scope scope{&session};
-  GraphCommands commands{graph};
-  Theme theme;
-  HostWindow window{commands, services, theme};
 };
 
 TEST_F(PreviewStepsTest, KeepRowsLikeThisFindsTheRowOfEveryValue) {

@@ -9,19 +9,15 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QSettings>
-#include <QSignalSpy>
 #include <QTableView>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "gui/canvas/canvas_view.h"
+#include "gui/document/tests/loaded_catalogue.h"
 #include "gui/host_editors/host_editors.h"
 #include "gui/properties/property_panel.h"
-#include "gui/window/host_window.h"
-#include "host/contract/host_session.h"
-#include "host/tables/table_actions.h"
-#include "host/widgets/theme.h"
+#include "gui/window/tests/host_program.h"
 #include "host/widgets/user_interface.h"
 
 namespace kelvarin {
@@ -37,14 +33,9 @@ constexpr char kGraph[] =
     "</Actions><Links><Link from='t' to='calc'/><Link from='calc' to='out'/></Links>"
     "</KelvarinGraph>";
 
-const ActionCatalogue& catalogue() {
-  static const ActionCatalogue catalogue(
-      std::move(*PluginLibrary::load(QStringLiteral(KELVARIN_PLUGIN))), makeTableActions());
-  return catalogue;
-}
-
-class UndoInFields : public ::testing::Test {
+class UndoInFields : public ::testing::Test, protected testing::HostProgram {
  protected:
+  UndoInFields() : HostProgram(loadedCatalogue()) {}
   static void SetUpTestSuite() { addHostEditors(EditorRegistry::instance()); }
   void SetUp() override {
     QSettings().clear();
@@ -52,20 +43,11 @@ class UndoInFields : public ::testing::Test {
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(kGraph);
     file.close();
-    QSignalSpy shown(&window, &HostWindow::graphShown);
-    window.show();
-    window.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    window.open(file.fileName());
-    ASSERT_TRUE(QTest::qWaitFor([&shown] { return !shown.isEmpty(); }));
+    open(file.fileName());
     ASSERT_EQ(graph.actionCount(), 3);
   }
 
-  void select(const char* name) {
-    GraphSelection selection;
-    selection.actions = {graph.idOf(QLatin1String(name))};
-    window.canvas().setSelection(selection);
-  }
   static void press(int key, Qt::KeyboardModifiers modifiers = {}) {
     QTest::keyClick(QApplication::focusWidget(), Qt::Key(key), modifiers);
   }
@@ -91,13 +73,6 @@ class UndoInFields : public ::testing::Test {
   QByteArray element(const char* name) { return graph.element(graph.idOf(QLatin1String(name))); }
 
   QTemporaryDir m_folder;
-  EditedGraph graph{catalogue()};
-  EditServices services{graph, catalogue()};
-  HostSession session{&services};
-  HostSession::Scope scope{&session};
-  GraphCommands commands{graph};
-  Theme theme;
-  HostWindow window{commands, services, theme};
 };
 
 TEST_F(UndoInFields, TypingIsUndoneBeforeTheGraph) {
