@@ -15,6 +15,10 @@ constexpr std::uint16_t kNullSymbol = 257;
 constexpr std::size_t kFirstToken = 258;
 constexpr std::size_t kMaxTokenSymbols = 3000;
 constexpr int kPartsOfTraining = 16;
+// The bytes of a token and its end, each a symbol; how many they are takes so many bits.
+constexpr std::size_t kLongestSpelling = 16;
+constexpr int kSpellingBits = 5;
+static_assert(kLongestSpelling > kMaxSymbolSize);
 
 constexpr std::size_t kStretches = 16;
 constexpr std::size_t kPieceSample = 1 << 14;  // bytes
@@ -22,9 +26,9 @@ constexpr std::size_t kPiecesInRound = 256;
 constexpr int kPieceRounds = 3;
 constexpr std::size_t kPhraseSample = 16000;  // tokens
 constexpr int kPhraseRounds = 2;
-// Phrases that save less of the texts do not pay for the time.
+// A search for pieces or phrases ends where they save less of the texts: random texts have none.
 constexpr float kMinSaving = 0.05F;
-constexpr float kMinSavingForMore = 0.14F;
+constexpr float kMinSavingForMore = 0.14F;  // of phrases
 
 // What a byte of a token takes when it is spelled, and what a symbol takes in the table, in bits.
 constexpr float kBitsOfSpelledByte = 4.2F;
@@ -47,7 +51,8 @@ float binaryLogarithm(std::uint32_t count) {
 
 void SymbolCutter::cut(const TextValues& texts, TrainedSymbols& trained) {
   // At worst every byte and every end of a text is a symbol; between pieces are ends as well.
-  m_sequence.resize(std::max(m_sequence.size(), 2 * texts.bytes.size() + texts.lengths.size()));
+  m_sequence.resize(std::max(m_sequence.size(),
+                             2 * texts.bytes.size() + texts.lengths.size() + kLongestSpelling));
   m_end = m_sequence.data();
   const bool isTrained = trained.partsLeft > 0;
   if (isTrained && trained.areBytesEnough) {
@@ -69,7 +74,9 @@ void SymbolCutter::cut(const TextValues& texts, TrainedSymbols& trained) {
   }
   countTokens(texts);
   chooseTokens(trained);
-  if (!isTrained) {
+  if (isTrained) {
+    spellTokens();
+  } else {
     train(trained);
   }
   --trained.partsLeft;
@@ -144,6 +151,7 @@ void SymbolCutter::useTrained(const TrainedSymbols& trained) {
 void SymbolCutter::train(TrainedSymbols& trained) {
   trained.firstPiece = m_symbols.size();
   choosePieces();
+  spellTokens();
   trained.firstPhrase = m_symbols.size();
   choosePhrases();
   trained.symbols = m_symbols;
@@ -204,9 +212,6 @@ void SymbolCutter::chooseTokens(const TrainedSymbols& trained) {
       m_symbols.push_back(entries[index].token);
     }
   }
-  m_symbolOf.resize(entries.size());
-  std::transform(entries.begin(), entries.end(), m_symbolOf.begin(),
-                 [](const TokenTable::Entry& entry) { return entry.symbol; });
 }
 
 // The parts that rare words have in common.
@@ -230,6 +235,9 @@ void SymbolCutter::choosePieces() {
           m_pieces.add(piece, static_cast<std::uint16_t>(m_symbols.size()))) {
         m_symbols.push_back(piece);
       }
+    }
+    if (m_pairs.saving() < kMinSaving) {
+      return;
     }
   }
 }
@@ -277,20 +285,40 @@ void SymbolCutter::appendSample() {
   }
 }
 
-void SymbolCutter::appendTokens(std::span<const std::uint32_t> indices) {
+// Each token once, however often it occurs.
+void SymbolCutter::spellTokens() {
   const auto entries = m_tokens.entries();
+  m_spellingOf.resize(entries.size());
+  m_spellings.resize(std::max(m_spellings.size(), (entries.size() + 1) * kLongestSpelling));
+  std::uint16_t* end = m_spellings.data();
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    const TokenTable::Entry& entry = entries[i];
+    const std::uint16_t* begin = end;
+    if (entry.symbol != TokenTable::kNoSymbol) {
+      *end++ = entry.symbol;
+    } else if (entry.count > 0) {
+      m_pieces.spell(entry.token, end);
+      if (entry.token.endsText()) {
+        *end++ = kEndSymbol;
+      }
+    }
+    m_spellingOf[i] = static_cast<std::uint32_t>(begin - m_spellings.data()) << kSpellingBits |
+                      static_cast<std::uint32_t>(end - begin);
+  }
+}
+
+void SymbolCutter::appendTokens(std::span<const std::uint32_t> indices) {
+  constexpr std::size_t kUsual = kLongestSpelling / 2;
   std::uint16_t* end = m_end;
   for (const std::uint32_t index : indices) {
-    const std::uint16_t symbol = m_symbolOf[index];
-    if (symbol != TokenTable::kNoSymbol) {
-      *end++ = symbol;
-      continue;
+    const std::uint32_t spelling = m_spellingOf[index];
+    const std::uint32_t count = spelling % (1u << kSpellingBits);
+    const std::uint16_t* from = m_spellings.data() + (spelling >> kSpellingBits);
+    std::memcpy(end, from, kUsual * sizeof *from);
+    if (count > kUsual) [[unlikely]] {
+      std::memcpy(end + kUsual, from + kUsual, kUsual * sizeof *from);
     }
-    const Symbol& token = entries[index].token;
-    m_pieces.spell(token, end);
-    if (token.endsText()) {
-      *end++ = token.isNull() ? kNullSymbol : kEndSymbol;
-    }
+    end += count;
   }
   m_end = end;
 }
