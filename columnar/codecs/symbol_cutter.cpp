@@ -53,7 +53,6 @@ void SymbolCutter::cut(const TextValues& texts, TrainedSymbols& trained) {
   // At worst every byte and every end of a text is a symbol; between pieces are ends as well.
   m_sequence.resize(std::max(m_sequence.size(),
                              2 * texts.bytes.size() + texts.lengths.size() + kLongestSpelling));
-  m_end = m_sequence.data();
   const bool isTrained = trained.partsLeft > 0;
   if (isTrained && trained.areBytesEnough) {
     --trained.partsLeft;
@@ -76,8 +75,9 @@ void SymbolCutter::cut(const TextValues& texts, TrainedSymbols& trained) {
   chooseTokens(trained);
   if (isTrained) {
     spellTokens();
-  } else {
-    train(trained);
+  } else if (!train(trained)) {
+    --trained.partsLeft;
+    return spellAll(texts);
   }
   --trained.partsLeft;
   m_end = m_sequence.data();
@@ -100,6 +100,7 @@ void SymbolCutter::beginWithBytes() {
 // Every byte is a symbol, whatever was trained.
 void SymbolCutter::spellAll(const TextValues& texts) {
   beginWithBytes();
+  m_end = m_sequence.data();
   const unsigned char* bytes = texts.bytes.data();
   for (const std::uint32_t length : texts.lengths) {
     m_end = std::copy_n(bytes, byteCountOf(length), m_end);
@@ -148,12 +149,21 @@ void SymbolCutter::useTrained(const TrainedSymbols& trained) {
   m_phraseRounds = trained.phraseRounds;
 }
 
-void SymbolCutter::train(TrainedSymbols& trained) {
+// False where nothing but bytes is worth being a symbol.
+bool SymbolCutter::train(TrainedSymbols& trained) {
   trained.firstPiece = m_symbols.size();
   choosePieces();
-  spellTokens();
+  trained.areBytesEnough = m_pairs.saving() < kMinSaving && areTokensRare();
+  if (trained.areBytesEnough) {
+    m_symbols.resize(kFirstToken);
+    trained.firstPiece = kFirstToken;
+    m_phrasePairs.clear();
+  }
   trained.firstPhrase = m_symbols.size();
-  choosePhrases();
+  if (!trained.areBytesEnough) {
+    spellTokens();
+    choosePhrases();
+  }
   trained.symbols = m_symbols;
   trained.phrases = m_phrasePairs;
   trained.phraseRounds = m_phraseRounds;
@@ -165,6 +175,24 @@ void SymbolCutter::train(TrainedSymbols& trained) {
                      std::pair(m_symbols[right].order(), right);
             });
   trained.partsLeft = kPartsOfTraining;
+  return !trained.areBytesEnough;
+}
+
+// Whether most bytes are in rare tokens. Single bytes, which are symbols in any case, are neither.
+bool SymbolCutter::areTokensRare() {
+  std::size_t all = 0;
+  std::size_t rare = 0;
+  std::size_t frequent = 0;
+  for (const TokenTable::Entry& entry : m_tokens.entries()) {
+    const std::size_t bytes = entry.count * entry.token.size();
+    all += bytes;
+    if (entry.symbol == TokenTable::kNoSymbol) {
+      rare += bytes;
+    } else if (entry.symbol >= kFirstToken) {
+      frequent += bytes;
+    }
+  }
+  return rare * 2 > all && frequent * 16 < all;
 }
 
 void SymbolCutter::countTokens(const TextValues& texts) {

@@ -36,7 +36,8 @@ class SymbolCutter {
   void useTrained(const TrainedSymbols& trained);
   void spellAll(const TextValues& texts);
   [[nodiscard]] bool areBytesEnough(const TextValues& texts) const;
-  void train(TrainedSymbols& trained);
+  [[nodiscard]] bool train(TrainedSymbols& trained);
+  [[nodiscard]] bool areTokensRare();
   void countTokens(const TextValues& texts);
   void chooseTokens(const TrainedSymbols& trained);
   void choosePieces();
