@@ -44,7 +44,7 @@ class EncodingChoice {
 
  private:
   static constexpr int kMinTrust = 3;  // blocks
-  static constexpr int kMaxTrust = 31;
+  static constexpr int kMaxTrust = 15;
 
   TextEncoding m_encoding = TextEncoding::plain;
   int m_trust = 0;
