@@ -123,6 +123,9 @@ std::vector<SampleTable> tablesOf(const std::string& name, const BenchmarkArgume
   if (name == "texts") {
     return makeTexts(scaled(kTextsRows));
   }
+  if (name == "shapeless") {
+    return makeShapeless(scaled(kTextsRows));
+  }
   if (name == "numbers") {
     return makeNumbers(scaled(kNumbersRows));
   }
@@ -314,7 +317,8 @@ int main(int argc, char** argv) {
       "gel_benchmark");
   program.add_option("--tables", arguments.tables, "which tables")
       ->delimiter(',')
-      ->check(CLI::IsMember({"flights", "wide", "sales", "texts", "texts_by_id", "numbers"}))
+      ->check(CLI::IsMember(
+          {"flights", "wide", "sales", "texts", "texts_by_id", "shapeless", "numbers"}))
       ->capture_default_str();
   program
       .add_option("--flights", arguments.flights,

@@ -9,6 +9,7 @@
 #include "benchmarks/gel/chance.h"
 #include "benchmarks/gel/date_text.h"
 #include "benchmarks/gel/number_columns.h"
+#include "benchmarks/gel/shapeless_texts.h"
 #include "benchmarks/gel/text_columns.h"
 
 namespace kelvarin {
@@ -67,6 +68,26 @@ WeightedChoice frequenciesOfCities(std::size_t count) {
     weights.push_back(rowsUpTo(city + 1) - rowsUpTo(city));
   }
   return WeightedChoice(std::move(weights));
+}
+
+// A table of each column and at last one of all.
+std::vector<SampleTable> tablesOf(const std::string& name, const std::vector<TextColumn>& columns,
+                                  std::size_t rows) {
+  std::vector<SampleTable> tables;
+  SampleTable all{.name = name, .rows = rows};
+  for (const TextColumn& made : columns) {
+    SampleTable one{.name = name + "." + made.name, .rows = rows};
+    for (SampleTable* table : {&one, &all}) {
+      SampleColumn& column = table->add(made.name, MetaTypeColumn::text);
+      for (const std::string& value : made.values) {
+        column.addText(value);
+      }
+      table->leastBytes += made.bitsPerValue * static_cast<double>(rows) / 8;
+    }
+    tables.push_back(std::move(one));
+  }
+  tables.push_back(std::move(all));
+  return tables;
 }
 
 }  // namespace
@@ -131,23 +152,11 @@ SampleTable makeSales(std::size_t rows) {
 }
 
 std::vector<SampleTable> makeTexts(std::size_t rows) {
-  const auto addColumn = [](SampleTable& table, const TextColumn& made) {
-    SampleColumn& column = table.add(made.name, MetaTypeColumn::text);
-    for (const std::string& value : made.values) {
-      column.addText(value);
-    }
-    table.leastBytes += made.bitsPerValue * static_cast<double>(table.rows) / 8;
-  };
-  std::vector<SampleTable> tables;
-  SampleTable all{.name = "texts", .rows = rows};
-  for (const TextColumn& made : makeTextColumns(rows)) {
-    SampleTable one{.name = "texts." + made.name, .rows = rows};
-    addColumn(one, made);
-    addColumn(all, made);
-    tables.push_back(std::move(one));
-  }
-  tables.push_back(std::move(all));
-  return tables;
+  return tablesOf("texts", makeTextColumns(rows), rows);
+}
+
+std::vector<SampleTable> makeShapeless(std::size_t rows) {
+  return tablesOf("shapeless", makeShapelessColumns(rows), rows);
 }
 
 std::vector<SampleTable> makeNumbers(std::size_t rows) {

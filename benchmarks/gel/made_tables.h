@@ -14,7 +14,9 @@ SampleTable makeWide(std::size_t rows);
 SampleTable makeSales(std::size_t rows);
 // Twelve kinds of texts: a table of each, named "texts.date" and so on, and at last "texts" of all.
 std::vector<SampleTable> makeTexts(std::size_t rows);
-// The same twelve and a key in ascending order, so that ranges can be read.
+// Texts that are hard to make small, as tables of their own: see shapeless_texts.h.
+std::vector<SampleTable> makeShapeless(std::size_t rows);
+// The twelve kinds of texts and a key in ascending order, so that ranges can be read.
 SampleTable makeTextsById(std::size_t rows);
 // Kinds of numbers: a table of each, named "numbers.product" and so on, and "numbers" of all.
 std::vector<SampleTable> makeNumbers(std::size_t rows);

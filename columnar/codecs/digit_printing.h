@@ -1,4 +1,4 @@
-// Decimal and hexadecimal digits of numbers, and numbers of digits, eight at a time.
+// Decimal and hexadecimal digits of numbers, and numbers of decimal digits, eight at a time.
 //
 // Printing may write up to 8 bytes behind the digits, so it needs that much memory there. Used by
 // the templates of texts.
@@ -123,26 +123,6 @@ inline bool parseUpToEightDigits(std::uint64_t eight, int width, std::uint64_t& 
   const std::uint64_t digits = (eight ^ 0x3030303030303030) << (8 * (8 - width));
   number = numberOfEight(digits);
   return nonDigits(digits) == 0;
-}
-
-// Up to eight hexadecimal digits, of the case that `letterOffset` says. `eight` are the characters
-// there and those that follow. False, and `number` is unspecified, where others occur.
-inline bool parseUpToEightHex(std::uint64_t eight, int width, std::uint64_t letterOffset,
-                              std::uint64_t& number) {
-  constexpr std::uint64_t kOnes = 0x0101010101010101;
-  const int unused = 8 * (8 - width);
-  const std::uint64_t characters =
-      eight << unused | (0x30 * kOnes & ~(~std::uint64_t{0} << unused));
-  const std::uint64_t digits = (characters & 0x0F * kOnes) + (characters >> 6 & kOnes) * 9;
-  const std::uint64_t areLetters = (digits + 0x06 * kOnes) >> 4 & kOnes;
-  // Printed again they are the same characters.
-  const bool areHex = (digits & 0xF0 * kOnes) == 0 &&
-                      digits + 0x30 * kOnes + areLetters * letterOffset == characters;
-  std::uint64_t joined = __builtin_bswap64(digits);
-  joined = (joined | joined >> 4) & 0x00FF00FF00FF00FF;
-  joined = (joined | joined >> 8) & 0x0000FFFF0000FFFF;
-  number = (joined | joined >> 16) & 0xFFFFFFFF;
-  return areHex;
 }
 
 }  // namespace kelvarin

@@ -1,7 +1,6 @@
 #include "columnar/codecs/shaped_text_encoder.h"
 
 #include <algorithm>
-#include <bit>
 
 #include "columnar/codecs/nested_texts.h"
 #include "columnar/codecs/shape_inference.h"
@@ -12,43 +11,57 @@ namespace kelvarin {
 ShapedTextEncoder::ShapedTextEncoder() = default;
 ShapedTextEncoder::~ShapedTextEncoder() = default;
 
-// The index of the template that the text follows, or the number of texts of no shape.
-std::size_t ShapedTextEncoder::parse(Bytes text, const unsigned char* endOfMemory) {
-  std::uint32_t candidates =
-      text.empty() ? (1u << m_parsers.size()) - 1 : m_candidates[text.front()];
-  for (; candidates != 0; candidates &= candidates - 1) {
-    const auto i = static_cast<std::size_t>(std::countr_zero(candidates));
-    if (m_parsers[i].parse(text, endOfMemory, m_values)) {
-      return i;
+// Of each row that is not null the template is to be found.
+void ShapedTextEncoder::beginBatch(std::span<const std::uint32_t> lengths,
+                                   const unsigned char* bytes, std::uint64_t* numbers) {
+  m_batch.bytes = bytes;
+  m_left.clear();
+  for (std::size_t row = 0; row < lengths.size(); ++row) {
+    m_batch.begins[row] = bytes;
+    const bool isNull = lengths[row] == kNullLength;
+    numbers[row] = isNull ? nullNumber() : otherNumber();
+    if (!isNull) {
+      m_left.push_back(static_cast<std::uint16_t>(row));
+      bytes += lengths[row];
     }
   }
-  return otherNumber();
+  m_batch.begins[lengths.size()] = bytes;
 }
 
-void ShapedTextEncoder::addFields(Columns& columns) {
-  ++columns.rows;
-  for (std::size_t field = 0; field < columns.areTexts.size(); ++field) {
-    if (columns.areTexts[field]) {
-      const Bytes text = m_values[field].text;
-      columns.texts[field].add(text.data(), static_cast<std::uint32_t>(text.size()));
-    } else {
-      columns.numbers[field].push_back(m_values[field].number);
-    }
-  }
-}
-
-void ShapedTextEncoder::findCandidates(std::span<const TextTemplate> templates) {
-  m_candidates.fill(0);
-  for (std::size_t i = 0; i < templates.size(); ++i) {
-    const auto& pieces = templates[i].pieces;
-    if (!pieces.empty() && pieces[0].kind == PieceKind::fixed && !pieces[0].bytes.empty()) {
-      m_candidates[static_cast<unsigned char>(pieces[0].bytes[0])] |= 1u << i;
+// The first template that a text follows is its own.
+void ShapedTextEncoder::parseBatch(std::uint64_t* numbers) {
+  for (std::size_t i = 0; i < m_parsers.size() && !m_left.empty(); ++i) {
+    m_parsers[i].parse(m_batch, m_left, m_parsed);
+    if (m_parsed.rows().empty()) {
       continue;
     }
-    for (std::uint32_t& candidates : m_candidates) {
-      candidates |= 1u << i;
+    addFields(m_columns[i]);
+    for (const std::uint16_t row : m_parsed.rows()) {
+      numbers[row] = i;
     }
+    std::erase_if(m_left, [&](std::uint16_t row) { return numbers[row] == i; });
   }
+  for (const std::uint16_t row : m_left) {
+    m_others.add(m_batch.begins[row],
+                 static_cast<std::uint32_t>(m_batch.begins[row + 1u] - m_batch.begins[row]));
+  }
+}
+
+void ShapedTextEncoder::addFields(Columns& columns) const {
+  const auto rows = m_parsed.rows();
+  for (std::size_t field = 0; field < columns.areTexts.size(); ++field) {
+    if (columns.areTexts[field]) {
+      for (const std::uint16_t row : rows) {
+        columns.texts[field].addWord(m_parsed.text(m_batch, field, row), m_batch.endOfMemory);
+      }
+      continue;
+    }
+    std::vector<std::uint64_t>& numbers = columns.numbers[field];
+    numbers.resize(columns.rows + rows.size());
+    std::transform(rows.begin(), rows.end(), numbers.data() + columns.rows,
+                   [&](std::uint16_t row) { return m_parsed.number(field, row); });
+  }
+  columns.rows += rows.size();
 }
 
 void ShapedTextEncoder::beginColumns(std::span<const TextTemplate> templates) {
@@ -69,7 +82,6 @@ void ShapedTextEncoder::beginColumns(std::span<const TextTemplate> templates) {
       }
     }
   }
-  findCandidates(templates);
   m_others.clear();
 }
 
@@ -78,27 +90,20 @@ bool ShapedTextEncoder::parseAll(const TextValues& texts, std::span<const TextTe
                                  std::size_t maxOthers) {
   constexpr std::size_t kTrialRows = 512;
   beginColumns(templates);
-  m_numbers.resize(texts.lengths.size());
+  const std::size_t rows = texts.lengths.size();
+  m_numbers.resize(rows);
+  m_batch.endOfMemory = texts.bytes.data() + texts.bytes.size();
   const unsigned char* bytes = texts.bytes.data();
-  const unsigned char* end = bytes + texts.bytes.size();
-  for (std::size_t row = 0; row < texts.lengths.size(); ++row) {
-    const std::uint32_t length = texts.lengths[row];
-    if (length == kNullLength) {
-      m_numbers[row] = nullNumber();
-      continue;
+  for (std::size_t first = 0; first < rows; first += TextBatch::kMaxTexts) {
+    const auto lengths = texts.lengths.subspan(first, std::min(TextBatch::kMaxTexts, rows - first));
+    beginBatch(lengths, bytes, m_numbers.data() + first);
+    parseBatch(m_numbers.data() + first);
+    const std::size_t others = m_others.size();
+    const bool areManySoFar = others > kTrialRows / 2 && others * 2 > first + lengths.size();
+    if (areManySoFar || others > maxOthers) {
+      return false;
     }
-    const std::size_t number = parse({bytes, length}, end);
-    m_numbers[row] = number;
-    if (number < templates.size()) {
-      addFields(m_columns[number]);
-    } else {
-      m_others.add(bytes, length);
-      const bool areManySoFar = m_others.size() > kTrialRows / 2 && m_others.size() * 2 > row;
-      if (areManySoFar || m_others.size() > maxOthers) {
-        return false;
-      }
-    }
-    bytes += length;
+    bytes = m_batch.begins[lengths.size()];
   }
   return true;
 }
@@ -139,8 +144,11 @@ void ShapedTextEncoder::appendColumns(const TextTemplate& shape, const Columns& 
 
 bool ShapedTextEncoder::append(const TextValues& texts, std::span<const Bytes> sample,
                                TextHistory& history, ByteBuffer& out) {
-  history.templates = sample.size() < 2 ? std::vector<TextTemplate>() : inferTemplates(sample);
-  history.fields.clear();
+  auto templates = sample.size() < 2 ? std::vector<TextTemplate>() : inferTemplates(sample);
+  if (templates != history.templates) {
+    history.templates = std::move(templates);
+    history.fields.clear();
+  }
   const std::size_t rows = texts.lengths.size();
   if (history.templates.empty() || !parseAll(texts, history.templates, (rows - 1) / 2)) {
     return false;

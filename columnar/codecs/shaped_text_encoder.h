@@ -44,9 +44,10 @@ class ShapedTextEncoder {
   [[nodiscard]] bool parseAll(const TextValues& texts, std::span<const TextTemplate> templates,
                               std::size_t maxOthers);
   void beginColumns(std::span<const TextTemplate> templates);
-  void findCandidates(std::span<const TextTemplate> templates);
-  std::size_t parse(Bytes text, const unsigned char* endOfMemory);
-  void addFields(Columns& columns);
+  void beginBatch(std::span<const std::uint32_t> lengths, const unsigned char* bytes,
+                  std::uint64_t* numbers);
+  void parseBatch(std::uint64_t* numbers);
+  void addFields(Columns& columns) const;
   void numberUsed();
   [[nodiscard]] bool appendParsed(const TextValues& texts, TextHistory& history, ByteBuffer& out);
   void appendColumns(const TextTemplate& shape, const Columns& columns,
@@ -55,13 +56,13 @@ class ShapedTextEncoder {
   std::uint64_t otherNumber() const { return m_parsers.size() + 1; }
 
   std::vector<TemplateParser> m_parsers;  // of the templates
-  // For each byte the templates, as bits, whose texts may begin with it.
-  std::array<std::uint32_t, 256> m_candidates{};
-  std::vector<std::size_t> m_used;  // the templates that some texts follow
+  std::vector<std::size_t> m_used;        // the templates that some texts follow
   std::array<Columns, kMaxTemplates> m_columns;
   std::vector<std::uint64_t> m_numbers;  // of the templates, for each row
   TextList m_others;
-  FieldValues m_values;
+  TextBatch m_batch;
+  std::vector<std::uint16_t> m_left;  // rows of the batch whose template is not known
+  ParsedTexts m_parsed;
   IntegerColumnEncoder m_integers;
   std::unique_ptr<TextEncoder> m_nested;
 };

@@ -15,6 +15,10 @@ constexpr std::uint16_t kNullSymbol = 257;
 constexpr std::size_t kFirstToken = 258;
 constexpr std::size_t kMaxTokenSymbols = 3000;
 constexpr int kPartsOfTraining = 16;
+// The bytes of a token and its end, each a symbol; how many they are takes so many bits.
+constexpr std::size_t kLongestSpelling = 16;
+constexpr int kSpellingBits = 5;
+static_assert(kLongestSpelling > kMaxSymbolSize);
 
 constexpr std::size_t kStretches = 16;
 constexpr std::size_t kPieceSample = 1 << 14;  // bytes
@@ -22,9 +26,9 @@ constexpr std::size_t kPiecesInRound = 256;
 constexpr int kPieceRounds = 3;
 constexpr std::size_t kPhraseSample = 16000;  // tokens
 constexpr int kPhraseRounds = 2;
-// Phrases that save less of the texts do not pay for the time.
+// A search for pieces or phrases ends where they save less of the texts: random texts have none.
 constexpr float kMinSaving = 0.05F;
-constexpr float kMinSavingForMore = 0.14F;
+constexpr float kMinSavingForMore = 0.14F;  // of phrases
 
 // What a byte of a token takes when it is spelled, and what a symbol takes in the table, in bits.
 constexpr float kBitsOfSpelledByte = 4.2F;
@@ -47,8 +51,8 @@ float binaryLogarithm(std::uint32_t count) {
 
 void SymbolCutter::cut(const TextValues& texts, TrainedSymbols& trained) {
   // At worst every byte and every end of a text is a symbol; between pieces are ends as well.
-  m_sequence.resize(std::max(m_sequence.size(), 2 * texts.bytes.size() + texts.lengths.size()));
-  m_end = m_sequence.data();
+  m_sequence.resize(std::max(m_sequence.size(),
+                             2 * texts.bytes.size() + texts.lengths.size() + kLongestSpelling));
   const bool isTrained = trained.partsLeft > 0;
   if (isTrained && trained.areBytesEnough) {
     --trained.partsLeft;
@@ -69,8 +73,11 @@ void SymbolCutter::cut(const TextValues& texts, TrainedSymbols& trained) {
   }
   countTokens(texts);
   chooseTokens(trained);
-  if (!isTrained) {
-    train(trained);
+  if (isTrained) {
+    spellTokens();
+  } else if (!train(trained)) {
+    --trained.partsLeft;
+    return spellAll(texts);
   }
   --trained.partsLeft;
   m_end = m_sequence.data();
@@ -93,6 +100,7 @@ void SymbolCutter::beginWithBytes() {
 // Every byte is a symbol, whatever was trained.
 void SymbolCutter::spellAll(const TextValues& texts) {
   beginWithBytes();
+  m_end = m_sequence.data();
   const unsigned char* bytes = texts.bytes.data();
   for (const std::uint32_t length : texts.lengths) {
     m_end = std::copy_n(bytes, byteCountOf(length), m_end);
@@ -141,11 +149,21 @@ void SymbolCutter::useTrained(const TrainedSymbols& trained) {
   m_phraseRounds = trained.phraseRounds;
 }
 
-void SymbolCutter::train(TrainedSymbols& trained) {
+// False where nothing but bytes is worth being a symbol.
+bool SymbolCutter::train(TrainedSymbols& trained) {
   trained.firstPiece = m_symbols.size();
   choosePieces();
+  trained.areBytesEnough = m_pairs.saving() < kMinSaving && areTokensRare();
+  if (trained.areBytesEnough) {
+    m_symbols.resize(kFirstToken);
+    trained.firstPiece = kFirstToken;
+    m_phrasePairs.clear();
+  }
   trained.firstPhrase = m_symbols.size();
-  choosePhrases();
+  if (!trained.areBytesEnough) {
+    spellTokens();
+    choosePhrases();
+  }
   trained.symbols = m_symbols;
   trained.phrases = m_phrasePairs;
   trained.phraseRounds = m_phraseRounds;
@@ -157,6 +175,24 @@ void SymbolCutter::train(TrainedSymbols& trained) {
                      std::pair(m_symbols[right].order(), right);
             });
   trained.partsLeft = kPartsOfTraining;
+  return !trained.areBytesEnough;
+}
+
+// Whether most bytes are in rare tokens. Single bytes, which are symbols in any case, are neither.
+bool SymbolCutter::areTokensRare() {
+  std::size_t all = 0;
+  std::size_t rare = 0;
+  std::size_t frequent = 0;
+  for (const TokenTable::Entry& entry : m_tokens.entries()) {
+    const std::size_t bytes = entry.count * entry.token.size();
+    all += bytes;
+    if (entry.symbol == TokenTable::kNoSymbol) {
+      rare += bytes;
+    } else if (entry.symbol >= kFirstToken) {
+      frequent += bytes;
+    }
+  }
+  return rare * 2 > all && frequent * 16 < all;
 }
 
 void SymbolCutter::countTokens(const TextValues& texts) {
@@ -204,9 +240,6 @@ void SymbolCutter::chooseTokens(const TrainedSymbols& trained) {
       m_symbols.push_back(entries[index].token);
     }
   }
-  m_symbolOf.resize(entries.size());
-  std::transform(entries.begin(), entries.end(), m_symbolOf.begin(),
-                 [](const TokenTable::Entry& entry) { return entry.symbol; });
 }
 
 // The parts that rare words have in common.
@@ -230,6 +263,9 @@ void SymbolCutter::choosePieces() {
           m_pieces.add(piece, static_cast<std::uint16_t>(m_symbols.size()))) {
         m_symbols.push_back(piece);
       }
+    }
+    if (m_pairs.saving() < kMinSaving) {
+      return;
     }
   }
 }
@@ -277,20 +313,40 @@ void SymbolCutter::appendSample() {
   }
 }
 
-void SymbolCutter::appendTokens(std::span<const std::uint32_t> indices) {
+// Each token once, however often it occurs.
+void SymbolCutter::spellTokens() {
   const auto entries = m_tokens.entries();
+  m_spellingOf.resize(entries.size());
+  m_spellings.resize(std::max(m_spellings.size(), (entries.size() + 1) * kLongestSpelling));
+  std::uint16_t* end = m_spellings.data();
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    const TokenTable::Entry& entry = entries[i];
+    const std::uint16_t* begin = end;
+    if (entry.symbol != TokenTable::kNoSymbol) {
+      *end++ = entry.symbol;
+    } else if (entry.count > 0) {
+      m_pieces.spell(entry.token, end);
+      if (entry.token.endsText()) {
+        *end++ = kEndSymbol;
+      }
+    }
+    m_spellingOf[i] = static_cast<std::uint32_t>(begin - m_spellings.data()) << kSpellingBits |
+                      static_cast<std::uint32_t>(end - begin);
+  }
+}
+
+void SymbolCutter::appendTokens(std::span<const std::uint32_t> indices) {
+  constexpr std::size_t kUsual = kLongestSpelling / 2;
   std::uint16_t* end = m_end;
   for (const std::uint32_t index : indices) {
-    const std::uint16_t symbol = m_symbolOf[index];
-    if (symbol != TokenTable::kNoSymbol) {
-      *end++ = symbol;
-      continue;
+    const std::uint32_t spelling = m_spellingOf[index];
+    const std::uint32_t count = spelling % (1u << kSpellingBits);
+    const std::uint16_t* from = m_spellings.data() + (spelling >> kSpellingBits);
+    std::memcpy(end, from, kUsual * sizeof *from);
+    if (count > kUsual) [[unlikely]] {
+      std::memcpy(end + kUsual, from + kUsual, kUsual * sizeof *from);
     }
-    const Symbol& token = entries[index].token;
-    m_pieces.spell(token, end);
-    if (token.endsText()) {
-      *end++ = token.isNull() ? kNullSymbol : kEndSymbol;
-    }
+    end += count;
   }
   m_end = end;
 }

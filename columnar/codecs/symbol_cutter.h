@@ -36,12 +36,14 @@ class SymbolCutter {
   void useTrained(const TrainedSymbols& trained);
   void spellAll(const TextValues& texts);
   [[nodiscard]] bool areBytesEnough(const TextValues& texts) const;
-  void train(TrainedSymbols& trained);
+  [[nodiscard]] bool train(TrainedSymbols& trained);
+  [[nodiscard]] bool areTokensRare();
   void countTokens(const TextValues& texts);
   void chooseTokens(const TrainedSymbols& trained);
   void choosePieces();
   void choosePhrases();
   void appendSample();
+  void spellTokens();
   void appendTokens(std::span<const std::uint32_t> indices);
   void joinPhrases();
 
@@ -49,7 +51,10 @@ class SymbolCutter {
   TokenTable m_tokens;
   std::vector<std::uint32_t> m_memory;       // for the indices, as long as they can get
   std::span<const std::uint32_t> m_indices;  // of the texts' tokens
-  std::vector<std::uint16_t> m_symbolOf;     // of each token; close together for the cache
+  // What the tokens become, a symbol or several each, and for each token the offset there with, in
+  // the lowest bits, how many symbols they are.
+  std::vector<std::uint16_t> m_spellings;
+  std::vector<std::uint32_t> m_spellingOf;
   std::vector<std::pair<float, std::uint32_t>> m_gains;
   SymbolPairs m_pairs;
   SymbolPieces m_pieces;

@@ -6,6 +6,7 @@
 #include <emmintrin.h>
 
 #include "columnar/codecs/digit_printing.h"
+#include "columnar/codecs/hex_parsing.h"
 
 namespace kelvarin {
 
@@ -20,15 +21,20 @@ struct Rest {
   const unsigned char* endOfMemory;
 
   std::size_t size() const { return static_cast<std::size_t>(end - bytes); }
-  std::uint64_t eight(std::size_t offset = 0) const {
-    const unsigned char* from = bytes + offset;
-    std::uint64_t word = 0;
-    if (endOfMemory - from >= static_cast<std::ptrdiff_t>(kWord)) [[likely]] {
-      word = loadPacked<std::uint64_t>(from);
+  std::uint64_t eight(std::size_t offset = 0) const { return load<std::uint64_t>(bytes + offset); }
+  __m128i sixteen() const { return load<__m128i>(bytes); }
+
+ private:
+  // With zeros behind the end of the memory.
+  template <typename T>
+  T load(const unsigned char* from) const {
+    T loaded{};
+    if (endOfMemory - from >= static_cast<std::ptrdiff_t>(sizeof loaded)) [[likely]] {
+      std::memcpy(&loaded, from, sizeof loaded);
     } else if (from < endOfMemory) {
-      std::memcpy(&word, from, static_cast<std::size_t>(endOfMemory - from));
+      std::memcpy(&loaded, from, static_cast<std::size_t>(endOfMemory - from));
     }
-    return word;
+    return loaded;
   }
 };
 
@@ -73,52 +79,36 @@ std::size_t countText(const Rest& rest, TextExtent extent) {
 
 // These return the number of bytes of a field, 0 where it does not fit.
 
-// Digits of the widths that `parseEight(characters, width, number)` parses, one part after another;
-// `step(width)` is what each part multiplies the number before it by.
-template <typename ParseEight, typename Step>
-std::size_t parseParts(const Rest& rest, int width, std::uint64_t& number, ParseEight parseEight,
-                       Step step) {
+[[gnu::always_inline]] inline std::size_t parseFixedDigits(const Rest& rest, int width,
+                                                           std::uint64_t& number) {
   const auto size = static_cast<std::size_t>(width);
   if (rest.size() < size) {
     return 0;
   }
-  bool areDigits = true;
-  number = 0;
-  for (std::size_t first = 0; first < size; first += kWord) {
-    const auto part = static_cast<int>(std::min(size - first, kWord));
+  if (size <= kWord) [[likely]] {
+    return parseUpToEightDigits(rest.eight(), width, number) ? size : 0;
+  }
+  bool areDigits = parseUpToEightDigits(rest.eight(), kWord, number);
+  for (std::size_t done = kWord; done < size; done += kWord) {
+    const auto part = static_cast<int>(std::min(size - done, kWord));
     std::uint64_t digits = 0;
-    areDigits &= parseEight(rest.eight(first), part, digits);
-    number = number * step(part) + digits;
+    areDigits &= parseUpToEightDigits(rest.eight(done), part, digits);
+    number = number * powerOfTen(part) + digits;
   }
   return areDigits ? size : 0;
 }
 
-std::size_t parseFixedDigits(const Rest& rest, int width, std::uint64_t& number) {
+[[gnu::always_inline]] inline std::size_t parseFixedHex(const Rest& rest, int width, char letterA,
+                                                        std::uint64_t& number) {
   const auto size = static_cast<std::size_t>(width);
-  if (size <= kWord) [[likely]] {
-    const bool areThere = rest.size() >= size && parseUpToEightDigits(rest.eight(), width, number);
-    return areThere ? size : 0;
-  }
-  return parseParts(
-      rest, width, number,
-      [](std::uint64_t eight, int part, std::uint64_t& digits) {
-        return parseUpToEightDigits(eight, part, digits);
-      },
-      powerOfTen);
-}
-
-std::size_t parseFixedHex(const Rest& rest, int width, std::uint64_t letterOffset,
-                          std::uint64_t& number) {
-  return parseParts(
-      rest, width, number,
-      [letterOffset](std::uint64_t eight, int part, std::uint64_t& digits) {
-        return parseUpToEightHex(eight, part, letterOffset, digits);
-      },
-      [](int part) { return std::uint64_t{1} << (4 * part); });
+  const bool fits =
+      (rest.size() >= size) & parseUpToSixteenHex(rest.sixteen(), width, letterA, number);
+  return fits ? size : 0;
 }
 
 // All digits that the rest begins with.
-std::size_t parseVaryingDigits(const Rest& rest, std::uint64_t& number) {
+[[gnu::always_inline]] inline std::size_t parseVaryingDigits(const Rest& rest,
+                                                             std::uint64_t& number) {
   const std::uint64_t digits = rest.eight() ^ 0x3030303030303030;
   const std::uint64_t others = nonDigits(digits);
   std::size_t count = std::min<std::size_t>(
@@ -136,13 +126,15 @@ std::size_t parseVaryingDigits(const Rest& rest, std::uint64_t& number) {
   return count > kMaxDecimalDigits ? 0 : parseFixedDigits(rest, static_cast<int>(count), number);
 }
 
-std::size_t parseNumber(const Rest& rest, std::uint64_t& number) {
+[[gnu::always_inline]] inline std::size_t parseNumber(const Rest& rest, std::uint64_t& number) {
   const std::size_t width = parseVaryingDigits(rest, number);
-  return width > 1 && rest.bytes[0] == '0' ? 0 : width;
+  const bool hasLeadingZero = (width > 1) & (static_cast<char>(rest.eight()) == '0');
+  return hasLeadingZero ? 0 : width;
 }
 
-std::size_t parseDecimal(const Rest& rest, int fractionWidth, unsigned char separator,
-                         std::uint64_t& number) {
+[[gnu::always_inline]] inline std::size_t parseDecimal(const Rest& rest, int fractionWidth,
+                                                       unsigned char separator,
+                                                       std::uint64_t& number) {
   const std::size_t whole = parseNumber(rest, number);
   const std::size_t size = whole + 1 + static_cast<std::size_t>(fractionWidth);
   std::uint64_t fraction = 0;
@@ -158,7 +150,9 @@ std::size_t parseDecimal(const Rest& rest, int fractionWidth, unsigned char sepa
   return size;
 }
 
-std::size_t parseMoment(const Rest& rest, const MomentPattern& pattern, std::uint64_t& number) {
+[[gnu::always_inline]] inline std::size_t parseMoment(const Rest& rest,
+                                                      const MomentPattern& pattern,
+                                                      std::uint64_t& number) {
   return rest.size() >= pattern.size() && pattern.parse(rest.bytes, number) ? pattern.size() : 0;
 }
 
@@ -172,7 +166,7 @@ TemplateParser::TemplateParser(const TextTemplate& shape) {
     step.extent = piece.extent;
     m_fieldCount += piece.isField();
     if (piece.kind == PieceKind::moment) {
-      (void)m_moments.emplace_back().compile(piece.bytes);
+      (void)step.moment.compile(piece.bytes);
     } else if (piece.kind == PieceKind::fixed) {
       const std::size_t beginning = std::min(piece.bytes.size(), kWord);
       std::memcpy(&step.beginning, piece.bytes.data(), beginning);
@@ -184,56 +178,92 @@ TemplateParser::TemplateParser(const TextTemplate& shape) {
   }
 }
 
-bool TemplateParser::parse(Bytes text, const unsigned char* endOfMemory,
-                           FieldValues& values) const {
-  Rest rest{text.data(), text.data() + text.size(), endOfMemory};
-  FieldValue* value = values.data();
-  const MomentPattern* moment = m_moments.data();
-  for (const Step& step : m_steps) {
-    std::size_t size = 0;
-    switch (step.kind) {
-      case PieceKind::fixed:
-        size = step.fixed.size();
-        if (rest.size() < size || ((rest.eight() ^ step.beginning) & step.mask) != 0 ||
-            (size > kWord && std::memcmp(rest.bytes, step.fixed.data(), size) != 0)) {
-          return false;
-        }
-        rest.bytes += size;
-        continue;
-      case PieceKind::digits:
-        size = parseFixedDigits(rest, step.width, value->number);
-        break;
-      case PieceKind::number:
-        size = parseNumber(rest, value->number);
-        break;
-      case PieceKind::varyingDigits:
-        size = parseVaryingDigits(rest, value->number);
-        value->number += countOfShorterDigits(std::max(static_cast<int>(size), 1));
-        break;
-      case PieceKind::lowerHex:
-        size = parseFixedHex(rest, step.width, kLowerLetterOffset, value->number);
-        break;
-      case PieceKind::upperHex:
-        size = parseFixedHex(rest, step.width, kUpperLetterOffset, value->number);
-        break;
-      case PieceKind::decimal:
-        size = parseDecimal(rest, step.width, step.separator, value->number);
-        break;
-      case PieceKind::moment:
-        size = parseMoment(rest, *moment++, value->number);
-        break;
-      case PieceKind::text:
-        size = countText(rest, step.extent);
-        value->text = {rest.bytes, size};
-        break;
+// Reads one piece of all texts that have fitted so far. Those that do not fit are left out.
+void TemplateParser::takePiece(const Step& step, const TextBatch& batch, ParsedTexts& parsed,
+                               std::uint64_t* values) {
+  // `parse(rest, row)` returns the number of bytes, 0 where they do not fit.
+  const auto forEach = [&](auto parse) {
+    std::size_t fitting = 0;
+    for (const std::uint16_t row : parsed.rows()) {
+      const Rest rest{parsed.m_next[row], batch.begins[row + 1u], batch.endOfMemory};
+      const std::size_t size = parse(rest, row);
+      parsed.m_next[row] += size;
+      parsed.m_rows[fitting] = row;
+      fitting += size > 0;
     }
-    if (size == 0 && step.kind != PieceKind::text) {
-      return false;
-    }
-    rest.bytes += size;
-    ++value;
+    parsed.m_rowCount = fitting;
+  };
+  switch (step.kind) {
+    case PieceKind::fixed:
+      return forEach([&](const Rest& rest, std::uint16_t) {
+        const std::size_t size = step.fixed.size();
+        const bool fits =
+            (rest.size() >= size) & (((rest.eight() ^ step.beginning) & step.mask) == 0);
+        const bool isWhole =
+            size <= kWord ||
+            (fits && std::memcmp(rest.bytes + kWord, step.fixed.data() + kWord, size - kWord) == 0);
+        return fits && isWhole ? size : 0;
+      });
+    case PieceKind::digits:
+      return forEach([&](const Rest& rest, std::uint16_t row) {
+        return parseFixedDigits(rest, step.width, values[row]);
+      });
+    case PieceKind::number:
+      return forEach(
+          [&](const Rest& rest, std::uint16_t row) { return parseNumber(rest, values[row]); });
+    case PieceKind::varyingDigits:
+      return forEach([&](const Rest& rest, std::uint16_t row) {
+        const std::size_t size = parseVaryingDigits(rest, values[row]);
+        values[row] += countOfShorterDigits(std::max(static_cast<int>(size), 1));
+        return size;
+      });
+    case PieceKind::lowerHex:
+      return forEach([&](const Rest& rest, std::uint16_t row) {
+        return parseFixedHex(rest, step.width, 'a', values[row]);
+      });
+    case PieceKind::upperHex:
+      return forEach([&](const Rest& rest, std::uint16_t row) {
+        return parseFixedHex(rest, step.width, 'A', values[row]);
+      });
+    case PieceKind::decimal:
+      return forEach([&](const Rest& rest, std::uint16_t row) {
+        return parseDecimal(rest, step.width, step.separator, values[row]);
+      });
+    case PieceKind::moment:
+      return forEach([&](const Rest& rest, std::uint16_t row) {
+        return parseMoment(rest, step.moment, values[row]);
+      });
+    case PieceKind::text:
+      for (const std::uint16_t row : parsed.rows()) {
+        const unsigned char*& next = parsed.m_next[row];
+        const std::size_t size =
+            countText({next, batch.begins[row + 1u], batch.endOfMemory}, step.extent);
+        values[row] = static_cast<std::uint64_t>(next - batch.bytes) |
+                      std::uint64_t{size} << ParsedTexts::kSizeShift;
+        next += size;
+      }
   }
-  return rest.size() == 0;
+}
+
+void TemplateParser::parse(const TextBatch& batch, std::span<const std::uint16_t> rows,
+                           ParsedTexts& parsed) const {
+  std::copy(rows.begin(), rows.end(), parsed.m_rows.begin());
+  parsed.m_rowCount = rows.size();
+  for (const std::uint16_t row : rows) {
+    parsed.m_next[row] = batch.begins[row];
+  }
+  parsed.m_values.resize(std::max(parsed.m_values.size(), m_fieldCount * TextBatch::kMaxTexts));
+  std::uint64_t* values = parsed.m_values.data();
+  for (const Step& step : m_steps) {
+    takePiece(step, batch, parsed, values);
+    values += step.kind == PieceKind::fixed ? 0 : TextBatch::kMaxTexts;
+  }
+  std::size_t whole = 0;
+  for (const std::uint16_t row : parsed.rows()) {
+    parsed.m_rows[whole] = row;
+    whole += parsed.m_next[row] == batch.begins[row + 1u];
+  }
+  parsed.m_rowCount = whole;
 }
 
 }  // namespace kelvarin

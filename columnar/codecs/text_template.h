@@ -40,6 +40,7 @@ struct TemplatePiece {
 
   bool isField() const { return kind != PieceKind::fixed; }
   bool isNumeric() const { return isField() && kind != PieceKind::text; }
+  bool operator==(const TemplatePiece&) const = default;
 };
 
 struct TextTemplate {
@@ -50,6 +51,7 @@ struct TextTemplate {
 
   void append(ByteBuffer& out) const;
   [[nodiscard]] bool take(ByteReader& reader);
+  bool operator==(const TextTemplate&) const = default;
 };
 
 // How many digit sequences are shorter than `width`, which is 1 to 19.

@@ -1,6 +1,7 @@
 #include "columnar/codecs/text_tokens.h"
 
 #include <algorithm>
+#include <array>
 
 #include <emmintrin.h>
 
@@ -39,8 +40,15 @@ Kinds kindsOf(__m128i bytes) {
 }  // namespace
 
 bool TextTokens::isOther(unsigned char byte) {
-  const Kinds kinds = kindsOf(_mm_set1_epi8(static_cast<char>(byte)));
-  return (kinds.letters | kinds.digits | kinds.blanks) == 0;
+  static const std::array<bool, 256> areOthers = [] {
+    std::array<bool, 256> are{};
+    for (std::size_t i = 0; i < are.size(); ++i) {
+      const Kinds kinds = kindsOf(_mm_set1_epi8(static_cast<char>(i)));
+      are[i] = (kinds.letters | kinds.digits | kinds.blanks) == 0;
+    }
+    return are;
+  }();
+  return areOthers[byte];
 }
 
 void TextTokens::cut(const TextValues& texts) {
@@ -71,6 +79,12 @@ void TextTokens::cut(const TextValues& texts) {
               kinds.blanks >> (kGroup - 1)};
     blanksBefore = kinds.blanks >> (kGroup - 2);
   }
+  std::size_t offset = 0;
+  for (const std::uint32_t length : texts.lengths) {
+    setBegin(offset);
+    offset += byteCountOf(length);
+  }
+  setBegin(offset);
 }
 
 }  // namespace kelvarin

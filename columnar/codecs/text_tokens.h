@@ -24,27 +24,19 @@ class TextTokens {
     const unsigned char* text = m_texts.bytes.data();
     std::size_t at = 0;
     for (const std::uint32_t length : m_texts.lengths) {
-      if (length == kNullLength) {
-        use(Symbol::null());
+      if (byteCountOf(length) == 0) {
+        use(length == kNullLength ? Symbol::null() : Symbol::end());
         continue;
       }
       const std::size_t end = at + length;
-      std::size_t size = 0;
-      for (; at + kMaxSymbolSize < end; at += size) {
-        size = sizeAt(at);
+      std::size_t size = sizeAt(at);
+      for (; at + size < end; size = sizeAt(at)) {
         use(tokenAt(text + at, size, 0));
-      }
-      // The rest of a text is less than a token.
-      while (at < end) {
-        size = std::min(sizeAt(at), end - at);
-        const bool isEnd = at + size == end && size <= kMaxEndingSize && isOther(text[at]);
-        use(tokenAt(text + at, size, isEnd ? Symbol::kEnds : 0));
         at += size;
-        if (isEnd) {
-          ++at;
-        }
       }
-      if (at == end) {
+      const bool isEnd = size <= kMaxEndingSize && isOther(text[at]);
+      use(tokenAt(text + at, size, isEnd ? Symbol::kEnds : 0));
+      if (!isEnd) {
         use(Symbol::end());
       }
       at = end;
@@ -58,7 +50,10 @@ class TextTokens {
       0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF};
 
   static bool isOther(unsigned char byte);
-  // The size of the token at an offset, where no end of a text comes before.
+  void setBegin(std::size_t offset) {
+    m_begins[offset / 8] |= static_cast<unsigned char>(1u << offset % 8);
+  }
+  // The size of the token at an offset.
   std::size_t sizeAt(std::size_t offset) const {
     const std::size_t next = offset + 1;
     const std::uint32_t begins = loadPacked<std::uint32_t>(m_begins.data() + next / 8) >> next % 8;
@@ -79,7 +74,8 @@ class TextTokens {
 
   TextValues m_texts;
   const unsigned char* m_end = nullptr;
-  std::vector<unsigned char> m_begins;  // a bit for each byte: a token begins there
+  // A bit for each byte: a token begins there, or the first text behind the last one.
+  std::vector<unsigned char> m_begins;
 };
 
 }  // namespace kelvarin

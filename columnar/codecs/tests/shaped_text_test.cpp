@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "columnar/codecs/chunk_codec.h"
+#include "columnar/codecs/hex_parsing.h"
 #include "columnar/codecs/shaped_text_encoder.h"
 #include "columnar/codecs/snappy_stream.h"
 #include "columnar/codecs/text_sample.h"
@@ -328,6 +329,10 @@ TEST(MomentPattern, EveryDayAndNothingElse) {
   }
 }
 
+__m128i sixteenOf(const unsigned char* bytes) {
+  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+}
+
 TEST(DigitPrinting, EveryWidth) {
   unsigned char text[32] = {};
   for (int width = 1; width <= kMaxDecimalDigits; ++width) {
@@ -345,11 +350,7 @@ TEST(DigitPrinting, EveryWidth) {
     printHex(number, width, kUpperLetterOffset, text);
     EXPECT_EQ(asText({text, static_cast<std::size_t>(width)}),
               std::string("FEDCBA9876543210").substr(0, static_cast<std::size_t>(width)));
-    if (width <= 8) {
-      EXPECT_TRUE(
-          parseUpToEightHex(loadPacked<std::uint64_t>(text), width, kUpperLetterOffset, parsed) &&
-          parsed == number);
-    }
+    EXPECT_TRUE(parseUpToSixteenHex(sixteenOf(text), width, 'A', parsed) && parsed == number);
   }
 }
 
@@ -367,12 +368,11 @@ TEST(DigitParsing, NoOtherCharacterIsADigit) {
         };
         ASSERT_EQ(parseUpToEightDigits(eight, width, parsed), isIn("0123456789")) << text;
         ASSERT_TRUE(!isIn("0123456789") || parsed == std::stoull(known)) << text;
-        ASSERT_EQ(parseUpToEightHex(eight, width, kLowerLetterOffset, parsed),
-                  isIn("0123456789abcdef"))
+        const __m128i sixteen = sixteenOf(asBytes(text + text).data());
+        ASSERT_EQ(parseUpToSixteenHex(sixteen, width, 'a', parsed), isIn("0123456789abcdef"))
             << text;
         ASSERT_TRUE(!isIn("0123456789abcdef") || parsed == std::stoull(known, nullptr, 16)) << text;
-        ASSERT_EQ(parseUpToEightHex(eight, width, kUpperLetterOffset, parsed),
-                  isIn("0123456789ABCDEF"))
+        ASSERT_EQ(parseUpToSixteenHex(sixteen, width, 'A', parsed), isIn("0123456789ABCDEF"))
             << text;
       }
     }

@@ -110,6 +110,28 @@ TEST(SymbolTexts, EveryTextComesBack) {
   EXPECT_EQ(decoded(encoded(kSentences), kSentences.size()), kSentences);
 }
 
+// No token comes again and no piece is frequent, so bytes are the symbols of all parts.
+TEST(SymbolTexts, RandomLettersTakeWhatTheyHold) {
+  constexpr double kBitsOfLetter = 4.7;
+  std::mt19937 random(3);
+  Texts texts{std::nullopt, ""};
+  std::size_t letters = 0;
+  while (letters < 1'000'000) {
+    std::string text(1 + random() % 60, ' ');
+    for (char& letter : text) {
+      letter = static_cast<char>('a' + random() % 26);
+    }
+    letters += text.size();
+    texts.push_back(text);
+  }
+  texts.emplace_back();
+  const std::string bytes = encoded(texts);
+  EXPECT_EQ(decoded(bytes, texts.size()), texts);
+  const double bits = static_cast<double>(letters) * kBitsOfLetter;
+  const double bitsOfEnds = static_cast<double>(texts.size()) * 6;
+  EXPECT_LT(static_cast<double>(bytes.size()) * 8, 1.02 * bits + bitsOfEnds);
+}
+
 TEST(SymbolTexts, ManyTextsAreCutIntoParts) {
   Texts texts = mixedTexts(40'000, 7);
   texts.push_back(std::string(300'000, 'x') + "end");
