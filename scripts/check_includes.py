@@ -85,6 +85,7 @@ ALLOWED = {
     "gui": ["gui/edit", "gui/host_editors", "gui/window"],
     "cli": ["expression/help", "expression/options", "host/engine", "host/tables"],
     "cli/gel": ["cli", "columnar/reader", "columnar/writer"],
+    "include/kelvarin": [],
     "fuzz": ["columnar/reader"],
     "benchmarks/gel": ["columnar/reader", "columnar/writer"],
     "benchmarks/expressions": ["expression/backends"],
