@@ -258,6 +258,9 @@ bool ExpressionAction::compileOutputs(const std::vector<OutputVariable>& outputs
   m_isRowLoaded = !isChecking();  // before anything is evaluated
   if (isGood && !isChecking()) {
     m_evaluator.start();
+    if (run() != nullptr) {
+      m_evaluator.rows.advanceRows(static_cast<std::size_t>(run()->firstRow));
+    }
     reportBackends();
   }
   return isGood;
@@ -307,6 +310,12 @@ void ExpressionAction::logFailure(LogLevel level, const QString& text, int index
   details.token = error.token;
   details.position = error.position;
   details.row = isChecking() ? -1 : rowNumber();
+  details.expression = output(index).expression;
+  if (m_isRowLoaded) {
+    for (const TriedVariable& variable : triedExpression(index).variables) {
+      details.values.push_back({variable.name, variable.value, variable.isText});
+    }
+  }
   logWithDetails(level, text, details);
   logExplanation(explanation(index, error, note));
   const OneRow* input = announcedColumnsOfInPin(0);

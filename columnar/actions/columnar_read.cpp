@@ -26,10 +26,11 @@ void warn(const QString& line) {
 
 ColumnarRead::ColumnarRead(ActionItem& action, const ReadColumnarSettings& settings,
                            const BlockFilter& filter, const QStringList& columnsToRead,
-                           ClaimedNames& names, Pause pause)
+                           const TablePart& part, ClaimedNames& names, Pause pause)
     : m_action(action),
       m_settings(settings),
       m_columnsToRead(columnsToRead),
+      m_part(part),
       m_names(names),
       m_pause(std::move(pause)),
       m_damage(settings.skipCorruptedBlocks),
@@ -239,10 +240,16 @@ bool ColumnarRead::chooseColumns() {
 }
 
 void ColumnarRead::announceColumns() {
+  QVector<QString> names = m_choice->names();
+  QVector<MetaInfo> metas = m_choice->metas();
+  if (m_part.hasRowNumbers()) {
+    names += m_part.rowNumberColumn;
+    metas += MetaInfo(MetaTypeColumn::number, 0);
+  }
   OneRow* row = m_action.getOutputRowForOutputPin(0);
-  row->setNumberOfColumns(static_cast<int>(m_choice->names().size()));
-  row->setColName(m_choice->names());
-  row->setMetaData(m_choice->metas());
+  row->setNumberOfColumns(static_cast<int>(names.size()));
+  row->setColName(names);
+  row->setMetaData(metas);
   // The rows of several files have no common order.
   const bool isOneFile = m_files.size() == 1;
   row->setSortInfos(isOneFile ? storedOrder(*m_gelFile, m_columns) : QVector<SortInfos>());
@@ -282,7 +289,7 @@ bool ColumnarRead::startUnits() {
       return isWanted;
     };
   }
-  auto units = BlockUnits::open(*m_gelFile, m_columns, std::move(wantsBlock));
+  auto units = BlockUnits::open(*m_gelFile, m_columns, std::move(wantsBlock), m_part);
   if (!units) {
     return fail(columnar_messages::cannotOpenSideFile(
         QFile::decodeName(QByteArray::fromStdString(units.error()))));

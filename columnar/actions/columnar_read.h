@@ -26,7 +26,8 @@ class ColumnarRead {
  public:
   // All but the last outlive this object.
   ColumnarRead(ActionItem& action, const ReadColumnarSettings& settings, const BlockFilter& filter,
-               const QStringList& columnsToRead, ClaimedNames& names, Pause pause);
+               const QStringList& columnsToRead, const TablePart& part, ClaimedNames& names,
+               Pause pause);
 
   // Finds the names, opens the first file and announces its columns. False: no file to read, or a
   // failure.
@@ -78,6 +79,7 @@ class ColumnarRead {
   ActionItem& m_action;
   const ReadColumnarSettings& m_settings;
   const QStringList& m_columnsToRead;
+  const TablePart& m_part;
   ClaimedNames& m_names;
   const Pause m_pause;
   DamagePolicy m_damage;

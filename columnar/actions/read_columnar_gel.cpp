@@ -195,8 +195,9 @@ void ReadColumnarGel::setComputeRoutine() {
 
 bool ReadColumnarGel::computeFirstRow(ActionItem* action) {
   auto& self = static_cast<ReadColumnarGel&>(*action);
-  self.m_read = std::make_unique<ColumnarRead>(self, self.m_settings, self.m_blockFilter,
-                                               self.m_columnsToRead, self.m_names, self.m_pause);
+  self.m_read =
+      std::make_unique<ColumnarRead>(self, self.m_settings, self.m_blockFilter,
+                                     self.m_columnsToRead, self.m_part, self.m_names, self.m_pause);
   if (!self.m_read->begin() || !self.mustComputeFull()) {
     return true;
   }

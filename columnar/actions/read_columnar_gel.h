@@ -14,12 +14,14 @@
 #include "columnar/actions/read_settings.h"
 #include "host/contract/action_item.h"
 #include "host/contract/batch_rows.h"
+#include "host/contract/partial_source.h"
 
 namespace kelvarin {
 
 class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem>,
                         public FileUser,
-                        public BatchSource {
+                        public BatchSource,
+                        public PartialSource {
  public:
   ReadColumnarGel(XMLNode node, GlobalParameters* parameters);
 
@@ -42,6 +44,7 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem>,
   }
   bool readOn() override { return m_read->readOn(); }
   int maxUnitsAhead() const override { return m_read->maxUnitsAhead(); }
+  void readOnly(const TablePart& part) override { m_part = part; }
 
   // For editors, between runs. A setter leaves what saving and reading the action's XML would; the
   // settings decide the number of input pins.
@@ -66,6 +69,7 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem>,
   ReadColumnarSettings m_settings;
   BlockFilter m_blockFilter;
   QStringList m_columnsToRead;
+  TablePart m_part;
   Pause m_pause = sleepFor;
   ClaimedNames m_names;
 

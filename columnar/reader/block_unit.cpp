@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <new>
+#include <numeric>
 
 #include "columnar/reader/joined_batch.h"
 
@@ -16,6 +17,19 @@ constexpr std::size_t kBytesInUnit = 512 << 10;
 constexpr std::size_t kItemsInUnit = 256;
 // The texts of a column in one batch have positions of 32 bits.
 constexpr std::size_t kMaxJoinedBytes = 1 << 30;
+
+}  // namespace
+
+namespace {
+
+RowBatchPointer withRowNumbers(const RowBatch& batch, std::uint64_t firstRow) {
+  auto numbers = std::make_shared_for_overwrite<double[]>(batch.rowCount());
+  std::iota(numbers.get(), numbers.get() + batch.rowCount(), static_cast<double>(firstRow));
+  std::vector<BatchColumn> columns = batch.columns();
+  const double* first = numbers.get();
+  columns.push_back(BatchColumn::ofNumbers(std::move(numbers), first));
+  return std::make_shared<RowBatch>(batch.rowCount(), std::move(columns));
+}
 
 }  // namespace
 
@@ -84,7 +98,9 @@ void BlockUnit::parseItems() {
   for (const Item& item : m_items) {
     const ReadEvent event = item.part.block ? eventOf(item.part) : item.damage;
     if (event.kind == ReadEvent::Kind::rows) {
-      rows.append(event);
+      if (event.batch->rowCount() > 0) {
+        rows.append(event);
+      }
       continue;
     }
     rows.end();
@@ -99,7 +115,7 @@ void BlockUnit::parseItems() {
   rows.end();
 }
 
-ReadEvent BlockUnit::eventOf(const Part& part) {
+ReadEvent BlockUnit::eventOf(const Part& part) const {
   BlockDecoding& decoding = *part.block;
   const FetchedBlock& block = decoding.block();
   const ReadStatus status = decoding.decode();
@@ -116,11 +132,27 @@ ReadEvent BlockUnit::eventOf(const Part& part) {
   RowBatchPointer batch = decoding.columns().batch(part.batch);
   const std::uint64_t first = block.firstRow + decoding.columns().rowsBefore(part.batch);
   const std::uint64_t last = first + batch->rowCount() - 1;
-  return {.kind = ReadEvent::Kind::rows,
-          .firstRow = first,
-          .lastRow = last,
-          .batch = std::move(batch),
-          .blocks = part.batch == 0 ? 1u : 0u};
+  ReadEvent rows{.kind = ReadEvent::Kind::rows,
+                 .firstRow = first,
+                 .lastRow = last,
+                 .batch = std::move(batch),
+                 .blocks = part.batch == 0 ? 1u : 0u};
+  keepRowsOfPart(rows);
+  return rows;
+}
+
+void BlockUnit::keepRowsOfPart(ReadEvent& rows) const {
+  const std::uint64_t begin = std::max(rows.firstRow, m_part->firstRow);
+  const std::uint64_t end = std::max(begin, std::min(rows.lastRow + 1, m_part->endRow));
+  if (end - begin < rows.batch->rowCount()) {
+    const std::uint64_t before = std::min(begin - rows.firstRow, rows.batch->rowCount());
+    rows.batch = rows.batch->slice(before, before + (end - begin));
+    rows.firstRow = begin;
+    rows.lastRow = end == begin ? begin : end - 1;
+  }
+  if (m_part->hasRowNumbers()) {
+    rows.batch = withRowNumbers(*rows.batch, rows.firstRow);
+  }
 }
 
 }  // namespace kelvarin

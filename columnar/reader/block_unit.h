@@ -10,6 +10,7 @@
 #include "columnar/reader/block_decoding.h"
 #include "columnar/reader/read_event.h"
 #include "host/contract/batch_steps.h"
+#include "host/contract/partial_source.h"
 
 namespace kelvarin {
 
@@ -20,6 +21,10 @@ class BlockUnit final : public BatchUnit {
     std::shared_ptr<BlockDecoding> block;
     std::size_t batch = 0;
   };
+
+  // Of the blocks, only rows in this part of the table count.
+  explicit BlockUnit(std::shared_ptr<const TablePart> part = std::make_shared<const TablePart>())
+      : m_part(std::move(part)) {}
 
   void add(Part part);
   // Rows whose descriptors are lost.
@@ -41,9 +46,11 @@ class BlockUnit final : public BatchUnit {
   };
   class Rows;
 
-  static ReadEvent eventOf(const Part& part);
+  ReadEvent eventOf(const Part& part) const;
+  void keepRowsOfPart(ReadEvent& rows) const;
   void parseItems();
 
+  const std::shared_ptr<const TablePart> m_part;
   std::vector<Item> m_items;
   std::size_t m_byteCount = 0;
   std::uint64_t m_firstRow = 0;

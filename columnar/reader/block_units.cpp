@@ -6,20 +6,23 @@
 namespace kelvarin {
 
 Result<std::unique_ptr<BlockUnits>, std::string> BlockUnits::open(
-    const GelFile& file, const std::vector<std::size_t>& columns, WantsBlock wantsBlock) {
+    const GelFile& file, const std::vector<std::size_t>& columns, WantsBlock wantsBlock,
+    const TablePart& part) {
   Result<std::unique_ptr<ChunkReader>, std::string> chunks = ChunkReader::open(file, columns);
   if (!chunks) {
     return Failure{chunks.error()};
   }
   return std::unique_ptr<BlockUnits>(
-      new BlockUnits(file, columns, std::move(*chunks), std::move(wantsBlock)));
+      new BlockUnits(file, columns, std::move(*chunks), std::move(wantsBlock), part));
 }
 
 BlockUnits::BlockUnits(const GelFile& file, const std::vector<std::size_t>& columns,
-                       std::unique_ptr<ChunkReader> chunks, WantsBlock wantsBlock)
+                       std::unique_ptr<ChunkReader> chunks, WantsBlock wantsBlock,
+                       const TablePart& part)
     : m_file(file),
       m_chunks(std::move(chunks)),
       m_wantsBlock(std::move(wantsBlock)),
+      m_part(std::make_shared<const TablePart>(part)),
       m_decoder(file, columns),
       m_scan(file) {}
 
@@ -30,7 +33,7 @@ std::size_t BlockUnits::unitsOfBlock() const {
 std::unique_ptr<BlockUnit> BlockUnits::next() {
   std::unique_ptr<BlockUnit> unit;
   try {
-    unit = std::make_unique<BlockUnit>();
+    unit = std::make_unique<BlockUnit>(m_part);
     fill(*unit);
   } catch (const std::bad_alloc&) {
     endWith({.kind = ReadEvent::Kind::noMemory, .firstRow = m_scan.rowsPassed()});
@@ -51,15 +54,10 @@ void BlockUnits::fill(BlockUnit& unit) {
     BlockInfo block;
     switch (m_scan.next(block)) {
       case BlockScan::Step::block:
-        if (!m_wantsBlock || m_wantsBlock(m_file, block)) {
-          addBlock(unit, block);
-        }
+        takeBlock(unit, block);
         break;
       case BlockScan::Step::corrupted:
-        unit.add({.kind = ReadEvent::Kind::corrupted,
-                  .firstRow = m_scan.lostFirstRow(),
-                  .lastRow = m_scan.lostLastRow(),
-                  .cause = m_scan.damage()});
+        addLostRows(unit);
         break;
       case BlockScan::Step::truncated:
         endWith({.kind = ReadEvent::Kind::truncated, .firstRow = m_scan.lostFirstRow()});
@@ -68,6 +66,26 @@ void BlockUnits::fill(BlockUnit& unit) {
         endWith({.cause = m_scan.isUnfinished() ? ReadStatus::incomplete : ReadStatus::ok});
         break;
     }
+  }
+}
+
+void BlockUnits::takeBlock(BlockUnit& unit, const BlockInfo& block) {
+  if (block.firstRow >= m_part->endRow || block.index >= m_part->endBlock) {
+    endWith({});
+    return;
+  }
+  const bool isInPart = block.index >= m_part->firstBlock && block.lastRow() >= m_part->firstRow;
+  if (isInPart && (!m_wantsBlock || m_wantsBlock(m_file, block))) {
+    addBlock(unit, block);
+  }
+}
+
+void BlockUnits::addLostRows(BlockUnit& unit) const {
+  if (m_scan.lostFirstRow() < m_part->endRow && m_scan.lostLastRow() >= m_part->firstRow) {
+    unit.add({.kind = ReadEvent::Kind::corrupted,
+              .firstRow = m_scan.lostFirstRow(),
+              .lastRow = m_scan.lostLastRow(),
+              .cause = m_scan.damage()});
   }
 }
 

@@ -12,6 +12,7 @@
 
 #include "columnar/reader/block_unit.h"
 #include "columnar/reader/chunk_reader.h"
+#include "host/contract/partial_source.h"
 
 namespace kelvarin {
 
@@ -21,9 +22,11 @@ class BlockUnits {
   using WantsBlock = std::function<bool(const GelFile& file, const BlockInfo& block)>;
 
   // `columns` are indices of GelFile::columns(), in the order of the output rows. The error is the
-  // path of a side file that cannot be opened. `file` outlives the object.
+  // path of a side file that cannot be opened. `file` outlives the object. Damage outside of `part`
+  // is no event.
   static Result<std::unique_ptr<BlockUnits>, std::string> open(
-      const GelFile& file, const std::vector<std::size_t>& columns, WantsBlock wantsBlock = {});
+      const GelFile& file, const std::vector<std::size_t>& columns, WantsBlock wantsBlock = {},
+      const TablePart& part = {});
 
   // Null at the end.
   std::unique_ptr<BlockUnit> next();
@@ -34,15 +37,18 @@ class BlockUnits {
 
  private:
   BlockUnits(const GelFile& file, const std::vector<std::size_t>& columns,
-             std::unique_ptr<ChunkReader> chunks, WantsBlock wantsBlock);
+             std::unique_ptr<ChunkReader> chunks, WantsBlock wantsBlock, const TablePart& part);
 
   void fill(BlockUnit& unit);
+  void takeBlock(BlockUnit& unit, const BlockInfo& block);
   void addBlock(BlockUnit& unit, const BlockInfo& block);
+  void addLostRows(BlockUnit& unit) const;
   void endWith(const ReadEvent& event);
 
   const GelFile& m_file;
   const std::unique_ptr<ChunkReader> m_chunks;
   const WantsBlock m_wantsBlock;
+  const std::shared_ptr<const TablePart> m_part;
   BlockDecoder m_decoder;
   BlockScan m_scan;
   BlockUnit::Part m_nextPart;  // of a large block; none where it has no block

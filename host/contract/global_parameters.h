@@ -65,6 +65,8 @@ struct KELVARIN_CORE RunRecord {
   bool mustComputeFull = true;
   // Actions that compute columns count the missing values in them for their report.
   bool countsValues = false;
+  // The number of the first row that comes from a source, for a run on the later rows of a table.
+  long long firstRow = 0;
   // Carries out tasks of actions beside the engine thread, during the run; null: nothing does.
   kelvarin::TaskPool* tasks = nullptr;
 

@@ -5,6 +5,8 @@
 // Threads: any.
 #pragma once
 
+#include <vector>
+
 #include <QString>
 
 #include "base/export.h"
@@ -13,13 +15,22 @@
 
 namespace kelvarin {
 
+// What a variable of an expression had in a row.
+struct LoggedValue {
+  QString name;
+  QString value;  // null for a missing value
+  bool isText = false;
+};
+
 struct LogDetails {
   XMLNode::Position elementPosition;  // in the graph file; line 0: that of the action
   QString column;                     // of the table
   QString output;                     // of an expression action
   QString token;                      // of the expression
-  int position = -1;      // of the token, in 16-bit units of the expression, counted from 0
-  long long row = -1;     // counted from 0
+  int position = -1;   // of the token, in 16-bit units of the expression, counted from 0
+  long long row = -1;  // counted from 0
+  QString expression;  // as the user wrote it
+  std::vector<LoggedValue> values;  // of its variables, in that row
   bool explains = false;  // says more about the line before it, and is shown wherever that is
 };
 

@@ -136,7 +136,7 @@ bool ActionChain::advanceSource() {
 bool ActionChain::advanceInput() {
   m_input->setBorrower(nullptr);
   if (m_pipeline->isEmpty()) {
-    m_nextRow = m_input->rowsTaken();
+    m_nextRow = m_last.record().firstRow + m_input->rowsTaken();
   }
   while (m_pipeline->isEmpty() || (m_pipeline->hasSpace() && m_input->isBatchAvailable())) {
     PublishedBatch borrowed = m_input->borrowBatch();

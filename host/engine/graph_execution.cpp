@@ -175,6 +175,14 @@ void GraphExecution::findReadPins(RunningAction& action) const {
   }
 }
 
+void GraphExecution::enterThread() const {
+  for (const auto& running : m_actions) {
+    if (running != nullptr) {
+      running->enterThread();
+    }
+  }
+}
+
 bool GraphExecution::open() {
   bool isOpen = true;
   for (const int index : m_order) {

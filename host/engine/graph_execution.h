@@ -2,7 +2,7 @@
 // them, has their sinks pull (sink_schedule.h), closes them, and counts.
 //
 // Used by: run_graph.cpp, check_graph.cpp, branch_run.cpp.
-// Threads: the engine thread.
+// Threads: the engine thread, which may become another one between two calls (enterThread()).
 // Errors: logged on behalf of an action, and its record is failed.
 #pragma once
 
@@ -32,6 +32,8 @@ class GraphExecution {
   // Closes what an exception has left open.
   ~GraphExecution();
 
+  // The calling thread is the engine thread from now on.
+  void enterThread() const;
   // False when an action refuses; all are asked, so that the log has every reason.
   bool open();
   // Runs until every sink has finished or the run stops.

@@ -19,7 +19,7 @@ RunningAction::RunningAction(ActionItem& item, int index, RunRecord& record,
       m_record(record),
       m_stopSwitch(stopSwitch),
       m_progress(progress),
-      m_currentAction(CurrentAction::slot()),
+      m_currentAction(&CurrentAction::slot()),
       m_source(dynamic_cast<BatchSource*>(&item)),
       m_transform(dynamic_cast<BatchTransform*>(&item)),
       m_sink(dynamic_cast<BatchSink*>(&item)),
@@ -39,7 +39,7 @@ RunningAction::~RunningAction() {
 
 template <typename Call>
 auto RunningAction::guarded(Call call, decltype(call()) afterException) {
-  const CurrentAction current(&m_item, m_currentAction);
+  const CurrentAction current(&m_item, *m_currentAction);
   try {
     return call();
   } catch (const std::bad_alloc&) {
@@ -233,10 +233,11 @@ bool RunningAction::transformBatch() {
   if (batch->rowCount() > m_input->rowLimit()) {
     batch = batch->slice(0, std::max<std::size_t>(1, m_input->rowLimit()));
   }
-  BatchTrail::Origin origin{.maker = m_transform,
-                            .result = stage->process(*batch, m_input->rowsTaken()),
-                            .parent = m_input->trail(),
-                            .firstInParent = m_input->rowsTakenOfBatch()};
+  BatchTrail::Origin origin{
+      .maker = m_transform,
+      .result = stage->process(*batch, m_record.firstRow + m_input->rowsTaken()),
+      .parent = m_input->trail(),
+      .firstInParent = m_input->rowsTakenOfBatch()};
   if (origin.result.rowsDone == 0) {
     return false;
   }
@@ -339,7 +340,7 @@ void RunningAction::releaseRows() {
 }
 
 void RunningAction::fail(const QString& text) {
-  const CurrentAction current(&m_item, m_currentAction);
+  const CurrentAction current(&m_item, *m_currentAction);
   MainUI::addLog(LogLevel::error, text);
   m_item.failRun();
 }

@@ -46,6 +46,8 @@ class RunningAction {
   // On all its pins.
   long long rowsPublished() const;
 
+  // The calling thread is the engine thread from now on.
+  void enterThread() { m_currentAction = &CurrentAction::slot(); }
   // False when the action refuses to run.
   bool open();
   // Tasks in its name end; before any action is closed.
@@ -139,7 +141,7 @@ class RunningAction {
   RunRecord& m_record;
   const RunRecord& m_stopSwitch;
   ProgressMeter& m_progress;
-  const ActionItem*& m_currentAction;  // of this thread
+  const ActionItem** m_currentAction;  // of the engine thread
   BatchSource* const m_source;         // the action, where it is one
   BatchTransform* const m_transform;   // the same
   BatchSink* const m_sink;             // the same

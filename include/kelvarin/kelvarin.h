@@ -216,6 +216,7 @@ typedef struct kelvarin_statistics {
   int64_t min_text_size;
   const char* max_text;
   int64_t max_text_size;
+  int32_t has_nan; /* numbers beside the bounds, which are no numbers */
 } kelvarin_statistics;
 
 KELVARIN_API kelvarin_status kelvarin_table_get_statistics(kelvarin_table table, int64_t block,
@@ -309,8 +310,8 @@ typedef struct kelvarin_write_options {
   }
 
 /* Writes all rows of `input` to a columnar file. It takes the stream and releases it in every case.
- * All or nothing: until the end, and where it fails, a file of that name stays as it was. `rows`
- * may be null; it receives their number. */
+ * All or nothing: until the end, and where it fails, a file of that name stays as it was, and so it
+ * does where the stream has no rows. `rows` may be null; it receives their number. */
 KELVARIN_API kelvarin_status kelvarin_write(const char* path, struct ArrowArrayStream* input,
                                             const kelvarin_write_options* options, int64_t* rows,
                                             kelvarin_error** error);

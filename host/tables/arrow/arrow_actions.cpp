@@ -49,7 +49,7 @@ std::vector<ElementFault> ArrowSource::settingFaults() const {
   return m_columns.faults(node(), [this](const QString& text) { return expandString(text); });
 }
 
-Result<std::unique_ptr<BatchReader>, QString> ArrowSource::makeReader(const QString& path) const {
+Result<std::unique_ptr<BatchReader>, QString> ArrowSource::makeReaderOf(const QString& path) const {
   Result<ColumnRules, QString> rules =
       m_columns.rules([this](const QString& text) { return expandString(text); });
   if (!rules) {

@@ -17,7 +17,7 @@ class ArrowSource : public WithDescription<TableSource> {
   std::vector<ElementFault> settingFaults() const override;
 
  protected:
-  Result<std::unique_ptr<BatchReader>, QString> makeReader(const QString& path) const override;
+  Result<std::unique_ptr<BatchReader>, QString> makeReaderOf(const QString& path) const override;
 
  private:
   ColumnSettings m_columns;

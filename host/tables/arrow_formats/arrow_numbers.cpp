@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <concepts>
 #include <utility>
 
 #include <fmt/format.h>
 
 #include "arrow/array.h"
 #include "arrow/util/float16.h"
+#include "host/tables/arrow/held_numbers.h"
 #include "host/tables/arrow_formats/column_memory.h"
 #include "host/tables/arrow_formats/decimal_text.h"
 
@@ -18,11 +18,6 @@ namespace kelvarin {
 namespace {
 
 using arrow::Type;
-
-// A number of a file, never the bits that mean missing.
-double presentNumber(double number) {
-  return std::isnan(number) ? kNotANumber : number;
-}
 
 BatchColumn columnOf(const ColumnMemory<double>& numbers) {
   return BatchColumn::ofNumbers(numbers.owner, numbers.values);
@@ -73,31 +68,6 @@ ConvertedArray heldNumbers(const ArraySource& source, ColumnTally& tally, Number
         return true;
       },
       [](std::int64_t) { return std::string(); });
-}
-
-template <typename Integer>
-bool integerAsNumber(Integer integer, double& number) {
-  number = static_cast<double>(integer);
-  if constexpr (sizeof(Integer) < 8) {
-    return true;
-  }
-  constexpr double kBeyond = std::signed_integral<Integer> ? 0x1p63 : 0x1p64;
-  return number < kBeyond && static_cast<Integer>(number) == integer;
-}
-
-// Doubles hold all integers up to 2^53, and most columns have no others.
-template <typename Integer>
-bool areHeldByNumbers(const Integer* integers, std::int64_t count) {
-  if constexpr (sizeof(Integer) < 8) {
-    return true;
-  }
-  constexpr std::uint64_t kLargest = 1ull << 53;
-  constexpr std::uint64_t kShift = std::signed_integral<Integer> ? kLargest : 0;
-  std::uint64_t largest = 0;
-  for (std::int64_t row = 0; row < count; ++row) {
-    largest = std::max(largest, static_cast<std::uint64_t>(integers[row]) + kShift);
-  }
-  return largest <= kLargest + kShift;
 }
 
 template <typename Array>

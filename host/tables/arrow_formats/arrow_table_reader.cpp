@@ -1,23 +1,39 @@
 #include "host/tables/arrow_formats/arrow_table_reader.h"
 
-#include <algorithm>
-
 #include <QFile>
-#include <QMap>
-#include <QSet>
 
 #include "arrow/type.h"
+#include "host/tables/arrow/arrow_columns.h"
+#include "host/tables/arrow/value_messages.h"
 #include "host/tables/arrow_formats/arrow_texts.h"
 #include "host/tables/arrow_formats/arrow_values.h"
-#include "host/tables/arrow_formats/messages.h"
 #include "host/tables/files/messages.h"
 
 namespace kelvarin {
 
 namespace {
 
-QChar letterOf(MetaTypeColumn type) {
-  return QChar::fromLatin1(static_cast<char>(type));
+std::vector<ArrowField> fieldsOf(const arrow::Schema& schema) {
+  std::vector<ArrowField> fields;
+  for (const auto& field : schema.fields()) {
+    fields.push_back({QString::fromStdString(field->name()),
+                      QString::fromStdString(field->type()->ToString()),
+                      columnTypesOf(*field->type())});
+  }
+  return fields;
+}
+
+// One line for each form, however many columns have it.
+QStringList notesOnTimestamps(const QString& source, const arrow::Schema& schema) {
+  std::vector<std::pair<QString, TimestampForm>> columns;
+  for (const auto& field : schema.fields()) {
+    const arrow::DataType& type = valueTypeOf(*field->type());
+    if (type.id() == arrow::Type::TIMESTAMP) {
+      columns.emplace_back(QString::fromStdString(field->name()),
+                           formOf(static_cast<const arrow::TimestampType&>(type)));
+    }
+  }
+  return notesOn(source, columns);
 }
 
 // Some rows of a group, or the failure to read one.
@@ -63,94 +79,34 @@ class ArrowUnit final : public TableUnit {
 
 ArrowTableReader::ArrowTableReader(const QString& path, std::unique_ptr<ArrowFile> file,
                                    ColumnRules rules)
-    : m_file(std::move(file)), m_rules(std::move(rules)), m_plan(std::make_shared<DecodingPlan>()) {
-  m_plan->path = path;
+    : m_path(path),
+      m_file(std::move(file)),
+      m_rules(std::move(rules)),
+      m_plan(std::make_shared<DecodingPlan>()) {
+  m_plan->source = table_messages::fileSource(path);
   m_plan->areBadValuesNull = m_rules.areBadValuesNull;
 }
 
 Result<TableColumns, QString> ArrowTableReader::open(IsStopped) {
-  QFile file(m_plan->path);
+  QFile file(m_path);
   if (!file.open(QIODevice::ReadOnly)) {
-    return Failure{table_messages::cannotRead(m_plan->path, file.errorString())};
+    return Failure{table_messages::cannotRead(m_path, file.errorString())};
   }
   file.close();
-  if (const arrow::Status status = m_file->open(QFile::encodeName(m_plan->path).toStdString());
+  if (const arrow::Status status = m_file->open(QFile::encodeName(m_path).toStdString());
       !status.ok()) {
     return Failure{failureText(status)};
   }
   const arrow::Schema& schema = *m_file->schema();
-  if (const auto status = settleColumns(schema); !status) {
-    return Failure{status.error()};
+  auto columns = arrowColumnsOf(m_plan->source, fieldsOf(schema), m_rules.declared);
+  if (!columns) {
+    return columns;
   }
-  if (const auto status = takeDeclaredTypes(schema); !status) {
-    return Failure{status.error()};
-  }
-  noteTimestamps(schema);
+  m_plan->columns = std::move(*columns);
+  m_notes = notesOnTimestamps(m_plan->source, schema);
   m_plan->rowsInUnit = m_file->rowsInUnit();
   m_tallies.resize(m_plan->columns.types.size());
   return m_plan->columns;
-}
-
-Status<QString> ArrowTableReader::settleColumns(const arrow::Schema& schema) {
-  QSet<QString> known;
-  for (const auto& field : schema.fields()) {
-    const QString name = QString::fromStdString(field->name());
-    const std::vector<MetaTypeColumn> types = columnTypesOf(*field->type());
-    if (types.empty()) {
-      return Failure{table_messages::unsupportedType(
-          m_plan->path, name, QString::fromStdString(field->type()->ToString()))};
-    }
-    if (known.contains(name)) {
-      return Failure{table_messages::duplicateColumn(m_plan->path, name)};
-    }
-    known.insert(name);
-    m_plan->columns.names.append(name);
-    m_plan->columns.types.push_back(types.front());
-  }
-  return Done{};
-}
-
-Status<QString> ArrowTableReader::takeDeclaredTypes(const arrow::Schema& schema) {
-  const QHash<QString, qsizetype> positions = positionsOf(m_plan->columns.names);
-  for (const DeclaredColumn& declared : m_rules.declared) {
-    const qsizetype index = positions.value(declared.name, -1);
-    if (index < 0) {
-      return Failure{table_messages::declaredColumnAbsent(m_plan->path, declared.name,
-                                                          shownNames(m_plan->columns.names))};
-    }
-    const arrow::DataType& type = *schema.field(static_cast<int>(index))->type();
-    const std::vector<MetaTypeColumn> types = columnTypesOf(type);
-    if (std::find(types.begin(), types.end(), declared.type) == types.end()) {
-      QStringList possible;
-      for (const MetaTypeColumn possibleType : types) {
-        possible += letterOf(possibleType);
-      }
-      return Failure{table_messages::cannotBeDeclared(
-          m_plan->path, declared.name, QString::fromStdString(type.ToString()),
-          letterOf(declared.type), possible.join(QStringLiteral(" or ")))};
-    }
-    m_plan->columns.types[static_cast<std::size_t>(index)] = declared.type;
-  }
-  return Done{};
-}
-
-// One line for each form, however many columns have it.
-void ArrowTableReader::noteTimestamps(const arrow::Schema& schema) {
-  QMap<QString, QVector<QString>> columnsOfFormat;
-  QHash<QString, TimestampForm> forms;
-  for (int i = 0; i < schema.num_fields(); ++i) {
-    const arrow::DataType& type = valueTypeOf(*schema.field(i)->type());
-    if (type.id() == arrow::Type::TIMESTAMP) {
-      const auto form = TimestampForm::of(static_cast<const arrow::TimestampType&>(type));
-      columnsOfFormat[form.example()].append(m_plan->columns.names[i]);
-      forms.insert(form.example(), form);
-    }
-  }
-  for (auto entry = columnsOfFormat.cbegin(); entry != columnsOfFormat.cend(); ++entry) {
-    const TimestampForm form = forms[entry.key()];
-    m_notes += table_messages::timestampForm(m_plan->path, shownNames(entry.value()), entry.key(),
-                                             form.dateFormat(), form.isUtc);
-  }
 }
 
 std::unique_ptr<TableUnit> ArrowTableReader::readUnit() {
@@ -185,22 +141,12 @@ void ArrowTableReader::accept(TableUnit& unit) {
 }
 
 QStringList ArrowTableReader::warnings() const {
-  QStringList warnings;
-  for (std::size_t i = 0; i < m_tallies.size(); ++i) {
-    const QString& name = m_plan->columns.names.at(static_cast<qsizetype>(i));
-    if (const RowCount& bad = m_tallies[i].badValues; bad.count > 0) {
-      warnings += table_messages::readAsNull(locationOfRow(bad.firstRow), name, bad.count);
-    }
-    if (const RowCount& finer = m_tallies[i].finerTimes; finer.count > 0) {
-      warnings +=
-          table_messages::finerThanMilliseconds(locationOfRow(finer.firstRow), name, finer.count);
-    }
-  }
-  return warnings;
+  return warningsAbout(m_tallies, m_plan->columns.names,
+                       [this](long long row) { return locationOfRow(row); });
 }
 
 QString ArrowTableReader::failureText(const arrow::Status& status) const {
-  return table_messages::damaged(m_plan->path, QString::fromStdString(status.message()));
+  return table_messages::damaged(m_plan->source, QString::fromStdString(status.message()));
 }
 
 float ArrowTableReader::fractionDone() const {
@@ -209,7 +155,7 @@ float ArrowTableReader::fractionDone() const {
 }
 
 QString ArrowTableReader::locationOfRow(long long row) const {
-  return table_messages::atRow(m_plan->path, row + 1);
+  return table_messages::atRow(m_plan->source, row + 1);
 }
 
 }  // namespace kelvarin

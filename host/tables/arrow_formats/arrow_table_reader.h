@@ -25,12 +25,10 @@ class ArrowTableReader : public BatchReader {
   QStringList warnings() const override;
 
  private:
-  Status<QString> settleColumns(const arrow::Schema& schema);
-  Status<QString> takeDeclaredTypes(const arrow::Schema& schema);
-  void noteTimestamps(const arrow::Schema& schema);
   arrow::Status beginGroup();
   QString failureText(const arrow::Status& status) const;
 
+  const QString m_path;
   std::unique_ptr<ArrowFile> m_file;
   ColumnRules m_rules;
   std::shared_ptr<DecodingPlan> m_plan;

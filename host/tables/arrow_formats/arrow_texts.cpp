@@ -6,7 +6,6 @@
 #include "arrow/array.h"
 #include "host/tables/arrow_formats/decimal_text.h"
 #include "host/tables/arrow_formats/dictionary_texts.h"
-#include "host/tables/arrow_formats/iso_time.h"
 
 namespace kelvarin {
 
@@ -163,8 +162,8 @@ void countFinerTimes(const ArraySource& source, std::int64_t ticksPerMillisecond
 }
 
 ConvertedArray textsOfTimestamps(const ArraySource& source, ColumnTally& tally) {
-  const auto form =
-      TimestampForm::of(static_cast<const arrow::TimestampType&>(*source.values.type()));
+  const TimestampForm form =
+      formOf(static_cast<const arrow::TimestampType&>(*source.values.type()));
   if (form.decimals > 3) {
     countFinerTimes(source, form.decimals == 6 ? 1'000 : 1'000'000, tally);
   }
@@ -176,24 +175,8 @@ ConvertedArray textsOfTimestamps(const ArraySource& source, ColumnTally& tally) 
 
 }  // namespace
 
-TimestampForm TimestampForm::of(const arrow::TimestampType& type) {
+TimestampForm formOf(const arrow::TimestampType& type) {
   return {3 * static_cast<int>(type.unit()), !type.timezone().empty()};
-}
-
-QString TimestampForm::example() const {
-  std::int64_t ticks = 1706745599;  // 2024-01-31 23:59:59
-  for (int digit = 1; digit <= decimals; ++digit) {
-    ticks = 10 * ticks + digit;
-  }
-  std::string text;
-  appendIsoTimestamp(text, ticks, decimals, isUtc);
-  return QString::fromStdString(text);
-}
-
-QString TimestampForm::dateFormat() const {
-  return QStringLiteral("yyyy-MM-ddThh:mm:ss") +
-         (decimals > 0 ? QStringLiteral(".zzz") : QString()) +
-         (isUtc ? QStringLiteral("Z") : QString());
 }
 
 ArrayConversion textConversionOf(Type::type type) {

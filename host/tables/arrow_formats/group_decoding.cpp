@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <numeric>
 
+#include "host/tables/arrow/value_messages.h"
 #include "host/tables/arrow_formats/arrow_values.h"
-#include "host/tables/arrow_formats/messages.h"
 #include "host/tables/files/messages.h"
 
 namespace kelvarin {
@@ -72,7 +72,7 @@ DecodedColumn GroupDecoding::decodeNext(std::size_t index, std::size_t unit) {
       array.ok() ? "a column has fewer rows than its row group" : array.status().message();
   DecodedColumn failed;
   failed.failure = table_messages::damaged(
-      m_plan->path,
+      m_plan->source,
       table_messages::atLocation(locationOf(index, firstRow), QString::fromStdString(reason)));
   return failed;
 }
@@ -96,14 +96,15 @@ QString GroupDecoding::badValueText(std::size_t index, const BadValue& bad,
                                     long long firstRow) const {
   const QString& name = m_plan->columns.names[static_cast<qsizetype>(index)];
   const QString value = QString::fromStdString(bad.text);
-  return table_messages::atLocation(locationOf(index, firstRow + bad.row),
-                                    m_plan->columns.types[index] == MetaTypeColumn::key
-                                        ? table_messages::integerIsNoKey(value, name)
-                                        : table_messages::numberNotHeld(value, name));
+  const QString text =
+      m_plan->columns.types[index] == MetaTypeColumn::key
+          ? table_messages::integerIsNoKey(value) + table_messages::declareAnotherType(name)
+          : table_messages::numberNotHeld(value) + table_messages::declareAsText(name);
+  return table_messages::atLocation(locationOf(index, firstRow + bad.row), text);
 }
 
 QString GroupDecoding::locationOf(std::size_t index, long long row) const {
-  return table_messages::inColumn(table_messages::atRow(m_plan->path, row + 1),
+  return table_messages::inColumn(table_messages::atRow(m_plan->source, row + 1),
                                   m_plan->columns.names[static_cast<qsizetype>(index)]);
 }
 

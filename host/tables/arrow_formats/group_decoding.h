@@ -26,7 +26,7 @@ namespace kelvarin {
 
 // What is to be made of a file's columns, for all groups. The texts for the user are made of it.
 struct DecodingPlan {
-  QString path;
+  QString source;  // what the file is called
   TableColumns columns;
   bool areBadValuesNull = false;
   std::int64_t rowsInUnit = 0;

@@ -67,8 +67,8 @@ Status<QString> CsvBatchReader::settleColumns() {
   for (const DeclaredColumn& column : m_rules.declared) {
     const qsizetype index = positions.value(column.name, -1);
     if (index < 0) {
-      return Failure{
-          table_messages::declaredColumnAbsent(m_table->path, column.name, shownNames(names))};
+      return Failure{table_messages::declaredColumnAbsent(table_messages::fileSource(m_table->path),
+                                                          column.name, shownNames(names))};
     }
     types[static_cast<std::size_t>(index)] = column.type;
     m_table->isDeclared[static_cast<std::size_t>(index)] = true;
@@ -99,7 +99,8 @@ Status<QString> CsvBatchReader::nameByDeclarations() {
   for (qsizetype i = 0; i < declaredCount; ++i) {
     const QString& name = declared[static_cast<std::size_t>(i)].name;
     if (generated.value(name, -1) >= declaredCount) {
-      return Failure{table_messages::duplicateColumn(m_table->path, name)};
+      return Failure{
+          table_messages::duplicateColumn(table_messages::fileSource(m_table->path), name)};
     }
     names[i] = name;
   }

@@ -136,7 +136,8 @@ Status<QString> nameColumns(const CsvFile& file, const CsvRecord& record, CsvHea
     }
     const QString name = QString::fromUtf8(field.data(), static_cast<qsizetype>(field.size()));
     if (known.contains(name)) {
-      return Failure{table_messages::duplicateColumn(file.path(), name)};
+      return Failure{
+          table_messages::duplicateColumn(table_messages::fileSource(file.path()), name)};
     }
     if (!name.isEmpty()) {
       known.insert(name);

@@ -15,7 +15,7 @@ CsvRowLocator::CsvRowLocator(const CsvFile& file, const CsvDialect& dialect, con
 QString CsvRowLocator::locationOfRow(long long row) const {
   const std::optional<long long> line = m_file.canReadAgain() ? lineOfRow(row) : std::nullopt;
   return line ? table_messages::atLine(m_file.path(), *line)
-              : table_messages::atRow(m_file.path(), row + 1);
+              : table_messages::atRow(table_messages::fileSource(m_file.path()), row + 1);
 }
 
 std::optional<long long> CsvRowLocator::lineOfRow(long long row) const {

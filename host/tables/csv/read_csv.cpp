@@ -57,7 +57,7 @@ void ReadCsv::saveXML(std::wostringstream& out, QString name) {
   m_columns.saveChildrenAndEnd(out, typeName());
 }
 
-Result<std::unique_ptr<BatchReader>, QString> ReadCsv::makeReader(const QString& path) const {
+Result<std::unique_ptr<BatchReader>, QString> ReadCsv::makeReaderOf(const QString& path) const {
   const TextExpansion expanded = [this](const QString& text) { return expandString(text); };
   const Result<CsvDialect, QString> dialect = m_settings.dialect(expanded);
   if (!dialect) {

@@ -18,7 +18,7 @@ class ReadCsv : public Described<ReadCsv, TableSource> {
 
  protected:
   FileFormat format() const override { return FileFormat::csv; }
-  Result<std::unique_ptr<BatchReader>, QString> makeReader(const QString& path) const override;
+  Result<std::unique_ptr<BatchReader>, QString> makeReaderOf(const QString& path) const override;
 
  private:
   CsvSettings m_settings;

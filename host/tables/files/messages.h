@@ -5,8 +5,13 @@
 
 namespace kelvarin::table_messages {
 
-inline QString atRow(const QString& file, long long row) {
-  return QStringLiteral("file '%1', row %2").arg(file).arg(row);
+// What a table in a file is called.
+inline QString fileSource(const QString& file) {
+  return QStringLiteral("file '%1'").arg(file);
+}
+
+inline QString atRow(const QString& source, long long row) {
+  return QStringLiteral("%1, row %2").arg(source).arg(row);
 }
 
 inline QString atLocation(const QString& location, const QString& what) {
@@ -53,16 +58,16 @@ inline QString inputNotLinked(const QString& action) {
   return QStringLiteral("%1: nothing is linked to its input pin.").arg(action);
 }
 
-inline QString duplicateColumn(const QString& file, const QString& column) {
+inline QString duplicateColumn(const QString& source, const QString& column) {
   return QStringLiteral(
-             "The file '%1' has several columns named '%2'. Give each column a name of its own.")
-      .arg(file, column);
+             "The %1 has several columns named '%2'. Give each column a name of its own.")
+      .arg(source, column);
 }
 
-inline QString declaredColumnAbsent(const QString& file, const QString& column,
+inline QString declaredColumnAbsent(const QString& source, const QString& column,
                                     const QString& known) {
-  return QStringLiteral("The file '%1' has no column '%2', which is declared. Its columns are: %3.")
-      .arg(file, column, known);
+  return QStringLiteral("The %1 has no column '%2', which is declared. Its columns are: %3.")
+      .arg(source, column, known);
 }
 
 inline QString inColumn(const QString& location, const QString& column) {

@@ -1,9 +1,15 @@
-#include "host/tables/arrow_formats/iso_time.h"
+#include "host/tables/arrow/iso_time.h"
 
 #include <iterator>
 
 #include <fmt/compile.h>
 #include <fmt/format.h>
+
+#include <QHash>
+#include <QMap>
+
+#include "host/tables/arrow/value_messages.h"
+#include "host/tables/settings/column_settings.h"
 
 namespace kelvarin {
 
@@ -66,6 +72,39 @@ void appendIsoTimestamp(std::string& text, std::int64_t ticksSinceEpoch, int dig
   if (isUtc) {
     text += 'Z';
   }
+}
+
+QString TimestampForm::example() const {
+  std::int64_t ticks = 1706745599;  // 2024-01-31 23:59:59
+  for (int digit = 1; digit <= decimals; ++digit) {
+    ticks = 10 * ticks + digit;
+  }
+  std::string text;
+  appendIsoTimestamp(text, ticks, decimals, isUtc);
+  return QString::fromStdString(text);
+}
+
+QString TimestampForm::dateFormat() const {
+  return QStringLiteral("yyyy-MM-ddThh:mm:ss") +
+         (decimals > 0 ? QStringLiteral(".zzz") : QString()) +
+         (isUtc ? QStringLiteral("Z") : QString());
+}
+
+QStringList notesOn(const QString& source,
+                    const std::vector<std::pair<QString, TimestampForm>>& columns) {
+  QMap<QString, QVector<QString>> columnsOfExample;
+  QHash<QString, TimestampForm> forms;
+  for (const auto& [column, form] : columns) {
+    columnsOfExample[form.example()].append(column);
+    forms.insert(form.example(), form);
+  }
+  QStringList notes;
+  for (auto entry = columnsOfExample.cbegin(); entry != columnsOfExample.cend(); ++entry) {
+    const TimestampForm form = forms[entry.key()];
+    notes += table_messages::timestampForm(source, shownNames(entry.value()), entry.key(),
+                                           form.dateFormat(), form.isUtc);
+  }
+  return notes;
 }
 
 }  // namespace kelvarin

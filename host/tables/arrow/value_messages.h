@@ -1,0 +1,69 @@
+// What the log says about columns and values of tables in the types of Arrow.
+//
+// `source` is what the table is called: "file 'a.parquet'".
+#pragma once
+
+#include <QString>
+
+namespace kelvarin::table_messages {
+
+inline QString unsupportedType(const QString& source, const QString& column, const QString& type) {
+  return QStringLiteral(
+             "The %1 cannot be read: column '%2' has the type %3. Numbers, decimals, booleans, "
+             "texts, dates, timestamps and dictionaries of them are read.")
+      .arg(source, column, type);
+}
+
+inline QString cannotBeDeclared(const QString& source, const QString& column, const QString& type,
+                                QChar declared, const QString& possible) {
+  return QStringLiteral(
+             "The %1 cannot be read: column '%2' has the type %3 and is declared with meta '%4'. "
+             "It can be %5.")
+      .arg(source, column, type, QString(declared), possible);
+}
+
+inline QString timestampForm(const QString& source, const QString& columns, const QString& example,
+                             const QString& dateFormat, bool isUtc) {
+  return QStringLiteral(
+             "%1: the timestamps of %2 are texts like %3; dates are read from them with "
+             "dateFormat='%4'%5.")
+      .arg(source, columns, example, dateFormat,
+           isUtc ? QStringLiteral(" and isUTC='1', the default") : QString());
+}
+
+inline QString finerThanMilliseconds(const QString& location, const QString& column,
+                                     long long count) {
+  return QStringLiteral(
+             "%1: timestamps of column '%2' have digits below the millisecond (%3 in all, this is "
+             "the first). The texts keep them; dates that are read from the texts do not.")
+      .arg(location, column, QString::number(count));
+}
+
+inline QString numberNotHeld(const QString& value) {
+  return QStringLiteral("%1 cannot be held by a number column without loss.").arg(value);
+}
+
+inline QString declareAsText(const QString& column) {
+  return QStringLiteral(
+             " Declare the column as text, <Column name='%1' meta='U'/>, or set "
+             "onBadValue='null'.")
+      .arg(column);
+}
+
+inline QString integerIsNoKey(const QString& value) {
+  return QStringLiteral("%1 is not a key (0 to 4294967293).").arg(value);
+}
+
+inline QString declareAnotherType(const QString& column) {
+  return QStringLiteral(
+             " Declare the column with another type, <Column name='%1' meta='F'/> for numbers or "
+             "meta='U' for texts, or set onBadValue='null'.")
+      .arg(column);
+}
+
+inline QString damaged(const QString& source, const QString& reason) {
+  return QStringLiteral("The %1 cannot be read, it is damaged or of another format: %2")
+      .arg(source, reason);
+}
+
+}  // namespace kelvarin::table_messages

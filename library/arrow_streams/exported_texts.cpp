@@ -1,0 +1,141 @@
+#include "library/arrow_streams/exported_texts.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+
+namespace kelvarin {
+
+namespace {
+
+constexpr std::uint32_t kMaxInside = 12;
+// Positions in a buffer have 31 bits, so a large buffer is shown as several, each of which begins
+// so many bytes after the one before and is long enough for any text that begins there.
+constexpr std::size_t kBufferStep = std::size_t{1} << 30;
+constexpr std::size_t kLongestBuffer = INT_MAX;
+
+// See imported_texts.cpp.
+struct TextView {
+  std::uint32_t size = 0;
+  char beginning[4] = {};
+  std::uint32_t rest[2] = {};  // the next eight bytes, or buffer and position
+};
+static_assert(sizeof(TextView) == 16);
+
+// What the array needs beside the batch's texts.
+struct Views {
+  std::unique_ptr<TextView[]> views;
+  std::vector<std::int64_t> sizes;  // of the buffers
+};
+
+// How far the buffer is used.
+std::size_t makeViews(const RowBatch& batch, const BatchColumn& column, TextView* views,
+                      ExportedColumn& made) {
+  std::size_t end = 0;
+  forEachRow(batch, 0, batch.rowCount(), [&](std::size_t row, std::size_t stored) {
+    const std::size_t position = column.textPositions()[stored];
+    const unsigned char* text = column.textBytes() + position;
+    const std::uint32_t size = lengthFromBytes(text);
+    TextView view;
+    if (size == kNullTextLength) {
+      made.addNull(row);
+    } else if (size <= kMaxInside) {
+      view.size = size;
+      std::memcpy(view.beginning, text + 4, size);
+    } else {
+      const std::size_t begin = position + 4;
+      view.size = size;
+      std::memcpy(view.beginning, text + 4, 4);
+      view.rest[0] = static_cast<std::uint32_t>(begin / kBufferStep);
+      view.rest[1] = static_cast<std::uint32_t>(begin % kBufferStep);
+      end = std::max(end, begin + size);
+    }
+    views[row] = view;
+  });
+  return end;
+}
+
+std::unique_ptr<ExportedColumn> exportedViews(const RowBatch& batch, const BatchColumn& column) {
+  auto made = std::make_unique<ExportedColumn>(batch.rowCount());
+  auto views = std::make_shared<Views>();
+  views->views = std::make_unique_for_overwrite<TextView[]>(batch.rowCount());
+  const std::size_t used = makeViews(batch, column, views->views.get(), *made);
+  made->buffers = {made->validity(), views->views.get()};
+  for (std::size_t begin = 0; begin < used; begin += kBufferStep) {
+    made->buffers.push_back(column.textBytes() + begin);
+    views->sizes.push_back(static_cast<std::int64_t>(std::min(used - begin, kLongestBuffer)));
+  }
+  made->buffers.push_back(views->sizes.data());
+  made->owner = column.owner();
+  made->made = std::move(views);
+  return made;
+}
+
+std::size_t sizeOfTexts(const RowBatch& batch, const BatchColumn& column) {
+  std::size_t size = 0;
+  forEachRow(batch, 0, batch.rowCount(), [&](std::size_t, std::size_t stored) {
+    size += textFromBytes(column.text(stored)).size();
+  });
+  return size;
+}
+
+template <typename Offset>
+struct PackedTexts {
+  std::unique_ptr<Offset[]> offsets;
+  std::unique_ptr<char[]> bytes;
+};
+
+template <typename Offset>
+std::unique_ptr<ExportedColumn> exportedPacked(const RowBatch& batch, const BatchColumn& column) {
+  auto made = std::make_unique<ExportedColumn>(batch.rowCount());
+  auto texts = std::make_shared<PackedTexts<Offset>>();
+  texts->offsets = std::make_unique_for_overwrite<Offset[]>(batch.rowCount() + 1);
+  texts->bytes = std::make_unique_for_overwrite<char[]>(sizeOfTexts(batch, column));
+  std::size_t size = 0;
+  texts->offsets[0] = 0;
+  forEachRow(batch, 0, batch.rowCount(), [&](std::size_t row, std::size_t stored) {
+    const unsigned char* bytes = column.text(stored);
+    const std::string_view text = textFromBytes(bytes);
+    if (isNullText(bytes)) {
+      made->addNull(row);
+    } else {
+      text.copy(texts->bytes.get() + size, text.size());
+      size += text.size();
+    }
+    texts->offsets[row + 1] = static_cast<Offset>(size);
+  });
+  made->buffers = {made->validity(), texts->offsets.get(), texts->bytes.get()};
+  made->made = std::move(texts);
+  return made;
+}
+
+}  // namespace
+
+void ExportedColumn::addNull(std::size_t row) {
+  if (bits.empty()) {
+    bits.assign((rowCount + 7) / 8, 0xFF);
+  }
+  bits[row / 8] = static_cast<unsigned char>(bits[row / 8] & ~(1u << (row % 8)));
+  ++nullCount;
+}
+
+std::unique_ptr<ExportedColumn> exportedTexts(const RowBatch& batch, const BatchColumn& column,
+                                              TextFormat format) {
+  switch (format) {
+    case TextFormat::utf8:
+      return exportedPacked<std::int32_t>(batch, column);
+    case TextFormat::largeUtf8:
+      return exportedPacked<std::int64_t>(batch, column);
+    default:
+      return exportedViews(batch, column);
+  }
+}
+
+bool fitsSmallOffsets(const RowBatch& batch) {
+  return std::ranges::all_of(batch.columns(), [&](const BatchColumn& column) {
+    // Rows may share their texts, so that together they take more than the buffer.
+    return fixedSizeOf(column.type()) != 0 || sizeOfTexts(batch, column) <= INT_MAX;
+  });
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,66 @@
+#include "library/arrow_streams/input_stream.h"
+
+#include <cstring>
+#include <string_view>
+#include <utility>
+
+#include "library/arrow_streams/messages.h"
+
+namespace kelvarin {
+
+OwnedSchema::~OwnedSchema() {
+  if (m_schema.release != nullptr) {
+    m_schema.release(&m_schema);
+  }
+}
+
+OwnedSchema::OwnedSchema(OwnedSchema&& other) noexcept
+    : m_schema(std::exchange(other.m_schema, ArrowSchema{})) {}
+
+OwnedSchema& OwnedSchema::operator=(OwnedSchema&& other) noexcept {
+  std::swap(m_schema, other.m_schema);
+  return *this;
+}
+
+InputStream::InputStream(ArrowArrayStream& stream)
+    : m_stream(std::exchange(stream, ArrowArrayStream{})) {}
+
+InputStream::~InputStream() {
+  if (m_stream.release != nullptr) {
+    m_stream.release(&m_stream);
+  }
+}
+
+InputStream::InputStream(InputStream&& other) noexcept
+    : m_stream(std::exchange(other.m_stream, ArrowArrayStream{})) {}
+
+QString InputStream::failure(int status) {
+  const char* text = m_stream.get_last_error(&m_stream);
+  const bool hasText = text != nullptr && *text != '\0';
+  return stream_messages::streamFailed(QString::fromUtf8(hasText ? text : std::strerror(status)));
+}
+
+Result<OwnedSchema, QString> InputStream::schema() {
+  if (m_stream.release == nullptr) {
+    return Failure{stream_messages::streamFailed(QStringLiteral("it has been released"))};
+  }
+  OwnedSchema schema;
+  if (const int status = m_stream.get_schema(&m_stream, schema.get()); status != 0) {
+    return Failure{failure(status)};
+  }
+  if ((*schema).release == nullptr || (*schema).format == nullptr ||
+      std::string_view((*schema).format) != "+s") {
+    return Failure{stream_messages::noTable()};
+  }
+  return schema;
+}
+
+Result<bool, QString> InputStream::next(ArrowArray& out) {
+  out = {};
+  if (const int status = m_stream.get_next(&m_stream, &out); status != 0) {
+    return Failure{failure(status)};
+  }
+  return out.release != nullptr;
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,48 @@
+// An Arrow stream that was given to the library, which then owns it.
+//
+// Threads: one at a time, any.
+// Errors: texts of the stream, for the user.
+#pragma once
+
+#include <QString>
+
+#include "base/result.h"
+#include "include/kelvarin/arrow_c_data.h"
+
+namespace kelvarin {
+
+// A schema that is released with its owner.
+class OwnedSchema {
+ public:
+  OwnedSchema() = default;
+  ~OwnedSchema();
+  OwnedSchema(OwnedSchema&& other) noexcept;
+  OwnedSchema& operator=(OwnedSchema&& other) noexcept;
+
+  ArrowSchema* get() { return &m_schema; }
+  const ArrowSchema& operator*() const { return m_schema; }
+
+ private:
+  ArrowSchema m_schema{};
+};
+
+class InputStream {
+ public:
+  // Takes it, and leaves `stream` released. One that is released already is one that fails.
+  explicit InputStream(ArrowArrayStream& stream);
+  ~InputStream();
+  InputStream(InputStream&& other) noexcept;
+  InputStream& operator=(InputStream&&) = delete;
+
+  // Of a table; the error says why not.
+  Result<OwnedSchema, QString> schema();
+  // False: the end. Else `out` has rows, and belongs to the caller.
+  Result<bool, QString> next(ArrowArray& out);
+
+ private:
+  QString failure(int status);
+
+  ArrowArrayStream m_stream;
+};
+
+}  // namespace kelvarin

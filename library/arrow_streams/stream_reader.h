@@ -1,0 +1,64 @@
+// Reads an Arrow stream unit by unit; large batches of it are several units.
+//
+// Used by: the source of a graph whose rows come from a stream.
+// Threads and errors: those of BatchReader.
+#pragma once
+
+#include <optional>
+
+#include "host/tables/arrow/column_tally.h"
+#include "host/tables/files/batch_reader.h"
+#include "host/tables/settings/column_settings.h"
+#include "library/arrow_streams/arrow_type.h"
+#include "library/arrow_streams/imported_batch.h"
+#include "library/arrow_streams/input_stream.h"
+
+namespace kelvarin {
+
+// The columns of a stream of this schema, and their types in it.
+struct StreamColumns {
+  std::vector<ArrowType> arrowTypes;
+  TableColumns columns;
+  QStringList notes;
+
+  static Result<StreamColumns, QString> of(const ArrowSchema& schema,
+                                           const std::vector<DeclaredColumn>& declared);
+};
+
+class StreamReader final : public BatchReader {
+ public:
+  // `firstRow` is the number of the first row in messages. Where `expected` has columns, the stream
+  // must have the same.
+  StreamReader(InputStream stream, ColumnRules rules, long long firstRow = 0,
+               std::optional<TableColumns> expected = std::nullopt);
+
+  Result<TableColumns, QString> open(IsStopped isStopped) override;
+  std::unique_ptr<TableUnit> readUnit() override;
+  void accept(TableUnit& unit) override;
+  float fractionDone() const override { return -1.0f; }
+  QString locationOfRow(long long row) const override;
+  QStringList notes() const override { return m_columns.notes; }
+  QStringList warnings() const override;
+  bool mayWait() const override { return true; }
+
+ private:
+  class Unit;
+
+  Result<bool, QString> nextBatch();
+
+  InputStream m_stream;
+  const ColumnRules m_rules;
+  const std::optional<TableColumns> m_expected;
+  StreamColumns m_columns;
+
+  std::shared_ptr<ImportedBatch> m_batch;  // null: the next one has to be read
+  std::int64_t m_nextRow = 0;              // of the batch
+  std::int64_t m_rowsInUnit = 1;
+  const long long m_firstRow;  // the number of the first one, in messages
+  long long m_rowsBefore = 0;  // the batch, of the stream
+  bool m_isOver = false;
+
+  std::vector<ColumnTally> m_tallies;
+};
+
+}  // namespace kelvarin

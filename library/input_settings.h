@@ -1,0 +1,14 @@
+// How the columns of a stream that is given to the interface are read.
+//
+// Used by: the functions that take streams.
+#pragma once
+
+#include "library/calls.h"
+#include "library/runs/stream_source.h"
+
+namespace kelvarin {
+
+// Null: the defaults.
+Outcome<InputSettings> inputSettingsOf(const kelvarin_input_options* options);
+
+}  // namespace kelvarin

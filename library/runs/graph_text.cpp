@@ -1,0 +1,103 @@
+#include "library/runs/graph_text.h"
+
+#include <QDir>
+
+#include "host/contract/attribute_table.h"
+
+namespace kelvarin {
+
+namespace {
+
+std::wstring wide(const char16_t* text) {
+  return QString::fromUtf16(text).toStdWString();
+}
+
+}  // namespace
+
+void GraphText::open(const char16_t* element) {
+  closeStartTag();
+  m_actions << L'<' << wide(element);
+  m_open.push_back(element);
+  m_isStartTagOpen = true;
+}
+
+void GraphText::openAction(const char16_t* type, const char16_t* name) {
+  open(type);
+  m_names.push_back(QString::fromUtf16(name));
+  attribute(u"name", m_names.back());
+}
+
+void GraphText::attribute(const char16_t* name, const QString& value) {
+  writeAttribute(m_actions, name, literal(value));
+}
+
+void GraphText::attribute(const char16_t* name, long long value) {
+  writeAttribute(m_actions, name, QString::number(value));
+}
+
+void GraphText::text(const QString& text) {
+  closeStartTag();
+  m_actions << elementText(text);
+}
+
+void GraphText::close() {
+  closeStartTag();
+  m_actions << L"</" << wide(m_open.back()) << L'>';
+  m_open.pop_back();
+}
+
+void GraphText::closeStartTag() {
+  if (m_isStartTagOpen) {
+    m_actions << L'>';
+    m_isStartTagOpen = false;
+  }
+}
+
+// A parameter stands for a text that looks like one. Its name is none of a variable, so that no
+// expression sees it.
+QString GraphText::literal(const QString& text) {
+  if (!text.contains(QLatin1String("${"))) {
+    return text;
+  }
+  m_parameters.push_back({QString::number(m_parameters.size()), text});
+  return QStringLiteral("${%1}").arg(m_parameters.back().name);
+}
+
+Outcome<Graph> GraphText::parse(const ActionCatalogue& catalogue) const {
+  std::wostringstream document;
+  document << L"<KelvarinGraph version='1.0'>";
+  if (!m_parameters.empty()) {
+    document << L"<Parameters>";
+    for (const ParameterOverride& parameter : m_parameters) {
+      document << L"<Parameter value=''";
+      writeAttribute(document, u"name", parameter.name);
+      document << L"/>";
+    }
+    document << L"</Parameters>";
+  }
+  document << L"<Actions>" << m_actions.str() << L"</Actions><Links>";
+  for (std::size_t i = 1; i < m_names.size(); ++i) {
+    document << L"<Link";
+    writeAttribute(document, u"from", m_names[i - 1]);
+    writeAttribute(document, u"to", m_names[i]);
+    document << L"/>";
+  }
+  document << L"</Links></KelvarinGraph>";
+  auto graph =
+      parseGraph(QString::fromStdWString(document.str()).toUtf8(),
+                 QDir::current().filePath(QStringLiteral("graph")), catalogue, m_parameters);
+  if (!graph) {
+    return Failure{errorOf(graph.error())};
+  }
+  return std::move(*graph);
+}
+
+ErrorDetails errorOf(const GraphErrors& faults) {
+  QStringList lines;
+  for (const GraphError& fault : faults) {
+    lines += fault.text();
+  }
+  return errorOf(KELVARIN_FAILED, lines.join(u'\n'));
+}
+
+}  // namespace kelvarin

@@ -1,0 +1,53 @@
+// The action whose rows leave through an Arrow stream; it replaces a sink of a graph.
+//
+// Threads: those of ActionItem and BatchSink.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "host/contract/described_action.h"
+#include "library/arrow_streams/exported_batch.h"
+#include "library/errors/error_details.h"
+
+namespace kelvarin {
+
+// Who takes the rows of a run. Engine thread.
+class BatchReceiver {
+ public:
+  virtual ~BatchReceiver() = default;
+  // Once, before the first batch or the end.
+  virtual void begin(const TableColumns& columns) = 0;
+  // False: no more are wanted.
+  virtual bool take(std::vector<OwnedArray> arrays) = 0;
+};
+
+// Names and types of a pin's rows.
+TableColumns tableColumnsOf(const OneRow& row);
+
+class StreamSink final : public Described<StreamSink, ActionItem>, public BatchSink {
+ public:
+  StreamSink(XMLNode node, GlobalParameters* parameters);
+
+  static const ActionDescription& catalogue();
+
+  // Before the run.
+  void setReceiver(std::shared_ptr<BatchReceiver> receiver, const BatchForm& form);
+
+  void setComputeRoutine() override { computeRoutine = &StreamSink::takeFirstBatch; }
+  const BatchEncoder* encoder() const override { return m_encoder.get(); }
+
+ private:
+  static bool takeFirstBatch(ActionItem* action);
+  static bool takeBatch(ActionItem* action);
+  bool take(TakenBatch taken);
+
+  std::shared_ptr<BatchReceiver> m_receiver;
+  std::unique_ptr<const ArrowBatchEncoder> m_encoder;
+};
+
+// Replaces the action, which must have no output pins, by a sink whose rows go to `receiver`.
+Status<ErrorDetails> bindOutput(Graph& graph, int action, std::shared_ptr<BatchReceiver> receiver,
+                                const BatchForm& form);
+
+}  // namespace kelvarin
