@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include <nanobind/stl/string.h>
+
 namespace kelvarin_python {
 
 namespace {

@@ -5,6 +5,7 @@
 #include <nanobind/stl/optional.h>
 #include <nanobind/stl/pair.h>
 #include <nanobind/stl/string.h>
+#include <nanobind/stl/unique_ptr.h>
 #include <nanobind/stl/vector.h>
 
 #include "python/src/input_options.h"
@@ -59,14 +60,14 @@ class ColumnarFile {
   }
 
   // least, largest (None: not known), whether there are nulls
-  nb::tuple statistics(int64_t block, int32_t column) const {
+  nb::tuple statistics(int64_t block, int32_t column, bool isText) const {
     kelvarin_statistics found{};
     found.size = sizeof found;
     call(kelvarin_table_get_statistics, m_handle, block, column, &found);
     if (found.has_bounds == 0) {
       return nb::make_tuple(nb::none(), nb::none(), found.has_nulls != 0);
     }
-    if (found.min_text == nullptr) {
+    if (!isText) {
       return nb::make_tuple(found.min_number, found.max_number, found.has_nulls != 0);
     }
     return nb::make_tuple(bytes(found.min_text, found.min_text_size),
@@ -160,7 +161,8 @@ void bindColumnarFiles(nb::module_& module) {
       .def("info", &ColumnarFile::info)
       .def("column", &ColumnarFile::column)
       .def("block", &ColumnarFile::block)
-      .def("statistics", &ColumnarFile::statistics, nb::arg("block"), nb::arg("column"))
+      .def("statistics", &ColumnarFile::statistics, nb::arg("block"), nb::arg("column"),
+           nb::arg("is_text"))
       .def("scan", scan, nb::kw_only(), nb::arg("columns").none(), nb::arg("text_format"),
            nb::arg("rows"), nb::arg("blocks"), nb::arg("block_filter").none(),
            nb::arg("skips_damage"), nb::arg("threads"), nb::arg("batch_rows"),

@@ -7,6 +7,7 @@
 #include <nanobind/stl/pair.h>
 #include <nanobind/stl/string.h>
 #include <nanobind/stl/tuple.h>
+#include <nanobind/stl/unique_ptr.h>
 #include <nanobind/stl/vector.h>
 
 #include "python/src/forwarded_stream.h"
@@ -39,29 +40,13 @@ class Expressions {
         m_settings(std::move(settings)),
         m_input(std::move(types), std::move(sortedBy), takesBadValuesAsNull) {}
 
-  std::unique_ptr<Stream> apply(nb::handle table, int64_t firstRow, int textFormat, int threads,
-                                int64_t batchRows) {
-    auto state = std::make_shared<StreamState>();
-    kelvarin_apply_options options = KELVARIN_APPLY_OPTIONS_INIT;
-    options.first_row = firstRow;
-    options.text_format = textFormat;
-    options.threads = threads;
-    options.batch_rows = batchRows;
-    options.stop = state->stop.handle();
-    options.log = state->log.receiver();
-    StreamOwner input = streamOf(table);
-    const auto compiled = compiledFor(schemaOf(input));
-    ArrowArrayStream given = input.take();
-    ArrowArrayStream stream{};
-    call(kelvarin_expressions_apply, compiled->handle, &given, &options, &stream);
-    return std::make_unique<Stream>(StreamOwner(stream), std::move(state));
-  }
+  std::shared_ptr<Compiled> compiledFor(StreamOwner& input) { return compiledFor(schemaOf(input)); }
 
   // For each output and the condition: name, engine, the token that slows it, the reason, whether
   // it goes by the batch, the token that forbids it, type, dependence, its token and position.
   nb::list info(nb::handle table) {
     StreamOwner input = streamOf(table);
-    const auto compiled = compiledFor(schemaOf(input));
+    const auto compiled = compiledFor(input);
     nb::list found;
     const size_t count = m_outputs.size() + (m_condition ? 1 : 0);
     for (size_t index = 0; index < count; ++index) {
@@ -138,6 +123,47 @@ class Expressions {
   std::shared_ptr<Compiled> m_last;  // guarded by m_mutex
 };
 
+// Expressions bound to a table. The table's stream is taken once for its columns, and read by the
+// first application; a table that can be read again is asked for another one after that.
+class Application {
+ public:
+  Application(Expressions& expressions, nb::object table)
+      : m_table(std::move(table)),
+        m_input(streamOf(m_table)),
+        m_compiled(expressions.compiledFor(m_input)) {}
+  ~Application() {
+    releaseWithoutLock([this] { StreamOwner(std::move(m_input)); });
+  }
+  Application(const Application&) = delete;
+  Application& operator=(const Application&) = delete;
+
+  std::unique_ptr<Stream> apply(int64_t firstRow, int textFormat, int threads, int64_t batchRows) {
+    auto state = std::make_shared<StreamState>();
+    kelvarin_apply_options options = KELVARIN_APPLY_OPTIONS_INIT;
+    options.first_row = firstRow;
+    options.text_format = textFormat;
+    options.threads = threads;
+    options.batch_rows = batchRows;
+    options.stop = state->stop.handle();
+    options.log = state->log.receiver();
+    ArrowArrayStream given = (m_input.isReleased() ? streamOf(m_table) : std::move(m_input)).take();
+    ArrowArrayStream stream{};
+    call(kelvarin_expressions_apply, m_compiled->handle, &given, &options, &stream);
+    return std::make_unique<Stream>(StreamOwner(stream), std::move(state));
+  }
+
+  nb::capsule schema(int textFormat) const {
+    ArrowSchema schema{};
+    call(kelvarin_expressions_get_schema, m_compiled->handle, textFormat, &schema);
+    return capsuleOf(SchemaOwner(schema));
+  }
+
+ private:
+  nb::object m_table;
+  StreamOwner m_input;
+  std::shared_ptr<Compiled> m_compiled;
+};
+
 }  // namespace
 
 void bindExpressions(nb::module_& module) {
@@ -146,9 +172,12 @@ void bindExpressions(nb::module_& module) {
                     NamedNumbers, bool>(),
            nb::kw_only(), nb::arg("outputs"), nb::arg("condition").none(), nb::arg("settings"),
            nb::arg("types"), nb::arg("sorted_by"), nb::arg("takes_bad_values_as_null"))
-      .def("apply", &Expressions::apply, nb::arg("table"), nb::kw_only(), nb::arg("first_row"),
-           nb::arg("text_format"), nb::arg("threads"), nb::arg("batch_rows"))
       .def("info", &Expressions::info, nb::arg("table"));
+  nb::class_<Application>(module, "Application")
+      .def(nb::init<Expressions&, nb::object>(), nb::arg("expressions"), nb::arg("table"))
+      .def("apply", &Application::apply, nb::kw_only(), nb::arg("first_row"),
+           nb::arg("text_format"), nb::arg("threads"), nb::arg("batch_rows"))
+      .def("schema", &Application::schema, nb::arg("text_format"));
 }
 
 }  // namespace kelvarin_python
