@@ -41,7 +41,7 @@ class ColumnarFile:
 def write(path: str, table: object, *, types: list[tuple[str, int]], sorted_by: list[tuple[str, int]],
           takes_bad_values_as_null: bool, rows_in_block: int, threads: int, split: int, split_mebibytes: float,
           split_column: str | None, separates_columns: bool, creates_folder: bool, disk_wait_seconds: int,
-          progress: Callable[[int, float | None], object] | None) -> int: ...
+          progress: Callable[[int, float | None], object] | None) -> tuple[int, list[tuple[int, str, str]]]: ...
 
 class Expressions:
     def __init__(self, *, outputs: list[tuple[str, str, int]], condition: str | None, settings: list[tuple[str, str]],

@@ -8,7 +8,7 @@ from dataclasses import dataclass
 from typing import Literal, overload
 
 from kelvarin import _native
-from kelvarin.rows import TEXT_FORMATS, ArrowTable, Rows, TextFormat, column_types, columns_and_orders, thread_count
+from kelvarin.rows import TEXT_FORMATS, ArrowTable, Rows, TextFormat, as_list, column_types, columns_and_orders, log, thread_count
 
 Bound = float | int | bytes | None
 
@@ -121,8 +121,8 @@ class Scan(Rows):
         every = [_column(*file.column(index)) for index in range(column_count)]
         names = options["columns"]
         positions = {column.name: index for index, column in enumerate(every)}
-        # Asks for a stream at once, so that a wrong column or filter is reported here.
-        self._next: _native.Stream | None = self._new_stream("view")
+        if options["block_filter"] or options["row_number"] or not positions.keys() >= set(names or ()):
+            self._stream("view")  # says here what is wrong with them
         chosen = range(column_count) if names is None else [positions[name] for name in names]
         self.columns = [every[index] for index in chosen]
         if options["row_number"] is not None:
@@ -136,19 +136,12 @@ class Scan(Rows):
         return (f"<kelvarin.Scan of {self.path!r}: {self.rows} rows in {len(self.blocks)} blocks{filtered}; "
                 f"{shown}{more}>")
 
-    def _new_stream(self, texts: TextFormat) -> _native.Stream:
-        return self._file.scan(text_format=TEXT_FORMATS[texts], **self._options)
-
     def _stream(self, texts: TextFormat) -> _native.Stream:
-        ready, self._next = self._next, None
-        return ready if ready is not None and texts == "view" else self._new_stream(texts)
-
-    def __arrow_c_schema__(self) -> object:
-        return (self._next or self._new_stream("view")).schema()
+        return self._file.scan(text_format=TEXT_FORMATS[texts], **self._options)
 
 
 def scan(path: str | os.PathLike[str], columns: Iterable[str] | None = None, *,
-         rows: tuple[int | None, int | None] | None = None, blocks: str | tuple[int, int] | None = None,
+         rows: tuple[int | None, int | None] | None = None, blocks: str | tuple[int | None, int | None] | None = None,
          threads: int | None = None, row_number: str | None = None, batch_rows: int | None = None,
          skip_damage: bool = False, incomplete: bool = False) -> Scan:
     """Opens a columnar file. Its rows are read when somebody asks for them.
@@ -173,13 +166,14 @@ def scan(path: str | os.PathLike[str], columns: Iterable[str] | None = None, *,
         >>> prices = kelvarin.scan("prices.cgel_kelvarin", ["day", "price"], blocks="price_max > 100").to_polars()
     """
     path = os.fspath(path)
-    names = None if columns is None else ([columns] if isinstance(columns, str) else list(columns))
-    first_row, end_row = rows if rows is not None else (None, None)
+    names = None if columns is None else as_list(columns)
+    if names == []:
+        raise ValueError("columns is empty; None stands for all of them")
     is_expression = isinstance(blocks, str)
     options: _native.ScanOptions = {
         "columns": names,
-        "rows": (first_row or 0, -1 if end_row is None else end_row),
-        "blocks": (0, -1) if blocks is None or is_expression else blocks,
+        "rows": _range("rows", rows),
+        "blocks": _range("blocks", None if is_expression else blocks),
         "block_filter": blocks if is_expression else None,
         "skips_damage": skip_damage,
         "threads": thread_count(threads),
@@ -198,7 +192,8 @@ def write(table: ArrowTable, path: str | os.PathLike[str], *,
           disk_wait: float | None = None, progress: Callable[[int, float | None], object] | None = None) -> int:
     """Writes all rows of a table to a columnar file, and returns how many there were.
 
-    All or nothing: where it fails or is interrupted, a file of this name stays as it was.
+    All or nothing: where it fails or is interrupted, a file of this name stays as it was. So it does where the table
+    has no rows.
 
     Args:
         table: Whatever has ``__arrow_c_stream__``. Numbers, decimals and booleans (1, 0) become numbers, unsigned
@@ -222,12 +217,22 @@ def write(table: ArrowTable, path: str | os.PathLike[str], *,
         Error: A value, a type or the order is wrong, with its column and row, or the file cannot be written.
         TypeError: ``table`` is no table.
     """
-    return _native.write(
+    rows, messages = _native.write(
         os.fspath(path), table, types=column_types(keys, texts, numbers), sorted_by=columns_and_orders(sorted_by),
         takes_bad_values_as_null=bad_as_null, rows_in_block=block_rows or 0, threads=thread_count(threads),
         split=SPLITS[split], split_mebibytes=split_megabytes, split_column=split_column,
         separates_columns=separate_columns, creates_folder=create_folder,
         disk_wait_seconds=-1 if disk_wait is None else round(disk_wait), progress=progress)
+    log(messages)
+    return rows
+
+
+def _range(name: str, bounds: tuple[int | None, int | None] | None) -> tuple[int, int]:
+    first, end = bounds or (None, None)
+    first = 0 if first is None else first
+    if first < 0 or (end is not None and end < first):
+        raise ValueError(f"{name} is {bounds}; it takes (a, b) with 0 <= a <= b")
+    return first, -1 if end is None else end
 
 
 def _column(name: str, kind: int, order: int, sort_position: int, column_set: int) -> Column:

@@ -103,7 +103,7 @@ std::unique_ptr<Stream> scan(const ColumnarFile& file,
                              const std::optional<std::string>& rowNumber) {
   auto state = std::make_shared<StreamState>();
   kelvarin_scan_options options = KELVARIN_SCAN_OPTIONS_INIT;
-  const auto names = pointersOf(columns.value_or(std::vector<std::string>{}));
+  const auto names = columns ? pointersOf(*columns) : std::vector<const char*>{};
   options.columns = columns ? names.data() : nullptr;
   options.column_count = static_cast<int32_t>(names.size());
   options.text_format = textFormat;
@@ -121,11 +121,12 @@ std::unique_ptr<Stream> scan(const ColumnarFile& file,
   return std::make_unique<Stream>(StreamOwner(stream), std::move(state));
 }
 
-int64_t write(const std::string& path, nb::handle table, NamedNumbers types, NamedNumbers sortedBy,
-              bool takesBadValuesAsNull, int rowsInBlock, int threads, int split,
-              double splitMebibytes, const std::optional<std::string>& splitColumn,
-              bool separatesColumns, bool createsFolder, int diskWaitSeconds,
-              const std::optional<nb::callable>& progress) {
+// The number of rows, and what was logged.
+nb::tuple write(const std::string& path, nb::handle table, NamedNumbers types,
+                NamedNumbers sortedBy, bool takesBadValuesAsNull, int rowsInBlock, int threads,
+                int split, double splitMebibytes, const std::optional<std::string>& splitColumn,
+                bool separatesColumns, bool createsFolder, int diskWaitSeconds,
+                const std::optional<nb::callable>& progress) {
   const InputOptions input(std::move(types), std::move(sortedBy), takesBadValuesAsNull);
   StreamState state;
   Progress shown(progress);
@@ -150,7 +151,7 @@ int64_t write(const std::string& path, nb::handle table, NamedNumbers types, Nam
     outcome.set(kelvarin_write(path.c_str(), &given, &options, &rows, outcome.error()));
   });
   outcome.check();
-  return rows;
+  return nb::make_tuple(rows, listOf(state.log));
 }
 
 }  // namespace

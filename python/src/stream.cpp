@@ -4,7 +4,6 @@
 
 #include <nanobind/stl/shared_ptr.h>
 #include <nanobind/stl/string.h>
-#include <nanobind/stl/vector.h>
 
 #include "python/src/forwarded_stream.h"
 
@@ -84,6 +83,14 @@ void release(ArrowArrayStream* stream) {
 }
 
 }  // namespace
+
+nb::list listOf(const MessageLog& log) {
+  nb::list found;
+  for (const Message& message : log.messages()) {
+    found.append(nb::make_tuple(message.level, message.action, message.text));
+  }
+  return found;
+}
 
 StreamOwner Stream::taken() {
   if (m_stream.isReleased()) {
@@ -175,13 +182,7 @@ void bindStreams(nb::module_& module) {
       .def("capsule", &Stream::capsule)
       .def("collect", &Stream::collect)
       .def("check", &Stream::check)
-      .def("messages", [](const Stream& self) {
-        nb::list found;
-        for (const Message& message : self.messages()) {
-          found.append(nb::make_tuple(message.level, message.action, message.text));
-        }
-        return found;
-      });
+      .def("messages", &Stream::messages);
   nb::class_<Batches>(module, "Batches")
       .def_prop_ro("rows", &Batches::rows)
       .def("schema", &Batches::schema)

@@ -15,6 +15,9 @@
 
 namespace kelvarin_python {
 
+// Level, action and text of each message.
+nb::list listOf(const MessageLog& log);
+
 // What a stream and its reader share: what ends it, and why it has failed.
 struct StreamState {
   Stop stop;
@@ -43,7 +46,7 @@ class Stream {
 
   // Raises why another library could not read it to its end, if that is so.
   void check() const;
-  std::vector<Message> messages() const { return m_state->log.messages(); }
+  nb::list messages() const { return listOf(m_state->log); }
 
  private:
   StreamOwner taken();

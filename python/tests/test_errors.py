@@ -17,11 +17,12 @@ def path(folder):
 
 def test_what_a_scan_refuses(path, folder):
     for wrong, message in (({"columns": ["b"]}, "b"), ({"blocks": "a_max >"}, "."), ({"blocks": "nobody_max > 1"}, "nobody"),
-                           ({"rows": (3, 1)}, "."), ({"rows": (-1, 5)}, ".")):
+                           ({"row_number": "a"}, "a")):
         with pytest.raises(kelvarin.Error, match=message):
             kelvarin.scan(path, **wrong)
-    with pytest.raises(ValueError, match="threads"):
-        kelvarin.scan(path, threads=0)
+    for name, value in (("threads", 0), ("rows", (3, 1)), ("rows", (-1, 5)), ("blocks", (2, 1)), ("columns", [])):
+        with pytest.raises(ValueError, match=name):
+            kelvarin.scan(path, **{name: value})
     with pytest.raises(kelvarin.Error, match="absent"):
         kelvarin.scan(folder / "absent.cgel_kelvarin")
     (folder / "empty.cgel_kelvarin").write_bytes(b"")
@@ -55,6 +56,9 @@ def test_what_writing_refuses_leaves_the_old_file(path, folder):
             kelvarin.write(table, path, **options)
         assert sorted(folder.iterdir()) == files
         assert kelvarin.scan(path).to_arrow().equals(before)
+
+    assert kelvarin.write(before.slice(0, 0), path) == 0
+    assert kelvarin.scan(path).rows == 5000
 
     def failing_batches():
         yield pyarrow.record_batch({"a": [1.0]})

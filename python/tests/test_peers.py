@@ -23,7 +23,7 @@ NaN,0,,
 def file_of_the_program(folder, kelvarin_program, write_graph):
     (folder / "in.csv").write_text(CSV, encoding="utf-8")
     write_graph("<ReadCSV name='in' file='in.csv'><Column name='key' meta='K'/><Column name='empty' meta='F'/></ReadCSV>",
-                "<writeColumnarGel name='out' FileName='t.cgel_kelvarin'/>")
+                "<writeColumnarGel name='out' file='t.cgel_kelvarin'/>")
     kelvarin_program("run", "g.kelvarin", "--quiet")
     return folder / "t.cgel_kelvarin"
 
