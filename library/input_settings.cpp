@@ -2,11 +2,11 @@
 
 namespace kelvarin {
 
-namespace {
-
 bool isColumnType(std::int32_t type) {
   return type == KELVARIN_NUMBER || type == KELVARIN_KEY || type == KELVARIN_TEXT;
 }
+
+namespace {
 
 Outcome<Done> addColumns(const kelvarin_input_options& options, InputSettings& settings) {
   for (std::int32_t i = 0; i < options.column_count; ++i) {

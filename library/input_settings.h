@@ -8,6 +8,9 @@
 
 namespace kelvarin {
 
+// KELVARIN_NUMBER, KELVARIN_KEY or KELVARIN_TEXT.
+bool isColumnType(std::int32_t type);
+
 // Null: the defaults.
 Outcome<InputSettings> inputSettingsOf(const kelvarin_input_options* options);
 

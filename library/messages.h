@@ -28,6 +28,10 @@ inline QString foreignStream() {
   return QStringLiteral("The stream is null, released, or not one of this library.");
 }
 
+inline QString noTableSchema() {
+  return QStringLiteral("The schema is released, or not one of a table, which has columns.");
+}
+
 inline QString noColumns() {
   return QStringLiteral("No column is listed. Without a list all columns are read.");
 }

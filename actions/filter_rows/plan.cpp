@@ -60,8 +60,15 @@ bool FilterRows::plan(const OneRow& columns) {
     return true;
   }
   const OutputVariable condition = conditionOf(m_settings.expression);
-  return startEvaluator(columns, m_inputs, {condition.expression}) &&
-         compileOutputs({condition}, ResultUse::truth);
+  if (!startEvaluator(columns, m_inputs, {condition.expression}) ||
+      !compileOutputs({condition}, ResultUse::truth)) {
+    return false;
+  }
+  if (!isChecking() && !isObserved()) {
+    m_stage = FilterStage::of(m_evaluator.expressions, {isOutputPinRead(0), isOutputPinRead(1)},
+                              m_settings.truncate);
+  }
+  return true;
 }
 
 // The first row is processed here, and the routine for the others installed.
@@ -75,8 +82,6 @@ bool FilterRows::startRows(const OneRow& firstRow) {
     computeRoutine = &FilterRows::computeSampledRow;
     return sampleRow(firstRow) != RowStep::more || m_sampleSize == 1;
   }
-  m_stage = FilterStage::of(m_evaluator.expressions, {isOutputPinRead(0), isOutputPinRead(1)},
-                            m_settings.truncate);
   if (m_settings.truncate) {
     computeRoutine = &FilterRows::computeRow<true>;
     return filterRow<true>(firstRow) != RowStep::more;

@@ -64,6 +64,11 @@ bool PulledRun::advance() {
   return m_sink->advance() && !m_sink->isFinished();
 }
 
+const BatchStage* PulledRun::stageOf(int action) const {
+  const BatchTransform* transform = m_execution->action(action)->transform();
+  return transform == nullptr ? nullptr : transform->stage();
+}
+
 void PulledRun::close() {
   const Turn turn(*this);
   m_record.endNormally();

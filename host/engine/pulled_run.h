@@ -38,6 +38,8 @@ class PulledRun {
 
   GlobalParameters::RunningState state() const { return m_record.status; }
   std::vector<LogLine> takeLog() { return m_services.takeLog(); }
+  // See BatchTransform; it lives until the run is closed. Null: it has none, or none yet.
+  const BatchStage* stageOf(int action) const;
   ActionReport reportOf(int action) { return m_services.reportOf(item(action)); }
 
  private:

@@ -365,7 +365,8 @@ enum {
   KELVARIN_DEPENDS_ON_RANDOM = 1,       /* rand, sampling */
   KELVARIN_DEPENDS_ON_EARLIER_ROWS = 2, /* an assignment to a variable, truncate */
   KELVARIN_DEPENDS_ON_ROW_NUMBER = 4,   /* _n: right where first_row is */
-  KELVARIN_DEPENDS_ON_FILES = 8         /* load and its like */
+  KELVARIN_DEPENDS_ON_FILES = 8,        /* load and its like */
+  KELVARIN_DEPENDS_ON_TIME = 16         /* _now and what else differs by run */
 };
 
 typedef struct kelvarin_expression_info {

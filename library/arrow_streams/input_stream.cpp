@@ -22,17 +22,26 @@ OwnedSchema& OwnedSchema::operator=(OwnedSchema&& other) noexcept {
   return *this;
 }
 
+bool isTable(const ArrowSchema& schema) {
+  return schema.release != nullptr && schema.format != nullptr &&
+         std::string_view(schema.format) == "+s";
+}
+
 InputStream::InputStream(ArrowArrayStream& stream)
     : m_stream(std::exchange(stream, ArrowArrayStream{})) {}
 
 InputStream::~InputStream() {
+  if (m_next.release != nullptr) {
+    m_next.release(&m_next);
+  }
   if (m_stream.release != nullptr) {
     m_stream.release(&m_stream);
   }
 }
 
 InputStream::InputStream(InputStream&& other) noexcept
-    : m_stream(std::exchange(other.m_stream, ArrowArrayStream{})) {}
+    : m_stream(std::exchange(other.m_stream, ArrowArrayStream{})),
+      m_next(std::exchange(other.m_next, ArrowArray{})) {}
 
 QString InputStream::failure(int status) {
   const char* text = m_stream.get_last_error(&m_stream);
@@ -48,19 +57,25 @@ Result<OwnedSchema, QString> InputStream::schema() {
   if (const int status = m_stream.get_schema(&m_stream, schema.get()); status != 0) {
     return Failure{failure(status)};
   }
-  if ((*schema).release == nullptr || (*schema).format == nullptr ||
-      std::string_view((*schema).format) != "+s") {
+  if (!isTable(*schema)) {
     return Failure{stream_messages::noTable()};
   }
   return schema;
 }
 
 Result<bool, QString> InputStream::next(ArrowArray& out) {
-  out = {};
+  out = std::exchange(m_next, ArrowArray{});
+  if (out.release != nullptr) {
+    return true;
+  }
   if (const int status = m_stream.get_next(&m_stream, &out); status != 0) {
     return Failure{failure(status)};
   }
   return out.release != nullptr;
+}
+
+void InputStream::putBack(ArrowArray& array) {
+  m_next = std::exchange(array, ArrowArray{});
 }
 
 }  // namespace kelvarin

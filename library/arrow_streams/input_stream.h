@@ -26,6 +26,8 @@ class OwnedSchema {
   ArrowSchema m_schema{};
 };
 
+bool isTable(const ArrowSchema& schema);
+
 class InputStream {
  public:
   // Takes it, and leaves `stream` released. One that is released already is one that fails.
@@ -38,11 +40,14 @@ class InputStream {
   Result<OwnedSchema, QString> schema();
   // False: the end. Else `out` has rows, and belongs to the caller.
   Result<bool, QString> next(ArrowArray& out);
+  // The next call returns this array, which it takes.
+  void putBack(ArrowArray& array);
 
  private:
   QString failure(int status);
 
   ArrowArrayStream m_stream;
+  ArrowArray m_next{};  // that was put back
 };
 
 }  // namespace kelvarin

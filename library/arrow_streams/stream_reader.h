@@ -39,6 +39,9 @@ class StreamReader final : public BatchReader {
   QString locationOfRow(long long row) const override;
   QStringList notes() const override { return m_columns.notes; }
   QStringList warnings() const override;
+  // The rows that have not been read, for another reader. Between two batches only.
+  InputStream takeRest() { return std::move(m_stream); }
+  bool isBetweenBatches() const { return m_batch == nullptr || m_nextRow == m_batch->rowCount(); }
   bool mayWait() const override { return true; }
 
  private:

@@ -26,13 +26,17 @@ class PulledStream final : public BatchSupply {
   Outcome<TableColumns> columnsOfSource();
 
   Outcome<TableColumns> columns() override { return columnsOfSource(); }
+  // Those that came to the sink, when next() has been called.
+  const TableColumns& columnsOfSink() const { return m_waiting->columns; }
+  PulledRun& run() { return m_run; }
   Outcome<OwnedArray> next() override;
 
  private:
   // What the sink has given, and nobody has taken.
   struct Waiting final : BatchReceiver {
-    void begin(const TableColumns&) override {}
+    void begin(const TableColumns& announced) override { columns = announced; }
     bool take(std::vector<OwnedArray> taken) override;
+    TableColumns columns;
     std::deque<OwnedArray> arrays;
   };
 

@@ -11,7 +11,7 @@ using testing::Call;
 using testing::Pulled;
 using testing::TypedColumn;
 
-class TableFunctionsTest : public ::testing::Test {
+class TableCallsTest : public ::testing::Test {
  protected:
   // The message of an error, or "rows=N".
   std::string write(ArrowArrayStream stream, const kelvarin_write_options* options = nullptr) {
@@ -81,7 +81,7 @@ class TableFunctionsTest : public ::testing::Test {
   std::string m_path = m_folder.path("t.cgel_kelvarin");
 };
 
-TEST_F(TableFunctionsTest, ValuesComeBackAsTheyWereWritten) {
+TEST_F(TableCallsTest, ValuesComeBackAsTheyWereWritten) {
   EXPECT_EQ(roundTrip({{"n", arrow::float64(), "[1.5, null, NaN, -Inf]"},
                        {"k", arrow::uint32(), "[0, 4294967293, null, 7]"},
                        {"t", arrow::utf8(), "[\"\", null, \"short\", \"longer than twelve\"]"}}),
@@ -106,7 +106,7 @@ TEST_F(TableFunctionsTest, ValuesComeBackAsTheyWereWritten) {
       "dict=[\"one\",\"two\"]");
 }
 
-TEST_F(TableFunctionsTest, ValuesThatAColumnCannotHoldFailOrBecomeNull) {
+TEST_F(TableCallsTest, ValuesThatAColumnCannotHoldFailOrBecomeNull) {
   const std::vector<TypedColumn> large = {{"i", arrow::int64(), "[1, 9007199254740993]"}};
   EXPECT_EQ(roundTrip(large),
             "stream, row 2, column 'i': 9007199254740993 cannot be held by a number column without "
@@ -126,7 +126,7 @@ TEST_F(TableFunctionsTest, ValuesThatAColumnCannotHoldFailOrBecomeNull) {
             "decimals, booleans, texts, dates, timestamps and dictionaries of them are read.");
 }
 
-TEST_F(TableFunctionsTest, AFailedWriteLeavesTheOldFile) {
+TEST_F(TableCallsTest, AFailedWriteLeavesTheOldFile) {
   ASSERT_EQ(write(testing::streamOf({{"n", arrow::float64(), "[1]"}})), "rows=1");
   const std::string files = m_folder.listing();
   EXPECT_NE(write(testing::streamOf({{"n", arrow::int64(), "[1, 9007199254740993]"}})), "rows=2");
@@ -144,7 +144,7 @@ TEST_F(TableFunctionsTest, AFailedWriteLeavesTheOldFile) {
   EXPECT_EQ(scan(KELVARIN_SCAN_OPTIONS_INIT).text(), "n=[1]");
 }
 
-TEST_F(TableFunctionsTest, ATableSaysWhatIsInIt) {
+TEST_F(TableCallsTest, ATableSaysWhatIsInIt) {
   writeThousandRows();
   const kelvarin_table table = open();
   kelvarin_table_info info{};
@@ -184,7 +184,7 @@ TEST_F(TableFunctionsTest, ATableSaysWhatIsInIt) {
 }
 
 // The same rows for any number of threads and any size of batches.
-TEST_F(TableFunctionsTest, PartsOfATableAreRead) {
+TEST_F(TableCallsTest, PartsOfATableAreRead) {
   writeThousandRows();
   const char* columns[] = {"k", "n"};
   for (const int threads : {1, 2, 4}) {
@@ -216,7 +216,7 @@ TEST_F(TableFunctionsTest, PartsOfATableAreRead) {
   }
 }
 
-TEST_F(TableFunctionsTest, TextsLeaveInTheFormThatIsAskedFor) {
+TEST_F(TableCallsTest, TextsLeaveInTheFormThatIsAskedFor) {
   writeThousandRows();
   kelvarin_scan_options options = KELVARIN_SCAN_OPTIONS_INIT;
   const auto views = scan(options).table->column(2);
@@ -235,7 +235,7 @@ TEST_F(TableFunctionsTest, TextsLeaveInTheFormThatIsAskedFor) {
   }
 }
 
-TEST_F(TableFunctionsTest, MistakesAreNamed) {
+TEST_F(TableCallsTest, MistakesAreNamed) {
   writeThousandRows();
   kelvarin_scan_options options = KELVARIN_SCAN_OPTIONS_INIT;
   const char* absent[] = {"nn"};
@@ -257,7 +257,7 @@ TEST_F(TableFunctionsTest, MistakesAreNamed) {
   EXPECT_EQ(table.id, 0u);
 }
 
-TEST_F(TableFunctionsTest, DamageFailsOrIsSkipped) {
+TEST_F(TableCallsTest, DamageFailsOrIsSkipped) {
   writeThousandRows();
   std::string side;
   for (const auto& entry : std::filesystem::directory_iterator(m_folder.path(""))) {
@@ -280,7 +280,7 @@ TEST_F(TableFunctionsTest, DamageFailsOrIsSkipped) {
   EXPECT_EQ(warnings, 1);
 }
 
-TEST_F(TableFunctionsTest, AStreamOutlivesItsTableAndIsStoppedByAnyone) {
+TEST_F(TableCallsTest, AStreamOutlivesItsTableAndIsStoppedByAnyone) {
   writeThousandRows();
   const kelvarin_table table = open();
   ArrowArrayStream stream;

@@ -1,0 +1,191 @@
+#include "library/expressions/applied_stream.h"
+
+#include <iterator>
+#include <utility>
+
+namespace kelvarin {
+
+namespace {
+
+// With more rows than these, tasks on several threads are worth their start.
+constexpr long long kFewRows = 64 * 1024;
+
+ErrorDetails errorOfStream(const QString& text) {
+  ErrorDetails error = errorOf(KELVARIN_FAILED, text);
+  error.action = "stream";
+  return error;
+}
+
+// Rows that have been read already, and those that come after them.
+class Rest final : public BatchSupply {
+ public:
+  Rest(TableColumns columns, RowBatchPointer pending, std::unique_ptr<StreamReader> reader)
+      : m_columns(std::move(columns)), m_reader(std::move(reader)) {
+    add(*pending);
+  }
+
+  Outcome<TableColumns> columns() override { return m_columns; }
+  Outcome<OwnedArray> next() override {
+    while (m_arrays.empty()) {
+      const std::unique_ptr<TableUnit> unit = m_reader->readUnit();
+      if (unit == nullptr) {
+        return OwnedArray();
+      }
+      unit->parse();
+      if (unit->batch() != nullptr) {
+        add(*unit->batch());
+      }
+      if (!unit->failure().isEmpty()) {
+        m_failure = unit->failure();
+        break;
+      }
+    }
+    if (m_arrays.empty()) {
+      return Failure{errorOfStream(m_failure)};
+    }
+    OwnedArray next = std::move(m_arrays.front());
+    m_arrays.pop_front();
+    return next;
+  }
+
+ private:
+  void add(const RowBatch& batch) {
+    std::vector<OwnedArray> arrays = exportedBatch(batch, {});
+    std::move(arrays.begin(), arrays.end(), std::back_inserter(m_arrays));
+  }
+
+  const TableColumns m_columns;
+  const std::unique_ptr<StreamReader> m_reader;
+  std::deque<OwnedArray> m_arrays;
+  QString m_failure;
+};
+
+}  // namespace
+
+AppliedStream::AppliedStream(std::shared_ptr<CompiledExpressions> expressions, InputStream stream,
+                             ApplySettings settings)
+    : m_expressions(std::move(expressions)),
+      m_settings(std::move(settings)),
+      m_stream(std::move(stream)),
+      m_nextRow(m_settings.firstRow) {}
+
+Outcome<OwnedArray> AppliedStream::next() {
+  while (m_run == nullptr && m_arrays.empty() && !m_isOver) {
+    if (m_settings.work.stop.stop_requested()) {
+      return Failure{errorOfLog({}, GlobalParameters::RunningState::stoppedByUser)};
+    }
+    if (const auto advanced = advance(); !advanced) {
+      return Failure{advanced.error()};
+    }
+  }
+  if (!m_arrays.empty()) {
+    OwnedArray next = std::move(m_arrays.front());
+    m_arrays.pop_front();
+    return next;
+  }
+  return m_run == nullptr ? OwnedArray() : m_run->next();
+}
+
+Outcome<Done> AppliedStream::advance() {
+  if (m_stream) {
+    InputStream stream = std::move(*m_stream);
+    m_stream.reset();
+    return begin(std::move(stream));
+  }
+  const bool areMany = m_nextRow - m_settings.firstRow >= kFewRows;
+  if (m_settings.work.threads != 1 && areMany && m_reader->isBetweenBatches()) {
+    return runWith(m_reader->takeRest());
+  }
+  const auto step = takeUnit();
+  if (!step) {
+    return Failure{step.error()};
+  }
+  m_isOver = *step == Step::end;
+  return Done{};
+}
+
+// A first batch of many rows is work for several threads.
+Outcome<Done> AppliedStream::begin(InputStream stream) {
+  if (m_settings.work.threads != 1) {
+    ArrowArray first;
+    const auto isThere = stream.next(first);
+    if (!isThere) {
+      return Failure{errorOfStream(isThere.error())};
+    }
+    if (*isThere) {
+      const bool isLarge = first.length >= kFewRows;
+      stream.putBack(first);
+      if (isLarge) {
+        return runWith(std::move(stream));
+      }
+    }
+  }
+  InputSettings input = m_expressions->inputSettings();
+  m_reader = std::make_unique<StreamReader>(std::move(stream), std::move(input.rules),
+                                            m_settings.firstRow, std::move(input.expected));
+  const auto columns = m_reader->open([] { return false; });
+  if (!columns) {
+    return Failure{errorOfStream(columns.error())};
+  }
+  return Done{};
+}
+
+Outcome<AppliedStream::Step> AppliedStream::takeUnit() {
+  const std::unique_ptr<TableUnit> unit = m_reader->readUnit();
+  if (unit == nullptr) {
+    return Step::end;
+  }
+  unit->parse();
+  if (unit->batch() != nullptr) {
+    const auto step = process(unit->batch());
+    if (!step || *step == Step::runsFromHere) {
+      return step;
+    }
+  }
+  if (!unit->failure().isEmpty()) {
+    return Failure{errorOfStream(unit->failure())};
+  }
+  return Step::more;
+}
+
+Outcome<AppliedStream::Step> AppliedStream::process(const RowBatchPointer& batch) {
+  const auto stages = m_expressions->stages(batch);
+  std::size_t done = 0;
+  if (stages != nullptr) {
+    const CompiledStages::Rows rows = stages->process(batch, m_nextRow);
+    for (const RowBatchPointer& result : rows.batches) {
+      std::vector<OwnedArray> arrays = exportedBatch(*result, m_settings.form);
+      std::move(arrays.begin(), arrays.end(), std::back_inserter(m_arrays));
+    }
+    done = rows.rowsDone;
+    m_nextRow += static_cast<long long>(done);
+  }
+  if (done == batch->rowCount()) {
+    return Step::more;
+  }
+  if (const auto begun = runFrom(done == 0 ? batch : batch->slice(done, batch->rowCount()));
+      !begun) {
+    return Failure{begun.error()};
+  }
+  return Step::runsFromHere;
+}
+
+Outcome<Done> AppliedStream::runWith(InputStream stream) {
+  auto run = m_expressions->run(std::move(stream), m_settings.work, m_settings.form, m_nextRow);
+  if (!run) {
+    return Failure{run.error()};
+  }
+  m_reader.reset();
+  m_run = std::move(*run);
+  return Done{};
+}
+
+Outcome<Done> AppliedStream::runFrom(RowBatchPointer pending) {
+  ArrowArrayStream rest;
+  exportStream(std::make_unique<Rest>(m_expressions->inputColumns(), std::move(pending),
+                                      std::move(m_reader)),
+               TextFormat::views, rest);
+  return runWith(InputStream(rest));
+}
+
+}  // namespace kelvarin

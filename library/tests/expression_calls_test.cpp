@@ -1,0 +1,267 @@
+// Expressions through the interface: the rows and errors of the actions, for streams of any shape.
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "library/tests/arrow_streams.h"
+
+namespace kelvarin {
+namespace {
+
+using testing::Call;
+using testing::Pulled;
+using testing::TypedColumn;
+
+// Compiled for the columns of a table.
+class Expressions {
+ public:
+  Expressions(const std::vector<TypedColumn>& columns,
+              const std::vector<kelvarin_output_option>& outputs, const char* condition = nullptr,
+              const std::vector<kelvarin_setting>& settings = {}) {
+    ArrowArrayStream stream = testing::streamOf(columns);
+    ArrowSchema schema;
+    EXPECT_EQ(stream.get_schema(&stream, &schema), 0);
+    kelvarin_expression_options options = KELVARIN_EXPRESSION_OPTIONS_INIT;
+    options.outputs = outputs.data();
+    options.output_count = static_cast<std::int32_t>(outputs.size());
+    options.condition = condition;
+    options.settings = settings.data();
+    options.setting_count = static_cast<std::int32_t>(settings.size());
+    m_status = kelvarin_expressions_compile(&options, &schema, &m_handle, &m_error);
+    schema.release(&schema);
+    stream.release(&stream);
+  }
+  ~Expressions() {
+    if (m_handle.id != 0) {
+      EXPECT_EQ(kelvarin_expressions_close(m_handle), KELVARIN_OK);
+    }
+  }
+
+  kelvarin_status status() const { return m_status; }
+  const Call& error() const { return m_error; }
+  kelvarin_expressions handle() const { return m_handle; }
+
+  ArrowArrayStream apply(ArrowArrayStream input, const kelvarin_apply_options& options) const {
+    ArrowArrayStream out{};
+    Call error;
+    EXPECT_EQ(kelvarin_expressions_apply(m_handle, &input, &options, &out, &error), KELVARIN_OK)
+        << error.message();
+    EXPECT_EQ(input.release, nullptr);
+    return out;
+  }
+  Pulled pull(ArrowArrayStream input, int threads = 1, std::int64_t firstRow = 0) const {
+    kelvarin_apply_options options = KELVARIN_APPLY_OPTIONS_INIT;
+    options.threads = threads;
+    options.first_row = firstRow;
+    ArrowArrayStream out = apply(input, options);
+    return testing::pulled(out);
+  }
+  kelvarin_expression_info info(int index) const {
+    kelvarin_expression_info info{};
+    info.size = sizeof info;
+    EXPECT_EQ(kelvarin_expressions_get_info(m_handle, index, &info, nullptr), KELVARIN_OK);
+    return info;
+  }
+
+ private:
+  kelvarin_expressions m_handle{};
+  kelvarin_status m_status = KELVARIN_OK;
+  Call m_error;
+};
+
+const std::vector<TypedColumn> kSales = {{"price", arrow::float64(), "[2, 10, null, 4]"},
+                                         {"quantity", arrow::int32(), "[30, 2, 5, 10]"},
+                                         {"who", arrow::utf8(), "[\"Ada\", \"Ben\", null, \"\"]"}};
+
+std::string statusesOf(const std::string& json) {
+  return json.substr(0, json.find(",\"log\""));
+}
+
+TEST(ExpressionCallsTest, OutputsAndAConditionAreComputed) {
+  const Expressions sales(
+      kSales,
+      {{"total", "price * quantity", 0}, {"who", "who // \"!\"", 0}, {"row", "_n", KELVARIN_KEY}},
+      "total >= 40");
+  ASSERT_EQ(sales.status(), KELVARIN_OK) << sales.error().message();
+  for (const int threads : {1, 2}) {
+    EXPECT_EQ(sales.pull(testing::streamOf(kSales), threads, 100).text(),
+              "price=[2,4] quantity=[30,10] who=[\"Ada!\",\"!\"] total=[60,40] row=[100,103]");
+  }
+  ArrowSchema schema;
+  ASSERT_EQ(kelvarin_expressions_get_schema(sales.handle(), KELVARIN_TEXT_UTF8, &schema, nullptr),
+            KELVARIN_OK);
+  EXPECT_EQ((*arrow::ImportSchema(&schema))->ToString(),
+            "price: double\nquantity: double\nwho: string\ntotal: double\nrow: uint32");
+}
+
+TEST(ExpressionCallsTest, WhatAnExpressionNeedsIsKnown) {
+  const Expressions all(kSales,
+                        {{"a", "price + 1", 0},
+                         {"b", "rand(price)", 0},
+                         {"c", "x = price", 0},
+                         {"d", "price * _n", 0},
+                         {"e", "upper(who)", 0}},
+                        "price > 1", {{"truncate", "1"}, {"seed", "7"}});
+  ASSERT_EQ(all.status(), KELVARIN_WRONG_EXPRESSION);  // nobody defines x
+  const Expressions sales(kSales,
+                          {{"a", "price + 1", 0},
+                           {"b", "1 + rand(price)", 0},
+                           {"c", "price = 3", 0},
+                           {"d", "price * _n", 0},
+                           {"e", "toupper(who)", 0}},
+                          "price > 1", {{"truncate", "1"}, {"seed", "7"}});
+  ASSERT_EQ(sales.status(), KELVARIN_OK) << sales.error().message();
+  std::string infos;
+  for (int i = 0; i < 6; ++i) {
+    const kelvarin_expression_info info = sales.info(i);
+    infos += std::string(info.name) + " " + std::to_string(info.type) + " " +
+             std::to_string(info.dependence) + info.dependence_token + "@" +
+             std::to_string(info.dependence_position) + "; ";
+  }
+  EXPECT_EQ(infos,
+            "a 70 0@-1; b 70 1rand@4; c 70 2=@6; d 70 4_n@8; e 85 0@-1; "
+            "condition 0 2truncate@-1; ");
+  EXPECT_EQ(std::string(sales.info(0).engine), "Fastest Parser");
+}
+
+TEST(ExpressionCallsTest, ErrorsSayWhereAndWhy) {
+  const Expressions wrong(kSales, {{"a", "price +* 2", 0}});
+  EXPECT_EQ(wrong.status(), KELVARIN_WRONG_EXPRESSION);
+  EXPECT_EQ(std::string(kelvarin_error_expression(wrong.error().get())), "price +* 2");
+  EXPECT_GE(kelvarin_error_position(wrong.error().get()), 0);
+  const Expressions unknown(kSales, {{"a", "prise", 0}});
+  EXPECT_EQ(std::string(kelvarin_error_token(unknown.error().get())), "prise");
+  EXPECT_NE(unknown.error().message().find("price"), std::string::npos);
+  const Expressions none(kSales, {});
+  EXPECT_EQ(none.status(), KELVARIN_WRONG_ARGUMENT);
+
+  const Expressions key(kSales, {{"k", "price * 1.5", KELVARIN_KEY}});
+  for (const int threads : {1, 2}) {
+    kelvarin_apply_options options = KELVARIN_APPLY_OPTIONS_INIT;
+    options.first_row = 1000;
+    options.threads = threads;
+    ArrowArrayStream out =
+        key.apply(testing::streamOf({{"price", arrow::float64(), "[2, 4, 3]"},
+                                     {"quantity", arrow::int32(), "[1, 1, 1]"},
+                                     {"who", arrow::utf8(), "[null, null, null]"}}),
+                  options);
+    int status = 0;
+    std::int64_t rows = 0;
+    for (ArrowArray batch{}; status == 0;) {
+      status = out.get_next(&out, &batch);
+      if (status != 0 || batch.release == nullptr) {
+        break;
+      }
+      rows += batch.length;
+      batch.release(&batch);
+    }
+    EXPECT_EQ(rows, 2);
+    EXPECT_EQ(status, EIO);
+    Call error;
+    EXPECT_EQ(kelvarin_stream_error(&out, &error), KELVARIN_FAILED);
+    EXPECT_EQ(statusesOf(error.json()).substr(0, 20), "{\"status\":3,\"message");
+    EXPECT_EQ(kelvarin_error_row(error.get()), 1002);
+    EXPECT_EQ(std::string(kelvarin_error_output(error.get())), "k");
+    EXPECT_EQ(std::string(kelvarin_error_expression(error.get())), "price * 1.5");
+    EXPECT_NE(error.json().find("\"values\":{\"price\":\"3\"}"), std::string::npos) << error.json();
+    out.release(&out);
+  }
+}
+
+TEST(ExpressionCallsTest, ColumnsAreThoseThatWereCompiledFor) {
+  const Expressions sales(kSales, {{"total", "price * quantity", 0}});
+  EXPECT_EQ(sales.pull(testing::streamOf({{"price", arrow::float64(), "[1]"}})).failure,
+            "The stream has other columns than those that were compiled for: price (F) instead of "
+            "price (F), quantity (F), who (U).");
+  const Expressions numbered({{"_n", arrow::float64(), "[7]"}}, {{"next", "_n + 1", 0}});
+  EXPECT_EQ(numbered.pull(testing::streamOf({{"_n", arrow::float64(), "[7, 9]"}})).text(),
+            "_n=[7,9] next=[8,10]");
+  EXPECT_EQ(numbered.info(0).dependence, 0);
+}
+
+arrow::RecordBatchVector manyBatches(int batches, int rowsInBatch) {
+  arrow::RecordBatchVector made;
+  int number = 0;
+  for (int i = 0; i < batches; ++i) {
+    std::string numbers;
+    std::string texts;
+    for (int row = 0; row < rowsInBatch; ++row, ++number) {
+      const std::string comma = row == 0 ? "" : ",";
+      numbers += comma + (number % 11 == 0 ? "null" : std::to_string(number));
+      texts += comma + "\"text of the row " + std::to_string(number % 1000) + "\"";
+    }
+    made.push_back(testing::batchOf(
+        {{"x", arrow::float64(), "[" + numbers + "]"}, {"t", arrow::utf8(), "[" + texts + "]"}}));
+  }
+  return made;
+}
+
+// The way through the stages, that through a run, and that with tasks have the same rows.
+TEST(ExpressionCallsTest, RowsAreTheSameForAnyThreadsAndBatches) {
+  const std::vector<TypedColumn> columns = {{"x", arrow::float64(), "[]"},
+                                            {"t", arrow::utf8(), "[]"}};
+  const Expressions byBatch(columns, {{"y", "nvl(x, -1) * 2 + _n", 0}, {"u", "t // \"?\"", 0}},
+                            "y % 3 != 1");
+  const Expressions byRow(columns, {{"y", "nvl(x, -1) * 2 + _n", 0}, {"u", "t // \"?\"", 0}},
+                          "y % 3 != 1", {{"useJIT", "0"}});
+  ASSERT_EQ(byBatch.status(), KELVARIN_OK) << byBatch.error().message();
+  const auto few = manyBatches(200, 1000);
+  const auto one = manyBatches(1, 200000);
+  const Pulled expected = byBatch.pull(testing::streamOf(few), 1, 5);
+  ASSERT_EQ(expected.failure, "");
+  EXPECT_GT(expected.table->num_rows(), 100000);
+  for (const Expressions* expressions : {&byBatch, &byRow}) {
+    for (const int threads : {1, 2, 4}) {
+      EXPECT_TRUE(
+          expressions->pull(testing::streamOf(few), threads, 5).table->Equals(*expected.table));
+      EXPECT_TRUE(
+          expressions->pull(testing::streamOf(one), threads, 5).table->Equals(*expected.table));
+    }
+  }
+}
+
+TEST(ExpressionCallsTest, OneHandleServesManyThreads) {
+  const Expressions sales(kSales, {{"total", "price * quantity", 0}}, "total >= 40");
+  std::atomic<int> right = 0;
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([&] {
+      for (int times = 0; times < 50; ++times) {
+        right += sales.pull(testing::streamOf(kSales)).table->num_rows() == 2 ? 1 : 0;
+      }
+    });
+  }
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+  EXPECT_EQ(right, 200);
+}
+
+// Little work is done for each application, so that small batches are worth it.
+TEST(ExpressionCallsTest, ApplyingAgainIsCheap) {
+  const Expressions sales(kSales, {{"total", "price * quantity", 0}}, "total >= 40");
+  const auto batch = testing::batchOf(kSales);
+  const auto once = [&] {
+    kelvarin_apply_options options = KELVARIN_APPLY_OPTIONS_INIT;
+    options.threads = 1;
+    ArrowArrayStream out = sales.apply(testing::streamOf({batch}), options);
+    ArrowArray result;
+    EXPECT_EQ(out.get_next(&out, &result), 0);
+    EXPECT_EQ(result.length, 2);
+    result.release(&result);
+    out.release(&out);
+  };
+  once();
+  constexpr int kTimes = 1000;
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 0; i < kTimes; ++i) {
+    once();
+  }
+  const std::chrono::duration<double, std::micro> time = std::chrono::steady_clock::now() - start;
+  RecordProperty("microseconds", static_cast<int>(time.count() / kTimes));
+  std::printf("%.1f microseconds\n", time.count() / kTimes);
+  EXPECT_LT(time.count() / kTimes, 1000);
+}
+
+}  // namespace
+}  // namespace kelvarin
