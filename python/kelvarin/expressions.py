@@ -11,7 +11,7 @@ from kelvarin.columnar_files import TYPES
 from kelvarin.rows import (TEXT_FORMATS, ArrowTable, Rows, TextFormat, column_types, columns_and_orders,
                            thread_count)
 
-DEPENDENCES = {1: "random numbers", 2: "earlier rows", 4: "the row's number", 8: "files"}
+DEPENDENCES = {1: "random numbers", 2: "earlier rows", 4: "the row's number", 8: "files", 16: "the time"}
 
 
 @dataclass(frozen=True)
@@ -27,7 +27,7 @@ class ExpressionInfo:
         batch_refusal: The token that forbids it, or "".
         type: Of the result: "number", "key" or "text"; None for the condition.
         depends_on: What a result depends on beside the values of its row: "random numbers", "earlier rows", "the row's
-            number" or "files".
+            number", "files" or "the time".
         dependence_token: The first token, or the setting, that this comes from.
         dependence_position: Of the token, or None.
     """

@@ -32,7 +32,7 @@ path = os.path.join(folder, "orders.cgel_kelvarin")
 assert kelvarin.write(orders, path) == 2
 scan = kelvarin.scan(path)
 assert scan.blocks[0].statistics["price"] == kelvarin.Statistics(24.9, 24.9, True), scan.blocks[0]
-assert len(kelvarin.calculate(scan, {"label": "item // '!'"}, where="isNull(price)").read()) == 1
+assert len(kelvarin.calculate(scan, {"label": 'item // "!"'}, where="isNull(price)").read()) == 1
 try:
     kelvarin.calculate(scan, {"y": "price +"})
     raise SystemExit("no error")
