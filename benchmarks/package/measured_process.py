@@ -6,6 +6,7 @@ The process stays on the cores that it was started on, and everybody gets as man
 import json
 import os
 import sys
+import time
 
 import duckdb
 import numexpr
@@ -36,26 +37,37 @@ def make(task):
     return {}
 
 
+def seconds_of(run):
+    """A function that measures itself, without the end of its result."""
+    def measure():
+        start = time.perf_counter()
+        result = run()
+        seconds = time.perf_counter() - start
+        del result
+        return seconds
+    return measure
+
+
+def medians(contenders, rounds):
+    return medians_of_rounds({name: seconds_of(run) for name, run in contenders.items()}, rounds)
+
+
 def read(task):
     """Seconds of ours, of the library's own reader, and of pyarrow's where that is another one."""
     ours, theirs = paths_of(task)
     threads = task["cores"]
     pyarrow.set_cpu_count(threads)
     contenders = {
-        "ours Polars": lambda: drop(kelvarin.scan(ours, threads=threads).to_polars()),
-        "Polars": lambda: drop(polars.read_parquet(theirs)),
-        "pyarrow Polars": lambda: drop(polars.from_arrow(pyarrow.parquet.read_table(theirs))),
-        "ours pandas": lambda: drop(kelvarin.scan(ours, threads=threads).to_pandas()),
-        "pandas": lambda: drop(pandas.read_parquet(theirs)),
+        "ours Polars": lambda: kelvarin.scan(ours, threads=threads).to_polars(),
+        "Polars": lambda: polars.read_parquet(theirs),
+        "pyarrow Polars": lambda: polars.from_arrow(pyarrow.parquet.read_table(theirs)),
+        "ours pandas": lambda: kelvarin.scan(ours, threads=threads).to_pandas(),
+        "pandas": lambda: pandas.read_parquet(theirs),
     }
     check_reading(ours, theirs)
-    seconds = medians_of_rounds(contenders, task["rounds"])
+    seconds = medians(contenders, task["rounds"])
     return {"Polars": [seconds["ours Polars"], seconds["Polars"], seconds["pyarrow Polars"]],
             "pandas": [seconds["ours pandas"], seconds["pandas"], None]}
-
-
-def drop(_):
-    """Forgets a result inside of what is timed, as it would be outside of it."""
 
 
 def check_reading(ours, theirs):
@@ -84,7 +96,7 @@ def calculate(task):
             "numexpr": lambda case=case: numexpr.evaluate(case.numexpr, local_dict=arrays),
         }
         check_results(case, {name: run() for name, run in contenders.items()})
-        found[case.name] = medians_of_rounds(contenders, task["rounds"])
+        found[case.name] = medians(contenders, task["rounds"])
     return found
 
 
@@ -115,8 +127,7 @@ def calls(task):
 
 
 def microseconds(run, repetitions=300):
-    times = medians_of_rounds({"": run}, repetitions)
-    return times[""] * 1e6
+    return medians({"": run}, repetitions)[""] * 1e6
 
 
 def main():
