@@ -9,7 +9,7 @@
 #include "cli/graph_session.h"
 #include "cli/messages.h"
 #include "cli/printable_text.h"
-#include "cli/run_report.h"
+#include "host/reports/run_json.h"
 
 namespace kelvarin {
 

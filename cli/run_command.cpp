@@ -6,6 +6,7 @@
 #include "cli/run_report.h"
 #include "host/contract/claimed_names.h"
 #include "host/contract/main_ui.h"
+#include "host/reports/run_json.h"
 
 namespace kelvarin {
 

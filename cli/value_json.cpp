@@ -44,14 +44,6 @@ QString plainText(const ExpressionResult& result) {
   return result.type == MetaTypeColumn::text ? result.text : shortestText(result.number);
 }
 
-Json jsonOf(const QStringList& texts) {
-  Json list = Json::array();
-  for (const QString& text : texts) {
-    list.push_back(text.toStdString());
-  }
-  return list;
-}
-
 const char* typeWord(MetaTypeColumn type) {
   switch (type) {
     case MetaTypeColumn::number:
@@ -61,10 +53,6 @@ const char* typeWord(MetaTypeColumn type) {
     default:
       return "text";
   }
-}
-
-std::string printed(const Json& document) {
-  return document.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
 }  // namespace kelvarin

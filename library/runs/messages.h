@@ -19,6 +19,18 @@ inline QString noSink(const QString& action) {
       .arg(action);
 }
 
+inline QString notStarted() {
+  return QStringLiteral("The run has not been started.");
+}
+
+inline QString alreadyStarted() {
+  return QStringLiteral("The run has been started: streams are bound before, and it starts once.");
+}
+
+inline QString goesOn() {
+  return QStringLiteral("The run still goes on.");
+}
+
 inline QString unknownSortColumn(const QString& column) {
   return QStringLiteral("The rows cannot be sorted on the column '%1', which the stream lacks.")
       .arg(column);

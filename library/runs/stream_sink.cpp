@@ -48,6 +48,9 @@ bool StreamSink::takeBatch(ActionItem* action) {
 // True: it has finished.
 bool StreamSink::take(TakenBatch taken) {
   if (taken.batch == nullptr) {
+    if (run() == nullptr || run()->isRunning()) {
+      m_receiver->end();
+    }
     return true;
   }
   if (taken.encoded == nullptr) {

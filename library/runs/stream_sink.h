@@ -20,6 +20,8 @@ class BatchReceiver {
   virtual void begin(const TableColumns& columns) = 0;
   // False: no more are wanted.
   virtual bool take(std::vector<OwnedArray> arrays) = 0;
+  // There are no more, and the run goes on as it should.
+  virtual void end() {}
 };
 
 // Names and types of a pin's rows.
