@@ -56,7 +56,6 @@ class OutputReader(threading.Thread):
             pass
 
     def table(self) -> Table:
-        self.join()
         assert self._batches is not None
         return Table(self._batches)
 
@@ -80,8 +79,8 @@ def run(graph: str | os.PathLike[str], inputs: Mapping[str, ArrowTable] | None =
         bad_as_null: Takes a value of the inputs that its column cannot hold as null.
         disk_wait: Seconds to wait for space on a full disk; None: 60.
         progress: None shows it in notebooks and terminals where a run takes longer, True and False always and never. A
-            function is called some ten times a second with ``{"rowsRead", "fraction", "actions": [{"name", "phase",
-            "rowsIn", "rowsOut", "fraction"}]}``.
+            function is called some ten times a second, and at the end, with ``{"rowsRead", "fraction", "actions":
+            [{"name", "phase", "rowsIn", "rowsOut", "fraction"}]}``.
 
     Returns:
         The rows of the outputs, ``result["name"]``, and ``result.report``.
@@ -104,11 +103,12 @@ def run(graph: str | os.PathLike[str], inputs: Mapping[str, ArrowTable] | None =
     readers = {action: OutputReader(stream) for action, stream in streams.items()}
     try:
         _wait(native, view)
-    except BaseException:
+    finally:
+        # After an interrupt the run still goes on.
         native.stop()
         native.wait(-1)
-        raise
-    finally:
+        for reader in readers.values():
+            reader.join()
         view.close()
     report = json.loads(native.result())
     _log(report)
@@ -117,7 +117,9 @@ def run(graph: str | os.PathLike[str], inputs: Mapping[str, ArrowTable] | None =
 
 
 def _wait(native: _native.GraphRun, view: ProgressView) -> None:
-    while not native.wait(MILLISECONDS_BETWEEN_LOOKS):
+    has_ended = False
+    while not has_ended:
+        has_ended = native.wait(MILLISECONDS_BETWEEN_LOOKS)
         view.show(json.loads(native.progress()))
 
 

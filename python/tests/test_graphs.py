@@ -10,7 +10,7 @@ from conftest import calculator
 import kelvarin
 
 ORDERS = pyarrow.table({"price": [24.9, 3.5, 39.0], "quantity": [2.0, 12.0, 1.0]})
-TOTAL = calculator("total", ["price", "quantity"], "total", "price * quantity * ${factor}")
+TOTAL = calculator("total", ["price", "quantity"], "total", "price * quantity * factor")
 
 
 @pytest.fixture
@@ -87,10 +87,11 @@ def test_errors_name_action_expression_row_and_values(graph, write_graph):
         kelvarin.run(graph)
     with pytest.raises(kelvarin.Error):
         kelvarin.run("absent.kelvarin")
-    failing = write_graph("<InlineTable name='orders'><Column name='a' meta='U'/><Row><V>1</V></Row><Row><V>x</V></Row>"
-                          "</InlineTable>", calculator("c", ["a"], "y", 'a == "x" ? a + 1 : 0'), "<Discard name='end'/>")
+    failing = write_graph("<InlineTable name='in'><Column name='x' meta='F'/><Column name='s' meta='U'/>"
+                          "<Row><V>1</V><V>b</V></Row><Row><V>3</V><V>a</V></Row></InlineTable>",
+                          calculator("c", ["x", "s"], "y", 's == "a" ? s * 2 : x'), "<Discard name='end'/>")
     with pytest.raises(kelvarin.Error) as caught:
         kelvarin.run(failing)
     error = caught.value
-    assert (error.action, error.output, error.row, error.values) == ("c", "y", 1, {"a": "x"})
-    assert error.expression == 'a == "x" ? a + 1 : 0'
+    assert (error.action, error.output, error.row, error.values) == ("c", "y", 1, {"x": 3, "s": "a"})
+    assert error.expression == 's == "a" ? s * 2 : x'

@@ -85,7 +85,7 @@ def use_pyarrow():
 
 def test_the_wheel_for_later_versions_runs_on_the_first_of_them(folder):
     python = os.environ["KELVARIN_STABLE_PYTHON"]
-    (extension,) = pathlib.Path(os.environ["KELVARIN_STABLE_PACKAGE"], "kelvarin").glob("_native*")
+    (extension,) = pathlib.Path(os.environ["KELVARIN_STABLE_PACKAGE"], "kelvarin").glob("_native*.so")
     assert extension.name == "_native.abi3.so"
     version = script_of(EVERYTHING + "print(kelvarin.__version__)", folder, python, [os.environ["KELVARIN_STABLE_PACKAGE"]])
     assert version.strip() == kelvarin.__version__
