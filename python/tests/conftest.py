@@ -41,7 +41,9 @@ def write_graph(folder):
 
 
 def calculator(name, inputs, output, expression):
-    variables = "".join(f"<InputVar column='{column}'/>" for column in inputs)
+    """`inputs` are columns of numbers, or say by column whether it is one."""
+    are_numbers = inputs if isinstance(inputs, dict) else dict.fromkeys(inputs, 1)
+    variables = "".join(f"<InputVar column='{column}' isNumber='{value}'/>" for column, value in are_numbers.items())
     return (f"<Calculator name='{name}'><InputVars>{variables}</InputVars>"
             f"<OutputVars><OutputVar name='{output}'>{expression}</OutputVar></OutputVars></Calculator>")
 

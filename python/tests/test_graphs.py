@@ -89,7 +89,7 @@ def test_errors_name_action_expression_row_and_values(graph, write_graph):
         kelvarin.run("absent.kelvarin")
     failing = write_graph("<InlineTable name='in'><Column name='x' meta='F'/><Column name='s' meta='U'/>"
                           "<Row><V>1</V><V>b</V></Row><Row><V>3</V><V>a</V></Row></InlineTable>",
-                          calculator("c", ["x", "s"], "y", 's == "a" ? s * 2 : x'), "<Discard name='end'/>")
+                          calculator("c", {"x": 1, "s": 0}, "y", 's == "a" ? s * 2 : x'), "<Discard name='end'/>")
     with pytest.raises(kelvarin.Error) as caught:
         kelvarin.run(failing)
     error = caught.value
