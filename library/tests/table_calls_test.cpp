@@ -55,10 +55,12 @@ class TableCallsTest : public ::testing::Test {
     std::string keys;
     std::string texts;
     std::string pairs;
+    std::string colours;
     for (int i = 0; i < 1000; ++i) {
       const std::string comma = i == 0 ? "" : ",";
       numbers += comma + std::to_string(i);
       keys += comma + std::to_string(i % 7);
+      colours += comma + (i % 3 == 0 ? "\"red\"" : i % 3 == 1 ? "\"a longer colour\"" : "null");
       pairs += comma + std::to_string(i / 2);
       texts += comma + (i % 10 == 9 ? "null" : "\"text " + std::to_string(i) + "\"");
     }
@@ -72,7 +74,8 @@ class TableCallsTest : public ::testing::Test {
     ASSERT_EQ(write(testing::streamOf({{"n", arrow::float64(), "[" + numbers + "]"},
                                        {"k", arrow::uint32(), "[" + keys + "]"},
                                        {"t", arrow::utf8(), "[" + texts + "]"},
-                                       {"pair", arrow::uint32(), "[" + pairs + "]"}}),
+                                       {"pair", arrow::uint32(), "[" + pairs + "]"},
+                                       {"c", arrow::utf8(), "[" + colours + "]"}}),
                     &options),
               "rows=1000");
   }
@@ -152,7 +155,7 @@ TEST_F(TableCallsTest, ATableSaysWhatIsInIt) {
   ASSERT_EQ(kelvarin_table_get_info(table, &info, nullptr), KELVARIN_OK);
   EXPECT_EQ(info.rows, 1000);
   EXPECT_EQ(info.blocks, 10);
-  EXPECT_EQ(info.columns, 4);
+  EXPECT_EQ(info.columns, 5);
   EXPECT_EQ(info.rows_in_block, 100);
   EXPECT_EQ(info.is_complete, 1);
   std::string columns;
@@ -163,7 +166,7 @@ TEST_F(TableCallsTest, ATableSaysWhatIsInIt) {
     columns += std::string(column.name) + ":" + static_cast<char>(column.type) +
                std::to_string(column.order) + std::to_string(column.sort_position) + " ";
   }
-  EXPECT_EQ(columns, "n:F0-1 k:K0-1 t:U0-1 pair:K10 ");
+  EXPECT_EQ(columns, "n:F0-1 k:K0-1 t:U0-1 pair:K10 c:U0-1 ");
   kelvarin_block_info block{};
   block.size = sizeof block;
   ASSERT_EQ(kelvarin_table_get_block(table, 9, &block, nullptr), KELVARIN_OK);
@@ -219,20 +222,23 @@ TEST_F(TableCallsTest, PartsOfATableAreRead) {
 TEST_F(TableCallsTest, TextsLeaveInTheFormThatIsAskedFor) {
   writeThousandRows();
   kelvarin_scan_options options = KELVARIN_SCAN_OPTIONS_INIT;
-  const auto views = scan(options).table->column(2);
-  EXPECT_EQ(views->type()->ToString(), "string_view");
+  const auto views = scan(options).table;
+  EXPECT_EQ(views->column(2)->type()->ToString(), "string_view");
   for (const auto& [format, type] :
        {std::pair(KELVARIN_TEXT_UTF8, "string"), std::pair(KELVARIN_TEXT_LARGE, "large_string")}) {
     options.text_format = format;
-    const auto texts = scan(options).table->column(2);
-    EXPECT_EQ(texts->type()->ToString(), type);
-    for (std::int64_t row = 0; row < 1000; ++row) {
-      const auto expected = *views->GetScalar(row);
-      const auto given = *texts->GetScalar(row);
-      ASSERT_EQ(expected->is_valid, given->is_valid);
-      ASSERT_EQ(expected->ToString(), given->ToString());
+    const auto texts = scan(options).table;
+    EXPECT_EQ(texts->column(2)->type()->ToString(), type);
+    for (const int column : {2, 4}) {
+      for (std::int64_t row = 0; row < 1000; ++row) {
+        const auto expected = *views->column(column)->GetScalar(row);
+        const auto given = *texts->column(column)->GetScalar(row);
+        ASSERT_EQ(expected->is_valid, given->is_valid);
+        ASSERT_EQ(expected->ToString(), given->ToString());
+      }
     }
   }
+  EXPECT_EQ(views->column(4)->null_count(), 333);
 }
 
 TEST_F(TableCallsTest, MistakesAreNamed) {
