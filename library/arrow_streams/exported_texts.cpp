@@ -4,6 +4,8 @@
 #include <climits>
 #include <cstring>
 
+#include "library/arrow_streams/valid_texts.h"
+
 namespace kelvarin {
 
 namespace {
@@ -173,8 +175,9 @@ void ExportedColumn::addNull(std::size_t row) {
   ++nullCount;
 }
 
-std::unique_ptr<ExportedColumn> exportedTexts(const RowBatch& batch, const BatchColumn& column,
+std::unique_ptr<ExportedColumn> exportedTexts(const RowBatch& batch, const BatchColumn& given,
                                               TextFormat format) {
+  const BatchColumn column = withValidTexts(batch, given);
   switch (format) {
     case TextFormat::utf8:
       return exportedPacked<std::int32_t>(batch, column);

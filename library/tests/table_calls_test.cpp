@@ -1,6 +1,7 @@
 // Columnar files through the interface: what is written is read, whole and in parts.
 #include <filesystem>
 
+#include "arrow/array/builder_binary.h"
 #include "host/tables/files/tests/table_folder.h"
 #include "library/tests/arrow_streams.h"
 
@@ -239,6 +240,23 @@ TEST_F(TableCallsTest, TextsLeaveInTheFormThatIsAskedFor) {
     }
   }
   EXPECT_EQ(views->column(4)->null_count(), 333);
+}
+
+// A file may have any bytes as a text; whoever reads a stream may rely on UTF-8.
+TEST_F(TableCallsTest, TextsThatAreNoUtf8AreRepaired) {
+  arrow::StringBuilder builder;
+  for (const char* text : {"caf\xC3\xA9 au lait", "\xFF", "a longer text \xE9t\xE9", ""}) {
+    ASSERT_TRUE(builder.Append(text).ok());
+  }
+  const auto array = *builder.Finish();
+  const auto schema = arrow::schema({arrow::field("t", arrow::utf8())});
+  ASSERT_EQ(write(testing::streamOf({arrow::RecordBatch::Make(schema, 4, {array})})), "rows=4");
+  for (const int format : {KELVARIN_TEXT_VIEWS, KELVARIN_TEXT_UTF8}) {
+    kelvarin_scan_options options = KELVARIN_SCAN_OPTIONS_INIT;
+    options.text_format = format;
+    EXPECT_EQ(scan(options).text(),
+              "t=[\"caf\u00e9aulait\",\"\uFFFD\",\"alongertext\uFFFDt\uFFFD\",\"\"]");
+  }
 }
 
 TEST_F(TableCallsTest, MistakesAreNamed) {
