@@ -24,6 +24,7 @@ SUITES = {
     "spread": ("graphs.spread", "run"),
     "memory": ("memory", "run"),
     "gel": ("gel.suite", "run"),
+    "python": ("package.suite", "run"),
 }
 
 

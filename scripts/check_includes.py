@@ -44,7 +44,7 @@ ALLOWED = {
     "expression/evaluator": ["expression/batches"],
     "expression/options": ["expression/evaluator"],
     "expression": ["expression/evaluator", "expression/help"],
-    "actions/frame": ["expression/help", "expression/options", "host/pictures"],
+    "actions/frame": ["expression/help", "expression/options"],
     "actions/calculator": ["actions/frame"],
     "actions/calculator_vectorized": ["actions/calculator"],
     "actions/filter_rows": ["actions/frame"],
@@ -101,6 +101,7 @@ ALLOWED = {
     "benchmarks/preview": ["gui/preview", "host/tables"],
     "benchmarks/texts": ["actions/calculator"],
     "benchmarks": ["expression/evaluator", "host/engine", "host/tables"],
+    "python/src": ["include/kelvarin"],
 }
 
 # What the tests of a module may include as well: of all modules, and of one.

@@ -2,9 +2,9 @@
 // the help.
 #pragma once
 
+#include "actions/frame/pictures_library.h"
 #include "host/contract/described_action.h"
 #include "host/contract/main_ui.h"
-#include "host/pictures/pictures.h"
 
 namespace kelvarin {
 
@@ -14,7 +14,7 @@ class Catalogued : public Described<Action, Base> {
   // The host keeps the picture, one for each action class. A pixmap of our own could not exist in a
   // program without a screen.
   QPixmap* getImage(double size) const override {
-    return renderSVG(size, QString::fromLatin1(Action::catalogue().image), nullptr, nullptr);
+    return pictureOfLibrary(size, QString::fromLatin1(Action::catalogue().image));
   }
 
   void getHelp() const override {

@@ -9,7 +9,7 @@ import unittest
 from program import PROGRAM, ProgramTest, calculator, graph
 
 # What only a window needs.
-WINDOWS = {"Qt6Widgets", "KelvarinWidgets", "KelvarinEditors", "KelvarinGui"}
+WINDOWS = {"Qt6Gui", "Qt6Widgets", "KelvarinPictures", "KelvarinWidgets", "KelvarinEditors", "KelvarinGui"}
 LOADED = re.compile(r"calling init: \S*/lib(\w+)")
 
 

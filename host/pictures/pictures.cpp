@@ -97,6 +97,10 @@ QPixmap* renderSVG(double size, QString path, QPixmap* cache, void** cacheState)
   return isDrawn ? cache : nullptr;
 }
 
+QPixmap* kelvarinDrawPicture(double size, const QString& path) {
+  return renderSVG(size, path, nullptr, nullptr);
+}
+
 QIcon getPlusIcon() {
   return buttonIcon(":/KelvarinPictures/plus.svg");
 }

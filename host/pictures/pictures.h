@@ -17,6 +17,9 @@
 // time.
 KELVARIN_CORE QPixmap* renderSVG(double size, QString path, QPixmap* cache, void** cacheState);
 
+// renderSVG() with a pixmap of its own, under a name for who opens this library.
+extern "C" KELVARIN_CORE QPixmap* kelvarinDrawPicture(double size, const QString& path);
+
 // For the buttons that add and remove lines; null icons without a screen.
 KELVARIN_CORE QIcon getPlusIcon();
 KELVARIN_CORE QIcon getMinusIcon();
