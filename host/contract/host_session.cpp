@@ -9,6 +9,11 @@ namespace {
 thread_local HostSession* currentSession = nullptr;
 thread_local const ActionItem* currentAction = nullptr;
 
+// Other threads may look at it meanwhile.
+void setCurrentAction(const ActionItem* action) {
+  std::atomic_ref(currentAction).store(action, std::memory_order_relaxed);
+}
+
 }  // namespace
 
 HostSession* HostSession::current() {
@@ -16,12 +21,13 @@ HostSession* HostSession::current() {
 }
 
 HostSession::Scope::Scope(HostSession* session)
-    : m_outer(std::exchange(currentSession, session)),
-      m_actionOfOuter(std::exchange(currentAction, nullptr)) {}
+    : m_outer(std::exchange(currentSession, session)), m_actionOfOuter(currentAction) {
+  setCurrentAction(nullptr);
+}
 
 HostSession::Scope::~Scope() {
   currentSession = m_outer;
-  currentAction = m_actionOfOuter;
+  setCurrentAction(m_actionOfOuter);
 }
 
 const ActionItem*& CurrentAction::slot() {
