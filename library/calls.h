@@ -44,6 +44,8 @@ kelvarin_status answered(kelvarin_error** error, Work work) noexcept {
   } catch (const std::exception& exception) {
     const QString reason = QString::fromUtf8(exception.what());
     return reported(errorOf(KELVARIN_INTERNAL, library_messages::internal(reason)), error);
+  } catch (...) {
+    return reported(errorOf(KELVARIN_INTERNAL, library_messages::unknownException()), error);
   }
 }
 

@@ -59,6 +59,8 @@ int guarded(StreamState& state, Work work) {
   } catch (const std::exception& exception) {
     return fail(state, errorOf(KELVARIN_INTERNAL,
                                library_messages::internal(QString::fromUtf8(exception.what()))));
+  } catch (...) {
+    return fail(state, errorOf(KELVARIN_INTERNAL, library_messages::unknownException()));
   }
 }
 

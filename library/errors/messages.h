@@ -21,4 +21,8 @@ inline QString internal(const QString& reason) {
   return QStringLiteral("This is a fault of the library: %1.").arg(reason);
 }
 
+inline QString unknownException() {
+  return internal(QStringLiteral("an exception of an unknown type"));
+}
+
 }  // namespace kelvarin::library_messages

@@ -398,18 +398,25 @@ TEST_F(HostileCallsTest, OneStreamIsPulledByManyThreads) {
   stream.release(&stream);
 }
 
-// Sanitizers have an allocator of their own, and find what is left.
+// Sanitizers have an allocator of their own; the one for addresses finds what is left.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 std::size_t bytesInUse() {
-#ifdef __SANITIZE_ADDRESS__
   return 0;
-#else
-  return ::mallinfo2().uordblks;
-#endif
 }
+#else
+std::size_t bytesInUse() {
+  return ::mallinfo2().uordblks;
+}
+#endif
+
+#ifdef __SANITIZE_THREAD__
+constexpr int kReads = 1'000;
+#else
+constexpr int kReads = 10'000;
+#endif
 
 // Reads that are given up anywhere; ten thousand take seconds.
 TEST_F(HostileCallsTest, InterruptedReadsLeaveNothing) {
-  constexpr int kReads = 10'000;
   std::mt19937 random(7);
   std::size_t inUse = 0;
   for (int i = 0; i < kReads; ++i) {
