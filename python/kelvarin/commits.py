@@ -23,7 +23,7 @@ from kelvarin.rows import ArrowTable
 
 Mode = Literal["error", "append", "overwrite"]
 JOB_PREFIX, JOURNAL_PREFIX = "_job-", "_commit-"
-MAIN_SUFFIX, SIDE_SUFFIX = ".cgel_kelvarin", ".cs_kelvarin"
+MAIN_SUFFIX, SIDE_SUFFIX, PARQUET_SUFFIX = ".cgel_kelvarin", ".cs_kelvarin", ".parquet"
 
 
 @dataclass(frozen=True)
@@ -51,12 +51,14 @@ class WriteJob:
         folder: Of the table, which the driver and all workers see by the same path.
         id: Of the job; no two have the same.
         overwrites: Whether the files of the table that is there are replaced, or new ones added.
+        is_parquet: Whether the files are of Parquet, and no columnar files.
         options: Of ``kelvarin.write``.
     """
 
     folder: str
     id: str
     overwrites: bool
+    is_parquet: bool
     options: dict[str, Any]
 
     @property
@@ -69,8 +71,9 @@ class WriteJob:
         attempt_folder = os.path.join(self.job_folder, attempt)
         # Fails where the job has ended without this attempt.
         os.mkdir(attempt_folder)
-        name = f"part-{partition:05}-{self.id}{MAIN_SUFFIX}"
-        count = write(rows, os.path.join(attempt_folder, name), **self.options)
+        name = f"part-{partition:05}-{self.id}{PARQUET_SUFFIX if self.is_parquet else MAIN_SUFFIX}"
+        path = os.path.join(attempt_folder, name)
+        count = _write_parquet(rows, path) if self.is_parquet else write(rows, path, **self.options)
         return Written(partition, attempt, tuple(sorted(os.listdir(attempt_folder))), count)
 
     def commit(self, messages: Iterable[Written | None]) -> int:
@@ -97,22 +100,24 @@ class WriteJob:
         shutil.rmtree(self.job_folder, ignore_errors=True)
 
 
-def start_job(path: str | os.PathLike[str], mode: Mode, **options: Any) -> WriteJob:
+def start_job(path: str | os.PathLike[str], mode: Mode, *, is_parquet: bool = False,
+              **options: Any) -> WriteJob:
     """Begins a job, on the driver.
 
     Args:
         path: The folder of the table, which is made where it does not exist.
         mode: "append" adds files, "overwrite" replaces those that are there, "error" fails where there are some.
+        is_parquet: Writes files of Parquet.
         options: Of ``kelvarin.write``.
     """
     if mode not in get_args(Mode):
         raise ValueError(f"mode is {mode!r}; it takes {', '.join(get_args(Mode))}")
     folder = local_path(path)
     os.makedirs(folder, exist_ok=True)
-    if mode == "error" and committed_files(folder, MAIN_SUFFIX):
+    if mode == "error" and committed_files(folder, PARQUET_SUFFIX if is_parquet else MAIN_SUFFIX):
         raise Error(f"The folder '{folder}' has a table already. Take the mode 'append' or 'overwrite', or another folder.")
     finish_commits(folder)
-    job = WriteJob(folder, uuid.uuid4().hex, mode == "overwrite", options)
+    job = WriteJob(folder, uuid.uuid4().hex, mode == "overwrite", is_parquet, options)
     os.mkdir(job.job_folder)
     return job
 
@@ -147,7 +152,7 @@ def finish_commits(folder: str) -> None:
         for name in journal["remove"]:
             _remove(os.path.join(folder, name))
         # Side files first, and all attempts stay whole meanwhile: a main file has its side files beside it.
-        for attempt, name in sorted(journal["add"], key=lambda added: added[1].endswith(MAIN_SUFFIX)):
+        for attempt, name in sorted(journal["add"], key=lambda added: not added[1].endswith(SIDE_SUFFIX)):
             _appear(os.path.join(folder, journal["job"], attempt, name), os.path.join(folder, name))
         shutil.rmtree(os.path.join(folder, journal["job"]), ignore_errors=True)
         _remove(path)
@@ -155,7 +160,18 @@ def finish_commits(folder: str) -> None:
 
 def _files_in(folder: str) -> list[str]:
     return sorted(name for name in os.listdir(folder)
-                  if name.endswith((MAIN_SUFFIX, SIDE_SUFFIX)) and not name.startswith(("_", ".")))
+                  if name.endswith((MAIN_SUFFIX, SIDE_SUFFIX, PARQUET_SUFFIX)) and not name.startswith(("_", ".")))
+
+
+def _write_parquet(rows: ArrowTable, path: str) -> int:
+    import pyarrow.parquet
+
+    with pyarrow.RecordBatchReader.from_stream(rows) as reader, pyarrow.parquet.ParquetWriter(path, reader.schema) as writer:
+        count = 0
+        for batch in reader:
+            writer.write_batch(batch)
+            count += batch.num_rows
+    return count
 
 
 def _journals(folder: str) -> list[tuple[str, dict[str, Any]]]:

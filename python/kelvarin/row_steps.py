@@ -83,7 +83,7 @@ def check_row_wise(infos: Iterable[ExpressionInfo], has_row_numbers: bool) -> No
         for dependence in info.depends_on:
             if dependence in REFUSED:
                 raise _refusal(info, f"{where} depends on {dependence} by '{info.dependence_token}', {REFUSED[dependence]}. "
-                                     "Compute it by kelvarin.run on one machine.")
+                                     "Compute it on one machine.")
             if dependence == ROW_NUMBER and not has_row_numbers:
                 raise _refusal(info, f"{where} has '_n', and no column has the numbers of the rows. Read a columnar file with "
                                      "the option row_number='row', and give row_number='row' here as well.")

@@ -14,6 +14,7 @@ files have the same path everywhere.
 from __future__ import annotations
 
 import json
+import os
 from collections.abc import Callable, Iterable, Iterator, Mapping
 from dataclasses import dataclass
 from typing import Any
@@ -26,6 +27,7 @@ from pyspark.sql.pandas.types import from_arrow_type, to_arrow_schema
 from pyspark.sql.types import DoubleType, LongType, StringType, StructField, StructType
 
 from kelvarin.commits import Mode, Written, WriteJob, start_job
+from kelvarin.divided_graphs import divided
 from kelvarin.errors import Error
 from kelvarin.predicates import Operator, Predicate, predicates
 from kelvarin.row_steps import RowSteps
@@ -120,6 +122,33 @@ def calculate(frame: DataFrame, outputs: Mapping[str, str] | None = None, where:
         return map(with_signed_keys, steps.apply(schema, (batch.cast(schema) for batch in batches)))
 
     return frame.mapInArrow(apply, _spark_schema(steps.output_schema(schema)))
+
+
+def run(spark: SparkSession, graph: str | os.PathLike[str], parameters: Mapping[str, Any] | None = None, *,
+        rows_in_split: int | None = None) -> int:
+    """Runs a graph of a source, steps and a sink on Spark, with the same rows as ``kelvarin.run``. Returns their number.
+
+    The sink becomes a folder of its name with a file for each part, in the order of the rows; a folder that is there is
+    replaced. Sources are ReadColumnarGel, by splits, and ReadParquet, by row groups; steps are Calculator,
+    CalculatorVectorized and FilterRows; sinks are writeColumnarGel and WriteParquet.
+
+    Args:
+        graph: The graph file.
+        parameters: Values for parameters of the graph.
+        rows_in_split: Rows of a part at most, where the source is a columnar file; None: 1,000,000.
+
+    Raises:
+        kelvarin.Error: The graph is wrong, has another shape, or has an action that cannot be divided, with its name
+            and why.
+    """
+    divided_graph = divided(graph, parameters, rows_in_split)
+    try:
+        parts = len(divided_graph.rows.parts)
+        numbers = spark.sparkContext.parallelize(range(parts), max(parts, 1))
+        return divided_graph.job.commit(numbers.map(divided_graph.run_part).collect())
+    except BaseException:
+        divided_graph.job.abort()
+        raise
 
 
 class ColumnarDataSource(source.DataSource):

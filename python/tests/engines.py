@@ -6,7 +6,7 @@ import pathlib
 
 import pyarrow
 import pyarrow.compute
-from conftest import calculator, is_same
+from conftest import is_same
 
 import kelvarin
 
@@ -32,8 +32,10 @@ def orders(rows, seed=1):
 
 def graph_actions(source, sink):
     """Three outputs and a filter, between a source and a sink."""
-    variables = "".join(f"<InputVar column='{column}'/>" for column in ("id", "price", "quantity", "shop"))
-    outputs = "".join(f"<OutputVar name='{name}'>{expression}</OutputVar>" for name, expression in OUTPUTS.items())
+    variables = "".join(f"<InputVar column='{column}' isNumber='{int(column != 'shop')}'/>"
+                        for column in ("id", "price", "quantity", "shop"))
+    outputs = "".join(f"<OutputVar name='{name}' meta='{'U' if name == 'label' else 'F'}'>{expression}</OutputVar>"
+                      for name, expression in OUTPUTS.items())
     return [source, f"<Calculator name='c'><InputVars>{variables}</InputVars><OutputVars>{outputs}</OutputVars></Calculator>",
             f"<FilterRows name='f'><InputVars><InputVar column='total'/></InputVars>"
             f"<Expression><![CDATA[{CONDITION}]]></Expression></FilterRows>", sink]
@@ -62,7 +64,7 @@ def read_folder(folder):
 def assert_only_whole_files(folder):
     """Nothing of a job that has ended remains but its files."""
     names = sorted(path.name for path in pathlib.Path(folder).iterdir())
-    assert all(name.startswith("part-") and name.endswith(("kelvarin",)) for name in names), names
+    assert all(name.startswith("part-") and name.endswith(("_kelvarin", ".parquet")) for name in names), names
 
 
 @contextlib.contextmanager
@@ -110,7 +112,3 @@ def ray_cluster(nodes=2):
     finally:
         ray.shutdown()
         cluster.shutdown()
-
-
-__all__ = ["CONDITION", "OUTPUTS", "assert_only_whole_files", "assert_same", "calculator", "graph_actions", "in_order",
-           "orders", "ray_cluster", "read_folder", "spark_session"]

@@ -33,8 +33,8 @@ def test_reading_computing_and_writing(folder):
     with pytest.raises(kelvarin.Error, match="order"):
         kelvarin.dask.write(found, out, mode="overwrite", sorted_by="-id")
     assert_same(read_folder(out), expected)
-    assert kelvarin.dask.write(frame, out, mode="append") == 5000
-    assert read_folder(out).num_rows == 5000 + expected.num_rows
+    assert kelvarin.dask.write(found, out, mode="append") == expected.num_rows
+    assert read_folder(out).num_rows == 2 * expected.num_rows
     assert_only_whole_files(out)
 
 

@@ -3,7 +3,8 @@
 import pyarrow
 import pytest
 from conftest import is_same, random_table
-from engines import CONDITION, OUTPUTS, assert_only_whole_files, assert_same, orders, read_folder, spark_session
+from engines import (CONDITION, OUTPUTS, assert_only_whole_files, assert_same, graph_actions, orders, read_folder,
+                     spark_session)
 
 import kelvarin
 
@@ -124,3 +125,46 @@ def test_what_cannot_be_read_is_told(spark, folder):
     kelvarin.write(pyarrow.table({"other": [1.0]}), folder / "b.cgel_kelvarin")
     with pytest.raises(Exception, match="other columns"):
         load(spark, folder)
+
+
+@pytest.mark.parametrize(("source", "sink", "suffix"), [
+    ("<ReadColumnarGel name='in' fileName='in.cgel_kelvarin'/>",
+     "<writeColumnarGel name='out' file='${out}.cgel_kelvarin' nRowsInBlock='100'/>", "cgel_kelvarin"),
+    ("<ReadParquet name='in' file='in.parquet'/>", "<WriteParquet name='out' file='${out}.parquet'/>", "parquet")])
+def test_graphs_give_the_rows_of_the_program(spark, folder, write_graph, kelvarin_program, source, sink, suffix):
+    import pyarrow.parquet
+    table = orders(3000)
+    kelvarin.write(table, folder / "in.cgel_kelvarin", block_rows=300)
+    pyarrow.parquet.write_table(table, folder / "in.parquet", row_group_size=700)
+    graph = write_graph(*graph_actions(source, sink))
+    text = graph.read_text(encoding="utf-8")
+    graph.write_text(text.replace("<Actions>", "<Parameters><Parameter name='out' value='one'/></Parameters><Actions>"),
+                     encoding="utf-8")
+    kelvarin_program("run", "g.kelvarin", "--quiet")
+    rows = kelvarin.spark.run(spark, graph, {"out": "many"}, rows_in_split=700)
+    parts = sorted((folder / f"many.{suffix}").glob(f"*.{suffix}"))
+    read = pyarrow.parquet.read_table if suffix == "parquet" else lambda path: kelvarin.scan(path).to_arrow()
+    found, expected = pyarrow.concat_tables(map(read, parts)), read(folder / f"one.{suffix}")
+    assert rows == expected.num_rows and len(parts) > 3
+    assert is_same(found, expected)
+    assert_only_whole_files(folder / f"many.{suffix}")
+
+
+@pytest.mark.parametrize(("step", "says"), [
+    ("<FilterRows name='f' truncate='1'><InputVars/><Expression>1</Expression></FilterRows>", "'f' .FilterRows.*truncate"),
+    ("<FilterRows name='f'><InputVars/><Expression>_n &lt; 10</Expression></FilterRows>", "'f' .FilterRows.*_n"),
+    ("<Calculator name='c'><InputVars/><OutputVars><OutputVar name='y'>rand(1)</OutputVar></OutputVars></Calculator>",
+     "'c' .Calculator.*rand"),
+    ("<CalculatorVectorized name='v'><InputVars><InputVar label='p'><SL><S>price</S><S>quantity</S></SL></InputVar></InputVars>"
+     "<OutputVars><OutputVar name='&quot;y&quot;//_n'>a = p</OutputVar></OutputVars></CalculatorVectorized>", "'v' .*a|="),
+])
+def test_graphs_that_cannot_be_divided_are_refused(spark, folder, write_graph, step, says):
+    kelvarin.write(orders(10), folder / "in.cgel_kelvarin")
+    graph = write_graph("<ReadColumnarGel name='in' fileName='in.cgel_kelvarin'/>", step,
+                        "<writeColumnarGel name='out' file='out.cgel_kelvarin'/>")
+    with pytest.raises(kelvarin.Error, match=says) as caught:
+        kelvarin.spark.run(spark, graph)
+    assert caught.value.action and not (folder / "out.cgel_kelvarin").exists()
+    graph = write_graph("<ReadCSV name='in' file='in.csv'/>", "<WriteCSV name='out' file='out.csv'/>")
+    with pytest.raises(kelvarin.Error, match="'in' .ReadCSV"):
+        kelvarin.spark.run(spark, graph)
