@@ -12,7 +12,7 @@ import tempfile
 from comparison import Comparison, geometric_mean
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
-TABLES = ("texts", "sales", "wide")
+TABLES = ("texts_by_id", "sales", "wide")
 CORES = (1, 2)
 # With the package installed, and the libraries that its tests use.
 PACKAGES = (ROOT / "build/python/site", ROOT / ".deps/python", ROOT / "benchmarks")

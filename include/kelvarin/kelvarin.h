@@ -10,9 +10,10 @@
  * safe; where they would disturb one another, one waits for the other. A stream is pulled by one
  * thread at a time, which may be another one at each call; calls at the same time wait for each
  * other. Streams given to the library are pulled by one thread at a time, any of its own.
- * Callbacks come from threads of the library too, one at a time for each call or run, and must not
- * call the library with the handle or the stream that they belong to. Nothing is called in a signal
- * handler.
+ * Callbacks come from threads of the library too, one at a time for each call or run, until that
+ * has returned, or the stream was released, or the run closed. They must not call the library with
+ * the handle or the stream that they belong to, but may request a stop. No function may be called
+ * in a signal handler.
  *
  * Errors: a function returns a status. Where it is not KELVARIN_OK and `error` is not null,
  * `*error` says more, and the caller frees it; else `*error` is set to null. Outputs are set only

@@ -4,6 +4,8 @@
 #include <climits>
 #include <cstring>
 
+#include "library/arrow_streams/valid_texts.h"
+
 namespace kelvarin {
 
 namespace {
@@ -28,31 +30,85 @@ struct Views {
   std::vector<std::int64_t> sizes;  // of the buffers
 };
 
-// How far the buffer is used.
-std::size_t makeViews(const RowBatch& batch, const BatchColumn& column, TextView* views,
-                      ExportedColumn& made) {
-  std::size_t end = 0;
-  forEachRow(batch, 0, batch.rowCount(), [&](std::size_t row, std::size_t stored) {
-    const std::size_t position = column.textPositions()[stored];
-    const unsigned char* text = column.textBytes() + position;
+// How far texts reach in their buffer, which views point to.
+class ViewedTexts {
+ public:
+  explicit ViewedTexts(const BatchColumn& column) : m_bytes(column.textBytes()) {}
+
+  // Of the null text an empty one.
+  TextView viewAt(std::size_t position) {
+    const unsigned char* text = m_bytes + position;
     const std::uint32_t size = lengthFromBytes(text);
     TextView view;
     if (size == kNullTextLength) {
-      made.addNull(row);
-    } else if (size <= kMaxInside) {
-      view.size = size;
-      std::memcpy(view.beginning, text + 4, size);
-    } else {
-      const std::size_t begin = position + 4;
-      view.size = size;
-      std::memcpy(view.beginning, text + 4, 4);
-      view.rest[0] = static_cast<std::uint32_t>(begin / kBufferStep);
-      view.rest[1] = static_cast<std::uint32_t>(begin % kBufferStep);
-      end = std::max(end, begin + size);
+      return view;
     }
-    views[row] = view;
+    view.size = size;
+    if (size <= kMaxInside) {
+      std::memcpy(view.beginning, text + 4, size);
+      return view;
+    }
+    const std::size_t begin = position + 4;
+    std::memcpy(view.beginning, text + 4, 4);
+    view.rest[0] = static_cast<std::uint32_t>(begin / kBufferStep);
+    view.rest[1] = static_cast<std::uint32_t>(begin % kBufferStep);
+    m_end = std::max(m_end, begin + size);
+    return view;
+  }
+  bool isNullAt(std::size_t position) const { return isNullText(m_bytes + position); }
+  std::size_t end() const { return m_end; }
+
+ private:
+  const unsigned char* m_bytes;
+  std::size_t m_end = 0;
+};
+
+void makeViewsOfRows(const RowBatch& batch, const BatchColumn& column, ViewedTexts& texts,
+                     TextView* views, ExportedColumn& made) {
+  forEachRow(batch, 0, batch.rowCount(), [&](std::size_t row, std::size_t stored) {
+    const std::size_t position = column.textPositions()[stored];
+    views[row] = texts.viewAt(position);
+    if (texts.isNullAt(position)) {
+      made.addNull(row);
+    }
   });
-  return end;
+}
+
+// Each text is looked at once, however many rows have it.
+void makeViewsOfEntries(const RowBatch& batch, const BatchDictionary& dictionary,
+                        ViewedTexts& texts, TextView* views, ExportedColumn& made) {
+  std::vector<TextView> entries;
+  std::vector<char> isNull;
+  bool hasNull = false;
+  entries.reserve(dictionary.positions.size());
+  for (const std::uint32_t position : dictionary.positions) {
+    entries.push_back(texts.viewAt(position));
+    isNull.push_back(texts.isNullAt(position) ? 1 : 0);
+    hasNull |= isNull.back() != 0;
+  }
+  forEachRow(batch, 0, batch.rowCount(), [&](std::size_t row, std::size_t stored) {
+    views[row] = entries[dictionary.codes[stored]];
+  });
+  if (hasNull) {
+    forEachRow(batch, 0, batch.rowCount(), [&](std::size_t row, std::size_t stored) {
+      if (isNull[dictionary.codes[stored]] != 0) {
+        made.addNull(row);
+      }
+    });
+  }
+}
+
+// How far the buffer is used.
+std::size_t makeViews(const RowBatch& batch, const BatchColumn& column, TextView* views,
+                      ExportedColumn& made) {
+  ViewedTexts texts(column);
+  const BatchDictionary& dictionary = column.dictionary();
+  if (dictionary.isThere() && dictionary.positions.size() <= batch.rowCount()) {
+    makeViewsOfEntries(batch, dictionary, texts, views, made);
+  } else {
+    makeViewsOfRows(batch, column, texts, views, made);
+  }
+  return texts.end();
 }
 
 std::unique_ptr<ExportedColumn> exportedViews(const RowBatch& batch, const BatchColumn& column) {
@@ -119,8 +175,9 @@ void ExportedColumn::addNull(std::size_t row) {
   ++nullCount;
 }
 
-std::unique_ptr<ExportedColumn> exportedTexts(const RowBatch& batch, const BatchColumn& column,
+std::unique_ptr<ExportedColumn> exportedTexts(const RowBatch& batch, const BatchColumn& given,
                                               TextFormat format) {
+  const BatchColumn column = withValidTexts(batch, given);
   switch (format) {
     case TextFormat::utf8:
       return exportedPacked<std::int32_t>(batch, column);

@@ -1,6 +1,7 @@
 // Reading a table: a graph of the action that reads columnar files and a stream.
 #include <set>
 
+#include "base/usable_processors.h"
 #include "expression/tokens/expression_tokens.h"
 #include "library/runs/installation.h"
 #include "library/tables/columnar_table.h"
@@ -8,6 +9,9 @@
 namespace kelvarin {
 
 namespace {
+
+// While one block is decoded, the rows of another one wait to be pulled.
+constexpr int kBlocksForAThread = 2;
 
 std::set<QString> namesIn(const QString& expression) {
   std::set<QString> names;
@@ -44,6 +48,8 @@ Outcome<Graph> ColumnarTable::graphOf(const ScanSettings& settings,
   graph.attribute(u"fileName", m_path);
   graph.attribute(u"readIncompleteFile", m_acceptsIncomplete ? 1 : 0);
   graph.attribute(u"skipCorruptedBlocks", settings.skipsDamage ? 1 : 0);
+  const int threads = settings.work.threads > 0 ? settings.work.threads : usableProcessors();
+  graph.attribute(u"nBlockForward", kBlocksForAThread * threads);
   graph.attribute(u"filterRows", settings.blockFilter.isEmpty() ? 0 : 1);
   graph.attribute(u"columnSelection", settings.columns ? 1 : 0);
   if (!settings.blockFilter.isEmpty()) {

@@ -196,6 +196,95 @@ arrow::RecordBatchVector manyBatches(int batches, int rowsInBatch) {
   return made;
 }
 
+// A stream that fails after some batches.
+ArrowArrayStream failing(arrow::RecordBatchVector batches) {
+  struct Source {
+    arrow::RecordBatchVector batches;
+    std::size_t next = 0;
+  };
+  ArrowArrayStream stream{};
+  stream.private_data = new Source{std::move(batches)};
+  stream.get_schema = [](ArrowArrayStream* self, ArrowSchema* out) {
+    const auto& source = *static_cast<Source*>(self->private_data);
+    return arrow::ExportSchema(*source.batches.front()->schema(), out).ok() ? 0 : EIO;
+  };
+  stream.get_next = [](ArrowArrayStream* self, ArrowArray* out) {
+    auto& source = *static_cast<Source*>(self->private_data);
+    if (source.next == source.batches.size()) {
+      return EIO;
+    }
+    return arrow::ExportRecordBatch(*source.batches[source.next++], out).ok() ? 0 : EIO;
+  };
+  stream.get_last_error = [](ArrowArrayStream*) { return "the cable is out"; };
+  stream.release = [](ArrowArrayStream* self) {
+    delete static_cast<Source*>(self->private_data);
+    self->release = nullptr;
+  };
+  return stream;
+}
+
+TEST(ExpressionCallsTest, AFailingStreamHasItsRowsBeforeAndItsReason) {
+  const Expressions sales(kSales, {{"total", "price * quantity", 0}});
+  for (const int batches : {1, 100}) {
+    for (const int threads : {1, 2}) {
+      const Pulled pulled =
+          sales.pull(failing(arrow::RecordBatchVector(static_cast<std::size_t>(batches),
+                                                      testing::batchOf(kSales))),
+                     threads);
+      EXPECT_EQ(pulled.failure, "The stream cannot be read: the cable is out.");
+      EXPECT_EQ(pulled.table->num_rows(), 4 * batches);
+    }
+  }
+}
+
+TEST(ExpressionCallsTest, RowsThatFailAreNullWhereTheSettingsSaySo) {
+  const std::vector<TypedColumn> columns = {{"t", arrow::utf8(), "[\"7\", \"x\", \"[\", \"9\"]"}};
+  const Expressions tolerant(columns, {{"found", "t == \"[\" ? t * 2 : 1", KELVARIN_NUMBER}},
+                             nullptr, {{"abortWhenError", "0"}});
+  const Expressions strict(columns, {{"found", "t == \"[\" ? t * 2 : 1", KELVARIN_NUMBER}});
+  ASSERT_EQ(tolerant.status(), KELVARIN_OK) << tolerant.error().message();
+  const auto many = arrow::RecordBatchVector(50, testing::batchOf(columns));
+  for (const int threads : {1, 2}) {
+    EXPECT_EQ(tolerant.pull(testing::streamOf(columns), threads).text(),
+              "t=[\"7\",\"x\",\"[\",\"9\"] found=[1,1,null,1]");
+    const Pulled all = tolerant.pull(testing::streamOf(many), threads);
+    EXPECT_EQ(all.table->num_rows(), 200);
+    EXPECT_EQ(all.table->column(1)->null_count(), 50);
+    const Pulled stopped = strict.pull(testing::streamOf(many), threads);
+    EXPECT_EQ(stopped.table->num_rows(), 2);
+    EXPECT_NE(stopped.failure.find("On Data Row 2"), std::string::npos) << stopped.failure;
+  }
+}
+
+TEST(ExpressionCallsTest, SettingsAreThoseOfTheActions) {
+  const Expressions unknown(kSales, {{"a", "price", 0}}, nullptr, {{"colour", "red"}});
+  EXPECT_EQ(unknown.status(), KELVARIN_WRONG_ARGUMENT);
+  EXPECT_NE(unknown.error().message().find("'colour'"), std::string::npos);
+  const std::vector<TypedColumn> numbers = {{"x", arrow::float64(), "[1, 2.5, -3, null]"}};
+  const Expressions cast(numbers, {{"k", "x", KELVARIN_KEY}}, nullptr,
+                         {{"castToKey1", "1"}, {"castToKey2", "0"}});
+  EXPECT_EQ(cast.pull(testing::streamOf(numbers)).text(), "x=[1,2.5,-3,null] k=[1,2,null,null]");
+  const Expressions first(numbers, {}, "_n < 2", {{"truncate", "1"}});
+  EXPECT_EQ(first.pull(testing::streamOf(numbers)).text(), "x=[1,2.5]");
+  const Expressions seeded(numbers, {{"r", "rand(100)", 0}}, nullptr, {{"seed", "5"}});
+  EXPECT_EQ(seeded.pull(testing::streamOf(numbers)).text(),
+            seeded.pull(testing::streamOf(numbers), 2).text());
+}
+
+TEST(ExpressionCallsTest, AnApplicationIsStopped) {
+  const Expressions sales(kSales, {{"total", "price * quantity", 0}});
+  kelvarin_apply_options options = KELVARIN_APPLY_OPTIONS_INIT;
+  ASSERT_EQ(kelvarin_stop_new(&options.stop), KELVARIN_OK);
+  for (const int threads : {1, 2}) {
+    options.threads = threads;
+    ArrowArrayStream out = sales.apply(
+        testing::streamOf(arrow::RecordBatchVector(10, testing::batchOf(kSales))), options);
+    ASSERT_EQ(kelvarin_stop_request(options.stop), KELVARIN_OK);
+    EXPECT_EQ(testing::pulled(out).failure, "The work was stopped.");
+  }
+  EXPECT_EQ(kelvarin_stop_close(options.stop), KELVARIN_OK);
+}
+
 // The way through the stages, that through a run, and that with tasks have the same rows.
 TEST(ExpressionCallsTest, RowsAreTheSameForAnyThreadsAndBatches) {
   const std::vector<TypedColumn> columns = {{"x", arrow::float64(), "[]"},

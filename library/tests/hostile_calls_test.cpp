@@ -324,7 +324,12 @@ struct Spoilt {
 
 TEST_F(HostileCallsTest, StreamsThatBreakTheirRulesFail) {
   const std::pair<std::function<void(ArrowArray&)>, std::string> cases[] = {
-      {[](ArrowArray& array) { array.n_children = 1; }, "other columns than the schema"},
+      {[](ArrowArray& array) {
+         array.release(&array);
+         const auto narrow = testing::batchOf({{"n", arrow::float64(), "[1]"}});
+         EXPECT_TRUE(arrow::ExportRecordBatch(*narrow, &array).ok());
+       },
+       "other columns than the schema"},
       {[](ArrowArray& array) { array.length = -1; }, "other columns than the schema"},
       {[](ArrowArray& array) { array.length = 3; }, "fewer rows than its batch"},
       {[](ArrowArray& array) { array.null_count = 1; }, "rows as a whole are null"},
@@ -393,6 +398,15 @@ TEST_F(HostileCallsTest, OneStreamIsPulledByManyThreads) {
   stream.release(&stream);
 }
 
+// Sanitizers have an allocator of their own, and find what is left.
+std::size_t bytesInUse() {
+#ifdef __SANITIZE_ADDRESS__
+  return 0;
+#else
+  return ::mallinfo2().uordblks;
+#endif
+}
+
 // Reads that are given up anywhere; ten thousand take seconds.
 TEST_F(HostileCallsTest, InterruptedReadsLeaveNothing) {
   constexpr int kReads = 10'000;
@@ -421,12 +435,10 @@ TEST_F(HostileCallsTest, InterruptedReadsLeaveNothing) {
     }
     stream.release(&stream);
     if (i == kReads / 10) {
-      inUse = ::mallinfo2().uordblks;
+      inUse = bytesInUse();
     }
   }
-#ifndef __SANITIZE_ADDRESS__
-  EXPECT_LT(::mallinfo2().uordblks, inUse + (1 << 20));
-#endif
+  EXPECT_LE(bytesInUse(), inUse + (1 << 20));
 }
 
 }  // namespace

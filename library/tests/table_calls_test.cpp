@@ -1,6 +1,11 @@
 // Columnar files through the interface: what is written is read, whole and in parts.
+#include <cmath>
 #include <filesystem>
+#include <random>
 
+#include "arrow/array/builder_binary.h"
+#include "arrow/array/builder_primitive.h"
+#include "arrow/compare.h"
 #include "host/tables/files/tests/table_folder.h"
 #include "library/tests/arrow_streams.h"
 
@@ -55,10 +60,12 @@ class TableCallsTest : public ::testing::Test {
     std::string keys;
     std::string texts;
     std::string pairs;
+    std::string colours;
     for (int i = 0; i < 1000; ++i) {
       const std::string comma = i == 0 ? "" : ",";
       numbers += comma + std::to_string(i);
       keys += comma + std::to_string(i % 7);
+      colours += comma + (i % 3 == 0 ? "\"red\"" : i % 3 == 1 ? "\"a longer colour\"" : "null");
       pairs += comma + std::to_string(i / 2);
       texts += comma + (i % 10 == 9 ? "null" : "\"text " + std::to_string(i) + "\"");
     }
@@ -72,7 +79,8 @@ class TableCallsTest : public ::testing::Test {
     ASSERT_EQ(write(testing::streamOf({{"n", arrow::float64(), "[" + numbers + "]"},
                                        {"k", arrow::uint32(), "[" + keys + "]"},
                                        {"t", arrow::utf8(), "[" + texts + "]"},
-                                       {"pair", arrow::uint32(), "[" + pairs + "]"}}),
+                                       {"pair", arrow::uint32(), "[" + pairs + "]"},
+                                       {"c", arrow::utf8(), "[" + colours + "]"}}),
                     &options),
               "rows=1000");
   }
@@ -152,7 +160,7 @@ TEST_F(TableCallsTest, ATableSaysWhatIsInIt) {
   ASSERT_EQ(kelvarin_table_get_info(table, &info, nullptr), KELVARIN_OK);
   EXPECT_EQ(info.rows, 1000);
   EXPECT_EQ(info.blocks, 10);
-  EXPECT_EQ(info.columns, 4);
+  EXPECT_EQ(info.columns, 5);
   EXPECT_EQ(info.rows_in_block, 100);
   EXPECT_EQ(info.is_complete, 1);
   std::string columns;
@@ -163,7 +171,7 @@ TEST_F(TableCallsTest, ATableSaysWhatIsInIt) {
     columns += std::string(column.name) + ":" + static_cast<char>(column.type) +
                std::to_string(column.order) + std::to_string(column.sort_position) + " ";
   }
-  EXPECT_EQ(columns, "n:F0-1 k:K0-1 t:U0-1 pair:K10 ");
+  EXPECT_EQ(columns, "n:F0-1 k:K0-1 t:U0-1 pair:K10 c:U0-1 ");
   kelvarin_block_info block{};
   block.size = sizeof block;
   ASSERT_EQ(kelvarin_table_get_block(table, 9, &block, nullptr), KELVARIN_OK);
@@ -219,19 +227,146 @@ TEST_F(TableCallsTest, PartsOfATableAreRead) {
 TEST_F(TableCallsTest, TextsLeaveInTheFormThatIsAskedFor) {
   writeThousandRows();
   kelvarin_scan_options options = KELVARIN_SCAN_OPTIONS_INIT;
-  const auto views = scan(options).table->column(2);
-  EXPECT_EQ(views->type()->ToString(), "string_view");
+  const auto views = scan(options).table;
+  EXPECT_EQ(views->column(2)->type()->ToString(), "string_view");
   for (const auto& [format, type] :
        {std::pair(KELVARIN_TEXT_UTF8, "string"), std::pair(KELVARIN_TEXT_LARGE, "large_string")}) {
     options.text_format = format;
-    const auto texts = scan(options).table->column(2);
-    EXPECT_EQ(texts->type()->ToString(), type);
-    for (std::int64_t row = 0; row < 1000; ++row) {
-      const auto expected = *views->GetScalar(row);
-      const auto given = *texts->GetScalar(row);
-      ASSERT_EQ(expected->is_valid, given->is_valid);
-      ASSERT_EQ(expected->ToString(), given->ToString());
+    const auto texts = scan(options).table;
+    EXPECT_EQ(texts->column(2)->type()->ToString(), type);
+    for (const int column : {2, 4}) {
+      for (std::int64_t row = 0; row < 1000; ++row) {
+        const auto expected = *views->column(column)->GetScalar(row);
+        const auto given = *texts->column(column)->GetScalar(row);
+        ASSERT_EQ(expected->is_valid, given->is_valid);
+        ASSERT_EQ(expected->ToString(), given->ToString());
+      }
     }
+  }
+  EXPECT_EQ(views->column(4)->null_count(), 333);
+}
+
+// Names are data: nothing in them is taken for a part of a document, a parameter or a path.
+TEST_F(TableCallsTest, NamesMayBeAnyText) {
+  const std::string wild = "a<b>&'\"${0} ${HOME}";
+  ASSERT_EQ(write(testing::streamOf(
+                {{wild, arrow::float64(), "[1, 2]"}, {"${1}", arrow::utf8(), "[\"x\", null]"}})),
+            "rows=2");
+  const char* columns[] = {"${1}", wild.c_str()};
+  kelvarin_scan_options options = KELVARIN_SCAN_OPTIONS_INIT;
+  options.columns = columns;
+  options.column_count = 2;
+  const Pulled pulled = scan(options);
+  ASSERT_EQ(pulled.failure, "");
+  EXPECT_EQ(pulled.table->field(0)->name(), "${1}");
+  EXPECT_EQ(pulled.table->field(1)->name(), wild);
+  m_path = m_folder.path("with ${x} & 'quotes'.cgel_kelvarin");
+  ASSERT_EQ(write(testing::streamOf({{"n", arrow::float64(), "[3]"}})), "rows=1");
+  EXPECT_EQ(scan(KELVARIN_SCAN_OPTIONS_INIT).text(), "n=[3]");
+}
+
+// Random columns, nulls, blocks and batches come back as they were.
+TEST_F(TableCallsTest, RandomTablesComeBack) {
+  std::mt19937 random(11);
+  for (int table = 0; table < 40; ++table) {
+    const int rows = static_cast<int>(random() % 3000) + 1;
+    const auto nullShare = random() % 3;
+    const auto distinct = random() % 2 == 0 ? 5u : 100'000u;
+    arrow::DoubleBuilder numbers;
+    arrow::UInt32Builder keys;
+    arrow::StringBuilder texts;
+    for (int row = 0; row < rows; ++row) {
+      const auto value = random() % distinct;
+      const bool isNull = random() % 4 < nullShare;
+      const double number = value % 17 == 0 ? std::nan("") : static_cast<double>(value) / 8;
+      const std::string text(random() % 30, static_cast<char>('a' + value % 26));
+      ASSERT_TRUE((isNull ? numbers.AppendNull() : numbers.Append(number)).ok());
+      ASSERT_TRUE((isNull ? keys.AppendNull() : keys.Append(value)).ok());
+      ASSERT_TRUE((isNull ? texts.AppendNull() : texts.Append(text)).ok());
+    }
+    const auto schema =
+        arrow::schema({arrow::field("n", arrow::float64()), arrow::field("k", arrow::uint32()),
+                       arrow::field("t", arrow::utf8())});
+    const auto batch = arrow::RecordBatch::Make(
+        schema, rows, {*numbers.Finish(), *keys.Finish(), *texts.Finish()});
+    const auto cut = static_cast<std::int64_t>(random()) % rows;
+    kelvarin_write_options options = KELVARIN_WRITE_OPTIONS_INIT;
+    options.rows_in_block = static_cast<std::int32_t>(random() % 1000) + 1;
+    options.threads = 1 + static_cast<std::int32_t>(random() % 3);
+    ASSERT_EQ(write(testing::streamOf({batch->Slice(0, cut), batch->Slice(cut)}), &options),
+              "rows=" + std::to_string(rows));
+    kelvarin_scan_options scanning = KELVARIN_SCAN_OPTIONS_INIT;
+    scanning.text_format = KELVARIN_TEXT_UTF8;
+    scanning.threads = 1 + static_cast<std::int32_t>(random() % 3);
+    const Pulled whole = scan(scanning);
+    ASSERT_EQ(whole.failure, "");
+    const auto expected = *arrow::Table::FromRecordBatches({batch});
+    EXPECT_TRUE(whole.table->Equals(*expected, arrow::EqualOptions::Defaults().nans_equal(true)));
+    scanning.first_row = static_cast<std::int64_t>(random()) % rows;
+    scanning.end_row = scanning.first_row + static_cast<std::int64_t>(random()) % rows;
+    const Pulled part = scan(scanning);
+    EXPECT_TRUE(part.table->Equals(
+        *expected->Slice(scanning.first_row, scanning.end_row - scanning.first_row),
+        arrow::EqualOptions::Defaults().nans_equal(true)));
+  }
+}
+
+TEST_F(TableCallsTest, ATableIsSplitAsItIsAskedFor) {
+  const std::vector<TypedColumn> columns = {
+      {"n", arrow::float64(), "[1, 2, 3]"},
+      {"city", arrow::utf8(), "[\"Rome\", \"Wien\", \"Rome\"]"}};
+  kelvarin_write_options options = KELVARIN_WRITE_OPTIONS_INIT;
+  options.split = KELVARIN_SPLIT_BY_VALUE;
+  EXPECT_EQ(write(testing::streamOf(columns), &options), "The argument 'split_column' is null.");
+  options.split_column = "city";
+  options.creates_folder = 1;
+  m_path = m_folder.path("new/cities.cgel_kelvarin");
+  ASSERT_EQ(write(testing::streamOf(columns), &options), "rows=3");
+  std::string files;
+  for (const auto& entry : std::filesystem::directory_iterator(m_folder.path("new"))) {
+    m_path = entry.path().string();
+    if (m_path.ends_with(".cgel_kelvarin") && m_path.find("Rome") != std::string::npos) {
+      files += scan(KELVARIN_SCAN_OPTIONS_INIT).text();
+    }
+  }
+  EXPECT_EQ(files, "n=[1,3] city=[\"Rome\",\"Rome\"]");
+  options = KELVARIN_WRITE_OPTIONS_INIT;
+  options.separates_columns = 1;
+  m_path = m_folder.path("sets.cgel_kelvarin");
+  ASSERT_EQ(write(testing::streamOf(columns), &options), "rows=3");
+  const kelvarin_table table = open();
+  kelvarin_table_info info{};
+  info.size = sizeof info;
+  ASSERT_EQ(kelvarin_table_get_info(table, &info, nullptr), KELVARIN_OK);
+  EXPECT_EQ(info.column_sets, 2);
+  EXPECT_EQ(kelvarin_table_close(table), KELVARIN_OK);
+}
+
+TEST_F(TableCallsTest, AStoppedWriteLeavesTheOldFile) {
+  ASSERT_EQ(write(testing::streamOf({{"n", arrow::float64(), "[1]"}})), "rows=1");
+  kelvarin_write_options options = KELVARIN_WRITE_OPTIONS_INIT;
+  ASSERT_EQ(kelvarin_stop_new(&options.stop), KELVARIN_OK);
+  ASSERT_EQ(kelvarin_stop_request(options.stop), KELVARIN_OK);
+  EXPECT_EQ(write(testing::streamOf({{"n", arrow::float64(), "[2]"}}), &options),
+            "The work was stopped.");
+  EXPECT_EQ(kelvarin_stop_close(options.stop), KELVARIN_OK);
+  EXPECT_EQ(scan(KELVARIN_SCAN_OPTIONS_INIT).text(), "n=[1]");
+}
+
+// A file may have any bytes as a text; whoever reads a stream may rely on UTF-8.
+TEST_F(TableCallsTest, TextsThatAreNoUtf8AreRepaired) {
+  arrow::StringBuilder builder;
+  for (const char* text : {"caf\xC3\xA9 au lait", "\xFF", "a longer text \xE9t\xE9", ""}) {
+    ASSERT_TRUE(builder.Append(text).ok());
+  }
+  const auto array = *builder.Finish();
+  const auto schema = arrow::schema({arrow::field("t", arrow::utf8())});
+  ASSERT_EQ(write(testing::streamOf({arrow::RecordBatch::Make(schema, 4, {array})})), "rows=4");
+  for (const int format : {KELVARIN_TEXT_VIEWS, KELVARIN_TEXT_UTF8}) {
+    kelvarin_scan_options options = KELVARIN_SCAN_OPTIONS_INIT;
+    options.text_format = format;
+    EXPECT_EQ(scan(options).text(),
+              "t=[\"caf\u00e9aulait\",\"\uFFFD\",\"alongertext\uFFFDt\uFFFD\",\"\"]");
   }
 }
 

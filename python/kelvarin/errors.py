@@ -29,7 +29,7 @@ class Error(Exception):
         position: Of the token in the expression, counted from 0 in 16-bit units.
         column: The column of the table.
         row: The number of the row, counted from 0.
-        values: The row's variables and their values.
+        values: The row's variables and their values, as texts.
         log: All that was logged: (level, action, text).
     """
 
@@ -45,7 +45,7 @@ class Error(Exception):
         self.position: int | None = known.get("position")
         self.column: str | None = known.get("column")
         self.row: int | None = known.get("row")
-        self.values: dict[str, Any] = known.get("values") or {}
+        self.values: dict[str, str] = known.get("values") or {}
         self.log: list[tuple[str, str, str]] = [
             (line.get("level", ""), line.get("action", ""), line.get("text", "")) for line in known.get("log", ())]
         self._details = known

@@ -93,5 +93,5 @@ def test_errors_name_action_expression_row_and_values(graph, write_graph):
     with pytest.raises(kelvarin.Error) as caught:
         kelvarin.run(failing)
     error = caught.value
-    assert (error.action, error.output, error.row, error.values) == ("c", "y", 1, {"x": 3, "s": "a"})
+    assert (error.action, error.output, error.row, error.values) == ("c", "y", 1, {"x": "3", "s": "a"})
     assert error.expression == 's == "a" ? s * 2 : x'

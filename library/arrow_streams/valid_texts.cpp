@@ -1,0 +1,93 @@
+#include "library/arrow_streams/valid_texts.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <vector>
+
+#include <QString>
+#include <QUtf8StringView>
+
+#include "host/tables/files/column_memory.h"
+
+namespace kelvarin {
+
+namespace {
+
+bool isAscii(std::string_view text) {
+  constexpr std::uint64_t kHighBits = 0x8080808080808080u;
+  const char* next = text.data();
+  std::size_t left = text.size();
+  std::uint64_t bits = 0;
+  for (; left >= 8; left -= 8, next += 8) {
+    std::uint64_t word;
+    std::memcpy(&word, next, 8);
+    bits |= word;
+  }
+  for (; left > 0; --left, ++next) {
+    bits |= static_cast<unsigned char>(*next);
+  }
+  return (bits & kHighBits) == 0;
+}
+
+bool isUtf8(std::string_view text) {
+  return isAscii(text) ||
+         QUtf8StringView(text.data(), static_cast<qsizetype>(text.size())).isValidUtf8();
+}
+
+// Where many rows share few texts, only those are looked at.
+bool areAllUtf8(const RowBatch& batch, const BatchColumn& column) {
+  const auto isValidAt = [&](std::uint32_t position) {
+    return isUtf8(textFromBytes(column.textBytes() + position));
+  };
+  const BatchDictionary& dictionary = column.dictionary();
+  if (dictionary.isThere() && dictionary.positions.size() <= batch.rowCount()) {
+    return std::ranges::all_of(dictionary.positions, isValidAt);
+  }
+  bool areValid = true;
+  forEachRow(batch, 0, batch.rowCount(), [&](std::size_t, std::size_t stored) {
+    areValid = areValid && isValidAt(column.textPositions()[stored]);
+  });
+  return areValid;
+}
+
+struct Repaired {
+  std::vector<unsigned char> bytes;
+  std::vector<std::uint32_t> positions;  // of the stored rows; others than the batch's are null
+};
+
+void append(std::string_view text, Repaired& repaired) {
+  const QByteArray valid =
+      QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())).toUtf8();
+  const std::size_t begin = repaired.bytes.size();
+  const std::size_t size = 4 + static_cast<std::size_t>(valid.size());
+  if (begin + size > UINT32_MAX) {
+    throw std::bad_alloc();
+  }
+  repaired.bytes.resize(begin + size);
+  putText(repaired.bytes.data() + begin, valid.data(), size - 4);
+}
+
+}  // namespace
+
+BatchColumn withValidTexts(const RowBatch& batch, const BatchColumn& column) {
+  if (areAllUtf8(batch, column)) {
+    return column;
+  }
+  auto repaired = std::make_shared<Repaired>();
+  repaired->bytes.resize(4);
+  putNullText(repaired->bytes.data());
+  repaired->positions.resize(batch.storedRows());
+  forEachRow(batch, 0, batch.rowCount(), [&](std::size_t, std::size_t stored) {
+    const unsigned char* text = column.text(stored);
+    if (!isNullText(text)) {
+      repaired->positions[stored] = static_cast<std::uint32_t>(repaired->bytes.size());
+      append(textFromBytes(text), *repaired);
+    }
+  });
+  return BatchColumn::ofTexts(column.type(), repaired, repaired->bytes.data(),
+                              repaired->positions.data(), repaired->bytes.size());
+}
+
+}  // namespace kelvarin
