@@ -1,7 +1,7 @@
 """What the engines for many machines share of graphs: one that is a source, steps and a sink, divided into parts.
 
-A part is some rows of the source. A worker runs the graph as it stands on them, with a stream in the place of the source
-and another in that of the sink, and writes what comes out as one file of the sink's table.
+A part is some rows of the source. A worker runs the graph as it stands on them, with a stream instead of the source
+and another instead of the sink, and writes what comes out as one file of the sink's table.
 """
 
 from __future__ import annotations
