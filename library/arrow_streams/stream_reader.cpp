@@ -160,7 +160,7 @@ Result<bool, QString> StreamReader::nextBatch() {
   m_batch.reset();
   m_nextRow = 0;
   ArrowArray array;
-  const auto isThere = m_stream.next(array);
+  auto isThere = m_stream.next(array);
   if (!isThere || !*isThere) {
     return isThere;
   }

@@ -1,6 +1,7 @@
 #include "library/runs/graph_run.h"
 
 #include <chrono>
+#include <numeric>
 #include <utility>
 
 #include "host/contract/nearest_names.h"
@@ -27,6 +28,23 @@ const char* phaseWord(ActionPhase phase) {
     default:
       return "failed";
   }
+}
+
+// Where a run stands that has ended.
+RunProgress progressAtEnd(const RunResult& result) {
+  RunProgress progress;
+  progress.fractionDone = result.isOk() ? 1.0 : -1.0;
+  for (const ActionResult& action : result.actions) {
+    ActionProgress& ended = progress.actions.emplace_back();
+    ended.phase = action.phase;
+    ended.rowsIn = action.rowsIn;
+    ended.rowsOut = action.rowsOut;
+    ended.fractionDone = action.phase == ActionPhase::finished ? 1.0 : -1.0;
+    if (action.rowsIn.empty()) {
+      progress.rowsRead += std::accumulate(action.rowsOut.begin(), action.rowsOut.end(), 0LL);
+    }
+  }
+  return progress;
 }
 
 std::optional<ErrorDetails> errorOf(const RunResult& result) {
@@ -149,6 +167,7 @@ void GraphRun::work() {
   const std::optional<ErrorDetails> error = errorOf(result);
   {
     const std::lock_guard lock(m_mutex);
+    m_progress = progressAtEnd(result);
     m_result = std::move(result);
     m_changed.notify_all();
   }

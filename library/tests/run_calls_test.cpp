@@ -94,6 +94,14 @@ TEST_F(RunCallsTest, StreamsReplaceFiles) {
   const nlohmann::json result = resultOf(run);
   EXPECT_EQ(result["status"], "ok");
   EXPECT_EQ(result["actions"][3]["rowsIn"][0], 2);
+  char* text = nullptr;
+  ASSERT_EQ(kelvarin_run_progress(run, &text, nullptr), KELVARIN_OK);
+  const nlohmann::json progress = nlohmann::json::parse(text);
+  kelvarin_free(text);
+  EXPECT_EQ(progress["rowsRead"], 3);
+  EXPECT_EQ(progress["fraction"], 1.0);
+  EXPECT_EQ(progress["actions"][2]["phase"], "finished");
+  EXPECT_EQ(progress["actions"][2]["rowsOut"], nlohmann::json({2, 1}));
   EXPECT_EQ(kelvarin_run_close(run), KELVARIN_OK);
 }
 

@@ -124,7 +124,8 @@ class Scan(Rows):
         names = options["columns"]
         positions = {column.name: index for index, column in enumerate(every)}
         if options["block_filter"] or options["row_number"] or not positions.keys() >= set(names or ()):
-            self._stream("view")  # says here what is wrong with them
+            # Reading no row says here what is wrong with them.
+            file.scan(text_format=TEXT_FORMATS["view"], **{**options, "rows": (0, 0)}).collect()
         chosen = range(column_count) if names is None else [positions[name] for name in names]
         self.columns = [every[index] for index in chosen]
         if options["row_number"] is not None:

@@ -84,13 +84,13 @@ def test_wrong_expressions_are_told_with_their_position():
         kelvarin.Program()
 
 
-def test_wrong_values_are_told_with_column_and_row(folder):
+def test_wrong_values_are_told_with_row_and_column(folder):
     table = pyarrow.table({"a": [1.0, 2.0], "big": [1, 2**53 + 1]})
     for work in (lambda: kelvarin.calculate(table, {"y": "a"}).to_arrow(),
                  lambda: kelvarin.write(table, folder / "t.cgel_kelvarin")):
         with pytest.raises(kelvarin.Error) as caught:
             work()
-        assert (caught.value.column, caught.value.row) == ("big", 1)
+        assert "row 2, column 'big'" in str(caught.value)
     assert not list(folder.iterdir())
     assert kelvarin.write(table, folder / "t.cgel_kelvarin", bad_as_null=True) == 2
     assert kelvarin.scan(folder / "t.cgel_kelvarin").to_arrow()["big"].to_pylist() == [1.0, None]
