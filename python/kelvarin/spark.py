@@ -64,15 +64,15 @@ def register(spark: SparkSession) -> None:
         skip_damage: "true" leaves damaged rows out instead of failing.
         where: A JSON list such as ``[["day", ">=", 20240120], ["shop", "in", ["Lyon", "Basel"]]]``: blocks in which
             no row can satisfy all of it make no tasks. All rows of the others come; ``read`` filters them as well.
-        push_filters: "true" does the same with the filters that Spark pushes. **Only for a frame that is used in one
-            query with one filter**: Spark 4.3 keeps what it has pushed for one query of a frame, and other queries of
-            the same frame, and other branches of the same query, would miss rows.
+        push_filters: "true" does the same with the filters that Spark pushes, for which its setting
+            ``spark.sql.python.filterPushdown.enabled`` must be true. **Only for a frame that is used in one query with
+            one filter**: Spark 4.3 keeps what it has pushed for one query of a frame, and other queries of the same
+            frame, and other branches of the same query, would miss rows.
 
     Options of writing, beside the folder: ``keys``, ``texts``, ``numbers`` and ``sorted_by`` with names as ``columns``;
     ``block_rows``; ``bad_as_null``. Each partition becomes a file. Modes are "append" and "overwrite".
     """
     spark.dataSource.register(ColumnarDataSource)
-    spark.conf.set("spark.sql.python.filterPushdown.enabled", "true")
 
 
 def read(spark: SparkSession, path: str, columns: Iterable[str] | None = None, *,
@@ -171,7 +171,8 @@ class ColumnarDataSource(source.DataSource):
             threads=int(self.options.get("threads", 1)), skip_damage=_is_true(self.options.get("skip_damage")))
         rows = self.options.get("rows_in_split")
         where = predicates(table.columns, json.loads(self.options.get("where") or "[]"))
-        return ColumnarReader(table, reader, int(rows) if rows else None, where, _is_true(self.options.get("push_filters")))
+        made = FilteringReader if _is_true(self.options.get("push_filters")) else ColumnarReader
+        return made(table, reader, int(rows) if rows else None, where)
 
     def writer(self, schema: StructType, overwrite: bool) -> ColumnarWriter:
         rows = self.options.get("block_rows")
@@ -198,24 +199,11 @@ class SplitPartition(source.InputPartition):
 class ColumnarReader(source.DataSourceReader):
     """Reads splits. On the driver it makes them, without the blocks that conditions rule out."""
 
-    def __init__(self, table: ColumnarTable, reader: TableReader, rows_in_split: int | None, where: list[Predicate],
-                 takes_filters: bool):
+    def __init__(self, table: ColumnarTable, reader: TableReader, rows_in_split: int | None, where: list[Predicate]):
         self._table: ColumnarTable | None = table
         self._reader = reader
         self._rows_in_split = rows_in_split
         self._where = where
-        self._takes_filters = takes_filters
-
-    def pushFilters(self, filters: list[source.Filter]) -> Iterable[source.Filter]:
-        if not self._takes_filters:
-            return filters
-        assert self._table is not None
-        names = {column.name for column in self._table.columns}
-        conditions = (_condition(each) for each in filters)
-        self._where = [*self._where, *predicates(self._table.columns, (
-            each for each in conditions if each is not None and each[0] in names))]
-        # Statistics rule out blocks and not rows, so that Spark still has to look at each row.
-        return filters
 
     def partitions(self) -> list[source.InputPartition]:
         assert self._table is not None
@@ -228,6 +216,19 @@ class ColumnarReader(source.DataSourceReader):
     def __getstate__(self) -> dict[str, Any]:
         # Opened files stay on the driver.
         return {**self.__dict__, "_table": None}
+
+
+class FilteringReader(ColumnarReader):
+    """Takes Spark's filters as well. Where a reader does, Spark asks one more Python process before each query."""
+
+    def pushFilters(self, filters: list[source.Filter]) -> Iterable[source.Filter]:
+        assert self._table is not None
+        names = {column.name for column in self._table.columns}
+        conditions = (_condition(each) for each in filters)
+        self._where = [*self._where, *predicates(self._table.columns, (
+            each for each in conditions if each is not None and each[0] in names))]
+        # Statistics rule out blocks and not rows, so that Spark still has to look at each row.
+        return filters
 
 
 @dataclass

@@ -14,7 +14,7 @@ import kelvarin.spark  # noqa: E402
 
 @pytest.fixture(scope="module")
 def spark():
-    with spark_session("local[2]") as session:
+    with spark_session("local[2]", **{"spark.sql.python.filterPushdown.enabled": "true"}) as session:
         kelvarin.spark.register(session)
         yield session
 
