@@ -45,11 +45,13 @@ class Statistics:
             they only enclose the values.
         max: The largest one, likewise.
         has_nulls: Whether values are missing.
+        has_nan: Whether there are NaNs, which the bounds leave out.
     """
 
     min: Bound
     max: Bound
     has_nulls: bool
+    has_nan: bool = False
 
 
 @dataclass(frozen=True)

@@ -65,13 +65,14 @@ class ColumnarFile {
     found.size = sizeof found;
     call(kelvarin_table_get_statistics, m_handle, block, column, &found);
     if (found.has_bounds == 0) {
-      return nb::make_tuple(nb::none(), nb::none(), found.has_nulls != 0);
+      return nb::make_tuple(nb::none(), nb::none(), found.has_nulls != 0, found.has_nan != 0);
     }
     if (!isText) {
-      return nb::make_tuple(found.min_number, found.max_number, found.has_nulls != 0);
+      return nb::make_tuple(found.min_number, found.max_number, found.has_nulls != 0,
+                            found.has_nan != 0);
     }
     return nb::make_tuple(bytes(found.min_text, found.min_text_size),
-                          bytes(found.max_text, found.max_text_size), found.has_nulls != 0);
+                          bytes(found.max_text, found.max_text_size), found.has_nulls != 0, false);
   }
 
  private:
