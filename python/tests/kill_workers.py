@@ -32,7 +32,7 @@ def main():
     parser.add_argument("engines", nargs="*", help="spark, ray; both without one")
     parser.add_argument("--rows", type=int, default=20_000_000)
     parser.add_argument("--times", type=int, default=10)
-    arguments = parser.parse_args()
+    arguments = parser.parse_intermixed_args()
     engines = arguments.engines or ["spark", "ray"]
     if not {"spark", "ray"}.issuperset(engines):
         parser.error("the engines are spark and ray")
