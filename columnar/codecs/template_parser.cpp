@@ -38,6 +38,11 @@ struct Rest {
   }
 };
 
+// Both are evaluated: neither is worth a branch.
+constexpr bool bothAre(bool one, bool other) {
+  return (static_cast<int>(one) & static_cast<int>(other)) != 0;
+}
+
 // How many of 16 characters a text field takes.
 std::size_t countAmongSixteen(const unsigned char* bytes, TextExtent extent) {
   const __m128i characters = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
@@ -102,7 +107,7 @@ std::size_t countText(const Rest& rest, TextExtent extent) {
                                                         std::uint64_t& number) {
   const auto size = static_cast<std::size_t>(width);
   const bool fits =
-      (rest.size() >= size) & parseUpToSixteenHex(rest.sixteen(), width, letterA, number);
+      bothAre(rest.size() >= size, parseUpToSixteenHex(rest.sixteen(), width, letterA, number));
   return fits ? size : 0;
 }
 
@@ -198,7 +203,7 @@ void TemplateParser::takePiece(const Step& step, const TextBatch& batch, ParsedT
       return forEach([&](const Rest& rest, std::uint16_t) {
         const std::size_t size = step.fixed.size();
         const bool fits =
-            (rest.size() >= size) & (((rest.eight() ^ step.beginning) & step.mask) == 0);
+            bothAre(rest.size() >= size, ((rest.eight() ^ step.beginning) & step.mask) == 0);
         const bool isWhole =
             size <= kWord ||
             (fits && std::memcmp(rest.bytes + kWord, step.fixed.data() + kWord, size - kWord) == 0);
