@@ -43,7 +43,7 @@ def graphs(folder, write_graph):
     slow.write_bytes(write_graph(
         "<ReadCSV name='in' file='in.csv'/>",
         "<Calculator name='c'><InputVars><InputVar column='x'/></InputVars><OutputVars>"
-        "<OutputVar name='y' meta='U'>regexReplace(toupper(itoa(x) // \"abcdefgh\"), \"(A|B)+\", \"z\")</OutputVar></OutputVars></Calculator>",
+        "<OutputVar name='y' meta='U'>regexReplace(padLeft(itoa(x), 500, \"a\"), \"(a|1)+\", \"z\")</OutputVar></OutputVars></Calculator>",
         "<Discard name='out'/>").read_bytes())
     return write_graph("<ReadCSV name='in' file='absent.csv'/>", "<Discard name='out'/>"), slow
 
