@@ -36,7 +36,7 @@ Outcome<WorkSettings> workSettingsOf(std::int32_t threads, kelvarin_stop stop,
   if (stop.id != 0) {
     const auto source = Handles::instance().find<std::stop_source>(HandleKind::stop, stop.id);
     if (source == nullptr) {
-      return wrongHandle("stop");
+      return wrongHandle(HandleKind::stop);
     }
     settings.stop = source->get_token();
   }

@@ -53,9 +53,32 @@ inline Failure<ErrorDetails> wrongArgument(const QString& text) {
   return Failure{errorOf(KELVARIN_WRONG_ARGUMENT, text)};
 }
 
-inline Failure<ErrorDetails> wrongHandle(const char* kind) {
-  return Failure{
-      errorOf(KELVARIN_WRONG_HANDLE, library_messages::wrongHandle(QString::fromLatin1(kind)))};
+inline Failure<ErrorDetails> wrongHandle(HandleKind kind) {
+  const QString name = QString::fromLatin1(nameOf(kind));
+  return Failure{errorOf(KELVARIN_WRONG_HANDLE, library_messages::wrongHandle(name))};
+}
+
+// Calls work(object), which is a shared pointer.
+template <typename Object, typename Work>
+kelvarin_status withObject(HandleKind kind, std::uint64_t handle, kelvarin_error** error,
+                           Work work) noexcept {
+  return answered(error, [&]() -> Outcome<Done> {
+    const auto found = Handles::instance().find<Object>(kind, handle);
+    if (found == nullptr) {
+      return wrongHandle(kind);
+    }
+    return work(found);
+  });
+}
+
+// What is closed lives on where it is still used.
+inline kelvarin_status closed(HandleKind kind, std::uint64_t handle) noexcept {
+  return answered(nullptr, [&]() -> Outcome<Done> {
+    if (Handles::instance().remove(kind, handle) == nullptr) {
+      return wrongHandle(kind);
+    }
+    return Done{};
+  });
 }
 
 // The fields that the caller knows, and for the others those of `defaults`.

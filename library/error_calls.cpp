@@ -87,23 +87,15 @@ kelvarin_status kelvarin_stop_new(kelvarin_stop* out) {
 }
 
 kelvarin_status kelvarin_stop_request(kelvarin_stop stop) {
-  return kelvarin::answered(nullptr, [&]() -> Outcome<Done> {
-    const auto source = Handles::instance().find<std::stop_source>(HandleKind::stop, stop.id);
-    if (source == nullptr) {
-      return kelvarin::wrongHandle("stop");
-    }
-    source->request_stop();
-    return Done{};
-  });
+  return kelvarin::withObject<std::stop_source>(HandleKind::stop, stop.id, nullptr,
+                                                [](const auto& source) -> Outcome<Done> {
+                                                  source->request_stop();
+                                                  return Done{};
+                                                });
 }
 
 kelvarin_status kelvarin_stop_close(kelvarin_stop stop) {
-  return kelvarin::answered(nullptr, [&]() -> Outcome<Done> {
-    if (Handles::instance().remove(HandleKind::stop, stop.id) == nullptr) {
-      return kelvarin::wrongHandle("stop");
-    }
-    return Done{};
-  });
+  return kelvarin::closed(HandleKind::stop, stop.id);
 }
 
 kelvarin_status kelvarin_stream_error(const struct ArrowArrayStream* stream,

@@ -18,14 +18,7 @@ namespace {
 template <typename Work>
 kelvarin_status withExpressions(kelvarin_expressions handle, kelvarin_error** error,
                                 Work work) noexcept {
-  return kelvarin::answered(error, [&]() -> Outcome<Done> {
-    const auto found =
-        Handles::instance().find<CompiledExpressions>(HandleKind::expressions, handle.id);
-    if (found == nullptr) {
-      return kelvarin::wrongHandle("expressions");
-    }
-    return work(found);
-  });
+  return kelvarin::withObject<CompiledExpressions>(HandleKind::expressions, handle.id, error, work);
 }
 
 Outcome<Done> addOutput(const kelvarin_output_option& output, ExpressionSettings& settings) {
@@ -122,12 +115,7 @@ kelvarin_status kelvarin_expressions_compile(const kelvarin_expression_options* 
 }
 
 kelvarin_status kelvarin_expressions_close(kelvarin_expressions expressions) {
-  return kelvarin::answered(nullptr, [&]() -> Outcome<Done> {
-    if (Handles::instance().remove(HandleKind::expressions, expressions.id) == nullptr) {
-      return kelvarin::wrongHandle("expressions");
-    }
-    return Done{};
-  });
+  return kelvarin::closed(HandleKind::expressions, expressions.id);
 }
 
 kelvarin_status kelvarin_expressions_get_schema(kelvarin_expressions expressions,
@@ -182,7 +170,7 @@ kelvarin_status kelvarin_expressions_apply(kelvarin_expressions expressions,
     auto found =
         Handles::instance().find<CompiledExpressions>(HandleKind::expressions, expressions.id);
     if (found == nullptr) {
-      return kelvarin::wrongHandle("expressions");
+      return kelvarin::wrongHandle(HandleKind::expressions);
     }
     if (auto checked = kelvarin::needed(out, "out"); !checked) {
       return checked;

@@ -14,6 +14,20 @@ bool isOfKind(HandleKind kind, std::uint64_t handle) {
 
 }  // namespace
 
+const char* nameOf(HandleKind kind) {
+  switch (kind) {
+    case HandleKind::stop:
+      return "stop";
+    case HandleKind::table:
+      return "table";
+    case HandleKind::expressions:
+      return "expressions";
+    case HandleKind::run:
+      return "run";
+  }
+  return "";
+}
+
 // Never destroyed: streams may be released while the process ends.
 Handles& Handles::instance() {
   static auto* const handles = new Handles;

@@ -13,6 +13,9 @@ namespace kelvarin {
 
 enum class HandleKind : std::uint64_t { stop = 1, table, expressions, run };
 
+// For messages.
+const char* nameOf(HandleKind kind);
+
 class Handles {
  public:
   static Handles& instance();

@@ -17,13 +17,8 @@ namespace {
 // Calls work(run).
 template <typename Work>
 kelvarin_status withRun(kelvarin_run run, kelvarin_error** error, Work work) noexcept {
-  return kelvarin::answered(error, [&]() -> Outcome<Done> {
-    const auto found = Handles::instance().find<GraphRun>(HandleKind::run, run.id);
-    if (found == nullptr) {
-      return kelvarin::wrongHandle("run");
-    }
-    return work(*found);
-  });
+  return kelvarin::withObject<GraphRun>(HandleKind::run, run.id, error,
+                                        [&](const auto& found) { return work(*found); });
 }
 
 Outcome<GraphRunSettings> settingsOf(const kelvarin_run_options& options) {
@@ -107,7 +102,7 @@ kelvarin_status kelvarin_run_close(kelvarin_run run) {
     const auto removed =
         std::static_pointer_cast<GraphRun>(Handles::instance().remove(HandleKind::run, run.id));
     if (removed == nullptr) {
-      return kelvarin::wrongHandle("run");
+      return kelvarin::wrongHandle(HandleKind::run);
     }
     removed->stop();  // for calls that still wait for it on other threads
     return Done{};
@@ -141,7 +136,7 @@ kelvarin_status kelvarin_run_bind_input(kelvarin_run run, const char* action,
     kelvarin::InputStream stream(*input);
     const auto found = Handles::instance().find<GraphRun>(HandleKind::run, run.id);
     if (found == nullptr) {
-      return kelvarin::wrongHandle("run");
+      return kelvarin::wrongHandle(HandleKind::run);
     }
     if (auto checked = kelvarin::needed(action, "action"); !checked) {
       return checked;

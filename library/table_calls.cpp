@@ -17,13 +17,8 @@ namespace {
 // Calls work(table).
 template <typename Work>
 kelvarin_status withTable(kelvarin_table table, kelvarin_error** error, Work work) noexcept {
-  return kelvarin::answered(error, [&]() -> Outcome<Done> {
-    const auto found = Handles::instance().find<ColumnarTable>(HandleKind::table, table.id);
-    if (found == nullptr) {
-      return kelvarin::wrongHandle("table");
-    }
-    return work(*found);
-  });
+  return kelvarin::withObject<ColumnarTable>(HandleKind::table, table.id, error,
+                                             [&](const auto& found) { return work(*found); });
 }
 
 // An index that counts from 0, of so many.
@@ -126,12 +121,7 @@ kelvarin_status kelvarin_table_open(const char* path, const kelvarin_table_optio
 }
 
 kelvarin_status kelvarin_table_close(kelvarin_table table) {
-  return kelvarin::answered(nullptr, [&]() -> Outcome<Done> {
-    if (Handles::instance().remove(HandleKind::table, table.id) == nullptr) {
-      return kelvarin::wrongHandle("table");
-    }
-    return Done{};
-  });
+  return kelvarin::closed(HandleKind::table, table.id);
 }
 
 kelvarin_status kelvarin_table_get_info(kelvarin_table table, kelvarin_table_info* out,
