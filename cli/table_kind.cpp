@@ -10,7 +10,8 @@ namespace {
 constexpr TableKind kKinds[] = {
     {"csv", "csv", "CSV", ""},       {"tsv", "tsv", "CSV", "separator='\\t'"},
     {"txt", "csv", "CSV", ""},       {"parquet", "parquet", "Parquet", ""},
-    {"arrow", "arrow", "Arrow", ""}, {"feather", "arrow", "Arrow", ""},
+    {"arrow", "arrow", "Arrow", ""},
+    {"arrows", "arrows", "Arrow", ""}, {"feather", "arrow", "Arrow", ""},
     {"ipc", "arrow", "Arrow", ""},   {"cgel_kelvarin", "gel", "ColumnarGel", ""},
 };
 

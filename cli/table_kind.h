@@ -23,7 +23,7 @@ struct TableKind {
 
 // By the extension of a path; null when it is none of them.
 const TableKind* tableKindOf(const std::string& path);
-// By its name: csv, tsv, parquet, arrow, gel; null when it is none of them.
+// By its name: csv, tsv, parquet, arrow, arrows, gel; null when it is none of them.
 const TableKind* tableKindNamed(const std::string& name);
 const TableKind& csvKind();
 // Of other files than columnar ones, whose extension the texts name themselves.

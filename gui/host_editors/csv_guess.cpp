@@ -5,9 +5,9 @@
 #include <map>
 #include <set>
 
-#include "host/tables/csv/csv_file.h"
 #include "host/tables/csv/csv_scanner.h"
 #include "host/tables/csv/csv_values.h"
+#include "host/tables/files/input_file.h"
 
 namespace kelvarin {
 
@@ -138,7 +138,7 @@ bool isUtf8Start(std::string_view text, bool isWhole) {
 }  // namespace
 
 Result<CsvStart, QString> readCsvStart(const QString& path) {
-  CsvFile file;
+  InputFile file;
   if (const auto status = file.open(path); !status) {
     return Failure{status.error()};
   }

@@ -20,6 +20,7 @@ QString otherValue(const AttributeDescription& attribute) {
       {QStringLiteral("quote"), QStringLiteral("")},
       {QStringLiteral("header"), QStringLiteral("0")},
       {QStringLiteral("nullText"), QStringLiteral(" <N & 'A'> ")},
+      {QStringLiteral("format"), QStringLiteral("stream")},
       {QStringLiteral("onBadValue"), QStringLiteral("null")}};
   return values.value(attribute.name, QStringLiteral("${p} > 'x' & \"y\""));
 }

@@ -39,7 +39,7 @@ class CsvBatchReader : public BatchReader {
 
   ColumnRules m_rules;
   std::size_t m_unitSize;
-  CsvFile m_file;
+  InputFile m_file;
   CsvHead m_head;
   std::shared_ptr<CsvTable> m_table;  // unchanged after open(), when units are parsed
   QStringList m_notes;

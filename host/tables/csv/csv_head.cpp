@@ -44,14 +44,14 @@ bool hasZeroByte(const CsvRecord& record) {
 // Reads until the first record is complete.
 class HeadReader {
  public:
-  HeadReader(const CsvFile& file, const CsvDialect& dialect)
+  HeadReader(const InputFile& file, const CsvDialect& dialect)
       : m_file(file), m_scanner(dialect, true, 1, kMaxCsvColumns) {}
 
   // False: the file has no record.
   Result<bool, QString> readFirstRecord() {
     for (;;) {
       const bool isStart = m_bytes.empty();
-      const Result<CsvFile::Piece, QString> got = readMore();
+      const Result<InputFile::Piece, QString> got = readMore();
       if (!got) {
         return Failure{got.error()};
       }
@@ -92,10 +92,10 @@ class HeadReader {
   // As many as files of other formats and byte order marks are known by.
   static constexpr std::size_t kSignature = 16;
 
-  Result<CsvFile::Piece, QString> readMore() {
+  Result<InputFile::Piece, QString> readMore() {
     const std::size_t before = m_bytes.size();
     m_bytes.resize(before + kStep);
-    Result<CsvFile::Piece, QString> got =
+    Result<InputFile::Piece, QString> got =
         m_file.readNext(m_bytes.data() + before, kStep, before == 0 ? kSignature : 1);
     m_bytes.resize(before + (got ? got->size : 0));
     if (before == 0 && std::string_view(m_bytes).starts_with(kByteOrderMark)) {
@@ -111,7 +111,7 @@ class HeadReader {
       return true;
     }
     const bool endsInReturn = m_bytes.back() == '\r';
-    const Result<CsvFile::Piece, QString> got = readMore();
+    const Result<InputFile::Piece, QString> got = readMore();
     if (!got) {
       return Failure{got.error()};
     }
@@ -119,7 +119,7 @@ class HeadReader {
     return true;
   }
 
-  const CsvFile& m_file;
+  const InputFile& m_file;
   CsvScanner m_scanner;
   std::string m_bytes;
   std::size_t m_start = 0;
@@ -127,7 +127,7 @@ class HeadReader {
 };
 
 // Columns without a name get one that no other column has.
-Status<QString> nameColumns(const CsvFile& file, const CsvRecord& record, CsvHead& head) {
+Status<QString> nameColumns(const InputFile& file, const CsvRecord& record, CsvHead& head) {
   QSet<QString> known;
   for (const std::string& field : record.fields) {
     if (!isUtf8(field)) {
@@ -166,7 +166,7 @@ Status<QString> nameColumns(const CsvFile& file, const CsvRecord& record, CsvHea
 }
 
 // A header of one column that looks like several.
-void noteOtherSeparator(const CsvFile& file, const CsvRecord& record, CsvHead& head) {
+void noteOtherSeparator(const InputFile& file, const CsvRecord& record, CsvHead& head) {
   if (record.fieldCount != 1) {
     return;
   }
@@ -188,7 +188,7 @@ QString generatedColumnName(qsizetype column) {
   return QStringLiteral("col%1").arg(column + 1);
 }
 
-Result<CsvHead, QString> readCsvHead(const CsvFile& file, const CsvDialect& dialect) {
+Result<CsvHead, QString> readCsvHead(const InputFile& file, const CsvDialect& dialect) {
   HeadReader reader(file, dialect);
   const Result<bool, QString> hasRecord = reader.readFirstRecord();
   if (!hasRecord) {

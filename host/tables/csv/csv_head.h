@@ -5,8 +5,8 @@
 
 #include <QStringList>
 
-#include "host/tables/csv/csv_file.h"
 #include "host/tables/csv/csv_scanner.h"
+#include "host/tables/files/input_file.h"
 
 namespace kelvarin {
 
@@ -21,7 +21,7 @@ struct CsvHead {
   QStringList notes;         // what the user should know about the header
 };
 
-Result<CsvHead, QString> readCsvHead(const CsvFile& file, const CsvDialect& dialect);
+Result<CsvHead, QString> readCsvHead(const InputFile& file, const CsvDialect& dialect);
 
 // "col1" for 0.
 QString generatedColumnName(qsizetype column);

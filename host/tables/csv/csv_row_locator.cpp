@@ -5,7 +5,7 @@
 
 namespace kelvarin {
 
-CsvRowLocator::CsvRowLocator(const CsvFile& file, const CsvDialect& dialect, const CsvHead& head)
+CsvRowLocator::CsvRowLocator(const InputFile& file, const CsvDialect& dialect, const CsvHead& head)
     : m_file(file),
       m_dialect(dialect),
       m_hasOneColumn(head.names.size() == 1),

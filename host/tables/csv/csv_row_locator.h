@@ -13,7 +13,7 @@ namespace kelvarin {
 class CsvRowLocator {
  public:
   // `head` describes where the data of `file` begins.
-  CsvRowLocator(const CsvFile& file, const CsvDialect& dialect, const CsvHead& head);
+  CsvRowLocator(const InputFile& file, const CsvDialect& dialect, const CsvHead& head);
 
   // "file 'a.csv', line 17" for a row of data, counted from 0.
   QString locationOfRow(long long row) const;
@@ -21,7 +21,7 @@ class CsvRowLocator {
  private:
   std::optional<long long> lineOfRow(long long row) const;
 
-  const CsvFile& m_file;
+  const InputFile& m_file;
   CsvDialect m_dialect;
   bool m_hasOneColumn;
   long long m_dataOffset;

@@ -7,7 +7,7 @@
 
 namespace kelvarin {
 
-CsvUnitReader::CsvUnitReader(const CsvFile& file, const CsvDialect& dialect,
+CsvUnitReader::CsvUnitReader(const InputFile& file, const CsvDialect& dialect,
                              std::size_t columnCount, std::string bytesRead,
                              std::shared_ptr<CsvBlockStore> store, std::size_t unitSize)
     : m_file(file),
@@ -55,7 +55,7 @@ bool CsvUnitReader::fill(CsvPiece& piece) {
   m_left.erase(0, left);
   piece.size += left;
   // What is left over may have whole records, which wait for nothing.
-  const Result<CsvFile::Piece, QString> got =
+  const Result<InputFile::Piece, QString> got =
       m_file.readNext(piece.block.bytes() + piece.size, size - piece.size, left > 0 ? 0 : 1);
   if (!got) {
     m_hasEnded = true;
