@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "host/tables/csv/csv_head.h"
+#include "host/tables/csv/csv_read_settings.h"
 #include "host/tables/csv/csv_row_locator.h"
 #include "host/tables/csv/csv_unit.h"
 #include "host/tables/settings/column_settings.h"
@@ -17,7 +18,7 @@ namespace kelvarin {
 
 class CsvBatchReader : public BatchReader {
  public:
-  CsvBatchReader(const QString& path, const CsvDialect& dialect, ColumnRules rules,
+  CsvBatchReader(const QString& path, const CsvFileSettings& settings, ColumnRules rules,
                  std::size_t unitSize = CsvUnitReader::kUnitSize);
 
   Result<TableColumns, QString> open(IsStopped isStopped) override;
@@ -28,9 +29,10 @@ class CsvBatchReader : public BatchReader {
   QString locationOfRow(long long row) const override;
   QStringList notes() const override { return m_notes; }
   QStringList warnings() const override;
-  bool mayWait() const override { return !m_file.canReadAgain(); }
+  bool mayWait() const override { return !m_file.canOpenAgain(); }
 
  private:
+  Status<QString> settleDialect();
   Status<QString> settleColumns();
   Status<QString> nameByDeclarations();
   Status<QString> inferTypes();
@@ -39,7 +41,8 @@ class CsvBatchReader : public BatchReader {
 
   ColumnRules m_rules;
   std::size_t m_unitSize;
-  CsvFile m_file;
+  CsvFileSettings m_settings;
+  TextInput m_file;
   CsvHead m_head;
   std::shared_ptr<CsvTable> m_table;  // unchanged after open(), when units are parsed
   QStringList m_notes;

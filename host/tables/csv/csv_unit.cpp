@@ -101,7 +101,7 @@ void CsvUnit::convert(long long rowCount) {
     long long end = std::min(rowCount, done + kRowsAtOnce);
     for (std::size_t i = 0; i < columnCount; ++i) {
       BadFieldCount* tolerated = m_badFields.empty() ? nullptr : &m_badFields[i];
-      if (const auto bad = converters[i].convert(done, end, *m_table->nulls, tolerated)) {
+      if (const auto bad = converters[i].convert(done, end, *m_table->rules, tolerated)) {
         end = bad->row;
         rowCount = end;
         m_fault = faultOfField(i, *bad);
@@ -123,7 +123,8 @@ void CsvUnit::convert(long long rowCount) {
 CsvUnit::Fault CsvUnit::faultOfField(std::size_t column, const BadField& field) const {
   const QString name = m_table->columns.names[static_cast<qsizetype>(column)];
   return {m_piece.block.linesBefore(field.row), name,
-          badFieldText(m_table->columns.types[column], field.text, name)};
+          badFieldText(m_table->columns.types[column], field.text, name, m_table->dialect.numbers,
+                       m_table->encoding)};
 }
 
 void CsvUnit::settle(long long firstLine) {

@@ -10,6 +10,7 @@
 #include "host/tables/csv/csv_unit_reader.h"
 #include "host/tables/csv/csv_values.h"
 #include "host/tables/files/batch_reader.h"
+#include "host/tables/text_input/text_encoding.h"
 
 namespace kelvarin {
 
@@ -20,7 +21,8 @@ struct CsvTable {
   TableColumns columns;
   std::vector<bool> isDeclared;  // of each column
   bool areBadValuesNull = false;
-  std::optional<CsvNullRule> nulls;
+  TextEncoding encoding = TextEncoding::utf8;
+  std::optional<CsvValueRules> rules;
   std::shared_ptr<CsvBlockStore> blocks = std::make_shared<CsvBlockStore>();
 };
 

@@ -7,7 +7,7 @@ namespace {
 constexpr char16_t kSortedOn[] = u"sortedOn";
 
 std::vector<AttributeDescription> describedAttributes() {
-  std::vector<AttributeDescription> attributes = CsvSettings::describedAttributes();
+  std::vector<AttributeDescription> attributes = CsvReadSettings::describedAttributes();
   attributes.insert(attributes.begin(), TableSource::describedFile());
   attributes.push_back(
       {QString::fromUtf16(kSortedOn), AttributeKind::text,
@@ -41,8 +41,8 @@ ReadCsv::ReadCsv(XMLNode node, GlobalParameters* parameters)
 std::vector<ElementFault> ReadCsv::settingFaults() const {
   const TextExpansion expanded = [this](const QString& text) { return expandString(text); };
   std::vector<ElementFault> faults = m_columns.faults(node(), expanded);
-  if (const auto dialect = m_settings.dialect(expanded); !dialect) {
-    faults.insert(faults.begin(), {LogLevel::error, node(), dialect.error()});
+  if (const auto settings = m_settings.settings(expanded); !settings) {
+    faults.insert(faults.begin(), {LogLevel::error, node(), settings.error()});
   }
   return faults;
 }
@@ -59,16 +59,16 @@ void ReadCsv::saveXML(std::wostringstream& out, QString name) {
 
 Result<std::unique_ptr<BatchReader>, QString> ReadCsv::makeReaderOf(const QString& path) const {
   const TextExpansion expanded = [this](const QString& text) { return expandString(text); };
-  const Result<CsvDialect, QString> dialect = m_settings.dialect(expanded);
-  if (!dialect) {
-    return Failure{dialect.error()};
+  const Result<CsvFileSettings, QString> settings = m_settings.settings(expanded);
+  if (!settings) {
+    return Failure{settings.error()};
   }
   Result<ColumnRules, QString> rules = m_columns.rules(expanded);
   if (!rules) {
     return Failure{rules.error()};
   }
   return std::unique_ptr<BatchReader>(
-      std::make_unique<CsvBatchReader>(path, *dialect, std::move(*rules)));
+      std::make_unique<CsvBatchReader>(path, *settings, std::move(*rules)));
 }
 
 }  // namespace kelvarin

@@ -21,7 +21,7 @@ class ReadCsv : public Described<ReadCsv, TableSource> {
   Result<std::unique_ptr<BatchReader>, QString> makeReaderOf(const QString& path) const override;
 
  private:
-  CsvSettings m_settings;
+  CsvReadSettings m_settings;
   ColumnSettings m_columns;
 };
 
