@@ -8,10 +8,10 @@ namespace kelvarin {
 namespace {
 
 constexpr TableKind kKinds[] = {
-    {"csv", "CSV", ""},     {"tsv", "CSV", "separator='\\t'"},
-    {"txt", "CSV", ""},     {"parquet", "Parquet", ""},
-    {"arrow", "Arrow", ""}, {"feather", "Arrow", ""},
-    {"ipc", "Arrow", ""},
+    {"csv", "CSV", ""},       {"tsv", "CSV", "separator='\\t'"},
+    {"txt", "CSV", ""},       {"parquet", "Parquet", ""},
+    {"arrow", "Arrow", ""},   {"arrows", "Arrow", ""},
+    {"feather", "Arrow", ""}, {"ipc", "Arrow", ""},
 };
 
 QString element(const char* verb, const TableKind& kind, const QString& name) {

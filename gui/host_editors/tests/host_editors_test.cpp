@@ -20,6 +20,7 @@ QString otherValue(const AttributeDescription& attribute) {
       {QStringLiteral("quote"), QStringLiteral("")},
       {QStringLiteral("header"), QStringLiteral("0")},
       {QStringLiteral("nullText"), QStringLiteral(" <N & 'A'> ")},
+      {QStringLiteral("format"), QStringLiteral("stream")},
       {QStringLiteral("encoding"), QStringLiteral("ISO-8859-1")},
       {QStringLiteral("decimal"), QStringLiteral(",")},
       {QStringLiteral("thousands"), QStringLiteral("'")},

@@ -140,6 +140,24 @@ inline QString otherSeparator(const QString& separator) {
       .arg(separator);
 }
 
+inline QString fileColumnThere(const QString& source, const QString& column) {
+  return QStringLiteral(
+             "The %1 has a column '%2' already. Give the attribute fileColumn another name.")
+      .arg(source, column);
+}
+
+inline QString otherColumns(const QString& source, const QString& columns, const QString& firstFile,
+                            const QString& wanted) {
+  return QStringLiteral(
+             "The %1 has other columns than the first file, '%2': %3 instead of %4. Files that are "
+             "read as one table have columns of the same names.")
+      .arg(source, firstFile, columns, wanted);
+}
+
+inline QString noFileMatches(const QString& pattern) {
+  return QStringLiteral("No file has a name like '%1'.").arg(pattern);
+}
+
 inline QString tooManyDeclared(const QString& file, qsizetype declared, qsizetype present) {
   return QStringLiteral("%1 columns are declared for the file '%2', which has %3.")
       .arg(declared)

@@ -1,5 +1,9 @@
 #include "host/tables/csv/read_csv.h"
 
+#include <QDir>
+
+#include "host/tables/csv/messages.h"
+
 namespace kelvarin {
 
 namespace {
@@ -67,8 +71,40 @@ Result<std::unique_ptr<BatchReader>, QString> ReadCsv::makeReaderOf(const QStrin
   if (!rules) {
     return Failure{rules.error()};
   }
+  const QStringList paths = filesOfPattern(path);
+  if (paths.isEmpty() && isFilePattern(path) && !QFileInfo::exists(path)) {
+    return Failure{table_messages::noFileMatches(path)};
+  }
+  if (paths.isEmpty()) {
+    auto reader = std::make_unique<CsvBatchReader>(path, *settings, std::move(*rules));
+    reader->setFileName(nameInColumn(path));
+    return std::unique_ptr<BatchReader>(std::move(reader));
+  }
+  std::vector<CsvFilesReader::File> files;
+  for (const QString& file : paths) {
+    files.push_back({file, nameInColumn(file)});
+  }
   return std::unique_ptr<BatchReader>(
-      std::make_unique<CsvBatchReader>(path, *settings, std::move(*rules)));
+      std::make_unique<CsvFilesReader>(std::move(files), *settings, std::move(*rules)));
+}
+
+QList<UsedFile> ReadCsv::usedFiles() const {
+  const QStringList paths = filesOfPattern(expandedFile());
+  if (paths.isEmpty()) {
+    return TableSource::usedFiles();
+  }
+  QList<UsedFile> files;
+  for (const QString& path : paths) {
+    files += {.path = path, .use = FileUse::reads, .companions = {}};
+  }
+  return files;
+}
+
+// From the graph's folder on where the setting is, so that a table is the same wherever its graph
+// is moved.
+QString ReadCsv::nameInColumn(const QString& path) const {
+  const bool isWhole = QDir::isAbsolutePath(expandString(file())) || path == QLatin1String("-");
+  return isWhole ? path : QDir(expandFile(QStringLiteral("."))).relativeFilePath(path);
 }
 
 }  // namespace kelvarin

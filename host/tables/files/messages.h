@@ -5,10 +5,13 @@
 
 namespace kelvarin::table_messages {
 
-// What a table in a file is called; "-" is the name of standard input.
+inline QString standardInput() {
+  return QStringLiteral("standard input");
+}
+
+// What a table in a file is called.
 inline QString fileSource(const QString& file) {
-  return file == QLatin1String("-") ? QStringLiteral("standard input")
-                                    : QStringLiteral("file '%1'").arg(file);
+  return file == QLatin1String("-") ? standardInput() : QStringLiteral("file '%1'").arg(file);
 }
 
 inline QString atRow(const QString& source, long long row) {

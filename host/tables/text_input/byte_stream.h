@@ -6,21 +6,13 @@
 // Errors: texts for the user.
 #pragma once
 
-#include <cstddef>
-
-#include <QString>
-
-#include "base/result.h"
+#include "host/tables/files/input_file.h"
 
 namespace kelvarin {
 
 class ByteStream {
  public:
-  // What was read.
-  struct Piece {
-    std::size_t size;
-    bool isLast;  // nothing follows
-  };
+  using Piece = InputFile::Piece;
 
   virtual ~ByteStream() = default;
   // Up to `size` bytes: of a pipe, those that come without much waiting, once there are `atLeast`

@@ -58,9 +58,8 @@ std::size_t TextInput::startSize() const {
 }
 
 float TextInput::fractionRead() const {
-  return m_file.size() <= 0
-             ? -1.0f
-             : static_cast<float>(m_file.bytesRead()) / static_cast<float>(m_file.size());
+  return fileSize() <= 0 ? -1.0f
+                         : static_cast<float>(m_file.bytesRead()) / static_cast<float>(fileSize());
 }
 
 }  // namespace kelvarin

@@ -12,7 +12,7 @@
 #include <optional>
 #include <vector>
 
-#include "host/tables/text_input/byte_file.h"
+#include "host/tables/text_input/file_stream.h"
 #include "host/tables/text_input/peeked_stream.h"
 #include "host/tables/text_input/text_encoding.h"
 
@@ -30,11 +30,11 @@ class TextInput {
   const QString& path() const { return m_path; }
   TextEncoding encoding() const { return m_encoding; }
   // No pipe.
-  bool canOpenAgain() const { return m_file.canOpenAgain(); }
+  bool canOpenAgain() const { return m_file.file().canReadAgain(); }
   // Not compressed, and UTF-8 in the file.
   bool isPlain() const { return m_stages.size() == 1; }
   // In bytes of the file; -1 where that is unknown.
-  long long fileSize() const { return m_file.size(); }
+  long long fileSize() const { return m_file.file().size(); }
   // Of the file, 0 to 1; -1 where that is unknown.
   float fractionRead() const;
 
@@ -54,7 +54,7 @@ class TextInput {
 
   QString m_path;
   TextEncoding m_encoding = TextEncoding::utf8;
-  ByteFile m_file;
+  FileStream m_file;
   std::vector<std::unique_ptr<ByteStream>> m_conversions;
   std::vector<std::unique_ptr<PeekedStream>> m_stages;  // of the file and of each conversion
 };

@@ -1,4 +1,4 @@
-#include "host/tables/text_input/byte_file.h"
+#include "host/tables/files/input_file.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -13,18 +13,18 @@
 
 namespace kelvarin {
 
-ByteFile::~ByteFile() {
+InputFile::~InputFile() {
   if (m_descriptor >= 0) {
     ::close(m_descriptor);
   }
 }
 
-Status<QString> ByteFile::open(const QString& path, std::function<bool()> isStopped) {
+Status<QString> InputFile::open(const QString& path, std::function<bool()> isStopped) {
   m_path = path;
   m_isStopped = std::move(isStopped);
   const bool isStandardInput = path == QLatin1String("-");
   // A pipe is not waited for here, where nobody could end the wait, but in readNext().
-  m_descriptor = isStandardInput ? ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)
+  m_descriptor = isStandardInput ? ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3)
                                  : ::open(QFile::encodeName(path).constData(),
                                           O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (m_descriptor < 0) {
@@ -45,8 +45,25 @@ Status<QString> ByteFile::open(const QString& path, std::function<bool()> isStop
   return Done{};
 }
 
-Result<ByteStream::Piece, QString> ByteFile::readNext(char* bytes, std::size_t size,
-                                                      std::size_t atLeast) {
+Result<std::size_t, QString> InputFile::readAt(long long offset, char* bytes,
+                                               std::size_t size) const {
+  std::size_t done = 0;
+  while (done < size) {
+    const ssize_t got =
+        ::pread(m_descriptor, bytes + done, size - done, offset + static_cast<long long>(done));
+    if (got < 0 && errno != EINTR) {
+      return Failure{table_messages::cannotRead(m_path, qt_error_string(errno))};
+    }
+    if (got == 0) {
+      break;
+    }
+    done += got > 0 ? static_cast<std::size_t>(got) : 0;
+  }
+  return done;
+}
+
+Result<InputFile::Piece, QString> InputFile::readNext(char* bytes, std::size_t size,
+                                                      std::size_t atLeast) const {
   std::size_t done = 0;
   while (done < size) {
     const bool isEnough = !m_isRegular && done >= atLeast;
@@ -64,20 +81,19 @@ Result<ByteStream::Piece, QString> ByteFile::readNext(char* bytes, std::size_t s
       return Piece{done, true};
     }
     done += got > 0 ? static_cast<std::size_t>(got) : 0;
-    m_bytesRead += got > 0 ? got : 0;
   }
   return Piece{done, false};
 }
 
 // Longer than a program at work takes to write on, and shorter than somebody who looks at the rows
 // would notice.
-bool ByteFile::hasMoreSoon() const {
+bool InputFile::hasMoreSoon() const {
   constexpr int kMilliseconds = 10;
   pollfd entry{m_descriptor, POLLIN, 0};
   return ::poll(&entry, 1, kMilliseconds) != 0;
 }
 
-bool ByteFile::waitForBytes() const {
+bool InputFile::waitForBytes() const {
   constexpr int kMillisecondsBetweenLooks = 20;
   pollfd entry{m_descriptor, POLLIN, 0};
   while (!m_isStopped()) {

@@ -1,0 +1,56 @@
+// The bytes of a table file, of a pipe, or of standard input ("-").
+//
+// A regular file can be read again at any offset, so that the lines of an error can be counted; a
+// pipe and standard input are read once.
+// Used by: the readers of host/tables.
+// Threads: readAt() any; readNext() one at a time.
+// Errors: texts for the user.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+
+#include <QString>
+
+#include "base/result.h"
+
+namespace kelvarin {
+
+class InputFile {
+ public:
+  // What was read.
+  struct Piece {
+    std::size_t size;
+    bool isLast;  // nothing follows
+  };
+
+  InputFile() = default;
+  ~InputFile();
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+
+  // `isStopped` is asked while readNext() waits for a pipe; true makes it fail.
+  Status<QString> open(const QString& path, std::function<bool()> isStopped = [] { return false; });
+  const QString& path() const { return m_path; }
+  bool canReadAgain() const { return m_isRegular; }
+  // -1 for a pipe.
+  long long size() const { return m_size; }
+
+  // Fewer bytes than `size` are read only at the end.
+  Result<std::size_t, QString> readAt(long long offset, char* bytes, std::size_t size) const;
+  // Up to `size` bytes: from a pipe, those that come without much waiting, once there are `atLeast`
+  // of them.
+  Result<Piece, QString> readNext(char* bytes, std::size_t size, std::size_t atLeast = 1) const;
+
+ private:
+  bool waitForBytes() const;
+  bool hasMoreSoon() const;
+
+  QString m_path;
+  int m_descriptor = -1;
+  bool m_isRegular = false;
+  long long m_size = -1;
+  std::function<bool()> m_isStopped;
+};
+
+}  // namespace kelvarin
