@@ -33,7 +33,9 @@ void addRows(const RowBatch& batch, std::vector<Values>& rows) {
 
 Reading reading(const std::string& path, const CsvDialect& dialect, std::size_t unitSize) {
   Reading result;
-  CsvBatchReader reader(QString::fromStdString(path), dialect, {true, {}}, unitSize);
+  CsvFileSettings settings;
+  settings.dialect = dialect;
+  CsvBatchReader reader(QString::fromStdString(path), settings, {true, {}}, unitSize);
   const auto columns = reader.open([] { return false; });
   result.error = columns ? "" : columns.error().toStdString();
   while (result.error.empty()) {

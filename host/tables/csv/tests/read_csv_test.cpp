@@ -236,7 +236,7 @@ TEST(ReadCsv, messyFilesAreExplained) {
   using std::string_literals::operator""s;
   expectFailure(ReadCsvRun("\xFF\xFE"s + "a\0,\0b\0\n\0"s), {"'FILE' is no CSV file", "UTF-16"});
   expectFailure(ReadCsvRun("a\0,\0b\0\n\0"s), {"'FILE' is no CSV file", "zero bytes"});
-  expectFailure(ReadCsvRun("\x1F\x8B\x08"), {"compressed"});
+  expectFailure(ReadCsvRun("BZh91AY&SY1"), {"compressed by bzip2 or xz"});
   expectFailure(ReadCsvRun("PK\x03\x04xl"), {"ZIP archive"});
   expectFailure(ReadCsvRun("PAR1\x15\x04"), {"ReadParquet"});
   EXPECT_EQ(ReadCsvRun("PAR1,PAR2\n1,2\n").columns(), "PAR1:F PAR2:F");
@@ -248,13 +248,14 @@ TEST(ReadCsv, messyFilesAreExplained) {
   EXPECT_EQ(ReadCsvRun("a\nx;y\n").log(), "");
   const ReadCsvRun people("a;b;c\n1,5;7;x,5\n2;12 %;1,5\n", "separator=';'");
   EXPECT_EQ(people.columns(), "a:U b:U c:U");
-  EXPECT_EQ(people.log(),
-            "info: file 'FILE', line 2, column 'a': '1,5' looks like a number, but numbers have a "
-            "decimal point, no thousands separators and no percent sign: the column is read as "
-            "text.\n"
-            "info: file 'FILE', line 3, column 'b': '12 %' looks like a number, but numbers have a "
-            "decimal point, no thousands separators and no percent sign: the column is read as "
-            "text.\n");
+  EXPECT_EQ(
+      people.log(),
+      "info: file 'FILE', line 2, column 'a': '1,5' looks like a number, but numbers have '.' "
+      "before their decimals, nothing between thousands and no percent sign: the column is "
+      "read as text. See the attributes decimal and thousands.\n"
+      "info: file 'FILE', line 3, column 'b': '12 %' looks like a number, but numbers have '.' "
+      "before their decimals, nothing between thousands and no percent sign: the column is "
+      "read as text. See the attributes decimal and thousands.\n");
   const ReadCsvRun missing("a,b,c\n1,NA,NA\nNA,x,\n");
   EXPECT_EQ(missing.columns(), "a:U b:U c:U");
   EXPECT_EQ(missing.log(),
