@@ -49,7 +49,8 @@ std::string repeated(const std::string& text, int times) {
 }  // namespace
 
 TEST(ForeignCsv, WhatIsLeftOpenIsFoundAndReported) {
-  const ReadCsvRun run("na\xEFve;\"b;c\"\r\n1;2\r\n", "separator='auto' quote='auto' encoding='auto'");
+  const ReadCsvRun run("na\xEFve;\"b;c\"\r\n1;2\r\n",
+                       "separator='auto' quote='auto' encoding='auto'");
   EXPECT_EQ(run.columns(), "na\u00EFve:F b;c:F");
   EXPECT_EQ(run.log(),
             "info: file 'FILE': separator ';', quote '\"', encoding windows-1252, header.\n");
@@ -80,8 +81,7 @@ TEST(ForeignCsv, EncodingsThatAreGiven) {
 TEST(ForeignCsv, SeveralTextsAreNull) {
   const ReadCsvRun run("a,b\nNA,x\n,n/a\n\"NA\",a|b\n1,\"\"\n", "nullTexts='NA|n/a|a\\|b'");
   EXPECT_EQ(run.columns(), "a:U b:U");
-  EXPECT_EQ(run.rows(),
-            (Rows{{nullptr, "x"}, {nullptr, nullptr}, {"NA", nullptr}, {"1", ""}}));
+  EXPECT_EQ(run.rows(), (Rows{{nullptr, "x"}, {nullptr, nullptr}, {"NA", nullptr}, {"1", ""}}));
   // Without the empty text among them, an empty field is one.
   EXPECT_EQ(ReadCsvRun("a,b\nx,\n-,?\n", "nullText='-' nullTexts='?'").rows(),
             (Rows{{"x", ""}, {nullptr, nullptr}}));
@@ -106,7 +106,8 @@ TEST(ForeignCsv, NumbersInOtherFormats) {
             std::string::npos)
       << run.log();
   const std::string declared = "<Column name='n' meta='F'/>";
-  for (const char* wrong : {"1.23,4", "1.2345", ".123", "1..234", "1,234.567", "1,2,3", "12.34.567"}) {
+  for (const char* wrong :
+       {"1.23,4", "1.2345", ".123", "1..234", "1,234.567", "1,2,3", "12.34.567"}) {
     expectFailure(ReadCsvRun("n;x\n"s + wrong + ";1\n", german, declared),
                   {"line 2, column 'n'", "is not a number"});
   }
@@ -179,11 +180,13 @@ TEST(ForeignCsv, SeveralFilesAreOneTable) {
   EXPECT_EQ(run.harness.columns(0), "a:F b:U source:U");
   const std::string first = folder.path("2024-01.csv");
   const std::string second = folder.path("2024-02.csv");
-  EXPECT_EQ(run.rows, (Rows{{1, nullptr, first}, {2, "y", first}, {3, "x", second}, {4, nullptr, second}}));
+  EXPECT_EQ(run.rows,
+            (Rows{{1, nullptr, first}, {2, "y", first}, {3, "x", second}, {4, nullptr, second}}));
   EXPECT_EQ(run.log(), "");
 
-  EXPECT_NE(FilesRun(folder, "202?-01.csv", "").log().find(
-                "2025-01.csv' has other columns than the first file, '"),
+  EXPECT_NE(FilesRun(folder, "202?-01.csv", "")
+                .log()
+                .find("2025-01.csv' has other columns than the first file, '"),
             std::string::npos);
   EXPECT_NE(FilesRun(folder, "x*.csv", "").log().find("No file has a name like"),
             std::string::npos);
