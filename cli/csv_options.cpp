@@ -1,5 +1,6 @@
 #include "cli/csv_options.h"
 
+#include <algorithm>
 #include <sstream>
 
 #include <QStringList>
@@ -26,31 +27,34 @@ QString barListOf(const std::vector<std::string>& texts) {
 }  // namespace
 
 void CsvOptions::addTo(CLI::App& command) {
-  m_group = command.add_option_group("CSV files", "how a CSV file is written");
-  const auto add = [this](const char* name, auto& value, const char* meaning, const char* type) {
-    m_group->add_option(name, value, meaning)->type_name(type);
+  const auto put = [this](CLI::Option* option, const char* type) {
+    option->group("CSV files")->type_name(type);
+    m_options.push_back(option);
+    return option;
+  };
+  const auto add = [&](const char* name, auto& value, const char* meaning, const char* type) {
+    return put(command.add_option(name, value, meaning), type);
   };
   add("--separator", separator, "between fields; \\t is TAB", "CHARACTER");
   add("--quote", quote, "around fields; '' for none", "CHARACTER");
   add("--encoding", encoding, "UTF-8, UTF-16, ISO-8859-1, windows-1252", "NAME");
-  m_group->add_flag("--no-header", hasNoHeader, "the first line has values, no names");
-  m_group->add_option("--null", nullTexts, "a text that is null; may be repeated")
-      ->type_name("TEXT")
-      ->expected(1)
-      ->take_all();
+  put(command.add_flag("--no-header", hasNoHeader, "the first line has values, no names"), "");
+  add("--null", nullTexts, "a text that is null; may be repeated", "TEXT")->expected(1)->take_all();
   add("--decimal", decimal, "before the decimals of numbers: . or ,", "CHARACTER");
   add("--thousands", thousands, "between groups of three digits", "CHARACTER");
-  m_group->add_option("--skip-lines", skippedLines, "pass over so many lines at the start")
-      ->type_name("N")
+  add("--skip-lines", skippedLines, "pass over so many lines at the start", "N")
       ->check(CLI::NonNegativeNumber);
   add("--comment", comment, "begins lines that are passed over", "CHARACTER");
-  m_group->add_option("--short-rows", shortRows, "too few fields: error, or null")
-      ->type_name("WHAT")
+  add("--short-rows", shortRows, "too few fields: error, or null", "WHAT")
       ->check(CLI::IsMember({"error", "null"}));
-  m_group->add_option("--long-rows", longRows, "too many fields: error, or ignore")
-      ->type_name("WHAT")
+  add("--long-rows", longRows, "too many fields: error, or ignore", "WHAT")
       ->check(CLI::IsMember({"error", "ignore"}));
   add("--file-column", fileColumn, "a column with the names of the files", "NAME");
+}
+
+bool CsvOptions::areGiven() const {
+  return std::ranges::any_of(m_options,
+                             [](const CLI::Option* option) { return option->count() > 0; });
 }
 
 QString CsvOptions::attributes(const TableKind& kind) const {

@@ -30,12 +30,12 @@ struct CsvOptions {
 
   void addTo(CLI::App& command);
   // One of them is given, so that the file has to be a CSV file.
-  bool areGiven() const { return m_group != nullptr && m_group->count_all() > 0; }
+  bool areGiven() const;
   // Of ReadCSV, for a file of this kind.
   QString attributes(const TableKind& kind) const;
 
  private:
-  CLI::App* m_group = nullptr;
+  std::vector<CLI::Option*> m_options;
 };
 
 }  // namespace kelvarin
