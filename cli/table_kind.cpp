@@ -8,17 +8,25 @@ namespace kelvarin {
 namespace {
 
 constexpr TableKind kKinds[] = {
-    {"csv", "csv", "CSV", ""},       {"tsv", "tsv", "CSV", "separator='\\t'"},
-    {"txt", "csv", "CSV", ""},       {"parquet", "parquet", "Parquet", ""},
+    {"csv", "csv", "CSV", ""},
+    {"tsv", "tsv", "CSV", "separator='\\t'"},
+    {"txt", "csv", "CSV", ""},
+    {"parquet", "parquet", "Parquet", ""},
     {"arrow", "arrow", "Arrow", ""},
-    {"arrows", "arrows", "Arrow", ""}, {"feather", "arrow", "Arrow", ""},
-    {"ipc", "arrow", "Arrow", ""},   {"cgel_kelvarin", "gel", "ColumnarGel", ""},
+    {"arrows", "arrow", "Arrow", ""},
+    {"feather", "arrow", "Arrow", ""},
+    {"ipc", "arrow", "Arrow", ""},
+    {"cgel_kelvarin", "gel", "ColumnarGel", ""},
 };
 
-QString element(const QString& actionAndFile, const QString& name, const char* attributes,
+constexpr char kSeparator[] = "separator=";
+
+// An attribute may stand there once.
+QString element(const QString& actionAndFile, const QString& name, const TableKind& kind,
                 const QString& more) {
+  const bool isSeparatorGiven = kind.hasSeparator() && more.contains(QLatin1String(kSeparator));
   return QStringLiteral("<%1='${%2}' name='%2' %3 %4/>")
-      .arg(actionAndFile, name, QLatin1String(attributes), more);
+      .arg(actionAndFile, name, QLatin1String(isSeparatorGiven ? "" : kind.attributes), more);
 }
 
 }  // namespace
@@ -27,16 +35,24 @@ bool TableKind::isColumnar() const {
   return QLatin1String(name) == QLatin1String("gel");
 }
 
+bool TableKind::isCsv() const {
+  return QLatin1String(format) == QLatin1String("CSV");
+}
+
+bool TableKind::hasSeparator() const {
+  return QLatin1String(attributes).contains(QLatin1String(kSeparator));
+}
+
 QString TableKind::readElement(const QString& action, const QString& more) const {
   const char* file = isColumnar() ? "fileName" : "file";
   return element(QStringLiteral("Read%1 %2").arg(QLatin1String(format), QLatin1String(file)),
-                 action, attributes, more);
+                 action, *this, more);
 }
 
 QString TableKind::writeElement(const QString& action, const QString& more) const {
   const char* verb = isColumnar() ? "write" : "Write";
   return element(QStringLiteral("%1%2 file").arg(QLatin1String(verb), QLatin1String(format)),
-                 action, attributes, more);
+                 action, *this, more);
 }
 
 const TableKind* tableKindOf(const std::string& path) {

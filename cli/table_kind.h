@@ -16,14 +16,18 @@ struct TableKind {
   const char* attributes;  // that these actions need for it
 
   bool isColumnar() const;
-  // An action of this name; its file is the parameter of the same name. `more` are attributes.
+  bool isCsv() const;
+  // Its attributes say what separates the fields.
+  bool hasSeparator() const;
+  // An action of this name; its file is the parameter of the same name. `more` are attributes,
+  // which come before those of the kind.
   QString readElement(const QString& action, const QString& more = {}) const;
   QString writeElement(const QString& action, const QString& more = {}) const;
 };
 
 // By the extension of a path; null when it is none of them.
 const TableKind* tableKindOf(const std::string& path);
-// By its name: csv, tsv, parquet, arrow, arrows, gel; null when it is none of them.
+// By its name: csv, tsv, parquet, arrow, gel; null when it is none of them.
 const TableKind* tableKindNamed(const std::string& name);
 const TableKind& csvKind();
 // Of other files than columnar ones, whose extension the texts name themselves.
