@@ -22,6 +22,14 @@ if(KELVARIN_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
+# Packages name no folder of the machine that makes them, and are the same from any folder.
+option(KELVARIN_PACKAGE "Build for the packages of Debian" OFF)
+if(KELVARIN_PACKAGE)
+  add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}/= -ffile-prefix-map=${CMAKE_BINARY_DIR}/=)
+  add_link_options(LINKER:-z,relro LINKER:-z,now)
+  set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+endif()
+
 find_program(CCACHE ccache)
 if(CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})

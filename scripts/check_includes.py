@@ -89,7 +89,8 @@ ALLOWED = {
     "gui": ["gui/edit", "gui/host_editors", "gui/window"],
     "cli": ["expression/help", "expression/options", "host/reports", "host/tables"],
     "cli/gel": ["cli", "columnar/reader", "columnar/writer"],
-    "cli/program": ["cli/gel"],
+    "cli/install": ["cli", "columnar/reader"],
+    "cli/program": ["cli/gel", "cli/install"],
     "include/kelvarin": [],
     "library/errors": ["host/engine", "include/kelvarin"],
     "library/arrow_streams": ["host/tables/arrow", "library/errors"],
@@ -103,6 +104,7 @@ ALLOWED = {
     "benchmarks/preview": ["gui/preview", "host/tables"],
     "benchmarks/texts": ["actions/calculator"],
     "benchmarks": ["expression/evaluator", "host/engine", "host/tables"],
+    "packaging": [],
     "python/src": ["include/kelvarin"],
 }
 

@@ -18,7 +18,7 @@ GOOGLE_TEST = re.compile(r"^(TEST|TEST_F|TEST_P|RC_GTEST_\w+)\(", re.MULTILINE)
 FORBIDDEN = [
     (re.compile(r"\b(TODO|FIXME|XXX|HACK)\b"), "an open end; finish it or file an issue"),
     (re.compile(r"(?<![\w.])/(home|root|work|Users)/\w"), "a path of one machine"),
-    (re.compile(r"https?://(?!www\.apache\.org/|www\.w3\.org/)"), "a link that may not last"),
+    (re.compile(r"https?://(?!www\.(apache|debian|freedesktop|w3)\.org/)"), "a link that may not last"),
     (re.compile(r"\bParts? \d\.\d"), "a reference to a document that is not in the tree"),
 ]
 FORBIDDEN_IN_SOURCES = [

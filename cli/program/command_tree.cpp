@@ -1,6 +1,7 @@
 #include "cli/program/command_tree.h"
 
-#include "host/contract/main_ui.h"
+#include "cli/install/install_commands.h"
+#include "cli/install/version_text.h"
 
 namespace kelvarin {
 
@@ -10,7 +11,7 @@ std::unique_ptr<CLI::App> makeCommandTree(ChosenCommand& chosen,
       "Reads tables, computes and filters their rows, and writes them, as a graph file says.",
       "kelvarin");
   CLI::App& program = *tree;
-  program.set_version_flag("--version", MainUI::kelvarinID().toStdString());
+  program.set_version_flag("--version", versionText);
   program.require_subcommand(1);
   program.footer(
       "Example:\n  kelvarin run examples/flights/flights.kelvarin\n\n"
@@ -23,6 +24,10 @@ std::unique_ptr<CLI::App> makeCommandTree(ChosenCommand& chosen,
   addGelCommand(program, chosen);
   addGuiCommand(program, chosen, arguments);
   addEditCommand(program, chosen, arguments);
+  addDoctorCommand(program, chosen);
+  addCompletionCommand(program, chosen);
+  addCompleteCommand(program, chosen);
+  addManPagesCommand(program, chosen);
   return tree;
 }
 

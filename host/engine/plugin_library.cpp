@@ -1,6 +1,5 @@
 #include "host/engine/plugin_library.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonObject>
@@ -8,6 +7,8 @@
 #include <QPluginLoader>
 #include <QSysInfo>
 
+#include "base/sibling_library.h"
+#include "host/contract/main_ui.h"
 #include "host/contract/plugin_interface.h"
 #include "host/engine/messages.h"
 
@@ -69,8 +70,8 @@ QString PluginLibrary::defaultFile() {
   if (!named.isEmpty()) {
     return named;
   }
-  return QDir(QCoreApplication::applicationDirPath())
-      .absoluteFilePath(QStringLiteral("../lib/plugins/libKelvarinMathParser.so"));
+  return QDir::cleanPath(QString::fromStdString(siblingLibrary(
+      reinterpret_cast<const void*>(&MainUI::kelvarinID), "plugins/libKelvarinMathParser.so")));
 }
 
 double PluginLibrary::version() const {

@@ -22,8 +22,8 @@ class PluginLibrary {
  public:
   // Loads `file`; an empty name means defaultFile().
   static Result<std::unique_ptr<PluginLibrary>, QString> load(const QString& file);
-  // The file that the environment variable KELVARIN_PLUGIN names, else the plug-in beside the
-  // running program.
+  // The file that the environment variable KELVARIN_PLUGIN names, else the plug-in below the folder
+  // of KelvarinCore, in a build as where it is installed.
   static QString defaultFile();
 
   QString file() const { return m_file; }
