@@ -5,10 +5,10 @@
 #include "cli/column_flow.h"
 #include "cli/commands.h"
 #include "cli/console.h"
-#include "cli/evaluation_plan.h"
 #include "cli/graph_session.h"
 #include "cli/messages.h"
 #include "cli/printable_text.h"
+#include "cli/reports/evaluation_plan.h"
 #include "host/reports/run_json.h"
 
 namespace kelvarin {

@@ -16,6 +16,9 @@ QString absolutePath(const std::string& path) {
 ExitStatus runCommandGraph(CommandGraph graph, const QString& name, const RunOptions& options,
                            Console& console,
                            const std::function<ExitStatus(const RunResult& result)>& finish) {
+  if (!startLog(options.reports, console)) {
+    return ExitStatus::failed;
+  }
   const ProgramServices services(console, options.diskWaitSeconds);
   const auto catalogue = loadCatalogue(options.plugin, std::move(graph.ownAction));
   if (!catalogue) {
@@ -31,7 +34,9 @@ ExitStatus runCommandGraph(CommandGraph graph, const QString& name, const RunOpt
     return ExitStatus::failed;
   }
   const RunResult result = workInterruptibly(*parsed, runGraph, options, console);
-  return result.isOk() ? finish(result) : exitStatusOf(result);
+  const ExitStatus status = result.isOk() ? finish(result) : exitStatusOf(result);
+  const ExitStatus reported = finishRun(result, options.reports, console);
+  return status == ExitStatus::done ? reported : status;
 }
 
 }  // namespace kelvarin

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "cli/printable_text.h"
+#include "cli/reports/messages.h"
 
 namespace kelvarin {
 
@@ -51,13 +52,34 @@ bool Console::canAsk() {
   return isatty(STDIN_FILENO) != 0 && isatty(STDERR_FILENO) != 0;
 }
 
-void Console::writeLog(LogLevel level, const QString& text) {
-  if (!m_isQuiet || level != LogLevel::information) {
-    writeReason(level, text);
+Status<QString> Console::keepLog(const QString& path) {
+  auto file = std::make_unique<LogFile>();
+  if (const auto opened = file->open(path); !opened) {
+    return opened;
+  }
+  m_logFile = std::move(file);
+  return Done{};
+}
+
+void Console::keep(LogLevel level, const QString& text, const LogOrigin& origin) {
+  if (m_logFile != nullptr && !m_logFile->write(level, origin, text)) {
+    show(LogLevel::warning, report_messages::logBroken(m_logFile->path()));
   }
 }
 
-void Console::writeReason(LogLevel level, const QString& text) {
+void Console::writeLog(LogLevel level, const QString& text, const LogOrigin& origin) {
+  keep(level, text, origin);
+  if (!m_isQuiet || level != LogLevel::information) {
+    show(level, text);
+  }
+}
+
+void Console::writeReason(LogLevel level, const QString& text, const LogOrigin& origin) {
+  keep(level, text, origin);
+  show(level, text);
+}
+
+void Console::show(LogLevel level, const QString& text) {
   const LevelStyle& style = kStyles[static_cast<int>(level) - 1];
   std::string line;
   if (m_isColoured) {

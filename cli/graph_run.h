@@ -13,6 +13,7 @@
 #include "base/result.h"
 #include "cli/console.h"
 #include "cli/exit_status.h"
+#include "cli/reports/report_options.h"
 #include "host/engine/action_catalogue.h"
 #include "host/engine/graph.h"
 #include "host/engine/run_graph.h"
@@ -24,6 +25,7 @@ struct RunOptions {
   int diskWaitSeconds = 60;
   int threads = 0;  // 0: as many as there are processors
   bool isQuiet = false;
+  ReportOptions reports;  // of commands that offer them: reports.addTo()
 
   // --plugin, --threads, --disk-wait and --quiet.
   void addTo(CLI::App& command);
@@ -37,10 +39,16 @@ Result<std::unique_ptr<ActionCatalogue>, QString> loadCatalogue(
 
 using GraphWork = RunResult (*)(Graph& graph, RunRecord& record, const ExecutionOptions& options);
 
+// False where the log cannot be kept as the options say: reported.
+[[nodiscard]] bool startLog(const ReportOptions& options, Console& console);
+
 // Runs or checks the graph, as `work` does, with a progress line, and so that a signal ends it in
-// order.
+// order. Rejected rows are written then.
 RunResult workInterruptibly(Graph& graph, GraphWork work, const RunOptions& options,
                             Console& console);
+
+// What is reported of every run when it is over, however it has ended, and its status.
+ExitStatus finishRun(const RunResult& result, const ReportOptions& options, Console& console);
 
 ExitStatus exitStatusOf(const RunResult& result);
 

@@ -120,6 +120,9 @@ ExitStatus workOnGraph(const GraphArguments& arguments, GraphWork work, GraphRep
     console.writeLog(LogLevel::error, settings.error());
     return ExitStatus::wrongUsage;
   }
+  if (!startLog(arguments.options.reports, console)) {
+    return ExitStatus::failed;
+  }
   const ProgramServices services(console, arguments.options.diskWaitSeconds,
                                  QString::fromStdString(arguments.graph));
   const RunResult result = guardedWork(arguments, work, console);
@@ -127,7 +130,7 @@ ExitStatus workOnGraph(const GraphArguments& arguments, GraphWork work, GraphRep
   if (arguments.isJson) {
     std::fputs(printed(json(result)).c_str(), stdout);
   }
-  return exitStatusOf(result);
+  return finishRun(result, arguments.options.reports, console);
 }
 
 }  // namespace kelvarin

@@ -202,28 +202,4 @@ inline QString moreColumns(qsizetype count) {
   return QStringLiteral(", ... and %1 more, which --json lists").arg(QString::number(count));
 }
 
-inline QString planTitle() {
-  return QStringLiteral("how a run evaluates the expressions:\n");
-}
-
-inline QString planOfOutput(const QString& action, const QString& output, const QString& engine) {
-  return QStringLiteral("  %1, %2: %3").arg(action, output, engine);
-}
-
-inline QString becauseOf(const QString& token) {
-  return QStringLiteral(" because of '%1'").arg(token);
-}
-
-inline QString byBatch() {
-  return QStringLiteral(", by the batch");
-}
-
-inline QString rowByRow() {
-  return QStringLiteral(", row by row");
-}
-
-inline QString asOtherOutputs() {
-  return QStringLiteral(" as the other outputs of the action");
-}
-
 }  // namespace kelvarin::program_messages

@@ -16,33 +16,43 @@ void ProgramServices::log(LogLevel level, const QString& text, const ActionItem*
 
 void ProgramServices::logDetailed(LogLevel level, const QString& text, const ActionItem* action,
                                   const LogDetails& details) {
+  const LogOrigin origin = action == nullptr ? LogOrigin() : originOf(*action, details);
   if (details.explains) {
-    m_console.writeReason(level, text);
+    m_console.writeReason(level, text, origin);
   } else {
-    m_console.writeLog(level, text);
+    m_console.writeLog(level, text, origin);
   }
-  if (action != nullptr && level != LogLevel::information && !m_graphFile.isEmpty()) {
-    writePosition(text, *action, details);
+  if (action != nullptr && level != LogLevel::information && !origin.position.isEmpty()) {
+    writePosition(text, *action, details, origin.position);
   }
 }
 
-void ProgramServices::writePosition(const QString& text, const ActionItem& action,
-                                    const LogDetails& details) {
+// Without a position where there is no graph file.
+LogOrigin ProgramServices::originOf(const ActionItem& action, const LogDetails& details) const {
+  LogOrigin origin{action.name(), {}};
   const XMLNode::Position position =
       details.elementPosition.line == 0 ? action.node().position() : details.elementPosition;
+  if (!m_graphFile.isEmpty() && position.line != 0) {
+    origin.position =
+        QStringLiteral("%1:%2:%3")
+            .arg(m_graphFile, QString::number(position.line), QString::number(position.column));
+  }
+  return origin;
+}
+
+void ProgramServices::writePosition(const QString& text, const ActionItem& action,
+                                    const LogDetails& details, const QString& position) {
   const GlobalParameters* graph = action.globalParameters();
   const bool hasPosition = text.startsWith(m_graphFile + u':') ||
                            (graph != nullptr && text.startsWith(graph->graphFile() + u':'));
-  if (hasPosition || position.line == 0) {
+  if (hasPosition) {
     return;
   }
   const QString typeName = QString::fromLatin1(action.typeName());
   const QString what = details.output.isEmpty()
                            ? program_messages::inAction(action.name(), typeName)
                            : program_messages::inOutput(details.output, action.name(), typeName);
-  const QString line =
-      QStringLiteral("%1:%2:%3: %4")
-          .arg(m_graphFile, QString::number(position.line), QString::number(position.column), what);
+  const QString line = QStringLiteral("%1: %2").arg(position, what);
   {
     const std::lock_guard lock(m_mutex);
     if (std::exchange(m_lastPosition, line) == line) {

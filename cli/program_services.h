@@ -26,7 +26,9 @@ class ProgramServices : public HostServices {
   bool outOfDiskSpace(const QString& file, int missingBytes, bool canRetry) override;
 
  private:
-  void writePosition(const QString& text, const ActionItem& action, const LogDetails& details);
+  LogOrigin originOf(const ActionItem& action, const LogDetails& details) const;
+  void writePosition(const QString& text, const ActionItem& action, const LogDetails& details,
+                     const QString& position);
 
   Console& m_console;
   DiskWait m_diskWait;

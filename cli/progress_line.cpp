@@ -1,8 +1,11 @@
 #include "cli/progress_line.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <fmt/format.h>
+
+#include "cli/reports/progress_objects.h"
 
 namespace kelvarin {
 
@@ -16,6 +19,16 @@ std::string barOf(double fractionDone) {
   const int filled = static_cast<int>(fraction * kBarWidth);
   return fmt::format("[{:#<{}}{:-<{}}] {:3.0f} %  ", "", filled, "", kBarWidth - filled,
                      fraction * 100.0);
+}
+
+// Minutes and seconds; empty when it is not known.
+std::string timeLeft(double seconds) {
+  if (seconds < 0.0) {
+    return {};
+  }
+  constexpr long kSecondsOfMinute = 60;
+  const long whole = std::lround(std::ceil(seconds));
+  return fmt::format("  {}:{:02} left", whole / kSecondsOfMinute, whole % kSecondsOfMinute);
 }
 
 }  // namespace
@@ -33,9 +46,9 @@ void ProgressLine::show(const RunProgress& progress) {
 std::string progressText(const RunProgress& progress, double seconds) {
   const double rowsPerSecond =
       seconds > 0.0 ? static_cast<double>(progress.rowsRead) / seconds : 0.0;
-  return fmt::format("{}{} rows  {:.0f} rows/s",
-                     progress.fractionDone < 0.0 ? "" : barOf(progress.fractionDone),
-                     progress.rowsRead, rowsPerSecond);
+  return fmt::format(
+      "{}{} rows  {:.0f} rows/s{}", progress.fractionDone < 0.0 ? "" : barOf(progress.fractionDone),
+      progress.rowsRead, rowsPerSecond, timeLeft(remainingSeconds(progress.fractionDone, seconds)));
 }
 
 }  // namespace kelvarin

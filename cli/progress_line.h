@@ -1,4 +1,5 @@
-// The progress bar of a run: rows, rows a second, and the share done where it is known.
+// The progress bar of a run: rows, rows a second, and where they are known the share done and the
+// time that is left.
 //
 // Threads: the engine's.
 #pragma once
@@ -26,8 +27,8 @@ class ProgressLine {
   Clock::time_point m_lastDrawn = m_start;
 };
 
-// For instance "[########------------]  40 %  1200000 rows  3000000 rows/s"; without the bar when
-// the share is unknown.
+// For instance "[########------------]  40 %  1200000 rows  3000000 rows/s  1:05 left"; without the
+// bar and the time where the share is unknown.
 std::string progressText(const RunProgress& progress, double seconds);
 
 }  // namespace kelvarin

@@ -54,6 +54,7 @@ void addRunCommand(CLI::App& program, ChosenCommand& chosen) {
   auto arguments = std::make_shared<GraphArguments>();
   CLI::App* command = program.add_subcommand("run", "Run a graph");
   arguments->addTo(*command);
+  arguments->options.reports.addTo(*command);
   command
       ->add_option("--to", arguments->lastAction,
                    "run this action and what feeds it, and open nothing else")

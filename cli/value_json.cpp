@@ -1,23 +1,10 @@
 #include "cli/value_json.h"
 
-#include <cmath>
-
 #include "base/null_number.h"
+#include "cli/reports/number_json.h"
 #include "host/contract/one_row.h"
 
 namespace kelvarin {
-
-namespace {
-
-// Whole numbers are printed without a fraction where the double holds every neighbour.
-constexpr double kWholeNumbersEnd = 9007199254740992.0;
-
-bool isPlainWhole(double number) {
-  return std::fabs(number) < kWholeNumbersEnd && number == std::trunc(number) &&
-         !(number == 0.0 && std::signbit(number));
-}
-
-}  // namespace
 
 Json jsonOf(const ExpressionResult& result, bool& isSpecial) {
   isSpecial = false;
@@ -27,14 +14,8 @@ Json jsonOf(const ExpressionResult& result, bool& isSpecial) {
   if (result.type == MetaTypeColumn::text) {
     return result.text.toStdString();
   }
-  if (!isFiniteNumber(result.number)) {
-    isSpecial = true;
-    return plainText(result).toStdString();
-  }
-  if (isPlainWhole(result.number)) {
-    return static_cast<long long>(result.number);
-  }
-  return result.number;
+  isSpecial = !isFiniteNumber(result.number);
+  return jsonOfNumber(result.number);
 }
 
 QString plainText(const ExpressionResult& result) {

@@ -31,14 +31,14 @@ struct CalculatorStage::Counts final : StageCounts {
 
 std::unique_ptr<const CalculatorStage> CalculatorStage::of(const ExpressionSet& expressions,
                                                            const OutputColumns& columns,
-                                                           bool countsValues) {
-  std::unique_ptr<const BatchProgram> program = BatchProgram::of(expressions);
+                                                           const RunRecord* run) {
+  std::unique_ptr<const BatchProgram> program = BatchProgram::of(expressions, run);
   if (program == nullptr) {
     return nullptr;
   }
   std::unique_ptr<CalculatorStage> stage(new CalculatorStage);
   stage->m_program = std::move(program);
-  stage->m_countsValues = countsValues;
+  stage->m_countsValues = run != nullptr && run->countsValues;
   stage->m_keyCast = expressions.options().keyCast;
   for (const int column : columns.columnOfOutput) {
     stage->m_types.push_back(columns.metas[column].type());

@@ -24,13 +24,14 @@ class CalculatorStage final : public BatchStage {
  public:
   // The outputs have one column each, or one for every element of the action's vectors, element by
   // element. Null where rows must be computed one by one. `expressions` outlive the stage.
-  // `countsValues`: somebody will ask for the counts of every result.
+  // `run` outlives it, too, or is null.
   static std::unique_ptr<const CalculatorStage> of(const ExpressionSet& expressions,
-                                                   const OutputColumns& columns, bool countsValues);
+                                                   const OutputColumns& columns,
+                                                   const RunRecord* run);
 
   // Stops before a row with a number that is no key, a null key that stops the run, texts that may
   // be too long, or a text that should be a number or a date and is none; and where the columns
-  // that it makes have become large.
+  // that it makes have become large, or the user has stopped the run.
   StageResult process(const RowBatch& batch, long long firstRow) const override;
   bool processesWhole(const RowBatch& batch) const override;
   bool needsRowNumbers() const override { return m_program->needsRowNumbers(); }

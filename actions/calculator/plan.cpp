@@ -111,8 +111,7 @@ bool Calculator::plan(const OneRow& columns) {
   }
   if (!isChecking()) {
     m_rows = plan->connect(outputColumns.value());
-    m_stage =
-        CalculatorStage::of(m_evaluator.expressions, outputColumns.value(), m_rows->countsValues());
+    m_stage = CalculatorStage::of(m_evaluator.expressions, outputColumns.value(), run());
   }
   return true;
 }

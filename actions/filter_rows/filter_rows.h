@@ -69,6 +69,7 @@ class FilterRows : public Catalogued<FilterRows, ExpressionAction>,
   QString failedRowsText(const FailureCount& failures) const override;
   // The first row stops it in any case.
   bool mayFailedRowStop() const override { return true; }
+  bool goesOnAfter(const RowFailure& failure) const override { return failure.row != 0.0; }
 
  private:
   static bool computeFirstRow(ActionItem* action);

@@ -107,8 +107,9 @@ void publish(StageResult& result, std::size_t pin, const RowBatch& batch,
 }  // namespace
 
 std::unique_ptr<const FilterStage> FilterStage::of(const ExpressionSet& expressions,
-                                                   ReadPins isRead, bool truncates) {
-  std::unique_ptr<const BatchProgram> program = BatchProgram::of(expressions);
+                                                   ReadPins isRead, bool truncates,
+                                                   const RunRecord* run) {
+  std::unique_ptr<const BatchProgram> program = BatchProgram::of(expressions, run);
   if (program == nullptr) {
     return nullptr;
   }

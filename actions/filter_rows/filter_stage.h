@@ -20,9 +20,10 @@ class FilterStage final : public BatchStage {
   // Whether somebody takes the rows of each pin. The others get no rows; they are counted only.
   using ReadPins = std::array<bool, 2>;
 
-  // Null where rows must be decided on one by one. `expressions` outlive the stage.
+  // Null where rows must be decided on one by one. `expressions` outlive the stage, and so does
+  // `run`, which may be null.
   static std::unique_ptr<const FilterStage> of(const ExpressionSet& expressions, ReadPins isRead,
-                                               bool truncates);
+                                               bool truncates, const RunRecord* run);
 
   // Stops before a row with a null key that stops the run, texts that may be too long, or a text
   // that should be a number or a date and is none, and of a truncating filter before the first row

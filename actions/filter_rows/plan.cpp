@@ -66,7 +66,7 @@ bool FilterRows::plan(const OneRow& columns) {
   }
   if (!isChecking() && !isObserved()) {
     m_stage = FilterStage::of(m_evaluator.expressions, {isOutputPinRead(0), isOutputPinRead(1)},
-                              m_settings.truncate);
+                              m_settings.truncate, run());
   }
   return true;
 }

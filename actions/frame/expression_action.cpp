@@ -259,6 +259,7 @@ bool ExpressionAction::compileOutputs(const std::vector<OutputVariable>& outputs
   if (isGood && !isChecking()) {
     m_evaluator.start();
     if (run() != nullptr) {
+      m_evaluator.rows.setFailureListener(run()->reportsRejectedRows ? this : nullptr);
       m_evaluator.rows.advanceRows(static_cast<std::size_t>(run()->firstRow));
     }
     reportBackends();
@@ -401,6 +402,20 @@ void ExpressionAction::reportBackends() {
   if (m_observer != nullptr) {
     m_observer->backendsChosen(labels);
   }
+}
+
+void ExpressionAction::evaluationFailed(const RowFailure& failure, const OneRow& row) {
+  HostServices* services = hostServices();
+  if (services == nullptr || !goesOnAfter(failure)) {
+    return;
+  }
+  RejectedRow rejected;
+  rejected.number = rowNumber();
+  const bool isCondition = detailsOfOutput(failure.output).output.isEmpty();
+  rejected.output = isCondition ? action_messages::condition() : failure.name;
+  rejected.message = failure.error.message;
+  rejected.input = &row;
+  services->rowRejected(*this, rejected);
 }
 
 QString ExpressionAction::failedRowsText(const FailureCount& failures) const {

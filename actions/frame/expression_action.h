@@ -19,7 +19,7 @@
 
 namespace kelvarin {
 
-class ExpressionAction : public ActionItem {
+class ExpressionAction : public ActionItem, private FailureListener {
  public:
   // Null takes the observer away. While there is one, every expression takes the String back-end
   // and every row waits.
@@ -99,6 +99,8 @@ class ExpressionAction : public ActionItem {
   virtual void addValueCounts(std::vector<OutputReport>& /*outputs*/) const {}
   // What the results that an observer sees are called.
   virtual QStringList resultNames() = 0;
+  // Whether the action goes on after this failure, which does not stop every run.
+  virtual bool goesOnAfter(const RowFailure& /*failure*/) const { return true; }
   // A row that fails stops the run, at least where it is the first one.
   virtual bool mayFailedRowStop() const { return m_options.abortWhenError; }
 
@@ -131,6 +133,8 @@ class ExpressionAction : public ActionItem {
   void reportOutputs() const;
   QString reportedName(int output) const;
   QString failureText(const RowFailure& failure) const;
+  // Reports the row to those who collect the rejected ones.
+  void evaluationFailed(const RowFailure& failure, const OneRow& row) override;
 
   RowObserver* m_observer = nullptr;
   ObservedRow m_observedRow;

@@ -52,7 +52,7 @@ class BatchContender final : public Contender {
       return false;
     }
     const auto layout = layOutColumns(columns, {output});
-    m_stage = CalculatorStage::of(m_expressions, *layout, false);
+    m_stage = CalculatorStage::of(m_expressions, *layout, nullptr);
     return m_stage != nullptr;
   }
 

@@ -5,7 +5,8 @@ Usage: run_examples.py PROGRAM DOCUMENT...
 
 A fenced block of xml that is a whole KelvarinGraph is checked and run in a temporary folder, one for each document, in the
 document's order, so that a graph may read what an earlier one wrote. A fenced block with a second word after its language,
-such as `csv orders.csv`, is a file of that name: one to read, or what a graph before it must have written.
+such as `csv orders.csv`, is a file of that name: one to read, or what a graph before it must have written. A graph with a
+name is such a file, too, and is not run here.
 """
 
 import os
@@ -40,7 +41,7 @@ def faults_of(program, document):
         for language, name, text in blocks:
             if name:
                 yield from fault_of_file(os.path.join(folder, name), text)
-            if language != "xml" or not text.startswith("<KelvarinGraph"):
+            if name or language != "xml" or not text.startswith("<KelvarinGraph"):
                 continue
             graphs += 1
             graph = f"graph{graphs}.kelvarin"

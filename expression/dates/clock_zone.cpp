@@ -1,6 +1,5 @@
 #include "expression/dates/clock_zone.h"
 
-#include <chrono>
 #include <ctime>
 #include <string_view>
 
@@ -25,11 +24,6 @@ struct LocalZone {
 LocalZone localZone(Instant instant, std::string_view zoneName) {
   const std::tm local = localTime(flooredQuotient(instant, 1000));
   return {local.tm_gmtoff * 1000, local.tm_zone != nullptr && local.tm_zone == zoneName};
-}
-
-Instant currentInstant() {
-  const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
-  return std::chrono::duration_cast<std::chrono::milliseconds>(sinceEpoch).count();
 }
 
 // Under the name at this very time.
@@ -69,20 +63,20 @@ ClockZone ClockZone::local() {
       [](std::int64_t seconds) { return std::int64_t{localTime(seconds).tm_gmtoff}; }));
 }
 
-DateValue localInstantNamed(ClockReading clock, std::string_view zoneName) {
+DateValue localInstantNamed(ClockReading clock, std::string_view zoneName, Instant nowadays) {
   const Instant reading = clock.milliseconds;
   if (const DateValue inForce = localInstantInForce(reading, zoneName)) {
     return inForce;
   }
   std::optional<Instant> offset = localOffsetNamed(reading, zoneName);
   if (!offset) {
-    offset = localOffsetNamed(currentInstant(), zoneName);
+    offset = localOffsetNamed(nowadays, zoneName);
   }
   return offset ? DateValue(reading - *offset) : DateValue();
 }
 
-bool isLocalZoneNowadays(std::string_view zoneName) {
-  return localOffsetNamed(currentInstant(), zoneName).has_value();
+bool isLocalZoneAround(Instant nowadays, std::string_view zoneName) {
+  return localOffsetNamed(nowadays, zoneName).has_value();
 }
 
 }  // namespace kelvarin

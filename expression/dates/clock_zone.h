@@ -40,8 +40,9 @@ class ClockZone {
 };
 
 // Where this machine's zone has this name, as CET or CEST: at that time if it can be, else at
-// another time of that year, else nowadays. Nothing for a name that the zone has at none of these.
-DateValue localInstantNamed(ClockReading clock, std::string_view zoneName);
-bool isLocalZoneNowadays(std::string_view zoneName);
+// another time of that year, else of the year around `nowadays`. Nothing for a name that the zone
+// has at none of these.
+DateValue localInstantNamed(ClockReading clock, std::string_view zoneName, Instant nowadays);
+bool isLocalZoneAround(Instant nowadays, std::string_view zoneName);
 
 }  // namespace kelvarin

@@ -56,6 +56,7 @@ void DateContext::configure(const TimeParameters& parameters) {
 DateStatus DateContext::prepare(DateNeeds needs) {
   tzset();
   m_zone = m_parameters.isUTC ? ClockZone::utc() : ClockZone::local();
+  m_nowadays = currentInstant();
   needs.reference |= m_parameters.addNow;
   needs.format |= m_parameters.addNowS;
 
@@ -82,12 +83,16 @@ bool DateContext::prepareFormat() {
   return !m_format.text().isEmpty();
 }
 
+Instant DateContext::currentInstant() const {
+  return m_fixedTime ? *m_fixedTime : QDateTime::currentMSecsSinceEpoch();
+}
+
 double DateContext::currentElapsedTime() const {
-  return wholeUnits(QDateTime::currentMSecsSinceEpoch() - m_reference);
+  return wholeUnits(currentInstant() - m_reference);
 }
 
 QString DateContext::currentDateString() const {
-  return printer().print(QDateTime::currentMSecsSinceEpoch(), m_zone);
+  return printer().print(currentInstant(), m_zone);
 }
 
 double DateContext::elapsedFractionAt(Instant instant) const {
@@ -112,7 +117,7 @@ DateValue DateContext::instantOfOther(std::string_view date) const {
     return m_zone.instantAt(reading.clock());
   }
   const bool isLocalClock = !m_zone.isUTC() && !m_format.hasDate();
-  return m_statedZones.instantOf(reading.clock(), reading.zone(), isLocalClock, m_zone);
+  return m_statedZones.instantOf(reading.clock(), reading.zone(), isLocalClock, m_zone, m_nowadays);
 }
 
 }  // namespace kelvarin

@@ -31,6 +31,8 @@ class DateContext {
   DateContext() { configure({}); }
 
   void configure(const TimeParameters& parameters);
+  // Takes it for the current time; without one the clock says it whenever it is asked for.
+  void fixCurrentTime(std::optional<Instant> time) { m_fixedTime = time; }
   // Fixes the reference instant and the format where the expressions, `_now` or `_nowS` need them.
   // With an unparsable reference time the reference is the epoch.
   DateStatus prepare(DateNeeds needs);
@@ -95,12 +97,15 @@ class DateContext {
 
  private:
   static std::string utf8Of(const QString& date) { return date.toStdString(); }
+  Instant currentInstant() const;
   bool prepareReference();
   bool prepareFormat();
   DateValue instantOfOther(std::string_view date) const;
   double elapsedFractionAt(Instant instant) const;
 
   TimeParameters m_parameters;
+  std::optional<Instant> m_fixedTime;
+  Instant m_nowadays = 0;  // for names of time zones
   Instant m_reference = 0;
   std::int64_t m_millisecondsOfUnit = 0;
   ClockZone m_zone = ClockZone::utc();

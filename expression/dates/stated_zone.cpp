@@ -173,15 +173,15 @@ class StatedZones::Locations {
 StatedZones::StatedZones() : m_locations(std::make_shared<Locations>()) {}
 
 DateValue StatedZones::instantOf(ClockReading clock, std::string_view zone, bool isLocalClock,
-                                 const ClockZone& local) const {
-  if (isLocalClock && isLocalZoneNowadays(zone)) {
+                                 const ClockZone& local, Instant nowadays) const {
+  if (isLocalClock && isLocalZoneAround(nowadays, zone)) {
     return local.instantAt(clock);
   }
   if (const std::optional<Instant> offset = statedOffset(zone)) {
     return clock.milliseconds - *offset;
   }
   const DateValue there = m_locations->instantOf(clock, zone);
-  return there ? there : localInstantNamed(clock, zone);
+  return there ? there : localInstantNamed(clock, zone, nowadays);
 }
 
 }  // namespace kelvarin

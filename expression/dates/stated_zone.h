@@ -26,8 +26,9 @@ class StatedZones {
 
   // The instant at which a clock of that zone shows the reading. `isLocalClock`: the reading has no
   // date and so no summer or winter; under a name of the local zone it is just local time.
+  // `nowadays`: some time of the year in which the program runs, whose names are known, too.
   DateValue instantOf(ClockReading clock, std::string_view zone, bool isLocalClock,
-                      const ClockZone& local) const;
+                      const ClockZone& local, Instant nowadays) const;
 
  private:
   class Locations;

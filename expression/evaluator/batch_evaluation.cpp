@@ -29,6 +29,10 @@ BatchEvaluation::BatchEvaluation(const BatchProgram& program, const RowBatch& ba
 }
 
 bool BatchEvaluation::load(std::size_t begin, std::size_t end) {
+  if (m_program.isStopped()) [[unlikely]] {
+    m_rowCount = 0;
+    return false;
+  }
   m_begin = begin;
   m_rowCount = std::min(end - begin, m_program.rowsAtOnce());
   m_firstStoredRow = m_batch.storedRow(begin);
@@ -171,6 +175,10 @@ void BatchEvaluation::printKeys(const std::uint32_t* keys, ColumnText* texts) {
 }
 
 void BatchEvaluation::evaluateColumns(int output) {
+  if (m_program.isStopped()) [[unlikely]] {
+    m_rowCount = 0;
+    return;
+  }
   m_entries.gather(output, storedRows(), m_numbers.data(), m_texts.data());
   m_rowCount = m_columns->evaluate(m_entries.program(output), {m_numbers.data(), m_texts.data()},
                                    m_rowCount);

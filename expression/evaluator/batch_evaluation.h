@@ -31,7 +31,7 @@ class BatchEvaluation {
   BatchEvaluation(const BatchProgram& program, const RowBatch& batch, long long firstRow);
 
   // Loads rows from `begin` on and none from `end` on, with the first element of each vector. False
-  // where there is none.
+  // where there is none, or the run was stopped.
   bool load(std::size_t begin, std::size_t end);
   // The same rows with another element of each vector.
   void loadElement(int element);

@@ -32,7 +32,8 @@ bool addSource(std::size_t variable, const std::vector<Source>& sources, std::ve
 
 }  // namespace
 
-std::unique_ptr<const BatchProgram> BatchProgram::of(const ExpressionSet& expressions) {
+std::unique_ptr<const BatchProgram> BatchProgram::of(const ExpressionSet& expressions,
+                                                     const RunRecord* run) {
   const RowBinding& binding = expressions.binding();
   if (expressions.outputCount() == 0) {
     return nullptr;
@@ -41,6 +42,7 @@ std::unique_ptr<const BatchProgram> BatchProgram::of(const ExpressionSet& expres
   const Sources sources{binding.numberSources(expressions.dates(), nullKeyMode),
                         binding.textSources()};
   std::unique_ptr<BatchProgram> program(new BatchProgram(expressions.functions()));
+  program->m_run = run;
   for (int i = 0; i < expressions.outputCount(); ++i) {
     if (!program->addOutput(expressions.output(i), sources)) {
       return nullptr;

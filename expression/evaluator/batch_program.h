@@ -20,7 +20,9 @@ class BatchProgram {
  public:
   // To be called when the last output has been compiled; `expressions` outlive the program. Null
   // where rows must be evaluated one by one.
-  static std::unique_ptr<const BatchProgram> of(const ExpressionSet& expressions);
+  // `run` outlives it, too: its evaluations end early where the user has stopped it. Null: none.
+  static std::unique_ptr<const BatchProgram> of(const ExpressionSet& expressions,
+                                                const RunRecord* run = nullptr);
 
   int outputCount() const { return static_cast<int>(m_outputs.size()); }
   // The results of an output are texts, else numbers.
@@ -35,6 +37,8 @@ class BatchProgram {
   bool mayEvaluateAnyRow() const;
   // So many that their values stay in the processor's nearer caches.
   std::size_t rowsAtOnce() const { return m_rowsAtOnce; }
+  // What is computed from now on is of no use.
+  bool isStopped() const { return m_run != nullptr && m_run->isStoppedByUser(); }
 
  private:
   friend class BatchEvaluation;
@@ -68,6 +72,7 @@ class BatchProgram {
   std::vector<int> m_columnsOfKeys;  // of which a null stops the run
   std::size_t m_rowsAtOnce = 0;
   bool m_needsRowNumbers = false;
+  const RunRecord* m_run = nullptr;
   const std::unique_ptr<RecentByDictionary<EntryNumbers>> m_entryNumbers =
       std::make_unique<RecentByDictionary<EntryNumbers>>();
   const FunctionContext m_functions;

@@ -99,7 +99,8 @@ EntryColumns::Output EntryColumns::chosen(const BatchProgram::Output& output) co
       continue;
     }
     std::shared_ptr<const EntryValues> values = output.entryValues->of(variable, *column, [&] {
-      return std::make_shared<const EntryValues>(entries, variable, *column, m_program.m_functions);
+      return std::make_shared<const EntryValues>(entries, variable, *column, m_program.m_functions,
+                                                 m_program.m_run);
     });
     if (!values->areKnown()) {
       continue;

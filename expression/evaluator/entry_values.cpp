@@ -20,18 +20,19 @@ ColumnText columnText(const unsigned char* bytes) {
 }
 
 EntryValues::EntryValues(const EntryProgram& program, std::size_t variable,
-                         const BatchColumn& column, const FunctionContext& functions)
+                         const BatchColumn& column, const FunctionContext& functions,
+                         const RunRecord* run)
     : m_parts(program.parts().size()) {
   ColumnEvaluation evaluation(functions);
   m_areKnown = true;
   for (std::size_t i = 0; i < m_parts.size() && m_areKnown; ++i) {
     const EntryProgram::Part& part = program.parts()[i];
-    m_areKnown = part.variable != variable || compute(part, column, evaluation, m_parts[i]);
+    m_areKnown = part.variable != variable || compute(part, column, evaluation, run, m_parts[i]);
   }
 }
 
 bool EntryValues::compute(const EntryProgram::Part& part, const BatchColumn& column,
-                          ColumnEvaluation& evaluation, PartValues& values) {
+                          ColumnEvaluation& evaluation, const RunRecord* run, PartValues& values) {
   const std::span<const std::uint32_t> entries = column.dictionary().positions;
   const bool isText = part.program->yieldsText();
   if (isText) {
@@ -43,6 +44,9 @@ bool EntryValues::compute(const EntryProgram::Part& part, const BatchColumn& col
   std::vector<const ColumnText*> variables(part.variable + 1);
   variables[part.variable] = loaded.data();
   for (std::size_t first = 0; first < entries.size(); first += loaded.size()) {
+    if (run != nullptr && run->isStoppedByUser()) {
+      return false;
+    }
     const std::size_t count = std::min(loaded.size(), entries.size() - first);
     for (std::size_t i = 0; i < count; ++i) {
       loaded[i] = columnText(column.textBytes() + entries[first + i]);

@@ -10,6 +10,7 @@
 #include "expression/batches/column_evaluation.h"
 #include "expression/batches/entry_program.h"
 #include "expression/evaluator/row_binding.h"
+#include "host/contract/global_parameters.h"
 #include "host/contract/row_batch.h"
 
 namespace kelvarin {
@@ -24,9 +25,10 @@ bool convertText(const NumberSource& source, const unsigned char* bytes, const D
 // Of the parts of an expression that depend on one text variable.
 class EntryValues {
  public:
-  // `variable` has the texts of the column.
+  // `variable` has the texts of the column. Where the user stops `run`, which may be null, nothing
+  // is known.
   EntryValues(const EntryProgram& program, std::size_t variable, const BatchColumn& column,
-              const FunctionContext& functions);
+              const FunctionContext& functions, const RunRecord* run);
 
   // False: an entry cannot be evaluated. Maybe no row has it, so the rows have to be.
   bool areKnown() const { return m_areKnown; }
@@ -41,7 +43,7 @@ class EntryValues {
   };
 
   bool compute(const EntryProgram::Part& part, const BatchColumn& column,
-               ColumnEvaluation& evaluation, PartValues& values);
+               ColumnEvaluation& evaluation, const RunRecord* run, PartValues& values);
 
   std::vector<PartValues> m_parts;
   TextArena m_texts;

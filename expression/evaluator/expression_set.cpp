@@ -20,10 +20,13 @@ namespace {
 
 constexpr int kSeedFromClock = -1;
 
-std::uint32_t seedOf(const TimeParameters& time) {
+std::uint32_t seedOf(const TimeParameters& time, std::optional<std::uint32_t> seedOfRun) {
+  if (time.seed != kSeedFromClock) {
+    return static_cast<std::uint32_t>(time.seed);
+  }
   // kept: the clock contributes its milliseconds only, a thousand sequences.
   const std::int64_t clock = QDateTime::currentMSecsSinceEpoch() % 1000;
-  return static_cast<std::uint32_t>(time.seed == kSeedFromClock ? clock : time.seed);
+  return seedOfRun.value_or(static_cast<std::uint32_t>(clock));
 }
 
 // An expression left empty is the missing value of its column.
@@ -45,6 +48,7 @@ void ExpressionSet::clear() {
   m_variables.reset(false);
   m_required.reset();
   m_isObserved = false;
+  m_seedOfRun.reset();
   m_texts.clear();
   m_indices.clear();
   m_inputs.clear();
@@ -60,6 +64,10 @@ void ExpressionSet::configure(const EvaluationOptions& options,
   m_isObserved = isObserved;
   m_constants = constantsOf(parameters);
   m_functions.dates.configure(options.time);
+  if (parameters != nullptr) {
+    m_seedOfRun = parameters->randomSeed();
+    m_functions.dates.fixCurrentTime(parameters->currentTime());
+  }
   m_functions.filesFolder = parameters == nullptr ? QString() : parameters->dataDirRead();
   m_variables.reset(options.addN);
   m_texts.resize(inputs.size());
@@ -82,7 +90,7 @@ bool ExpressionSet::hasDateInputs() const {
 }
 
 DateStatus ExpressionSet::prepareDateContext(const QStringList& expressions) {
-  m_functions.seed(seedOf(m_options.time));
+  m_functions.seed(seedOf(m_options.time, m_seedOfRun));
   const DateStatus status = prepareDates(m_functions.dates, expressions, hasDateInputs());
   setCurrentTime(m_constants, m_functions.dates);
   return status;

@@ -117,6 +117,7 @@ class ExpressionSet {
   std::vector<std::string> m_texts;    // that were set by hand, one an input
   bool m_isObserved = false;
   std::optional<BackendKind> m_required;
+  std::optional<std::uint32_t> m_seedOfRun;  // of actions without a seed of their own; else a clock
 
   VariableStore m_variables;
   std::vector<NamedConstant> m_constants = constantsOf(nullptr);

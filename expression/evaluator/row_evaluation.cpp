@@ -13,6 +13,8 @@ void RowEvaluation::clear() {
   m_slots.clear();
   m_hasStringOutput = false;
   m_writer.startRow();
+  m_listener = nullptr;
+  m_row = nullptr;
   m_element = 0;
   m_elementNames.clear();
   m_lastFailure = {};
@@ -50,6 +52,7 @@ RowOutcome RowEvaluation::loadRow(const OneRow& row) {
 }
 
 RowOutcome RowEvaluation::loadElement(const OneRow& row, int element) {
+  m_row = &row;
   m_element = element;
   RowBinding& binding = m_expressions.binding();
   if (!binding.load(row, element, m_variables, m_expressions.dates(),
@@ -124,7 +127,13 @@ RowOutcome RowEvaluation::fail(int output, const ExpressionError& error) {
     m_failures.firstMessage = error.message;
     m_failures.firstRow = rowNumber();
   }
-  return m_expressions.options().abortWhenError ? RowOutcome::stop : RowOutcome::failed;
+  if (m_expressions.options().abortWhenError) {
+    return RowOutcome::stop;
+  }
+  if (m_listener != nullptr && m_row != nullptr) {
+    m_listener->evaluationFailed(m_lastFailure, *m_row);
+  }
+  return RowOutcome::failed;
 }
 
 RowOutcome RowEvaluation::failToCast(int output, double number) {

@@ -41,6 +41,13 @@ struct FailureCount {
   double firstRow = 0.0;
 };
 
+// Gets the evaluations that fail and do not stop the run.
+class FailureListener {
+ public:
+  virtual ~FailureListener() = default;
+  virtual void evaluationFailed(const RowFailure& failure, const OneRow& row) = 0;
+};
+
 class RowEvaluation {
  public:
   explicit RowEvaluation(ExpressionSet& expressions)
@@ -51,6 +58,9 @@ class RowEvaluation {
   void clear();
   // Makes the cells of all results; null values are in them.
   void start();
+
+  // Null: nobody listens. Until clear(); values that are set by hand are no rows for it.
+  void setFailureListener(FailureListener* listener) { m_listener = listener; }
 
   // Since start(), until clear().
   bool isStarted() const { return !m_slots.empty(); }
@@ -151,8 +161,10 @@ class RowEvaluation {
   bool m_hasStringOutput = false;
   ResultWriter m_writer;
 
-  int m_element = 0;           // of the vectors in the current row
-  QStringList m_elementNames;  // of the outputs, element by element; may be empty
+  FailureListener* m_listener = nullptr;
+  const OneRow* m_row = nullptr;  // the current one; null where values were set by hand
+  int m_element = 0;              // of the vectors in the current row
+  QStringList m_elementNames;     // of the outputs, element by element; may be empty
 
   RowFailure m_lastFailure;
   FailureCount m_failures;

@@ -1,11 +1,15 @@
 // Values with a name: those of the language, and those of the program and the graph that run.
 
+#include <algorithm>
+#include <array>
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QUuid>
 
 #include "expression/functions/function_table.h"
+#include "expression/functions/random_generator.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
@@ -44,8 +48,17 @@ QString folderOfTemporaryFiles(const GlobalParameters*) {
   return QDir::tempPath();
 }
 
-QString uniqueText(const GlobalParameters*) {
-  return QUuid::createUuid().toString(QUuid::WithoutBraces);
+// Of a run that is to be repeated it follows from the run's seed.
+QString uniqueText(const GlobalParameters* graph) {
+  if (graph == nullptr || !graph->randomSeed()) {
+    return QUuid::createUuid().toString(QUuid::WithoutBraces);
+  }
+  RandomGenerator random(*graph->randomSeed());
+  std::array<std::uint32_t, 4> words;
+  std::ranges::generate(words, random);
+  const auto bytes = QByteArray::fromRawData(reinterpret_cast<const char*>(words.data()),
+                                             static_cast<qsizetype>(sizeof words));
+  return QUuid::fromRfc4122(bytes).toString(QUuid::WithoutBraces);
 }
 
 constexpr ConstantLine kConstants[] = {

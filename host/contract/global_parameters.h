@@ -2,8 +2,10 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <mutex>
+#include <optional>
 
 #include <QMap>
 #include <QString>
@@ -48,6 +50,14 @@ class KELVARIN_CORE GlobalParameters {
   int threadCount() const;
   void setThreadCount(int count) { m_threadCount = count; }
 
+  // What the clock says otherwise, for runs that are to be repeated bit for bit: the start of the
+  // random numbers of actions that have none of their own, and the current time, in milliseconds
+  // since 1970 (UTC).
+  std::optional<std::uint32_t> randomSeed() const { return m_randomSeed; }
+  void setRandomSeed(std::optional<std::uint32_t> seed) { m_randomSeed = seed; }
+  std::optional<std::int64_t> currentTime() const { return m_currentTime; }
+  void setCurrentTime(std::optional<std::int64_t> milliseconds) { m_currentTime = milliseconds; }
+
  private:
   QString m_workingDir;
   QString m_dataDirRead;
@@ -55,6 +65,8 @@ class KELVARIN_CORE GlobalParameters {
   QString m_graphFile;
   QMap<QString, QString> m_values;
   int m_threadCount = 0;  // 0: one for each processor that it may use
+  std::optional<std::uint32_t> m_randomSeed;
+  std::optional<std::int64_t> m_currentTime;
 };
 
 // One run of a graph. Actions read the status between rows and set it to `failed`; a signal handler
@@ -65,6 +77,8 @@ struct KELVARIN_CORE RunRecord {
   bool mustComputeFull = true;
   // Actions that compute columns count the missing values in them for their report.
   bool countsValues = false;
+  // Actions that go on after a row that failed report it: HostServices::rowRejected().
+  bool reportsRejectedRows = false;
   // The number of the first row that comes from a source, for a run on the later rows of a table.
   long long firstRow = 0;
   // Carries out tasks of actions beside the engine thread, during the run; null: nothing does.
@@ -72,6 +86,9 @@ struct KELVARIN_CORE RunRecord {
 
   bool isRunning() const {
     return status.load(std::memory_order_relaxed) == GlobalParameters::RunningState::running;
+  }
+  bool isStoppedByUser() const {
+    return status.load(std::memory_order_relaxed) == GlobalParameters::RunningState::stoppedByUser;
   }
   // A stop by the user is not overwritten.
   void fail() { finish(GlobalParameters::RunningState::failed); }

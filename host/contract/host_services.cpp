@@ -40,6 +40,8 @@ PinColumns HostServices::columnsOfInputPin(const ActionItem&, int) {
   return {};
 }
 
+void HostServices::rowRejected(const ActionItem&, const RejectedRow&) {}
+
 HostServices* hostServices() {
   const HostSession* session = HostSession::current();
   return session == nullptr ? nullptr : session->services();

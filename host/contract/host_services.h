@@ -11,6 +11,7 @@
 #include "host/contract/main_ui.h"
 #include "host/contract/pin_columns.h"
 #include "host/contract/pin_rows.h"
+#include "host/contract/rejected_row.h"
 
 class EngineRunner;
 
@@ -48,6 +49,9 @@ class KELVARIN_CORE HostServices {
   // log() with what the text is about; a program that has no use for it gets the text alone.
   virtual void logDetailed(LogLevel level, const QString& text, const ActionItem* action,
                            const LogDetails& details);
+  // A row failed and the action goes on; only in runs whose record asks for it. On the engine
+  // thread, for each action in the order of its rows.
+  virtual void rowRejected(const ActionItem& action, const RejectedRow& row);
 };
 
 // Those of the session in which the calling thread works; null where it has none.

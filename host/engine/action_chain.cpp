@@ -60,7 +60,7 @@ bool ActionChain::findActions() {
     outputPin = input->pinIndex();
     action = &input->producer();
   }
-  if (!action->source()->canReadUnits() || action->source()->maxUnitsAhead() < 1 ||
+  if (!action->canReadUnits() || action->source()->maxUnitsAhead() < 1 ||
       action->rowsInBatch() > 0) {
     return false;
   }
@@ -115,8 +115,8 @@ bool ActionChain::advance() {
 
 bool ActionChain::advanceSource() {
   m_source->setUnitHolder(this);
-  if (!m_source->source()->canReadUnits()) {
-    return false;  // its routine has to say something first
+  if (!m_source->canReadUnits()) {
+    return false;  // its routine has to say something first, or its rows suffice
   }
   m_pipeline->setHeld(false);
   const auto result = m_pipeline->next([this] { return mayWait(); });

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include <QString>
@@ -53,6 +54,10 @@ struct ExecutionOptions {
   bool reportsActions = false;
   // Actions that compute columns count the missing values in them.
   bool countsValues = false;
+  // Actions that go on after rows that failed report them: HostServices::rowRejected().
+  bool reportsRejectedRows = false;
+  // Sources end after so many rows, as if their tables had no more; none: they give all.
+  std::optional<long long> rowsOfSource;
 };
 
 }  // namespace kelvarin

@@ -73,6 +73,12 @@ std::unique_ptr<RowsRequest> ForwardingServices::requestRows(
              : m_program->requestRows(action, pin, isOutput, limit, std::move(receiver));
 }
 
+void ForwardingServices::rowRejected(const ActionItem& action, const RejectedRow& row) {
+  if (m_program != nullptr) {
+    m_program->rowRejected(action, row);
+  }
+}
+
 void ForwardingServices::openHelp(const QString& helpId, const QString& anchor) {
   if (m_program != nullptr) {
     m_program->openHelp(helpId, anchor);

@@ -32,6 +32,7 @@ class ForwardingServices : public HostServices {
   // Of every line, whether it has details or not.
   void logDetailed(LogLevel level, const QString& text, const ActionItem* action,
                    const LogDetails& details) override;
+  void rowRejected(const ActionItem& action, const RejectedRow& row) override;
 
  private:
   HostServices* m_program;

@@ -265,7 +265,7 @@ ActionProgress GraphExecution::progressOf(int index) const {
     return progress;
   }
   progress.phase = running->phase();
-  progress.fractionDone = running->hasBegun() ? running->item().completion() : 0.0;
+  progress.fractionDone = running->hasBegun() ? running->fractionDone() : 0.0;
   progress.seconds = m_sampler == nullptr ? -1.0 : m_sampler->seconds(index);
   return progress;
 }
@@ -287,7 +287,7 @@ RunProgress GraphExecution::progress() const {
     if (m_actions[i]->isFinished()) {
       continue;
     }
-    const double fraction = m_actions[i]->item().completion();
+    const double fraction = m_actions[i]->fractionDone();
     progress.fractionDone =
         progress.fractionDone < 0 ? fraction : std::min(progress.fractionDone, fraction);
   }

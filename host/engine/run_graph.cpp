@@ -22,6 +22,7 @@ RunResult runOnThisStack(const Graph& graph, RunRecord& record, const ExecutionO
                          RecordingServices& services) {
   reportWarnings(graph);
   record.countsValues = options.countsValues;
+  record.reportsRejectedRows = options.reportsRejectedRows;
   const QDateTime start = QDateTime::currentDateTime();
   GraphExecution execution(graph, std::vector<RunRecord*>(graph.actions.size(), &record), record,
                            options);

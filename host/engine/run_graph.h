@@ -54,6 +54,7 @@ struct RunResult {
   double seconds = 0.0;
   std::vector<ActionResult> actions;  // in the graph's order
   std::vector<LogLine> log;
+  long long rejectedRows = -1;  // after which an action went on; -1 where nobody counted
 
   bool isOk() const { return state == GlobalParameters::RunningState::endedNormally; }
 };

@@ -11,6 +11,15 @@
 
 namespace kelvarin {
 
+namespace {
+
+// Readers of files whose names come with rows are among them.
+bool isSource(const ActionItem& item) {
+  return item.inputPinCount() == 0 || dynamic_cast<const BatchSource*>(&item) != nullptr;
+}
+
+}  // namespace
+
 RunningAction::RunningAction(ActionItem& item, int index, RunRecord& record,
                              const RunRecord& stopSwitch, ProgressMeter& progress,
                              const ExecutionOptions& options)
@@ -24,6 +33,8 @@ RunningAction::RunningAction(ActionItem& item, int index, RunRecord& record,
       m_transform(dynamic_cast<BatchTransform*>(&item)),
       m_sink(dynamic_cast<BatchSink*>(&item)),
       m_rowsInBatch(options.rowsInBatch),
+      m_rowLimit(isSource(item) ? options.rowsOfSource.value_or(0) : 0),
+      m_rowsToMake(m_rowLimit > 0 ? std::optional(m_rowLimit) : std::nullopt),
       m_forks(static_cast<std::size_t>(item.outputPinCount())),
       m_published(static_cast<std::size_t>(item.outputPinCount())),
       m_awaitsFirstRow(item.outputPinCount() > 0) {
@@ -57,6 +68,15 @@ long long RunningAction::rowsPublished() const {
     rows += pin->rowsPublished;
   }
   return rows;
+}
+
+double RunningAction::fractionDone() const {
+  const double ofAction = m_item.completion();
+  if (!m_rowsToMake) {
+    return ofAction;
+  }
+  const auto made = static_cast<double>(m_rowLimit - *m_rowsToMake);
+  return std::max(ofAction, made / static_cast<double>(m_rowLimit));
 }
 
 bool RunningAction::open() {
@@ -106,13 +126,22 @@ bool RunningAction::step() {
   if (m_pool != nullptr && mayPublishBatches() && workAhead()) {
     return false;
   }
-  if (m_source != nullptr && (hasPartOfUnit() || m_source->canReadUnits()) && readBatch()) {
+  if (m_source != nullptr && (hasPartOfUnit() || canReadUnits()) && readBatch()) {
     return false;
+  }
+  if (hasReachedLimit()) {
+    return true;
   }
   if (m_transform != nullptr && transformBatch()) {
     return false;
   }
-  return m_item.compute();
+  if (!m_rowsToMake) {
+    return m_item.compute();
+  }
+  const long long before = rowsPublished();
+  const bool isFinished = m_item.compute();
+  *m_rowsToMake -= rowsPublished() - before;
+  return isFinished;
 }
 
 // False: it has to go on by itself.
@@ -171,7 +200,16 @@ void RunningAction::stopWorkingAhead() {
 }
 
 RowBatchPointer RunningAction::accept(BatchUnit& unit) {
-  return guarded([&] { return m_source->accept(unit); }, RowBatchPointer());
+  if (hasReachedLimit()) {
+    return nullptr;
+  }
+  RowBatchPointer batch = guarded([&] { return m_source->accept(unit); }, RowBatchPointer());
+  if (batch == nullptr || !m_rowsToMake) {
+    return batch;
+  }
+  const std::size_t count = std::min(batch->rowCount(), static_cast<std::size_t>(*m_rowsToMake));
+  *m_rowsToMake -= static_cast<long long>(count);
+  return count == batch->rowCount() ? batch : batch->slice(0, count);
 }
 
 void RunningAction::failWith(const std::exception_ptr& exception) {
@@ -200,7 +238,7 @@ bool RunningAction::startUnit() {
     return false;
   }
   unit->parse();
-  m_unitRows.start(m_source->accept(*unit));
+  m_unitRows.start(accept(*unit));
   return true;
 }
 

@@ -9,6 +9,7 @@
 
 #include <exception>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -56,6 +57,8 @@ class RunningAction {
   bool close();
 
   bool hasBegun() const { return m_hasBegun; }
+  // Of a source: 0 to 1; -1 when unknown.
+  double fractionDone() const;
   bool isFinished() const { return m_item.isFinished(); }
   bool isComputing() const { return m_isComputing; }
   bool canGoOn() const { return !isFinished() && m_record.isRunning() && m_stopSwitch.isRunning(); }
@@ -104,6 +107,11 @@ class RunningAction {
   bool hasPartOfUnit() const { return m_unitRows.rowsLeft() > 0; }
   int rowsInBatch() const { return m_rowsInBatch; }
 
+  // A source that has made as many rows as the run takes of each.
+  bool hasReachedLimit() const { return m_rowsToMake && *m_rowsToMake <= 0; }
+  // Of a source.
+  bool canReadUnits() const { return !hasReachedLimit() && m_source->canReadUnits(); }
+
   // For chains, in the order of the rows.
   RowBatchPointer accept(BatchUnit& unit);
   void publish(BatchTrail::Origin origin, std::unique_ptr<EncodedBatch> encoded = nullptr);
@@ -141,11 +149,13 @@ class RunningAction {
   RunRecord& m_record;
   const RunRecord& m_stopSwitch;
   ProgressMeter& m_progress;
-  CurrentAction::Slot* m_currentAction;  // of the engine thread
-  BatchSource* const m_source;           // the action, where it is one
-  BatchTransform* const m_transform;     // the same
-  BatchSink* const m_sink;               // the same
-  const int m_rowsInBatch;               // at most; 0: as they come
+  CurrentAction::Slot* m_currentAction;   // of the engine thread
+  BatchSource* const m_source;            // the action, where it is one
+  BatchTransform* const m_transform;      // the same
+  BatchSink* const m_sink;                // the same
+  const int m_rowsInBatch;                // at most; 0: as they come
+  const long long m_rowLimit;             // of a source; 0: none
+  std::optional<long long> m_rowsToMake;  // of a source with a limit, up to that
   ActionPorts m_ports;
   RowLink* m_input = nullptr;
   RowLink* m_reader = nullptr;

@@ -120,11 +120,15 @@ Json jsonOf(const RunResult& result) {
   for (const LogLine& line : result.log) {
     log.push_back(jsonOfLine(line));
   }
-  return {{"status", statusWord(result.state)},
-          {"runState", static_cast<int>(result.state)},
-          {"seconds", result.seconds},
-          {"actions", actions},
-          {"log", log}};
+  Json report = {{"status", statusWord(result.state)},
+                 {"runState", static_cast<int>(result.state)},
+                 {"seconds", result.seconds},
+                 {"actions", actions},
+                 {"log", log}};
+  if (result.rejectedRows >= 0) {
+    report["rejectedRows"] = result.rejectedRows;
+  }
+  return report;
 }
 
 Json jsonOfCheck(const RunResult& result) {

@@ -20,7 +20,8 @@ using Json = nlohmann::ordered_json;
 // {"status", "runState", "seconds", "actions": [...], "log": [...]}. A line of the log has further
 // keys as far as they are known: line, output, column, row, token, position. An action of a run has
 // its time as "seconds", its expressions as "outputs", "blocksRead" and "blocksSkipped" where it
-// reads blocks, and the "files" that it has written.
+// reads blocks, and the "files" that it has written. Where rejected rows were counted, there are
+// "rejectedRows".
 Json jsonOf(const RunResult& result);
 // The same of a check: each action has its output pins, [{"columns": [{"name", "meta"}]}] as
 // "pins", with null for columns that are not known; and one that computes the names of its new

@@ -1,5 +1,8 @@
 // A run has the same rows, counts and log for any number of threads and any size of batches, and
 // the same as row by row.
+#include <optional>
+#include <regex>
+
 #include <gtest/gtest.h>
 
 #include "host/engine/tests/batch_actions.h"
@@ -13,10 +16,12 @@ struct Trace {
   bool operator==(const Trace&) const = default;
 };
 
-Trace traceOf(const std::string& actions, const std::string& links, int threads, int rowsInBatch) {
+Trace traceOf(const std::string& actions, const std::string& links, int threads, int rowsInBatch,
+              std::optional<long long> rowsOfSource = std::nullopt) {
   TestGraph t(actions, links, batchPrototypes());
   t.graph.settings->setThreadCount(threads);
   t.options.rowsInBatch = rowsInBatch;
+  t.options.rowsOfSource = rowsOfSource;
   t.options.isOversubscribed = true;
   const RunResult result = t.run();
   Trace trace{t.seen.values, "state " + std::to_string(static_cast<int>(result.state)) + "\n"};
@@ -127,6 +132,29 @@ TEST(BatchRun, DependsNeitherOnThreadsNorOnTheSizeOfBatches) {
             << drawing.actions << "\nthreads " << threads << ", rows " << rows;
         EXPECT_TRUE(seen.values == expected.values)
             << drawing.actions << "\nthreads " << threads << ", rows " << rows;
+      }
+    }
+  }
+}
+
+// Some ends lie in the midst of a unit, some between two.
+TEST(BatchRun, WithALimitIsThatOfAShorterSource) {
+  for (const Drawing& drawing : kDrawings) {
+    for (const std::string limit : {"1", "300", "9001"}) {
+      const auto rows = std::regex(" rows='[0-9]+'");
+      const std::string shorter =
+          std::regex_replace(drawing.actions, rows, " rows='" + limit + "'");
+      if (std::stoi(limit) > 9000 && drawing.actions.find("rows='50000'") == std::string::npos) {
+        continue;
+      }
+      for (const int threads : {1, 3}) {
+        for (const int rowsInBatch : {0, 7}) {
+          const Trace expected = traceOf(shorter, drawing.links, threads, rowsInBatch);
+          const Trace seen =
+              traceOf(drawing.actions, drawing.links, threads, rowsInBatch, std::stoll(limit));
+          EXPECT_EQ(seen.text, expected.text) << drawing.actions << "\nlimit " << limit;
+          EXPECT_TRUE(seen.values == expected.values) << drawing.actions << "\nlimit " << limit;
+        }
       }
     }
   }

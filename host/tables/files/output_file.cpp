@@ -244,4 +244,16 @@ void OutputFile::discard() {
   (void)m_file.close();
 }
 
+Status<QString> writeWholeFile(const QString& path, std::string_view bytes) {
+  OutputFile file;
+  Status<QString> status = file.open(path);
+  if (status) {
+    status = file.write(bytes.data(), bytes.size());
+  }
+  if (status) {
+    status = file.complete();
+  }
+  return status ? file.publish() : status;
+}
+
 }  // namespace kelvarin

@@ -65,4 +65,7 @@ class OutputFile {
   long long m_bytesWritten = 0;
 };
 
+// A file with these bytes, in place of the one before.
+Status<QString> writeWholeFile(const QString& path, std::string_view bytes);
+
 }  // namespace kelvarin
