@@ -4,6 +4,7 @@
 
 #include "expression/evaluator/batch_evaluation.h"
 #include "expression/evaluator/result_writer.h"
+#include "host/contract/late_texts.h"
 
 namespace kelvarin {
 
@@ -90,7 +91,8 @@ RowBatchPointer firstRowsOf(const RowBatch& batch, std::size_t count) {
   if (count == 0) {
     return nullptr;
   }
-  return count == batch.rowCount() ? std::make_shared<RowBatch>(batch) : batch.slice(0, count);
+  return withTexts(count == batch.rowCount() ? std::make_shared<RowBatch>(batch)
+                                             : batch.slice(0, count));
 }
 
 void publish(StageResult& result, std::size_t pin, const RowBatch& batch,
@@ -99,8 +101,11 @@ void publish(StageResult& result, std::size_t pin, const RowBatch& batch,
     result.outputs[pin] = firstRowsOf(batch, chosen.count);
     return;
   }
-  result.outputs[pin] = std::make_shared<RowBatch>(batch.storedRows(), batch.columns(),
-                                                   storedRowsOf(batch, chosen), chosen.count);
+  RowSelection rows = storedRowsOf(batch, chosen);
+  std::vector<BatchColumn> columns =
+      columnsWithTexts(batch.columns(), batch.storedRows(), rows.get(), chosen.count);
+  result.outputs[pin] = std::make_shared<RowBatch>(batch.storedRows(), std::move(columns),
+                                                   std::move(rows), chosen.count);
   result.inputRows[pin] = chosen.rows;
 }
 
@@ -120,7 +125,9 @@ std::unique_ptr<const FilterStage> FilterStage::of(const ExpressionSet& expressi
   return stage;
 }
 
-StageResult FilterStage::process(const RowBatch& batch, long long firstRow) const {
+StageResult FilterStage::process(const RowBatch& given, long long firstRow) const {
+  const RowBatchPointer made = m_program->withNeededTexts(given);
+  const RowBatch& batch = made == nullptr ? given : *made;
   BatchEvaluation rows(*m_program, batch, firstRow);
   const std::size_t end = m_program->rowsBeforeFailure(batch);
   return m_truncates ? keepFirstRows(batch, rows, end) : splitRows(batch, rows, end);

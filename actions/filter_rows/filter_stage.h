@@ -30,6 +30,7 @@ class FilterStage final : public BatchStage {
   // that is false.
   StageResult process(const RowBatch& batch, long long firstRow) const override;
   bool needsRowNumbers() const override { return m_program->needsRowNumbers(); }
+  bool takesLateTexts() const override { return true; }
 
   // Of the rows from `begin` to before `end`, those of each pin that nobody reads; 0 of the others.
   std::array<std::size_t, 2> unreadRows(const StageResult& result, std::size_t begin,

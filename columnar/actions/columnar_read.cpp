@@ -314,7 +314,7 @@ bool ColumnarRead::canReadUnits() const {
 }
 
 std::unique_ptr<BatchUnit> ColumnarRead::readUnit() {
-  return m_isFileOver ? nullptr : m_units->next();
+  return m_isFileOver ? nullptr : m_units->next(m_textForm);
 }
 
 // Nothing of the file is on its way any more, since all units have been accepted.

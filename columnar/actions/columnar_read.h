@@ -38,6 +38,7 @@ class ColumnarRead {
   RowBatchPointer accept(BlockUnit& unit);
   bool readOn();
   int maxUnitsAhead() const;
+  void allowLateTexts() { m_textForm = TextForm::late; }
   // The next rows of the units that have been accepted; null when there are none.
   RowBatchPointer nextRows();
 
@@ -96,7 +97,8 @@ class ColumnarRead {
   QString m_file;
   ChosenColumns m_columns;
   std::unique_ptr<GelFile> m_gelFile;
-  std::unique_ptr<BlockUnits> m_units;     // units that are being parsed need it
+  std::unique_ptr<BlockUnits> m_units;  // units that are being parsed need it
+  std::atomic<TextForm> m_textForm{TextForm::made};
   std::atomic<bool> m_isFileOver = false;  // what has been read of it beyond does not count
   std::deque<ReadEvent> m_events;          // of accepted units
 

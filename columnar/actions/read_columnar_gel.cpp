@@ -6,6 +6,7 @@
 #include "columnar/actions/messages.h"
 #include "host/contract/attribute_table.h"
 #include "host/contract/host_services.h"
+#include "host/contract/late_texts.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
@@ -209,7 +210,7 @@ bool ReadColumnarGel::computeFirstRow(ActionItem* action) {
 bool ReadColumnarGel::computeRow(ActionItem* action) {
   auto& self = static_cast<ReadColumnarGel&>(*action);
   while (self.m_rows.rowsLeft() == 0) {
-    const RowBatchPointer rows = self.m_read->nextRows();
+    const RowBatchPointer rows = withTexts(self.m_read->nextRows());
     if (rows == nullptr) {
       return !self.canReadUnits();
     }

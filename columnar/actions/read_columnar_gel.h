@@ -44,6 +44,7 @@ class ReadColumnarGel : public Catalogued<ReadColumnarGel, ActionItem>,
   }
   bool readOn() override { return m_read->readOn(); }
   int maxUnitsAhead() const override { return m_read->maxUnitsAhead(); }
+  void allowLateTexts() override { m_read->allowLateTexts(); }
   void readOnly(const TablePart& part) override { m_part = part; }
 
   // For editors, between runs. A setter leaves what saving and reading the action's XML would; the

@@ -85,10 +85,11 @@ ReadStatus ChunkDecoder::decodeNumbers(Bytes chunk, std::uint32_t rows, ByteBuff
              : status;
 }
 
-ReadStatus ChunkDecoder::decodeTexts(Bytes chunk, std::uint32_t rows, DecodedTexts& texts) {
+ReadStatus ChunkDecoder::decodeTexts(Bytes chunk, std::uint32_t rows, DecodedTexts& texts,
+                                     TextForm form) {
   const ReadStatus status = uncompress(chunk, kMaxRawSize);
   return status == ReadStatus::ok
-             ? kelvarin::decodeTexts(m_raw.bytes(), rows, texts, m_unknownEncoding)
+             ? kelvarin::decodeTexts(m_raw.bytes(), rows, form, texts, m_unknownEncoding)
              : status;
 }
 

@@ -59,7 +59,8 @@ class ChunkDecoder {
   [[nodiscard]] ReadStatus decodeKeys(Bytes chunk, StorageCode code, std::uint32_t rows,
                                       ByteBuffer& keys);
   [[nodiscard]] ReadStatus decodeNumbers(Bytes chunk, std::uint32_t rows, ByteBuffer& numbers);
-  [[nodiscard]] ReadStatus decodeTexts(Bytes chunk, std::uint32_t rows, DecodedTexts& texts);
+  [[nodiscard]] ReadStatus decodeTexts(Bytes chunk, std::uint32_t rows, DecodedTexts& texts,
+                                       TextForm form = TextForm::made);
 
   // Which of the row counts in `known` the chunk can have.
   RowCounts possibleRowCounts(Bytes chunk, GelType type, RowCounts known);

@@ -104,6 +104,17 @@ bool MomentPattern::isWhole() const {
          (has(MomentComponent::second) || m_fractionDigits == 0);
 }
 
+bool MomentPattern::isSortable() const {
+  int last = kAbsent;
+  for (const int position : m_at) {
+    if (position != kAbsent && position < last) {
+      return false;
+    }
+    last = std::max(last, position);
+  }
+  return true;
+}
+
 bool MomentPattern::parseDate(const unsigned char* text, std::uint64_t& days) const {
   std::uint64_t year = 0;
   std::uint64_t month = 0;

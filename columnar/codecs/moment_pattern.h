@@ -40,6 +40,8 @@ class MomentPattern {
 
   std::size_t size() const { return m_size; }
   std::uint64_t largest() const { return m_largest; }
+  // Larger moments are printed as larger texts: years first, then ever smaller components.
+  bool isSortable() const;
 
   // `text` has size() bytes. False when they are no moment in this pattern.
   [[nodiscard]] bool parse(const unsigned char* text, std::uint64_t& moment) const;

@@ -22,7 +22,7 @@ enum class TextLevel : std::uint8_t {
 bool isAllowedAt(TextEncoding encoding, TextLevel level);
 
 // `bytes` begin with the encoding byte and end with the texts.
-[[nodiscard]] bool decodeTextsAt(Bytes bytes, std::size_t count, TextLevel level,
+[[nodiscard]] bool decodeTextsAt(Bytes bytes, std::size_t count, TextLevel level, TextForm form,
                                  DecodedTexts& texts);
 // The same with the size before the encoding byte.
 [[nodiscard]] bool readNestedTexts(ByteReader& reader, std::size_t count, TextLevel level,

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "columnar/codecs/nested_texts.h"
+#include "columnar/codecs/shaped_texts.h"
 #include "columnar/codecs/template_printer.h"
 #include "columnar/codecs/text_entries.h"
 #include "columnar/codecs/text_limits.h"
@@ -37,6 +38,9 @@ class ShapedTextDecoder {
  public:
   [[nodiscard]] bool take(ByteReader& reader, std::size_t count);
   [[nodiscard]] bool decode(DecodedTexts& texts);
+  // Keeping the fields instead takes more time where texts repeat, and no more memory than some.
+  bool canKeepFields() const;
+  [[nodiscard]] bool keepFields(DecodedTexts& texts);
 
  private:
   [[nodiscard]] bool takeTemplates(ByteReader& reader);
@@ -49,6 +53,7 @@ class ShapedTextDecoder {
   [[nodiscard]] bool addRow(std::size_t number, TextEntries& entries, PrintedText& text);
   [[nodiscard]] bool addPrinted(std::size_t number, TextEntries& entries, PrintedText& text);
   [[nodiscard]] bool addNull();
+  bool doesRepeat(std::size_t index) const;
   [[nodiscard]] bool findRepeating();
   [[nodiscard]] bool printRepeating(std::size_t index, std::uint32_t combination,
                                     TextEntries& entries);
@@ -218,18 +223,22 @@ bool ShapedTextDecoder::addRow(std::size_t number, TextEntries& entries, Printed
   return true;
 }
 
+// Not worthwhile where most occur once.
+bool ShapedTextDecoder::doesRepeat(std::size_t index) const {
+  const std::size_t combinations = m_printers[index].combinationCount();
+  return combinations != 0 && combinations <= 4 * m_rows[index];
+}
+
 bool ShapedTextDecoder::findRepeating() {
   m_repeating.resize(otherNumber() + 1);
   m_last.resize(m_printers.size());
   for (std::size_t i = 0; i < m_printers.size(); ++i) {
-    const std::size_t combinations = m_printers[i].combinationCount();
-    // Not worthwhile where most occur once.
-    if (combinations == 0 || combinations > 4 * m_rows[i]) {
+    if (!doesRepeat(i)) {
       continue;
     }
     RepeatingTexts& repeating = m_repeating[i].emplace();
     repeating.combinations.resize(m_rows[i]);
-    repeating.printed.resize(combinations);
+    repeating.printed.resize(m_printers[i].combinationCount());
     if (!m_printers[i].takeCombinations(repeating.combinations)) {
       return false;
     }
@@ -307,11 +316,48 @@ bool ShapedTextDecoder::decode(DecodedTexts& texts) {
   return m_sizeOfRows == size;
 }
 
+bool ShapedTextDecoder::canKeepFields() const {
+  std::uint64_t size = 0;
+  for (std::size_t i = 0; i < m_printers.size(); ++i) {
+    if (doesRepeat(i)) {
+      return false;
+    }
+    size += m_printers[i].sizeOfNumbers(m_rows[i]);
+  }
+  return size <= 2 * (m_size + m_count * kLengthSize);
+}
+
+bool ShapedTextDecoder::keepFields(DecodedTexts& texts) {
+  std::uint64_t size = m_count * kLengthSize;
+  std::vector<std::vector<PieceValues>> templates(m_printers.size());
+  for (std::size_t i = 0; i < templates.size(); ++i) {
+    if (!m_printers[i].takeValues(m_rows[i], templates[i], size)) {
+      return false;
+    }
+  }
+  const std::size_t others = m_rows[otherNumber()];
+  const std::size_t times = m_others.offsets.size() == 1 ? others : 1;
+  for (const std::uint32_t offset : m_others.offsets) {
+    const auto length = loadPacked<std::uint32_t>(m_others.bytes.data() + offset);
+    if (length == kNullLength) {
+      return false;
+    }
+    size += times * length;
+  }
+  texts.shaped = std::make_shared<const ShapedTexts>(std::move(templates), std::move(m_numbers),
+                                                     std::move(m_others));
+  return size == m_size + m_count * kLengthSize;
+}
+
 }  // namespace
 
-bool decodeShapedTexts(ByteReader& reader, std::size_t count, DecodedTexts& texts) {
+bool decodeShapedTexts(ByteReader& reader, std::size_t count, TextForm form, DecodedTexts& texts) {
   ShapedTextDecoder decoder;
-  return decoder.take(reader, count) && decoder.decode(texts);
+  if (!decoder.take(reader, count)) {
+    return false;
+  }
+  return form == TextForm::late && decoder.canKeepFields() ? decoder.keepFields(texts)
+                                                           : decoder.decode(texts);
 }
 
 }  // namespace kelvarin

@@ -10,6 +10,7 @@ namespace kelvarin {
 
 // `reader` is behind the encoding byte. False where the bytes are damaged or there are other than
 // `count` texts.
-[[nodiscard]] bool decodeShapedTexts(ByteReader& reader, std::size_t count, DecodedTexts& texts);
+[[nodiscard]] bool decodeShapedTexts(ByteReader& reader, std::size_t count, TextForm form,
+                                     DecodedTexts& texts);
 
 }  // namespace kelvarin

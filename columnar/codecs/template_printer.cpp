@@ -1,84 +1,16 @@
 #include "columnar/codecs/template_printer.h"
 
 #include <algorithm>
-#include <array>
 
-#include "columnar/codecs/digit_printing.h"
 #include "columnar/codecs/nested_texts.h"
+#include "columnar/codecs/text_values.h"
 
 namespace kelvarin {
 
 namespace {
 
-// Copies whole words, up to 15 bytes behind the end of either.
-void copyShort(const unsigned char* from, std::size_t size, unsigned char* out) {
-  constexpr std::size_t kWord = 16;
-  std::memcpy(out, from, kWord);
-  for (std::size_t i = kWord; i < size; i += kWord) {
-    std::memcpy(out + i, from + i, kWord);
-  }
-}
-
 // Texts of fields that are copied as so many bytes, without a call.
 constexpr std::size_t kShortText = 16;
-
-// The digits of the numbers below 1000, which are the most frequent, and how many these are.
-struct SmallNumber {
-  unsigned char digits[3];
-  std::uint8_t count;
-};
-
-constexpr std::array<SmallNumber, 1000> kSmallNumbers = [] {
-  std::array<SmallNumber, 1000> numbers{};
-  for (unsigned i = 0; i < numbers.size(); ++i) {
-    const int count = i < 10 ? 1 : i < 100 ? 2 : 3;
-    unsigned rest = i;
-    for (int digit = count; digit-- > 0; rest /= 10) {
-      numbers[i].digits[digit] = static_cast<unsigned char>('0' + rest % 10);
-    }
-    numbers[i].count = static_cast<std::uint8_t>(count);
-  }
-  return numbers;
-}();
-
-unsigned char* printShortest(std::uint64_t number, unsigned char* out) {
-  if (number < kSmallNumbers.size()) {
-    const SmallNumber& small = kSmallNumbers[number];
-    std::memcpy(out, &small, sizeof small);
-    return out + small.count;
-  }
-  const int width = digitCount(number);
-  printDigits(number, width, out);
-  return out + width;
-}
-
-unsigned char* printVaryingDigits(std::uint64_t number, unsigned char* out) {
-  int width = digitCount(number);
-  width -= width > 1 && number < countOfShorterDigits(width);
-  printDigits(number - countOfShorterDigits(width), width, out);
-  return out + width;
-}
-
-// Prints all digits, and moves those of the fraction by the separator.
-unsigned char* printDecimal(std::uint64_t number, int width, unsigned char separator,
-                            unsigned char* out) {
-  const int count = std::max(digitCount(number), width + 1);
-  if (count <= 8) {
-    const std::uint64_t eight = eightDigits(static_cast<std::uint32_t>(number)) >> 8 * (8 - count);
-    const int whole = count - width;
-    storePacked(out, eight);
-    out[whole] = separator;
-    storePacked(out + whole + 1, eight >> 8 * whole);
-    return out + count + 1;
-  }
-  printDigits(number, count, out);
-  unsigned char* const fraction = out + count - width;
-  unsigned char digits[kMaxDecimalDigits];
-  std::memcpy(digits, fraction, sizeof digits);
-  *fraction = separator;
-  std::memcpy(fraction + 1, digits, sizeof digits);
-  return out + count + 1;
-}
 
 }  // namespace
 
@@ -95,34 +27,25 @@ bool TemplatePrinter::takeField(ByteReader& reader, const TemplatePiece& piece, 
     column.findValues();
     return true;
   }
-  if (piece.kind == PieceKind::moment && !step.moment.compile(piece.bytes)) {
-    return false;
-  }
   step.numbers = &m_numbers.emplace_back();
-  return step.numbers->take(reader, rows, largestNumber(piece));
+  step.largest = largestNumber(piece);
+  return step.numbers->take(reader, rows, step.largest);
 }
 
 bool TemplatePrinter::takeColumns(ByteReader& reader, std::size_t rows) {
-  // Digits are at most 19 with a separator, moments 32.
-  constexpr std::size_t kLongestField = 40;
   for (const TemplatePiece& piece : m_template.pieces) {
     Step& step = m_steps.emplace_back();
-    step.kind = piece.kind;
-    step.width = piece.width;
-    if (piece.kind == PieceKind::fixed) {
-      step.width = static_cast<int>(piece.bytes.size());
-      step.fixed = piece.bytes;
-      step.fixed.resize(step.fixed.size() + 16);
+    if (!step.printer.set(piece)) {
+      return false;
+    }
+    if (!piece.isField()) {
       m_maxPrinted += piece.bytes.size();
       continue;
-    }
-    if (piece.kind == PieceKind::decimal) {
-      step.separator = static_cast<unsigned char>(piece.bytes[0]);
     }
     if (!takeField(reader, piece, rows, step)) {
       return false;
     }
-    m_maxPrinted += kLongestField;
+    m_maxPrinted += PiecePrinter::kLongestNumber;
     const std::uint64_t values = valueCount(step);
     const bool areFew = values <= kMaxCombinations && m_combinationCount <= kMaxCombinations;
     m_combinationCount = areFew ? m_combinationCount * values : 0;
@@ -191,7 +114,7 @@ bool TemplatePrinter::takeCombinations(std::span<std::uint32_t> combinations) {
   std::fill(combinations.begin(), combinations.end(), 0);
   std::size_t factor = 1;
   for (Step& step : m_steps) {
-    if (step.kind == PieceKind::fixed) {
+    if (!step.isField()) {
       continue;
     }
     if (!addIndices(step, factor, combinations)) {
@@ -205,7 +128,7 @@ bool TemplatePrinter::takeCombinations(std::span<std::uint32_t> combinations) {
 unsigned char* TemplatePrinter::printCombination(std::uint32_t combination, unsigned char* out,
                                                  const unsigned char* end) {
   for (Step& step : m_steps) {
-    if (step.kind != PieceKind::fixed) {
+    if (step.isField()) {
       const auto values = static_cast<std::uint32_t>(valueCount(step));
       const std::uint32_t index = combination % values;
       combination /= values;
@@ -230,38 +153,13 @@ bool TemplatePrinter::takeNext(Step& step) {
   return true;
 }
 
-unsigned char* TemplatePrinter::printNumber(Step& step, unsigned char* out) {
-  const std::uint64_t number = step.current;
-  switch (step.kind) {
-    case PieceKind::digits:
-      printDigits(number, step.width, out);
-      return out + step.width;
-    case PieceKind::number:
-      return printShortest(number, out);
-    case PieceKind::varyingDigits:
-      return printVaryingDigits(number, out);
-    case PieceKind::lowerHex:
-      printHex(number, step.width, kLowerLetterOffset, out);
-      return out + step.width;
-    case PieceKind::upperHex:
-      printHex(number, step.width, kUpperLetterOffset, out);
-      return out + step.width;
-    case PieceKind::decimal:
-      return printDecimal(number, step.width, step.separator, out);
-    default:
-      step.moment.print(number, out);
-      return out + step.moment.size();
-  }
-}
-
 unsigned char* TemplatePrinter::printCurrent(Step& step, unsigned char* out,
                                              const unsigned char* end) {
-  if (step.kind == PieceKind::fixed) {
-    copyShort(asBytes(step.fixed).data(), static_cast<std::size_t>(step.width), out);
-    return out + step.width;
+  if (!step.isField()) {
+    return step.printer.printFixed(out);
   }
-  if (step.kind != PieceKind::text) {
-    return printNumber(step, out);
+  if (step.numbers != nullptr) {
+    return step.printer.printNumber(step.current, out);
   }
   const unsigned char* text = step.texts->texts.bytes.data() + step.current;
   const auto size = loadPacked<std::uint32_t>(text);
@@ -298,6 +196,71 @@ unsigned char* TemplatePrinter::printFields(unsigned char* out, const unsigned c
     }
   }
   return out;
+}
+
+std::size_t TemplatePrinter::sizeOfNumbers(std::size_t rows) const {
+  const auto isStored = [](const IntegerColumn& column) { return !column.isConstant(); };
+  return static_cast<std::size_t>(std::ranges::count_if(m_numbers, isStored)) * rows *
+         sizeof(std::uint64_t);
+}
+
+bool TemplatePrinter::takeNumbers(Step& step, std::size_t rows, PieceValues& piece,
+                                  std::uint64_t& size) {
+  const bool isConstant = step.numbers->isConstant();
+  const std::size_t stored = isConstant ? 1 : rows;
+  piece.step = isConstant ? 0 : 1;
+  piece.largest = step.largest;
+  piece.numbers = std::make_unique_for_overwrite<std::uint64_t[]>(stored);
+  for (std::size_t row = 0; row < stored;) {
+    const auto numbers = step.numbers->nextNumbers();
+    if (numbers.empty()) {
+      return false;
+    }
+    const auto taken = numbers.first(std::min(numbers.size(), stored - row));
+    std::copy(taken.begin(), taken.end(), piece.numbers.get() + row);
+    row += taken.size();
+  }
+  if (isConstant || piece.printer.hasFixedWidth()) {
+    size += rows * piece.printer.sizeOf(piece.numbers[0]);
+    return true;
+  }
+  for (std::size_t row = 0; row < rows; ++row) {
+    size += piece.printer.sizeOf(piece.numbers[row]);
+  }
+  return true;
+}
+
+// A null text cannot be part of another.
+bool TemplatePrinter::takeTexts(Step& step, std::size_t rows, PieceValues& piece,
+                                std::uint64_t& size) {
+  piece.texts = std::move(step.texts->texts);
+  piece.step = step.texts->step;
+  piece.endOfTexts = step.texts->endOfBytes;
+  const std::size_t times = piece.step == 0 ? rows : 1;
+  for (const std::uint32_t offset : piece.texts.offsets) {
+    const auto length = loadPacked<std::uint32_t>(piece.texts.bytes.data() + offset);
+    if (length == kNullLength) {
+      return false;
+    }
+    size += times * length;
+  }
+  return true;
+}
+
+bool TemplatePrinter::takeValues(std::size_t rows, std::vector<PieceValues>& pieces,
+                                 std::uint64_t& size) {
+  for (Step& step : m_steps) {
+    PieceValues& piece = pieces.emplace_back();
+    piece.printer = std::move(step.printer);
+    const bool isTaken = step.numbers != nullptr ? takeNumbers(step, rows, piece, size)
+                         : step.texts != nullptr ? takeTexts(step, rows, piece, size)
+                                                 : true;
+    if (!isTaken) {
+      return false;
+    }
+    size += piece.isFixed() ? rows * piece.printer.fixedSize() : 0;
+  }
+  return true;
 }
 
 }  // namespace kelvarin

@@ -11,6 +11,8 @@
 #include <vector>
 
 #include "columnar/codecs/integer_column.h"
+#include "columnar/codecs/piece_printer.h"
+#include "columnar/codecs/shaped_texts.h"
 #include "columnar/codecs/text_encoding.h"
 #include "columnar/codecs/text_template.h"
 
@@ -19,7 +21,7 @@ namespace kelvarin {
 class TemplatePrinter {
  public:
   // Behind the end of a text's memory there are so many more bytes that printing may touch.
-  std::size_t margin() const { return m_maxPrinted + kOverrun; }
+  std::size_t margin() const { return m_maxPrinted + PiecePrinter::kOverrun; }
 
   [[nodiscard]] bool takeTemplate(ByteReader& reader) { return m_template.take(reader); }
   // The columns of the fields, for `rows` texts.
@@ -40,9 +42,13 @@ class TemplatePrinter {
   unsigned char* printCombination(std::uint32_t combination, unsigned char* out,
                                   const unsigned char* end);
 
- private:
-  static constexpr std::size_t kOverrun = 64;
+  // The numbers of all texts can be taken at once instead, as so many bytes.
+  std::size_t sizeOfNumbers(std::size_t rows) const;
+  // Takes the values of all pieces and adds what the texts take to `size`.
+  [[nodiscard]] bool takeValues(std::size_t rows, std::vector<PieceValues>& pieces,
+                                std::uint64_t& size);
 
+ private:
   // The texts of a field; a single one where all are the same.
   struct TextColumn {
     DecodedTexts texts;
@@ -56,22 +62,23 @@ class TemplatePrinter {
     void findValues();
     [[nodiscard]] bool addIndices(std::size_t factor, std::span<std::uint32_t> combinations);
   };
+  // A piece, and where the values of a field come from.
   struct Step {
-    PieceKind kind = PieceKind::fixed;
-    int width = 0;
-    unsigned char separator = 0;
-    std::string fixed;
-    MomentPattern moment;
+    PiecePrinter printer;
     IntegerColumn* numbers = nullptr;
     TextColumn* texts = nullptr;
+    std::uint64_t largest = 0;  // number of the field
     std::uint64_t current = 0;  // number of the next text, or offset of its text in the column
+
+    bool isField() const { return printer.kind() != PieceKind::fixed; }
   };
 
   static bool takeNext(Step& step);
+  static bool takeNumbers(Step& step, std::size_t rows, PieceValues& piece, std::uint64_t& size);
+  static bool takeTexts(Step& step, std::size_t rows, PieceValues& piece, std::uint64_t& size);
   static std::uint64_t valueCount(const Step& step);
   static bool addIndices(Step& step, std::size_t factor, std::span<std::uint32_t> combinations);
   static unsigned char* printCurrent(Step& step, unsigned char* out, const unsigned char* end);
-  static unsigned char* printNumber(Step& step, unsigned char* out);
   [[nodiscard]] bool takeField(ByteReader& reader, const TemplatePiece& piece, std::size_t rows,
                                Step& step);
 

@@ -161,14 +161,14 @@ bool decodeEncodedDictionary(ByteReader& reader, std::size_t rows, TextLevel lev
 }
 
 bool decode(TextEncoding encoding, ByteReader& reader, std::size_t count, TextLevel level,
-            DecodedTexts& texts) {
+            TextForm form, DecodedTexts& texts) {
   switch (encoding) {
     case TextEncoding::plain:
       return decodePlain(reader, count, texts);
     case TextEncoding::dictionary:
       return decodeDictionary(reader, count, level, texts);
     case TextEncoding::shaped:
-      return decodeShapedTexts(reader, count, texts);
+      return decodeShapedTexts(reader, count, form, texts);
     case TextEncoding::symbols:
       return decodeSymbolTexts(reader, count, texts);
     case TextEncoding::encodedDictionary:
@@ -201,28 +201,32 @@ bool isAllowedAt(TextEncoding encoding, TextLevel level) {
   return false;
 }
 
-bool decodeTextsAt(Bytes bytes, std::size_t count, TextLevel level, DecodedTexts& texts) {
+bool decodeTextsAt(Bytes bytes, std::size_t count, TextLevel level, TextForm form,
+                   DecodedTexts& texts) {
   texts.entries.clear();
   texts.codes.clear();
+  texts.shaped.reset();
   ByteReader reader(bytes);
   std::uint8_t encoding = 0;
   return reader.read(encoding) && isAllowedAt(static_cast<TextEncoding>(encoding), level) &&
-         decode(static_cast<TextEncoding>(encoding), reader, count, level, texts);
+         decode(static_cast<TextEncoding>(encoding), reader, count, level, form, texts);
 }
 
 bool readNestedTexts(ByteReader& reader, std::size_t count, TextLevel level, DecodedTexts& texts) {
   std::uint64_t size = 0;
   Bytes bytes;
   return readShortNumber(reader, size) && reader.readBytes(size, bytes) &&
-         decodeTextsAt(bytes, count, level, texts);
+         decodeTextsAt(bytes, count, level, TextForm::made, texts);
 }
 
-ReadStatus decodeTexts(Bytes bytes, std::uint32_t rows, DecodedTexts& texts, int& unknownEncoding) {
+ReadStatus decodeTexts(Bytes bytes, std::uint32_t rows, TextForm form, DecodedTexts& texts,
+                       int& unknownEncoding) {
   if (!bytes.empty() && !isAllowedAt(static_cast<TextEncoding>(bytes[0]), TextLevel::chunk)) {
     unknownEncoding = bytes[0];
   }
-  return rows > 0 && decodeTextsAt(bytes, rows, TextLevel::chunk, texts) ? ReadStatus::ok
-                                                                         : ReadStatus::corrupted;
+  return rows > 0 && decodeTextsAt(bytes, rows, TextLevel::chunk, form, texts)
+             ? ReadStatus::ok
+             : ReadStatus::corrupted;
 }
 
 }  // namespace kelvarin

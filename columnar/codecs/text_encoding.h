@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "columnar/codecs/byte_buffer.h"
@@ -24,6 +25,13 @@ enum class TextEncoding : std::uint8_t {
   codedEntries = 6,       // the same in Huffman codes
 };
 
+class ShapedTexts;
+
+enum class TextForm : std::uint8_t {
+  made,
+  late,  // those with a shape may be kept as their fields, until they are needed
+};
+
 // Texts in the form that rows point to: a 32-bit length, then the bytes. Several rows may share
 // one.
 struct DecodedTexts {
@@ -35,6 +43,8 @@ struct DecodedTexts {
   // same text may be stored more than once, or for no row. Else both are empty.
   std::vector<std::uint32_t> entries;
   std::vector<std::uint16_t> codes;
+  // Instead of all others, where the texts are kept as their fields.
+  std::shared_ptr<const ShapedTexts> shaped;
 
   // More entries would not spare much.
   static constexpr std::size_t maxEntries(std::size_t rows) {
@@ -45,7 +55,7 @@ struct DecodedTexts {
 
 // `bytes` begin with the encoding byte. Their structure is checked before `texts` allocates.
 // `unknownEncoding` is set to the encoding byte when this version does not know it.
-[[nodiscard]] ReadStatus decodeTexts(Bytes bytes, std::uint32_t rows, DecodedTexts& texts,
-                                     int& unknownEncoding);
+[[nodiscard]] ReadStatus decodeTexts(Bytes bytes, std::uint32_t rows, TextForm form,
+                                     DecodedTexts& texts, int& unknownEncoding);
 
 }  // namespace kelvarin

@@ -19,17 +19,18 @@ BlockDecoder::BlockDecoder(const GelFile& file, const std::vector<std::size_t>& 
   }
 }
 
-ReadStatus BlockDecoder::decode(const FetchedBlock& block, std::size_t index,
+ReadStatus BlockDecoder::decode(const FetchedBlock& block, std::size_t index, TextForm form,
                                 DecodedColumn& values) {
   const FetchedBlock::Chunk& chunk = block.chunks[index];
   if (chunk.status != ReadStatus::ok) {
     return chunk.status;
   }
   auto decoder = takeDecoder();
-  const ReadStatus status =
-      decodeColumn(*decoder, m_file.column(chunk.column), chunk.bytes, block.rowCount, values);
+  const bool mustMatch = isToCompare(block, m_types[index]);
+  const ReadStatus status = decodeColumn(*decoder, m_file.column(chunk.column), chunk.bytes,
+                                         block.rowCount, values, mustMatch ? TextForm::made : form);
   giveBack(std::move(decoder));
-  const bool isRight = status != ReadStatus::ok || !isToCompare(block, m_types[index]) ||
+  const bool isRight = status != ReadStatus::ok || !mustMatch ||
                        matchesStatistics(m_file, block.descriptor.data(), chunk.column, values);
   return isRight ? status : ReadStatus::foreign;
 }

@@ -23,7 +23,7 @@ class BlockDecoder {
   // Of the columns.
   const std::vector<MetaTypeColumn>& types() const { return m_types; }
   // Decodes one column. After any status but ok, `values` are unspecified.
-  [[nodiscard]] ReadStatus decode(const FetchedBlock& block, std::size_t index,
+  [[nodiscard]] ReadStatus decode(const FetchedBlock& block, std::size_t index, TextForm form,
                                   DecodedColumn& values);
 
  private:

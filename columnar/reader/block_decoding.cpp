@@ -4,9 +4,10 @@
 
 namespace kelvarin {
 
-BlockDecoding::BlockDecoding(BlockDecoder& decoder, FetchedBlock block)
+BlockDecoding::BlockDecoding(BlockDecoder& decoder, FetchedBlock block, TextForm form)
     : m_decoder(decoder),
       m_block(std::move(block)),
+      m_form(form),
       m_columns(decoder.types(), m_block.rowCount),
       m_statuses(m_block.chunks.size(), ReadStatus::corrupted) {}
 
@@ -52,7 +53,7 @@ void BlockDecoding::decodeColumns() {
 
 void BlockDecoding::decodeColumn(std::size_t index) {
   DecodedColumn values;
-  m_statuses[index] = m_decoder.decode(m_block, index, values);
+  m_statuses[index] = m_decoder.decode(m_block, index, m_form, values);
   if (m_statuses[index] == ReadStatus::ok) {
     m_columns.set(index, std::move(values));
   } else {

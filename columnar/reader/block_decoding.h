@@ -20,7 +20,7 @@ namespace kelvarin {
 class BlockDecoding {
  public:
   // `decoder` outlives it.
-  BlockDecoding(BlockDecoder& decoder, FetchedBlock block);
+  BlockDecoding(BlockDecoder& decoder, FetchedBlock block, TextForm form = TextForm::made);
 
   const FetchedBlock& block() const { return m_block; }
   // About as much memory as it will take.
@@ -38,6 +38,7 @@ class BlockDecoding {
 
   BlockDecoder& m_decoder;
   FetchedBlock m_block;
+  const TextForm m_form;
   BlockColumns m_columns;
   std::vector<ReadStatus> m_statuses;  // of the columns
   std::atomic<std::size_t> m_nextColumn = 0;

@@ -30,18 +30,18 @@ std::size_t BlockUnits::unitsOfBlock() const {
   return batchesOfBlock(m_file.rowsInBlock(), m_chunks->columnCount());
 }
 
-std::unique_ptr<BlockUnit> BlockUnits::next() {
+std::unique_ptr<BlockUnit> BlockUnits::next(TextForm form) {
   std::unique_ptr<BlockUnit> unit;
   try {
     unit = std::make_unique<BlockUnit>(m_part);
-    fill(*unit);
+    fill(*unit, form);
   } catch (const std::bad_alloc&) {
     endWith({.kind = ReadEvent::Kind::noMemory, .firstRow = m_scan.rowsPassed()});
   }
   return unit && !unit->isEmpty() ? std::move(unit) : nullptr;
 }
 
-void BlockUnits::fill(BlockUnit& unit) {
+void BlockUnits::fill(BlockUnit& unit, TextForm form) {
   if (m_nextPart.block) {
     unit.add(m_nextPart);
     ++m_nextPart.batch;
@@ -54,7 +54,7 @@ void BlockUnits::fill(BlockUnit& unit) {
     BlockInfo block;
     switch (m_scan.next(block)) {
       case BlockScan::Step::block:
-        takeBlock(unit, block);
+        takeBlock(unit, block, form);
         break;
       case BlockScan::Step::corrupted:
         addLostRows(unit);
@@ -69,14 +69,14 @@ void BlockUnits::fill(BlockUnit& unit) {
   }
 }
 
-void BlockUnits::takeBlock(BlockUnit& unit, const BlockInfo& block) {
+void BlockUnits::takeBlock(BlockUnit& unit, const BlockInfo& block, TextForm form) {
   if (block.firstRow >= m_part->endRow || block.index >= m_part->endBlock) {
     endWith({});
     return;
   }
   const bool isInPart = block.index >= m_part->firstBlock && block.lastRow() >= m_part->firstRow;
   if (isInPart && (!m_wantsBlock || m_wantsBlock(m_file, block))) {
-    addBlock(unit, block);
+    addBlock(unit, block, form);
   }
 }
 
@@ -89,8 +89,8 @@ void BlockUnits::addLostRows(BlockUnit& unit) const {
   }
 }
 
-void BlockUnits::addBlock(BlockUnit& unit, const BlockInfo& block) {
-  auto decoding = std::make_shared<BlockDecoding>(m_decoder, m_chunks->fetch(block));
+void BlockUnits::addBlock(BlockUnit& unit, const BlockInfo& block, TextForm form) {
+  auto decoding = std::make_shared<BlockDecoding>(m_decoder, m_chunks->fetch(block), form);
   unit.add({decoding, 0});
   if (decoding->columns().batchCount() > 1) {
     m_nextPart = {std::move(decoding), 1};

@@ -28,8 +28,8 @@ class BlockUnits {
       const GelFile& file, const std::vector<std::size_t>& columns, WantsBlock wantsBlock = {},
       const TablePart& part = {});
 
-  // Null at the end.
-  std::unique_ptr<BlockUnit> next();
+  // Null at the end. `form` is that of texts in blocks that it begins.
+  std::unique_ptr<BlockUnit> next(TextForm form = TextForm::made);
   // How the file ends, when next() has returned null: a last event.
   const ReadEvent& end() const { return m_end; }
   // How many units a full block makes.
@@ -39,9 +39,9 @@ class BlockUnits {
   BlockUnits(const GelFile& file, const std::vector<std::size_t>& columns,
              std::unique_ptr<ChunkReader> chunks, WantsBlock wantsBlock, const TablePart& part);
 
-  void fill(BlockUnit& unit);
-  void takeBlock(BlockUnit& unit, const BlockInfo& block);
-  void addBlock(BlockUnit& unit, const BlockInfo& block);
+  void fill(BlockUnit& unit, TextForm form);
+  void takeBlock(BlockUnit& unit, const BlockInfo& block, TextForm form);
+  void addBlock(BlockUnit& unit, const BlockInfo& block, TextForm form);
   void addLostRows(BlockUnit& unit) const;
   void endWith(const ReadEvent& event);
 

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "columnar/codecs/shaped_texts.h"
+#include "host/contract/late_texts.h"
+
 namespace kelvarin {
 
 namespace {
@@ -13,10 +16,36 @@ void repeatFirst(ByteBuffer& values, std::size_t rows) {
   std::fill_n(reinterpret_cast<Value*>(values.data()), rows, value);
 }
 
+class LateShapedTexts final : public LateTexts {
+ public:
+  explicit LateShapedTexts(std::shared_ptr<const ShapedTexts> texts) : m_texts(std::move(texts)) {}
+
+  std::size_t byteCount() const override { return m_texts->byteCount(); }
+  std::shared_ptr<const unsigned char[]> make(const Rows& rows, std::uint32_t* positions,
+                                              std::size_t& size) const override {
+    const ShapedTexts::Rows chosen = rowsOf(rows);
+    size = m_texts->sizeOf(chosen);
+    auto bytes = std::make_shared_for_overwrite<unsigned char[]>(size + ShapedTexts::kMargin);
+    m_texts->make(chosen, bytes.get(), positions);
+    return bytes;
+  }
+  void compare(std::string_view bytes, bool isEqualityOnly, std::int8_t ofNull, const Rows& rows,
+               std::int8_t* orders) const override {
+    m_texts->compare(bytes, isEqualityOnly, ofNull, rowsOf(rows), orders);
+  }
+
+ private:
+  static ShapedTexts::Rows rowsOf(const Rows& rows) {
+    return {rows.first, rows.selection, rows.count};
+  }
+
+  const std::shared_ptr<const ShapedTexts> m_texts;
+};
+
 }  // namespace
 
 ReadStatus decodeColumn(ChunkDecoder& decoder, const GelColumn& column, Bytes chunk,
-                        std::uint32_t rows, DecodedColumn& values) {
+                        std::uint32_t rows, DecodedColumn& values, TextForm form) {
   switch (column.type) {
     case GelType::key:
       return decoder.decodeKeys(chunk, column.storage, rows, values.values);
@@ -25,7 +54,7 @@ ReadStatus decodeColumn(ChunkDecoder& decoder, const GelColumn& column, Bytes ch
     case GelType::text:
       break;
   }
-  return decoder.decodeTexts(chunk, rows, values.texts);
+  return decoder.decodeTexts(chunk, rows, values.texts, form);
 }
 
 bool isRepeated(const DecodedColumn& values, MetaTypeColumn type, std::uint64_t rows) {
@@ -56,6 +85,11 @@ BatchColumn batchColumn(std::shared_ptr<const DecodedColumn> values, MetaTypeCol
       return BatchColumn::ofKeys(std::move(values), reinterpret_cast<const std::uint32_t*>(fixed));
     default:
       break;
+  }
+  if (texts.shaped != nullptr) {
+    auto late = std::make_shared<const LateShapedTexts>(texts.shaped);
+    const std::size_t size = late->byteCount();
+    return BatchColumn::ofLateTexts(type, std::move(late), 0, size);
   }
   BatchColumn column = BatchColumn::ofTexts(type, std::move(values), texts.bytes.data(),
                                             texts.offsets.data(), texts.bytes.size());

@@ -20,13 +20,15 @@ struct DecodedColumn {
 };
 
 [[nodiscard]] ReadStatus decodeColumn(ChunkDecoder& decoder, const GelColumn& column, Bytes chunk,
-                                      std::uint32_t rows, DecodedColumn& values);
+                                      std::uint32_t rows, DecodedColumn& values,
+                                      TextForm form = TextForm::made);
 
 // Whether the only value stands for more than one row.
 bool isRepeated(const DecodedColumn& values, MetaTypeColumn type, std::uint64_t rows);
 // Stores the only value `rows` times.
 void repeat(DecodedColumn& values, MetaTypeColumn type, std::size_t rows);
-// The values in the form of a batch; nothing is copied.
+// The values in the form of a batch; nothing is copied. Texts that are kept as their fields are
+// late ones.
 BatchColumn batchColumn(std::shared_ptr<const DecodedColumn> values, MetaTypeColumn type);
 
 }  // namespace kelvarin

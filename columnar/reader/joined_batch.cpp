@@ -4,6 +4,8 @@
 #include <cstring>
 #include <iterator>
 
+#include "host/contract/late_texts.h"
+
 namespace kelvarin {
 
 namespace {
@@ -113,10 +115,12 @@ BatchColumn joinedColumn(Batches batches, std::size_t column, std::size_t rows) 
 
 }  // namespace
 
-RowBatchPointer joined(Batches batches) {
-  if (batches.size() == 1) {
-    return batches.front();
+RowBatchPointer joined(Batches parts) {
+  if (parts.size() == 1) {
+    return parts.front();
   }
+  std::vector<RowBatchPointer> batches;
+  std::ranges::transform(parts, std::back_inserter(batches), withTexts);
   std::size_t rows = 0;
   for (const RowBatchPointer& batch : batches) {
     rows += batch->rowCount();

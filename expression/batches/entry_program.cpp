@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
+
+#include "expression/backends/string_values.h"
 
 namespace kelvarin {
 
@@ -79,6 +82,48 @@ TypedTree subtreeOf(const TypedTree& tree, std::size_t root) {
   return part;
 }
 
+// As it is with both sides exchanged.
+Operation exchanged(Operation comparison) {
+  switch (comparison) {
+    case Operation::less:
+      return Operation::greater;
+    case Operation::lessOrEqual:
+      return Operation::greaterOrEqual;
+    case Operation::greater:
+      return Operation::less;
+    case Operation::greaterOrEqual:
+      return Operation::lessOrEqual;
+    default:
+      return comparison;
+  }
+}
+
+bool isComparison(Operation operation) {
+  return operation >= Operation::less && operation <= Operation::notEqual;
+}
+
+// Nothing where the node is not that of a text variable and a constant.
+std::optional<EntryProgram::Comparison> comparisonAt(const TypedTree& tree, std::size_t index) {
+  const TreeNode& node = tree.nodes[index];
+  if (!isComparison(node.operation) || tree.nodes[node.operands[0]].type != ValueType::text) {
+    return std::nullopt;
+  }
+  const TreeNode* variable = &tree.nodes[node.operands[0]];
+  const TreeNode* constant = &tree.nodes[node.operands[1]];
+  const bool isExchanged = variable->operation == Operation::constant;
+  if (isExchanged) {
+    std::swap(variable, constant);
+  }
+  if (variable->operation != Operation::variable || constant->operation != Operation::constant) {
+    return std::nullopt;
+  }
+  return EntryProgram::Comparison{
+      .variable = variable->variable,
+      .node = index,
+      .operation = isExchanged ? exchanged(node.operation) : node.operation,
+      .bytes = constant->isNullText ? std::string(kNullTextBytes) : constant->text};
+}
+
 }  // namespace
 
 std::unique_ptr<const EntryProgram> EntryProgram::of(const TypedTree& tree, std::size_t firstColumn,
@@ -94,6 +139,7 @@ std::unique_ptr<const EntryProgram> EntryProgram::of(const TypedTree& tree, std:
       return nullptr;
     }
   }
+  program->findComparisons();
   return program;
 }
 
@@ -110,22 +156,60 @@ bool EntryProgram::addPart(std::size_t variable, std::size_t node) {
   return m_parts.back().program != nullptr;
 }
 
-const ColumnProgram* EntryProgram::rest(Variables taken) const {
+bool EntryProgram::isIn(Variables variables, std::size_t variable) const {
+  const auto known = std::ranges::lower_bound(m_variables, variable);
+  return known != m_variables.end() && *known == variable &&
+         (variables >> (known - m_variables.begin()) & 1u) != 0;
+}
+
+bool EntryProgram::isOnlyCompared(std::size_t variable) const {
+  return std::ranges::find(m_comparisons, variable, &Comparison::variable) != m_comparisons.end();
+}
+
+void EntryProgram::findComparisons() {
+  Variables used = 0;  // in another way
+  std::vector<Comparison> comparisons;
+  for (std::size_t i = 0; i < m_tree.nodes.size(); ++i) {
+    if (std::optional<Comparison> comparison = comparisonAt(m_tree, i)) {
+      comparisons.push_back(std::move(*comparison));
+      continue;
+    }
+    for (const std::size_t operand : m_tree.nodes[i].operands) {
+      if (m_tree.nodes[operand].operation == Operation::variable) {
+        const auto known = std::ranges::find(m_variables, m_tree.nodes[operand].variable);
+        used |= known == m_variables.end() ? 0 : Variables{1} << (known - m_variables.begin());
+      }
+    }
+  }
+  std::erase_if(comparisons,
+                [&](const Comparison& comparison) { return !isIn(~used, comparison.variable); });
+  m_comparisons = std::move(comparisons);
+}
+
+const ColumnProgram* EntryProgram::rest(Variables ofParts, Variables ofComparisons) const {
   const std::lock_guard lock(m_mutex);
-  const auto [rest, isNew] = m_rests.try_emplace(taken);
+  const auto [rest, isNew] = m_rests.try_emplace({ofParts, ofComparisons});
   if (isNew) {
-    rest->second = makeRest(taken);
+    rest->second = makeRest(ofParts, ofComparisons);
   }
   return rest->second.get();
 }
 
-std::unique_ptr<const ColumnProgram> EntryProgram::makeRest(Variables taken) const {
+std::unique_ptr<const ColumnProgram> EntryProgram::makeRest(Variables ofParts,
+                                                            Variables ofComparisons) const {
   TypedTree rest = m_tree;
+  const auto replace = [&rest](std::size_t index, std::size_t column) {
+    TreeNode& node = rest.nodes[index];
+    node = {.operation = Operation::variable, .type = node.type, .variable = column};
+  };
   for (std::size_t i = 0; i < m_parts.size(); ++i) {
-    const auto variable = std::ranges::lower_bound(m_variables, m_parts[i].variable);
-    if ((taken >> (variable - m_variables.begin()) & 1u) != 0) {
-      TreeNode& node = rest.nodes[m_parts[i].node];
-      node = {.operation = Operation::variable, .type = node.type, .variable = columnOf(i)};
+    if (isIn(ofParts, m_parts[i].variable)) {
+      replace(m_parts[i].node, columnOf(i));
+    }
+  }
+  for (std::size_t i = 0; i < m_comparisons.size(); ++i) {
+    if (isIn(ofComparisons, m_comparisons[i].variable)) {
+      replace(m_comparisons[i].node, columnOfComparison(i));
     }
   }
   return ColumnProgram::of(std::move(rest), m_functions);

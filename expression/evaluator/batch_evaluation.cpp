@@ -179,7 +179,7 @@ void BatchEvaluation::evaluateColumns(int output) {
     m_rowCount = 0;
     return;
   }
-  m_entries.gather(output, storedRows(), m_numbers.data(), m_texts.data());
+  m_entries.gather(output, m_begin, storedRows(), m_numbers.data(), m_texts.data());
   m_rowCount = m_columns->evaluate(m_entries.program(output), {m_numbers.data(), m_texts.data()},
                                    m_rowCount);
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "host/contract/late_texts.h"
+
 namespace kelvarin {
 
 namespace {
@@ -53,6 +55,7 @@ std::unique_ptr<const BatchProgram> BatchProgram::of(const ExpressionSet& expres
       program->addNumber(source.variable, sources.numbers);
     }
   }
+  program->findNeededTexts();
   program->m_columnsOfKeys = binding.columnsOfStoppingKeys(nullKeyMode);
   program->m_rowsAtOnce = rowsThatFit(program->m_numbers.size() + program->m_texts.size() + 1);
   if (program->usesColumnPrograms()) {
@@ -102,6 +105,45 @@ bool BatchProgram::usesColumnPrograms() const {
 
 bool BatchProgram::convertsTexts() const {
   return std::ranges::any_of(m_numbers, &NumberSource::isConverted);
+}
+
+bool BatchProgram::comparesOnly(const TextSource& source) const {
+  return source.columns.size() == 1 && std::ranges::all_of(m_outputs, [&](const Output& output) {
+           return output.program == nullptr ||
+                  std::ranges::find(output.program->textVariables(), source.variable) ==
+                      output.program->textVariables().end() ||
+                  (output.entries != nullptr && output.entries->isOnlyCompared(source.variable));
+         });
+}
+
+void BatchProgram::findNeededTexts() {
+  const auto add = [this](const std::vector<int>& columns) {
+    m_columnsOfTexts.insert(m_columnsOfTexts.end(), columns.begin(), columns.end());
+  };
+  for (const TextSource& source : m_texts) {
+    if (!comparesOnly(source)) {
+      add(source.columns);
+    }
+  }
+  for (const NumberSource& source : m_numbers) {
+    if (source.isConverted()) {
+      add(source.columns);
+    }
+  }
+}
+
+RowBatchPointer BatchProgram::withNeededTexts(const RowBatch& batch) const {
+  const auto isLate = [&](std::size_t column) { return batch.column(column).isLate(); };
+  if (std::ranges::none_of(m_columnsOfTexts, isLate)) {
+    return nullptr;
+  }
+  std::vector<BatchColumn> columns = batch.columns();
+  for (const std::size_t column : m_columnsOfTexts) {
+    columns[column] =
+        columnWithTexts(columns[column], batch.storedRows(), batch.selection(), batch.rowCount());
+  }
+  return std::make_shared<RowBatch>(batch.storedRows(), std::move(columns), batch.sharedSelection(),
+                                    batch.rowCount());
 }
 
 bool BatchProgram::mayEvaluateAnyRow() const {

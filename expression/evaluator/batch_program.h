@@ -31,6 +31,9 @@ class BatchProgram {
     return program != nullptr && program->yieldsText();
   }
   bool needsRowNumbers() const { return m_needsRowNumbers; }
+  // The batch with the texts that outputs do more with than compare them with constants; null where
+  // none of these are late.
+  RowBatchPointer withNeededTexts(const RowBatch& batch) const;
   // The rows before the first one with a null key that stops the run.
   std::size_t rowsBeforeFailure(const RowBatch& batch) const;
   // Rows that do not count may be evaluated, too, which takes less time than to leave some out.
@@ -62,6 +65,8 @@ class BatchProgram {
   bool addText(std::size_t variable, const std::vector<TextSource>& sources);
   bool usesColumnPrograms() const;
   bool convertsTexts() const;
+  bool comparesOnly(const TextSource& source) const;
+  void findNeededTexts();
 
   std::vector<Output> m_outputs;
   // Those that the outputs use, and the end of their indices in the store.
@@ -69,7 +74,8 @@ class BatchProgram {
   std::vector<TextSource> m_texts;
   std::size_t m_endOfNumbers = 0;
   std::size_t m_endOfTexts = 0;
-  std::vector<int> m_columnsOfKeys;  // of which a null stops the run
+  std::vector<int> m_columnsOfKeys;           // of which a null stops the run
+  std::vector<std::size_t> m_columnsOfTexts;  // that are not only compared
   std::size_t m_rowsAtOnce = 0;
   bool m_needsRowNumbers = false;
   const RunRecord* m_run = nullptr;

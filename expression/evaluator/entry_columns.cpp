@@ -1,6 +1,11 @@
 #include "expression/evaluator/entry_columns.h"
 
 #include <algorithm>
+#include <functional>
+
+#include "expression/backends/string_values.h"
+#include "host/contract/late_texts.h"
+#include "jit/arithmetic.h"
 
 namespace kelvarin {
 
@@ -21,6 +26,40 @@ void gatherValues(const std::uint16_t* codes, const StoredRows& rows, const Valu
                  [codes, ofEntries](std::uint32_t row) { return ofEntries[codes[row]]; });
 }
 
+bool isEquality(Operation comparison) {
+  return comparison == Operation::equal || comparison == Operation::notEqual;
+}
+
+// The String Parser compares the null text by the bytes that it has there.
+std::int8_t orderOfNull(std::string_view other) {
+  const int order = kNullTextBytes.compare(other);
+  return static_cast<std::int8_t>((order > 0) - (order < 0));
+}
+
+template <typename Compare>
+void decideBy(Compare compare, std::span<const std::int8_t> orders, double* truths) {
+  std::ranges::transform(orders, truths, [compare](std::int8_t order) {
+    return jit::numberOf(compare(order, std::int8_t{0}));
+  });
+}
+
+void decide(Operation comparison, std::span<const std::int8_t> orders, double* truths) {
+  switch (comparison) {
+    case Operation::less:
+      return decideBy(std::less<>(), orders, truths);
+    case Operation::lessOrEqual:
+      return decideBy(std::less_equal<>(), orders, truths);
+    case Operation::greater:
+      return decideBy(std::greater<>(), orders, truths);
+    case Operation::greaterOrEqual:
+      return decideBy(std::greater_equal<>(), orders, truths);
+    case Operation::equal:
+      return decideBy(std::equal_to<>(), orders, truths);
+    default:
+      return decideBy(std::not_equal_to<>(), orders, truths);
+  }
+}
+
 }  // namespace
 
 EntryColumns::EntryColumns(const BatchProgram& program, const RowBatch& batch)
@@ -30,10 +69,13 @@ EntryColumns::EntryColumns(const BatchProgram& program, const RowBatch& batch)
   bool hasTexts = false;
   for (const BatchProgram::Output& output : program.m_outputs) {
     const Output& added = m_outputs.emplace_back(chosen(output));
-    parts = std::max(parts, added.parts.size());
+    parts = std::max(parts, added.parts.size() + added.comparisons.size());
     for (const Part& part : added.parts) {
       m_endOfColumns = std::max(m_endOfColumns, part.column + 1);
       hasTexts |= part.texts != nullptr;
+    }
+    for (const Comparison& comparison : added.comparisons) {
+      m_endOfColumns = std::max(m_endOfColumns, comparison.column + 1);
     }
     if (added.program != nullptr) {
       noteTexts(*added.program);
@@ -57,26 +99,27 @@ void EntryColumns::noteTexts(const ColumnProgram& program) {
   }
 }
 
-// Null where there are several columns, or one without a dictionary of few entries.
-const BatchColumn* EntryColumns::columnWithEntries(const std::vector<int>& columns) const {
-  if (columns.size() != 1) {
-    return nullptr;
-  }
-  const BatchColumn& column = m_batch.column(static_cast<std::size_t>(columns[0]));
+// Looking up pays.
+bool EntryColumns::hasFewEntries(const BatchColumn& column) const {
   const std::size_t rowsOfEntries = column.dictionary().positions.size() * kRowsOfEntry;
-  return column.dictionary().isThere() && rowsOfEntries <= m_batch.rowCount() ? &column : nullptr;
+  return column.dictionary().isThere() && rowsOfEntries <= m_batch.rowCount();
 }
 
+// Null where it is no text, or there are several columns.
 const BatchColumn* EntryColumns::columnOfText(std::size_t variable) const {
   const auto source = std::ranges::find(m_program.m_texts, variable, &TextSource::variable);
-  return source == m_program.m_texts.end() || source->origin != TextSource::Origin::texts
+  return source == m_program.m_texts.end() || source->origin != TextSource::Origin::texts ||
+                 source->columns.size() != 1
              ? nullptr
-             : columnWithEntries(source->columns);
+             : &m_batch.column(static_cast<std::size_t>(source->columns[0]));
 }
 
 EntryColumns::Numbers EntryColumns::numbersOf(const NumberSource& source) const {
-  const BatchColumn* column = source.isConverted() ? columnWithEntries(source.columns) : nullptr;
-  if (column == nullptr) {
+  if (!source.isConverted() || source.columns.size() != 1) {
+    return {};
+  }
+  const BatchColumn* column = &m_batch.column(static_cast<std::size_t>(source.columns[0]));
+  if (!hasFewEntries(*column)) {
     return {};
   }
   return {column->dictionary().codes, m_program.m_entryNumbers->of(source.variable, *column, [&] {
@@ -85,17 +128,38 @@ EntryColumns::Numbers EntryColumns::numbersOf(const NumberSource& source) const 
           })};
 }
 
+void EntryColumns::compare(const EntryProgram& entries, std::size_t variable,
+                           const BatchColumn& column, Output& chosen) const {
+  const LateTexts::Rows rows{column.firstLateText(), m_batch.selection(), m_batch.rowCount()};
+  for (std::size_t i = 0; i < entries.comparisons().size(); ++i) {
+    const EntryProgram::Comparison& comparison = entries.comparisons()[i];
+    if (comparison.variable == variable) {
+      Comparison& compared = chosen.comparisons.emplace_back(
+          Comparison{entries.columnOfComparison(i), comparison.operation, {}});
+      compared.orders.resize(rows.count);
+      column.lateTexts()->compare(comparison.bytes, isEquality(comparison.operation),
+                                  orderOfNull(comparison.bytes), rows, compared.orders.data());
+    }
+  }
+}
+
 EntryColumns::Output EntryColumns::chosen(const BatchProgram::Output& output) const {
-  Output chosen{.program = output.program, .parts = {}, .values = {}};
+  Output chosen{.program = output.program, .parts = {}, .comparisons = {}, .values = {}};
   if (output.entries == nullptr) {
     return chosen;
   }
   const EntryProgram& entries = *output.entries;
   EntryProgram::Variables taken = 0;
+  EntryProgram::Variables compared = 0;
   for (std::size_t i = 0; i < entries.variables().size(); ++i) {
     const std::size_t variable = entries.variables()[i];
     const BatchColumn* column = columnOfText(variable);
-    if (column == nullptr) {
+    if (column != nullptr && column->isLate()) {
+      compared |= EntryProgram::Variables{1} << i;
+      compare(entries, variable, *column, chosen);
+      continue;
+    }
+    if (column == nullptr || !hasFewEntries(*column)) {
       continue;
     }
     std::shared_ptr<const EntryValues> values = output.entryValues->of(variable, *column, [&] {
@@ -114,27 +178,32 @@ EntryColumns::Output EntryColumns::chosen(const BatchProgram::Output& output) co
     }
     chosen.values.push_back(std::move(values));
   }
-  const ColumnProgram* rest = taken == 0 ? nullptr : entries.rest(taken);
+  const ColumnProgram* rest = taken == 0 && compared == 0 ? nullptr : entries.rest(taken, compared);
   if (rest == nullptr) {
-    return {.program = output.program, .parts = {}, .values = {}};
+    return {.program = output.program, .parts = {}, .comparisons = {}, .values = {}};
   }
   chosen.program = rest;
   return chosen;
 }
 
-void EntryColumns::gather(int output, const StoredRows& rows, const double** numbers,
-                          const ColumnText** texts) {
-  const std::vector<Part>& parts = m_outputs[static_cast<std::size_t>(output)].parts;
-  for (std::size_t i = 0; i < parts.size(); ++i) {
-    const Part& part = parts[i];
-    const std::size_t begin = i * m_program.rowsAtOnce();
+void EntryColumns::gather(int output, std::size_t begin, const StoredRows& rows,
+                          const double** numbers, const ColumnText** texts) {
+  const Output& chosen = m_outputs[static_cast<std::size_t>(output)];
+  std::size_t next = 0;
+  for (const Part& part : chosen.parts) {
+    const std::size_t at = next++ * m_program.rowsAtOnce();
     if (part.numbers != nullptr) {
-      numbers[part.column] = m_numbers.get() + begin;
-      gatherValues(part.codes, rows, part.numbers, m_numbers.get() + begin);
+      numbers[part.column] = m_numbers.get() + at;
+      gatherValues(part.codes, rows, part.numbers, m_numbers.get() + at);
     } else {
-      texts[part.column] = m_texts.get() + begin;
-      gatherValues(part.codes, rows, part.texts, m_texts.get() + begin);
+      texts[part.column] = m_texts.get() + at;
+      gatherValues(part.codes, rows, part.texts, m_texts.get() + at);
     }
+  }
+  for (const Comparison& comparison : chosen.comparisons) {
+    double* truths = m_numbers.get() + next++ * m_program.rowsAtOnce();
+    numbers[comparison.column] = truths;
+    decide(comparison.operation, {comparison.orders.data() + begin, rows.count}, truths);
   }
 }
 

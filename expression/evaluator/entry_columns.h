@@ -1,5 +1,6 @@
-// For one batch, what of a program is looked up by the codes of dictionaries: the parts of outputs
-// that depend on one text, and texts that enter as numbers.
+// For one batch, what of a program is known without looking at the texts of each row: by the codes
+// of dictionaries the parts of outputs that depend on one text, and texts that enter as numbers;
+// and comparisons with late texts.
 //
 // Used by BatchEvaluation.
 // Threads: one at a time.
@@ -38,8 +39,10 @@ class EntryColumns {
   }
   // The texts of the variable are needed as they are.
   bool needsText(std::size_t variable) const { return m_needsText[variable]; }
-  // `numbers` and `texts` are by the index of a variable or part. Valid until the next call.
-  void gather(int output, const StoredRows& rows, const double** numbers, const ColumnText** texts);
+  // For rows of which the first one is the batch's row `begin`. `numbers` and `texts` are by the
+  // index of a variable or part. Valid until the next call.
+  void gather(int output, std::size_t begin, const StoredRows& rows, const double** numbers,
+              const ColumnText** texts);
   // The numbers of a variable over texts, whose index is that in the program, up to the first one
   // that is to be counted. Returns how many; nothing where they have no dictionary.
   std::optional<std::size_t> gatherNumbers(std::size_t index, const StoredRows& rows,
@@ -52,9 +55,16 @@ class EntryColumns {
     const double* numbers = nullptr;  // one of both, of the entries
     const ColumnText* texts = nullptr;
   };
+  // With late texts.
+  struct Comparison {
+    std::size_t column = 0;
+    Operation operation = Operation::equal;
+    std::vector<std::int8_t> orders;  // of the rows of the batch
+  };
   struct Output {
     const ColumnProgram* program = nullptr;
     std::vector<Part> parts;
+    std::vector<Comparison> comparisons;
     std::vector<std::shared_ptr<const EntryValues>> values;  // which the parts refer to
   };
 
@@ -65,8 +75,10 @@ class EntryColumns {
 
   Output chosen(const BatchProgram::Output& output) const;
   void noteTexts(const ColumnProgram& program);
+  void compare(const EntryProgram& entries, std::size_t variable, const BatchColumn& column,
+               Output& chosen) const;
   const BatchColumn* columnOfText(std::size_t variable) const;
-  const BatchColumn* columnWithEntries(const std::vector<int>& columns) const;
+  bool hasFewEntries(const BatchColumn& column) const;
   Numbers numbersOf(const NumberSource& source) const;
 
   const BatchProgram& m_program;

@@ -59,6 +59,8 @@ class KELVARIN_CORE BatchSource {
   // Any thread, asked again after readOn(). Of the units that were read, how many may not have been
   // accepted yet; 0: each is read when the rows of the previous one have been taken.
   virtual int maxUnitsAhead() const { return std::numeric_limits<int>::max(); }
+  // Engine thread, at any time. From now on columns of units may have late texts.
+  virtual void allowLateTexts() {}
   // readUnit() may wait for another program, which then needs a thread of its own.
   virtual bool mayWait() const { return false; }
 };
@@ -96,6 +98,8 @@ class KELVARIN_CORE BatchStage {
   virtual bool processesWhole(const RowBatch& /*batch*/) const { return true; }
   // Its expressions depend on the number of the row.
   virtual bool needsRowNumbers() const = 0;
+  // Gains by columns with late texts. Its outputs have none.
+  virtual bool takesLateTexts() const { return false; }
 };
 
 // An action that transforms the rows of its first input pin. All on the engine thread.

@@ -28,8 +28,10 @@ struct BatchDictionary {
   bool isThere() const { return codes != nullptr; }
 };
 
+class LateTexts;
+
 // The values of one column, in the bytes of column_bytes.h: numbers and keys one after another,
-// texts at positions in a buffer.
+// texts at positions in a buffer. Between a source and a filter texts may be late (late_texts.h).
 class BatchColumn {
  public:
   // `owner` keeps the values alive.
@@ -47,7 +49,22 @@ class BatchColumn {
     return {type, std::move(owner), bytes, positions, size};
   }
 
+  // Texts that are not made yet, from this one on. `size` is as above. Such a column has no values
+  // but these.
+  static BatchColumn ofLateTexts(MetaTypeColumn type, std::shared_ptr<const LateTexts> texts,
+                                 std::size_t first, std::size_t size) {
+    const LateTexts* late = texts.get();
+    BatchColumn column(type, std::move(texts), nullptr, nullptr, size);
+    column.m_lateTexts = late;
+    column.m_firstLateText = first;
+    return column;
+  }
+
   MetaTypeColumn type() const { return m_type; }
+  bool isLate() const { return m_lateTexts != nullptr; }
+  const LateTexts* lateTexts() const { return m_lateTexts; }
+  // Of the first stored row.
+  std::size_t firstLateText() const { return m_firstLateText; }
   const double* numbers() const { return reinterpret_cast<const double*>(m_values); }
   const std::uint32_t* keys() const { return reinterpret_cast<const std::uint32_t*>(m_values); }
   const unsigned char* textBytes() const { return m_values; }
@@ -68,7 +85,9 @@ class BatchColumn {
   // The same column without its first rows.
   BatchColumn from(std::size_t storedRow) const {
     BatchColumn rest = *this;
-    if (m_positions != nullptr) {
+    if (isLate()) {
+      rest.m_firstLateText += storedRow;
+    } else if (m_positions != nullptr) {
       rest.m_positions += storedRow;
       rest.m_dictionary.codes += m_dictionary.isThere() ? storedRow : 0;
     } else {
@@ -91,6 +110,8 @@ class BatchColumn {
   const std::uint32_t* m_positions;  // null for numbers and keys
   std::size_t m_textSize;
   BatchDictionary m_dictionary;
+  const LateTexts* m_lateTexts = nullptr;
+  std::size_t m_firstLateText = 0;
   std::shared_ptr<const void> m_owner;
 };
 

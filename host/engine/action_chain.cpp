@@ -64,6 +64,7 @@ bool ActionChain::findActions() {
       action->rowsInBatch() > 0) {
     return false;
   }
+  action->allowLateTexts();
   m_source = action;
   m_chain.source = action->source();
   m_chain.sourceAction = &action->item();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/contract/late_texts.h"
 #include "host/engine/action_chain.h"
 #include "host/engine/messages.h"
 
@@ -37,6 +38,12 @@ const OneRow* RowLink::rowOfBatch() {
     m_metaData = m_pin.metaData;
     m_row.setNumberOfColumns(m_pin.row.sz());
     m_hasColumns = true;
+  }
+  if (m_hasLateTexts) [[unlikely]] {
+    const std::size_t rowsTaken = m_rows.rowsTaken();
+    m_rows.start(withTexts(m_rows.batch()));
+    m_rows.skip(rowsTaken);
+    m_hasLateTexts = false;
   }
   m_rows.take(m_row.getAllColForWrite());
   if (m_isPassed) {
@@ -209,6 +216,7 @@ void RowLink::askOn() {
 }
 
 void RowLink::startBatch(PublishedBatch published) {
+  m_hasLateTexts = hasLateTexts(*published.batch);
   m_rows.start(std::move(published.batch));
   m_trail = std::move(published.trail);
   m_encoded = std::move(published.encoded);

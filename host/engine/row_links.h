@@ -123,6 +123,7 @@ class RowLink : public InputPin {
 
   std::unique_ptr<EncodedBatch> m_encoded;  // the batch as a whole
   bool m_isPassed = false;                  // some of its rows were transformed
+  bool m_hasLateTexts = false;              // the batch, until its rows are taken one by one
   PinOutMetaData m_metaData;
   OneRow m_row{&m_metaData};
   bool m_hasColumns = false;

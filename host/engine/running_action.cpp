@@ -233,6 +233,9 @@ bool RunningAction::startUnit() {
     m_unitRows.start(m_unitHolder->takeBack().batch);
     return true;
   }
+  if (m_rowsInBatch == 0) {
+    allowLateTexts();
+  }
   const std::unique_ptr<BatchUnit> unit = m_source->readUnit();
   if (unit == nullptr) {
     return false;
@@ -240,6 +243,19 @@ bool RunningAction::startUnit() {
   unit->parse();
   m_unitRows.start(accept(*unit));
   return true;
+}
+
+// Where all its rows go to an action alone that gains by them.
+void RunningAction::allowLateTexts() {
+  if (m_reader == nullptr || output(0).receiver != nullptr ||
+      m_reader->consumer().input() != m_reader) {
+    return;
+  }
+  const BatchTransform* transform = m_reader->consumer().transform();
+  const BatchStage* stage = transform == nullptr ? nullptr : transform->stage();
+  if (stage != nullptr && stage->takesLateTexts()) {
+    m_source->allowLateTexts();
+  }
 }
 
 void RunningAction::publishUnit() {

@@ -116,6 +116,8 @@ class RunningAction {
   RowBatchPointer accept(BatchUnit& unit);
   void publish(BatchTrail::Origin origin, std::unique_ptr<EncodedBatch> encoded = nullptr);
   void publish(int pin, PublishedBatch published);
+  // Of a source: its batches may have late texts from now on, where whoever gets them gains by it.
+  void allowLateTexts();
   // As if its row routine had thrown it.
   void failWith(const std::exception_ptr& exception);
 

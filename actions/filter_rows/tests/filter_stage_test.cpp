@@ -4,6 +4,7 @@
 #include "actions/filter_rows/filter_rows.h"
 #include "actions/frame/tests/allocation_counter.h"
 #include "actions/frame/tests/random_expression.h"
+#include "host/contract/late_texts.h"
 #include "host/testing/batch_comparison.h"
 
 namespace kelvarin::testing {
@@ -171,6 +172,63 @@ TEST(FilterStage, ColumnsStayAsTheyAre) {
   EXPECT_EQ(result.outputs[0]->rowCount() + result.outputs[1]->rowCount(), batch->rowCount());
   EXPECT_EQ(result.inputRows[0][0], 4u);
   EXPECT_EQ(result.outputs[0]->storedRow(0), batch->storedRow(4));
+}
+
+// What is not made need not be read either, so a filter asks for the texts of its rows only.
+TEST(FilterStage, LateTextsAreMadeForRowsThatSomebodyTakes) {
+  struct Counted final : LateTexts {
+    mutable std::vector<std::size_t> made;
+    mutable int compared = 0;
+
+    std::size_t byteCount() const override { return 0; }
+    std::shared_ptr<const unsigned char[]> make(const Rows& rows, std::uint32_t* positions,
+                                                std::size_t& size) const override {
+      made.push_back(rows.count);
+      for (std::size_t i = 0; i < rows.count; ++i) {
+        positions[rows.selection == nullptr ? i : rows.selection[i]] = 0;
+      }
+      size = 5;
+      return std::shared_ptr<const unsigned char[]>(new unsigned char[5]{1, 0, 0, 0, '7'});
+    }
+    void compare(std::string_view bytes, bool, std::int8_t, const Rows& rows,
+                 std::int8_t* orders) const override {
+      ++compared;
+      for (std::size_t i = 0; i < rows.count; ++i) {
+        orders[i] = static_cast<std::int8_t>(i % 5) - (bytes == "c" ? 2 : 0);
+      }
+    }
+  };
+  struct Case {
+    const char* condition;
+    std::vector<std::size_t> made;
+    int compared;
+    std::array<std::size_t, 2> rows;
+  };
+  for (const auto& [condition, made, compared, rows] :
+       {Case{"t==&quot;a&quot;", {100, 400}, 1, {100, 400}},
+        Case{"&quot;c&quot; &lt;= t &amp;&amp; b &lt; 9", {250, 250}, 1, {250, 250}},
+        Case{"contains(t,&quot;7&quot;)", {500}, 0, {500, 0}},
+        Case{"contains(t,&quot;7&quot;) &amp;&amp; t &gt; &quot;c&quot;", {500}, 0, {0, 500}},
+        Case{"t &gt; &quot;c&quot; || t == &quot;c&quot;", {300, 200}, 2, {300, 200}}}) {
+    auto h = RowHarness::of<FilterRows>(filter(condition), kColumns);
+    h.pullInBatches({1000, 1});
+    h.push(countedRows(501));
+    ASSERT_TRUE(h.pull(1).has_value());
+    const RowBatchPointer batch = h.input(0).restOfBatch();
+    ASSERT_EQ(batch->rowCount(), 500u);
+    const auto late = std::make_shared<Counted>();
+    std::vector<BatchColumn> columns = batch->columns();
+    columns[3] = BatchColumn::ofLateTexts(MetaTypeColumn::text, late, 0, 0);
+    const RowBatch given(batch->storedRows(), columns, batch->sharedSelection(), 500);
+    const StageResult result = h.actionAs<FilterRows>().stage()->process(given, -1);
+    EXPECT_EQ(late->made, made) << condition;
+    EXPECT_EQ(late->compared, compared) << condition;
+    for (std::size_t pin = 0; pin < 2; ++pin) {
+      ASSERT_EQ(result.outputs[pin] == nullptr ? 0 : result.outputs[pin]->rowCount(), rows[pin])
+          << condition;
+      EXPECT_FALSE(rows[pin] > 0 && result.outputs[pin]->column(3).isLate()) << condition;
+    }
+  }
 }
 
 TEST(FilterStage, TextsAllocateNothingForARow) {

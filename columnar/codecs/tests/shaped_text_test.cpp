@@ -9,6 +9,7 @@
 #include "columnar/codecs/chunk_codec.h"
 #include "columnar/codecs/hex_parsing.h"
 #include "columnar/codecs/shaped_text_encoder.h"
+#include "columnar/codecs/shaped_texts.h"
 #include "columnar/codecs/snappy_stream.h"
 #include "columnar/codecs/text_sample.h"
 
@@ -209,6 +210,73 @@ bool hasTexts(const DecodedTexts& decoded, const TextColumn& column) {
   return true;
 }
 
+std::string_view textOf(const unsigned char* text) {
+  const auto length = loadPacked<std::uint32_t>(text);
+  return length == kNullLength ? "(null)"
+                               : std::string_view(reinterpret_cast<const char*>(text) + 4, length);
+}
+
+// A text to compare with: one of the column, changed or not.
+std::string nearText(Random& random, const DecodedTexts& decoded) {
+  std::string text(textOf(decoded.text(below(random, decoded.offsets.size()))));
+  switch (below(random, 6)) {
+    case 0:
+      return text.substr(0, below(random, text.size() + 1));
+    case 1:
+      return text + static_cast<char>(random());
+    case 2:
+      text.insert(below(random, text.size() + 1), 1, static_cast<char>('0' + below(random, 12)));
+      return text;
+    case 3:
+      if (!text.empty()) {
+        text[below(random, text.size())] = static_cast<char>('/' + below(random, 60));
+      }
+      return text;
+    default:
+      return text;
+  }
+}
+
+// Whether texts that are kept as their fields are made as they are without, whichever rows are
+// asked for.
+bool areMade(const ShapedTexts& kept, const DecodedTexts& decoded, const ShapedTexts::Rows& rows) {
+  ByteBuffer bytes;
+  const std::uint64_t size = kept.sizeOf(rows);
+  bytes.resize(size + ShapedTexts::kMargin);
+  std::vector<std::uint32_t> positions(decoded.offsets.size());
+  kept.make(rows, bytes.data(), positions.data());
+  std::uint64_t made = 0;
+  for (std::size_t i = 0; i < rows.count; ++i) {
+    const unsigned char* text = bytes.data() + positions[rows.offset(i)];
+    const unsigned char* expected = decoded.text(rows.first + rows.offset(i));
+    const std::size_t all = 4 + byteCountOf(loadPacked<std::uint32_t>(expected));
+    made += all;
+    if (std::memcmp(text, expected, all) != 0) {
+      return false;
+    }
+  }
+  return made == size;
+}
+
+bool areComparedLike(const ShapedTexts& kept, const DecodedTexts& decoded,
+                     const ShapedTexts::Rows& rows, const std::string& other) {
+  std::vector<std::int8_t> orders(rows.count);
+  std::vector<std::int8_t> differences(rows.count);
+  constexpr std::int8_t kOfNull = 7;
+  kept.compare(other, false, kOfNull, rows, orders.data());
+  kept.compare(other, true, kOfNull, rows, differences.data());
+  for (std::size_t i = 0; i < rows.count; ++i) {
+    const unsigned char* text = decoded.text(rows.first + rows.offset(i));
+    const bool isNull = loadPacked<std::uint32_t>(text) == kNullLength;
+    const int order = textOf(text).compare(other);
+    const int expected = isNull ? kOfNull : (order > 0) - (order < 0);
+    if (orders[i] != expected || (differences[i] != 0) != (expected != 0)) {
+      return false;
+    }
+  }
+  return true;
+}
+
 std::size_t roundTrips() {
   const char* wanted = std::getenv("SHAPED_TEXT_CHUNKS");
   return wanted == nullptr ? 400 : std::strtoul(wanted, nullptr, 10);
@@ -244,6 +312,43 @@ TEST(ShapedTexts, TextsOfFortyShapesComeBack) {
     shaped += rawOf(chunk).data()[0] == static_cast<int>(TextEncoding::shaped);
   }
   EXPECT_GT(shaped, roundTrips() / 5);
+}
+
+TEST(ShapedTexts, WhatIsKeptAsFieldsIsMadeAndComparedAsTheTextsAre) {
+  ChunkDecoder decoder;
+  std::size_t kept = 0;
+  for (std::size_t seed = 0; seed < roundTrips(); ++seed) {
+    Random random(seed);
+    const TextColumn column = randomColumn(random);
+    const ByteBuffer chunk = chunkOf(column);
+    const std::uint32_t rows = column.rows();
+    DecodedTexts decoded;
+    DecodedTexts late;
+    ASSERT_EQ(decoder.decodeTexts(chunk.bytes(), rows, decoded), ReadStatus::ok);
+    ASSERT_EQ(decoder.decodeTexts(chunk.bytes(), rows, late, TextForm::late), ReadStatus::ok);
+    if (late.shaped == nullptr) {
+      ASSERT_EQ(late.offsets, decoded.offsets) << "seed " << seed;
+      continue;
+    }
+    ++kept;
+    const std::size_t first = below(random, rows);
+    std::vector<std::uint32_t> selection;
+    for (std::uint32_t row = 0; row < rows - first; ++row) {
+      if (below(random, 3) == 0) {
+        selection.push_back(row);
+      }
+    }
+    const ShapedTexts::Rows some{first, selection.data(), selection.size()};
+    const ShapedTexts::Rows all{0, nullptr, rows};
+    ASSERT_TRUE(areMade(*late.shaped, decoded, all)) << "seed " << seed;
+    ASSERT_TRUE(areMade(*late.shaped, decoded, some)) << "seed " << seed;
+    for (int i = 0; i < 12; ++i) {
+      const std::string other = nearText(random, decoded);
+      ASSERT_TRUE(areComparedLike(*late.shaped, decoded, all, other)) << seed << ": " << other;
+      ASSERT_TRUE(areComparedLike(*late.shaped, decoded, some, other)) << seed << ": " << other;
+    }
+  }
+  EXPECT_GT(kept, roundTrips() / 10);
 }
 
 TEST(ShapedTexts, FieldsTakeNoMoreThanTheyHold) {
@@ -292,10 +397,15 @@ TEST(ShapedTexts, ForgedBytesAreRefusedOrMakeOtherTexts) {
     }
     const ByteBuffer raw = rawOf(chunkOf(column));
     const std::vector<unsigned char> sound(raw.data(), raw.data() + raw.size());
-    const auto decodes = [&](const std::vector<unsigned char>& forged) {
+    const auto decodesAs = [&](const std::vector<unsigned char>& forged, TextForm form) {
       DecodedTexts decoded;
       int unknown = -1;
-      return decodeTexts(forged, column.rows(), decoded, unknown) == ReadStatus::ok;
+      return decodeTexts(forged, column.rows(), form, decoded, unknown) == ReadStatus::ok;
+    };
+    const auto decodes = [&](const std::vector<unsigned char>& forged) {
+      const bool isSound = decodesAs(forged, TextForm::made);
+      EXPECT_EQ(decodesAs(forged, TextForm::late), isSound) << "seed " << seed;
+      return isSound;
     };
     ASSERT_TRUE(decodes(sound));
     for (std::size_t i = 0; i < sound.size(); ++i) {

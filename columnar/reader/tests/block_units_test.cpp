@@ -7,6 +7,7 @@
 
 #include "columnar/format/file_names.h"
 #include "columnar/reader/tests/read_rows.h"
+#include "host/contract/late_texts.h"
 
 namespace kelvarin::testing {
 
@@ -93,6 +94,31 @@ TEST(BlockUnits, TextsThatRepeatHaveADictionary) {
       EXPECT_FALSE(batch.column(3).dictionary().isThere());
     }
   }
+}
+
+// The first block is compared with its statistics, so its texts are made.
+TEST(BlockUnits, TextsWithAShapeMayComeLate) {
+  std::vector<Values> rows;
+  for (int i = 0; i < 9000; ++i) {
+    rows.push_back({"INV-" + std::to_string(i * 7919 % 1'000'003) + "/" + std::to_string(i % 97)});
+  }
+  const MemoryFiles files = makeFile({{"invoice", 'U'}}, rows, {.rowsInBlock = 3000});
+  ReadFile read(files);
+  const auto units = BlockUnits::open(*read.file, {0});
+  std::vector<Values> seen;
+  std::vector<bool> areLate;
+  while (const auto unit = (*units)->next(TextForm::late)) {
+    unit->parse();
+    const RowBatchPointer batch = unit->events()[0].batch;
+    areLate.push_back(batch->column(0).isLate());
+    for (const std::size_t begin : {0, 1000}) {
+      const RowBatchPointer part = batch->slice(begin, begin == 0 ? 1000 : batch->rowCount());
+      const std::vector<Values> made = testing::rowsOf(withTexts(part));
+      seen.insert(seen.end(), made.begin(), made.end());
+    }
+  }
+  EXPECT_EQ(seen, rows);
+  EXPECT_EQ(areLate, (std::vector<bool>{false, true, false}));
 }
 
 TEST(BlockUnits, AHugeBlockComesInBatchesThatThreadsDecodeTogether) {
