@@ -159,6 +159,24 @@ def test_a_scan_is_a_table_of_a_query(folder):
     assert kelvarin.write(prices, copy) == 3 and kelvarin.scan(copy).to_arrow().equals(prices.to_arrow())
 
 
+def test_queries_name_files(folder, monkeypatch):
+    import kelvarin.duckdb
+
+    monkeypatch.chdir(folder)
+    kelvarin.write(pyarrow.table({"id": [1.0, 2.0, 3.0], "item": ["cup", "kettle", "cup"]}), "orders.cgel_kelvarin")
+    kelvarin.write(pyarrow.table({"item": ["cup", "it's"], "price": [2.5, 3.0]}), folder / "it's.cgel_kelvarin")
+    query = f"select sum(price) from 'orders.cgel_kelvarin' join '{folder}/it''s.cgel_kelvarin' using (item)"
+    with duckdb.connect() as connection:
+        for _ in range(2):
+            assert kelvarin.duckdb.sql(query, connection).fetchall() == [(5.0,)]
+        assert connection.sql(query).fetchall() == [(5.0,)]
+        with pytest.raises(kelvarin.Error, match="absent.cgel_kelvarin"):
+            kelvarin.duckdb.sql("from 'absent.cgel_kelvarin'", connection)
+        scan = kelvarin.duckdb.register("orders.cgel_kelvarin", connection, columns=["id"], rows=(1, 3))
+        assert scan.rows == 3
+        assert connection.sql("from \"orders.cgel_kelvarin\"").fetchall() == [(2.0,), (3.0,)]
+
+
 def test_texts_come_as_they_are_asked_for(folder):
     path = folder / "t.cgel_kelvarin"
     kelvarin.write(pyarrow.table({"s": ["short", None, "longer than twelve bytes"]}), path)
