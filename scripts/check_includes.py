@@ -88,6 +88,7 @@ ALLOWED = {
     "gui": ["gui/edit", "gui/host_editors", "gui/window"],
     "cli": ["expression/help", "expression/options", "host/reports", "host/tables"],
     "cli/gel": ["cli", "columnar/reader", "columnar/writer"],
+    "cli/program": ["cli/gel"],
     "include/kelvarin": [],
     "library/errors": ["host/engine", "include/kelvarin"],
     "library/arrow_streams": ["host/tables/arrow", "library/errors"],

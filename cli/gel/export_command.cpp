@@ -2,7 +2,7 @@
 #include "cli/gel/gel_command.h"
 #include "cli/gel/messages.h"
 #include "cli/gel/table_conversion.h"
-#include "cli/gel/table_kind.h"
+#include "cli/table_kind.h"
 
 namespace kelvarin {
 
@@ -22,10 +22,10 @@ QString sourceElement(const ExportArguments& arguments) {
 ExitStatus exportTable(const ExportArguments& arguments) {
   const TableConversion& conversion = arguments.conversion;
   Console console(conversion.options.isQuiet);
-  const bool isPiped = conversion.output == kStandardOutput;
+  const bool isPiped = conversion.output == kStandardStream;
   const QString output = QString::fromStdString(conversion.output);
   const TableKind* kind = isPiped ? &csvKind() : tableKindOf(conversion.output);
-  if (kind == nullptr) {
+  if (kind == nullptr || kind->isColumnar()) {
     console.writeLog(LogLevel::error,
                      gel_messages::unknownExtension(output, knownTableExtensions()));
     return ExitStatus::wrongUsage;

@@ -2,7 +2,7 @@
 #include "cli/gel/gel_command.h"
 #include "cli/gel/messages.h"
 #include "cli/gel/table_conversion.h"
-#include "cli/gel/table_kind.h"
+#include "cli/table_kind.h"
 #include "columnar/codecs/chunk_codec.h"
 #include "columnar/files/table_files.h"
 #include "columnar/format/file_names.h"
@@ -44,12 +44,13 @@ void reportRows(const TableConversion& conversion, std::uint64_t rows, Console& 
 ExitStatus importTable(Import conversion) {
   Console console(conversion.options.isQuiet);
   const TableKind* kind = tableKindOf(conversion.input);
-  if (kind == nullptr) {
+  if (kind == nullptr || kind->isColumnar()) {
     return refuse(console, gel_messages::unknownExtension(QString::fromStdString(conversion.input),
                                                           knownTableExtensions()));
   }
   // Most likely the names have been swapped, and a table would be lost.
-  if (tableKindOf(conversion.output) != nullptr) {
+  const TableKind* outputKind = tableKindOf(conversion.output);
+  if (outputKind != nullptr && !outputKind->isColumnar()) {
     return refuse(console,
                   gel_messages::nameOfAnotherKind(QString::fromStdString(conversion.output)));
   }
@@ -59,9 +60,9 @@ ExitStatus importTable(Import conversion) {
   }
   ConversionGraph graph{
       .source = kind->readElement(QStringLiteral("input")),
-      .sink = QStringLiteral("<writeColumnarGel name='output' file='${output}' replaceAtEnd='1' "
-                             "nRowsInBlock='%1'/>")
-                  .arg(conversion.rowsInBlock),
+      .sink = tableKindNamed("gel")->writeElement(
+          QStringLiteral("output"),
+          QStringLiteral("replaceAtEnd='1' nRowsInBlock='%1'").arg(conversion.rowsInBlock)),
       .ownAction = nullptr};
   return runConversion(conversion, std::move(graph), console, [&](const RunResult& result) {
     reportRows(conversion, rowsWritten(result), console);

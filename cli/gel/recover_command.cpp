@@ -6,7 +6,7 @@
 #include "cli/gel/messages.h"
 #include "cli/gel/recovered_table.h"
 #include "cli/gel/table_conversion.h"
-#include "cli/gel/table_kind.h"
+#include "cli/table_kind.h"
 #include "columnar/format/file_names.h"
 
 namespace kelvarin {
@@ -18,7 +18,7 @@ QString textOf(const std::string& text) {
 }
 
 bool isColumnar(const std::string& path) {
-  return path.ends_with(kMainFileExtension);
+  return tableKindOf(path)->isColumnar();
 }
 
 // The names under which a table's files are, or would be.
@@ -45,12 +45,10 @@ std::string sharedFile(const GelFile& file, const std::string& output) {
   return {};
 }
 
-QString sinkElement(const GelFile& file, const TableKind* kind) {
-  return kind != nullptr
-             ? kind->writeElement(QStringLiteral("output"))
-             : QStringLiteral(
-                   "<writeColumnarGel name='output' file='${output}' nRowsInBlock='%1'/>")
-                   .arg(file.rowsInBlock());
+QString sinkElement(const GelFile& file, const TableKind& kind) {
+  return kind.writeElement(
+      QStringLiteral("output"),
+      kind.isColumnar() ? QStringLiteral("nRowsInBlock='%1'").arg(file.rowsInBlock()) : QString());
 }
 
 // What was recovered and what was not; the result says whether that is all.
@@ -85,7 +83,7 @@ ExitStatus writeRecovered(const TableConversion& conversion, const GelFile& file
                           TableRecovery& recovery, Console& console) {
   ConversionGraph graph{
       .source = QStringLiteral("<%1 name='input'/>").arg(QLatin1String(RecoveredTable::kTypeName)),
-      .sink = sinkElement(file, tableKindOf(conversion.output)),
+      .sink = sinkElement(file, *tableKindOf(conversion.output)),
       .ownAction = std::make_unique<RecoveredTable>(XMLNode::emptyNode(), nullptr, file, recovery)};
   return runConversion(conversion, std::move(graph), console, [&](const RunResult&) {
     return reportOutcome(conversion, recovery.outcome(), console);
@@ -94,7 +92,7 @@ ExitStatus writeRecovered(const TableConversion& conversion, const GelFile& file
 
 ExitStatus recover(const TableConversion& conversion) {
   Console console(conversion.options.isQuiet);
-  if (!isColumnar(conversion.output) && tableKindOf(conversion.output) == nullptr) {
+  if (tableKindOf(conversion.output) == nullptr) {
     console.writeLog(LogLevel::error,
                      gel_messages::recoverName(textOf(conversion.output), knownTableExtensions()));
     return ExitStatus::wrongUsage;

@@ -3,21 +3,13 @@
 #include <algorithm>
 #include <utility>
 
-#include <QDir>
 #include <QFileInfo>
 
 #include "cli/gel/messages.h"
-#include "cli/program_services.h"
-#include "host/engine/graph_reader.h"
 
 namespace kelvarin {
 
 namespace {
-
-QString absolutePath(const std::string& path) {
-  return path == kStandardOutput ? QString::fromStdString(path)
-                                 : QDir::current().absoluteFilePath(QString::fromStdString(path));
-}
 
 // The file names are parameters, so that nothing in them is taken for a part of the document.
 QByteArray documentOf(const ConversionGraph& graph) {
@@ -33,26 +25,11 @@ QByteArray documentOf(const ConversionGraph& graph) {
 
 ExitStatus runConversion(const TableConversion& conversion, ConversionGraph graph, Console& console,
                          const std::function<ExitStatus(const RunResult& result)>& finish) {
-  const ProgramServices services(console, conversion.options.diskWaitSeconds);
-  const auto catalogue = loadCatalogue(conversion.options.plugin, std::move(graph.ownAction));
-  if (!catalogue) {
-    console.writeLog(LogLevel::error, catalogue.error());
-    return ExitStatus::failed;
-  }
-  const std::vector<ParameterOverride> files{
-      {QStringLiteral("input"), absolutePath(conversion.input)},
-      {QStringLiteral("output"), absolutePath(conversion.output)}};
-  auto parsed =
-      parseGraph(documentOf(graph), QDir::current().filePath(QStringLiteral("conversion")),
-                 **catalogue, files);
-  if (!parsed) {
-    for (const GraphError& error : parsed.error()) {
-      console.writeLog(LogLevel::error, error.message);
-    }
-    return ExitStatus::failed;
-  }
-  const RunResult result = workInterruptibly(*parsed, runGraph, conversion.options, console);
-  return result.isOk() ? finish(result) : exitStatusOf(result);
+  return runCommandGraph({documentOf(graph),
+                          {{QStringLiteral("input"), absolutePath(conversion.input)},
+                           {QStringLiteral("output"), absolutePath(conversion.output)}},
+                          std::move(graph.ownAction)},
+                         QStringLiteral("conversion"), conversion.options, console, finish);
 }
 
 bool wouldReplaceItself(const TableConversion& conversion, Console& console) {

@@ -9,7 +9,7 @@
 #include <memory>
 #include <string>
 
-#include "cli/graph_run.h"
+#include "cli/command_graph.h"
 
 namespace kelvarin {
 
@@ -26,9 +26,6 @@ struct ConversionGraph {
   QString sink;
   std::unique_ptr<ActionItem> ownAction;  // of the command; null where the catalogue has both
 };
-
-// Standard output, instead of a file to be written.
-inline constexpr char kStandardOutput[] = "-";
 
 // `finish` reports about a run that has ended well, and says what status it is.
 ExitStatus runConversion(const TableConversion& conversion, ConversionGraph graph, Console& console,

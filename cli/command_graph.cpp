@@ -1,0 +1,37 @@
+#include "cli/command_graph.h"
+
+#include <utility>
+
+#include <QDir>
+
+#include "cli/program_services.h"
+
+namespace kelvarin {
+
+QString absolutePath(const std::string& path) {
+  return path == kStandardStream ? QString::fromStdString(path)
+                                 : QDir::current().absoluteFilePath(QString::fromStdString(path));
+}
+
+ExitStatus runCommandGraph(CommandGraph graph, const QString& name, const RunOptions& options,
+                           Console& console,
+                           const std::function<ExitStatus(const RunResult& result)>& finish) {
+  const ProgramServices services(console, options.diskWaitSeconds);
+  const auto catalogue = loadCatalogue(options.plugin, std::move(graph.ownAction));
+  if (!catalogue) {
+    console.writeLog(LogLevel::error, catalogue.error());
+    return ExitStatus::failed;
+  }
+  auto parsed =
+      parseGraph(graph.document, QDir::current().filePath(name), **catalogue, graph.values);
+  if (!parsed) {
+    for (const GraphError& error : parsed.error()) {
+      console.writeLog(LogLevel::error, error.message);
+    }
+    return ExitStatus::failed;
+  }
+  const RunResult result = workInterruptibly(*parsed, runGraph, options, console);
+  return result.isOk() ? finish(result) : exitStatusOf(result);
+}
+
+}  // namespace kelvarin

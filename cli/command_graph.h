@@ -1,0 +1,39 @@
+// A graph that a command makes itself instead of reading it from a file, and its run: so messages,
+// full disks, threads and interrupts are those of any run.
+//
+// Used by: gel/table_conversion.h, and the commands that compute over a table without a graph file.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <QByteArray>
+
+#include "cli/graph_run.h"
+#include "host/engine/graph_reader.h"
+
+namespace kelvarin {
+
+struct CommandGraph {
+  QByteArray document;
+  // Of the document's parameters: names of files, for instance, so that nothing in them is taken
+  // for a part of the document.
+  std::vector<ParameterOverride> values;
+  std::unique_ptr<ActionItem> ownAction;  // of the command; null where the catalogue has all
+};
+
+// Standard input or output, instead of a file.
+inline constexpr char kStandardStream[] = "-";
+
+// Below the working folder; a standard stream as it is.
+QString absolutePath(const std::string& path);
+
+// `finish` reports about a run that has ended well, and says what status it is. `name` is the
+// document's in messages.
+ExitStatus runCommandGraph(CommandGraph graph, const QString& name, const RunOptions& options,
+                           Console& console,
+                           const std::function<ExitStatus(const RunResult& result)>& finish);
+
+}  // namespace kelvarin

@@ -1,0 +1,89 @@
+#include "cli/program/usage_errors.h"
+
+#include <cstdio>
+
+#include "cli/messages.h"
+#include "host/contract/nearest_names.h"
+
+namespace kelvarin {
+
+namespace {
+
+// The command that was being read.
+const CLI::App& readCommand(const CLI::App& program) {
+  const auto parsed = program.get_subcommands();
+  return parsed.empty() ? program : readCommand(*parsed.front());
+}
+
+// About the command that was being read.
+std::string usageHint(const CLI::App& program) {
+  const CLI::App& read = readCommand(program);
+  QString command = QString::fromStdString(read.get_name());
+  for (const CLI::App* outer = read.get_parent(); outer != nullptr; outer = outer->get_parent()) {
+    command = QString::fromStdString(outer->get_name()) + u' ' + command;
+  }
+  return program_messages::usageHint(command).toStdString();
+}
+
+QString didYouMean(const QString& given, const QStringList& names) {
+  const QStringList near = nearestNames(given, names);
+  return near.isEmpty() ? QString()
+                        : u' ' + program_messages::didYouMean(near.join(QLatin1String(" or ")));
+}
+
+// Of an option that the command does not have, or of an expression that looks like one; empty where
+// there is none. The library would report what is missing because of it.
+QString unknownOption(const CLI::App& program) {
+  namespace texts = program_messages;
+  const CLI::App& command = readCommand(program);
+  for (const std::string& argument : program.remaining(true)) {
+    if (argument.size() < 2 || argument.front() != '-') {
+      continue;
+    }
+    const QString given = QString::fromLocal8Bit(argument.c_str());
+    QStringList names;
+    for (const CLI::Option* option : command.get_options()) {
+      for (const std::string& name : option->get_lnames()) {
+        names += QStringLiteral("--") + QString::fromStdString(name);
+      }
+    }
+    const QString name = given.section(u'=', 0, 0);
+    const QString text = texts::unknownOption(name) + didYouMean(name, names);
+    const CLI::Option* expression = command.get_option_no_throw("EXPR");
+    const bool isExpressionMissing = expression != nullptr && expression->count() == 0;
+    return isExpressionMissing ? text + texts::minusFirst(given) : text;
+  }
+  return {};
+}
+
+}  // namespace
+
+bool reportUnknownCommand(const CLI::App& program, int argc, char** argv) {
+  QStringList names;
+  for (const CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; })) {
+    names += QString::fromStdString(command->get_name());
+  }
+  if (names.isEmpty() || argc < 2 || argv[1][0] == '-') {
+    return false;
+  }
+  const QString given = QString::fromLocal8Bit(argv[1]);
+  if (names.contains(given)) {
+    return reportUnknownCommand(*program.get_subcommand(argv[1]), argc - 1, argv + 1);
+  }
+  const QString text = program_messages::unknownCommand(given) + didYouMean(given, names);
+  std::fprintf(stderr, "error: %s\n%s\n", qUtf8Printable(text), usageHint(program).c_str());
+  return true;
+}
+
+ExitStatus finishParsing(const CLI::App& program, const CLI::ParseError& error) {
+  if (error.get_exit_code() == 0) {
+    program.exit(error);  // help or version
+    return ExitStatus::done;
+  }
+  const QString option = unknownOption(program);
+  const QString text = option.isEmpty() ? QString::fromLocal8Bit(error.what()) : option;
+  std::fprintf(stderr, "error: %s\n%s\n", qUtf8Printable(text), usageHint(program).c_str());
+  return ExitStatus::wrongUsage;
+}
+
+}  // namespace kelvarin

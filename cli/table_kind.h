@@ -1,0 +1,32 @@
+// The kinds of files that tables are read from and written to, by extension or by name.
+//
+// Used by the commands that make their graphs themselves.
+#pragma once
+
+#include <string>
+
+#include <QString>
+
+namespace kelvarin {
+
+struct TableKind {
+  const char* extension;
+  const char* name;        // for options, instead of an extension
+  const char* format;      // what follows Read and Write in the actions' names
+  const char* attributes;  // that these actions need for it
+
+  bool isColumnar() const;
+  // An action of this name; its file is the parameter of the same name. `more` are attributes.
+  QString readElement(const QString& action, const QString& more = {}) const;
+  QString writeElement(const QString& action, const QString& more = {}) const;
+};
+
+// By the extension of a path; null when it is none of them.
+const TableKind* tableKindOf(const std::string& path);
+// By its name: csv, tsv, parquet, arrow, gel; null when it is none of them.
+const TableKind* tableKindNamed(const std::string& name);
+const TableKind& csvKind();
+// Of other files than columnar ones, whose extension the texts name themselves.
+QString knownTableExtensions();
+
+}  // namespace kelvarin
