@@ -8,10 +8,15 @@ namespace kelvarin {
 namespace {
 
 constexpr TableKind kKinds[] = {
-    {"csv", "csv", "CSV", ""},       {"tsv", "tsv", "CSV", "separator='\\t'"},
-    {"txt", "csv", "CSV", ""},       {"parquet", "parquet", "Parquet", ""},
-    {"arrow", "arrow", "Arrow", ""}, {"feather", "arrow", "Arrow", ""},
-    {"ipc", "arrow", "Arrow", ""},   {"cgel_kelvarin", "gel", "ColumnarGel", ""},
+    {"csv", "csv", "CSV", ""},
+    {"tsv", "tsv", "CSV", "separator='\\t'"},
+    {"txt", "csv", "CSV", ""},
+    {"parquet", "parquet", "Parquet", ""},
+    {"arrow", "arrow", "Arrow", ""},
+    {"arrows", "arrow", "Arrow", ""},
+    {"feather", "arrow", "Arrow", ""},
+    {"ipc", "arrow", "Arrow", ""},
+    {"cgel_kelvarin", "gel", "ColumnarGel", ""},
 };
 
 QString element(const QString& actionAndFile, const QString& name, const char* attributes,
