@@ -138,7 +138,7 @@ def test_200_random_tables_go_there_and_back(folder, peer):
         scan = kelvarin.scan(path, threads=1 + seed % 2)
         assert scan.rows == table.num_rows
         assert is_same(read(scan).cast(table.schema), table), seed
-        if seed % 4 == 0:  # what the package gives pandas has NaN for a null
+        if seed % 4 == 0:  # in what pandas has of the package, a null is NaN
             found = scan.to_pandas()
             assert [found[name].isna().sum() for name in found] == [
                 pyarrow.compute.sum(column.is_null(nan_is_null=True)).as_py() for column in table.columns]
