@@ -311,8 +311,9 @@ typedef struct kelvarin_write_options {
   }
 
 /* Writes all rows of `input` to a columnar file. It takes the stream and releases it in every case.
- * All or nothing: until the end, and where it fails, a file of that name stays as it was, and so it
- * does where the stream has no rows. `rows` may be null; it receives their number. */
+ * All or nothing: until the end, and where it fails, a file of that name stays as it was. A stream
+ * without rows removes it: there is no table of no rows. `rows` may be null; it receives their
+ * number. */
 KELVARIN_API kelvarin_status kelvarin_write(const char* path, struct ArrowArrayStream* input,
                                             const kelvarin_write_options* options, int64_t* rows,
                                             kelvarin_error** error);

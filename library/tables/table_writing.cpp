@@ -18,6 +18,7 @@ Outcome<Graph> graphOf(const QString& path, const TableSettings& settings,
   graph.openAction(u"writeColumnarGel", u"table");
   graph.attribute(u"file", path);
   graph.attribute(u"replaceAtEnd", 1);
+  graph.attribute(u"alwaysDelete", 1);  // no rows replace the old ones, too
   graph.attribute(u"nRowsInBlock", settings.rowsInBlock);
   graph.attribute(u"columnStrategy", settings.separatesColumns ? kSetForEachColumn : 0);
   graph.attribute(u"createDir", settings.createsFolder ? 1 : 0);

@@ -8,7 +8,8 @@ from dataclasses import dataclass
 from typing import Literal, overload
 
 from kelvarin import _native
-from kelvarin.rows import TEXT_FORMATS, ArrowTable, Rows, TextFormat, as_list, column_types, columns_and_orders, log, thread_count
+from kelvarin.rows import (
+    LOGGER, TEXT_FORMATS, ArrowTable, Rows, TextFormat, as_list, column_types, columns_and_orders, log, thread_count)
 
 Bound = float | int | bytes | None
 
@@ -195,8 +196,8 @@ def write(table: ArrowTable, path: str | os.PathLike[str], *,
           disk_wait: float | None = None, progress: Callable[[int, float | None], object] | None = None) -> int:
     """Writes all rows of a table to a columnar file, and returns how many there were.
 
-    All or nothing: where it fails or is interrupted, a file of this name stays as it was. So it does where the table
-    has no rows.
+    All or nothing: where it fails or is interrupted, a file of this name stays as it was. A table without rows replaces
+    it, too, and since no columnar file is without rows, there is none afterwards; the logger "kelvarin" has a warning.
 
     Args:
         table: Whatever has ``__arrow_c_stream__``. Numbers, decimals and booleans (1, 0) become numbers, unsigned
@@ -220,6 +221,7 @@ def write(table: ArrowTable, path: str | os.PathLike[str], *,
         Error: A value, a type or the order is wrong, with its column and row, or the file cannot be written.
         TypeError: ``table`` is no table.
     """
+    had_file = os.path.exists(path)
     rows, messages = _native.write(
         os.fspath(path), table, types=column_types(keys, texts, numbers), sorted_by=columns_and_orders(sorted_by),
         takes_bad_values_as_null=bad_as_null, rows_in_block=block_rows or 0, threads=thread_count(threads),
@@ -227,6 +229,8 @@ def write(table: ArrowTable, path: str | os.PathLike[str], *,
         separates_columns=separate_columns, creates_folder=create_folder,
         disk_wait_seconds=-1 if disk_wait is None else round(disk_wait), progress=progress)
     log(messages)
+    if rows == 0 and had_file and not os.path.exists(path):
+        LOGGER.warning("The table has no rows, so the file '%s' was removed.", os.fspath(path))
     return rows
 
 

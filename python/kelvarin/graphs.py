@@ -103,9 +103,10 @@ def run(graph: str | os.PathLike[str], inputs: Mapping[str, ArrowTable] | None =
     readers = {action: OutputReader(stream) for action, stream in streams.items()}
     try:
         _wait(native, view)
-    finally:
-        # After an interrupt the run still goes on.
+    except BaseException:  # an interrupt, after which the run still goes on
         native.stop()
+        raise
+    finally:
         native.wait(-1)
         for reader in readers.values():
             reader.join()

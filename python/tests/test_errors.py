@@ -57,9 +57,6 @@ def test_what_writing_refuses_leaves_the_old_file(path, folder):
         assert sorted(folder.iterdir()) == files
         assert kelvarin.scan(path).to_arrow().equals(before)
 
-    assert kelvarin.write(before.slice(0, 0), path) == 0
-    assert kelvarin.scan(path).rows == 5000
-
     def failing_batches():
         yield pyarrow.record_batch({"a": [1.0]})
         raise RuntimeError("the source is gone")
@@ -71,6 +68,23 @@ def test_what_writing_refuses_leaves_the_old_file(path, folder):
         kelvarin.write([1, 2], path)
     with pytest.raises(kelvarin.Error):
         kelvarin.write(before, folder / "absent" / "t.cgel_kelvarin")
+
+
+def test_a_table_without_rows_leaves_no_old_rows(path, folder, caplog):
+    empty = kelvarin.scan(path).to_arrow().slice(0, 0)
+
+    def failing_batches():
+        yield pyarrow.record_batch({"a": pyarrow.array([], "float64")})
+        raise RuntimeError("the source is gone")
+    with pytest.raises(kelvarin.Error, match="the source is gone"):
+        kelvarin.write(pyarrow.RecordBatchReader.from_batches(empty.schema, failing_batches()), path)
+    assert kelvarin.scan(path).rows == 5000
+    for _ in range(2):
+        assert kelvarin.write(empty, path) == 0
+        assert not list(folder.iterdir())
+    assert [record.levelname for record in caplog.records] == ["WARNING"]
+    with pytest.raises(kelvarin.Error, match="t.cgel_kelvarin"):
+        kelvarin.scan(path)
 
 
 def test_an_error_survives_pickling(folder):

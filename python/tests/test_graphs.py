@@ -1,5 +1,7 @@
 """Runs of graphs with tables of Python at their ends."""
 
+import time
+
 import duckdb
 import polars
 import pyarrow
@@ -95,3 +97,18 @@ def test_errors_name_action_expression_row_and_values(graph, write_graph):
     error = caught.value
     assert (error.action, error.output, error.row, error.values) == ("c", "y", 1, {"x": "3", "s": "a"})
     assert error.expression == 's == "a" ? s * 2 : x'
+
+
+def test_rows_that_are_read_after_the_end_of_the_run_are_there(folder, monkeypatch):
+    import kelvarin.graphs
+
+    class LateReader(kelvarin.graphs.OutputReader):
+        def run(self):
+            time.sleep(0.5)
+            super().run()
+
+    monkeypatch.setattr(kelvarin.graphs, "OutputReader", LateReader)
+    document = ("<KelvarinGraph version='1.0'><Actions><InlineTable name='in'><Column name='a' meta='F'/><Row><V>1</V></Row>"
+                "</InlineTable><Discard name='out'/></Actions><Links><Link from='in' to='out'/></Links></KelvarinGraph>")
+    result = kelvarin.run(folder / "g.kelvarin", outputs=["out"], document=document)
+    assert result["out"].to_arrow().to_pydict() == {"a": [1.0]}
