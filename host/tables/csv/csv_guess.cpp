@@ -165,6 +165,11 @@ struct Cutting {
   char separator;
   std::vector<Record> records;
 
+  bool isMoreAlikeThan(const Cutting& other) const {
+    return recordsAlike(records) * other.records.size() >
+           recordsAlike(other.records) * records.size();
+  }
+
   // Quotes are left over where a separator within quotes is taken for one.
   std::size_t fieldsWith(char quote) const {
     std::size_t count = 0;
@@ -185,7 +190,8 @@ struct Cutting {
     if (fieldsWith(quote) != other.fieldsWith(quote)) {
       return fieldsWith(quote) < other.fieldsWith(quote);
     }
-    return records.front().size() >= other.records.front().size() || areCommasDecimal(records);
+    const bool hasDecimals = other.separator == ',' && areCommasDecimal(records);
+    return records.front().size() >= other.records.front().size() || hasDecimals;
   }
 };
 
@@ -248,7 +254,17 @@ CsvGuess guessCsv(std::string_view start, bool isWhole, const CsvDialect& known,
   CsvDialect dialect = known;
   dialect.quote = guessed.isQuote ? guessQuote(start) : known.quote;
   guess.quote = dialect.quote;
-  const Cutting best = bestCutting(start, isWhole, dialect, guessed);
+  Cutting best = bestCutting(start, isWhole, dialect, guessed);
+  const char otherQuote = dialect.quote == '"' ? '\'' : '"';
+  if (guessed.isQuote && quotedFields(start, otherQuote) > 0) {
+    dialect.quote = otherQuote;
+    Cutting other = bestCutting(start, isWhole, dialect, guessed);
+    if (other.isMoreAlikeThan(best)) {
+      best = std::move(other);
+      guess.quote = otherQuote;
+    }
+    dialect.quote = guess.quote;
+  }
   if (best.records.empty()) {
     return guess;
   }
