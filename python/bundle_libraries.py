@@ -5,7 +5,7 @@ Usage: bundle_libraries.py BUILD_LIB OUT PATCHELF. Prints the tag of the oldest 
 instance "manylinux_2_34_x86_64".
 
 Run paths are relative. The libraries of others get names of their own, so that nothing else in the process takes them,
-nor they anything else's. Only the C and C++ base libraries stay outside. The terms of the others' licences lie beside.
+nor they anything else's; so do the symbols of those that are found in the global scope of processes in other versions. Only the C and C++ base libraries stay outside. The terms of the others' licences lie beside.
 """
 
 import os
@@ -14,12 +14,16 @@ import re
 import shutil
 import subprocess
 import sys
+import tempfile
 
 ROOTS = ("libkelvarin.so", "plugins/libKelvarinMathParser.so", "libKelvarinArrow.so")
 OWN = re.compile(r"lib[kK]elvarin")
 # Every system that a wheel of this kind may be installed on has these.
 BASE = {"libc.so.6", "libm.so.6", "libdl.so.2", "libpthread.so.0", "librt.so.1", "libgcc_s.so.1", "libstdc++.so.6",
         "ld-linux-x86-64.so.2"}
+# Of libraries whose symbols have no versions: how their symbols begin, behind the letters for a kind of symbol.
+UNVERSIONED = {"libre2.": re.compile(r"_Z\w*3re2\d")}
+SYMBOL_PREFIX = "kelvarin"
 NEWEST_GLIBCXX = (3, 4, 30)  # that systems with the C library of the tag have
 
 
@@ -61,6 +65,19 @@ def make_relocatable(copies, out, patchelf):
                        check=True)
 
 
+def rename_symbols(copies, patchelf):
+    """Symbols of a process are looked up in its global scope first, where another version of the library may be."""
+    for library, pattern in UNVERSIONED.items():
+        users = [target for name, target in copies.items()
+                 if name.startswith(library) or library in output_of(patchelf, "--print-needed", target)]
+        symbols = {line.split()[-1].split("@")[0] for line in output_of("nm", "--dynamic", *users).splitlines()
+                   if line and not line.endswith(":")}
+        with tempfile.NamedTemporaryFile("w", suffix=".symbols") as names:
+            names.writelines(f"{name} {SYMBOL_PREFIX}{name}\n" for name in sorted(symbols) if pattern.match(name))
+            names.flush()
+            subprocess.run([patchelf, "--rename-dynamic-symbols", names.name, *users], check=True)
+
+
 def newest_version(copies, name):
     """The newest version of the symbols of a base library that any of the copies needs."""
     pattern = re.compile(rf"\({name}_(\d+(?:\.\d+)*)\)")
@@ -93,6 +110,7 @@ def main():
     shutil.rmtree(out, ignore_errors=True)
     out.mkdir(parents=True)
     copies = copy(sources, out)
+    rename_symbols(copies, patchelf)
     make_relocatable(copies, out, patchelf)
     copy_licences(sources, out)
     if newest_version(copies, "GLIBCXX") > NEWEST_GLIBCXX:

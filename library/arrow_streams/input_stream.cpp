@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "library/arrow_streams/messages.h"
+#include "library/arrow_streams/output_stream.h"
 
 namespace kelvarin {
 
@@ -43,27 +44,34 @@ InputStream::InputStream(InputStream&& other) noexcept
     : m_stream(std::exchange(other.m_stream, ArrowArrayStream{})),
       m_next(std::exchange(other.m_next, ArrowArray{})) {}
 
-QString InputStream::failure(int status) {
+ReadFault InputStream::failure(int status) {
   const char* text = m_stream.get_last_error(&m_stream);
   const bool hasText = text != nullptr && *text != '\0';
-  return stream_messages::streamFailed(QString::fromUtf8(hasText ? text : std::strerror(status)));
+  ReadFault fault{
+      stream_messages::streamFailed(QString::fromUtf8(hasText ? text : std::strerror(status)))};
+  if (const StreamState* state = stateOf(m_stream)) {
+    const ErrorDetails error = lastErrorOf(*state).value_or(ErrorDetails());
+    fault.location = {QString::fromStdString(error.column), error.row};
+  }
+  return fault;
 }
 
-Result<OwnedSchema, QString> InputStream::schema() {
+Result<OwnedSchema, ReadFault> InputStream::schema() {
   if (m_stream.release == nullptr) {
-    return Failure{stream_messages::streamFailed(QStringLiteral("it has been released"))};
+    return Failure{
+        ReadFault{stream_messages::streamFailed(QStringLiteral("it has been released"))}};
   }
   OwnedSchema schema;
   if (const int status = m_stream.get_schema(&m_stream, schema.get()); status != 0) {
     return Failure{failure(status)};
   }
   if (!isTable(*schema)) {
-    return Failure{stream_messages::noTable()};
+    return Failure{ReadFault{stream_messages::noTable()}};
   }
   return schema;
 }
 
-Result<bool, QString> InputStream::next(ArrowArray& out) {
+Result<bool, ReadFault> InputStream::next(ArrowArray& out) {
   out = std::exchange(m_next, ArrowArray{});
   if (out.release != nullptr) {
     return true;

@@ -6,7 +6,7 @@
 
 #include <QString>
 
-#include "base/result.h"
+#include "host/tables/files/batch_reader.h"
 #include "include/kelvarin/arrow_c_data.h"
 
 namespace kelvarin {
@@ -37,14 +37,15 @@ class InputStream {
   InputStream& operator=(InputStream&&) = delete;
 
   // Of a table; the error says why not.
-  Result<OwnedSchema, QString> schema();
+  Result<OwnedSchema, ReadFault> schema();
   // False: the end. Else `out` has rows, and belongs to the caller.
-  Result<bool, QString> next(ArrowArray& out);
+  Result<bool, ReadFault> next(ArrowArray& out);
   // The next call returns this array, which it takes.
   void putBack(ArrowArray& array);
 
  private:
-  QString failure(int status);
+  // With the location, where the stream is one of this library and knows it.
+  ReadFault failure(int status);
 
   ArrowArrayStream m_stream;
   ArrowArray m_next{};  // that was put back

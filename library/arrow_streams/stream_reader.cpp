@@ -32,8 +32,15 @@ QString describedColumns(const TableColumns& columns) {
 
 }  // namespace
 
-Result<StreamColumns, QString> StreamColumns::of(const ArrowSchema& schema,
-                                                 const std::vector<DeclaredColumn>& declared) {
+ErrorDetails errorOfRead(const ReadFault& fault) {
+  ErrorDetails error = errorOf(KELVARIN_FAILED, fault.text);
+  error.column = fault.location.column.toStdString();
+  error.row = fault.location.row;
+  return error;
+}
+
+Result<StreamColumns, ReadFault> StreamColumns::of(const ArrowSchema& schema,
+                                                   const std::vector<DeclaredColumn>& declared) {
   StreamColumns made;
   std::vector<ArrowField> fields;
   std::vector<std::pair<QString, TimestampForm>> timestamps;
@@ -66,8 +73,8 @@ class StreamReader::Unit final : public TableUnit {
         m_begin(begin),
         m_end(end),
         m_firstRow(firstRow) {}
-  Unit(const StreamReader& reader, const QString& failure) : m_reader(reader) {
-    m_failure = failure;
+  Unit(const StreamReader& reader, ReadFault failure) : m_reader(reader) {
+    fail(std::move(failure));
   }
 
   void parse() override {
@@ -82,13 +89,14 @@ class StreamReader::Unit final : public TableUnit {
       tally.rowsBefore = m_firstRow;
       auto made = m_imported->column(i, m_reader.m_columns.columns.types[i], m_begin, m_end, tally);
       if (!made) {
-        m_failure = stream_messages::brokenBatch(m_reader.locationOfRow(m_firstRow),
-                                                 QString::fromStdString(made.error()));
+        fail({stream_messages::brokenBatch(m_reader.locationOfRow(m_firstRow),
+                                           QString::fromStdString(made.error())),
+              {m_reader.m_columns.columns.names[static_cast<qsizetype>(i)]}});
         return;
       }
       if (made->bad && made->bad->row < rowCount) {  // the first row that is in error counts
         rowCount = made->bad->row;
-        m_failure = badValueText(i, *made->bad);
+        fail(badValue(i, *made->bad));
       }
       columns.push_back(std::move(made->values));
       m_tallies.push_back(tally);
@@ -107,16 +115,17 @@ class StreamReader::Unit final : public TableUnit {
   const std::vector<ColumnTally>& tallies() const { return m_tallies; }
 
  private:
-  QString badValueText(std::size_t column, const BadValue& bad) const {
+  ReadFault badValue(std::size_t column, const BadValue& bad) const {
     const TableColumns& columns = m_reader.m_columns.columns;
     const QString& name = columns.names[static_cast<qsizetype>(column)];
     const QString value = QString::fromStdString(bad.text);
     const QString location =
         table_messages::inColumn(m_reader.locationOfRow(m_firstRow + bad.row), name);
-    return table_messages::atLocation(location, columns.types[column] == MetaTypeColumn::key
-                                                    ? table_messages::integerIsNoKey(value)
-                                                    : table_messages::numberNotHeld(value)) +
-           stream_messages::declareType(name);
+    const QString what = columns.types[column] == MetaTypeColumn::key
+                             ? table_messages::integerIsNoKey(value)
+                             : table_messages::numberNotHeld(value);
+    return {table_messages::atLocation(location, what) + stream_messages::declareType(name),
+            {name, m_reader.m_firstRow + m_firstRow + bad.row}};
   }
 
   const StreamReader& m_reader;
@@ -137,11 +146,13 @@ StreamReader::StreamReader(InputStream stream, ColumnRules rules, long long firs
 Result<TableColumns, QString> StreamReader::open(IsStopped) {
   const auto schema = m_stream.schema();
   if (!schema) {
-    return Failure{schema.error()};
+    m_locationOfFailure = schema.error().location;
+    return Failure{schema.error().text};
   }
   auto columns = StreamColumns::of(**schema, m_rules.declared);
   if (!columns) {
-    return Failure{columns.error()};
+    m_locationOfFailure = columns.error().location;
+    return Failure{columns.error().text};
   }
   if (m_expected && (columns->columns.names != m_expected->names ||
                      columns->columns.types != m_expected->types)) {
@@ -155,7 +166,7 @@ Result<TableColumns, QString> StreamReader::open(IsStopped) {
 }
 
 // False: the end.
-Result<bool, QString> StreamReader::nextBatch() {
+Result<bool, ReadFault> StreamReader::nextBatch() {
   m_rowsBefore += m_batch == nullptr ? 0 : m_batch->rowCount();
   m_batch.reset();
   m_nextRow = 0;
@@ -166,8 +177,8 @@ Result<bool, QString> StreamReader::nextBatch() {
   }
   auto batch = ImportedBatch::take(array, m_columns.arrowTypes);
   if (!batch) {
-    return Failure{stream_messages::brokenBatch(locationOfRow(m_rowsBefore),
-                                                QString::fromStdString(batch.error()))};
+    return Failure{ReadFault{stream_messages::brokenBatch(locationOfRow(m_rowsBefore),
+                                                          QString::fromStdString(batch.error()))}};
   }
   m_batch = std::move(*batch);
   return true;

@@ -12,6 +12,7 @@
 #include "library/arrow_streams/arrow_type.h"
 #include "library/arrow_streams/imported_batch.h"
 #include "library/arrow_streams/input_stream.h"
+#include "library/errors/error_details.h"
 
 namespace kelvarin {
 
@@ -21,9 +22,11 @@ struct StreamColumns {
   TableColumns columns;
   QStringList notes;
 
-  static Result<StreamColumns, QString> of(const ArrowSchema& schema,
-                                           const std::vector<DeclaredColumn>& declared);
+  static Result<StreamColumns, ReadFault> of(const ArrowSchema& schema,
+                                             const std::vector<DeclaredColumn>& declared);
 };
+
+ErrorDetails errorOfRead(const ReadFault& fault);
 
 class StreamReader final : public BatchReader {
  public:
@@ -42,17 +45,19 @@ class StreamReader final : public BatchReader {
   // The rows that have not been read, for another reader. Between two batches only.
   InputStream takeRest() { return std::move(m_stream); }
   bool isBetweenBatches() const { return m_batch == nullptr || m_nextRow == m_batch->rowCount(); }
+  FaultLocation locationOfFailure() const override { return m_locationOfFailure; }
   bool mayWait() const override { return true; }
 
  private:
   class Unit;
 
-  Result<bool, QString> nextBatch();
+  Result<bool, ReadFault> nextBatch();
 
   InputStream m_stream;
   const ColumnRules m_rules;
   const std::optional<TableColumns> m_expected;
   StreamColumns m_columns;
+  FaultLocation m_locationOfFailure;
 
   std::shared_ptr<ImportedBatch> m_batch;  // null: the next one has to be read
   std::int64_t m_nextRow = 0;              // of the batch

@@ -14,8 +14,10 @@ namespace {
 using Json = nlohmann::ordered_json;
 using State = GlobalParameters::RunningState;
 
+// An expression that is of no output is the condition of a filter.
 void addDetails(const LogDetails& details, ErrorDetails& error) {
-  error.output = details.output.toStdString();
+  const bool isCondition = details.output.isEmpty() && !details.expression.isEmpty();
+  error.output = isCondition ? "condition" : details.output.toStdString();
   error.expression = details.expression.toStdString();
   error.token = details.token.toStdString();
   error.column = details.column.toStdString();

@@ -10,23 +10,29 @@ namespace {
 // With more rows than these, tasks on several threads are worth their start.
 constexpr long long kFewRows = 64 * 1024;
 
-ErrorDetails errorOfStream(const QString& text) {
-  ErrorDetails error = errorOf(KELVARIN_FAILED, text);
+ErrorDetails errorOfStream(const ReadFault& fault) {
+  ErrorDetails error = errorOfRead(fault);
   error.action = "stream";
   return error;
 }
 
-// Rows that have been read already, and those that come after them.
+ReadFault faultOf(const TableUnit& unit) {
+  return {unit.failure(), unit.failureLocation()};
+}
+
+// Rows that have been read already, and what comes after them: the failure of reading on, or more
+// rows.
 class Rest final : public BatchSupply {
  public:
-  Rest(TableColumns columns, RowBatchPointer pending, std::unique_ptr<StreamReader> reader)
-      : m_columns(std::move(columns)), m_reader(std::move(reader)) {
+  Rest(TableColumns columns, RowBatchPointer pending, ReadFault failure,
+       std::unique_ptr<StreamReader> reader)
+      : m_columns(std::move(columns)), m_reader(std::move(reader)), m_failure(std::move(failure)) {
     add(*pending);
   }
 
   Outcome<TableColumns> columns() override { return m_columns; }
   Outcome<OwnedArray> next() override {
-    while (m_arrays.empty()) {
+    while (m_arrays.empty() && m_failure.text.isEmpty()) {
       const std::unique_ptr<TableUnit> unit = m_reader->readUnit();
       if (unit == nullptr) {
         return OwnedArray();
@@ -35,10 +41,7 @@ class Rest final : public BatchSupply {
       if (unit->batch() != nullptr) {
         add(*unit->batch());
       }
-      if (!unit->failure().isEmpty()) {
-        m_failure = unit->failure();
-        break;
-      }
+      m_failure = faultOf(*unit);
     }
     if (m_arrays.empty()) {
       return Failure{errorOfStream(m_failure)};
@@ -57,7 +60,7 @@ class Rest final : public BatchSupply {
   const TableColumns m_columns;
   const std::unique_ptr<StreamReader> m_reader;
   std::deque<OwnedArray> m_arrays;
-  QString m_failure;
+  ReadFault m_failure;
 };
 
 }  // namespace
@@ -125,7 +128,7 @@ Outcome<Done> AppliedStream::begin(InputStream stream) {
                                             m_settings.firstRow, std::move(input.expected));
   const auto columns = m_reader->open([] { return false; });
   if (!columns) {
-    return Failure{errorOfStream(columns.error())};
+    return Failure{errorOfStream({columns.error(), m_reader->locationOfFailure()})};
   }
   return Done{};
 }
@@ -137,18 +140,19 @@ Outcome<AppliedStream::Step> AppliedStream::takeUnit() {
   }
   unit->parse();
   if (unit->batch() != nullptr) {
-    const auto step = process(unit->batch());
+    const auto step = process(*unit);
     if (!step || *step == Step::runsFromHere) {
       return step;
     }
   }
   if (!unit->failure().isEmpty()) {
-    return Failure{errorOfStream(unit->failure())};
+    return Failure{errorOfStream(faultOf(*unit))};
   }
   return Step::more;
 }
 
-Outcome<AppliedStream::Step> AppliedStream::process(const RowBatchPointer& batch) {
+Outcome<AppliedStream::Step> AppliedStream::process(const TableUnit& unit) {
+  const RowBatchPointer& batch = unit.batch();
   const auto stages = m_expressions->stages(batch);
   std::size_t done = 0;
   if (stages != nullptr) {
@@ -163,8 +167,8 @@ Outcome<AppliedStream::Step> AppliedStream::process(const RowBatchPointer& batch
   if (done == batch->rowCount()) {
     return Step::more;
   }
-  if (const auto begun = runFrom(done == 0 ? batch : batch->slice(done, batch->rowCount()));
-      !begun) {
+  RowBatchPointer pending = done == 0 ? batch : batch->slice(done, batch->rowCount());
+  if (const auto begun = runFrom(std::move(pending), faultOf(unit)); !begun) {
     return Failure{begun.error()};
   }
   return Step::runsFromHere;
@@ -180,10 +184,10 @@ Outcome<Done> AppliedStream::runWith(InputStream stream) {
   return Done{};
 }
 
-Outcome<Done> AppliedStream::runFrom(RowBatchPointer pending) {
+Outcome<Done> AppliedStream::runFrom(RowBatchPointer pending, ReadFault failure) {
   ArrowArrayStream rest;
   exportStream(std::make_unique<Rest>(m_expressions->inputColumns(), std::move(pending),
-                                      std::move(m_reader)),
+                                      std::move(failure), std::move(m_reader)),
                TextFormat::views, rest);
   return runWith(InputStream(rest));
 }

@@ -36,9 +36,9 @@ class AppliedStream final : public BatchSupply {
   Outcome<Done> begin(InputStream stream);
   Outcome<Done> advance();
   Outcome<Step> takeUnit();
-  Outcome<Step> process(const RowBatchPointer& batch);
+  Outcome<Step> process(const TableUnit& unit);
   Outcome<Done> runWith(InputStream stream);
-  Outcome<Done> runFrom(RowBatchPointer pending);
+  Outcome<Done> runFrom(RowBatchPointer pending, ReadFault failure);
 
   std::shared_ptr<CompiledExpressions> m_expressions;
   const ApplySettings m_settings;

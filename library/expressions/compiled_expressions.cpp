@@ -121,7 +121,7 @@ Outcome<Done> CompiledExpressions::settleInput(const ArrowSchema& schema) {
   }
   auto columns = StreamColumns::of(schema, m_settings.input.rules.declared);
   if (!columns) {
-    return Failure{errorOf(KELVARIN_FAILED, columns.error())};
+    return Failure{errorOfRead(columns.error())};
   }
   m_input = std::move(columns->columns);
   m_settings.input.expected = m_input;

@@ -117,4 +117,19 @@ class Call {
   kelvarin_error* m_error = nullptr;
 };
 
+// The error of a stream that must fail.
+inline void pullToFailure(ArrowArrayStream& stream, kelvarin_error** error) {
+  ArrowArray batch{};
+  while (stream.get_next(&stream, &batch) == 0 && batch.release != nullptr) {
+    batch.release(&batch);
+  }
+  EXPECT_NE(kelvarin_stream_error(&stream, error), KELVARIN_OK);
+}
+
+// The column and the row of an error, "price 3"; without them " -1".
+inline std::string columnAndRowOf(const Call& error) {
+  return std::string(kelvarin_error_column(error.get())) + ' ' +
+         std::to_string(kelvarin_error_row(error.get()));
+}
+
 }  // namespace kelvarin::testing

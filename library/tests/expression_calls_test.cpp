@@ -168,6 +168,45 @@ TEST(ExpressionCallsTest, ErrorsSayWhereAndWhy) {
   }
 }
 
+TEST(ExpressionCallsTest, ErrorsOfTheInputSayColumnAndRow) {
+  const std::vector<TypedColumn> columns = {{"a", arrow::float64(), "[1, 2, 3]"},
+                                            {"i", arrow::int64(), "[1, 2, 9007199254740993]"}};
+  const Expressions batches(columns, {{"y", "a", 0}});
+  const Expressions rows(columns, {{"y", "a + 0 * rand(1)", 0}});
+  const Expressions next(
+      {{"a", arrow::float64(), "[]"}, {"i", arrow::float64(), "[]"}, {"y", arrow::float64(), "[]"}},
+      {{"z", "y", 0}});
+  for (const Expressions* expressions : {&batches, &rows}) {
+    for (const int threads : {1, 2}) {
+      kelvarin_apply_options options = KELVARIN_APPLY_OPTIONS_INIT;
+      options.first_row = 1000;
+      options.threads = threads;
+      ArrowArrayStream out = expressions->apply(testing::streamOf(columns), options);
+      // What reads on from a stream that fails knows the location, too.
+      out = next.apply(out, options);
+      Call error;
+      testing::pullToFailure(out, &error);
+      EXPECT_EQ(testing::columnAndRowOf(error), "i 1002") << error.json();
+      out.release(&out);
+    }
+  }
+  const Expressions refused({{"a", arrow::float64(), "[1]"}, {"l", arrow::null(), "[null]"}},
+                            {{"y", "a", 0}});
+  EXPECT_EQ(testing::columnAndRowOf(refused.error()), "l -1");
+}
+
+TEST(ExpressionCallsTest, ErrorsOfAConditionSayThatItIsOne) {
+  const auto outputOf = [](const Call& error) {
+    return std::string(kelvarin_error_output(error.get()));
+  };
+  const Expressions wrong(kSales, {{"total", "price * quantity", 0}}, "total >* 3");
+  EXPECT_EQ(wrong.status(), KELVARIN_WRONG_EXPRESSION);
+  EXPECT_EQ(outputOf(wrong.error()), "condition");
+  const Expressions unknown(kSales, {}, "prise > 3");
+  EXPECT_EQ(outputOf(unknown.error()), "condition");
+  EXPECT_EQ(std::string(kelvarin_error_token(unknown.error().get())), "prise");
+}
+
 TEST(ExpressionCallsTest, ColumnsAreThoseThatWereCompiledFor) {
   const Expressions sales(kSales, {{"total", "price * quantity", 0}});
   EXPECT_EQ(sales.pull(testing::streamOf({{"price", arrow::float64(), "[1]"}})).failure,

@@ -134,6 +134,29 @@ TEST_F(TableCallsTest, ValuesThatAColumnCannotHoldFailOrBecomeNull) {
             "decimals, booleans, texts, dates, timestamps and dictionaries of them are read.");
 }
 
+TEST_F(TableCallsTest, ErrorsOfAStreamSayColumnAndRow) {
+  const auto columnAndRowOf = [&](const std::vector<TypedColumn>& columns,
+                                  const kelvarin_write_options* options = nullptr) {
+    ArrowArrayStream stream = testing::streamOf(columns);
+    Call error;
+    EXPECT_EQ(kelvarin_write(m_path.c_str(), &stream, options, nullptr, &error), KELVARIN_FAILED);
+    return testing::columnAndRowOf(error);
+  };
+  EXPECT_EQ(columnAndRowOf({{"n", arrow::float64(), "[1, 2]"},
+                            {"i", arrow::int64(), "[1, 9007199254740993]"}}),
+            "i 1");
+  EXPECT_EQ(
+      columnAndRowOf({{"n", arrow::float64(), "[1]"}, {"l", arrow::list(arrow::int64()), "[[1]]"}}),
+      "l -1");
+  kelvarin_write_options options = KELVARIN_WRITE_OPTIONS_INIT;
+  const kelvarin_sort_option order[] = {{"n", KELVARIN_ASCENDING}};
+  kelvarin_input_options input = KELVARIN_INPUT_OPTIONS_INIT;
+  input.sorted_by = order;
+  input.sorted_by_count = 1;
+  options.input = &input;
+  EXPECT_EQ(columnAndRowOf({{"n", arrow::float64(), "[1, 3, 2]"}}, &options), "n 2");
+}
+
 TEST_F(TableCallsTest, AFailedWriteLeavesTheOldFile) {
   ASSERT_EQ(write(testing::streamOf({{"n", arrow::float64(), "[1]"}})), "rows=1");
   const std::string files = m_folder.listing();

@@ -83,6 +83,30 @@ def use_pyarrow():
     script_of(script, folder, packages=(package_folder().parent, peers))
 
 
+def test_regular_expressions_are_those_of_the_package(folder):
+    """A library with the functions of another RE2, each of which ends the process, is in the global scope first."""
+    (library,) = (package_folder() / "lib").glob("libre2*")
+    listed = subprocess.run(["nm", "--dynamic", "--defined-only", library], capture_output=True, text=True, check=True).stdout
+    functions = re.findall(r" T kelvarin(_Z\w+)$", listed, re.MULTILINE)
+    assert any("3RE2C1E" in name for name in functions)
+    source = folder / "other.c"
+    source.write_text("#include <stdlib.h>\n" + "".join(f"void {name}(void) {{ abort(); }}\n" for name in functions))
+    subprocess.run(["cc", "-shared", "-fPIC", "-o", folder / "libother.so", source], check=True)
+    script_of("""
+import ctypes, sys
+ctypes.CDLL(sys.argv[1] + "/libother.so", ctypes.RTLD_GLOBAL)
+import kelvarin
+words = kelvarin.run(sys.argv[1], outputs=["out"], document=\"\"\"<KelvarinGraph version='1.0'><Actions><InlineTable name='in'>
+<Column name='s' meta='U'/><Row><V>cup</V></Row></InlineTable><Discard name='out'/></Actions>
+<Links><Link from='in' to='out'/></Links></KelvarinGraph>\"\"\")["out"].read()
+assert len(kelvarin.calculate(words, where='regexMatch(s, "c.p")').read()) == 1
+try:
+    kelvarin.calculate(words, {"y": 'regexMatch(s, "(c")'}).read()
+except kelvarin.Error as error:
+    assert error.output == "y", error
+""", folder)
+
+
 def test_the_wheel_for_later_versions_runs_on_the_first_of_them(folder):
     python = os.environ["KELVARIN_STABLE_PYTHON"]
     (extension,) = pathlib.Path(os.environ["KELVARIN_STABLE_PACKAGE"], "kelvarin").glob("_native*.so")

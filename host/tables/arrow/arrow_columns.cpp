@@ -11,20 +11,24 @@ namespace kelvarin {
 
 namespace {
 
+Failure<ReadFault> faultOf(const QString& column, const QString& text) {
+  return Failure{ReadFault{text, {column}}};
+}
+
 QChar letterOf(MetaTypeColumn type) {
   return QChar::fromLatin1(static_cast<char>(type));
 }
 
-Result<TableColumns, QString> settledColumns(const QString& source,
-                                             const std::vector<ArrowField>& fields) {
+Result<TableColumns, ReadFault> settledColumns(const QString& source,
+                                               const std::vector<ArrowField>& fields) {
   TableColumns columns;
   QSet<QString> known;
   for (const ArrowField& field : fields) {
     if (field.types.empty()) {
-      return Failure{table_messages::unsupportedType(source, field.name, field.type)};
+      return faultOf(field.name, table_messages::unsupportedType(source, field.name, field.type));
     }
     if (known.contains(field.name)) {
-      return Failure{table_messages::duplicateColumn(source, field.name)};
+      return faultOf(field.name, table_messages::duplicateColumn(source, field.name));
     }
     known.insert(field.name);
     columns.names.append(field.name);
@@ -35,10 +39,10 @@ Result<TableColumns, QString> settledColumns(const QString& source,
 
 }  // namespace
 
-Result<TableColumns, QString> arrowColumnsOf(const QString& source,
-                                             const std::vector<ArrowField>& fields,
-                                             const std::vector<DeclaredColumn>& declaredColumns) {
-  Result<TableColumns, QString> columns = settledColumns(source, fields);
+Result<TableColumns, ReadFault> arrowColumnsOf(const QString& source,
+                                               const std::vector<ArrowField>& fields,
+                                               const std::vector<DeclaredColumn>& declaredColumns) {
+  Result<TableColumns, ReadFault> columns = settledColumns(source, fields);
   if (!columns) {
     return columns;
   }
@@ -46,8 +50,8 @@ Result<TableColumns, QString> arrowColumnsOf(const QString& source,
   for (const DeclaredColumn& declared : declaredColumns) {
     const qsizetype index = positions.value(declared.name, -1);
     if (index < 0) {
-      return Failure{
-          table_messages::declaredColumnAbsent(source, declared.name, shownNames(columns->names))};
+      return faultOf(declared.name, table_messages::declaredColumnAbsent(
+                                        source, declared.name, shownNames(columns->names)));
     }
     const ArrowField& field = fields[static_cast<std::size_t>(index)];
     if (std::find(field.types.begin(), field.types.end(), declared.type) == field.types.end()) {
@@ -55,9 +59,9 @@ Result<TableColumns, QString> arrowColumnsOf(const QString& source,
       for (const MetaTypeColumn type : field.types) {
         possible += letterOf(type);
       }
-      return Failure{table_messages::cannotBeDeclared(source, declared.name, field.type,
-                                                      letterOf(declared.type),
-                                                      possible.join(QStringLiteral(" or ")))};
+      return faultOf(declared.name, table_messages::cannotBeDeclared(
+                                        source, declared.name, field.type, letterOf(declared.type),
+                                        possible.join(QStringLiteral(" or "))));
     }
     columns->types[static_cast<std::size_t>(index)] = declared.type;
   }

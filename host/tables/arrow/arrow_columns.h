@@ -2,7 +2,7 @@
 // by its type or as the user declares it.
 //
 // Used by the readers of files and of streams.
-// Errors: texts for the user.
+// Errors: texts for the user, with the column.
 #pragma once
 
 #include <vector>
@@ -21,8 +21,8 @@ struct ArrowField {
 };
 
 // `source` is what the table is called: "file 'a.parquet'".
-Result<TableColumns, QString> arrowColumnsOf(const QString& source,
-                                             const std::vector<ArrowField>& fields,
-                                             const std::vector<DeclaredColumn>& declared);
+Result<TableColumns, ReadFault> arrowColumnsOf(const QString& source,
+                                               const std::vector<ArrowField>& fields,
+                                               const std::vector<DeclaredColumn>& declared);
 
 }  // namespace kelvarin

@@ -51,7 +51,7 @@ class ArrowUnit final : public TableUnit {
     for (DecodedColumn& column : decoded) {
       if (column.rowCount < rowCount) {  // the first row that is in error counts
         rowCount = column.rowCount;
-        m_failure = column.failure;
+        fail(column.failure);
       }
       if (column.values) {
         columns.push_back(*std::move(column.values));
@@ -97,7 +97,8 @@ Result<TableColumns, QString> ArrowTableReader::open(IsStopped isStopped) {
   const arrow::Schema& schema = *m_file->schema();
   auto columns = arrowColumnsOf(m_plan->source, fieldsOf(schema), m_rules.declared);
   if (!columns) {
-    return columns;
+    m_locationOfFailure = columns.error().location;
+    return Failure{columns.error().text};
   }
   m_plan->columns = std::move(*columns);
   m_notes = notesOnTimestamps(m_plan->source, schema);

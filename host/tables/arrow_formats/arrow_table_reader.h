@@ -23,6 +23,7 @@ class ArrowTableReader : public BatchReader {
   QString locationOfRow(long long row) const override;
   QStringList notes() const override { return m_notes; }
   QStringList warnings() const override;
+  FaultLocation locationOfFailure() const override { return m_locationOfFailure; }
   bool mayWait() const override { return m_mayWait; }
 
  private:
@@ -34,6 +35,7 @@ class ArrowTableReader : public BatchReader {
   ColumnRules m_rules;
   std::shared_ptr<DecodingPlan> m_plan;
   QStringList m_notes;
+  FaultLocation m_locationOfFailure;
   bool m_mayWait = false;
 
   std::shared_ptr<GroupDecoding> m_group;  // null at the end

@@ -71,9 +71,10 @@ DecodedColumn GroupDecoding::decodeNext(std::size_t index, std::size_t unit) {
   const std::string reason =
       array.ok() ? "a column has fewer rows than its row group" : array.status().message();
   DecodedColumn failed;
-  failed.failure = table_messages::damaged(
-      m_plan->source,
-      table_messages::atLocation(locationOf(index, firstRow), QString::fromStdString(reason)));
+  failed.failure = {table_messages::damaged(
+                        m_plan->source, table_messages::atLocation(locationOf(index, firstRow),
+                                                                   QString::fromStdString(reason))),
+                    {m_plan->columns.names[static_cast<qsizetype>(index)], firstRow}};
   return failed;
 }
 
@@ -87,20 +88,21 @@ DecodedColumn GroupDecoding::converted(const arrow::Array& array, std::size_t in
   decoded.values = std::move(made.values);
   decoded.rowCount = made.bad ? made.bad->row : array.length();
   if (made.bad) {
-    decoded.failure = badValueText(index, *made.bad, firstRow);
+    decoded.failure = badValue(index, *made.bad, firstRow);
   }
   return decoded;
 }
 
-QString GroupDecoding::badValueText(std::size_t index, const BadValue& bad,
-                                    long long firstRow) const {
+ReadFault GroupDecoding::badValue(std::size_t index, const BadValue& bad,
+                                  long long firstRow) const {
   const QString& name = m_plan->columns.names[static_cast<qsizetype>(index)];
   const QString value = QString::fromStdString(bad.text);
   const QString text =
       m_plan->columns.types[index] == MetaTypeColumn::key
           ? table_messages::integerIsNoKey(value) + table_messages::declareAnotherType(name)
           : table_messages::numberNotHeld(value) + table_messages::declareAsText(name);
-  return table_messages::atLocation(locationOf(index, firstRow + bad.row), text);
+  return {table_messages::atLocation(locationOf(index, firstRow + bad.row), text),
+          {name, firstRow + bad.row}};
 }
 
 QString GroupDecoding::locationOf(std::size_t index, long long row) const {

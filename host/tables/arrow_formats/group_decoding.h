@@ -36,7 +36,7 @@ struct DecodingPlan {
 struct DecodedColumn {
   std::optional<BatchColumn> values;  // none where there are no rows
   std::int64_t rowCount = 0;          // before the first value that is in error
-  QString failure;                    // what is wrong with it
+  ReadFault failure;                  // what is wrong with it
   ColumnTally tally;
 };
 
@@ -66,7 +66,7 @@ class GroupDecoding {
   DecodedColumn take(std::size_t index, std::size_t unit);
   DecodedColumn decodeNext(std::size_t index, std::size_t unit);
   DecodedColumn converted(const arrow::Array& array, std::size_t index, long long firstRow);
-  QString badValueText(std::size_t index, const BadValue& bad, long long firstRow) const;
+  ReadFault badValue(std::size_t index, const BadValue& bad, long long firstRow) const;
   QString locationOf(std::size_t index, long long row) const;
 
   std::shared_ptr<const DecodingPlan> m_plan;

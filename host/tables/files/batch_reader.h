@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include <QString>
@@ -25,15 +26,34 @@ struct TableColumns {
   std::vector<MetaTypeColumn> types;
 };
 
+// Which value a failure to read is about, as far as that is known.
+struct FaultLocation {
+  QString column;
+  long long row = -1;  // counted from 0
+};
+
+// A failure to read that may be about a column or a value.
+struct ReadFault {
+  QString text;
+  FaultLocation location = {};
+};
+
 // A piece of a table file.
 class TableUnit : public BatchUnit {
  public:
   // Known when the unit has been accepted: why nothing after batch() can be read. Empty where
   // nothing is wrong.
   const QString& failure() const { return m_failure; }
+  const FaultLocation& failureLocation() const { return m_failureLocation; }
 
  protected:
+  void fail(ReadFault fault) {
+    m_failure = std::move(fault.text);
+    m_failureLocation = std::move(fault.location);
+  }
+
   QString m_failure;
+  FaultLocation m_failureLocation;
 };
 
 class BatchReader {
@@ -61,6 +81,8 @@ class BatchReader {
   virtual QStringList notes() const { return {}; }
   // What was tolerated.
   virtual QStringList warnings() const { return {}; }
+  // What open() has failed at.
+  virtual FaultLocation locationOfFailure() const { return {}; }
   // readUnit() may wait for another program.
   virtual bool mayWait() const { return false; }
 };

@@ -1,6 +1,7 @@
 #include "host/tables/files/reader_source.h"
 
 #include "host/contract/batch_rows.h"
+#include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 #include "host/tables/files/messages.h"
 
@@ -39,7 +40,7 @@ ReaderSource::ReaderSource(XMLNode node, GlobalParameters* parameters)
 char ReaderSource::init() {
   ActionItem::init();
   m_isReading = false;
-  m_failure.clear();
+  m_failure = {};
   m_isWoken = false;
   m_rowsAccepted = 0;
   return 0;
@@ -121,7 +122,9 @@ bool ReaderSource::openAndAnnounce(ActionItem* action) {
     if (source->isStopped()) {
       return true;
     }
-    source->endWithError(status.error());
+    source->endWithError(status.error(), source->m_reader == nullptr
+                                             ? FaultLocation()
+                                             : source->m_reader->locationOfFailure());
     source->explainFailureToOpen();
     return true;
   }
@@ -150,7 +153,7 @@ RowBatchPointer ReaderSource::accept(BatchUnit& unit) {
     auto& ordered = static_cast<OrderedUnit&>(unit);
     batch = acceptRead(ordered.read());
     if (const std::optional<OrderBreak> found = firstBreak(ordered)) {
-      m_failure = outOfOrderText(*found);
+      m_failure = outOfOrder(*found);
       m_isReading = false;
       batch = found->row == 0 ? nullptr : batch->slice(0, found->row);
     }
@@ -163,8 +166,8 @@ RowBatchPointer ReaderSource::accept(BatchUnit& unit) {
 
 RowBatchPointer ReaderSource::acceptRead(TableUnit& unit) {
   m_reader->accept(unit);
-  m_failure = unit.failure();
-  m_isReading = m_failure.isEmpty();
+  m_failure = {unit.failure(), unit.failureLocation()};
+  m_isReading = m_failure.text.isEmpty();
   return unit.batch();
 }
 
@@ -195,25 +198,29 @@ bool ReaderSource::readOn() {
 
 bool ReaderSource::endReading(ActionItem* action) {
   auto* source = static_cast<ReaderSource*>(action);
-  if (source->m_failure.isEmpty() || source->isStopped()) {
+  if (source->m_failure.text.isEmpty() || source->isStopped()) {
     return true;
   }
-  return source->endWithError(source->m_failure);
+  return source->endWithError(source->m_failure.text, source->m_failure.location);
 }
 
-bool ReaderSource::endWithError(const QString& text) {
-  MainUI::addLog(LogLevel::error, text);
+bool ReaderSource::endWithError(const QString& text, const FaultLocation& location) {
+  LogDetails details;
+  details.column = location.column;
+  details.row = location.row;
+  logWithDetails(LogLevel::error, text, details);
   failRun();
   return true;
 }
 
-QString ReaderSource::outOfOrderText(const OrderBreak& found) const {
+ReadFault ReaderSource::outOfOrder(const OrderBreak& found) const {
   const long long row = m_rowsAccepted + static_cast<long long>(found.row);
   for (const SortInfos& entry : m_columns.sortOrder()) {
     if (entry.column() == found.column) {
-      return table_messages::atLocation(
-          m_reader->locationOfRow(row),
-          sortOrderBrokenText(m_columns.names()[found.column], entry.type()));
+      const QString& column = m_columns.names()[found.column];
+      return {table_messages::atLocation(m_reader->locationOfRow(row),
+                                         sortOrderBrokenText(column, entry.type())),
+              {column, row}};
     }
   }
   return {};

@@ -45,7 +45,7 @@ class ReaderSource : public ActionItem, public BatchSource {
   // After the error of a reader that could not be opened.
   virtual void explainFailureToOpen() const {}
   // Logs the error; always true, for routines that end with it.
-  bool endWithError(const QString& text);
+  bool endWithError(const QString& text, const FaultLocation& location = {});
 
  private:
   class OrderedUnit;
@@ -58,11 +58,11 @@ class ReaderSource : public ActionItem, public BatchSource {
   bool isStopped() const { return m_isWoken || (run() != nullptr && !run()->isRunning()); }
   RowBatchPointer acceptRead(TableUnit& unit);
   std::optional<OrderBreak> firstBreak(const OrderedUnit& unit);
-  QString outOfOrderText(const OrderBreak& found) const;
+  ReadFault outOfOrder(const OrderBreak& found) const;
 
   std::unique_ptr<BatchReader> m_reader;
   bool m_isReading = false;
-  QString m_failure;  // what ended the reading, to be logged after the rows before it
+  ReadFault m_failure;  // what ended the reading, to be logged after the rows before it
   std::atomic<bool> m_isWoken{false};
 
   SortOrderChecker m_orderChecker;
