@@ -1,5 +1,6 @@
 """Looks into columnar files, checks and converts them."""
 
+import gzip
 import os
 import subprocess
 import unittest
@@ -61,6 +62,32 @@ class GelTest(ProgramTest):
         self.assertIn("complete, 3 rows, 1 block of up to 20000 rows, 1 column set\n", shown)
         self.assertRegex(shown, r"a +\d+ bytes  nulls, -0.5 to 1\n  b +\d+ bytes  \"\" to \"x\"\n")
         self.assertEqual(self.kelvarin("gel", "export", "t.cgel_kelvarin", "-").stdout, "a,b\n1,\"\"\n-0.5,-\n,x\n")
+
+    def test_csv_is_imported_as_it_is_found(self):
+        text = "Bericht\nid;Preis;größe\n1;1.234,5;NA\n# c\n2;7\n3;;-;zu viel\n"
+        with open(self.path("a.csv"), "wb") as file:
+            file.write(text.encode("cp1252"))
+        options = ("--decimal", ",", "--thousands", ".", "--null", "NA", "--null", "-", "--skip-lines", "1",
+                   "--comment", "#", "--short-rows", "null", "--long-rows", "ignore")
+        shown = self.kelvarin("gel", "import", "a.csv", "t.cgel_kelvarin", *options).stderr
+        self.assertIn("separator ';', quote '\"', encoding windows-1252, header.", shown)
+        table = "id,Preis,größe\n1,1234.5,\n2,7,\n3,,\n"
+        self.assertEqual(self.kelvarin("gel", "head", "t.cgel_kelvarin").stdout, table)
+        # From standard input, compressed, to nothing but what is given.
+        zipped = gzip.compress(text.encode("utf-16"))
+        run = subprocess.run([PROGRAM, "gel", "import", "-", "u", "--from", "csv", "--separator", ";", "--encoding",
+                              "UTF-16", *options], input=zipped, cwd=self.path(""), capture_output=True, check=False)
+        self.assertEqual(run.returncode, 0, run.stderr.decode())
+        self.assertEqual(self.kelvarin("gel", "head", "u.cgel_kelvarin").stdout, table)
+        self.write("p1.tsv", "a\tb\n1\tx;y\n")
+        self.write("p2.tsv", "b\ta\nz\t2\n")
+        self.kelvarin("gel", "import", "p*.tsv", "p.cgel_kelvarin", "--file-column", "from")
+        self.assertRegex(self.kelvarin("gel", "head", "p.cgel_kelvarin").stdout,
+                         r"^a,b,from\n1,x;y,.*p1\.tsv\n2,z,.*p2\.tsv\n$")
+        for arguments, text in ((("t.parquet", "--null", "NA"), "mean nothing for 't.parquet'"),
+                                (("-",), "told by its extension"), (("a.csv", "--encoding", "x"), "encoding 'x'")):
+            status = 1 if "--encoding" in arguments else 2
+            self.assertIn(text, self.kelvarin("gel", "import", arguments[0], "n", *arguments[1:], status=status).stderr)
 
     def test_no_conversion_eats_its_own_input(self):
         self.make()

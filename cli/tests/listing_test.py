@@ -32,7 +32,8 @@ class ListingTest(ProgramTest):
             self.assertIn(part, page)
         (read,) = self.kelvarin_json("actions", "ReadCSV")
         self.assertEqual([a["name"] for a in read["attributes"]],
-                         ["file", "separator", "quote", "header", "nullText", "sortedOn", "onBadValue"])
+                         ["file", "separator", "quote", "header", "nullText", "encoding", "nullTexts", "decimal",
+                          "thousands", "skipLines", "comment", "short", "long", "fileColumn", "sortedOn", "onBadValue"])
         self.assertEqual(read["attributes"][3], {"name": "header", "type": "flag", "values": "0 or 1", "default": "1",
                                                  "meaning": "the first line has the column names"})
         column = read["children"][0]

@@ -133,7 +133,7 @@ FILES = [
 DATA = [
     ("id,price\n1\n", 1, "'price' is missing"), ("id;price\n1;2,5\n", 1, "Is separator=';' meant?"),
     ("id,price,price\n1,2,3\n", 1, "several columns"), ('id,price\n1,"2.5\n', 1, "never closed"), ("", 1, "is empty"),
-    ('id,price\n1,"2,5"\n', 0, "decimal point"), ("id,price\n1,€2.5\n", 0, "olumn 'price'"),
+    ('id,price\n1,"2,5"\n', 0, "before their decimals"), ("id,price\n1,€2.5\n", 0, "olumn 'price'"),
     ("id,price\n1,N/A\n2,3\n", 0, "nullText='N/A'"), ("ID,Price\n1,2\n", 1, "Did you mean 'Price'?"),
     ("id, price\n1,2\n", 1, "' price' begins or ends with a blank"),
 ]

@@ -2609,6 +2609,34 @@
         <source>(empty field)</source>
         <translation>(leeres Feld)</translation>
     </message>
+    <message>
+        <source>As the file seems to have it</source>
+        <translation>Wie es die Datei zu haben scheint</translation>
+    </message>
+    <message>
+        <source>Point  .</source>
+        <translation>Punkt  .</translation>
+    </message>
+    <message>
+        <source>Nothing</source>
+        <translation>Nichts</translation>
+    </message>
+    <message>
+        <source>Apostrophe  &apos;</source>
+        <translation>Apostroph  &apos;</translation>
+    </message>
+    <message>
+        <source>Stop the run</source>
+        <translation>Halten den Lauf an</translation>
+    </message>
+    <message>
+        <source>Get nulls</source>
+        <translation>Werden mit Nullwerten gefüllt</translation>
+    </message>
+    <message>
+        <source>Lose what is too much</source>
+        <translation>Verlieren, was zu viel ist</translation>
+    </message>
 </context>
 <context>
     <name>kelvarin::DebuggerControls</name>
@@ -5740,10 +5768,6 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>UTF-8 mit Byte-Reihenfolge-Marke (BOM)</translation>
     </message>
     <message>
-        <source>UTF-8</source>
-        <translation>UTF-8</translation>
-    </message>
-    <message>
         <source>line ends %1</source>
         <translation>Zeilenenden %1</translation>
     </message>
@@ -5756,12 +5780,56 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>Die Datei sieht so aus: %1.</translation>
     </message>
     <message>
-        <source>It has numbers with a decimal comma. They are read as text; a Calculator behind this action makes numbers of them.</source>
-        <translation>Sie enthält Zahlen mit Dezimalkomma. Sie werden als Text gelesen; ein Calculator hinter dieser Aktion macht Zahlen daraus.</translation>
-    </message>
-    <message>
         <source>TAB</source>
         <translation>TAB</translation>
+    </message>
+    <message>
+        <source>Encoding:</source>
+        <translation>Kodierung:</translation>
+    </message>
+    <message>
+        <source>Further nulls:</source>
+        <translation>Weitere Nullwerte:</translation>
+    </message>
+    <message>
+        <source>for instance: NA|n/a</source>
+        <translation>zum Beispiel: NA|k. A.</translation>
+    </message>
+    <message>
+        <source>Decimals after:</source>
+        <translation>Dezimalzeichen:</translation>
+    </message>
+    <message>
+        <source>Between thousands:</source>
+        <translation>Zwischen Tausendern:</translation>
+    </message>
+    <message>
+        <source>Lines to pass over:</source>
+        <translation>Zeilen, die übergangen werden:</translation>
+    </message>
+    <message>
+        <source>Comments begin with:</source>
+        <translation>Kommentare beginnen mit:</translation>
+    </message>
+    <message>
+        <source>Rows with too few fields:</source>
+        <translation>Zeilen mit zu wenigen Feldern:</translation>
+    </message>
+    <message>
+        <source>Rows with too many fields:</source>
+        <translation>Zeilen mit zu vielen Feldern:</translation>
+    </message>
+    <message>
+        <source>Column of file names:</source>
+        <translation>Spalte der Dateinamen:</translation>
+    </message>
+    <message>
+        <source>decimal comma</source>
+        <translation>Dezimalkomma</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; between thousands</source>
+        <translation>&apos;%1&apos; zwischen Tausendern</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <compare>
+#include <iterator>
 #include <map>
 #include <set>
 
@@ -51,18 +52,25 @@ std::size_t recordsAlike(const std::vector<Record>& records) {
   return static_cast<std::size_t>(std::ranges::count_if(records, isAlike));
 }
 
-// Quotes at both ends of fields; only `'` is looked for beside the usual one.
+bool isBetweenFields(char c) {
+  return c == '\n' || c == '\r' || std::ranges::find(kSeparators, c) != std::end(kSeparators);
+}
+
+// How many fields seem to begin and end with it.
+std::size_t quotedFields(std::string_view text, char quote) {
+  std::size_t begins = 0;
+  std::size_t ends = 0;
+  for (std::size_t at = text.find(quote); at != text.npos; at = text.find(quote, at + 1)) {
+    begins += at == 0 || isBetweenFields(text[at - 1]) ? 1 : 0;
+    ends += at + 1 == text.size() || isBetweenFields(text[at + 1]) ? 1 : 0;
+  }
+  return std::min(begins, ends);
+}
+
+// A single field in apostrophes may be a text that has them.
 char guessQuote(std::string_view text) {
-  if (text.find('"') != text.npos) {
-    return '"';
-  }
-  for (const char separator : kSeparators) {
-    const std::string between{'\'', separator, '\''};
-    if (text.find(between) != text.npos) {
-      return '\'';
-    }
-  }
-  return '"';
+  const std::size_t apostrophes = quotedFields(text, '\'');
+  return apostrophes > 1 && apostrophes > quotedFields(text, '"') ? '\'' : '"';
 }
 
 bool isNumber(const std::string& field) {
@@ -157,14 +165,33 @@ struct Cutting {
   char separator;
   std::vector<Record> records;
 
-  bool isBetterThan(const Cutting& other) const {
+  bool isMoreAlikeThan(const Cutting& other) const {
+    return recordsAlike(records) * other.records.size() >
+           recordsAlike(other.records) * records.size();
+  }
+
+  // Quotes are left over where a separator within quotes is taken for one.
+  std::size_t fieldsWith(char quote) const {
+    std::size_t count = 0;
+    for (const Record& record : records) {
+      count += static_cast<std::size_t>(std::ranges::count_if(
+          record, [quote](const std::string& field) { return field.find(quote) != field.npos; }));
+    }
+    return count;
+  }
+
+  bool isBetterThan(const Cutting& other, char quote) const {
     const std::size_t alike = recordsAlike(records);
     const auto order =
         alike * other.records.size() <=> recordsAlike(other.records) * records.size();
     if (order != 0 || alike == 0) {
       return order > 0;
     }
-    return records.front().size() >= other.records.front().size() || areCommasDecimal(records);
+    if (fieldsWith(quote) != other.fieldsWith(quote)) {
+      return fieldsWith(quote) < other.fieldsWith(quote);
+    }
+    const bool hasDecimals = other.separator == ',' && areCommasDecimal(records);
+    return records.front().size() >= other.records.front().size() || hasDecimals;
   }
 };
 
@@ -192,7 +219,7 @@ Cutting bestCutting(std::string_view text, bool isWhole, CsvDialect dialect,
     }
     dialect.separator = separator;
     Cutting cutting{separator, cut(text, isWhole, dialect)};
-    if (best.records.empty() || cutting.isBetterThan(best)) {
+    if (best.records.empty() || cutting.isBetterThan(best, dialect.quote)) {
       best = std::move(cutting);
     }
   }
@@ -227,7 +254,17 @@ CsvGuess guessCsv(std::string_view start, bool isWhole, const CsvDialect& known,
   CsvDialect dialect = known;
   dialect.quote = guessed.isQuote ? guessQuote(start) : known.quote;
   guess.quote = dialect.quote;
-  const Cutting best = bestCutting(start, isWhole, dialect, guessed);
+  Cutting best = bestCutting(start, isWhole, dialect, guessed);
+  const char otherQuote = dialect.quote == '"' ? '\'' : '"';
+  if (guessed.isQuote && quotedFields(start, otherQuote) > 0) {
+    dialect.quote = otherQuote;
+    Cutting other = bestCutting(start, isWhole, dialect, guessed);
+    if (other.isMoreAlikeThan(best)) {
+      best = std::move(other);
+      guess.quote = otherQuote;
+    }
+    dialect.quote = guess.quote;
+  }
   if (best.records.empty()) {
     return guess;
   }

@@ -23,7 +23,7 @@ struct CsvTable {
   std::vector<bool> isDeclared;  // of each column
   // Of each column of the batches, which one of the file it is; empty: they are the same.
   std::vector<std::size_t> order;
-  std::optional<std::string> fileName;  // the value of one more column, behind the others
+  std::optional<std::string> fileName;  // the value of one more column, after the others
   bool areBadValuesNull = false;
   TextEncoding encoding = TextEncoding::utf8;
   std::optional<CsvValueRules> rules;

@@ -23,6 +23,9 @@ TEST(CsvGuess, FindsHowFilesAreWritten) {
     EXPECT_EQ(guess.nullText.toStdString(), file.nullText) << file.text;
   }
   EXPECT_EQ(guessCsv("'a','b'\r\n'1','x'\r\n", true).quote, '\'');
+  EXPECT_EQ(guessCsv("'x','5\" pipe'\n'y','O\"\n", true).quote, '\'');
+  EXPECT_EQ(guessCsv("a\tb\n'one'\t2\n", true).quote, '"') << "a text that has apostrophes";
+  EXPECT_EQ(guessCsv("a,\"b;c\"\n", true).separator, ',') << "the other one leaves quotes";
   EXPECT_EQ(guessCsv("", true).columnCount, 0U);
 }
 
