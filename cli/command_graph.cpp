@@ -13,21 +13,34 @@ QString absolutePath(const std::string& path) {
                                  : QDir::current().absoluteFilePath(QString::fromStdString(path));
 }
 
+std::optional<Graph> parseCommandGraph(const CommandGraph& graph, const QString& name,
+                                       const ActionCatalogue& catalogue, Console& console) {
+  auto parsed = parseGraph(graph.document, QDir::current().filePath(name), catalogue, graph.values);
+  if (!parsed) {
+    for (const GraphError& error : parsed.error()) {
+      console.writeLog(LogLevel::error, error.message);
+    }
+    return std::nullopt;
+  }
+  return std::move(*parsed);
+}
+
 ExitStatus runCommandGraph(CommandGraph graph, const QString& name, const RunOptions& options,
-                           Console& console,
-                           const std::function<ExitStatus(const RunResult& result)>& finish) {
+                           Console& console, const FinishedRun& finish) {
   const ProgramServices services(console, options.diskWaitSeconds);
   const auto catalogue = loadCatalogue(options.plugin, std::move(graph.ownAction));
   if (!catalogue) {
     console.writeLog(LogLevel::error, catalogue.error());
     return ExitStatus::failed;
   }
-  auto parsed =
-      parseGraph(graph.document, QDir::current().filePath(name), **catalogue, graph.values);
+  return runCommandGraph(graph, name, **catalogue, options, console, finish);
+}
+
+ExitStatus runCommandGraph(const CommandGraph& graph, const QString& name,
+                           const ActionCatalogue& catalogue, const RunOptions& options,
+                           Console& console, const FinishedRun& finish) {
+  std::optional<Graph> parsed = parseCommandGraph(graph, name, catalogue, console);
   if (!parsed) {
-    for (const GraphError& error : parsed.error()) {
-      console.writeLog(LogLevel::error, error.message);
-    }
     return ExitStatus::failed;
   }
   const RunResult result = workInterruptibly(*parsed, runGraph, options, console);

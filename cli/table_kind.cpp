@@ -3,6 +3,9 @@
 #include <QFileInfo>
 #include <QStringList>
 
+#include "host/files/file_hints.h"
+#include "host/xml/xml_node.h"
+
 namespace kelvarin {
 
 namespace {
@@ -14,10 +17,13 @@ constexpr TableKind kKinds[] = {
     {"ipc", "arrow", "Arrow", ""},   {"cgel_kelvarin", "gel", "ColumnarGel", ""},
 };
 
-QString element(const QString& actionAndFile, const QString& name, const char* attributes,
-                const QString& more) {
-  return QStringLiteral("<%1='${%2}' name='%2' %3 %4/>")
-      .arg(actionAndFile, name, QLatin1String(attributes), more);
+QString element(const QString& type, const char* fileAttribute, const QString& action,
+                const QString& file, const QString& attributes) {
+  ToXMLStringTool escape;
+  const QString path = file.isEmpty() ? QStringLiteral("${%1}").arg(action)
+                                      : QString::fromWCharArray(escape.toXML(file));
+  return QStringLiteral("<%1 name='%2' %3='").arg(type, action, QLatin1String(fileAttribute)) +
+         path + QStringLiteral("' ") + attributes + QStringLiteral("/>");
 }
 
 }  // namespace
@@ -26,16 +32,21 @@ bool TableKind::isColumnar() const {
   return QLatin1String(name) == QLatin1String("gel");
 }
 
-QString TableKind::readElement(const QString& action, const QString& more) const {
-  const char* file = isColumnar() ? "fileName" : "file";
-  return element(QStringLiteral("Read%1 %2").arg(QLatin1String(format), QLatin1String(file)),
-                 action, attributes, more);
+bool TableKind::isText() const {
+  return QLatin1String(format) == QLatin1String("CSV");
 }
 
-QString TableKind::writeElement(const QString& action, const QString& more) const {
-  const char* verb = isColumnar() ? "write" : "Write";
-  return element(QStringLiteral("%1%2 file").arg(QLatin1String(verb), QLatin1String(format)),
-                 action, attributes, more);
+QString TableKind::readElement(const QString& action, const QString& more,
+                               const QString& file) const {
+  return element(QLatin1String("Read") + QLatin1String(format), isColumnar() ? "fileName" : "file",
+                 action, file, QLatin1String(attributes) + u' ' + more);
+}
+
+QString TableKind::writeElement(const QString& action, const QString& more,
+                                const QString& file) const {
+  const QLatin1String verb(isColumnar() ? "write" : "Write");
+  return element(verb + QLatin1String(format), "file", action, file,
+                 QLatin1String(attributes) + u' ' + more);
 }
 
 const TableKind* tableKindOf(const std::string& path) {
@@ -55,6 +66,22 @@ const TableKind* tableKindNamed(const std::string& name) {
     }
   }
   return nullptr;
+}
+
+const TableKind& tableKindOfContent(const std::string& path) {
+  if (const TableKind* kind = tableKindOf(path); kind != nullptr) {
+    return *kind;
+  }
+  switch (formatOfContent(QString::fromStdString(path))) {
+    case FileFormat::parquet:
+      return *tableKindNamed("parquet");
+    case FileFormat::arrow:
+      return *tableKindNamed("arrow");
+    case FileFormat::columnar:
+      return *tableKindNamed("gel");
+    default:
+      return csvKind();
+  }
 }
 
 const TableKind& csvKind() {

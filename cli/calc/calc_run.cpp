@@ -1,0 +1,174 @@
+#include "cli/calc/calc_run.h"
+
+#include <utility>
+
+#include <QDir>
+#include <QFileInfo>
+
+#include "cli/calc/calculation_graph.h"
+#include "cli/calc/calculation_input.h"
+#include "cli/calc/messages.h"
+#include "cli/expression_explanation.h"
+#include "expression/tokens/expression_tokens.h"
+#include "host/engine/graph_writer.h"
+
+namespace kelvarin {
+
+namespace {
+
+constexpr char kStandardInputFile[] = "/dev/stdin";
+
+QString graphName() {
+  return QStringLiteral("calculation");
+}
+
+}  // namespace
+
+CalcRun::CalcRun(const CalcRequest& request, Console& console)
+    : m_request(request),
+      m_conversion(request.conversion),
+      m_console(console),
+      m_log(console, request.conversion.options.diskWaitSeconds) {
+  if (request.readsStandardInput()) {
+    m_conversion.input = kStandardInputFile;
+  }
+}
+
+ExitStatus CalcRun::run() {
+  auto catalogue = loadCatalogue(m_conversion.options.plugin);
+  if (!catalogue) {
+    m_console.writeLog(LogLevel::error, catalogue.error());
+    return ExitStatus::failed;
+  }
+  m_catalogue = std::move(*catalogue);
+  ExitStatus status = m_request.hasExpressions() ? plan() : ExitStatus::done;
+  if (status == ExitStatus::done && !m_request.graph.isEmpty()) {
+    status = save();
+  }
+  return status != ExitStatus::done || m_request.isOnlySaved ? status : work();
+}
+
+ExitStatus CalcRun::plan() {
+  if (m_request.readsStandardInput()) {
+    m_standardInput.emplace();
+  }
+  const auto columns = columnsOfInput(m_conversion, source(), *m_catalogue, m_console, m_log);
+  if (m_standardInput) {
+    m_standardInput->startAgain();
+  }
+  if (!columns) {
+    explainArguments();
+    return columns.error();
+  }
+  return bind(*columns);
+}
+
+ExitStatus CalcRun::bind(const std::vector<PinColumns::Column>& columns) {
+  m_parameters.setWorkingDir(QDir::currentPath());
+  for (const GraphParameter& parameter : m_request.parameters) {
+    m_parameters.setValue(parameter.name, parameter.value);
+  }
+  m_calculation.emplace(columns, m_request.options, m_parameters, m_request.expressions());
+  m_log.setLabels(m_calculation->labels());
+  for (const NamedExpression& output : m_request.outputs) {
+    if (const auto added = m_calculation->addOutput(output); !added) {
+      report(added.error());
+      explainArguments();
+      return ExitStatus::failed;
+    }
+  }
+  for (const QString& filter : m_request.filters) {
+    if (const auto added = m_calculation->addFilter(filter); !added) {
+      report(added.error());
+      explainArguments();
+      return ExitStatus::failed;
+    }
+  }
+  return ExitStatus::done;
+}
+
+void CalcRun::report(const ExpressionFault& fault) {
+  const ColumnLabels& labels = m_calculation->labels();
+  m_console.writeLog(LogLevel::error, fault.purpose + labels.asTyped(fault.text));
+  ExpressionError typed = fault.error;
+  typed.token = labels.asTyped(typed.token);
+  showMarked(typed, fault.expression, m_console);
+  if (fault.labelled.isNull()) {
+    return;
+  }
+  HintNames names;
+  names.adviceOnUnknown = calc_messages::quoteColumns();
+  for (const QString& column : m_calculation->columnNames()) {
+    names.variables += isVariableName(column) ? QStringList{column} : QStringList();
+  }
+  const QString hint = hintAtExpression(fault.error, fault.labelled, names);
+  if (!hint.isEmpty()) {
+    m_console.writeReason(LogLevel::information, labels.asTyped(hint));
+  }
+}
+
+// Where something failed and may have been taken for what it is not.
+void CalcRun::explainArguments() {
+  const QString input = QString::fromStdString(m_conversion.input);
+  if (m_request.isInputGuessed && !QFileInfo::exists(input)) {
+    m_console.writeReason(LogLevel::information, calc_messages::takenForInput(input));
+  }
+  for (const QString& file : m_request.existing) {
+    m_console.writeReason(LogLevel::information, calc_messages::takenForOutput(file));
+  }
+}
+
+QString CalcRun::source(const QString& file) const {
+  return m_request.inputKind->readElement(QLatin1String(kSourceAction), {}, file);
+}
+
+ConversionGraph CalcRun::graph(const QString& input, const QString& output) const {
+  return {.source = source(input),
+          .sink = sinkElement(*m_request.outputKind, output),
+          .steps = m_calculation ? stepsOf(*m_calculation) : std::vector<ConversionStep>(),
+          .parameters = m_request.parameters};
+}
+
+// Relative where it is below the graph's folder.
+QString CalcRun::pathInGraph(const std::string& path) const {
+  const QString absolute = absolutePath(path);
+  const QString relative = QFileInfo(m_request.graph).absoluteDir().relativeFilePath(absolute);
+  const bool isBelow = QFileInfo(absolute).isAbsolute() && !relative.startsWith(u"../");
+  return isBelow ? relative : absolute;
+}
+
+ExitStatus CalcRun::save() {
+  CommandGraph document;
+  document.document =
+      documentOf(graph(pathInGraph(m_conversion.input), pathInGraph(m_conversion.output)));
+  const auto parsed = parseCommandGraph(document, m_request.graph, *m_catalogue, m_console);
+  if (!parsed) {
+    return ExitStatus::failed;
+  }
+  if (const auto saved = saveGraph(*parsed, m_request.graph); !saved) {
+    m_console.writeLog(LogLevel::error, saved.error());
+    return ExitStatus::failed;
+  }
+  m_console.writeLog(LogLevel::information, calc_messages::graphSaved(m_request.graph));
+  return ExitStatus::done;
+}
+
+ExitStatus CalcRun::work() {
+  const auto finish = [this](const RunResult& result) {
+    const int error = m_standardInput ? m_standardInput->end() : 0;
+    if (error != 0) {
+      m_console.writeLog(LogLevel::error, calc_messages::inputBroken(qt_error_string(error)));
+      return ExitStatus::failed;
+    }
+    reportRows(m_request.conversion, *m_request.outputKind, result, m_console);
+    return ExitStatus::done;
+  };
+  const ExitStatus status = runCommandGraph(commandGraphOf(m_conversion, graph()), graphName(),
+                                            *m_catalogue, m_conversion.options, m_console, finish);
+  if (status == ExitStatus::failed) {
+    explainArguments();
+  }
+  return status;
+}
+
+}  // namespace kelvarin
