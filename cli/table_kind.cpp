@@ -11,11 +11,24 @@ namespace kelvarin {
 namespace {
 
 constexpr TableKind kKinds[] = {
-    {"csv", "csv", "CSV", ""},       {"tsv", "tsv", "CSV", "separator='\\t'"},
-    {"txt", "csv", "CSV", ""},       {"parquet", "parquet", "Parquet", ""},
-    {"arrow", "arrow", "Arrow", ""}, {"feather", "arrow", "Arrow", ""},
-    {"ipc", "arrow", "Arrow", ""},   {"cgel_kelvarin", "gel", "ColumnarGel", ""},
+    {"csv", "csv", "CSV", ""},
+    {"tsv", "tsv", "CSV", "separator='\\t'"},
+    {"txt", "csv", "CSV", ""},
+    {"parquet", "parquet", "Parquet", ""},
+    {"arrow", "arrow", "Arrow", ""},
+    {"arrows", "arrow", "Arrow", ""},
+    {"feather", "arrow", "Arrow", ""},
+    {"ipc", "arrow", "Arrow", ""},
+    {"cgel_kelvarin", "gel", "ColumnarGel", ""},
 };
+
+constexpr char kSeparator[] = "separator=";
+
+// An attribute may stand there once.
+QString attributesOf(const TableKind& kind, const QString& more) {
+  const bool isSeparatorGiven = kind.hasSeparator() && more.contains(QLatin1String(kSeparator));
+  return isSeparatorGiven ? more : QLatin1String(kind.attributes) + u' ' + more;
+}
 
 QString element(const QString& type, const char* fileAttribute, const QString& action,
                 const QString& file, const QString& attributes) {
@@ -32,21 +45,24 @@ bool TableKind::isColumnar() const {
   return QLatin1String(name) == QLatin1String("gel");
 }
 
-bool TableKind::isText() const {
+bool TableKind::isCsv() const {
   return QLatin1String(format) == QLatin1String("CSV");
+}
+
+bool TableKind::hasSeparator() const {
+  return QLatin1String(attributes).contains(QLatin1String(kSeparator));
 }
 
 QString TableKind::readElement(const QString& action, const QString& more,
                                const QString& file) const {
   return element(QLatin1String("Read") + QLatin1String(format), isColumnar() ? "fileName" : "file",
-                 action, file, QLatin1String(attributes) + u' ' + more);
+                 action, file, attributesOf(*this, more));
 }
 
 QString TableKind::writeElement(const QString& action, const QString& more,
                                 const QString& file) const {
   const QLatin1String verb(isColumnar() ? "write" : "Write");
-  return element(verb + QLatin1String(format), "file", action, file,
-                 QLatin1String(attributes) + u' ' + more);
+  return element(verb + QLatin1String(format), "file", action, file, attributesOf(*this, more));
 }
 
 const TableKind* tableKindOf(const std::string& path) {

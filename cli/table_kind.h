@@ -16,9 +16,11 @@ struct TableKind {
   const char* attributes;  // that these actions need for it
 
   bool isColumnar() const;
-  bool isText() const;
+  bool isCsv() const;
+  // Its attributes say what separates the fields.
+  bool hasSeparator() const;
   // An action of this name. Without `file` its file is the parameter of the same name. `more` are
-  // attributes.
+  // attributes, which come before those of the kind.
   QString readElement(const QString& action, const QString& more = {},
                       const QString& file = {}) const;
   QString writeElement(const QString& action, const QString& more = {},

@@ -27,6 +27,16 @@ set_target_properties(re2::re2 PROPERTIES
   INTERFACE_SYSTEM_INCLUDE_DIRECTORIES ${RE2_INCLUDE}
   INTERFACE_INCLUDE_DIRECTORIES ${RE2_INCLUDE})
 
+find_package(ZLIB REQUIRED)
+# Debian's package has no description for CMake.
+find_path(ZSTD_INCLUDE zstd.h REQUIRED)
+find_library(ZSTD_LIBRARY zstd REQUIRED)
+add_library(zstd::zstd SHARED IMPORTED)
+set_target_properties(zstd::zstd PROPERTIES
+  IMPORTED_LOCATION ${ZSTD_LIBRARY}
+  INTERFACE_SYSTEM_INCLUDE_DIRECTORIES ${ZSTD_INCLUDE}
+  INTERFACE_INCLUDE_DIRECTORIES ${ZSTD_INCLUDE})
+
 find_package(Arrow CONFIG QUIET)
 find_package(Parquet CONFIG QUIET)
 if(Arrow_FOUND AND Parquet_FOUND)

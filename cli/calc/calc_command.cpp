@@ -53,6 +53,7 @@ void addCalcCommand(CLI::App& program, ChosenCommand& chosen) {
           ->type_name("GRAPH");
   command->add_flag("--no-run", arguments->isOnlySaved, "save the graph and do no more")
       ->needs(save);
+  arguments->csv.addTo(*command);
   arguments->run.addTo(*command);
   command->footer(
       "Examples:\n"

@@ -6,6 +6,7 @@
 
 #include "cli/calc/messages.h"
 #include "cli/expression_options.h"
+#include "cli/gel/messages.h"
 #include "cli/name_value.h"
 
 namespace kelvarin {
@@ -56,15 +57,19 @@ Understood takeKinds(const CalcArguments& arguments, CalcRequest& request) {
     return Failure{calc_messages::unknownKind(QString::fromStdString(conversion.output),
                                               knownTableExtensions())};
   }
+  request.csv = arguments.csv;
+  if (!request.inputKind->isCsv() && request.csv.areGiven()) {
+    return Failure{gel_messages::noCsvFile(QString::fromStdString(conversion.input))};
+  }
   const bool mayBePiped =
-      request.inputKind->isText() || request.inputKind == tableKindNamed("arrow");
+      request.inputKind->isCsv() || request.inputKind == tableKindNamed("arrow");
   if (request.readsStandardInput() && !mayBePiped && ::lseek(STDIN_FILENO, 0, SEEK_CUR) < 0) {
     return Failure{calc_messages::needsFile(QLatin1String(request.inputKind->name))};
   }
   if (conversion.isPiped() && request.outputKind->isColumnar()) {
     return Failure{calc_messages::columnarNeedsFile()};
   }
-  if (conversion.isPiped() && !request.outputKind->isText() && isatty(STDOUT_FILENO) != 0) {
+  if (conversion.isPiped() && !request.outputKind->isCsv() && isatty(STDOUT_FILENO) != 0) {
     return Failure{calc_messages::notToTerminal()};
   }
   if (request.outputKind->isColumnar()) {

@@ -22,6 +22,7 @@ struct CalcArguments {
   std::string output = kStandardStream;
   std::string inputKind;
   std::string outputKind;
+  CsvOptions csv;
   std::vector<std::string> filters;
   std::vector<std::string> settings;
   std::vector<std::string> options;
@@ -34,6 +35,7 @@ struct CalcRequest {
   TableConversion conversion;
   const TableKind* inputKind = nullptr;
   const TableKind* outputKind = nullptr;
+  CsvOptions csv;  // of the input
   std::vector<NamedExpression> outputs;
   QStringList filters;
   std::vector<GraphParameter> parameters;

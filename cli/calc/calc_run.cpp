@@ -16,6 +16,7 @@ namespace kelvarin {
 
 namespace {
 
+// For readers that go to and fro in a file, which standard input may be.
 constexpr char kStandardInputFile[] = "/dev/stdin";
 
 QString graphName() {
@@ -29,7 +30,9 @@ CalcRun::CalcRun(const CalcRequest& request, Console& console)
       m_conversion(request.conversion),
       m_console(console),
       m_log(console, request.conversion.options.diskWaitSeconds) {
-  if (request.readsStandardInput()) {
+  const QLatin1String format(request.inputKind->format);
+  const bool isSearched = format == QLatin1String("Parquet") || request.inputKind->isColumnar();
+  if (request.readsStandardInput() && isSearched) {
     m_conversion.input = kStandardInputFile;
   }
 }
@@ -119,7 +122,7 @@ void CalcRun::explainArguments() {
 }
 
 QString CalcRun::source(const QString& file) const {
-  return m_request.inputKind->readElement(QLatin1String(kSourceAction), {}, file);
+  return sourceElement(*m_request.inputKind, m_request.csv, file);
 }
 
 ConversionGraph CalcRun::graph(const QString& input, const QString& output) const {

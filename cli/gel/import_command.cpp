@@ -1,4 +1,5 @@
 // `kelvarin gel import`: a columnar file made of a CSV, Parquet or Arrow file.
+#include "cli/csv_options.h"
 #include "cli/gel/gel_command.h"
 #include "cli/gel/messages.h"
 #include "cli/gel/table_conversion.h"
@@ -10,6 +11,8 @@ namespace kelvarin {
 namespace {
 
 struct Import : TableConversion {
+  std::string kind;
+  CsvOptions csv;
   std::uint32_t rowsInBlock = kRowsInBlock;
 };
 
@@ -20,10 +23,14 @@ ExitStatus refuse(Console& console, const QString& text) {
 
 ExitStatus importTable(Import conversion) {
   Console console(conversion.options.isQuiet);
-  const TableKind* kind = tableKindOf(conversion.input);
+  const TableKind* kind =
+      conversion.kind.empty() ? tableKindOf(conversion.input) : tableKindNamed(conversion.kind);
   if (kind == nullptr || kind->isColumnar()) {
     return refuse(console, gel_messages::unknownExtension(QString::fromStdString(conversion.input),
                                                           knownTableExtensions()));
+  }
+  if (!kind->isCsv() && conversion.csv.areGiven()) {
+    return refuse(console, gel_messages::noCsvFile(QString::fromStdString(conversion.input)));
   }
   // Most likely the names have been swapped, and a table would be lost.
   const TableKind* outputKind = tableKindOf(conversion.output);
@@ -35,7 +42,7 @@ ExitStatus importTable(Import conversion) {
   if (wouldReplaceItself(conversion, console)) {
     return ExitStatus::wrongUsage;
   }
-  ConversionGraph graph{.source = kind->readElement(QLatin1String(kSourceAction)),
+  ConversionGraph graph{.source = sourceElement(*kind, conversion.csv),
                         .sink = columnarSinkElement(conversion.rowsInBlock)};
   return runConversion(conversion, std::move(graph), console, [&](const RunResult& result) {
     reportRows(conversion, *tableKindNamed("gel"), result, console);
@@ -48,7 +55,10 @@ ExitStatus importTable(Import conversion) {
 void addGelImport(CLI::App& gel, ChosenCommand& chosen) {
   auto conversion = std::make_shared<Import>();
   CLI::App* command = gel.add_subcommand("import", "Make one of a CSV, Parquet or Arrow file");
-  command->add_option("IN", conversion->input, "its extension says what it is")
+  command
+      ->add_option(
+          "IN", conversion->input,
+          "its extension says what it is; a pattern such as 'data/*.csv'; - is standard input")
       ->required()
       ->type_name("");
   command
@@ -57,12 +67,19 @@ void addGelImport(CLI::App& gel, ChosenCommand& chosen) {
       ->required()
       ->type_name("");
   command
+      ->add_option("--from", conversion->kind, "csv, tsv, parquet or arrow, whatever the extension")
+      ->check(CLI::IsMember({"csv", "tsv", "parquet", "arrow"}))
+      ->type_name("KIND");
+  command
       ->add_option("--rows-in-block", conversion->rowsInBlock,
                    "more: smaller files; fewer: faster ranges, less memory")
       ->check(CLI::Range(std::uint32_t{1}, kMaxRowsInBlock))
       ->type_name("N")
       ->capture_default_str();
-  command->footer("Example:\n  kelvarin gel import sales.csv sales.cgel_kelvarin");
+  command->footer(
+      "Example:\n  kelvarin gel import sales.csv sales.cgel_kelvarin\n"
+      "  zcat old.csv.gz | kelvarin gel import - old --from csv --decimal ,");
+  conversion->csv.addTo(*command);
   conversion->options.addTo(*command);
   command->callback(
       [conversion, &chosen] { chosen = [conversion] { return importTable(*conversion); }; });

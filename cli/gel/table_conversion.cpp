@@ -66,6 +66,11 @@ ExitStatus runConversion(const TableConversion& conversion, ConversionGraph grap
                          conversion.options, console, finish);
 }
 
+QString sourceElement(const TableKind& kind, const CsvOptions& csv, const QString& file) {
+  const QString attributes = kind.isCsv() ? csv.attributes(kind) : QString();
+  return kind.readElement(QLatin1String(kSourceAction), attributes, file);
+}
+
 QString sinkElement(const TableKind& kind, const QString& file) {
   return kind.isColumnar() ? columnarSinkElement(kRowsInBlock, file)
                            : kind.writeElement(QLatin1String(kSinkAction), {}, file);

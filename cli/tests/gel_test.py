@@ -24,7 +24,7 @@ class GelTest(ProgramTest):
 
     def test_a_table_survives_every_kind_of_file(self):
         self.make()
-        for name in ("t.parquet", "t.arrow", "again.csv", "t.tsv"):
+        for name in ("t.parquet", "t.arrow", "t.arrows", "again.csv", "t.tsv"):
             self.kelvarin("gel", "export", "t.cgel_kelvarin", name)
             self.kelvarin("gel", "import", name, "back.cgel_kelvarin")
             self.kelvarin("gel", "export", "back.cgel_kelvarin", "back.csv")

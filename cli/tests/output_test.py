@@ -85,6 +85,27 @@ class OutputTest(ProgramTest):
                     process.stdin.close()
                     self.assertEqual(process.wait(), 0)
 
+    def test_graphs_are_joined_by_pipes(self):
+        rows = "a,b\n" + "".join(f"{row},text {row}\n" for row in range(200_000))
+        self.write("in.csv", rows)
+        for name, source, sink in (("first", "<ReadCSV name='in' file='in.csv'/>", "<WriteArrow name='out' file='-'/>"),
+                                   ("file", "<ReadCSV name='in' file='in.csv'/>",
+                                    "<WriteArrow name='out' file='-' format='file'/>"),
+                                   ("between", "<ReadArrow name='in' file='-'/>", "<WriteArrow name='out' file='-'/>"),
+                                   ("text", "<ReadArrow name='in' file='-'/>", "<WriteCSV name='out' file='-'/>"),
+                                   ("last", "<ReadCSV name='in' file='-'/>", "<WriteCSV name='out' file='out.csv'/>")):
+            self.write(f"{name}.kelvarin", graph(source + sink, ["in out"]))
+        for first in ("first", "file"):
+            command = " | ".join(f"{PROGRAM} run {name}.kelvarin --quiet" for name in (first, "between", "text", "last"))
+            result = subprocess.run(["bash", "-c", "set -o pipefail; " + command], cwd=self.folder, capture_output=True,
+                                    text=True, timeout=60)
+            self.assertEqual((result.returncode, result.stdout, result.stderr), (0, "", ""))
+            self.assertEqual(self.read("out.csv"), rows)
+        refused = self.run_program("run", "text.kelvarin")
+        self.assertEqual(refused.returncode, 1)
+        self.assertIn("The standard input cannot be read, it is damaged or of another format: there is nothing in it",
+                      refused.stderr)
+
     def test_rows_before_a_failure_are_on_standard_output(self):
         self.write("bad.csv", "a\n1\n2\nthree\n")
         self.write("bad.kelvarin", graph("<ReadCSV name='in' file='bad.csv'><Column name='a' meta='F'/></ReadCSV>"

@@ -37,6 +37,12 @@ QString typeByContent(FileFormat format) {
   }
 }
 
+// ReadCSV may be able to read it: as a text of another encoding, or uncompressed.
+bool mayBeText(FileFormat format) {
+  return format == FileFormat::text || format == FileFormat::utf16 ||
+         format == FileFormat::compressed;
+}
+
 // The content wins over a name that promises something else; a text is CSV unless its name says
 // more.
 QString typeOf(const QString& path, FileFormat format, const QStringList& readableTypes) {
@@ -46,7 +52,7 @@ QString typeOf(const QString& path, FileFormat format, const QStringList& readab
   if (isReadable(path, readableTypes)) {
     return QFileInfo(path).suffix().toLower();
   }
-  return format == FileFormat::text ? kCsvType : QString();
+  return mayBeText(format) ? kCsvType : QString();
 }
 
 QString whyNotRead(const QString& path, FileFormat format, const QStringList& readableTypes) {
@@ -59,7 +65,7 @@ QString whyNotRead(const QString& path, FileFormat format, const QStringList& re
 }
 
 DroppedFile lookAt(const QString& path, const QStringList& readableTypes) {
-  DroppedFile file{path, DroppedFile::Kind::other, {}, {}, whyNotLookedInto(path)};
+  DroppedFile file{.path = path, .fileType = {}, .csv = {}, .why = whyNotLookedInto(path)};
   if (!file.why.isEmpty()) {
     return file;
   }
@@ -68,16 +74,17 @@ DroppedFile lookAt(const QString& path, const QStringList& readableTypes) {
     file.kind = DroppedFile::Kind::graph;
     return file;
   }
+  const Result<CsvStart, QString> start =
+      mayBeText(format) ? readCsvStart(path) : Failure{QString()};
   file.fileType = typeOf(path, format, readableTypes);
-  if (file.fileType.isEmpty()) {
+  if (file.fileType.isEmpty() || (format == FileFormat::compressed && !start)) {
     file.why = whyNotRead(path, format, readableTypes);
     return file;
   }
   file.kind = DroppedFile::Kind::table;
-  if (format == FileFormat::text) {
-    if (const auto start = readCsvStart(path)) {
-      file.csv = guessCsv(start->bytes, start->isWhole);
-    }
+  if (start) {
+    file.csv = guessCsv(start->text, start->isWhole);
+    file.encoding = start->encoding;
   }
   return file;
 }
@@ -97,7 +104,7 @@ std::vector<DroppedFile> lookIntoFolder(const QString& folder, const QStringList
             : Texts::tr("The folder '%1' has %2 files that can be read. Drop those that you need.")
                   .arg(folder)
                   .arg(tables.size());
-    return {{folder, DroppedFile::Kind::other, {}, {}, why}};
+    return {{.path = folder, .fileType = {}, .csv = {}, .why = why}};
   }
   std::vector<DroppedFile> files;
   for (const QString& table : tables) {

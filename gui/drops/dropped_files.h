@@ -7,7 +7,7 @@
 
 #include <QStringList>
 
-#include "gui/host_editors/csv_guess.h"
+#include "host/tables/csv/csv_guess.h"
 
 namespace kelvarin {
 
@@ -19,6 +19,7 @@ struct DroppedFile {
   QString fileType;  // of a table: the extension by which its reader is found
   CsvGuess csv;      // of a text file
   QString why;       // of another one: why nothing can be done with it, for the user
+  TextEncoding encoding = TextEncoding::utf8;  // of a text file
 };
 
 // `readableTypes` are the extensions that some action reads. A folder stands for the tables in it.

@@ -27,7 +27,8 @@ const AttributeDescription* fileAttributeOf(const ActionDescription& reader) {
   return file != nullptr ? file : attributeOf(reader, u"fileName");
 }
 
-void takeGuess(const CsvGuess& guess, const ActionDescription& reader, EditedElement& element) {
+void takeGuess(const DroppedFile& file, const ActionDescription& reader, EditedElement& element) {
+  const CsvGuess& guess = file.csv;
   const auto set = [&](QStringView name, const QString& value) {
     if (const AttributeDescription* attribute = attributeOf(reader, name)) {
       element.setShownValue(*attribute, value);
@@ -37,14 +38,21 @@ void takeGuess(const CsvGuess& guess, const ActionDescription& reader, EditedEle
     return;
   }
   if (guess.columnCount > 1) {
-    set(u"separator", guess.separator);
+    set(u"separator", separatorText(guess.separator));
   }
   if (guess.hasQuotes) {
-    set(u"quote", guess.quote);
+    set(u"quote", QString(QLatin1Char(guess.quote)));
   }
   set(u"header", guess.hasHeader ? QStringLiteral("1") : QStringLiteral("0"));
+  set(u"encoding", nameOfEncoding(file.encoding));
   if (!guess.nullText.isEmpty()) {
     set(u"nullText", guess.nullText);
+  }
+  if (!guess.numbers.isPlain()) {
+    set(u"decimal", QString(QLatin1Char(guess.numbers.decimal)));
+    if (guess.numbers.thousands != '\0') {
+      set(u"thousands", QString(QLatin1Char(guess.numbers.thousands)));
+    }
   }
 }
 
@@ -121,7 +129,7 @@ ActionId FileDrop::addReader(const DroppedFile& file, QPointF position) {
   EditedElement element;
   element.name = entry->typeName;
   element.setAttribute(attribute->name, graph.graph().settings->contractFile(file.path));
-  takeGuess(file.csv, *reader, element);
+  takeGuess(file, *reader, element);
   return m_commands.addAction(entry->typeName, freePositionBelow(graph, position),
                               QFileInfo(file.path).completeBaseName(), element.document());
 }

@@ -32,7 +32,7 @@ std::vector<Byte> meaningfulBytes(std::string_view text, const CsvDialect& diale
     return {};
   }
   CsvBlock block;
-  block.reserve(text.size(), 0);
+  block.reserve(text.size() + CsvIndexer::spareBytes(dialect, columnCount), 0);
   std::memcpy(block.bytes(), text.data(), text.size());
   const CsvIndex index = CsvIndexer(dialect, columnCount).index(block, text.size(), isWhole);
   block.setRows(index.rowCount, columnCount);
@@ -46,8 +46,9 @@ std::vector<Byte> meaningfulBytes(std::string_view text, const CsvDialect& diale
           bytes.push_back({begin + i, true});
         }
       }
-      if (column + 1 < columnCount) {
-        bytes.push_back({begin + field.bytes.size(), false});
+      const std::size_t end = begin + field.bytes.size();
+      if (column + 1 < columnCount && end < text.size() && text[end] == dialect.separator) {
+        bytes.push_back({end, false});
       }
     }
   }

@@ -40,4 +40,41 @@ ChoiceField* newNullTextField() {
        choice("-", QStringLiteral("-")), choice("?", QStringLiteral("?"))});
 }
 
+ChoiceField* newEncodingField() {
+  return new ChoiceField({choice("auto", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields",
+                                                                 "As the file seems to have it"))),
+                          choice("UTF-8", QStringLiteral("UTF-8")),
+                          choice("UTF-16", QStringLiteral("UTF-16")),
+                          choice("ISO-8859-1", QStringLiteral("ISO-8859-1 (Latin-1)")),
+                          choice("windows-1252", QStringLiteral("windows-1252"))});
+}
+
+ChoiceField* newDecimalField() {
+  return new ChoiceField(
+      {choice(".", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Point  ."))),
+       choice(",", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Comma  ,")))});
+}
+
+ChoiceField* newThousandsField() {
+  return new ChoiceField(
+      {choice("", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Nothing"))),
+       choice(".", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Point  ."))),
+       choice(",", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Comma  ,"))),
+       choice(" ", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Space"))),
+       choice("'", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Apostrophe  '")))});
+}
+
+ChoiceField* newShortRowsField() {
+  return new ChoiceField(
+      {choice("error", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Stop the run"))),
+       choice("null", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Get nulls")))});
+}
+
+ChoiceField* newLongRowsField() {
+  return new ChoiceField(
+      {choice("error", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Stop the run"))),
+       choice("ignore",
+              words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Lose what is too much")))});
+}
+
 }  // namespace kelvarin

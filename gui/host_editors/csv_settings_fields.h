@@ -11,4 +11,11 @@ ChoiceField* newSeparatorField();
 ChoiceField* newQuoteField();
 ChoiceField* newNullTextField();
 
+// Of reading only:
+ChoiceField* newEncodingField();
+ChoiceField* newDecimalField();
+ChoiceField* newThousandsField();
+ChoiceField* newShortRowsField();
+ChoiceField* newLongRowsField();
+
 }  // namespace kelvarin

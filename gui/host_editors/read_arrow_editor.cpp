@@ -21,7 +21,7 @@ MakeBatchReader ReadArrowEditor::reader(const QString& path) const {
 QString ReadArrowEditor::filter() const {
   return m_format == ArrowFormat::parquet
              ? tr("Parquet files (*.parquet);;All files (*)")
-             : tr("Arrow files (*.arrow *.feather *.ipc);;All files (*)");
+             : tr("Arrow files (*.arrow *.arrows *.feather *.ipc);;All files (*)");
 }
 
 }  // namespace kelvarin

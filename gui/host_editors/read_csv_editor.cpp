@@ -12,14 +12,24 @@ namespace kelvarin {
 
 namespace {
 
-QString separatorInWords(const QString& separator) {
-  return separator == u"\\t" ? ReadCsvEditor::tr("TAB") : separator;
+QString separatorInWords(char separator) {
+  return separator == '\t' ? ReadCsvEditor::tr("TAB") : separatorText(separator);
+}
+
+// With what is left to a look at the file.
+CsvDialect dialectOf(const CsvFileSettings& settings, const CsvStart& start) {
+  CsvDialect dialect = settings.dialect;
+  const CsvGuess guess = guessCsv(start.text, start.isWhole, dialect, settings.guessed);
+  dialect.separator = guess.separator;
+  dialect.quote = guess.quote;
+  return dialect;
 }
 
 }  // namespace
 
 struct ReadCsvEditor::Start {
   CsvGuess guess;
+  TextEncoding encoding = TextEncoding::utf8;
   std::vector<CsvRawLine> lines;
 };
 
@@ -37,32 +47,47 @@ ReadCsvEditor::ReadCsvEditor(ActionItem& action, QWidget* parent)
   addChoice(form, QStringLiteral("nullText"), tr("N&ull is written as:"), newNullTextField());
   addLine(form, QStringLiteral("sortedOn"), tr("S&orted on:"))
       ->setPlaceholderText(tr("for instance: id 0, name A"));
+  addForeignFields(form);
   pages().addTab(m_raw, tr("As it s&tands"));
   addPages();
+}
+
+// For files as other programs write them.
+void ReadCsvEditor::addForeignFields(QFormLayout& form) {
+  addChoice(form, QStringLiteral("encoding"), tr("Encoding:"), newEncodingField());
+  addLine(form, QStringLiteral("nullTexts"), tr("Further nulls:"))
+      ->setPlaceholderText(tr("for instance: NA|n/a"));
+  addChoice(form, QStringLiteral("decimal"), tr("Decimals after:"), newDecimalField());
+  addChoice(form, QStringLiteral("thousands"), tr("Between thousands:"), newThousandsField());
+  addLine(form, QStringLiteral("skipLines"), tr("Lines to pass over:"));
+  addLine(form, QStringLiteral("comment"), tr("Comments begin with:"));
+  addChoice(form, QStringLiteral("short"), tr("Rows with too few fields:"), newShortRowsField());
+  addChoice(form, QStringLiteral("long"), tr("Rows with too many fields:"), newLongRowsField());
+  addLine(form, QStringLiteral("fileColumn"), tr("Column of file names:"));
 }
 
 QString ReadCsvEditor::filter() const {
   return tr("CSV files (*.csv *.tsv *.txt);;All files (*)");
 }
 
-Result<CsvDialect, QString> ReadCsvEditor::dialect() const {
-  return CsvSettings(action().node(), &parameters()).dialect([this](const QString& text) {
+Result<CsvFileSettings, QString> ReadCsvEditor::csvSettings() const {
+  return CsvReadSettings(action().node(), &parameters()).settings([this](const QString& text) {
     return action().expandString(text);
   });
 }
 
 bool ReadCsvEditor::hasHeader() const {
-  const auto now = dialect();
-  return !now || now->hasHeader;
+  const auto now = csvSettings();
+  return !now || now->dialect.hasHeader;
 }
 
 MakeBatchReader ReadCsvEditor::reader(const QString& path) const {
-  return [path, dialect = dialect()](
+  return [path, settings = csvSettings()](
              const ColumnRules& rules) -> Result<std::unique_ptr<BatchReader>, QString> {
-    if (!dialect) {
-      return Failure{dialect.error()};
+    if (!settings) {
+      return Failure{settings.error()};
     }
-    return std::unique_ptr<BatchReader>(std::make_unique<CsvBatchReader>(path, *dialect, rules));
+    return std::unique_ptr<BatchReader>(std::make_unique<CsvBatchReader>(path, *settings, rules));
   };
 }
 
@@ -74,9 +99,9 @@ void ReadCsvEditor::look() {
     showStart({});
     return;
   }
-  const auto now = dialect();
+  const auto now = csvSettings();
   m_startTask.start<Start>(
-      [file, dialect = now ? *now : CsvDialect()](
+      [file, settings = now ? *now : CsvFileSettings()](
           const BackgroundTask::IsStopped&) -> Result<Start, QString> {
         if (const QString why = whyNotLookedInto(file); !why.isEmpty()) {
           return Failure{why};
@@ -85,68 +110,85 @@ void ReadCsvEditor::look() {
         if (!start) {
           return Failure{start.error()};
         }
-        return Start{guessCsv(start->bytes, start->isWhole),
-                     csvRawLines(start->bytes, dialect, start->isWhole)};
+        const CsvGuess guess = guessCsv(start->text, start->isWhole);
+        return Start{guess, start->encoding,
+                     csvRawLines(start->text, dialectOf(settings, *start), start->isWhole)};
       },
       [this](const Result<Start, QString>& start) { showStart(start ? *start : Start()); });
 }
 
 void ReadCsvEditor::showStart(const Start& start) {
   m_guess = start.guess;
+  m_encoding = start.encoding;
   m_raw->setLines(start.lines);
-  if (m_guess.columnCount == 0 || !m_guess.isUtf8) {
+  if (m_guess.columnCount == 0) {
     m_found->clear();
     return;
   }
-  const auto now = dialect();
+  const auto now = csvSettings();
   const bool areFieldsRight = now && areFieldsAsGuessed(*now);
+  const bool areValuesRight = now && areValuesAsGuessed(now->dialect);
   std::vector<InfoLink> links;
-  if (!areFieldsRight || !areValuesAsGuessed(*now)) {
+  if (!areFieldsRight || !areValuesRight) {
     links.push_back({QStringLiteral("take"), tr("Use these settings")});
   }
-  const bool isFine = areFieldsRight && !m_guess.hasDecimalCommas;
-  m_found->setMessage(isFine ? Severity::information : Severity::warning, guessInWords(), links);
+  m_found->setMessage(areFieldsRight ? Severity::information : Severity::warning, guessInWords(),
+                      links);
 }
 
 QString ReadCsvEditor::guessInWords() const {
   QStringList parts{tr("separator '%1'").arg(separatorInWords(m_guess.separator)),
-                    tr("quote '%1'").arg(m_guess.quote),
+                    tr("quote '%1'").arg(QLatin1Char(m_guess.quote)),
                     m_guess.hasHeader ? tr("with a line of names") : tr("without a line of names"),
-                    m_guess.hasByteOrderMark ? tr("UTF-8 with byte order mark") : tr("UTF-8")};
+                    m_guess.hasByteOrderMark && m_encoding == TextEncoding::utf8
+                        ? tr("UTF-8 with byte order mark")
+                        : nameOfEncoding(m_encoding)};
   if (!m_guess.lineEnd.isEmpty()) {
     parts += tr("line ends %1").arg(m_guess.lineEnd);
   }
   if (!m_guess.nullText.isEmpty()) {
     parts += tr("null is written as '%1'").arg(m_guess.nullText);
   }
-  QString text = tr("The file looks like: %1.").arg(parts.join(QStringLiteral(", ")));
-  if (m_guess.hasDecimalCommas) {
-    text += u' ' + tr("It has numbers with a decimal comma. They are read as text; a Calculator "
-                      "behind this action makes numbers of them.");
+  if (m_guess.numbers.decimal == ',') {
+    parts += tr("decimal comma");
   }
-  return text;
+  if (m_guess.numbers.thousands != '\0') {
+    parts += tr("'%1' between thousands").arg(QLatin1Char(m_guess.numbers.thousands));
+  }
+  return tr("The file looks like: %1.").arg(parts.join(QStringLiteral(", ")));
 }
 
-bool ReadCsvEditor::areFieldsAsGuessed(const CsvDialect& now) const {
-  const QString separator =
-      now.separator == '\t' ? QStringLiteral("\\t") : QString(QLatin1Char(now.separator));
-  const bool isQuoteRight = now.hasQuote && m_guess.quote == QLatin1Char(now.quote);
-  return (m_guess.columnCount == 1 || separator == m_guess.separator) &&
-         (!m_guess.hasQuotes || isQuoteRight);
+bool ReadCsvEditor::areFieldsAsGuessed(const CsvFileSettings& now) const {
+  const CsvDialect& dialect = now.dialect;
+  const bool isSeparatorRight =
+      m_guess.columnCount == 1 || now.guessed.isSeparator || dialect.separator == m_guess.separator;
+  const bool isQuoteRight = !m_guess.hasQuotes || now.guessed.isQuote ||
+                            (dialect.hasQuote && dialect.quote == m_guess.quote);
+  return isSeparatorRight && isQuoteRight && now.encoding.value_or(m_encoding) == m_encoding;
 }
 
 bool ReadCsvEditor::areValuesAsGuessed(const CsvDialect& now) const {
   const bool isNullRight =
       m_guess.nullText.isEmpty() || m_guess.nullText.toStdString() == now.nullText;
-  return isNullRight && now.hasHeader == m_guess.hasHeader;
+  const bool areNumbersRight =
+      m_guess.numbers.isPlain() || (m_guess.numbers.decimal == now.numbers.decimal &&
+                                    m_guess.numbers.thousands == now.numbers.thousands);
+  return isNullRight && areNumbersRight && now.hasHeader == m_guess.hasHeader;
 }
 
 void ReadCsvEditor::takeGuess() {
-  setField(QStringLiteral("separator"), m_guess.separator);
-  setField(QStringLiteral("quote"), m_guess.quote);
+  setField(QStringLiteral("separator"), separatorText(m_guess.separator));
+  setField(QStringLiteral("quote"), QString(QLatin1Char(m_guess.quote)));
   setField(QStringLiteral("header"), m_guess.hasHeader ? QStringLiteral("1") : QStringLiteral("0"));
+  setField(QStringLiteral("encoding"), nameOfEncoding(m_encoding));
   if (!m_guess.nullText.isEmpty()) {
     setField(QStringLiteral("nullText"), m_guess.nullText);
+  }
+  if (!m_guess.numbers.isPlain()) {
+    const char thousands = m_guess.numbers.thousands;
+    setField(QStringLiteral("decimal"), QString(QLatin1Char(m_guess.numbers.decimal)));
+    setField(QStringLiteral("thousands"),
+             thousands == '\0' ? QString() : QString(QLatin1Char(thousands)));
   }
   commit();
 }

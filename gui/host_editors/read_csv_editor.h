@@ -4,9 +4,9 @@
 // Threads: the user-interface thread.
 #pragma once
 
-#include "gui/host_editors/csv_guess.h"
 #include "gui/host_editors/read_table_editor.h"
-#include "host/tables/csv/csv_dialect.h"
+#include "host/tables/csv/csv_guess.h"
+#include "host/tables/csv/csv_read_settings.h"
 
 namespace kelvarin {
 
@@ -30,15 +30,17 @@ class ReadCsvEditor : public ReadTableEditor {
  private:
   struct Start;  // of the file
 
-  Result<CsvDialect, QString> dialect() const;
+  void addForeignFields(QFormLayout& form);
+  Result<CsvFileSettings, QString> csvSettings() const;
   void showStart(const Start& start);
   QString guessInWords() const;
   // What decides how lines are cut into fields.
-  bool areFieldsAsGuessed(const CsvDialect& now) const;
+  bool areFieldsAsGuessed(const CsvFileSettings& now) const;
   bool areValuesAsGuessed(const CsvDialect& now) const;
   void takeGuess();
 
   CsvGuess m_guess;
+  TextEncoding m_encoding = TextEncoding::utf8;  // that the file seems to have
   BackgroundTask m_startTask;
   InfoLine* m_found;
   CsvRawView* m_raw;

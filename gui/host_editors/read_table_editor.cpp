@@ -133,7 +133,7 @@ QWidget* ReadTableEditor::newRowsPage() {
 
 QString ReadTableEditor::path() const {
   const auto& source = static_cast<const TableSource&>(action());
-  return source.file().isEmpty() ? QString() : source.expandFile(source.file());
+  return source.file().isEmpty() ? QString() : source.expandedFile();
 }
 
 void ReadTableEditor::collect(EditedElement& element) const {

@@ -97,6 +97,10 @@ FileState stateOfFile(const QString& path) {
 }
 
 QString whyNotLookedInto(const QString& path) {
+  if (path == QLatin1String("-")) {
+    return QCoreApplication::translate("kelvarin::TableLook",
+                                       "The rows come from standard input: only a run reads it.");
+  }
   const QFileInfo file(path);
   if (!file.exists()) {
     const QString hint = missingFileHint(path);

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QListWidget>
 
+#include "gui/host_editors/choice_field.h"
 #include "gui/host_editors/csv_settings_fields.h"
 #include "gui/host_editors/table_columns_model.h"
 #include "host/contract/file_user.h"
@@ -38,6 +39,8 @@ WriteTableEditor::WriteTableEditor(ActionItem& action, FileFormat format, QWidge
   page().addWidget(m_state);
   if (m_format == FileFormat::csv) {
     addCsvFields();
+  } else if (m_format == FileFormat::arrow) {
+    addArrowFields();
   }
   addColumns();
   connect(this, &ElementEditor::committed, this, [this] {
@@ -56,7 +59,7 @@ QString WriteTableEditor::filter() const {
     case FileFormat::parquet:
       return tr("Parquet files (*.parquet);;All files (*)");
     default:
-      return tr("Arrow files (*.arrow *.feather *.ipc);;All files (*)");
+      return tr("Arrow files (*.arrow *.arrows *.feather *.ipc);;All files (*)");
   }
 }
 
@@ -66,6 +69,15 @@ void WriteTableEditor::addCsvFields() {
   addChoice(*form, QStringLiteral("quote"), tr("&Quote:"), newQuoteField());
   addFlag(*form, QStringLiteral("header"), tr("The first line &names the columns"));
   addChoice(*form, QStringLiteral("nullText"), tr("N&ull is written as:"), newNullTextField());
+  page().addLayout(form);
+}
+
+void WriteTableEditor::addArrowFields() {
+  auto* form = newForm();
+  addChoice(*form, QStringLiteral("format"), tr("F&orm:"),
+            new ChoiceField({{QString(), tr("By the name of the file")},
+                             {QStringLiteral("file"), tr("File")},
+                             {QStringLiteral("stream"), tr("Stream")}}));
   page().addLayout(form);
 }
 

@@ -38,6 +38,7 @@ class WriteTableEditor : public HostEditor {
 
   QString filter() const;
   void addCsvFields();
+  void addArrowFields();
   void addColumns();
   void look();
   static State stateOf(const QString& file, FileFormat format);

@@ -29,7 +29,7 @@ constexpr FormatFacts kFormats[] = {
     {FileFormat::text, "a text file", "ReadCSV", ""},
     {FileFormat::csv, "CSV", "ReadCSV", "csv tsv"},
     {FileFormat::parquet, "a Parquet file", "ReadParquet", "parquet"},
-    {FileFormat::arrow, "an Arrow file", "ReadArrow", "arrow feather ipc"},
+    {FileFormat::arrow, "an Arrow file", "ReadArrow", "arrow arrows feather ipc"},
     {FileFormat::columnar, "a columnar file", "ReadColumnarGel", "cgel_kelvarin"},
     {FileFormat::graph, "a graph file", nullptr, "kelvarin"},
 };

@@ -42,6 +42,7 @@ inline constexpr FileSignature kFileSignatures[] = {
     {std::string_view("PK\x03\x04", 4), FileFormat::archive},
     {std::string_view("PAR1\x15", 5), FileFormat::parquet},
     {std::string_view("ARROW1\0\0", 8), FileFormat::arrow},
+    {std::string_view("\xFF\xFF\xFF\xFF", 4), FileFormat::arrow},  // a stream
     {std::string_view("\x40\xF4\x59\0", 4), FileFormat::columnar},
 };
 

@@ -4,6 +4,7 @@ import duckdb
 import pandas
 import polars
 import pyarrow
+import pyarrow.feather
 import pyarrow.parquet
 import pytest
 from conftest import is_same, random_table
@@ -92,6 +93,24 @@ def test_the_program_reads_what_each_gave(folder, kelvarin_program, convert):
                                  "integer": [1.0, -2.0, 2.0**53], "is": [1.0, 0.0, 1.0]}
     column = kelvarin.scan(folder / "t.cgel_kelvarin").columns[1]
     assert (column.name, column.type, column.order, column.sort_position) == ("key", "key", "ascending", 0)
+
+
+@pytest.mark.parametrize("compression", ["uncompressed", "lz4", "zstd"])
+def test_feather_files_and_streams_go_there_and_back(folder, kelvarin_program, write_graph, compression):
+    table = random_table(7, 5000)
+    pyarrow.feather.write_feather(table, folder / "in.feather", compression=compression)
+    for out in ("out.feather", "out.arrows"):
+        write_graph("<ReadArrow name='in' file='in.feather'/>", f"<WriteArrow name='out' file='{out}'/>")
+        kelvarin_program("run", "g.kelvarin", "--quiet")
+    assert is_same(pyarrow.feather.read_table(folder / "out.feather"), table)
+    assert is_same(polars.read_ipc(folder / "out.feather").to_arrow().cast(table.schema), table)
+    assert is_same(polars.read_ipc_stream(folder / "out.arrows").to_arrow().cast(table.schema), table)
+    with pyarrow.ipc.open_stream(folder / "out.arrows") as stream:
+        assert is_same(stream.read_all(), table)
+    polars.from_arrow(table).write_ipc_stream(folder / "in.feather", compression=compression)
+    write_graph("<ReadArrow name='in' file='in.feather'/>", "<WriteArrow name='out' file='back.arrow'/>")
+    kelvarin_program("run", "g.kelvarin", "--quiet")
+    assert is_same(pyarrow.feather.read_table(folder / "back.arrow"), table)
 
 
 def test_200_random_tables_go_there_and_back(folder):

@@ -5590,8 +5590,8 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>Parquet-Dateien (*.parquet);;Alle Dateien (*)</translation>
     </message>
     <message>
-        <source>Arrow files (*.arrow *.feather *.ipc);;All files (*)</source>
-        <translation>Arrow-Dateien (*.arrow *.feather *.ipc);;Alle Dateien (*)</translation>
+        <source>Arrow files (*.arrow *.arrows *.feather *.ipc);;All files (*)</source>
+        <translation>Arrow-Dateien (*.arrow *.arrows *.feather *.ipc);;Alle Dateien (*)</translation>
     </message>
 </context>
 <context>
@@ -6241,6 +6241,10 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>You may not read the file &apos;%1&apos;. Ask its owner for the permission.</source>
         <translation>Die Datei &apos;%1&apos; darf nicht gelesen werden. Den Eigentümer um die Berechtigung bitten.</translation>
+    </message>
+    <message>
+        <source>The rows come from standard input: only a run reads it.</source>
+        <translation>Die Zeilen kommen von der Standardeingabe: nur ein Lauf liest sie.</translation>
     </message>
 </context>
 <context>
@@ -7014,10 +7018,6 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>Parquet-Dateien (*.parquet);;Alle Dateien (*)</translation>
     </message>
     <message>
-        <source>Arrow files (*.arrow *.feather *.ipc);;All files (*)</source>
-        <translation>Arrow-Dateien (*.arrow *.feather *.ipc);;Alle Dateien (*)</translation>
-    </message>
-    <message>
         <source>&amp;Separator:</source>
         <translation>&amp;Trennzeichen:</translation>
     </message>
@@ -7077,6 +7077,26 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>Which columns are written shows when rows are linked to this action.</source>
         <translation>Welche Spalten geschrieben werden, zeigt sich, wenn Zeilen mit dieser Aktion verbunden sind.</translation>
+    </message>
+    <message>
+        <source>Arrow files (*.arrow *.arrows *.feather *.ipc);;All files (*)</source>
+        <translation>Arrow-Dateien (*.arrow *.arrows *.feather *.ipc);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>F&amp;orm:</source>
+        <translation>F&amp;orm:</translation>
+    </message>
+    <message>
+        <source>By the name of the file</source>
+        <translation>Nach dem Namen der Datei</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Stream</source>
+        <translation>Strom</translation>
     </message>
 </context>
 </TS>

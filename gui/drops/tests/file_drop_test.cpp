@@ -62,6 +62,13 @@ TEST_F(FileDropTest, ATableGetsTheSettingsThatItsFileNeeds) {
   EXPECT_TRUE(element("notes").startsWith("<ReadCSV"));
 }
 
+TEST_F(FileDropTest, TextsOfOtherEncodingsAreReadAsTheyAre) {
+  EXPECT_EQ(drop({write("old.csv", "a;b\nna\xEFve;1.234,5\n")}), "");
+  for (const char* setting : {"encoding='windows-1252'", "decimal=','", "thousands='.'"}) {
+    EXPECT_TRUE(element("old").contains(QLatin1String(setting))) << qPrintable(element("old"));
+  }
+}
+
 TEST_F(FileDropTest, TheContentWinsOverTheName) {
   EXPECT_EQ(drop({write("export.dat", QByteArray("PAR1\x15\x00rest", 10))}), "");
   EXPECT_TRUE(element("export").startsWith("<ReadParquet"));

@@ -20,6 +20,14 @@ QString otherValue(const AttributeDescription& attribute) {
       {QStringLiteral("quote"), QStringLiteral("")},
       {QStringLiteral("header"), QStringLiteral("0")},
       {QStringLiteral("nullText"), QStringLiteral(" <N & 'A'> ")},
+      {QStringLiteral("format"), QStringLiteral("stream")},
+      {QStringLiteral("encoding"), QStringLiteral("ISO-8859-1")},
+      {QStringLiteral("decimal"), QStringLiteral(",")},
+      {QStringLiteral("thousands"), QStringLiteral("'")},
+      {QStringLiteral("skipLines"), QStringLiteral("2")},
+      {QStringLiteral("comment"), QStringLiteral("#")},
+      {QStringLiteral("short"), QStringLiteral("null")},
+      {QStringLiteral("long"), QStringLiteral("ignore")},
       {QStringLiteral("onBadValue"), QStringLiteral("null")}};
   return values.value(attribute.name, QStringLiteral("${p} > 'x' & \"y\""));
 }

@@ -3,7 +3,6 @@
 #include <QPlainTextEdit>
 #include <QTableView>
 
-#include "gui/host_editors/csv_guess.h"
 #include "gui/host_editors/csv_raw_lines.h"
 #include "gui/host_editors/table_columns_model.h"
 #include "gui/host_editors/tests/editor_fixture.h"
@@ -44,7 +43,7 @@ TEST_F(ReadCsvEditorTest, ShowsColumnsTypesRowsAndTheFileAsItStands) {
 }
 
 TEST_F(ReadCsvEditorTest, ProposesSettingsThatFitAndTakesThemAtOneClick) {
-  openFile("\xEF\xBB\xBFid;price\n1;1,5\n2;NA\n3;4\n");
+  openFile("id;price;note\n1;1,5;\n2;NA;\n3;4;\x80\n");
   EXPECT_TRUE(found().contains(QStringLiteral("separator ';'"))) << found().toStdString();
   EXPECT_TRUE(found().contains(QStringLiteral("decimal comma")));
   emit widget<InfoLine>("found").linkActivated(QStringLiteral("take"));
@@ -53,8 +52,18 @@ TEST_F(ReadCsvEditorTest, ProposesSettingsThatFitAndTakesThemAtOneClick) {
   const EditedElement element = EditedElement::of(*parseXml(m_committed[0]));
   EXPECT_EQ(element.attribute(QStringLiteral("separator")), QStringLiteral(";"));
   EXPECT_EQ(element.attribute(QStringLiteral("nullText")), QStringLiteral("NA"));
+  EXPECT_EQ(element.attribute(QStringLiteral("decimal")), QStringLiteral(","));
+  EXPECT_EQ(element.attribute(QStringLiteral("encoding")), QStringLiteral("windows-1252"));
   EXPECT_TRUE(element.attribute(QStringLiteral("header")).isNull());
   EXPECT_EQ(cell("rows", 1, 1), QStringLiteral("null"));
+  EXPECT_EQ(cell("rows", 2, 2), QStringLiteral("\u20AC"));
+  EXPECT_FALSE(widget<InfoLine>("found").text().contains(QStringLiteral("Use these")));
+}
+
+TEST_F(ReadCsvEditorTest, WhatIsLeftToTheFileIsShownAsTheReaderTakesIt) {
+  openFile("'a';'b;c'\n1;2\n", "separator='auto' quote='auto' encoding='auto'");
+  EXPECT_TRUE(state().contains(QStringLiteral("separator ';'"))) << state().toStdString();
+  EXPECT_EQ(cell("columns", 1, TableColumnsModel::kName), QStringLiteral("b;c"));
 }
 
 TEST_F(ReadCsvEditorTest, ATypeIsFixedAndLeftToTheFileAgain) {
@@ -103,7 +112,7 @@ TEST_F(ReadCsvEditorTest, ADeclaredColumnThatTheFileLacksStaysAndCanBeTakenOut) 
 TEST_F(ReadCsvEditorTest, SaysWhatIsWrongWithAFileAndWhatToDo) {
   const std::vector<std::pair<QByteArray, const char*>> files{
       {"", "is empty"},
-      {QByteArray("\xFF\xFEi\0d\0", 6), "Convert it to UTF-8"},
+      {QByteArray("\xFF\xFEi\0d\0", 6), "encoding='auto'"},
       {QByteArray("a,b\0\n", 5), "zero bytes"},
       {"na\xEFve,b\n1,2\n", "not UTF-8"},
       {"PAR1\x15 and more", "ReadParquet"},
@@ -154,31 +163,6 @@ TEST_F(ReadCsvEditorTest, AHugeFileIsSeenAtOnce) {
   open("<ReadCSV name='r' file='huge.csv'/>");
   EXPECT_EQ(widget<QTableView>("columns").model()->rowCount(), 2);
   EXPECT_LT(timer.elapsed(), 4000);
-}
-
-TEST(CsvGuess, FindsHowFilesAreWritten) {
-  struct Case {
-    std::string_view text;
-    const char* separator;
-    bool hasHeader;
-    const char* nullText;
-  };
-  const Case cases[] = {{"a,b\n1,2\n", ",", true, ""},
-                        {"a;b\n1,5;2\n1,7;3\n", ";", true, ""},
-                        {"a\tb c, d\n1\tx, y\n", "\\t", true, ""},
-                        {"1|2\n3|4\n", "|", false, ""},
-                        {"\"x;y\",\"b\"\n1,NULL\n2,3\n", ",", true, "NULL"},
-                        {"alone\n1\n2\n", ",", true, ""}};
-  for (const Case& file : cases) {
-    const CsvGuess guess = guessCsv(file.text, true);
-    EXPECT_EQ(guess.separator.toStdString(), file.separator) << file.text;
-    EXPECT_EQ(guess.hasHeader, file.hasHeader) << file.text;
-    EXPECT_EQ(guess.nullText.toStdString(), file.nullText) << file.text;
-  }
-  EXPECT_EQ(guessCsv("'a','b'\r\n'1','x'\r\n", true).quote, QStringLiteral("'"));
-  EXPECT_EQ(guessCsv("", true).columnCount, 0U);
-  EXPECT_TRUE(guessCsv("a\xC3", false).isUtf8) << "cut within a character";
-  EXPECT_FALSE(guessCsv("a\xE9,b", true).isUtf8);
 }
 
 TEST(CsvRawLines, SeparatorsInQuotesAreNone) {

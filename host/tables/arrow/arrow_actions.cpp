@@ -1,12 +1,26 @@
 #include "host/tables/arrow/arrow_actions.h"
 
+#include <QFileInfo>
+
+#include "host/contract/attribute_table.h"
+#include "host/tables/arrow/messages.h"
+
 namespace kelvarin {
 
 namespace {
 
 const QStringList kParquetTypes{QStringLiteral("parquet")};
-const QStringList kArrowTypes{QStringLiteral("arrow"), QStringLiteral("feather"),
-                              QStringLiteral("ipc")};
+const QStringList kArrowTypes{QStringLiteral("arrow"), QStringLiteral("arrows"),
+                              QStringLiteral("feather"), QStringLiteral("ipc")};
+
+constexpr char16_t kFormat[] = u"format";
+const QString kFile = QStringLiteral("file");
+const QString kStream = QStringLiteral("stream");
+
+QString faultOfFormat(const QString& format) {
+  const bool isAllowed = format.isEmpty() || format == kFile || format == kStream;
+  return isAllowed ? QString() : table_messages::badIpcForm(format);
+}
 
 ActionDescription describedSource(const char* typeName, const char* toolTip,
                                   const QStringList& fileTypes) {
@@ -21,13 +35,15 @@ ActionDescription describedSource(const char* typeName, const char* toolTip,
 }
 
 ActionDescription describedSink(const char* typeName, const char* toolTip,
-                                const QStringList& fileTypes) {
+                                const QStringList& fileTypes,
+                                std::vector<AttributeDescription> attributes = {}) {
+  attributes.insert(attributes.begin(), TableSink::describedFile());
   return {.typeName = typeName,
           .toolTip = toolTip,
           .keywords = {fileTypes.front(), "columnar", "file", "export", "output", "save", "write",
                        "out"},
           .fileTypes = fileTypes,
-          .attributes = {TableSink::describedFile()}};
+          .attributes = std::move(attributes)};
 }
 
 ArrowFormat arrowFormatOf(FileFormat format) {
@@ -64,6 +80,7 @@ Result<std::unique_ptr<BatchReader>, QString> ArrowSource::makeReaderOf(const QS
 
 void ArrowSink::saveXML(std::wostringstream& out, QString name) {
   saveHead(out, name);
+  saveAttributes(out);
   out << L"/>\n";
 }
 
@@ -78,7 +95,7 @@ Status<QString> ArrowSink::checkSettings() {
 
 Status<QString> ArrowSink::begin(const OneRow& columns) {
   const auto formats = ArrowFormats::load();
-  m_writer = (*formats)->makeWriter(arrowFormatOf(format()), output(), expandedFile(),
+  m_writer = (*formats)->makeWriter(written(), output(), expandedFile(),
                                     run() == nullptr ? nullptr : run()->tasks);
   return m_writer->begin(columns);
 }
@@ -91,7 +108,7 @@ const ActionDescription& ReadParquet::catalogue() {
 
 const ActionDescription& ReadArrow::catalogue() {
   static const ActionDescription entry =
-      describedSource("ReadArrow", "Read an Arrow file", kArrowTypes);
+      describedSource("ReadArrow", "Read an Arrow file or stream", kArrowTypes);
   return entry;
 }
 
@@ -102,9 +119,44 @@ const ActionDescription& WriteParquet::catalogue() {
 }
 
 const ActionDescription& WriteArrow::catalogue() {
-  static const ActionDescription entry =
-      describedSink("WriteArrow", "Write an Arrow file", kArrowTypes);
+  static const ActionDescription entry = describedSink(
+      "WriteArrow", "Write an Arrow file or stream", kArrowTypes,
+      {{QString::fromUtf16(kFormat), AttributeKind::text,
+        QStringLiteral("the form of the output; without it, .arrows, pipes and standard output are "
+                       "streams, all else files"),
+        QStringLiteral(""), AllowedValues{.inWords = "file, stream or empty"}}});
   return entry;
+}
+
+WriteArrow::WriteArrow(XMLNode node, GlobalParameters* parameters) : Described(node, parameters) {
+  readAttribute(node, kFormat, m_format, parameters);
+}
+
+std::vector<ElementFault> WriteArrow::settingFaults() const {
+  const QString fault = faultOfFormat(expandString(m_format));
+  return fault.isEmpty() ? std::vector<ElementFault>()
+                         : std::vector<ElementFault>{{LogLevel::error, node(), fault}};
+}
+
+Status<QString> WriteArrow::checkSettings() {
+  const QString fault = faultOfFormat(expandString(m_format));
+  return fault.isEmpty() ? ArrowSink::checkSettings() : Failure{fault};
+}
+
+ArrowFormat WriteArrow::written() const {
+  const QString format = expandString(m_format);
+  const bool isStream =
+      format.isEmpty()
+          ? output().isStream() ||
+                QFileInfo(expandedFile()).suffix().compare(u"arrows", Qt::CaseInsensitive) == 0
+          : format == kStream;
+  return isStream ? ArrowFormat::arrowStream : ArrowFormat::arrow;
+}
+
+void WriteArrow::saveAttributes(std::wostringstream& out) const {
+  if (!m_format.isEmpty()) {
+    writeAttribute(out, kFormat, m_format);
+  }
 }
 
 }  // namespace kelvarin

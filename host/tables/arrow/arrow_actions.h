@@ -29,6 +29,9 @@ class ArrowSink : public TableSink {
   void saveXML(std::wostringstream& out, QString name) override;
 
  protected:
+  virtual ArrowFormat written() const = 0;
+  // Behind the attribute `file`.
+  virtual void saveAttributes(std::wostringstream& /*out*/) const {}
   Status<QString> checkSettings() override;
   Status<QString> begin(const OneRow& columns) override;
   std::unique_ptr<BatchEncoder> makeEncoder() override { return m_writer->makeEncoder(); }
@@ -67,15 +70,25 @@ class WriteParquet : public Described<WriteParquet, ArrowSink> {
 
  protected:
   FileFormat format() const override { return FileFormat::parquet; }
+  ArrowFormat written() const override { return ArrowFormat::parquet; }
 };
 
 class WriteArrow : public Described<WriteArrow, ArrowSink> {
  public:
-  using Described::Described;
+  WriteArrow(XMLNode node, GlobalParameters* parameters);
   static const ActionDescription& catalogue();
+  std::vector<ElementFault> settingFaults() const override;
 
  protected:
   FileFormat format() const override { return FileFormat::arrow; }
+  Status<QString> checkSettings() override;
+  // Where the attribute says nothing, what has no end yet is a stream: standard output, a pipe, a
+  // name with the extension of streams.
+  ArrowFormat written() const override;
+  void saveAttributes(std::wostringstream& out) const override;
+
+ private:
+  QString m_format;
 };
 
 }  // namespace kelvarin

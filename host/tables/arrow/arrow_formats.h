@@ -18,7 +18,8 @@ namespace kelvarin {
 
 class TaskPool;
 
-enum class ArrowFormat { parquet, arrow };
+// Readers see by the content which form of Arrow it is.
+enum class ArrowFormat { parquet, arrow, arrowStream };
 
 // Writes one table to a file.
 class ArrowTableWriter {

@@ -7,11 +7,13 @@
 #pragma once
 
 #include <memory>
-#include <string>
+
+#include <QStringList>
 
 #include "arrow/array/array_base.h"
 #include "arrow/result.h"
 #include "arrow/type.h"
+#include "host/tables/files/input_file.h"
 
 namespace kelvarin {
 
@@ -29,13 +31,19 @@ class ArrowFileGroup {
 class ArrowFile {
  public:
   virtual ~ArrowFile() = default;
-  virtual arrow::Status open(const std::string& path) = 0;
+  // The file is open, and nothing of it has been read.
+  virtual arrow::Status open(const std::shared_ptr<const InputFile>& input) = 0;
   virtual std::shared_ptr<arrow::Schema> schema() const = 0;
+  // -1 where it is not known before the end.
   virtual std::int64_t rowCount() const = 0;
+  // Of the bytes, where rows are not known: 0 to 1, or -1. Any thread.
+  virtual float fractionRead() const { return -1.0f; }
   // How many rows of a group are read at a time.
   virtual std::int64_t rowsInUnit() const = 0;
   // Null at the end.
   virtual arrow::Result<std::unique_ptr<ArrowFileGroup>> nextGroup() = 0;
+  // What was tolerated, about `source`; after the last group.
+  virtual QStringList warnings(const QString& /*source*/) const { return {}; }
 };
 
 std::unique_ptr<ArrowFile> makeParquetFile();

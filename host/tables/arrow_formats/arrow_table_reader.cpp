@@ -1,7 +1,5 @@
 #include "host/tables/arrow_formats/arrow_table_reader.h"
 
-#include <QFile>
-
 #include "arrow/type.h"
 #include "host/tables/arrow/arrow_columns.h"
 #include "host/tables/arrow/value_messages.h"
@@ -87,14 +85,13 @@ ArrowTableReader::ArrowTableReader(const QString& path, std::unique_ptr<ArrowFil
   m_plan->areBadValuesNull = m_rules.areBadValuesNull;
 }
 
-Result<TableColumns, QString> ArrowTableReader::open(IsStopped) {
-  QFile file(m_path);
-  if (!file.open(QIODevice::ReadOnly)) {
-    return Failure{table_messages::cannotRead(m_path, file.errorString())};
+Result<TableColumns, QString> ArrowTableReader::open(IsStopped isStopped) {
+  const auto input = std::make_shared<InputFile>();
+  if (const Status<QString> status = input->open(m_path, std::move(isStopped)); !status) {
+    return Failure{status.error()};
   }
-  file.close();
-  if (const arrow::Status status = m_file->open(QFile::encodeName(m_path).toStdString());
-      !status.ok()) {
+  m_mayWait = !input->canReadAgain();
+  if (const arrow::Status status = m_file->open(input); !status.ok()) {
     return Failure{failureText(status)};
   }
   const arrow::Schema& schema = *m_file->schema();
@@ -141,7 +138,8 @@ void ArrowTableReader::accept(TableUnit& unit) {
 }
 
 QStringList ArrowTableReader::warnings() const {
-  return warningsAbout(m_tallies, m_plan->columns.names,
+  return m_file->warnings(m_plan->source) +
+         warningsAbout(m_tallies, m_plan->columns.names,
                        [this](long long row) { return locationOfRow(row); });
 }
 
@@ -151,7 +149,8 @@ QString ArrowTableReader::failureText(const arrow::Status& status) const {
 
 float ArrowTableReader::fractionDone() const {
   const long long rows = m_file->rowCount();
-  return rows <= 0 ? -1.0f : static_cast<float>(m_rowsAccepted) / static_cast<float>(rows);
+  return rows <= 0 ? m_file->fractionRead()
+                   : static_cast<float>(m_rowsAccepted) / static_cast<float>(rows);
 }
 
 QString ArrowTableReader::locationOfRow(long long row) const {

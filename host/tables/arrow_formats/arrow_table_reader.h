@@ -1,4 +1,4 @@
-// Reads a Parquet file or an Arrow file (the file form of the Arrow inter-process format).
+// Reads a Parquet file, or an Arrow file or stream (both forms of the Arrow inter-process format).
 //
 // Threads: see BatchReader.
 #pragma once
@@ -23,6 +23,7 @@ class ArrowTableReader : public BatchReader {
   QString locationOfRow(long long row) const override;
   QStringList notes() const override { return m_notes; }
   QStringList warnings() const override;
+  bool mayWait() const override { return m_mayWait; }
 
  private:
   arrow::Status beginGroup();
@@ -33,6 +34,7 @@ class ArrowTableReader : public BatchReader {
   ColumnRules m_rules;
   std::shared_ptr<DecodingPlan> m_plan;
   QStringList m_notes;
+  bool m_mayWait = false;
 
   std::shared_ptr<GroupDecoding> m_group;  // null at the end
   std::size_t m_nextUnit = 0;              // of the group

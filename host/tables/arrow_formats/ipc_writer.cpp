@@ -128,6 +128,7 @@ arrow::Result<std::shared_ptr<arrow::Array>> arrayOf(const GroupColumn& column,
 
 class IpcWriter : public RowGroupFormat {
  public:
+  explicit IpcWriter(bool isStream) : m_isStream(isStream) {}
   arrow::Status open(std::shared_ptr<ArrowOutputStream> stream, const OneRow& columns) override {
     arrow::FieldVector fields;
     for (int i = 0; i < columns.sz(); ++i) {
@@ -138,7 +139,9 @@ class IpcWriter : public RowGroupFormat {
     m_stream = stream;
     auto options = arrow::ipc::IpcWriteOptions::Defaults();
     options.use_threads = false;
-    return arrow::ipc::MakeFileWriter(m_stream.get(), m_schema, options).Value(&m_writer);
+    return (m_isStream ? arrow::ipc::MakeStreamWriter(m_stream.get(), m_schema, options)
+                       : arrow::ipc::MakeFileWriter(m_stream.get(), m_schema, options))
+        .Value(&m_writer);
   }
 
   arrow::Status encode(const RowGroup& group, std::size_t column,
@@ -163,6 +166,7 @@ class IpcWriter : public RowGroupFormat {
   arrow::Status close() override { return m_writer->Close(); }
 
  private:
+  const bool m_isStream;
   std::shared_ptr<arrow::Schema> m_schema;
   std::shared_ptr<ArrowOutputStream> m_stream;
   std::shared_ptr<arrow::ipc::RecordBatchWriter> m_writer;
@@ -170,8 +174,8 @@ class IpcWriter : public RowGroupFormat {
 
 }  // namespace
 
-std::unique_ptr<RowGroupFormat> makeIpcWriter() {
-  return std::make_unique<IpcWriter>();
+std::unique_ptr<RowGroupFormat> makeIpcWriter(bool isStream) {
+  return std::make_unique<IpcWriter>(isStream);
 }
 
 }  // namespace kelvarin

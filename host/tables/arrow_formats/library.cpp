@@ -21,7 +21,9 @@ class Formats final : public ArrowFormats {
   }
   std::unique_ptr<ArrowTableWriter> makeWriter(ArrowFormat format, OutputFile& file,
                                                const QString& path, TaskPool* pool) const override {
-    auto writer = format == ArrowFormat::parquet ? makeParquetWriter() : makeIpcWriter();
+    auto writer = format == ArrowFormat::parquet
+                      ? makeParquetWriter()
+                      : makeIpcWriter(format == ArrowFormat::arrowStream);
     return std::make_unique<RowGroupWriter>(std::move(writer), file, path, pool);
   }
 };

@@ -4,11 +4,14 @@
 #include <mutex>
 #include <vector>
 
+#include <QFile>
+
 #include "arrow/array/array_dict.h"
 #include "arrow/array/array_primitive.h"
 #include "arrow/array/concatenate.h"
 #include "arrow/io/file.h"
 #include "arrow/record_batch.h"
+#include "host/tables/arrow/messages.h"
 #include "host/tables/arrow_formats/arrow_file.h"
 #include "host/tables/arrow_formats/column_memory.h"
 #include "parquet/arrow/reader.h"
@@ -198,7 +201,11 @@ class ParquetGroup : public ArrowFileGroup {
 
 class ParquetFile : public ArrowFile {
  public:
-  arrow::Status open(const std::string& path) override {
+  arrow::Status open(const std::shared_ptr<const InputFile>& input) override {
+    if (!input->canReadAgain()) {
+      return arrow::Status::Invalid(table_messages::parquetThroughPipe().toStdString());
+    }
+    const std::string path = QFile::encodeName(input->path()).toStdString();
     return guarded([&] { return m_file->open(path); });
   }
   std::shared_ptr<arrow::Schema> schema() const override { return m_file->schema(); }

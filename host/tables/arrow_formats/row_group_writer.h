@@ -1,4 +1,4 @@
-// Writes a Parquet or an Arrow file row group by row group.
+// Writes a Parquet file, an Arrow file or an Arrow stream row group by row group.
 //
 // The columns of a row group are encoded as tasks of the run's pool while the rows of the next one
 // come; without a pool, when the row group is full. Who did it changes no byte.
@@ -34,7 +34,7 @@ class RowGroupFormat {
 };
 
 std::unique_ptr<RowGroupFormat> makeParquetWriter();
-std::unique_ptr<RowGroupFormat> makeIpcWriter();
+std::unique_ptr<RowGroupFormat> makeIpcWriter(bool isStream);
 
 class GroupEncoding;
 

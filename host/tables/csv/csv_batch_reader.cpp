@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/tables/csv/csv_field_texts.h"
+#include "host/tables/csv/csv_guess.h"
 #include "host/tables/csv/messages.h"
 #include "host/tables/files/messages.h"
 
@@ -12,39 +13,136 @@ namespace {
 constexpr long long kInferredRows = 10000;
 }  // namespace
 
-CsvBatchReader::CsvBatchReader(const QString& path, const CsvDialect& dialect, ColumnRules rules,
-                               std::size_t unitSize)
-    : m_rules(std::move(rules)), m_unitSize(unitSize), m_table(std::make_shared<CsvTable>()) {
+CsvBatchReader::CsvBatchReader(const QString& path, const CsvFileSettings& settings,
+                               ColumnRules rules, std::size_t unitSize)
+    : m_rules(std::move(rules)),
+      m_unitSize(unitSize),
+      m_settings(settings),
+      m_table(std::make_shared<CsvTable>()) {
   m_table->path = path;
-  m_table->dialect = dialect;
   m_table->areBadValuesNull = m_rules.areBadValuesNull;
 }
 
 Result<TableColumns, QString> CsvBatchReader::open(IsStopped isStopped) {
-  if (const auto status = m_file.open(m_table->path, std::move(isStopped)); !status) {
+  if (const auto status = m_file->open(m_table->path, m_settings.encoding, std::move(isStopped));
+      !status) {
     return Failure{status.error()};
   }
-  Result<CsvHead, QString> head = readCsvHead(m_file, m_table->dialect);
+  if (const auto status = settleDialect(); !status) {
+    return Failure{status.error()};
+  }
+  Result<CsvHead, QString> head = readCsvHead(*m_file, m_table->dialect);
   if (!head) {
     return Failure{head.error()};
   }
   m_head = std::move(*head);
   m_notes = m_head.notes;
+  if (!m_dialectInWords.isEmpty()) {
+    m_notes.prepend(m_dialectInWords);
+  }
   m_line = m_head.dataLine;
   m_bytesDone = m_head.dataOffset;
   if (const auto status = settleColumns(); !status) {
     return Failure{status.error()};
   }
-  const std::size_t columnCount = m_table->columns.types.size();
-  m_table->nulls.emplace(m_table->dialect, columnCount);
-  m_badFields.resize(columnCount);
-  m_locator.emplace(m_file, m_table->dialect, m_head);
-  m_units.emplace(m_file, m_table->dialect, columnCount, std::move(m_head.bytesRead),
-                  m_table->blocks, m_unitSize);
-  if (const auto status = inferTypes(); !status) {
+  if (const auto status = settleFileColumn(); !status) {
     return Failure{status.error()};
   }
-  return m_table->columns;
+  const std::size_t columnCount = m_table->columns.types.size();
+  m_table->rules.emplace(m_table->dialect, columnCount);
+  m_badFields.resize(columnCount);
+  m_locator.emplace(*m_file, m_table->dialect, m_head);
+  m_units.emplace(*m_file, m_table->dialect, columnCount, std::move(m_head.bytesRead),
+                  m_table->blocks, m_unitSize);
+  if (const auto status = m_first == nullptr ? inferTypes() : takeTypesOfFirst(); !status) {
+    return Failure{status.error()};
+  }
+  return columns();
+}
+
+void CsvBatchReader::follow(const CsvBatchReader& first, std::size_t fileIndex) {
+  m_first = first.m_table;
+  m_table->fileIndex = fileIndex;
+}
+
+bool CsvBatchReader::hasDialectOf(const CsvBatchReader& other) const {
+  const CsvDialect& own = m_table->dialect;
+  const CsvDialect& others = other.m_table->dialect;
+  return own.separator == others.separator && own.quote == others.quote &&
+         m_table->encoding == other.m_table->encoding;
+}
+
+void CsvBatchReader::close() {
+  m_units.reset();
+  m_file = std::make_unique<TextInput>();
+}
+
+// Of the batches.
+TableColumns CsvBatchReader::columns() const {
+  TableColumns columns = m_table->columns;
+  if (m_table->fileName) {
+    columns.names += m_settings.fileColumn;
+    columns.types.push_back(MetaTypeColumn::text);
+  }
+  return columns;
+}
+
+Status<QString> CsvBatchReader::settleFileColumn() {
+  if (m_settings.fileColumn.isEmpty()) {
+    return Done{};
+  }
+  if (m_table->columns.names.contains(m_settings.fileColumn)) {
+    return Failure{table_messages::fileColumnThere(table_messages::fileSource(m_table->path),
+                                                   m_settings.fileColumn)};
+  }
+  m_table->fileName = (m_fileName.isEmpty() ? m_table->path : m_fileName).toStdString();
+  return Done{};
+}
+
+Status<QString> CsvBatchReader::takeTypesOfFirst() {
+  TableColumns& own = m_table->columns;
+  const QVector<QString>& wanted = m_first->columns.names;
+  const QHash<QString, qsizetype> positions = positionsOf(own.names);
+  for (qsizetype i = 0; i < wanted.size(); ++i) {
+    const qsizetype position = positions.value(wanted[i], -1);
+    if (position < 0 || own.names.size() != wanted.size()) {
+      return Failure{table_messages::otherColumns(table_messages::fileSource(m_table->path),
+                                                  shownNames(own.names), m_first->path,
+                                                  shownNames(wanted))};
+    }
+    const auto from = static_cast<std::size_t>(i);
+    const auto to = static_cast<std::size_t>(position);
+    own.types[to] = m_first->columns.types[from];
+    m_table->isDeclared[to] = m_first->isDeclared[from];
+    m_table->order.push_back(to);
+  }
+  return Done{};
+}
+
+// Looks at the start of the file for what the settings leave open.
+Status<QString> CsvBatchReader::settleDialect() {
+  CsvDialect& dialect = m_table->dialect;
+  dialect = m_settings.dialect;
+  m_table->encoding = m_file->encoding();
+  const CsvGuessed& guessed = m_settings.guessed;
+  if (guessed.isSeparator || guessed.isQuote) {
+    const Result<std::string_view, QString> start = m_file->start();
+    if (!start) {
+      return Failure{start.error()};
+    }
+    const CsvGuess guess = guessCsv(*start, m_file->isStartWhole(), dialect, guessed);
+    dialect.separator = guess.separator;
+    dialect.quote = dialect.hasQuote ? guess.quote : dialect.quote;
+  }
+  if (guessed.isSeparator || guessed.isQuote || !m_settings.encoding) {
+    m_dialectInWords = table_messages::atLocation(
+        table_messages::fileSource(m_table->path),
+        table_messages::dialectFound(
+            separatorText(dialect.separator),
+            dialect.hasQuote ? QString(QLatin1Char(dialect.quote)) : QString(),
+            nameOfEncoding(m_file->encoding()), dialect.hasHeader));
+  }
+  return Done{};
 }
 
 Status<QString> CsvBatchReader::settleColumns() {
@@ -114,7 +212,7 @@ Status<QString> CsvBatchReader::inferTypes() {
   long long line = m_line;
   bool hasBadRecord = false;
   const bool isDeclared = std::ranges::count(m_table->isDeclared, false) == 0;
-  const long long mostRows = isDeclared && !m_file.canReadAgain() ? 1 : kInferredRows;
+  const long long mostRows = isDeclared && !m_file->canOpenAgain() ? 1 : kInferredRows;
   for (long long rows = 0; rows < mostRows && !hasBadRecord;) {
     std::unique_ptr<CsvUnit> unit = readPiece();
     if (unit == nullptr) {
@@ -127,7 +225,7 @@ Status<QString> CsvBatchReader::inferTypes() {
       return Failure{unit->failure()};
     }
     for (std::size_t i = 0; i < inferences.size(); ++i) {
-      inferences[i].look(unit->block(), i, *m_table->nulls, kInferredRows - rows, line);
+      inferences[i].look(unit->block(), i, *m_table->rules, kInferredRows - rows, line);
     }
     rows += unit->block().rowCount();
     line += unit->lineCount();
@@ -153,7 +251,7 @@ void CsvBatchReader::noteTextColumns(const std::vector<TypeInference>& inference
     const QString name = m_table->columns.names[static_cast<qsizetype>(i)];
     m_notes += table_messages::atLocation(
         table_messages::inColumn(table_messages::atLine(m_table->path, field->line), name),
-        textColumnText(field->text, name));
+        textColumnText(field->text, name, m_table->dialect.numbers));
   }
   if (columns > kMaxNotes) {
     m_notes += table_messages::moreNumbersAreText(m_table->path, columns - kMaxNotes);
@@ -204,8 +302,11 @@ Status<QString> CsvBatchReader::tryFirstRows() {
 }
 
 float CsvBatchReader::fractionDone() const {
-  const long long size = m_file.size();
-  return size <= 0 ? -1.0f : static_cast<float>(m_bytesDone) / static_cast<float>(size);
+  const long long size = m_file->fileSize();
+  if (size <= 0 || !m_file->isPlain()) {
+    return m_file->fractionRead();
+  }
+  return static_cast<float>(m_bytesDone) / static_cast<float>(size);
 }
 
 QString CsvBatchReader::locationOfRow(long long row) const {

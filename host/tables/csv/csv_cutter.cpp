@@ -29,6 +29,7 @@ std::size_t CsvCutter::afterLastOutsideQuotes(char lineEnd, const char* bytes,
   constexpr std::size_t kNowhere = SIZE_MAX;
   std::size_t end = 0;
   bool isInQuotes = false;
+  bool isInComment = false;
   std::size_t closedAt = kNowhere;
   for (std::size_t start = 0; start < size; start += kCsvStep) {
     std::uint64_t present = ~std::uint64_t{0};
@@ -37,14 +38,21 @@ std::size_t CsvCutter::afterLastOutsideQuotes(char lineEnd, const char* bytes,
     }
     const std::uint64_t quotes = bitsOfByte(m_dialect.quote, bytes + start) & present;
     std::uint64_t left = quotes | (bitsOfByte(lineEnd, bytes + start) & present);
-    if (quotes == 0) {
+    if (m_dialect.hasComments) [[unlikely]] {
+      left |= bitsOfComments(bytes + start) & present;
+    } else if (quotes == 0) {
       end = isInQuotes || left == 0 ? end : start + static_cast<std::size_t>(std::bit_width(left));
       continue;
     }
     for (; left != 0; left &= left - 1) {
       const std::size_t at = start + static_cast<std::size_t>(std::countr_zero(left));
-      if (bytes[at] != m_dialect.quote) {
-        end = isInQuotes ? end : at + 1;
+      const char c = bytes[at];
+      const bool isLineEnd = c == '\n' || c == '\r';
+      if (isLineEnd || isInComment) {
+        isInComment = isInComment && !isLineEnd;
+        end = c == lineEnd && !isInQuotes ? at + 1 : end;
+      } else if (c != m_dialect.quote) {
+        isInComment = !isInQuotes && isRecordStart(bytes, at);
       } else if (isInQuotes) {
         isInQuotes = false;
         closedAt = at;
@@ -57,9 +65,17 @@ std::size_t CsvCutter::afterLastOutsideQuotes(char lineEnd, const char* bytes,
   return end;
 }
 
+// Where a comment may begin or end.
+std::uint64_t CsvCutter::bitsOfComments(const char* bytes) const {
+  return bitsOfByte(m_dialect.comment, bytes) | bitsOfByte('\n', bytes) | bitsOfByte('\r', bytes);
+}
+
 bool CsvCutter::isFieldStart(const char* bytes, std::size_t at) const {
-  return at == 0 || bytes[at - 1] == m_dialect.separator || bytes[at - 1] == '\n' ||
-         bytes[at - 1] == '\r';
+  return isRecordStart(bytes, at) || bytes[at - 1] == m_dialect.separator;
+}
+
+bool CsvCutter::isRecordStart(const char* bytes, std::size_t at) {
+  return at == 0 || bytes[at - 1] == '\n' || bytes[at - 1] == '\r';
 }
 
 }  // namespace kelvarin

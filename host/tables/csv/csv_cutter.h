@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 #include "host/tables/csv/csv_dialect.h"
 
@@ -22,7 +23,9 @@ class CsvCutter {
  private:
   std::size_t afterLast(char lineEnd, const char* bytes, std::size_t size) const;
   std::size_t afterLastOutsideQuotes(char lineEnd, const char* bytes, std::size_t size) const;
+  std::uint64_t bitsOfComments(const char* bytes) const;
   bool isFieldStart(const char* bytes, std::size_t at) const;
+  static bool isRecordStart(const char* bytes, std::size_t at);
 
   CsvDialect m_dialect;
 };

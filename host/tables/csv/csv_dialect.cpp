@@ -6,12 +6,28 @@ namespace kelvarin {
 
 namespace {
 
-bool isOneCharacter(const QString& text) {
+// Whether the file is to be looked at for the setting; it has its default then.
+bool takeGuessed(QString& text, const char* usual, bool CsvGuessed::* part, CsvGuessed* guessed) {
+  const bool isGuessed = guessed != nullptr && text == QLatin1String("auto");
+  if (isGuessed) {
+    guessed->*part = true;
+    text = QLatin1String(usual);
+  }
+  return isGuessed;
+}
+
+}  // namespace
+
+bool isOneAscii(const QString& text) {
   return text.size() == 1 && text[0].unicode() > 0 && text[0].unicode() < 128 && text[0] != u'\n' &&
          text[0] != u'\r';
 }
 
-}  // namespace
+bool canBeField(const QString& text, const CsvDialect& dialect) {
+  return !(dialect.hasQuote && text.contains(QLatin1Char(dialect.quote))) &&
+         !text.contains(QLatin1Char(dialect.separator)) && !text.contains(u'\n') &&
+         !text.contains(u'\r');
+}
 
 const Attribute<CsvSettings::Values> CsvSettings::kAttributes[] = {
     attribute<&Values::separator>(u"separator", "one character between fields; \\t is TAB"),
@@ -34,30 +50,32 @@ void CsvSettings::save(std::wostringstream& out) const {
   writeAttributes<Values>(out, kAttributes, m_values);
 }
 
-Result<CsvDialect, QString> CsvSettings::dialect(const TextExpansion& expanded) const {
+Result<CsvDialect, QString> CsvSettings::dialect(const TextExpansion& expanded,
+                                                 CsvGuessed* guessed) const {
   QString separator = expanded(m_values.separator);
+  const bool isSeparatorKnown = !takeGuessed(separator, ",", &CsvGuessed::isSeparator, guessed);
   if (separator == QLatin1String("\\t")) {
     separator = QStringLiteral("\t");
   }
-  if (!isOneCharacter(separator)) {
+  if (!isOneAscii(separator)) {
     return Failure{table_messages::badSeparator(separator)};
   }
-  const QString quote = expanded(m_values.quote);
-  if (!quote.isEmpty() && (!isOneCharacter(quote) || quote == separator)) {
+  QString quote = expanded(m_values.quote);
+  const bool isQuoteKnown = !takeGuessed(quote, "\"", &CsvGuessed::isQuote, guessed);
+  const bool areKnown = isSeparatorKnown && isQuoteKnown;
+  if (!quote.isEmpty() && (!isOneAscii(quote) || (areKnown && quote == separator))) {
     return Failure{table_messages::badQuote(quote)};
   }
   const QString nullText = expanded(m_values.nullText);
-  const bool holdsQuote = !quote.isEmpty() && nullText.contains(quote);
-  if (holdsQuote || nullText.contains(separator) || nullText.contains(u'\n') ||
-      nullText.contains(u'\r')) {
-    return Failure{table_messages::badNullText(nullText)};
-  }
   CsvDialect dialect;
   dialect.separator = separator[0].toLatin1();
   dialect.hasQuote = !quote.isEmpty();
   dialect.quote = quote.isEmpty() ? '\0' : quote[0].toLatin1();
   dialect.hasHeader = m_values.header;
   dialect.nullText = nullText.toStdString();
+  if (areKnown && !canBeField(nullText, dialect)) {
+    return Failure{table_messages::badNullText(nullText)};
+  }
   return dialect;
 }
 

@@ -5,6 +5,7 @@
 #include <QSet>
 
 #include "host/files/file_signatures.h"
+#include "host/tables/csv/csv_field_texts.h"
 #include "host/tables/csv/csv_values.h"
 #include "host/tables/csv/messages.h"
 #include "host/tables/files/messages.h"
@@ -44,19 +45,27 @@ bool hasZeroByte(const CsvRecord& record) {
 // Reads until the first record is complete.
 class HeadReader {
  public:
-  HeadReader(const CsvFile& file, const CsvDialect& dialect)
-      : m_file(file), m_scanner(dialect, true, 1, kMaxCsvColumns) {}
+  HeadReader(TextInput& file, const CsvDialect& dialect)
+      : m_file(file),
+        m_scanner(dialect, true, 1 + dialect.skippedLines, kMaxCsvColumns),
+        m_linesToSkip(dialect.skippedLines) {}
 
   // False: the file has no record.
   Result<bool, QString> readFirstRecord() {
     for (;;) {
       const bool isStart = m_bytes.empty();
-      const Result<CsvFile::Piece, QString> got = readMore();
+      const Result<ByteStream::Piece, QString> got = readMore();
       if (!got) {
         return Failure{got.error()};
       }
       if (const QString kind = isStart ? kindOfForeignFile(m_bytes) : QString(); !kind.isEmpty()) {
         return Failure{table_messages::foreignFile(m_file.path(), kind)};
+      }
+      if (!skipLines()) {
+        if (got->isLast || static_cast<long long>(m_bytes.size()) > kLongestRecord) {
+          return false;
+        }
+        continue;
       }
       const char* next = m_bytes.data() + m_used;
       const bool isComplete = m_scanner.scan(next, m_bytes.data() + m_bytes.size());
@@ -83,7 +92,8 @@ class HeadReader {
   }
 
   const CsvScanner& scanner() const { return m_scanner; }
-  std::size_t start() const { return m_start; }  // after the byte order mark
+  // After the byte order mark and the lines that are passed over.
+  std::size_t start() const { return m_start; }
   std::size_t used() const { return m_used; }
   std::string takeBytesFrom(std::size_t offset) { return m_bytes.substr(offset); }
 
@@ -92,10 +102,10 @@ class HeadReader {
   // As many as files of other formats and byte order marks are known by.
   static constexpr std::size_t kSignature = 16;
 
-  Result<CsvFile::Piece, QString> readMore() {
+  Result<ByteStream::Piece, QString> readMore() {
     const std::size_t before = m_bytes.size();
     m_bytes.resize(before + kStep);
-    Result<CsvFile::Piece, QString> got =
+    Result<ByteStream::Piece, QString> got =
         m_file.readNext(m_bytes.data() + before, kStep, before == 0 ? kSignature : 1);
     m_bytes.resize(before + (got ? got->size : 0));
     if (before == 0 && std::string_view(m_bytes).starts_with(kByteOrderMark)) {
@@ -105,13 +115,30 @@ class HeadReader {
     return got;
   }
 
+  // True when the lines that are passed over have been read.
+  bool skipLines() {
+    while (m_linesToSkip > 0) {
+      const std::size_t end = m_bytes.find_first_of("\r\n", m_used);
+      const bool isOpen =
+          end == m_bytes.npos || (m_bytes[end] == '\r' && end + 1 == m_bytes.size());
+      if (isOpen) {
+        m_used = std::min(end, m_bytes.size());
+        return false;
+      }
+      m_used = end + (m_bytes.compare(end, 2, "\r\n") == 0 ? 2 : 1);
+      m_start = m_used;
+      --m_linesToSkip;
+    }
+    return true;
+  }
+
   // At least one byte of data is there, if the file has any, and a CR LF is used up as a whole.
   Result<bool, QString> lookAfterRecord() {
     if (m_used < m_bytes.size()) {
       return true;
     }
     const bool endsInReturn = m_bytes.back() == '\r';
-    const Result<CsvFile::Piece, QString> got = readMore();
+    const Result<ByteStream::Piece, QString> got = readMore();
     if (!got) {
       return Failure{got.error()};
     }
@@ -119,20 +146,21 @@ class HeadReader {
     return true;
   }
 
-  const CsvFile& m_file;
+  TextInput& m_file;
   CsvScanner m_scanner;
   std::string m_bytes;
   std::size_t m_start = 0;
   std::size_t m_used = 0;
+  int m_linesToSkip;
 };
 
 // Columns without a name get one that no other column has.
-Status<QString> nameColumns(const CsvFile& file, const CsvRecord& record, CsvHead& head) {
+Status<QString> nameColumns(TextInput& file, const CsvRecord& record, CsvHead& head) {
   QSet<QString> known;
   for (const std::string& field : record.fields) {
     if (!isUtf8(field)) {
       return Failure{table_messages::atLocation(table_messages::atLine(file.path(), record.line),
-                                                table_messages::notUtf8())};
+                                                noTextText(file.encoding()))};
     }
     const QString name = QString::fromUtf8(field.data(), static_cast<qsizetype>(field.size()));
     if (known.contains(name)) {
@@ -166,7 +194,7 @@ Status<QString> nameColumns(const CsvFile& file, const CsvRecord& record, CsvHea
 }
 
 // A header of one column that looks like several.
-void noteOtherSeparator(const CsvFile& file, const CsvRecord& record, CsvHead& head) {
+void noteOtherSeparator(TextInput& file, const CsvRecord& record, CsvHead& head) {
   if (record.fieldCount != 1) {
     return;
   }
@@ -188,7 +216,7 @@ QString generatedColumnName(qsizetype column) {
   return QStringLiteral("col%1").arg(column + 1);
 }
 
-Result<CsvHead, QString> readCsvHead(const CsvFile& file, const CsvDialect& dialect) {
+Result<CsvHead, QString> readCsvHead(TextInput& file, const CsvDialect& dialect) {
   HeadReader reader(file, dialect);
   const Result<bool, QString> hasRecord = reader.readFirstRecord();
   if (!hasRecord) {
@@ -208,6 +236,7 @@ Result<CsvHead, QString> readCsvHead(const CsvFile& file, const CsvDialect& dial
   }
   noteOtherSeparator(file, record, head);
   std::size_t dataStart = reader.start();
+  head.dataLine = 1 + dialect.skippedLines;
   if (dialect.hasHeader) {
     if (const auto status = nameColumns(file, record, head); !status) {
       return Failure{status.error()};

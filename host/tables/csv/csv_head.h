@@ -5,8 +5,8 @@
 
 #include <QStringList>
 
-#include "host/tables/csv/csv_file.h"
 #include "host/tables/csv/csv_scanner.h"
+#include "host/tables/text_input/text_input.h"
 
 namespace kelvarin {
 
@@ -15,13 +15,13 @@ inline constexpr std::size_t kMaxCsvColumns = 200'000;
 
 struct CsvHead {
   QVector<QString> names;    // of the header, or col1, col2, ...
-  long long dataOffset = 0;  // the first byte after the header
+  long long dataOffset = 0;  // the first byte of the text after the header
   long long dataLine = 1;    // and its line
   std::string bytesRead;     // of the data, which the file does not yield again
   QStringList notes;         // what the user should know about the header
 };
 
-Result<CsvHead, QString> readCsvHead(const CsvFile& file, const CsvDialect& dialect);
+Result<CsvHead, QString> readCsvHead(TextInput& file, const CsvDialect& dialect);
 
 // "col1" for 0.
 QString generatedColumnName(qsizetype column);

@@ -21,7 +21,58 @@ bool areDigitsOf(std::string_view whole, std::string_view decimals, double numbe
          std::all_of(decimals.begin(), decimals.end(), [](char c) { return c == '0'; });
 }
 
+// How many bytes the thousands separator at the start of `text` has; 0 where there is none.
+std::size_t sizeOfThousands(std::string_view text, char thousands) {
+  if (thousands == '\0') {
+    return 0;
+  }
+  if (text.front() == thousands) {
+    return 1;
+  }
+  static constexpr std::string_view kNoBreakSpaces[] = {"\u00A0", "\u202F"};
+  for (const std::string_view space : kNoBreakSpaces) {
+    if (thousands == ' ' && text.starts_with(space)) {
+      return space.size();
+    }
+  }
+  return 0;
+}
+
 }  // namespace
+
+bool toPlainNumber(std::string_view field, const CsvNumberFormat& format, std::string& plain) {
+  constexpr int kGroup = 3;
+  plain.clear();
+  std::string_view rest = withoutBlanks(field);
+  bool isWholePart = true;
+  bool hasGroups = false;
+  int digits = 0;  // of the group, or of the whole part
+  while (!rest.empty()) {
+    const char c = rest.front();
+    if (isDigit(c)) {
+      digits += isWholePart ? 1 : 0;
+    } else if (const std::size_t size = sizeOfThousands(rest, format.thousands); size > 0) {
+      const bool isGroup = hasGroups ? digits == kGroup : digits > 0 && digits <= kGroup;
+      if (!isWholePart || !isGroup) {
+        return false;
+      }
+      hasGroups = true;
+      digits = 0;
+      rest.remove_prefix(size);
+      continue;
+    } else if (c == format.decimal || c == 'e' || c == 'E') {
+      if ((c == format.decimal && !isWholePart) || (isWholePart && hasGroups && digits != kGroup)) {
+        return false;
+      }
+      isWholePart = false;
+    } else if (c == '.') {
+      return false;
+    }
+    plain += c == format.decimal ? '.' : c;
+    rest.remove_prefix(1);
+  }
+  return !isWholePart || !hasGroups || digits == kGroup;
+}
 
 bool isNumberForPeople(std::string_view field) {
   std::string_view text = withoutBlanks(field);

@@ -18,6 +18,7 @@
 
 #include "base/null_number.h"
 #include "host/contract/column_bytes.h"
+#include "host/tables/csv/csv_dialect.h"
 
 namespace kelvarin {
 
@@ -178,6 +179,11 @@ inline bool mayHaveLostDigits(std::string_view field) {
 // A number as people write it and parseNumber() does not read it: with a decimal comma, thousands
 // separators or a percent sign, such as "1,5", "1,234.50", "1.234,50" and "12 %".
 bool isNumberForPeople(std::string_view field);
+
+// Writes a number in another format as parseNumber() reads it. False where it is not in that
+// format: a point or comma that means nothing, groups of other than three digits. A blank between
+// thousands stands for no-break spaces, too.
+bool toPlainNumber(std::string_view field, const CsvNumberFormat& format, std::string& plain);
 
 // What many programs write for a missing number, such as "NA" and "NULL".
 bool isMissingWord(std::string_view field);

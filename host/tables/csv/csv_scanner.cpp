@@ -29,7 +29,7 @@ bool CsvScanner::scan(const char*& begin, const char* end) {
 }
 
 bool CsvScanner::finish() {
-  if (m_state == State::recordStart) {
+  if (m_state == State::recordStart || m_state == State::comment) {
     return false;
   }
   if (m_state == State::fieldStart) {
@@ -67,6 +67,11 @@ void CsvScanner::countLine(char c) {
 
 // True when the line end completes a record.
 bool CsvScanner::takeLineEnd(char c) {
+  if (m_state == State::comment) {
+    countLine(c);
+    m_state = State::recordStart;
+    return false;
+  }
   const bool isEmptyLine = m_state == State::recordStart;
   if (isEmptyLine) {
     beginRecord();
@@ -98,7 +103,14 @@ bool CsvScanner::take(char c) {
     return takeLineEnd(c);
   }
   m_isAfterReturn = false;
+  if (m_state == State::comment) {
+    return false;
+  }
   if (m_state == State::recordStart) {
+    if (m_dialect.hasComments && c == m_dialect.comment) {
+      m_state = State::comment;
+      return false;
+    }
     beginRecord();
     m_state = State::fieldStart;
   }

@@ -2,7 +2,8 @@
 //
 // Follows the grammar of the bulk reader, at a fraction of its speed: it reads the header, and
 // after an error it finds the position. A quote counts at the start of a field only; after the
-// closing quote the field goes on unquoted. LF, CR and CR LF end a line.
+// closing quote the field goes on unquoted. LF, CR and CR LF end a line. A line outside quotes that
+// begins with the comment character is no record.
 #pragma once
 
 #include <cstdint>
@@ -43,7 +44,7 @@ class CsvScanner {
   long long line() const { return m_line; }
 
  private:
-  enum class State { recordStart, fieldStart, field, quotedField, quoteInQuotedField };
+  enum class State { recordStart, fieldStart, field, quotedField, quoteInQuotedField, comment };
 
   bool take(char c);
   bool takeLineEnd(char c);

@@ -14,6 +14,14 @@ namespace {
 // Blocks that have grown for a long record are not kept.
 constexpr std::size_t kLargestKeptBlock = 4 * CsvUnitReader::kUnitSize;
 
+BatchColumn columnOfSameText(const std::string& text, std::size_t rowCount) {
+  const std::size_t size = text.size() + 4;
+  ColumnMemory memory(MetaTypeColumn::text, rowCount, size);
+  std::fill_n(memory.positions(), rowCount, 0);
+  putText(memory.texts(), text.data(), text.size());
+  return memory.column(size);
+}
+
 QString shownField(const std::string& field) {
   constexpr std::size_t kMaxBytes = 400;
   return QString::fromUtf8(field.data(), static_cast<qsizetype>(std::min(field.size(), kMaxBytes)));
@@ -101,7 +109,7 @@ void CsvUnit::convert(long long rowCount) {
     long long end = std::min(rowCount, done + kRowsAtOnce);
     for (std::size_t i = 0; i < columnCount; ++i) {
       BadFieldCount* tolerated = m_badFields.empty() ? nullptr : &m_badFields[i];
-      if (const auto bad = converters[i].convert(done, end, *m_table->nulls, tolerated)) {
+      if (const auto bad = converters[i].convert(done, end, *m_table->rules, tolerated)) {
         end = bad->row;
         rowCount = end;
         m_fault = faultOfField(i, *bad);
@@ -112,18 +120,29 @@ void CsvUnit::convert(long long rowCount) {
   if (done == 0) {
     return;
   }
+  m_batch = std::make_shared<RowBatch>(static_cast<std::size_t>(done), columnsOf(converters, done));
+}
+
+// In the order of the table.
+std::vector<BatchColumn> CsvUnit::columnsOf(const std::vector<FieldConverter>& converters,
+                                            long long rowCount) const {
   std::vector<BatchColumn> columns;
-  columns.reserve(columnCount);
-  for (const FieldConverter& converter : converters) {
-    columns.push_back(converter.column());
+  columns.reserve(converters.size() + 1);
+  for (std::size_t i = 0; i < converters.size(); ++i) {
+    const std::size_t column = m_table->order.empty() ? i : m_table->order[i];
+    columns.push_back(converters[column].column());
   }
-  m_batch = std::make_shared<RowBatch>(static_cast<std::size_t>(done), std::move(columns));
+  if (m_table->fileName) {
+    columns.push_back(columnOfSameText(*m_table->fileName, static_cast<std::size_t>(rowCount)));
+  }
+  return columns;
 }
 
 CsvUnit::Fault CsvUnit::faultOfField(std::size_t column, const BadField& field) const {
   const QString name = m_table->columns.names[static_cast<qsizetype>(column)];
   return {m_piece.block.linesBefore(field.row), name,
-          badFieldText(m_table->columns.types[column], field.text, name)};
+          badFieldText(m_table->columns.types[column], field.text, name, m_table->dialect.numbers,
+                       m_table->encoding)};
 }
 
 void CsvUnit::settle(long long firstLine) {

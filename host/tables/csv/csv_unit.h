@@ -10,17 +10,23 @@
 #include "host/tables/csv/csv_unit_reader.h"
 #include "host/tables/csv/csv_values.h"
 #include "host/tables/files/batch_reader.h"
+#include "host/tables/text_input/text_encoding.h"
 
 namespace kelvarin {
 
 // What the records of a CSV file have in common.
 struct CsvTable {
   QString path;
+  std::size_t fileIndex = 0;  // among the files of one table
   CsvDialect dialect;
   TableColumns columns;
   std::vector<bool> isDeclared;  // of each column
+  // Of each column of the batches, which one of the file it is; empty: they are the same.
+  std::vector<std::size_t> order;
+  std::optional<std::string> fileName;  // the value of one more column, behind the others
   bool areBadValuesNull = false;
-  std::optional<CsvNullRule> nulls;
+  TextEncoding encoding = TextEncoding::utf8;
+  std::optional<CsvValueRules> rules;
   std::shared_ptr<CsvBlockStore> blocks = std::make_shared<CsvBlockStore>();
 };
 
@@ -34,6 +40,7 @@ class CsvUnit : public TableUnit {
   // What is wrong after so many rows is not found.
   void parseFirst(long long rowCount);
   std::size_t byteCount() const override { return m_size; }
+  std::size_t fileIndex() const { return m_table->fileIndex; }
 
   // Known when the unit is indexed.
   const CsvBlock& block() const { return m_piece.block; }
@@ -57,6 +64,8 @@ class CsvUnit : public TableUnit {
   Fault faultOfField(std::size_t column, const BadField& field) const;
   // Makes the batch of the first rows, up to one with a bad field.
   void convert(long long rowCount);
+  std::vector<BatchColumn> columnsOf(const std::vector<FieldConverter>& converters,
+                                     long long rowCount) const;
 
   std::shared_ptr<const CsvTable> m_table;
   CsvPiece m_piece;

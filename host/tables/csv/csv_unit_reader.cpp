@@ -7,15 +7,31 @@
 
 namespace kelvarin {
 
-CsvUnitReader::CsvUnitReader(const CsvFile& file, const CsvDialect& dialect,
-                             std::size_t columnCount, std::string bytesRead,
-                             std::shared_ptr<CsvBlockStore> store, std::size_t unitSize)
+namespace {
+
+// A short row that is filled has as many values as a long one, however few bytes it has. Pieces are
+// smaller where their values could take more memory than a file is worth.
+std::size_t unitSizeFor(const CsvDialect& dialect, std::size_t columnCount, std::size_t wanted) {
+  constexpr std::size_t kMaxValues = 8 * 1024 * 1024;
+  constexpr std::size_t kShortestRow = 2;
+  return dialect.areShortRowsFilled
+             ? std::min(wanted,
+                        std::max(kMaxValues / std::max<std::size_t>(columnCount, 1), kShortestRow))
+             : wanted;
+}
+
+}  // namespace
+
+CsvUnitReader::CsvUnitReader(TextInput& file, const CsvDialect& dialect, std::size_t columnCount,
+                             std::string bytesRead, std::shared_ptr<CsvBlockStore> store,
+                             std::size_t unitSize)
     : m_file(file),
       m_cutter(dialect),
       m_indexer(dialect, columnCount),
       m_left(std::move(bytesRead)),
       m_store(std::move(store)),
-      m_unitSize(unitSize) {}
+      m_unitSize(unitSizeFor(dialect, columnCount, unitSize)),
+      m_spareBytes(CsvIndexer::spareBytes(dialect, columnCount)) {}
 
 bool CsvUnitReader::read(CsvPiece& piece) {
   if (m_hasEnded) {
@@ -49,13 +65,13 @@ bool CsvUnitReader::read(CsvPiece& piece) {
 // False when reading has failed.
 bool CsvUnitReader::fill(CsvPiece& piece) {
   const std::size_t size = std::max(m_unitSize, 2 * piece.size);
-  piece.block.reserve(size, piece.size);
+  piece.block.reserve(size + m_spareBytes, piece.size);
   const std::size_t left = std::min(m_left.size(), size - piece.size);
   std::memcpy(piece.block.bytes() + piece.size, m_left.data(), left);
   m_left.erase(0, left);
   piece.size += left;
   // What is left over may have whole records, which wait for nothing.
-  const Result<CsvFile::Piece, QString> got =
+  const Result<ByteStream::Piece, QString> got =
       m_file.readNext(piece.block.bytes() + piece.size, size - piece.size, left > 0 ? 0 : 1);
   if (!got) {
     m_hasEnded = true;
@@ -63,8 +79,8 @@ bool CsvUnitReader::fill(CsvPiece& piece) {
     piece.size = 0;
     return false;
   }
-  m_isFileRead = got.value().isLast;
-  piece.size += got.value().size;
+  m_isFileRead = got->isLast && m_left.empty();
+  piece.size += got->size;
   return true;
 }
 

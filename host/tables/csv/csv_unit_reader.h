@@ -10,9 +10,9 @@
 #include <memory>
 
 #include "host/tables/csv/csv_cutter.h"
-#include "host/tables/csv/csv_file.h"
 #include "host/tables/csv/csv_indexer.h"
 #include "host/tables/files/buffer_store.h"
+#include "host/tables/text_input/text_input.h"
 
 namespace kelvarin {
 
@@ -34,7 +34,7 @@ class CsvUnitReader {
   static constexpr std::size_t kUnitSize = 128 * 1024;
 
   // `bytesRead` stand before what `file` yields. `store` has used blocks.
-  CsvUnitReader(const CsvFile& file, const CsvDialect& dialect, std::size_t columnCount,
+  CsvUnitReader(TextInput& file, const CsvDialect& dialect, std::size_t columnCount,
                 std::string bytesRead, std::shared_ptr<CsvBlockStore> store, std::size_t unitSize);
 
   // False: the end.
@@ -44,12 +44,13 @@ class CsvUnitReader {
   bool fill(CsvPiece& piece);
   bool isHopeless(CsvPiece& piece);
 
-  const CsvFile& m_file;
+  TextInput& m_file;
   CsvCutter m_cutter;
   CsvIndexer m_indexer;
   std::string m_left;  // read, and to be the start of the next piece
   std::shared_ptr<CsvBlockStore> m_store;
   std::size_t m_unitSize;
+  std::size_t m_spareBytes;  // behind the bytes of a block
   bool m_isFileRead = false;
   bool m_hasEnded = false;
 };

@@ -101,6 +101,28 @@ std::size_t capacityForTexts(const CsvBlock& block, std::size_t index, long long
 
 }  // namespace
 
+CsvValueRules::CsvValueRules(const CsvDialect& dialect, std::size_t columnCount)
+    : m_quote(dialect.quote), m_numbers(dialect.numbers), m_isEmptyNull(columnCount == 1) {
+  std::vector<std::string> texts = dialect.furtherNullTexts;
+  texts.push_back(dialect.nullText);
+  for (std::string& text : texts) {
+    if (text.empty()) {
+      m_isEmptyNull = true;
+      continue;
+    }
+    std::string buffer;
+    double number = 0;
+    const auto plain = plainNumber(text, buffer);
+    m_hasNullNumber = m_hasNullNumber || (plain && parseNumber(*plain, number));
+    m_longestNull = std::max(m_longestNull, text.size());
+    m_nullTexts.push_back(std::move(text));
+  }
+}
+
+bool CsvValueRules::isNullText(std::string_view text) const {
+  return std::ranges::find(m_nullTexts, text) != m_nullTexts.end();
+}
+
 bool isUtf8(std::string_view text) {
   return QUtf8StringView(text.data(), static_cast<qsizetype>(text.size())).isValidUtf8();
 }
@@ -114,37 +136,37 @@ FieldConverter::FieldConverter(const CsvBlock& block, std::size_t index, MetaTyp
                fixedSizeOf(type) != 0 ? 0 : capacityForTexts(block, index, rowCount)) {}
 
 std::optional<BadField> FieldConverter::convert(long long begin, long long end,
-                                                const CsvNullRule& nulls,
+                                                const CsvValueRules& rules,
                                                 BadFieldCount* tolerated) {
   switch (m_memory.type()) {
     case MetaTypeColumn::number:
       return m_digits == DigitRule::mustBeKept
-                 ? parse<ExactNumberType>(begin, end, nulls, tolerated, m_memory.numbers())
-                 : parse<NumberType>(begin, end, nulls, tolerated, m_memory.numbers());
+                 ? parse<ExactNumberType>(begin, end, rules, tolerated, m_memory.numbers())
+                 : parse<NumberType>(begin, end, rules, tolerated, m_memory.numbers());
     case MetaTypeColumn::key:
-      return parse<KeyType>(begin, end, nulls, tolerated, m_memory.keys());
+      return parse<KeyType>(begin, end, rules, tolerated, m_memory.keys());
     default:
-      return copyTexts(begin, end, nulls);
+      return copyTexts(begin, end, rules);
   }
 }
 
 template <typename Type>
 std::optional<BadField> FieldConverter::parse(long long begin, long long end,
-                                              const CsvNullRule& nulls, BadFieldCount* tolerated,
+                                              const CsvValueRules& rules, BadFieldCount* tolerated,
                                               typename Type::Value* values) {
   constexpr long long kRows = kShortDecimalsAtOnce;
   for (long long row = begin; row < end; row += kRows) {
     const auto count = static_cast<int>(std::min(kRows, end - row));
     std::uint64_t left = ~std::uint64_t{0} >> (kRows - count);
     if constexpr (std::is_same_v<typename Type::Value, double>) {
-      if (!nulls.isNumber) {
+      if (!rules.hasNullNumber() && rules.areNumbersPlain()) {
         left &= ~parseShortDecimals(*m_block, m_index, row, static_cast<std::size_t>(count),
                                     values + row);
       }
     }
     for (; left != 0; left &= left - 1) {
       const long long next = row + std::countr_zero(left);
-      if (auto bad = parseField<Type>(next, nulls, tolerated, values[next])) {
+      if (auto bad = parseField<Type>(next, rules, tolerated, values[next])) {
         return bad;
       }
     }
@@ -153,21 +175,23 @@ std::optional<BadField> FieldConverter::parse(long long begin, long long end,
 }
 
 template <typename Type>
-std::optional<BadField> FieldConverter::parseField(long long row, const CsvNullRule& nulls,
+std::optional<BadField> FieldConverter::parseField(long long row, const CsvValueRules& rules,
                                                    BadFieldCount* tolerated,
                                                    typename Type::Value& value) {
   const CsvField field = m_block->field(row, m_index);
-  if (!field.isQuoted && Type::parseInBlock(field.bytes, value)) [[likely]] {
-    if (!nulls.isNumber || !nulls.isNullText(field)) [[likely]] {
+  if (!field.isQuoted && rules.areNumbersPlain() && Type::parseInBlock(field.bytes, value))
+      [[likely]] {
+    if (!rules.hasNullNumber() || !rules.isNull(field)) [[likely]] {
       return std::nullopt;
     }
   }
   value = Type::kMissing;
-  const std::string_view text = textOf(field, nulls.quote, m_unquoted);
-  if (text.empty() || nulls.isNullText(field)) {
+  if (rules.isNull(field)) {
     return std::nullopt;
   }
-  if (field.isQuoted && Type::parse(text, value)) {
+  const std::string_view text = textOf(field, rules.quote(), m_unquoted);
+  const bool mayBeOther = field.isQuoted || !rules.areNumbersPlain();
+  if (text.empty() || (mayBeOther && parseQuotedOrOther<Type>(text, rules, value))) {
     return std::nullopt;
   }
   if (tolerated == nullptr) {
@@ -180,8 +204,15 @@ std::optional<BadField> FieldConverter::parseField(long long row, const CsvNullR
   return std::nullopt;
 }
 
+template <typename Type>
+bool FieldConverter::parseQuotedOrOther(std::string_view text, const CsvValueRules& rules,
+                                        typename Type::Value& value) {
+  const auto plain = rules.plainNumber(text, m_plain);
+  return plain && Type::parse(*plain, value);
+}
+
 std::optional<BadField> FieldConverter::copyTexts(long long begin, long long end,
-                                                  const CsvNullRule& nulls) {
+                                                  const CsvValueRules& rules) {
   std::string unquoted;
   unsigned char* next = m_memory.texts() + m_textSize;
   std::uint32_t* position = m_memory.positions() + begin;
@@ -189,12 +220,12 @@ std::optional<BadField> FieldConverter::copyTexts(long long begin, long long end
   for (long long row = begin; row < end; ++row, mark += m_block->marksInRow()) {
     *position++ = static_cast<std::uint32_t>(next - m_memory.texts());
     const CsvField field = m_block->fieldAt(mark);
-    if (nulls.isNullText(field)) [[unlikely]] {
+    if (rules.isNull(field)) [[unlikely]] {
       next = putNullText(next);
       continue;
     }
     bool isAscii = false;
-    const std::string_view text = textOf(field, nulls.quote, unquoted);
+    const std::string_view text = textOf(field, rules.quote(), unquoted);
     if (text.size() <= kEager && text.data() != unquoted.data()) [[likely]] {
       const auto length = static_cast<std::uint32_t>(text.size());
       std::memcpy(next, &length, 4);
@@ -212,22 +243,28 @@ std::optional<BadField> FieldConverter::copyTexts(long long begin, long long end
   return std::nullopt;
 }
 
-void TypeInference::look(const CsvBlock& block, std::size_t index, const CsvNullRule& nulls,
+void TypeInference::look(const CsvBlock& block, std::size_t index, const CsvValueRules& rules,
                          long long rowCount, long long firstLine) {
   std::string unquoted;
+  std::string buffer;
   const long long end = std::min(rowCount, block.rowCount());
   for (long long row = 0; row < end && !m_hasText; ++row) {
     const CsvField field = block.field(row, index);
-    const std::string_view text = textOf(field, nulls.quote, unquoted);
-    if (text.empty() || nulls.isNullText(field)) {
+    if (rules.isNull(field)) {
+      continue;
+    }
+    const std::string_view text = textOf(field, rules.quote(), unquoted);
+    if (text.empty()) {
       continue;
     }
     double number = 0;
-    const bool isNumber = parseNumber(text, number);
+    const auto plain = rules.plainNumber(text, buffer);
+    const bool isNumber = plain && parseNumber(*plain, number);
     const bool isPlain =
-        isNumber && (!mayHaveLostDigits(text) || lostDigits(text, number) == LostDigits::none);
-    m_hasNumber = m_hasNumber || isNumber || isNumberForPeople(text);
-    m_hasText = !isNumber && !isNumberForPeople(text) && !isMissingWord(text);
+        isNumber && (!mayHaveLostDigits(*plain) || lostDigits(*plain, number) == LostDigits::none);
+    const bool isForPeople = !isNumber && (isNumberForPeople(text) || parseNumber(text, number));
+    m_hasNumber = m_hasNumber || isNumber || isForPeople;
+    m_hasText = !isNumber && !isForPeople && !isMissingWord(text);
     if (!isPlain && !m_forText) {
       m_forText = FieldForText{firstLine + block.linesBefore(row), std::string(text)};
     }

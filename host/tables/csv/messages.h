@@ -1,7 +1,7 @@
 // What the log says about CSV files.
 #pragma once
 
-#include <QString>
+#include "host/tables/files/messages.h"
 
 namespace kelvarin::table_messages {
 
@@ -14,7 +14,7 @@ inline QString shown(const QString& value) {
 // Locations
 
 inline QString atLine(const QString& file, long long line) {
-  return QStringLiteral("file '%1', line %2").arg(file).arg(line);
+  return QStringLiteral("%1, line %2").arg(fileSource(file)).arg(line);
 }
 
 // CSV settings
@@ -35,6 +35,33 @@ inline QString badQuote(const QString& quote) {
       .arg(quote);
 }
 
+inline QString badEncoding(const QString& encoding, const QString& known) {
+  return QStringLiteral("The encoding '%1' is not known. Known are: %2, auto.")
+      .arg(encoding, known);
+}
+
+inline QString badDecimal(const QString& decimal) {
+  return QStringLiteral("decimal is '%1'. It takes '.' or ','.").arg(decimal);
+}
+
+inline QString badThousands(const QString& thousands, const QString& decimal) {
+  return QStringLiteral(
+             "thousands is '%1'. It takes one ASCII character that is no part of a number, such as "
+             "'.', ',' or a blank, and not the one of decimal, '%2'; or nothing.")
+      .arg(thousands, decimal);
+}
+
+inline QString badComment(const QString& comment) {
+  return QStringLiteral(
+             "comment is '%1'. It takes one ASCII character other than a line break, the separator "
+             "and the quote; or nothing.")
+      .arg(comment);
+}
+
+inline QString badRowRule(const QString& attribute, const QString& text, const QString& word) {
+  return QStringLiteral("%1 is '%2'. It takes 'error' or '%3'.").arg(attribute, text, word);
+}
+
 inline QString badNullText(const QString& text) {
   return QStringLiteral(
              "The nullText '%1' holds a separator, a quote or a line break, so that no field can "
@@ -45,15 +72,24 @@ inline QString badNullText(const QString& text) {
 // Reading CSV
 
 inline QString noColumns(const QString& file) {
-  return QStringLiteral("The file '%1' is empty: it has no columns.").arg(file);
+  return QStringLiteral("The %1 is empty: it has no columns.").arg(fileSource(file));
+}
+
+// `quote` is empty where there is none.
+inline QString dialectFound(const QString& separator, const QString& quote, const QString& encoding,
+                            bool hasHeader) {
+  return QStringLiteral("separator '%1', %2, encoding %3, %4.")
+      .arg(separator,
+           quote.isEmpty() ? QStringLiteral("no quote") : QStringLiteral("quote '%1'").arg(quote),
+           encoding, hasHeader ? QStringLiteral("header") : QStringLiteral("no header"));
 }
 
 inline QString foreignFile(const QString& file, const QString& kind) {
-  return QStringLiteral("The file '%1' is no CSV file in UTF-8: %2").arg(file, kind);
+  return QStringLiteral("The %1 is no CSV file in UTF-8: %2").arg(fileSource(file), kind);
 }
 
 inline QString utf16File() {
-  return QStringLiteral("it begins like UTF-16 text. Convert it to UTF-8 first.");
+  return QStringLiteral("it begins like UTF-16 text. Set encoding='auto' or encoding='UTF-16'.");
 }
 
 inline QString utf32File() {
@@ -61,7 +97,8 @@ inline QString utf32File() {
 }
 
 inline QString compressedFile() {
-  return QStringLiteral("it is compressed. Uncompress it first.");
+  return QStringLiteral(
+      "it is compressed by bzip2 or xz. Uncompress it first, or compress it by gzip or zstd.");
 }
 
 inline QString archiveFile() {
@@ -79,8 +116,7 @@ inline QString arrowFile() {
 
 inline QString hasZeroBytes() {
   return QStringLiteral(
-      "its first line has zero bytes, which no text has. If it is UTF-16, convert it to UTF-8 "
-      "first.");
+      "its first line has zero bytes, which no text has. If it is UTF-16, set encoding='auto'.");
 }
 
 inline QString tooManyColumns(std::size_t limit) {
@@ -104,6 +140,24 @@ inline QString otherSeparator(const QString& separator) {
       .arg(separator);
 }
 
+inline QString fileColumnThere(const QString& source, const QString& column) {
+  return QStringLiteral(
+             "The %1 has a column '%2' already. Give the attribute fileColumn another name.")
+      .arg(source, column);
+}
+
+inline QString otherColumns(const QString& source, const QString& columns, const QString& firstFile,
+                            const QString& wanted) {
+  return QStringLiteral(
+             "The %1 has other columns than the first file, '%2': %3 instead of %4. Files that are "
+             "read as one table have columns of the same names.")
+      .arg(source, firstFile, columns, wanted);
+}
+
+inline QString noFileMatches(const QString& pattern) {
+  return QStringLiteral("No file has a name like '%1'.").arg(pattern);
+}
+
 inline QString tooManyDeclared(const QString& file, qsizetype declared, qsizetype present) {
   return QStringLiteral("%1 columns are declared for the file '%2', which has %3.")
       .arg(declared)
@@ -113,8 +167,13 @@ inline QString tooManyDeclared(const QString& file, qsizetype declared, qsizetyp
 
 inline QString notUtf8() {
   return QStringLiteral(
-      "the text is not UTF-8. If the file is in Latin-1 or Windows-1252, convert it to UTF-8 "
-      "first.");
+      "the text is not UTF-8. If the file is in Latin-1 or Windows-1252, set "
+      "encoding='windows-1252'.");
+}
+
+inline QString notInEncoding(const QString& encoding) {
+  return QStringLiteral("the text is not %1. Set another encoding, or get the file anew.")
+      .arg(encoding);
 }
 
 // The fields of a record, of which the beginning is known when it is not whole.
@@ -127,7 +186,7 @@ inline QString tooManyFields(const QString& fields, int columns, const QString& 
   return QStringLiteral(
              "%1 fields where the file has %2 columns; the first one after column '%3' is '%4'. "
              "Quote fields that hold "
-             "the separator.")
+             "the separator, or set long='ignore'.")
       .arg(fields, QString::number(columns), lastColumn, shown(value));
 }
 
@@ -135,7 +194,7 @@ inline QString tooFewFields(int fields, int columns, const QString& missingColum
                             const QString& value) {
   return QStringLiteral(
              "%1 fields where the file has %2 columns; column '%3' is missing, the last value is "
-             "'%4'.")
+             "'%4'. Complete the row, or set short='null'.")
       .arg(fields)
       .arg(columns)
       .arg(missingColumn, shown(value));
@@ -172,11 +231,14 @@ inline QString numbersAreText(const QString& value, const QString& reason, const
       .arg(shown(value), reason, column);
 }
 
-inline QString peoplesNumbersAreText(const QString& value) {
+inline QString peoplesNumbersAreText(const QString& value, const QString& decimal,
+                                     const QString& thousands) {
   return QStringLiteral(
-             "'%1' looks like a number, but numbers have a decimal point, no thousands separators "
-             "and no percent sign: the column is read as text.")
-      .arg(shown(value));
+             "'%1' looks like a number, but numbers have '%2' before their decimals, %3 between "
+             "thousands and no percent sign: the column is read as text. See the attributes "
+             "decimal and thousands.")
+      .arg(value, decimal,
+           thousands.isEmpty() ? QStringLiteral("nothing") : QStringLiteral("'%1'").arg(thousands));
 }
 
 inline QString missingWordIsText(const QString& word) {

@@ -1,5 +1,9 @@
 #include "host/tables/csv/read_csv.h"
 
+#include <QDir>
+
+#include "host/tables/csv/messages.h"
+
 namespace kelvarin {
 
 namespace {
@@ -7,7 +11,7 @@ namespace {
 constexpr char16_t kSortedOn[] = u"sortedOn";
 
 std::vector<AttributeDescription> describedAttributes() {
-  std::vector<AttributeDescription> attributes = CsvSettings::describedAttributes();
+  std::vector<AttributeDescription> attributes = CsvReadSettings::describedAttributes();
   attributes.insert(attributes.begin(), TableSource::describedFile());
   attributes.push_back(
       {QString::fromUtf16(kSortedOn), AttributeKind::text,
@@ -41,8 +45,8 @@ ReadCsv::ReadCsv(XMLNode node, GlobalParameters* parameters)
 std::vector<ElementFault> ReadCsv::settingFaults() const {
   const TextExpansion expanded = [this](const QString& text) { return expandString(text); };
   std::vector<ElementFault> faults = m_columns.faults(node(), expanded);
-  if (const auto dialect = m_settings.dialect(expanded); !dialect) {
-    faults.insert(faults.begin(), {LogLevel::error, node(), dialect.error()});
+  if (const auto settings = m_settings.settings(expanded); !settings) {
+    faults.insert(faults.begin(), {LogLevel::error, node(), settings.error()});
   }
   return faults;
 }
@@ -59,16 +63,48 @@ void ReadCsv::saveXML(std::wostringstream& out, QString name) {
 
 Result<std::unique_ptr<BatchReader>, QString> ReadCsv::makeReaderOf(const QString& path) const {
   const TextExpansion expanded = [this](const QString& text) { return expandString(text); };
-  const Result<CsvDialect, QString> dialect = m_settings.dialect(expanded);
-  if (!dialect) {
-    return Failure{dialect.error()};
+  const Result<CsvFileSettings, QString> settings = m_settings.settings(expanded);
+  if (!settings) {
+    return Failure{settings.error()};
   }
   Result<ColumnRules, QString> rules = m_columns.rules(expanded);
   if (!rules) {
     return Failure{rules.error()};
   }
+  const QStringList paths = filesOfPattern(path);
+  if (paths.isEmpty() && isFilePattern(path) && !QFileInfo::exists(path)) {
+    return Failure{table_messages::noFileMatches(path)};
+  }
+  if (paths.isEmpty()) {
+    auto reader = std::make_unique<CsvBatchReader>(path, *settings, std::move(*rules));
+    reader->setFileName(nameInColumn(path));
+    return std::unique_ptr<BatchReader>(std::move(reader));
+  }
+  std::vector<CsvFilesReader::File> files;
+  for (const QString& file : paths) {
+    files.push_back({file, nameInColumn(file)});
+  }
   return std::unique_ptr<BatchReader>(
-      std::make_unique<CsvBatchReader>(path, *dialect, std::move(*rules)));
+      std::make_unique<CsvFilesReader>(std::move(files), *settings, std::move(*rules)));
+}
+
+QList<UsedFile> ReadCsv::usedFiles() const {
+  const QStringList paths = filesOfPattern(expandedFile());
+  if (paths.isEmpty()) {
+    return TableSource::usedFiles();
+  }
+  QList<UsedFile> files;
+  for (const QString& path : paths) {
+    files += {.path = path, .use = FileUse::reads, .companions = {}};
+  }
+  return files;
+}
+
+// From the graph's folder on where the setting is, so that a table is the same wherever its graph
+// is moved.
+QString ReadCsv::nameInColumn(const QString& path) const {
+  const bool isWhole = QDir::isAbsolutePath(expandString(file())) || path == QLatin1String("-");
+  return isWhole ? path : QDir(expandFile(QStringLiteral("."))).relativeFilePath(path);
 }
 
 }  // namespace kelvarin

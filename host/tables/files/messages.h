@@ -5,9 +5,13 @@
 
 namespace kelvarin::table_messages {
 
+inline QString standardInput() {
+  return QStringLiteral("standard input");
+}
+
 // What a table in a file is called.
 inline QString fileSource(const QString& file) {
-  return QStringLiteral("file '%1'").arg(file);
+  return file == QLatin1String("-") ? standardInput() : QStringLiteral("file '%1'").arg(file);
 }
 
 inline QString atRow(const QString& source, long long row) {
@@ -25,7 +29,7 @@ inline QString noFileGiven(const QString& action) {
 }
 
 inline QString cannotRead(const QString& file, const QString& reason) {
-  return QStringLiteral("The file '%1' cannot be read: %2.").arg(file, reason);
+  return QStringLiteral("The %1 cannot be read: %2.").arg(fileSource(file), reason);
 }
 
 inline QString cannotCreate(const QString& file, const QString& reason) {

@@ -53,6 +53,7 @@ class TableSink : public ActionItem, public BatchSink, public FileUser, public O
   virtual void release() = 0;
 
   OutputFile& output() { return m_output; }
+  const OutputFile& output() const { return m_output; }
   // To the output, in the order of the calls, perhaps by a task; `owner` keeps the bytes.
   Status<QString> write(std::shared_ptr<const void> owner, std::string_view bytes) {
     return m_queue.append(std::move(owner), bytes);

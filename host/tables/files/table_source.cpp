@@ -9,13 +9,15 @@ namespace kelvarin {
 namespace {
 
 constexpr char16_t kFile[] = u"file";
+const QString kStandardInput = QStringLiteral("-");
 
 }  // namespace
 
 AttributeDescription TableSource::describedFile() {
-  return {QString::fromUtf16(kFile), AttributeKind::text,
-          QStringLiteral("the file; relative names start at the graph's folder"),
-          QStringLiteral("")};
+  return {
+      QString::fromUtf16(kFile), AttributeKind::text,
+      QStringLiteral("the file; - is standard input; relative names start at the graph's folder"),
+      QStringLiteral("")};
 }
 
 TableSource::TableSource(XMLNode node, GlobalParameters* parameters)
@@ -52,7 +54,14 @@ QList<UsedFile> TableSource::usedFiles() const {
   if (m_file.isEmpty()) {
     return {};
   }
-  return {{.path = expandFile(m_file), .use = FileUse::reads, .companions = {}}};
+  const QString file = expandedFile();
+  const QString path = file == kStandardInput ? QStringLiteral("/dev/stdin") : file;
+  return {{.path = path, .use = FileUse::reads, .companions = {}}};
+}
+
+QString TableSource::expandedFile() const {
+  const QString name = expandString(m_file);
+  return name == kStandardInput ? name : expandFile(m_file);
 }
 
 char TableSource::close() {
@@ -61,7 +70,7 @@ char TableSource::close() {
 }
 
 Result<std::unique_ptr<BatchReader>, QString> TableSource::makeReader() {
-  return makeReaderOf(expandFile(m_file));
+  return makeReaderOf(expandedFile());
 }
 
 Result<QVector<SortInfos>, QString> TableSource::declaredOrder(
@@ -70,7 +79,10 @@ Result<QVector<SortInfos>, QString> TableSource::declaredOrder(
 }
 
 void TableSource::explainFailureToOpen() const {
-  const QString path = expandFile(m_file);
+  const QString path = expandedFile();
+  if (path == kStandardInput) {
+    return;
+  }
   QString hint = missingFileHint(path);
   if (hint.isEmpty() && format() != FileFormat::csv) {  // its reader's errors name other formats
     hint = foreignFormatHint(path, format());

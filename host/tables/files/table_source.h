@@ -19,6 +19,8 @@ class TableSource : public ReaderSource, public FileUser {
   QList<UsedFile> usedFiles() const override;
 
   const QString& file() const { return m_file; }
+  // With its folder; "-" is standard input.
+  QString expandedFile() const;
   // The attribute `file`.
   static AttributeDescription describedFile();
 

@@ -57,7 +57,7 @@ std::string writeColumn(const TableFolder& folder, Format format,
 
 void expectRead(const std::shared_ptr<arrow::Array>& values, const std::string& columns,
                 const Rows& rows) {
-  for (const Format format : {Format::parquet, Format::ipc}) {
+  for (const Format format : {Format::parquet, Format::ipc, Format::stream}) {
     const TableFolder folder;
     auto reader = source(format, writeColumn(folder, format, values));
     EXPECT_EQ(reader.rows(0), rows) << values->type()->ToString();

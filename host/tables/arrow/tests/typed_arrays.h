@@ -16,7 +16,7 @@
 
 namespace kelvarin::testing {
 
-enum class Format { parquet, ipc };
+enum class Format { parquet, ipc, stream };
 
 // An array of the builder's type; an absent value is a null.
 template <typename Builder, typename Value>
@@ -52,7 +52,8 @@ inline void writeFile(const std::string& path, Format format, const arrow::Table
                                            form.rowsInGroup, properties)
                     .ok());
   } else {
-    auto writer = *arrow::ipc::MakeFileWriter(stream, table.schema());
+    auto writer = *(format == Format::ipc ? arrow::ipc::MakeFileWriter(stream, table.schema())
+                                          : arrow::ipc::MakeStreamWriter(stream, table.schema()));
     EXPECT_TRUE(writer->WriteTable(table, form.rowsInGroup).ok());
     EXPECT_TRUE(writer->Close().ok());
   }
@@ -67,8 +68,10 @@ inline std::shared_ptr<arrow::Table> tableOfFile(const std::string& path, Format
     parquet::arrow::FileReaderBuilder builder;
     EXPECT_TRUE(builder.Open(file).ok());
     table = *(*builder.Build())->ReadTable();
-  } else {
+  } else if (format == Format::ipc) {
     table = *(*arrow::ipc::RecordBatchFileReader::Open(file))->ToTable();
+  } else {
+    table = *(*arrow::ipc::RecordBatchStreamReader::Open(file))->ToTable();
   }
   EXPECT_TRUE(table->ValidateFull().ok());
   return *table->CombineChunks();

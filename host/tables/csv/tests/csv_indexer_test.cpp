@@ -26,11 +26,17 @@ Records scanned(const std::string& text, const CsvDialect& dialect, std::size_t 
   const char* end = next + text.size();
   while (scanner.scan(next, end) || scanner.finish()) {
     const CsvRecord& record = scanner.record();
-    if (record.isQuoteOpen || record.fields.size() != columnCount) {
+    Fields fields = record.fields;
+    const bool isFitted =
+        fields.size() < columnCount ? dialect.areShortRowsFilled : dialect.areLongRowsCut;
+    if (isFitted) {
+      fields.resize(columnCount, "(missing)");
+    }
+    if (record.isQuoteOpen || fields.size() != columnCount) {
       records.hasFault = true;
       break;
     }
-    records.rows.push_back(record.fields);
+    records.rows.push_back(std::move(fields));
     records.lines.push_back(record.line);
   }
   return records;
@@ -38,7 +44,7 @@ Records scanned(const std::string& text, const CsvDialect& dialect, std::size_t 
 
 Records indexed(CsvBlock& block, const std::string& text, const CsvDialect& dialect,
                 std::size_t columnCount, bool isEnd, CsvIndex& index) {
-  block.reserve(text.size(), 0);
+  block.reserve(text.size() + CsvIndexer::spareBytes(dialect, columnCount), 0);
   std::copy(text.begin(), text.end(), block.bytes());
   index = CsvIndexer(dialect, columnCount).index(block, text.size(), isEnd);
   block.setRows(index.rowCount, columnCount);
@@ -49,7 +55,9 @@ Records indexed(CsvBlock& block, const std::string& text, const CsvDialect& dial
     records.lines.push_back(1 + block.linesBefore(row));
     for (std::size_t i = 0; i < columnCount; ++i) {
       const CsvField field = block.field(row, i);
-      if (field.isQuoted) {
+      if (field.isQuoted && field.bytes.empty()) {
+        fields.emplace_back("(missing)");
+      } else if (field.isQuoted) {
         appendQuotedText(field.bytes, dialect.quote, fields.emplace_back());
       } else {
         fields.emplace_back(field.bytes);
@@ -61,8 +69,14 @@ Records indexed(CsvBlock& block, const std::string& text, const CsvDialect& dial
 
 // Texts in which quotes, separators and line ends meet often, also where words of bytes end.
 std::string randomText(std::mt19937& random) {
-  static constexpr std::string_view kPieces[] = {"a", ",", "\n", "\r\n", "\"", "\"\"", "\r", "bcd"};
-  static constexpr std::string_view kRows[] = {"x,y\n", "12.5,\"q,\n\"\"r\"\n", "\"\",\r\n",
+  static constexpr std::string_view kPieces[] = {"a",    ",",  "\n",  "\r\n", "\"",
+                                                 "\"\"", "\r", "bcd", "#"};
+  static constexpr std::string_view kRows[] = {"x,y\n",
+                                               "12.5,\"q,\n\"\"r\"\n",
+                                               "\"\",\r\n",
+                                               "#,\"\n",
+                                               "p,q,r,s\n",
+                                               "t\n",
                                                "0123456789012345678901234567890123456789,z\n"};
   std::string text;
   for (auto rows = random() % 6; rows > 0; --rows) {
@@ -74,17 +88,25 @@ std::string randomText(std::mt19937& random) {
   return text;
 }
 
+CsvDialect randomDialect(std::mt19937& random) {
+  CsvDialect dialect;
+  dialect.hasQuote = random() % 5 != 0;
+  dialect.hasComments = random() % 3 == 0;
+  dialect.comment = '#';
+  dialect.areShortRowsFilled = random() % 3 == 0;
+  dialect.areLongRowsCut = random() % 3 == 0;
+  return dialect;
+}
+
 }  // namespace
 
 TEST(CsvIndexer, agreesWithTheScanner) {
   std::mt19937 random(17);
   CsvBlock block;
-  CsvDialect noQuote;
-  noQuote.hasQuote = false;
   for (int i = 0; i < 60000; ++i) {
     const std::string text = randomText(random);
-    const CsvDialect dialect = i % 5 == 0 ? noQuote : CsvDialect();
-    const std::size_t columnCount = 1 + random() % 2;
+    const CsvDialect dialect = randomDialect(random);
+    const std::size_t columnCount = 1 + random() % 3;
     const Records expected = scanned(text, dialect, columnCount);
     CsvIndex index;
     const Records found = indexed(block, text, dialect, columnCount, true, index);

@@ -93,9 +93,9 @@ TEST(CsvNumber, columnsAreReadAsEachOfTheirFields) {
                                keepsDigits ? DigitRule::mustBeKept : DigitRule::mayBeLost, kRows);
       BadFieldCount badFields;
       const int middle = static_cast<int>(random() % kRows);
-      const CsvNullRule nulls(dialect, kColumns);
-      ASSERT_FALSE(converter.convert(0, middle, nulls, &badFields));
-      ASSERT_FALSE(converter.convert(middle, kRows, nulls, &badFields));
+      const CsvValueRules rules(dialect, kColumns);
+      ASSERT_FALSE(converter.convert(0, middle, rules, &badFields));
+      ASSERT_FALSE(converter.convert(middle, kRows, rules, &badFields));
       const BatchColumn read = converter.column();
       long long expectedBad = 0;
       for (std::size_t row = 0; row < kRows; ++row) {

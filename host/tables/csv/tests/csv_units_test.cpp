@@ -33,7 +33,9 @@ void addRows(const RowBatch& batch, std::vector<Values>& rows) {
 
 Reading reading(const std::string& path, const CsvDialect& dialect, std::size_t unitSize) {
   Reading result;
-  CsvBatchReader reader(QString::fromStdString(path), dialect, {true, {}}, unitSize);
+  CsvFileSettings settings;
+  settings.dialect = dialect;
+  CsvBatchReader reader(QString::fromStdString(path), settings, {true, {}}, unitSize);
   const auto columns = reader.open([] { return false; });
   result.error = columns ? "" : columns.error().toStdString();
   while (result.error.empty()) {
@@ -64,10 +66,12 @@ void expectSameRowsInUnitsOf(std::size_t unitSize, const std::string& path, cons
 
 // Texts in which quotes, separators and line ends meet often, also where words of bytes end.
 std::string randomText(std::mt19937& random) {
-  static constexpr std::string_view kPieces[] = {"a", ",", "\n", "\r\n", "\"", "\"\"", "\r", "bcd"};
+  static constexpr std::string_view kPieces[] = {"a",    ",",  "\n",  "\r\n", "\"",
+                                                 "\"\"", "\r", "bcd", "#",    "\n#"};
   static constexpr std::string_view kRows[] = {"x,y\n",
                                                "12.5,\"q,\n\"\"r\"\n",
                                                "\"\",\r\n",
+                                               "#,\"\n",
                                                "a\"b,c\"\n",
                                                "\"a\"b\",\"\r\n\"\r\n",
                                                "\n",
@@ -112,12 +116,15 @@ TEST(CsvUnits, ofAnySizeHaveTheSameRows) {
 TEST(CsvUnits, ofAnySizeHaveTheSameRowsAtRandom) {
   const TableFolder folder;
   std::mt19937 random(23);
-  CsvDialect noQuote;
-  noQuote.hasQuote = false;
   for (int i = 0; i < 1500; ++i) {
     const std::string text = randomText(random);
     const std::string path = folder.write(std::to_string(i), text);
-    const CsvDialect dialect = i % 5 == 0 ? noQuote : CsvDialect();
+    CsvDialect dialect;
+    dialect.hasQuote = i % 5 != 0;
+    dialect.hasComments = i % 3 == 0;
+    dialect.comment = '#';
+    dialect.areShortRowsFilled = i % 4 == 0;
+    dialect.areLongRowsCut = i % 7 == 0;
     const Reading whole = reading(path, dialect, 1000);
     for (int j = 0; j < 4; ++j) {
       expectSameRowsInUnitsOf(1 + random() % 90, path, text, dialect, whole);

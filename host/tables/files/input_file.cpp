@@ -1,4 +1,4 @@
-#include "host/tables/csv/csv_file.h"
+#include "host/tables/files/input_file.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -13,17 +13,20 @@
 
 namespace kelvarin {
 
-CsvFile::~CsvFile() {
+InputFile::~InputFile() {
   if (m_descriptor >= 0) {
     ::close(m_descriptor);
   }
 }
 
-Status<QString> CsvFile::open(const QString& path, std::function<bool()> isStopped) {
+Status<QString> InputFile::open(const QString& path, std::function<bool()> isStopped) {
   m_path = path;
   m_isStopped = std::move(isStopped);
+  const bool isStandardInput = path == QLatin1String("-");
   // A pipe is not waited for here, where nobody could end the wait, but in readNext().
-  m_descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  m_descriptor = isStandardInput ? ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3)
+                                 : ::open(QFile::encodeName(path).constData(),
+                                          O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (m_descriptor < 0) {
     return Failure{table_messages::cannotRead(path, qt_error_string(errno))};
   }
@@ -34,7 +37,7 @@ Status<QString> CsvFile::open(const QString& path, std::function<bool()> isStopp
   if (S_ISDIR(info.st_mode)) {
     return Failure{table_messages::cannotRead(path, table_messages::isFolder())};
   }
-  m_isRegular = S_ISREG(info.st_mode);
+  m_isRegular = S_ISREG(info.st_mode) && !isStandardInput;
   m_size = m_isRegular ? info.st_size : -1;
   if (m_isRegular) {
     ::posix_fadvise(m_descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
@@ -42,8 +45,8 @@ Status<QString> CsvFile::open(const QString& path, std::function<bool()> isStopp
   return Done{};
 }
 
-Result<std::size_t, QString> CsvFile::readAt(long long offset, char* bytes,
-                                             std::size_t size) const {
+Result<std::size_t, QString> InputFile::readAt(long long offset, char* bytes,
+                                               std::size_t size) const {
   std::size_t done = 0;
   while (done < size) {
     const ssize_t got =
@@ -59,8 +62,8 @@ Result<std::size_t, QString> CsvFile::readAt(long long offset, char* bytes,
   return done;
 }
 
-Result<CsvFile::Piece, QString> CsvFile::readNext(char* bytes, std::size_t size,
-                                                  std::size_t atLeast) const {
+Result<InputFile::Piece, QString> InputFile::readNext(char* bytes, std::size_t size,
+                                                      std::size_t atLeast) const {
   std::size_t done = 0;
   while (done < size) {
     const bool isEnough = !m_isRegular && done >= atLeast;
@@ -84,13 +87,13 @@ Result<CsvFile::Piece, QString> CsvFile::readNext(char* bytes, std::size_t size,
 
 // Longer than a program at work takes to write on, and shorter than somebody who looks at the rows
 // would notice.
-bool CsvFile::hasMoreSoon() const {
+bool InputFile::hasMoreSoon() const {
   constexpr int kMilliseconds = 10;
   pollfd entry{m_descriptor, POLLIN, 0};
   return ::poll(&entry, 1, kMilliseconds) != 0;
 }
 
-bool CsvFile::waitForBytes() const {
+bool InputFile::waitForBytes() const {
   constexpr int kMillisecondsBetweenLooks = 20;
   pollfd entry{m_descriptor, POLLIN, 0};
   while (!m_isStopped()) {

@@ -1,7 +1,8 @@
-// The bytes of a CSV file or pipe.
+// The bytes of a table file, of a pipe, or of standard input ("-").
 //
 // A regular file can be read again at any offset, so that the lines of an error can be counted; a
-// pipe is read once.
+// pipe and standard input are read once.
+// Used by: the readers of host/tables.
 // Threads: readAt() any; readNext() one at a time.
 // Errors: texts for the user.
 #pragma once
@@ -15,7 +16,7 @@
 
 namespace kelvarin {
 
-class CsvFile {
+class InputFile {
  public:
   // What was read.
   struct Piece {
@@ -23,10 +24,10 @@ class CsvFile {
     bool isLast;  // nothing follows
   };
 
-  CsvFile() = default;
-  ~CsvFile();
-  CsvFile(const CsvFile&) = delete;
-  CsvFile& operator=(const CsvFile&) = delete;
+  InputFile() = default;
+  ~InputFile();
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
 
   // `isStopped` is asked while readNext() waits for a pipe; true makes it fail.
   Status<QString> open(const QString& path, std::function<bool()> isStopped = [] { return false; });
