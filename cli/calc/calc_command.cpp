@@ -29,7 +29,7 @@ void addCalcCommand(CLI::App& program, ChosenCommand& chosen) {
   command
       ->add_option("OUTPUT", arguments->positionals,
                    "NAME[:TYPE]=EXPRESSION each; and the FILE to read [standard input]")
-      ->type_name("... FILE");
+      ->type_name("");
   command->add_option("-i,--input", arguments->input, "the file to read, whatever its name")
       ->type_name("FILE");
   command->add_option("-o,--output", arguments->output, "the file to write [standard output]")

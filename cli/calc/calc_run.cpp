@@ -60,7 +60,7 @@ ExitStatus CalcRun::plan() {
     m_standardInput->startAgain();
   }
   if (!columns) {
-    explainArguments();
+    explainArguments(columns.error());
     return columns.error();
   }
   return bind(*columns);
@@ -76,14 +76,14 @@ ExitStatus CalcRun::bind(const std::vector<PinColumns::Column>& columns) {
   for (const NamedExpression& output : m_request.outputs) {
     if (const auto added = m_calculation->addOutput(output); !added) {
       report(added.error());
-      explainArguments();
+      explainArguments(ExitStatus::failed);
       return ExitStatus::failed;
     }
   }
   for (const QString& filter : m_request.filters) {
     if (const auto added = m_calculation->addFilter(filter); !added) {
       report(added.error());
-      explainArguments();
+      explainArguments(ExitStatus::failed);
       return ExitStatus::failed;
     }
   }
@@ -110,10 +110,14 @@ void CalcRun::report(const ExpressionFault& fault) {
   }
 }
 
-// Where something failed and may have been taken for what it is not.
-void CalcRun::explainArguments() {
-  const QString input = QString::fromStdString(m_conversion.input);
-  if (m_request.isInputGuessed && !QFileInfo::exists(input)) {
+// What failed may have been taken for what it is not.
+void CalcRun::explainArguments(ExitStatus status) {
+  if (status != ExitStatus::failed) {
+    return;
+  }
+  const QString input = QString::fromStdString(m_request.conversion.input);
+  const bool isFile = m_request.readsStandardInput() || QFileInfo::exists(input);
+  if (m_request.isInputGuessed && !isFile) {
     m_console.writeReason(LogLevel::information, calc_messages::takenForInput(input));
   }
   for (const QString& file : m_request.existing) {
@@ -125,10 +129,11 @@ QString CalcRun::source(const QString& file) const {
   return sourceElement(*m_request.inputKind, m_request.csv, file);
 }
 
-ConversionGraph CalcRun::graph(const QString& input, const QString& output) const {
+ConversionGraph CalcRun::graph(ExpressionForm form, const QString& input,
+                               const QString& output) const {
   return {.source = source(input),
           .sink = sinkElement(*m_request.outputKind, output),
-          .steps = m_calculation ? stepsOf(*m_calculation) : std::vector<ConversionStep>(),
+          .steps = m_calculation ? stepsOf(*m_calculation, form) : std::vector<ConversionStep>(),
           .parameters = m_request.parameters};
 }
 
@@ -142,8 +147,8 @@ QString CalcRun::pathInGraph(const std::string& path) const {
 
 ExitStatus CalcRun::save() {
   CommandGraph document;
-  document.document =
-      documentOf(graph(pathInGraph(m_conversion.input), pathInGraph(m_conversion.output)));
+  document.document = documentOf(graph(ExpressionForm::plain, pathInGraph(m_conversion.input),
+                                       pathInGraph(m_conversion.output)));
   const auto parsed = parseCommandGraph(document, m_request.graph, *m_catalogue, m_console);
   if (!parsed) {
     return ExitStatus::failed;
@@ -166,10 +171,11 @@ ExitStatus CalcRun::work() {
     reportRows(m_request.conversion, *m_request.outputKind, result, m_console);
     return ExitStatus::done;
   };
-  const ExitStatus status = runCommandGraph(commandGraphOf(m_conversion, graph()), graphName(),
-                                            *m_catalogue, m_conversion.options, m_console, finish);
-  if (status == ExitStatus::failed) {
-    explainArguments();
+  const ExitStatus status =
+      runCommandGraph(commandGraphOf(m_conversion, graph(ExpressionForm::asTyped)), graphName(),
+                      *m_catalogue, m_conversion.options, m_console, finish);
+  if (!m_request.hasExpressions()) {
+    explainArguments(status);
   }
   return status;
 }

@@ -13,6 +13,7 @@
 #include "cli/calc/calc_log.h"
 #include "cli/calc/calc_request.h"
 #include "cli/calc/calculation.h"
+#include "cli/calc/calculation_graph.h"
 #include "cli/calc/repeated_input.h"
 
 namespace kelvarin {
@@ -32,10 +33,11 @@ class CalcRun {
 
   ExitStatus work();
   void report(const ExpressionFault& fault);
-  void explainArguments();
+  void explainArguments(ExitStatus status);
   // Of files with these names, or those of the conversion.
   QString source(const QString& file = {}) const;
-  ConversionGraph graph(const QString& input = {}, const QString& output = {}) const;
+  ConversionGraph graph(ExpressionForm form, const QString& input = {},
+                        const QString& output = {}) const;
   QString pathInGraph(const std::string& path) const;
 
   const CalcRequest& m_request;

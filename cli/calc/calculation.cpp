@@ -65,9 +65,10 @@ ExpressionFault aboutName(ExpressionFault fault, const QString& text, const QStr
 
 // Whether a run fails on its first row, or cannot begin. What only the sample values show is left
 // to the rows.
-bool isCertain(const ExpressionCheck& check) {
-  return !check.text.isEmpty() &&
-         (!check.isCompiled() || check.error.kind == ExpressionError::Kind::textForNumber);
+bool isCertain(const ExpressionCheck& check, const EvaluationOptions& options) {
+  const bool isOfEveryRow =
+      check.error.kind == ExpressionError::Kind::textForNumber && options.abortWhenError;
+  return !check.text.isEmpty() && (!check.isCompiled() || isOfEveryRow);
 }
 
 }  // namespace
@@ -100,7 +101,7 @@ Status<ExpressionFault> Calculation::addOutput(const NamedExpression& output) {
   variable.meta = output.type.value_or(MetaTypeColumn::number);
   const ResultUse use = output.type ? ResultUse::column : ResultUse::anyValue;
   const ExpressionCheck check = checked(*inputs, variable, use);
-  if (isCertain(check)) {
+  if (isCertain(check, m_options)) {
     fault.labelled = *labelled;
     return Failure{withError(fault, check.text, check.error)};
   }
@@ -127,7 +128,7 @@ Status<ExpressionFault> Calculation::addFilter(const QString& condition) {
   OutputVariable variable;
   variable.expression = *labelled;
   const ExpressionCheck check = checked(*inputs, variable, ResultUse::truth);
-  if (isCertain(check)) {
+  if (isCertain(check, m_options)) {
     fault.labelled = *labelled;
     return Failure{withError(fault, check.text, check.error)};
   }

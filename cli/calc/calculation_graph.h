@@ -11,7 +11,12 @@
 
 namespace kelvarin {
 
+enum class ExpressionForm {
+  asTyped,  // positions are those of what was typed
+  plain     // to be read
+};
+
 // The calculators in their order, then the filters.
-std::vector<ConversionStep> stepsOf(const Calculation& calculation);
+std::vector<ConversionStep> stepsOf(const Calculation& calculation, ExpressionForm form);
 
 }  // namespace kelvarin

@@ -89,6 +89,21 @@ QString ColumnLabels::newLabel(const QString& column) const {
   return label;
 }
 
+QString ColumnLabels::withoutPadding(const QString& labelled) const {
+  const ExpressionTokens tokens(labelled);
+  QString plain = labelled;
+  for (std::size_t i = tokens.size(); i-- > 0;) {  // from the end, since it moves what follows
+    const QString name = tokens.textAt(i).toString();
+    if (isFreeName(tokens.all(), i) && isLabel(name)) {
+      const qsizetype padding = inNameQuotes(columnOf(name)).size() - name.size();
+      const QStringView behind = QStringView(labelled).sliced(positionOf(tokens[i]) + name.size());
+      const bool isPadded = behind.startsWith(QString(padding, u' '));
+      plain.remove(positionOf(tokens[i]) + name.size(), isPadded ? padding : 0);
+    }
+  }
+  return plain;
+}
+
 QString ColumnLabels::asTyped(const QString& text) const {
   QStringList lines = text.split(u'\n');
   for (QString& line : lines) {

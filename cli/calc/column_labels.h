@@ -28,6 +28,9 @@ class ColumnLabels {
   QString columnOf(const QString& name) const { return m_columns.value(name, name); }
   bool isLabel(const QString& name) const { return m_columns.contains(name); }
 
+  // A labelled expression without the blanks behind its labels, to be read.
+  QString withoutPadding(const QString& labelled) const;
+
   // A text about labelled expressions as if it were about those that were typed. Lines with a
   // command to paste stay as they are.
   QString asTyped(const QString& text) const;

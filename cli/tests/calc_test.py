@@ -82,6 +82,7 @@ class CalcTest(ProgramTest):
         self.assertIn("info: 2 rows written to 'data/out.csv'.\n", written)
         expected = self.read("data/out.csv")
         self.assertIn(" file='data/t.csv'", self.read("g.kelvarin"))
+        self.assertIn(">unit_price*rate</OutputVar>", self.read("g.kelvarin"))
         os.remove(self.path("data/out.csv"))
         self.assertIn("no problem found", self.kelvarin("check", "g.kelvarin").stdout)
         self.kelvarin("run", "g.kelvarin")
