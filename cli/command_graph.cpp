@@ -13,9 +13,20 @@ QString absolutePath(const std::string& path) {
                                  : QDir::current().absoluteFilePath(QString::fromStdString(path));
 }
 
+std::optional<Graph> parseCommandGraph(const CommandGraph& graph, const QString& name,
+                                       const ActionCatalogue& catalogue, Console& console) {
+  auto parsed = parseGraph(graph.document, QDir::current().filePath(name), catalogue, graph.values);
+  if (!parsed) {
+    for (const GraphError& error : parsed.error()) {
+      console.writeLog(LogLevel::error, error.message);
+    }
+    return std::nullopt;
+  }
+  return std::move(*parsed);
+}
+
 ExitStatus runCommandGraph(CommandGraph graph, const QString& name, const RunOptions& options,
-                           Console& console,
-                           const std::function<ExitStatus(const RunResult& result)>& finish) {
+                           Console& console, const FinishedRun& finish) {
   if (!startLog(options.reports, console)) {
     return ExitStatus::failed;
   }
@@ -25,12 +36,14 @@ ExitStatus runCommandGraph(CommandGraph graph, const QString& name, const RunOpt
     console.writeLog(LogLevel::error, catalogue.error());
     return ExitStatus::failed;
   }
-  auto parsed =
-      parseGraph(graph.document, QDir::current().filePath(name), **catalogue, graph.values);
+  return runCommandGraph(graph, name, **catalogue, options, console, finish);
+}
+
+ExitStatus runCommandGraph(const CommandGraph& graph, const QString& name,
+                           const ActionCatalogue& catalogue, const RunOptions& options,
+                           Console& console, const FinishedRun& finish) {
+  std::optional<Graph> parsed = parseCommandGraph(graph, name, catalogue, console);
   if (!parsed) {
-    for (const GraphError& error : parsed.error()) {
-      console.writeLog(LogLevel::error, error.message);
-    }
     return ExitStatus::failed;
   }
   const RunResult result = workInterruptibly(*parsed, runGraph, options, console);

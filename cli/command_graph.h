@@ -2,10 +2,12 @@
 // full disks, threads and interrupts are those of any run.
 //
 // Used by: gel/table_conversion.h, and the commands that compute over a table without a graph file.
+// Errors: on the console.
 #pragma once
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,10 +32,18 @@ inline constexpr char kStandardStream[] = "-";
 // Below the working folder; a standard stream as it is.
 QString absolutePath(const std::string& path);
 
-// `finish` reports about a run that has ended well, and says what status it is. `name` is the
-// document's in messages.
+// `name` is the document's in messages. Nothing: the console has the faults.
+std::optional<Graph> parseCommandGraph(const CommandGraph& graph, const QString& name,
+                                       const ActionCatalogue& catalogue, Console& console);
+
+// Reports about a run that has ended well, and says what status it is.
+using FinishedRun = std::function<ExitStatus(const RunResult& result)>;
+
 ExitStatus runCommandGraph(CommandGraph graph, const QString& name, const RunOptions& options,
-                           Console& console,
-                           const std::function<ExitStatus(const RunResult& result)>& finish);
+                           Console& console, const FinishedRun& finish);
+// The same with a catalogue that is there, in the session of the caller's services.
+ExitStatus runCommandGraph(const CommandGraph& graph, const QString& name,
+                           const ActionCatalogue& catalogue, const RunOptions& options,
+                           Console& console, const FinishedRun& finish);
 
 }  // namespace kelvarin

@@ -23,6 +23,7 @@ struct ProgramArguments {
 
 void addRunCommand(CLI::App& program, ChosenCommand& chosen);
 void addCheckCommand(CLI::App& program, ChosenCommand& chosen);
+void addCalcCommand(CLI::App& program, ChosenCommand& chosen);
 void addEvalCommand(CLI::App& program, ChosenCommand& chosen);
 void addFunctionsCommand(CLI::App& program, ChosenCommand& chosen);
 void addActionsCommand(CLI::App& program, ChosenCommand& chosen);

@@ -6,15 +6,13 @@
 
 #include "cli/commands.h"
 #include "cli/console.h"
+#include "cli/expression_explanation.h"
 #include "cli/expression_options.h"
 #include "cli/expression_run.h"
 #include "cli/messages.h"
 #include "cli/name_value.h"
 #include "cli/value_json.h"
-#include "expression/backends/expression_text.h"
-#include "expression/errors/expression_mark.h"
 #include "expression/evaluator/expression_warnings.h"
-#include "expression/help/expression_hint.h"
 
 namespace kelvarin {
 
@@ -114,17 +112,11 @@ Result<ExpressionRequest, QString> makeRequest(const EvalArguments& arguments) {
     }
   }
   addNulls(arguments, request.variables);
-  // What an action's user ticks; --opt may still say otherwise.
-  const QSet<QString> named = valueNames(request.expression);
-  request.options.time.addNow = named.contains(QStringLiteral("_now"));
-  request.options.time.addNowS = named.contains(QStringLiteral("_nowS"));
-  const auto options = splitNameValues("--opt", arguments.options);
+  const auto options = expressionOptions(arguments.options, {request.expression});
   if (!options) {
     return Failure{options.error()};
   }
-  if (const auto applied = applyExpressionOptions(*options, request.options); !applied) {
-    return Failure{applied.error()};
-  }
+  request.options = *options;
   if (request.options.addN && names.contains(QStringLiteral("_n"))) {
     return Failure{program_messages::variableIsRowNumber()};
   }
@@ -181,26 +173,6 @@ class ResultPrinter {
   Json m_special = Json::array();
 };
 
-// The expression with a mark, and what may have been meant.
-void explain(const ExpressionError& error, const ExpressionRequest& request, Console& console) {
-  if (error.position >= 0) {
-    const QString marked = markedExpression(request.expression, error);
-    console.writeReason(LogLevel::information, program_messages::here(QString(marked).replace(
-                                                   u'\n', QStringLiteral("\n  "))));
-  }
-  HintNames names;
-  names.adviceOnUnknown = program_messages::giveValue();
-  for (const InputVariable& known : request.variables) {
-    names.variables += known.name();
-  }
-  const QString hint = error.kind == ExpressionError::Kind::dateFormatUnknown
-                           ? program_messages::giveDateFormat()
-                           : expressionHint(error, request.expression, names);
-  if (!hint.isEmpty()) {
-    console.writeReason(LogLevel::information, hint);
-  }
-}
-
 ExitStatus reportError(const ExpressionCheck& check, const ExpressionRequest& request, bool isJson,
                        Console& console) {
   if (isJson) {
@@ -210,7 +182,16 @@ ExitStatus reportError(const ExpressionCheck& check, const ExpressionRequest& re
     std::fputs(printed(object).c_str(), stdout);
   } else {
     console.writeLog(LogLevel::error, check.text);
-    explain(check.error, request, console);
+    HintNames names;
+    names.adviceOnUnknown = program_messages::giveValue();
+    for (const InputVariable& known : request.variables) {
+      names.variables += known.name();
+    }
+    showMarked(check.error, request.expression, console);
+    const QString hint = hintAtExpression(check.error, request.expression, names);
+    if (!hint.isEmpty()) {
+      console.writeReason(LogLevel::information, hint);
+    }
   }
   return ExitStatus::failed;
 }
@@ -275,11 +256,7 @@ void addEvalCommand(CLI::App& program, ChosenCommand& chosen) {
   command->add_option("--backend", arguments->backend, "the engine that evaluates it")
       ->check(CLI::IsMember({"auto", "fastest", "fast", "string"}))
       ->capture_default_str();
-  command
-      ->add_option("--opt", arguments->options,
-                   "an expression attribute of an action, for instance seed=7")
-      ->allow_extra_args(false)
-      ->type_name("NAME=VALUE");
+  addExpressionOptions(*command, arguments->options);
   command->add_option("--rows", arguments->rows, "evaluate on N rows, _n counting from 0")
       ->check(CLI::Range(1LL, 1'000'000'000LL))
       ->type_name("N");

@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "cli/messages.h"
+#include "cli/name_value.h"
+#include "expression/backends/expression_text.h"
 #include "expression/options/evaluation_attributes.h"
 
 namespace kelvarin {
@@ -41,8 +43,6 @@ Status<QString> setOption(const Option& option, const NameValue& given,
   return Done{};
 }
 
-}  // namespace
-
 Status<QString> applyExpressionOptions(const std::vector<NameValue>& values,
                                        EvaluationOptions& options) {
   const EvaluationAttributes known = evaluationAttributes();
@@ -56,6 +56,32 @@ Status<QString> applyExpressionOptions(const std::vector<NameValue>& values,
     }
   }
   return Done{};
+}
+
+}  // namespace
+
+void addExpressionOptions(CLI::App& command, std::vector<std::string>& options) {
+  command.add_option("--opt", options, "an expression attribute of an action, for instance seed=7")
+      ->allow_extra_args(false)
+      ->type_name("NAME=VALUE");
+}
+
+Result<EvaluationOptions, QString> expressionOptions(const std::vector<std::string>& arguments,
+                                                     const QStringList& expressions) {
+  EvaluationOptions options;
+  for (const QString& expression : expressions) {
+    const QSet<QString> named = valueNames(expression);
+    options.time.addNow |= named.contains(QStringLiteral("_now"));
+    options.time.addNowS |= named.contains(QStringLiteral("_nowS"));
+  }
+  const auto values = splitNameValues("--opt", arguments);
+  if (!values) {
+    return Failure{values.error()};
+  }
+  if (const auto applied = applyExpressionOptions(*values, options); !applied) {
+    return Failure{applied.error()};
+  }
+  return options;
 }
 
 }  // namespace kelvarin

@@ -3,6 +3,9 @@
 #include <QFileInfo>
 #include <QStringList>
 
+#include "host/files/file_hints.h"
+#include "host/xml/xml_node.h"
+
 namespace kelvarin {
 
 namespace {
@@ -22,11 +25,18 @@ constexpr TableKind kKinds[] = {
 constexpr char kSeparator[] = "separator=";
 
 // An attribute may stand there once.
-QString element(const QString& actionAndFile, const QString& name, const TableKind& kind,
-                const QString& more) {
+QString attributesOf(const TableKind& kind, const QString& more) {
   const bool isSeparatorGiven = kind.hasSeparator() && more.contains(QLatin1String(kSeparator));
-  return QStringLiteral("<%1='${%2}' name='%2' %3 %4/>")
-      .arg(actionAndFile, name, QLatin1String(isSeparatorGiven ? "" : kind.attributes), more);
+  return isSeparatorGiven ? more : QLatin1String(kind.attributes) + u' ' + more;
+}
+
+QString element(const QString& type, const char* fileAttribute, const QString& action,
+                const QString& file, const QString& attributes) {
+  ToXMLStringTool escape;
+  const QString path = file.isEmpty() ? QStringLiteral("${%1}").arg(action)
+                                      : QString::fromWCharArray(escape.toXML(file));
+  return QStringLiteral("<%1 name='%2' %3='").arg(type, action, QLatin1String(fileAttribute)) +
+         path + QStringLiteral("' ") + attributes + QStringLiteral("/>");
 }
 
 }  // namespace
@@ -43,16 +53,16 @@ bool TableKind::hasSeparator() const {
   return QLatin1String(attributes).contains(QLatin1String(kSeparator));
 }
 
-QString TableKind::readElement(const QString& action, const QString& more) const {
-  const char* file = isColumnar() ? "fileName" : "file";
-  return element(QStringLiteral("Read%1 %2").arg(QLatin1String(format), QLatin1String(file)),
-                 action, *this, more);
+QString TableKind::readElement(const QString& action, const QString& more,
+                               const QString& file) const {
+  return element(QLatin1String("Read") + QLatin1String(format), isColumnar() ? "fileName" : "file",
+                 action, file, attributesOf(*this, more));
 }
 
-QString TableKind::writeElement(const QString& action, const QString& more) const {
-  const char* verb = isColumnar() ? "write" : "Write";
-  return element(QStringLiteral("%1%2 file").arg(QLatin1String(verb), QLatin1String(format)),
-                 action, *this, more);
+QString TableKind::writeElement(const QString& action, const QString& more,
+                                const QString& file) const {
+  const QLatin1String verb(isColumnar() ? "write" : "Write");
+  return element(verb + QLatin1String(format), "file", action, file, attributesOf(*this, more));
 }
 
 const TableKind* tableKindOf(const std::string& path) {
@@ -72,6 +82,22 @@ const TableKind* tableKindNamed(const std::string& name) {
     }
   }
   return nullptr;
+}
+
+const TableKind& tableKindOfContent(const std::string& path) {
+  if (const TableKind* kind = tableKindOf(path); kind != nullptr) {
+    return *kind;
+  }
+  switch (formatOfContent(QString::fromStdString(path))) {
+    case FileFormat::parquet:
+      return *tableKindNamed("parquet");
+    case FileFormat::arrow:
+      return *tableKindNamed("arrow");
+    case FileFormat::columnar:
+      return *tableKindNamed("gel");
+    default:
+      return csvKind();
+  }
 }
 
 const TableKind& csvKind() {

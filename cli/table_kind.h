@@ -19,10 +19,12 @@ struct TableKind {
   bool isCsv() const;
   // Its attributes say what separates the fields.
   bool hasSeparator() const;
-  // An action of this name; its file is the parameter of the same name. `more` are attributes,
-  // which come before those of the kind.
-  QString readElement(const QString& action, const QString& more = {}) const;
-  QString writeElement(const QString& action, const QString& more = {}) const;
+  // An action of this name. Without `file` its file is the parameter of the same name. `more` are
+  // attributes, which come before those of the kind.
+  QString readElement(const QString& action, const QString& more = {},
+                      const QString& file = {}) const;
+  QString writeElement(const QString& action, const QString& more = {},
+                       const QString& file = {}) const;
 };
 
 // By the extension of a path; null when it is none of them.
@@ -30,6 +32,9 @@ const TableKind* tableKindOf(const std::string& path);
 // By its name: csv, tsv, parquet, arrow, gel; null when it is none of them.
 const TableKind* tableKindNamed(const std::string& name);
 const TableKind& csvKind();
+// By the extension of a file that exists or will, else by its first bytes; CSV where they say
+// nothing.
+const TableKind& tableKindOfContent(const std::string& path);
 // Of other files than columnar ones, whose extension the texts name themselves.
 QString knownTableExtensions();
 

@@ -14,33 +14,28 @@ struct ExportArguments {
 };
 
 QString sourceElement(const ExportArguments& arguments) {
-  return QStringLiteral("<ReadColumnarGel name='input' fileName='${input}' %1/>")
-      .arg(arguments.readsDamaged ? QStringLiteral("readIncompleteFile='1' skipCorruptedBlocks='1'")
-                                  : QString());
+  return tableKindNamed("gel")->readElement(
+      QLatin1String(kSourceAction),
+      arguments.readsDamaged ? QStringLiteral("readIncompleteFile='1' skipCorruptedBlocks='1'")
+                             : QString());
 }
 
 ExitStatus exportTable(const ExportArguments& arguments) {
   const TableConversion& conversion = arguments.conversion;
   Console console(conversion.options.isQuiet);
-  const bool isPiped = conversion.output == kStandardStream;
-  const QString output = QString::fromStdString(conversion.output);
-  const TableKind* kind = isPiped ? &csvKind() : tableKindOf(conversion.output);
+  const TableKind* kind = conversion.isPiped() ? &csvKind() : tableKindOf(conversion.output);
   if (kind == nullptr || kind->isColumnar()) {
     console.writeLog(LogLevel::error,
-                     gel_messages::unknownExtension(output, knownTableExtensions()));
+                     gel_messages::unknownExtension(QString::fromStdString(conversion.output),
+                                                    knownTableExtensions()));
     return ExitStatus::wrongUsage;
   }
   if (wouldReplaceItself(conversion, console)) {
     return ExitStatus::wrongUsage;
   }
-  ConversionGraph graph{.source = sourceElement(arguments),
-                        .sink = kind->writeElement(QStringLiteral("output")),
-                        .ownAction = nullptr};
+  ConversionGraph graph{.source = sourceElement(arguments), .sink = sinkElement(*kind)};
   return runConversion(conversion, std::move(graph), console, [&](const RunResult& result) {
-    if (!isPiped) {
-      console.writeLog(LogLevel::information,
-                       gel_messages::written(counted(rowsWritten(result), "row"), output));
-    }
+    reportRows(conversion, *kind, result, console);
     return ExitStatus::done;
   });
 }

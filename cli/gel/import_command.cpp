@@ -5,15 +5,10 @@
 #include "cli/gel/table_conversion.h"
 #include "cli/table_kind.h"
 #include "columnar/codecs/chunk_codec.h"
-#include "columnar/files/table_files.h"
-#include "columnar/format/file_names.h"
 
 namespace kelvarin {
 
 namespace {
-
-// Larger blocks make files smaller, but ranges slower; by the figures of benchmarks/README.md.
-constexpr std::uint32_t kRowsInBlock = 20'000;
 
 struct Import : TableConversion {
   std::string kind;
@@ -21,27 +16,9 @@ struct Import : TableConversion {
   std::uint32_t rowsInBlock = kRowsInBlock;
 };
 
-// With the extension of main files, which keeps side files of different tables apart, unless there
-// is a table of that very name.
-std::string nameOfTable(const std::string& path) {
-  const bool isMainFileName =
-      QString::fromStdString(path).endsWith(QLatin1String(kMainFileExtension), Qt::CaseInsensitive);
-  return isMainFileName || isColumnarFile(path) ? path : path + std::string(kMainFileExtension);
-}
-
 ExitStatus refuse(Console& console, const QString& text) {
   console.writeLog(LogLevel::error, text);
   return ExitStatus::wrongUsage;
-}
-
-void reportRows(const TableConversion& conversion, std::uint64_t rows, Console& console) {
-  const QString output = QString::fromStdString(conversion.output);
-  if (rows == 0) {
-    console.writeLog(LogLevel::warning,
-                     gel_messages::noRows(QString::fromStdString(conversion.input), output));
-    return;
-  }
-  console.writeLog(LogLevel::information, gel_messages::written(counted(rows, "row"), output));
 }
 
 ExitStatus importTable(Import conversion) {
@@ -61,19 +38,14 @@ ExitStatus importTable(Import conversion) {
     return refuse(console,
                   gel_messages::nameOfAnotherKind(QString::fromStdString(conversion.output)));
   }
-  conversion.output = nameOfTable(conversion.output);
+  conversion.output = nameOfColumnarTable(conversion.output);
   if (wouldReplaceItself(conversion, console)) {
     return ExitStatus::wrongUsage;
   }
-  ConversionGraph graph{
-      .source = kind->readElement(QStringLiteral("input"),
-                                  kind->isCsv() ? conversion.csv.attributes(*kind) : QString()),
-      .sink = tableKindNamed("gel")->writeElement(
-          QStringLiteral("output"),
-          QStringLiteral("replaceAtEnd='1' nRowsInBlock='%1'").arg(conversion.rowsInBlock)),
-      .ownAction = nullptr};
+  ConversionGraph graph{.source = sourceElement(*kind, conversion.csv),
+                        .sink = columnarSinkElement(conversion.rowsInBlock)};
   return runConversion(conversion, std::move(graph), console, [&](const RunResult& result) {
-    reportRows(conversion, rowsWritten(result), console);
+    reportRows(conversion, *tableKindNamed("gel"), result, console);
     return ExitStatus::done;
   });
 }

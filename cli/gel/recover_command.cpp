@@ -45,10 +45,12 @@ std::string sharedFile(const GelFile& file, const std::string& output) {
   return {};
 }
 
-QString sinkElement(const GelFile& file, const TableKind& kind) {
-  return kind.writeElement(
-      QStringLiteral("output"),
-      kind.isColumnar() ? QStringLiteral("nRowsInBlock='%1'").arg(file.rowsInBlock()) : QString());
+// As it was: its blocks have as many rows.
+QString sinkOf(const GelFile& file, const TableKind& kind) {
+  return kind.isColumnar()
+             ? kind.writeElement(QLatin1String(kSinkAction),
+                                 QStringLiteral("nRowsInBlock='%1'").arg(file.rowsInBlock()))
+             : sinkElement(kind);
 }
 
 // What was recovered and what was not; the result says whether that is all.
@@ -82,8 +84,9 @@ ExitStatus reportOutcome(const TableConversion& conversion, const RecoveryOutcom
 ExitStatus writeRecovered(const TableConversion& conversion, const GelFile& file,
                           TableRecovery& recovery, Console& console) {
   ConversionGraph graph{
-      .source = QStringLiteral("<%1 name='input'/>").arg(QLatin1String(RecoveredTable::kTypeName)),
-      .sink = sinkElement(file, *tableKindOf(conversion.output)),
+      .source = QStringLiteral("<%1 name='%2'/>")
+                    .arg(QLatin1String(RecoveredTable::kTypeName), QLatin1String(kSourceAction)),
+      .sink = sinkOf(file, *tableKindOf(conversion.output)),
       .ownAction = std::make_unique<RecoveredTable>(XMLNode::emptyNode(), nullptr, file, recovery)};
   return runConversion(conversion, std::move(graph), console, [&](const RunResult&) {
     return reportOutcome(conversion, recovery.outcome(), console);

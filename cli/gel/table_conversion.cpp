@@ -1,35 +1,91 @@
 #include "cli/gel/table_conversion.h"
 
-#include <algorithm>
 #include <utility>
 
 #include <QFileInfo>
 
+#include "cli/gel/gel_command.h"
 #include "cli/gel/messages.h"
+#include "columnar/files/table_files.h"
+#include "columnar/format/file_names.h"
+#include "host/xml/xml_node.h"
 
 namespace kelvarin {
 
 namespace {
 
-// The file names are parameters, so that nothing in them is taken for a part of the document.
-QByteArray documentOf(const ConversionGraph& graph) {
-  return QStringLiteral(
-             "<KelvarinGraph version='1.0'><Parameters><Parameter name='input' value=''/>"
-             "<Parameter name='output' value=''/></Parameters><Actions>%1%2</Actions>"
-             "<Links><Link from='input' to='output'/></Links></KelvarinGraph>")
-      .arg(graph.source, graph.sink)
-      .toUtf8();
+QString parameterElement(const GraphParameter& parameter) {
+  ToXMLStringTool escape;
+  const QString name = QString::fromWCharArray(escape.toXML(parameter.name));
+  const QString value = QString::fromWCharArray(escape.toXML(parameter.value));
+  return QStringLiteral("<Parameter name='") + name + QStringLiteral("' value='") + value +
+         QStringLiteral("'/>");
+}
+
+QString linkElement(const QString& from, const QString& to) {
+  return QStringLiteral("<Link from='%1' to='%2'/>").arg(from, to);
 }
 
 }  // namespace
 
+QByteArray documentOf(const ConversionGraph& graph) {
+  QString parameters;
+  for (const GraphParameter& parameter : graph.parameters) {
+    parameters += parameterElement(parameter);
+  }
+  QString actions = graph.source;
+  QString links;
+  QString last = QLatin1String(kSourceAction);
+  for (const ConversionStep& step : graph.steps) {
+    actions += step.element;
+    links += linkElement(last, step.action);
+    last = step.action;
+  }
+  actions += graph.sink;
+  links += linkElement(last, QLatin1String(kSinkAction));
+  return (QStringLiteral("<KelvarinGraph version='1.0'><Parameters>") + parameters +
+          QStringLiteral("</Parameters><Actions>") + actions + QStringLiteral("</Actions><Links>") +
+          links + QStringLiteral("</Links></KelvarinGraph>"))
+      .toUtf8();
+}
+
+// The file names are given for this run alone, so that nothing in them is taken for a parameter.
+CommandGraph commandGraphOf(const TableConversion& conversion, ConversionGraph graph) {
+  const QString source = QLatin1String(kSourceAction);
+  const QString sink = QLatin1String(kSinkAction);
+  graph.parameters.push_back({source, {}});
+  graph.parameters.push_back({sink, {}});
+  return {documentOf(graph),
+          {{source, absolutePath(conversion.input)}, {sink, absolutePath(conversion.output)}},
+          std::move(graph.ownAction)};
+}
+
 ExitStatus runConversion(const TableConversion& conversion, ConversionGraph graph, Console& console,
-                         const std::function<ExitStatus(const RunResult& result)>& finish) {
-  return runCommandGraph({documentOf(graph),
-                          {{QStringLiteral("input"), absolutePath(conversion.input)},
-                           {QStringLiteral("output"), absolutePath(conversion.output)}},
-                          std::move(graph.ownAction)},
-                         QStringLiteral("conversion"), conversion.options, console, finish);
+                         const FinishedRun& finish) {
+  return runCommandGraph(commandGraphOf(conversion, std::move(graph)), QStringLiteral("conversion"),
+                         conversion.options, console, finish);
+}
+
+QString sourceElement(const TableKind& kind, const CsvOptions& csv, const QString& file) {
+  const QString attributes = kind.isCsv() ? csv.attributes(kind) : QString();
+  return kind.readElement(QLatin1String(kSourceAction), attributes, file);
+}
+
+QString sinkElement(const TableKind& kind, const QString& file) {
+  return kind.isColumnar() ? columnarSinkElement(kRowsInBlock, file)
+                           : kind.writeElement(QLatin1String(kSinkAction), {}, file);
+}
+
+QString columnarSinkElement(std::uint32_t rowsInBlock, const QString& file) {
+  return tableKindNamed("gel")->writeElement(
+      QLatin1String(kSinkAction),
+      QStringLiteral("replaceAtEnd='1' nRowsInBlock='%1'").arg(rowsInBlock), file);
+}
+
+std::string nameOfColumnarTable(const std::string& path) {
+  const bool isMainFileName =
+      QString::fromStdString(path).endsWith(QLatin1String(kMainFileExtension), Qt::CaseInsensitive);
+  return isMainFileName || isColumnarFile(path) ? path : path + std::string(kMainFileExtension);
 }
 
 bool wouldReplaceItself(const TableConversion& conversion, Console& console) {
@@ -45,9 +101,22 @@ bool wouldReplaceItself(const TableConversion& conversion, Console& console) {
 }
 
 std::uint64_t rowsWritten(const RunResult& result) {
-  const auto sink = std::find_if(result.actions.begin(), result.actions.end(),
-                                 [](const ActionResult& action) { return !action.rowsIn.empty(); });
-  return static_cast<std::uint64_t>(sink->rowsIn.front());
+  return static_cast<std::uint64_t>(result.actions.back().rowsIn.front());
+}
+
+void reportRows(const TableConversion& conversion, const TableKind& kind, const RunResult& result,
+                Console& console) {
+  if (conversion.isPiped()) {
+    return;
+  }
+  const std::uint64_t rows = rowsWritten(result);
+  const QString output = QString::fromStdString(conversion.output);
+  if (kind.isColumnar() && rows == 0) {
+    console.writeLog(LogLevel::warning,
+                     gel_messages::noRows(QString::fromStdString(conversion.input), output));
+    return;
+  }
+  console.writeLog(LogLevel::information, gel_messages::written(counted(rows, "row"), output));
 }
 
 }  // namespace kelvarin

@@ -18,6 +18,7 @@ std::unique_ptr<CLI::App> makeCommandTree(ChosenCommand& chosen,
       "Exit status: 0 done, 1 the work failed, 2 wrong usage, 130 interrupted.");
   addRunCommand(program, chosen);
   addCheckCommand(program, chosen);
+  addCalcCommand(program, chosen);
   addEvalCommand(program, chosen);
   addFunctionsCommand(program, chosen);
   addActionsCommand(program, chosen);
