@@ -51,14 +51,14 @@ void addFilesTo(CLI::App& command, ReportOptions& options) {
 void ReportOptions::addTo(CLI::App& command) {
   constexpr long long kMaxRows = std::numeric_limits<long long>::max();
   command.add_option("--limit", limit, "at most so many rows from each source")
-      ->check(CLI::Range(1LL, kMaxRows))
+      ->check(CLI::Range(1LL, kMaxRows).description(""))
       ->type_name("N");
   command.add_option("--seed", seed, "the start of random numbers")->type_name("N");
   command.add_option("--now", now, "the current time, as 2026-01-31T12:00:00Z")
       ->check(CLI::Validator(whyNoInstant, ""))
       ->type_name("TIME");
   command.add_option("--max-errors", maxErrors, "end after so many rows that failed")
-      ->check(CLI::Range(1LL, kMaxRows))
+      ->check(CLI::Range(1LL, kMaxRows).description(""))
       ->type_name("N");
   command.add_flag("--strict", isStrict, "end with status 1 where there were warnings");
   addFilesTo(command, *this);

@@ -7,7 +7,7 @@ import subprocess
 import time
 import unittest
 
-from program import PROGRAM, ProgramTest, graph, open_terminal
+from program import PROGRAM, ProgramTest, calculator, graph, open_terminal
 
 COPY = graph("<ReadCSV name='in' file='${in}'/><WriteCSV name='out' file='${out}'/>", ["in out"],
              [("in", "/dev/stdin"), ("out", "out.csv")])
@@ -79,6 +79,17 @@ class InterruptTest(ProgramTest):
                 self.wait_until_it_waits(process)
                 self.assert_ends(process, signal.SIGTERM)
                 self.assert_nothing_changed()
+
+    def test_slow_expressions_end_in_order(self):
+        self.write("rows.csv", "a\n" + "".join(f"t{row}\n" for row in range(200_000)))
+        self.write("slow.kelvarin", graph(
+            "<ReadCSV name='in' file='rows.csv'/>" + calculator(
+                "c", ["a' isNumber='0"],
+                [("name='y' meta='U'", 'regexReplace("%s" // a, "[a-c]+([0-9]+)(c|d)+", "x")' % ("ab1cd" * 1000))]) +
+            "<Discard name='out'/>", ["in c", "c out"]))
+        process = self.start("run", "slow.kelvarin", "--progress", "json")
+        self.assertIn('"seconds"', process.stderr.readline())
+        self.assertNotIn("cut off", self.assert_ends(process, signal.SIGINT))
 
     def test_output_that_nobody_takes(self):
         rows = self.path("../rows.csv")

@@ -4,17 +4,24 @@
 
 #include "cli/reports/progress_objects.h"
 #include "host/contract/host_session.h"
-#include "host/tables/table_actions.h"
 
 namespace kelvarin {
 namespace {
+
+class Nothing final : public ActionItem {
+ public:
+  Nothing() : ActionItem(XMLNode(), nullptr) {}
+  const char* typeName() const override { return "Nothing"; }
+  void setComputeRoutine() override {}
+  ActionItem* createFromXML(XMLNode, GlobalParameters*) override { return new Nothing; }
+};
 
 class RejectedRowsTest : public testing::Test {
  protected:
   RejectedRowsTest() {
     for (int i = 0; i < 2; ++i) {
       m_graph.actions.emplace_back();
-      m_graph.actions.back().item = std::move(makeTableActions().front());
+      m_graph.actions.back().item = std::make_unique<Nothing>();
     }
     m_input.setNumberOfColumns(1);
     m_input.setColName(0, QStringLiteral("text"));
