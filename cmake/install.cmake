@@ -28,6 +28,9 @@ set_target_properties(${private_libraries} ${private_gui_libraries} PROPERTIES
   INSTALL_RPATH $ORIGIN)
 set_target_properties(${plugins} PROPERTIES INSTALL_RPATH $ORIGIN/..)
 
+# The folder of Arrow C++ would leave its length in the file, so that a package depended on it.
+set_target_properties(KelvarinArrow PROPERTIES BUILD_WITH_INSTALL_RPATH ${KELVARIN_PACKAGE})
+
 set(installed kelvarin libkelvarin ${private_libraries} ${private_gui_libraries} ${plugins})
 install(TARGETS kelvarin RUNTIME COMPONENT runtime)
 install(TARGETS ${private_libraries}
@@ -52,6 +55,11 @@ foreach(part arrow parquet arrow_compute)
     get_target_property(file kelvarin_${part}_shared IMPORTED_LOCATION)
     file(REAL_PATH ${file} file)
     install(FILES ${file} DESTINATION ${KELVARIN_INSTALL_PRIVATE_LIBDIR} COMPONENT runtime)
+    cmake_path(GET file FILENAME name)
+    install(CODE "if(CMAKE_INSTALL_DO_STRIP)
+      set(arrow_library \${CMAKE_INSTALL_PREFIX}/${KELVARIN_INSTALL_PRIVATE_LIBDIR}/${name})
+      execute_process(COMMAND ${CMAKE_STRIP} --strip-unneeded \$ENV{DESTDIR}\${arrow_library})
+      endif()" COMPONENT runtime)
   endif()
 endforeach()
 if(TARGET kelvarin_arrow_shared)
