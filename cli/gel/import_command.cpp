@@ -89,7 +89,9 @@ void addGelImport(CLI::App& gel, ChosenCommand& chosen) {
       ->check(CLI::Range(std::uint32_t{1}, kMaxRowsInBlock))
       ->type_name("N")
       ->capture_default_str();
-  command->footer("Example:\n  kelvarin gel import sales.csv sales.cgel_kelvarin");
+  command->footer(
+      "Examples:\n  kelvarin gel import sales.csv sales.cgel_kelvarin\n"
+      "  kelvarin gel import sales.csv sales.cgel_kelvarin --threads 2");
   conversion->options.addTo(*command);
   command->callback(
       [conversion, &chosen] { chosen = [conversion] { return importTable(*conversion); }; });
