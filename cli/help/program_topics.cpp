@@ -126,7 +126,7 @@ constexpr char kTests[] =
   <Case>
     <Parameter name='least' value='60'/>            a parameter of the graph
     <Compare file='result.csv' tolerance='1e-9' anyOrder='1'/>
-    <Says message='3 values'/>                      a text that a message has
+    <Says message='3 values'/>                      a text that a warning has
     <Fails message='There is no column'/>           the run must fail, and say this
   </Case>
 
