@@ -182,10 +182,12 @@ void printRelatives(const std::string& name, const Entries& shown) {
   constexpr qsizetype kShown = 8;
   QStringList names;
   for (const LanguageEntry* entry : searchLanguage(name)) {
-    const bool isNamedSo = QString::fromStdString(entry->name)
-                               .contains(QString::fromStdString(name), Qt::CaseInsensitive);
-    if (isNamedSo && std::ranges::find(shown, entry) == shown.end() && names.size() < kShown) {
-      names += QString::fromStdString(entry->name);
+    const QString other = QString::fromStdString(entry->name);
+    const bool isNamedSo = other.contains(QString::fromStdString(name), Qt::CaseInsensitive);
+    const bool isNew = std::ranges::find(shown, entry) == shown.end() &&
+                       !names.contains(other, Qt::CaseInsensitive);
+    if (isNamedSo && isNew && names.size() < kShown) {
+      names += other;
     }
   }
   printField("See also", names.join(QStringLiteral(", ")).toStdString());

@@ -42,8 +42,13 @@ QStringList namesBelow(const CLI::App& command) {
   return names;
 }
 
+// The library would explain the command that was given, which is this one.
+std::string helpOf(const CLI::App& command, const std::string& name) {
+  return command.get_formatter()->make_help(&command, name, CLI::AppFormatMode::Normal);
+}
+
 void printOverview(const CLI::App& program, const std::vector<HelpTopic>& topics) {
-  print(program.help());
+  print(helpOf(program, program.get_name()));
   print("\nTopics, each a short page of 'kelvarin help TOPIC':\n");
   for (const HelpTopic& topic : topics) {
     const QString line = QStringLiteral("  %1 %2\n")
@@ -83,11 +88,11 @@ ExitStatus help(const CLI::App& program, const std::vector<std::string>& words) 
     return ExitStatus::done;
   }
   if (const CLI::App* command = findCommand(program, words)) {
-    std::string outer = program.get_name();
-    for (std::size_t i = 0; i + 1 < words.size(); ++i) {
-      outer += ' ' + words[i];
+    std::string name = program.get_name();
+    for (const std::string& word : words) {
+      name += ' ' + word;
     }
-    print(command->help(outer));
+    print(helpOf(*command, name));
     return ExitStatus::done;
   }
   std::string name = words.front();

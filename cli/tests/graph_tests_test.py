@@ -1,10 +1,13 @@
 """`kelvarin test`: graphs with inputs and expected outputs."""
 
 import os
+import signal
+import subprocess
+import time
 import unittest
 import xml.etree.ElementTree as ElementTree
 
-from program import ProgramTest
+from program import PROGRAM, ProgramTest
 
 GRAPH = """<KelvarinGraph version='1.0'>
   <Parameters><Parameter name='least' value='10'/></Parameters>
@@ -121,6 +124,20 @@ class GraphTestsTest(ProgramTest):
         self.assertIn("no tests", self.kelvarin("test", "shared", status=1).stderr)
         os.rename(self.path("g/orders.kelvarin"), self.path("g/other.kelvarin"))
         self.assertIn("orders.kelvarin", self.kelvarin("test", "g", status=1).stderr)
+
+    def test_an_interrupt_ends_all_runs_and_removes_their_folders(self):
+        for name in ("one", "two"):
+            self.case(name)
+        os.remove(self.path("g/data/orders.csv"))
+        os.mkfifo(self.path("g/data/orders.csv"))  # which nobody ever writes to
+        process = subprocess.Popen([PROGRAM, "test", "g", "--jobs", "2"], cwd=self.folder, stdout=subprocess.PIPE, text=True,
+                                   env={**os.environ, "TMPDIR": self.path("shared")})
+        while len(os.listdir(self.path("shared"))) < 3:
+            time.sleep(0.01)
+        process.send_signal(signal.SIGTERM)
+        self.assertEqual(process.communicate(timeout=20)[0].count("interrupted"), 2)
+        self.assertEqual(process.returncode, 130)
+        self.assertEqual(os.listdir(self.path("shared")), ["rates.csv"])
 
     def test_a_graph_that_would_write_elsewhere_is_not_run(self):
         self.put("g/orders.kelvarin", GRAPH.replace("out/result.csv", self.path("elsewhere.csv")))

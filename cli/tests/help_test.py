@@ -84,6 +84,7 @@ class HelpTest(ProgramTest):
 
     def test_topics(self):
         overview = self.kelvarin("help").stdout
+        self.assertTrue(overview.startswith(self.kelvarin("--help").stdout), overview)
         topics = re.findall(r"^  ([\w-]+) ", overview.split("Topics,")[1], flags=re.MULTILINE)
         self.assertGreaterEqual(set(topics), {"expressions", "types", "dates", "graphs", "csv", "exit-status", "columnar",
                                               "environment", "tests"})

@@ -104,7 +104,7 @@ class ListingTest(ProgramTest):
                 found = [function["name"] for function in self.kelvarin_json("functions", *words.split())]
                 self.assertIn(name, found[:3])
                 self.assertIn(f"  {name}", self.kelvarin("functions", words).stdout)
-        self.assertRegex(self.kelvarin("functions", "round").stdout, "^round.*\n(.*\n)+  See also +round2, roundUp, roundDown")
+        self.assertRegex(self.kelvarin("functions", "round").stdout, "^round.*\n(.*\n)+  See also +round2, roundUp, roundDown\n")
         self.assertIn("more\n", self.kelvarin("functions", "return").stdout)
 
     def test_names_from_elsewhere_and_misspellings(self):
