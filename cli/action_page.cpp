@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "cli/action_examples.h"
 #include "host/contract/declared_content.h"
 
 namespace kelvarin {
@@ -104,6 +105,12 @@ class Page {
     }
   }
 
+  void addExample(const QString& typeName) {
+    if (const char* example = exampleOf(typeName)) {
+      add("\nExample\n{}", example);
+    }
+  }
+
   std::string take() { return std::move(m_text); }
 
  private:
@@ -125,6 +132,7 @@ std::string actionPage(const CatalogueEntry& entry) {
     page.addAttributes(fmt::format("Attributes of <{}>", name), description->attributes);
     page.addElements(name, description->children);
   }
+  page.addExample(entry.typeName);
   return page.take();
 }
 
@@ -142,6 +150,9 @@ Json actionJson(const CatalogueEntry& entry) {
   if (const ActionDescription* description = descriptionOf(*entry.prototype)) {
     json["attributes"] = jsonOf(description->attributes);
     json["children"] = jsonOf(description->children);
+  }
+  if (const char* example = exampleOf(entry.typeName)) {
+    json["example"] = example;
   }
   return json;
 }

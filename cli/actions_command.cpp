@@ -86,7 +86,7 @@ void addActionsCommand(CLI::App& program, ChosenCommand& chosen) {
   command->add_option("NAME", arguments->name, "shows the attributes and elements of this action");
   addPluginOption(*command, arguments->plugin);
   command->add_flag("--json", arguments->isJson, "print a JSON array");
-  command->footer("Example:\n  kelvarin actions ReadCSV");
+  command->footer("Examples:\n  kelvarin actions\n  kelvarin actions ReadCSV");
   command->callback(
       [arguments, &chosen] { chosen = [arguments] { return listActions(*arguments); }; });
 }

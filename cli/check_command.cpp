@@ -41,7 +41,9 @@ void addCheckCommand(CLI::App& program, ChosenCommand& chosen) {
   arguments->addTo(*command);
   command->add_flag("--explain", arguments->isExplained,
                     "show how a run evaluates each expression, and why not faster");
-  command->footer("Example:\n  kelvarin check examples/flights/flights.kelvarin");
+  command->footer(
+      "Examples:\n  kelvarin check examples/flights/flights.kelvarin\n"
+      "  kelvarin check examples/flights/flights.kelvarin --explain");
   command->callback([arguments, &chosen] {
     chosen = [arguments] { return workOnGraph(*arguments, checkGraph, reportCheck, jsonOfCheck); };
   });

@@ -28,6 +28,10 @@ void addEvalCommand(CLI::App& program, ChosenCommand& chosen);
 void addFunctionsCommand(CLI::App& program, ChosenCommand& chosen);
 void addActionsCommand(CLI::App& program, ChosenCommand& chosen);
 void addGelCommand(CLI::App& program, ChosenCommand& chosen);
+void addGraphCommand(CLI::App& program, ChosenCommand& chosen);
+void addTestCommand(CLI::App& program, ChosenCommand& chosen);
+void addHelpCommand(CLI::App& program, ChosenCommand& chosen);
+void addVersionCommand(CLI::App& program, ChosenCommand& chosen);
 void addGuiCommand(CLI::App& program, ChosenCommand& chosen, ProgramArguments programArguments);
 void addEditCommand(CLI::App& program, ChosenCommand& chosen, ProgramArguments programArguments);
 

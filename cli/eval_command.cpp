@@ -262,8 +262,9 @@ void addEvalCommand(CLI::App& program, ChosenCommand& chosen) {
       ->type_name("N");
   command->add_flag("--json", arguments->isJson, "print one JSON object");
   command->footer(
-      "Example:\n"
-      "  kelvarin eval 'distance / (minutes / 60)' --var distance=1400 --var minutes=227");
+      "Examples:\n"
+      "  kelvarin eval 'distance / (minutes / 60)' --var distance=1400 --var minutes=227\n"
+      "  kelvarin eval 'nvl(a, 0) + 1' --null a");
   command->callback(
       [arguments, &chosen] { chosen = [arguments] { return evaluate(*arguments); }; });
 }

@@ -1,6 +1,7 @@
 // `kelvarin functions`: the functions, constants and operators of the expression language.
 #include <algorithm>
 #include <cstdio>
+#include <span>
 
 #include <fmt/format.h>
 
@@ -11,6 +12,7 @@
 #include "expression/errors/backend_kind.h"
 #include "expression/functions/function_line.h"
 #include "expression/help/language_entries.h"
+#include "expression/help/language_search.h"
 #include "host/contract/nearest_names.h"
 
 namespace kelvarin {
@@ -121,6 +123,10 @@ std::string marksOf(unsigned backends) {
   return marks;
 }
 
+void printLine(const LanguageEntry& entry) {
+  print("  {}  {:<31}{}\n", marksOf(entry.backends), entry.entry->signature, entry.entry->comment);
+}
+
 void printAll(const Entries& entries) {
   const char* group = "";
   for (const LanguageEntry* entry : entries) {
@@ -128,8 +134,7 @@ void printAll(const Entries& entries) {
       print("{}{}\n", *group == 0 ? "" : "\n", entry->group);
       group = entry->group;
     }
-    print("  {}  {:<31}{}\n", marksOf(entry->backends), entry->entry->signature,
-          entry->entry->comment);
+    printLine(*entry);
   }
   print("\n1 {}, 2 {}, 3 {}: the back-ends that have it.\n{}\n{}\n",
         backendLabel(BackendKind::native), backendLabel(BackendKind::fast),
@@ -151,11 +156,48 @@ ExitStatus reportUnknown(const QString& name) {
   return ExitStatus::failed;
 }
 
+// What else belongs to the words, best first.
+ExitStatus showFound(const std::string& words, bool isJson) {
+  const Entries found = searchLanguage(words);
+  if (found.empty()) {
+    return reportUnknown(QString::fromStdString(words));
+  }
+  if (isJson) {
+    printJson(found);
+    return ExitStatus::done;
+  }
+  constexpr std::size_t kShown = 20;
+  for (const LanguageEntry* entry : std::span(found).first(std::min(kShown, found.size()))) {
+    printLine(*entry);
+  }
+  if (found.size() > kShown) {
+    print("  ... and {} more\n", found.size() - kShown);
+  }
+  print("\n{}\n", program_messages::moreHint());
+  return ExitStatus::done;
+}
+
+// Others whose names have the name in them.
+void printRelatives(const std::string& name, const Entries& shown) {
+  constexpr qsizetype kShown = 8;
+  QStringList names;
+  for (const LanguageEntry* entry : searchLanguage(name)) {
+    const QString other = QString::fromStdString(entry->name);
+    const bool isNamedSo = other.contains(QString::fromStdString(name), Qt::CaseInsensitive);
+    const bool isNew = std::ranges::find(shown, entry) == shown.end() &&
+                       !names.contains(other, Qt::CaseInsensitive);
+    if (isNamedSo && isNew && names.size() < kShown) {
+      names += other;
+    }
+  }
+  printField("See also", names.join(QStringLiteral(", ")).toStdString());
+}
+
 ExitStatus showNamed(const std::string& name, bool isJson) {
   const LanguageMatch match = findInLanguage(name);
   const QString given = QString::fromStdString(name);
   if (match.entries.empty() && match.advice == nullptr) {
-    return reportUnknown(given);
+    return showFound(name, isJson);
   }
   const QString advice = QString::fromUtf8(match.advice == nullptr ? "" : match.advice);
   if (match.entries.empty()) {
@@ -175,6 +217,7 @@ ExitStatus showNamed(const std::string& name, bool isJson) {
     print("{}", entry == match.entries.front() ? "" : "\n");
     printWhole(*entry);
   }
+  printRelatives(name, match.entries);
   return ExitStatus::done;
 }
 
@@ -195,20 +238,26 @@ ExitStatus listAll(bool isJson) {
 
 void addFunctionsCommand(CLI::App& program, ChosenCommand& chosen) {
   struct Arguments {
-    std::string name;
+    std::vector<std::string> words;
     bool isJson = false;
   };
   auto arguments = std::make_shared<Arguments>();
   CLI::App* command = program.add_subcommand(
       "functions", "List the functions, constants and operators of the expression language");
-  command->add_option("NAME", arguments->name,
-                      "only this one; names from spreadsheets and databases are understood too");
+  command
+      ->add_option(
+          "NAME", arguments->words,
+          "this one, also by its name in spreadsheets and databases; or words to search for")
+      ->type_name("");
   command->add_flag("--json", arguments->isJson, "print a JSON array");
-  command->footer("Example:\n  kelvarin functions nvl");
+  command->footer("Examples:\n  kelvarin functions nvl\n  kelvarin functions \"days between\"");
   command->callback([arguments, &chosen] {
     chosen = [arguments] {
-      return arguments->name.empty() ? listAll(arguments->isJson)
-                                     : showNamed(arguments->name, arguments->isJson);
+      std::string words;
+      for (const std::string& word : arguments->words) {
+        words += (words.empty() ? "" : " ") + word;
+      }
+      return words.empty() ? listAll(arguments->isJson) : showNamed(words, arguments->isJson);
     };
   });
 }

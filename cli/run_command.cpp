@@ -60,7 +60,7 @@ void addRunCommand(CLI::App& program, ChosenCommand& chosen) {
                    "run this action and what feeds it, and open nothing else")
       ->type_name("ACTION");
   command->footer(
-      "Example:\n  kelvarin run examples/flights/flights.kelvarin --set minDelay=60\n"
+      "Examples:\n  kelvarin run examples/flights/flights.kelvarin --set minDelay=60\n"
       "  kelvarin run examples/flights/flights.kelvarin --to 'late?' --json");
   command->callback([arguments, &chosen] {
     chosen = [arguments] {

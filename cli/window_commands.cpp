@@ -71,7 +71,7 @@ void addGuiCommand(CLI::App& program, ChosenCommand& chosen, ProgramArguments pr
       program.add_subcommand("gui", "Draw a graph in a window, see its rows, run it");
   command->add_option("GRAPH", arguments->graph, "the graph file to open")->type_name("");
   addWindowOptions(*command, *arguments);
-  command->footer("Example:\n  kelvarin gui examples/flights/flights.kelvarin");
+  command->footer("Examples:\n  kelvarin gui\n  kelvarin gui examples/flights/flights.kelvarin");
   command->callback([arguments, programArguments, &chosen] {
     chosen = [arguments, programArguments] {
       return showWindow(kGuiFunction, *arguments, programArguments);
@@ -89,7 +89,9 @@ void addEditCommand(CLI::App& program, ChosenCommand& chosen, ProgramArguments p
                    "the name of the action to begin with; otherwise choose one from a list")
       ->type_name("");
   addWindowOptions(*command, *arguments);
-  command->footer("Example:\n  kelvarin edit examples/flights/flights.kelvarin 'speed and delays'");
+  command->footer(
+      "Examples:\n  kelvarin edit examples/flights/flights.kelvarin\n"
+      "  kelvarin edit examples/flights/flights.kelvarin 'speed and delays'");
   command->callback([arguments, programArguments, &chosen] {
     chosen = [arguments, programArguments] {
       return showWindow(kEditFunction, *arguments, programArguments);

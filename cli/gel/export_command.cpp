@@ -56,7 +56,9 @@ void addGelExport(CLI::App& gel, ChosenCommand& chosen) {
   command->add_flag("--salvage", arguments->readsDamaged,
                     "take what can be read of an incomplete or damaged file; 'gel recover' finds "
                     "more of one whose descriptors are lost");
-  command->footer("Example:\n  kelvarin gel export sales.cgel_kelvarin sales.parquet");
+  command->footer(
+      "Examples:\n  kelvarin gel export sales.cgel_kelvarin sales.parquet\n"
+      "  kelvarin gel export sales.cgel_kelvarin sales.csv --quiet");
   arguments->conversion.options.addTo(*command);
   command->callback(
       [arguments, &chosen] { chosen = [arguments] { return exportTable(*arguments); }; });

@@ -43,7 +43,9 @@ std::unique_ptr<GelFile> openGelFile(const std::string& path, Console& console,
 void addGelCommand(CLI::App& program, ChosenCommand& chosen) {
   CLI::App* gel = program.add_subcommand("gel", "Look into, check or convert a columnar file");
   gel->require_subcommand(1);
-  gel->footer("Example:\n  kelvarin gel info sales.cgel_kelvarin");
+  gel->footer(
+      "Examples:\n  kelvarin gel info sales.cgel_kelvarin\n"
+      "  kelvarin gel import sales.csv sales.cgel_kelvarin");
   addGelInfo(*gel, chosen);
   addGelHead(*gel, chosen);
   addGelVerify(*gel, chosen);

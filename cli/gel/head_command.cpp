@@ -118,11 +118,13 @@ void addGelHead(CLI::App& gel, ChosenCommand& chosen) {
   auto arguments = std::make_shared<HeadArguments>();
   CLI::App* command = gel.add_subcommand("head", "Print the first rows as CSV");
   command->add_option("FILE", arguments->file, "the main file")->required()->type_name("");
-  command->add_option("--rows", arguments->rows, "how many")
+  command->add_option("-n,--rows", arguments->rows, "how many")
       ->check(CLI::Range(std::int64_t{0}, std::numeric_limits<std::int64_t>::max()))
       ->type_name("N")
       ->capture_default_str();
-  command->footer("Example:\n  kelvarin gel head sales.cgel_kelvarin --rows 5");
+  command->footer(
+      "Examples:\n  kelvarin gel head sales.cgel_kelvarin\n"
+      "  kelvarin gel head -n 5 sales.cgel_kelvarin");
   command->callback(
       [arguments, &chosen] { chosen = [arguments] { return showHead(*arguments); }; });
 }

@@ -77,7 +77,7 @@ void addGelImport(CLI::App& gel, ChosenCommand& chosen) {
       ->type_name("N")
       ->capture_default_str();
   command->footer(
-      "Example:\n  kelvarin gel import sales.csv sales.cgel_kelvarin\n"
+      "Examples:\n  kelvarin gel import sales.csv sales.cgel_kelvarin\n"
       "  zcat old.csv.gz | kelvarin gel import - old --from csv --decimal ,");
   conversion->csv.addTo(*command);
   conversion->options.addTo(*command);

@@ -158,7 +158,9 @@ void addGelInfo(CLI::App& gel, ChosenCommand& chosen) {
   command->add_option("FILE", arguments->file, "the main file")->required()->type_name("");
   command->add_flag("--blocks", arguments->showsBlocks, "show each block with its statistics");
   command->add_flag("--json", arguments->isJson, "print one JSON object");
-  command->footer("Example:\n  kelvarin gel info sales.cgel_kelvarin --blocks");
+  command->footer(
+      "Examples:\n  kelvarin gel info sales.cgel_kelvarin\n"
+      "  kelvarin gel info sales.cgel_kelvarin --blocks");
   command->callback(
       [arguments, &chosen] { chosen = [arguments] { return showInfo(*arguments); }; });
 }

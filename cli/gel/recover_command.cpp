@@ -133,11 +133,11 @@ void addGelRecover(CLI::App& gel, ChosenCommand& chosen) {
       ->type_name("");
   conversion->options.addTo(*command);
   command->footer(
-      "Every block of rows is taken whose values are whole in the column-set files, whether or not "
-      "the main file still describes it.\n"
-      "The exit status is 0 when all that the file describes was recovered, and 1 when some of it "
-      "is lost; the rest has been written then.\n\n"
-      "Example:\n  kelvarin gel recover sales.cgel_kelvarin recovered.cgel_kelvarin");
+      "Every block of rows is taken whose values are whole in the column-set files, whether or\n"
+      "not the main file still describes it. The exit status is 0 when all that the file\n"
+      "describes was recovered, and 1 when some is lost; the rest has been written then.\n\n"
+      "Examples:\n  kelvarin gel recover sales.cgel_kelvarin recovered.cgel_kelvarin\n"
+      "  kelvarin gel recover sales.cgel_kelvarin recovered.csv");
   command->callback(
       [conversion, &chosen] { chosen = [conversion] { return recover(*conversion); }; });
 }

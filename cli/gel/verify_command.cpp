@@ -70,7 +70,9 @@ void addGelVerify(CLI::App& gel, ChosenCommand& chosen) {
   CLI::App* command = gel.add_subcommand("verify", "Check every checksum and every value");
   command->add_option("FILE", arguments->file, "the main file")->required()->type_name("");
   command->add_flag("--quiet", arguments->isQuiet, "no progress bar");
-  command->footer("Example:\n  kelvarin gel verify sales.cgel_kelvarin");
+  command->footer(
+      "Examples:\n  kelvarin gel verify sales.cgel_kelvarin\n"
+      "  kelvarin gel verify --quiet sales.cgel_kelvarin");
   command->callback([arguments, &chosen] {
     chosen = [arguments] { return verify(arguments->file, arguments->isQuiet); };
   });

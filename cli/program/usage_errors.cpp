@@ -56,6 +56,19 @@ QString unknownOption(const CLI::App& program) {
   return {};
 }
 
+// Where an option takes one of some values, the nearest one; the library lists them in braces.
+QString nearestValue(const QString& text) {
+  const QString mark = QStringLiteral(" not in {");
+  const qsizetype at = text.indexOf(mark);
+  const qsizetype end = text.indexOf(u'}', at);
+  if (at < 0 || end < 0) {
+    return {};
+  }
+  const QString given = text.first(at).section(QStringLiteral(": "), 1);
+  const qsizetype start = at + mark.size();
+  return didYouMean(given, text.sliced(start, end - start).split(u','));
+}
+
 }  // namespace
 
 bool reportUnknownCommand(const CLI::App& program, int argc, char** argv) {
@@ -81,7 +94,8 @@ ExitStatus finishParsing(const CLI::App& program, const CLI::ParseError& error) 
     return ExitStatus::done;
   }
   const QString option = unknownOption(program);
-  const QString text = option.isEmpty() ? QString::fromLocal8Bit(error.what()) : option;
+  const QString reason = QString::fromLocal8Bit(error.what());
+  const QString text = option.isEmpty() ? reason + nearestValue(reason) : option;
   std::fprintf(stderr, "error: %s\n%s\n", qUtf8Printable(text), usageHint(program).c_str());
   return ExitStatus::wrongUsage;
 }

@@ -215,7 +215,7 @@ class GelRecoverTest(ProgramTest):
         self.put("t.cgel_kelvarin", before["t.cgel_kelvarin"][:40])
         self.assertIn("its header or column list is damaged",
                       self.kelvarin("gel", "recover", "t.cgel_kelvarin", "back.csv", status=1).stderr)
-        self.assertIn("The exit status is 0 when all that the file describes was recovered",
+        self.assertIn("The exit status is 0 when all that the file\ndescribes was recovered",
                       self.kelvarin("gel", "recover", "--help").stdout)
 
 

@@ -169,7 +169,7 @@ class GelTest(ProgramTest):
             self.assertIn("it is no columnar file",
                           self.kelvarin("gel", command, "text.cgel_kelvarin", status=1).stderr)
             self.assertIn("there is no such file", self.kelvarin("gel", command, "none", status=1).stderr)
-            self.assertIn("Example:\n  kelvarin gel " + command,
+            self.assertIn("Examples:\n  kelvarin gel " + command,
                           self.kelvarin("gel", command, "--help").stdout)
         os.mkfifo(self.path("pipe"))
         self.assertIn("it is a device or a pipe", self.kelvarin("gel", "info", "pipe", status=1).stderr)

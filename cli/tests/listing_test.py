@@ -1,9 +1,10 @@
 """The lists of functions and actions."""
 
+import re
 import subprocess
 import unittest
 
-from program import PROGRAM, ProgramTest
+from program import PROGRAM, ProgramTest, graph
 
 PLUGIN_ACTIONS = ["Calculator", "FilterRows", "ReadColumnarGel", "writeColumnarGel", "CalculatorVectorized"]
 HOST_ACTIONS = {"ReadCSV", "WriteCSV", "ReadParquet", "WriteParquet", "ReadArrow", "WriteArrow", "InlineTable", "Discard"}
@@ -41,6 +42,30 @@ class ListingTest(ProgramTest):
         self.assertEqual(column["attributes"][1]["values"], "F (number), K (key) or U (text)")
         self.assertRegex(self.kelvarin("actions", "readcsv", status=1).stderr, "did you mean ReadCSV")
 
+    def test_the_example_of_every_action_runs(self):
+        actions = self.kelvarin_json("actions")
+        examples = {action["typeName"]: action["example"] for action in actions}
+        table = ("<InlineTable name='rows'><Column name='item'/><Column name='price' meta='F'/>"
+                 "<Column name='fee' meta='F'/><Row><V>cup</V><V>3.5</V><V>1</V></Row></InlineTable>")
+        sinks = ("<WriteCSV name='a' file='prices.csv'/><WriteParquet name='b' file='prices.parquet'/>"
+                 "<WriteArrow name='c' file='prices.arrow'/><writeColumnarGel name='d' file='prices.cgel_kelvarin'/>")
+        self.kelvarin("run", self.write("files.kelvarin", graph(table + sinks, ["rows a", "rows b", "rows c", "rows d"])))
+        for action in actions:
+            with self.subTest(action["typeName"]):
+                example = action["example"]
+                name = re.search("name='(.*?)'", example)[1]
+                before, after = action["pinsIn"] > 0, action["pinsOut"] > 0
+                extra = "<Discard name='last'/>" if after else ""
+                links = [f"rows {name}"] * before + [f"{name} last"] * after
+                if action["typeName"] == "CalculatorVectorized":
+                    extra += ("<InlineTable name='vectors'><Column name='alias'/><Column name='column'/>"
+                              "<Row><V>amount</V><V>price</V></Row><Row><V>amount</V><V>fee</V></Row></InlineTable>")
+                    links.append(f"vectors {name}.1")
+                text = graph((table if before else "") + example + extra, links)
+                run = self.kelvarin("run", self.write("g.kelvarin", text))
+                self.assertNotIn("warning", run.stderr)
+                self.assertIn(example, self.kelvarin("actions", action["typeName"]).stdout)
+
     def test_a_reader_that_goes_away_is_no_crash(self):
         for command in ("functions", "actions"):
             process = subprocess.Popen([PROGRAM, command], stdout=subprocess.PIPE, stderr=subprocess.PIPE)
@@ -72,12 +97,23 @@ class ListingTest(ProgramTest):
         self.assertIn("natural logarithm", self.kelvarin("functions", "log").stdout)
         self.assertIn("unary minus", self.kelvarin("functions", "--", "-").stdout)
 
+    def test_search(self):
+        for words, name in (("days between", "dateDiffInDay"), ("day of the week", "dateDayOfWeek"), ("UPPERCASE", "toupper"),
+                            ("random integer", "randN"), ("end of month", "dateEOM"), ("square root", "sqrt"),
+                            ("replace missing value", "nvl"), ("length of text", "strlen"), ("regexp group", "regexExtract")):
+            with self.subTest(words):
+                found = [function["name"] for function in self.kelvarin_json("functions", *words.split())]
+                self.assertIn(name, found[:3])
+                self.assertIn(f"  {name}", self.kelvarin("functions", words).stdout)
+        self.assertRegex(self.kelvarin("functions", "round").stdout, "^round.*\n(.*\n)+  See also +round2, roundUp, roundDown\n")
+        self.assertIn("more\n", self.kelvarin("functions", "return").stdout)
+
     def test_names_from_elsewhere_and_misspellings(self):
         for foreign, name in (("IFNULL", "nvl"), ("len", "strlen"), ("EOMONTH", "dateEOM"), ("ROUNDUP", "roundUp"),
                               ("IF", "?:"), ("CONCAT", "//"), ("INSTR", "indexOf"), ("MOD", "%"), ("isnull", "isNull")):
             self.assertEqual(self.kelvarin_json("functions", foreign)[0]["name"], name)
         self.assertIn('atof(datePrint(date, "yyyy"))', self.kelvarin("functions", "YEAR").stdout)
-        self.assertRegex(self.kelvarin("functions", "isNul", status=1).stderr, "Did you mean .*isNull")
+        self.assertRegex(self.kelvarin("functions", "isNlul", status=1).stderr, "Did you mean .*isNull")
         self.assertIn("'kelvarin functions'", self.kelvarin("functions", "qqqqqqqqqqqq", status=1).stderr)
 
 

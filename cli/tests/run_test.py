@@ -130,7 +130,7 @@ class RunTest(ProgramTest):
         self.assertIn("kelvarin run --help", self.kelvarin("run", status=2).stderr)
         self.assertIn("no command 'chekc'. Did you mean check?", self.kelvarin("chekc", status=2).stderr)
         for command in ("run", "check", "eval", "functions", "actions"):
-            self.assertIn("Example:\n  kelvarin " + command, self.kelvarin(command, "--help").stdout)
+            self.assertIn("Examples:\n  kelvarin " + command, self.kelvarin(command, "--help").stdout)
 
 
 if __name__ == "__main__":

@@ -1,6 +1,6 @@
 #include "gui/document/changed_part.h"
 
-#include "gui/document/xml_text.h"
+#include "host/xml_source/xml_text.h"
 
 namespace kelvarin {
 

@@ -6,9 +6,9 @@
 #include "gui/document/graph_text.h"
 #include "gui/document/link_rules.h"
 #include "gui/document/prepared_graph.h"
-#include "gui/document/xml_tag.h"
 #include "host/contract/attribute_table.h"
 #include "host/engine/graph_links.h"
+#include "host/xml_source/xml_tag.h"
 
 namespace kelvarin {
 

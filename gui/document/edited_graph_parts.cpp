@@ -6,7 +6,7 @@
 #include <QLocale>
 
 #include "gui/document/xml_patch.h"
-#include "gui/document/xml_text.h"
+#include "host/xml_source/xml_text.h"
 
 namespace kelvarin {
 

@@ -2,8 +2,8 @@
 #include "gui/document/command_step.h"
 #include "gui/document/graph_layout.h"
 #include "gui/document/graph_text.h"
-#include "gui/document/xml_tag.h"
 #include "host/contract/described_action.h"
+#include "host/xml_source/xml_tag.h"
 
 namespace kelvarin {
 

@@ -5,8 +5,8 @@
 
 #include <QCoreApplication>
 
-#include "gui/document/xml_text.h"
 #include "host/contract/column_user.h"
+#include "host/xml_source/xml_text.h"
 
 namespace kelvarin {
 

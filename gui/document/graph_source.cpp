@@ -21,24 +21,13 @@ QString decoded(const QByteArray& document, QStringConverter::Encoding encoding)
   return QStringDecoder(encoding, QStringConverter::Flag::ConvertInitialBom)(document);
 }
 
-// The "<" of the first element.
-qsizetype startOfRoot(QStringView text) {
-  qsizetype at = text.indexOf(u'<');
-  while (at >= 0 && (text.sliced(at).startsWith(u"<!") || text.sliced(at).startsWith(u"<?"))) {
-    const bool isComment = text.sliced(at).startsWith(u"<!--");
-    const qsizetype end = isComment ? text.indexOf(u"-->", at + 4) : text.indexOf(u'>', at);
-    at = end < 0 ? -1 : text.indexOf(u'<', end);
-  }
-  return at < 0 ? text.size() : at;
-}
-
 }  // namespace
 
 GraphSource::GraphSource(const QByteArray& document)
     : m_bytes(document),
       m_encoding(QStringConverter::encodingForData(document).value_or(QStringConverter::Utf8)),
       m_text(decoded(document, m_encoding)),
-      m_rootStart(startOfRoot(m_text)),
+      m_rootStart(startOfRootElement(m_text)),
       m_rootEnd(endOfElement(m_text, m_rootStart)),
       m_root(QStringView(m_text).sliced(m_rootStart, m_rootEnd - m_rootStart)) {
   m_children.fill(-1);

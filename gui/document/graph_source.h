@@ -12,7 +12,7 @@
 #include <QByteArray>
 #include <QStringConverter>
 
-#include "gui/document/xml_text.h"
+#include "host/xml_source/xml_text.h"
 
 namespace kelvarin {
 

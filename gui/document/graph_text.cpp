@@ -1,7 +1,7 @@
 #include "gui/document/graph_text.h"
 
-#include "gui/document/xml_text.h"
 #include "host/xml/xml_node.h"
+#include "host/xml_source/xml_text.h"
 
 namespace kelvarin {
 

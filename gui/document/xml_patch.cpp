@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <map>
 
-#include "gui/document/xml_text.h"
+#include "host/xml_source/xml_text.h"
 
 namespace kelvarin {
 

@@ -1,7 +1,7 @@
 // The opening tag of an XML element as it is written in a file: every blank, quote and escape of it
 // stays as it is, but for the attributes that are set.
 //
-// Used by: edited_graph_parts.cpp, graph_text.cpp, xml_text.h.
+// Used by: xml_text.h, and whatever changes attributes of a file.
 // Errors: the text was parsed before; what is not well formed is kept as it is.
 #pragma once
 

@@ -1,4 +1,4 @@
-#include "gui/document/xml_text.h"
+#include "host/xml_source/xml_text.h"
 
 #include <algorithm>
 #include <utility>
@@ -104,6 +104,10 @@ QString asData(QString plain) {
 }
 
 }  // namespace
+
+qsizetype startOfRootElement(QStringView document) {
+  return nextTag(document, 0);
+}
 
 qsizetype endOfElement(QStringView text, qsizetype start) {
   int depth = 0;

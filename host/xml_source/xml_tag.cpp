@@ -1,4 +1,4 @@
-#include "gui/document/xml_tag.h"
+#include "host/xml_source/xml_tag.h"
 
 #include <algorithm>
 #include <array>

@@ -2,13 +2,13 @@
 // that stands between them (blanks, comments, texts), which stays as it is when children change.
 //
 // A child is the text of its element, to be taken apart where it is changed itself.
-// Used by: graph_source.h, xml_patch.h.
+// Used by: the document of the windows, and the commands that write graph files anew.
 // Errors: the text was parsed before; what is not well formed is kept as it is.
 #pragma once
 
 #include <vector>
 
-#include "gui/document/xml_tag.h"
+#include "host/xml_source/xml_tag.h"
 
 namespace kelvarin {
 
@@ -47,6 +47,8 @@ struct XmlText {
   void setChildren(const std::vector<XmlEntry>& entries, const QString& lineStart);
 };
 
+// Behind the declaration, comments and instructions of a document.
+qsizetype startOfRootElement(QStringView document);
 // The end of the element that begins at `start`.
 qsizetype endOfElement(QStringView text, qsizetype start);
 // The line break at the end of `lead` with the blanks behind it; empty where there is none.

@@ -1,0 +1,99 @@
+#include "cli/graph_tests/case_settings.h"
+
+#include <algorithm>
+
+#include <QFile>
+
+#include "cli/graph_tests/messages.h"
+
+namespace kelvarin {
+
+namespace {
+
+QString attributeOf(const XMLNode& node, const char16_t* name) {
+  return qString(node.getAttribute(utf16(name)));
+}
+
+class SettingsReader {
+ public:
+  explicit SettingsReader(const QString& file) : m_file(file) {}
+
+  Result<CaseSettings, QString> read(const XMLNode& root) {
+    if (root.name() != u"Case") {
+      return refused(root, test_messages::notACase(root.name()));
+    }
+    for (int i = 0; i < root.nChildNode(); ++i) {
+      const XMLNode node = root.getChildNode(i);
+      if (const QString fault = take(node); !fault.isNull()) {
+        return refused(node, fault);
+      }
+    }
+    return std::move(m_settings);
+  }
+
+ private:
+  Failure<QString> refused(const XMLNode& node, const QString& message) const {
+    return Failure{GraphError{m_file, node.position(), message}.text()};
+  }
+
+  // What is wrong with the element; null: nothing.
+  QString take(const XMLNode& node) {
+    if (node.name() == u"Parameter") {
+      m_settings.parameters.push_back({attributeOf(node, u"name"), attributeOf(node, u"value")});
+    } else if (node.name() == u"Says") {
+      m_settings.messages += attributeOf(node, u"message");
+    } else if (node.name() == u"Fails") {
+      m_settings.failure = attributeOf(node, u"message");
+    } else if (node.name() == u"Compare") {
+      return takeComparison(node);
+    } else {
+      return test_messages::unknownElement(node.name());
+    }
+    return {};
+  }
+
+  QString takeComparison(const XMLNode& node) {
+    ComparedFile comparison{attributeOf(node, u"file"), 0.0,
+                            attributeOf(node, u"anyOrder").trimmed() == u"1"};
+    if (const QString tolerance = attributeOf(node, u"tolerance"); !tolerance.isEmpty()) {
+      bool isNumber = false;
+      comparison.tolerance = tolerance.toDouble(&isNumber);
+      if (!isNumber || !(comparison.tolerance >= 0.0)) {
+        return test_messages::notATolerance(tolerance);
+      }
+    }
+    m_settings.comparisons.push_back(comparison);
+    return {};
+  }
+
+  const QString m_file;
+  CaseSettings m_settings;
+};
+
+}  // namespace
+
+ComparedFile CaseSettings::comparisonOf(const QString& file) const {
+  for (const QString& name : {file, QString()}) {
+    const auto found = std::ranges::find_if(
+        comparisons, [&name](const ComparedFile& each) { return each.file == name; });
+    if (found != comparisons.end()) {
+      return *found;
+    }
+  }
+  return {};
+}
+
+Result<CaseSettings, QString> readCaseSettings(const QString& folder) {
+  const QString name = folder + QStringLiteral("/case.xml");
+  QFile file(name);
+  if (!file.open(QIODevice::ReadOnly)) {
+    return CaseSettings{};
+  }
+  const auto parsed = parseXml(file.readAll());
+  if (!parsed) {
+    return Failure{GraphError{name, parsed.error().position, parsed.error().message}.text()};
+  }
+  return SettingsReader(name).read(*parsed);
+}
+
+}  // namespace kelvarin
