@@ -30,7 +30,10 @@ ExitStatus runCommandGraph(CommandGraph graph, const QString& name, const RunOpt
     }
     return ExitStatus::failed;
   }
-  const RunResult result = workInterruptibly(*parsed, runGraph, options, console);
+  if (graph.prepare) {
+    graph.prepare(*parsed);
+  }
+  const RunResult result = workInterruptibly(*parsed, graph.work, options, console);
   return result.isOk() ? finish(result) : exitStatusOf(result);
 }
 

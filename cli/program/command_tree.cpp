@@ -1,5 +1,6 @@
 #include "cli/program/command_tree.h"
 
+#include "cli/look/look_command.h"
 #include "host/contract/main_ui.h"
 
 namespace kelvarin {
@@ -17,6 +18,7 @@ std::unique_ptr<CLI::App> makeCommandTree(ChosenCommand& chosen,
       "Exit status: 0 done, 1 the work failed, 2 wrong usage, 130 interrupted.");
   addRunCommand(program, chosen);
   addCheckCommand(program, chosen);
+  addLookCommands(program, chosen);
   addEvalCommand(program, chosen);
   addFunctionsCommand(program, chosen);
   addActionsCommand(program, chosen);

@@ -49,6 +49,8 @@ class IpcFile : public ArrowFile {
   std::shared_ptr<arrow::Schema> schema() const override { return m_reader->schema(); }
   std::int64_t rowCount() const override { return m_rowCount; }
   std::int64_t rowsInUnit() const override { return kRowsInUnit; }
+  // How many rows a batch has stands with the batch itself.
+  std::int64_t skipGroups(std::int64_t) override { return 0; }
   arrow::Result<std::unique_ptr<ArrowFileGroup>> nextGroup() override {
     if (m_nextBatch == m_reader->num_record_batches()) {
       return nullptr;
