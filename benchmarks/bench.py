@@ -23,6 +23,7 @@ SUITES = {
     "graphs": ("graphs.suite", "run"),
     "spread": ("graphs.spread", "run"),
     "memory": ("memory", "run"),
+    "looking": ("looking", "run"),
     "gel": ("gel.suite", "run"),
     "python": ("package.suite", "run"),
 }

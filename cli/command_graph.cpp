@@ -46,7 +46,10 @@ ExitStatus runCommandGraph(const CommandGraph& graph, const QString& name,
   if (!parsed) {
     return ExitStatus::failed;
   }
-  const RunResult result = workInterruptibly(*parsed, runGraph, options, console);
+  if (graph.prepare) {
+    graph.prepare(*parsed);
+  }
+  const RunResult result = workInterruptibly(*parsed, graph.work, options, console);
   const ExitStatus status = result.isOk() ? finish(result) : exitStatusOf(result);
   const ExitStatus reported = finishRun(result, options.reports, console);
   return status == ExitStatus::done ? reported : status;

@@ -24,6 +24,9 @@ struct CommandGraph {
   // for a part of the document.
   std::vector<ParameterOverride> values;
   std::unique_ptr<ActionItem> ownAction;  // of the command; null where the catalogue has all
+  GraphWork work = runGraph;
+  // Settles what the document cannot say, before the run; may be empty.
+  std::function<void(Graph& graph)> prepare{};
 };
 
 // Standard input or output, instead of a file.

@@ -76,6 +76,11 @@ Result<LoadedGraph, Faults> loadGraph(const GraphArguments& arguments) {
       return Failure{Faults{faultLine(kept.error())}};
     }
   }
+  if (arguments.prepare) {
+    if (const auto prepared = arguments.prepare(*graph); !prepared) {
+      return Failure{Faults{faultLine(prepared.error())}};
+    }
+  }
   return LoadedGraph{std::move(*catalogue), std::move(*graph)};
 }
 
@@ -113,7 +118,7 @@ void GraphArguments::addTo(CLI::App& command) {
   options.addTo(command);
 }
 
-ExitStatus workOnGraph(const GraphArguments& arguments, GraphWork work, GraphReport report,
+ExitStatus workOnGraph(const GraphArguments& arguments, GraphWork work, const GraphReport& report,
                        GraphJson json) {
   Console console(arguments.options.isQuiet);
   if (const auto settings = splitNameValues("--set", arguments.settings); !settings) {

@@ -2,6 +2,7 @@
 // file from loading it to the exit status.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,19 +21,21 @@ struct GraphArguments {
   RunOptions options;
   bool isJson = false;
   bool isExplained = false;  // of a check: how expressions are evaluated
+  // Changes the graph that was loaded; may be empty. The error is a fault of the graph.
+  std::function<Status<QString>(Graph& graph)> prepare{};
 
   // GRAPH, --set, --json and those of RunOptions.
   void addTo(CLI::App& command);
 };
 
-using GraphReport = void (*)(const GraphArguments& arguments, const RunResult& result,
-                             Console& console);
+using GraphReport =
+    std::function<void(const GraphArguments& arguments, const RunResult& result, Console& console)>;
 
 using GraphJson = Json (*)(const RunResult& result);
 
 // Loads the graph, does `work` with it so that a signal can stop it, and passes the result to
 // `report` and, when asked for, in the form of `json` to standard output.
-ExitStatus workOnGraph(const GraphArguments& arguments, GraphWork work, GraphReport report,
+ExitStatus workOnGraph(const GraphArguments& arguments, GraphWork work, const GraphReport& report,
                        GraphJson json);
 
 }  // namespace kelvarin

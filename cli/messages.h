@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace kelvarin::program_messages {
 
@@ -200,6 +201,25 @@ inline QString flowUnchanged() {
 
 inline QString moreColumns(qsizetype count) {
   return QStringLiteral(", ... and %1 more, which --json lists").arg(QString::number(count));
+}
+
+// What does not fit into the width of a table.
+inline QString hiddenColumns(const QStringList& names) {
+  return QStringLiteral("... and %1 more %2: %3")
+      .arg(QString::number(names.size()),
+           names.size() == 1 ? QStringLiteral("column") : QStringLiteral("columns"),
+           names.join(QStringLiteral(", ")));
+}
+
+inline QString pinIsNoOutput(const QString& action, int pins) {
+  return QStringLiteral("'%1' has %2 output pins, which count from 0.")
+      .arg(action, QString::number(pins));
+}
+
+inline QString previewHasNoRows(const QString& action) {
+  return QStringLiteral(
+             "'%1' has no output pin, so there are no rows to see. Name the action before it.")
+      .arg(action);
 }
 
 }  // namespace kelvarin::program_messages

@@ -3,6 +3,7 @@
 #include "cli/console.h"
 #include "cli/graph_session.h"
 #include "cli/messages.h"
+#include "cli/preview.h"
 #include "cli/run_report.h"
 #include "host/contract/claimed_names.h"
 #include "host/contract/main_ui.h"
@@ -59,11 +60,18 @@ void addRunCommand(CLI::App& program, ChosenCommand& chosen) {
       ->add_option("--to", arguments->lastAction,
                    "run this action and what feeds it, and open nothing else")
       ->type_name("ACTION");
+  auto preview = std::make_shared<Preview>();
+  preview->addTo(*command);
+  command->get_option("--preview")->excludes("--to")->excludes("--json");
   command->footer(
       "Examples:\n  kelvarin run examples/flights/flights.kelvarin --set minDelay=60\n"
-      "  kelvarin run examples/flights/flights.kelvarin --to 'late?' --json");
-  command->callback([arguments, &chosen] {
-    chosen = [arguments] {
+      "  kelvarin run examples/flights/flights.kelvarin --to 'late?' --json\n"
+      "  kelvarin run examples/flights/flights.kelvarin --preview 'late?' -n 5");
+  command->callback([arguments, preview, &chosen] {
+    chosen = [arguments, preview] {
+      if (!preview->pin.empty()) {
+        return showPreview(*arguments, *preview);
+      }
       return workOnGraph(*arguments, arguments->isJson ? runBesideJson : runGraph, reportRun,
                          jsonOf);
     };

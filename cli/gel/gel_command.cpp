@@ -41,13 +41,18 @@ std::unique_ptr<GelFile> openGelFile(const std::string& path, Console& console,
 }
 
 void addGelCommand(CLI::App& program, ChosenCommand& chosen) {
-  CLI::App* gel = program.add_subcommand("gel", "Look into, check or convert a columnar file");
+  CLI::App* gel =
+      program.add_subcommand("gel", "Look into, check, compare or convert columnar files");
   gel->require_subcommand(1);
   gel->footer(
       "Examples:\n  kelvarin gel info sales.cgel_kelvarin\n"
       "  kelvarin gel import sales.csv sales.cgel_kelvarin");
   addGelInfo(*gel, chosen);
   addGelHead(*gel, chosen);
+  addGelTail(*gel, chosen);
+  addGelStats(*gel, chosen);
+  addGelDiff(*gel, chosen);
+  addGelLayout(*gel, chosen);
   addGelVerify(*gel, chosen);
   addGelExport(*gel, chosen);
   addGelImport(*gel, chosen);

@@ -28,6 +28,10 @@ QString counted(std::uint64_t count, const char* thing);
 // One a part, each in its own file.
 void addGelInfo(CLI::App& gel, ChosenCommand& chosen);
 void addGelHead(CLI::App& gel, ChosenCommand& chosen);
+void addGelTail(CLI::App& gel, ChosenCommand& chosen);
+void addGelStats(CLI::App& gel, ChosenCommand& chosen);
+void addGelDiff(CLI::App& gel, ChosenCommand& chosen);
+void addGelLayout(CLI::App& gel, ChosenCommand& chosen);
 void addGelVerify(CLI::App& gel, ChosenCommand& chosen);
 void addGelExport(CLI::App& gel, ChosenCommand& chosen);
 void addGelImport(CLI::App& gel, ChosenCommand& chosen);

@@ -1,7 +1,5 @@
 // `kelvarin gel info`: header, columns, sets and blocks of a columnar file.
-#include <algorithm>
 #include <cstdio>
-#include <span>
 
 #include <fmt/format.h>
 
@@ -20,35 +18,6 @@ struct InfoArguments {
   bool showsBlocks = false;
   bool isJson = false;
 };
-
-void reportDamage(const GelFile& file, const TableContents& contents, Console& console) {
-  const QString name = QString::fromStdString(file.path());
-  const std::size_t listed = std::min(contents.lostRows.size(), kMaxLines);
-  for (const TableContents::Rows& rows : std::span(contents.lostRows).first(listed)) {
-    console.writeLog(LogLevel::error, gel_messages::rowsLost(name, rows.first, rows.last));
-  }
-  if (contents.lostRows.size() > listed) {
-    console.writeLog(LogLevel::error,
-                     gel_messages::moreLost(name, contents.lostRows.size() - listed));
-  }
-  if (contents.cutAtRow) {
-    console.writeLog(LogLevel::error, gel_messages::fileCut(name, *contents.cutAtRow));
-  }
-}
-
-const char* storageWord(StorageCode code) {
-  switch (code) {
-    case StorageCode::raw:
-      return "raw";
-    case StorageCode::key:
-      return "key";
-    case StorageCode::ascendingKey:
-      return "key, sorted ascending";
-    case StorageCode::descendingKey:
-      break;
-  }
-  return "key, sorted descending";
-}
 
 Json jsonOf(const BlockDescription& block) {
   Json columns = Json::array();

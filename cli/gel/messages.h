@@ -129,6 +129,42 @@ inline QString recoverAdvice(const QString& file) {
       .arg(file);
 }
 
+// What a comparison has found.
+inline QString areEqual(const QString& rows) {
+  return QStringLiteral("equal: the same columns, and %1 with the same values\n").arg(rows);
+}
+
+inline QString onlyIn(const QString& column, const QString& file) {
+  return QStringLiteral("column '%1' is only in '%2'\n").arg(column, file);
+}
+
+inline QString differsIn(const QString& what, const QString& column, const QString& left,
+                         const QString& right) {
+  return QStringLiteral("column '%1' differs in its %2: %3, %4\n").arg(column, what, left, right);
+}
+
+inline QString rowCountsDiffer(std::uint64_t left, std::uint64_t right) {
+  return QStringLiteral("numbers of rows: %1, %2\n")
+      .arg(QString::number(left), QString::number(right));
+}
+
+inline QString firstDifference(std::uint64_t row, const QString& column, const QString& left,
+                               const QString& right) {
+  return QStringLiteral("first difference in row %1, column '%2': %3, %4\n")
+      .arg(QString::number(row), column, left, right);
+}
+
+inline QString differingRows(const QString& column, const QString& rows) {
+  return QStringLiteral("column '%1' differs in %2\n").arg(column, rows);
+}
+
+inline QString notComparable(const QString& file) {
+  return QStringLiteral(
+             "Rows of '%1' cannot be read, so the tables were not compared any further. 'kelvarin "
+             "gel verify' lists what is damaged.")
+      .arg(file);
+}
+
 // What a verification has found.
 inline QString moreDamage(const QString& file, std::uint64_t count) {
   return QStringLiteral("%1: %2 more damaged places are not listed\n")

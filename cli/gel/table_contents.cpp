@@ -1,6 +1,11 @@
 #include "cli/gel/table_contents.h"
 
+#include <algorithm>
+#include <span>
+
 #include "base/null_number.h"
+#include "cli/gel/gel_command.h"
+#include "cli/gel/messages.h"
 #include "columnar/reader/chunk_reader.h"
 #include "host/contract/one_row.h"
 
@@ -110,6 +115,35 @@ Result<TableContents, std::string> contentsOf(const GelFile& file, bool withBloc
         return contents;
     }
   }
+}
+
+void reportDamage(const GelFile& file, const TableContents& contents, Console& console) {
+  const QString name = QString::fromStdString(file.path());
+  const std::size_t listed = std::min(contents.lostRows.size(), kMaxLines);
+  for (const TableContents::Rows& rows : std::span(contents.lostRows).first(listed)) {
+    console.writeLog(LogLevel::error, gel_messages::rowsLost(name, rows.first, rows.last));
+  }
+  if (contents.lostRows.size() > listed) {
+    console.writeLog(LogLevel::error,
+                     gel_messages::moreLost(name, contents.lostRows.size() - listed));
+  }
+  if (contents.cutAtRow) {
+    console.writeLog(LogLevel::error, gel_messages::fileCut(name, *contents.cutAtRow));
+  }
+}
+
+const char* storageWord(StorageCode code) {
+  switch (code) {
+    case StorageCode::raw:
+      return "raw";
+    case StorageCode::key:
+      return "key";
+    case StorageCode::ascendingKey:
+      return "key, sorted ascending";
+    case StorageCode::descendingKey:
+      break;
+  }
+  return "key, sorted descending";
 }
 
 }  // namespace kelvarin

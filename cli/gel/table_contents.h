@@ -1,7 +1,8 @@
 // What the main file of a columnar table says about it: rows, blocks with their statistics, and
 // damage.
 //
-// Used by `kelvarin gel info`.
+// Used by `kelvarin gel info`, `gel stats` and the commands that need the rows of a file that has
+// no end yet.
 #pragma once
 
 #include <cstdint>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "base/result.h"
+#include "cli/console.h"
 #include "cli/value_json.h"
 #include "columnar/reader/gel_file.h"
 
@@ -45,5 +47,11 @@ struct TableContents {
 // The blocks are described only when `withBlocks` is set. The error is the path of a side file that
 // cannot be opened.
 Result<TableContents, std::string> contentsOf(const GelFile& file, bool withBlocks);
+
+// Logs what is lost.
+void reportDamage(const GelFile& file, const TableContents& contents, Console& console);
+
+// How a column is stored, for people.
+const char* storageWord(StorageCode code);
 
 }  // namespace kelvarin

@@ -4,6 +4,7 @@
 
 #include "cli/install/install_commands.h"
 #include "cli/install/version_text.h"
+#include "cli/look/look_command.h"
 #include "cli/program/help_layout.h"
 
 namespace kelvarin {
@@ -50,6 +51,7 @@ std::unique_ptr<CLI::App> makeCommandTree(ChosenCommand& chosen,
   addCheckCommand(program, chosen);
   addCalcCommand(program, chosen);
   addTestCommand(program, chosen);
+  addLookCommands(program, chosen);
   addEvalCommand(program, chosen);
   addFunctionsCommand(program, chosen);
   addActionsCommand(program, chosen);

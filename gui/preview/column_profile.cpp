@@ -8,6 +8,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "base/mixed_bits.h"
 #include "gui/preview/distinct_values.h"
 #include "host/contract/column_bytes.h"
 #include "host/contract/shown_value.h"
@@ -32,8 +33,8 @@ double numberOf(MetaTypeColumn type, const unsigned char* bytes) {
 
 // The two zeros are one value, and so are all NaNs.
 std::uint64_t hashOfNumber(double number) {
-  return hashOfBits(std::isnan(number) ? kNotANumberBits
-                                       : std::bit_cast<std::uint64_t>(number + 0.0));
+  return mixedBits(std::isnan(number) ? kNotANumberBits
+                                      : std::bit_cast<std::uint64_t>(number + 0.0));
 }
 
 std::uint64_t hashOf(MetaTypeColumn type, const unsigned char* bytes) {

@@ -45,12 +45,4 @@ class DistinctValues {
   std::array<unsigned char, std::size_t{1} << kIndexBits> m_ranks{};
 };
 
-// Spreads the bits of a number over all 64.
-constexpr std::uint64_t hashOfBits(std::uint64_t bits) {
-  bits += 0x9E3779B97F4A7C15u;
-  bits = (bits ^ (bits >> 30)) * 0xBF58476D1CE4E5B9u;
-  bits = (bits ^ (bits >> 27)) * 0x94D049BB133111EBu;
-  return bits ^ (bits >> 31);
-}
-
 }  // namespace kelvarin

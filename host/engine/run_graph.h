@@ -16,6 +16,7 @@
 #include "host/contract/log_details.h"
 #include "host/contract/main_ui.h"
 #include "host/contract/pin_columns.h"
+#include "host/contract/sort_infos.h"
 #include "host/engine/execution_options.h"
 #include "host/engine/graph.h"
 
@@ -43,6 +44,7 @@ struct ActionResult {
   QStringList backends;                      // of an expression action, one label an output
   QStringList namedColumns;      // in a check, the new columns whose names the action computed
   std::vector<PinColumns> pins;  // its output pins; unknown where it announced nothing
+  std::vector<QVector<SortInfos>> sortOrders;  // of the rows of each of them
   ActionReport report;
   std::vector<WrittenFile> files;  // by a run that ended well
   int source = -1;                 // the action linked to its first input pin

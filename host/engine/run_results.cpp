@@ -21,6 +21,17 @@ std::vector<PinColumns> columnsOfPins(const RunningAction* action) {
   return pins;
 }
 
+std::vector<QVector<SortInfos>> sortOrdersOfPins(const RunningAction* action) {
+  std::vector<QVector<SortInfos>> orders;
+  if (action == nullptr) {
+    return orders;
+  }
+  for (const auto& pin : action->ports().outputs) {
+    orders.push_back(pin->isAnnounced ? pin->row.sortInfos() : QVector<SortInfos>());
+  }
+  return orders;
+}
+
 }  // namespace
 
 LogLine firstErrorOf(const std::vector<LogLine>& log) {
@@ -71,6 +82,7 @@ RunResult resultOf(const Graph& graph, const GraphExecution& execution,
     action.backends = services.backendsOf(item);
     action.namedColumns = services.columnsNamedBy(item);
     action.pins = columnsOfPins(execution.action(index));
+    action.sortOrders = sortOrdersOfPins(execution.action(index));
     action.report = services.reportOf(item);
     result.actions.push_back(std::move(action));
   }

@@ -40,6 +40,9 @@ class ArrowFile {
   virtual float fractionRead() const { return -1.0f; }
   // How many rows of a group are read at a time.
   virtual std::int64_t rowsInUnit() const = 0;
+  // Passes over the next groups as far as they have no more than so many rows together, which need
+  // not be read; returns how many they have.
+  virtual std::int64_t skipGroups(std::int64_t rowCount) = 0;
   // Null at the end.
   virtual arrow::Result<std::unique_ptr<ArrowFileGroup>> nextGroup() = 0;
   // What was tolerated, about `source`; after the last group.

@@ -130,6 +130,13 @@ arrow::Status ArrowTableReader::beginGroup() {
   return arrow::Status::OK();
 }
 
+long long ArrowTableReader::skipRows(long long count) {
+  const long long skipped = m_file->skipGroups(count);
+  m_rowsBefore += skipped;
+  m_rowsAccepted += skipped;
+  return skipped;
+}
+
 void ArrowTableReader::accept(TableUnit& unit) {
   const auto& tallies = static_cast<const ArrowUnit&>(unit).tallies();
   for (std::size_t i = 0; i < tallies.size(); ++i) {

@@ -19,6 +19,8 @@ class ArrowTableReader : public BatchReader {
   Result<TableColumns, QString> open(IsStopped isStopped) override;
   std::unique_ptr<TableUnit> readUnit() override;
   void accept(TableUnit& unit) override;
+  long long rowCount() const override { return m_file->rowCount(); }
+  long long skipRows(long long count) override;
   float fractionDone() const override;
   QString locationOfRow(long long row) const override;
   QStringList notes() const override { return m_notes; }

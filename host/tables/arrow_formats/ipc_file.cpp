@@ -108,6 +108,8 @@ class IpcFile : public ArrowFile {
   float fractionRead() const override {
     return m_input == nullptr ? -1.0f : m_input->fractionRead();
   }
+  // How many rows a batch has stands with the batch itself.
+  std::int64_t skipGroups(std::int64_t) override { return 0; }
   arrow::Result<std::unique_ptr<ArrowFileGroup>> nextGroup() override {
     if (m_isAtEnd) {
       return nullptr;

@@ -211,6 +211,18 @@ class ParquetFile : public ArrowFile {
   std::shared_ptr<arrow::Schema> schema() const override { return m_file->schema(); }
   std::int64_t rowCount() const override { return m_file->metadata().num_rows(); }
   std::int64_t rowsInUnit() const override { return m_file->rowsInUnit(); }
+  std::int64_t skipGroups(std::int64_t rowCount) override {
+    std::int64_t skipped = 0;
+    while (m_nextGroup < m_file->metadata().num_row_groups()) {
+      const std::int64_t rows = m_file->metadata().RowGroup(m_nextGroup)->num_rows();
+      if (rows > rowCount - skipped) {
+        break;
+      }
+      skipped += rows;
+      ++m_nextGroup;
+    }
+    return skipped;
+  }
   arrow::Result<std::unique_ptr<ArrowFileGroup>> nextGroup() override {
     if (m_nextGroup == m_file->metadata().num_row_groups()) {
       return nullptr;

@@ -73,6 +73,11 @@ class BatchReader {
   virtual void accept(TableUnit& /*unit*/) {}
   // Of a check, after open() and instead of readUnit(): converts the rows that open() has read.
   virtual Status<QString> tryFirstRows() { return Done{}; }
+  // After open(): of the whole table, where that is known without reading it; else -1.
+  virtual long long rowCount() const { return -1; }
+  // After open(): passes over the parts of the file that have nothing but the first `count` rows.
+  // Returns how many rows that were.
+  virtual long long skipRows(long long /*count*/) { return 0; }
   // 0 to 1, -1 when unknown.
   virtual float fractionDone() const = 0;
   // Where a row, counted from 0, stands: "file 'a.csv', line 17".

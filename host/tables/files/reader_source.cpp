@@ -84,7 +84,13 @@ Status<QString> ReaderSource::open() {
   if (const Status<QString> status = announce(*columns); !status) {
     return status;
   }
-  return mustComputeFull() ? Done{} : m_reader->tryFirstRows();
+  if (!mustComputeFull()) {
+    return m_reader->tryFirstRows();
+  }
+  if (m_lastRows >= 0 && m_reader->rowCount() > m_lastRows) {
+    m_rowsAccepted = m_reader->skipRows(m_reader->rowCount() - m_lastRows);
+  }
+  return Done{};
 }
 
 Result<QVector<SortInfos>, QString> ReaderSource::declaredOrder(const PinOutMetaData&) const {

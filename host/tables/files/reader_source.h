@@ -29,6 +29,10 @@ class ReaderSource : public ActionItem, public BatchSource {
   float computeCompletion() const override;
   char canRunInParallel(QString what, bool* reason) override;
 
+  // Before a run: the last rows of the table are all that counts, so that the reader may leave out
+  // those before them where it need not read them.
+  void wantLastRows(long long count) { m_lastRows = count; }
+
   bool canReadUnits() const override { return m_isReading; }
   std::unique_ptr<BatchUnit> readUnit() override;
   RowBatchPointer accept(BatchUnit& unit) override;
@@ -69,7 +73,8 @@ class ReaderSource : public ActionItem, public BatchSource {
   bool m_isOrderChecked = false;
   PinOutMetaData m_columns;
   OneRow m_checkedRow{&m_columns};
-  long long m_rowsAccepted = 0;
+  long long m_lastRows = -1;     // all rows count
+  long long m_rowsAccepted = 0;  // after those that were left out
 };
 
 }  // namespace kelvarin

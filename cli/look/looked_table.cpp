@@ -1,0 +1,113 @@
+#include "cli/look/looked_table.h"
+
+#include <utility>
+
+#include <QFile>
+
+#include "cli/look/messages.h"
+#include "host/files/file_signatures.h"
+
+namespace kelvarin {
+
+namespace {
+
+constexpr char16_t kSource[] = u"table";
+
+// By what the file begins with; null where that says nothing.
+const TableKind* kindByContent(const std::string& path) {
+  QFile file(QString::fromStdString(path));
+  if (!file.open(QIODevice::ReadOnly)) {
+    return nullptr;
+  }
+  constexpr qint64 kLongestSignature = 16;
+  const QByteArray start = file.read(kLongestSignature);
+  switch (formatOfSignature({start.constData(), static_cast<std::size_t>(start.size())})) {
+    case FileFormat::parquet:
+      return tableKindNamed("parquet");
+    case FileFormat::arrow:
+      return tableKindNamed("arrow");
+    case FileFormat::columnar:
+      return tableKindNamed("gel");
+    default:
+      return nullptr;
+  }
+}
+
+// Sources open files only, of which standard input is one.
+QString pathToRead(const std::string& file) {
+  return file == kStandardStream ? QStringLiteral("/dev/stdin") : absolutePath(file);
+}
+
+QByteArray documentOf(const QString& source) {
+  return QStringLiteral(
+             "<KelvarinGraph version='1.0'><Parameters><Parameter name='table' value=''/>"
+             "</Parameters><Actions>%1<TakenRows name='rows'/></Actions>"
+             "<Links><Link from='table' to='rows'/></Links></KelvarinGraph>")
+      .arg(source)
+      .toUtf8();
+}
+
+ExitStatus workOnTable(const LookedTable& table, RowTaker& taker, Console& console, GraphWork work,
+                       std::function<void(Graph& graph)> prepare,
+                       const std::function<ExitStatus(const RunResult& result)>& finish) {
+  const TableKind* kind = table.kind(console);
+  if (kind == nullptr) {
+    return ExitStatus::wrongUsage;
+  }
+  const QString source = QString::fromUtf16(kSource);
+  CommandGraph graph{.document = documentOf(table.readElement(*kind, source)),
+                     .values = {{source, pathToRead(table.file)}},
+                     .ownAction = std::make_unique<TakenRows>(XMLNode::emptyNode(), nullptr, taker),
+                     .work = work,
+                     .prepare = std::move(prepare)};
+  return runCommandGraph(std::move(graph), QStringLiteral("table"), table.options, console, finish);
+}
+
+}  // namespace
+
+void LookedTable::addTo(CLI::App& command) {
+  command.add_option("FILE", file, "the table; - is standard input")->required()->type_name("");
+  command.add_option("--from", from, "csv, tsv, parquet, arrow or gel [by extension; csv for -]")
+      ->check(CLI::IsMember({"csv", "tsv", "parquet", "arrow", "gel"}))
+      ->type_name("KIND");
+  options.addTo(command);
+}
+
+const TableKind* LookedTable::kind(Console& console) const {
+  const bool isInput = file == kStandardStream;
+  const TableKind* kind = !from.empty() ? tableKindNamed(from)
+                          : isInput     ? &csvKind()
+                                        : tableKindOf(file);
+  if (kind == nullptr) {
+    kind = kindByContent(file);
+  }
+  if (kind == nullptr) {
+    console.writeLog(LogLevel::error, look_messages::unknownKind(QString::fromStdString(file),
+                                                                 knownTableExtensions()));
+  } else if (isInput && QLatin1String(kind->format) != QLatin1String("CSV")) {
+    console.writeLog(LogLevel::error, look_messages::columnarNotFromInput());
+    return nullptr;
+  }
+  return kind;
+}
+
+QString LookedTable::readElement(const TableKind& kind, const QString& action) const {
+  return kind.readElement(action);
+}
+
+ExitStatus checkTable(const LookedTable& table, Console& console,
+                      const std::function<ExitStatus(const RunResult& result)>& finish) {
+  class NoRows final : public RowTaker {
+    void begin(const OneRow&, TaskPool*) override {}
+    bool take(const RowBatchPointer&) override { return false; }
+  } taker;
+  return workOnTable(table, taker, console, checkGraph, {}, finish);
+}
+
+ExitStatus runOverTable(const LookedTable& table, RowTaker& taker, Console& console,
+                        std::function<void(Graph& graph)> prepare,
+                        const std::function<ExitStatus(const RunResult& result)>& finish) {
+  return workOnTable(table, taker, console, runGraph, std::move(prepare), finish);
+}
+
+}  // namespace kelvarin

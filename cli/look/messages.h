@@ -1,0 +1,43 @@
+// The texts of the commands that look into tables.
+#pragma once
+
+#include <QString>
+
+namespace kelvarin::look_messages {
+
+inline QString unknownKind(const QString& file, const QString& known) {
+  return QStringLiteral(
+             "What kind of table '%1' is cannot be told from its name. Say it with --from, or give "
+             "it one of the extensions cgel_kelvarin, %2.")
+      .arg(file, known);
+}
+
+inline QString columnarNotFromInput() {
+  return QStringLiteral(
+      "Only CSV can be read from standard input. Give the name of the file instead of '-'.");
+}
+
+inline QString rowsOf(const QString& rows, const QString& file) {
+  return QStringLiteral("%1 in '%2'").arg(rows, file);
+}
+
+// What stands below statistics where some are estimates.
+inline QString estimatedDistinct(const QString& bound) {
+  return QStringLiteral(
+             "~ of distinct values: estimated (HyperLogLog, error about 1 %) where a "
+             "column has more than %1 of them.")
+      .arg(bound);
+}
+
+inline QString estimatedQuantiles(const QString& bound) {
+  return QStringLiteral(
+             "~ of q25, median and q75: values of a rank within some 0.2 % (sampled) "
+             "where a column has more than %1 numbers.")
+      .arg(bound);
+}
+
+inline QString estimatedCounts() {
+  return QStringLiteral("~ of the most frequent value: it comes at least so often.");
+}
+
+}  // namespace kelvarin::look_messages
