@@ -14,6 +14,31 @@ foreach(label ${kelvarin_labels})
   add_custom_target(${label}_tests)
 endforeach()
 
+# A build that nobody changes and compiles again reads sources together.
+option(KELVARIN_GROUPED "Compile several sources of a library as one" OFF)
+if(KELVARIN_GROUPED)
+  find_package(Python3 REQUIRED COMPONENTS Interpreter)
+endif()
+
+function(kelvarin_group_sources target)
+  set(sources ${ARGN})
+  list(FILTER sources INCLUDE REGEX "\\.cpp$")
+  list(FILTER sources EXCLUDE REGEX "^/")  # made by the build
+  execute_process(
+    COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_SOURCE_DIR}/scripts/source_groups.py
+      ${CMAKE_CURRENT_SOURCE_DIR} ${sources}
+    OUTPUT_VARIABLE groups OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  foreach(entry ${groups})
+    string(REGEX MATCH "^(.*)=(.*)$" matched ${entry})
+    set_source_files_properties(${CMAKE_MATCH_1} PROPERTIES UNITY_GROUP ${target}_${CMAKE_MATCH_2})
+  endforeach()
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+  # A name hidden by one of another source is none, nor is a local type of a source one of a header;
+  # the other builds report the others.
+  target_compile_options(${target} PRIVATE
+    -Wno-shadow $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+endfunction()
+
 function(kelvarin_library name)
   cmake_parse_arguments(arg "SHARED;OBJECT" "" "SOURCES;LINKS" ${ARGN})
   set(kind STATIC)
@@ -25,6 +50,9 @@ function(kelvarin_library name)
   add_library(${name} ${kind} ${arg_SOURCES})
   target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE project_options)
   target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
+  if(KELVARIN_GROUPED)
+    kelvarin_group_sources(${name} ${arg_SOURCES})
+  endif()
   # What a library lacks shows when it is linked, not when a user's program opens it.
   if(arg_SHARED AND NOT KELVARIN_SANITIZER)
     target_link_options(${name} PRIVATE LINKER:-z,defs)

@@ -13,7 +13,6 @@ namespace kelvarin {
 namespace {
 
 constexpr std::size_t kMaxSharedBytes = 255;
-constexpr std::size_t kLengthSize = sizeof(std::uint32_t);
 // Of coded sizes: the null text, or a number of bytes and 1.
 constexpr std::uint16_t kNullSize = 0;
 

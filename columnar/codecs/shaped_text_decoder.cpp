@@ -17,8 +17,6 @@ namespace kelvarin {
 
 namespace {
 
-constexpr std::size_t kLengthSize = sizeof(std::uint32_t);
-
 // A text that is stored.
 struct PrintedText {
   std::uint32_t offset = 0;

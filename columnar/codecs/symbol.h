@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "base/byte_cursor.h"
+#include "columnar/codecs/text_limits.h"
 
 namespace kelvarin {
 
@@ -15,7 +16,6 @@ namespace kelvarin {
 inline constexpr std::size_t kMaxSymbols = 4096;
 inline constexpr std::size_t kMaxSymbolSize = 15;
 // A decoder writes the length of the next text behind the bytes of a symbol that ends one.
-inline constexpr std::size_t kLengthSize = sizeof(std::uint32_t);
 inline constexpr std::size_t kMaxEndingSize = kMaxSymbolSize + 1 - kLengthSize;
 
 // 16 bytes in memory: those of the symbol, zeros, and a last one with size and flags.

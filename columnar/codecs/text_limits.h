@@ -9,11 +9,13 @@
 
 namespace kelvarin {
 
+// Of the length that stands before each decoded text.
+inline constexpr std::size_t kLengthSize = sizeof(std::uint32_t);
 // Of shaped texts.
 inline constexpr std::size_t kMaxTemplates = 16;
 
-// The most bytes that texts in encodings without a size for each may take in memory, a length of 4
-// bytes for each included. So a few forged bytes do not lead to more memory than the size of a file
+// The most bytes that texts in encodings without a size for each may take in memory, the length of
+// each included. So a few forged bytes do not lead to more memory than the size of a file
 // accounts for.
 constexpr std::uint64_t maxDecodedSize(std::uint64_t storedSize) {
   constexpr std::uint64_t kAlways = 64ull << 20;
