@@ -176,7 +176,7 @@ class Comparison {
         numbers[entries->columnOf(part)] = values.numbers();
       }
     }
-    return entries->rest((1u << entries->variables().size()) - 1);
+    return entries->rest((1u << entries->variables().size()) - 1, 0);
   }
 
   static constexpr std::string_view kNullBytes{"\xFF\x00\xFF", 3};
