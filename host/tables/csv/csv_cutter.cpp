@@ -27,6 +27,7 @@ std::size_t CsvCutter::afterLast(char lineEnd, const char* bytes, std::size_t si
 std::size_t CsvCutter::afterLastOutsideQuotes(char lineEnd, const char* bytes,
                                               std::size_t size) const {
   constexpr std::size_t kNowhere = SIZE_MAX;
+  const bool hasComments = m_dialect.hasComments;
   std::size_t end = 0;
   bool isInQuotes = false;
   bool isInComment = false;
@@ -38,7 +39,7 @@ std::size_t CsvCutter::afterLastOutsideQuotes(char lineEnd, const char* bytes,
     }
     const std::uint64_t quotes = bitsOfByte(m_dialect.quote, bytes + start) & present;
     std::uint64_t left = quotes | (bitsOfByte(lineEnd, bytes + start) & present);
-    if (m_dialect.hasComments) [[unlikely]] {
+    if (hasComments) [[unlikely]] {
       left |= bitsOfComments(bytes + start) & present;
     } else if (quotes == 0) {
       end = isInQuotes || left == 0 ? end : start + static_cast<std::size_t>(std::bit_width(left));
@@ -46,13 +47,19 @@ std::size_t CsvCutter::afterLastOutsideQuotes(char lineEnd, const char* bytes,
     }
     for (; left != 0; left &= left - 1) {
       const std::size_t at = start + static_cast<std::size_t>(std::countr_zero(left));
-      const char c = bytes[at];
-      const bool isLineEnd = c == '\n' || c == '\r';
-      if (isLineEnd || isInComment) {
-        isInComment = isInComment && !isLineEnd;
-        end = c == lineEnd && !isInQuotes ? at + 1 : end;
-      } else if (c != m_dialect.quote) {
-        isInComment = !isInQuotes && isRecordStart(bytes, at);
+      if (hasComments) [[unlikely]] {
+        const char c = bytes[at];
+        const bool isLineEnd = c == '\n' || c == '\r';
+        if (isInComment || c == m_dialect.comment) {
+          isInComment = isInComment ? !isLineEnd : !isInQuotes && isRecordStart(bytes, at);
+        }
+        const bool isOther = isLineEnd ? c != lineEnd : isInComment || c == m_dialect.comment;
+        if (isOther) {
+          continue;
+        }
+      }
+      if (bytes[at] != m_dialect.quote) {
+        end = isInQuotes ? end : at + 1;
       } else if (isInQuotes) {
         isInQuotes = false;
         closedAt = at;

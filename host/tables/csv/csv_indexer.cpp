@@ -109,20 +109,15 @@ void CsvIndexer::takeSpecial(std::uint32_t at) {
     return;
   }
   const char c = m_bytes[at];
-  const bool isLineEnd = c == '\n' || c == '\r';
-  if (m_isInComment && !isLineEnd) {
+  if (m_dialect.hasComments && isOfComment(at, c)) [[unlikely]] {
     return;
   }
-  if (m_dialect.hasComments && c == m_dialect.comment && isRecordStart(at)) {
-    m_isInComment = true;
-  } else if (m_isInQuotes || (m_dialect.hasQuote && c == m_dialect.quote)) {
+  if (m_isInQuotes || (m_dialect.hasQuote && c == m_dialect.quote)) {
     takeQuote(at);
   } else if (c == '\n') {
     takeLineEnd(at, at + 1);
   } else if (c == m_dialect.separator) {
     mark(at + 1);
-  } else if (c != '\r') {
-    return;  // the comment character within a record
   } else if (at + 1 == m_size && !m_isEnd) {
     m_isStopped = true;
   } else {
@@ -130,6 +125,18 @@ void CsvIndexer::takeSpecial(std::uint32_t at) {
     m_skipTo = at + (isTwoBytes ? 2 : 1);
     takeLineEnd(at, m_skipTo);
   }
+}
+
+// A byte of a comment but its end, or a comment character that begins none.
+bool CsvIndexer::isOfComment(std::uint32_t at, char c) {
+  if (m_isInComment) {
+    return c != '\n' && c != '\r';
+  }
+  if (c != m_dialect.comment) {
+    return false;
+  }
+  m_isInComment = isRecordStart(at);
+  return true;
 }
 
 // A special byte inside quotes, or a quote.

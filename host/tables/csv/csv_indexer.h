@@ -38,6 +38,7 @@ class CsvIndexer {
   void takeSpecial(std::uint32_t at);
   void takeQuote(std::uint32_t at);
   void takeLineEnd(std::uint32_t at, std::uint32_t next);
+  bool isOfComment(std::uint32_t at, char c);
   void endComment(std::uint32_t next);
   void fillRow(std::uint32_t at);
   void endRow(std::uint32_t next);
