@@ -17,8 +17,8 @@
 
 namespace kelvarin {
 
-// From now on a signal outside of a run ends the process with the status that says so. The first
-// thing that main() does.
+// From now on a signal outside of a run ends the process with the status that says so. One of the
+// first things that main() does.
 void endOnInterrupt();
 
 class InterruptibleRun {

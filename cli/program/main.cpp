@@ -11,6 +11,7 @@
 #include <new>
 #include <optional>
 
+#include <fcntl.h>
 #include <malloc.h>
 #include <poll.h>
 #include <sys/resource.h>
@@ -43,6 +44,13 @@ bool isOutputLost() {
       kelvarin::program_messages::outputLost(QString::fromLocal8Bit(std::strerror(errno)));
   std::fprintf(stderr, "error: %s\n", qUtf8Printable(text));
   return true;
+}
+
+// Where a caller has closed it, the first descriptor that is opened would be taken for it.
+void openStandardInput() {
+  if (::fcntl(STDIN_FILENO, F_GETFD) < 0) {
+    (void)!::open("/dev/null", O_RDONLY);
+  }
 }
 
 // As many as the system grants on demand: a table may be split into many files that are open
@@ -83,6 +91,7 @@ void keepMemory() {
 }  // namespace
 
 int main(int argc, char** argv) {
+  openStandardInput();
   kelvarin::endOnInterrupt();
   kelvarin::endInOrderOnFaults();
   // A reader of our output that went away is an error of a write, not the end of the process.

@@ -102,6 +102,8 @@ class CalcTest(ProgramTest):
         with open(self.path("orders.csv"), encoding="utf-8") as file:
             shown = subprocess.run([PROGRAM, "calc", "x=_n"], cwd=self.folder, stdin=file, capture_output=True, text=True)
         self.assertEqual(shown.stdout.splitlines()[3], "3,teapot,39,1,2")
+        closed = subprocess.run(["sh", "-c", '"$0" calc x=1 <&-', PROGRAM], capture_output=True, text=True, timeout=60)
+        self.assertEqual((closed.returncode, "is empty" in closed.stderr), (1, True))
         # Rows go on as they come, behind those from which the types were inferred, where nothing is left to a guess.
         dialect = ("--separator", ",", "--quote", "\"", "--encoding", "UTF-8")
         with subprocess.Popen([PROGRAM, "calc", "m=n*2", *dialect], cwd=self.folder, stdin=subprocess.PIPE, stdout=subprocess.PIPE) as process:
