@@ -133,7 +133,7 @@ class GelTest(ProgramTest):
         master, terminal = open_terminal()
         subprocess.run([PROGRAM, "gel", "head", "t.cgel_kelvarin"], cwd=self.folder, stdout=terminal, timeout=60)
         os.close(terminal)
-        self.assertIn("\\x1b[2J,\\u{202e}evil\\x85", os.read(master, 1000).decode())
+        self.assertRegex(os.read(master, 1000).decode(), r"\n\\x1b\[2J +\\u\{202e\}evil\\x85\r\n")
         self.assertIn("\x1b[2J", self.kelvarin("gel", "head", "t.cgel_kelvarin").stdout)
 
     def test_wrong_files_and_wrong_usage(self):
@@ -142,8 +142,7 @@ class GelTest(ProgramTest):
             self.assertIn("it is no columnar file",
                           self.kelvarin("gel", command, "text.cgel_kelvarin", status=1).stderr)
             self.assertIn("there is no such file", self.kelvarin("gel", command, "none", status=1).stderr)
-            self.assertIn("Example:\n  kelvarin gel " + command,
-                          self.kelvarin("gel", command, "--help").stdout)
+            self.assertRegex(self.kelvarin("gel", command, "--help").stdout, "Examples?:\n  kelvarin gel " + command)
         os.mkfifo(self.path("pipe"))
         self.assertIn("it is a device or a pipe", self.kelvarin("gel", "info", "pipe", status=1).stderr)
         self.make()
