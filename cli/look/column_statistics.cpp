@@ -154,13 +154,16 @@ ColumnSummary ColumnStatistics::summary() {
   }
   if (m_moments.count() > 0) {
     constexpr double kQuarters[] = {0.25, 0.5, 0.75};
-    const std::vector<double> quarters = m_quantiles.quantiles(kQuarters);
+    // Of few different numbers all are known, with how often they come.
+    const std::vector<double> quarters = m_values.isExact()
+                                             ? exactQuantiles(m_values.sortedNumbers(), kQuarters)
+                                             : m_quantiles.quantiles(kQuarters);
     summary.numbers = {.low = m_low,
                        .high = m_high,
                        .mean = m_moments.mean(),
                        .deviation = m_moments.deviation(),
                        .quarters = {quarters[0], quarters[1], quarters[2]},
-                       .areQuartersExact = m_quantiles.isExact()};
+                       .areQuartersExact = m_values.isExact() || m_quantiles.isExact()};
   }
   return summary;
 }

@@ -32,7 +32,7 @@ inline QString estimatedDistinct(const QString& bound) {
 inline QString estimatedQuantiles(const QString& bound) {
   return QStringLiteral(
              "~ of q25, median and q75: values of a rank within some 0.2 % (sampled) "
-             "where a column has more than %1 numbers.")
+             "where a column has more than %1 numbers, many of them different.")
       .arg(bound);
 }
 

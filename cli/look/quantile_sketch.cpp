@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <utility>
 
 namespace kelvarin {
@@ -88,16 +87,12 @@ QuantileSketch::Buffer QuantileSketch::joined(const Buffer& a, const Buffer& b) 
 }
 
 std::vector<double> QuantileSketch::quantiles(std::span<const double> shares) const {
-  struct Weighted {
-    double number;
-    double weight;
-  };
-  std::vector<Weighted> all;
-  double total = 0.0;
+  std::vector<WeightedNumber> all;
+  std::uint64_t total = 0;
   const auto append = [&](const std::vector<double>& numbers, int level) {
     for (const double number : numbers) {
-      all.push_back({number, std::ldexp(1.0, level)});
-      total += all.back().weight;
+      all.push_back({number, std::uint64_t{1} << level});
+      total += all.back().count;
     }
   };
   append(m_all, 0);
@@ -105,25 +100,44 @@ std::vector<double> QuantileSketch::quantiles(std::span<const double> shares) co
   for (const Buffer& buffer : m_buffers) {
     append(buffer.numbers, buffer.level);
   }
-  std::sort(all.begin(), all.end(),
-            [](const Weighted& a, const Weighted& b) { return a.number < b.number; });
+  std::sort(all.begin(), all.end());
+  if (m_isExact) {
+    return exactQuantiles(all, shares);
+  }
   std::vector<double> quantiles;
   for (const double share : shares) {
-    if (m_isExact) {
-      const double position = share * static_cast<double>(all.size() - 1);
-      const auto below = static_cast<std::size_t>(position);
-      const double low = all[below].number;
-      const double high = all[std::min(below + 1, all.size() - 1)].number;
-      const double part = position - static_cast<double>(below);
-      quantiles.push_back(part == 0.0 || low == high ? low : low + part * (high - low));
-      continue;
-    }
-    double passed = 0.0;
+    const double rank = share * static_cast<double>(total);
+    std::uint64_t passed = all.front().count;
     std::size_t i = 0;
-    for (; i + 1 < all.size() && passed + all[i].weight < share * total; ++i) {
-      passed += all[i].weight;
+    while (i + 1 < all.size() && static_cast<double>(passed) < rank) {
+      passed += all[++i].count;
     }
     quantiles.push_back(all[i].number);
+  }
+  return quantiles;
+}
+
+std::vector<double> exactQuantiles(std::span<const WeightedNumber> numbers,
+                                   std::span<const double> shares) {
+  std::uint64_t total = 0;
+  for (const WeightedNumber& number : numbers) {
+    total += number.count;
+  }
+  const auto numberAt = [numbers](std::uint64_t position) {
+    std::size_t i = 0;
+    for (; position >= numbers[i].count; ++i) {
+      position -= numbers[i].count;
+    }
+    return numbers[i].number;
+  };
+  std::vector<double> quantiles;
+  for (const double share : shares) {
+    const double position = share * static_cast<double>(total - 1);
+    const auto below = static_cast<std::uint64_t>(position);
+    const double low = numberAt(below);
+    const double high = numberAt(std::min(below + 1, total - 1));
+    const double part = position - static_cast<double>(below);
+    quantiles.push_back(part == 0.0 || low == high ? low : low + part * (high - low));
   }
   return quantiles;
 }

@@ -17,6 +17,18 @@
 
 namespace kelvarin {
 
+// A number that comes so often.
+struct WeightedNumber {
+  double number = 0.0;
+  std::uint64_t count = 0;
+  bool operator<(const WeightedNumber& other) const { return number < other.number; }
+};
+
+// For each share, from 0 to 1, the number at that position of all, or what lies between two of them
+// in proportion. There is one, and they are sorted.
+std::vector<double> exactQuantiles(std::span<const WeightedNumber> numbers,
+                                   std::span<const double> shares);
+
 class QuantileSketch {
  public:
   static constexpr std::size_t kExactNumbers = 32 * 1024;
@@ -24,8 +36,7 @@ class QuantileSketch {
   // No NaNs.
   void add(std::span<const double> numbers);
   bool isExact() const { return m_isExact; }
-  // For each share, from 0 to 1, the number at that position of all in their order, or for exact
-  // ones between two of them. There is one.
+  // As exactQuantiles(), where they are exact; else numbers near there.
   std::vector<double> quantiles(std::span<const double> shares) const;
 
  private:

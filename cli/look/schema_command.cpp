@@ -161,8 +161,8 @@ void addSchemaCommand(CLI::App& program, ChosenCommand& chosen) {
       ->allow_extra_args(false)
       ->type_name("NAME=VALUE");
   command->footer(
-      "Whether a column has missing values is known of columnar files. Of a graph, each output of "
-      "each action is listed.\n\n"
+      "Whether a column has missing values is known of columnar files. Of a graph, each\n"
+      "output of each action is listed.\n\n"
       "Examples:\n  kelvarin schema sales.csv\n  kelvarin schema sales.kelvarin --format json");
   command->callback(
       [arguments, &chosen] { chosen = [arguments] { return showSchema(*arguments); }; });

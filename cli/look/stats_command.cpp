@@ -51,7 +51,7 @@ void addStatsCommand(CLI::App& program, ChosenCommand& chosen) {
   arguments->form.addTo(*command);
   arguments->table.addTo(*command);
   command->footer(
-      "Missing values, distinct values, bounds, mean, quartiles, the longest text in characters "
+      "Missing and distinct values, bounds, mean, quartiles, the longest text in characters\n"
       "and the most frequent value of each column. What is estimated has a ~ in front.\n\n"
       "Examples:\n  kelvarin stats sales.csv\n  kelvarin stats sales.parquet --format json");
   command->callback(

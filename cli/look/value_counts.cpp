@@ -107,6 +107,18 @@ std::uint64_t ValueCounts::distinctCount() const {
   return isExact() ? m_size : static_cast<std::uint64_t>(std::llround(m_estimate->count()));
 }
 
+std::vector<WeightedNumber> ValueCounts::sortedNumbers() const {
+  std::vector<WeightedNumber> numbers;
+  numbers.reserve(m_size);
+  for (const Entry& entry : m_slots) {
+    if (entry.count != 0) {
+      numbers.push_back({std::bit_cast<double>(entry.value), entry.count});
+    }
+  }
+  std::sort(numbers.begin(), numbers.end());
+  return numbers;
+}
+
 std::optional<ValueCounts::Frequent> ValueCounts::mostFrequent(bool areTexts) const {
   const Entry* best = nullptr;
   for (const Entry& entry : m_slots) {

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "cli/look/distinct_estimate.h"
+#include "cli/look/quantile_sketch.h"
 
 namespace kelvarin {
 
@@ -46,6 +47,8 @@ class ValueCounts {
   bool canCountMore(std::size_t values) const { return isExact() && m_size + values <= m_bound; }
   bool isExact() const { return !m_estimate; }
   std::uint64_t distinctCount() const;
+  // Of numbers that were counted exactly: each with how often it comes, in their order.
+  std::vector<WeightedNumber> sortedNumbers() const;
   // Of several that come as often, the smallest one. None where no value comes twice. `areTexts`
   // says what was added.
   std::optional<Frequent> mostFrequent(bool areTexts) const;

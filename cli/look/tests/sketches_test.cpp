@@ -31,6 +31,22 @@ TEST(QuantileSketch, IsExactWhileSmall) {
   EXPECT_TRUE(sketch.isExact());
 }
 
+TEST(ColumnStatistics, QuartilesOfFewDifferentNumbersAreExact) {
+  BatchCollector collector({MetaTypeColumn::number}, {.rows = 200'000, .bytes = 200'000 * 8});
+  for (int i = 0; i < 100'000; ++i) {
+    const double number = i % 4;
+    const auto* value = reinterpret_cast<const unsigned char*>(&number);
+    collector.append(&value);
+  }
+  ColumnStatistics statistics(MetaTypeColumn::number, 1000);
+  statistics.add(*collector.take(), 0);
+  const ColumnSummary summary = statistics.summary();
+  EXPECT_TRUE(summary.numbers->areQuartersExact);
+  EXPECT_EQ(summary.numbers->quarters[0], 0.75);
+  EXPECT_EQ(summary.numbers->quarters[1], 1.5);
+  EXPECT_EQ(summary.numbers->quarters[2], 2.25);
+}
+
 TEST(QuantileSketch, RanksAreNearWhateverTheOrder) {
   constexpr std::size_t kCount = 2'000'000;
   std::vector<double> numbers = shuffled(kCount);
