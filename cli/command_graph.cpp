@@ -33,7 +33,7 @@ ExitStatus runCommandGraph(CommandGraph graph, const QString& name, const RunOpt
     }
     return ExitStatus::failed;
   }
-  const RunResult result = workInterruptibly(*parsed, runGraph, options, console);
+  const RunResult result = workWithReports(*parsed, runGraph, options, console);
   const ExitStatus status = result.isOk() ? finish(result) : exitStatusOf(result);
   const ExitStatus reported = finishRun(result, options.reports, console);
   return status == ExitStatus::done ? reported : status;
