@@ -49,7 +49,7 @@ ExitStatus runCommandGraph(const CommandGraph& graph, const QString& name,
   if (graph.prepare) {
     graph.prepare(*parsed);
   }
-  const RunResult result = workInterruptibly(*parsed, graph.work, options, console);
+  const RunResult result = workWithReports(*parsed, graph.work, options, console);
   const ExitStatus status = result.isOk() ? finish(result) : exitStatusOf(result);
   const ExitStatus reported = finishRun(result, options.reports, console);
   return status == ExitStatus::done ? reported : status;

@@ -157,6 +157,13 @@ bool writeSummary(const RunResult& result, const std::string& path, Console& con
 
 RunResult workInterruptibly(Graph& graph, GraphWork work, const RunOptions& options,
                             Console& console) {
+  RunOptions plain = options;
+  plain.reports = {};
+  return workWithReports(graph, work, plain, console);
+}
+
+RunResult workWithReports(Graph& graph, GraphWork work, const RunOptions& options,
+                          Console& console) {
   if (const QString fault = faultOfReportFiles(graph, options.reports); !fault.isEmpty()) {
     console.writeLog(LogLevel::error, fault);
     RunResult result;

@@ -43,9 +43,13 @@ using GraphWork = RunResult (*)(Graph& graph, RunRecord& record, const Execution
 [[nodiscard]] bool startLog(const ReportOptions& options, Console& console);
 
 // Runs or checks the graph, as `work` does, with a progress line, and so that a signal ends it in
-// order. Rejected rows are written then.
+// order.
 RunResult workInterruptibly(Graph& graph, GraphWork work, const RunOptions& options,
                             Console& console);
+
+// The same with the reports that the options ask for; rejected rows are written when it is over.
+RunResult workWithReports(Graph& graph, GraphWork work, const RunOptions& options,
+                          Console& console);
 
 // What is reported of every run when it is over, however it has ended, and its status.
 ExitStatus finishRun(const RunResult& result, const ReportOptions& options, Console& console);

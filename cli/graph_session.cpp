@@ -92,7 +92,7 @@ RunResult workOnLoadedGraph(const GraphArguments& arguments, GraphWork work, Con
     }
     return resultOfFaults(loaded.error());
   }
-  return workInterruptibly(loaded->graph, work, arguments.options, console);
+  return workWithReports(loaded->graph, work, arguments.options, console);
 }
 
 // Where an exception ends the work, too, there is a result to report.
