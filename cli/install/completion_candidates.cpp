@@ -1,6 +1,7 @@
 #include "cli/install/completion_candidates.h"
 
 #include <algorithm>
+#include <cctype>
 #include <filesystem>
 
 #include "cli/graph_run.h"
@@ -105,37 +106,37 @@ bool isPartOfName(char character) {
   return std::isalnum(byte) != 0 || character == '_' || byte >= 0x80;
 }
 
-// Functions, and the columns of the file; `before` is what stands before the name.
-void addLanguage(Collector& collector, const TypedLine& line, const std::string& before) {
+// `before` is what stands before the name.
+void addColumns(Collector& collector, const TypedLine& line, const std::string& before) {
   for (const QString& column : columnsOfFile(firstFile(line))) {
     collector.add(before + column.toStdString(), "column");
   }
+}
+
+void addFunctions(Collector& collector, const std::string& before, const char* bracket) {
   for (const LanguageEntry& entry : languageEntries()) {
-    const bool isName = entry.kind == HelpKind::function || entry.kind == HelpKind::constant;
-    if (isName) {
-      collector.add(before + entry.name + (entry.kind == HelpKind::function ? "(" : ""),
-                    entry.entry->comment);
+    const bool isFunction = entry.kind == HelpKind::function;
+    if (isFunction || entry.kind == HelpKind::constant) {
+      collector.add(before + entry.name + (isFunction ? bracket : ""), entry.entry->comment);
     }
   }
 }
 
+// The name at the end of what is typed: of a column, a function or a constant.
 void addExpression(Collector& collector, const TypedLine& line) {
   const std::string& typed = collector.typed();
   std::size_t begin = typed.size();
   while (begin > 0 && isPartOfName(typed[begin - 1])) {
     --begin;
   }
-  addLanguage(collector, line, typed.substr(0, begin));
+  addColumns(collector, line, typed.substr(0, begin));
+  addFunctions(collector, typed.substr(0, begin), "(");
 }
 
 // Of a list that is separated by commas the last one.
-void addColumns(Collector& collector, const TypedLine& line) {
-  const std::size_t comma = collector.typed().rfind(',');
-  const std::string before =
-      comma == std::string::npos ? std::string() : collector.typed().substr(0, comma + 1);
-  for (const QString& column : columnsOfFile(firstFile(line))) {
-    collector.add(before + column.toStdString(), "column");
-  }
+void addColumnList(Collector& collector, const TypedLine& line) {
+  const std::string& typed = collector.typed();
+  addColumns(collector, line, typed.substr(0, typed.rfind(',') + 1));
 }
 
 void addActionTypes(Collector& collector) {
@@ -153,9 +154,7 @@ void addNamesOf(Collector& collector, const TypedLine& line) {
   if (line.command->get_name() == "actions") {
     addActionTypes(collector);
   } else if (line.command->get_name() == "functions") {
-    for (const LanguageEntry& entry : languageEntries()) {
-      collector.add(entry.name, entry.entry->comment);
-    }
+    addFunctions(collector, {}, "");
   }
 }
 
@@ -177,7 +176,7 @@ void addValues(Collector& collector, const TypedLine& line, const DescribedOptio
   } else if (holds(value, "ACTION")) {
     collector.addNames(namesInGraph(firstFile(line)).actions);
   } else if (holds(value, "COLUMN")) {
-    addColumns(collector, line);
+    addColumnList(collector, line);
   } else if (holds(value, "EXPR")) {
     addExpression(collector, line);
   } else if (holds(value, "DIR") || holds(value, "FOLDER")) {

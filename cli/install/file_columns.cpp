@@ -78,6 +78,9 @@ QStringList columnsOfArrow(ArrowFormat format, const std::string& path) {
 }  // namespace
 
 QStringList columnsOfFile(const std::string& path) {
+  if (path.empty()) {
+    return {};
+  }
   const TableKind* kind = tableKindOf(path);
   if (kind == nullptr) {
     return columnsOfText(path);

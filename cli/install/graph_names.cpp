@@ -27,7 +27,7 @@ std::vector<NamedText> namesBelow(QXmlStreamReader& xml, bool areParameters) {
 GraphNames namesInGraph(const std::string& path) {
   GraphNames names;
   QFile file(QString::fromStdString(path));
-  if (!file.open(QIODevice::ReadOnly) || file.isSequential()) {
+  if (path.empty() || !file.open(QIODevice::ReadOnly) || file.isSequential()) {
     return names;
   }
   QXmlStreamReader xml(&file);
