@@ -31,6 +31,7 @@ int processors() {
 
 std::vector<JudgedCase> runCases(const std::vector<TestCase>& tests, const Arguments& arguments) {
   std::vector<JudgedCase> cases;
+  cases.reserve(tests.size());
   for (const TestCase& test : tests) {
     cases.push_back({test, {}});
   }

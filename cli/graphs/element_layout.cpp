@@ -286,6 +286,7 @@ bool haveSameAttributes(const XMLNode& left, const XMLNode& right) {
 
 std::vector<XMLNode> childrenOf(const XMLNode& node) {
   std::vector<XMLNode> children;
+  children.reserve(static_cast<std::size_t>(node.nChildNode()));
   for (int i = 0; i < node.nChildNode(); ++i) {
     children.push_back(node.getChildNode(i));
   }

@@ -65,8 +65,8 @@ double likeness(const ActionFacts& before, const ActionFacts& after, const Graph
     const auto found = known.constFind(each.name);
     return found != known.constEnd() && *found == each.value;
   });
-  const auto all2 = static_cast<double>(one.size() + other.size());
-  return all2 == 0.0 ? 1.0 : 2.0 * static_cast<double>(same) / all2;
+  const auto count = static_cast<double>(one.size() + other.size());
+  return count == 0.0 ? 1.0 : 2.0 * static_cast<double>(same) / count;
 }
 
 class Comparison {
@@ -214,14 +214,20 @@ class Comparison {
       link.from = m_newName.value(link.from, link.from);
       link.to = m_newName.value(link.to, link.to);
     }
-    for (const LinkFacts& link : before) {
-      if (std::ranges::find(m_after.links, link) == m_after.links.end()) {
-        m_lines += QStringLiteral("- link ") + textOfLink(link);
-      }
+    addLinks(QStringLiteral("- link "), before, m_after.links);
+    addLinks(QStringLiteral("+ link "), m_after.links, before);
+  }
+
+  // Those that are missing in `others`.
+  void addLinks(const QString& start, const std::vector<LinkFacts>& links,
+                const std::vector<LinkFacts>& others) {
+    QSet<QString> known;
+    for (const LinkFacts& link : others) {
+      known.insert(textOfLink(link));
     }
-    for (const LinkFacts& link : m_after.links) {
-      if (std::ranges::find(before, link) == before.end()) {
-        m_lines += QStringLiteral("+ link ") + textOfLink(link);
+    for (const LinkFacts& link : links) {
+      if (!known.contains(textOfLink(link))) {
+        m_lines += start + textOfLink(link);
       }
     }
   }

@@ -1,7 +1,11 @@
 #include "cli/graphs/graph_drawing.h"
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
+#include <QHash>
+#include <QSet>
 #include <QStringList>
 
 namespace kelvarin {
@@ -17,27 +21,31 @@ QString counted(std::size_t count, const char* thing) {
 
 // Actions behind those that feed them; those in a cycle come as they are in the file.
 std::vector<std::size_t> orderOfRows(const GraphFacts& graph) {
+  const std::size_t count = graph.actions.size();
+  std::vector<int> missing(count, 0);  // actions that must come first
+  std::vector<std::vector<std::size_t>> readers(count);
+  for (const LinkFacts& link : graph.links) {
+    const int from = graph.indexOf(link.from);
+    const int to = graph.indexOf(link.to);
+    if (from >= 0 && to >= 0) {
+      ++missing[static_cast<std::size_t>(to)];
+      readers[static_cast<std::size_t>(from)].push_back(static_cast<std::size_t>(to));
+    }
+  }
+  std::set<std::pair<int, std::size_t>> open;  // by what is missing, then as in the file
+  for (std::size_t i = 0; i < count; ++i) {
+    open.insert({missing[i], i});
+  }
   std::vector<std::size_t> order;
-  std::vector<char> isPlaced(graph.actions.size(), 0);
-  const auto isReady = [&](std::size_t action) {
-    return std::ranges::all_of(graph.links, [&](const LinkFacts& link) {
-      const int from = graph.indexOf(link.from);
-      return link.to != graph.actions[action].name || from < 0 ||
-             isPlaced[static_cast<std::size_t>(from)] != 0;
-    });
-  };
-  while (order.size() < graph.actions.size()) {
-    std::size_t next = graph.actions.size();
-    for (std::size_t i = 0; i < graph.actions.size(); ++i) {
-      if (isPlaced[i] == 0 && (next == graph.actions.size() || isReady(i))) {
-        next = i;
-        if (isReady(i)) {
-          break;
-        }
+  while (!open.empty()) {
+    const std::size_t next = open.begin()->second;
+    open.erase(open.begin());
+    order.push_back(next);
+    for (const std::size_t reader : readers[next]) {
+      if (open.erase({missing[reader], reader}) > 0) {
+        open.insert({--missing[reader], reader});
       }
     }
-    isPlaced[next] = 1;
-    order.push_back(next);
   }
   return order;
 }
@@ -129,12 +137,6 @@ QString escapedFor(QString text, const QString& quote) {
   return text.replace(u'"', quote).replace(u'\n', u' ');
 }
 
-bool isLinked(const GraphFacts& graph, const ActionFacts& action, bool asSource) {
-  return std::ranges::any_of(graph.links, [&](const LinkFacts& link) {
-    return (asSource ? link.from : link.to) == action.name;
-  });
-}
-
 QString pinsOf(const LinkFacts& link) {
   return link.fromPin == u"0" && link.toPin == u"0" ? QString() : link.fromPin + u':' + link.toPin;
 }
@@ -151,17 +153,19 @@ QString outlineOf(const GraphFacts& graph, const QString& file) {
   for (const NamedValue& parameter : graph.parameters) {
     text += QStringLiteral("  %1 = %2\n").arg(parameter.name, parameter.value);
   }
+  QHash<QString, std::vector<const LinkFacts*>> linksInto;
+  for (const LinkFacts& link : graph.links) {
+    linksInto[link.to].push_back(&link);
+  }
   for (const std::size_t index : orderOfRows(graph)) {
     const ActionFacts& action = graph.actions[index];
     text += QStringLiteral("\n%1 (%2)%3\n")
                 .arg(action.name, action.typeName,
                      action.isDisabled ? QStringLiteral(", switched off") : QString());
-    for (const LinkFacts& link : graph.links) {
-      if (link.to == action.name) {
-        text += QStringLiteral("  <- ") + textOfLink(link).section(QStringLiteral(" -> "), 0, 0) +
-                (link.toPin == u"0" ? QString() : QStringLiteral(" into pin %1").arg(link.toPin)) +
-                u'\n';
-      }
+    for (const LinkFacts* link : linksInto.value(action.name)) {
+      text += QStringLiteral("  <- ") + textOfLink(*link).section(QStringLiteral(" -> "), 0, 0) +
+              (link->toPin == u"0" ? QString() : QStringLiteral(" into pin %1").arg(link->toPin)) +
+              u'\n';
     }
     text += factsInWords(action.facts);
   }
@@ -172,10 +176,16 @@ QString outlineOf(const GraphFacts& graph, const QString& file) {
 }
 
 QString mermaidOf(const GraphFacts& graph) {
+  QSet<QString> sources;
+  QSet<QString> readers;
+  for (const LinkFacts& link : graph.links) {
+    sources.insert(link.from);
+    readers.insert(link.to);
+  }
   QString text = QStringLiteral("flowchart LR\n");
   for (std::size_t i = 0; i < graph.actions.size(); ++i) {
     const ActionFacts& action = graph.actions[i];
-    const bool isEnd = isLinked(graph, action, true) != isLinked(graph, action, false);
+    const bool isEnd = sources.contains(action.name) != readers.contains(action.name);
     const QString label = QStringLiteral("\"%1<br/>%2\"")
                               .arg(escapedFor(action.name.toHtmlEscaped().replace(
                                                   QStringLiteral("&quot;"), QStringLiteral("\"")),

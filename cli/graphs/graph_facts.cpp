@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include <QHash>
-
 #include "cli/graphs/graph_declaration.h"
 
 namespace kelvarin {
@@ -121,8 +119,7 @@ QString pinOf(const XMLNode& link, const char16_t* name) {
 }  // namespace
 
 int GraphFacts::indexOf(const QString& action) const {
-  const auto found = std::ranges::find(actions, action, &ActionFacts::name);
-  return found == actions.end() ? -1 : static_cast<int>(found - actions.begin());
+  return indexes.value(action, -1);
 }
 
 GraphFacts factsOf(const XMLNode& root, const ElementDescription& graph) {
@@ -134,6 +131,9 @@ GraphFacts factsOf(const XMLNode& root, const ElementDescription& graph) {
   forEachElement(section(root, u"Actions"), [&](const XMLNode& node) {
     ActionFacts action{attributeOf(node, u"name"), node.name(), false, {}};
     ActionReader(action).read(node, childNamed(actions, node.name()));
+    if (!facts.indexes.contains(action.name)) {
+      facts.indexes.insert(action.name, static_cast<int>(facts.actions.size()));
+    }
     facts.actions.push_back(std::move(action));
   });
   forEachElement(section(root, u"Links"), [&facts](const XMLNode& node) {

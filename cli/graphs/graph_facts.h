@@ -5,7 +5,9 @@
 
 #include <vector>
 
+#include <QHash>
 #include <QString>
+#include <QStringList>
 
 #include "host/contract/action_description.h"
 #include "host/xml/xml_node.h"
@@ -47,6 +49,7 @@ struct GraphFacts {
   std::vector<ActionFacts> actions;
   std::vector<LinkFacts> links;
   QStringList notes;
+  QHash<QString, int> indexes;  // of the actions, by name; the first of several
 
   int indexOf(const QString& action) const;  // -1 when absent
 };

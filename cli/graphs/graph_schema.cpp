@@ -40,7 +40,7 @@ class SchemaWriter {
     valueType("number",
               "\\s*[+\\-]?(([0-9]+\\.?[0-9]*|\\.[0-9]+)([eE][+\\-]?[0-9]+)?|[iI][nN][fF]|"
               "[nN][aA][nN])\\s*");
-    element(graph, true);
+    element(graph, QString());
     m_out.writeEndDocument();
     return m_text;
   }
@@ -70,7 +70,7 @@ class SchemaWriter {
     m_out.writeEndElement();
   }
 
-  void element(const ElementDescription& described, bool isRoot) {
+  void element(const ElementDescription& described, const QString& parent) {
     m_out.writeStartElement(QStringLiteral("xs:element"));
     attribute("name", described.name);
     const QString text =
@@ -84,7 +84,7 @@ class SchemaWriter {
     }
     children(described);
     for (const AttributeDescription& each : described.attributes) {
-      attributeElement(each, isNeeded(described, each), isRoot);
+      attributeElement(each, isNeeded(described, each, parent), parent.isEmpty());
     }
     m_out.writeEndElement();
     m_out.writeEndElement();
@@ -99,16 +99,15 @@ class SchemaWriter {
     attribute("minOccurs", QStringLiteral("0"));
     attribute("maxOccurs", QStringLiteral("unbounded"));
     for (const ElementDescription& child : described.children) {
-      element(child, false);
+      element(child, described.name);
     }
     m_out.writeEndElement();
   }
 
   // Without them a graph is refused.
-  static bool isNeeded(const ElementDescription& element, const AttributeDescription& attribute) {
-    const bool isNameOfAction = attribute.name == u"name" && !element.attributes.empty() &&
-                                element.attributes.size() > 3 &&
-                                element.attributes[1].name == u"version";
+  static bool isNeeded(const ElementDescription& element, const AttributeDescription& attribute,
+                       const QString& parent) {
+    const bool isNameOfAction = parent == u"Actions" && attribute.name == u"name";
     const bool isEndOfLink =
         element.name == u"Link" && (attribute.name == u"from" || attribute.name == u"to");
     return isNameOfAction || isEndOfLink || element.name == u"Parameter";

@@ -31,6 +31,7 @@ int childOf(const XmlText& text, QStringView name) {
 
 std::vector<XmlEntry> entriesOf(const XmlText& text) {
   std::vector<XmlEntry> entries;
+  entries.reserve(text.children.size());
   for (std::size_t i = 0; i < text.children.size(); ++i) {
     entries.push_back({static_cast<int>(i), text.children[i].element});
   }

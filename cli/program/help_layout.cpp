@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 namespace kelvarin {
 
@@ -92,6 +93,17 @@ std::string HelpLayout::make_option_desc(const CLI::Option* option) const {
     text += " (environment: " + option->get_envname() + ')';
   }
   return text;
+}
+
+// The library puts two empty lines between groups.
+std::string HelpLayout::make_help(const CLI::App* command, std::string name,
+                                  CLI::AppFormatMode mode) const {
+  std::string help = Formatter::make_help(command, std::move(name), mode);
+  for (std::size_t at = help.find("\n\n\n"); at != std::string::npos;
+       at = help.find("\n\n\n", at)) {
+    help.erase(at, 1);
+  }
+  return help;
 }
 
 std::string HelpLayout::make_subcommands(const CLI::App* command, CLI::AppFormatMode) const {

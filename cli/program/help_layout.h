@@ -13,6 +13,8 @@ class HelpLayout final : public CLI::Formatter {
   std::string make_option(const CLI::Option* option, bool isPositional) const override;
   std::string make_option_opts(const CLI::Option* option) const override;
   std::string make_option_desc(const CLI::Option* option) const override;
+  std::string make_help(const CLI::App* command, std::string name,
+                        CLI::AppFormatMode mode) const override;
   std::string make_subcommands(const CLI::App* command, CLI::AppFormatMode mode) const override;
 };
 

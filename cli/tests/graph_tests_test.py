@@ -6,6 +6,7 @@ import subprocess
 import time
 import unittest
 import xml.etree.ElementTree as ElementTree
+from pathlib import Path
 
 from program import PROGRAM, ProgramTest
 
@@ -52,6 +53,9 @@ class GraphTestsTest(ProgramTest):
             self.put(folder + "case.xml", f"<Case>{settings}</Case>")
         for file, text in files.items():
             self.put(folder + file.replace("__", "/").replace("_dot_", "."), text)
+
+    def written(self):
+        return {path.name: path.read_bytes() for path in Path(self.path("g/out")).iterdir()}
 
     def lines(self, *arguments, status=0):
         return self.kelvarin("test", "g", *arguments, status=status).stdout.split("\n")
@@ -110,6 +114,22 @@ class GraphTestsTest(ProgramTest):
         self.assertEqual((suite.get("tests"), suite.get("failures")), ("2", "1"))
         self.assertEqual([len(case) for case in suite], [1, 0])
         self.assertIn("expected 4, found 3.5", suite[0][0].text)
+
+    def test_columnar_files_are_read_and_compared(self):
+        self.kelvarin("gel", "import", "g/data/orders.csv", "g/data/orders.cgel_kelvarin")
+        self.put("g/store.kelvarin", GRAPH.replace("<ReadCSV name='orders' file='data/orders.csv'/>",
+                                                   "<ReadColumnarGel name='orders' fileName='data/orders.cgel_kelvarin'/>")
+                 .replace("<WriteParquet name='copy' file='out/result.parquet'/>",
+                          "<writeColumnarGel name='copy' file='out/store.cgel_kelvarin'/>"))
+        expected = "g/store.test/expected/out/store.cgel_kelvarin.csv"
+        self.put(expected, "item,price\nkettle,24.9\nteapot,39\n")
+        # Of an earlier run, which must not be changed by the test.
+        self.kelvarin("gel", "import", "g/data/orders.csv", "g/out/store.cgel_kelvarin")
+        before = self.written()
+        self.assertEqual(self.lines()[0], "ok    store")
+        self.put(expected, "item,price\nkettle,24.9\nteapot,38\n")
+        self.assertIn("store.cgel_kelvarin.csv: row 2, column 'price': expected 38, found 39", "\n".join(self.lines(status=1)))
+        self.assertEqual(self.written(), before)
 
     def test_update_writes_what_is_expected(self):
         self.case("new")

@@ -1,6 +1,7 @@
 """Graph files as texts: made, laid out, shown, compared, upgraded, and described for editors."""
 
 import os
+import random
 import re
 import shutil
 import subprocess
@@ -120,6 +121,28 @@ class GraphTextTest(ProgramTest):
             self.write("before.kelvarin", text)
             self.assertEqual(self.kelvarin("graph", "diff", "before.kelvarin", name).stdout, "")
 
+    def test_fmt_of_any_layout_keeps_comments_and_meaning_and_is_done_after_one_time(self):
+        numbers = random.Random(7)
+        additions = ("\n", "\n\n\n", " ", "\t", "<!-- c -->", "\n<!-- a\n  b -->\n", "<!-- x --><!-- y -->", " <!-- z -->\n", "<?i i?>")
+        sources = [path.read_text() for path in GRAPHS] + [MESSY, OLD]
+        texts = []
+        for _ in range(60):
+            text = numbers.choice(sources)
+            for _ in range(numbers.randint(1, 12)):
+                # Between elements; in front of the closing tag of a text it would be a part of it.
+                tags = re.finditer(r"<(?!/(V|S|Expression|OutputVar|child)\b|b/)[/\w]", text)
+                at = numbers.choice([tag.start() for tag in tags])
+                text = text[:at] + numbers.choice(additions) + text[at:]
+            texts.append(text)
+        names = [self.write(f"{i}.kelvarin", text) for i, text in enumerate(texts)]
+        self.kelvarin("graph", "fmt", "--quiet", *names)
+        self.kelvarin("graph", "fmt", "--check", *names)
+        for name, text in zip(names, texts):
+            laid_out = self.read(name)
+            self.assertEqual([laid_out.count(mark) for mark in ("<!--", "<?i i?>")],
+                             [text.count(mark) for mark in ("<!--", "<?i i?>")])
+            self.assertNotRegex(laid_out, r"\n\n\n|[ \t]\n(?!null)")
+
     def test_faults_are_reported_and_nothing_is_written(self):
         self.write("broken.kelvarin", "<KelvarinGraph>\n <Actions>\n</KelvarinGraph>")
         self.write("other.kelvarin", "<html/>")
@@ -158,6 +181,13 @@ class GraphTextTest(ProgramTest):
         self.assertIn('"a \\"b\\" \\\\ <c>" [label="a \\"b\\" \\\\ <c>\\nDiscard", style=dashed];', dot)
         self.assertIn('a0["a #quot;b#quot; \\ &lt;c&gt;<br/>Discard"]:::off',
                       self.kelvarin("graph", "show", "--mermaid", "odd.kelvarin").stdout)
+
+    def test_show_cuts_long_tables(self):
+        rows = "".join(f"<Row><V>{i}</V><V null='1'/></Row>" for i in range(30))
+        self.write("t.kelvarin", graph(f"<InlineTable name='t'><Column name='a'/><Column name='b'/>{rows}</InlineTable>"))
+        text = self.kelvarin("graph", "show", "t.kelvarin").stdout
+        self.assertIn("    Column name='b'\n    Row: 0 | null\n", text)
+        self.assertIn("    Row: 7 | null\n    ... and 22 more\n", text)
 
     def difference(self, before, after):
         self.write("before.kelvarin", before)
