@@ -28,7 +28,7 @@ QString barListOf(const std::vector<std::string>& texts) {
 
 void CsvOptions::addTo(CLI::App& command) {
   const auto put = [this](CLI::Option* option, const char* type) {
-    option->group("CSV files")->type_name(type);
+    option->group(kCsvOptionsGroup)->type_name(type);
     m_options.push_back(option);
     return option;
   };

@@ -14,6 +14,9 @@
 
 namespace kelvarin {
 
+// The group of these options in help; the topic csv explains them.
+inline constexpr char kCsvOptionsGroup[] = "CSV files";
+
 struct CsvOptions {
   std::string separator;  // empty: not given
   std::string quote = "auto";

@@ -55,6 +55,7 @@ void addCalcCommand(CLI::App& program, ChosenCommand& chosen) {
       ->needs(save);
   arguments->csv.addTo(*command);
   arguments->run.addTo(*command);
+  arguments->run.reports.addTo(*command);
   command->footer(
       "Examples:\n"
       "  kelvarin calc 'total=price*quantity' orders.csv --filter 'total >= 40'\n"

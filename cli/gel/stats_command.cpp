@@ -66,7 +66,7 @@ void addGelStats(CLI::App& gel, ChosenCommand& chosen) {
   command->add_option("FILE", arguments->file, "the main file")->required()->type_name("");
   arguments->form.addTo(*command);
   command->footer(
-      "Block filters decide by these which blocks are read. 'kelvarin stats' computes more, from "
+      "Block filters decide by these which blocks are read. 'kelvarin stats' computes from "
       "all values.\n\n"
       "Examples:\n  kelvarin gel stats sales.cgel_kelvarin\n"
       "  kelvarin gel stats sales.cgel_kelvarin --format csv");

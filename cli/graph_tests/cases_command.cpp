@@ -96,8 +96,8 @@ void addTestCommand(CLI::App& program, ChosenCommand& chosen) {
   constexpr int kMaxJobs = 1024;
   constexpr int kMaxSeconds = 1'000'000;
   auto arguments = std::make_shared<Arguments>();
-  CLI::App* command = program.add_subcommand(
-      "test", "Run graphs with known inputs, and compare what they write with what is expected");
+  CLI::App* command =
+      program.add_subcommand("test", "Run graphs with known inputs, and compare what they write");
   command->add_option("PATH", arguments->paths, "graphs, or folders with graphs below them")
       ->required()
       ->type_name("");

@@ -3,8 +3,10 @@
 
 #include "cli/commands.h"
 #include "cli/console.h"
+#include "cli/csv_options.h"
 #include "cli/help/help_topics.h"
 #include "cli/help/messages.h"
+#include "cli/reports/report_options.h"
 #include "host/contract/nearest_names.h"
 
 namespace kelvarin {
@@ -45,6 +47,31 @@ QStringList namesBelow(const CLI::App& command) {
 // The library would explain the command that was given, which is this one.
 std::string helpOf(const CLI::App& command, const std::string& name) {
   return command.get_formatter()->make_help(&command, name, CLI::AppFormatMode::Normal);
+}
+
+// The options that a topic explains: a group of those of a command.
+struct ExplainedOptions {
+  const char* topic;
+  std::string group;
+  std::vector<std::string> command;
+};
+
+void printOptionsOfTopic(const CLI::App& program, const std::string& topic) {
+  const ExplainedOptions known[] = {{"csv", kCsvOptionsGroup, {"gel", "import"}},
+                                    {"reports", kReportOptionsGroup, {"run"}}};
+  for (const ExplainedOptions& explained : known) {
+    const CLI::App* command = findCommand(program, explained.command);
+    const auto* layout = dynamic_cast<const CLI::Formatter*>(program.get_formatter().get());
+    if (explained.topic != topic || command == nullptr || layout == nullptr) {
+      continue;
+    }
+    print("\nOptions of commands:\n");
+    for (const CLI::Option* option : command->get_options([&explained](const CLI::Option* each) {
+           return each->get_group() == explained.group;
+         })) {
+      print(layout->make_option(option, false));
+    }
+  }
 }
 
 void printOverview(const CLI::App& program, const std::vector<HelpTopic>& topics) {
@@ -101,6 +128,7 @@ ExitStatus help(const CLI::App& program, const std::vector<std::string>& words) 
   }
   if (const HelpTopic* topic = findTopic(topics, name)) {
     print(topic->text);
+    printOptionsOfTopic(program, topic->name);
     return ExitStatus::done;
   }
   return reportUnknown(program, words, topics);

@@ -37,23 +37,27 @@ Examples:
 
 constexpr char kCsv[] = R"(ReadCSV reads a file of separated values, WriteCSV writes one.
 
-  separator=';'          one character; \t is TAB          (default ,)
-  quote='"'              encloses fields; empty: none      (default ")
+  separator=';'          one character; \t is TAB, auto: from a look at the file  (default ,)
+  quote='"'              encloses fields; empty: none; auto                      (default ")
+  encoding='auto'        or ISO-8859-1, windows-1252, UTF-16                     (default UTF-8)
   header='0'             the first line has no names       (default 1)
   nullText='NA'          an unquoted field that is null    (default: the empty field)
+  decimal=',' thousands='.' skipLines='2' comment='#' short='null' long='ignore' fileColumn='file'
   onBadValue='null'      a value that does not fit is null (default abort: the run stops)
   sortedOn='id 0'        the order that the file has; verified
   <Column name='id' meta='U'/>    the type of a column, inside ReadCSV; others are inferred
 
 A quoted empty field is the empty text; an unquoted one is null, where nullText is empty.
-Numbers have a decimal point. A file that cannot be read as it was declared stops the run with file,
-line, column and value, and what was to be written keeps its content.
+Files may be compressed by gzip or zstd, and file='2024-*.csv' reads several. A file that cannot be
+read as it was declared stops the run with file, line, column and value, and what was to be written
+keeps its content.
 
-file='-' of WriteCSV is standard output; file='/dev/stdin' of ReadCSV is standard input.
+file='-' is standard input of ReadCSV and standard output of WriteCSV.
 All attributes: 'kelvarin actions ReadCSV', 'kelvarin actions WriteCSV'.
+Commands that read tables look at the file for what these options do not say.
 
 Examples:
-  kelvarin actions ReadCSV
+  kelvarin head examples/flights/data/flights.csv --separator ,
   kelvarin graph new first.kelvarin --from examples/flights/data/flights.csv
 )";
 
@@ -113,6 +117,16 @@ Examples:
   kelvarin actions
 )";
 
+constexpr char kReports[] =
+    R"(What 'kelvarin run' and 'kelvarin calc' report beside results, and how a run is limited and
+repeated. Rows are rejected by actions with abortWhenError='0', which go on after a row that
+failed; no option makes others go on. The page docs/running.md has examples.
+
+Examples:
+  kelvarin run examples/flights/flights.kelvarin --limit 1000 --explain
+  kelvarin calc 'chance=rand(2)' examples/flights/data/flights.csv --limit 3 --seed 1
+)";
+
 constexpr char kTests[] =
     R"(A graph is tested by folders beside it; no code is written. The tests of orders.kelvarin:
 
@@ -150,6 +164,8 @@ constexpr HelpTopic kTopics[] = {
      "files with blocks and "
      "statistics",
      kColumnar},
+    {"reports", "rejects,limit,seed,progress,explain", "what a run reports, limits, repetition",
+     kReports},
     {"tests", "testing", "graphs with inputs and expected outputs", kTests},
     {"exit-status", "exit status,exit,status,exit code,exit-code", "0, 1, 2 and 130", kExitStatus},
     {"environment", "env,variables", "variables of the environment", kEnvironment},

@@ -4,6 +4,7 @@
 
 #include <QFile>
 
+#include "cli/gel/messages.h"
 #include "cli/look/messages.h"
 #include "host/files/file_signatures.h"
 
@@ -33,11 +34,6 @@ const TableKind* kindByContent(const std::string& path) {
   }
 }
 
-// Sources open files only, of which standard input is one.
-QString pathToRead(const std::string& file) {
-  return file == kStandardStream ? QStringLiteral("/dev/stdin") : absolutePath(file);
-}
-
 QByteArray documentOf(const QString& source) {
   return QStringLiteral(
              "<KelvarinGraph version='1.0'><Parameters><Parameter name='table' value=''/>"
@@ -56,7 +52,7 @@ ExitStatus workOnTable(const LookedTable& table, RowTaker& taker, Console& conso
   }
   const QString source = QString::fromUtf16(kSource);
   CommandGraph graph{.document = documentOf(table.readElement(*kind, source)),
-                     .values = {{source, pathToRead(table.file)}},
+                     .values = {{source, absolutePath(table.file)}},
                      .ownAction = std::make_unique<TakenRows>(XMLNode::emptyNode(), nullptr, taker),
                      .work = work,
                      .prepare = std::move(prepare)};
@@ -70,6 +66,7 @@ void LookedTable::addTo(CLI::App& command) {
   command.add_option("--from", from, "csv, tsv, parquet, arrow or gel [by extension; csv for -]")
       ->check(CLI::IsMember({"csv", "tsv", "parquet", "arrow", "gel"}))
       ->type_name("KIND");
+  csv.addTo(command);
   options.addTo(command);
 }
 
@@ -84,15 +81,19 @@ const TableKind* LookedTable::kind(Console& console) const {
   if (kind == nullptr) {
     console.writeLog(LogLevel::error, look_messages::unknownKind(QString::fromStdString(file),
                                                                  knownTableExtensions()));
-  } else if (isInput && QLatin1String(kind->format) != QLatin1String("CSV")) {
+  } else if (isInput && !kind->isCsv() && kind != tableKindNamed("arrow")) {
     console.writeLog(LogLevel::error, look_messages::columnarNotFromInput());
+    return nullptr;
+  }
+  if (kind != nullptr && !kind->isCsv() && csv.areGiven()) {
+    console.writeLog(LogLevel::error, gel_messages::noCsvFile(QString::fromStdString(file)));
     return nullptr;
   }
   return kind;
 }
 
 QString LookedTable::readElement(const TableKind& kind, const QString& action) const {
-  return kind.readElement(action);
+  return kind.readElement(action, kind.isCsv() ? csv.attributes(kind) : QString());
 }
 
 ExitStatus checkTable(const LookedTable& table, Console& console,

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "cli/command_graph.h"
+#include "cli/csv_options.h"
 #include "cli/table_kind.h"
 #include "cli/taken_rows.h"
 
@@ -15,9 +16,10 @@ namespace kelvarin {
 struct LookedTable {
   std::string file;
   std::string from;
+  CsvOptions csv;
   RunOptions options;
 
-  // FILE, --from and those of RunOptions.
+  // FILE, --from and those of CsvOptions and RunOptions.
   void addTo(CLI::App& command);
   // Null: the console has said why.
   const TableKind* kind(Console& console) const;

@@ -14,7 +14,8 @@ inline QString unknownKind(const QString& file, const QString& known) {
 
 inline QString columnarNotFromInput() {
   return QStringLiteral(
-      "Only CSV can be read from standard input. Give the name of the file instead of '-'.");
+      "Only CSV and Arrow can be read from standard input. Give the name of the file instead of "
+      "'-'.");
 }
 
 inline QString rowsOf(const QString& rows, const QString& file) {

@@ -16,8 +16,8 @@ constexpr std::pair<const char*, const char*> kGroupOfCommand[] = {
     {"run", "Run"},         {"check", "Run"},      {"test", "Run"},     {"schema", "Look"},
     {"head", "Look"},       {"tail", "Look"},      {"sample", "Look"},  {"count", "Look"},
     {"stats", "Look"},      {"calc", "Compute"},   {"eval", "Compute"}, {"functions", "Compute"},
-    {"graph", "Graphs"},    {"actions", "Graphs"}, {"gel", "Files"},    {"gui", "Windows"},
-    {"edit", "Windows"},    {"help", "Help"},      {"version", "Help"}, {"doctor", "Help"},
+    {"graph", "Graphs"},    {"actions", "Graphs"}, {"gel", "Files"},    {"gui", "Graphs"},
+    {"edit", "Graphs"},     {"help", "Help"},      {"version", "Help"}, {"doctor", "Help"},
     {"completion", "Help"},
 };
 

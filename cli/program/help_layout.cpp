@@ -4,6 +4,9 @@
 #include <string_view>
 #include <utility>
 
+#include "cli/csv_options.h"
+#include "cli/reports/report_options.h"
+
 namespace kelvarin {
 
 namespace {
@@ -13,8 +16,7 @@ constexpr std::size_t kNameColumn = 2;
 constexpr std::size_t kTextColumn = 29;
 
 // The groups of the program's commands, in this order; others come behind them.
-constexpr std::string_view kGroups[] = {"Run",   "Look",    "Compute", "Graphs",
-                                        "Files", "Windows", "Help"};
+constexpr std::string_view kGroups[] = {"Run", "Look", "Compute", "Graphs", "Files", "Help"};
 
 // Two columns; the second one goes on below itself.
 std::string lineOf(const std::string& name, const std::string& text) {
@@ -48,6 +50,13 @@ std::string lineOf(const std::string& name, const std::string& text) {
   return out + '\n';
 }
 
+// Of a group of options that a topic explains; empty for any other one.
+std::string_view topicOfGroup(std::string_view group) {
+  return group == kCsvOptionsGroup      ? "csv"
+         : group == kReportOptionsGroup ? "reports"
+                                        : std::string_view();
+}
+
 // The type's name and behind it what checks the value, as the library joins them.
 std::pair<std::string, std::string> typeAndChecks(const CLI::Option& option) {
   const std::string type = option.get_type_name();
@@ -61,6 +70,20 @@ std::pair<std::string, std::string> typeAndChecks(const CLI::Option& option) {
 HelpLayout::HelpLayout() {
   label("OPTIONS", "OPTIONS");
   label("Positionals", "Arguments");
+}
+
+std::string HelpLayout::make_group(std::string group, bool isPositional,
+                                   std::vector<const CLI::Option*> options) const {
+  const std::string_view topic = topicOfGroup(group);
+  if (topic.empty()) {
+    return Formatter::make_group(std::move(group), isPositional, std::move(options));
+  }
+  std::string names;
+  for (const CLI::Option* option : options) {
+    names += (names.empty() ? "" : ", ") + option->get_name();
+  }
+  return '\n' + group + ", explained by 'kelvarin help " + std::string(topic) + "':\n" +
+         lineOf({}, names);
 }
 
 std::string HelpLayout::make_option(const CLI::Option* option, bool isPositional) const {
@@ -124,7 +147,8 @@ std::string HelpLayout::make_subcommands(const CLI::App* command, CLI::AppFormat
       }
     }
     if (!lines.empty()) {
-      out += '\n' + (group == "Subcommands" ? "Commands" : group) + ":\n" + lines;
+      out +=
+          (out.empty() ? "\n" : "") + (group == "Subcommands" ? "Commands" : group) + ":\n" + lines;
     }
   }
   return out;

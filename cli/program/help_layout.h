@@ -2,6 +2,9 @@
 // commands of the program in groups.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include <CLI/CLI.hpp>
 
 namespace kelvarin {
@@ -10,6 +13,9 @@ class HelpLayout final : public CLI::Formatter {
  public:
   HelpLayout();
 
+  // Options that many commands share are named only; a topic explains them.
+  std::string make_group(std::string group, bool isPositional,
+                         std::vector<const CLI::Option*> options) const override;
   std::string make_option(const CLI::Option* option, bool isPositional) const override;
   std::string make_option_opts(const CLI::Option* option) const override;
   std::string make_option_desc(const CLI::Option* option) const override;

@@ -49,6 +49,7 @@ void addFilesTo(CLI::App& command, ReportOptions& options) {
 }  // namespace
 
 void ReportOptions::addTo(CLI::App& command) {
+  const std::size_t optionsBefore = command.get_options().size();
   constexpr long long kMaxRows = std::numeric_limits<long long>::max();
   command.add_option("--limit", limit, "at most so many rows from each source")
       ->check(CLI::Range(1LL, kMaxRows).description(""))
@@ -69,6 +70,9 @@ void ReportOptions::addTo(CLI::App& command) {
   command.add_option("--progress", progress, "auto, json (an object a second) or none")
       ->transform(CLI::CheckedTransformer(styles).description(""))
       ->type_name("STYLE");
+  for (std::size_t i = optionsBefore; i < command.get_options().size(); ++i) {
+    command.get_options()[i]->group(kReportOptionsGroup);
+  }
 }
 
 void ReportOptions::applyTo(GlobalParameters& graph) const {

@@ -21,6 +21,9 @@ enum class ProgressStyle {
   none
 };
 
+// The group of these options in help; the topic reports explains them.
+inline constexpr char kReportOptionsGroup[] = "Reports";
+
 struct ReportOptions {
   std::optional<long long> limit;  // rows of each source
   std::optional<std::uint32_t> seed;

@@ -1,5 +1,6 @@
 """Help: every command's fits a screen and has two examples, which run; so do those of the topics."""
 
+import gzip
 import os
 import re
 import shutil
@@ -32,7 +33,7 @@ def commands_below(text):
 def examples_of(text):
     joined = text.replace("\\\n", " ")
     part = re.split(r"^Examples?:$", joined, flags=re.MULTILINE)[-1]
-    return [line.strip() for line in part.split("\n") if re.match(r"^  (kelvarin|[\w ]+.*\| *kelvarin) ", line)]
+    return [line.strip() for line in part.split("\n") if re.match(r"^  (kelvarin|\w.*(\| *|<\()kelvarin) ", line)]
 
 
 class HelpTest(ProgramTest):
@@ -54,14 +55,24 @@ class HelpTest(ProgramTest):
         sales = "day,shop,item,price,quantity\n" + "".join(
             f"2024-0{1 + i % 9}-1{i % 9},shop {i % 3},item {i % 7},{i}.5,{i % 4}\n" for i in range(200))
         orders = "id,item,price,quantity\n1,kettle,24.90,2\n2,cup,3.50,12\n3,teapot,39.00,1\n"
-        for name, text in (("sales.csv", sales), ("orders.csv", orders)):
+        trips = "distance in km,hours\n120,1.5\n"
+        for name, text in (("sales.csv", sales), ("orders.csv", orders), ("trips.csv", trips),
+                           ("sales.tsv", sales.replace(",", "\t"))):
             self.write(name, text)
-        self.kelvarin("gel", "import", "sales.csv", "sales.cgel_kelvarin")
+        for name, text in (("sales.csv.gz", sales), ("old.csv.gz", "a;b\n1,5;2\n")):
+            with gzip.open(self.path(name), "wt") as file:
+                file.write(text)
+        for name in ("sales", "before", "after"):
+            self.kelvarin("gel", "import", "sales.csv", name)
+        for name in ("sales", "trips"):
+            self.kelvarin("calc", name + ".csv", "-o", name + ".parquet")
+        self.kelvarin("calc", "total=price*quantity", "sales.csv", "-o", "-", "--save", "sales.kelvarin", "--no-run")
+        os.makedirs(self.path(".config/fish/completions"))
         os.mkdir(self.path("bin"))
         os.symlink(PROGRAM, self.path("bin/kelvarin"))
 
     def run_example(self, line):
-        environment = {**os.environ, "PATH": self.path("bin") + os.pathsep + os.environ["PATH"]}
+        environment = {**os.environ, "HOME": self.folder, "PATH": self.path("bin") + os.pathsep + os.environ["PATH"]}
         result = subprocess.run(["bash", "-o", "pipefail", "-c", line], cwd=self.folder, capture_output=True, text=True,
                                 timeout=60, stdin=subprocess.DEVNULL, env=environment)
         allowed = (0, 1) if MAY_END_WITH_1.match(line) else (0,)

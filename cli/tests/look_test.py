@@ -125,10 +125,10 @@ class LookTest(ProgramTest):
         self.make()
         os.rename(self.path("t.parquet"), self.path("parquet"))
         self.assertEqual(self.kelvarin("count", "parquet").stdout, "12000\n")
-        self.assertIn("Only CSV can be read", self.kelvarin("head", "-", "--from", "parquet", status=2).stderr)
+        self.assertIn("Only CSV and Arrow can be read", self.kelvarin("head", "-", "--from", "parquet", status=2).stderr)
         self.assertIn("no option '--fromat'", self.kelvarin("head", "t.csv", "--fromat", "csv", status=2).stderr)
         self.assertNotEqual(self.run_program("stats", "absent.csv").returncode, 0)
-        result = subprocess.run(f"'{PROGRAM}' head -n 12000 t.csv | head -1", shell=True, cwd=self.folder,
+        result = subprocess.run(f"'{PROGRAM}' head -n 12000 t.csv --quiet | head -1", shell=True, cwd=self.folder,
                                 capture_output=True, text=True, timeout=60)
         self.assertEqual((result.stdout, result.stderr), ("id,price,name\n", ""))
 

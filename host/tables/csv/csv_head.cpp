@@ -198,9 +198,9 @@ void noteOtherSeparator(TextInput& file, const CsvRecord& record, CsvHead& head)
   if (record.fieldCount != 1) {
     return;
   }
-  static constexpr std::pair<char, const char*> kSeparators[] = {
+  static constexpr std::pair<char, const char*> kOthers[] = {
       {';', ";"}, {'\t', "\\t"}, {'|', "|"}, {',', ","}};
-  for (const auto& [separator, attribute] : kSeparators) {
+  for (const auto& [separator, attribute] : kOthers) {
     if (record.fields[0].find(separator) != std::string::npos) {
       head.notes += table_messages::atLocation(
           table_messages::atLine(file.path(), record.line),
