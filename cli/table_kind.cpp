@@ -84,8 +84,18 @@ const TableKind* tableKindNamed(const std::string& name) {
   return nullptr;
 }
 
+const TableKind* tableKindToRead(const std::string& path) {
+  const QFileInfo file(QString::fromStdString(path));
+  const QString extension = file.suffix().toLower();
+  if (extension != QLatin1String("gz") && extension != QLatin1String("zst")) {
+    return tableKindOf(path);
+  }
+  const TableKind* kind = tableKindOf(file.completeBaseName().toStdString());
+  return kind != nullptr && kind->isCsv() ? kind : nullptr;
+}
+
 const TableKind& tableKindOfContent(const std::string& path) {
-  if (const TableKind* kind = tableKindOf(path); kind != nullptr) {
+  if (const TableKind* kind = tableKindToRead(path); kind != nullptr) {
     return *kind;
   }
   switch (formatOfContent(QString::fromStdString(path))) {

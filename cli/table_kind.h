@@ -29,6 +29,8 @@ struct TableKind {
 
 // By the extension of a path; null when it is none of them.
 const TableKind* tableKindOf(const std::string& path);
+// The same of a file to be read, which may be a CSV file that is compressed: x.csv.gz, x.tsv.zst.
+const TableKind* tableKindToRead(const std::string& path);
 // By its name: csv, tsv, parquet, arrow, gel; null when it is none of them.
 const TableKind* tableKindNamed(const std::string& name);
 const TableKind& csvKind();

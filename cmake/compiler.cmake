@@ -1,9 +1,15 @@
 # Warnings, sanitizers and speed-ups that every target of the project shares.
 
+# A build that nobody changes and compiles again reads sources together.
+option(KELVARIN_GROUPED "Compile several sources of a library as one" OFF)
+
 add_library(project_options INTERFACE)
+# Where sources are read together, a name may hide a local one of another source, and a local type of
+# one source is none of a header.
 target_compile_options(project_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
-  -Werror)
+  -Wall -Wextra -Wpedantic $<$<NOT:$<BOOL:${KELVARIN_GROUPED}>>:-Wshadow> -Wnon-virtual-dtor
+  -Woverloaded-virtual -Wcast-align -Werror
+  $<$<AND:$<BOOL:${KELVARIN_GROUPED}>,$<CXX_COMPILER_ID:GNU>>:-Wno-subobject-linkage>)
 target_include_directories(project_options INTERFACE ${CMAKE_SOURCE_DIR})
 
 set(KELVARIN_SANITIZER "" CACHE STRING "address, thread or empty")

@@ -14,8 +14,6 @@ foreach(label ${kelvarin_labels})
   add_custom_target(${label}_tests)
 endforeach()
 
-# A build that nobody changes and compiles again reads sources together.
-option(KELVARIN_GROUPED "Compile several sources of a library as one" OFF)
 if(KELVARIN_GROUPED)
   find_package(Python3 REQUIRED COMPONENTS Interpreter)
 endif()
@@ -33,10 +31,6 @@ function(kelvarin_group_sources target)
     set_source_files_properties(${CMAKE_MATCH_1} PROPERTIES UNITY_GROUP ${target}_${CMAKE_MATCH_2})
   endforeach()
   set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
-  # A name hidden by one of another source is none, nor is a local type of a source one of a header;
-  # the other builds report the others.
-  target_compile_options(${target} PRIVATE
-    -Wno-shadow $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
 endfunction()
 
 function(kelvarin_library name)

@@ -24,7 +24,7 @@ ExitStatus refuse(Console& console, const QString& text) {
 ExitStatus importTable(Import conversion) {
   Console console(conversion.options.isQuiet);
   const TableKind* kind =
-      conversion.kind.empty() ? tableKindOf(conversion.input) : tableKindNamed(conversion.kind);
+      conversion.kind.empty() ? tableKindToRead(conversion.input) : tableKindNamed(conversion.kind);
   if (kind == nullptr || kind->isColumnar()) {
     return refuse(console, gel_messages::unknownExtension(QString::fromStdString(conversion.input),
                                                           knownTableExtensions()));

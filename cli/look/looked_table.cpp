@@ -2,37 +2,14 @@
 
 #include <utility>
 
-#include <QFile>
-
 #include "cli/gel/messages.h"
 #include "cli/look/messages.h"
-#include "host/files/file_signatures.h"
 
 namespace kelvarin {
 
 namespace {
 
 constexpr char16_t kSource[] = u"table";
-
-// By what the file begins with; null where that says nothing.
-const TableKind* kindByContent(const std::string& path) {
-  QFile file(QString::fromStdString(path));
-  if (!file.open(QIODevice::ReadOnly)) {
-    return nullptr;
-  }
-  constexpr qint64 kLongestSignature = 16;
-  const QByteArray start = file.read(kLongestSignature);
-  switch (formatOfSignature({start.constData(), static_cast<std::size_t>(start.size())})) {
-    case FileFormat::parquet:
-      return tableKindNamed("parquet");
-    case FileFormat::arrow:
-      return tableKindNamed("arrow");
-    case FileFormat::columnar:
-      return tableKindNamed("gel");
-    default:
-      return nullptr;
-  }
-}
 
 QByteArray documentOf(const QString& source) {
   return QStringLiteral(
@@ -72,24 +49,18 @@ void LookedTable::addTo(CLI::App& command) {
 
 const TableKind* LookedTable::kind(Console& console) const {
   const bool isInput = file == kStandardStream;
-  const TableKind* kind = !from.empty() ? tableKindNamed(from)
-                          : isInput     ? &csvKind()
-                                        : tableKindOf(file);
-  if (kind == nullptr) {
-    kind = kindByContent(file);
-  }
-  if (kind == nullptr) {
-    console.writeLog(LogLevel::error, look_messages::unknownKind(QString::fromStdString(file),
-                                                                 knownTableExtensions()));
-  } else if (isInput && !kind->isCsv() && kind != tableKindNamed("arrow")) {
+  const TableKind& kind = !from.empty() ? *tableKindNamed(from)
+                          : isInput     ? csvKind()
+                                        : tableKindOfContent(file);
+  if (isInput && !kind.isCsv() && &kind != tableKindNamed("arrow")) {
     console.writeLog(LogLevel::error, look_messages::columnarNotFromInput());
     return nullptr;
   }
-  if (kind != nullptr && !kind->isCsv() && csv.areGiven()) {
+  if (!kind.isCsv() && csv.areGiven()) {
     console.writeLog(LogLevel::error, gel_messages::noCsvFile(QString::fromStdString(file)));
     return nullptr;
   }
-  return kind;
+  return &kind;
 }
 
 QString LookedTable::readElement(const TableKind& kind, const QString& action) const {

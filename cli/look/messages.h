@@ -5,13 +5,6 @@
 
 namespace kelvarin::look_messages {
 
-inline QString unknownKind(const QString& file, const QString& known) {
-  return QStringLiteral(
-             "What kind of table '%1' is cannot be told from its name. Say it with --from, or give "
-             "it one of the extensions cgel_kelvarin, %2.")
-      .arg(file, known);
-}
-
 inline QString columnarNotFromInput() {
   return QStringLiteral(
       "Only CSV and Arrow can be read from standard input. Give the name of the file instead of "

@@ -133,7 +133,7 @@ ExitStatus showGraph(const SchemaArguments& arguments) {
 
 bool isGraph(const LookedTable& table) {
   const QString path = QString::fromStdString(table.file);
-  if (!table.from.empty() || tableKindOf(table.file) != nullptr) {
+  if (!table.from.empty() || tableKindToRead(table.file) != nullptr) {
     return false;
   }
   QFile file(path);

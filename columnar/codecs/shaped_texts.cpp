@@ -3,13 +3,13 @@
 #include <array>
 
 #include "columnar/codecs/text_comparison.h"
+#include "columnar/codecs/text_limits.h"
 #include "columnar/codecs/text_values.h"
 
 namespace kelvarin {
 
 namespace {
 
-constexpr std::size_t kLengthSize = sizeof(std::uint32_t);
 // Texts of fields that are copied as so many bytes, without a call.
 constexpr std::size_t kShortText = 16;
 
