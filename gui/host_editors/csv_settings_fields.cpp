@@ -1,5 +1,7 @@
 #include "gui/host_editors/csv_settings_fields.h"
 
+#include <utility>
+
 #include <QCoreApplication>
 
 namespace kelvarin {
@@ -14,22 +16,36 @@ ChoiceField::Choice choice(const char* value, const QString& label) {
   return {QString::fromLatin1(value), label};
 }
 
+ChoiceField::Choice fromTheFile() {
+  return choice("auto", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields",
+                                                "As the file seems to have it")));
+}
+
+ChoiceField* fieldOf(std::vector<ChoiceField::Choice> choices, CsvUse use) {
+  if (use == CsvUse::reading) {
+    choices.push_back(fromTheFile());
+  }
+  return new ChoiceField(std::move(choices));
+}
+
 }  // namespace
 
-ChoiceField* newSeparatorField() {
-  return new ChoiceField(
+ChoiceField* newSeparatorField(CsvUse use) {
+  return fieldOf(
       {choice(",", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Comma  ,"))),
        choice(";", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Semicolon  ;"))),
        choice("\\t", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Tab  \\t"))),
        choice("|", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Bar  |"))),
-       choice(" ", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Space")))});
+       choice(" ", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Space")))},
+      use);
 }
 
-ChoiceField* newQuoteField() {
-  return new ChoiceField(
+ChoiceField* newQuoteField(CsvUse use) {
+  return fieldOf(
       {choice("\"", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Double quote  \""))),
        choice("'", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "Single quote  '"))),
-       choice("", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "None")))});
+       choice("", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields", "None")))},
+      use);
 }
 
 ChoiceField* newNullTextField() {
@@ -41,9 +57,7 @@ ChoiceField* newNullTextField() {
 }
 
 ChoiceField* newEncodingField() {
-  return new ChoiceField({choice("auto", words(QT_TRANSLATE_NOOP("kelvarin::CsvSettingsFields",
-                                                                 "As the file seems to have it"))),
-                          choice("UTF-8", QStringLiteral("UTF-8")),
+  return new ChoiceField({fromTheFile(), choice("UTF-8", QStringLiteral("UTF-8")),
                           choice("UTF-16", QStringLiteral("UTF-16")),
                           choice("ISO-8859-1", QStringLiteral("ISO-8859-1 (Latin-1)")),
                           choice("windows-1252", QStringLiteral("windows-1252"))});

@@ -7,8 +7,11 @@
 
 namespace kelvarin {
 
-ChoiceField* newSeparatorField();
-ChoiceField* newQuoteField();
+// What is read may be left to a look at the file.
+enum class CsvUse { reading, writing };
+
+ChoiceField* newSeparatorField(CsvUse use);
+ChoiceField* newQuoteField(CsvUse use);
 ChoiceField* newNullTextField();
 
 // Of reading only:

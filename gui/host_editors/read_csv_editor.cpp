@@ -41,8 +41,9 @@ ReadCsvEditor::ReadCsvEditor(ActionItem& action, QWidget* parent)
   connect(m_found, &InfoLine::linkActivated, this, &ReadCsvEditor::takeGuess);
   page().addWidget(m_found);
   QFormLayout& form = settings();
-  addChoice(form, QStringLiteral("separator"), tr("&Separator:"), newSeparatorField());
-  addChoice(form, QStringLiteral("quote"), tr("&Quote:"), newQuoteField());
+  addChoice(form, QStringLiteral("separator"), tr("&Separator:"),
+            newSeparatorField(CsvUse::reading));
+  addChoice(form, QStringLiteral("quote"), tr("&Quote:"), newQuoteField(CsvUse::reading));
   addFlag(form, QStringLiteral("header"), tr("The first line &names the columns"));
   addChoice(form, QStringLiteral("nullText"), tr("N&ull is written as:"), newNullTextField());
   addLine(form, QStringLiteral("sortedOn"), tr("S&orted on:"))
@@ -110,7 +111,7 @@ void ReadCsvEditor::look() {
         if (!start) {
           return Failure{start.error()};
         }
-        const CsvGuess guess = guessCsv(start->text, start->isWhole);
+        const CsvGuess guess = guessCsv(start->text, start->isWhole, settings.dialect);
         return Start{guess, start->encoding,
                      csvRawLines(start->text, dialectOf(settings, *start), start->isWhole)};
       },

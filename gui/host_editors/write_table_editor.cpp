@@ -65,8 +65,9 @@ QString WriteTableEditor::filter() const {
 
 void WriteTableEditor::addCsvFields() {
   auto* form = newForm();
-  addChoice(*form, QStringLiteral("separator"), tr("&Separator:"), newSeparatorField());
-  addChoice(*form, QStringLiteral("quote"), tr("&Quote:"), newQuoteField());
+  addChoice(*form, QStringLiteral("separator"), tr("&Separator:"),
+            newSeparatorField(CsvUse::writing));
+  addChoice(*form, QStringLiteral("quote"), tr("&Quote:"), newQuoteField(CsvUse::writing));
   addFlag(*form, QStringLiteral("header"), tr("The first line &names the columns"));
   addChoice(*form, QStringLiteral("nullText"), tr("N&ull is written as:"), newNullTextField());
   page().addLayout(form);

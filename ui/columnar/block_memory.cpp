@@ -7,7 +7,7 @@ namespace kelvarin {
 namespace {
 
 constexpr std::uint64_t kAssumedTextLength = 16;
-constexpr std::uint64_t kLengthSize = 4;
+constexpr std::uint64_t kBytesOfLength = 4;
 constexpr std::uint64_t kBlocksAtATime = 2;  // one is filled while the other is encoded
 
 std::uint64_t textLength(const PinRows* rows, std::size_t column) {
@@ -34,7 +34,7 @@ BlockMemory blockMemory(int rowsInBlock, const PinColumns& columns, const PinRow
   for (std::size_t i = 0; i < columns.columns.size(); ++i) {
     const std::size_t fixed = fixedSizeOf(columns.columns[i].meta);
     const bool hasRows = rows != nullptr && i < rows->columnCount();
-    bytesOfRow += fixed > 0 ? fixed : kLengthSize + textLength(hasRows ? rows : nullptr, i);
+    bytesOfRow += fixed > 0 ? fixed : kBytesOfLength + textLength(hasRows ? rows : nullptr, i);
   }
   return {.blocksOfAMillionRows = (kMillion + rowCount - 1) / rowCount,
           .bytesOfBlock = bytesOfRow * rowCount,
