@@ -37,6 +37,7 @@ bool isNumeric(MetaTypeColumn type) {
 
 std::vector<TableColumn> tableColumnsOf(const OneRow& row) {
   std::vector<TableColumn> columns;
+  columns.reserve(static_cast<std::size_t>(row.sz()));
   for (int i = 0; i < row.sz(); ++i) {
     columns.push_back({printable(row.colName(i).toStdString(), LineBreaks::escape),
                        isNumeric(row.getMetaType(i))});

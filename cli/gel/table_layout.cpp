@@ -124,6 +124,7 @@ Result<Pieces, std::string> layoutOf(const GelFile& file) {
     return Failure{chunks.error()};
   }
   std::vector<Side> sides;
+  sides.reserve(static_cast<std::size_t>(file.columnSetCount()));
   for (int set = 0; set < file.columnSetCount(); ++set) {
     sides.push_back({file.sidePath(set), file.openSide(set), {}});
   }

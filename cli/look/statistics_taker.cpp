@@ -121,6 +121,7 @@ void StatisticsTaker::finishGroup() {
 
 std::vector<ColumnSummary> StatisticsTaker::summaries() {
   std::vector<ColumnSummary> summaries;
+  summaries.reserve(m_columns.size());
   for (const auto& column : m_columns) {
     summaries.push_back(column->summary());
   }

@@ -151,6 +151,7 @@ std::vector<const LanguageEntry*> searchLanguage(const std::string& text) {
   }
   std::ranges::stable_sort(found, std::greater<>(), [](const auto& each) { return each.first; });
   std::vector<const LanguageEntry*> entries;
+  entries.reserve(found.size());
   for (const auto& [score, entry] : found) {
     entries.push_back(entry);
   }
