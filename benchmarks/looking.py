@@ -33,7 +33,7 @@ def run(options):
 
 
 def compared(program, command, peers, file, kind, rounds):
-    contenders = {"ours": lambda: call([program, command, file])}
+    contenders = {"ours": lambda: call([program, command, file, "--quiet"])}
     for name, text in peers.items():
         contenders[name] = lambda text=text: call([sys.executable, "-c", text.format(file=file, kind=kind)])
     seconds = medians_of_rounds(contenders, rounds)
