@@ -1,6 +1,10 @@
 #include "gui/host_editors/read_csv_editor.h"
 
+#include <algorithm>
+#include <array>
+
 #include <QLineEdit>
+#include <QScrollArea>
 #include <QTabWidget>
 
 #include "gui/host_editors/csv_raw_view.h"
@@ -11,6 +15,12 @@
 namespace kelvarin {
 
 namespace {
+
+// On a page of their own: most files need none of them.
+const std::array kForeignAttributes{
+    QLatin1String("encoding"),  QLatin1String("nullTexts"), QLatin1String("decimal"),
+    QLatin1String("thousands"), QLatin1String("skipLines"), QLatin1String("comment"),
+    QLatin1String("short"),     QLatin1String("long"),      QLatin1String("fileColumn")};
 
 QString separatorInWords(char separator) {
   return separator == '\t' ? ReadCsvEditor::tr("TAB") : separatorText(separator);
@@ -48,13 +58,14 @@ ReadCsvEditor::ReadCsvEditor(ActionItem& action, QWidget* parent)
   addChoice(form, QStringLiteral("nullText"), tr("N&ull is written as:"), newNullTextField());
   addLine(form, QStringLiteral("sortedOn"), tr("S&orted on:"))
       ->setPlaceholderText(tr("for instance: id 0, name A"));
-  addForeignFields(form);
   pages().addTab(m_raw, tr("As it s&tands"));
+  pages().addTab(newForeignPage(), {});
   addPages();
 }
 
 // For files as other programs write them.
-void ReadCsvEditor::addForeignFields(QFormLayout& form) {
+QWidget* ReadCsvEditor::newForeignPage() {
+  QFormLayout& form = *newForm();
   addChoice(form, QStringLiteral("encoding"), tr("Encoding:"), newEncodingField());
   addLine(form, QStringLiteral("nullTexts"), tr("Further nulls:"))
       ->setPlaceholderText(tr("for instance: NA|n/a"));
@@ -65,6 +76,25 @@ void ReadCsvEditor::addForeignFields(QFormLayout& form) {
   addChoice(form, QStringLiteral("short"), tr("Rows with too few fields:"), newShortRowsField());
   addChoice(form, QStringLiteral("long"), tr("Rows with too many fields:"), newLongRowsField());
   addLine(form, QStringLiteral("fileColumn"), tr("Column of file names:"));
+  form.setContentsMargins(0, 8, 0, 0);
+  auto* fields = new QWidget;
+  fields->setLayout(&form);
+  m_foreign = new QScrollArea;
+  m_foreign->setWidget(fields);
+  m_foreign->setWidgetResizable(true);
+  m_foreign->setFrameShape(QFrame::NoFrame);
+  m_foreign->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  return m_foreign;
+}
+
+// What is set there is seen without opening it.
+void ReadCsvEditor::showForeignCount() {
+  const auto count = std::ranges::count_if(kForeignAttributes, [this](QLatin1String attribute) {
+    return !element().attribute(attribute).isNull();
+  });
+  QTabWidget& tabs = pages();
+  tabs.setTabText(tabs.indexOf(m_foreign),
+                  count == 0 ? tr("More settings") : tr("Mor&e settings (%1)").arg(count));
 }
 
 QString ReadCsvEditor::filter() const {
@@ -94,6 +124,7 @@ MakeBatchReader ReadCsvEditor::reader(const QString& path) const {
 
 void ReadCsvEditor::look() {
   ReadTableEditor::look();
+  showForeignCount();
   const QString file = path();
   if (file.isEmpty()) {
     m_startTask.forget();

@@ -8,6 +8,8 @@
 #include "host/tables/csv/csv_guess.h"
 #include "host/tables/csv/csv_read_settings.h"
 
+class QScrollArea;
+
 namespace kelvarin {
 
 class CsvRawView;
@@ -30,7 +32,8 @@ class ReadCsvEditor : public ReadTableEditor {
  private:
   struct Start;  // of the file
 
-  void addForeignFields(QFormLayout& form);
+  QWidget* newForeignPage();
+  void showForeignCount();
   Result<CsvFileSettings, QString> csvSettings() const;
   void showStart(const Start& start);
   QString guessInWords() const;
@@ -44,6 +47,7 @@ class ReadCsvEditor : public ReadTableEditor {
   BackgroundTask m_startTask;
   InfoLine* m_found;
   CsvRawView* m_raw;
+  QScrollArea* m_foreign;
 };
 
 }  // namespace kelvarin

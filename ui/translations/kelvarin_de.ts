@@ -5740,6 +5740,14 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>&amp;Rohtext</translation>
     </message>
     <message>
+        <source>More settings</source>
+        <translation>Weiteres</translation>
+    </message>
+    <message>
+        <source>More settings (%1)</source>
+        <translation>Weiteres (%1)</translation>
+    </message>
+    <message>
         <source>CSV files (*.csv *.tsv *.txt);;All files (*)</source>
         <translation>CSV-Dateien (*.csv *.tsv *.txt);;Alle Dateien (*)</translation>
     </message>

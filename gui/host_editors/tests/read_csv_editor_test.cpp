@@ -2,6 +2,7 @@
 #include <QElapsedTimer>
 #include <QPlainTextEdit>
 #include <QTableView>
+#include <QTabWidget>
 
 #include "gui/host_editors/csv_raw_lines.h"
 #include "gui/host_editors/table_columns_model.h"
@@ -64,6 +65,17 @@ TEST_F(ReadCsvEditorTest, WhatIsLeftToTheFileIsShownAsTheReaderTakesIt) {
   openFile("'a';'b;c'\n1;2\n", "separator='auto' quote='auto' encoding='auto'");
   EXPECT_TRUE(state().contains(QStringLiteral("separator ';'"))) << state().toStdString();
   EXPECT_EQ(cell("columns", 1, TableColumnsModel::kName), QStringLiteral("b;c"));
+}
+
+TEST_F(ReadCsvEditorTest, TheTabOfRareSettingsTellsHowManyAreSet) {
+  openFile("id;name\n1;one\n", "separator=';' nullTexts='NA'");
+  auto& pages = widget<QTabWidget>("pages");
+  const QString one = pages.tabText(pages.count() - 1);
+  EXPECT_TRUE(one.endsWith(QStringLiteral("(1)"))) << one.toStdString();
+  m_editor->restoreUncommitted({{QStringLiteral("decimal"), QStringLiteral(",")}});
+  m_editor->commit();
+  const QString two = pages.tabText(pages.count() - 1);
+  EXPECT_TRUE(two.endsWith(QStringLiteral("(2)"))) << two.toStdString();
 }
 
 TEST_F(ReadCsvEditorTest, ATypeIsFixedAndLeftToTheFileAgain) {
