@@ -83,8 +83,8 @@ QWidget* DebuggerControls::makeSteps(const DebuggerTexts& texts) {
   m_element->setAccessibleName(tr("Element of the vectors"));
   elementLabel->setBuddy(m_element);
   m_elementGroup = grouped(line, {elementLabel, m_element});
-  for (QWidget* widget : std::initializer_list<QWidget*>{m_startStop, m_next, m_pause, m_back,
-                                                         m_forward, m_elementGroup}) {
+  for (QWidget* widget : std::initializer_list<QWidget*>{
+           m_startStop, m_next, m_pause, grouped(line, {m_back, m_forward}), m_elementGroup}) {
     m_steps->addWidget(widget);
   }
   connect(m_startStop, &QPushButton::clicked, this, &DebuggerControls::startOrStopWanted);
