@@ -45,7 +45,7 @@ class KELVARIN_CORE SplitFiles {
     QString file;
   };
 
-  // `key` is equal for files that exclude each other. Null where it is new, else what it stands for.
+  // `key` is equal for files that exclude each other. Null where it is new, else what has it.
   const Entry* enter(const QString& key, Entry entry);
   void clear() { m_entries.clear(); }
 

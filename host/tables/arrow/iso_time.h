@@ -22,8 +22,8 @@ void appendIsoDate(std::string& text, std::int64_t daysSinceEpoch);
 void appendIsoTimestamp(std::string& text, std::int64_t ticksSinceEpoch, int digits, bool isUtc);
 
 // What these texts stand for. Nothing where the text has another form, names no day or no time of
-// one, or is out of range. A timestamp may have any number of decimals up to nine; those that a tick
-// cannot hold are zeros.
+// one, or is out of range. A timestamp may have up to nine decimals; those that a tick cannot hold
+// are zeros.
 std::optional<std::int64_t> daysOfIsoDate(std::string_view text);
 std::optional<std::int64_t> ticksOfIsoTimestamp(std::string_view text, int digits, bool isUtc);
 

@@ -19,7 +19,7 @@ class GroupEncoding {
   // Columns that nobody has begun are left out.
   ~GroupEncoding();
 
-  // Encodes what nobody has begun, waits for the rest, and gives all columns away.
+  // Encodes what nobody has begun, waits for the rest, and hands out all columns.
   arrow::Status takeColumns(std::vector<std::unique_ptr<EncodedColumn>>& columns);
   std::size_t rowCount() const { return m_group->rowCount(); }
 
