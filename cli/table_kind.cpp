@@ -31,12 +31,14 @@ QString attributesOf(const TableKind& kind, const QString& more) {
 }
 
 QString element(const QString& type, const char* fileAttribute, const QString& action,
-                const QString& file, const QString& attributes) {
+                const QString& file, const QString& attributes, const QString& children = {}) {
   ToXMLStringTool escape;
   const QString path = file.isEmpty() ? QStringLiteral("${%1}").arg(action)
                                       : QString::fromWCharArray(escape.toXML(file));
   return QStringLiteral("<%1 name='%2' %3='").arg(type, action, QLatin1String(fileAttribute)) +
-         path + QStringLiteral("' ") + attributes + QStringLiteral("/>");
+         path + QStringLiteral("' ") + attributes +
+         (children.isEmpty() ? QStringLiteral("/>")
+                             : u'>' + children + QStringLiteral("</") + type + u'>');
 }
 
 }  // namespace
@@ -49,6 +51,10 @@ bool TableKind::isCsv() const {
   return QLatin1String(format) == QLatin1String("CSV");
 }
 
+bool TableKind::hasTypes() const {
+  return !isColumnar() && !isCsv();
+}
+
 bool TableKind::hasSeparator() const {
   return QLatin1String(attributes).contains(QLatin1String(kSeparator));
 }
@@ -59,10 +65,11 @@ QString TableKind::readElement(const QString& action, const QString& more,
                  action, file, attributesOf(*this, more));
 }
 
-QString TableKind::writeElement(const QString& action, const QString& more,
-                                const QString& file) const {
+QString TableKind::writeElement(const QString& action, const QString& more, const QString& file,
+                                const QString& children) const {
   const QLatin1String verb(isColumnar() ? "write" : "Write");
-  return element(verb + QLatin1String(format), "file", action, file, attributesOf(*this, more));
+  return element(verb + QLatin1String(format), "file", action, file, attributesOf(*this, more),
+                 children);
 }
 
 const TableKind* tableKindOf(const std::string& path) {

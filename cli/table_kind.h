@@ -17,14 +17,16 @@ struct TableKind {
 
   bool isColumnar() const;
   bool isCsv() const;
+  // Its files have types of columns that rows do not have.
+  bool hasTypes() const;
   // Its attributes say what separates the fields.
   bool hasSeparator() const;
   // An action of this name. Without `file` its file is the parameter of the same name. `more` are
   // attributes, which come before those of the kind.
   QString readElement(const QString& action, const QString& more = {},
                       const QString& file = {}) const;
-  QString writeElement(const QString& action, const QString& more = {},
-                       const QString& file = {}) const;
+  QString writeElement(const QString& action, const QString& more = {}, const QString& file = {},
+                       const QString& children = {}) const;
 };
 
 // By the extension of a path; null when it is none of them.

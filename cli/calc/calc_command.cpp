@@ -41,6 +41,13 @@ void addCalcCommand(CLI::App& program, ChosenCommand& chosen) {
   command->add_option("--to", arguments->outputKind, "what is written; gel is a columnar file")
       ->check(kinds)
       ->type_name("KIND");
+  command->add_option("--split-by", arguments->splitColumn, "a file for each value of the column")
+      ->type_name("COLUMN");
+  command
+      ->add_option("--store", arguments->storedTypes,
+                   "a column's type in a Parquet or Arrow file, as int64")
+      ->allow_extra_args(false)
+      ->type_name("COLUMN=TYPE");
   command->add_option("--filter", arguments->filters, "keep the rows for which it is true")
       ->allow_extra_args(false)
       ->type_name("EXPRESSION");

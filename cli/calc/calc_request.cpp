@@ -78,6 +78,24 @@ Understood takeKinds(const CalcArguments& arguments, CalcRequest& request) {
   return Done{};
 }
 
+Understood takeSinkOptions(const CalcArguments& arguments, CalcRequest& request) {
+  request.sink.splitColumn = QString::fromStdString(arguments.splitColumn);
+  if (!request.sink.splitColumn.isEmpty() && request.conversion.isPiped()) {
+    return Failure{calc_messages::splitNeedsFile()};
+  }
+  const auto types = splitNameValues("--store", arguments.storedTypes);
+  if (!types) {
+    return Failure{types.error()};
+  }
+  if (!types->empty() && !request.outputKind->hasTypes()) {
+    return Failure{calc_messages::noTypesToStore(QLatin1String(request.outputKind->name))};
+  }
+  for (const NameValue& type : *types) {
+    request.sink.types.emplace_back(type.name, type.value);
+  }
+  return Done{};
+}
+
 bool isSameFile(const QString& one, const std::string& other) {
   const QString path = QFileInfo(one).canonicalFilePath();
   return !path.isEmpty() && path == QFileInfo(QString::fromStdString(other)).canonicalFilePath();
@@ -117,7 +135,7 @@ Result<CalcRequest, QString> requestOf(const CalcArguments& arguments) {
   for (const std::string& filter : arguments.filters) {
     request.filters += QString::fromStdString(filter);
   }
-  for (const auto take : {takePositionals, takeKinds, takeGraph, takeSettings}) {
+  for (const auto take : {takePositionals, takeKinds, takeSinkOptions, takeGraph, takeSettings}) {
     if (const auto taken = take(arguments, request); !taken) {
       return Failure{taken.error()};
     }

@@ -26,6 +26,8 @@ struct CalcArguments {
   std::vector<std::string> filters;
   std::vector<std::string> settings;
   std::vector<std::string> options;
+  std::string splitColumn;
+  std::vector<std::string> storedTypes;
   std::string graph;  // to save; empty: none
   bool isOnlySaved = false;
   RunOptions run;
@@ -35,7 +37,8 @@ struct CalcRequest {
   TableConversion conversion;
   const TableKind* inputKind = nullptr;
   const TableKind* outputKind = nullptr;
-  CsvOptions csv;  // of the input
+  CsvOptions csv;    // of the input
+  SinkOptions sink;  // of the output
   std::vector<NamedExpression> outputs;
   QStringList filters;
   std::vector<GraphParameter> parameters;

@@ -132,7 +132,7 @@ QString CalcRun::source(const QString& file) const {
 ConversionGraph CalcRun::graph(ExpressionForm form, const QString& input,
                                const QString& output) const {
   return {.source = source(input),
-          .sink = sinkElement(*m_request.outputKind, output),
+          .sink = sinkElement(*m_request.outputKind, output, m_request.sink),
           .steps = m_calculation ? stepsOf(*m_calculation, form) : std::vector<ConversionStep>(),
           .parameters = m_request.parameters};
 }

@@ -101,6 +101,19 @@ inline QString columnarNeedsFile() {
       "--output.");
 }
 
+inline QString splitNeedsFile() {
+  return QStringLiteral(
+      "--split-by writes a file for each value, so the rows cannot go to standard output. Name the "
+      "files with --output.");
+}
+
+inline QString noTypesToStore(const QString& kind) {
+  return QStringLiteral(
+             "--store names types of Parquet and Arrow files; tables of the kind %1 have no others "
+             "than rows.")
+      .arg(kind);
+}
+
 inline QString needsFile(const QString& kind) {
   return QStringLiteral(
              "Tables of the kind %1 are read from several places, which a pipe does not have. Name "

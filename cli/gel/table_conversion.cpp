@@ -1,5 +1,6 @@
 #include "cli/gel/table_conversion.h"
 
+#include <sstream>
 #include <utility>
 
 #include <QFileInfo>
@@ -8,6 +9,7 @@
 #include "cli/gel/messages.h"
 #include "columnar/files/table_files.h"
 #include "columnar/format/file_names.h"
+#include "host/contract/attribute_table.h"
 #include "host/xml/xml_node.h"
 
 namespace kelvarin {
@@ -20,6 +22,10 @@ QString parameterElement(const GraphParameter& parameter) {
   const QString value = QString::fromWCharArray(escape.toXML(parameter.value));
   return QStringLiteral("<Parameter name='") + name + QStringLiteral("' value='") + value +
          QStringLiteral("'/>");
+}
+
+QString columnarAttributes(std::uint32_t rowsInBlock) {
+  return QStringLiteral("replaceAtEnd='1' nRowsInBlock='%1'").arg(rowsInBlock);
 }
 
 QString linkElement(const QString& from, const QString& to) {
@@ -71,15 +77,29 @@ QString sourceElement(const TableKind& kind, const CsvOptions& csv, const QStrin
   return kind.readElement(QLatin1String(kSourceAction), attributes, file);
 }
 
-QString sinkElement(const TableKind& kind, const QString& file) {
-  return kind.isColumnar() ? columnarSinkElement(kRowsInBlock, file)
-                           : kind.writeElement(QLatin1String(kSinkAction), {}, file);
+QString sinkElement(const TableKind& kind, const QString& file, const SinkOptions& options) {
+  std::wostringstream attributes;
+  if (kind.isColumnar()) {
+    attributes << columnarAttributes(kRowsInBlock).toStdWString();
+  }
+  if (!options.splitColumn.isEmpty()) {
+    writeAttribute(attributes, u"split", QStringLiteral("2"));
+    writeAttribute(attributes, u"splitVar", options.splitColumn);
+  }
+  std::wostringstream columns;
+  for (const auto& [name, type] : options.types) {
+    columns << L"<Column";
+    writeAttribute(columns, u"name", name);
+    writeAttribute(columns, u"type", type);
+    columns << L"/>";
+  }
+  return kind.writeElement(QLatin1String(kSinkAction), QString::fromStdWString(attributes.str()),
+                           file, QString::fromStdWString(columns.str()));
 }
 
 QString columnarSinkElement(std::uint32_t rowsInBlock, const QString& file) {
-  return tableKindNamed("gel")->writeElement(
-      QLatin1String(kSinkAction),
-      QStringLiteral("replaceAtEnd='1' nRowsInBlock='%1'").arg(rowsInBlock), file);
+  return tableKindNamed("gel")->writeElement(QLatin1String(kSinkAction),
+                                             columnarAttributes(rowsInBlock), file);
 }
 
 std::string nameOfColumnarTable(const std::string& path) {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/command_graph.h"
@@ -54,9 +55,16 @@ ExitStatus runConversion(const TableConversion& conversion, ConversionGraph grap
 
 // The element that reads a table of this kind; the options are those of CSV files.
 QString sourceElement(const TableKind& kind, const CsvOptions& csv, const QString& file = {});
+// How a table is written beyond its kind.
+struct SinkOptions {
+  QString splitColumn;  // each of its values gets a file; empty: one file
+  std::vector<std::pair<QString, QString>> types;  // of columns in the file, by their names
+};
+
 // The element that writes a table of this kind, columnar ones so that a table that is there stays
 // until the new one is complete.
-QString sinkElement(const TableKind& kind, const QString& file = {});
+QString sinkElement(const TableKind& kind, const QString& file = {},
+                    const SinkOptions& options = {});
 QString columnarSinkElement(std::uint32_t rowsInBlock, const QString& file = {});
 
 // With the extension of main files, which keeps side files of different tables apart, unless there

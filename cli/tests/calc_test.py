@@ -133,6 +133,16 @@ class CalcTest(ProgramTest):
         self.assertEqual(self.rows("c=a*2", "d=b//\"x\"", "none.csv", "--filter", "c > 1"), ["a,b,c,d"])
         self.assertIn("No space left on device", self.calc("orders.csv", "-o", "/dev/full", "--to", "csv", status=1).stderr)
 
+    def test_files_by_value_and_types_in_them(self):
+        self.calc("big=price>20", "orders.csv", "-o", "by_.parquet", "--split-by", "big", "--store", "big=boolean",
+                  "--store", "id=int64")
+        self.assertEqual(self.rows("by_1.parquet"), ["id,item,price,quantity,big", "1,kettle,24.9,2,1", "3,teapot,39,1,1"])
+        self.assertEqual(self.rows("by_0.parquet")[1:], ["2,cup,3.5,12,0"])
+        self.assertIn("tables of the kind csv", self.calc("orders.csv", "-o", "t.csv", "--store", "id=int64", status=2).stderr)
+        self.assertIn("--output", self.calc("orders.csv", "--split-by", "id", status=2).stderr)
+        message = self.calc("orders.csv", "-o", "t.parquet", "--store", "price=int64", status=1).stderr
+        self.assertIn("row 1, column 'price': '24.9' cannot be written with the type int64", message)
+
     def test_mistakes(self):
         self.write("a=1.csv", "n\n1\n")
         for arguments, status, text in (

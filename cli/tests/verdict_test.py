@@ -27,6 +27,7 @@ def gel(attributes, content=""):
     return writing(f"<writeColumnarGel name='w' {attributes}>{content}</writeColumnarGel>")
 
 
+TYPED = "<WriteParquet name='w' file='t.parquet'><Column name='{}' type='{}'/></WriteParquet>"
 TEXT = "<InputVar column='name' isNumber='0'/>"
 
 RIGHT = {
@@ -50,6 +51,10 @@ RIGHT = {
     "a split": gel("file='t.cgel_kelvarin' split='2' splitVar='name'"),
     "rows that are tested": gel("file='t.cgel_kelvarin' writeAllRows='0' testCol='id' testValue='1'"),
     "a folder to be created": gel("file='new/deep/t.cgel_kelvarin' createDir='1'"),
+    "a folder to be created for a table of another format": writing(
+        "<WriteArrow name='w' file='new/deep/t.arrow' createDir='1'/>"),
+    "types in the file": writing(TYPED.format("id", "int32")),
+    "a file for each value": writing("<WriteCSV name='w' file='t.csv' split='2' splitVar='id'/>"),
     "a vector": graph(READ + "<InlineTable name='v'><Column name='a' meta='U'/><Column name='c' meta='U'/>"
                       "<Row><V>v</V><V>id</V></Row><Row><V>v</V><V>price</V></Row></InlineTable>"
                       "<CalculatorVectorized name='c'><InputVars/><OutputVars><OutputVar name='\"d\"//v'>v*2</OutputVar>"
@@ -72,6 +77,10 @@ WRONG = {
     "a source that is not there": graph("<ReadCSV name='in' file='absent.csv'/>" + WRITE, ["in out"]),
     "a folder that is not there": writing("<WriteCSV name='w' file='absent/out.csv'/>"),
     "a folder instead of the file": writing("<WriteCSV name='w' file='folder'/>"),
+    "a type of an unknown column": writing(TYPED.format("idd", "int32")),
+    "a type that the column cannot have": writing(TYPED.format("id", "date")),
+    "a split by an unknown column": writing("<WriteCSV name='w' file='t.csv' split='2' splitVar='idd'/>"),
+    "a split of standard output": writing("<WriteCSV name='w' file='-' split='2' splitVar='id'/>"),
     "a file instead of the folder": writing("<WriteParquet name='w' file='in.csv/out.parquet'/>"),
     "no file": writing("<WriteCSV name='w'/>"),
     "a columnar folder that is not there": gel("file='absent/t.cgel_kelvarin'"),

@@ -1,7 +1,5 @@
 #include "columnar/actions/columnar_write.h"
 
-#include <cmath>
-
 #include <QDir>
 #include <QFileInfo>
 
@@ -38,35 +36,6 @@ QHash<QString, int> columnSetsFor(const ActionItem& action, const OneRow& column
       break;
   }
   return sets;
-}
-
-bool isSortedOn(const OneRow& columns, int column) {
-  return !columns.sortInfos().isEmpty() && columns.sortInfos().first().column() == column;
-}
-
-// Equal values have equal marks, and the mark of a missing value differs from all others. All NaNs
-// are one value, since they have one name.
-std::string markOf(const OneRow& row, int column) {
-  bool isMissing = false;
-  if (row.getMetaType(column) == MetaTypeColumn::text) {
-    isMissing = isNullText(row.getAllColForRead()[column]);
-  } else if (std::isnan(row.colAsDouble(column, &isMissing)) && !isMissing) {
-    return "nan";
-  }
-  return isMissing ? std::string("-") : "+" + std::string(row.colForHash(column));
-}
-
-QString nameTextOf(const OneRow& row, int column) {
-  unsigned short isMissing = 0;
-  const QString text = row.col(column, &isMissing);
-  return isMissing != 0 ? kNullSplitValue : cleanedForFileName(text);
-}
-
-// The value as messages show it.
-QString shownText(const OneRow& row, int column) {
-  unsigned short isMissing = 0;
-  const QString text = row.col(column, &isMissing);
-  return isMissing != 0 ? columnar_messages::missingValue() : text;
 }
 
 }  // namespace
@@ -203,9 +172,10 @@ bool ColumnarWrite::writeBySize(const OneRow& row) {
 }
 
 bool ColumnarWrite::writeByValue(const OneRow& row) {
-  std::string value = markOf(row, m_splitColumn);
-  if (m_splitValue != value) {
-    m_splitValue = std::move(value);
+  const std::string_view mark =
+      splitMark(row.getMetaType(m_splitColumn), row.getAllColForRead()[m_splitColumn]);
+  if (m_splitValue != mark) {
+    m_splitValue = mark;
     if (!changeSplit(row)) {
       return false;
     }
@@ -235,7 +205,7 @@ bool ColumnarWrite::changeSplit(const OneRow& row) {
 }
 
 std::optional<QString> ColumnarWrite::splitFile(const OneRow& row) {
-  const QString text = nameTextOf(row, m_splitColumn);
+  const QString text = splitNameText(row, m_splitColumn);
   QString file = insertedBeforeExtension(m_file, text);
   if (m_naming) {
     const auto name = m_naming->name(text);
@@ -249,18 +219,19 @@ std::optional<QString> ColumnarWrite::splitFile(const OneRow& row) {
     }
     file = QDir::cleanPath(QDir(m_action.globalParameters()->dataDirWrite()).filePath(*name));
   }
-  const auto known = m_splitOfFile.constFind(nameForSplit(file));
-  if (known != m_splitOfFile.constEnd()) {
-    if (known->value == *m_splitValue) {
+  const QString shown = shownSplitValue(row, m_splitColumn);
+  const SplitFiles::Entry* known =
+      m_splitFiles.enter(nameForSplit(file), {*m_splitValue, shown, file});
+  if (known != nullptr) {
+    if (known->mark == *m_splitValue) {
       m_files->logError(columnar_messages::splitValueReturns(file, text));
     } else {
       const auto message = known->file == file ? columnar_messages::splitNamesMeet
                                                : columnar_messages::splitSideFilesMeet;
-      m_files->logError(message(file, known->text, shownText(row, m_splitColumn)));
+      m_files->logError(message(file, known->shown, shown));
     }
     return std::nullopt;
   }
-  m_splitOfFile.insert(nameForSplit(file), {*m_splitValue, shownText(row, m_splitColumn), file});
   return file;
 }
 

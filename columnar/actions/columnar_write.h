@@ -12,6 +12,7 @@
 #include "columnar/actions/row_condition.h"
 #include "columnar/actions/split_names.h"
 #include "host/contract/batch_rows.h"
+#include "host/files/split_values.h"
 
 namespace kelvarin {
 
@@ -71,12 +72,7 @@ class ColumnarWrite {
   std::optional<NamingExpressions> m_naming;
   std::unordered_map<std::string, Table> m_openSplits;  // by value, when not sorted
   Table* m_currentSplit = nullptr;
-  struct NamedValue {
-    std::string value;
-    QString text;
-    QString file;
-  };
-  QHash<QString, NamedValue> m_splitOfFile;  // see nameForSplit()
+  SplitFiles m_splitFiles;  // by nameForSplit()
 };
 
 }  // namespace kelvarin

@@ -227,10 +227,6 @@ inline QString noRowsInBlock(const QString& file, int rowsInBlock) {
 }
 
 // Settings that others turn off.
-inline QString splitOff() {
-  return QStringLiteral(
-      "splitVar has no effect without split='2': the table is not split by value.");
-}
 inline QString testOff() {
   return QStringLiteral("testCol has no effect without writeAllRows='0': every row is written.");
 }
@@ -279,9 +275,6 @@ inline QString splitSideFilesMeet(const QString& file, const QString& value,
              "'%3', give files that differ only after the last point and so have the same side "
              "files. Give the file an extension, or use advancedNaming.")
       .arg(file, value, otherValue);
-}
-inline QString missingValue() {
-  return QStringLiteral("(missing)");
 }
 inline QString namingFailed(const QString& file, const QString& expression, const QString& reason) {
   return QStringLiteral(

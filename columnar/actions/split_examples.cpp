@@ -2,6 +2,7 @@
 
 #include "columnar/actions/messages.h"
 #include "columnar/actions/split_names.h"
+#include "host/files/split_values.h"
 
 namespace kelvarin {
 

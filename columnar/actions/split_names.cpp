@@ -1,7 +1,5 @@
 #include "columnar/actions/split_names.h"
 
-#include <algorithm>
-
 #include "expression/errors/error_texts.h"
 #include "expression/tokens/expression_tokens.h"
 
@@ -34,24 +32,6 @@ QString withPlusApart(const QString& expression) {
 }
 
 }  // namespace
-
-QString cleanedForFileName(QString value) {
-  for (QChar& character : value) {
-    if (isControlCharacter(character) || character == u'/' || character == u'\\') {
-      character = u'_';
-    }
-  }
-  if (value.startsWith(u'.')) {
-    value[0] = u'_';
-  }
-  return value;
-}
-
-QString insertedBeforeExtension(const QString& file, const QString& text) {
-  const qsizetype point = file.lastIndexOf(u'.');
-  const qsizetype slash = std::max(file.lastIndexOf(u'/'), file.lastIndexOf(u'\\'));
-  return point > slash ? file.left(point) + text + file.mid(point) : file + text;
-}
 
 QString segmentText(int segment) {
   return QStringLiteral("_%1").arg(segment, 3, 10, QLatin1Char('0'));

@@ -15,15 +15,6 @@
 
 namespace kelvarin {
 
-// Stands for a null split value in names.
-inline const QString kNullSplitValue = QStringLiteral("_null");
-
-// Slashes, backslashes, control characters and a leading point become "_".
-QString cleanedForFileName(QString value);
-
-// Before the last "." of the name, when that stands after the last "/" and "\"; else at its end.
-QString insertedBeforeExtension(const QString& file, const QString& text);
-
 // "_000", "_001", ...
 QString segmentText(int segment);
 

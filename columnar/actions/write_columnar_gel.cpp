@@ -6,6 +6,8 @@
 #include "columnar/actions/previous_file.h"
 #include "host/contract/main_ui.h"
 #include "host/files/file_hints.h"
+#include "host/files/messages.h"
+#include "host/files/split_values.h"
 
 namespace kelvarin {
 
@@ -237,7 +239,7 @@ void WriteColumnarGel::warnOfSettingsWithoutEffect() const {
     }
   };
   warn(!m_settings.splitColumn.isEmpty() && m_settings.splitKind() != Settings::Split::byValue,
-       columnar_messages::splitOff());
+       messages::splitOff());
   warn(!m_settings.testColumn.isEmpty() && m_settings.writeAllRows, columnar_messages::testOff());
   warn(!m_columnSets.empty() && m_settings.columnSets() != Settings::ColumnSets::listed,
        columnar_messages::strategyOff());

@@ -1,26 +1,29 @@
 #include "gui/host_editors/write_table_editor.h"
 
+#include <algorithm>
+
 #include <QFileInfo>
-#include <QLabel>
-#include <QListWidget>
 
 #include "gui/host_editors/choice_field.h"
 #include "gui/host_editors/csv_settings_fields.h"
-#include "gui/host_editors/table_columns_model.h"
+#include "gui/host_editors/written_columns_view.h"
 #include "host/contract/file_user.h"
 #include "host/contract/host_services.h"
 #include "host/files/file_hints.h"
 #include "host/files/output_check.h"
+#include "host/tables/arrow/stored_type.h"
+#include "host/tables/files/table_sink.h"
 #include "host/widgets/info_line.h"
 #include "host/widgets/path_field.h"
-#include "host/widgets/search_field.h"
 
 namespace kelvarin {
 
 namespace {
 
 constexpr int kAskAgainMilliseconds = 300;
-constexpr std::size_t kSearchedColumns = 10;  // fewer are seen at a glance
+const QString kColumn = QStringLiteral("Column");
+const QString kName = QStringLiteral("name");
+const QString kType = QStringLiteral("type");
 
 }  // namespace
 
@@ -29,9 +32,9 @@ WriteTableEditor::WriteTableEditor(ActionItem& action, FileFormat format, QWidge
       m_inGraph(&action),
       m_format(format),
       m_state(new InfoLine),
-      m_columnsLabel(new QLabel),
-      m_search(new SearchField),
-      m_columns(new QListWidget) {
+      m_columns(
+          new WrittenColumnsView(format == FileFormat::csv ? QStringList() : storedTypeNames())),
+      m_typedColumns(element()) {
   auto* form = newForm();
   addPath(*form, QStringLiteral("file"), tr("F&ile:"))->setFilter(filter());
   page().addLayout(form);
@@ -42,6 +45,7 @@ WriteTableEditor::WriteTableEditor(ActionItem& action, FileFormat format, QWidge
   } else if (m_format == FileFormat::arrow) {
     addArrowFields();
   }
+  addOutputFields();
   addColumns();
   connect(this, &ElementEditor::committed, this, [this] {
     m_inGraph = nullptr;
@@ -82,22 +86,50 @@ void WriteTableEditor::addArrowFields() {
   page().addLayout(form);
 }
 
+void WriteTableEditor::addOutputFields() {
+  auto* form = newForm();
+  if (m_format != FileFormat::csv) {
+    addChoice(*form, QStringLiteral("onBadValue"), tr("Values that &do not fit:"),
+              new ChoiceField({{QStringLiteral("abort"), tr("Stop the run")},
+                               {QStringLiteral("null"), tr("Make them null")}}));
+  }
+  addFlag(*form, QStringLiteral("createDir"), tr("Make the &folder of the file"));
+  addChoice(*form, QStringLiteral("split"), tr("Fi&les:"),
+            new ChoiceField({{QStringLiteral("0"), tr("One")},
+                             {QStringLiteral("2"), tr("One for each value of a column")}}));
+  addLine(*form, QStringLiteral("splitVar"), tr("Colu&mn of the values:"));
+  page().addLayout(form);
+}
+
 void WriteTableEditor::addColumns() {
-  m_columnsLabel->setObjectName(QStringLiteral("columnCount"));
-  m_columnsLabel->setTextFormat(Qt::PlainText);
-  m_columnsLabel->setWordWrap(true);
-  m_search->setObjectName(QStringLiteral("searchColumns"));
-  m_search->setAccessibleName(tr("Search columns"));
-  m_search->setPlaceholderText(tr("Search columns"));
-  m_search->setList(m_columns);
-  m_columns->setObjectName(QStringLiteral("columns"));
-  m_columns->setAccessibleName(tr("Columns that are written"));
-  m_columns->setUniformItemSizes(true);
-  connect(m_search, &SearchField::searched, this, &WriteTableEditor::showMatches);
-  page().addWidget(m_columnsLabel);
-  page().addWidget(m_search);
+  connect(m_columns, &WrittenColumnsView::typeChosen, this, &WriteTableEditor::setType,
+          Qt::QueuedConnection);
   page().addWidget(m_columns, 1);
   page().addStretch();
+}
+
+void WriteTableEditor::collect(EditedElement& element) const {
+  element.children = m_typedColumns.children;
+}
+
+void WriteTableEditor::setType(const QString& column, const QString& type) {
+  auto& children = m_typedColumns.children;
+  const auto isIt = [&](const EditedElement& child) {
+    return child.name == kColumn && child.attribute(kName) == column;
+  };
+  const auto child = std::ranges::find_if(children, isIt);
+  if (type.isEmpty()) {
+    std::erase_if(children, isIt);
+  } else if (child != children.end()) {
+    child->setAttribute(kType, type);
+  } else {
+    EditedElement added;
+    added.name = kColumn;
+    added.attributes = {{kName, column}, {kType, type}};
+    children.push_back(added);
+  }
+  commit();
+  showColumns();
 }
 
 void WriteTableEditor::look() {
@@ -113,20 +145,31 @@ void WriteTableEditor::look() {
                         tr("The rows go to the standard output of the program."));
     return;
   }
-  m_task.start<State>([file = files[0].path, format = m_format](const BackgroundTask::IsStopped&)
-                          -> Result<State, QString> { return stateOf(file, format); },
-                      [this](const Result<State, QString>& state) {
-                        m_state->setMessage(state ? state->severity : Severity::error,
-                                            state ? state->text : state.error());
-                      });
+  m_task.start<State>(
+      [file = files[0].path, format = m_format,
+       settings = static_cast<const TableSink&>(action()).settings()](
+          const BackgroundTask::IsStopped&) -> Result<State, QString> {
+        return stateOf(file, format, settings);
+      },
+      [this](const Result<State, QString>& state) {
+        m_state->setMessage(state ? state->severity : Severity::error,
+                            state ? state->text : state.error());
+      });
 }
 
-WriteTableEditor::State WriteTableEditor::stateOf(const QString& file, FileFormat format) {
-  if (const QString why = whyNotWritable(file); !why.isEmpty()) {
+WriteTableEditor::State WriteTableEditor::stateOf(const QString& file, FileFormat format,
+                                                  const OutputSettings& settings) {
+  const QString why = settings.createDirectory ? whyNotCreatable(file) : whyNotWritable(file);
+  if (!why.isEmpty()) {
     return {Severity::error, why};
   }
   if (const QString hint = foreignExtensionHint(file, format); !hint.isEmpty()) {
     return {Severity::warning, hint};
+  }
+  if (settings.isSplit()) {
+    return {
+        Severity::information,
+        tr("A run makes files of the names '%1', and replaces those that are there.").arg(file)};
   }
   const QFileInfo there(file);
   if (there.exists() && !there.isFile()) {
@@ -140,44 +183,26 @@ WriteTableEditor::State WriteTableEditor::stateOf(const QString& file, FileForma
 }
 
 void WriteTableEditor::askForColumns() {
-  if (m_inGraph != nullptr) {
-    showColumns(columnsOfInputPin(*m_inGraph, 0));
+  if (m_inGraph == nullptr) {
+    return;
   }
-}
-
-void WriteTableEditor::showColumns(const PinColumns& columns) {
-  if (columns.isBeingComputed) {
+  m_pinColumns = columnsOfInputPin(*m_inGraph, 0);
+  if (m_pinColumns.isBeingComputed) {
     m_askAgain.start(kAskAgainMilliseconds);
   } else {
     m_askAgain.stop();
   }
-  m_columns->clear();
-  for (const PinColumns::Column& column : columns.columns) {
-    const QString type =
-        TableColumnsModel::typeInWords(QString(QLatin1Char(static_cast<char>(column.meta))));
-    m_columns->addItem(tr("%1 (%2)", "a column and its type").arg(column.name, type));
-  }
-  m_columns->setVisible(columns.isKnown);
-  m_search->setVisible(columns.isKnown && columns.columns.size() > kSearchedColumns);
-  if (columns.isKnown) {
-    m_columnsLabel->setText(
-        tr("Columns that are written, in this order: %1").arg(columns.columns.size()));
-  } else if (columns.isBeingComputed) {
-    m_columnsLabel->setText(tr("Finding out which columns are written..."));
-  } else {
-    m_columnsLabel->setText(
-        columns.whyUnknown.isEmpty()
-            ? tr("Which columns are written shows when rows are linked to this action.")
-            : columns.whyUnknown);
-  }
-  showMatches(m_search->text());
+  showColumns();
 }
 
-void WriteTableEditor::showMatches(const QString& text) {
-  for (int i = 0; i < m_columns->count(); ++i) {
-    QListWidgetItem* column = m_columns->item(i);
-    column->setHidden(!column->text().contains(text, Qt::CaseInsensitive));
+void WriteTableEditor::showColumns() {
+  QMap<QString, QString> types;
+  for (const EditedElement& child : m_typedColumns.children) {
+    if (child.name == kColumn) {
+      types.insert(child.attribute(kName), child.attribute(kType));
+    }
   }
+  m_columns->showColumns(m_pinColumns, types);
 }
 
 }  // namespace kelvarin

@@ -1,5 +1,5 @@
 // The editor of WriteCSV, WriteParquet and WriteArrow: the file, what becomes of one that is there,
-// and which columns are written.
+// whether it is one for each value, which columns are written, and with which types.
 //
 // Threads: the user-interface thread; the disk is asked on another one.
 #pragma once
@@ -9,15 +9,13 @@
 #include "gui/host_editors/host_editor.h"
 #include "host/contract/pin_columns.h"
 #include "host/files/file_signatures.h"
+#include "host/tables/files/output_settings.h"
 #include "host/widgets/background_task.h"
 #include "host/widgets/theme.h"
 
-class QLabel;
-class QListWidget;
-
 namespace kelvarin {
 
-class SearchField;
+class WrittenColumnsView;
 
 class WriteTableEditor : public HostEditor {
   Q_OBJECT
@@ -28,6 +26,7 @@ class WriteTableEditor : public HostEditor {
   bool isBusy() const { return m_task.isRunning(); }
 
  protected:
+  void collect(EditedElement& element) const override;
   void settingsChanged() override { look(); }
 
  private:
@@ -39,19 +38,20 @@ class WriteTableEditor : public HostEditor {
   QString filter() const;
   void addCsvFields();
   void addArrowFields();
+  void addOutputFields();
   void addColumns();
   void look();
-  static State stateOf(const QString& file, FileFormat format);
+  static State stateOf(const QString& file, FileFormat format, const OutputSettings& settings);
   void askForColumns();
-  void showColumns(const PinColumns& columns);
-  void showMatches(const QString& text);
+  void showColumns();
+  void setType(const QString& column, const QString& type);
 
   const ActionItem* m_inGraph;  // null once a change has been reported, since it is replaced then
   FileFormat m_format;
   InfoLine* m_state;
-  QLabel* m_columnsLabel;
-  SearchField* m_search;
-  QListWidget* m_columns;
+  WrittenColumnsView* m_columns;
+  PinColumns m_pinColumns;
+  EditedElement m_typedColumns;  // whose children are those of the action
   QTimer m_askAgain;
   BackgroundTask m_task;
 };

@@ -21,6 +21,15 @@ inline QString folderNotWritable(const QString& file, const QString& folder) {
       .arg(file, folder);
 }
 
+// About tables that are divided by the values of a column.
+inline QString splitOff() {
+  return QStringLiteral(
+      "splitVar has no effect without split='2': the table is not split by value.");
+}
+inline QString missingValue() {
+  return QStringLiteral("(missing)");
+}
+
 // About files that do not exist or hold something else.
 inline QString filesMeant(const QStringList& near) {
   return QStringLiteral("Did you mean '%1'?").arg(near.join(QStringLiteral("' or '")));

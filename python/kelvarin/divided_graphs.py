@@ -171,6 +171,8 @@ def _check_end(action: ElementTree.Element, known: Mapping[str, set[str]], value
     further = sorted(name for name in action.keys() if name not in known[action.tag])
     if further:
         raise _refusal(action, f"its attribute {further[0]} has a meaning for the whole table")
+    if action.tag == "WriteParquet" and len(action) > 0:
+        raise _refusal(action, "the files get the types of the rows, not those that it declares")
 
 
 def _check_step(step: ElementTree.Element, values: Mapping[str, str]) -> None:

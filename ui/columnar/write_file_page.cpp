@@ -10,6 +10,7 @@
 #include <QVBoxLayout>
 
 #include "columnar/actions/split_names.h"
+#include "host/files/split_values.h"
 #include "host/widgets/info_line.h"
 #include "host/widgets/path_field.h"
 #include "ui/columnar/column_box.h"

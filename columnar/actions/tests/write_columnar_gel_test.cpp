@@ -18,6 +18,7 @@
 #include "base/byte_cursor.h"
 #include "base/file_lock.h"
 #include "columnar/actions/split_names.h"
+#include "host/files/split_values.h"
 #include "host/testing/full_disk.h"
 #include "host/testing/row_harness.h"
 

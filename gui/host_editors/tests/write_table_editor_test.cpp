@@ -1,5 +1,6 @@
 // The editors of WriteCSV, WriteParquet and WriteArrow: what a run would do with the file, and
 // which columns it would write.
+#include <QComboBox>
 #include <QLabel>
 #include <QListWidget>
 
@@ -43,6 +44,8 @@ TEST_F(WriteTableEditorTest, SaysWhatARunDoesWithTheFile) {
       {"<WriteCSV name='a' file='there.csv'/>", "is replaced"},
       {"<WriteCSV name='a' file='new.csv'/>", "A run makes"},
       {"<WriteCSV name='a' file='none/new.csv'/>", "none"},
+      {"<WriteCSV name='a' file='none/new.csv' createDir='1'/>", "A run makes"},
+      {"<WriteCSV name='a' file='new.csv' split='2' splitVar='x'/>", "new*.csv"},
       {"<WriteCSV name='a' file='-'/>", "standard output"},
       {"<WriteCSV name='a' file='/dev/null'/>", "device"},
       {"<WriteCSV name='a'/>", "Choose"},
@@ -64,6 +67,28 @@ TEST_F(WriteTableEditorTest, ListsTheColumnsAsSoonAsTheyAreKnown) {
   EXPECT_EQ(columns.item(0)->text(), QStringLiteral("id (Key)"));
   m_editor->restoreUncommitted({{QStringLiteral("separator"), QStringLiteral(";")}});
   m_editor->commit();
+  EXPECT_EQ(columns.count(), 2);
+}
+
+TEST_F(WriteTableEditorTest, GivesTheChosenColumnItsTypeInTheFile) {
+  HostWithColumns host;
+  open("<WriteParquet name='a' file='x.parquet'><Column name='old' type='date'/></WriteParquet>");
+  auto& columns = widget<QListWidget>("columns");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return columns.count() == 3; }, 5'000));
+  EXPECT_EQ(columns.item(2)->text(), QStringLiteral("old, in the file date"));
+  auto& type = widget<QComboBox>("storedType");
+  const auto choose = [&](int column, const char* name) {
+    columns.setCurrentRow(column);
+    type.setCurrentIndex(type.findData(QString::fromLatin1(name)));
+    emit type.activated(type.currentIndex());
+    QCoreApplication::processEvents();
+  };
+  choose(0, "int64");
+  EXPECT_EQ(columns.item(0)->text(), QStringLiteral("id (Key), in the file int64"));
+  choose(2, "");
+  ASSERT_EQ(m_committed.size(), 2);
+  EXPECT_TRUE(m_committed[1].contains("<Column name='id' type='int64'/>")) << m_committed[1].data();
+  EXPECT_FALSE(m_committed[1].contains("old"));
   EXPECT_EQ(columns.count(), 2);
 }
 

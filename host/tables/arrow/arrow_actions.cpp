@@ -1,5 +1,8 @@
 #include "host/tables/arrow/arrow_actions.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include <QFileInfo>
 
 #include "host/contract/attribute_table.h"
@@ -37,13 +40,14 @@ ActionDescription describedSource(const char* typeName, const char* toolTip,
 ActionDescription describedSink(const char* typeName, const char* toolTip,
                                 const QStringList& fileTypes,
                                 std::vector<AttributeDescription> attributes = {}) {
-  attributes.insert(attributes.begin(), TableSink::describedFile());
+  attributes.push_back(WrittenColumns::describedAttribute());
   return {.typeName = typeName,
           .toolTip = toolTip,
           .keywords = {fileTypes.front(), "columnar", "file", "export", "output", "save", "write",
                        "out"},
           .fileTypes = fileTypes,
-          .attributes = std::move(attributes)};
+          .attributes = TableSink::describedAttributes(std::move(attributes)),
+          .children = {WrittenColumns::describedElement()}};
 }
 
 ArrowFormat arrowFormatOf(FileFormat format) {
@@ -78,10 +82,28 @@ Result<std::unique_ptr<BatchReader>, QString> ArrowSource::makeReaderOf(const QS
   return (*formats)->makeReader(arrowFormatOf(format()), path, std::move(*rules));
 }
 
+ArrowSink::ArrowSink(XMLNode node, GlobalParameters* parameters)
+    : TableSink(node, parameters), m_columns(node, parameters) {}
+
 void ArrowSink::saveXML(std::wostringstream& out, QString name) {
   saveHead(out, name);
   saveAttributes(out);
-  out << L"/>\n";
+  m_columns.saveAttribute(out);
+  saveOutput(out);
+  m_columns.saveChildrenAndEnd(out, typeName());
+}
+
+std::vector<ElementFault> ArrowSink::settingFaults() const {
+  std::vector<ElementFault> faults = TableSink::settingFaults();
+  std::ranges::move(
+      m_columns.faults(node(), [this](const QString& text) { return expandString(text); }),
+      std::back_inserter(faults));
+  return faults;
+}
+
+ColumnFate ArrowSink::followColumn(const QString& oldName, const QString& newName) {
+  m_columns.renameColumn(oldName, newName);
+  return TableSink::followColumn(oldName, newName);
 }
 
 // A program without the library says so before the file is created.
@@ -93,11 +115,24 @@ Status<QString> ArrowSink::checkSettings() {
   return Done{};
 }
 
-Status<QString> ArrowSink::begin(const OneRow& columns) {
-  const auto formats = ArrowFormats::load();
-  m_writer = (*formats)->makeWriter(written(), output(), expandedFile(),
-                                    run() == nullptr ? nullptr : run()->tasks);
-  return m_writer->begin(columns);
+Status<QString> ArrowSink::checkColumns(const OneRow& columns) {
+  auto stored =
+      m_columns.storedColumns(columns, [this](const QString& text) { return expandString(text); });
+  if (!stored) {
+    return Failure{stored.error()};
+  }
+  m_stored = std::move(*stored);
+  return Done{};
+}
+
+std::unique_ptr<BatchEncoder> ArrowSink::makeEncoder(const OneRow& /*columns*/) {
+  return (*ArrowFormats::load())->makeEncoder();
+}
+
+std::unique_ptr<TableFileWriter> ArrowSink::makeWriter(SinkFile& file) {
+  return (*ArrowFormats::load())
+      ->makeWriter(written(file), file.output, file.path, m_stored,
+                   run() == nullptr ? nullptr : run()->tasks);
 }
 
 const ActionDescription& ReadParquet::catalogue() {
@@ -133,9 +168,11 @@ WriteArrow::WriteArrow(XMLNode node, GlobalParameters* parameters) : Described(n
 }
 
 std::vector<ElementFault> WriteArrow::settingFaults() const {
-  const QString fault = faultOfFormat(expandString(m_format));
-  return fault.isEmpty() ? std::vector<ElementFault>()
-                         : std::vector<ElementFault>{{LogLevel::error, node(), fault}};
+  std::vector<ElementFault> faults = ArrowSink::settingFaults();
+  if (const QString fault = faultOfFormat(expandString(m_format)); !fault.isEmpty()) {
+    faults.push_back({LogLevel::error, node(), fault});
+  }
+  return faults;
 }
 
 Status<QString> WriteArrow::checkSettings() {
@@ -143,13 +180,12 @@ Status<QString> WriteArrow::checkSettings() {
   return fault.isEmpty() ? ArrowSink::checkSettings() : Failure{fault};
 }
 
-ArrowFormat WriteArrow::written() const {
+ArrowFormat WriteArrow::written(const SinkFile& file) const {
   const QString format = expandString(m_format);
-  const bool isStream =
-      format.isEmpty()
-          ? output().isStream() ||
-                QFileInfo(expandedFile()).suffix().compare(u"arrows", Qt::CaseInsensitive) == 0
-          : format == kStream;
+  const bool isStream = format.isEmpty()
+                            ? file.output.isStream() || QFileInfo(file.path).suffix().compare(
+                                                            u"arrows", Qt::CaseInsensitive) == 0
+                            : format == kStream;
   return isStream ? ArrowFormat::arrowStream : ArrowFormat::arrow;
 }
 

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "host/tables/arrow/arrow_formats.h"
+#include "host/tables/arrow/written_columns.h"
 #include "host/tables/files/table_sink.h"
 #include "host/tables/files/table_source.h"
 #include "host/tables/settings/column_settings.h"
@@ -25,24 +26,23 @@ class ArrowSource : public WithDescription<TableSource> {
 
 class ArrowSink : public TableSink {
  public:
-  ArrowSink(XMLNode node, GlobalParameters* parameters) : TableSink(node, parameters) {}
+  ArrowSink(XMLNode node, GlobalParameters* parameters);
   void saveXML(std::wostringstream& out, QString name) override;
+  std::vector<ElementFault> settingFaults() const override;
+  ColumnFate followColumn(const QString& oldName, const QString& newName) override;
 
  protected:
-  virtual ArrowFormat written() const = 0;
+  virtual ArrowFormat written(const SinkFile& file) const = 0;
   // Behind the attribute `file`.
   virtual void saveAttributes(std::wostringstream& /*out*/) const {}
   Status<QString> checkSettings() override;
-  Status<QString> begin(const OneRow& columns) override;
-  std::unique_ptr<BatchEncoder> makeEncoder() override { return m_writer->makeEncoder(); }
-  Status<QString> writeEncoded(std::unique_ptr<EncodedBatch> batch) override {
-    return m_writer->write(*batch);
-  }
-  Status<QString> finish() override { return m_writer->finish(); }
-  void release() override { m_writer.reset(); }
+  Status<QString> checkColumns(const OneRow& columns) override;
+  std::unique_ptr<BatchEncoder> makeEncoder(const OneRow& columns) override;
+  std::unique_ptr<TableFileWriter> makeWriter(SinkFile& file) override;
 
  private:
-  std::unique_ptr<ArrowTableWriter> m_writer;
+  WrittenColumns m_columns;
+  StoredColumns m_stored;  // of the run
 };
 
 class ReadParquet : public Described<ReadParquet, ArrowSource> {
@@ -70,7 +70,7 @@ class WriteParquet : public Described<WriteParquet, ArrowSink> {
 
  protected:
   FileFormat format() const override { return FileFormat::parquet; }
-  ArrowFormat written() const override { return ArrowFormat::parquet; }
+  ArrowFormat written(const SinkFile&) const override { return ArrowFormat::parquet; }
 };
 
 class WriteArrow : public Described<WriteArrow, ArrowSink> {
@@ -84,7 +84,7 @@ class WriteArrow : public Described<WriteArrow, ArrowSink> {
   Status<QString> checkSettings() override;
   // Where the attribute says nothing, what has no end yet is a stream: standard output, a pipe, a
   // name with the extension of streams.
-  ArrowFormat written() const override;
+  ArrowFormat written(const SinkFile& file) const override;
   void saveAttributes(std::wostringstream& out) const override;
 
  private:

@@ -9,9 +9,10 @@
 #include <memory>
 
 #include "host/contract/batch_steps.h"
-#include "host/contract/one_row.h"
+#include "host/tables/arrow/stored_type.h"
 #include "host/tables/files/batch_reader.h"
 #include "host/tables/files/output_file.h"
+#include "host/tables/files/table_file_writer.h"
 #include "host/tables/settings/column_settings.h"
 
 namespace kelvarin {
@@ -21,28 +22,18 @@ class TaskPool;
 // Readers see by the content which form of Arrow it is.
 enum class ArrowFormat { parquet, arrow, arrowStream };
 
-// Writes one table to a file.
-class ArrowTableWriter {
- public:
-  virtual ~ArrowTableWriter() = default;
-  // `columns` has the names and types of all rows to come.
-  virtual Status<QString> begin(const OneRow& columns) = 0;
-  virtual std::unique_ptr<BatchEncoder> makeEncoder() = 0;
-  // `batch` is of the encoder.
-  virtual Status<QString> write(EncodedBatch& batch) = 0;
-  virtual Status<QString> finish() = 0;
-};
-
 class ArrowFormats {
  public:
   virtual ~ArrowFormats() = default;
   virtual std::unique_ptr<BatchReader> makeReader(ArrowFormat format, const QString& path,
                                                   ColumnRules rules) const = 0;
+  // Makes what writers of every format take.
+  virtual std::unique_ptr<BatchEncoder> makeEncoder() const = 0;
   // `file` and `pool` outlive the writer; `path` is the file's name in messages. Tasks of the pool
   // encode columns; without one, nothing runs beside the calling thread.
-  virtual std::unique_ptr<ArrowTableWriter> makeWriter(ArrowFormat format, OutputFile& file,
-                                                       const QString& path,
-                                                       TaskPool* pool) const = 0;
+  virtual std::unique_ptr<TableFileWriter> makeWriter(ArrowFormat format, OutputFile& file,
+                                                      const QString& path, StoredColumns stored,
+                                                      TaskPool* pool) const = 0;
 
   // The failure says why the library cannot be loaded.
   static Result<const ArrowFormats*, QString> load();

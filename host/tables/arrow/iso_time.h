@@ -4,7 +4,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -18,6 +20,12 @@ void appendIsoDate(std::string& text, std::int64_t daysSinceEpoch);
 // `digits` is the number of decimals of a tick: 0, 3, 6 or 9. All are written, so that the texts of
 // a column have one form.
 void appendIsoTimestamp(std::string& text, std::int64_t ticksSinceEpoch, int digits, bool isUtc);
+
+// What these texts stand for. Nothing where the text has another form, names no day or no time of
+// one, or is out of range. A timestamp may have up to nine decimals; those that a tick cannot hold
+// are zeros.
+std::optional<std::int64_t> daysOfIsoDate(std::string_view text);
+std::optional<std::int64_t> ticksOfIsoTimestamp(std::string_view text, int digits, bool isUtc);
 
 // How the timestamps of one type are written.
 struct TimestampForm {

@@ -61,6 +61,52 @@ inline QString declareAnotherType(const QString& column) {
       .arg(column);
 }
 
+// Columns and values that are written
+
+inline QString badStoredType(const QString& column, const QString& type, const QString& types) {
+  return QStringLiteral(
+             "The column '%1' is declared with the type '%2'. Types of columns in the file are %3.")
+      .arg(column, type, types);
+}
+
+inline QString storedColumnAbsent(const QString& column, const QString& type, const QString& hint) {
+  return QStringLiteral("<Column name='%1' type='%2'/>: %3").arg(column, type, hint);
+}
+
+inline QString cannotBeStored(const QString& column, const QString& type, const QString& possible) {
+  return QStringLiteral(
+             "<Column name='%1' type='%2'/>: the values of this column cannot be written with this "
+             "type. It can be %3.")
+      .arg(column, type, possible);
+}
+
+inline QString valueNotStored(const QString& location, const QString& value, const QString& type) {
+  return QStringLiteral(
+             "%1: '%2' cannot be written with the type %3. Declare another type, or set "
+             "onBadValue='null'.")
+      .arg(location, value, type);
+}
+
+inline QString textNotStored(const QString& location, const QString& value, const QString& type,
+                             const QString& example) {
+  return QStringLiteral(
+             "%1: '%2' cannot be written with the type %3, whose values are texts like %4. Declare "
+             "another type, or set onBadValue='null'.")
+      .arg(location, value, type, example);
+}
+
+inline QString writtenAsNull(const QString& location, const QString& column, long long count) {
+  if (count == 1) {
+    return QStringLiteral(
+               "%1: this value of column '%2' does not fit its type and was written as null.")
+        .arg(location, column);
+  }
+  return QStringLiteral(
+             "%1: %2 values of column '%3' do not fit its type and were written as null; this is "
+             "the first.")
+      .arg(location, QString::number(count), column);
+}
+
 inline QString damaged(const QString& source, const QString& reason) {
   return QStringLiteral("The %1 cannot be read, it is damaged or of another format: %2")
       .arg(source, reason);

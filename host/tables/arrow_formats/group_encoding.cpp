@@ -60,7 +60,7 @@ void GroupEncoding::waitForTasks() {
   m_isEncoded.wait(lock, [this] { return m_columnsLeft == 0; });
 }
 
-arrow::Status GroupEncoding::writeTo(RowGroupFormat& format) {
+arrow::Status GroupEncoding::takeColumns(std::vector<std::unique_ptr<EncodedColumn>>& columns) {
   for (const auto& task : m_tasks) {
     if (task->claim()) {
       task->run();
@@ -70,7 +70,8 @@ arrow::Status GroupEncoding::writeTo(RowGroupFormat& format) {
   for (const arrow::Status& outcome : m_outcomes) {
     ARROW_RETURN_NOT_OK(outcome);
   }
-  return format.write(m_group->rowCount(), std::move(m_columns));
+  columns = std::move(m_columns);
+  return arrow::Status::OK();
 }
 
 }  // namespace kelvarin

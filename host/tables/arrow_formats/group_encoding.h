@@ -19,8 +19,9 @@ class GroupEncoding {
   // Columns that nobody has begun are left out.
   ~GroupEncoding();
 
-  // Encodes what nobody has begun, waits for the rest, and writes all columns.
-  arrow::Status writeTo(RowGroupFormat& format);
+  // Encodes what nobody has begun, waits for the rest, and hands out all columns.
+  arrow::Status takeColumns(std::vector<std::unique_ptr<EncodedColumn>>& columns);
+  std::size_t rowCount() const { return m_group->rowCount(); }
 
  private:
   class ColumnTask;

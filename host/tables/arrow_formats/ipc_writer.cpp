@@ -1,5 +1,5 @@
 // The Arrow side of writing: one record batch a row group; numbers as float64, keys as uint32,
-// texts as utf8.
+// texts as utf8, unless other types are asked for.
 #include <cstring>
 
 #include "arrow/array/util.h"
@@ -19,15 +19,33 @@ struct EncodedArray final : EncodedColumn {
   std::shared_ptr<arrow::Array> array;
 };
 
-std::shared_ptr<arrow::DataType> arrowTypeOf(MetaTypeColumn type) {
-  switch (type) {
-    case MetaTypeColumn::number:
+std::shared_ptr<arrow::DataType> timestampType(const StoredType& type) {
+  const auto unit = type.decimals == 3   ? arrow::TimeUnit::MILLI
+                    : type.decimals == 6 ? arrow::TimeUnit::MICRO
+                                         : arrow::TimeUnit::NANO;
+  return type.isUtc ? arrow::timestamp(unit, "UTC") : arrow::timestamp(unit);
+}
+
+std::shared_ptr<arrow::DataType> arrowTypeOf(const StoredType& type) {
+  switch (type.kind) {
+    case StoredType::Kind::number:
       return arrow::float64();
-    case MetaTypeColumn::key:
+    case StoredType::Kind::int64:
+      return arrow::int64();
+    case StoredType::Kind::int32:
+      return arrow::int32();
+    case StoredType::Kind::key:
       return arrow::uint32();
-    default:
-      return arrow::utf8();
+    case StoredType::Kind::boolean:
+      return arrow::boolean();
+    case StoredType::Kind::date:
+      return arrow::date32();
+    case StoredType::Kind::timestamp:
+      return timestampType(type);
+    case StoredType::Kind::text:
+      break;
   }
+  return arrow::utf8();
 }
 
 // Calls visit(value, row) for the bytes of every value of a column.
@@ -112,8 +130,46 @@ arrow::Result<std::shared_ptr<arrow::Array>> arrayOfTexts(const GroupColumn& col
       arrow::utf8(), rowCount, {presence.bits, offsetBuffer, texts}, presence.missing));
 }
 
+// The values as they are, or a bit for each where they are booleans.
+template <typename Value>
+arrow::Result<std::shared_ptr<arrow::Buffer>> bufferOf(const TypedColumn<Value>& column,
+                                                       std::int64_t rowCount) {
+  if constexpr (!std::is_same_v<Value, bool>) {
+    return column.values.owner;
+  } else {
+    ARROW_ASSIGN_OR_RAISE(auto bits, arrow::AllocateBitmap(rowCount, columnPool()));
+    std::memset(bits->mutable_data(), 0, static_cast<std::size_t>(bits->size()));
+    for (std::int64_t row = 0; row < rowCount; ++row) {
+      arrow::bit_util::SetBitTo(bits->mutable_data(), row, column.values.values[row]);
+    }
+    return std::shared_ptr<arrow::Buffer>(std::move(bits));
+  }
+}
+
+template <typename Value>
+arrow::Result<std::shared_ptr<arrow::Array>> arrayOfTyped(
+    const TypedColumn<Value>& column, std::int64_t rowCount,
+    const std::shared_ptr<arrow::DataType>& type) {
+  Presence presence;
+  ARROW_RETURN_NOT_OK(presence.begin(rowCount));
+  for (std::int64_t row = 0; row < rowCount; ++row) {
+    if (column.isMissing(static_cast<std::size_t>(row))) {
+      presence.clear(row);
+    }
+  }
+  ARROW_ASSIGN_OR_RAISE(auto values, bufferOf(column, rowCount));
+  return arrow::MakeArray(
+      arrow::ArrayData::Make(type, rowCount, {presence.bits, values}, presence.missing));
+}
+
 arrow::Result<std::shared_ptr<arrow::Array>> arrayOf(const GroupColumn& column,
-                                                     std::int64_t rowCount) {
+                                                     std::int64_t rowCount, const StoredType& type,
+                                                     BadValues& bad) {
+  if (isTyped(column, type)) {
+    return withTypedColumn(
+        column, static_cast<std::size_t>(rowCount), type, bad,
+        [&](const auto& values) { return arrayOfTyped(values, rowCount, arrowTypeOf(type)); });
+  }
   switch (column.type) {
     case MetaTypeColumn::number:
       return arrayOfValues<double>(column, rowCount, arrow::float64(), numberFromBytes,
@@ -129,11 +185,13 @@ arrow::Result<std::shared_ptr<arrow::Array>> arrayOf(const GroupColumn& column,
 class IpcWriter : public RowGroupFormat {
  public:
   explicit IpcWriter(bool isStream) : m_isStream(isStream) {}
-  arrow::Status open(std::shared_ptr<ArrowOutputStream> stream, const OneRow& columns) override {
+  arrow::Status open(std::shared_ptr<ArrowOutputStream> stream, const OneRow& columns,
+                     const std::vector<StoredType>& types) override {
+    m_types = types;
     arrow::FieldVector fields;
     for (int i = 0; i < columns.sz(); ++i) {
-      fields.push_back(
-          arrow::field(columns.colName(i).toStdString(), arrowTypeOf(columns.getMetaType(i))));
+      fields.push_back(arrow::field(columns.colName(i).toStdString(),
+                                    arrowTypeOf(types[static_cast<std::size_t>(i)])));
     }
     m_schema = arrow::schema(std::move(fields));
     m_stream = stream;
@@ -148,7 +206,8 @@ class IpcWriter : public RowGroupFormat {
                        std::unique_ptr<EncodedColumn>& encoded) const override {
     auto made = std::make_unique<EncodedArray>();
     const auto rowCount = static_cast<std::int64_t>(group.rowCount());
-    ARROW_ASSIGN_OR_RAISE(made->array, arrayOf(group.columns()[column], rowCount));
+    ARROW_ASSIGN_OR_RAISE(
+        made->array, arrayOf(group.columns()[column], rowCount, m_types[column], made->badValues));
     encoded = std::move(made);
     return arrow::Status::OK();
   }
@@ -167,6 +226,7 @@ class IpcWriter : public RowGroupFormat {
 
  private:
   const bool m_isStream;
+  std::vector<StoredType> m_types;
   std::shared_ptr<arrow::Schema> m_schema;
   std::shared_ptr<ArrowOutputStream> m_stream;
   std::shared_ptr<arrow::ipc::RecordBatchWriter> m_writer;

@@ -19,12 +19,16 @@ class Formats final : public ArrowFormats {
     auto file = format == ArrowFormat::parquet ? makeParquetFile() : makeIpcFile();
     return std::make_unique<ArrowTableReader>(path, std::move(file), std::move(rules));
   }
-  std::unique_ptr<ArrowTableWriter> makeWriter(ArrowFormat format, OutputFile& file,
-                                               const QString& path, TaskPool* pool) const override {
+  std::unique_ptr<BatchEncoder> makeEncoder() const override {
+    return std::make_unique<GatheringEncoder>();
+  }
+  std::unique_ptr<TableFileWriter> makeWriter(ArrowFormat format, OutputFile& file,
+                                              const QString& path, StoredColumns stored,
+                                              TaskPool* pool) const override {
     auto writer = format == ArrowFormat::parquet
                       ? makeParquetWriter()
                       : makeIpcWriter(format == ArrowFormat::arrowStream);
-    return std::make_unique<RowGroupWriter>(std::move(writer), file, path, pool);
+    return std::make_unique<RowGroupWriter>(std::move(writer), file, path, std::move(stored), pool);
   }
 };
 

@@ -25,26 +25,44 @@ struct EncodedChunk final : EncodedColumn {
   ParquetColumnChunk chunk;
 };
 
-parquet::schema::NodePtr nodeOf(const std::string& name, MetaTypeColumn type) {
-  using parquet::LogicalType;
-  constexpr auto kOptional = parquet::Repetition::OPTIONAL;
-  switch (type) {
-    case MetaTypeColumn::number:
-      return parquet::schema::PrimitiveNode::Make(name, kOptional, LogicalType::None(),
-                                                  parquet::Type::DOUBLE);
-    case MetaTypeColumn::key:
-      return parquet::schema::PrimitiveNode::Make(name, kOptional, LogicalType::Int(32, false),
-                                                  parquet::Type::INT32);
-    default:
-      return parquet::schema::PrimitiveNode::Make(name, kOptional, LogicalType::String(),
-                                                  parquet::Type::BYTE_ARRAY);
-  }
+parquet::LogicalType::TimeUnit::unit unitOf(int decimals) {
+  using Unit = parquet::LogicalType::TimeUnit;
+  return decimals == 3 ? Unit::MILLIS : decimals == 6 ? Unit::MICROS : Unit::NANOS;
 }
 
-parquet::schema::NodePtr schemaOf(const OneRow& columns) {
+parquet::schema::NodePtr nodeOf(const std::string& name, const StoredType& type) {
+  using parquet::LogicalType;
+  using parquet::Type;
+  const auto node = [&name](const std::shared_ptr<const LogicalType>& logical,
+                            Type::type physical) {
+    return parquet::schema::PrimitiveNode::Make(name, parquet::Repetition::OPTIONAL, logical,
+                                                physical);
+  };
+  switch (type.kind) {
+    case StoredType::Kind::number:
+      return node(LogicalType::None(), Type::DOUBLE);
+    case StoredType::Kind::int64:
+      return node(LogicalType::None(), Type::INT64);
+    case StoredType::Kind::int32:
+      return node(LogicalType::None(), Type::INT32);
+    case StoredType::Kind::key:
+      return node(LogicalType::Int(32, false), Type::INT32);
+    case StoredType::Kind::boolean:
+      return node(LogicalType::None(), Type::BOOLEAN);
+    case StoredType::Kind::date:
+      return node(LogicalType::Date(), Type::INT32);
+    case StoredType::Kind::timestamp:
+      return node(LogicalType::Timestamp(type.isUtc, unitOf(type.decimals)), Type::INT64);
+    case StoredType::Kind::text:
+      break;
+  }
+  return node(LogicalType::String(), Type::BYTE_ARRAY);
+}
+
+parquet::schema::NodePtr schemaOf(const OneRow& columns, const std::vector<StoredType>& types) {
   parquet::schema::NodeVector nodes;
   for (int i = 0; i < columns.sz(); ++i) {
-    nodes.push_back(nodeOf(columns.colName(i).toStdString(), columns.getMetaType(i)));
+    nodes.push_back(nodeOf(columns.colName(i).toStdString(), types[static_cast<std::size_t>(i)]));
   }
   return parquet::schema::GroupNode::Make("schema", parquet::Repetition::REQUIRED, nodes);
 }
@@ -69,12 +87,14 @@ arrow::Status guarded(Call call) {
 
 class ParquetWriter : public RowGroupFormat {
  public:
-  arrow::Status open(std::shared_ptr<ArrowOutputStream> stream, const OneRow& columns) override {
+  arrow::Status open(std::shared_ptr<ArrowOutputStream> stream, const OneRow& columns,
+                     const std::vector<StoredType>& types) override {
     return guarded([&] {
+      m_types = types;
       m_stream = std::move(stream);
       m_properties =
           parquet::WriterProperties::Builder().compression(parquet::Compression::SNAPPY)->build();
-      m_schema.Init(schemaOf(columns));
+      m_schema.Init(schemaOf(columns, types));
       m_metadata = parquet::FileMetaDataBuilder::Make(&m_schema, m_properties);
       PARQUET_THROW_NOT_OK(m_stream->Write(kMagic.data(), kMagic.size()));
     });
@@ -84,8 +104,9 @@ class ParquetWriter : public RowGroupFormat {
                        std::unique_ptr<EncodedColumn>& encoded) const override {
     ColumnPages pages(m_schema.Column(static_cast<int>(column)), m_properties,
                       (group.rowCount() + kRowsInPage) * kBytesOfValue);
-    const ValueRange range = encodePages(group.columns()[column], group.rowCount(), pages);
     auto made = std::make_unique<EncodedChunk>();
+    const ValueRange range = encodePages(group.columns()[column], m_types[column], group.rowCount(),
+                                         pages, made->badValues);
     made->chunk = pages.finish(range);
     encoded = std::move(made);
     return arrow::Status::OK();
@@ -126,8 +147,13 @@ class ParquetWriter : public RowGroupFormat {
     std::shared_ptr<arrow::Buffer> offset;
   };
 
-  static ValueRange encodePages(const GroupColumn& column, std::size_t rowCount,
-                                ColumnPages& pages) {
+  static ValueRange encodePages(const GroupColumn& column, const StoredType& type,
+                                std::size_t rowCount, ColumnPages& pages, BadValues& bad) {
+    if (isTyped(column, type)) {
+      return withTypedColumn(column, rowCount, type, bad, [&](const auto& values) {
+        return encodeTyped(values, rowCount, pages);
+      });
+    }
     switch (column.type) {
       case MetaTypeColumn::number:
         return encodeNumbers(column, rowCount, pages);
@@ -175,6 +201,7 @@ class ParquetWriter : public RowGroupFormat {
   }
 
   std::shared_ptr<ArrowOutputStream> m_stream;
+  std::vector<StoredType> m_types;
   std::shared_ptr<parquet::WriterProperties> m_properties;
   parquet::SchemaDescriptor m_schema;
   std::unique_ptr<parquet::FileMetaDataBuilder> m_metadata;

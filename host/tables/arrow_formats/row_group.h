@@ -3,7 +3,7 @@
 //
 // The columns stay in the pieces in which they came. Which rows make a group depends on the rows
 // alone, not on the batches in which they come.
-// Used by: ArrowTableWriter's implementation, and the encoders of both formats.
+// Used by: RowGroupWriter, and the encoders of both formats.
 #pragma once
 
 #include <algorithm>

@@ -104,10 +104,11 @@ class TextColumn {
 
   bool doesRepeat() const {
     std::unordered_set<std::string_view> seen;
-    return doValuesRepeat(m_column, m_rowCount, [&](const BatchColumn& texts, std::size_t row) {
-      const unsigned char* text = texts.text(row);
-      return isNullText(text) || !seen.insert(textFromBytes(text)).second;
-    });
+    return doValuesRepeat(GroupColumnCursor(m_column), m_rowCount,
+                          [&](const BatchColumn& texts, std::size_t row) {
+                            const unsigned char* text = texts.text(row);
+                            return isNullText(text) || !seen.insert(textFromBytes(text)).second;
+                          });
   }
 
   // False: there are too many different texts, or none.

@@ -14,6 +14,12 @@ inline QString fileSource(const QString& file) {
   return file == QLatin1String("-") ? standardInput() : QStringLiteral("file '%1'").arg(file);
 }
 
+// What the file is called that a table is written to.
+inline QString fileTarget(const QString& file) {
+  return file == QLatin1String("-") ? QStringLiteral("standard output")
+                                    : QStringLiteral("file '%1'").arg(file);
+}
+
 inline QString atRow(const QString& source, long long row) {
   return QStringLiteral("%1, row %2").arg(source).arg(row);
 }
@@ -60,6 +66,45 @@ inline QString readerWentAway() {
 
 inline QString inputNotLinked(const QString& action) {
   return QStringLiteral("%1: nothing is linked to its input pin.").arg(action);
+}
+
+// Tables that are divided by the values of a column
+
+inline QString badSplit(int split) {
+  return QStringLiteral("split is '%1'. It takes 0 (one file) or 2 (by the value of splitVar).")
+      .arg(split);
+}
+
+inline QString standardOutputNotSplit() {
+  return QStringLiteral(
+      "Rows that go to standard output cannot be split by value. Name a file, or set split='0'.");
+}
+
+inline QString splitColumnMissing(const QString& action, const QString& hint) {
+  return QStringLiteral("%1, splitVar: %2").arg(action, hint);
+}
+
+inline QString splitNotSorted(const QString& action, const QString& column) {
+  return QStringLiteral(
+             "%1: the table is not sorted on '%2', by which it is split, so the files of all its "
+             "values stay open to the end. There can be as many as the system lets a program have "
+             "open; sort the table where there are more.")
+      .arg(action, column);
+}
+
+inline QString splitValueReturns(const QString& file, const QString& value) {
+  return QStringLiteral(
+             "Writing to the file '%1': the value '%2' of the split column comes back, though the "
+             "table is declared sorted on that column. Sort the table, or remove the declaration.")
+      .arg(file, value);
+}
+
+inline QString splitNamesMeet(const QString& file, const QString& value,
+                              const QString& otherValue) {
+  return QStringLiteral(
+             "Writing to the file '%1': two values of the split column, '%2' and '%3', give this "
+             "same file name. Rename one of them.")
+      .arg(file, value, otherValue);
 }
 
 inline QString duplicateColumn(const QString& source, const QString& column) {

@@ -195,6 +195,17 @@ Status<QString> OutputFile::complete() {
   return Done{};
 }
 
+Status<QString> OutputFile::closeUntilPublished() {
+  if (isStream()) {
+    return Done{};
+  }
+  if (m_temporaryPath.isEmpty() && !takeTemporaryName()) {
+    return Failure{writeError(errno)};
+  }
+  (void)m_file.close();
+  return Done{};
+}
+
 Status<QString> OutputFile::publish() {
   if (isStream()) {
     return Done{};
@@ -215,22 +226,28 @@ Status<QString> OutputFile::publish() {
   return Done{};
 }
 
+bool OutputFile::takeTemporaryName() {
+  const QByteArray name = temporaryName(m_finalPath);
+  m_unfinishedName.enter(name);
+  if (!nameUnnamedFile(m_file.descriptor(), name.constData())) {
+    const int error = errno;
+    m_unfinishedName.withdraw();
+    errno = error;
+    return false;
+  }
+  m_temporaryPath = name;
+  return true;
+}
+
 // A file without a name cannot replace another at once; it needs a name of its own first.
 bool OutputFile::takeFinalName() {
   if (m_temporaryPath.isEmpty()) {
     if (nameUnnamedFile(m_file.descriptor(), m_finalPath.constData())) {
       return true;
     }
-    const bool isReplacing = errno == EEXIST;
-    const QByteArray name = temporaryName(m_finalPath);
-    m_unfinishedName.enter(name);
-    if (!isReplacing || !nameUnnamedFile(m_file.descriptor(), name.constData())) {
-      const int error = errno;
-      m_unfinishedName.withdraw();
-      errno = error;
+    if (errno != EEXIST || !takeTemporaryName()) {
       return false;
     }
-    m_temporaryPath = name;
   }
   return ::rename(m_temporaryPath.constData(), m_finalPath.constData()) == 0;
 }

@@ -42,6 +42,9 @@ class OutputFile {
   // All bytes are on the disk; nothing more can be written.
   Status<QString> complete();
   bool isComplete() const { return m_isComplete; }
+  // Closes the completed file, which gets a temporary name: one of many that wait for the end of
+  // the run. Another process that writes the same output may remove it.
+  Status<QString> closeUntilPublished();
   // Gives the completed file its name.
   Status<QString> publish();
   // Removes what was written, unless it is published.
@@ -53,6 +56,8 @@ class OutputFile {
   bool isStandardOutput() const;
   Status<QString> noteWritten(int error, std::size_t size);
   QString writeError(int error) const;
+  // False: see errno.
+  [[nodiscard]] bool takeTemporaryName();
   [[nodiscard]] bool takeFinalName();
 
   QString m_shownName;

@@ -3,21 +3,15 @@
 #include <QSet>
 
 #include "host/tables/settings/messages.h"
+#include "host/tables/settings/on_bad_value.h"
 
 namespace kelvarin {
 
 namespace {
 
-const QString kAbort = QStringLiteral("abort");
-const QString kNull = QStringLiteral("null");
 constexpr char16_t kColumn[] = u"Column";
-constexpr char16_t kOnBadValue[] = u"onBadValue";
 constexpr char16_t kName[] = u"name";
 constexpr char16_t kMeta[] = u"meta";
-
-QString faultOfOnBadValue(const QString& value) {
-  return value == kAbort || value == kNull ? QString() : table_messages::badOnBadValue(value);
-}
 
 QString faultOfColumn(const QString& name, const QString& meta) {
   if (name.isEmpty()) {
@@ -30,8 +24,8 @@ QString faultOfColumn(const QString& name, const QString& meta) {
 }  // namespace
 
 ColumnSettings::ColumnSettings(const XMLNode& action, const GlobalParameters* parameters)
-    : m_onBadValue(kAbort) {
-  readAttribute(action, kOnBadValue, m_onBadValue, parameters);
+    : m_onBadValue(on_bad_value::kAbort) {
+  readAttribute(action, on_bad_value::kAttribute, m_onBadValue, parameters);
   for (int i = 0; i < action.nChildNode(); ++i) {
     const XMLNode child = action.getChildNode(i);
     if (child.name() == kColumn) {
@@ -43,9 +37,8 @@ ColumnSettings::ColumnSettings(const XMLNode& action, const GlobalParameters* pa
 }
 
 AttributeDescription ColumnSettings::describedAttribute() {
-  return {QString::fromUtf16(kOnBadValue), AttributeKind::text,
-          QStringLiteral("what happens at a value that does not fit its column's type"), kAbort,
-          AllowedValues{.inWords = "abort (stops the run) or null (makes it null)"}};
+  return on_bad_value::described(
+      QStringLiteral("what happens at a value that does not fit its column's type"));
 }
 
 ElementDescription ColumnSettings::describedElement() {
@@ -67,7 +60,7 @@ std::vector<ElementFault> ColumnSettings::faults(const XMLNode& action,
       faults.push_back({LogLevel::error, element, message});
     }
   };
-  report(action, faultOfOnBadValue(expanded(m_onBadValue)));
+  report(action, on_bad_value::faultOf(expanded(m_onBadValue)));
   QSet<QString> names;
   for (const Column& column : m_columns) {
     const QString name = expanded(column.name);
@@ -82,10 +75,10 @@ std::vector<ElementFault> ColumnSettings::faults(const XMLNode& action,
 
 Result<ColumnRules, QString> ColumnSettings::rules(const TextExpansion& expanded) const {
   const QString onBadValue = expanded(m_onBadValue);
-  if (const QString fault = faultOfOnBadValue(onBadValue); !fault.isEmpty()) {
+  if (const QString fault = on_bad_value::faultOf(onBadValue); !fault.isEmpty()) {
     return Failure{fault};
   }
-  ColumnRules rules{onBadValue == kNull, {}};
+  ColumnRules rules{onBadValue == on_bad_value::kNull, {}};
   QSet<QString> names;
   for (const Column& element : m_columns) {
     const QString name = expanded(element.name);
@@ -103,8 +96,8 @@ Result<ColumnRules, QString> ColumnSettings::rules(const TextExpansion& expanded
 }
 
 void ColumnSettings::saveAttribute(std::wostringstream& out) const {
-  if (m_onBadValue != kAbort) {
-    writeAttribute(out, kOnBadValue, m_onBadValue);
+  if (m_onBadValue != on_bad_value::kAbort) {
+    writeAttribute(out, on_bad_value::kAttribute, m_onBadValue);
   }
 }
 

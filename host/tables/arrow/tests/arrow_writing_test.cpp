@@ -154,11 +154,11 @@ void write(Format format, const std::string& path, const std::vector<RowBatchPoi
   const auto writer =
       (*ArrowFormats::load())
           ->makeWriter(format == Format::parquet ? ArrowFormat::parquet : ArrowFormat::arrow, file,
-                       name, threads == 0 ? nullptr : &pool);
+                       name, StoredColumns::plain(columns), threads == 0 ? nullptr : &pool);
   ASSERT_TRUE(writer->begin(columns));
-  const auto encoder = writer->makeEncoder();
+  const auto encoder = (*ArrowFormats::load())->makeEncoder();
   for (const RowBatchPointer& batch : batches) {
-    ASSERT_TRUE(writer->write(*encoder->encode(*batch)));
+    ASSERT_TRUE(writer->write(encoder->encode(*batch)));
   }
   ASSERT_TRUE(writer->finish());
   ASSERT_TRUE(file.complete());
