@@ -31,12 +31,13 @@ QString attributesOf(const TableKind& kind, const QString& more) {
 }
 
 QString element(const QString& type, const char* fileAttribute, const QString& action,
-                const QString& file, const QString& attributes) {
+                const QString& file, const QString& attributes, const QString& children = {}) {
   ToXMLStringTool escape;
   const QString path = file.isEmpty() ? QStringLiteral("${%1}").arg(action)
                                       : QString::fromWCharArray(escape.toXML(file));
   return QStringLiteral("<%1 name='%2' %3='").arg(type, action, QLatin1String(fileAttribute)) +
-         path + QStringLiteral("' ") + attributes + QStringLiteral("/>");
+         path + QStringLiteral("' ") + attributes + u'>' + children +
+         QStringLiteral("</%1>").arg(type);
 }
 
 }  // namespace
@@ -53,10 +54,10 @@ bool TableKind::hasSeparator() const {
   return QLatin1String(attributes).contains(QLatin1String(kSeparator));
 }
 
-QString TableKind::readElement(const QString& action, const QString& more,
-                               const QString& file) const {
+QString TableKind::readElement(const QString& action, const QString& more, const QString& file,
+                               const QString& children) const {
   return element(QLatin1String("Read") + QLatin1String(format), isColumnar() ? "fileName" : "file",
-                 action, file, attributesOf(*this, more));
+                 action, file, attributesOf(*this, more), children);
 }
 
 QString TableKind::writeElement(const QString& action, const QString& more,

@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "cli/command_graph.h"
-#include "cli/csv_options.h"
 #include "cli/table_kind.h"
 
 namespace kelvarin {
@@ -52,8 +51,6 @@ CommandGraph commandGraphOf(const TableConversion& conversion, ConversionGraph g
 ExitStatus runConversion(const TableConversion& conversion, ConversionGraph graph, Console& console,
                          const FinishedRun& finish);
 
-// The element that reads a table of this kind; the options are those of CSV files.
-QString sourceElement(const TableKind& kind, const CsvOptions& csv, const QString& file = {});
 // The element that writes a table of this kind, columnar ones so that a table that is there stays
 // until the new one is complete.
 QString sinkElement(const TableKind& kind, const QString& file = {});

@@ -10,9 +10,9 @@
 
 #include "host/contract/batch_steps.h"
 #include "host/contract/one_row.h"
+#include "host/tables/arrow/arrow_columns.h"
 #include "host/tables/files/batch_reader.h"
 #include "host/tables/files/output_file.h"
-#include "host/tables/settings/column_settings.h"
 
 namespace kelvarin {
 
@@ -37,7 +37,7 @@ class ArrowFormats {
  public:
   virtual ~ArrowFormats() = default;
   virtual std::unique_ptr<BatchReader> makeReader(ArrowFormat format, const QString& path,
-                                                  ColumnRules rules) const = 0;
+                                                  ArrowRules rules) const = 0;
   // `file` and `pool` outlive the writer; `path` is the file's name in messages. Tasks of the pool
   // encode columns; without one, nothing runs beside the calling thread.
   virtual std::unique_ptr<ArrowTableWriter> makeWriter(ArrowFormat format, OutputFile& file,

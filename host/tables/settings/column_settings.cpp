@@ -2,7 +2,9 @@
 
 #include <QSet>
 
+#include "host/contract/nearest_names.h"
 #include "host/tables/settings/messages.h"
+#include "host/tables/settings/text_list.h"
 
 namespace kelvarin {
 
@@ -11,12 +13,24 @@ namespace {
 const QString kAbort = QStringLiteral("abort");
 const QString kNull = QStringLiteral("null");
 constexpr char16_t kColumn[] = u"Column";
+constexpr char16_t kColumns[] = u"columns";
 constexpr char16_t kOnBadValue[] = u"onBadValue";
 constexpr char16_t kName[] = u"name";
 constexpr char16_t kMeta[] = u"meta";
 
 QString faultOfOnBadValue(const QString& value) {
   return value == kAbort || value == kNull ? QString() : table_messages::badOnBadValue(value);
+}
+
+QString faultOfChosen(const QStringList& chosen) {
+  QSet<QString> names;
+  for (const QString& name : chosen) {
+    if (names.contains(name)) {
+      return table_messages::chosenTwice(name);
+    }
+    names.insert(name);
+  }
+  return {};
 }
 
 QString faultOfColumn(const QString& name, const QString& meta) {
@@ -31,6 +45,7 @@ QString faultOfColumn(const QString& name, const QString& meta) {
 
 ColumnSettings::ColumnSettings(const XMLNode& action, const GlobalParameters* parameters)
     : m_onBadValue(kAbort) {
+  readAttribute(action, kColumns, m_chosen, parameters);
   readAttribute(action, kOnBadValue, m_onBadValue, parameters);
   for (int i = 0; i < action.nChildNode(); ++i) {
     const XMLNode child = action.getChildNode(i);
@@ -42,10 +57,14 @@ ColumnSettings::ColumnSettings(const XMLNode& action, const GlobalParameters* pa
   }
 }
 
-AttributeDescription ColumnSettings::describedAttribute() {
-  return {QString::fromUtf16(kOnBadValue), AttributeKind::text,
-          QStringLiteral("what happens at a value that does not fit its column's type"), kAbort,
-          AllowedValues{.inWords = "abort (stops the run) or null (makes it null)"}};
+std::vector<AttributeDescription> ColumnSettings::describedAttributes() {
+  return {{QString::fromUtf16(kColumns), AttributeKind::text,
+           QStringLiteral("the columns to read, in this order, with bars between: id|price; \\| is "
+                          "a bar; empty: all"),
+           QStringLiteral("")},
+          {QString::fromUtf16(kOnBadValue), AttributeKind::text,
+           QStringLiteral("what happens at a value that does not fit its column's type"), kAbort,
+           AllowedValues{.inWords = "abort (stops the run) or null (makes it null)"}}};
 }
 
 ElementDescription ColumnSettings::describedElement() {
@@ -68,6 +87,7 @@ std::vector<ElementFault> ColumnSettings::faults(const XMLNode& action,
     }
   };
   report(action, faultOfOnBadValue(expanded(m_onBadValue)));
+  report(action, faultOfChosen(textsOfList(expanded(m_chosen), u'|')));
   QSet<QString> names;
   for (const Column& column : m_columns) {
     const QString name = expanded(column.name);
@@ -85,7 +105,10 @@ Result<ColumnRules, QString> ColumnSettings::rules(const TextExpansion& expanded
   if (const QString fault = faultOfOnBadValue(onBadValue); !fault.isEmpty()) {
     return Failure{fault};
   }
-  ColumnRules rules{onBadValue == kNull, {}};
+  ColumnRules rules{onBadValue == kNull, {}, textsOfList(expanded(m_chosen), u'|')};
+  if (const QString fault = faultOfChosen(rules.chosen); !fault.isEmpty()) {
+    return Failure{fault};
+  }
   QSet<QString> names;
   for (const Column& element : m_columns) {
     const QString name = expanded(element.name);
@@ -102,7 +125,10 @@ Result<ColumnRules, QString> ColumnSettings::rules(const TextExpansion& expanded
   return rules;
 }
 
-void ColumnSettings::saveAttribute(std::wostringstream& out) const {
+void ColumnSettings::saveAttributes(std::wostringstream& out) const {
+  if (!m_chosen.isEmpty()) {
+    writeAttribute(out, kColumns, m_chosen);
+  }
   if (m_onBadValue != kAbort) {
     writeAttribute(out, kOnBadValue, m_onBadValue);
   }
@@ -139,6 +165,12 @@ QString shownNames(const QVector<QString>& names) {
     shown += table_messages::andMore(names.size() - kMaxShown);
   }
   return shown.join(QStringLiteral(", "));
+}
+
+QString chosenColumnAbsent(const QString& source, const QString& chosen,
+                           const QVector<QString>& names) {
+  return table_messages::chosenColumnAbsent(source, chosen, nearestNames(chosen, names.toList()),
+                                            shownNames(names));
 }
 
 }  // namespace kelvarin
