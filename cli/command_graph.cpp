@@ -8,6 +8,24 @@
 
 namespace kelvarin {
 
+namespace {
+
+// No expression can hold this name.
+const QString kDollar = QStringLiteral("dollar sign");
+const QString kStart = QStringLiteral("${");
+
+}  // namespace
+
+QString literalText(QString text) {
+  return text.replace(kStart, kStart + kDollar + QStringLiteral("}{"));
+}
+
+QString parameterOfLiterals(const QString& document) {
+  return document.contains(kStart + kDollar)
+             ? QStringLiteral("<Parameter name='%1' value='$'/>").arg(kDollar)
+             : QString();
+}
+
 QString absolutePath(const std::string& path) {
   return path == kStandardStream ? QString::fromStdString(path)
                                  : QDir::current().absoluteFilePath(QString::fromStdString(path));

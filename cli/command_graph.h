@@ -32,6 +32,11 @@ struct CommandGraph {
 // Standard input or output, instead of a file.
 inline constexpr char kStandardStream[] = "-";
 
+// What stands for `text` in an attribute of such a document: itself, `${...}` included.
+QString literalText(QString text);
+// The parameter that such texts need, as an element; empty where `document` has none of them.
+QString parameterOfLiterals(const QString& document);
+
 // Below the working folder; a standard stream as it is.
 QString absolutePath(const std::string& path);
 

@@ -5,7 +5,9 @@
 
 #include <QStringList>
 
+#include "cli/command_graph.h"
 #include "host/contract/attribute_table.h"
+#include "host/tables/settings/text_list.h"
 
 namespace kelvarin {
 
@@ -15,13 +17,11 @@ const std::string kAuto = "auto";
 
 // As the attribute nullTexts has it.
 QString barListOf(const std::vector<std::string>& texts) {
-  QStringList escaped;
+  QStringList list;
   for (const std::string& text : texts) {
-    escaped += QString::fromStdString(text)
-                   .replace(u'\\', QStringLiteral("\\\\"))
-                   .replace(u'|', QStringLiteral("\\|"));
+    list += QString::fromStdString(text);
   }
-  return escaped.join(u'|');
+  return listOfTexts(list, u'|');
 }
 
 }  // namespace
@@ -61,7 +61,7 @@ QString CsvOptions::attributes(const TableKind& kind) const {
   std::wostringstream out;
   const auto write = [&out](const char16_t* name, const QString& value, bool isGiven = true) {
     if (isGiven) {
-      writeAttribute(out, name, value);
+      writeAttribute(out, name, literalText(value));
     }
   };
   const auto writeText = [&write](const char16_t* name, const std::string& value) {

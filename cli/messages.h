@@ -203,6 +203,20 @@ inline QString moreColumns(qsizetype count) {
   return QStringLiteral(", ... and %1 more, which --json lists").arg(QString::number(count));
 }
 
+inline QString noCsvFile(const QString& file) {
+  return QStringLiteral(
+             "The options of CSV files mean nothing for '%1', which is none by its name. Leave "
+             "them out, or say --from csv.")
+      .arg(file);
+}
+
+inline QString nothingUnreadable(const QString& file) {
+  return QStringLiteral(
+             "--unreadable is about types of Parquet and Arrow files, and '%1' is none of these. "
+             "Leave it out.")
+      .arg(file);
+}
+
 // What does not fit into the width of a table.
 inline QString hiddenColumns(const QStringList& names) {
   return QStringLiteral("... and %1 more %2: %3")

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "cli/messages.h"
+#include "cli/option_words.h"
 #include "cli/printable_text.h"
 
 namespace kelvarin {
@@ -14,8 +15,9 @@ void ProgramServices::log(LogLevel level, const QString& text, const ActionItem*
   logDetailed(level, text, action, {});
 }
 
-void ProgramServices::logDetailed(LogLevel level, const QString& text, const ActionItem* action,
+void ProgramServices::logDetailed(LogLevel level, const QString& said, const ActionItem* action,
                                   const LogDetails& details) {
+  const QString text = m_graphFile.isEmpty() ? inWordsOfOptions(said) : said;
   const LogOrigin origin = action == nullptr ? LogOrigin() : originOf(*action, details);
   if (details.explains) {
     m_console.writeReason(level, text, origin);

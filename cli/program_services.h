@@ -15,7 +15,8 @@ namespace kelvarin {
 
 class ProgramServices : public HostServices {
  public:
-  // `graphFile` is how positions in the graph are called; empty where there is no graph.
+  // `graphFile` is how positions in the graph are called; empty where there is no graph, so that
+  // the user can set nothing but options of the command line.
   explicit ProgramServices(Console& console, int diskWaitSeconds = 60,
                            const QString& graphFile = QString());
 

@@ -59,10 +59,10 @@ bool TableKind::hasSeparator() const {
   return QLatin1String(attributes).contains(QLatin1String(kSeparator));
 }
 
-QString TableKind::readElement(const QString& action, const QString& more,
-                               const QString& file) const {
+QString TableKind::readElement(const QString& action, const QString& more, const QString& file,
+                               const QString& children) const {
   return element(QLatin1String("Read") + QLatin1String(format), isColumnar() ? "fileName" : "file",
-                 action, file, attributesOf(*this, more));
+                 action, file, attributesOf(*this, more), children);
 }
 
 QString TableKind::writeElement(const QString& action, const QString& more, const QString& file,

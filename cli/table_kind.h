@@ -23,8 +23,8 @@ struct TableKind {
   bool hasSeparator() const;
   // An action of this name. Without `file` its file is the parameter of the same name. `more` are
   // attributes, which come before those of the kind.
-  QString readElement(const QString& action, const QString& more = {},
-                      const QString& file = {}) const;
+  QString readElement(const QString& action, const QString& more = {}, const QString& file = {},
+                      const QString& children = {}) const;
   QString writeElement(const QString& action, const QString& more = {}, const QString& file = {},
                        const QString& children = {}) const;
 };

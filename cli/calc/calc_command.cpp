@@ -60,7 +60,7 @@ void addCalcCommand(CLI::App& program, ChosenCommand& chosen) {
           ->type_name("GRAPH");
   command->add_flag("--no-run", arguments->isOnlySaved, "save the graph and do no more")
       ->needs(save);
-  arguments->csv.addTo(*command);
+  arguments->source.addTo(*command);
   arguments->run.addTo(*command);
   arguments->run.reports.addTo(*command);
   command->footer(

@@ -57,9 +57,10 @@ Understood takeKinds(const CalcArguments& arguments, CalcRequest& request) {
     return Failure{calc_messages::unknownKind(QString::fromStdString(conversion.output),
                                               knownTableExtensions())};
   }
-  request.csv = arguments.csv;
-  if (!request.inputKind->isCsv() && request.csv.areGiven()) {
-    return Failure{gel_messages::noCsvFile(QString::fromStdString(conversion.input))};
+  request.source = arguments.source;
+  const QString fault = request.source.fault(*request.inputKind, conversion.input);
+  if (!fault.isEmpty()) {
+    return Failure{fault};
   }
   const bool mayBePiped =
       request.inputKind->isCsv() || request.inputKind == tableKindNamed("arrow");

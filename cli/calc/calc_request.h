@@ -11,6 +11,7 @@
 #include "base/result.h"
 #include "cli/calc/named_expression.h"
 #include "cli/gel/table_conversion.h"
+#include "cli/source_options.h"
 #include "expression/evaluator/variables.h"
 
 namespace kelvarin {
@@ -22,7 +23,7 @@ struct CalcArguments {
   std::string output = kStandardStream;
   std::string inputKind;
   std::string outputKind;
-  CsvOptions csv;
+  SourceOptions source;
   std::vector<std::string> filters;
   std::vector<std::string> settings;
   std::vector<std::string> options;
@@ -37,8 +38,8 @@ struct CalcRequest {
   TableConversion conversion;
   const TableKind* inputKind = nullptr;
   const TableKind* outputKind = nullptr;
-  CsvOptions csv;    // of the input
-  SinkOptions sink;  // of the output
+  SourceOptions source;
+  SinkOptions sink;
   std::vector<NamedExpression> outputs;
   QStringList filters;
   std::vector<GraphParameter> parameters;

@@ -126,7 +126,7 @@ void CalcRun::explainArguments(ExitStatus status) {
 }
 
 QString CalcRun::source(const QString& file) const {
-  return sourceElement(*m_request.inputKind, m_request.csv, file);
+  return m_request.source.element(*m_request.inputKind, QLatin1String(kSourceAction), file);
 }
 
 ConversionGraph CalcRun::graph(ExpressionForm form, const QString& input,
@@ -147,8 +147,9 @@ QString CalcRun::pathInGraph(const std::string& path) const {
 
 ExitStatus CalcRun::save() {
   CommandGraph document;
-  document.document = documentOf(graph(ExpressionForm::plain, pathInGraph(m_conversion.input),
-                                       pathInGraph(m_conversion.output)));
+  document.document =
+      documentOf(graph(ExpressionForm::plain, literalText(pathInGraph(m_conversion.input)),
+                       literalText(pathInGraph(m_conversion.output))));
   const auto parsed = parseCommandGraph(document, m_request.graph, *m_catalogue, m_console);
   if (!parsed) {
     return ExitStatus::failed;

@@ -1,8 +1,8 @@
 // `kelvarin gel import`: a columnar file made of a CSV, Parquet or Arrow file.
-#include "cli/csv_options.h"
 #include "cli/gel/gel_command.h"
 #include "cli/gel/messages.h"
 #include "cli/gel/table_conversion.h"
+#include "cli/source_options.h"
 #include "cli/table_kind.h"
 #include "columnar/codecs/chunk_codec.h"
 
@@ -12,7 +12,7 @@ namespace {
 
 struct Import : TableConversion {
   std::string kind;
-  CsvOptions csv;
+  SourceOptions source;
   std::uint32_t rowsInBlock = kRowsInBlock;
 };
 
@@ -29,8 +29,8 @@ ExitStatus importTable(Import conversion) {
     return refuse(console, gel_messages::unknownExtension(QString::fromStdString(conversion.input),
                                                           knownTableExtensions()));
   }
-  if (!kind->isCsv() && conversion.csv.areGiven()) {
-    return refuse(console, gel_messages::noCsvFile(QString::fromStdString(conversion.input)));
+  if (const QString fault = conversion.source.fault(*kind, conversion.input); !fault.isEmpty()) {
+    return refuse(console, fault);
   }
   // Most likely the names have been swapped, and a table would be lost.
   const TableKind* outputKind = tableKindOf(conversion.output);
@@ -42,7 +42,7 @@ ExitStatus importTable(Import conversion) {
   if (wouldReplaceItself(conversion, console)) {
     return ExitStatus::wrongUsage;
   }
-  ConversionGraph graph{.source = sourceElement(*kind, conversion.csv),
+  ConversionGraph graph{.source = conversion.source.element(*kind, QLatin1String(kSourceAction)),
                         .sink = columnarSinkElement(conversion.rowsInBlock)};
   return runConversion(conversion, std::move(graph), console, [&](const RunResult& result) {
     reportRows(conversion, *tableKindNamed("gel"), result, console);
@@ -79,7 +79,7 @@ void addGelImport(CLI::App& gel, ChosenCommand& chosen) {
   command->footer(
       "Examples:\n  kelvarin gel import sales.csv sales.cgel_kelvarin\n"
       "  zcat old.csv.gz | kelvarin gel import - old --from csv --decimal ,");
-  conversion->csv.addTo(*command);
+  conversion->source.addTo(*command);
   conversion->options.addTo(*command);
   command->callback(
       [conversion, &chosen] { chosen = [conversion] { return importTable(*conversion); }; });

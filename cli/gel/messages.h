@@ -43,13 +43,6 @@ inline QString sameFile(const QString& file) {
       .arg(file);
 }
 
-inline QString noCsvFile(const QString& file) {
-  return QStringLiteral(
-             "The options of CSV files mean nothing for '%1', which is none by its name. Leave "
-             "them out, or say --from csv.")
-      .arg(file);
-}
-
 inline QString nameOfAnotherKind(const QString& file) {
   return QStringLiteral(
              "'%1' is a name for another kind of table. Columnar files end in .cgel_kelvarin.")

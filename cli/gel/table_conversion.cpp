@@ -35,7 +35,7 @@ QString linkElement(const QString& from, const QString& to) {
 }  // namespace
 
 QByteArray documentOf(const ConversionGraph& graph) {
-  QString parameters;
+  QString parameters = parameterOfLiterals(graph.source + graph.sink);
   for (const GraphParameter& parameter : graph.parameters) {
     parameters += parameterElement(parameter);
   }
@@ -70,11 +70,6 @@ ExitStatus runConversion(const TableConversion& conversion, ConversionGraph grap
                          const FinishedRun& finish) {
   return runCommandGraph(commandGraphOf(conversion, std::move(graph)), QStringLiteral("conversion"),
                          conversion.options, console, finish);
-}
-
-QString sourceElement(const TableKind& kind, const CsvOptions& csv, const QString& file) {
-  const QString attributes = kind.isCsv() ? csv.attributes(kind) : QString();
-  return kind.readElement(QLatin1String(kSourceAction), attributes, file);
 }
 
 QString sinkElement(const TableKind& kind, const QString& file, const SinkOptions& options) {

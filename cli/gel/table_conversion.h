@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "cli/command_graph.h"
-#include "cli/csv_options.h"
 #include "cli/table_kind.h"
 
 namespace kelvarin {
@@ -53,8 +52,6 @@ CommandGraph commandGraphOf(const TableConversion& conversion, ConversionGraph g
 ExitStatus runConversion(const TableConversion& conversion, ConversionGraph graph, Console& console,
                          const FinishedRun& finish);
 
-// The element that reads a table of this kind; the options are those of CSV files.
-QString sourceElement(const TableKind& kind, const CsvOptions& csv, const QString& file = {});
 // How a table is written beyond its kind.
 struct SinkOptions {
   QString splitColumn;  // each of its values gets a file; empty: one file

@@ -70,7 +70,8 @@ QStringList columnsOfArrow(ArrowFormat format, const std::string& path) {
   if (!formats) {
     return {};
   }
-  const auto reader = (*formats)->makeReader(format, QString::fromStdString(path), {});
+  const auto reader =
+      (*formats)->makeReader(format, QString::fromStdString(path), {{}, UnreadableColumns::text});
   const auto columns = reader->open([] { return false; });
   return columns ? QStringList(columns->names) : QStringList();
 }

@@ -5,6 +5,7 @@
 #include "cli/look/look_command.h"
 #include "cli/look/looked_table.h"
 #include "host/tables/arrow/arrow_formats.h"
+#include "host/tables/files/reader_source.h"
 
 namespace kelvarin {
 
@@ -44,7 +45,7 @@ long long statedRows(const LookedTable& table, const TableKind& kind) {
   }
   const auto reader = (*formats)->makeReader(
       format == QLatin1String("Parquet") ? ArrowFormat::parquet : ArrowFormat::arrow,
-      absolutePath(table.file), {});
+      absolutePath(table.file), {{}, UnreadableColumns::text});
   return reader->open([] { return false; }) ? reader->rowCount() : -1;
 }
 
@@ -59,7 +60,12 @@ ExitStatus countRows(const LookedTable& table) {
     return print(rows);
   }
   CountedRows taker;
-  return runOverTable(table, taker, console, {},
+  const auto prepare = [](Graph& graph) {
+    if (auto* reader = dynamic_cast<ReaderSource*>(graph.actions.front().item.get())) {
+      reader->wantCountOnly();
+    }
+  };
+  return runOverTable(table, taker, console, prepare,
                       [&](const RunResult&) { return print(taker.count()); });
 }
 
@@ -68,7 +74,7 @@ ExitStatus countRows(const LookedTable& table) {
 void addCountCommand(CLI::App& program, ChosenCommand& chosen) {
   auto table = std::make_shared<LookedTable>();
   CLI::App* command = program.add_subcommand("count", "Count the rows of a table");
-  table->addTo(*command);
+  table->addCountedTo(*command);
   command->footer(
       "Parquet, Arrow and columnar files say how many they have; records of CSV are counted.\n\n"
       "Examples:\n  kelvarin count sales.parquet\n  zcat sales.csv.gz | kelvarin count -");

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "cli/gel/messages.h"
 #include "cli/look/messages.h"
 
 namespace kelvarin {
@@ -13,10 +12,10 @@ constexpr char16_t kSource[] = u"table";
 
 QByteArray documentOf(const QString& source) {
   return QStringLiteral(
-             "<KelvarinGraph version='1.0'><Parameters><Parameter name='table' value=''/>"
-             "</Parameters><Actions>%1<TakenRows name='rows'/></Actions>"
+             "<KelvarinGraph version='1.0'><Parameters><Parameter name='table' value=''/>%1"
+             "</Parameters><Actions>%2<TakenRows name='rows'/></Actions>"
              "<Links><Link from='table' to='rows'/></Links></KelvarinGraph>")
-      .arg(source)
+      .arg(parameterOfLiterals(source), source)
       .toUtf8();
 }
 
@@ -39,12 +38,22 @@ ExitStatus workOnTable(const LookedTable& table, RowTaker& taker, Console& conso
 }  // namespace
 
 void LookedTable::addTo(CLI::App& command) {
+  addFileTo(command);
+  source.addTo(command);
+  options.addTo(command);
+}
+
+void LookedTable::addCountedTo(CLI::App& command) {
+  addFileTo(command);
+  source.csv.addTo(command);
+  options.addTo(command);
+}
+
+void LookedTable::addFileTo(CLI::App& command) {
   command.add_option("FILE", file, "the table; - is standard input")->required()->type_name("");
   command.add_option("--from", from, "csv, tsv, parquet, arrow or gel [by extension; csv for -]")
       ->check(CLI::IsMember({"csv", "tsv", "parquet", "arrow", "gel"}))
       ->type_name("KIND");
-  csv.addTo(command);
-  options.addTo(command);
 }
 
 const TableKind* LookedTable::kind(Console& console) const {
@@ -56,15 +65,15 @@ const TableKind* LookedTable::kind(Console& console) const {
     console.writeLog(LogLevel::error, look_messages::columnarNotFromInput());
     return nullptr;
   }
-  if (!kind.isCsv() && csv.areGiven()) {
-    console.writeLog(LogLevel::error, gel_messages::noCsvFile(QString::fromStdString(file)));
+  if (const QString fault = source.fault(kind, file); !fault.isEmpty()) {
+    console.writeLog(LogLevel::error, fault);
     return nullptr;
   }
   return &kind;
 }
 
 QString LookedTable::readElement(const TableKind& kind, const QString& action) const {
-  return kind.readElement(action, kind.isCsv() ? csv.attributes(kind) : QString());
+  return source.element(kind, action);
 }
 
 ExitStatus checkTable(const LookedTable& table, Console& console,

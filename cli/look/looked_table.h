@@ -7,7 +7,7 @@
 #include <string>
 
 #include "cli/command_graph.h"
-#include "cli/csv_options.h"
+#include "cli/source_options.h"
 #include "cli/table_kind.h"
 #include "cli/taken_rows.h"
 
@@ -16,15 +16,20 @@ namespace kelvarin {
 struct LookedTable {
   std::string file;
   std::string from;
-  CsvOptions csv;
+  SourceOptions source;
   RunOptions options;
 
-  // FILE, --from and those of CsvOptions and RunOptions.
+  // FILE, --from and those of SourceOptions and RunOptions.
   void addTo(CLI::App& command);
+  // The same without those about columns.
+  void addCountedTo(CLI::App& command);
   // Null: the console has said why.
   const TableKind* kind(Console& console) const;
   // An action of this name that reads the table.
   QString readElement(const TableKind& kind, const QString& action) const;
+
+ private:
+  void addFileTo(CLI::App& command);
 };
 
 // Reads no more than the columns need; the source is the result's first action.

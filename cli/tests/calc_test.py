@@ -118,6 +118,26 @@ class CalcTest(ProgramTest):
                 process.stdin.write(b"n\n" + rows.encode() * 100)
             self.assertEqual((process.wait(timeout=60), process.stderr.read()), (0, b""))
 
+    def test_what_stands_for_null_is_said_in_words_of_the_command_line(self):
+        self.write("t.csv", "n\n1\nNA\n")
+        self.assertIn("say --null NA", self.calc("m=n", "t.csv").stderr)
+        self.assertEqual(self.rows("m=n+1", "t.csv", "--null", "NA"), ["n,m", "1,2", ","])
+        self.write("late.csv", "n\n" + "1\n" * 10000 + "NA\n")
+        self.assertIn("say --null NA; else correct it", self.calc("m=n+1", "late.csv", status=1).stderr)
+        self.calc("m=n", "t.csv", "--save", "g.kelvarin", "--no-run")
+        self.assertIn("set nullText='NA'", self.kelvarin("run", "g.kelvarin").stderr)
+        with open(self.path("odd.csv"), "wb") as file:
+            file.write(b"a;b\n1;x\n2;\xe9\n")
+        self.assertIn("say --encoding windows-1252", self.calc("odd.csv", "--encoding", "UTF-8", status=1).stderr)
+
+    def test_what_is_typed_is_no_parameter(self):
+        self.write("${x}.csv", "n,${y}\n1,2\n${x},3\n$,4\n")
+        arguments = ("m=n+1", "./${x}.csv", "--null", "${x}", "--null", "$", "--columns", "${y},n", "--set", "x=7")
+        expected = ["${y},n,m", "2,1,2", "3,,", "4,,"]
+        self.assertEqual(self.rows(*arguments, "--save", "g.kelvarin"), expected)
+        self.assertEqual(self.kelvarin("run", "g.kelvarin", "--quiet").stdout.splitlines(), expected)
+        self.assertEqual(self.kelvarin("head", "${x}.csv", "--null", "${x}", "--null", "$", "--columns", "n").stdout, "n\n1\n\n\n")
+
     def test_kinds_of_tables(self):
         self.calc("total=price*quantity", "orders.csv", "-o", "t.parquet")
         self.calc("t.parquet", "-o", "t", "--to", "gel", "--filter", "total > 40")

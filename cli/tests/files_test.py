@@ -92,6 +92,24 @@ class FilesTest(ProgramTest):
         self.assertIn("where --json puts its object", report["log"][0]["text"])
         self.assertEqual(self.kelvarin("run", "g.kelvarin").stdout, self.read("in.csv"))
 
+    def test_standard_input_has_one_reader(self):
+        self.make_input()
+        readers = "<ReadCSV name='a' file='-'/><ReadArrow name='b' file='-'/><Discard name='c'/><Discard name='d'/>"
+        self.write("g.kelvarin", graph(readers, ("a c", "b d")))
+        expected = "The actions 'a' and 'b' both read standard input, of which each row comes once."
+        for command in ("run", "check"):
+            with open(self.path("in.csv"), encoding="utf-8") as file:
+                for source in (file, subprocess.DEVNULL):
+                    result = subprocess.run([PROGRAM, command, "g.kelvarin"], cwd=self.folder, stdin=source,
+                                            capture_output=True, text=True, timeout=60)
+                    self.assertIn(expected, result.stderr)
+                    self.assertNotEqual(result.returncode, 0)
+        # One that is not run takes nothing.
+        with open(self.path("in.csv"), encoding="utf-8") as file:
+            result = subprocess.run([PROGRAM, "run", "g.kelvarin", "--to", "c"], cwd=self.folder, stdin=file,
+                                    capture_output=True, text=True, timeout=60)
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+
     def test_a_foreign_file_is_replaced_with_a_warning(self):
         self.make_input()
         self.write("q.csv", "precious")

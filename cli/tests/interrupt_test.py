@@ -80,6 +80,18 @@ class InterruptTest(ProgramTest):
                 self.assert_ends(process, signal.SIGTERM)
                 self.assert_nothing_changed()
 
+    def test_standard_input_is_not_waited_for_any_longer(self):
+        for arguments in (["run", "copy.kelvarin", "--set", "in=-"], ["calc", "b=a+1"], ["count", "-"], ["calc", "--from=arrow"]):
+            for beginning in (b"", b"a\n1\n"):
+                with self.subTest((arguments, beginning)):
+                    reading, writing = os.pipe()
+                    os.write(writing, beginning)
+                    process = self.start(*arguments, stdin=reading, stdout=subprocess.DEVNULL)
+                    os.close(reading)
+                    self.wait_until_it_waits(process)
+                    self.assertNotIn("cut off", self.assert_ends(process, signal.SIGINT))
+                    os.close(writing)
+
     def test_slow_expressions_end_in_order(self):
         self.write("rows.csv", "a\n" + "".join(f"t{row}\n" for row in range(200_000)))
         self.write("slow.kelvarin", graph(

@@ -52,6 +52,33 @@ class LookTest(ProgramTest):
         self.assertEqual(self.kelvarin("gel", "tail", "t.cgel_kelvarin", "-n", "2").stdout.replace(".0,", ","),
                          "".join(lines[:1] + lines[-2:]).replace(".0,", ","))
 
+    def test_chosen_columns_are_the_same_of_every_kind(self):
+        self.make()
+        for name in KINDS:
+            for command in ("head", "tail", "sample", "calc"):
+                shown = self.kelvarin(command, name, "--columns", "name,id").stdout.splitlines()
+                self.assertEqual(shown[0], "name,id", name)
+                self.assertRegex(shown[1], r"^(name \d)?,\d+$")
+            self.assertEqual(self.kelvarin("tail", "-1", name, "--columns=name").stdout, "name\nname 4\n")
+            self.assertEqual([row["column"] for row in json.loads(self.kelvarin(
+                "stats", name, "--columns", "price,id", "--format=json").stdout)], ["price", "id"])
+            refused = self.kelvarin("head", name, "--columns", "id,prise", status=1).stderr
+            self.assertIn("prise", refused)
+            self.assertIn("price", refused)
+        self.write("odd.csv", 'a,"x,y",${z}\n1,2,3\n')
+        self.assertEqual(self.kelvarin("head", "odd.csv", "--columns", "${z},x\\,y").stdout, '${z},"x,y"\n3,2\n')
+        self.kelvarin("gel", "import", "odd.csv", "odd", "--columns", "${z},a")
+        self.assertEqual(self.kelvarin("head", "odd.cgel_kelvarin", "--columns", "${z}").stdout, "${z}\n3\n")
+
+    def test_unreadable_is_about_files_that_have_such_columns(self):
+        self.make()
+        for name in ("t.parquet", "t.arrow"):
+            for rule in ("error", "text", "skip"):
+                self.assertEqual(self.kelvarin("head", "-1", name, "--unreadable", rule).stdout, "id,price,name\n0,0,name 0\n")
+        for name in ("t.csv", "t.cgel_kelvarin"):
+            self.assertIn("--unreadable is about types of Parquet and Arrow files",
+                          self.kelvarin("head", name, "--unreadable", "text", status=2).stderr)
+
     def test_a_sample_depends_on_its_seed_alone(self):
         self.make()
         first = self.kelvarin("sample", "-100", "t.csv", "--seed", "3").stdout

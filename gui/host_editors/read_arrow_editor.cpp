@@ -1,20 +1,31 @@
 #include "gui/host_editors/read_arrow_editor.h"
 
+#include "gui/host_editors/choice_field.h"
+#include "host/tables/arrow/arrow_actions.h"
+
 namespace kelvarin {
 
 ReadArrowEditor::ReadArrowEditor(ActionItem& action, ArrowFormat format, QWidget* parent)
     : ReadTableEditor(action, parent), m_format(format) {
+  addChoice(settings(), QStringLiteral("unreadable"), tr("Columns that cannot be read:"),
+            new ChoiceField({{QStringLiteral("error"), tr("Stop the run")},
+                             {QStringLiteral("text"), tr("Become JSON text")},
+                             {QStringLiteral("skip"), tr("Leave them out")}}));
   addPages();
 }
 
 MakeBatchReader ReadArrowEditor::reader(const QString& path) const {
-  return [path, format = m_format](
-             const ColumnRules& rules) -> Result<std::unique_ptr<BatchReader>, QString> {
+  const auto given = static_cast<const ArrowSource&>(action()).rules();
+  return [path, format = m_format,
+          given](const ColumnRules& rules) -> Result<std::unique_ptr<BatchReader>, QString> {
+    if (!given) {
+      return Failure{given.error()};
+    }
     const auto formats = ArrowFormats::load();
     if (!formats) {
       return Failure{formats.error()};
     }
-    return (*formats)->makeReader(format, path, rules);
+    return (*formats)->makeReader(format, path, {rules, given->unreadable});
   };
 }
 

@@ -63,6 +63,8 @@ ReadTableEditor::ReadTableEditor(ActionItem& action, QWidget* parent)
 void ReadTableEditor::addPages() {
   addFileGroup();
   page().addLayout(m_settings);
+  addLine(*m_settings, QStringLiteral("columns"), tr("Columns to read:"))
+      ->setPlaceholderText(tr("all; or for instance: id|price"));
   addChoice(*m_settings, QStringLiteral("onBadValue"), tr("Values that &do not fit:"),
             new ChoiceField({{QStringLiteral("abort"), tr("Stop the run")},
                              {QStringLiteral("null"), tr("Make them null")}}));
@@ -204,7 +206,7 @@ void ReadTableEditor::compareWithDisk() {
 
 void ReadTableEditor::showLook(const TableLook& look) {
   m_look = look;
-  m_columnsModel->setColumns(look, columnElements(m_columns), !hasHeader());
+  m_columnsModel->setColumns(look, columnElements(m_columns), areNamedInOrder());
   m_rowsModel->setLook(look);
   if (!look.fault.isEmpty()) {
     m_state->setMessage(Severity::error, look.fault);
@@ -222,8 +224,12 @@ void ReadTableEditor::showNoLook(const QString& why, bool isFault) {
   m_state->setMessage(isFault ? Severity::error : Severity::information, why);
 }
 
+bool ReadTableEditor::areNamedInOrder() const {
+  return !hasHeader() && element().attribute(QStringLiteral("columns")).isEmpty();
+}
+
 void ReadTableEditor::setType(const QString& name, const QString& meta) {
-  setColumnType(m_columns, m_look, name, meta, hasHeader());
+  setColumnType(m_columns, m_look, name, meta, !areNamedInOrder());
   commit();
 }
 

@@ -38,6 +38,8 @@ class ReadTableEditor : public HostEditor {
   // copies. An error is one of the settings.
   virtual MakeBatchReader reader(const QString& path) const = 0;
   virtual bool hasHeader() const { return true; }
+  // The elements of a file without header name its columns in their order, as far as all are read.
+  bool areNamedInOrder() const;
   virtual FileFormat format() const = 0;
   virtual QString filter() const = 0;  // of the file dialog
 

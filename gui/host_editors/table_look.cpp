@@ -81,7 +81,8 @@ TableLook lookIntoTable(const MakeBatchReader& makeReader, const ColumnRules& ru
   if (rules.declared.empty() || isStopped()) {
     return look;
   }
-  const TableLook undeclared = lookOnce(makeReader, {rules.areBadValuesNull, {}}, isStopped);
+  const TableLook undeclared =
+      lookOnce(makeReader, {rules.areBadValuesNull, {}, rules.chosen}, isStopped);
   if (look.columns.empty()) {
     look.columns = undeclared.columns;
   }

@@ -25,7 +25,8 @@ struct Claim {
 
   bool writes() const { return file.use == FileUse::writes; }
   bool hinders(const Claim& other) const {
-    return action != other.action && (writes() || other.writes()) &&
+    const bool takesInput = readsStandardInput(file) && readsStandardInput(other.file);
+    return action != other.action && (writes() || other.writes() || takesInput) &&
            !(isCompanion && other.isCompanion);
   }
 };
@@ -92,6 +93,9 @@ QString textAbout(const Claim& claim, const Claim& other) {
                ? messages::standardOutputTwice(other.actionName, claim.actionName)
                : messages::writtenTwice(other.actionName, other.file.path, claim.actionName,
                                         claim.file.path);
+  }
+  if (!claim.writes() && !other.writes()) {
+    return messages::standardInputTwice(other.actionName, claim.actionName);
   }
   const Claim& writer = claim.writes() ? claim : other;
   const Claim& reader = claim.writes() ? other : claim;

@@ -3,7 +3,7 @@
 //
 // Files are claimed before anything is written, and given back when the claim ends. A file is known
 // by its folder, links followed, and its name, by what a link of that name leads to, and by its
-// identity on the disk. Devices and pipes may be shared; standard output may not.
+// identity on the disk. Devices and pipes may be shared; the standard streams may not.
 // Graphs that run side by side in one process have claims of their own. What one of them writes, no
 // other may write meanwhile; what it reads is found by the other as between two processes: whole,
 // for files appear under their names when they are complete. Used by the sources and sinks of

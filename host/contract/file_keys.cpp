@@ -56,13 +56,16 @@ std::vector<FileKey> keysOf(const UsedFile& file) {
   if (isStandardOutput(file.path)) {
     return {{QStringLiteral("-")}};
   }
+  std::vector<FileKey> keys;
+  if (readsStandardInput(file)) {
+    keys.push_back({QStringLiteral("<")});
+  }
   std::error_code error;
   const fs::path path = fs::absolute(QFile::encodeName(file.path).toStdString(), error);
-  std::vector<FileKey> keys;
   struct stat status{};
   if (::stat(path.c_str(), &status) == 0) {
     if (!S_ISREG(status.st_mode)) {
-      return {};
+      return keys;
     }
     keys.push_back({QStringLiteral("i%1:%2").arg(status.st_dev).arg(status.st_ino)});
   }
@@ -82,6 +85,10 @@ std::vector<FileKey> keysOf(const UsedFile& file) {
     keys.push_back({companionKey(form), true});
   }
   return keys;
+}
+
+bool readsStandardInput(const UsedFile& file) {
+  return file.use == FileUse::reads && file.path == QLatin1String("/dev/stdin");
 }
 
 bool isStandardOutput(const QString& path) {

@@ -17,7 +17,11 @@ struct FileKey {
 };
 
 // Its name with links followed, what a link of its name leads to, its identity on the disk, and the
-// forms of its companions' names and of its own. Devices and pipes have none.
+// forms of its companions' names and of its own. Devices and pipes have none, but for the standard
+// streams.
 std::vector<FileKey> keysOf(const UsedFile& file);
+
+// Whether what is read is the program's standard input, of which each byte comes once.
+bool readsStandardInput(const UsedFile& file);
 
 }  // namespace kelvarin

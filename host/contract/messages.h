@@ -50,6 +50,12 @@ inline QString standardOutputTwice(const QString& first, const QString& second) 
              "Give one of them a file.")
       .arg(first, second);
 }
+inline QString standardInputTwice(const QString& first, const QString& second) {
+  return QStringLiteral(
+             "The actions '%1' and '%2' both read standard input, of which each row comes once. "
+             "Give one of them a file, or link both to one reader.")
+      .arg(first, second);
+}
 inline QString replacesSource(const QString& writer, const QString& written, const QString& reader,
                               const QString& read) {
   return QStringLiteral(

@@ -54,11 +54,11 @@ Result<StreamColumns, ReadFault> StreamColumns::of(const ArrowSchema& schema,
       timestamps.emplace_back(name, type.form);
     }
   }
-  auto columns = arrowColumnsOf(stream_messages::source(), fields, declared);
+  auto columns = arrowColumnsOf(stream_messages::source(), fields, {{.declared = declared}});
   if (!columns) {
     return Failure{columns.error()};
   }
-  made.columns = std::move(*columns);
+  made.columns = std::move(columns->columns);
   made.notes = notesOn(stream_messages::source(), timestamps);
   return made;
 }

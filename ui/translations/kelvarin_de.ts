@@ -5614,6 +5614,22 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
 <context>
     <name>kelvarin::ReadArrowEditor</name>
     <message>
+        <source>Columns that cannot be read:</source>
+        <translation>Spalten, die nicht lesbar sind:</translation>
+    </message>
+    <message>
+        <source>Stop the run</source>
+        <translation>Halten den Lauf an</translation>
+    </message>
+    <message>
+        <source>Become JSON text</source>
+        <translation>Werden JSON-Text</translation>
+    </message>
+    <message>
+        <source>Leave them out</source>
+        <translation>Fallen weg</translation>
+    </message>
+    <message>
         <source>Parquet files (*.parquet);;All files (*)</source>
         <translation>Parquet-Dateien (*.parquet);;Alle Dateien (*)</translation>
     </message>
@@ -5968,6 +5984,14 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
 </context>
 <context>
     <name>kelvarin::ReadTableEditor</name>
+    <message>
+        <source>Columns to read:</source>
+        <translation>Zu lesende Spalten:</translation>
+    </message>
+    <message>
+        <source>all; or for instance: id|price</source>
+        <translation>alle; oder zum Beispiel: id|preis</translation>
+    </message>
     <message>
         <source>Values that &amp;do not fit:</source>
         <translation>&amp;Werte, die nicht passen:</translation>

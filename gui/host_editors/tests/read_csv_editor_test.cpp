@@ -78,6 +78,14 @@ TEST_F(ReadCsvEditorTest, TheTabOfRareSettingsTellsHowManyAreSet) {
   EXPECT_TRUE(two.endsWith(QStringLiteral("(2)"))) << two.toStdString();
 }
 
+TEST_F(ReadCsvEditorTest, OnlyTheColumnsThatAreReadAreShown) {
+  openFile("id,name,price\n1,one,2\n", "columns='price|id'", "<Column name='id' meta='K'/>");
+  EXPECT_EQ(state(), QStringLiteral("Columns: 2"));
+  EXPECT_EQ(cell("columns", 0, TableColumnsModel::kName), QStringLiteral("price"));
+  EXPECT_EQ(cell("columns", 1, TableColumnsModel::kType), QStringLiteral("Key"));
+  EXPECT_EQ(cell("rows", 0, 0), QStringLiteral("2"));
+}
+
 TEST_F(ReadCsvEditorTest, ATypeIsFixedAndLeftToTheFileAgain) {
   openFile("id,name\n1,one\n");
   setCell("columns", 0, TableColumnsModel::kType, QStringLiteral("K"));

@@ -20,6 +20,21 @@ constexpr char16_t kFormat[] = u"format";
 const QString kFile = QStringLiteral("file");
 const QString kStream = QStringLiteral("stream");
 
+constexpr char16_t kUnreadable[] = u"unreadable";
+const QString kError = QStringLiteral("error");
+const QString kText = QStringLiteral("text");
+const QString kSkip = QStringLiteral("skip");
+
+std::vector<AttributeDescription> sourceAttributes() {
+  std::vector<AttributeDescription> attributes = ColumnSettings::describedAttributes();
+  attributes.insert(attributes.begin(), TableSource::describedFile());
+  attributes.push_back(
+      {QString::fromUtf16(kUnreadable), AttributeKind::text,
+       QStringLiteral("what becomes of columns whose type is not read, such as lists"), kError,
+       AllowedValues{.inWords = "error, text (JSON) or skip (leaves them out)"}});
+  return attributes;
+}
+
 QString faultOfFormat(const QString& format) {
   const bool isAllowed = format.isEmpty() || format == kFile || format == kStream;
   return isAllowed ? QString() : table_messages::badIpcForm(format);
@@ -33,7 +48,7 @@ ActionDescription describedSource(const char* typeName, const char* toolTip,
       .tags = {"Common"},
       .keywords = {fileTypes.front(), "columnar", "file", "import", "input", "load", "read", "in"},
       .fileTypes = fileTypes,
-      .attributes = {TableSource::describedFile(), ColumnSettings::describedAttribute()},
+      .attributes = sourceAttributes(),
       .children = {ColumnSettings::describedElement()}};
 }
 
@@ -57,29 +72,63 @@ ArrowFormat arrowFormatOf(FileFormat format) {
 }  // namespace
 
 ArrowSource::ArrowSource(XMLNode node, GlobalParameters* parameters)
-    : WithDescription(node, parameters), m_columns(node, parameters) {}
+    : WithDescription(node, parameters), m_columns(node, parameters), m_unreadable(kError) {
+  readAttribute(node, kUnreadable, m_unreadable, parameters);
+}
 
 void ArrowSource::saveXML(std::wostringstream& out, QString name) {
   saveHead(out, name);
-  m_columns.saveAttribute(out);
+  m_columns.saveAttributes(out);
+  if (m_unreadable != kError) {
+    writeAttribute(out, kUnreadable, m_unreadable);
+  }
   m_columns.saveChildrenAndEnd(out, typeName());
 }
 
 std::vector<ElementFault> ArrowSource::settingFaults() const {
-  return m_columns.faults(node(), [this](const QString& text) { return expandString(text); });
+  std::vector<ElementFault> faults =
+      m_columns.faults(node(), [this](const QString& text) { return expandString(text); });
+  if (const auto given = unreadable(); !given) {
+    faults.push_back({LogLevel::error, node(), given.error()});
+  }
+  return faults;
+}
+
+Result<UnreadableColumns, QString> ArrowSource::unreadable() const {
+  const QString word = expandString(m_unreadable);
+  if (word == kText) {
+    return UnreadableColumns::text;
+  }
+  if (word == kSkip) {
+    return UnreadableColumns::skip;
+  }
+  return word == kError ? Result<UnreadableColumns, QString>(UnreadableColumns::error)
+                        : Failure{table_messages::badUnreadable(word)};
+}
+
+Result<ArrowRules, QString> ArrowSource::rules() const {
+  Result<ColumnRules, QString> columns =
+      m_columns.rules([this](const QString& text) { return expandString(text); });
+  if (!columns) {
+    return Failure{columns.error()};
+  }
+  const auto given = unreadable();
+  if (!given) {
+    return Failure{given.error()};
+  }
+  return ArrowRules{std::move(*columns), *given};
 }
 
 Result<std::unique_ptr<BatchReader>, QString> ArrowSource::makeReaderOf(const QString& path) const {
-  Result<ColumnRules, QString> rules =
-      m_columns.rules([this](const QString& text) { return expandString(text); });
-  if (!rules) {
-    return Failure{rules.error()};
+  Result<ArrowRules, QString> settled = rules();
+  if (!settled) {
+    return Failure{settled.error()};
   }
   const auto formats = ArrowFormats::load();
   if (!formats) {
     return Failure{formats.error()};
   }
-  return (*formats)->makeReader(arrowFormatOf(format()), path, std::move(*rules));
+  return (*formats)->makeReader(arrowFormatOf(format()), path, std::move(*settled));
 }
 
 ArrowSink::ArrowSink(XMLNode node, GlobalParameters* parameters)

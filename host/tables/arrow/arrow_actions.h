@@ -16,12 +16,17 @@ class ArrowSource : public WithDescription<TableSource> {
   ArrowSource(XMLNode node, GlobalParameters* parameters);
   void saveXML(std::wostringstream& out, QString name) override;
   std::vector<ElementFault> settingFaults() const override;
+  // The settings with graph parameters replaced.
+  Result<ArrowRules, QString> rules() const;
 
  protected:
   Result<std::unique_ptr<BatchReader>, QString> makeReaderOf(const QString& path) const override;
 
  private:
+  Result<UnreadableColumns, QString> unreadable() const;
+
   ColumnSettings m_columns;
+  QString m_unreadable;
 };
 
 class ArrowSink : public TableSink {

@@ -1,5 +1,6 @@
 // The columns that a table in types of Arrow has for its reader: each is a number, a key or a text,
-// by its type or as the user declares it.
+// by its type or as the user declares it. Columns of other types are an error, JSON text, or left
+// out.
 //
 // Used by the readers of files and of streams.
 // Errors: texts for the user, with the column.
@@ -20,9 +21,25 @@ struct ArrowField {
   std::vector<MetaTypeColumn> types;  // that its values can be, the first by default; may be empty
 };
 
+// What becomes of columns whose type is not read.
+enum class UnreadableColumns { error, text, skip };
+
+struct ArrowRules {
+  ColumnRules columns;
+  UnreadableColumns unreadable = UnreadableColumns::error;
+};
+
+// Those that are read, in the order of the rows.
+struct ArrowColumns {
+  TableColumns columns;
+  std::vector<int> fields;    // of each column, which field of the table it is
+  std::vector<bool> areJson;  // of each column, whether its texts are JSON
+  QVector<QString> leftOut;   // fields whose type is not read
+};
+
 // `source` is what the table is called: "file 'a.parquet'".
-Result<TableColumns, ReadFault> arrowColumnsOf(const QString& source,
+Result<ArrowColumns, ReadFault> arrowColumnsOf(const QString& source,
                                                const std::vector<ArrowField>& fields,
-                                               const std::vector<DeclaredColumn>& declared);
+                                               const ArrowRules& rules);
 
 }  // namespace kelvarin

@@ -9,11 +9,11 @@
 #include <memory>
 
 #include "host/contract/batch_steps.h"
+#include "host/tables/arrow/arrow_columns.h"
 #include "host/tables/arrow/stored_type.h"
 #include "host/tables/files/batch_reader.h"
 #include "host/tables/files/output_file.h"
 #include "host/tables/files/table_file_writer.h"
-#include "host/tables/settings/column_settings.h"
 
 namespace kelvarin {
 
@@ -26,7 +26,7 @@ class ArrowFormats {
  public:
   virtual ~ArrowFormats() = default;
   virtual std::unique_ptr<BatchReader> makeReader(ArrowFormat format, const QString& path,
-                                                  ColumnRules rules) const = 0;
+                                                  ArrowRules rules) const = 0;
   // Makes what writers of every format take.
   virtual std::unique_ptr<BatchEncoder> makeEncoder() const = 0;
   // `file` and `pool` outlive the writer; `path` is the file's name in messages. Tasks of the pool

@@ -44,6 +44,9 @@ inline QString bytesBehindStream(const QString& source, long long count) {
       .arg(source)
       .arg(count);
 }
+inline QString badUnreadable(const QString& value) {
+  return QStringLiteral("The attribute unreadable='%1' must be error, text or skip.").arg(value);
+}
 inline QString badIpcForm(const QString& value) {
   return QStringLiteral("The attribute format='%1' must be file, stream or empty.").arg(value);
 }

@@ -14,6 +14,17 @@ inline QString unsupportedType(const QString& source, const QString& column, con
       .arg(source, column, type);
 }
 
+inline QString columnsLeftOut(const QString& source, qsizetype count, const QString& columns) {
+  return (count == 1
+              ? QStringLiteral("%1: a column is left out, since its type is not read: %2.")
+              : QStringLiteral("%1: columns are left out, since their types are not read: %2."))
+      .arg(source, columns);
+}
+
+inline QString nothingReadable(const QString& source) {
+  return QStringLiteral("The %1 cannot be read: it has no column whose type is read.").arg(source);
+}
+
 inline QString cannotBeDeclared(const QString& source, const QString& column, const QString& type,
                                 QChar declared, const QString& possible) {
   return QStringLiteral(

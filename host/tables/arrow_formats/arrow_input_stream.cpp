@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "arrow/buffer.h"
@@ -24,6 +25,9 @@ arrow::Result<std::int64_t> ArrowInputStream::Read(std::int64_t size, void* byte
       return arrow::Status::IOError(got.error().toStdString());
     }
     done += got->size;
+  }
+  if (m_isReadKept) {
+    m_read.append(target, done);
   }
   m_isExhausted = done < wanted;
   m_position += static_cast<std::int64_t>(done);
@@ -49,6 +53,11 @@ arrow::Result<std::shared_ptr<arrow::Buffer>> ArrowInputStream::Read(std::int64_
   m_isExhausted = done < size;
   ARROW_RETURN_NOT_OK(buffer->Resize(done));
   return std::shared_ptr<arrow::Buffer>(std::move(buffer));
+}
+
+std::string ArrowInputStream::takeRead() {
+  m_isReadKept = false;
+  return std::exchange(m_read, {});
 }
 
 std::int64_t ArrowInputStream::bytesLeft() const {

@@ -26,17 +26,22 @@ class ArrowInputStream : public arrow::io::InputStream {
   arrow::Status Close() override { return arrow::Status::OK(); }
   bool closed() const override { return false; }
 
+  const std::shared_ptr<const InputFile>& file() const { return m_file; }
   // Whoever read last wanted more than there is.
   bool isExhausted() const { return m_isExhausted; }
   // Of a pipe, -1.
   std::int64_t bytesLeft() const;
   float fractionRead() const;
+  // All that has been read so far, which is kept until the first call of this.
+  std::string takeRead();
   // So that a program that writes on is not cut off.
   arrow::Status readToTheEnd();
 
  private:
   std::shared_ptr<const InputFile> m_file;
   std::string m_head;
+  std::string m_read;
+  bool m_isReadKept = true;
   std::atomic<std::int64_t> m_position{0};
   bool m_isExhausted = false;
 };

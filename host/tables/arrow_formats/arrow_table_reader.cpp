@@ -21,17 +21,23 @@ std::vector<ArrowField> fieldsOf(const arrow::Schema& schema) {
   return fields;
 }
 
-// One line for each form, however many columns have it.
-QStringList notesOnTimestamps(const QString& source, const arrow::Schema& schema) {
-  std::vector<std::pair<QString, TimestampForm>> columns;
-  for (const auto& field : schema.fields()) {
+// One line for each form, however many columns have it, and one for what is left out.
+QStringList notesOnColumns(const QString& source, const arrow::Schema& schema,
+                           const ArrowColumns& read) {
+  std::vector<std::pair<QString, TimestampForm>> timestamps;
+  for (const int index : read.fields) {
+    const auto& field = schema.field(index);
     const arrow::DataType& type = valueTypeOf(*field->type());
     if (type.id() == arrow::Type::TIMESTAMP) {
-      columns.emplace_back(QString::fromStdString(field->name()),
-                           formOf(static_cast<const arrow::TimestampType&>(type)));
+      timestamps.emplace_back(QString::fromStdString(field->name()),
+                              formOf(static_cast<const arrow::TimestampType&>(type)));
     }
   }
-  return notesOn(source, columns);
+  QStringList notes = notesOn(source, timestamps);
+  if (!read.leftOut.isEmpty()) {
+    notes += table_messages::columnsLeftOut(source, read.leftOut.size(), shownNames(read.leftOut));
+  }
+  return notes;
 }
 
 // Some rows of a group, or the failure to read one.
@@ -76,13 +82,13 @@ class ArrowUnit final : public TableUnit {
 }  // namespace
 
 ArrowTableReader::ArrowTableReader(const QString& path, std::unique_ptr<ArrowFile> file,
-                                   ColumnRules rules)
+                                   ArrowRules rules)
     : m_path(path),
       m_file(std::move(file)),
       m_rules(std::move(rules)),
       m_plan(std::make_shared<DecodingPlan>()) {
   m_plan->source = table_messages::fileSource(path);
-  m_plan->areBadValuesNull = m_rules.areBadValuesNull;
+  m_plan->areBadValuesNull = m_rules.columns.areBadValuesNull;
 }
 
 Result<TableColumns, QString> ArrowTableReader::open(IsStopped isStopped) {
@@ -95,13 +101,17 @@ Result<TableColumns, QString> ArrowTableReader::open(IsStopped isStopped) {
     return Failure{failureText(status)};
   }
   const arrow::Schema& schema = *m_file->schema();
-  auto columns = arrowColumnsOf(m_plan->source, fieldsOf(schema), m_rules.declared);
+  auto columns = arrowColumnsOf(m_plan->source, fieldsOf(schema), m_rules);
   if (!columns) {
     m_locationOfFailure = columns.error().location;
     return Failure{columns.error().text};
   }
-  m_plan->columns = std::move(*columns);
-  m_notes = notesOnTimestamps(m_plan->source, schema);
+  m_notes = notesOnColumns(m_plan->source, schema, *columns);
+  if (const arrow::Status status = m_file->choose(columns->fields); !status.ok()) {
+    return Failure{failureText(status)};
+  }
+  m_plan->columns = std::move(columns->columns);
+  m_plan->areJson = std::move(columns->areJson);
   m_plan->rowsInUnit = m_file->rowsInUnit();
   m_tallies.resize(m_plan->columns.types.size());
   return m_plan->columns;

@@ -7,14 +7,14 @@
 #include <memory>
 
 #include "arrow/type_fwd.h"
+#include "host/tables/arrow/arrow_columns.h"
 #include "host/tables/arrow_formats/group_decoding.h"
-#include "host/tables/settings/column_settings.h"
 
 namespace kelvarin {
 
 class ArrowTableReader : public BatchReader {
  public:
-  ArrowTableReader(const QString& path, std::unique_ptr<ArrowFile> file, ColumnRules rules);
+  ArrowTableReader(const QString& path, std::unique_ptr<ArrowFile> file, ArrowRules rules);
 
   Result<TableColumns, QString> open(IsStopped isStopped) override;
   std::unique_ptr<TableUnit> readUnit() override;
@@ -34,7 +34,7 @@ class ArrowTableReader : public BatchReader {
 
   const QString m_path;
   std::unique_ptr<ArrowFile> m_file;
-  ColumnRules m_rules;
+  ArrowRules m_rules;
   std::shared_ptr<DecodingPlan> m_plan;
   QStringList m_notes;
   FaultLocation m_locationOfFailure;

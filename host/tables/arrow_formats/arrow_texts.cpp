@@ -15,8 +15,6 @@ using arrow::Type;
 
 static_assert(arrow::TimeUnit::SECOND == 0 && arrow::TimeUnit::NANO == 3, "decimals of a tick");
 
-constexpr std::int64_t kMillisecondsPerDay = 86400000;
-
 // `view` returns the bytes of a value; they are valid until it is called again. The bytes of all
 // values are expected to be about `size`.
 template <typename View>
@@ -145,9 +143,7 @@ ConvertedArray textsOfDays(const ArraySource& source, ColumnTally&) {
 ConvertedArray textsOfMillisecondDates(const ArraySource& source, ColumnTally&) {
   const auto& dates = static_cast<const arrow::Date64Array&>(source.values);
   return madeTexts(source, 10, [&](std::string& text, std::int64_t at) {
-    const std::int64_t milliseconds = dates.Value(at);
-    const bool roundsUp = milliseconds < 0 && milliseconds % kMillisecondsPerDay != 0;
-    appendIsoDate(text, milliseconds / kMillisecondsPerDay - (roundsUp ? 1 : 0));
+    appendIsoDate(text, daysOfMilliseconds(dates.Value(at)));
   });
 }
 
@@ -177,6 +173,12 @@ ConvertedArray textsOfTimestamps(const ArraySource& source, ColumnTally& tally) 
 
 TimestampForm formOf(const arrow::TimestampType& type) {
   return {3 * static_cast<int>(type.unit()), !type.timezone().empty()};
+}
+
+std::int64_t daysOfMilliseconds(std::int64_t milliseconds) {
+  constexpr std::int64_t kMillisecondsPerDay = 86400000;
+  const bool roundsUp = milliseconds < 0 && milliseconds % kMillisecondsPerDay != 0;
+  return milliseconds / kMillisecondsPerDay - (roundsUp ? 1 : 0);
 }
 
 ArrayConversion textConversionOf(Type::type type) {

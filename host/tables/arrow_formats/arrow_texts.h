@@ -15,4 +15,7 @@ ArrayConversion textConversionOf(arrow::Type::type type);
 
 TimestampForm formOf(const arrow::TimestampType& type);
 
+// The day that a date in milliseconds stands for.
+std::int64_t daysOfMilliseconds(std::int64_t milliseconds);
+
 }  // namespace kelvarin

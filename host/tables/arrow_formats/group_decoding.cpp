@@ -4,6 +4,7 @@
 #include <numeric>
 
 #include "host/tables/arrow/value_messages.h"
+#include "host/tables/arrow_formats/arrow_json.h"
 #include "host/tables/arrow_formats/arrow_values.h"
 #include "host/tables/files/messages.h"
 
@@ -83,8 +84,10 @@ DecodedColumn GroupDecoding::converted(const arrow::Array& array, std::size_t in
   DecodedColumn decoded;
   decoded.tally.areBadValuesNull = m_plan->areBadValuesNull;
   decoded.tally.rowsBefore = firstRow;
-  ConvertedArray made =
-      convertArray(array, m_plan->columns.types[index], decoded.tally, m_columns[index].texts);
+  ConvertedArray made = m_plan->areJson[index]
+                            ? jsonTextsOf(array)
+                            : convertArray(array, m_plan->columns.types[index], decoded.tally,
+                                           m_columns[index].texts);
   decoded.values = std::move(made.values);
   decoded.rowCount = made.bad ? made.bad->row : array.length();
   if (made.bad) {

@@ -28,6 +28,7 @@ namespace kelvarin {
 struct DecodingPlan {
   QString source;  // what the file is called
   TableColumns columns;
+  std::vector<bool> areJson;  // of each column, whether its texts are JSON
   bool areBadValuesNull = false;
   std::int64_t rowsInUnit = 0;
 };

@@ -15,7 +15,7 @@ class Formats final : public ArrowFormats {
   Formats() { (void)arrow::default_cpu_memory_manager(); }
 
   std::unique_ptr<BatchReader> makeReader(ArrowFormat format, const QString& path,
-                                          ColumnRules rules) const override {
+                                          ArrowRules rules) const override {
     auto file = format == ArrowFormat::parquet ? makeParquetFile() : makeIpcFile();
     return std::make_unique<ArrowTableReader>(path, std::move(file), std::move(rules));
   }

@@ -15,6 +15,7 @@
 #include "host/tables/arrow_formats/arrow_file.h"
 #include "host/tables/arrow_formats/column_memory.h"
 #include "parquet/arrow/reader.h"
+#include "parquet/arrow/schema.h"
 #include "parquet/file_reader.h"
 #include "parquet/metadata.h"
 #include "parquet/properties.h"
@@ -52,7 +53,6 @@ class OpenParquetFile {
     m_metadata = values->metadata();
     auto texts = parquet::ParquetFileReader::Open(file, properties, m_metadata);
     auto arrowProperties = parquet::default_arrow_reader_properties();
-    arrowProperties.set_batch_size(rowsInUnit());
     arrowProperties.set_use_threads(false);
     ARROW_ASSIGN_OR_RAISE(m_values, readerOf(std::move(values), arrowProperties));
     for (int column = 0; column < m_metadata->num_columns(); ++column) {
@@ -61,27 +61,57 @@ class OpenParquetFile {
     ARROW_ASSIGN_OR_RAISE(m_texts, readerOf(std::move(texts), arrowProperties));
     return m_values->GetSchema(&m_schema);
   }
+  void choose(const std::vector<int>& fields) {
+    const parquet::arrow::SchemaManifest& manifest = m_values->manifest();
+    for (const int field : fields) {
+      std::vector<int>& leaves = m_leaves.emplace_back();
+      addLeaves(manifest.schema_fields[static_cast<std::size_t>(field)], leaves);
+    }
+    m_rowsInUnit = rowsThatFitUnit();
+    m_values->set_batch_size(m_rowsInUnit);
+    m_texts->set_batch_size(m_rowsInUnit);
+  }
+  std::size_t columnCount() const { return m_leaves.size(); }
 
   const std::shared_ptr<arrow::Schema>& schema() const { return m_schema; }
   const parquet::FileMetaData& metadata() const { return *m_metadata; }
 
-  // Fewer where rows are long.
-  std::int64_t rowsInUnit() const {
+  std::int64_t rowsInUnit() const { return m_rowsInUnit; }
+
+  arrow::Result<std::unique_ptr<arrow::RecordBatchReader>> column(int group, int column) {
+    const std::lock_guard lock(m_mutex);
+    const std::vector<int>& leaves = m_leaves[static_cast<std::size_t>(column)];
+    const bool isCoded = leaves.size() == 1 && hasRepeatedTexts(group, leaves.front());
+    return (isCoded ? m_texts : m_values)->GetRecordBatchReader({group}, leaves);
+  }
+
+ private:
+  // Fewer where the rows of the chosen columns are long.
+  std::int64_t rowsThatFitUnit() const {
     double bytes = 1.0;
     for (int group = 0; group < m_metadata->num_row_groups(); ++group) {
-      bytes += std::max(static_cast<double>(m_metadata->RowGroup(group)->total_byte_size()), 0.0);
+      const auto columns = m_metadata->RowGroup(group);
+      for (const std::vector<int>& leaves : m_leaves) {
+        for (const int leaf : leaves) {
+          const auto size = columns->ColumnChunk(leaf)->total_uncompressed_size();
+          bytes += std::max(static_cast<double>(size), 0.0);
+        }
+      }
     }
     const double rows = kUnitBytes / bytes * static_cast<double>(m_metadata->num_rows());
     return static_cast<std::int64_t>(std::clamp(rows, kMinRowsInUnit, kMaxRowsInUnit));
   }
 
-  arrow::Result<std::unique_ptr<arrow::RecordBatchReader>> column(int group, int column) {
-    const std::lock_guard lock(m_mutex);
-    auto& reader = hasRepeatedTexts(group, column) ? m_texts : m_values;
-    return reader->GetRecordBatchReader({group}, {column});
+  // A field of a nested type is stored as several columns, or as one.
+  static void addLeaves(const parquet::arrow::SchemaField& field, std::vector<int>& leaves) {
+    if (field.is_leaf()) {
+      leaves.push_back(field.column_index);
+    }
+    for (const parquet::arrow::SchemaField& child : field.children) {
+      addLeaves(child, leaves);
+    }
   }
 
- private:
   static arrow::Result<std::unique_ptr<parquet::arrow::FileReader>> readerOf(
       std::unique_ptr<parquet::ParquetFileReader> file,
       const parquet::ArrowReaderProperties& properties) {
@@ -89,9 +119,10 @@ class OpenParquetFile {
   }
 
   // All its texts are in a dictionary: without, each would take four bytes and its own.
-  bool hasRepeatedTexts(int group, int column) const {
-    const auto chunk = m_metadata->RowGroup(group)->ColumnChunk(column);
-    return chunk->type() == parquet::Type::BYTE_ARRAY && chunk->has_dictionary_page() &&
+  bool hasRepeatedTexts(int group, int leaf) const {
+    const auto chunk = m_metadata->RowGroup(group)->ColumnChunk(leaf);
+    return m_metadata->schema()->Column(leaf)->max_repetition_level() == 0 &&
+           chunk->type() == parquet::Type::BYTE_ARRAY && chunk->has_dictionary_page() &&
            chunk->total_uncompressed_size() / 4 < chunk->num_values();
   }
 
@@ -100,6 +131,8 @@ class OpenParquetFile {
   std::unique_ptr<parquet::arrow::FileReader> m_values;
   std::unique_ptr<parquet::arrow::FileReader> m_texts;
   std::shared_ptr<arrow::Schema> m_schema;
+  std::vector<std::vector<int>> m_leaves;  // of each chosen column, those that store it
+  std::int64_t m_rowsInUnit = 0;
 };
 
 bool areCodesBelow(const std::int32_t* codes, std::int64_t count, std::int64_t bound) {
@@ -129,7 +162,7 @@ class ParquetGroup : public ArrowFileGroup {
       : m_file(std::move(file)),
         m_group(group),
         m_rowCount(m_file->metadata().RowGroup(group)->num_rows()),
-        m_columns(static_cast<std::size_t>(m_file->schema()->num_fields())) {}
+        m_columns(m_file->columnCount()) {}
 
   std::int64_t rowCount() const override { return m_rowCount; }
   arrow::Result<std::shared_ptr<arrow::Array>> next(int column, std::int64_t rowCount) override {
@@ -209,6 +242,12 @@ class ParquetFile : public ArrowFile {
     return guarded([&] { return m_file->open(path); });
   }
   std::shared_ptr<arrow::Schema> schema() const override { return m_file->schema(); }
+  arrow::Status choose(const std::vector<int>& fields) override {
+    return guarded([&] {
+      m_file->choose(fields);
+      return arrow::Status::OK();
+    });
+  }
   std::int64_t rowCount() const override { return m_file->metadata().num_rows(); }
   std::int64_t rowsInUnit() const override { return m_file->rowsInUnit(); }
   std::int64_t skipGroups(std::int64_t rowCount) override {

@@ -1,6 +1,7 @@
 #include "host/tables/csv/csv_batch_reader.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "host/tables/csv/csv_field_texts.h"
 #include "host/tables/csv/csv_guess.h"
@@ -24,6 +25,7 @@ CsvBatchReader::CsvBatchReader(const QString& path, const CsvFileSettings& setti
 }
 
 Result<TableColumns, QString> CsvBatchReader::open(IsStopped isStopped) {
+  m_file->endStartAtPauseAfter(mayAllBeDeclared() ? 1 : kInferredRows);
   if (const auto status = m_file->open(m_table->path, m_settings.encoding, std::move(isStopped));
       !status) {
     return Failure{status.error()};
@@ -48,6 +50,9 @@ Result<TableColumns, QString> CsvBatchReader::open(IsStopped isStopped) {
   if (const auto status = settleFileColumn(); !status) {
     return Failure{status.error()};
   }
+  if (const auto status = settleOrder(); !status) {
+    return Failure{status.error()};
+  }
   const std::size_t columnCount = m_table->columns.types.size();
   m_table->rules.emplace(m_table->dialect, columnCount);
   m_badFields.resize(columnCount);
@@ -58,6 +63,15 @@ Result<TableColumns, QString> CsvBatchReader::open(IsStopped isStopped) {
     return Failure{status.error()};
   }
   return columns();
+}
+
+// As far as that is known before the file has been looked at.
+bool CsvBatchReader::mayAllBeDeclared() const {
+  const auto isDeclared = [this](const QString& name) {
+    return std::ranges::find(m_rules.declared, name, &DeclaredColumn::name) !=
+           m_rules.declared.end();
+  };
+  return !m_rules.declared.empty() && std::ranges::all_of(m_rules.chosen, isDeclared);
 }
 
 void CsvBatchReader::follow(const CsvBatchReader& first, std::size_t fileIndex) {
@@ -79,7 +93,11 @@ void CsvBatchReader::close() {
 
 // Of the batches.
 TableColumns CsvBatchReader::columns() const {
-  TableColumns columns = m_table->columns;
+  TableColumns columns;
+  for (const std::size_t column : m_table->order) {
+    columns.names += m_table->columns.names[static_cast<qsizetype>(column)];
+    columns.types.push_back(m_table->columns.types[column]);
+  }
   if (m_table->fileName) {
     columns.names += m_settings.fileColumn;
     columns.types.push_back(MetaTypeColumn::text);
@@ -88,7 +106,7 @@ TableColumns CsvBatchReader::columns() const {
 }
 
 Status<QString> CsvBatchReader::settleFileColumn() {
-  if (m_settings.fileColumn.isEmpty()) {
+  if (m_settings.fileColumn.isEmpty() || m_isCountOnly) {
     return Done{};
   }
   if (m_table->columns.names.contains(m_settings.fileColumn)) {
@@ -96,6 +114,30 @@ Status<QString> CsvBatchReader::settleFileColumn() {
                                                    m_settings.fileColumn)};
   }
   m_table->fileName = (m_fileName.isEmpty() ? m_table->path : m_fileName).toStdString();
+  return Done{};
+}
+
+// The column of file names stands behind the chosen ones, whether it is among them or not.
+Status<QString> CsvBatchReader::settleOrder() {
+  std::vector<std::size_t>& order = m_table->order;
+  const QVector<QString>& names = m_table->columns.names;
+  if (m_isCountOnly) {
+    return Done{};
+  }
+  if (m_rules.chosen.isEmpty()) {
+    order.resize(static_cast<std::size_t>(names.size()));
+    std::iota(order.begin(), order.end(), 0);
+    return Done{};
+  }
+  const QHash<QString, qsizetype> positions = positionsOf(names);
+  for (const QString& name : m_rules.chosen) {
+    const qsizetype position = positions.value(name, -1);
+    if (position >= 0) {
+      order.push_back(static_cast<std::size_t>(position));
+    } else if (!m_table->fileName || name != m_settings.fileColumn) {
+      return Failure{chosenColumnAbsent(table_messages::fileSource(m_table->path), name, names)};
+    }
+  }
   return Done{};
 }
 
@@ -114,7 +156,11 @@ Status<QString> CsvBatchReader::takeTypesOfFirst() {
     const auto to = static_cast<std::size_t>(position);
     own.types[to] = m_first->columns.types[from];
     m_table->isDeclared[to] = m_first->isDeclared[from];
-    m_table->order.push_back(to);
+  }
+  m_table->order.clear();
+  for (const std::size_t column : m_first->order) {
+    const QString& name = wanted[static_cast<qsizetype>(column)];
+    m_table->order.push_back(static_cast<std::size_t>(positions[name]));
   }
   return Done{};
 }
@@ -211,7 +257,9 @@ Status<QString> CsvBatchReader::inferTypes() {
   std::vector<TypeInference> inferences(m_table->columns.types.size());
   long long line = m_line;
   bool hasBadRecord = false;
-  const bool isDeclared = std::ranges::count(m_table->isDeclared, false) == 0;
+  const std::vector<std::size_t>& order = m_table->order;
+  const bool isDeclared = std::ranges::all_of(
+      order, [this](std::size_t column) { return m_table->isDeclared[column]; });
   const long long mostRows = isDeclared && !m_file->canOpenAgain() ? 1 : kInferredRows;
   for (long long rows = 0; rows < mostRows && !hasBadRecord;) {
     std::unique_ptr<CsvUnit> unit = readPiece();
@@ -224,14 +272,14 @@ Status<QString> CsvBatchReader::inferTypes() {
       unit->settle(line);
       return Failure{unit->failure()};
     }
-    for (std::size_t i = 0; i < inferences.size(); ++i) {
+    for (const std::size_t i : order) {
       inferences[i].look(unit->block(), i, *m_table->rules, kInferredRows - rows, line);
     }
     rows += unit->block().rowCount();
     line += unit->lineCount();
     m_held.push_back(std::move(unit));
   }
-  for (std::size_t i = 0; i < inferences.size(); ++i) {
+  for (const std::size_t i : order) {
     if (!m_table->isDeclared[i]) {
       m_table->columns.types[i] = inferences[i].type();
     }

@@ -27,6 +27,7 @@ class CsvBatchReader : public BatchReader {
   // and open. It has the same columns, maybe in another order, and the same types.
   void follow(const CsvBatchReader& first, std::size_t fileIndex);
 
+  void countOnly() override { m_isCountOnly = true; }
   Result<TableColumns, QString> open(IsStopped isStopped) override;
   std::unique_ptr<TableUnit> readUnit() override;
   void accept(TableUnit& unit) override;
@@ -44,9 +45,11 @@ class CsvBatchReader : public BatchReader {
   void close();
 
  private:
+  bool mayAllBeDeclared() const;
   Status<QString> settleDialect();
   Status<QString> settleColumns();
   Status<QString> settleFileColumn();
+  Status<QString> settleOrder();
   Status<QString> takeTypesOfFirst();
   TableColumns columns() const;
   Status<QString> nameByDeclarations();
@@ -60,6 +63,7 @@ class CsvBatchReader : public BatchReader {
   std::unique_ptr<TextInput> m_file = std::make_unique<TextInput>();
   CsvHead m_head;
   QString m_fileName;
+  bool m_isCountOnly = false;
   QString m_dialectInWords;
   std::shared_ptr<const CsvTable> m_first;  // of the first file; null: this is it, or the only one
   std::shared_ptr<CsvTable> m_table;        // unchanged after open(), when units are parsed

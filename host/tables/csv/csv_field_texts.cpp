@@ -21,6 +21,9 @@ QString badFieldText(MetaTypeColumn type, const std::string& field, const QStrin
   double number = 0;
   switch (type) {
     case MetaTypeColumn::number:
+      if (isMissingWord(field)) {
+        return table_messages::missingWord(value);
+      }
       return toPlainNumber(field, numbers, plain) && parseNumber(plain, number)
                  ? table_messages::numberLosesDigits(value, lostDigitsText(plain, number), column)
                  : table_messages::badNumber(value);

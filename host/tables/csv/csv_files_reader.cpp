@@ -53,6 +53,9 @@ CsvFilesReader::CsvFilesReader(std::vector<File> files, CsvFileSettings settings
 std::unique_ptr<CsvBatchReader> CsvFilesReader::newReader(std::size_t index) const {
   auto reader = std::make_unique<CsvBatchReader>(m_files[index].path, m_settings, m_rules);
   reader->setFileName(m_files[index].name);
+  if (m_isCountOnly) {
+    reader->countOnly();
+  }
   if (index > 0) {
     reader->follow(*m_readers.front(), index);
   }

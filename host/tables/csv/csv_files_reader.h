@@ -26,6 +26,7 @@ class CsvFilesReader : public BatchReader {
 
   CsvFilesReader(std::vector<File> files, CsvFileSettings settings, ColumnRules rules);
 
+  void countOnly() override { m_isCountOnly = true; }
   Result<TableColumns, QString> open(IsStopped isStopped) override;
   std::unique_ptr<TableUnit> readUnit() override;
   void accept(TableUnit& unit) override;
@@ -43,6 +44,7 @@ class CsvFilesReader : public BatchReader {
   std::vector<File> m_files;
   CsvFileSettings m_settings;
   ColumnRules m_rules;
+  bool m_isCountOnly = false;
   IsStopped m_isStopped;
   QStringList m_notes;
   // Of each file; null before it is its turn. Made while units are read, before the first unit of

@@ -52,14 +52,17 @@ class HeadReader {
 
   // False: the file has no record.
   Result<bool, QString> readFirstRecord() {
+    const Result<std::string_view, QString> signature = m_file.signature();
+    if (!signature) {
+      return Failure{signature.error()};
+    }
+    if (const QString kind = kindOfForeignFile(*signature); !kind.isEmpty()) {
+      return Failure{table_messages::foreignFile(m_file.path(), kind)};
+    }
     for (;;) {
-      const bool isStart = m_bytes.empty();
       const Result<ByteStream::Piece, QString> got = readMore();
       if (!got) {
         return Failure{got.error()};
-      }
-      if (const QString kind = isStart ? kindOfForeignFile(m_bytes) : QString(); !kind.isEmpty()) {
-        return Failure{table_messages::foreignFile(m_file.path(), kind)};
       }
       if (!skipLines()) {
         if (got->isLast || static_cast<long long>(m_bytes.size()) > kLongestRecord) {
@@ -99,14 +102,11 @@ class HeadReader {
 
  private:
   static constexpr std::size_t kStep = 64 * 1024;
-  // As many as files of other formats and byte order marks are known by.
-  static constexpr std::size_t kSignature = 16;
 
   Result<ByteStream::Piece, QString> readMore() {
     const std::size_t before = m_bytes.size();
     m_bytes.resize(before + kStep);
-    Result<ByteStream::Piece, QString> got =
-        m_file.readNext(m_bytes.data() + before, kStep, before == 0 ? kSignature : 1);
+    Result<ByteStream::Piece, QString> got = m_file.readNext(m_bytes.data() + before, kStep);
     m_bytes.resize(before + (got ? got->size : 0));
     if (before == 0 && std::string_view(m_bytes).starts_with(kByteOrderMark)) {
       m_start = kByteOrderMark.size();

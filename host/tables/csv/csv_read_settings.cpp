@@ -1,6 +1,7 @@
 #include "host/tables/csv/csv_read_settings.h"
 
 #include "host/tables/csv/messages.h"
+#include "host/tables/settings/text_list.h"
 
 namespace kelvarin {
 
@@ -91,7 +92,7 @@ Result<CsvFileSettings, QString> CsvReadSettings::settings(const TextExpansion& 
 // What makes a value of a field.
 Status<QString> CsvReadSettings::takeNumbers(const TextExpansion& expanded,
                                              CsvDialect& dialect) const {
-  for (const QString& text : textsOfBarList(expanded(m_values.nullTexts))) {
+  for (const QString& text : textsOfList(expanded(m_values.nullTexts), u'|')) {
     dialect.furtherNullTexts.push_back(text.toStdString());
   }
   const QString decimal = expanded(m_values.decimal);
@@ -138,24 +139,6 @@ Status<QString> CsvReadSettings::takeLines(const TextExpansion& expanded, CsvDia
   dialect.areShortRowsFilled = *isFilled;
   dialect.areLongRowsCut = *isCut;
   return Done{};
-}
-
-QStringList textsOfBarList(const QString& list) {
-  if (list.isEmpty()) {
-    return {};
-  }
-  QStringList texts{QString()};
-  for (qsizetype i = 0; i < list.size(); ++i) {
-    const bool isEscape =
-        list[i] == u'\\' && i + 1 < list.size() && (list[i + 1] == u'|' || list[i + 1] == u'\\');
-    if (list[i] == u'|') {
-      texts += QString();
-    } else {
-      i += isEscape ? 1 : 0;
-      texts.last() += list[i];
-    }
-  }
-  return texts;
 }
 
 }  // namespace kelvarin

@@ -52,8 +52,4 @@ class CsvReadSettings {
   Values m_values;
 };
 
-// The texts of a list such as "NA|n/a|": those between bars. `\|` is a bar, `\\` a backslash. An
-// empty list has no text.
-QStringList textsOfBarList(const QString& list);
-
 }  // namespace kelvarin

@@ -93,9 +93,10 @@ void CsvUnit::parseFirst(long long rowCount) {
 void CsvUnit::convert(long long rowCount) {
   const std::vector<MetaTypeColumn>& types = m_table->columns.types;
   const std::size_t columnCount = types.size();
+  const std::vector<std::size_t>& order = m_table->order;
   std::vector<FieldConverter> converters;
-  converters.reserve(columnCount);
-  for (std::size_t i = 0; i < columnCount; ++i) {
+  converters.reserve(order.size());
+  for (const std::size_t i : order) {
     const DigitRule digits = m_table->isDeclared[i] ? DigitRule::mayBeLost : DigitRule::mustBeKept;
     converters.emplace_back(m_piece.block, i, types[i], digits, rowCount);
   }
@@ -107,12 +108,12 @@ void CsvUnit::convert(long long rowCount) {
   long long done = 0;
   while (done < rowCount) {
     long long end = std::min(rowCount, done + kRowsAtOnce);
-    for (std::size_t i = 0; i < columnCount; ++i) {
-      BadFieldCount* tolerated = m_badFields.empty() ? nullptr : &m_badFields[i];
+    for (std::size_t i = 0; i < converters.size(); ++i) {
+      BadFieldCount* tolerated = m_badFields.empty() ? nullptr : &m_badFields[order[i]];
       if (const auto bad = converters[i].convert(done, end, *m_table->rules, tolerated)) {
         end = bad->row;
         rowCount = end;
-        m_fault = faultOfField(i, *bad);
+        m_fault = faultOfField(order[i], *bad);
       }
     }
     done = end;
@@ -123,14 +124,12 @@ void CsvUnit::convert(long long rowCount) {
   m_batch = std::make_shared<RowBatch>(static_cast<std::size_t>(done), columnsOf(converters, done));
 }
 
-// In the order of the table.
 std::vector<BatchColumn> CsvUnit::columnsOf(const std::vector<FieldConverter>& converters,
                                             long long rowCount) const {
   std::vector<BatchColumn> columns;
   columns.reserve(converters.size() + 1);
-  for (std::size_t i = 0; i < converters.size(); ++i) {
-    const std::size_t column = m_table->order.empty() ? i : m_table->order[i];
-    columns.push_back(converters[column].column());
+  for (const FieldConverter& converter : converters) {
+    columns.push_back(converter.column());
   }
   if (m_table->fileName) {
     columns.push_back(columnOfSameText(*m_table->fileName, static_cast<std::size_t>(rowCount)));

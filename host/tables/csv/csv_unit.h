@@ -20,9 +20,8 @@ struct CsvTable {
   std::size_t fileIndex = 0;  // among the files of one table
   CsvDialect dialect;
   TableColumns columns;
-  std::vector<bool> isDeclared;  // of each column
-  // Of each column of the batches, which one of the file it is; empty: they are the same.
-  std::vector<std::size_t> order;
+  std::vector<bool> isDeclared;    // of each column
+  std::vector<std::size_t> order;  // of each column of the batches, which one of the file it is
   std::optional<std::string> fileName;  // the value of one more column, after the others
   bool areBadValuesNull = false;
   TextEncoding encoding = TextEncoding::utf8;

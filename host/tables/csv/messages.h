@@ -216,6 +216,13 @@ inline QString badNumber(const QString& value) {
       .arg(shown(value));
 }
 
+inline QString missingWord(const QString& word) {
+  return QStringLiteral(
+             "'%1' is not a number. If it means a missing value, set nullText='%1'; else correct "
+             "it, declare the column as text (meta U), or set onBadValue to null.")
+      .arg(word);
+}
+
 inline QString hasLeadingZero() {
   return QStringLiteral("has a leading zero, which a number would lose");
 }

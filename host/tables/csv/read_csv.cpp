@@ -17,7 +17,8 @@ std::vector<AttributeDescription> describedAttributes() {
       {QString::fromUtf16(kSortedOn), AttributeKind::text,
        QStringLiteral("the sort order that the file has, such as 'id 0, name A'; verified"),
        QStringLiteral("")});
-  attributes.push_back(ColumnSettings::describedAttribute());
+  const std::vector<AttributeDescription> ofColumns = ColumnSettings::describedAttributes();
+  attributes.insert(attributes.end(), ofColumns.begin(), ofColumns.end());
   return attributes;
 }
 
@@ -57,7 +58,7 @@ void ReadCsv::saveXML(std::wostringstream& out, QString name) {
   if (!sortedOn().isEmpty()) {
     writeAttribute(out, kSortedOn, sortedOn());
   }
-  m_columns.saveAttribute(out);
+  m_columns.saveAttributes(out);
   m_columns.saveChildrenAndEnd(out, typeName());
 }
 

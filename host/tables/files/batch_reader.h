@@ -63,6 +63,9 @@ class BatchReader {
   using IsStopped = std::function<bool()>;
 
   virtual ~BatchReader() = default;
+  // Before open(): how many rows there are is all that counts, so that batches may have no columns
+  // and values need not fit.
+  virtual void countOnly() {}
   // `isStopped` is for readUnit(), too. When it has answered true, the error is one that nobody
   // shows.
   virtual Result<TableColumns, QString> open(IsStopped isStopped) = 0;

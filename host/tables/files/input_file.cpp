@@ -85,19 +85,17 @@ Result<InputFile::Piece, QString> InputFile::readNext(char* bytes, std::size_t s
   return Piece{done, false};
 }
 
-// Longer than a program at work takes to write on, and shorter than somebody who looks at the rows
-// would notice.
+// A signal that ends a wait says nothing about the bytes: a read could block.
 bool InputFile::hasMoreSoon() const {
-  constexpr int kMilliseconds = 10;
   pollfd entry{m_descriptor, POLLIN, 0};
-  return ::poll(&entry, 1, kMilliseconds) != 0;
+  return ::poll(&entry, 1, m_patience) > 0;
 }
 
 bool InputFile::waitForBytes() const {
   constexpr int kMillisecondsBetweenLooks = 20;
   pollfd entry{m_descriptor, POLLIN, 0};
   while (!m_isStopped()) {
-    if (::poll(&entry, 1, kMillisecondsBetweenLooks) != 0) {
+    if (::poll(&entry, 1, kMillisecondsBetweenLooks) > 0) {
       return true;
     }
   }

@@ -41,6 +41,11 @@ class InputFile {
   // Up to `size` bytes: from a pipe, those that come without much waiting, once there are `atLeast`
   // of them.
   Result<Piece, QString> readNext(char* bytes, std::size_t size, std::size_t atLeast = 1) const;
+  // How long readNext() waits for more than the bytes that are enough. The usual time is longer
+  // than a program at work takes to write on, and shorter than somebody who looks at the rows would
+  // notice.
+  static constexpr int kUsualPatience = 10;
+  void setPatience(int milliseconds) { m_patience = milliseconds; }
 
  private:
   bool waitForBytes() const;
@@ -50,6 +55,7 @@ class InputFile {
   int m_descriptor = -1;
   bool m_isRegular = false;
   long long m_size = -1;
+  int m_patience = kUsualPatience;
   std::function<bool()> m_isStopped;
 };
 

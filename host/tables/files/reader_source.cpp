@@ -74,6 +74,9 @@ Status<QString> ReaderSource::open() {
     return Failure{reader.error()};
   }
   m_reader = std::move(*reader);
+  if (m_isCountWanted) {
+    m_reader->countOnly();
+  }
   const Result<TableColumns, QString> columns = m_reader->open([this] { return isStopped(); });
   for (const QString& note : m_reader->notes()) {
     MainUI::addLog(LogLevel::information, note);

@@ -32,6 +32,8 @@ class ReaderSource : public ActionItem, public BatchSource {
   // Before a run: the last rows of the table are all that counts, so that the reader may leave out
   // those before them where it need not read them.
   void wantLastRows(long long count) { m_lastRows = count; }
+  // Before a run: see BatchReader::countOnly().
+  void wantCountOnly() { m_isCountWanted = true; }
 
   bool canReadUnits() const override { return m_isReading; }
   std::unique_ptr<BatchUnit> readUnit() override;
@@ -73,7 +75,8 @@ class ReaderSource : public ActionItem, public BatchSource {
   bool m_isOrderChecked = false;
   PinOutMetaData m_columns;
   OneRow m_checkedRow{&m_columns};
-  long long m_lastRows = -1;     // all rows count
+  long long m_lastRows = -1;  // all rows count
+  bool m_isCountWanted = false;
   long long m_rowsAccepted = 0;  // after those that were left out
 };
 

@@ -2,16 +2,30 @@
 
 #include <QSet>
 
+#include "host/contract/nearest_names.h"
 #include "host/tables/settings/messages.h"
 #include "host/tables/settings/on_bad_value.h"
+#include "host/tables/settings/text_list.h"
 
 namespace kelvarin {
 
 namespace {
 
 constexpr char16_t kColumn[] = u"Column";
+constexpr char16_t kColumns[] = u"columns";
 constexpr char16_t kName[] = u"name";
 constexpr char16_t kMeta[] = u"meta";
+
+QString faultOfChosen(const QStringList& chosen) {
+  QSet<QString> names;
+  for (const QString& name : chosen) {
+    if (names.contains(name)) {
+      return table_messages::chosenTwice(name);
+    }
+    names.insert(name);
+  }
+  return {};
+}
 
 QString faultOfColumn(const QString& name, const QString& meta) {
   if (name.isEmpty()) {
@@ -25,6 +39,7 @@ QString faultOfColumn(const QString& name, const QString& meta) {
 
 ColumnSettings::ColumnSettings(const XMLNode& action, const GlobalParameters* parameters)
     : m_onBadValue(on_bad_value::kAbort) {
+  readAttribute(action, kColumns, m_chosen, parameters);
   readAttribute(action, on_bad_value::kAttribute, m_onBadValue, parameters);
   for (int i = 0; i < action.nChildNode(); ++i) {
     const XMLNode child = action.getChildNode(i);
@@ -36,9 +51,13 @@ ColumnSettings::ColumnSettings(const XMLNode& action, const GlobalParameters* pa
   }
 }
 
-AttributeDescription ColumnSettings::describedAttribute() {
-  return on_bad_value::described(
-      QStringLiteral("what happens at a value that does not fit its column's type"));
+std::vector<AttributeDescription> ColumnSettings::describedAttributes() {
+  return {{QString::fromUtf16(kColumns), AttributeKind::text,
+           QStringLiteral("the columns to read, in this order, with bars between: id|price; \\| is "
+                          "a bar; empty: all"),
+           QStringLiteral("")},
+          on_bad_value::described(
+              QStringLiteral("what happens at a value that does not fit its column's type"))};
 }
 
 ElementDescription ColumnSettings::describedElement() {
@@ -61,6 +80,7 @@ std::vector<ElementFault> ColumnSettings::faults(const XMLNode& action,
     }
   };
   report(action, on_bad_value::faultOf(expanded(m_onBadValue)));
+  report(action, faultOfChosen(textsOfList(expanded(m_chosen), u'|')));
   QSet<QString> names;
   for (const Column& column : m_columns) {
     const QString name = expanded(column.name);
@@ -78,7 +98,10 @@ Result<ColumnRules, QString> ColumnSettings::rules(const TextExpansion& expanded
   if (const QString fault = on_bad_value::faultOf(onBadValue); !fault.isEmpty()) {
     return Failure{fault};
   }
-  ColumnRules rules{onBadValue == on_bad_value::kNull, {}};
+  ColumnRules rules{onBadValue == on_bad_value::kNull, {}, textsOfList(expanded(m_chosen), u'|')};
+  if (const QString fault = faultOfChosen(rules.chosen); !fault.isEmpty()) {
+    return Failure{fault};
+  }
   QSet<QString> names;
   for (const Column& element : m_columns) {
     const QString name = expanded(element.name);
@@ -95,7 +118,10 @@ Result<ColumnRules, QString> ColumnSettings::rules(const TextExpansion& expanded
   return rules;
 }
 
-void ColumnSettings::saveAttribute(std::wostringstream& out) const {
+void ColumnSettings::saveAttributes(std::wostringstream& out) const {
+  if (!m_chosen.isEmpty()) {
+    writeAttribute(out, kColumns, m_chosen);
+  }
   if (m_onBadValue != on_bad_value::kAbort) {
     writeAttribute(out, on_bad_value::kAttribute, m_onBadValue);
   }
@@ -132,6 +158,12 @@ QString shownNames(const QVector<QString>& names) {
     shown += table_messages::andMore(names.size() - kMaxShown);
   }
   return shown.join(QStringLiteral(", "));
+}
+
+QString chosenColumnAbsent(const QString& source, const QString& chosen,
+                           const QVector<QString>& names) {
+  return table_messages::chosenColumnAbsent(source, chosen, nearestNames(chosen, names.toList()),
+                                            shownNames(names));
 }
 
 }  // namespace kelvarin

@@ -1,5 +1,6 @@
-// What a user says about the columns of a table file: child elements `Column` with `name` and
-// `meta` fix types, and `onBadValue` says what becomes of values that do not fit.
+// What a user says about the columns of a table file: `columns` chooses some of them, child
+// elements `Column` with `name` and `meta` fix types, and `onBadValue` says what becomes of values
+// that do not fit.
 //
 // A fault is reported while a graph is loaded, with its position in the file, and again from a
 // reader that was made without a graph.
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include <QHash>
+#include <QStringList>
 #include <QVector>
 
 #include "base/result.h"
@@ -30,20 +32,21 @@ struct DeclaredColumn {
 struct ColumnRules {
   bool areBadValuesNull = false;
   std::vector<DeclaredColumn> declared;
+  QStringList chosen = {};  // in the order of the rows; empty: all
 };
 
 class ColumnSettings {
  public:
   ColumnSettings(const XMLNode& action, const GlobalParameters* parameters);
 
-  static AttributeDescription describedAttribute();
+  static std::vector<AttributeDescription> describedAttributes();
   static ElementDescription describedElement();
 
   std::vector<ElementFault> faults(const XMLNode& action, const TextExpansion& expanded) const;
   Result<ColumnRules, QString> rules(const TextExpansion& expanded) const;
 
-  // Writes the attribute where it differs from its default.
-  void saveAttribute(std::wostringstream& out) const;
+  // Writes the attributes that differ from their defaults.
+  void saveAttributes(std::wostringstream& out) const;
   // Closes the element's start tag, writes the children, and the end tag of the action.
   void saveChildrenAndEnd(std::wostringstream& out, const char* action) const;
 
@@ -54,6 +57,7 @@ class ColumnSettings {
     XMLNode element;
   };
 
+  QString m_chosen;
   QString m_onBadValue;
   std::vector<Column> m_columns;
 };
@@ -63,5 +67,9 @@ QHash<QString, qsizetype> positionsOf(const QVector<QString>& names);
 
 // A list of names for a message, the first ones of many.
 QString shownNames(const QVector<QString>& names);
+
+// That a table with columns of these names has none of the chosen name.
+QString chosenColumnAbsent(const QString& source, const QString& chosen,
+                           const QVector<QString>& names);
 
 }  // namespace kelvarin

@@ -16,6 +16,7 @@ class FileStream final : public ByteStream {
     return m_file.open(path, std::move(isStopped));
   }
   const InputFile& file() const { return m_file; }
+  InputFile& file() { return m_file; }
   long long bytesRead() const { return m_bytesRead; }
 
   Result<Piece, QString> readNext(char* bytes, std::size_t size, std::size_t atLeast) override {

@@ -7,9 +7,6 @@ namespace kelvarin {
 
 namespace {
 
-// What files of other formats and byte order marks are known by.
-constexpr std::size_t kSignature = 16;
-
 bool isUtf16(TextEncoding encoding) {
   return encoding == TextEncoding::utf16Little || encoding == TextEncoding::utf16Big;
 }
@@ -23,11 +20,11 @@ Status<QString> TextInput::open(const QString& path, std::optional<TextEncoding>
     return status;
   }
   m_stages.push_back(std::make_unique<PeekedStream>(m_file));
-  const Result<std::string_view, QString> signature = m_stages.back()->peek(kSignature);
-  if (!signature) {
-    return Failure{signature.error()};
+  const Result<std::string_view, QString> first = signature();
+  if (!first) {
+    return Failure{first.error()};
   }
-  if (auto decompressor = decompressorOf(*signature)) {
+  if (auto decompressor = decompressorOf(*first)) {
     add(std::make_unique<UncompressedStream>(*m_stages.back(), std::move(decompressor), path));
   }
   m_encoding = encoding.value_or(TextEncoding::utf8);
@@ -43,6 +40,24 @@ Status<QString> TextInput::open(const QString& path, std::optional<TextEncoding>
     add(std::make_unique<RecodedStream>(*m_stages.back(), m_encoding));
   }
   return Done{};
+}
+
+// What files of other formats and byte order marks are known by. No such file has a line so soon.
+Result<std::string_view, QString> TextInput::signature() {
+  constexpr std::size_t kSignature = 16;
+  Result<std::string_view, QString> text = m_stages.back()->peekUntilPause(kSignature, 1);
+  return text && text->size() < kSignature ? look(kSignature, 1) : text;
+}
+
+Result<std::string_view, QString> TextInput::look(std::size_t size, long long lines) {
+  if (canOpenAgain()) {
+    return m_stages.back()->peek(size);
+  }
+  constexpr int kPauseMilliseconds = 200;
+  m_file.file().setPatience(kPauseMilliseconds);
+  Result<std::string_view, QString> text = m_stages.back()->peekUntilPause(size, lines);
+  m_file.file().setPatience(InputFile::kUsualPatience);
+  return text;
 }
 
 void TextInput::add(std::unique_ptr<ByteStream> stage) {

@@ -7,6 +7,7 @@
 // Errors: texts for the user.
 #pragma once
 
+#include <climits>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -38,9 +39,14 @@ class TextInput {
   // Of the file, 0 to 1; -1 where that is unknown.
   float fractionRead() const;
 
+  // Before open(): start() of a pipe has what has come when its writer pauses after so many lines,
+  // which are waited for in any case.
+  void endStartAtPauseAfter(long long lines) { m_linesBeforePause = lines; }
   // As many bytes of the start as a look at a file takes, before anything is read; the whole text
   // where it is shorter.
-  Result<std::string_view, QString> start() { return m_stages.back()->peek(startSize()); }
+  Result<std::string_view, QString> start() { return look(startSize(), m_linesBeforePause); }
+  // The first bytes, before anything is read, by which other formats are known.
+  Result<std::string_view, QString> signature();
   // start() was the whole text.
   bool isStartWhole() const { return m_stages.back()->isWhole(); }
   Result<ByteStream::Piece, QString> readNext(char* bytes, std::size_t size,
@@ -49,10 +55,14 @@ class TextInput {
   }
 
  private:
+  // At so many bytes of the start, or at what has come of a pipe when its writer pauses after so
+  // many lines.
+  Result<std::string_view, QString> look(std::size_t size, long long lines);
   std::size_t startSize() const;
   void add(std::unique_ptr<ByteStream> stage);
 
   QString m_path;
+  long long m_linesBeforePause = LLONG_MAX;
   TextEncoding m_encoding = TextEncoding::utf8;
   FileStream m_file;
   std::vector<std::unique_ptr<ByteStream>> m_conversions;

@@ -23,7 +23,7 @@ std::unique_ptr<BatchReader> readerOf(Format format, const std::string& path,
   auto reader =
       (*ArrowFormats::load())
           ->makeReader(format == Format::parquet ? ArrowFormat::parquet : ArrowFormat::arrow,
-                       QString::fromStdString(path), rules);
+                       QString::fromStdString(path), {rules});
   EXPECT_TRUE(reader->open([] { return false; }));
   return reader;
 }

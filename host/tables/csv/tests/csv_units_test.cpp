@@ -20,6 +20,7 @@ struct Reading {
   std::string error;
   std::string said;
   int units = 0;
+  std::size_t rowCount = 0;
 };
 
 void addRows(const RowBatch& batch, std::vector<Values>& rows) {
@@ -31,11 +32,15 @@ void addRows(const RowBatch& batch, std::vector<Values>& rows) {
   });
 }
 
-Reading reading(const std::string& path, const CsvDialect& dialect, std::size_t unitSize) {
+Reading reading(const std::string& path, const CsvDialect& dialect, std::size_t unitSize,
+                bool isCountOnly = false) {
   Reading result;
   CsvFileSettings settings;
   settings.dialect = dialect;
   CsvBatchReader reader(QString::fromStdString(path), settings, {true, {}}, unitSize);
+  if (isCountOnly) {
+    reader.countOnly();
+  }
   const auto columns = reader.open([] { return false; });
   result.error = columns ? "" : columns.error().toStdString();
   while (result.error.empty()) {
@@ -48,6 +53,7 @@ Reading reading(const std::string& path, const CsvDialect& dialect, std::size_t 
     reader.accept(*unit);
     result.error = unit->failure().toStdString();
     if (unit->batch() != nullptr) {
+      result.rowCount += unit->batch()->rowCount();
       addRows(*unit->batch(), result.rows);
     }
   }
@@ -130,6 +136,35 @@ TEST(CsvUnits, ofAnySizeHaveTheSameRowsAtRandom) {
       expectSameRowsInUnitsOf(1 + random() % 90, path, text, dialect, whole);
     }
   }
+}
+
+// What is counted are the rows that are read, up to a record that is none. What their values are
+// makes no difference.
+TEST(CsvUnits, areCountedAsTheyAreRead) {
+  const TableFolder folder;
+  std::mt19937 random(29);
+  int faults = 0;
+  for (int i = 0; i < 1500; ++i) {
+    const std::string path = folder.write(std::to_string(i), randomText(random));
+    CsvDialect dialect;
+    dialect.hasQuote = i % 5 != 0;
+    dialect.hasComments = i % 3 == 0;
+    dialect.comment = '#';
+    dialect.areShortRowsFilled = i % 4 == 0;
+    dialect.areLongRowsCut = i % 2 == 0;
+    dialect.skippedLines = i % 11 == 0 ? 2 : 0;
+    dialect.hasHeader = i % 13 != 0;
+    const Reading read = reading(path, dialect, 1000);
+    const Reading counted = reading(path, dialect, 1 + random() % 90, true);
+    ASSERT_EQ(counted.rowCount, read.rowCount) << folder.read(std::to_string(i));
+    ASSERT_EQ(counted.error, read.error);
+    faults += read.error.empty() ? 0 : 1;
+  }
+  EXPECT_GT(faults, 100);
+  const std::string wrong = folder.write("t.csv", "a\n1\n\xFF\n");
+  EXPECT_NE(reading(wrong, {}, 1000).error, "");
+  EXPECT_EQ(reading(wrong, {}, 1000, true).error, "");
+  EXPECT_EQ(reading(wrong, {}, 1000, true).rowCount, 2u);
 }
 
 TEST(CsvUnits, bytesThatAreNoTextAreFoundWhereverTheyAre) {

@@ -198,6 +198,25 @@ TEST(ForeignCsv, SeveralFilesAreOneTable) {
   EXPECT_EQ(FilesRun(folder, "odd[1].csv", "").rows, (Rows{{7}}));
 }
 
+// Those that are not read need not have values that fit.
+TEST(ForeignCsv, ChosenColumnsComeInTheirOrder) {
+  const ReadCsvRun run("a,b,c\n1,NA,x\n2,\"\",y\n", "columns='c|a'", "<Column name='b' meta='K'/>");
+  EXPECT_EQ(run.columns(), "c:U a:F");
+  EXPECT_EQ(run.rows(), (Rows{{"x", 1}, {"y", 2}}));
+  EXPECT_EQ(run.log(), "");
+  expectFailure(ReadCsvRun("name,b\n1,2\n", "columns='b|nane'"),
+                {"The file 'FILE' has no column 'nane', which is to be read. Did you mean name?"});
+  expectFailure(ReadCsvRun("a,b\n1,2\n", "columns='a|a'"), {"'a' stands twice"});
+  // Records are what they are, whichever of their fields are read.
+  expectFailure(ReadCsvRun("a,b\n1,2\n3\n", "columns='a'"), {"line 3: 1 fields"});
+  const TableFolder folder;
+  folder.write("1.csv", "a,b,c\n1,x,5\n");
+  folder.write("2.csv", "c,b,a\n6,y,2\n");
+  const FilesRun several(folder, "?.csv", "columns='c|file|b' fileColumn='file'");
+  EXPECT_EQ(several.harness.columns(0), "c:F b:U file:U");
+  EXPECT_EQ(several.rows, (Rows{{5, "x", folder.path("1.csv")}, {6, "y", folder.path("2.csv")}}));
+}
+
 TEST(ForeignCsv, FaultsInSeveralFilesHaveTheirPositions) {
   const TableFolder folder;
   folder.write("1.csv", "a\n" + repeated("1\n", 70'000));

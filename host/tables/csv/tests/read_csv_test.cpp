@@ -350,6 +350,38 @@ TEST(ReadCsv, aStopEndsTheWaitForAPipe) {
   }
 }
 
+// Rows of a pipe that stays open go on when their writer pauses, since nothing is inferred of them.
+TEST(ReadCsv, aLookAtThePipeEndsAtAPause) {
+  const TableFolder folder;
+  const std::string path = folder.path("pipe");
+  ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+  const int pipe = ::open(path.c_str(), O_RDWR | O_CLOEXEC);
+  const std::string bytes = "a;b\n1;\x80\n";
+  ASSERT_EQ(::write(pipe, bytes.data(), 2), 2);
+  // Within a line there is no pause.
+  std::thread rest([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    EXPECT_EQ(::write(pipe, bytes.data() + 2, bytes.size() - 2),
+              static_cast<ssize_t>(bytes.size()) - 2);
+  });
+  CsvFileSettings settings;
+  settings.guessed = {true, true};
+  settings.encoding.reset();
+  const ColumnRules rules{false, {{"a", MetaTypeColumn::number}, {"b", MetaTypeColumn::text}}};
+  CsvBatchReader reader(QString::fromStdString(path), settings, rules);
+  const auto columns = reader.open([] { return false; });
+  rest.join();
+  ASSERT_TRUE(columns);
+  EXPECT_EQ(columns->names, (QVector<QString>{"a", "b"}));
+  EXPECT_TRUE(reader.notes().at(0).contains(QStringLiteral("separator ';'")));
+  EXPECT_TRUE(reader.notes().at(0).contains(QStringLiteral("windows-1252")));
+  const auto unit = reader.readUnit();
+  unit->parse();
+  ASSERT_NE(unit->batch(), nullptr);
+  EXPECT_EQ(unit->batch()->rowCount(), 1u);
+  ::close(pipe);
+}
+
 TEST(ReadCsv, aRunMayEndInTheMiddle) {
   const TableFolder folder;
   const std::string path = folder.write("a.csv", "a\n" + repeated("1\n", 2000000));
