@@ -28,12 +28,7 @@ std::uint64_t unzigzag(std::uint64_t code) {
 }  // namespace
 
 void IntegerColumnEncoder::append(std::span<const std::uint64_t> numbers, ByteBuffer& out) {
-  std::uint64_t base = numbers[0];
-  std::uint64_t largest = numbers[0];
-  for (const std::uint64_t number : numbers) {
-    base = std::min(base, number);
-    largest = std::max(largest, number);
-  }
+  const auto [base, largest] = kernels::boundsOf(numbers);
   m_range = largest - base;
   if (m_range == 0) {
     out.put(static_cast<std::uint8_t>(IntegerLayout::constant));
@@ -41,7 +36,7 @@ void IntegerColumnEncoder::append(std::span<const std::uint64_t> numbers, ByteBu
   }
   m_distances.resize(numbers.size());
   std::transform(numbers.begin(), numbers.end(), m_distances.begin(),
-                 [base](std::uint64_t number) { return number - base; });
+                 [first = base](std::uint64_t number) { return number - first; });
   const auto plan = m_packed.plan(m_distances);
   Choice choice{IntegerLayout::frameOfReference, plan, shortNumberSize(base) + plan.size};
   if (numbers.size() >= kMinNumbersForSearch) {

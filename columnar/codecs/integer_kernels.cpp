@@ -22,12 +22,22 @@ template <bool kStarts, typename Code>
   return result;
 }
 
+[[gnu::always_inline]] inline IntegerBounds bounds(std::span<const std::uint64_t> numbers) {
+  IntegerBounds found{numbers[0], numbers[0]};
+  for (const std::uint64_t number : numbers) {
+    found.smallest = std::min(found.smallest, number);
+    found.largest = std::max(found.largest, number);
+  }
+  return found;
+}
+
 // Compiled once for all processors and once for those with wider registers.
 struct Loops {
   void (*start)(std::span<const std::uint32_t>, std::uint64_t, std::uint64_t*);
   void (*add)(std::span<const std::uint32_t>, int, std::uint64_t*);
   void (*addShort)(std::span<const std::uint16_t>, int, std::uint64_t*);
   std::uint64_t (*largest)(std::span<const std::uint64_t>);
+  IntegerBounds (*bounds)(std::span<const std::uint64_t>);
 };
 
 constexpr Loops kPortable = {
@@ -40,7 +50,8 @@ constexpr Loops kPortable = {
     [](std::span<const std::uint16_t> codes, int shift, std::uint64_t* numbers) {
       join<false>(codes, shift, 0, numbers);
     },
-    [](std::span<const std::uint64_t> numbers) { return largest(numbers); }};
+    [](std::span<const std::uint64_t> numbers) { return largest(numbers); },
+    [](std::span<const std::uint64_t> numbers) { return bounds(numbers); }};
 
 #if defined(__x86_64__)
 [[gnu::target("avx2")]] void startWide(std::span<const std::uint32_t> codes, std::uint64_t base,
@@ -62,7 +73,11 @@ constexpr Loops kPortable = {
   return largest(numbers);
 }
 
-constexpr Loops kWide = {startWide, addWide, addShortWide, largestWide};
+[[gnu::target("avx2")]] IntegerBounds boundsWide(std::span<const std::uint64_t> numbers) {
+  return bounds(numbers);
+}
+
+constexpr Loops kWide = {startWide, addWide, addShortWide, largestWide, boundsWide};
 #endif
 
 const Loops& loops() {
@@ -91,6 +106,10 @@ void addToIntegers(std::span<const std::uint16_t> codes, int shift, std::uint64_
 
 std::uint64_t largestOf(std::span<const std::uint64_t> numbers) {
   return loops().largest(numbers);
+}
+
+IntegerBounds boundsOf(std::span<const std::uint64_t> numbers) {
+  return loops().bounds(numbers);
 }
 
 }  // namespace kelvarin::kernels

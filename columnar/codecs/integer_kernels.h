@@ -1,6 +1,7 @@
-// The loops that put integers together from the parts that packed numbers store.
+// Loops over integers: those that put them together from the parts that packed numbers store, and
+// their bounds.
 //
-// Used by PackedNumbers and IntegerColumn.
+// Used by PackedNumbers, IntegerColumn and its encoder.
 // Threads: any.
 #pragma once
 
@@ -16,6 +17,12 @@ void startIntegers(std::span<const std::uint32_t> codes, std::uint64_t base,
 void addToIntegers(std::span<const std::uint32_t> codes, int shift, std::uint64_t* numbers);
 void addToIntegers(std::span<const std::uint16_t> codes, int shift, std::uint64_t* numbers);
 
+// Of at least one number.
+struct IntegerBounds {
+  std::uint64_t smallest;
+  std::uint64_t largest;
+};
+IntegerBounds boundsOf(std::span<const std::uint64_t> numbers);
 std::uint64_t largestOf(std::span<const std::uint64_t> numbers);
 
 }  // namespace kelvarin::kernels

@@ -11,7 +11,7 @@ void SymbolPhrases::clear() {
 bool SymbolPhrases::add(SymbolPair pair, std::uint16_t symbol) {
   const std::uint32_t hash = hashOf(pair.left, pair.right);
   Slot& slot = m_slots[hash >> kSymbolBits];
-  if (slot.symbol != 0) {
+  if (slot.rest != kFree) {
     return false;
   }
   slot = {static_cast<std::uint16_t>(hash & (kSlots - 1)), symbol};
@@ -31,10 +31,10 @@ std::size_t SymbolPhrases::join(std::span<std::uint16_t> sequence) {
     const std::uint32_t next = sequence[i + 1];
     const std::uint32_t hash = hashOf(symbol, next);
     const Slot slot = slots[hash >> kSymbolBits];
-    const std::uint32_t joined =
-        slot.symbol & maskOf(slot.rest == (hash & (kSlots - 1))) & ~isTaken;
-    const std::uint32_t isJoined = maskOf(joined != 0);
-    sequence[out] = static_cast<std::uint16_t>(joined | (symbol & ~isJoined));
+    // Only the last two operations wait for what became of the symbol before.
+    const std::uint32_t isPair = maskOf(slot.rest == (hash & (kSlots - 1)));
+    const std::uint32_t isJoined = isPair & ~isTaken;
+    sequence[out] = static_cast<std::uint16_t>(symbol ^ ((symbol ^ slot.symbol) & isJoined));
     out += isTaken + 1;  // none where all bits are set
     isTaken = isJoined;
     symbol = next;

@@ -15,7 +15,7 @@ class SymbolPhrases {
   SymbolPhrases() : m_slots(kSlots) {}
 
   void clear();
-  // False, and nothing is added, when an earlier pair takes its slot. The symbol is not 0.
+  // False, and nothing is added, when an earlier pair takes its slot.
   bool add(SymbolPair pair, std::uint16_t symbol);
   // Joins pairs from the left to the right, once, and returns how many symbols are left.
   std::size_t join(std::span<std::uint16_t> sequence);
@@ -24,10 +24,12 @@ class SymbolPhrases {
   // The cutter's symbols are below 2^13.
   static constexpr int kSymbolBits = 13;
   static constexpr std::uint32_t kSlots = 1u << kSymbolBits;
+  static constexpr std::uint16_t kFree = 0xFFFF;
 
-  // What is left of a pair when its slot is known, and the symbol of both; 0 where there is none.
+  // What is left of a pair when its slot is known, and the symbol of both. No pair leaves what a
+  // free slot has.
   struct Slot {
-    std::uint16_t rest = 0;
+    std::uint16_t rest = kFree;
     std::uint16_t symbol = 0;
   };
   // Each pair has one slot, so that joining has no branches. An odd factor keeps all pairs apart,

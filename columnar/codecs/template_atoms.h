@@ -1,7 +1,7 @@
 // What the texts of one shape have at one position, while templates are being inferred.
 //
-// Used by shape_inference.cpp, which makes atoms of words, and by field_merging.cpp, which joins
-// neighbours to dates and decimal numbers.
+// Used by word_atoms.cpp, which makes atoms of words, and by shape_inference.cpp, which makes
+// templates of atoms.
 #pragma once
 
 #include <algorithm>

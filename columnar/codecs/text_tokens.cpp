@@ -1,7 +1,6 @@
 #include "columnar/codecs/text_tokens.h"
 
 #include <algorithm>
-#include <array>
 
 #include <emmintrin.h>
 
@@ -38,18 +37,6 @@ Kinds kindsOf(__m128i bytes) {
 }
 
 }  // namespace
-
-bool TextTokens::isOther(unsigned char byte) {
-  static const std::array<bool, 256> areOthers = [] {
-    std::array<bool, 256> are{};
-    for (std::size_t i = 0; i < are.size(); ++i) {
-      const Kinds kinds = kindsOf(_mm_set1_epi8(static_cast<char>(i)));
-      are[i] = (kinds.letters | kinds.digits | kinds.blanks) == 0;
-    }
-    return are;
-  }();
-  return areOthers[byte];
-}
 
 void TextTokens::cut(const TextValues& texts) {
   m_texts = texts;

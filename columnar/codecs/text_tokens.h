@@ -49,7 +49,11 @@ class TextTokens {
       0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF,
       0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF};
 
-  static bool isOther(unsigned char byte);
+  static constexpr bool isOther(unsigned char byte) {
+    const bool isLetter = static_cast<unsigned char>((byte | 0x20) - 'a') < 26 || byte >= 0x80;
+    const bool isDigit = static_cast<unsigned char>(byte - '0') < 10;
+    return !isLetter && !isDigit && byte != '_' && byte != ' ';
+  }
   void setBegin(std::size_t offset) {
     m_begins[offset / 8] |= static_cast<unsigned char>(1u << offset % 8);
   }

@@ -13,7 +13,9 @@ constexpr std::size_t kMaxFirstSlots = 1 << 15;
 }  // namespace
 
 void TokenTable::clear(std::size_t expected) {
-  const std::size_t slots = std::clamp(std::bit_ceil(2 * expected), kMinSlots, kMaxFirstSlots);
+  // There were as many last time, if these are texts of the same kind.
+  const std::size_t likely = std::max(expected, std::min(2 * expected, m_entries.size()));
+  const std::size_t slots = std::clamp(std::bit_ceil(2 * likely), kMinSlots, kMaxFirstSlots);
   m_entries.clear();
   m_slots.assign(slots, 0);
   m_mask = slots - 1;

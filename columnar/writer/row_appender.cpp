@@ -20,6 +20,21 @@ void copyValues(const RowBatch& batch, const Value* from, std::size_t begin, std
   });
 }
 
+// Texts up to this size are copied as so many bytes, in one step, so both ends need a margin.
+constexpr std::size_t kCopied = 64;
+constexpr std::size_t kCopiedOfShort = 16;
+
+void copyText(const unsigned char* from, std::size_t size, const unsigned char* end,
+              unsigned char* to) {
+  if (size > kCopied || static_cast<std::size_t>(end - from) < kCopied) [[unlikely]] {
+    std::memcpy(to, from, size);
+  } else if (size > kCopiedOfShort) {
+    std::memcpy(to, from, kCopied);
+  } else {
+    std::memcpy(to, from, kCopiedOfShort);
+  }
+}
+
 }  // namespace
 
 void RowAppender::addTarget(const GelColumn& column, ColumnValues& values) {
@@ -66,19 +81,13 @@ bool RowAppender::appendTexts(const TextTarget& target, const RowBatch& batch, s
   if (sizeBefore + size + lengthsSize > kMaxTextsSize) {
     return false;
   }
-  // Short texts are copied as 16 bytes, so both ends need a margin.
-  constexpr std::size_t kShort = 16;
-  unsigned char* to = target.bytes->append(size + kShort);
+  unsigned char* to = target.bytes->append(size + kCopied);
   const unsigned char* endOfTexts = column.textBytes() + column.textSize();
   length = target.lengths + m_row;
   forEachRow(batch, begin, end, [&](std::size_t, std::size_t storedRow) {
     const unsigned char* from = column.text(storedRow) + sizeof(std::uint32_t);
     const std::size_t bytes = byteCountOf(*length++);
-    if (bytes <= kShort && static_cast<std::size_t>(endOfTexts - from) >= kShort) [[likely]] {
-      std::memcpy(to, from, kShort);
-    } else {
-      std::memcpy(to, from, bytes);
-    }
+    copyText(from, bytes, endOfTexts, to);
     to += bytes;
   });
   target.bytes->resize(sizeBefore + size);
