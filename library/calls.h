@@ -9,6 +9,7 @@
 #include <memory>
 #include <new>
 #include <utility>
+#include <vector>
 
 #include <QString>
 
@@ -115,6 +116,20 @@ Outcome<Done> needed(Pointer* pointer, const char* name) {
     return wrongArgument(library_messages::nullPointer(QString::fromLatin1(name)));
   }
   return Done{};
+}
+
+// The names and values of a list in the options, which its user knows as `argument`.
+template <typename Named>
+Outcome<std::vector<Named>> namedValuesOf(const kelvarin_setting* given, std::int32_t count,
+                                          const char* argument) {
+  std::vector<Named> found;
+  for (std::int32_t i = 0; i < count; ++i) {
+    if (given == nullptr || given[i].name == nullptr || given[i].value == nullptr) {
+      return wrongArgument(library_messages::nullPointer(QString::fromLatin1(argument)));
+    }
+    found.push_back({QString::fromUtf8(given[i].name), QString::fromUtf8(given[i].value)});
+  }
+  return found;
 }
 
 // What all work has in its options.

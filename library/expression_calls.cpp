@@ -41,9 +41,8 @@ Outcome<Done> addOutput(const kelvarin_output_option& output, ExpressionSettings
 }
 
 Outcome<ExpressionSettings> settingsOf(const kelvarin_expression_options& options) {
-  if ((options.output_count > 0 && options.outputs == nullptr) ||
-      (options.setting_count > 0 && options.settings == nullptr)) {
-    return kelvarin::wrongArgument(texts::nullPointer(QStringLiteral("options")));
+  if (options.output_count > 0 && options.outputs == nullptr) {
+    return kelvarin::wrongArgument(texts::nullPointer(QStringLiteral("outputs")));
   }
   ExpressionSettings settings;
   for (std::int32_t i = 0; i < options.output_count; ++i) {
@@ -51,19 +50,14 @@ Outcome<ExpressionSettings> settingsOf(const kelvarin_expression_options& option
       return kelvarin::Failure{added.error()};
     }
   }
-  for (std::int32_t i = 0; i < options.setting_count; ++i) {
-    const kelvarin_setting& setting = options.settings[i];
-    if (setting.name == nullptr || setting.value == nullptr) {
-      return kelvarin::wrongArgument(texts::nullPointer(QStringLiteral("settings")));
-    }
-    settings.settings.push_back(
-        {QString::fromUtf8(setting.name), QString::fromUtf8(setting.value)});
-  }
   settings.condition = QString::fromUtf8(options.condition).trimmed();
+  auto named = kelvarin::namedValuesOf<ExpressionSettings::Setting>(
+      options.settings, options.setting_count, "settings");
   auto input = kelvarin::inputSettingsOf(options.input);
-  if (!input) {
-    return kelvarin::Failure{input.error()};
+  if (!named || !input) {
+    return kelvarin::Failure{named ? input.error() : named.error()};
   }
+  settings.settings = std::move(*named);
   settings.input = std::move(*input);
   return settings;
 }

@@ -22,26 +22,14 @@ kelvarin_status withRun(kelvarin_run run, kelvarin_error** error, Work work) noe
 }
 
 Outcome<GraphRunSettings> settingsOf(const kelvarin_run_options& options) {
-  if (options.parameter_count > 0 && options.parameters == nullptr) {
-    return kelvarin::wrongArgument(texts::nullPointer(QStringLiteral("parameters")));
-  }
-  GraphRunSettings settings;
-  for (std::int32_t i = 0; i < options.parameter_count; ++i) {
-    const kelvarin_setting& parameter = options.parameters[i];
-    if (parameter.name == nullptr || parameter.value == nullptr) {
-      return kelvarin::wrongArgument(texts::nullPointer(QStringLiteral("parameters")));
-    }
-    settings.parameters.push_back(
-        {QString::fromUtf8(parameter.name), QString::fromUtf8(parameter.value)});
-  }
+  auto parameters = kelvarin::namedValuesOf<kelvarin::ParameterOverride>(
+      options.parameters, options.parameter_count, "parameters");
   auto work = kelvarin::workSettingsOf(options.threads, options.stop, options.log,
                                        options.disk_wait_seconds);
-  if (!work) {
-    return kelvarin::Failure{work.error()};
+  if (!parameters || !work) {
+    return kelvarin::Failure{parameters ? work.error() : parameters.error()};
   }
-  settings.work = std::move(*work);
-  settings.progress = options.progress;
-  return settings;
+  return GraphRunSettings{std::move(*parameters), std::move(*work), options.progress};
 }
 
 Outcome<Done> open(const std::optional<QByteArray>& document, const char* path,

@@ -49,51 +49,69 @@ void releaseTable(ArrowArray* array) {
   array->release = nullptr;
 }
 
+// Enough rows for wide instructions, and few enough to be looked at again one by one.
+constexpr std::size_t kRowsAtOnce = 256;
+
 template <typename Value, typename IsNull>
-std::unique_ptr<ExportedColumn> exportedValues(const RowBatch& batch, const BatchColumn& column,
-                                               const Value* values, IsNull isNull) {
+void addNulls(const Value* rows, std::size_t count, IsNull isNull, ExportedColumn& made) {
+  for (std::size_t begin = 0; begin < count; begin += kRowsAtOnce) {
+    const std::size_t end = std::min(begin + kRowsAtOnce, count);
+    bool hasNull = false;
+    for (std::size_t row = begin; row < end; ++row) {
+      hasNull |= isNull(rows[row]);
+    }
+    for (std::size_t row = begin; hasNull && row < end; ++row) {
+      if (isNull(rows[row])) {
+        made.addNull(row);
+      }
+    }
+  }
+}
+
+template <typename Value, typename IsNull>
+std::unique_ptr<ExportedColumn> exportedValues(const RowBatch& batch, std::size_t index,
+                                               const Value* values, IsNull isNull,
+                                               ArrayMemory& memory) {
   auto made = std::make_unique<ExportedColumn>(batch.rowCount());
   const Value* rows = values;
   if (const std::uint32_t* selection = batch.selection()) {
-    auto gathered = std::make_shared_for_overwrite<Value[]>(batch.rowCount());
+    auto gathered = memory.allocate<Value>(index, batch.rowCount());
     for (std::size_t row = 0; row < batch.rowCount(); ++row) {
       gathered[row] = values[selection[row]];
     }
     rows = gathered.get();
     made->owner = std::move(gathered);
   } else {
-    made->owner = column.owner();
+    made->owner = batch.column(index).owner();
   }
-  for (std::size_t row = 0; row < batch.rowCount(); ++row) {
-    if (isNull(rows[row])) [[unlikely]] {
-      made->addNull(row);
-    }
-  }
+  addNulls(rows, batch.rowCount(), isNull, *made);
   made->buffers = {made->validity(), rows};
   return made;
 }
 
 std::unique_ptr<ExportedColumn> exportedColumn(const RowBatch& batch, std::size_t index,
-                                               TextFormat format) {
+                                               TextFormat format, ArrayMemory& memory) {
   const BatchColumn& column = batch.column(index);
   switch (column.type()) {
     case MetaTypeColumn::number:
-      return exportedValues(batch, column, column.numbers(),
-                            [](double number) { return isNullNumber(number); });
+      return exportedValues(
+          batch, index, column.numbers(), [](double number) { return isNullNumber(number); },
+          memory);
     case MetaTypeColumn::key:
-      return exportedValues(batch, column, column.keys(), isNullKey);
+      return exportedValues(
+          batch, index, column.keys(), [](std::uint32_t key) { return isNullKey(key); }, memory);
     default:
-      return exportedTexts(batch, column, format);
+      return exportedTexts(batch, index, format, memory);
   }
 }
 
-OwnedArray exportedRows(const RowBatch& batch, TextFormat format) {
+OwnedArray exportedRows(const RowBatch& batch, TextFormat format, ArrayMemory& memory) {
   auto table = std::make_unique<Table>();
   table->columns.reserve(batch.columnCount());
   table->pointers.reserve(batch.columnCount());
   try {
     for (std::size_t i = 0; i < batch.columnCount(); ++i) {
-      table->columns.push_back(arrayOf(exportedColumn(batch, i, format), batch.rowCount()));
+      table->columns.push_back(arrayOf(exportedColumn(batch, i, format, memory), batch.rowCount()));
       table->pointers.push_back(&table->columns.back());
     }
   } catch (...) {
@@ -113,14 +131,15 @@ OwnedArray exportedRows(const RowBatch& batch, TextFormat format) {
   return OwnedArray(array);
 }
 
-void exportRows(const RowBatch& batch, const BatchForm& form, std::vector<OwnedArray>& arrays) {
+void exportRows(const RowBatch& batch, const BatchForm& form, ArrayMemory& memory,
+                std::vector<OwnedArray>& arrays) {
   if (form.texts == TextFormat::utf8 && batch.rowCount() > 1 && !fitsSmallOffsets(batch)) {
     const std::size_t half = batch.rowCount() / 2;
-    exportRows(*batch.slice(0, half), form, arrays);
-    exportRows(*batch.slice(half, batch.rowCount()), form, arrays);
+    exportRows(*batch.slice(0, half), form, memory, arrays);
+    exportRows(*batch.slice(half, batch.rowCount()), form, memory, arrays);
     return;
   }
-  arrays.push_back(exportedRows(batch, form.texts));
+  arrays.push_back(exportedRows(batch, form.texts, memory));
 }
 
 }  // namespace
@@ -140,15 +159,16 @@ ArrowArray OwnedArray::take() {
   return std::exchange(m_array, ArrowArray{});
 }
 
-std::vector<OwnedArray> exportedBatch(const RowBatch& batch, const BatchForm& form) {
+std::vector<OwnedArray> exportedBatch(const RowBatch& batch, const BatchForm& form,
+                                      ArrayMemory& memory) {
   std::vector<OwnedArray> arrays;
   const std::size_t rows = batch.rowCount();
   for (std::size_t begin = 0; begin < rows;) {
     const std::size_t end = rows - begin <= form.mostRows ? rows : begin + form.mostRows;
     if (end - begin == rows) {
-      exportRows(batch, form, arrays);
+      exportRows(batch, form, memory, arrays);
     } else {
-      exportRows(*batch.slice(begin, end), form, arrays);
+      exportRows(*batch.slice(begin, end), form, memory, arrays);
     }
     begin = end;
   }
@@ -157,7 +177,7 @@ std::vector<OwnedArray> exportedBatch(const RowBatch& batch, const BatchForm& fo
 
 std::unique_ptr<EncodedBatch> ArrowBatchEncoder::encode(const RowBatch& batch) const {
   auto encoded = std::make_unique<ArrowBatch>();
-  encoded->arrays = exportedBatch(batch, m_form);
+  encoded->arrays = exportedBatch(batch, m_form, m_memory);
   return encoded;
 }
 

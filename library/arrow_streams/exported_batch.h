@@ -14,6 +14,7 @@
 #include "host/contract/batch_steps.h"
 #include "host/tables/files/batch_reader.h"
 #include "include/kelvarin/arrow_c_data.h"
+#include "library/arrow_streams/array_memory.h"
 
 namespace kelvarin {
 
@@ -42,7 +43,8 @@ class OwnedArray {
 };
 
 // One array, or several where the form wants smaller ones or texts need more offsets.
-std::vector<OwnedArray> exportedBatch(const RowBatch& batch, const BatchForm& form);
+std::vector<OwnedArray> exportedBatch(const RowBatch& batch, const BatchForm& form,
+                                      ArrayMemory& memory);
 
 void exportSchema(const TableColumns& columns, TextFormat texts, ArrowSchema& out);
 
@@ -58,6 +60,7 @@ class ArrowBatchEncoder final : public BatchEncoder {
 
  private:
   const BatchForm m_form;
+  mutable ArrayMemory m_memory;
 };
 
 }  // namespace kelvarin

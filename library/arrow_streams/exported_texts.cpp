@@ -26,8 +26,9 @@ static_assert(sizeof(TextView) == 16);
 
 // What the array needs beside the batch's texts.
 struct Views {
-  std::unique_ptr<TextView[]> views;
-  std::vector<std::int64_t> sizes;  // of the buffers
+  std::shared_ptr<TextView[]> views;
+  std::vector<std::int64_t> sizes;   // of the buffers
+  std::vector<unsigned char> bytes;  // of a copy
 };
 
 // How far texts reach in their buffer, which views point to.
@@ -111,18 +112,30 @@ std::size_t makeViews(const RowBatch& batch, const BatchColumn& column, TextView
   return texts.end();
 }
 
-std::unique_ptr<ExportedColumn> exportedViews(const RowBatch& batch, const BatchColumn& column) {
+// Few texts for many rows are copied: the batch's column has more bytes for each row beside them.
+const unsigned char* keptTexts(const RowBatch& batch, const BatchColumn& column, std::size_t used,
+                               ExportedColumn& made, Views& views) {
+  if (used > batch.rowCount() * sizeof(std::uint32_t)) {
+    made.owner = column.owner();
+    return column.textBytes();
+  }
+  views.bytes.assign(column.textBytes(), column.textBytes() + used);
+  return views.bytes.data();
+}
+
+std::unique_ptr<ExportedColumn> exportedViews(const RowBatch& batch, const BatchColumn& column,
+                                              std::shared_ptr<TextView[]> memory) {
   auto made = std::make_unique<ExportedColumn>(batch.rowCount());
   auto views = std::make_shared<Views>();
-  views->views = std::make_unique_for_overwrite<TextView[]>(batch.rowCount());
+  views->views = std::move(memory);
   const std::size_t used = makeViews(batch, column, views->views.get(), *made);
   made->buffers = {made->validity(), views->views.get()};
+  const unsigned char* const bytes = keptTexts(batch, column, used, *made, *views);
   for (std::size_t begin = 0; begin < used; begin += kBufferStep) {
-    made->buffers.push_back(column.textBytes() + begin);
+    made->buffers.push_back(bytes + begin);
     views->sizes.push_back(static_cast<std::int64_t>(std::min(used - begin, kLongestBuffer)));
   }
   made->buffers.push_back(views->sizes.data());
-  made->owner = column.owner();
   made->made = std::move(views);
   return made;
 }
@@ -137,16 +150,17 @@ std::size_t sizeOfTexts(const RowBatch& batch, const BatchColumn& column) {
 
 template <typename Offset>
 struct PackedTexts {
-  std::unique_ptr<Offset[]> offsets;
-  std::unique_ptr<char[]> bytes;
+  std::shared_ptr<Offset[]> offsets;
+  std::shared_ptr<char[]> bytes;
 };
 
 template <typename Offset>
-std::unique_ptr<ExportedColumn> exportedPacked(const RowBatch& batch, const BatchColumn& column) {
+std::unique_ptr<ExportedColumn> exportedPacked(const RowBatch& batch, const BatchColumn& column,
+                                               std::size_t index, ArrayMemory& memory) {
   auto made = std::make_unique<ExportedColumn>(batch.rowCount());
   auto texts = std::make_shared<PackedTexts<Offset>>();
-  texts->offsets = std::make_unique_for_overwrite<Offset[]>(batch.rowCount() + 1);
-  texts->bytes = std::make_unique_for_overwrite<char[]>(sizeOfTexts(batch, column));
+  texts->offsets = memory.allocate<Offset>(index, batch.rowCount() + 1);
+  texts->bytes = memory.allocate<char>(index, sizeOfTexts(batch, column));
   std::size_t size = 0;
   texts->offsets[0] = 0;
   forEachRow(batch, 0, batch.rowCount(), [&](std::size_t row, std::size_t stored) {
@@ -175,16 +189,16 @@ void ExportedColumn::addNull(std::size_t row) {
   ++nullCount;
 }
 
-std::unique_ptr<ExportedColumn> exportedTexts(const RowBatch& batch, const BatchColumn& given,
-                                              TextFormat format) {
-  const BatchColumn column = withValidTexts(batch, given);
+std::unique_ptr<ExportedColumn> exportedTexts(const RowBatch& batch, std::size_t index,
+                                              TextFormat format, ArrayMemory& memory) {
+  const BatchColumn column = withValidTexts(batch, batch.column(index));
   switch (format) {
     case TextFormat::utf8:
-      return exportedPacked<std::int32_t>(batch, column);
+      return exportedPacked<std::int32_t>(batch, column, index, memory);
     case TextFormat::largeUtf8:
-      return exportedPacked<std::int64_t>(batch, column);
+      return exportedPacked<std::int64_t>(batch, column, index, memory);
     default:
-      return exportedViews(batch, column);
+      return exportedViews(batch, column, memory.allocate<TextView>(index, batch.rowCount()));
   }
 }
 

@@ -28,8 +28,8 @@ struct ExportedColumn {
   std::shared_ptr<const void> made;   // what was made for the array
 };
 
-std::unique_ptr<ExportedColumn> exportedTexts(const RowBatch& batch, const BatchColumn& column,
-                                              TextFormat format);
+std::unique_ptr<ExportedColumn> exportedTexts(const RowBatch& batch, std::size_t index,
+                                              TextFormat format, ArrayMemory& memory);
 
 // The texts of each column take less than what offsets of 32 bits can count.
 bool fitsSmallOffsets(const RowBatch& batch);

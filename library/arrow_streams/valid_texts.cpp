@@ -36,8 +36,27 @@ bool isUtf8(std::string_view text) {
          QUtf8StringView(text.data(), static_cast<qsizetype>(text.size())).isValidUtf8();
 }
 
+// The texts and their counts, which are below 128, all at once.
+bool isBufferAscii(const RowBatch& batch, const BatchColumn& column) {
+  constexpr std::size_t kBytesAtOnce = 4096;
+  constexpr std::size_t kMaxForARow = 256;  // else the buffer is that of many more rows
+  if (column.textSize() > batch.rowCount() * kMaxForARow) {
+    return false;
+  }
+  const std::string_view all(reinterpret_cast<const char*>(column.textBytes()), column.textSize());
+  for (std::size_t begin = 0; begin < all.size(); begin += kBytesAtOnce) {
+    if (!isAscii(all.substr(begin, kBytesAtOnce))) {
+      return false;
+    }
+  }
+  return true;
+}
+
 // Where many rows share few texts, only those are looked at.
 bool areAllUtf8(const RowBatch& batch, const BatchColumn& column) {
+  if (isBufferAscii(batch, column)) {
+    return true;
+  }
   const auto isValidAt = [&](std::uint32_t position) {
     return isUtf8(textFromBytes(column.textBytes() + position));
   };

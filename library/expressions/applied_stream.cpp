@@ -53,12 +53,13 @@ class Rest final : public BatchSupply {
 
  private:
   void add(const RowBatch& batch) {
-    std::vector<OwnedArray> arrays = exportedBatch(batch, {});
+    std::vector<OwnedArray> arrays = exportedBatch(batch, {}, m_memory);
     std::move(arrays.begin(), arrays.end(), std::back_inserter(m_arrays));
   }
 
   const TableColumns m_columns;
   const std::unique_ptr<StreamReader> m_reader;
+  ArrayMemory m_memory;
   std::deque<OwnedArray> m_arrays;
   ReadFault m_failure;
 };
@@ -158,7 +159,7 @@ Outcome<AppliedStream::Step> AppliedStream::process(const TableUnit& unit) {
   if (stages != nullptr) {
     const CompiledStages::Rows rows = stages->process(batch, m_nextRow);
     for (const RowBatchPointer& result : rows.batches) {
-      std::vector<OwnedArray> arrays = exportedBatch(*result, m_settings.form);
+      std::vector<OwnedArray> arrays = exportedBatch(*result, m_settings.form, m_memory);
       std::move(arrays.begin(), arrays.end(), std::back_inserter(m_arrays));
     }
     done = rows.rowsDone;

@@ -47,6 +47,7 @@ class AppliedStream final : public BatchSupply {
   std::unique_ptr<PulledStream> m_run;     // of those that go through the actions
   long long m_nextRow;
   bool m_isOver = false;
+  ArrayMemory m_memory;
   std::deque<OwnedArray> m_arrays;  // that were made, and nobody has taken
 };
 

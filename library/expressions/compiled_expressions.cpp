@@ -1,12 +1,10 @@
 #include "library/expressions/compiled_expressions.h"
 
 #include <algorithm>
-#include <set>
 #include <utility>
 
 #include "expression/evaluator/expression_evaluator.h"
 #include "expression/options/evaluation_attributes.h"
-#include "expression/tokens/expression_tokens.h"
 #include "library/expressions/messages.h"
 #include "library/runs/installation.h"
 
@@ -15,36 +13,6 @@ namespace kelvarin {
 namespace {
 
 using State = GlobalParameters::RunningState;
-
-constexpr char16_t kSource[] = u"stream";
-constexpr char16_t kCalculation[] = u"calculation";
-constexpr char16_t kCondition[] = u"condition";
-const QString kRowNumber = QStringLiteral("_n");
-const QString kOffersRowNumber = QStringLiteral("addN");
-const QString kTruncates = QStringLiteral("truncate");
-
-std::set<QString> namesIn(const QStringList& expressions) {
-  std::set<QString> names;
-  for (const QString& expression : expressions) {
-    const ExpressionTokens tokens(expression);
-    for (std::size_t i = 0; i < tokens.size(); ++i) {
-      if (isFreeName(tokens.all(), i)) {
-        names.insert(tokens.text(tokens[i]).toString());
-      }
-    }
-  }
-  return names;
-}
-
-bool isText(MetaTypeColumn type) {
-  return fixedSizeOf(type) == 0;
-}
-
-bool isAmong(EvaluationAttributes attributes, const QString& name) {
-  return std::ranges::any_of(attributes, [&](const Attribute<EvaluationOptions>& line) {
-    return name == QString::fromUtf16(line.name);
-  });
-}
 
 // A stream of these columns without rows.
 class NoRows final : public BatchSupply {
@@ -61,7 +29,7 @@ class NoRows final : public BatchSupply {
 class FewRows final : public BatchSupply {
  public:
   FewRows(TableColumns columns, const RowBatch& batch)
-      : m_columns(std::move(columns)), m_arrays(exportedBatch(batch, {})) {}
+      : m_columns(std::move(columns)), m_arrays(exportedBatch(batch, {}, m_memory)) {}
   Outcome<TableColumns> columns() override { return m_columns; }
   Outcome<OwnedArray> next() override {
     return m_next < m_arrays.size() ? std::move(m_arrays[m_next++]) : OwnedArray();
@@ -69,6 +37,7 @@ class FewRows final : public BatchSupply {
 
  private:
   TableColumns m_columns;
+  ArrayMemory m_memory;
   std::vector<OwnedArray> m_arrays;
   std::size_t m_next = 0;
 };
@@ -114,7 +83,7 @@ Outcome<Done> CompiledExpressions::settleInput(const ArrowSchema& schema) {
     return Failure{errorOf(KELVARIN_WRONG_ARGUMENT, library_messages::noExpression())};
   }
   for (const ExpressionSettings::Setting& setting : m_settings.settings) {
-    if (!isAmong(evaluationAttributes(), setting.name) && setting.name != kTruncates) {
+    if (!isExpressionSetting(setting.name)) {
       return Failure{
           errorOf(KELVARIN_WRONG_ARGUMENT, library_messages::unknownSetting(setting.name))};
     }
@@ -134,9 +103,7 @@ Outcome<Done> CompiledExpressions::settleTypes() {
   if (!catalogue) {
     return Failure{catalogue.error()};
   }
-  GraphText text;
-  addCalculator(text);
-  const auto graph = text.parse(**catalogue);
+  const auto graph = this->graph().calculator(**catalogue);
   if (!graph) {
     return Failure{graph.error()};
   }
@@ -146,7 +113,7 @@ Outcome<Done> CompiledExpressions::settleTypes() {
   for (std::size_t i = 0; i < m_input.types.size(); ++i) {
     InputVariable variable;
     variable.label = m_input.names[static_cast<qsizetype>(i)];
-    variable.isNumber = !isText(m_input.types[i]);
+    variable.isNumber = fixedSizeOf(m_input.types[i]) != 0;
     variables.push_back(std::move(variable));
   }
   for (ExpressionSettings::Output& output : m_settings.outputs) {
@@ -179,7 +146,7 @@ Outcome<Done> CompiledExpressions::tryWithoutRows() {
 }
 
 void CompiledExpressions::noteInfos(PulledRun& run) {
-  for (int action = 1; action <= transformCount(); ++action) {
+  for (int action = 1; action <= graph().transformCount(); ++action) {
     for (const OutputReport& report : run.reportOf(action).outputs) {
       m_infos.emplace_back().report = report;
     }
@@ -189,13 +156,10 @@ void CompiledExpressions::noteInfos(PulledRun& run) {
     const bool isOutput = i < m_settings.outputs.size();
     info.dependence =
         dependenceOf(isOutput ? m_settings.outputs[i].expression : m_settings.condition,
-                     hasRowNumber(isOutput ? m_input : columnsOfCondition()));
+                     graph().hasRowNumber(!isOutput));
     info.type = isOutput ? static_cast<int>(*m_settings.outputs[i].type) : 0;
-    const auto truncates =
-        std::ranges::find(m_settings.settings, kTruncates, &ExpressionSettings::Setting::name);
-    if (!isOutput && truncates != m_settings.settings.end() &&
-        truncates->value != QLatin1String("0")) {
-      info.dependence.add(KELVARIN_DEPENDS_ON_EARLIER_ROWS, kTruncates, -1);
+    if (!isOutput && truncates(m_settings)) {
+      info.dependence.add(KELVARIN_DEPENDS_ON_EARLIER_ROWS, QStringLiteral("truncate"), -1);
     }
     info.texts = {.name = info.report.name.toStdString(),
                   .engine = info.report.engine.toStdString(),
@@ -206,100 +170,6 @@ void CompiledExpressions::noteInfos(PulledRun& run) {
   }
 }
 
-bool CompiledExpressions::hasOutput(const QString& name) const {
-  return std::ranges::find(m_settings.outputs, name, &ExpressionSettings::Output::name) !=
-         m_settings.outputs.end();
-}
-
-// A column of that name is what `_n` means.
-bool CompiledExpressions::hasRowNumber(const TableColumns& columns) const {
-  const auto offers =
-      std::ranges::find(m_settings.settings, kOffersRowNumber, &ExpressionSettings::Setting::name);
-  const bool isOff = offers != m_settings.settings.end() && offers->value == QLatin1String("0");
-  return !isOff && !columns.names.contains(kRowNumber);
-}
-
-// It sees the outputs, too.
-TableColumns CompiledExpressions::columnsOfCondition() const {
-  TableColumns columns = m_input;
-  for (const ExpressionSettings::Output& output : m_settings.outputs) {
-    const qsizetype index = columns.names.indexOf(output.name);
-    if (index < 0) {
-      columns.names.append(output.name);
-      columns.types.push_back(output.type.value_or(MetaTypeColumn::number));
-    } else {
-      columns.types[static_cast<std::size_t>(index)] = output.type.value_or(MetaTypeColumn::number);
-    }
-  }
-  return columns;
-}
-
-int CompiledExpressions::transformCount() const {
-  return (m_settings.outputs.empty() ? 0 : 1) + (m_settings.condition.isEmpty() ? 0 : 1);
-}
-
-void CompiledExpressions::addSettings(GraphText& graph, bool isCondition) const {
-  const TableColumns columns = isCondition ? columnsOfCondition() : m_input;
-  for (const ExpressionSettings::Setting& setting : m_settings.settings) {
-    const bool isKnown = setting.name == kTruncates
-                             ? isCondition
-                             : !isCondition || isAmong(conditionAttributes(), setting.name);
-    if (isKnown && setting.name != kOffersRowNumber) {
-      graph.attribute(setting.name.toStdU16String().c_str(), setting.value);
-    }
-  }
-  graph.attribute(u"addN", hasRowNumber(columns) ? 1 : 0);
-}
-
-// Only the columns that the expressions name, so that no others are loaded.
-void CompiledExpressions::addVariables(GraphText& graph, const QStringList& expressions,
-                                       const TableColumns& columns) const {
-  const std::set<QString> names = namesIn(expressions);
-  graph.open(u"InputVars");
-  for (std::size_t i = 0; i < columns.types.size(); ++i) {
-    const QString& name = columns.names[static_cast<qsizetype>(i)];
-    if (names.contains(name)) {
-      graph.open(u"InputVar");
-      graph.attribute(u"column", name);
-      graph.attribute(u"isNumber", isText(columns.types[i]) ? 0 : 1);
-      graph.close();
-    }
-  }
-  graph.close();
-}
-
-void CompiledExpressions::addCalculator(GraphText& graph) const {
-  graph.openAction(u"Calculator", kCalculation);
-  addSettings(graph, false);
-  QStringList expressions;
-  for (const ExpressionSettings::Output& output : m_settings.outputs) {
-    expressions += output.expression;
-  }
-  addVariables(graph, expressions, m_input);
-  graph.open(u"OutputVars");
-  for (const ExpressionSettings::Output& output : m_settings.outputs) {
-    const auto type = static_cast<char>(output.type.value_or(MetaTypeColumn::number));
-    graph.open(u"OutputVar");
-    graph.attribute(u"name", output.name);
-    graph.attribute(u"meta", QString(QChar::fromLatin1(type)));
-    graph.attribute(u"update", m_input.names.contains(output.name) ? 1 : 0);
-    graph.text(output.expression);
-    graph.close();
-  }
-  graph.close();
-  graph.close();
-}
-
-void CompiledExpressions::addFilter(GraphText& graph) const {
-  graph.openAction(u"FilterRows", kCondition);
-  addSettings(graph, true);
-  graph.open(u"Expression");
-  graph.text(m_settings.condition);
-  graph.close();
-  addVariables(graph, {m_settings.condition}, columnsOfCondition());
-  graph.close();
-}
-
 Outcome<std::unique_ptr<PulledStream>> CompiledExpressions::run(InputStream stream,
                                                                 const WorkSettings& work,
                                                                 const BatchForm& form,
@@ -308,18 +178,7 @@ Outcome<std::unique_ptr<PulledStream>> CompiledExpressions::run(InputStream stre
   if (!catalogue) {
     return Failure{catalogue.error()};
   }
-  GraphText text;
-  text.openAction(u"InlineTable", kSource);
-  text.close();
-  if (!m_settings.outputs.empty()) {
-    addCalculator(text);
-  }
-  if (!m_settings.condition.isEmpty()) {
-    addFilter(text);
-  }
-  text.openAction(u"Discard", u"output");
-  text.close();
-  auto graph = text.parse(**catalogue);
+  auto graph = this->graph().whole(**catalogue);
   if (!graph) {
     return Failure{graph.error()};
   }
@@ -356,7 +215,7 @@ std::shared_ptr<const CompiledStages> CompiledExpressions::stages(const RowBatch
   while (run.advance()) {
   }
   if (run.state() == State::running) {  // else the first row has failed, and another one may not
-    m_stages = CompiledStages::of(std::move(*stream), transformCount());
+    m_stages = CompiledStages::of(std::move(*stream), graph().transformCount());
     m_hasNoStages = m_stages == nullptr;
   }
   return m_stages;

@@ -14,27 +14,10 @@
 #include "host/contract/action_report.h"
 #include "library/expressions/compiled_stages.h"
 #include "library/expressions/dependence.h"
-#include "library/runs/graph_text.h"
+#include "library/expressions/expression_graph.h"
 #include "library/runs/pulled_stream.h"
-#include "library/runs/stream_source.h"
 
 namespace kelvarin {
-
-struct ExpressionSettings {
-  struct Output {
-    QString name;
-    QString expression;
-    std::optional<MetaTypeColumn> type;  // that of the result where there is none
-  };
-  struct Setting {
-    QString name;
-    QString value;
-  };
-  std::vector<Output> outputs;
-  QString condition;  // empty: all rows stay
-  std::vector<Setting> settings;
-  InputSettings input;
-};
 
 struct ExpressionInfo {
   OutputReport report;
@@ -77,15 +60,7 @@ class CompiledExpressions {
   Outcome<Done> settleTypes();
   Outcome<Done> tryWithoutRows();
   void noteInfos(PulledRun& run);
-  void addSettings(GraphText& graph, bool isCondition) const;
-  void addVariables(GraphText& graph, const QStringList& expressions,
-                    const TableColumns& columns) const;
-  void addCalculator(GraphText& graph) const;
-  void addFilter(GraphText& graph) const;
-  bool hasOutput(const QString& name) const;
-  bool hasRowNumber(const TableColumns& columns) const;
-  TableColumns columnsOfCondition() const;
-  int transformCount() const;
+  ExpressionGraph graph() const { return {m_settings, m_input}; }
   bool mayKeepStages() const;
 
   ExpressionSettings m_settings;

@@ -10,8 +10,11 @@ that name files::
 
 from __future__ import annotations
 
+import functools
 import os
 import re
+import sys
+from types import FrameType
 from typing import Any
 
 import duckdb
@@ -22,7 +25,7 @@ _QUOTED_PATH = re.compile(r"""'((?:[^']|'')*\.cgel_kelvarin)'|"((?:[^"]|"")*\.cg
 
 
 def sql(query: str, connection: duckdb.DuckDBPyConnection | None = None, **options: Any) -> duckdb.DuckDBPyRelation:
-    """What DuckDB's ``sql`` returns, for a query in which columnar files are tables.
+    """What DuckDB's ``sql`` returns, for a query in which columnar files are tables, and the caller's variables as well.
 
     Each file that the query names in quotes is registered under its path as it is written there, and stays it for later
     queries of the connection, which need this function no longer.
@@ -38,7 +41,7 @@ def sql(query: str, connection: duckdb.DuckDBPyConnection | None = None, **optio
     used = duckdb.default_connection() if connection is None else connection
     for path in dict.fromkeys(_path_of(found) for found in _QUOTED_PATH.finditer(query)):
         register(path, used, **options)
-    return used.sql(query)
+    return _called_in(sys._getframe(1), functools.partial(used.sql, query))
 
 
 def register(path: str | os.PathLike[str], connection: duckdb.DuckDBPyConnection | None = None, **options: Any) -> Scan:
@@ -56,6 +59,11 @@ def register(path: str | os.PathLike[str], connection: duckdb.DuckDBPyConnection
     rows = scan(path, **options)
     used.register(os.fspath(path), rows)
     return rows
+
+
+def _called_in(frame: FrameType, function: functools.partial[Any]) -> Any:
+    """Calls a function that looks for tables among the variables of its caller as if the frame had called it."""
+    return eval("__call_in_frame__()", frame.f_globals, {**frame.f_locals, "__call_in_frame__": function})
 
 
 def _path_of(found: re.Match[str]) -> str:

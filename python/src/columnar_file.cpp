@@ -86,6 +86,7 @@ class ColumnarFile {
 
 std::vector<const char*> pointersOf(const std::vector<std::string>& texts) {
   std::vector<const char*> pointers;
+  pointers.reserve(texts.size());
   for (const std::string& text : texts) {
     pointers.push_back(text.c_str());
   }

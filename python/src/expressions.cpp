@@ -100,6 +100,7 @@ class Expressions {
 
   void compile(const ArrowSchema& schema, kelvarin_expressions& handle, Outcome& outcome) const {
     std::vector<kelvarin_output_option> outputs;
+    outputs.reserve(m_outputs.size());
     for (const auto& [name, expression, type] : m_outputs) {
       outputs.push_back({name.c_str(), expression.c_str(), type});
     }

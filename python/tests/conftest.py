@@ -51,8 +51,11 @@ def calculator(name, inputs, output, expression):
 TEXTS = ["", "a", "Zürich", "日本語", "with, comma", 'a "quote"', "line\nbreak", "x" * 300, "tab\t", "nul\0inside"]
 
 
-def random_table(seed, rows=None):
-    """Numbers, keys and texts, with nulls, NaN and infinity, in several chunks."""
+KINDS = 6
+
+
+def random_table(seed, rows=None, kinds=None):
+    """Numbers, keys and texts, with nulls, NaN and infinity, in several chunks. `kinds` are below 6, one a column."""
     random_numbers = random.Random(seed)
     rows = random_numbers.choice((1, 2, 7, 300, 5000)) if rows is None else rows
     null_share = random_numbers.choice((0, 0, 0.1, 1))
@@ -69,12 +72,17 @@ def random_table(seed, rows=None):
         lambda: column(lambda: random_numbers.choice(TEXTS), pyarrow.string()),
         lambda: column(lambda: f"{random_numbers.getrandbits(64):x}", pyarrow.string()),
     ]
-    chosen = [random_numbers.choice(makers)() for _ in range(random_numbers.randrange(1, 7))]
-    table = pyarrow.table({f"c{index}": values for index, values in enumerate(chosen)})
+    if kinds is None:
+        kinds = random_kinds(random_numbers)
+    table = pyarrow.table({f"c{index}": makers[kind]() for index, kind in enumerate(kinds)})
     if rows > 10:
         cut = random_numbers.randrange(rows)
         table = pyarrow.concat_tables([table.slice(0, cut), table.slice(cut)])
     return table
+
+
+def random_kinds(random_numbers):
+    return random_numbers.choices(range(KINDS), k=random_numbers.randrange(1, KINDS + 1))
 
 
 def is_same(one, other):

@@ -3,10 +3,11 @@
 import contextlib
 import os
 import pathlib
+import random
 
 import pyarrow
 import pyarrow.compute
-from conftest import is_same
+from conftest import is_same, random_kinds, random_table
 
 import kelvarin
 
@@ -55,6 +56,31 @@ def in_order(table, columns=("id",)):
 def assert_same(found, expected):
     assert found.num_rows == expected.num_rows
     assert is_same(in_order(found), in_order(expected))
+
+
+RANDOM_GROUPS, TABLES_IN_GROUP = 5, 40
+
+
+def write_random_tables(folder, group):
+    """Tables of the same random columns, a file each in blocks of another size, and returns them. A group is one job."""
+    kinds = random_kinds(random.Random(group))
+    tables = []
+    for number in range(TABLES_IN_GROUP):
+        table = random_table(group * TABLES_IN_GROUP + number, kinds=kinds)
+        for name, values in (("table", [number] * table.num_rows), ("row", range(table.num_rows))):
+            table = table.append_column(name, pyarrow.array(values, pyarrow.uint32()))
+        kelvarin.write(table, folder / f"{number}.cgel_kelvarin", block_rows=50 + 37 * number, create_folder=True)
+        tables.append(table)
+    return tables
+
+
+def assert_same_tables(found, tables):
+    found = in_order(found, ("table", "row"))
+    first = 0
+    for number, table in enumerate(tables):
+        assert is_same(found.slice(first, table.num_rows), in_order(table, ("table", "row"))), number
+        first += table.num_rows
+    assert found.num_rows == first
 
 
 def read_folder(folder):

@@ -30,6 +30,7 @@ def file_of_the_program(folder, kelvarin_program, write_graph):
     return folder / "t.cgel_kelvarin"
 
 
+ITEMS_OF_ORDERS = pyarrow.table({"item": ["kettle", "cup"]})
 NUMBERS, KEYS = [1.5, -0.25, None, "nan", 1e300], [7, None, 4000000000, 0, 3]
 TEXTS = ["Zürich", "", "日本語", None, 'a "quote", a comma']
 
@@ -192,6 +193,9 @@ def test_queries_name_files(folder, monkeypatch):
             kelvarin.duckdb.sql("from 'absent.cgel_kelvarin'", connection)
         scan = kelvarin.duckdb.register("orders.cgel_kelvarin", connection, columns=["id"], rows=(1, 3))
         assert scan.rows == 3
+        items = pyarrow.table({"item": ["cup"]})  # noqa: F841
+        assert kelvarin.duckdb.sql("select item from items semi join ITEMS_OF_ORDERS using (item)", connection).fetchall() == [
+            ("cup",)]
         assert connection.sql("from \"orders.cgel_kelvarin\"").fetchall() == [(2.0,), (3.0,)]
 
 

@@ -1,8 +1,8 @@
 """Columnar files and expressions on Ray Data."""
 
 import pytest
-from conftest import is_same, random_table
-from engines import CONDITION, OUTPUTS, assert_only_whole_files, assert_same, orders, ray_cluster, read_folder
+from engines import (CONDITION, OUTPUTS, RANDOM_GROUPS, assert_only_whole_files, assert_same, assert_same_tables, orders, ray_cluster,
+                     read_folder, write_random_tables)
 
 import kelvarin
 
@@ -52,9 +52,8 @@ def test_conditions_and_row_numbers(folder):
     assert (caught.value.output, caught.value.token) == ("condition", "rand")
 
 
-def test_tables_go_to_files_and_back(folder):
-    for seed in range(4):
-        table = random_table(seed, 200)
-        kelvarin.write(table, folder / f"{seed}.cgel_kelvarin", block_rows=500)
-        kelvarin.ray.write(kelvarin.ray.read(folder / f"{seed}.cgel_kelvarin"), folder / f"out{seed}")
-        assert is_same(read_folder(folder / f"out{seed}"), table), seed
+def test_200_random_tables_go_to_files_and_back(folder):
+    for group in range(RANDOM_GROUPS):
+        tables = write_random_tables(folder / f"in{group}", group)
+        kelvarin.ray.write(kelvarin.ray.read(folder / f"in{group}", rows_in_split=2000), folder / f"out{group}")
+        assert_same_tables(read_folder(folder / f"out{group}"), tables)

@@ -2,9 +2,9 @@
 
 import pyarrow
 import pytest
-from conftest import is_same, random_table
-from engines import (CONDITION, OUTPUTS, assert_only_whole_files, assert_same, graph_actions, orders, read_folder,
-                     spark_session)
+from conftest import is_same
+from engines import (CONDITION, OUTPUTS, RANDOM_GROUPS, assert_only_whole_files, assert_same, assert_same_tables, graph_actions,
+                     orders, read_folder, spark_session, write_random_tables)
 
 import kelvarin
 
@@ -42,13 +42,12 @@ def test_what_the_program_wrote_is_read(spark, folder, write_graph, kelvarin_pro
     assert is_same(with_unsigned(chosen, table.select(["shop", "id"])), table.select(["shop", "id"]))
 
 
-def test_tables_go_to_files_and_back(spark, folder):
-    for seed in range(5):
-        table = random_table(seed, 300)
-        kelvarin.write(table, folder / f"{seed}.cgel_kelvarin", block_rows=50)
-        load(spark, folder / f"{seed}.cgel_kelvarin").write.format("kelvarin").mode("append").save(f"{folder}/out{seed}")
-        assert is_same(read_folder(folder / f"out{seed}"), table), seed
-        assert_only_whole_files(folder / f"out{seed}")
+def test_200_random_tables_go_to_files_and_back(spark, folder):
+    for group in range(RANDOM_GROUPS):
+        tables, out = write_random_tables(folder / f"in{group}", group), folder / f"out{group}"
+        load(spark, folder / f"in{group}", rows_in_split=2000).write.format("kelvarin").mode("append").save(str(out))
+        assert_same_tables(read_folder(out), tables)
+        assert_only_whole_files(out)
 
 
 def test_blocks_are_ruled_out_before_there_are_tasks(spark, folder):
