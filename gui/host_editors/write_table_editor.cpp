@@ -93,10 +93,10 @@ void WriteTableEditor::addOutputFields() {
               new ChoiceField({{QStringLiteral("abort"), tr("Stop the run")},
                                {QStringLiteral("null"), tr("Make them null")}}));
   }
-  addFlag(*form, QStringLiteral("createDir"), tr("Make the &folder of the file"));
-  addChoice(*form, QStringLiteral("split"), tr("Fi&les:"),
-            new ChoiceField({{QStringLiteral("0"), tr("One")},
-                             {QStringLiteral("2"), tr("One for each value of a column")}}));
+  addFlag(*form, QStringLiteral("createDir"), tr("Ma&ke the folder of the file"));
+  addChoice(*form, QStringLiteral("split"), tr("W&rite:"),
+            new ChoiceField({{QStringLiteral("0"), tr("One file")},
+                             {QStringLiteral("2"), tr("A file for each value of a column")}}));
   addLine(*form, QStringLiteral("splitVar"), tr("Colu&mn of the values:"));
   page().addLayout(form);
 }

@@ -7134,14 +7134,6 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>N&amp;ULL steht als:</translation>
     </message>
     <message>
-        <source>Search columns</source>
-        <translation>Spalten suchen</translation>
-    </message>
-    <message>
-        <source>Columns that are written</source>
-        <translation>Spalten, die geschrieben werden</translation>
-    </message>
-    <message>
         <source>Choose the file to write.</source>
         <translation>Die zu schreibende Datei wählen.</translation>
     </message>
@@ -7162,23 +7154,6 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
         <translation>Ein Lauf legt die Datei &apos;%1&apos; an.</translation>
     </message>
     <message>
-        <source>%1 (%2)</source>
-        <comment>a column and its type</comment>
-        <translation>%1 (%2)</translation>
-    </message>
-    <message>
-        <source>Columns that are written, in this order: %1</source>
-        <translation>Spalten, die geschrieben werden, in dieser Reihenfolge: %1</translation>
-    </message>
-    <message>
-        <source>Finding out which columns are written...</source>
-        <translation>Es wird ermittelt, welche Spalten geschrieben werden...</translation>
-    </message>
-    <message>
-        <source>Which columns are written shows when rows are linked to this action.</source>
-        <translation>Welche Spalten geschrieben werden, zeigt sich, wenn Zeilen mit dieser Aktion verbunden sind.</translation>
-    </message>
-    <message>
         <source>Arrow files (*.arrow *.arrows *.feather *.ipc);;All files (*)</source>
         <translation>Arrow-Dateien (*.arrow *.arrows *.feather *.ipc);;Alle Dateien (*)</translation>
     </message>
@@ -7197,6 +7172,100 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     <message>
         <source>Stream</source>
         <translation>Strom</translation>
+    </message>
+    <message>
+        <source>Values that &amp;do not fit:</source>
+        <translation>&amp;Werte, die nicht passen:</translation>
+    </message>
+    <message>
+        <source>Stop the run</source>
+        <translation>Den Lauf anhalten</translation>
+    </message>
+    <message>
+        <source>Make them null</source>
+        <translation>Auf NULL setzen</translation>
+    </message>
+    <message>
+        <source>Ma&amp;ke the folder of the file</source>
+        <translation>Or&amp;dner der Datei anlegen</translation>
+    </message>
+    <message>
+        <source>W&amp;rite:</source>
+        <translation>Sch&amp;reiben:</translation>
+    </message>
+    <message>
+        <source>One file</source>
+        <translation>Eine Datei</translation>
+    </message>
+    <message>
+        <source>A file for each value of a column</source>
+        <translation>Eine Datei je Wert einer Spalte</translation>
+    </message>
+    <message>
+        <source>Colu&amp;mn of the values:</source>
+        <translation>Spalte der W&amp;erte:</translation>
+    </message>
+    <message>
+        <source>A run makes files of the names &apos;%1&apos;, and replaces those that are there.</source>
+        <translation>Ein Lauf legt Dateien mit den Namen &apos;%1&apos; an und ersetzt vorhandene.</translation>
+    </message>
+</context>
+<context>
+    <name>kelvarin::WrittenColumnsView</name>
+    <message>
+        <source>Search columns</source>
+        <translation>Spalten suchen</translation>
+    </message>
+    <message>
+        <source>Columns that are written</source>
+        <translation>Spalten, die geschrieben werden</translation>
+    </message>
+    <message>
+        <source>The type that the chosen column gets in the file.</source>
+        <translation>Der Typ, den die gewählte Spalte in der Datei bekommt.</translation>
+    </message>
+    <message>
+        <source>By the type of the column</source>
+        <translation>Nach dem Typ der Spalte</translation>
+    </message>
+    <message>
+        <source>&amp;Type in the file:</source>
+        <translation>T&amp;yp in der Datei:</translation>
+    </message>
+    <message>
+        <source>Type in the file</source>
+        <translation>Typ in der Datei</translation>
+    </message>
+    <message>
+        <source>Columns that are written, in this order: %1</source>
+        <translation>Spalten, die geschrieben werden, in dieser Reihenfolge: %1</translation>
+    </message>
+    <message>
+        <source>Finding out which columns are written...</source>
+        <translation>Es wird ermittelt, welche Spalten geschrieben werden...</translation>
+    </message>
+    <message>
+        <source>Which columns are written shows when rows are linked to this action.</source>
+        <translation>Welche Spalten geschrieben werden, zeigt sich, wenn Zeilen mit dieser Aktion verbunden sind.</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <comment>a column and its type</comment>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>%1 (%2), in the file %3</source>
+        <comment>a column and its types</comment>
+        <translation>%1 (%2), in der Datei %3</translation>
+    </message>
+    <message>
+        <source>%1, in the file %2</source>
+        <comment>a column and its type in the file</comment>
+        <translation>%1, in der Datei %2</translation>
+    </message>
+    <message>
+        <source>The table has no column of this name.</source>
+        <translation>Die Tabelle hat keine Spalte dieses Namens.</translation>
     </message>
 </context>
 </TS>

@@ -28,7 +28,9 @@ QString otherValue(const AttributeDescription& attribute) {
       {QStringLiteral("comment"), QStringLiteral("#")},
       {QStringLiteral("short"), QStringLiteral("null")},
       {QStringLiteral("long"), QStringLiteral("ignore")},
-      {QStringLiteral("onBadValue"), QStringLiteral("null")}};
+      {QStringLiteral("onBadValue"), QStringLiteral("null")},
+      {QStringLiteral("createDir"), QStringLiteral("1")},
+      {QStringLiteral("split"), QStringLiteral("2")}};
   return values.value(attribute.name, QStringLiteral("${p} > 'x' & \"y\""));
 }
 
