@@ -35,7 +35,7 @@ void SourceOptions::addTo(CLI::App& command) {
       ->type_name("COLUMNS");
   command.add_option("--unreadable", unreadable, "columns such as lists: error, text (JSON), skip")
       ->check(CLI::IsMember({"error", "text", "skip"}))
-      ->type_name("WHAT");
+      ->option_text("WHAT");
   csv.addTo(command);
 }
 

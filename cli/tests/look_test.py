@@ -63,8 +63,7 @@ class LookTest(ProgramTest):
             self.assertEqual([row["column"] for row in json.loads(self.kelvarin(
                 "stats", name, "--columns", "price,id", "--format=json").stdout)], ["price", "id"])
             refused = self.kelvarin("head", name, "--columns", "id,prise", status=1).stderr
-            self.assertIn("prise", refused)
-            self.assertIn("price", refused)
+            self.assertIn("prise" if name.endswith("gel_kelvarin") else "'prise', which is to be read. Did you mean price?", refused)
         self.write("odd.csv", 'a,"x,y",${z}\n1,2,3\n')
         self.assertEqual(self.kelvarin("head", "odd.csv", "--columns", "${z},x\\,y").stdout, '${z},"x,y"\n3,2\n')
         self.kelvarin("gel", "import", "odd.csv", "odd", "--columns", "${z},a")
