@@ -29,7 +29,8 @@ class EncodingChoice {
   // All encodings have been compared, and `size` is that of the winner for so many bytes of texts.
   void setCompared(TextEncoding encoding, std::size_t size, std::size_t texts) {
     const bool isSame = m_trust > 0 && encoding == m_encoding;
-    m_trust = isSame ? std::min(2 * m_trust + 1, kMaxTrust) : kMinTrust;
+    const int maxTrust = encoding == TextEncoding::shaped ? kMaxTrustInShape : kMaxTrust;
+    m_trust = isSame ? std::min(4 * m_trust + 3, maxTrust) : kMinTrust;
     m_blocksLeft = m_trust;
     m_encoding = encoding;
     m_size = static_cast<double>(size) / static_cast<double>(texts + 1);
@@ -45,6 +46,7 @@ class EncodingChoice {
  private:
   static constexpr int kMinTrust = 3;  // blocks
   static constexpr int kMaxTrust = 15;
+  static constexpr int kMaxTrustInShape = 63;
 
   TextEncoding m_encoding = TextEncoding::plain;
   int m_trust = 0;
