@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "library/arrow_streams/exported_texts.h"
+#include "library/arrow_streams/value_search.h"
 
 namespace kelvarin {
 
@@ -49,18 +50,31 @@ void releaseTable(ArrowArray* array) {
   array->release = nullptr;
 }
 
-// Enough rows for wide instructions, and few enough to be looked at again one by one.
-constexpr std::size_t kRowsAtOnce = 256;
+bool mayHaveNull(const double* numbers, std::size_t count) {
+  return hasNaN(numbers, count);
+}
 
-template <typename Value, typename IsNull>
-void addNulls(const Value* rows, std::size_t count, IsNull isNull, ExportedColumn& made) {
+bool mayHaveNull(const std::uint32_t* keys, std::size_t count) {
+  return hasNullKey(keys, count);
+}
+
+bool isNull(double number) {
+  return isNullNumber(number);
+}
+
+bool isNull(std::uint32_t key) {
+  return isNullKey(key);
+}
+
+template <typename Value>
+void addNulls(const Value* rows, std::size_t count, ExportedColumn& made) {
+  constexpr std::size_t kRowsAtOnce = 256;
   for (std::size_t begin = 0; begin < count; begin += kRowsAtOnce) {
     const std::size_t end = std::min(begin + kRowsAtOnce, count);
-    bool hasNull = false;
-    for (std::size_t row = begin; row < end; ++row) {
-      hasNull |= isNull(rows[row]);
+    if (!mayHaveNull(rows + begin, end - begin)) {
+      continue;
     }
-    for (std::size_t row = begin; hasNull && row < end; ++row) {
+    for (std::size_t row = begin; row < end; ++row) {
       if (isNull(rows[row])) {
         made.addNull(row);
       }
@@ -68,10 +82,9 @@ void addNulls(const Value* rows, std::size_t count, IsNull isNull, ExportedColum
   }
 }
 
-template <typename Value, typename IsNull>
+template <typename Value>
 std::unique_ptr<ExportedColumn> exportedValues(const RowBatch& batch, std::size_t index,
-                                               const Value* values, IsNull isNull,
-                                               ArrayMemory& memory) {
+                                               const Value* values, ArrayMemory& memory) {
   auto made = std::make_unique<ExportedColumn>(batch.rowCount());
   const Value* rows = values;
   if (const std::uint32_t* selection = batch.selection()) {
@@ -84,7 +97,7 @@ std::unique_ptr<ExportedColumn> exportedValues(const RowBatch& batch, std::size_
   } else {
     made->owner = batch.column(index).owner();
   }
-  addNulls(rows, batch.rowCount(), isNull, *made);
+  addNulls(rows, batch.rowCount(), *made);
   made->buffers = {made->validity(), rows};
   return made;
 }
@@ -94,12 +107,9 @@ std::unique_ptr<ExportedColumn> exportedColumn(const RowBatch& batch, std::size_
   const BatchColumn& column = batch.column(index);
   switch (column.type()) {
     case MetaTypeColumn::number:
-      return exportedValues(
-          batch, index, column.numbers(), [](double number) { return isNullNumber(number); },
-          memory);
+      return exportedValues(batch, index, column.numbers(), memory);
     case MetaTypeColumn::key:
-      return exportedValues(
-          batch, index, column.keys(), [](std::uint32_t key) { return isNullKey(key); }, memory);
+      return exportedValues(batch, index, column.keys(), memory);
     default:
       return exportedTexts(batch, index, format, memory);
   }

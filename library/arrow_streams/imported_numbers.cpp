@@ -7,6 +7,7 @@
 #include "host/tables/arrow/held_numbers.h"
 #include "host/tables/files/column_memory.h"
 #include "library/arrow_streams/imported_values.h"
+#include "library/arrow_streams/value_search.h"
 
 namespace kelvarin {
 
@@ -73,8 +74,7 @@ ConvertedArray numbersOfDoubles(const ArrayRows& rows, ColumnTally& tally,
   const unsigned char* bytes = rows.rows.bytesAt(0, sizeof(double));
   if (rows.isPlain() && isAligned(bytes, sizeof(double))) {
     const auto* numbers = reinterpret_cast<const double*>(bytes);
-    const auto isNaN = [](double number) { return std::isnan(number); };
-    if (std::none_of(numbers, numbers + rows.rows.count, isNaN)) {
+    if (!hasNaN(numbers, static_cast<std::size_t>(rows.rows.count))) {
       return {BatchColumn::ofNumbers(owner, numbers), std::nullopt};
     }
   }
@@ -161,7 +161,7 @@ ConvertedArray importKeys(const ArrayRows& rows, const ArrowType& type, ColumnTa
   const unsigned char* bytes = rows.rows.bytesAt(0, sizeof(std::uint32_t));
   if (type.kind == ArrowKind::uint32 && rows.isPlain() && isAligned(bytes, sizeof(std::uint32_t))) {
     const auto* keys = reinterpret_cast<const std::uint32_t*>(bytes);
-    if (std::none_of(keys, keys + rows.rows.count, isNullKey)) {
+    if (!hasNullKey(keys, static_cast<std::size_t>(rows.rows.count))) {
       return {BatchColumn::ofKeys(owner, keys), std::nullopt};
     }
   }
