@@ -117,6 +117,9 @@ Result<CalcRequest, QString> requestOf(const CalcArguments& arguments) {
   for (const std::string& filter : arguments.filters) {
     request.filters += QString::fromStdString(filter);
   }
+  for (const std::string& date : arguments.dates) {
+    request.dates += QString::fromStdString(date);
+  }
   for (const auto take : {takePositionals, takeKinds, takeGraph, takeSettings}) {
     if (const auto taken = take(arguments, request); !taken) {
       return Failure{taken.error()};

@@ -25,6 +25,7 @@ struct CalcArguments {
   CsvOptions csv;
   std::vector<std::string> filters;
   std::vector<std::string> settings;
+  std::vector<std::string> dates;
   std::vector<std::string> options;
   std::string graph;  // to save; empty: none
   bool isOnlySaved = false;
@@ -38,6 +39,7 @@ struct CalcRequest {
   CsvOptions csv;  // of the input
   std::vector<NamedExpression> outputs;
   QStringList filters;
+  QStringList dates;  // columns that enter expressions as elapsed times
   std::vector<GraphParameter> parameters;
   EvaluationOptions options;
   QString graph;
