@@ -30,14 +30,20 @@ struct CsvOptions {
   std::string shortRows;
   std::string longRows;
   std::string fileColumn;
+  std::string badValues;
+  std::vector<std::string> types;  // NAME=TYPE
 
   void addTo(CLI::App& command);
   // One of them is given, so that the file has to be a CSV file.
   bool areGiven() const;
-  // Of ReadCSV, for a file of this kind.
-  QString attributes(const TableKind& kind) const;
+  // An element of ReadCSV for a file of this kind. An action of this name; without `file` its file
+  // is the parameter of the same name.
+  QString readElement(const TableKind& kind, const QString& action, const QString& file = {}) const;
 
  private:
+  QString attributes(const TableKind& kind) const;
+  QString columns() const;
+
   std::vector<CLI::Option*> m_options;
 };
 

@@ -27,16 +27,19 @@ constexpr char kSeparator[] = "separator=";
 // An attribute may stand there once.
 QString attributesOf(const TableKind& kind, const QString& more) {
   const bool isSeparatorGiven = kind.hasSeparator() && more.contains(QLatin1String(kSeparator));
-  return isSeparatorGiven ? more : QLatin1String(kind.attributes) + u' ' + more;
+  const QString attributes = isSeparatorGiven ? QString() : QLatin1String(kind.attributes);
+  return QString(attributes + u' ' + more.trimmed()).trimmed();
 }
 
 QString element(const QString& type, const char* fileAttribute, const QString& action,
-                const QString& file, const QString& attributes) {
+                const QString& file, const QString& attributes, const QString& content) {
   ToXMLStringTool escape;
   const QString path = file.isEmpty() ? QStringLiteral("${%1}").arg(action)
                                       : QString::fromWCharArray(escape.toXML(file));
   return QStringLiteral("<%1 name='%2' %3='").arg(type, action, QLatin1String(fileAttribute)) +
-         path + QStringLiteral("' ") + attributes + QStringLiteral("/>");
+         path + (attributes.isEmpty() ? QStringLiteral("'") : QStringLiteral("' ")) + attributes +
+         (content.isEmpty() ? QStringLiteral("/>")
+                            : u'>' + content + QStringLiteral("</") + type + u'>');
 }
 
 }  // namespace
@@ -53,16 +56,16 @@ bool TableKind::hasSeparator() const {
   return QLatin1String(attributes).contains(QLatin1String(kSeparator));
 }
 
-QString TableKind::readElement(const QString& action, const QString& more,
-                               const QString& file) const {
+QString TableKind::readElement(const QString& action, const QString& more, const QString& file,
+                               const QString& content) const {
   return element(QLatin1String("Read") + QLatin1String(format), isColumnar() ? "fileName" : "file",
-                 action, file, attributesOf(*this, more));
+                 action, file, attributesOf(*this, more), content);
 }
 
 QString TableKind::writeElement(const QString& action, const QString& more,
                                 const QString& file) const {
   const QLatin1String verb(isColumnar() ? "write" : "Write");
-  return element(verb + QLatin1String(format), "file", action, file, attributesOf(*this, more));
+  return element(verb + QLatin1String(format), "file", action, file, attributesOf(*this, more), {});
 }
 
 const TableKind* tableKindOf(const std::string& path) {

@@ -20,9 +20,9 @@ struct TableKind {
   // Its attributes say what separates the fields.
   bool hasSeparator() const;
   // An action of this name. Without `file` its file is the parameter of the same name. `more` are
-  // attributes, which come before those of the kind.
-  QString readElement(const QString& action, const QString& more = {},
-                      const QString& file = {}) const;
+  // attributes, which come before those of the kind, `content` elements inside.
+  QString readElement(const QString& action, const QString& more = {}, const QString& file = {},
+                      const QString& content = {}) const;
   QString writeElement(const QString& action, const QString& more = {},
                        const QString& file = {}) const;
 };

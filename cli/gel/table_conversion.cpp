@@ -8,45 +8,19 @@
 #include "cli/gel/messages.h"
 #include "columnar/files/table_files.h"
 #include "columnar/format/file_names.h"
-#include "host/xml/xml_node.h"
+#include "host/engine/linear_graph.h"
 
 namespace kelvarin {
 
-namespace {
-
-QString parameterElement(const GraphParameter& parameter) {
-  ToXMLStringTool escape;
-  const QString name = QString::fromWCharArray(escape.toXML(parameter.name));
-  const QString value = QString::fromWCharArray(escape.toXML(parameter.value));
-  return QStringLiteral("<Parameter name='") + name + QStringLiteral("' value='") + value +
-         QStringLiteral("'/>");
-}
-
-QString linkElement(const QString& from, const QString& to) {
-  return QStringLiteral("<Link from='%1' to='%2'/>").arg(from, to);
-}
-
-}  // namespace
-
 QByteArray documentOf(const ConversionGraph& graph) {
-  QString parameters;
-  for (const GraphParameter& parameter : graph.parameters) {
-    parameters += parameterElement(parameter);
-  }
-  QString actions = graph.source;
-  QString links;
-  QString last = QLatin1String(kSourceAction);
+  QString elements = graph.source;
+  QStringList names{QLatin1String(kSourceAction)};
   for (const ConversionStep& step : graph.steps) {
-    actions += step.element;
-    links += linkElement(last, step.action);
-    last = step.action;
+    elements += step.element;
+    names += step.action;
   }
-  actions += graph.sink;
-  links += linkElement(last, QLatin1String(kSinkAction));
-  return (QStringLiteral("<KelvarinGraph version='1.0'><Parameters>") + parameters +
-          QStringLiteral("</Parameters><Actions>") + actions + QStringLiteral("</Actions><Links>") +
-          links + QStringLiteral("</Links></KelvarinGraph>"))
-      .toUtf8();
+  names += QLatin1String(kSinkAction);
+  return linearGraph(elements + graph.sink, names, graph.parameters);
 }
 
 // The file names are given for this run alone, so that nothing in them is taken for a parameter.
@@ -67,8 +41,7 @@ ExitStatus runConversion(const TableConversion& conversion, ConversionGraph grap
 }
 
 QString sourceElement(const TableKind& kind, const CsvOptions& csv, const QString& file) {
-  const QString attributes = kind.isCsv() ? csv.attributes(kind) : QString();
-  return kind.readElement(QLatin1String(kSourceAction), attributes, file);
+  return csv.readElement(kind, QLatin1String(kSourceAction), file);
 }
 
 QString sinkElement(const TableKind& kind, const QString& file) {

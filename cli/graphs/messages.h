@@ -32,14 +32,12 @@ inline QString fileExists(const QString& file) {
 inline QString graphMade(const QString& file) {
   return QStringLiteral("'%1' is ready to run: kelvarin run '%1'").arg(file);
 }
-inline QString tableOfUnknownKind(const QString& file, const QString& known) {
+inline QString noCsvFile(const QString& file) {
   return QStringLiteral(
-             "The kind of the table '%1' is told by its extension, which is one of: %2, "
-             "cgel_kelvarin.")
-      .arg(file, known);
+             "The options of CSV files mean nothing for '%1', which is none by its name. Leave "
+             "them out.")
+      .arg(file);
 }
-
-// What an upgrade has changed.
 inline QString graphVersionAdded() {
   return QStringLiteral("the graph states the version of its layout, 1.0");
 }

@@ -5,14 +5,17 @@
 #include <QFileInfo>
 
 #include "cli/command_graph.h"
+#include "cli/csv_options.h"
+#include "cli/graphs/element_layout.h"
 #include "cli/graphs/graph_command.h"
+#include "cli/graphs/graph_declaration.h"
 #include "cli/graphs/graph_file.h"
 #include "cli/graphs/messages.h"
 #include "cli/program_services.h"
 #include "cli/table_kind.h"
 #include "expression/help/language_entries.h"
 #include "expression/tokens/expression_tokens.h"
-#include "host/engine/graph_reader.h"
+#include "host/engine/linear_graph.h"
 
 namespace kelvarin {
 
@@ -23,6 +26,7 @@ using Column = PinColumns::Column;
 struct Arguments {
   std::string file;
   std::string table;
+  CsvOptions csv;  // of the table
   std::string plugin;
   bool isForced = false;
 };
@@ -131,23 +135,17 @@ QString graphOf(const QString& source, const Formulas& formulas) {
 
 // The columns of a table, as a check finds them; nothing where it cannot be read, which is logged.
 std::optional<std::vector<Column>> columnsOfTable(const Arguments& arguments, const TableKind& kind,
+                                                  const ActionCatalogue& catalogue,
                                                   Console& console) {
-  const ProgramServices services(console);
-  const auto catalogue = loadCatalogueOf(arguments.plugin, console);
-  if (catalogue == nullptr) {
-    return std::nullopt;
-  }
-  const QByteArray document =
-      QStringLiteral(
-          "<KelvarinGraph version='1.0'><Parameters><Parameter name='table' value=''/>"
-          "</Parameters><Actions>%1<Discard name='end'/></Actions>"
-          "<Links><Link from='table' to='end'/></Links></KelvarinGraph>")
-          .arg(kind.readElement(QStringLiteral("table")))
-          .toUtf8();
-  auto graph = parseGraph(document, QDir::current().filePath(QStringLiteral("table")), *catalogue,
-                          {{QStringLiteral("table"), absolutePath(arguments.table)}});
+  const QString table = QStringLiteral("table");
+  const QString end = QStringLiteral("end");
+  CommandGraph document;
+  document.document = linearGraph(
+      arguments.csv.readElement(kind, table) + QStringLiteral("<Discard name='%1'/>").arg(end),
+      {table, end}, {{table, {}}});
+  document.values = {{table, absolutePath(arguments.table)}};
+  auto graph = parseCommandGraph(document, table, catalogue, console);
   if (!graph) {
-    console.writeLog(LogLevel::error, graph.error().front().message);
     return std::nullopt;
   }
   RunOptions options;
@@ -168,24 +166,23 @@ QString pathFromGraph(const Arguments& arguments) {
 }
 
 std::optional<QString> graphFromTable(const Arguments& arguments, Console& console) {
-  const TableKind* kind = tableKindOf(arguments.table);
-  if (kind == nullptr) {
+  const TableKind& kind = tableKindOfContent(arguments.table);
+  if (!kind.isCsv() && arguments.csv.areGiven()) {
     console.writeLog(LogLevel::error,
-                     graph_messages::tableOfUnknownKind(QString::fromStdString(arguments.table),
-                                                        knownTableExtensions()));
+                     graph_messages::noCsvFile(QString::fromStdString(arguments.table)));
     return std::nullopt;
   }
-  const auto columns = columnsOfTable(arguments, *kind, console);
+  const ProgramServices services(console);
+  const auto catalogue = loadCatalogueOf(arguments.plugin, console);
+  const auto columns =
+      catalogue == nullptr ? std::nullopt : columnsOfTable(arguments, kind, *catalogue, console);
   if (!columns) {
     return std::nullopt;
   }
-  const char* attribute = kind->isColumnar() ? "fileName" : "file";
   const QString source =
-      QStringLiteral("    <Read%1 name='table' %2='%3'%4/>\n")
-          .arg(QLatin1String(kind->format), QLatin1String(attribute),
-               escaped(pathFromGraph(arguments)),
-               *kind->attributes == 0 ? QString() : u' ' + QLatin1String(kind->attributes));
-  return graphOf(source, formulasFor(*columns));
+      arguments.csv.readElement(kind, QStringLiteral("table"), pathFromGraph(arguments));
+  return laidOut(graphOf(QStringLiteral("    %1\n").arg(source), formulasFor(*columns)),
+                 declaredGraph(*catalogue));
 }
 
 ExitStatus makeGraph(const Arguments& arguments) {
@@ -219,10 +216,15 @@ void addGraphNew(CLI::App& graph, ChosenCommand& chosen) {
   command->add_option("--from", arguments->table, "read this table instead of a small one inside")
       ->type_name("TABLE");
   command->add_flag("--force", arguments->isForced, "replace a file that exists");
+  arguments->csv.addTo(*command);
+  for (CLI::Option* option : command->get_options(
+           [](const CLI::Option* each) { return each->get_group() == kCsvOptionsGroup; })) {
+    option->needs("--from");
+  }
   addPluginOption(*command, arguments->plugin);
   command->footer(
       "Examples:\n  kelvarin graph new first.kelvarin\n"
-      "  kelvarin graph new late.kelvarin --from examples/flights/data/flights.csv");
+      "  kelvarin graph new late.kelvarin --from examples/flights/data/flights.csv --null NA");
   command->callback(
       [arguments, &chosen] { chosen = [arguments] { return makeGraph(*arguments); }; });
 }

@@ -4,20 +4,16 @@
 
 #include "cli/gel/messages.h"
 #include "cli/look/messages.h"
+#include "host/engine/linear_graph.h"
 
 namespace kelvarin {
 
 namespace {
 
-constexpr char16_t kSource[] = u"table";
-
-QByteArray documentOf(const QString& source) {
-  return QStringLiteral(
-             "<KelvarinGraph version='1.0'><Parameters><Parameter name='table' value=''/>"
-             "</Parameters><Actions>%1<TakenRows name='rows'/></Actions>"
-             "<Links><Link from='table' to='rows'/></Links></KelvarinGraph>")
-      .arg(source)
-      .toUtf8();
+QByteArray documentOf(const QString& source, const QString& table) {
+  const QString rows = QStringLiteral("rows");
+  return linearGraph(table + QStringLiteral("<TakenRows name='%1'/>").arg(rows), {source, rows},
+                     {{source, {}}});
 }
 
 ExitStatus workOnTable(const LookedTable& table, RowTaker& taker, Console& console, GraphWork work,
@@ -27,8 +23,8 @@ ExitStatus workOnTable(const LookedTable& table, RowTaker& taker, Console& conso
   if (kind == nullptr) {
     return ExitStatus::wrongUsage;
   }
-  const QString source = QString::fromUtf16(kSource);
-  CommandGraph graph{.document = documentOf(table.readElement(*kind, source)),
+  const QString source = QStringLiteral("table");
+  CommandGraph graph{.document = documentOf(source, table.readElement(*kind, source)),
                      .values = {{source, absolutePath(table.file)}},
                      .ownAction = std::make_unique<TakenRows>(XMLNode::emptyNode(), nullptr, taker),
                      .work = work,
@@ -64,7 +60,7 @@ const TableKind* LookedTable::kind(Console& console) const {
 }
 
 QString LookedTable::readElement(const TableKind& kind, const QString& action) const {
-  return kind.readElement(action, kind.isCsv() ? csv.attributes(kind) : QString());
+  return csv.readElement(kind, action);
 }
 
 ExitStatus checkTable(const LookedTable& table, Console& console,
