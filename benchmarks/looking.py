@@ -19,7 +19,7 @@ COUNT = {
 
 
 def run(options):
-    rows, rounds = (500_000, 3) if options.quick else (5_000_000, 5)
+    rows, rounds = (500_000, 2) if options.quick else (2_000_000, 3)
     program = os.path.abspath(os.path.join(options.build, "bin", "kelvarin"))
     found = []
     with tempfile.TemporaryDirectory(dir=options.folder) as folder:

@@ -1,10 +1,13 @@
 #include "cli/command_graph.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include <QDir>
 
 #include "cli/program_services.h"
+#include "host/engine/linear_graph.h"
 
 namespace kelvarin {
 
@@ -20,10 +23,18 @@ QString literalText(QString text) {
   return text.replace(kStart, kStart + kDollar + QStringLiteral("}{"));
 }
 
-QString parameterOfLiterals(const QString& document) {
-  return document.contains(kStart + kDollar)
-             ? QStringLiteral("<Parameter name='%1' value='$'/>").arg(kDollar)
-             : QString();
+std::vector<GraphParameter> parametersOfLiterals(const QString& elements) {
+  std::vector<GraphParameter> parameters;
+  if (elements.contains(kStart + kDollar)) {
+    parameters.push_back({kDollar, QStringLiteral("$")});
+  }
+  return parameters;
+}
+
+QByteArray commandDocument(const QString& elements, const QStringList& names,
+                           std::vector<GraphParameter> parameters) {
+  std::ranges::move(parametersOfLiterals(elements), std::back_inserter(parameters));
+  return linearGraph(elements, names, parameters);
 }
 
 QString absolutePath(const std::string& path) {

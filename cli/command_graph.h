@@ -12,6 +12,7 @@
 #include <vector>
 
 #include <QByteArray>
+#include <QStringList>
 
 #include "cli/graph_run.h"
 #include "host/engine/graph_reader.h"
@@ -34,8 +35,12 @@ inline constexpr char kStandardStream[] = "-";
 
 // What stands for `text` in an attribute of such a document: itself, `${...}` included.
 QString literalText(QString text);
-// The parameter that such texts need, as an element; empty where `document` has none of them.
-QString parameterOfLiterals(const QString& document);
+// The parameter that such texts need; none where `elements` have none of them.
+std::vector<GraphParameter> parametersOfLiterals(const QString& elements);
+
+// Of actions in a line, as `linearGraph` has it, which may have such texts.
+QByteArray commandDocument(const QString& elements, const QStringList& names,
+                           std::vector<GraphParameter> parameters);
 
 // Below the working folder; a standard stream as it is.
 QString absolutePath(const std::string& path);

@@ -1,11 +1,14 @@
 #include "cli/csv_options.h"
 
 #include <algorithm>
+#include <optional>
 #include <sstream>
 
 #include <QStringList>
 
+#include "cli/column_type_name.h"
 #include "cli/command_graph.h"
+#include "cli/messages.h"
 #include "host/contract/attribute_table.h"
 #include "host/tables/settings/text_list.h"
 
@@ -22,6 +25,26 @@ QString barListOf(const std::vector<std::string>& texts) {
     list += QString::fromStdString(text);
   }
   return listOfTexts(list, u'|');
+}
+
+struct ColumnType {
+  QString name;
+  MetaTypeColumn type;
+};
+
+// The name may have an equals sign, too.
+std::optional<ColumnType> columnTypeOf(const std::string& given) {
+  const QString text = QString::fromStdString(given);
+  const qsizetype sign = text.lastIndexOf(u'=');
+  const auto type = columnTypeNamed(QStringView(text).sliced(sign + 1));
+  return sign > 0 && type ? std::optional(ColumnType{text.first(sign), *type}) : std::nullopt;
+}
+
+// Checks of the library return what is wrong, or nothing.
+std::string whyNoColumnType(const std::string& given) {
+  return columnTypeOf(given)
+             ? std::string()
+             : program_messages::noColumnType(QString::fromStdString(given)).toStdString();
 }
 
 }  // namespace
@@ -49,6 +72,11 @@ void CsvOptions::addTo(CLI::App& command) {
       ->check(CLI::IsMember({"error", "null"}));
   add("--long-rows", longRows, "too many fields: error, or ignore", "WHAT")
       ->check(CLI::IsMember({"error", "ignore"}));
+  add("--bad-values", badValues, "that do not fit their column's type: error, or null", "WHAT")
+      ->check(CLI::IsMember({"error", "null"}));
+  add("--type", types, "of a column: number, key or text; may be repeated", "NAME=TYPE")
+      ->allow_extra_args(false)
+      ->check(CLI::Validator(whyNoColumnType, ""));
   add("--file-column", fileColumn, "a column with the names of the files", "NAME");
 }
 
@@ -81,7 +109,20 @@ QString CsvOptions::attributes(const TableKind& kind) const {
   writeText(u"comment", comment);
   writeText(u"short", shortRows);
   writeText(u"long", longRows);
+  write(u"onBadValue", QStringLiteral("null"), badValues == "null");
   writeText(u"fileColumn", fileColumn);
+  return QString::fromStdWString(out.str());
+}
+
+QString CsvOptions::columns() const {
+  std::wostringstream out;
+  for (const std::string& given : types) {
+    const auto column = columnTypeOf(given);
+    out << L"<Column";
+    writeAttribute(out, u"name", literalText(column->name));
+    writeAttribute(out, u"meta", textOfValue(column->type));
+    out << L"/>";
+  }
   return QString::fromStdWString(out.str());
 }
 

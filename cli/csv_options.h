@@ -30,12 +30,16 @@ struct CsvOptions {
   std::string shortRows;
   std::string longRows;
   std::string fileColumn;
+  std::string badValues;
+  std::vector<std::string> types;  // NAME=TYPE
 
   void addTo(CLI::App& command);
   // One of them is given, so that the file has to be a CSV file.
   bool areGiven() const;
   // Of ReadCSV, for a file of this kind.
   QString attributes(const TableKind& kind) const;
+  // The elements inside, which declare types.
+  QString columns() const;
 
  private:
   std::vector<CLI::Option*> m_options;

@@ -124,6 +124,32 @@ inline QString unknownCommand(const QString& given) {
   return QStringLiteral("There is no command '%1'.").arg(given);
 }
 
+// Of a command that other programs have; `use` is what to type here.
+inline QString commandElsewhere(const QString& use) {
+  return QStringLiteral(" Here it is: %1").arg(use);
+}
+
+inline QString noWholeNumber(const QString& given, const QString& least) {
+  return QStringLiteral("'%1' is no whole number of %2 or more").arg(given, least);
+}
+
+inline QString noWholeNumberBetween(const QString& given, const QString& least,
+                                    const QString& most) {
+  return QStringLiteral("'%1' is no whole number from %2 to %3").arg(given, least, most);
+}
+
+inline QString noColumnType(const QString& given) {
+  return QStringLiteral(
+             "'%1' does not say the type of a column. Write the name, = and number, key or text, "
+             "such as zip=text.")
+      .arg(given);
+}
+
+inline QString optionBeforeCommand(const QString& option, const QString& command) {
+  return QStringLiteral("'%1' is an option of '%2' and stands behind it: %2 %1")
+      .arg(option, command);
+}
+
 inline QString unknownOption(const QString& given) {
   return QStringLiteral("There is no option '%1'.").arg(given);
 }
@@ -206,7 +232,7 @@ inline QString moreColumns(qsizetype count) {
 inline QString noCsvFile(const QString& file) {
   return QStringLiteral(
              "The options of CSV files mean nothing for '%1', which is none by its name. Leave "
-             "them out, or say --from csv.")
+             "them out, or, where it is one, give it a name with .csv at its end.")
       .arg(file);
 }
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "cli/attributes_as_options.h"
 #include "cli/messages.h"
 #include "cli/option_words.h"
 #include "cli/printable_text.h"
@@ -19,10 +20,11 @@ void ProgramServices::logDetailed(LogLevel level, const QString& said, const Act
                                   const LogDetails& details) {
   const QString text = m_graphFile.isEmpty() ? inWordsOfOptions(said) : said;
   const LogOrigin origin = action == nullptr ? LogOrigin() : originOf(*action, details);
+  const QString shown = m_graphFile.isEmpty() ? attributesAsOptions(text) : text;
   if (details.explains) {
-    m_console.writeReason(level, text, origin);
+    m_console.writeReason(level, shown, origin);
   } else {
-    m_console.writeLog(level, text, origin);
+    m_console.writeLog(level, shown, origin);
   }
   if (action != nullptr && level != LogLevel::information && !origin.position.isEmpty()) {
     writePosition(text, *action, details, origin.position);

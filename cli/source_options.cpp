@@ -56,15 +56,15 @@ QString SourceOptions::element(const TableKind& kind, const QString& action,
   if (!unreadable.empty()) {
     attributes += attribute(u"unreadable", QString::fromStdString(unreadable));
   }
-  if (names.isEmpty()) {
-    return kind.readElement(action, attributes, file);
-  }
   if (kind.isColumnar()) {
-    return kind.readElement(action, QStringLiteral("readAllColumns='0'"), file,
-                            columnsToRead(names));
+    return names.isEmpty() ? kind.readElement(action, {}, file)
+                           : kind.readElement(action, QStringLiteral("readAllColumns='0'"), file,
+                                              columnsToRead(names));
   }
-  attributes += attribute(u"columns", listOfTexts(names, u'|'));
-  return kind.readElement(action, attributes, file);
+  if (!names.isEmpty()) {
+    attributes += attribute(u"columns", listOfTexts(names, u'|'));
+  }
+  return kind.readElement(action, attributes, file, kind.isCsv() ? csv.columns() : QString());
 }
 
 }  // namespace kelvarin

@@ -27,16 +27,17 @@ constexpr char kSeparator[] = "separator=";
 // An attribute may stand there once.
 QString attributesOf(const TableKind& kind, const QString& more) {
   const bool isSeparatorGiven = kind.hasSeparator() && more.contains(QLatin1String(kSeparator));
-  return isSeparatorGiven ? more : QLatin1String(kind.attributes) + u' ' + more;
+  const QString attributes = isSeparatorGiven ? QString() : QLatin1String(kind.attributes);
+  return QString(attributes + u' ' + more.trimmed()).trimmed();
 }
 
 QString element(const QString& type, const char* fileAttribute, const QString& action,
-                const QString& file, const QString& attributes, const QString& children = {}) {
+                const QString& file, const QString& attributes, const QString& children) {
   ToXMLStringTool escape;
   const QString path = file.isEmpty() ? QStringLiteral("${%1}").arg(action)
                                       : QString::fromWCharArray(escape.toXML(file));
   return QStringLiteral("<%1 name='%2' %3='").arg(type, action, QLatin1String(fileAttribute)) +
-         path + QStringLiteral("' ") + attributes +
+         path + (attributes.isEmpty() ? QStringLiteral("'") : QStringLiteral("' ")) + attributes +
          (children.isEmpty() ? QStringLiteral("/>")
                              : u'>' + children + QStringLiteral("</") + type + u'>');
 }

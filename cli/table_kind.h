@@ -22,7 +22,7 @@ struct TableKind {
   // Its attributes say what separates the fields.
   bool hasSeparator() const;
   // An action of this name. Without `file` its file is the parameter of the same name. `more` are
-  // attributes, which come before those of the kind.
+  // attributes, which come before those of the kind, `children` elements inside.
   QString readElement(const QString& action, const QString& more = {}, const QString& file = {},
                       const QString& children = {}) const;
   QString writeElement(const QString& action, const QString& more = {}, const QString& file = {},

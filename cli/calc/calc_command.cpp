@@ -54,6 +54,9 @@ void addCalcCommand(CLI::App& program, ChosenCommand& chosen) {
   command->add_option("--set", arguments->settings, "a value that expressions know by its name")
       ->allow_extra_args(false)
       ->type_name("NAME=VALUE");
+  command->add_option("--date", arguments->dates, "a column of texts that are dates, see --opt")
+      ->allow_extra_args(false)
+      ->type_name("COLUMN");
   addExpressionOptions(*command, arguments->options);
   CLI::Option* save =
       command->add_option("--save", arguments->graph, "keep what is done as a graph file")

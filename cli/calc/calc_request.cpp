@@ -136,6 +136,9 @@ Result<CalcRequest, QString> requestOf(const CalcArguments& arguments) {
   for (const std::string& filter : arguments.filters) {
     request.filters += QString::fromStdString(filter);
   }
+  for (const std::string& date : arguments.dates) {
+    request.dates += QString::fromStdString(date);
+  }
   for (const auto take : {takePositionals, takeKinds, takeSinkOptions, takeGraph, takeSettings}) {
     if (const auto taken = take(arguments, request); !taken) {
       return Failure{taken.error()};

@@ -26,6 +26,7 @@ struct CalcArguments {
   SourceOptions source;
   std::vector<std::string> filters;
   std::vector<std::string> settings;
+  std::vector<std::string> dates;
   std::vector<std::string> options;
   std::string splitColumn;
   std::vector<std::string> storedTypes;
@@ -42,6 +43,7 @@ struct CalcRequest {
   SinkOptions sink;
   std::vector<NamedExpression> outputs;
   QStringList filters;
+  QStringList dates;  // columns that enter expressions as elapsed times
   std::vector<GraphParameter> parameters;
   EvaluationOptions options;
   QString graph;

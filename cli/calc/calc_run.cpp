@@ -71,7 +71,8 @@ ExitStatus CalcRun::bind(const std::vector<PinColumns::Column>& columns) {
   for (const GraphParameter& parameter : m_request.parameters) {
     m_parameters.setValue(parameter.name, parameter.value);
   }
-  m_calculation.emplace(columns, m_request.options, m_parameters, m_request.expressions());
+  m_calculation.emplace(columns, m_request.options, m_parameters, m_request.expressions(),
+                        m_request.dates);
   m_log.setLabels(m_calculation->labels());
   for (const NamedExpression& output : m_request.outputs) {
     if (const auto added = m_calculation->addOutput(output); !added) {
@@ -86,6 +87,10 @@ ExitStatus CalcRun::bind(const std::vector<PinColumns::Column>& columns) {
       explainArguments(ExitStatus::failed);
       return ExitStatus::failed;
     }
+  }
+  if (const auto checked = m_calculation->checkDates(); !checked) {
+    m_console.writeLog(LogLevel::error, checked.error());
+    return ExitStatus::failed;
   }
   return ExitStatus::done;
 }

@@ -75,9 +75,10 @@ bool isCertain(const ExpressionCheck& check, const EvaluationOptions& options) {
 
 Calculation::Calculation(const std::vector<PinColumns::Column>& columns,
                          const EvaluationOptions& options, const GlobalParameters& parameters,
-                         const QStringList& expressions)
+                         const QStringList& expressions, const QStringList& dates)
     : m_options(options),
       m_parameters(parameters),
+      m_dates(dates),
       m_labels(takenNames(columns, parameters, expressions)) {
   for (const PinColumns::Column& column : columns) {
     m_names += column.name;
@@ -136,6 +137,19 @@ Status<ExpressionFault> Calculation::addFilter(const QString& condition) {
   return Done{};
 }
 
+Status<QString> Calculation::checkDates() const {
+  for (const QString& date : m_dates) {
+    const auto type = m_types.constFind(date);
+    if (type == m_types.constEnd()) {
+      return Failure{calc_messages::ofDate(date) + missingColumnHint(date, m_names)};
+    }
+    if (*type != MetaTypeColumn::text) {
+      return Failure{calc_messages::ofDate(date) + calc_messages::dateIsNumber()};
+    }
+  }
+  return Done{};
+}
+
 // Words and names of the language stay what they are; in backquotes they are columns.
 bool Calculation::isBound(const QString& name) const {
   const bool isWord = name == u"and" || name == u"or" || (m_options.addN && name == u"_n");
@@ -166,6 +180,7 @@ Result<Calculation::Inputs, ExpressionFault> Calculation::inputsOf(const QString
     input.columns = QStringList{column};
     input.label = name;
     input.isNumber = *type != MetaTypeColumn::text;
+    input.meta = !input.isNumber && m_dates.contains(column) ? MetaTypeColumn::date : input.meta;
     inputs.push_back(input);
     m_unused.remove(column);
   }
@@ -182,7 +197,7 @@ ExpressionCheck Calculation::checked(const Inputs& inputs, const OutputVariable&
 // A column alone keeps its type, keys included.
 MetaTypeColumn Calculation::typeOf(const QString& labelled, const ExpressionCheck& check) const {
   const QString whole = labelled.trimmed();
-  if (isBound(whole)) {
+  if (isBound(whole) && !m_dates.contains(m_labels.columnOf(whole))) {
     return m_types.value(m_labels.columnOf(whole));
   }
   const bool isText = check.value && check.value->type == ExpressionValue::Type::text;

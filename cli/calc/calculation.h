@@ -45,13 +45,16 @@ struct ExpressionFault {
 class Calculation {
  public:
   // The parameters are known by their names in every expression. All expressions are given as they
-  // were typed.
+  // were typed. `dates` are columns of texts, or outputs, that enter expressions as elapsed times.
   Calculation(const std::vector<PinColumns::Column>& columns, const EvaluationOptions& options,
-              const GlobalParameters& parameters, const QStringList& expressions);
+              const GlobalParameters& parameters, const QStringList& expressions,
+              const QStringList& dates);
 
   Status<ExpressionFault> addOutput(const NamedExpression& output);
   // A condition for the rows with all outputs that were added.
   Status<ExpressionFault> addFilter(const QString& condition);
+  // Whether the dates are texts, once all outputs are there; the error says what is wrong.
+  Status<QString> checkDates() const;
 
   const std::vector<CalculatorPlan>& calculators() const { return m_calculators; }
   const std::vector<FilterPlan>& filters() const { return m_filters; }
@@ -73,6 +76,7 @@ class Calculation {
 
   const EvaluationOptions m_options;
   const GlobalParameters& m_parameters;
+  const QStringList m_dates;
   QStringList m_names;                     // of the columns, in their order
   QHash<QString, MetaTypeColumn> m_types;  // of these
   QSet<QString> m_unused;                  // outputs that no expression has used so far

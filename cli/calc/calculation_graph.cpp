@@ -21,6 +21,9 @@ void writeInputs(std::wostringstream& out, const std::vector<InputVariable>& inp
     writeAttribute(out, u"column", input.columns.first());
     writeAttribute(out, u"label", input.label);
     writeAttribute(out, u"isNumber", textOfValue(input.isNumber));
+    if (input.meta == MetaTypeColumn::date) {
+      writeAttribute(out, u"meta", textOfValue(input.meta));
+    }
     out << L"/>";
   }
   out << L"</InputVars>";

@@ -47,6 +47,14 @@ inline QString ofFilter() {
   return QStringLiteral("Filter: ");
 }
 
+inline QString ofDate(const QString& name) {
+  return QStringLiteral("--date %1: ").arg(name);
+}
+
+inline QString dateIsNumber() {
+  return QStringLiteral("its values are numbers, and dates are texts. Leave --date out for it.");
+}
+
 // After the hint at an unknown name, which replaces `%1`.
 inline const char* quoteColumns() {
   return "If '%1' is part of a column's name that has blanks or signs, write the whole name in "

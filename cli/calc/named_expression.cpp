@@ -1,25 +1,12 @@
 #include "cli/calc/named_expression.h"
 
-#include <algorithm>
-
 #include "cli/calc/messages.h"
+#include "cli/column_type_name.h"
 #include "expression/tokens/expression_tokens.h"
 
 namespace kelvarin {
 
 namespace {
-
-struct TypeName {
-  MetaTypeColumn type;
-  QLatin1String code;
-  QLatin1String word;
-};
-
-constexpr TypeName kTypes[] = {
-    {MetaTypeColumn::number, QLatin1String("F"), QLatin1String("number")},
-    {MetaTypeColumn::key, QLatin1String("K"), QLatin1String("key")},
-    {MetaTypeColumn::text, QLatin1String("U"), QLatin1String("text")},
-};
 
 // The parts of an argument, as far as it has them.
 struct Parts {
@@ -94,13 +81,10 @@ Result<NamedExpression, QString> namedExpressionOf(const QString& argument) {
   const Parts parts = partsOf(argument);
   NamedExpression named{parts.name, std::nullopt, parts.expression.toString()};
   if (!parts.type.isNull()) {
-    const auto known = std::ranges::find_if(kTypes, [&parts](const TypeName& type) {
-      return parts.type == type.code || parts.type == type.word;
-    });
-    if (known == std::end(kTypes)) {
+    named.type = columnTypeNamed(parts.type);
+    if (!named.type) {
       return Failure{calc_messages::unknownType(parts.name, parts.type.toString())};
     }
-    named.type = known->type;
   }
   if (named.expression.trimmed().isEmpty()) {
     return Failure{calc_messages::withoutExpression(parts.name)};

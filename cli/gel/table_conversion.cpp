@@ -10,49 +10,26 @@
 #include "columnar/files/table_files.h"
 #include "columnar/format/file_names.h"
 #include "host/contract/attribute_table.h"
-#include "host/xml/xml_node.h"
 
 namespace kelvarin {
 
 namespace {
 
-QString parameterElement(const GraphParameter& parameter) {
-  ToXMLStringTool escape;
-  const QString name = QString::fromWCharArray(escape.toXML(parameter.name));
-  const QString value = QString::fromWCharArray(escape.toXML(parameter.value));
-  return QStringLiteral("<Parameter name='") + name + QStringLiteral("' value='") + value +
-         QStringLiteral("'/>");
-}
-
 QString columnarAttributes(std::uint32_t rowsInBlock) {
   return QStringLiteral("replaceAtEnd='1' nRowsInBlock='%1'").arg(rowsInBlock);
-}
-
-QString linkElement(const QString& from, const QString& to) {
-  return QStringLiteral("<Link from='%1' to='%2'/>").arg(from, to);
 }
 
 }  // namespace
 
 QByteArray documentOf(const ConversionGraph& graph) {
-  QString parameters = parameterOfLiterals(graph.source + graph.sink);
-  for (const GraphParameter& parameter : graph.parameters) {
-    parameters += parameterElement(parameter);
-  }
-  QString actions = graph.source;
-  QString links;
-  QString last = QLatin1String(kSourceAction);
+  QString elements = graph.source;
+  QStringList names{QLatin1String(kSourceAction)};
   for (const ConversionStep& step : graph.steps) {
-    actions += step.element;
-    links += linkElement(last, step.action);
-    last = step.action;
+    elements += step.element;
+    names += step.action;
   }
-  actions += graph.sink;
-  links += linkElement(last, QLatin1String(kSinkAction));
-  return (QStringLiteral("<KelvarinGraph version='1.0'><Parameters>") + parameters +
-          QStringLiteral("</Parameters><Actions>") + actions + QStringLiteral("</Actions><Links>") +
-          links + QStringLiteral("</Links></KelvarinGraph>"))
-      .toUtf8();
+  names += QLatin1String(kSinkAction);
+  return commandDocument(elements + graph.sink, names, graph.parameters);
 }
 
 // The file names are given for this run alone, so that nothing in them is taken for a parameter.
@@ -79,12 +56,12 @@ QString sinkElement(const TableKind& kind, const QString& file, const SinkOption
   }
   if (!options.splitColumn.isEmpty()) {
     writeAttribute(attributes, u"split", QStringLiteral("2"));
-    writeAttribute(attributes, u"splitVar", options.splitColumn);
+    writeAttribute(attributes, u"splitVar", literalText(options.splitColumn));
   }
   std::wostringstream columns;
   for (const auto& [name, type] : options.types) {
     columns << L"<Column";
-    writeAttribute(columns, u"name", name);
+    writeAttribute(columns, u"name", literalText(name));
     writeAttribute(columns, u"type", type);
     columns << L"/>";
   }

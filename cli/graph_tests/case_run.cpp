@@ -92,6 +92,12 @@ class CaseRun {
     for (const ParameterOverride& parameter : m_settings.parameters) {
       list += {QStringLiteral("--set"), parameter.name + u'=' + parameter.value};
     }
+    if (!m_settings.seed.isEmpty()) {
+      list += {QStringLiteral("--seed"), m_settings.seed};
+    }
+    if (!m_settings.now.isEmpty()) {
+      list += {QStringLiteral("--now"), m_settings.now};
+    }
     if (!m_options.plugin.empty()) {
       const QString plugin = QString::fromStdString(m_options.plugin);
       list += {QStringLiteral("--plugin"), QDir::current().absoluteFilePath(plugin)};

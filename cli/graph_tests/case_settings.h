@@ -21,6 +21,8 @@ struct ComparedFile {
 
 struct CaseSettings {
   std::vector<ParameterOverride> parameters;
+  QString seed;  // as `kelvarin run` has them; empty: not given
+  QString now;
   std::vector<ComparedFile> comparisons;
   QStringList messages;            // texts that the run's messages must have
   std::optional<QString> failure;  // the run must fail, with this text in its messages

@@ -28,6 +28,13 @@ inline QString unknownElement(const QString& name) {
              "message=''/>.")
       .arg(name);
 }
+inline QString unknownAttribute(const QString& attribute, const QString& element,
+                                const QString& known) {
+  return QStringLiteral("Unknown attribute '%1'. A <%2> has: %3.").arg(attribute, element, known);
+}
+inline QString notASeed(const QString& text) {
+  return QStringLiteral("The seed '%1' is no whole number of 0 to 4294967295.").arg(text);
+}
 inline QString notACase(const QString& name) {
   return QStringLiteral("<%1> is no <Case>.").arg(name);
 }

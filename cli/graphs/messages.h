@@ -32,12 +32,6 @@ inline QString fileExists(const QString& file) {
 inline QString graphMade(const QString& file) {
   return QStringLiteral("'%1' is ready to run: kelvarin run '%1'").arg(file);
 }
-inline QString tableOfUnknownKind(const QString& file, const QString& known) {
-  return QStringLiteral(
-             "The kind of the table '%1' is told by its extension, which is one of: %2, "
-             "cgel_kelvarin.")
-      .arg(file, known);
-}
 
 // What an upgrade has changed.
 inline QString graphVersionAdded() {

@@ -1,18 +1,21 @@
 // `kelvarin graph new`: a graph to start from, which runs as it is.
 #include <algorithm>
+#include <ranges>
 
 #include <QDir>
 #include <QFileInfo>
 
 #include "cli/command_graph.h"
+#include "cli/graphs/element_layout.h"
 #include "cli/graphs/graph_command.h"
+#include "cli/graphs/graph_declaration.h"
 #include "cli/graphs/graph_file.h"
 #include "cli/graphs/messages.h"
 #include "cli/program_services.h"
+#include "cli/source_options.h"
 #include "cli/table_kind.h"
 #include "expression/help/language_entries.h"
 #include "expression/tokens/expression_tokens.h"
-#include "host/engine/graph_reader.h"
 
 namespace kelvarin {
 
@@ -23,6 +26,7 @@ using Column = PinColumns::Column;
 struct Arguments {
   std::string file;
   std::string table;
+  SourceOptions source;  // of the table
   std::string plugin;
   bool isForced = false;
 };
@@ -64,7 +68,7 @@ constexpr char kRest[] =
 
 QString escaped(const QString& text) {
   ToXMLStringTool escape;
-  return QString::fromWCharArray(escape.toXML(text));
+  return QString::fromWCharArray(escape.toXML(literalText(text)));
 }
 
 QString inElement(const QString& text) {
@@ -120,34 +124,38 @@ Formulas formulasFor(const std::vector<Column>& columns) {
 }
 
 QString graphOf(const QString& source, const Formulas& formulas) {
-  return QStringLiteral("<KelvarinGraph version='1.0'>\n  <Actions>\n") + source +
-         QString::fromLatin1(kRest)
-             .replace(QStringLiteral("%2"), formulas.inputs)
-             .replace(QStringLiteral("%3"), formulas.name)
-             .replace(QStringLiteral("%4"), inElement(formulas.output))
-             .replace(QStringLiteral("%5"), inElement(formulas.condition))
-             .replace(QStringLiteral("%6"), formulas.filterInputs);
+  const QString actions = source + QString::fromLatin1(kRest)
+                                       .replace(QStringLiteral("%2"), formulas.inputs)
+                                       .replace(QStringLiteral("%3"), formulas.name)
+                                       .replace(QStringLiteral("%4"), inElement(formulas.output))
+                                       .replace(QStringLiteral("%5"), inElement(formulas.condition))
+                                       .replace(QStringLiteral("%6"), formulas.filterInputs);
+  QString parameters;
+  for (const GraphParameter& parameter : parametersOfLiterals(actions)) {
+    parameters += QStringLiteral("    <Parameter name='%1' value='%2'/>\n")
+                      .arg(parameter.name, parameter.value);
+  }
+  if (!parameters.isEmpty()) {
+    parameters = QStringLiteral("  <Parameters>\n") + parameters +
+                 QStringLiteral("  </Parameters>\n");
+  }
+  return QStringLiteral("<KelvarinGraph version='1.0'>\n") + parameters +
+         QStringLiteral("  <Actions>\n") + actions;
 }
 
 // The columns of a table, as a check finds them; nothing where it cannot be read, which is logged.
 std::optional<std::vector<Column>> columnsOfTable(const Arguments& arguments, const TableKind& kind,
+                                                  const ActionCatalogue& catalogue,
                                                   Console& console) {
-  const ProgramServices services(console);
-  const auto catalogue = loadCatalogueOf(arguments.plugin, console);
-  if (catalogue == nullptr) {
-    return std::nullopt;
-  }
-  const QByteArray document =
-      QStringLiteral(
-          "<KelvarinGraph version='1.0'><Parameters><Parameter name='table' value=''/>"
-          "</Parameters><Actions>%1<Discard name='end'/></Actions>"
-          "<Links><Link from='table' to='end'/></Links></KelvarinGraph>")
-          .arg(kind.readElement(QStringLiteral("table")))
-          .toUtf8();
-  auto graph = parseGraph(document, QDir::current().filePath(QStringLiteral("table")), *catalogue,
-                          {{QStringLiteral("table"), absolutePath(arguments.table)}});
+  const QString table = QStringLiteral("table");
+  const QString end = QStringLiteral("end");
+  CommandGraph document;
+  document.document = commandDocument(
+      arguments.source.element(kind, table) + QStringLiteral("<Discard name='%1'/>").arg(end),
+      {table, end}, {{table, {}}});
+  document.values = {{table, absolutePath(arguments.table)}};
+  auto graph = parseCommandGraph(document, table, catalogue, console);
   if (!graph) {
-    console.writeLog(LogLevel::error, graph.error().front().message);
     return std::nullopt;
   }
   RunOptions options;
@@ -168,24 +176,22 @@ QString pathFromGraph(const Arguments& arguments) {
 }
 
 std::optional<QString> graphFromTable(const Arguments& arguments, Console& console) {
-  const TableKind* kind = tableKindOf(arguments.table);
-  if (kind == nullptr) {
-    console.writeLog(LogLevel::error,
-                     graph_messages::tableOfUnknownKind(QString::fromStdString(arguments.table),
-                                                        knownTableExtensions()));
+  const TableKind& kind = tableKindOfContent(arguments.table);
+  if (const QString fault = arguments.source.fault(kind, arguments.table); !fault.isEmpty()) {
+    console.writeLog(LogLevel::error, fault);
     return std::nullopt;
   }
-  const auto columns = columnsOfTable(arguments, *kind, console);
+  const ProgramServices services(console);
+  const auto catalogue = loadCatalogueOf(arguments.plugin, console);
+  const auto columns =
+      catalogue == nullptr ? std::nullopt : columnsOfTable(arguments, kind, *catalogue, console);
   if (!columns) {
     return std::nullopt;
   }
-  const char* attribute = kind->isColumnar() ? "fileName" : "file";
   const QString source =
-      QStringLiteral("    <Read%1 name='table' %2='%3'%4/>\n")
-          .arg(QLatin1String(kind->format), QLatin1String(attribute),
-               escaped(pathFromGraph(arguments)),
-               *kind->attributes == 0 ? QString() : u' ' + QLatin1String(kind->attributes));
-  return graphOf(source, formulasFor(*columns));
+      arguments.source.element(kind, QStringLiteral("table"), literalText(pathFromGraph(arguments)));
+  return laidOut(graphOf(QStringLiteral("    %1\n").arg(source), formulasFor(*columns)),
+                 declaredGraph(*catalogue));
 }
 
 ExitStatus makeGraph(const Arguments& arguments) {
@@ -219,10 +225,15 @@ void addGraphNew(CLI::App& graph, ChosenCommand& chosen) {
   command->add_option("--from", arguments->table, "read this table instead of a small one inside")
       ->type_name("TABLE");
   command->add_flag("--force", arguments->isForced, "replace a file that exists");
+  const auto count = static_cast<std::ptrdiff_t>(command->get_options().size());
+  arguments->source.addTo(*command);
+  for (CLI::Option* option : command->get_options() | std::views::drop(count)) {
+    option->needs("--from");
+  }
   addPluginOption(*command, arguments->plugin);
   command->footer(
       "Examples:\n  kelvarin graph new first.kelvarin\n"
-      "  kelvarin graph new late.kelvarin --from examples/flights/data/flights.csv");
+      "  kelvarin graph new late.kelvarin --from examples/flights/data/flights.csv --null NA");
   command->callback(
       [arguments, &chosen] { chosen = [arguments] { return makeGraph(*arguments); }; });
 }

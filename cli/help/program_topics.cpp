@@ -137,7 +137,7 @@ constexpr char kTests[] =
       expected/stdout.csv         what it must have written to standard output
       case.xml                    settings, may be absent:
 
-  <Case>
+  <Case seed='7' now='2026-01-31T12:00:00Z'>        may be absent; as of 'kelvarin run'
     <Parameter name='least' value='60'/>            a parameter of the graph
     <Compare file='result.csv' tolerance='1e-9' anyOrder='1'/>
     <Says message='3 values'/>                      a text that a warning has

@@ -140,11 +140,13 @@ void ColumnStatistics::addText(std::string_view text, std::uint64_t times) {
 
 ColumnSummary ColumnStatistics::summary() {
   endBlock();
+  // An estimate may go beyond what there is.
+  const std::uint64_t values = m_rows - m_nulls - m_nans;
   ColumnSummary summary{.type = m_type,
                         .rows = m_rows,
                         .nulls = m_nulls,
                         .nans = m_nans,
-                        .distinct = m_values.distinctCount(),
+                        .distinct = std::min(m_values.distinctCount(), values),
                         .isDistinctExact = m_values.isExact(),
                         .numbers = {},
                         .texts = {},

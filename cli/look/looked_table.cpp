@@ -8,15 +8,10 @@ namespace kelvarin {
 
 namespace {
 
-constexpr char16_t kSource[] = u"table";
-
-QByteArray documentOf(const QString& source) {
-  return QStringLiteral(
-             "<KelvarinGraph version='1.0'><Parameters><Parameter name='table' value=''/>%1"
-             "</Parameters><Actions>%2<TakenRows name='rows'/></Actions>"
-             "<Links><Link from='table' to='rows'/></Links></KelvarinGraph>")
-      .arg(parameterOfLiterals(source), source)
-      .toUtf8();
+QByteArray documentOf(const QString& source, const QString& table) {
+  const QString rows = QStringLiteral("rows");
+  return commandDocument(table + QStringLiteral("<TakenRows name='%1'/>").arg(rows), {source, rows},
+                         {{source, {}}});
 }
 
 ExitStatus workOnTable(const LookedTable& table, RowTaker& taker, Console& console, GraphWork work,
@@ -26,8 +21,8 @@ ExitStatus workOnTable(const LookedTable& table, RowTaker& taker, Console& conso
   if (kind == nullptr) {
     return ExitStatus::wrongUsage;
   }
-  const QString source = QString::fromUtf16(kSource);
-  CommandGraph graph{.document = documentOf(table.readElement(*kind, source)),
+  const QString source = QStringLiteral("table");
+  CommandGraph graph{.document = documentOf(source, table.readElement(*kind, source)),
                      .values = {{source, absolutePath(table.file)}},
                      .ownAction = std::make_unique<TakenRows>(XMLNode::emptyNode(), nullptr, taker),
                      .work = work,

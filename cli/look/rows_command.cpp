@@ -1,4 +1,5 @@
 // `kelvarin head`, `tail` and `sample`: some rows of a table.
+#include <algorithm>
 #include <charconv>
 #include <deque>
 #include <limits>
@@ -165,10 +166,30 @@ std::optional<std::int64_t> shortCount(const std::string& word) {
                                                                   : std::nullopt;
 }
 
+// The word behind "--", whatever it looks like; empty where there is none. Nothing of it is left in
+// what is left over.
+std::string fileBehindMark(std::vector<std::string>& leftOver, std::string& file) {
+  const auto mark = std::ranges::find(leftOver, "--");
+  if (mark == leftOver.end()) {
+    return {};
+  }
+  std::vector<std::string> behind(mark + 1, leftOver.end());
+  leftOver.erase(mark, leftOver.end());
+  if (behind.empty()) {
+    return std::exchange(file, {});
+  }
+  if (behind.size() > 1) {
+    throw CLI::ExtrasError({behind[1]});
+  }
+  return behind.front();
+}
+
 // A number with a sign may have been taken for the file, which is among what is left over then.
 void takeShortCount(const CLI::App& command, RowsArguments& arguments) {
   std::vector<std::string> words = command.remaining();
-  words.insert(words.begin(), std::exchange(arguments.table.file, {}));
+  std::string file = fileBehindMark(words, arguments.table.file);
+  words.insert(words.begin(), std::exchange(arguments.table.file, std::move(file)));
+  std::erase(words, std::string());
   for (std::string& word : words) {
     if (const auto count = shortCount(word)) {
       arguments.count = *count;

@@ -43,7 +43,9 @@ void ValueCounts::begin(Entry& entry, std::uint64_t hash) {
     }
     const auto median = counts.begin() + static_cast<std::ptrdiff_t>(counts.size() / 2);
     std::nth_element(counts.begin(), median, counts.end());
-    rebuild(std::bit_ceil(kCandidates * 2), *median);
+    const auto staying = std::ranges::count_if(
+        counts, [taken = *median](std::uint64_t count) { return count > taken; });
+    rebuild(std::bit_ceil(std::max(kCandidates, static_cast<std::size_t>(staying)) * 2), *median);
   }
   if (m_size * 2 > m_slots.size()) {
     rebuild(m_slots.size() * 2, 0);

@@ -21,10 +21,6 @@ QDateTime instantOf(const std::string& text) {
 }
 
 // Checks of the library return what is wrong, or nothing.
-std::string whyNoInstant(const std::string& text) {
-  return instantOf(text).isValid() ? std::string() : report_messages::noInstant(text);
-}
-
 std::string whyNoRejects(const std::string& path) {
   const QString extension = QFileInfo(QString::fromStdString(path)).suffix().toLower();
   constexpr std::array kExtensions = {"csv", "parquet", "jsonl"};
@@ -47,6 +43,10 @@ void addFilesTo(CLI::App& command, ReportOptions& options) {
 }
 
 }  // namespace
+
+std::string whyNoInstant(const std::string& text) {
+  return instantOf(text).isValid() ? std::string() : report_messages::noInstant(text);
+}
 
 void ReportOptions::addTo(CLI::App& command) {
   const std::size_t optionsBefore = command.get_options().size();

@@ -44,4 +44,7 @@ struct ReportOptions {
   void applyTo(ExecutionOptions& run) const;
 };
 
+// Why --now does not take a text, or nothing.
+std::string whyNoInstant(const std::string& text);
+
 }  // namespace kelvarin

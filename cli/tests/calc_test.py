@@ -162,6 +162,22 @@ class CalcTest(ProgramTest):
         self.assertIn("--output", self.calc("orders.csv", "--split-by", "id", status=2).stderr)
         message = self.calc("orders.csv", "-o", "t.parquet", "--store", "price=int64", status=1).stderr
         self.assertIn("row 1, column 'price': '24.9' cannot be written with the type int64", message)
+    def test_dates(self):
+        self.write("due.csv", "the day,n\n05.01.2026,1\n,2\n01.02.2026,3\n")
+        dates = ["--date", "the day", "--opt", "dateFormat=dd.MM.yyyy", "--opt", "elapsedTimeUnit=3"]
+        line = ["calc", "weekday=etDayOfWeek(`the day`)", "days=`the day`-toET(\"01.01.2026\")", "copy=`the day`",
+                "--filter", "`the day`>0", "due.csv", *dates]
+        rows = "the day,n,weekday,days,copy\n05.01.2026,1,0,4,%s\n01.02.2026,3,6,31,%s\n"
+        found = self.kelvarin(*line).stdout
+        copies = [row.split(",")[-1] for row in found.split("\n")[1:3]]
+        self.assertEqual(found, rows % tuple(copies))
+        self.assertEqual(float(copies[1]) - float(copies[0]), 27)
+        self.kelvarin(*line, "--save", "due.kelvarin", "--no-run")
+        self.assertEqual(self.kelvarin("run", "due.kelvarin").stdout, found)
+        made = ["calc", "first=left(`the day`,10)", "x=first", "due.csv", "--date", "first", *dates[2:]]
+        self.assertIn(f"05.01.2026,1,05.01.2026,{copies[0]}\n", self.kelvarin(*made).stdout)
+        for column, fault in (("n", "--date n: its values are numbers"), ("the dya", "--date the dya: ")):
+            self.assertIn(fault, self.kelvarin("calc", "x=n", "due.csv", "--date", column, status=1).stderr)
 
     def test_mistakes(self):
         self.write("a=1.csv", "n\n1\n")

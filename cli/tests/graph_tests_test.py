@@ -50,7 +50,7 @@ class GraphTestsTest(ProgramTest):
         folder = f"g/orders.test/{name}/"
         os.makedirs(self.path(folder), exist_ok=True)
         if settings:
-            self.put(folder + "case.xml", f"<Case>{settings}</Case>")
+            self.put(folder + "case.xml", settings if settings.startswith("<Case") else f"<Case>{settings}</Case>")
         for file, text in files.items():
             self.put(folder + file.replace("__", "/").replace("_dot_", "."), text)
 
@@ -103,6 +103,21 @@ class GraphTestsTest(ProgramTest):
                      f"{self.path('g/data/orders.csv')}", "12 tests, 12 failed"):
             self.assertIn(part, text)
         self.assertNotIn("kelvarin_test_", text)
+
+    def test_a_run_with_seed_and_time_is_repeated(self):
+        self.put("g/orders.kelvarin", GRAPH.replace("price >= least", "rand(1) &lt; 0.5 &amp;&amp; _nowS == \"2026-01-31\"").replace(
+            "<FilterRows name='large'", "<FilterRows name='large' addNowS='1' dateFormat='yyyy-MM-dd'"))
+        kept = {}
+        for seed in range(8):
+            self.kelvarin("run", "g/orders.kelvarin", "--quiet", "--seed", str(seed), "--now", "2026-01-31T12:00:00Z")
+            kept[seed] = self.read("g/out/result.csv")
+            self.case(f"seed {seed}", f"<Case seed='{seed}' now='2026-01-31T12:00:00Z'/>", expected__out__result_dot_csv=kept[seed])
+        self.assertGreater(len(set(kept.values())), 2)
+        for name, case, fault in (("word", "seed='x'", "The seed 'x' is no whole number"), ("day", "now='2026-01-31'", "is no time"),
+                                  ("typed", "sead='1'", "Unknown attribute 'sead'. A <Case> has: seed, now.")):
+            self.case(name, f"<Case {case}/>")
+            self.assertIn(f"case.xml:1:1: {fault}" if name != "day" else fault, "\n".join(self.lines(status=1)))
+        self.assertIn("11 tests, 3 failed", self.lines(status=1))
 
     def test_reports_for_programs(self):
         self.case("good")

@@ -164,7 +164,15 @@ class GraphTextTest(ProgramTest):
             self.assertNotIn("warning", check.stderr)
             self.assertEqual(len(self.kelvarin("run", f"{i}.kelvarin").stdout.split("\n")), 3)
             self.kelvarin("graph", "fmt", "--check", f"{i}.kelvarin")
-        self.assertIn("csv", self.kelvarin("graph", "new", "x.kelvarin", "--from", "t.unknown", status=1).stderr)
+        self.write("gaps.tsv", "# of today\na\tthe price\n1\tNA\n2\t1.000,5\n" )
+        self.kelvarin("graph", "new", "gaps.kelvarin", "--from", "gaps.tsv", "--null", "NA", "--comment", "#", "--decimal", ",",
+                      "--thousands", ".", "--short-rows", "null", "--long-rows", "ignore", "--file-column", "the file with this row")
+        self.kelvarin("graph", "fmt", "--check", "gaps.kelvarin")
+        self.assertIn("\n2,1000.5,", self.kelvarin("run", "gaps.kelvarin").stdout)
+        self.kelvarin("calc", "t.csv", "-o", "t.parquet", "--quiet")
+        self.assertIn("no", self.kelvarin("graph", "new", "x.kelvarin", "--from", "t.parquet", "--null", "x", status=1).stderr)
+        self.assertIn("--from", self.kelvarin("graph", "new", "x.kelvarin", "--null", "x", status=2).stderr)
+        self.assertIn("t.unknown", self.kelvarin("graph", "new", "x.kelvarin", "--from", "t.unknown", status=1).stderr)
         self.kelvarin("graph", "new", "x.kelvarin", "--from", "absent.csv", status=1)
         self.assertFalse(os.path.exists(self.path("x.kelvarin")))
 

@@ -114,10 +114,24 @@ class HelpTest(ProgramTest):
         for words, near in ((["rnu"], "run"), (["dats"], "dates"), (["gel", "inof"], "info")):
             self.assertIn(f"Did you mean {near}", self.kelvarin("help", *words, status=2).stderr)
 
+    def test_a_line_that_asks_for_nothing_gets_help(self):
+        for words in ((), ("gel",), ("graph",)):
+            got = self.kelvarin(*words)
+            self.assertEqual((got.stdout, got.stderr), (self.kelvarin(*words, "--help").stdout, ""))
+        self.assertIn("no option '--quite'", self.kelvarin("gel", "--quite", status=2).stderr)
+
     def test_version_in_all_its_spellings(self):
         texts = {self.kelvarin(word).stdout for word in ("version", "--version", "-V")}
         self.assertEqual(len(texts), 1)
         self.assertIn("elvarin", texts.pop())
+
+    def test_words_and_numbers_of_other_programs_are_answered(self):
+        for words, answer in ((["convert", "a.csv"], "Here it is: kelvarin calc FILE -o"), (["describe"], "kelvarin stats FILE"),
+                              (["--quiet", "calc"], "stands behind it: calc --quiet"),
+                              (["head", "-n", "few", "x"], "'few' is no whole number of 0 or more"),
+                              (["run", "x", "--threads", "0"], "'0' is no whole number from 1 to 1024"),
+                              (["head", "x", "--type", "zip=txt"], "'zip=txt' does not say the type")):
+            self.assertIn(answer, self.kelvarin(*words, status=2).stderr)
 
     def test_mistyped_values_get_the_nearest(self):
         self.assertIn("Did you mean fast", self.kelvarin("eval", "1", "--backend", "fats", status=2).stderr)

@@ -77,6 +77,28 @@ class LookTest(ProgramTest):
         for name in ("t.csv", "t.cgel_kelvarin"):
             self.assertIn("--unreadable is about types of Parquet and Arrow files",
                           self.kelvarin("head", name, "--unreadable", "text", status=2).stderr)
+    def test_what_does_not_fit_is_read_as_options_say(self):
+        self.write("late.csv", "code,a=b\n" + "1,2\n" * 20000 + "x,3\n4\n")
+        short = ["--short-rows", "null"]
+        got = self.kelvarin("count", "late.csv", status=1).stderr
+        self.assertIn("(--type NAME=text), or say --bad-values null.", got)
+        self.assertIn("say --short-rows null.", self.kelvarin("count", "late.csv", "--bad-values", "null", status=1).stderr)
+        for options, last in ((["--bad-values", "null"], ",3\n4,\n"), (["--type", "code=text"], "x,3\n4,\n"),
+                              (["--type", "code=U", "--type", "a=b=text"], "x,3\n4,\n")):
+            self.assertEqual(self.kelvarin("tail", "-2", "late.csv", *short, *options).stdout, "code,a=b\n" + last)
+        self.assertIn("a=b,text", self.kelvarin("schema", "late.csv", *short, "--type", "a=b=text").stdout)
+        self.kelvarin("calc", "x=strlen(code)", "late.csv", "-o", "late.parquet", *short, "--type", "code=text")
+        self.assertEqual(self.kelvarin("count", "late.parquet").stdout, "20002\n")
+        self.write("zip.csv", "zip\n007\n")
+        self.assertIn("say --type 'zip=number'.", self.kelvarin("head", "zip.csv").stderr)
+        self.assertIn("<Column name='zip' meta='F'/>", self.kelvarin(
+            "run", self.write("g.kelvarin", graph("<ReadCSV name='r' file='zip.csv'/><Discard name='d'/>", ["r d"]))).stderr)
+
+    def test_files_that_look_like_options(self):
+        for name in ("-5", "-x"):
+            self.write(name, "a\n1\n")
+            for words in (["head", "--", name], ["head", "-2", f"./{name}"], ["tail", "-n", "3", "--", name]):
+                self.assertEqual(self.kelvarin(*words).stdout, "a\n1\n", words)
 
     def test_a_sample_depends_on_its_seed_alone(self):
         self.make()

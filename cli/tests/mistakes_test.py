@@ -147,7 +147,7 @@ COMMANDS = [
     (["gel", "info", "in.csv"], 1, "looks like a text file"), (["gel", "info", "in.cvs"], 1, "Did you mean 'in.csv'?"),
     (["gel", "inof", "x"], 2, "Did you mean info?"), (["gel", "import", "in.csv"], 2, "FILE is required"),
     (["gel", "import", "imn.csv", "x"], 1, "Did you mean 'in.csv'?"), (["gel", "export", "ni.csv", "x.csv"], 1, "Did you mean 'in.csv'?"),
-    (["gel", "head", "in.csv", "--rows", "many"], 2, "not in range"), (["eval", "1", "--opt", "sede=1"], 2, "There are: castToKey1"),
+    (["gel", "head", "in.csv", "--rows", "many"], 2, "no whole number"), (["eval", "1", "--opt", "sede=1"], 2, "There are: castToKey1"),
     (["eval", "1", "--backend", "fat"], 2, "auto,fastest,fast,string"), (["eval", "1", "--opt", "seed=x"], 2, "whole number"),
     (["eval", "1", "--var", "a=b"], 2, "not a number"), (["eval", "1", "--var", "a"], 2, "NAME=VALUE"),
     (["eval", "1", "--meta", "Q"], 2, "not in {F,K,U}"), (["actions", "--jsn"], 2, "Did you mean --json?"),

@@ -32,8 +32,8 @@ constexpr ForeignSign kSigns[] = {
      "A column's name stands alone, without [...]. One with blanks or signs needs a label: "
      "<InputVar column='net price' label='net_price'/>."},
     {R"([^\W\d]\w*\.[^\W\d])",
-     "Names have no points. A column with one needs a label: "
-     "<InputVar column='t.price' label='price'/>."},
+     "Names have no points. A column with one needs a label, "
+     "<InputVar column='t.price' label='price'/>, or in 'kelvarin calc' backquotes: `t.price`."},
     {R"(<>|≠)", "'Not equal' is written !=."},
     {R"(===|!==)", "'Equal' is written ==, and 'not equal' !=."},
     {R"(=>|≥)", "'Greater or equal' is written >=."},

@@ -3,6 +3,7 @@
 #include <QDir>
 
 #include "host/contract/attribute_table.h"
+#include "host/engine/linear_graph.h"
 
 namespace kelvarin {
 
@@ -64,27 +65,12 @@ QString GraphText::literal(const QString& text) {
 }
 
 Outcome<Graph> GraphText::parse(const ActionCatalogue& catalogue) const {
-  std::wostringstream document;
-  document << L"<KelvarinGraph version='1.0'>";
-  if (!m_parameters.empty()) {
-    document << L"<Parameters>";
-    for (const ParameterOverride& parameter : m_parameters) {
-      document << L"<Parameter value=''";
-      writeAttribute(document, u"name", parameter.name);
-      document << L"/>";
-    }
-    document << L"</Parameters>";
+  std::vector<GraphParameter> declared;
+  for (const ParameterOverride& parameter : m_parameters) {
+    declared.push_back({parameter.name, {}});
   }
-  document << L"<Actions>" << m_actions.str() << L"</Actions><Links>";
-  for (std::size_t i = 1; i < m_names.size(); ++i) {
-    document << L"<Link";
-    writeAttribute(document, u"from", m_names[i - 1]);
-    writeAttribute(document, u"to", m_names[i]);
-    document << L"/>";
-  }
-  document << L"</Links></KelvarinGraph>";
   auto graph =
-      parseGraph(QString::fromStdWString(document.str()).toUtf8(),
+      parseGraph(linearGraph(QString::fromStdWString(m_actions.str()), m_names, declared),
                  QDir::current().filePath(QStringLiteral("graph")), catalogue, m_parameters);
   if (!graph) {
     return Failure{errorOf(graph.error())};

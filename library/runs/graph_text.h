@@ -11,6 +11,7 @@
 #include <vector>
 
 #include <QString>
+#include <QStringList>
 
 #include "host/engine/graph_reader.h"
 #include "library/errors/error_details.h"
@@ -41,7 +42,7 @@ class GraphText {
 
   std::wostringstream m_actions;
   std::vector<const char16_t*> m_open;
-  std::vector<QString> m_names;  // of the actions
+  QStringList m_names;  // of the actions
   bool m_isStartTagOpen = false;
   std::vector<ParameterOverride> m_parameters;
 };

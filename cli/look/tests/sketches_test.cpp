@@ -97,6 +97,26 @@ TEST(ValueCounts, FindsWhatIsFrequentAmongManyRareOnes) {
   EXPECT_GE(frequent->count, kRare / 50 - kRare * 2 / 1000);
 }
 
+// Then nearly half of the values stay when the others go.
+TEST(ValueCounts, LeavesExactCountsOfValuesThatComeSeveralTimes) {
+  constexpr std::uint64_t kBound = 50'000;
+  ValueCounts values(kBound);
+  for (std::uint64_t i = 0; i <= kBound; ++i) {
+    for (std::uint64_t times = 0; times <= i % 7; ++times) {
+      values.addNumber(mixedBits(i + 1), i);
+    }
+  }
+  for (int times = 0; times < 100; ++times) {
+    values.addNumber(mixedBits(1), 0);
+  }
+  EXPECT_FALSE(values.isExact());
+  EXPECT_NEAR(static_cast<double>(values.distinctCount()), kBound, 0.03 * kBound);
+  const auto frequent = values.mostFrequent(false);
+  ASSERT_TRUE(frequent);
+  EXPECT_EQ(frequent->number, 0u);
+  EXPECT_GE(frequent->count, 94u);
+}
+
 TEST(Moments, KeepNumbersThatDifferLittle) {
   Moments moments;
   std::vector<double> block(1000);
