@@ -72,14 +72,15 @@ void appendRecords(const GelFile& file, Pieces& pieces) {
 }
 
 Pieces layoutOfMain(const GelFile& file) {
-  const std::uint64_t slots = kSlotSize * file.columns().size();
-  const std::uint64_t metadata = kHeaderSize + slots;
-  Pieces pieces{{.file = file.path(), .offset = 0, .size = kHeaderSize, .what = "header"},
-                {.file = file.path(), .offset = kHeaderSize, .size = slots, .what = "slot table"},
-                {.file = file.path(),
-                 .offset = metadata,
-                 .size = file.firstRecordOffset() - metadata,
-                 .what = "metadata"}};
+  const std::uint64_t slotBytes = kSlotSize * file.columns().size();
+  const std::uint64_t metadata = kHeaderSize + slotBytes;
+  Pieces pieces{
+      {.file = file.path(), .offset = 0, .size = kHeaderSize, .what = "header"},
+      {.file = file.path(), .offset = kHeaderSize, .size = slotBytes, .what = "slot table"},
+      {.file = file.path(),
+       .offset = metadata,
+       .size = file.firstRecordOffset() - metadata,
+       .what = "metadata"}};
   appendRecords(file, pieces);
   fillGaps(pieces, file.path(), file.source().size());
   return pieces;

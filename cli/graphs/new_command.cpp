@@ -136,8 +136,8 @@ QString graphOf(const QString& source, const Formulas& formulas) {
                       .arg(parameter.name, parameter.value);
   }
   if (!parameters.isEmpty()) {
-    parameters = QStringLiteral("  <Parameters>\n") + parameters +
-                 QStringLiteral("  </Parameters>\n");
+    parameters =
+        QStringLiteral("  <Parameters>\n") + parameters + QStringLiteral("  </Parameters>\n");
   }
   return QStringLiteral("<KelvarinGraph version='1.0'>\n") + parameters +
          QStringLiteral("  <Actions>\n") + actions;
@@ -188,8 +188,8 @@ std::optional<QString> graphFromTable(const Arguments& arguments, Console& conso
   if (!columns) {
     return std::nullopt;
   }
-  const QString source =
-      arguments.source.element(kind, QStringLiteral("table"), literalText(pathFromGraph(arguments)));
+  const QString source = arguments.source.element(kind, QStringLiteral("table"),
+                                                  literalText(pathFromGraph(arguments)));
   return laidOut(graphOf(QStringLiteral("    %1\n").arg(source), formulasFor(*columns)),
                  declaredGraph(*catalogue));
 }

@@ -53,10 +53,10 @@ void ValueCounts::begin(Entry& entry, std::uint64_t hash) {
 }
 
 // Each value loses as many as are taken; those that have no more go.
-void ValueCounts::rebuild(std::size_t slots, std::uint64_t taken) {
-  std::vector<Entry> before(slots);
+void ValueCounts::rebuild(std::size_t slotCount, std::uint64_t taken) {
+  std::vector<Entry> before(slotCount);
   before.swap(m_slots);
-  m_mask = slots - 1;
+  m_mask = slotCount - 1;
   m_size = 0;
   std::string texts;
   for (Entry entry : before) {

@@ -76,7 +76,7 @@ class ValueCounts {
   }
   // Counts its first value, and grows or drops for the next ones.
   void begin(Entry& entry, std::uint64_t hash);
-  void rebuild(std::size_t slots, std::uint64_t taken);
+  void rebuild(std::size_t slotCount, std::uint64_t taken);
   void beginEstimate();
   std::string_view textOf(const Entry& entry) const;
   std::uint64_t keep(std::string_view text);
