@@ -35,7 +35,7 @@ void addThreadsOption(CLI::App& command, int& threads) {
   constexpr int kMaxThreads = 1024;
   command
       .add_option("--threads", threads,
-                  "how many threads compute; the result is the same [as many as processors]")
+                  "threads that compute, with the same result [as many as processors]")
       ->check(CLI::Range(1, kMaxThreads))
       ->type_name("N");
 }
@@ -43,8 +43,7 @@ void addThreadsOption(CLI::App& command, int& threads) {
 }  // namespace
 
 void addPluginOption(CLI::App& command, std::string& plugin) {
-  command
-      .add_option("--plugin", plugin, "the plug-in's file, in place of the one beside the program")
+  command.add_option("--plugin", plugin, "the plug-in's file [beside the program]")
       ->type_name("FILE")
       ->envname("KELVARIN_PLUGIN");
 }

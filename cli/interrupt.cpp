@@ -119,7 +119,8 @@ void endOnInterrupt() {
   }
 }
 
-InterruptibleRun::InterruptibleRun(RunRecord& record) : m_ended(eventfd(0, EFD_CLOEXEC)) {
+InterruptibleRun::InterruptibleRun(RunRecord& record)
+    : m_record(record), m_ended(eventfd(0, EFD_CLOEXEC)) {
   if (m_ended >= 0) {
     const SignalsBlocked blocked;
     m_watcher = std::thread([this] { endLate(); });
@@ -137,11 +138,13 @@ InterruptibleRun::~InterruptibleRun() {
   }
 }
 
-// The watching thread: a run that was interrupted and has not ended a second later.
+// The watching thread: wakes what waits in a run that was interrupted, and ends the run where that
+// has not ended a second later.
 void InterruptibleRun::endLate() const {
   if (awaitEither(m_ended, interruptDescriptor, std::nullopt) == Woken::byFirst) {
     return;
   }
+  m_record.stop();
   if (awaitEither(m_ended, -1, kTimeToEnd) == Woken::byTime) {
     // Not through the console, whose lock the run may hold.
     [[maybe_unused]] const ssize_t written =

@@ -32,6 +32,7 @@ class InterruptibleRun {
  private:
   void endLate() const;
 
+  RunRecord& m_record;
   const int m_ended;  // a descriptor that can be read when the run has ended
   std::thread m_watcher;
 };

@@ -1,6 +1,7 @@
 // The filter at its first row: columns, variables, expression, and which routine takes the rows.
 #include "actions/filter_rows/filter_rows.h"
 #include "actions/filter_rows/sampling.h"
+#include "host/contract/row_columns.h"
 
 namespace kelvarin {
 
@@ -40,11 +41,7 @@ bool FilterRows::computeFirstRow(ActionItem* action) {
 
 void FilterRows::buildOutputRows(const OneRow& columns) {
   for (int pin = 0; pin < outputPinCount(); ++pin) {
-    OneRow* row = getOutputRowForOutputPin(pin);
-    row->setNumberOfColumns(columns.sz());
-    row->setColName(columns.getColNamesDeep());
-    row->setMetaData(columns.getMetaDataDeep());
-    row->setSortInfos(columns.getSortInfosDeep());
+    copyColumns(columns, *getOutputRowForOutputPin(pin));
     announceColumnsOfOutputPin(pin);
   }
 }

@@ -35,12 +35,14 @@ void addCalcCommand(CLI::App& program, ChosenCommand& chosen) {
   command->add_option("-o,--output", arguments->output, "the file to write [standard output]")
       ->type_name("FILE");
   const CLI::IsMember kinds({"csv", "tsv", "parquet", "arrow", "gel"});
-  command->add_option("--from", arguments->inputKind, "what is read [by its extension, else csv]")
+  command
+      ->add_option("--from", arguments->inputKind,
+                   "what is read: csv, tsv, parquet, arrow or gel [by its extension, else csv]")
       ->check(kinds)
-      ->type_name("KIND");
+      ->option_text("KIND");
   command->add_option("--to", arguments->outputKind, "what is written; gel is a columnar file")
       ->check(kinds)
-      ->type_name("KIND");
+      ->option_text("KIND");
   command->add_option("--split-by", arguments->splitColumn, "a file for each value of the column")
       ->type_name("COLUMN");
   command

@@ -187,11 +187,18 @@ Result<Calculation::Inputs, ExpressionFault> Calculation::inputsOf(const QString
   return inputs;
 }
 
+// Elapsed times count from when actions count them that have no setting of it, which warn.
 ExpressionCheck Calculation::checked(const Inputs& inputs, const OutputVariable& output,
-                                     ResultUse use) const {
+                                     ResultUse use) {
   ExpressionSet expressions;
   expressions.configure(m_options, inputs, &m_parameters, false);
-  return expressions.check(output, use);
+  ExpressionCheck check = expressions.check(output, use);
+  QString& start = m_options.time.referenceTime;
+  if (start.isEmpty() && check.error.kind == ExpressionError::Kind::referenceTimeUnparsable) {
+    start = QStringLiteral("19700101 00:00:00");
+    check = checked(inputs, output, use);
+  }
+  return check;
 }
 
 // A column alone keeps its type, keys included.

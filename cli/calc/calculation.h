@@ -68,13 +68,13 @@ class Calculation {
 
   Result<Inputs, ExpressionFault> inputsOf(const QString& labelled, ExpressionFault fault);
   bool isBound(const QString& name) const;
-  ExpressionCheck checked(const Inputs& inputs, const OutputVariable& output, ResultUse use) const;
+  ExpressionCheck checked(const Inputs& inputs, const OutputVariable& output, ResultUse use);
   // As the result of an expression says it.
   MetaTypeColumn typeOf(const QString& labelled, const ExpressionCheck& check) const;
   bool needsCalculator(const Inputs& inputs, const QString& output) const;
   void take(Inputs inputs, OutputVariable output);
 
-  const EvaluationOptions m_options;
+  EvaluationOptions m_options;
   const GlobalParameters& m_parameters;
   const QStringList m_dates;
   QStringList m_names;                     // of the columns, in their order

@@ -108,7 +108,7 @@ class FilesTest(ProgramTest):
         with open(self.path("in.csv"), encoding="utf-8") as file:
             result = subprocess.run([PROGRAM, "run", "g.kelvarin", "--to", "c"], cwd=self.folder, stdin=file,
                                     capture_output=True, text=True, timeout=60)
-        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        self.assertEqual(result.returncode, 0, result.stderr)
 
     def test_a_foreign_file_is_replaced_with_a_warning(self):
         self.make_input()

@@ -34,7 +34,7 @@ class ListingTest(ProgramTest):
         (read,) = self.kelvarin_json("actions", "ReadCSV")
         self.assertEqual([a["name"] for a in read["attributes"]],
                          ["file", "separator", "quote", "header", "nullText", "encoding", "nullTexts", "decimal",
-                          "thousands", "skipLines", "comment", "short", "long", "fileColumn", "sortedOn", "onBadValue"])
+                          "thousands", "skipLines", "comment", "short", "long", "fileColumn", "sortedOn", "columns", "onBadValue"])
         self.assertEqual(read["attributes"][3], {"name": "header", "type": "flag", "values": "0 or 1", "default": "1",
                                                  "meaning": "the first line has the column names"})
         column = read["children"][0]

@@ -123,7 +123,7 @@ class RunTest(ProgramTest):
         self.assertEqual(self.read("below/out.csv"), "a\n1\n")
 
     def test_wrong_usage_ends_with_two_and_a_hint(self):
-        for arguments in (["run"], ["fly", "x"], ["run", "g", "--speed", "1"], ["run", "g", "--set", "novalue"], []):
+        for arguments in (["run"], ["fly", "x"], ["run", "g", "--speed", "1"], ["run", "g", "--set", "novalue"]):
             result = self.kelvarin(*arguments, status=2)
             self.assertTrue(result.stderr.startswith("error: "), result.stderr)
             self.assertEqual(result.stdout, "")

@@ -1,5 +1,7 @@
 #include "host/engine/disabled_action.h"
 
+#include "host/contract/row_columns.h"
+
 namespace kelvarin {
 
 DisabledAction::DisabledAction(const ActionItem& action)
@@ -47,11 +49,7 @@ bool DisabledAction::passRow() {
 void DisabledAction::announceColumns(const OneRow& columns) {
   m_hasColumns = true;
   for (int pin = 0; pin < outputPinCount(); ++pin) {
-    OneRow* row = getOutputRowForOutputPin(pin);
-    row->setNumberOfColumns(columns.sz());
-    row->setColName(columns.getColNamesDeep());
-    row->setMetaData(columns.getMetaDataDeep());
-    row->setSortInfos(columns.getSortInfosDeep());
+    copyColumns(columns, *getOutputRowForOutputPin(pin));
     announceColumnsOfOutputPin(pin);
   }
 }

@@ -7187,7 +7187,7 @@ Soll bei der ersten nicht erfüllten Zeile abgeschnitten werden?</translation>
     </message>
     <message>
         <source>Ma&amp;ke the folder of the file</source>
-        <translation>Or&amp;dner der Datei anlegen</translation>
+        <translation>Ordner der Datei an&amp;legen</translation>
     </message>
     <message>
         <source>W&amp;rite:</source>

@@ -29,6 +29,7 @@ QString otherValue(const AttributeDescription& attribute) {
       {QStringLiteral("short"), QStringLiteral("null")},
       {QStringLiteral("long"), QStringLiteral("ignore")},
       {QStringLiteral("onBadValue"), QStringLiteral("null")},
+      {QStringLiteral("unreadable"), QStringLiteral("text")},
       {QStringLiteral("createDir"), QStringLiteral("1")},
       {QStringLiteral("split"), QStringLiteral("2")}};
   return values.value(attribute.name, QStringLiteral("${p} > 'x' & \"y\""));

@@ -1,5 +1,6 @@
 #include "host/tables/files/input_file.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/stat.h>
@@ -70,7 +71,7 @@ Result<InputFile::Piece, QString> InputFile::readNext(char* bytes, std::size_t s
     if (isEnough && !hasMoreSoon()) {
       return Piece{done, false};
     }
-    if (!m_isRegular && !isEnough && !waitForBytes()) {
+    if (!m_isRegular && !isEnough && !waitForBytes(kAnyTime)) {
       return Failure{table_messages::cannotRead(m_path, qt_error_string(ECANCELED))};
     }
     const ssize_t got = ::read(m_descriptor, bytes + done, size - done);
@@ -87,17 +88,21 @@ Result<InputFile::Piece, QString> InputFile::readNext(char* bytes, std::size_t s
 
 // A signal that ends a wait says nothing about the bytes: a read could block.
 bool InputFile::hasMoreSoon() const {
-  pollfd entry{m_descriptor, POLLIN, 0};
-  return ::poll(&entry, 1, m_patience) > 0;
+  return waitForBytes(m_patience);
 }
 
-bool InputFile::waitForBytes() const {
+// A negative number of milliseconds is as long as it takes. False: there are none, or the run is
+// being stopped.
+bool InputFile::waitForBytes(int milliseconds) const {
   constexpr int kMillisecondsBetweenLooks = 20;
   pollfd entry{m_descriptor, POLLIN, 0};
-  while (!m_isStopped()) {
-    if (::poll(&entry, 1, kMillisecondsBetweenLooks) > 0) {
+  for (int left = milliseconds; left != 0 && !m_isStopped();) {
+    const int wait =
+        left < 0 ? kMillisecondsBetweenLooks : std::min(left, kMillisecondsBetweenLooks);
+    if (::poll(&entry, 1, wait) > 0) {
       return true;
     }
+    left -= left < 0 ? 0 : wait;
   }
   return false;
 }

@@ -48,7 +48,9 @@ class InputFile {
   void setPatience(int milliseconds) { m_patience = milliseconds; }
 
  private:
-  bool waitForBytes() const;
+  static constexpr int kAnyTime = -1;
+
+  bool waitForBytes(int milliseconds) const;
   bool hasMoreSoon() const;
 
   QString m_path;

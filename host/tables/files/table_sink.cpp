@@ -8,6 +8,7 @@
 #include "host/contract/attribute_table.h"
 #include "host/contract/main_ui.h"
 #include "host/contract/missing_column.h"
+#include "host/contract/row_columns.h"
 #include "host/files/messages.h"
 #include "host/tables/files/messages.h"
 
@@ -249,7 +250,7 @@ Status<QString> TableSink::plan(const OneRow& columns) {
   if (Status<QString> status = checkAllColumns(columns); !status) {
     return status;
   }
-  m_columns.copyFrom(&columns);
+  copyColumns(columns, m_columns);
   m_encoder = makeEncoder(m_columns);
   if (!m_settings.isSplit()) {
     m_current = m_files.front().get();
@@ -261,7 +262,7 @@ Status<QString> TableSink::plan(const OneRow& columns) {
   m_encoder = std::make_unique<SplitEncoder>(
       std::move(m_encoder), static_cast<std::size_t>(m_splitColumn), m_isSortedOnSplit);
   if (!m_isSortedOnSplit) {
-    MainUI::addLog(LogLevel::warning,
+    MainUI::addLog(LogLevel::information,
                    table_messages::splitNotSorted(QLatin1String(typeName()), name));
   }
   return Done{};

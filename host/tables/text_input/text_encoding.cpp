@@ -50,32 +50,30 @@ std::optional<TextEncoding> encodingByZeros(std::string_view start) {
   return areOf(0) ? std::optional(TextEncoding::utf16Big) : std::nullopt;
 }
 
-// How many bytes the character at the start of `text` has; 0 where there is none.
+// How many bytes the character at the start of `text` has, more than there are where the text is
+// cut within it; 0 where there is none.
 std::size_t sizeOfUtf8(std::string_view text) {
   const auto first = static_cast<Byte>(text[0]);
   if (first < 0x80) {
     return 1;
   }
-  const std::size_t size = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-  if (first < 0xC2 || first > 0xF4 || text.size() < size) {
+  if (first < 0xC2 || first > 0xF4) {
     return 0;
   }
+  const std::size_t size = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
   const auto isNext = [](char c) { return (static_cast<Byte>(c) & 0xC0) == 0x80; };
-  return std::all_of(text.begin() + 1, text.begin() + static_cast<std::ptrdiff_t>(size), isNext)
-             ? size
-             : 0;
+  return std::ranges::all_of(text.substr(1, size - 1), isNext) ? size : 0;
 }
 
 bool isMostlyUtf8(std::string_view text, bool isWhole) {
   constexpr std::size_t kCharactersForWrongByte = 10;
-  constexpr std::size_t kLongestCharacter = 4;
   std::size_t characters = 0;
   std::size_t wrong = 0;
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t size = sizeOfUtf8(text.substr(at));
-    const bool isCut = !isWhole && text.size() - at < kLongestCharacter;
-    characters += size > 1 ? 1 : 0;
-    wrong += size == 0 && !isCut ? 1 : 0;
+    const bool isCut = size > text.size() - at;
+    characters += size > 1 && !isCut ? 1 : 0;
+    wrong += size == 0 || (isCut && isWhole) ? 1 : 0;
     at += std::max<std::size_t>(size, 1);
   }
   return wrong * kCharactersForWrongByte <= characters;

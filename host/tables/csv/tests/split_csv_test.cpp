@@ -36,7 +36,7 @@ TEST(SplitCsv, AFileForEachValueWhateverTheBatches) {
     sink.push(Rows{{"a", 1}, {"b/c", 2}, {nullptr, 3}, {"a", 4}, {".x", 5}, {"", 6}, {nullptr, 7}});
     sink.finish();
     ASSERT_EQ(sink.log().size(), 1u);
-    EXPECT_TRUE(contains(sink.log()[0], "warning: WriteCSV: the table is not sorted on 'v'"));
+    EXPECT_TRUE(contains(sink.log()[0], "info: WriteCSV: the table is not sorted on 'v'"));
     EXPECT_EQ(folder.listing(), "t.csv t_null.csv t_x.csv ta.csv tb_c.csv");
     EXPECT_EQ(folder.read("ta.csv"), "v,n\na,1\na,4\n");
     EXPECT_EQ(folder.read("tb_c.csv"), "v,n\nb/c,2\n");
