@@ -25,6 +25,9 @@ constexpr Wording kWordings[] = {
     {R"(declare it: <Column name='(.*)' meta='F'/>)", R"(say --type '\1=number')"},
     {R"(Declare the column as text, <Column name='(.*)' meta='U'/>, or with meta='F' )",
      R"(Say --type '\1=text', or --type '\1=number' )"},
+    {R"(set unreadable='(\w+)')", R"(say --unreadable \1)"},
+    {R"(<Column name='(.*)' type='(.*)'/>: )", R"(--store \1=\2: )"},
+    {R"(Declare another type, or set onBadValue='null')", R"(Give --store another type)"},
 };
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "cli/value_json.h"
 #include "expression/errors/backend_kind.h"
 #include "expression/functions/function_line.h"
+#include "expression/help/foreign_names.h"
 #include "expression/help/language_entries.h"
 #include "expression/help/language_search.h"
 #include "host/contract/nearest_names.h"
@@ -149,6 +150,11 @@ ExitStatus reportUnknown(const QString& name) {
       known += QString::fromStdString(spelling);
     }
   }
+  for (const ForeignName& foreign : foreignNames()) {
+    known += QString::fromUtf8(foreign.name.data(), static_cast<qsizetype>(foreign.name.size()))
+                 .toLower();
+  }
+  known.removeDuplicates();
   const QStringList near = nearestNames(name, known);
   text += u' ' + (near.isEmpty() ? program_messages::listHint()
                                  : program_messages::didYouMean(near.join(QLatin1String(" or "))));

@@ -43,7 +43,9 @@ void addCalcCommand(CLI::App& program, ChosenCommand& chosen) {
   command->add_option("--to", arguments->outputKind, "what is written; gel is a columnar file")
       ->check(kinds)
       ->option_text("KIND");
-  command->add_option("--split-by", arguments->splitColumn, "a file for each value of the column")
+  command
+      ->add_option("--split-by", arguments->splitColumn,
+                   "a file for each value of the column, in a folder that is made")
       ->type_name("COLUMN");
   command
       ->add_option("--store", arguments->storedTypes,

@@ -174,7 +174,8 @@ ExitStatus CalcRun::work() {
       m_console.writeLog(LogLevel::error, calc_messages::inputBroken(qt_error_string(error)));
       return ExitStatus::failed;
     }
-    reportRows(m_request.conversion, *m_request.outputKind, result, m_console);
+    reportRows(m_request.conversion, *m_request.outputKind, result, m_console,
+               m_request.sink.splitColumn);
     return ExitStatus::done;
   };
   const ExitStatus status =

@@ -53,6 +53,11 @@ inline QString written(const QString& rows, const QString& file) {
   return QStringLiteral("%1 written to '%2'.").arg(rows, file);
 }
 
+inline QString writtenByValue(const QString& rows, const QString& files, const QString& column) {
+  return QStringLiteral("%1 written to '%2', a file for each value of '%3'.")
+      .arg(rows, files, column);
+}
+
 inline QString noRows(const QString& input, const QString& output) {
   return QStringLiteral(
              "'%1' has no rows, so nothing was written. A file '%2' that was there before is "

@@ -10,6 +10,7 @@
 #include "columnar/files/table_files.h"
 #include "columnar/format/file_names.h"
 #include "host/contract/attribute_table.h"
+#include "host/files/split_values.h"
 
 namespace kelvarin {
 
@@ -56,6 +57,7 @@ QString sinkElement(const TableKind& kind, const QString& file, const SinkOption
   }
   if (!options.splitColumn.isEmpty()) {
     writeAttribute(attributes, u"split", QStringLiteral("2"));
+    writeAttribute(attributes, u"createDir", QStringLiteral("1"));
     writeAttribute(attributes, u"splitVar", literalText(options.splitColumn));
   }
   std::wostringstream columns;
@@ -97,7 +99,7 @@ std::uint64_t rowsWritten(const RunResult& result) {
 }
 
 void reportRows(const TableConversion& conversion, const TableKind& kind, const RunResult& result,
-                Console& console) {
+                Console& console, const QString& splitColumn) {
   if (conversion.isPiped()) {
     return;
   }
@@ -108,7 +110,13 @@ void reportRows(const TableConversion& conversion, const TableKind& kind, const 
                      gel_messages::noRows(QString::fromStdString(conversion.input), output));
     return;
   }
-  console.writeLog(LogLevel::information, gel_messages::written(counted(rows, "row"), output));
+  const QString written = counted(rows, "row");
+  console.writeLog(
+      LogLevel::information,
+      splitColumn.isEmpty()
+          ? gel_messages::written(written, output)
+          : gel_messages::writtenByValue(
+                written, insertedBeforeExtension(output, QStringLiteral("*")), splitColumn));
 }
 
 }  // namespace kelvarin

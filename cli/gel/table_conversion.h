@@ -54,7 +54,8 @@ ExitStatus runConversion(const TableConversion& conversion, ConversionGraph grap
 
 // How a table is written beyond its kind.
 struct SinkOptions {
-  QString splitColumn;  // each of its values gets a file; empty: one file
+  // Each of its values gets a file, in a folder that is made; empty: one file.
+  QString splitColumn;
   std::vector<std::pair<QString, QString>> types;  // of columns in the file, by their names
 };
 
@@ -73,8 +74,8 @@ bool wouldReplaceItself(const TableConversion& conversion, Console& console);
 
 // Of a run that has ended well.
 std::uint64_t rowsWritten(const RunResult& result);
-// Says so of a table that was written to a file.
+// Says so of a table that was written to a file, or to one for each value of a column.
 void reportRows(const TableConversion& conversion, const TableKind& kind, const RunResult& result,
-                Console& console);
+                Console& console, const QString& splitColumn = {});
 
 }  // namespace kelvarin

@@ -179,6 +179,10 @@ constexpr ForeignName kNames[] = {
     {"HOUR", {"datePrint"}, kHourOf},
     {"MINUTE", {"datePrint"}, kMinuteOf},
     {"SECOND", {"datePrint"}, kSecondOf},
+    {"ETYEAR", {"datePrint", "toDate"}, "atof(datePrint(toDate(ET), \"yyyy\"))"},
+    {"ETMONTH", {"datePrint", "toDate"}, "atof(datePrint(toDate(ET), \"M\"))"},
+    {"ETDAY", {"datePrint", "toDate"}, "atof(datePrint(toDate(ET), \"d\"))"},
+    {"ETHOUR", {"datePrint", "toDate"}, "atof(datePrint(toDate(ET), \"H\"))"},
     // The program
     {"UUID", {"_uniqueID"}},
     {"NEWID", {"_uniqueID"}},

@@ -116,7 +116,7 @@ Result<ArrowRules, QString> ArrowSource::rules() const {
   if (!given) {
     return Failure{given.error()};
   }
-  return ArrowRules{std::move(*columns), *given};
+  return ArrowRules{std::move(*columns), *given, true};
 }
 
 Result<std::unique_ptr<BatchReader>, QString> ArrowSource::makeReaderOf(const QString& path) const {

@@ -89,7 +89,9 @@ class ColumnChooser {
     const ArrowField& field = m_fields[index];
     const bool isReadable = !field.types.empty();
     if (!isReadable && m_rules.unreadable == UnreadableColumns::error) {
-      return faultOf(field.name, table_messages::unsupportedType(m_source, field.name, field.type));
+      return faultOf(field.name,
+                     table_messages::unsupportedType(m_source, field.name, field.type) +
+                         (m_rules.isOfAttribute ? table_messages::waysAroundType() : QString()));
     }
     if (!isReadable && m_rules.unreadable == UnreadableColumns::skip) {
       m_made.leftOut.append(field.name);

@@ -27,6 +27,7 @@ enum class UnreadableColumns { error, text, skip };
 struct ArrowRules {
   ColumnRules columns;
   UnreadableColumns unreadable = UnreadableColumns::error;
+  bool isOfAttribute = false;  // so that the error says what else the attribute can be
 };
 
 // Those that are read, in the order of the rows.

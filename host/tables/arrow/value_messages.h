@@ -14,6 +14,11 @@ inline QString unsupportedType(const QString& source, const QString& column, con
       .arg(source, column, type);
 }
 
+inline QString waysAroundType() {
+  return QStringLiteral(
+      " To have it as JSON, set unreadable='text'; to leave it out, set unreadable='skip'.");
+}
+
 inline QString columnsLeftOut(const QString& source, qsizetype count, const QString& columns) {
   return (count == 1
               ? QStringLiteral("%1: a column is left out, since its type is not read: %2.")
