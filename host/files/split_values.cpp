@@ -75,12 +75,12 @@ QString shownSplitValue(const OneRow& row, int column) {
   return isMissing != 0 ? messages::missingValue() : text;
 }
 
-const SplitFiles::Entry* SplitFiles::enter(const QString& key, Entry entry) {
+const SplitFiles::Entry* SplitFiles::enter(const QString& key, const Entry& entry) {
   const auto known = m_entries.constFind(key);
   if (known != m_entries.constEnd()) {
     return &*known;
   }
-  m_entries.insert(key, std::move(entry));
+  m_entries.insert(key, entry);
   return nullptr;
 }
 

@@ -46,7 +46,7 @@ class KELVARIN_CORE SplitFiles {
   };
 
   // `key` is equal for files that exclude each other. Null where it is new, else what has it.
-  const Entry* enter(const QString& key, Entry entry);
+  const Entry* enter(const QString& key, const Entry& entry);
   void clear() { m_entries.clear(); }
 
  private:

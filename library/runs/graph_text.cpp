@@ -66,6 +66,7 @@ QString GraphText::literal(const QString& text) {
 
 Outcome<Graph> GraphText::parse(const ActionCatalogue& catalogue) const {
   std::vector<GraphParameter> declared;
+  declared.reserve(m_parameters.size());
   for (const ParameterOverride& parameter : m_parameters) {
     declared.push_back({parameter.name, {}});
   }

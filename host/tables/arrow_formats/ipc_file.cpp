@@ -115,6 +115,7 @@ class IpcFile : public ArrowFile {
     std::vector<int> sorted = fields;
     std::ranges::sort(sorted);
     std::vector<int> indexes;
+    indexes.reserve(fields.size());
     for (const int field : fields) {
       indexes.push_back(static_cast<int>(std::ranges::lower_bound(sorted, field) - sorted.begin()));
     }
