@@ -29,7 +29,8 @@ class EncodingChoice {
   // All encodings have been compared, and `size` is that of the winner for so many bytes of texts.
   void setCompared(TextEncoding encoding, std::size_t size, std::size_t texts) {
     const bool isSame = m_trust > 0 && encoding == m_encoding;
-    const int maxTrust = encoding == TextEncoding::shaped ? kMaxTrustInShape : kMaxTrust;
+    const bool isSlow = encoding == TextEncoding::shaped || encoding == TextEncoding::symbols;
+    const int maxTrust = isSlow ? kMaxTrustOfSlow : kMaxTrust;
     m_trust = isSame ? std::min(4 * m_trust + 3, maxTrust) : kMinTrust;
     m_blocksLeft = m_trust;
     m_encoding = encoding;
@@ -46,7 +47,7 @@ class EncodingChoice {
  private:
   static constexpr int kMinTrust = 3;  // blocks
   static constexpr int kMaxTrust = 15;
-  static constexpr int kMaxTrustInShape = 63;
+  static constexpr int kMaxTrustOfSlow = 63;
 
   TextEncoding m_encoding = TextEncoding::plain;
   int m_trust = 0;
