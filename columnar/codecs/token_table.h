@@ -30,7 +30,7 @@ class TokenTable {
   void clear(std::size_t expected);
   // Other texts begin: there are none of any token.
   void beginTexts();
-  // Writes the indices of up to kBatch tokens, which are added when they are new; their counts grow.
+  // Writes the indices of up to kBatch tokens. New ones are added, and the counts grow.
   void count(std::span<const Symbol> batch, std::uint32_t* indices);
   std::span<Entry> entries() { return m_entries; }
 
