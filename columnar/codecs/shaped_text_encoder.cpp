@@ -136,7 +136,7 @@ void ShapedTextEncoder::appendColumns(const TextTemplate& shape, const Columns& 
       m_nested->appendNested(columns.texts[field].values(), TextLevel::field, histories[field],
                              out);
     } else if (piece.isField()) {
-      m_integers.append(columns.numbers[field], out);
+      m_integers.append(columns.numbers[field], histories[field].integers, out);
     }
     field += piece.isField();
   }

@@ -12,6 +12,7 @@
 #include <optional>
 #include <vector>
 
+#include "columnar/codecs/integer_history.h"
 #include "columnar/codecs/string_pool.h"
 #include "columnar/codecs/text_encoding.h"
 #include "columnar/codecs/text_template.h"
@@ -58,6 +59,7 @@ class EncodingChoice {
 struct TextHistory {
   EncodingChoice choice;
   StringPool pool;
+  IntegerHistory integers;  // of a field that is none of texts
   TrainedSymbols symbols;
   // Of shaped texts, from the last block where they were inferred.
   std::vector<TextTemplate> templates;
