@@ -17,8 +17,8 @@ constexpr std::size_t kBeginningSize = sizeof(Beginning);
 constexpr unsigned char kOnesAndZeros[2 * kBeginningSize] = {
     0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF};
 
-// The first 16 bytes of a text, padded with zeros, as a number: numbers compare as the texts do, but
-// for texts with the same one. `end` is that of the memory that may be read.
+// The first 16 bytes of a text, padded with zeros, as a number: numbers compare as the texts do,
+// unless they are the same. `end` is that of the memory that may be read.
 Beginning beginningOf(const unsigned char* bytes, std::size_t size, const unsigned char* end) {
   unsigned char copy[kBeginningSize] = {};
   if (static_cast<std::size_t>(end - bytes) < kBeginningSize) [[unlikely]] {
