@@ -51,9 +51,9 @@ void ShapedTextEncoder::addFields(Columns& columns) const {
   const auto rows = m_parsed.rows();
   for (std::size_t field = 0; field < columns.areTexts.size(); ++field) {
     if (columns.areTexts[field]) {
-      for (const std::uint16_t row : rows) {
-        columns.texts[field].addWord(m_parsed.text(m_batch, field, row), m_batch.endOfMemory);
-      }
+      columns.texts[field].addWords(
+          rows, [&](std::uint16_t row) { return m_parsed.text(m_batch, field, row); },
+          m_batch.endOfMemory);
       continue;
     }
     std::vector<std::uint64_t>& numbers = columns.numbers[field];

@@ -15,7 +15,7 @@ constexpr std::uint16_t kNullSymbol = 257;
 constexpr std::size_t kFirstToken = 258;
 constexpr std::size_t kMaxTokenSymbols = 3000;
 constexpr int kPartsOfTraining = 64;
-// Symbols are chosen anew where so many different tokens have come.
+// Where so many different tokens have come, those that are not trained are forgotten.
 constexpr std::size_t kMaxKept = 1 << 14;
 
 constexpr std::size_t kStretches = 16;
@@ -66,10 +66,11 @@ void SymbolCutter::cut(const TextValues& texts, TrainedSymbols& trained) {
   // At worst every byte and every end of a text is a symbol; between pieces are ends as well.
   m_sequence.resize(std::max(
       m_sequence.size(), 2 * texts.bytes.size() + texts.lengths.size() + TokenSpellings::kLongest));
-  const bool isTrained = trained.partsLeft > 0 && trained.tokens.entries().size() <= kMaxKept;
+  const bool isTrained = trained.partsLeft > 0;
   if (isTrained && trained.areBytesEnough) {
     --trained.partsLeft;
     std::erase_if(trained.order, [](std::uint16_t symbol) { return symbol >= kFirstToken; });
+    trained.tokens.release();
     return spellAll(texts);
   }
   m_pieces.clear();
@@ -158,6 +159,10 @@ void SymbolCutter::useTrained(TrainedSymbols& trained) {
   }
   for (std::size_t i = 0; i < trained.phrases.size(); ++i) {
     (void)m_phrases.add(trained.phrases[i], static_cast<std::uint16_t>(trained.firstPhrase + i));
+  }
+  if (trained.tokens.entries().size() > kMaxKept) {
+    trained.tokens.keepTrained();
+    trained.spellings.clear();
   }
   trained.tokens.beginTexts();
 }

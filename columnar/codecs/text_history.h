@@ -30,7 +30,7 @@ class EncodingChoice {
   // All encodings have been compared, and `size` is that of the winner for so many bytes of texts.
   void setCompared(TextEncoding encoding, std::size_t size, std::size_t texts) {
     const bool isSame = m_trust > 0 && encoding == m_encoding;
-    const bool isSlow = encoding == TextEncoding::shaped || encoding == TextEncoding::symbols;
+    const bool isSlow = encoding != TextEncoding::plain && encoding != TextEncoding::dictionary;
     const int maxTrust = isSlow ? kMaxTrustOfSlow : kMaxTrust;
     m_trust = isSame ? std::min(4 * m_trust + 3, maxTrust) : kMinTrust;
     m_blocksLeft = m_trust;

@@ -17,8 +17,23 @@ void TokenTable::clear(std::size_t expected) {
   const std::size_t slots =
       std::clamp(std::bit_ceil(kSlotsPerToken * expected), kMinSlots, kMaxFirstSlots);
   m_entries.clear();
+  fillSlots(slots);
+}
+
+void TokenTable::fillSlots(std::size_t slots) {
   m_slots.assign(slots, 0);
   m_mask = slots - 1;
+  for (std::uint32_t i = 0; i < m_entries.size(); ++i) {
+    slotOf(m_entries[i].token) = i + 1;
+  }
+}
+
+void TokenTable::keepTrained() {
+  std::erase_if(m_entries, [](const Entry& entry) { return entry.trainedSymbol == kNoSymbol; });
+  for (Entry& entry : m_entries) {
+    entry.spelling = {};
+  }
+  fillSlots(m_slots.size());
 }
 
 void TokenTable::beginTexts() {
@@ -57,11 +72,7 @@ std::uint32_t TokenTable::count(const Symbol& token) {
 
 std::uint32_t TokenTable::add(const Symbol& token) {
   if (kSlotsPerToken * m_entries.size() >= m_slots.size()) {
-    m_slots.assign(2 * m_slots.size(), 0);
-    m_mask = m_slots.size() - 1;
-    for (std::uint32_t i = 0; i < m_entries.size(); ++i) {
-      slotOf(m_entries[i].token) = i + 1;
-    }
+    fillSlots(2 * m_slots.size());
   }
   Entry& entry = m_entries.emplace_back();
   entry.token = token;

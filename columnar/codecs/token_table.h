@@ -28,6 +28,10 @@ class TokenTable {
 
   // Forgets all tokens; about so many different ones are expected.
   void clear(std::size_t expected);
+  // Forgets all tokens and frees their memory; clear() comes before others.
+  void release() { *this = TokenTable(); }
+  // Forgets the tokens that have no trained symbol, and all spellings.
+  void keepTrained();
   // Other texts begin: there are none of any token.
   void beginTexts();
   // Writes the indices of up to kBatch tokens. New ones are added, and the counts grow.
@@ -46,6 +50,7 @@ class TokenTable {
   }
   std::uint32_t count(const Symbol& token);
   std::uint32_t add(const Symbol& token);
+  void fillSlots(std::size_t slots);
 
   std::vector<Entry> m_entries;
   std::vector<std::uint32_t> m_slots;
