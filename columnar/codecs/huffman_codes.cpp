@@ -103,12 +103,14 @@ std::array<std::uint32_t, kMaxLength + 1> firstCodes(const LengthCounts& counts)
   return first;
 }
 
+// The lowest `length` bits, of up to 16, in the other order.
 std::uint32_t reversed(std::uint32_t code, int length) {
-  std::uint32_t result = 0;
-  for (int i = 0; i < length; ++i) {
-    result |= (code >> i & 1) << (length - 1 - i);
-  }
-  return result;
+  constexpr int kBits = 16;
+  code = (code & 0x5555) << 1 | (code >> 1 & 0x5555);
+  code = (code & 0x3333) << 2 | (code >> 2 & 0x3333);
+  code = (code & 0x0F0F) << 4 | (code >> 4 & 0x0F0F);
+  code = (code & 0x00FF) << 8 | (code >> 8 & 0x00FF);
+  return code >> (kBits - length);
 }
 
 // Calls use(symbol, length, code) for each symbol that has a code, by symbol.

@@ -197,17 +197,25 @@ void SymbolTextEncoder::orderUsed(const TrainedSymbols& trained) {
       m_order.push_back(symbol);
     }
   }
-  const auto middle = static_cast<std::ptrdiff_t>(m_order.size());
+  m_added.clear();
   for (std::size_t symbol = trained.order.size(); symbol < symbols.size(); ++symbol) {
     if (m_counts[symbol] > 0) {
-      m_order.push_back(static_cast<std::uint16_t>(symbol));
+      const auto [first, last] = symbols[symbol].order();
+      m_added.push_back({first, last, static_cast<std::uint16_t>(symbol)});
     }
   }
-  const auto isBefore = [&](std::uint16_t left, std::uint16_t right) {
-    return symbols[left].order() < symbols[right].order();
-  };
-  std::sort(m_order.begin() + middle, m_order.end(), isBefore);
-  std::inplace_merge(m_order.begin(), m_order.begin() + middle, m_order.end(), isBefore);
+  std::sort(m_added.begin(), m_added.end());
+  // From the last one on, each moves up by the number of those that come between.
+  std::size_t left = m_order.size();
+  m_order.resize(left + m_added.size());
+  std::size_t out = m_order.size();
+  for (std::size_t added = m_added.size(); added > 0; --added) {
+    const OrderedSymbol& next = m_added[added - 1];
+    while (left > 0 && std::pair(next.first, next.last) < symbols[m_order[left - 1]].order()) {
+      m_order[--out] = m_order[--left];
+    }
+    m_order[--out] = next.index;
+  }
 }
 
 // Numbers those that occur in their order; the same bytes have one number.
