@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numeric>
 
+#include <emmintrin.h>
+
 namespace kelvarin {
 
 namespace {
@@ -58,6 +60,21 @@ bool areRare(std::span<const TokenTable::Entry> tokens) {
     }
   }
   return rare * 2 > all && frequent * 16 < all;
+}
+
+// Writes bytes as numbers and returns the end of these, behind which others may be overwritten.
+std::uint16_t* widened(const unsigned char* bytes, const unsigned char* end,
+                       const unsigned char* endOfMemory, std::uint16_t* out) {
+  constexpr std::ptrdiff_t kGroup = sizeof(__m128i);
+  std::uint16_t* endOfOut = out + (end - bytes);
+  for (; bytes < end && endOfMemory - bytes >= kGroup; bytes += kGroup, out += kGroup) {
+    const __m128i group = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+    auto* to = reinterpret_cast<__m128i*>(out);
+    _mm_storeu_si128(to, _mm_unpacklo_epi8(group, _mm_setzero_si128()));
+    _mm_storeu_si128(to + 1, _mm_unpackhi_epi8(group, _mm_setzero_si128()));
+  }
+  std::copy(bytes, std::max(bytes, end), out);
+  return endOfOut;
 }
 
 }  // namespace
@@ -120,10 +137,12 @@ void SymbolCutter::spellAll(const TextValues& texts) {
   beginWithBytes();
   m_end = m_sequence.data();
   const unsigned char* bytes = texts.bytes.data();
+  const unsigned char* endOfMemory = bytes + texts.bytes.size();
   for (const std::uint32_t length : texts.lengths) {
-    m_end = std::copy_n(bytes, byteCountOf(length), m_end);
+    const unsigned char* end = bytes + byteCountOf(length);
+    m_end = widened(bytes, end, endOfMemory, m_end);
     *m_end++ = length == kNullLength ? kNullSymbol : kEndSymbol;
-    bytes += byteCountOf(length);
+    bytes = end;
   }
 }
 

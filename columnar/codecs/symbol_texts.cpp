@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <numeric>
 
 #include "columnar/codecs/text_encoding.h"
@@ -163,10 +164,7 @@ std::size_t SymbolTextEncoder::fit(const TextValues& texts, TrainedSymbols& trai
 bool SymbolTextEncoder::appendPart(const TextValues& texts, TrainedSymbols& trained) {
   m_cutter.cut(texts, trained);
   const std::size_t symbols = m_cutter.symbols().size();
-  m_counts.assign(symbols, 0);
-  for (const std::uint16_t symbol : m_cutter.sequence()) {
-    ++m_counts[symbol];
-  }
+  countSymbols();
   numberSymbols(trained);
   if (m_symbols.size() < 2) {
     return false;
@@ -178,14 +176,29 @@ bool SymbolTextEncoder::appendPart(const TextValues& texts, TrainedSymbols& trai
     }
   }
   const auto sequence = m_cutter.sequence();
-  m_sequence.resize(sequence.size());
-  std::transform(sequence.begin(), sequence.end(), m_sequence.begin(),
-                 [this](std::uint16_t symbol) { return m_numbers[symbol]; });
-  m_encoded.put(static_cast<std::uint32_t>(m_sequence.size()));
+  m_encoded.put(static_cast<std::uint32_t>(sequence.size()));
   m_table.append(m_symbols, m_encoded);
   m_codes.fit(m_numberCounts);
-  m_codes.append(m_sequence, m_encoded);
+  m_codes.append(sequence, m_numbers, m_encoded);
   return true;
+}
+
+// In two counts each, so that a symbol need not wait for the same one before it.
+void SymbolTextEncoder::countSymbols() {
+  const std::size_t symbols = m_cutter.symbols().size();
+  const auto sequence = m_cutter.sequence();
+  m_counts.assign(2 * symbols, 0);
+  std::uint32_t* counts = m_counts.data();
+  std::size_t i = 0;
+  for (; i + 1 < sequence.size(); i += 2) {
+    ++counts[sequence[i]];
+    ++counts[symbols + sequence[i + 1]];
+  }
+  if (i < sequence.size()) {
+    ++counts[sequence[i]];
+  }
+  std::transform(counts, counts + symbols, counts + symbols, counts, std::plus());
+  m_counts.resize(symbols);
 }
 
 // The trained symbols have their order; those behind them are few.

@@ -38,6 +38,7 @@ class SymbolTextEncoder {
   };
 
   [[nodiscard]] bool appendPart(const TextValues& texts, TrainedSymbols& trained);
+  void countSymbols();
   void orderUsed(const TrainedSymbols& trained);
   void numberSymbols(const TrainedSymbols& trained);
 
@@ -51,7 +52,6 @@ class SymbolTextEncoder {
   std::vector<std::uint32_t> m_numberCounts;
   std::vector<OrderedSymbol> m_added;  // those that are not trained
   std::vector<std::uint16_t> m_order;  // the cutter's indices of the symbols that occur
-  std::vector<std::uint16_t> m_sequence;
 };
 
 // Reads what append() has written, to the end of the reader's bytes. Their structure is checked
