@@ -24,7 +24,7 @@ void copyValues(const RowBatch& batch, const Value* from, std::size_t begin, std
 constexpr std::size_t kCopied = 64;
 constexpr std::size_t kCopiedOfShort = 16;
 // Texts mostly follow one another in a batch that comes from memory.
-constexpr std::size_t kPrefetched = 2048;
+constexpr std::size_t kPrefetched = 4096;
 
 void copyText(const unsigned char* from, std::size_t size, const unsigned char* end,
               unsigned char* to) {
