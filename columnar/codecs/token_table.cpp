@@ -8,7 +8,7 @@ namespace kelvarin {
 namespace {
 
 constexpr std::size_t kMinSlots = 1 << 8;
-constexpr std::size_t kSlotsPerToken = 4;
+constexpr std::size_t kSlotsPerToken = 8;
 constexpr std::size_t kMaxFirstSlots = 1 << 15;
 
 }  // namespace
