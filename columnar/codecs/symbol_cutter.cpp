@@ -62,6 +62,23 @@ bool areRare(std::span<const TokenTable::Entry> tokens) {
   return rare * 2 > all && frequent * 16 < all;
 }
 
+// Enough of the texts, from their middle, to see that nothing comes back.
+TextValues trialOf(const TextValues& texts) {
+  constexpr std::size_t kTrialSize = 1 << 15;
+  const std::size_t rows = texts.lengths.size();
+  std::size_t first = 0;
+  std::size_t firstByte = 0;
+  for (; first < rows / 2; ++first) {
+    firstByte += byteCountOf(texts.lengths[first]);
+  }
+  std::size_t size = 0;
+  std::size_t last = first;
+  for (; last < rows && size < kTrialSize; ++last) {
+    size += byteCountOf(texts.lengths[last]);
+  }
+  return {texts.lengths.subspan(first, last - first), texts.bytes.subspan(firstByte, size)};
+}
+
 // Writes bytes as numbers and returns the end of these, behind which others may be overwritten.
 std::uint16_t* widened(const unsigned char* bytes, const unsigned char* end,
                        const unsigned char* endOfMemory, std::uint16_t* out) {
@@ -90,19 +107,14 @@ void SymbolCutter::cut(const TextValues& texts, TrainedSymbols& trained) {
     trained.tokens.release();
     return spellAll(texts);
   }
-  m_pieces.clear();
-  m_phrases.clear();
   if (isTrained) {
     useTrained(trained);
-  } else {
-    begin(texts, trained);
-  }
-  --trained.partsLeft;
-  countTokens(texts, trained.tokens);
-  chooseTokens(trained.tokens.entries());
-  if (!isTrained && !train(trained)) {
+    countTokens(texts, trained.tokens);
+    chooseTokens(trained.tokens.entries());
+  } else if (!train(texts, trained)) {
     return spellAll(texts);
   }
+  --trained.partsLeft;
   spellTokens(trained);
   m_end = m_sequence.data();
   appendTokens(m_indices, trained.spellings);
@@ -114,13 +126,17 @@ void SymbolCutter::cut(const TextValues& texts, TrainedSymbols& trained) {
   }
 }
 
-void SymbolCutter::begin(const TextValues& texts, TrainedSymbols& trained) {
+void SymbolCutter::beginWith(const TextValues& texts, TrainedSymbols& trained) {
   constexpr std::size_t kBytesOfDifferentToken = 32;
   trained.phrases.clear();
   trained.tokens.clear(texts.bytes.size() / kBytesOfDifferentToken);
   trained.spellings.clear();
   trained.partsLeft = kPartsOfTraining;
+  m_pieces.clear();
+  m_phrases.clear();
   beginWithBytes();
+  countTokens(texts, trained.tokens);
+  chooseTokens(trained.tokens.entries());
 }
 
 void SymbolCutter::beginWithBytes() {
@@ -173,6 +189,8 @@ bool SymbolCutter::areBytesEnough(const TextValues& texts) const {
 
 void SymbolCutter::useTrained(TrainedSymbols& trained) {
   m_symbols = trained.symbols;
+  m_pieces.clear();
+  m_phrases.clear();
   for (std::size_t i = trained.firstPiece; i < trained.firstPhrase; ++i) {
     (void)m_pieces.add(m_symbols[i], static_cast<std::uint16_t>(i));
   }
@@ -186,15 +204,26 @@ void SymbolCutter::useTrained(TrainedSymbols& trained) {
   trained.tokens.beginTexts();
 }
 
+// Whether a part of the texts shows already that nothing but bytes is worth being a symbol.
+bool SymbolCutter::isTrialEnough(const TextValues& texts, TrainedSymbols& trained) {
+  const TextValues trial = trialOf(texts);
+  if (trial.bytes.size() * 2 >= texts.bytes.size()) {
+    return false;
+  }
+  beginWith(trial, trained);
+  return areRare(trained.tokens.entries()) && arePiecesRare(trained);
+}
+
 // False where nothing but bytes is worth being a symbol.
-bool SymbolCutter::train(TrainedSymbols& trained) {
-  const auto tokens = trained.tokens.entries();
-  for (TokenTable::Entry& entry : tokens) {
+bool SymbolCutter::train(const TextValues& texts, TrainedSymbols& trained) {
+  trained.areBytesEnough = isTrialEnough(texts, trained);
+  if (!trained.areBytesEnough) {
+    beginWith(texts, trained);
+    trained.areBytesEnough = arePiecesRare(trained) && areRare(trained.tokens.entries());
+  }
+  for (TokenTable::Entry& entry : trained.tokens.entries()) {
     entry.trainedSymbol = entry.symbol;
   }
-  trained.firstPiece = m_symbols.size();
-  choosePieces(tokens);
-  trained.areBytesEnough = m_pairs.saving() < kMinSaving && areRare(tokens);
   if (trained.areBytesEnough) {
     m_symbols.resize(kFirstToken);
     trained.firstPiece = kFirstToken;
@@ -269,6 +298,13 @@ void SymbolCutter::chooseTokens(std::span<TokenTable::Entry> tokens) {
     tokens[index].symbol = static_cast<std::uint16_t>(m_symbols.size());
     m_symbols.push_back(tokens[index].token);
   }
+}
+
+// Whether the pieces that are chosen gain little.
+bool SymbolCutter::arePiecesRare(TrainedSymbols& trained) {
+  trained.firstPiece = m_symbols.size();
+  choosePieces(trained.tokens.entries());
+  return m_pairs.saving() < kMinSaving;
 }
 
 // The parts that rare words have in common.

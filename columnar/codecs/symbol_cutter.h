@@ -32,13 +32,15 @@ class SymbolCutter {
 
  private:
   void beginWithBytes();
-  void begin(const TextValues& texts, TrainedSymbols& trained);
+  void beginWith(const TextValues& texts, TrainedSymbols& trained);
   void useTrained(TrainedSymbols& trained);
   void spellAll(const TextValues& texts);
   [[nodiscard]] bool areBytesEnough(const TextValues& texts) const;
-  [[nodiscard]] bool train(TrainedSymbols& trained);
+  [[nodiscard]] bool train(const TextValues& texts, TrainedSymbols& trained);
   void countTokens(const TextValues& texts, TokenTable& tokens);
   void chooseTokens(std::span<TokenTable::Entry> tokens);
+  [[nodiscard]] bool isTrialEnough(const TextValues& texts, TrainedSymbols& trained);
+  [[nodiscard]] bool arePiecesRare(TrainedSymbols& trained);
   void choosePieces(std::span<const TokenTable::Entry> tokens);
   void choosePhrases(TrainedSymbols& trained);
   void appendSample(const TokenSpellings& spellings);
