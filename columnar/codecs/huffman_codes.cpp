@@ -103,12 +103,14 @@ std::array<std::uint32_t, kMaxLength + 1> firstCodes(const LengthCounts& counts)
   return first;
 }
 
+// The lowest `length` bits, of up to 16, in the other order.
 std::uint32_t reversed(std::uint32_t code, int length) {
-  std::uint32_t result = 0;
-  for (int i = 0; i < length; ++i) {
-    result |= (code >> i & 1) << (length - 1 - i);
-  }
-  return result;
+  constexpr int kBits = 16;
+  code = (code & 0x5555) << 1 | (code >> 1 & 0x5555);
+  code = (code & 0x3333) << 2 | (code >> 2 & 0x3333);
+  code = (code & 0x0F0F) << 4 | (code >> 4 & 0x0F0F);
+  code = (code & 0x00FF) << 8 | (code >> 8 & 0x00FF);
+  return code >> (kBits - length);
 }
 
 // Calls use(symbol, length, code) for each symbol that has a code, by symbol.
@@ -230,38 +232,54 @@ std::size_t HuffmanEncoder::encodedSize() const {
 
 void HuffmanEncoder::assignCodes() {
   m_codes.resize(m_lengths.size());
-  forEachCode(m_lengths, [this](std::size_t symbol, int, std::uint32_t code) {
-    m_codes[symbol] = static_cast<std::uint16_t>(code);
+  forEachCode(m_lengths, [this](std::size_t symbol, int length, std::uint32_t code) {
+    m_codes[symbol] = {static_cast<std::uint16_t>(code), static_cast<std::uint16_t>(length)};
   });
 }
 
 void HuffmanEncoder::append(std::span<const std::uint16_t> symbols, ByteBuffer& out) {
+  assignCodes();
+  appendCodes(symbols, m_codes.data(), out);
+}
+
+void HuffmanEncoder::append(std::span<const std::uint16_t> values,
+                            std::span<const std::uint16_t> symbolOf, ByteBuffer& out) {
+  assignCodes();
+  // Values that do not occur may have no symbol.
+  m_codes.resize(kMaxHuffmanSymbols);
+  m_codesOfValues.resize(symbolOf.size());
+  std::transform(symbolOf.begin(), symbolOf.end(), m_codesOfValues.begin(),
+                 [this](std::uint16_t symbol) { return m_codes[symbol]; });
+  appendCodes(values, m_codesOfValues.data(), out);
+}
+
+void HuffmanEncoder::appendCodes(std::span<const std::uint16_t> values, const Code* codes,
+                                 ByteBuffer& out) {
   const auto last = static_cast<std::uint16_t>(m_lengths.size() - 1);
   if (m_different == 1) {
     return out.put(static_cast<std::uint16_t>(last | kIsSingle));
   }
   out.put(last);
   packBits(m_lengths, kBitsOfLength, out.append(packedBitsSize(m_lengths.size(), kBitsOfLength)));
-  assignCodes();
-  const bool isShort = symbols.size() <= kMaxSymbolsOfShort;
+  const bool isShort = values.size() <= kMaxSymbolsOfShort;
   const std::size_t sizes = out.size();
-  const std::size_t begin = sizes + sizeOfSizes(symbols.size());
+  const std::size_t begin = sizes + sizeOfSizes(values.size());
   // Bits that symbols beyond the counts would take are spared here.
-  const std::size_t perStream = symbols.size() / kHuffmanStreams + 1;
+  const std::size_t perStream = values.size() / kHuffmanStreams + 1;
   out.resize(begin + kHuffmanStreams * (perStream * kLongestWritten / 8 + 1) + 8);
   unsigned char* to = out.data() + begin;
   for (std::size_t stream = 0; stream < kHuffmanStreams; ++stream) {
     BitWriter bits(to);
     std::size_t i = stream;
     constexpr std::size_t kStep = kHuffmanStreams * kSymbolsInLoad;
-    for (; i + kStep <= symbols.size(); i += kStep) {
+    for (; i + kStep <= values.size(); i += kStep) {
       for (std::size_t j = i; j < i + kStep; j += kHuffmanStreams) {
-        bits.put(m_codes[symbols[j]], m_lengths[symbols[j]]);
+        bits.put(codes[values[j]].bits, codes[values[j]].length);
       }
       bits.flush();
     }
-    for (; i < symbols.size(); i += kHuffmanStreams) {
-      bits.put(m_codes[symbols[i]], m_lengths[symbols[i]]);
+    for (; i < values.size(); i += kHuffmanStreams) {
+      bits.put(codes[values[i]].bits, codes[values[i]].length);
       bits.flush();
     }
     unsigned char* end = bits.finish();

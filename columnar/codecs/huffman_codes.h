@@ -31,13 +31,24 @@ class HuffmanEncoder {
   std::size_t encodedSize() const;
   // Appends the lengths and the streams. All symbols had a count above 0.
   void append(std::span<const std::uint16_t> symbols, ByteBuffer& out);
+  // The same for the symbols symbolOf[value] of other values.
+  void append(std::span<const std::uint16_t> values, std::span<const std::uint16_t> symbolOf,
+              ByteBuffer& out);
 
  private:
+  // The first bit of a code is the lowest one.
+  struct Code {
+    std::uint16_t bits = 0;
+    std::uint16_t length = 0;
+  };
+
   void orderByCount(std::span<const std::uint32_t> counts);
   void assignCodes();
+  void appendCodes(std::span<const std::uint16_t> values, const Code* codes, ByteBuffer& out);
 
   std::vector<std::uint8_t> m_lengths;  // up to the last symbol that occurs
-  std::vector<std::uint16_t> m_codes;   // the first bit is the lowest one
+  std::vector<Code> m_codes;
+  std::vector<Code> m_codesOfValues;
   std::size_t m_different = 0;
   std::uint64_t m_symbols = 0;
   std::uint64_t m_bits = 0;

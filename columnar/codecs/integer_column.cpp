@@ -28,6 +28,12 @@ std::uint64_t unzigzag(std::uint64_t code) {
 }  // namespace
 
 void IntegerColumnEncoder::append(std::span<const std::uint64_t> numbers, ByteBuffer& out) {
+  IntegerHistory empty;
+  append(numbers, empty, out);
+}
+
+void IntegerColumnEncoder::append(std::span<const std::uint64_t> numbers, IntegerHistory& history,
+                                  ByteBuffer& out) {
   const auto [base, largest] = kernels::boundsOf(numbers);
   m_range = largest - base;
   if (m_range == 0) {
@@ -37,12 +43,7 @@ void IntegerColumnEncoder::append(std::span<const std::uint64_t> numbers, ByteBu
   m_distances.resize(numbers.size());
   std::transform(numbers.begin(), numbers.end(), m_distances.begin(),
                  [first = base](std::uint64_t number) { return number - first; });
-  const auto plan = m_packed.plan(m_distances);
-  Choice choice{IntegerLayout::frameOfReference, plan, shortNumberSize(base) + plan.size};
-  if (numbers.size() >= kMinNumbersForSearch) {
-    considerDelta(numbers, choice);
-    considerDictionary(numbers, choice);
-  }
+  const Choice choice = choose(numbers, base, history);
   out.put(static_cast<std::uint8_t>(choice.layout));
   if (choice.layout == IntegerLayout::frameOfReference) {
     appendShortNumber(base, out);
@@ -58,6 +59,27 @@ void IntegerColumnEncoder::append(std::span<const std::uint64_t> numbers, ByteBu
     }
     m_packed.append(m_indices, choice.plan, out);
   }
+}
+
+IntegerColumnEncoder::Choice IntegerColumnEncoder::choose(std::span<const std::uint64_t> numbers,
+                                                          std::uint64_t base,
+                                                          IntegerHistory& history) {
+  const int bits = static_cast<int>(std::bit_width(m_range));
+  const auto even = PackedNumbersEncoder::planOfEven(bits, numbers.size());
+  Choice choice{IntegerLayout::frameOfReference, even, shortNumberSize(base) + even.size};
+  if (history.areEven(bits) && !areDifferencesSmaller(numbers)) {
+    history.setUsed();
+    return choice;
+  }
+  m_packed.considerSplits(m_distances, choice.plan);
+  choice.size = shortNumberSize(base) + choice.plan.size;
+  if (numbers.size() >= kMinNumbersForSearch) {
+    considerDelta(numbers, choice);
+    considerDictionary(numbers, choice);
+  }
+  history.setCompared(
+      choice.layout == IntegerLayout::frameOfReference && choice.plan.lowBits == bits, bits);
+  return choice;
 }
 
 // Whether the first differences have fewer bits than the numbers in the mean.

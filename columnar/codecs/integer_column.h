@@ -11,6 +11,7 @@
 #include <span>
 #include <vector>
 
+#include "columnar/codecs/integer_history.h"
 #include "columnar/codecs/packed_numbers.h"
 
 namespace kelvarin {
@@ -29,6 +30,8 @@ class IntegerColumnEncoder {
 
   // Appends the smallest form of the numbers, at least one.
   void append(std::span<const std::uint64_t> numbers, ByteBuffer& out);
+  // The same with what the column's earlier blocks have shown, in less time.
+  void append(std::span<const std::uint64_t> numbers, IntegerHistory& history, ByteBuffer& out);
 
  private:
   struct Choice {
@@ -37,6 +40,8 @@ class IntegerColumnEncoder {
     std::size_t size = 0;  // estimated bytes
   };
 
+  Choice choose(std::span<const std::uint64_t> numbers, std::uint64_t base,
+                IntegerHistory& history);
   void considerDelta(std::span<const std::uint64_t> numbers, Choice& choice);
   void considerDictionary(std::span<const std::uint64_t> numbers, Choice& choice);
   bool areDifferencesSmaller(std::span<const std::uint64_t> numbers) const;

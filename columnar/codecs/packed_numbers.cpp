@@ -107,12 +107,13 @@ std::size_t CodeRuns::byteCount(std::size_t count) const {
   return size;
 }
 
+PackedNumbersEncoder::Plan PackedNumbersEncoder::planOfEven(int bits, std::size_t count) {
+  return {bits, bits, 1 + CodeRuns(bits).byteCount(count)};
+}
+
 PackedNumbersEncoder::Plan PackedNumbersEncoder::plan(std::span<const std::uint64_t> numbers) {
-  const int bits = bitsOf(numbers);
-  Plan plan{bits, bits, 1 + CodeRuns(bits).byteCount(numbers.size())};
-  if (bits >= 2 && numbers.size() >= kMinNumbersForSplit) {
-    considerSplits(numbers, plan);
-  }
+  Plan plan = planOfEven(bitsOf(numbers), numbers.size());
+  considerSplits(numbers, plan);
   return plan;
 }
 
@@ -121,6 +122,9 @@ std::size_t PackedNumbersEncoder::limitOfSplit(std::size_t plainSize) const {
 }
 
 void PackedNumbersEncoder::considerSplits(std::span<const std::uint64_t> numbers, Plan& plan) {
+  if (plan.bits < 2 || numbers.size() < kMinNumbersForSplit) {
+    return;
+  }
   const int maxUpper = m_preference == Preference::speed ? kMaxUpperBitsForSpeed
                        : numbers.size() < kFewNumbers    ? kMaxUpperBitsOfFew
                                                          : kMaxUpperBits;

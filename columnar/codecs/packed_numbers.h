@@ -58,11 +58,14 @@ class PackedNumbersEncoder {
 
   // There is at least one number.
   Plan plan(std::span<const std::uint64_t> numbers);
+  // Of so many numbers without Huffman codes, the largest of which has so many bits.
+  static Plan planOfEven(int bits, std::size_t count);
+  // Changes such a plan of the numbers where Huffman codes are smaller.
+  void considerSplits(std::span<const std::uint64_t> numbers, Plan& plan);
   // Appends the numbers that the plan was made for.
   void append(std::span<const std::uint64_t> numbers, const Plan& plan, ByteBuffer& out);
 
  private:
-  void considerSplits(std::span<const std::uint64_t> numbers, Plan& plan);
   [[nodiscard]] bool appendSplit(std::span<const std::uint64_t> numbers, const Plan& plan,
                                  ByteBuffer& out);
 

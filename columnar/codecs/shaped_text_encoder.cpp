@@ -15,16 +15,17 @@ ShapedTextEncoder::~ShapedTextEncoder() = default;
 void ShapedTextEncoder::beginBatch(std::span<const std::uint32_t> lengths,
                                    const unsigned char* bytes, std::uint64_t* numbers) {
   m_batch.bytes = bytes;
-  m_left.clear();
+  m_left.resize(lengths.size());
+  std::size_t left = 0;
   for (std::size_t row = 0; row < lengths.size(); ++row) {
     m_batch.begins[row] = bytes;
     const bool isNull = lengths[row] == kNullLength;
     numbers[row] = isNull ? nullNumber() : otherNumber();
-    if (!isNull) {
-      m_left.push_back(static_cast<std::uint16_t>(row));
-      bytes += lengths[row];
-    }
+    m_left[left] = static_cast<std::uint16_t>(row);
+    left += isNull ? 0 : 1;
+    bytes += byteCountOf(lengths[row]);
   }
+  m_left.resize(left);
   m_batch.begins[lengths.size()] = bytes;
 }
 
@@ -39,6 +40,9 @@ void ShapedTextEncoder::parseBatch(std::uint64_t* numbers) {
     for (const std::uint16_t row : m_parsed.rows()) {
       numbers[row] = i;
     }
+    if (m_parsed.rows().size() == m_left.size()) {
+      return m_left.clear();
+    }
     std::erase_if(m_left, [&](std::uint16_t row) { return numbers[row] == i; });
   }
   for (const std::uint16_t row : m_left) {
@@ -51,9 +55,9 @@ void ShapedTextEncoder::addFields(Columns& columns) const {
   const auto rows = m_parsed.rows();
   for (std::size_t field = 0; field < columns.areTexts.size(); ++field) {
     if (columns.areTexts[field]) {
-      for (const std::uint16_t row : rows) {
-        columns.texts[field].addWord(m_parsed.text(m_batch, field, row), m_batch.endOfMemory);
-      }
+      columns.texts[field].addWords(
+          rows, [&](std::uint16_t row) { return m_parsed.text(m_batch, field, row); },
+          m_batch.endOfMemory);
       continue;
     }
     std::vector<std::uint64_t>& numbers = columns.numbers[field];
@@ -136,7 +140,7 @@ void ShapedTextEncoder::appendColumns(const TextTemplate& shape, const Columns& 
       m_nested->appendNested(columns.texts[field].values(), TextLevel::field, histories[field],
                              out);
     } else if (piece.isField()) {
-      m_integers.append(columns.numbers[field], out);
+      m_integers.append(columns.numbers[field], histories[field].integers, out);
     }
     field += piece.isField();
   }

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "base/byte_cursor.h"
+#include "columnar/codecs/text_hash.h"
 #include "columnar/codecs/text_limits.h"
 
 namespace kelvarin {
@@ -39,7 +40,12 @@ struct Symbol {
   unsigned char byte(std::size_t index) const {
     return static_cast<unsigned char>((index < 8 ? low : high) >> (index % 8 * 8));
   }
-  bool operator==(const Symbol&) const = default;
+  bool operator==(const Symbol& other) const {
+    return ((low ^ other.low) | (high ^ other.high)) == 0;
+  }
+  std::uint64_t hash() const {
+    return mixed(low ^ 0x9E3779B97F4A7C15ull, high ^ 0xD1B54A32D192ED03ull);
+  }
 
   // Symbols that end no text come first, in the order of their bytes, and the null text last.
   std::pair<std::uint64_t, std::uint64_t> order() const {

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numeric>
 
+#include <emmintrin.h>
+
 namespace kelvarin {
 
 namespace {
@@ -14,21 +16,17 @@ constexpr std::uint16_t kEndSymbol = 256;
 constexpr std::uint16_t kNullSymbol = 257;
 constexpr std::size_t kFirstToken = 258;
 constexpr std::size_t kMaxTokenSymbols = 3000;
-constexpr int kPartsOfTraining = 16;
-// The bytes of a token and its end, each a symbol; how many they are takes so many bits.
-constexpr std::size_t kLongestSpelling = 16;
-constexpr int kSpellingBits = 5;
-static_assert(kLongestSpelling > kMaxSymbolSize);
+constexpr int kPartsOfTraining = 64;
+// Where so many different tokens have come, those that are not trained are forgotten.
+constexpr std::size_t kMaxKept = 1 << 14;
 
 constexpr std::size_t kStretches = 16;
 constexpr std::size_t kPieceSample = 1 << 14;  // bytes
 constexpr std::size_t kPiecesInRound = 256;
 constexpr int kPieceRounds = 3;
 constexpr std::size_t kPhraseSample = 16000;  // tokens
-constexpr int kPhraseRounds = 2;
-// A search for pieces or phrases ends where they save less of the texts: random texts have none.
+// Pieces and phrases that save less of the texts are not worth it: random texts have none.
 constexpr float kMinSaving = 0.05F;
-constexpr float kMinSavingForMore = 0.14F;  // of phrases
 
 // What a byte of a token takes when it is spelled, and what a symbol takes in the table, in bits.
 constexpr float kBitsOfSpelledByte = 4.2F;
@@ -47,45 +45,98 @@ float binaryLogarithm(std::uint32_t count) {
   return count < table.size() ? table[count] : std::log2(static_cast<float>(count));
 }
 
+// Whether most bytes are in rare tokens. Single bytes, which are symbols in any case, are neither.
+bool areRare(std::span<const TokenTable::Entry> tokens) {
+  std::size_t all = 0;
+  std::size_t rare = 0;
+  std::size_t frequent = 0;
+  for (const TokenTable::Entry& entry : tokens) {
+    const std::size_t bytes = entry.count * entry.token.size();
+    all += bytes;
+    if (entry.symbol == TokenTable::kNoSymbol) {
+      rare += bytes;
+    } else if (entry.symbol >= kFirstToken) {
+      frequent += bytes;
+    }
+  }
+  return rare * 2 > all && frequent * 16 < all;
+}
+
+// Enough of the texts, from their middle, to see that nothing comes back.
+TextValues trialOf(const TextValues& texts) {
+  constexpr std::size_t kTrialSize = 1 << 15;
+  const std::size_t rows = texts.lengths.size();
+  std::size_t first = 0;
+  std::size_t firstByte = 0;
+  for (; first < rows / 2; ++first) {
+    firstByte += byteCountOf(texts.lengths[first]);
+  }
+  std::size_t size = 0;
+  std::size_t last = first;
+  for (; last < rows && size < kTrialSize; ++last) {
+    size += byteCountOf(texts.lengths[last]);
+  }
+  return {texts.lengths.subspan(first, last - first), texts.bytes.subspan(firstByte, size)};
+}
+
+// Writes bytes as numbers and returns the end of these, behind which others may be overwritten.
+std::uint16_t* widened(const unsigned char* bytes, const unsigned char* end,
+                       const unsigned char* endOfMemory, std::uint16_t* out) {
+  constexpr std::ptrdiff_t kGroup = sizeof(__m128i);
+  std::uint16_t* endOfOut = out + (end - bytes);
+  for (; bytes < end && endOfMemory - bytes >= kGroup; bytes += kGroup, out += kGroup) {
+    const __m128i group = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+    auto* to = reinterpret_cast<__m128i*>(out);
+    _mm_storeu_si128(to, _mm_unpacklo_epi8(group, _mm_setzero_si128()));
+    _mm_storeu_si128(to + 1, _mm_unpackhi_epi8(group, _mm_setzero_si128()));
+  }
+  std::copy(bytes, std::max(bytes, end), out);
+  return endOfOut;
+}
+
 }  // namespace
 
 void SymbolCutter::cut(const TextValues& texts, TrainedSymbols& trained) {
   // At worst every byte and every end of a text is a symbol; between pieces are ends as well.
-  m_sequence.resize(std::max(m_sequence.size(),
-                             2 * texts.bytes.size() + texts.lengths.size() + kLongestSpelling));
+  m_sequence.resize(std::max(
+      m_sequence.size(), 2 * texts.bytes.size() + texts.lengths.size() + TokenSpellings::kLongest));
   const bool isTrained = trained.partsLeft > 0;
   if (isTrained && trained.areBytesEnough) {
     --trained.partsLeft;
     std::erase_if(trained.order, [](std::uint16_t symbol) { return symbol >= kFirstToken; });
+    trained.tokens.release();
     return spellAll(texts);
   }
-  if (!isTrained) {
-    trained = TrainedSymbols();
-  }
-  m_pieces.clear();
-  m_phrases.clear();
-  constexpr std::size_t kBytesOfDifferentToken = 32;
-  m_tokens.clear(texts.bytes.size() / kBytesOfDifferentToken + trained.tokenCount());
   if (isTrained) {
     useTrained(trained);
-  } else {
-    beginWithBytes();
-  }
-  countTokens(texts);
-  chooseTokens(trained);
-  if (isTrained) {
-    spellTokens();
-  } else if (!train(trained)) {
-    --trained.partsLeft;
+    countTokens(texts, trained.tokens);
+    chooseTokens(trained.tokens.entries());
+  } else if (!train(texts, trained)) {
     return spellAll(texts);
   }
   --trained.partsLeft;
+  spellTokens(trained);
   m_end = m_sequence.data();
-  appendTokens(m_indices);
-  joinPhrases();
+  appendTokens(m_indices, trained.spellings);
+  if (!trained.phrases.empty()) {
+    m_end = m_sequence.data() + m_phrases.join({m_sequence.data(), m_end});
+  }
   if (!isTrained) {
     trained.areBytesEnough = areBytesEnough(texts);
   }
+}
+
+void SymbolCutter::beginWith(const TextValues& texts, TrainedSymbols& trained) {
+  constexpr std::size_t kBytesOfDifferentToken = 32;
+  trained.phrases.clear();
+  trained.tokens.clear(texts.bytes.size() / kBytesOfDifferentToken);
+  trained.spellings.clear();
+  trained.partsLeft = kPartsOfTraining;
+  m_pieces.clear();
+  m_phrases.clear();
+  beginWithBytes();
+  countTokens(texts, trained.tokens);
+  chooseTokens(trained.tokens.entries());
 }
 
 void SymbolCutter::beginWithBytes() {
@@ -102,10 +153,12 @@ void SymbolCutter::spellAll(const TextValues& texts) {
   beginWithBytes();
   m_end = m_sequence.data();
   const unsigned char* bytes = texts.bytes.data();
+  const unsigned char* endOfMemory = bytes + texts.bytes.size();
   for (const std::uint32_t length : texts.lengths) {
-    m_end = std::copy_n(bytes, byteCountOf(length), m_end);
+    const unsigned char* end = bytes + byteCountOf(length);
+    m_end = widened(bytes, end, endOfMemory, m_end);
     *m_end++ = length == kNullLength ? kNullSymbol : kEndSymbol;
-    bytes += byteCountOf(length);
+    bytes = end;
   }
 }
 
@@ -134,39 +187,53 @@ bool SymbolCutter::areBytesEnough(const TextValues& texts) const {
   return bitsOf(counts) > (1 - kSmallSaving) * bytesOnly;
 }
 
-// The first tokens of the table are the trained ones.
-void SymbolCutter::useTrained(const TrainedSymbols& trained) {
+void SymbolCutter::useTrained(TrainedSymbols& trained) {
   m_symbols = trained.symbols;
-  for (std::size_t i = kFirstToken; i < trained.firstPiece; ++i) {
-    m_tokens.expect(m_symbols[i]);
-  }
+  m_pieces.clear();
+  m_phrases.clear();
   for (std::size_t i = trained.firstPiece; i < trained.firstPhrase; ++i) {
     (void)m_pieces.add(m_symbols[i], static_cast<std::uint16_t>(i));
   }
   for (std::size_t i = 0; i < trained.phrases.size(); ++i) {
     (void)m_phrases.add(trained.phrases[i], static_cast<std::uint16_t>(trained.firstPhrase + i));
   }
-  m_phraseRounds = trained.phraseRounds;
+  if (trained.tokens.entries().size() > kMaxKept) {
+    trained.tokens.keepTrained();
+    trained.spellings.clear();
+  }
+  trained.tokens.beginTexts();
+}
+
+// Whether a part of the texts shows already that nothing but bytes is worth being a symbol.
+bool SymbolCutter::isTrialEnough(const TextValues& texts, TrainedSymbols& trained) {
+  const TextValues trial = trialOf(texts);
+  if (trial.bytes.size() * 2 >= texts.bytes.size()) {
+    return false;
+  }
+  beginWith(trial, trained);
+  return areRare(trained.tokens.entries()) && arePiecesRare(trained);
 }
 
 // False where nothing but bytes is worth being a symbol.
-bool SymbolCutter::train(TrainedSymbols& trained) {
-  trained.firstPiece = m_symbols.size();
-  choosePieces();
-  trained.areBytesEnough = m_pairs.saving() < kMinSaving && areTokensRare();
+bool SymbolCutter::train(const TextValues& texts, TrainedSymbols& trained) {
+  trained.areBytesEnough = isTrialEnough(texts, trained);
+  if (!trained.areBytesEnough) {
+    beginWith(texts, trained);
+    trained.areBytesEnough = arePiecesRare(trained) && areRare(trained.tokens.entries());
+  }
+  for (TokenTable::Entry& entry : trained.tokens.entries()) {
+    entry.trainedSymbol = entry.symbol;
+  }
   if (trained.areBytesEnough) {
     m_symbols.resize(kFirstToken);
     trained.firstPiece = kFirstToken;
-    m_phrasePairs.clear();
   }
   trained.firstPhrase = m_symbols.size();
   if (!trained.areBytesEnough) {
-    spellTokens();
-    choosePhrases();
+    spellTokens(trained);
+    choosePhrases(trained);
   }
   trained.symbols = m_symbols;
-  trained.phrases = m_phrasePairs;
-  trained.phraseRounds = m_phraseRounds;
   trained.order.resize(m_symbols.size());
   std::iota(trained.order.begin(), trained.order.end(), std::uint16_t{0});
   std::sort(trained.order.begin(), trained.order.end(),
@@ -174,44 +241,37 @@ bool SymbolCutter::train(TrainedSymbols& trained) {
               return std::pair(m_symbols[left].order(), left) <
                      std::pair(m_symbols[right].order(), right);
             });
-  trained.partsLeft = kPartsOfTraining;
   return !trained.areBytesEnough;
 }
 
-// Whether most bytes are in rare tokens. Single bytes, which are symbols in any case, are neither.
-bool SymbolCutter::areTokensRare() {
-  std::size_t all = 0;
-  std::size_t rare = 0;
-  std::size_t frequent = 0;
-  for (const TokenTable::Entry& entry : m_tokens.entries()) {
-    const std::size_t bytes = entry.count * entry.token.size();
-    all += bytes;
-    if (entry.symbol == TokenTable::kNoSymbol) {
-      rare += bytes;
-    } else if (entry.symbol >= kFirstToken) {
-      frequent += bytes;
-    }
-  }
-  return rare * 2 > all && frequent * 16 < all;
-}
-
-void SymbolCutter::countTokens(const TextValues& texts) {
+void SymbolCutter::countTokens(const TextValues& texts, TokenTable& tokens) {
   // At worst every byte and every end of a text is a token.
   m_memory.resize(std::max(m_memory.size(), texts.bytes.size() + texts.lengths.size()));
   std::uint32_t* out = m_memory.data();
   m_texts.cut(texts);
-  m_texts.forEach([&](const Symbol& token) { *out++ = m_tokens.count(token); });
+  std::array<Symbol, TokenTable::kBatch> batch;
+  std::size_t count = 0;
+  const auto countBatch = [&] {
+    tokens.count({batch.data(), count}, out);
+    out += count;
+    count = 0;
+  };
+  m_texts.forEach([&](const Symbol& token) {
+    batch[count++] = token;
+    if (count == batch.size()) {
+      countBatch();
+    }
+  });
+  countBatch();
   m_indices = {m_memory.data(), out};
 }
 
 // Those that save most; trained ones keep their symbols.
-void SymbolCutter::chooseTokens(const TrainedSymbols& trained) {
-  const std::size_t others = m_symbols.size() - trained.tokenCount();
+void SymbolCutter::chooseTokens(std::span<TokenTable::Entry> tokens) {
   const float logOfTotal = std::log2(1.3F * static_cast<float>(m_indices.size()));
   m_gains.clear();
-  const auto entries = m_tokens.entries();
-  for (std::uint32_t i = 0; i < entries.size(); ++i) {
-    TokenTable::Entry& entry = entries[i];
+  for (std::uint32_t i = 0; i < tokens.size(); ++i) {
+    TokenTable::Entry& entry = tokens[i];
     const auto size = static_cast<float>(entry.token.size());
     if (entry.token.size() == 0) {
       entry.symbol = entry.token.isNull() ? kNullSymbol : kEndSymbol;
@@ -221,33 +281,38 @@ void SymbolCutter::chooseTokens(const TrainedSymbols& trained) {
       const float saved = kBitsOfSpelledByte * size - logOfTotal + binaryLogarithm(entry.count);
       const float gain =
           static_cast<float>(entry.count) * saved - kBitsOfSymbol - kBitsOfByte * size;
-      if (gain > 0) {
+      if (gain > 0 && entry.trainedSymbol != TokenTable::kNoSymbol) {
+        entry.symbol = entry.trainedSymbol;
+      } else if (gain > 0) {
         m_gains.emplace_back(-gain, i);
       }
     }
   }
-  const std::size_t count = std::min({m_gains.size(), kMaxTokenSymbols, kMaxSymbols - others});
+  const std::size_t count =
+      std::min({m_gains.size(), kMaxTokenSymbols, kMaxSymbols - m_symbols.size()});
   if (count < m_gains.size()) {
     std::nth_element(m_gains.begin(), m_gains.begin() + static_cast<std::ptrdiff_t>(count),
                      m_gains.end());
   }
-  for (std::size_t i = 0; i < count; ++i) {
-    const std::uint32_t index = m_gains[i].second;
-    if (index < trained.tokenCount()) {
-      entries[index].symbol = static_cast<std::uint16_t>(kFirstToken + index);
-    } else {
-      entries[index].symbol = static_cast<std::uint16_t>(m_symbols.size());
-      m_symbols.push_back(entries[index].token);
-    }
+  for (const auto& [gain, index] : std::span(m_gains).first(count)) {
+    tokens[index].symbol = static_cast<std::uint16_t>(m_symbols.size());
+    m_symbols.push_back(tokens[index].token);
   }
 }
 
+// Whether the pieces that are chosen gain little.
+bool SymbolCutter::arePiecesRare(TrainedSymbols& trained) {
+  trained.firstPiece = m_symbols.size();
+  choosePieces(trained.tokens.entries());
+  return m_pairs.saving() < kMinSaving;
+}
+
 // The parts that rare words have in common.
-void SymbolCutter::choosePieces() {
+void SymbolCutter::choosePieces(std::span<const TokenTable::Entry> tokens) {
   for (int round = 0; round < kPieceRounds; ++round) {
     m_end = m_sequence.data();
     std::size_t bytes = 0;
-    for (const TokenTable::Entry& entry : m_tokens.entries()) {
+    for (const TokenTable::Entry& entry : tokens) {
       if (entry.symbol == TokenTable::kNoSymbol) {
         m_pieces.spell(entry.token, m_end);
         *m_end++ = kEndSymbol;  // pieces are parts of one word
@@ -270,83 +335,55 @@ void SymbolCutter::choosePieces() {
   }
 }
 
-void SymbolCutter::choosePhrases() {
-  m_phraseRounds = 0;
-  m_phrasePairs.clear();
-  for (int round = 0; round < kPhraseRounds; ++round) {
-    m_end = m_sequence.data();
-    appendSample();
-    joinPhrases();
-    const std::size_t free = kMaxSymbols - m_symbols.size();
-    const std::size_t rounds = static_cast<std::size_t>(kPhraseRounds - round);
-    const auto pairs = m_pairs.find(sequence(), m_symbols, free / rounds);
-    if (m_pairs.saving() < kMinSaving) {
-      return;
-    }
-    ++m_phraseRounds;
-    for (const SymbolPair& pair : pairs) {
-      if (m_phrases.add(pair, static_cast<std::uint16_t>(m_symbols.size()))) {
-        m_symbols.push_back(joined(m_symbols[pair.left], m_symbols[pair.right]));
-        m_phrasePairs.push_back(pair);
-      }
-    }
-    if (m_pairs.saving() < kMinSavingForMore) {
-      return;
-    }
+void SymbolCutter::choosePhrases(TrainedSymbols& trained) {
+  m_end = m_sequence.data();
+  appendSample(trained.spellings);
+  const auto pairs = m_pairs.find(sequence(), m_symbols, kMaxSymbols - m_symbols.size());
+  if (m_pairs.saving() < kMinSaving) {
+    return;
   }
-}
-
-void SymbolCutter::joinPhrases() {
-  for (int round = 0; round < m_phraseRounds; ++round) {
-    m_end = m_sequence.data() + m_phrases.join({m_sequence.data(), m_end});
+  for (const SymbolPair& pair : pairs) {
+    if (m_phrases.add(pair, static_cast<std::uint16_t>(m_symbols.size()))) {
+      m_symbols.push_back(joined(m_symbols[pair.left], m_symbols[pair.right]));
+      trained.phrases.push_back(pair);
+    }
   }
 }
 
 // Appends tokens from all over the texts.
-void SymbolCutter::appendSample() {
+void SymbolCutter::appendSample(const TokenSpellings& spellings) {
   const std::size_t tokens = m_indices.size();
   if (tokens <= kPhraseSample) {
-    return appendTokens(m_indices);
+    return appendTokens(m_indices, spellings);
   }
   for (std::size_t stretch = 0; stretch < kStretches; ++stretch) {
-    appendTokens(m_indices.subspan(tokens * stretch / kStretches, kPhraseSample / kStretches));
+    appendTokens(m_indices.subspan(tokens * stretch / kStretches, kPhraseSample / kStretches),
+                 spellings);
   }
 }
 
 // Each token once, however often it occurs.
-void SymbolCutter::spellTokens() {
-  const auto entries = m_tokens.entries();
-  m_spellingOf.resize(entries.size());
-  m_spellings.resize(std::max(m_spellings.size(), (entries.size() + 1) * kLongestSpelling));
-  std::uint16_t* end = m_spellings.data();
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    const TokenTable::Entry& entry = entries[i];
-    const std::uint16_t* begin = end;
+void SymbolCutter::spellTokens(TrainedSymbols& trained) {
+  const auto tokens = trained.tokens.entries();
+  m_spellingOf.resize(tokens.size());
+  for (std::size_t i = 0; i < tokens.size(); ++i) {
+    TokenTable::Entry& entry = tokens[i];
     if (entry.symbol != TokenTable::kNoSymbol) {
-      *end++ = entry.symbol;
+      m_spellingOf[i] = TokenSpellings::ofSymbol(entry.symbol);
     } else if (entry.count > 0) {
-      m_pieces.spell(entry.token, end);
-      if (entry.token.endsText()) {
-        *end++ = kEndSymbol;
+      if (!entry.spelling.isThere()) {
+        entry.spelling = trained.spellings.add(entry.token, m_pieces, kEndSymbol);
       }
+      m_spellingOf[i] = entry.spelling;
     }
-    m_spellingOf[i] = static_cast<std::uint32_t>(begin - m_spellings.data()) << kSpellingBits |
-                      static_cast<std::uint32_t>(end - begin);
   }
 }
 
-void SymbolCutter::appendTokens(std::span<const std::uint32_t> indices) {
-  constexpr std::size_t kUsual = kLongestSpelling / 2;
+void SymbolCutter::appendTokens(std::span<const std::uint32_t> indices,
+                                const TokenSpellings& spellings) {
   std::uint16_t* end = m_end;
   for (const std::uint32_t index : indices) {
-    const std::uint32_t spelling = m_spellingOf[index];
-    const std::uint32_t count = spelling % (1u << kSpellingBits);
-    const std::uint16_t* from = m_spellings.data() + (spelling >> kSpellingBits);
-    std::memcpy(end, from, kUsual * sizeof *from);
-    if (count > kUsual) [[unlikely]] {
-      std::memcpy(end + kUsual, from + kUsual, kUsual * sizeof *from);
-    }
-    end += count;
+    spellings.write(m_spellingOf[index], end);
   }
   m_end = end;
 }

@@ -16,7 +16,6 @@
 #include "columnar/codecs/symbol_pieces.h"
 #include "columnar/codecs/text_tokens.h"
 #include "columnar/codecs/text_values.h"
-#include "columnar/codecs/token_table.h"
 #include "columnar/codecs/trained_symbols.h"
 
 namespace kelvarin {
@@ -33,34 +32,29 @@ class SymbolCutter {
 
  private:
   void beginWithBytes();
-  void useTrained(const TrainedSymbols& trained);
+  void beginWith(const TextValues& texts, TrainedSymbols& trained);
+  void useTrained(TrainedSymbols& trained);
   void spellAll(const TextValues& texts);
   [[nodiscard]] bool areBytesEnough(const TextValues& texts) const;
-  [[nodiscard]] bool train(TrainedSymbols& trained);
-  [[nodiscard]] bool areTokensRare();
-  void countTokens(const TextValues& texts);
-  void chooseTokens(const TrainedSymbols& trained);
-  void choosePieces();
-  void choosePhrases();
-  void appendSample();
-  void spellTokens();
-  void appendTokens(std::span<const std::uint32_t> indices);
-  void joinPhrases();
+  [[nodiscard]] bool train(const TextValues& texts, TrainedSymbols& trained);
+  void countTokens(const TextValues& texts, TokenTable& tokens);
+  void chooseTokens(std::span<TokenTable::Entry> tokens);
+  [[nodiscard]] bool isTrialEnough(const TextValues& texts, TrainedSymbols& trained);
+  [[nodiscard]] bool arePiecesRare(TrainedSymbols& trained);
+  void choosePieces(std::span<const TokenTable::Entry> tokens);
+  void choosePhrases(TrainedSymbols& trained);
+  void appendSample(const TokenSpellings& spellings);
+  void spellTokens(TrainedSymbols& trained);
+  void appendTokens(std::span<const std::uint32_t> indices, const TokenSpellings& spellings);
 
   TextTokens m_texts;
-  TokenTable m_tokens;
   std::vector<std::uint32_t> m_memory;       // for the indices, as long as they can get
   std::span<const std::uint32_t> m_indices;  // of the texts' tokens
-  // What the tokens become, a symbol or several each, and for each token the offset there with, in
-  // the lowest bits, how many symbols they are.
-  std::vector<std::uint16_t> m_spellings;
-  std::vector<std::uint32_t> m_spellingOf;
+  std::vector<TokenSpelling> m_spellingOf;   // what each token becomes in these texts
   std::vector<std::pair<float, std::uint32_t>> m_gains;
   SymbolPairs m_pairs;
   SymbolPieces m_pieces;
   SymbolPhrases m_phrases;
-  std::vector<SymbolPair> m_phrasePairs;
-  int m_phraseRounds = 0;
   std::vector<Symbol> m_symbols;
   std::vector<std::uint16_t> m_sequence;  // as long as it can get
   std::uint16_t* m_end = nullptr;

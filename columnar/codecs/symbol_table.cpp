@@ -4,6 +4,8 @@
 #include <array>
 #include <bit>
 
+#include <emmintrin.h>
+
 namespace kelvarin {
 
 namespace {
@@ -17,6 +19,16 @@ std::size_t sharedBytes(const Symbol& before, const Symbol& symbol) {
   const std::uint64_t high = before.high ^ symbol.high;
   const int equal = low != 0 ? std::countr_zero(low) / 8 : 8 + std::countr_zero(high) / 8;
   return std::min({before.size(), symbol.size(), static_cast<std::size_t>(equal)});
+}
+
+// Writes the bytes of a symbol from one on, and some others, as 16 numbers.
+void writeWide(const Symbol& symbol, std::size_t first, std::uint16_t* out) {
+  unsigned char bytes[2 * sizeof(Symbol)] = {};
+  std::memcpy(bytes, &symbol, sizeof symbol);
+  const __m128i own = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + first));
+  auto* to = reinterpret_cast<__m128i*>(out);
+  _mm_storeu_si128(to, _mm_unpacklo_epi8(own, _mm_setzero_si128()));
+  _mm_storeu_si128(to + 1, _mm_unpackhi_epi8(own, _mm_setzero_si128()));
 }
 
 bool decodeAll(HuffmanDecoder& decoder, ByteReader& reader, std::size_t count,
@@ -84,18 +96,19 @@ void SymbolTableEncoder::append(std::span<const Symbol> symbols, ByteBuffer& out
   const auto plain =
       std::find_if(rest.begin(), rest.end(), [](const Symbol& each) { return each.endsText(); }) -
       rest.begin();
-  m_sizes.clear();
-  m_bytes.clear();
+  m_sizes.resize(rest.size());
+  m_bytes.resize((rest.size() + 1) * sizeof(Symbol));
+  std::uint16_t* wide = m_bytes.data();
   Symbol before;
-  for (const Symbol& symbol : rest) {
-    const std::size_t shared = sharedBytes(before, symbol);
-    const std::size_t own = symbol.size() - shared;
-    m_sizes.push_back(static_cast<std::uint16_t>(shared << kSharedShift | own));
-    for (std::size_t i = shared; i < symbol.size(); ++i) {
-      m_bytes.push_back(symbol.byte(i));
-    }
-    before = symbol;
+  for (std::size_t i = 0; i < rest.size(); ++i) {
+    const std::size_t shared = sharedBytes(before, rest[i]);
+    const std::size_t own = rest[i].size() - shared;
+    m_sizes[i] = static_cast<std::uint16_t>(shared << kSharedShift | own);
+    writeWide(rest[i], shared, wide);
+    wide += own;
+    before = rest[i];
   }
+  m_bytes.resize(static_cast<std::size_t>(wide - m_bytes.data()));
   out.put(static_cast<std::uint8_t>(hasNull ? kHasNull : 0));
   out.put(static_cast<std::uint16_t>(plain));
   out.put(static_cast<std::uint16_t>(rest.size() - static_cast<std::size_t>(plain)));

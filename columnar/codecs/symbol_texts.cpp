@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <numeric>
 
 #include "columnar/codecs/text_encoding.h"
@@ -163,10 +164,7 @@ std::size_t SymbolTextEncoder::fit(const TextValues& texts, TrainedSymbols& trai
 bool SymbolTextEncoder::appendPart(const TextValues& texts, TrainedSymbols& trained) {
   m_cutter.cut(texts, trained);
   const std::size_t symbols = m_cutter.symbols().size();
-  m_counts.assign(symbols, 0);
-  for (const std::uint16_t symbol : m_cutter.sequence()) {
-    ++m_counts[symbol];
-  }
+  countSymbols();
   numberSymbols(trained);
   if (m_symbols.size() < 2) {
     return false;
@@ -178,14 +176,29 @@ bool SymbolTextEncoder::appendPart(const TextValues& texts, TrainedSymbols& trai
     }
   }
   const auto sequence = m_cutter.sequence();
-  m_sequence.resize(sequence.size());
-  std::transform(sequence.begin(), sequence.end(), m_sequence.begin(),
-                 [this](std::uint16_t symbol) { return m_numbers[symbol]; });
-  m_encoded.put(static_cast<std::uint32_t>(m_sequence.size()));
+  m_encoded.put(static_cast<std::uint32_t>(sequence.size()));
   m_table.append(m_symbols, m_encoded);
   m_codes.fit(m_numberCounts);
-  m_codes.append(m_sequence, m_encoded);
+  m_codes.append(sequence, m_numbers, m_encoded);
   return true;
+}
+
+// In two counts each, so that a symbol need not wait for the same one before it.
+void SymbolTextEncoder::countSymbols() {
+  const std::size_t symbols = m_cutter.symbols().size();
+  const auto sequence = m_cutter.sequence();
+  m_counts.assign(2 * symbols, 0);
+  std::uint32_t* counts = m_counts.data();
+  std::size_t i = 0;
+  for (; i + 1 < sequence.size(); i += 2) {
+    ++counts[sequence[i]];
+    ++counts[symbols + sequence[i + 1]];
+  }
+  if (i < sequence.size()) {
+    ++counts[sequence[i]];
+  }
+  std::transform(counts, counts + symbols, counts + symbols, counts, std::plus());
+  m_counts.resize(symbols);
 }
 
 // The trained symbols have their order; those behind them are few.
@@ -197,17 +210,25 @@ void SymbolTextEncoder::orderUsed(const TrainedSymbols& trained) {
       m_order.push_back(symbol);
     }
   }
-  const auto middle = static_cast<std::ptrdiff_t>(m_order.size());
+  m_added.clear();
   for (std::size_t symbol = trained.order.size(); symbol < symbols.size(); ++symbol) {
     if (m_counts[symbol] > 0) {
-      m_order.push_back(static_cast<std::uint16_t>(symbol));
+      const auto [first, last] = symbols[symbol].order();
+      m_added.push_back({first, last, static_cast<std::uint16_t>(symbol)});
     }
   }
-  const auto isBefore = [&](std::uint16_t left, std::uint16_t right) {
-    return symbols[left].order() < symbols[right].order();
-  };
-  std::sort(m_order.begin() + middle, m_order.end(), isBefore);
-  std::inplace_merge(m_order.begin(), m_order.begin() + middle, m_order.end(), isBefore);
+  std::sort(m_added.begin(), m_added.end());
+  // From the last one on, each moves up by the number of those that come between.
+  std::size_t left = m_order.size();
+  m_order.resize(left + m_added.size());
+  std::size_t out = m_order.size();
+  for (std::size_t added = m_added.size(); added > 0; --added) {
+    const OrderedSymbol& next = m_added[added - 1];
+    while (left > 0 && std::pair(next.first, next.last) < symbols[m_order[left - 1]].order()) {
+      m_order[--out] = m_order[--left];
+    }
+    m_order[--out] = next.index;
+  }
 }
 
 // Numbers those that occur in their order; the same bytes have one number.

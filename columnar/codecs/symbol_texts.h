@@ -28,7 +28,17 @@ class SymbolTextEncoder {
   void append(ByteBuffer& out) const { out.append(m_encoded.bytes()); }
 
  private:
+  // A symbol by its order, see Symbol::order().
+  struct OrderedSymbol {
+    std::uint64_t first;
+    std::uint64_t last;
+    std::uint16_t index;
+
+    auto operator<=>(const OrderedSymbol&) const = default;
+  };
+
   [[nodiscard]] bool appendPart(const TextValues& texts, TrainedSymbols& trained);
+  void countSymbols();
   void orderUsed(const TrainedSymbols& trained);
   void numberSymbols(const TrainedSymbols& trained);
 
@@ -40,8 +50,8 @@ class SymbolTextEncoder {
   std::vector<std::uint16_t> m_numbers;  // by the cutter's index
   std::vector<Symbol> m_symbols;         // by number
   std::vector<std::uint32_t> m_numberCounts;
+  std::vector<OrderedSymbol> m_added;  // those that are not trained
   std::vector<std::uint16_t> m_order;  // the cutter's indices of the symbols that occur
-  std::vector<std::uint16_t> m_sequence;
 };
 
 // Reads what append() has written, to the end of the reader's bytes. Their structure is checked

@@ -331,7 +331,7 @@ void TextEncoder::considerSymbols(const TextValues& texts, TextHistory& history)
   constexpr std::size_t kMaxGain = 4;
   const bool areShaped = m_best.data()[0] == static_cast<std::uint8_t>(TextEncoding::shaped);
   const std::size_t entries = m_dictionary.entries().size();
-  const bool areFew = entries > 0 && entries * 4 <= texts.lengths.size();
+  const bool areFew = entries > 0 && entries * 2 <= texts.lengths.size();
   if (areShaped || areFew || texts.bytes.size() < kMinBytes ||
       m_best.size() * kMaxGain < texts.bytes.size() || isRandom(texts.bytes) ||
       !encodeSymbols(texts, history)) {

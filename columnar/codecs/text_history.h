@@ -12,6 +12,7 @@
 #include <optional>
 #include <vector>
 
+#include "columnar/codecs/integer_history.h"
 #include "columnar/codecs/string_pool.h"
 #include "columnar/codecs/text_encoding.h"
 #include "columnar/codecs/text_template.h"
@@ -29,7 +30,8 @@ class EncodingChoice {
   // All encodings have been compared, and `size` is that of the winner for so many bytes of texts.
   void setCompared(TextEncoding encoding, std::size_t size, std::size_t texts) {
     const bool isSame = m_trust > 0 && encoding == m_encoding;
-    const int maxTrust = encoding == TextEncoding::shaped ? kMaxTrustInShape : kMaxTrust;
+    const bool isSlow = encoding != TextEncoding::plain && encoding != TextEncoding::dictionary;
+    const int maxTrust = isSlow ? kMaxTrustOfSlow : kMaxTrust;
     m_trust = isSame ? std::min(4 * m_trust + 3, maxTrust) : kMinTrust;
     m_blocksLeft = m_trust;
     m_encoding = encoding;
@@ -46,7 +48,7 @@ class EncodingChoice {
  private:
   static constexpr int kMinTrust = 3;  // blocks
   static constexpr int kMaxTrust = 15;
-  static constexpr int kMaxTrustInShape = 63;
+  static constexpr int kMaxTrustOfSlow = 63;
 
   TextEncoding m_encoding = TextEncoding::plain;
   int m_trust = 0;
@@ -57,6 +59,7 @@ class EncodingChoice {
 struct TextHistory {
   EncodingChoice choice;
   StringPool pool;
+  IntegerHistory integers;  // of a field that is none of texts
   TrainedSymbols symbols;
   // Of shaped texts, from the last block where they were inferred.
   std::vector<TextTemplate> templates;

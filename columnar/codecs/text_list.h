@@ -19,18 +19,30 @@ class TextList {
     m_lengths.push_back(length);
     m_bytes.appendShort(bytes, byteCountOf(length));
   }
-  // A text that is likely to be short; memory behind it, up to `endOfMemory`, may be read as well.
-  void addWord(Bytes text, const unsigned char* endOfMemory) {
+  // The texts textOf(row), which are likely to be short; memory behind them, up to `endOfMemory`,
+  // may be read as well.
+  template <typename Rows, typename TextOf>
+  void addWords(const Rows& rows, TextOf textOf, const unsigned char* endOfMemory) {
     constexpr std::size_t kShort = 16;
-    const bool isShort =
-        text.size() <= kShort && endOfMemory - text.data() >= static_cast<std::ptrdiff_t>(kShort);
-    if (!isShort) [[unlikely]] {
-      return add(text.data(), static_cast<std::uint32_t>(text.size()));
+    std::size_t lengths = m_lengths.size();
+    m_lengths.resize(lengths + rows.size());
+    unsigned char* out = m_bytes.append((rows.size() + 1) * kShort);
+    std::size_t left = rows.size();
+    for (const auto row : rows) {
+      const Bytes text = textOf(row);
+      m_lengths[lengths++] = static_cast<std::uint32_t>(text.size());
+      if (text.size() > kShort || endOfMemory - text.data() < static_cast<std::ptrdiff_t>(kShort))
+          [[unlikely]] {
+        m_bytes.resize(static_cast<std::size_t>(out - m_bytes.data()));
+        m_bytes.append(text);
+        out = m_bytes.append((left + 1) * kShort);
+      } else {
+        std::memcpy(out, text.data(), kShort);
+        out += text.size();
+      }
+      --left;
     }
-    m_lengths.push_back(static_cast<std::uint32_t>(text.size()));
-    const std::size_t end = m_bytes.size() + text.size();
-    std::memcpy(m_bytes.append(kShort), text.data(), kShort);
-    m_bytes.resize(end);
+    m_bytes.resize(static_cast<std::size_t>(out - m_bytes.data()));
   }
   std::size_t size() const { return m_lengths.size(); }
   TextValues values() const { return {m_lengths, m_bytes.bytes()}; }

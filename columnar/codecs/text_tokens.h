@@ -1,11 +1,10 @@
 // Cuts texts into tokens: words, with the blank before them; runs of digits, of blanks and of other
-// characters.
+// characters. Names are cut into words: before a capital letter, and behind an underscore.
 //
 // Words come back, so they make good symbols. Bytes beyond ASCII count as letters.
 // Used by SymbolCutter.
 #pragma once
 
-#include <bit>
 #include <vector>
 
 #include "columnar/codecs/symbol.h"
@@ -22,6 +21,7 @@ class TextTokens {
   template <typename Use>
   void forEach(Use use) const {
     const unsigned char* text = m_texts.bytes.data();
+    const std::uint32_t* next = m_positions.data() + 1;
     std::size_t at = 0;
     for (const std::uint32_t length : m_texts.lengths) {
       if (byteCountOf(length) == 0) {
@@ -29,8 +29,8 @@ class TextTokens {
         continue;
       }
       const std::size_t end = at + length;
-      std::size_t size = sizeAt(at);
-      for (; at + size < end; size = sizeAt(at)) {
+      std::size_t size = sizeAt(at, next);
+      for (; at + size < end; size = sizeAt(at, next)) {
         use(tokenAt(text + at, size, 0));
         at += size;
       }
@@ -54,16 +54,18 @@ class TextTokens {
     const bool isDigit = static_cast<unsigned char>(byte - '0') < 10;
     return !isLetter && !isDigit && byte != '_' && byte != ' ';
   }
-  void setBegin(std::size_t offset) {
-    m_begins[offset / 8] |= static_cast<unsigned char>(1u << offset % 8);
+  void setBegin(std::size_t offset) { m_begins[offset / 64] |= std::uint64_t{1} << offset % 64; }
+  // The size of the token at an offset, the next one being at `next`, which moves on. Longer ones
+  // are several.
+  static std::size_t sizeAt(std::size_t offset, const std::uint32_t*& next) {
+    const std::size_t size = *next - offset;
+    if (size > kMaxSymbolSize) [[unlikely]] {
+      return kMaxSymbolSize;
+    }
+    ++next;
+    return size;
   }
-  // The size of the token at an offset.
-  std::size_t sizeAt(std::size_t offset) const {
-    const std::size_t next = offset + 1;
-    const std::uint32_t begins = loadPacked<std::uint32_t>(m_begins.data() + next / 8) >> next % 8;
-    constexpr std::uint32_t kLast = 1u << (kMaxSymbolSize - 1);
-    return static_cast<std::size_t>(std::countr_zero(begins | kLast)) + 1;
-  }
+  void findPositions();
   Symbol tokenAt(const unsigned char* bytes, std::size_t size, std::uint64_t flags) const {
     unsigned char copy[sizeof(Symbol)] = {};
     if (static_cast<std::size_t>(m_end - bytes) < sizeof copy) [[unlikely]] {
@@ -79,7 +81,8 @@ class TextTokens {
   TextValues m_texts;
   const unsigned char* m_end = nullptr;
   // A bit for each byte: a token begins there, or the first text behind the last one.
-  std::vector<unsigned char> m_begins;
+  std::vector<std::uint64_t> m_begins;
+  std::vector<std::uint32_t> m_positions;  // of these bits
 };
 
 }  // namespace kelvarin

@@ -10,6 +10,7 @@
 
 #include "columnar/codecs/symbol.h"
 #include "columnar/codecs/symbol_pairs.h"
+#include "columnar/codecs/token_table.h"
 
 namespace kelvarin {
 
@@ -18,17 +19,13 @@ struct TrainedSymbols {
   std::vector<Symbol> symbols;
   std::size_t firstPiece = 0;
   std::size_t firstPhrase = 0;
-  std::vector<SymbolPair> phrases;  // the symbols that each phrase is made of
-  int phraseRounds = 0;
+  std::vector<SymbolPair> phrases;   // the symbols that each phrase is made of
   std::vector<std::uint16_t> order;  // indices of the symbols in their order
+  TokenTable tokens;                 // of all texts since then
+  TokenSpellings spellings;          // of these
   bool areBytesEnough = false;       // tokens, pieces and phrases gain little
   int partsLeft = 0;                 // of texts that they are used for
 
-  // Behind those of bytes and ends.
-  std::size_t tokenCount() const {
-    constexpr std::size_t kOthers = 258;
-    return symbols.empty() ? 0 : firstPiece - kOthers;
-  }
   void forget() { partsLeft = 0; }
 };
 

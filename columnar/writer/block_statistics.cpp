@@ -9,13 +9,28 @@ namespace kelvarin {
 
 namespace {
 
-// Compares texts with the same beginning.
-bool isBelow(std::string_view left, std::string_view right) {
-  constexpr std::size_t kBeginningSize = sizeof(std::uint64_t);
-  if (left.size() <= kBeginningSize || right.size() <= kBeginningSize) {
-    return left.size() < right.size();
+__extension__ using Beginning = unsigned __int128;
+
+constexpr std::size_t kBeginningSize = sizeof(Beginning);
+
+// From the index 16 - n on, the first n of 16 bytes are ones.
+constexpr unsigned char kOnesAndZeros[2 * kBeginningSize] = {
+    0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF};
+
+// The first 16 bytes of a text, padded with zeros, as a number: numbers compare as the texts do,
+// unless they are the same. `end` is that of the memory that may be read.
+Beginning beginningOf(const unsigned char* bytes, std::size_t size, const unsigned char* end) {
+  unsigned char copy[kBeginningSize] = {};
+  if (static_cast<std::size_t>(end - bytes) < kBeginningSize) [[unlikely]] {
+    std::copy_n(bytes, std::min(size, kBeginningSize), copy);
+    bytes = copy;
   }
-  return left.substr(kBeginningSize) < right.substr(kBeginningSize);
+  const unsigned char* mask = kOnesAndZeros + kBeginningSize - std::min(size, kBeginningSize);
+  const auto part = [&](std::size_t offset) {
+    return __builtin_bswap64(loadPacked<std::uint64_t>(bytes + offset) &
+                             loadPacked<std::uint64_t>(mask + offset));
+  };
+  return static_cast<Beginning>(part(0)) << 64 | part(sizeof(std::uint64_t));
 }
 
 }  // namespace
@@ -50,25 +65,24 @@ TextStatistics statisticsOf(const TextValues& texts) {
   // The lowest and the highest text so far. Comparing the beginnings is enough for most texts.
   std::string_view low;
   std::string_view high;
-  std::uint64_t lowBeginning = 0;
-  std::uint64_t highBeginning = 0;
+  Beginning lowBeginning = ~Beginning{0};
+  Beginning highBeginning = 0;
   bool hasValues = false;
   const unsigned char* next = texts.bytes.data();
+  const unsigned char* end = next + texts.bytes.size();
   for (const std::uint32_t length : texts.lengths) {
     if (length == kNullLength) {
       statistics.hasNull = true;
       continue;
     }
     const std::string_view text(reinterpret_cast<const char*>(next), length);
-    const std::uint64_t beginning = beginningOf(next, length);
+    const Beginning beginning = beginningOf(next, length, end);
     next += length;
-    if (!hasValues || beginning < lowBeginning ||
-        (beginning == lowBeginning && isBelow(text, low))) {
+    if (beginning <= lowBeginning && (!hasValues || text < low)) {
       low = text;
       lowBeginning = beginning;
     }
-    if (!hasValues || beginning > highBeginning ||
-        (beginning == highBeginning && isBelow(high, text))) {
+    if (beginning >= highBeginning && (!hasValues || high < text)) {
       high = text;
       highBeginning = beginning;
     }

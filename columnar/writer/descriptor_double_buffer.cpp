@@ -1,27 +1,15 @@
 #include "columnar/writer/descriptor_double_buffer.h"
 
 #include <algorithm>
-#include <new>
+#include <cstring>
 
 namespace kelvarin {
-
-namespace {
-
-unsigned char* allocateZeros(std::size_t size) {
-  void* memory = std::calloc(size, 1);
-  if (memory == nullptr) {
-    throw std::bad_alloc();
-  }
-  return static_cast<unsigned char*>(memory);
-}
-
-}  // namespace
 
 DescriptorDoubleBuffer::DescriptorDoubleBuffer(std::size_t workers, std::size_t width,
                                                std::size_t descriptorsInRecord)
     : m_width(width),
       m_descriptorsInRecord(descriptorsInRecord),
-      m_buffers(allocateZeros(kBuffers * width * descriptorsInRecord)),
+      m_buffers(new unsigned char[kBuffers * width * descriptorsInRecord]),
       m_finished(workers) {}
 
 unsigned char* DescriptorDoubleBuffer::descriptor(std::uint64_t block) const {
@@ -37,7 +25,14 @@ unsigned char* DescriptorDoubleBuffer::awaitDescriptor(std::uint64_t block) {
   m_changed.wait(lock, [&] {
     return m_isStopped || block / m_descriptorsInRecord < m_writtenRecords + kBuffers;
   });
-  return m_isStopped ? nullptr : descriptor(block);
+  if (m_isStopped) {
+    return nullptr;
+  }
+  if (block == m_clearedBlocks) {
+    std::memset(descriptor(block), 0, m_width);
+    ++m_clearedBlocks;
+  }
+  return descriptor(block);
 }
 
 void DescriptorDoubleBuffer::finishBlock(std::size_t worker) {

@@ -10,7 +10,6 @@
 
 #include <condition_variable>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -22,10 +21,11 @@ namespace kelvarin {
 
 class DescriptorDoubleBuffer {
  public:
-  // All bytes are initially 0. Throws std::bad_alloc.
+  // Throws std::bad_alloc.
   DescriptorDoubleBuffer(std::size_t workers, std::size_t width, std::size_t descriptorsInRecord);
 
-  // A worker waits until the buffer of the block's descriptor may be written. Null: stopped.
+  // A worker waits until the buffer of the block's descriptor may be written, whose bytes are 0 for
+  // the first one that comes. Null: stopped.
   [[nodiscard]] unsigned char* awaitDescriptor(std::uint64_t block);
   // The worker has written its slice of the block's descriptor, and the chunks that it describes.
   void finishBlock(std::size_t worker);
@@ -42,9 +42,6 @@ class DescriptorDoubleBuffer {
 
  private:
   static constexpr std::uint64_t kBuffers = 2;
-  struct Free {
-    void operator()(unsigned char* memory) const { std::free(memory); }
-  };
 
   // Blocks that all workers have finished.
   std::uint64_t finishedBlocks() const;
@@ -52,12 +49,14 @@ class DescriptorDoubleBuffer {
 
   const std::size_t m_width;
   const std::uint64_t m_descriptorsInRecord;
-  // Untouched pages take no memory, so a wide table with few blocks takes little.
-  const std::unique_ptr<unsigned char, Free> m_buffers;
+  // Untouched pages take no memory, so a wide table with few blocks takes little: descriptors are
+  // cleared one by one.
+  const std::unique_ptr<unsigned char[]> m_buffers;
 
   std::mutex m_mutex;  // guards what follows
   std::condition_variable m_changed;
   std::vector<std::uint64_t> m_finished;  // blocks, one entry a worker
+  std::uint64_t m_clearedBlocks = 0;
   std::uint64_t m_writtenRecords = 0;
   bool m_isFinished = false;
   bool m_isStopped = false;

@@ -73,6 +73,36 @@ TEST(IntegerColumn, TheSmallestLayoutIsTaken) {
       << "9 of 10 numbers have Huffman codes of a bit";
 }
 
+// What earlier blocks have shown costs little where the numbers change.
+TEST(IntegerColumn, BlocksAfterEvenNumbers) {
+  std::mt19937_64 random(4);
+  IntegerColumnEncoder encoder;
+  IntegerHistory history;
+  const auto sizeOf = [&](const Numbers& numbers) {
+    ByteBuffer encoded;
+    encoder.append(numbers, history, encoded);
+    Numbers decoded;
+    EXPECT_TRUE(decode(encoded.bytes(), numbers.size(), kAll, decoded));
+    EXPECT_EQ(decoded, numbers);
+    return encoded.size();
+  };
+  const auto even = [&](auto) { return random() % 4096; };
+  for (int block = 0; block < 30; ++block) {
+    EXPECT_LE(sizeOf(made(5000, even)), 7510u);
+  }
+  EXPECT_LE(sizeOf(made(5000, [&](auto i) { return i / 2 + random() % 2; })), 1300u) << "ascending";
+  EXPECT_LE(sizeOf(made(5000, [&](auto) { return random() % 70'000; })), 10'700u) << "wider";
+  for (int block = 0; block < 30; ++block) {
+    sizeOf(made(5000, even));
+  }
+  const auto skewed = [&](auto) { return random() % 10 == 0 ? random() % 4096 : 3; };
+  std::size_t size = 0;
+  for (int block = 0; block < 32; ++block) {
+    size += sizeOf(made(5000, skewed));
+  }
+  EXPECT_LE(size, 16 * 7510u + 16 * 2300u) << "only some blocks go on as before";
+}
+
 TEST(IntegerColumn, EveryWidthAndEveryCount) {
   std::mt19937_64 random(2);
   for (int bits = 0; bits <= 64; ++bits) {

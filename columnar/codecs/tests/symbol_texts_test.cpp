@@ -15,7 +15,7 @@ namespace {
 using Texts = std::vector<std::optional<std::string>>;
 
 // Nothing where texts are not stored as symbols.
-std::string encoded(const Texts& texts) {
+std::string encoded(const Texts& texts, TrainedSymbols& trained) {
   std::vector<std::uint32_t> lengths;
   std::string bytes;
   for (const auto& text : texts) {
@@ -25,7 +25,6 @@ std::string encoded(const Texts& texts) {
   // A copy, so that a sanitizer sees what reads beyond.
   const std::vector<unsigned char> copy(bytes.begin(), bytes.end());
   SymbolTextEncoder encoder;
-  TrainedSymbols trained;
   const std::size_t size = encoder.fit({lengths, copy}, trained);
   if (size == 0) {
     return {};
@@ -34,6 +33,11 @@ std::string encoded(const Texts& texts) {
   encoder.append(out);
   EXPECT_EQ(size, out.size());
   return std::string(asText(out.bytes()));
+}
+
+std::string encoded(const Texts& texts) {
+  TrainedSymbols trained;
+  return encoded(texts, trained);
 }
 
 // Nothing where the bytes are refused.
@@ -181,6 +185,56 @@ TEST(SymbolTexts, WordsTakeFewBits) {
     texts.push_back(text);
   }
   EXPECT_LT(encoded(texts).size(), 5000 * 59 / 8);
+}
+
+// Each block has words of its own, more in all than are kept, beside those of all blocks.
+TEST(SymbolTexts, BlocksTakeTheSymbolsOfThoseBefore) {
+  std::mt19937 random(5);
+  const auto word = [&](unsigned seed) {
+    std::mt19937 ofSeed(seed);
+    std::string letters(4 + ofSeed() % 6, ' ');
+    for (char& letter : letters) {
+      letter = static_cast<char>('a' + ofSeed() % 26);
+    }
+    return letters;
+  };
+  TrainedSymbols trained;
+  std::size_t anew = 0;
+  std::size_t trainedBefore = 0;
+  for (unsigned block = 0; block < 40; ++block) {
+    Texts texts{std::nullopt, ""};
+    for (int row = 0; row < 600; ++row) {
+      texts.push_back(word(random() % 300) + "_" + word(random() % 300) + ".set" +
+                      std::string(1, static_cast<char>('A' + random() % 26)) + "(" +
+                      word(1000 * block + 1000 + random() % 500) + ", " + word(random()) + ")");
+    }
+    const std::string bytes = encoded(texts, trained);
+    EXPECT_EQ(decoded(bytes, texts.size()), texts) << block;
+    trainedBefore += bytes.size();
+    anew += encoded(texts).size();
+  }
+  EXPECT_LT(trainedBefore * 100, anew * 103);
+}
+
+// The parts of names come back more often than the names do.
+TEST(SymbolTexts, NamesAreCutIntoWords) {
+  const char* const words[] = {"reader", "writer", "column", "block", "number", "symbol"};
+  const auto sizeWith = [&](bool isCapital, const char* between) {
+    std::mt19937 random(9);
+    Texts texts;
+    for (int row = 0; row < 3000; ++row) {
+      std::string name;
+      for (int i = 0; i < 6; ++i) {
+        std::string part = words[random() % 6];
+        part[0] = static_cast<char>(isCapital ? part[0] - 32 : part[0]);
+        name += part + between;
+      }
+      texts.push_back(name);
+    }
+    return encoded(texts).size();
+  };
+  EXPECT_LT(sizeWith(true, "") * 100, sizeWith(false, " ") * 105);
+  EXPECT_LT(sizeWith(false, "_") * 100, sizeWith(false, " ") * 105);
 }
 
 TEST(SymbolTexts, RowCounts) {
