@@ -15,14 +15,19 @@ DiskWait::DiskWait(Console& console, int seconds) : m_console(console), m_second
 
 bool DiskWait::shouldRetry(const QString& file, int missingBytes, bool canRetry) {
   const std::scoped_lock lock(m_mutex);
+  if (m_isStopping) {
+    return false;
+  }
   const bool isAsking = Console::canAsk();
   report(file, missingBytes, canRetry && !isAsking);
   if (!canRetry || wasInterrupted()) {
     return false;
   }
-  if (isAsking) {
-    return ask();
-  }
+  m_isStopping = isAsking ? !ask() : !waitAWhile(file);
+  return !m_isStopping;
+}
+
+bool DiskWait::waitAWhile(const QString& file) {
   if (m_waited >= m_seconds) {
     m_console.writeLog(LogLevel::error, program_messages::diskStillFull(m_waited, file));
     return false;

@@ -24,15 +24,19 @@ class DiskWait {
 
  private:
   void report(const QString& file, int missingBytes, bool willWait);
+  // False where the run is to stop.
+  bool waitAWhile(const QString& file);
   bool ask();
   std::optional<std::string> readAnswer();
 
   Console& m_console;
   const int m_seconds;
   std::mutex m_mutex;
-  QSet<QString> m_reported;  // under m_mutex, as the next
-  int m_waited = 0;          // seconds, over the whole run
-  std::string m_typed;       // and not read as an answer yet
+  // Under m_mutex, as the next: the answer for one file, which ends the run, is that for all.
+  bool m_isStopping = false;
+  QSet<QString> m_reported;
+  int m_waited = 0;     // seconds, over the whole run
+  std::string m_typed;  // and not read as an answer yet
 };
 
 }  // namespace kelvarin
