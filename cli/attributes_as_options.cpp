@@ -1,5 +1,8 @@
 #include "cli/attributes_as_options.h"
 
+#include <iterator>
+#include <vector>
+
 #include <QRegularExpression>
 
 namespace kelvarin {
@@ -33,10 +36,17 @@ constexpr Wording kWordings[] = {
 }  // namespace
 
 QString attributesAsOptions(const QString& text) {
+  static const auto patterns = [] {
+    std::vector<QRegularExpression> made;
+    made.reserve(std::size(kWordings));
+    for (const Wording& wording : kWordings) {
+      made.emplace_back(QString::fromLatin1(wording.attributes));
+    }
+    return made;
+  }();
   QString said = text;
-  for (const Wording& wording : kWordings) {
-    said.replace(QRegularExpression(QString::fromLatin1(wording.attributes)),
-                 QString::fromLatin1(wording.options));
+  for (std::size_t i = 0; i < patterns.size(); ++i) {
+    said.replace(patterns[i], QString::fromLatin1(kWordings[i].options));
   }
   return said;
 }

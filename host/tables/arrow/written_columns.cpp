@@ -5,6 +5,7 @@
 #include "host/contract/attribute_table.h"
 #include "host/contract/missing_column.h"
 #include "host/tables/arrow/value_messages.h"
+#include "host/tables/settings/column_elements.h"
 #include "host/tables/settings/messages.h"
 #include "host/tables/settings/on_bad_value.h"
 
@@ -112,24 +113,11 @@ void WrittenColumns::renameColumn(const QString& oldName, const QString& newName
 }
 
 void WrittenColumns::saveAttribute(std::wostringstream& out) const {
-  if (m_onBadValue != on_bad_value::kAbort) {
-    writeAttribute(out, on_bad_value::kAttribute, m_onBadValue);
-  }
+  on_bad_value::save(out, m_onBadValue);
 }
 
 void WrittenColumns::saveChildrenAndEnd(std::wostringstream& out, const char* action) const {
-  if (m_columns.empty()) {
-    out << L"/>\n";
-    return;
-  }
-  out << L">\n";
-  for (const Column& column : m_columns) {
-    out << L"<Column";
-    writeAttribute(out, kName, column.name);
-    writeAttribute(out, kType, column.type);
-    out << L"/>\n";
-  }
-  out << L"</" << action << L">\n";
+  saveColumnElements(out, action, m_columns, kType, &Column::type);
 }
 
 }  // namespace kelvarin

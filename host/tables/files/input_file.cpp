@@ -1,11 +1,11 @@
 #include "host/tables/files/input_file.h"
 
-#include <algorithm>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include <QFile>

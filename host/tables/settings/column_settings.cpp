@@ -3,6 +3,7 @@
 #include <QSet>
 
 #include "host/contract/nearest_names.h"
+#include "host/tables/settings/column_elements.h"
 #include "host/tables/settings/messages.h"
 #include "host/tables/settings/on_bad_value.h"
 #include "host/tables/settings/text_list.h"
@@ -122,24 +123,11 @@ void ColumnSettings::saveAttributes(std::wostringstream& out) const {
   if (!m_chosen.isEmpty()) {
     writeAttribute(out, kColumns, m_chosen);
   }
-  if (m_onBadValue != on_bad_value::kAbort) {
-    writeAttribute(out, on_bad_value::kAttribute, m_onBadValue);
-  }
+  on_bad_value::save(out, m_onBadValue);
 }
 
 void ColumnSettings::saveChildrenAndEnd(std::wostringstream& out, const char* action) const {
-  if (m_columns.empty()) {
-    out << L"/>\n";
-    return;
-  }
-  out << L">\n";
-  for (const Column& column : m_columns) {
-    out << L"<Column";
-    writeAttribute(out, kName, column.name);
-    writeAttribute(out, kMeta, column.meta);
-    out << L"/>\n";
-  }
-  out << L"</" << action << L">\n";
+  saveColumnElements(out, action, m_columns, kMeta, &Column::meta);
 }
 
 QHash<QString, qsizetype> positionsOf(const QVector<QString>& names) {

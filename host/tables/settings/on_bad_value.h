@@ -3,7 +3,10 @@
 // Used by: the actions that read and write table files with declared columns.
 #pragma once
 
+#include <sstream>
+
 #include "host/contract/action_description.h"
+#include "host/contract/attribute_table.h"
 #include "host/tables/settings/messages.h"
 
 namespace kelvarin::on_bad_value {
@@ -20,6 +23,12 @@ inline AttributeDescription described(const QString& meaning) {
 // Empty where there is none.
 inline QString faultOf(const QString& value) {
   return value == kAbort || value == kNull ? QString() : table_messages::badOnBadValue(value);
+}
+
+inline void save(std::wostringstream& out, const QString& value) {
+  if (value != kAbort) {
+    writeAttribute(out, kAttribute, value);
+  }
 }
 
 }  // namespace kelvarin::on_bad_value
