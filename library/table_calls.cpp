@@ -81,7 +81,7 @@ Outcome<ScanSettings> scanSettingsOf(const ColumnarTable& table,
   }
   settings.part = {static_cast<std::uint64_t>(options.first_row), endOf(options.end_row),
                    static_cast<std::uint64_t>(options.first_block), endOf(options.end_block),
-                   QString::fromUtf8(options.row_number_column)};
+                   QString::fromUtf8(options.row_number_column), nullptr};
   if (settings.part.hasRowNumbers() && hasColumn(table, settings.part.rowNumberColumn)) {
     return kelvarin::wrongArgument(texts::rowNumberColumnExists(settings.part.rowNumberColumn));
   }
@@ -93,6 +93,7 @@ Outcome<ScanSettings> scanSettingsOf(const ColumnarTable& table,
     return kelvarin::Failure{form ? work.error() : form.error()};
   }
   settings.form = *form;
+  settings.isGathered = options.gathers_rows != 0 && options.batch_rows == 0;
   settings.work = std::move(*work);
   return settings;
 }

@@ -5,16 +5,17 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <memory>
+#include <utility>
 
 #include "base/byte_cursor.h"
+#include "base/spare_memory.h"
 
 namespace kelvarin {
 
 class ByteBuffer {
  public:
-  unsigned char* data() { return m_bytes.get(); }
-  const unsigned char* data() const { return m_bytes.get(); }
+  unsigned char* data() { return m_data; }
+  const unsigned char* data() const { return m_data; }
   std::size_t size() const { return m_size; }
   bool isEmpty() const { return m_size == 0; }
   void clear() { m_size = 0; }
@@ -66,6 +67,19 @@ class ByteBuffer {
   ByteBuffer() = default;
   // `reserve` is the spare capacity that is taken whenever the buffer grows.
   explicit ByteBuffer(std::size_t reserve) : m_reserve(reserve) {}
+  // In memory of somebody else, as long as it suffices.
+  ByteBuffer(unsigned char* place, std::size_t capacity) : m_data(place), m_capacity(capacity) {}
+  ~ByteBuffer() {
+    if (m_isOwner) {
+      spare_memory::giveBack(m_data, m_capacity);
+    }
+  }
+  ByteBuffer(ByteBuffer&& other) noexcept { swap(other); }
+  ByteBuffer& operator=(ByteBuffer&& other) noexcept {
+    ByteBuffer taken(std::move(other));
+    swap(taken);
+    return *this;
+  }
 
  private:
   // Copies both ends, which meet or overlap.
@@ -76,19 +90,29 @@ class ByteBuffer {
   }
 
   void grow(std::size_t size) {
-    const std::size_t capacity = size + std::max(m_reserve, size / 8);
-    std::unique_ptr<unsigned char[]> larger(new unsigned char[capacity]);
+    ByteBuffer larger(m_reserve);
+    larger.m_capacity = size + std::max(m_reserve, size / 8);
+    larger.m_data = spare_memory::take(larger.m_capacity);
+    larger.m_isOwner = true;
     if (m_size > 0) {
-      std::memcpy(larger.get(), m_bytes.get(), m_size);
+      std::memcpy(larger.m_data, m_data, m_size);
     }
-    m_bytes = std::move(larger);
-    m_capacity = capacity;
+    larger.m_size = m_size;
+    swap(larger);
+  }
+  void swap(ByteBuffer& other) noexcept {
+    std::swap(m_data, other.m_data);
+    std::swap(m_size, other.m_size);
+    std::swap(m_capacity, other.m_capacity);
+    std::swap(m_reserve, other.m_reserve);
+    std::swap(m_isOwner, other.m_isOwner);
   }
 
-  std::unique_ptr<unsigned char[]> m_bytes;
+  unsigned char* m_data = nullptr;
   std::size_t m_size = 0;
   std::size_t m_capacity = 0;
   std::size_t m_reserve = 0;
+  bool m_isOwner = false;
 };
 
 }  // namespace kelvarin

@@ -11,6 +11,10 @@ namespace {
 constexpr std::uint64_t kValuesInBatch = 256 << 10;
 constexpr std::uint64_t kMinRowsInBatch = 2048;
 constexpr std::uint64_t kMaxRowsInBatch = 16384;
+// Values that are decoded to where they stay are not looked at again, and whoever decodes a block
+// of few columns alone need not wait for others.
+constexpr std::uint64_t kValuesInPlace = 512 << 10;
+constexpr std::uint64_t kMaxRowsInPlace = 128 << 10;
 
 // Rounded up.
 std::uint64_t quotient(std::uint64_t dividend, std::uint64_t divisor) {
@@ -18,22 +22,27 @@ std::uint64_t quotient(std::uint64_t dividend, std::uint64_t divisor) {
 }
 
 // All batches of a block have as many rows, but for the last one.
-std::uint64_t rowsInBatch(std::uint64_t rows, std::size_t columns) {
-  const std::uint64_t limit = std::clamp(kValuesInBatch / std::max<std::size_t>(columns, 1),
-                                         kMinRowsInBatch, kMaxRowsInBatch);
+std::uint64_t rowsInBatch(std::uint64_t rows, std::size_t columns, bool isInPlace) {
+  const std::uint64_t values = isInPlace ? kValuesInPlace : kValuesInBatch;
+  const std::uint64_t limit =
+      std::clamp(values / std::max<std::size_t>(columns, 1), kMinRowsInBatch,
+                 isInPlace ? kMaxRowsInPlace : kMaxRowsInBatch);
   return rows <= limit ? rows : quotient(rows, quotient(rows, limit));
 }
 
 }  // namespace
 
-std::size_t batchesOfBlock(std::uint64_t rows, std::size_t columns) {
-  return rows == 0 ? 1 : static_cast<std::size_t>(quotient(rows, rowsInBatch(rows, columns)));
+std::size_t batchesOfBlock(std::uint64_t rows, std::size_t columns, bool isInPlace) {
+  return rows == 0
+             ? 1
+             : static_cast<std::size_t>(quotient(rows, rowsInBatch(rows, columns, isInPlace)));
 }
 
-BlockColumns::BlockColumns(const std::vector<MetaTypeColumn>& types, std::uint64_t rows)
+BlockColumns::BlockColumns(const std::vector<MetaTypeColumn>& types, std::uint64_t rows,
+                           bool isInPlace)
     : m_types(types),
       m_rowCount(rows),
-      m_rowsInBatch(rowsInBatch(rows, types.size())),
+      m_rowsInBatch(rowsInBatch(rows, types.size(), isInPlace)),
       m_columns(types.size()) {}
 
 // A forged block of a few bytes may claim any number of rows, so a single value is stored for one
@@ -47,7 +56,7 @@ void BlockColumns::set(std::size_t column, DecodedColumn values) {
 }
 
 std::size_t BlockColumns::batchCount() const {
-  return batchesOfBlock(m_rowCount, m_types.size());
+  return m_rowCount == 0 ? 1 : static_cast<std::size_t>(quotient(m_rowCount, m_rowsInBatch));
 }
 
 RowBatchPointer BlockColumns::batch(std::size_t index) const {

@@ -35,6 +35,7 @@ class BlockUnit final : public BatchUnit {
 
   void parse() override;
   std::size_t byteCount() const override { return m_byteCount; }
+  std::int64_t expectedRow() const override { return m_expectedRow; }
   // After parse(). Rows between two damages are one event.
   std::vector<ReadEvent>& events() { return m_events; }
 
@@ -54,6 +55,7 @@ class BlockUnit final : public BatchUnit {
   std::vector<Item> m_items;
   std::size_t m_byteCount = 0;
   std::uint64_t m_firstRow = 0;
+  std::int64_t m_expectedRow = -1;
   std::uint64_t m_rowCount = 0;
   std::uint64_t m_valueCount = 0;
   std::vector<ReadEvent> m_events;

@@ -1,5 +1,6 @@
 #include "columnar/reader/block_units.h"
 
+#include <algorithm>
 #include <new>
 #include <utility>
 
@@ -27,7 +28,8 @@ BlockUnits::BlockUnits(const GelFile& file, const std::vector<std::size_t>& colu
       m_scan(file) {}
 
 std::size_t BlockUnits::unitsOfBlock() const {
-  return batchesOfBlock(m_file.rowsInBlock(), m_chunks->columnCount());
+  return batchesOfBlock(m_file.rowsInBlock(), m_chunks->columnCount(),
+                        m_part->places != nullptr);
 }
 
 std::unique_ptr<BlockUnit> BlockUnits::next(TextForm form) {
@@ -90,11 +92,22 @@ void BlockUnits::addLostRows(BlockUnit& unit) const {
 }
 
 void BlockUnits::addBlock(BlockUnit& unit, const BlockInfo& block, TextForm form) {
-  auto decoding = std::make_shared<BlockDecoding>(m_decoder, m_chunks->fetch(block), form);
+  auto decoding = begun(block, form);
   unit.add({decoding, 0});
   if (decoding->columns().batchCount() > 1) {
     m_nextPart = {std::move(decoding), 1};
   }
+}
+
+std::shared_ptr<BlockDecoding> BlockUnits::begun(const BlockInfo& block, TextForm form) {
+  const std::uint64_t skipped =
+      m_part->firstRow > block.firstRow ? m_part->firstRow - block.firstRow : 0;
+  const std::uint64_t end = std::min(block.lastRow() + 1, m_part->endRow);
+  const std::int64_t firstRow = m_rowsBefore - static_cast<std::int64_t>(skipped);
+  m_rowsBefore += static_cast<std::int64_t>(end - block.firstRow - skipped);
+  const bool isWhole = skipped == 0 && end == block.lastRow() + 1;
+  return std::make_shared<BlockDecoding>(m_decoder, m_chunks->fetch(block), form, firstRow,
+                                         isWhole ? m_part->places : nullptr);
 }
 
 void BlockUnits::endWith(const ReadEvent& event) {

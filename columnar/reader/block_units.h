@@ -42,6 +42,7 @@ class BlockUnits {
   void fill(BlockUnit& unit, TextForm form);
   void takeBlock(BlockUnit& unit, const BlockInfo& block, TextForm form);
   void addBlock(BlockUnit& unit, const BlockInfo& block, TextForm form);
+  std::shared_ptr<BlockDecoding> begun(const BlockInfo& block, TextForm form);
   void addLostRows(BlockUnit& unit) const;
   void endWith(const ReadEvent& event);
 
@@ -51,6 +52,7 @@ class BlockUnits {
   const std::shared_ptr<const TablePart> m_part;
   BlockDecoder m_decoder;
   BlockScan m_scan;
+  std::int64_t m_rowsBefore = 0;  // of the part, in the blocks that were begun
   BlockUnit::Part m_nextPart;  // of a large block; none where it has no block
   bool m_isEnded = false;
   ReadEvent m_end;

@@ -9,6 +9,7 @@
 #include "columnar/codecs/chunk_codec.h"
 #include "columnar/format/metadata_block.h"
 #include "host/contract/row_batch.h"
+#include "host/contract/value_places.h"
 
 namespace kelvarin {
 
@@ -17,6 +18,7 @@ namespace kelvarin {
 struct DecodedColumn {
   ByteBuffer values;   // numbers or keys
   DecodedTexts texts;  // all other types
+  std::shared_ptr<ValuePlaces> places;  // whose memory the values may lie in
 };
 
 [[nodiscard]] ReadStatus decodeColumn(ChunkDecoder& decoder, const GelColumn& column, Bytes chunk,

@@ -11,6 +11,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <memory>
 #include <vector>
@@ -32,6 +33,9 @@ class KELVARIN_CORE BatchUnit {
   const RowBatchPointer& batch() const { return m_batch; }
   // About as much memory as the unit takes, before parse().
   virtual std::size_t byteCount() const = 0;
+  // The number of its first row among all that the source makes, if none of those before is
+  // damaged; -1: not known. Before parse(), too.
+  virtual std::int64_t expectedRow() const { return -1; }
 
  protected:
   RowBatchPointer m_batch;
@@ -129,6 +133,12 @@ class KELVARIN_CORE BatchEncoder {
   virtual ~BatchEncoder();
   // A task.
   virtual std::unique_ptr<EncodedBatch> encode(const RowBatch& batch) const = 0;
+  // The same for rows of a source that come without a step in between; see
+  // BatchUnit::expectedRow().
+  virtual std::unique_ptr<EncodedBatch> encodeAt(const RowBatch& batch,
+                                                 std::int64_t /*expectedRow*/) const {
+    return encode(batch);
+  }
 };
 
 // An action without output pins that takes the rows of its first input pin as batches, with

@@ -5,10 +5,12 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include <QString>
 
 #include "base/export.h"
+#include "host/contract/value_places.h"
 
 namespace kelvarin {
 
@@ -21,6 +23,8 @@ struct TablePart {
   // The name of one more column, the last one, with the number that each row has in the table;
   // empty: there is none.
   QString rowNumberColumn;
+  // Where values of these rows may be decoded; null: anywhere.
+  std::shared_ptr<ValuePlaces> places;
 
   bool hasRowNumbers() const { return !rowNumberColumn.isEmpty(); }
 };

@@ -78,6 +78,7 @@ class BatchPipeline::Task final : public PoolTask {
     }
     if (following != nullptr) {
       m_pipeline.m_pool.submit(std::move(following));
+      m_pipeline.m_changed.notify_all();
     }
     return !isEnd;
   }
@@ -112,7 +113,8 @@ class BatchPipeline::Task final : public PoolTask {
     if (chain.encoder != nullptr && batch != nullptr && batch->rowCount() > 0) {
       ++made.step;
       const CurrentAction current(chain.sinkAction);
-      made.encoded = chain.encoder->encode(*batch);
+      const bool isOfUnit = made.unit != nullptr && chain.stages.empty();
+      made.encoded = chain.encoder->encodeAt(*batch, isOfUnit ? made.unit->expectedRow() : -1);
     }
   }
 
@@ -162,6 +164,7 @@ std::shared_ptr<BatchPipeline::Task> BatchPipeline::arm() {
     return nullptr;
   }
   m_isReading = true;
+  ++m_armedCount;
   addToWindow(std::make_shared<Task>(*this));
   return m_window.back();
 }
@@ -217,6 +220,7 @@ std::unique_ptr<BatchPipeline::Result> BatchPipeline::next(const std::function<b
   }
   const std::shared_ptr<Task> oldest = m_window.front();
   while (!oldest->isDone) {
+    const std::size_t armedCount = m_armedCount;
     lock.unlock();
     // What is waited for comes first; then anything else that can be done meanwhile.
     bool hasWorked = true;
@@ -228,7 +232,8 @@ std::unique_ptr<BatchPipeline::Result> BatchPipeline::next(const std::function<b
     lock.lock();
     if (!hasWorked) {
       const CurrentAction nobody(nullptr);
-      m_changed.wait_for(lock, kBetweenLooks, [&] { return oldest->isDone; });
+      m_changed.wait_for(lock, kBetweenLooks,
+                         [&] { return oldest->isDone || m_armedCount != armedCount; });
     }
     if (!oldest->isDone && !mayWait()) {
       return nullptr;

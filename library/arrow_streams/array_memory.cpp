@@ -1,43 +1,20 @@
 #include "library/arrow_streams/array_memory.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <new>
 #include <utility>
 #include <vector>
 
-#include <sys/mman.h>
+#include "library/arrow_streams/large_pages.h"
 
 namespace kelvarin {
 
 namespace {
 
 constexpr std::size_t kFewBytes = 1 << 20;
-constexpr std::size_t kLargePage = 2 << 20;
 constexpr std::size_t kPieceSize = 8 << 20;
 constexpr std::size_t kMaxSparePieces = 8;
 constexpr std::size_t kAlignment = 64;
-
-std::size_t roundedUp(std::size_t size, std::size_t unit) {
-  return (size + unit - 1) / unit * unit;
-}
-
-// Begins at a multiple of a large page, whatever the system has.
-unsigned char* mappedBytes(std::size_t size) {
-  void* mapped = ::mmap(nullptr, size + kLargePage, PROT_READ | PROT_WRITE,
-                        MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (mapped == MAP_FAILED) {
-    throw std::bad_alloc();
-  }
-  auto* first = static_cast<unsigned char*>(mapped);
-  const std::size_t before = -reinterpret_cast<std::uintptr_t>(first) % kLargePage;
-  if (before > 0) {
-    ::munmap(first, before);
-  }
-  ::munmap(first + before + size, kLargePage - before);
-  ::madvise(first + before, size, MADV_HUGEPAGE);
-  return first + before;
-}
 
 // Pieces that nobody uses, of all streams: fresh memory costs as much as what is put into it.
 class SparePieces {
@@ -77,12 +54,12 @@ class SparePieces {
 
 unsigned char* pieceBytes(std::size_t size) {
   unsigned char* const spare = size == kPieceSize ? SparePieces::instance().take() : nullptr;
-  return spare != nullptr ? spare : mappedBytes(size);
+  return spare != nullptr ? spare : mapLargePages(size);
 }
 
 void releasePieceBytes(unsigned char* bytes, std::size_t size) {
   if (size != kPieceSize || !SparePieces::instance().put(bytes)) {
-    ::munmap(bytes, size);
+    unmapLargePages(bytes, size);
   }
 }
 

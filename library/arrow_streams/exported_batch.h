@@ -13,8 +13,8 @@
 
 #include "host/contract/batch_steps.h"
 #include "host/tables/files/batch_reader.h"
-#include "include/kelvarin/arrow_c_data.h"
 #include "library/arrow_streams/array_memory.h"
+#include "library/arrow_streams/exported_column.h"
 
 namespace kelvarin {
 
@@ -24,22 +24,6 @@ enum class TextFormat { views, utf8, largeUtf8 };
 struct BatchForm {
   TextFormat texts = TextFormat::views;
   std::size_t mostRows = SIZE_MAX;  // of an array
-};
-
-// What is released with it where nobody takes it.
-class OwnedArray {
- public:
-  OwnedArray() = default;
-  explicit OwnedArray(const ArrowArray& array) : m_array(array) {}
-  ~OwnedArray();
-  OwnedArray(OwnedArray&& other) noexcept : m_array(other.take()) {}
-  OwnedArray& operator=(OwnedArray&& other) noexcept;
-
-  const ArrowArray& get() const { return m_array; }
-  ArrowArray take();
-
- private:
-  ArrowArray m_array{};
 };
 
 // One array, or several where the form wants smaller ones or texts need more offsets.

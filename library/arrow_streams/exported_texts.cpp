@@ -2,27 +2,18 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstring>
 
+#include "library/arrow_streams/text_views.h"
 #include "library/arrow_streams/valid_texts.h"
 
 namespace kelvarin {
 
 namespace {
 
-constexpr std::uint32_t kMaxInside = 12;
 // Positions in a buffer have 31 bits, so a large buffer is shown as several, each of which begins
 // so many bytes after the one before and is long enough for any text that begins there.
 constexpr std::size_t kBufferStep = std::size_t{1} << 30;
 constexpr std::size_t kLongestBuffer = INT_MAX;
-
-// See imported_texts.cpp.
-struct TextView {
-  std::uint32_t size = 0;
-  char beginning[4] = {};
-  std::uint32_t rest[2] = {};  // the next eight bytes, or buffer and position
-};
-static_assert(sizeof(TextView) == 16);
 
 // What the array needs beside the batch's texts.
 struct Views {
@@ -31,85 +22,18 @@ struct Views {
   std::vector<unsigned char> bytes;  // of a copy
 };
 
-// How far texts reach in their buffer, which views point to.
-class ViewedTexts {
- public:
-  explicit ViewedTexts(const BatchColumn& column) : m_bytes(column.textBytes()) {}
-
-  // Of the null text an empty one.
-  TextView viewAt(std::size_t position) {
-    const unsigned char* text = m_bytes + position;
-    const std::uint32_t size = lengthFromBytes(text);
-    TextView view;
-    if (size == kNullTextLength) {
-      return view;
-    }
-    view.size = size;
-    if (size <= kMaxInside) {
-      std::memcpy(view.beginning, text + 4, size);
-      return view;
-    }
-    const std::size_t begin = position + 4;
-    std::memcpy(view.beginning, text + 4, 4);
-    view.rest[0] = static_cast<std::uint32_t>(begin / kBufferStep);
-    view.rest[1] = static_cast<std::uint32_t>(begin % kBufferStep);
-    m_end = std::max(m_end, begin + size);
-    return view;
-  }
-  bool isNullAt(std::size_t position) const { return isNullText(m_bytes + position); }
-  std::size_t end() const { return m_end; }
-
- private:
-  const unsigned char* m_bytes;
-  std::size_t m_end = 0;
-};
-
-void makeViewsOfRows(const RowBatch& batch, const BatchColumn& column, ViewedTexts& texts,
-                     TextView* views, ExportedColumn& made) {
-  forEachRow(batch, 0, batch.rowCount(), [&](std::size_t row, std::size_t stored) {
-    const std::size_t position = column.textPositions()[stored];
-    views[row] = texts.viewAt(position);
-    if (texts.isNullAt(position)) {
-      made.addNull(row);
-    }
-  });
-}
-
-// Each text is looked at once, however many rows have it.
-void makeViewsOfEntries(const RowBatch& batch, const BatchDictionary& dictionary,
-                        ViewedTexts& texts, TextView* views, ExportedColumn& made) {
-  std::vector<TextView> entries;
-  std::vector<char> isNull;
-  bool hasNull = false;
-  entries.reserve(dictionary.positions.size());
-  for (const std::uint32_t position : dictionary.positions) {
-    entries.push_back(texts.viewAt(position));
-    isNull.push_back(texts.isNullAt(position) ? 1 : 0);
-    hasNull |= isNull.back() != 0;
-  }
-  forEachRow(batch, 0, batch.rowCount(), [&](std::size_t row, std::size_t stored) {
-    views[row] = entries[dictionary.codes[stored]];
-  });
-  if (hasNull) {
-    forEachRow(batch, 0, batch.rowCount(), [&](std::size_t row, std::size_t stored) {
-      if (isNull[dictionary.codes[stored]] != 0) {
-        made.addNull(row);
-      }
-    });
-  }
-}
-
-// How far the buffer is used.
+// How far the batch's buffer is used, where the views point to.
 std::size_t makeViews(const RowBatch& batch, const BatchColumn& column, TextView* views,
-                      ExportedColumn& made) {
-  ViewedTexts texts(column);
-  const BatchDictionary& dictionary = column.dictionary();
-  if (dictionary.isThere() && dictionary.positions.size() <= batch.rowCount()) {
-    makeViewsOfEntries(batch, dictionary, texts, views, made);
-  } else {
-    makeViewsOfRows(batch, column, texts, views, made);
-  }
-  return texts.end();
+                      NullBits& nulls) {
+  std::size_t used = 0;
+  TextViewer viewer(column, [&](const unsigned char* text, std::uint32_t size) {
+    const auto begin = static_cast<std::size_t>(text - column.textBytes());
+    used = std::max(used, begin + size);
+    return TextPlace{static_cast<std::uint32_t>(begin / kBufferStep),
+                     static_cast<std::uint32_t>(begin % kBufferStep)};
+  });
+  viewer.viewRows(batch, column, views, nulls);
+  return used;
 }
 
 // Few texts for many rows are copied: the batch's column has more bytes for each row beside them.
@@ -125,11 +49,11 @@ const unsigned char* keptTexts(const RowBatch& batch, const BatchColumn& column,
 
 std::unique_ptr<ExportedColumn> exportedViews(const RowBatch& batch, const BatchColumn& column,
                                               std::shared_ptr<TextView[]> memory) {
-  auto made = std::make_unique<ExportedColumn>(batch.rowCount());
+  auto made = std::make_unique<ExportedColumn>();
   auto views = std::make_shared<Views>();
   views->views = std::move(memory);
-  const std::size_t used = makeViews(batch, column, views->views.get(), *made);
-  made->buffers = {made->validity(), views->views.get()};
+  const std::size_t used = makeViews(batch, column, views->views.get(), made->nulls);
+  made->buffers = {views->views.get()};
   const unsigned char* const bytes = keptTexts(batch, column, used, *made, *views);
   for (std::size_t begin = 0; begin < used; begin += kBufferStep) {
     made->buffers.push_back(bytes + begin);
@@ -138,14 +62,6 @@ std::unique_ptr<ExportedColumn> exportedViews(const RowBatch& batch, const Batch
   made->buffers.push_back(views->sizes.data());
   made->made = std::move(views);
   return made;
-}
-
-std::size_t sizeOfTexts(const RowBatch& batch, const BatchColumn& column) {
-  std::size_t size = 0;
-  forEachRow(batch, 0, batch.rowCount(), [&](std::size_t, std::size_t stored) {
-    size += textFromBytes(column.text(stored)).size();
-  });
-  return size;
 }
 
 template <typename Offset>
@@ -157,36 +73,25 @@ struct PackedTexts {
 template <typename Offset>
 std::unique_ptr<ExportedColumn> exportedPacked(const RowBatch& batch, const BatchColumn& column,
                                                std::size_t index, ArrayMemory& memory) {
-  auto made = std::make_unique<ExportedColumn>(batch.rowCount());
+  auto made = std::make_unique<ExportedColumn>();
   auto texts = std::make_shared<PackedTexts<Offset>>();
   texts->offsets = memory.allocate<Offset>(index, batch.rowCount() + 1);
   texts->bytes = memory.allocate<char>(index, sizeOfTexts(batch, column));
-  std::size_t size = 0;
   texts->offsets[0] = 0;
-  forEachRow(batch, 0, batch.rowCount(), [&](std::size_t row, std::size_t stored) {
-    const unsigned char* bytes = column.text(stored);
-    const std::string_view text = textFromBytes(bytes);
-    if (isNullText(bytes)) {
-      made->addNull(row);
-    } else {
-      text.copy(texts->bytes.get() + size, text.size());
-      size += text.size();
-    }
-    texts->offsets[row + 1] = static_cast<Offset>(size);
-  });
-  made->buffers = {made->validity(), texts->offsets.get(), texts->bytes.get()};
+  packTexts(batch, column, texts->bytes.get(), texts->offsets.get() + 1, made->nulls);
+  made->buffers = {texts->offsets.get(), texts->bytes.get()};
   made->made = std::move(texts);
   return made;
 }
 
 }  // namespace
 
-void ExportedColumn::addNull(std::size_t row) {
-  if (bits.empty()) {
-    bits.assign((rowCount + 7) / 8, 0xFF);
-  }
-  bits[row / 8] = static_cast<unsigned char>(bits[row / 8] & ~(1u << (row % 8)));
-  ++nullCount;
+std::size_t sizeOfTexts(const RowBatch& batch, const BatchColumn& column) {
+  std::size_t size = 0;
+  forEachRow(batch, 0, batch.rowCount(), [&](std::size_t, std::size_t stored) {
+    size += textFromBytes(column.text(stored)).size();
+  });
+  return size;
 }
 
 std::unique_ptr<ExportedColumn> exportedTexts(const RowBatch& batch, std::size_t index,

@@ -6,6 +6,8 @@
 #include <new>
 #include <vector>
 
+#include <emmintrin.h>
+
 #include <QString>
 #include <QUtf8StringView>
 
@@ -15,20 +17,26 @@ namespace kelvarin {
 
 namespace {
 
+__m128i bytesAt(const char* address) {
+  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(address));
+}
+
 bool isAscii(std::string_view text) {
-  constexpr std::uint64_t kHighBits = 0x8080808080808080u;
   const char* next = text.data();
-  std::size_t left = text.size();
-  std::uint64_t bits = 0;
-  for (; left >= 8; left -= 8, next += 8) {
-    std::uint64_t word;
-    std::memcpy(&word, next, 8);
-    bits |= word;
+  const char* const end = next + text.size();
+  __m128i bits = _mm_setzero_si128();
+  for (; end - next >= 64; next += 64) {
+    bits = _mm_or_si128(bits, _mm_or_si128(_mm_or_si128(bytesAt(next), bytesAt(next + 16)),
+                                           _mm_or_si128(bytesAt(next + 32), bytesAt(next + 48))));
   }
-  for (; left > 0; --left, ++next) {
-    bits |= static_cast<unsigned char>(*next);
+  for (; end - next >= 16; next += 16) {
+    bits = _mm_or_si128(bits, bytesAt(next));
   }
-  return (bits & kHighBits) == 0;
+  unsigned char last = 0;
+  for (; next < end; ++next) {
+    last = static_cast<unsigned char>(last | static_cast<unsigned char>(*next));
+  }
+  return _mm_movemask_epi8(bits) == 0 && last < 0x80;
 }
 
 bool isUtf8(std::string_view text) {

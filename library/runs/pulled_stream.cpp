@@ -20,11 +20,11 @@ PulledStream::PulledStream(Graph graph, const WorkSettings& settings,
       m_stopCallback(std::in_place, settings.stop, [this] { m_run.stop(); }) {}
 
 Outcome<std::unique_ptr<PulledStream>> PulledStream::open(Graph graph, const WorkSettings& settings,
-                                                          const BatchForm& form,
-                                                          long long firstRow) {
+                                                          const BatchForm& form, long long firstRow,
+                                                          std::shared_ptr<WholeColumns> whole) {
   auto waiting = std::make_shared<Waiting>();
   const int sink = static_cast<int>(graph.actions.size()) - 1;
-  if (const auto bound = bindOutput(graph, sink, waiting, form); !bound) {
+  if (const auto bound = bindOutput(graph, sink, waiting, form, std::move(whole)); !bound) {
     return Failure{bound.error()};
   }
   graph.settings->setThreadCount(settings.threads);

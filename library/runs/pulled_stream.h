@@ -18,9 +18,11 @@ namespace kelvarin {
 
 class PulledStream final : public BatchSupply {
  public:
-  // The last action of the graph is its sink, which is replaced.
+  // The last action of the graph is its sink, which is replaced. With `whole` columns, all rows
+  // come at the end.
   static Outcome<std::unique_ptr<PulledStream>> open(Graph graph, const WorkSettings& settings,
-                                                     const BatchForm& form, long long firstRow = 0);
+                                                     const BatchForm& form, long long firstRow = 0,
+                                                     std::shared_ptr<WholeColumns> whole = nullptr);
 
   // Of the rows that come out of the first action; opens what that reads.
   Outcome<TableColumns> columnsOfSource();

@@ -31,11 +31,19 @@ void StreamSink::setReceiver(std::shared_ptr<BatchReceiver> receiver, const Batc
   m_encoder = std::make_unique<ArrowBatchEncoder>(form);
 }
 
+void StreamSink::gatherIn(std::shared_ptr<WholeColumns> columns, const BatchForm& form) {
+  m_whole.emplace(std::move(columns), form.texts);
+}
+
 bool StreamSink::takeFirstBatch(ActionItem* action) {
   auto& self = static_cast<StreamSink&>(*action);
   TakenBatch taken = self.getNextBatchFromInPin(0);
   if (const OneRow* columns = self.announcedColumnsOfInPin(0)) {
-    self.m_receiver->begin(tableColumnsOf(*columns));
+    const TableColumns announced = tableColumnsOf(*columns);
+    if (self.m_whole) {
+      self.m_whole->begin(announced);
+    }
+    self.m_receiver->begin(announced);
   }
   self.computeRoutine = &StreamSink::takeBatch;
   return self.take(std::move(taken));
@@ -49,24 +57,37 @@ bool StreamSink::takeBatch(ActionItem* action) {
 bool StreamSink::take(TakenBatch taken) {
   if (taken.batch == nullptr) {
     if (run() == nullptr || run()->isRunning()) {
+      if (m_whole) {
+        m_receiver->take(m_whole->end());
+      }
       m_receiver->end();
     }
     return true;
   }
+  return !m_receiver->take(arraysOf(std::move(taken)));
+}
+
+std::vector<OwnedArray> StreamSink::arraysOf(TakenBatch taken) {
+  if (m_whole) {
+    return m_whole->take(*taken.batch, std::move(taken.encoded));
+  }
   if (taken.encoded == nullptr) {
     taken.encoded = m_encoder->encode(*taken.batch);
   }
-  return !m_receiver->take(std::move(static_cast<ArrowBatch&>(*taken.encoded).arrays));
+  return std::move(static_cast<ArrowBatch&>(*taken.encoded).arrays);
 }
 
 Status<ErrorDetails> bindOutput(Graph& graph, int action, std::shared_ptr<BatchReceiver> receiver,
-                                const BatchForm& form) {
+                                const BatchForm& form, std::shared_ptr<WholeColumns> whole) {
   std::unique_ptr<ActionItem>& item = graph.actions[static_cast<std::size_t>(action)].item;
   if (item->outputPinCount() != 0) {
     return Failure{errorOf(KELVARIN_WRONG_ARGUMENT, library_messages::noSink(item->name()))};
   }
   auto sink = std::make_unique<StreamSink>(item->node(), graph.settings.get());
   sink->setReceiver(std::move(receiver), form);
+  if (whole != nullptr) {
+    sink->gatherIn(std::move(whole), form);
+  }
   item = std::move(sink);
   return Done{};
 }

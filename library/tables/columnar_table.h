@@ -27,6 +27,7 @@ struct ScanSettings {
   QString blockFilter;  // empty: none
   bool skipsDamage = false;
   BatchForm form;
+  bool isGathered = false;  // all rows come at once, as far as they can
   WorkSettings work;
 };
 
@@ -77,6 +78,7 @@ class ColumnarTable {
   void keepDescriptors();
   Statistics readStatistics(const unsigned char* descriptor, std::size_t column) const;
   Outcome<Graph> graphOf(const ScanSettings& settings, const ActionCatalogue& catalogue) const;
+  std::size_t mostRowsOf(const TablePart& part) const;
   void appendFilter(const QString& filter, GraphText& graph) const;
 
   const QString m_path;  // absolute

@@ -1,4 +1,5 @@
 // Reading a table: a graph of the action that reads columnar files and a stream.
+#include <algorithm>
 #include <set>
 
 #include "base/usable_processors.h"
@@ -35,10 +36,28 @@ Outcome<std::unique_ptr<PulledStream>> ColumnarTable::scan(const ScanSettings& s
   if (!graph) {
     return Failure{graph.error()};
   }
+  auto whole = settings.isGathered
+                   ? std::make_shared<WholeColumns>(mostRowsOf(settings.part), settings.form.texts)
+                   : nullptr;
   if (auto* source = dynamic_cast<PartialSource*>(graph->actions.front().item.get())) {
-    source->readOnly(settings.part);
+    TablePart part = settings.part;
+    part.places = whole;
+    source->readOnly(part);
   }
-  return PulledStream::open(std::move(*graph), settings.work, settings.form);
+  return PulledStream::open(std::move(*graph), settings.work, settings.form, 0, std::move(whole));
+}
+
+// A block filter may leave some of them out.
+std::size_t ColumnarTable::mostRowsOf(const TablePart& part) const {
+  std::size_t rows = 0;
+  const std::size_t end = std::min<std::uint64_t>(part.endBlock, m_blocks.size());
+  for (std::size_t i = part.firstBlock; i < end; ++i) {
+    const Block& block = m_blocks[i];
+    const std::uint64_t first = std::max(block.firstRow, part.firstRow);
+    const std::uint64_t last = std::min(block.firstRow + block.rows, part.endRow);
+    rows += last > first ? last - first : 0;
+  }
+  return rows;
 }
 
 Outcome<Graph> ColumnarTable::graphOf(const ScanSettings& settings,

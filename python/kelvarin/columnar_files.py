@@ -126,7 +126,7 @@ class Scan(Rows):
         positions = {column.name: index for index, column in enumerate(every)}
         if options["block_filter"] or options["row_number"] or not positions.keys() >= set(names or ()):
             # Reading no row says here what is wrong with them.
-            file.scan(text_format=TEXT_FORMATS["view"], **{**options, "rows": (0, 0)}).collect()
+            file.scan(text_format=TEXT_FORMATS["view"], gathers_rows=False, **{**options, "rows": (0, 0)}).collect()
         chosen = range(column_count) if names is None else [positions[name] for name in names]
         self.columns = [every[index] for index in chosen]
         if options["row_number"] is not None:
@@ -140,8 +140,8 @@ class Scan(Rows):
         return (f"<kelvarin.Scan of {self.path!r}: {self.rows} rows in {len(self.blocks)} blocks{filtered}; "
                 f"{shown}{more}>")
 
-    def _stream(self, texts: TextFormat) -> _native.Stream:
-        return self._file.scan(text_format=TEXT_FORMATS[texts], **self._options)
+    def _stream(self, texts: TextFormat, gathers_rows: bool = False) -> _native.Stream:
+        return self._file.scan(text_format=TEXT_FORMATS[texts], gathers_rows=gathers_rows, **self._options)
 
 
 def scan(path: str | os.PathLike[str], columns: Iterable[str] | None = None, *,

@@ -127,7 +127,7 @@ class Calculation(Rows):
     def __repr__(self) -> str:
         return f"<kelvarin.Calculation: {self.program!r} of {self._table_type}>"
 
-    def _stream(self, texts: TextFormat) -> _native.Stream:
+    def _stream(self, texts: TextFormat, gathers_rows: bool = False) -> _native.Stream:
         return self._application.apply(text_format=TEXT_FORMATS[texts], **self._options)
 
     def __arrow_c_schema__(self) -> object:

@@ -102,7 +102,7 @@ std::unique_ptr<Stream> scan(const ColumnarFile& file,
                              std::pair<int64_t, int64_t> rows, std::pair<int64_t, int64_t> blocks,
                              const std::optional<std::string>& blockFilter, bool skipsDamage,
                              int threads, int64_t batchRows,
-                             const std::optional<std::string>& rowNumber) {
+                             const std::optional<std::string>& rowNumber, bool gathersRows) {
   auto state = std::make_shared<StreamState>();
   kelvarin_scan_options options = KELVARIN_SCAN_OPTIONS_INIT;
   const auto names = columns ? pointersOf(*columns) : std::vector<const char*>{};
@@ -116,6 +116,7 @@ std::unique_ptr<Stream> scan(const ColumnarFile& file,
   options.threads = threads;
   options.batch_rows = batchRows;
   options.row_number_column = pointerOf(rowNumber);
+  options.gathers_rows = gathersRows ? 1 : 0;
   options.stop = state->stop.handle();
   options.log = state->log.receiver();
   ArrowArrayStream stream{};
@@ -169,7 +170,7 @@ void bindColumnarFiles(nb::module_& module) {
       .def("scan", scan, nb::kw_only(), nb::arg("columns").none(), nb::arg("text_format"),
            nb::arg("rows"), nb::arg("blocks"), nb::arg("block_filter").none(),
            nb::arg("skips_damage"), nb::arg("threads"), nb::arg("batch_rows"),
-           nb::arg("row_number").none());
+           nb::arg("row_number").none(), nb::arg("gathers_rows"));
   module.def("write", write, nb::arg("path"), nb::arg("table"), nb::kw_only(), nb::arg("types"),
              nb::arg("sorted_by"), nb::arg("takes_bad_values_as_null"), nb::arg("rows_in_block"),
              nb::arg("threads"), nb::arg("split"), nb::arg("split_mebibytes"),

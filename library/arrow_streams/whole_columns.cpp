@@ -1,0 +1,168 @@
+#include "library/arrow_streams/whole_columns.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+#include <new>
+
+#include "library/arrow_streams/exported_texts.h"
+#include "library/arrow_streams/large_pages.h"
+#include "library/arrow_streams/valid_texts.h"
+
+namespace kelvarin {
+
+namespace {
+
+// A buffer with the texts of many more rows says little about how long those of a batch are.
+constexpr std::size_t kMuchText = std::size_t{4} << 20;
+
+std::size_t valueSizeOf(MetaTypeColumn type, TextFormat texts) {
+  const std::size_t fixed = fixedSizeOf(type);
+  if (fixed != 0) {
+    return fixed;
+  }
+  return texts == TextFormat::views ? sizeof(TextView) : 0;
+}
+
+template <typename Value>
+void placeValues(const RowBatch& batch, const Value* values, unsigned char* place,
+                 NullBits& nulls) {
+  auto* rows = reinterpret_cast<Value*>(place);
+  if (batch.selection() != nullptr) {
+    forEachRow(batch, 0, batch.rowCount(),
+               [&](std::size_t row, std::size_t stored) { rows[row] = values[stored]; });
+  } else if (rows != values) {  // they may overlap, see WholeTable::take()
+    std::memmove(rows, values, batch.rowCount() * sizeof(Value));
+  }
+  addNulls(rows, batch.rowCount(), nulls);
+}
+
+// A text in memory that can be read up to `end`, behind which there is a margin in `to`.
+void copyText(const unsigned char* from, std::size_t size, const unsigned char* end,
+              unsigned char* to) {
+  constexpr std::size_t kStep = TextPieces::kMargin;
+  if (size > 8 * kStep || static_cast<std::size_t>(end - from) < size + kStep) {
+    std::memcpy(to, from, size);
+    return;
+  }
+  for (std::size_t i = 0; i < size; i += kStep) {
+    std::memcpy(to + i, from + i, kStep);
+  }
+}
+
+void placeViews(const RowBatch& batch, const BatchColumn& column, TextPieces& pieces,
+                unsigned char* place, NullBits& nulls) {
+  const bool hasMuch = column.textSize() > kMuchText;
+  TextPieces::Piece piece =
+      pieces.take(hasMuch ? sizeOfTexts(batch, column) : column.textSize());
+  const unsigned char* const end = column.textBytes() + column.textSize();
+  TextViewer viewer(column, [&](const unsigned char* text, std::uint32_t size) {
+    const TextPlace at{piece.index, static_cast<std::uint32_t>(piece.used)};
+    copyText(text, size, end, piece.end());
+    piece.used += size;
+    return at;
+  });
+  viewer.viewRows(batch, column, reinterpret_cast<TextView*>(place), nulls);
+  pieces.giveBack(piece);
+}
+
+void packRows(const RowBatch& batch, const BatchColumn& column, PlacedRows::Column& made) {
+  made.packed.bytes = std::make_unique_for_overwrite<char[]>(sizeOfTexts(batch, column));
+  made.packed.ends.resize(batch.rowCount());
+  packTexts(batch, column, made.packed.bytes.get(), made.packed.ends.data(), made.nulls);
+}
+
+// Whether views, or ends of texts, can have the positions of all texts.
+bool hasFewTexts(const RowBatch& batch) {
+  return std::ranges::all_of(batch.columns(), [](const BatchColumn& column) {
+    return column.textSize() <= kMuchText;
+  }) || fitsSmallOffsets(batch);
+}
+
+}  // namespace
+
+WholeColumns::WholeColumns(std::size_t mostRows, TextFormat texts)
+    : m_mostRows(mostRows), m_texts(texts) {}
+
+bool WholeColumns::begin(const TableColumns& columns) {
+  std::vector<Column> made;
+  try {
+    for (const MetaTypeColumn type : columns.types) {
+      Column& column = made.emplace_back();
+      column.type = type;
+      column.valueSize = valueSizeOf(type, m_texts);
+      if (column.valueSize > 0) {
+        column.values = largeBytes(m_mostRows * column.valueSize);
+      }
+      if (fixedSizeOf(type) == 0 && column.valueSize > 0) {
+        column.pieces = std::make_unique<TextPieces>();
+      }
+    }
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  m_columns = std::move(made);
+  m_hasBegun.store(true, std::memory_order_release);
+  return true;
+}
+
+bool WholeColumns::hasPlace(std::int64_t firstRow, std::size_t rows) const {
+  if (firstRow < 0 || !m_hasBegun.load(std::memory_order_acquire)) {
+    return false;
+  }
+  const auto first = static_cast<std::size_t>(firstRow);
+  return first <= m_mostRows && rows <= m_mostRows - first;
+}
+
+unsigned char* WholeColumns::at(std::size_t column, std::size_t size, std::int64_t first,
+                                std::size_t rows) {
+  if (!hasPlace(first, rows) || column >= m_columns.size() ||
+      fixedSizeOf(m_columns[column].type) != size) {
+    return nullptr;
+  }
+  return m_columns[column].values.get() + static_cast<std::size_t>(first) * size;
+}
+
+std::unique_ptr<EncodedBatch> WholeColumns::encode(const RowBatch& batch) const {
+  return encodeAt(batch, -1);
+}
+
+std::unique_ptr<EncodedBatch> WholeColumns::encodeAt(const RowBatch& batch,
+                                                     std::int64_t firstRow) const {
+  if (!hasPlace(firstRow, batch.rowCount()) || !hasFewTexts(batch)) {
+    return nullptr;
+  }
+  auto placed = std::make_unique<PlacedRows>();
+  placed->first = static_cast<std::size_t>(firstRow);
+  placed->count = batch.rowCount();
+  placed->columns.resize(batch.columnCount());
+  for (std::size_t i = 0; i < batch.columnCount(); ++i) {
+    place(batch, i, *placed);
+  }
+  return placed;
+}
+
+void WholeColumns::place(const RowBatch& batch, std::size_t index, PlacedRows& placed) const {
+  const Column& whole = m_columns[index];
+  PlacedRows::Column& made = placed.columns[index];
+  unsigned char* const rows = whole.values.get() + placed.first * whole.valueSize;
+  const BatchColumn& column = batch.column(index);
+  switch (whole.type) {
+    case MetaTypeColumn::number:
+      placeValues(batch, column.numbers(), rows, made.nulls);
+      return;
+    case MetaTypeColumn::key:
+      placeValues(batch, column.keys(), rows, made.nulls);
+      return;
+    default:
+      break;
+  }
+  const BatchColumn texts = withValidTexts(batch, column);
+  if (whole.pieces != nullptr) {
+    placeViews(batch, texts, *whole.pieces, rows, made.nulls);
+  } else {
+    packRows(batch, texts, made);
+  }
+}
+
+}  // namespace kelvarin
