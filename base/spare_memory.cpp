@@ -11,7 +11,7 @@ namespace {
 // Smaller ones cost the allocator little; larger ones are rare.
 constexpr std::size_t kSmallest = std::size_t{32} << 10;
 constexpr std::size_t kLargest = std::size_t{4} << 20;
-constexpr std::size_t kMostBytes = std::size_t{16} << 20;  // that are kept
+constexpr std::size_t kMaxBytes = std::size_t{16} << 20;  // that are kept
 constexpr std::size_t kStepsOfDoubling = 4;
 
 // Sizes grow by a quarter of a power of two.
@@ -81,7 +81,7 @@ void giveBack(unsigned char* bytes, std::size_t size) {
     const SizeClass found(size);
     Spares& all = spares();
     const std::lock_guard lock(all.mutex);
-    if (all.bytes + size <= kMostBytes) {
+    if (all.bytes + size <= kMaxBytes) {
       all.first[found.index] = new (bytes) Spare{all.first[found.index]};
       all.bytes += size;
       return;

@@ -1,6 +1,6 @@
 // Memory of buffers that have been freed, kept for the next ones.
 //
-// What is decoded batch by batch takes as much memory each time, which the allocator gives back to
+// What is decoded batch by batch takes as much memory each time, which the allocator returns to
 // the system in between and gets page by page again. So some megabytes of large buffers are kept
 // here, for all threads.
 // Threads: any. Errors: std::bad_alloc.

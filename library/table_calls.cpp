@@ -79,9 +79,9 @@ Outcome<ScanSettings> scanSettingsOf(const ColumnarTable& table,
       return kelvarin::Failure{checked.error()};
     }
   }
-  settings.part = {static_cast<std::uint64_t>(options.first_row), endOf(options.end_row),
+  settings.part = {static_cast<std::uint64_t>(options.first_row),   endOf(options.end_row),
                    static_cast<std::uint64_t>(options.first_block), endOf(options.end_block),
-                   QString::fromUtf8(options.row_number_column), nullptr};
+                   QString::fromUtf8(options.row_number_column),    nullptr};
   if (settings.part.hasRowNumbers() && hasColumn(table, settings.part.rowNumberColumn)) {
     return kelvarin::wrongArgument(texts::rowNumberColumnExists(settings.part.rowNumberColumn));
   }

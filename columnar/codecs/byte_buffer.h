@@ -68,7 +68,7 @@ class ByteBuffer {
   // `reserve` is the spare capacity that is taken whenever the buffer grows.
   explicit ByteBuffer(std::size_t reserve) : m_reserve(reserve) {}
   // In memory of somebody else, as long as it suffices.
-  ByteBuffer(unsigned char* place, std::size_t capacity) : m_data(place), m_capacity(capacity) {}
+  ByteBuffer(unsigned char* target, std::size_t capacity) : m_data(target), m_capacity(capacity) {}
   ~ByteBuffer() {
     if (m_isOwner) {
       spare_memory::giveBack(m_data, m_capacity);

@@ -13,8 +13,8 @@ constexpr std::uint64_t kMinRowsInBatch = 2048;
 constexpr std::uint64_t kMaxRowsInBatch = 16384;
 // Values that are decoded to where they stay are not looked at again, and whoever decodes a block
 // of few columns alone need not wait for others.
-constexpr std::uint64_t kValuesInPlace = 512 << 10;
-constexpr std::uint64_t kMaxRowsInPlace = 128 << 10;
+constexpr std::uint64_t kDirectValues = 512 << 10;
+constexpr std::uint64_t kMaxDirectRows = 128 << 10;
 
 // Rounded up.
 std::uint64_t quotient(std::uint64_t dividend, std::uint64_t divisor) {
@@ -22,27 +22,26 @@ std::uint64_t quotient(std::uint64_t dividend, std::uint64_t divisor) {
 }
 
 // All batches of a block have as many rows, but for the last one.
-std::uint64_t rowsInBatch(std::uint64_t rows, std::size_t columns, bool isInPlace) {
-  const std::uint64_t values = isInPlace ? kValuesInPlace : kValuesInBatch;
+std::uint64_t rowsInBatch(std::uint64_t rows, std::size_t columns, bool isDirect) {
+  const std::uint64_t values = isDirect ? kDirectValues : kValuesInBatch;
   const std::uint64_t limit =
       std::clamp(values / std::max<std::size_t>(columns, 1), kMinRowsInBatch,
-                 isInPlace ? kMaxRowsInPlace : kMaxRowsInBatch);
+                 isDirect ? kMaxDirectRows : kMaxRowsInBatch);
   return rows <= limit ? rows : quotient(rows, quotient(rows, limit));
 }
 
 }  // namespace
 
-std::size_t batchesOfBlock(std::uint64_t rows, std::size_t columns, bool isInPlace) {
-  return rows == 0
-             ? 1
-             : static_cast<std::size_t>(quotient(rows, rowsInBatch(rows, columns, isInPlace)));
+std::size_t batchesOfBlock(std::uint64_t rows, std::size_t columns, bool isDirect) {
+  return rows == 0 ? 1
+                   : static_cast<std::size_t>(quotient(rows, rowsInBatch(rows, columns, isDirect)));
 }
 
 BlockColumns::BlockColumns(const std::vector<MetaTypeColumn>& types, std::uint64_t rows,
-                           bool isInPlace)
+                           bool isDirect)
     : m_types(types),
       m_rowCount(rows),
-      m_rowsInBatch(rowsInBatch(rows, types.size(), isInPlace)),
+      m_rowsInBatch(rowsInBatch(rows, types.size(), isDirect)),
       m_columns(types.size()) {}
 
 // A forged block of a few bytes may claim any number of rows, so a single value is stored for one

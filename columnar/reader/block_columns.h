@@ -14,14 +14,13 @@
 
 namespace kelvarin {
 
-// Into how many batches a block of so many rows and columns is cut. `isInPlace`: its values may be
-// decoded to ValuePlaces.
-std::size_t batchesOfBlock(std::uint64_t rows, std::size_t columns, bool isInPlace);
+// Into how many batches a block of so many rows and columns is cut. `isDirect`: its values may be
+// decoded to ValueTargets.
+std::size_t batchesOfBlock(std::uint64_t rows, std::size_t columns, bool isDirect);
 
 class BlockColumns {
  public:
-  BlockColumns(const std::vector<MetaTypeColumn>& types, std::uint64_t rows,
-               bool isInPlace = false);
+  BlockColumns(const std::vector<MetaTypeColumn>& types, std::uint64_t rows, bool isDirect = false);
 
   // Whole columns, or a single value for all rows.
   void set(std::size_t column, DecodedColumn values);

@@ -8,17 +8,17 @@ BlockDecoding::BlockDecoding(BlockDecoder& decoder, FetchedBlock block, TextForm
     : BlockDecoding(decoder, std::move(block), form, -1, nullptr) {}
 
 BlockDecoding::BlockDecoding(BlockDecoder& decoder, FetchedBlock block, TextForm form,
-                             std::int64_t firstRow, std::shared_ptr<ValuePlaces> places)
+                             std::int64_t firstRow, std::shared_ptr<ValueTargets> targets)
     : m_decoder(decoder),
       m_block(std::move(block)),
       m_form(form),
       m_firstRow(firstRow),
-      m_places(std::move(places)),
-      m_columns(decoder.types(), m_block.rowCount, m_places != nullptr),
+      m_targets(std::move(targets)),
+      m_columns(decoder.types(), m_block.rowCount, m_targets != nullptr),
       m_statuses(m_block.chunks.size(), ReadStatus::corrupted) {}
 
 std::size_t BlockDecoding::byteCount() const {
-  const std::size_t rows = m_places == nullptr ? m_block.rowCount : 0;
+  const std::size_t rows = m_targets == nullptr ? m_block.rowCount : 0;
   std::size_t bytes = m_block.chunks.size() * rows * sizeof(double);
   for (const FetchedBlock::Chunk& chunk : m_block.chunks) {
     bytes += chunk.bytes.size();
@@ -61,10 +61,10 @@ void BlockDecoding::decodeColumns() {
 void BlockDecoding::decodeColumn(std::size_t index) {
   DecodedColumn values;
   const std::size_t size = fixedSizeOf(m_decoder.types()[index]);
-  if (m_places != nullptr && size > 0) {
-    if (unsigned char* place = m_places->at(index, size, m_firstRow, m_block.rowCount)) {
-      values.values = ByteBuffer(place, m_block.rowCount * size);
-      values.places = m_places;
+  if (m_targets != nullptr && size > 0) {
+    if (unsigned char* target = m_targets->at(index, size, m_firstRow, m_block.rowCount)) {
+      values.values = ByteBuffer(target, m_block.rowCount * size);
+      values.targets = m_targets;
     }
   }
   m_statuses[index] = m_decoder.decode(m_block, index, m_form, values);

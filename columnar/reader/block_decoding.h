@@ -22,13 +22,13 @@ class BlockDecoding {
   // `decoder` outlives it.
   BlockDecoding(BlockDecoder& decoder, FetchedBlock block, TextForm form = TextForm::made);
   // `firstRow` is the expected number of the block's first row among those that are read, below 0
-  // where these begin later in the block. Values of whole blocks may be decoded to `places`.
+  // where these begin later in the block. Values of whole blocks may be decoded to `targets`.
   BlockDecoding(BlockDecoder& decoder, FetchedBlock block, TextForm form, std::int64_t firstRow,
-                std::shared_ptr<ValuePlaces> places);
+                std::shared_ptr<ValueTargets> targets);
 
   const FetchedBlock& block() const { return m_block; }
   std::int64_t firstRow() const { return m_firstRow; }
-  // About as much memory as it will take, beside the places.
+  // About as much memory as it will take, beside the targets.
   std::size_t byteCount() const;
 
   // Returns when all columns are decoded, or damage has been found: the worst of it.
@@ -45,7 +45,7 @@ class BlockDecoding {
   FetchedBlock m_block;
   const TextForm m_form;
   const std::int64_t m_firstRow;
-  const std::shared_ptr<ValuePlaces> m_places;
+  const std::shared_ptr<ValueTargets> m_targets;
   BlockColumns m_columns;
   std::vector<ReadStatus> m_statuses;  // of the columns
   std::atomic<std::size_t> m_nextColumn = 0;

@@ -70,7 +70,7 @@ class BlockUnit::Rows {
 void BlockUnit::add(Part part) {
   const FetchedBlock& block = part.block->block();
   m_firstRow = m_items.empty() ? block.firstRow : m_firstRow;
-  if (m_part->places != nullptr && m_items.empty()) {
+  if (m_part->targets != nullptr && m_items.empty()) {
     const auto before = static_cast<std::int64_t>(part.block->columns().rowsBefore(part.batch));
     m_expectedRow = std::max(part.block->firstRow() + before, std::int64_t{0});
   }

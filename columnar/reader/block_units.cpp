@@ -28,8 +28,7 @@ BlockUnits::BlockUnits(const GelFile& file, const std::vector<std::size_t>& colu
       m_scan(file) {}
 
 std::size_t BlockUnits::unitsOfBlock() const {
-  return batchesOfBlock(m_file.rowsInBlock(), m_chunks->columnCount(),
-                        m_part->places != nullptr);
+  return batchesOfBlock(m_file.rowsInBlock(), m_chunks->columnCount(), m_part->targets != nullptr);
 }
 
 std::unique_ptr<BlockUnit> BlockUnits::next(TextForm form) {
@@ -107,7 +106,7 @@ std::shared_ptr<BlockDecoding> BlockUnits::begun(const BlockInfo& block, TextFor
   m_rowsBefore += static_cast<std::int64_t>(end - block.firstRow - skipped);
   const bool isWhole = skipped == 0 && end == block.lastRow() + 1;
   return std::make_shared<BlockDecoding>(m_decoder, m_chunks->fetch(block), form, firstRow,
-                                         isWhole ? m_part->places : nullptr);
+                                         isWhole ? m_part->targets : nullptr);
 }
 
 void BlockUnits::endWith(const ReadEvent& event) {

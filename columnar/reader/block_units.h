@@ -53,7 +53,7 @@ class BlockUnits {
   BlockDecoder m_decoder;
   BlockScan m_scan;
   std::int64_t m_rowsBefore = 0;  // of the part, in the blocks that were begun
-  BlockUnit::Part m_nextPart;  // of a large block; none where it has no block
+  BlockUnit::Part m_nextPart;     // of a large block; none where it has no block
   bool m_isEnded = false;
   ReadEvent m_end;
 };

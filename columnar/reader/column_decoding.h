@@ -9,16 +9,16 @@
 #include "columnar/codecs/chunk_codec.h"
 #include "columnar/format/metadata_block.h"
 #include "host/contract/row_batch.h"
-#include "host/contract/value_places.h"
+#include "host/contract/value_targets.h"
 
 namespace kelvarin {
 
 // The values of one column in one block. The type decides which member is filled, with a single
 // value where one stands for all rows.
 struct DecodedColumn {
-  ByteBuffer values;   // numbers or keys
-  DecodedTexts texts;  // all other types
-  std::shared_ptr<ValuePlaces> places;  // whose memory the values may lie in
+  ByteBuffer values;                      // numbers or keys
+  DecodedTexts texts;                     // all other types
+  std::shared_ptr<ValueTargets> targets;  // whose memory the values may lie in
 };
 
 [[nodiscard]] ReadStatus decodeColumn(ChunkDecoder& decoder, const GelColumn& column, Bytes chunk,

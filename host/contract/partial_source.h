@@ -10,7 +10,7 @@
 #include <QString>
 
 #include "base/export.h"
-#include "host/contract/value_places.h"
+#include "host/contract/value_targets.h"
 
 namespace kelvarin {
 
@@ -24,7 +24,7 @@ struct TablePart {
   // empty: there is none.
   QString rowNumberColumn;
   // Where values of these rows may be decoded; null: anywhere.
-  std::shared_ptr<ValuePlaces> places;
+  std::shared_ptr<ValueTargets> targets;
 
   bool hasRowNumbers() const { return !rowNumberColumn.isEmpty(); }
 };

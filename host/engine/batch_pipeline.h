@@ -89,7 +89,7 @@ class BatchPipeline {
   std::size_t m_bytesAlive = 0;                // of what is worked on, as it was before
   std::size_t m_resultBytesAlive = 0;          // of what has come out, and is expected to
   std::size_t m_bytesOfLastResult = 0;
-  std::size_t m_armedCount = 0;                // tasks that read units, all that there were
+  std::size_t m_armedCount = 0;  // tasks that read units, all that there were
   bool m_hasResult = false;
   bool m_isReading = false;  // a task that has not read its unit is in the window
   bool m_isDry = false;      // the source has no more units for now

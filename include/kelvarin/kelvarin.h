@@ -242,16 +242,28 @@ typedef struct kelvarin_scan_options {
                                     row in the file, counted from 0, as float64 */
   kelvarin_stop stop;            /* zero: nobody stops it */
   kelvarin_log log;
-  int32_t gathers_rows; /* 1: the first batch has all rows, each column in one piece, which is faster
-                           for who wants them all; there are several batches where damaged rows are
-                           left out, offsets of 32 bits do not suffice, or batch_rows is set */
+  int32_t gathers_rows; /* 1: for who wants all rows, which then come in one batch, each column in
+                           one piece of memory; in several where damaged rows are left out, offsets
+                           of 32 bits do not suffice, or batch_rows is set */
 } kelvarin_scan_options;
 
-#define KELVARIN_SCAN_OPTIONS_INIT                                                            \
-  {                                                                                           \
-    sizeof(kelvarin_scan_options), NULL, 0, KELVARIN_TEXT_VIEWS, 0, -1, 0, -1, NULL, 0, 0, 0, \
-        NULL, {0}, {NULL, NULL}, 0                                                            \
-  }
+#define KELVARIN_SCAN_OPTIONS_INIT \
+  {sizeof(kelvarin_scan_options),  \
+   NULL,                           \
+   0,                              \
+   KELVARIN_TEXT_VIEWS,            \
+   0,                              \
+   -1,                             \
+   0,                              \
+   -1,                             \
+   NULL,                           \
+   0,                              \
+   0,                              \
+   0,                              \
+   NULL,                           \
+   {0},                            \
+   {NULL, NULL},                   \
+   0}
 
 /* Rows of the table as a stream, which is read while it is pulled. Releasing it early ends its
  * tasks. */

@@ -32,8 +32,8 @@ class OwnedArray {
 // Lives as long as the array that was made of it.
 struct ExportedColumn {
   NullBits nulls;
-  std::size_t offset = 0;            // of the first row, in all buffers and bits
-  std::vector<const void*> buffers;  // behind the bits
+  std::size_t offset = 0;             // of the first row, in all buffers and bits
+  std::vector<const void*> buffers;   // behind the bits
   std::shared_ptr<const void> owner;  // of the values
   std::shared_ptr<const void> made;   // what was made for the array
 };

@@ -29,8 +29,8 @@ std::size_t makeViews(const RowBatch& batch, const BatchColumn& column, TextView
   TextViewer viewer(column, [&](const unsigned char* text, std::uint32_t size) {
     const auto begin = static_cast<std::size_t>(text - column.textBytes());
     used = std::max(used, begin + size);
-    return TextPlace{static_cast<std::uint32_t>(begin / kBufferStep),
-                     static_cast<std::uint32_t>(begin % kBufferStep)};
+    return TextLocation{static_cast<std::uint32_t>(begin / kBufferStep),
+                        static_cast<std::uint32_t>(begin % kBufferStep)};
   });
   viewer.viewRows(batch, column, views, nulls);
   return used;

@@ -7,6 +7,12 @@
 
 namespace kelvarin {
 
+namespace {
+
+constexpr std::size_t kSmallPage = 4096;
+
+}  // namespace
+
 unsigned char* mapLargePages(std::size_t size) {
   void* mapped = size > SIZE_MAX - kLargePage
                      ? MAP_FAILED
@@ -21,7 +27,8 @@ unsigned char* mapLargePages(std::size_t size) {
     ::munmap(first, before);
   }
   ::munmap(first + before + size, kLargePage - before);
-  ::madvise(first + before, size, MADV_HUGEPAGE);
+  // What does not fill a large page takes small ones.
+  ::madvise(first + before, size / kLargePage * kLargePage, MADV_HUGEPAGE);
   return first + before;
 }
 
@@ -33,7 +40,7 @@ std::shared_ptr<unsigned char[]> largeBytes(std::size_t size) {
   if (size < kLargePage) {
     return std::shared_ptr<unsigned char[]>(new unsigned char[size]);
   }
-  const std::size_t whole = roundedUp(size, kLargePage);
+  const std::size_t whole = roundedUp(size, kSmallPage);
   return {mapLargePages(whole), [whole](unsigned char* bytes) { unmapLargePages(bytes, whole); }};
 }
 

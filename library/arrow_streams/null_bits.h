@@ -24,7 +24,7 @@ class NullBits {
     ++m_count;
   }
   // Those of `others`, whose first row is row `begin` here, and which are so many. Bits are there
-  // for as many rows as this was told.
+  // for as many rows as were added so.
   void add(const NullBits& others, std::size_t begin, std::size_t rows) {
     if (others.m_count == 0) {
       return;

@@ -15,7 +15,7 @@ constexpr std::size_t kLargestPiece = std::size_t{8} << 20;
 TextPieces::Piece TextPieces::take(std::size_t bytes) {
   const std::size_t size = bytes + kMargin;
   const std::lock_guard lock(m_mutex);
-  // What has no room for these has little for others.
+  // What has no space for these has little for others.
   while (!m_open.empty()) {
     const Piece piece = m_open.back();
     m_open.pop_back();

@@ -27,7 +27,7 @@ class TextPieces {
     unsigned char* end() const { return bytes + used; }
   };
 
-  // A piece with room for so many bytes of texts, less than INT_MAX.
+  // A piece with space for so many bytes of texts, less than INT_MAX.
   Piece take(std::size_t bytes);
   void giveBack(const Piece& piece);
 

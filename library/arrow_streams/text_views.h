@@ -47,19 +47,19 @@ inline constexpr std::array<Mask, kMaxTextInView + 1> kMasks = masks();
 }  // namespace text_view
 
 // Where a text lies that is too long for its view.
-struct TextPlace {
+struct TextLocation {
   std::uint32_t buffer = 0;
   std::uint32_t position = 0;
 };
 
-// `placeOf(text, size)` returns the TextPlace of a long text.
-template <typename PlaceOf>
+// `locationOf(text, size)` returns the TextLocation of a long text.
+template <typename LocationOf>
 class TextViewer {
  public:
-  TextViewer(const BatchColumn& column, PlaceOf placeOf)
+  TextViewer(const BatchColumn& column, LocationOf locationOf)
       : m_bytes(column.textBytes()),
         m_end(column.textBytes() + column.textSize()),
-        m_placeOf(std::move(placeOf)) {}
+        m_locationOf(std::move(locationOf)) {}
 
   // False: the text at the position is null, and its view that of an empty one.
   bool view(std::uint32_t position, TextView& view) {
@@ -81,9 +81,9 @@ class TextViewer {
       view = {};
       return false;
     }
-    const TextPlace place = m_placeOf(text + sizeof size, size);
+    const TextLocation location = m_locationOf(text + sizeof size, size);
     std::memcpy(&view.sizeAndBeginning, text, sizeof view.sizeAndBeginning);
-    view.rest = place.buffer | std::uint64_t{place.position} << 32;
+    view.rest = location.buffer | std::uint64_t{location.position} << 32;
     return true;
   }
 
@@ -128,7 +128,7 @@ class TextViewer {
 
   const unsigned char* m_bytes;
   const unsigned char* m_end;
-  PlaceOf m_placeOf;
+  LocationOf m_locationOf;
 };
 
 }  // namespace kelvarin

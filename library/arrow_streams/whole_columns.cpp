@@ -25,9 +25,9 @@ std::size_t valueSizeOf(MetaTypeColumn type, TextFormat texts) {
 }
 
 template <typename Value>
-void placeValues(const RowBatch& batch, const Value* values, unsigned char* place,
+void storeValues(const RowBatch& batch, const Value* values, unsigned char* target,
                  NullBits& nulls) {
-  auto* rows = reinterpret_cast<Value*>(place);
+  auto* rows = reinterpret_cast<Value*>(target);
   if (batch.selection() != nullptr) {
     forEachRow(batch, 0, batch.rowCount(),
                [&](std::size_t row, std::size_t stored) { rows[row] = values[stored]; });
@@ -50,23 +50,22 @@ void copyText(const unsigned char* from, std::size_t size, const unsigned char* 
   }
 }
 
-void placeViews(const RowBatch& batch, const BatchColumn& column, TextPieces& pieces,
-                unsigned char* place, NullBits& nulls) {
+void storeViews(const RowBatch& batch, const BatchColumn& column, TextPieces& pieces,
+                unsigned char* target, NullBits& nulls) {
   const bool hasMuch = column.textSize() > kMuchText;
-  TextPieces::Piece piece =
-      pieces.take(hasMuch ? sizeOfTexts(batch, column) : column.textSize());
+  TextPieces::Piece piece = pieces.take(hasMuch ? sizeOfTexts(batch, column) : column.textSize());
   const unsigned char* const end = column.textBytes() + column.textSize();
   TextViewer viewer(column, [&](const unsigned char* text, std::uint32_t size) {
-    const TextPlace at{piece.index, static_cast<std::uint32_t>(piece.used)};
+    const TextLocation at{piece.index, static_cast<std::uint32_t>(piece.used)};
     copyText(text, size, end, piece.end());
     piece.used += size;
     return at;
   });
-  viewer.viewRows(batch, column, reinterpret_cast<TextView*>(place), nulls);
+  viewer.viewRows(batch, column, reinterpret_cast<TextView*>(target), nulls);
   pieces.giveBack(piece);
 }
 
-void packRows(const RowBatch& batch, const BatchColumn& column, PlacedRows::Column& made) {
+void packRows(const RowBatch& batch, const BatchColumn& column, WrittenRows::Column& made) {
   made.packed.bytes = std::make_unique_for_overwrite<char[]>(sizeOfTexts(batch, column));
   made.packed.ends.resize(batch.rowCount());
   packTexts(batch, column, made.packed.bytes.get(), made.packed.ends.data(), made.nulls);
@@ -74,9 +73,10 @@ void packRows(const RowBatch& batch, const BatchColumn& column, PlacedRows::Colu
 
 // Whether views, or ends of texts, can have the positions of all texts.
 bool hasFewTexts(const RowBatch& batch) {
-  return std::ranges::all_of(batch.columns(), [](const BatchColumn& column) {
-    return column.textSize() <= kMuchText;
-  }) || fitsSmallOffsets(batch);
+  return std::ranges::all_of(
+             batch.columns(),
+             [](const BatchColumn& column) { return column.textSize() <= kMuchText; }) ||
+         fitsSmallOffsets(batch);
 }
 
 }  // namespace
@@ -106,7 +106,7 @@ bool WholeColumns::begin(const TableColumns& columns) {
   return true;
 }
 
-bool WholeColumns::hasPlace(std::int64_t firstRow, std::size_t rows) const {
+bool WholeColumns::hasTarget(std::int64_t firstRow, std::size_t rows) const {
   if (firstRow < 0 || !m_hasBegun.load(std::memory_order_acquire)) {
     return false;
   }
@@ -116,7 +116,7 @@ bool WholeColumns::hasPlace(std::int64_t firstRow, std::size_t rows) const {
 
 unsigned char* WholeColumns::at(std::size_t column, std::size_t size, std::int64_t first,
                                 std::size_t rows) {
-  if (!hasPlace(first, rows) || column >= m_columns.size() ||
+  if (!hasTarget(first, rows) || column >= m_columns.size() ||
       fixedSizeOf(m_columns[column].type) != size) {
     return nullptr;
   }
@@ -129,37 +129,37 @@ std::unique_ptr<EncodedBatch> WholeColumns::encode(const RowBatch& batch) const 
 
 std::unique_ptr<EncodedBatch> WholeColumns::encodeAt(const RowBatch& batch,
                                                      std::int64_t firstRow) const {
-  if (!hasPlace(firstRow, batch.rowCount()) || !hasFewTexts(batch)) {
+  if (!hasTarget(firstRow, batch.rowCount()) || !hasFewTexts(batch)) {
     return nullptr;
   }
-  auto placed = std::make_unique<PlacedRows>();
-  placed->first = static_cast<std::size_t>(firstRow);
-  placed->count = batch.rowCount();
-  placed->columns.resize(batch.columnCount());
+  auto written = std::make_unique<WrittenRows>();
+  written->first = static_cast<std::size_t>(firstRow);
+  written->count = batch.rowCount();
+  written->columns.resize(batch.columnCount());
   for (std::size_t i = 0; i < batch.columnCount(); ++i) {
-    place(batch, i, *placed);
+    store(batch, i, *written);
   }
-  return placed;
+  return written;
 }
 
-void WholeColumns::place(const RowBatch& batch, std::size_t index, PlacedRows& placed) const {
+void WholeColumns::store(const RowBatch& batch, std::size_t index, WrittenRows& written) const {
   const Column& whole = m_columns[index];
-  PlacedRows::Column& made = placed.columns[index];
-  unsigned char* const rows = whole.values.get() + placed.first * whole.valueSize;
+  WrittenRows::Column& made = written.columns[index];
+  unsigned char* const rows = whole.values.get() + written.first * whole.valueSize;
   const BatchColumn& column = batch.column(index);
   switch (whole.type) {
     case MetaTypeColumn::number:
-      placeValues(batch, column.numbers(), rows, made.nulls);
+      storeValues(batch, column.numbers(), rows, made.nulls);
       return;
     case MetaTypeColumn::key:
-      placeValues(batch, column.keys(), rows, made.nulls);
+      storeValues(batch, column.keys(), rows, made.nulls);
       return;
     default:
       break;
   }
   const BatchColumn texts = withValidTexts(batch, column);
   if (whole.pieces != nullptr) {
-    placeViews(batch, texts, *whole.pieces, rows, made.nulls);
+    storeViews(batch, texts, *whole.pieces, rows, made.nulls);
   } else {
     packRows(batch, texts, made);
   }

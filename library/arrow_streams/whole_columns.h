@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "host/contract/batch_steps.h"
-#include "host/contract/value_places.h"
+#include "host/contract/value_targets.h"
 #include "host/tables/files/batch_reader.h"
 #include "library/arrow_streams/exported_batch.h"
 #include "library/arrow_streams/text_pieces.h"
@@ -24,7 +24,7 @@
 namespace kelvarin {
 
 // Rows that are where they belong.
-struct PlacedRows final : EncodedBatch {
+struct WrittenRows final : EncodedBatch {
   // Of texts that are packed, one behind another.
   struct PackedTexts {
     std::unique_ptr<char[]> bytes;
@@ -40,33 +40,33 @@ struct PlacedRows final : EncodedBatch {
   std::vector<Column> columns;
 };
 
-class WholeColumns final : public ValuePlaces, public BatchEncoder {
+class WholeColumns final : public ValueTargets, public BatchEncoder {
  public:
   // For at most so many rows.
   WholeColumns(std::size_t mostRows, TextFormat texts);
 
-  // False: there is no address space for them, and so no place.
+  // False: there is no address space for them, and so nowhere to write.
   bool begin(const TableColumns& columns);
 
   std::size_t mostRows() const { return m_mostRows; }
   unsigned char* at(std::size_t column, std::size_t size, std::int64_t first,
                     std::size_t rows) override;
-  // PlacedRows; null where it is not known which rows they are, or they have no place.
+  // WrittenRows; null where it is not known which rows they are, or there is no space for them.
   std::unique_ptr<EncodedBatch> encode(const RowBatch& batch) const override;
   std::unique_ptr<EncodedBatch> encodeAt(const RowBatch& batch,
                                          std::int64_t firstRow) const override;
 
   struct Column {
     MetaTypeColumn type = MetaTypeColumn::number;
-    std::size_t valueSize = 0;                 // of a view, too; 0: texts that are packed
-    std::shared_ptr<unsigned char[]> values;   // of all rows
-    std::unique_ptr<TextPieces> pieces;        // of texts with views
+    std::size_t valueSize = 0;                // of a view, too; 0: texts that are packed
+    std::shared_ptr<unsigned char[]> values;  // of all rows
+    std::unique_ptr<TextPieces> pieces;       // of texts with views
   };
   const std::vector<Column>& columns() const { return m_columns; }
 
  private:
-  bool hasPlace(std::int64_t firstRow, std::size_t rows) const;
-  void place(const RowBatch& batch, std::size_t index, PlacedRows& placed) const;
+  bool hasTarget(std::int64_t firstRow, std::size_t rows) const;
+  void store(const RowBatch& batch, std::size_t index, WrittenRows& written) const;
 
   const std::size_t m_mostRows;
   const TextFormat m_texts;

@@ -27,7 +27,7 @@ void storeOffsets(const std::vector<std::uint32_t>& ends, std::size_t base, unsi
   }
 }
 
-std::size_t sizeOf(const PlacedRows::PackedTexts& texts) {
+std::size_t sizeOf(const WrittenRows::PackedTexts& texts) {
   return texts.ends.empty() ? 0 : texts.ends.back();
 }
 
@@ -46,8 +46,8 @@ void WholeTable::begin(const TableColumns& columns) {
   }
 }
 
-// Rows that nobody has placed belong behind all others, as long as none is missing: then no place
-// from there on has been used but by rows that come later, further behind. Else they leave by
+// Rows that nobody has written belong behind all others, as long as none is missing: then nothing
+// from there on has been used but for rows that come later, further behind. Else they leave by
 // themselves.
 std::vector<OwnedArray> WholeTable::take(const RowBatch& batch,
                                          std::unique_ptr<EncodedBatch> encoded) {
@@ -60,12 +60,12 @@ std::vector<OwnedArray> WholeTable::take(const RowBatch& batch,
     std::ranges::move(exportedBatch(batch, {m_texts}, m_memory), std::back_inserter(arrays));
     return arrays;
   }
-  const auto& placed = static_cast<const PlacedRows&>(*encoded);
-  if (placed.first != m_end || !hasSpaceForTexts(placed)) {
+  const auto& written = static_cast<const WrittenRows&>(*encoded);
+  if (written.first != m_end || !hasSpaceForTexts(written)) {
     finishArray(arrays);
-    m_first = m_end = placed.first;
+    m_first = m_end = written.first;
   }
-  append(placed);
+  append(written);
   return arrays;
 }
 
@@ -75,36 +75,36 @@ std::vector<OwnedArray> WholeTable::end() {
   return arrays;
 }
 
-bool WholeTable::hasSpaceForTexts(const PlacedRows& placed) const {
+bool WholeTable::hasSpaceForTexts(const WrittenRows& written) const {
   for (std::size_t i = 0; i < m_parts.size() && m_texts == TextFormat::utf8; ++i) {
-    if (m_parts[i].packed.size + sizeOf(placed.columns[i].packed) > INT_MAX) {
+    if (m_parts[i].packed.size + sizeOf(written.columns[i].packed) > INT_MAX) {
       return false;
     }
   }
   return true;
 }
 
-void WholeTable::append(const PlacedRows& placed) {
-  m_end = placed.first + placed.count;
+void WholeTable::append(const WrittenRows& written) {
+  m_end = written.first + written.count;
   for (std::size_t i = 0; i < m_parts.size(); ++i) {
-    m_parts[i].nulls.add(placed.columns[i].nulls, placed.first, placed.count);
+    m_parts[i].nulls.add(written.columns[i].nulls, written.first, written.count);
     if (m_columns->columns()[i].valueSize == 0) {
-      appendPacked(placed, m_parts[i].packed, placed.columns[i].packed);
+      appendPacked(written, m_parts[i].packed, written.columns[i].packed);
     }
   }
 }
 
-void WholeTable::appendPacked(const PlacedRows& placed, PackedTexts& all,
-                              const PlacedRows::PackedTexts& texts) const {
+void WholeTable::appendPacked(const WrittenRows& written, PackedTexts& all,
+                              const WrittenRows::PackedTexts& texts) const {
   const std::size_t offsetSize = offsetSizeOf(m_texts);
   if (all.offsets == nullptr) {
     all.offsets = largeBytes((m_columns->mostRows() + 1) * offsetSize);
   }
   const std::size_t size = sizeOf(texts);
   if (all.bytes == nullptr || all.size + size > all.capacity) {
-    grow(all, all.size + size, placed);
+    grow(all, all.size + size, written);
   }
-  unsigned char* const offsets = all.offsets.get() + placed.first * offsetSize;
+  unsigned char* const offsets = all.offsets.get() + written.first * offsetSize;
   if (m_texts == TextFormat::utf8) {
     storeOffsets<std::int32_t>(texts.ends, all.size, offsets);
   } else {
@@ -118,8 +118,8 @@ void WholeTable::appendPacked(const PlacedRows& placed, PackedTexts& all,
 
 // As much as all rows will take if they are like those so far, and a reserve: what is not written
 // takes no memory.
-void WholeTable::grow(PackedTexts& texts, std::size_t least, const PlacedRows& placed) const {
-  const std::size_t rowsSoFar = placed.first + placed.count - m_first;
+void WholeTable::grow(PackedTexts& texts, std::size_t least, const WrittenRows& written) const {
+  const std::size_t rowsSoFar = written.first + written.count - m_first;
   const std::size_t rowsAhead = m_columns->mostRows() - m_first;
   const double expected =
       static_cast<double>(least) / static_cast<double>(rowsSoFar) * static_cast<double>(rowsAhead);

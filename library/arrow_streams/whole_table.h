@@ -20,7 +20,7 @@ class WholeTable {
   // Before the first batch.
   void begin(const TableColumns& columns);
   const BatchEncoder& encoder() const { return *m_columns; }
-  // Takes the next rows, which the encoder has placed or nobody has. Returns the arrays that are
+  // Takes the next rows, which the encoder has written or nobody has. Returns the arrays that are
   // complete.
   std::vector<OwnedArray> take(const RowBatch& batch, std::unique_ptr<EncodedBatch> encoded);
   // The last ones.
@@ -40,11 +40,11 @@ class WholeTable {
     PackedTexts packed;
   };
 
-  void append(const PlacedRows& placed);
-  void appendPacked(const PlacedRows& placed, PackedTexts& all,
-                    const PlacedRows::PackedTexts& texts) const;
-  void grow(PackedTexts& texts, std::size_t least, const PlacedRows& placed) const;
-  bool hasSpaceForTexts(const PlacedRows& placed) const;
+  void append(const WrittenRows& written);
+  void appendPacked(const WrittenRows& written, PackedTexts& all,
+                    const WrittenRows::PackedTexts& texts) const;
+  void grow(PackedTexts& texts, std::size_t least, const WrittenRows& written) const;
+  bool hasSpaceForTexts(const WrittenRows& written) const;
   void finishArray(std::vector<OwnedArray>& arrays);
   std::unique_ptr<ExportedColumn> exported(std::size_t index);
 
@@ -54,7 +54,7 @@ class WholeTable {
   std::vector<Part> m_parts;  // by column
   std::size_t m_first = 0;    // of the rows whose array is not complete
   std::size_t m_end = 0;
-  bool m_isWhole = true;      // no rows are missing, nor have left
+  bool m_isWhole = true;  // no rows are missing, nor have left
 };
 
 }  // namespace kelvarin

@@ -41,7 +41,7 @@ Outcome<std::unique_ptr<PulledStream>> ColumnarTable::scan(const ScanSettings& s
                    : nullptr;
   if (auto* source = dynamic_cast<PartialSource*>(graph->actions.front().item.get())) {
     TablePart part = settings.part;
-    part.places = whole;
+    part.targets = whole;
     source->readOnly(part);
   }
   return PulledStream::open(std::move(*graph), settings.work, settings.form, 0, std::move(whole));

@@ -10,9 +10,9 @@
 
 namespace kelvarin {
 
-class KELVARIN_CORE ValuePlaces {
+class KELVARIN_CORE ValueTargets {
  public:
-  virtual ~ValuePlaces();
+  virtual ~ValueTargets();
 
   // The memory for values of `size` bytes each, of so many rows of a column; null: none is known.
   // `first` is the number of the first row among all that the source makes, if none is damaged.

@@ -1,7 +1,0 @@
-#include "host/contract/value_places.h"
-
-namespace kelvarin {
-
-ValuePlaces::~ValuePlaces() = default;
-
-}  // namespace kelvarin
