@@ -5,11 +5,15 @@ from __future__ import annotations
 import os
 from collections.abc import Callable, Iterable, Iterator, Sequence
 from dataclasses import dataclass
-from typing import Literal, overload
+from typing import TYPE_CHECKING, Literal, overload
 
 from kelvarin import _native
+from kelvarin.frames import frame_of
 from kelvarin.rows import (
     LOGGER, TEXT_FORMATS, ArrowTable, Rows, TextFormat, as_list, column_types, columns_and_orders, log, thread_count)
+
+if TYPE_CHECKING:
+    import pandas
 
 Bound = float | int | bytes | None
 
@@ -132,6 +136,13 @@ class Scan(Rows):
         if options["row_number"] is not None:
             self.columns.append(Column(options["row_number"], "number"))
         self.blocks = Blocks(file, [(index, every[index]) for index in chosen], block_count)
+
+    def to_pandas(self) -> pandas.DataFrame:
+        """All rows as a frame of pandas. Null numbers become NaN; a column of keys with nulls becomes float64.
+
+        The numbers are read to where the frame has them.
+        """
+        return frame_of(self.read("large_string"), is_owner=True)
 
     def __repr__(self) -> str:
         shown = ", ".join(f"{column.name} ({column.type})" for column in self.columns[:8])

@@ -12,6 +12,8 @@ if TYPE_CHECKING:
 
     from kelvarin import _native
 
+from kelvarin.frames import frame_of
+
 TextFormat = Literal["view", "string", "large_string"]
 TEXT_FORMATS: dict[str, int] = {"view": 0, "string": 1, "large_string": 2}
 
@@ -74,7 +76,7 @@ class Rows:
 
     def to_pandas(self) -> pandas.DataFrame:
         """All rows as a frame of pandas. Null numbers become NaN; a column of keys with nulls becomes float64."""
-        return self.to_arrow("large_string").to_pandas(split_blocks=True, self_destruct=True)
+        return frame_of(self.read("large_string"), is_owner=False)
 
     def to_polars(self) -> polars.DataFrame:
         """All rows as a frame of Polars, which shares their memory."""
@@ -103,6 +105,11 @@ class Table(Rows):
     def read(self, texts: TextFormat = "view") -> Table:
         """The table itself: its texts stay as they are."""
         return self
+
+    def values(self, column: int) -> Any:
+        """The memory of a column of numbers or keys, as an array of numpy that can be changed; None where it is not in one
+        piece. Whoever changes it changes the table."""
+        return self._batches.values(column)
 
 
 def log(messages: list[tuple[int, str, str]]) -> None:

@@ -2,6 +2,10 @@
 
 #include <cerrno>
 
+#include <string_view>
+#include <type_traits>
+
+#include <nanobind/ndarray.h>
 #include <nanobind/stl/shared_ptr.h>
 #include <nanobind/stl/string.h>
 
@@ -172,6 +176,30 @@ nb::capsule Batches::capsule(std::shared_ptr<Batches> batches) {
   return capsuleOf(StreamOwner(made));
 }
 
+nb::object Batches::values(const std::shared_ptr<Batches>& batches, size_t column) {
+  if (batches->m_arrays.size() != 1) {
+    return nb::none();
+  }
+  const ArrowSchema& field = *batches->m_schema.get()->children[column];
+  const ArrowArray& array = *batches->m_arrays.front()->get()->children[column];
+  const std::string_view format = field.format;
+  const auto shaped = [&](auto first) {
+    auto owner = std::make_unique<std::shared_ptr<Batches>>(batches);
+    const nb::capsule capsule(owner.get(), [](void* kept) noexcept {
+      delete static_cast<std::shared_ptr<Batches>*>(kept);
+    });
+    owner.release();
+    using Value = std::remove_reference_t<decltype(*first)>;
+    const size_t rows = static_cast<size_t>(array.length);
+    return nb::cast(nb::ndarray<nb::numpy, Value, nb::ndim<1>>(first + array.offset, {rows}, capsule));
+  };
+  void* values = const_cast<void*>(array.buffers[1]);
+  if (format == "g") {
+    return shaped(static_cast<double*>(values));
+  }
+  return format == "I" ? shaped(static_cast<uint32_t*>(values)) : nb::none();
+}
+
 std::shared_ptr<ArrayOwner> Batches::batch(size_t index) const {
   return index < m_arrays.size() ? m_arrays[index] : nullptr;
 }
@@ -186,7 +214,10 @@ void bindStreams(nb::module_& module) {
   nb::class_<Batches>(module, "Batches")
       .def_prop_ro("rows", &Batches::rows)
       .def("schema", &Batches::schema)
-      .def("capsule", [](const std::shared_ptr<Batches>& self) { return Batches::capsule(self); });
+      .def("capsule", [](const std::shared_ptr<Batches>& self) { return Batches::capsule(self); })
+      .def("values", [](const std::shared_ptr<Batches>& self, size_t column) {
+        return Batches::values(self, column);
+      });
 }
 
 }  // namespace kelvarin_python

@@ -67,6 +67,10 @@ class Batches {
   int64_t rows() const { return m_rows; }
   static nb::capsule capsule(std::shared_ptr<Batches> batches);
 
+  // The memory of a column of numbers or keys, as an array of numpy; None where there is not one
+  // piece of it.
+  static nb::object values(const std::shared_ptr<Batches>& batches, size_t column);
+
   const SchemaOwner& schemaOwner() const { return m_schema; }
   // Null behind the last one.
   std::shared_ptr<ArrayOwner> batch(size_t index) const;
