@@ -15,8 +15,8 @@ constexpr std::size_t roundedUp(std::size_t size, std::size_t unit) {
   return (size + unit - 1) / unit * unit;
 }
 
-// `size` is a multiple of a page of any size. The bytes are zero, begin at a multiple of a large page
-// whatever the system has, and take memory only where they are written.
+// `size` is a multiple of a page of any size. The bytes are zero, begin at a multiple of a large
+// page whatever the system has, and take memory only where they are written.
 unsigned char* mapLargePages(std::size_t size);
 void unmapLargePages(unsigned char* bytes, std::size_t size);
 

@@ -191,7 +191,8 @@ nb::object Batches::values(const std::shared_ptr<Batches>& batches, size_t colum
     owner.release();
     using Value = std::remove_reference_t<decltype(*first)>;
     const size_t rows = static_cast<size_t>(array.length);
-    return nb::cast(nb::ndarray<nb::numpy, Value, nb::ndim<1>>(first + array.offset, {rows}, capsule));
+    return nb::cast(
+        nb::ndarray<nb::numpy, Value, nb::ndim<1>>(first + array.offset, {rows}, capsule));
   };
   void* values = const_cast<void*>(array.buffers[1]);
   if (format == "g") {
