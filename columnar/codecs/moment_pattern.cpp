@@ -2,6 +2,10 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
+#include <numeric>
+
+#include <nmmintrin.h>
 
 #include "columnar/codecs/digit_printing.h"
 
@@ -30,15 +34,26 @@ int widthOf(unsigned char component) {
   }
 }
 
-void printTwo(std::uint64_t number, unsigned char* out) {
-  static constexpr std::array<std::uint16_t, 100> kPairs = [] {
-    std::array<std::uint16_t, 100> pairs{};
-    for (std::size_t i = 0; i < pairs.size(); ++i) {
-      pairs[i] = static_cast<std::uint16_t>(('0' + i / 10) | ('0' + i % 10) << 8);
-    }
-    return pairs;
-  }();
-  storePacked(out, kPairs[number]);
+// Positions of what is put together for printing: eight digits of the date, and eight of the time
+// of day, of which two are not used. Eight digits of a fraction end with those that are printed.
+struct DigitRange {
+  int first;
+  int count;
+};
+constexpr DigitRange kPrintedDigits[] = {{0, 4}, {4, 2}, {6, 2}, {10, 2}, {12, 2}, {14, 2}};
+constexpr int kFractionEnd = 8;
+constexpr unsigned char kNoDigit = 0x80;  // becomes zero
+
+constexpr std::uint64_t inPairs(std::uint64_t first, std::uint64_t second, std::uint64_t third) {
+  return (first * 100 + second) * 100 + third;
+}
+
+std::int64_t eightDigitsOf(std::uint64_t number) {
+  return static_cast<std::int64_t>(eightDigits(static_cast<std::uint32_t>(number)));
+}
+
+__m128i loadWord(const unsigned char* bytes) {
+  return _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(bytes));
 }
 
 bool parseBelow(const unsigned char* text, std::uint64_t limit, std::uint64_t& number) {
@@ -74,6 +89,7 @@ bool MomentPattern::compile(std::string_view pattern) {
     m_largest *= has(MomentComponent::second) ? kSecondsOfDay : kMinutesOfDay;
   }
   m_largest = m_largest * powerOfTen(m_fractionDigits) - 1;
+  chooseDigits();
   return true;
 }
 
@@ -194,37 +210,55 @@ bool MomentPattern::parse(const unsigned char* text, std::uint64_t& moment) cons
   return true;
 }
 
-void MomentPattern::printDate(std::uint64_t days, unsigned char* out) const {
-  const std::chrono::year_month_day date(kFirstDay + std::chrono::days(days));
-  const auto year = static_cast<unsigned>(static_cast<int>(date.year()));
-  unsigned char* const at4 = out + at(MomentComponent::year);
-  printTwo(year / 100, at4);
-  printTwo(year % 100, at4 + 2);
-  printTwo(static_cast<unsigned>(date.month()), out + at(MomentComponent::month));
-  printTwo(static_cast<unsigned>(date.day()), out + at(MomentComponent::day));
+void MomentPattern::chooseDigits() {
+  m_digits.fill(kNoDigit);
+  m_fraction.fill(kNoDigit);
+  const auto choose = [](Digits& digits, int at, DigitRange range) {
+    std::iota(digits.begin() + at, digits.begin() + at + range.count,
+              static_cast<unsigned char>(range.first));
+  };
+  for (std::size_t component = 0; component < std::size(kPrintedDigits); ++component) {
+    if (m_at[component] != kAbsent) {
+      choose(m_digits, m_at[component], kPrintedDigits[component]);
+    }
+  }
+  if (m_fractionDigits > 0) {
+    choose(m_fraction, at(MomentComponent::fractionDigit),
+           {kFractionEnd - m_fractionDigits, m_fractionDigits});
+  }
 }
 
 void MomentPattern::print(std::uint64_t moment, unsigned char* out) const {
-  std::copy(m_characters.begin(), m_characters.end(), out);
+  __m128i fraction = _mm_setzero_si128();
   if (m_fractionDigits > 0) {
     const std::uint64_t power = powerOfTen(m_fractionDigits);
-    unsigned char digits[8];
-    printUpToEightDigits(static_cast<std::uint32_t>(moment % power), m_fractionDigits, digits);
-    std::copy_n(digits, m_fractionDigits, out + at(MomentComponent::fractionDigit));
+    fraction = _mm_cvtsi64_si128(eightDigitsOf(moment % power));
     moment /= power;
   }
+  std::uint64_t second = 0;
   if (has(MomentComponent::second)) {
-    printTwo(moment % 60, out + at(MomentComponent::second));
+    second = moment % 60;
     moment /= 60;
   }
+  std::int64_t time = 0;
   if (has(MomentComponent::hour)) {
-    printTwo(moment % 60, out + at(MomentComponent::minute));
-    moment /= 60;
-    printTwo(moment % 24, out + at(MomentComponent::hour));
-    moment /= 24;
+    const std::uint64_t minutes = moment % kMinutesOfDay;
+    time = eightDigitsOf(inPairs(minutes / 60, minutes % 60, second));
+    moment /= kMinutesOfDay;
   }
+  std::int64_t date = 0;
   if (has(MomentComponent::year)) {
-    printDate(moment, out);
+    const std::chrono::year_month_day day(kFirstDay + std::chrono::days(moment));
+    date = eightDigitsOf(inPairs(static_cast<unsigned>(static_cast<int>(day.year())),
+                                 static_cast<unsigned>(day.month()),
+                                 static_cast<unsigned>(day.day())));
+  }
+  const __m128i digits = _mm_set_epi64x(time, date);
+  for (std::size_t i = 0; i < m_size; i += sizeof digits) {
+    const __m128i chosen = _mm_or_si128(_mm_shuffle_epi8(digits, loadWord(&m_digits[i])),
+                                        _mm_shuffle_epi8(fraction, loadWord(&m_fraction[i])));
+    _mm_storeu_si128(reinterpret_cast<__m128i_u*>(out + i),
+                     _mm_or_si128(chosen, loadWord(&m_characters[i])));
   }
 }
 

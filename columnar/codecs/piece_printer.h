@@ -8,6 +8,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <span>
 #include <string>
 
 #include "columnar/codecs/digit_printing.h"
@@ -45,9 +46,9 @@ inline constexpr std::array<SmallNumber, 1000> kSmallNumbers = [] {
 
 class PiecePrinter {
  public:
-  // What one piece takes at most, and how many bytes behind it printing may touch.
-  static constexpr std::size_t kLongestNumber = 40;  // digits are at most 19 and a separator
+  // How many bytes behind a piece printing may touch.
   static constexpr std::size_t kOverrun = 64;
+  using Word = std::array<unsigned char, 16>;
 
   // False: the pattern of a moment is none.
   [[nodiscard]] bool set(const TemplatePiece& piece) {
@@ -103,6 +104,22 @@ class PiecePrinter {
     return m_kind != PieceKind::number && m_kind != PieceKind::varyingDigits &&
            m_kind != PieceKind::decimal;
   }
+  // No number takes more bytes.
+  std::size_t longestNumber() const {
+    return hasFixedWidth() ? sizeOf(0)
+                           : kMaxDecimalDigits + std::size_t{m_kind == PieceKind::decimal};
+  }
+
+  // Prints the numbers of a field of fixed width, each `step` bytes behind the one before, and the
+  // bytes that stand behind each. Nothing behind these is touched.
+  void printFixedWidth(std::span<const std::uint64_t> numbers, const Word& behind,
+                       unsigned char* out, std::size_t step) const;
+  // The same for a field of varying width. Notes what each number and so many bytes behind it take,
+  // and returns the most that a number takes by itself, or more.
+  std::size_t printVaryingWidth(std::span<const std::uint64_t> numbers, const Word& behind,
+                                std::size_t sizeBehind, unsigned char* out, std::size_t step,
+                                std::uint8_t* sizes) const;
+
   // How many bytes the number takes.
   std::size_t sizeOf(std::uint64_t number) const {
     switch (m_kind) {
@@ -144,17 +161,20 @@ class PiecePrinter {
   int digitsOfDecimal(std::uint64_t number) const {
     return std::max(digitCount(number), m_width + 1);
   }
+  // Of up to eight digits.
+  unsigned char* printShortDecimal(std::uint64_t number, int count, unsigned char* out) const {
+    const std::uint64_t eight = eightDigits(static_cast<std::uint32_t>(number)) >> 8 * (8 - count);
+    const int whole = count - m_width;
+    storePacked(out, eight);
+    out[whole] = m_separator;
+    storePacked(out + whole + 1, eight >> 8 * whole);
+    return out + count + 1;
+  }
   // Prints all digits, and moves those of the fraction by the separator.
   unsigned char* printDecimal(std::uint64_t number, unsigned char* out) const {
     const int count = digitsOfDecimal(number);
     if (count <= 8) {
-      const std::uint64_t eight =
-          eightDigits(static_cast<std::uint32_t>(number)) >> 8 * (8 - count);
-      const int whole = count - m_width;
-      storePacked(out, eight);
-      out[whole] = m_separator;
-      storePacked(out + whole + 1, eight >> 8 * whole);
-      return out + count + 1;
+      return printShortDecimal(number, count, out);
     }
     printDigits(number, count, out);
     unsigned char* const fraction = out + count - m_width;
@@ -170,6 +190,18 @@ class PiecePrinter {
   unsigned char m_separator = 0;
   std::string m_fixed;  // with a margin for whole words
   MomentPattern m_moment;
+};
+
+// A number of a field as it is printed.
+class PrintedNumber {
+ public:
+  std::string_view print(const PiecePrinter& printer, std::uint64_t number) {
+    const unsigned char* end = printer.printNumber(number, m_bytes);
+    return {reinterpret_cast<const char*>(m_bytes), static_cast<std::size_t>(end - m_bytes)};
+  }
+
+ private:
+  unsigned char m_bytes[MomentPattern::kMaxSize + PiecePrinter::kOverrun];
 };
 
 }  // namespace kelvarin
