@@ -210,6 +210,7 @@ bool IntegerColumn::take(ByteReader& reader, std::size_t count, std::uint64_t la
       if (m_base <= largest) {
         m_isBounded = m_packed.largest() <= largest - m_base;
         m_valueCount = std::min(m_packed.largest(), largest - m_base) + 1;
+        m_largest = m_base + (m_valueCount - 1);
       }
       return true;
     case IntegerLayout::delta:
@@ -223,8 +224,10 @@ bool IntegerColumn::take(ByteReader& reader, std::size_t count, std::uint64_t la
       if (!takeEntries(reader) || !m_packed.take(reader, count)) {
         return false;
       }
-      if (*std::max_element(m_entries.begin(), m_entries.end()) <= largest) {
+      if (const std::uint64_t entry = *std::max_element(m_entries.begin(), m_entries.end());
+          entry <= largest) {
         m_valueCount = m_entries.size();
+        m_largest = entry;
       }
       return true;
   }

@@ -67,6 +67,9 @@ class IntegerColumn {
   // All numbers are the same one, without being stored for each.
   bool isConstant() const { return m_layout == IntegerLayout::constant; }
 
+  // No number is larger.
+  std::uint64_t largest() const { return m_largest; }
+
   // Makes sure that number() can be asked for another one. False where they are damaged or end.
   [[nodiscard]] bool hasNext() { return m_next < m_loaded || load(); }
   std::uint64_t number() { return m_numbers[m_next++]; }

@@ -5,9 +5,8 @@
 #include <iterator>
 #include <numeric>
 
-#include <nmmintrin.h>
-
 #include "columnar/codecs/digit_printing.h"
+#include "columnar/codecs/wide_digits.h"
 
 namespace kelvarin {
 
@@ -34,8 +33,8 @@ int widthOf(unsigned char component) {
   }
 }
 
-// Positions of what is put together for printing: eight digits of the date, and eight of the time
-// of day, of which two are not used. Eight digits of a fraction end with those that are printed.
+// Positions of what is put together for printing: century, year, month and day, a pair that is 0,
+// hour, minute and second. Eight digits of a fraction end with those that are printed.
 struct DigitRange {
   int first;
   int count;
@@ -44,12 +43,17 @@ constexpr DigitRange kPrintedDigits[] = {{0, 4}, {4, 2}, {6, 2}, {10, 2}, {12, 2
 constexpr int kFractionEnd = 8;
 constexpr unsigned char kNoDigit = 0x80;  // becomes zero
 
-constexpr std::uint64_t inPairs(std::uint64_t first, std::uint64_t second, std::uint64_t third) {
-  return (first * 100 + second) * 100 + third;
+// Four numbers below 100.
+constexpr std::int64_t pairsOf(std::uint64_t first, std::uint64_t second, std::uint64_t third,
+                               std::uint64_t fourth) {
+  return static_cast<std::int64_t>(first | second << 16 | third << 32 | fourth << 48);
 }
 
-std::int64_t eightDigitsOf(std::uint64_t number) {
-  return static_cast<std::int64_t>(eightDigits(static_cast<std::uint32_t>(number)));
+std::int64_t pairsOfDate(std::uint64_t days) {
+  const std::chrono::year_month_day date(kFirstDay + std::chrono::days(days));
+  const auto year = static_cast<unsigned>(static_cast<int>(date.year()));
+  return pairsOf(year / 100, year % 100, static_cast<unsigned>(date.month()),
+                 static_cast<unsigned>(date.day()));
 }
 
 __m128i loadWord(const unsigned char* bytes) {
@@ -228,37 +232,46 @@ void MomentPattern::chooseDigits() {
   }
 }
 
-void MomentPattern::print(std::uint64_t moment, unsigned char* out) const {
-  __m128i fraction = _mm_setzero_si128();
-  if (m_fractionDigits > 0) {
-    const std::uint64_t power = powerOfTen(m_fractionDigits);
-    fraction = _mm_cvtsi64_si128(eightDigitsOf(moment % power));
-    moment /= power;
-  }
-  std::uint64_t second = 0;
-  if (has(MomentComponent::second)) {
-    second = moment % 60;
-    moment /= 60;
-  }
-  std::int64_t time = 0;
-  if (has(MomentComponent::hour)) {
-    const std::uint64_t minutes = moment % kMinutesOfDay;
-    time = eightDigitsOf(inPairs(minutes / 60, minutes % 60, second));
-    moment /= kMinutesOfDay;
-  }
-  std::int64_t date = 0;
-  if (has(MomentComponent::year)) {
-    const std::chrono::year_month_day day(kFirstDay + std::chrono::days(moment));
-    date = eightDigitsOf(inPairs(static_cast<unsigned>(static_cast<int>(day.year())),
-                                 static_cast<unsigned>(day.month()),
-                                 static_cast<unsigned>(day.day())));
-  }
-  const __m128i digits = _mm_set_epi64x(time, date);
-  for (std::size_t i = 0; i < m_size; i += sizeof digits) {
-    const __m128i chosen = _mm_or_si128(_mm_shuffle_epi8(digits, loadWord(&m_digits[i])),
-                                        _mm_shuffle_epi8(fraction, loadWord(&m_fraction[i])));
-    _mm_storeu_si128(reinterpret_cast<__m128i_u*>(out + i),
-                     _mm_or_si128(chosen, loadWord(&m_characters[i])));
+void MomentPattern::printAll(std::span<const std::uint64_t> moments, unsigned char* out,
+                             std::size_t step) const {
+  const bool hasDate = has(MomentComponent::year);
+  const bool hasTime = has(MomentComponent::hour);
+  const bool hasSecond = has(MomentComponent::second);
+  const bool hasFraction = m_fractionDigits > 0;
+  const bool isLong = m_size > sizeof(__m128i);
+  const std::uint64_t power = powerOfTen(m_fractionDigits);
+  const __m128i zero = _mm_set1_epi8('0');
+  const auto print = [this](std::size_t at, __m128i digits, __m128i fraction, unsigned char* to) {
+    const __m128i chosen = _mm_or_si128(_mm_shuffle_epi8(digits, loadWord(&m_digits[at])),
+                                        _mm_shuffle_epi8(fraction, loadWord(&m_fraction[at])));
+    _mm_storeu_si128(reinterpret_cast<__m128i_u*>(to + at),
+                     _mm_or_si128(chosen, loadWord(&m_characters[at])));
+  };
+  for (std::uint64_t moment : moments) {
+    __m128i fraction = zero;
+    if (hasFraction) {
+      fraction = _mm_cvtsi64_si128(
+          static_cast<std::int64_t>(eightDigits(static_cast<std::uint32_t>(moment % power))));
+      moment /= power;
+    }
+    std::uint64_t second = 0;
+    if (hasSecond) {
+      second = moment % 60;
+      moment /= 60;
+    }
+    std::int64_t time = 0;
+    if (hasTime) {
+      const auto minutes = static_cast<std::uint32_t>(moment % kMinutesOfDay);
+      time = pairsOf(0, minutes / 60, minutes % 60, second);
+      moment /= kMinutesOfDay;
+    }
+    const std::int64_t date = hasDate ? pairsOfDate(moment) : 0;
+    const __m128i digits = _mm_or_si128(digitsOfPairs(_mm_set_epi64x(time, date)), zero);
+    print(0, digits, fraction, out);
+    if (isLong) {
+      print(sizeof digits, digits, fraction, out);
+    }
+    out += step;
   }
 }
 

@@ -11,6 +11,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -46,7 +47,9 @@ class MomentPattern {
   // `text` has size() bytes. False when they are no moment in this pattern.
   [[nodiscard]] bool parse(const unsigned char* text, std::uint64_t& moment) const;
   // Writes one or two words of 16 bytes, of which the first size() bytes count.
-  void print(std::uint64_t moment, unsigned char* out) const;
+  void print(std::uint64_t moment, unsigned char* out) const { printAll({&moment, 1}, out, 0); }
+  // Prints each so many bytes behind the one before.
+  void printAll(std::span<const std::uint64_t> moments, unsigned char* out, std::size_t step) const;
 
  private:
   static constexpr int kAbsent = -1;

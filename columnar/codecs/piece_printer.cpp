@@ -1,138 +1,192 @@
 #include "columnar/codecs/piece_printer.h"
 
-#include <nmmintrin.h>
+#include <numeric>
 
-#include "columnar/codecs/integer_kernels.h"
+#include "columnar/codecs/wide_digits.h"
 
 namespace kelvarin {
 
 namespace {
 
 constexpr std::uint64_t kTenTo8 = 100'000'000;
+constexpr int kShortWidth = 8;
 
-__m128i loadWord(const PiecePrinter::Word& word) {
-  return _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(word.data()));
+__m128i loadWord(const void* bytes) {
+  return _mm_loadu_si128(static_cast<const __m128i_u*>(bytes));
 }
 
 void storeWord(unsigned char* out, __m128i word) {
   _mm_storeu_si128(reinterpret_cast<__m128i_u*>(out), word);
 }
 
-// Calls print(number, out) for each, which prints `width` bytes.
-template <typename Print>
-void printEach(std::span<const std::uint64_t> numbers, const PiecePrinter::Word& behind, int width,
-               unsigned char* out, std::size_t step, Print print) {
-  const __m128i word = loadWord(behind);
-  for (const std::uint64_t number : numbers) {
-    print(number, out);
-    storeWord(out + width, word);
-    out += step;
+// Stores what is printed of each number, and the bytes behind it.
+class CellWriter {
+ public:
+  explicit CellWriter(const PieceCells& cells)
+      : m_behind(loadWord(cells.behind.data())),
+        m_sizeBehind(cells.sizeBehind),
+        m_out(cells.out),
+        m_step(cells.step),
+        m_sizes(cells.sizes) {}
+
+  unsigned char* out() const { return m_out; }
+  // The cell has so many bytes.
+  void finish(int width) {
+    storeWord(m_out + width, m_behind);
+    m_out += m_step;
   }
-}
-
-// Calls print(number, out) for each, which returns the end.
-template <typename Print>
-void printEach(std::span<const std::uint64_t> numbers, const PiecePrinter::Word& behind,
-               std::size_t sizeBehind, unsigned char* out, std::size_t step, std::uint8_t* sizes,
-               Print print) {
-  const __m128i word = loadWord(behind);
-  for (std::size_t i = 0; i < numbers.size(); ++i) {
-    unsigned char* const end = print(numbers[i], out);
-    storeWord(end, word);
-    sizes[i] = static_cast<std::uint8_t>(static_cast<std::size_t>(end - out) + sizeBehind);
-    out += step;
+  void finishVarying(int width) {
+    *m_sizes++ = static_cast<std::uint8_t>(width + m_sizeBehind);
+    finish(width);
   }
-}
 
-// The first `width` of 16 hexadecimal digits count.
-struct HexDigits {
-  __m128i digits;  // by value
-  int shift;
-
-  HexDigits(const char (&characters)[17], int width)
-      : digits(_mm_loadu_si128(reinterpret_cast<const __m128i_u*>(characters))),
-        shift(4 * (kMaxHexDigits - width)) {}
-
-  void operator()(std::uint64_t number, unsigned char* out) const {
-    const auto bytes = static_cast<long long>(__builtin_bswap64(number << shift));
-    const __m128i lowest = _mm_set1_epi8(0x0F);
-    const __m128i pairs = _mm_cvtsi64_si128(bytes);
-    const __m128i values = _mm_unpacklo_epi8(_mm_and_si128(_mm_srli_epi64(pairs, 4), lowest),
-                                             _mm_and_si128(pairs, lowest));
-    storeWord(out, _mm_shuffle_epi8(digits, values));
-  }
+ private:
+  const __m128i m_behind;
+  const int m_sizeBehind;
+  unsigned char* m_out;
+  const std::size_t m_step;
+  std::uint8_t* m_sizes;
 };
+
+// Calls use(digits) for the eight digits of each number below 10^8.
+template <typename Use>
+void forEachShort(std::span<const std::uint64_t> numbers, Use use) {
+  std::size_t i = 0;
+  for (; i + 1 < numbers.size(); i += 2) {
+    const __m128i digits = eightDigitsOfBoth(numbers[i], numbers[i + 1]);
+    use(static_cast<std::uint64_t>(_mm_cvtsi128_si64(digits)));
+    use(static_cast<std::uint64_t>(_mm_extract_epi64(digits, 1)));
+  }
+  if (i < numbers.size()) {
+    use(static_cast<std::uint64_t>(_mm_cvtsi128_si64(eightDigitsOfBoth(numbers[i], 0))));
+  }
+}
+
+void printFixedDigits(std::span<const std::uint64_t> numbers, int width, std::uint64_t largest,
+                      CellWriter cells) {
+  if (width <= kShortWidth) {
+    forEachShort(numbers, [&cells, width](std::uint64_t digits) {
+      storePacked(cells.out(), charactersOf(digits) >> (8 * (kShortWidth - width)));
+      cells.finish(width);
+    });
+  } else if (largest < kTenTo8 && width <= 2 * kShortWidth) {
+    forEachShort(numbers, [&cells, width](std::uint64_t digits) {
+      storePacked(cells.out(), charactersOf(std::uint64_t{0}));
+      storePacked(cells.out() + width - kShortWidth, charactersOf(digits));
+      cells.finish(width);
+    });
+  } else {
+    for (const std::uint64_t number : numbers) {
+      printDigits(number, width, cells.out());
+      cells.finish(width);
+    }
+  }
+}
+
+void printFixedHex(std::span<const std::uint64_t> numbers, int width, bool isUpper,
+                   CellWriter cells) {
+  const __m128i characters = loadWord(isUpper ? "0123456789ABCDEF" : "0123456789abcdef");
+  const __m128i lowest = _mm_set1_epi8(0x0F);
+  const int shift = 4 * (kMaxHexDigits - width);
+  for (const std::uint64_t number : numbers) {
+    const auto bytes = static_cast<std::int64_t>(__builtin_bswap64(number << shift));
+    const __m128i pairs = _mm_cvtsi64_si128(bytes);
+    const __m128i digits = _mm_unpacklo_epi8(_mm_and_si128(_mm_srli_epi64(pairs, 4), lowest),
+                                             _mm_and_si128(pairs, lowest));
+    storeWord(cells.out(), _mm_shuffle_epi8(characters, digits));
+    cells.finish(width);
+  }
+}
+
+void printSmall(std::span<const std::uint64_t> numbers, CellWriter cells) {
+  for (const std::uint64_t number : numbers) {
+    const SmallNumber& small = kSmallNumbers[number];
+    std::memcpy(cells.out(), &small, sizeof small);
+    cells.finishVarying(small.count);
+  }
+}
+
+void printShort(std::span<const std::uint64_t> numbers, CellWriter cells) {
+  forEachShort(numbers, [&cells](std::uint64_t digits) {
+    const int left = bitsOfLeadingZeros(digits, 1);
+    storePacked(cells.out(), charactersOf(digits) >> left);
+    cells.finishVarying(kShortWidth - left / 8);
+  });
+}
+
+void printShortDecimals(std::span<const std::uint64_t> numbers, int width, unsigned char separator,
+                        CellWriter cells) {
+  forEachShort(numbers, [&cells, width, separator](std::uint64_t digits) {
+    const int left = bitsOfLeadingZeros(digits, width + 1);
+    const std::uint64_t characters = charactersOf(digits) >> left;
+    const int whole = kShortWidth - left / 8 - width;
+    storePacked(cells.out(), characters);
+    cells.out()[whole] = separator;
+    storePacked(cells.out() + whole + 1, characters >> (8 * whole));
+    cells.finishVarying(whole + 1 + width);
+  });
+}
 
 }  // namespace
 
-void PiecePrinter::printFixedWidth(std::span<const std::uint64_t> numbers, const Word& behind,
-                                   unsigned char* out, std::size_t step) const {
-  const int width = m_width;
+void PiecePrinter::printFixedWidth(std::span<const std::uint64_t> numbers,
+                                   const PieceCells& cells) const {
   switch (m_kind) {
     case PieceKind::digits:
-      if (width <= 8) {
-        return printEach(numbers, behind, width, out, step,
-                         [shift = 8 * (8 - width)](std::uint64_t number, unsigned char* to) {
-                           storePacked(to,
-                                       eightDigits(static_cast<std::uint32_t>(number)) >> shift);
-                         });
-      }
-      return printEach(
-          numbers, behind, width, out, step,
-          [width](std::uint64_t number, unsigned char* to) { printDigits(number, width, to); });
+      return printFixedDigits(numbers, m_width, cells.largest, CellWriter(cells));
     case PieceKind::lowerHex:
-      return printEach(numbers, behind, width, out, step, HexDigits("0123456789abcdef", width));
+      return printFixedHex(numbers, m_width, false, CellWriter(cells));
     case PieceKind::upperHex:
-      return printEach(numbers, behind, width, out, step, HexDigits("0123456789ABCDEF", width));
+      return printFixedHex(numbers, m_width, true, CellWriter(cells));
     default:
-      return printEach(
-          numbers, behind, static_cast<int>(m_moment.size()), out, step,
-          [this](std::uint64_t number, unsigned char* to) { m_moment.print(number, to); });
+      m_moment.printAll(numbers, cells.out, cells.step);
+  }
+  CellWriter writer(cells);
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    writer.finish(static_cast<int>(m_moment.size()));
   }
 }
 
 std::size_t PiecePrinter::printVaryingWidth(std::span<const std::uint64_t> numbers,
-                                            const Word& behind, std::size_t sizeBehind,
-                                            unsigned char* out, std::size_t step,
-                                            std::uint8_t* sizes) const {
-  const auto print = [&](auto printOne) {
-    printEach(numbers, behind, sizeBehind, out, step, sizes, printOne);
-  };
-  const std::uint64_t largest = kernels::largestOf(numbers);
-  const bool areShort = largest < kTenTo8;
-  switch (m_kind) {
-    case PieceKind::number:
-      if (largest < kSmallNumbers.size()) {
-        print([](std::uint64_t number, unsigned char* to) {
-          const SmallNumber& small = kSmallNumbers[number];
-          std::memcpy(to, &small, sizeof small);
-          return to + small.count;
-        });
-        return sizeof SmallNumber::digits;
-      }
-      if (areShort) {
-        print([](std::uint64_t number, unsigned char* to) {
-          const int width = digitCount(number);
-          printUpToEightDigits(static_cast<std::uint32_t>(number), width, to);
-          return to + width;
-        });
-        return 8;
-      }
-      print([](std::uint64_t number, unsigned char* to) { return printShortest(number, to); });
-      break;
-    case PieceKind::varyingDigits:
-      print([](std::uint64_t number, unsigned char* to) { return printVaryingDigits(number, to); });
-      break;
-    default:
-      if (areShort && m_width < 8) {
-        print([this](std::uint64_t number, unsigned char* to) {
-          return printShortDecimal(number, digitsOfDecimal(number), to);
-        });
-        return 8 + 1;
-      }
-      print([this](std::uint64_t number, unsigned char* to) { return printDecimal(number, to); });
+                                            const PieceCells& cells) const {
+  CellWriter writer(cells);
+  if (m_kind == PieceKind::number && cells.largest < kSmallNumbers.size()) {
+    printSmall(numbers, writer);
+    return sizeof SmallNumber::digits;
+  }
+  const bool areShort = cells.largest < kTenTo8;
+  if (m_kind == PieceKind::number && areShort) {
+    printShort(numbers, writer);
+    return kShortWidth;
+  }
+  if (m_kind == PieceKind::decimal && areShort && m_width < kShortWidth) {
+    printShortDecimals(numbers, m_width, m_separator, writer);
+    return kShortWidth + 1;
+  }
+  for (const std::uint64_t number : numbers) {
+    const unsigned char* const end = printNumber(number, writer.out());
+    writer.finishVarying(static_cast<int>(end - writer.out()));
   }
   return longestNumber();
+}
+
+std::uint64_t PiecePrinter::sizeOfAll(std::span<const std::uint64_t> numbers) const {
+  const auto sumOf = [&](auto sizeOfOne) {
+    return std::accumulate(numbers.begin(), numbers.end(), std::uint64_t{0},
+                           [&](std::uint64_t sum, std::uint64_t number) {
+                             return sum + static_cast<std::uint64_t>(sizeOfOne(number));
+                           });
+  };
+  switch (m_kind) {
+    case PieceKind::number:
+      return sumOf(digitCount);
+    case PieceKind::varyingDigits:
+      return sumOf(widthOfVaryingDigits);
+    case PieceKind::decimal:
+      return sumOf([this](std::uint64_t number) { return digitsOfDecimal(number) + 1; });
+    default:
+      return numbers.size() * longestNumber();
+  }
 }
 
 }  // namespace kelvarin

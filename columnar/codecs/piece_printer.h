@@ -1,4 +1,5 @@
-// Prints the pieces of a template that are no texts: fixed bytes, digits, and moments.
+// Prints the pieces of a template that are no texts: fixed bytes, digits, and moments; one, or those
+// of many rows.
 //
 // Used wherever texts with a shape are made or compared.
 // Threads: any, once the piece is set.
@@ -44,11 +45,25 @@ inline constexpr std::array<SmallNumber, 1000> kSmallNumbers = [] {
   return numbers;
 }();
 
+// Where numbers of a field are printed: each with a distance from the one before, and what stands
+// behind it. Nothing behind these bytes is touched.
+struct PieceCells {
+  using Word = std::array<unsigned char, 16>;
+
+  unsigned char* out = nullptr;
+  std::size_t step = 0;
+  Word behind{};
+  // Of fields of varying width: how many bytes behind the number belong to it, and for each number
+  // what it takes with these.
+  int sizeBehind = 0;
+  std::uint8_t* sizes = nullptr;
+  std::uint64_t largest = 0;  // no number is larger
+};
+
 class PiecePrinter {
  public:
   // How many bytes behind a piece printing may touch.
   static constexpr std::size_t kOverrun = 64;
-  using Word = std::array<unsigned char, 16>;
 
   // False: the pattern of a moment is none.
   [[nodiscard]] bool set(const TemplatePiece& piece) {
@@ -110,16 +125,15 @@ class PiecePrinter {
                            : kMaxDecimalDigits + std::size_t{m_kind == PieceKind::decimal};
   }
 
-  // Prints the numbers of a field of fixed width, each `step` bytes behind the one before, and the
-  // bytes that stand behind each. Nothing behind these is touched.
-  void printFixedWidth(std::span<const std::uint64_t> numbers, const Word& behind,
-                       unsigned char* out, std::size_t step) const;
-  // The same for a field of varying width. Notes what each number and so many bytes behind it take,
-  // and returns the most that a number takes by itself, or more.
-  std::size_t printVaryingWidth(std::span<const std::uint64_t> numbers, const Word& behind,
-                                std::size_t sizeBehind, unsigned char* out, std::size_t step,
-                                std::uint8_t* sizes) const;
+  // Prints the numbers of a field of fixed width.
+  void printFixedWidth(std::span<const std::uint64_t> numbers, const PieceCells& cells) const;
+  // The same for a field of varying width, with the sizes. Returns the most bytes that a number
+  // takes by itself, or more.
+  std::size_t printVaryingWidth(std::span<const std::uint64_t> numbers,
+                                const PieceCells& cells) const;
 
+  // How many bytes the numbers take together.
+  std::uint64_t sizeOfAll(std::span<const std::uint64_t> numbers) const;
   // How many bytes the number takes.
   std::size_t sizeOf(std::uint64_t number) const {
     switch (m_kind) {

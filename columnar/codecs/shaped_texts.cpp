@@ -42,7 +42,7 @@ class ChosenTexts {
       } else if (piece.isFixed()) {
         m_batch.addFixed(piece.printer.fixedBytes());
       } else {
-        m_batch.addNumbers(piece.printer);
+        m_batch.addNumbers(piece.printer, piece.largest);
       }
     }
     m_batch.finish(rows);

@@ -6,7 +6,7 @@ namespace kelvarin {
 
 namespace {
 
-constexpr std::size_t kWord = sizeof(PiecePrinter::Word);
+constexpr std::size_t kWord = sizeof(PieceCells::Word);
 // Fields of fixed widths are joined up to this size.
 constexpr std::size_t kLongestRun = 64;
 
@@ -34,17 +34,17 @@ void TemplateBatch::addFixed(std::string_view bytes) {
   part.size += bytes.size();
 }
 
-void TemplateBatch::addNumbers(const PiecePrinter& printer) {
+void TemplateBatch::addNumbers(const PiecePrinter& printer, std::uint64_t largest) {
   const std::size_t size = printer.longestNumber();
   if (!printer.hasFixedWidth()) {
     Part& part = m_parts.emplace_back();
     part.kind = PartKind::number;
     part.size = size;
-    m_fields.push_back({&printer, m_parts.size() - 1, 0, {}});
+    m_fields.push_back({&printer, m_parts.size() - 1, 0, {.largest = largest}});
     return;
   }
   Part& part = openRun(size);
-  m_fields.push_back({&printer, m_parts.size() - 1, part.size, {}});
+  m_fields.push_back({&printer, m_parts.size() - 1, part.size, {.largest = largest}});
   part.fixed.append(size, '\0');
   part.size += size;
   part.touched = std::max(part.touched, part.size + kWord);
@@ -58,48 +58,57 @@ void TemplateBatch::addTexts(const unsigned char* bytes) {
 }
 
 // Fields leave the bytes around them as they are, so the others are written once.
-void TemplateBatch::finishRun(Part& part, std::size_t maxRows) {
+unsigned char* TemplateBatch::makeRun(Part& part, std::size_t maxRows) {
   const bool hasFields = part.touched > 0;
   const std::size_t rows = hasFields ? maxRows : 1;
   part.step = hasFields ? roundedUp(part.touched) : 0;
   part.copied = part.size;
-  part.cells = m_cells.emplace_back(rows * part.step + roundedUp(part.size)).data();
+  m_longestText += part.size;
+  auto& cells = m_cells.emplace_back(rows * part.step + roundedUp(part.size));
   for (std::size_t row = 0; row < rows; ++row) {
-    part.fixed.copy(reinterpret_cast<char*>(part.cells + row * part.step), part.size);
+    part.fixed.copy(reinterpret_cast<char*>(cells.data() + row * part.step), part.size);
   }
+  return cells.data();
 }
 
 // What printing a number touches behind its cell is written again with the next number.
-void TemplateBatch::finishNumber(Part& part, std::size_t maxRows) {
+unsigned char* TemplateBatch::makeNumbers(Part& part, std::size_t maxRows) {
   part.size += part.fixed.size();
   part.step = roundedUp(part.size);
-  part.cells = m_cells.emplace_back(maxRows * part.step + PiecePrinter::kOverrun).data();
-  part.sizes = m_sizes.emplace_back(maxRows).data();
+  m_longestText += part.size;
+  return m_cells.emplace_back(maxRows * part.step + PiecePrinter::kOverrun).data();
 }
 
 void TemplateBatch::finish(std::size_t maxRows) {
   maxRows = std::min(maxRows, kMaxRows);
   m_longestText = kOverrun;
+  std::vector<unsigned char*> cells;
   for (Part& part : m_parts) {
     if (part.kind == PartKind::texts) {
       m_longestText += kShortText;
+      cells.push_back(nullptr);
       continue;
     }
-    if (part.kind == PartKind::run) {
-      finishRun(part, maxRows);
-    } else {
-      finishNumber(part, maxRows);
-    }
-    part.bytes = part.cells;
-    m_longestText += part.size;
+    cells.push_back(part.kind == PartKind::run ? makeRun(part, maxRows)
+                                               : makeNumbers(part, maxRows));
+    part.bytes = cells.back();
   }
   for (Field& field : m_fields) {
-    if (field.printer != nullptr) {
-      const Part& part = m_parts[field.part];
-      const std::size_t first =
-          part.kind == PartKind::run ? field.offset + field.printer->longestNumber() : 0;
-      part.fixed.copy(reinterpret_cast<char*>(field.behind.data()), field.behind.size(), first);
+    Part& part = m_parts[field.part];
+    if (part.kind == PartKind::texts) {
+      continue;
     }
+    std::size_t behind = 0;
+    if (part.kind == PartKind::run) {
+      behind = field.offset + field.printer->longestNumber();
+    } else {
+      field.cells.sizes = m_sizes.emplace_back(maxRows).data();
+      field.cells.sizeBehind = static_cast<int>(part.fixed.size());
+      part.sizes = field.cells.sizes;
+    }
+    field.cells.out = cells[field.part] + field.offset;
+    field.cells.step = part.step;
+    part.fixed.copy(reinterpret_cast<char*>(field.cells.behind.data()), kWord, behind);
   }
 }
 
@@ -107,12 +116,10 @@ void TemplateBatch::setNumbers(std::size_t field, std::span<const std::uint64_t>
   const Field& from = m_fields[field];
   Part& part = m_parts[from.part];
   if (part.kind == PartKind::run) {
-    from.printer->printFixedWidth(numbers, from.behind, part.cells + from.offset, part.step);
-    return;
+    from.printer->printFixedWidth(numbers, from.cells);
+  } else {
+    part.copied = from.printer->printVaryingWidth(numbers, from.cells) + part.fixed.size();
   }
-  const std::size_t longest = from.printer->printVaryingWidth(
-      numbers, from.behind, part.fixed.size(), part.cells, part.step, part.sizes);
-  part.copied = longest + part.fixed.size();
 }
 
 void TemplateBatch::setTexts(std::size_t field, const std::uint32_t* offsets, std::size_t step) {

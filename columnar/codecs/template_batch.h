@@ -28,8 +28,8 @@ class TemplateBatch {
 
   // The pieces, in their order.
   void addFixed(std::string_view bytes);
-  // The printer outlives the batch.
-  void addNumbers(const PiecePrinter& printer);
+  // No number is larger than that one. The printer outlives the batch.
+  void addNumbers(const PiecePrinter& printer, std::uint64_t largest);
   // These are stored in `bytes`, with kTextMargin bytes behind them.
   void addTexts(const unsigned char* bytes);
   // All pieces are there; no batch has more rows.
@@ -69,10 +69,9 @@ class TemplateBatch {
   struct Part {
     PartKind kind = PartKind::run;
     const unsigned char* bytes = nullptr;    // of the first row, or those of all texts
-    unsigned char* cells = nullptr;          // the same, where they are printed
     std::size_t step = 0;                    // from row to row in the bytes, or in the offsets
     const std::uint32_t* offsets = nullptr;  // of texts
-    std::uint8_t* sizes = nullptr;           // of each row; null where all are the same
+    const std::uint8_t* sizes = nullptr;     // of each row; null where all are the same
     std::size_t size = 0;
     std::size_t copied = 0;  // bytes, or more where they end inside a word
 
@@ -85,7 +84,7 @@ class TemplateBatch {
     const PiecePrinter* printer = nullptr;
     std::size_t part = 0;
     std::size_t offset = 0;  // in the part
-    PiecePrinter::Word behind{};
+    PieceCells cells;
   };
 
   static constexpr std::size_t kShortText = kTextMargin;
@@ -106,8 +105,8 @@ class TemplateBatch {
   }
 
   Part& openRun(std::size_t size);
-  void finishRun(Part& part, std::size_t maxRows);
-  void finishNumber(Part& part, std::size_t maxRows);
+  unsigned char* makeRun(Part& part, std::size_t maxRows);
+  unsigned char* makeNumbers(Part& part, std::size_t maxRows);
 
   std::vector<Part> m_parts;
   std::vector<Field> m_fields;

@@ -21,8 +21,7 @@ bool TemplatePrinter::takeField(ByteReader& reader, const TemplatePiece& piece, 
     return true;
   }
   step.numbers = &m_numbers.emplace_back();
-  step.largest = largestNumber(piece);
-  return step.numbers->take(reader, rows, step.largest);
+  return step.numbers->take(reader, rows, largestNumber(piece));
 }
 
 bool TemplatePrinter::takeColumns(ByteReader& reader, std::size_t rows) {
@@ -121,7 +120,7 @@ void TemplatePrinter::addToBatch(const Step& step) {
   if (step.texts != nullptr) {
     m_batch.addTexts(step.texts->texts.bytes.data());
   } else if (step.hasNumbers()) {
-    m_batch.addNumbers(step.printer);
+    m_batch.addNumbers(step.printer, step.numbers->largest());
   } else if (step.isField()) {
     m_batch.addFixed(PrintedNumber().print(step.printer, step.numbers->valueOf(0)));
   } else {
@@ -202,7 +201,7 @@ bool TemplatePrinter::takeNumbers(Step& step, std::size_t rows, PieceValues& pie
   const bool isConstant = step.numbers->isConstant();
   const std::size_t stored = isConstant ? 1 : rows;
   piece.step = isConstant ? 0 : 1;
-  piece.largest = step.largest;
+  piece.largest = step.numbers->largest();
   piece.numbers = std::make_unique_for_overwrite<std::uint64_t[]>(stored);
   for (std::size_t row = 0; row < stored;) {
     const auto numbers = step.numbers->nextNumbers();
@@ -217,9 +216,7 @@ bool TemplatePrinter::takeNumbers(Step& step, std::size_t rows, PieceValues& pie
     size += rows * piece.printer.sizeOf(piece.numbers[0]);
     return true;
   }
-  for (std::size_t row = 0; row < rows; ++row) {
-    size += piece.printer.sizeOf(piece.numbers[row]);
-  }
+  size += piece.printer.sizeOfAll({piece.numbers.get(), rows});
   return true;
 }
 

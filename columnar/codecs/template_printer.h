@@ -71,7 +71,6 @@ class TemplatePrinter {
     PiecePrinter printer;
     IntegerColumn* numbers = nullptr;
     TextColumn* texts = nullptr;
-    std::uint64_t largest = 0;  // number of the field
 
     bool isField() const { return printer.kind() != PieceKind::fixed; }
     // The texts differ in these numbers.
