@@ -2,6 +2,7 @@
 
 #include <numeric>
 
+#include "columnar/codecs/integer_kernels.h"
 #include "columnar/codecs/wide_digits.h"
 
 namespace kelvarin {
@@ -9,7 +10,7 @@ namespace kelvarin {
 namespace {
 
 constexpr std::uint64_t kTenTo8 = 100'000'000;
-constexpr int kShortWidth = 8;
+constexpr unsigned kShortWidth = 8;
 
 __m128i loadWord(const void* bytes) {
   return _mm_loadu_si128(static_cast<const __m128i_u*>(bytes));
@@ -24,25 +25,25 @@ class CellWriter {
  public:
   explicit CellWriter(const PieceCells& cells)
       : m_behind(loadWord(cells.behind.data())),
-        m_sizeBehind(cells.sizeBehind),
+        m_sizeAround(cells.sizeAround),
         m_out(cells.out),
         m_step(cells.step),
         m_sizes(cells.sizes) {}
 
   unsigned char* out() const { return m_out; }
   // The cell has so many bytes.
-  void finish(int width) {
+  void finish(unsigned width) {
     storeWord(m_out + width, m_behind);
     m_out += m_step;
   }
-  void finishVarying(int width) {
-    *m_sizes++ = static_cast<std::uint8_t>(width + m_sizeBehind);
+  void finishVarying(unsigned width) {
+    *m_sizes++ = static_cast<std::uint8_t>(width + m_sizeAround);
     finish(width);
   }
 
  private:
   const __m128i m_behind;
-  const int m_sizeBehind;
+  const unsigned m_sizeAround;
   unsigned char* m_out;
   const std::size_t m_step;
   std::uint8_t* m_sizes;
@@ -62,7 +63,7 @@ void forEachShort(std::span<const std::uint64_t> numbers, Use use) {
   }
 }
 
-void printFixedDigits(std::span<const std::uint64_t> numbers, int width, std::uint64_t largest,
+void printFixedDigits(std::span<const std::uint64_t> numbers, unsigned width, std::uint64_t largest,
                       CellWriter cells) {
   if (width <= kShortWidth) {
     forEachShort(numbers, [&cells, width](std::uint64_t digits) {
@@ -77,17 +78,17 @@ void printFixedDigits(std::span<const std::uint64_t> numbers, int width, std::ui
     });
   } else {
     for (const std::uint64_t number : numbers) {
-      printDigits(number, width, cells.out());
+      printDigits(number, static_cast<int>(width), cells.out());
       cells.finish(width);
     }
   }
 }
 
-void printFixedHex(std::span<const std::uint64_t> numbers, int width, bool isUpper,
+void printFixedHex(std::span<const std::uint64_t> numbers, unsigned width, bool isUpper,
                    CellWriter cells) {
   const __m128i characters = loadWord(isUpper ? "0123456789ABCDEF" : "0123456789abcdef");
   const __m128i lowest = _mm_set1_epi8(0x0F);
-  const int shift = 4 * (kMaxHexDigits - width);
+  const unsigned shift = 4 * (kMaxHexDigits - width);
   for (const std::uint64_t number : numbers) {
     const auto bytes = static_cast<std::int64_t>(__builtin_bswap64(number << shift));
     const __m128i pairs = _mm_cvtsi64_si128(bytes);
@@ -96,6 +97,12 @@ void printFixedHex(std::span<const std::uint64_t> numbers, int width, bool isUpp
     storeWord(cells.out(), _mm_shuffle_epi8(characters, digits));
     cells.finish(width);
   }
+}
+
+// What is known of their largest number has as many bits as that at least, or a few more.
+bool areSmall(std::span<const std::uint64_t> numbers, std::uint64_t largest) {
+  constexpr std::size_t kSmall = kSmallNumbers.size();
+  return largest < kSmall || (largest < 2 * kSmall && kernels::largestOf(numbers) < kSmall);
 }
 
 void printSmall(std::span<const std::uint64_t> numbers, CellWriter cells) {
@@ -108,18 +115,18 @@ void printSmall(std::span<const std::uint64_t> numbers, CellWriter cells) {
 
 void printShort(std::span<const std::uint64_t> numbers, CellWriter cells) {
   forEachShort(numbers, [&cells](std::uint64_t digits) {
-    const int left = bitsOfLeadingZeros(digits, 1);
+    const unsigned left = bitsOfLeadingZeros(digits, 1);
     storePacked(cells.out(), charactersOf(digits) >> left);
     cells.finishVarying(kShortWidth - left / 8);
   });
 }
 
-void printShortDecimals(std::span<const std::uint64_t> numbers, int width, unsigned char separator,
-                        CellWriter cells) {
+void printShortDecimals(std::span<const std::uint64_t> numbers, unsigned width,
+                        unsigned char separator, CellWriter cells) {
   forEachShort(numbers, [&cells, width, separator](std::uint64_t digits) {
-    const int left = bitsOfLeadingZeros(digits, width + 1);
+    const unsigned left = bitsOfLeadingZeros(digits, static_cast<int>(width) + 1);
     const std::uint64_t characters = charactersOf(digits) >> left;
-    const int whole = kShortWidth - left / 8 - width;
+    const unsigned whole = kShortWidth - left / 8 - width;
     storePacked(cells.out(), characters);
     cells.out()[whole] = separator;
     storePacked(cells.out() + whole + 1, characters >> (8 * whole));
@@ -131,26 +138,28 @@ void printShortDecimals(std::span<const std::uint64_t> numbers, int width, unsig
 
 void PiecePrinter::printFixedWidth(std::span<const std::uint64_t> numbers,
                                    const PieceCells& cells) const {
+  const auto width = static_cast<unsigned>(m_width);
   switch (m_kind) {
     case PieceKind::digits:
-      return printFixedDigits(numbers, m_width, cells.largest, CellWriter(cells));
+      return printFixedDigits(numbers, width, cells.largest, CellWriter(cells));
     case PieceKind::lowerHex:
-      return printFixedHex(numbers, m_width, false, CellWriter(cells));
+      return printFixedHex(numbers, width, false, CellWriter(cells));
     case PieceKind::upperHex:
-      return printFixedHex(numbers, m_width, true, CellWriter(cells));
+      return printFixedHex(numbers, width, true, CellWriter(cells));
     default:
       m_moment.printAll(numbers, cells.out, cells.step);
   }
   CellWriter writer(cells);
   for (std::size_t i = 0; i < numbers.size(); ++i) {
-    writer.finish(static_cast<int>(m_moment.size()));
+    writer.finish(static_cast<unsigned>(m_moment.size()));
   }
 }
 
 std::size_t PiecePrinter::printVaryingWidth(std::span<const std::uint64_t> numbers,
                                             const PieceCells& cells) const {
   CellWriter writer(cells);
-  if (m_kind == PieceKind::number && cells.largest < kSmallNumbers.size()) {
+  const auto width = static_cast<unsigned>(m_width);
+  if (m_kind == PieceKind::number && areSmall(numbers, cells.largest)) {
     printSmall(numbers, writer);
     return sizeof SmallNumber::digits;
   }
@@ -159,13 +168,13 @@ std::size_t PiecePrinter::printVaryingWidth(std::span<const std::uint64_t> numbe
     printShort(numbers, writer);
     return kShortWidth;
   }
-  if (m_kind == PieceKind::decimal && areShort && m_width < kShortWidth) {
-    printShortDecimals(numbers, m_width, m_separator, writer);
+  if (m_kind == PieceKind::decimal && areShort && width < kShortWidth) {
+    printShortDecimals(numbers, width, m_separator, writer);
     return kShortWidth + 1;
   }
   for (const std::uint64_t number : numbers) {
     const unsigned char* const end = printNumber(number, writer.out());
-    writer.finishVarying(static_cast<int>(end - writer.out()));
+    writer.finishVarying(static_cast<unsigned>(end - writer.out()));
   }
   return longestNumber();
 }

@@ -53,9 +53,9 @@ struct PieceCells {
   unsigned char* out = nullptr;
   std::size_t step = 0;
   Word behind{};
-  // Of fields of varying width: how many bytes behind the number belong to it, and for each number
-  // what it takes with these.
-  int sizeBehind = 0;
+  // Of fields of varying width: how many bytes before and behind a number belong to it, and for each
+  // number what it takes with these.
+  unsigned sizeAround = 0;
   std::uint8_t* sizes = nullptr;
   std::uint64_t largest = 0;  // no number is larger
 };

@@ -23,31 +23,41 @@ TemplateBatch::Part& TemplateBatch::openRun(std::size_t size) {
   return fits ? m_parts.back() : m_parts.emplace_back();
 }
 
+// A new number, with the fixed bytes before it if they are few.
+TemplateBatch::Part& TemplateBatch::openNumber() {
+  const bool hasBytes = !m_parts.empty() && m_parts.back().kind == PartKind::run &&
+                        m_parts.back().touched == 0 && m_parts.back().size <= kWord;
+  Part& part = hasBytes ? m_parts.back() : m_parts.emplace_back();
+  part.kind = PartKind::number;
+  part.before = part.size;
+  return part;
+}
+
 void TemplateBatch::addFixed(std::string_view bytes) {
   if (bytes.empty()) {
     return;
   }
-  const bool followsNumber = !m_parts.empty() && m_parts.back().kind == PartKind::number &&
-                             m_parts.back().fixed.size() + bytes.size() <= kWord;
-  Part& part = followsNumber ? m_parts.back() : openRun(bytes.size());
+  const bool followsField =
+      !m_parts.empty() && m_parts.back().kind != PartKind::run &&
+      m_parts.back().fixed.size() - m_parts.back().before + bytes.size() <= kWord;
+  Part& part = followsField ? m_parts.back() : openRun(bytes.size());
   part.fixed += bytes;
   part.size += bytes.size();
 }
 
 void TemplateBatch::addNumbers(const PiecePrinter& printer, std::uint64_t largest) {
-  const std::size_t size = printer.longestNumber();
   if (!printer.hasFixedWidth()) {
-    Part& part = m_parts.emplace_back();
-    part.kind = PartKind::number;
-    part.size = size;
-    m_fields.push_back({&printer, m_parts.size() - 1, 0, {.largest = largest}});
+    Part& part = openNumber();
+    m_fields.push_back({&printer, m_parts.size() - 1, part.before, {.largest = largest}});
+    part.size += printer.sizeOf(largest);
     return;
   }
+  const std::size_t size = printer.longestNumber();
   Part& part = openRun(size);
   m_fields.push_back({&printer, m_parts.size() - 1, part.size, {.largest = largest}});
   part.fixed.append(size, '\0');
   part.size += size;
-  part.touched = std::max(part.touched, part.size + kWord);
+  part.touched = part.size + kWord;
 }
 
 void TemplateBatch::addTexts(const unsigned char* bytes) {
@@ -71,12 +81,14 @@ unsigned char* TemplateBatch::makeRun(Part& part, std::size_t maxRows) {
   return cells.data();
 }
 
-// What printing a number touches behind its cell is written again with the next number.
 unsigned char* TemplateBatch::makeNumbers(Part& part, std::size_t maxRows) {
-  part.size += part.fixed.size();
-  part.step = roundedUp(part.size);
+  part.step = roundedUp(part.size + kWord + 1);
   m_longestText += part.size;
-  return m_cells.emplace_back(maxRows * part.step + PiecePrinter::kOverrun).data();
+  auto& cells = m_cells.emplace_back(maxRows * part.step + PiecePrinter::kOverrun);
+  for (std::size_t row = 0; row < maxRows; ++row) {
+    part.fixed.copy(reinterpret_cast<char*>(cells.data() + row * part.step), part.before);
+  }
+  return cells.data();
 }
 
 void TemplateBatch::finish(std::size_t maxRows) {
@@ -85,7 +97,8 @@ void TemplateBatch::finish(std::size_t maxRows) {
   std::vector<unsigned char*> cells;
   for (Part& part : m_parts) {
     if (part.kind == PartKind::texts) {
-      m_longestText += kShortText;
+      part.fixed.copy(reinterpret_cast<char*>(part.behind.data()), kWord);
+      m_longestText += kShortText + part.size;
       cells.push_back(nullptr);
       continue;
     }
@@ -98,12 +111,12 @@ void TemplateBatch::finish(std::size_t maxRows) {
     if (part.kind == PartKind::texts) {
       continue;
     }
-    std::size_t behind = 0;
+    std::size_t behind = part.before;
     if (part.kind == PartKind::run) {
       behind = field.offset + field.printer->longestNumber();
     } else {
       field.cells.sizes = m_sizes.emplace_back(maxRows).data();
-      field.cells.sizeBehind = static_cast<int>(part.fixed.size());
+      field.cells.sizeAround = static_cast<unsigned>(part.fixed.size());
       part.sizes = field.cells.sizes;
     }
     field.cells.out = cells[field.part] + field.offset;

@@ -2,7 +2,7 @@
 //
 // A text is put together from a few parts that are copied as whole words: pieces that take the same
 // bytes in every row, fields of fixed widths with what stands around them, one number of varying
-// width with what follows it, or a text. The numbers of a field are printed for all rows of the
+// width with what stands around it, or a text with what follows it. The numbers of a field are printed for all rows of the
 // batch by a loop that does nothing else.
 // Used wherever texts with a shape are made.
 // Errors: print() returns nullptr where a text of a field does not fit.
@@ -53,6 +53,8 @@ class TemplateBatch {
         if (out == nullptr) {
           return nullptr;
         }
+        std::memcpy(out, part.behind.data(), part.behind.size());
+        out += part.size;
         continue;
       }
       const unsigned char* from = part.bytes + row * part.step;
@@ -72,12 +74,14 @@ class TemplateBatch {
     std::size_t step = 0;                    // from row to row in the bytes, or in the offsets
     const std::uint32_t* offsets = nullptr;  // of texts
     const std::uint8_t* sizes = nullptr;     // of each row; null where all are the same
-    std::size_t size = 0;
-    std::size_t copied = 0;  // bytes, or more where they end inside a word
+    std::size_t size = 0;                    // of what follows a text where it is one
+    std::size_t copied = 0;                  // bytes, or more where they end inside a word
+    PieceCells::Word behind{};
 
     // While pieces are added.
-    std::string fixed;  // of a run with zeros for its fields, or what follows a number
-    std::size_t touched = 0;
+    std::string fixed;        // of a run with zeros for its fields, or what stands around a field
+    std::size_t before = 0;   // of these bytes
+    std::size_t touched = 0;  // by printing
   };
   // Where a field is printed.
   struct Field {
@@ -105,6 +109,7 @@ class TemplateBatch {
   }
 
   Part& openRun(std::size_t size);
+  Part& openNumber();
   unsigned char* makeRun(Part& part, std::size_t maxRows);
   unsigned char* makeNumbers(Part& part, std::size_t maxRows);
 

@@ -15,8 +15,8 @@ namespace kelvarin {
 // Both digits of each of eight numbers below 100.
 inline __m128i digitsOfPairs(__m128i pairs) {
   const __m128i tens = _mm_mulhi_epu16(pairs, _mm_set1_epi16(6554));  // 2^16 / 10
-  const __m128i ones = _mm_sub_epi16(pairs, _mm_mullo_epi16(tens, _mm_set1_epi16(10)));
-  return _mm_or_si128(tens, _mm_slli_epi16(ones, 8));
+  // tens + (pair - 10 tens) x 256
+  return _mm_add_epi16(_mm_slli_epi16(pairs, 8), _mm_mullo_epi16(tens, _mm_set1_epi16(1 - 2560)));
 }
 
 // The eight digits of each of two numbers below 10^8.
@@ -40,8 +40,9 @@ constexpr std::uint64_t charactersOf(std::uint64_t digits) {
 }
 
 // How many bits the zeros before eight digits take; the last digits, so many, are left out.
-inline int bitsOfLeadingZeros(std::uint64_t digits, int minDigits) {
-  return std::countr_zero(digits | std::uint64_t{1} << (8 * (8 - minDigits))) & ~7;
+inline unsigned bitsOfLeadingZeros(std::uint64_t digits, int lastDigits) {
+  const std::uint64_t last = std::uint64_t{1} << (8 * (8 - lastDigits));
+  return static_cast<unsigned>(std::countr_zero(digits | last)) & ~7u;
 }
 
 }  // namespace kelvarin
