@@ -1,7 +1,5 @@
 #include "columnar/codecs/piece_printer.h"
 
-#include <numeric>
-
 #include "columnar/codecs/integer_kernels.h"
 #include "columnar/codecs/wide_digits.h"
 
@@ -179,23 +177,28 @@ std::size_t PiecePrinter::printVaryingWidth(std::span<const std::uint64_t> numbe
   return longestNumber();
 }
 
-std::uint64_t PiecePrinter::sizeOfAll(std::span<const std::uint64_t> numbers) const {
-  const auto sumOf = [&](auto sizeOfOne) {
-    return std::accumulate(numbers.begin(), numbers.end(), std::uint64_t{0},
-                           [&](std::uint64_t sum, std::uint64_t number) {
-                             return sum + static_cast<std::uint64_t>(sizeOfOne(number));
-                           });
+std::uint64_t PiecePrinter::sizeOfAll(std::span<const std::uint64_t> numbers,
+                                      std::uint64_t largest) const {
+  // From each of these numbers on there is a digit more.
+  const auto firstLonger = [this](int digits) {
+    return m_kind == PieceKind::varyingDigits ? countOfShorterDigits(digits + 1)
+                                              : powerOfTen(digits);
   };
-  switch (m_kind) {
-    case PieceKind::number:
-      return sumOf(digitCount);
-    case PieceKind::varyingDigits:
-      return sumOf(widthOfVaryingDigits);
-    case PieceKind::decimal:
-      return sumOf([this](std::uint64_t number) { return digitsOfDecimal(number) + 1; });
-    default:
-      return numbers.size() * longestNumber();
+  const std::size_t shortest = sizeOf(0);
+  std::uint64_t size = numbers.size() * shortest;
+  if (hasFixedWidth()) {
+    return size;
   }
+  int digits = m_kind == PieceKind::decimal ? m_width + 1 : 1;
+  for (; digits < kMaxDecimalDigits && firstLonger(digits) <= largest; ++digits) {
+    const auto first = static_cast<std::int64_t>(firstLonger(digits));
+    std::int64_t longer = 0;
+    for (const std::uint64_t number : numbers) {
+      longer += static_cast<std::int64_t>(number) >= first;
+    }
+    size += static_cast<std::uint64_t>(longer);
+  }
+  return size;
 }
 
 }  // namespace kelvarin

@@ -132,8 +132,8 @@ class PiecePrinter {
   std::size_t printVaryingWidth(std::span<const std::uint64_t> numbers,
                                 const PieceCells& cells) const;
 
-  // How many bytes the numbers take together.
-  std::uint64_t sizeOfAll(std::span<const std::uint64_t> numbers) const;
+  // How many bytes the numbers take together, none of which is above the largest one.
+  std::uint64_t sizeOfAll(std::span<const std::uint64_t> numbers, std::uint64_t largest) const;
   // How many bytes the number takes.
   std::size_t sizeOf(std::uint64_t number) const {
     switch (m_kind) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 
+#include "columnar/codecs/chosen_texts.h"
 #include "columnar/codecs/text_comparison.h"
 #include "columnar/codecs/text_limits.h"
 #include "columnar/codecs/text_values.h"
@@ -31,52 +32,6 @@ std::uint64_t sizeOfEach(const std::vector<PieceValues>& pieces) {
 std::size_t bytesOf(const DecodedTexts& texts) {
   return texts.bytes.size() + texts.offsets.size() * sizeof(std::uint32_t);
 }
-
-// Prints chosen texts of a template, a batch at a time.
-class ChosenTexts {
- public:
-  ChosenTexts(const std::vector<PieceValues>& pieces, std::size_t rows) : m_pieces(pieces) {
-    for (const PieceValues& piece : pieces) {
-      if (piece.hasTexts()) {
-        m_batch.addTexts(piece.texts.bytes.data());
-      } else if (piece.isFixed()) {
-        m_batch.addFixed(piece.printer.fixedBytes());
-      } else {
-        m_batch.addNumbers(piece.printer, piece.largest);
-      }
-    }
-    m_batch.finish(rows);
-  }
-
-  // The next texts are those with these indices, up to TemplateBatch::kMaxRows.
-  void choose(std::span<const std::uint32_t> indices) {
-    m_next = 0;
-    m_offsets.resize(m_pieces.size() * TemplateBatch::kMaxRows);
-    std::size_t field = 0;
-    for (const PieceValues& piece : m_pieces) {
-      if (piece.hasTexts()) {
-        std::uint32_t* const offsets = m_offsets.data() + field * TemplateBatch::kMaxRows;
-        std::transform(indices.begin(), indices.end(), offsets, [&](std::uint32_t index) {
-          return piece.texts.offsets[index * piece.step];
-        });
-        m_batch.setTexts(field++, offsets, 1);
-      } else if (!piece.isFixed()) {
-        std::array<std::uint64_t, TemplateBatch::kMaxRows> numbers;
-        std::transform(indices.begin(), indices.end(), numbers.begin(),
-                       [&](std::uint32_t index) { return piece.number(index); });
-        m_batch.setNumbers(field++, {numbers.data(), indices.size()});
-      }
-    }
-  }
-  // Texts are as long as their pieces, whose sizes have been added up.
-  unsigned char* printNext(unsigned char* out) { return m_batch.print(m_next++, out, nullptr); }
-
- private:
-  const std::vector<PieceValues>& m_pieces;
-  TemplateBatch m_batch;
-  std::size_t m_next = 0;
-  std::vector<std::uint32_t> m_offsets;  // of the chosen texts, field after field
-};
 
 }  // namespace
 
@@ -110,38 +65,46 @@ ShapedTexts::ShapedTexts(std::vector<std::vector<PieceValues>> templates,
   }
 }
 
-std::size_t ShapedTexts::sizeOf(std::size_t row) const {
-  const std::size_t number = numberOf(row);
-  const std::size_t index = indexOf(row);
-  if (number == nullNumber()) {
-    return kLengthSize;
+// Calls use(first, end, indices of the texts of each template) for as many of the rows as a batch
+// may have.
+template <typename Use>
+void ShapedTexts::forEachBatch(const Rows& rows, Use use) const {
+  std::vector<TextIndices> indices(m_templates.size());
+  for (std::size_t first = 0; first < rows.count; first += TemplateBatch::kMaxRows) {
+    const std::size_t end = std::min(first + TemplateBatch::kMaxRows, rows.count);
+    for (TextIndices& each : indices) {
+      each.count = 0;
+    }
+    for (std::size_t i = first; i < end; ++i) {
+      const std::size_t row = rows.first + rows.offset(i);
+      if (const std::size_t number = numberOf(row); number < indices.size()) {
+        TextIndices& chosen = indices[number];
+        chosen.values[chosen.count++] = static_cast<std::uint32_t>(indexOf(row));
+      }
+    }
+    use(first, end, std::span<const TextIndices>(indices));
   }
-  if (number > nullNumber()) {
-    return kLengthSize + loadPacked<std::uint32_t>(otherOf(row));
-  }
-  std::size_t size = kLengthSize;
-  for (const PieceValues& piece : m_templates[number]) {
-    size += piece.sizeOf(index);
-  }
-  return size;
 }
 
 std::uint64_t ShapedTexts::sizeOf(const Rows& rows) const {
   if (m_sizeOfEach != 0) {
     return m_sizeOfEach * rows.count;
   }
-  std::uint64_t size = 0;
-  for (std::size_t i = 0; i < rows.count; ++i) {
-    size += sizeOf(rows.first + rows.offset(i));
-  }
+  std::uint64_t size = rows.count * kLengthSize;
+  forEachBatch(rows, [&](std::size_t first, std::size_t end, std::span<const TextIndices> indices) {
+    for (std::size_t i = 0; i < indices.size(); ++i) {
+      size += ChosenTexts::sizeOf(m_templates[i], indices[i].all());
+    }
+    if (m_others.offsets.empty()) {
+      return;
+    }
+    for (std::size_t i = first; i < end; ++i) {
+      if (const std::size_t row = rows.first + rows.offset(i); numberOf(row) > nullNumber()) {
+        size += loadPacked<std::uint32_t>(otherOf(row));
+      }
+    }
+  });
   return size;
-}
-
-unsigned char* ShapedTexts::copyOther(std::size_t row, unsigned char* out) const {
-  const unsigned char* other = otherOf(row);
-  const std::size_t size = kLengthSize + loadPacked<std::uint32_t>(other);
-  std::memcpy(out, other, size);
-  return out + size;
 }
 
 void ShapedTexts::make(const Rows& rows, unsigned char* bytes, std::uint32_t* positions) const {
@@ -150,38 +113,31 @@ void ShapedTexts::make(const Rows& rows, unsigned char* bytes, std::uint32_t* po
   for (const std::vector<PieceValues>& pieces : m_templates) {
     templates.emplace_back(pieces, rows.count);
   }
-  std::vector<std::array<std::uint32_t, TemplateBatch::kMaxRows>> indices(templates.size());
-  std::vector<std::size_t> counts(templates.size());
   unsigned char* out = bytes;
-  for (std::size_t first = 0; first < rows.count; first += TemplateBatch::kMaxRows) {
-    const std::size_t end = std::min(first + TemplateBatch::kMaxRows, rows.count);
-    std::fill(counts.begin(), counts.end(), 0);
-    for (std::size_t i = first; i < end; ++i) {
-      const std::size_t row = rows.first + rows.offset(i);
-      if (const std::size_t number = numberOf(row); number < templates.size()) {
-        indices[number][counts[number]++] = static_cast<std::uint32_t>(indexOf(row));
-      }
-    }
+  forEachBatch(rows, [&](std::size_t first, std::size_t end, std::span<const TextIndices> indices) {
     for (std::size_t i = 0; i < templates.size(); ++i) {
-      templates[i].choose(std::span(indices[i]).first(counts[i]));
+      templates[i].choose(indices[i].all());
     }
     for (std::size_t i = first; i < end; ++i) {
       const std::size_t row = rows.first + rows.offset(i);
       const std::size_t number = numberOf(row);
       positions[rows.offset(i)] = static_cast<std::uint32_t>(out - bytes);
+      unsigned char* const text = out + kLengthSize;
       if (number < templates.size()) {
-        unsigned char* const text = out + kLengthSize;
         unsigned char* const textEnd = templates[number].printNext(text);
         storePacked(out, static_cast<std::uint32_t>(textEnd - text));
         out = textEnd;
       } else if (number == nullNumber()) {
         storePacked(out, kNullLength);
-        out += kLengthSize;
+        out = text;
       } else {
-        out = copyOther(row, out);
+        const unsigned char* const other = otherOf(row);
+        const std::size_t size = kLengthSize + loadPacked<std::uint32_t>(other);
+        std::memcpy(out, other, size);
+        out += size;
       }
     }
-  }
+  });
 }
 
 void ShapedTexts::compare(std::string_view bytes, bool isEqualityOnly, std::int8_t ofNull,

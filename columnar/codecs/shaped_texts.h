@@ -70,12 +70,12 @@ class ShapedTexts {
   std::size_t nullNumber() const { return m_templates.size(); }
   std::size_t numberOf(std::size_t row) const { return m_numbers[m_indices.empty() ? 0 : row]; }
   std::size_t indexOf(std::size_t row) const { return m_indices.empty() ? row : m_indices[row]; }
-  std::size_t sizeOf(std::size_t row) const;
   // The text of a row that follows no template.
   const unsigned char* otherOf(std::size_t row) const {
     return m_others.text(m_others.offsets.size() == 1 ? 0 : indexOf(row));
   }
-  unsigned char* copyOther(std::size_t row, unsigned char* out) const;
+  template <typename Use>
+  void forEachBatch(const Rows& rows, Use use) const;
 
   const std::vector<std::vector<PieceValues>> m_templates;
   const std::vector<std::uint8_t> m_numbers;  // of each row's template; a single one where it is

@@ -216,7 +216,7 @@ bool TemplatePrinter::takeNumbers(Step& step, std::size_t rows, PieceValues& pie
     size += rows * piece.printer.sizeOf(piece.numbers[0]);
     return true;
   }
-  size += piece.printer.sizeOfAll({piece.numbers.get(), rows});
+  size += piece.printer.sizeOfAll({piece.numbers.get(), rows}, piece.largest);
   return true;
 }
 
