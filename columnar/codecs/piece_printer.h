@@ -17,15 +17,6 @@
 
 namespace kelvarin {
 
-// Copies whole words, up to 15 bytes behind the end of either.
-inline void copyWords(const unsigned char* from, std::size_t size, unsigned char* out) {
-  constexpr std::size_t kWord = 16;
-  std::memcpy(out, from, kWord);
-  for (std::size_t i = kWord; i < size; i += kWord) {
-    std::memcpy(out + i, from + i, kWord);
-  }
-}
-
 // The digits of the numbers below 1000, which are the most frequent, and how many these are.
 struct SmallNumber {
   unsigned char digits[3];
@@ -70,9 +61,7 @@ class PiecePrinter {
     m_kind = piece.kind;
     m_width = piece.width;
     if (m_kind == PieceKind::fixed) {
-      m_width = static_cast<int>(piece.bytes.size());
       m_fixed = piece.bytes;
-      m_fixed.resize(m_fixed.size() + 16);
     } else if (m_kind == PieceKind::decimal) {
       m_separator = static_cast<unsigned char>(piece.bytes[0]);
     }
@@ -82,13 +71,9 @@ class PiecePrinter {
   PieceKind kind() const { return m_kind; }
   const MomentPattern& moment() const { return m_moment; }
 
-  // The bytes of a fixed piece.
-  unsigned char* printFixed(unsigned char* out) const {
-    copyWords(asBytes(m_fixed).data(), fixedSize(), out);
-    return out + m_width;
-  }
-  std::size_t fixedSize() const { return static_cast<std::size_t>(m_width); }
-  std::string_view fixedBytes() const { return std::string_view(m_fixed).substr(0, fixedSize()); }
+  // Of a fixed piece.
+  std::size_t fixedSize() const { return m_fixed.size(); }
+  std::string_view fixedBytes() const { return m_fixed; }
 
   // Of a field of numbers. Returns the end.
   unsigned char* printNumber(std::uint64_t number, unsigned char* out) const {
@@ -202,7 +187,7 @@ class PiecePrinter {
   PieceKind m_kind = PieceKind::fixed;
   int m_width = 0;
   unsigned char m_separator = 0;
-  std::string m_fixed;  // with a margin for whole words
+  std::string m_fixed;
   MomentPattern m_moment;
 };
 

@@ -71,7 +71,7 @@ void TemplateBatch::addTexts(const unsigned char* bytes) {
 unsigned char* TemplateBatch::makeRun(Part& part, std::size_t maxRows) {
   const bool hasFields = part.touched > 0;
   const std::size_t rows = hasFields ? maxRows : 1;
-  part.step = hasFields ? roundedUp(part.touched) : 0;
+  part.step = hasFields ? roundedUp(std::max(part.touched, part.size)) : 0;
   part.copied = part.size;
   m_longestText += part.size;
   auto& cells = m_cells.emplace_back(rows * part.step + roundedUp(part.size));

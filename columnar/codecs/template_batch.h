@@ -108,6 +108,15 @@ class TemplateBatch {
     return out + size;
   }
 
+  // Copies whole words, up to 15 bytes behind the end of either.
+  static void copyWords(const unsigned char* from, std::size_t size, unsigned char* out) {
+    constexpr std::size_t kWord = sizeof(PieceCells::Word);
+    std::memcpy(out, from, kWord);
+    for (std::size_t i = kWord; i < size; i += kWord) {
+      std::memcpy(out + i, from + i, kWord);
+    }
+  }
+
   Part& openRun(std::size_t size);
   Part& openNumber();
   unsigned char* makeRun(Part& part, std::size_t maxRows);
