@@ -266,8 +266,8 @@ std::span<const std::uint64_t> IntegerColumn::nextIndices() {
     std::fill(indices.begin(), indices.end(), 0);
     return indices;
   }
-  const bool isSound =
-      !indices.empty() && m_packed.next(0, indices) && kernels::largestOf(indices) < m_valueCount;
+  const bool isSound = !indices.empty() && m_packed.next(0, indices) && m_valueCount > 0 &&
+                       kernels::areAtMost(indices, m_valueCount - 1);
   return isSound ? indices : indices.first(0);
 }
 
@@ -292,7 +292,7 @@ bool IntegerColumn::load() {
   if (!m_packed.next(addedToEach(), numbers) || !restore(numbers)) {
     return false;
   }
-  return m_isBounded || kernels::largestOf(numbers) <= m_largest;
+  return m_isBounded || kernels::areAtMost(numbers, m_largest);
 }
 
 std::uint64_t IntegerColumn::addedToEach() const {
@@ -318,7 +318,7 @@ bool IntegerColumn::restore(std::span<std::uint64_t> numbers) {
   if (m_layout == IntegerLayout::frameOfReference) {
     return true;
   }
-  if (kernels::largestOf(numbers) >= m_entries.size()) {
+  if (!kernels::areAtMost(numbers, m_entries.size() - 1)) {
     return false;
   }
   for (std::uint64_t& number : numbers) {

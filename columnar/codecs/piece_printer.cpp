@@ -99,8 +99,8 @@ void printFixedHex(std::span<const std::uint64_t> numbers, unsigned width, bool 
 
 // What is known of their largest number has as many bits as that at least, or a few more.
 bool areSmall(std::span<const std::uint64_t> numbers, std::uint64_t largest) {
-  constexpr std::size_t kSmall = kSmallNumbers.size();
-  return largest < kSmall || (largest < 2 * kSmall && kernels::largestOf(numbers) < kSmall);
+  constexpr std::uint64_t kSmall = kSmallNumbers.size() - 1;
+  return largest <= kSmall || (largest <= 2 * kSmall && kernels::areAtMost(numbers, kSmall));
 }
 
 void printSmall(std::span<const std::uint64_t> numbers, CellWriter cells) {
