@@ -6,6 +6,7 @@
 #include <numeric>
 
 #include "columnar/codecs/digit_printing.h"
+#include "columnar/codecs/moment_kernels.h"
 #include "columnar/codecs/wide_digits.h"
 
 namespace kelvarin {
@@ -43,21 +44,8 @@ constexpr DigitRange kPrintedDigits[] = {{0, 4}, {4, 2}, {6, 2}, {10, 2}, {12, 2
 constexpr int kFractionEnd = 8;
 constexpr unsigned char kNoDigit = 0x80;  // becomes zero
 
-// Four numbers below 100.
-constexpr std::int64_t pairsOf(std::uint64_t first, std::uint64_t second, std::uint64_t third,
-                               std::uint64_t fourth) {
-  return static_cast<std::int64_t>(first | second << 16 | third << 32 | fourth << 48);
-}
-
-std::int64_t pairsOfDate(std::uint64_t days) {
-  const std::chrono::year_month_day date(kFirstDay + std::chrono::days(days));
-  const auto year = static_cast<unsigned>(static_cast<int>(date.year()));
-  return pairsOf(year / 100, year % 100, static_cast<unsigned>(date.month()),
-                 static_cast<unsigned>(date.day()));
-}
-
-__m128i loadWord(const unsigned char* bytes) {
-  return _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(bytes));
+__m128i loadWord(const void* bytes) {
+  return _mm_loadu_si128(static_cast<const __m128i_u*>(bytes));
 }
 
 bool parseBelow(const unsigned char* text, std::uint64_t limit, std::uint64_t& number) {
@@ -234,42 +222,72 @@ void MomentPattern::chooseDigits() {
 
 void MomentPattern::printAll(std::span<const std::uint64_t> moments, unsigned char* out,
                              std::size_t step) const {
-  const bool hasDate = has(MomentComponent::year);
+  for (; moments.size() > kMaxInBatch; moments = moments.subspan(kMaxInBatch)) {
+    printBatch(moments.first(kMaxInBatch), out, step);
+    out += kMaxInBatch * step;
+  }
+  printBatch(moments, out, step);
+}
+
+// Sixteen bytes of what is printed.
+struct MomentPattern::PrintedWord {
+  __m128i characters;
+  __m128i chosen;
+  __m128i chosenOfFraction;
+
+  PrintedWord(const MomentPattern& pattern, std::size_t at)
+      : characters(loadWord(&pattern.m_characters[at])),
+        chosen(loadWord(&pattern.m_digits[at])),
+        chosenOfFraction(loadWord(&pattern.m_fraction[at])) {}
+
+  void store(__m128i digits, __m128i fraction, unsigned char* out) const {
+    const __m128i printed = _mm_or_si128(_mm_shuffle_epi8(digits, chosen),
+                                         _mm_shuffle_epi8(fraction, chosenOfFraction));
+    _mm_storeu_si128(reinterpret_cast<__m128i_u*>(out), _mm_or_si128(printed, characters));
+  }
+};
+
+void MomentPattern::printBatch(std::span<const std::uint64_t> moments, unsigned char* out,
+                               std::size_t step) const {
+  std::array<std::uint32_t, kMaxInBatch> days;
+  std::array<std::uint32_t, kMaxInBatch> seconds;
+  std::array<std::uint32_t, kMaxInBatch> fractions;
   const bool hasTime = has(MomentComponent::hour);
   const bool hasSecond = has(MomentComponent::second);
   const bool hasFraction = m_fractionDigits > 0;
-  const bool isLong = m_size > sizeof(__m128i);
   const std::uint64_t power = powerOfTen(m_fractionDigits);
-  const __m128i zero = _mm_set1_epi8('0');
-  const auto print = [this](std::size_t at, __m128i digits, __m128i fraction, unsigned char* to) {
-    const __m128i chosen = _mm_or_si128(_mm_shuffle_epi8(digits, loadWord(&m_digits[at])),
-                                        _mm_shuffle_epi8(fraction, loadWord(&m_fraction[at])));
-    _mm_storeu_si128(reinterpret_cast<__m128i_u*>(to + at),
-                     _mm_or_si128(chosen, loadWord(&m_characters[at])));
-  };
-  for (std::uint64_t moment : moments) {
-    __m128i fraction = zero;
+  for (std::size_t i = 0; i < moments.size(); ++i) {
+    std::uint64_t moment = moments[i];
     if (hasFraction) {
-      fraction = _mm_cvtsi64_si128(
-          static_cast<std::int64_t>(eightDigits(static_cast<std::uint32_t>(moment % power))));
+      fractions[i] = static_cast<std::uint32_t>(moment % power);
       moment /= power;
     }
-    std::uint64_t second = 0;
+    std::uint64_t ofDay = 0;
     if (hasSecond) {
-      second = moment % 60;
-      moment /= 60;
-    }
-    std::int64_t time = 0;
-    if (hasTime) {
-      const auto minutes = static_cast<std::uint32_t>(moment % kMinutesOfDay);
-      time = pairsOf(0, minutes / 60, minutes % 60, second);
+      ofDay = moment % kSecondsOfDay;
+      moment /= kSecondsOfDay;
+    } else if (hasTime) {
+      ofDay = moment % kMinutesOfDay * 60;
       moment /= kMinutesOfDay;
     }
-    const std::int64_t date = hasDate ? pairsOfDate(moment) : 0;
-    const __m128i digits = _mm_or_si128(digitsOfPairs(_mm_set_epi64x(time, date)), zero);
-    print(0, digits, fraction, out);
+    days[i] = static_cast<std::uint32_t>(moment);
+    seconds[i] = static_cast<std::uint32_t>(ofDay);
+  }
+  std::array<std::uint32_t, 4 * kMaxInBatch> pairs;
+  kernels::cutMoments({days.data(), moments.size()}, seconds.data(), pairs.data());
+  const bool isLong = m_size > sizeof(__m128i);
+  const __m128i zero = _mm_set1_epi8('0');
+  const PrintedWord first(*this, 0);
+  const PrintedWord second(*this, isLong ? sizeof(__m128i) : 0);
+  for (std::size_t i = 0; i < moments.size(); ++i) {
+    const __m128i digits = _mm_or_si128(digitsOfPairs(loadWord(&pairs[4 * i])), zero);
+    __m128i fraction = zero;
+    if (hasFraction) {
+      fraction = _mm_cvtsi64_si128(static_cast<std::int64_t>(eightDigits(fractions[i])));
+    }
+    first.store(digits, fraction, out);
     if (isLong) {
-      print(sizeof digits, digits, fraction, out);
+      second.store(digits, fraction, out + sizeof digits);
     }
     out += step;
   }

@@ -53,13 +53,17 @@ class MomentPattern {
 
  private:
   static constexpr int kAbsent = -1;
+  static constexpr std::size_t kMaxInBatch = 128;
   static constexpr std::size_t kComponents = 7;
 
   // Which digit stands at each position, of those that are put together for printing.
   using Digits = std::array<unsigned char, kMaxSize>;
+  struct PrintedWord;
 
   [[nodiscard]] bool add(unsigned char component);
   void chooseDigits();
+  void printBatch(std::span<const std::uint64_t> moments, unsigned char* out,
+                  std::size_t step) const;
   [[nodiscard]] bool isWhole() const;
   int at(MomentComponent component) const { return m_at[static_cast<std::size_t>(component)]; }
   bool has(MomentComponent component) const { return at(component) != kAbsent; }
