@@ -1,5 +1,5 @@
-// Prints the pieces of a template that are no texts: fixed bytes, digits, and moments; one, or those
-// of many rows.
+// Prints the pieces of a template that are no texts: fixed bytes, digits, and moments, one alone or
+// those of many rows.
 //
 // Used wherever texts with a shape are made or compared.
 // Threads: any, once the piece is set.
@@ -44,8 +44,8 @@ struct PieceCells {
   unsigned char* out = nullptr;
   std::size_t step = 0;
   Word behind{};
-  // Of fields of varying width: how many bytes before and behind a number belong to it, and for each
-  // number what it takes with these.
+  // Of fields of varying width: how many bytes before and behind a number belong to it, and what
+  // each number takes with these.
   unsigned sizeAround = 0;
   std::uint8_t* sizes = nullptr;
   std::uint64_t largest = 0;  // no number is larger

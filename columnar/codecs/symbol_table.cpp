@@ -40,7 +40,7 @@ bool decodeAll(HuffmanDecoder& decoder, ByteReader& reader, std::size_t count,
   return decoder.next(values);
 }
 
-// The word at a place of bytes, 32 in all, of which the first half is all the same.
+// Words of which some first bytes are all the same, and the others those of a sequence.
 class SlidingWord {
  public:
   constexpr SlidingWord(unsigned char before, unsigned char first, unsigned char step) {
@@ -49,7 +49,7 @@ class SlidingWord {
       m_bytes[i] = static_cast<unsigned char>(first + (i - sizeof(__m128i)) * step);
     }
   }
-  // So many bytes from the first half on.
+  // The word with so many bytes before the sequence.
   __m128i operator[](std::size_t count) const {
     return _mm_loadu_si128(
         reinterpret_cast<const __m128i_u*>(m_bytes.data() + sizeof(__m128i) - count));

@@ -2,8 +2,8 @@
 //
 // A text is put together from a few parts that are copied as whole words: pieces that take the same
 // bytes in every row, fields of fixed widths with what stands around them, one number of varying
-// width with what stands around it, or a text with what follows it. The numbers of a field are printed for all rows of the
-// batch by a loop that does nothing else.
+// width with what stands around it, or a text with what follows it. The numbers of a field are
+// printed for all rows of the batch by a loop that does nothing else.
 // Used wherever texts with a shape are made.
 // Errors: print() returns nullptr where a text of a field does not fit.
 #pragma once

@@ -17,7 +17,6 @@ bool TemplatePrinter::takeField(ByteReader& reader, const TemplatePiece& piece, 
       return false;
     }
     column.step = column.texts.offsets.size() == 1 ? 0 : 1;
-    column.findValues();
     return true;
   }
   step.numbers = &m_numbers.emplace_back();
@@ -37,14 +36,32 @@ bool TemplatePrinter::takeColumns(ByteReader& reader, std::size_t rows) {
     if (!takeField(reader, piece, rows, step)) {
       return false;
     }
-    const std::uint64_t values = valueCount(step);
-    const bool areFew = values <= kMaxCombinations && m_combinationCount <= kMaxCombinations;
-    m_combinationCount = areFew ? m_combinationCount * values : 0;
   }
-  if (m_combinationCount > kMaxCombinations) {
-    m_combinationCount = 0;
-  }
+  countCombinations();
   return true;
+}
+
+// How many values texts have takes a look at all of them, so numbers come first.
+void TemplatePrinter::countCombinations() {
+  m_combinationCount = 1;
+  const auto multiply = [this](const Step& step) {
+    const std::uint64_t values = valueCount(step);
+    m_combinationCount = values <= kMaxCombinations ? m_combinationCount * values : 0;
+    if (m_combinationCount > kMaxCombinations) {
+      m_combinationCount = 0;
+    }
+  };
+  for (const Step& step : m_steps) {
+    if (step.numbers != nullptr) {
+      multiply(step);
+    }
+  }
+  for (const Step& step : m_steps) {
+    if (step.texts != nullptr && m_combinationCount > 0) {
+      step.texts->findValues();
+      multiply(step);
+    }
+  }
 }
 
 // Where all texts together are short, they are few, or one is many times in the column.

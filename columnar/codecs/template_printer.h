@@ -79,6 +79,7 @@ class TemplatePrinter {
 
   static bool takeNumbers(Step& step, std::size_t rows, PieceValues& piece, std::uint64_t& size);
   static bool takeTexts(Step& step, std::size_t rows, PieceValues& piece, std::uint64_t& size);
+  void countCombinations();
   static std::uint64_t valueCount(const Step& step);
   static bool addIndices(Step& step, std::size_t factor, std::span<std::uint32_t> combinations);
   void addToBatch(const Step& step);
@@ -90,7 +91,7 @@ class TemplatePrinter {
   std::vector<Step> m_steps;
   std::deque<IntegerColumn> m_numbers;
   std::deque<TextColumn> m_texts;
-  std::size_t m_combinationCount = 1;
+  std::size_t m_combinationCount = 0;
   TemplateBatch m_batch;
   std::size_t m_remaining = 0;  // texts behind those of the batch
   std::size_t m_next = 0;       // in the batch
