@@ -48,7 +48,6 @@ class ShapedTextDecoder {
   unsigned char* copyOther(unsigned char* out);
   template <typename Print>
   [[nodiscard]] bool addText(Print print);
-  [[nodiscard]] bool addNull();
   bool doesRepeat(std::size_t index) const;
   [[nodiscard]] bool printRepeating(std::size_t index, TextEntries& entries);
   [[nodiscard]] bool printNew(TemplatePrinter& printer, std::span<const std::uint32_t> combinations,
@@ -61,6 +60,7 @@ class ShapedTextDecoder {
   Run runFrom(std::size_t row, std::span<std::uint32_t> offsets) const;
   // These store the texts of a run, or find them. False where they are damaged.
   [[nodiscard]] bool addRun(std::size_t number, const Run& run, TextEntries& entries);
+  [[nodiscard]] bool addNulls(const Run& run, TextEntries& entries);
   void findRepeating(RepeatingTexts& repeating, const Run& run, TextEntries& entries);
   template <typename Add>
   [[nodiscard]] bool addEach(const Run& run, TextEntries& entries, Add add);
@@ -81,7 +81,7 @@ class ShapedTextDecoder {
   std::size_t m_nextOther = 0;
 
   // While texts are printed.
-  std::vector<std::optional<RepeatingTexts>> m_repeating;  // of each number
+  std::vector<std::optional<RepeatingTexts>> m_repeating;  // of each template
   PrintedText m_null;                                      // which all nulls share
   const unsigned char* m_begin = nullptr;
   unsigned char* m_out = nullptr;
@@ -179,12 +179,20 @@ bool ShapedTextDecoder::addText(Print print) {
   return true;
 }
 
-bool ShapedTextDecoder::addNull() {
-  if (m_end - m_out < static_cast<std::ptrdiff_t>(kLengthSize)) {
-    return false;
+bool ShapedTextDecoder::addNulls(const Run& run, TextEntries& entries) {
+  if (m_null.size == 0) {
+    if (m_end - m_out < static_cast<std::ptrdiff_t>(kLengthSize)) {
+      return false;
+    }
+    m_null = {offset(), kLengthSize, entries.add(offset())};
+    storePacked(m_out, kNullLength);
+    m_out += kLengthSize;
   }
-  storePacked(m_out, kNullLength);
-  m_out += kLengthSize;
+  for (std::size_t i = 0; i < run.offsets.size(); ++i) {
+    run.offsets[i] = m_null.offset;
+    entries.setRow(run.firstRow + i, m_null.code);
+  }
+  m_sizeOfRows += run.offsets.size() * kLengthSize;
   return true;
 }
 
@@ -277,18 +285,7 @@ bool ShapedTextDecoder::addEach(const Run& run, TextEntries& entries, Add add) {
 
 bool ShapedTextDecoder::addRun(std::size_t number, const Run& run, TextEntries& entries) {
   if (number == nullNumber()) {
-    if (m_null.size == 0) {
-      m_null = {offset(), kLengthSize, entries.add(offset())};
-      if (!addNull()) {
-        return false;
-      }
-    }
-    std::fill(run.offsets.begin(), run.offsets.end(), m_null.offset);
-    for (std::size_t i = 0; i < run.offsets.size(); ++i) {
-      entries.setRow(run.firstRow + i, m_null.code);
-    }
-    m_sizeOfRows += run.offsets.size() * kLengthSize;
-    return true;
+    return addNulls(run, entries);
   }
   if (number == otherNumber()) {
     return addEach(run, entries, [this] {
